@@ -1,0 +1,62 @@
+#include "base/path.h"
+
+#include "base/text.h"
+
+namespace hl {
+
+const PathRules kPosixPaths{'/', false, false, "", ""};
+const PathRules kDrivePaths{'\\', true, true, "\\\\?\\", "\\\\?\\UNC"};
+
+namespace {
+
+std::string_view trimmedBy(std::string_view path, const PathRules& rules) {
+    return rules.trimsBlanks ? trimBlanks(path) : path;
+}
+
+}  // namespace
+
+std::string ToLongPath(std::string_view path, const PathRules& rules) {
+    const std::string unc(2, rules.separator);
+    if (!rules.longUncPrefix.empty() && path.starts_with(unc))
+        return std::string(rules.longUncPrefix) + std::string(path.substr(1));
+    return std::string(rules.longPrefix) + std::string(path);
+}
+
+std::string TrimAtNul(std::string_view text) { return std::string(text.substr(0, text.find('\0'))); }
+
+std::string AddTrailingSlash(std::string_view path, const PathRules& rules) {
+    if (path.ends_with(rules.separator)) return std::string(path);
+    return std::string(trimmedBy(path, rules)) + rules.separator;
+}
+
+std::string AddTrailingSlashIfAny(std::string_view path, const PathRules& rules) {
+    return path.empty() ? std::string() : AddTrailingSlash(path, rules);
+}
+
+std::string StripTrailingSlash(std::string_view path, const PathRules& rules) {
+    if (!path.ends_with(rules.separator)) return std::string(path);
+    path.remove_suffix(1);
+    return std::string(trimmedBy(path, rules));
+}
+
+std::string xGetExtension(std::string_view name) {
+    const std::size_t point = name.rfind('.');
+    return point == std::string_view::npos ? std::string() : std::string(name.substr(point + 1));
+}
+
+std::string identityKey(std::string_view path, const PathRules& rules) {
+    return rules.foldsCase ? lowerCase(path) : std::string(path);
+}
+
+std::string joinPath(std::string_view parent, std::string_view name, const PathRules& rules) {
+    std::string path(parent);
+    if (!path.ends_with(rules.separator)) path += rules.separator;
+    return path.append(name);
+}
+
+bool isNetworkPath(std::string_view path) {
+    const auto separator = [](char c) { return c == '/' || c == '\\'; };
+    return path.size() >= 2 && path[0] == path[1] && separator(path[0]);
+}
+
+}  // namespace hl
