@@ -21,8 +21,8 @@ struct DateFormat {
     std::string general() const { return shortDate + " " + longTime; }
 };
 
-/// From a small table of the languages that the program ships, by the value of LC_ALL, LC_TIME or LANG. Empty,
-/// "C", "POSIX" and languages that are not in the table read as American English.
+/// From a small table of the languages that the program ships, by the value of LC_ALL, LC_TIME or LANG.
+/// Empty, "C", "POSIX" and languages that are not in the table read as American English.
 DateFormat dateFormatOf(std::string_view locale);
 
 LocalTime localTime(std::chrono::system_clock::time_point moment);

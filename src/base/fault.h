@@ -1,7 +1,8 @@
 // The one exception type of the program: an unexpected failure on its way to a trap (robustness/trap.h).
 //
-// Failures that are expected (a file that cannot be opened, a source that does not exist) are values and never
-// faults. A fault carries what the error report prints: a number, the routine that raised it, a description.
+// Failures that are expected (a file that cannot be opened, a source that does not exist) are values and
+// never faults. A fault carries what the error report prints: a number, the routine that raised it, a
+// description.
 #pragma once
 
 #include <cstdint>

@@ -30,7 +30,8 @@ struct Picture {
 std::string formatNumber(double value, Picture picture, const NumberFormat& format);
 /// `value` bytes divided by `divisor` and rounded exactly (no double is involved), halves away from zero.
 /// REQUIRES: divisor > 0, picture.decimals is 0 or 2.
-std::string formatQuotient(SizeValue value, std::int64_t divisor, Picture picture, const NumberFormat& format);
+std::string formatQuotient(SizeValue value, std::int64_t divisor, Picture picture,
+                           const NumberFormat& format);
 
 /// `value` rounded to two decimals, ties to even: the rule of the cells sizeK, sizeM, sizeG and percent.
 double roundToHundredths(double value);

@@ -22,7 +22,9 @@ std::string ToLongPath(std::string_view path, const PathRules& rules) {
     return std::string(rules.longPrefix) + std::string(path);
 }
 
-std::string TrimAtNul(std::string_view text) { return std::string(text.substr(0, text.find('\0'))); }
+std::string TrimAtNul(std::string_view text) {
+    return std::string(text.substr(0, text.find('\0')));
+}
 
 std::string AddTrailingSlash(std::string_view path, const PathRules& rules) {
     if (path.ends_with(rules.separator)) return std::string(path);

@@ -1,7 +1,7 @@
 // Paths as strings of bytes, and the rules of the platform they live on.
 //
-// A path is never decoded: any bytes but NUL and the separator may stand in a name. The helpers take the rules
-// as an argument, so that both kinds of platform can be tested on one machine.
+// A path is never decoded: any bytes but NUL and the separator may stand in a name. The helpers take the
+// rules as an argument, so that both kinds of platform can be tested on one machine.
 #pragma once
 
 #include <string>
@@ -11,10 +11,10 @@ namespace hl {
 
 struct PathRules {
     char separator;
-    bool foldsCase;                 ///< Paths that differ only in case name the same thing.
-    bool trimsBlanks;               ///< Blanks at the ends of a path mean nothing (elsewhere they belong to the name).
-    std::string_view longPrefix;    ///< Put in front of a path so that its length is not limited; may be empty.
-    std::string_view longUncPrefix; ///< The same for a network path, in place of its first separator.
+    bool foldsCase;    ///< Paths that differ only in case name the same thing.
+    bool trimsBlanks;  ///< Blanks at the ends of a path mean nothing (elsewhere they belong to the name).
+    std::string_view longPrefix;  ///< Put in front of a path so that its length is not limited; may be empty.
+    std::string_view longUncPrefix;  ///< The same for a network path, in place of its first separator.
 };
 
 /// "/", exact case, blanks count, no prefixes.

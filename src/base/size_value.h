@@ -26,11 +26,15 @@ class SizeValue {
     }
 
     SizeValue& operator+=(SizeValue other) {
-        if (__builtin_add_overflow(raw_, other.raw_, &raw_)) raiseOverflow("SizeValue");
+        std::int64_t result = 0;  // The value stays as it was if the result does not fit.
+        if (__builtin_add_overflow(raw_, other.raw_, &result)) raiseOverflow("SizeValue");
+        raw_ = result;
         return *this;
     }
     SizeValue& operator-=(SizeValue other) {
-        if (__builtin_sub_overflow(raw_, other.raw_, &raw_)) raiseOverflow("SizeValue");
+        std::int64_t result = 0;  // The value stays as it was if the result does not fit.
+        if (__builtin_sub_overflow(raw_, other.raw_, &result)) raiseOverflow("SizeValue");
+        raw_ = result;
         return *this;
     }
     friend SizeValue operator+(SizeValue a, SizeValue b) { return a += b; }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <span>
 
 namespace hl {
 
@@ -15,38 +16,56 @@ std::string_view trimOf(std::string_view text, std::string_view set) {
     return text.substr(first, text.find_last_not_of(set) - first + 1);
 }
 
-bool isContinuation(char c) { return (static_cast<unsigned char>(c) & 0xC0) == 0x80; }
-
-// Letters that come in pairs of upper and lower case next to each other, upper case on even code points.
-bool pairedFromEven(char32_t c) {
-    return (c >= 0x100 && c <= 0x137 && c != 0x130 && c != 0x131) || (c >= 0x14A && c <= 0x177) ||
-           (c >= 0x460 && c <= 0x481) || (c >= 0x48A && c <= 0x4BF) || (c >= 0x4D0 && c <= 0x52F) ||
-           (c >= 0x1E00 && c <= 0x1E95) || (c >= 0x1EA0 && c <= 0x1EFF);
+bool isContinuation(char c) {
+    return (static_cast<unsigned char>(c) & 0xC0) == 0x80;
 }
 
-bool pairedFromOdd(char32_t c) { return (c >= 0x139 && c <= 0x148) || (c >= 0x179 && c <= 0x17E); }
+struct Letters {
+    char32_t first;
+    char32_t last;
+    std::int32_t step = 1;  ///< From a capital letter to its small one.
+
+    bool hold(char32_t c) const { return c >= first && c <= last; }
+};
+
+// Capital and small letter next to each other: the capital on even code points, or on odd ones.
+constexpr Letters kPairsFromEven[] = {{0x100, 0x12F}, {0x132, 0x137}, {0x14A, 0x177},   {0x1A0, 0x1A5},
+                                      {0x1DE, 0x1EF}, {0x1F8, 0x21F}, {0x222, 0x233},   {0x460, 0x481},
+                                      {0x48A, 0x4BF}, {0x4D0, 0x52F}, {0x1E00, 0x1E95}, {0x1EA0, 0x1EFF}};
+constexpr Letters kPairsFromOdd[] = {
+    {0x139, 0x148}, {0x179, 0x17E}, {0x1AF, 0x1B0}, {0x1CD, 0x1DC}, {0x4C1, 0x4CE}};
+// Ranges of capitals, with their small letters elsewhere.
+constexpr Letters kCapitals[] = {
+    {0xC0, 0xD6, 32},   {0xD8, 0xDE, 32},   {0x178, 0x178, -121}, {0x18F, 0x18F, 202}, {0x386, 0x386, 38},
+    {0x388, 0x38A, 37}, {0x38C, 0x38C, 64}, {0x38E, 0x38F, 63},   {0x391, 0x3A1, 32},  {0x3A3, 0x3AB, 32},
+    {0x400, 0x40F, 80}, {0x410, 0x42F, 32}, {0x4C0, 0x4C0, 15}};
+
+bool isIn(std::span<const Letters> ranges, char32_t c) {
+    return std::any_of(ranges.begin(), ranges.end(), [c](const Letters& range) { return range.hold(c); });
+}
+
+char32_t moved(char32_t c, std::int32_t step) {
+    return static_cast<char32_t>(static_cast<std::int32_t>(c) + step);
+}
 
 char32_t lowerOf(char32_t c) {
     if (c < 0x80) return c >= 'A' && c <= 'Z' ? c + 32 : c;
-    if (c >= 0xC0 && c <= 0xDE && c != 0xD7) return c + 32;
-    if (pairedFromEven(c)) return c | 1U;
-    if (pairedFromOdd(c)) return c % 2 == 1 ? c + 1 : c;
-    if (c >= 0x391 && c <= 0x3AB && c != 0x3A2) return c + 32;
-    if (c >= 0x410 && c <= 0x42F) return c + 32;
-    if (c >= 0x400 && c <= 0x40F) return c + 80;
-    if (c == 0x178) return 0xFF;
+    for (const Letters& range : kCapitals) {
+        if (range.hold(c)) return moved(c, range.step);
+    }
+    if (isIn(kPairsFromEven, c)) return c | 1U;
+    if (isIn(kPairsFromOdd, c)) return c % 2 == 1 ? c + 1 : c;
+    if (c == 0x1E9E) return 0xDF;  // The capital sharp s; the small one has no capital of one letter.
     return c;
 }
 
 char32_t upperOf(char32_t c) {
     if (c < 0x80) return c >= 'a' && c <= 'z' ? c - 32 : c;
-    if (c >= 0xE0 && c <= 0xFE && c != 0xF7) return c - 32;
-    if (pairedFromEven(c)) return c & ~char32_t{1};
-    if (pairedFromOdd(c)) return c % 2 == 0 ? c - 1 : c;
-    if (c >= 0x3B1 && c <= 0x3CB && c != 0x3C2) return c - 32;
-    if (c >= 0x430 && c <= 0x44F) return c - 32;
-    if (c >= 0x450 && c <= 0x45F) return c - 80;
-    if (c == 0xFF) return 0x178;
+    for (const Letters& range : kCapitals) {
+        if (range.hold(moved(c, -range.step))) return moved(c, -range.step);
+    }
+    if (isIn(kPairsFromEven, c)) return c & ~char32_t{1};
+    if (isIn(kPairsFromOdd, c)) return c % 2 == 0 ? c - 1 : c;
     return c;
 }
 
@@ -78,6 +97,12 @@ char32_t foldedFront(std::string_view& text) {
     return point.value ? lowerOf(*point.value) : 0x110000U + byte;
 }
 
+// The library reads no "+". It stays in front of a second sign, so that "+-5" is no number.
+std::string_view withoutPlus(std::string_view number) {
+    if (number.starts_with('+') && !number.starts_with("+-")) number.remove_prefix(1);
+    return number;
+}
+
 bool turnsDirection(char32_t c) {
     return c == 0x200E || c == 0x200F || c == 0x061C || (c >= 0x202A && c <= 0x202E) ||
            (c >= 0x2066 && c <= 0x2069);
@@ -85,11 +110,19 @@ bool turnsDirection(char32_t c) {
 
 }  // namespace
 
-std::string_view trimBlanks(std::string_view text) { return trimOf(text, " "); }
-std::string_view trimWhite(std::string_view text) { return trimOf(text, " \t\r\n"); }
+std::string_view trimBlanks(std::string_view text) {
+    return trimOf(text, " ");
+}
+std::string_view trimWhite(std::string_view text) {
+    return trimOf(text, " \t\r\n");
+}
 
-std::string lowerCase(std::string_view text) { return mapped<lowerOf>(text); }
-std::string upperCase(std::string_view text) { return mapped<upperOf>(text); }
+std::string lowerCase(std::string_view text) {
+    return mapped<lowerOf>(text);
+}
+std::string upperCase(std::string_view text) {
+    return mapped<upperOf>(text);
+}
 
 int compareFolded(std::string_view a, std::string_view b) {
     while (!a.empty() && !b.empty()) {
@@ -105,20 +138,21 @@ bool containsFolded(std::string_view text, std::string_view part) {
 }
 
 std::optional<std::int64_t> parseInteger(std::string_view text) {
-    text = trimBlanks(text);
-    if (text.starts_with('+')) text.remove_prefix(1);
+    text = withoutPlus(trimBlanks(text));
     std::int64_t value = 0;
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-    if (error != std::errc() || end != text.data() + text.size() || text.empty()) return std::nullopt;
+    if (error != std::errc() || end != text.data() + text.size()) return std::nullopt;
     return value;
 }
 
 std::optional<double> parseNumber(std::string_view text) {
-    text = trimBlanks(text);
+    text = withoutPlus(trimBlanks(text));
+    // The library also reads "inf" and "nan".
+    if (text.find_first_not_of("-.0123456789") != std::string_view::npos) return std::nullopt;
     double value = 0;
     const auto [end, error] =
         std::from_chars(text.data(), text.data() + text.size(), value, std::chars_format::fixed);
-    if (error != std::errc() || end != text.data() + text.size() || text.empty()) return std::nullopt;
+    if (error != std::errc() || end != text.data() + text.size()) return std::nullopt;
     return value;
 }
 

@@ -1,11 +1,11 @@
-// Small work on strings of bytes that are mostly UTF-8: trimming, folding, numbers, showing what cannot be shown.
+// Small work on strings of bytes that are mostly UTF-8: trimming, folding, numbers, showing what cannot be
+// shown.
 #pragma once
 
 #include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
-#include <vector>
 
 namespace hl {
 
@@ -23,7 +23,8 @@ int compareFolded(std::string_view a, std::string_view b);
 /// Whether `text` holds `part`, without regard to case. An empty part is held by every text.
 bool containsFolded(std::string_view text, std::string_view part);
 
-/// The whole text as a decimal number, blanks at its ends allowed; nothing if it is anything else or too large.
+/// The whole text as a decimal number, blanks at its ends allowed; nothing if it is anything else or too
+/// large.
 std::optional<std::int64_t> parseInteger(std::string_view text);
 /// The same with an optional fraction behind a point.
 std::optional<double> parseNumber(std::string_view text);
@@ -46,8 +47,8 @@ std::string_view firstCharacters(std::string_view text, std::size_t count);
 
 /// Valid UTF-8 for a file that people read: each undecodable byte becomes U+FFFD, all else stays.
 std::string decodable(std::string_view bytes);
-/// `decodable`, and control characters by their visible stand-ins (U+2400 and on; U+FFFD for the C1 range and for
-/// marks that turn the direction of writing), for terminals and messages.
+/// `decodable`, and control characters by their visible stand-ins (U+2400 and on; U+FFFD for the C1 range and
+/// for marks that turn the direction of writing), for terminals and messages.
 std::string visible(std::string_view bytes);
 
 }  // namespace hl

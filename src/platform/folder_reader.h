@@ -1,13 +1,14 @@
 // Reading a tree of folders: the one road by which the walk learns what is on a disk.
 //
-// A FolderReader reads one source, depth-first, in the order in which the file system delivers the entries, and
-// hands over a block of entries at a time: their names and facts together, so that no call is made per entry.
-// The walk takes blocks with next() in exactly the order in which it needs them, and hands each back by
-// destroying it. Implementations may read ahead with threads of their own; what comes out, and its order, is that
-// of one thread. All calls come from the thread of the logic.
+// A FolderReader reads one source, depth-first, in the order in which the file system delivers the entries,
+// and hands over a block of entries at a time: their names and facts together, so that no call is made per
+// entry. The walk takes blocks with next() in exactly the order in which it needs them, and hands each back
+// by destroying it. Implementations may read ahead with threads of their own; what comes out, and its order,
+// is that of one thread. All calls come from the thread of the logic.
 #pragma once
 
 #include <cstdint>
+#include <exception>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -28,10 +29,11 @@ struct Entry {
     std::uint64_t inode = 0;       ///< 0 where the reader was not asked for links.
     std::uint32_t links = 1;       ///< Number of names of the file.
     std::uint32_t attributes = 0;  ///< AttributeBits (base/size_text.h).
-    std::uint32_t tag = kTagNone;  ///< Of a symbolic link, to whatever it leads. A mount point shows in its block.
+    std::uint32_t tag =
+        kTagNone;  ///< Of a symbolic link, to whatever it leads. A mount point shows in its block.
     std::uint32_t nameOffset = 0;
     std::uint32_t nameLength = 0;
-    std::uint32_t targetLength = 0;  ///< Of a link to a folder: the text of the link, which follows the name.
+    std::uint32_t targetLength = 0;  ///< Of a link to a folder: the text of the link, kept behind the name.
 };
 
 /// Seconds since 1970 of an entry, only where asked for.
@@ -56,6 +58,8 @@ class Listing {
     int entryError = 0;
     /// System error code if the listing ended before the end of the folder; its entries so far are here.
     int endError = 0;
+    /// A fault while this block was read; the walk raises it again where it would have met it.
+    std::exception_ptr failure;
     /// Another block of the same folder follows once this one is done with.
     bool more = false;
     FolderKind kind = FolderKind::kPlain;
@@ -65,19 +69,19 @@ class Listing {
     const Entry* entries = nullptr;
     std::size_t count = 0;
     const EntryTimes* times = nullptr;  ///< Parallel to entries, or null.
-    const char* names = nullptr;
+    const char* names = nullptr;        ///< A NUL stands behind each name.
 
     std::string_view name(const Entry& e) const { return {names + e.nameOffset, e.nameLength}; }
     std::string_view target(const Entry& e) const {
-        return {names + e.nameOffset + e.nameLength, e.targetLength};
+        return {names + e.nameOffset + e.nameLength + 1, e.targetLength};
     }
 };
 
 struct ReadOptions {
-    bool recursive = true;    ///< False: only the source itself is read.
-    bool followLinks = false; ///< Enter links to folders, and other mounts.
-    bool wantLinks = false;   ///< Fill inode and links.
-    bool wantTimes = false;   ///< Fill times.
+    bool recursive = true;      ///< False: only the source itself is read.
+    bool followLinks = false;   ///< Enter links to folders, and other mounts.
+    bool wantLinks = false;     ///< Fill inode and links.
+    bool wantTimes = false;     ///< Fill times and all attributes.
     bool wantFileNames = true;  ///< False: the names of entries that are no folders may be empty.
 };
 
@@ -85,14 +89,14 @@ class FolderReader {
   public:
     virtual ~FolderReader() = default;
 
-    /// The next block in the order of the walk: first the source's own, then, each time the walk meets an entry
-    /// that is entered, that folder's first block; after the last entry of a block with `more`, the next block of
-    /// the same folder. Entered is every directory entry that is no link, and links to folders if followLinks
-    /// (their first block then comes like any other folder's). A directory that turns out to be another mount
-    /// has one block, of kind kMountRoot, empty unless followLinks.
+    /// The next block in the order of the walk: first the source's own, then, each time the walk meets an
+    /// entry that is entered, that folder's first block; after the last entry of a block with `more`, the
+    /// next block of the same folder. Entered is every directory entry that is no link, and links to folders
+    /// if followLinks (their first block then comes like any other folder's). A directory that turns out to
+    /// be another mount has one block, of kind kMountRoot, empty unless followLinks.
     ///
-    /// May wait for a disk. While it waits it calls the wait callback of the reader about every 50 ms; if that
-    /// answers false the result is null, and the reader must not be asked again.
+    /// May wait for a disk. While it waits it calls the wait callback of the reader about every 50 ms; if
+    /// that answers false the result is null, and the reader must not be asked again.
     virtual std::unique_ptr<Listing> next() = 0;
 };
 
@@ -116,8 +120,8 @@ class FileSystem {
   public:
     virtual ~FileSystem() = default;
     /// A reader for the folder `source` (with or without a trailing separator; a link or a mount point as the
-    /// source itself is read). Never fails: what is wrong shows in the first block. `wait` may be null and must
-    /// outlive the reader.
+    /// source itself is read). Never fails: what is wrong shows in the first block. `wait` may be null and
+    /// must outlive the reader.
     virtual std::unique_ptr<FolderReader> read(std::string_view source, const ReadOptions& options,
                                                WaitCallback* wait) = 0;
     /// Does not follow a link at the end of the path.

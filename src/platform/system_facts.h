@@ -24,9 +24,9 @@ class SystemFacts {
     virtual ~SystemFacts() = default;
     virtual SystemName systemName() = 0;
     virtual MemoryFacts memory() = 0;
-    virtual std::uint64_t workingSet() = 0;      ///< Bytes of the process in memory.
-    virtual std::uint64_t upTimeSeconds() = 0;   ///< Of the system.
-    virtual std::string processorName() = 0;     ///< Several different ones joined with a tab.
+    virtual std::uint64_t workingSet() = 0;     ///< Bytes of the process in memory.
+    virtual std::uint64_t upTimeSeconds() = 0;  ///< Of the system.
+    virtual std::string processorName() = 0;    ///< Several different ones joined with a tab.
     virtual std::string userName() = 0;
     virtual std::string computerName() = 0;
     virtual bool adminRights() = 0;

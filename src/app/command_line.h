@@ -1,0 +1,67 @@
+// The command line as one text: sources in double quotes, switches bare.
+//
+//     "/home/a" "/srv/b"                              two sources
+//     -s3-d1 "/tmp/report.csv" "/home/a" "/srv/b"     a report without a window: levels, delimiter, file,
+//     sources
+//
+// The system hands over arguments instead, with the shell's quotes taken off; joinArguments makes the one
+// text of them, which is also what one instance hands over to another. A double quote within a name travels
+// as a NUL byte, which no name can hold, and the parsers turn it back. All are pure functions.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "base/path.h"
+
+namespace hl {
+
+enum class LineProblem {
+    kNone,
+    kUnknownSwitch,  ///< An argument begins with "-" and is none of ours.
+    kEmptyArgument,
+};
+
+struct JoinedLine {
+    std::string text;
+    bool asksForHelp = false;
+    bool asksForVersion = false;
+    LineProblem problem = LineProblem::kNone;
+    std::string badArgument;  ///< The first one that is a problem.
+};
+
+/// The switches are "-s" and all that begins with it and has no double quote, "-d" and a digit, "-RESTART",
+/// "-TLMODUS", "--help",
+/// "-h",
+/// "--version"; behind "--" there are none. Everything else is a path: it is made absolute by `cwd`, unless
+/// it names a network share, and segments "." are dropped from it. The delimiter switch of a silent line
+/// moves right behind "-s", and "-d0" is put there where there is none, so that a "-d" in a path is never
+/// taken for it. REQUIRES: cwd is absolute.
+JoinedLine joinArguments(const std::vector<std::string>& arguments, std::string_view cwd,
+                         const PathRules& rules);
+
+/// Whether the line asks for a report without a window.
+bool isSilentLine(std::string_view line);
+
+/// The sources of a line: what stands between double quotes, in order, or the whole line where there is no
+/// double quote. A source that is not closed is dropped.
+std::vector<std::string> GetFoldersFromCommand(std::string_view line);
+
+/// What a silent line asks for.
+struct SilentOrder {
+    std::string outputFile;
+    std::int32_t levels = 0;          ///< 0 for all.
+    std::int32_t delimiterIndex = 0;  ///< 0 comma, 1 semicolon, 2 tab, 3 blank.
+    std::vector<std::string>
+        sources;  ///< Empty, and nothing to be done, without a file and at least one source.
+};
+
+/// Larger numbers of levels are cut to this.
+inline constexpr std::int32_t kMostLevels = 999'999'999;
+
+/// REQUIRES: isSilentLine(line), blanks in front of it aside.
+SilentOrder KZGetFoldersFromCommand(std::string_view line);
+
+}  // namespace hl

@@ -1,0 +1,45 @@
+#include "app/log.h"
+
+#include <chrono>
+
+#include "app/product.h"
+#include "base/text.h"
+#include "robustness/attempt.h"
+
+namespace hl {
+
+namespace {
+
+std::string oneLine(std::string_view text) {
+    return replaceAll(replaceAll(text, "\r", "\u240D"), "\n", "\u240A");
+}
+
+}  // namespace
+
+LocalTime Log::now() {
+    return localTime(std::chrono::system_clock::now());
+}
+
+void Log::LogProtokoll(std::string_view text) noexcept {
+    attempt([&] { add(kProtocolName, oneLine(text), true); });
+}
+
+void Log::LogError(std::string_view text, bool blankLine, bool stamp) noexcept {
+    attempt([&] { add(kErrorLogName, std::string(text) + (blankLine ? "\r\n" : ""), stamp); });
+}
+
+void Log::LogDebug(std::string_view text, const std::vector<SimpleValue>& details) noexcept {
+    attempt([&] {
+        std::string entry(text);
+        for (const SimpleValue& detail : details) entry += ", " + detail.text();
+        add(kDebugLogName, oneLine(entry), true);
+    });
+}
+
+void Log::add(std::string_view file, std::string_view entry, bool stamp) {
+    std::string line = stamp ? formatDate(clock_(), dates_.general()) + " - " : std::string();
+    line += decodable(entry) + "\r\n";
+    files_.append(folder_ + "/" + std::string(file), line);
+}
+
+}  // namespace hl

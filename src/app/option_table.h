@@ -1,0 +1,113 @@
+// The one table of the keys of the section "Optionen", in the order in which they are saved.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <variant>
+
+#include "app/options.h"
+
+namespace hl {
+
+/// When a key is read, in this order; keys of one step in the order of the table.
+enum class LoadStep {
+    kDateFormat,
+    kScanAndReport,
+    kIcons,
+    kSizeModes,
+    kPanels,
+    kReportColumns,
+    kDecimals,
+    kListColumns,
+    kFontSizes,
+    kFontNames,
+    kLastOfMain = kFontNames,
+    kBarMain,
+    kBarFiles,
+    kTopCount,
+    kBarTop,
+    kBarHardlinks,
+    kElsewhere,  ///< By whoever needs it, straight from the file.
+};
+
+/// Where a value goes, and by that how it is read: as a whole number of 0 to 255, as a number with a
+/// fraction, as a length of a list, as text. A row of columns has one key for each: its index followed by the
+/// key of the table.
+using OptionField = std::variant<Flag Options::*, float Options::*, std::int32_t Options::*,
+                                 std::string Options::*, std::array<Flag, 7> Options::*,
+                                 std::array<Flag, 8> Options::*, std::array<Flag, 10> Options::*>;
+
+struct OptionKey {
+    std::string_view key;
+    std::string_view defaultValue;
+    OptionField field;
+    LoadStep step;
+    std::size_t savedColumns = 0;  ///< Of a row of columns: as many have a control to be saved from.
+};
+
+// clang-format off
+inline constexpr auto kOptionTable = [] {
+    using enum LoadStep;
+    return std::to_array<OptionKey>({
+        {"CreateListTOP", "0", &Options::CreateListTOP, kScanAndReport},
+        {"CreateListHardlink", "0", &Options::CreateListHardlink, kScanAndReport},
+        {"CreateListJunction", "0", &Options::CreateListJunction, kScanAndReport},
+        {"AddHardlinksOnlyOnce", "0", &Options::AddHardlinksOnlyOnce, kScanAndReport},
+        {"NoHardlinks", "0", &Options::NoHardlinks, kScanAndReport},
+        {"ScanHardlinks", "0", &Options::ScanHardlinks, kScanAndReport},
+        {"FolderColorFade", "0", &Options::FolderColorFade, kScanAndReport},
+        {"FolderShowPercentBar", "0", &Options::FolderShowPercentBar, kScanAndReport},
+        {"DiskinfoVisible", "1", &Options::DiskinfoVisible, kPanels},
+        {"FilelistVisible", "1", &Options::FilelistVisible, kPanels},
+        {"ToplistVisible", "0", &Options::ToplistVisible, kPanels},
+        {"HardlinksVisible", "0", &Options::HardlinksVisible, kPanels},
+        {"JunctionsVisible", "0", &Options::JunctionsVisible, kPanels},
+        {"ColFileVisible", "1", &Options::ColFileVisible, kReportColumns},
+        {"ColFolderVisible", "1", &Options::ColFolderVisible, kReportColumns},
+        {"ColPercentVisible", "1", &Options::ColPercentVisible, kReportColumns},
+        {"FileSizeFormat", "0", &Options::FileSizeFormat, kSizeModes},
+        {"FileSizeFormatDrive", "3", &Options::FileSizeFormatDrive, kSizeModes},
+        {"FileSizeFormatFiles", "2", &Options::FileSizeFormatFiles, kSizeModes},
+        {"FileSizeFormatTop", "2", &Options::FileSizeFormatTop, kSizeModes},
+        {"FileSizeFormatHardlinks", "2", &Options::FileSizeFormatHardlinks, kSizeModes},
+        {"ShowIcons", "0", &Options::ShowIcons, kIcons},
+        {"ShowIconsTop", "0", &Options::ShowIconsTop, kIcons},
+        {"ShowIconsHardlinks", "0", &Options::ShowIconsHardlinks, kIcons},
+        {"ComboText", "", &Options::ComboText, kElsewhere},
+        {"SizeFormatNachkommastellenFolders", "1", &Options::SizeFormatNachkommastellenFolders, kDecimals},
+        {"SizeFormatNachkommastellenFiles", "1", &Options::SizeFormatNachkommastellenFiles, kDecimals},
+        {"SizeFormatNachkommastellenTop", "1", &Options::SizeFormatNachkommastellenTop, kDecimals},
+        {"SizeFormatNachkommastellenDrive", "1", &Options::SizeFormatNachkommastellenDrive, kDecimals},
+        {"SizeFormatNachkommastellenHardlinks", "1", &Options::SizeFormatNachkommastellenHardlinks, kDecimals},
+        {"FontSize", "9", &Options::FontSize, kFontSizes},
+        {"FontSizeDisk", "9", &Options::FontSizeDisk, kFontSizes},
+        {"FontSizeFiles", "9", &Options::FontSizeFiles, kFontSizes},
+        {"FontSizeTOP", "9", &Options::FontSizeTOP, kFontSizes},
+        {"FontSizeHardlinks", "9", &Options::FontSizeHardlinks, kFontSizes},
+        {"FontSizeJunctions", "9", &Options::FontSizeJunctions, kFontSizes},
+        {"FontName", "Tahoma", &Options::FontName, kFontNames},
+        {"FontNameDisk", "Tahoma", &Options::FontNameDisk, kFontNames},
+        {"FontNameFiles", "Tahoma", &Options::FontNameFiles, kFontNames},
+        {"FontNameTOP", "Tahoma", &Options::FontNameTOP, kFontNames},
+        {"FontNameHardlinks", "Tahoma", &Options::FontNameHardlinks, kFontNames},
+        {"FontNameJunctions", "Tahoma", &Options::FontNameJunctions, kFontNames},
+        {"FileColumn", "1", &Options::FileColumn, kListColumns, 7},
+        {"TopColumn", "1", &Options::TopColumn, kListColumns, 8},
+        {"HardlinkColumn", "1", &Options::HardlinkColumn, kListColumns, 8},
+        {"BigIcons", "0", &Options::BigIcons, kBarMain},
+        {"SymbolText", "0", &Options::SymbolText, kBarMain},
+        {"FilePreview", "0", &Options::FilePreview, kBarFiles},
+        {"FilelistTile", "0", &Options::FilelistTile, kBarFiles},
+        {"FilePreviewTOP", "0", &Options::FilePreviewTOP, kBarTop},
+        {"FilelistTileTOP", "0", &Options::FilelistTileTOP, kBarTop},
+        {"HardlinkPreview", "0", &Options::HardlinkPreview, kBarHardlinks},
+        {"HardlinksTile", "0", &Options::HardlinksTile, kBarHardlinks},
+        {"TOPmaxcount", "100", &Options::TOPmaxcount, kTopCount},
+        {"DateFormat", "dd/MM/yyyy hh:nn:ss", &Options::DateFormat, kDateFormat},
+    });
+}();
+// clang-format on
+
+}  // namespace hl

@@ -1,0 +1,23 @@
+// Name and addresses of the product: the one place to change them.
+#pragma once
+
+#include <string_view>
+
+namespace hl {
+
+inline constexpr std::string_view kProductName = "Harborlantern";
+/// As error reports and the mails about them name the program.
+inline constexpr std::string_view kReportName = kProductName;
+
+inline constexpr std::string_view kHomepageGerman = "https://harborlantern.example.org/de/";
+inline constexpr std::string_view kHomepage = "https://harborlantern.example.org/en/";
+inline constexpr std::string_view kReportAddress = "reports@harborlantern.example.org";
+
+// Files in the program's folder.
+inline constexpr std::string_view kIniName = "Harborlantern.ini";
+inline constexpr std::string_view kProtocolName = "Harborlantern.log";
+inline constexpr std::string_view kErrorLogName = "error.log";
+inline constexpr std::string_view kDebugLogName = "debug.log";
+inline constexpr std::string_view kTranslatorFileName = "HarborlanternTL.txt";
+
+}  // namespace hl

@@ -1,0 +1,70 @@
+#include "app/usage.h"
+
+#include <algorithm>
+#include <string_view>
+
+#include "app/product.h"
+#include "base/text.h"
+
+namespace hl {
+
+namespace {
+
+constexpr std::size_t kOptionWidth = 14;
+
+std::string optionLine(std::string_view option, std::string_view meaning) {
+    std::string line = "  " + std::string(option);
+    line.append(kOptionWidth - std::min(kOptionWidth - 1, characterCount(option)), ' ');
+    return line.append(meaning) + "\n";
+}
+
+}  // namespace
+
+std::string usageText(const Texts& texts) {
+    const std::string folder = texts.TL(9002, "ORDNER");
+    const std::string levels = texts.TL(9003, "EBENEN");
+    const std::string file = texts.TL(9004, "DATEI");
+    std::string text = texts.TL(9001, "Aufruf:") + "\n";
+    text += "  harborlantern [--] [" + folder + "]...\n";
+    text += "  harborlantern -s[" + levels + "] [-dN] [--] " + file + " " + folder + "...\n\n";
+    text += texts.TL(
+        9005, "Zeigt, wie viel Platz Ordner belegen. Mit -s wird ohne Fenster ein Bericht geschrieben.");
+    text += "\n\n";
+    text +=
+        optionLine("-s[" + levels + "]", texts.TL(9006, "So viele Ordnerebenen in den Bericht; sonst alle"));
+    text +=
+        optionLine("-dN", texts.TL(9007, "Trennzeichen: 0 Komma, 1 Semikolon, 2 Tabulator, 3 Leerzeichen"));
+    text += optionLine(file, texts.TL(9008, "Endet der Name auf .txt, entsteht eine Texttabelle, sonst CSV"));
+    text += optionLine("--", texts.TL(9009, "Danach folgen nur noch Namen, auch solche mit - am Anfang"));
+    text += optionLine("-h, --help", texts.TL(9010, "Diese Hilfe"));
+    text += optionLine("--version", texts.TL(9011, "Die Version"));
+    text += "\n" +
+            texts.TL(9012,
+                     "Rückgabewert: 0 geschrieben; 1 etwas war nicht zu lesen oder zu schreiben; 2 falscher "
+                     "Aufruf.");
+    return text + "\n";
+}
+
+std::string versionText() {
+    return std::string(kProductName) + " " HARBORLANTERN_VERSION "\n";
+}
+
+std::string problemText(const Texts& texts, const JoinedLine& line) {
+    switch (line.problem) {
+        case LineProblem::kNone:
+            break;
+        case LineProblem::kUnknownSwitch:
+            return texts.TL(9013,
+                            "Unbekannter Schalter %1. Für eine Datei oder einen Ordner dieses Namens: ./%1",
+                            {visible(line.badArgument)});
+        case LineProblem::kEmptyArgument:
+            return texts.TL(9014, "Ein Argument ist leer.");
+    }
+    return {};
+}
+
+std::string incompleteSilentLineText(const Texts& texts) {
+    return texts.TL(9015, "Zu -s gehören eine Datei für den Bericht und mindestens ein Ordner.");
+}
+
+}  // namespace hl

@@ -1,0 +1,119 @@
+#include "base/size_text.h"
+
+#include <array>
+
+#include "base/text.h"
+
+namespace hl {
+
+namespace {
+
+struct Unit {
+    std::int64_t divisor;
+    std::string_view name;
+};
+
+constexpr std::int64_t kKilobyte = 1024;
+constexpr std::int64_t kMegabyte = kKilobyte * 1024;
+constexpr std::int64_t kGigabyte = kMegabyte * 1024;
+constexpr std::int64_t kTerabyte = kGigabyte * 1024;
+/// Gigabytes begin early, so that no text that chooses its unit shows more than 999.00 MB.
+constexpr std::int64_t kLastMegabyte = 999 * kMegabyte;
+
+constexpr std::array<Unit, 6> kUnits = {{
+    {1, "Bytes"},
+    {kKilobyte, "KB"},
+    {kMegabyte, "MB"},
+    {kGigabyte, "GB"},
+    {0, ""},
+    {kTerabyte, "TB"},
+}};
+
+Unit unitRow(int mode) {
+    if (mode < 0 || mode >= static_cast<int>(kUnits.size())) return kUnits[kModeDynamic];
+    return kUnits[static_cast<std::size_t>(mode)];
+}
+
+// A value exactly on a step keeps the smaller unit.
+int fittingMode(SizeValue value, bool terabytes) {
+    const std::int64_t bytes = value.bytes();
+    if (terabytes && bytes > kTerabyte) return kModeTerabytes;
+    if (bytes > kLastMegabyte) return kModeGigabytes;
+    if (bytes > kMegabyte) return kModeMegabytes;
+    if (bytes > kKilobyte) return kModeKilobytes;
+    return kModeBytes;
+}
+
+// Bytes never show decimals. Empty for a mode without a unit.
+std::string inUnit(int mode, SizeValue value, int decimals, bool withUnit, const NumberFormat& format,
+                   std::string_view bytesUnit = "Bytes") {
+    const Unit unit = unitRow(mode);
+    if (unit.divisor == 0) return {};
+    const Picture picture{.grouped = true, .decimals = mode == kModeBytes ? 0 : decimals};
+    std::string text = formatQuotient(value, unit.divisor, picture, format);
+    if (withUnit) text.append(" ").append(mode == kModeBytes ? bytesUnit : unit.name);
+    return text;
+}
+
+std::string padded(const std::string& text, std::size_t width) {
+    const std::size_t length = characterCount(text);
+    return length < width ? std::string(width - length, ' ') + text : text;
+}
+
+struct AttributeLetter {
+    char letter;
+    std::uint32_t bit;
+};
+
+constexpr AttributeLetter kLetters[] = {
+    {'A', kAttributeArchive},    {'S', kAttributeSystem},     {'H', kAttributeHidden},
+    {'R', kAttributeReadOnly},   {'E', kAttributeEncrypted},  {'L', kAttributeReparse},
+    {'T', kAttributeTemporary},  {'C', kAttributeCompressed}, {'O', kAttributeOffline},
+    {'I', kAttributeNotIndexed}, {'P', kAttributeSparse},
+};
+
+}  // namespace
+
+std::int64_t divisorOf(int mode) {
+    return unitRow(mode).divisor;
+}
+std::string_view unitOf(int mode) {
+    return unitRow(mode).name;
+}
+
+std::string FormatSizeForMode(int mode, SizeValue value, bool withUnit, bool shortBytes,
+                              const NumberFormat& format) {
+    const bool dynamic = mode == kModeDynamic;
+    return inUnit(dynamic ? fittingMode(value, false) : mode, value, 2, withUnit || dynamic, format,
+                  shortBytes ? "BS" : "Bytes");
+}
+
+std::string FormatSizeAuto(SizeValue value, bool withUnit, const NumberFormat& format) {
+    return inUnit(fittingMode(value, true), value, 2, withUnit, format);
+}
+
+std::string formatViewSize(int mode, SizeValue value, bool withUnit, bool pad, bool withBytesUnit,
+                           const NumberFormat& format) {
+    constexpr std::array<std::size_t, 4> kWidths = {15, 17, 13, 9};
+    if (mode < kModeBytes || mode > kModeGigabytes) return {};
+    const bool unit = withUnit && (withBytesUnit || mode != kModeBytes);
+    const std::string text = inUnit(mode, value, 2, unit, format);
+    return pad ? padded(text, kWidths[static_cast<std::size_t>(mode)]) : text;
+}
+
+std::string xFormatFileSizeWithSpacer(int mode, SizeValue value, std::size_t width, bool withUnit,
+                                      int decimals, const NumberFormat& format) {
+    return padded(inUnit(mode, value, decimals == 1 ? 2 : 0, withUnit, format), width);
+}
+
+std::string xFormatFileAttribute(std::uint32_t attributes, bool brackets, std::string_view prefix) {
+    if (attributes == kAttributesInvalid) return {};
+    std::string letters;
+    for (const auto& [letter, bit] : kLetters) {
+        if ((attributes & bit) != 0) letters += letter;
+    }
+    if (!brackets || letters.empty()) return letters;
+    return std::string(prefix) + "<" + letters + ">";
+}
+
+}  // namespace hl

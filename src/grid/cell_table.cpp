@@ -1,0 +1,134 @@
+#include "grid/cell_table.h"
+
+#include <cmath>
+
+#include "base/fault.h"
+#include "base/number_format.h"
+
+namespace hl {
+
+namespace {
+
+// Computed cells have the ids behind kFirstComputed, in this order.
+constexpr CellId kFirstComputed = 0x100;
+struct Computed {
+    std::string_view key;
+    double divisor;
+};
+constexpr Computed kComputed[] = {{"sizeK", 1024.0}, {"sizeM", 1048576.0}, {"sizeG", 1073741824.0}};
+
+}  // namespace
+
+CellTable::CellTable(std::span<const CellSpec> cells) : specs_(cells) {
+    const auto place = [](auto& columns) {
+        columns.emplace_back();
+        return static_cast<std::uint16_t>(columns.size() - 1);
+    };
+    for (const CellSpec& spec : cells) {
+        if (spec.key == "size") size_ = static_cast<CellId>(stores_.size());
+        const std::size_t bytes = cellBytes(spec.type);
+        const std::uint16_t slot = bytes == 8   ? place(wide_)
+                                   : bytes == 4 ? place(medium_)
+                                   : bytes == 2 ? place(narrow_)
+                                                : place(tiny_);
+        stores_.push_back({spec.type, slot});
+    }
+}
+
+CellId CellTable::find(std::string_view key) const {
+    for (std::size_t i = 0; i < specs_.size(); ++i)
+        if (specs_[i].key == key) return static_cast<CellId>(i);
+    for (std::size_t i = 0; size_ != kNoCell && i < std::size(kComputed); ++i)
+        if (kComputed[i].key == key) return static_cast<CellId>(kFirstComputed + i);
+    return kNoCell;
+}
+
+bool CellTable::isText(CellId cell) const {
+    return cell < stores_.size() && stores_[cell].type == CellType::kText;
+}
+
+bool CellTable::isDate(CellId cell) const {
+    return cell < stores_.size() && stores_[cell].type == CellType::kDate;
+}
+
+void CellTable::addRow(Row row) {
+    const auto renew = [row](auto& columns) {
+        for (auto& column : columns) {
+            column.ensure(row);
+            column[row] = {};
+        }
+    };
+    renew(wide_);
+    renew(medium_);
+    renew(narrow_);
+    renew(tiny_);
+}
+
+double CellTable::number(Row row, CellId cell) const {
+    if (cell >= kFirstComputed) {
+        const double bytes = static_cast<double>(wide_[stores_[size_].slot][row]);
+        return roundToHundredths(bytes / kComputed[cell - kFirstComputed].divisor);
+    }
+    const Store store = stores_[cell];
+    switch (store.type) {
+        case CellType::kSize:
+        case CellType::kDate:
+            return static_cast<double>(wide_[store.slot][row]);
+        case CellType::kCount:
+            return medium_[store.slot][row];
+        case CellType::kPercent:
+            return narrow_[store.slot][row] / 100.0;
+        case CellType::kFlag:
+            return tiny_[store.slot][row];
+        case CellType::kText:
+            break;
+    }
+    return 0;
+}
+
+void CellTable::setNumber(Row row, CellId cell, double value) {
+    const auto checked = [](double v, double low, double high) {
+        if (!(v >= low && v <= high)) raiseOverflow("CellTable");
+        return v;
+    };
+    const Store store = stores_[cell];
+    switch (store.type) {
+        case CellType::kSize:
+        case CellType::kDate:
+            wide_[store.slot][row] = static_cast<std::int64_t>(checked(value, -0x1p62, 0x1p62));
+            break;
+        case CellType::kCount:
+            medium_[store.slot][row] = static_cast<std::uint32_t>(checked(value, 0, UINT32_MAX));
+            break;
+        case CellType::kPercent:
+            narrow_[store.slot][row] =
+                static_cast<std::uint16_t>(std::nearbyint(checked(value * 100.0, 0, UINT16_MAX)));
+            break;
+        case CellType::kFlag:
+            tiny_[store.slot][row] = static_cast<std::uint8_t>(checked(value, 0, UINT8_MAX));
+            break;
+        case CellType::kText:
+            throw Fault(kFaultTypeMismatch, "CellTable", "Type mismatch");
+    }
+}
+
+TextRef CellTable::text(Row row, CellId cell) const {
+    return isText(cell) ? medium_[stores_[cell].slot][row] : 0;
+}
+
+void CellTable::setText(Row row, CellId cell, TextRef text) {
+    if (!isText(cell)) throw Fault(kFaultTypeMismatch, "CellTable", "Type mismatch");
+    medium_[stores_[cell].slot][row] = text;
+}
+
+void CellTable::clear() {
+    const auto empty = [](auto& columns) {
+        for (auto& column : columns) column.clear();
+    };
+    empty(wide_);
+    empty(medium_);
+    empty(narrow_);
+    empty(tiny_);
+}
+
+}  // namespace hl

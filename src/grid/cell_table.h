@@ -1,0 +1,95 @@
+// The keyed cells of a grid's rows: one column of the smallest fitting type for each key.
+//
+// "sizeK", "sizeM" and "sizeG" of a grid that has "size" are read like cells but computed from it, rounded to
+// two decimals, ties to even; nothing is stored for them.
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <string_view>
+#include <vector>
+
+#include "grid/column.h"
+#include "grid/row_tree.h"
+#include "grid/text_store.h"
+
+namespace hl {
+
+enum class CellType : std::uint8_t {
+    kSize,     ///< Whole bytes, to 2^63; 8 bytes a row.
+    kCount,    ///< 0 to 4,294,967,295; 4 bytes.
+    kPercent,  ///< 0 to 655.35 in hundredths; 2 bytes.
+    kFlag,     ///< 0 to 255; 1 byte.
+    kDate,     ///< Seconds since 1970; 8 bytes. 0 is "not set".
+    kText,     ///< 4 bytes and the text.
+};
+
+struct CellSpec {
+    std::string_view key;
+    CellType type;
+};
+
+constexpr std::size_t cellBytes(CellType type) {
+    switch (type) {
+        case CellType::kSize:
+        case CellType::kDate:
+            return 8;
+        case CellType::kCount:
+        case CellType::kText:
+            return 4;
+        case CellType::kPercent:
+            return 2;
+        case CellType::kFlag:
+            return 1;
+    }
+    return 0;
+}
+
+constexpr std::size_t cellBytes(std::span<const CellSpec> cells) {
+    std::size_t bytes = 0;
+    for (const CellSpec& cell : cells) bytes += cellBytes(cell.type);
+    return bytes;
+}
+
+/// A key resolved once, so that reading a cell needs no search. Computed cells have ids as well.
+using CellId = std::uint16_t;
+inline constexpr CellId kNoCell = 0xFFFF;
+
+class CellTable {
+  public:
+    /// `cells` must outlive the table (they are tables in the code). At most 64 of them.
+    explicit CellTable(std::span<const CellSpec> cells);
+
+    /// kNoCell for a key that this grid does not have.
+    CellId find(std::string_view key) const;
+    /// Stored cells have the ids 0 to count() - 1.
+    std::size_t count() const { return stores_.size(); }
+    bool isText(CellId cell) const;
+    bool isDate(CellId cell) const;
+
+    /// Makes room for the row; its cells are 0 and empty.
+    void addRow(Row row);
+    /// The cell as a number; 0 for a text. REQUIRES: cell is not kNoCell; the row exists.
+    double number(Row row, CellId cell) const;
+    /// Raises kFaultOverflow for a value outside the type's range. REQUIRES: the cell is neither computed nor
+    /// text.
+    void setNumber(Row row, CellId cell, double value);
+    TextRef text(Row row, CellId cell) const;
+    void setText(Row row, CellId cell, TextRef text);
+    void clear();
+
+  private:
+    struct Store {
+        CellType type;
+        std::uint16_t slot;  ///< Which column of its width.
+    };
+    std::span<const CellSpec> specs_;
+    std::vector<Store> stores_;
+    CellId size_ = kNoCell;
+    std::vector<Column<std::int64_t>> wide_;
+    std::vector<Column<std::uint32_t>> medium_;
+    std::vector<Column<std::uint16_t>> narrow_;
+    std::vector<Column<std::uint8_t>> tiny_;
+};
+
+}  // namespace hl

@@ -1,0 +1,250 @@
+// Parts: rows, what a row shows, cells, state, columns, notices. Sorting and searching are in grid_sort.cpp.
+// Invariant: every row number below tree_.limit() has a place in text_, picture_ and flags_.
+#include "grid/grid.h"
+
+#include <algorithm>
+
+namespace hl {
+
+namespace {
+
+// Above this many changed rows it is cheaper to say "all of them".
+constexpr std::size_t kMostChangedRows = 4096;
+// Waste of texts below this is not worth packing.
+constexpr std::size_t kLeastWaste = std::size_t{1} << 20;
+
+}  // namespace
+
+Grid::Grid(std::span<const CellSpec> cells) : cells_(cells) {}
+
+// --- rows
+
+Row Grid::addRow(Row parent, std::string_view text) {
+    return addRow(parent, texts_.add(text));
+}
+
+Row Grid::addRow(Row parent, TextRef text) {
+    const Row row = tree_.add(parent);
+    cells_.addRow(row);
+    text_.ensure(row);
+    picture_.ensure(row);
+    flags_.ensure(row);
+    text_[row] = text;
+    picture_[row] = 0;
+    flags_[row] = 0;
+    changed(&GridChange::structure);
+    return row;
+}
+
+void Grid::forget(const std::vector<Row>& removed) {
+    for (const Row row : removed) {
+        wasteBytes_ += text(row).size();
+        if (!notes_.empty()) notes_.erase(row);
+        if (!selected_.empty()) selected_.erase(row);
+        if (bar_.valueOr(row, 0) != 0) bar_[row] = 0;
+        if (backColor_.valueOr(row, 0) != 0) backColor_[row] = 0;
+        if (current_ == row) current_ = kNoRow;
+        if (top_ == row) top_ = kNoRow;
+    }
+    if (rowCount() == 0) {
+        texts_.clear();
+        wasteBytes_ = 0;
+    } else if (wasteBytes_ > kLeastWaste && wasteBytes_ * 2 > texts_.bytesUsed()) {
+        packTexts();
+    }
+    if (!removed.empty()) changed(&GridChange::structure);
+}
+
+// References kept by keepText die here; callers keep them only while they add rows.
+void Grid::packTexts() {
+    TextStore packed;
+    for (Row row = firstRoot(); row != kNoRow; row = tree_.following(row)) {
+        text_[row] = packed.add(text(row));
+        for (CellId cell = 0; cell < cells_.count(); ++cell)
+            if (cells_.isText(cell)) cells_.setText(row, cell, packed.add(cellText(row, cell)));
+    }
+    for (auto& [row, note] : notes_) note = packed.add(texts_.get(note));
+    std::swap(texts_, packed);
+    wasteBytes_ = 0;
+}
+
+void Grid::removeRow(Row row) {
+    std::vector<Row> removed;
+    tree_.remove(row, removed);
+    forget(removed);
+}
+
+void Grid::removeChildren(Row row) {
+    std::vector<Row> removed;
+    while (firstChild(row) != kNoRow) tree_.remove(firstChild(row), removed);
+    forget(removed);
+}
+
+void Grid::removeFrom(std::size_t from) {
+    std::vector<Row> removed;
+    for (std::size_t left = rowCount(); left > from; --left) tree_.remove(tree_.lastChild(kNoRow), removed);
+    forget(removed);
+}
+
+void Grid::clear() {
+    tree_.clear();
+    cells_.clear();
+    texts_.clear();
+    text_.clear();
+    picture_.clear();
+    flags_.clear();
+    bar_.clear();
+    backColor_.clear();
+    notes_.clear();
+    selected_.clear();
+    current_ = top_ = kNoRow;
+    wasteBytes_ = 0;
+    changed(&GridChange::structure);
+}
+
+// --- what a row shows
+
+void Grid::setText(Row row, std::string_view text) {
+    wasteBytes_ += this->text(row).size();
+    text_[row] = texts_.add(text);
+    changedRow(row);
+}
+
+std::string_view Grid::rowNote(Row row) const {
+    const auto note = notes_.find(row);
+    return note == notes_.end() ? std::string_view() : texts_.get(note->second);
+}
+
+void Grid::setRowNote(Row row, std::string_view note) {
+    notes_[row] = texts_.add(note);
+    changedRow(row);
+}
+
+void Grid::setPicture(Row row, int picture) {
+    picture_[row] = static_cast<std::uint8_t>(picture);
+    changedRow(row);
+}
+
+void Grid::setBarPicture(Row row, int index) {
+    bar_.ensure(row);
+    bar_[row] = static_cast<std::uint8_t>(index + 1);
+    changedRow(row);
+}
+
+std::optional<std::uint32_t> Grid::backColor(Row row) const {
+    const std::uint32_t stored = backColor_.valueOr(row, 0);
+    if (stored == 0) return std::nullopt;
+    return stored - 1;
+}
+
+void Grid::setBackColor(Row row, std::uint32_t color) {
+    backColor_.ensure(row);
+    backColor_[row] = color + 1;
+    changedRow(row);
+}
+
+// --- cells
+
+void Grid::setNumber(Row row, CellId cell, double value) {
+    cells_.setNumber(row, cell, value);
+    changedRow(row);
+}
+
+void Grid::setCellText(Row row, CellId cell, std::string_view text) {
+    wasteBytes_ += cellText(row, cell).size();
+    cells_.setText(row, cell, texts_.add(text));
+    changedRow(row);
+}
+
+// --- state
+
+void Grid::setExpanded(Row row, bool on) {
+    if (expanded(row) == on) return;
+    flags_[row] = static_cast<std::uint8_t>(on ? flags_[row] | kExpanded : flags_[row] & ~kExpanded);
+    changed(&GridChange::structure);
+}
+
+void Grid::setSelected(Row row, bool on) {
+    if (on) {
+        selected_.insert(row);
+    } else {
+        selected_.erase(row);
+    }
+    changed(&GridChange::current);
+}
+
+void Grid::selectNone() {
+    selected_.clear();
+    changed(&GridChange::current);
+}
+
+std::vector<Row> Grid::selectedRows() const {
+    std::vector<Row> rows(selected_.begin(), selected_.end());
+    std::sort(rows.begin(), rows.end(), [this](Row a, Row b) { return indexOf(a) < indexOf(b); });
+    return rows;
+}
+
+void Grid::setCurrentRow(Row row) {
+    current_ = row;
+    changed(&GridChange::current);
+}
+
+void Grid::setTopRow(Row row) {
+    top_ = row;
+    changed(&GridChange::current);
+}
+
+void Grid::setRedraw(bool on) {
+    redraw_ = on;
+    if (on) notify();
+}
+
+// --- columns
+
+void Grid::setColumns(std::vector<GridColumn> columns) {
+    columns_ = std::move(columns);
+    changed(&GridChange::columns);
+}
+
+GridColumn& Grid::changeColumn(std::size_t column) {
+    changed(&GridChange::columns);
+    return columns_.at(column);
+}
+
+// --- notices
+
+void Grid::changedRow(Row row) {
+    if (observer_ == nullptr || pending_.structure) return;
+    changedRows_.push_back(row);
+    if (changedRows_.size() > kMostChangedRows) pending_.structure = true;
+    if (redraw_) notify();
+}
+
+void Grid::changed(bool GridChange::*what) {
+    if (observer_ == nullptr) return;
+    pending_.*what = true;
+    if (redraw_) notify();
+}
+
+void Grid::notify() {
+    GridChange change = std::exchange(pending_, {});
+    const std::vector<Row> rows = std::exchange(changedRows_, {});
+    if (observer_ == nullptr) return;
+    if (!change.structure) {
+        std::vector<std::size_t> indexes;
+        indexes.reserve(rows.size());
+        for (const Row row : rows) indexes.push_back(indexOf(row));
+        std::sort(indexes.begin(), indexes.end());
+        for (const std::size_t index : indexes) {
+            if (!change.ranges.empty() && index <= change.ranges.back().second + 1) {
+                change.ranges.back().second = index;
+            } else {
+                change.ranges.emplace_back(index, index);
+            }
+        }
+    }
+    if (change.structure || change.columns || change.current || !change.ranges.empty())
+        observer_->gridChanged(change);
+}
+
+}  // namespace hl

@@ -1,0 +1,204 @@
+// The store of rows: a tree of rows with keyed cells, and what a view needs to show and work with them.
+//
+// Each view has one Grid; it holds the results, and there is no second copy of them. A window attaches to it
+// as an observer and paints it; a run with no window has no observer. A flat list is a grid whose rows are
+// all roots. One thread only.
+//
+// Bytes of a row: kRowBytes, its cells (cellBytes), its text and one byte more. What few rows have (a note, a
+// selection) lies in side tables; a colour column exists only once a colour was set.
+#pragma once
+
+#include <array>
+#include <functional>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <unordered_set>
+#include <utility>
+#include <vector>
+
+#include "grid/cell_table.h"
+#include "grid/row_tree.h"
+#include "grid/text_store.h"
+
+namespace hl {
+
+/// What changed since the last notice. Ranges are of row indexes, first to last, sorted, and do not overlap;
+/// they are as they stand after the change.
+struct GridChange {
+    bool structure = false;  ///< Rows were added, removed or moved: all indexes are new, ranges are empty.
+    bool columns = false;    ///< Columns, titles, masks.
+    bool current = false;    ///< The current row, the selection or the top row.
+    std::vector<std::pair<std::size_t, std::size_t>> ranges;
+};
+
+class GridObserver {
+  public:
+    virtual ~GridObserver() = default;
+    /// While Redraw is off changes gather; they arrive in one call when it goes on. Must not change the grid.
+    virtual void gridChanged(const GridChange& change) = 0;
+};
+
+enum class Alignment : std::uint8_t { kLeft, kRight };
+
+struct GridColumn {
+    std::string title;
+    std::string key;   ///< Of the cell it shows; empty for the row's text.
+    std::string mask;  ///< See grid/mask.h; empty for none.
+    Alignment alignment = Alignment::kLeft;
+    bool visible = true;
+    double width = 0;  ///< In the window's units; 0 until it was measured.
+};
+
+/// How the rows of one level are sorted.
+struct LevelSort {
+    std::string key;      ///< Cell to sort by; empty for the row's text.
+    bool numbers = true;  ///< False: as text, without regard to case.
+    bool descending = true;
+};
+
+class Grid {
+  public:
+    static constexpr std::size_t kSortLevels = 256;
+    /// Bytes of a row without its cells and its text: links, text reference, picture, flags.
+    static constexpr std::size_t kRowBytes = RowTree::kRowBytes + sizeof(TextRef) + 2;
+
+    /// `cells` must outlive the grid.
+    explicit Grid(std::span<const CellSpec> cells);
+    Grid(const Grid&) = delete;
+    Grid& operator=(const Grid&) = delete;
+
+    // --- rows
+    // ---------------------------------------------------------------------------------------------------
+    /// Behind the last child of `parent`; a root row for kNoRow. New rows are folded, not selected, picture
+    /// 0.
+    Row addRow(Row parent, std::string_view text);
+    /// The same with a text kept by keepText: many rows share it.
+    Row addRow(Row parent, TextRef text);
+    TextRef keepText(std::string_view text) { return texts_.add(text); }
+    void removeRow(Row row);
+    void removeChildren(Row row);
+    /// Removes the rows with an index of `from` or more, as they stand now. REQUIRES: all rows are roots.
+    void removeFrom(std::size_t from);
+    void clear();
+
+    std::size_t rowCount() const { return tree_.count(); }
+    const RowTree& tree() const { return tree_; }
+    Row rowAt(std::size_t index) const { return tree_.rowAt(index); }
+    std::size_t indexOf(Row row) const { return tree_.indexOf(row); }
+    Row parent(Row row) const { return tree_.parent(row); }
+    Row firstChild(Row row) const { return tree_.firstChild(row); }
+    Row nextSibling(Row row) const { return tree_.nextSibling(row); }
+    Row firstRoot() const { return tree_.firstChild(kNoRow); }
+    bool hasChildren(Row row) const { return tree_.firstChild(row) != kNoRow; }
+    std::uint32_t level(Row row) const { return tree_.level(row); }
+
+    // --- what a row shows
+    // ---------------------------------------------------------------------------------------
+    std::string_view text(Row row) const { return texts_.get(text_[row]); }
+    void setText(Row row, std::string_view text);
+    std::string_view rowNote(Row row) const;
+    void setRowNote(Row row, std::string_view note);
+    int picture(Row row) const { return picture_[row]; }
+    void setPicture(Row row, int picture);
+    /// A percent bar (index of its picture) in front of the text; -1 for none.
+    int barPicture(Row row) const { return bar_.valueOr(row, 0) - 1; }
+    void setBarPicture(Row row, int index);
+    /// 0xRRGGBB, or nothing for the view's own background.
+    std::optional<std::uint32_t> backColor(Row row) const;
+    void setBackColor(Row row, std::uint32_t color);
+
+    // --- cells
+    // --------------------------------------------------------------------------------------------------
+    CellId cell(std::string_view key) const { return cells_.find(key); }
+    double number(Row row, CellId cell) const { return cells_.number(row, cell); }
+    void setNumber(Row row, CellId cell, double value);
+    std::string_view cellText(Row row, CellId cell) const { return texts_.get(cells_.text(row, cell)); }
+    void setCellText(Row row, CellId cell, std::string_view text);
+    const CellTable& cells() const { return cells_; }
+
+    // --- state
+    // --------------------------------------------------------------------------------------------------
+    bool expanded(Row row) const { return (flags_[row] & kExpanded) != 0; }
+    void setExpanded(Row row, bool on);
+    bool selected(Row row) const { return selected_.contains(row); }
+    void setSelected(Row row, bool on);
+    void selectNone();
+    std::size_t selectedCount() const { return selected_.size(); }
+    /// In the order of the view.
+    std::vector<Row> selectedRows() const;
+    Row currentRow() const { return current_; }
+    void setCurrentRow(Row row);
+    Row topRow() const { return top_; }
+    void setTopRow(Row row);
+    /// Whether the user may work in it.
+    bool enabled() const { return enabled_; }
+    void setEnabled(bool on) { enabled_ = on; }
+    bool redraw() const { return redraw_; }
+    /// Off: changes gather. On: one notice of all that gathered.
+    void setRedraw(bool on);
+
+    // --- columns
+    // ------------------------------------------------------------------------------------------------
+    const std::vector<GridColumn>& columns() const { return columns_; }
+    void setColumns(std::vector<GridColumn> columns);
+    /// REQUIRES: the column exists.
+    GridColumn& changeColumn(std::size_t column);
+
+    // --- sort and search
+    // ----------------------------------------------------------------------------------------
+    /// Levels from kSortLevels - 1 on share the last setting.
+    LevelSort& levelSort(std::uint32_t level) {
+        return sorts_[std::min<std::size_t>(level, kSortLevels - 1)];
+    }
+    /// Sorts each level from 0 to `deepest` once, by its setting. Rows stay with their parents, and rows with
+    /// equal keys stay in the order they had. `between` may be null; it runs after each level.
+    void sortLevels(std::uint32_t deepest, const std::function<void()>& between = nullptr);
+    /// The first row with an index from `from` to `to`, both included, whose text holds `part` without regard
+    /// to case; kNoRow if there is none.
+    Row find(std::string_view part, std::size_t from, std::size_t to) const;
+
+    // --- observer
+    // -----------------------------------------------------------------------------------------------
+    /// One at a time; null takes it away. Must outlive its being attached.
+    void attach(GridObserver* observer) { observer_ = observer; }
+
+    /// Bytes taken by the texts of rows, notes and cells.
+    std::size_t textBytes() const { return texts_.bytesUsed(); }
+
+  private:
+    enum Flags : std::uint8_t { kExpanded = 1 };
+
+    void forget(const std::vector<Row>& removed);
+    void packTexts();
+    void sortChildren(Row parent, const LevelSort& sort, CellId cell);
+    void changedRow(Row row);
+    void changed(bool GridChange::*what);
+    void notify();
+
+    RowTree tree_;
+    CellTable cells_;
+    TextStore texts_;
+    Column<TextRef> text_;
+    Column<std::uint8_t> picture_;
+    Column<std::uint8_t> flags_;
+    Column<std::uint8_t> bar_;         ///< Index + 1; no block until the first bar.
+    Column<std::uint32_t> backColor_;  ///< Color + 1; no block until the first colour.
+    std::unordered_map<Row, TextRef> notes_;
+    std::unordered_set<Row> selected_;
+    Row current_ = kNoRow;
+    Row top_ = kNoRow;
+    bool enabled_ = true;
+    bool redraw_ = true;
+    std::size_t wasteBytes_ = 0;
+    std::vector<GridColumn> columns_;
+    std::array<LevelSort, kSortLevels> sorts_;
+
+    GridObserver* observer_ = nullptr;
+    GridChange pending_;
+    std::vector<Row> changedRows_;
+};
+
+}  // namespace hl

@@ -1,0 +1,97 @@
+#include "grid/row_tree.h"
+
+#include <utility>
+
+#include "base/fault.h"
+
+namespace hl {
+
+Row RowTree::add(Row parent) {
+    Row row = limit_;
+    if (free_.empty()) {
+        if (limit_ == kNoRow) raiseOverflow("RowTree");
+        links_.ensure(row);
+        ++limit_;
+    } else {
+        row = free_.back();
+        free_.pop_back();
+    }
+    Row& first = parent == kNoRow ? firstRoot_ : links_[parent].first;
+    Row& last = parent == kNoRow ? lastRoot_ : links_[parent].last;
+    const std::uint32_t level = parent == kNoRow ? 0 : links_[parent].level + 1;
+    links_[row] = {parent, kNoRow, kNoRow, kNoRow, last, level};
+    (last == kNoRow ? first : links_[last].next) = row;
+    last = row;
+    ++count_;
+    flat_ = false;
+    return row;
+}
+
+void RowTree::unlink(Row row) {
+    const Links& links = links_[row];
+    Row& first = links.parent == kNoRow ? firstRoot_ : links_[links.parent].first;
+    Row& last = links.parent == kNoRow ? lastRoot_ : links_[links.parent].last;
+    (links.previous == kNoRow ? first : links_[links.previous].next) = links.next;
+    (links.next == kNoRow ? last : links_[links.next].previous) = links.previous;
+}
+
+void RowTree::remove(Row row, std::vector<Row>& removed) {
+    unlink(row);
+    const std::size_t start = removed.size();
+    // Parents before children first, by the links that still stand; then turned around.
+    removed.push_back(row);
+    for (std::size_t i = start; i < removed.size(); ++i)
+        for (Row child = firstChild(removed[i]); child != kNoRow; child = nextSibling(child))
+            removed.push_back(child);
+    for (std::size_t a = start, b = removed.size(); a + 1 < b; ++a) std::swap(removed[a], removed[--b]);
+    free_.insert(free_.end(), removed.begin() + static_cast<std::ptrdiff_t>(start), removed.end());
+    count_ -= removed.size() - start;
+    flat_ = false;
+}
+
+void RowTree::clear() {
+    *this = RowTree();
+}
+
+Row RowTree::following(Row row) const {
+    if (links_[row].first != kNoRow) return links_[row].first;
+    while (row != kNoRow && links_[row].next == kNoRow) row = links_[row].parent;
+    return row == kNoRow ? kNoRow : links_[row].next;
+}
+
+void RowTree::flatten() const {
+    if (flat_) return;
+    order_.clear();
+    order_.reserve(count_);
+    position_.assign(limit_, 0);
+    for (Row row = firstRoot_; row != kNoRow; row = following(row)) {
+        position_[row] = static_cast<std::uint32_t>(order_.size());
+        order_.push_back(row);
+    }
+    flat_ = true;
+}
+
+Row RowTree::rowAt(std::size_t index) const {
+    flatten();
+    return index < order_.size() ? order_[index] : kNoRow;
+}
+
+std::size_t RowTree::indexOf(Row row) const {
+    flatten();
+    return position_[row];
+}
+
+void RowTree::reorder(Row parent, const std::vector<Row>& children) {
+    Row before = kNoRow;
+    for (const Row child : children) {
+        (before == kNoRow ? (parent == kNoRow ? firstRoot_ : links_[parent].first) : links_[before].next) =
+            child;
+        links_[child].previous = before;
+        before = child;
+    }
+    if (before != kNoRow) links_[before].next = kNoRow;
+    (parent == kNoRow ? lastRoot_ : links_[parent].last) = before;
+    flat_ = false;
+}
+
+}  // namespace hl

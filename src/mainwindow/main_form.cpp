@@ -1,0 +1,93 @@
+#include "mainwindow/main_form.h"
+
+#include "base/text.h"
+#include "views/list_columns.h"
+#include "views/report_columns.h"
+
+namespace hl {
+
+namespace {
+constexpr std::uint64_t kProgressInterval = 200;  // Milliseconds between two changes of the progress line.
+}
+
+MainForm::MainForm(const FormServices& services, bool silentRun)
+    : services_(services), scan_{state_,         options_,
+                                 cboOrdner_,     tvwPL_,
+                                 lvwTOP_,        lvwHardlinks_,
+                                 lvwJunctions_,  services.fileSystem,
+                                 services.pump,  *this,
+                                 services.texts, services.log,
+                                 services.facts, services.diagnostics,
+                                 services.paths, services.numbers} {
+    state_.SilentRun = silentRun;
+}
+
+void MainForm::Form_Load() {
+    OptionenLadenMain(options_, services_.settings, services_.diagnostics, false);
+    for (const OptionBar bar : {OptionBar::kMain, OptionBar::kFiles, OptionBar::kTop, OptionBar::kHardlinks})
+        loadBarOptions(options_, services_.settings, services_.diagnostics, bar);
+    Init_Tree(tvwPL_, options_, services_.texts);
+    Init_TopList(lvwTOP_, options_, services_.texts);
+    Init_HardlinksList(lvwHardlinks_, options_, services_.texts);
+    Init_JunctionList(lvwJunctions_, services_.texts);
+}
+
+// --- a run with no window
+
+SilentResult MainForm::runSilent(const std::string& commandLine) {
+    const SilentOrder order = KZGetFoldersFromCommand(commandLine);
+    if (order.sources.empty()) return SilentResult::kMakesNoSense;
+    state_.SourceQueue.assign(order.sources.begin(), order.sources.end());
+    Ordnerliste_Abarbeiten(scan_);
+    return writeReport(order);
+}
+
+SilentResult MainForm::writeReport(const SilentOrder& order) {
+    services_.console.progress("");
+    SaveForm frmSave(SaveServices{tvwPL_, options_, services_.texts, services_.numbers, services_.files,
+                                  services_.diagnostics, state_, services_.pump, services_.paths});
+    std::string path = order.outputFile;
+    if (!frmSave.SPEICHERN(path, order.levels, order.delimiterIndex)) {
+        services_.console.errorLine(
+            services_.texts.TL(9020, "Der Bericht '%1' wurde nicht geschrieben.", {visible(path)}));
+        somethingFailed_ = true;
+    }
+    const bool faults = services_.diagnostics.errcount() > 0;
+    return somethingFailed_ || faults ? SilentResult::kWithErrors : SilentResult::kWritten;
+}
+
+// --- what a scan tells
+
+void MainForm::lockControls(bool) {
+    for (Grid* grid : {&tvwPL_, &lvwTOP_, &lvwHardlinks_, &lvwJunctions_}) grid->setEnabled(false);
+}
+
+void MainForm::unlockControls() {
+    for (Grid* grid : {&tvwPL_, &lvwTOP_, &lvwHardlinks_, &lvwJunctions_}) grid->setEnabled(true);
+}
+
+void MainForm::statusAfterRun(const std::string& text) {
+    panel1_ = text;
+    services_.console.progress("");
+}
+
+void MainForm::folderEntered(std::string_view path) {
+    if (!services_.console.showsProgress()) return;
+    const std::uint64_t tick = services_.pump.GetTickCount();
+    if (tick < lastProgressTick_ + kProgressInterval) return;
+    lastProgressTick_ = tick;
+    services_.console.progress(visible(path));
+}
+
+void MainForm::sourceMissing(const std::string& source) {
+    services_.console.errorLine(
+        services_.texts.TL(9021, "Die Quelle '%1' gibt es nicht.", {visible(source)}));
+    somethingFailed_ = true;
+}
+
+void MainForm::notRead(std::string_view path, const std::string& reason) {
+    services_.console.errorLine(services_.texts.TL(9022, "Nicht gelesen: %1: %2", {visible(path), reason}));
+    somethingFailed_ = true;
+}
+
+}  // namespace hl

@@ -1,0 +1,93 @@
+// frmMain: the owner of what a run of the program works with, grids and state above all.
+//
+// It answers what a scan asks of the window around it. With no window that is plain data: nobody sees the
+// status panels, the lists stay empty, and what could not be read goes to standard error, a line each.
+#pragma once
+
+#include <string>
+
+#include "app/command_line.h"
+#include "output/save_report.h"
+#include "platform/console.h"
+#include "platform/files.h"
+#include "scan/driver.h"
+#include "scan/records.h"
+#include "scan/scan_context.h"
+
+namespace hl {
+
+/// What the form is given by whoever starts the program. All of it outlives the form.
+struct FormServices {
+    SettingsStore& settings;
+    const Texts& texts;
+    Log& log;
+    Files& files;
+    FileSystem& fileSystem;
+    MessagePump& pump;
+    Console& console;
+    SystemFacts& facts;
+    Diagnostics& diagnostics;
+    const PathRules& paths;
+    const NumberFormat& numbers;
+};
+
+/// How a run with no window ended.
+enum class SilentResult {
+    kWritten,       ///< The report is written and everything was read.
+    kWithErrors,    ///< Something could not be read or written.
+    kMakesNoSense,  ///< The command line names no file or no source.
+};
+
+class MainForm final : public ScanHost {
+  public:
+    MainForm(const FormServices& services, bool silentRun);
+
+    /// Reads the options and sets up the grids.
+    void Form_Load();
+    /// Reads the sources of a silent command line and writes the report. REQUIRES: Form_Load was called.
+    SilentResult runSilent(const std::string& commandLine);
+
+    ScanState& state() { return state_; }
+    ScanContext& scan() { return scan_; }
+    const Options& options() const { return options_; }
+
+    // ScanHost
+    void setBusyPointer(bool) override {}
+    void lockControls(bool noStop) override;
+    void unlockControls() override;
+    void statusOfRun() override {}
+    void statusAfterRun(const std::string& text) override;
+    void folderEntered(std::string_view path) override;
+    void firstLevelFolderDone() override {}
+    void sourceMissing(const std::string& source) override;
+    void notRead(std::string_view path, const std::string& reason) override;
+    std::string typeName(const std::string&) override { return {}; }
+    void topListTitle(const std::string& title) override { topTitle_ = title; }
+    void listsFilled() override {}
+    void reportResizeColumns() override {}
+    void selectDriveOf(Row) override {}
+    void refreshDriveOf(Row) override {}
+    void showFilesOf(const std::string& folder) override { state_.currentFolder = folder; }
+    void refreshPreview() override {}
+    void showFileStat() override {}
+    void clearStatus() override { panel1_.clear(); }
+
+  private:
+    SilentResult writeReport(const SilentOrder& order);
+
+    FormServices services_;
+    ScanState state_;
+    Options options_;
+    SourceCombo cboOrdner_;
+    Grid tvwPL_{kFolderCells};
+    Grid lvwTOP_{kFileCells};
+    Grid lvwHardlinks_{kFileCells};
+    Grid lvwJunctions_{kJunctionCells};
+    ScanContext scan_;
+    std::string panel1_;
+    std::string topTitle_;
+    std::uint64_t lastProgressTick_ = 0;
+    bool somethingFailed_ = false;
+};
+
+}  // namespace hl

@@ -1,0 +1,42 @@
+// The file of a report, written in blocks.
+#pragma once
+
+#include <string>
+
+#include "platform/files.h"
+
+namespace hl {
+
+class ReportFile {
+  public:
+    static constexpr std::size_t kBlockBytes = std::size_t{64} << 10;
+
+    /// `file` must outlive it.
+    explicit ReportFile(ReplacingFile& file) : file_(file) { block_.reserve(kBlockBytes + kBlockBytes / 8); }
+
+    /// Lines are appended to it, and endLine is called behind each.
+    std::string& block() { return block_; }
+    void endLine() {
+        if (block_.size() >= kBlockBytes) writeBlock();
+    }
+    /// Of the system; 0 as long as all went well. After an error nothing more is written.
+    int error() const { return error_; }
+    /// Writes what is left and puts the file in place. System error code.
+    int commit() {
+        writeBlock();
+        if (error_ == 0) error_ = file_.commit();
+        return error_;
+    }
+
+  private:
+    void writeBlock() {
+        if (error_ == 0 && !block_.empty()) error_ = file_.write(block_);
+        block_.clear();
+    }
+
+    ReplacingFile& file_;
+    std::string block_;
+    int error_ = 0;
+};
+
+}  // namespace hl

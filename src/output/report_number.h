@@ -1,0 +1,37 @@
+// The numbers of one column of a report: the texts of base/size_text.h, appended with no text in between.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "base/number_format.h"
+
+namespace hl {
+
+/// A report of 150,000 rows has nearly half a million numbers. Appending one takes a fifth of the time that
+/// formatQuotient does, and allocates nothing.
+class ReportNumber {
+  public:
+    /// Values divided by `divisor` and rounded exactly, halves away from zero; with a divisor of 0 every text
+    /// is empty. Blanks in front up to `width` characters, never cut. `format` must outlive it. REQUIRES:
+    /// divisor >= 0, picture.decimals is 0 or 2.
+    ReportNumber(std::int64_t divisor, Picture picture, const NumberFormat& format, std::size_t width = 0);
+
+    /// REQUIRES: the value is within the range of SizeValue.
+    void append(std::string& out, std::int64_t value) const;
+
+  private:
+    std::int64_t roundedQuotient(std::int64_t value) const;
+    std::size_t separatorsIn(std::size_t digits) const;
+    void appendWhole(std::string& out, std::string_view digits) const;
+
+    std::int64_t divisor_;
+    std::int64_t scale_;  ///< What the last digit of a text counts: 1, or 100 for hundredths.
+    bool grouped_;
+    std::size_t width_;
+    const NumberFormat& format_;
+    std::size_t thousandsLength_;  ///< In characters.
+    std::size_t fractionLength_;
+};
+
+}  // namespace hl

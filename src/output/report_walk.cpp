@@ -1,0 +1,98 @@
+// Invariant of the loop: parents_ has one length for each level from the start's children to the row in work.
+#include "output/report_walk.h"
+
+#include "robustness/trap.h"
+#include "scan/records.h"
+
+namespace hl {
+
+namespace {
+
+// A size below 0 is out of range as one that is too large.
+SizeValue sizeOf(const Grid& grid, Row row) {
+    const auto bytes = static_cast<std::int64_t>(grid.number(row, kSize));
+    return SizeValue::fromBytes(static_cast<std::uint64_t>(bytes));
+}
+
+}  // namespace
+
+ReportWalk::ReportWalk(const Grid& tvwPL, const PathRules& paths, const ReportLines& lines, ReportFile& file,
+                       Yield& yield, Diagnostics& diagnostics)
+    : tvwPL_(tvwPL), paths_(paths), lines_(lines), file_(file), yield_(yield), diagnostics_(diagnostics) {}
+
+void ReportWalk::writeTree(Row start, std::int32_t levels) {
+    path_.clear();
+    lines_.appendName(path_, tvwPL_.text(start));
+    writeLine(start, true);
+    if (descends(start, levels)) TreeViewSpeichernR(start, levels);
+}
+
+// An error ends the level in which it happens, and those below it; the walk goes on above.
+void ReportWalk::TreeViewSpeichernR(Row start, std::int32_t levels) {
+    parents_.assign(1, path_.size());
+    Row row = tvwPL_.firstChild(start);
+    while (row != kNoRow) {
+        const bool whole = guarded(diagnostics_, "TreeViewSpeichernR", "frmSave", [&] {
+            writeFrom(row, start, levels);
+            return true;
+        });
+        if (whole) return;
+        row = behindLevelOf(row, start);
+    }
+}
+
+void ReportWalk::writeFrom(Row& row, Row start, std::int32_t levels) {
+    while (row != kNoRow && file_.error() == 0) {
+        yield_.perEntry();
+        const bool folder = tvwPL_.number(row, kIsFolder) == 1;
+        appendToPath(row, folder);
+        writeLine(row, folder);
+        if (folder && descends(row, levels)) {
+            parents_.push_back(path_.size());
+            row = tvwPL_.firstChild(row);
+        } else {
+            row = behind(row, start);
+        }
+    }
+}
+
+bool ReportWalk::descends(Row row, std::int32_t levels) const {
+    if (!tvwPL_.hasChildren(row)) return false;
+    return levels == 0 ? tvwPL_.expanded(row) : std::int64_t{tvwPL_.level(row)} < levels;
+}
+
+// The row behind `row` and all below it; kNoRow where nothing more is below `start`.
+Row ReportWalk::behind(Row row, Row start) {
+    while (tvwPL_.nextSibling(row) == kNoRow) {
+        row = tvwPL_.parent(row);
+        parents_.pop_back();
+        if (row == start) return kNoRow;
+    }
+    return tvwPL_.nextSibling(row);
+}
+
+Row ReportWalk::behindLevelOf(Row row, Row start) {
+    const Row parent = tvwPL_.parent(row);
+    parents_.pop_back();
+    return parent == start ? kNoRow : behind(parent, start);
+}
+
+void ReportWalk::appendToPath(Row row, bool folder) {
+    path_.resize(parents_.back());
+    if (!path_.ends_with(paths_.separator)) path_ += paths_.separator;
+    if (!folder) path_ += '[';
+    lines_.appendName(path_, tvwPL_.text(row));
+    if (!folder) path_ += ']';
+}
+
+// The row of a folder's own files counts no folders.
+void ReportWalk::writeLine(Row row, bool folder) {
+    const ReportRow facts = {.size = sizeOf(tvwPL_, row),
+                             .files = static_cast<std::int64_t>(tvwPL_.number(row, kFiles)),
+                             .folders = folder ? static_cast<std::int64_t>(tvwPL_.number(row, kFolders)) : 0};
+    lines_.appendRow(file_.block(), path_, facts);
+    file_.endLine();
+    ++rowsWritten_;
+}
+
+}  // namespace hl

@@ -1,0 +1,233 @@
+#include "output/save_report.h"
+
+#include <limits>
+#include <system_error>
+
+#include "base/size_text.h"
+#include "base/text.h"
+#include "output/report_file.h"
+#include "output/report_walk.h"
+#include "robustness/trap.h"
+#include "scan/records.h"
+#include "scan/yield.h"
+
+namespace hl {
+
+namespace {
+
+constexpr std::int32_t kAllLevels = 999;
+constexpr std::int32_t kAsTheControlsSay = -1;
+constexpr char32_t kBackspace = 8;
+constexpr std::string_view kDelimiters = ",;\t ";
+constexpr const char* kRoutine = "SPEICHERN";
+
+// Mode 4 has the name that belongs to mode 5. Neither can be chosen.
+std::string_view unitInTitle(int sizeMode) {
+    constexpr std::array<std::string_view, 5> kUnits = {" (Bytes)", " (KB)", " (MB)", " (GB)", " (TB)"};
+    return sizeMode < static_cast<int>(kUnits.size()) ? kUnits[static_cast<std::size_t>(sizeMode)] : "";
+}
+
+[[noreturn]] void raiseFileError(int error, const std::string& path) {
+    throw Fault(error, kRoutine, visible(path) + ": " + std::generic_category().message(error));
+}
+
+}  // namespace
+
+/// The local values of one run of SPEICHERN.
+struct SaveForm::Run {
+    std::string path;
+    int scope = -1;
+    std::int32_t levels = -1;
+    char delimiter = ',';
+    Row start = kNoRow;
+    bool IsTextFormat = false;
+    int sizeMode = 0;
+    int decimals = 0;
+    std::uint64_t rows = 0;
+    bool written = false;
+
+    DebugValues values() const {
+        return {"path=" + visible(path),
+                "scope=" + std::to_string(scope),
+                "levels=" + std::to_string(levels),
+                "delimiter=" + std::to_string(delimiter),
+                "start=" + std::to_string(std::int64_t{start}),
+                "IsTextFormat=" + std::to_string(IsTextFormat),
+                "FileSizeFormat=" + std::to_string(sizeMode),
+                "decimals=" + std::to_string(decimals),
+                "rows=" + std::to_string(rows),
+                "written=" + std::to_string(written)};
+    }
+};
+
+SaveForm::SaveForm(const SaveServices& services) : services_(services) {
+    fillControls();
+    selectOption(optWasSpeichern, kSaveAll);
+    optWasSpeichern[kSaveSelected].enabled = services_.tvwPL.selectedCount() > 0;
+    selectOption(optLevels, kSaveUnfolded);
+    cboFormat.index = kFormatTxt;
+    cboDelimiter.index = kDelimiterTab;
+}
+
+void SaveForm::fillControls() {
+    const Texts& texts = services_.texts;
+    caption = texts.TL(3612, "Speichern");
+    lblWasSpeichern = texts.TL(3709, "Was soll gespeichert werden?");
+    optWasSpeichern[kSaveAll].caption = texts.TL(3710, "Alle Ordner");
+    optWasSpeichern[kSaveSelected].caption = texts.TL(3711, "Ausgewählter Ordner");
+    lblLevels = texts.TL(3524, "Wieviele Ordnerebenen sollen gespeichert werden?");
+    optLevels[kSaveAllLevels].caption = texts.TL(3608, "Alle Ordnerebenen");
+    lblLevelsUnit = texts.TL(3611, "Ordnerebenen");
+    optLevels[kSaveUnfolded].caption = texts.TL(3607, "Aktuelle Ordneransicht");
+    lblFormat = texts.TL(3647, "Dateiformat:");
+    cboFormat.items = {"TXT", "CSV"};
+    lblDelimiter = texts.TL(3734, "Trennzeichen:");
+    cboDelimiter.items = {texts.TL(3730, "Komma"), texts.TL(3731, "Semikolon"), texts.TL(3732, "Tabulator"),
+                          texts.TL(3733, "Leerzeichen")};
+    OKButton.caption = texts.TL(3610, "OK");
+    CancelButton.caption = texts.TL(3609, "Abbrechen");
+}
+
+bool SaveForm::SPEICHERN(std::string& path, std::int32_t levels, std::int32_t delimiter) {
+    Run run;
+    const auto body = [&] {
+        applyArguments(levels, delimiter);
+        run.scope = GetOptionButtonSelectedIndex(optWasSpeichern);
+        run.levels = wantedLevels();
+        if (cboDelimiter.index >= 0)
+            run.delimiter = kDelimiters.at(static_cast<std::size_t>(cboDelimiter.index));
+        hourglass = true;
+        run.start = startRow(run.scope);
+        if (path.empty()) path = askPath();
+        run.path = path;
+        if (!path.empty()) {
+            setButtonsEnabled(false);
+            write(run);
+            setButtonsEnabled(true);
+        }
+        hourglass = false;
+        loaded = false;
+        return run.written;
+    };
+    return guarded(services_.diagnostics, kRoutine, "frmSave", body, [&] { return run.values(); });
+}
+
+void SaveForm::applyArguments(std::int32_t levels, std::int32_t delimiter) {
+    if (levels == 0) {
+        selectOption(optLevels, kSaveAllLevels);
+    } else if (levels != kAsTheControlsSay) {
+        selectOption(optLevels, kSaveSomeLevels);
+        txtLevels = std::to_string(levels);
+    }
+    if (delimiter >= kDelimiterComma && delimiter <= kDelimiterBlank) cboDelimiter.index = delimiter;
+}
+
+std::int32_t SaveForm::wantedLevels() const {
+    switch (GetOptionButtonSelectedIndex(optLevels)) {
+        case kSaveAllLevels:
+            return kAllLevels;
+        case kSaveSomeLevels:
+            break;
+        default:
+            return 0;
+    }
+    const auto number = parseInteger(txtLevels);
+    if (!number) throw Fault(kFaultTypeMismatch, kRoutine, "Type mismatch");
+    if (*number < std::numeric_limits<std::int32_t>::min() ||
+        *number > std::numeric_limits<std::int32_t>::max())
+        raiseOverflow(kRoutine);
+    return static_cast<std::int32_t>(*number);
+}
+
+Row SaveForm::startRow(int scope) const {
+    const Grid& report = services_.tvwPL;
+    const auto selected = scope == kSaveSelected ? report.selectedRows() : std::vector<Row>();
+    const Row start = scope != kSaveSelected ? report.firstRoot()
+                      : selected.empty()     ? kNoRow
+                                             : selected.front();
+    if (start == kNoRow)
+        throw Fault(kFaultInvalidCall, kRoutine, "Nothing was read: there is no row to save");
+    return start;
+}
+
+std::string SaveForm::askPath() const {
+    if (services_.dialog == nullptr) return {};
+    const std::string root(1, services_.paths.separator);
+    if (cboFormat.index == kFormatTxt)
+        return services_.dialog->askSavePath({"TXT (*.txt)|*.txt", "txt", root});
+    return services_.dialog->askSavePath({"CSV (*.csv)|*.csv", "csv", root});
+}
+
+void SaveForm::setButtonsEnabled(bool enabled) {
+    OKButton.enabled = CancelButton.enabled = enabled;
+    for (OptionButton& option : optLevels) option.enabled = enabled;
+}
+
+// Widths come from the start row alone. Those of the counts are measured in the mode of the sizes and so come
+// out short; a number that is wider than its column is not cut.
+ReportFormat SaveForm::formatOf(const Run& run) const {
+    const Texts& texts = services_.texts;
+    const NumberFormat& numbers = services_.numbers;
+    const auto cell = [&](FolderCell id) {
+        const auto value = static_cast<std::int64_t>(services_.tvwPL.number(run.start, id));
+        return SizeValue::fromBytes(static_cast<std::uint64_t>(value));
+    };
+    const auto countWidth = [&](FolderCell id) {
+        return characterCount(FormatSizeForMode(run.sizeMode, cell(id), false, false, numbers));
+    };
+    return {.IsTextFormat = run.IsTextFormat,
+            .delimiter = run.delimiter,
+            .sizeMode = run.sizeMode,
+            .decimals = run.decimals,
+            .titles = {texts.TL(3623, "Größe").append(unitInTitle(run.sizeMode)), texts.TL(3624, "Dateien"),
+                       texts.TL(3625, "Ordner"), texts.TL(3626, "Pfad")},
+            .widths = {characterCount(xFormatFileSizeWithSpacer(run.sizeMode, cell(kSize), 1, false,
+                                                                run.decimals, numbers)),
+                       countWidth(kFiles), countWidth(kFolders)}};
+}
+
+void SaveForm::write(Run& run) const {
+    run.IsTextFormat = lowerCase(run.path).ends_with(".txt");
+    run.sizeMode = services_.options.FileSizeFormat;
+    run.decimals = services_.options.SizeFormatNachkommastellenFolders;
+    const ReportLines lines(formatOf(run), services_.numbers);
+
+    int error = 0;
+    const auto target = services_.files.replace(run.path, error);
+    if (!target) raiseFileError(error, run.path);
+    ReportFile file(*target);
+    lines.appendHeader(file.block());
+
+    Yield yield(services_.state, services_.pump);
+    ReportWalk walk(services_.tvwPL, services_.paths, lines, file, yield, services_.diagnostics);
+    for (Row root = run.start; root != kNoRow && file.error() == 0;
+         root = services_.tvwPL.nextSibling(root)) {
+        walk.writeTree(root, run.levels);
+        run.rows = walk.rowsWritten();
+        if (run.scope == kSaveSelected) break;
+    }
+    if (file.commit() != 0) raiseFileError(file.error(), run.path);
+    run.written = true;
+}
+
+void SaveForm::OKButton_Click() {
+    std::string path;
+    SPEICHERN(path, kAsTheControlsSay, kAsTheControlsSay);
+}
+
+void SaveForm::cboFormat_Click() {
+    cboDelimiter.index = cboFormat.index == kFormatTxt ? kDelimiterTab : kDelimiterSemicolon;
+}
+
+char32_t SaveForm::txtLevels_KeyPress(char32_t key) {
+    return (key >= U'0' && key <= U'9') || key == kBackspace ? key : 0;
+}
+
+void SaveForm::FormatFileSizeSave(SizeValue value, std::string& text) const {
+    text.clear();
+    savedSize(services_.options.FileSizeFormat, services_.options.SizeFormatNachkommastellenFolders,
+              services_.numbers)
+        .append(text, value.bytes());
+}
+
+}  // namespace hl

@@ -1,0 +1,33 @@
+// The platform of a run with no window: nothing waits, nothing is shown. Tests use it as well.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/console.h"
+#include "platform/message_pump.h"
+
+namespace hl {
+
+/// No messages ever wait.
+class HeadlessPump final : public MessagePump {
+  public:
+    void PumpMessages() override {}
+    bool GetInputState() override { return false; }
+    std::uint64_t GetTickCount() override;
+};
+
+/// Keeps what was said instead of showing it.
+class RecordingConsole final : public Console {
+  public:
+    void outputLine(std::string_view line) override { output.emplace_back(line); }
+    void errorLine(std::string_view line) override { errors.emplace_back(line); }
+    bool showsProgress() override { return false; }
+    void progress(std::string_view) override {}
+
+    std::vector<std::string> output;
+    std::vector<std::string> errors;
+};
+
+}  // namespace hl

@@ -1,0 +1,64 @@
+// Turns the records of an open folder into a block of entries with their facts. One for each reading thread.
+//
+// A block is read in two steps, so that a long folder can be shared: fill() takes the names from the kernel,
+// and once that is done another thread may already fill() the next block of the same folder; build() then
+// looks at each entry once.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "platform/folder_reader.h"
+#include "platform/linux/directory_calls.h"
+
+namespace hl {
+
+/// What was read of one folder in one go. Immutable once built; the walk and the reader share it.
+struct Block {
+    std::unique_ptr<char[]> memory;  ///< Holds what the spans and `names` point to.
+    std::size_t bytes = 0;           ///< Everything included.
+    std::span<const Entry> entries;
+    std::span<const EntryTimes> times;
+    std::span<const std::uint32_t> entered;  ///< Indexes of the entries that the walk will enter.
+    const char* names = nullptr;             ///< Each name ends in a NUL.
+    int entryError = 0;
+};
+
+class BlockReader {
+  public:
+    BlockReader(DirectoryCalls& calls, const ReadOptions& options);
+
+    struct Fill {
+        int error = 0;            ///< Positive system error code; what was read before it is kept.
+        bool nothing = true;      ///< Not one record was read.
+        bool more = false;        ///< There may be further records.
+        std::int64_t cookie = 0;  ///< Place behind the last record.
+    };
+    Fill fill(int folder);
+    std::shared_ptr<const Block> build(int folder);
+
+  private:
+    void addFolder(std::string_view name, std::uint32_t attributes, std::uint32_t tag);
+    void addLink(int folder, const char* name, std::size_t length);
+    void addOther(int folder, const char* name, std::size_t length);
+    void addFile(const struct statx& facts, std::string_view name);
+    std::uint32_t keepName(std::string_view name);
+    void noteError(int error);
+    std::shared_ptr<const Block> pack();
+
+    DirectoryCalls& calls_;
+    const ReadOptions options_;
+    unsigned mask_;
+    std::unique_ptr<char[]> records_;
+    std::size_t length_ = 0;
+    std::vector<Entry> entries_;
+    std::vector<EntryTimes> times_;
+    std::vector<std::uint32_t> entered_;
+    std::string names_;
+    int entryError_ = 0;
+};
+
+}  // namespace hl

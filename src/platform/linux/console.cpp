@@ -1,0 +1,54 @@
+#include "platform/linux/console.h"
+
+#include <sys/ioctl.h>
+#include <unistd.h>
+
+#include "base/text.h"
+
+namespace hl {
+
+namespace {
+
+constexpr std::size_t kUsualWidth = 80;
+
+// A console that takes no more (a closed pipe) is no reason to stop.
+void put(int descriptor, std::string_view text) {
+    while (!text.empty()) {
+        const ssize_t written = ::write(descriptor, text.data(), text.size());
+        if (written <= 0) return;
+        text.remove_prefix(static_cast<std::size_t>(written));
+    }
+}
+
+std::size_t terminalWidth() {
+    struct winsize size = {};
+    if (::ioctl(STDERR_FILENO, TIOCGWINSZ, &size) != 0 || size.ws_col == 0) return kUsualWidth;
+    return size.ws_col;
+}
+
+}  // namespace
+
+LinuxConsole::LinuxConsole() : terminal_(::isatty(STDERR_FILENO) == 1) {}
+
+LinuxConsole::~LinuxConsole() {
+    progress("");
+}
+
+void LinuxConsole::outputLine(std::string_view line) {
+    progress("");
+    put(STDOUT_FILENO, std::string(line) + "\n");
+}
+
+void LinuxConsole::errorLine(std::string_view line) {
+    progress("");
+    put(STDERR_FILENO, std::string(line) + "\n");
+}
+
+void LinuxConsole::progress(std::string_view line) {
+    if (!terminal_ || (line.empty() && !progressShown_)) return;
+    // Back to the left edge, the text, the rest of the line erased.
+    put(STDERR_FILENO, "\r" + std::string(firstCharacters(line, terminalWidth() - 1)) + "\x1b[K");
+    progressShown_ = !line.empty();
+}
+
+}  // namespace hl

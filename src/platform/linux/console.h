@@ -1,0 +1,27 @@
+#pragma once
+
+#include <string>
+
+#include "platform/console.h"
+
+namespace hl {
+
+/// Standard output and standard error of the process.
+class LinuxConsole final : public Console {
+  public:
+    LinuxConsole();
+    ~LinuxConsole() override;
+    LinuxConsole(const LinuxConsole&) = delete;
+    LinuxConsole& operator=(const LinuxConsole&) = delete;
+
+    void outputLine(std::string_view line) override;
+    void errorLine(std::string_view line) override;
+    bool showsProgress() override { return terminal_; }
+    void progress(std::string_view line) override;
+
+  private:
+    bool terminal_;
+    bool progressShown_ = false;
+};
+
+}  // namespace hl

@@ -1,0 +1,89 @@
+#include "platform/linux/descriptor.h"
+
+#include <fcntl.h>
+#include <pthread.h>
+#include <signal.h>
+#include <time.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+
+namespace hl {
+
+namespace {
+
+// Keeps SIGPIPE away from this thread. One that came up meanwhile is swallowed, one from before is left.
+class NoBrokenPipeSignal {
+  public:
+    NoBrokenPipeSignal() {
+        sigemptyset(&pipe_);
+        sigaddset(&pipe_, SIGPIPE);
+        sigset_t pending;
+        sigpending(&pending);
+        wasPending_ = sigismember(&pending, SIGPIPE) == 1;
+        pthread_sigmask(SIG_BLOCK, &pipe_, &before_);
+    }
+    ~NoBrokenPipeSignal() {
+        const timespec now{};
+        if (!wasPending_) sigtimedwait(&pipe_, nullptr, &now);
+        pthread_sigmask(SIG_SETMASK, &before_, nullptr);
+    }
+    NoBrokenPipeSignal(const NoBrokenPipeSignal&) = delete;
+    NoBrokenPipeSignal& operator=(const NoBrokenPipeSignal&) = delete;
+
+  private:
+    sigset_t pipe_{};
+    sigset_t before_{};
+    bool wasPending_ = false;
+};
+
+// Bytes moved by `call`, repeated while it is interrupted; -1 with errno set if it fails.
+template <class Call>
+ssize_t uninterrupted(Call call) {
+    ssize_t moved = 0;
+    do {
+        moved = call();
+    } while (moved < 0 && errno == EINTR);
+    return moved;
+}
+
+}  // namespace
+
+int Descriptor::close() {
+    if (number_ < 0) return 0;
+    // Linux has closed it also where it says EINTR.
+    return ::close(std::exchange(number_, -1)) == 0 || errno == EINTR ? 0 : errno;
+}
+
+Descriptor openAt(int folder, const std::string& path, int flags, unsigned mode) {
+    return Descriptor(static_cast<int>(
+        uninterrupted([&] { return openat(folder, path.c_str(), flags | O_CLOEXEC | O_NOCTTY, mode); })));
+}
+
+int writeAll(int file, std::string_view bytes) {
+    const NoBrokenPipeSignal quiet;
+    while (!bytes.empty()) {
+        const ssize_t written = uninterrupted([&] { return write(file, bytes.data(), bytes.size()); });
+        if (written < 0) return errno;
+        if (written == 0) return ENOSPC;  // Some devices say so when they take no more.
+        bytes.remove_prefix(static_cast<std::size_t>(written));
+    }
+    return 0;
+}
+
+int readAll(int file, std::size_t limit, std::string& out) {
+    std::array<char, 65536> buffer;
+    for (std::size_t total = 0;;) {
+        const std::size_t room = limit - total;
+        const std::size_t wanted = room < buffer.size() ? room + 1 : buffer.size();
+        const ssize_t got = uninterrupted([&] { return read(file, buffer.data(), wanted); });
+        if (got < 0) return errno;
+        if (got == 0) return 0;
+        total += static_cast<std::size_t>(got);
+        if (total > limit) return EFBIG;
+        out.append(buffer.data(), static_cast<std::size_t>(got));
+    }
+}
+
+}  // namespace hl

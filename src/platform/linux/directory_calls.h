@@ -1,0 +1,45 @@
+// The system calls that reading folders comes down to, behind one small seam.
+//
+// Everything is relative to an open folder; no call gets a path that grows with depth. Tests wrap it to
+// record what was asked and to make things fail or change between two calls. Safe from several threads.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+
+struct statx;
+
+namespace hl {
+
+/// What tells a folder from every other one.
+struct FolderId {
+    std::uint64_t device = 0;
+    std::uint64_t inode = 0;
+    bool operator==(const FolderId&) const = default;
+};
+
+class DirectoryCalls {
+  public:
+    virtual ~DirectoryCalls() = default;
+    // Each answers a negative system error code if it fails.
+
+    /// Opens the source of a scan, links and mounts followed. A path of any length.
+    virtual int openSource(const std::string& path);
+    /// Opens `name` below the open folder `parent`. A link is an error (-ELOOP or -ENOTDIR) unless
+    /// `followLinks`; the root of another mount is -EXDEV unless `crossMounts`.
+    virtual int openChild(int parent, const char* name, bool followLinks, bool crossMounts);
+    /// Opens the folder `levels` above the open folder. REQUIRES: levels is 1 to 1000.
+    virtual int openAbove(int folder, unsigned levels);
+    /// Fills `buffer` with records of the kernel's form (linux_dirent64); 0 at the end.
+    virtual long readEntries(int folder, void* buffer, std::size_t bytes);
+    /// statx of an entry of the open folder, or of the folder itself for an empty name.
+    virtual int look(int folder, const char* name, bool followLinks, unsigned mask, struct statx& out);
+    virtual long readLink(int folder, const char* name, char* buffer, std::size_t bytes);
+    virtual int identity(int folder, FolderId& id);
+    /// Goes on reading entries behind the one with this cookie.
+    virtual int seek(int folder, std::int64_t cookie);
+    virtual void close(int folder);
+};
+
+}  // namespace hl

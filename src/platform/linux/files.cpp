@@ -1,0 +1,55 @@
+#include "platform/linux/files.h"
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+
+#include <cerrno>
+#include <chrono>
+#include <thread>
+
+#include "platform/linux/descriptor.h"
+#include "platform/linux/replacing_files.h"
+
+namespace hl {
+
+std::optional<std::string> LinuxFiles::readWhole(const std::string& path, std::size_t limit, int& error) {
+    // A pipe in the place of a file reads as empty instead of waiting for a writer.
+    const Descriptor file = openAt(AT_FDCWD, path, O_RDONLY | O_NONBLOCK);
+    std::string content;
+    error = file.isOpen() ? readAll(file.number(), limit, content) : errno;
+    if (error != 0) return std::nullopt;
+    return content;
+}
+
+std::unique_ptr<ReplacingFile> LinuxFiles::replace(const std::string& path, int& error) {
+    return makeReplacingFile(path, unfinished_, error);
+}
+
+int LinuxFiles::append(const std::string& path, std::string_view bytes) {
+    Descriptor file = openAt(AT_FDCWD, path, O_WRONLY | O_APPEND | O_CREAT | O_NONBLOCK, 0666);
+    if (!file.isOpen()) return errno;
+    const int written = writeAll(file.number(), bytes);
+    const int closed = file.close();
+    return written != 0 ? written : closed;
+}
+
+bool LinuxFiles::exists(const std::string& path) {
+    struct stat status {};
+    return stat(path.c_str(), &status) == 0;
+}
+
+std::shared_ptr<void> LinuxFiles::lockFolderOf(const std::string& path) {
+    using namespace std::chrono_literals;
+    auto folder = std::make_shared<Descriptor>(openAt(AT_FDCWD, folderOf(path), O_RDONLY | O_DIRECTORY));
+    if (!folder->isOpen()) return nullptr;
+    const auto end = std::chrono::steady_clock::now() + 2s;
+    while (flock(folder->number(), LOCK_EX | LOCK_NB) != 0) {
+        if ((errno != EWOULDBLOCK && errno != EINTR) || std::chrono::steady_clock::now() >= end)
+            return nullptr;
+        std::this_thread::sleep_for(5ms);
+    }
+    return folder;
+}
+
+}  // namespace hl

@@ -1,0 +1,34 @@
+// Whole files on Linux. See platform/files.h.
+#pragma once
+
+#include "platform/files.h"
+
+namespace hl {
+
+/// How a file that is to replace another lives until it is complete.
+enum class Unfinished {
+    kNameless,  ///< Without a name, so that a kill leaves nothing behind; kNamed where the file system has no
+                ///< such.
+    kNamed,     ///< Under a hidden name beside the target.
+};
+
+/// The file that replaces another takes over its mode, and its owner where that is allowed; other names of
+/// the old file keep the old content. Even a nameless file has a hidden name for the moment in which it takes
+/// the place of another. Nothing is synced to the disk: a kill is survived, a loss of power is the file
+/// system's matter.
+class LinuxFiles final : public Files {
+  public:
+    explicit LinuxFiles(Unfinished unfinished = Unfinished::kNameless) : unfinished_(unfinished) {}
+
+    std::optional<std::string> readWhole(const std::string& path, std::size_t limit, int& error) override;
+    std::unique_ptr<ReplacingFile> replace(const std::string& path, int& error) override;
+    int append(const std::string& path, std::string_view bytes) override;
+    bool exists(const std::string& path) override;
+    /// Empty if the lock cannot be had. Not to be nested for one folder: the inner one waits in vain.
+    std::shared_ptr<void> lockFolderOf(const std::string& path) override;
+
+  private:
+    Unfinished unfinished_;
+};
+
+}  // namespace hl

@@ -1,0 +1,394 @@
+// Sections: the lists; reading one item; the walk's side; helpers.
+#include "platform/linux/read_ahead.h"
+
+#include <errno.h>
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <chrono>
+#include <utility>
+
+#include "platform/fault_signals.h"
+
+namespace hl {
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+// The kernel follows this many links on one path and then says ELOOP. Folders are opened one by one here, so
+// that the chain is counted instead.
+constexpr std::uint32_t kMostLinks = 40;
+// A tree of fewer blocks than this is read before a helper would have started.
+constexpr std::uint64_t kBlocksBeforeHelpers = 4;
+constexpr auto kWaitStep = std::chrono::milliseconds(50);
+
+// A block from the cache takes some 10 us and 1 to 2 us an entry; one that waits for a disk takes
+// milliseconds. Each slow block weighs as much as kSlowWeight quick ones.
+constexpr std::uint64_t kSlowBlockNs = 400'000;
+constexpr std::uint64_t kSlowEntryNs = 15'000;
+constexpr int kSlowWeight = 8;
+constexpr int kSlownessPerHelper = 8;
+
+}  // namespace
+
+struct ReadAhead::Item {
+    enum class Kind : std::uint8_t {
+        kFolder,  ///< The first block of `folder`. Holds a need of its parent until the folder is open.
+        kRest,    ///< A further block of `folder`. Holds a need of it.
+        kRange,   ///< Subfolders of `folder`, from children->entered[nextChild] on. Holds a need of `folder`.
+    };
+    enum class State : std::uint8_t { kFree, kTaken, kDone };
+
+    Kind kind = Kind::kFolder;
+    State state = State::kFree;
+    bool lastOfRange = false;
+    bool more = false;
+    FolderKind folderKind = FolderKind::kPlain;
+    std::uint32_t nextChild = 0;
+    int error = 0;
+    int endError = 0;
+    Folder* folder = nullptr;  ///< One reference, until the item is done.
+    std::shared_ptr<const Block> children;
+    std::shared_ptr<const Block> block;
+    std::string mountSource;
+    std::exception_ptr failure;
+    Item* orderNext = nullptr;
+    Item* workPrevious = nullptr;
+    Item* workNext = nullptr;
+};
+
+class ReadAhead::BlockListing final : public Listing {
+  public:
+    explicit BlockListing(Item& item) : block_(std::move(item.block)) {
+        error = item.error;
+        endError = item.endError;
+        more = item.more;
+        failure = item.failure;
+        kind = item.folderKind;
+        mountSource = std::move(item.mountSource);
+        if (block_ == nullptr) return;
+        entryError = block_->entryError;
+        entries = block_->entries.data();
+        count = block_->entries.size();
+        times = block_->times.empty() ? nullptr : block_->times.data();
+        names = block_->names;
+    }
+
+  private:
+    std::shared_ptr<const Block> block_;
+};
+
+ReadAhead::ReadAhead(DirectoryCalls& calls, std::string source, const ReadOptions& options,
+                     const ReadAheadLimits& limits, WaitCallback* wait, void (*prepareThread)())
+    : calls_(calls),
+      source_(std::move(source)),
+      options_(options),
+      limits_(limits),
+      wait_(wait),
+      prepareThread_(prepareThread),
+      ownReader_(calls, options),
+      folders_(calls, limits.openFolders),
+      wantedHelpers_(limits.helpersWarm) {
+    orderFirst_ = workFirst_ = new Item;
+    orderFirst_->folder = root_ = OpenFolders::make(nullptr, source_, false);
+    OpenFolders::addReference(root_);
+}
+
+ReadAhead::~ReadAhead() {
+    {
+        const Lock lock(mutex_);
+        stopped_ = true;
+    }
+    workThere_.notify_all();
+    retiredWait_.notify_all();
+    for (std::thread& helper : helpers_) helper.join();
+    while (orderFirst_ != nullptr) discard(std::exchange(orderFirst_, orderFirst_->orderNext));
+    folders_.release(root_);
+}
+
+// --- the lists
+
+ReadAhead::Item* ReadAhead::append(Item* before, Item* made) {
+    made->orderNext = std::exchange(before->orderNext, made);
+    made->workPrevious = before;
+    made->workNext = std::exchange(before->workNext, made);
+    if (made->workNext != nullptr) made->workNext->workPrevious = made;
+    return made;
+}
+
+void ReadAhead::unlinkWork(Item* item) {
+    (item->workPrevious != nullptr ? item->workPrevious->workNext : workFirst_) = item->workNext;
+    if (item->workNext != nullptr) item->workNext->workPrevious = item->workPrevious;
+}
+
+ReadAhead::Item* ReadAhead::firstFree() const {
+    Item* item = workFirst_;
+    while (item != nullptr && item->state != Item::State::kFree) item = item->workNext;
+    return item;
+}
+
+// A range gives its first subfolder: it becomes that item itself, and what is left of it a range behind it.
+ReadAhead::Item* ReadAhead::takeFrom(Item* item) {
+    item->state = Item::State::kTaken;
+    if (item->kind != Item::Kind::kRange) return item;
+    Folder* parent = item->folder;
+    const Block& block = *item->children;
+    const Entry& entry = block.entries[block.entered[item->nextChild]];
+    item->kind = Item::Kind::kFolder;
+    item->folder = OpenFolders::make(parent, std::string(block.names + entry.nameOffset, entry.nameLength),
+                                     entry.tag == kTagSymbolicLink);
+    if (item->nextChild + 1 == block.entered.size()) {
+        item->lastOfRange = true;
+        item->children.reset();
+        folders_.release(parent);
+        return item;
+    }
+    auto* rest = append(item, new Item);
+    rest->kind = Item::Kind::kRange;
+    rest->folder = parent;
+    rest->children = std::move(item->children);
+    rest->nextChild = item->nextChild + 1;
+    folders_.addNeed(parent);
+    return item;
+}
+
+void ReadAhead::putChildren(Item* item) {
+    if (item->block == nullptr || item->block->entered.empty()) return;
+    auto* range = append(item, new Item);
+    range->kind = Item::Kind::kRange;
+    range->folder = item->folder;
+    range->children = item->block;
+    OpenFolders::addReference(item->folder);
+    folders_.addNeed(item->folder);
+}
+
+void ReadAhead::discard(Item* item) {
+    if (item->folder != nullptr) folders_.release(item->folder);
+    delete item;
+}
+
+// --- reading one item
+
+void ReadAhead::readItem(Item* item, BlockReader& reader, Lock& lock) {
+    const GuardedRoutine guarded;
+    try {
+        readLocked(item, reader, lock);
+    } catch (...) {
+        // It goes on in the walk, with this item's block.
+        if (!lock.owns_lock()) lock.lock();
+        item->failure = std::current_exception();
+    }
+    finish(item);
+}
+
+void ReadAhead::readLocked(Item* item, BlockReader& reader, Lock& lock) {
+    const bool first = item->kind == Item::Kind::kFolder;
+    const auto start = Clock::now();
+    const int descriptor = first ? openFolder(item, lock) : folders_.pin(item->folder);
+    if (descriptor < 0) {
+        if (!first) folders_.dropNeed(item->folder);
+        if (item->folderKind == FolderKind::kPlain) (first ? item->error : item->endError) = -descriptor;
+        return;
+    }
+    lock.unlock();
+    const BlockReader::Fill fill = reader.fill(descriptor);
+    (first && fill.nothing ? item->error : item->endError) = fill.error;
+    item->more = fill.more;
+    if (fill.more) {
+        lock.lock();
+        offerRest(item, fill);
+        lock.unlock();
+    }
+    item->block = reader.build(descriptor);
+    const auto time = Clock::now() - start;
+    lock.lock();
+    folders_.unpin(item->folder);
+    judge(static_cast<std::uint64_t>(std::chrono::nanoseconds(time).count()), item->block->entries.size());
+    putChildren(item);
+    folders_.dropNeed(item->folder);
+}
+
+// Opens the item's folder and pins it, with a need for the time of reading.
+int ReadAhead::openFolder(Item* item, Lock& lock) {
+    Folder* folder = item->folder;
+    Folder* parent = folder->parent();
+    int descriptor = -ELOOP;
+    if (parent == nullptr) {
+        lock.unlock();
+        descriptor = calls_.openSource(source_);
+        lock.lock();
+    } else {
+        const int from = folders_.pin(parent);
+        if (from < 0) {
+            descriptor = from;
+        } else {
+            if (item->lastOfRange) reopenNextNeeded(item, parent);
+            if (folder->linksAbove() <= kMostLinks) descriptor = openOnce(item, from, lock);
+            if (descriptor == -EXDEV) learnMount(item, from);
+            folders_.unpin(parent);
+        }
+        folders_.dropNeed(parent);
+    }
+    if (descriptor < 0) return descriptor;
+    folders_.addNeed(folder);
+    if (parent == nullptr) folders_.addNeed(folder);  // Never dropped: the source stays open.
+    folders_.opened(folder, descriptor);
+    folders_.pin(folder);
+    if (parent != nullptr && options_.followLinks && !folder->throughLink())
+        learnMount(item, parent->descriptor());
+    return descriptor;
+}
+
+// The folder that a reader will need after this one's parent may have been closed for want of descriptors:
+// the parent, still open, is the way back to it. A few items of the list suffice; who is missed is found by
+// name.
+void ReadAhead::reopenNextNeeded(const Item* item, Folder* parent) {
+    constexpr int kMostLooks = 64;
+    const Item* next = item->workNext;
+    for (int looks = 0; next != nullptr && looks < kMostLooks; ++looks, next = next->workNext) {
+        if (next->kind == Item::Kind::kFolder || next->folder->depth() >= parent->depth()) continue;
+        return folders_.reopenFromBelow(next->folder, parent);
+    }
+}
+
+int ReadAhead::openOnce(const Item* item, int parent, Lock& lock) {
+    const char* name = item->folder->name().c_str();
+    const bool follow = item->folder->throughLink();
+    for (;;) {
+        lock.unlock();
+        const int descriptor = calls_.openChild(parent, name, follow, options_.followLinks);
+        lock.lock();
+        if (descriptor != -EMFILE || !folders_.closeOne()) return descriptor;
+    }
+}
+
+// Rare, and under the lock: what is mounted at the item's folder, if it is the root of a mount.
+void ReadAhead::learnMount(Item* item, int parent) {
+    struct statx facts;
+    const bool open = item->folder->descriptor() >= 0;
+    const int result = open ? calls_.look(item->folder->descriptor(), "", false, STATX_MNT_ID, facts)
+                            : calls_.look(parent, item->folder->name().c_str(), false, STATX_MNT_ID, facts);
+    if (open && (result < 0 || (facts.stx_attributes & STATX_ATTR_MOUNT_ROOT) == 0)) return;
+    item->folderKind = FolderKind::kMountRoot;
+    if (result < 0 || (facts.stx_mask & STATX_MNT_ID) == 0) return;
+    if (!std::exchange(mountsKnown_, true)) mounts_ = readMountTable();
+    for (const Mount& mount : mounts_)
+        if (mount.id == facts.stx_mnt_id) item->mountSource = whatIsMounted(mount);
+}
+
+// The next records of a long folder may be read by whoever is free while this reader looks at the entries it
+// has.
+void ReadAhead::offerRest(Item* item, const BlockReader::Fill& fill) {
+    item->folder->cookie = fill.cookie;
+    auto* rest = append(item, new Item);
+    rest->kind = Item::Kind::kRest;
+    rest->folder = item->folder;
+    OpenFolders::addReference(item->folder);
+    folders_.addNeed(item->folder);
+    wakeHelper();
+}
+
+void ReadAhead::finish(Item* item) {
+    item->state = Item::State::kDone;
+    unlinkWork(item);
+    folders_.release(std::exchange(item->folder, nullptr));
+    if (item->block != nullptr) bytesAhead_ += item->block->bytes;
+    ++blocksRead_;
+    if (walkWaits_ && item == orderFirst_) frontThere_.notify_one();
+    wakeHelper();
+}
+
+// --- the walk's side
+
+std::unique_ptr<Listing> ReadAhead::next() {
+    Lock lock(mutex_);
+    startHelpers();
+    while (!stopped_ && orderFirst_ != nullptr) {
+        Item* front = orderFirst_;
+        if (front->state == Item::State::kDone) {
+            orderFirst_ = front->orderNext;
+            return handOver(front);
+        }
+        Item* free = front->state == Item::State::kFree ? front : nullptr;
+        // Where reads wait for a disk the walk waits as well, so that the window stays alive meanwhile.
+        if (free == nullptr && mayReadAhead() && slowness_ < kSlownessPerHelper) free = firstFree();
+        if (free != nullptr) {
+            readItem(takeFrom(free), ownReader_, lock);
+        } else if (!waitForFront(lock)) {
+            stopped_ = true;
+        }
+    }
+    return nullptr;
+}
+
+bool ReadAhead::waitForFront(Lock& lock) {
+    const Item* front = orderFirst_;
+    walkWaits_ = true;
+    const bool there =
+        frontThere_.wait_for(lock, kWaitStep, [&] { return front->state == Item::State::kDone; });
+    walkWaits_ = false;
+    if (there || wait_ == nullptr) return true;
+    lock.unlock();
+    const bool goOn = wait_->goOnWaiting();
+    lock.lock();
+    return goOn;
+}
+
+std::unique_ptr<Listing> ReadAhead::handOver(Item* item) {
+    const bool wasFull = !mayReadAhead();
+    if (item->block != nullptr) bytesAhead_ -= item->block->bytes;
+    if (wasFull && mayReadAhead()) wakeHelper();
+    auto listing = std::make_unique<BlockListing>(*item);
+    discard(item);
+    return listing;
+}
+
+// --- helpers
+
+void ReadAhead::startHelpers() {
+    if (blocksRead_ < kBlocksBeforeHelpers || firstFree() == nullptr) return;
+    while (helpers_.size() < wantedHelpers_) {
+        const auto number = static_cast<unsigned>(helpers_.size());
+        helpers_.emplace_back([this, number] { helperLoop(number); });
+    }
+}
+
+// One is enough: who takes an item and leaves a free one wakes the next.
+void ReadAhead::wakeHelper() {
+    if (idleHelpers_ > 0 && mayReadAhead() && firstFree() != nullptr) workThere_.notify_one();
+}
+
+void ReadAhead::helperLoop(unsigned number) {
+    if (prepareThread_ != nullptr) prepareThread_();
+    BlockReader reader(calls_, options_);
+    Lock lock(mutex_);
+    while (!stopped_) {
+        if (number >= wantedHelpers_) {
+            retiredWait_.wait(lock);
+            continue;
+        }
+        Item* item = mayReadAhead() ? firstFree() : nullptr;
+        if (item == nullptr) {
+            ++idleHelpers_;
+            workThere_.wait(lock);
+            --idleHelpers_;
+            continue;
+        }
+        takeFrom(item);
+        wakeHelper();
+        readItem(item, reader, lock);
+    }
+}
+
+void ReadAhead::judge(std::uint64_t nanoseconds, std::size_t entries) {
+    if (limits_.helpersCold <= limits_.helpersWarm) return;
+    const bool slow = nanoseconds > kSlowBlockNs + kSlowEntryNs * entries;
+    const int most = static_cast<int>(limits_.helpersCold - limits_.helpersWarm) * kSlownessPerHelper;
+    slowness_ = std::clamp(slowness_ + (slow ? kSlowWeight : -1), 0, most);
+    const unsigned wanted = limits_.helpersWarm + static_cast<unsigned>(slowness_ / kSlownessPerHelper);
+    if (wanted > wantedHelpers_) retiredWait_.notify_all();
+    wantedHelpers_ = wanted;
+}
+
+}  // namespace hl

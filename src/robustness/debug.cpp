@@ -1,0 +1,35 @@
+#include "robustness/debug.h"
+
+#include "robustness/attempt.h"
+
+namespace hl {
+
+std::string Diagnostics::compose(const TrapPlace& place, const Fault& fault, const DebugValues& debugValues) {
+    const auto ask = [](const std::function<int()>& question) {
+        return std::to_string(question ? question() : 0);
+    };
+    std::string text = BuildErrorReport(place, fault, app_, system_, std::chrono::system_clock::now());
+    text += "\r\nApptitle: " + app_.title;
+    text += "\r\nDatapath: " + app_.dataFolder;
+    text.append("\r\nAdmin: ").append(booleanWord(attempt([&] { return system_.adminRights(); })));
+    text += "\r\nErrcount: " + std::to_string(errcount_);
+    text += "\r\nLang: " + ask(app_.languageId);
+    text += "\r\nStop:" + ask(app_.cancelState) + ",0";  // The second marker is set by no routine.
+    for (std::size_t i = 0; i < debugValues.size(); ++i) {
+        text += "\r\nDebug" + std::to_string(i) + ": " + debugValues[i];
+    }
+    return text;
+}
+
+void Diagnostics::Debug(const char* func, const char* modul, std::uint_least32_t line, const Fault& fault,
+                        const DebugValues& debugValues) noexcept {
+    // What fails in here is dropped: nobody is left to tell.
+    ++errcount_;
+    std::string text;
+    attempt([&] { text = compose({func, modul, line}, fault, debugValues); });
+    if (text.empty()) attempt([&] { text = std::string(modul) + "." + func + ": " + fault.description(); });
+    attempt([&] { sink_.LogError(text, true, true); });
+    attempt([&] { sink_.showReport(text); });
+}
+
+}  // namespace hl

@@ -1,0 +1,50 @@
+// The common end of every error that a trap catches. For the thread of the logic alone.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "base/fault.h"
+#include "robustness/error_report.h"
+
+namespace hl {
+
+/// Where the reports go. May throw: what escapes is dropped.
+class ErrorSink {
+  public:
+    virtual ~ErrorSink() = default;
+    /// Appends `text` to error.log, with the time in front of it and an empty line behind it where asked for.
+    virtual void LogError(const std::string& text, bool blankLine, bool stamp) = 0;
+    /// Shows the report to the user, and returns when he goes on.
+    virtual void showReport(const std::string& text) = 0;
+};
+
+/// Values that help to understand an error, as text.
+using DebugValues = std::vector<std::string>;
+
+/// Composes the report of an error, counts it, logs it and shows it. All that is passed in must outlive it.
+class Diagnostics {
+  public:
+    Diagnostics(const AppFacts& app, SystemFacts& system, ErrorSink& sink)
+        : app_(app), system_(system), sink_(sink) {}
+    Diagnostics(const Diagnostics&) = delete;
+    Diagnostics& operator=(const Diagnostics&) = delete;
+
+    /// Never throws; a log that cannot be written does not keep the report from being shown.
+    void Debug(const char* func, const char* modul, std::uint_least32_t line, const Fault& fault,
+               const DebugValues& debugValues = {}) noexcept;
+
+    /// Errors since the start of the process.
+    std::uint32_t errcount() const { return errcount_; }
+
+  private:
+    std::string compose(const TrapPlace& place, const Fault& fault, const DebugValues& debugValues);
+
+    const AppFacts& app_;
+    SystemFacts& system_;
+    ErrorSink& sink_;
+    std::uint32_t errcount_ = 0;
+};
+
+}  // namespace hl

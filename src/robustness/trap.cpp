@@ -1,0 +1,48 @@
+#include "robustness/trap.h"
+
+#include <cerrno>
+#include <new>
+#include <system_error>
+
+#include "robustness/attempt.h"
+
+namespace hl::trap_detail {
+
+namespace {
+
+Fault outOfMemory() {
+    return {ENOMEM, "", "Out of memory"};
+}  // Short enough to need no memory itself.
+
+Fault currentFault() {
+    try {
+        throw;
+    } catch (const Fault& fault) {
+        return fault;
+    } catch (const std::bad_alloc&) {
+        return outOfMemory();
+    } catch (const std::system_error& error) {
+        return {error.code().value(), "", error.what()};
+    } catch (const std::exception& error) {
+        return {kFaultInvalidCall, "", error.what()};
+    } catch (...) {
+        return {kFaultInvalidCall, "", "Unknown exception"};
+    }
+}
+
+Fault currentFaultOrNoMemory() noexcept {
+    try {
+        return currentFault();
+    } catch (...) {
+        return outOfMemory();
+    }
+}
+
+}  // namespace
+
+void reportCurrent(Diagnostics& diagnostics, const char* func, const char* modul, std::uint_least32_t line,
+                   const std::function<DebugValues()>& debugValues) noexcept {
+    diagnostics.Debug(func, modul, line, currentFaultOrNoMemory(), attempt(debugValues));
+}
+
+}  // namespace hl::trap_detail

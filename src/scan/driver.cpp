@@ -1,0 +1,190 @@
+// Parts: the queue; one source; the lock of the window.
+#include "scan/driver.h"
+
+#include "base/size_text.h"
+#include "base/text.h"
+#include "robustness/trap.h"
+#include "scan/file_system_calls.h"
+#include "scan/list_handover.h"
+#include "scan/records.h"
+#include "scan/rollup.h"
+#include "scan/walker.h"
+
+namespace hl {
+
+namespace {
+
+constexpr const char* kModul = "frmMain";
+constexpr int kSourceImages = 9;  // Images below this are of the source image list.
+constexpr int kBarOfWhole = 100;
+
+// A source's own row: its path less the trailing separator; a root such as "/" stays as it is.
+std::string rowTextOf(const std::string& source) {
+    return source.size() > 1 ? source.substr(0, source.size() - 1) : source;
+}
+
+void resetForSource(ScanContext& scan) {
+    ScanState& state = scan.state;
+    state.TopCount = 0;
+    state.TopLargest = state.TopSmallest = SizeValue();
+    state.TopMaxCount = scan.options.TOPmaxcount;
+    for (Grid* list : {&scan.lvwTOP, &scan.lvwJunctions, &scan.lvwHardlinks}) list->clear();
+    state.SeenLinkIds.Clear();
+    state.SeenLinkIds.AllowDuplicateKeys = false;
+    state.NeedLinkCount = scan.options.AddHardlinksOnlyOnce == 1 || scan.options.CreateListHardlink == 1;
+}
+
+Row addSourceRow(ScanContext& scan, const std::string& source, int imageIndex) {
+    Grid& report = scan.tvwPL;
+    const Row row = report.addRow(kNoRow, rowTextOf(source));
+    if (imageIndex >= 0 && imageIndex < kSourceImages) report.setPicture(row, imageIndex);
+    report.setExpanded(row, true);
+    report.setNumber(row, kPercent, 100);
+    return row;
+}
+
+void finishLists(ScanContext& scan, const std::string& source) {
+    trimTopList(scan);
+    const std::string title =
+        scan.texts.TL(3723, "%1 größten Dateien von '%2'", {scan.lvwTOP.rowCount(), visible(source)});
+    scan.lvwJunctions.sortLevels(0);
+    scan.lvwHardlinks.sortLevels(0);
+    scan.host.topListTitle(title);
+    scan.host.listsFilled();
+}
+
+void writeTotals(ScanContext& scan, Row row, const ScanTotals& totals) {
+    Report_SetNodeSizeAndFilecount(scan.tvwPL, row, totals.size, totals.files);
+    scan.tvwPL.setNumber(row, kFolders, totals.folders);
+}
+
+void logTotals(ScanContext& scan, const ScanTotals& totals) {
+    const auto count = [&](std::int32_t value) {
+        return FormatSizeForMode(kModeBytes, SizeValue::fromBytes(static_cast<std::uint64_t>(value)), false,
+                                 false, scan.numbers);
+    };
+    const auto size = [&](int mode) {
+        return FormatSizeForMode(mode, totals.size, true, false, scan.numbers);
+    };
+    const Texts& texts = scan.texts;
+    if (totals.errors > 0)
+        scan.log.LogProtokoll(texts.TL(3773, "Zugriffsfehler: %1", {count(totals.errors)}));
+    scan.log.LogProtokoll(texts.TL(3774, "Ordneranzahl: %1", {count(totals.folders)}));
+    scan.log.LogProtokoll(texts.TL(3775, "Dateianzahl: %1", {count(totals.files)}));
+    scan.log.LogProtokoll(texts.TL(3776, "Dateigröße: %1 (%2)", {size(kModeDynamic), size(kModeBytes)}));
+    if (scan.state.CancelState == kCancelStop)
+        scan.log.LogProtokoll(texts.TL(3778, "Der Vorgang wurde vom Anwender abgebrochen!"));
+}
+
+void readWholeSource(ScanContext& scan, const std::string& source, const std::string& folder, Row row) {
+    scan.log.LogProtokoll(std::string(40, '-'));
+    scan.log.LogProtokoll(scan.texts.TL(3777, "Einlesen: %1", {visible(source)}));
+    Report_ScanFolders(scan, folder, row, scan.state.lastTotals);
+    if (!scan.state.SilentRun) finishLists(scan, source);
+    writeTotals(scan, row, scan.state.lastTotals);
+    logTotals(scan, scan.state.lastTotals);
+}
+
+// The head of the queue, read; kNoRow if it does not exist.
+Row readHead(ScanContext& scan, std::string& lastSource) {
+    const std::string head = scan.state.SourceQueue.front();
+    if (!xExistFolder_W(scan, head)) {
+        scan.host.sourceMissing(head);
+        return kNoRow;
+    }
+    scan.cboOrdner.addOrSelect(head, scan.paths);
+    const SourceItem item = *scan.cboOrdner.selected();
+    lastSource = item.tag;
+    const Row row = QuelleEinlesen(scan, item.tag, item.image, kNoRow, true);
+    if (row != kNoRow) Report_ChangePercentValue(scan, row);
+    return row;
+}
+
+void workThroughQueue(ScanContext& scan) {
+    ScanState& state = scan.state;
+    std::string lastSource;
+    Row lastRow = kNoRow;
+    while (!state.SourceQueue.empty()) {
+        const Row row = readHead(scan, lastSource);
+        if (row != kNoRow) lastRow = row;
+        if (state.CancelState == kCancelStop) break;
+        state.SourceQueue.pop_front();
+    }
+    state.SourceQueue.clear();
+    if (!state.SilentRun && !lastSource.empty()) scan.host.showFilesOf(lastSource);
+    Report_Sort(scan);
+    scan.host.reportResizeColumns();
+    if (lastRow != kNoRow) scan.tvwPL.setSelected(lastRow, true);
+}
+
+}  // namespace
+
+// --- the queue
+
+void AddNewSearchPath(ScanContext& scan, std::string_view path) {
+    scan.cboOrdner.addOrSelect(path, scan.paths);
+}
+
+void StartSearchViaToolbar(ScanContext& scan) {
+    guarded(scan.diagnostics, "StartSearchViaToolbar", kModul, [&] {
+        scan.state.CancelState = kCancelNone;
+        scan.state.SourceQueue.clear();
+        if (scan.cboOrdner.text.empty()) return;
+        if (scan.cboOrdner.selected() == nullptr) AddNewSearchPath(scan, scan.cboOrdner.text);
+        scan.state.SourceQueue.push_back(scan.cboOrdner.selected()->tag);
+        Ordnerliste_Abarbeiten(scan);
+    });
+}
+
+void Ordnerliste_Abarbeiten(ScanContext& scan) {
+    guarded(scan.diagnostics, "Ordnerliste_Abarbeiten", kModul, [&] {
+        scan.host.setBusyPointer(true);
+        DisableControls(scan, false);
+        scan.host.statusOfRun();
+        workThroughQueue(scan);
+        scan.state.CancelState = kCancelNone;
+        EnableControls(scan);
+        scan.host.listsFilled();
+        scan.host.showFileStat();
+        scan.host.setBusyPointer(false);
+        scan.host.statusAfterRun(scan.texts.TL(3525, "OK."));
+    });
+}
+
+// --- one source
+
+Row QuelleEinlesen(ScanContext& scan, const std::string& source, int imageIndex, Row row, bool recursive) {
+    guarded(scan.diagnostics, "QuelleEinlesen", kModul, [&] {
+        if (row == kNoRow) row = addSourceRow(scan, source, imageIndex);
+        const std::string folder = Report_GetFullpathOfNode(scan.tvwPL, row, true, scan.paths);
+        resetForSource(scan);
+        scan.tvwPL.setSelected(row, true);
+        scan.tvwPL.setCurrentRow(row);
+        scan.tvwPL.setNumber(row, kIsFolder, 1);
+        if (scan.options.FolderShowPercentBar == 1) scan.tvwPL.setBarPicture(row, kBarOfWhole);
+        if (recursive) {
+            readWholeSource(scan, source, folder, row);
+        } else {
+            ScanTotals ignored;
+            Report_ScanFilesOnly(scan, folder, row, ignored);
+        }
+        scan.state.SeenLinkIds.Clear();
+        scan.host.selectDriveOf(row);
+    });
+    return row;
+}
+
+// --- the lock of the window
+
+void DisableControls(ScanContext& scan, bool noStop) {
+    scan.state.ScanActive = true;
+    scan.host.lockControls(noStop);
+    scan.pump.PumpMessages();
+}
+
+void EnableControls(ScanContext& scan) {
+    scan.host.unlockControls();
+    scan.state.ScanActive = false;
+}
+
+}  // namespace hl

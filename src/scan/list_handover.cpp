@@ -1,0 +1,77 @@
+#include "scan/list_handover.h"
+
+#include <algorithm>
+
+#include "base/size_text.h"
+#include "base/text.h"
+#include "scan/records.h"
+
+namespace hl {
+
+namespace {
+
+// Everything of the row but its links and id. One row is like the other in both lists.
+void fillRow(ScanContext& scan, Grid& list, Row row, const FoundFile& file) {
+    list.setCellText(row, kFilePath, file.folder);
+    list.setNumber(row, kFileSize, static_cast<double>(file.entry.size));
+    list.setNumber(row, kFileDate, static_cast<double>(file.times.written));
+    list.setNumber(row, kFileDateCreated, static_cast<double>(file.times.created));
+    list.setNumber(row, kFileDateAccessed, static_cast<double>(file.times.accessed));
+    const std::string path = std::string(file.folder).append(file.name);
+    const std::string type = scan.host.typeName(path);
+    if (!type.empty()) list.setCellText(row, kFileType, type);
+    list.setCellText(row, kFileExt, upperCase(xGetExtension(file.name)));
+    list.setCellText(row, kFileAttr, xFormatFileAttribute(file.entry.attributes, false, ""));
+}
+
+void offerToTopList(ScanContext& scan, const FoundFile& file) {
+    ScanState& state = scan.state;
+    const SizeValue size = SizeValue::fromBytes(file.entry.size);
+    if (state.TopCount >= state.TopMaxCount && size <= state.TopSmallest) return;
+    const Row row = scan.lvwTOP.addRow(kNoRow, file.name);
+    state.TopCount = addCount(state.TopCount, 1);
+    if (size > state.TopLargest) {
+        state.TopLargest = size;
+    } else if (size < state.TopSmallest) {
+        state.TopSmallest = size;
+    }
+    fillRow(scan, scan.lvwTOP, row, file);
+    if (state.TopCount <= addCount(state.TopMaxCount, kTopTrimSlack)) return;
+    trimTopList(scan);
+    const Row last =
+        state.TopMaxCount < 1 ? kNoRow : scan.lvwTOP.rowAt(static_cast<std::size_t>(state.TopMaxCount) - 1);
+    if (last == kNoRow) throw Fault(kFaultSubscript, "lvwTOP", "Subscript out of range");
+    state.TopSmallest = SizeValue::fromBytes(static_cast<std::uint64_t>(scan.lvwTOP.number(last, kFileSize)));
+}
+
+}  // namespace
+
+std::string fileId(std::uint64_t inode) {
+    const auto low = static_cast<std::int32_t>(inode & 0xFFFFFFFF);
+    const auto high = static_cast<std::int32_t>(inode >> 32);
+    return std::to_string(low) + "-" + std::to_string(high);
+}
+
+void handOverFile(ScanContext& scan, const FoundFile& file) {
+    if (scan.options.CreateListTOP == 1) offerToTopList(scan, file);
+    if (scan.options.CreateListHardlink != 1 || file.links <= 0) return;
+    const Row row = scan.lvwHardlinks.addRow(kNoRow, file.name);
+    scan.lvwHardlinks.setNumber(row, kFileLinks, file.links);
+    scan.lvwHardlinks.setCellText(row, kFileId, fileId(file.entry.inode));
+    fillRow(scan, scan.lvwHardlinks, row, file);
+}
+
+void handOverJunction(ScanContext& scan, std::string_view path, std::string_view target, std::uint32_t tag) {
+    const Row row = scan.lvwJunctions.addRow(kNoRow, path);
+    scan.lvwJunctions.setCellText(row, kJunctionTarget, target);
+    const bool link = tag == kTagSymbolicLink;
+    scan.lvwJunctions.setPicture(row, link ? kPictureLink : kPictureMountPoint);
+    scan.lvwJunctions.setNumber(row, kJunctionType, link ? 0 : 1);
+}
+
+void trimTopList(ScanContext& scan) {
+    scan.lvwTOP.sortLevels(0);
+    scan.lvwTOP.removeFrom(static_cast<std::size_t>(std::max(0, scan.state.TopMaxCount)));
+}
+
+}  // namespace hl

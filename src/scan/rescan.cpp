@@ -1,0 +1,116 @@
+// Reading one folder of the report again: Report_Rescan of driver.h.
+#include "robustness/trap.h"
+#include "scan/driver.h"
+#include "scan/records.h"
+#include "scan/rollup.h"
+
+namespace hl {
+
+namespace {
+
+struct FolderNumbers {
+    double size = 0, files = 0, folders = 0;
+};
+
+FolderNumbers numbersOf(const Grid& report, Row row) {
+    return {report.number(row, kSize), report.number(row, kFiles), report.number(row, kFolders)};
+}
+
+void addTo(Grid& report, Row row, double size, double files) {
+    const double sum = report.number(row, kSize) + size;
+    Report_SetNodeSizeAndFilecount(report, row, SizeValue::fromBytes(static_cast<std::uint64_t>(sum)),
+                                   static_cast<std::int32_t>(report.number(row, kFiles) + files));
+}
+
+// The walk up to the root row; it ends at a row with an empty text as well.
+template <class Do>
+void forRowAndAbove(const Grid& report, Row row, Do&& act) {
+    for (; row != kNoRow && !report.text(row).empty(); row = report.parent(row)) act(row);
+}
+
+Row filesRowBelow(const Grid& report, Row row) {
+    Row child = report.firstChild(row);
+    while (child != kNoRow && report.number(child, kIsFolder) != 0) child = report.nextSibling(child);
+    return child;
+}
+
+// Takes the files row's numbers out of the row and all above it (sign -1), or puts them in (+1).
+void applyFilesRow(Grid& report, Row row, Row files, int sign) {
+    const FolderNumbers part = numbersOf(report, files);
+    forRowAndAbove(report, row,
+                   [&](Row above) { addTo(report, above, sign * part.size, sign * part.files); });
+}
+
+void removeWhatIsReadAgain(Grid& report, Row row, bool recursive) {
+    if (recursive) return report.removeChildren(row);
+    const Row files = filesRowBelow(report, row);
+    if (files == kNoRow) return;
+    applyFilesRow(report, row, files, -1);
+    report.removeRow(files);
+}
+
+void correctAbove(Grid& report, Row row, const FolderNumbers& before) {
+    const FolderNumbers now = numbersOf(report, row);
+    forRowAndAbove(report, report.parent(row), [&](Row above) {
+        addTo(report, above, now.size - before.size, now.files - before.files);
+        report.setNumber(above, kFolders, report.number(above, kFolders) - before.folders + now.folders);
+    });
+}
+
+void readAgain(ScanContext& scan, Row row, bool recursive) {
+    Grid& report = scan.tvwPL;
+    const FolderNumbers before = numbersOf(report, row);
+    removeWhatIsReadAgain(report, row, recursive);
+    const std::string path = Report_GetFullpathOfNode(report, row, false, scan.paths);
+    QuelleEinlesen(scan, path, -1, row, recursive);
+    const Row files = recursive ? kNoRow : filesRowBelow(report, row);
+    if (files != kNoRow) applyFilesRow(report, row, files, +1);
+    if (report.level(row) >= 1) correctAbove(report, row, before);
+    forRowAndAbove(report, row, [&](Row above) { Report_ChangePercentValue(scan, above); });
+    Report_Sort(scan);
+}
+
+// The row that stood at the current place, if it still does; else the one that was read again.
+void makeCurrent(Grid& report, std::size_t formerIndex, const std::string& formerText, Row row) {
+    const Row there = report.rowAt(formerIndex);
+    if (there != kNoRow && report.text(there) == formerText) row = there;
+    report.setCurrentRow(row);
+    report.setSelected(row, true);
+}
+
+void rescanCurrent(ScanContext& scan, bool recursive) {
+    Grid& report = scan.tvwPL;
+    scan.host.setBusyPointer(true);
+    scan.host.showFilesOf("");
+    scan.host.refreshPreview();
+    DisableControls(scan, false);
+    scan.host.statusOfRun();
+    Row row = report.currentRow();
+    if (report.number(row, kIsFolder) == 0 && report.parent(row) != kNoRow) row = report.parent(row);
+    const std::size_t formerIndex = report.indexOf(report.currentRow());
+    const std::string formerText(report.text(row));
+    report.setCurrentRow(row);
+    readAgain(scan, row, recursive);
+    scan.host.refreshDriveOf(row);
+    EnableControls(scan);
+    scan.host.setBusyPointer(false);
+    makeCurrent(report, formerIndex, formerText, row);
+    scan.host.statusAfterRun(scan.texts.TL(3525, "OK."));
+    scan.state.currentFolder.clear();
+    if (scan.state.SourceQueue.empty()) {
+        scan.host.showFilesOf(Report_GetFullpathOfNode(report, row, true, scan.paths));
+    } else {
+        Ordnerliste_Abarbeiten(scan);
+    }
+    scan.state.CancelState = kCancelNone;
+}
+
+}  // namespace
+
+void Report_Rescan(ScanContext& scan, bool recursive) {
+    guarded(scan.diagnostics, "Report_Rescan", "frmMain", [&] {
+        if (scan.tvwPL.rowCount() != 0 && scan.tvwPL.currentRow() != kNoRow) rescanCurrent(scan, recursive);
+    });
+}
+
+}  // namespace hl

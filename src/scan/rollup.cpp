@@ -1,0 +1,63 @@
+#include "scan/rollup.h"
+
+#include <vector>
+
+#include "robustness/trap.h"
+#include "scan/records.h"
+#include "scan/yield.h"
+
+namespace hl {
+
+void Report_SetNodeSizeAndFilecount(Grid& tvwPL, Row row, SizeValue size, std::int32_t files) {
+    tvwPL.setNumber(row, kSize, size.asDouble());
+    tvwPL.setNumber(row, kFiles, files);
+}
+
+void Report_ChangePercentValue(ScanContext& scan, Row row) {
+    Grid& report = scan.tvwPL;
+    const double whole = report.number(row, kSize);
+    for (Row child = report.firstChild(row); child != kNoRow; child = report.nextSibling(child)) {
+        const double part = report.number(child, kSize);
+        const double percent = whole == 0 || part == 0 ? 0 : roundToHundredths(part * 100 / whole);
+        report.setNumber(child, kPercent, percent);
+        if (scan.options.FolderShowPercentBar == 1) report.setBarPicture(child, static_cast<int>(percent));
+    }
+}
+
+void Report_Sort(ScanContext& scan) {
+    Yield yield(scan.state, scan.pump);
+    scan.tvwPL.sortLevels(scan.state.DeepestLevel, [&] { yield.perEntry(); });
+}
+
+std::string Report_GetFullpathOfNode(const Grid& tvwPL, Row row, bool addSlash, const PathRules& paths) {
+    std::vector<Row> chain;
+    for (; row != kNoRow; row = tvwPL.parent(row)) chain.push_back(row);
+    std::string path;
+    for (auto part = chain.rbegin(); part != chain.rend(); ++part) {
+        if (!path.empty() && !path.ends_with(paths.separator)) path += paths.separator;
+        path += tvwPL.text(*part);
+    }
+    if (addSlash && !path.ends_with(paths.separator)) path += paths.separator;
+    return path;
+}
+
+void Report_RemoveFolders(ScanContext& scan) {
+    guarded(scan.diagnostics, "Report_RemoveFolders", "frmMain", [&] {
+        Grid& report = scan.tvwPL;
+        Row row = report.currentRow();
+        if (report.rowCount() == 0 || row == kNoRow) return;
+        while (report.level(row) > 0) row = report.parent(row);
+        const std::string folder = AddTrailingSlash(report.text(row), scan.paths);
+        if (identityKey(folder, scan.paths) == identityKey(scan.state.currentFolder, scan.paths))
+            scan.state.currentFolder.clear();
+        report.setEnabled(false);
+        report.removeRow(row);
+        report.setEnabled(true);
+        scan.host.showFilesOf("");
+        scan.host.refreshPreview();
+        scan.host.clearStatus();
+        if (report.rowCount() == 0) scan.state.DeepestLevel = 0;
+    });
+}
+
+}  // namespace hl

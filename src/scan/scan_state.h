@@ -1,0 +1,50 @@
+// What a scan keeps between its steps. Owned by the main form; thread of the logic only.
+#pragma once
+
+#include <cstdint>
+#include <deque>
+#include <string>
+
+#include "base/size_value.h"
+#include "scan/collection/collection.h"
+
+namespace hl {
+
+/// What the walk of a folder gives back.
+struct ScanTotals {
+    SizeValue size;
+    std::int32_t files = 0;
+    std::int32_t folders = 0;
+    std::int32_t errors = 0;
+};
+
+/// Values of CancelState. Only kCancelStop stops the scan of folders.
+enum CancelValue : std::int32_t {
+    kCancelNone = 0,
+    kCancelEscape = 1,
+    kCancelStop = 3,
+};
+
+struct ScanState {
+    std::deque<std::string> SourceQueue;  ///< First in, first out; the head stays until it is done with.
+    std::int32_t CancelState = kCancelNone;
+    bool ScanActive = false;            ///< Handlers that run in a pause of the scan test it.
+    bool SilentRun = false;             ///< No window; the lists stay empty.
+    std::uint64_t PumpInterval = 1500;  ///< Milliseconds.
+    std::uint64_t LastPumpTick = 0;
+
+    /// Deepest level that holds a row; falls to 0 only when the report is emptied.
+    std::uint32_t DeepestLevel = 0;
+    ScanTotals lastTotals;      ///< Of the source read last.
+    std::string currentFolder;  ///< Whose files the file list shows.
+
+    // Set anew for each source.
+    std::int32_t TopCount = 0;     ///< Rows that were added to the largest files; trims do not lower it.
+    std::int32_t TopMaxCount = 0;  ///< Rows wanted.
+    SizeValue TopLargest;
+    SizeValue TopSmallest;  ///< A file must be larger once the list is full.
+    bool NeedLinkCount = false;
+    CStringCollection SeenLinkIds;
+};
+
+}  // namespace hl

@@ -1,0 +1,349 @@
+// Parts: the walk's levels; a folder entry; a file entry; the end of a level; Report_ScanFilesOnly.
+//
+// Invariant: the reader is asked for the next block exactly when the walk enters a folder, or has used up a
+// block that announces more. A level that a fault has ended goes on asking, without rows, so that the order
+// holds.
+#include "scan/walker.h"
+
+#include <algorithm>
+#include <memory>
+#include <utility>
+#include <vector>
+
+#include "base/size_text.h"
+#include "base/text.h"
+#include "robustness/api_error_text.h"
+#include "robustness/trap.h"
+#include "scan/list_handover.h"
+#include "scan/records.h"
+#include "scan/rollup.h"
+#include "scan/yield.h"
+
+namespace hl {
+
+namespace {
+
+constexpr const char* kModul = "frmMain";
+
+// Background of rows: one step darker for each level. The formula turns negative below level 41; rows deeper
+// than that keep its last grey.
+std::uint32_t greyOf(std::uint32_t level) {
+    const auto grey = 255U - 6U * (std::min<std::uint32_t>(level, 41) + 1U);
+    return grey << 16 | grey << 8 | grey;
+}
+
+class FolderWalk {
+  public:
+    FolderWalk(ScanContext& scan, const std::string& path)
+        : scan_(scan),
+          yield_(scan.state, scan.pump),
+          filesText_(scan.tvwPL.keepText(scan.texts.TL(3514, "Dateien"))),
+          path_(path),
+          follow_(scan.options.ScanHardlinks == 1),
+          listLinks_(scan.options.CreateListJunction == 1),
+          skipLinks_(scan.options.NoHardlinks != 0 && !follow_) {
+        ReadOptions options;
+        options.followLinks = follow_;
+        options.wantLinks = scan.state.NeedLinkCount;
+        options.wantTimes = options.wantFileNames = !scan.state.SilentRun;
+        reader_ = scan.fileSystem.read(ToLongPath(path, scan.paths), options, &yield_);
+    }
+
+    ScanTotals run(Row row);
+
+  private:
+    struct Level {
+        Row row = kNoRow;    ///< kNoRow: below a level that a fault has ended.
+        bool ended = false;  ///< By a fault.
+        bool isReparse = false;
+        std::unique_ptr<Listing> block;
+        std::size_t next = 0;  ///< Entry to look at.
+        std::size_t pathLength = 0;
+        int error = 0;
+        SizeValue filesSize;  ///< Of files directly here whose size counted.
+        std::int32_t filesCount = 0;
+        ScanTotals totals;
+        std::string target;  ///< Of a link that was followed.
+    };
+
+    void step();
+    bool nextBlock(Level& level);
+    void enter(Row row, std::unique_ptr<Listing> block, bool isReparse, std::string target);
+    void folderEntry(const Entry& entry);
+    void drainFolder(const Entry& entry);
+    Row addFolderRow(std::string_view name, std::uint32_t tag, std::string_view target);
+    void fileEntry(Level& level, const Entry& entry);
+    bool sizeCounts(const Entry& entry, std::int32_t links);
+    void takeBlock(Level& level, std::unique_ptr<Listing> block);
+    void leave(bool cutShort);
+    void addFilesRow(const Level& level);
+    void accessError(const Level& level, int code);
+    void folderDone(Row row, bool isReparse, std::string_view target);
+    void endByFault();
+
+    ScanContext& scan_;
+    Yield yield_;
+    std::unique_ptr<FolderReader> reader_;
+    const TextRef filesText_;
+    std::string path_;  ///< Of the level in work, with a trailing separator; followed by an entry's name.
+    const bool follow_;
+    const bool listLinks_;
+    const bool skipLinks_;
+    // Tag of the entry read last, on any level. The junction list reads it after a followed folder was
+    // walked, and then gets that of the last entry below.
+    std::uint32_t lastTag_ = kTagNone;
+    std::unique_ptr<Listing> pending_;  ///< First block of the folder that is about to be entered.
+    std::vector<Level> levels_;
+    ScanTotals result_;
+};
+
+// --- the walk's levels
+
+ScanTotals FolderWalk::run(Row row) {
+    guarded(scan_.diagnostics, "Report_ScanFolders", kModul, [&] {
+        scan_.host.folderEntered(path_);
+        enter(row, reader_->next(), false, {});
+    });
+    while (!levels_.empty()) {
+        const bool done = guarded(scan_.diagnostics, "Report_ScanFolders", kModul, [&] {
+            while (!levels_.empty()) step();
+            return true;
+        });
+        if (!done) endByFault();
+    }
+    return result_;
+}
+
+void FolderWalk::enter(Row row, std::unique_ptr<Listing> block, bool isReparse, std::string target) {
+    if (block == nullptr) return;  // Stopped while waiting for the source itself.
+    Level& level = levels_.emplace_back();
+    level.row = row;
+    level.ended = row == kNoRow;
+    level.isReparse = isReparse;
+    level.pathLength = path_.size();
+    level.target = std::move(target);
+    level.error = block->error;
+    if (block->error == 0) lastTag_ = kTagNone;  // "." and ".." were read.
+    takeBlock(level, std::move(block));
+}
+
+void FolderWalk::takeBlock(Level& level, std::unique_ptr<Listing> block) {
+    level.block = std::move(block);
+    level.next = 0;
+    if (level.error == 0 && level.block->entryError != 0) level.error = level.block->entryError;
+    if (level.block->endError != 0) {
+        const std::string reason = ApiErrorText(true, level.block->endError, scan_.facts);
+        scan_.log.LogDebug("Report_ScanFolders\\next", {reason, visible(path_)});
+        scan_.host.notRead(path_, reason);
+    }
+    if (level.block->failure != nullptr) std::rethrow_exception(level.block->failure);
+}
+
+// Reads files until a folder is entered, the level ends, or Stop was pressed. For a file that means: one
+// addition to two sums, one to two counts; everything else is decided outside of the loop or by options that
+// do not change.
+void FolderWalk::step() {
+    Level& level = levels_.back();
+    if (level.next == level.block->count) {
+        if (!level.block->more) return leave(false);
+        if (!nextBlock(level)) return leave(true);
+        return;
+    }
+    while (level.next < level.block->count) {
+        yield_.perEntry();
+        if (scan_.state.CancelState == kCancelStop) return leave(true);
+        const Entry& entry = level.block->entries[level.next++];
+        if ((entry.attributes & kAttributeDirectory) != 0)
+            return level.ended ? drainFolder(entry) : folderEntry(entry);
+        if (!level.ended) fileEntry(level, entry);
+    }
+}
+
+bool FolderWalk::nextBlock(Level& level) {
+    if (scan_.state.CancelState == kCancelStop) return false;
+    std::unique_ptr<Listing> block = reader_->next();
+    if (block == nullptr) return false;
+    takeBlock(level, std::move(block));
+    return true;
+}
+
+// The level in work stays in the list, without rows of its own from here on, until its blocks are used up.
+void FolderWalk::endByFault() {
+    if (levels_.empty()) return;
+    levels_.back().ended = true;
+    path_.resize(levels_.back().pathLength);
+    if (pending_ == nullptr) return;
+    pending_->failure = nullptr;
+    enter(kNoRow, std::move(pending_), false, {});
+}
+
+// --- a folder entry
+
+void FolderWalk::folderEntry(const Entry& entry) {
+    Level& level = levels_.back();
+    const std::string_view name = level.block->name(entry);
+    const std::string_view target = level.block->target(entry);
+    const bool isLink = (entry.attributes & kAttributeReparse) != 0;
+    path_.append(name).push_back(scan_.paths.separator);
+
+    // Whether a folder is the root of another mount is known only once its block is there.
+    if (!isLink || follow_) {
+        scan_.host.folderEntered(path_);
+        pending_ = reader_->next();
+        if (pending_ == nullptr) {
+            path_.resize(level.pathLength);
+            return leave(true);
+        }
+    }
+    const bool isMount = !isLink && pending_->kind == FolderKind::kMountRoot;
+    const bool isReparse = isLink || isMount;
+    const std::string leadsTo(isMount ? std::string_view(pending_->mountSource) : target);
+    lastTag_ = isMount ? kTagMountPoint : entry.tag;
+    if (isReparse && skipLinks_) return folderDone(kNoRow, true, leadsTo);
+
+    level.totals.folders = addCount(level.totals.folders, 1);
+    const Row row = addFolderRow(name, isReparse ? lastTag_ : kTagNone, leadsTo);
+    if (isReparse && !follow_) return folderDone(row, true, leadsTo);
+    enter(row, std::move(pending_), isReparse, leadsTo);
+}
+
+// Of an ended level: the blocks that the reader has in its order are taken and dropped.
+void FolderWalk::drainFolder(const Entry& entry) {
+    if ((entry.attributes & kAttributeReparse) != 0 && !follow_) return;
+    std::unique_ptr<Listing> block = reader_->next();
+    if (block == nullptr) return leave(true);
+    enter(kNoRow, std::move(block), false, {});
+}
+
+Row FolderWalk::addFolderRow(std::string_view name, std::uint32_t tag, std::string_view target) {
+    Grid& report = scan_.tvwPL;
+    const Row parent = levels_.back().row;
+    const Row row = report.addRow(parent, name);
+    if (scan_.options.FolderColorFade == 1) report.setBackColor(row, greyOf(report.level(parent)));
+    scan_.state.DeepestLevel = std::max(scan_.state.DeepestLevel, report.level(row));
+    report.setNumber(row, kIsFolder, 1);
+    report.setPicture(row, tag == kTagNone         ? kPictureFolder
+                           : tag == kTagMountPoint ? kPictureMountPoint
+                                                   : kPictureLink);
+    if (tag != kTagNone) report.setRowNote(row, " " + std::string(target) + " ");
+    return row;
+}
+
+// What follows when an entry's folder was walked, or is not to be.
+void FolderWalk::folderDone(Row row, bool isReparse, std::string_view target) {
+    if (row != kNoRow && scan_.tvwPL.level(row) == 1) scan_.host.firstLevelFolderDone();
+    if (isReparse && listLinks_)
+        handOverJunction(scan_, std::string_view(path_).substr(0, path_.size() - 1), target, lastTag_);
+    path_.resize(levels_.back().pathLength);
+    pending_.reset();
+}
+
+// --- a file entry
+
+void FolderWalk::fileEntry(Level& level, const Entry& entry) {
+    const SizeValue size = SizeValue::fromBytes(entry.size);
+    lastTag_ = entry.tag;
+    level.filesCount = addCount(level.filesCount, 1);
+    level.totals.files = addCount(level.totals.files, 1);
+    const std::int32_t links =
+        scan_.state.NeedLinkCount && entry.links != 1 ? static_cast<std::int32_t>(entry.links) : 0;
+    if (sizeCounts(entry, links)) {
+        level.filesSize += size;
+        level.totals.size += size;
+    }
+    if (scan_.state.SilentRun) return;
+    static constexpr EntryTimes kNoTimes;
+    const EntryTimes* times = level.block->times;
+    handOverFile(scan_, {entry, times == nullptr ? kNoTimes : times[level.next - 1], level.block->name(entry),
+                         path_, links});
+}
+
+// The first name of a file that is met counts, further ones of the same source do not.
+bool FolderWalk::sizeCounts(const Entry& entry, std::int32_t links) {
+    if (scan_.options.AddHardlinksOnlyOnce == 0 || links < 1) return true;
+    return scan_.state.SeenLinkIds.Add("", fileId(entry.inode)) != 0;
+}
+
+// --- the end of a level
+
+// `cutShort`: by Stop; the parts of the folder then do not add up to its size.
+void FolderWalk::leave(bool cutShort) {
+    {
+        Level& level = levels_.back();
+        if (!level.ended && !cutShort) {
+            if (level.error != 0) accessError(level, level.error);
+            addFilesRow(level);
+        }
+    }
+    Level level = std::move(levels_.back());
+    levels_.pop_back();
+    if (level.error != 0 && level.row != kNoRow && !cutShort)
+        level.totals.errors = addCount(level.totals.errors, 1);
+    if (levels_.empty()) {
+        result_ = level.totals;
+        return;
+    }
+    if (level.row == kNoRow) return;
+    Report_SetNodeSizeAndFilecount(scan_.tvwPL, level.row, level.totals.size, level.totals.files);
+    Report_ChangePercentValue(scan_, level.row);
+    scan_.tvwPL.setNumber(level.row, kFolders, level.totals.folders);
+    ScanTotals& sum = levels_.back().totals;
+    folderDone(level.row, level.isReparse, level.target);
+    sum.size += level.totals.size;
+    sum.files = addCount(sum.files, level.totals.files);
+    sum.folders = addCount(sum.folders, level.totals.folders);
+    sum.errors = addCount(sum.errors, level.totals.errors);
+}
+
+void FolderWalk::accessError(const Level& level, int code) {
+    const std::string text = ApiErrorText(true, code, scan_.facts);
+    scan_.tvwPL.setPicture(level.row, kPictureAccessError);
+    scan_.tvwPL.setRowNote(level.row, text);
+    scan_.log.LogProtokoll("ERROR: " + text + " (" + visible(path_) + ")");
+    scan_.host.notRead(path_, text);
+}
+
+void FolderWalk::addFilesRow(const Level& level) {
+    Grid& report = scan_.tvwPL;
+    if (level.filesCount == 0 || !report.hasChildren(level.row)) return;
+    const Row row = report.addRow(level.row, filesText_);
+    Report_SetNodeSizeAndFilecount(report, row, level.filesSize, level.filesCount);
+    report.setPicture(row, kPictureFilesRow);
+}
+
+}  // namespace
+
+void Report_ScanFolders(ScanContext& scan, const std::string& path, Row row, ScanTotals& totals) {
+    totals = FolderWalk(scan, path).run(row);
+}
+
+// --- Report_ScanFilesOnly
+
+void Report_ScanFilesOnly(ScanContext& scan, const std::string& path, Row row, ScanTotals& totals) {
+    guarded(scan.diagnostics, "Report_ScanFilesOnly", kModul, [&] {
+        Yield yield(scan.state, scan.pump);
+        ReadOptions options;
+        options.recursive = options.wantFileNames = false;
+        const auto reader = scan.fileSystem.read(ToLongPath(path, scan.paths), options, &yield);
+        scan.host.folderEntered(path);
+        totals = {};
+        for (bool more = true; more;) {
+            const std::unique_ptr<Listing> block = reader->next();
+            if (block == nullptr) return;
+            for (std::size_t i = 0; i < block->count; ++i) {
+                yield.perEntry();
+                if (scan.state.CancelState == kCancelStop) return;
+                if ((block->entries[i].attributes & kAttributeDirectory) != 0) continue;
+                totals.size += SizeValue::fromBytes(block->entries[i].size);
+                totals.files = addCount(totals.files, 1);
+            }
+            more = block->more;
+        }
+        if (totals.size == SizeValue()) return;
+        const Row files = scan.tvwPL.addRow(row, scan.texts.TL(3514, "Dateien"));
+        Report_SetNodeSizeAndFilecount(scan.tvwPL, files, totals.size, totals.files);
+        scan.tvwPL.setPicture(files, kPictureFilesRow);
+    });
+}
+
+}  // namespace hl

@@ -1,0 +1,52 @@
+#include "views/cell_text.h"
+
+#include <algorithm>
+
+#include "app/simple_value.h"
+#include "base/text.h"
+
+namespace hl {
+
+namespace {
+
+// The text in front of the next semicolon; `rest` is left behind it.
+std::string_view takeSection(std::string_view& rest) {
+    const std::size_t length = std::min(rest.find(';'), rest.size());
+    const std::string_view section = rest.substr(0, length);
+    rest.remove_prefix(std::min(length + 1, rest.size()));
+    return section;
+}
+
+std::string_view sectionOf(std::string_view mask, double value) {
+    const std::string_view above = takeSection(mask);
+    const std::string_view below = takeSection(mask);
+    return value > 0 ? above : value < 0 ? below : takeSection(mask);
+}
+
+}  // namespace
+
+ColumnText::ColumnText(const Grid& grid, std::size_t column, const NumberFormat& numbers)
+    : grid_(grid),
+      column_(grid.columns().at(column)),
+      numbers_(numbers),
+      cell_(grid.cell(column_.key)),
+      mask_(parseMask(column_.mask)) {}
+
+std::string ColumnText::of(Row row) const {
+    if (column_.key.empty()) return visible(grid_.text(row));
+    if (cell_ == kNoCell) return {};
+    if (grid_.cells().isText(cell_)) return visible(grid_.cellText(row, cell_));
+    const double value = grid_.number(row, cell_);
+    if (grid_.cells().isDate(cell_) && mask_) {
+        return value == 0 ? std::string() : maskedDate(*mask_, localTime(static_cast<std::int64_t>(value)));
+    }
+    return ofNumber(value);
+}
+
+std::string ColumnText::ofNumber(double value) const {
+    if (mask_) return maskedNumber(*mask_, value, numbers_);
+    if (column_.mask.find(';') != std::string::npos) return std::string(sectionOf(column_.mask, value));
+    return SimpleValue(value).text();
+}
+
+}  // namespace hl

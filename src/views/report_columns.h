@@ -1,0 +1,16 @@
+// The columns of the folder report, and the order of its rows.
+#pragma once
+
+#include "app/options.h"
+#include "app/texts.h"
+#include "grid/grid.h"
+
+namespace hl {
+
+enum ReportColumn : std::size_t { kReportName, kReportSize, kReportPercent, kReportFiles, kReportFolders };
+
+/// Empties the grid and gives it its columns, sizes in bytes until Report_Set_SizeFormat. Each level is
+/// sorted by size, the largest first.
+void Init_Tree(Grid& grid, const Options& options, const Texts& texts);
+
+}  // namespace hl

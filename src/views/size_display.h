@@ -1,0 +1,28 @@
+// The unit in which a view shows its sizes. A change costs no scan: the size column shows another cell.
+#pragma once
+
+#include <string>
+
+#include "app/options.h"
+#include "app/texts.h"
+#include "base/number_format.h"
+#include "base/size_value.h"
+#include "grid/grid.h"
+
+namespace hl {
+
+/// Mask, cell and title of the size column, by the view's mode and decimals in the options. Bytes never show
+/// decimals. A mode outside 0 to 3 leaves the cell as it was, and the title names no unit.
+/// REQUIRES: the grid has the columns of its view.
+void Report_Set_SizeFormat(Grid& grid, const Options& options,
+                           const Texts& texts);  ///< And decimals of percent.
+void List_TOP_Set_SizeFormat(Grid& grid, const Options& options, const Texts& texts);
+void List_Hardlinks_Set_SizeFormat(Grid& grid, const Options& options, const Texts& texts);
+
+/// A size in the view's mode; see formatViewSize.
+std::string Report_FormatSize(const Options& options, SizeValue value, bool withUnit, bool pad,
+                              bool withBytesUnit, const NumberFormat& format);
+std::string List_Files_FormatSize(const Options& options, SizeValue value, bool withUnit, bool pad,
+                                  bool withBytesUnit, const NumberFormat& format);
+
+}  // namespace hl

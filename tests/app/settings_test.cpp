@@ -1,0 +1,140 @@
+#include "app/settings.h"
+
+#include <gtest/gtest.h>
+#include <signal.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <filesystem>
+
+#include "app/watched_files.h"
+#include "support/temp_dir.h"
+#include "support/whole_files.h"
+
+namespace hl {
+namespace {
+
+class Settings : public testing::Test {
+  protected:
+    test::TempDir dir;
+    test::WatchedFiles files;
+    std::string path = dir.path() + "/Harborlantern.ini";
+    SettingsStore store{files, path};
+};
+
+TEST_F(Settings, GiveDefaultsWhereThereIsNoFileAndMakeNone) {
+    EXPECT_EQ(store.GetSettings("Optionen", "Instanz", 1), "1");
+    EXPECT_EQ(store.GetSettings("Optionen", "FontSize", 8.25F), "8.25");
+    EXPECT_EQ(store.GetSettings("Optionen", "Flag", true), "1");
+    EXPECT_EQ(store.GetSettings("Optionen", "ComboText"), "");
+    EXPECT_FALSE(std::filesystem::exists(path));
+}
+
+TEST_F(Settings, ComeIntoBeingWithTheFirstWrite) {
+    store.StoreSettings("Allgemein", "Lang", 9);
+    EXPECT_EQ(test::contentOf(path), "[Allgemein]\r\nLang=9\r\n");
+    EXPECT_EQ(store.GetSettings("ALLGEMEIN", "lang", 0), "9");
+}
+
+TEST_F(Settings, AreNotWrittenWhereNothingChanges) {
+    store.StoreSettings("Allgemein", "Lang", 9);
+    store.StoreSettings("Allgemein", "Lang", "9");
+    store.ProfileDeleteSection("ComboOrdner", path);
+    EXPECT_EQ(files.replacements, 1);
+}
+
+TEST_F(Settings, GoToTheFileThatACallNames) {
+    const std::string other = dir.path() + "/other.ini";
+    store.StoreSettings("S", "k", "here", other);
+    EXPECT_EQ(store.GetSettings("S", "k", "", other), "here");
+    EXPECT_EQ(store.GetSettings("S", "k", "not there"), "not there");
+}
+
+TEST_F(Settings, AreNotOverwrittenWhereTheyCannotBeRead) {
+    test::writeFile(path, "[S]\r\nprecious=1\r\n");
+    files.readError = EIO;
+    store.StoreSettings("S", "k", "v");
+    EXPECT_EQ(test::contentOf(path), "[S]\r\nprecious=1\r\n");
+    EXPECT_EQ(files.replacements, 0);
+}
+
+TEST_F(Settings, AreLostInSilenceWhereTheyCannotBeWritten) {
+    SettingsStore nowhere(files, dir.path() + "/missing/Harborlantern.ini");
+    nowhere.StoreSettings("S", "k", "v");
+    EXPECT_EQ(nowhere.GetSettings("S", "k", "default"), "default");
+}
+
+TEST_F(Settings, KeepANumberedListUntilTheFirstGap) {
+    const std::vector<std::string> folders = {"/a", " /b ", "/c\n\xFF", "", "/d"};
+    store.change([&](IniText& ini) { writeNumberedList(ini, "ComboOrdner", "O", folders); });
+    EXPECT_EQ(readNumberedList(store.read(), "ComboOrdner", "O"), folders);
+    EXPECT_EQ(store.GetSettings("ComboOrdner", "4O", ""), "/d");
+
+    store.change([&](IniText& ini) { writeNumberedList(ini, "ComboOrdner", "O", {"/e"}); });
+    EXPECT_EQ(readNumberedList(store.read(), "ComboOrdner", "O"), std::vector<std::string>{"/e"});
+
+    test::writeFile(path, "[ComboOrdner]\n0o=/a\n1O=/b\n3O=/d\n");
+    EXPECT_EQ(readNumberedList(store.read(), "ComboOrdner", "O"), (std::vector<std::string>{"/a", "/b"}));
+}
+
+TEST_F(Settings, NeverWriteTheMarkThatEndsAList) {
+    IniText ini;
+    writeNumberedList(ini, "S", "F", {"/a", std::string(kEndOfList), "/b"});
+    EXPECT_EQ(ini.text(), "[S]\r\n0F=/a\r\n1F=/b\r\n");
+    EXPECT_TRUE(readNumberedList(IniText("[S]\n0F=!(nix].-.\n1F=/b"), "S", "F").empty());
+}
+
+constexpr int kKeys = 50;
+
+// Writes all keys with one number after the other, until it is killed.
+[[noreturn]] void keepWriting(SettingsStore& store, int ready) {
+    for (int number = 1;; ++number) {
+        store.change([number](IniText& ini) {
+            for (int key = 0; key < kKeys; ++key) ini.set("S", std::to_string(key), std::to_string(number));
+        });
+        if (number == 1 && write(ready, "", 1) != 1) _exit(1);
+    }
+}
+
+// All keys hold one number. Nothing else is a file that was written whole.
+bool isWhole(const IniText& ini) {
+    const auto values = ini.section("S");
+    if (values.size() != kKeys) return false;
+    for (const auto& [key, value] : values)
+        if (value != values.begin()->second) return false;
+    return true;
+}
+
+TEST_F(Settings, AreWholeHoweverOftenAWriterIsKilled) {
+    for (int round = 0; round < 100; ++round) {
+        int ends[2];
+        ASSERT_EQ(pipe(ends), 0);
+        const pid_t child = fork();
+        if (child == 0) keepWriting(store, ends[1]);
+        char byte = 0;
+        ASSERT_EQ(read(ends[0], &byte, 1), 1);
+        usleep(static_cast<useconds_t>(round * 37 % 2000));  // Another moment of a write each time.
+        kill(child, SIGKILL);
+        ASSERT_EQ(waitpid(child, nullptr, 0), child);
+        close(ends[0]);
+        close(ends[1]);
+        ASSERT_TRUE(isWhole(store.read())) << "round " << round << ":\n" << store.read().text();
+    }
+}
+
+TEST_F(Settings, LoseNothingWhereSeveralProcessesWriteAtOnce) {
+    constexpr int kWriters = 4;
+    constexpr int kEach = 20;
+    for (int writer = 0; writer < kWriters; ++writer) {
+        if (fork() != 0) continue;
+        for (int i = 0; i < kEach; ++i) store.StoreSettings("S", std::to_string(writer * kEach + i), "x");
+        _exit(0);
+    }
+    for (int writer = 0; writer < kWriters; ++writer) wait(nullptr);
+    EXPECT_EQ(store.read().section("S").size(), static_cast<std::size_t>(kWriters * kEach));
+}
+
+}  // namespace
+}  // namespace hl

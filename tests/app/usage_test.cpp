@@ -1,0 +1,64 @@
+#include "app/usage.h"
+
+#include <gtest/gtest.h>
+
+#include "app/watched_files.h"
+#include "base/text.h"
+#include "robustness/fakes.h"
+#include "support/temp_dir.h"
+
+namespace hl {
+namespace {
+
+class Usage : public testing::Test {
+  protected:
+    Usage() { english.Init_Sprache("", "", false); }
+
+    test::TempDir dir;
+    test::WatchedFiles files;
+    SettingsStore store{files, dir.path() + "/Harborlantern.ini"};
+    AppFacts app;
+    test::FakeSystemFacts system;
+    test::FakeErrorSink sink;
+    Diagnostics diagnostics{app, system, sink};
+    Texts german{files, store, diagnostics, {}};
+    Texts english{files, store, diagnostics, {dir.path(), HARBORLANTERN_SOURCE_DIR "/lang", "", "en_GB"}};
+};
+
+TEST_F(Usage, FitsATerminalInBothLanguages) {
+    for (const Texts* texts : {&german, &english}) {
+        const std::string usage = usageText(*texts);
+        EXPECT_TRUE(usage.ends_with('\n'));
+        EXPECT_EQ(usage.find('\r'), std::string::npos);
+        for (std::string_view text = usage; !text.empty(); text.remove_prefix(text.find('\n') + 1))
+            EXPECT_LE(characterCount(text.substr(0, text.find('\n'))), 100U)
+                << text.substr(0, text.find('\n'));
+    }
+}
+
+TEST_F(Usage, NamesEverySwitchThatTheCommandLineKnows) {
+    const std::string usage = usageText(english);
+    EXPECT_TRUE(usage.starts_with("Usage:\n")) << usage;
+    for (const char* name : {"-s[LEVELS]", "-dN", "--help", "-h", "--version", "--", "FILE", "FOLDER"})
+        EXPECT_NE(usage.find(name), std::string::npos) << name;
+}
+
+TEST_F(Usage, SaysWhatIsWrongWithALine) {
+    const auto problem = [&](const std::string& argument) {
+        return problemText(english, joinArguments({argument}, "/", kPosixPaths));
+    };
+    EXPECT_EQ(problem("-x"), "Unknown option -x. For a file or folder of that name, use ./-x");
+    EXPECT_EQ(problem("-\n\xFF"),
+              "Unknown option -␊\uFFFD. For a file or folder of that name, use ./-␊\uFFFD");
+    EXPECT_EQ(problem(""), "An argument is empty.");
+    EXPECT_EQ(problem("/a"), "");
+    EXPECT_EQ(incompleteSilentLineText(english), "-s needs a report file and at least one folder.");
+}
+
+TEST_F(Usage, TellsTheVersion) {
+    EXPECT_TRUE(versionText().starts_with("Harborlantern "));
+    EXPECT_TRUE(versionText().ends_with("\n"));
+}
+
+}  // namespace
+}  // namespace hl

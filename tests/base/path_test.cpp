@@ -1,0 +1,107 @@
+#include "base/path.h"
+
+#include <gtest/gtest.h>
+
+namespace hl {
+namespace {
+
+// What each rule set makes of a path.
+struct Case {
+    std::string_view path;
+    std::string_view posix;
+    std::string_view drive;
+};
+
+TEST(LongPath, HasThePrefixOfItsKindAndNoneWhereLengthHasNoLimit) {
+    const Case cases[] = {
+        {"C:\\a", "C:\\a", "\\\\?\\C:\\a"},
+        {"\\\\server\\share\\a", "\\\\server\\share\\a", "\\\\?\\UNC\\server\\share\\a"},
+        {"//server/share", "//server/share", "\\\\?\\//server/share"},
+        {"", "", "\\\\?\\"},
+        {"/a b ", "/a b ", "\\\\?\\/a b "},
+        {"\\\\?\\C:\\a", "\\\\?\\C:\\a", "\\\\?\\UNC\\?\\C:\\a"},
+    };
+    for (const auto& [path, posix, drive] : cases) {
+        EXPECT_EQ(ToLongPath(path, kPosixPaths), posix);
+        EXPECT_EQ(ToLongPath(path, kDrivePaths), drive);
+    }
+}
+
+TEST(TrailingSlash, IsAddedOnceAndBlanksAreTrimmedOnlyWithIt) {
+    const Case cases[] = {
+        {"", "/", "\\"},
+        {"/", "/", "/\\"},
+        {"\\", "\\/", "\\"},
+        {"/a", "/a/", "/a\\"},
+        {"/a/", "/a/", "/a/\\"},
+        {" C:\\a ", " C:\\a /", "C:\\a\\"},
+        {" C:\\a\\", " C:\\a\\/", " C:\\a\\"},
+    };
+    for (const auto& [path, posix, drive] : cases) {
+        EXPECT_EQ(AddTrailingSlash(path, kPosixPaths), posix) << path;
+        EXPECT_EQ(AddTrailingSlash(path, kDrivePaths), drive) << path;
+        EXPECT_EQ(AddTrailingSlashIfAny(path, kPosixPaths), path.empty() ? "" : posix) << path;
+        EXPECT_EQ(AddTrailingSlashIfAny(path, kDrivePaths), path.empty() ? "" : drive) << path;
+    }
+}
+
+TEST(TrailingSlash, IsStrippedOnceAndBlanksAreTrimmedOnlyWithIt) {
+    const Case cases[] = {
+        {"", "", ""},
+        {"/", "", "/"},
+        {"/a", "/a", "/a"},
+        {"/a/", "/a", "/a/"},
+        {"/a//", "/a/", "/a//"},
+        {" /a /", " /a ", " /a /"},
+        {"C:\\", "C:\\", "C:"},
+        {" C:\\a \\", " C:\\a \\", "C:\\a"},
+        {" C:\\a ", " C:\\a ", " C:\\a "},
+        {"C:\\a\\\\", "C:\\a\\\\", "C:\\a\\"},
+    };
+    for (const auto& [path, posix, drive] : cases) {
+        EXPECT_EQ(StripTrailingSlash(path, kPosixPaths), posix) << path;
+        EXPECT_EQ(StripTrailingSlash(path, kDrivePaths), drive) << path;
+    }
+}
+
+TEST(JoinPath, PutsOneSeparatorBetweenParentAndName) {
+    EXPECT_EQ(joinPath("/", "usr", kPosixPaths), "/usr");
+    EXPECT_EQ(joinPath("/usr", "lib", kPosixPaths), "/usr/lib");
+    EXPECT_EQ(joinPath("/usr/", "lib", kPosixPaths), "/usr/lib");
+    EXPECT_EQ(joinPath("/a\\", "b", kPosixPaths), "/a\\/b");
+    EXPECT_EQ(joinPath("/a", "\xFF\n ", kPosixPaths), "/a/\xFF\n ");
+    EXPECT_EQ(joinPath("C:\\", "a", kDrivePaths), "C:\\a");
+    EXPECT_EQ(joinPath("C:\\a", "b", kDrivePaths), "C:\\a\\b");
+}
+
+TEST(IdentityKey, FoldsOnlyWhereThePlatformDoes) {
+    EXPECT_EQ(identityKey("/Home/Ärger/\xFF", kPosixPaths), "/Home/Ärger/\xFF");
+    EXPECT_EQ(identityKey("C:\\Home\\Ärger\\\xFF", kDrivePaths), "c:\\home\\ärger\\\xFF");
+}
+
+TEST(TrimAtNul, EndsAtTheFirstNul) {
+    EXPECT_EQ(TrimAtNul("abc"), "abc");
+    EXPECT_EQ(TrimAtNul(std::string_view("ab\0c\0", 5)), "ab");
+    EXPECT_EQ(TrimAtNul(std::string_view("\0ab", 3)), "");
+    EXPECT_EQ(TrimAtNul(""), "");
+}
+
+TEST(Extension, IsWhatFollowsTheLastPoint) {
+    const std::pair<std::string_view, std::string_view> cases[] = {
+        {"a.txt", "txt"},        {"a.tar.gz", "gz"}, {"a", ""},  {"a.", ""},
+        {".profile", "profile"}, {"", ""},           {"..", ""},
+    };
+    for (const auto& [name, extension] : cases) EXPECT_EQ(xGetExtension(name), extension) << name;
+}
+
+TEST(NetworkPath, BeginsWithTwoSeparatorsOfOneKind) {
+    for (const std::string_view path : {"//server/share", "\\\\server\\share", "//", "///a"}) {
+        EXPECT_TRUE(isNetworkPath(path)) << path;
+    }
+    for (const std::string_view path : {"", "/", "/a", "/\\server", "\\/server", "a//b", "aa"}) {
+        EXPECT_FALSE(isNetworkPath(path)) << path;
+    }
+}
+
+}  // namespace
+}  // namespace hl

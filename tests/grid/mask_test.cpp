@@ -1,0 +1,78 @@
+#include "grid/mask.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+namespace hl {
+namespace {
+
+const NumberFormat kEnglish = {",", "."};
+const NumberFormat kGerman = {".", ","};
+
+std::string shown(std::string_view mask, double value, const NumberFormat& format = kEnglish) {
+    const std::optional<Mask> parsed = parseMask(mask);
+    return parsed ? maskedNumber(*parsed, value, format) : "no mask";
+}
+
+TEST(Mask, WritesNumbersAsTheColumnsAskForThem) {
+    struct Case {
+        const char* mask;
+        double value;
+        const char* text;
+    };
+    const Case cases[] = {
+        {"*###,###,##0*;;;", 1234567, "1,234,567"},
+        {"*###,###,##0*;;;", 0, ""},
+        {"*###,###,##0*;;;", -5, ""},
+        {"*###,###,##0.00*;;;", 1234567.5, "1,234,567.50"},
+        {"*###,###,##0.00*;;;", 0.01, "0.01"},
+        {"*###,###,##0.00*;;;", 0.004, "0.00"},
+        {"*###,###,##0.00*;;;", -0.0, ""},
+        {"*###,##0*;;;", 1234567, "1,234,567"},
+        {"*##0*%", 0, "0%"},
+        {"*##0*%", 12.5, "13%"},
+        {"*##0*%", -1, "-1%"},
+        {"*##0*%", 1000, "1000%"},
+        {"*##0.00*%", 12.5, "12.50%"},
+        {"*##0*%;;;", 0, ""},
+        {"*##0*%;;;", 40, "40%"},
+        {"*###,###,##0* KB;;;", 1024, "1,024 KB"},
+        {"*###,###,##0.00* GB;;;", 1.5, "1.50 GB"},
+        {"*###,###,##0.00* GB;;;", 0, ""},
+        {"*0*;", -1, ""},
+        {"*0*;", 0, "0"},
+        {"*0*;;", 0, ""},
+    };
+    for (const Case& c : cases) EXPECT_EQ(shown(c.mask, c.value), c.text) << c.mask << " " << c.value;
+}
+
+TEST(Mask, UsesTheSeparatorsOfTheLocale) {
+    EXPECT_EQ(shown("*###,###,##0.00* MB;;;", 1234.5, kGerman), "1.234,50 MB");
+}
+
+TEST(Mask, ShowsNothingForWhatIsNoNumber) {
+    EXPECT_EQ(shown("*##0*%", std::nan("")), "");
+}
+
+TEST(Mask, WritesWholeNumbersExactlyUpToThoseACellHolds) {
+    const Mask mask = parseMask("*###,###,##0*;;;").value();
+    EXPECT_EQ(maskedInteger(mask, 9'007'199'254'740'991, kEnglish), "9,007,199,254,740,991");
+    EXPECT_EQ(maskedInteger(mask, 0, kEnglish), "");
+}
+
+TEST(Mask, WritesDatesWithThePictureAsItStands) {
+    const LocalTime time = {2009, 3, 7, 21, 4, 5};
+    EXPECT_EQ(maskedDate(parseMask("*dd/MM/yyyy hh:nn:ss *;;;").value(), time), "07/03/2009 21:04:05 ");
+    EXPECT_EQ(maskedDate(parseMask("*yyyy* AD;;;").value(), time), "2009 AD");
+    EXPECT_EQ(maskedDate(parseMask("* *;;;").value(), time), " ");
+}
+
+TEST(Mask, IsNoneWithoutTwoAsterisks) {
+    for (const char* text : {"", "*", "0", "##0;;;", "*##0", ";;;*"}) EXPECT_FALSE(parseMask(text)) << text;
+    EXPECT_TRUE(parseMask("**"));
+    EXPECT_EQ(shown("*0**;;;", 3), "3*");
+}
+
+}  // namespace
+}  // namespace hl

@@ -1,0 +1,144 @@
+// Who may include whom. The table is the layout of src/ as CONTRIBUTING.md tells it.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <map>
+#include <set>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "support/temp_dir.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+using Rooms = std::set<std::string>;
+
+Rooms operator+(Rooms a, const Rooms& b) {
+    a.insert(b.begin(), b.end());
+    return a;
+}
+
+const Rooms kScanUses = {"base", "scan/collection", "grid", "platform", "robustness", "app"};
+const Rooms kViewsUse = kScanUses + Rooms{"scan"};
+const Rooms kFormsUse = kViewsUse + Rooms{"views"};
+const Rooms kFrameUses = kFormsUse + Rooms{"fileops", "output"};
+const Rooms kPlatformUses = {"base", "grid", "platform"};
+
+/// Each folder of src/, and what it may include beside itself. "" is src/ itself, that is, main.cpp.
+const std::map<std::string, Rooms> kHouse = {
+    {"base", {}},
+    {"scan/collection", {"base"}},
+    {"grid", {"base"}},
+    {"platform", {"base", "grid"}},
+    {"platform/linux", kPlatformUses},
+    {"platform/headless", kPlatformUses},
+    {"platform/qt", kPlatformUses},
+    {"robustness", {"base", "platform"}},
+    {"app", {"base", "scan/collection", "platform", "robustness"}},
+    {"scan", kScanUses},
+    {"views", kViewsUse},
+    {"fileops", kFormsUse},
+    {"output", kFormsUse},
+    {"mainwindow", kFrameUses},
+    {"", kFrameUses + Rooms{"mainwindow", "platform/linux", "platform/headless", "platform/qt"}},
+};
+
+std::string roomOf(const std::string& path) {
+    return fs::path(path).parent_path().string();
+}
+
+/// "<name" or "\"name" of an include line, empty for any other.
+std::string included(std::string line) {
+    std::erase_if(line, [](char c) { return c == ' ' || c == '\t'; });
+    if (!line.starts_with("#include")) return "";
+    const std::string rest = line.substr(std::string_view("#include").size());
+    return rest.substr(0, rest.find_first_of(">\"", 1));
+}
+
+/// Standard C++ alone has headers without a ".h", and no folders.
+bool isStandard(const std::string& header) {
+    return std::all_of(header.begin(), header.end(),
+                       [](char c) { return (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') || c == '_'; });
+}
+
+/// What is wrong with one line of a file in `room`; empty if nothing is.
+std::string fault(const std::string& room, const std::string& line) {
+    const std::string include = included(line);
+    if (include.empty()) return "";
+    const std::string name = include.substr(1);
+    if (include[0] == '<') {
+        const bool fits = isStandard(name) || room == (name[0] == 'Q' ? "platform/qt" : "platform/linux");
+        return fits ? "" : "a header of the system or of Qt";
+    }
+    const std::string other = roomOf(name);
+    if (!kHouse.contains(other)) return "no room of that name";
+    return other == room || kHouse.at(room).contains(other) ? "" : "not to be seen from here";
+}
+
+/// "FILE: LINE: what is wrong" for each fault in the sources below `src`.
+std::vector<std::string> faultsBelow(const fs::path& src) {
+    std::vector<std::string> found;
+    for (const auto& file : fs::recursive_directory_iterator(src)) {
+        const std::string path = fs::relative(file.path(), src).string();
+        if (!file.is_regular_file() || path.ends_with("CMakeLists.txt")) continue;
+        const std::string room = roomOf(path);
+        if (!kHouse.contains(room)) {
+            found.push_back(path + ": its folder is not in the table");
+            continue;
+        }
+        std::ifstream in(file.path());
+        for (std::string line; std::getline(in, line);) {
+            const std::string what = fault(room, line);
+            if (!what.empty()) found.push_back(path + ": " + line + ": " + what);
+        }
+    }
+    return found;
+}
+
+TEST(House, EveryRoomIncludesOnlyWhatItMay) {
+    std::string all;
+    for (const std::string& one : faultsBelow(HARBORLANTERN_SOURCE_DIR "/src")) all += one + "\n";
+    EXPECT_EQ(all, "");
+}
+
+TEST(House, WrongIncludesAreFound) {
+    const struct {
+        std::string room, line;
+        bool wrong;
+    } cases[] = {
+        {"base", "#include <string>", false},
+        {"base", "#include \"base/text.h\"", false},
+        {"base", "#include \"grid/grid.h\"", true},
+        {"base", "#include <unistd.h>", true},
+        {"scan", "#include \"grid/grid.h\"", false},
+        {"scan", "  #  include <sys/stat.h>  // why", true},
+        {"scan", "#include \"views/view.h\"", true},
+        {"scan", "#include \"platform/linux/walk.h\"", true},
+        {"app", "#include \"grid/grid.h\"", true},
+        {"mainwindow", "#include \"platform/headless/pump.h\"", true},
+        {"mainwindow", "#include <QWidget>", true},
+        {"platform/qt", "#include <QWidget>", false},
+        {"platform/qt", "#include <dlfcn.h>", true},
+        {"platform/linux", "#include <sys/stat.h>", false},
+        {"platform/linux", "#include \"app/log.h\"", true},
+        {"", "#include \"platform/linux/walk.h\"", false},
+        {"base", "#include \"elsewhere/text.h\"", true},
+        {"base", "// #include <unistd.h>", false},
+    };
+    for (const auto& c : cases)
+        EXPECT_EQ(!fault(c.room, c.line).empty(), c.wrong) << c.room << ": " << c.line;
+}
+
+TEST(House, AFolderThatTheTableLacksIsFound) {
+    const hl::test::TempDir src;
+    fs::create_directories(src.path() + "/scan/attic");
+    std::ofstream(src.path() + "/scan/attic/box.h") << "#include <string>\n";
+    ASSERT_EQ(faultsBelow(src.path()).size(), 1U);
+    EXPECT_EQ(faultsBelow(src.path())[0], "scan/attic/box.h: its folder is not in the table");
+}
+
+}  // namespace

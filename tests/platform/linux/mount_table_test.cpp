@@ -1,0 +1,37 @@
+#include "platform/linux/mount_table.h"
+
+#include <gtest/gtest.h>
+
+namespace hl {
+namespace {
+
+TEST(MountTable, ReadsTheKernelsLines) {
+    const auto mounts = parseMountTable(
+        "22 1 8:1 / / rw,relatime shared:1 - ext4 /dev/sda1 rw\n"
+        "30 22 0:25 / /media/my\\040disk rw,nosuid shared:2 master:1 - nfs4 server:/share rw\n"
+        "31 22 8:1 /srv/data /mnt/b\\134x rw - ext4 /dev/sda1 rw");
+    ASSERT_EQ(mounts.size(), 3U);
+    EXPECT_EQ(mounts[0].id, 22U);
+    EXPECT_EQ(whatIsMounted(mounts[0]), "/dev/sda1");
+    EXPECT_EQ(mounts[1].mountPoint, "/media/my disk");
+    EXPECT_EQ(mounts[1].kind, "nfs4");
+    EXPECT_EQ(mounts[2].mountPoint, "/mnt/b\\x");
+    EXPECT_EQ(whatIsMounted(mounts[2]), "/dev/sda1:/srv/data");
+}
+
+TEST(MountTable, PassesOverWhatMakesNoSense) {
+    for (const char* text :
+         {"", "\n\n", "garbage", "22", "x y z / /p rw - t s", "-1 1 8:1 / / rw - ext4 d rw",
+          "22 1 8:1 / relative rw - ext4 d rw", "22 1 8:1 / /p rw shared:1", "22 1 8:1 / /p rw -"})
+        EXPECT_TRUE(parseMountTable(text).empty()) << text;
+    EXPECT_EQ(parseMountTable("bad\n7 1 8:1 / /p rw - tmpfs tmpfs rw\nbad").size(), 1U);
+}
+
+TEST(MountTable, KnowsTheRootOfThisMachine) {
+    bool root = false;
+    for (const Mount& mount : readMountTable()) root = root || mount.mountPoint == "/";
+    EXPECT_TRUE(root);
+}
+
+}  // namespace
+}  // namespace hl

@@ -1,0 +1,334 @@
+#include "platform/linux/read_ahead.h"
+
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <chrono>
+#include <thread>
+
+#include "base/size_text.h"
+#include "support/recording_calls.h"
+#include "support/temp_dir.h"
+#include "support/trees.h"
+
+namespace hl {
+namespace {
+
+using test::RecordingCalls;
+using test::TempDir;
+
+/// What a walk over a reader saw, in order.
+struct Seen {
+    std::string text;  ///< A line for each entry: depth, kind, name, size.
+    std::uint64_t folders = 0, files = 0, bytes = 0, blocks = 0;
+    std::vector<int> errors;
+    std::uint64_t deepest = 0;
+    std::string mountSource;
+};
+
+struct Walked {
+    std::unique_ptr<Listing> block;
+    std::size_t next = 0;
+};
+
+void noteBlock(const Listing& block, Seen& seen) {
+    ++seen.blocks;
+    for (const int error : {block.error, block.entryError, block.endError})
+        if (error != 0) seen.errors.push_back(error);
+    if (block.kind == FolderKind::kMountRoot) seen.mountSource = block.mountSource;
+}
+
+Seen walk(FolderReader& reader, const ReadOptions& options, bool withText = true) {
+    Seen seen;
+    std::vector<Walked> levels;
+    const auto enter = [&] {
+        levels.push_back({reader.next()});
+        noteBlock(*levels.back().block, seen);
+        seen.deepest = std::max<std::uint64_t>(seen.deepest, levels.size() - 1);
+    };
+    enter();
+    while (!levels.empty()) {
+        Walked& level = levels.back();
+        if (level.next == level.block->count && level.block->more) {
+            level.block = reader.next();
+            level.next = 0;
+            noteBlock(*level.block, seen);
+        } else if (level.next == level.block->count) {
+            levels.pop_back();
+        } else {
+            const Entry& entry = level.block->entries[level.next++];
+            const bool folder = (entry.attributes & kAttributeDirectory) != 0;
+            (folder ? seen.folders : seen.files) += 1;
+            seen.bytes += entry.size;
+            if (withText)
+                seen.text += std::to_string(levels.size()) + (folder ? " d " : " f ") +
+                             std::string(level.block->name(entry)) + " " + std::to_string(entry.size) + "\n";
+            if (folder && (entry.tag == kTagNone || options.followLinks)) enter();
+        }
+    }
+    return seen;
+}
+
+ReadAheadLimits limits(unsigned helpers, std::size_t openFolders = 64) {
+    return {helpers, helpers, 1 << 20, openFolders};
+}
+
+Seen walkOnce(DirectoryCalls& calls, const std::string& root, const ReadAheadLimits& limits,
+              const ReadOptions& options = {}) {
+    ReadAhead reader(calls, root, options, limits, nullptr, nullptr);
+    return walk(reader, options);
+}
+
+/// Folders of many shapes: wide ones of several blocks, nested ones, empty ones, links and a pipe.
+void makeMixedTree(const std::string& root) {
+    for (int i = 0; i < 40; ++i) {
+        const std::string folder = root + "/d" + std::to_string(i);
+        test::makeFolder(folder);
+        for (int j = 0; j < i % 7; ++j) test::makeFile(folder + "/f" + std::to_string(j), i * 100 + j);
+        for (int j = 0; j < i % 5; ++j) {
+            test::makeFolder(folder + "/s" + std::to_string(j));
+            test::makeFile(folder + "/s" + std::to_string(j) + "/x", j);
+        }
+    }
+    test::makeFolder(root + "/wide");
+    for (int i = 0; i < 6000; ++i)
+        test::makeFile(root + "/wide/a file with a rather long name " + std::to_string(i), i);
+    for (int i = 0; i < 300; ++i) test::makeFolder(root + "/wide/folder " + std::to_string(i));
+    test::must(::symlink("wide", (root + "/link").c_str()));
+    test::must(::symlink("gone", (root + "/dead").c_str()));
+    test::must(::mkfifo((root + "/pipe").c_str(), 0600));
+}
+
+TEST(ReadAhead, GivesTheSameInTheSameOrderWhoeverReads) {
+    const TempDir dir;
+    makeMixedTree(dir.path());
+    DirectoryCalls calls;
+    const Seen alone = walkOnce(calls, dir.path(), limits(0));
+    EXPECT_EQ(alone.folders, 40U + 80U + 1U + 300U + 1U);
+    EXPECT_GT(alone.blocks, alone.folders) << "the wide folder was to take several blocks";
+    for (const unsigned helpers : {1U, 2U, 7U})
+        for (const std::size_t openFolders : {4U, 64U})
+            for (int round = 0; round < 5; ++round)
+                ASSERT_EQ(walkOnce(calls, dir.path(), limits(helpers, openFolders)).text, alone.text)
+                    << helpers << " helpers, " << openFolders << " open folders";
+}
+
+TEST(ReadAhead, HoldsABoundOnWhatLiesAhead) {
+    const TempDir dir;
+    makeMixedTree(dir.path());
+    DirectoryCalls calls;
+    ReadAheadLimits tight = limits(3);
+    tight.bytesAhead = 1;
+    EXPECT_EQ(walkOnce(calls, dir.path(), tight).text, walkOnce(calls, dir.path(), limits(0)).text);
+}
+
+TEST(ReadAhead, LooksOnceAtEachEntryAndOpensEachFolderOnce) {
+    const TempDir dir;
+    const std::string root = dir.path();
+    for (int i = 0; i < 50; ++i) {
+        test::makeFolder(root + "/folder" + std::to_string(i));
+        test::makeFile(root + "/folder" + std::to_string(i) + "/file" + std::to_string(i), 1);
+    }
+    test::must(::symlink("folder1", (root + "/to folder").c_str()));
+    for (const unsigned helpers : {0U, 3U}) {
+        RecordingCalls calls;
+        walkOnce(calls, root, limits(helpers));
+        EXPECT_EQ(calls.looks, 51);
+        EXPECT_EQ(calls.opensOf.size(), 50U);
+        for (const auto& [name, times] : calls.looksAt) EXPECT_EQ(times, 1) << name;
+        for (const auto& [name, times] : calls.opensOf) EXPECT_EQ(times, 1) << name;
+        EXPECT_EQ(calls.ups, 0);
+        EXPECT_EQ(calls.opens, calls.closes);
+    }
+}
+
+TEST(ReadAhead, NeverUsesAPathThatGrowsAndStaysWithinItsDescriptors) {
+    const TempDir dir("/dev/shm");
+    constexpr int kDepth = 100'000;
+    test::makeChain(dir.path(), kDepth, "deeper");
+    for (const unsigned helpers : {0U, 2U}) {
+        RecordingCalls calls;
+        const ReadOptions options;
+        ReadAhead reader(calls, dir.path(), options, limits(helpers, 8), nullptr, nullptr);
+        const Seen seen = walk(reader, options, false);
+        EXPECT_EQ(seen.folders, static_cast<std::uint64_t>(kDepth));
+        EXPECT_EQ(seen.files, static_cast<std::uint64_t>(kDepth));
+        EXPECT_TRUE(seen.errors.empty());
+        EXPECT_LE(calls.longestName, 6U);
+        EXPECT_LE(reader.mostOpen(), 8U);
+    }
+    test::removeChain(dir.path(), kDepth, "deeper");
+}
+
+TEST(ReadAhead, ComesBackToFoldersThatHadToBeClosed) {
+    const TempDir dir("/dev/shm");
+    constexpr int kDepth = 3000;
+    test::makeChain(dir.path(), kDepth, "m", 2);  // With "b0" and "b1" still to be read at every level.
+    for (const unsigned helpers : {0U, 3U}) {
+        RecordingCalls calls;
+        {
+            ReadAhead reader(calls, dir.path(), {}, limits(helpers, 8), nullptr, nullptr);
+            const Seen seen = walk(reader, {}, false);
+            EXPECT_EQ(seen.folders, 3U * kDepth);
+            EXPECT_TRUE(seen.errors.empty());
+            EXPECT_LE(reader.mostOpen(), 8U + 2 * (helpers + 1));
+        }
+        EXPECT_LT(calls.opens, 20 * kDepth) << "coming back is to cost a few steps, not the whole way down";
+        EXPECT_EQ(calls.opens, calls.closes);
+    }
+    test::removeChain(dir.path(), kDepth, "m", 2);
+}
+
+TEST(ReadAhead, FindsEverythingWhileAFolderIsMovedAwayAndBack) {
+    const TempDir dir("/dev/shm");
+    constexpr int kDepth = 400;
+    test::makeFolder(dir.path() + "/in");
+    test::makeChain(dir.path() + "/in", kDepth, "m", 1);
+    const std::string here = dir.path() + "/in/m/m/m";
+    RecordingCalls calls;
+    int reads = 0;
+    calls.onRead = [&](int) {
+        // Away at one place of the walk, back at another, several times.
+        ++reads;
+        if (reads % 200 == 50) test::must(::rename(here.c_str(), (dir.path() + "/away").c_str()));
+        if (reads % 200 == 150) test::must(::rename((dir.path() + "/away").c_str(), here.c_str()));
+        return 0;
+    };
+    const Seen seen = walkOnce(calls, dir.path() + "/in", limits(0, 8));
+    EXPECT_EQ(seen.folders, 2U * kDepth);
+    EXPECT_TRUE(seen.errors.empty());
+    ::rename((dir.path() + "/away").c_str(), here.c_str());
+    test::removeChain(dir.path() + "/in", kDepth, "m", 1);
+}
+
+TEST(ReadAhead, SaysOfEachFolderThatIsLostThatItIs) {
+    const TempDir dir("/dev/shm");
+    constexpr int kDepth = 100;
+    test::makeFolder(dir.path() + "/in");
+    test::makeChain(dir.path() + "/in", kDepth, "m", 1);
+    RecordingCalls calls;
+    int reads = 0;
+    calls.onRead = [&](int) {
+        // Far down, the upper part is moved for good to where nobody looks, with the walk inside.
+        if (++reads == 150)
+            test::must(::rename((dir.path() + "/in/m/m").c_str(), (dir.path() + "/away").c_str()));
+        return 0;
+    };
+    const Seen seen = walkOnce(calls, dir.path() + "/in", limits(0, 8));
+    EXPECT_EQ(seen.folders, 2U * kDepth) << "every name that was read is an entry";
+    EXPECT_EQ(calls.opens, calls.closes);
+    test::removeChain(dir.path() + "/away", kDepth, "m", 1);
+}
+
+TEST(ReadAhead, ReportsWhatCannotBeRead) {
+    const TempDir dir;
+    test::makeFolder(dir.path() + "/denied");
+    test::makeFile(dir.path() + "/denied/inside", 5);
+    test::makeFile(dir.path() + "/unseen", 7);
+    test::makeFile(dir.path() + "/gone", 9);
+    test::makeFile(dir.path() + "/plain", 11);
+    RecordingCalls calls;
+    calls.onOpen = [](const std::string& name) { return name == "denied" ? -EACCES : 0; };
+    calls.onLook = [](const std::string& name) {
+        return name == "unseen" ? -EIO : name == "gone" ? -ENOENT : 0;
+    };
+    Seen seen = walkOnce(calls, dir.path(), limits(0));
+    EXPECT_EQ(seen.errors, (std::vector<int>{EIO, EACCES}));
+    EXPECT_EQ(seen.files, 2U) << "what vanished is no entry, what cannot be looked at is one of 0 bytes";
+    EXPECT_EQ(seen.bytes, 11U);
+
+    RecordingCalls ends;
+    ends.onRead = [](int nth) { return nth == 2 ? -EIO : 0; };
+    seen = walkOnce(ends, dir.path(), limits(0));
+    EXPECT_EQ(seen.errors, std::vector<int>{EIO});
+    EXPECT_EQ(seen.files + seen.folders, 5U) << "entries before the fault stay";
+    EXPECT_EQ(walkOnce(calls, dir.path() + "/plain", limits(0)).errors, std::vector<int>{ENOTDIR});
+    EXPECT_EQ(walkOnce(calls, dir.path() + "/none", limits(0)).errors, std::vector<int>{ENOENT});
+}
+
+TEST(ReadAhead, EndsALinkToItsOwnAncestorWhereTheKernelWould) {
+    const TempDir dir;
+    test::must(::symlink(".", (dir.path() + "/loop").c_str()));
+    test::makeFile(dir.path() + "/file", 3);
+    ReadOptions follow;
+    follow.followLinks = true;
+    DirectoryCalls calls;
+    const Seen seen = walkOnce(calls, dir.path(), limits(0), follow);
+    EXPECT_EQ(seen.errors, std::vector<int>{ELOOP});
+    EXPECT_EQ(seen.files, 41U);
+    EXPECT_EQ(seen.folders, 41U);
+}
+
+TEST(ReadAhead, DoesNotEnterOtherMounts) {
+    std::string mounted;
+    for (const Mount& mount : readMountTable())
+        if (mount.mountPoint.starts_with("/dev/") && mount.mountPoint.find('/', 5) == std::string::npos)
+            mounted = whatIsMounted(mount);
+    if (mounted.empty()) GTEST_SKIP() << "nothing is mounted in /dev here";
+    DirectoryCalls calls;
+    const Seen seen = walkOnce(calls, "/dev", limits(1));
+    EXPECT_FALSE(seen.mountSource.empty());
+    EXPECT_TRUE(seen.errors.empty());
+}
+
+TEST(ReadAhead, LeavesNothingBehindWhenItIsStopped) {
+    const TempDir dir;
+    makeMixedTree(dir.path());
+    for (int stopAt = 1; stopAt < 120; stopAt += 17) {
+        RecordingCalls calls;
+        {
+            ReadAhead reader(calls, dir.path(), {}, limits(4), nullptr, nullptr);
+            std::vector<std::unique_ptr<Listing>> kept;
+            for (int i = 0; i < stopAt; ++i) kept.push_back(reader.next());
+        }
+        EXPECT_EQ(calls.opens, calls.closes);
+    }
+}
+
+struct GiveUp : WaitCallback {
+    bool goOnWaiting() override { return false; }
+};
+
+TEST(ReadAhead, StopsWaitingWhenItIsToldTo) {
+    const TempDir dir;
+    for (int i = 0; i < 30; ++i) test::makeFolder(dir.path() + "/d" + std::to_string(i));
+    RecordingCalls calls;
+    std::atomic<bool> release = false, hangs = false;
+    const std::thread::id walker = std::this_thread::get_id();
+    std::atomic<int> opens = 0;
+    // Helpers hang as on a dead share; the walk does not, but waits in its tenth folder until one does.
+    calls.onOpen = [&](const std::string&) {
+        const bool isWalk = std::this_thread::get_id() == walker;
+        if (!isWalk) hangs = true;
+        while (isWalk ? ++opens >= 10 && !hangs : !release.load()) std::this_thread::yield();
+        return 0;
+    };
+    GiveUp giveUp;
+    ReadAhead reader(calls, dir.path(), {}, limits(2), &giveUp, nullptr);
+    int blocks = 0;
+    while (reader.next() != nullptr && blocks < 31) ++blocks;
+    EXPECT_LT(blocks, 31);
+    EXPECT_EQ(reader.next(), nullptr);
+    release = true;
+}
+
+TEST(ReadAhead, CallsMoreHelpersWhereReadsWaitAndLosesNothingByIt) {
+    const TempDir dir;
+    makeMixedTree(dir.path());
+    RecordingCalls slow;
+    std::mutex mutex;
+    std::map<std::thread::id, int> readers;
+    slow.onRead = [&](int) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        const std::lock_guard<std::mutex> lock(mutex);
+        ++readers[std::this_thread::get_id()];
+        return 0;
+    };
+    DirectoryCalls calls;
+    EXPECT_EQ(walkOnce(slow, dir.path(), {1, 8, 1 << 20, 64}).text,
+              walkOnce(calls, dir.path(), limits(0)).text);
+    EXPECT_GT(readers.size(), 3U);
+}
+
+}  // namespace
+}  // namespace hl

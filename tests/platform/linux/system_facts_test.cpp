@@ -1,0 +1,139 @@
+#include "platform/linux/system_facts.h"
+
+#include <gtest/gtest.h>
+#include <sys/utsname.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+
+#include "support/temp_dir.h"
+
+namespace hl {
+namespace {
+
+// A machine whose files the test writes.
+class FilesOfAMachine : public testing::Test {
+  protected:
+    void file(const std::string& path, const std::string& content) {
+        std::filesystem::create_directories(std::filesystem::path(root.path() + path).parent_path());
+        std::ofstream(root.path() + path, std::ios::binary) << content;
+    }
+
+    test::TempDir root;
+    LinuxSystemFacts facts{root.path()};
+};
+
+std::string release() {
+    utsname name = {};
+    uname(&name);
+    return name.release;
+}
+
+TEST_F(FilesOfAMachine, NameItByItsReleaseFile) {
+    file("/etc/os-release",
+         "# a comment\nNAME=Debian\nPRETTY_NAME=\"Debian GNU/Linux 12 "
+         "(bookworm)\"\nID=debian\nVERSION_ID=\"12\"\n"
+         "ID_LIKE=other\n");
+    const SystemName name = facts.systemName();
+    EXPECT_EQ(name.name, "Debian GNU/Linux 12 (bookworm)");
+    EXPECT_EQ(name.identifier, "debian 12 B" + release());
+    EXPECT_EQ(release().find(name.version + "."), 0U) << name.version;
+}
+
+TEST_F(FilesOfAMachine, AreReadWithTheQuotesOfAShell) {
+    file("/usr/lib/os-release", "PRETTY_NAME='My = \"own\"'\nID=\"a\\\"b\\\\c\"\n");
+    EXPECT_EQ(facts.systemName().name, "My = \"own\"");
+    EXPECT_EQ(facts.systemName().identifier, "a\"b\\c B" + release());
+}
+
+TEST_F(FilesOfAMachine, MayBeMissingAndTheKernelStillHasAName) {
+    EXPECT_EQ(facts.systemName().name, "Linux");
+    EXPECT_EQ(facts.systemName().identifier, "linux B" + release());
+    EXPECT_EQ(facts.memory().physicalTotal, 0U);
+    EXPECT_EQ(facts.memory().loadPercent, 0U);
+    EXPECT_EQ(facts.upTimeSeconds(), 0U);
+    EXPECT_EQ(facts.workingSet(), 0U);
+    EXPECT_NE(facts.processorName(), "");
+}
+
+TEST_F(FilesOfAMachine, TellItsMemory) {
+    file("/proc/meminfo",
+         "MemTotal:        4000 kB\nMemFree:          100 kB\nMemAvailable:    1000 kB\nSwapCached:  7 kB\n"
+         "SwapTotal:       2000 kB\nSwapFree:         500 kB\n");
+    file("/proc/self/statm", "1000 20 10 5 0 100 0\n");
+    const auto page = static_cast<std::uint64_t>(sysconf(_SC_PAGESIZE));
+    const MemoryFacts memory = facts.memory();
+    EXPECT_EQ(memory.physicalTotal, 4000U * 1024);
+    EXPECT_EQ(memory.physicalAvailable, 1000U * 1024);
+    EXPECT_EQ(memory.loadPercent, 75U);
+    EXPECT_EQ(memory.pageFileTotal, 2000U * 1024);
+    EXPECT_EQ(memory.pageFileAvailable, 500U * 1024);
+    EXPECT_EQ(memory.virtualTotal - memory.virtualAvailable, 1000 * page);
+    EXPECT_EQ(facts.workingSet(), 20 * page);
+}
+
+TEST_F(FilesOfAMachine, TellItsUpTimeInWholeSeconds) {
+    file("/proc/uptime", "350735.47 234388.90\n");
+    EXPECT_EQ(facts.upTimeSeconds(), 350735U);
+}
+
+TEST_F(FilesOfAMachine, TellEachDifferentProcessorOnce) {
+    file("/proc/cpuinfo",
+         "processor\t: 0\nmodel\t\t: 85\nmodel name\t: Big: fast\n\nprocessor\t: 1\nmodel name\t: Big: "
+         "fast\n\n"
+         "processor\t: 2\nmodel name\t: Little\n");
+    EXPECT_EQ(facts.processorName(), "Big: fast\tLittle");
+}
+
+TEST(LinuxSystemFacts, AreKnownOnTheRealMachine) {
+    LinuxSystemFacts facts;
+    const MemoryFacts memory = facts.memory();
+    EXPECT_GT(memory.physicalTotal, memory.physicalAvailable);
+    EXPECT_GT(memory.physicalAvailable, 0U);
+    EXPECT_GT(facts.workingSet(), 100U * 1024);
+    EXPECT_LT(facts.workingSet(), memory.physicalTotal);
+    EXPECT_GT(facts.upTimeSeconds(), 0U);
+    EXPECT_NE(facts.computerName(), "");
+    EXPECT_EQ(facts.emulated(), false);
+    EXPECT_EQ(facts.screen().width, 0);
+}
+
+TEST(LinuxSystemFacts, CallAUserWithoutANameByHisNumber) {
+    if (geteuid() != 0) GTEST_SKIP() << "only root can become a user that does not exist";
+    const pid_t child = fork();
+    if (child == 0) {
+        LinuxSystemFacts facts;
+        const bool named = facts.userName() == "root" && facts.adminRights();
+        const bool numbered = setuid(54321) == 0 && facts.userName() == "54321" && !facts.adminRights();
+        _exit(named && numbered ? 0 : 1);
+    }
+    int status = 0;
+    waitpid(child, &status, 0);
+    EXPECT_EQ(status, 0);
+}
+
+TEST(LinuxSystemFacts, DescribeErrorCodesInEnglish) {
+    LinuxSystemFacts facts;
+    EXPECT_EQ(facts.errorText(EACCES), "Permission denied");
+    EXPECT_EQ(facts.errorText(ENOENT), "No such file or directory");
+    for (const int unknown : {99999, -5}) {
+        errno = 0;
+        EXPECT_EQ(facts.errorText(unknown), "");
+        EXPECT_EQ(errno, EINVAL);
+    }
+}
+
+TEST(LinuxSystemFacts, ReadTheEnvironmentOrNothing) {
+    LinuxSystemFacts facts;
+    setenv("HARBORLANTERN_TEST_VALUE", "a b", 1);
+    EXPECT_EQ(facts.environment("HARBORLANTERN_TEST_VALUE"), "a b");
+    unsetenv("HARBORLANTERN_TEST_VALUE");
+    EXPECT_EQ(facts.environment("HARBORLANTERN_TEST_VALUE"), "");
+}
+
+}  // namespace
+}  // namespace hl

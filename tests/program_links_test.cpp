@@ -1,0 +1,42 @@
+// The program runs on a server that has the C++ library and nothing else.
+#include <gtest/gtest.h>
+#include <stdio.h>
+
+#include <set>
+#include <sstream>
+#include <string>
+
+namespace {
+
+std::string outputOf(const std::string& command) {
+    std::string text;
+    FILE* pipe = popen(command.c_str(), "r");
+    if (pipe == nullptr) return text;
+    for (int c = 0; (c = fgetc(pipe)) != EOF;) text += static_cast<char>(c);
+    return pclose(pipe) == 0 ? text : "";
+}
+
+/// The libraries that the program asks the loader for, up to the first point or dash: "libc", "libstdc++",
+/// "ld".
+std::set<std::string> neededLibraries() {
+    std::istringstream lines(outputOf("LC_ALL=C readelf -d '" HARBORLANTERN_PROGRAM "'"));
+    std::set<std::string> names;
+    for (std::string line; std::getline(lines, line);) {
+        if (line.find("(NEEDED)") == std::string::npos) continue;
+        const std::string name = line.substr(line.find('[') + 1);
+        names.insert(name.substr(0, name.find_first_of(".-]")));
+    }
+    return names;
+}
+
+TEST(Program, LinksTheCxxLibraryAndLibcAlone) {
+    std::set<std::string> names = neededLibraries();
+    EXPECT_EQ(names.count("libc"), 1U) << "readelf has told nothing";
+    for (const char* fine : {"libstdc++", "libgcc_s", "libm", "libc", "ld"}) names.erase(fine);
+#ifdef HARBORLANTERN_SANITIZED
+    for (const char* fine : {"libasan", "libubsan", "libtsan"}) names.erase(fine);
+#endif
+    for (const std::string& other : names) ADD_FAILURE() << "The program needs " << other;
+}
+
+}  // namespace

@@ -1,0 +1,30 @@
+#include "robustness/error_mail.h"
+
+#include <gtest/gtest.h>
+
+namespace hl {
+namespace {
+
+TEST(ErrorMail, EscapesByItsTableAndNothingElse) {
+    const std::pair<const char*, const char*> cases[] = {
+        {"", ""},
+        {"100%", "100%25%25"},
+        {"%20", "%25%2520"},
+        {"a\r\nb\rc\nd", "a%0Ab%0Ac%0Ad"},
+        {"\n\r", "%0A%0A"},
+        {"\r\r\n", "%0A%0A"},
+        {"a b!#*/?&\"", "a%20b%21%23%2A%2F%3F%26%22"},
+        {"ÄÖÜßäöü", "%C4%D6%DC%DF%E4%F6%FC"},
+        {"é+=:<>'", "é+=:<>'"},
+    };
+    for (const auto& [text, escaped] : cases) EXPECT_EQ(escapeMailBody(text), escaped);
+}
+
+TEST(ErrorMail, LinksToTheAddressWithTheHintAsItsBody) {
+    EXPECT_EQ(reportMailLink("bugs@example.org", "Harborlantern", "0.1.0", "Bitte einfügen."),
+              "mailto:bugs@example.org?subject=Bugreport_Harborlantern_0.1.0"
+              "&body=%2A%2A%2A%20Bitte%20einf%FCgen.%20%2A%2A%2A%0A%0A");
+}
+
+}  // namespace
+}  // namespace hl

@@ -1,0 +1,68 @@
+// Stand-ins for what the error report asks and for where it goes.
+#pragma once
+
+#include <cerrno>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include "platform/system_facts.h"
+#include "robustness/debug.h"
+
+namespace hl::test {
+
+/// A machine of which everything is known. With `broken`, one of which asking for anything fails.
+class FakeSystemFacts : public SystemFacts {
+  public:
+    bool broken = false;
+    bool admin = true;
+    Screen screenFacts = {1920, 1080, 32};
+    MemoryFacts memoryFacts = {1048576, 4194304, 2097152, 8388608, 3145728, 16777216, 75};
+
+    SystemName systemName() override {
+        return known(SystemName{"Debian GNU/Linux 12 (bookworm)", "6.1", "debian 12 B6.1.0-18-amd64"});
+    }
+    MemoryFacts memory() override { return known(memoryFacts); }
+    std::uint64_t workingSet() override { return known(std::uint64_t{1572864}); }
+    std::uint64_t upTimeSeconds() override { return known(std::uint64_t{90061}); }
+    std::string processorName() override { return known(std::string("Some CPU")); }
+    std::string userName() override { return known(std::string("ada")); }
+    std::string computerName() override { return known(std::string("engine")); }
+    bool adminRights() override { return known(admin); }
+    bool emulated() override { return known(false); }
+    Screen screen() override { return known(screenFacts); }
+    std::string errorText(int code) override {
+        errno = EINVAL;
+        return code == 13   ? "Permission denied"
+               : code == 14 ? std::string("  Bad\r\n address.\r\n\0", 20)
+                            : "";
+    }
+    std::string environment(const std::string&) override { return {}; }
+
+  private:
+    template <class T>
+    T known(T value) const {
+        if (broken) throw std::runtime_error("not to be had");
+        return value;
+    }
+};
+
+/// Keeps what it is given. With `broken`, a log that cannot be written.
+class FakeErrorSink : public ErrorSink {
+  public:
+    struct Entry {
+        std::string text;
+        bool blankLine, stamp;
+    };
+    bool broken = false;
+    std::vector<Entry> log;
+    std::vector<std::string> shown;
+
+    void LogError(const std::string& text, bool blankLine, bool stamp) override {
+        if (broken) throw std::runtime_error("disk full");
+        log.push_back({text, blankLine, stamp});
+    }
+    void showReport(const std::string& text) override { shown.push_back(text); }
+};
+
+}  // namespace hl::test

@@ -1,0 +1,70 @@
+// Trees on the disk for tests. All made relative to open folders, so that no depth is too much.
+#pragma once
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <string>
+
+namespace hl::test {
+
+/// Aborts on failure: a test without its tree shows nothing.
+inline int must(int result) {
+    if (result < 0) std::abort();
+    return result;
+}
+
+inline int openFolder(const std::string& path) {
+    return must(::open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+}
+
+/// A file of `size` bytes that takes no room on the disk.
+inline void makeFile(int folder, const std::string& name, off_t size) {
+    const int file = must(::openat(folder, name.c_str(), O_CREAT | O_WRONLY | O_CLOEXEC, 0644));
+    must(::ftruncate(file, size));
+    ::close(file);
+}
+
+inline void makeFile(const std::string& path, off_t size) {
+    makeFile(AT_FDCWD, path, size);
+}
+inline void makeFolder(const std::string& path) {
+    must(::mkdir(path.c_str(), 0755));
+}
+
+/// `depth` folders inside one another, named by `name`, each with one file of one byte; `beside` more empty
+/// folders at each level.
+inline void makeChain(const std::string& root, int depth, const std::string& name, int beside = 0) {
+    int at = openFolder(root);
+    for (int level = 0; level < depth; ++level) {
+        makeFile(at, "f", 1);
+        for (int i = 0; i < beside; ++i) must(::mkdirat(at, ("b" + std::to_string(i)).c_str(), 0755));
+        must(::mkdirat(at, name.c_str(), 0755));
+        const int next = must(::openat(at, name.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+        ::close(at);
+        at = next;
+    }
+    ::close(at);
+}
+
+/// Removes what makeChain made. The library's own remove_all recurses.
+inline void removeChain(const std::string& root, int depth, const std::string& name, int beside = 0) {
+    // Each step lifts the rest of the chain to the top and removes the emptied level.
+    const int top = openFolder(root);
+    for (int level = 0; level < depth; ++level) {
+        ::unlinkat(top, "f", 0);
+        for (int i = 0; i < beside; ++i) ::unlinkat(top, ("b" + std::to_string(i)).c_str(), AT_REMOVEDIR);
+        if (::renameat(top, name.c_str(), top, "lifted") != 0) break;
+        const int lifted = must(::openat(top, "lifted", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+        ::renameat(lifted, name.c_str(), top, name.c_str());
+        ::unlinkat(lifted, "f", 0);
+        for (int i = 0; i < beside; ++i) ::unlinkat(lifted, ("b" + std::to_string(i)).c_str(), AT_REMOVEDIR);
+        ::close(lifted);
+        ::unlinkat(top, "lifted", AT_REMOVEDIR);
+    }
+    ::close(top);
+}
+
+}  // namespace hl::test

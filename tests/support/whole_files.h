@@ -1,0 +1,21 @@
+// Files of a test, read and written at once.
+#pragma once
+
+#include <fstream>
+#include <iterator>
+#include <string>
+#include <string_view>
+
+namespace hl::test {
+
+/// Empty if there is no such file.
+inline std::string contentOf(const std::string& path) {
+    std::ifstream in(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(in), {}};
+}
+
+inline void writeFile(const std::string& path, std::string_view content) {
+    std::ofstream(path, std::ios::binary) << content;
+}
+
+}  // namespace hl::test
