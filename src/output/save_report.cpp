@@ -90,6 +90,7 @@ void SaveForm::fillControls() {
 
 bool SaveForm::SPEICHERN(std::string& path, std::int32_t levels, std::int32_t delimiter) {
     Run run;
+    run.path = path;
     const auto body = [&] {
         applyArguments(levels, delimiter);
         run.scope = GetOptionButtonSelectedIndex(optWasSpeichern);

@@ -52,7 +52,7 @@ struct SaveServices {
     SaveDialog* dialog = nullptr;  ///< None in a run with no window.
 };
 
-/// As in the options: what to save, and how many levels of it.
+/// Indexes of the form's option buttons and of the items of its lists.
 enum SaveScope : int { kSaveAll, kSaveSelected };
 enum SaveLevels : int { kSaveAllLevels, kSaveSomeLevels, kSaveUnfolded };
 enum SaveFormat : int { kFormatTxt, kFormatCsv };

@@ -1,0 +1,89 @@
+// A report grid made by hand, and all that it takes to save it.
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "output/save_report.h"
+#include "platform/headless/headless.h"
+#include "scan/records.h"
+#include "support/test_texts.h"
+#include "support/whole_files.h"
+
+namespace hl::test {
+
+/// German, sizes in megabytes with decimals, paths with "/", until a test says otherwise.
+struct SaveBench {
+    SaveBench() {
+        options.FileSizeFormat = 2;
+        options.SizeFormatNachkommastellenFolders = 1;
+    }
+
+    Row folder(Row parent, std::string_view name, std::int64_t size, int files, int folders) {
+        const Row row = filesRow(parent, name, size, files);
+        grid.setNumber(row, kIsFolder, 1);
+        grid.setNumber(row, kFolders, folders);
+        return row;
+    }
+    Row filesRow(Row parent, std::string_view name, std::int64_t size, int files) {
+        const Row row = grid.addRow(parent, name);
+        grid.setNumber(row, kSize, static_cast<double>(size));
+        grid.setNumber(row, kFiles, files);
+        return row;
+    }
+    /// A small tree of three levels; returns its folder "Bilder".
+    Row sampleTree(std::string_view rootText, std::string_view filesText = "Dateien") {
+        const Row root = folder(kNoRow, rootText, 1302383820, 1337, 5);
+        folder(root, "Musik", 1288490188, 1310, 1);
+        const Row bilder = folder(root, "Bilder", 13107200, 25, 3);
+        const Row urlaub = folder(bilder, "Urlaub", 10485760, 20, 1);
+        filesRow(urlaub, filesText, 5242881, 11);
+        folder(urlaub, "2023", 5242879, 9, 0);
+        filesRow(bilder, filesText, 2621440, 5);
+        filesRow(root, filesText, 786432, 2);
+        return bilder;
+    }
+    /// A folder in a folder in a folder, `count` of them.
+    Row chain(std::size_t count) {
+        const Row root = folder(kNoRow, "/c", 1024, 1, 1);
+        for (Row row = root; count > 1; --count) row = folder(row, "f", 1024, 1, 1);
+        return root;
+    }
+    void expandAll() {
+        for (std::size_t i = 0; i < grid.rowCount(); ++i) grid.setExpanded(grid.rowAt(i), true);
+    }
+
+    SaveServices services() {
+        return {grid,  options, texts->texts, numbers, *files, texts->diagnostics,
+                state, *pump,   paths,        dialog};
+    }
+    std::string pathOf(const std::string& name) const { return texts->dir.path() + "/" + name; }
+    /// The report as a run with no window writes it.
+    std::string saved(const std::string& name, std::int32_t levels = 0, std::int32_t delimiter = -1) {
+        SaveForm frmSave(services());
+        return savedBy(frmSave, name, levels, delimiter);
+    }
+    std::string savedBy(SaveForm& frmSave, const std::string& name, std::int32_t levels = -1,
+                        std::int32_t delimiter = -1) {
+        std::string path = pathOf(name);
+        return frmSave.SPEICHERN(path, levels, delimiter) ? contentOf(path) : "NOT WRITTEN";
+    }
+    void english() {
+        texts = std::make_unique<TestTexts>("en_US.UTF-8");
+        files = &texts->files;
+        numbers = numberFormatOf("en_US.UTF-8");
+    }
+
+    std::unique_ptr<TestTexts> texts = std::make_unique<TestTexts>();
+    Files* files = &texts->files;
+    Options options;
+    NumberFormat numbers = numberFormatOf("de_DE.UTF-8");
+    PathRules paths = kPosixPaths;
+    Grid grid{kFolderCells};
+    ScanState state;
+    HeadlessPump silence;
+    MessagePump* pump = &silence;
+    SaveDialog* dialog = nullptr;
+};
+
+}  // namespace hl::test

@@ -1,0 +1,359 @@
+// The program from outside: what a report says of a tree, and how a run ends.
+#include <gtest/gtest.h>
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <sys/un.h>
+
+#include <map>
+#include <random>
+
+#include "support/program.h"
+
+namespace hl {
+namespace {
+
+using test::Program;
+using test::readFile;
+using test::TempDir;
+using test::writeFile;
+
+struct Numbers {
+    std::uint64_t size = 0;
+    int files = 0, folders = 0;
+    bool operator==(const Numbers&) const = default;
+};
+std::ostream& operator<<(std::ostream& out, const Numbers& n) {
+    return out << n.size << " bytes, " << n.files << " files, " << n.folders << " folders";
+}
+using Rows = std::map<std::string, Numbers>;
+
+/// A CSV report with the delimiter ",". Paths may hold anything, so rows are read from their ends.
+Rows readReport(const std::string& path) {
+    const std::string text = readFile(path);
+    Rows rows;
+    std::size_t at = text.find("\r\n") + 2;
+    while (at < text.size()) {
+        std::size_t end = at;
+        Numbers numbers;
+        std::size_t middle = 0;
+        // The end of a row is the first line end behind `","digits",digits,digits`.
+        for (;;) {
+            end = text.find("\r\n", end);
+            if (end == std::string::npos) return rows;
+            const std::string row = text.substr(at, end - at);
+            middle = row.rfind("\",\"");
+            char rest = 0;
+            if (middle != std::string::npos &&
+                std::sscanf(row.c_str() + middle, "\",\"%lu\",%d,%d%c", &numbers.size, &numbers.files,
+                            &numbers.folders, &rest) == 3) {
+                rows[row.substr(1, middle - 1)] = numbers;
+                break;
+            }
+            end += 2;
+        }
+        at = end + 2;
+    }
+    return rows;
+}
+
+/// Makes a random tree and keeps the truth about it.
+class TreeMaker {
+  public:
+    explicit TreeMaker(unsigned seed) : random_(seed) {}
+
+    Numbers make(const std::string& path, int depth, Rows& truth) {
+        Numbers sum, direct;
+        const int folders = depth > 4 ? 0 : pick(5);
+        for (int i = 0, count = pick(9); i < count; ++i) direct.size += makeEntry(path, i), ++direct.files;
+        for (int i = 0; i < folders; ++i) {
+            const std::string child =
+                path + "/" + kNames[static_cast<std::size_t>(pick(kNameCount))] + std::to_string(i);
+            test::makeFolder(child);
+            const Numbers below = make(child, depth + 1, truth);
+            sum.size += below.size;
+            sum.files += below.files;
+            sum.folders += below.folders + 1;
+        }
+        if (pick(4) == 0) {  // A link to a folder counts as a folder with nothing in it.
+            test::must(::symlink("..", (path + "/up").c_str()));
+            truth[path + "/up"] = {};
+            ++sum.folders;
+        }
+        if (sum.folders > 0 && direct.files > 0) truth[path + "/[Dateien]"] = {direct.size, direct.files, 0};
+        sum.size += direct.size;
+        sum.files += direct.files;
+        return truth[path] = sum;
+    }
+
+  private:
+    static constexpr const char* kNames[] = {"plain",      "größe ", " lead",    "new\nline",         "tab\t",
+                                             "say \"hi\"", "-s",     "\x1b[31m", "\xE2\x80\xAEright", "%1",
+                                             "a,b;c"};
+    static constexpr int kNameCount = std::size(kNames);
+
+    int pick(int below) { return static_cast<int>(random_() % static_cast<unsigned>(below)); }
+
+    std::uint64_t makeEntry(const std::string& path, int number) {
+        const std::string name =
+            path + "/" + kNames[static_cast<std::size_t>(pick(kNameCount))] + "~" + std::to_string(number);
+        switch (pick(8)) {
+            case 0:
+                test::must(::symlink("gone/far", name.c_str()));
+                return 8;
+            case 1:
+                test::must(::mkfifo(name.c_str(), 0600));
+                return 0;
+            case 2:
+                if (!lastFile_.empty() && ::link(lastFile_.c_str(), name.c_str()) == 0) return lastSize_;
+                [[fallthrough]];
+            default:
+                lastFile_ = name;
+                lastSize_ = static_cast<std::uint64_t>(pick(100'000));
+                test::makeFile(name, static_cast<off_t>(lastSize_));
+                return lastSize_;
+        }
+    }
+
+    std::mt19937 random_;
+    std::string lastFile_;
+    std::uint64_t lastSize_ = 0;
+};
+
+TEST(Program, AgreesWithTheTruthToTheByteAndWithItselfWhoeverReads) {
+    const Program program;
+    program.setOptions({});
+    for (unsigned seed = 1; seed <= 6; ++seed) {
+        const TempDir dir;
+        Rows truth;
+        TreeMaker(seed).make(dir.path(), 0, truth);
+        const std::string on = program.home("on.csv"), off = program.home("off.csv");
+        EXPECT_EQ(program.run({"-s", on, dir.path()}).status, 0);
+        EXPECT_EQ(
+            program.run({"-s", off, dir.path()}, [] { setenv("HARBORLANTERN_READ_AHEAD", "0", 1); }).status,
+            0);
+        EXPECT_EQ(readReport(on), truth);
+        EXPECT_EQ(readFile(on), readFile(off));
+    }
+}
+
+TEST(Program, CountsAFileOfTwoNamesOnceWhereItIsAskedTo) {
+    const TempDir dir;
+    test::makeFolder(dir.path() + "/a");
+    test::makeFile(dir.path() + "/a/one", 1 << 20);
+    test::must(::link((dir.path() + "/a/one").c_str(), (dir.path() + "/two").c_str()));
+    const Program program;
+    for (const auto& [option, size] :
+         {std::pair("AddHardlinksOnlyOnce=0", 2U << 20), std::pair("AddHardlinksOnlyOnce=1", 1U << 20)}) {
+        program.setOptions({option});
+        EXPECT_EQ(program.run({"-s", program.home("r.csv"), dir.path()}).status, 0);
+        EXPECT_EQ(readReport(program.home("r.csv"))[dir.path()], (Numbers{size, 2, 1}));
+    }
+}
+
+TEST(Program, CountsEveryKindOfEntryAndEntersNoOtherMount) {
+    const TempDir dir;
+    const int socket = test::must(::socket(AF_UNIX, SOCK_STREAM, 0));
+    struct sockaddr_un address = {AF_UNIX, {}};
+    std::snprintf(address.sun_path, sizeof address.sun_path, "%s/socket", dir.path().c_str());
+    test::must(::bind(socket, reinterpret_cast<struct sockaddr*>(&address), sizeof address));
+    ::close(socket);
+    test::must(::mkfifo((dir.path() + "/pipe").c_str(), 0600));
+    test::makeFile(dir.path() + "/file", 77);
+    test::makeFile(dir.path() + "/" + std::string(255, 'x'), 1);
+    const Program program;
+    program.setOptions({});
+    EXPECT_EQ(program.run({"-s", program.home("r.csv"), dir.path()}).status, 0);
+    EXPECT_EQ(readReport(program.home("r.csv"))[dir.path()], (Numbers{78, 4, 0}));
+    // Wherever /dev/shm is a mount of its own, it is a row with nothing in it.
+    struct stat above, mounted;
+    if (::stat("/dev", &above) != 0 || ::stat("/dev/shm", &mounted) != 0 || above.st_dev == mounted.st_dev)
+        return;
+    const TempDir inside("/dev/shm");
+    test::makeFile(inside.path() + "/file", 5);
+    program.run({"-s1", program.home("r.csv"), "/dev"});
+    EXPECT_EQ(readReport(program.home("r.csv")).at("/dev/shm"), Numbers());
+}
+
+TEST(Program, ReadsALinkCycleOnlyAsFarAsTheKernelFollows) {
+    const TempDir dir;
+    test::must(::symlink(".", (dir.path() + "/loop").c_str()));
+    test::makeFile(dir.path() + "/file", 10);
+    const Program program;
+    program.setOptions({"ScanHardlinks=1"});
+    const test::Ended ended = program.run({"-s", program.home("r.csv"), dir.path()});
+    EXPECT_EQ(ended.status, 1);
+    EXPECT_NE(ended.errors.find("#40 - "), std::string::npos) << ended.errors;
+    EXPECT_EQ(readReport(program.home("r.csv"))[dir.path()], (Numbers{410, 41, 41}));
+}
+
+TEST(Program, ReadsAChainOfAHundredThousandFoldersWithFewDescriptors) {
+    const TempDir dir("/dev/shm");
+    constexpr int kDepth = 100'000;
+    test::makeChain(dir.path(), kDepth, "d");
+    const Program program;
+    program.setOptions({});
+    const auto few = [] {
+        const struct rlimit limit = {64, 64};
+        test::must(::setrlimit(RLIMIT_NOFILE, &limit));
+    };
+    EXPECT_EQ(program.run({"-s2", program.home("r.csv"), dir.path()}, few).status, 0);
+    EXPECT_EQ(readReport(program.home("r.csv"))[dir.path()], (Numbers{kDepth, kDepth, kDepth}));
+    test::removeChain(dir.path(), kDepth, "d");
+}
+
+TEST(Program, ReadsAFolderOfManyFiles) {
+    const TempDir dir("/dev/shm");
+    constexpr int kFiles = 100'000;
+    const int folder = test::openFolder(dir.path());
+    for (int i = 0; i < kFiles; ++i) test::makeFile(folder, "file number " + std::to_string(i), 3);
+    ::close(folder);
+    const Program program;
+    program.setOptions({});
+    EXPECT_EQ(program.run({"-s", program.home("r.csv"), dir.path()}).status, 0);
+    EXPECT_EQ(readReport(program.home("r.csv"))[dir.path()], (Numbers{3 * kFiles, kFiles, 0}));
+}
+
+TEST(Program, NamesWhatItCouldNotReadAndReadsTheRest) {
+    if (::geteuid() != 0) GTEST_SKIP() << "needs root, to become a user without rights";
+    const TempDir dir;
+    test::must(::chmod(dir.path().c_str(), 0755));
+    for (const char* name : {"denied", "listable", "open"}) {
+        test::makeFolder(dir.path() + "/" + name);
+        test::makeFile(dir.path() + "/" + name + "/file", 5);
+    }
+    test::must(::chmod((dir.path() + "/denied").c_str(), 0700));
+    test::must(::chmod((dir.path() + "/listable").c_str(), 0744));
+    const Program program;
+    program.setOptions({});
+    const test::Ended ended = program.run({"-s", program.home("r.csv"), dir.path()}, Program::becomeNobody);
+    EXPECT_EQ(ended.status, 1);
+    EXPECT_NE(ended.errors.find(dir.path() + "/denied/: #13 - "), std::string::npos) << ended.errors;
+    EXPECT_NE(ended.errors.find(dir.path() + "/listable/: #13 - "), std::string::npos) << ended.errors;
+    Rows rows = readReport(program.home("r.csv"));
+    EXPECT_EQ(rows[dir.path() + "/denied"], Numbers());
+    EXPECT_EQ(rows[dir.path() + "/listable"], (Numbers{0, 1, 0}));
+    EXPECT_EQ(rows[dir.path()], (Numbers{5, 2, 3}));
+    EXPECT_NE(readFile(program.home("Harborlantern.log")).find("Zugriffsfehler: 2"), std::string::npos);
+}
+
+TEST(Program, KeepsAnOlderReportWhenTheNewOneCannotBeWritten) {
+    const TempDir dir;
+    test::makeFile(dir.path() + "/file", 5);
+    const Program program;
+    program.setOptions({});
+    const std::string old = dir.path() + "/old.csv";
+    writeFile(old, "precious");
+    // A file size limit stands for a disk that is full in the middle of writing.
+    const auto full = [] {
+        const struct rlimit limit = {16, 16};
+        ::signal(SIGXFSZ, SIG_IGN);
+        test::must(::setrlimit(RLIMIT_FSIZE, &limit));
+    };
+    const struct {
+        std::string path;
+        std::function<void()> before;
+    } cases[] = {
+        {old, full}, {"/dev/full", nullptr}, {dir.path() + "/none/r.csv", nullptr}, {dir.path(), nullptr}};
+    for (const auto& c : cases) {
+        const test::Ended ended = program.run({"-s", c.path, dir.path()}, c.before);
+        EXPECT_EQ(ended.status, 1) << c.path;
+        if (c.before == nullptr) {
+            EXPECT_NE(ended.errors.find(c.path), std::string::npos) << ended.errors;
+        }
+    }
+    EXPECT_EQ(readFile(old), "precious");
+    EXPECT_EQ(program.run({"-s", old, dir.path()}).status, 0);
+    EXPECT_NE(readFile(old), "precious");
+    EXPECT_EQ(
+        std::distance(std::filesystem::directory_iterator(dir.path()), std::filesystem::directory_iterator()),
+        2)
+        << "nothing half-written lies beside it";
+}
+
+TEST(Program, EndsWithTheStatusThatItsUsersScriptsCount) {
+    const TempDir dir;
+    test::makeFile(dir.path() + "/file", 5);
+    const Program program;
+    program.setOptions({});
+    const std::string report = program.home("r.csv");
+    const struct {
+        std::vector<std::string> arguments;
+        int status;
+        std::string says;
+    } cases[] = {
+        {{"-s", report, dir.path()}, 0, ""},
+        {{"-s0", "-d3", report, dir.path()}, 0, ""},
+        {{"-s3-d1", report, dir.path()}, 0, ""},
+        {{"-s", report, dir.path(), "/does/not/exist"}, 1, "'/does/not/exist'"},
+        {{"-s", report, dir.path() + "/file"}, 1, "#20 - "},
+        {{"-s", report, "/does/not/exist"}, 1, report},
+        {{"-s", report}, 2, "-s"},
+        {{"-s"}, 2, "-s"},
+        {{"-x", report, dir.path()}, 2, "-x"},
+        {{"-s", report, ""}, 2, "leer"},
+        {{"--help"}, 0, ""},
+        {{"--version"}, 0, ""},
+        {{dir.path()}, 3, "-s"},
+    };
+    for (const auto& c : cases) {
+        const test::Ended ended = program.run(c.arguments);
+        const std::string line = ::testing::PrintToString(c.arguments);
+        EXPECT_EQ(ended.status, c.status) << line << ended.errors;
+        EXPECT_EQ(ended.errors.empty(), c.says.empty()) << line << ended.errors;
+        EXPECT_NE(ended.errors.find(c.says), std::string::npos) << line << ended.errors;
+    }
+}
+
+TEST(Program, ReadsSourcesByAnyNameGivenInAnyWay) {
+    const TempDir dir;
+    const Program program;
+    program.setOptions({});
+    for (const std::string name :
+         {"-s", "-d3 x", "trailing ", " ", "say \"hi\"", "\xFF\xFE", "new\nline", ".hidden", "%1"}) {
+        const std::string folder = dir.path() + "/" + name;
+        test::makeFolder(folder);
+        test::makeFile(folder + "/f", 9);
+        for (const std::string& source : {folder, folder + "/", folder + "//", "./" + name}) {
+            const auto inFolder = [&] { test::must(::chdir(dir.path().c_str())); };
+            const test::Ended ended = program.run({"-s", program.home("r.csv"), source}, inFolder);
+            EXPECT_EQ(ended.status, 0) << source << ended.errors;
+            const Rows rows = readReport(program.home("r.csv"));
+            ASSERT_EQ(rows.size(), 1U) << source;
+            EXPECT_EQ(rows.begin()->second, (Numbers{9, 1, 0})) << source;
+        }
+    }
+}
+
+TEST(Program, GoesOnWithSettingsThatMakeNoSense) {
+    const TempDir dir;
+    test::makeFile(dir.path() + "/file", 5);
+    const Program program;
+    const std::string report = program.home("r.csv");
+    writeFile(program.home("Harborlantern.ini"), std::string("\0\xFF[[[\n=\nOptionen]\r[Optionen\nx", 29));
+    EXPECT_EQ(program.run({"-s", report, dir.path()}).status, 0);
+    program.setOptions({"FileSizeFormat=many"});
+    const test::Ended ended = program.run({"-s", report, dir.path()});
+    EXPECT_EQ(ended.status, 1);
+    EXPECT_NE(ended.errors.find("Func: OptionenLadenMain"), std::string::npos) << ended.errors;
+    EXPECT_NE(readFile(program.home("error.log")).find("Err: 13 - "), std::string::npos);
+    EXPECT_EQ(readReport(report).size(), 1U);
+}
+
+TEST(Program, EndsAFolderThatHoldsMoreThanASizeCanSayAndGoesOn) {
+    const TempDir dir("/dev/shm");
+    test::makeFolder(dir.path() + "/huge");
+    test::makeFolder(dir.path() + "/small");
+    test::makeFile(dir.path() + "/huge/a", off_t{1} << 50);
+    test::makeFile(dir.path() + "/small/b", 5);
+    const Program program;
+    program.setOptions({});
+    const test::Ended ended = program.run({"-s", program.home("r.csv"), dir.path()});
+    EXPECT_EQ(ended.status, 1);
+    EXPECT_NE(ended.errors.find("Err: 6 - "), std::string::npos) << ended.errors;
+    Rows rows = readReport(program.home("r.csv"));
+    EXPECT_EQ(rows[dir.path() + "/small"], (Numbers{5, 1, 0}));
+    EXPECT_EQ(rows[dir.path()].folders, 2);
+}
+
+}  // namespace
+}  // namespace hl

@@ -1,0 +1,238 @@
+// A tree of folders in memory behind the interface of the file system, and a record of what was asked of it.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <map>
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "base/fault.h"
+#include "base/size_text.h"
+#include "platform/folder_reader.h"
+
+namespace hl::test {
+
+/// One entry, and of a folder all that lies below it.
+struct Item {
+    std::string name;
+    Entry facts = {};  ///< Size, inode, links, attributes and tag.
+    EntryTimes times = {};
+    std::string target = {};  ///< Of a link, or what is mounted.
+    bool isMount = false;
+    std::vector<Item> items = {};
+    // How a folder is read.
+    int error = 0;
+    int entryError = 0;
+    int endError = 0;
+    std::size_t failingBlock = 0;   ///< From 1; its entries are lost.
+    std::size_t blockEntries = 99;  ///< Entries of a block.
+    int chain = 0;  ///< It holds a folder like itself, and so on, so many levels deep.
+
+    bool isFolder() const { return (facts.attributes & kAttributeDirectory) != 0; }
+    bool isLink() const { return (facts.attributes & kAttributeReparse) != 0; }
+};
+
+inline Item file(std::string name, std::uint64_t size, std::uint64_t inode = 0, std::uint32_t links = 1) {
+    return {.name = std::move(name), .facts = {.size = size, .inode = inode, .links = links}};
+}
+inline Item linkToFile(std::string name) {
+    return {.name = std::move(name), .facts = {.size = 1, .tag = kTagSymbolicLink}};
+}
+inline Item folder(std::string name, std::vector<Item> items = {}) {
+    return {.name = std::move(name), .facts = {.attributes = kAttributeDirectory}, .items = std::move(items)};
+}
+inline Item linkTo(std::string name, std::string target, std::vector<Item> items = {}) {
+    Item item = folder(std::move(name), std::move(items));
+    item.facts.attributes |= kAttributeReparse;
+    item.facts.tag = kTagSymbolicLink;
+    item.target = std::move(target);
+    return item;
+}
+inline Item mountOf(std::string name, std::string source, std::vector<Item> items = {}) {
+    Item item = folder(std::move(name), std::move(items));
+    item.isMount = true;
+    item.target = std::move(source);
+    return item;
+}
+/// The item with one of its fields set: with(folder("a"), &Item::error, 13).
+template <class T>
+Item with(Item item, T Item::*field, T value) {
+    item.*field = value;
+    return item;
+}
+
+class FakeFileSystem : public FileSystem {
+  public:
+    /// Named by their full paths, without a separator at the end.
+    std::vector<Item> sources;
+    char separator = '/';
+    /// What happens when the n-th block is asked for, from 1 on.
+    std::map<int, std::function<void()>> at;
+    int waitsAt = 0;  ///< The block, counted likewise, for which the reader has to wait.
+
+    // What was asked.
+    std::vector<std::string> reads;
+    ReadOptions lastOptions;
+    std::vector<std::string> folders;  ///< Names, in the order of their first blocks.
+    int blocks = 0;
+    int unread = 0;  ///< Blocks that a reader still had when it was given back.
+
+    std::unique_ptr<FolderReader> read(std::string_view source, const ReadOptions& options,
+                                       WaitCallback* wait) override;
+    PathFacts look(std::string_view path) override {
+        const Item* item = find(path);
+        if (item == nullptr) return {.error = 2};
+        return {0, item->isFolder(), item->facts.inode, item->facts.links, item->facts.size};
+    }
+    std::string target(std::string_view path, int& error) override {
+        const Item* item = find(path);
+        error = item == nullptr ? 2 : item->target.empty() ? 22 : 0;
+        return item == nullptr ? "" : item->target;
+    }
+
+    /// The item of a full path; null if there is none.
+    Item* find(std::string_view path) {
+        if (path.starts_with("\\\\?\\")) path.remove_prefix(4);
+        if (path.size() > 1 && path.ends_with(separator)) path.remove_suffix(1);
+        for (Item& source : sources) {
+            if (path == source.name) return &source;
+            const std::string base = source.name.back() == separator ? source.name : source.name + separator;
+            if (path.starts_with(base)) return findBelow(source, path.substr(base.size()));
+        }
+        return nullptr;
+    }
+
+  private:
+    Item* findBelow(Item& parent, std::string_view path) {
+        const std::string_view name = path.substr(0, path.find(separator));
+        for (Item& item : parent.items) {
+            if (item.name != name) continue;
+            return name == path ? &item : findBelow(item, path.substr(name.size() + 1));
+        }
+        return nullptr;
+    }
+};
+
+class FakeReader : public FolderReader {
+  public:
+    FakeReader(FakeFileSystem& disk, const Item& source, const ReadOptions& options, WaitCallback* wait)
+        : disk_(disk), options_(options), wait_(wait) {
+        open_.push_back({&source, source.chain});
+    }
+    ~FakeReader() override {
+        while (deliver() != nullptr) ++disk_.unread;
+    }
+
+    std::unique_ptr<Listing> next() override {
+        ++disk_.blocks;
+        if (const auto act = disk_.at.find(disk_.blocks); act != disk_.at.end()) act->second();
+        if (disk_.blocks == disk_.waitsAt && wait_ != nullptr && !wait_->goOnWaiting()) return nullptr;
+        auto block = deliver();
+        if (block == nullptr) ADD_FAILURE() << "asked for a block beyond the last";
+        if (block != nullptr && first_) disk_.folders.push_back(open_.back().item->name);
+        return block;
+    }
+
+  private:
+    struct Open {
+        const Item* item;
+        int left = 0;  ///< Of its chain.
+        bool started = false;
+        std::size_t next = 0;  ///< The entry behind the last that the walk has met,
+        std::size_t end = 0;   ///< and the one behind the last that was delivered.
+        std::size_t block = 0;
+    };
+
+    struct Block : Listing {
+        std::vector<Entry> entryList;
+        std::vector<EntryTimes> timeList;
+        std::string nameBytes;
+    };
+
+    bool isShut(const Open& open) const {
+        return open.item->error != 0 || (open.item->isMount && open_.size() > 1 && !options_.followLinks);
+    }
+    std::size_t entriesOf(const Open& open) const {
+        return isShut(open) ? 0 : open.item->items.size() + (open.left > 0 ? 1 : 0);
+    }
+    const Item& entryOf(const Open& open, std::size_t index) const {
+        return index < open.item->items.size() ? open.item->items[index] : *open.item;
+    }
+
+    /// Null behind the last block.
+    std::unique_ptr<Listing> deliver() {
+        while (!open_.empty()) {
+            Open& open = open_.back();
+            first_ = !std::exchange(open.started, true);
+            if (first_) return blockOf(open);
+            while (open.next < open.end) {
+                const bool isChain = open.next == open.item->items.size();
+                const Item& entry = entryOf(open, open.next++);
+                if (!entry.isFolder() || !options_.recursive || (entry.isLink() && !options_.followLinks)) continue;
+                open_.push_back({&entry, isChain ? open.left - 1 : entry.chain, true});
+                first_ = true;
+                return blockOf(open_.back());
+            }
+            if (open.end < entriesOf(open)) return blockOf(open);
+            open_.pop_back();
+        }
+        return nullptr;
+    }
+
+    std::unique_ptr<Listing> blockOf(Open& open) {
+        const Item& item = *open.item;
+        auto block = std::make_unique<Block>();
+        const std::size_t end = std::min(open.end + item.blockEntries, entriesOf(open));
+        if (++open.block == item.failingBlock) {
+            block->failure = std::make_exception_ptr(Fault(kFaultProcessor, "reader", "bad block"));
+            open.next = open.end = end;
+        }
+        for (; open.end < end; ++open.end) add(*block, entryOf(open, open.end));
+        block->more = open.end < entriesOf(open);
+        block->error = open.block == 1 ? item.error : 0;
+        block->entryError = item.entryError;
+        block->endError = block->more ? 0 : item.endError;
+        if (item.isMount && open_.size() > 1) {
+            block->kind = FolderKind::kMountRoot;
+            block->mountSource = item.target;
+        }
+        block->entries = block->entryList.data();
+        block->count = block->entryList.size();
+        block->times = options_.wantTimes ? block->timeList.data() : nullptr;
+        block->names = block->nameBytes.data();
+        return block;
+    }
+
+    void add(Block& block, const Item& item) {
+        Entry entry = item.facts;
+        if (!options_.wantLinks) entry.inode = 0, entry.links = 1;
+        const bool named = item.isFolder() || options_.wantFileNames;
+        entry.nameOffset = static_cast<std::uint32_t>(block.nameBytes.size());
+        entry.nameLength = static_cast<std::uint32_t>(named ? item.name.size() : 0);
+        entry.targetLength = static_cast<std::uint32_t>(item.isLink() ? item.target.size() : 0);
+        block.nameBytes += (named ? item.name : "") + '\0' + (item.isLink() ? item.target + '\0' : "");
+        block.entryList.push_back(entry);
+        block.timeList.push_back(item.times);
+    }
+
+    FakeFileSystem& disk_;
+    const ReadOptions options_;
+    WaitCallback* wait_;
+    std::vector<Open> open_;
+    bool first_ = false;
+};
+
+inline std::unique_ptr<FolderReader> FakeFileSystem::read(std::string_view source, const ReadOptions& options,
+                                                          WaitCallback* wait) {
+    static const Item kGone = {.name = "gone", .error = 2};
+    reads.emplace_back(source);
+    lastOptions = options;
+    const Item* item = find(source);
+    return std::make_unique<FakeReader>(*this, item == nullptr ? kGone : *item, options, wait);
+}
+
+}  // namespace hl::test

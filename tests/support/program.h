@@ -1,0 +1,86 @@
+// Runs the program as a user would: as a process of its own, with a program folder of its own.
+#pragma once
+
+#include <fcntl.h>
+#include <grp.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <fstream>
+#include <functional>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "support/temp_dir.h"
+#include "support/trees.h"
+
+namespace hl::test {
+
+inline std::string readFile(const std::string& path) {
+    std::ifstream file(path, std::ios::binary);
+    std::ostringstream text;
+    text << file.rdbuf();
+    return text.str();
+}
+
+inline void writeFile(const std::string& path, const std::string& text) {
+    std::ofstream(path, std::ios::binary) << text;
+}
+
+struct Ended {
+    int status = -1;  ///< Exit status, or 128 + signal.
+    std::string errors;
+};
+
+class Program {
+  public:
+    Program() { must(::chmod(home_.path().c_str(), 0777)); }
+
+    /// Settings of the section Optionen, each "Key=value". The language is German.
+    void setOptions(const std::vector<std::string>& options) const {
+        std::string text = "[Allgemein]\r\nLang=7\r\n[Optionen]\r\n";
+        for (const std::string& option : options) text += option + "\r\n";
+        writeFile(home("Harborlantern.ini"), text);
+    }
+    std::string home(const std::string& file) const { return home_.path() + "/" + file; }
+
+    /// `before` runs in the child before the program starts; C locale, German texts unless set otherwise.
+    Ended run(const std::vector<std::string>& arguments,
+              const std::function<void()>& before = nullptr) const {
+        const std::string log = home("stderr.txt");
+        const pid_t child = must(::fork());
+        if (child == 0) startInChild(arguments, before, log);
+        int status = 0;
+        must(::waitpid(child, &status, 0));
+        return {WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status), readFile(log)};
+    }
+
+    /// To be used as `before`: a user without rights. REQUIRES: this process is root's.
+    static void becomeNobody() {
+        must(::setgroups(0, nullptr));
+        must(::setgid(65534));
+        must(::setuid(65534));
+    }
+
+  private:
+    [[noreturn]] void startInChild(const std::vector<std::string>& arguments,
+                                   const std::function<void()>& before, const std::string& log) const {
+        const int errors = must(::open(log.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0666));
+        ::dup2(errors, STDERR_FILENO);
+        ::setenv("HARBORLANTERN_HOME", home_.path().c_str(), 1);
+        ::setenv("LC_ALL", "C", 1);
+        if (before) before();
+        std::vector<char*> argv{const_cast<char*>("harborlantern")};
+        for (const std::string& argument : arguments) argv.push_back(const_cast<char*>(argument.c_str()));
+        argv.push_back(nullptr);
+        ::execv(HARBORLANTERN_PROGRAM, argv.data());
+        ::_exit(127);
+    }
+
+    TempDir home_;
+};
+
+}  // namespace hl::test

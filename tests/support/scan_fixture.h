@@ -1,0 +1,180 @@
+// All that a scan works with, in memory: a disk, four grids, a log, a host and a pump that keep what they are told.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "robustness/fakes.h"
+#include "scan/driver.h"
+#include "scan/records.h"
+#include "scan/rollup.h"
+#include "scan/scan_context.h"
+#include "support/fake_file_system.h"
+
+namespace hl::test {
+
+/// Files that only grow.
+class MemoryFiles : public Files {
+  public:
+    std::map<std::string, std::string> content;
+
+    std::optional<std::string> readWhole(const std::string&, std::size_t, int& error) override {
+        error = 2;
+        return std::nullopt;
+    }
+    std::unique_ptr<ReplacingFile> replace(const std::string&, int& error) override {
+        error = 13;
+        return nullptr;
+    }
+    int append(const std::string& path, std::string_view bytes) override {
+        content[path] += bytes;
+        return 0;
+    }
+    bool exists(const std::string& path) override { return content.contains(path); }
+    std::shared_ptr<void> lockFolderOf(const std::string&) override { return nullptr; }
+
+    /// The lines of a log, less their stamps.
+    std::vector<std::string> logLines(const std::string& name) const {
+        constexpr std::string_view kStamp = "1970-01-01 00:00 - ";
+        std::vector<std::string> lines;
+        const auto found = content.find("/home/" + name);
+        std::string_view rest = found == content.end() ? std::string_view() : found->second;
+        for (; !rest.empty(); rest.remove_prefix(rest.find('\n') + 1))
+            lines.emplace_back(rest.substr(kStamp.size(), rest.find('\r') - kStamp.size()));
+        return lines;
+    }
+};
+
+class ScriptedPump : public MessagePump {
+  public:
+    bool input = false;
+    std::uint64_t tick = 0;
+    std::uint64_t tickStep = 0;  ///< Milliseconds that pass with each look at the clock.
+    std::function<void()> onPump = [] {};
+    int pumps = 0;
+    int looks = 0;
+
+    void PumpMessages() override {
+        ++pumps;
+        onPump();
+    }
+    bool GetInputState() override { return input; }
+    std::uint64_t GetTickCount() override {
+        ++looks;
+        return tick += tickStep;
+    }
+};
+
+class RecordingHost : public ScanHost {
+  public:
+    explicit RecordingHost(const ScanState& state) : state_(state) {}
+
+    std::vector<std::string> calls;    ///< All but the two below; "+" in front while ScanActive is set.
+    std::vector<std::string> folders;  ///< folderEntered, unless keepFolders is off.
+    bool keepFolders = true;
+    std::string type;  ///< The answer to typeName.
+
+    void setBusyPointer(bool busy) override { note(busy ? "busy" : "not busy"); }
+    void lockControls(bool noStop) override { note(noStop ? "lock all" : "lock"); }
+    void unlockControls() override { note("unlock"); }
+    void statusOfRun() override { note("status of run"); }
+    void statusAfterRun(const std::string& text) override { note("status " + text); }
+    void folderEntered(std::string_view path) override {
+        if (keepFolders) folders.emplace_back(path);
+    }
+    void firstLevelFolderDone() override { note("first level"); }
+    void sourceMissing(const std::string& source) override { note("missing " + source); }
+    void notRead(std::string_view path, const std::string& reason) override {
+        note("not read " + std::string(path) + ": " + reason);
+    }
+    std::string typeName(const std::string&) override { return type; }
+    void topListTitle(const std::string& title) override { note("title " + title); }
+    void listsFilled() override { note("lists"); }
+    void reportResizeColumns() override { note("resize"); }
+    void selectDriveOf(Row row) override { note("select drive of " + std::to_string(row)); }
+    void refreshDriveOf(Row row) override { note("refresh drive of " + std::to_string(row)); }
+    void showFilesOf(const std::string& folder) override { note("files of '" + folder + "'"); }
+    void refreshPreview() override { note("preview"); }
+    void showFileStat() override { note("file stat"); }
+    void clearStatus() override { note("clear status"); }
+
+  private:
+    void note(const std::string& call) { calls.push_back((state_.ScanActive ? "+" : "") + call); }
+    const ScanState& state_;
+};
+
+/// Grids are sorted as the views set them up: by size, the largest first; junctions by their path.
+class ScanBench {
+  public:
+    ScanBench() {
+        for (std::uint32_t level = 0; level < Grid::kSortLevels; ++level) report.levelSort(level).key = "size";
+        top.levelSort(0).key = hardlinks.levelSort(0).key = "size";
+        options.TOPmaxcount = 100;
+    }
+
+    FakeFileSystem disk;
+    MemoryFiles files;
+    ScriptedPump pump;
+    ScanState state;
+    RecordingHost host{state};
+    Options options;
+    SourceCombo combo;
+    Grid report{kFolderCells}, top{kFileCells}, hardlinks{kFileCells}, junctions{kJunctionCells};
+    AppFacts app;
+    FakeSystemFacts facts;
+    FakeErrorSink errors;
+    Diagnostics diagnostics{app, facts, errors};
+    SettingsStore settings{files, "/home/x.ini"};
+    Texts texts{files, settings, diagnostics, {}};
+    Log log{files, "/home", {"yyyy-MM-dd", "hh:nn"}, [] { return LocalTime(); }};
+    PathRules paths = kPosixPaths;
+    NumberFormat numbers;
+    ScanContext scan{state, options, combo,  report, top,         hardlinks, junctions, disk,
+                     pump,  host,    texts,  log,    facts,       diagnostics, paths,   numbers};
+
+    std::vector<std::string> protocol() const { return files.logLines("Harborlantern.log"); }
+
+    /// Works through these sources as one run.
+    void readSources(std::initializer_list<const char*> sources) {
+        state.SourceQueue.assign(sources.begin(), sources.end());
+        Ordnerliste_Abarbeiten(scan);
+    }
+
+    /// The first row of that text; kNoRow if there is none.
+    Row rowOf(std::string_view text) const {
+        for (std::size_t i = 0; i < report.rowCount(); ++i)
+            if (report.text(report.rowAt(i)) == text) return report.rowAt(i);
+        return kNoRow;
+    }
+
+    /// "b 30 2/1": text, size, files, folders.
+    std::string numbersOf(Row row) const {
+        const auto whole = [&](CellId cell) { return SimpleValue(report.number(row, cell)).text(); };
+        return std::string(report.text(row)) + " " + whole(kSize) + " " + whole(kFiles) + "/" + whole(kFolders);
+    }
+    /// All rows as they stand, two blanks in front for each level.
+    std::vector<std::string> rows() const {
+        std::vector<std::string> lines;
+        for (std::size_t i = 0; i < report.rowCount(); ++i) {
+            const Row row = report.rowAt(i);
+            lines.push_back(std::string(2 * report.level(row), ' ') + numbersOf(row));
+        }
+        return lines;
+    }
+    static std::vector<std::string> textsOf(const Grid& grid) {
+        std::vector<std::string> lines;
+        for (std::size_t i = 0; i < grid.rowCount(); ++i) lines.emplace_back(grid.text(grid.rowAt(i)));
+        return lines;
+    }
+};
+
+class ScanFixture : public testing::Test, protected ScanBench {
+  protected:
+    using Lines = std::vector<std::string>;
+};
+
+}  // namespace hl::test

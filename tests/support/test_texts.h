@@ -1,0 +1,39 @@
+// Texts and error reports for tests, with what they need around them.
+#pragma once
+
+#include <string>
+
+#include "app/texts.h"
+#include "platform/linux/files.h"
+#include "robustness/fakes.h"
+#include "support/temp_dir.h"
+
+namespace hl::test {
+
+/// German, or for another locale what the delivered library has for it.
+class TestTexts {
+  public:
+    explicit TestTexts(const std::string& locale = "de_DE.UTF-8")
+        : texts(files, store, diagnostics, {dir.path(), HARBORLANTERN_SOURCE_DIR "/lang", "", locale}) {
+        texts.Init_Sprache("", "", false);
+    }
+
+    /// How many errors were reported whose report holds `part`.
+    std::size_t reports(const std::string& part) const {
+        std::size_t count = 0;
+        for (const std::string& report : sink.shown)
+            count += report.find(part) != std::string::npos ? 1U : 0U;
+        return count;
+    }
+
+    TempDir dir;
+    LinuxFiles files;
+    SettingsStore store{files, dir.path() + "/Harborlantern.ini"};
+    AppFacts app;
+    FakeSystemFacts system;
+    FakeErrorSink sink;
+    Diagnostics diagnostics{app, system, sink};
+    Texts texts;
+};
+
+}  // namespace hl::test

@@ -1,0 +1,116 @@
+#include "views/cell_text.h"
+
+#include <gtest/gtest.h>
+#include <stdlib.h>
+#include <time.h>
+
+#include "base/scope_exit.h"
+#include "scan/records.h"
+#include "support/test_texts.h"
+#include "views/list_columns.h"
+#include "views/report_columns.h"
+#include "views/size_display.h"
+
+namespace hl {
+namespace {
+
+class CellText : public testing::Test {
+  protected:
+    std::string of(const Grid& grid, Row row, std::size_t column) {
+        return ColumnText(grid, column, numbers).of(row);
+    }
+
+    test::TestTexts texts;
+    Options options;
+    NumberFormat numbers = numberFormatOf("de_DE");
+};
+
+TEST_F(CellText, OfTheReportFollowsTheUnit) {
+    Grid grid(kFolderCells);
+    Init_Tree(grid, options, texts.texts);
+    const Row row = grid.addRow(kNoRow, "/srv/a\nb\xFF");
+    grid.setNumber(row, kSize, 1288490188);
+    grid.setNumber(row, kPercent, 12.35);
+    grid.setNumber(row, kFiles, 1234567);
+    EXPECT_EQ(of(grid, row, kReportName),
+              "/srv/a\xE2\x90\x8A"
+              "b\xEF\xBF\xBD");
+    EXPECT_EQ(of(grid, row, kReportSize), "1.288.490.188");
+    EXPECT_EQ(of(grid, row, kReportPercent), "12%");
+    EXPECT_EQ(of(grid, row, kReportFiles), "1.234.567");
+    EXPECT_EQ(of(grid, row, kReportFolders), "") << "no folders: nothing";
+
+    options.FileSizeFormat = 2;
+    options.SizeFormatNachkommastellenFolders = 1;
+    Report_Set_SizeFormat(grid, options, texts.texts);
+    EXPECT_EQ(of(grid, row, kReportSize), "1.228,80");
+    EXPECT_EQ(of(grid, row, kReportPercent), "12,35%");
+    options.SizeFormatNachkommastellenFolders = 0;
+    Report_Set_SizeFormat(grid, options, texts.texts);
+    EXPECT_EQ(of(grid, row, kReportSize), "1.229");
+}
+
+TEST_F(CellText, OfNothingIsEmptyForSizesAndZeroForShares) {
+    Grid grid(kFolderCells);
+    Init_Tree(grid, options, texts.texts);
+    const Row row = grid.addRow(kNoRow, "/srv");
+    EXPECT_EQ(of(grid, row, kReportSize), "");
+    EXPECT_EQ(of(grid, row, kReportPercent), "0%");
+}
+
+TEST_F(CellText, OfADateIsLocalTimeAndEmptyWhereThereIsNone) {
+    setenv("TZ", "UTC-2", 1);  // Two hours ahead.
+    tzset();
+    const ScopeExit restore([] {
+        unsetenv("TZ");
+        tzset();
+    });
+    options.DateFormat = "dd/MM/yyyy hh:nn:ss";
+    Grid grid(kFileCells);
+    Init_TopList(grid, options, texts.texts);
+    const Row row = grid.addRow(kNoRow, "file");
+    grid.setNumber(row, kFileDate, 1700000000);
+    grid.setNumber(row, kFileDateCreated, -86400);
+    EXPECT_EQ(of(grid, row, kTopDate), "15/11/2023 00:13:20 ");
+    EXPECT_EQ(of(grid, row, kTopDateCreated), "31/12/1969 02:00:00 ") << "before 1970 is a date";
+    EXPECT_EQ(of(grid, row, kTopDateAccessed), "") << "not set";
+}
+
+TEST_F(CellText, OfTextsIsWhatTheyHold) {
+    Grid grid(kFileCells);
+    Init_HardlinksList(grid, options, texts.texts);
+    const Row row = grid.addRow(kNoRow, "file");
+    grid.setCellText(row, kFilePath, "/srv/\x1b[31m/");
+    grid.setNumber(row, kFileLinks, 1234);
+    EXPECT_EQ(of(grid, row, kHardlinksPath), "/srv/\xE2\x90\x9B[31m/");
+    EXPECT_EQ(of(grid, row, kHardlinksId), "");
+    EXPECT_EQ(of(grid, row, kHardlinksLinks), "1234") << "no mask, no separators";
+}
+
+TEST_F(CellText, OfAJunctionsKindIsAWord) {
+    Grid grid(kJunctionCells);
+    Init_JunctionList(grid, texts.texts);
+    const Row row = grid.addRow(kNoRow, "/srv/link");
+    EXPECT_EQ(of(grid, row, kJunctionListType), "Symbolischer Link");
+    grid.setNumber(row, kJunctionType, 1);
+    EXPECT_EQ(of(grid, row, kJunctionListType), "Abzweigungspunkt");
+}
+
+TEST_F(CellText, OfAMaskWithTooFewSectionsIsEmptyForTheRest) {
+    Grid grid(kJunctionCells);
+    Init_JunctionList(grid, texts.texts);
+    grid.changeColumn(kJunctionListType).mask = "one;";
+    const Row row = grid.addRow(kNoRow, "/srv/link");
+    EXPECT_EQ(of(grid, row, kJunctionListType), "");
+    grid.setNumber(row, kJunctionType, 1);
+    EXPECT_EQ(of(grid, row, kJunctionListType), "one");
+}
+
+TEST_F(CellText, OfACellThatTheGridDoesNotHaveIsEmpty) {
+    Grid grid(kFolderCells);
+    grid.setColumns({{.title = "Links", .key = "links", .mask = ""}});
+    EXPECT_EQ(of(grid, grid.addRow(kNoRow, "a"), 0), "");
+}
+
+}  // namespace
+}  // namespace hl
