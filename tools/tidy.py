@@ -46,13 +46,14 @@ def key_of(source, headers, common):
 
 
 def look(job):
+    """The findings in one file, each with its lines of explanation."""
     source, mark, folder = job
     found = subprocess.run(["clang-tidy", "--quiet", "-p", str(folder), *extra, str(source)],
                            capture_output=True, text=True, check=False)
     if found.returncode == 0:
         mark.touch()
-        return ""
-    return found.stdout.strip() or found.stderr.strip()
+        return []
+    return re.split(r"\n(?=/\S+: (?:error|warning): )", found.stdout.strip() or found.stderr.strip())
 
 
 def main():
@@ -71,7 +72,8 @@ def main():
         if not mark.exists():
             jobs.append((source, mark, folder))
     with concurrent.futures.ThreadPoolExecutor(2) as pool:
-        findings = [text for text in pool.map(look, jobs) if text]
+        # What is wrong in a header is found once for each file that includes it.
+        findings = dict.fromkeys(text for found in pool.map(look, jobs) for text in found)
     for mark in marks.iterdir():
         if mark.name not in keys:
             mark.unlink()

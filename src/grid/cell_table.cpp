@@ -75,7 +75,7 @@ double CellTable::number(Row row, CellId cell) const {
         case CellType::kDate:
             return static_cast<double>(wide_[store.slot][row]);
         case CellType::kCount:
-            return medium_[store.slot][row];
+            return static_cast<std::int32_t>(medium_[store.slot][row]);
         case CellType::kPercent:
             return narrow_[store.slot][row] / 100.0;
         case CellType::kFlag:
@@ -98,7 +98,8 @@ void CellTable::setNumber(Row row, CellId cell, double value) {
             wide_[store.slot][row] = static_cast<std::int64_t>(checked(value, -0x1p62, 0x1p62));
             break;
         case CellType::kCount:
-            medium_[store.slot][row] = static_cast<std::uint32_t>(checked(value, 0, UINT32_MAX));
+            medium_[store.slot][row] =
+                static_cast<std::uint32_t>(static_cast<std::int32_t>(checked(value, INT32_MIN, INT32_MAX)));
             break;
         case CellType::kPercent:
             narrow_[store.slot][row] =

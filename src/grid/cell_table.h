@@ -17,7 +17,7 @@ namespace hl {
 
 enum class CellType : std::uint8_t {
     kSize,     ///< Whole bytes, to 2^63; 8 bytes a row.
-    kCount,    ///< 0 to 4,294,967,295; 4 bytes.
+    kCount,    ///< A signed number of 32 bits; 4 bytes.
     kPercent,  ///< 0 to 655.35 in hundredths; 2 bytes.
     kFlag,     ///< 0 to 255; 1 byte.
     kDate,     ///< Seconds since 1970; 8 bytes. 0 is "not set".

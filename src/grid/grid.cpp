@@ -38,7 +38,8 @@ Row Grid::addRow(Row parent, TextRef text) {
 
 void Grid::forget(const std::vector<Row>& removed) {
     for (const Row row : removed) {
-        wasteBytes_ += text(row).size();
+        wasteBytes_ += text(row).size() + rowNote(row).size();
+        for (CellId cell = 0; cell < cells_.count(); ++cell) wasteBytes_ += cellText(row, cell).size();
         if (!notes_.empty()) notes_.erase(row);
         if (!selected_.empty()) selected_.erase(row);
         if (bar_.valueOr(row, 0) != 0) bar_[row] = 0;
@@ -116,6 +117,7 @@ std::string_view Grid::rowNote(Row row) const {
 }
 
 void Grid::setRowNote(Row row, std::string_view note) {
+    wasteBytes_ += rowNote(row).size();
     notes_[row] = texts_.add(note);
     changedRow(row);
 }

@@ -163,7 +163,11 @@ class Grid {
     // --- observer
     // -----------------------------------------------------------------------------------------------
     /// One at a time; null takes it away. Must outlive its being attached.
-    void attach(GridObserver* observer) { observer_ = observer; }
+    void attach(GridObserver* observer) {
+        observer_ = observer;
+        pending_ = {};
+        changedRows_.clear();
+    }
 
     /// Bytes taken by the texts of rows, notes and cells.
     std::size_t textBytes() const { return texts_.bytesUsed(); }

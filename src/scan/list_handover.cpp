@@ -36,7 +36,7 @@ void offerToTopList(ScanContext& scan, const FoundFile& file) {
         state.TopSmallest = size;
     }
     fillRow(scan, scan.lvwTOP, row, file);
-    if (state.TopCount <= addCount(state.TopMaxCount, kTopTrimSlack)) return;
+    if (state.TopCount - kTopTrimSlack <= state.TopMaxCount) return;
     trimTopList(scan);
     const Row last =
         state.TopMaxCount < 1 ? kNoRow : scan.lvwTOP.rowAt(static_cast<std::size_t>(state.TopMaxCount) - 1);

@@ -1,4 +1,6 @@
 // Reading one folder of the report again: Report_Rescan of driver.h.
+#include <cmath>
+
 #include "robustness/trap.h"
 #include "scan/driver.h"
 #include "scan/records.h"
@@ -16,9 +18,14 @@ FolderNumbers numbersOf(const Grid& report, Row row) {
     return {report.number(row, kSize), report.number(row, kFiles), report.number(row, kFolders)};
 }
 
+// Below zero too, where the files of a folder that became smaller are taken out twice.
+SizeValue sizeOf(double bytes) {
+    const SizeValue amount = SizeValue::fromBytes(static_cast<std::uint64_t>(std::abs(bytes)));
+    return bytes < 0 ? SizeValue() - amount : amount;
+}
+
 void addTo(Grid& report, Row row, double size, double files) {
-    const double sum = report.number(row, kSize) + size;
-    Report_SetNodeSizeAndFilecount(report, row, SizeValue::fromBytes(static_cast<std::uint64_t>(sum)),
+    Report_SetNodeSizeAndFilecount(report, row, sizeOf(report.number(row, kSize) + size),
                                    static_cast<std::int32_t>(report.number(row, kFiles) + files));
 }
 

@@ -8,25 +8,39 @@
 
 namespace hl {
 
+namespace {
+
+constexpr const char* kModul = "frmMain";
+constexpr int kBarPictures = 102;  // One for each whole percent, and one more.
+
+}  // namespace
+
 void Report_SetNodeSizeAndFilecount(Grid& tvwPL, Row row, SizeValue size, std::int32_t files) {
     tvwPL.setNumber(row, kSize, size.asDouble());
     tvwPL.setNumber(row, kFiles, files);
 }
 
 void Report_ChangePercentValue(ScanContext& scan, Row row) {
-    Grid& report = scan.tvwPL;
-    const double whole = report.number(row, kSize);
-    for (Row child = report.firstChild(row); child != kNoRow; child = report.nextSibling(child)) {
-        const double part = report.number(child, kSize);
-        const double percent = whole == 0 || part == 0 ? 0 : roundToHundredths(part * 100 / whole);
-        report.setNumber(child, kPercent, percent);
-        if (scan.options.FolderShowPercentBar == 1) report.setBarPicture(child, static_cast<int>(percent));
-    }
+    guarded(scan.diagnostics, "Report_ChangePercentValue", kModul, [&] {
+        Grid& report = scan.tvwPL;
+        const double whole = report.number(row, kSize);
+        for (Row child = report.firstChild(row); child != kNoRow; child = report.nextSibling(child)) {
+            const double part = report.number(child, kSize);
+            const double percent = whole == 0 || part == 0 ? 0 : roundToHundredths(part * 100 / whole);
+            report.setNumber(child, kPercent, percent);
+            if (scan.options.FolderShowPercentBar != 1) continue;
+            if (percent >= kBarPictures)
+                throw Fault(kFaultSubscript, "BarPictures", "Subscript out of range");
+            report.setBarPicture(child, static_cast<int>(percent));
+        }
+    });
 }
 
 void Report_Sort(ScanContext& scan) {
-    Yield yield(scan.state, scan.pump);
-    scan.tvwPL.sortLevels(scan.state.DeepestLevel, [&] { yield.perEntry(); });
+    guarded(scan.diagnostics, "Report_Sort", kModul, [&] {
+        Yield yield(scan.state, scan.pump);
+        scan.tvwPL.sortLevels(scan.state.DeepestLevel, [&] { yield.now(); });
+    });
 }
 
 std::string Report_GetFullpathOfNode(const Grid& tvwPL, Row row, bool addSlash, const PathRules& paths) {
@@ -42,7 +56,7 @@ std::string Report_GetFullpathOfNode(const Grid& tvwPL, Row row, bool addSlash, 
 }
 
 void Report_RemoveFolders(ScanContext& scan) {
-    guarded(scan.diagnostics, "Report_RemoveFolders", "frmMain", [&] {
+    guarded(scan.diagnostics, "Report_RemoveFolders", kModul, [&] {
         Grid& report = scan.tvwPL;
         Row row = report.currentRow();
         if (report.rowCount() == 0 || row == kNoRow) return;

@@ -40,7 +40,7 @@ class FolderWalk {
           filesText_(scan.tvwPL.keepText(scan.texts.TL(3514, "Dateien"))),
           path_(path),
           follow_(scan.options.ScanHardlinks == 1),
-          listLinks_(scan.options.CreateListJunction == 1),
+          listLinks_(scan.options.CreateListJunction == 1 && !scan.state.SilentRun),
           skipLinks_(scan.options.NoHardlinks != 0 && !follow_) {
         ReadOptions options;
         options.followLinks = follow_;
@@ -66,6 +66,7 @@ class FolderWalk {
         std::string target;  ///< Of a link that was followed.
     };
 
+    void enterSource(Row row);
     void step();
     bool nextBlock(Level& level);
     void enter(Row row, std::unique_ptr<Listing> block, bool isReparse, std::string target);
@@ -77,7 +78,7 @@ class FolderWalk {
     void takeBlock(Level& level, std::unique_ptr<Listing> block);
     void leave(bool cutShort);
     void addFilesRow(const Level& level);
-    void accessError(const Level& level, int code);
+    void accessError(Level& level);
     void folderDone(Row row, bool isReparse, std::string_view target);
     void endByFault();
 
@@ -100,18 +101,22 @@ class FolderWalk {
 // --- the walk's levels
 
 ScanTotals FolderWalk::run(Row row) {
-    guarded(scan_.diagnostics, "Report_ScanFolders", kModul, [&] {
-        scan_.host.folderEntered(path_);
-        enter(row, reader_->next(), false, {});
-    });
-    while (!levels_.empty()) {
-        const bool done = guarded(scan_.diagnostics, "Report_ScanFolders", kModul, [&] {
+    bool entered = false;
+    bool done = false;
+    while (!done) {
+        done = guarded(scan_.diagnostics, "Report_ScanFolders", kModul, [&] {
+            if (!std::exchange(entered, true)) enterSource(row);
             while (!levels_.empty()) step();
             return true;
         });
         if (!done) endByFault();
     }
     return result_;
+}
+
+void FolderWalk::enterSource(Row row) {
+    scan_.host.folderEntered(path_);
+    enter(row, reader_->next(), false, {});
 }
 
 void FolderWalk::enter(Row row, std::unique_ptr<Listing> block, bool isReparse, std::string target) {
@@ -271,14 +276,12 @@ void FolderWalk::leave(bool cutShort) {
     {
         Level& level = levels_.back();
         if (!level.ended && !cutShort) {
-            if (level.error != 0) accessError(level, level.error);
+            if (level.error != 0) accessError(level);
             addFilesRow(level);
         }
     }
     Level level = std::move(levels_.back());
     levels_.pop_back();
-    if (level.error != 0 && level.row != kNoRow && !cutShort)
-        level.totals.errors = addCount(level.totals.errors, 1);
     if (levels_.empty()) {
         result_ = level.totals;
         return;
@@ -288,18 +291,19 @@ void FolderWalk::leave(bool cutShort) {
     Report_ChangePercentValue(scan_, level.row);
     scan_.tvwPL.setNumber(level.row, kFolders, level.totals.folders);
     ScanTotals& sum = levels_.back().totals;
-    folderDone(level.row, level.isReparse, level.target);
     sum.size += level.totals.size;
     sum.files = addCount(sum.files, level.totals.files);
     sum.folders = addCount(sum.folders, level.totals.folders);
     sum.errors = addCount(sum.errors, level.totals.errors);
+    folderDone(level.row, level.isReparse, level.target);
 }
 
-void FolderWalk::accessError(const Level& level, int code) {
-    const std::string text = ApiErrorText(true, code, scan_.facts);
+void FolderWalk::accessError(Level& level) {
+    const std::string text = ApiErrorText(true, level.error, scan_.facts);
     scan_.tvwPL.setPicture(level.row, kPictureAccessError);
     scan_.tvwPL.setRowNote(level.row, text);
     scan_.log.LogProtokoll("ERROR: " + text + " (" + visible(path_) + ")");
+    level.totals.errors = addCount(level.totals.errors, 1);
     scan_.host.notRead(path_, text);
 }
 
@@ -330,6 +334,7 @@ void Report_ScanFilesOnly(ScanContext& scan, const std::string& path, Row row, S
         for (bool more = true; more;) {
             const std::unique_ptr<Listing> block = reader->next();
             if (block == nullptr) return;
+            if (block->failure != nullptr) std::rethrow_exception(block->failure);
             for (std::size_t i = 0; i < block->count; ++i) {
                 yield.perEntry();
                 if (scan.state.CancelState == kCancelStop) return;

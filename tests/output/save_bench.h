@@ -12,6 +12,9 @@
 
 namespace hl::test {
 
+/// Stands for a report that was not written.
+inline constexpr const char* kNotWritten = "NOT WRITTEN";
+
 /// German, sizes in megabytes with decimals, paths with "/", until a test says otherwise.
 struct SaveBench {
     SaveBench() {
@@ -19,16 +22,16 @@ struct SaveBench {
         options.SizeFormatNachkommastellenFolders = 1;
     }
 
-    Row folder(Row parent, std::string_view name, std::int64_t size, int files, int folders) {
-        const Row row = filesRow(parent, name, size, files);
+    Row folder(Row parent, std::string_view name, std::int64_t size, int fileCount, int folderCount) {
+        const Row row = filesRow(parent, name, size, fileCount);
         grid.setNumber(row, kIsFolder, 1);
-        grid.setNumber(row, kFolders, folders);
+        grid.setNumber(row, kFolders, folderCount);
         return row;
     }
-    Row filesRow(Row parent, std::string_view name, std::int64_t size, int files) {
+    Row filesRow(Row parent, std::string_view name, std::int64_t size, int fileCount) {
         const Row row = grid.addRow(parent, name);
         grid.setNumber(row, kSize, static_cast<double>(size));
-        grid.setNumber(row, kFiles, files);
+        grid.setNumber(row, kFiles, fileCount);
         return row;
     }
     /// A small tree of three levels; returns its folder "Bilder".
@@ -66,7 +69,7 @@ struct SaveBench {
     std::string savedBy(SaveForm& frmSave, const std::string& name, std::int32_t levels = -1,
                         std::int32_t delimiter = -1) {
         std::string path = pathOf(name);
-        return frmSave.SPEICHERN(path, levels, delimiter) ? contentOf(path) : "NOT WRITTEN";
+        return frmSave.SPEICHERN(path, levels, delimiter) ? contentOf(path) : kNotWritten;
     }
     void english() {
         texts = std::make_unique<TestTexts>("en_US.UTF-8");

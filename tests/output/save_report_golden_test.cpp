@@ -7,9 +7,13 @@
 namespace hl {
 namespace {
 
-using test::expectGolden;
-
-class SaveReportGolden : public testing::Test, protected test::SaveBench {};
+class SaveReportGolden : public testing::Test, protected test::SaveBench {
+  protected:
+    void expectGolden(const std::string& name, const std::string& report) {
+        ASSERT_NE(report, test::kNotWritten) << name;
+        test::expectGolden(name, report);
+    }
+};
 
 TEST_F(SaveReportGolden, TextTableIsPaddedAndEndsInThePath) {
     paths = kDrivePaths;
@@ -57,8 +61,8 @@ TEST_F(SaveReportGolden, UnfoldedViewShowsWhatIsUnfoldedWithItsFilesRows) {
 
 TEST_F(SaveReportGolden, EverySizeModeWithAndWithoutDecimals) {
     sampleTree("/srv/data");
-    for (const std::uint8_t mode : {0, 1, 2, 3, 4, 5}) {
-        for (const Flag decimals : {0, 1}) {
+    for (std::uint8_t mode = 0; mode <= 5; ++mode) {
+        for (const Flag decimals : {Flag{0}, Flag{1}}) {
             options.FileSizeFormat = mode;
             options.SizeFormatNachkommastellenFolders = decimals;
             const std::string name = "mode" + std::to_string(mode) + (decimals == 1 ? "_decimals" : "");
@@ -85,10 +89,19 @@ TEST_F(SaveReportGolden, TheRootOfTheFileSystemDoublesNoSeparator) {
     expectGolden("root.csv", saved("r.csv"));
 }
 
+TEST_F(SaveReportGolden, CountsWidenTheirColumnsByTheirTextInTheSizeMode) {
+    const Row root = folder(kNoRow, "/srv", 1099511627776, 12345678, 1234567);
+    folder(root, "one", 1, 1, 0);
+    for (const std::uint8_t mode : {std::uint8_t{0}, std::uint8_t{1}}) {
+        options.FileSizeFormat = mode;
+        expectGolden("large_counts_mode" + std::to_string(mode) + ".txt", saved("r.txt"));
+    }
+}
+
 TEST_F(SaveReportGolden, TwoSourcesInOneReportAndNothingIsCut) {
     folder(kNoRow, "/small", 1024, 1, 0);
-    const Row large = folder(kNoRow, "/large", 1125899906842624, 123456789, 98765432);
-    filesRow(large, "Dateien", 1125899906842623, 123456788);
+    const Row large = folder(kNoRow, "/large", 549755813888000, 123456789, 98765432);
+    filesRow(large, "Dateien", 549755813887999, 123456788);
     expectGolden("two_sources.txt", saved("r.txt"));
 }
 

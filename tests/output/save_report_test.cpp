@@ -298,7 +298,7 @@ TEST_F(SaveReport, SizesForCsvFollowTheMode) {
 // --- failures
 
 TEST_F(SaveReport, NothingReadIsAnErrorThatSaysSo) {
-    EXPECT_EQ(saved("r.csv"), "NOT WRITTEN");
+    EXPECT_EQ(saved("r.csv"), test::kNotWritten);
     EXPECT_EQ(texts->reports("Nothing was read"), 1U);
     EXPECT_FALSE(fs::exists(pathOf("r.csv")));
 }
@@ -309,13 +309,13 @@ TEST_F(SaveReport, LevelsThatAreNoNumberAreAnError) {
         SaveForm frmSave(services());
         selectOption(frmSave.optLevels, kSaveSomeLevels);
         frmSave.txtLevels = typed;
-        EXPECT_EQ(savedBy(frmSave, "r.csv"), "NOT WRITTEN") << typed;
+        EXPECT_EQ(savedBy(frmSave, "r.csv"), test::kNotWritten) << typed;
     }
     EXPECT_EQ(texts->reports("Type mismatch"), 3U);
     SaveForm frmSave(services());
     selectOption(frmSave.optLevels, kSaveSomeLevels);
     frmSave.txtLevels = "2147483648";
-    EXPECT_EQ(savedBy(frmSave, "r.csv"), "NOT WRITTEN");
+    EXPECT_EQ(savedBy(frmSave, "r.csv"), test::kNotWritten);
     EXPECT_EQ(texts->reports("Overflow"), 1U);
 }
 
@@ -332,7 +332,7 @@ TEST_F(SaveReport, AFullDeviceIsReportedWithItsName) {
 
 TEST_F(SaveReport, AMissingFolderIsReportedWithItsName) {
     sampleTree("/srv/data");
-    EXPECT_EQ(saved("no/such\nfolder/r.csv"), "NOT WRITTEN");
+    EXPECT_EQ(saved("no/such\nfolder/r.csv"), test::kNotWritten);
     EXPECT_EQ(texts->reports("/no/such\xE2\x90\x8A"
                              "folder/r.csv: No such file or directory"),
               1U);
@@ -344,9 +344,10 @@ TEST_F(SaveReport, ADiskThatFillsUpLeavesTheOlderReport) {
     test::writeFile(pathOf("r.csv"), "older");
     SmallDisk disk(files, 100000);
     files = &disk;
-    EXPECT_EQ(saved("r.csv"), "NOT WRITTEN");
+    EXPECT_EQ(saved("r.csv"), test::kNotWritten);
     EXPECT_EQ(test::contentOf(pathOf("r.csv")), "older");
     EXPECT_EQ(texts->reports("No space left on device"), 1U) << "one report for one full disk";
+    EXPECT_EQ(texts->reports("rows=5001"), 0U) << "the walk ends there";
     EXPECT_EQ(disk.writes, 2) << "nothing is tried after the failure";
     EXPECT_EQ(std::distance(fs::directory_iterator(texts->dir.path()), {}), 1) << "nothing else is left";
 }

@@ -7,6 +7,7 @@
 #include <map>
 #include <memory>
 #include <string>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
@@ -30,7 +31,7 @@ struct Item {
     int endError = 0;
     std::size_t failingBlock = 0;   ///< From 1; its entries are lost.
     std::size_t blockEntries = 99;  ///< Entries of a block.
-    int chain = 0;  ///< It holds a folder like itself, and so on, so many levels deep.
+    int chain = 0;                  ///< It holds a folder like itself, and so on, so many levels deep.
 
     bool isFolder() const { return (facts.attributes & kAttributeDirectory) != 0; }
     bool isLink() const { return (facts.attributes & kAttributeReparse) != 0; }
@@ -60,7 +61,7 @@ inline Item mountOf(std::string name, std::string source, std::vector<Item> item
 }
 /// The item with one of its fields set: with(folder("a"), &Item::error, 13).
 template <class T>
-Item with(Item item, T Item::*field, T value) {
+Item with(Item item, T Item::*field, std::type_identity_t<T> value) {
     item.*field = value;
     return item;
 }
@@ -172,7 +173,8 @@ class FakeReader : public FolderReader {
             while (open.next < open.end) {
                 const bool isChain = open.next == open.item->items.size();
                 const Item& entry = entryOf(open, open.next++);
-                if (!entry.isFolder() || !options_.recursive || (entry.isLink() && !options_.followLinks)) continue;
+                if (!entry.isFolder() || !options_.recursive || (entry.isLink() && !options_.followLinks))
+                    continue;
                 open_.push_back({&entry, isChain ? open.left - 1 : entry.chain, true});
                 first_ = true;
                 return blockOf(open_.back());

@@ -1,4 +1,5 @@
-// All that a scan works with, in memory: a disk, four grids, a log, a host and a pump that keep what they are told.
+// All that a scan works with, in memory: a disk, four grids, a log, a host and a pump that keep what they are
+// told.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -111,7 +112,8 @@ class RecordingHost : public ScanHost {
 class ScanBench {
   public:
     ScanBench() {
-        for (std::uint32_t level = 0; level < Grid::kSortLevels; ++level) report.levelSort(level).key = "size";
+        for (std::uint32_t level = 0; level < Grid::kSortLevels; ++level)
+            report.levelSort(level).key = "size";
         top.levelSort(0).key = hardlinks.levelSort(0).key = "size";
         options.TOPmaxcount = 100;
     }
@@ -133,8 +135,8 @@ class ScanBench {
     Log log{files, "/home", {"yyyy-MM-dd", "hh:nn"}, [] { return LocalTime(); }};
     PathRules paths = kPosixPaths;
     NumberFormat numbers;
-    ScanContext scan{state, options, combo,  report, top,         hardlinks, junctions, disk,
-                     pump,  host,    texts,  log,    facts,       diagnostics, paths,   numbers};
+    ScanContext scan{state, options, combo, report, top,   hardlinks,   junctions, disk,
+                     pump,  host,    texts, log,    facts, diagnostics, paths,     numbers};
 
     std::vector<std::string> protocol() const { return files.logLines("Harborlantern.log"); }
 
@@ -154,7 +156,8 @@ class ScanBench {
     /// "b 30 2/1": text, size, files, folders.
     std::string numbersOf(Row row) const {
         const auto whole = [&](CellId cell) { return SimpleValue(report.number(row, cell)).text(); };
-        return std::string(report.text(row)) + " " + whole(kSize) + " " + whole(kFiles) + "/" + whole(kFolders);
+        return std::string(report.text(row)) + " " + whole(kSize) + " " + whole(kFiles) + "/" +
+               whole(kFolders);
     }
     /// All rows as they stand, two blanks in front for each level.
     std::vector<std::string> rows() const {

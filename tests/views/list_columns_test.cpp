@@ -8,8 +8,12 @@
 namespace hl {
 namespace {
 
+constexpr const char* kBytes = "*###,###,##0*;;;";
+constexpr const char* kDate = "*yyyy-MM-dd *;;;";
+
 struct Expected {
     const char *title, *key;
+    const char* mask = "";
 };
 
 class ListColumns : public testing::Test {
@@ -20,18 +24,13 @@ class ListColumns : public testing::Test {
             const GridColumn& column = grid.columns()[i];
             EXPECT_EQ(column.title, expected[i].title);
             EXPECT_EQ(column.key, expected[i].key);
-            if (!column.key.empty()) EXPECT_NE(grid.cell(column.key), kNoCell) << column.key;
-            const bool size = column.key == "size";
-            const bool date = column.key.starts_with("date");
-            EXPECT_EQ(column.alignment, size ? Alignment::kRight : Alignment::kLeft) << column.key;
-            if (size) EXPECT_EQ(column.mask, "*###,###,##0*;;;");
-            if (date) EXPECT_EQ(column.mask, "*yyyy-MM-dd *;;;");
-            EXPECT_EQ(column.mask.empty(), !size && !date && column.key != "type" + junctionOnly)
+            EXPECT_EQ(column.mask, expected[i].mask) << column.key;
+            EXPECT_EQ(column.alignment, column.key == "size" ? Alignment::kRight : Alignment::kLeft)
                 << column.key;
+            EXPECT_EQ(grid.cell(column.key) == kNoCell, column.key.empty()) << column.key;
         }
     }
 
-    std::string junctionOnly = "?";  ///< Empty where "type" has a mask.
     test::TestTexts texts;
     Options options = [] {
         Options start;
@@ -44,14 +43,14 @@ class ListColumns : public testing::Test {
 TEST_F(ListColumns, OfTheLargestFiles) {
     Init_TopList(files, options, texts.texts);
     expectColumns(files, {{"Dateiname", ""},
-                          {"Größe (Bytes)", "size"},
+                          {"Größe (Bytes)", "size", kBytes},
                           {"Pfad", "path"},
                           {"Endung", "ext"},
                           {"Typ", "type"},
                           {"Attribute", "attr"},
-                          {"Änderungsdatum", "date"},
-                          {"Erstellungsdatum", "dateE"},
-                          {"Zugriffsdatum", "dateZ"}});
+                          {"Änderungsdatum", "date", kDate},
+                          {"Erstellungsdatum", "dateE", kDate},
+                          {"Zugriffsdatum", "dateZ", kDate}});
 }
 
 TEST_F(ListColumns, OfTheHardlinks) {
@@ -60,21 +59,21 @@ TEST_F(ListColumns, OfTheHardlinks) {
                           {"ID", "id"},
                           {"Hardlinks", "links"},
                           {"Pfad", "path"},
-                          {"Größe (Bytes)", "size"},
+                          {"Größe (Bytes)", "size", kBytes},
                           {"Endung", "ext"},
                           {"Typ", "type"},
                           {"Attribute", "attr"},
-                          {"Änderungsdatum", "date"},
-                          {"Erstellungsdatum", "dateE"},
-                          {"Zugriffsdatum", "dateZ"}});
+                          {"Änderungsdatum", "date", kDate},
+                          {"Erstellungsdatum", "dateE", kDate},
+                          {"Zugriffsdatum", "dateZ", kDate}});
 }
 
 TEST_F(ListColumns, OfTheJunctions) {
     Grid junctions{kJunctionCells};
     Init_JunctionList(junctions, texts.texts);
-    junctionOnly.clear();
-    expectColumns(junctions, {{"Junction", ""}, {"Zielordner", "target"}, {"Typ", "type"}});
-    EXPECT_EQ(junctions.columns()[kJunctionListType].mask, "Abzweigungspunkt;Verknüpfung;Symbolischer Link;");
+    expectColumns(junctions, {{"Junction", ""},
+                              {"Zielordner", "target"},
+                              {"Typ", "type", "Abzweigungspunkt;Verknüpfung;Symbolischer Link;"}});
     EXPECT_EQ(junctions.levelSort(0).key, "");
     EXPECT_TRUE(junctions.levelSort(0).descending);
 }

@@ -37,7 +37,7 @@ TEST_F(ReportColumns, AreFiveWithNumbersOnTheRight) {
         EXPECT_EQ(column.key, expected[i].key);
         EXPECT_EQ(column.mask, expected[i].mask);
         EXPECT_EQ(column.alignment, expected[i].alignment);
-        if (!column.key.empty()) EXPECT_NE(grid.cell(column.key), kNoCell) << column.key;
+        EXPECT_EQ(grid.cell(column.key) == kNoCell, column.key.empty()) << column.key;
     }
 }
 

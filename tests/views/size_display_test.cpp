@@ -72,8 +72,8 @@ TEST(SizeDisplay, AModeThatDoesNotExistKeepsTheCellAndNamesNoUnit) {
         view.init(grid, options, texts.texts);
         options.*view.mode = 2;
         view.set(grid, options, texts.texts);
-        for (const std::uint8_t mode : {4, 5, 200}) {
-            options.*view.mode = mode;
+        for (const int mode : {4, 5, 200}) {
+            options.*view.mode = static_cast<std::uint8_t>(mode);
             view.set(grid, options, texts.texts);
             EXPECT_EQ(grid.columns()[view.sizeColumn].key, "sizeM") << view.name;
             EXPECT_EQ(grid.columns()[view.sizeColumn].title, "Größe ()") << view.name;

@@ -100,7 +100,7 @@ void makeMixedTree(const std::string& root) {
 }
 
 TEST(ReadAhead, GivesTheSameInTheSameOrderWhoeverReads) {
-    const TempDir dir;
+    const TempDir dir("/dev/shm");
     makeMixedTree(dir.path());
     DirectoryCalls calls;
     const Seen alone = walkOnce(calls, dir.path(), limits(0));
@@ -114,7 +114,7 @@ TEST(ReadAhead, GivesTheSameInTheSameOrderWhoeverReads) {
 }
 
 TEST(ReadAhead, HoldsABoundOnWhatLiesAhead) {
-    const TempDir dir;
+    const TempDir dir("/dev/shm");
     makeMixedTree(dir.path());
     DirectoryCalls calls;
     ReadAheadLimits tight = limits(3);
@@ -272,7 +272,7 @@ TEST(ReadAhead, DoesNotEnterOtherMounts) {
 }
 
 TEST(ReadAhead, LeavesNothingBehindWhenItIsStopped) {
-    const TempDir dir;
+    const TempDir dir("/dev/shm");
     makeMixedTree(dir.path());
     for (int stopAt = 1; stopAt < 120; stopAt += 17) {
         RecordingCalls calls;
@@ -313,7 +313,7 @@ TEST(ReadAhead, StopsWaitingWhenItIsToldTo) {
 }
 
 TEST(ReadAhead, CallsMoreHelpersWhereReadsWaitAndLosesNothingByIt) {
-    const TempDir dir;
+    const TempDir dir("/dev/shm");
     makeMixedTree(dir.path());
     RecordingCalls slow;
     std::mutex mutex;

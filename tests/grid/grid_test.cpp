@@ -1,0 +1,276 @@
+#include "grid/grid.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+namespace hl {
+namespace {
+
+constexpr CellSpec kSpecs[] = {{"size", CellType::kSize}, {"name", CellType::kText}};
+enum : CellId { kSizeCell, kNameCell };
+using Texts = std::vector<std::string>;
+
+struct GridTest : testing::Test {
+    Grid grid{kSpecs};
+
+    Row add(Row parent, std::string_view text, double size = 0, std::string_view name = {}) {
+        const Row row = grid.addRow(parent, text);
+        grid.setNumber(row, kSizeCell, size);
+        grid.setCellText(row, kNameCell, name);
+        return row;
+    }
+    Texts texts() const {
+        Texts all;
+        for (std::size_t i = 0; i < grid.rowCount(); ++i) all.emplace_back(grid.text(grid.rowAt(i)));
+        return all;
+    }
+};
+
+// --- sort and search
+
+TEST_F(GridTest, SortsByAnyCellInBothDirectionsAndKeepsTheOrderOfEqualKeys) {
+    add(kNoRow, "b1", 20, "Zoe");
+    add(kNoRow, "C", 100, "adam");
+    add(kNoRow, "a", 9, "");
+    add(kNoRow, "B2", 20, "ADAM");
+    add(kNoRow, "b0", 20, "Bea");
+    struct Case {
+        LevelSort sort;
+        Texts expected;
+    };
+    // Each case starts from what the one before has left.
+    for (const Case& c : {Case{{"size", true, true}, {"C", "b1", "B2", "b0", "a"}},
+                          Case{{"size", true, false}, {"a", "b1", "B2", "b0", "C"}},
+                          Case{{"name", false, false}, {"a", "B2", "C", "b0", "b1"}},
+                          Case{{"name", false, true}, {"b1", "b0", "B2", "C", "a"}},
+                          Case{{"", false, false}, {"a", "b0", "b1", "B2", "C"}},
+                          Case{{"sizeM", true, true}, {"a", "b0", "b1", "B2", "C"}},  // All of them 0.00.
+                          Case{{"", false, true}, {"C", "B2", "b1", "b0", "a"}}}) {
+        grid.levelSort(0) = c.sort;
+        grid.sortLevels(0);
+        EXPECT_EQ(texts(), c.expected) << c.sort.key << c.sort.descending;
+    }
+}
+
+TEST_F(GridTest, SortsEachLevelByItsOwnSettingAndNoRowAwayFromItsParent) {
+    const Row a = add(kNoRow, "a", 1), b = add(kNoRow, "b", 2);
+    for (const Row parent : {a, b})
+        for (const char* name : {"x", "z", "y"}) add(add(parent, name, 5), "deep", 3);
+    add(grid.firstChild(a), "deeper", 4);
+    grid.levelSort(0) = grid.levelSort(2) = {"size", true, true};
+    grid.levelSort(1) = {"", false, true};
+    int levels = 0;
+    grid.sortLevels(1, [&] { ++levels; });
+    EXPECT_EQ(levels, 2);
+    EXPECT_EQ(texts(), (Texts{"b", "z", "deep", "y", "deep", "x", "deep",  //
+                              "a", "z", "deep", "y", "deep", "x", "deep", "deeper"}));
+    grid.sortLevels(9);  // Deeper than any row.
+    EXPECT_EQ(texts().back(), "deep");
+}
+
+TEST_F(GridTest, SortsAllLevelsFromThe255thOnByTheLastSetting) {
+    grid.levelSort(700) = {"", false, false};
+    Row parent = kNoRow;
+    for (int level = 0; level < 300; ++level) parent = add(parent, "p");
+    for (const char* name : {"b", "c", "a"}) add(parent, name);
+    grid.sortLevels(300);
+    const Texts all = texts();
+    EXPECT_EQ(Texts(all.end() - 3, all.end()), (Texts{"a", "b", "c"}));
+}
+
+TEST_F(GridTest, FindsTheFirstTextInARangeOfIndexesWithoutRegardToCase) {
+    const Row a = add(kNoRow, "Alpha");
+    const Row b = add(a, "\u00DCber alphaville");
+    add(kNoRow, "beta");
+    struct Case {
+        const char* part;
+        std::size_t from, to;
+        Row expected;
+    };
+    for (const Case& c : {Case{"ALPHA", 0, 2, a}, Case{"alpha", 1, 1, b}, Case{"alpha", 2, 2, kNoRow},
+                          Case{"\u00FCBER", 0, 99, b}, Case{"beta", 0, 1, kNoRow}, Case{"", 1, 2, b},
+                          Case{"a", 3, 9, kNoRow}})
+        EXPECT_EQ(grid.find(c.part, c.from, c.to), c.expected) << c.part << c.from;
+    EXPECT_EQ(Grid(kSpecs).find("", 0, 9), kNoRow);
+}
+
+// --- rows and what lies beside them
+
+TEST_F(GridTest, GivesARowThatUsesANumberAgainNothingOfTheOldOne) {
+    const Row first = add(kNoRow, "first");
+    const Row old = add(kNoRow, "old", 7, "name");
+    grid.setRowNote(old, "note");
+    grid.setPicture(old, 69);
+    grid.setBarPicture(old, 0);
+    grid.setBackColor(old, 0x000000);
+    grid.setExpanded(old, true);
+    grid.setSelected(old, true);
+    grid.setCurrentRow(old);
+    grid.setTopRow(old);
+    EXPECT_EQ(grid.backColor(old), 0x000000U);
+    EXPECT_EQ(grid.barPicture(old), 0);
+    EXPECT_EQ(grid.rowNote(old), "note");
+
+    grid.removeRow(old);
+    EXPECT_EQ(grid.currentRow(), kNoRow);
+    EXPECT_EQ(grid.topRow(), kNoRow);
+    EXPECT_EQ(grid.selectedCount(), 0U);
+    const Row made = grid.addRow(first, "new");
+    ASSERT_EQ(made, old);
+    EXPECT_EQ(grid.rowNote(made), "");
+    EXPECT_EQ(grid.picture(made), 0);
+    EXPECT_EQ(grid.barPicture(made), -1);
+    EXPECT_EQ(grid.backColor(made), std::nullopt);
+    EXPECT_FALSE(grid.expanded(made) || grid.selected(made));
+    EXPECT_EQ(grid.number(made, kSizeCell), 0);
+    EXPECT_EQ(grid.cellText(made, kNameCell), "");
+}
+
+TEST_F(GridTest, TellsSelectedRowsInTheOrderOfTheView) {
+    const Row a = add(kNoRow, "a", 1), b = add(kNoRow, "b", 2), c = add(kNoRow, "c", 3);
+    for (const Row row : {b, a, c, b}) grid.setSelected(row, true);
+    grid.setSelected(c, false);
+    EXPECT_EQ(grid.selectedRows(), (std::vector{a, b}));
+    grid.levelSort(0).key = "size";
+    grid.sortLevels(0);
+    EXPECT_EQ(grid.selectedRows(), (std::vector{b, a}));
+    grid.selectNone();
+    EXPECT_EQ(grid.selectedCount(), 0U);
+}
+
+TEST_F(GridTest, CutsAListAtAnIndexAsItStands) {
+    for (const char* name : {"c", "a", "b"}) add(kNoRow, name);
+    grid.levelSort(0) = {"", false, false};
+    grid.sortLevels(0);
+    grid.removeFrom(2);
+    EXPECT_EQ(texts(), (Texts{"a", "b"}));
+    grid.removeFrom(2);
+    EXPECT_EQ(grid.rowCount(), 2U);
+    grid.removeFrom(0);
+    EXPECT_EQ(grid.rowCount(), 0U);
+}
+
+TEST_F(GridTest, KeepsAllTextsThroughThePackingOfWhatRemovedRowsLeave) {
+    std::vector<Row> rows;
+    const TextRef shared = grid.keepText("shared");
+    for (int i = 0; i < 2000; ++i) {
+        rows.push_back(add(kNoRow, std::to_string(i) + std::string(1000, 't'), i, "n" + std::to_string(i)));
+        if (i % 50 == 0) grid.setRowNote(rows.back(), "note" + std::to_string(i));
+        if (i == 100) grid.addRow(rows.back(), shared);
+    }
+    const std::size_t full = grid.textBytes();
+    for (int i = 0; i < 2000; ++i)
+        if (i % 50 != 0) grid.removeRow(rows[static_cast<std::size_t>(i)]);
+    EXPECT_LT(grid.textBytes(), full / 2);
+    for (std::size_t i = 0; i < 2000; i += 50) {
+        EXPECT_EQ(grid.text(rows[i]), std::to_string(i) + std::string(1000, 't'));
+        EXPECT_EQ(grid.cellText(rows[i], kNameCell), "n" + std::to_string(i));
+        EXPECT_EQ(grid.rowNote(rows[i]), "note" + std::to_string(i));
+    }
+    EXPECT_EQ(grid.text(grid.firstChild(rows[100])), "shared");
+    while (grid.rowCount() > 0) grid.removeRow(grid.firstRoot());
+    EXPECT_EQ(grid.textBytes(), 0U);
+}
+
+TEST_F(GridTest, BoundsTheTextsOfAListThatGainsAndLosesRowsWithoutEnd) {
+    add(kNoRow, "stays", 0, "here");
+    for (int i = 0; i < 200'000; ++i) {
+        const Row row = add(kNoRow, "f", 0, std::string(50, 'p'));
+        grid.setRowNote(row, "a note that goes with its row");
+        grid.removeRow(row);
+    }
+    EXPECT_LT(grid.textBytes(), std::size_t{4} << 20);
+    EXPECT_EQ(grid.cellText(grid.firstRoot(), kNameCell), "here");
+}
+
+TEST_F(GridTest, HandlesAChainOf100000Levels) {
+    constexpr std::uint32_t kDepth = 100'000;
+    Row row = kNoRow;
+    for (std::uint32_t i = 0; i < kDepth; ++i) row = add(row, "d", i);
+    grid.setText(row, "bottom");
+    grid.levelSort(kDepth).key = "size";
+    grid.sortLevels(kDepth);
+    EXPECT_EQ(grid.find("bottom", 0, kDepth), row);
+    EXPECT_EQ(grid.indexOf(row), kDepth - 1);
+    grid.removeChildren(grid.firstRoot());
+    EXPECT_EQ(grid.rowCount(), 1U);
+}
+
+// --- notices
+
+struct Recorder : GridObserver {
+    std::vector<GridChange> changes;
+    void gridChanged(const GridChange& change) override { changes.push_back(change); }
+};
+using Ranges = std::vector<std::pair<std::size_t, std::size_t>>;
+
+struct GridNotices : GridTest {
+    Recorder observer;
+    std::vector<Row> rows;
+    void SetUp() override {
+        for (int i = 0; i < 10; ++i) rows.push_back(add(kNoRow, "row"));
+        grid.attach(&observer);
+    }
+};
+
+TEST_F(GridNotices, ArriveAtOnceWhileRedrawIsOn) {
+    grid.setText(rows[3], "x");
+    grid.setCurrentRow(rows[1]);
+    grid.removeRow(rows[0]);
+    grid.setColumns({{}});
+    grid.changeColumn(0).title = "t";
+    ASSERT_EQ(observer.changes.size(), 5U);
+    EXPECT_EQ(observer.changes[0].ranges, (Ranges{{3, 3}}));
+    EXPECT_TRUE(observer.changes[1].current && observer.changes[2].structure);
+    EXPECT_TRUE(observer.changes[3].columns && observer.changes[4].columns);
+}
+
+TEST_F(GridNotices, GatherToSortedRangesThatDoNotOverlapWhileRedrawIsOff) {
+    grid.setRedraw(false);
+    for (const std::size_t i : {7U, 2U, 3U, 9U, 2U, 6U}) grid.setPicture(rows[i], 1);
+    grid.setSelected(rows[0], true);
+    EXPECT_TRUE(observer.changes.empty());
+    grid.setRedraw(true);
+    ASSERT_EQ(observer.changes.size(), 1U);
+    EXPECT_EQ(observer.changes[0].ranges, (Ranges{{2, 3}, {6, 7}, {9, 9}}));
+    EXPECT_TRUE(observer.changes[0].current);
+    EXPECT_FALSE(observer.changes[0].structure || observer.changes[0].columns);
+    grid.setRedraw(true);
+    EXPECT_EQ(observer.changes.size(), 1U) << "nothing has changed since";
+}
+
+TEST_F(GridNotices, SayThatAllIndexesAreNewInsteadOfRanges) {
+    const auto changedBy = [&](const std::function<void()>& act) {
+        grid.setRedraw(false);
+        grid.setText(rows[5], "x");
+        act();
+        grid.setText(rows[6], "y");
+        grid.setRedraw(true);
+        return std::exchange(observer.changes, {});
+    };
+    const auto many = [&] {
+        for (int i = 0; i < 5000; ++i) grid.setPicture(rows[4], i % 9);
+    };
+    for (const std::function<void()>& act : std::vector<std::function<void()>>{
+             [&] { add(rows[2], "child"); }, [&] { grid.removeChildren(rows[2]); },
+             [&] { grid.sortLevels(0); }, [&] { grid.setExpanded(rows[2], !grid.expanded(rows[2])); },
+             many}) {
+        const auto changes = changedBy(act);
+        ASSERT_EQ(changes.size(), 1U);
+        EXPECT_TRUE(changes[0].structure && changes[0].ranges.empty());
+    }
+}
+
+TEST_F(GridNotices, ReachANewObserverOnlyForWhatHappensFromThenOn) {
+    grid.setRedraw(false);
+    grid.setText(rows[9], "x");
+    grid.attach(nullptr);
+    grid.clear();
+    grid.attach(&observer);
+    grid.setRedraw(true);
+    EXPECT_TRUE(observer.changes.empty());
+}
+
+}  // namespace
+}  // namespace hl

@@ -1,0 +1,52 @@
+#include "grid/text_store.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "base/fault.h"
+
+namespace hl {
+namespace {
+
+TEST(TextStore, GivesBackEveryTextOfWhateverLength) {
+    TextStore store;
+    std::vector<std::string> texts;
+    // Around the steps of the length's own length and of a block, and far beyond one.
+    for (const std::size_t length :
+         {0, 1, 127, 128, 16383, 16384, 65532, 65533, 65534, 65536, 200'000, 5, 65533, 1})
+        texts.emplace_back(length, static_cast<char>('a' + texts.size()));
+    texts.emplace_back("a\0b\xFF", 4);
+    std::vector<TextRef> refs;
+    for (const std::string& text : texts) refs.push_back(store.add(text));
+    for (std::size_t i = 0; i < texts.size(); ++i) EXPECT_EQ(store.get(refs[i]), texts[i]) << i;
+}
+
+TEST(TextStore, NeverMovesATextThatItHolds) {
+    TextStore store;
+    const std::string_view first = store.get(store.add("first"));
+    for (int i = 0; i < 100'000; ++i) store.add("another text");
+    EXPECT_EQ(first, "first");
+}
+
+TEST(TextStore, CountsATextWithFewBytesMoreAndAnEmptyOneWithNone) {
+    TextStore store;
+    for (int i = 0; i < 1000; ++i) store.add("0123456789");
+    EXPECT_EQ(store.add(""), 0U);
+    EXPECT_EQ(store.bytesUsed(), 11'000U);
+    store.clear();
+    EXPECT_EQ(store.bytesUsed(), 0U);
+    EXPECT_EQ(store.get(store.add("new")), "new");
+}
+
+TEST(TextStore, RaisesOverflowForMoreThanItCanAddressAndStaysUsable) {
+    TextStore store;
+    const TextRef kept = store.add("kept");
+    const std::string_view tooLong("x", std::size_t{5} << 30);  // Refused before a byte of it is read.
+    EXPECT_THROW(store.add(tooLong), Fault);
+    EXPECT_EQ(store.get(kept), "kept");
+    EXPECT_EQ(store.get(store.add("next")), "next");
+}
+
+}  // namespace
+}  // namespace hl

@@ -1,0 +1,221 @@
+#include "scan/driver.h"
+
+#include <algorithm>
+
+#include "scan/file_system_calls.h"
+#include "support/scan_fixture.h"
+
+namespace hl {
+namespace {
+
+using test::file, test::folder, test::Item, test::linkTo, test::with;
+
+class Driver : public test::ScanFixture {
+  protected:
+    Driver() {
+        disk.sources = {folder("/a", {file("x", 1), folder("b", {file("y", 2)})}),
+                        folder("/m", {folder("n", {file("z", 4)}), file("w", 8)}),
+                        folder("/q", {file("v", 16)})};
+    }
+    Lines roots() const {
+        Lines lines;
+        for (Row row = report.firstRoot(); row != kNoRow; row = report.nextSibling(row))
+            lines.push_back(numbersOf(row));
+        return lines;
+    }
+    std::size_t callsOf(const std::string& call) const {
+        return static_cast<std::size_t>(std::count(host.calls.begin(), host.calls.end(), call));
+    }
+};
+
+// --- the queue
+
+TEST_F(Driver, ReadsTheQueueInItsOrderAsOneRun) {
+    readSources({"/q/", "/a", "/m/"});
+    EXPECT_EQ(disk.reads, (Lines{"/q/", "/a/", "/m/"}));
+    EXPECT_EQ(roots(), (Lines{"/q 16 1/0", "/m 12 2/1", "/a 3 2/1"})) << "sorted at the end";
+    EXPECT_TRUE(state.SourceQueue.empty());
+    EXPECT_TRUE(report.selected(rowOf("/m"))) << "the row read last";
+    EXPECT_EQ(callsOf("+files of '/m/'"), 1U);
+    EXPECT_EQ(callsOf("+lock") + callsOf("+unlock") + callsOf("status OK."), 3U);
+    readSources({"/q"});
+    EXPECT_EQ(roots().size(), 4U) << "a source that is read again gets a second row";
+    EXPECT_EQ(combo.items().size(), 3U);
+}
+
+TEST_F(Driver, PassesOverASourceThatDoesNotExistAndTellsOnlyTheHost) {
+    readSources({"/a/", "/missing/", "/q/"});
+    EXPECT_EQ(roots(), (Lines{"/q 16 1/0", "/a 3 2/1"}));
+    EXPECT_EQ(callsOf("+missing /missing/"), 1U);
+    for (const std::string& line : protocol()) EXPECT_EQ(line.find("missing"), std::string::npos);
+    EXPECT_EQ(combo.items().size(), 2U);
+    EXPECT_EQ(errors.log.size(), 0U);
+}
+
+TEST_F(Driver, ReadsSourcesThatAreQueuedDuringTheRun) {
+    disk.at = {{1, [&] { state.SourceQueue.push_back("/q/"); }}};
+    readSources({"/a/"});
+    EXPECT_EQ(roots(), (Lines{"/q 16 1/0", "/a 3 2/1"}));
+}
+
+TEST_F(Driver, KeepsWhatWasReadWhenTheSecondOfThreeSourcesIsStopped) {
+    options.CreateListTOP = 1;
+    disk.at = {{4, [&] { state.CancelState = kCancelStop; }}};  // While /m/n is read.
+    readSources({"/a/", "/m/", "/q/"});
+    EXPECT_EQ(roots(), (Lines{"/a 3 2/1", "/m 0 0/1"}));
+    EXPECT_EQ(textsOf(top), Lines());
+    EXPECT_EQ(protocol().back(), "Der Vorgang wurde vom Anwender abgebrochen!");
+    EXPECT_EQ(host.calls.back(), "status OK.");
+    EXPECT_TRUE(state.SourceQueue.empty());
+    EXPECT_EQ(state.CancelState, kCancelNone);
+    EXPECT_FALSE(state.ScanActive);
+}
+
+TEST_F(Driver, TakesTheStepsOfARunInTheirOrder) {
+    pump.onPump = [&] { EXPECT_TRUE(state.ScanActive); };
+    readSources({"/a/"});
+    EXPECT_EQ(host.calls,
+              (Lines{"busy", "+lock", "+status of run", "+first level", "+title 0 größten Dateien von '/a/'",
+                     "+lists", "+select drive of 0", "+files of '/a/'", "+resize", "+unlock", "lists",
+                     "file stat", "not busy", "status OK."}));
+    EXPECT_EQ(pump.pumps, 1);
+    DisableControls(scan, true);
+    EXPECT_EQ(host.calls.back(), "+lock all");
+}
+
+TEST_F(Driver, ShowsNoFilesAndNoTitleInASilentRun) {
+    state.SilentRun = true;
+    readSources({"/a/"});
+    EXPECT_EQ(callsOf("+files of '/a/'"), 0U);
+    EXPECT_EQ(callsOf("+lists"), 0U);
+    EXPECT_EQ(roots(), Lines{"/a 3 2/1"});
+}
+
+// --- one source
+
+TEST_F(Driver, LogsTheFiguresOfEachSource) {
+    numbers = {".", ","};
+    disk.sources = {folder("/a", {file("x", 1234567), with(folder("b"), &Item::error, 13)}),
+                    folder("/q\n", {file("v", 16)})};
+    readSources({"/a/", "/q\n/"});
+    const std::string line(40, '-');
+    EXPECT_EQ(protocol(), (Lines{line, "Einlesen: /a/", "ERROR: #13 - Permission denied (/a/b/)",
+                                 "Zugriffsfehler: 1", "Ordneranzahl: 1", "Dateianzahl: 1",
+                                 "Dateigröße: 1,18 MB (1.234.567 Bytes)", line, "Einlesen: /q␊/",
+                                 "Ordneranzahl: 0", "Dateianzahl: 1", "Dateigröße: 16 Bytes (16 Bytes)"}));
+}
+
+TEST_F(Driver, MakesTheRowOfASourceOfItsPathLessTheSeparator) {
+    struct Case {
+        const PathRules* rules;
+        const char *source, *row, *read, *folder;
+    };
+    options.FolderShowPercentBar = 1;
+    for (const Case& c :
+         {Case{&kPosixPaths, "/", "/", "/", "/b/"}, Case{&kPosixPaths, "/s", "/s", "/s/", "/s/b/"},
+          Case{&kDrivePaths, "C:\\", "C:", "\\\\?\\C:\\", "C:\\b\\"}}) {
+        paths = *c.rules;
+        disk.separator = paths.separator;
+        disk.sources = {folder(c.row, {folder("b", {file("x", 2)}), file("y", 1)})};
+        report.clear();
+        readSources({c.source});
+        const Row root = report.firstRoot();
+        EXPECT_EQ(numbersOf(root), std::string(c.row) + " 3 2/1");
+        EXPECT_EQ(disk.reads.back(), c.read);
+        EXPECT_EQ(host.folders.back(), c.folder);
+        EXPECT_TRUE(report.expanded(root));
+        EXPECT_EQ(report.currentRow(), root);
+        EXPECT_EQ(report.number(root, kIsFolder), 1);
+        EXPECT_EQ(report.number(root, kPercent), 100);
+        EXPECT_EQ(report.barPicture(root), 100);
+        EXPECT_EQ(report.number(rowOf("b"), kPercent), 66.67);
+        EXPECT_EQ(report.barPicture(rowOf("b")), 66);
+    }
+}
+
+TEST_F(Driver, TakesThePictureOfASourceOnlyFromTheSourceImages) {
+    for (const int image : {-1, 0, 8, 9, 40})
+        EXPECT_EQ(report.picture(QuelleEinlesen(scan, "/q/", image, kNoRow, true)), image == 8 ? 8 : 0);
+}
+
+TEST_F(Driver, StartsEachSourceWithEmptyListsAndNoFileSeen) {
+    options.CreateListTOP = options.CreateListHardlink = options.CreateListJunction =
+        options.AddHardlinksOnlyOnce = 1;
+    const std::vector<Item> items = {file("one", 5, 7, 2), file("two", 5, 7, 2), linkTo("l", "/x"),
+                                     linkTo("m", "/x")};
+    disk.sources = {folder("/a", items), folder("/q", items)};
+    readSources({"/a/", "/q/"});
+    EXPECT_EQ(roots(), (Lines{"/a 5 2/2", "/q 5 2/2"})) << "a file counts once in each";
+    EXPECT_EQ(top.rowCount(), 2U);
+    EXPECT_EQ(hardlinks.rowCount(), 2U);
+    EXPECT_EQ(textsOf(junctions), (Lines{"/q/m", "/q/l"}));
+    EXPECT_EQ(callsOf("+title 2 größten Dateien von '/q/'"), 1U);
+    EXPECT_EQ(state.TopCount, 2);
+    EXPECT_EQ(state.SeenLinkIds.Count(), 0);
+}
+
+// --- the combo
+
+TEST_F(Driver, KnowsASourceAgainByThePlatformsCaseRule) {
+    struct Case {
+        const PathRules* rules;
+        std::vector<const char*> paths;
+        Lines items;
+    };
+    for (const Case& c :
+         {Case{&kPosixPaths, {"/A", "/a/", "/A/", " /a", "/A"}, {"/A/", "/a/", " /a/"}},
+          Case{&kDrivePaths, {"C:\\Ab", "D:", "c:\\aB\\", " C:\\AB "}, {"C:\\Ab\\", "D:\\"}}}) {
+        paths = *c.rules;
+        combo = {};
+        for (const char* path : c.paths) AddNewSearchPath(scan, path);
+        Lines shown;
+        for (const SourceItem& item : combo.items()) shown.push_back(item.text);
+        EXPECT_EQ(shown, c.items);
+        EXPECT_EQ(combo.selected(), &combo.items().front());
+        EXPECT_EQ(combo.text, c.items.front());
+        EXPECT_EQ(combo.items().front().tag, c.items.front());
+    }
+}
+
+TEST_F(Driver, StartsWithWhatTheComboShowsAndWithNothingIfItIsEmpty) {
+    state.CancelState = kCancelStop;
+    state.SourceQueue = {"/m/"};
+    StartSearchViaToolbar(scan);
+    EXPECT_EQ(host.calls, Lines());
+    EXPECT_EQ(state.CancelState, kCancelNone);
+    EXPECT_TRUE(state.SourceQueue.empty());
+
+    combo.text = "/a";  // Typed.
+    StartSearchViaToolbar(scan);
+    EXPECT_EQ(disk.reads, Lines{"/a/"});
+    AddNewSearchPath(scan, "/q/");
+    combo.select(0);
+    StartSearchViaToolbar(scan);
+    EXPECT_EQ(disk.reads, (Lines{"/a/", "/a/"}));
+}
+
+// --- small questions to the file system
+
+TEST_F(Driver, AnswersForPathsThatExistAndOthers) {
+    disk.sources = {folder("/a", {file("one", 1, 7, 1), file("two", 1, 0x1'00000008, 2), linkTo("l", "/x")})};
+    for (const char* path : {"/a", "/a/", "/a/one", "/a/one/"})
+        EXPECT_TRUE(xExistFolder_W(scan, path)) << path;
+    for (const char* path : {"", "/", "/b", "/a/b/"}) EXPECT_FALSE(xExistFolder_W(scan, path)) << path;
+
+    std::string id, error;
+    EXPECT_EQ(xGetHardlinkCount(scan, "/a/one", &id, error), 0);
+    EXPECT_EQ(id, "7-0");
+    EXPECT_EQ(xGetHardlinkCount(scan, "/a/two", &id, error), 2);
+    EXPECT_EQ(id, "8-1");
+    EXPECT_EQ(xGetJunctionPath(scan, "/a/l", error), "/x");
+    EXPECT_EQ(error, "");
+    EXPECT_EQ(xGetHardlinkCount(scan, "/b", &id, error), 0);
+    EXPECT_EQ(error,
+              "Die Datei '/b' konnte nicht geöffnet werden. (xGetHardlinkCount\\CreateFileWide: "
+              "#2 - Formatmessage Error 22 (2))");
+    EXPECT_EQ(xGetJunctionPath(scan, "/a/one", error), "");
+    EXPECT_EQ(error, "#22 - Formatmessage Error 22 (22) (CreateFile)");
+}
+
+}  // namespace
+}  // namespace hl

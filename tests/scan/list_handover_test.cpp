@@ -1,0 +1,151 @@
+#include "scan/list_handover.h"
+
+#include <algorithm>
+#include <random>
+
+#include "scan/walker.h"
+#include "support/scan_fixture.h"
+
+namespace hl {
+namespace {
+
+using test::file, test::folder, test::Item, test::linkTo, test::mountOf;
+
+class Handover : public test::ScanFixture {
+  protected:
+    Handover() { options.CreateListTOP = 1; }
+
+    void offerSize(std::uint64_t size) { handOverFile(scan, {file("f", size).facts, {}, "f", "/s/", 0}); }
+    void read(std::vector<Item> items) {
+        disk.sources = {folder("/s", std::move(items))};
+        QuelleEinlesen(scan, "/s/", 8, kNoRow, true);
+    }
+};
+
+// --- the largest files
+
+TEST_F(Handover, KeepsTheLargestFilesAndOfEqualOnesThoseFoundFirst) {
+    std::mt19937 random(3);
+    for (const std::int32_t wanted : {1, 5, 100, 2000}) {
+        for (const std::uint32_t sizes : {3U, 40U, 100'000U}) {
+            std::vector<Item> found;
+            for (int i = 0; i < 1500; ++i) found.push_back(file(std::to_string(i), 1 + random() % sizes));
+            options.TOPmaxcount = wanted;
+            read(found);
+            std::stable_sort(found.begin(), found.end(),
+                             [](const Item& a, const Item& b) { return a.facts.size > b.facts.size; });
+            found.resize(std::min<std::size_t>(found.size(), static_cast<std::size_t>(wanted)));
+            Lines expected;
+            for (const Item& item : found) expected.push_back(item.name);
+            EXPECT_EQ(textsOf(top), expected) << wanted << " of " << sizes;
+        }
+    }
+}
+
+TEST_F(Handover, OverrunsTheWantedLengthByAHundredRowsBeforeTheFirstCut) {
+    state.TopMaxCount = 5;
+    for (std::uint64_t i = 1; i <= 105; ++i) offerSize(i);
+    EXPECT_EQ(top.rowCount(), 105U);
+    EXPECT_EQ(state.TopSmallest, SizeValue());
+    offerSize(50);
+    EXPECT_EQ(top.rowCount(), 5U);
+    EXPECT_EQ(state.TopSmallest, SizeValue::fromBytes(101));
+    EXPECT_EQ(state.TopLargest, SizeValue::fromBytes(105));
+    // From here on the list is exact after each file.
+    offerSize(101);
+    EXPECT_EQ(state.TopCount, 106) << "a file of exactly the smallest size stays out";
+    offerSize(103);
+    EXPECT_EQ(state.TopCount, 107);
+    EXPECT_EQ(top.rowCount(), 5U);
+    EXPECT_EQ(state.TopSmallest, SizeValue::fromBytes(102));
+}
+
+TEST_F(Handover, TurnsAnEmptyFileAwayOnceTheListIsFull) {
+    state.TopMaxCount = 2;
+    for (const std::uint64_t size : {0U, 7U, 0U, 8U, 0U}) offerSize(size);
+    EXPECT_EQ(top.rowCount(), 3U);
+}
+
+TEST_F(Handover, CutsByTheOrderThatTheListIsSortedIn) {
+    options.TOPmaxcount = 2;
+    top.levelSort(0) = {"", false, false};
+    read({file("c", 9), file("a", 1), file("b", 2)});
+    EXPECT_EQ(textsOf(top), (Lines{"a", "b"}));
+}
+
+TEST_F(Handover, EndsTheFolderByAFaultWhenAListOfNoLengthIsCut) {
+    options.TOPmaxcount = 0;
+    std::vector<Item> many;
+    for (int i = 0; i < 150; ++i) many.push_back(file("f", 1));
+    read({folder("b", many), folder("c", {file("x", 0)})});
+    EXPECT_EQ(rows(), (Lines{"/s 101 102/2", "  b 101 101/0", "  c 0 1/0"}));
+    EXPECT_EQ(errors.log.size(), 1U);
+    EXPECT_EQ(top.rowCount(), 0U);
+}
+
+TEST_F(Handover, TakesTheGreatestLengthForNoLimit) {
+    options.TOPmaxcount = INT32_MAX;
+    read({file("a", 1), file("b", 2), file("c", 3)});
+    EXPECT_EQ(textsOf(top), (Lines{"c", "b", "a"}));
+    EXPECT_EQ(errors.log.size(), 0U);
+}
+
+TEST_F(Handover, FillsAllCellsOfAFileAlikeInBothLists) {
+    options.CreateListHardlink = 1;
+    Item item = file("x.Tar.gz", 2048, 0x2'80000001, 3);
+    item.facts.attributes = kAttributeHidden | kAttributeReadOnly;
+    item.times = {1000, 2000, 3000};
+    host.type = "Archive";
+    read({file("first", 1), item});
+    for (const Grid* list : {&top, &hardlinks}) {
+        const Row row = list->firstRoot();
+        std::string cells(list->text(row));
+        for (const CellId cell : {kFilePath, kFileType, kFileExt, kFileAttr})
+            cells += ", " + std::string(list->cellText(row, cell));
+        for (const CellId cell : {kFileSize, kFileDate, kFileDateCreated, kFileDateAccessed})
+            cells += ", " + SimpleValue(list->number(row, cell)).text();
+        EXPECT_EQ(cells, "x.Tar.gz, /s/, Archive, GZ, HR, 2048, 1000, 2000, 3000");
+    }
+    EXPECT_EQ(top.number(top.firstRoot(), kFileLinks), 0);
+    EXPECT_EQ(top.cellText(top.firstRoot(), kFileId), "");
+    EXPECT_EQ(hardlinks.number(hardlinks.firstRoot(), kFileLinks), 3);
+    EXPECT_EQ(hardlinks.cellText(hardlinks.firstRoot(), kFileId), "-2147483647-2");
+}
+
+// --- hardlinks and junctions
+
+TEST_F(Handover, WritesAnIdAsTwoSignedNumbers) {
+    const std::map<std::uint64_t, const char*> ids = {{0, "0-0"},
+                                                      {0x7FFFFFFF, "2147483647-0"},
+                                                      {0xFFFFFFFF, "-1-0"},
+                                                      {0x100000005, "5-1"},
+                                                      {UINT64_MAX, "-1--1"}};
+    for (const auto& [inode, id] : ids) EXPECT_EQ(fileId(inode), id);
+}
+
+TEST_F(Handover, ListsEveryNameOfAFileAlsoOneWhoseSizeDoesNotCount) {
+    options.CreateListHardlink = options.AddHardlinksOnlyOnce = 1;
+    read({file("alone", 9, 1, 1), file("one", 5, 2, 3),
+          folder("b", {file("two", 5, 2, 3), file("large", 7, 3, 2)})});
+    EXPECT_EQ(textsOf(hardlinks), (Lines{"large", "one", "two"}));
+    EXPECT_EQ(textsOf(top), (Lines{"alone", "large", "one", "two"}));
+    EXPECT_EQ(hardlinks.cellText(hardlinks.rowAt(2), kFilePath), "/s/b/");
+    EXPECT_EQ(report.number(report.firstRoot(), kSize), 21);
+}
+
+TEST_F(Handover, FillsOnlyTheListsThatAreAskedForAndNoneInASilentRun) {
+    const std::vector<Item> items = {file("f", 5, 2, 2), linkTo("l", "/x"), mountOf("m", "dev")};
+    for (unsigned mask = 0; mask < 16; ++mask) {
+        options.CreateListTOP = mask & 1;
+        options.CreateListHardlink = mask >> 1 & 1;
+        options.CreateListJunction = mask >> 2 & 1;
+        state.SilentRun = (mask & 8) != 0;
+        read(items);
+        EXPECT_EQ(top.rowCount(), state.SilentRun ? 0 : options.CreateListTOP) << mask;
+        EXPECT_EQ(hardlinks.rowCount(), state.SilentRun ? 0 : options.CreateListHardlink) << mask;
+        EXPECT_EQ(junctions.rowCount(), state.SilentRun ? 0 : 2U * options.CreateListJunction) << mask;
+    }
+}
+
+}  // namespace
+}  // namespace hl
