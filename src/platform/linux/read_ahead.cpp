@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <system_error>
 #include <utility>
 
 #include "platform/fault_signals.h"
@@ -311,8 +312,9 @@ std::unique_ptr<Listing> ReadAhead::next() {
             return handOver(front);
         }
         Item* free = front->state == Item::State::kFree ? front : nullptr;
-        // Where reads wait for a disk the walk waits as well, so that the window stays alive meanwhile.
-        if (free == nullptr && mayReadAhead() && slowness_ < kSlownessPerHelper) free = firstFree();
+        // Where reads wait for a disk and helpers take them, the walk waits, so that the window stays alive.
+        const bool waits = slowness_ >= kSlownessPerHelper && helpers_.size() > limits_.helpersWarm;
+        if (free == nullptr && mayReadAhead() && !waits) free = firstFree();
         if (free != nullptr) {
             readItem(takeFrom(free), ownReader_, lock);
         } else if (!waitForFront(lock)) {
@@ -348,9 +350,13 @@ std::unique_ptr<Listing> ReadAhead::handOver(Item* item) {
 
 void ReadAhead::startHelpers() {
     if (blocksRead_ < kBlocksBeforeHelpers || firstFree() == nullptr) return;
-    while (helpers_.size() < wantedHelpers_) {
-        const auto number = static_cast<unsigned>(helpers_.size());
-        helpers_.emplace_back([this, number] { helperLoop(number); });
+    try {
+        while (helpers_.size() < std::min(wantedHelpers_, mostHelpers_)) {
+            const auto number = static_cast<unsigned>(helpers_.size());
+            helpers_.emplace_back([this, number] { helperLoop(number); });
+        }
+    } catch (const std::system_error&) {
+        mostHelpers_ = static_cast<unsigned>(helpers_.size());  // The system gives no more threads.
     }
 }
 
@@ -365,6 +371,7 @@ void ReadAhead::helperLoop(unsigned number) {
     Lock lock(mutex_);
     while (!stopped_) {
         if (number >= wantedHelpers_) {
+            wakeHelper();  // This one may have been woken in the place of another.
             retiredWait_.wait(lock);
             continue;
         }

@@ -107,6 +107,7 @@ class ReadAhead final : public FolderReader {
     bool stopped_ = false;
     int slowness_ = 0;  ///< 0: warm. Each kSlownessPerHelper of it is worth one helper more.
     unsigned wantedHelpers_ = 0;
+    unsigned mostHelpers_ = ~0U;  ///< Fewer once the system refused a thread.
     std::uint64_t blocksRead_ = 0;
     bool mountsKnown_ = false;
     std::vector<Mount> mounts_;
