@@ -55,7 +55,7 @@ struct GridColumn {
 /// How the rows of one level are sorted.
 struct LevelSort {
     std::string key;      ///< Cell to sort by; empty for the row's text.
-    bool numbers = true;  ///< False: as text, without regard to case.
+    bool numbers = true;  ///< A text by the number at its front. False: without regard to case.
     bool descending = true;
 };
 
@@ -71,7 +71,6 @@ class Grid {
     Grid& operator=(const Grid&) = delete;
 
     // --- rows
-    // ---------------------------------------------------------------------------------------------------
     /// Behind the last child of `parent`; a root row for kNoRow. New rows are folded, not selected, picture
     /// 0.
     Row addRow(Row parent, std::string_view text);
@@ -96,7 +95,6 @@ class Grid {
     std::uint32_t level(Row row) const { return tree_.level(row); }
 
     // --- what a row shows
-    // ---------------------------------------------------------------------------------------
     std::string_view text(Row row) const { return texts_.get(text_[row]); }
     void setText(Row row, std::string_view text);
     std::string_view rowNote(Row row) const;
@@ -111,7 +109,6 @@ class Grid {
     void setBackColor(Row row, std::uint32_t color);
 
     // --- cells
-    // --------------------------------------------------------------------------------------------------
     CellId cell(std::string_view key) const { return cells_.find(key); }
     double number(Row row, CellId cell) const { return cells_.number(row, cell); }
     void setNumber(Row row, CellId cell, double value);
@@ -120,7 +117,6 @@ class Grid {
     const CellTable& cells() const { return cells_; }
 
     // --- state
-    // --------------------------------------------------------------------------------------------------
     bool expanded(Row row) const { return (flags_[row] & kExpanded) != 0; }
     void setExpanded(Row row, bool on);
     bool selected(Row row) const { return selected_.contains(row); }
@@ -141,14 +137,12 @@ class Grid {
     void setRedraw(bool on);
 
     // --- columns
-    // ------------------------------------------------------------------------------------------------
     const std::vector<GridColumn>& columns() const { return columns_; }
     void setColumns(std::vector<GridColumn> columns);
     /// REQUIRES: the column exists.
     GridColumn& changeColumn(std::size_t column);
 
     // --- sort and search
-    // ----------------------------------------------------------------------------------------
     /// Levels from kSortLevels - 1 on share the last setting.
     LevelSort& levelSort(std::uint32_t level) {
         return sorts_[std::min<std::size_t>(level, kSortLevels - 1)];
@@ -161,7 +155,6 @@ class Grid {
     Row find(std::string_view part, std::size_t from, std::size_t to) const;
 
     // --- observer
-    // -----------------------------------------------------------------------------------------------
     /// One at a time; null takes it away. Must outlive its being attached.
     void attach(GridObserver* observer) {
         observer_ = observer;

@@ -1,5 +1,7 @@
 // Sorting level by level, and searching.
 #include <algorithm>
+#include <charconv>
+#include <functional>
 #include <utility>
 
 #include "base/text.h"
@@ -20,6 +22,13 @@ bool sortKeyed(std::vector<std::pair<Key, Row>>& keyed, bool descending, Less le
     return true;
 }
 
+// A text sorted as a number: what stands at its front, 0 where that is no number.
+double leadingNumber(std::string_view text) {
+    double value = 0;
+    std::from_chars(text.data(), text.data() + text.size(), value);
+    return value;
+}
+
 template <class Key>
 std::vector<Row> rowsOf(const std::vector<std::pair<Key, Row>>& keyed) {
     std::vector<Row> rows;
@@ -33,18 +42,20 @@ std::vector<Row> rowsOf(const std::vector<std::pair<Key, Row>>& keyed) {
 void Grid::sortChildren(Row parent, const LevelSort& sort, CellId cell) {
     const Row first = firstChild(parent);
     if (first == kNoRow || nextSibling(first) == kNoRow) return;
-    const bool byText = cell == kNoCell || cells_.isText(cell);
-    if (byText) {
-        std::vector<std::pair<std::string_view, Row>> keyed;
-        for (Row row = first; row != kNoRow; row = nextSibling(row))
-            keyed.emplace_back(cell == kNoCell ? text(row) : cellText(row, cell), row);
-        const auto less = [](std::string_view a, std::string_view b) { return compareFolded(a, b) < 0; };
+    const auto sortBy = [&](auto keyOf, auto less) {
+        std::vector<std::pair<decltype(keyOf(first)), Row>> keyed;
+        for (Row row = first; row != kNoRow; row = nextSibling(row)) keyed.emplace_back(keyOf(row), row);
         if (sortKeyed(keyed, sort.descending, less)) tree_.reorder(parent, rowsOf(keyed));
+    };
+    const auto textOf = [&](Row row) { return cell == kNoCell ? text(row) : cellText(row, cell); };
+    const bool isText = cell == kNoCell || cells_.isText(cell);
+    const auto folded = [](std::string_view a, std::string_view b) { return compareFolded(a, b) < 0; };
+    if (!isText) {
+        sortBy([&](Row row) { return number(row, cell); }, std::less<double>());
+    } else if (sort.numbers) {
+        sortBy([&](Row row) { return leadingNumber(textOf(row)); }, std::less<double>());
     } else {
-        std::vector<std::pair<double, Row>> keyed;
-        for (Row row = first; row != kNoRow; row = nextSibling(row))
-            keyed.emplace_back(number(row, cell), row);
-        if (sortKeyed(keyed, sort.descending, std::less<double>())) tree_.reorder(parent, rowsOf(keyed));
+        sortBy(textOf, folded);
     }
 }
 

@@ -2,27 +2,18 @@
 
 #include <gtest/gtest.h>
 #include <signal.h>
-#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <filesystem>
 
-#include "app/watched_files.h"
-#include "support/temp_dir.h"
-#include "support/whole_files.h"
+#include "app/settings_fixture.h"
 
 namespace hl {
 namespace {
 
-class Settings : public testing::Test {
-  protected:
-    test::TempDir dir;
-    test::WatchedFiles files;
-    std::string path = dir.path() + "/Harborlantern.ini";
-    SettingsStore store{files, path};
-};
+class Settings : public test::SettingsFixture {};
 
 TEST_F(Settings, GiveDefaultsWhereThereIsNoFileAndMakeNone) {
     EXPECT_EQ(store.GetSettings("Optionen", "FontSize", 8.25F), "8.25");
@@ -38,11 +29,13 @@ TEST_F(Settings, AreWrittenOnlyWhereSomethingChanges) {
     EXPECT_EQ(files.replacements, 1);
 }
 
-TEST_F(Settings, GoToTheFileThatACallNames) {
-    const std::string other = dir.path() + "/other.ini";
+TEST_F(Settings, GoToTheFileThatACallNamesOrAreLostInSilence) {
+    const std::string other = dir.path() + "/other.ini", nowhere = dir.path() + "/missing/other.ini";
     store.StoreSettings("S", "k", "here", other);
     EXPECT_EQ(store.GetSettings("S", "k", "", other), "here");
     EXPECT_EQ(store.GetSettings("S", "k", "not there"), "not there");
+    store.StoreSettings("S", "k", "v", nowhere);
+    EXPECT_EQ(store.GetSettings("S", "k", "default", nowhere), "default");
 }
 
 TEST_F(Settings, AreNotOverwrittenWhereTheyCannotBeRead) {
@@ -51,12 +44,6 @@ TEST_F(Settings, AreNotOverwrittenWhereTheyCannotBeRead) {
     store.StoreSettings("S", "k", "v");
     EXPECT_EQ(test::contentOf(path), "[S]\r\nprecious=1\r\n");
     EXPECT_EQ(files.replacements, 0);
-}
-
-TEST_F(Settings, AreLostInSilenceWhereTheyCannotBeWritten) {
-    SettingsStore nowhere(files, dir.path() + "/missing/Harborlantern.ini");
-    nowhere.StoreSettings("S", "k", "v");
-    EXPECT_EQ(nowhere.GetSettings("S", "k", "default"), "default");
 }
 
 TEST_F(Settings, KeepANumberedListUntilTheFirstGap) {

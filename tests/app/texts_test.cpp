@@ -6,64 +6,47 @@
 #include <optional>
 
 #include "app/product.h"
-#include "app/watched_files.h"
+#include "app/settings_fixture.h"
 #include "base/text.h"
-#include "robustness/fakes.h"
-#include "support/temp_dir.h"
-#include "support/whole_files.h"
 
 namespace hl {
 namespace {
 
-class TextsOf : public testing::Test {
+class TextsOf : public test::SettingsFixture {
   protected:
     void library(const std::string& name, std::string_view content) {
         test::writeFile(programFolder.path() + "/" + name, content);
     }
     void stored(const std::string& language) {
-        test::writeFile(iniPath, "[Allgemein]\r\nLang=" + language + "\r\n");
+        test::writeFile(path, "[Allgemein]\r\nLang=" + language + "\r\n");
     }
     std::string storedNow() { return store.GetSettings("Allgemein", "Lang", "none"); }
 
     Texts& start(const std::string& locale, const std::string& commandLine = "", bool persist = true) {
         texts.emplace(files, store, diagnostics,
-                      TextSources{settingsFolder.path(), programFolder.path(), commandLine, locale});
+                      TextSources{dir.path(), programFolder.path(), commandLine, locale});
         texts->Init_Sprache("", std::string(kTranslatorFileName), persist);
         texts->Init_Textbausteine();
         return *texts;
-    }
-    void translatorFile(const std::string& content) {
-        test::writeFile(settingsFolder.path() + "/HarborlanternTL.txt", content);
     }
     Texts& english(const std::string& text) {
         library("eng.dll", "[1]\nen=" + text + "\n");
         return start("en_US");
     }
 
-    test::TempDir settingsFolder, programFolder;
-    std::string iniPath = settingsFolder.path() + "/Harborlantern.ini";
-    test::WatchedFiles files;
-    SettingsStore store{files, iniPath};
-    AppFacts app;
-    test::FakeSystemFacts system;
-    test::FakeErrorSink sink;
-    Diagnostics diagnostics{app, system, sink};
+    test::TempDir programFolder;
     std::optional<Texts> texts;
 };
 
-TEST_F(TextsOf, AFrenchSystemAreEnglishFromThenOn) {
+TEST_F(TextsOf, TheSystemsLanguageAreThatOfEveryLaterStart) {
     library("eng.dll", "[1]\nen=Save\n");
     EXPECT_EQ(start("fr_FR.UTF-8").TL(1, "Speichern"), "Save");
+    EXPECT_EQ(start("de_DE.UTF-8").languageId(), kEnglish);
     EXPECT_EQ(storedNow(), "9");
-    EXPECT_EQ(start("de_DE.UTF-8").languageId(), kEnglish) << "what was found at first stays";
-    EXPECT_EQ(files.replacements, 1);
-}
-
-TEST_F(TextsOf, AGermanSystemNeedNoFile) {
-    const Texts& german = start("de_DE.UTF-8");
-    EXPECT_EQ(german.languageId(), kGerman);
-    EXPECT_EQ(german.TL(1, "Speichern"), "Speichern");
-    EXPECT_EQ(german.homepage(), kHomepageGerman);
+    EXPECT_EQ(files.replacements, 1) << "what does not change is not written";
+    std::filesystem::remove(path);
+    EXPECT_EQ(start("de_DE.UTF-8").TL(1, "Speichern"), "Speichern");
+    EXPECT_EQ(texts->homepage(), kHomepageGerman);
     EXPECT_EQ(storedNow(), "7");
 }
 
@@ -94,14 +77,14 @@ TEST_F(TextsOf, EachLanguageComeFromItsOwnLibraryAndTheSettingsFolderFirst) {
     library("swe.dll", "[1]\nen=Save\nsv=Packaged\n");
     stored("29");
     EXPECT_EQ(start("").TL(1, "Speichern"), "Packaged");
-    test::writeFile(settingsFolder.path() + "/swe.dll", "[1]\nsv=Mine\n");
+    test::writeFile(dir.path() + "/swe.dll", "[1]\nsv=Mine\n");
     EXPECT_EQ(start("").TL(1, "Speichern"), "Mine");
     EXPECT_EQ(storedNow(), "29");
 }
 
 TEST_F(TextsOf, AStartThatDoesNotPersistStoreNothing) {
     start("de_DE", "", false);
-    EXPECT_FALSE(std::filesystem::exists(iniPath));
+    EXPECT_FALSE(std::filesystem::exists(path));
 }
 
 TEST_F(TextsOf, ABadNumberOfALanguageAreReportedAndGerman) {
@@ -116,18 +99,14 @@ TEST_F(TextsOf, ABadNumberOfALanguageAreReportedAndGerman) {
 }
 
 TEST_F(TextsOf, AllLanguagesTakeTheirArguments) {
-    const struct {
-        const char *text, *first, *second, *result;
-    } cases[] = {{"%1 von %2", "3", "x", "3 von x"},
-                 {"%1 und %1", "a", "", "a und a"},
-                 {"%1 %2", "%2", "b", "b b"},
-                 {"%1 %2", "b", "%1", "b %1"},
-                 {"zwei%!Zeilen", "", "", "zwei\r\nZeilen"},
-                 {"%1", "%!", "", "%!"},
-                 {"%10", "a", "", "a0"},
-                 {"100 %", "", "", "100 %"}};
-    for (const auto& c : cases) EXPECT_EQ(start("de_DE").TL(1, c.text, {c.first, c.second}), c.result);
+    const std::array<const char*, 4> cases[] = {{"%1 %2", "3", "x", "3 x"},  {"%1-%1", "a", "", "a-a"},
+                                                {"%1 %2", "%2", "b", "b b"}, {"%1 %2", "b", "%1", "b %1"},
+                                                {"a%!b", "", "", "a\r\nb"},  {"%1", "%!", "", "%!"},
+                                                {"%10", "a", "", "a0"},      {"100 %", "", "", "100 %"}};
+    for (const auto& [text, first, second, result] : cases)
+        EXPECT_EQ(start("de_DE").TL(1, text, {first, second}), result);
     EXPECT_EQ(start("de_DE").TL(1, "%1 %2", {3}), "3 %2");
+    stored("9");
     EXPECT_EQ(english("%2 of %1%!").TL(1, "%1 %2", {"a", "b"}), "b of a\r\n");
 }
 
@@ -141,33 +120,28 @@ TEST_F(TextsOf, ALibraryAreCutAtNulAndAtTheirLongest) {
 }
 
 TEST_F(TextsOf, IdsThatNoTextHasAreTheDefault) {
-    const Texts& texts1 = english("Save");
-    for (const int id : {0, -1, 2, 2147483647}) EXPECT_EQ(texts1.TL(id, "Vorgabe"), "Vorgabe") << id;
+    const Texts& some = english("Save");
+    for (const int id : {0, -1, 2, 2147483647}) EXPECT_EQ(some.TL(id, "Vorgabe"), "Vorgabe") << id;
     for (const char* id : {"", "x", "0", "-1", "2", "99999999999999999999"})
-        EXPECT_EQ(texts1.TranslateControlText(id), "") << id;
-    EXPECT_EQ(texts1.TranslateControlText("1"), "Save");
+        EXPECT_EQ(some.TranslateControlText(id), "") << id;
+    EXPECT_EQ(some.TranslateControlText("1"), "Save");
 }
 
 TEST_F(TextsOf, TheTranslatorsFileAreShownInGermanTooWhenAsked) {
-    translatorFile("# a list\n1,Speichern,\"Save, please\"\n1,Speichern,Store\n2,Leer,\nabc,x,nobody\n");
+    test::writeFile(dir.path() + "/HarborlanternTL.txt",
+                    "# a list\n1,Speichern,\"Save, please\"\n1,Speichern,Store\n2,Leer,\nabc,x,nobody\n");
     EXPECT_EQ(start("de_DE", "-tlmodus").TL(1, "Speichern"), "Speichern");
     Texts& translated = start("de_DE", "\"/a\" -TLMODUS");
     EXPECT_TRUE(translated.translatorMode());
-    EXPECT_EQ(translated.languageId(), kGerman);
     EXPECT_EQ(translated.TL(1, "Speichern"), "Store") << "the later of two counts";
     EXPECT_EQ(translated.TL(2, "Leer"), "Leer");
     EXPECT_EQ(translated.TL(0, "Null"), "Null");
     EXPECT_EQ(translated.TranslateControlText("1") + translated.TranslateControlText("2"), "Store");
 
-    test::writeFile(settingsFolder.path() + "/other.txt", "2,b,zwei\n");
-    translated.LoadTextFromFile(settingsFolder.path() + "/other.txt");
-    translated.LoadTextFromFile(settingsFolder.path() + "/missing.txt");
+    test::writeFile(dir.path() + "/other.txt", "2,b,zwei\n");
+    translated.LoadTextFromFile(dir.path() + "/other.txt");
+    translated.LoadTextFromFile(dir.path() + "/missing.txt");
     EXPECT_EQ(translated.TL(1, "a") + translated.TL(2, "b"), "azwei");
-}
-
-TEST_F(TextsOf, ATranslatorWithoutAFileAreGerman) {
-    library("eng.dll", "[1]\nen=Save\n");
-    EXPECT_EQ(start("en_US", "-TLMODUS").TL(1, "Speichern"), "Speichern");
 }
 
 }  // namespace

@@ -2,25 +2,16 @@
 
 #include <gtest/gtest.h>
 
-#include "app/watched_files.h"
+#include "app/settings_fixture.h"
 #include "base/text.h"
-#include "robustness/fakes.h"
-#include "support/temp_dir.h"
 
 namespace hl {
 namespace {
 
-class Usage : public testing::Test {
+class Usage : public test::SettingsFixture {
   protected:
     Usage() { english.Init_Sprache("", "", false); }
 
-    test::TempDir dir;
-    test::WatchedFiles files;
-    SettingsStore store{files, dir.path() + "/Harborlantern.ini"};
-    AppFacts app;
-    test::FakeSystemFacts system;
-    test::FakeErrorSink sink;
-    Diagnostics diagnostics{app, system, sink};
     Texts german{files, store, diagnostics, {}};
     Texts english{files, store, diagnostics, {dir.path(), HARBORLANTERN_SOURCE_DIR "/lang", "", "en_GB"}};
 };

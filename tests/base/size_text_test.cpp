@@ -22,20 +22,15 @@ TEST(Units, BelongToTheModesThatHaveOne) {
 }
 
 TEST(FormatSizeForMode, WritesEachModeInItsUnit) {
-    const struct {
-        std::uint64_t size;
-        int mode;
-        bool withUnit, shortBytes;
-        const char* text;
-    } cases[] = {{0, 0, true, false, "0 Bytes"},     {5120, 0, true, true, "5,120 BS"},
-                 {5120, 0, false, true, "5,120"},    {1536, 1, true, true, "1.50 KB"},
-                 {1536, 1, false, false, "1.50"},    {kMB, 2, true, false, "1.00 MB"},
-                 {kGB, 3, true, false, "1.00 GB"},   {5 * kTB, 5, true, false, "5.00 TB"},
-                 {1536, 6, true, false, ""},         {1536, -1, true, false, ""},
-                 {1025, 4, false, false, "1.00 KB"}, {1024, 4, false, true, "1,024 BS"}};
-    for (const auto& c : cases)
-        EXPECT_EQ(FormatSizeForMode(c.mode, bytes(c.size), c.withUnit, c.shortBytes, kEnglish), c.text)
-            << c.mode << " " << c.size;
+    const std::tuple<std::uint64_t, int, bool, bool, const char*> cases[] = {
+        {0, 0, true, false, "0 Bytes"},     {5120, 0, true, true, "5,120 BS"},
+        {5120, 0, false, true, "5,120"},    {1536, 1, true, true, "1.50 KB"},
+        {1536, 1, false, false, "1.50"},    {kMB, 2, true, false, "1.00 MB"},
+        {kGB, 3, true, false, "1.00 GB"},   {5 * kTB, 5, true, false, "5.00 TB"},
+        {1536, 6, true, false, ""},         {1536, -1, true, false, ""},
+        {1025, 4, false, false, "1.00 KB"}, {1024, 4, false, true, "1,024 BS"}};
+    for (const auto& [size, mode, withUnit, shortBytes, text] : cases)
+        EXPECT_EQ(FormatSizeForMode(mode, bytes(size), withUnit, shortBytes, kEnglish), text);
 }
 
 TEST(FormatSizeAuto, ChoosesTheUnitAsTheDynamicModeAndTerabytesToo) {
@@ -54,39 +49,28 @@ TEST(FormatSizeAuto, ChoosesTheUnitAsTheDynamicModeAndTerabytesToo) {
 TEST(FormatViewSize, PadsToTheWidthOfTheModeAndNeverCuts) {
     const char* texts[] = {"", "      5,242,880", "         5,120.00", "         5.00", "     0.00", "", ""};
     for (int mode = -1; mode <= 5; ++mode)
-        EXPECT_EQ(formatViewSize(mode, bytes(5'242'880), false, true, false, kEnglish), texts[mode + 1])
-            << mode;
+        EXPECT_EQ(formatViewSize(mode, bytes(5'242'880), false, true, false, kEnglish), texts[mode + 1]);
     EXPECT_EQ(formatViewSize(3, bytes(kGB), true, true, false, kEnglish), "  1.00 GB");
     EXPECT_EQ(formatViewSize(3, bytes(900'000'000'000'000), false, true, false, kEnglish), "838,190.32");
 }
 
 TEST(FormatViewSize, AppendsBytesOnlyWhenBothFlagsAskForIt) {
-    const struct {
-        int mode;
-        bool withUnit, withBytesUnit;
-        const char* text;
-    } cases[] = {{0, true, true, "2,048 Bytes"}, {0, true, false, "2,048"}, {0, false, true, "2,048"},
-                 {1, true, false, "2.00 KB"},    {1, false, true, "2.00"},  {3, true, false, "0.00 GB"}};
-    for (const auto& c : cases)
-        EXPECT_EQ(formatViewSize(c.mode, bytes(2048), c.withUnit, false, c.withBytesUnit, kEnglish), c.text);
+    const std::tuple<int, bool, bool, const char*> cases[] = {
+        {0, true, true, "2,048 Bytes"}, {0, true, false, "2,048"}, {0, false, true, "2,048"},
+        {1, true, false, "2.00 KB"},    {1, false, true, "2.00"},  {3, true, false, "0.00 GB"}};
+    for (const auto& [mode, withUnit, withBytesUnit, text] : cases)
+        EXPECT_EQ(formatViewSize(mode, bytes(2048), withUnit, false, withBytesUnit, kEnglish), text);
 }
 
 TEST(FileSizeWithSpacer, PadsInCharactersEachModeWithOrWithoutDecimals) {
-    const struct {
-        int mode;
-        std::uint64_t size;
-        std::size_t width;
-        bool withUnit;
-        int decimals;
-        const char* text;
-    } cases[] = {{0, 12345, 8, false, 1, "  12,345"}, {0, 12, 0, true, 0, "12 Bytes"},
-                 {0, 12345, 4, false, 0, "12,345"},   {1, 1536, 8, false, 1, "    1.50"},
-                 {1, 1536, 8, false, 0, "       2"},  {1, 1536, 8, false, 2, "       2"},
-                 {3, kGB, 0, true, 0, "1 GB"},        {5, kTB, 9, true, 1, "  1.00 TB"},
-                 {4, 1536, 3, true, 1, "   "},        {7, 1536, 0, true, 1, ""}};
-    for (const auto& c : cases)
-        EXPECT_EQ(xFormatFileSizeWithSpacer(c.mode, bytes(c.size), c.width, c.withUnit, c.decimals, kEnglish),
-                  c.text);
+    const std::tuple<int, std::uint64_t, std::size_t, bool, int, const char*> cases[] = {
+        {0, 12345, 8, false, 1, "  12,345"}, {0, 12, 0, true, 0, "12 Bytes"},
+        {0, 12345, 4, false, 0, "12,345"},   {1, 1536, 8, false, 1, "    1.50"},
+        {1, 1536, 8, false, 0, "       2"},  {1, 1536, 8, false, 2, "       2"},
+        {3, kGB, 0, true, 0, "1 GB"},        {5, kTB, 9, true, 1, "  1.00 TB"},
+        {4, 1536, 3, true, 1, "   "},        {7, 1536, 0, true, 1, ""}};
+    for (const auto& [mode, size, width, withUnit, decimals, text] : cases)
+        EXPECT_EQ(xFormatFileSizeWithSpacer(mode, bytes(size), width, withUnit, decimals, kEnglish), text);
     EXPECT_EQ(xFormatFileSizeWithSpacer(0, bytes(1234567), 12, false, 0, {"\u00A0", ","}),
               "   1\u00A0234\u00A0567");
 }
@@ -98,11 +82,9 @@ TEST(FileAttribute, WritesItsLettersInAFixedOrderAndBracketsOnlyThem) {
         {0x100, "T"}, {0x800, "C"}, {0x1000, "O"}, {0x2000, "I"},
         {0x200, "P"}, {0x80, ""},   {0x23, "AHR"}, {~0U >> 1, "ASHRELTCOIP"},
         {~0U, ""}};
-    for (const auto& [bits, letters] : cases) {
-        EXPECT_EQ(xFormatFileAttribute(bits, false, "x"), letters) << bits;
-        const std::string bracketed = *letters == '\0' ? "" : "x<" + std::string(letters) + ">";
-        EXPECT_EQ(xFormatFileAttribute(bits, true, "x"), bracketed) << bits;
-    }
+    for (const auto& [bits, letters] : cases) EXPECT_EQ(xFormatFileAttribute(bits, false, "x"), letters);
+    EXPECT_EQ(xFormatFileAttribute(0x23, true, "x"), "x<AHR>");
+    EXPECT_EQ(xFormatFileAttribute(0x10, true, "x"), "");
 }
 
 }  // namespace

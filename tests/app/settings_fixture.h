@@ -1,0 +1,28 @@
+// A settings file in a folder of its own, the program's files watched, and errors kept to be looked at.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "app/settings.h"
+#include "app/watched_files.h"
+#include "robustness/fakes.h"
+#include "support/temp_dir.h"
+#include "support/whole_files.h"
+
+namespace hl::test {
+
+class SettingsFixture : public testing::Test {
+  protected:
+    TempDir dir;
+    std::string path = dir.path() + "/Harborlantern.ini";
+    WatchedFiles files;
+    SettingsStore store{files, path};
+    AppFacts app;
+    FakeSystemFacts system;
+    FakeErrorSink sink;
+    Diagnostics diagnostics{app, system, sink};
+};
+
+}  // namespace hl::test
