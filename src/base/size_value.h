@@ -39,13 +39,13 @@ class SizeValue {
     }
     friend SizeValue operator+(SizeValue a, SizeValue b) { return a += b; }
     friend SizeValue operator-(SizeValue a, SizeValue b) { return a -= b; }
-    friend constexpr auto operator<=>(SizeValue, SizeValue) = default;
+    friend constexpr auto operator<=>(SizeValue, SizeValue) = default;  // NOLINT(modernize-use-nullptr)
 
     /// Whole bytes, the fraction cut off.
     constexpr std::int64_t bytes() const { return raw_ / kScale; }
     /// As a grid cell holds it.
     constexpr double asDouble() const {
-        return static_cast<double>(raw_ / kScale) + static_cast<double>(raw_ % kScale) / kScale;
+        return static_cast<double>(bytes()) + static_cast<double>(raw_ % kScale) / double{kScale};
     }
 
   private:

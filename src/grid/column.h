@@ -13,7 +13,7 @@ namespace hl {
 template <class T>
 class Column {
   public:
-    static constexpr std::size_t kBlockBits = 10;
+    static constexpr std::size_t kBlockBits = 8;
     static constexpr std::size_t kBlockRows = std::size_t{1} << kBlockBits;
 
     /// REQUIRES: ensure(row) was called for this row or a later one.

@@ -39,7 +39,8 @@ Row Grid::addRow(Row parent, TextRef text) {
 void Grid::forget(const std::vector<Row>& removed) {
     for (const Row row : removed) {
         wasteBytes_ += text(row).size() + rowNote(row).size();
-        for (CellId cell = 0; cell < cells_.count(); ++cell) wasteBytes_ += cellText(row, cell).size();
+        for (std::size_t cell = 0; cell < cells_.count(); ++cell)
+            wasteBytes_ += cellText(row, static_cast<CellId>(cell)).size();
         if (!notes_.empty()) notes_.erase(row);
         if (!selected_.empty()) selected_.erase(row);
         if (bar_.valueOr(row, 0) != 0) bar_[row] = 0;
@@ -61,8 +62,10 @@ void Grid::packTexts() {
     TextStore packed;
     for (Row row = firstRoot(); row != kNoRow; row = tree_.following(row)) {
         text_[row] = packed.add(text(row));
-        for (CellId cell = 0; cell < cells_.count(); ++cell)
+        for (std::size_t i = 0; i < cells_.count(); ++i) {
+            const auto cell = static_cast<CellId>(i);
             if (cells_.isText(cell)) cells_.setText(row, cell, packed.add(cellText(row, cell)));
+        }
     }
     for (auto& [row, note] : notes_) note = packed.add(texts_.get(note));
     std::swap(texts_, packed);

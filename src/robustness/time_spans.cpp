@@ -8,7 +8,7 @@ namespace hl {
 
 namespace {
 
-constexpr std::uint64_t kDay = 24 * 60 * 60;
+constexpr std::uint64_t kDay = 86'400;
 constexpr std::uint64_t kDaysOfYear = 365;
 
 std::string twoDigits(std::uint64_t value) {

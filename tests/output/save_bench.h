@@ -47,17 +47,13 @@ struct SaveBench {
         return bilder;
     }
     /// A folder in a folder in a folder, `count` of them.
-    Row chain(std::size_t count) {
-        const Row root = folder(kNoRow, "/c", 1024, 1, 1);
-        for (Row row = root; count > 1; --count) row = folder(row, "f", 1024, 1, 1);
-        return root;
-    }
-    void expandAll() {
-        for (std::size_t i = 0; i < grid.rowCount(); ++i) grid.setExpanded(grid.rowAt(i), true);
+    void chain(std::size_t count) {
+        for (Row row = folder(kNoRow, "/c", 1024, 1, 1); count > 1; --count)
+            row = folder(row, "f", 1024, 1, 1);
     }
 
     SaveServices services() {
-        return {grid,  options, texts->texts, numbers, *files, texts->diagnostics,
+        return {grid,  options, texts->texts, numbers, texts->files, texts->diagnostics,
                 state, *pump,   paths,        dialog};
     }
     std::string pathOf(const std::string& name) const { return texts->dir.path() + "/" + name; }
@@ -73,12 +69,10 @@ struct SaveBench {
     }
     void english() {
         texts = std::make_unique<TestTexts>("en_US.UTF-8");
-        files = &texts->files;
         numbers = numberFormatOf("en_US.UTF-8");
     }
 
     std::unique_ptr<TestTexts> texts = std::make_unique<TestTexts>();
-    Files* files = &texts->files;
     Options options;
     NumberFormat numbers = numberFormatOf("de_DE.UTF-8");
     PathRules paths = kPosixPaths;

@@ -148,7 +148,7 @@ TEST_F(Driver, StartsEachSourceWithEmptyListsAndNoFileSeen) {
     EXPECT_EQ(roots(), (Lines{"/a 5 2/2", "/q 5 2/2"})) << "a file counts once in each";
     EXPECT_EQ(top.rowCount(), 2U);
     EXPECT_EQ(hardlinks.rowCount(), 2U);
-    EXPECT_EQ(textsOf(junctions), (Lines{"/q/m", "/q/l"}));
+    EXPECT_EQ(textsOf(junctions), (Lines{"/q/l", "/q/m"}));
     EXPECT_EQ(callsOf("+title 2 größten Dateien von '/q/'"), 1U);
     EXPECT_EQ(state.TopCount, 2);
     EXPECT_EQ(state.SeenLinkIds.Count(), 0);

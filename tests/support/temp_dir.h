@@ -11,12 +11,11 @@ namespace hl::test {
 
 class TempDir {
   public:
-    /// Below `base`, or TMPDIR, or /tmp.
+    /// Below `base`; where that is none or takes no folder, below TMPDIR or /tmp.
     explicit TempDir(std::string_view base = {}) {
         const char* tmp = getenv("TMPDIR");
-        path_ = base.empty() ? std::string(tmp != nullptr ? tmp : "/tmp") : std::string(base);
-        path_ += "/harborlantern-test.XXXXXX";
-        if (mkdtemp(path_.data()) == nullptr) abort();
+        if (!base.empty() && make(base)) return;
+        if (!make(tmp != nullptr ? tmp : "/tmp")) abort();
     }
     ~TempDir() {
         std::error_code ignored;
@@ -28,6 +27,11 @@ class TempDir {
     const std::string& path() const { return path_; }
 
   private:
+    bool make(std::string_view above) {
+        path_ = std::string(above) + "/harborlantern-test.XXXXXX";
+        return mkdtemp(path_.data()) != nullptr;
+    }
+
     std::string path_;
 };
 

@@ -29,33 +29,23 @@ TEST_F(CellText, OfTheReportFollowsTheUnit) {
     Grid grid(kFolderCells);
     Init_Tree(grid, options, texts.texts);
     const Row row = grid.addRow(kNoRow, "/srv/a\nb\xFF");
-    grid.setNumber(row, kSize, 1288490188);
-    grid.setNumber(row, kPercent, 12.35);
-    grid.setNumber(row, kFiles, 1234567);
     EXPECT_EQ(of(grid, row, kReportName),
               "/srv/a\xE2\x90\x8A"
               "b\xEF\xBF\xBD");
-    EXPECT_EQ(of(grid, row, kReportSize), "1.288.490.188");
-    EXPECT_EQ(of(grid, row, kReportPercent), "12%");
-    EXPECT_EQ(of(grid, row, kReportFiles), "1.234.567");
-    EXPECT_EQ(of(grid, row, kReportFolders), "") << "no folders: nothing";
-
-    options.FileSizeFormat = 2;
-    options.SizeFormatNachkommastellenFolders = 1;
-    Report_Set_SizeFormat(grid, options, texts.texts);
-    EXPECT_EQ(of(grid, row, kReportSize), "1.228,80");
-    EXPECT_EQ(of(grid, row, kReportPercent), "12,35%");
-    options.SizeFormatNachkommastellenFolders = 0;
-    Report_Set_SizeFormat(grid, options, texts.texts);
-    EXPECT_EQ(of(grid, row, kReportSize), "1.229");
-}
-
-TEST_F(CellText, OfNothingIsEmptyForSizesAndZeroForShares) {
-    Grid grid(kFolderCells);
-    Init_Tree(grid, options, texts.texts);
-    const Row row = grid.addRow(kNoRow, "/srv");
-    EXPECT_EQ(of(grid, row, kReportSize), "");
+    EXPECT_EQ(of(grid, row, kReportSize) + of(grid, row, kReportFolders), "") << "0 shows nothing";
     EXPECT_EQ(of(grid, row, kReportPercent), "0%");
+    grid.setNumber(row, kSize, 1288490188);
+    grid.setNumber(row, kPercent, 12.35);
+    grid.setNumber(row, kFiles, 1234567);
+    EXPECT_EQ(of(grid, row, kReportSize), "1.288.490.188");
+    EXPECT_EQ(of(grid, row, kReportFiles), "1.234.567");
+    const std::pair<Flag, std::string> cases[] = {{1, "1.228,80 12,35%"}, {0, "1.229 12%"}};
+    for (const auto& [decimals, text] : cases) {
+        options.FileSizeFormat = 2;
+        options.SizeFormatNachkommastellenFolders = decimals;
+        Report_Set_SizeFormat(grid, options, texts.texts);
+        EXPECT_EQ(of(grid, row, kReportSize) + " " + of(grid, row, kReportPercent), text);
+    }
 }
 
 TEST_F(CellText, OfADateIsLocalTimeAndEmptyWhereThereIsNone) {
@@ -76,40 +66,29 @@ TEST_F(CellText, OfADateIsLocalTimeAndEmptyWhereThereIsNone) {
     EXPECT_EQ(of(grid, row, kTopDateAccessed), "") << "not set";
 }
 
-TEST_F(CellText, OfTextsIsWhatTheyHold) {
+TEST_F(CellText, OfTextsIsWhatTheyHoldAndEmptyForACellThatTheGridDoesNotHave) {
     Grid grid(kFileCells);
     Init_HardlinksList(grid, options, texts.texts);
     const Row row = grid.addRow(kNoRow, "file");
     grid.setCellText(row, kFilePath, "/srv/\x1b[31m/");
     grid.setNumber(row, kFileLinks, 1234);
     EXPECT_EQ(of(grid, row, kHardlinksPath), "/srv/\xE2\x90\x9B[31m/");
-    EXPECT_EQ(of(grid, row, kHardlinksId), "");
     EXPECT_EQ(of(grid, row, kHardlinksLinks), "1234") << "no mask, no separators";
+    grid.changeColumn(kHardlinksLinks).key = "unknown";
+    EXPECT_EQ(of(grid, row, kHardlinksLinks), "");
 }
 
-TEST_F(CellText, OfAJunctionsKindIsAWord) {
+TEST_F(CellText, OfAJunctionsKindIsAWordOrEmptyWhereTheMaskHasNone) {
     Grid grid(kJunctionCells);
     Init_JunctionList(grid, texts.texts);
     const Row row = grid.addRow(kNoRow, "/srv/link");
     EXPECT_EQ(of(grid, row, kJunctionListType), "Symbolischer Link");
     grid.setNumber(row, kJunctionType, 1);
     EXPECT_EQ(of(grid, row, kJunctionListType), "Abzweigungspunkt");
-}
-
-TEST_F(CellText, OfAMaskWithTooFewSectionsIsEmptyForTheRest) {
-    Grid grid(kJunctionCells);
-    Init_JunctionList(grid, texts.texts);
     grid.changeColumn(kJunctionListType).mask = "one;";
-    const Row row = grid.addRow(kNoRow, "/srv/link");
-    EXPECT_EQ(of(grid, row, kJunctionListType), "");
-    grid.setNumber(row, kJunctionType, 1);
     EXPECT_EQ(of(grid, row, kJunctionListType), "one");
-}
-
-TEST_F(CellText, OfACellThatTheGridDoesNotHaveIsEmpty) {
-    Grid grid(kFolderCells);
-    grid.setColumns({{.title = "Links", .key = "links", .mask = ""}});
-    EXPECT_EQ(of(grid, grid.addRow(kNoRow, "a"), 0), "");
+    grid.setNumber(row, kJunctionType, 0);
+    EXPECT_EQ(of(grid, row, kJunctionListType), "");
 }
 
 }  // namespace

@@ -33,9 +33,9 @@ namespace hl {
 namespace {
 
 constexpr unsigned kPatienceSeconds = 5;
-constexpr std::uintptr_t kNearStack = 64 * 1024;
+constexpr std::uintptr_t kNearStack = std::uintptr_t{64} << 10;
 // Enough for the unwinder and for last words that open a file.
-constexpr std::size_t kHandlerStackBytes = 128 * 1024;
+constexpr std::size_t kHandlerStackBytes = std::size_t{128} << 10;
 constexpr std::array kSignals = {SIGSEGV, SIGBUS, SIGFPE, SIGILL, SIGTRAP, SIGABRT, SIGALRM};
 
 struct Range {

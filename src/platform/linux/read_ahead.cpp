@@ -22,6 +22,7 @@ using Clock = std::chrono::steady_clock;
 constexpr std::uint32_t kMostLinks = 40;
 // A tree of fewer blocks than this is read before a helper would have started.
 constexpr std::uint64_t kBlocksBeforeHelpers = 4;
+constexpr auto kPatience = std::chrono::microseconds(30);
 constexpr auto kWaitStep = std::chrono::milliseconds(50);
 
 // A block from the cache takes some 10 us and 1 to 2 us an entry; one that waits for a disk takes
@@ -287,6 +288,7 @@ void ReadAhead::offerRest(Item* item, const BlockReader::Fill& fill) {
     rest->folder = item->folder;
     OpenFolders::addReference(item->folder);
     folders_.addNeed(item->folder);
+    changes_.fetch_add(1, std::memory_order_release);
     wakeHelper();
 }
 
@@ -296,6 +298,7 @@ void ReadAhead::finish(Item* item) {
     folders_.release(std::exchange(item->folder, nullptr));
     if (item->block != nullptr) bytesAhead_ += item->block->bytes;
     ++blocksRead_;
+    changes_.fetch_add(1, std::memory_order_release);
     if (walkWaits_ && item == orderFirst_) frontThere_.notify_one();
     wakeHelper();
 }
@@ -325,6 +328,7 @@ std::unique_ptr<Listing> ReadAhead::next() {
 }
 
 bool ReadAhead::waitForFront(Lock& lock) {
+    if (changesSoon(lock)) return true;
     const Item* front = orderFirst_;
     walkWaits_ = true;
     const bool there =
@@ -347,6 +351,19 @@ std::unique_ptr<Listing> ReadAhead::handOver(Item* item) {
 }
 
 // --- helpers
+
+// A folder takes some 10 us from the cache, and to sleep and be woken takes longer: so first look for a
+// moment whether the lists change. True if they did.
+bool ReadAhead::changesSoon(Lock& lock) {
+    if (limits_.helpersWarm == 0 || slowness_ >= kSlownessPerHelper) return false;
+    const std::uint32_t before = changes_.load(std::memory_order_relaxed);
+    lock.unlock();
+    const auto end = Clock::now() + kPatience;
+    while (changes_.load(std::memory_order_acquire) == before && Clock::now() < end) {
+    }
+    lock.lock();
+    return changes_.load(std::memory_order_relaxed) != before;
+}
 
 void ReadAhead::startHelpers() {
     if (blocksRead_ < kBlocksBeforeHelpers || firstFree() == nullptr) return;
@@ -375,13 +392,18 @@ void ReadAhead::helperLoop(unsigned number) {
             retiredWait_.wait(lock);
             continue;
         }
-        Item* item = mayReadAhead() ? firstFree() : nullptr;
+        const auto freeItem = [this] { return mayReadAhead() ? firstFree() : nullptr; };
+        Item* item = freeItem();
         if (item == nullptr) {
+            changesSoon(lock);
+            item = freeItem();
+        }
+        if (item == nullptr && !stopped_) {
             ++idleHelpers_;
             workThere_.wait(lock);
             --idleHelpers_;
-            continue;
         }
+        if (item == nullptr) continue;
         takeFrom(item);
         wakeHelper();
         readItem(item, reader, lock);

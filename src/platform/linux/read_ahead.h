@@ -17,6 +17,7 @@
 // rare reopening of a folder. The order of items never depends on who reads.
 #pragma once
 
+#include <atomic>
 #include <condition_variable>
 #include <exception>
 #include <memory>
@@ -82,6 +83,7 @@ class ReadAhead final : public FolderReader {
     void helperLoop(unsigned number);
     void judge(std::uint64_t nanoseconds, std::size_t entries);
     bool mayReadAhead() const { return bytesAhead_ < limits_.bytesAhead; }
+    bool changesSoon(Lock& lock);
     bool waitForFront(Lock& lock);
     std::unique_ptr<Listing> handOver(Item* item);
 
@@ -102,6 +104,7 @@ class ReadAhead final : public FolderReader {
     Item* orderFirst_ = nullptr;
     Item* workFirst_ = nullptr;
     std::size_t bytesAhead_ = 0;
+    std::atomic<std::uint32_t> changes_ = 0;  ///< Counts blocks finished and offered.
     unsigned idleHelpers_ = 0;
     bool walkWaits_ = false;
     bool stopped_ = false;

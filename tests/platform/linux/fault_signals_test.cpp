@@ -1,11 +1,10 @@
 #include "platform/linux/fault_signals.h"
 
-#include <fcntl.h>
 #include <gtest/gtest.h>
-#include <poll.h>
 #include <signal.h>
 #include <sys/mman.h>
 #include <sys/wait.h>
+#include <time.h>
 #include <unistd.h>
 
 #include <cstring>
@@ -15,12 +14,11 @@
 #include <thread>
 
 #include "base/fault.h"
-#include "support/temp_dir.h"
 
 namespace hl {
 namespace {
 
-constexpr int kHungLimitMilliseconds = 60'000;
+constexpr int kHungLimitSeconds = 60;
 
 // Faults that the compiler can neither see through nor leave out.
 #define HL_RAW [[gnu::noinline]] __attribute__((no_sanitize("address", "undefined", "thread")))
@@ -42,22 +40,13 @@ HL_RAW void divideByZero() {
 }
 
 HL_RAW void readBehindTheEndOfAMappedFile() {
-    test::TempDir dir;
-    const std::string path = dir.path() + "/mapped";
-    const int fd = open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
-    void* page = ftruncate(fd, 1) == 0 ? mmap(nullptr, 1, PROT_READ, MAP_SHARED, fd, 0) : MAP_FAILED;
-    if (page == MAP_FAILED || ftruncate(fd, 0) != 0) return;
+    void* page = mmap(nullptr, 1, PROT_READ, MAP_SHARED, memfd_create("empty", MFD_CLOEXEC), 0);
     readAt(reinterpret_cast<std::uintptr_t>(page));
 }
 
 HL_RAW void faultInTheLibrary() {
     std::size_t (*volatile length)(const char*) = std::strlen;
     sunk = static_cast<int>(length(reinterpret_cast<const char*>(nullAddress)));
-}
-
-HL_RAW void callThroughNull() {
-    void (*volatile nothing)() = nullptr;
-    nothing();
 }
 
 HL_RAW int useUpTheStack(int depth) {  // NOLINT(misc-no-recursion)
@@ -71,6 +60,42 @@ HL_RAW int useUpTheStack(int depth) {  // NOLINT(misc-no-recursion)
     readAt(nullAddress);
 }
 
+void onAThread(void (*body)()) {
+    std::thread([body] {
+        LinuxFaultSignals().prepareThread();
+        body();
+    }).join();
+}
+
+// The signal comes where a fault of our own would be thrown.
+HL_RAW void beSentASignal() {
+    if (fork() == 0) _exit(kill(getppid(), SIGSEGV));
+    while (zero == 0) continue;
+}
+
+// Runs its body when it is destroyed.
+struct AtTheEnd {
+    std::function<void()> body;
+    ~AtTheEnd() noexcept(false) { body(); }
+};
+
+[[maybe_unused]] std::function<void()> faultThatUnwindsInto(void (*body)()) {
+    return [body] {
+        const AtTheEnd end{body};
+        readAt(nullAddress);
+    };
+}
+
+void exceptionThatUnwindsIntoAFault() {
+    const AtTheEnd end{[] { readAt(nullAddress); }};
+    throw Fault(1, "", "");
+}
+
+[[noreturn]] void ringAndHang() {
+    raise(SIGALRM);
+    for (;;) pause();
+}
+
 // Says last words into the pipe to the parent.
 int wordsPipe = -1;
 void sayWords(const char* description) {
@@ -78,41 +103,37 @@ void sayWords(const char* description) {
 }
 
 struct Outcome {
-    bool hung = false;
     int exitStatus = -1;  // -1 if a signal killed the child.
     std::string words;
 };
 
-// What the child writes until it ends, or nothing if that takes too long.
-std::optional<std::string> readToEnd(int fd) {
-    std::string text;
-    char buffer[512];
-    for (;;) {
-        pollfd wanted = {fd, POLLIN, 0};
-        if (poll(&wanted, 1, kHungLimitMilliseconds) == 0) return std::nullopt;
-        const ssize_t got = read(fd, buffer, sizeof buffer);
-        if (got <= 0) return text;
-        text.append(buffer, static_cast<std::size_t>(got));
-    }
+void beKilledIfThisHangs() {
+    sigevent event = {};
+    event.sigev_signo = SIGKILL;
+    timer_t timer = {};
+    const itimerspec limit = {{}, {kHungLimitSeconds, 0}};
+    if (timer_create(CLOCK_MONOTONIC, &event, &timer) != 0 || timer_settime(timer, 0, &limit, nullptr) != 0)
+        _exit(3);
 }
 
+// The exit status of the child is what `body` returns, unless a fault ends it.
 Outcome runInChild(const std::function<int()>& body, FaultSignals::LastWords lastWords = sayWords) {
-    int ends[2];
+    int ends[2] = {};
     if (pipe(ends) != 0) return {};
     const pid_t child = fork();
     if (child == 0) {
+        beKilledIfThisHangs();
         wordsPipe = ends[1];
-        close(ends[0]);
         LinuxFaultSignals().InstallExceptionFilter(lastWords);
         _exit(body());
     }
     close(ends[1]);
-    const std::optional<std::string> words = readToEnd(ends[0]);
-    close(ends[0]);
-    if (!words) kill(child, SIGKILL);
     int status = 0;
     waitpid(child, &status, 0);
-    return {!words, WIFEXITED(status) ? WEXITSTATUS(status) : -1, words.value_or("")};
+    char words[4096];
+    const ssize_t length = read(ends[0], words, sizeof words);
+    close(ends[0]);
+    return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, {words, static_cast<std::size_t>(length)}};
 }
 
 // A trap as the routines have it.
@@ -126,288 +147,131 @@ std::optional<Fault> trapped(const std::function<void()>& body) {
     return std::nullopt;
 }
 
-struct Case {
-    const char* name;
-    void (*raise)();
-    const char* words;
-    bool guarded = true;
-};
-
-std::string nameOfCase(const testing::TestParamInfo<Case>& info) {
-    return info.param.name;
-}
-
-const Case kThrown[] = {
-    {"nullRead", [] { readAt(nullAddress); }, "(EXCEPTION_ACCESS_VIOLATION) \r\noccurred at: "},
-    {"nullWrite", [] { writeAt(nullAddress); }, "EXCEPTION_ACCESS_VIOLATION"},
-    {"wildRead", [] { readAt(wildAddress); }, "EXCEPTION_ACCESS_VIOLATION"},
-    {"wildWrite", [] { writeAt(wildAddress); }, "EXCEPTION_ACCESS_VIOLATION"},
-    {"nonCanonicalRead", [] { readAt(nonCanonicalAddress); }, "EXCEPTION_ACCESS_VIOLATION"},
-    {"nonCanonicalWrite", [] { writeAt(nonCanonicalAddress); }, "EXCEPTION_ACCESS_VIOLATION"},
-#if defined(__x86_64__)  // Other processors divide by zero without a fault.
-    {"divisionByZero", divideByZero, "EXCEPTION_INT_DIVIDE_BY_ZERO"},
-#endif
-    {"truncatedMappedFile", readBehindTheEndOfAMappedFile, "EXCEPTION_ACCESS_VIOLATION"},
-};
-
-#ifdef __SANITIZE_THREAD__
-constexpr bool kHandlersMayThrow = false;
-#else
-constexpr bool kHandlersMayThrow = true;
-#endif
-
-class ProcessorFaults : public testing::Test {
-  protected:
-    void SetUp() override {
-        if (!kHandlersMayThrow)
-            GTEST_SKIP() << "the thread sanitizer does not let a handler leave by an exception";
-    }
-};
-
-class ThrownFaults : public ProcessorFaults, public testing::WithParamInterface<Case> {};
-
-TEST_P(ThrownFaults, AreCaughtByTheTrapAfterDestructorsAndTheProcessGoesOn) {
-    const Case& kind = GetParam();
-    const Outcome outcome = runInChild([&] {
-        int destroyed = 0;
-        for (int round = 1; round <= 3; ++round) {
-            struct Counter {
-                int& count;
-                ~Counter() { ++count; }
-            };
-            const std::optional<Fault> fault = trapped([&] {
-                Counter counter{destroyed};
-                kind.raise();
-            });
-            if (!fault || fault->number() != kFaultProcessor) return 10;
-            if (fault->source() != "Exception Handler") return 11;
-            if (fault->description().find(kind.words) == std::string::npos) return 12;
-            if (destroyed != round) return 13;
-            if (GuardedRoutine::depth() != 0) return 14;
-        }
-        return 0;
-    });
-    EXPECT_FALSE(outcome.hung);
-    EXPECT_EQ(outcome.exitStatus, 0);
-    EXPECT_EQ(outcome.words, "");
-}
-
-INSTANTIATE_TEST_SUITE_P(Kinds, ThrownFaults, testing::ValuesIn(kThrown), nameOfCase);
-
-void onAThread(void (*body)()) {
-    std::thread([body] {
-        LinuxFaultSignals().prepareThread();
-        body();
-    }).join();
-}
-
-HL_RAW void waitInOwnCode() {
-    while (zero == 0) continue;
-}
-
-// The signal comes where a fault of our own would be thrown.
-void beSentASignal() {
-    if (fork() == 0) _exit(kill(getppid(), SIGSEGV));
-    waitInOwnCode();
-}
-
-struct FaultsWhenDestroyed {
-    FaultsWhenDestroyed() = default;
-    ~FaultsWhenDestroyed() noexcept(false) { readAt(nullAddress); }
-};
-
-const Case kFatal[] = {
-    {"inTheLibrary", faultInTheLibrary, "EXCEPTION_ACCESS_VIOLATION"},
-    {"trapInstruction", [] { __builtin_trap(); }, "EXCEPTION_"},
-    {"callThroughNull", callThroughNull, "(EXCEPTION_ACCESS_VIOLATION) \r\noccurred at: 0. "},
-    {"stackUsedUp", [] { sunk = useUpTheStack(0); }, "EXCEPTION_ACCESS_VIOLATION"},
-    {"stackOfAThreadUsedUp", [] { onAThread([] { trapped([] { sunk = useUpTheStack(0); }); }); },
-     "EXCEPTION_ACCESS_VIOLATION"},
-    {"withNoGuardedRoutine", [] { readAt(nullAddress); }, "EXCEPTION_ACCESS_VIOLATION", false},
-    {"onAnUnguardedThread", [] { onAThread([] { readAt(nullAddress); }); }, "EXCEPTION_ACCESS_VIOLATION"},
 #ifndef __SANITIZE_THREAD__  // It does not let a handler leave by an exception.
-    {"inANoexceptFunction", faultWhereNothingMayBeThrown, "EXCEPTION_ACCESS_VIOLATION"},
-    {"whileAFaultIsInWork",
-     [] {
-         FaultsWhenDestroyed first;
-         writeAt(nullAddress);
-     },
-     "EXCEPTION_ACCESS_VIOLATION"},
-#endif
-    {"whileAnExceptionIsOnItsWay",
-     [] {
-         FaultsWhenDestroyed first;
-         throw Fault(1, "", "");
-     },
-     "EXCEPTION_ACCESS_VIOLATION"},
-    {"signalSentByAProcess", beSentASignal, "EXCEPTION_ACCESS_VIOLATION"},
-    {"abort", [] { abort(); }, "Unknown exception type"},
-    {"exceptionThatNobodyCatches", [] { onAThread([] { throw Fault(1, "", "the cause"); }); }, "the cause"},
-};
-
-class FatalFaults : public testing::TestWithParam<Case> {};
-
-TEST_P(FatalFaults, WriteLastWordsAndEndWithStatusOne) {
-    const Case& kind = GetParam();
-    const Outcome outcome = runInChild([&] {
-        if (!kind.guarded) kind.raise();
-        trapped(kind.raise);
-        return 0;
-    });
-    EXPECT_FALSE(outcome.hung);
-    EXPECT_EQ(outcome.exitStatus, 1);
-    EXPECT_NE(outcome.words.find(kind.words), std::string::npos) << outcome.words;
-}
-
-INSTANTIATE_TEST_SUITE_P(Kinds, FatalFaults, testing::ValuesIn(kFatal), nameOfCase);
-
-// The alarm is rung by hand where it would take seconds by itself.
-TEST_F(ProcessorFaults, WatchTheUnwindingWithAnAlarmUntilTheTrapIsLeft) {
-    const Outcome outcome = runInChild([] {
-        unsigned left = 0;
-        struct Looker {
-            unsigned& seconds;
-            ~Looker() { seconds = alarm(5); }
-        };
-        trapped([&] {
-            Looker looker{left};
-            readAt(nullAddress);
-        });
-        if (left == 0) return 10;
-        return alarm(0) == 0 ? 0 : 11;
-    });
-    EXPECT_EQ(outcome.exitStatus, 0);
-}
-
-TEST_F(ProcessorFaults, EndTheProcessWhenUnwindingHangs) {
-    const Outcome outcome = runInChild([] {
-        struct Hanger {
-            ~Hanger() {
-                raise(SIGALRM);
-                for (;;) pause();
-            }
-        };
-        trapped([&] {
-            Hanger hanger;
-            readAt(nullAddress);
-        });
-        return 0;
-    });
-    EXPECT_FALSE(outcome.hung);
-    EXPECT_EQ(outcome.exitStatus, 1);
-    EXPECT_NE(outcome.words.find("An unhandled error (EXCEPTION_ACCESS_VIOLATION)"), std::string::npos);
-}
-
-TEST_F(ProcessorFaults, AnAlarmThatAnotherThreadReceivesStillFindsTheThreadThatHangs) {
-    const Outcome outcome = runInChild([] {
-        struct Hanger {
-            ~Hanger() {
-                alarm(0);
-                std::thread([] { raise(SIGALRM); }).join();
-                for (;;) pause();
-            }
-        };
-        trapped([&] {
-            Hanger hanger;
-            readAt(nullAddress);
-        });
-        return 0;
-    });
-    EXPECT_FALSE(outcome.hung);
-    EXPECT_EQ(outcome.exitStatus, 1);
-}
-
-TEST_F(ProcessorFaults, AnAlarmThatComesWhenTheFaultIsCaughtDoesNothing) {
-    const Outcome outcome = runInChild([] {
-        try {
-            GuardedRoutine guard;
-            readAt(nullAddress);
-        } catch (const Fault&) {
-            raise(SIGALRM);  // As in a dialog that stays open.
-        }
-        raise(SIGALRM);
-        return 0;
-    });
+// `body` returns 0 where all is as it should be.
+void expectToGoOn(const std::function<int()>& body) {
+    const Outcome outcome = runInChild(body);
     EXPECT_EQ(outcome.exitStatus, 0);
     EXPECT_EQ(outcome.words, "");
 }
 
-TEST_F(ProcessorFaults, AFaultInsideATrapGoesToTheTrapAroundIt) {
-    const Outcome outcome = runInChild([] {
+TEST(ThrownFaults, AreCaughtAfterDestructorsThatAnAlarmWatchesAndTheProcessGoesOn) {
+    const struct {
+        void (*raise)();
+        const char* words;
+    } cases[] = {
+        {[] { readAt(nullAddress); }, "(EXCEPTION_ACCESS_VIOLATION) \r\noccurred at: "},
+        {[] { writeAt(wildAddress); }, "EXCEPTION_ACCESS_VIOLATION"},
+        {[] { readAt(nonCanonicalAddress); }, "EXCEPTION_ACCESS_VIOLATION"},
+        {[] { writeAt(nonCanonicalAddress); }, "EXCEPTION_ACCESS_VIOLATION"},
+#if defined(__x86_64__)  // Other processors divide by zero without a fault.
+        {divideByZero, "EXCEPTION_INT_DIVIDE_BY_ZERO"},
+#endif
+        {readBehindTheEndOfAMappedFile, "EXCEPTION_ACCESS_VIOLATION"},
+    };
+    for (const auto& kind : cases) {
+        SCOPED_TRACE(&kind - cases);
+        expectToGoOn([&] {
+            int watched = 0;
+            for (int round = 1; round <= 3; ++round) {
+                const std::optional<Fault> fault = trapped([&] {
+                    AtTheEnd counter{[&] { watched += alarm(5) > 0 ? 1 : 0; }};
+                    kind.raise();
+                });
+                if (!fault || fault->number() != kFaultProcessor) return 10;
+                if (fault->description().find(kind.words) == std::string::npos) return 11;
+                if (watched != round || alarm(0) != 0 || GuardedRoutine::depth() != 0) return 12;
+            }
+            return 0;
+        });
+    }
+}
+
+TEST(ThrownFaults, InsideATrapGoToTheTrapAroundItAndALateAlarmDoesNothing) {
+    expectToGoOn([] {
         const std::optional<Fault> outer = trapped([] {
             try {
                 GuardedRoutine guard;
                 readAt(nullAddress);
             } catch (const Fault&) {
+                raise(SIGALRM);  // As in a dialog that stays open.
                 if (!trapped([] { writeAt(nullAddress); })) _exit(10);
                 readAt(nonCanonicalAddress);
             }
         });
-        return outer ? 0 : 11;
+        return outer ? raise(SIGALRM) : 11;
     });
-    EXPECT_EQ(outcome.exitStatus, 0);
 }
 
-TEST_F(ProcessorFaults, EndTheProcessWhenTheLastWordsFault) {
-    const auto words = [](const char* description) {
-        sayWords(description);
-        readAt(nullAddress);
-    };
-    const Outcome outcome = runInChild([] { return readAt(nullAddress), 0; }, words);
-    EXPECT_FALSE(outcome.hung);
-    EXPECT_EQ(outcome.exitStatus, 1);
-    EXPECT_EQ(outcome.words.rfind("An unhandled error"), 0U) << "said more than once: " << outcome.words;
-}
-
-TEST_F(ProcessorFaults, EndTheProcessWhenTheLastWordsHang) {
-    const auto words = [](const char*) {
-        raise(SIGALRM);
-        for (;;) pause();
-    };
-    const Outcome outcome = runInChild([] { return readAt(nullAddress), 0; }, words);
-    EXPECT_FALSE(outcome.hung);
-    EXPECT_EQ(outcome.exitStatus, 1);
-}
-
-TEST_F(ProcessorFaults, EndTheProcessWithoutLastWordsToo) {
-    const Outcome outcome = runInChild([] { return readAt(nullAddress), 0; }, nullptr);
-    EXPECT_EQ(outcome.exitStatus, 1);
-    EXPECT_EQ(outcome.words, "");
-}
-
-TEST_F(ProcessorFaults, ASecondInstallationChangesNothingAndRemovalGivesTheSignalsBack) {
-    const Outcome outcome = runInChild([] {
-        struct sigaction before = {}, again = {}, after = {};
+TEST(ThrownFaults, SurviveASecondInstallationAndRemovalGivesTheSignalsBack) {
+    struct sigaction before = {}, after = {};
+    sigaction(SIGSEGV, nullptr, &before);
+    expectToGoOn([&] {
         LinuxFaultSignals signals;
-        sigaction(SIGSEGV, nullptr, &before);
         signals.InstallExceptionFilter(nullptr);
-        sigaction(SIGSEGV, nullptr, &again);
         signals.RemoveExceptionFilter();
         sigaction(SIGSEGV, nullptr, &after);
-        if (before.sa_sigaction != again.sa_sigaction) return 10;
-        if (after.sa_sigaction == before.sa_sigaction) return 11;
+        if (after.sa_sigaction != before.sa_sigaction) return 10;
         signals.InstallExceptionFilter(sayWords);
-        return trapped([] { readAt(nullAddress); }) ? 0 : 12;
+        return trapped([] { readAt(nullAddress); }) ? 0 : 11;
     });
-    EXPECT_EQ(outcome.exitStatus, 0);
+}
+#endif
+
+struct Case {
+    const char* name;
+    std::function<void()> raise;
+    const char* words = "An unhandled error (EXCEPTION_ACCESS_VIOLATION)";
+    bool guarded = true;
+    FaultSignals::LastWords lastWords = sayWords;
+};
+
+const Case kFatal[] = {
+    {"inTheLibrary", faultInTheLibrary},
+    {"callThroughNull", [] { reinterpret_cast<void (*)()>(nullAddress)(); },
+     "(EXCEPTION_ACCESS_VIOLATION) \r\noccurred at: 0. "},
+    {"stackUsedUp", [] { sunk = useUpTheStack(0); }},
+    {"stackOfAThreadUsedUp", [] { onAThread([] { trapped([] { sunk = useUpTheStack(0); }); }); }},
+    {"withNoGuardedRoutine", [] { readAt(nullAddress); }, "EXCEPTION_ACCESS_VIOLATION", false},
+    {"onAnUnguardedThread", [] { onAThread([] { readAt(nullAddress); }); }},
+#ifndef __SANITIZE_THREAD__
+    {"inANoexceptFunction", faultWhereNothingMayBeThrown},
+    {"whileAFaultIsInWork", faultThatUnwindsInto([] { writeAt(nullAddress); })},
+    {"whenUnwindingHangs", faultThatUnwindsInto(ringAndHang)},
+    {"whenUnwindingHangsAndAnotherThreadReceivesTheAlarm",
+     faultThatUnwindsInto([] { alarm(0), std::thread(ringAndHang).join(); })},
+#endif
+    {"whileAnExceptionIsOnItsWay", exceptionThatUnwindsIntoAFault},
+    {"signalSentByAProcess", beSentASignal},
+    {"abort", [] { abort(); }, "Unknown exception type"},
+    {"exceptionThatNobodyCatches", [] { onAThread([] { throw Fault(1, "", "the cause"); }); }, "the cause"},
+    {"whenTheLastWordsFault", faultInTheLibrary, "An unhandled error", false,
+     [](const char* words) { sayWords(words), readAt(nullAddress); }},
+    {"whenTheLastWordsHang", faultInTheLibrary, "", false, [](const char*) { ringAndHang(); }},
+    {"withoutLastWords", faultInTheLibrary, "", false, nullptr},
+};
+
+class FatalFaults : public testing::TestWithParam<Case> {};
+
+TEST_P(FatalFaults, WriteLastWordsOnceAndEndWithStatusOne) {
+    const Case& kind = GetParam();
+    const auto body = [&] {
+        if (!kind.guarded) kind.raise();
+        trapped(kind.raise);
+        return 0;
+    };
+    const Outcome outcome = runInChild(body, kind.lastWords);
+    EXPECT_EQ(outcome.exitStatus, 1);
+    EXPECT_NE(outcome.words.find(kind.words), std::string::npos) << outcome.words;
+    EXPECT_EQ(outcome.words.find("An unhandled error", 1), std::string::npos) << outcome.words;
 }
 
-TEST(GuardedRoutine, CountsForEachThreadByItself) {
-    GuardedRoutine outer;
-    {
-        GuardedRoutine inner;
-        EXPECT_EQ(GuardedRoutine::depth(), 2);
-        std::thread([] { EXPECT_EQ(GuardedRoutine::depth(), 0); }).join();
-    }
-    EXPECT_EQ(GuardedRoutine::depth(), 1);
-}
+INSTANTIATE_TEST_SUITE_P(Kinds, FatalFaults, testing::ValuesIn(kFatal),
+                         [](const auto& tested) { return tested.param.name; });
 
 TEST(FaultDescription, NamesTheFaultAndItsAddressInDecimals) {
-    EXPECT_EQ(faultDescription("EXCEPTION_BREAKPOINT", 4096),
-              "An unhandled error (EXCEPTION_BREAKPOINT) \r\noccurred at: 4096. "
-              "Probably safe to continue, but better not.");
-    EXPECT_EQ(faultDescription("", UINT64_MAX),
-              "An unhandled error () \r\noccurred at: 18446744073709551615. "
+    EXPECT_EQ(faultDescription("EXCEPTION_BREAKPOINT", UINT64_MAX),
+              "An unhandled error (EXCEPTION_BREAKPOINT) \r\noccurred at: 18446744073709551615. "
               "Probably safe to continue, but better not.");
 }
 

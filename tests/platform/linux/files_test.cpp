@@ -2,15 +2,12 @@
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
-#include <signal.h>
 #include <sys/stat.h>
-#include <sys/time.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <filesystem>
 #include <iterator>
-#include <thread>
 
 #include "base/scope_exit.h"
 #include "support/temp_dir.h"
@@ -23,9 +20,10 @@ namespace fs = std::filesystem;
 
 constexpr uid_t kNobody = 65534;
 
-mode_t modeOf(const std::string& path) {
+struct stat statusOf(const std::string& path) {
     struct stat status {};
-    return stat(path.c_str(), &status) == 0 ? status.st_mode & 07777 : 0;
+    EXPECT_EQ(stat(path.c_str(), &status), 0) << path;
+    return status;
 }
 
 int replaceWith(Files& files, const std::string& path, std::string_view content) {
@@ -34,13 +32,6 @@ int replaceWith(Files& files, const std::string& path, std::string_view content)
     if (!file) return error;
     error = file->write(content);
     return error == 0 ? file->commit() : error;
-}
-
-int errorOfReplacing(const std::string& path) {
-    int error = 0;
-    LinuxFiles files;
-    EXPECT_EQ(files.replace(path, error), nullptr) << path;
-    return error;
 }
 
 std::size_t entriesOf(const std::string& folder) {
@@ -69,6 +60,7 @@ class Replacing : public testing::TestWithParam<Unfinished> {
     test::TempDir dir;
     LinuxFiles files{GetParam()};
     std::string target = dir.path() + "/target";
+    int error = 0;
 };
 
 INSTANTIATE_TEST_SUITE_P(Unfinished, Replacing, testing::Values(Unfinished::kNameless, Unfinished::kNamed));
@@ -78,66 +70,30 @@ TEST_P(Replacing, MakesANewFileWithTheModeThatTheUserWants) {
     const ScopeExit restore([&] { umask(before); });
     EXPECT_EQ(replaceWith(files, target, "new"), 0);
     EXPECT_EQ(test::contentOf(target), "new");
-    EXPECT_EQ(modeOf(target), 0640U);
+    EXPECT_EQ(statusOf(target).st_mode & 07777, 0640U);
     EXPECT_EQ(entriesOf(dir.path()), 1U);
 }
 
-TEST_P(Replacing, KeepsTheModeOfTheOldFile) {
+TEST_P(Replacing, ShowsTheOldContentUntilTheLastMomentAndKeepsModeAndOwner) {
     test::writeFile(target, "old");
-    for (const mode_t mode : {0600U, 0644U, 0777U}) {
-        chmod(target.c_str(), mode);
-        EXPECT_EQ(replaceWith(files, target, "new"), 0);
-        EXPECT_EQ(modeOf(target), mode);
-    }
-    EXPECT_EQ(test::contentOf(target), "new");
-    EXPECT_EQ(entriesOf(dir.path()), 1U);
-}
-
-TEST_P(Replacing, KeepsTheOwnerOfTheOldFileWhereThatIsAllowed) {
-    if (geteuid() != 0) GTEST_SKIP() << "only root may give files away";
-    test::writeFile(target, "old");
-    ASSERT_EQ(chown(target.c_str(), 1234, 4321), 0);
-    EXPECT_EQ(replaceWith(files, target, "new"), 0);
-    struct stat status {};
-    ASSERT_EQ(stat(target.c_str(), &status), 0);
-    EXPECT_EQ(status.st_uid, 1234U);
-    EXPECT_EQ(status.st_gid, 4321U);
-}
-
-TEST_P(Replacing, ShowsTheOldContentUntilTheLastMoment) {
-    test::writeFile(target, "old");
-    int error = 0;
+    const bool mayGiveAway = geteuid() == 0;
+    EXPECT_EQ(chown(target.c_str(), mayGiveAway ? 1234U : geteuid(), mayGiveAway ? 4321U : getegid()), 0);
+    chmod(target.c_str(), 0707);
     const auto file = files.replace(target, error);
-    ASSERT_NE(file, nullptr);
     EXPECT_EQ(file->write("new"), 0);
     EXPECT_EQ(test::contentOf(target), "old");
     EXPECT_EQ(file->commit(), 0);
     EXPECT_EQ(test::contentOf(target), "new");
+    EXPECT_EQ(statusOf(target).st_mode & 07777, 0707U);
+    EXPECT_EQ(statusOf(target).st_uid, mayGiveAway ? 1234U : geteuid());
+    EXPECT_EQ(statusOf(target).st_gid, mayGiveAway ? 4321U : getegid());
+    EXPECT_EQ(entriesOf(dir.path()), 1U);
 }
 
-TEST_P(Replacing, LeavesNothingBehindWithoutACommit) {
-    int error = 0;
+TEST_P(Replacing, LeavesNothingBehindWithoutACommitOrWhereTheCommitFails) {
     files.replace(target, error)->write("never");
     EXPECT_EQ(entriesOf(dir.path()), 0U);
-    test::writeFile(target, "old");
-    files.replace(target, error)->write("never");
-    EXPECT_EQ(test::contentOf(target), "old");
-    EXPECT_EQ(entriesOf(dir.path()), 1U);
-}
-
-TEST_P(Replacing, CommitsOnce) {
-    int error = 0;
     const auto file = files.replace(target, error);
-    ASSERT_NE(file, nullptr);
-    EXPECT_EQ(file->commit(), 0);
-    EXPECT_NE(file->commit(), 0);
-    EXPECT_EQ(entriesOf(dir.path()), 1U);
-}
-
-TEST_P(Replacing, LeavesNothingBehindWhereTheCommitFails) {
-    int error = 0;
-    const auto file = files.replace(target, error);
-    ASSERT_NE(file, nullptr);
     fs::create_directory(target);  // Meanwhile, by somebody else.
     EXPECT_EQ(file->commit(), EISDIR);
     EXPECT_EQ(entriesOf(dir.path()), 1U);
@@ -145,21 +101,14 @@ TEST_P(Replacing, LeavesNothingBehindWhereTheCommitFails) {
 
 TEST_P(Replacing, FollowsALinkAndKeepsIt) {
     fs::create_directory(dir.path() + "/far");
-    const std::string far = dir.path() + "/far/file";
-    test::writeFile(far, "old");
     fs::create_symlink("far/file", dir.path() + "/near");
     fs::create_symlink(dir.path() + "/near", target);
-    EXPECT_EQ(replaceWith(files, target, "new"), 0);
-    EXPECT_EQ(test::contentOf(far), "new");
-    EXPECT_TRUE(fs::is_symlink(target));
-    EXPECT_EQ(entriesOf(dir.path() + "/far"), 1U);
-}
-
-TEST_P(Replacing, MakesTheFileThatADanglingLinkNames) {
-    fs::create_symlink("later", target);
-    EXPECT_EQ(replaceWith(files, target, "new"), 0);
-    EXPECT_TRUE(fs::is_symlink(target));
-    EXPECT_EQ(test::contentOf(dir.path() + "/later"), "new");
+    for (const char* content : {"made where a dangling link points", "new"}) {
+        EXPECT_EQ(replaceWith(files, target, content), 0);
+        EXPECT_EQ(test::contentOf(dir.path() + "/far/file"), content);
+        EXPECT_TRUE(fs::is_symlink(target));
+        EXPECT_EQ(entriesOf(dir.path() + "/far"), 1U);
+    }
 }
 
 TEST_P(Replacing, TakesNamesOfAnyBytesAndOfFullLength) {
@@ -170,171 +119,87 @@ TEST_P(Replacing, TakesNamesOfAnyBytesAndOfFullLength) {
     }
 }
 
-TEST_P(Replacing, RefusesAFolderThatMayNotBeWritten) {
-    ASSERT_EQ(chmod(dir.path().c_str(), 0555), 0);
-    const ScopeExit restore([&] { chmod(dir.path().c_str(), 0755); });
-    const WithoutPrivilege nobody;
-    int error = 0;
-    EXPECT_EQ(files.replace(target, error), nullptr);
-    EXPECT_EQ(error, EACCES);
-}
-
-TEST_P(Replacing, RespectsAWriteProtectedFile) {
+TEST_P(Replacing, RespectsWriteProtectionOfTheFileAndOfTheFolder) {
     test::writeFile(target, "old");
     chmod(target.c_str(), 0444);
-    ASSERT_EQ(chmod(dir.path().c_str(), 0777), 0);
-    const WithoutPrivilege nobody;
-    int error = 0;
-    EXPECT_EQ(files.replace(target, error), nullptr);
-    EXPECT_EQ(error, EACCES);
+    const ScopeExit restore([&] { chmod(dir.path().c_str(), 0755); });
+    for (const mode_t mode : {0777U, 0555U}) {
+        ASSERT_EQ(chmod(dir.path().c_str(), mode), 0);
+        const WithoutPrivilege nobody;
+        EXPECT_EQ(replaceWith(files, mode == 0777U ? target : dir.path() + "/new", "new"), EACCES);
+    }
     EXPECT_EQ(test::contentOf(target), "old");
 }
 
-TEST(LinuxFiles, SaysWhyAFileCannotBeReplaced) {
-    const test::TempDir dir;
-    test::writeFile(dir.path() + "/file", "");
-    fs::create_symlink("loop", dir.path() + "/loop");
-    EXPECT_EQ(errorOfReplacing(dir.path() + "/missing/file"), ENOENT);
-    EXPECT_EQ(errorOfReplacing(""), ENOENT);
-    EXPECT_EQ(errorOfReplacing(dir.path()), EISDIR);
-    EXPECT_EQ(errorOfReplacing(dir.path() + "/"), EISDIR);
-    EXPECT_EQ(errorOfReplacing("/"), EISDIR);
-    EXPECT_EQ(errorOfReplacing(dir.path() + "/new/"), EISDIR);
-    EXPECT_EQ(errorOfReplacing(dir.path() + "/file/below"), ENOTDIR);
-    EXPECT_EQ(errorOfReplacing(dir.path() + "/loop"), ELOOP);
-}
+class WholeFiles : public testing::Test {
+  protected:
+    std::string in(const std::string& name) const { return dir.path() + "/" + name; }
 
-TEST(LinuxFiles, WritesADeviceAsItIs) {
-    LinuxFiles files;
-    EXPECT_EQ(replaceWith(files, "/dev/full", "text"), ENOSPC);
-    EXPECT_EQ(replaceWith(files, "/dev/null", "text"), 0);
-    EXPECT_TRUE(fs::is_character_file("/dev/null"));
-}
-
-TEST(LinuxFiles, RemembersAFailedWriteUntilTheCommit) {
+    test::TempDir dir;
     LinuxFiles files;
     int error = 0;
+};
+
+TEST_F(WholeFiles, SaysWhyAFileCannotBeReplaced) {
+    test::writeFile(in("file"), "");
+    fs::create_symlink("loop", in("loop"));
+    const std::pair<std::string, int> cases[] = {{in("missing/file"), ENOENT},
+                                                 {"", ENOENT},
+                                                 {dir.path(), EISDIR},
+                                                 {in(""), EISDIR},
+                                                 {"/", EISDIR},
+                                                 {in("new/"), EISDIR},
+                                                 {in("file/below"), ENOTDIR},
+                                                 {in("loop"), ELOOP}};
+    for (const auto& [path, expected] : cases) EXPECT_EQ(replaceWith(files, path, ""), expected) << path;
+}
+
+TEST_F(WholeFiles, WritesADeviceAsItIsAndRemembersAFailureUntilTheCommit) {
+    EXPECT_EQ(replaceWith(files, "/dev/null", "text"), 0);
+    EXPECT_TRUE(fs::is_character_file("/dev/null"));
     const auto file = files.replace("/dev/full", error);
-    ASSERT_NE(file, nullptr);
     EXPECT_EQ(file->write("text"), ENOSPC);
-    EXPECT_EQ(file->write(""), ENOSPC);
     EXPECT_EQ(file->commit(), ENOSPC);
 }
 
-TEST(LinuxFiles, WritesAFileThatHasNoNameAnyMore) {
-    const test::TempDir dir;
-    const int opened = open((dir.path() + "/gone").c_str(), O_RDWR | O_CREAT, 0600);
-    const ScopeExit close([&] { ::close(opened); });
-    ASSERT_EQ(::write(opened, "longer than new", 15), 15);
-    fs::remove(dir.path() + "/gone");
-    LinuxFiles files;
-    EXPECT_EQ(replaceWith(files, "/proc/self/fd/" + std::to_string(opened), "new"), 0);
-    char buffer[20];
-    EXPECT_EQ(pread(opened, buffer, sizeof buffer, 0), 3);
-    EXPECT_EQ(entriesOf(dir.path()), 0U);
-}
-
-TEST(LinuxFiles, GetsAllThroughAPipeInSpiteOfInterruptions) {
-    const test::TempDir dir;
-    const std::string pipe = dir.path() + "/pipe";
+TEST_F(WholeFiles, SurvivesAPipeWithoutAReaderAndDoesNotWaitForAWriter) {
+    const std::string pipe = in("pipe");
     ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
-    struct sigaction act {};
-    struct sigaction before {};
-    act.sa_handler = [](int) {};  // Without SA_RESTART: calls in work end with EINTR.
-    sigaction(SIGALRM, &act, &before);
-    const itimerval often{{0, 500}, {0, 500}};
-    const itimerval never{};
-    const ScopeExit restore([&] {
-        setitimer(ITIMER_REAL, &never, nullptr);
-        sigaction(SIGALRM, &before, nullptr);
-    });
-    setitimer(ITIMER_REAL, &often, nullptr);
-
-    std::string received;
-    std::thread reader([&] { received = test::contentOf(pipe); });
-    std::string sent;
-    for (int i = 0; i < 400000; ++i) sent += std::to_string(i);
-    LinuxFiles files;
-    EXPECT_EQ(replaceWith(files, pipe, sent), 0);
-    reader.join();
-    EXPECT_TRUE(received == sent);
-    EXPECT_TRUE(fs::is_fifo(pipe));
-}
-
-TEST(LinuxFiles, SurvivesAPipeWhoseReaderWentAway) {
-    const test::TempDir dir;
-    const std::string pipe = dir.path() + "/pipe";
-    ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+    EXPECT_EQ(files.readWhole(pipe, 10, error), "");
     const int reader = open(pipe.c_str(), O_RDONLY | O_NONBLOCK);
-    LinuxFiles files;
-    int error = 0;
     const auto file = files.replace(pipe, error);
-    ASSERT_NE(file, nullptr);
     close(reader);
     EXPECT_EQ(file->write("text"), EPIPE);
-    EXPECT_EQ(file->commit(), EPIPE);
 }
 
-TEST(LinuxFiles, ReadsAsMuchAsIsAllowed) {
-    const test::TempDir dir;
-    const std::string path = dir.path() + "/file";
+TEST_F(WholeFiles, ReadsAsMuchAsIsAllowedOrSaysWhyNot) {
     const std::string content(200000, 'x');
-    test::writeFile(path, content);
-    LinuxFiles files;
-    int error = -1;
-    EXPECT_EQ(files.readWhole(path, content.size(), error), content);
+    test::writeFile(in("file"), content);
+    EXPECT_EQ(files.readWhole(in("file"), content.size(), error), content);
+    EXPECT_EQ(files.readWhole(in("file"), SIZE_MAX, error), content);
     EXPECT_EQ(error, 0);
-    EXPECT_EQ(files.readWhole(path, SIZE_MAX, error), content);
-    EXPECT_EQ(files.readWhole(path, content.size() - 1, error), std::nullopt);
-    EXPECT_EQ(error, EFBIG);
-    EXPECT_EQ(files.readWhole("/dev/zero", 1000, error), std::nullopt);
-    EXPECT_EQ(error, EFBIG);
+    const std::pair<std::string, int> cases[] = {
+        {in("file"), EFBIG}, {"/dev/zero", EFBIG}, {in("missing"), ENOENT}, {dir.path(), EISDIR}};
+    for (const auto& [path, expected] : cases) {
+        EXPECT_EQ(files.readWhole(path, content.size() - 1, error), std::nullopt) << path;
+        EXPECT_EQ(error, expected) << path;
+    }
 }
 
-TEST(LinuxFiles, SaysWhyAFileCannotBeRead) {
-    const test::TempDir dir;
-    LinuxFiles files;
-    int error = 0;
-    EXPECT_EQ(files.readWhole(dir.path() + "/missing", 10, error), std::nullopt);
-    EXPECT_EQ(error, ENOENT);
-    EXPECT_EQ(files.readWhole(dir.path(), 10, error), std::nullopt);
-    EXPECT_EQ(error, EISDIR);
-}
-
-TEST(LinuxFiles, DoesNotWaitForTheWriterOfAPipe) {
-    const test::TempDir dir;
-    ASSERT_EQ(mkfifo((dir.path() + "/pipe").c_str(), 0600), 0);
-    LinuxFiles files;
-    int error = 0;
-    EXPECT_EQ(files.readWhole(dir.path() + "/pipe", 10, error), "");
-}
-
-TEST(LinuxFiles, AppendsToAFileThatItMakesItself) {
-    const test::TempDir dir;
-    LinuxFiles files;
-    EXPECT_EQ(files.append(dir.path() + "/log", "one\r\n"), 0);
-    EXPECT_EQ(files.append(dir.path() + "/log", "two\r\n"), 0);
-    EXPECT_EQ(test::contentOf(dir.path() + "/log"), "one\r\ntwo\r\n");
-    EXPECT_EQ(files.append(dir.path() + "/missing/log", "x"), ENOENT);
-    EXPECT_EQ(files.append(dir.path(), "x"), EISDIR);
+TEST_F(WholeFiles, AppendsToAFileThatItMakesItself) {
+    EXPECT_FALSE(files.exists(in("log")));
+    EXPECT_EQ(files.append(in("log"), "one\r\n"), 0);
+    EXPECT_EQ(files.append(in("log"), "two\r\n"), 0);
+    EXPECT_EQ(test::contentOf(in("log")), "one\r\ntwo\r\n");
+    EXPECT_TRUE(files.exists(in("log")));
+    EXPECT_EQ(files.append(in("missing/log"), "x"), ENOENT);
     EXPECT_EQ(files.append("/dev/full", "x"), ENOSPC);
 }
 
-TEST(LinuxFiles, KnowsWhatExists) {
-    const test::TempDir dir;
-    LinuxFiles files;
-    EXPECT_TRUE(files.exists(dir.path()));
-    EXPECT_FALSE(files.exists(dir.path() + "/x"));
-    fs::create_symlink("nowhere", dir.path() + "/dangling");
-    EXPECT_FALSE(files.exists(dir.path() + "/dangling"));
-}
-
-TEST(LinuxFiles, DoesWithoutALockOfAFolderThatIsMissing) {
-    LinuxFiles files;
-    const test::TempDir dir;
-    EXPECT_EQ(files.lockFolderOf(dir.path() + "/missing/file"), nullptr);
-    EXPECT_NE(files.lockFolderOf(dir.path() + "/file"), nullptr);
-    EXPECT_NE(files.lockFolderOf(dir.path() + "/file"), nullptr) << "the first one was let go";
+TEST_F(WholeFiles, DoesWithoutALockOfAFolderThatIsMissing) {
+    EXPECT_EQ(files.lockFolderOf(in("missing/file")), nullptr);
+    EXPECT_NE(files.lockFolderOf(in("file")), nullptr);
+    EXPECT_NE(files.lockFolderOf(in("file")), nullptr) << "the first one was let go";
 }
 
 }  // namespace

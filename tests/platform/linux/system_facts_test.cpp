@@ -34,37 +34,30 @@ std::string release() {
 }
 
 TEST_F(FilesOfAMachine, NameItByItsReleaseFile) {
+    EXPECT_EQ(facts.systemName().name, "Linux") << "the kernel has a name without any";
+    file("/usr/lib/os-release", "PRETTY_NAME='My = \"own\"'\nID=\"a\\\"b\\\\c\"\n");
+    EXPECT_EQ(facts.systemName().name, "My = \"own\"") << "read with the quotes of a shell";
+    EXPECT_EQ(facts.systemName().identifier, "a\"b\\c B" + release());
     file("/etc/os-release",
-         "# a comment\nNAME=Debian\nPRETTY_NAME=\"Debian GNU/Linux 12 "
-         "(bookworm)\"\nID=debian\nVERSION_ID=\"12\"\n"
-         "ID_LIKE=other\n");
+         "# a comment\nNAME=Debian\nPRETTY_NAME=\"Debian GNU/Linux 12 (bookworm)\"\nID=debian\n"
+         "VERSION_ID=\"12\"\nID_LIKE=other\n");
     const SystemName name = facts.systemName();
     EXPECT_EQ(name.name, "Debian GNU/Linux 12 (bookworm)");
     EXPECT_EQ(name.identifier, "debian 12 B" + release());
     EXPECT_EQ(release().find(name.version + "."), 0U) << name.version;
 }
 
-TEST_F(FilesOfAMachine, AreReadWithTheQuotesOfAShell) {
-    file("/usr/lib/os-release", "PRETTY_NAME='My = \"own\"'\nID=\"a\\\"b\\\\c\"\n");
-    EXPECT_EQ(facts.systemName().name, "My = \"own\"");
-    EXPECT_EQ(facts.systemName().identifier, "a\"b\\c B" + release());
-}
-
-TEST_F(FilesOfAMachine, MayBeMissingAndTheKernelStillHasAName) {
-    EXPECT_EQ(facts.systemName().name, "Linux");
-    EXPECT_EQ(facts.systemName().identifier, "linux B" + release());
-    EXPECT_EQ(facts.memory().physicalTotal, 0U);
-    EXPECT_EQ(facts.memory().loadPercent, 0U);
-    EXPECT_EQ(facts.upTimeSeconds(), 0U);
-    EXPECT_EQ(facts.workingSet(), 0U);
-    EXPECT_NE(facts.processorName(), "");
-}
-
-TEST_F(FilesOfAMachine, TellItsMemory) {
+TEST_F(FilesOfAMachine, TellMemoryUpTimeAndEachDifferentProcessorOnce) {
+    EXPECT_EQ(facts.memory().loadPercent + facts.upTimeSeconds() + facts.workingSet(), 0U) << "no files yet";
     file("/proc/meminfo",
          "MemTotal:        4000 kB\nMemFree:          100 kB\nMemAvailable:    1000 kB\nSwapCached:  7 kB\n"
          "SwapTotal:       2000 kB\nSwapFree:         500 kB\n");
     file("/proc/self/statm", "1000 20 10 5 0 100 0\n");
+    file("/proc/uptime", "350735.47 234388.90\n");
+    file("/proc/cpuinfo",
+         "processor\t: 0\nmodel\t\t: 85\nmodel name\t: Big: fast\n\nprocessor\t: 1\nmodel name\t: Big: "
+         "fast\n\n"
+         "processor\t: 2\nmodel name\t: Little\n");
     const auto page = static_cast<std::uint64_t>(sysconf(_SC_PAGESIZE));
     const MemoryFacts memory = facts.memory();
     EXPECT_EQ(memory.physicalTotal, 4000U * 1024);
@@ -74,18 +67,7 @@ TEST_F(FilesOfAMachine, TellItsMemory) {
     EXPECT_EQ(memory.pageFileAvailable, 500U * 1024);
     EXPECT_EQ(memory.virtualTotal - memory.virtualAvailable, 1000 * page);
     EXPECT_EQ(facts.workingSet(), 20 * page);
-}
-
-TEST_F(FilesOfAMachine, TellItsUpTimeInWholeSeconds) {
-    file("/proc/uptime", "350735.47 234388.90\n");
     EXPECT_EQ(facts.upTimeSeconds(), 350735U);
-}
-
-TEST_F(FilesOfAMachine, TellEachDifferentProcessorOnce) {
-    file("/proc/cpuinfo",
-         "processor\t: 0\nmodel\t\t: 85\nmodel name\t: Big: fast\n\nprocessor\t: 1\nmodel name\t: Big: "
-         "fast\n\n"
-         "processor\t: 2\nmodel name\t: Little\n");
     EXPECT_EQ(facts.processorName(), "Big: fast\tLittle");
 }
 
@@ -93,13 +75,12 @@ TEST(LinuxSystemFacts, AreKnownOnTheRealMachine) {
     LinuxSystemFacts facts;
     const MemoryFacts memory = facts.memory();
     EXPECT_GT(memory.physicalTotal, memory.physicalAvailable);
-    EXPECT_GT(memory.physicalAvailable, 0U);
     EXPECT_GT(facts.workingSet(), 100U * 1024);
-    EXPECT_LT(facts.workingSet(), memory.physicalTotal);
     EXPECT_GT(facts.upTimeSeconds(), 0U);
     EXPECT_NE(facts.computerName(), "");
     EXPECT_EQ(facts.emulated(), false);
-    EXPECT_EQ(facts.screen().width, 0);
+    EXPECT_EQ(facts.environment("PATH"), getenv("PATH"));
+    EXPECT_EQ(facts.environment("HARBORLANTERN_UNSET_VALUE"), "");
 }
 
 TEST(LinuxSystemFacts, CallAUserWithoutANameByHisNumber) {
@@ -119,20 +100,11 @@ TEST(LinuxSystemFacts, CallAUserWithoutANameByHisNumber) {
 TEST(LinuxSystemFacts, DescribeErrorCodesInEnglish) {
     LinuxSystemFacts facts;
     EXPECT_EQ(facts.errorText(EACCES), "Permission denied");
-    EXPECT_EQ(facts.errorText(ENOENT), "No such file or directory");
     for (const int unknown : {99999, -5}) {
         errno = 0;
         EXPECT_EQ(facts.errorText(unknown), "");
         EXPECT_EQ(errno, EINVAL);
     }
-}
-
-TEST(LinuxSystemFacts, ReadTheEnvironmentOrNothing) {
-    LinuxSystemFacts facts;
-    setenv("HARBORLANTERN_TEST_VALUE", "a b", 1);
-    EXPECT_EQ(facts.environment("HARBORLANTERN_TEST_VALUE"), "a b");
-    unsetenv("HARBORLANTERN_TEST_VALUE");
-    EXPECT_EQ(facts.environment("HARBORLANTERN_TEST_VALUE"), "");
 }
 
 }  // namespace
