@@ -3,7 +3,7 @@
 //
 // A line that begins with "-s" reads its sources and writes a report with no window. Everything else needs
 // the window, which is a module of its own beside the program.
-#include <clocale>
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
@@ -41,9 +41,9 @@ std::string lastWordsLog;
 // The report of an error that the program does not survive. The state of the process is unknown: no more is
 // done than to put a text that was made by others into two places.
 void lastWords(const char* description) {
-    LinuxFiles().append(lastWordsLog, std::string(description) + "\r\n\r\n");
     std::fputs(description, stderr);
     std::fputs("\n", stderr);
+    LinuxFiles().append(lastWordsLog, std::string(description) + "\r\n\r\n");
 }
 
 LinuxFaultSignals faultSignals;
@@ -64,7 +64,7 @@ std::filesystem::path executablePath() {
 std::string currentFolder() {
     std::error_code error;
     const auto path = std::filesystem::current_path(error);
-    return error ? "/" : path.string();
+    return error ? std::string() : path.string();
 }
 
 std::string firstSet(SystemFacts& facts, std::initializer_list<const char*> names) {
@@ -115,7 +115,9 @@ class Program {
 std::string programFolderBy(SystemFacts& facts, const std::filesystem::path& executable) {
     std::string folder = facts.environment("HARBORLANTERN_HOME");
     if (folder.empty()) return folderOf(executable);
-    return std::filesystem::absolute(folder).string();
+    std::error_code error;
+    const auto absolute = std::filesystem::absolute(folder, error);
+    return error ? folder : absolute.string();
 }
 
 Program::Program(const std::vector<std::string>& arguments)
@@ -140,6 +142,9 @@ Program::Program(const std::vector<std::string>& arguments)
 
 int Program::Main() {
     faultSignals.InstallExceptionFilter(lastWords);
+    // A pipe with no reader, and a file at the limit of its size, are errors of the write and not the end of
+    // the run.
+    for (const int signal : {SIGPIPE, SIGXFSZ}) std::signal(signal, SIG_IGN);
     texts_.Init_Sprache("", std::string(kTranslatorFileName), true);
     texts_.Init_Textbausteine();
     if (line_.asksForHelp || line_.asksForVersion) {

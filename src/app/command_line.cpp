@@ -34,14 +34,15 @@ bool isAbsolute(std::string_view path, const PathRules& rules) {
     return drive || path.starts_with(rules.separator);
 }
 
-// Without the segments "."; a separator at the end stays.
+// Without the segments "." and empty ones; a separator at the end stays.
 std::string withoutDots(std::string_view path, char separator) {
     std::string out;
     while (!path.empty()) {
         const std::size_t end = path.find(separator);
         const std::size_t length = end == std::string_view::npos ? path.size() : end + 1;
         const std::string_view segment = path.substr(0, length);
-        if (segment.substr(0, end) != ".") out += segment;
+        const bool empty = end == 0 && !out.empty();
+        if (segment.substr(0, end) != "." && !empty) out += segment;
         path.remove_prefix(length);
     }
     return out;
@@ -81,6 +82,8 @@ class Joiner {
         } else if (switches_ && argument.starts_with('-')) {
             complain(LineProblem::kUnknownSwitch, argument);
         } else {
+            if (cwd_.empty() && !isAbsolute(argument, rules_))
+                complain(LineProblem::kNoCurrentFolder, argument);
             pieces_.push_back({quoted(absolutePath(argument, cwd_, rules_)), false});
         }
     }

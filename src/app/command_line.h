@@ -22,6 +22,7 @@ enum class LineProblem {
     kNone,
     kUnknownSwitch,  ///< An argument begins with "-" and is none of ours.
     kEmptyArgument,
+    kNoCurrentFolder,  ///< A relative path, and there is no current folder (any more).
 };
 
 struct JoinedLine {
@@ -38,7 +39,7 @@ struct JoinedLine {
 /// "--version"; behind "--" there are none. Everything else is a path: it is made absolute by `cwd`, unless
 /// it names a network share, and segments "." are dropped from it. The delimiter switch of a silent line
 /// moves right behind "-s", and "-d0" is put there where there is none, so that a "-d" in a path is never
-/// taken for it. REQUIRES: cwd is absolute.
+/// taken for it. REQUIRES: cwd is absolute, or empty where there is none.
 JoinedLine joinArguments(const std::vector<std::string>& arguments, std::string_view cwd,
                          const PathRules& rules);
 

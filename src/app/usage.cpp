@@ -57,6 +57,9 @@ std::string problemText(const Texts& texts, const JoinedLine& line) {
             return texts.TL(9013,
                             "Unbekannter Schalter %1. Für eine Datei oder einen Ordner dieses Namens: ./%1",
                             {visible(line.badArgument)});
+        case LineProblem::kNoCurrentFolder:
+            return texts.TL(9016, "Es gibt keinen aktuellen Ordner, zu dem %1 gehören könnte.",
+                            {visible(line.badArgument)});
         case LineProblem::kEmptyArgument:
             return texts.TL(9014, "Ein Argument ist leer.");
     }

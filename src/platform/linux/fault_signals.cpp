@@ -151,7 +151,8 @@ bool nearStack(std::uintptr_t address, std::uintptr_t stack) {
 bool mayThrow(int signal, const siginfo_t& info, const Registers& at) {
     const bool kind = signal == SIGSEGV || signal == SIGBUS || signal == SIGFPE;
     const bool raisedHere = info.si_code > 0;
-    if (!kind || !raisedHere || GuardedRoutine::depth() == 0 || !inOwnText(at.instruction)) return false;
+    if (!kind || !raisedHere || GuardedRoutine::depth() == 0 || state.endingThread != 0) return false;
+    if (!inOwnText(at.instruction)) return false;
     const auto address = reinterpret_cast<std::uintptr_t>(info.si_addr);
     if (signal == SIGSEGV && nearStack(address, at.stack)) return false;
     return !exceptionOnItsWay();

@@ -36,6 +36,8 @@ ReadAheadLimits limitsOfThisMachine(bool readAhead) {
     if (::getrlimit(RLIMIT_NOFILE, &files) == 0) {
         const rlim_t free = files.rlim_cur > kOtherDescriptors ? files.rlim_cur - kOtherDescriptors : 0;
         limits.openFolders = std::clamp(free, kLeastOpenFolders, kMostOpenFolders);
+        // Each helper needs descriptors of its own; where there are hardly any, the walk reads alone.
+        if (free < kLeastOpenFolders) limits.helpersWarm = limits.helpersCold = 0;
     }
     return limits;
 }

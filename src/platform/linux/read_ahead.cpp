@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <new>
 #include <system_error>
 #include <utility>
 
@@ -131,27 +132,33 @@ ReadAhead::Item* ReadAhead::firstFree() const {
 }
 
 // A range gives its first subfolder: it becomes that item itself, and what is left of it a range behind it.
+// Whatever may fail for want of memory comes first; until then the item is free as before.
 ReadAhead::Item* ReadAhead::takeFrom(Item* item) {
-    item->state = Item::State::kTaken;
-    if (item->kind != Item::Kind::kRange) return item;
-    Folder* parent = item->folder;
-    const Block& block = *item->children;
-    const Entry& entry = block.entries[block.entered[item->nextChild]];
-    item->kind = Item::Kind::kFolder;
-    item->folder = OpenFolders::make(parent, std::string(block.names + entry.nameOffset, entry.nameLength),
-                                     entry.tag == kTagSymbolicLink);
-    if (item->nextChild + 1 == block.entered.size()) {
-        item->lastOfRange = true;
-        item->children.reset();
-        folders_.release(parent);
-        return item;
+    if (item->kind == Item::Kind::kRange) {
+        Folder* parent = item->folder;
+        const Block& block = *item->children;
+        const Entry& entry = block.entries[block.entered[item->nextChild]];
+        const bool last = item->nextChild + 1 == block.entered.size();
+        auto rest = last ? nullptr : std::make_unique<Item>();
+        Folder* child =
+            OpenFolders::make(parent, std::string(block.names + entry.nameOffset, entry.nameLength),
+                              entry.tag == kTagSymbolicLink);
+        if (last) {
+            item->lastOfRange = true;
+            item->children.reset();
+            folders_.release(parent);
+        } else {
+            rest->kind = Item::Kind::kRange;
+            rest->folder = parent;
+            rest->children = std::move(item->children);
+            rest->nextChild = item->nextChild + 1;
+            append(item, rest.release());
+            folders_.addNeed(parent);
+        }
+        item->kind = Item::Kind::kFolder;
+        item->folder = child;
     }
-    auto* rest = append(item, new Item);
-    rest->kind = Item::Kind::kRange;
-    rest->folder = parent;
-    rest->children = std::move(item->children);
-    rest->nextChild = item->nextChild + 1;
-    folders_.addNeed(parent);
+    item->state = Item::State::kTaken;
     return item;
 }
 
@@ -382,9 +389,18 @@ void ReadAhead::wakeHelper() {
     if (idleHelpers_ > 0 && mayReadAhead() && firstFree() != nullptr) workThere_.notify_one();
 }
 
+// A helper that gets no memory ends; the walk and the others read on.
 void ReadAhead::helperLoop(unsigned number) {
-    if (prepareThread_ != nullptr) prepareThread_();
-    BlockReader reader(calls_, options_);
+    try {
+        if (prepareThread_ != nullptr) prepareThread_();
+        BlockReader reader(calls_, options_);
+        helpUntilStopped(number, reader);
+    } catch (const std::bad_alloc&) {
+        return;
+    }
+}
+
+void ReadAhead::helpUntilStopped(unsigned number, BlockReader& reader) {
     Lock lock(mutex_);
     while (!stopped_) {
         if (number >= wantedHelpers_) {

@@ -81,6 +81,7 @@ class ReadAhead final : public FolderReader {
     void startHelpers();
     void wakeHelper();
     void helperLoop(unsigned number);
+    void helpUntilStopped(unsigned number, BlockReader& reader);
     void judge(std::uint64_t nanoseconds, std::size_t entries);
     bool mayReadAhead() const { return bytesAhead_ < limits_.bytesAhead; }
     bool changesSoon(Lock& lock);

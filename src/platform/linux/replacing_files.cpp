@@ -7,9 +7,12 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <charconv>
 #include <climits>
 #include <cstdint>
+#include <memory>
 #include <optional>
+#include <string_view>
 #include <utility>
 
 #include "platform/linux/descriptor.h"
@@ -197,12 +200,33 @@ std::string folderOf(const std::string& path) {
     return slash == 0 ? "/" : path.substr(0, slash);
 }
 
+// "/dev/stdout" and the like: the number of the open descriptor that the path names.
+static std::optional<int> descriptorNamed(std::string_view path) {
+    if (path == "/dev/stdout") return STDOUT_FILENO;
+    if (path == "/dev/stderr") return STDERR_FILENO;
+    for (const std::string_view folder : {"/dev/fd/", "/proc/self/fd/"}) {
+        if (!path.starts_with(folder)) continue;
+        path.remove_prefix(folder.size());
+        int number = -1;
+        const auto [end, error] = std::from_chars(path.data(), path.data() + path.size(), number);
+        if (error == std::errc() && end == path.data() + path.size() && number >= 0) return number;
+        return std::nullopt;
+    }
+    return std::nullopt;
+}
+
 std::unique_ptr<ReplacingFile> makeReplacingFile(const std::string& path, Unfinished unfinished, int& error) {
     const auto fail = [&error](int code) {
         error = code;
         return nullptr;
     };
     if (path.empty()) return fail(ENOENT);
+    // What is open already is written on, wherever it leads: a redirection may append, and has other writers.
+    if (const auto open = descriptorNamed(path)) {
+        Descriptor copy(fcntl(*open, F_DUPFD_CLOEXEC, 0));
+        if (copy.number() < 0) return fail(errno);
+        return std::make_unique<DirectFile>(std::move(copy));
+    }
     const auto old = statusOf(path);
     if (path.ends_with('/') || (old && S_ISDIR(old->st_mode))) return fail(EISDIR);
     if (old && !S_ISREG(old->st_mode)) return openDirect(path, 0, error);
