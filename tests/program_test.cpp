@@ -313,12 +313,13 @@ TEST(Program, ReadsSourcesByAnyNameGivenInAnyWay) {
         const std::string folder = dir.path() + "/" + name;
         test::makeFolder(folder);
         test::makeFile(folder + "/f", 9);
-        for (const std::string& source : {folder, folder + "/", folder + "//", "./" + name}) {
+        for (const std::string& source : {folder, folder + "/", folder + "//", "./" + name, ".///" + name}) {
             const auto inFolder = [&] { test::must(::chdir(dir.path().c_str())); };
             const test::Ended ended = program.run({"-s", program.home("r.csv"), source}, inFolder);
             EXPECT_EQ(ended.status, 0) << source << ended.errors;
             const Rows rows = readReport(program.home("r.csv"));
             ASSERT_EQ(rows.size(), 1U) << source;
+            EXPECT_EQ(rows.begin()->first.find("//"), std::string::npos) << source;
             EXPECT_EQ(rows.begin()->second, (Numbers{9, 1, 0})) << source;
         }
     }

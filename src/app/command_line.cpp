@@ -37,13 +37,15 @@ bool isAbsolute(std::string_view path, const PathRules& rules) {
 // Without the segments "." and empty ones; a separator at the end stays.
 std::string withoutDots(std::string_view path, char separator) {
     std::string out;
+    bool first = true;
     while (!path.empty()) {
         const std::size_t end = path.find(separator);
         const std::size_t length = end == std::string_view::npos ? path.size() : end + 1;
         const std::string_view segment = path.substr(0, length);
-        const bool empty = end == 0 && !out.empty();
+        const bool empty = end == 0 && !first;
         if (segment.substr(0, end) != "." && !empty) out += segment;
         path.remove_prefix(length);
+        first = false;
     }
     return out;
 }
