@@ -296,7 +296,7 @@ void ReadAhead::offerRest(Item* item, const BlockReader::Fill& fill) {
     OpenFolders::addReference(item->folder);
     folders_.addNeed(item->folder);
     changes_.fetch_add(1, std::memory_order_release);
-    wakeHelper();
+    wakeReader();
 }
 
 void ReadAhead::finish(Item* item) {
@@ -307,7 +307,7 @@ void ReadAhead::finish(Item* item) {
     ++blocksRead_;
     changes_.fetch_add(1, std::memory_order_release);
     if (walkWaits_ && item == orderFirst_) frontThere_.notify_one();
-    wakeHelper();
+    if (enoughForTwo()) wakeReader();
 }
 
 // --- the walk's side
@@ -322,9 +322,7 @@ std::unique_ptr<Listing> ReadAhead::next() {
             return handOver(front);
         }
         Item* free = front->state == Item::State::kFree ? front : nullptr;
-        // Where reads wait for a disk and helpers take them, the walk waits, so that the window stays alive.
-        const bool waits = slowness_ >= kSlownessPerHelper && helpers_.size() > limits_.helpersWarm;
-        if (free == nullptr && mayReadAhead() && !waits) free = firstFree();
+        if (free == nullptr) free = freeForWalk();
         if (free != nullptr) {
             readItem(takeFrom(free), ownReader_, lock);
         } else if (!waitForFront(lock)) {
@@ -334,12 +332,19 @@ std::unique_ptr<Listing> ReadAhead::next() {
     return nullptr;
 }
 
+// What the walk may read while what it needs is in the hands of a helper. Where reads wait for a disk and
+// helpers take them, the walk reads nothing ahead, so that the window stays alive.
+ReadAhead::Item* ReadAhead::freeForWalk() const {
+    const bool waits = isSlow() && helpers_.size() > limits_.helpersWarm;
+    return waits || !mayReadAhead() ? nullptr : firstFree();
+}
+
 bool ReadAhead::waitForFront(Lock& lock) {
     if (changesSoon(lock)) return true;
     const Item* front = orderFirst_;
     walkWaits_ = true;
-    const bool there =
-        frontThere_.wait_for(lock, kWaitStep, [&] { return front->state == Item::State::kDone; });
+    const bool there = frontThere_.wait_for(
+        lock, kWaitStep, [&] { return front->state == Item::State::kDone || freeForWalk() != nullptr; });
     walkWaits_ = false;
     if (there || wait_ == nullptr) return true;
     lock.unlock();
@@ -351,7 +356,7 @@ bool ReadAhead::waitForFront(Lock& lock) {
 std::unique_ptr<Listing> ReadAhead::handOver(Item* item) {
     const bool wasFull = !mayReadAhead();
     if (item->block != nullptr) bytesAhead_ -= item->block->bytes;
-    if (wasFull && mayReadAhead()) wakeHelper();
+    if (wasFull && mayReadAhead()) wakeReader();
     auto listing = std::make_unique<BlockListing>(*item);
     discard(item);
     return listing;
@@ -362,7 +367,7 @@ std::unique_ptr<Listing> ReadAhead::handOver(Item* item) {
 // A folder takes some 10 us from the cache, and to sleep and be woken takes longer: so first look for a
 // moment whether the lists change. True if they did.
 bool ReadAhead::changesSoon(Lock& lock) {
-    if (limits_.helpersWarm == 0 || slowness_ >= kSlownessPerHelper) return false;
+    if (limits_.helpersWarm == 0 || isSlow()) return false;
     const std::uint32_t before = changes_.load(std::memory_order_relaxed);
     lock.unlock();
     const auto end = Clock::now() + kPatience;
@@ -370,6 +375,10 @@ bool ReadAhead::changesSoon(Lock& lock) {
     }
     lock.lock();
     return changes_.load(std::memory_order_relaxed) != before;
+}
+
+bool ReadAhead::isSlow() const {
+    return slowness_ >= kSlownessPerHelper;
 }
 
 void ReadAhead::startHelpers() {
@@ -385,8 +394,23 @@ void ReadAhead::startHelpers() {
 }
 
 // One is enough: who takes an item and leaves a free one wakes the next.
-void ReadAhead::wakeHelper() {
-    if (idleHelpers_ > 0 && mayReadAhead() && firstFree() != nullptr) workThere_.notify_one();
+void ReadAhead::wakeReader() {
+    if (walkWaits_ && freeForWalk() != nullptr) {
+        frontThere_.notify_one();
+    } else if (idleHelpers_ > 0 && mayReadAhead() && firstFree() != nullptr) {
+        workThere_.notify_one();
+    }
+}
+
+// Whoever finishes an item goes on with the first free one. While folders take microseconds, waking another
+// pays only if there is a second: along a chain of single folders the readers would take turns in sleeping.
+bool ReadAhead::enoughForTwo() const {
+    const Item* free = firstFree();
+    if (free == nullptr || isSlow()) return free != nullptr;
+    if (free->kind == Item::Kind::kRange && free->children->entered.size() - free->nextChild > 1) return true;
+    do free = free->workNext;
+    while (free != nullptr && free->state != Item::State::kFree);
+    return free != nullptr;
 }
 
 // A helper that gets no memory ends; the walk and the others read on.
@@ -404,7 +428,7 @@ void ReadAhead::helpUntilStopped(unsigned number, BlockReader& reader) {
     Lock lock(mutex_);
     while (!stopped_) {
         if (number >= wantedHelpers_) {
-            wakeHelper();  // This one may have been woken in the place of another.
+            wakeReader();  // This one may have been woken in the place of another.
             retiredWait_.wait(lock);
             continue;
         }
@@ -421,7 +445,7 @@ void ReadAhead::helpUntilStopped(unsigned number, BlockReader& reader) {
         }
         if (item == nullptr) continue;
         takeFrom(item);
-        wakeHelper();
+        wakeReader();
         readItem(item, reader, lock);
     }
 }

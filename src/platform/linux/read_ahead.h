@@ -63,6 +63,7 @@ class ReadAhead final : public FolderReader {
     Item* append(Item* before, Item* made);
     void unlinkWork(Item* item);
     Item* firstFree() const;
+    Item* freeForWalk() const;
     Item* takeFrom(Item* item);
     void putChildren(Item* item);
     void discard(Item* item);
@@ -79,7 +80,9 @@ class ReadAhead final : public FolderReader {
 
     // Helpers.
     void startHelpers();
-    void wakeHelper();
+    void wakeReader();
+    bool enoughForTwo() const;
+    bool isSlow() const;
     void helperLoop(unsigned number);
     void helpUntilStopped(unsigned number, BlockReader& reader);
     void judge(std::uint64_t nanoseconds, std::size_t entries);
