@@ -55,12 +55,6 @@ std::string folderOf(const std::filesystem::path& path) {
     return path.parent_path().string();
 }
 
-std::filesystem::path executablePath() {
-    std::error_code error;
-    auto path = std::filesystem::read_symlink("/proc/self/exe", error);
-    return error ? std::filesystem::path(kProductName) : path;
-}
-
 std::string currentFolder() {
     std::error_code error;
     const auto path = std::filesystem::current_path(error);
@@ -99,7 +93,7 @@ class Program {
     LinuxFiles files_;
     LinuxConsole console_;
     HeadlessPump pump_;
-    const std::filesystem::path executable_ = executablePath();
+    const std::filesystem::path executable_ = LinuxSystemFacts::executablePath();
     const JoinedLine line_;
     const std::string programFolder_;
     const NumberFormat numbers_ = numberFormatOf(firstSet(facts_, {"LC_ALL", "LC_NUMERIC", "LANG"}));
@@ -149,8 +143,7 @@ int Program::Main() {
     texts_.Init_Textbausteine();
     if (line_.asksForHelp || line_.asksForVersion) {
         const std::string answer = line_.asksForHelp ? usageText(texts_) : versionText();
-        console_.outputLine(answer.substr(0, answer.size() - 1));
-        return kWritten;
+        return console_.outputLine(answer.substr(0, answer.size() - 1)) ? kWritten : kSomethingFailed;
     }
     if (line_.problem != LineProblem::kNone) {
         console_.errorLine(problemText(texts_, line_));

@@ -10,7 +10,8 @@ class Console {
   public:
     virtual ~Console() = default;
     /// Lines may hold line breaks of the program's own; what comes from outside must be made visible before.
-    virtual void outputLine(std::string_view line) = 0;
+    /// False if the line could not be written.
+    virtual bool outputLine(std::string_view line) = 0;
     virtual void errorLine(std::string_view line) = 0;
     /// Whether standard error is a terminal; progress is dropped otherwise.
     virtual bool showsProgress() = 0;

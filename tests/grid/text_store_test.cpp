@@ -9,8 +9,9 @@
 namespace hl {
 namespace {
 
-TEST(TextStore, GivesBackEveryTextOfWhateverLength) {
+TEST(TextStore, GivesBackEveryTextOfWhateverLengthAndMovesNone) {
     TextStore store;
+    const std::string_view first = store.get(store.add("first"));
     std::vector<std::string> texts;
     // Around the steps of the length's own length and of a block, and far beyond one.
     for (const std::size_t length :
@@ -20,12 +21,6 @@ TEST(TextStore, GivesBackEveryTextOfWhateverLength) {
     std::vector<TextRef> refs;
     for (const std::string& text : texts) refs.push_back(store.add(text));
     for (std::size_t i = 0; i < texts.size(); ++i) EXPECT_EQ(store.get(refs[i]), texts[i]) << i;
-}
-
-TEST(TextStore, NeverMovesATextThatItHolds) {
-    TextStore store;
-    const std::string_view first = store.get(store.add("first"));
-    for (int i = 0; i < 100'000; ++i) store.add("another text");
     EXPECT_EQ(first, "first");
 }
 
@@ -34,9 +29,6 @@ TEST(TextStore, CountsATextWithFewBytesMoreAndAnEmptyOneWithNone) {
     for (int i = 0; i < 1000; ++i) store.add("0123456789");
     EXPECT_EQ(store.add(""), 0U);
     EXPECT_EQ(store.bytesUsed(), 11'000U);
-    store.clear();
-    EXPECT_EQ(store.bytesUsed(), 0U);
-    EXPECT_EQ(store.get(store.add("new")), "new");
 }
 
 TEST(TextStore, RaisesOverflowForMoreThanItCanAddressAndStaysUsable) {

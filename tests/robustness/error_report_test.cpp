@@ -38,36 +38,32 @@ class ErrorReport : public testing::Test {
 
 TEST_F(ErrorReport, TellsAllItsLinesInOrderWithNoLineEndBehindTheLast) {
     app.commandLine = "\"/home\" -s";
-    EXPECT_EQ(build(), "Time: " + formatDate(localTime(now), app.dates.general()) +
-                           "\r\nApp: Harborlantern 0.4.2"
-                           "\r\nModul: frmMain"
-                           "\r\nFunc: QuelleEinlesen"
-                           "\r\nLine: 42"
-                           "\r\nErr: 13 - Type mismatch"
-                           "\r\nPath: /opt/harborlantern/harborlantern"
-                           "\r\nAppUp: 1:02:05"
-                           "\r\nSysUp: 1 day 1:01:01"
-                           "\r\nOS: Debian GNU/Linux 12 (bookworm) Version: 6.1 ID: debian 12 B6.1.0-18-amd64"
-                           "\r\n64bit: False"
-                           "\r\nIE: 0.0.0"
-                           "\r\nPhysRAM: 1.00 MB Free / 4.00 MB Total"
-                           "\r\nMemLoad: 75%"
-                           "\r\nRAM used: 1.50 MB"
-                           "\r\nPagefile: 2.00 MB Free / 8.00 MB Total"
-                           "\r\nVirtMem: 3.00 MB Free / 16.00 MB Total"
-                           "\r\nCPU: Some CPU"
-                           "\r\nScreen: 1920x1080x4294967296 (32)"
-                           "\r\nCommand: \"/home\" -s"
-                           "\r\nPortable: 1"
-                           "\r\nUser: ada"
-                           "\r\nComp: engine");
+    EXPECT_EQ(build(),
+              "Time: " + formatDate(localTime(now), app.dates.general()) +
+                  "\r\nApp: Harborlantern 0.4.2\r\nModul: frmMain\r\nFunc: QuelleEinlesen\r\nLine: 42"
+                  "\r\nErr: 13 - Type mismatch\r\nPath: /opt/harborlantern/harborlantern"
+                  "\r\nAppUp: 1:02:05\r\nSysUp: 1 day 1:01:01"
+                  "\r\nOS: Debian GNU/Linux 12 (bookworm) Version: 6.1 ID: debian 12 B6.1.0-18-amd64"
+                  "\r\n64bit: False\r\nIE: 0.0.0\r\nPhysRAM: 1.00 MB Free / 4.00 MB Total"
+                  "\r\nMemLoad: 75%\r\nRAM used: 1.50 MB"
+                  "\r\nPagefile: 2.00 MB Free / 8.00 MB Total\r\nVirtMem: 3.00 MB Free / 16.00 MB Total"
+                  "\r\nCPU: Some CPU\r\nScreen: 1920x1080x4294967296 (32)"
+                  "\r\nCommand: \"/home\" -s\r\nPortable: 1\r\nUser: ada\r\nComp: engine");
 }
 
-TEST_F(ErrorReport, SaysBetaRatherThanReleaseCandidate) {
+TEST_F(ErrorReport, VariesItsLinesWithWhatItIsTold) {
     app.releaseCandidate = 3;
     EXPECT_EQ(line("App: "), "App: Harborlantern 0.4.2 RC3");
     app.beta = true;
     EXPECT_EQ(line("App: "), "App: Harborlantern 0.4.2 [BETA]");
+    app.numbers = {".", ","};
+    system.memoryFacts.physicalTotal = std::uint64_t{5} << 40;
+    EXPECT_EQ(line("PhysRAM: "), "PhysRAM: 1,00 MB Free / 5.242.880,00 MB Total");
+    system.memoryFacts.virtualTotal = UINT64_MAX;
+    EXPECT_NE(line("VirtMem: "), "") << "far beyond the largest size";
+    system.screenFacts = {640, 480, 24};
+    EXPECT_EQ(line("Screen: "), "Screen: 640x480xUNKNOWN");
+    EXPECT_EQ(line("Command: "), "") << "there was none";
 }
 
 TEST_F(ErrorReport, OpensWithTheHintOnlyWhereAComponentIsMissing) {
@@ -76,22 +72,11 @@ TEST_F(ErrorReport, OpensWithTheHintOnlyWhereAComponentIsMissing) {
     EXPECT_EQ(build(428).find("Time: "), 0U);
 }
 
-TEST_F(ErrorReport, WritesMemoryAsTheLocaleDoesAndSurvivesSizesBeyondTheLargest) {
-    app.numbers = {".", ","};
-    system.memoryFacts.physicalTotal = std::uint64_t{5} << 40;
-    EXPECT_EQ(line("PhysRAM: "), "PhysRAM: 1,00 MB Free / 5.242.880,00 MB Total");
-    system.memoryFacts.virtualTotal = UINT64_MAX;
-    EXPECT_NE(line("VirtMem: "), "");
-}
-
 TEST_F(ErrorReport, ComesOutWithAllItsLinesWhenNothingCanBeLearned) {
-    system.screenFacts = {640, 480, 24};
-    EXPECT_EQ(line("Screen: "), "Screen: 640x480xUNKNOWN");
     system.broken = true;
     const std::string report = build();
     EXPECT_EQ(std::count(report.begin(), report.end(), '\n'), 21);
     EXPECT_EQ(line("SysUp: "), "SysUp: 0:00:00");
-    EXPECT_EQ(line("Command: "), "") << "there was none";
 }
 
 }  // namespace

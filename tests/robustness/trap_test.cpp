@@ -66,24 +66,18 @@ TEST_F(Trap, CatchesWhateverEscapes) {
     }
 }
 
-TEST_F(Trap, AsksForDebugValuesOnlyAfterAnError) {
-    int asked = 0;
-    const auto values = [&] { return DebugValues{"/home", std::to_string(++asked)}; };
-    for (const bool failing : {false, true})
-        guarded(
-            diagnostics, "f", "m", [&] { failing ? fail() : void(); }, values);
-    EXPECT_EQ(asked, 1);
-    EXPECT_TRUE(shows("\r\nDebug0: /home\r\nDebug1: 1"));
-}
-
-TEST_F(Trap, LogsWhatItShowsWithTheStateOfTheProgramAtTheEnd) {
+TEST_F(Trap, LogsWhatItShowsWithTheStateOfTheProgramAndWithValuesAskedForOnlyAfterAnError) {
     app.dataFolder = "/opt/data";
     app.languageId = [] { return 9; };
     app.cancelState = [] { return 3; };
-    run(fail);
+    int asked = 0;
+    const auto values = [&] { return DebugValues{"/home", std::to_string(++asked)}; };
+    guarded(
+        diagnostics, "f", "m", [] {}, values);
+    guarded(diagnostics, "f", "m", fail, values);
     EXPECT_TRUE(sink.shown.back().ends_with(
         "\r\nComp: engine\r\nApptitle: Harborlantern\r\nDatapath: /opt/data\r\nAdmin: True"
-        "\r\nErrcount: 1\r\nLang: 9\r\nStop:3,0"))
+        "\r\nErrcount: 1\r\nLang: 9\r\nStop:3,0\r\nDebug0: /home\r\nDebug1: 1"))
         << sink.shown.back();
     EXPECT_EQ(sink.log.at(0).text, sink.shown.at(0));
     EXPECT_TRUE(sink.log[0].blankLine && sink.log[0].stamp);

@@ -31,7 +31,6 @@ struct Item {
     int endError = 0;
     std::size_t failingBlock = 0;   ///< From 1; its entries are lost.
     std::size_t blockEntries = 99;  ///< Entries of a block.
-    int chain = 0;                  ///< It holds a folder like itself, and so on, so many levels deep.
 
     bool isFolder() const { return (facts.attributes & kAttributeDirectory) != 0; }
     bool isLink() const { return (facts.attributes & kAttributeReparse) != 0; }
@@ -59,7 +58,7 @@ inline Item mountOf(std::string name, std::string source, std::vector<Item> item
     item.target = std::move(source);
     return item;
 }
-/// The item with one of its fields set: with(folder("a"), &Item::error, 13).
+/// with(folder("a"), &Item::error, 13): with that field set.
 template <class T>
 Item with(Item item, T Item::*field, std::type_identity_t<T> value) {
     item.*field = value;
@@ -122,7 +121,7 @@ class FakeReader : public FolderReader {
   public:
     FakeReader(FakeFileSystem& disk, const Item& source, const ReadOptions& options, WaitCallback* wait)
         : disk_(disk), options_(options), wait_(wait) {
-        open_.push_back({&source, source.chain});
+        open_.push_back({&source});
     }
     ~FakeReader() override {
         while (deliver() != nullptr) ++disk_.unread;
@@ -141,7 +140,6 @@ class FakeReader : public FolderReader {
   private:
     struct Open {
         const Item* item;
-        int left = 0;  ///< Of its chain.
         bool started = false;
         std::size_t next = 0;  ///< The entry behind the last that the walk has met,
         std::size_t end = 0;   ///< and the one behind the last that was delivered.
@@ -157,12 +155,7 @@ class FakeReader : public FolderReader {
     bool isShut(const Open& open) const {
         return open.item->error != 0 || (open.item->isMount && open_.size() > 1 && !options_.followLinks);
     }
-    std::size_t entriesOf(const Open& open) const {
-        return isShut(open) ? 0 : open.item->items.size() + (open.left > 0 ? 1 : 0);
-    }
-    const Item& entryOf(const Open& open, std::size_t index) const {
-        return index < open.item->items.size() ? open.item->items[index] : *open.item;
-    }
+    std::size_t entriesOf(const Open& open) const { return isShut(open) ? 0 : open.item->items.size(); }
 
     /// Null behind the last block.
     std::unique_ptr<Listing> deliver() {
@@ -171,11 +164,10 @@ class FakeReader : public FolderReader {
             first_ = !std::exchange(open.started, true);
             if (first_) return blockOf(open);
             while (open.next < open.end) {
-                const bool isChain = open.next == open.item->items.size();
-                const Item& entry = entryOf(open, open.next++);
+                const Item& entry = open.item->items[open.next++];
                 if (!entry.isFolder() || !options_.recursive || (entry.isLink() && !options_.followLinks))
                     continue;
-                open_.push_back({&entry, isChain ? open.left - 1 : entry.chain, true});
+                open_.push_back({&entry, true});
                 first_ = true;
                 return blockOf(open_.back());
             }
@@ -193,7 +185,7 @@ class FakeReader : public FolderReader {
             block->failure = std::make_exception_ptr(Fault(kFaultProcessor, "reader", "bad block"));
             open.next = open.end = end;
         }
-        for (; open.end < end; ++open.end) add(*block, entryOf(open, open.end));
+        for (; open.end < end; ++open.end) add(*block, item.items[open.end]);
         block->more = open.end < entriesOf(open);
         block->error = open.block == 1 ? item.error : 0;
         block->entryError = item.entryError;

@@ -8,26 +8,18 @@
 #include <unistd.h>
 
 #include <cstdlib>
-#include <fstream>
 #include <functional>
-#include <sstream>
 #include <string>
 #include <vector>
 
 #include "support/temp_dir.h"
 #include "support/trees.h"
+#include "support/whole_files.h"
 
 namespace hl::test {
 
 inline std::string readFile(const std::string& path) {
-    std::ifstream file(path, std::ios::binary);
-    std::ostringstream text;
-    text << file.rdbuf();
-    return text.str();
-}
-
-inline void writeFile(const std::string& path, const std::string& text) {
-    std::ofstream(path, std::ios::binary) << text;
+    return contentOf(path);
 }
 
 struct Ended {

@@ -16,10 +16,9 @@ namespace hl::test {
 class RecordingCalls : public DirectoryCalls {
   public:
     // --- what was asked
-    std::atomic<int> opens = 0, closes = 0, looks = 0, ups = 0, seeks = 0, blocks = 0;
+    std::atomic<int> opens = 0, closes = 0, looks = 0, ups = 0, blocks = 0;
     std::atomic<std::size_t> longestName = 0;
-    /// How often each name was looked at, links followed or not.
-    std::map<std::string, int> looksAt, opensOf;
+    std::map<std::string, int> looksAt, opensOf;  ///< How often, by name.
 
     // --- what shall happen; return 0 for the real thing, else a negative error code
     std::function<int(const std::string& name)> onOpen = [](const std::string&) { return 0; };
@@ -45,10 +44,6 @@ class RecordingCalls : public DirectoryCalls {
         note(name, looksAt);
         if (const int error = onLook(name); error != 0) return error;
         return DirectoryCalls::look(folder, name, followLinks, mask, out);
-    }
-    int seek(int folder, std::int64_t cookie) override {
-        ++seeks;
-        return DirectoryCalls::seek(folder, cookie);
     }
     void close(int folder) override {
         ++closes;

@@ -148,16 +148,17 @@ class ScanBench {
 
     /// The first row of that text; kNoRow if there is none.
     Row rowOf(std::string_view text) const {
-        for (std::size_t i = 0; i < report.rowCount(); ++i)
-            if (report.text(report.rowAt(i)) == text) return report.rowAt(i);
-        return kNoRow;
+        Row row = report.rowAt(0);
+        for (std::size_t i = 0; row != kNoRow && report.text(row) != text; row = report.rowAt(++i)) continue;
+        return row;
     }
 
     /// "b 30 2/1": text, size, files, folders.
     std::string numbersOf(Row row) const {
-        const auto whole = [&](CellId cell) { return SimpleValue(report.number(row, cell)).text(); };
-        return std::string(report.text(row)) + " " + whole(kSize) + " " + whole(kFiles) + "/" +
-               whole(kFolders);
+        std::string line(report.text(row));
+        for (const auto& [cell, before] : {std::pair(kSize, " "), {kFiles, " "}, {kFolders, "/"}})
+            line += before + SimpleValue(report.number(row, cell)).text();
+        return line;
     }
     /// All rows as they stand, two blanks in front for each level.
     std::vector<std::string> rows() const {
@@ -175,8 +176,7 @@ class ScanBench {
     }
 };
 
-class ScanFixture : public testing::Test, protected ScanBench {
-  protected:
+struct ScanFixture : testing::Test, ScanBench {
     using Lines = std::vector<std::string>;
 };
 

@@ -51,16 +51,17 @@ inline void makeChain(const std::string& root, int depth, const std::string& nam
 
 /// Removes what makeChain made. The library's own remove_all recurses.
 inline void removeChain(const std::string& root, int depth, const std::string& name, int beside = 0) {
-    // Each step lifts the rest of the chain to the top and removes the emptied level.
+    // Each step lifts the rest of the chain to the top, under the name "lifted", and empties what was there.
     const int top = openFolder(root);
-    for (int level = 0; level < depth; ++level) {
-        ::unlinkat(top, "f", 0);
-        for (int i = 0; i < beside; ++i) ::unlinkat(top, ("b" + std::to_string(i)).c_str(), AT_REMOVEDIR);
-        if (::renameat(top, name.c_str(), top, "lifted") != 0) break;
+    const auto removeBeside = [&](int at) {
+        ::unlinkat(at, "f", 0);
+        for (int i = 0; i < beside; ++i) ::unlinkat(at, ("b" + std::to_string(i)).c_str(), AT_REMOVEDIR);
+    };
+    removeBeside(top);
+    for (int level = 0; level < depth && ::renameat(top, name.c_str(), top, "lifted") == 0; ++level) {
         const int lifted = must(::openat(top, "lifted", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
         ::renameat(lifted, name.c_str(), top, name.c_str());
-        ::unlinkat(lifted, "f", 0);
-        for (int i = 0; i < beside; ++i) ::unlinkat(lifted, ("b" + std::to_string(i)).c_str(), AT_REMOVEDIR);
+        removeBeside(lifted);
         ::close(lifted);
         ::unlinkat(top, "lifted", AT_REMOVEDIR);
     }

@@ -21,7 +21,10 @@ class HeadlessPump final : public MessagePump {
 /// Keeps what was said instead of showing it.
 class RecordingConsole final : public Console {
   public:
-    void outputLine(std::string_view line) override { output.emplace_back(line); }
+    bool outputLine(std::string_view line) override {
+        output.emplace_back(line);
+        return true;
+    }
     void errorLine(std::string_view line) override { errors.emplace_back(line); }
     bool showsProgress() override { return false; }
     void progress(std::string_view) override {}

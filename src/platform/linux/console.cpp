@@ -1,7 +1,10 @@
 #include "platform/linux/console.h"
 
+#include <poll.h>
 #include <sys/ioctl.h>
 #include <unistd.h>
+
+#include <cerrno>
 
 #include "base/text.h"
 
@@ -11,13 +14,21 @@ namespace {
 
 constexpr std::size_t kUsualWidth = 80;
 
-// A console that takes no more (a closed pipe) is no reason to stop.
-void put(int descriptor, std::string_view text) {
+// A console that takes no more (a closed pipe) is no reason to stop. One that takes no more right now, as
+// somebody made it non-blocking, is waited for.
+bool put(int descriptor, std::string_view text) {
     while (!text.empty()) {
         const ssize_t written = ::write(descriptor, text.data(), text.size());
-        if (written <= 0) return;
-        text.remove_prefix(static_cast<std::size_t>(written));
+        if (written > 0) {
+            text.remove_prefix(static_cast<std::size_t>(written));
+        } else if (written < 0 && errno == EAGAIN) {
+            pollfd room{descriptor, POLLOUT, 0};
+            ::poll(&room, 1, -1);
+        } else if (written == 0 || errno != EINTR) {
+            return false;
+        }
     }
+    return true;
 }
 
 std::size_t terminalWidth() {
@@ -34,9 +45,9 @@ LinuxConsole::~LinuxConsole() {
     progress("");
 }
 
-void LinuxConsole::outputLine(std::string_view line) {
+bool LinuxConsole::outputLine(std::string_view line) {
     progress("");
-    put(STDOUT_FILENO, std::string(line) + "\n");
+    return put(STDOUT_FILENO, std::string(line) + "\n");
 }
 
 void LinuxConsole::errorLine(std::string_view line) {

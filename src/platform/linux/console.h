@@ -14,7 +14,7 @@ class LinuxConsole final : public Console {
     LinuxConsole(const LinuxConsole&) = delete;
     LinuxConsole& operator=(const LinuxConsole&) = delete;
 
-    void outputLine(std::string_view line) override;
+    bool outputLine(std::string_view line) override;
     void errorLine(std::string_view line) override;
     bool showsProgress() override { return terminal_; }
     void progress(std::string_view line) override;

@@ -6,8 +6,8 @@
 #include <time.h>
 #include <unistd.h>
 
-#include <array>
 #include <cerrno>
+#include <memory>
 
 namespace hl {
 
@@ -73,16 +73,17 @@ int writeAll(int file, std::string_view bytes) {
 }
 
 int readAll(int file, std::size_t limit, std::string& out) {
-    std::array<char, 65536> buffer;
+    constexpr std::size_t kBuffer = 65536;
+    const auto buffer = std::make_unique_for_overwrite<char[]>(kBuffer);  // The stack may be small.
     for (std::size_t total = 0;;) {
         const std::size_t room = limit - total;
-        const std::size_t wanted = room < buffer.size() ? room + 1 : buffer.size();
-        const ssize_t got = uninterrupted([&] { return read(file, buffer.data(), wanted); });
+        const std::size_t wanted = room < kBuffer ? room + 1 : kBuffer;
+        const ssize_t got = uninterrupted([&] { return read(file, buffer.get(), wanted); });
         if (got < 0) return errno;
         if (got == 0) return 0;
         total += static_cast<std::size_t>(got);
         if (total > limit) return EFBIG;
-        out.append(buffer.data(), static_cast<std::size_t>(got));
+        out.append(buffer.get(), static_cast<std::size_t>(got));
     }
 }
 

@@ -3,6 +3,7 @@
 #include <errno.h>
 #include <fcntl.h>
 #include <linux/openat2.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
 #include <unistd.h>
@@ -117,6 +118,12 @@ int DirectoryCalls::seek(int folder, std::int64_t cookie) {
 
 void DirectoryCalls::close(int folder) {
     ::close(folder);
+}
+
+std::uint64_t DirectoryCalls::timesWaited() {
+    struct rusage usage {};
+    ::getrusage(RUSAGE_THREAD, &usage);
+    return static_cast<std::uint64_t>(usage.ru_nvcsw);
 }
 
 }  // namespace hl

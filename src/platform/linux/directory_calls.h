@@ -40,6 +40,8 @@ class DirectoryCalls {
     /// Goes on reading entries behind the one with this cookie.
     virtual int seek(int folder, std::int64_t cookie);
     virtual void close(int folder);
+    /// How often this thread has waited for something (a disk, a server) so far.
+    virtual std::uint64_t timesWaited();
 };
 
 }  // namespace hl

@@ -14,10 +14,12 @@
 namespace hl {
 
 std::optional<std::string> LinuxFiles::readWhole(const std::string& path, std::size_t limit, int& error) {
-    // A pipe in the place of a file reads as empty instead of waiting for a writer.
+    // A pipe in the place of a file is refused instead of waiting for a writer.
     const Descriptor file = openAt(AT_FDCWD, path, O_RDONLY | O_NONBLOCK);
     std::string content;
-    error = file.isOpen() ? readAll(file.number(), limit, content) : errno;
+    struct stat status {};
+    error = !file.isOpen() || fstat(file.number(), &status) != 0 ? errno : 0;
+    if (error == 0) error = S_ISFIFO(status.st_mode) ? ESPIPE : readAll(file.number(), limit, content);
     if (error != 0) return std::nullopt;
     return content;
 }

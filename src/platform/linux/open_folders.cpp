@@ -12,6 +12,10 @@ namespace {
 constexpr unsigned kMostLevelsAtOnce = 1000;  // A path of ".." stays below the kernel's limit of 4096 bytes.
 }
 
+bool isShortage(int result) {
+    return result == -EMFILE || result == -ENFILE;
+}
+
 Folder* OpenFolders::make(Folder* parent, std::string name, bool throughLink) {
     auto* folder = new Folder;
     folder->parent_ = parent;
@@ -78,8 +82,11 @@ void OpenFolders::dropNeed(Folder* folder) {
 
 int OpenFolders::pin(Folder* folder) {
     if (folder->descriptor_ < 0) {
-        if (folder->lost_ == 0) folder->lost_ = std::min(0, stepDown(folder));
-        if (folder->lost_ < 0) return folder->lost_;
+        int result = folder->lost_;
+        if (result == 0) result = stepDown(folder);
+        while (isShortage(result) && closeOne()) result = stepDown(folder);
+        if (result < 0 && !isShortage(result)) folder->lost_ = result;
+        if (result < 0) return result;
     }
     ++folder->pins_;
     return folder->descriptor_;

@@ -18,6 +18,9 @@ namespace hl {
 
 class OpenFolders;
 
+/// Whether a call failed for want of descriptors: to close a folder may help.
+bool isShortage(int result);
+
 /// A folder known to the scan: part of a chain up to the source. Kept while something refers to it.
 class Folder {
   public:

@@ -26,12 +26,13 @@ constexpr std::uint64_t kBlocksBeforeHelpers = 4;
 constexpr auto kPatience = std::chrono::microseconds(30);
 constexpr auto kWaitStep = std::chrono::milliseconds(50);
 
-// A block from the cache takes some 10 us and 1 to 2 us an entry; one that waits for a disk takes
-// milliseconds. Each slow block weighs as much as kSlowWeight quick ones.
-constexpr std::uint64_t kSlowBlockNs = 400'000;
-constexpr std::uint64_t kSlowEntryNs = 15'000;
+// A block from the cache takes some 15 us and 2 us an entry; one that waits for a disk 100 us and more. Each
+// block that waited weighs as much as kSlowWeight others, so that every ninth is enough; a single one is not.
+constexpr auto kQuickBlock = std::chrono::microseconds(60);
+constexpr auto kQuickEntry = std::chrono::microseconds(5);
 constexpr int kSlowWeight = 8;
-constexpr int kSlownessPerHelper = 8;
+constexpr int kSlow = 2 * kSlowWeight;
+constexpr int kSlownessPerHelper = 4;
 
 }  // namespace
 
@@ -193,7 +194,6 @@ void ReadAhead::readItem(Item* item, BlockReader& reader, Lock& lock) {
 
 void ReadAhead::readLocked(Item* item, BlockReader& reader, Lock& lock) {
     const bool first = item->kind == Item::Kind::kFolder;
-    const auto start = Clock::now();
     const int descriptor = first ? openFolder(item, lock) : folders_.pin(item->folder);
     if (descriptor < 0) {
         if (!first) folders_.dropNeed(item->folder);
@@ -201,6 +201,8 @@ void ReadAhead::readLocked(Item* item, BlockReader& reader, Lock& lock) {
         return;
     }
     lock.unlock();
+    const auto start = Clock::now();
+    const std::uint64_t waits = mayJudge() ? calls_.timesWaited() : 0;
     const BlockReader::Fill fill = reader.fill(descriptor);
     (first && fill.nothing ? item->error : item->endError) = fill.error;
     item->more = fill.more;
@@ -210,10 +212,12 @@ void ReadAhead::readLocked(Item* item, BlockReader& reader, Lock& lock) {
         lock.unlock();
     }
     item->block = reader.build(descriptor);
-    const auto time = Clock::now() - start;
+    const bool tookLong = Clock::now() - start > kQuickBlock + kQuickEntry * item->block->entries.size();
+    // A long time alone may be the work of other programs.
+    const bool waited = mayJudge() && tookLong && calls_.timesWaited() != waits;
     lock.lock();
     folders_.unpin(item->folder);
-    judge(static_cast<std::uint64_t>(std::chrono::nanoseconds(time).count()), item->block->entries.size());
+    judge(waited);
     putChildren(item);
     folders_.dropNeed(item->folder);
 }
@@ -268,7 +272,7 @@ int ReadAhead::openOnce(const Item* item, int parent, Lock& lock) {
         lock.unlock();
         const int descriptor = calls_.openChild(parent, name, follow, options_.followLinks);
         lock.lock();
-        if (descriptor != -EMFILE || !folders_.closeOne()) return descriptor;
+        if (!isShortage(descriptor) || !folders_.closeOne()) return descriptor;
     }
 }
 
@@ -378,7 +382,7 @@ bool ReadAhead::changesSoon(Lock& lock) {
 }
 
 bool ReadAhead::isSlow() const {
-    return slowness_ >= kSlownessPerHelper;
+    return slowness_ >= kSlow;
 }
 
 void ReadAhead::startHelpers() {
@@ -450,12 +454,13 @@ void ReadAhead::helpUntilStopped(unsigned number, BlockReader& reader) {
     }
 }
 
-void ReadAhead::judge(std::uint64_t nanoseconds, std::size_t entries) {
-    if (limits_.helpersCold <= limits_.helpersWarm) return;
-    const bool slow = nanoseconds > kSlowBlockNs + kSlowEntryNs * entries;
-    const int most = static_cast<int>(limits_.helpersCold - limits_.helpersWarm) * kSlownessPerHelper;
-    slowness_ = std::clamp(slowness_ + (slow ? kSlowWeight : -1), 0, most);
-    const unsigned wanted = limits_.helpersWarm + static_cast<unsigned>(slowness_ / kSlownessPerHelper);
+void ReadAhead::judge(bool waited) {
+    if (!mayJudge()) return;
+    const int more = static_cast<int>(limits_.helpersCold - limits_.helpersWarm);
+    const int most = kSlow + more * kSlownessPerHelper;
+    slowness_ = std::clamp(slowness_ + (waited ? kSlowWeight : -1), 0, most);
+    const int wantedMore = std::min(isSlow() ? 1 + (slowness_ - kSlow) / kSlownessPerHelper : 0, more);
+    const unsigned wanted = limits_.helpersWarm + static_cast<unsigned>(wantedMore);
     if (wanted > wantedHelpers_) retiredWait_.notify_all();
     wantedHelpers_ = wanted;
 }

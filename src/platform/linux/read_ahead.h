@@ -85,7 +85,8 @@ class ReadAhead final : public FolderReader {
     bool isSlow() const;
     void helperLoop(unsigned number);
     void helpUntilStopped(unsigned number, BlockReader& reader);
-    void judge(std::uint64_t nanoseconds, std::size_t entries);
+    bool mayJudge() const { return limits_.helpersCold > limits_.helpersWarm; }
+    void judge(bool waited);
     bool mayReadAhead() const { return bytesAhead_ < limits_.bytesAhead; }
     bool changesSoon(Lock& lock);
     bool waitForFront(Lock& lock);
@@ -112,7 +113,7 @@ class ReadAhead final : public FolderReader {
     unsigned idleHelpers_ = 0;
     bool walkWaits_ = false;
     bool stopped_ = false;
-    int slowness_ = 0;  ///< 0: warm. Each kSlownessPerHelper of it is worth one helper more.
+    int slowness_ = 0;  ///< 0: all from the cache. How many helpers it is worth: judge().
     unsigned wantedHelpers_ = 0;
     unsigned mostHelpers_ = ~0U;  ///< Fewer once the system refused a thread.
     std::uint64_t blocksRead_ = 0;

@@ -1,6 +1,7 @@
 #include "platform/linux/system_facts.h"
 
 #include <pwd.h>
+#include <sys/auxv.h>
 #include <sys/resource.h>
 #include <sys/utsname.h>
 #include <unistd.h>
@@ -9,6 +10,7 @@
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
+#include <filesystem>
 #include <fstream>
 #include <sstream>
 #include <string_view>
@@ -183,6 +185,14 @@ std::string LinuxSystemFacts::errorText(int code) {
     if (const char* text = strerrordesc_np(code)) return text;
     errno = EINVAL;
     return {};
+}
+
+std::string LinuxSystemFacts::executablePath() {
+    std::error_code error;
+    auto path = std::filesystem::read_symlink("/proc/self/exe", error);
+    if (!error) return path.string();
+    const char* told = reinterpret_cast<const char*>(getauxval(AT_EXECFN));
+    return std::filesystem::absolute(told != nullptr ? told : "harborlantern", error).string();
 }
 
 std::string LinuxSystemFacts::environment(const std::string& name) {

@@ -26,6 +26,8 @@ class LinuxSystemFacts : public SystemFacts {
     /// In English, whatever the locale. Sets errno to EINVAL for a code that is not known.
     std::string errorText(int code) override;
     std::string environment(const std::string& name) override;
+    /// Of this program; where /proc is missing, as the kernel was told it when the program was started.
+    static std::string executablePath();
 
   private:
     std::string read(const char* path) const;

