@@ -56,6 +56,13 @@ void removeWhatIsReadAgain(Grid& report, Row row, bool recursive) {
     report.removeRow(files);
 }
 
+// What could not be read before may be readable now; if not, the walk says so again.
+void forgetAccessError(Grid& report, Row row) {
+    if (report.picture(row) != kPictureAccessError) return;
+    report.setPicture(row, report.level(row) == 0 ? kPictureSource : kPictureFolder);
+    report.setRowNote(row, "");
+}
+
 void correctAbove(Grid& report, Row row, const FolderNumbers& before) {
     const FolderNumbers now = numbersOf(report, row);
     forRowAndAbove(report, report.parent(row), [&](Row above) {
@@ -68,6 +75,7 @@ void readAgain(ScanContext& scan, Row row, bool recursive) {
     Grid& report = scan.tvwPL;
     const FolderNumbers before = numbersOf(report, row);
     removeWhatIsReadAgain(report, row, recursive);
+    if (recursive) forgetAccessError(report, row);
     const std::string path = Report_GetFullpathOfNode(report, row, false, scan.paths);
     QuelleEinlesen(scan, path, -1, row, recursive);
     const Row files = recursive ? kNoRow : filesRowBelow(report, row);

@@ -53,6 +53,15 @@ class Rescan : public test::ScanFixture {
     }
 };
 
+TEST_F(Rescan, ForgetsAnAccessErrorThatIsNoMore) {
+    at("/s/b").error = 13;
+    rescan("b");
+    EXPECT_EQ(report.picture(rowOf("b")), kPictureAccessError);
+    at("/s/b").error = 0;
+    rescan("b");
+    EXPECT_EQ(factsOf(*this), factsOfFreshScan());
+}
+
 TEST_F(Rescan, AgreesWithAFreshScanAfterManyRandomChanges) {
     std::mt19937 random(11);
     const std::function<void(Item&, int)> grow = [&](Item& into, int depth) {
