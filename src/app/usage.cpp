@@ -30,18 +30,17 @@ std::string usageText(const Texts& texts) {
     text += texts.TL(
         9005, "Zeigt, wie viel Platz Ordner belegen. Mit -s wird ohne Fenster ein Bericht geschrieben.");
     text += "\n\n";
-    text +=
-        optionLine("-s[" + levels + "]", texts.TL(9006, "So viele Ordnerebenen in den Bericht; sonst alle"));
+    text += optionLine("-s[" + levels + "]",
+                       texts.TL(9006, "So viele Ordnerebenen in den Bericht; ohne Zahl 999"));
     text +=
         optionLine("-dN", texts.TL(9007, "Trennzeichen: 0 Komma, 1 Semikolon, 2 Tabulator, 3 Leerzeichen"));
     text += optionLine(file, texts.TL(9008, "Endet der Name auf .txt, entsteht eine Texttabelle, sonst CSV"));
     text += optionLine("--", texts.TL(9009, "Danach folgen nur noch Namen, auch solche mit - am Anfang"));
     text += optionLine("-h, --help", texts.TL(9010, "Diese Hilfe"));
     text += optionLine("--version", texts.TL(9011, "Die Version"));
-    text += "\n" +
-            texts.TL(9012,
-                     "Rückgabewert: 0 geschrieben; 1 etwas war nicht zu lesen oder zu schreiben; 2 falscher "
-                     "Aufruf.");
+    text += "\n" + texts.TL(9012,
+                            "Status: 0 geschrieben; 1 etwas nicht gelesen oder geschrieben; 2 falscher "
+                            "Aufruf; 3 kein Fenster.");
     return text + "\n";
 }
 
