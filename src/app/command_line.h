@@ -1,8 +1,7 @@
 // The command line as one text: sources in double quotes, switches bare.
 //
-//     "/home/a" "/srv/b"                              two sources
-//     -s3-d1 "/tmp/report.csv" "/home/a" "/srv/b"     a report without a window: levels, delimiter, file,
-//     sources
+//     "/home/a" "/srv/b"                 two sources
+//     -s3-d1 "/r.csv" "/home/a" "/srv/b" a report without a window: levels, delimiter, file, sources
 //
 // The system hands over arguments instead, with the shell's quotes taken off; joinArguments makes the one
 // text of them, which is also what one instance hands over to another. A double quote within a name travels
@@ -34,12 +33,10 @@ struct JoinedLine {
 };
 
 /// The switches are "-s" and all that begins with it and has no double quote, "-d" and a digit, "-RESTART",
-/// "-TLMODUS", "--help",
-/// "-h",
-/// "--version"; behind "--" there are none. Everything else is a path: it is made absolute by `cwd`, unless
-/// it names a network share, and segments "." are dropped from it. The delimiter switch of a silent line
-/// moves right behind "-s", and "-d0" is put there where there is none, so that a "-d" in a path is never
-/// taken for it. REQUIRES: cwd is absolute, or empty where there is none.
+/// "-TLMODUS", "--help", "-h" and "--version"; behind "--" there are none. Everything else is a path: it is
+/// made absolute by `cwd`, unless it names a network share, and segments "." are dropped from it. The
+/// delimiter switch of a silent line moves right behind "-s", and "-d0" is put there where there is none, so
+/// that a "-d" in a path is never taken for it. REQUIRES: cwd is absolute, or empty where there is none.
 JoinedLine joinArguments(const std::vector<std::string>& arguments, std::string_view cwd,
                          const PathRules& rules);
 
@@ -53,16 +50,19 @@ std::vector<std::string> GetFoldersFromCommand(std::string_view line);
 /// What a silent line asks for.
 struct SilentOrder {
     std::string outputFile;
-    std::int32_t levels = 0;          ///< 0 for all.
-    std::int32_t delimiterIndex = 0;  ///< 0 comma, 1 semicolon, 2 tab, 3 blank.
-    std::vector<std::string>
-        sources;  ///< Empty, and nothing to be done, without a file and at least one source.
+    std::int32_t levels = 0;  ///< 0 where none are given.
+    /// 0 comma, 1 semicolon, 2 tab, 3 blank; 4 to 9, also possible, leave the choice to the report.
+    std::int32_t delimiterIndex = 0;
+    /// Empty, and nothing to be done, without a file and at least one source.
+    std::vector<std::string> sources;
 };
 
 /// Larger numbers of levels are cut to this.
 inline constexpr std::int32_t kMostLevels = 999'999'999;
 
-/// REQUIRES: isSilentLine(line), blanks in front of it aside.
+/// Takes a silent line apart (KZ is "command line"): the digits right behind "-s" are the levels, the digit
+/// behind the first "-d" is the delimiter, the first text in double quotes is the file, and the others are
+/// the sources. What is missing keeps its default. REQUIRES: isSilentLine(line), blanks in front of it aside.
 SilentOrder KZGetFoldersFromCommand(std::string_view line);
 
 }  // namespace hl

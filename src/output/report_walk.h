@@ -23,8 +23,9 @@ class ReportWalk {
     ReportWalk(const Grid& tvwPL, const PathRules& paths, const ReportLines& lines, ReportFile& file,
                Yield& yield, Diagnostics& diagnostics);
 
-    /// Writes the row and what is below it, down to the level `levels` of the grid; with 0 as far as rows are
-    /// unfolded. The path of the row is its text alone. Ends early after an error of the file.
+    /// Writes the row and what is below it, down to the rows of the level `levels`; with 0 as far as rows are
+    /// unfolded. Levels are those of the grid, not counted from `start`: sources have level 0. The row itself
+    /// is written at any level, and its path is its text alone. Ends early after an error of the file.
     void writeTree(Row start, std::int32_t levels);
 
     std::uint64_t rowsWritten() const { return rowsWritten_; }

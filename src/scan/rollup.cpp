@@ -11,7 +11,8 @@ namespace hl {
 namespace {
 
 constexpr const char* kModul = "frmMain";
-constexpr int kBarPictures = 102;  // One for each whole percent, and one more.
+// The picture list of bars: one for each whole percent from 0 to 100, and one more at its end.
+constexpr int kBarPictures = 102;
 
 }  // namespace
 

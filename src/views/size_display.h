@@ -1,4 +1,5 @@
 // The unit in which a view shows its sizes. A change costs no scan: the size column shows another cell.
+// Thread of the logic.
 #pragma once
 
 #include <string>
@@ -11,15 +12,16 @@
 
 namespace hl {
 
-/// Mask, cell and title of the size column, by the view's mode and decimals in the options. Bytes never show
-/// decimals. A mode outside 0 to 3 leaves the cell as it was, and the title names no unit.
+/// Sets mask, cell and title of the size column, by the view's mode and decimals in the options. Bytes never
+/// show decimals. A mode outside 0 to 3 leaves the cell as it was, and the title names no unit. The report's
+/// also gives decimals to the percent column, or takes them.
 /// REQUIRES: the grid has the columns of its view.
-void Report_Set_SizeFormat(Grid& grid, const Options& options,
-                           const Texts& texts);  ///< And decimals of percent.
+void Report_Set_SizeFormat(Grid& grid, const Options& options, const Texts& texts);
 void List_TOP_Set_SizeFormat(Grid& grid, const Options& options, const Texts& texts);
 void List_Hardlinks_Set_SizeFormat(Grid& grid, const Options& options, const Texts& texts);
 
-/// A size in the view's mode; see formatViewSize.
+/// A size as text in the view's mode, with two decimals unless in bytes. The arguments are those of
+/// formatViewSize (base/size_text.h).
 std::string Report_FormatSize(const Options& options, SizeValue value, bool withUnit, bool pad,
                               bool withBytesUnit, const NumberFormat& format);
 std::string List_Files_FormatSize(const Options& options, SizeValue value, bool withUnit, bool pad,

@@ -1,8 +1,9 @@
-// Turns the records of an open folder into a block of entries with their facts. One for each reading thread.
+// Turns the records of an open folder into a block of entries with their facts. Each reading thread has its
+// own reader.
 //
 // A block is read in two steps, so that a long folder can be shared: fill() takes the names from the kernel,
-// and once that is done another thread may already fill() the next block of the same folder; build() then
-// looks at each entry once.
+// and once that is done another thread may already fill() the next block of the same folder with its reader;
+// build() then looks at each entry once.
 #pragma once
 
 #include <cstdint>
@@ -16,7 +17,7 @@
 
 namespace hl {
 
-/// What was read of one folder in one go. Immutable once built; the walk and the reader share it.
+/// What was read of one folder in one go. Immutable once built, so any thread may read it.
 struct Block {
     std::unique_ptr<char[]> memory;  ///< Holds what the spans and `names` point to.
     std::size_t bytes = 0;           ///< Everything included.
@@ -24,11 +25,12 @@ struct Block {
     std::span<const EntryTimes> times;
     std::span<const std::uint32_t> entered;  ///< Indexes of the entries that the walk will enter.
     const char* names = nullptr;             ///< Each name ends in a NUL.
-    int entryError = 0;
+    int entryError = 0;  ///< System error code of the first entry that could not be looked at.
 };
 
 class BlockReader {
   public:
+    /// `calls` must outlive it.
     BlockReader(DirectoryCalls& calls, const ReadOptions& options);
 
     struct Fill {
@@ -37,7 +39,11 @@ class BlockReader {
         bool more = false;        ///< There may be further records.
         std::int64_t cookie = 0;  ///< Place behind the last record.
     };
+    /// Takes the next records of the folder, from where its descriptor stands and as many as fit. `folder` is
+    /// an open descriptor and stays the caller's.
     Fill fill(int folder);
+    /// The block of the records of the last fill(). Entries that are gone by now are not in it.
+    /// REQUIRES: fill() was called, and `folder` is open on the same folder.
     std::shared_ptr<const Block> build(int folder);
 
   private:

@@ -1,4 +1,5 @@
-// The file system of the machine.
+// The file system of the machine. read() and what it gives belong to one thread, that of the logic; look()
+// and target() may be called from any.
 #pragma once
 
 #include <memory>
@@ -10,13 +11,16 @@
 
 namespace hl {
 
-/// Limits for this machine: one warm helper for each processor beyond the first, and descriptors by the soft
-/// limit of the process. With `readAhead` false no helper at all.
+/// Limits for this machine. Helpers while folders come from the system's cache ("warm"): one for each
+/// processor beyond the first; while reads wait for a disk: up to eight, or more where there are more
+/// processors. Descriptors by the soft limit of the process, 8 to 512; where it leaves fewer than 8 there are
+/// no helpers. None either with `readAhead` false.
 ReadAheadLimits limitsOfThisMachine(bool readAhead);
 
 class LinuxFileSystem final : public FileSystem {
   public:
-    /// `prepareThread` (may be null) runs first in each helper thread.
+    /// `prepareThread` (may be null) runs first in each helper thread. The file system must outlive the
+    /// readers that it gives.
     LinuxFileSystem(const ReadAheadLimits& limits, void (*prepareThread)())
         : limits_(limits), prepareThread_(prepareThread) {}
 

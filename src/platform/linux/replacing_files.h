@@ -1,4 +1,6 @@
-// The two kinds of a file that is written by replacing: a regular one, and a device, pipe or socket.
+// The two kinds of a file that is written by replacing: a regular one, which takes the place of the older
+// when it is complete, and what is written directly: a device, a pipe, a socket, and a descriptor that is
+// open already ("/dev/stdout", "/dev/fd/3"). Making files is safe from any thread; each file belongs to one.
 #pragma once
 
 #include <memory>
@@ -8,7 +10,10 @@
 
 namespace hl {
 
-/// A file for `path`, whichever kind fits it; null and a system error code in `error` if it cannot be made.
+/// A file for `path`, whichever kind fits it; null and a positive system error code in `error` if it cannot
+/// be made. Links at the end of the path are followed. An older file that the user may not write is not
+/// replaced, even where the folder would allow it. The file keeps its descriptors until it is destroyed;
+/// `unfinished` matters to the regular kind alone.
 std::unique_ptr<ReplacingFile> makeReplacingFile(const std::string& path, Unfinished unfinished, int& error);
 
 /// The folder part of a path: "." for a bare name, "/" for one below the root.
