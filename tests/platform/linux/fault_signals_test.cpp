@@ -28,11 +28,11 @@ volatile int sunk = 0;
 HL_RAW void readAt(std::uintptr_t address) {
     sunk = *reinterpret_cast<volatile int*>(address);
 }
-HL_RAW void divideByZero() {
+[[maybe_unused]] HL_RAW void divideByZero() {
     sunk = 7 / zero;
 }
 
-HL_RAW void readBehindTheEndOfAMappedFile() {
+[[maybe_unused]] HL_RAW void readBehindTheEndOfAMappedFile() {
     void* page = mmap(nullptr, 1, PROT_READ, MAP_SHARED, memfd_create("empty", MFD_CLOEXEC), 0);
     readAt(reinterpret_cast<std::uintptr_t>(page));
 }
