@@ -4,6 +4,7 @@
 #include <signal.h>
 #include <sys/mman.h>
 #include <sys/wait.h>
+#include <time.h>
 #include <unistd.h>
 
 #include <cstring>
@@ -17,10 +18,13 @@
 namespace hl {
 namespace {
 
+constexpr int kHungLimitSeconds = 60;
+
 // Faults that the compiler can neither see through nor leave out.
 #define HL_RAW [[gnu::noinline]] __attribute__((no_sanitize("address", "undefined", "thread")))
 
 volatile std::uintptr_t nullAddress = 0;
+volatile std::uintptr_t wildAddress = 0x10000;
 volatile std::uintptr_t nonCanonicalAddress = 0xdead000000000000;
 volatile int zero = 0;
 volatile int sunk = 0;
@@ -28,11 +32,14 @@ volatile int sunk = 0;
 HL_RAW void readAt(std::uintptr_t address) {
     sunk = *reinterpret_cast<volatile int*>(address);
 }
-[[maybe_unused]] HL_RAW void divideByZero() {
+HL_RAW void writeAt(std::uintptr_t address) {
+    *reinterpret_cast<volatile int*>(address) = 1;
+}
+HL_RAW void divideByZero() {
     sunk = 7 / zero;
 }
 
-[[maybe_unused]] HL_RAW void readBehindTheEndOfAMappedFile() {
+HL_RAW void readBehindTheEndOfAMappedFile() {
     void* page = mmap(nullptr, 1, PROT_READ, MAP_SHARED, memfd_create("empty", MFD_CLOEXEC), 0);
     readAt(reinterpret_cast<std::uintptr_t>(page));
 }
@@ -79,6 +86,11 @@ struct AtTheEnd {
     };
 }
 
+void exceptionThatUnwindsIntoAFault() {
+    const AtTheEnd end{[] { readAt(nullAddress); }};
+    throw Fault(1, "", "");
+}
+
 [[noreturn]] void ringAndHang() {
     raise(SIGALRM);
     for (;;) pause();
@@ -95,12 +107,22 @@ struct Outcome {
     std::string words;
 };
 
+void beKilledIfThisHangs() {
+    sigevent event = {};
+    event.sigev_signo = SIGKILL;
+    timer_t timer = {};
+    const itimerspec limit = {{}, {kHungLimitSeconds, 0}};
+    if (timer_create(CLOCK_MONOTONIC, &event, &timer) != 0 || timer_settime(timer, 0, &limit, nullptr) != 0)
+        _exit(3);
+}
+
 // The exit status of the child is what `body` returns, unless a fault ends it.
 Outcome runInChild(const std::function<int()>& body, FaultSignals::LastWords lastWords = sayWords) {
     int ends[2] = {};
     if (pipe(ends) != 0) return {};
     const pid_t child = fork();
     if (child == 0) {
+        beKilledIfThisHangs();
         wordsPipe = ends[1];
         LinuxFaultSignals().InstallExceptionFilter(lastWords);
         _exit(body());
@@ -126,50 +148,74 @@ std::optional<Fault> trapped(const std::function<void()>& body) {
 }
 
 #ifndef __SANITIZE_THREAD__  // It does not let a handler leave by an exception.
+// `body` returns 0 where all is as it should be.
+void expectToGoOn(const std::function<int()>& body) {
+    const Outcome outcome = runInChild(body);
+    EXPECT_EQ(outcome.exitStatus, 0);
+    EXPECT_EQ(outcome.words, "");
+}
+
 TEST(ThrownFaults, AreCaughtAfterDestructorsThatAnAlarmWatchesAndTheProcessGoesOn) {
-    const std::pair<void (*)(), const char*> cases[] = {
+    const struct {
+        void (*raise)();
+        const char* words;
+    } cases[] = {
         {[] { readAt(nullAddress); }, "(EXCEPTION_ACCESS_VIOLATION) \r\noccurred at: "},
+        {[] { writeAt(wildAddress); }, "EXCEPTION_ACCESS_VIOLATION"},
         {[] { readAt(nonCanonicalAddress); }, "EXCEPTION_ACCESS_VIOLATION"},
+        {[] { writeAt(nonCanonicalAddress); }, "EXCEPTION_ACCESS_VIOLATION"},
 #if defined(__x86_64__)  // Other processors divide by zero without a fault.
         {divideByZero, "EXCEPTION_INT_DIVIDE_BY_ZERO"},
 #endif
         {readBehindTheEndOfAMappedFile, "EXCEPTION_ACCESS_VIOLATION"},
     };
-    for (const auto& [raise, words] : cases) {
-        const auto body = [raise = raise, words = words] {
+    for (const auto& kind : cases) {
+        SCOPED_TRACE(&kind - cases);
+        expectToGoOn([&] {
             int watched = 0;
             for (int round = 1; round <= 3; ++round) {
                 const std::optional<Fault> fault = trapped([&] {
                     AtTheEnd counter{[&] { watched += alarm(5) > 0 ? 1 : 0; }};
-                    raise();
+                    kind.raise();
                 });
                 if (!fault || fault->number() != kFaultProcessor) return 10;
-                if (fault->description().find(words) == std::string::npos) return 11;
+                if (fault->description().find(kind.words) == std::string::npos) return 11;
                 if (watched != round || alarm(0) != 0 || GuardedRoutine::depth() != 0) return 12;
             }
             return 0;
-        };
-        EXPECT_EQ(runInChild(body).exitStatus, 0) << words;
+        });
     }
 }
 
 TEST(ThrownFaults, InsideATrapGoToTheTrapAroundItAndALateAlarmDoesNothing) {
-    const auto body = [] {
+    expectToGoOn([] {
         const std::optional<Fault> outer = trapped([] {
             try {
                 GuardedRoutine guard;
                 readAt(nullAddress);
             } catch (const Fault&) {
                 raise(SIGALRM);  // As in a dialog that stays open.
-                if (!trapped([] { readAt(nullAddress); })) _exit(10);
+                if (!trapped([] { writeAt(nullAddress); })) _exit(10);
                 readAt(nonCanonicalAddress);
             }
         });
         return outer ? raise(SIGALRM) : 11;
-    };
-    EXPECT_EQ(runInChild(body).exitStatus, 0);
+    });
 }
 
+TEST(ThrownFaults, SurviveASecondInstallationAndRemovalGivesTheSignalsBack) {
+    struct sigaction before = {}, after = {};
+    sigaction(SIGSEGV, nullptr, &before);
+    expectToGoOn([&] {
+        LinuxFaultSignals signals;
+        signals.InstallExceptionFilter(nullptr);
+        signals.RemoveExceptionFilter();
+        sigaction(SIGSEGV, nullptr, &after);
+        if (after.sa_sigaction != before.sa_sigaction) return 10;
+        signals.InstallExceptionFilter(sayWords);
+        return trapped([] { readAt(nullAddress); }) ? 0 : 11;
+    });
+}
 #endif
 
 struct Case {
@@ -187,16 +233,15 @@ const Case kFatal[] = {
     {"stackUsedUp", [] { sunk = useUpTheStack(0); }},
     {"stackOfAThreadUsedUp", [] { onAThread([] { trapped([] { sunk = useUpTheStack(0); }); }); }},
     {"withNoGuardedRoutine", [] { readAt(nullAddress); }, "EXCEPTION_ACCESS_VIOLATION", false},
+    {"onAnUnguardedThread", [] { onAThread([] { readAt(nullAddress); }); }},
 #ifndef __SANITIZE_THREAD__
     {"inANoexceptFunction", faultWhereNothingMayBeThrown},
-    {"whileAFaultIsInWork", faultThatUnwindsInto([] { readAt(nullAddress); })},
+    {"whileAFaultIsInWork", faultThatUnwindsInto([] { writeAt(nullAddress); })},
     {"whenUnwindingHangs", faultThatUnwindsInto(ringAndHang)},
+    {"whenUnwindingHangsAndAnotherThreadReceivesTheAlarm",
+     faultThatUnwindsInto([] { alarm(0), std::thread(ringAndHang).join(); })},
 #endif
-    {"whileAnExceptionIsOnItsWay",
-     [] {
-         const AtTheEnd end{[] { readAt(nullAddress); }};
-         throw Fault(1, "", "");
-     }},
+    {"whileAnExceptionIsOnItsWay", exceptionThatUnwindsIntoAFault},
     {"signalSentByAProcess", beSentASignal},
     {"abort", [] { abort(); }, "Unknown exception type"},
     {"exceptionThatNobodyCatches", [] { onAThread([] { throw Fault(1, "", "the cause"); }); }, "the cause"},
@@ -223,6 +268,12 @@ TEST_P(FatalFaults, WriteLastWordsOnceAndEndWithStatusOne) {
 
 INSTANTIATE_TEST_SUITE_P(Kinds, FatalFaults, testing::ValuesIn(kFatal),
                          [](const auto& tested) { return tested.param.name; });
+
+TEST(FaultDescription, NamesTheFaultAndItsAddressInDecimals) {
+    EXPECT_EQ(faultDescription("EXCEPTION_BREAKPOINT", UINT64_MAX),
+              "An unhandled error (EXCEPTION_BREAKPOINT) \r\noccurred at: 18446744073709551615. "
+              "Probably safe to continue, but better not.");
+}
 
 }  // namespace
 }  // namespace hl
