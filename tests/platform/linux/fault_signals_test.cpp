@@ -21,7 +21,7 @@ namespace {
 constexpr int kHungLimitSeconds = 60;
 
 // Faults that the compiler can neither see through nor leave out.
-#define HL_RAW [[gnu::noinline]] __attribute__((no_sanitize("address", "undefined", "thread")))
+#define HL_RAW [[maybe_unused, gnu::noinline]] __attribute__((no_sanitize("address", "undefined", "thread")))
 
 volatile std::uintptr_t nullAddress = 0;
 volatile std::uintptr_t wildAddress = 0x10000;
@@ -56,7 +56,7 @@ HL_RAW int useUpTheStack(int depth) {  // NOLINT(misc-no-recursion)
     return useUpTheStack(depth + 1) + frame[0];
 }
 
-[[maybe_unused]] HL_RAW void faultWhereNothingMayBeThrown() noexcept {
+HL_RAW void faultWhereNothingMayBeThrown() noexcept {
     readAt(nullAddress);
 }
 
