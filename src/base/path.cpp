@@ -61,4 +61,20 @@ bool isNetworkPath(std::string_view path) {
     return path.size() >= 2 && path[0] == path[1] && separator(path[0]);
 }
 
+std::string fileUrl(std::string_view path) {
+    constexpr std::string_view kPlain = "/-._~";
+    constexpr std::string_view kDigits = "0123456789ABCDEF";
+    std::string url = "file://";
+    for (const char c : path) {
+        const auto byte = static_cast<unsigned char>(c);
+        const bool letter = (c >= '0' && c <= '9') || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
+        if (letter || kPlain.find(c) != std::string_view::npos) {
+            url += c;
+        } else {
+            url.append({'%', kDigits[byte >> 4], kDigits[byte & 15]});
+        }
+    }
+    return url;
+}
+
 }  // namespace hl

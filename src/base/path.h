@@ -39,6 +39,8 @@ std::string xGetExtension(std::string_view name);
 std::string identityKey(std::string_view path, const PathRules& rules);
 /// `parent` and `name` with one separator between them; none is doubled behind a root such as "/".
 std::string joinPath(std::string_view parent, std::string_view name, const PathRules& rules);
+/// "file:///a%20b": every byte that is not plain in a URL is escaped. REQUIRES: an absolute path.
+std::string fileUrl(std::string_view path);
 /// "//server/share" or "\\server\share": begins with two separators of either kind.
 bool isNetworkPath(std::string_view path);
 

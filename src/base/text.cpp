@@ -69,11 +69,16 @@ char32_t upperOf(char32_t c) {
     return c;
 }
 
+// ASCII, most of what there is, takes no decoding.
 template <char32_t (*Map)(char32_t)>
-std::string mapped(std::string_view text) {
-    std::string out;
-    out.reserve(text.size());
+void appendMapped(std::string& out, std::string_view text) {
+    out.reserve(out.size() + text.size());
     while (!text.empty()) {
+        if (const auto byte = static_cast<unsigned char>(text[0]); byte < 0x80) {
+            out += static_cast<char>(Map(byte));
+            text.remove_prefix(1);
+            continue;
+        }
         const CodePoint point = firstCodePoint(text);
         if (point.value) {
             appendUtf8(out, Map(*point.value));
@@ -82,6 +87,12 @@ std::string mapped(std::string_view text) {
         }
         text.remove_prefix(point.length);
     }
+}
+
+template <char32_t (*Map)(char32_t)>
+std::string mapped(std::string_view text) {
+    std::string out;
+    appendMapped<Map>(out, text);
     return out;
 }
 
@@ -134,7 +145,13 @@ int compareFolded(std::string_view a, std::string_view b) {
 }
 
 bool containsFolded(std::string_view text, std::string_view part) {
-    return lowerCase(text).find(lowerCase(part)) != std::string::npos;
+    return FoldedPart(part).isIn(text);
+}
+
+bool FoldedPart::isIn(std::string_view text) {
+    folded_.clear();
+    appendMapped<lowerOf>(folded_, text);
+    return folded_.find(part_) != std::string::npos;
 }
 
 std::optional<std::int64_t> parseInteger(std::string_view text) {

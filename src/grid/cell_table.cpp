@@ -1,5 +1,6 @@
 #include "grid/cell_table.h"
 
+#include <bit>
 #include <cmath>
 
 #include "base/fault.h"
@@ -80,6 +81,8 @@ double CellTable::number(Row row, CellId cell) const {
             return narrow_[store.slot][row] / 100.0;
         case CellType::kFlag:
             return tiny_[store.slot][row];
+        case CellType::kReal:
+            return std::bit_cast<double>(wide_[store.slot][row]);
         case CellType::kText:
             break;
     }
@@ -107,6 +110,9 @@ void CellTable::setNumber(Row row, CellId cell, double value) {
             break;
         case CellType::kFlag:
             tiny_[store.slot][row] = static_cast<std::uint8_t>(checked(value, 0, UINT8_MAX));
+            break;
+        case CellType::kReal:
+            wide_[store.slot][row] = std::bit_cast<std::int64_t>(value);
             break;
         case CellType::kText:
             throw Fault(kFaultTypeMismatch, "CellTable", "Type mismatch");

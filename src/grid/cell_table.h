@@ -22,6 +22,7 @@ enum class CellType : std::uint8_t {
     kFlag,     ///< 0 to 255; 1 byte.
     kDate,     ///< Seconds since 1970; 8 bytes. 0 is "not set".
     kText,     ///< 4 bytes and the text.
+    kReal,     ///< Any number, or none (NaN); 8 bytes.
 };
 
 struct CellSpec {
@@ -33,6 +34,7 @@ constexpr std::size_t cellBytes(CellType type) {
     switch (type) {
         case CellType::kSize:
         case CellType::kDate:
+        case CellType::kReal:
             return 8;
         case CellType::kCount:
         case CellType::kText:

@@ -8,8 +8,6 @@ namespace hl {
 
 namespace {
 
-// Above this many changed rows it is cheaper to say "all of them".
-constexpr std::size_t kMostChangedRows = 4096;
 // Waste of texts below this is not worth packing.
 constexpr std::size_t kLeastWaste = std::size_t{1} << 20;
 
@@ -111,7 +109,7 @@ void Grid::clear() {
 void Grid::setText(Row row, std::string_view text) {
     wasteBytes_ += this->text(row).size();
     text_[row] = texts_.add(text);
-    changedRow(row);
+    changed(&GridChange::cells);
 }
 
 std::string_view Grid::rowNote(Row row) const {
@@ -122,18 +120,18 @@ std::string_view Grid::rowNote(Row row) const {
 void Grid::setRowNote(Row row, std::string_view note) {
     wasteBytes_ += rowNote(row).size();
     notes_[row] = texts_.add(note);
-    changedRow(row);
+    changed(&GridChange::cells);
 }
 
 void Grid::setPicture(Row row, int picture) {
     picture_[row] = static_cast<std::uint8_t>(picture);
-    changedRow(row);
+    changed(&GridChange::cells);
 }
 
 void Grid::setBarPicture(Row row, int index) {
     bar_.ensure(row);
     bar_[row] = static_cast<std::uint8_t>(index + 1);
-    changedRow(row);
+    changed(&GridChange::cells);
 }
 
 std::optional<std::uint32_t> Grid::backColor(Row row) const {
@@ -145,20 +143,20 @@ std::optional<std::uint32_t> Grid::backColor(Row row) const {
 void Grid::setBackColor(Row row, std::uint32_t color) {
     backColor_.ensure(row);
     backColor_[row] = color + 1;
-    changedRow(row);
+    changed(&GridChange::cells);
 }
 
 // --- cells
 
 void Grid::setNumber(Row row, CellId cell, double value) {
     cells_.setNumber(row, cell, value);
-    changedRow(row);
+    changed(&GridChange::cells);
 }
 
 void Grid::setCellText(Row row, CellId cell, std::string_view text) {
     wasteBytes_ += cellText(row, cell).size();
     cells_.setText(row, cell, texts_.add(text));
-    changedRow(row);
+    changed(&GridChange::cells);
 }
 
 // --- state
@@ -218,13 +216,6 @@ GridColumn& Grid::changeColumn(std::size_t column) {
 
 // --- notices
 
-void Grid::changedRow(Row row) {
-    if (observer_ == nullptr || pending_.structure) return;
-    changedRows_.push_back(row);
-    if (changedRows_.size() > kMostChangedRows) pending_.structure = true;
-    if (redraw_) notify();
-}
-
 void Grid::changed(bool GridChange::*what) {
     if (observer_ == nullptr) return;
     pending_.*what = true;
@@ -232,23 +223,8 @@ void Grid::changed(bool GridChange::*what) {
 }
 
 void Grid::notify() {
-    GridChange change = std::exchange(pending_, {});
-    const std::vector<Row> rows = std::exchange(changedRows_, {});
-    if (observer_ == nullptr) return;
-    if (!change.structure) {
-        std::vector<std::size_t> indexes;
-        indexes.reserve(rows.size());
-        for (const Row row : rows) indexes.push_back(indexOf(row));
-        std::sort(indexes.begin(), indexes.end());
-        for (const std::size_t index : indexes) {
-            if (!change.ranges.empty() && index <= change.ranges.back().second + 1) {
-                change.ranges.back().second = index;
-            } else {
-                change.ranges.emplace_back(index, index);
-            }
-        }
-    }
-    if (change.structure || change.columns || change.current || !change.ranges.empty())
+    const GridChange change = std::exchange(pending_, {});
+    if (observer_ != nullptr && (change.structure || change.columns || change.current || change.cells))
         observer_->gridChanged(change);
 }
 

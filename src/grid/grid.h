@@ -25,13 +25,12 @@
 
 namespace hl {
 
-/// What changed since the last notice. Ranges are of row indexes, first to last, sorted, and do not overlap;
-/// they are as they stand after the change.
+/// What changed since the last notice. Which rows is not told: whoever paints asks for the few that show.
 struct GridChange {
-    bool structure = false;  ///< Rows were added, removed or moved: all indexes are new, ranges are empty.
+    bool structure = false;  ///< Rows were added, removed, moved or folded: all indexes may be new.
     bool columns = false;    ///< Columns, titles, masks.
     bool current = false;    ///< The current row, the selection or the top row.
-    std::vector<std::pair<std::size_t, std::size_t>> ranges;
+    bool cells = false;      ///< What rows show.
 };
 
 class GridObserver {
@@ -50,6 +49,9 @@ struct GridColumn {
     Alignment alignment = Alignment::kLeft;
     bool visible = true;
     double width = 0;  ///< In the window's units; 0 until it was measured.
+    /// 0xRRGGBB: the cell is drawn as a percent bar of this base colour with its text in it
+    /// (platform/percent_bar.h). A cell without a text has no bar.
+    std::optional<std::uint32_t> barColor = {};
 };
 
 /// How the rows of one level are sorted.
@@ -159,7 +161,6 @@ class Grid {
     void attach(GridObserver* observer) {
         observer_ = observer;
         pending_ = {};
-        changedRows_.clear();
     }
 
     /// Bytes taken by the texts of rows, notes and cells.
@@ -171,7 +172,6 @@ class Grid {
     void forget(const std::vector<Row>& removed);
     void packTexts();
     void sortChildren(Row parent, const LevelSort& sort, CellId cell);
-    void changedRow(Row row);
     void changed(bool GridChange::*what);
     void notify();
 
@@ -195,7 +195,6 @@ class Grid {
 
     GridObserver* observer_ = nullptr;
     GridChange pending_;
-    std::vector<Row> changedRows_;
 };
 
 }  // namespace hl

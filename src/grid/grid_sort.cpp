@@ -86,8 +86,10 @@ void Grid::sortLevels(std::uint32_t deepest, const std::function<void()>& betwee
 }
 
 Row Grid::find(std::string_view part, std::size_t from, std::size_t to) const {
-    for (std::size_t index = from; index <= to && index < rowCount(); ++index)
-        if (containsFolded(text(rowAt(index)), part)) return rowAt(index);
+    FoldedPart sought(part);
+    Row row = rowAt(from);
+    for (std::size_t index = from; index <= to && row != kNoRow; ++index, row = tree_.following(row))
+        if (sought.isIn(text(row))) return row;
     return kNoRow;
 }
 

@@ -23,7 +23,7 @@ Row RowTree::add(Row parent) {
     (last == kNoRow ? first : links_[last].next) = row;
     last = row;
     ++count_;
-    flat_ = false;
+    changed();
     return row;
 }
 
@@ -46,7 +46,7 @@ void RowTree::remove(Row row, std::vector<Row>& removed) {
     for (std::size_t a = start, b = removed.size(); a + 1 < b; ++a) std::swap(removed[a], removed[--b]);
     free_.insert(free_.end(), removed.begin() + static_cast<std::ptrdiff_t>(start), removed.end());
     count_ -= removed.size() - start;
-    flat_ = false;
+    changed();
 }
 
 void RowTree::clear() {
@@ -59,25 +59,36 @@ Row RowTree::following(Row row) const {
     return row == kNoRow ? kNoRow : links_[row].next;
 }
 
-void RowTree::flatten() const {
-    if (flat_) return;
+Row RowTree::preceding(Row row) const {
+    Row before = row == kNoRow ? lastRoot_ : links_[row].previous;
+    if (before == kNoRow) return row == kNoRow ? kNoRow : links_[row].parent;
+    while (links_[before].last != kNoRow) before = links_[before].last;
+    return before;
+}
+
+void RowTree::listRows() const {
+    if (ordered_) return;
     order_.clear();
     order_.reserve(count_);
+    for (Row row = firstRoot_; row != kNoRow; row = following(row)) order_.push_back(row);
+    ordered_ = true;
+}
+
+void RowTree::placeRows() const {
+    if (placed_) return;
+    listRows();
     position_.assign(limit_, 0);
-    for (Row row = firstRoot_; row != kNoRow; row = following(row)) {
-        position_[row] = static_cast<std::uint32_t>(order_.size());
-        order_.push_back(row);
-    }
-    flat_ = true;
+    for (std::uint32_t index = 0; index < order_.size(); ++index) position_[order_[index]] = index;
+    placed_ = true;
 }
 
 Row RowTree::rowAt(std::size_t index) const {
-    flatten();
+    listRows();
     return index < order_.size() ? order_[index] : kNoRow;
 }
 
 std::size_t RowTree::indexOf(Row row) const {
-    flatten();
+    placeRows();
     return position_[row];
 }
 
@@ -91,7 +102,10 @@ void RowTree::reorder(Row parent, const std::vector<Row>& children) {
     }
     if (before != kNoRow) links_[before].next = kNoRow;
     (parent == kNoRow ? lastRoot_ : links_[parent].last) = before;
-    flat_ = false;
+    changed();
+    if (parent != kNoRow || children.size() != count_) return;
+    order_ = children;
+    sorted_ = ordered_ = true;
 }
 
 }  // namespace hl

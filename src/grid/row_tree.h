@@ -8,6 +8,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <span>
 #include <vector>
 
 #include "grid/column.h"
@@ -39,9 +40,16 @@ class RowTree {
     std::uint32_t level(Row row) const { return links_[row].level; }
     /// The next row from the top, the row's own children first; kNoRow behind the last.
     Row following(Row row) const;
+    /// The other way: the row whose following() is `row`, and for kNoRow the last of all.
+    Row preceding(Row row) const;
 
     Row rowAt(std::size_t index) const;
     std::size_t indexOf(Row row) const;
+    /// All rows from the top, if they are all roots and were put in order; empty otherwise. To go from link
+    /// to link waits for memory at each row of a sorted list.
+    std::span<const Row> sortedRoots() const {
+        return sorted_ ? std::span<const Row>(order_) : std::span<const Row>();
+    }
 
     /// Puts the children of `parent` in this order. REQUIRES: exactly these are its children.
     void reorder(Row parent, const std::vector<Row>& children);
@@ -54,7 +62,9 @@ class RowTree {
     static_assert(sizeof(Links) == kRowBytes);
 
     void unlink(Row row);
-    void flatten() const;
+    void listRows() const;
+    void placeRows() const;
+    void changed() { sorted_ = ordered_ = placed_ = false; }
 
     Column<Links> links_;
     std::vector<Row> free_;
@@ -62,7 +72,9 @@ class RowTree {
     Row lastRoot_ = kNoRow;
     Row limit_ = 0;
     std::size_t count_ = 0;
-    mutable bool flat_ = false;
+    bool sorted_ = false;           ///< order_ holds, and all rows are roots.
+    mutable bool ordered_ = false;  ///< order_ holds.
+    mutable bool placed_ = false;   ///< position_ holds.
     mutable std::vector<Row> order_;
     mutable std::vector<std::uint32_t> position_;
 };

@@ -15,6 +15,24 @@ std::vector<Row> fromTheTop(const RowTree& tree) {
     return rows;
 }
 
+std::vector<Row> fromTheEnd(const RowTree& tree) {
+    std::vector<Row> rows;
+    for (Row row = tree.preceding(kNoRow); row != kNoRow; row = tree.preceding(row)) rows.push_back(row);
+    return rows;
+}
+
+TEST(RowTree, KnowsTheOrderOfSortedRootsUntilOneIsAddedOrRemoved) {
+    RowTree tree;
+    const Row a = tree.add(kNoRow), b = tree.add(kNoRow);
+    EXPECT_TRUE(tree.sortedRoots().empty());
+    tree.reorder(kNoRow, {b, a});
+    EXPECT_TRUE(std::ranges::equal(tree.sortedRoots(), std::vector{b, a}));
+    EXPECT_EQ(tree.indexOf(a), 1U);
+    tree.add(a);
+    EXPECT_TRUE(tree.sortedRoots().empty());
+    EXPECT_EQ(fromTheEnd(tree), (std::vector<Row>{2, a, b}));
+}
+
 TEST(RowTree, RemovesChildrenFirstAndUsesTheirNumbersAgainBeforeNewOnes) {
     RowTree tree;
     const Row a = tree.add(kNoRow), b = tree.add(kNoRow), a1 = tree.add(a), a11 = tree.add(a1);
@@ -76,6 +94,9 @@ TEST(RowTree, AgreesWithAPlainModelAfterEveryOfManyChanges) {
         model.list(kNoRow, alive);
         ASSERT_EQ(fromTheTop(tree), alive) << "step " << step;
         ASSERT_EQ(tree.count(), alive.size());
+        const auto sorted = tree.sortedRoots();
+        ASSERT_TRUE(sorted.empty() || std::ranges::equal(sorted, alive));
+        ASSERT_EQ(fromTheEnd(tree), std::vector<Row>(alive.rbegin(), alive.rend()));
         for (std::size_t i = 0; i < alive.size(); ++i) {
             const Row at = alive[i], parent = model.parents[at], next = tree.nextSibling(at);
             ASSERT_EQ(tree.indexOf(at), i);
