@@ -88,6 +88,40 @@ void SaveForm::fillControls() {
     CancelButton.caption = texts.TL(3609, "Abbrechen");
 }
 
+Form SaveForm::form() {
+    enum Group { kScope = 1, kLevels };
+    return {
+        .name = "frmSave",
+        .caption = caption,
+        .items = {{.control = &lblWasSpeichern, .columnSpan = 3},
+                  {.control = &optWasSpeichern[kSaveAll], .row = 1, .columnSpan = 3, .group = kScope},
+                  {.control = &optWasSpeichern[kSaveSelected], .row = 2, .columnSpan = 3, .group = kScope},
+                  {.control = &lblLevels, .row = 3, .columnSpan = 3},
+                  {.control = &optLevels[kSaveAllLevels], .row = 4, .columnSpan = 3, .group = kLevels},
+                  {.control = &optLevels[kSaveSomeLevels], .row = 5, .group = kLevels, .name = lblLevelsUnit},
+                  {.control = &txtLevels,
+                   .row = 5,
+                   .column = 1,
+                   .keyPress = txtLevels_KeyPress,
+                   .name = lblLevelsUnit},
+                  {.control = &lblLevelsUnit, .row = 5, .column = 2},
+                  {.control = &optLevels[kSaveUnfolded], .row = 6, .columnSpan = 3, .group = kLevels},
+                  {.control = &lblFormat, .row = 7},
+                  {.control = &cboFormat,
+                   .row = 7,
+                   .column = 1,
+                   .columnSpan = 2,
+                   .changed = [this] { cboFormat_Click(); },
+                   .name = lblFormat},
+                  {.control = &lblDelimiter, .row = 8},
+                  {.control = &cboDelimiter, .row = 8, .column = 1, .columnSpan = 2, .name = lblDelimiter}},
+        .buttons = {{.control = &OKButton, .changed = [this] { OKButton_Click(); }},
+                    {.control = &CancelButton, .changed = [this] { CancelButton_Click(); }}},
+        .cancel = [this] { CancelButton_Click(); },
+        .loaded = &loaded,
+        .hourglass = &hourglass};
+}
+
 bool SaveForm::SPEICHERN(std::string& path, std::int32_t levels, std::int32_t delimiter) {
     Run run;
     run.path = path;
@@ -118,7 +152,7 @@ void SaveForm::applyArguments(std::int32_t levels, std::int32_t delimiter) {
         selectOption(optLevels, kSaveAllLevels);
     } else if (levels != kAsTheControlsSay) {
         selectOption(optLevels, kSaveSomeLevels);
-        txtLevels = std::to_string(levels);
+        txtLevels.text = std::to_string(levels);
     }
     if (delimiter >= kDelimiterComma && delimiter <= kDelimiterBlank) cboDelimiter.index = delimiter;
 }
@@ -132,7 +166,7 @@ std::int32_t SaveForm::wantedLevels() const {
         default:
             return 0;
     }
-    const auto number = parseInteger(txtLevels);
+    const auto number = parseInteger(txtLevels.text);
     if (!number) throw Fault(kFaultTypeMismatch, kRoutine, "Type mismatch");
     if (*number < std::numeric_limits<std::int32_t>::min() ||
         *number > std::numeric_limits<std::int32_t>::max())

@@ -15,9 +15,9 @@
 #include "base/path.h"
 #include "base/size_value.h"
 #include "grid/grid.h"
-#include "output/form_controls.h"
 #include "output/report_lines.h"
 #include "platform/files.h"
+#include "platform/form.h"
 #include "platform/message_pump.h"
 #include "robustness/debug.h"
 #include "scan/scan_state.h"
@@ -80,6 +80,8 @@ class SaveForm {
     void CancelButton_Click() { loaded = false; }
     /// Each format has a delimiter of its own.
     void cboFormat_Click();
+    /// How a window shows the form. It refers to this object's controls.
+    Form form();
     /// The key, or 0 for one that a number of levels has no use for.
     static char32_t txtLevels_KeyPress(char32_t key);
 
@@ -90,7 +92,7 @@ class SaveForm {
     std::string lblWasSpeichern, lblLevels, lblLevelsUnit, lblFormat, lblDelimiter;
     std::array<OptionButton, 2> optWasSpeichern;
     std::array<OptionButton, 3> optLevels;
-    std::string txtLevels;
+    TextBox txtLevels;
     ComboBox cboFormat, cboDelimiter;
     CommandButton OKButton, CancelButton;
     bool hourglass = false;  ///< The pointer shows that the program works.

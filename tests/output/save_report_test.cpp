@@ -112,7 +112,7 @@ TEST_F(SaveReport, LevelsComeFromTheOrderOrTheControls) {
     for (const auto& c : cases) {
         SaveForm frmSave(services());
         selectOption(frmSave.optLevels, static_cast<std::size_t>(c.option));
-        frmSave.txtLevels = c.typed;
+        frmSave.txtLevels.text = c.typed;
         EXPECT_EQ(linesIn(savedBy(frmSave, "r.csv", c.levels)), 1 + c.rows)
             << c.levels << " " << c.option << " '" << c.typed << "'";
     }
@@ -160,7 +160,7 @@ TEST_F(SaveReport, LevelsThatAreNoNumberAreAnError) {
     for (const auto& [typed, error] : cases) {
         SaveForm frmSave(services());
         selectOption(frmSave.optLevels, kSaveSomeLevels);
-        frmSave.txtLevels = typed;
+        frmSave.txtLevels.text = typed;
         EXPECT_EQ(savedBy(frmSave, "r.csv"), test::kNotWritten) << typed;
         EXPECT_NE(texts->sink.shown.back().find(error), std::string::npos) << typed;
     }

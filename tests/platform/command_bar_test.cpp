@@ -1,0 +1,94 @@
+#include "platform/command_bar.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+namespace hl {
+namespace {
+
+BarEntry entryOf(int id, EntryKind kind = EntryKind::kButton) {
+    BarEntry entry;
+    entry.id = id;
+    entry.kind = kind;
+    return entry;
+}
+
+class Watcher : public BarObserver {
+  public:
+    void entryChanged(const CommandBar&, const BarEntry& entry) override { changed.push_back(entry.id); }
+    void barChanged(const CommandBar&) override { ++rebuilt; }
+
+    std::vector<int> changed;
+    int rebuilt = 0;
+};
+
+// A label, a split button with a list of two, of which one is dead, a button, and a popup of one.
+class CommandBarTest : public testing::Test {
+  protected:
+    CommandBarTest() {
+        bar.add(entryOf(0, EntryKind::kLabel));
+        bar.add(entryOf(1, EntryKind::kSplitButton));
+        bar.add(entryOf(10), 1);
+        BarEntry dead = entryOf(11);
+        dead.dead = true;
+        bar.add(dead, 1);
+        bar.add(entryOf(2));
+        bar.addPopup(entryOf(100));
+        bar.add(entryOf(101), 100);
+        bar.attach(&watcher);
+    }
+
+    bool enabled(int id) const { return bar.find(id)->enabled; }
+
+    CommandBar bar{BarId::kMain, "cbrMain"};
+    Watcher watcher;
+};
+
+TEST_F(CommandBarTest, FindsEntriesInListsAndPopups) {
+    EXPECT_EQ(bar.entries().size(), 3U);
+    for (const int id : {0, 1, 2, 10, 11, 100, 101}) EXPECT_EQ(bar.find(id)->id, id);
+    EXPECT_EQ(bar.find(12), nullptr);
+}
+
+TEST_F(CommandBarTest, TellsOfAChangeOnlyWhereThereIsOne) {
+    bar.toggle(10);
+    bar.setChecked(10, true);
+    bar.setText(2, "abc");
+    bar.setText(2, "abc");
+    EXPECT_TRUE(bar.isChecked(10));
+    EXPECT_EQ(watcher.changed, (std::vector<int>{10, 2}));
+    EXPECT_EQ(watcher.rebuilt, 0);
+}
+
+TEST_F(CommandBarTest, DisablingAllReachesListsButNoPopupAndTellsOfEachOnce) {
+    bar.setEnabled(2, false);
+    watcher.changed.clear();
+    bar.setAllEnabled(false);
+    for (const int id : {0, 1, 2, 10, 11}) EXPECT_FALSE(enabled(id)) << id;
+    EXPECT_TRUE(enabled(101));
+    EXPECT_EQ(watcher.changed, (std::vector<int>{0, 1, 10}));
+}
+
+TEST_F(CommandBarTest, NothingEnablesADeadEntry) {
+    EXPECT_FALSE(enabled(11));
+    bar.setEnabled(11, true);
+    bar.setAllEnabled(false);
+    bar.setAllEnabled(true);
+    EXPECT_FALSE(enabled(11));
+    EXPECT_TRUE(enabled(10));
+}
+
+TEST_F(CommandBarTest, ChangesOfItsLooksAskForOneRebuildEach) {
+    bar.setLargeIcons(true);
+    bar.setLargeIcons(true);
+    bar.setTextBelowIcons(true);
+    bar.setClips(true);
+    bar.setPlace({BarEdge::kLeft, 2, true});
+    bar.setPlace({BarEdge::kLeft, 2, true});
+    EXPECT_EQ(watcher.rebuilt, 4);
+}
+
+}  // namespace
+}  // namespace hl

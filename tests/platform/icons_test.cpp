@@ -1,0 +1,98 @@
+// The table of pictures against the drawings in data/icons.
+#include "platform/icons.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <regex>
+#include <set>
+#include <string>
+#include <vector>
+
+namespace {
+
+namespace fs = std::filesystem;
+
+const fs::path kFolder = fs::path(HARBORLANTERN_SOURCE_DIR) / "data" / "icons";
+
+std::vector<int> allNumbers() {
+    std::vector<int> numbers = {hl::kIconDriveRemovable, hl::kIconDriveFixed, hl::kIconDriveNetwork,
+                                hl::kIconDriveDisc,      hl::kIconDriveOther, hl::kIconSource,
+                                hl::kIconSourceSelected, hl::kIconFolder,     hl::kIconLink,
+                                hl::kIconFilesRow,       hl::kIconMountPoint, hl::kIconAccessError};
+    for (int command = hl::kIconNew; command <= hl::kIconAnalyze; ++command) numbers.push_back(command);
+    return numbers;
+}
+
+std::string contentOf(const fs::path& file) {
+    std::ifstream in(file, std::ios::binary);
+    return {std::istreambuf_iterator<char>(in), {}};
+}
+
+/// What a drawing of 16 pixels must not have; empty if it is fit for both palettes and needs no other file.
+std::string faultOf(const std::string& svg) {
+    if (!svg.starts_with("<svg xmlns=\"http://www.w3.org/2000/svg\"")) return "no SVG";
+    if (!svg.ends_with("</svg>\n")) return "cut off";
+    if (svg.find(" viewBox=\"0 0 16 16\"") == std::string::npos) return "another grid than 16x16";
+    static const std::regex foreign(
+        "<(text|image|use|style|script|filter|\\w+Gradient)|href|url\\(|@import|<!");
+    std::smatch match;
+    if (std::regex_search(svg, match, foreign)) return "has " + match.str();
+    // Dark palettes have the strokes recoloured by their exact name; another grey would vanish there.
+    static const std::regex paint(
+        "(?:fill|stroke)=\"(?!none\"|#303030\"|#2f6fb5\"|#c0392b\"|#3a8f4d\")[^\"]*\"");
+    if (std::regex_search(svg, match, paint)) return "has " + match.str();
+    static const std::regex bare("<(?:path|circle|ellipse|rect)(?![^>]*fill=)[^>]*>");
+    return std::regex_search(svg, match, bare) ? "black by default: " + match.str() : "";
+}
+
+TEST(Icons, EachNumberHasADrawingOfItsOwn) {
+    std::set<std::string> used;
+    for (const int number : allNumbers()) {
+        const hl::IconNames* names = hl::iconNames(number);
+        ASSERT_NE(names, nullptr) << number;
+        EXPECT_EQ(names->number, number);
+        EXPECT_TRUE(used.insert(names->own).second) << names->own << " stands for two";
+        const fs::path file = kFolder / (std::string(names->own) + ".svg");
+        ASSERT_TRUE(fs::is_regular_file(file)) << file;
+        EXPECT_EQ(faultOf(contentOf(file)), "") << file;
+    }
+}
+
+TEST(Icons, NoDrawingIsLeftOver) {
+    std::set<std::string> expected = {"harborlantern.svg"};
+    for (const int number : allNumbers())
+        if (const auto* names = hl::iconNames(number)) expected.insert(std::string(names->own) + ".svg");
+    std::set<std::string> found;
+    for (const auto& file : fs::directory_iterator(kFolder)) found.insert(file.path().filename().string());
+    EXPECT_EQ(found, expected);
+}
+
+TEST(Icons, OtherNumbersHaveNoPicture) {
+    for (const int number : {-1, 0, 9, 24, hl::kIconNew - 1, hl::kIconAnalyze + 1, 9999})
+        EXPECT_EQ(hl::iconNames(number), nullptr) << number;
+}
+
+TEST(Icons, UnfitDrawingsAreFound) {
+    const std::string head = "<svg xmlns=\"http://www.w3.org/2000/svg\" viewBox=\"0 0 16 16\">";
+    const struct {
+        std::string svg, fault;
+    } cases[] = {
+        {head + "<path d=\"M1 1H2\" fill=\"none\" stroke=\"#303030\"/></svg>\n", ""},
+        {"", "no SVG"},
+        {head + "<path", "cut off"},
+        {"<svg xmlns=\"http://www.w3.org/2000/svg\" viewBox=\"0 0 64 64\"></svg>\n",
+         "another grid than 16x16"},
+        {head + "<text fill=\"none\">B</text></svg>\n", "has <text"},
+        {head + "<image xlink:href=\"a.png\"/></svg>\n", "has <image"},
+        {head + "<linearGradient/></svg>\n", "has <linearGradient"},
+        {head + "<path d=\"M1 1\" fill=\"url(#a)\"/></svg>\n", "has url("},
+        {head + "<path d=\"M1 1\" fill=\"#313131\"/></svg>\n", "has fill=\"#313131\""},
+        {head + "<path d=\"M1 1\"/></svg>\n", "black by default: <path d=\"M1 1\"/>"},
+    };
+    for (const auto& c : cases) EXPECT_EQ(faultOf(c.svg), c.fault) << c.svg;
+}
+
+}  // namespace

@@ -1,0 +1,48 @@
+#include "platform/percent_bar.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+namespace hl {
+namespace {
+
+TEST(PercentBar, TintsLeaveAColourOrTurnItWhite) {
+    const struct {
+        std::uint32_t color;
+        int amount;
+        std::uint32_t tinted;
+    } cases[] = {
+        {0x123456, 0, 0x123456},   {0x123456, 255, 0xFFFFFF}, {0x0000FF, 140, 0x8C8CFF},
+        {0x0000FF, 200, 0xC8C8FF}, {0x5B963C, 140, 0xB5CFA7},  // 150 * 115 / 255 is 67.6; cut.
+        {0xFFFFFF, 77, 0xFFFFFF},
+    };
+    for (const auto& c : cases) EXPECT_EQ(tint(c.color, c.amount), c.tinted) << c.color << " " << c.amount;
+}
+
+TEST(PercentBar, IsFilledFromOneLineToAllBetweenItsInsets) {
+    const struct {
+        double percent;
+        int width, length;
+    } cases[] = {
+        {0, 100, 1},   {100, 100, 96}, {50, 105, 51},  {50, 106, 51},     {50, 108, 53},
+        {0.4, 105, 1}, {-7, 100, 1},   {101, 100, 96}, {100, 5, 1},       {100, 4, 0},
+        {100, 0, 0},   {100, -3, 0},   {NAN, 100, 0},  {INFINITY, 10, 6},
+    };
+    for (const auto& c : cases)
+        EXPECT_EQ(filledLength(c.percent, c.width), c.length) << c.percent << " of " << c.width;
+}
+
+TEST(PercentBar, RunsFromItsLeftColourToItsRightOneAtEveryLength) {
+    const BarEnds ends = barEnds(0x5B963C);
+    EXPECT_EQ(barColorAt(ends, 0, 1), ends.left);
+    for (const int length : {2, 3, 50, 1000}) {
+        EXPECT_EQ(barColorAt(ends, 0, length), ends.left) << length;
+        EXPECT_EQ(barColorAt(ends, length - 1, length), ends.right) << length;
+    }
+    // The ends may lie either way round; each channel goes its own way.
+    EXPECT_EQ(barColorAt({0x00FF10, 0xFF0010}, 1, 3), 0x808010U);
+}
+
+}  // namespace
+}  // namespace hl

@@ -1,0 +1,186 @@
+#include "platform/splitter.h"
+
+#include <gtest/gtest.h>
+
+#include <limits>
+#include <stdexcept>
+#include <string>
+
+#include "base/fault.h"
+
+namespace hl {
+namespace {
+
+constexpr int kHuge = std::numeric_limits<int>::max();
+
+// Two grids, bar 4, no limits, and a record of what the window ("c") and the form ("r") are told.
+class Splitter : public testing::Test {
+  protected:
+    Splitter() {
+        for (const int index : {1, 2}) splitter.setMinimumSize(index, 0);
+        splitter.Bind({PaneRef::Kind::kGrid, 0}, {PaneRef::Kind::kGrid, 1});
+        splitter.changed = [this] { told += 'c'; };
+        splitter.AfterResize = [this] { told += 'r'; };
+    }
+    void start(int total, int position) {
+        splitter.setTotal(total);
+        splitter.setPosition(position);
+        told.clear();
+    }
+    /// Start and size of what shows: "0+100 |100+4 104+96".
+    std::string panes() const {
+        const auto part = [](const cSplitter::Span& span) {
+            return span.visible ? std::to_string(span.start) + "+" + std::to_string(span.size) : "-";
+        };
+        const cSplitter::Layout layout = splitter.layout();
+        return part(layout.first) + " |" + part(layout.bar) + " " + part(layout.second);
+    }
+    cSplitter splitter;
+    std::string told;
+};
+
+TEST_F(Splitter, KeepsThePositionWithinItsLimitsAndTheFirstMinimumAboveAll) {
+    struct Case {
+        const char* what;
+        int minimum1, maximum1, minimum2, maximum2, position, expected;
+    };
+    // Total 200, bar 4: the panes share 196.
+    const Case cases[] = {
+        {"no limits", 0, -1, 0, 0, 120, 120},
+        {"second too large", 0, -1, 0, 50, 100, 146},
+        {"first too large", 0, 60, 0, -1, 100, 60},
+        {"second too small", 0, -1, 50, -1, 170, 146},
+        {"first too small", 30, -1, 0, -1, 10, 30},
+        {"maximum of the first beats that of the second", 0, 60, 0, 50, 100, 60},
+        {"minimum of the second beats the maximum of the first", 0, 160, 50, -1, 190, 146},
+        {"minimum of the first beats that of the second", 160, -1, 50, -1, 100, 160},
+        {"minimum of the first beats its maximum", 90, 60, 0, -1, 10, 90},
+        {"second too small, first large enough", 30, -1, 50, -1, 170, 146},
+        {"exactly at the limits", 30, 146, 50, 166, 146, 146},
+        {"larger than any window", 0, -1, 50, -1, kHuge, 146},
+        {"limits larger than any window", 0, -1, kHuge, kHuge, -kHuge, 196 - kHuge},
+    };
+    for (const Case& c : cases) {
+        cSplitter one;
+        one.setTotal(200);
+        one.setMinimumSize(1, c.minimum1);
+        one.setMaximumSize(1, c.maximum1);
+        one.setMinimumSize(2, c.minimum2);
+        one.setMaximumSize(2, c.maximum2);
+        one.setPosition(c.position);
+        EXPECT_EQ(one.Position(), c.expected) << c.what;
+    }
+}
+
+TEST_F(Splitter, LaysOutNothingBeforeTheTotalIsKnownAndThenHoldsThePositionAgainstTheLimits) {
+    splitter.setMinimumSize(2, 50);
+    splitter.setPosition(500);
+    EXPECT_EQ(panes() + told, "- |- -");
+    splitter.setTotal(200);
+    EXPECT_EQ(panes(), "0+146 |146+4 150+50");
+    EXPECT_EQ(splitter.Proportion(), 0.73F);
+    splitter.setTotal(200);
+    EXPECT_EQ(told, "cr");
+}
+
+TEST_F(Splitter, RemembersThePositionWhileTheContainerIsTooSmallForIt) {
+    splitter.setMinimumSize(2, 50);
+    start(200, 120);
+    splitter.setTotal(121);
+    EXPECT_EQ(panes(), "0+120 |120+1 121+0");
+    splitter.setTotal(0);
+    splitter.setTotal(100);
+    EXPECT_EQ(panes(), "0+100 |- 100+0");
+    splitter.setTotal(200);
+    EXPECT_EQ(panes(), "0+120 |120+4 124+76");
+    splitter.setOrientation(Orientation::kSideBySide);
+    splitter.setTotal(150);
+    EXPECT_EQ(panes(), "0+96 |96+4 100+50") << "the new axis is another container";
+}
+
+TEST_F(Splitter, ShowsOnePaneAlways) {
+    start(200, 100);
+    splitter.setControl1Visible(false);
+    EXPECT_EQ(panes(), "- |- 0+200");
+    splitter.setControl2Visible(false);
+    EXPECT_EQ(panes(), "0+200 |- -");
+    splitter.setControl1Visible(false);
+    EXPECT_EQ(panes(), "- |- 0+200");
+    splitter.setControl1Visible(true);
+    EXPECT_EQ(panes(), "0+100 |100+4 104+96");
+    EXPECT_EQ(told, "crcrcrcr");
+}
+
+TEST_F(Splitter, GrowsInProportionOnlyWhereAskedFor) {
+    start(200, 50);
+    splitter.setTotal(400);
+    EXPECT_EQ(splitter.Position(), 50);
+    splitter.setKeepProportion(true);
+    splitter.setProportion(30);
+    EXPECT_EQ(splitter.Position(), 120);
+    splitter.setMinimumSize(1, 100);
+    splitter.setTotal(200);
+    EXPECT_EQ(splitter.Position(), 100) << "not below the minimum";
+}
+
+TEST_F(Splitter, RefusesWhatCanBeNoProportionSizeOrIndex) {
+    const auto refused = [](auto set) {
+        try {
+            set();
+        } catch (const Fault& fault) {
+            return fault.number() == 380 && fault.source() == "Harborlantern.cSplitter";
+        }
+        return false;
+    };
+    for (const float percent : {0.0F, -1.0F, 100.5F, std::numeric_limits<float>::quiet_NaN()})
+        EXPECT_TRUE(refused([&] { splitter.setProportion(percent); })) << percent;
+    EXPECT_TRUE(refused([&] { splitter.setSplitterSize(-1); }));
+    EXPECT_TRUE(refused([&] { splitter.setMinimumSize(0, 1); }));
+    EXPECT_TRUE(refused([&] { splitter.setMaximumSize(3, 1); }));
+}
+
+TEST_F(Splitter, FollowsThePointerWithinContainerAndLimits) {
+    splitter.setMinimumSize(2, 50);
+    start(200, 100);
+    splitter.MouseMove(150);
+    splitter.MouseUp(150);
+    EXPECT_EQ(splitter.Position(), 100) << "not without a button down";
+    splitter.MouseDown(102);
+    splitter.MouseMove(112);
+    EXPECT_EQ(panes(), "0+110 |110+4 114+86");
+    splitter.MouseMove(-5000);
+    EXPECT_EQ(panes(), "0+0 |0+4 4+196");
+    splitter.MouseMove(kHuge);
+    EXPECT_EQ(splitter.Position(), 146);
+    EXPECT_EQ(told, "ccc") << "the form hears of the end alone";
+    splitter.MouseUp(92);
+    EXPECT_EQ(splitter.Position(), 90);
+    EXPECT_EQ(splitter.Proportion(), 0.45F);
+    EXPECT_EQ(told, "ccccr");
+    splitter.setFullDrag(false);
+    splitter.MouseDown(90);
+    splitter.MouseMove(120);
+    EXPECT_EQ(told, "ccccr") << "the panes move at the end";
+    splitter.MouseUp(130);
+    EXPECT_EQ(panes() + told, "0+130 |130+4 134+66ccccrcr");
+}
+
+TEST_F(Splitter, DragsNothingWhenCancelledWithoutABarOrAfterAFault) {
+    const auto drags = [&](int at) {
+        splitter.MouseDown(at);
+        return splitter.dragging();
+    };
+    start(200, 100);
+    splitter.beforeDrag = [](int at) { return at != 101; };
+    EXPECT_FALSE(drags(101));
+    splitter.setControl2Visible(false);
+    EXPECT_FALSE(drags(100));
+    splitter.setControl2Visible(true);
+    EXPECT_TRUE(drags(100));
+    splitter.AfterResize = [] { throw std::runtime_error("out of the form"); };
+    EXPECT_THROW(splitter.MouseUp(100), std::runtime_error);
+    EXPECT_FALSE(splitter.dragging());
+}
+
+}  // namespace
+}  // namespace hl
