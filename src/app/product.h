@@ -11,6 +11,10 @@ inline constexpr std::string_view kReportName = kProductName;
 
 inline constexpr std::string_view kHomepageGerman = "https://harborlantern.example.org/de/";
 inline constexpr std::string_view kHomepage = "https://harborlantern.example.org/en/";
+inline constexpr std::string_view kForumGerman = "https://forum.harborlantern.example.org/de/";
+inline constexpr std::string_view kForum = "https://forum.harborlantern.example.org/en/";
+inline constexpr std::string_view kDonationGerman = "https://harborlantern.example.org/de/spenden/";
+inline constexpr std::string_view kDonation = "https://harborlantern.example.org/en/donate/";
 inline constexpr std::string_view kReportAddress = "reports@harborlantern.example.org";
 
 // Files in the program's folder.

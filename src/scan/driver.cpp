@@ -1,6 +1,7 @@
 // Parts: the queue; one source; the lock of the window.
 #include "scan/driver.h"
 
+#include "base/scope_exit.h"
 #include "base/size_text.h"
 #include "base/text.h"
 #include "robustness/trap.h"
@@ -139,11 +140,19 @@ void StartSearchViaToolbar(ScanContext& scan) {
 void Ordnerliste_Abarbeiten(ScanContext& scan) {
     guarded(scan.diagnostics, "Ordnerliste_Abarbeiten", kModul, [&] {
         scan.host.setBusyPointer(true);
+        bool done = false;
         DisableControls(scan, false);
-        scan.host.statusOfRun();
-        workThroughQueue(scan);
-        scan.state.CancelState = kCancelNone;
-        EnableControls(scan);
+        {
+            // However the run ends: a window that stays locked could not even be closed.
+            const ScopeExit unlock([&] {
+                scan.state.CancelState = kCancelNone;
+                if (!done) scan.state.SourceQueue.clear();
+                EnableControls(scan);
+            });
+            scan.host.statusOfRun();
+            workThroughQueue(scan);
+            done = true;
+        }
         scan.host.listsFilled();
         scan.host.showFileStat();
         scan.host.setBusyPointer(false);

@@ -1,6 +1,7 @@
 // Reading one folder of the report again: Report_Rescan of driver.h.
 #include <cmath>
 
+#include "base/scope_exit.h"
 #include "robustness/trap.h"
 #include "scan/driver.h"
 #include "scan/records.h"
@@ -99,15 +100,17 @@ void rescanCurrent(ScanContext& scan, bool recursive) {
     scan.host.showFilesOf("");
     scan.host.refreshPreview();
     DisableControls(scan, false);
-    scan.host.statusOfRun();
     Row row = report.currentRow();
     if (report.number(row, kIsFolder) == 0 && report.parent(row) != kNoRow) row = report.parent(row);
     const std::size_t formerIndex = report.indexOf(report.currentRow());
     const std::string formerText(report.text(row));
-    report.setCurrentRow(row);
-    readAgain(scan, row, recursive);
-    scan.host.refreshDriveOf(row);
-    EnableControls(scan);
+    {
+        const ScopeExit unlock([&] { EnableControls(scan); });
+        scan.host.statusOfRun();
+        report.setCurrentRow(row);
+        readAgain(scan, row, recursive);
+        scan.host.refreshDriveOf(row);
+    }
     scan.host.setBusyPointer(false);
     makeCurrent(report, formerIndex, formerText, row);
     scan.host.statusAfterRun(scan.texts.TL(3525, "OK."));

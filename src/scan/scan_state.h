@@ -37,6 +37,9 @@ struct ScanState {
     std::uint32_t DeepestLevel = 0;
     ScanTotals lastTotals;      ///< Of the source read last.
     std::string currentFolder;  ///< Whose files the file list shows.
+    /// Raised whenever the file list is filled or emptied: a filling that has let messages run ends when
+    /// another one came.
+    std::uint64_t FileListRun = 0;
 
     // Set anew for each source.
     std::int32_t TopCount = 0;     ///< Rows that were added to the largest files; trims do not lower it.

@@ -1,5 +1,6 @@
 #include "scan/source_combo.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "scan/records.h"
@@ -9,6 +10,20 @@ namespace hl {
 void SourceCombo::select(std::size_t index) {
     selected_ = index;
     text = items_[index].text;
+}
+
+bool SourceCombo::has(std::string_view key) const {
+    return std::any_of(items_.begin(), items_.end(), [&](const SourceItem& item) { return item.key == key; });
+}
+
+bool SourceCombo::removeSelected() {
+    if (!selected_ || items_[*selected_].image != kPictureSource) return false;
+    const std::size_t index = *selected_;
+    items_.erase(items_.begin() + static_cast<std::ptrdiff_t>(index));
+    selectNone();
+    text.clear();
+    if (!items_.empty()) select(std::min(index, items_.size() - 1));
+    return true;
 }
 
 void SourceCombo::addOrSelect(std::string_view path, const PathRules& paths) {

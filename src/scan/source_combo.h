@@ -4,6 +4,8 @@
 #include <cstddef>
 #include <optional>
 #include <string>
+#include <string_view>
+#include <utility>
 #include <vector>
 
 #include "base/path.h"
@@ -28,7 +30,14 @@ class SourceCombo {
     /// REQUIRES: index < items().size().
     void select(std::size_t index);
     void selectNone() { selected_.reset(); }
+    /// Place of the selected item; nothing if the text was typed.
+    std::optional<std::size_t> selectedIndex() const { return selected_; }
     void add(SourceItem item) { items_.push_back(std::move(item)); }
+    /// Whether there is an item of this identity.
+    bool has(std::string_view key) const;
+    /// Removes the selected item if it is a folder that the user added; drives stay. The next item is
+    /// selected then, or the new last one. Whether one was removed.
+    bool removeSelected();
 
     /// Selects the item of this path, and adds it at the end if there is none.
     void addOrSelect(std::string_view path, const PathRules& paths);

@@ -3,6 +3,7 @@
 #include <span>
 
 #include "views/column_masks.h"
+#include "views/file_list.h"
 
 namespace hl {
 
@@ -46,6 +47,16 @@ void build(Grid& grid, std::vector<GridColumn> columns, std::string_view sortKey
 
 }  // namespace
 
+void Init_FileList(Grid& grid, const Options& options, const Texts& texts) {
+    std::vector<GridColumn> columns = {column(texts.TL(9102, "Dateiname"), ""), sizeColumn(texts)};
+    appendFileColumns(columns, texts);
+    hideColumns(columns, options.FileColumn);
+    grid.setRedraw(false);
+    build(grid, std::move(columns), "size");
+    Init_FileList_DateFormat(grid, options);
+    grid.setRedraw(true);
+}
+
 void Init_TopList(Grid& grid, const Options& options, const Texts& texts) {
     std::vector<GridColumn> columns = {column(texts.TL(9102, "Dateiname"), ""), sizeColumn(texts),
                                        column(texts.TL(3626, "Pfad"), "path")};
@@ -81,6 +92,10 @@ void Init_JunctionList(Grid& grid, const Texts& texts) {
     grid.setRedraw(false);
     build(grid, std::move(columns), "");
     grid.setRedraw(true);
+}
+
+void Init_FileList_DateFormat(Grid& grid, const Options& options) {
+    setDateMasks(grid, options, {kFileListDate, kFileListDateCreated, kFileListDateAccessed});
 }
 
 void Init_TopList_DateFormat(Grid& grid, const Options& options) {

@@ -7,7 +7,7 @@
 
 namespace hl {
 
-enum ReportColumn : std::size_t { kReportName, kReportSize, kReportPercent, kReportFiles, kReportFolders };
+enum ReportColumn : std::size_t { kReportRowName, kReportSize, kReportPercent, kReportFiles, kReportFolders };
 
 /// Empties the grid and gives it its columns, sizes in bytes until Report_Set_SizeFormat. Each level is
 /// sorted by size, the largest first.

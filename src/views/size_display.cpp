@@ -4,6 +4,7 @@
 
 #include "base/size_text.h"
 #include "views/column_masks.h"
+#include "views/file_list.h"
 #include "views/list_columns.h"
 #include "views/report_columns.h"
 
@@ -50,6 +51,11 @@ void Report_Set_SizeFormat(Grid& grid, const Options& options, const Texts& text
     grid.changeColumn(kReportPercent).mask = decimals ? kPercentMaskDecimals : kPercentMask;
     showSizes(grid, kReportSize, options.FileSizeFormat, decimals, texts);
     grid.setRedraw(true);
+}
+
+void List_Files_Set_SizeFormat(Grid& grid, const Options& options, const Texts& texts) {
+    showSizesOfList(grid, kFileListSize, options.FileSizeFormatFiles,
+                    options.SizeFormatNachkommastellenFiles != 0, texts);
 }
 
 void List_TOP_Set_SizeFormat(Grid& grid, const Options& options, const Texts& texts) {

@@ -29,7 +29,11 @@ struct Ended {
 
 class Program {
   public:
-    Program() { must(::chmod(home_.path().c_str(), 0777)); }
+    Program() {
+        must(::chmod(home_.path().c_str(), 0777));
+        makeFolder(home("run"));
+        must(::chmod(home("run").c_str(), 0700));
+    }
 
     /// Settings of the section Optionen, each "Key=value". The language is German.
     void setOptions(const std::vector<std::string>& options) const {
@@ -64,6 +68,9 @@ class Program {
         ::dup2(errors, STDERR_FILENO);
         ::setenv("HARBORLANTERN_HOME", home_.path().c_str(), 1);
         ::setenv("LC_ALL", "C", 1);
+        // No screen, and no other instance that would take the line over.
+        ::setenv("XDG_RUNTIME_DIR", home("run").c_str(), 1);
+        for (const char* screen : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"}) ::unsetenv(screen);
         if (before) before();
         std::vector<char*> argv{const_cast<char*>("harborlantern")};
         for (const std::string& argument : arguments) argv.push_back(const_cast<char*>(argument.c_str()));

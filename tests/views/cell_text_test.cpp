@@ -29,7 +29,7 @@ TEST_F(CellText, OfTheReportFollowsTheUnit) {
     Grid grid(kFolderCells);
     Init_Tree(grid, options, texts.texts);
     const Row row = grid.addRow(kNoRow, "/srv/a\nb\xFF");
-    EXPECT_EQ(of(grid, row, kReportName),
+    EXPECT_EQ(of(grid, row, kReportRowName),
               "/srv/a\xE2\x90\x8A"
               "b\xEF\xBF\xBD");
     EXPECT_EQ(of(grid, row, kReportSize) + of(grid, row, kReportFolders), "") << "0 shows nothing";

@@ -1,0 +1,405 @@
+#include "views/drive_list.h"
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <cmath>
+#include <limits>
+#include <utility>
+
+#include "app/setting_keys.h"
+#include "base/size_text.h"
+#include "base/size_value.h"
+#include "base/text.h"
+#include "platform/icons.h"
+#include "platform/window.h"
+#include "robustness/api_error_text.h"
+#include "robustness/trap.h"
+#include "views/column_masks.h"
+
+namespace hl {
+
+namespace {
+
+constexpr const char* kModule = "frmMain";
+constexpr std::size_t kLongestLabel = 13;  // Characters.
+constexpr int kSizeColumnMargin = 32;
+constexpr int kFirstModeButton = 201;
+constexpr int kDecimalsButton = 205;
+constexpr std::uint32_t kFreeColor = 0x5B963C;
+constexpr std::uint32_t kUsedColor = 0x0000FF;
+// A full drive has 0 % free, and its bar says so; a drive that does not answer has a percent that is no
+// number, and no bar.
+constexpr std::string_view kBarMask = "*##0*%;";
+
+struct SizeColumn {
+    DriveListColumn column;
+    std::string_view key;
+};
+constexpr SizeColumn kSizeColumns[] = {
+    {kDriveListTotal, "Gsize"}, {kDriveListFree, "Fsize"}, {kDriveListUsed, "Bsize"}};
+
+GridColumn textColumn(std::string title, std::string_view key) {
+    return {.title = std::move(title), .key = std::string(key), .mask = {}};
+}
+
+GridColumn sizeColumn(std::string title, std::string_view key) {
+    GridColumn column = textColumn(std::move(title), key);
+    column.mask = kSizeMask;
+    column.alignment = Alignment::kRight;
+    return column;
+}
+
+GridColumn barColumn(std::string title, std::string_view key, std::uint32_t color) {
+    GridColumn column = sizeColumn(std::move(title), key);
+    column.mask = kBarMask;
+    column.barColor = color;
+    return column;
+}
+
+// The cells of one size: bytes, K, M and G follow one another from `cell` on.
+void setSizes(Grid& grid, Row row, DriveCell cell, double bytes) {
+    grid.setNumber(row, cell, bytes);
+    for (const int mode : {kModeKilobytes, kModeMegabytes, kModeGigabytes})
+        grid.setNumber(row, static_cast<CellId>(cell + mode), bytes / static_cast<double>(divisorOf(mode)));
+}
+
+bool isSeparator(char c) {
+    return c == '/' || c == '\\';
+}
+
+// A UNC text with a separator of its own kind behind it.
+std::string asShare(std::string path) {
+    if (!isSeparator(path.back())) path += path.front();
+    return path;
+}
+
+Row rootOf(const Grid& grid, Row row) {
+    while (grid.parent(row) != kNoRow) row = grid.parent(row);
+    return row;
+}
+
+Row firstSelected(const Grid& grid) {
+    const std::vector<Row> rows = grid.selectedRows();
+    return rows.empty() ? kNoRow : rows.front();
+}
+
+// Whether a drive's root leads to a path, both in the form by which paths compare.
+bool leadsTo(const std::string& root, const std::string& path, const PathRules& paths) {
+    const std::string folder = AddTrailingSlash(root, paths);
+    return path == root || path.starts_with(folder);
+}
+
+}  // namespace
+
+void Init_DiskInfo(Grid& grid, const Texts& texts) {
+    grid.setRedraw(false);
+    grid.clear();
+    grid.setColumns({
+        textColumn(texts.TL(9400, "Laufwerk"), ""),
+        sizeColumn(texts.TL(9401, "Gesamt"), "Gsize"),
+        sizeColumn(texts.TL(9402, "Frei"), "Fsize"),
+        barColumn(texts.TL(9402, "Frei"), "FsizeP", kFreeColor),
+        sizeColumn(texts.TL(9403, "Belegt"), "Bsize"),
+        barColumn(texts.TL(9403, "Belegt"), "BsizeP", kUsedColor),
+        textColumn(texts.TL(9100, "Name"), "label"),
+        textColumn(texts.TL(9404, "Dateisystem"), "filesystem"),
+        textColumn(texts.TL(9104, "Typ"), "type"),
+        textColumn(texts.TL(9405, "Cluster"), "cluster"),
+    });
+    grid.setRedraw(true);
+}
+
+// --- what is known of a drive
+
+std::string xGetDriveTypeString(DriveType type, const Texts& texts) {
+    switch (type) {
+        case DriveType::kRemovable:
+            return texts.TL(9406, "Wechseldatenträger");
+        case DriveType::kFixed:
+            return texts.TL(9407, "Lokaler Datenträger");
+        case DriveType::kRemote:
+            return texts.TL(9408, "Netzlaufwerk");
+        case DriveType::kDisc:
+            return "CD/DVD";
+        case DriveType::kRam:
+            return texts.TL(9409, "RAM-Disk");
+        default:
+            return "?";
+    }
+}
+
+std::string xGetDriveLabel(const Drive& drive, const Texts& texts, SystemFacts& facts,
+                           std::string& errorText) {
+    const int error = characterCount(drive.label) > kLongestLabel ? EOVERFLOW : drive.labelError;
+    errorText = error == 0 ? "" : ApiErrorText(false, error, facts);
+    if (error != 0) return {};
+    return drive.label.empty() ? texts.TL(9410, "(no label)") : drive.label;
+}
+
+int drivePicture(DriveType type) {
+    switch (type) {
+        case DriveType::kRemovable:
+            return kIconDriveRemovable;
+        case DriveType::kFixed:
+            return kIconDriveFixed;
+        case DriveType::kRemote:
+            return kIconDriveNetwork;
+        case DriveType::kDisc:
+            return kIconDriveDisc;
+        default:
+            return kIconDriveOther;
+    }
+}
+
+const Drive* driveOfPath(std::string_view path, const std::vector<Drive>& drives, const PathRules& paths) {
+    const std::string key = identityKey(path, paths);
+    const Drive* best = nullptr;
+    for (const Drive& drive : drives) {
+        if (!leadsTo(identityKey(drive.root, paths), key, paths)) continue;
+        if (best == nullptr || drive.root.size() > best->root.size()) best = &drive;
+    }
+    return best;
+}
+
+// --- building
+
+// Nothing in here waits for a drive, so the window lives without a pause to yield in.
+void DriveList::Drives_GetAllDrives() {
+    guarded(services_.diagnostics, "Drives_GetAllDrives", kModule, [&] {
+        Grid& grid = services_.lvwDiskinfo;
+        services_.host.setBusyPointer(true);
+        grid.setRedraw(false);
+        waiting_->clear();
+        grid.clear();
+        for (const Drive& drive : services_.drives.drives()) addDriveRow(drive.root, drive);
+        grid.setRedraw(true);
+        services_.host.Drives_ResizeTableHeight();
+        Drives_LoadSavedNetworkFolders();
+        services_.host.Drives_ResizeTableHeight();
+        Drives_Resize_Columns(false);
+    });
+    services_.host.setBusyPointer(false);
+}
+
+void DriveList::addDriveRow(std::string_view text, const Drive& drive) {
+    Grid& grid = services_.lvwDiskinfo;
+    const Row row = grid.addRow(kNoRow, text);
+    std::string ignored;
+    grid.setCellText(row, kDriveLabel, xGetDriveLabel(drive, services_.texts, services_.facts, ignored));
+    grid.setCellText(row, kDriveFileSystem, drive.fileSystem);
+    grid.setCellText(row, kDriveType, xGetDriveTypeString(drive.type, services_.texts));
+    grid.setPicture(row, drivePicture(drive.type));
+    Drives_AddSizeValues(row, 0, 0, 0);
+    Drives_GetDriveFreeSpace(drive, row);
+}
+
+// A share that is not mounted has a row that tells so.
+void DriveList::addShareRow(std::string path) {
+    path = asShare(std::move(path));
+    addDriveRow(path, driveOfRow(path));
+}
+
+void DriveList::Drives_AddUNCpath(std::string path) {
+    guarded(services_.diagnostics, "Drives_AddUNCpath", kModule, [&] {
+        if (path.empty()) {
+            path = services_.host.askText(
+                services_.texts.TL(9411, "UNC-Pfad einer Laufwerksfreigabe im Netzwerk:"), "\\\\");
+        }
+        if (!isNetworkPath(path) || path.size() == 2) return;
+        addShareRow(std::move(path));
+        services_.host.Drives_ResizeTableHeight();
+        Drives_Resize_Columns(false);
+    });
+}
+
+void DriveList::Drives_LoadSavedNetworkFolders() {
+    guarded(services_.diagnostics, "Drives_LoadSavedNetworkFolders", kModule, [&] {
+        // An empty value would ask the user.
+        for (std::string& path :
+             readNumberedList(services_.settings.read(), kSectionDriveFolders, kDriveFolderSuffix))
+            if (!path.empty()) Drives_AddUNCpath(std::move(path));
+    });
+}
+
+void DriveList::Drives_SaveNetworkFolders() {
+    guarded(services_.diagnostics, "Drives_SaveNetworkFolders", kModule, [&] {
+        const Grid& grid = services_.lvwDiskinfo;
+        std::vector<std::string> shares;
+        for (Row row = grid.firstRoot(); row != kNoRow; row = grid.nextSibling(row))
+            if (isNetworkPath(grid.text(row))) shares.emplace_back(grid.text(row));
+        services_.settings.change(
+            [&](IniText& ini) { writeNumberedList(ini, kSectionDriveFolders, kDriveFolderSuffix, shares); });
+    });
+}
+
+// --- sizes
+
+void DriveList::Drives_GetDriveFreeSpace(const Drive& drive, Row row) {
+    if (drive.type == DriveType::kNoRoot) {  // There is nobody to ask.
+        waiting_->erase(row);
+        return Drives_AddSizeValues(row, 0, 0, 0);
+    }
+    const std::uint64_t question = ++lastQuestion_;
+    waiting_->insert_or_assign(row, question);
+    services_.drives.ask(
+        drive, [this, row, question, list = std::weak_ptr<Waiting>(waiting_)](const DriveAnswer& space) {
+            const std::shared_ptr<Waiting> waiting = list.lock();
+            if (waiting == nullptr) return;
+            const auto found = waiting->find(row);
+            if (found == waiting->end() || found->second != question) return;
+            waiting->erase(found);
+            answer(row, space);
+        });
+}
+
+void DriveList::answer(Row row, const DriveAnswer& space) {
+    guarded(services_.diagnostics, "Drives_GetDriveFreeSpace", kModule, [&] {
+        constexpr auto kLimit = static_cast<std::uint64_t>(SizeValue::kMaxBytes);
+        if (!space) services_.lvwDiskinfo.setCellText(row, kDriveLabel, "");
+        if (!space || std::max({space->total, space->free, space->clusterSize}) > kLimit)
+            Drives_AddSizeValues(row, 0, 0, 0);
+        else
+            Drives_AddSizeValues(row, space->total, space->free, space->clusterSize);
+    });
+}
+
+void DriveList::Drives_AddSizeValues(Row row, std::uint64_t total, std::uint64_t free,
+                                     std::uint64_t clusterSize) {
+    Grid& grid = services_.lvwDiskinfo;
+    const auto totalBytes = static_cast<double>(total);
+    const double freeBytes = total == 0 ? 0 : static_cast<double>(free);
+    setSizes(grid, row, kBsize, totalBytes - freeBytes);
+    setSizes(grid, row, kFsize, freeBytes);
+    setSizes(grid, row, kGsize, totalBytes);
+    const double percent =
+        total == 0 ? std::numeric_limits<double>::quiet_NaN() : std::nearbyint(freeBytes / totalBytes * 100);
+    grid.setNumber(row, kFsizeP, percent);
+    grid.setNumber(row, kBsizeP, 100 - percent);
+    grid.setCellText(
+        row, kDriveCluster,
+        clusterSize == 0 ? "" : FormatSizeAuto(SizeValue::fromBytes(clusterSize), true, services_.numbers));
+}
+
+void DriveList::takeAnswers() {
+    guarded(services_.diagnostics, "takeAnswers", kModule, [&] {
+        const std::size_t before = waiting_->size();
+        services_.lvwDiskinfo.setRedraw(false);
+        services_.drives.takeAnswers();
+        services_.lvwDiskinfo.setRedraw(true);
+        if (waiting_->size() != before) Drives_Resize_Columns(false);
+    });
+}
+
+// --- following the report
+
+Row DriveList::rowOf(std::string_view text, const PathRules& rules) const {
+    const Grid& grid = services_.lvwDiskinfo;
+    const std::string key = identityKey(text, rules);
+    for (Row row = grid.firstRoot(); row != kNoRow; row = grid.nextSibling(row))
+        if (identityKey(grid.text(row), rules) == key) return row;
+    return kNoRow;
+}
+
+void DriveList::Drives_SelectDrive(Row reportRow) {
+    guarded(services_.diagnostics, "Drives_SelectDrive", kModule, [&] {
+        Grid& grid = services_.lvwDiskinfo;
+        const std::string source(services_.tvwPL.text(rootOf(services_.tvwPL, reportRow)));
+        if (isNetworkPath(source)) return;
+        std::vector<Drive> drives;
+        for (Row row = grid.firstRoot(); row != kNoRow; row = grid.nextSibling(row))
+            if (!isNetworkPath(grid.text(row))) drives.push_back({.root = std::string(grid.text(row))});
+        const Drive* drive = driveOfPath(source, drives, services_.paths);
+        if (drive == nullptr) return;
+        grid.selectNone();
+        grid.setSelected(rowOf(drive->root, services_.paths), true);
+    });
+}
+
+// The drive as the machine has it now; one without a root if it is not mounted.
+Drive DriveList::driveOfRow(std::string_view text) {
+    if (isNetworkPath(text))
+        return services_.drives.network(text).value_or(Drive{.root = {}, .type = DriveType::kNoRoot});
+    for (Drive& drive : services_.drives.drives())
+        if (drive.root == text) return std::move(drive);
+    return Drive{.root = {}, .type = DriveType::kNoRoot};
+}
+
+void DriveList::Drives_RefreshDrive(Row reportRow) {
+    guarded(services_.diagnostics, "Drives_RefreshDrive", kModule, [&] {
+        const Grid& report = services_.tvwPL;
+        std::string source(report.text(rootOf(report, reportRow)));
+        if (isNetworkPath(source)) source = asShare(std::move(source));
+        const Row row = rowOf(source, services_.paths);
+        if (row == kNoRow) return;
+        Drives_GetDriveFreeSpace(driveOfRow(services_.lvwDiskinfo.text(row)), row);
+        Drives_Resize_Columns(false);
+    });
+}
+
+void DriveList::Drives_ScanDrives(bool selectedOnly) {
+    guarded(services_.diagnostics, "Drives_ScanDrives", kModule, [&] {
+        const Grid& grid = services_.lvwDiskinfo;
+        std::vector<std::string> sources;
+        Row row = selectedOnly ? firstSelected(grid) : grid.firstRoot();
+        for (; row != kNoRow; row = selectedOnly ? kNoRow : grid.nextSibling(row)) {
+            const std::string text(grid.text(row));
+            const auto share = isNetworkPath(text) ? services_.drives.network(text) : std::nullopt;
+            sources.push_back(share ? share->root : text);
+        }
+        if (!sources.empty()) services_.host.readSources(sources);
+    });
+}
+
+// --- how it looks
+
+void DriveList::Drives_ChangeSizeFormat() {
+    guarded(services_.diagnostics, "Drives_ChangeSizeFormat", kModule, [&] {
+        constexpr std::array<std::string_view, 4> kSuffixes = {"", "K", "M", "G"};
+        constexpr std::array<std::string_view, 4> kUnits = {"", " KB", " MB", " GB"};
+        Grid& grid = services_.lvwDiskinfo;
+        const std::size_t mode = services_.options.FileSizeFormatDrive;
+        const Flag decimals = services_.options.SizeFormatNachkommastellenDrive;
+        const bool known = mode < kSuffixes.size();
+        grid.setRedraw(false);
+        grid.setEnabled(false);
+        for (std::size_t i = 0; i < kSuffixes.size(); ++i)
+            services_.cbrDrives.setChecked(kFirstModeButton + static_cast<int>(i), i == mode);
+        if (decimals == 1) services_.cbrDrives.setChecked(kDecimalsButton, true);
+        for (const SizeColumn& size : kSizeColumns) {
+            GridColumn& column = grid.changeColumn(size.column);
+            const std::string_view picture =
+                decimals != 0 && mode != kModeBytes ? "*###,###,##0.00*" : "*###,###,##0*";
+            column.mask = std::string(picture).append(known ? kUnits[mode] : "").append(";;;");
+            if (known) column.key = std::string(size.key).append(kSuffixes[mode]);
+        }
+        for (const SizeColumn& size : kSizeColumns)
+            services_.host.autosizeDriveColumn(size.column, kSizeColumnMargin);
+        grid.setRedraw(true);
+        grid.setEnabled(true);
+    });
+}
+
+void DriveList::Drives_Resize_Columns(bool withRedraw) {
+    guarded(services_.diagnostics, "Drives_Resize_Columns", kModule, [&] {
+        Grid& grid = services_.lvwDiskinfo;
+        if (withRedraw) grid.setRedraw(false);
+        for (std::size_t column = 0; column < grid.columns().size(); ++column)
+            services_.host.autosizeDriveColumn(column, 0);
+        if (withRedraw) grid.setRedraw(true);
+    });
+}
+
+void DriveList::lvwDiskinfo_KeyUp(int key) {
+    guarded(services_.diagnostics, "lvwDiskinfo_KeyUp", kModule, [&] {
+        Grid& grid = services_.lvwDiskinfo;
+        const Row row = key == kKeyDelete ? firstSelected(grid) : kNoRow;
+        if (row == kNoRow || !isNetworkPath(grid.text(row))) return;
+        waiting_->erase(row);
+        grid.removeRow(row);
+        services_.host.Drives_ResizeTableHeight();
+        Drives_Resize_Columns(false);
+    });
+}
+
+}  // namespace hl

@@ -1,0 +1,86 @@
+#include "views/file_list.h"
+
+#include "base/scope_exit.h"
+#include "base/size_text.h"
+#include "base/text.h"
+#include "robustness/trap.h"
+#include "scan/records.h"
+#include "scan/yield.h"
+#include "views/list_columns.h"
+
+namespace hl {
+
+namespace {
+
+void addFileRow(ScanContext& scan, Grid& list, const Listing& listing, std::size_t index,
+                const std::string& folder) {
+    const Entry& entry = listing.entries[index];
+    const std::string_view name = listing.name(entry);
+    const Row row = list.addRow(kNoRow, name);
+    list.setNumber(row, kFileSize, static_cast<double>(entry.size));
+    if (listing.times != nullptr) {
+        const EntryTimes& times = listing.times[index];
+        list.setNumber(row, kFileDate, static_cast<double>(times.written));
+        list.setNumber(row, kFileDateCreated, static_cast<double>(times.created));
+        list.setNumber(row, kFileDateAccessed, static_cast<double>(times.accessed));
+    }
+    const std::string type = scan.host.typeName(std::string(folder).append(name));
+    if (!type.empty()) list.setCellText(row, kFileType, type);
+    list.setCellText(row, kFileExt, upperCase(xGetExtension(name)));
+    list.setCellText(row, kFileAttr, xFormatFileAttribute(entry.attributes, false, ""));
+}
+
+/// One filling of the list: messages run while it reads or waits. Esc ends it, and so does another filling
+/// that came meanwhile, since the list has got other rows then.
+class Filling final : public WaitCallback {
+  public:
+    explicit Filling(ScanContext& scan)
+        : state_(scan.state), run_(++scan.state.FileListRun), yield_(scan.state, scan.pump) {}
+
+    bool isLatest() const { return state_.FileListRun == run_; }
+    bool goesOn() {
+        yield_.perEntry();
+        return isLatest() && state_.CancelState != kCancelEscape;
+    }
+    bool goOnWaiting() override {
+        return yield_.goOnWaiting() && isLatest() && state_.CancelState != kCancelEscape;
+    }
+
+  private:
+    ScanState& state_;
+    const std::uint64_t run_;
+    Yield yield_;
+};
+
+void readRows(ScanContext& scan, Grid& list, const std::string& folder, Filling& filling, SizeValue& total) {
+    const auto reader = scan.fileSystem.read(
+        folder, {.recursive = false, .wantTimes = true, .wantFileNames = true}, &filling);
+    while (const auto listing = reader->next()) {
+        for (std::size_t i = 0; i < listing->count; ++i) {
+            if (!filling.goesOn()) return;
+            const Entry& entry = listing->entries[i];
+            if ((entry.attributes & kAttributeDirectory) != 0) continue;
+            addFileRow(scan, list, *listing, i, folder);
+            total += SizeValue::fromBytes(entry.size);
+        }
+        if (!listing->more) return;
+    }
+}
+
+}  // namespace
+
+void List_Files_ScanFolderR(ScanContext& scan, Grid& lvwFiles, const std::string& path,
+                            SizeValue& FilesTotalSize) {
+    guarded(scan.diagnostics, "List_Files_ScanFolderR", "frmMain", [&] {
+        if (scan.state.CancelState != kCancelStop) scan.state.CancelState = kCancelNone;
+        Filling filling(scan);
+        FilesTotalSize = SizeValue();
+        lvwFiles.setRedraw(false);
+        const ScopeExit on([&] { lvwFiles.setRedraw(true); });
+        lvwFiles.clear();
+        readRows(scan, lvwFiles, path, filling, FilesTotalSize);
+        if (filling.isLatest()) lvwFiles.sortLevels(0);
+    });
+}
+
+}  // namespace hl

@@ -1,0 +1,106 @@
+#include "views/files_view.h"
+
+#include "base/scope_exit.h"
+#include "scan/driver.h"
+#include "views/file_list.h"
+#include "views/size_display.h"
+
+namespace hl {
+
+namespace {
+
+const ListTraits kTraits = {
+    .grid = GridId::kFiles,
+    .bar = BarId::kFiles,
+    .family = "List_Files_",
+    .events = "lvwFiles_",
+    .mouseUp = "lvwFiles_MouseUp",
+    .fileStat = "List_Files_ShowFileStat",
+    .fit = 317,
+    .fullView = 323,
+    .save = 324,
+    .print = 325,
+    .preview = 318,
+    .split = 319,
+    .sizeColumn = kFileListSize,
+    .sizeMode = &Options::FileSizeFormatFiles,
+    .decimals = &Options::SizeFormatNachkommastellenFiles,
+    .setSizeFormat = List_Files_Set_SizeFormat,
+    .columns = [](Options& options) { return std::span<Flag>(options.FileColumn); },
+    .showIcons = &Options::ShowIcons,
+    .iconsDuringScan = true,
+    .hitLoadsIcons = true,
+    .hitShowsPreview = true,
+    .keysShowStatus = true,
+};
+
+}  // namespace
+
+FilesView::FilesView(const ListParts& parts, Grid& lvwFiles, CommandBar& cbrFiles)
+    : ListView(kTraits, parts, lvwFiles, cbrFiles) {}
+
+void FilesView::List_Files_ScanFolder(const std::string& path, bool lockControls) {
+    trapped("List_Files_ScanFolder", [&] {
+        const ScanContext& scan = parts_.scan;
+        if (path.empty() || !parts_.host.listShows(GridId::kFiles)) return empty();
+        const std::string folder = AddTrailingSlash(path, scan.paths);
+        if (identityKey(folder, scan.paths) == identityKey(scan.state.currentFolder, scan.paths)) return;
+        scan.state.currentFolder = folder;
+        const std::uint64_t run = ++scan.state.FileListRun;
+        scan.pump.PumpMessages();
+        if (scan.state.FileListRun != run) return;
+        if (lockControls && !scan.state.ScanActive) {
+            listLocked(folder);
+        } else {
+            list(folder);
+        }
+        Resize_Columns(true);
+    });
+}
+
+void FilesView::empty() {
+    ++parts_.scan.state.FileListRun;
+    parts_.scan.state.currentFolder.clear();
+    FilesTotalSize_ = SizeValue();
+    grid_.clear();
+    if (parts_.host.listShows(GridId::kFiles)) ShowFileStat();
+}
+
+void FilesView::listLocked(const std::string& folder) {
+    parts_.scan.state.CancelState = kCancelNone;  // A Stop of an earlier listing.
+    DisableControls(parts_.scan, false);
+    parts_.scan.host.setBusyPointer(true);
+    const ScopeExit unlock([&] {
+        EnableControls(parts_.scan);
+        parts_.scan.host.setBusyPointer(false);
+    });
+    list(folder);
+}
+
+void FilesView::list(const std::string& folder) {
+    parts_.host.setSecondPanel(parts_.scan.texts.TL(9522, "Dateiliste wird geladen... (Abbruch: ESC-Taste)"));
+    List_Files_ScanFolderR(parts_.scan, grid_, folder, FilesTotalSize_);
+    ShowFileStat();
+    rowsReplaced();
+}
+
+void FilesView::List_Files_Refresh() {
+    trapped("List_Files_Refresh", [&] {
+        if (grid_.rowCount() == 0) return;
+        const std::string folder = std::exchange(parts_.scan.state.currentFolder, {});
+        List_Files_ScanFolder(folder, true);
+        showPreview(false);
+    });
+}
+
+std::string FilesView::pathOf(Row row) const {
+    return parts_.scan.state.currentFolder + std::string(grid_.text(row));
+}
+
+std::string FilesView::total() const {
+    const std::string size =
+        List_Files_FormatSize(parts_.options, FilesTotalSize_, true, false, true, parts_.scan.numbers);
+    return parts_.scan.texts.TL(9523, "%1 Datei(en) mit insgesamt %2", {grid_.rowCount(), size});
+}
+
+}  // namespace hl

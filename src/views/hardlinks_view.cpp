@@ -1,0 +1,66 @@
+#include "views/hardlinks_view.h"
+
+#include <array>
+
+#include "views/list_columns.h"
+#include "views/size_display.h"
+
+namespace hl {
+
+namespace {
+
+const ListTraits kTraits = {
+    .grid = GridId::kHardlinks,
+    .bar = BarId::kHardlinks,
+    .family = "List_Hardlinks_",
+    .events = "lvwHardlinks_",
+    .mouseUp = "lvwHardlinks_MouseUp",
+    .fileStat = "List_Hardlinks_ShowFileStat",
+    .fit = 326,
+    .fullView = 327,
+    .save = 324,
+    .print = 325,
+    .preview = 322,
+    .split = 323,
+    .sizeColumn = kHardlinksSize,
+    .sizeMode = &Options::FileSizeFormatHardlinks,
+    .decimals = &Options::SizeFormatNachkommastellenHardlinks,
+    .setSizeFormat = List_Hardlinks_Set_SizeFormat,
+    .columns = [](Options& options) { return std::span<Flag>(options.HardlinkColumn); },
+    .showIcons = &Options::ShowIconsHardlinks,
+    .searched = kFilePath,
+};
+
+}  // namespace
+
+HardlinksView::HardlinksView(const ListParts& parts, Grid& lvwHardlinks, CommandBar& cbrHardlinks)
+    : ListView(kTraits, parts, lvwHardlinks, cbrHardlinks) {}
+
+void HardlinksView::List_Hardlinks_ShowDups() {
+    trapped("List_Hardlinks_ShowDups", [&] {
+        if (grid_.rowCount() < 2) return;
+        parts_.scan.host.setBusyPointer(true);
+        grid_.setRedraw(false);
+        // As texts: two ids may begin with the same number.
+        sortBy({.key = "id", .numbers = false, .descending = false});
+        shadeGroups();
+        grid_.setRedraw(true);
+        rowsSorted();
+        parts_.scan.host.setBusyPointer(false);
+    });
+}
+
+void HardlinksView::shadeGroups() {
+    constexpr std::array<std::uint32_t, 2> kShades = {0xFFFFFF, 0xF0F0F0};
+    std::size_t shade = 0;
+    std::string id(grid_.cellText(grid_.firstRoot(), kFileId));
+    for (Row row = grid_.firstRoot(); row != kNoRow; row = grid_.nextSibling(row)) {
+        if (const auto own = grid_.cellText(row, kFileId); own != id) {
+            shade = 1 - shade;
+            id = own;
+        }
+        grid_.setBackColor(row, kShades[shade]);
+    }
+}
+
+}  // namespace hl

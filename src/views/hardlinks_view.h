@@ -1,0 +1,21 @@
+// lvwHardlinks, the files with more than one name in the source that was read last. Thread of the logic only.
+#pragma once
+
+#include "views/list_view.h"
+
+namespace hl {
+
+class HardlinksView final : public ListView {
+  public:
+    HardlinksView(const ListParts& parts, Grid& lvwHardlinks, CommandBar& cbrHardlinks);
+
+    /// Brings the names of each file together and shades them, white and grey in turn. The colours stay with
+    /// their rows, whatever order comes next.
+    void List_Hardlinks_ShowDups();
+
+  private:
+    void ownCommand() override { List_Hardlinks_ShowDups(); }
+    void shadeGroups();
+};
+
+}  // namespace hl

@@ -1,0 +1,25 @@
+// lvwJunctions, the links and mount points that were met in the source that was read last. It has no files:
+// nothing to preview, open, rename or delete. Thread of the logic only.
+#pragma once
+
+#include "views/list_view.h"
+
+namespace hl {
+
+class JunctionsView final : public ListView {
+  public:
+    JunctionsView(const ListParts& parts, Grid& lvwJunctions, CommandBar& cbrJunctions);
+
+    /// Of the link itself.
+    std::string pathOf(Row row) const override;
+    /// The links, or their targets after a right click in the column of targets.
+    std::vector<std::string> menuPaths() const override;
+
+  private:
+    std::string total() const override;
+    void beforeMenu(Point at) override;
+
+    bool menuForTargets_ = false;
+};
+
+}  // namespace hl

@@ -1,0 +1,345 @@
+// Sections: commands; search; what the user does; icons; what the list shows.
+#include "views/list_view.h"
+
+#include <algorithm>
+
+#include "base/size_text.h"
+#include "base/text.h"
+
+namespace hl {
+
+namespace {
+
+// Ids that mean the same in each of the bars.
+constexpr int kOwnCommand = 300;
+constexpr int kFirstMode = 301;
+constexpr int kModes = 4;
+constexpr int kSymbols = 305;
+constexpr int kSearchBox = 307;
+constexpr int kSearch = 308;
+constexpr int kDecimals = 309;
+constexpr int kFirstColumn = 310;
+constexpr int kDelete = 320;
+constexpr int kRecycle = 321;
+constexpr int kFont = 328;
+
+constexpr int kKeyPageUp = 33;
+constexpr int kKeyPageDown = 34;
+constexpr int kMargin = 32;
+
+/// Gathers the changes of a grid for as long as it lives.
+class NoRedraw {
+  public:
+    explicit NoRedraw(Grid& grid) : grid_(grid), was_(grid.redraw()) { grid_.setRedraw(false); }
+    ~NoRedraw() { grid_.setRedraw(was_); }
+    NoRedraw(const NoRedraw&) = delete;
+    NoRedraw& operator=(const NoRedraw&) = delete;
+
+  private:
+    Grid& grid_;
+    bool was_;
+};
+
+}  // namespace
+
+ListView::ListView(const ListTraits& traits, const ListParts& parts, Grid& grid, CommandBar& bar)
+    : traits_(traits), parts_(parts), grid_(grid), bar_(bar) {}
+
+// --- commands
+
+void ListView::execute(int id) {
+    if (id <= 0 || bar_.find(id) == nullptr || displayCommand(id)) return;
+    const std::pair<int, ListCommand> others[] = {
+        {traits_.fullView, ListCommand::kFullView},
+        {kFont, ListCommand::kFont},
+        {traits_.save, ListCommand::kSave},
+        {traits_.print, ListCommand::kPrint},
+        {kDelete, ListCommand::kDelete},
+        {kRecycle, ListCommand::kRecycle},
+    };
+    for (const auto& [command, what] : others)
+        if (id == command) return parts_.host.listCommand(traits_.grid, what);
+}
+
+bool ListView::displayCommand(int id) {
+    if (id == kOwnCommand) return ownCommand(), true;
+    if (id == kSearchBox || id == kSearch) return StartSearch(), true;
+    if (id == traits_.fit) return Resize_Columns(true), true;
+    if (id >= kFirstMode && id < kFirstMode + kModes) {
+        parts_.options.*traits_.sizeMode = static_cast<std::uint8_t>(id - kFirstMode);
+        return Set_SizeFormat(), true;
+    }
+    if (id == kDecimals) {
+        toggle(id, parts_.options.*traits_.decimals);
+        return Set_SizeFormat(), true;
+    }
+    if (id == kSymbols) {
+        toggle(id, parts_.options.*traits_.showIcons);
+        SetFileIcons(true);
+        return parts_.window.autosizeColumn(traits_.grid, 0, kMargin), true;
+    }
+    if (id == traits_.preview || id == traits_.split) {
+        bar_.toggle(id);
+        parts_.host.previewEntriesChanged(traits_.grid);
+        SetFileIcons(false);
+        if (id == traits_.preview) showPreview(false);
+        return true;
+    }
+    return toggleColumn(id);
+}
+
+void ListView::toggle(int id, Flag& option) {
+    bar_.toggle(id);
+    option = bar_.isChecked(id) ? 1 : 0;
+}
+
+// Column 0 is the name and always shows.
+bool ListView::toggleColumn(int id) {
+    if (traits_.columns == nullptr || id < kFirstColumn) return false;
+    const std::span<Flag> flags = traits_.columns(parts_.options);
+    const auto flag = static_cast<std::size_t>(id - kFirstColumn);
+    if (flag >= flags.size()) return false;
+    toggle(id, flags[flag]);
+    grid_.changeColumn(flag + 1).visible = flags[flag] != 0;
+    Resize_Columns(true);
+    return true;
+}
+
+// --- search
+
+void ListView::StartSearch() {
+    trapped(routine("StartSearch"), [&] {
+        const std::string part = bar_.textOf(kSearchBox);
+        if (grid_.rowCount() == 0 || part.empty()) return;
+        parts_.scan.host.setBusyPointer(true);
+        const std::size_t count = grid_.rowCount();
+        const std::size_t behind = grid_.indexOf(searchedFrom()) + 1;
+        const std::size_t from = behind < count ? behind : 0;
+        std::size_t hit = firstHit(part, from, count - 1);
+        if (hit == count && from > 0) hit = firstHit(part, 0, from);
+        if (hit != count) showHit(grid_.rowAt(hit));
+        parts_.window.focusEdit(traits_.bar, kSearchBox);
+        parts_.scan.host.setBusyPointer(false);
+    });
+}
+
+Row ListView::searchedFrom() const {
+    if (grid_.currentRow() != kNoRow) return grid_.currentRow();
+    return grid_.selectedCount() > 0 ? grid_.selectedRows().front() : grid_.rowAt(0);
+}
+
+// Index of the first row that holds `part` in its text or in the cell that is searched too; the count of rows
+// for none.
+std::size_t ListView::firstHit(const std::string& part, std::size_t from, std::size_t to) const {
+    const Row row = grid_.find(part, from, to);
+    const std::size_t hit = row == kNoRow ? grid_.rowCount() : grid_.indexOf(row);
+    if (traits_.searched == kNoCell) return hit;
+    FoldedPart folded(part);
+    for (std::size_t index = from; index <= to && index < hit; ++index)
+        if (folded.isIn(grid_.cellText(grid_.rowAt(index), traits_.searched))) return index;
+    return hit;
+}
+
+void ListView::showHit(Row row) {
+    selectOnly(row);
+    parts_.window.scrollIntoView(traits_.grid, row);
+    if (traits_.hitLoadsIcons) SetFileIcons(false);
+    if (traits_.hitShowsPreview) showPreview(false);
+}
+
+void ListView::selectOnly(Row row) {
+    const NoRedraw off(grid_);
+    grid_.selectNone();
+    grid_.setSelected(row, true);
+    grid_.setCurrentRow(row);
+}
+
+// --- what the user does
+
+bool ListView::ignoresInput() const {
+    return grid_.rowCount() == 0 || !grid_.redraw() || parts_.scan.state.ScanActive;
+}
+
+void ListView::GridColumnTitleClick(std::size_t column) {
+    trapped(event("GridColumnTitleClick"), [&] {
+        if (ignoresInput() || std::exchange(parts_.ColumnDragGuard, false)) return;
+        parts_.scan.host.setBusyPointer(true);
+        // Sizes are sorted by their bytes, whatever the unit in which they show.
+        const bool sizes = traits_.sizeColumn != 0 && column == traits_.sizeColumn;
+        const std::string key = sizes ? "size" : grid_.columns().at(column).key;
+        const bool text = key.empty() || grid_.cells().isText(grid_.cell(key));
+        {
+            const NoRedraw off(grid_);
+            sortBy({.key = key, .numbers = !text, .descending = !grid_.levelSort(0).descending});
+            grid_.setTopRow(grid_.rowAt(0));
+        }
+        Resize_Columns(true);
+        rowsSorted();
+        parts_.scan.host.setBusyPointer(false);
+    });
+}
+
+void ListView::sortBy(const LevelSort& sort) {
+    grid_.levelSort(0) = sort;
+    grid_.sortLevels(0);
+}
+
+void ListView::MouseUp(Row row, MouseButton button, Point at) {
+    trapped(traits_.mouseUp, [&] {
+        if (ignoresInput()) return;
+        if (row == kNoRow) {
+            grid_.selectNone();
+            showPreview(false);
+            return ShowFileStat();
+        }
+        if (button != MouseButton::kRight) {
+            showSelection();
+            return showPreview(true);
+        }
+        if (!grid_.selected(row)) {
+            selectOnly(row);
+            showPreview(false);
+        }
+        beforeMenu(at);
+        parts_.host.ShellContextMenuFileList(traits_.grid, at);
+    });
+}
+
+void ListView::ItemDblClick() {
+    trapped(event("ItemDblClick"), [&] {
+        if (ignoresInput() || !traits_.hasFiles || grid_.selectedCount() == 0) return;
+        const Row current = grid_.currentRow();
+        const bool chosen = current != kNoRow && grid_.selected(current);
+        parts_.host.openFile(pathOf(chosen ? current : grid_.selectedRows().front()));
+    });
+}
+
+void ListView::KeyUp(int key) {
+    trapped(event("KeyUp"), [&] {
+        if (ignoresInput() || !traits_.hasFiles) return;
+        if (key == kKeyF2) {
+            if (grid_.selectedCount() == 1)
+                parts_.host.beginRename(traits_.grid, grid_.selectedRows().front());
+            return;
+        }
+        if (key != kKeyUp && key != kKeyDown && key != kKeyPageUp && key != kKeyPageDown) return;
+        SetFileIcons(false);
+        if (!traits_.keysShowStatus) return;
+        showSelection();
+        showPreview(false);
+    });
+}
+
+void ListView::showPreview(bool force) {
+    if (traits_.hasFiles) parts_.host.showPreview(traits_.grid, force);
+}
+
+// --- icons
+
+void ListView::SetFileIcons(bool clear) {
+    if (traits_.showIcons == nullptr) return;
+    trapped(routine("SetFileIcons"), [&] {
+        if (parts_.scan.state.ScanActive && !traits_.iconsDuringScan) return;
+        if (parts_.options.*traits_.showIcons == 0) {
+            if (clear) takeIconsAway();
+            return;
+        }
+        if (IconsLoaded_ == grid_.rowCount()) return;
+        const auto rows = parts_.host.visibleRows(traits_.grid);
+        if (!rows || rows == iconRows_) return;
+        loadIcons(*rows);
+        iconRows_ = rows;
+    });
+}
+
+void ListView::loadIcons(const VisibleRows& rows) {
+    const NoRedraw off(grid_);
+    for (std::size_t index = rows.first; index <= rows.last && index < grid_.rowCount(); ++index) {
+        const Row row = grid_.rowAt(index);
+        if (grid_.picture(row) != 0) continue;
+        ++IconsLoaded_;
+        grid_.setPicture(row, parts_.pictures.of(grid_.text(row)));
+    }
+}
+
+void ListView::takeIconsAway() {
+    const NoRedraw off(grid_);
+    for (Row row = grid_.firstRoot(); row != kNoRow; row = grid_.nextSibling(row)) grid_.setPicture(row, 0);
+    iconRows_.reset();
+    IconsLoaded_ = 0;
+}
+
+void ListView::rowsSorted() {
+    iconRows_.reset();
+    SetFileIcons(false);
+}
+
+// Rows that have their icon already are not counted again, so the count may stay too low. That costs a look
+// at the visible rows with each scrolling; one too high would leave rows without an icon.
+void ListView::rowsReplaced() {
+    IconsLoaded_ = 0;
+    rowsSorted();
+}
+
+void ListView::rowsChanged() {
+    rowsReplaced();
+    Resize_Columns(true);
+}
+
+// --- what the list shows
+
+std::string ListView::total() const {
+    return parts_.scan.texts.TL(9520, "%1 Datei(en)", {grid_.rowCount()});
+}
+
+std::string ListView::selectedFiles() const {
+    SizeValue sum;
+    for (const Row row : grid_.selectedRows())
+        sum += SizeValue::fromBytes(static_cast<std::uint64_t>(grid_.number(row, kFileSize)));
+    const int mode = parts_.options.*traits_.sizeMode;
+    return parts_.scan.texts.TL(
+        9521, "%1 ausgewählte Datei(en) mit %2",
+        {grid_.selectedCount(), FormatSizeForMode(mode, sum, true, false, parts_.scan.numbers)});
+}
+
+void ListView::ShowFileStat() {
+    trapped(traits_.fileStat, [&] {
+        std::string text = total();
+        if (traits_.hasFiles && grid_.selectedCount() > 0) text += " / " + selectedFiles();
+        parts_.host.setSecondPanel(text);
+    });
+}
+
+void ListView::Resize_Columns(bool withRedraw) {
+    trapped(routine("Resize_Columns"), [&] {
+        if (withRedraw) grid_.setRedraw(false);
+        for (std::size_t column = 0; column < grid_.columns().size(); ++column)
+            parts_.window.autosizeColumn(traits_.grid, column, kMargin);
+        if (withRedraw) grid_.setRedraw(true);
+    });
+}
+
+void ListView::Set_SizeFormat() {
+    if (traits_.sizeMode == nullptr) return;
+    trapped(routine("Set_SizeFormat"), [&] {
+        const int mode = parts_.options.*traits_.sizeMode;
+        for (int i = 0; i < kModes; ++i) bar_.setChecked(kFirstMode + i, i == mode);
+        // Off is the user's doing alone.
+        if (parts_.options.*traits_.decimals == 1) bar_.setChecked(kDecimals, true);
+        traits_.setSizeFormat(grid_, parts_.options, parts_.scan.texts);
+        parts_.window.autosizeColumn(traits_.grid, traits_.sizeColumn, kMargin);
+        ShowFileStat();
+    });
+}
+
+std::string ListView::pathOf(Row row) const {
+    return std::string(grid_.cellText(row, kFilePath)).append(grid_.text(row));
+}
+
+std::vector<std::string> ListView::menuPaths() const {
+    std::vector<std::string> paths;
+    for (const Row row : grid_.selectedRows()) paths.push_back(pathOf(row));
+    return paths;
+}
+
+}  // namespace hl

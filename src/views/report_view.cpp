@@ -1,0 +1,305 @@
+// Sections: columns; folding; commands; what the user does.
+#include "views/report_view.h"
+
+#include "base/scope_exit.h"
+#include "robustness/trap.h"
+#include "scan/driver.h"
+#include "scan/records.h"
+#include "scan/rollup.h"
+#include "views/report_columns.h"
+#include "views/size_display.h"
+
+namespace hl {
+
+namespace {
+
+constexpr const char* kModul = "frmMain";
+constexpr int kSearchBox = 29;
+constexpr int kUsualMargin = 96;
+constexpr int kNarrowMargin = 72;
+constexpr int kSizeMargin = 32;
+constexpr int kUsualScrollBar = 17;  // Where the window does not tell how wide its scroll bar is.
+
+struct SortColumn {
+    const char* key;
+    bool numbers;
+};
+constexpr SortColumn kSortColumns[] = {
+    {"", false}, {"size", true}, {"percent", true}, {"files", true}, {"folders", true}};
+
+/// Gathers the changes of a grid for as long as it lives.
+class NoRedraw {
+  public:
+    explicit NoRedraw(Grid& grid) : grid_(grid) { grid_.setRedraw(false); }
+    ~NoRedraw() { grid_.setRedraw(true); }
+    NoRedraw(const NoRedraw&) = delete;
+    NoRedraw& operator=(const NoRedraw&) = delete;
+
+  private:
+    Grid& grid_;
+};
+
+}  // namespace
+
+// --- columns
+
+void ReportView::Report_Resize_Width() {
+    guarded(scan_.diagnostics, "Report_Resize_Width", kModul, [&] {
+        if (grid_.rowCount() == 0) return;
+        double width = 0;
+        for (const GridColumn& column : grid_.columns())
+            if (column.visible) width += column.width;
+        const int bar = window_.scrollBarWidth(GridId::kReport);
+        host_.setReportWidth(static_cast<int>(width) + (bar > 0 ? bar : kUsualScrollBar));
+    });
+}
+
+void ReportView::Report_Resize_Columns(bool withRedraw, bool narrow) {
+    guarded(scan_.diagnostics, "Report_Resize_Columns", kModul, [&] {
+        for (std::size_t column = 0; column < grid_.columns().size(); ++column)
+            window_.autosizeColumn(GridId::kReport, column, narrow ? kNarrowMargin : kUsualMargin);
+        if (withRedraw) window_.refresh(GridId::kReport);
+    });
+}
+
+void ReportView::Report_ChangeColVisible(std::size_t column, bool visible) {
+    guarded(scan_.diagnostics, "Report_ChangeColVisible", kModul, [&] {
+        grid_.changeColumn(column).visible = visible;
+        window_.autosizeColumn(GridId::kReport, column, kUsualMargin);
+        Report_Resize_Width();
+        const auto selected = grid_.selectedRows();
+        if (!selected.empty()) window_.scrollIntoView(GridId::kReport, selected.front());
+    });
+}
+
+void ReportView::Report_Set_SizeFormat() {
+    guarded(scan_.diagnostics, "Report_Set_SizeFormat", kModul, [&] {
+        {
+            const NoRedraw off(grid_);
+            hl::Report_Set_SizeFormat(grid_, options_, scan_.texts);
+        }
+        window_.autosizeColumn(GridId::kReport, kReportSize, kSizeMargin);
+        window_.autosizeColumn(GridId::kReport, kReportPercent, kSizeMargin);
+    });
+}
+
+// --- folding
+
+void ReportView::Report_ExpandAllFolders(bool expand) {
+    fold("Report_ExpandAllFolders", expand ? Folding::kExpandAll : Folding::kCollapseAll, 0);
+}
+
+void ReportView::Report_ExpandFolderLevels(std::uint32_t level) {
+    fold("Report_ExpandFolderLevels", Folding::kByLevel, level);
+}
+
+void ReportView::fold(const char* routine, Folding how, std::uint32_t level) {
+    guarded(scan_.diagnostics, routine, kModul, [&] {
+        if (grid_.rowCount() < 2) return;
+        scan_.host.setBusyPointer(true);
+        DisableControls(scan_, false);
+        {
+            const ScopeExit unlock([this] { EnableControls(scan_); });
+            foldRows(how, level);
+        }
+        Report_Resize_Columns(true, false);
+        scan_.state.CancelState = kCancelNone;
+        host_.setFirstPanel(scan_.texts.TL(3525, "OK."));
+        scan_.host.setBusyPointer(false);
+    });
+}
+
+// From row to row by their links: the list of indexes would take 8 bytes a row and stay.
+void ReportView::foldRows(Folding how, std::uint32_t level) {
+    const NoRedraw off(grid_);
+    const RowTree& tree = grid_.tree();
+    const bool up = how == Folding::kCollapseAll;
+    Row row = up ? tree.preceding(kNoRow) : grid_.firstRoot();
+    for (std::size_t done = 0; row != kNoRow; ++done) {
+        grid_.setExpanded(
+            row, how == Folding::kExpandAll || (how == Folding::kByLevel && grid_.level(row) <= level));
+        if (!progress(done, grid_.rowCount())) return;
+        row = up ? tree.preceding(row) : tree.following(row);
+    }
+}
+
+// False once Stop was pressed.
+bool ReportView::progress(std::size_t done, std::size_t all) {
+    constexpr std::size_t kRowsBetweenLooks = 1024;  // A row takes some 20 ns, a look at the clock as much.
+    if (done % kRowsBetweenLooks != 0) return true;
+    const std::uint64_t tick = scan_.pump.GetTickCount();
+    const bool due = tick > scan_.state.LastPumpTick + scan_.state.PumpInterval;
+    if (!due && !scan_.pump.GetInputState()) return scan_.state.CancelState != kCancelStop;
+    host_.setFirstPanel(std::to_string(done * 100 / all) + " %");
+    scan_.state.LastPumpTick = tick;
+    scan_.pump.PumpMessages();
+    return scan_.state.CancelState != kCancelStop;
+}
+
+void ReportView::Report_ExpandSubFolders() {
+    guarded(scan_.diagnostics, "Report_ExpandSubFolders", kModul, [&] {
+        const Row top = grid_.currentRow();
+        if (top == kNoRow) return;
+        {
+            scan_.state.ScanActive = true;
+            const ScopeExit idle([this] { scan_.state.ScanActive = false; });
+            const NoRedraw off(grid_);
+            const std::uint32_t level = grid_.level(top);
+            for (Row row = top; row != kNoRow && (row == top || grid_.level(row) > level);
+                 row = grid_.tree().following(row))
+                grid_.setExpanded(row, true);
+        }
+        Report_Resize_Columns(true, false);
+        host_.setFirstPanel(scan_.texts.TL(3525, "OK."));
+    });
+}
+
+void ReportView::expandedByUser() {
+    if (!scan_.state.ScanActive) Report_Resize_Columns(true, false);
+}
+
+// --- commands
+
+void ReportView::Report_StartSearch() {
+    guarded(scan_.diagnostics, "Report_StartSearch", kModul, [&] {
+        const std::string part = bar_.textOf(kSearchBox);
+        if (grid_.rowCount() == 0 || part.empty()) return;
+        scan_.host.setBusyPointer(true);
+        Row start = grid_.currentRow();
+        if (start == kNoRow && grid_.selectedCount() > 0) start = grid_.selectedRows().front();
+        searchFromStart(start == kNoRow ? grid_.rowAt(0) : start, part);
+        window_.focusEdit(BarId::kReport, kSearchBox);
+        scan_.host.setBusyPointer(false);
+    });
+}
+
+void ReportView::searchFromStart(Row start, const std::string& part) {
+    const std::size_t last = grid_.rowCount() - 1;
+    std::size_t from = grid_.indexOf(start) + 1;
+    if (from > last) from = 0;
+    Row hit = grid_.find(part, from, last);
+    if (hit == kNoRow && from >= 1) hit = grid_.find(part, 0, from);
+    if (hit != kNoRow) showHit(hit);
+}
+
+void ReportView::showHit(Row row) {
+    {
+        const NoRedraw off(grid_);
+        for (Row above = grid_.parent(row); above != kNoRow; above = grid_.parent(above))
+            grid_.setExpanded(above, true);
+        grid_.selectNone();
+        grid_.setSelected(row, true);
+        grid_.setCurrentRow(row);
+    }
+    window_.scrollIntoView(GridId::kReport, row);
+    scan_.host.showFilesOf(Report_GetFullpathOfNode(grid_, folderOf(row), true, scan_.paths));
+    scan_.host.refreshPreview();
+}
+
+void ReportView::removeAll() {
+    grid_.clear();
+    scan_.host.showFilesOf("");
+    scan_.state.DeepestLevel = 0;
+    scan_.state.currentFolder.clear();
+    host_.setFirstPanel("");
+    scan_.host.refreshPreview();
+}
+
+// --- what the user does
+
+void ReportView::tvwPL_GridColumnTitleClick(std::size_t column) {
+    guarded(scan_.diagnostics, "tvwPL_GridColumnTitleClick", kModul, [&] {
+        if (grid_.rowCount() == 0 || !grid_.redraw() || scan_.state.ScanActive) return;
+        if (std::exchange(suppressNextSort_, false) || column >= std::size(kSortColumns)) return;
+        scan_.host.setBusyPointer(true);
+        {
+            const NoRedraw off(grid_);
+            sortAgain(kSortColumns[column].key, kSortColumns[column].numbers);
+            grid_.selectNone();
+            grid_.setCurrentRow(grid_.rowAt(0));
+            grid_.setSelected(grid_.rowAt(0), true);
+            grid_.setTopRow(grid_.rowAt(0));
+        }
+        Report_Resize_Columns(false, false);
+        scan_.host.setBusyPointer(false);
+    });
+}
+
+// One toggle for each level, whatever the column.
+void ReportView::sortAgain(const std::string& key, bool numbers) {
+    for (std::uint32_t level = 0; level < Grid::kSortLevels && level <= scan_.state.DeepestLevel; ++level) {
+        LevelSort& sort = grid_.levelSort(level);
+        sort = {key, numbers, !sort.descending};
+    }
+    grid_.sortLevels(scan_.state.DeepestLevel);
+}
+
+void ReportView::tvwPL_MouseUp(Row row, MouseButton button, bool shift, Point at) {
+    guarded(scan_.diagnostics, "tvwPL_MouseUp", kModul, [&] {
+        if (grid_.rowCount() == 0 || !grid_.redraw() || scan_.state.ScanActive) return;
+        if (row == kNoRow) {
+            if (!shift && grid_.selectedCount() > 0) dropSelection();
+        } else if (button == MouseButton::kLeft) {
+            if (grid_.selectedCount() == 1) Report_MouseClick(row, button, at);
+        } else {
+            selectOther(row, button, shift);
+            if (grid_.selectedCount() == 1) {
+                Report_MouseClick(row, button, at);
+            } else if (button == MouseButton::kRight) {
+                host_.openRowsMenu(at);
+            }
+        }
+    });
+}
+
+void ReportView::selectOther(Row row, MouseButton button, bool shift) {
+    const bool right = button == MouseButton::kRight;
+    if ((right && !grid_.selected(row)) || (!right && !shift)) dropSelection();
+    grid_.setSelected(row, true);
+    grid_.setCurrentRow(row);
+}
+
+void ReportView::dropSelection() {
+    const NoRedraw off(grid_);
+    grid_.selectNone();
+}
+
+// The row itself, or of a files row the folder it belongs to.
+Row ReportView::folderOf(Row row) const {
+    const bool files = grid_.number(row, kIsFolder) != 1 && grid_.parent(row) != kNoRow;
+    return files ? grid_.parent(row) : row;
+}
+
+void ReportView::Report_MouseClick(Row row, MouseButton button, Point at) {
+    guarded(scan_.diagnostics, "Report_MouseClick", kModul, [&] {
+        grid_.setSelected(row, true);
+        grid_.setCurrentRow(row);
+        scan_.host.selectDriveOf(row);
+        const bool folder = grid_.number(row, kIsFolder) == 1;
+        const std::string path = Report_GetFullpathOfNode(grid_, folderOf(row), true, scan_.paths);
+        scan_.host.showFilesOf(path);  // Messages run: the row may be gone behind it.
+        host_.setFirstPanel(path);
+        scan_.host.refreshPreview();
+        window_.focusGrid(GridId::kReport);
+        if (button == MouseButton::kRight && folder) host_.Report_ShellContextMenu(path, at);
+    });
+}
+
+void ReportView::tvwPL_DblClick() {
+    guarded(scan_.diagnostics, "tvwPL_DblClick", kModul, [&] {
+        if (grid_.rowCount() == 0 || grid_.selectedCount() == 0 || scan_.state.ScanActive) return;
+        const Row row = grid_.selectedRows().front();
+        grid_.setExpanded(row, !grid_.expanded(row));
+        expandedByUser();
+    });
+}
+
+void ReportView::tvwPL_KeyUp(int key) {
+    guarded(scan_.diagnostics, "tvwPL_KeyUp", kModul, [&] {
+        if (grid_.selectedCount() == 0 || scan_.state.ScanActive) return;
+        if (key == kKeyUp || key == kKeyDown)
+            Report_MouseClick(grid_.selectedRows().front(), MouseButton::kLeft, {});
+    });
+}
+
+}  // namespace hl

@@ -1,0 +1,87 @@
+// tvwPL, the folder report in a window: sorting, folding, columns, selection and search.
+//
+// The grid keeps all of the state; this answers what the user does with it. Thread of the logic only; loops
+// over all rows let messages run and end when Stop was pressed.
+#pragma once
+
+#include <string>
+
+#include "platform/command_bar.h"
+#include "platform/window.h"
+#include "scan/scan_context.h"
+
+namespace hl {
+
+/// What the report asks of the rest of the main form.
+class ReportHost {
+  public:
+    virtual ~ReportHost() = default;
+    /// Makes the report's pane so many pixels wide.
+    virtual void setReportWidth(int pixels) = 0;
+    virtual void setFirstPanel(const std::string& text) = 0;
+    /// The menu for several selected rows.
+    virtual void openRowsMenu(Point at) = 0;
+    /// The menu of one folder.
+    virtual void Report_ShellContextMenu(const std::string& path, Point at) = 0;
+};
+
+class ReportView {
+  public:
+    /// All of it outlives the view.
+    ReportView(ScanContext& scan, Options& options, CommandBar& cbrReport, Window& window, ReportHost& host)
+        : scan_(scan), grid_(scan.tvwPL), options_(options), bar_(cbrReport), window_(window), host_(host) {}
+
+    // --- columns
+    void Report_Resize_Width();
+    void Report_Resize_Columns(bool withRedraw, bool narrow);
+    /// `column` counts from 0, the name.
+    void Report_ChangeColVisible(std::size_t column, bool visible);
+    /// The unit of sizes, in the grid and in the bar.
+    void Report_Set_SizeFormat();
+
+    // --- folding
+    void Report_ExpandAllFolders(bool expand);
+    /// Unfolds the rows of levels up to `level`, and folds all others.
+    void Report_ExpandFolderLevels(std::uint32_t level);
+    /// The current row with everything below it.
+    void Report_ExpandSubFolders();
+
+    // --- commands
+    /// Looks for the text of the bar's search box behind the current row, and from the top again.
+    void Report_StartSearch();
+    /// Empties the report.
+    void removeAll();
+
+    // --- what the user does
+    void tvwPL_GridColumnTitleClick(std::size_t column);
+    /// The title click that ends the dragging of a column border is none.
+    void columnSizing() { suppressNextSort_ = true; }
+    void tvwPL_MouseUp(Row row, MouseButton button, bool shift, Point at);
+    void tvwPL_DblClick();
+    void tvwPL_KeyUp(int key);
+    void expandedByUser();
+
+  private:
+    enum class Folding { kExpandAll, kCollapseAll, kByLevel };
+
+    void fold(const char* routine, Folding how, std::uint32_t level);
+    void foldRows(Folding how, std::uint32_t level);
+    bool progress(std::size_t done, std::size_t all);
+    void sortAgain(const std::string& key, bool numbers);
+    void Report_MouseClick(Row row, MouseButton button, Point at);
+    void selectOther(Row row, MouseButton button, bool shift);
+    void dropSelection();
+    Row folderOf(Row row) const;
+    void searchFromStart(Row start, const std::string& part);
+    void showHit(Row row);
+
+    ScanContext& scan_;
+    Grid& grid_;
+    Options& options_;
+    CommandBar& bar_;
+    Window& window_;
+    ReportHost& host_;
+    bool suppressNextSort_ = false;
+};
+
+}  // namespace hl

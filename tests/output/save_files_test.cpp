@@ -1,0 +1,95 @@
+// output/save_files.h, against real files.
+#include "output/save_files.h"
+
+#include <gtest/gtest.h>
+
+#include "scan/records.h"
+#include "support/fake_window.h"
+#include "support/test_texts.h"
+#include "support/whole_files.h"
+#include "views/file_list.h"
+
+namespace hl {
+namespace {
+
+struct SaveFiles : testing::Test, SaveDialog {
+    test::TestTexts texts;
+    Options options;
+    NumberFormat numbers = numberFormatOf("de_DE.UTF-8");
+    Grid list{kFileCells};
+    std::string path = texts.dir.path() + "/list.txt";
+    std::string extension;  ///< That the dialog was asked with.
+
+    SaveFiles() {
+        options.DateFormat = "dd.MM.yyyy hh:nn:ss";
+        options.FileColumn = {1, 0, 1, 0, 1, 0, 1};
+        Init_FileList(list, options, texts.texts);
+        options.FileSizeFormatFiles = 1;
+        List_Files_Set_SizeFormat(list, options, texts.texts);
+    }
+    std::string askSavePath(const SaveQuestion& question) override {
+        extension = question.defaultExtension;
+        return path;
+    }
+    SaveFilesServices services() {
+        return {list, texts.texts, numbers, texts.files, texts.diagnostics, kPosixPaths, *this};
+    }
+    void addFile(std::string_view name, double size) {
+        const Row row = list.addRow(kNoRow, name);
+        list.setNumber(row, kFileSize, size);
+        list.setCellText(row, kFileType, "Text");
+    }
+    std::string saved(SaveFormat format) {
+        SaveFilesForm frmSaveFiles(services());
+        frmSaveFiles.cboFormat.index = format;
+        frmSaveFiles.cboFormat_Click();
+        EXPECT_EQ(frmSaveFiles.cboDelimiter.index,
+                  format == kFormatTxt ? kDelimiterTab : kDelimiterSemicolon);
+        EXPECT_TRUE(frmSaveFiles.SPEICHERN());
+        EXPECT_FALSE(frmSaveFiles.loaded || frmSaveFiles.hourglass);
+        return test::contentOf(path);
+    }
+};
+
+// The last column is shown, too, and is never written.
+TEST_F(SaveFiles, WritesTheVisibleColumnsButTheLastInTheFormatChosen) {
+    addFile("b\n\xFF.txt", 1536);
+    addFile("c \"q\"", 0);
+    list.setNumber(list.rowAt(0), kFileDate, 86400 * 365 + 43200);
+    const std::string date = formatDate(localTime(86400 * 365 + 43200), options.DateFormat);
+    const std::string odd = "\xEF\xBF\xBD";
+    EXPECT_EQ(saved(kFormatTxt), "b" + odd + odd + ".txt\t1,5\tText\t" + date + "\r\nc \"q\"\t0\tText\t\r\n");
+    EXPECT_EQ(extension, "txt");
+    EXPECT_EQ(saved(kFormatCsv), "\"Dateiname\";\"Größe (KB)\";\"Typ\";\"Änderungsdatum\"\r\n\"b\n" + odd +
+                                     ".txt\";\"1,5\";\"Text\";\"" + date +
+                                     "\"\r\n\"c \"q\"\";\"0\";\"Text\";\"\"\r\n")
+        << "also to a name that ends in .txt";
+    EXPECT_EQ(extension, "csv");
+}
+
+TEST_F(SaveFiles, WritesNothingWithoutAPathAndReportsOneThatCannotBeWritten) {
+    addFile("a", 1);
+    path.clear();
+    SaveFilesForm cancelled(services());
+    EXPECT_FALSE(cancelled.SPEICHERN() || cancelled.loaded || cancelled.hourglass);
+    EXPECT_EQ(texts.reports("SPEICHERN"), 0U);
+    path = texts.dir.path() + "/nowhere/list.txt";
+    SaveFilesForm refused(services());
+    EXPECT_FALSE(refused.SPEICHERN());
+    EXPECT_EQ(texts.reports("SPEICHERN"), 1U);
+}
+
+TEST_F(SaveFiles, AsksNothingForAListWithoutRows) {
+    struct : test::FakeWindow {
+        int forms = 0;
+        void showForm(Form&) override { ++forms; }
+    } window;
+    Save_Files(services(), window);
+    EXPECT_EQ(window.forms, 0);
+    addFile("a", 1);
+    Save_Files(services(), window);
+    EXPECT_EQ(window.forms, 1);
+}
+
+}  // namespace
+}  // namespace hl

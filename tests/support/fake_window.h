@@ -1,0 +1,64 @@
+// A window that shows nothing: it keeps what it was asked, and answers as it was told.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "platform/window.h"
+
+namespace hl::test {
+
+class FakeWindow : public Window {
+  public:
+    std::vector<std::string> calls;
+    std::string answer;  ///< To questions for a text or a path.
+    int scrollBar = 0;
+
+    void setTitle(const std::string&) override {}
+    void setBusyPointer(bool) override {}
+    Rect screen() override { return {0, 0, 1280, 900}; }
+    Rect normalGeometry() override { return {0, 0, 780, 540}; }
+    void setGeometry(const Rect&) override {}
+    WindowState state() override { return WindowState::kNormal; }
+    void setState(WindowState) override {}
+    void show() override {}
+    void close() override { calls.emplace_back("close"); }
+    void bringToFront() override { calls.emplace_back("front"); }
+    void setStatus(const StatusPanels&) override {}
+    void setSources(const std::vector<ComboItem>&, const std::string&, int) override {}
+    int barHeight(BarId) override { return 24; }
+    int gridWidth(GridId) override { return 245; }
+    Rect clientArea() override { return {0, 0, 780, 500}; }
+    void autosizeColumn(GridId, std::size_t column, int margin) override {
+        calls.push_back("fit " + std::to_string(column) + " " + std::to_string(margin));
+    }
+    int scrollBarWidth(GridId) override { return scrollBar; }
+    int heightOfRows(GridId) override { return 60; }
+    void scrollIntoView(GridId, Row) override { calls.emplace_back("scroll"); }
+    void refresh(GridId) override {}
+    void focusGrid(GridId) override { calls.emplace_back("focus"); }
+    void focusEdit(BarId, int id) override { calls.push_back("edit " + std::to_string(id)); }
+    GridFont font(GridId) override { return {}; }
+    void setFont(GridId, const GridFont&) override {}
+    void showForm(Form&) override {}
+    bool message(MessageKind, const std::string& text) override {
+        calls.push_back(text);
+        return true;
+    }
+    std::string askText(const std::string&, const std::string&) override { return answer; }
+    std::string askFolder(const std::string&, const std::string&) override { return answer; }
+    std::string askSavePath(const std::string&, const std::string&, const std::string&) override {
+        return answer;
+    }
+    std::optional<GridFont> askFont(const GridFont&) override { return std::nullopt; }
+    void showPopup(BarId, int popup, Point) override { calls.push_back("popup " + std::to_string(popup)); }
+    bool openUrl(const std::string& url) override {
+        calls.push_back(url);
+        return true;
+    }
+    void copyText(const std::string&) override {}
+};
+
+}  // namespace hl::test

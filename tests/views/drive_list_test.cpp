@@ -1,0 +1,366 @@
+#include "views/drive_list.h"
+
+#include <gtest/gtest.h>
+
+#include <deque>
+#include <map>
+
+#include "app/setting_keys.h"
+#include "platform/icons.h"
+#include "platform/window.h"
+#include "scan/records.h"
+#include "support/test_texts.h"
+#include "views/cell_text.h"
+
+namespace hl {
+namespace {
+
+/// Drives that answer when they are told to.
+class ScriptedDrives final : public Drives {
+  public:
+    std::vector<Drive> table;
+    std::map<std::string, Drive, std::less<>> shares;  ///< By UNC text.
+    std::deque<std::pair<std::string, std::function<void(const DriveAnswer&)>>> questions;
+    std::map<std::string, DriveAnswer> space;  ///< By root; what is missing here does not answer.
+
+    std::vector<Drive> drives() override { return table; }
+    std::optional<Drive> network(std::string_view unc) override {
+        const auto found = shares.find(unc);
+        return found == shares.end() ? std::nullopt : std::optional(found->second);
+    }
+    void ask(const Drive& drive, std::function<void(const DriveAnswer&)> answered) override {
+        questions.emplace_back(drive.root, std::move(answered));
+    }
+    void takeAnswers() override {
+        for (auto& [root, answered] : std::exchange(questions, {})) answered(space[root]);
+    }
+    int answersDescriptor() override { return -1; }
+};
+
+class RecordingDriveHost final : public DriveListHost {
+  public:
+    std::string answer, prompt, preset;
+    std::vector<std::string> sources;
+    std::vector<std::pair<std::size_t, int>> autosized;
+    int heights = 0;
+    bool busy = false;
+
+    void setBusyPointer(bool on) override { busy = on; }
+    void autosizeDriveColumn(std::size_t column, int margin) override {
+        autosized.emplace_back(column, margin);
+    }
+    void Drives_ResizeTableHeight() override { ++heights; }
+    std::string askText(const std::string& asked, const std::string& start) override {
+        prompt = asked;
+        preset = start;
+        return answer;
+    }
+    void readSources(const std::vector<std::string>& read) override { sources = read; }
+};
+
+struct DriveListTest : testing::Test {
+    DriveListTest() {
+        for (int id = 201; id <= 205; ++id) {
+            BarEntry entry;
+            entry.id = id;
+            bar.add(entry);
+        }
+        Init_DiskInfo(grid, texts.texts);
+        options.FileSizeFormatDrive = 3;
+        options.SizeFormatNachkommastellenDrive = 1;
+        drives.table = {{"/", DriveType::kFixed, "ext4", "root", 0},
+                        {"/media/stick", DriveType::kRemovable, "vfat", "", 0},
+                        {"/media/stick2", DriveType::kDisc, "udf", "", 2}};
+    }
+    ~DriveListTest() override { EXPECT_EQ(texts.diagnostics.errcount(), 0U); }
+
+    std::string cellText(std::size_t row, std::size_t column) const {
+        return ColumnText(grid, column, numbers).of(grid.rowAt(row));
+    }
+    /// All columns of a row, "|" between them.
+    std::string rowText(std::size_t row) const {
+        std::string text;
+        for (std::size_t column = 0; column < grid.columns().size(); ++column)
+            text += (column > 0 ? "|" : "") + cellText(row, column);
+        return text;
+    }
+    std::vector<std::string> roots() const {
+        std::vector<std::string> all;
+        for (std::size_t i = 0; i < grid.rowCount(); ++i) all.emplace_back(grid.text(grid.rowAt(i)));
+        return all;
+    }
+    std::vector<std::string> saved() const {
+        return readNumberedList(texts.store.read(), kSectionDriveFolders, kDriveFolderSuffix);
+    }
+    void save(const std::vector<std::string>& shares) {
+        texts.store.change(
+            [&](IniText& ini) { writeNumberedList(ini, kSectionDriveFolders, kDriveFolderSuffix, shares); });
+    }
+
+    test::TestTexts texts;
+    Options options;
+    NumberFormat numbers;
+    Grid grid{kDriveCells}, report{kFolderCells};
+    CommandBar bar{BarId::kDrives, "cbrDrives"};
+    ScriptedDrives drives;
+    RecordingDriveHost host;
+    DriveList list{{grid, report, bar, drives, host, texts.store, options, texts.texts, texts.system,
+                    texts.diagnostics, kPosixPaths, numbers}};
+};
+
+constexpr std::uint64_t kGiB = std::uint64_t{1} << 30;
+
+TEST_F(DriveListTest, HasARowForEachDriveAtOnceAndItsSizesLater) {
+    drives.space["/"] = DriveSpace{10 * kGiB, 4 * kGiB, 4096};
+    list.Drives_GetAllDrives();
+    EXPECT_EQ(rowText(0), "/||||||root|ext4|Lokaler Datenträger|");
+    EXPECT_EQ(rowText(1), "/media/stick||||||(no label)|vfat|Wechseldatenträger|");
+    EXPECT_EQ(rowText(2), "/media/stick2|||||||udf|CD/DVD|") << "labels could not be read";
+    EXPECT_EQ(grid.picture(grid.rowAt(0)), kIconDriveFixed);
+    EXPECT_EQ(grid.picture(grid.rowAt(1)), kIconDriveRemovable);
+    EXPECT_EQ(grid.picture(grid.rowAt(2)), kIconDriveDisc);
+    host.autosized.clear();
+    list.takeAnswers();
+    EXPECT_EQ(rowText(0),
+              "/|10,737,418,240|4,294,967,296|40%|6,442,450,944|60%|root|ext4|Lokaler Datenträger|4.00 KB");
+    EXPECT_EQ(rowText(1), "/media/stick|||||||vfat|Wechseldatenträger|") << "a drive that does not answer";
+    EXPECT_EQ(host.autosized.size(), grid.columns().size()) << "once for all answers";
+    list.takeAnswers();
+    EXPECT_EQ(host.autosized.size(), grid.columns().size());
+    EXPECT_TRUE(grid.redraw());
+    EXPECT_FALSE(host.busy);
+}
+
+TEST_F(DriveListTest, DropsAnswersForRowsThatAreGoneOrAskedAnew) {
+    drives.shares["\\\\s\\a\\"] = {"/net/a", DriveType::kRemote, "cifs", "//s/a", 0};
+    drives.space["/"] = DriveSpace{100, 50, 0};
+    list.Drives_GetAllDrives();
+    list.Drives_AddUNCpath("\\\\s\\a");
+    ASSERT_EQ(drives.questions.size(), 4U);
+    auto old = std::exchange(drives.questions, {});
+    grid.setSelected(grid.rowAt(3), true);
+    list.lvwDiskinfo_KeyUp(kKeyDelete);
+    const Row reused = grid.addRow(kNoRow, "reused");
+    old[3].second(DriveSpace{7, 1, 0});
+    EXPECT_EQ(grid.number(reused, kGsize), 0);
+    grid.removeRow(reused);
+    list.Drives_GetAllDrives();  // The same rows, numbered as before.
+    for (int i = 0; i < 3; ++i) old[static_cast<std::size_t>(i)].second(DriveSpace{7, 1, 0});
+    EXPECT_EQ(cellText(0, kDriveListTotal), "");
+    list.takeAnswers();
+    EXPECT_EQ(cellText(0, kDriveListTotal), "100");
+
+    list.Drives_GetAllDrives();
+    old = std::exchange(drives.questions, {});
+    drives.table.resize(2);
+    list.Drives_GetAllDrives();
+    list.Drives_AddUNCpath("//not/there");  // In the place of the third drive, and not asked.
+    old[2].second(DriveSpace{7, 1, 0});
+    EXPECT_EQ(cellText(2, kDriveListTotal), "");
+}
+
+TEST_F(DriveListTest, MayBeGoneBeforeAnAnswerComes) {
+    {
+        DriveList other({grid, report, bar, drives, host, texts.store, options, texts.texts, texts.system,
+                         texts.diagnostics, kPosixPaths, numbers});
+        other.Drives_GetAllDrives();
+    }
+    drives.space["/"] = DriveSpace{100, 50, 0};
+    drives.takeAnswers();
+    EXPECT_EQ(cellText(0, kDriveListTotal), "");
+}
+
+TEST_F(DriveListTest, ShowsSizesOfAllMagnitudes) {
+    constexpr std::uint64_t kMost = 922337203685477;
+    const struct {
+        DriveSpace space;
+        const char* shown;
+    } cases[] = {
+        {{1000, 0, 512}, "1,000||0%|1,000|100%|512 Bytes"},  // Full: a bar, though no size.
+        {{1000, 1000, 0}, "1,000|1,000|100%||0%|"},
+        {{1000, 125, 0}, "1,000|125|12%|875|88%|"},  // Halves to the even one.
+        {{1000, 375, 0}, "1,000|375|38%|625|62%|"},
+        {{kMost, 1, 0}, "922,337,203,685,477|1|0%|922,337,203,685,476|100%|"},
+        {{kMost + 1, 1, 4096}, "|||||"},
+        {{UINT64_MAX, UINT64_MAX, 1}, "|||||"},
+        {{0, 5, 4096}, "|||||4.00 KB"},
+    };
+    for (const auto& c : cases) {
+        drives.space["/"] = c.space;
+        list.Drives_GetAllDrives();
+        list.takeAnswers();
+        std::string shown;
+        for (const std::size_t column : {kDriveListTotal, kDriveListFree, kDriveListFreeBar, kDriveListUsed,
+                                         kDriveListUsedBar, kDriveListCluster})
+            shown += (column == kDriveListTotal ? "" : "|") + cellText(0, column);
+        EXPECT_EQ(shown, c.shown);
+    }
+}
+
+TEST_F(DriveListTest, HidesLabelsOfMoreThanThirteenCharacters) {
+    const struct {
+        const char* label;
+        int error;
+        const char* shown;
+        bool fails;
+    } cases[] = {
+        {"1234567890123", 0, "1234567890123", false},
+        {"12345678901234", 0, "", true},
+        {"äöüäöüäöüäöüä", 0, "äöüäöüäöüäöüä", false},
+        {"", 0, "(no label)", false},
+        {"", 13, "", true},
+    };
+    for (const auto& c : cases) {
+        std::string error = "old";
+        EXPECT_EQ(
+            xGetDriveLabel({"/", DriveType::kFixed, "", c.label, c.error}, texts.texts, texts.system, error),
+            c.shown);
+        EXPECT_EQ(!error.empty(), c.fails) << c.label;
+    }
+}
+
+TEST_F(DriveListTest, ChangesTheUnitOfItsThreeSizeColumnsAndTheBar) {
+    drives.space["/"] = DriveSpace{kGiB * 3 / 2, kGiB / 2, 0};
+    list.Drives_GetAllDrives();
+    list.takeAnswers();
+    const struct {
+        std::uint8_t mode;
+        Flag decimals;
+        const char* shown;
+        int button;
+    } cases[] = {
+        {0, 1, "1,610,612,736|536,870,912|1,073,741,824", 201},
+        {1, 0, "1,572,864 KB|524,288 KB|1,048,576 KB", 202},
+        {2, 1, "1,536.00 MB|512.00 MB|1,024.00 MB", 203},
+        {3, 1, "1.50 GB|0.50 GB|1.00 GB", 204},
+        {3, 0, "2 GB|1 GB|1 GB", 204},
+        {4, 1, "1.50|0.50|1.00", 0},  // No such unit: the cells stay, and no button is down.
+    };
+    for (const auto& c : cases) {
+        options.FileSizeFormatDrive = c.mode;
+        options.SizeFormatNachkommastellenDrive = c.decimals;
+        list.Drives_ChangeSizeFormat();
+        EXPECT_EQ(cellText(0, kDriveListTotal) + "|" + cellText(0, kDriveListFree) + "|" +
+                      cellText(0, kDriveListUsed),
+                  c.shown);
+        for (int id = 201; id <= 204; ++id) EXPECT_EQ(bar.isChecked(id), id == c.button) << id;
+        EXPECT_TRUE(bar.isChecked(205)) << "only the user lets it go";
+        EXPECT_TRUE(grid.enabled() && grid.redraw());
+    }
+    EXPECT_EQ(grid.columns()[kDriveListTotal].title, "Gesamt");
+    EXPECT_EQ(host.autosized.back(), (std::pair<std::size_t, int>(kDriveListUsed, 32)));
+}
+
+TEST_F(DriveListTest, AddsWhatIsAUncTextAndNothingElse) {
+    drives.shares["//nas/data/"] = {"/net", DriveType::kRemote, "nfs", "nas:/data", 0};
+    for (const char* answer : {"", "\\\\", "//", "C:\\", "/mnt", "\\server"}) {
+        host.answer = answer;
+        list.Drives_AddUNCpath("");
+        EXPECT_EQ(grid.rowCount(), 0U) << answer;
+    }
+    EXPECT_EQ(host.prompt, "UNC-Pfad einer Laufwerksfreigabe im Netzwerk:");
+    EXPECT_EQ(host.preset, "\\\\");
+    host.answer = "\\\\server\\share";
+    list.Drives_AddUNCpath("");
+    list.Drives_AddUNCpath("\\\\server\\share\\");  // A second time: nobody objects.
+    list.Drives_AddUNCpath("//nas/data");
+    EXPECT_EQ(rowText(0), "\\\\server\\share\\||||||(no label)||?|");
+    EXPECT_EQ(rowText(2), "//nas/data/||||||nas:/data|nfs|Netzlaufwerk|");
+    EXPECT_EQ(roots().size(), 3U);
+    EXPECT_EQ(drives.questions.size(), 1U) << "what is not mounted is not asked";
+}
+
+TEST_F(DriveListTest, KeepsSharesInTheSettingsAndLosesThoseNotSaved) {
+    save({"\\\\a\\1", "//b/2/"});
+    list.Drives_GetAllDrives();
+    list.Drives_AddUNCpath("\\\\c\\3");
+    EXPECT_EQ(roots(), (std::vector<std::string>{"/", "/media/stick", "/media/stick2", "\\\\a\\1\\", "//b/2/",
+                                                 "\\\\c\\3\\"}));
+    grid.setSelected(grid.rowAt(3), true);
+    list.lvwDiskinfo_KeyUp(kKeyReturn);
+    EXPECT_EQ(grid.rowCount(), 6U);
+    list.lvwDiskinfo_KeyUp(kKeyDelete);
+    list.lvwDiskinfo_KeyUp(kKeyDelete);  // Nothing is selected any more.
+    EXPECT_EQ(grid.rowCount(), 5U);
+    list.Drives_SaveNetworkFolders();
+    EXPECT_EQ(saved(), (std::vector<std::string>{"//b/2/", "\\\\c\\3\\"}));
+    list.Drives_AddUNCpath("\\\\d\\4");
+    list.Drives_GetAllDrives();
+    EXPECT_EQ(roots().size(), 5U);
+    EXPECT_EQ(roots().back(), "\\\\c\\3\\");
+    grid.setSelected(grid.rowAt(0), true);
+    list.lvwDiskinfo_KeyUp(kKeyDelete);
+    EXPECT_EQ(grid.rowCount(), 5U) << "a local drive stays";
+}
+
+TEST_F(DriveListTest, SelectsTheDriveThatTheReportsSourceLiesOn) {
+    list.Drives_GetAllDrives();
+    const struct {
+        const char* source;
+        const char* selected;  ///< Index.
+    } cases[] = {
+        {"/", "0"},
+        {"/home/x", "0"},
+        {"/media/stick", "1"},
+        {"/media/stick/deep", "1"},
+        {"/media/stick2/d", "2"},
+        {"/media/stic", "0"},
+        {"\\\\server\\share", ""},
+        {"//server/share", ""},
+    };
+    for (const auto& c : cases) {
+        grid.selectNone();
+        report.clear();
+        const Row root = report.addRow(kNoRow, c.source);
+        list.Drives_SelectDrive(report.addRow(root, "below"));
+        std::string selected;
+        for (const Row row : grid.selectedRows()) selected += std::to_string(grid.indexOf(row));
+        EXPECT_EQ(selected, c.selected) << c.source;
+    }
+}
+
+TEST_F(DriveListTest, RefreshesADriveThatIsAWholeSource) {
+    drives.shares["\\\\S\\a\\"] = {"/net/a", DriveType::kRemote, "cifs", "//s/a", 0};
+    list.Drives_GetAllDrives();
+    list.Drives_AddUNCpath("\\\\S\\a");
+    list.takeAnswers();
+    const struct {
+        const char* source;
+        const char* asked;
+    } cases[] = {{"/", "/"}, {"/media/stick", "/media/stick"}, {"\\\\S\\a", "/net/a"}, {"/home", ""}};
+    for (const auto& c : cases) {
+        drives.questions.clear();
+        const Row root = report.addRow(kNoRow, c.source);
+        list.Drives_RefreshDrive(report.addRow(root, "below"));
+        EXPECT_EQ(drives.questions.empty() ? "" : drives.questions[0].first, c.asked) << c.source;
+    }
+    const Row root = report.addRow(kNoRow, "/");
+    list.Drives_RefreshDrive(root);
+    drives.space["/"] = DriveSpace{100, 50, 0};
+    drives.table.clear();  // Unmounted meanwhile.
+    list.Drives_RefreshDrive(root);
+    list.takeAnswers();
+    EXPECT_EQ(cellText(0, kDriveListTotal), "");
+}
+
+TEST_F(DriveListTest, ReadsTheFirstSelectedDriveOrAllOfThem) {
+    list.Drives_ScanDrives(false);
+    list.Drives_ScanDrives(true);
+    EXPECT_TRUE(host.sources.empty());
+    drives.shares["//s/a/"] = {"/net/a", DriveType::kRemote, "cifs", "//s/a", 0};
+    list.Drives_GetAllDrives();
+    list.Drives_AddUNCpath("//s/a");
+    list.Drives_AddUNCpath("//not/there");
+    list.Drives_ScanDrives(true);
+    EXPECT_TRUE(host.sources.empty()) << "nothing is selected";
+    grid.setSelected(grid.rowAt(2), true);
+    grid.setSelected(grid.rowAt(1), true);
+    list.Drives_ScanDrives(true);
+    EXPECT_EQ(host.sources, std::vector<std::string>{"/media/stick"});
+    list.Drives_ScanDrives(false);
+    EXPECT_EQ(host.sources,
+              (std::vector<std::string>{"/", "/media/stick", "/media/stick2", "/net/a", "//not/there/"}));
+}
+
+}  // namespace
+}  // namespace hl

@@ -1,0 +1,108 @@
+// The four lists with rows, and a host that keeps what it is asked.
+#pragma once
+
+#include <array>
+#include <string>
+#include <vector>
+
+#include "support/fake_window.h"
+#include "support/scan_fixture.h"
+#include "views/file_list.h"
+#include "views/files_view.h"
+#include "views/hardlinks_view.h"
+#include "views/junctions_view.h"
+#include "views/list_columns.h"
+#include "views/top_view.h"
+
+namespace hl::test {
+
+/// One icon for each ending.
+struct FakeTypes : FileTypes {
+    std::string typeName(const std::string&) override { return {}; }
+    std::string iconName(std::string_view fileName) override {
+        ++asked;
+        return "icon-" + xGetExtension(fileName);
+    }
+    int asked = 0;
+};
+
+struct ListFixture : ScanFixture, ListHost {
+    FakeWindow window;
+    FakeTypes types;
+    FilePictures pictures{types};
+    bool dragGuard = false;
+    Grid lvwFiles{kFileCells};
+    CommandBar cbrFiles{BarId::kFiles, ""}, cbrTOP{BarId::kTop, ""}, cbrHardlinks{BarId::kHardlinks, ""},
+        cbrJunctions{BarId::kJunctions, ""};
+    ListParts parts{scan, options, window, *this, pictures, dragGuard};
+    FilesView filesView{parts, lvwFiles, cbrFiles};
+    TopView topView{parts, top, cbrTOP};
+    HardlinksView hardlinksView{parts, hardlinks, cbrHardlinks};
+    JunctionsView junctionsView{parts, junctions, cbrJunctions};
+
+    struct List {
+        ListView& view;
+        Grid& grid;
+        CommandBar& bar;
+        std::size_t sizeColumn = 0;
+        std::span<Flag> flags = {};  ///< Of its columns.
+    };
+    List filesList{filesView, lvwFiles, cbrFiles, kFileListSize, options.FileColumn},
+        topList{topView, top, cbrTOP, kTopSize, options.TopColumn},
+        hardlinksList{hardlinksView, hardlinks, cbrHardlinks, kHardlinksSize, options.HardlinkColumn},
+        junctionsList{junctionsView, junctions, cbrJunctions};
+    std::array<List*, 4> all{&filesList, &topList, &hardlinksList, &junctionsList};
+
+    // What the lists ask, and the answers.
+    Lines asked;
+    std::string status;
+    VisibleRows shown{0, 99};
+    std::size_t columnUnderPointer = 0;
+    bool shows = true;
+
+    ListFixture() {
+        Init_FileList(lvwFiles, options, texts);
+        Init_TopList(top, options, texts);
+        Init_HardlinksList(hardlinks, options, texts);
+        Init_JunctionList(junctions, texts);
+        for (const List* list : all)
+            for (int id = 300; id <= 328; ++id) list->bar.add({.id = id});
+        state.currentFolder = "/s/";
+        for (Grid* grid : {&lvwFiles, &top, &hardlinks})
+            for (const auto& [name, size] :
+                 {std::pair("b.txt", 4096.0), {"C.png", 2048.0}, {"a.txt", 1024.0}}) {
+                const Row row = grid->addRow(kNoRow, name);
+                grid->setNumber(row, kFileSize, size);
+                if (grid != &lvwFiles) grid->setCellText(row, kFilePath, std::string("/s/") + name[0] + "/");
+            }
+        for (const char* name : {"/s/b", "/s/C", "/s/a"})
+            junctions.setCellText(junctions.addRow(kNoRow, name), kJunctionTarget, std::string("/to") + name);
+    }
+
+    std::optional<VisibleRows> visibleRows(GridId) override { return shown; }
+    std::size_t columnAt(GridId, Point) override { return columnUnderPointer; }
+    bool listShows(GridId) override { return shows; }
+    void setSecondPanel(const std::string& text) override { status = text; }
+    void previewEntriesChanged(GridId) override { asked.emplace_back("panes"); }
+    void showPreview(GridId, bool force) override { asked.emplace_back(force ? "preview!" : "preview"); }
+    void openFile(const std::string& path) override { asked.push_back("open " + path); }
+    void ShellContextMenuFileList(GridId, Point) override { asked.emplace_back("menu"); }
+    void beginRename(GridId, Row) override { asked.emplace_back("rename"); }
+    void listCommand(GridId, ListCommand what) override {
+        asked.push_back("command " + std::to_string(static_cast<int>(what)));
+    }
+
+    static void select(Grid& grid, std::initializer_list<std::size_t> rows) {
+        grid.selectNone();
+        for (const std::size_t index : rows) grid.setSelected(grid.rowAt(index), true);
+        grid.setCurrentRow(rows.size() == 0 ? kNoRow : grid.rowAt(*rows.begin()));
+    }
+    static Lines selectedIn(const Grid& grid) {
+        Lines names;
+        for (const Row row : grid.selectedRows()) names.emplace_back(grid.text(row));
+        return names;
+    }
+    Lines taken() { return std::exchange(asked, {}); }
+};
+
+}  // namespace hl::test

@@ -1,0 +1,352 @@
+// views/list_view.h: what the four lists do alike, and where they differ.
+#include "views/list_view.h"
+
+#include "views/list_fixture.h"
+
+namespace hl {
+namespace {
+
+using test::file, test::folder;
+
+struct Lists : test::ListFixture {};
+
+// --- sorting
+
+TEST_F(Lists, TurnTheOrderAroundWithEachTitleClickWhateverTheColumn) {
+    for (const List* list : all) {
+        const auto first = [&] { return std::string(list->grid.text(list->grid.rowAt(0))).substr(0, 4); };
+        const bool junction = list == &junctionsList;
+        list->view.GridColumnTitleClick(1);  // Size, id or target.
+        list->view.GridColumnTitleClick(0);
+        EXPECT_EQ(first(), junction ? "/s/C" : "C.pn") << "by name downwards, without regard to case";
+        list->view.GridColumnTitleClick(0);
+        EXPECT_EQ(first(), junction ? "/s/a" : "a.tx");
+        EXPECT_EQ(list->grid.topRow(), list->grid.rowAt(0));
+        EXPECT_TRUE(list->grid.redraw());
+    }
+}
+
+TEST_F(Lists, TakeTheClickThatEndsAColumnDragForNoTitleClickInAnyList) {
+    const Lines before = textsOf(top);
+    filesView.columnSizing();
+    topView.GridColumnTitleClick(0);
+    EXPECT_EQ(textsOf(top), before);
+    topView.GridColumnTitleClick(0);
+    EXPECT_NE(textsOf(top), before);
+}
+
+// --- search
+
+TEST_F(Lists, SearchBehindTheCurrentRowAndFromTheTopAgain) {
+    for (const List* list : all) {
+        const auto hitOf = [&](const char* part) {
+            list->bar.setText(307, part);
+            list->view.execute(308);
+            return list->grid.indexOf(list->grid.currentRow());
+        };
+        select(list->grid, {1});
+        EXPECT_EQ(hitOf("A"), 2U);
+        EXPECT_EQ(hitOf("B"), 0U) << "wraps around";
+        EXPECT_EQ(hitOf("b"), 0U) << "the only hit is found again";
+        EXPECT_EQ(hitOf("nowhere"), 0U);
+        EXPECT_EQ(list->grid.selectedCount(), 1U);
+        EXPECT_EQ(window.calls.back(), "edit 307");
+        EXPECT_EQ(taken(), list == &filesList ? Lines(3, "preview") : Lines());
+    }
+}
+
+TEST_F(Lists, SearchFoldersOfHardlinksAndTargetsOfJunctionsToo) {
+    const struct {
+        List& list;
+        const char* part;
+        bool found;
+    } cases[] = {{hardlinksList, "/c/", true}, {junctionsList, "to/s/c", true}, {topList, "/c/", false}};
+    for (const auto& c : cases) {
+        select(c.list.grid, {2});
+        c.list.bar.setText(307, c.part);
+        c.list.view.StartSearch();
+        EXPECT_EQ(c.list.grid.currentRow(), c.list.grid.rowAt(c.found ? 1 : 2)) << c.part;
+    }
+    hardlinks.setCellText(hardlinks.rowAt(0), kFilePath, "/x/a.txt/");
+    cbrHardlinks.setText(307, "a.txt");
+    select(hardlinks, {2});
+    hardlinksView.StartSearch();
+    EXPECT_EQ(hardlinks.currentRow(), hardlinks.rowAt(0)) << "a folder above the name comes first";
+}
+
+// --- columns and sizes
+
+TEST_F(Lists, SwitchTheColumnOfACommandAndItsOption) {
+    for (const List* list : {&filesList, &topList, &hardlinksList}) {
+        for (std::size_t flag = 0; flag < list->flags.size(); ++flag) {
+            list->view.execute(310 + static_cast<int>(flag));
+            EXPECT_TRUE(list->flags[flag] == 1 && list->grid.columns()[flag + 1].visible) << flag;
+        }
+        list->view.execute(310);
+        EXPECT_TRUE(list->flags[0] == 0 && !list->grid.columns()[1].visible);
+        EXPECT_EQ(taken(), Lines()) << "no command of a column is one of another kind";
+    }
+}
+
+TEST_F(Lists, ShowSizesInTheUnitOfTheirCommandAndSumThemInTheStatus) {
+    for (const List* list : {&filesList, &topList, &hardlinksList}) {
+        select(list->grid, {0, 1});
+        list->view.execute(302);
+        list->view.execute(309);
+        const GridColumn& column = list->grid.columns()[list->sizeColumn];
+        EXPECT_EQ(column.key, "sizeK");
+        EXPECT_NE(column.mask.find("0.00"), std::string::npos);
+        EXPECT_TRUE(list->bar.isChecked(302) && list->bar.isChecked(309) && !list->bar.isChecked(301));
+        EXPECT_NE(status.find(" / 2 ausgewählte Datei(en) mit 6.00 KB"), std::string::npos) << status;
+        list->view.GridColumnTitleClick(list->sizeColumn);
+        EXPECT_EQ(list->grid.levelSort(0).key, "size") << "two sizes that show alike are sorted, too";
+        list->view.execute(301);
+        EXPECT_TRUE(list->bar.isChecked(309)) << "bytes show no decimals, but keep the choice";
+        EXPECT_NE(status.find("mit 6,144 Bytes"), std::string::npos) << status;
+    }
+}
+
+TEST_F(Lists, CountTheirRowsInTheStatus) {
+    const Lines without = {"3 Datei(en) mit insgesamt 0 Bytes", "3 Datei(en)", "3 Datei(en)",
+                           "3 Junction(s)"};
+    for (std::size_t i = 0; i < all.size(); ++i) {
+        all[i]->view.ShowFileStat();
+        EXPECT_EQ(status, without[i]);
+        select(all[i]->grid, {0});
+        all[i]->view.ShowFileStat();
+        EXPECT_EQ(status, i == 3 ? without[i] : without[i] + " / 1 ausgewählte Datei(en) mit 4,096 Bytes");
+    }
+    topView.MouseUp(top.rowAt(0), MouseButton::kLeft, {});
+    EXPECT_EQ(status, "1 ausgewählte Datei(en) mit 4,096 Bytes") << "a click tells the selection alone";
+}
+
+// --- mouse, keys, commands
+
+TEST_F(Lists, KeepASelectionForTheMenuAndDropItOutsideOfTheRows) {
+    for (const List* list : all) {
+        const auto withPreview = [&](const Lines& calls) { return list == &junctionsList ? Lines() : calls; };
+        select(list->grid, {0, 1});
+        list->view.MouseUp(list->grid.rowAt(1), MouseButton::kRight, {});
+        EXPECT_EQ(selectedIn(list->grid).size(), 2U);
+        EXPECT_EQ(taken(), Lines{"menu"});
+        list->view.MouseUp(list->grid.rowAt(2), MouseButton::kRight, {});
+        EXPECT_EQ(selectedIn(list->grid), Lines{std::string(list->grid.text(list->grid.rowAt(2)))});
+        EXPECT_EQ(taken(), list == &junctionsList ? Lines{"menu"} : (Lines{"preview", "menu"}));
+        list->view.MouseUp(list->grid.rowAt(2), MouseButton::kMiddle, {});
+        EXPECT_EQ(taken(), withPreview({"preview!"}));
+        list->view.MouseUp(kNoRow, MouseButton::kLeft, {});
+        EXPECT_EQ(list->grid.selectedCount(), 0U);
+        EXPECT_EQ(taken(), withPreview({"preview"}));
+    }
+}
+
+TEST_F(Lists, AnswerKeysAndDoubleClicksWhereTheyHaveFiles) {
+    const struct {
+        List& list;
+        Lines moved, renamed, opened;
+    } cases[] = {{filesList, {"preview"}, {"rename"}, {"open /s/C.png"}},
+                 {topList, {"preview"}, {"rename"}, {"open /s/C/C.png"}},
+                 {hardlinksList, {}, {"rename"}, {"open /s/C/C.png"}},
+                 {junctionsList, {}, {}, {}}};
+    for (const auto& c : cases) {
+        select(c.list.grid, {1});
+        for (const int key : {33, 34, 38, 40}) {
+            c.list.view.KeyUp(key);
+            EXPECT_EQ(taken(), c.moved) << key;
+        }
+        c.list.view.KeyUp(kKeyF2);
+        EXPECT_EQ(taken(), c.renamed);
+        select(c.list.grid, {1, 0});
+        c.list.view.ItemDblClick();
+        EXPECT_EQ(taken(), c.opened) << "of two the current one";
+        c.list.view.KeyUp(kKeyF2);
+        EXPECT_EQ(taken(), Lines()) << "one row has a name to edit, two have not";
+    }
+}
+
+TEST_F(Lists, IgnoreTheUserWhileTheWindowIsLocked) {
+    state.ScanActive = true;
+    for (const List* list : all) {
+        const Lines before = textsOf(list->grid);
+        select(list->grid, {1});
+        list->view.GridColumnTitleClick(0);
+        list->view.MouseUp(kNoRow, MouseButton::kLeft, {});
+        list->view.MouseUp(list->grid.rowAt(0), MouseButton::kRight, {});
+        list->view.KeyUp(kKeyDown);
+        list->view.ItemDblClick();
+        EXPECT_EQ(textsOf(list->grid), before);
+        EXPECT_EQ(list->grid.selectedCount(), 1U);
+        EXPECT_EQ(taken(), Lines());
+    }
+}
+
+TEST_F(Lists, HandOverTheCommandsOfOthersByTheIdsOfTheirBars) {
+    // Full view, font, save, print, delete, recycle.
+    const std::array<int, 6> ids[] = {{323, 328, 324, 325, 320, 321},
+                                      {323, 328, 325, 326, 320, 321},
+                                      {327, 328, 324, 325, 320, 321},
+                                      {323, 328, 324, 325, 320, 321}};
+    for (std::size_t i = 0; i < all.size(); ++i)
+        for (std::size_t command = 0; command < 6; ++command) {
+            all[i]->view.execute(ids[i][command]);
+            EXPECT_EQ(taken(), Lines{"command " + std::to_string(command)}) << i;
+        }
+    hardlinksView.execute(322);
+    hardlinksView.execute(323);
+    EXPECT_EQ(taken(), (Lines{"panes", "preview", "panes"}));
+    EXPECT_TRUE(cbrHardlinks.isChecked(322) && cbrHardlinks.isChecked(323));
+}
+
+// --- icons
+
+TEST_F(Lists, LoadIconsOfVisibleRowsOnceAndTakeThemAwayAtOnce) {
+    shown = {1, 2};
+    filesView.execute(305);
+    EXPECT_TRUE(options.ShowIcons == 1 && cbrFiles.isChecked(305));
+    const auto picture = [&](std::size_t index) { return lvwFiles.picture(lvwFiles.rowAt(index)); };
+    EXPECT_EQ(picture(0), 0);
+    EXPECT_EQ(pictures.iconName(picture(1)), "icon-png");
+    EXPECT_EQ(pictures.iconName(picture(2)), "icon-txt");
+    filesView.GridColumnTitleClick(0);
+    EXPECT_EQ(types.asked, 3) << "the sort has brought another row into view";
+    EXPECT_EQ(picture(0), picture(1)) << "one kind, one picture";
+    shown = {0, 1};
+    filesView.VScroll();
+    EXPECT_EQ(types.asked, 3);
+    filesView.execute(305);
+    for (const std::size_t index : {0U, 1U, 2U}) EXPECT_EQ(picture(index), 0);
+    filesView.execute(305);
+    EXPECT_NE(picture(0), 0);
+}
+
+TEST_F(Lists, LoadNoIconsOfListsThatARunStillFills) {
+    options.ShowIcons = options.ShowIconsTop = options.ShowIconsHardlinks = 1;
+    state.ScanActive = true;
+    for (const List* list : all) list->view.SetFileIcons(false);
+    EXPECT_EQ(top.picture(top.rowAt(0)) + hardlinks.picture(hardlinks.rowAt(0)), 0);
+    EXPECT_NE(lvwFiles.picture(lvwFiles.rowAt(0)), 0);
+    state.ScanActive = false;
+    topView.rowsChanged();
+    EXPECT_NE(top.picture(top.rowAt(0)), 0);
+}
+
+// --- files
+
+struct Files : test::ListFixture {
+    Files() {
+        lvwFiles.clear();
+        state.currentFolder.clear();
+        disk.sources = {folder("/s", {file("f", 1), folder("b"), file("g", 4000)}),
+                        folder("/t", {file("x", 5)})};
+    }
+};
+
+TEST_F(Files, ListsAFolderOnceAndAgainOnlyWhenAsked) {
+    filesView.List_Files_ScanFolder("/s", true);
+    EXPECT_EQ(textsOf(lvwFiles), (Lines{"g", "f"})) << "no folder, the largest first";
+    EXPECT_EQ(status, "2 Datei(en) mit insgesamt 4,001 Bytes");
+    EXPECT_EQ(filesView.pathOf(lvwFiles.rowAt(0)), "/s/g");
+    EXPECT_FALSE(state.ScanActive);
+    filesView.List_Files_ScanFolder("/s/", false);
+    EXPECT_EQ(disk.reads.size(), 1U);
+    disk.sources[0].items.push_back(file("h", 9));
+    filesView.execute(300);
+    EXPECT_EQ(textsOf(lvwFiles), (Lines{"g", "h", "f"}));
+    filesView.List_Files_ScanFolder("/nowhere", true);
+    EXPECT_EQ(status, "0 Datei(en) mit insgesamt 0 Bytes");
+}
+
+TEST_F(Files, StaysEmptyWhileHiddenAndCatchesUpWhenShown) {
+    filesView.List_Files_ScanFolder("/s/", true);
+    shows = false;
+    filesView.List_Files_ScanFolder("/t/", true);
+    EXPECT_EQ(lvwFiles.rowCount(), 0U);
+    shows = true;
+    filesView.List_Files_ScanFolder("/s/", true);
+    EXPECT_EQ(lvwFiles.rowCount(), 2U);
+}
+
+TEST_F(Files, EscapeKeepsWhatWasFoundWithItsSum) {
+    disk.sources[0].items.assign(1000, file("f", 2));
+    pump.input = true;
+    int pumps = 0;
+    pump.onPump = [&] {  // The first two come before the listing.
+        if (++pumps == 4) state.CancelState = kCancelEscape;
+    };
+    filesView.List_Files_ScanFolder("/s/", true);
+    EXPECT_GT(lvwFiles.rowCount(), 0U);
+    EXPECT_LT(lvwFiles.rowCount(), 200U);
+    const std::string count = std::to_string(lvwFiles.rowCount());
+    const std::string sum = std::to_string(2 * lvwFiles.rowCount());
+    EXPECT_EQ(status, count + " Datei(en) mit insgesamt " + sum + " Bytes");
+    EXPECT_FALSE(state.ScanActive);
+}
+
+TEST_F(Files, EscapeEndsTheWaitForADiskThatDoesNotAnswer) {
+    disk.waitsAt = 1;
+    pump.onPump = [&] { state.CancelState = state.ScanActive ? kCancelEscape : kCancelNone; };
+    filesView.List_Files_ScanFolder("/s/", true);
+    EXPECT_EQ(disk.folders, Lines()) << "the reader was not asked again";
+    EXPECT_FALSE(state.ScanActive);
+}
+
+TEST_F(Files, AFolderAskedForMeanwhileTakesThePlaceOfTheEarlierOne) {
+    bool first = true;
+    pump.onPump = [&] {
+        if (std::exchange(first, false)) filesView.List_Files_ScanFolder("/t/", true);
+    };
+    filesView.List_Files_ScanFolder("/s/", true);
+    EXPECT_EQ(state.currentFolder, "/t/");
+    EXPECT_EQ(textsOf(lvwFiles), Lines{"x"});
+    EXPECT_EQ(status, "1 Datei(en) mit insgesamt 5 Bytes");
+}
+
+// --- largest files, junctions
+
+TEST_F(Lists, KeepTheBoxOfTheLargestFilesFromWhatIsNoLength) {
+    const struct {
+        const char* typed;
+        const char* kept;
+        std::int32_t count;
+    } cases[] = {{"abc", "100", 100},
+                 {"3", "5", 5},
+                 {"-7", "5", 5},
+                 {"", "100", 100},
+                 {"30", "30", 30},
+                 {"7.6", "7.6", 8},
+                 {"99999999999", "99999999999", 2147483647}};
+    for (const auto& c : cases) {
+        cbrTOP.setText(322, c.typed);
+        topView.countTyped(c.typed);
+        EXPECT_EQ(options.TOPmaxcount, c.count) << c.typed;
+        EXPECT_EQ(cbrTOP.textOf(322), c.typed) << "nobody types into what is being typed";
+        window.calls.clear();
+        topView.countLeft();
+        EXPECT_EQ(cbrTOP.textOf(322), c.kept);
+        EXPECT_EQ(options.TOPmaxcount, c.count);
+        EXPECT_EQ(window.calls, std::string(c.kept) == c.typed ? Lines() : Lines{"edit 322"}) << c.typed;
+    }
+}
+
+TEST_F(Lists, NoteTheFolderOfTheLargeFileUnderThePointerAlone) {
+    topView.MouseMove(top.rowAt(0));
+    EXPECT_EQ(top.rowNote(top.rowAt(0)), " /s/b/ ");
+    topView.MouseMove(top.rowAt(1));
+    EXPECT_EQ(top.rowNote(top.rowAt(0)), "");
+    top.removeRow(top.rowAt(1));
+    topView.MouseMove(kNoRow);
+    EXPECT_EQ(top.rowNote(top.rowAt(0)), "");
+}
+
+TEST_F(Lists, OpenTheMenuOfTheTargetsOnlyInTheirColumn) {
+    select(junctions, {0, 1});
+    for (const std::size_t column : {1U, 0U, 2U, 9U}) {
+        columnUnderPointer = column;
+        junctionsView.MouseUp(junctions.rowAt(0), MouseButton::kRight, {});
+        EXPECT_EQ(junctionsView.menuPaths(),
+                  column == 1 ? (Lines{"/to/s/b", "/to/s/C"}) : (Lines{"/s/b", "/s/C"}));
+    }
+}
+
+}  // namespace
+}  // namespace hl

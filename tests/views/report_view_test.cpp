@@ -1,0 +1,166 @@
+// views/report_view.h, without a window.
+#include "views/report_view.h"
+
+#include "support/fake_window.h"
+#include "support/scan_fixture.h"
+#include "views/report_columns.h"
+
+namespace hl {
+namespace {
+
+using test::file, test::folder;
+
+struct ReportTest : test::ScanFixture, ReportHost {
+    test::FakeWindow window;
+    CommandBar bar{BarId::kReport, "cbrReport"};
+    ReportView view{scan, options, bar, window, *this};
+    std::vector<std::string> asked;
+
+    ReportTest() {
+        bar.add({.id = 29, .kind = EntryKind::kEdit});
+        Init_Tree(report, options, texts);
+        disk.sources = {folder("/s", {file("f", 1), folder("b", {file("x", 40), folder("c", {file("y", 8)})}),
+                                      folder("e", {file("z", 16)}), folder("Ce")})};
+        readSources({"/s"});
+        host.calls.clear();
+        for (std::size_t i = 0; i < report.rowCount(); ++i) report.setExpanded(report.rowAt(i), false);
+        report.selectNone();
+    }
+    void setReportWidth(int pixels) override { asked.push_back("width " + std::to_string(pixels)); }
+    void setFirstPanel(const std::string& text) override { asked.push_back(text); }
+    void openRowsMenu(Point) override { asked.emplace_back("rows menu"); }
+    void Report_ShellContextMenu(const std::string& path, Point) override { asked.push_back("menu " + path); }
+
+    Lines namesInOrder() const { return textsOf(report); }
+    Lines selectedNames() const {
+        Lines names;
+        for (const Row row : report.selectedRows()) names.emplace_back(report.text(row));
+        return names;
+    }
+    Lines expandedNames() const {
+        Lines names;
+        for (std::size_t i = 0; i < report.rowCount(); ++i)
+            if (report.expanded(report.rowAt(i))) names.emplace_back(report.text(report.rowAt(i)));
+        return names;
+    }
+    void click(std::string_view name, MouseButton button = MouseButton::kLeft, bool shift = false) {
+        view.tvwPL_MouseUp(name.empty() ? kNoRow : rowOf(name), button, shift, {});
+    }
+};
+
+TEST_F(ReportTest, TurnsTheOrderAroundWithEachTitleClickWhateverTheColumn) {
+    const Lines largestFirst = namesInOrder();
+    ASSERT_EQ(largestFirst[1], "b");
+    view.tvwPL_GridColumnTitleClick(kReportSize);
+    EXPECT_EQ(namesInOrder()[1], "Ce");
+    view.tvwPL_GridColumnTitleClick(kReportRowName);
+    EXPECT_EQ(namesInOrder()[1], "e") << "a click on another column is the same toggle";
+    view.tvwPL_GridColumnTitleClick(kReportRowName);
+    EXPECT_EQ(namesInOrder()[1], "b");
+    EXPECT_EQ(report.currentRow(), report.rowAt(0));
+    EXPECT_EQ(selectedNames(), Lines{"/s"});
+}
+
+TEST_F(ReportTest, DoesNotTakeTheEndOfAColumnDragForATitleClick) {
+    const Lines before = namesInOrder();
+    view.columnSizing();
+    view.tvwPL_GridColumnTitleClick(kReportSize);
+    EXPECT_EQ(namesInOrder(), before);
+    view.tvwPL_GridColumnTitleClick(kReportSize);
+    EXPECT_NE(namesInOrder(), before);
+}
+
+TEST_F(ReportTest, UnfoldsToALevelAndFoldsWhatLiesDeeper) {
+    view.Report_ExpandAllFolders(true);
+    EXPECT_EQ(expandedNames().size(), report.rowCount());
+    view.Report_ExpandFolderLevels(0);
+    EXPECT_EQ(expandedNames(), Lines{"/s"});
+    view.Report_ExpandAllFolders(false);
+    EXPECT_EQ(expandedNames(), Lines{});
+    report.setCurrentRow(rowOf("b"));
+    view.Report_ExpandSubFolders();
+    EXPECT_EQ(expandedNames(), (Lines{"b", "Dateien", "c"}));
+    EXPECT_FALSE(state.ScanActive);
+    EXPECT_EQ(asked.back(), "OK.");
+}
+
+TEST_F(ReportTest, StopsUnfoldingWhenStopIsPressed) {
+    for (int i = 0; i < 5000; ++i) report.addRow(rowOf("e"), "more");
+    pump.input = true;
+    pump.onPump = [this] { state.CancelState = kCancelStop; };
+    view.Report_ExpandAllFolders(true);
+    EXPECT_LT(expandedNames().size(), 2000U);
+    EXPECT_EQ(state.CancelState, kCancelNone);
+}
+
+TEST_F(ReportTest, SearchesBehindTheCurrentRowAndFromTheTopAgain) {
+    bar.setText(29, "c");
+    report.setCurrentRow(rowOf("b"));
+    Lines found;
+    for (int i = 0; i < 3; ++i) {
+        view.Report_StartSearch();
+        found.emplace_back(report.text(report.currentRow()));
+    }
+    EXPECT_EQ(found, (Lines{"c", "Ce", "c"})) << "without regard to case";
+    EXPECT_TRUE(report.expanded(rowOf("b"))) << "a hit is in view";
+    EXPECT_EQ(window.calls.back(), "edit 29");
+    bar.setText(29, "nowhere");
+    view.Report_StartSearch();
+    EXPECT_EQ(report.text(report.currentRow()), "c");
+}
+
+TEST_F(ReportTest, ShowsTheFilesOfTheFolderThatIsClicked) {
+    report.setSelected(rowOf("e"), true);
+    click("e");
+    EXPECT_EQ(host.calls[1], "files of '/s/e/'");
+    EXPECT_EQ(asked.back(), "/s/e/");
+    EXPECT_EQ(window.calls.back(), "focus");
+}
+
+TEST_F(ReportTest, KeepsASelectionOfSeveralForTheMenuOfTheRightButton) {
+    for (const char* name : {"b", "e"}) report.setSelected(rowOf(name), true);
+    click("e", MouseButton::kRight);
+    EXPECT_EQ(asked, Lines{"rows menu"});
+    EXPECT_EQ(selectedNames(), (Lines{"b", "e"}));
+    click("Ce", MouseButton::kRight);
+    EXPECT_EQ(selectedNames(), Lines{"Ce"}) << "a row outside of it takes its place";
+    EXPECT_EQ(asked.back(), "menu /s/Ce/");
+    click("", MouseButton::kLeft, true);
+    EXPECT_EQ(selectedNames(), Lines{"Ce"});
+    click("");
+    EXPECT_EQ(selectedNames(), Lines{});
+}
+
+TEST_F(ReportTest, IgnoresTheUserDuringAScanAndInAnEmptyReport) {
+    const auto tryAll = [this] {
+        host.calls.clear();
+        asked.clear();
+        click("b");
+        view.tvwPL_GridColumnTitleClick(kReportSize);
+        view.tvwPL_DblClick();
+        view.tvwPL_KeyUp(kKeyDown);
+        return host.calls.empty() && asked.empty();
+    };
+    report.setSelected(rowOf("b"), true);
+    state.ScanActive = true;
+    EXPECT_TRUE(tryAll());
+    state.ScanActive = false;
+    view.removeAll();
+    EXPECT_EQ(report.rowCount(), 0U);
+    EXPECT_EQ(state.DeepestLevel, 0U);
+    EXPECT_TRUE(tryAll());
+    EXPECT_TRUE(report.levelSort(0).descending);
+}
+
+TEST_F(ReportTest, IsAsWideAsItsVisibleColumns) {
+    for (std::size_t i = 0; i < report.columns().size(); ++i) {
+        report.changeColumn(i).width = 100;
+        report.changeColumn(i).visible = true;
+    }
+    window.scrollBar = 12;
+    view.Report_ChangeColVisible(kReportFiles, false);
+    EXPECT_EQ(asked.back(), "width 412");
+}
+
+}  // namespace
+}  // namespace hl
