@@ -3,26 +3,37 @@
 //
 // A line that begins with "-s" reads its sources and writes a report with no window. Everything else needs
 // the window, which is a module of its own beside the program.
+#include <chrono>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
+#include <memory>
 #include <string>
+#include <thread>
+#include <utility>
 #include <vector>
 
 #include "app/command_line.h"
+#include "app/instance_start.h"
 #include "app/log.h"
 #include "app/product.h"
 #include "app/settings.h"
 #include "app/texts.h"
 #include "app/usage.h"
 #include "base/text.h"
+#include "mainwindow/error_form.h"
 #include "mainwindow/main_form.h"
+#include "mainwindow/window_form.h"
 #include "platform/headless/headless.h"
 #include "platform/linux/console.h"
+#include "platform/linux/drives.h"
 #include "platform/linux/fault_signals.h"
 #include "platform/linux/file_system.h"
 #include "platform/linux/files.h"
+#include "platform/linux/folder_verb.h"
+#include "platform/linux/instances.h"
+#include "platform/linux/programs.h"
 #include "platform/linux/system_facts.h"
 
 namespace hl {
@@ -67,19 +78,57 @@ std::string firstSet(SystemFacts& facts, std::initializer_list<const char*> name
     return {};
 }
 
-/// Error reports of a run with no window go to the log and to standard error.
-class SilentErrors final : public ErrorSink {
+/// Error reports go to the log, and to standard error or, once there is a window, into a dialog. While the
+/// window loads they wait: a dialog would stand there alone, and keep the window from coming.
+class ProgramErrors final : public ErrorSink {
   public:
-    SilentErrors(Log& log, Console& console) : log_(log), console_(console) {}
+    ProgramErrors(Log& log, Console& console) : log_(log), console_(console) {}
     void LogError(const std::string& text, bool blankLine, bool stamp) override {
         log_.LogError(text, blankLine, stamp);
     }
-    void showReport(const std::string& text) override { console_.errorLine(replaceAll(text, "\r\n", "\n")); }
+    void showReport(const std::string& text) override {
+        if (loading_) return waiting_.push_back(text);
+        if (dialog_ != nullptr) return dialog_->show(text);
+        console_.errorLine(replaceAll(text, "\r\n", "\n"));
+    }
+    void setDialog(ErrorReports* dialog) {
+        dialog_ = dialog;
+        loading_ = dialog != nullptr;
+        if (dialog == nullptr) showWaiting();
+    }
+    void showWaiting() {
+        loading_ = false;
+        for (const std::string& text : std::exchange(waiting_, {})) showReport(text);
+    }
 
   private:
     Log& log_;
     Console& console_;
+    ErrorReports* dialog_ = nullptr;
+    bool loading_ = false;
+    std::vector<std::string> waiting_;
 };
+
+/// The pump of the window once there is one; nothing waits before.
+class ProgramPump final : public MessagePump {
+  public:
+    void PumpMessages() override {
+        if (window_ != nullptr) window_->PumpMessages();
+    }
+    bool GetInputState() override { return window_ != nullptr && window_->GetInputState(); }
+    std::uint64_t GetTickCount() override { return headless_.GetTickCount(); }
+    void setWindow(MessagePump* window) { window_ = window; }
+
+  private:
+    HeadlessPump headless_;
+    MessagePump* window_ = nullptr;
+};
+
+// "1.2", with the revision behind it where it is not 0.
+std::string shortVersion(const AppFacts& app) {
+    const std::string text = std::to_string(app.major) + "." + std::to_string(app.minor);
+    return app.revision == 0 ? text : text + "." + std::to_string(app.revision);
+}
 
 class Program {
   public:
@@ -88,11 +137,16 @@ class Program {
 
   private:
     int runSilent();
+    int runWindow();
+    int openWindow(LinuxInstances& instances, bool& restart);
+    WindowStart windowStart(WindowForm& frmMain, LinuxInstances& instances, LinuxDrives& drives);
+    FormServices formServices(FileSystem& fileSystem);
+    void windowThere(Window* window, MessagePump* pump);
 
     LinuxSystemFacts facts_;
     LinuxFiles files_;
     LinuxConsole console_;
-    HeadlessPump pump_;
+    ProgramPump pump_;
     const std::filesystem::path executable_ = LinuxSystemFacts::executablePath();
     const JoinedLine line_;
     const std::string programFolder_;
@@ -100,10 +154,12 @@ class Program {
     const DateFormat dates_ = dateFormatOf(firstSet(facts_, {"LC_ALL", "LC_TIME", "LANG"}));
     SettingsStore settings_;
     Log log_;
-    SilentErrors errors_;
+    ProgramErrors errors_;
     AppFacts app_;
     Diagnostics diagnostics_;
     Texts texts_;
+    std::unique_ptr<WindowDesk> desk_;
+    std::unique_ptr<ErrorReports> reports_;
 };
 
 std::string programFolderBy(SystemFacts& facts, const std::filesystem::path& executable) {
@@ -149,19 +205,18 @@ int Program::Main() {
         console_.errorLine(problemText(texts_, line_));
         return kBadCommandLine;
     }
-    if (isSilentLine(line_.text)) return runSilent();
-    console_.errorLine(texts_.TL(9023,
-                                 "Das Fenster ist nicht installiert. Ein Bericht ohne Fenster: harborlantern "
-                                 "-s DATEI ORDNER..."));
-    return kNoWindow;
+    return isSilentLine(line_.text) ? runSilent() : runWindow();
+}
+
+FormServices Program::formServices(FileSystem& fileSystem) {
+    return {settings_, texts_, log_,         files_,      fileSystem, pump_,
+            console_,  facts_, diagnostics_, kPosixPaths, numbers_};
 }
 
 int Program::runSilent() {
     const bool readAhead = facts_.environment("HARBORLANTERN_READ_AHEAD") != "0";
     LinuxFileSystem fileSystem(limitsOfThisMachine(readAhead), prepareThread);
-    MainForm frmMain({settings_, texts_, log_, files_, fileSystem, pump_, console_, facts_, diagnostics_,
-                      kPosixPaths, numbers_},
-                     true);
+    MainForm frmMain(formServices(fileSystem), true);
     app_.cancelState = [&frmMain] { return frmMain.state().CancelState; };
     frmMain.Form_Load();
     const SilentResult result = frmMain.runSilent(line_.text);
@@ -171,6 +226,87 @@ int Program::runSilent() {
         return kBadCommandLine;
     }
     return result == SilentResult::kWritten ? kWritten : kSomethingFailed;
+}
+
+// --- with a window
+
+int Program::runWindow() {
+    bool restart = false;
+    int status = kWritten;
+    {
+        LinuxInstances instances(AppExeName(app_.executableName), {facts_.environment("XDG_RUNTIME_DIR")});
+        const auto sleep = [](std::chrono::milliseconds time) { std::this_thread::sleep_for(time); };
+        if (isRestart(line_.text) && !WaitForMutexGone(instances, pump_, sleep)) return kSomethingFailed;
+        const auto decision = CheckVBinstance(line_.text, singleInstanceWanted(settings_), instances);
+        if (decision != StartDecision::kShow)
+            return decision == StartDecision::kHandedOver ? kWritten : kSomethingFailed;
+        status = openWindow(instances, restart);
+    }
+    if (restart) startProgram(executable_.string(), {"-RESTART"});
+    return status;
+}
+
+int Program::openWindow(LinuxInstances& instances, bool& restart) {
+    std::string reason;
+    const auto show = loadWindowModule(folderOf(executable_) + "/" + kWindowModuleName, reason);
+    if (show == nullptr) {
+        console_.errorLine(texts_.TL(9023,
+                                     "Das Fenster ist nicht installiert (%1). Ein Bericht ohne Fenster: "
+                                     "harborlantern -s DATEI ORDNER...",
+                                     {visible(reason)}));
+        return kNoWindow;
+    }
+    const bool readAhead = facts_.environment("HARBORLANTERN_READ_AHEAD") != "0";
+    LinuxFileSystem fileSystem(limitsOfThisMachine(readAhead), prepareThread);
+    DriveSources driveSources;
+    driveSources.prepareThread = prepareThread;
+    LinuxDrives drives(driveSources);
+    LinuxFolderVerb verb("harborlantern-folder", facts_.environment("XDG_DATA_HOME"),
+                         facts_.environment("HOME"));
+    WindowForm frmMain(formServices(fileSystem),
+                       {drives, verb, executable_.string(), programFolder_, line_.text, shortVersion(app_),
+                        texts_.languageId() == kGerman,
+                        [this](Window* window, MessagePump* pump) { windowThere(window, pump); },
+                        [this] { errors_.showWaiting(); }});
+    app_.cancelState = [&frmMain] { return frmMain.state().CancelState; };
+    frmMain.parts().dataFolder = folderOf(executable_);
+    const WindowResult result = show(windowStart(frmMain, instances, drives));
+    windowThere(nullptr, nullptr);
+    app_.cancelState = nullptr;
+    restart = frmMain.restartPending();
+    if (result == WindowResult::kClosed) return kWritten;
+    console_.errorLine(
+        texts_.TL(9024,
+                  "Es gibt keinen Bildschirm für ein Fenster. Ein Bericht ohne Fenster: harborlantern "
+                  "-s DATEI ORDNER..."));
+    return kNoWindow;
+}
+
+WindowStart Program::windowStart(WindowForm& frmMain, LinuxInstances& instances, LinuxDrives& drives) {
+    const int handOver = instances.takeFirst() ? instances.listen() : -1;
+    return {.parts = frmMain.parts(),
+            .events = frmMain,
+            .handOverDescriptor = handOver,
+            .handOverReady =
+                [&] {
+                    // Left unanswered, the other start goes on by itself.
+                    if (frmMain.unloaded()) return;
+                    instances.receive([&](const std::string& line) { frmMain.handOver(line); });
+                },
+            .answersDescriptor = drives.answersDescriptor(),
+            .answersReady = [&] { frmMain.takeDriveAnswers(); },
+            .executable = executable_.string()};
+}
+
+void Program::windowThere(Window* window, MessagePump* pump) {
+    pump_.setWindow(pump);
+    errors_.setDialog(nullptr);
+    if (window == nullptr) return;
+    desk_ = std::make_unique<WindowDesk>(*window);
+    reports_ = std::make_unique<ErrorReports>(ErrorFormServices{texts_, files_, facts_, *desk_, kPosixPaths,
+                                                                programFolder_, shortVersion(app_),
+                                                                [] { std::_Exit(kSomethingFailed); }});
+    errors_.setDialog(reports_.get());
 }
 
 }  // namespace

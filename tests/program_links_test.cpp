@@ -1,4 +1,5 @@
-// The program runs on a server that has the C++ library and nothing else.
+// The program runs on a server that has the C++ library and nothing else; what the window needs, its module
+// asks for.
 #include <gtest/gtest.h>
 #include <stdio.h>
 
@@ -16,10 +17,9 @@ std::string outputOf(const std::string& command) {
     return pclose(pipe) == 0 ? text : "";
 }
 
-/// The libraries that the program asks the loader for, up to the first point or dash: "libc", "libstdc++",
-/// "ld".
-std::set<std::string> neededLibraries() {
-    std::istringstream lines(outputOf("LC_ALL=C readelf -d '" HARBORLANTERN_PROGRAM "'"));
+/// The libraries that a file asks the loader for, up to the first point or dash: "libc", "libstdc++", "ld".
+std::set<std::string> librariesOf(const std::string& file) {
+    std::istringstream lines(outputOf("LC_ALL=C readelf -d '" + file + "'"));
     std::set<std::string> names;
     for (std::string line; std::getline(lines, line);) {
         if (line.find("(NEEDED)") == std::string::npos) continue;
@@ -30,13 +30,23 @@ std::set<std::string> neededLibraries() {
 }
 
 TEST(Program, LinksTheCxxLibraryAndLibcAlone) {
-    std::set<std::string> names = neededLibraries();
+    std::set<std::string> names = librariesOf(HARBORLANTERN_PROGRAM);
     EXPECT_EQ(names.count("libc"), 1U) << "readelf has told nothing";
     for (const char* fine : {"libstdc++", "libgcc_s", "libm", "libc", "ld"}) names.erase(fine);
 #ifdef HARBORLANTERN_SANITIZED
     for (const char* fine : {"libasan", "libubsan", "libtsan"}) names.erase(fine);
 #endif
     for (const std::string& other : names) ADD_FAILURE() << "The program needs " << other;
+}
+
+TEST(Program, LeavesTheToolkitToTheModule) {
+#ifdef HARBORLANTERN_MODULE
+    const std::set<std::string> names = librariesOf(HARBORLANTERN_MODULE);
+    for (const char* wanted : {"libQt6Core", "libQt6Gui", "libQt6Widgets", "libQt6Svg"})
+        EXPECT_EQ(names.count(wanted), 1U) << wanted;
+#else
+    GTEST_SKIP() << "built without the window";
+#endif
 }
 
 }  // namespace

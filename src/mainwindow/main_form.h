@@ -38,7 +38,7 @@ enum class SilentResult {
     kMakesNoSense,  ///< The command line names no file or no source.
 };
 
-class MainForm final : public ScanHost {
+class MainForm : public ScanHost {
   public:
     MainForm(const FormServices& services, bool silentRun);
 
@@ -72,9 +72,7 @@ class MainForm final : public ScanHost {
     void showFileStat() override {}
     void clearStatus() override { panel1_.clear(); }
 
-  private:
-    SilentResult writeReport(const SilentOrder& order);
-
+  protected:
     FormServices services_;
     ScanState state_;
     Options options_;
@@ -84,6 +82,10 @@ class MainForm final : public ScanHost {
     Grid lvwHardlinks_{kFileCells};
     Grid lvwJunctions_{kJunctionCells};
     ScanContext scan_;
+
+  private:
+    SilentResult writeReport(const SilentOrder& order);
+
     std::string panel1_;
     std::string topTitle_;
     std::uint64_t lastProgressTick_ = 0;

@@ -1,0 +1,83 @@
+#include "mainwindow/about_form.h"
+
+#include "app/product.h"
+
+namespace hl {
+
+AboutForm::AboutForm(const AboutServices& services) : services_(services) {
+    const Texts& texts = services_.texts;
+    caption = texts.TL(9462, "Info über Harborlantern");
+    lblName = kProductName;
+    lblVersion = "Version " + services_.version + " (Portable Edition)";
+    Image2 = texts.TL(9463, "Unterstützen Sie mit einer Spende die weitere Entwicklung von Harborlantern");
+    lblForum = texts.TL(9464, "Forum");
+    lblHomepage = texts.TL(9465, "Homepage");
+    tabInfo[0].caption = texts.TL(9466, "Programm");
+    tabInfo[1].caption = texts.TL(9467, "Größen");
+    tabInfo[2].caption = texts.TL(9468, "Dateien");
+    texts_ = {
+        texts.TL(9469,
+                 "Harborlantern zeigt, wo der Platz auf den Datenträgern geblieben ist. Jede Quelle wird "
+                 "einmal durchgegangen; die Größen der Dateien werden Ordner für Ordner zusammengezählt."),
+        texts.TL(
+            9470,
+            "Eine Datei zählt mit ihrer scheinbaren Größe, nicht mit den Blöcken, die sie belegt. "
+            "Verknüpfungen und eingehängten Dateisystemen wird nur gefolgt, wenn es eingeschaltet ist. "
+            "Eine Datei mit mehreren Namen zählt unter jedem davon, solange nichts anderes gewählt ist."),
+        texts.TL(9471,
+                 "Einstellungen und Protokolle liegen im Ordner des Programms oder in dem, den die "
+                 "Umgebungsvariable HARBORLANTERN_HOME nennt."),
+    };
+    selectOption(tabInfo, 0);
+    tabInfo_Click();
+    cmdOK.caption = texts.TL(3610, "OK");
+}
+
+Form AboutForm::form() {
+    const auto leaf = [this](std::size_t index) {
+        return FormItem{.control = &tabInfo[index],
+                        .row = 2,
+                        .column = static_cast<int>(index),
+                        .group = 1,
+                        .changed = [this] { tabInfo_Click(); }};
+    };
+    return {.name = "frmInfo",
+            .caption = caption,
+            .items = {{.control = &lblName, .columnSpan = 3},
+                      {.control = &lblVersion, .row = 1, .columnSpan = 3},
+                      leaf(0),
+                      leaf(1),
+                      leaf(2),
+                      {.control = &txtInfo, .row = 3, .columnSpan = 3, .name = caption},
+                      {.control = &lblHomepage, .row = 4, .changed = [this] { lblHomepage_Click(); }},
+                      {.control = &lblForum, .row = 4, .column = 1, .changed = [this] { lblForum_Click(); }},
+                      {.control = &Image2,
+                       .row = 5,
+                       .columnSpan = 3,
+                       .changed = [this] { Image2_Click(); },
+                       .tooltip = Image2}},
+            .buttons = {{.control = &cmdOK, .changed = [this] { cmdOK_Click(); }}},
+            .cancel = [this] { cmdOK_Click(); },
+            .loaded = &loaded};
+}
+
+void AboutForm::tabInfo_Click() {
+    const int chosen = GetOptionButtonSelectedIndex(tabInfo);
+    if (chosen >= 0) txtInfo.text = texts_[static_cast<std::size_t>(chosen)];
+}
+
+void AboutForm::Image2_Click() {
+    const bool german = services_.texts.languageId() == kGerman;
+    services_.StartURL(std::string(german ? kDonationGerman : kDonation));
+}
+
+void AboutForm::lblForum_Click() {
+    const bool german = services_.texts.languageId() == kGerman;
+    services_.StartURL(std::string(german ? kForumGerman : kForum));
+}
+
+void AboutForm::lblHomepage_Click() {
+    services_.StartURL(services_.texts.homepage());
+}
+
+}  // namespace hl

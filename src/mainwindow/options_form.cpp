@@ -1,0 +1,91 @@
+#include "mainwindow/options_form.h"
+
+#include <algorithm>
+
+#include "app/instance_start.h"
+#include "app/option_table.h"
+#include "app/product.h"
+#include "app/setting_keys.h"
+#include "base/text.h"
+#include "robustness/api_error_text.h"
+#include "robustness/trap.h"
+
+namespace hl {
+
+namespace {
+
+constexpr const char* kModule = "frmOptionen";
+constexpr std::string_view kDateFormat = "DateFormat";
+
+std::string_view defaultDateFormat() {
+    return std::ranges::find(kOptionTable, kDateFormat, &OptionKey::key)->defaultValue;
+}
+
+}  // namespace
+
+OptionsForm::OptionsForm(const OptionsServices& services) : services_(services) {
+    guarded(services_.diagnostics, "Form_Load", kModule, [&] {
+        const Texts& texts = services_.texts;
+        caption = texts.TL(3597, "Optionen");
+        chkKontextmenu.caption = texts.TL(9450, "Harborlantern im Windows Explorer Kontextmenü anzeigen");
+        chkInstanz.caption = texts.TL(9451, "Nur eine Programminstanz von Harborlantern starten");
+        lblDateFormat = texts.TL(9452, "Datumsformat für den Zeitstempel von Dateien:");
+        cmdOK.caption = texts.TL(3610, "OK");
+        cmdCancel.caption = texts.TL(3609, "Abbrechen");
+        OptionenLaden();
+    });
+}
+
+Form OptionsForm::form() {
+    return {.name = kModule,
+            .caption = caption,
+            .items = {{.control = &chkKontextmenu, .changed = [this] { chkKontextmenu_Click(); }},
+                      {.control = &chkInstanz, .row = 1, .changed = [this] { chkInstanz_Click(); }},
+                      {.control = &lblDateFormat, .row = 2},
+                      {.control = &txtDateFormat,
+                       .row = 3,
+                       .changed = [this] { txtDateFormat_Change(); },
+                       .name = lblDateFormat}},
+            .buttons = {{.control = &cmdOK, .changed = [this] { cmdOK_Click(); }},
+                        {.control = &cmdCancel, .changed = [this] { cmdCancel_Click(); }}},
+            .activated = [this] { Form_Activate(); },
+            .cancel = [this] { cmdCancel_Click(); },
+            .loaded = &loaded};
+}
+
+void OptionsForm::cmdOK_Click() {
+    guarded(services_.diagnostics, "cmdOK_Click", kModule, [&] {
+        if (changed_) OptionenSpeichern();
+    });
+    loaded = false;
+}
+
+void OptionsForm::OptionenLaden() {
+    const SettingsStore& settings = services_.settings;
+    const auto& verb = kKeyExplorerVerb;
+    const std::string state = settings.GetSettings(verb.section, verb.key, verb.defaultValue);
+    chkKontextmenu.checked = parseInteger(state) == 1;
+    chkInstanz.checked = singleInstanceWanted(settings);
+    txtDateFormat.text = settings.GetSettings(kSectionOptions, kDateFormat, defaultDateFormat());
+    ApplyExplorerVerb(chkKontextmenu.checked);
+}
+
+void OptionsForm::OptionenSpeichern() {
+    services_.settings.change([&](IniText& ini) {
+        ini.set(kKeyExplorerVerb.section, kKeyExplorerVerb.key, chkKontextmenu.checked ? "1" : "0");
+        ini.set(kKeySingleInstance.section, kKeySingleInstance.key, chkInstanz.checked ? "1" : "0");
+        ini.set(kSectionOptions, kDateFormat, txtDateFormat.text);
+    });
+    ApplyExplorerVerb(chkKontextmenu.checked);
+}
+
+void OptionsForm::ApplyExplorerVerb(bool offered) {
+    FolderVerb& verb = services_.verb;
+    const FolderVerbFailure failure =
+        offered ? verb.offer({std::string(kProductName), services_.executable}) : verb.withdraw();
+    if (failure.error == 0) return;
+    services_.log.LogDebug("ApplyExplorerVerb: ",
+                           {ApiErrorText(true, failure.error, services_.facts), failure.path});
+}
+
+}  // namespace hl

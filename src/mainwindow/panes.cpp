@@ -1,0 +1,351 @@
+#include "mainwindow/panes.h"
+
+#include <algorithm>
+
+#include "base/scope_exit.h"
+#include "mainwindow/window_geometry.h"
+#include "robustness/trap.h"
+#include "scan/records.h"
+#include "scan/rollup.h"
+
+namespace hl {
+
+namespace {
+
+constexpr const char* kModul = "frmMain";
+
+constexpr int kPanels[] = {kPanelReport, kPanelDrives,    kPanelFiles,
+                           kPanelTop,    kPanelHardlinks, kPanelJunctions};
+
+// In twips. Beside a report that leaves less than the first, cbrFiles is clipped instead of wrapped; above a
+// report narrower than the second, cbrReport is.
+constexpr int kNarrowRest = 3500;
+constexpr int kNarrowReport = 2000;
+
+PaneRef pane(SplitterId id) {
+    return {PaneRef::Kind::kSplitter, static_cast<int>(id)};
+}
+PaneRef pane(BarId id) {
+    return {PaneRef::Kind::kBar, static_cast<int>(id)};
+}
+PaneRef pane(GridId id) {
+    return {PaneRef::Kind::kGrid, static_cast<int>(id)};
+}
+constexpr PaneRef kPreviewPane = {PaneRef::Kind::kPreview, 0};
+
+// How a splitter starts. A minimum of 0 is none.
+struct StartValues {
+    SplitterId id;
+    int barSize, position, minimum1, minimum2;
+    bool gripper;
+};
+constexpr StartValues kStart[] = {
+    {SplitterId::kMain, 3, 100, 100, 100, true},           //
+    {SplitterId::kInfo, 3, 40, 40, 50, true},              //
+    {SplitterId::kReport, 1, 21, 0, 0, false},             //
+    {SplitterId::kDrives, 1, 21, 0, 0, false},             //
+    {SplitterId::kFiles, 1, 21, 0, 50, false},             //
+    {SplitterId::kFilesAndPreview, 3, 100, 100, 0, true},  //
+};
+
+void setUp(cSplitter& splitter, const StartValues& start) {
+    splitter.setSplitterSize(start.barSize);
+    splitter.setMinimumSize(1, start.minimum1);
+    splitter.setMinimumSize(2, start.minimum2);
+    splitter.setPosition(start.position);
+    splitter.setShowGripper(start.gripper);
+}
+
+// A bar above a view, and the splitter whose first pane it is.
+struct BarPane {
+    BarId bar;
+    SplitterId splitter;
+    const char* resize;  // Name of its routine.
+};
+constexpr BarPane kBarPanes[] = {
+    {BarId::kReport, SplitterId::kReport, "cbrReport_Resize"},
+    {BarId::kDrives, SplitterId::kDrives, "cbrDrives_Resize"},
+    {BarId::kFiles, SplitterId::kFiles, "cbrFiles_Resize"},
+    {BarId::kTop, SplitterId::kFiles, "cbrTOP_Resize"},
+    {BarId::kHardlinks, SplitterId::kFiles, "cbrHardlinks_Resize"},
+    {BarId::kJunctions, SplitterId::kFiles, "cbrJunctions_Resize"},
+};
+
+bool isList(int panel) {
+    return panel >= kPanelFiles && panel <= kPanelJunctions;
+}
+
+Flag flagOf(bool on) {
+    return on ? 1 : 0;
+}
+
+}  // namespace
+
+// One of the lists that share a place. The entries of its bar for the preview and for a preview beside the
+// list are 0 where there are none.
+struct Panes::ListPane {
+    int panel;
+    BarId bar;
+    GridId grid;
+    int preview, beside;
+    Flag Options::*visible;
+};
+
+const Panes::ListPane Panes::kLists[4] = {
+    {kPanelFiles, BarId::kFiles, GridId::kFiles, 318, 319, &Options::FilelistVisible},
+    {kPanelTop, BarId::kTop, GridId::kTop, 318, 319, &Options::ToplistVisible},
+    {kPanelHardlinks, BarId::kHardlinks, GridId::kHardlinks, 322, 323, &Options::HardlinksVisible},
+    {kPanelJunctions, BarId::kJunctions, GridId::kJunctions, 0, 0, &Options::JunctionsVisible},
+};
+
+bool PanelToggle(CommandBar& cbrMain, int id) {
+    if (std::ranges::find(kPanels, id) == std::end(kPanels)) return false;
+    if (std::ranges::none_of(kPanels, [&](int other) { return other != id && cbrMain.isChecked(other); }))
+        return false;
+    cbrMain.toggle(id);
+    if (!isList(id) || !cbrMain.isChecked(id)) return true;
+    for (const int other : kPanels)
+        if (isList(other) && other != id) cbrMain.setChecked(other, false);
+    return true;
+}
+
+// --- start
+
+Panes::Panes(const PaneParts& parts) : parts_(parts) {
+    for (const StartValues& start : kStart) setUp(splitter(start.id), start);
+    splitter(SplitterId::kMain).setOrientation(Orientation::kSideBySide);
+    splitter(SplitterId::kMain).Bind(pane(SplitterId::kReport), pane(SplitterId::kInfo));
+    splitter(SplitterId::kReport).Bind(pane(BarId::kReport), pane(GridId::kReport));
+    splitter(SplitterId::kInfo).Bind(pane(SplitterId::kDrives), pane(SplitterId::kFiles));
+    splitter(SplitterId::kDrives).Bind(pane(BarId::kDrives), pane(GridId::kDrives));
+    splitter(SplitterId::kFiles).Bind(pane(BarId::kFiles), pane(SplitterId::kFilesAndPreview));
+    splitter(SplitterId::kFilesAndPreview).Bind(pane(GridId::kFiles), kPreviewPane);
+    splitter(SplitterId::kFilesAndPreview).setControl2Visible(false);
+    splitter(SplitterId::kMain).AfterResize = [this] { splMain_AfterResize(); };
+    splitter(SplitterId::kInfo).AfterResize = [this] { splInfo_AfterResize(); };
+    splitter(SplitterId::kFilesAndPreview).AfterResize = [this] {
+        if (halveWhenKnown_) halvePreview();
+    };
+}
+
+std::array<cSplitter*, kSplitterCount> Panes::all() {
+    std::array<cSplitter*, kSplitterCount> pointers{};
+    std::ranges::transform(splitters_, pointers.begin(), [](cSplitter& one) { return &one; });
+    return pointers;
+}
+
+void Panes::ShowFirstList() {
+    const auto on = [&](const ListPane& list) { return parts_.options.*list.visible == 1; };
+    const auto* first = std::ranges::find_if(kLists, on);
+    if (first != std::end(kLists)) bindList(*first);
+}
+
+void Panes::placeSplitters(int report) {
+    splitter(SplitterId::kMain).setPosition(report);
+    halveWhenKnown_ = splitter(SplitterId::kFilesAndPreview).total() <= 0;
+    if (!halveWhenKnown_) halvePreview();
+}
+
+void Panes::halvePreview() {
+    halveWhenKnown_ = false;
+    cSplitter& preview = splitter(SplitterId::kFilesAndPreview);
+    preview.setPosition(preview.total() / 2);
+}
+
+void Panes::hideByOptions() {
+    const Options& options = parts_.options;
+    const bool drives = options.DiskinfoVisible != 0;
+    const bool lists =
+        std::ranges::any_of(kLists, [&](const ListPane& list) { return options.*list.visible != 0; });
+    if (!drives) splitter(SplitterId::kInfo).setControl1Visible(false);
+    if (!lists) splitter(SplitterId::kInfo).setControl2Visible(false);
+    if (!drives && !lists) splitter(SplitterId::kMain).setControl2Visible(false);
+}
+
+// --- which panes show
+
+const Panes::ListPane* Panes::listOf(int panel) {
+    const auto* found = std::ranges::find(kLists, panel, &ListPane::panel);
+    return found != std::end(kLists) ? found : nullptr;
+}
+
+const Panes::ListPane& Panes::listOf(GridId grid) {
+    return *std::ranges::find(kLists, grid, &ListPane::grid);
+}
+
+const Panes::ListPane* Panes::listOn() const {
+    const auto* found =
+        std::ranges::find_if(kLists, [&](const ListPane& list) { return panelOn(list.panel); });
+    return found != std::end(kLists) ? found : nullptr;
+}
+
+GridId Panes::list() const {
+    return static_cast<GridId>(splitter(SplitterId::kFilesAndPreview).Control1().number);
+}
+
+bool Panes::listShows() const {
+    return splitter(SplitterId::kMain).Control2Visible() && splitter(SplitterId::kInfo).Control2Visible();
+}
+
+void Panes::PanelToggle(int id) {
+    if (!hl::PanelToggle(bar(BarId::kMain), id)) return;
+    const ListPane* list = listOf(id);
+    if (list != nullptr) {
+        parts_.host.Preview_Reset_View();
+        followPreviewEntries(list->grid);
+    }
+    Change_Info_Visibility();
+    if (id == kPanelDrives) parts_.host.Drives_Resize_Columns(true);
+    if (list != nullptr) parts_.host.Preview_ShowFile();
+}
+
+void Panes::Change_Info_Visibility() {
+    guarded(parts_.diagnostics, "Change_Info_Visibility", kModul, [&] {
+        const ListPane* list = listOn();
+        const bool drives = panelOn(kPanelDrives);
+        panelsToOptions(list);
+        cSplitter& splMain = splitter(SplitterId::kMain);
+        if (!drives && list == nullptr) {
+            splMain.setControl2Visible(false);
+            return cbrResize(BarId::kReport);
+        }
+        panesOfInfo(drives, list != nullptr);
+        splMain.setControl2Visible(true);
+        splMain.setControl1Visible(panelOn(kPanelReport));
+        statusWidth();
+        if (list != nullptr) showList(*list);
+        cbrResize(BarId::kReport);
+    });
+}
+
+// The options say at most one list, also where a file edited by hand has several entries checked.
+void Panes::panelsToOptions(const ListPane* list) {
+    parts_.options.DiskinfoVisible = flagOf(panelOn(kPanelDrives));
+    for (const ListPane& one : kLists) parts_.options.*one.visible = flagOf(&one == list);
+}
+
+// What is to show comes first: hiding the last pane would show the other one.
+void Panes::panesOfInfo(bool drives, bool lists) {
+    cSplitter& splInfo = splitter(SplitterId::kInfo);
+    if (drives) splInfo.setControl1Visible(true);
+    if (lists) splInfo.setControl2Visible(true);
+    splInfo.setControl1Visible(drives);
+    splInfo.setControl2Visible(lists);
+    if (drives) parts_.host.Drives_ResizeTableHeight();
+}
+
+// The first panel is as wide as the report above it, if that shows.
+void Panes::statusWidth() {
+    const bool report = panelOn(kPanelReport);
+    parts_.status.firstTakesAll = !report;
+    if (report) parts_.status.firstWidth = parts_.host.gridWidth(GridId::kReport);
+    parts_.host.statusChanged();
+}
+
+void Panes::showList(const ListPane& list) {
+    bindList(list);
+    if (list.grid == GridId::kFiles) filesOfSelection();
+    followPreviewEntries(list.grid);
+    parts_.host.refresh(list.grid);
+    parts_.host.SetFileIcons(list.grid);
+    parts_.host.ShowFileStat(list.grid);
+    cbrResize(list.bar);
+}
+
+void Panes::bindList(const ListPane& list) {
+    splitter(SplitterId::kFiles).setControl1(pane(list.bar));
+    splitter(SplitterId::kFilesAndPreview).setControl1(pane(list.grid));
+}
+
+void Panes::filesOfSelection() {
+    const Grid& report = parts_.tvwPL;
+    if (report.selectedCount() == 0) return;
+    Row row = report.selectedRows().front();
+    const bool isFolder = report.number(row, kIsFolder) != 0 || report.level(row) == 0;
+    if (!isFolder) row = report.parent(row);
+    const std::string folder = Report_GetFullpathOfNode(report, row, true, parts_.paths);
+    if (identityKey(folder, parts_.paths) != identityKey(parts_.state.currentFolder, parts_.paths))
+        parts_.host.List_Files_ScanFolder(folder);
+}
+
+void Panes::followPreviewEntries(GridId grid) {
+    const ListPane& list = listOf(grid);
+    cSplitter& both = splitter(SplitterId::kFilesAndPreview);
+    if (list.preview == 0) return both.setControl2Visible(false);
+    both.setControl2Visible(bar(list.bar).isChecked(list.preview));
+    const bool beside = bar(list.bar).isChecked(list.beside);
+    both.setOrientation(beside ? Orientation::kSideBySide : Orientation::kStacked);
+}
+
+// --- sizes
+
+void Panes::cbrResize(BarId id) {
+    const auto* found = std::ranges::find(kBarPanes, id, &BarPane::bar);
+    if (found == std::end(kBarPanes)) return;
+    bool& running = barResizes_[static_cast<std::size_t>(id)];
+    cSplitter& holder = splitter(found->splitter);
+    if (running || holder.Control1() != pane(id)) return;
+    running = true;
+    const ScopeExit done([&] { running = false; });
+    guarded(parts_.diagnostics, found->resize, kModul, [&] {
+        const int height = parts_.host.barHeight(id);
+        holder.setMinimumSize(1, height);
+        holder.setMaximumSize(1, height);
+        holder.Resize();
+    });
+}
+
+void Panes::splMain_AfterResize() {
+    guarded(parts_.diagnostics, "splMain_AfterResize", kModul, [&] {
+        if (keepBothInSight()) return;
+        // Its grid may not have its new width yet.
+        const cSplitter::Span pane = splitter(SplitterId::kMain).layout().first;
+        const int report = pane.visible ? pane.size : 0;
+        parts_.status.firstWidth = report;
+        parts_.host.statusChanged();
+        const int rest = parts_.host.formWidth() - report;
+        for (const BarId beside :
+             {BarId::kDrives, BarId::kFiles, BarId::kTop, BarId::kHardlinks, BarId::kJunctions})
+            bar(beside).setClips(rest * kTwipsPerPixel < kNarrowRest);
+        bar(BarId::kReport).setClips(report * kTwipsPerPixel < kNarrowReport);
+        cbrResize(BarId::kFiles);
+        cbrResize(BarId::kReport);
+    });
+}
+
+// A window that was made narrower would push what is beside the report, and the bar between, out of it. True
+// if that moved the bar, and so told of it once more.
+bool Panes::keepBothInSight() {
+    cSplitter& splMain = splitter(SplitterId::kMain);
+    constexpr int kLeast = kStart[0].minimum2;
+    const int most = splMain.total() - splMain.SplitterSize() - kLeast;
+    const bool both = splMain.Control1Visible() && splMain.Control2Visible();
+    if (!both || most < kStart[0].minimum1 || splMain.Position() <= most) return false;
+    splMain.setPosition(most);
+    return true;
+}
+
+void Panes::splInfo_AfterResize() {
+    if (infoResizes_) return;
+    infoResizes_ = true;
+    const ScopeExit done([&] { infoResizes_ = false; });
+    guarded(parts_.diagnostics, "splInfo_AfterResize", kModul, [&] {
+        for (const BarPane& one : kBarPanes) cbrResize(one.bar);
+        if (!splitter(SplitterId::kInfo).Control2Visible()) return;
+        for (const GridId list : {GridId::kFiles, GridId::kTop, GridId::kHardlinks})
+            parts_.host.SetFileIcons(list);
+    });
+}
+
+void Panes::Form_Resize() {
+    if (!parts_.state.ScanActive) return;
+    guarded(parts_.diagnostics, "Form_Resize", kModul, [&] {
+        if (listShows()) parts_.host.refresh(list());
+        parts_.host.refresh(GridId::kReport);
+        const bool drives =
+            splitter(SplitterId::kMain).Control2Visible() && splitter(SplitterId::kInfo).Control1Visible();
+        if (drives) parts_.host.refresh(GridId::kDrives);
+    });
+}
+
+}  // namespace hl

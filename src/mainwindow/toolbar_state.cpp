@@ -1,0 +1,126 @@
+#include "mainwindow/toolbar_state.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <iterator>
+#include <limits>
+#include <map>
+#include <optional>
+#include <utility>
+
+#include "app/ini_file.h"
+#include "base/text.h"
+
+namespace hl {
+
+namespace {
+
+constexpr std::size_t kLargestFile = 64 * 1024;  // Bytes; a whole file has less than one KiB.
+constexpr int kMostOrder = 99;
+constexpr std::string_view kFormatSection = "Format";
+constexpr std::string_view kFormatKey = "HarborlanternToolbars";
+constexpr std::string_view kFormat = "1";
+
+constexpr const char* kSections[kBarCount] = {"cbrMain", "cbrReport",    "cbrDrives",   "cbrFiles",
+                                              "cbrTOP",  "cbrHardlinks", "cbrJunctions"};
+constexpr std::string_view kEdges[] = {"top", "bottom", "left", "right"};
+
+using Values = std::map<std::string, std::string, std::less<>>;
+
+std::optional<int> numberIn(std::string_view text, int most) {
+    const auto number = parseInteger(text);
+    if (!number || *number < 0 || *number > most) return std::nullopt;
+    return static_cast<int>(*number);
+}
+
+std::optional<BarEdge> edgeNamed(std::string_view name) {
+    const auto* found = std::find(std::begin(kEdges), std::end(kEdges), name);
+    if (found == std::end(kEdges)) return std::nullopt;
+    return static_cast<BarEdge>(found - std::begin(kEdges));
+}
+
+std::optional<std::vector<int>> idsIn(std::string_view text) {
+    std::vector<int> ids;
+    while (!text.empty()) {
+        const std::size_t end = std::min(text.find(' '), text.size());
+        const auto id = numberIn(text.substr(0, end), std::numeric_limits<int>::max());
+        if (!id) return std::nullopt;
+        ids.push_back(*id);
+        text.remove_prefix(std::min(end + 1, text.size()));
+    }
+    return ids;
+}
+
+std::string_view valueOf(const Values& values, std::string_view key) {
+    const auto found = values.find(key);
+    return found != values.end() ? std::string_view(found->second) : "-";  // "-" is no value of any key.
+}
+
+std::optional<BarState> stateIn(const Values& values) {
+    const auto edge = edgeNamed(valueOf(values, "edge"));
+    const auto order = numberIn(valueOf(values, "order"), kMostOrder);
+    const auto visible = numberIn(valueOf(values, "visible"), 1);
+    auto hidden = idsIn(valueOf(values, "hidden"));
+    if (!edge || !order || !visible || !hidden) return std::nullopt;
+    return BarState{{*edge, *order, *visible == 1}, *std::move(hidden)};
+}
+
+void writeState(IniText& ini, std::string_view section, const BarState& state) {
+    std::string hidden;
+    for (const int id : state.hidden) hidden += (hidden.empty() ? "" : " ") + std::to_string(id);
+    ini.set(section, "Edge", kEdges[static_cast<std::size_t>(state.place.edge)]);
+    ini.set(section, "Order", std::to_string(std::clamp(state.place.order, 0, kMostOrder)));
+    ini.set(section, "Visible", state.place.visible ? "1" : "0");
+    ini.set(section, "Hidden", hidden);
+}
+
+void addHidden(const std::vector<BarEntry>& entries, std::vector<int>& hidden) {
+    for (const BarEntry& entry : entries) {
+        if (!entry.visible) hidden.push_back(entry.id);
+        addHidden(entry.list, hidden);
+    }
+}
+
+}  // namespace
+
+bool ToolbarStore::load(Files& files, const std::string& path) {
+    int error = 0;
+    const auto content = files.readWhole(path, kLargestFile, error);
+    if (!content) return false;
+    const IniText ini(*content);
+    if (ini.find(kFormatSection, kFormatKey) != kFormat) return false;
+    std::array<BarState, kBarCount> states;
+    for (std::size_t i = 0; i < kBarCount; ++i) {
+        auto state = stateIn(ini.section(kSections[i]));
+        if (!state) return false;
+        states[i] = *std::move(state);
+    }
+    states_ = std::move(states);
+    loaded_ = true;
+    return true;
+}
+
+int ToolbarStore::save(Files& files, const std::string& path) const {
+    IniText ini;
+    for (std::size_t i = 0; i < kBarCount; ++i) writeState(ini, kSections[i], states_[i]);
+    ini.set(kFormatSection, kFormatKey, kFormat);
+    int error = 0;
+    const auto file = files.replace(path, error);
+    if (file == nullptr) return error != 0 ? error : EIO;
+    error = file->write(ini.text());
+    return error != 0 ? error : file->commit();
+}
+
+void ExchangeState(ToolbarStore& store, CommandBar& bar) {
+    BarState& state = store.of(bar.id());
+    if (store.isLoaded()) {
+        bar.setPlace(state.place);
+        for (const int id : state.hidden) bar.setVisible(id, false);
+        return;
+    }
+    state = {bar.place(), {}};
+    addHidden(bar.entries(), state.hidden);
+    addHidden(bar.popups(), state.hidden);
+}
+
+}  // namespace hl

@@ -1,0 +1,360 @@
+// The commands of the bars. Sections: dispatch; main commands; views; fonts.
+#include <algorithm>
+
+#include "app/product.h"
+#include "app/setting_keys.h"
+#include "base/text.h"
+#include "mainwindow/about_form.h"
+#include "mainwindow/bar_options.h"
+#include "mainwindow/options_form.h"
+#include "mainwindow/view_options.h"
+#include "mainwindow/window_form.h"
+#include "output/save_report.h"
+#include "robustness/trap.h"
+#include "scan/rollup.h"
+#include "views/file_list.h"
+#include "views/list_columns.h"
+#include "views/report_columns.h"
+#include "views/size_display.h"
+
+namespace hl {
+
+namespace {
+
+constexpr const char* kModul = "frmMain";
+constexpr int kFontSmallest = 5;
+constexpr int kFontLargest = 40;
+
+/// The toggles of the list below "Start", and what they switch.
+struct ScanToggle {
+    int id;
+    Flag Options::*option;
+};
+constexpr ScanToggle kScanToggles[] = {
+    {60, &Options::CreateListTOP},        {61, &Options::CreateListHardlink},
+    {62, &Options::CreateListJunction},   {63, &Options::NoHardlinks},
+    {64, &Options::FolderColorFade},      {65, &Options::AddHardlinksOnlyOnce},
+    {66, &Options::FolderShowPercentBar}, {68, &Options::ScanHardlinks},
+};
+
+/// Ids of what the bars of the views have in common.
+struct ViewCommands {
+    int firstMode = -1;  ///< Bytes; the next three follow.
+    int decimals = -1;
+    int fit = -1;
+    int fullView = -1;
+};
+constexpr ViewCommands kViewCommands[kBarCount] = {{},
+                                                   {10, 33, 26, 323},
+                                                   {201, 205, -1, -1},
+                                                   {301, 309, 317, 323},
+                                                   {301, 309, 324, 323},
+                                                   {301, 309, 326, 327},
+                                                   {-1, -1, 317, 323}};
+constexpr int kFontCommand = 328;
+constexpr int kFirstColumnCommand = 310;
+
+const ViewCommands& commandsOf(BarId bar) {
+    return kViewCommands[static_cast<std::size_t>(bar)];
+}
+
+}  // namespace
+
+// --- dispatch
+
+void WindowForm::execute(BarId id, int command) {
+    constexpr const char* kNames[kBarCount] = {
+        "cbrMain_Execute", "cbrReport_Execute",    "cbrDrives_Execute",   "cbrFiles_Execute",
+        "cbrTOP_Execute",  "cbrHardlinks_Execute", "cbrJunctions_Execute"};
+    ++commands_;
+    guarded(services_.diagnostics, kNames[static_cast<std::size_t>(id)], kModul, [&] {
+        const BarEntry* entry = bar(id).find(command);
+        if (entry == nullptr || !entry->enabled || unloaded_) return;
+        if (id == BarId::kMain) return cbrMain_Execute(command);
+        if (viewCommand(id, command)) return;
+        if (id == BarId::kReport) cbrReport_Execute(command);
+        if (id == BarId::kDrives) cbrDrives_Execute(command);
+        if (command >= kFirstColumnCommand) toggleListColumn(id, command);
+    });
+    --commands_;
+    readWaiting();
+}
+
+void WindowForm::cbrMain_Execute(int id) {
+    const auto language = std::find_if(kLanguageCommands.begin(), kLanguageCommands.end(),
+                                       [id](const LanguageCommand& each) { return each.id == id; });
+    if (language != kLanguageCommands.end()) return ChangeLanguage(language->language);
+    switch (id) {
+        case 1:
+            return AddNewSearchPathBrowse();
+        case 2:
+            if (!state_.ScanActive) StartSearchViaToolbar(scan_);
+            return sourcesChanged();
+        case 3:
+            state_.CancelState = kCancelStop;
+            return;
+        case 14:
+            return ShowOptionen();
+        case 16:
+            return Show_Log();
+        case 17:
+            return showAbout();
+        case 18:
+            return StartURL(std::string(own_.german ? kHomepageGerman : kHomepage));
+        case 20:
+            return window_->close();
+        case 27:
+            bars_.cbrMain.toggle(id);
+            return Change_ToolbarIconSize(bars_, services_.diagnostics);
+        case 34:
+            bars_.cbrMain.toggle(id);
+            return Change_Toolbar_IconText(bars_, services_.diagnostics);
+        case 31:
+        case 32:
+            return ChangeFontSize(id == 32);
+        case kFontCommand:
+            return ChangeFontAll();
+        default:
+            break;
+    }
+    setOption(id);
+    panes_.PanelToggle(id);
+}
+
+void WindowForm::setOption(int id) {
+    for (const ScanToggle& toggle : kScanToggles) {
+        if (toggle.id != id) continue;
+        bars_.cbrMain.toggle(id);
+        options_.*toggle.option = bars_.cbrMain.isChecked(id) ? 1 : 0;
+    }
+}
+
+void WindowForm::cbrReport_Execute(int id) {
+    constexpr int kFirstLevel = 100;
+    CommandBar& report = bars_.cbrReport;
+    const auto toggleColumn = [&](std::size_t column) {
+        report.toggle(id);
+        reportView_->Report_ChangeColVisible(column, report.isChecked(id));
+    };
+    switch (id) {
+        case 4:
+            return Report_Rescan(scan_, true);
+        case 5:
+            return Report_SaveToFile();
+        case 7:
+            return Report_RemoveFolders(scan_);
+        case 9:
+            return reportView_->removeAll();
+        case 22:
+            return toggleColumn(kReportFiles);
+        case 23:
+            return toggleColumn(kReportFolders);
+        case 35:
+            return toggleColumn(kReportPercent);
+        case 24:
+        case 25:
+            return reportView_->Report_ExpandAllFolders(id == 25);
+        case 29:
+        case 30:
+            return reportView_->Report_StartSearch();
+        case 34:
+            return reportView_->Report_Resize_Columns(true, true);
+        default:
+            break;
+    }
+    if (id >= kFirstLevel)
+        reportView_->Report_ExpandFolderLevels(static_cast<std::uint32_t>(id - kFirstLevel));
+}
+
+void WindowForm::cbrDrives_Execute(int id) {
+    switch (id) {
+        case 200:
+            return driveList_.Drives_GetAllDrives();
+        case 206:
+        case 207:
+            return driveList_.Drives_ScanDrives(id == 206);
+        case 208:
+            return driveList_.Drives_AddUNCpath("");
+        default:
+            return;
+    }
+}
+
+// Size mode, decimals, font, fit and full view; false for any other command.
+bool WindowForm::viewCommand(BarId id, int command) {
+    const ViewCommands& ids = commandsOf(id);
+    if (command == kFontCommand) return ChangeFont(gridOf(id)), true;
+    if (command == ids.fit && id == BarId::kReport)
+        return reportView_->Report_Resize_Columns(true, false), true;
+    if (command == ids.fit) return resizeListColumns(gridOf(id)), true;
+    if (command == ids.fullView) return fullView(id), true;
+    if (ids.firstMode < 0) return false;
+    if (command == ids.decimals) return setDecimals(id), true;
+    if (command < ids.firstMode || command > ids.firstMode + 3) return false;
+    sizeModeOf(options_, id) = static_cast<std::uint8_t>(command - ids.firstMode);
+    showSizes(id);
+    return true;
+}
+
+// --- main commands
+
+void WindowForm::AddNewSearchPathBrowse() {
+    const std::string folder = window_->askFolder("", "/");
+    if (folder.empty()) return;
+    AddNewSearchPath(scan_, folder);
+    sourcesChanged();
+}
+
+void WindowForm::ShowOptionen() {
+    OptionsForm frmOptionen({services_.settings, services_.texts, services_.log, services_.facts,
+                             services_.diagnostics, own_.verb, own_.executable});
+    Form form = frmOptionen.form();
+    window_->showForm(form);
+    OptionenLadenMain(options_, services_.settings, services_.diagnostics, true);
+    Init_FileList_DateFormat(lvwFiles_, options_);
+    Init_HardlinksList_DateFormat(lvwHardlinks_, options_);
+    Init_TopList_DateFormat(lvwTOP_, options_);
+}
+
+void WindowForm::Show_Log() {
+    const std::string path = joinPath(own_.programFolder, kProtocolName, services_.paths);
+    if (services_.files.exists(path)) window_->openUrl(fileUrl(path));
+}
+
+void WindowForm::showAbout() {
+    AboutForm frmInfo({services_.texts, own_.version, [this](const std::string& url) { StartURL(url); }});
+    Form form = frmInfo.form();
+    window_->showForm(form);
+}
+
+void WindowForm::StartURL(std::string url) {
+    const std::string lower = lowerCase(url);
+    if (!lower.starts_with("https://") && !lower.starts_with("http://")) url.insert(0, "http://");
+    window_->openUrl(url);
+}
+
+void WindowForm::Report_SaveToFile() {
+    if (tvwPL_.rowCount() == 0) return;
+    SaveForm frmSave(SaveServices{tvwPL_, options_, services_.texts, services_.numbers, services_.files,
+                                  services_.diagnostics, state_, services_.pump, services_.paths, this});
+    Form form = frmSave.form();
+    window_->showForm(form);
+    setBusyPointer(false);
+}
+
+std::string WindowForm::askSavePath(const SaveQuestion& question) {
+    return window_->askSavePath(question.filter, question.defaultExtension, question.initialFolder);
+}
+
+void WindowForm::ChangeLanguage(int language) {
+    services_.settings.StoreSettings(kKeyLanguage.section, kKeyLanguage.key, language);
+    RestartPending_ = true;
+    window_->close();
+}
+
+// --- views
+
+void WindowForm::fullView(BarId id) {
+    std::vector<int> others = {kPanelDrives, kPanelReport};
+    if (id == BarId::kReport)
+        others = {kPanelDrives, kPanelFiles, kPanelTop, kPanelHardlinks, kPanelJunctions};
+    for (const int panel : others) bars_.cbrMain.setChecked(panel, false);
+    panes_.Change_Info_Visibility();
+}
+
+void WindowForm::showSizes(BarId id) {
+    showSizeMode(bar(id), sizeModeOf(options_, id), decimalsOf(options_, id));
+    switch (id) {
+        case BarId::kReport:
+            return reportView_->Report_Set_SizeFormat();
+        case BarId::kDrives:
+            return driveList_.Drives_ChangeSizeFormat();
+        case BarId::kFiles:
+            List_Files_Set_SizeFormat(lvwFiles_, options_, services_.texts);
+            break;
+        case BarId::kTop:
+            List_TOP_Set_SizeFormat(lvwTOP_, options_, services_.texts);
+            break;
+        case BarId::kHardlinks:
+            List_Hardlinks_Set_SizeFormat(lvwHardlinks_, options_, services_.texts);
+            break;
+        default:
+            return;
+    }
+    resizeListColumns(gridOf(id));
+}
+
+void WindowForm::setDecimals(BarId id) {
+    const int command = commandsOf(id).decimals;
+    bar(id).toggle(command);
+    decimalsOf(options_, id) = bar(id).isChecked(command) ? 1 : 0;
+    showSizes(id);
+}
+
+// Column 0 is the name and always shows.
+void WindowForm::toggleListColumn(BarId id, int command) {
+    if (id != BarId::kFiles && id != BarId::kTop && id != BarId::kHardlinks) return;
+    const auto column = static_cast<std::size_t>(command - kFirstColumnCommand + 1);
+    if (column >= grid(gridOf(id)).columns().size()) return;
+    bar(id).toggle(command);
+    grid(gridOf(id)).changeColumn(column).visible = bar(id).isChecked(command);
+    resizeListColumns(gridOf(id));
+}
+
+void WindowForm::resizeListColumns(GridId id) {
+    constexpr int kListMargin = 32;
+    for (std::size_t column = 0; column < grid(id).columns().size(); ++column)
+        window_->autosizeColumn(id, column, kListMargin);
+}
+
+void WindowForm::resizeAllColumns() {
+    for (const GridId id : {GridId::kJunctions, GridId::kTop, GridId::kFiles, GridId::kHardlinks})
+        resizeListColumns(id);
+    driveList_.Drives_Resize_Columns(true);
+    reportView_->Report_Resize_Columns(true, false);
+}
+
+// --- fonts
+
+void WindowForm::applyFonts() {
+    for (std::size_t i = 0; i < kGridCount; ++i) {
+        const auto id = static_cast<GridId>(i);
+        window_->setFont(id, {.name = fontNameOf(options_, id), .points = fontSizeOf(options_, id)});
+    }
+}
+
+void WindowForm::setFont(GridId id, const GridFont& font) {
+    fontNameOf(options_, id) = font.name;
+    fontSizeOf(options_, id) = static_cast<float>(font.points);
+    window_->setFont(id, font);
+}
+
+void WindowForm::ChangeFont(GridId id) {
+    const auto font = window_->askFont(window_->font(id));
+    if (!font) return;
+    setFont(id, *font);
+    if (id == GridId::kReport) return reportView_->Report_Resize_Columns(true, false);
+    resizeListColumns(id);
+    if (id == GridId::kDrives) Drives_ResizeTableHeight();
+}
+
+void WindowForm::ChangeFontAll() {
+    const auto font = window_->askFont(window_->font(GridId::kReport));
+    if (!font) return;
+    for (std::size_t i = 0; i < kGridCount; ++i) setFont(static_cast<GridId>(i), *font);
+    resizeAllColumns();
+    Drives_ResizeTableHeight();
+}
+
+void WindowForm::ChangeFontSize(bool larger) {
+    for (std::size_t i = 0; i < kGridCount; ++i) {
+        const auto id = static_cast<GridId>(i);
+        GridFont font = window_->font(id);
+        font.points = std::clamp<double>(font.points + (larger ? 1 : -1), kFontSmallest, kFontLargest);
+        setFont(id, font);
+    }
+    resizeAllColumns();
+    Drives_ResizeTableHeight();
+}
+
+}  // namespace hl

@@ -1,0 +1,288 @@
+// The life of the window, and what happens in it. Sections: making; loading; the first activation; closing;
+// events.
+#include "mainwindow/window_form.h"
+
+#include <algorithm>
+#include <limits>
+#include <utility>
+
+#include "app/command_line.h"
+#include "app/product.h"
+#include "app/setting_keys.h"
+#include "base/text.h"
+#include "mainwindow/bar_options.h"
+#include "mainwindow/view_options.h"
+#include "mainwindow/window_geometry.h"
+#include "robustness/trap.h"
+#include "scan/records.h"
+#include "views/cell_text.h"
+#include "views/drive_combo.h"
+#include "views/file_list.h"
+#include "views/list_columns.h"
+#include "views/report_columns.h"
+#include "views/size_display.h"
+
+namespace hl {
+
+namespace {
+constexpr const char* kModul = "frmMain";
+}  // namespace
+
+// --- making
+
+WindowForm::WindowForm(const FormServices& services, const WindowServices& window)
+    : MainForm(services, false),
+      own_(window),
+      lvwFiles_(kFileCells),
+      lvwDiskinfo_(kDriveCells),
+      panes_({bars_.all(), tvwPL_, options_, state_, services.paths, status_, *this, services.diagnostics}),
+      driveList_({lvwDiskinfo_, tvwPL_, bars_.cbrDrives, window.drives, *this, services.settings, options_,
+                  services.texts, services.facts, services.diagnostics, services.paths, services.numbers}) {
+    const Texts& texts = services.texts;
+    parts_.grids = {&tvwPL_, &lvwDiskinfo_, &lvwFiles_, &lvwTOP_, &lvwHardlinks_, &lvwJunctions_};
+    parts_.gridNames = {"tvwPL", "lvwDiskinfo", "lvwFiles", "lvwTOP", "lvwHardlinks", "lvwJunctions"};
+    parts_.gridTitles = {texts.TL(3641, "Ordnerliste"), texts.TL(3643, "Laufwerksliste"),
+                         texts.TL(3645, "Dateiliste"),  texts.TL(3724, "Größte Dateien"),
+                         texts.TL(3740, "Hardlinks"),   texts.TL(3742, "Junctions")};
+    parts_.bars = bars_.all();
+    parts_.splitters = panes_.all();
+    parts_.cellText = [this](GridId id, std::size_t column, Row row) {
+        return ColumnText(grid(id), column, services_.numbers).of(row);
+    };
+    parts_.yes = texts.TL(9500, "Ja");
+    parts_.no = texts.TL(9501, "Nein");
+    parts_.ok = texts.TL(3610, "OK");
+    parts_.cancel = texts.TL(3609, "Abbrechen");
+    parts_.level = texts.TL(9502, "Ebene");
+    parts_.more = texts.TL(9508, "Weitere Befehle");
+    parts_.clear = texts.TL(9509, "Text löschen");
+    parts_.name = kProductName;
+    parts_.folder = own_.programFolder;
+}
+
+WindowForm::~WindowForm() = default;
+
+// --- loading
+
+void WindowForm::formLoad(Window& window, MessagePump& pump) {
+    window_ = &window;
+    own_.windowThere(&window, &pump);
+    guarded(services_.diagnostics, "Form_Load", kModul, [&] { Form_Load_Window(); });
+}
+
+void WindowForm::Form_Load_Window() {
+    window_->setTitle(std::string(kProductName) + " " + own_.version + " (Portable Edition)");
+    Form_Load();
+    Init_FileList(lvwFiles_, options_, services_.texts);
+    Init_DiskInfo(lvwDiskinfo_, services_.texts);
+    reportView_ = std::make_unique<ReportView>(scan_, options_, bars_.cbrReport, *window_,
+                                               static_cast<ReportHost&>(*this));
+    initAllBars(bars_, {services_.texts, options_, services_.diagnostics});
+    loadToolbars();
+    panes_.ShowFirstList();
+    const IniText settings = services_.settings.read();
+    const WindowPlace place = savedPlace(settings, window_->screen());
+    window_->setGeometry(place.rect);
+    applyFonts();
+    initGrids();
+    panes_.Change_Info_Visibility();
+    panes_.placeSplitters(place.splitter);
+    reportWidthOpen_ = !settings.find(kSectionForm, kKeySplitter.key);
+    reportStart_ = panes_.splitter(SplitterId::kMain).Position();
+    Change_ToolbarIconSize(bars_, services_.diagnostics);
+    Change_Toolbar_IconText(bars_, services_.diagnostics);
+    panes_.hideByOptions();
+    status_.first = services_.texts.TL(3525, "OK.");
+    showStatus();
+}
+
+void WindowForm::loadToolbars() {
+    if (!toolbars_.load(services_.files, joinPath(own_.programFolder, kToolbarStateName, services_.paths)))
+        return;
+    for (CommandBar* each : {&bars_.cbrMain, &bars_.cbrReport, &bars_.cbrDrives, &bars_.cbrFiles,
+                             &bars_.cbrTOP, &bars_.cbrHardlinks, &bars_.cbrJunctions})
+        ExchangeState(toolbars_, *each);
+}
+
+void WindowForm::initGrids() {
+    reportView_->Report_Set_SizeFormat();
+    List_Files_Set_SizeFormat(lvwFiles_, options_, services_.texts);
+    driveList_.Drives_ChangeSizeFormat();
+    List_TOP_Set_SizeFormat(lvwTOP_, options_, services_.texts);
+    List_Hardlinks_Set_SizeFormat(lvwHardlinks_, options_, services_.texts);
+    for (const BarId id : {BarId::kReport, BarId::kFiles, BarId::kTop, BarId::kHardlinks})
+        showSizeMode(bar(id), sizeModeOf(options_, id), decimalsOf(options_, id));
+    resizeAllColumns();
+}
+
+// --- the first activation
+
+void WindowForm::formActivate() {
+    if (std::exchange(FirstActivationDone_, true)) return;
+    guarded(services_.diagnostics, "Form_Activate", kModul, [&] { Form_Activate(); });
+    if (own_.windowShown) own_.windowShown();
+    ready_ = true;
+    readWaiting();
+}
+
+void WindowForm::Form_Activate() {
+    window_->setState(savedState(services_.settings.read()));
+    reportView_->Report_Resize_Columns(false, false);
+    driveList_.Drives_GetAllDrives();
+    for (const GridId id : {GridId::kFiles, GridId::kTop, GridId::kHardlinks, GridId::kJunctions})
+        resizeListColumns(id);
+    Drives_ResizeTableHeight();
+    const std::vector<Drive> drives = own_.drives.drives();
+    options_.ComboText = services_.settings.GetSettings(kSectionOptions, "ComboText");
+    GetAllDrives(cboOrdner_, drives, options_.ComboText, services_.paths);
+    GetAllSavedComboFolders(
+        cboOrdner_, services_.settings, drives, options_.ComboText,
+        [this](const std::string& folder) { return services_.fileSystem.look(folder).isFolder; },
+        services_.paths);
+    sourcesChanged();
+    EnableControls(scan_);
+    setBusyPointer(false);
+    // What was handed over meanwhile comes after.
+    const std::vector<std::string> sources = GetFoldersFromCommand(own_.commandLine);
+    state_.SourceQueue.insert(state_.SourceQueue.begin(), sources.begin(), sources.end());
+}
+
+void WindowForm::runQueue() {
+    // Some may come when the run has read its last source and is not over yet.
+    while (!state_.SourceQueue.empty() && !state_.ScanActive && !unloaded_) {
+        Ordnerliste_Abarbeiten(scan_);
+        sourcesChanged();
+    }
+}
+
+// Sources that were handed over while a command or a dialog was at work wait for its end.
+void WindowForm::readWaiting() {
+    if (!ready_ || commands_ > 0) return;
+    guarded(services_.diagnostics, "Ordnerliste_Abarbeiten", kModul, [&] { runQueue(); });
+}
+
+// --- closing
+
+bool WindowForm::formQueryUnload() {
+    if (state_.ScanActive) {
+        state_.CancelState = kCancelStop;
+        return false;
+    }
+    guarded(services_.diagnostics, "Form_QueryUnload", kModul, [&] { saveState(); });
+    return true;
+}
+
+void WindowForm::saveState() {
+    FensterpositionSpeichern(services_.settings, window_->state(), window_->normalGeometry(),
+                             panes_.splitter(SplitterId::kMain).Position());
+    ToolbarStore store;
+    for (CommandBar* each : bars_.all()) ExchangeState(store, *each);
+    store.save(services_.files, joinPath(own_.programFolder, kToolbarStateName, services_.paths));
+    barsToOptions(bars_, options_);
+    options_.ComboText = cboOrdner_.text;
+    OptionenSpeichernMain(options_, services_.settings);
+    SaveAllComboFolders(cboOrdner_, services_.settings);
+    driveList_.Drives_SaveNetworkFolders();
+}
+
+// The window may have been closed in a pause of something that goes on using it: it is there, unseen, until
+// all of that has ended.
+void WindowForm::formUnload() {
+    unloaded_ = true;
+    state_.CancelState = kCancelStop;
+    ++state_.FileListRun;
+    own_.windowThere(nullptr, nullptr);
+}
+
+// --- events
+
+void WindowForm::formResize() {
+    if (!unloaded_) guarded(services_.diagnostics, "Form_Resize", kModul, [&] { panes_.Form_Resize(); });
+}
+
+void WindowForm::formKeyUp(int key) {
+    if (key == kKeyEscape && state_.CancelState != kCancelStop) state_.CancelState = kCancelEscape;
+}
+
+void WindowForm::editChanged(BarId id, int entry, const std::string& text) {
+    bar(id).setText(entry, text);
+    if (id != BarId::kTop || entry != kTopCountBox) return;
+    constexpr std::int64_t kMost = std::numeric_limits<int>::max();
+    if (const auto count = parseInteger(text); count && *count >= 0)
+        options_.TOPmaxcount = static_cast<int>(std::min(*count, kMost));
+}
+
+void WindowForm::editKeyDown(BarId id, int entry, int key) {
+    constexpr int kSearchOfReport = 29;
+    if (key == kKeyReturn && id == BarId::kReport && entry == kSearchOfReport && !state_.ScanActive)
+        reportView_->Report_StartSearch();
+}
+
+void WindowForm::barResized(BarId id) {
+    if (!unloaded_) guarded(services_.diagnostics, "cbr_Resize", kModul, [&] { panes_.cbrResize(id); });
+}
+
+void WindowForm::comboText(const std::string& text) {
+    cboOrdner_.text = text;
+    cboOrdner_.selectNone();
+}
+
+void WindowForm::comboSelected(int index) {
+    if (index >= 0 && static_cast<std::size_t>(index) < cboOrdner_.items().size())
+        cboOrdner_.select(static_cast<std::size_t>(index));
+}
+
+void WindowForm::comboKeyDown(int key) {
+    if (state_.ScanActive) return;
+    guarded(services_.diagnostics, "cboOrdner_KeyDown", kModul, [&] {
+        if (key == kKeyReturn) cbrMain_Execute(2);
+        if (key == kKeyDelete && cboOrdner_.removeSelected()) sourcesChanged();
+    });
+    readWaiting();
+}
+
+void WindowForm::gridMouseUp(GridId id, Row row, MouseButton button, bool shift, Point at) {
+    if (id == GridId::kReport) return reportView_->tvwPL_MouseUp(row, button, shift, at);
+    if (id != GridId::kDrives || state_.ScanActive || row == kNoRow) return;
+    guarded(services_.diagnostics, "lvwDiskinfo_MouseUp", kModul, [&] { window_->focusGrid(id); });
+}
+
+void WindowForm::gridDoubleClick(GridId id) {
+    if (id == GridId::kReport) reportView_->tvwPL_DblClick();
+}
+
+void WindowForm::gridKeyUp(GridId id, int key) {
+    if (id == GridId::kReport) reportView_->tvwPL_KeyUp(key);
+    if (id == GridId::kDrives && !state_.ScanActive) driveList_.lvwDiskinfo_KeyUp(key);
+}
+
+void WindowForm::gridTitleClick(GridId id, std::size_t column) {
+    if (id == GridId::kReport) reportView_->tvwPL_GridColumnTitleClick(column);
+}
+
+void WindowForm::gridColumnSizing(GridId id) {
+    if (id == GridId::kReport) reportView_->columnSizing();
+}
+
+void WindowForm::gridExpanded(GridId id, Row) {
+    if (id == GridId::kReport) reportView_->expandedByUser();
+}
+
+void WindowForm::handOver(const std::string& commandLine) {
+    guarded(services_.diagnostics, "ISubclass_WindowProc", kModul, [&] {
+        window_->bringToFront();
+        for (std::string& source : GetFoldersFromCommand(commandLine))
+            state_.SourceQueue.push_back(std::move(source));
+    });
+    readWaiting();
+}
+
+// Called in a catch block: what is in flight is told like any other error.
+void WindowForm::windowFault(const char* where) {
+    const auto fault = std::current_exception();
+    guarded(services_.diagnostics, where, kModul, [&] {
+        if (fault) std::rethrow_exception(fault);
+    });
+}
+
+}  // namespace hl

@@ -1,0 +1,190 @@
+// frmMain with its window: its life from loading to the end of the process, its commands, and what a scan
+// shows in it.
+//
+// Three files: window_form.cpp has the life of the window and its events, window_commands.cpp the dispatch of
+// the bars, window_scan.cpp what a scan and the panes ask for. Thread of the logic only.
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+
+#include "mainwindow/bars.h"
+#include "mainwindow/main_form.h"
+#include "mainwindow/panes.h"
+#include "mainwindow/toolbar_state.h"
+#include "platform/drives.h"
+#include "platform/folder_verb.h"
+#include "platform/window.h"
+#include "views/drive_list.h"
+#include "views/report_view.h"
+
+namespace hl {
+
+/// What a window needs beside FormServices. All of it outlives the form.
+struct WindowServices {
+    Drives& drives;
+    FolderVerb& verb;
+    std::string executable;     ///< The whole path.
+    std::string programFolder;  ///< Settings, log and Toolbar.dat.
+    std::string commandLine;
+    std::string version;  ///< "0.1"
+    bool german = false;
+    /// The window exists from here on, or no longer.
+    std::function<void(Window*, MessagePump*)> windowThere;
+    /// The user sees it: what was to be told while it loaded can be told now.
+    std::function<void()> windowShown = {};
+};
+
+class WindowForm final : public MainForm,
+                         public WindowEvents,
+                         private ReportHost,
+                         private PaneHost,
+                         private DriveListHost,
+                         private SaveDialog {
+  public:
+    WindowForm(const FormServices& services, const WindowServices& window);
+    ~WindowForm() override;
+
+    /// What the window shows, for the start of the module.
+    WindowParts& parts() { return parts_; }
+    bool restartPending() const { return RestartPending_; }
+    /// The window was closed; whoever hands sources over now would lose them.
+    bool unloaded() const { return unloaded_; }
+    void takeDriveAnswers() { driveList_.takeAnswers(); }
+
+    // WindowEvents
+    void formLoad(Window& window, MessagePump& pump) override;
+    void formActivate() override;
+    bool formQueryUnload() override;
+    void formUnload() override;
+    void formResize() override;
+    void formKeyUp(int key) override;
+    void execute(BarId bar, int id) override;
+    void editChanged(BarId bar, int id, const std::string& text) override;
+    void editKeyDown(BarId bar, int id, int key) override;
+    void barResized(BarId bar) override;
+    void comboText(const std::string& text) override;
+    void comboSelected(int index) override;
+    void comboKeyDown(int key) override;
+    void gridMouseUp(GridId grid, Row row, MouseButton button, bool shift, Point at) override;
+    void gridDoubleClick(GridId grid) override;
+    void gridKeyUp(GridId grid, int key) override;
+    void gridTitleClick(GridId grid, std::size_t column) override;
+    void gridColumnSizing(GridId grid) override;
+    void gridExpanded(GridId grid, Row row) override;
+    void handOver(const std::string& commandLine) override;
+    void windowFault(const char* where) override;
+
+  private:
+    // --- life
+    void Form_Load_Window();
+    void Form_Activate();
+    void initGrids();
+    void saveState();
+    void loadToolbars();
+
+    // --- commands
+    void cbrMain_Execute(int id);
+    void cbrReport_Execute(int id);
+    void cbrDrives_Execute(int id);
+    void setOption(int id);
+    void ShowOptionen();
+    void Show_Log();
+    void showAbout();
+    void StartURL(std::string url);
+    void Report_SaveToFile();
+    void AddNewSearchPathBrowse();
+    void ChangeLanguage(int language);
+    void applyFonts();
+    void setFont(GridId grid, const GridFont& font);
+    void ChangeFont(GridId grid);
+    void ChangeFontAll();
+    void ChangeFontSize(bool larger);
+    void fullView(BarId bar);
+    bool viewCommand(BarId bar, int command);
+    void showSizes(BarId bar);
+    void setDecimals(BarId bar);
+    void toggleListColumn(BarId bar, int id);
+    void resizeAllColumns();
+    void resizeListColumns(GridId grid);
+    void runQueue();
+    void readWaiting();
+    void fitReportPane();
+    void sourcesChanged();
+    void showStatus() { window_->setStatus(status_); }
+
+    // --- ScanHost
+    void setBusyPointer(bool busy) override;
+    void lockControls(bool noStop) override;
+    void unlockControls() override;
+    void statusOfRun() override;
+    void statusAfterRun(const std::string& text) override;
+    void folderEntered(std::string_view path) override;
+    void firstLevelFolderDone() override;
+    void sourceMissing(const std::string&) override {}
+    void notRead(std::string_view, const std::string&) override {}
+    void topListTitle(const std::string& title) override;
+    void listsFilled() override;
+    void reportResizeColumns() override;
+    void selectDriveOf(Row row) override;
+    void refreshDriveOf(Row row) override;
+    void showFilesOf(const std::string& folder) override;
+    void clearStatus() override;
+
+    // --- ReportHost
+    void setReportWidth(int pixels) override;
+    void setFirstPanel(const std::string& text) override;
+    void openRowsMenu(Point at) override;
+    void Report_ShellContextMenu(const std::string&, Point) override {}
+
+    // --- PaneHost
+    int barHeight(BarId bar) override { return window_->barHeight(bar); }
+    int gridWidth(GridId grid) override { return window_->gridWidth(grid); }
+    int formWidth() override { return window_->clientArea().width; }
+    void refresh(GridId grid) override { window_->refresh(grid); }
+    void SetFileIcons(GridId) override {}
+    void ShowFileStat(GridId) override {}
+    void List_Files_ScanFolder(const std::string& folder) override { showFilesOf(folder); }
+    void Drives_ResizeTableHeight() override;
+    void Drives_Resize_Columns(bool withRedraw) override { driveList_.Drives_Resize_Columns(withRedraw); }
+    void Preview_Reset_View() override {}
+    void Preview_ShowFile() override {}
+    void statusChanged() override { showStatus(); }
+
+    // --- SaveDialog
+    std::string askSavePath(const SaveQuestion& question) override;
+
+    // --- DriveListHost
+    void autosizeDriveColumn(std::size_t column, int margin) override;
+    std::string askText(const std::string& prompt, const std::string& preset) override;
+    void readSources(const std::vector<std::string>& sources) override;
+
+    CommandBar& bar(BarId id) { return bars_.of(id); }
+    Grid& grid(GridId id) { return *parts_.grids[static_cast<std::size_t>(id)]; }
+
+    WindowServices own_;
+    Window* window_ = nullptr;
+    Bars bars_;
+    Grid lvwFiles_;
+    Grid lvwDiskinfo_;
+    StatusPanels status_;
+    Panes panes_;
+    DriveList driveList_;
+    ToolbarStore toolbars_;
+    std::unique_ptr<ReportView> reportView_;
+    WindowParts parts_;
+    /// Nobody has chosen the width of the report: it starts narrower than its columns.
+    bool reportWidthOpen_ = false;
+    int reportStart_ = 0;             ///< The width that nobody has chosen.
+    bool sourceUnseen_ = false;       ///< The row of the first source of a run was not shown yet.
+    std::uint64_t shownFolders_ = 0;  ///< Notices of a run to the report.
+    bool FirstActivationDone_ = false;
+    bool ready_ = false;     ///< The first activation is over: sources may be read.
+    bool unloaded_ = false;  ///< What is on the stack then still ends; nothing new begins.
+    int commands_ = 0;       ///< Commands on the stack, each perhaps with a dialog of its own.
+    bool RestartPending_ = false;
+    std::uint64_t lastStatusTick_ = 0;
+};
+
+}  // namespace hl

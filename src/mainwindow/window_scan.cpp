@@ -1,0 +1,178 @@
+// What a scan, the panes and the drive list ask of the window around them.
+#include <algorithm>
+#include <bit>
+#include <utility>
+
+#include "base/text.h"
+#include "mainwindow/window_form.h"
+#include "robustness/trap.h"
+#include "scan/rollup.h"
+#include "views/file_list.h"
+
+namespace hl {
+
+namespace {
+constexpr int kStop = 3;
+constexpr std::uint64_t kStatusInterval = 100;  // Milliseconds between two changes of the running path.
+}  // namespace
+
+// --- the frame of a run
+
+void WindowForm::setBusyPointer(bool busy) {
+    window_->setBusyPointer(busy);
+}
+
+// The bar of the largest files stays: how many are wanted may be changed during a run.
+void WindowForm::lockControls(bool noStop) {
+    for (Grid* each : parts_.grids) each->setEnabled(false);
+    for (const BarId id :
+         {BarId::kMain, BarId::kReport, BarId::kDrives, BarId::kFiles, BarId::kHardlinks, BarId::kJunctions})
+        bar(id).setAllEnabled(false);
+    bars_.cbrMain.setEnabled(kStop, !noStop);
+}
+
+void WindowForm::unlockControls() {
+    for (Grid* each : parts_.grids) {
+        each->setRedraw(true);
+        each->setEnabled(true);
+    }
+    for (const BarId id :
+         {BarId::kMain, BarId::kReport, BarId::kDrives, BarId::kFiles, BarId::kHardlinks, BarId::kJunctions})
+        bar(id).setAllEnabled(true);
+    bars_.cbrMain.setEnabled(kStop, false);
+}
+
+// From here on rows come by the thousand: the window hears of them when a folder of the first level is done.
+void WindowForm::statusOfRun() {
+    for (Grid* each : {&tvwPL_, &lvwTOP_, &lvwHardlinks_, &lvwJunctions_}) each->setRedraw(false);
+    sourceUnseen_ = true;
+    shownFolders_ = 0;
+    status_.secondVisible = false;
+    status_.firstTakesAll = true;
+    showStatus();
+}
+
+void WindowForm::statusAfterRun(const std::string& text) {
+    status_.secondVisible = true;
+    status_.firstTakesAll = false;
+    status_.firstWidth = window_->gridWidth(GridId::kReport);
+    setFirstPanel(text);
+}
+
+void WindowForm::folderEntered(std::string_view path) {
+    if (std::exchange(sourceUnseen_, false)) firstLevelFolderDone();
+    const std::uint64_t tick = services_.pump.GetTickCount();
+    if (tick < lastStatusTick_ + kStatusInterval) return;
+    lastStatusTick_ = tick;
+    setFirstPanel(std::string(path) + "*.*");
+}
+
+// Fitting costs about a millisecond: as often as their number doubles, the columns follow the rows.
+void WindowForm::firstLevelFolderDone() {
+    tvwPL_.setRedraw(true);
+    tvwPL_.setRedraw(false);
+    if (!std::has_single_bit(++shownFolders_)) return;
+    reportView_->Report_Resize_Columns(false, false);
+    fitReportPane();
+}
+
+// --- neighbours
+
+void WindowForm::topListTitle(const std::string& title) {
+    bars_.cbrTOP.setCaption(0, title);
+}
+
+void WindowForm::listsFilled() {
+    for (const GridId id : {GridId::kFiles, GridId::kTop, GridId::kHardlinks, GridId::kJunctions})
+        resizeListColumns(id);
+}
+
+void WindowForm::reportResizeColumns() {
+    reportView_->Report_Resize_Columns(false, false);
+    fitReportPane();
+    if (tvwPL_.rowCount() > 0) reportWidthOpen_ = false;
+}
+
+// The first report of a user who has no layout of his own yet shows its columns, as far as the other panes
+// keep their share, until he moves the bar.
+void WindowForm::fitReportPane() {
+    constexpr int kLargestShare = 55;  // Percent of the window.
+    cSplitter& main = panes_.splitter(SplitterId::kMain);
+    reportWidthOpen_ = reportWidthOpen_ && main.Position() == reportStart_;
+    if (!reportWidthOpen_ || tvwPL_.rowCount() == 0 || !main.Control2Visible()) return;
+    reportView_->Report_Resize_Width();
+    const int most = std::max(reportStart_, formWidth() * kLargestShare / 100);
+    if (main.Position() > most) main.setPosition(most);
+    reportStart_ = main.Position();
+}
+
+void WindowForm::selectDriveOf(Row row) {
+    driveList_.Drives_SelectDrive(row);
+}
+
+void WindowForm::refreshDriveOf(Row row) {
+    driveList_.Drives_RefreshDrive(row);
+}
+
+void WindowForm::showFilesOf(const std::string& folder) {
+    if (folder.empty() || options_.FilelistVisible == 0) {
+        ++state_.FileListRun;
+        lvwFiles_.clear();
+        state_.currentFolder.clear();
+        return;
+    }
+    if (folder == state_.currentFolder) return;
+    state_.currentFolder = folder;
+    List_Files_ScanFolderR(scan_, lvwFiles_, folder);
+    resizeListColumns(GridId::kFiles);
+}
+
+void WindowForm::clearStatus() {
+    setFirstPanel("");
+}
+
+// --- the report, the panes and the drives
+
+void WindowForm::setReportWidth(int pixels) {
+    panes_.splitter(SplitterId::kMain).setPosition(pixels);
+}
+
+void WindowForm::setFirstPanel(const std::string& text) {
+    status_.first = visible(text);
+    showStatus();
+}
+
+void WindowForm::openRowsMenu(Point at) {
+    window_->showPopup(BarId::kMain, kPopupSelectedFolders, at);
+}
+
+void WindowForm::Drives_ResizeTableHeight() {
+    if (lvwDiskinfo_.rowCount() == 0) return;
+    constexpr int kBelowRows = 5;
+    panes_.splitter(SplitterId::kInfo)
+        .setPosition(panes_.splitter(SplitterId::kDrives).Position() +
+                     window_->heightOfRows(GridId::kDrives) + kBelowRows);
+}
+
+void WindowForm::autosizeDriveColumn(std::size_t column, int margin) {
+    window_->autosizeColumn(GridId::kDrives, column, margin);
+}
+
+std::string WindowForm::askText(const std::string& prompt, const std::string& preset) {
+    return window_->askText(prompt, preset);
+}
+
+void WindowForm::readSources(const std::vector<std::string>& sources) {
+    for (const std::string& source : sources) state_.SourceQueue.push_back(source);
+    runQueue();
+}
+
+void WindowForm::sourcesChanged() {
+    std::vector<ComboItem> items;
+    items.reserve(cboOrdner_.items().size());
+    for (const SourceItem& item : cboOrdner_.items()) items.push_back({visible(item.text), item.image});
+    const auto selected = cboOrdner_.selectedIndex();
+    window_->setSources(items, visible(cboOrdner_.text), selected ? static_cast<int>(*selected) : -1);
+}
+
+}  // namespace hl

@@ -1,0 +1,125 @@
+#include "mainwindow/error_form.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "support/test_texts.h"
+#include "support/whole_files.h"
+
+namespace hl {
+namespace {
+
+/// Writes down what it is asked. With `broken`, a desktop that fails at everything but messages.
+struct FakeDesk : ErrorDesk {
+    bool broken = false;
+    std::vector<std::string> asked;
+    std::function<void(Form&)> user;
+    void copyText(const std::string& text) override { add("copy " + text); }
+    void openUrl(const std::string& url) override { add(url); }
+    void inform(MessageKind, const std::string& title, const std::string& text) override {
+        asked.push_back(title + "|" + text);
+    }
+    void showForm(Form& form) override { user(form); }
+
+  private:
+    void add(const std::string& what) {
+        if (broken) throw std::runtime_error("no clipboard");
+        asked.push_back(what);
+    }
+};
+
+class ErrorFormTest : public testing::Test {
+  protected:
+    test::TestTexts texts;
+    FakeDesk desk;
+    int ended = 0;
+    ErrorFormServices services{texts.texts, texts.files,      texts.system, desk,
+                               kPosixPaths, texts.dir.path(), "1.2",        [this] { ++ended; }};
+    ErrorForm frmFehler{services, "the\r\nreport"};
+
+    static const FormItem& button(const Form& form, const CommandButton& control) {
+        return *std::ranges::find_if(form.buttons, [&](const FormItem& item) {
+            return std::get<CommandButton*>(item.control) == &control;
+        });
+    }
+};
+
+TEST_F(ErrorFormTest, GoingOnAndQuittingCopyTheReportFirstAlsoWhereThatFails) {
+    for (const bool broken : {false, true}) {
+        for (const bool quits : {false, true}) {
+            ErrorForm form(services, "text");
+            desk.broken = broken;
+            desk.asked.clear();
+            ended = 0;
+            quits ? form.cmdBeenden_Click() : form.cmdWeiter_Click();
+            EXPECT_EQ(desk.asked.size(), broken ? 0U : 1U);
+            EXPECT_EQ(ended, quits ? 1 : 0);
+            EXPECT_FALSE(form.loaded);
+        }
+    }
+}
+
+TEST_F(ErrorFormTest, EachSaveMakesAFileOfItsOwnAndSaysWhich) {
+    test::writeFile(texts.dir.path() + "/ERR0002.txt", "older");
+    for (const char* name : {"/ERR0001.txt", "/ERR0003.txt"}) {
+        frmFehler.cmdSpeichern_Click();
+        EXPECT_EQ(desk.asked.back(), "|" + texts.dir.path() + name);
+        EXPECT_EQ(test::contentOf(texts.dir.path() + name), "the\r\nreport\r\n");
+    }
+    EXPECT_EQ(test::contentOf(texts.dir.path() + "/ERR0002.txt"), "older");
+    services.dataFolder = "/proc/no/folder";
+    ErrorForm homeless(services, "text");
+    homeless.cmdSpeichern_Click();
+    EXPECT_TRUE(
+        desk.asked.back().starts_with("|Der Fehlerreport wurde nicht gespeichert: /proc/no/folder/ERR"));
+    EXPECT_TRUE(frmFehler.loaded && homeless.loaded);
+}
+
+TEST_F(ErrorFormTest, AMailCarriesTheHintAndTheClipboardTheReport) {
+    frmFehler.cmdEmail_Click();
+    ASSERT_EQ(desk.asked.size(), 3U);
+    EXPECT_EQ(desk.asked[0], "copy the\r\nreport");
+    EXPECT_TRUE(
+        desk.asked[1].starts_with("mailto:reports@harborlantern.example.org?subject=Bugreport_Harborlantern_"
+                                  "1.2&body=%2A%2A%2A%20Bitte"));
+    EXPECT_TRUE(desk.asked[2].starts_with("WICHTIGER HINWEIS|Bitte die"));
+    desk.broken = true;
+    frmFehler.cmdEmail_Click();
+    EXPECT_EQ(desk.asked.size(), 4U) << "the hint is shown in any case";
+    EXPECT_TRUE(frmFehler.loaded);
+}
+
+TEST_F(ErrorFormTest, EachButtonTellsWhatItDoes) {
+    const Form form = frmFehler.form();
+    const std::pair<const CommandButton*, const char*> cases[] = {{&frmFehler.cmdDrucken, "ausdrucken"},
+                                                                  {&frmFehler.cmdEmail, "Emailprogramm"},
+                                                                  {&frmFehler.cmdWeiter, "Fortsetzen"},
+                                                                  {&frmFehler.cmdBeenden, "beendet"},
+                                                                  {&frmFehler.cmdSpeichern, "in eine Datei"}};
+    ASSERT_EQ(form.buttons.size(), std::size(cases));
+    for (const auto& [control, word] : cases) {
+        button(form, *control).hovered();
+        EXPECT_NE(frmFehler.txtHelp.text.find(word), std::string::npos) << frmFehler.txtHelp.text;
+    }
+}
+
+TEST_F(ErrorFormTest, AReportThatComesWhileOneIsShownTakesItsPlace) {
+    ErrorReports reports(services);
+    int shown = 0, redrawn = 0;
+    desk.user = [&](Form& form) {
+        ++shown;
+        form.redraw = [&] { ++redrawn; };
+        if (shown == 1) reports.show("second");
+        form.buttons.front().changed();
+    };
+    reports.show("first");
+    EXPECT_EQ(shown, 1);
+    EXPECT_EQ(redrawn, 1);
+    EXPECT_EQ(desk.asked, std::vector<std::string>{"copy second"});
+    reports.show("third");
+    EXPECT_EQ(shown, 2) << "the next one has a form of its own again";
+}
+
+}  // namespace
+}  // namespace hl

@@ -1,0 +1,319 @@
+#include "mainwindow/panes.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <map>
+#include <memory>
+#include <set>
+#include <stdexcept>
+#include <vector>
+
+#include "robustness/fakes.h"
+#include "scan/records.h"
+
+namespace hl {
+namespace {
+
+constexpr int kPanels[] = {21, 33, 306, 307, 308, 309};
+using Checked = std::set<int>;
+
+void addEntry(CommandBar& bar, int id) {
+    BarEntry entry;
+    entry.id = id;
+    bar.add(entry);
+}
+
+// The form around the panes, and a window that lays them out whenever they change.
+class Panel : public testing::Test, protected PaneHost {
+  protected:
+    Panel() {
+        for (std::size_t i = 0; i < kBarCount; ++i) {
+            own[i] = std::make_unique<CommandBar>(static_cast<BarId>(i), "");
+            barHeights[static_cast<BarId>(i)] = 20 + static_cast<int>(i);
+        }
+        for (const int id : kPanels) addEntry(*own[0], id);
+        for (const BarId list : {BarId::kFiles, BarId::kTop, BarId::kHardlinks, BarId::kJunctions})
+            for (const int id : {318, 319, 322, 323}) addEntry(bar(list), id);
+        std::ranges::transform(own, bars.begin(), [](const auto& one) { return one.get(); });
+        panes = std::make_unique<Panes>(
+            PaneParts{bars, tvwPL, options, state, kPosixPaths, status, *this, diagnostics});
+        for (cSplitter* one : panes->all()) one->changed = [this] { layOut(); };
+    }
+    ~Panel() override { EXPECT_TRUE(sink.shown.empty()) << sink.shown.front(); }
+
+    void show(int width, int height) {
+        form = {0, 0, width, height};
+        layOut();
+    }
+    /// `hidden` panes keep no rectangle.
+    void layOut() {
+        if (form.width == 0) return;
+        rects.clear();
+        place({PaneRef::Kind::kSplitter, 0}, form);
+    }
+    void place(PaneRef pane, Rect rect) {
+        if (pane.kind != PaneRef::Kind::kSplitter) {
+            rects[{pane.kind, pane.number}] = rect;
+            return;
+        }
+        cSplitter& one = panes->splitter(static_cast<SplitterId>(pane.number));
+        const bool beside = one.orientation() == Orientation::kSideBySide;
+        one.setTotal(beside ? rect.width : rect.height);
+        const auto part = [&](const cSplitter::Span& span) {
+            return beside ? Rect{rect.left + span.start, rect.top, span.size, rect.height}
+                          : Rect{rect.left, rect.top + span.start, rect.width, span.size};
+        };
+        const cSplitter::Layout layout = one.layout();
+        if (layout.first.visible) place(one.Control1(), part(layout.first));
+        if (layout.second.visible) place(one.Control2(), part(layout.second));
+    }
+
+    Rect of(PaneRef::Kind kind, int number) const {
+        const auto found = rects.find({kind, number});
+        return found == rects.end() ? Rect{} : found->second;
+    }
+    Rect of(GridId grid) const { return of(PaneRef::Kind::kGrid, static_cast<int>(grid)); }
+    Rect of(BarId one) const { return of(PaneRef::Kind::kBar, static_cast<int>(one)); }
+    bool previewShows() const { return of(PaneRef::Kind::kPreview, 0).width > 0; }
+
+    CommandBar& bar(BarId id) { return *own[static_cast<std::size_t>(id)]; }
+    cSplitter& splitter(SplitterId id) { return panes->splitter(id); }
+    void check(const Checked& on) {
+        for (const int id : kPanels) own[0]->setChecked(id, on.contains(id));
+    }
+    Checked checked() const {
+        Checked on;
+        for (const int id : kPanels)
+            if (own[0]->isChecked(id)) on.insert(id);
+        return on;
+    }
+    void change(const Checked& on) {
+        check(on);
+        asked.clear();
+        panes->Change_Info_Visibility();
+    }
+    std::ptrdiff_t times(const std::string& what) const { return std::ranges::count(asked, what); }
+
+    // PaneHost
+    int barHeight(BarId id) override {
+        if (inBarHeight) inBarHeight(id);
+        return barHeights[id];
+    }
+    int gridWidth(GridId grid) override { return of(grid).width; }
+    int formWidth() override { return form.width; }
+    void refresh(GridId grid) override { note("refresh", grid); }
+    void SetFileIcons(GridId list) override { note("icons", list); }
+    void ShowFileStat(GridId list) override { note("stat", list); }
+    void List_Files_ScanFolder(const std::string& folder) override { asked.push_back(folder); }
+    void Drives_ResizeTableHeight() override { splitter(SplitterId::kInfo).setPosition(130); }
+    void Drives_Resize_Columns(bool) override { asked.push_back("drive columns"); }
+    void Preview_Reset_View() override { asked.push_back("preview reset"); }
+    void Preview_ShowFile() override { asked.push_back("preview"); }
+    void statusChanged() override {}
+    void note(const char* what, GridId grid) {
+        asked.push_back(what + std::to_string(static_cast<int>(grid)));
+    }
+
+    AppFacts app;
+    test::FakeSystemFacts system;
+    test::FakeErrorSink sink;
+    Diagnostics diagnostics{app, system, sink};
+    std::array<std::unique_ptr<CommandBar>, kBarCount> own;
+    std::array<CommandBar*, kBarCount> bars{};
+    std::map<BarId, int> barHeights;
+    std::function<void(BarId)> inBarHeight;
+    Grid tvwPL{kFolderCells};
+    Options options;
+    ScanState state;
+    StatusPanels status;
+    std::vector<std::string> asked;
+    Rect form;
+    std::map<std::pair<PaneRef::Kind, int>, Rect> rects;
+    std::unique_ptr<Panes> panes;
+};
+
+TEST_F(Panel, ClickKeepsTheLastOneAndOneListAtMost) {
+    const struct {
+        Checked before;
+        int click;
+        Checked after;
+    } cases[] = {
+        {{21}, 21, {21}},
+        {{33}, 33, {33}},
+        {{33, 306}, 306, {33}},
+        {{33, 306}, 33, {306}},
+        {{306}, 309, {309}},
+        {{21, 33, 308}, 307, {21, 33, 307}},
+        {{306, 307, 309}, 308, {308}},
+        {{21, 33, 306}, 21, {33, 306}},
+        {{33, 306, 307}, 307, {33, 306}},
+        {{33, 306}, 27, {33, 306}},  // No panel's entry.
+    };
+    show(800, 500);
+    for (const auto& c : cases) {
+        change(c.before);
+        panes->PanelToggle(c.click);
+        EXPECT_EQ(checked(), c.after) << c.click;
+        const bool listFlipped = c.click > 33 && c.after != c.before;
+        EXPECT_EQ(times("preview"), listFlipped ? 1 : 0) << c.click;
+    }
+}
+
+TEST_F(Panel, SetShowsWhatIsCheckedAndTheOptionsSayIt) {
+    constexpr GridId kGrids[] = {GridId::kReport, GridId::kDrives,    GridId::kFiles,
+                                 GridId::kTop,    GridId::kHardlinks, GridId::kJunctions};
+    using Shown = std::set<GridId>;
+    const struct {
+        Checked on;
+        Shown shown;
+    } cases[] = {
+        {{33, 21, 306}, {GridId::kReport, GridId::kDrives, GridId::kFiles}},
+        {{33}, {GridId::kReport}},
+        {{33, 309}, {GridId::kReport, GridId::kJunctions}},
+        {{21}, {GridId::kDrives}},
+        {{308}, {GridId::kHardlinks}},
+        {{21, 307, 308, 309}, {GridId::kDrives, GridId::kTop}},
+        {{}, {GridId::kReport}},
+    };
+    show(800, 500);
+    for (const auto& c : cases) {
+        change(c.on);
+        Shown shown;
+        for (const GridId grid : kGrids)
+            if (of(grid).height > 0) shown.insert(grid);
+        EXPECT_EQ(shown, c.shown);
+        EXPECT_EQ(options.DiskinfoVisible, shown.contains(GridId::kDrives));
+        EXPECT_EQ(options.FilelistVisible, shown.contains(GridId::kFiles));
+        EXPECT_EQ(options.ToplistVisible, shown.contains(GridId::kTop));
+        EXPECT_EQ(options.HardlinksVisible, shown.contains(GridId::kHardlinks));
+        EXPECT_EQ(options.JunctionsVisible, shown.contains(GridId::kJunctions));
+        if (!c.on.empty()) {
+            EXPECT_EQ(status.firstTakesAll, !c.on.contains(33));
+        }
+        asked.clear();
+        panes->Form_Resize();
+        EXPECT_TRUE(asked.empty()) << "no long operation runs";
+        state.ScanActive = true;
+        panes->Form_Resize();
+        state.ScanActive = false;
+        shown.insert(GridId::kReport);
+        EXPECT_EQ(asked.size(), shown.size()) << "what shows is painted, and the report";
+    }
+}
+
+TEST_F(Panel, ListFollowsTheEntriesOfItsOwnBar) {
+    show(800, 500);
+    for (const BarId one : {BarId::kFiles, BarId::kHardlinks, BarId::kJunctions})
+        for (const int id : {318, 319}) bar(one).setChecked(id, true);
+    const cSplitter& both = splitter(SplitterId::kFilesAndPreview);
+    change({306});
+    EXPECT_TRUE(previewShows());
+    EXPECT_EQ(both.orientation(), Orientation::kSideBySide);
+    EXPECT_EQ(times("stat2") * times("refresh2"), 1);
+    EXPECT_GE(times("icons2"), 1);
+    change({308});  // Whose 318 and 319 are columns.
+    EXPECT_FALSE(previewShows());
+    EXPECT_EQ(both.orientation(), Orientation::kStacked);
+    change({309});
+    EXPECT_FALSE(previewShows());
+}
+
+TEST_F(Panel, OfFilesReadsTheFolderOfTheFirstSelectedRowOnceOnly) {
+    show(800, 500);
+    const Row root = tvwPL.addRow(kNoRow, "/srv"), folder = tvwPL.addRow(root, "a");
+    const Row files = tvwPL.addRow(folder, "[Files]"), last = tvwPL.addRow(root, "b");
+    for (const Row row : {root, folder, last}) tvwPL.setNumber(row, kIsFolder, 1);
+    change({33, 306});
+    EXPECT_EQ(times("/srv/"), 0) << "nothing is selected";
+    for (const Row row : {last, files}) tvwPL.setSelected(row, true);
+    change({33, 307});
+    EXPECT_EQ(times("/srv/a/"), 0) << "another list shows";
+    change({33, 306});
+    EXPECT_EQ(times("/srv/a/"), 1);
+    state.currentFolder = "/srv/a/";
+    change({33, 306});
+    EXPECT_EQ(times("/srv/a/"), 0);
+}
+
+TEST_F(Panel, IsAsMuchShorterAsItsBarIsHigher) {
+    show(800, 500);
+    change({33, 21, 306});
+    for (const auto& [grid, one] : {std::pair{GridId::kReport, BarId::kReport},
+                                    {GridId::kDrives, BarId::kDrives},
+                                    {GridId::kFiles, BarId::kFiles}}) {
+        const int before = of(grid).height;
+        EXPECT_EQ(of(one).height, barHeights[one]) << "whatever the bars of hidden lists are";
+        for (const int more : {30, -30}) {
+            barHeights[one] += more;
+            panes->cbrResize(one);
+            EXPECT_EQ(of(one).height, barHeights[one]);
+        }
+        EXPECT_EQ(of(grid).height, before);
+    }
+}
+
+TEST_F(Panel, BarThatResizesWhileItIsMeasuredIsMeasuredOnce) {
+    show(800, 500);
+    int measured = 0;
+    inBarHeight = [&](BarId id) {
+        ++measured;
+        panes->cbrResize(id);
+    };
+    panes->cbrResize(BarId::kReport);
+    panes->cbrResize(BarId::kReport);
+    EXPECT_EQ(measured, 2);
+    inBarHeight = [](BarId) { throw std::runtime_error("no bar"); };
+    panes->cbrResize(BarId::kReport);
+    EXPECT_EQ(sink.shown.size(), 1U);
+    EXPECT_NE(sink.shown.at(0).find("cbrReport_Resize"), std::string::npos);
+    sink.shown.clear();
+    inBarHeight = nullptr;
+    barHeights[BarId::kReport] = 77;
+    panes->cbrResize(BarId::kReport);
+    EXPECT_EQ(of(BarId::kReport).height, 77);
+}
+
+TEST_F(Panel, TooNarrowClipsItsBar) {
+    show(800, 500);
+    change({33, 306});
+    const struct {
+        int report;
+        bool clipsReport, clipsFiles;
+    } cases[] = {{133, true, false}, {134, false, false}, {566, false, false}, {567, false, true}};
+    for (const auto& c : cases) {
+        splitter(SplitterId::kMain).setPosition(c.report);
+        EXPECT_EQ(bar(BarId::kReport).clips(), c.clipsReport) << c.report;
+        EXPECT_EQ(bar(BarId::kFiles).clips(), c.clipsFiles) << c.report;
+        EXPECT_EQ(status.firstWidth, c.report);
+    }
+}
+
+TEST_F(Panel, BesideTheReportStaysInSightInANarrowWindow) {
+    show(800, 500);
+    splitter(SplitterId::kMain).setPosition(600);
+    change({33, 21});
+    show(480, 500);
+    EXPECT_EQ(of(GridId::kDrives).width, 100);
+    EXPECT_EQ(of(GridId::kDrives).left + of(GridId::kDrives).width, 480);
+    EXPECT_TRUE(bar(BarId::kDrives).clips());
+    show(90, 500);
+    EXPECT_GT(of(GridId::kReport).width, 0) << "there is room for one pane only";
+}
+
+TEST_F(Panel, StartsWhereItWasLeft) {
+    options.ToplistVisible = options.JunctionsVisible = 1;
+    panes->ShowFirstList();
+    panes->placeSplitters(245);
+    panes->hideByOptions();
+    show(800, 500);
+    EXPECT_EQ(of(GridId::kReport).width, 245);
+    EXPECT_EQ(of(GridId::kDrives).height, 0);
+    EXPECT_EQ(of(GridId::kTop).height, 500 - barHeights[BarId::kTop] - 1);
+    EXPECT_EQ(splitter(SplitterId::kFilesAndPreview).Position(), 500 / 2 - 11);
+    show(800, 900);
+    EXPECT_EQ(splitter(SplitterId::kFilesAndPreview).Position(), 500 / 2 - 11) << "halved once";
+}
+
+}  // namespace
+}  // namespace hl

@@ -1,0 +1,144 @@
+#include "mainwindow/toolbar_state.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "base/text.h"
+#include "mainwindow/bars.h"
+#include "support/test_texts.h"
+#include "support/whole_files.h"
+
+namespace hl {
+namespace {
+
+class ToolbarStateTest : public testing::Test {
+  protected:
+    void build(Bars& built) { initAllBars(built, {texts.texts, Options{}, texts.diagnostics}); }
+
+    void save(Bars& from) {
+        ToolbarStore store;
+        for (CommandBar* bar : from.all()) ExchangeState(store, *bar);
+        EXPECT_EQ(store.save(texts.files, path), 0);
+    }
+
+    // As at the start of the program.
+    bool load(Bars& into) {
+        build(into);
+        ToolbarStore store;
+        if (!store.load(texts.files, path)) return false;
+        for (CommandBar* bar : into.all()) ExchangeState(store, *bar);
+        return true;
+    }
+
+    static bool asBuilt(const Bars& bars) {
+        for (const CommandBar* bar : bars.all())
+            if (bar->place() != BarPlace{}) return false;
+        return bars.cbrMain.find(18)->visible && bars.cbrReport.find(102)->visible;
+    }
+
+    std::string arranged() {
+        Bars bars;
+        build(bars);
+        bars.cbrMain.setPlace({BarEdge::kBottom, 3, true});
+        bars.cbrDrives.setPlace({BarEdge::kTop, 1, false});
+        bars.cbrMain.setVisible(18, false);
+        bars.cbrReport.setVisible(102, false);
+        bars.cbrMain.setVisible(101, false);
+        save(bars);
+        return test::contentOf(path);
+    }
+
+    void expectAsBuiltFrom(const std::string& content, const std::string& what) {
+        test::writeFile(path, content);
+        Bars bars;
+        EXPECT_FALSE(load(bars)) << what;
+        EXPECT_TRUE(asBuilt(bars)) << what;
+    }
+
+    test::TestTexts texts;
+    std::string path = texts.dir.path() + "/Toolbar.dat";
+};
+
+TEST_F(ToolbarStateTest, PlacesAndHiddenEntriesSurviveARestart) {
+    arranged();
+    Bars bars;
+    ASSERT_TRUE(load(bars));
+    EXPECT_EQ(bars.cbrMain.place(), (BarPlace{BarEdge::kBottom, 3, true}));
+    EXPECT_EQ(bars.cbrDrives.place(), (BarPlace{BarEdge::kTop, 1, false}));
+    EXPECT_EQ(bars.cbrFiles.place(), BarPlace{});
+    EXPECT_FALSE(bars.cbrMain.find(18)->visible);
+    EXPECT_FALSE(bars.cbrReport.find(102)->visible) << "in a list";
+    EXPECT_FALSE(bars.cbrMain.find(101)->visible) << "in a popup";
+    EXPECT_TRUE(bars.cbrMain.find(102)->visible) << "the id of another bar's hidden entry";
+}
+
+TEST_F(ToolbarStateTest, WhatIsBuiltWinsOverWhatIsStored) {
+    const std::string content = arranged();
+    test::writeFile(path, replaceAll(content, "Hidden=18", "Hidden=4711 18"));  // 4711 was dropped since.
+    Bars bars;
+    ASSERT_TRUE(load(bars));
+    EXPECT_EQ(bars.cbrMain.find(18)->caption, "Homepage");
+    EXPECT_EQ(bars.cbrMain.find(4711), nullptr);
+
+    CommandBar builtHidden(BarId::kMain, "cbrMain");
+    builtHidden.add({.id = 5, .visible = false});
+    ToolbarStore store;
+    ASSERT_TRUE(store.load(texts.files, path));
+    ExchangeState(store, builtHidden);
+    EXPECT_FALSE(builtHidden.find(5)->visible);
+}
+
+TEST_F(ToolbarStateTest, NoFileChangesNothing) {
+    Bars bars;
+    EXPECT_FALSE(load(bars));
+    EXPECT_TRUE(asBuilt(bars));
+}
+
+TEST_F(ToolbarStateTest, AFileCutShortAnywhereChangesNothing) {
+    const std::string whole = arranged();
+    const std::size_t end = whole.find_last_not_of("\r\n");
+    for (std::size_t length = 0; length <= end; ++length) {
+        test::writeFile(path, whole.substr(0, length));
+        ToolbarStore store;
+        ASSERT_FALSE(store.load(texts.files, path)) << length;
+    }
+}
+
+TEST_F(ToolbarStateTest, ABrokenOrForeignFileChangesNothing) {
+    const std::string whole = arranged();
+    const struct {
+        const char* from;
+        const char* to;
+    } faults[] = {
+        {"Edge=bottom", "Edge=middle"},
+        {"Order=3", "Order=-1"},
+        {"Order=3", "Order=100"},
+        {"Visible=0", "Visible=2"},
+        {"Visible=0", ""},
+        {"Hidden=18", "Hidden=x"},
+        {"Hidden=18", "Hidden=99999999999"},
+        {"[cbrJunctions]", "[cbrJunction]"},
+        {"Toolbars=1", "Toolbars=2"},
+        {"Toolbars=1", "Toolbars="},
+    };
+    for (const auto& [from, to] : faults) {
+        ASSERT_NE(whole.find(from), std::string::npos) << from;
+        expectAsBuiltFrom(replaceAll(whole, from, to), std::string(from) + " > " + to);
+    }
+    expectAsBuiltFrom(std::string("\xd0\xcf\x11\xe0\0\0\xff\xfe", 8), "binary");
+    expectAsBuiltFrom(whole + std::string(100'000, '\n'), "far too long");
+}
+
+TEST_F(ToolbarStateTest, AnOrderThatNoFileMayHoldIsBroughtIntoRange) {
+    Bars bars;
+    build(bars);
+    bars.cbrMain.setPlace({BarEdge::kTop, 1000, true});
+    save(bars);
+    Bars again;
+    ASSERT_TRUE(load(again));
+    EXPECT_EQ(again.cbrMain.place().order, 99);
+}
+
+}  // namespace
+}  // namespace hl
