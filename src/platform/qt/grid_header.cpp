@@ -1,0 +1,52 @@
+#include "platform/qt/grid_header.h"
+
+#include <QMouseEvent>
+#include <utility>
+
+#include "platform/qt/qt_guard.h"
+
+namespace hl {
+
+GridHeader::GridHeader(HeaderCalls calls, WindowEvents& events, QWidget* parent)
+    : QHeaderView(Qt::Horizontal, parent), calls_(std::move(calls)), events_(events) {
+    setSectionsClickable(true);
+    setSectionsMovable(false);
+    setHighlightSections(false);
+    setSortIndicatorShown(false);
+    setSectionResizeMode(QHeaderView::Interactive);
+    setTextElideMode(Qt::ElideRight);
+    connect(this, &QHeaderView::sectionClicked, this, [this](int column) { calls_.click(column); });
+    // The second click of two quick ones arrives as this alone.
+    connect(this, &QHeaderView::sectionDoubleClicked, this, [this](int column) { calls_.click(column); });
+    connect(this, &QHeaderView::sectionHandleDoubleClicked, this, [this](int column) { calls_.fit(column); });
+    connect(this, &QHeaderView::sectionResized, this,
+            [this](int column, int oldWidth, int width) { sectionSized(column, oldWidth, width); });
+}
+
+void GridHeader::sectionSized(int column, int oldWidth, int width) {
+    if (!pressed_ || oldWidth == width) return;
+    qtGuard(events_, "GridHeader::sectionSized", [&] {
+        // The width first: what is told then may bring the columns up to date, and would undo the drag.
+        calls_.sized(column, width);
+        if (std::exchange(dragged_, column) < 0) calls_.sizing();
+    });
+}
+
+void GridHeader::mousePressEvent(QMouseEvent* event) {
+    qtGuard(events_, "GridHeader::mousePressEvent", [&] {
+        pressed_ = event->button() == Qt::LeftButton;
+        dragged_ = -1;
+        QHeaderView::mousePressEvent(event);
+    });
+}
+
+void GridHeader::mouseReleaseEvent(QMouseEvent* event) {
+    qtGuard(events_, "GridHeader::mouseReleaseEvent", [&] {
+        QHeaderView::mouseReleaseEvent(event);
+        pressed_ = false;
+        // The toolkit makes no click of a release that ends a drag.
+        if (const int column = std::exchange(dragged_, -1); column >= 0) calls_.click(column);
+    });
+}
+
+}  // namespace hl

@@ -1,0 +1,31 @@
+// The program's pictures by number, sharp at every size and scale factor, in the colours of the palette.
+#pragma once
+
+#include <QHash>
+#include <QIcon>
+#include <string>
+
+namespace hl {
+
+/// Pictures of rows come from the desktop's icon theme where that has them; all others are drawings of the
+/// program's own. Thread of the logic only.
+class IconStore {
+  public:
+    /// `dataFolder` holds the drawings, in "icons".
+    explicit IconStore(std::string dataFolder) : folder_(std::move(dataFolder) + "/icons/") {}
+
+    /// A null icon for a number that has no picture.
+    QIcon icon(int number);
+    /// Of the program itself.
+    QIcon programIcon();
+    /// To be called when the palette or the theme changes; icons handed out before keep their colours.
+    void clear() { cache_.clear(); }
+
+  private:
+    QIcon make(int number) const;
+
+    std::string folder_;
+    QHash<int, QIcon> cache_;
+};
+
+}  // namespace hl

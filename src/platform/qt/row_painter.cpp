@@ -1,0 +1,229 @@
+#include "platform/qt/row_painter.h"
+
+#include <QPainterPath>
+#include <QStyle>
+#include <algorithm>
+#include <cmath>
+#include <optional>
+
+#include "base/scope_exit.h"
+#include "base/text.h"
+#include "platform/percent_bar.h"
+#include "platform/qt/grid_colors.h"
+
+namespace hl {
+
+namespace {
+
+constexpr int kPadding = 4;
+constexpr int kGap = 4;
+constexpr std::uint32_t kBarColor = 0x0000FF;
+// In a dark palette a bar's colour is lightened by the first, then moved towards the ground by the others at
+// its left and its right end.
+constexpr int kDarkLightening = 80, kDarkLeft = 110, kDarkRight = 160;
+// Deeper rows stand no further to the right: coordinates stay small, and no column is that wide.
+constexpr std::uint32_t kDeepestIndentation = 10000;
+
+}  // namespace
+
+RowPainter::RowPainter(const RowSources& sources, const QWidget& widget)
+    : sources_(sources),
+      widget_(widget),
+      metrics_(widget.fontMetrics()),
+      palette_(widget.palette()),
+      group_(widget.hasFocus() ? QPalette::Active : QPalette::Inactive),
+      step_(widget.style()->pixelMetric(QStyle::PM_TreeViewIndentation, nullptr, &widget)),
+      iconSize_(widget.style()->pixelMetric(QStyle::PM_SmallIconSize, nullptr, &widget)) {}
+
+int RowPainter::rowHeight(const QWidget& widget) {
+    const int icon = widget.style()->pixelMetric(QStyle::PM_SmallIconSize, nullptr, &widget);
+    return std::max(widget.fontMetrics().height(), icon) + 4;
+}
+
+// --- widths
+
+int RowPainter::indentation(Row row) const {
+    if (!sources_.tree) return kPadding;
+    const std::uint32_t level = std::min(sources_.grid.level(row), kDeepestIndentation);
+    return static_cast<int>(level + 1) * step_;
+}
+
+int RowPainter::iconWidth(Row row) const {
+    return sources_.grid.picture(row) > 0 ? iconSize_ + kGap : 0;
+}
+
+int RowPainter::barWidth() const {
+    return metrics_.horizontalAdvance(QStringLiteral("100%")) + 16;
+}
+
+int RowPainter::contentWidth(Row row, std::size_t column) const {
+    // Cutting a text measures in fractions of a pixel, so a rounded width may be too small for it.
+    const double exact = QFontMetricsF(metrics_).horizontalAdvance(fullText(row, column));
+    const int text = static_cast<int>(std::ceil(exact)) + 1 + 2 * kPadding;
+    if (column > 0)
+        return sources_.grid.columns()[column].barColor ? std::max(text, barWidth() + 2 * kPadding) : text;
+    const int bar = sources_.grid.barPicture(row) >= 0 ? barWidth() + kGap : 0;
+    return indentation(row) + iconWidth(row) + bar + text;
+}
+
+QRect RowPainter::branchRect(Row row, const QRect& cell) const {
+    return {cell.left() + indentation(row) - step_, cell.top(), step_, cell.height()};
+}
+
+// --- texts
+
+QString RowPainter::cellText(Row row, std::size_t column) const {
+    return QString::fromStdString(sources_.cellText(sources_.id, column, row));
+}
+
+QString RowPainter::note(Row row) const {
+    const std::string_view text = sources_.grid.rowNote(row);
+    return text.empty() ? QString() : QString::fromStdString(visible(trimBlanks(text)));
+}
+
+QString RowPainter::fullText(Row row, std::size_t column) const {
+    const QString text = cellText(row, column);
+    const QString more = column == 0 ? note(row) : QString();
+    return more.isEmpty() ? text : text + QStringLiteral("  ") + more;
+}
+
+// --- drawing
+
+RowPainter::Colors RowPainter::colorsOf(Row row) const {
+    if (sources_.grid.selected(row))
+        return {palette_.color(group_, QPalette::Highlight),
+                palette_.color(group_, QPalette::HighlightedText)};
+    const QColor text = palette_.color(group_, QPalette::Text);
+    const std::optional<std::uint32_t> own = sources_.grid.backColor(row);
+    if (!own) return {palette_.color(group_, QPalette::Base), text};
+    const QColor ground = rowBackground(*own, palette_);
+    return {ground, readableOn(ground, text)};
+}
+
+void RowPainter::paint(QPainter& painter, Row row, const QRect& area,
+                       const std::vector<PaintedColumn>& columns) const {
+    const Colors colors = colorsOf(row);
+    painter.fillRect(area, colors.ground);
+    painter.setPen(colors.text);
+    for (const PaintedColumn& column : columns) {
+        const QRect cell(column.left, area.top(), column.width, area.height());
+        painter.save();
+        const ScopeExit restore([&painter] { painter.restore(); });
+        painter.setClipRect(cell, Qt::IntersectClip);
+        if (column.column == 0) {
+            paintFirst(painter, row, cell, colors);
+        } else {
+            paintOther(painter, row, column, cell);
+        }
+    }
+    if (row != sources_.grid.currentRow() || !widget_.hasFocus()) return;
+    // Not the style's frame: some fill it, and so tint what is drawn below.
+    painter.setPen(QPen(tintTowards(colors.text, colors.ground, 90), 0, Qt::DotLine));
+    painter.setBrush(Qt::NoBrush);
+    painter.drawRect(area.adjusted(0, 0, -1, -1));
+}
+
+void RowPainter::paintFirst(QPainter& painter, Row row, QRect cell, const Colors& colors) const {
+    const Grid& grid = sources_.grid;
+    if (sources_.tree && grid.hasChildren(row))
+        paintBranch(painter, branchRect(row, cell), grid.expanded(row));
+    cell.setLeft(cell.left() + indentation(row));
+    if (const int picture = grid.picture(row); picture > 0) {
+        const QRect box(cell.left(), cell.top() + (cell.height() - iconSize_) / 2, iconSize_, iconSize_);
+        const QIcon::Mode mode = grid.selected(row) ? QIcon::Selected : QIcon::Normal;
+        if (sources_.icon) sources_.icon(picture).paint(&painter, box, Qt::AlignCenter, mode);
+        cell.setLeft(cell.left() + iconWidth(row));
+    }
+    if (const int percent = grid.barPicture(row); percent >= 0) {
+        const QRect bar(cell.left(), cell.top() + 1, barWidth(), cell.height() - 2);
+        const std::uint32_t base = grid.columns()[0].barColor.value_or(kBarColor);
+        paintBar(painter, bar, {percent * 1.0, QString::number(percent) + QLatin1Char('%')}, base);
+        cell.setLeft(bar.right() + 1 + kGap);
+    }
+    paintTexts(painter, row, cell.adjusted(0, 0, -kPadding, 0), colors);
+}
+
+void RowPainter::paintTexts(QPainter& painter, Row row, const QRect& space, const Colors& colors) const {
+    if (space.width() <= 0) return;
+    // Of a path in a list the end says more than the middle; a row of the tree is a name.
+    const Qt::TextElideMode cut = sources_.tree ? Qt::ElideRight : Qt::ElideMiddle;
+    const QString text = metrics_.elidedText(cellText(row, 0), cut, space.width());
+    painter.setPen(colors.text);
+    painter.drawText(space, Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine, text);
+    const QString more = note(row);
+    if (more.isEmpty()) return;
+    const QRect rest = space.adjusted(metrics_.horizontalAdvance(text + QStringLiteral("  ")), 0, 0, 0);
+    if (rest.width() <= 0) return;
+    painter.setPen(tintTowards(colors.text, colors.ground, 90));
+    painter.drawText(rest, Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine,
+                     metrics_.elidedText(more, Qt::ElideRight, rest.width()));
+}
+
+void RowPainter::paintOther(QPainter& painter, Row row, const PaintedColumn& column,
+                            const QRect& cell) const {
+    const GridColumn& of = sources_.grid.columns()[column.column];
+    const QString text = cellText(row, column.column);
+    const QRect space = cell.adjusted(kPadding, 0, -kPadding, 0);
+    if (of.barColor && !text.isEmpty()) {
+        const double percent = sources_.grid.number(row, sources_.grid.cell(of.key));
+        return paintBar(painter, space.adjusted(0, 1, 0, -1), {percent, text}, *of.barColor);
+    }
+    const Qt::AlignmentFlag side = of.alignment == Alignment::kRight ? Qt::AlignRight : Qt::AlignLeft;
+    painter.drawText(space, side | Qt::AlignVCenter | Qt::TextSingleLine,
+                     metrics_.elidedText(text, Qt::ElideRight, space.width()));
+}
+
+// A triangle that points right when folded and down when open.
+void RowPainter::paintBranch(QPainter& painter, const QRect& box, bool open) const {
+    const double half = std::max(3.0, std::min(box.width(), box.height()) * 0.2);
+    const QPointF middle = QRectF(box).center();
+    QPolygonF triangle;
+    if (open) {
+        triangle << middle + QPointF(-half, -half / 2) << middle + QPointF(half, -half / 2)
+                 << middle + QPointF(0, half / 2);
+    } else {
+        triangle << middle + QPointF(-half / 2, -half) << middle + QPointF(half / 2, 0)
+                 << middle + QPointF(-half / 2, half);
+    }
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setBrush(painter.pen().color());
+    painter.setPen(Qt::NoPen);
+    painter.drawPolygon(triangle);
+    painter.restore();
+}
+
+// The tints lead towards the ground of the palette, so its text can be read on all of the bar.
+RowPainter::BarLook RowPainter::barLook(std::uint32_t base) const {
+    const QColor ground = palette_.color(QPalette::Base), ink = palette_.color(QPalette::Text);
+    if (ground.lightness() < ink.lightness()) {
+        const QColor color = QColor::fromRgb(tint(base, kDarkLightening));
+        return {ground, ink, readableTint(color, ground, ink, kDarkLeft),
+                readableTint(color, ground, ink, kDarkRight)};
+    }
+    const BarEnds ends = barEnds(base);
+    const QColor left = QColor::fromRgb(ends.left);
+    return {ground, readableOn(left, ink), left, QColor::fromRgb(ends.right)};
+}
+
+// Lengths are whole pixels of the device.
+void RowPainter::paintBar(QPainter& painter, const QRect& space, const Bar& bar, std::uint32_t base) const {
+    const BarLook look = barLook(base);
+    const double ratio = painter.device()->devicePixelRatioF();
+    const int length = filledLength(bar.percent, static_cast<int>(space.width() * ratio));
+    const double inset = kBarInset / ratio;
+    const QRectF filled =
+        QRectF(space.left() + inset, space.top() + inset, length / ratio, space.height() - 2 * inset);
+    QLinearGradient gradient(filled.topLeft(), filled.topRight());
+    gradient.setColorAt(0, look.left);
+    gradient.setColorAt(1, look.right);
+    painter.fillRect(space, tintTowards(look.ink, look.ground, 150));
+    painter.fillRect(QRectF(space).adjusted(1 / ratio, 1 / ratio, -1 / ratio, -1 / ratio), look.ground);
+    if (length > 0) painter.fillRect(filled, gradient);
+    const QPen before = painter.pen();
+    painter.setPen(look.ink);
+    painter.drawText(space, Qt::AlignCenter | Qt::TextSingleLine | Qt::TextDontClip, bar.text);
+    painter.setPen(before);
+}
+
+}  // namespace hl

@@ -1,0 +1,490 @@
+// A user who clicks on everything at any moment, also while something runs: by chance, and at the moments
+// that are known to be dangerous.
+#include <sys/stat.h>
+
+#include <QEventLoop>
+#include <QFileDialog>
+#include <QFontDialog>
+#include <QInputDialog>
+#include <QPointer>
+#include <atomic>
+#include <map>
+#include <new>
+#include <random>
+#include <thread>
+
+#include "gui/window_fixture.h"
+
+namespace hl {
+namespace {
+
+namespace fs = std::filesystem;
+using test::Session;
+using test::WindowTest;
+
+// --- what is scanned
+
+const std::string kBytes = "\xff\xfe odd \x80";
+const std::string kNewline = "two\nlines\x1b[31m";
+const std::string kRightToLeft = "\xd7\xa9\xd7\x9c\xd7\x95\xd7\x9d \xe2\x80\xae txt.exe";
+const std::string kLongest(255, 'n');
+constexpr int kChain = 300;
+constexpr const char* kLink = "a folder in a deep chain";
+
+void makeTree(const std::string& root, const std::string& outside) {
+    for (const std::string& name : {kBytes, kNewline, kRightToLeft, kLongest, std::string("moving")}) {
+        test::makeFolder(root + "/" + name);
+        for (int i = 0; i < 4; ++i) {
+            const std::string below = root + "/" + name + "/" + std::to_string(i) + name.substr(0, 100);
+            test::makeFolder(below);
+            test::makeFile(below + "/file " + kBytes, 1000 * (i + 1));
+        }
+    }
+    test::makeFolder(root + "/many");
+    for (int i = 0; i < 1500; ++i) test::makeFile(root + "/many/" + std::to_string(i) + ".dat", i);
+    test::makeFolder(root + "/deep");
+    test::makeChain(root + "/deep", kChain, kLink);
+    test::makeFolder(root + "/denied");
+    fs::permissions(root + "/denied", fs::perms::none);
+    fs::create_directory_symlink(outside, root + "/out");
+    fs::create_directory_symlink(root, root + "/round");
+    fs::create_symlink("nowhere", root + "/dangling");
+    fs::create_hard_link(root + "/many/7.dat", root + "/many/seven");
+}
+
+/// Adds, removes and moves folders below `root`/moving for as long as it lives.
+class Mover {
+  public:
+    Mover(std::string root, unsigned seed) : root_(std::move(root) + "/moving"), random_(seed) {}
+    ~Mover() {
+        end_ = true;
+        thread_.join();
+    }
+
+  private:
+    void work() {
+        while (!end_) {
+            step();
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        }
+    }
+    void step() {
+        std::error_code ignored;
+        const std::string a = pick(), b = pick();
+        switch (random_() % 4) {
+            case 0:
+                fs::create_directories(a + "/x/y", ignored);
+                break;
+            case 1:
+                fs::remove_all(a, ignored);
+                break;
+            case 2:
+                fs::rename(a, b + "/moved", ignored);
+                break;
+            default:
+                fs::copy_file(root_ + "/../many/9.dat", a + "/file", ignored);
+        }
+    }
+    std::string pick() { return root_ + "/" + std::to_string(random_() % 8) + "moving"; }
+
+    std::string root_;
+    std::mt19937 random_;
+    std::atomic<bool> end_{false};
+    std::thread thread_{[this] { work(); }};
+};
+
+/// Of a link that leads nowhere its own.
+off_t sizeOf(const fs::path& file) {
+    struct stat facts {};
+    return stat(file.c_str(), &facts) == 0 || lstat(file.c_str(), &facts) == 0 ? facts.st_size : 0;
+}
+
+struct Truth {
+    double bytes = 0, files = 0, folders = 0;
+};
+
+/// Links are folders, and are not entered.
+Truth truthOf(const std::string& root) {
+    Truth truth;
+    for (const auto& entry : fs::recursive_directory_iterator(root)) {
+        const bool folder = entry.is_directory();
+        (folder ? truth.folders : truth.files) += 1;
+        if (!folder) truth.bytes += static_cast<double>(sizeOf(entry.path()));
+    }
+    return truth;
+}
+
+/// Names, sizes and times of all below a folder.
+std::map<std::string, std::string> contentOf(const std::string& folder) {
+    std::map<std::string, std::string> all;
+    for (const auto& entry : fs::recursive_directory_iterator(folder))
+        all[entry.path().string()] = std::to_string(entry.is_regular_file() ? entry.file_size() : 0) + " " +
+                                     std::to_string(entry.last_write_time().time_since_epoch().count());
+    return all;
+}
+
+// --- the user
+
+constexpr Qt::Key kKeys[] = {Qt::Key_Up,    Qt::Key_Down,     Qt::Key_Left,    Qt::Key_Right,  Qt::Key_Plus,
+                             Qt::Key_Minus, Qt::Key_Asterisk, Qt::Key_PageUp,  Qt::Key_Home,   Qt::Key_End,
+                             Qt::Key_Space, Qt::Key_Return,   Qt::Key_Escape,  Qt::Key_Delete, Qt::Key_F1,
+                             Qt::Key_F2,    Qt::Key_F3,       Qt::Key_F4,      Qt::Key_F5,     Qt::Key_F6,
+                             Qt::Key_F9,    Qt::Key_Tab,      Qt::Key_Backtab, Qt::Key_Menu,   Qt::Key_A,
+                             Qt::Key_F,     Qt::Key_N,        Qt::Key_R,       Qt::Key_S,      Qt::Key_T,
+                             Qt::Key_L,     Qt::Key_1,        Qt::Key_3,       Qt::Key_4,      Qt::Key_9};
+
+class Clicker {
+  public:
+    Clicker(Session& session, std::string tree, std::string home, unsigned seed)
+        : s_(session), tree_(std::move(tree)), home_(std::move(home)), random_(seed) {}
+
+    /// Comes back when all is done and nothing is open or runs.
+    void run(int actions) {
+        left_ = actions;
+        QEventLoop loop;
+        loop_ = &loop;
+        next();
+        loop.exec();
+    }
+
+    int duringRuns = 0, dialogs = 0, refusedCloses = 0;
+
+  private:
+    static constexpr int kDeepest = 6;  // Of actions that are on the stack, below menus, dialogs and runs.
+
+    bool runs() const { return s_.form().state().ScanActive; }
+    int pick(int below) { return static_cast<int>(random_() % static_cast<unsigned>(below)); }
+    template <class List>
+    auto& any(List& list) {
+        return list[static_cast<typename List::size_type>(pick(static_cast<int>(list.size())))];
+    }
+    Qt::KeyboardModifiers keys() {
+        constexpr Qt::KeyboardModifier kAll[] = {Qt::NoModifier,      Qt::NoModifier,    Qt::NoModifier,
+                                                 Qt::ControlModifier, Qt::ShiftModifier, Qt::AltModifier};
+        return kAll[pick(6)];
+    }
+    QPoint pointIn(const QWidget& widget) {
+        return {pick(std::max(1, widget.width())), pick(std::max(1, widget.height()))};
+    }
+
+    // The next one is due before this one is over: whatever lets events run lets the user act.
+    void next() {
+        QTimer::singleShot(0, &context_, [this] { due(); });
+    }
+    void due() {
+        if (left_ == 0 && depth_ == 0 && !runs() && !closeOpen()) return loop_->quit();
+        next();
+        if (left_ == 0 && runs()) s_.form().execute(BarId::kMain, 3);
+        if (left_ == 0 || depth_ >= kDeepest) return void(closeOpen());
+        --left_;
+        ++depth_;
+        duringRuns += runs() ? 1 : 0;
+        act();
+        --depth_;
+    }
+
+    bool closeOpen() {
+        QWidget* popup = QApplication::activePopupWidget();
+        QWidget* modal = QApplication::activeModalWidget();
+        if (popup != nullptr) {
+            popup->close();
+        } else if (auto* dialog = dynamic_cast<QDialog*>(modal)) {
+            dialog->reject();
+        }
+        return popup != nullptr || modal != nullptr;
+    }
+
+    void act() {
+        if (QWidget* popup = QApplication::activePopupWidget()) return inPopup(*popup);
+        if (auto* dialog = dynamic_cast<QDialog*>(QApplication::activeModalWidget()))
+            return inDialog(*dialog);
+        switch (pick(20)) {
+            case 0:
+                return s_.frame().resize(60 + pick(1500), 60 + pick(1000));
+            case 1:
+                if (runs()) refusedCloses += s_.frame().close() ? 0 : 1;
+                return;
+            case 2:
+                return s_.form().handOver("\"" + tree_ + folder() + "\"");
+            case 3:
+            case 4:
+                return press(QApplication::focusWidget());
+            case 5:
+                return s_.pump().PumpMessages();
+            case 6:
+                return typeSomewhere();
+            case 7:
+            case 8:
+                return clickOn(grid().viewport());
+            case 9:
+                return clickOn(grid().horizontalHeader()->viewport());
+            case 10:
+                return press(&grid());
+            case 11:
+            case 12:
+            case 13:
+                return clickOn(anyOf<QAbstractButton>());
+            case 14:
+                return press(&s_.frame(), Qt::ControlModifier);
+            default:
+                return clickOn(anyIn(s_.frame()));
+        }
+    }
+
+    std::string folder() {
+        const std::string names[] = {"", "/" + kBytes, "/" + kLongest, "/moving/2moving", "/none", "/many"};
+        return names[pick(6)];
+    }
+    GridView& grid() { return s_.window().grid(static_cast<GridId>(pick(kGridCount))); }
+    template <class Widget>
+    Widget* anyOf() {
+        QList<Widget*> usable;
+        for (auto* widget : s_.frame().template findChildren<Widget*>())
+            if (widget->isVisible() && widget->isEnabled()) usable.push_back(widget);
+        return usable.isEmpty() ? nullptr : any(usable);
+    }
+    QWidget* anyIn(QWidget& top) {
+        QList<QWidget*> shown;
+        for (auto* widget : top.findChildren<QWidget*>())
+            if (widget->isVisible() && widget->window() == &top) shown.push_back(widget);
+        return shown.isEmpty() ? &top : any(shown);
+    }
+
+    // A press may open a menu, and end all that is on the stack here only later.
+    void clickOn(const QPointer<QWidget>& widget) {
+        if (!widget || !widget->isVisible()) return;
+        const Qt::MouseButton button = pick(5) == 0 ? Qt::RightButton : Qt::LeftButton;
+        const auto held = keys();
+        const QPoint at = pointIn(*widget);
+        if (pick(6) == 0) return QTest::mouseDClick(widget, Qt::LeftButton, held, at);
+        QTest::mousePress(widget, button, held, at);
+        const QPoint to = pick(3) == 0 && widget ? pointIn(*widget) * 2 : at;
+        if (widget && to != at) {
+            QMouseEvent move(QEvent::MouseMove, to, widget->mapToGlobal(to), Qt::NoButton, button, held);
+            QApplication::sendEvent(widget, &move);
+        }
+        if (widget) QTest::mouseRelease(widget, button, held, to);
+    }
+    void press(const QPointer<QWidget>& widget) { press(widget, keys()); }
+    void press(const QPointer<QWidget>& widget, Qt::KeyboardModifiers held) {
+        const Qt::Key key = kKeys[pick(std::size(kKeys))];
+        if (widget) QTest::keyPress(widget, key, held);
+        if (widget) QTest::keyRelease(widget, key, held);
+    }
+    void typeSomewhere() {
+        const std::string texts[] = {tree_, tree_ + "/many/", "5",     "777777777777",
+                                     "",    "a \t\"",         "/none", "file"};
+        const QPointer<QLineEdit> edit = anyOf<QLineEdit>();
+        if (!edit) return;
+        edit->setFocus();
+        edit->selectAll();
+        QTest::keyClicks(edit, QString::fromStdString(texts[pick(8)]));
+        if (edit && pick(2) == 0) QTest::keyClick(edit, Qt::Key_Return);
+    }
+
+    void inPopup(QWidget& popup) {
+        if (pick(6) == 0) return void(popup.close());
+        if (pick(3) == 0) return press(&popup);
+        clickOn(&popup);
+    }
+
+    // Keys in a file dialog could rename and delete what is shown there: it is only answered.
+    void inDialog(QDialog& dialog) {
+        ++dialogs;
+        if (dialog.objectName() == QLatin1String("frmFehler")) return dialog.reject();
+        if (auto* files = dynamic_cast<QFileDialog*>(&dialog)) return answer(*files);
+        if (auto* text = dynamic_cast<QInputDialog*>(&dialog)) {
+            text->setTextValue(QStringLiteral("\\\\server\\share%1").arg(pick(3)));
+            return text->done(pick(2));
+        }
+        if (dynamic_cast<QFontDialog*>(&dialog) != nullptr) return dialog.done(pick(2));
+        if (pick(3) == 0) return dialog.reject();
+        clickOn(anyIn(dialog));
+    }
+    void answer(QFileDialog& files) {
+        const bool save = files.acceptMode() == QFileDialog::AcceptSave;
+        if (pick(2) == 0) return files.reject();
+        const std::string path =
+            save ? home_ + "/report" + std::to_string(pick(3)) + ".txt" : tree_ + folder();
+        test::choosePath(files, path);
+        if (files.isVisible()) files.reject();
+    }
+
+    Session& s_;
+    std::string tree_, home_;
+    std::mt19937 random_;
+    QObject context_;
+    QEventLoop* loop_ = nullptr;
+    int left_ = 0, depth_ = 0;
+};
+
+// --- by chance
+
+class ClickerTest : public WindowTest {
+  protected:
+    ClickerTest() {
+        folder("src");
+        test::makeFile(outside.path() + "/theirs", 12345);
+        makeTree(at("src"), outside.path());
+    }
+    ~ClickerTest() override {
+        fs::permissions(at("src/denied"), fs::perms::owner_all);
+        test::removeChain(at("src/deep"), kChain, kLink);
+    }
+    void keepOpen(Session& s) const {
+        CommandBar& bar = *s.form().parts().bars[0];
+        for (const int id : {20, 35, 36, 37, 38, 39, 40}) bar.setVisible(id, false);
+    }
+    /// What the user has switched is as it was at the start.
+    static void countPlainly(Session& s) {
+        const std::pair<int, Flag> kWanted[] = {{63, s.form().options().NoHardlinks},
+                                                {65, s.form().options().AddHardlinksOnlyOnce},
+                                                {68, s.form().options().ScanHardlinks}};
+        for (const auto& [id, on] : kWanted)
+            if (on != 0) s.form().execute(BarId::kMain, id);
+    }
+
+    test::TempDir outside;
+};
+
+TEST_F(ClickerTest, TwoThousandActionsOfChanceEndInAWindowThatCountsRight) {
+    constexpr unsigned kSeed = 20240611;
+    const auto before = contentOf(outside.path());
+    Session s{home.path()};
+    s.start();
+    keepOpen(s);
+    s.fileSystem.beforeBlock = [&](int block) {
+        if (block % 8 == 0) s.pump().PumpMessages();
+    };
+    s.fileSystem.beforeFiles = [&](int) { s.pump().PumpMessages(); };
+    Clicker clicker(s, at("src"), home.path(), kSeed);
+    {
+        const Mover mover(at("src"), kSeed);
+        clicker.run(2000);
+    }
+    EXPECT_GT(clicker.duringRuns, 200);
+    EXPECT_GT(clicker.dialogs, 0);
+    EXPECT_GT(clicker.refusedCloses, 2);
+    EXPECT_EQ(s.reports, std::vector<std::string>());
+    EXPECT_EQ(contentOf(outside.path()), before);
+
+    countPlainly(s);
+    s.form().execute(BarId::kReport, 9);
+    EXPECT_EQ(s.grid().rowCount(), 0U);
+    s.form().handOver("\"" + at("src") + "\"");
+    const Row root = s.grid().firstRoot();
+    ASSERT_NE(root, kNoRow);
+    test::removeChain(at("src/deep"), kChain, kLink);  // Deeper than the library's walk can name.
+    Truth truth = truthOf(at("src"));
+    truth.bytes += kChain, truth.files += kChain, truth.folders += kChain;
+    EXPECT_EQ(s.grid().number(root, kSize), truth.bytes);
+    EXPECT_EQ(s.grid().number(root, kFiles), truth.files);
+    EXPECT_EQ(s.grid().number(root, kFolders), truth.folders);
+    EXPECT_EQ(s.reports, std::vector<std::string>());
+}
+
+// --- at chosen moments
+
+class MomentTest : public WindowTest {
+  protected:
+    QObject context;
+    Session s{home.path()};
+};
+
+TEST_F(MomentTest, SourcesHandedOverBeforeTheFirstActivationAreReadOnceAndInTheWindowAsItIsThen) {
+    smallTree();
+    folder("src2");
+    s.onThere = [&] {
+        QMetaObject::invokeMethod(
+            &context, [&] { s.form().handOver("\"" + at("src") + "\" \"" + at("src2") + "\""); },
+            Qt::QueuedConnection);
+    };
+    s.fileSystem.beforeBlock = [&](int) { Session::settle(); };
+    s.start();
+    Session::settle();
+    EXPECT_EQ(s.rows(), "src a b Dateien src2");
+    EXPECT_FALSE(s.form().state().ScanActive);
+    EXPECT_TRUE(s.reports.empty());
+}
+
+TEST_F(MomentTest, SourcesHandedOverWhileADialogIsOpenAreReadWhenItIsClosed) {
+    smallTree();
+    s.start();
+    s.answers.add([&](QDialog& dialog) {
+        s.form().handOver("\"" + at("src") + "\"");
+        EXPECT_EQ(s.grid().rowCount(), 0U);
+        dialog.reject();
+    });
+    s.click("cbrMain.17");
+    EXPECT_EQ(s.numbers("src"), "457|4|3");
+}
+
+TEST_F(MomentTest, SourcesHandedOverWhileRowsAreUnfoldedAreReadAfterwards) {
+    smallTree();
+    folder("src2");
+    s.start();
+    s.scan(at("src"));
+    bool handed = false;
+    QTimer::singleShot(0, &context, [&] {
+        handed = s.form().state().ScanActive;
+        s.form().handOver("\"" + at("src2") + "\"");
+    });
+    s.form().execute(BarId::kReport, 25);
+    EXPECT_TRUE(handed);
+    Session::settle();
+    EXPECT_NE(s.row("src2"), kNoRow);
+}
+
+TEST_F(MomentTest, AFolderThatIsChosenWhileTheFilesOfAnotherAreReadIsTheOneThatIsListed) {
+    smallTree();
+    s.start();
+    s.scan(at("src"));
+    int pauses = 0;
+    s.fileSystem.beforeFiles = [&](int) {
+        if (++pauses == 1) s.clickRow("b");
+    };
+    s.clickRow("a");
+    EXPECT_GE(pauses, 2);
+    const Grid& files = s.window().grid(GridId::kFiles).grid();
+    ASSERT_EQ(files.rowCount(), 1U);
+    EXPECT_EQ(files.text(files.rowAt(0)), "z");
+    EXPECT_TRUE(files.redraw());
+}
+
+TEST_F(MomentTest, TheReportMayBeEmptiedWhileFilesOfOneOfItsFoldersAreRead) {
+    smallTree();
+    s.start();
+    s.scan(at("src"));
+    s.fileSystem.beforeFiles = [&](int) { s.form().execute(BarId::kReport, 9); };
+    s.clickRow("a");
+    EXPECT_EQ(s.grid().rowCount(), 0U);
+    EXPECT_EQ(s.window().grid(GridId::kFiles).grid().rowCount(), 0U);
+    EXPECT_TRUE(s.reports.empty());
+}
+
+TEST_F(MomentTest, AWindowClosedWhileFilesAreReadEndsInPeace) {
+    smallTree();
+    s.start();
+    s.scan(at("src"));
+    s.fileSystem.beforeFiles = [&](int) { EXPECT_TRUE(s.frame().close()); };
+    s.clickRow("a");
+    EXPECT_TRUE(s.frame().unloaded());
+    s.form().execute(BarId::kMain, 2);
+    s.form().handOver("\"" + at("src") + "\"");
+    EXPECT_FALSE(s.form().state().ScanActive);
+    EXPECT_TRUE(s.reports.empty());
+}
+
+TEST_F(MomentTest, ARunThatFailsAsAWholeLeavesAWindowThatCanBeUsedAndClosed) {
+    smallTree();
+    s.start();
+    s.fileSystem.beforeBlock = [](int) { throw std::bad_alloc(); };
+    s.answers.add([](QDialog& dialog) { test::pressIn(dialog, "Weiter"); });
+    s.scan(at("src"));
+    s.fileSystem.beforeBlock = nullptr;
+    EXPECT_TRUE(s.enabled("cbrMain.2"));
+    EXPECT_TRUE(s.frame().close());
+}
+
+}  // namespace
+}  // namespace hl

@@ -1,0 +1,181 @@
+#include "platform/qt/form_dialog.h"
+
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QTest>
+
+#include "gui/recording_events.h"
+#include "platform/qt/dialogs.h"
+
+namespace hl {
+
+namespace {
+
+using test::RecordingEvents;
+
+/// A form with a control of each kind, as its own routines see it.
+class FormDialogTest : public testing::Test {
+  protected:
+    FormDialogTest() {
+        format_[0].selected = true;
+        box_.caption = "More & more";
+        combo_.items = {"comma", "tab"};
+        combo_.index = 0;
+        const auto digits = [](char32_t c) { return c >= U'0' && c <= U'9' ? c : c == U',' ? U'.' : U'\0'; };
+        form_.name = "frmTest";
+        form_.caption = "Test";
+        form_.items = {
+            {.control = &format_[0], .group = 1, .changed = [this] { box_.enabled = false; }},
+            {.control = &format_[1], .column = 1, .group = 1, .changed = [this] { box_.enabled = true; }},
+            {.control = &other_, .column = 2, .group = 2},
+            {.control = &box_, .row = 1, .changed = [this] { seen_ += box_.checked ? "on " : "off "; }},
+            {.control = &prompt_, .row = 2},
+            {.control = &text_,
+             .row = 2,
+             .column = 1,
+             .changed = [this] { seen_ = text_.text; },
+             .keyPress = digits},
+            {.control = &combo_,
+             .row = 3,
+             .changed = [this] { seen_ = std::to_string(combo_.index); },
+             .name = "Delimiter"},
+            {.control = &lines_, .row = 4, .columnSpan = 3},
+            {.control = &link_, .row = 5, .changed = [this] { seen_ = "link"; }}};
+        form_.buttons = {{.control = &ok_, .changed = [this] { done("ok"); }},
+                         {.control = &cancel_, .changed = [this] { done("cancel"); }}};
+        form_.cancel = [this] { done("cancel"); };
+        form_.loaded = &loaded_;
+    }
+    void done(const std::string& how) {
+        seen_ = how;
+        loaded_ = refuses_;
+    }
+    FormDialog& open() {
+        dialog_ = std::make_unique<FormDialog>(form_, events_, nullptr);
+        dialog_->show();
+        QApplication::processEvents();
+        return *dialog_;
+    }
+    template <class Widget>
+    Widget* nth(int n) {
+        return dialog_->findChildren<Widget*>().at(n);
+    }
+
+    RecordingEvents events_;
+    OptionButton format_[2] = {{"TXT"}, {"CSV"}}, other_{"Other", true};
+    CheckBox box_;
+    std::string prompt_ = "Levels", link_ = "a <b> & c";
+    TextBox text_, lines_{.text = "one\r\ntwo", .readOnly = true, .multiLine = true};
+    ComboBox combo_;
+    CommandButton ok_{"OK"}, cancel_{"Cancel"};
+    bool loaded_ = true, refuses_ = false;
+    std::string seen_;
+    Form form_;
+    std::unique_ptr<FormDialog> dialog_;
+};
+
+TEST_F(FormDialogTest, AnOptionExcludesThoseOfItsGroupAndWhatItsRoutineChangesIsShown) {
+    open();
+    EXPECT_TRUE(nth<QRadioButton>(0)->isChecked());
+    QTest::mouseClick(nth<QRadioButton>(0), Qt::LeftButton, {}, QPoint(5, 5));
+    EXPECT_FALSE(nth<QCheckBox>(0)->isEnabled());
+    QTest::mouseClick(nth<QRadioButton>(1), Qt::LeftButton, {}, QPoint(5, 5));
+    EXPECT_FALSE(format_[0].selected);
+    EXPECT_TRUE(format_[1].selected);
+    EXPECT_TRUE(other_.selected);
+    EXPECT_TRUE(nth<QRadioButton>(2)->isChecked());
+    EXPECT_TRUE(nth<QCheckBox>(0)->isEnabled());
+}
+
+TEST_F(FormDialogTest, ValuesAreInTheControlsBeforeTheirRoutinesRun) {
+    open();
+    QTest::keyClick(nth<QCheckBox>(0), Qt::Key_Space);
+    QTest::keyClick(nth<QCheckBox>(0), Qt::Key_Space);
+    EXPECT_EQ(seen_, "on off ");
+    QTest::keyClick(nth<QComboBox>(0), Qt::Key_Down);
+    EXPECT_EQ(seen_, "1");
+}
+
+TEST_F(FormDialogTest, ATextBoxTakesWhatItsFilterLetsThrough) {
+    open();
+    auto* line = nth<QLineEdit>(0);
+    QTest::keyClicks(line, QStringLiteral("1x,2"));
+    EXPECT_EQ(text_.text, "1.2");
+    EXPECT_EQ(seen_, "1.2");
+    QTest::keyClick(line, Qt::Key_Backspace);
+    EXPECT_EQ(text_.text, "1.");
+}
+
+TEST_F(FormDialogTest, TheFormClosesWhenItIsNoLongerLoadedAndNotBefore) {
+    const struct {
+        Qt::Key key;
+        bool refuses;
+        const char* seen;
+        bool visible;
+    } cases[] = {{Qt::Key_Return, false, "ok", false},
+                 {Qt::Key_Return, true, "ok", true},
+                 {Qt::Key_Escape, false, "cancel", false},
+                 {Qt::Key_Escape, true, "cancel", true}};
+    for (const auto& one : cases) {
+        loaded_ = true;
+        refuses_ = one.refuses;
+        open();
+        QTest::keyClick(nth<QLineEdit>(0), one.key);
+        EXPECT_EQ(seen_, one.seen);
+        EXPECT_EQ(dialog_->isVisible(), one.visible);
+    }
+}
+
+TEST_F(FormDialogTest, AFormClosedByItsActivationIsNeverLeftOpen) {
+    form_.activated = [this] { loaded_ = false; };
+    FormDialog dialog(form_, events_, nullptr);
+    dialog.run();
+    EXPECT_FALSE(dialog.isVisible());
+}
+
+TEST_F(FormDialogTest, TextsStandAsTheyAreAndControlsHaveNames) {
+    open();
+    EXPECT_EQ(nth<QCheckBox>(0)->text(), QStringLiteral("More && more"));
+    EXPECT_EQ(nth<QPlainTextEdit>(0)->toPlainText(), QStringLiteral("one\ntwo"));
+    EXPECT_EQ(nth<QLineEdit>(0)->accessibleName(), QStringLiteral("Levels"));
+    EXPECT_EQ(nth<QComboBox>(0)->accessibleName(), QStringLiteral("Delimiter"));
+    auto* link = nth<QLabel>(1);
+    EXPECT_TRUE(link->text().contains(QStringLiteral("a &lt;b&gt; &amp; c")));
+    QTest::keyClick(link, Qt::Key_Tab);
+    emit link->linkActivated(QString());
+    EXPECT_EQ(seen_, "link");
+}
+
+TEST_F(FormDialogTest, ARoutineThatFailsIsToldAndTheFormStaysOpen) {
+    form_.buttons[0].changed = [] { throw std::runtime_error("no"); };
+    open();
+    QTest::mouseClick(nth<QPushButton>(0), Qt::LeftButton);
+    EXPECT_EQ(events_.told, std::vector<std::string>{"fault FormDialog::changed"});
+    EXPECT_TRUE(dialog_->isVisible());
+}
+
+TEST_F(FormDialogTest, ARoutineOutsideOfTheControlsCanHaveThemShown) {
+    open();
+    text_.text = "new";
+    form_.redraw();
+    EXPECT_EQ(nth<QLineEdit>(0)->text(), QStringLiteral("new"));
+    dialog_.reset();
+    EXPECT_FALSE(form_.redraw);
+}
+
+TEST(Dialogs, AFilterWithSeveralPartsIsUnderstood) {
+    EXPECT_EQ(qtFilter("TXT (*.txt)|*.txt"), QStringLiteral("TXT (*.txt)"));
+    EXPECT_EQ(qtFilter("Pictures|*.png;*.jpg|All|*"), QStringLiteral("Pictures (*.png *.jpg);;All (*)"));
+    EXPECT_EQ(qtFilter(""), QString());
+}
+
+}  // namespace
+
+}  // namespace hl

@@ -1,0 +1,144 @@
+// A grid in a view on screen, driven by real mouse and key events. main() has made a QApplication.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QHeaderView>
+#include <QTest>
+#include <memory>
+#include <set>
+#include <stdexcept>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "platform/qt/grid_view.h"
+
+namespace hl {
+
+inline constexpr CellSpec kSpecs[] = {{"size", CellType::kSize}};
+using Log = std::vector<std::string>;
+
+/// Writes down what the view tells.
+struct Told : WindowEvents {
+    Log log;
+    const Grid* grid = nullptr;
+    std::string name(Row row) const { return row == kNoRow ? "-" : std::string(grid->text(row)); }
+
+    void gridMouseUp(GridId, Row row, MouseButton button, bool shift, Point) override {
+        log.push_back("up " + name(row) + " " + std::to_string(static_cast<int>(button)) +
+                      (shift ? "s" : ""));
+    }
+    void gridDoubleClick(GridId) override { log.push_back("double"); }
+    void gridKeyUp(GridId, int key) override { log.push_back("key " + std::to_string(key)); }
+    void gridTitleClick(GridId, std::size_t column) override {
+        log.push_back("title " + std::to_string(column));
+    }
+    void gridColumnSizing(GridId) override { log.push_back("sizing"); }
+    void gridExpanded(GridId, Row row) override { log.push_back("fold " + name(row)); }
+    void windowFault(const char* where) override { log.push_back(std::string("fault ") + where); }
+
+    void formLoad(Window&, MessagePump&) override {}
+    void formActivate() override {}
+    bool formQueryUnload() override { return true; }
+    void formUnload() override {}
+    void formResize() override {}
+    void formKeyUp(int) override {}
+    void execute(BarId, int) override {}
+    void editChanged(BarId, int, const std::string&) override {}
+    void editKeyDown(BarId, int, int) override {}
+    void barResized(BarId) override {}
+    void comboText(const std::string&) override {}
+    void comboSelected(int) override {}
+    void comboKeyDown(int) override {}
+    void handOver(const std::string&) override {}
+};
+
+struct GridViewTest : testing::Test {
+    Grid grid{kSpecs};
+    Told told;
+    std::set<Row> asked;
+    std::size_t questions = 0;
+    bool broken = false;
+    std::unique_ptr<GridView> view;
+
+    GridViewTest() {
+        told.grid = &grid;
+        grid.setColumns({{.title = "Name", .key = {}, .mask = {}},
+                         {.title = "Size", .key = "size", .mask = {}, .alignment = Alignment::kRight},
+                         {.title = "Files", .key = "size", .mask = {}, .alignment = Alignment::kRight}});
+    }
+    void show(bool tree = true) {
+        const auto text = [this](GridId, std::size_t column, Row row) {
+            if (broken) throw std::runtime_error("broken");
+            asked.insert(row);
+            ++questions;
+            return column == 0 ? std::string(grid.text(row)) : std::to_string(grid.number(row, 0));
+        };
+        view = std::make_unique<GridView>(grid, GridId::kReport, tree, text, told);
+        view->resize(600, 300);
+        view->show();
+        view->setFocus();
+        QTest::qWait(0);
+    }
+    /// Roots "r0", "r1", ..., `count` of them.
+    void addRoots(std::size_t count) {
+        for (std::size_t i = 0; i < count; ++i) grid.addRow(kNoRow, "r" + std::to_string(i));
+    }
+    /// a(aa(aaa) ab) b(ba) c, with `a` unfolded.
+    void addTree() {
+        const Row a = grid.addRow(kNoRow, "a");
+        grid.addRow(grid.addRow(a, "aa"), "aaa");
+        grid.addRow(a, "ab");
+        grid.addRow(grid.addRow(kNoRow, "b"), "ba");
+        grid.addRow(kNoRow, "c");
+        grid.setExpanded(a, true);
+    }
+    Row row(std::string_view text) const {
+        for (std::size_t i = 0; i < grid.rowCount(); ++i)
+            if (grid.text(grid.rowAt(i)) == text) return grid.rowAt(i);
+        return kNoRow;
+    }
+    std::string picked() const {
+        std::string all;
+        for (const Row each : grid.selectedRows()) all += std::string(grid.text(each)) + " ";
+        return all + "@" + told.name(grid.currentRow());
+    }
+    std::string shown() {
+        view->sync();
+        std::string all;
+        for (std::size_t i = 0; i < view->rows().count(); ++i)
+            all += std::string(grid.text(view->rows().at(i))) + " ";
+        return all;
+    }
+    QPoint at(std::string_view text, int x = 150) {
+        view->sync();
+        const auto index = view->rows().find(row(text));
+        return {x, index ? view->rowRect(*index).center().y() : view->viewport()->height() - 3};
+    }
+    void click(std::string_view text, Qt::KeyboardModifiers keys = {},
+               Qt::MouseButton button = Qt::LeftButton) {
+        QTest::mouseClick(view->viewport(), button, keys, at(text));
+    }
+    /// As a hand does it: the toolkit's own helper sends the second press alone.
+    static void doubleClick(QWidget* on, const QPoint& point) {
+        QTest::mouseClick(on, Qt::LeftButton, {}, point);
+        QTest::mouseDClick(on, Qt::LeftButton, {}, point);
+        QTest::mouseRelease(on, Qt::LeftButton, {}, point);
+    }
+    void key(int code, Qt::KeyboardModifiers keys = {}) { QTest::keyClick(view.get(), Qt::Key(code), keys); }
+    /// In a first column with the usual indentation of its level.
+    QPoint branchOf(std::string_view text) {
+        const int step = view->style()->pixelMetric(QStyle::PM_TreeViewIndentation, nullptr, view.get());
+        return at(text, static_cast<int>(grid.level(row(text))) * step + step / 2);
+    }
+    /// The border behind a column, in the title row.
+    QPoint border(int column) {
+        const QHeaderView* header = view->horizontalHeader();
+        return {header->sectionViewportPosition(column) + header->sectionSize(column) - 1, 5};
+    }
+    Log takeLog() { return std::exchange(told.log, {}); }
+};
+
+}  // namespace hl

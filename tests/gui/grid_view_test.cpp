@@ -1,0 +1,301 @@
+// What a view of a grid costs, and what it shows of the grid's changes, to people and to assistive tools.
+#include <QAccessible>
+#include <QScrollBar>
+
+#include "gui/grid_view_fixture.h"
+#include "platform/qt/grid_colors.h"
+
+namespace hl {
+namespace {
+
+// --- what it costs
+
+TEST_F(GridViewTest, PaintingAsksForTheTextsOfRowsOnScreenAlone) {
+    addRoots(50000);
+    show();
+    view->scrollIntoView(grid.rowAt(30000));
+    asked.clear();
+    view->grab();
+    EXPECT_LE(asked.size(), 300U / 15);
+    EXPECT_TRUE(asked.contains(grid.rowAt(30000)));
+}
+
+TEST_F(GridViewTest, ManyChangesCostOneListOfRowsWithRedrawOnAndOff) {
+    show();
+    for (const bool redraw : {true, false}) {
+        const std::size_t before = view->rows().rebuilds();
+        grid.setRedraw(redraw);
+        addRoots(10000);
+        for (int i = 0; i < 50; ++i) grid.setCurrentRow(grid.firstRoot());
+        grid.setRedraw(true);
+        QTest::qWait(0);
+        EXPECT_EQ(view->rows().rebuilds(), before + 1);
+    }
+    const std::size_t before = view->rows().rebuilds();
+    for (int i = 0; i < 1000; ++i) grid.setPicture(grid.rowAt(5), i % 9);
+    QTest::qWait(0);
+    EXPECT_EQ(view->rows().rebuilds(), before);
+}
+
+TEST_F(GridViewTest, AColumnIsMeasuredByABoundedSampleAndByTheRootRows) {
+    addRoots(20);
+    const Row root = grid.rowAt(0);
+    for (int i = 0; i < 50000; ++i) grid.addRow(root, "child");
+    grid.setExpanded(root, true);
+    grid.setText(grid.rowAt(grid.rowCount() - 1), std::string(80, 'W'));
+    show();
+    for (const bool redraw : {true, false}) {
+        questions = 0;
+        grid.setRedraw(redraw);
+        view->autosizeColumn(0, 96);
+        grid.setRedraw(true);
+        EXPECT_LT(questions, 1000U);
+        EXPECT_GT(grid.columns()[0].width, 80 * view->fontMetrics().horizontalAdvance('W'));
+    }
+}
+
+TEST_F(GridViewTest, AWiderMarginMakesAWiderColumnThatTheViewTakesOver) {
+    addTree();
+    show();
+    std::vector<double> widths;
+    for (const int margin : {32, 72, 96}) {
+        view->autosizeColumn(1, margin);
+        widths.push_back(grid.columns()[1].width);
+        EXPECT_EQ(view->columnWidth(1), static_cast<int>(widths.back()));
+    }
+    EXPECT_LT(widths[0], widths[1]);
+    EXPECT_LT(widths[1], widths[2]);
+}
+
+// --- changes of the grid
+
+TEST_F(GridViewTest, TheTopRowStaysOnTopWhateverIsAddedAboveIt) {
+    addRoots(500);
+    show();
+    const Row top = grid.rowAt(200);
+    grid.setTopRow(top);
+    QTest::qWait(0);
+    EXPECT_EQ(view->rowAt({50, 2}), top);
+    const Row parent = grid.rowAt(10);
+    for (int i = 0; i < 50; ++i) grid.addRow(parent, "new");
+    grid.setExpanded(parent, true);
+    grid.removeRow(grid.rowAt(0));
+    EXPECT_EQ(view->rowAt({50, 2}), top);
+    grid.removeRow(top);
+    EXPECT_EQ(told.name(view->rowAt({50, 2})), "r201");
+}
+
+TEST_F(GridViewTest, AtTheVeryTopTheFirstRowIsShownWhateverItIs) {
+    addRoots(500);
+    show();
+    EXPECT_EQ(told.name(grid.topRow()), "r0");
+    grid.levelSort(0) = {.key = "", .numbers = false, .descending = true};
+    grid.sortLevels(0);
+    EXPECT_EQ(told.name(view->rowAt({50, 2})), "r99");
+}
+
+TEST_F(GridViewTest, WhatTheUserScrollsToIsTheGridsTopRowAlsoBetweenTwoChanges) {
+    addRoots(500);
+    show();
+    view->verticalScrollBar()->setValue(100);
+    EXPECT_EQ(told.name(grid.topRow()), "r100");
+    grid.addRow(kNoRow, "late");
+    view->verticalScrollBar()->setValue(120);
+    QTest::qWait(0);
+    EXPECT_EQ(told.name(grid.topRow()), "r120");
+}
+
+TEST_F(GridViewTest, ANewCurrentRowComesIntoSightAndAnUnchangedOneDoesNotScroll) {
+    addRoots(500);
+    show();
+    grid.setCurrentRow(grid.rowAt(300));
+    QTest::qWait(0);
+    EXPECT_TRUE(view->viewport()->rect().contains(at("r300")));
+    grid.setTopRow(grid.rowAt(0));
+    QTest::qWait(0);
+    grid.setSelected(grid.rowAt(7), true);
+    QTest::qWait(0);
+    EXPECT_EQ(told.name(view->rowAt({50, 2})), "r0");
+}
+
+TEST_F(GridViewTest, ScrollingToAHiddenRowUnfoldsWhatHidesIt) {
+    addTree();
+    show();
+    view->scrollIntoView(row("aaa"));
+    EXPECT_EQ(shown(), "a aa aaa ab b c ");
+}
+
+TEST_F(GridViewTest, ARepaintWhileRedrawIsOffShowsNoRowThatIsGone) {
+    addRoots(300);
+    show();
+    grid.setTopRow(grid.rowAt(100));
+    view->grab();
+    grid.setRedraw(false);
+    grid.clear();
+    grid.addRow(kNoRow, "left");
+    asked.clear();
+    view->grab();
+    EXPECT_EQ(asked, std::set<Row>{grid.firstRoot()});
+    EXPECT_EQ(view->rowAt({50, 2}), kNoRow);
+    grid.setRedraw(true);
+    EXPECT_EQ(told.name(view->rowAt({50, 2})), "left");
+    EXPECT_EQ(takeLog(), Log{});
+}
+
+TEST_F(GridViewTest, AnErrorInAPaintIsToldAndTheViewGoesOn) {
+    addTree();
+    show();
+    broken = true;
+    view->grab();
+    EXPECT_EQ(takeLog().at(0), "fault GridView::paintEvent");
+    broken = false;
+    asked.clear();
+    view->grab();
+    EXPECT_EQ(asked.size(), 5U);
+    EXPECT_EQ(takeLog(), Log{});
+}
+
+// --- columns
+
+TEST_F(GridViewTest, ATitleClickNamesTheGridsColumnAlsoBehindAHiddenOne) {
+    addTree();
+    show();
+    grid.changeColumn(1).visible = false;
+    QTest::qWait(0);
+    EXPECT_TRUE(view->isColumnHidden(1));
+    QWidget* titles = view->horizontalHeader()->viewport();
+    const QPoint onFiles(view->horizontalHeader()->sectionViewportPosition(2) + 20, 5);
+    QTest::mouseClick(titles, Qt::LeftButton, {}, onFiles);
+    EXPECT_EQ(takeLog(), Log{"title 2"});
+    // A quick second click turns the order around like any other.
+    doubleClick(titles, onFiles);
+    EXPECT_EQ(takeLog(), (Log{"title 2", "title 2"}));
+}
+
+TEST_F(GridViewTest, ADragOfABorderIsToldOnceBeforeTheClickThatEndsIt) {
+    addTree();
+    show();
+    QWidget* titles = view->horizontalHeader()->viewport();
+    const QPoint from = border(0);
+    const int before = view->columnWidth(0);
+    QTest::mousePress(titles, Qt::LeftButton, {}, from);
+    for (const int dx : {5, 12, 30}) {
+        // The titles look for the button in the event, which QTest's own moves lack.
+        QMouseEvent move(QEvent::MouseMove, from + QPoint(dx, 0), titles->mapToGlobal(from + QPoint(dx, 0)),
+                         Qt::NoButton, Qt::LeftButton, {});
+        QApplication::sendEvent(titles, &move);
+    }
+    QTest::mouseRelease(titles, Qt::LeftButton, {}, from + QPoint(30, 0));
+    EXPECT_EQ(takeLog(), (Log{"sizing", "title 0"}));
+    EXPECT_EQ(grid.columns()[0].width, before + 30);
+    QTest::mouseClick(titles, Qt::LeftButton, {}, border(0));
+    EXPECT_EQ(takeLog(), Log{});
+}
+
+TEST_F(GridViewTest, ADoubleClickOnABorderFitsTheColumn) {
+    addTree();
+    show();
+    view->autosizeColumn(0, 96);
+    const double fitting = grid.columns()[0].width;
+    grid.changeColumn(0).width = 333;
+    QTest::qWait(0);
+    EXPECT_EQ(view->columnWidth(0), 333);
+    doubleClick(view->horizontalHeader()->viewport(), border(0));
+    EXPECT_EQ(grid.columns()[0].width, fitting);
+    EXPECT_EQ(takeLog(), Log{});
+}
+
+TEST_F(GridViewTest, HeightAndScrollBarFollowTheRowsAlsoWhileRedrawIsOff) {
+    show();
+    const int empty = view->heightOfRows();
+    grid.setRedraw(false);
+    addRoots(3);
+    const int three = view->heightOfRows();
+    grid.setRedraw(true);
+    EXPECT_GT(three, empty);
+    EXPECT_EQ(view->heightOfRows(), three);
+    EXPECT_EQ(view->scrollBarWidth(), 0);
+    addRoots(100);
+    EXPECT_GT(view->scrollBarWidth(), 0);
+    view->setGridFont({.name = "no such font", .points = 30});
+    EXPECT_GT(view->heightOfRows(), three * 2);
+    EXPECT_EQ(view->gridFont().name, "no such font");
+}
+
+// --- colours
+
+TEST(GridColors, TextCanBeReadOnEveryShadeInALightAndADarkPalette) {
+    for (const auto& [base, text] : {std::pair{QColor(Qt::white), QColor(Qt::black)},
+                                     {QColor(0x1e, 0x1e, 0x1e), QColor(0xdd, 0xdd, 0xdd)}}) {
+        QPalette palette;
+        palette.setColor(QPalette::Base, base);
+        palette.setColor(QPalette::Text, text);
+        for (std::uint32_t grey = 0; grey < 256; ++grey)
+            EXPECT_GE(contrast(rowBackground(grey * 0x010101, palette), text), 4.5) << grey;
+        // The first levels differ from one another, and from no shade at all.
+        EXPECT_NE(rowBackground(0xF9F9F9, palette), base);
+        EXPECT_NE(rowBackground(0xF9F9F9, palette), rowBackground(0xF3F3F3, palette));
+        for (const QColor bar : {QColor(0, 0, 255), QColor(91, 150, 60), QColor(Qt::yellow)})
+            EXPECT_GE(contrast(readableTint(bar, base, text, 110), text), 4.5);
+    }
+    EXPECT_EQ(tintTowards(QColor(0, 0, 255), Qt::white, 140), QColor(140, 140, 255));
+    EXPECT_EQ(readableOn(QColor(Qt::yellow), QColor(Qt::white)), QColor(Qt::black));
+}
+
+// --- assistive tools
+
+TEST_F(GridViewTest, AssistiveToolsReadATreeOfRowsWithLevelStateAndCells) {
+    addTree();
+    show();
+    view->setLevelCaption("level");
+    grid.setSelected(row("ab"), true);
+    grid.changeColumn(1).visible = false;
+    QTest::qWait(0);
+    QAccessibleInterface* tree = QAccessible::queryAccessibleInterface(view.get());
+    ASSERT_NE(tree, nullptr);
+    EXPECT_EQ(tree->role(), QAccessible::Tree);
+    ASSERT_EQ(tree->childCount(), 5);
+    struct Case {
+        const char* name;
+        const char* level;
+        bool expanded, collapsed, selected;
+    };
+    int index = 0;
+    for (const Case& c : {Case{"a", "level 1", true, false, false}, Case{"aa", "level 2", false, true, false},
+                          Case{"ab", "level 2", false, false, true}, Case{"b", "level 1", false, true, false},
+                          Case{"c", "level 1", false, false, false}}) {
+        QAccessibleInterface* item = tree->child(index);
+        EXPECT_EQ(item->role(), QAccessible::TreeItem);
+        EXPECT_EQ(item->text(QAccessible::Name).toStdString(), c.name);
+        EXPECT_EQ(item->text(QAccessible::Description).toStdString(), c.level);
+        EXPECT_EQ(item->state().expanded, c.expanded) << c.name;
+        EXPECT_EQ(item->state().collapsed, c.collapsed) << c.name;
+        EXPECT_EQ(item->state().selected, c.selected) << c.name;
+        EXPECT_EQ(tree->indexOfChild(item), index++);
+        ASSERT_EQ(item->childCount(), 2);
+        EXPECT_EQ(item->child(1)->text(QAccessible::Description).toStdString(), "Files");
+        EXPECT_EQ(item->child(1)->parent(), item);
+    }
+    const QPoint onB = view->viewport()->mapToGlobal(at("b"));
+    EXPECT_EQ(tree->childAt(onB.x(), onB.y()), tree->child(3));
+}
+
+TEST_F(GridViewTest, AssistiveToolsFoldRowsAndSeeNoneThatIsGone) {
+    addTree();
+    show();
+    QAccessibleInterface* tree = QAccessible::queryAccessibleInterface(view.get());
+    tree->child(1)->actionInterface()->doAction(QAccessibleActionInterface::toggleAction());
+    EXPECT_EQ(shown(), "a aa aaa ab b c ");
+    EXPECT_EQ(takeLog(), Log{"fold aa"});
+    tree->child(5)->actionInterface()->doAction(QAccessibleActionInterface::setFocusAction());
+    EXPECT_EQ(picked(), "c @c");
+    QAccessibleInterface* last = tree->child(5);
+    grid.clear();
+    EXPECT_FALSE(last->isValid());
+    EXPECT_EQ(last->text(QAccessible::Name), "");
+    QTest::qWait(0);
+    EXPECT_EQ(tree->childCount(), 0);
+}
+
+}  // namespace
+}  // namespace hl

@@ -1,0 +1,145 @@
+// What a user would see at once: numbers that are cut, rows that are hidden, texts that cannot be read.
+#include <gtest/gtest.h>
+
+#include <QScrollBar>
+
+#include "base/scope_exit.h"
+#include "grid_view_fixture.h"
+#include "platform/qt/grid_colors.h"
+#include "platform/qt/splitter_widget.h"
+
+namespace hl {
+namespace {
+
+QPalette darkPalette() {
+    QPalette dark;
+    dark.setColor(QPalette::Base, QColor(27, 30, 32));
+    dark.setColor(QPalette::Text, QColor(252, 252, 252));
+    return dark;
+}
+
+struct LooksTest : GridViewTest {
+    std::string text = " ";
+
+    void showList(int width, int height) {
+        view = std::make_unique<GridView>(
+            grid, GridId::kDrives, false, [this](GridId, std::size_t, Row) { return text; }, told);
+        view->resize(width, height);
+        view->show();
+        view->sync();
+    }
+    /// What differs from the ground of the view on a line of pixels, but for the first and last three.
+    QRgb least(const QColor& ink, const QRect& area) {
+        const QImage image = view->viewport()->grab(area).toImage();
+        QRgb worst = image.pixel(3, image.height() / 2);
+        for (int x = 3; x < image.width() - 3; ++x) {
+            const QRgb here = image.pixel(x, image.height() / 2);
+            if (contrast(here, ink) < contrast(worst, ink)) worst = here;
+        }
+        return worst;
+    }
+};
+
+TEST_F(LooksTest, FittedColumnCutsNoNumber) {
+    grid.addRow(kNoRow, "r");
+    showList(600, 200);
+    for (const double points : {8.0, 9.0, 9.5, 11.0, 13.3}) {
+        QFont font = view->font();
+        font.setPointSizeF(points);
+        font.setHintingPreference(QFont::PreferNoHinting);  // Widths are fractions of pixels.
+        view->setFont(font);
+        for (int number = 1; number < 200; ++number) {
+            text = std::to_string(number * 7919) + "." + std::to_string(number % 90 + 10) + " GB";
+            view->autosizeColumn(1, 0);
+            constexpr int kEdges = 8;  // Left and right of every text, together.
+            const QString shown = QString::fromStdString(text);
+            ASSERT_EQ(view->fontMetrics().elidedText(shown, Qt::ElideRight, view->columnWidth(1) - kEdges),
+                      shown)
+                << points;
+        }
+    }
+}
+
+TEST_F(LooksTest, LongPathLeavesRoomForTheOtherColumnsOfAList) {
+    grid.addRow(kNoRow, "r");
+    text = std::string(300, 'w');
+    showList(600, 200);
+    view->autosizeColumn(0, 0);
+    EXPECT_LE(view->columnWidth(0), 300);
+    view->autosizeColumn(1, 0);
+    EXPECT_GT(view->columnWidth(1), 600) << "a number is never cut";
+}
+
+TEST_F(LooksTest, HeightOfRowsShowsAllOfThemWithAndWithoutABarBelow) {
+    addRoots(5);
+    for (const int width : {300, 1200}) {
+        showList(width, 400);
+        for (std::size_t column = 0; column < 3; ++column) grid.changeColumn(column).width = 200;
+        view->sync();
+        view->resize(width, view->heightOfRows());
+        QTest::qWait(0);
+        EXPECT_EQ(view->horizontalScrollBar()->isVisible(), width == 300);
+        EXPECT_EQ(view->verticalScrollBar()->maximum(), 0) << width;
+        EXPECT_GE(view->viewport()->height(), view->rowRect(4).bottom()) << width;
+    }
+}
+
+TEST_F(LooksTest, BarsCanBeReadInBothPalettes) {
+    const QPalette before = QApplication::palette();
+    const ScopeExit restore([&before] { QApplication::setPalette(before); });
+    grid.setNumber(grid.addRow(kNoRow, "r"), 0, 100);
+    for (const QPalette& palette : {before, darkPalette()}) {
+        QApplication::setPalette(palette);
+        for (const std::uint32_t color : {0x0000FFU, 0x5B963CU, 0xFF0000U}) {
+            grid.changeColumn(1).barColor = color;
+            showList(600, 200);
+            QRect cell = view->rowRect(0);
+            cell.setLeft(view->columnViewportPosition(1) + 4);
+            cell.setWidth(view->columnWidth(1) - 8);
+            const QColor ink = palette.color(QPalette::Text);
+            const QColor ground = least(ink, cell);
+            EXPECT_GE(contrast(ground, ink), 4.5) << color << " " << ground.name().toStdString();
+            EXPECT_NE(ground, palette.color(QPalette::Base)) << "no bar was drawn";
+        }
+    }
+}
+
+/// A pane whose bar needs another row once it is narrower than 200 pixels, and says so at once.
+class WrappingPane final : public QWidget {
+  public:
+    explicit WrappingPane(cSplitter& splitter) : splitter_(splitter) {}
+
+  protected:
+    void resizeEvent(QResizeEvent*) override {
+        const int rows = width() < 200 ? 60 : 30;
+        splitter_.setMinimumSize(1, rows);
+        splitter_.setMaximumSize(1, rows);
+    }
+
+  private:
+    cSplitter& splitter_;
+};
+
+TEST(SplitterLooks, GridFollowsTheBarAboveItWhenThatWrapsAndUnwraps) {
+    Told told;
+    cSplitter splitter;
+    splitter.setPosition(30);
+    WrappingPane bar(splitter);
+    QWidget below;
+    SplitterWidget widget(
+        splitter, [&](const PaneRef& ref) -> QWidget* { return ref.number == 0 ? &bar : &below; }, told);
+    splitter.Bind({PaneRef::Kind::kBar, 0}, {PaneRef::Kind::kGrid, 1});
+    widget.resize(400, 300);
+    widget.show();
+    for (const int width : {150, 400, 180, 300}) {
+        widget.resize(width, 300);
+        const int gap = splitter.SplitterSize();
+        EXPECT_EQ(bar.height(), width < 200 ? 60 : 30) << width;
+        EXPECT_EQ(below.geometry(), QRect(0, bar.height() + gap, width, 300 - bar.height() - gap)) << width;
+    }
+    bar.setParent(nullptr);
+    below.setParent(nullptr);
+}
+
+}  // namespace
+}  // namespace hl

@@ -1,0 +1,57 @@
+// A logic that writes down what the window tells it, and does what a test wants.
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "platform/window.h"
+
+namespace hl::test {
+
+class RecordingEvents : public WindowEvents {
+  public:
+    /// "execute 0 7" and the like, in order.
+    std::vector<std::string> told;
+    std::function<void(BarId, int)> onExecute;
+    bool mayUnload = true;
+
+    void formLoad(Window&, MessagePump&) override { told.push_back("formLoad"); }
+    void formActivate() override { told.push_back("formActivate"); }
+    bool formQueryUnload() override {
+        told.push_back("formQueryUnload");
+        return mayUnload;
+    }
+    void formUnload() override { told.push_back("formUnload"); }
+    void formResize() override {}
+    void formKeyUp(int key) override { told.push_back("formKeyUp " + std::to_string(key)); }
+    void execute(BarId bar, int id) override {
+        told.push_back("execute " + number(bar) + " " + std::to_string(id));
+        if (onExecute) onExecute(bar, id);
+    }
+    void editChanged(BarId bar, int id, const std::string& text) override {
+        told.push_back("editChanged " + number(bar) + " " + std::to_string(id) + " " + text);
+    }
+    void editKeyDown(BarId bar, int id, int key) override {
+        told.push_back("editKeyDown " + number(bar) + " " + std::to_string(id) + " " + std::to_string(key));
+    }
+    void barResized(BarId) override { ++resized; }
+    void comboText(const std::string& text) override { told.push_back("comboText " + text); }
+    void comboSelected(int index) override { told.push_back("comboSelected " + std::to_string(index)); }
+    void comboKeyDown(int key) override { told.push_back("comboKeyDown " + std::to_string(key)); }
+    void gridMouseUp(GridId, Row, MouseButton, bool, Point) override {}
+    void gridDoubleClick(GridId) override {}
+    void gridKeyUp(GridId, int) override {}
+    void gridTitleClick(GridId, std::size_t) override {}
+    void gridColumnSizing(GridId) override {}
+    void gridExpanded(GridId, Row) override {}
+    void handOver(const std::string&) override {}
+    void windowFault(const char* where) override { told.push_back(std::string("fault ") + where); }
+
+    int resized = 0;
+
+  private:
+    static std::string number(BarId bar) { return std::to_string(static_cast<int>(bar)); }
+};
+
+}  // namespace hl::test

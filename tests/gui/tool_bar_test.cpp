@@ -1,0 +1,239 @@
+#include "platform/qt/tool_bar.h"
+
+#include <gtest/gtest.h>
+
+#include <QAccessible>
+#include <QApplication>
+#include <QComboBox>
+#include <QLineEdit>
+#include <QPointer>
+#include <QTest>
+#include <set>
+#include <stdexcept>
+
+#include "gui/recording_events.h"
+#include "platform/icons.h"
+#include "platform/qt/bar_flow.h"
+#include "platform/qt/qt_convert.h"
+
+namespace hl {
+
+namespace {
+
+using test::RecordingEvents;
+using Told = std::vector<std::string>;
+
+constexpr int kCombo = 50, kGo = 2, kFirstCheck = 60, kToggle = 33, kSearch = 29, kLast = 20;
+
+/// A bar with one entry of each kind, of its own width of some 600 pixels.
+class ToolBarTest : public testing::Test {
+  protected:
+    ToolBarTest() {
+        bar_.setTitle("Commands");
+        bar_.add({.kind = EntryKind::kLabel, .caption = "Folders"});
+        bar_.add({.id = kCombo, .kind = EntryKind::kCustom, .caption = "Source"});
+        bar_.add({.id = kGo, .kind = EntryKind::kSplitButton, .caption = "Go & read", .key = 'R'});
+        for (int i = 0; i < 3; ++i)
+            bar_.add({.id = kFirstCheck + i, .kind = EntryKind::kCheckBox, .caption = "Check"}, kGo);
+        bar_.add({.id = kToggle, .caption = "Toggle", .beginGroup = true});
+        bar_.add({.id = kSearch, .kind = EntryKind::kEdit, .caption = "Search"});
+        for (int i = 0; i < 5; ++i)
+            bar_.add({.id = kLast - i, .caption = "Command " + std::to_string(i), .beginGroup = i == 0});
+        bar_.addPopup({.id = 900, .list = {{.id = 901, .caption = "Delete"}}});
+        show(900);
+    }
+    void show(int width) {
+        tool_.resize(width, tool_.heightForWidth(width));
+        tool_.show();
+        QApplication::processEvents();
+    }
+    template <class Widget = QToolButton>
+    Widget* find(int id) {
+        return dynamic_cast<Widget*>(tool_.findChild<QWidget*>(QStringLiteral("cbrMain.%1").arg(id)));
+    }
+    QMenu* menuOf(int id) { return find(id)->menu(); }
+    QToolButton* extension() { return tool_.findChild<QToolButton*>(QStringLiteral("cbrMain.extension")); }
+
+    RecordingEvents events_;
+    CommandBar bar_{BarId::kMain, "cbrMain"};
+    IconStore icons_{HARBORLANTERN_SOURCE_DIR "/data"};
+    QComboBox* combo_ = new QComboBox;
+    ToolBar tool_{bar_, icons_, events_, combo_};
+};
+
+TEST_F(ToolBarTest, AClickIsToldAndOnlyTheLogicSwitchesAnEntry) {
+    QTest::mouseClick(find(kToggle), Qt::LeftButton);
+    EXPECT_EQ(events_.told, Told{"execute 0 33"});
+    EXPECT_FALSE(find(kToggle)->isChecked());
+    events_.onExecute = [&](BarId, int id) { bar_.toggle(id); };
+    QTest::mouseClick(find(kToggle), Qt::LeftButton);
+    EXPECT_TRUE(find(kToggle)->isChecked());
+    events_.onExecute = nullptr;
+    QTest::mouseClick(find(kToggle), Qt::LeftButton);
+    EXPECT_TRUE(find(kToggle)->isChecked());
+}
+
+TEST_F(ToolBarTest, ADisabledEntryCannotBePressedInAnyWay) {
+    bar_.setEnabled(kToggle, false);
+    QTest::mouseClick(find(kToggle), Qt::LeftButton);
+    tool_.press(kToggle);
+    EXPECT_EQ(events_.told, Told());
+}
+
+TEST_F(ToolBarTest, EveryEntryCanBeReachedAtAnyWidth) {
+    for (const bool clips : {false, true})
+        for (const int width : {60, 130, 250, 420, 900}) {
+            bar_.setClips(clips);
+            show(width);
+            std::set<int> reached;
+            for (const BarEntry& entry : bar_.entries()) {
+                auto* widget = entry.id == kCombo ? combo_ : find<QWidget>(entry.id);
+                if (entry.id == 0 || !widget->isVisible()) continue;
+                EXPECT_TRUE(tool_.rect().contains(widget->geometry())) << width << " " << entry.id;
+                reached.insert(entry.id);
+            }
+            if (extension()->isVisible())
+                for (QAction* action : extension()->menu()->actions()) reached.insert(action->data().toInt());
+            for (const BarEntry& entry : bar_.entries())
+                EXPECT_TRUE(reached.contains(entry.id) || entry.id == 0) << width << " " << entry.id;
+            EXPECT_EQ(extension()->isVisible(), clips && width < 900);
+        }
+}
+
+TEST_F(ToolBarTest, ANarrowerBarGrowsAndTellsIt) {
+    const int wide = tool_.heightForWidth(2000);
+    EXPECT_GT(tool_.heightForWidth(250), wide);
+    const int before = events_.resized;
+    show(250);
+    EXPECT_GT(events_.resized, before);
+    bar_.setClips(true);
+    EXPECT_EQ(tool_.heightForWidth(250), wide);
+}
+
+TEST_F(ToolBarTest, CheckBoxesOfAListAreSwitchedOneAfterAnother) {
+    events_.onExecute = [&](BarId, int id) { bar_.toggle(id); };
+    QMenu* menu = menuOf(kGo);
+    menu->popup({10, 10});
+    for (const int i : {0, 2})
+        QTest::mouseClick(menu, Qt::LeftButton, {}, menu->actionGeometry(menu->actions().at(i)).center());
+    menu->setActiveAction(menu->actions().at(1));
+    QTest::keyClick(menu, Qt::Key_Space);
+    EXPECT_TRUE(menu->isVisible());
+    EXPECT_EQ(events_.told, (Told{"execute 0 60", "execute 0 62", "execute 0 61"}));
+    for (QAction* action : menu->actions()) EXPECT_TRUE(action->isChecked());
+    menu->close();
+}
+
+TEST_F(ToolBarTest, TheKeyboardAloneReachesButtonsAndLists) {
+    tool_.activateWindow();
+    std::set<QWidget*> focused;
+    for (int i = 0; i < 20; ++i) {
+        QTest::keyClick(QApplication::focusWidget() ? QApplication::focusWidget() : &tool_, Qt::Key_Tab);
+        focused.insert(QApplication::focusWidget());
+    }
+    for (const int id : {kGo, kToggle, kSearch, kLast})
+        EXPECT_TRUE(focused.contains(find<QWidget>(id))) << id;
+    QTest::keyClick(find(kToggle), Qt::Key_Return);
+    QTest::keyClick(find(kToggle), Qt::Key_Space);
+    EXPECT_EQ(events_.told, (Told{"execute 0 33", "execute 0 33"}));
+    bool opened = false;
+    QObject::connect(menuOf(kGo), &QMenu::aboutToShow, [&] {
+        opened = true;
+        QMetaObject::invokeMethod(menuOf(kGo), &QMenu::close, Qt::QueuedConnection);
+    });
+    QTest::keyClick(find(kGo), Qt::Key_Down);
+    EXPECT_TRUE(opened);
+}
+
+TEST_F(ToolBarTest, TypingIsToldWithTheTextAlreadyInTheEntry) {
+    auto* edit = find<QLineEdit>(kSearch);
+    QTest::keyClicks(edit, QStringLiteral("ab"));
+    QTest::keyClick(edit, Qt::Key_Enter);
+    EXPECT_EQ(events_.told, (Told{"editChanged 0 29 a", "editChanged 0 29 ab", "editKeyDown 0 29 13"}));
+    EXPECT_EQ(bar_.textOf(kSearch), "ab");
+    bar_.setText(kSearch, "other");
+    EXPECT_EQ(edit->text(), QStringLiteral("other"));
+}
+
+TEST_F(ToolBarTest, ABarThatIsBuiltAnewWhileACommandRunsKeepsTheClickedButtonAlive) {
+    events_.onExecute = [&](BarId, int) {
+        bar_.setLargeIcons(!bar_.largeIcons());
+        for (int i = 0; i < 3; ++i) QApplication::processEvents();
+        QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    };
+    QPointer<QToolButton> clicked = find(kToggle);
+    QTest::mouseClick(clicked, Qt::LeftButton);
+    EXPECT_NE(find(kToggle), clicked);
+    EXPECT_EQ(find(kToggle)->iconSize().width(), 32);
+    QTest::mouseClick(find(kToggle), Qt::LeftButton);
+    EXPECT_EQ(events_.told.size(), 2U);
+    EXPECT_EQ(combo_->parent(), &tool_);
+}
+
+TEST_F(ToolBarTest, APopupTellsWhatIsChosen) {
+    tool_.openPopup(900, {5, 5});
+    auto* menu = dynamic_cast<QMenu*>(QApplication::activePopupWidget());
+    ASSERT_NE(menu, nullptr);
+    QTest::keyClick(menu, Qt::Key_Down);
+    QTest::keyClick(menu, Qt::Key_Return);
+    EXPECT_EQ(events_.told, Told{"execute 0 901"});
+    EXPECT_EQ(QApplication::activePopupWidget(), nullptr);
+}
+
+TEST_F(ToolBarTest, AssistiveToolsFindABarWithNamedControls) {
+    EXPECT_EQ(QAccessible::queryAccessibleInterface(&tool_)->role(), QAccessible::ToolBar);
+    EXPECT_EQ(tool_.accessibleName(), QStringLiteral("Commands"));
+    const auto name = [](QWidget* widget) {
+        return QAccessible::queryAccessibleInterface(widget)->text(QAccessible::Name);
+    };
+    EXPECT_EQ(name(find(kGo)), QStringLiteral("Go & read"));
+    EXPECT_EQ(name(find<QWidget>(kSearch)), QStringLiteral("Search"));
+    EXPECT_EQ(name(combo_), QStringLiteral("Source"));
+    EXPECT_EQ(find(kGo)->toolTip(), QStringLiteral("Go & read (Ctrl+R)"));
+}
+
+TEST_F(ToolBarTest, AnErrorInACommandIsToldAndTheBarGoesOn) {
+    events_.onExecute = [](BarId, int) { throw std::runtime_error("no"); };
+    QTest::mouseClick(find(kToggle), Qt::LeftButton);
+    EXPECT_EQ(events_.told.back(), "fault ToolBar::clicked");
+    events_.onExecute = nullptr;
+    QTest::mouseClick(find(kToggle), Qt::LeftButton);
+    EXPECT_EQ(events_.told.back(), "execute 0 33");
+}
+
+TEST(BarFlow, NothingOverlapsAndAWrappedRowBeginsWithoutASeparator) {
+    std::vector<FlowItem> items;
+    for (int i = 0; i < 12; ++i)
+        items.push_back({.size = {40 + 7 * i, 20 + i},
+                         .smallest = 40 + 7 * i,
+                         .beginGroup = i % 3 == 0,
+                         .grows = i == 4});
+    for (const bool clips : {false, true})
+        for (int width = 40; width < 1300; width += 13) {
+            const Flow flow = flowOf(items, width, {.clips = clips});
+            for (std::size_t i = 0; i < items.size(); ++i) {
+                const QRect& place = flow.places[i];
+                if (place.isNull()) continue;
+                EXPECT_LE(place.right(), width) << width;
+                EXPECT_LT(place.bottom(), flow.height) << width;
+                EXPECT_FALSE(place.intersects(flow.extension)) << width << " " << i;
+                for (std::size_t j = 0; j < i; ++j) EXPECT_FALSE(place.intersects(flow.places[j])) << width;
+            }
+            EXPECT_FALSE(flow.places[4].isNull());
+            for (const QRect& line : flow.separators) EXPECT_GT(line.x(), 40) << width;
+        }
+}
+
+TEST(Keys, AFunctionKeyStandsAloneAndOthersGoWithCtrl) {
+    const struct {
+        int key;
+        const char* shown;
+    } cases[] = {{'N', "Ctrl+N"},  {'1', "Ctrl+1"}, {112, "F1"}, {122, "F11"},
+                 {46, "Ctrl+Del"}, {0, ""},         {7, ""}};
+    for (const auto& one : cases)
+        EXPECT_EQ(acceleratorOf(one.key).toString(QKeySequence::PortableText).toStdString(), one.shown);
+}
+
+}  // namespace
+
+}  // namespace hl

@@ -1,0 +1,99 @@
+// The main window with all its bars and panes, and a logic that writes down what it is told.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QTest>
+#include <algorithm>
+#include <memory>
+
+#include "gui/recording_events.h"
+#include "mainwindow/bars.h"
+#include "mainwindow/panes.h"
+#include "platform/qt/main_window.h"
+#include "scan/records.h"
+#include "support/test_texts.h"
+#include "views/drive_list.h"
+
+namespace hl::test {
+
+/// English. Shows the report, the drives and the file list; every entry with work behind it is enabled.
+class WindowBars : public testing::Test, private PaneHost {
+  protected:
+    WindowBars() {
+        initAllBars(bars, {texts.texts, options, texts.diagnostics});
+        for (CommandBar* bar : bars.all()) bar->setAllEnabled(true);
+        for (const int panel : {kPanelReport, kPanelDrives, kPanelFiles})
+            bars.cbrMain.setChecked(panel, true);
+        panes = std::make_unique<Panes>(
+            PaneParts{bars.all(), report, options, state, kPosixPaths, status, *this, texts.diagnostics});
+        fillParts();
+        window = std::make_unique<MainWindow>(parts, events);
+        panes->ShowFirstList();
+        panes->Change_Info_Visibility();
+        panes->placeSplitters(500);
+    }
+    ~WindowBars() override {
+        window.reset();
+        EXPECT_TRUE(texts.sink.shown.empty()) << texts.sink.shown.front();
+    }
+
+    void show(int width = 1200, int height = 800) {
+        window->setGeometry({0, 0, width, height});
+        window->show();
+        window->frame().activateWindow();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(&window->frame()));
+        for (std::size_t i = 1; i < kBarCount; ++i) panes->cbrResize(static_cast<BarId>(i));
+        QApplication::processEvents();
+    }
+
+    TestTexts texts{"en_GB.UTF-8"};
+    Options options;
+    ScanState state;
+    StatusPanels status;
+    Bars bars;
+    Grid report{kFolderCells}, drives{kDriveCells}, files{kFileCells}, top{kFileCells}, hardlinks{kFileCells},
+        junctions{kJunctionCells};
+    std::unique_ptr<Panes> panes;
+    WindowParts parts;
+    RecordingEvents events;
+    std::unique_ptr<MainWindow> window;
+
+  private:
+    void fillParts() {
+        parts.grids = {&report, &drives, &files, &top, &hardlinks, &junctions};
+        parts.gridNames = {"tvwPL", "lvwDiskinfo", "lvwFiles", "lvwTOP", "lvwHardlinks", "lvwJunctions"};
+        parts.gridTitles = {"Folder list",   "Drive list", "File list",
+                            "Largest files", "Hard links", "Junctions"};
+        for (Grid* grid : parts.grids)
+            grid->setColumns(
+                {{.title = "Name", .key = {}, .mask = {}}, {.title = "Note", .key = {}, .mask = {}}});
+        parts.bars = bars.all();
+        parts.splitters = panes->all();
+        parts.cellText = [this](GridId id, std::size_t column, Row row) {
+            const Grid& grid = *parts.grids[static_cast<std::size_t>(id)];
+            return column == 0 ? std::string(grid.text(row)) : "note";
+        };
+        parts.more = "More commands";
+        parts.clear = "Clear";
+        parts.level = "Level";
+        parts.name = "Harborlantern";
+        parts.dataFolder = HARBORLANTERN_SOURCE_DIR "/data";
+    }
+
+    int barHeight(BarId bar) override { return window->barHeight(bar); }
+    int gridWidth(GridId grid) override { return window->gridWidth(grid); }
+    int formWidth() override { return window->clientArea().width; }
+    void refresh(GridId) override {}
+    void SetFileIcons(GridId) override {}
+    void ShowFileStat(GridId) override {}
+    void List_Files_ScanFolder(const std::string&) override {}
+    void Drives_ResizeTableHeight() override {}
+    void Drives_Resize_Columns(bool) override {}
+    void Preview_Reset_View() override {}
+    void Preview_ShowFile() override {}
+    void statusChanged() override {}
+};
+
+}  // namespace hl::test

@@ -1,0 +1,149 @@
+// What a session reads from files at its start and leaves in them: reports, settings, Toolbar.dat.
+#include <QComboBox>
+#include <QFileDialog>
+
+#include "gui/window_fixture.h"
+
+namespace hl {
+namespace {
+
+using test::contentOf;
+using test::Session;
+using test::WindowTest;
+using test::writeFile;
+
+class WindowFilesTest : public WindowTest {
+  protected:
+    std::string toolbars() const { return home.path() + "/Toolbar.dat"; }
+};
+
+TEST_F(WindowFilesTest, AReportIsSavedInTheFormatThatIsChosen) {
+    smallTree();
+    Session s(home.path());
+    s.start();
+    s.scan(at("src"));
+    s.clickRow("a");
+    for (const auto& [format, scope, name] :
+         {std::tuple(1, "Alle Ordner", "r.csv"), std::tuple(0, "Ausgewählter Ordner", "r.txt")}) {
+        s.answers.add([&, format = format, scope = scope](QDialog& dialog) {
+            EXPECT_EQ(dialog.objectName(), QStringLiteral("frmSave"));
+            test::pressIn(dialog, scope);
+            test::pressIn(dialog, "Alle Ordnerebenen");
+            auto* combo = dialog.findChildren<QComboBox*>().first();
+            combo->setFocus();
+            QTest::keyClick(combo, format == 0 ? Qt::Key_T : Qt::Key_C);
+            test::pressIn(dialog, "OK");
+        });
+        s.answers.add([&, name = name](QDialog& dialog) {
+            EXPECT_NE(dynamic_cast<QFileDialog*>(&dialog), nullptr);
+            test::choosePath(dialog, at(name));
+        });
+        QTest::keyClick(&s.view(), Qt::Key_S, Qt::ControlModifier);
+        Session::settle();
+    }
+    const std::string src = at("src");
+    std::string csv = "\"Pfad\";\"Größe (Bytes)\";\"Dateien\";\"Ordner\"\r\n";
+    for (const auto& [path, numbers] :
+         {std::pair("", "\"457\";4;3"), std::pair("/a", "\"400\";2;1"), std::pair("/a/aa", "\"300\";1;0"),
+          std::pair("/a/[Dateien]", "\"100\";1;0"), std::pair("/b", "\"50\";1;0"),
+          std::pair("/[Dateien]", "\"7\";1;0")})
+        csv += "\"" + src + path + "\";" + numbers + "\r\n";
+    EXPECT_EQ(contentOf(at("r.csv")), csv);
+    EXPECT_EQ(contentOf(at("r.txt")),
+              "Größe (Bytes)\tDateien\tOrdner\tPfad\r\n"
+              "          400\t      2\t     1\ta\r\n"
+              "          300\t      1\t     0\ta/aa\r\n"
+              "          100\t      1\t     0\ta/[Dateien]\r\n");
+}
+
+TEST_F(WindowFilesTest, ARestartForAnotherLanguageKeepsSourcesBarsPanesAndPlace) {
+    folder("src/a");
+    folder("src2");
+    Rect place;
+    {
+        Session s(home.path());
+        s.start();
+        s.scan(at("src"));
+        s.scan(at("src2"));
+        for (const char* entry : {"cbrReport.22", "cbrReport.11", "cbrMain.21", "cbrMain.308", "cbrMain.34"})
+            s.click(entry);
+        s.frame().setGeometry(30, 40, 1300, 850);
+        Session::settle();
+        place = s.window().normalGeometry();
+        s.click("cbrMain.36");
+        EXPECT_TRUE(s.form().restartPending());
+        EXPECT_TRUE(s.frame().unloaded());
+    }
+    const std::string bars = contentOf(toolbars());
+    EXPECT_NE(contentOf(ini()).find("Lang=9"), std::string::npos);
+    Session s(home.path());
+    s.start();
+    const auto* combo = s.frame().findChild<QComboBox*>(QStringLiteral("cboOrdner"));
+    QStringList sources;
+    for (int i = 0; i < combo->count(); ++i) sources.push_back(combo->itemText(i));
+    for (const char* source : {"src/", "src2/"})
+        EXPECT_TRUE(sources.contains(QString::fromStdString(at(source)))) << source;
+    EXPECT_EQ(combo->currentText().toStdString(), at("src2/"));
+    EXPECT_EQ(s.panes(), "tvwPL lvwHardlinks");
+    EXPECT_EQ(s.view().shownColumns(), (std::vector<std::size_t>{0, 1, 2, 4}));
+    EXPECT_EQ(s.grid().columns()[1].title, "Size (KB)");
+    for (const auto& [entry, checked] : {std::pair("cbrMain.34", true), std::pair("cbrReport.22", false)})
+        EXPECT_EQ(
+            dynamic_cast<QAbstractButton&>(*s.frame().findChild<QWidget*>(QLatin1String(entry))).isChecked(),
+            checked);
+    const Rect now = s.window().normalGeometry();
+    EXPECT_EQ((std::array{now.left, now.top, now.width, now.height}),
+              (std::array{place.left, place.top, place.width, place.height}));
+    s.frame().close();
+    EXPECT_EQ(contentOf(toolbars()), bars);
+}
+
+TEST_F(WindowFilesTest, AWindowThatWasLeftOffTheScreenComesBackOntoIt) {
+    for (const char* where :
+         {"Left=-900000\r\nTop=-900000", "Left=480000\r\nTop=480000", "Left=x\r\nTop=1e99"}) {
+        setSettings(std::string(where) + "\r\n");
+        Session s(home.path());
+        s.start();
+        const QRect screen = s.frame().screen()->availableGeometry();
+        EXPECT_TRUE(screen.contains(s.frame().geometry().topLeft())) << where;
+    }
+}
+
+TEST_F(WindowFilesTest, NoGarbageInItsFilesKeepsTheWindowFromOpening) {
+    {
+        Session s(home.path());
+        s.start();
+        s.frame().close();
+    }
+    const std::string settings = contentOf(ini()), bars = contentOf(toolbars());
+    const std::string noise("\0\xFF[[[\n=\nForm]\r[Form\nWidth=\r\n", 28);
+    const std::string values[] = {noise, "", settings.substr(0, settings.size() / 2), bars,
+                                  "[Form]\nWidth=9e99\nHeight=-5\nTVW=nan\nWindowState=7\n" + noise};
+    for (const std::string& first : values)
+        for (const std::string& second : {noise, std::string(), bars.substr(0, bars.size() / 2), settings}) {
+            writeFile(ini(), "[Allgemein]\r\nLang=7\r\n" + first);
+            writeFile(toolbars(), second);
+            Session s(home.path());
+            s.start();
+            EXPECT_EQ(s.reports.size(), 0U) << first;
+            EXPECT_TRUE(s.frame().isVisible() && s.enabled("cbrMain.2")) << first << "\n\n" << second;
+            EXPECT_NE(s.panes(), "");
+            EXPECT_TRUE(s.frame().close());
+        }
+}
+
+TEST_F(WindowFilesTest, ASettingThatMakesNoSenseIsReportedAndTheWindowOpens) {
+    setSettings("[Optionen]\r\nFileSizeFormat=many\r\n");
+    Session s(home.path());
+    s.answers.add([&](QDialog& dialog) {
+        EXPECT_EQ(dialog.objectName(), QStringLiteral("frmFehler"));
+        EXPECT_TRUE(s.frame().isVisible());
+        test::pressIn(dialog, "Weiter");
+    });
+    s.start();
+    EXPECT_EQ(s.reports.size(), 1U);
+    EXPECT_TRUE(s.enabled("cbrMain.2"));
+}
+
+}  // namespace
+}  // namespace hl

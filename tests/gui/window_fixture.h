@@ -1,0 +1,356 @@
+// The program in this process: all that its main() puts together, with a window on no screen, driven by mouse
+// and keys. main() of the tests has made a QApplication.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QDialog>
+#include <QHeaderView>
+#include <QLineEdit>
+#include <QMenu>
+#include <QTest>
+#include <QTimer>
+#include <deque>
+#include <filesystem>
+#include <memory>
+#include <optional>
+#include <set>
+
+#include "app/log.h"
+#include "app/settings.h"
+#include "mainwindow/error_form.h"
+#include "mainwindow/window_form.h"
+#include "platform/headless/headless.h"
+#include "platform/linux/drives.h"
+#include "platform/linux/file_system.h"
+#include "platform/linux/files.h"
+#include "platform/qt/main_window.h"
+#include "platform/qt/qt_pump.h"
+#include "robustness/fakes.h"
+#include "support/temp_dir.h"
+#include "support/trees.h"
+#include "support/whole_files.h"
+
+namespace hl::test {
+
+/// The machine's files. `beforeBlock` runs in front of each block of a scan, counted from 1 for each source;
+/// `beforeFiles` of a list of files.
+class PausingFileSystem final : public FileSystem {
+  public:
+    std::function<void(int block)> beforeBlock, beforeFiles;
+
+    std::unique_ptr<FolderReader> read(std::string_view source, const ReadOptions& options,
+                                       WaitCallback* wait) override {
+        auto reader = disk_.read(source, options, wait);
+        return std::make_unique<Reader>(std::move(reader), options.recursive ? beforeBlock : beforeFiles);
+    }
+    PathFacts look(std::string_view path) override { return disk_.look(path); }
+    std::string target(std::string_view path, int& error) override { return disk_.target(path, error); }
+
+  private:
+    class Reader final : public FolderReader {
+      public:
+        Reader(std::unique_ptr<FolderReader> reader, std::function<void(int)>& before)
+            : reader_(std::move(reader)), before_(before) {}
+        std::unique_ptr<Listing> next() override {
+            ++block_;
+            if (before_) before_(block_);
+            return reader_->next();
+        }
+
+      private:
+        std::unique_ptr<FolderReader> reader_;
+        std::function<void(int)>& before_;
+        int block_ = 0;
+    };
+
+    LinuxFileSystem disk_{limitsOfThisMachine(false), nullptr};
+};
+
+class NoFolderVerb final : public FolderVerb {
+  public:
+    FolderVerbFailure offer(const FolderOffer&) override { return {}; }
+    FolderVerbFailure withdraw() override { return {}; }
+};
+
+/// Acts on the dialogs that open next, one after another. Each act closes its dialog, or opens the next.
+class Answers {
+  public:
+    using Act = std::function<void(QDialog&)>;
+    ~Answers() { EXPECT_TRUE(acts_.empty()) << acts_.size() << " dialogs never opened"; }
+    void add(Act act) {
+        acts_.push_back(std::move(act));
+        if (acts_.size() == 1) wait();
+    }
+
+  private:
+    void wait() {
+        QTimer::singleShot(5, &context_, [this] {
+            auto* dialog = dynamic_cast<QDialog*>(QApplication::activeModalWidget());
+            if (dialog == nullptr || dialog == last_ || !dialog->isVisible()) return wait();
+            last_ = dialog;
+            const Act act = std::move(acts_.front());
+            acts_.pop_front();
+            if (!acts_.empty()) wait();
+            act(*dialog);
+        });
+    }
+    QObject context_;
+    std::deque<Act> acts_;
+    QDialog* last_ = nullptr;
+};
+
+/// Presses the button of this caption.
+inline void pressIn(QWidget& dialog, const char* caption) {
+    for (auto* button : dialog.findChildren<QAbstractButton*>())
+        if (button->text().remove(QLatin1Char('&')) == QString::fromUtf8(caption)) return button->click();
+    ADD_FAILURE() << "no button " << caption;
+}
+/// In a file dialog: chooses a path.
+inline void choosePath(QDialog& dialog, const std::string& path) {
+    auto* edit = dialog.findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
+    edit->setText(QString::fromStdString(path));
+    QTest::keyClick(edit, Qt::Key_Return);
+}
+
+/// Clicks an entry by its bar and id, "cbrReport.24", in the bar or in a list of it.
+inline void clickEntry(QWidget& frame, const QString& name) {
+    auto* widget = frame.findChild<QWidget*>(name);
+    if (widget != nullptr && widget->isVisible())
+        return QTest::mouseClick(widget, Qt::LeftButton, {}, {8, widget->height() / 2});
+    const QString bar = name.section(QLatin1Char('.'), 0, 0), id = name.section(QLatin1Char('.'), 1);
+    for (auto* menu : frame.findChild<QWidget*>(bar)->findChildren<QMenu*>())
+        for (QAction* action : menu->actions()) {
+            if (action->data().toString() != id) continue;
+            menu->popup({});
+            return QTest::mouseClick(menu, Qt::LeftButton, {}, menu->actionGeometry(action).center());
+        }
+    ADD_FAILURE() << "no entry " << name.toStdString();
+}
+
+/// The program without its window. German, unless its settings say otherwise.
+class Logic : private ErrorSink, private MessagePump {
+  public:
+    explicit Logic(const std::string& home) : home_(home) {
+        writeFile(machine_.path() + "/mountinfo", "21 1 0:2 / / rw - overlay overlay rw\n");
+        std::filesystem::create_directories(machine_.path() + "/proc/self");
+        std::filesystem::rename(machine_.path() + "/mountinfo", machine_.path() + "/proc/self/mountinfo");
+        texts_.Init_Sprache("", "", true);
+        form_.emplace(FormServices{settings_, texts_, log_, files_, fileSystem, *this, console_, facts_,
+                                   diagnostics_, kPosixPaths, numbers_},
+                      WindowServices{drives_, verb_, HARBORLANTERN_PROGRAM, home, "", "0.1", true,
+                                     [this](Window* window, MessagePump* pump) { there(window, pump); },
+                                     [this] { showWaiting(); }});
+        form_->parts().dataFolder = HARBORLANTERN_SOURCE_DIR "/data";
+    }
+
+    PausingFileSystem fileSystem;
+    Answers answers;
+    std::vector<std::string> reports;  ///< Of errors.
+    std::function<void()> onThere;     ///< The window exists, and is not yet shown.
+
+    WindowForm& form() { return *form_; }
+    MessagePump& pump() { return *this; }
+    LinuxDrives& drives() { return drives_; }
+
+  private:
+    void LogError(const std::string&, bool, bool) override {}
+    void showReport(const std::string& text) override {
+        reports.push_back(text);
+        if (loading_) return waiting_.push_back(text);
+        if (dialogs_) dialogs_->show(text);
+    }
+    void showWaiting() {
+        loading_ = false;
+        for (const std::string& text : std::exchange(waiting_, {})) dialogs_->show(text);
+    }
+    void PumpMessages() override {
+        if (pump_ != nullptr) pump_->PumpMessages();
+    }
+    bool GetInputState() override { return pump_ != nullptr && pump_->GetInputState(); }
+    std::uint64_t GetTickCount() override { return headless_.GetTickCount(); }
+
+    void there(Window* window, MessagePump* pump) {
+        pump_ = pump;
+        dialogs_.reset();
+        loading_ = window != nullptr;
+        if (window == nullptr) return;
+        desk_ = std::make_unique<WindowDesk>(*window);
+        dialogs_ = std::make_unique<ErrorReports>(
+            ErrorFormServices{texts_, files_, facts_, *desk_, kPosixPaths, home_, "0.1", [] { FAIL(); }});
+        if (onThere) onThere();
+    }
+
+    TempDir machine_;  ///< Its mounts.
+    std::string home_;
+    FakeSystemFacts facts_;
+    LinuxFiles files_;
+    RecordingConsole console_;
+    HeadlessPump headless_;
+    MessagePump* pump_ = nullptr;
+    bool loading_ = false;  ///< Reports wait until the window is on screen.
+    std::vector<std::string> waiting_;
+    NumberFormat numbers_ = numberFormatOf("de_DE.UTF-8");
+    SettingsStore settings_{files_, home_ + "/Harborlantern.ini"};
+    Log log_{files_, home_, dateFormatOf("de_DE.UTF-8")};
+    AppFacts app_;
+    Diagnostics diagnostics_{app_, facts_, *this};
+    Texts texts_{files_, settings_, diagnostics_, {home_, HARBORLANTERN_SOURCE_DIR "/lang", "", "de_DE"}};
+    LinuxDrives drives_{{.root = machine_.path(), .space = [](const std::string&) {
+                             return DriveSpace{4000, 1000, 4};
+                         }}};
+    NoFolderVerb verb_;
+    std::unique_ptr<WindowDesk> desk_;
+    std::unique_ptr<ErrorReports> dialogs_;
+    std::optional<WindowForm> form_;
+};
+
+/// The program with its window, from its start to its end.
+class Session : public Logic {
+  public:
+    explicit Session(const std::string& home) : Logic(home) {
+        auto& cellText = form().parts().cellText;
+        cellText = [this, cellText](GridId grid, std::size_t column, Row row) {
+            const std::string text = cellText(grid, column, row);
+            if (grid == GridId::kReport && column == 0) painted.insert(text);
+            return text;
+        };
+    }
+    /// `before` runs ahead of the loading of the form.
+    void start() {
+        window_ = std::make_unique<MainWindow>(form().parts(), form());
+        qtPump_ = std::make_unique<QtPump>(form());
+        form().formLoad(*window_, *qtPump_);
+        window_->show();
+        EXPECT_TRUE(QTest::qWaitForWindowActive(&frame()));
+        settle();
+    }
+    ~Session() {
+        window_.reset();
+        settle();
+    }
+
+    std::set<std::string> painted;  ///< Names of rows that the window has asked for.
+
+    MainWindow& window() { return *window_; }
+    Frame& frame() { return window_->frame(); }
+    GridView& view() { return window_->grid(GridId::kReport); }
+    const Grid& grid() { return view().grid(); }
+    static void settle() {
+        for (int i = 0; i < 3; ++i) QApplication::processEvents();
+    }
+
+    // --- what the user does
+    void click(const char* entry) {
+        clickEntry(frame(), QLatin1String(entry));
+        settle();
+    }
+    void key(QWidget& on, Qt::Key key) {
+        QTest::keyClick(&on, key);
+        settle();
+    }
+    void type(const char* edit, const std::string& text, Qt::Key end) {
+        auto* widget = frame().findChild<QWidget*>(QLatin1String(edit));
+        ASSERT_NE(widget, nullptr);
+        widget->setFocus();
+        QTest::keyClick(widget, Qt::Key_A, Qt::ControlModifier);
+        QTest::keyClicks(widget, QString::fromStdString(text));
+        key(*widget, end);
+    }
+    void scan(const std::string& folder) { type("cboOrdner", folder, Qt::Key_Return); }
+    void clickTitle(int column) {
+        const auto* header = view().horizontalHeader();
+        const QPoint at(header->sectionViewportPosition(column) + header->sectionSize(column) / 2, 5);
+        QTest::mouseClick(header->viewport(), Qt::LeftButton, {}, at);
+        settle();
+    }
+    void clickRow(const std::string& name) {
+        view().sync();
+        const auto index = view().rows().find(row(name));
+        ASSERT_TRUE(index) << name;
+        window().scrollIntoView(GridId::kReport, row(name));
+        const QPoint at(view().columnViewportPosition(0) + view().columnWidth(0) / 2,
+                        view().rowRect(*index).center().y());
+        QTest::mouseClick(view().viewport(), Qt::LeftButton, {}, at);
+        settle();
+    }
+
+    // --- what the user sees
+    bool enabled(const char* entry) { return frame().findChild<QWidget*>(QLatin1String(entry))->isEnabled(); }
+    std::string status() {
+        return frame().findChild<QWidget*>(QStringLiteral("panel1"))->accessibleName().toStdString();
+    }
+    /// Names of the rows on screen; of a source the last part of its path.
+    std::string rows() {
+        view().sync();
+        std::string all;
+        for (std::size_t i = 0; i < view().rows().count(); ++i)
+            all += (i > 0 ? " " : "") + nameOf(view().rows().at(i));
+        return all;
+    }
+    Row row(const std::string& name) {
+        for (std::size_t i = 0; i < grid().rowCount(); ++i)
+            if (nameOf(grid().rowAt(i)) == name) return grid().rowAt(i);
+        return kNoRow;
+    }
+    /// "Size|Files|Folders" of a row. A zero shows as nothing.
+    std::string numbers(Row row) {
+        const auto cell = [&](std::size_t column) { return view().cellText(column, row).toStdString(); };
+        return cell(1) + "|" + cell(3) + "|" + cell(4);
+    }
+    std::string numbers(const std::string& name) { return numbers(row(name)); }
+    /// The grids that show.
+    std::string panes() {
+        std::string all;
+        for (std::size_t i = 0; i < kGridCount; ++i) {
+            const GridView& grid = window().grid(static_cast<GridId>(i));
+            if (grid.isVisible()) all += (all.empty() ? "" : " ") + grid.objectName().toStdString();
+        }
+        return all;
+    }
+
+  private:
+    std::string nameOf(Row row) {
+        const std::string text(grid().text(row));
+        return grid().parent(row) == kNoRow ? text.substr(text.rfind('/') + 1) : text;
+    }
+
+    std::unique_ptr<MainWindow> window_;
+    std::unique_ptr<QtPump> qtPump_;
+};
+
+/// A fresh home with a window wide enough for all columns, and a place for trees.
+class WindowTest : public testing::Test {
+  protected:
+    WindowTest() { setSettings(""); }
+    void setSettings(const std::string& more) const {
+        writeFile(ini(),
+                  "[Allgemein]\r\nLang=7\r\n[Form]\r\nWidth=21000\r\nHeight=13500\r\nTVW=12000\r\n" + more);
+    }
+    std::string ini() const { return home.path() + "/Harborlantern.ini"; }
+    std::string at(const std::string& path) const { return tree.path() + "/" + path; }
+    void folder(const std::string& path) const { std::filesystem::create_directories(at(path)); }
+    void file(const std::string& path, int size) const { makeFile(at(path), size); }
+    /// `count` folders with one file of 10 bytes each.
+    void folders(int count) const {
+        for (int i = 0; i < count; ++i) {
+            folder("src/f" + std::to_string(i));
+            file("src/f" + std::to_string(i) + "/x", 10);
+        }
+    }
+    /// src(a(aa(x 300) y 100) b(z 50) w 7)
+    void smallTree() const {
+        folder("src/a/aa");
+        folder("src/b");
+        file("src/a/aa/x", 300);
+        file("src/a/y", 100);
+        file("src/b/z", 50);
+        file("src/w", 7);
+    }
+
+    TempDir home, tree;
+};
+
+}  // namespace hl::test
