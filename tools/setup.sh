@@ -21,11 +21,27 @@ quietly() {
     return "$status"
 }
 
+# isThere PROOF: a command, or patterns of full paths, one of which fits a file, with a colon between them.
 isThere() {
-    if [[ $1 == /* ]]; then [[ -e $1 ]]; else command -v "$1" >/dev/null; fi
+    local pattern patterns
+    if [[ $1 != /* ]]; then command -v "$1" >/dev/null && return; fi
+    IFS=: read -ra patterns <<<"$1"
+    for pattern in "${patterns[@]}"; do compgen -G "$pattern" >/dev/null && return; done
+    return 1
 }
 
-# install PACKAGE=PROOF...: installs each package whose proof, a command or the full path of a file, is not there.
+# What the program alone is built with; what the window needs to be built and to look well. Any of the usual fonts and
+# icon themes does.
+readonly kProgramPackages=(g++=g++ cmake=cmake ninja-build=ninja)
+readonly kFonts=/usr/share/fonts/*/*
+readonly kIcons=/usr/share/icons
+readonly kWindowPackages=(
+    'qt6-base-dev=/usr/lib/*/cmake/Qt6Widgets/Qt6WidgetsConfig.cmake:/usr/lib*/cmake/Qt6Widgets/Qt6WidgetsConfig.cmake'
+    'qt6-svg-dev=/usr/lib/*/cmake/Qt6Svg/Qt6SvgConfig.cmake:/usr/lib*/cmake/Qt6Svg/Qt6SvgConfig.cmake'
+    "fonts-dejavu-core=$kFonts/DejaVuSans.ttf:$kFonts/NotoSans-Regular.ttf:$kFonts/LiberationSans-Regular.ttf"
+    "adwaita-icon-theme=$kIcons/Adwaita/index.theme:$kIcons/breeze/index.theme:$kIcons/Papirus/index.theme")
+
+# install PACKAGE=PROOF...: installs each package whose proof is not there.
 install() {
     local missing=() asRoot=() pair
     for pair in "$@"; do isThere "${pair#*=}" || missing+=("${pair%%=*}"); done
@@ -42,37 +58,45 @@ install() {
     quietly "${apt[@]}" install --no-install-recommends "${missing[@]}" || fail "Installing failed: apt-get install ${missing[*]}"
 }
 
+# Configured without the window where Qt was missing then, without the tests where only the program was wanted.
 needsConfiguring() {
-    local folder=$1 tests=$2
+    local folder=$1 tests=$2 window=$3 cache=$1/CMakeCache.txt
     [[ ! -e $folder/build.ninja ]] && return 0
-    [[ $tests == ON ]] && ! grep -q '^HARBORLANTERN_TESTS:BOOL=ON' "$folder/CMakeCache.txt"
+    [[ $tests == ON ]] && ! grep -q '^HARBORLANTERN_TESTS:BOOL=ON' "$cache" && return 0
+    [[ $window == ON ]] && ! { grep -q '^Qt6_DIR:PATH=/' "$cache" && grep -q 'harborlantern-gui' "$folder/build.ninja"; }
 }
 
 # build PRESET TESTS TARGET...: builds the targets in build/PRESET, which is configured first if that was not done
-# yet. TESTS is ON or OFF; OFF leaves tests on where they were on.
+# yet. TESTS is ON or OFF; OFF leaves tests on where they were on. Whether the window can be built is found out
+# when a target needs it: "all", or the module.
 build() {
-    local preset=$1 tests=$2 folder=$root/build/$1 lock
+    local preset=$1 tests=$2 folder=$root/build/$1 window=OFF lock target
     shift 2
     mkdir -p "$folder" || fail "The build folder cannot be made."
     exec {lock}>"$folder/lock" || fail "The build folder cannot be written."
     flock -n "$lock" || { say "Waiting for another build ..." && flock "$lock"; }
 
+    if [[ " $* " == *" all "* || " $* " == *" harborlantern-gui "* ]]; then window=ON; fi
     # In place once the build has succeeded: a source that was changed since this moment is newer.
     touch "$folder/built.begun"
-    if needsConfiguring "$folder" "$tests"; then
+    if needsConfiguring "$folder" "$tests" "$window"; then
         say "Configuring build/$preset ..."
+        if grep -qs '^HARBORLANTERN_TESTS:BOOL=ON' "$folder/CMakeCache.txt"; then tests=ON; fi
         quietly cmake -S "$root" --preset "$preset" "-DHARBORLANTERN_TESTS=$tests" || fail "Configuring failed."
     fi
     say "Building $* in build/$preset ..."
     quietly ninja -C "$folder" --quiet "$@" || fail "The build failed."
-    mv "$folder/built.begun" "$folder/built"
+    for target in "$@"; do cp -p "$folder/built.begun" "$folder/built.$target"; done
     exec {lock}>&-
 }
 
-# Whether nothing that the build of this preset reads was changed since it succeeded. Folders count too, so that
-# a file that was removed is noticed.
+# upToDate PRESET TARGET: whether nothing that the build reads was changed since this target was built. Folders
+# count too, so that a file that was removed is noticed.
 upToDate() {
-    local built=$root/build/$1/built
-    [[ -e $built ]] || return 1
-    [[ -z $(find "$root"/{src,lang,cmake,CMakeLists.txt,CMakePresets.json} -newer "$built" -print -quit 2>/dev/null) ]]
+    local built
+    for built in "$root/build/$1/built.$2" "$root/build/$1/built.all"; do
+        [[ -e $built && -z $(find "$root"/{src,lang,data,cmake,CMakeLists.txt,CMakePresets.json} -newer "$built" \
+            -print -quit 2>/dev/null) ]] && return 0
+    done
+    return 1
 }

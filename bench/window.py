@@ -1,0 +1,195 @@
+#!/usr/bin/env python3
+"""Measures the window against what it has to reach; prints a Markdown table.
+
+    bench/window.py TREE                 TREE as bench/run DIR --keep leaves it, such as DIR/1m
+    bench/window.py TREE --rounds 5 --only scan,start,clicks,rows,others
+
+All but "others" runs on no screen (Qt's "offscreen"), with the module of the built program. "others" starts the
+whole program, qdirstat and baobab, where they are installed, on a screen of Xvfb with openbox, and takes for the end of a scan the
+moment from which their processes use no CPU. What is compared runs in turn, round after round, so that what else goes on
+on the machine hits all alike. Shown are medians.
+"""
+import argparse
+import os
+import pathlib
+import shutil
+import signal
+import statistics
+import subprocess
+import sys
+import tempfile
+import time
+
+ROOT = pathlib.Path(__file__).resolve().parent.parent
+STARTS = 15
+IDLE_SECONDS = 1.5
+LONGEST_SECONDS = 120
+# Shares of a processor below this are a blinking cursor, not a scan.
+BUSY_SHARE = 0.2
+LOOK_SECONDS = 0.05
+# Of CPU: who used less has not read the tree.
+LEAST_SCAN_SECONDS = 1
+
+
+def say(text):
+    print(text, file=sys.stderr, flush=True)
+
+
+class Bench:
+    def __init__(self, options, home):
+        self.options = options
+        self.build = pathlib.Path(options.build).resolve()
+        self.modules = self.build / "src"
+        self.home = home
+        (home / "Harborlantern.ini").write_text("[Allgemein]\r\nLang=7\r\n", newline="")
+        self.environment = {"PATH": os.environ["PATH"], "LC_ALL": "C.UTF-8", "HOME": str(home),
+                            "XDG_RUNTIME_DIR": str(home), "HARBORLANTERN_HOME": str(home),
+                            "HARBORLANTERN_MODULES": str(self.modules), "QT_QPA_PLATFORM": "offscreen"}
+
+    def inside(self, *arguments):
+        """Name -> number of one run of the program that measures from inside."""
+        run = subprocess.run([self.build / "bench" / "bench_window", *arguments], env=self.environment, check=True,
+                             stdout=subprocess.PIPE, text=True)
+        return {name: float(value) for name, value in map(str.split, run.stdout.splitlines())}
+
+    def silent(self):
+        """Seconds of the whole program with "-s", from start to end."""
+        start = time.monotonic()
+        subprocess.run([self.modules / "harborlantern", "-s", self.home / "report.csv", self.options.tree],
+                       env=self.environment, check=True)
+        return time.monotonic() - start
+
+    def scan(self):
+        whole, runs, window, peaks = [], [], [], []
+        for _ in range(self.options.rounds):
+            whole.append(self.silent())
+            runs.append(self.inside("silent", self.options.tree)["silent"])
+            shown = self.inside("scan", self.options.tree)
+            window.append(shown["scan"])
+            peaks.append(shown["peak"])
+        seconds = statistics.median(window)
+        yield "scan in the window, s", seconds, None
+        yield "the same over `-s`, the whole program", ratio(window, whole), 1.15
+        yield "the same over the run of `-s` alone, without its report", ratio(window, runs), 1.15
+        yield "peak memory of that run, MiB", statistics.median(peaks), 90
+
+    def start(self):
+        times = [self.inside("start", str(time.monotonic_ns()))["start"] for _ in range(STARTS)]
+        yield "from start to the first painted window, ms", statistics.median(times), 150
+
+    def clicks(self):
+        runs = [self.inside("clicks", self.options.tree) for _ in range(self.options.rounds)]
+        yield "longest wait of a click during the run, ms", median_of(runs, "longest"), 50
+        yield "99 of 100 wait less than, ms", median_of(runs, "of100"), None
+
+    def rows(self):
+        runs = [self.inside("rows") for _ in range(self.options.rounds)]
+        for name, key, limit, factor in (
+                ("1,000,000 rows: expand all, s", "expand", 0.3, 1),
+                ("sort by a title click, numbers, s", "sort_numbers", 0.6, 1),
+                ("the same again, the other way round, s", "sort_numbers_again", 0.6, 1),
+                ("sort by a title click, texts, s", "sort_texts", 1.2, 1),
+                ("the same again, the other way round, s", "sort_texts_again", 1.2, 1),
+                ("scroll by a page, ms", "page", 10, 1e3),
+                ("search that finds nothing, s", "search", 0.3, 1),
+                ("memory of the view, bytes a row", "bytes", 16, 1)):
+            yield name, median_of(runs, key) * factor, limit
+
+    def others(self):
+        with Screen() as display:
+            programs = {"harborlantern": self.modules / "harborlantern"}
+            programs |= {name: shutil.which(name) for name in ("qdirstat", "baobab") if shutil.which(name)}
+            times = {name: [] for name in programs}
+            environment = self.environment | {"DISPLAY": display, "QT_QPA_PLATFORM": "xcb", "GDK_BACKEND": "x11"}
+            for _ in range(self.options.rounds):
+                for name, program in programs.items():
+                    times[name].append(until_idle([program, self.options.tree], environment))
+        yield "whole program on a screen until idle, s", statistics.median(times["harborlantern"]), None
+        for name, limit in (("qdirstat", 0.35), ("baobab", 0.15)):
+            if name not in times:
+                say(f"{name} is not installed.")
+                continue
+            yield f"`{name}` until idle, s", statistics.median(times[name]), None
+            yield f"the window over `{name}`", ratio(times["harborlantern"], times[name]), limit
+
+
+class Screen:
+    """A screen of Xvfb, with a window manager that makes windows active, for as long as the block runs."""
+
+    def __enter__(self):
+        reader, writer = os.pipe()
+        self.server = subprocess.Popen(["Xvfb", "-displayfd", str(writer), "-screen", "0", "1280x900x24"],
+                                       pass_fds=[writer], stderr=subprocess.DEVNULL)
+        os.close(writer)
+        with os.fdopen(reader) as number:
+            display = ":" + number.readline().strip()
+        self.manager = subprocess.Popen(["openbox"], env=os.environ | {"DISPLAY": display}, stderr=subprocess.DEVNULL)
+        time.sleep(1)
+        return display
+
+    def __exit__(self, *_):
+        for program in (self.manager, self.server):
+            program.terminate()
+            program.wait()
+
+
+def cpu_seconds(process):
+    """User and system time that a process and its threads have used."""
+    fields = pathlib.Path(f"/proc/{process.pid}/stat").read_text().rsplit(")", 1)[1].split()
+    return (int(fields[11]) + int(fields[12])) / os.sysconf("SC_CLK_TCK")
+
+
+def until_idle(command, environment):
+    """Seconds from the start of a program to the moment from which it uses no CPU."""
+    start = busy = time.monotonic()
+    program = subprocess.Popen(command, env=environment, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+    try:
+        used = 0.0
+        while (now := time.monotonic()) - busy < IDLE_SECONDS:
+            if program.poll() is not None or now - start > LONGEST_SECONDS:
+                sys.exit(f"{command[0]} ended, or never became idle")
+            if (more := cpu_seconds(program)) - used > BUSY_SHARE * LOOK_SECONDS:
+                busy = now
+            used = more
+            time.sleep(LOOK_SECONDS)
+        if used < LEAST_SCAN_SECONDS:
+            sys.exit(f"{command[0]} read nothing: it used {used} s of CPU")
+        return busy - start
+    finally:
+        program.kill()
+        program.wait()
+
+
+def ratio(values, others):
+    return statistics.median(a / b for a, b in zip(values, others))
+
+
+def median_of(runs, key):
+    return statistics.median(run[key] for run in runs)
+
+
+def parsed():
+    parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
+    parser.add_argument("tree", metavar="TREE")
+    parser.add_argument("--rounds", type=int, default=5)
+    parser.add_argument("--only", default="scan,start,clicks,rows,others")
+    parser.add_argument("--build", default=str(ROOT / "build" / "release"))
+    options = parser.parse_args()
+    options.tree = os.path.abspath(options.tree)
+    return options
+
+
+def main():
+    options = parsed()
+    sys.stdout.reconfigure(line_buffering=True)
+    signal.signal(signal.SIGTERM, lambda *_: sys.exit(143))  # So that the folder goes.
+    with tempfile.TemporaryDirectory(prefix="harborlantern-window.") as home:
+        bench = Bench(options, pathlib.Path(home))
+        print("| what | measured | at most |\n|---|---|---|")
+        for part in options.only.split(","):
+            say(f"{part} ...")
+            for name, value, limit in getattr(bench, part)():
+                print(f"| {name} | {value:.3g} | {'' if limit is None else limit} |")
+
+
+main()

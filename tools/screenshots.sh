@@ -1,0 +1,115 @@
+#!/usr/bin/env bash
+# Makes docs/window.png and docs/window-dark.png: the finished report of a small tree, in a desktop with a light
+# palette and in one with a dark palette. Usage: tools/screenshots.sh [PROGRAM]
+#
+# Needs Xvfb, openbox, xdotool and import (ImageMagick), installs none of them, and says which one is missing.
+# As root, what is mounted beside the root is left out of the list of drives; else that list is left out.
+set -eu
+cd "$(dirname "$0")/.."
+program=$(realpath -e "${1:-build/release/src/harborlantern}") || { echo "$0: build the program first" >&2; exit 1; }
+missing=
+for tool in Xvfb openbox xdotool import; do command -v "$tool" >/dev/null || missing="$missing $tool"; done
+[ -z "$missing" ] || { echo "$0: not installed:$missing" >&2; exit 1; }
+
+work=$(mktemp -d)
+tree=${TMPDIR:-/tmp}/archive  # Shows in the pictures.
+mkdir "$tree" || { rm -rf "$work"; exit 1; }
+started=
+cleanUp() {
+    for pid in $started; do kill "$pid" 2>/dev/null || true; done
+    rm -rf "$work" "$tree"
+}
+trap cleanUp EXIT
+
+# file NAME MEGABYTES; sparse, so that it takes no room.
+file() { mkdir -p "$(dirname "$tree/$1")"; truncate -s "$(($2 * 1048576 + 5417))" "$tree/$1"; }
+for year in 2022 2023 2024; do
+    for month in 03 06 07 12; do
+        for shot in 0412 0413 0498 0511; do
+            file "Pictures/$year/IMG_$year${month}_$shot.jpg" $((year % 100 + ${month#0} * 3))
+        done
+    done
+done
+for title in "Harbour at dawn" "Ferry crossing" "Storm over the pier"; do file "Videos/$title.mp4" $((400 + ${#title} * 31)); done
+for part in 1 2 3 4 5 6; do file "Music/Live at the docks/0$part - Part $part.flac" $((22 + part)); done
+for part in 1 2 3; do file "Music/Field recordings/gulls-$part.wav" $((34 * part)); done
+for name in sources-1.4 sources-1.5 sources-2.0; do file "Backups/$name.tar.xz" $((180 + ${#name})); done
+file "Backups/mail/inbox.mbox" 740
+file "Backups/mail/sent.mbox" 212
+file "Disk images/debian-12-amd64.iso" 631
+file "Disk images/rescue.img" 512
+file "Documents/Manuals/router.pdf" 9
+file "Documents/Manuals/camera.pdf" 31
+file "Documents/Letters/2024-02-11.odt" 1
+file "Projects/lighthouse/build/lighthouse" 46
+file "Projects/lighthouse/build/lighthouse.debug" 188
+file "Projects/lighthouse/src/main.cpp" 0
+file "inventory.ods" 3
+file "read me first.txt" 0
+file "restore.sh" 0
+
+# Numbers in twentieths of a point; the languages: 9 is English.
+export HARBORLANTERN_HOME=$work/home XDG_RUNTIME_DIR=$work/run
+mkdir -p "$HARBORLANTERN_HOME" "$work/config"
+mkdir -m 700 "$XDG_RUNTIME_DIR"
+printf '%s\r\n' '[Allgemein]' 'Lang=9' '[Optionen]' 'FolderShowPercentBar=1' '[Form]' 'Width=15600' \
+    'Height=10200' 'Left=0' 'Top=0' 'TVW=8400' > "$work/settings"
+
+# A dark desktop, as the settings of one of the desktops tell it.
+cat > "$work/config/kdeglobals" <<'COLORS'
+[Colors:Window]
+BackgroundNormal=42,46,50
+ForegroundNormal=252,252,252
+[Colors:View]
+BackgroundNormal=27,30,32
+ForegroundNormal=252,252,252
+[Colors:Button]
+BackgroundNormal=49,54,59
+ForegroundNormal=252,252,252
+[Colors:Selection]
+BackgroundNormal=36,104,148
+ForegroundNormal=252,252,252
+COLORS
+
+Xvfb -displayfd 3 -screen 0 1100x760x24 3>"$work/display" >/dev/null 2>&1 & started="$started $!"
+for _ in $(seq 100); do [ -s "$work/display" ] && break; sleep 0.1; done
+export DISPLAY=:$(cat "$work/display")
+openbox >/dev/null 2>&1 & started="$started $!"
+
+alone=
+if unshare -m true 2>/dev/null; then
+    alone="unshare -m $work/alone"
+    cat > "$work/alone" <<'ALONE'
+#!/bin/sh
+while read -r _ at _; do
+    case $at in / | /proc* | /sys* | /dev* | /run* | /tmp* | /home* | /root*) ;; *) umount -l "$at" 2>/dev/null ;; esac
+done < /proc/self/mounts
+exec "$@"
+ALONE
+    chmod +x "$work/alone"
+else
+    sed -i 's/^FolderShow/DiskinfoVisible=0\r\n&/' "$work/settings"
+fi
+
+# picture NAME [ENVIRONMENT...]
+picture() {
+    local to=docs/$1.png window=
+    shift
+    cp "$work/settings" "$HARBORLANTERN_HOME/Harborlantern.ini"
+    env "$@" $alone "$program" "$tree" >/dev/null 2>&1 &
+    local pid=$!
+    for _ in $(seq 100); do
+        window=$(xdotool search --onlyvisible --name '^Harborlantern ' 2>/dev/null | head -n 1) && [ -n "$window" ] && break
+        sleep 0.1
+    done
+    sleep 2  # The scan, and the answers of the drives.
+    xdotool key F8
+    sleep 1
+    timeout 10 import -window "$window" -strip "$to"
+    kill "$pid"
+    wait "$pid" 2>/dev/null || true
+    echo "$to: $(stat -c %s "$to") bytes"
+}
+picture window
+picture window-dark QT_QPA_PLATFORMTHEME=kde XDG_CURRENT_DESKTOP=KDE KDE_FULL_SESSION=true KDE_SESSION_VERSION=5 \
+    XDG_CONFIG_HOME="$work/config"
