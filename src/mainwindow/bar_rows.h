@@ -33,7 +33,8 @@ enum class Group : bool { kGoesOn, kBegins };
 inline constexpr auto kGroup = Group::kBegins;
 inline constexpr auto kSame = Group::kGoesOn;
 
-struct EntryRow {
+// In the order in which a row of a table is read.
+struct EntryRow {  // NOLINT(clang-analyzer-optin.performance.Padding)
     int id;
     EntryKind kind;
     RowText caption = {};

@@ -15,7 +15,7 @@ namespace hl {
 
 namespace {
 
-constexpr std::size_t kLargestFile = 64 * 1024;  // Bytes; a whole file has less than one KiB.
+constexpr std::size_t kLargestFile = std::size_t{64} << 10;  // Bytes; a whole file has less than one KiB.
 constexpr int kMostOrder = 99;
 constexpr std::string_view kFormatSection = "Format";
 constexpr std::string_view kFormatKey = "HarborlanternToolbars";

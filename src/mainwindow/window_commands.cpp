@@ -294,7 +294,7 @@ void WindowForm::setDecimals(BarId id) {
 // Column 0 is the name and always shows.
 void WindowForm::toggleListColumn(BarId id, int command) {
     if (id != BarId::kFiles && id != BarId::kTop && id != BarId::kHardlinks) return;
-    const auto column = static_cast<std::size_t>(command - kFirstColumnCommand + 1);
+    const auto column = static_cast<std::size_t>(command - kFirstColumnCommand) + 1;
     if (column >= grid(gridOf(id)).columns().size()) return;
     bar(id).toggle(command);
     grid(gridOf(id)).changeColumn(column).visible = bar(id).isChecked(command);

@@ -126,6 +126,7 @@ TEST_F(ToolBarTest, CheckBoxesOfAListAreSwitchedOneAfterAnother) {
 
 TEST_F(ToolBarTest, TheKeyboardAloneReachesButtonsAndLists) {
     tool_.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&tool_));
     std::set<QWidget*> focused;
     for (int i = 0; i < 20; ++i) {
         QTest::keyClick(QApplication::focusWidget() ? QApplication::focusWidget() : &tool_, Qt::Key_Tab);

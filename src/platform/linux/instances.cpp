@@ -103,11 +103,11 @@ bool moveAll(int socket, std::span<Byte> bytes, short events, const Deadline& de
         const ssize_t moved = move(bytes);
         if (moved > 0) {
             bytes = bytes.subspan(static_cast<std::size_t>(moved));
-        } else if (moved == 0 || (errno != EAGAIN && errno != EINTR)) {
-            return false;
-        } else if (errno == EAGAIN && !deadline.ready(socket, events)) {
-            return false;
+            continue;
         }
+        const bool again =
+            moved < 0 && (errno == EINTR || (errno == EAGAIN && deadline.ready(socket, events)));
+        if (!again) return false;
     }
     return true;
 }

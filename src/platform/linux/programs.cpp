@@ -10,6 +10,7 @@ int startProgram(const std::string& executable, const std::vector<std::string>& 
     std::vector<std::string> words = arguments;
     words.insert(words.begin(), executable);
     std::vector<char*> pointers;
+    pointers.reserve(words.size() + 1);
     for (std::string& word : words) pointers.push_back(word.data());
     pointers.push_back(nullptr);
     pid_t child = 0;

@@ -48,7 +48,7 @@ GridView::GridView(Grid& grid, GridId id, bool tree, CellTextFunction cellText, 
     grid_.attach(this);
     GridChange all;
     all.structure = all.columns = all.current = true;
-    gridChanged(all);
+    GridView::gridChanged(all);
 }
 
 GridView::~GridView() {

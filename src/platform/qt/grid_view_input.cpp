@@ -60,7 +60,8 @@ bool shiftOrControl(Qt::KeyboardModifiers keys) {
 
 std::optional<std::size_t> GridView::indexAtPoint(const QPoint& point) const {
     if (point.y() < 0 || point.y() >= viewport()->height()) return std::nullopt;
-    const auto index = static_cast<std::size_t>(verticalScrollBar()->value() + point.y() / rowHeight_);
+    const auto index = static_cast<std::size_t>(verticalScrollBar()->value()) +
+                       static_cast<std::size_t>(point.y() / rowHeight_);
     if (index >= rows_.count()) return std::nullopt;
     const QRect row = rowRect(index);
     return point.x() >= 0 && row.contains(point) ? std::optional(index) : std::nullopt;
@@ -365,14 +366,14 @@ void GridView::keyReleaseEvent(QKeyEvent* event) {
 // The toolkit's own would choose a current row of its own.
 void GridView::focusInEvent(QFocusEvent* event) {
     qtGuard(events_, "GridView::focusInEvent", [&] {
-        QAbstractScrollArea::focusInEvent(event);
+        QAbstractScrollArea::focusInEvent(event);  // NOLINT(bugprone-parent-virtual-call)
         viewport()->update();
     });
 }
 
 void GridView::focusOutEvent(QFocusEvent* event) {
     qtGuard(events_, "GridView::focusOutEvent", [&] {
-        QAbstractScrollArea::focusOutEvent(event);
+        QAbstractScrollArea::focusOutEvent(event);  // NOLINT(bugprone-parent-virtual-call)
         pressedKey_ = 0;
         typed_.clear();
         viewport()->update();

@@ -169,7 +169,8 @@ void RowPainter::paintOther(QPainter& painter, Row row, const PaintedColumn& col
         return paintBar(painter, space.adjusted(0, 1, 0, -1), {percent, text}, *of.barColor);
     }
     const Qt::AlignmentFlag side = of.alignment == Alignment::kRight ? Qt::AlignRight : Qt::AlignLeft;
-    painter.drawText(space, side | Qt::AlignVCenter | Qt::TextSingleLine,
+    const Qt::Alignment place = side | Qt::AlignVCenter;
+    painter.drawText(space, place.toInt() | static_cast<int>(Qt::TextSingleLine),
                      metrics_.elidedText(text, Qt::ElideRight, space.width()));
 }
 
