@@ -170,7 +170,7 @@ void RowPainter::paintOther(QPainter& painter, Row row, const PaintedColumn& col
     }
     const Qt::AlignmentFlag side = of.alignment == Alignment::kRight ? Qt::AlignRight : Qt::AlignLeft;
     const Qt::Alignment place = side | Qt::AlignVCenter;
-    painter.drawText(space, place.toInt() | static_cast<int>(Qt::TextSingleLine),
+    painter.drawText(space, static_cast<int>(place.toInt()) | static_cast<int>(Qt::TextSingleLine),
                      metrics_.elidedText(text, Qt::ElideRight, space.width()));
 }
 
