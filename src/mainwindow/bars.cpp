@@ -15,13 +15,13 @@ namespace {
 constexpr int kKeyF1 = 112;
 constexpr int kFunctionKeys = 12;
 
-// Deleting, printing, the preview, and what the four lists of files do for themselves.
+// Deleting, printing, and the preview.
 constexpr int kMainWithoutWork[] = {101, 102};
 constexpr int kReportWithoutWork[] = {6};
-constexpr int kFilesWithoutWork[] = {300, 305, 307, 308, 318, 319, 320, 321, 324, 325};
-constexpr int kTopWithoutWork[] = {305, 307, 308, 318, 319, 320, 321, 325, 326};
-constexpr int kHardlinksWithoutWork[] = {300, 305, 307, 308, 320, 321, 322, 323, 324, 325};
-constexpr int kJunctionsWithoutWork[] = {307, 308, 324, 325};
+constexpr int kFilesWithoutWork[] = {318, 319, 320, 321, 325};
+constexpr int kTopWithoutWork[] = {318, 319, 320, 321, 326};
+constexpr int kHardlinksWithoutWork[] = {320, 321, 322, 323, 325};
+constexpr int kJunctionsWithoutWork[] = {325};
 
 /// By BarId.
 constexpr std::span<const int> kWithoutWork[kBarCount] = {

@@ -46,4 +46,9 @@ GridId gridOf(BarId bar) {
     return kGrids[static_cast<std::size_t>(bar)];
 }
 
+// The main bar comes first, then the bars in the order of their grids.
+BarId barOf(GridId grid) {
+    return static_cast<BarId>(static_cast<int>(grid) + 1);
+}
+
 }  // namespace hl

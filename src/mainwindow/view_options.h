@@ -18,5 +18,7 @@ float& fontSizeOf(Options& options, GridId grid);
 
 /// The grid that a bar stands above. REQUIRES: not kMain.
 GridId gridOf(BarId bar);
+/// The bar above a grid.
+BarId barOf(GridId grid);
 
 }  // namespace hl

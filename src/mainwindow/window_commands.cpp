@@ -37,25 +37,17 @@ constexpr ScanToggle kScanToggles[] = {
     {66, &Options::FolderShowPercentBar}, {68, &Options::ScanHardlinks},
 };
 
-/// Ids of what the bars of the views have in common.
+/// Ids of what the bars of report and drives have in common.
 struct ViewCommands {
-    int firstMode = -1;  ///< Bytes; the next three follow.
-    int decimals = -1;
-    int fit = -1;
-    int fullView = -1;
+    int firstMode;  ///< Bytes; the next three follow.
+    int decimals;
 };
-constexpr ViewCommands kViewCommands[kBarCount] = {{},
-                                                   {10, 33, 26, 323},
-                                                   {201, 205, -1, -1},
-                                                   {301, 309, 317, 323},
-                                                   {301, 309, 324, 323},
-                                                   {301, 309, 326, 327},
-                                                   {-1, -1, 317, 323}};
+constexpr ViewCommands kReportCommands = {10, 33};
+constexpr ViewCommands kDriveCommands = {201, 205};
 constexpr int kFontCommand = 328;
-constexpr int kFirstColumnCommand = 310;
 
 const ViewCommands& commandsOf(BarId bar) {
-    return kViewCommands[static_cast<std::size_t>(bar)];
+    return bar == BarId::kReport ? kReportCommands : kDriveCommands;
 }
 
 }  // namespace
@@ -71,10 +63,10 @@ void WindowForm::execute(BarId id, int command) {
         const BarEntry* entry = bar(id).find(command);
         if (entry == nullptr || !entry->enabled || unloaded_) return;
         if (id == BarId::kMain) return cbrMain_Execute(command);
+        if (ListView* list = lists_->of(gridOf(id))) return list->execute(command);
         if (viewCommand(id, command)) return;
         if (id == BarId::kReport) cbrReport_Execute(command);
         if (id == BarId::kDrives) cbrDrives_Execute(command);
-        if (command >= kFirstColumnCommand) toggleListColumn(id, command);
     });
     --commands_;
     readWaiting();
@@ -154,9 +146,13 @@ void WindowForm::cbrReport_Execute(int id) {
         case 24:
         case 25:
             return reportView_->Report_ExpandAllFolders(id == 25);
+        case 26:
+            return reportView_->Report_Resize_Columns(true, false);
         case 29:
         case 30:
             return reportView_->Report_StartSearch();
+        case 323:
+            return fullView(BarId::kReport);
         case 34:
             return reportView_->Report_Resize_Columns(true, true);
         default:
@@ -180,15 +176,10 @@ void WindowForm::cbrDrives_Execute(int id) {
     }
 }
 
-// Size mode, decimals, font, fit and full view; false for any other command.
+// Size mode, decimals and font; false for any other command.
 bool WindowForm::viewCommand(BarId id, int command) {
     const ViewCommands& ids = commandsOf(id);
     if (command == kFontCommand) return ChangeFont(gridOf(id)), true;
-    if (command == ids.fit && id == BarId::kReport)
-        return reportView_->Report_Resize_Columns(true, false), true;
-    if (command == ids.fit) return resizeListColumns(gridOf(id)), true;
-    if (command == ids.fullView) return fullView(id), true;
-    if (ids.firstMode < 0) return false;
     if (command == ids.decimals) return setDecimals(id), true;
     if (command < ids.firstMode || command > ids.firstMode + 3) return false;
     sizeModeOf(options_, id) = static_cast<std::uint8_t>(command - ids.firstMode);
@@ -264,24 +255,8 @@ void WindowForm::fullView(BarId id) {
 
 void WindowForm::showSizes(BarId id) {
     showSizeMode(bar(id), sizeModeOf(options_, id), decimalsOf(options_, id));
-    switch (id) {
-        case BarId::kReport:
-            return reportView_->Report_Set_SizeFormat();
-        case BarId::kDrives:
-            return driveList_.Drives_ChangeSizeFormat();
-        case BarId::kFiles:
-            List_Files_Set_SizeFormat(lvwFiles_, options_, services_.texts);
-            break;
-        case BarId::kTop:
-            List_TOP_Set_SizeFormat(lvwTOP_, options_, services_.texts);
-            break;
-        case BarId::kHardlinks:
-            List_Hardlinks_Set_SizeFormat(lvwHardlinks_, options_, services_.texts);
-            break;
-        default:
-            return;
-    }
-    resizeListColumns(gridOf(id));
+    if (id == BarId::kReport) return reportView_->Report_Set_SizeFormat();
+    driveList_.Drives_ChangeSizeFormat();
 }
 
 void WindowForm::setDecimals(BarId id) {
@@ -291,25 +266,8 @@ void WindowForm::setDecimals(BarId id) {
     showSizes(id);
 }
 
-// Column 0 is the name and always shows.
-void WindowForm::toggleListColumn(BarId id, int command) {
-    if (id != BarId::kFiles && id != BarId::kTop && id != BarId::kHardlinks) return;
-    const auto column = static_cast<std::size_t>(command - kFirstColumnCommand) + 1;
-    if (column >= grid(gridOf(id)).columns().size()) return;
-    bar(id).toggle(command);
-    grid(gridOf(id)).changeColumn(column).visible = bar(id).isChecked(command);
-    resizeListColumns(gridOf(id));
-}
-
-void WindowForm::resizeListColumns(GridId id) {
-    constexpr int kListMargin = 32;
-    for (std::size_t column = 0; column < grid(id).columns().size(); ++column)
-        window_->autosizeColumn(id, column, kListMargin);
-}
-
 void WindowForm::resizeAllColumns() {
-    for (const GridId id : {GridId::kJunctions, GridId::kTop, GridId::kFiles, GridId::kHardlinks})
-        resizeListColumns(id);
+    for (const GridId id : kListGrids) lists_->of(id)->Resize_Columns(false);
     driveList_.Drives_Resize_Columns(true);
     reportView_->Report_Resize_Columns(true, false);
 }
@@ -334,8 +292,9 @@ void WindowForm::ChangeFont(GridId id) {
     if (!font) return;
     setFont(id, *font);
     if (id == GridId::kReport) return reportView_->Report_Resize_Columns(true, false);
-    resizeListColumns(id);
-    if (id == GridId::kDrives) Drives_ResizeTableHeight();
+    if (ListView* list = lists_->of(id)) return list->Resize_Columns(true);
+    driveList_.Drives_Resize_Columns(true);
+    Drives_ResizeTableHeight();
 }
 
 void WindowForm::ChangeFontAll() {

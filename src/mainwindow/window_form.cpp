@@ -3,7 +3,6 @@
 #include "mainwindow/window_form.h"
 
 #include <algorithm>
-#include <limits>
 #include <utility>
 
 #include "app/command_line.h"
@@ -17,8 +16,6 @@
 #include "scan/records.h"
 #include "views/cell_text.h"
 #include "views/drive_combo.h"
-#include "views/file_list.h"
-#include "views/list_columns.h"
 #include "views/report_columns.h"
 #include "views/size_display.h"
 
@@ -49,6 +46,9 @@ WindowForm::WindowForm(const FormServices& services, const WindowServices& windo
     parts_.cellText = [this](GridId id, std::size_t column, Row row) {
         return ColumnText(grid(id), column, services_.numbers).of(row);
     };
+    parts_.fileIcon = [this](int picture) {
+        return pictures_ ? pictures_->iconName(picture) : std::string();
+    };
     parts_.yes = texts.TL(9500, "Ja");
     parts_.no = texts.TL(9501, "Nein");
     parts_.ok = texts.TL(3610, "OK");
@@ -73,10 +73,10 @@ void WindowForm::formLoad(Window& window, MessagePump& pump) {
 void WindowForm::Form_Load_Window() {
     window_->setTitle(std::string(kProductName) + " " + own_.version + " (Portable Edition)");
     Form_Load();
-    Init_FileList(lvwFiles_, options_, services_.texts);
     Init_DiskInfo(lvwDiskinfo_, services_.texts);
     reportView_ = std::make_unique<ReportView>(scan_, options_, bars_.cbrReport, *window_,
-                                               static_cast<ReportHost&>(*this));
+                                               static_cast<ReportHost&>(*this), ColumnDragGuard_);
+    makeLists();
     initAllBars(bars_, {services_.texts, options_, services_.diagnostics});
     loadToolbars();
     panes_.ShowFirstList();
@@ -106,12 +106,10 @@ void WindowForm::loadToolbars() {
 
 void WindowForm::initGrids() {
     reportView_->Report_Set_SizeFormat();
-    List_Files_Set_SizeFormat(lvwFiles_, options_, services_.texts);
     driveList_.Drives_ChangeSizeFormat();
-    List_TOP_Set_SizeFormat(lvwTOP_, options_, services_.texts);
-    List_Hardlinks_Set_SizeFormat(lvwHardlinks_, options_, services_.texts);
-    for (const BarId id : {BarId::kReport, BarId::kFiles, BarId::kTop, BarId::kHardlinks})
-        showSizeMode(bar(id), sizeModeOf(options_, id), decimalsOf(options_, id));
+    for (const GridId id : kListGrids) lists_->of(id)->Set_SizeFormat();
+    showSizeMode(bar(BarId::kReport), sizeModeOf(options_, BarId::kReport),
+                 decimalsOf(options_, BarId::kReport));
     resizeAllColumns();
 }
 
@@ -129,8 +127,7 @@ void WindowForm::Form_Activate() {
     window_->setState(savedState(services_.settings.read()));
     reportView_->Report_Resize_Columns(false, false);
     driveList_.Drives_GetAllDrives();
-    for (const GridId id : {GridId::kFiles, GridId::kTop, GridId::kHardlinks, GridId::kJunctions})
-        resizeListColumns(id);
+    for (const GridId id : kListGrids) lists_->of(id)->Resize_Columns(false);
     Drives_ResizeTableHeight();
     const std::vector<Drive> drives = own_.drives.drives();
     options_.ComboText = services_.settings.GetSettings(kSectionOptions, "ComboText");
@@ -206,16 +203,15 @@ void WindowForm::formKeyUp(int key) {
 
 void WindowForm::editChanged(BarId id, int entry, const std::string& text) {
     bar(id).setText(entry, text);
-    if (id != BarId::kTop || entry != kTopCountBox) return;
-    constexpr std::int64_t kMost = std::numeric_limits<int>::max();
-    if (const auto count = parseInteger(text); count && *count >= 0)
-        options_.TOPmaxcount = static_cast<int>(std::min(*count, kMost));
+    if (id == BarId::kTop && entry == kTopCountBox) lists_->top.countTyped(text);
 }
 
 void WindowForm::editKeyDown(BarId id, int entry, int key) {
-    constexpr int kSearchOfReport = 29;
-    if (key == kKeyReturn && id == BarId::kReport && entry == kSearchOfReport && !state_.ScanActive)
-        reportView_->Report_StartSearch();
+    constexpr int kSearchOfReport = 29, kSearchOfList = 307;
+    if (key != kKeyReturn || state_.ScanActive || id == BarId::kMain) return;
+    if (id == BarId::kReport && entry == kSearchOfReport) reportView_->Report_StartSearch();
+    ListView* list = lists_->of(gridOf(id));
+    if (list != nullptr && entry == kSearchOfList) list->StartSearch();
 }
 
 void WindowForm::barResized(BarId id) {
@@ -243,25 +239,30 @@ void WindowForm::comboKeyDown(int key) {
 
 void WindowForm::gridMouseUp(GridId id, Row row, MouseButton button, bool shift, Point at) {
     if (id == GridId::kReport) return reportView_->tvwPL_MouseUp(row, button, shift, at);
+    if (ListView* list = lists_->of(id)) return list->MouseUp(row, button, at);
     if (id != GridId::kDrives || state_.ScanActive || row == kNoRow) return;
     guarded(services_.diagnostics, "lvwDiskinfo_MouseUp", kModul, [&] { window_->focusGrid(id); });
 }
 
 void WindowForm::gridDoubleClick(GridId id) {
     if (id == GridId::kReport) reportView_->tvwPL_DblClick();
+    if (ListView* list = lists_->of(id)) list->ItemDblClick();
 }
 
 void WindowForm::gridKeyUp(GridId id, int key) {
     if (id == GridId::kReport) reportView_->tvwPL_KeyUp(key);
+    if (ListView* list = lists_->of(id)) list->KeyUp(key);
     if (id == GridId::kDrives && !state_.ScanActive) driveList_.lvwDiskinfo_KeyUp(key);
 }
 
 void WindowForm::gridTitleClick(GridId id, std::size_t column) {
     if (id == GridId::kReport) reportView_->tvwPL_GridColumnTitleClick(column);
+    if (ListView* list = lists_->of(id)) list->GridColumnTitleClick(column);
 }
 
 void WindowForm::gridColumnSizing(GridId id) {
     if (id == GridId::kReport) reportView_->columnSizing();
+    if (ListView* list = lists_->of(id)) list->columnSizing();
 }
 
 void WindowForm::gridExpanded(GridId id, Row) {

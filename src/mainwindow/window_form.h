@@ -1,15 +1,18 @@
 // frmMain with its window: its life from loading to the end of the process, its commands, and what a scan
 // shows in it.
 //
-// Three files: window_form.cpp has the life of the window and its events, window_commands.cpp the dispatch of
-// the bars, window_scan.cpp what a scan and the panes ask for. Thread of the logic only.
+// Four files: window_form.cpp has the life of the window and its events, window_commands.cpp the dispatch of
+// the bars, window_scan.cpp what a scan and the panes ask for, window_lists.cpp what the lists ask for.
+// Thread of the logic only.
 #pragma once
 
 #include <functional>
 #include <memory>
 #include <string>
 
+#include "mainwindow/bar_options.h"
 #include "mainwindow/bars.h"
+#include "mainwindow/list_views.h"
 #include "mainwindow/main_form.h"
 #include "mainwindow/panes.h"
 #include "mainwindow/toolbar_state.h"
@@ -18,6 +21,7 @@
 #include "platform/window.h"
 #include "views/drive_list.h"
 #include "views/report_view.h"
+#include "views/type_names.h"
 
 namespace hl {
 
@@ -41,6 +45,7 @@ class WindowForm final : public MainForm,
                          private ReportHost,
                          private PaneHost,
                          private DriveListHost,
+                         private ListHost,
                          private SaveDialog {
   public:
     WindowForm(const FormServices& services, const WindowServices& window);
@@ -63,6 +68,7 @@ class WindowForm final : public MainForm,
     void execute(BarId bar, int id) override;
     void editChanged(BarId bar, int id, const std::string& text) override;
     void editKeyDown(BarId bar, int id, int key) override;
+    void editLeft(BarId bar, int id) override;
     void barResized(BarId bar) override;
     void comboText(const std::string& text) override;
     void comboSelected(int index) override;
@@ -72,6 +78,8 @@ class WindowForm final : public MainForm,
     void gridKeyUp(GridId grid, int key) override;
     void gridTitleClick(GridId grid, std::size_t column) override;
     void gridColumnSizing(GridId grid) override;
+    void gridScrolled(GridId grid) override;
+    void gridMouseMove(GridId grid, Row row) override;
     void gridExpanded(GridId grid, Row row) override;
     void handOver(const std::string& commandLine) override;
     void windowFault(const char* where) override;
@@ -80,6 +88,7 @@ class WindowForm final : public MainForm,
     // --- life
     void Form_Load_Window();
     void Form_Activate();
+    void makeLists();
     void initGrids();
     void saveState();
     void loadToolbars();
@@ -105,9 +114,8 @@ class WindowForm final : public MainForm,
     bool viewCommand(BarId bar, int command);
     void showSizes(BarId bar);
     void setDecimals(BarId bar);
-    void toggleListColumn(BarId bar, int id);
     void resizeAllColumns();
-    void resizeListColumns(GridId grid);
+    ListView* listThatShows();
     void runQueue();
     void readWaiting();
     void fitReportPane();
@@ -124,12 +132,14 @@ class WindowForm final : public MainForm,
     void firstLevelFolderDone() override;
     void sourceMissing(const std::string&) override {}
     void notRead(std::string_view, const std::string&) override {}
+    std::string typeName(const std::string& path) override;
     void topListTitle(const std::string& title) override;
     void listsFilled() override;
     void reportResizeColumns() override;
     void selectDriveOf(Row row) override;
     void refreshDriveOf(Row row) override;
     void showFilesOf(const std::string& folder) override;
+    void showFileStat() override;
     void clearStatus() override;
 
     // --- ReportHost
@@ -143,8 +153,8 @@ class WindowForm final : public MainForm,
     int gridWidth(GridId grid) override { return window_->gridWidth(grid); }
     int formWidth() override { return window_->clientArea().width; }
     void refresh(GridId grid) override { window_->refresh(grid); }
-    void SetFileIcons(GridId) override {}
-    void ShowFileStat(GridId) override {}
+    void SetFileIcons(GridId list) override;
+    void ShowFileStat(GridId list) override;
     void List_Files_ScanFolder(const std::string& folder) override { showFilesOf(folder); }
     void Drives_ResizeTableHeight() override;
     void Drives_Resize_Columns(bool withRedraw) override { driveList_.Drives_Resize_Columns(withRedraw); }
@@ -154,6 +164,18 @@ class WindowForm final : public MainForm,
 
     // --- SaveDialog
     std::string askSavePath(const SaveQuestion& question) override;
+
+    // --- ListHost
+    std::optional<RowRange> visibleRows(GridId list) override;
+    std::size_t columnAt(GridId list, Point at) override;
+    bool listShows(GridId list) override;
+    void setSecondPanel(const std::string& text) override;
+    void previewEntriesChanged(GridId list) override;
+    void showPreview(GridId, bool) override {}
+    void openFile(const std::string& path) override;
+    void ShellContextMenuFileList(GridId, Point) override {}
+    void beginRename(GridId, Row) override {}
+    void listCommand(GridId list, ListCommand command) override;
 
     // --- DriveListHost
     void autosizeDriveColumn(std::size_t column, int margin) override;
@@ -172,7 +194,11 @@ class WindowForm final : public MainForm,
     Panes panes_;
     DriveList driveList_;
     ToolbarStore toolbars_;
+    bool ColumnDragGuard_ = false;  ///< The next click on a title ends the drag of a column border.
     std::unique_ptr<ReportView> reportView_;
+    std::unique_ptr<FilePictures> pictures_;
+    std::unique_ptr<TypeNames> typeNames_;
+    std::unique_ptr<ListViews> lists_;
     WindowParts parts_;
     /// Nobody has chosen the width of the report: it starts narrower than its columns.
     bool reportWidthOpen_ = false;

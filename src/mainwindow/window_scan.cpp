@@ -7,7 +7,6 @@
 #include "mainwindow/window_form.h"
 #include "robustness/trap.h"
 #include "scan/rollup.h"
-#include "views/file_list.h"
 
 namespace hl {
 
@@ -82,11 +81,6 @@ void WindowForm::topListTitle(const std::string& title) {
     bars_.cbrTOP.setCaption(0, title);
 }
 
-void WindowForm::listsFilled() {
-    for (const GridId id : {GridId::kFiles, GridId::kTop, GridId::kHardlinks, GridId::kJunctions})
-        resizeListColumns(id);
-}
-
 void WindowForm::reportResizeColumns() {
     reportView_->Report_Resize_Columns(false, false);
     fitReportPane();
@@ -112,19 +106,6 @@ void WindowForm::selectDriveOf(Row row) {
 
 void WindowForm::refreshDriveOf(Row row) {
     driveList_.Drives_RefreshDrive(row);
-}
-
-void WindowForm::showFilesOf(const std::string& folder) {
-    if (folder.empty() || options_.FilelistVisible == 0) {
-        ++state_.FileListRun;
-        lvwFiles_.clear();
-        state_.currentFolder.clear();
-        return;
-    }
-    if (folder == state_.currentFolder) return;
-    state_.currentFolder = folder;
-    List_Files_ScanFolderR(scan_, lvwFiles_, folder);
-    resizeListColumns(GridId::kFiles);
 }
 
 void WindowForm::clearStatus() {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <algorithm>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -13,9 +14,10 @@ namespace hl {
 class FileTypes {
   public:
     virtual ~FileTypes() = default;
-    /// "PNG image", in the user's language; empty where the desktop has no name for the kind. The file's name
-    /// decides; only where it does not is the beginning of the file read. Links are not followed.
-    virtual std::string typeName(const std::string& path) = 0;
+    /// "PNG image", in the user's language; nothing where the file's name leaves a doubt.
+    virtual std::optional<std::string> typeName(std::string_view fileName) = 0;
+    /// By name and content, of which `beginning` has the first 4 KiB.
+    virtual std::string typeName(std::string_view fileName, std::string_view beginning) = 0;
     /// Name of the icon in the desktop's theme ("image-png"), by the file's name alone: nothing is read.
     /// Never empty.
     virtual std::string iconName(std::string_view fileName) = 0;

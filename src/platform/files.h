@@ -26,6 +26,9 @@ class Files {
     /// The content, at most `limit` bytes; nothing and `error` set if it cannot be read, is larger, or is a
     /// pipe, which might wait for its writer.
     virtual std::optional<std::string> readWhole(const std::string& path, std::size_t limit, int& error) = 0;
+    /// The first bytes of a regular file, at most `count`; nothing if it is none or cannot be read. Does not
+    /// wait, and does not follow a link.
+    virtual std::optional<std::string> beginning(const std::string& path, std::size_t count) = 0;
     /// Null and `error` set if no file can be made beside `path`. A link as the target is followed.
     virtual std::unique_ptr<ReplacingFile> replace(const std::string& path, int& error) = 0;
     /// Opens, appends in one write, closes. System error code.

@@ -13,6 +13,7 @@
 
 #include "grid/grid.h"
 #include "platform/command_bar.h"
+#include "platform/file_types.h"
 #include "platform/form.h"
 #include "platform/message_pump.h"
 #include "platform/splitter.h"
@@ -32,6 +33,8 @@ enum class WindowState : std::uint8_t { kNormal, kMinimized, kMaximized };
 enum KeyCode : int {
     kKeyReturn = 13,
     kKeyEscape = 27,
+    kKeyPageUp = 33,
+    kKeyPageDown = 34,
     kKeyUp = 38,
     kKeyDown = 40,
     kKeyDelete = 46,
@@ -42,6 +45,12 @@ enum class MouseButton : std::uint8_t { kLeft = 1, kRight = 2, kMiddle = 4 };
 
 struct Point {
     int x = 0, y = 0;
+};
+
+/// Rows that are on screen, by their indexes, both included.
+struct RowRange {
+    std::size_t first = 0, last = 0;
+    bool operator==(const RowRange&) const = default;
 };
 
 struct Rect {
@@ -105,6 +114,10 @@ class Window {
     /// Title row and all rows together.
     virtual int heightOfRows(GridId grid) = 0;
     virtual void scrollIntoView(GridId grid, Row row) = 0;
+    /// Nothing while the grid does not show or has no rows.
+    virtual std::optional<RowRange> visibleRows(GridId grid) = 0;
+    /// The column at a place of the screen, counted from 0; right of them all their number.
+    virtual std::size_t columnAt(GridId grid, Point at) = 0;
     virtual void refresh(GridId grid) = 0;
     virtual void focusGrid(GridId grid) = 0;
     virtual void focusEdit(BarId bar, int id) = 0;
@@ -127,6 +140,8 @@ class Window {
     // --- the desktop
     virtual bool openUrl(const std::string& url) = 0;
     virtual void copyText(const std::string& text) = 0;
+    /// The desktop's kinds of files. As long as the window lives.
+    virtual FileTypes& fileTypes() = 0;
 };
 
 /// What the window tells. Implemented by the logic; each routine has its own trap, and none throws.
@@ -147,6 +162,8 @@ class WindowEvents {
     /// The user has typed into an edit box of a bar.
     virtual void editChanged(BarId bar, int id, const std::string& text) = 0;
     virtual void editKeyDown(BarId bar, int id, int key) = 0;
+    /// The box has lost the focus to another place of the window.
+    virtual void editLeft(BarId bar, int id) = 0;
     virtual void barResized(BarId bar) = 0;
 
     virtual void comboText(const std::string& text) = 0;
@@ -161,6 +178,10 @@ class WindowEvents {
     virtual void gridTitleClick(GridId grid, std::size_t column) = 0;
     /// The user drags the border of a column; comes before the title's click that the drag ends with.
     virtual void gridColumnSizing(GridId grid) = 0;
+    /// Other rows than before are on screen: the grid was scrolled, or its size has changed.
+    virtual void gridScrolled(GridId grid) = 0;
+    /// The pointer has come over another row, or over none (kNoRow).
+    virtual void gridMouseMove(GridId grid, Row row) = 0;
     /// The user has folded a row up or down.
     virtual void gridExpanded(GridId grid, Row row) = 0;
 
@@ -179,6 +200,8 @@ struct WindowParts {
     std::array<cSplitter*, kSplitterCount> splitters{};
     /// What a cell shows, control characters visible. For any visible column.
     std::function<std::string(GridId, std::size_t column, Row)> cellText;
+    /// Name of the theme's icon for a picture that platform/icons.h does not have; empty for none.
+    std::function<std::string(int picture)> fileIcon;
     /// Captions of the buttons that the window's own questions have, in the user's language.
     std::string yes, no, ok, cancel;
     std::string more;        ///< Name of the button behind which a bar has what does not fit.

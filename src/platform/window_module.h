@@ -11,7 +11,7 @@
 namespace hl {
 
 /// Raised when either side of the border changes; the program refuses a module with another number.
-constexpr int kWindowModuleVersion = 1;
+constexpr int kWindowModuleVersion = 2;
 constexpr const char* kWindowModuleName = "harborlantern-gui.so";
 constexpr const char* kWindowModuleFunction = "harborlanternWindow";
 

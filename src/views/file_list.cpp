@@ -30,8 +30,8 @@ void addFileRow(ScanContext& scan, Grid& list, const Listing& listing, std::size
     list.setCellText(row, kFileAttr, xFormatFileAttribute(entry.attributes, false, ""));
 }
 
-/// One filling of the list: messages run while it reads or waits. Esc ends it, and so does another filling
-/// that came meanwhile, since the list has got other rows then.
+/// One filling of the list: messages run while it reads or waits. Esc and Stop end it, and so does another
+/// filling that came meanwhile, since the list has got other rows then.
 class Filling final : public WaitCallback {
   public:
     explicit Filling(ScanContext& scan)
@@ -40,10 +40,10 @@ class Filling final : public WaitCallback {
     bool isLatest() const { return state_.FileListRun == run_; }
     bool goesOn() {
         yield_.perEntry();
-        return isLatest() && state_.CancelState != kCancelEscape;
+        return isLatest() && state_.CancelState == kCancelNone;
     }
     bool goOnWaiting() override {
-        return yield_.goOnWaiting() && isLatest() && state_.CancelState != kCancelEscape;
+        return yield_.goOnWaiting() && isLatest() && state_.CancelState == kCancelNone;
     }
 
   private:
@@ -72,7 +72,7 @@ void readRows(ScanContext& scan, Grid& list, const std::string& folder, Filling&
 void List_Files_ScanFolderR(ScanContext& scan, Grid& lvwFiles, const std::string& path,
                             SizeValue& FilesTotalSize) {
     guarded(scan.diagnostics, "List_Files_ScanFolderR", "frmMain", [&] {
-        if (scan.state.CancelState != kCancelStop) scan.state.CancelState = kCancelNone;
+        scan.state.CancelState = kCancelNone;
         Filling filling(scan);
         FilesTotalSize = SizeValue();
         lvwFiles.setRedraw(false);

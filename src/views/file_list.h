@@ -26,16 +26,11 @@ void Init_FileList_DateFormat(Grid& grid, const Options& options);
 void List_Files_Set_SizeFormat(Grid& grid, const Options& options, const Texts& texts);
 
 /// Fills the list with the files of `path` in the order of the list's sort. Messages run while input waits;
-/// Esc ends the reading, and what was found until then stays. An unreadable folder leaves the list empty.
-/// What is asked for while messages run counts: an earlier filling ends then. `FilesTotalSize` is the size of
-/// the files that are in the list; fillings of one list have one such sum. No row has a picture.
+/// Esc and Stop end the reading, and what was found until then stays. An unreadable folder leaves the list
+/// empty. What is asked for while messages run counts: an earlier filling ends then. `FilesTotalSize` is the
+/// size of the files that are in the list; fillings of one list have one such sum. No row has a picture.
 /// Thread of the logic.
 void List_Files_ScanFolderR(ScanContext& scan, Grid& lvwFiles, const std::string& path,
                             SizeValue& FilesTotalSize);
-/// The same where nobody asks for the sum.
-inline void List_Files_ScanFolderR(ScanContext& scan, Grid& lvwFiles, const std::string& path) {
-    SizeValue ignored;
-    List_Files_ScanFolderR(scan, lvwFiles, path, ignored);
-}
 
 }  // namespace hl

@@ -67,7 +67,6 @@ void FilesView::empty() {
 }
 
 void FilesView::listLocked(const std::string& folder) {
-    parts_.scan.state.CancelState = kCancelNone;  // A Stop of an earlier listing.
     DisableControls(parts_.scan, false);
     parts_.scan.host.setBusyPointer(true);
     const ScopeExit unlock([&] {

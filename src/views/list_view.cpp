@@ -23,8 +23,6 @@ constexpr int kDelete = 320;
 constexpr int kRecycle = 321;
 constexpr int kFont = 328;
 
-constexpr int kKeyPageUp = 33;
-constexpr int kKeyPageDown = 34;
 constexpr int kMargin = 32;
 
 /// Gathers the changes of a grid for as long as it lives.
@@ -252,7 +250,7 @@ void ListView::SetFileIcons(bool clear) {
     });
 }
 
-void ListView::loadIcons(const VisibleRows& rows) {
+void ListView::loadIcons(const RowRange& rows) {
     const NoRedraw off(grid_);
     for (std::size_t index = rows.first; index <= rows.last && index < grid_.rowCount(); ++index) {
         const Row row = grid_.rowAt(index);

@@ -22,12 +22,6 @@
 
 namespace hl {
 
-/// The rows that a window shows, by their indexes, both included.
-struct VisibleRows {
-    std::size_t first = 0, last = 0;
-    bool operator==(const VisibleRows&) const = default;
-};
-
 /// What a list leaves to others.
 enum class ListCommand { kFullView, kFont, kSave, kPrint, kDelete, kRecycle };
 
@@ -36,7 +30,7 @@ class ListHost {
   public:
     virtual ~ListHost() = default;
     /// Nothing where the list does not show, or has no rows.
-    virtual std::optional<VisibleRows> visibleRows(GridId list) = 0;
+    virtual std::optional<RowRange> visibleRows(GridId list) = 0;
     /// The column at a place of the screen, counted from 0; one that does not exist right of them all.
     virtual std::size_t columnAt(GridId list, Point at) = 0;
     virtual bool listShows(GridId list) = 0;
@@ -173,9 +167,9 @@ class ListView {
     void showHit(Row row);
     void selectOnly(Row row);
     void takeIconsAway();
-    void loadIcons(const VisibleRows& rows);
+    void loadIcons(const RowRange& rows);
 
-    std::optional<VisibleRows> iconRows_;  ///< Where icons were last loaded.
+    std::optional<RowRange> iconRows_;  ///< Where icons were last loaded.
     std::size_t IconsLoaded_ = 0;
 };
 

@@ -210,7 +210,7 @@ void ReportView::removeAll() {
 void ReportView::tvwPL_GridColumnTitleClick(std::size_t column) {
     guarded(scan_.diagnostics, "tvwPL_GridColumnTitleClick", kModul, [&] {
         if (grid_.rowCount() == 0 || !grid_.redraw() || scan_.state.ScanActive) return;
-        if (std::exchange(suppressNextSort_, false) || column >= std::size(kSortColumns)) return;
+        if (std::exchange(ColumnDragGuard_, false) || column >= std::size(kSortColumns)) return;
         scan_.host.setBusyPointer(true);
         {
             const NoRedraw off(grid_);

@@ -28,8 +28,15 @@ class ReportHost {
 class ReportView {
   public:
     /// All of it outlives the view.
-    ReportView(ScanContext& scan, Options& options, CommandBar& cbrReport, Window& window, ReportHost& host)
-        : scan_(scan), grid_(scan.tvwPL), options_(options), bar_(cbrReport), window_(window), host_(host) {}
+    ReportView(ScanContext& scan, Options& options, CommandBar& cbrReport, Window& window, ReportHost& host,
+               bool& ColumnDragGuard)
+        : scan_(scan),
+          grid_(scan.tvwPL),
+          options_(options),
+          bar_(cbrReport),
+          window_(window),
+          host_(host),
+          ColumnDragGuard_(ColumnDragGuard) {}
 
     // --- columns
     void Report_Resize_Width();
@@ -55,7 +62,7 @@ class ReportView {
     // --- what the user does
     void tvwPL_GridColumnTitleClick(std::size_t column);
     /// The title click that ends the dragging of a column border is none.
-    void columnSizing() { suppressNextSort_ = true; }
+    void columnSizing() { ColumnDragGuard_ = true; }
     void tvwPL_MouseUp(Row row, MouseButton button, bool shift, Point at);
     void tvwPL_DblClick();
     void tvwPL_KeyUp(int key);
@@ -81,7 +88,7 @@ class ReportView {
     CommandBar& bar_;
     Window& window_;
     ReportHost& host_;
-    bool suppressNextSort_ = false;
+    bool& ColumnDragGuard_;  ///< One for all lists that are sorted by a title.
 };
 
 }  // namespace hl

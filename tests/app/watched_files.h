@@ -19,6 +19,9 @@ class WatchedFiles : public Files {
         error = readError;
         return readError != 0 ? std::nullopt : files_.readWhole(path, limit, error);
     }
+    std::optional<std::string> beginning(const std::string& path, std::size_t count) override {
+        return files_.beginning(path, count);
+    }
     std::unique_ptr<ReplacingFile> replace(const std::string& path, int& error) override {
         ++replacements;
         return files_.replace(path, error);

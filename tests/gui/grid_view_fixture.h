@@ -36,6 +36,8 @@ struct Told : WindowEvents {
         log.push_back("title " + std::to_string(column));
     }
     void gridColumnSizing(GridId) override { log.push_back("sizing"); }
+    void gridScrolled(GridId) override {}
+    void gridMouseMove(GridId, Row) override {}
     void gridExpanded(GridId, Row row) override { log.push_back("fold " + name(row)); }
     void windowFault(const char* where) override { log.push_back(std::string("fault ") + where); }
 
@@ -48,6 +50,7 @@ struct Told : WindowEvents {
     void execute(BarId, int) override {}
     void editChanged(BarId, int, const std::string&) override {}
     void editKeyDown(BarId, int, int) override {}
+    void editLeft(BarId, int) override {}
     void barResized(BarId) override {}
     void comboText(const std::string&) override {}
     void comboSelected(int) override {}

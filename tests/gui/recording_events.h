@@ -13,6 +13,7 @@ class RecordingEvents : public WindowEvents {
   public:
     /// "execute 0 7" and the like, in order.
     std::vector<std::string> told;
+    std::vector<std::string> left;  ///< Boxes that lost the focus: "0 29".
     std::function<void(BarId, int)> onExecute;
     bool mayUnload = true;
 
@@ -35,6 +36,7 @@ class RecordingEvents : public WindowEvents {
     void editKeyDown(BarId bar, int id, int key) override {
         told.push_back("editKeyDown " + number(bar) + " " + std::to_string(id) + " " + std::to_string(key));
     }
+    void editLeft(BarId bar, int id) override { left.push_back(number(bar) + " " + std::to_string(id)); }
     void barResized(BarId) override { ++resized; }
     void comboText(const std::string& text) override { told.push_back("comboText " + text); }
     void comboSelected(int index) override { told.push_back("comboSelected " + std::to_string(index)); }
@@ -44,6 +46,8 @@ class RecordingEvents : public WindowEvents {
     void gridKeyUp(GridId, int) override {}
     void gridTitleClick(GridId, std::size_t) override {}
     void gridColumnSizing(GridId) override {}
+    void gridScrolled(GridId) override {}
+    void gridMouseMove(GridId, Row) override {}
     void gridExpanded(GridId, Row) override {}
     void handOver(const std::string&) override {}
     void windowFault(const char* where) override { told.push_back(std::string("fault ") + where); }

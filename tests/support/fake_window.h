@@ -37,6 +37,8 @@ class FakeWindow : public Window {
     int scrollBarWidth(GridId) override { return scrollBar; }
     int heightOfRows(GridId) override { return 60; }
     void scrollIntoView(GridId, Row) override { calls.emplace_back("scroll"); }
+    std::optional<RowRange> visibleRows(GridId) override { return std::nullopt; }
+    std::size_t columnAt(GridId, Point) override { return 0; }
     void refresh(GridId) override {}
     void focusGrid(GridId) override { calls.emplace_back("focus"); }
     void focusEdit(BarId, int id) override { calls.push_back("edit " + std::to_string(id)); }
@@ -59,6 +61,15 @@ class FakeWindow : public Window {
         return true;
     }
     void copyText(const std::string&) override {}
+    FileTypes& fileTypes() override { return types_; }
+
+  private:
+    struct NoTypes final : FileTypes {
+        std::optional<std::string> typeName(std::string_view) override { return std::nullopt; }
+        std::string typeName(std::string_view, std::string_view) override { return {}; }
+        std::string iconName(std::string_view) override { return FilePictures::kAnyFile; }
+    };
+    NoTypes types_;
 };
 
 }  // namespace hl::test

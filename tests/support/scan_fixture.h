@@ -27,6 +27,7 @@ class MemoryFiles : public Files {
         error = 2;
         return std::nullopt;
     }
+    std::optional<std::string> beginning(const std::string&, std::size_t) override { return std::nullopt; }
     std::unique_ptr<ReplacingFile> replace(const std::string&, int& error) override {
         error = 13;
         return nullptr;

@@ -18,7 +18,8 @@ namespace hl::test {
 
 /// One icon for each ending.
 struct FakeTypes : FileTypes {
-    std::string typeName(const std::string&) override { return {}; }
+    std::optional<std::string> typeName(std::string_view) override { return {}; }
+    std::string typeName(std::string_view, std::string_view) override { return {}; }
     std::string iconName(std::string_view fileName) override {
         ++asked;
         return "icon-" + xGetExtension(fileName);
@@ -56,7 +57,7 @@ struct ListFixture : ScanFixture, ListHost {
     // What the lists ask, and the answers.
     Lines asked;
     std::string status;
-    VisibleRows shown{0, 99};
+    RowRange shown{0, 99};
     std::size_t columnUnderPointer = 0;
     bool shows = true;
 
@@ -79,7 +80,7 @@ struct ListFixture : ScanFixture, ListHost {
             junctions.setCellText(junctions.addRow(kNoRow, name), kJunctionTarget, std::string("/to") + name);
     }
 
-    std::optional<VisibleRows> visibleRows(GridId) override { return shown; }
+    std::optional<RowRange> visibleRows(GridId) override { return shown; }
     std::size_t columnAt(GridId, Point) override { return columnUnderPointer; }
     bool listShows(GridId) override { return shows; }
     void setSecondPanel(const std::string& text) override { status = text; }

@@ -13,7 +13,8 @@ using test::file, test::folder;
 struct ReportTest : test::ScanFixture, ReportHost {
     test::FakeWindow window;
     CommandBar bar{BarId::kReport, "cbrReport"};
-    ReportView view{scan, options, bar, window, *this};
+    bool columnDragGuard = false;
+    ReportView view{scan, options, bar, window, *this, columnDragGuard};
     std::vector<std::string> asked;
 
     ReportTest() {

@@ -36,6 +36,17 @@ int LinuxFiles::append(const std::string& path, std::string_view bytes) {
     return written != 0 ? written : closed;
 }
 
+std::optional<std::string> LinuxFiles::beginning(const std::string& path, std::size_t count) {
+    const Descriptor file(openAt(AT_FDCWD, path, O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY));
+    struct stat status {};
+    if (!file.isOpen() || fstat(file.number(), &status) != 0 || !S_ISREG(status.st_mode)) return std::nullopt;
+    std::string bytes(count, '\0');
+    const ssize_t got = pread(file.number(), bytes.data(), count, 0);
+    if (got < 0) return std::nullopt;
+    bytes.resize(static_cast<std::size_t>(got));
+    return bytes;
+}
+
 bool LinuxFiles::exists(const std::string& path) {
     struct stat status {};
     return stat(path.c_str(), &status) == 0;

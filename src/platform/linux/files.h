@@ -21,6 +21,7 @@ class LinuxFiles final : public Files {
     explicit LinuxFiles(Unfinished unfinished = Unfinished::kNameless) : unfinished_(unfinished) {}
 
     std::optional<std::string> readWhole(const std::string& path, std::size_t limit, int& error) override;
+    std::optional<std::string> beginning(const std::string& path, std::size_t count) override;
     std::unique_ptr<ReplacingFile> replace(const std::string& path, int& error) override;
     int append(const std::string& path, std::string_view bytes) override;
     bool exists(const std::string& path) override;

@@ -1,5 +1,6 @@
 #include "platform/qt/bar_edit.h"
 
+#include <QFocusEvent>
 #include <QKeyEvent>
 #include <QToolButton>
 
@@ -34,6 +35,15 @@ void BarEdit::showHint() {
     hint.setAlphaF(0.6F);
     own.setColor(QPalette::PlaceholderText, hint);
     setPalette(own);
+}
+
+// A menu and another window give the focus back.
+void BarEdit::focusOutEvent(QFocusEvent* event) {
+    qtGuard(events_, "BarEdit::focusOutEvent", [&] {
+        QLineEdit::focusOutEvent(event);
+        if (event->reason() == Qt::PopupFocusReason || event->reason() == Qt::ActiveWindowFocusReason) return;
+        within_([&] { events_.editLeft(bar_.id(), id_); });
+    });
 }
 
 void BarEdit::keyPressEvent(QKeyEvent* event) {

@@ -20,6 +20,7 @@ class BarEdit final : public QLineEdit {
             QWidget* parent);
 
   protected:
+    void focusOutEvent(QFocusEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
 
   private:

@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QFontDatabase>
+#include <QResizeEvent>
 #include <QScrollBar>
 #include <algorithm>
 
@@ -68,6 +69,7 @@ void GridView::setUp() {
     setTabKeyNavigation(false);
     setWordWrap(false);
     setAutoScroll(false);
+    setMouseTracking(!tree_);
     setSelectionMode(QAbstractItemView::NoSelection);
     setEditTriggers(QAbstractItemView::NoEditTriggers);
     setVerticalScrollMode(QAbstractItemView::ScrollPerItem);
@@ -220,8 +222,29 @@ void GridView::scrollContentsBy(int dx, int dy) {
             userScrolled_ = true;
         } else {
             storeTop();
+            events_.gridScrolled(id_);
         }
     });
+}
+
+void GridView::resizeEvent(QResizeEvent* event) {
+    qtGuard(events_, "GridView::resizeEvent", [&] {
+        QTableView::resizeEvent(event);
+        if (event->size().height() > event->oldSize().height() && grid_.rowCount() > 0 && upToDate())
+            events_.gridScrolled(id_);
+    });
+}
+
+std::optional<RowRange> GridView::visibleRange() {
+    if (!isVisible() || !sync() || rows_.count() == 0) return std::nullopt;
+    const auto first = static_cast<std::size_t>(verticalScrollBar()->value());
+    const std::size_t last = first + static_cast<std::size_t>(rowsOnPage()) - 1;
+    return RowRange{first, std::min(last, rows_.count() - 1)};
+}
+
+std::size_t GridView::columnOf(const QPoint& global) const {
+    const int section = columnAt(viewport()->mapFromGlobal(global).x());
+    return section < 0 ? grid_.columns().size() : static_cast<std::size_t>(section);
 }
 
 // --- columns and sizes

@@ -43,6 +43,10 @@ class GridView : public QTableView, public GridObserver {
     /// Title row, all visible rows, the frame, and room for the scroll bar below: columns are fitted later,
     /// and widths change, so that one may come at any time.
     int heightOfRows();
+    /// Nothing while no row is on screen.
+    std::optional<RowRange> visibleRange();
+    /// Column at a place of the screen; right of them all their number.
+    std::size_t columnOf(const QPoint& global) const;
     /// Unfolds what hides the row.
     void scrollIntoView(Row row);
     void refresh();
@@ -81,6 +85,8 @@ class GridView : public QTableView, public GridObserver {
     void paintEvent(QPaintEvent* event) override;
     void timerEvent(QTimerEvent* event) override;
     void scrollContentsBy(int dx, int dy) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void leaveEvent(QEvent* event) override;
     void changeEvent(QEvent* event) override;
     bool viewportEvent(QEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
@@ -128,6 +134,7 @@ class GridView : public QTableView, public GridObserver {
     bool onBranch(const QPoint& point, std::size_t index) const;
     void press(const QPoint& point, Qt::MouseButton button, Qt::KeyboardModifiers keys);
     void dragTo(const QPoint& point);
+    void hover(Row row);
     std::optional<std::size_t> currentIndexOfRow() const;
     std::optional<std::size_t> keyTarget(int key) const;
     bool pressMoveKey(const QKeyEvent& event);
@@ -166,6 +173,7 @@ class GridView : public QTableView, public GridObserver {
     Qt::MouseButton pressed_ = Qt::NoButton;
     QPoint pressPoint_;
     bool dragging_ = false;
+    Row hovered_ = kNoRow;
     int pressedKey_ = 0;
     QString typed_;
     QElapsedTimer typedAt_;

@@ -22,8 +22,9 @@ struct KeyName {
 };
 
 // The keys whose release the logic hears of.
-constexpr KeyName kToldKeys[] = {
-    {Qt::Key_Up, kKeyUp}, {Qt::Key_Down, kKeyDown}, {Qt::Key_F2, kKeyF2}, {Qt::Key_Delete, kKeyDelete}};
+constexpr KeyName kToldKeys[] = {{Qt::Key_Up, kKeyUp},         {Qt::Key_Down, kKeyDown},
+                                 {Qt::Key_F2, kKeyF2},         {Qt::Key_Delete, kKeyDelete},
+                                 {Qt::Key_PageUp, kKeyPageUp}, {Qt::Key_PageDown, kKeyPageDown}};
 
 std::optional<int> toldKey(int key) {
     for (const KeyName& known : kToldKeys)
@@ -159,9 +160,22 @@ void GridView::press(const QPoint& point, Qt::MouseButton button, Qt::KeyboardMo
 
 void GridView::mouseMoveEvent(QMouseEvent* event) {
     qtGuard(events_, "GridView::mouseMoveEvent", [&] {
+        if (event->buttons() == Qt::NoButton && takesInput())
+            return hover(rowAt(event->position().toPoint()));
         if (pressed_ == Qt::LeftButton && event->buttons() == Qt::LeftButton && takesInput())
             dragTo(event->position().toPoint());
     });
+}
+
+void GridView::leaveEvent(QEvent* event) {
+    qtGuard(events_, "GridView::leaveEvent", [&] {
+        QTableView::leaveEvent(event);
+        if (takesInput()) hover(kNoRow);
+    });
+}
+
+void GridView::hover(Row row) {
+    if (row != std::exchange(hovered_, row)) events_.gridMouseMove(id_, row);
 }
 
 // Picks from the row that was pressed to the one below the pointer, and scrolls at the edges.

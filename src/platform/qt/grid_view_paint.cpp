@@ -5,6 +5,7 @@
 #include <QToolTip>
 
 #include "platform/qt/grid_view.h"
+#include "platform/qt/qt_convert.h"
 #include "platform/qt/qt_guard.h"
 
 namespace hl {
@@ -62,7 +63,7 @@ QString GridView::cellText(std::size_t column, Row row) const {
     return QString::fromStdString(cellText_(id_, column, row));
 }
 
-// The full text of a cell that does not show all of it.
+// The full text of a cell that does not show all of it, else the note of the row.
 bool GridView::showTooltip(const QPoint& point, const QPoint& global) {
     const int section = columnAt(point.x());
     const auto index = sync() && section >= 0 ? indexAtPoint(point) : std::nullopt;
@@ -72,6 +73,8 @@ bool GridView::showTooltip(const QPoint& point, const QPoint& global) {
         const auto column = static_cast<std::size_t>(section);
         if (painter.contentWidth(rows_.at(*index), column) > columnWidth(section))
             text = painter.fullText(rows_.at(*index), column);
+        else
+            text = shownName(grid_.rowNote(rows_.at(*index)));
     }
     // A name is never read as rich text.
     if (!text.isEmpty()) text = QStringLiteral("<p style='white-space:pre'>") + text.toHtmlEscaped();

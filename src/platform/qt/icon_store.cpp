@@ -81,9 +81,16 @@ QIcon IconStore::programIcon() {
     return iconOfFile(folder_ + "harborlantern.svg");
 }
 
+QIcon IconStore::ofFile(int number) const {
+    const std::string name = fileIcon_ ? fileIcon_(number) : std::string();
+    if (name.empty()) return {};
+    return QIcon::fromTheme(QString::fromStdString(name),
+                            iconOfFile(folder_ + iconNames(kIconFilesRow)->own + ".svg"));
+}
+
 QIcon IconStore::make(int number) const {
     const IconNames* names = iconNames(number);
-    if (names == nullptr) return {};
+    if (names == nullptr) return ofFile(number);
     const QString theme = QString::fromLatin1(names->theme);
     if (number < kFirstCommand && names->theme != nullptr && QIcon::hasThemeIcon(theme))
         return QIcon::fromTheme(theme);

@@ -3,6 +3,7 @@
 
 #include <QHash>
 #include <QIcon>
+#include <functional>
 #include <string>
 
 namespace hl {
@@ -12,7 +13,9 @@ namespace hl {
 class IconStore {
   public:
     /// `dataFolder` holds the drawings, in "icons".
-    explicit IconStore(std::string dataFolder) : folder_(std::move(dataFolder) + "/icons/") {}
+    /// `fileIcon`: name of the theme's icon for a number that platform/icons.h does not have; empty for none.
+    explicit IconStore(std::string dataFolder, std::function<std::string(int)> fileIcon = {})
+        : folder_(std::move(dataFolder) + "/icons/"), fileIcon_(std::move(fileIcon)) {}
 
     /// A null icon for a number that has no picture.
     QIcon icon(int number);
@@ -23,8 +26,10 @@ class IconStore {
 
   private:
     QIcon make(int number) const;
+    QIcon ofFile(int number) const;
 
     std::string folder_;
+    std::function<std::string(int)> fileIcon_;
     QHash<int, QIcon> cache_;
 };
 

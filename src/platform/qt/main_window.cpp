@@ -39,7 +39,7 @@ bool isTree(std::size_t grid) {
 MainWindow::MainWindow(WindowParts& parts, WindowEvents& events)
     : parts_(parts),
       events_(events),
-      icons_(parts.dataFolder),
+      icons_(parts.dataFolder, parts.fileIcon),
       texts_{qtText(parts.name), qtText(parts.yes), qtText(parts.no), qtText(parts.ok), qtText(parts.cancel)},
       frame_(new Frame(events)) {
     frame_->setObjectName(QStringLiteral("frmMain"));
@@ -287,6 +287,14 @@ int MainWindow::heightOfRows(GridId id) {
 
 void MainWindow::scrollIntoView(GridId id, Row row) {
     grid(id).scrollIntoView(row);
+}
+
+std::optional<RowRange> MainWindow::visibleRows(GridId id) {
+    return grid(id).visibleRange();
+}
+
+std::size_t MainWindow::columnAt(GridId id, Point at) {
+    return grid(id).columnOf({at.x, at.y});
 }
 
 void MainWindow::refresh(GridId id) {

@@ -4,6 +4,7 @@
 #include <array>
 #include <memory>
 
+#include "platform/qt/desktop_file_types.h"
 #include "platform/qt/dialogs.h"
 #include "platform/qt/frame.h"
 #include "platform/qt/grid_view.h"
@@ -50,6 +51,8 @@ class MainWindow final : public Window {
     int scrollBarWidth(GridId grid) override;
     int heightOfRows(GridId grid) override;
     void scrollIntoView(GridId grid, Row row) override;
+    std::optional<RowRange> visibleRows(GridId grid) override;
+    std::size_t columnAt(GridId grid, Point at) override;
     void refresh(GridId grid) override;
     void focusGrid(GridId grid) override;
     void focusEdit(BarId bar, int id) override;
@@ -67,6 +70,7 @@ class MainWindow final : public Window {
 
     bool openUrl(const std::string& url) override;
     void copyText(const std::string& text) override;
+    FileTypes& fileTypes() override { return fileTypes_; }
 
   private:
     std::vector<QWidget*> tabStops() const;
@@ -83,6 +87,7 @@ class MainWindow final : public Window {
 
     WindowParts& parts_;
     WindowEvents& events_;
+    DesktopFileTypes fileTypes_;
     IconStore icons_;
     DialogTexts texts_;
     std::unique_ptr<Frame> frame_;

@@ -1,0 +1,36 @@
+// The four lists of the main form, and what they share. Thread of the logic only.
+#pragma once
+
+#include "views/files_view.h"
+#include "views/hardlinks_view.h"
+#include "views/junctions_view.h"
+#include "views/top_view.h"
+
+namespace hl {
+
+inline constexpr GridId kListGrids[] = {GridId::kFiles, GridId::kTop, GridId::kHardlinks, GridId::kJunctions};
+
+struct ListViews {
+    FilesView files;
+    TopView top;
+    HardlinksView hardlinks;
+    JunctionsView junctions;
+
+    /// Null for a grid that is none of the four.
+    ListView* of(GridId grid) {
+        switch (grid) {
+            case GridId::kFiles:
+                return &files;
+            case GridId::kTop:
+                return &top;
+            case GridId::kHardlinks:
+                return &hardlinks;
+            case GridId::kJunctions:
+                return &junctions;
+            default:
+                return nullptr;
+        }
+    }
+};
+
+}  // namespace hl

@@ -1,0 +1,113 @@
+// What the four lists ask of the window around them, and where their events go.
+#include "base/text.h"
+#include "mainwindow/view_options.h"
+#include "mainwindow/window_form.h"
+#include "output/save_files.h"
+#include "views/file_list.h"
+#include "views/list_columns.h"
+
+namespace hl {
+
+// Lists need the window: what they show is asked for as they are set up.
+void WindowForm::makeLists() {
+    Init_FileList(lvwFiles_, options_, services_.texts);
+    pictures_ = std::make_unique<FilePictures>(window_->fileTypes());
+    typeNames_ = std::make_unique<TypeNames>(window_->fileTypes(), services_.files);
+    const ListParts parts{scan_, options_, *window_, *this, *pictures_, ColumnDragGuard_};
+    lists_.reset(new ListViews{{parts, lvwFiles_, bars_.cbrFiles},
+                               {parts, lvwTOP_, bars_.cbrTOP},
+                               {parts, lvwHardlinks_, bars_.cbrHardlinks},
+                               {parts, lvwJunctions_, bars_.cbrJunctions}});
+}
+
+ListView* WindowForm::listThatShows() {
+    return panes_.listShows() ? lists_->of(panes_.list()) : nullptr;
+}
+
+// --- ListHost
+
+std::optional<RowRange> WindowForm::visibleRows(GridId list) {
+    return listShows(list) ? window_->visibleRows(list) : std::nullopt;
+}
+
+std::size_t WindowForm::columnAt(GridId list, Point at) {
+    return window_->columnAt(list, at);
+}
+
+bool WindowForm::listShows(GridId list) {
+    return !unloaded_ && panes_.listShows() && panes_.list() == list;
+}
+
+void WindowForm::setSecondPanel(const std::string& text) {
+    status_.second = visible(text);
+    showStatus();
+}
+
+void WindowForm::previewEntriesChanged(GridId list) {
+    panes_.followPreviewEntries(list);
+    panes_.cbrResize(barOf(list));
+}
+
+void WindowForm::openFile(const std::string& path) {
+    window_->openUrl(fileUrl(path));
+}
+
+void WindowForm::listCommand(GridId list, ListCommand command) {
+    switch (command) {
+        case ListCommand::kFullView:
+            return fullView(barOf(list));
+        case ListCommand::kFont:
+            return ChangeFont(list);
+        case ListCommand::kSave:
+            return Save_Files({grid(list), services_.texts, services_.numbers, services_.files,
+                               services_.diagnostics, services_.paths, *this},
+                              *window_);
+        default:
+            return;  // Entries without work: their bars keep them disabled.
+    }
+}
+
+// --- what the panes and a scan ask for
+
+void WindowForm::SetFileIcons(GridId list) {
+    if (ListView* view = lists_->of(list)) view->SetFileIcons(false);
+}
+
+void WindowForm::ShowFileStat(GridId list) {
+    if (ListView* view = lists_->of(list)) view->ShowFileStat();
+}
+
+void WindowForm::showFileStat() {
+    if (ListView* list = listThatShows()) list->ShowFileStat();
+}
+
+void WindowForm::showFilesOf(const std::string& folder) {
+    lists_->files.List_Files_ScanFolder(folder, !state_.ScanActive);
+}
+
+void WindowForm::listsFilled() {
+    for (const GridId id : {GridId::kTop, GridId::kHardlinks, GridId::kJunctions})
+        lists_->of(id)->rowsChanged();
+}
+
+std::string WindowForm::typeName(const std::string& path) {
+    return typeNames_->of(path);
+}
+
+// --- events
+
+void WindowForm::gridScrolled(GridId id) {
+    if (unloaded_) return;
+    if (ListView* list = lists_->of(id)) list->VScroll();
+}
+
+void WindowForm::gridMouseMove(GridId id, Row row) {
+    if (unloaded_) return;
+    if (ListView* list = lists_->of(id)) list->MouseMove(row);
+}
+
+void WindowForm::editLeft(BarId id, int entry) {
+    if (id == BarId::kTop && entry == kTopCountBox && !unloaded_) lists_->top.countLeft();
+}
+
+}  // namespace hl
