@@ -126,7 +126,8 @@ TEST_F(KeyboardTest, EveryCommandIsReachedWithTabArrowsAndSpace) {
 
 TEST_F(KeyboardTest, EveryCommandIsReachedWhereTheWindowIsNarrowAndBarsClip) {
     if (QGuiApplication::platformName() == QLatin1String("offscreen"))
-        GTEST_SKIP() << "needs a screen: offscreen, a menu with an edit box keeps the keyboard when it closes";
+        GTEST_SKIP()
+            << "needs a screen: offscreen, a menu with an edit box keeps the keyboard when it closes";
     for (CommandBar* bar : bars.all()) bar->setClips(true);
     show(420, 600);
     pressAllWithKeys();
