@@ -105,6 +105,8 @@ int ToolbarStore::save(Files& files, const std::string& path) const {
     for (std::size_t i = 0; i < kBarCount; ++i) writeState(ini, kSections[i], states_[i]);
     ini.set(kFormatSection, kFormatKey, kFormat);
     int error = 0;
+    // A pipe in its place would wait for a reader.
+    if (!files.readWhole(path, kLargestFile, error) && error == ESPIPE) return error;
     const auto file = files.replace(path, error);
     if (file == nullptr) return error != 0 ? error : EIO;
     error = file->write(ini.text());

@@ -130,7 +130,7 @@ class WindowForm final : public MainForm,
     void statusAfterRun(const std::string& text) override;
     void folderEntered(std::string_view path) override;
     void firstLevelFolderDone() override;
-    void sourceMissing(const std::string&) override {}
+    void sourceMissing(const std::string& source) override;
     void notRead(std::string_view, const std::string&) override {}
     std::string typeName(const std::string& path) override;
     void topListTitle(const std::string& title) override;
@@ -211,6 +211,7 @@ class WindowForm final : public MainForm,
     int commands_ = 0;       ///< Commands on the stack, each perhaps with a dialog of its own.
     bool RestartPending_ = false;
     std::uint64_t lastStatusTick_ = 0;
+    std::string missing_;  ///< What a run has to say of a source that does not exist.
 };
 
 }  // namespace hl

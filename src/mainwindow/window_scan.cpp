@@ -55,7 +55,11 @@ void WindowForm::statusAfterRun(const std::string& text) {
     status_.secondVisible = true;
     status_.firstTakesAll = false;
     status_.firstWidth = window_->gridWidth(GridId::kReport);
-    setFirstPanel(text);
+    setFirstPanel(missing_.empty() ? text : std::exchange(missing_, {}));
+}
+
+void WindowForm::sourceMissing(const std::string& source) {
+    missing_ = services_.texts.TL(9021, "Die Quelle '%1' gibt es nicht.", {source});
 }
 
 void WindowForm::folderEntered(std::string_view path) {

@@ -89,6 +89,7 @@ class Window {
     virtual Rect screen() = 0;
     /// Where the window is when it is neither minimised nor maximised.
     virtual Rect normalGeometry() = 0;
+    /// Larger than all screens together it does not become.
     virtual void setGeometry(const Rect& rect) = 0;
     virtual WindowState state() = 0;
     virtual void setState(WindowState state) = 0;

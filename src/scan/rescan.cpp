@@ -105,7 +105,10 @@ void rescanCurrent(ScanContext& scan, bool recursive) {
     const std::size_t formerIndex = report.indexOf(report.currentRow());
     const std::string formerText(report.text(row));
     {
-        const ScopeExit unlock([&] { EnableControls(scan); });
+        const ScopeExit unlock([&] {
+            scan.state.CancelState = kCancelNone;  // A Stop of this reading is none for what comes next.
+            EnableControls(scan);
+        });
         scan.host.statusOfRun();
         report.setCurrentRow(row);
         readAgain(scan, row, recursive);
@@ -120,7 +123,6 @@ void rescanCurrent(ScanContext& scan, bool recursive) {
     } else {
         Ordnerliste_Abarbeiten(scan);
     }
-    scan.state.CancelState = kCancelNone;
 }
 
 }  // namespace

@@ -289,12 +289,15 @@ TEST_F(MainWindowTest, AFaultIsShownAndAfterWeiterTheWindowWorksOn) {
         if (block == 3) throw std::runtime_error("provoked");
     };
     std::string name;
+    QString keys;
     s.answers.add([&](QDialog& dialog) {
         name = dialog.objectName().toStdString();
+        for (auto* button : dialog.findChildren<QAbstractButton*>()) keys += button->shortcut().toString();
         test::pressIn(dialog, "Weiter");
     });
     startWithReport();
     EXPECT_EQ(name, "frmFehler");
+    EXPECT_TRUE(keys.contains(QLatin1String("Alt+W"))) << keys.toStdString();
     ASSERT_EQ(s.reports.size(), 1U);
     EXPECT_NE(s.reports[0].find("provoked"), std::string::npos);
     s.fileSystem.beforeBlock = nullptr;

@@ -40,7 +40,7 @@ class WindowBars : public testing::Test, private PaneHost {
     }
 
     void show(int width = 1200, int height = 800) {
-        window->setGeometry({0, 0, width, height});
+        window->frame().resize(width, height);
         window->show();
         window->frame().activateWindow();
         ASSERT_TRUE(QTest::qWaitForWindowActive(&window->frame()));

@@ -67,7 +67,7 @@ TEST_F(WindowFilesTest, ARestartForAnotherLanguageKeepsSourcesBarsPanesAndPlace)
         s.scan(at("src2"));
         for (const char* entry : {"cbrReport.22", "cbrReport.11", "cbrMain.21", "cbrMain.308", "cbrMain.34"})
             s.click(entry);
-        s.frame().setGeometry(30, 40, 1300, 850);
+        s.frame().setGeometry(30, 40, 700, 650);
         Session::settle();
         place = s.window().normalGeometry();
         s.click("cbrMain.36");
@@ -99,13 +99,14 @@ TEST_F(WindowFilesTest, ARestartForAnotherLanguageKeepsSourcesBarsPanesAndPlace)
 }
 
 TEST_F(WindowFilesTest, AWindowThatWasLeftOffTheScreenComesBackOntoIt) {
-    for (const char* where :
-         {"Left=-900000\r\nTop=-900000", "Left=480000\r\nTop=480000", "Left=x\r\nTop=1e99"}) {
+    for (const char* where : {"Left=-900000\r\nTop=-900000", "Left=480000\r\nTop=480000",
+                              "Left=x\r\nTop=1e99\r\nWidth=225000\r\nHeight=135000"}) {
         setSettings(std::string(where) + "\r\n");
         Session s(home.path());
         s.start();
         const QRect screen = s.frame().screen()->availableGeometry();
         EXPECT_TRUE(screen.contains(s.frame().geometry().topLeft())) << where;
+        EXPECT_LE(s.frame().width(), s.frame().screen()->availableVirtualSize().width()) << where;
     }
 }
 

@@ -26,6 +26,8 @@ using Clock = std::chrono::steady_clock;
 
 constexpr std::uint64_t kLongestLine = 64 << 20;  // More than the system takes as arguments.
 constexpr milliseconds kReceiveLimit{1000};
+// A sender sends at once. Who connects and says nothing holds the window up no longer than this.
+constexpr milliseconds kFirstByteLimit{100};
 constexpr milliseconds kRetry{10};
 constexpr int kMarkTries = 4;
 constexpr int kWaitingSenders = 64;
@@ -169,9 +171,14 @@ int atPath(Call call, int socket, const std::string& path) {
     return call(socket, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0 ? 0 : errno;
 }
 
-// The first instance may have taken its mark only just now and not listen yet, or have many senders waiting.
-bool mayComeUp(int error) {
-    return error == ENOENT || error == ECONNREFUSED || error == EAGAIN;
+// False if nobody took the line.
+bool deliverTo(const std::string& socketPath, const std::string& commandLine, const Deadline& deadline) {
+    const Descriptor peer = newSocket();
+    if (atPath(::connect, peer.number(), socketPath) != 0 || !isSameUser(peer.number())) return false;
+    std::array<char, 1> answer{};
+    return sendAll(peer.number(), lengthBytes(commandLine.size()), deadline) &&
+           sendAll(peer.number(), commandLine, deadline) && receiveAll(peer.number(), answer, deadline) &&
+           answer[0] == kTaken;
 }
 
 }  // namespace
@@ -222,17 +229,13 @@ std::string LinuxInstances::socketPath() const {
 bool LinuxInstances::deliver(const std::string& commandLine) {
     if (!folder_.isOpen()) return false;
     const Deadline deadline(deliveryLimit_);
-    const Descriptor peer = newSocket();
-    int error = atPath(::connect, peer.number(), socketPath());
-    while (mayComeUp(error) && !deadline.passed() && isHeld()) {
+    // The first instance may have taken its mark only just now and not listen yet, or have many senders
+    // waiting; and who was held up between connecting and sending may have been dropped.
+    while (!deliverTo(socketPath(), commandLine, deadline)) {
+        if (deadline.passed() || !isHeld()) return false;
         pause(kRetry);
-        error = atPath(::connect, peer.number(), socketPath());
     }
-    if (error != 0 || !isSameUser(peer.number())) return false;
-    std::array<char, 1> answer{};
-    return sendAll(peer.number(), lengthBytes(commandLine.size()), deadline) &&
-           sendAll(peer.number(), commandLine, deadline) && receiveAll(peer.number(), answer, deadline) &&
-           answer[0] == kTaken;
+    return true;
 }
 
 // --- the receiver
@@ -257,6 +260,7 @@ void LinuxInstances::receive(const std::function<void(const std::string&)>& take
     if (!socket_.isOpen()) return;
     Descriptor peer(accept4(socket_.number(), nullptr, nullptr, SOCK_NONBLOCK | SOCK_CLOEXEC));
     if (!peer.isOpen() || !isSameUser(peer.number())) return;
+    if (!Deadline(kFirstByteLimit).ready(peer.number(), POLLIN)) return;
     const Deadline deadline(kReceiveLimit);
     const auto line = receiveLine(peer.number(), deadline);
     if (!line || !sendAll(peer.number(), std::array<char, 1>{kTaken}, deadline)) return;

@@ -9,6 +9,10 @@
 
 namespace hl {
 
+namespace {
+constexpr const char* kCheckBox = "isCheckBox";
+}
+
 BarMenu::BarMenu(const Context& context, const std::vector<BarEntry>& entries, QWidget* parent)
     : QMenu(parent), context_(context) {
     setToolTipsVisible(true);
@@ -23,7 +27,7 @@ void BarMenu::add(const BarEntry& entry) {
     if (!entry.list.empty()) return addList(entry);
     auto* action = addAction(QString());
     action->setData(entry.id);
-    action->setCheckable(entry.kind == EntryKind::kCheckBox);
+    action->setProperty(kCheckBox, entry.kind == EntryKind::kCheckBox);
     show(*action, entry);
     connect(action, &QAction::triggered, this, [this, id = entry.id] {
         qtGuard(context_.events, "BarMenu::triggered", [&] {
@@ -67,6 +71,8 @@ void BarMenu::show(QAction& action, const BarEntry& entry) const {
     action.setIcon(context_.icons.icon(entry.icon));
     action.setEnabled(entry.enabled);
     action.setVisible(entry.visible);
+    // A button that is down has a mark, too, but a click on it closes the menu.
+    action.setCheckable(entry.checked || action.property(kCheckBox).toBool());
     action.setChecked(entry.checked);
 }
 
@@ -85,7 +91,7 @@ void BarMenu::syncEntry(const BarEntry& entry) {
 }
 
 bool BarMenu::switchCheckBox(QAction* action) {
-    if (action == nullptr || !action->isCheckable() || !action->isEnabled()) return false;
+    if (action == nullptr || !action->property(kCheckBox).toBool() || !action->isEnabled()) return false;
     action->trigger();
     return true;
 }

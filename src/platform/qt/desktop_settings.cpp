@@ -54,9 +54,17 @@ void translateDialogs(const std::string& language) {
     QLocale::setDefault(locale);
 }
 
+/// Without a session bus libdbus would start one, which writes into the user's home and outlives everything.
+void wantNoBusOfItsOwn() {
+    constexpr const char* kBus = "DBUS_SESSION_BUS_ADDRESS";
+    const bool usual = QFileInfo::exists(qEnvironmentVariable("XDG_RUNTIME_DIR") + QStringLiteral("/bus"));
+    if (!qEnvironmentVariableIsSet(kBus) && !usual) qputenv(kBus, "disabled:");
+}
+
 }  // namespace
 
 WritesLedTo::WritesLedTo(const std::string& folder) {
+    wantNoBusOfItsOwn();
     if (qEnvironmentVariableIsSet(kCacheHome)) cacheHome_ = qgetenv(kCacheHome);
     qputenv(kCacheHome, QByteArray::fromStdString(folder));
     // What the file dialog keeps. XDG_CONFIG_HOME would do the same and hide the desktop's settings as well.

@@ -25,15 +25,17 @@ bool xServerAnswers() {
     return answers;
 }
 
-bool waylandPluginInstalled() {
+/// Whether a plugin of that name is installed; a "*" stands for anything.
+bool pluginInstalled(const QString& name) {
     const QDir plugins(QLibraryInfo::path(QLibraryInfo::PluginsPath) + QStringLiteral("/platforms"));
-    return !plugins.entryList({QStringLiteral("libqwayland*.so")}).isEmpty();
+    return !plugins.entryList({QStringLiteral("libq%1.so").arg(name)}).isEmpty();
 }
 
 bool waylandAnswers() {
     using Connect = void* (*)(const char*);
     using Disconnect = void (*)(void*);
-    if (!qEnvironmentVariableIsSet("WAYLAND_DISPLAY") || !waylandPluginInstalled()) return false;
+    if (!qEnvironmentVariableIsSet("WAYLAND_DISPLAY") || !pluginInstalled(QStringLiteral("wayland*")))
+        return false;
     QLibrary wayland(QStringLiteral("libwayland-client.so.0"));
     const auto connect = reinterpret_cast<Connect>(wayland.resolve("wl_display_connect"));
     const auto disconnect = reinterpret_cast<Disconnect>(wayland.resolve("wl_display_disconnect"));
@@ -49,7 +51,8 @@ bool platformStarts(const QString& name) {
     const QString plugin = name.section(QLatin1Char(':'), 0, 0);
     if (plugin == QLatin1String("xcb")) return xServerAnswers();
     if (plugin.startsWith(QLatin1String("wayland"))) return waylandAnswers();
-    return true;
+    // A folder of somebody's own may have what the toolkit's has not.
+    return qEnvironmentVariableIsSet("QT_QPA_PLATFORM_PLUGIN_PATH") || pluginInstalled(plugin);
 }
 
 }  // namespace

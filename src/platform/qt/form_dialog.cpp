@@ -103,7 +103,7 @@ void showControl(QWidget& widget, const ComboBox* box, const FormItem&) {
 
 void showControl(QWidget& widget, const CommandButton* button, const FormItem&) {
     auto& push = dynamic_cast<QPushButton&>(widget);
-    push.setText(captionText(button->caption));
+    push.setText(qtText(button->caption));  // A "&" marks the key.
     push.setEnabled(button->enabled);
 }
 

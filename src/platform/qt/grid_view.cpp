@@ -210,6 +210,18 @@ void GridView::ensureVisible(std::size_t index) {
     } else if (index >= top + page) {
         setTopIndex(index - page + 1);
     }
+    showStartOf(rows_.at(index));
+}
+
+// Of a deep row, whose name may begin right of what is on screen.
+void GridView::showStartOf(Row row) {
+    if (!tree_ || isColumnHidden(0)) return;
+    constexpr int kOfName = 160;
+    const QRect cell(columnViewportPosition(0), 0, columnWidth(0), rowHeight_);
+    const int beyond =
+        RowPainter(sources_, *this).branchRect(row, cell).right() + kOfName - viewport()->width();
+    if (beyond > 0 && viewport()->width() > kOfName)
+        horizontalScrollBar()->setValue(horizontalScrollBar()->value() + beyond);
 }
 
 void GridView::scrollContentsBy(int dx, int dy) {

@@ -116,6 +116,7 @@ class GridView : public QTableView, public GridObserver {
     void storeTop();
     void setTopIndex(std::size_t index);
     void ensureVisible(std::size_t index);
+    void showStartOf(Row row);
     void storeWidth(std::size_t column, int width);
     void measureRows();
     int widestContent(std::size_t column) const;

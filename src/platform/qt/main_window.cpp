@@ -19,10 +19,6 @@ namespace {
 constexpr auto kRoot = static_cast<std::size_t>(SplitterId::kMain);
 constexpr int kFirstWidth = 1024, kFirstHeight = 700;
 
-QRect qtRect(const Rect& rect) {
-    return {rect.left, rect.top, rect.width, rect.height};
-}
-
 Rect rectOf(const QRect& rect) {
     return {rect.left(), rect.top(), rect.width(), rect.height()};
 }
@@ -209,7 +205,8 @@ Rect MainWindow::normalGeometry() {
 }
 
 void MainWindow::setGeometry(const Rect& rect) {
-    frame_->setGeometry(qtRect(rect));
+    const QSize most = frame_->screen()->availableVirtualSize();
+    frame_->setGeometry({QPoint(rect.left, rect.top), QSize(rect.width, rect.height).boundedTo(most)});
 }
 
 WindowState MainWindow::state() {

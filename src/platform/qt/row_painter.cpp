@@ -21,8 +21,8 @@ constexpr std::uint32_t kBarColor = 0x0000FF;
 // In a dark palette a bar's colour is lightened by the first, then moved towards the ground by the others at
 // its left and its right end.
 constexpr int kDarkLightening = 80, kDarkLeft = 110, kDarkRight = 160;
-// Deeper rows stand no further to the right: coordinates stay small, and no column is that wide.
-constexpr std::uint32_t kDeepestIndentation = 10000;
+// Deeper rows stand no further to the right: no column has to be wider than a screen for its indentation.
+constexpr std::uint32_t kDeepestIndentation = 50;
 
 }  // namespace
 

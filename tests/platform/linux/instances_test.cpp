@@ -117,6 +117,17 @@ TEST_F(InstancesTest, ASenderThatStopsInTheMiddleLeavesNoLine) {
     EXPECT_EQ(handedOver(first, [&] { return later.deliver("whole"); }), Lines{"whole"});
 }
 
+TEST_F(InstancesTest, WhoConnectsAndSaysNothingKeepsNobodyElseOut) {
+    LinuxInstances first("prog", places);
+    ASSERT_TRUE(first.takeFirst() && first.listen() >= 0);
+    int silent[6];
+    for (int& each : silent) each = connected();
+    for (std::size_t i = 0; i < std::size(silent); ++i) first.receive([](const std::string&) { FAIL(); });
+    LinuxInstances later("prog", places);
+    EXPECT_EQ(handedOver(first, [&] { return later.deliver("line"); }), Lines{"line"});
+    for (const int each : silent) close(each);
+}
+
 TEST_F(InstancesTest, LinesOfAnotherUserAreDropped) {
     if (geteuid() != 0) GTEST_SKIP() << "only root can be another user";
     LinuxInstances first("prog", places);
