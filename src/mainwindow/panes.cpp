@@ -247,6 +247,7 @@ void Panes::showList(const ListPane& list) {
     if (list.grid == GridId::kFiles) filesOfSelection();
     followPreviewEntries(list.grid);
     parts_.host.refresh(list.grid);
+    parts_.host.fitColumns(list.grid);
     parts_.host.SetFileIcons(list.grid);
     parts_.host.ShowFileStat(list.grid);
     cbrResize(list.bar);

@@ -48,6 +48,8 @@ class PaneHost {
 
     // --- views
     virtual void refresh(GridId grid) = 0;
+    /// Fits the columns of a list that comes to show: it may have been filled at another width.
+    virtual void fitColumns(GridId list) = 0;
     /// Nothing for the junctions, which have no icons of their own.
     virtual void SetFileIcons(GridId list) = 0;
     virtual void ShowFileStat(GridId list) = 0;

@@ -153,6 +153,7 @@ class WindowForm final : public MainForm,
     int gridWidth(GridId grid) override { return window_->gridWidth(grid); }
     int formWidth() override { return window_->clientArea().width; }
     void refresh(GridId grid) override { window_->refresh(grid); }
+    void fitColumns(GridId list) override;
     void SetFileIcons(GridId list) override;
     void ShowFileStat(GridId list) override;
     void List_Files_ScanFolder(const std::string& folder) override { showFilesOf(folder); }

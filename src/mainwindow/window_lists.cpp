@@ -69,6 +69,10 @@ void WindowForm::listCommand(GridId list, ListCommand command) {
 
 // --- what the panes and a scan ask for
 
+void WindowForm::fitColumns(GridId list) {
+    if (ListView* view = lists_->of(list)) view->Resize_Columns(false);
+}
+
 void WindowForm::SetFileIcons(GridId list) {
     if (ListView* view = lists_->of(list)) view->SetFileIcons(false);
 }

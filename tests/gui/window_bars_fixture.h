@@ -85,6 +85,7 @@ class WindowBars : public testing::Test, private PaneHost {
     int barHeight(BarId bar) override { return window->barHeight(bar); }
     int gridWidth(GridId grid) override { return window->gridWidth(grid); }
     int formWidth() override { return window->clientArea().width; }
+    void fitColumns(GridId) override {}
     void refresh(GridId) override {}
     void SetFileIcons(GridId) override {}
     void ShowFileStat(GridId) override {}

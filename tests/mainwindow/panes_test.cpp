@@ -103,6 +103,7 @@ class Panel : public testing::Test, protected PaneHost {
     int gridWidth(GridId grid) override { return of(grid).width; }
     int formWidth() override { return form.width; }
     void refresh(GridId grid) override { note("refresh", grid); }
+    void fitColumns(GridId list) override { note("fit", list); }
     void SetFileIcons(GridId list) override { note("icons", list); }
     void ShowFileStat(GridId list) override { note("stat", list); }
     void List_Files_ScanFolder(const std::string& folder) override { asked.push_back(folder); }
@@ -210,7 +211,7 @@ TEST_F(Panel, ListFollowsTheEntriesOfItsOwnBar) {
     change({306});
     EXPECT_TRUE(previewShows());
     EXPECT_EQ(both.orientation(), Orientation::kSideBySide);
-    EXPECT_EQ(times("stat2") * times("refresh2"), 1);
+    EXPECT_EQ(times("stat2") * times("refresh2") * times("fit2"), 1);
     EXPECT_GE(times("icons2"), 1);
     change({308});  // Whose 318 and 319 are columns.
     EXPECT_FALSE(previewShows());

@@ -39,7 +39,11 @@ QVariant GridModel::data(const QModelIndex& index, int role) const {
 
 QVariant GridModel::titleData(std::size_t column, int role) const {
     const GridColumn& of = grid_.columns().at(column);
-    if (role == Qt::DisplayRole) return QString::fromStdString(of.title);
+    if (role == Qt::DisplayRole) {
+        // The title of the next column begins where this one ends.
+        const QString title = QString::fromStdString(of.title);
+        return of.alignment == Alignment::kRight ? title + QChar(QChar::Nbsp) : title;
+    }
     const Qt::AlignmentFlag side = of.alignment == Alignment::kRight ? Qt::AlignRight : Qt::AlignLeft;
     if (role == Qt::TextAlignmentRole) return QVariant::fromValue(Qt::Alignment(side | Qt::AlignVCenter));
     return {};
