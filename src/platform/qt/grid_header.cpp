@@ -12,7 +12,6 @@ GridHeader::GridHeader(HeaderCalls calls, WindowEvents& events, QWidget* parent)
     setSectionsClickable(true);
     setSectionsMovable(false);
     setHighlightSections(false);
-    setSortIndicatorShown(false);
     setSectionResizeMode(QHeaderView::Interactive);
     setTextElideMode(Qt::ElideRight);
     connect(this, &QHeaderView::sectionClicked, this, [this](int column) { calls_.click(column); });

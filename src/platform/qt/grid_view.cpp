@@ -61,6 +61,7 @@ GridView::~GridView() {
 void GridView::setUp() {
     installGridAccessible();
     setHorizontalHeader(makeHeader());
+    horizontalHeader()->setSortIndicatorShown(true);
     verticalHeader()->hide();
     verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
     setModel(&model_);
@@ -84,6 +85,8 @@ GridHeader* GridView::makeHeader() {
     calls.click = [this](int column) {
         qtGuard(events_, "GridView::titleClick", [&] {
             if (takesInput()) events_.gridTitleClick(id_, static_cast<std::size_t>(column));
+            // The toolkit has turned its mark at the click, whatever came of that.
+            showSort();
         });
     };
     calls.sizing = [this] {
@@ -146,8 +149,29 @@ void GridView::apply() {
     if (change.structure) applyRows();
     applyTop(shown, change.structure);
     applyCurrent();
+    showSort();
     viewport()->update();
     if (change.structure) accessibleRowsChanged(*this);
+}
+
+// The column by which the rows are sorted; of a tree, those below the sources. Sizes are sorted by their
+// bytes, whatever the unit in which they show. The drives have an order of their own.
+std::optional<std::size_t> GridView::sortedColumn() const {
+    if (id_ == GridId::kDrives) return std::nullopt;
+    const std::string& key = grid_.levelSort(tree_ ? 1 : 0).key;
+    const auto sorted = [&key](const GridColumn& column) {
+        return column.key == key || (key == "size" && column.key.starts_with(key));
+    };
+    const std::vector<GridColumn>& columns = grid_.columns();
+    const auto found = std::find_if(columns.begin(), columns.end(), sorted);
+    return found == columns.end() ? std::nullopt : std::optional<std::size_t>(found - columns.begin());
+}
+
+void GridView::showSort() {
+    const auto column = sortedColumn();
+    const bool down = grid_.levelSort(tree_ ? 1 : 0).descending;
+    horizontalHeader()->setSortIndicator(column ? static_cast<int>(*column) : -1,
+                                         down ? Qt::DescendingOrder : Qt::AscendingOrder);
 }
 
 void GridView::applyColumns() {
@@ -291,8 +315,10 @@ void GridView::autosizeColumn(std::size_t column, int margin) {
 int GridView::fittingWidth(std::size_t column, int margin) const {
     const int content = widestContent(column) + (margin + kTwipsPerPixel - 1) / kTwipsPerPixel;
     const QFontMetrics titles = horizontalHeader()->fontMetrics();
-    const int title = titles.horizontalAdvance(QString::fromStdString(grid_.columns()[column].title)) +
-                      4 * style()->pixelMetric(QStyle::PM_HeaderMargin, nullptr, this) + 8;
+    const int title =
+        titles.horizontalAdvance(QString::fromStdString(grid_.columns()[column].title)) +
+        4 * style()->pixelMetric(QStyle::PM_HeaderMargin, nullptr, this) + 8 +
+        (sortedColumn() == column ? style()->pixelMetric(QStyle::PM_HeaderMarkSize, nullptr, this) : 0);
     return std::clamp(std::max(content, title), horizontalHeader()->minimumSectionSize(), kWidestColumn);
 }
 

@@ -113,6 +113,8 @@ class GridView : public QTableView, public GridObserver {
     void applyRows();
     void applyTop(int shown, bool structure);
     void applyCurrent();
+    std::optional<std::size_t> sortedColumn() const;
+    void showSort();
     void storeTop();
     void setTopIndex(std::size_t index);
     void ensureVisible(std::size_t index);
