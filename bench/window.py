@@ -2,7 +2,8 @@
 """Measures the window against what it has to reach; prints a Markdown table.
 
     bench/window.py TREE                 TREE as bench/run DIR --keep leaves it, such as DIR/1m
-    bench/window.py TREE --rounds 5 --only scan,start,clicks,rows,others
+    bench/window.py TREE --rounds 5 --only scan,start,clicks,rows,lists,files,analyse,others
+    bench/window.py TREE --wide FOLDER    FOLDER holds 500,000 files, such as DIR/wide: for "files"
 
 All but "others" runs on no screen (Qt's "offscreen"), with the module of the built program. "others" starts the
 whole program, qdirstat and baobab, where they are installed, on a screen of Xvfb with openbox, and takes for the end of a scan the
@@ -95,6 +96,44 @@ class Bench:
                 ("memory of the view, bytes a row", "bytes", 16, 1)):
             yield name, median_of(runs, key) * factor, limit
 
+    def lists(self):
+        """Five in a hundred names of the tree should be further names: make_tree.py --hardlinks 5."""
+        runs = {"lists": [], "nolists": []}
+        for _ in range(self.options.rounds):
+            for mode, results in runs.items():
+                results.append(self.inside(mode, self.options.tree))
+        full = runs["lists"]
+        yield "scan that fills three lists, s", median_of(full, "scan"), None
+        yield "the same over a scan that fills none", ratio(*([run["scan"] for run in each] for each in runs.values())), 1.25
+        yield "rows of hardlinks", median_of(full, "hardlinks"), None
+
+    def files(self):
+        if not self.options.wide:
+            return say("Needs --wide.")
+        runs, floors = [], []
+        for _ in range(self.options.rounds):
+            floors.append(self.floor(self.options.wide))
+            runs.append(self.inside("files", self.options.wide))
+        clicks = [self.inside("fileclicks", self.options.wide) for _ in range(self.options.rounds)]
+        yield "files of a folder that are listed", median_of(runs, "rows"), None
+        yield "until they stand sorted, s", median_of(runs, "list"), None
+        yield "the same over the floor", ratio([run["list"] for run in runs], floors), 3
+        yield "longest wait of a click meanwhile, ms", median_of(clicks, "longest"), 100
+        for what, key, limit in (("numbers", "sort_numbers", 0.5), ("dates", "sort_dates", 0.5), ("names", "sort_names", 1.5),
+                                 ("types", "sort_types", 1.5)):
+            yield f"sort of them by a title click, {what}, s", median_of(runs, key), limit
+            yield "the same again, the other way round, s", median_of(runs, key + "_again"), limit
+        yield "memory of a row and its view, bytes", median_of(runs, "bytes"), 150
+
+    def floor(self, folder):
+        start = time.monotonic()
+        subprocess.run([self.build / "bench" / "bench_floor", folder], check=True, stdout=subprocess.DEVNULL)
+        return time.monotonic() - start
+
+    def analyse(self):
+        runs = [self.inside("analyse") for _ in range(self.options.rounds)]
+        yield "names of hardlinks brought together, 200,000, s", median_of(runs, "analyse"), 0.5
+
     def others(self):
         with Screen() as display:
             programs = {"harborlantern": self.modules / "harborlantern"}
@@ -172,7 +211,8 @@ def parsed():
     parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
     parser.add_argument("tree", metavar="TREE")
     parser.add_argument("--rounds", type=int, default=5)
-    parser.add_argument("--only", default="scan,start,clicks,rows,others")
+    parser.add_argument("--only", default="scan,start,clicks,rows,lists,files,analyse,others")
+    parser.add_argument("--wide", metavar="FOLDER")
     parser.add_argument("--build", default=str(ROOT / "build" / "release"))
     options = parser.parse_args()
     options.tree = os.path.abspath(options.tree)

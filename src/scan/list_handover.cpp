@@ -38,9 +38,12 @@ void offerToTopList(ScanContext& scan, const FoundFile& file) {
     fillRow(scan, scan.lvwTOP, row, file);
     if (state.TopCount - kTopTrimSlack <= state.TopMaxCount) return;
     trimTopList(scan);
-    const Row last =
-        state.TopMaxCount < 1 ? kNoRow : scan.lvwTOP.rowAt(static_cast<std::size_t>(state.TopMaxCount) - 1);
-    if (last == kNoRow) throw Fault(kFaultSubscript, "lvwTOP", "Subscript out of range");
+    // A list of no length has no last row: only what is larger than all before is looked at once more.
+    if (scan.lvwTOP.rowCount() == 0) {
+        state.TopSmallest = state.TopLargest;
+        return;
+    }
+    const Row last = scan.lvwTOP.rowAt(scan.lvwTOP.rowCount() - 1);
     state.TopSmallest = SizeValue::fromBytes(static_cast<std::uint64_t>(scan.lvwTOP.number(last, kFileSize)));
 }
 

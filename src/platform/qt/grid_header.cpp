@@ -23,7 +23,7 @@ GridHeader::GridHeader(HeaderCalls calls, WindowEvents& events, QWidget* parent)
 }
 
 void GridHeader::sectionSized(int column, int oldWidth, int width) {
-    if (!pressed_ || oldWidth == width) return;
+    if (!moving_ || oldWidth == width) return;
     qtGuard(events_, "GridHeader::sectionSized", [&] {
         // The width first: what is told then may bring the columns up to date, and would undo the drag.
         calls_.sized(column, width);
@@ -33,16 +33,22 @@ void GridHeader::sectionSized(int column, int oldWidth, int width) {
 
 void GridHeader::mousePressEvent(QMouseEvent* event) {
     qtGuard(events_, "GridHeader::mousePressEvent", [&] {
-        pressed_ = event->button() == Qt::LeftButton;
         dragged_ = -1;
         QHeaderView::mousePressEvent(event);
+    });
+}
+
+void GridHeader::mouseMoveEvent(QMouseEvent* event) {
+    qtGuard(events_, "GridHeader::mouseMoveEvent", [&] {
+        const bool outer = std::exchange(moving_, (event->buttons() & Qt::LeftButton) != 0);
+        QHeaderView::mouseMoveEvent(event);
+        moving_ = outer;
     });
 }
 
 void GridHeader::mouseReleaseEvent(QMouseEvent* event) {
     qtGuard(events_, "GridHeader::mouseReleaseEvent", [&] {
         QHeaderView::mouseReleaseEvent(event);
-        pressed_ = false;
         // The toolkit makes no click of a release that ends a drag.
         if (const int column = std::exchange(dragged_, -1); column >= 0) calls_.click(column);
     });

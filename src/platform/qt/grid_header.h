@@ -23,6 +23,7 @@ class GridHeader : public QHeaderView {
 
   protected:
     void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
 
   private:
@@ -30,7 +31,8 @@ class GridHeader : public QHeaderView {
 
     HeaderCalls calls_;
     WindowEvents& events_;
-    bool pressed_ = false;
+    /// A width that changes then is of a drag. One that a click on a title has brought about is not.
+    bool moving_ = false;
     int dragged_ = -1;
 };
 

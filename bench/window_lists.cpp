@@ -1,0 +1,90 @@
+#include "window_lists.h"
+
+#include "scan/list_handover.h"
+#include "scan/records.h"
+#include "views/file_list.h"
+#include "window_parts.h"
+
+namespace hl::bench {
+
+namespace {
+
+constexpr int kRefresh = 300, kAnalyse = 300;
+
+Grid& listOf(WindowForm& form, GridId id) {
+    return *form.parts().grids[static_cast<std::size_t>(id)];
+}
+
+void begin(WindowForm& form) {
+    form.formActivate();
+    settle();
+}
+
+void sortBy(WindowForm& form, const char* name, std::size_t column) {
+    timed(name, [&] { form.gridTitleClick(GridId::kFiles, column); });
+    timed((name + std::string("_again")).c_str(), [&] { form.gridTitleClick(GridId::kFiles, column); });
+}
+
+}  // namespace
+
+void lists(WindowForm& form, const std::string& tree, bool all) {
+    constexpr int kCreateLists[] = {60, 61, 62};
+    begin(form);
+    for (const int entry : kCreateLists)
+        if (all) form.execute(BarId::kMain, entry);  // The settings of a new home have none of them.
+    timed("scan", [&] { form.handOver('"' + tree + '"'); });
+    tell("peak", peakMebibytes());
+    for (const auto& [name, id] : {std::pair("top", GridId::kTop), std::pair("hardlinks", GridId::kHardlinks),
+                                   std::pair("junctions", GridId::kJunctions)})
+        tell(name, static_cast<double>(listOf(form, id).rowCount()));
+}
+
+// The run of the folder lists its files at the end, and is what a selection in the report would start from.
+void files(WindowForm& form, const std::string& folder) {
+    begin(form);
+    const double before = residentBytes();
+    form.handOver('"' + folder + '"');
+    settle();
+    const auto count = static_cast<double>(listOf(form, GridId::kFiles).rowCount());
+    tell("rows", count);
+    tell("bytes", (residentBytes() - before) / count);
+    timed("list", [&] { form.execute(BarId::kFiles, kRefresh); });
+    sortBy(form, "sort_numbers", kFileListSize);
+    sortBy(form, "sort_names", kFileListName);
+    sortBy(form, "sort_types", kFileListType);
+    sortBy(form, "sort_dates", kFileListDate);
+}
+
+void fileClicks(WindowForm& form, const std::string& folder) {
+    begin(form);
+    form.handOver('"' + folder + '"');
+    settle();
+    ClickWatch watch;
+    form.execute(BarId::kFiles, kRefresh);
+    settle();
+    watch.tellWaits();
+}
+
+void analyse(WindowForm& form) {
+    constexpr int kShowHardlinks = 308;
+    constexpr std::uint32_t kNames = 200'000, kFiles = 70'000;
+    begin(form);
+    form.execute(BarId::kMain, kShowHardlinks);
+    Grid& grid = listOf(form, GridId::kHardlinks);
+    Disorder numbers;
+    grid.setRedraw(false);
+    for (std::uint32_t i = 0; i < kNames; ++i) {
+        const Row row = grid.addRow(kNoRow, "name-" + std::to_string(numbers.next()) + ".dat");
+        const std::uint32_t file = numbers.next() % kFiles;
+        grid.setNumber(row, kFileSize, file);
+        grid.setNumber(row, kFileLinks, 3);
+        grid.setCellText(row, kFileId, fileId((std::uint64_t{1} << 33) + file));
+        grid.setCellText(row, kFilePath, "/a folder/below another/" + std::to_string(file % 1000) + "/");
+    }
+    grid.setRedraw(true);
+    settle();
+    timed("analyse", [&] { form.execute(BarId::kHardlinks, kAnalyse); });
+    timed("analyse_again", [&] { form.execute(BarId::kHardlinks, kAnalyse); });
+}
+
+}  // namespace hl::bench
