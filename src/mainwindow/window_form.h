@@ -13,6 +13,7 @@
 #include "mainwindow/main_form.h"
 #include "mainwindow/panes.h"
 #include "mainwindow/toolbar_state.h"
+#include "mainwindow/window_preview.h"
 #include "platform/drives.h"
 #include "platform/folder_verb.h"
 #include "platform/window.h"
@@ -130,6 +131,7 @@ class WindowForm final : public MainForm,
     void selectDriveOf(Row row) override;
     void refreshDriveOf(Row row) override;
     void showFilesOf(const std::string& folder) override;
+    void refreshPreview() override { preview_.Preview_ShowFile(true); }
     void clearStatus() override;
 
     // --- ReportHost
@@ -148,8 +150,8 @@ class WindowForm final : public MainForm,
     void List_Files_ScanFolder(const std::string& folder) override { showFilesOf(folder); }
     void Drives_ResizeTableHeight() override;
     void Drives_Resize_Columns(bool withRedraw) override { driveList_.Drives_Resize_Columns(withRedraw); }
-    void Preview_Reset_View() override {}
-    void Preview_ShowFile() override {}
+    void Preview_Reset_View() override { preview_.Preview_Reset_View(); }
+    void Preview_ShowFile() override { preview_.Preview_ShowFile(false); }
     void statusChanged() override { showStatus(); }
 
     // --- SaveDialog
@@ -174,6 +176,7 @@ class WindowForm final : public MainForm,
     ToolbarStore toolbars_;
     std::unique_ptr<ReportView> reportView_;
     WindowParts parts_;
+    WindowPreview preview_;
     /// Nobody has chosen the width of the report: it starts narrower than its columns.
     bool reportWidthOpen_ = false;
     int reportStart_ = 0;             ///< The width that nobody has chosen.
