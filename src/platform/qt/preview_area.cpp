@@ -49,7 +49,7 @@ bool PreviewArea::showFile(PreviewViewer viewer, const std::string& path, std::s
     file_ = context_->tools.open(path, error);
     if (!file_) return false;
     setAccessibleDescription(shownName(path));
-    show(viewer);
+    showOpened(viewer);
     return true;
 }
 
@@ -100,7 +100,7 @@ Viewer& PreviewArea::bring(Viewer*& viewer, const char* name) {
     return *viewer;
 }
 
-void PreviewArea::show(PreviewViewer viewer) {
+void PreviewArea::showOpened(PreviewViewer viewer) {
     bool cut = false;
     switch (viewer) {
         case PreviewViewer::kText:

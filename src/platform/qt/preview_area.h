@@ -39,7 +39,7 @@ class PreviewArea final : public QWidget, public PreviewPane {
     void addTabStops(std::vector<QWidget*>& stops) const;
 
   private:
-    void show(PreviewViewer viewer);
+    void showOpened(PreviewViewer viewer);
     void showText();
     void showMarkup(std::string_view bytes, bool cut);
     void showRichText();
