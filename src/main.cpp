@@ -33,6 +33,7 @@
 #include "platform/linux/files.h"
 #include "platform/linux/folder_verb.h"
 #include "platform/linux/instances.h"
+#include "platform/linux/preview_tools.h"
 #include "platform/linux/programs.h"
 #include "platform/linux/system_facts.h"
 
@@ -263,6 +264,8 @@ int Program::openWindow(LinuxInstances& instances, bool& restart) {
     LinuxDrives drives(driveSources);
     LinuxFolderVerb verb("harborlantern-folder", facts_.environment("XDG_DATA_HOME"),
                          facts_.environment("HOME"));
+    LinuxPreviewTools previewTools(folderOf(executable_), facts_.environment("PATH"),
+                                   facts_.environment("TMPDIR"));
     WindowForm frmMain(formServices(fileSystem),
                        {drives, verb, executable_.string(), programFolder_, line_.text, shortVersion(app_),
                         texts_.languageId() == kGerman,
@@ -270,6 +273,7 @@ int Program::openWindow(LinuxInstances& instances, bool& restart) {
                         [this] { errors_.showWaiting(); }});
     app_.cancelState = [&frmMain] { return frmMain.state().CancelState; };
     frmMain.parts().dataFolder = folderOf(executable_);
+    frmMain.parts().preview.tools = &previewTools;
     const WindowResult result = show(windowStart(frmMain, instances, drives));
     windowThere(nullptr, nullptr);
     app_.cancelState = nullptr;

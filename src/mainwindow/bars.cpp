@@ -15,12 +15,12 @@ namespace {
 constexpr int kKeyF1 = 112;
 constexpr int kFunctionKeys = 12;
 
-// Deleting, printing, and the preview.
+// Deleting and printing.
 constexpr int kMainWithoutWork[] = {101, 102};
 constexpr int kReportWithoutWork[] = {6};
-constexpr int kFilesWithoutWork[] = {318, 319, 320, 321, 325};
-constexpr int kTopWithoutWork[] = {318, 319, 320, 321, 326};
-constexpr int kHardlinksWithoutWork[] = {320, 321, 322, 323, 325};
+constexpr int kFilesWithoutWork[] = {320, 321, 325};
+constexpr int kTopWithoutWork[] = {320, 321, 326};
+constexpr int kHardlinksWithoutWork[] = {320, 321, 325};
 constexpr int kJunctionsWithoutWork[] = {325};
 
 /// By BarId.

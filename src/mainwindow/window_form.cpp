@@ -34,7 +34,8 @@ WindowForm::WindowForm(const FormServices& services, const WindowServices& windo
       lvwDiskinfo_(kDriveCells),
       panes_({bars_.all(), tvwPL_, options_, state_, services.paths, status_, *this, services.diagnostics}),
       driveList_({lvwDiskinfo_, tvwPL_, bars_.cbrDrives, window.drives, *this, services.settings, options_,
-                  services.texts, services.facts, services.diagnostics, services.paths, services.numbers}) {
+                  services.texts, services.facts, services.diagnostics, services.paths, services.numbers}),
+      preview_({panes_, parts_.grids, state_, services.texts, services.log, services.diagnostics}) {
     const Texts& texts = services.texts;
     parts_.grids = {&tvwPL_, &lvwDiskinfo_, &lvwFiles_, &lvwTOP_, &lvwHardlinks_, &lvwJunctions_};
     parts_.gridNames = {"tvwPL", "lvwDiskinfo", "lvwFiles", "lvwTOP", "lvwHardlinks", "lvwJunctions"};
@@ -58,6 +59,7 @@ WindowForm::WindowForm(const FormServices& services, const WindowServices& windo
     parts_.clear = texts.TL(9509, "Text löschen");
     parts_.name = kProductName;
     parts_.folder = own_.programFolder;
+    parts_.preview.texts = previewTexts(texts);
 }
 
 WindowForm::~WindowForm() = default;
@@ -66,6 +68,7 @@ WindowForm::~WindowForm() = default;
 
 void WindowForm::formLoad(Window& window, MessagePump& pump) {
     window_ = &window;
+    preview_.setWindow(&window);
     own_.windowThere(&window, &pump);
     guarded(services_.diagnostics, "Form_Load", kModul, [&] { Form_Load_Window(); });
 }
@@ -188,6 +191,7 @@ void WindowForm::formUnload() {
     unloaded_ = true;
     state_.CancelState = kCancelStop;
     ++state_.FileListRun;
+    preview_.setWindow(nullptr);
     own_.windowThere(nullptr, nullptr);
 }
 

@@ -16,6 +16,7 @@
 #include "mainwindow/main_form.h"
 #include "mainwindow/panes.h"
 #include "mainwindow/toolbar_state.h"
+#include "mainwindow/window_preview.h"
 #include "platform/drives.h"
 #include "platform/folder_verb.h"
 #include "platform/window.h"
@@ -140,6 +141,7 @@ class WindowForm final : public MainForm,
     void refreshDriveOf(Row row) override;
     void showFilesOf(const std::string& folder) override;
     void showFileStat() override;
+    void refreshPreview() override { preview_.Preview_ShowFile(true); }
     void clearStatus() override;
 
     // --- ReportHost
@@ -159,8 +161,8 @@ class WindowForm final : public MainForm,
     void List_Files_ScanFolder(const std::string& folder) override { showFilesOf(folder); }
     void Drives_ResizeTableHeight() override;
     void Drives_Resize_Columns(bool withRedraw) override { driveList_.Drives_Resize_Columns(withRedraw); }
-    void Preview_Reset_View() override {}
-    void Preview_ShowFile() override {}
+    void Preview_Reset_View() override { preview_.Preview_Reset_View(); }
+    void Preview_ShowFile() override { preview_.Preview_ShowFile(false); }
     void statusChanged() override { showStatus(); }
 
     // --- SaveDialog
@@ -172,7 +174,7 @@ class WindowForm final : public MainForm,
     bool listShows(GridId list) override;
     void setSecondPanel(const std::string& text) override;
     void previewEntriesChanged(GridId list) override;
-    void showPreview(GridId, bool) override {}
+    void showPreview(GridId, bool force) override { preview_.Preview_ShowFile(force); }
     void openFile(const std::string& path) override;
     void ShellContextMenuFileList(GridId, Point) override {}
     void beginRename(GridId, Row) override {}
@@ -201,6 +203,7 @@ class WindowForm final : public MainForm,
     std::unique_ptr<TypeNames> typeNames_;
     std::unique_ptr<ListViews> lists_;
     WindowParts parts_;
+    WindowPreview preview_;
     /// Nobody has chosen the width of the report: it starts narrower than its columns.
     bool reportWidthOpen_ = false;
     int reportStart_ = 0;             ///< The width that nobody has chosen.

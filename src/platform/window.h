@@ -16,6 +16,7 @@
 #include "platform/file_types.h"
 #include "platform/form.h"
 #include "platform/message_pump.h"
+#include "platform/preview_pane.h"
 #include "platform/splitter.h"
 
 namespace hl {
@@ -124,6 +125,8 @@ class Window {
     virtual void focusEdit(BarId bar, int id) = 0;
     virtual GridFont font(GridId grid) = 0;
     virtual void setFont(GridId grid, const GridFont& font) = 0;
+    /// Null for a window that has none.
+    virtual PreviewPane* previewPane() { return nullptr; }
 
     // --- questions; each returns when it is answered
     virtual void showForm(Form& form) = 0;
@@ -212,6 +215,7 @@ struct WindowParts {
     std::string folder;      ///< Where all that is written goes, also what libraries write.
     std::string dataFolder;  ///< Icons.
     std::string language;    ///< "de", for the texts of the toolkit's own dialogs.
+    PreviewParts preview;
 };
 
 }  // namespace hl

@@ -159,10 +159,9 @@ TEST_F(BarsTest, WhatHasNoWorkStaysDisabledWhenARunEnds) {
         EXPECT_EQ(entry.enabled, hasWork(bar.id(), entry.id)) << bar.name() << " " << entry.id;
     });
     // The same numbers mean something else elsewhere.
-    EXPECT_FALSE(bars.cbrFiles.find(318)->enabled) << "preview";
-    EXPECT_TRUE(bars.cbrHardlinks.find(318)->enabled) << "column";
+    EXPECT_FALSE(bars.cbrFiles.find(325)->enabled) << "print";
+    EXPECT_TRUE(bars.cbrMain.find(308)->enabled) << "panel";
     EXPECT_TRUE(bars.cbrMain.find(307)->enabled) << "panel";
-    EXPECT_FALSE(bars.cbrHardlinks.find(323)->enabled) << "split";
     EXPECT_TRUE(bars.cbrJunctions.find(323)->enabled) << "full view";
 }
 

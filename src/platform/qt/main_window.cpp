@@ -74,8 +74,7 @@ void MainWindow::makePanes() {
         if (i > 0) bars_[i]->hide();
     }
     for (std::size_t i = 0; i < kGridCount; ++i) makeGrid(i);
-    preview_ = new QWidget(frame_.get());
-    preview_->setObjectName(QStringLiteral("preview"));
+    preview_ = new PreviewArea(parts_.preview, events_, frame_.get());
     preview_->hide();
     for (std::size_t i = 0; i < kSplitterCount; ++i) {
         const auto factory = [this](const PaneRef& ref) { return pane(ref); };
@@ -229,6 +228,7 @@ std::vector<QWidget*> MainWindow::tabStops() const {
         bars_[i + 1]->addTabStops(stops);
         stops.push_back(grids_[i]);
     }
+    preview_->addTabStops(stops);
     return stops;
 }
 

@@ -9,6 +9,7 @@
 #include "platform/qt/frame.h"
 #include "platform/qt/grid_view.h"
 #include "platform/qt/icon_store.h"
+#include "platform/qt/preview_area.h"
 #include "platform/qt/source_combo.h"
 #include "platform/qt/splitter_widget.h"
 #include "platform/qt/status_panels.h"
@@ -58,6 +59,7 @@ class MainWindow final : public Window {
     void focusEdit(BarId bar, int id) override;
     GridFont font(GridId grid) override;
     void setFont(GridId grid, const GridFont& font) override;
+    PreviewPane* previewPane() override { return preview_; }
 
     void showForm(Form& form) override;
     bool message(MessageKind kind, const std::string& text) override;
@@ -94,7 +96,7 @@ class MainWindow final : public Window {
     QVBoxLayout* rows_ = nullptr;
     SourceComboBox* sources_ = nullptr;
     StatusPanelBar* status_ = nullptr;
-    QWidget* preview_ = nullptr;
+    PreviewArea* preview_ = nullptr;
     std::array<ToolBar*, kBarCount> bars_{};
     std::array<GridView*, kGridCount> grids_{};
     std::array<SplitterWidget*, kSplitterCount> splitters_{};

@@ -1,0 +1,31 @@
+#include "mainwindow/window_preview.h"
+
+#include "scan/records.h"
+
+namespace hl {
+
+void WindowPreview::setWindow(Window* window) {
+    window_ = window;
+    preview_.setPane(window != nullptr ? window->previewPane() : nullptr);
+}
+
+bool WindowPreview::previewShows() {
+    return parts_.panes.listShows() && parts_.panes.splitter(SplitterId::kFilesAndPreview).Control2Visible();
+}
+
+std::string WindowPreview::selectedFile() {
+    const GridId list = parts_.panes.list();
+    if (list == GridId::kJunctions) return {};
+    const Grid& grid = *parts_.grids[static_cast<std::size_t>(list)];
+    if (grid.selectedCount() == 0) return {};
+    const Row row = grid.selectedRows().front();
+    const std::string folder =
+        list == GridId::kFiles ? parts_.state.currentFolder : std::string(grid.cellText(row, kFilePath));
+    return folder + std::string(grid.text(row));
+}
+
+void WindowPreview::showMessage(const std::string& text) {
+    if (window_ != nullptr) window_->message(MessageKind::kError, text);
+}
+
+}  // namespace hl

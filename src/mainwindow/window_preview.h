@@ -1,0 +1,42 @@
+// The preview in the main form: which list it follows, and how it asks the window.
+#pragma once
+
+#include <array>
+#include <functional>
+#include <string>
+
+#include "mainwindow/panes.h"
+#include "views/preview.h"
+
+namespace hl {
+
+class WindowPreview final : private PreviewHost {
+  public:
+    /// What the preview works with. All of it outlives it.
+    struct Parts {
+        const Panes& panes;
+        const std::array<Grid*, kGridCount>& grids;
+        const ScanState& state;
+        const Texts& texts;
+        Log& log;
+        Diagnostics& diagnostics;
+    };
+    explicit WindowPreview(const Parts& parts)
+        : parts_(parts), preview_(*this, parts.texts, parts.log, parts.diagnostics) {}
+
+    /// The window and its pane exist from here on; null: no longer.
+    void setWindow(Window* window);
+    void Preview_ShowFile(bool force) { preview_.Preview_ShowFile(force); }
+    void Preview_Reset_View() { preview_.Preview_Reset_View(); }
+
+  private:
+    bool previewShows() override;
+    std::string selectedFile() override;
+    void showMessage(const std::string& text) override;
+
+    Parts parts_;
+    Preview preview_;
+    Window* window_ = nullptr;
+};
+
+}  // namespace hl

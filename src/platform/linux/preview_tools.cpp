@@ -1,0 +1,187 @@
+#include "platform/linux/preview_tools.h"
+
+#include <dlfcn.h>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+
+#include "platform/linux/descriptor.h"
+#include "platform/linux/helper_process.h"
+
+namespace hl {
+
+namespace {
+
+constexpr int kForReading = O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY;
+
+class LinuxOpenFile final : public OpenFile {
+  public:
+    LinuxOpenFile(Descriptor file, std::uint64_t size) : file_(std::move(file)), size_(size) {}
+    int descriptor() const override { return file_.number(); }
+    std::uint64_t size() const override { return size_; }
+    std::string head(std::size_t limit, int& error) const override {
+        std::string bytes(static_cast<std::size_t>(std::min<std::uint64_t>(limit, size_)), '\0');
+        std::size_t have = 0;
+        error = 0;
+        while (have < bytes.size()) {
+            const ssize_t got =
+                ::pread(file_.number(), bytes.data() + have, bytes.size() - have, static_cast<off_t>(have));
+            if (got < 0 && errno == EINTR) continue;
+            if (got < 0) error = errno;
+            if (got <= 0) break;
+            have += static_cast<std::size_t>(got);
+        }
+        bytes.resize(error == 0 ? have : 0);
+        return bytes;
+    }
+
+  private:
+    Descriptor file_;
+    std::uint64_t size_;
+};
+
+std::unique_ptr<OpenFile> opened(const char* path, int& error) {
+    Descriptor file(::open(path, kForReading));
+    struct stat facts {};
+    if (!file.isOpen() || ::fstat(file.number(), &facts) != 0) {
+        error = errno;
+        return nullptr;
+    }
+    error = S_ISDIR(facts.st_mode) ? EISDIR : S_ISREG(facts.st_mode) ? 0 : EINVAL;
+    if (error != 0) return nullptr;
+    return std::make_unique<LinuxOpenFile>(std::move(file), static_cast<std::uint64_t>(facts.st_size));
+}
+
+bool isProgram(const std::string& path) {
+    struct stat facts {};
+    return ::stat(path.c_str(), &facts) == 0 && S_ISREG(facts.st_mode) && ::access(path.c_str(), X_OK) == 0;
+}
+
+class LinuxPrivateFolder final : public PrivateFolder {
+  public:
+    explicit LinuxPrivateFolder(std::string path) : path_(std::move(path)) {}
+    ~LinuxPrivateFolder() override {
+        std::error_code ignored;
+        std::filesystem::remove_all(path_, ignored);
+    }
+    const std::string& path() const override { return path_; }
+    bool makeFolder(const std::string& name) override {
+        return ::mkdir((path_ + "/" + name).c_str(), 0700) == 0;
+    }
+    bool write(const std::string& name, std::string_view content) override {
+        Descriptor file = make(name);
+        return file.isOpen() && writeAll(file.number(), content) == 0;
+    }
+    bool copy(const OpenFile& from, const std::string& name, std::uint64_t limit) override {
+        if (from.size() > limit) return false;
+        Descriptor file = make(name);
+        std::uint64_t left = from.size();
+        off_t at = 0;
+        while (file.isOpen() && left > 0) {
+            const ssize_t moved = ::copy_file_range(from.descriptor(), &at, file.number(), nullptr,
+                                                    static_cast<std::size_t>(left), 0);
+            if (moved <= 0) break;
+            left -= static_cast<std::uint64_t>(moved);
+        }
+        return file.isOpen() && (left == 0 || copyByHand(from, file, at, left));
+    }
+
+  private:
+    Descriptor make(const std::string& name) const {
+        return openAt(AT_FDCWD, path_ + "/" + name, O_WRONLY | O_CREAT | O_TRUNC | O_NOFOLLOW | O_CLOEXEC,
+                      0600);
+    }
+    static bool copyByHand(const OpenFile& from, const Descriptor& to, off_t at, std::uint64_t left) {
+        std::string buffer(1U << 20, '\0');
+        while (left > 0) {
+            const ssize_t got =
+                ::pread(from.descriptor(), buffer.data(),
+                        static_cast<std::size_t>(std::min<std::uint64_t>(buffer.size(), left)), at);
+            if (got < 0 && errno == EINTR) continue;
+            if (got <= 0) return false;
+            if (writeAll(to.number(), std::string_view(buffer).substr(0, static_cast<std::size_t>(got))) != 0)
+                return false;
+            at += got;
+            left -= static_cast<std::uint64_t>(got);
+        }
+        return true;
+    }
+
+    std::string path_;
+};
+
+}  // namespace
+
+LinuxPreviewTools::LinuxPreviewTools(std::string programFolder, std::string path, std::string temporary)
+    : programFolder_(std::move(programFolder)), path_(std::move(path)), temporary_(std::move(temporary)) {}
+
+LinuxPreviewTools::~LinuxPreviewTools() {
+    reap();
+}
+
+std::unique_ptr<OpenFile> LinuxPreviewTools::open(const std::string& path, std::string& error) {
+    int code = 0;
+    auto file = opened(path.c_str(), code);
+    if (file == nullptr) error = errorText(code);
+    return file;
+}
+
+std::unique_ptr<OpenFile> LinuxPreviewTools::again(const OpenFile& file, std::string& error) {
+    return open("/proc/self/fd/" + std::to_string(file.descriptor()), error);
+}
+
+std::string LinuxPreviewTools::errorText(int code) {
+    return std::strerror(code);
+}
+
+std::string LinuxPreviewTools::helper(const std::string& name) {
+    const std::string path = programFolder_ + "/" + name;
+    return isProgram(path) ? path : std::string();
+}
+
+std::string LinuxPreviewTools::command(const std::string& name) {
+    std::string_view rest = path_;
+    while (!rest.empty()) {
+        const std::size_t end = std::min(rest.find(':'), rest.size());
+        const std::string_view folder = rest.substr(0, end);
+        rest.remove_prefix(std::min(end + 1, rest.size()));
+        // A relative folder would find what lies beside the file.
+        if (!folder.starts_with('/')) continue;
+        if (std::string path = std::string(folder) + "/" + name; isProgram(path)) return path;
+    }
+    return {};
+}
+
+std::unique_ptr<PrivateFolder> LinuxPreviewTools::makeFolder() {
+    std::string path = (temporary_.empty() ? "/tmp" : temporary_) + "/harborlantern-preview.XXXXXX";
+    if (::mkdtemp(path.data()) == nullptr) return nullptr;
+    return std::make_unique<LinuxPrivateFolder>(path);
+}
+
+std::unique_ptr<HelperProcess> LinuxPreviewTools::start(const ProcessOrder& order) {
+    reap();
+    return LinuxHelperProcess::start(order, ending_);
+}
+
+void LinuxPreviewTools::reap() {
+    std::erase_if(ending_, [](pid_t process) { return ::waitpid(process, nullptr, WNOHANG) != 0; });
+}
+
+void* LinuxPreviewTools::moduleFunction(const std::string& module, const char* function,
+                                        std::string& reason) {
+    void* loaded = ::dlopen((programFolder_ + "/" + module).c_str(), RTLD_NOW | RTLD_LOCAL);
+    void* found = loaded != nullptr ? ::dlsym(loaded, function) : nullptr;
+    if (found != nullptr) return found;
+    const char* error = ::dlerror();
+    reason = error != nullptr ? error : module;
+    return nullptr;
+}
+
+}  // namespace hl

@@ -1,0 +1,42 @@
+// The preview's files and helper processes on Linux.
+#pragma once
+
+#include <sys/types.h>
+
+#include <string>
+#include <vector>
+
+#include "platform/preview_tools.h"
+
+namespace hl {
+
+class LinuxPreviewTools final : public PreviewTools {
+  public:
+    /// `programFolder` has the helpers and modules, `path` the folders of commands with a colon between them.
+    /// Private folders are made below `temporary`; with an empty one, below /tmp.
+    LinuxPreviewTools(std::string programFolder, std::string path, std::string temporary);
+    ~LinuxPreviewTools() override;
+
+    std::unique_ptr<OpenFile> open(const std::string& path, std::string& error) override;
+    std::unique_ptr<OpenFile> again(const OpenFile& file, std::string& error) override;
+    std::string errorText(int code) override;
+    std::string helper(const std::string& name) override;
+    std::string command(const std::string& name) override;
+    std::unique_ptr<PrivateFolder> makeFolder() override;
+    std::unique_ptr<HelperProcess> start(const ProcessOrder& order) override;
+    void* moduleFunction(const std::string& module, const char* function, std::string& reason) override;
+
+    /// Processes that were killed and have not ended yet: one that waits for a dead disk may take long. They
+    /// are looked at with each start.
+    std::size_t ending() const { return ending_.size(); }
+
+  private:
+    void reap();
+
+    std::string programFolder_;
+    std::string path_;
+    std::string temporary_;
+    std::vector<pid_t> ending_;
+};
+
+}  // namespace hl

@@ -1,0 +1,85 @@
+// What the preview needs of the system: files opened by their bytes, and helpers in processes of their own
+// that look at a stranger's file, so that what crashes there costs a message. On the thread of the logic.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace hl {
+
+/// A regular file, open for reading; closed with its owner.
+class OpenFile {
+  public:
+    virtual ~OpenFile() = default;
+    virtual int descriptor() const = 0;
+    /// Bytes, when it was opened.
+    virtual std::uint64_t size() const = 0;
+    /// At most `limit` bytes from its beginning; empty with the system's error code if it cannot be read.
+    virtual std::string head(std::size_t limit, int& error) const = 0;
+};
+
+/// A folder that nobody else can look into; removed with its owner, with all that is in it.
+class PrivateFolder {
+  public:
+    virtual ~PrivateFolder() = default;
+    virtual const std::string& path() const = 0;
+    virtual bool makeFolder(const std::string& name) = 0;
+    virtual bool write(const std::string& name, std::string_view content) = 0;
+    /// False if it cannot be read or written whole, or is larger than `limit`.
+    virtual bool copy(const OpenFile& file, const std::string& name, std::uint64_t limit) = 0;
+};
+
+struct ProcessLimits {
+    std::uint64_t memory = 0;  ///< Bytes of address space; 0 for no limit. So too below.
+    unsigned cpuSeconds = 0;
+    bool limitsFileSize = true;
+    std::uint64_t fileSize = 0;  ///< Bytes of the largest file that it may write.
+};
+
+struct ProcessOrder {
+    std::string program;  ///< Whole path.
+    std::vector<std::string> arguments = {};
+    const OpenFile* input = nullptr;  ///< Descriptor 3 there, and with `inputIsStandard` 0 as well.
+    bool inputIsStandard = false;
+    const PrivateFolder* home = nullptr;  ///< HOME, TMPDIR and current folder; none: "/".
+    ProcessLimits limits = {};
+    bool foreign = false;  ///< Not of our own, so that it does not confine itself: it gets no network.
+};
+
+/// A process that we have started, with those that it has started. Its destructor ends them all.
+class HelperProcess {
+  public:
+    virtual ~HelperProcess() = default;
+    /// Becomes readable when there is output, and when the last of them has ended. Reading never waits.
+    virtual int outputDescriptor() const = 0;
+    /// Appends what there is, at most `limit` bytes in all. False once there will be no more.
+    virtual bool readOutput(std::string& to, std::size_t limit) = 0;
+    /// Its standard input, unless that is the file. A text that it does not take at once is lost: false.
+    virtual bool send(std::string_view text) = 0;
+    /// Whether it ended by itself and well. REQUIRES: readOutput was false.
+    virtual bool endedWell() = 0;
+};
+
+class PreviewTools {
+  public:
+    virtual ~PreviewTools() = default;
+    /// Null if it cannot be opened or is no regular file; a link is followed. Never waits for a writer.
+    virtual std::unique_ptr<OpenFile> open(const std::string& path, std::string& error) = 0;
+    /// The same file once more, with a place of reading of its own.
+    virtual std::unique_ptr<OpenFile> again(const OpenFile& file, std::string& error) = 0;
+    virtual std::string errorText(int code) = 0;
+    /// Of a program of our own, which lies beside the main one; empty if it is not there.
+    virtual std::string helper(const std::string& name) = 0;
+    /// Of a command of the system; empty if there is none.
+    virtual std::string command(const std::string& name) = 0;
+    virtual std::unique_ptr<PrivateFolder> makeFolder() = 0;
+    /// Null if no process can be made.
+    virtual std::unique_ptr<HelperProcess> start(const ProcessOrder& order) = 0;
+    /// A function of a module beside the program, which stays loaded; null with the reason.
+    virtual void* moduleFunction(const std::string& module, const char* function, std::string& reason) = 0;
+};
+
+}  // namespace hl

@@ -1,0 +1,217 @@
+#include "platform/qt/media_module.h"
+
+#include <QAudioOutput>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QMediaPlayer>
+#include <QPainter>
+#include <QSlider>
+#include <QStyle>
+#include <QToolButton>
+#include <QUrl>
+#include <QVBoxLayout>
+#include <QVideoFrame>
+#include <QVideoSink>
+#include <algorithm>
+
+#include "platform/picture_size.h"
+#include "platform/qt/qt_convert.h"
+#include "platform/qt/qt_guard.h"
+
+namespace hl {
+
+namespace {
+
+constexpr int kVolumes = 100;
+constexpr float kFirstVolume = 0.7F;
+constexpr int kStep = 5000;  // Milliseconds.
+
+QString timeText(qint64 milliseconds) {
+    const qint64 seconds = milliseconds / 1000;
+    return QStringLiteral("%1:%2").arg(seconds / 60).arg(seconds % 60, 2, 10, QLatin1Char('0'));
+}
+
+/// The film's pictures, scaled to fit. Painted like anything else, so that it works on every screen.
+class FilmView final : public QWidget {
+  public:
+    FilmView(QWidget* parent, WindowEvents& events) : QWidget(parent), events_(events) {
+        setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Ignored);
+        connect(&sink_, &QVideoSink::videoFrameChanged, this, [this] { update(); });
+    }
+    QVideoSink& sink() { return sink_; }
+    void clear() {
+        sink_.setVideoFrame({});
+        update();
+    }
+
+  protected:
+    void paintEvent(QPaintEvent*) override {
+        qtGuard(events_, "FilmView::paintEvent", [this] {
+            QPainter painter(this);
+            const QImage image = sink_.videoFrame().toImage();
+            if (image.isNull() || width() < 1 || height() < 1) return;
+            const auto drawn = ZoomPicture({image.width(), image.height()}, {width(), height()}, false).drawn;
+            painter.setRenderHint(QPainter::SmoothPixmapTransform);
+            painter.drawImage(
+                QRect((width() - drawn.width) / 2, (height() - drawn.height) / 2, drawn.width, drawn.height),
+                image);
+        });
+    }
+
+  private:
+    QVideoSink sink_;
+    WindowEvents& events_;
+};
+
+class Player final : public MediaView {
+  public:
+    explicit Player(const MediaStart& start);
+
+    std::string unavailable() const override;
+    void play(int descriptor) override;
+    void stop() override;
+
+  private:
+    void addControls(const PreviewTexts& texts);
+    QToolButton* addButton(QStyle::StandardPixmap icon, const std::string& name);
+    QSlider* addSlider(const std::string& name, int most);
+    void connectPlayer();
+    void showTime();
+    void playPressed();
+    template <class Body>
+    auto guarded(const char* where, Body body) {
+        return [this, where, body](auto...) { qtGuard(events_, where, body); };
+    }
+
+    WindowEvents& events_;
+    QMediaPlayer player_;
+    QAudioOutput audio_;
+    FilmView* film_;
+    QHBoxLayout* controls_ = nullptr;
+    QToolButton* play_ = nullptr;
+    QToolButton* stop_ = nullptr;
+    QSlider* position_ = nullptr;
+    QSlider* volume_ = nullptr;
+    QLabel* time_ = nullptr;
+    bool failedAlready_ = false;
+};
+
+Player::Player(const MediaStart& start)
+    : MediaView(start.parent), events_(start.events), film_(new FilmView(this, start.events)) {
+    auto* rows = new QVBoxLayout(this);
+    rows->addWidget(film_, 1);
+    controls_ = new QHBoxLayout;
+    rows->addLayout(controls_);
+    addControls(start.texts);
+    audio_.setVolume(kFirstVolume);
+    player_.setAudioOutput(&audio_);
+    player_.setVideoSink(&film_->sink());
+    connectPlayer();
+}
+
+QToolButton* Player::addButton(QStyle::StandardPixmap icon, const std::string& name) {
+    auto* button = new QToolButton(this);
+    button->setIcon(style()->standardIcon(icon));
+    button->setAccessibleName(qtText(name));
+    button->setToolTip(qtText(name));
+    button->setAutoRaise(true);
+    button->setFocusPolicy(Qt::TabFocus);
+    controls_->addWidget(button);
+    return button;
+}
+
+QSlider* Player::addSlider(const std::string& name, int most) {
+    auto* slider = new QSlider(Qt::Horizontal, this);
+    slider->setRange(0, most);
+    slider->setAccessibleName(qtText(name));
+    slider->setToolTip(qtText(name));
+    return slider;
+}
+
+void Player::addControls(const PreviewTexts& texts) {
+    play_ = addButton(QStyle::SP_MediaPlay, texts.play);
+    play_->setObjectName(QStringLiteral("play"));
+    stop_ = addButton(QStyle::SP_MediaStop, texts.stop);
+    stop_->setObjectName(QStringLiteral("stop"));
+    position_ = addSlider(texts.position, 0);
+    position_->setObjectName(QStringLiteral("position"));
+    position_->setSingleStep(kStep);
+    controls_->addWidget(position_, 1);
+    time_ = new QLabel(this);
+    controls_->addWidget(time_);
+    volume_ = addSlider(texts.volume, kVolumes);
+    volume_->setObjectName(QStringLiteral("volume"));
+    volume_->setValue(static_cast<int>(kFirstVolume * kVolumes));
+    volume_->setMaximumWidth(volume_->sizeHint().width());
+    controls_->addWidget(volume_);
+}
+
+void Player::connectPlayer() {
+    connect(play_, &QToolButton::clicked, this, guarded("play", [this] { playPressed(); }));
+    connect(stop_, &QToolButton::clicked, this, guarded("stop", [this] { player_.stop(); }));
+    // Moved by the user, by mouse or keys; the player's own moves come with signals blocked.
+    connect(position_, &QSlider::valueChanged, this,
+            guarded("position", [this] { player_.setPosition(position_->value()); }));
+    connect(volume_, &QSlider::valueChanged, this, guarded("volume", [this] {
+                audio_.setVolume(static_cast<float>(volume_->value()) / static_cast<float>(kVolumes));
+            }));
+    connect(&player_, &QMediaPlayer::positionChanged, this, guarded("time", [this] { showTime(); }));
+    connect(&player_, &QMediaPlayer::durationChanged, this, guarded("time", [this] { showTime(); }));
+    connect(&player_, &QMediaPlayer::playbackStateChanged, this, guarded("state", [this] {
+        const bool plays = player_.playbackState() == QMediaPlayer::PlayingState;
+        play_->setIcon(style()->standardIcon(plays ? QStyle::SP_MediaPause : QStyle::SP_MediaPlay));
+    }));
+    // The message takes the player away: not while it is the one who tells.
+    connect(&player_, &QMediaPlayer::errorOccurred, this,
+            guarded("error",
+                    [this] {
+                        if (std::exchange(failedAlready_, true)) return;
+                        if (failed) failed(utf8(player_.errorString()));
+                    }),
+            Qt::QueuedConnection);
+}
+
+std::string Player::unavailable() const {
+    return player_.isAvailable() ? std::string() : utf8(player_.errorString()) + " (QtMultimedia)";
+}
+
+void Player::play(int descriptor) {
+    failedAlready_ = false;
+    // The player takes a name only; this one is the open file, whatever its true name is.
+    player_.setSource(QUrl(QStringLiteral("file:///proc/self/fd/%1").arg(descriptor)));
+    player_.play();
+}
+
+void Player::stop() {
+    failedAlready_ = true;
+    player_.stop();
+    player_.setSource({});
+    film_->clear();
+}
+
+void Player::playPressed() {
+    if (player_.playbackState() == QMediaPlayer::PlayingState) {
+        player_.pause();
+    } else {
+        player_.play();
+    }
+}
+
+void Player::showTime() {
+    constexpr qint64 kMost = std::numeric_limits<int>::max();
+    const QSignalBlocker quiet(position_);
+    position_->setMaximum(static_cast<int>(std::clamp<qint64>(player_.duration(), 0, kMost)));
+    if (!position_->isSliderDown())
+        position_->setValue(static_cast<int>(std::clamp<qint64>(player_.position(), 0, kMost)));
+    time_->setText(timeText(player_.position()) + QLatin1String(" / ") + timeText(player_.duration()));
+}
+
+}  // namespace
+
+}  // namespace hl
+
+hl::MediaView* harborlanternMedia(const hl::MediaStart& start) {
+    // The other backend ends the process where there is no sound device.
+    if (!qEnvironmentVariableIsSet("QT_MEDIA_BACKEND")) qputenv("QT_MEDIA_BACKEND", "gstreamer");
+    return new hl::Player(start);
+}

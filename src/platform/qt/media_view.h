@@ -1,0 +1,38 @@
+// The border between the window and its module that plays sound and film, which is loaded at the first such
+// file.
+#pragma once
+
+#include <QWidget>
+#include <functional>
+#include <string>
+
+#include "platform/preview_pane.h"
+#include "platform/window.h"
+
+namespace hl {
+
+constexpr const char* kMediaModuleName = "harborlantern-media.so";
+constexpr const char* kMediaModuleFunction = "harborlanternMedia";
+
+/// A player with its controls. Thread of the window.
+class MediaView : public QWidget {
+  public:
+    using QWidget::QWidget;
+    /// Why nothing can be played at all; empty if it can.
+    virtual std::string unavailable() const = 0;
+    /// `descriptor` is open for reading, and stays so until stop() or the next call.
+    virtual void play(int descriptor) = 0;
+    virtual void stop() = 0;
+
+    /// What was to be played cannot be.
+    std::function<void(const std::string& error)> failed;
+};
+
+struct MediaStart {
+    const PreviewTexts& texts;
+    WindowEvents& events;
+    QWidget* parent;
+};
+using MediaModuleFunction = MediaView* (*)(const MediaStart&);
+
+}  // namespace hl

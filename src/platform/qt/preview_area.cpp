@@ -1,0 +1,224 @@
+#include "platform/qt/preview_area.h"
+
+#include <QStackedLayout>
+#include <QTimer>
+#include <utility>
+
+#include "base/path.h"
+#include "base/text.h"
+#include "platform/qt/media_view.h"
+#include "platform/qt/preview_pages.h"
+#include "platform/qt/preview_picture.h"
+#include "platform/qt/preview_texts.h"
+#include "platform/qt/qt_convert.h"
+#include "platform/qt/qt_guard.h"
+
+namespace hl {
+
+PreviewArea::PreviewArea(const PreviewParts& parts, WindowEvents& events, QWidget* parent)
+    : QWidget(parent),
+      parts_(parts),
+      windowEvents_(events),
+      stack_(new QStackedLayout(this)),
+      nothing_(new QWidget(this)) {
+    setObjectName(QStringLiteral("preview"));
+    setAccessibleName(qtText(parts.texts.name));
+    setAutoFillBackground(true);
+    setBackgroundRole(QPalette::Base);
+    stack_->setContentsMargins(0, 0, 0, 0);
+    // Whatever a viewer would like to have, the splitter decides.
+    stack_->setSizeConstraint(QLayout::SetNoConstraint);
+    stack_->addWidget(nothing_);
+    if (parts.tools == nullptr) return;
+    context_ = std::make_unique<PreviewContext>(
+        PreviewContext{*parts.tools, events, parts.texts, [this](const std::string& error) { fail(error); },
+                       [this](const std::string& what) { missing(what); }});
+    converter_ = std::make_unique<PreviewConverter>(*context_);
+}
+
+PreviewArea::~PreviewArea() {
+    stopMedia();
+}
+
+// --- what is asked
+
+bool PreviewArea::showFile(PreviewViewer viewer, const std::string& path, std::string& error) {
+    clear();
+    path_ = path;
+    if (!context_) return false;
+    file_ = context_->tools.open(path, error);
+    if (!file_) return false;
+    setAccessibleDescription(shownName(path));
+    showOpened(viewer);
+    return true;
+}
+
+void PreviewArea::showNotice(const std::string& text) {
+    bring(text_, "rtfVorschau").showNotice(text);
+}
+
+void PreviewArea::clear() {
+    stopMedia();
+    if (converter_) converter_->clear();
+    if (text_ != nullptr) text_->clear();
+    if (web_ != nullptr) web_->clear();
+    if (picture_ != nullptr) picture_->clear();
+    if (pages_ != nullptr) pages_->clear();
+    stack_->setCurrentWidget(nothing_);
+    file_.reset();
+    path_.clear();
+    setAccessibleDescription({});
+}
+
+QWidget* PreviewArea::viewer() const {
+    QWidget* current = stack_->currentWidget();
+    return current == nothing_ ? nullptr : current;
+}
+
+void PreviewArea::addTabStops(std::vector<QWidget*>& stops) const {
+    if (viewer() == nullptr) return;
+    if (viewer()->focusPolicy() & Qt::TabFocus) stops.push_back(viewer());
+    for (QWidget* control : viewer()->findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly))
+        if (control->focusPolicy() & Qt::TabFocus) stops.push_back(control);
+}
+
+// --- viewers
+
+template <class Viewer>
+Viewer& PreviewArea::bring(Viewer*& viewer, const char* name) {
+    if (viewer == nullptr) {
+        if constexpr (std::is_constructible_v<Viewer, QWidget*>) {
+            viewer = new Viewer(this);
+        } else {
+            viewer = new Viewer(*context_, this);
+        }
+        viewer->setObjectName(QLatin1String(name));
+        viewer->setAccessibleName(qtText(parts_.texts.name));
+        stack_->addWidget(viewer);
+    }
+    stack_->setCurrentWidget(viewer);
+    return *viewer;
+}
+
+void PreviewArea::showOpened(PreviewViewer viewer) {
+    bool cut = false;
+    switch (viewer) {
+        case PreviewViewer::kText:
+            return showText();
+        case PreviewViewer::kRichText:
+            return showRichText();
+        case PreviewViewer::kWebPage:
+            return showMarkup(head(kMostMarkup, cut), cut);
+        case PreviewViewer::kPages:
+            return showPages(std::exchange(file_, nullptr));
+        case PreviewViewer::kOffice:
+            return showOffice();
+        case PreviewViewer::kPicture:
+            return bring(picture_, "picVorschau").showFile(std::exchange(file_, nullptr));
+        case PreviewViewer::kMedia:
+            return playMedia();
+    }
+}
+
+// The beginning of the file; empty, and the message is shown, if it cannot be read.
+std::string PreviewArea::head(std::size_t limit, bool& cut) {
+    int code = 0;
+    std::string bytes = file_->head(limit, code);
+    cut = file_->size() > bytes.size();
+    if (code != 0) fail(context_->tools.errorText(code));
+    return bytes;
+}
+
+std::string PreviewArea::noteIf(bool cut) const {
+    return cut ? parts_.texts.cut : std::string();
+}
+
+void PreviewArea::showText() {
+    bool cut = false;
+    const std::string bytes = head(kMostText, cut);
+    if (file_) bring(text_, "rtfVorschau").showBytes(bytes, cut, noteIf(cut));
+}
+
+void PreviewArea::showMarkup(std::string_view bytes, bool cut) {
+    if (!file_) return;
+    if (!bring(web_, "WebBrowser1").showMarkup(bytes, cut, noteIf(cut))) showText();
+}
+
+void PreviewArea::showRichText() {
+    const auto done = [this](const std::string& markup) {
+        if (markup.empty()) return showText();
+        showMarkup(markup, false);
+    };
+    if (converter_->richText(*file_, done)) return;
+    reportMissing("unrtf");
+    showText();
+}
+
+void PreviewArea::showOffice() {
+    const std::string extension = lowerCase(xGetExtension(path_));
+    const auto done = [this](std::unique_ptr<OpenFile> pdf) {
+        if (pdf) return showPages(std::move(pdf));
+        fail({});
+    };
+    if (!converter_->office(*file_, extension, done)) missing("soffice");
+}
+
+void PreviewArea::showPages(std::unique_ptr<OpenFile> file) {
+    bring(pages_, "pages").showFile(std::move(file));
+}
+
+// --- sound and film
+
+MediaView* PreviewArea::media() {
+    if (media_ != nullptr) return media_;
+    std::string reason;
+    void* found = context_->tools.moduleFunction(kMediaModuleName, kMediaModuleFunction, reason);
+    if (found == nullptr) {
+        missing(reason);
+        return nullptr;
+    }
+    const auto make = reinterpret_cast<MediaModuleFunction>(found);
+    std::unique_ptr<MediaView> made(make({parts_.texts, windowEvents_, this}));
+    if (const std::string why = made->unavailable(); !why.empty()) {
+        missing(why);
+        return nullptr;
+    }
+    media_ = made.release();
+    media_->setObjectName(QStringLiteral("MPlayer4"));
+    media_->setAccessibleName(qtText(parts_.texts.name));
+    media_->failed = [this](const std::string& error) { fail(error); };
+    stack_->addWidget(media_);
+    return media_;
+}
+
+void PreviewArea::playMedia() {
+    MediaView* player = media();
+    if (player == nullptr) return;
+    stack_->setCurrentWidget(player);
+    player->play(file_->descriptor());
+}
+
+// The file stays open until the player has let go of it.
+void PreviewArea::stopMedia() {
+    if (media_ != nullptr && stack_->currentWidget() == media_) media_->stop();
+}
+
+// --- what goes wrong
+
+// Shown here and not asked about: the user has gone on to something else in the meantime.
+void PreviewArea::fail(const std::string& error) {
+    stopMedia();
+    file_.reset();
+    if (events_ != nullptr) showNotice(events_->previewFailed(path_, error));
+}
+
+void PreviewArea::reportMissing(const std::string& what) {
+    if (events_ != nullptr && reported_.insert(what).second) events_->previewMissing(what);
+}
+
+void PreviewArea::missing(const std::string& what) {
+    reportMissing(what);
+    if (events_ != nullptr) showNotice(events_->previewUnknown());
+}
+
+}  // namespace hl

@@ -1,0 +1,77 @@
+// The preview's pane in the window: one viewer at a time, each made for the first file that needs it.
+#pragma once
+
+#include <QWidget>
+#include <memory>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "platform/preview_pane.h"
+#include "platform/qt/preview_converter.h"
+#include "platform/qt/preview_job.h"
+
+class QStackedLayout;
+
+namespace hl {
+
+class MediaView;
+class PagesView;
+class PictureView;
+class TextView;
+class WebView;
+
+class PreviewArea final : public QWidget, public PreviewPane {
+  public:
+    /// `parts` and `events` outlive it.
+    PreviewArea(const PreviewParts& parts, WindowEvents& events, QWidget* parent);
+    ~PreviewArea() override;
+
+    // PreviewPane
+    void setEvents(PreviewEvents* events) override { events_ = events; }
+    bool showFile(PreviewViewer viewer, const std::string& path, std::string& error) override;
+    void showNotice(const std::string& text) override;
+    void clear() override;
+
+    /// The viewer that shows; null for none.
+    QWidget* viewer() const;
+    /// What the Tab key stops at, in its order.
+    void addTabStops(std::vector<QWidget*>& stops) const;
+
+  private:
+    void showOpened(PreviewViewer viewer);
+    void showText();
+    void showMarkup(std::string_view bytes, bool cut);
+    void showRichText();
+    void showOffice();
+    void showPages(std::unique_ptr<OpenFile> file);
+    void showPicture();
+    void playMedia();
+    MediaView* media();
+    void stopMedia();
+    void fail(const std::string& error);
+    void reportMissing(const std::string& what);
+    void missing(const std::string& what);
+    std::string noteIf(bool cut) const;
+    std::string head(std::size_t limit, bool& cut);
+    template <class Viewer>
+    Viewer& bring(Viewer*& viewer, const char* name);
+
+    const PreviewParts& parts_;
+    WindowEvents& windowEvents_;
+    PreviewEvents* events_ = nullptr;
+    std::unique_ptr<PreviewContext> context_;  ///< None without tools.
+    std::unique_ptr<PreviewConverter> converter_;
+    QStackedLayout* stack_;
+    QWidget* nothing_;
+    TextView* text_ = nullptr;
+    WebView* web_ = nullptr;
+    PictureView* picture_ = nullptr;
+    PagesView* pages_ = nullptr;
+    MediaView* media_ = nullptr;
+    std::string path_;
+    std::unique_ptr<OpenFile> file_;
+    std::set<std::string> reported_;  ///< What is missing is told once.
+};
+
+}  // namespace hl

@@ -1,0 +1,104 @@
+#include "platform/qt/preview_converter.h"
+
+#include <utility>
+
+#include "base/path.h"
+#include "platform/qt/preview_texts.h"
+
+namespace hl {
+
+namespace {
+
+constexpr const char* kRichTextCommand = "unrtf";
+constexpr const char* kOfficeCommand = "soffice";
+constexpr std::chrono::milliseconds kRichTextTime{10'000}, kOfficeTime{60'000};
+constexpr std::uint64_t kLargestDocument = 128U << 20;
+constexpr std::size_t kMostWords = 64U << 10;  // What a converter may say.
+
+constexpr ProcessLimits kRichTextLimits = {
+    .memory = 512U << 20, .cpuSeconds = 10, .limitsFileSize = true, .fileSize = 0};
+constexpr ProcessLimits kOfficeLimits = {
+    .memory = std::uint64_t{6} << 30, .cpuSeconds = 60, .limitsFileSize = true, .fileSize = 256U << 20};
+
+// No macros at all, and nothing that the document links to from elsewhere.
+constexpr const char* kOfficeSettings = R"(<?xml version="1.0" encoding="UTF-8"?>
+<oor:items xmlns:oor="http://openoffice.org/2001/registry">
+<item oor:path="/org.openoffice.Office.Common/Security/Scripting"><prop oor:name="MacroSecurityLevel" oor:op="fuse"><value>3</value></prop></item>
+<item oor:path="/org.openoffice.Office.Common/Security/Scripting"><prop oor:name="DisableMacrosExecution" oor:op="fuse"><value>true</value></prop></item>
+<item oor:path="/org.openoffice.Office.Common/Security/Scripting"><prop oor:name="BlockUntrustedRefererLinks" oor:op="fuse"><value>true</value></prop></item>
+</oor:items>
+)";
+
+}  // namespace
+
+void PreviewConverter::clear() {
+    PreviewJob::drop(job_);
+    folder_.reset();
+}
+
+bool PreviewConverter::start(const ProcessOrder& order, std::size_t limit, std::chrono::milliseconds time,
+                             std::function<void(bool well)> onEnd) {
+    auto process = context_.tools.start(order);
+    if (!process) return false;
+    job_ = new PreviewJob(std::move(process), limit, context_.events);
+    job_->onEnd = std::move(onEnd);
+    job_->setTime(time);
+    return true;
+}
+
+bool PreviewConverter::richText(const OpenFile& file, std::function<void(const std::string&)> done) {
+    clear();
+    const std::string command = context_.tools.command(kRichTextCommand);
+    std::string error;
+    const auto input = command.empty() ? nullptr : context_.tools.again(file, error);
+    if (!input) return false;
+    // It names the pictures of a document on the disk otherwise.
+    return start({.program = command,
+                  .arguments = {"--html", "--nopict", "--quiet"},
+                  .input = input.get(),
+                  .inputIsStandard = true,
+                  .limits = kRichTextLimits,
+                  .foreign = true},
+                 kMostMarkup, kRichTextTime, [this, done = std::move(done)](bool well) {
+                     const std::string markup = well ? job_->output() : std::string();
+                     clear();
+                     done(markup);
+                 });
+}
+
+// The document is copied: the converter puts its lock beside what it reads, and names that are no text would
+// not reach it.
+bool PreviewConverter::office(const OpenFile& file, const std::string& extension,
+                              std::function<void(std::unique_ptr<OpenFile>)> done) {
+    clear();
+    const std::string command = context_.tools.command(kOfficeCommand);
+    if (command.empty()) return false;
+    folder_ = context_.tools.makeFolder();
+    const std::string document = "document." + extension;
+    if (!folder_ || !folder_->copy(file, document, kLargestDocument) || !folder_->makeFolder("profile") ||
+        !folder_->makeFolder("profile/user") ||
+        !folder_->write("profile/user/registrymodifications.xcu", kOfficeSettings)) {
+        done(nullptr);
+        return true;
+    }
+    const std::string& home = folder_->path();
+    const bool started = start({.program = command,
+                                .arguments = {"-env:UserInstallation=" + fileUrl(home + "/profile"),
+                                              "--headless", "--norestore", "--nolockcheck", "--convert-to",
+                                              "pdf", "--outdir", home + "/out", home + "/" + document},
+                                .home = folder_.get(),
+                                .limits = kOfficeLimits,
+                                .foreign = true},
+                               kMostWords, kOfficeTime, [this, done](bool) {
+                                   // Its status says little: what counts is the file.
+                                   std::string error;
+                                   auto pdf =
+                                       context_.tools.open(folder_->path() + "/out/document.pdf", error);
+                                   clear();
+                                   done(std::move(pdf));
+                               });
+    if (!started) done(nullptr);
+    return true;
+}
+
+}  // namespace hl

@@ -1,0 +1,37 @@
+// The preview's views of texts: plain ones, and pages of the web. Both show the first part of a long text.
+#pragma once
+
+#include <QPlainTextEdit>
+#include <QTextBrowser>
+#include <string>
+#include <string_view>
+
+namespace hl {
+
+/// Bytes of a file that are shown: of a text, and of what has to be laid out as a whole.
+constexpr std::size_t kMostText = 1U << 20, kMostMarkup = 512U << 10;
+
+/// Text that can be selected and copied, and not changed. Shows the program's own notices too.
+class TextView final : public QPlainTextEdit {
+  public:
+    explicit TextView(QWidget* parent);
+    /// `bytes` in an encoding that is guessed; `note` stands behind them, empty for none.
+    void showBytes(std::string_view bytes, bool cut, const std::string& note);
+    void showNotice(const std::string& text);
+};
+
+/// Nothing runs, nothing is fetched, no link leads anywhere.
+class WebView final : public QTextBrowser {
+  public:
+    explicit WebView(QWidget* parent);
+    /// False for a page that is nested so deep that laying it out would end badly; nothing is shown then.
+    bool showMarkup(std::string_view bytes, bool cut, const std::string& note);
+
+  protected:
+    QVariant loadResource(int type, const QUrl& name) override;
+};
+
+/// How deep tables, lists and blocks of a page stand in each other.
+std::size_t nestingOf(std::string_view markup);
+
+}  // namespace hl

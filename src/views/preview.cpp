@@ -1,0 +1,149 @@
+#include "views/preview.h"
+
+#include "base/path.h"
+#include "base/text.h"
+#include "robustness/trap.h"
+
+namespace hl {
+
+namespace {
+
+constexpr const char* kModul = "frmMain";
+
+// In the order in which they are looked through. A png is shown as the browser does it.
+constexpr struct {
+    PreviewKind kind;
+    std::string_view extensions;
+} kKinds[] = {
+    {PreviewKind::kBrowser, "/htm/html/png/pdf/doc/docx/xls/xlsx/ppt/pps/swf/"},
+    {PreviewKind::kText,
+     "/txt/bat/ini/log/cfg/diz/nfo/css/asp/php/rtf/wri/xml/inf/url/reg/lst/eml/err/csv/1st/vbs/"},
+    {PreviewKind::kPicture, "/bmp/gif/jpg/jpeg/ico/cur/emf/wmf/rle/pcx/"},
+    {PreviewKind::kMedia,
+     "/mp3/wav/snd/au/aif/aifc/aiff/wma/mid/rmi/midi/avi/mpeg/mpg/m1v/mp2/mpa/mpe/wmv/asf/wm/mov/mp4/"},
+};
+
+// What the one browser showed by itself or with the help of others.
+constexpr struct {
+    PreviewViewer viewer;
+    std::string_view extensions;
+} kBrowserViewers[] = {
+    {PreviewViewer::kWebPage, "/htm/html/"},
+    {PreviewViewer::kPicture, "/png/"},
+    {PreviewViewer::kPages, "/pdf/"},
+    {PreviewViewer::kOffice, "/doc/docx/xls/xlsx/ppt/pps/"},
+};
+
+/// "/jpg/"; "//", which no list has, for a name without an extension.
+std::string between(std::string_view name) {
+    const std::string extension = lowerCase(xGetExtension(name));
+    // One with a separator in it would be found across two of a list.
+    return extension.find('/') != std::string::npos ? "//" : "/" + extension + "/";
+}
+
+std::string_view fileName(std::string_view path) {
+    return path.substr(path.rfind('/') + 1);
+}
+
+}  // namespace
+
+PreviewKind previewKindOf(std::string_view name) {
+    const std::string extension = between(name);
+    for (const auto& [kind, extensions] : kKinds)
+        if (extensions.find(extension) != std::string_view::npos) return kind;
+    return PreviewKind::kUnknown;
+}
+
+std::optional<PreviewViewer> previewViewerOf(std::string_view name) {
+    const std::string extension = between(name);
+    switch (previewKindOf(name)) {
+        case PreviewKind::kText:
+            return extension == "/rtf/" ? PreviewViewer::kRichText : PreviewViewer::kText;
+        case PreviewKind::kBrowser:
+            for (const auto& [viewer, extensions] : kBrowserViewers)
+                if (extensions.find(extension) != std::string_view::npos) return viewer;
+            break;
+        case PreviewKind::kPicture:
+            return PreviewViewer::kPicture;
+        case PreviewKind::kMedia:
+            return PreviewViewer::kMedia;
+        case PreviewKind::kUnknown:
+            break;
+    }
+    return std::nullopt;
+}
+
+PreviewTexts previewTexts(const Texts& texts) {
+    PreviewTexts all;
+    all.name = texts.TL(9277, "Vorschau");
+    all.cut = texts.TL(9540, "[Die Datei ist länger; hier steht ihr Anfang.]");
+    all.pageFailed = texts.TL(9541, "Diese Seite kann nicht angezeigt werden.");
+    all.page = texts.TL(9542, "Seite %1 von %2");
+    all.play = texts.TL(9543, "Abspielen oder anhalten");
+    all.stop = texts.TL(9544, "Stopp");
+    all.position = texts.TL(9545, "Position");
+    all.volume = texts.TL(9546, "Lautstärke");
+    return all;
+}
+
+void Preview::setPane(PreviewPane* pane) {
+    if (pane_ != nullptr) pane_->setEvents(nullptr);
+    pane_ = pane;
+    if (pane_ != nullptr) pane_->setEvents(this);
+}
+
+void Preview::Preview_ShowFile(bool force) {
+    guarded(diagnostics_, "Preview_ShowFile", kModul, [&] {
+        if (pane_ == nullptr) return;
+        const std::string path = host_.previewShows() ? host_.selectedFile() : std::string();
+        if (path.empty()) return Preview_Reset_View();
+        if (!force && path == shownPath_) return;
+        show(path);
+    });
+}
+
+void Preview::show(const std::string& path) {
+    shownPath_ = path;
+    pane_->clear();
+    const auto viewer = previewViewerOf(fileName(path));
+    if (!viewer) return showUnknown();
+    std::string error;
+    if (pane_->showFile(*viewer, path, error)) return;
+    const std::string text = failure(path, error);
+    pane_->showNotice(text);
+    host_.showMessage(text);
+}
+
+void Preview::showUnknown() {
+    pane_->showNotice(previewUnknown());
+    shownPath_.clear();
+}
+
+void Preview::Preview_Reset_View() {
+    guarded(diagnostics_, "Preview_Reset_View", kModul, [&] {
+        shownPath_.clear();
+        if (pane_ != nullptr) pane_->clear();
+    });
+}
+
+std::string Preview::failure(const std::string& path, const std::string& error) {
+    log_.LogProtokoll("ERROR: Preview_ShowFile " + visible(error) + " (" + visible(path) + ")");
+    return texts_.TL(9547, "Die Datei '%1' kann nicht angezeigt werden!%!%!", {visible(path)}) +
+           visible(error.empty()
+                       ? texts_.TL(9548, "Sie ist beschädigt oder zu groß, oder es dauert zu lange.")
+                       : error);
+}
+
+std::string Preview::previewFailed(const std::string& path, const std::string& error) {
+    return failure(path, error);
+}
+
+void Preview::previewMissing(const std::string& what) {
+    log_.LogProtokoll("ERROR: Preview_ShowFile " + visible(what));
+}
+
+std::string Preview::previewUnknown() {
+    return texts_.TL(3670, " - Unbekanntes Dateiformat - ") + "\r\n";
+}
+
+}  // namespace hl

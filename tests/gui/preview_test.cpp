@@ -1,0 +1,393 @@
+// The preview's pane with real files of each kind, and with those that try to harm it.
+#include <gtest/gtest.h>
+#include <netinet/in.h>
+#include <poll.h>
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <QAbstractButton>
+#include <QAbstractSlider>
+#include <QImage>
+#include <QPainter>
+#include <QPdfWriter>
+#include <QScrollBar>
+#include <QTest>
+#include <filesystem>
+
+#include "platform/linux/preview_tools.h"
+#include "platform/qt/preview_area.h"
+#include "platform/qt/preview_pages.h"
+#include "platform/qt/preview_picture.h"
+#include "platform/qt/preview_texts.h"
+#include "recording_events.h"
+#include "support/temp_dir.h"
+#include "support/whole_files.h"
+
+namespace hl::test {
+namespace {
+
+namespace fs = std::filesystem;
+using V = PreviewViewer;
+
+const std::string kPrograms = fs::path(HARBORLANTERN_PROGRAM).parent_path().string();
+
+struct PreviewPaneTest : testing::Test, PreviewEvents {
+    TempDir dir, commands, programs;
+    RecordingEvents told;
+    std::string programFolder = kPrograms;
+    std::unique_ptr<LinuxPreviewTools> tools;
+    PreviewParts parts;
+    std::unique_ptr<PreviewArea> area;
+    std::vector<std::string> failures, missing;
+
+    void SetUp() override { open(); }
+    /// A pane whose helpers lie in `folder`.
+    void open(const std::string& folder = kPrograms) {
+        area.reset();
+        tools = std::make_unique<LinuxPreviewTools>(folder, commands.path(), dir.path());
+        parts.tools = tools.get();
+        parts.texts.name = "Vorschau";
+        parts.texts.cut = "[cut]";
+        area = std::make_unique<PreviewArea>(parts, told, nullptr);
+        area->setEvents(this);
+        area->resize(400, 300);
+        area->show();
+        QTest::qWait(1);
+    }
+    ~PreviewPaneTest() override {
+        area.reset();
+        EXPECT_EQ(told.told, std::vector<std::string>()) << "faults of the window";
+    }
+
+    std::string previewFailed(const std::string& path, const std::string&) override {
+        failures.push_back(fs::path(path).filename().string());
+        return "failed";
+    }
+    void previewMissing(const std::string& what) override { missing.push_back(what); }
+    std::string previewUnknown() override { return "unknown"; }
+
+    std::string path(const std::string& name) const { return dir.path() + "/" + name; }
+    std::string file(const std::string& name, const std::string& content) const {
+        writeFile(path(name), content);
+        return path(name);
+    }
+    static void script(const std::string& file, const std::string& body) {
+        writeFile(file, "#!/bin/sh\nPATH=/usr/bin:/bin\n" + body + "\n");
+        fs::permissions(file, fs::perms::owner_all);
+    }
+    bool show(V viewer, const std::string& file) {
+        std::string error;
+        return area->showFile(viewer, file, error);
+    }
+    template <class Viewer>
+    Viewer* viewer() {
+        return dynamic_cast<Viewer*>(area->viewer());
+    }
+    std::string text() {
+        auto* view = viewer<TextView>();
+        return view != nullptr ? view->toPlainText().toStdString() : "no text";
+    }
+    static bool soon(const std::function<bool()>& what) { return QTest::qWaitFor(what, 20'000); }
+    bool failsSoon() {
+        return soon([&] { return !failures.empty(); });
+    }
+    bool pictureSoon() {
+        return soon([&] {
+                   auto* view = viewer<PictureView>();
+                   return view == nullptr || !view->image().isNull();
+               }) &&
+               viewer<PictureView>() != nullptr;
+    }
+    /// A few pages with a large dot of the colour.
+    std::string pdf(const std::string& name, int pages) const {
+        QPdfWriter writer(QString::fromStdString(path(name)));
+        QPainter painter(&writer);
+        for (int page = 0; page < pages; ++page) {
+            if (page > 0) writer.newPage();
+            painter.fillRect(0, 0, writer.width(), writer.height(), page % 2 == 0 ? Qt::red : Qt::blue);
+        }
+        return path(name);
+    }
+    static bool hasColor(QWidget& widget, const QColor& color) {
+        const QImage image = widget.grab().toImage();
+        for (int y = 0; y < image.height(); y += 2)
+            for (int x = 0; x < image.width(); x += 2)
+                if (image.pixelColor(x, y) == color) return true;
+        return false;
+    }
+    /// Whether all helpers have ended and were buried.
+    static bool noChildren() { return waitpid(-1, nullptr, WNOHANG) == -1; }
+};
+
+// --- texts
+
+TEST_F(PreviewPaneTest, ATextIsShownInItsEncodingAndCannotBeChanged) {
+    ASSERT_TRUE(show(V::kText, file("a.txt",
+                                    "gr\xF6\xDF"
+                                    "er\r\nx")));
+    EXPECT_EQ(text(), "größer\nx");
+    QTest::keyClicks(area->viewer(), QStringLiteral("abc"));
+    EXPECT_EQ(text(), "größer\nx");
+    EXPECT_EQ(area->viewer()->accessibleName(), QStringLiteral("Vorschau"));
+}
+
+TEST_F(PreviewPaneTest, OfAVeryLongTextTheBeginningIsShown) {
+    const std::string name = file("a.log", "first\n" + std::string(100'000, 'x'));
+    fs::resize_file(name, std::uintmax_t{4} << 30);
+    ASSERT_TRUE(show(V::kText, name));
+    const std::string shown = text();
+    EXPECT_TRUE(shown.starts_with("first\nxxx"));
+    EXPECT_TRUE(shown.ends_with("[cut]"));
+    EXPECT_LT(shown.size(), std::size_t{4} << 20);
+}
+
+TEST_F(PreviewPaneTest, APageOfTheWebFetchesNothing) {
+    const int server = socket(AF_INET, SOCK_STREAM, 0);
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    socklen_t size = sizeof address;
+    auto* plain = reinterpret_cast<sockaddr*>(&address);
+    ASSERT_EQ(bind(server, plain, size), 0);
+    ASSERT_EQ(listen(server, 5), 0);
+    ASSERT_EQ(getsockname(server, plain, &size), 0);
+    const std::string host = "http://127.0.0.1:" + std::to_string(ntohs(address.sin_port));
+    QImage red(50, 50, QImage::Format_RGB32);
+    red.fill(Qt::red);
+    ASSERT_TRUE(red.save(QString::fromStdString(path("red.png"))));
+    file("red.css", "p { color: #ff0000; background-color: #ff0000 }");
+    ASSERT_EQ(mkfifo(path("fifo.png").c_str(), 0600), 0);
+    std::string page = "<link rel=stylesheet href='" + host + "/a.css'><link rel=stylesheet href='file://" +
+                       path("red.css") + "'><link rel=stylesheet href='" + path("red.css") +
+                       "'><style>@import url('" + path("red.css") + "');</style><body background='" +
+                       path("red.png") + "'><script>x</script><h1>Title</h1><p>Text</p>";
+    for (const std::string& source : {host + "/a.png", "file://" + path("red.png"), path("red.png"),
+                                      std::string("red.png"), path("fifo.png")})
+        page += "<img src='" + source + "' width=50 height=50><a href='" + source + "'>link</a>";
+    ASSERT_TRUE(show(V::kWebPage, file("a.html", page)));
+    auto* view = viewer<WebView>();
+    ASSERT_NE(view, nullptr);
+    EXPECT_TRUE(view->toPlainText().startsWith(QStringLiteral("Title\nText")));
+    EXPECT_FALSE(hasColor(*view, Qt::red));
+    const QString before = view->toPlainText();
+    for (int x = 2; x < 400; x += 7)
+        for (int y = 60; y < 200; y += 7) QTest::mouseClick(view->viewport(), Qt::LeftButton, {}, {x, y});
+    EXPECT_EQ(view->toPlainText(), before) << "a link was followed";
+    pollfd asked{server, POLLIN, 0};
+    EXPECT_EQ(::poll(&asked, 1, 50), 0) << "it came over the network";
+    close(server);
+}
+
+TEST_F(PreviewPaneTest, APageThatIsNestedWithoutEndIsShownAsText) {
+    std::string page;
+    for (int i = 0; i < 20'000; ++i) page += "<table><tr><td>";
+    ASSERT_TRUE(show(V::kWebPage, file("a.html", page)));
+    EXPECT_TRUE(text().starts_with("<table>"));
+}
+
+TEST_F(PreviewPaneTest, RichTextGoesThroughItsConverter) {
+    script(commands.path() + "/unrtf", "read line; echo \"<b>$line</b>\"");
+    ASSERT_TRUE(show(V::kRichText, file("a.rtf", "{rich}\n")));
+    ASSERT_TRUE(soon([&] { return viewer<WebView>() != nullptr; }));
+    EXPECT_EQ(viewer<WebView>()->toPlainText(), QStringLiteral("{rich}"));
+    script(commands.path() + "/unrtf", "kill -SEGV $$");
+    ASSERT_TRUE(show(V::kRichText, path("a.rtf")));
+    EXPECT_TRUE(soon([&] { return text() == "{rich}\n"; }));
+    fs::remove(commands.path() + "/unrtf");
+    for (int i = 0; i < 2; ++i) {
+        ASSERT_TRUE(show(V::kRichText, path("a.rtf")));
+        EXPECT_EQ(text(), "{rich}\n");
+    }
+    EXPECT_EQ(missing, std::vector<std::string>{"unrtf"}) << "it is told once";
+}
+
+// --- pictures
+
+TEST_F(PreviewPaneTest, PicturesAreAsLargeAsFitsAndSharp) {
+    QImage photo(2000, 1000, QImage::Format_RGB32);
+    photo.fill(Qt::blue);
+    for (const char* format : {"png", "jpg", "bmp"}) {
+        const std::string name = path(std::string("photo.") + format);
+        ASSERT_TRUE(photo.save(QString::fromStdString(name)));
+        ASSERT_TRUE(show(V::kPicture, name));
+        ASSERT_TRUE(pictureSoon()) << format;
+        EXPECT_EQ(viewer<PictureView>()->image().size(), QSize(400, 200) * area->devicePixelRatioF())
+            << format;
+    }
+    area->resize(200, 300);
+    EXPECT_TRUE(soon([&] { return viewer<PictureView>()->image().width() == 200; }));
+    ASSERT_TRUE(photo.scaled(20, 10).save(QString::fromStdString(path("small.png"))));
+    ASSERT_TRUE(show(V::kPicture, path("small.png")));
+    ASSERT_TRUE(pictureSoon());
+    EXPECT_EQ(viewer<PictureView>()->image().size(), QSize(20, 10));
+}
+
+TEST_F(PreviewPaneTest, APictureThatIsNoneOrTooLargeCostsAMessage) {
+    // A BMP of 60,000 x 60,000 with a header and no pixels; a PNG of that size that breaks off.
+    std::string bmp("BM\0\0\0\0\0\0\0\0\x36\0\0\0\x28\0\0\0\x60\xEA\0\0\x60\xEA\0\0\1\0\x20\0\0\0\0\0", 34);
+    bmp += std::string(20, '\0');
+    const std::string png("\x89PNG\r\n\x1A\n\0\0\0\rIHDR\0\0\xEA\x60\0\0\xEA\x60\x08\2\0\0\0\x0C\xC6\x50\x8C",
+                          33);
+    const std::string svg = "<svg xmlns='http://www.w3.org/2000/svg'><rect width='9' height='9'/></svg>";
+    for (const auto& [name, content] : std::initializer_list<std::pair<std::string, std::string>>{
+             {"a.bmp", bmp}, {"a.png", png}, {"empty.png", ""}, {"text.jpg", "text"}, {"svg.gif", svg}}) {
+        failures.clear();
+        ASSERT_TRUE(show(V::kPicture, file(name, content)));
+        ASSERT_TRUE(failsSoon()) << name;
+        EXPECT_EQ(failures, std::vector<std::string>{name});
+        EXPECT_EQ(text(), "failed");
+    }
+}
+
+TEST_F(PreviewPaneTest, WhateverAHelperDoesItCostsAMessage) {
+    for (const char* body :
+         {"kill -SEGV $$", "exit 0", "echo nonsense that is long enough for a header of an answer",
+          "head -c 200000000 /dev/zero | tr '\\0' '\\1'", "printf '\\1\\0\\0\\0'"}) {
+        script(programs.path() + "/harborlantern-preview", body);
+        open(programs.path());
+        failures.clear();
+        ASSERT_TRUE(show(V::kPicture, file("a.png", "x")));
+        EXPECT_TRUE(failsSoon()) << body;
+        EXPECT_EQ(failures.size(), 1U) << body;
+    }
+}
+
+TEST_F(PreviewPaneTest, AnotherFileEndsTheHelperOfTheOneBefore) {
+    script(programs.path() + "/harborlantern-preview", "sleep 1000");
+    open(programs.path());
+    ASSERT_TRUE(show(V::kPicture, file("a.png", "x")));
+    QTest::qWait(50);
+    EXPECT_FALSE(noChildren());
+    ASSERT_TRUE(show(V::kText, file("a.txt", "text")));
+    EXPECT_TRUE(soon([] { return noChildren(); }));
+    EXPECT_EQ(text(), "text");
+    EXPECT_TRUE(failures.empty());
+}
+
+// --- documents
+
+TEST_F(PreviewPaneTest, OfALongDocumentThePagesThatShowAreDrawn) {
+    if (tools->helper("harborlantern-preview-pdf").empty()) GTEST_SKIP() << "built without Qt's PDF library";
+    ASSERT_TRUE(show(V::kPages, pdf("a.pdf", 5000)));
+    auto* view = viewer<PagesView>();
+    ASSERT_NE(view, nullptr);
+    ASSERT_TRUE(soon([&] { return view->isDrawn(0); }));
+    EXPECT_EQ(view->pageCount(), 5000U);
+    EXPECT_TRUE(hasColor(*view, Qt::red));
+    auto* bar = view->verticalScrollBar();
+    bar->setValue(bar->maximum());
+    ASSERT_TRUE(soon([&] { return view->isDrawn(4999); }));
+    EXPECT_TRUE(hasColor(*view, Qt::blue));
+    for (int i = 0; i < 200; ++i) {
+        bar->setValue(bar->maximum() / 200 * i);
+        QTest::qWait(5);
+        ASSERT_LT(view->keptBytes(), std::size_t{80} << 20);
+    }
+    area->clear();
+    EXPECT_TRUE(soon([] { return noChildren(); }));
+}
+
+TEST_F(PreviewPaneTest, ADocumentThatIsNoneCostsAMessage) {
+    if (tools->helper("harborlantern-preview-pdf").empty()) GTEST_SKIP() << "built without Qt's PDF library";
+    const std::string whole = contentOf(pdf("whole.pdf", 3));
+    for (const auto& [name, content] : std::initializer_list<std::pair<std::string, std::string>>{
+             {"empty.pdf", ""}, {"text.pdf", "text"}, {"cut.pdf", whole.substr(0, 300)}}) {
+        failures.clear();
+        ASSERT_TRUE(show(V::kPages, file(name, content)));
+        EXPECT_TRUE(failsSoon()) << name;
+        EXPECT_EQ(text(), "failed") << name;
+    }
+}
+
+TEST_F(PreviewPaneTest, AnOfficeDocumentIsConvertedInAFolderThatGoes) {
+    const std::string office = file("a.docx", "document");
+    ASSERT_TRUE(show(V::kOffice, office));
+    EXPECT_EQ(text(), "unknown");
+    EXPECT_EQ(missing, std::vector<std::string>{"soffice"});
+    const std::string made = pdf("made.pdf", 1);
+    script(commands.path() + "/soffice", "test \"$(cat document.docx)\" = document && mkdir out && cp " +
+                                             made + " out/document.pdf; echo \"$HOME\" > " + path("home"));
+    ASSERT_TRUE(show(V::kOffice, office));
+    if (!tools->helper("harborlantern-preview-pdf").empty()) {
+        ASSERT_TRUE(soon([&] { return viewer<PagesView>() != nullptr && viewer<PagesView>()->isDrawn(0); }));
+    } else {
+        ASSERT_TRUE(soon([&] { return missing.size() == 2; }));
+    }
+    std::string home = contentOf(path("home"));
+    ASSERT_FALSE(home.empty());
+    home.pop_back();
+    EXPECT_FALSE(fs::exists(home));
+    script(commands.path() + "/soffice", "exit 1");
+    ASSERT_TRUE(show(V::kOffice, office));
+    EXPECT_TRUE(failsSoon());
+}
+
+// --- sound and film
+
+TEST_F(PreviewPaneTest, SoundPlaysStopsAndHasAPosition) {
+    if (!fs::exists(kPrograms + "/harborlantern-media.so")) GTEST_SKIP() << "built without QtMultimedia";
+    std::string wav(
+        "RIFF\x24\xE2\4\0WAVEfmt \x10\0\0\0\1\0\1\0\x40\x1F\0\0\x80\x3E\0\0\2\0\x10\0data\0\xE2\4\0", 44);
+    wav += std::string(320'000, '\0');
+    const bool shown = show(V::kMedia, file("a.wav", wav));
+    ASSERT_TRUE(shown);
+    if (!missing.empty()) GTEST_SKIP() << "no player: " << missing[0];
+    QWidget* player = area->viewer();
+    ASSERT_NE(player, nullptr);
+    auto* position = player->findChild<QAbstractSlider*>(QStringLiteral("position"));
+    ASSERT_TRUE(soon([&] { return position->maximum() > 19'000 || !failures.empty(); }));
+    ASSERT_TRUE(failures.empty());
+    EXPECT_NEAR(position->maximum(), 20'000, 100);
+    player->findChild<QAbstractButton*>(QStringLiteral("stop"))->click();
+    EXPECT_TRUE(soon([&] { return position->value() == 0; }));
+    ASSERT_TRUE(show(V::kText, file("a.txt", "text")));
+    EXPECT_EQ(text(), "text");
+}
+
+TEST_F(PreviewPaneTest, AFilmThatIsNoneCostsAMessage) {
+    if (!fs::exists(kPrograms + "/harborlantern-media.so")) GTEST_SKIP() << "built without QtMultimedia";
+    for (const auto& [name, content] : std::initializer_list<std::pair<std::string, std::string>>{
+             {"cut.mp4", std::string("\0\0\0\x18"
+                                     "ftypmp42\0\0\0\0mp42isom\0\0\1\0moov",
+                                     32)},
+             {"text.avi", "text"}}) {
+        failures.clear();
+        ASSERT_TRUE(show(V::kMedia, file(name, content)));
+        if (!missing.empty()) GTEST_SKIP() << "no player: " << missing[0];
+        EXPECT_TRUE(failsSoon()) << name;
+    }
+}
+
+TEST_F(PreviewPaneTest, WithoutHelpersAndModulesEachKindIsToldOnce) {
+    open(programs.path());
+    for (int i = 0; i < 2; ++i)
+        for (const V kind : {V::kPicture, V::kPages, V::kMedia}) {
+            ASSERT_TRUE(show(kind, file("a", "x")));
+            EXPECT_EQ(text(), "unknown");
+        }
+    EXPECT_EQ(missing.size(), 3U);
+}
+
+// --- files that go or never were
+
+TEST_F(PreviewPaneTest, WhatCannotBeOpenedIsRefusedAtOnce) {
+    ASSERT_EQ(mkfifo(path("fifo.txt").c_str(), 0600), 0);
+    for (const V kind : {V::kText, V::kPicture, V::kPages, V::kMedia})
+        for (const char* name : {"fifo.txt", "none.txt"}) EXPECT_FALSE(show(kind, path(name))) << name;
+}
+
+TEST_F(PreviewPaneTest, AFileThatVanishesMeanwhileIsShownToTheEnd) {
+    QImage photo(500, 500, QImage::Format_RGB32);
+    photo.fill(Qt::green);
+    ASSERT_TRUE(photo.save(QString::fromStdString(path("a.png"))));
+    ASSERT_TRUE(show(V::kPicture, path("a.png")));
+    fs::remove(path("a.png"));
+    ASSERT_TRUE(pictureSoon());
+    area->resize(100, 100);
+    EXPECT_TRUE(soon([&] { return viewer<PictureView>()->image().width() == 100; }));
+}
+
+}  // namespace
+}  // namespace hl::test

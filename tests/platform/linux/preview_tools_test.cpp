@@ -1,0 +1,178 @@
+// Files that are no files to read, helpers that do not behave, and folders that must not stay.
+#include "platform/linux/preview_tools.h"
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <poll.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <filesystem>
+
+#include "platform/preview_protocol.h"
+#include "support/temp_dir.h"
+#include "support/whole_files.h"
+
+namespace hl::test {
+namespace {
+
+struct PreviewToolsTest : testing::Test {
+    TempDir dir;
+    LinuxPreviewTools tools{dir.path(), "relative:" + dir.path() + ":/usr/bin:/bin", dir.path()};
+
+    std::string path(const std::string& name) const { return dir.path() + "/" + name; }
+    std::string script(const std::string& name, const std::string& body) const {
+        writeFile(path(name), "#!/bin/sh\n" + body + "\n");
+        std::filesystem::permissions(path(name), std::filesystem::perms::owner_all);
+        return path(name);
+    }
+    std::string errorOf(const std::string& file) {
+        std::string error;
+        return tools.open(file, error) != nullptr ? "opened" : error;
+    }
+    /// All that the helper says until its end.
+    std::string outputOf(HelperProcess& process) {
+        std::string output;
+        pollfd wait{process.outputDescriptor(), POLLIN, 0};
+        while (process.readOutput(output, 100'000)) ::poll(&wait, 1, 10'000);
+        return output;
+    }
+};
+
+TEST_F(PreviewToolsTest, OpensRegularFilesOfAnyNameAndNothingElse) {
+    const std::string odd = path("a\xFF\n.txt");
+    writeFile(odd, "content");
+    std::string error;
+    const auto file = tools.open(odd, error);
+    ASSERT_NE(file, nullptr) << error;
+    int code = 0;
+    EXPECT_EQ(file->head(4, code), "cont");
+    EXPECT_EQ(tools.again(*file, error)->head(100, code), "content");
+    ASSERT_EQ(symlink(odd.c_str(), path("link").c_str()), 0);
+    EXPECT_EQ(errorOf(path("link")), "opened");
+    ASSERT_EQ(mkfifo(path("fifo").c_str(), 0600), 0);
+    for (const std::string& bad : {path("fifo"), dir.path(), path("none"), std::string("/dev/zero")})
+        EXPECT_NE(errorOf(bad), "opened") << bad;
+}
+
+TEST_F(PreviewToolsTest, AFileThatMayNotBeReadSaysWhy) {
+    if (geteuid() == 0) GTEST_SKIP() << "root may read everything";
+    writeFile(path("a"), "x");
+    std::filesystem::permissions(path("a"), std::filesystem::perms::none);
+    EXPECT_EQ(errorOf(path("a")), tools.errorText(EACCES));
+}
+
+TEST_F(PreviewToolsTest, FindsCommandsInAbsoluteFoldersOnly) {
+    script("converter", "true");
+    EXPECT_EQ(tools.command("converter"), path("converter"));
+    EXPECT_EQ(tools.command("no-such-converter"), "");
+    writeFile(path("text"), "x");
+    EXPECT_EQ(tools.command("text"), "") << "it cannot be started";
+}
+
+TEST_F(PreviewToolsTest, AHelperGetsTheFileAndALittleOfEverythingElse) {
+    writeFile(path("file"), "content");
+    std::string error;
+    const auto file = tools.open(path("file"), error);
+    const auto folder = tools.makeFolder();
+    const int leak = open("/dev/null", O_RDONLY);
+    const std::string program = script("helper",
+                                       "cat <&3; echo \" $HOME $PWD\"; ls /proc/$$/fd | tr '\\n' ' '; "
+                                       "ulimit -t; echo x > made || echo refused; exit 0");
+    auto process = tools.start({.program = program,
+                                .input = file.get(),
+                                .home = folder.get(),
+                                .limits = {.cpuSeconds = 7, .limitsFileSize = true}});
+    ASSERT_NE(process, nullptr);
+    // The shell has its script at 10 or 255.
+    const std::string output = outputOf(*process);
+    const std::string home = folder->path();
+    EXPECT_EQ(output.substr(0, output.find('\n')), "content " + home + " " + home);
+    EXPECT_EQ(output.find(" " + std::to_string(leak) + " "),
+              leak > 3 && leak != 10 ? std::string::npos : output.find(" " + std::to_string(leak) + " "));
+    EXPECT_NE(output.find("7\n"), std::string::npos) << output;
+    EXPECT_EQ(contentOf(home + "/made"), "");
+    close(leak);
+}
+
+TEST_F(PreviewToolsTest, TheEndOfAHelperTakesItsChildrenAlong) {
+    const std::string program = script("helper", "sleep 1000 & echo $!; wait");
+    auto process = tools.start({.program = program});
+    std::string output;
+    pollfd wait{process->outputDescriptor(), POLLIN, 0};
+    while (output.find('\n') == std::string::npos && process->readOutput(output, 100))
+        ::poll(&wait, 1, 10'000);
+    const pid_t child = std::stoi(output);
+    ASSERT_EQ(kill(child, 0), 0);
+    process.reset();
+    // Killed; whoever takes in orphans may be slow to bury it.
+    const std::string state = "/proc/" + std::to_string(child) + "/stat";
+    for (int i = 0; i < 500 && contentOf(state).find(") S") != std::string::npos; ++i) usleep(10'000);
+    const std::string now = contentOf(state);
+    EXPECT_TRUE(now.empty() || now.find(") Z") != std::string::npos || now.find(") X") != std::string::npos)
+        << now;
+}
+
+TEST_F(PreviewToolsTest, HowAHelperEndedIsTold) {
+    const struct {
+        const char* body;
+        bool well;
+    } cases[] = {{"exit 0", true}, {"exit 3", false}, {"kill -SEGV $$", false}};
+    for (const auto& c : cases) {
+        auto process = tools.start({.program = script("helper", c.body)});
+        outputOf(*process);
+        EXPECT_EQ(process->endedWell(), c.well) << c.body;
+    }
+    auto process = tools.start({.program = path("none")});
+    outputOf(*process);
+    EXPECT_FALSE(process->endedWell());
+}
+
+TEST_F(PreviewToolsTest, APrivateFolderGoesWithAllThatIsInIt) {
+    writeFile(path("file"), std::string(300'000, 'x'));
+    std::string error;
+    const auto file = tools.open(path("file"), error);
+    auto folder = tools.makeFolder();
+    const std::string home = folder->path();
+    struct stat facts {};
+    ASSERT_EQ(stat(home.c_str(), &facts), 0);
+    EXPECT_EQ(facts.st_mode & 0777U, 0700U);
+    EXPECT_FALSE(folder->copy(*file, "copy", 299'999));
+    EXPECT_TRUE(folder->copy(*file, "copy", 300'000));
+    EXPECT_EQ(contentOf(home + "/copy"), contentOf(path("file")));
+    EXPECT_TRUE(folder->makeFolder("sub") && folder->write("sub/x", "x"));
+    folder.reset();
+    EXPECT_FALSE(std::filesystem::exists(home));
+}
+
+TEST(PreviewProtocol, AnswersThatMakeNoSenseAreRefused) {
+    const AnswerHeader good{PreviewAnswer::kPicture, 0, 10, 20, 5, 10, 800};
+    EXPECT_TRUE(isSound(good));
+    const auto bad = [&](auto change) {
+        AnswerHeader header = good;
+        change(header);
+        return !isSound(header);
+    };
+    EXPECT_TRUE(bad([](AnswerHeader& h) { h.bytes = 799; }));
+    EXPECT_TRUE(bad([](AnswerHeader& h) { h.width = -10, h.height = -20; }));
+    EXPECT_TRUE(
+        bad([](AnswerHeader& h) { h.width = 32'767, h.height = 32'767, h.bytes = 4U * 32'767 * 32'767; }));
+    EXPECT_TRUE(bad([](AnswerHeader& h) { h.drawnWidth = 0; }));
+    EXPECT_TRUE(bad([](AnswerHeader& h) { h.kind = static_cast<PreviewAnswer>(7); }));
+    EXPECT_TRUE(bad([](AnswerHeader& h) { h.kind = PreviewAnswer::kPages, h.bytes = 12; }));
+    EXPECT_TRUE(bad([](AnswerHeader& h) { h.kind = PreviewAnswer::kFailed, h.bytes = 1U << 20; }));
+}
+
+TEST(PreviewProtocol, RequestsComeBackAsTheyWere) {
+    const auto back = requestOf(requestLine({.page = 4999, .box = {800, 600}, .scale = 2000}));
+    ASSERT_TRUE(back);
+    EXPECT_EQ(back->page, 4999U);
+    EXPECT_EQ(back->box, (PictureSize{800, 600}));
+    EXPECT_EQ(back->scale, 2000);
+    for (const char* line : {"", "1 2 3", "0 0 5 1000", "0 5 99999 1000", "0 5 5 0", "x"})
+        EXPECT_FALSE(requestOf(line)) << line;
+}
+
+}  // namespace
+}  // namespace hl::test

@@ -1,0 +1,144 @@
+// Which file the preview shows and with what, and when it leaves what it shows.
+#include "views/preview.h"
+
+#include <gtest/gtest.h>
+
+#include "platform/picture_size.h"
+#include "support/scan_fixture.h"
+
+namespace hl::test {
+namespace {
+
+struct RecordingPane : PreviewPane {
+    std::vector<std::string> calls;
+    std::string refusal;  ///< Why nothing can be opened.
+    PreviewEvents* events = nullptr;
+
+    void setEvents(PreviewEvents* to) override { events = to; }
+    bool showFile(PreviewViewer viewer, const std::string& path, std::string& error) override {
+        calls.push_back(std::to_string(static_cast<int>(viewer)) + " " + path);
+        error = refusal;
+        return refusal.empty();
+    }
+    void showNotice(const std::string& text) override { calls.push_back(text); }
+    void clear() override { calls.emplace_back("-"); }
+};
+
+struct PreviewTest : ScanFixture, PreviewHost {
+    RecordingPane pane;
+    bool shows = true;
+    std::string selected = "/s/a.txt";
+    std::vector<std::string> messages;
+    Preview preview{*this, texts, log, diagnostics};
+
+    PreviewTest() { preview.setPane(&pane); }
+    bool previewShows() override { return shows; }
+    std::string selectedFile() override { return selected; }
+    void showMessage(const std::string& text) override { messages.push_back(text); }
+
+    /// What the pane is told about the file.
+    std::vector<std::string> show(const std::string& path, bool force = false) {
+        selected = path;
+        preview.Preview_ShowFile(force);
+        return std::exchange(pane.calls, {});
+    }
+};
+
+using Calls = std::vector<std::string>;
+const std::string kNotice = " - Unbekanntes Dateiformat - \r\n";
+
+TEST(PreviewKinds, FollowTheExtensionOfTheName) {
+    using enum PreviewKind;
+    using V = PreviewViewer;
+    const struct {
+        const char* name;
+        PreviewKind kind;
+        std::optional<PreviewViewer> viewer;
+    } cases[] = {
+        {"a.txt", kText, V::kText},        {"LIESMICH.1ST", kText, V::kText},
+        {"a.rtf", kText, V::kRichText},    {"a.tar.log", kText, V::kText},
+        {"a.HTML", kBrowser, V::kWebPage}, {"a.png", kBrowser, V::kPicture},
+        {"a.pdf", kBrowser, V::kPages},    {"a.docx", kBrowser, V::kOffice},
+        {"a.swf", kBrowser, std::nullopt}, {"a.JPG", kPicture, V::kPicture},
+        {"a.wmf", kPicture, V::kPicture},  {"a.Mp3", kMedia, V::kMedia},
+        {"a.mp4", kMedia, V::kMedia},      {"a", kUnknown, std::nullopt},
+        {"a.", kUnknown, std::nullopt},    {"txt", kUnknown, std::nullopt},
+        {"a.tx", kUnknown, std::nullopt},  {"a.txt/bat", kUnknown, std::nullopt},
+        {".txt", kText, V::kText},         {"a.\xFF\xFE", kUnknown, std::nullopt},
+    };
+    for (const auto& c : cases) {
+        EXPECT_EQ(previewKindOf(c.name), c.kind) << c.name;
+        EXPECT_EQ(previewViewerOf(c.name), c.viewer) << c.name;
+    }
+}
+
+TEST_F(PreviewTest, AFileThatIsShownIsReadAgainOnlyWhenForced) {
+    EXPECT_EQ(show("/s/a.txt"), (Calls{"-", "0 /s/a.txt"}));
+    EXPECT_EQ(show("/s/a.txt"), Calls());
+    EXPECT_EQ(show("/s/a.txt", true), (Calls{"-", "0 /s/a.txt"}));
+    EXPECT_EQ(show("/s/b\xFF.txt"), (Calls{"-", "0 /s/b\xFF.txt"}));
+    EXPECT_EQ(show("/s/a.txt"), (Calls{"-", "0 /s/a.txt"}));
+}
+
+TEST_F(PreviewTest, AnUnknownFileIsToldOfEachTimeItIsSelected) {
+    for (const char* path : {"/s.txt/a", "/s/a.swf", "/s/a.swf"}) {
+        EXPECT_EQ(show(path), (Calls{"-", kNotice})) << path;
+        EXPECT_EQ(preview.shownPath(), "");
+    }
+}
+
+TEST_F(PreviewTest, WithNothingSelectedOrNoPaneTheFileIsLeftAndComesBack) {
+    show("/s/a.txt");
+    EXPECT_EQ(show(""), Calls{"-"});
+    EXPECT_EQ(show("/s/a.txt"), (Calls{"-", "0 /s/a.txt"}));
+    shows = false;
+    EXPECT_EQ(show("/s/a.txt", true), Calls{"-"}) << "a hidden preview opens nothing";
+    shows = true;
+    EXPECT_EQ(show("/s/a.txt"), (Calls{"-", "0 /s/a.txt"}));
+    preview.setPane(nullptr);
+    EXPECT_EQ(show("/s/b.txt", true), Calls()) << "the window is gone";
+}
+
+TEST_F(PreviewTest, AFileThatCannotBeOpenedCostsOneMessageAndOneLine) {
+    pane.refusal = "Keine Berechtigung";
+    const std::string text =
+        "Die Datei '/s/a\u240A.txt' kann nicht angezeigt werden!\r\n\r\nKeine Berechtigung";
+    EXPECT_EQ(show("/s/a\n.txt"), (Calls{"-", "0 /s/a\n.txt", text}));
+    EXPECT_EQ(messages, Calls{text});
+    show("/s/a\n.txt");
+    EXPECT_EQ(messages.size(), 1U) << "each key and click would bring it again";
+    EXPECT_EQ(files.logLines(std::string(kProtocolName)),
+              Calls{"ERROR: Preview_ShowFile Keine Berechtigung (/s/a\u240A.txt)"});
+}
+
+TEST_F(PreviewTest, WhatFailsLaterAsksTheUserNothing) {
+    show("/s/a.jpg");
+    EXPECT_NE(pane.events->previewFailed("/s/a.jpg", "").find("'/s/a.jpg'"), std::string::npos);
+    EXPECT_EQ(messages, Calls());
+    EXPECT_EQ(files.logLines(std::string(kProtocolName)).size(), 1U);
+}
+
+TEST(ZoomPicture, KeepsAllOfThePictureInTheBox) {
+    const struct {
+        PictureSize source, target;
+        bool shrink;
+        ZoomedPicture result;
+    } cases[] = {
+        {{100, 50}, {200, 200}, false, {{100, 50}, {200, 200}}},
+        {{100, 50}, {200, 200}, true, {{100, 50}, {100, 50}}},
+        {{200, 200}, {200, 200}, true, {{200, 200}, {200, 200}}},
+        {{400, 100}, {200, 200}, false, {{200, 50}, {200, 200}}},
+        {{100, 400}, {200, 200}, true, {{50, 200}, {50, 200}}},
+        {{201, 10}, {200, 200}, false, {{200, 10}, {200, 200}}},
+        {{10'000, 3}, {100, 100}, true, {{100, 1}, {100, 1}}},
+        {{60'000, 60'000}, {1, 1}, false, {{1, 1}, {1, 1}}},
+    };
+    for (const auto& c : cases) {
+        const ZoomedPicture zoomed = ZoomPicture(c.source, c.target, c.shrink);
+        EXPECT_EQ(zoomed.drawn, c.result.drawn) << c.source.width << "x" << c.source.height;
+        EXPECT_EQ(zoomed.target, c.result.target) << c.source.width << "x" << c.source.height;
+    }
+}
+
+}  // namespace
+}  // namespace hl::test
