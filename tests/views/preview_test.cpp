@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include "app/product.h"
 #include "platform/picture_size.h"
 #include "support/scan_fixture.h"
 
@@ -107,7 +108,7 @@ TEST_F(PreviewTest, AFileThatCannotBeOpenedCostsOneMessageAndOneLine) {
     EXPECT_EQ(messages, Calls{text});
     show("/s/a\n.txt");
     EXPECT_EQ(messages.size(), 1U) << "each key and click would bring it again";
-    EXPECT_EQ(files.logLines(std::string(kScanLogName)),
+    EXPECT_EQ(files.logLines(std::string(kProtocolName)),
               Calls{"ERROR: Preview_ShowFile Keine Berechtigung (/s/a\u240A.txt)"});
 }
 
@@ -115,7 +116,7 @@ TEST_F(PreviewTest, WhatFailsLaterAsksTheUserNothing) {
     show("/s/a.jpg");
     EXPECT_NE(pane.events->previewFailed("/s/a.jpg", "").find("'/s/a.jpg'"), std::string::npos);
     EXPECT_EQ(messages, Calls());
-    EXPECT_EQ(files.logLines(std::string(kScanLogName)).size(), 1U);
+    EXPECT_EQ(files.logLines(std::string(kProtocolName)).size(), 1U);
 }
 
 TEST(ZoomPicture, KeepsAllOfThePictureInTheBox) {
