@@ -70,6 +70,8 @@ class PreviewTools {
     virtual std::unique_ptr<OpenFile> open(const std::string& path, std::string& error) = 0;
     /// The same file once more, with a place of reading of its own.
     virtual std::unique_ptr<OpenFile> again(const OpenFile& file, std::string& error) = 0;
+    /// A file that has no name and these bytes; null if there is no room for it.
+    virtual std::unique_ptr<OpenFile> inMemory(std::string_view content) = 0;
     virtual std::string errorText(int code) = 0;
     /// Of a program of our own, which lies beside the main one; empty if it is not there.
     virtual std::string helper(const std::string& name) = 0;

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include "app/product.h"
 #include "platform/picture_size.h"
 #include "support/scan_fixture.h"
 

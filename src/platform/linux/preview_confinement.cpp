@@ -7,6 +7,7 @@
 #include <sys/prctl.h>
 #include <sys/resource.h>
 #include <sys/syscall.h>
+#include <sys/time.h>
 
 #include <cerrno>
 #include <cstddef>
@@ -128,6 +129,11 @@ void confineHelper(std::uint64_t bytes) {
 #else
     static_cast<void>(bytes);
 #endif
+}
+
+void endAfter(unsigned milliseconds) {
+    const itimerval timer{{0, 0}, {milliseconds / 1000, static_cast<long>(milliseconds % 1000) * 1000}};
+    ::setitimer(ITIMER_VIRTUAL, &timer, nullptr);
 }
 
 void allowSeconds(unsigned seconds) {

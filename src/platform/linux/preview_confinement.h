@@ -12,4 +12,7 @@ void confineHelper(std::uint64_t bytes);
 /// `seconds` more of the processor, counted from now; the process ends when they are used up.
 void allowSeconds(unsigned seconds);
 
+/// The process ends when it has used the processor for so long from now on.
+void endAfter(unsigned milliseconds);
+
 }  // namespace hl

@@ -2,6 +2,7 @@
 
 #include <dlfcn.h>
 #include <fcntl.h>
+#include <sys/mman.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -135,6 +136,13 @@ std::unique_ptr<OpenFile> LinuxPreviewTools::open(const std::string& path, std::
 
 std::unique_ptr<OpenFile> LinuxPreviewTools::again(const OpenFile& file, std::string& error) {
     return open("/proc/self/fd/" + std::to_string(file.descriptor()), error);
+}
+
+std::unique_ptr<OpenFile> LinuxPreviewTools::inMemory(std::string_view content) {
+    Descriptor file(::memfd_create("preview", MFD_CLOEXEC));
+    if (!file.isOpen() || writeAll(file.number(), content) != 0 || ::lseek(file.number(), 0, SEEK_SET) != 0)
+        return nullptr;
+    return std::make_unique<LinuxOpenFile>(std::move(file), content.size());
 }
 
 std::string LinuxPreviewTools::errorText(int code) {

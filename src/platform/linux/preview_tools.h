@@ -19,6 +19,7 @@ class LinuxPreviewTools final : public PreviewTools {
 
     std::unique_ptr<OpenFile> open(const std::string& path, std::string& error) override;
     std::unique_ptr<OpenFile> again(const OpenFile& file, std::string& error) override;
+    std::unique_ptr<OpenFile> inMemory(std::string_view content) override;
     std::string errorText(int code) override;
     std::string helper(const std::string& name) override;
     std::string command(const std::string& name) override;

@@ -7,12 +7,14 @@
 #include <QPainter>
 #include <QSlider>
 #include <QStyle>
+#include <QTimer>
 #include <QToolButton>
 #include <QUrl>
 #include <QVBoxLayout>
 #include <QVideoFrame>
 #include <QVideoSink>
 #include <algorithm>
+#include <limits>
 
 #include "platform/picture_size.h"
 #include "platform/qt/qt_convert.h"
@@ -24,7 +26,8 @@ namespace {
 
 constexpr int kVolumes = 100;
 constexpr float kFirstVolume = 0.7F;
-constexpr int kStep = 5000;  // Milliseconds.
+constexpr int kStep = 5000;  // Milliseconds; so too below.
+constexpr int kPatience = 8000;
 
 QString timeText(qint64 milliseconds) {
     const qint64 seconds = milliseconds / 1000;
@@ -78,6 +81,7 @@ class Player final : public MediaView {
     void connectPlayer();
     void showTime();
     void playPressed();
+    void failLater(const QString& error);
     template <class Body>
     auto guarded(const char* where, Body body) {
         return [this, where, body](auto...) { qtGuard(events_, where, body); };
@@ -93,7 +97,8 @@ class Player final : public MediaView {
     QSlider* position_ = nullptr;
     QSlider* volume_ = nullptr;
     QLabel* time_ = nullptr;
-    bool failedAlready_ = false;
+    QTimer patience_;  ///< With a file that neither loads nor fails.
+    int run_ = 0;      ///< Counts what is played, and what has ended.
 };
 
 Player::Player(const MediaStart& start)
@@ -161,14 +166,25 @@ void Player::connectPlayer() {
         const bool plays = player_.playbackState() == QMediaPlayer::PlayingState;
         play_->setIcon(style()->standardIcon(plays ? QStyle::SP_MediaPause : QStyle::SP_MediaPlay));
     }));
-    // The message takes the player away: not while it is the one who tells.
     connect(&player_, &QMediaPlayer::errorOccurred, this,
-            guarded("error",
-                    [this] {
-                        if (std::exchange(failedAlready_, true)) return;
-                        if (failed) failed(utf8(player_.errorString()));
-                    }),
-            Qt::QueuedConnection);
+            guarded("error", [this] { failLater(player_.errorString()); }));
+    patience_.setSingleShot(true);
+    connect(&patience_, &QTimer::timeout, this, guarded("timeout", [this] {
+        if (player_.mediaStatus() == QMediaPlayer::LoadingMedia) failLater({});
+    }));
+}
+
+// The message takes the player away: not while it is the one who tells. What it tells of a file before is
+// forgotten.
+void Player::failLater(const QString& error) {
+    const int run = run_;
+    const auto tell = [this, run, error] {
+        if (run != run_) return;
+        ++run_;
+        if (failed) failed(utf8(error));
+    };
+    QMetaObject::invokeMethod(
+        this, [this, tell] { qtGuard(events_, "failed", tell); }, Qt::QueuedConnection);
 }
 
 std::string Player::unavailable() const {
@@ -176,14 +192,16 @@ std::string Player::unavailable() const {
 }
 
 void Player::play(int descriptor) {
-    failedAlready_ = false;
+    ++run_;
+    patience_.start(kPatience);
     // The player takes a name only; this one is the open file, whatever its true name is.
     player_.setSource(QUrl(QStringLiteral("file:///proc/self/fd/%1").arg(descriptor)));
     player_.play();
 }
 
 void Player::stop() {
-    failedAlready_ = true;
+    ++run_;
+    patience_.stop();
     player_.stop();
     player_.setSource({});
     film_->clear();

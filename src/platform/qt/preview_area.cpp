@@ -6,10 +6,13 @@
 
 #include "base/path.h"
 #include "base/text.h"
+#include "base/text_encoding.h"
+#include "platform/preview_protocol.h"
 #include "platform/qt/media_view.h"
 #include "platform/qt/preview_pages.h"
 #include "platform/qt/preview_picture.h"
 #include "platform/qt/preview_texts.h"
+#include "platform/qt/preview_web.h"
 #include "platform/qt/qt_convert.h"
 #include "platform/qt/qt_guard.h"
 
@@ -139,9 +142,17 @@ void PreviewArea::showText() {
     if (file_) bring(text_, "rtfVorschau").showBytes(bytes, cut, noteIf(cut));
 }
 
+// A helper tries the page out: one that would keep the window busy, or take it down, is shown as a text.
 void PreviewArea::showMarkup(std::string_view bytes, bool cut) {
     if (!file_) return;
-    if (!bring(web_, "WebBrowser1").showMarkup(bytes, cut, noteIf(cut))) showText();
+    const std::string markup = withoutLinks(decodedText(bytes, cut));
+    const auto done = [this, markup, note = noteIf(cut)](bool well) {
+        if (!well) return showText();
+        bring(web_, "WebBrowser1").showMarkup(markup, note);
+    };
+    if (converter_->tryPage(markup, done)) return;
+    reportMissing(kPictureHelper);
+    showText();
 }
 
 void PreviewArea::showRichText() {

@@ -3,7 +3,9 @@
 #include <utility>
 
 #include "base/path.h"
+#include "platform/preview_protocol.h"
 #include "platform/qt/preview_texts.h"
+#include "platform/qt/preview_web.h"
 
 namespace hl {
 
@@ -11,7 +13,7 @@ namespace {
 
 constexpr const char* kRichTextCommand = "unrtf";
 constexpr const char* kOfficeCommand = "soffice";
-constexpr std::chrono::milliseconds kRichTextTime{10'000}, kOfficeTime{60'000};
+constexpr std::chrono::milliseconds kRichTextTime{10'000}, kPageTime{10'000}, kOfficeTime{60'000};
 constexpr std::uint64_t kLargestDocument = 128U << 20;
 constexpr std::size_t kMostWords = 64U << 10;  // What a converter may say.
 
@@ -63,6 +65,19 @@ bool PreviewConverter::richText(const OpenFile& file, std::function<void(const s
                      const std::string markup = well ? job_->output() : std::string();
                      clear();
                      done(markup);
+                 });
+}
+
+bool PreviewConverter::tryPage(const std::string& markup, std::function<void(bool)> done) {
+    clear();
+    const std::string helper = context_.tools.helper(kPictureHelper);
+    const auto page = helper.empty() ? nullptr : context_.tools.inMemory(markup);
+    if (!page) return false;
+    return start({.program = helper, .arguments = {kTryPage}, .input = page.get()}, kMostWords, kPageTime,
+                 [this, done = std::move(done)](bool well) {
+                     const bool tried = well && job_->output().starts_with(kPageTried);
+                     clear();
+                     done(tried);
                  });
 }
 

@@ -24,14 +24,11 @@ class TextView final : public QPlainTextEdit {
 class WebView final : public QTextBrowser {
   public:
     explicit WebView(QWidget* parent);
-    /// False for a page that is nested so deep that laying it out would end badly; nothing is shown then.
-    bool showMarkup(std::string_view bytes, bool cut, const std::string& note);
+    /// UTF-8 that was tried out before; `note` as above.
+    void showMarkup(const std::string& markup, const std::string& note);
 
   protected:
     QVariant loadResource(int type, const QUrl& name) override;
 };
-
-/// How deep tables, lists and blocks of a page stand in each other.
-std::size_t nestingOf(std::string_view markup);
 
 }  // namespace hl
