@@ -144,6 +144,22 @@ int compareFolded(std::string_view a, std::string_view b) {
     return static_cast<int>(!a.empty()) - static_cast<int>(!b.empty());
 }
 
+// A byte for each character; the end counts as 0. From the first that is none of ASCII, which is above all
+// that are, the rest is alike in all texts.
+FoldedKey foldedKey(std::string_view text) {
+    constexpr unsigned kBits = 8, kEach = 8;
+    constexpr std::uint64_t kBeyond = 0xFF;
+    std::uint64_t parts[2] = {};
+    bool beyond = false;
+    for (unsigned i = 0; i < 2 * kEach; ++i) {
+        std::uint64_t byte = 0;
+        if (!beyond && !text.empty()) byte = std::min<std::uint64_t>(foldedFront(text), kBeyond);
+        beyond = beyond || byte >= 0x80;
+        parts[i / kEach] = parts[i / kEach] << kBits | (beyond ? kBeyond : byte);
+    }
+    return {parts[0], parts[1]};
+}
+
 bool containsFolded(std::string_view text, std::string_view part) {
     return FoldedPart(part).isIn(text);
 }

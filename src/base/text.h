@@ -20,6 +20,13 @@ std::string lowerCase(std::string_view text);
 std::string upperCase(std::string_view text);
 /// Order of two texts as if both had been through lowerCase: below 0, 0 or above 0. Allocates nothing.
 int compareFolded(std::string_view a, std::string_view b);
+/// The first characters of a text as lowerCase leaves them. Keys that differ are in the order of
+/// compareFolded; texts with equal ones may still differ.
+struct FoldedKey {
+    std::uint64_t first = 0, second = 0;
+    auto operator<=>(const FoldedKey&) const = default;
+};
+FoldedKey foldedKey(std::string_view text);
 /// Whether `text` holds `part`, without regard to case. An empty part is held by every text.
 bool containsFolded(std::string_view text, std::string_view part);
 

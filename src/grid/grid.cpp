@@ -62,7 +62,7 @@ void Grid::packTexts() {
         text_[row] = packed.add(text(row));
         for (std::size_t i = 0; i < cells_.count(); ++i) {
             const auto cell = static_cast<CellId>(i);
-            if (cells_.isText(cell)) cells_.setText(row, cell, packed.add(cellText(row, cell)));
+            if (cells_.isText(cell)) cells_.setText(row, cell, packed.addShared(cellText(row, cell)));
         }
     }
     for (auto& [row, note] : notes_) note = packed.add(texts_.get(note));
@@ -155,7 +155,7 @@ void Grid::setNumber(Row row, CellId cell, double value) {
 
 void Grid::setCellText(Row row, CellId cell, std::string_view text) {
     wasteBytes_ += cellText(row, cell).size();
-    cells_.setText(row, cell, texts_.add(text));
+    cells_.setText(row, cell, texts_.addShared(text));
     changed(&GridChange::cells);
 }
 

@@ -1,7 +1,10 @@
 // Sorting level by level, and searching.
 #include <algorithm>
+#include <array>
+#include <bit>
 #include <charconv>
 #include <functional>
+#include <numeric>
 #include <utility>
 
 #include "base/text.h"
@@ -12,13 +15,65 @@ namespace hl {
 namespace {
 
 // Keys are read once per row and carried with it: a comparison touches no column.
-template <class Key, class Less>
-bool sortKeyed(std::vector<std::pair<Key, Row>>& keyed, bool descending, Less less) {
-    const auto before = [&](const auto& a, const auto& b) {
-        return descending ? less(b.first, a.first) : less(a.first, b.first);
+template <class Key>
+using Keyed = std::vector<std::pair<Key, Row>>;
+
+struct TextKey {
+    FoldedKey folded;
+    std::string_view text;
+};
+
+// Most texts differ in their first characters, and those that do not are often one text of many rows.
+bool isLess(const TextKey& a, const TextKey& b) {
+    if (a.folded != b.folded) return a.folded < b.folded;
+    if (a.text.data() == b.text.data()) return false;
+    return compareFolded(a.text, b.text) < 0;
+}
+
+/// False if they were in order.
+bool sortKeyed(Keyed<TextKey>& keyed, bool descending) {
+    const auto before = [descending](const auto& a, const auto& b) {
+        return descending ? isLess(b.first, a.first) : isLess(a.first, b.first);
     };
     if (std::is_sorted(keyed.begin(), keyed.end(), before)) return false;
     std::stable_sort(keyed.begin(), keyed.end(), before);
+    return true;
+}
+
+// Numbers go by their digits, the last one first. Half a million of them take some 10 ms, in which a click
+// has to wait; comparisons take 50.
+using NumberKey = std::uint64_t;
+constexpr unsigned kDigitBits = 11;
+constexpr std::size_t kDigits = std::size_t{1} << kDigitBits;
+
+/// Rises with the number, or falls.
+NumberKey numberKey(double number, bool descending) {
+    constexpr NumberKey kSign = NumberKey{1} << 63;
+    const auto bits = std::bit_cast<NumberKey>(number + 0.0);  // Of the two zeros the one above 0.
+    const NumberKey rising = (bits & kSign) != 0 ? ~bits : bits | kSign;
+    return descending ? ~rising : rising;
+}
+
+void sortByDigit(Keyed<NumberKey>& keyed, Keyed<NumberKey>& sorted, unsigned shift) {
+    const auto digitOf = [shift](NumberKey key) { return key >> shift & (kDigits - 1); };
+    std::array<std::size_t, kDigits> place{};
+    for (const auto& [key, row] : keyed) ++place[digitOf(key)];
+    if (place[digitOf(keyed.front().first)] == keyed.size()) return;
+    std::exclusive_scan(place.begin(), place.end(), place.begin(), std::size_t{0});
+    for (const auto& one : keyed) sorted[place[digitOf(one.first)]++] = one;
+    std::swap(keyed, sorted);
+}
+
+/// False if they were in order.
+bool sortKeyed(Keyed<NumberKey>& keyed) {
+    const auto before = [](const auto& a, const auto& b) { return a.first < b.first; };
+    if (std::is_sorted(keyed.begin(), keyed.end(), before)) return false;
+    if (keyed.size() < kDigits) {
+        std::stable_sort(keyed.begin(), keyed.end(), before);
+        return true;
+    }
+    Keyed<NumberKey> sorted(keyed.size());
+    for (unsigned shift = 0; shift < 64; shift += kDigitBits) sortByDigit(keyed, sorted, shift);
     return true;
 }
 
@@ -30,7 +85,7 @@ double leadingNumber(std::string_view text) {
 }
 
 template <class Key>
-std::vector<Row> rowsOf(const std::vector<std::pair<Key, Row>>& keyed) {
+std::vector<Row> rowsOf(const Keyed<Key>& keyed) {
     std::vector<Row> rows;
     rows.reserve(keyed.size());
     for (const auto& [key, row] : keyed) rows.push_back(row);
@@ -42,33 +97,39 @@ std::vector<Row> rowsOf(const std::vector<std::pair<Key, Row>>& keyed) {
 void Grid::sortChildren(Row parent, const LevelSort& sort, CellId cell) {
     const Row first = firstChild(parent);
     if (first == kNoRow || nextSibling(first) == kNoRow) return;
-    const auto sortBy = [&](auto keyOf, auto less) {
-        std::vector<std::pair<decltype(keyOf(first)), Row>> keyed;
-        for (Row row = first; row != kNoRow; row = nextSibling(row)) keyed.emplace_back(keyOf(row), row);
-        if (sortKeyed(keyed, sort.descending, less)) tree_.reorder(parent, rowsOf(keyed));
+    const auto keyed = [&](auto keyOf) {
+        Keyed<decltype(keyOf(first))> all;
+        if (parent == kNoRow) all.reserve(rowCount());
+        for (const Row row : parent == kNoRow ? tree_.sortedRoots() : std::span<const Row>())
+            all.emplace_back(keyOf(row), row);
+        if (!all.empty()) return all;
+        for (Row row = first; row != kNoRow; row = nextSibling(row)) all.emplace_back(keyOf(row), row);
+        return all;
     };
     const auto textOf = [&](Row row) { return cell == kNoCell ? text(row) : cellText(row, cell); };
     const bool isText = cell == kNoCell || cells_.isText(cell);
-    const auto folded = [](std::string_view a, std::string_view b) { return compareFolded(a, b) < 0; };
-    if (!isText) {
-        sortBy([&](Row row) { return number(row, cell); }, std::less<double>());
-    } else if (sort.numbers) {
-        sortBy([&](Row row) { return leadingNumber(textOf(row)); }, std::less<double>());
-    } else {
-        sortBy(textOf, folded);
+    if (isText && !sort.numbers) {
+        auto texts = keyed([&](Row row) { return TextKey{foldedKey(textOf(row)), textOf(row)}; });
+        if (sortKeyed(texts, sort.descending)) tree_.reorder(parent, rowsOf(texts));
+        return;
     }
+    auto numbers = keyed([&](Row row) {
+        return numberKey(isText ? leadingNumber(textOf(row)) : number(row, cell), sort.descending);
+    });
+    if (sortKeyed(numbers)) tree_.reorder(parent, rowsOf(numbers));
 }
 
 void Grid::sortLevels(std::uint32_t deepest, const std::function<void()>& between) {
-    // Parents by level, in one pass over the rows and 4 bytes for each parent.
+    // Parents by level, in one pass over the rows and 4 bytes for each parent. Those of the roots are no row.
     std::vector<std::size_t> ends(std::size_t{deepest} + 1, 0);
-    for (Row row = firstRoot(); row != kNoRow; row = tree_.following(row))
+    const Row from = deepest > 0 ? firstRoot() : kNoRow;
+    for (Row row = from; row != kNoRow; row = tree_.following(row))
         if (hasChildren(row) && level(row) < deepest) ++ends[level(row)];
     for (std::size_t sum = 0; std::size_t & end : ends) sum = end += sum;
     std::vector<Row> parents(ends.empty() ? 0 : ends.back());
     std::vector<std::size_t> fill(ends.size(), 0);
     for (std::size_t i = 1; i < ends.size(); ++i) fill[i] = ends[i - 1];
-    for (Row row = firstRoot(); row != kNoRow; row = tree_.following(row))
+    for (Row row = from; row != kNoRow; row = tree_.following(row))
         if (hasChildren(row) && level(row) < deepest) parents[fill[level(row)]++] = row;
 
     for (std::uint32_t level = 0; level <= deepest; ++level) {

@@ -1,6 +1,7 @@
 #include "grid/text_store.h"
 
 #include <cstring>
+#include <functional>
 
 #include "base/fault.h"
 
@@ -52,6 +53,14 @@ TextRef TextStore::add(std::string_view text) {
     return ref;
 }
 
+TextRef TextStore::addShared(std::string_view text) {
+    if (text.empty()) return 0;
+    if (recent_.empty()) recent_.resize(kRecent);
+    TextRef& recent = recent_[std::hash<std::string_view>()(text) % kRecent];
+    if (recent == 0 || get(recent) != text) recent = add(text);
+    return recent;
+}
+
 std::string_view TextStore::get(TextRef ref) const {
     if (ref == 0) return {};
     const char* place = blockStart_[ref >> kBlockBits] + (ref & (kBlockBytes - 1));
@@ -67,6 +76,7 @@ std::string_view TextStore::get(TextRef ref) const {
 void TextStore::clear() {
     owned_.clear();
     blockStart_.clear();
+    recent_.clear();
     fill_ = kBlockBytes;
     used_ = 0;
 }

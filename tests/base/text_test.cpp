@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <random>
+
 namespace hl {
 namespace {
 
@@ -47,6 +49,26 @@ TEST(CompareFolded, OrdersAsTheFoldedTextsDoAndTakesNoStrayByteForACharacter) {
     for (std::size_t i = 0; i < std::size(order); ++i)
         for (std::size_t j = 0; j < std::size(order); ++j)
             EXPECT_EQ(compareFolded(order[i], order[j]), i < j ? -1 : i > j ? 1 : 0) << order[i] << order[j];
+}
+
+TEST(CompareFolded, AgreesWithTheKeysOfTexts) {
+    std::mt19937 random(5);
+    const std::string_view parts[] = {"a", "A",    "b",    "z",    "É",    "é", "Я",
+                                      "K", "\x80", "\xFF", "\x7f", "0123", "😀"};
+    std::vector<std::string> texts = {"", std::string(1, '\0'), std::string("a\0b", 3)};
+    for (int i = 0; i < 300; ++i) {
+        std::string text(random() % 16, 'x');
+        for (auto count = random() % 5; count > 0; --count) text += parts[random() % std::size(parts)];
+        texts.push_back(text);
+    }
+    int decided = 0;
+    for (const std::string& a : texts)
+        for (const std::string& b : texts) {
+            if (foldedKey(a) == foldedKey(b)) continue;
+            ++decided;
+            ASSERT_EQ(foldedKey(a) < foldedKey(b), compareFolded(a, b) < 0) << a << " " << b;
+        }
+    EXPECT_GT(decided, 80'000);  // Of 92,000.
 }
 
 TEST(ContainsFolded, FindsAPartWithoutRegardToCase) {

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <random>
 
 namespace hl {
 namespace {
@@ -46,6 +47,28 @@ TEST_F(GridTest, SortsByAnyCellInBothDirectionsAndKeepsTheOrderOfEqualKeys) {
         grid.levelSort(0) = sort;
         grid.sortLevels(0);
         EXPECT_EQ(texts(), expected) << sort.key << sort.descending;
+    }
+}
+
+TEST_F(GridTest, SortsManyNumbersAsFewAndKeepsTheOrderOfEqualOnes) {
+    std::mt19937 random(3);
+    constexpr CellSpec kReal[] = {{"real", CellType::kReal}};
+    Grid many(kReal);
+    std::vector<std::pair<double, Row>> expected;
+    constexpr double kKinds[] = {0.0, -0.0, 1e-300, -1e300, 0.01, 1, 4096, 9e18};
+    for (int i = 0; i < 20'000; ++i) {
+        const double any = static_cast<double>(random() % 5000) - 2500;
+        const double value = i % 3 == 0 ? kKinds[random() % std::size(kKinds)] : any;
+        expected.emplace_back(value, many.addRow(kNoRow, ""));
+        many.setNumber(expected.back().second, 0, value);
+    }
+    for (const bool descending : {true, false, true}) {
+        many.levelSort(0) = {"real", true, descending};
+        many.sortLevels(0);
+        std::stable_sort(expected.begin(), expected.end(), [&](const auto& a, const auto& b) {
+            return descending ? a.first > b.first : a.first < b.first;
+        });
+        for (std::size_t i = 0; i < expected.size(); ++i) ASSERT_EQ(many.rowAt(i), expected[i].second) << i;
     }
 }
 

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <vector>
 
 #include "base/fault.h"
 
@@ -29,6 +30,21 @@ TEST(TextStore, CountsATextWithFewBytesMoreAndAnEmptyOneWithNone) {
     for (int i = 0; i < 1000; ++i) store.add("0123456789");
     EXPECT_EQ(store.add(""), 0U);
     EXPECT_EQ(store.bytesUsed(), 11'000U);
+}
+
+TEST(TextStore, StoresOnceWhatManyRowsHaveInCommon) {
+    TextStore store;
+    std::vector<TextRef> refs;
+    for (int i = 0; i < 5000; ++i)
+        refs.push_back(store.addShared("/a/folder/" + std::to_string(i / 100) + "/"));
+    EXPECT_LT(store.bytesUsed(), 1200U);
+    for (int i = 0; i < 5000; ++i)
+        EXPECT_EQ(store.get(refs[static_cast<std::size_t>(i)]), "/a/folder/" + std::to_string(i / 100) + "/");
+    for (int i = 0; i < 5000; ++i)
+        EXPECT_EQ(store.get(store.addShared(std::to_string(i))), std::to_string(i));
+    store.clear();
+    EXPECT_EQ(store.get(store.addShared("/a/folder/1/")), "/a/folder/1/");
+    EXPECT_EQ(store.addShared(""), 0U);
 }
 
 TEST(TextStore, RaisesOverflowForMoreThanItCanAddressAndStaysUsable) {

@@ -14,10 +14,11 @@ namespace {
 
 constexpr int kLongestFirstEnding = 4;
 
-/// "tar.gz" of "x.tar.gz", else the part behind the last dot; all of a name without one.
+/// "tar.gz" of "x.tar.gz", else the part behind the last dot; empty for a name without one.
 QString endingOf(const QString& name) {
     const auto last = name.lastIndexOf(QLatin1Char('.'));
-    if (last <= 0) return name;
+    if (last < 0) return {};
+    if (last == 0) return name;
     const auto first = name.lastIndexOf(QLatin1Char('.'), last - 1);
     const auto between = QStringView(name).mid(first + 1, last - first - 1);
     const bool letters = std::all_of(between.begin(), between.end(), [](QChar c) { return c.isLetter(); });
@@ -52,7 +53,7 @@ std::string DesktopFileTypes::iconName(std::string_view fileName) {
     return kindOf(fileName).icon;
 }
 
-// Names that decide as a whole, and names without an ending, are kept too, up to a bound.
+// Names that decide as a whole are kept too, up to a bound. The others without an ending are all alike.
 const DesktopFileTypes::Kind& DesktopFileTypes::kindOf(std::string_view fileName) {
     constexpr qsizetype kMostKinds = 20'000;
     if (kinds_.isEmpty() && literals_.isEmpty()) readPatterns();

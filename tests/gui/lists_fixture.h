@@ -1,0 +1,131 @@
+// The four lists in the window: files of a folder, largest files, hardlinks, junctions. Mouse and keys are
+// real, trees lie on the disk.
+#pragma once
+
+#include <QComboBox>
+#include <QScrollBar>
+#include <algorithm>
+
+#include "base/text.h"
+#include "gui/window_fixture.h"
+#include "scan/records.h"
+
+namespace hl::test {
+
+using Names = std::vector<std::string>;
+
+struct ListInfo {
+    GridId id;
+    const char* bar;
+    int panel, fullView, save;  // Entries of the main bar, and of its own.
+};
+inline constexpr ListInfo kFileList = {GridId::kFiles, "cbrFiles", 306, 323, 324},
+                          kTopList = {GridId::kTop, "cbrTOP", 307, 323, 325},
+                          kHardlinkList = {GridId::kHardlinks, "cbrHardlinks", 308, 327, 324},
+                          kJunctionList = {GridId::kJunctions, "cbrJunctions", 309, 323, 324};
+inline constexpr ListInfo kAll[] = {kFileList, kTopList, kHardlinkList, kJunctionList};
+inline constexpr ListInfo kWithFiles[] = {kFileList, kTopList, kHardlinkList};
+
+inline const std::string kBytes = "\xff\xfe odd \x80 #%41?.txt";
+
+class ListSession : public Session {
+  public:
+    using Session::Session;
+    void press(const ListInfo& list, int entry) {
+        click((std::string(list.bar) + "." + std::to_string(entry)).c_str());
+    }
+    /// Shows it, and nothing beside it.
+    GridView& open(const ListInfo& list) {
+        if (!window().grid(list.id).isVisible()) click(("cbrMain." + std::to_string(list.panel)).c_str());
+        press(list, list.fullView);
+        EXPECT_EQ(panes(), window().grid(list.id).objectName().toStdString());
+        return window().grid(list.id);
+    }
+    void typeIn(const ListInfo& list, int entry, const std::string& text, Qt::Key end = Qt::Key_Return) {
+        type((std::string(list.bar) + "." + std::to_string(entry)).c_str(), text, end);
+    }
+    QLineEdit& edit(const ListInfo& list, int entry) {
+        return *frame().findChild<QLineEdit*>(QLatin1String(list.bar) + QLatin1Char('.') +
+                                              QString::number(entry));
+    }
+    std::string secondPanel() {
+        return frame().findChild<QWidget*>(QStringLiteral("panel2"))->accessibleName().toStdString();
+    }
+    static Names names(GridView& view) {
+        Names all;
+        view.sync();
+        for (std::size_t i = 0; i < view.rows().count(); ++i)
+            all.emplace_back(view.grid().text(view.rows().at(i)));
+        return all;
+    }
+    /// Folder and name.
+    static std::string path(const Grid& grid, Row row) {
+        return std::string(grid.cellText(row, kFilePath)).append(grid.text(row));
+    }
+    static QPoint title(GridView& view, int column) {
+        const QHeaderView& header = *view.horizontalHeader();
+        view.horizontalScrollBar()->setValue(header.sectionPosition(column));
+        return {header.sectionViewportPosition(column) + header.sectionSize(column) / 2, 5};
+    }
+    static void clickTitleOf(GridView& view, int column) {
+        const QPoint at = title(view, column);
+        QTest::mouseClick(view.horizontalHeader()->viewport(), Qt::LeftButton, {}, at);
+        settle();
+    }
+    /// Upwards.
+    static void sortByName(GridView& view) {
+        const auto less = [](const std::string& a, const std::string& b) { return compareFolded(a, b) < 0; };
+        for (Names now = names(view); !std::is_sorted(now.begin(), now.end(), less); now = names(view))
+            clickTitleOf(view, 0);
+    }
+    static QPoint place(GridView& view, std::size_t index) {
+        view.horizontalScrollBar()->setValue(0);
+        return {20, view.rowRect(index).center().y()};
+    }
+    static void clickOn(GridView& view, std::size_t index, Qt::KeyboardModifiers keys = {}) {
+        QTest::mouseClick(view.viewport(), Qt::LeftButton, keys, place(view, index));
+        settle();
+    }
+    /// In the format of that letter.
+    std::string saved(const ListInfo& list, Qt::Key format, const std::string& target) {
+        answers.add([&](QDialog& dialog) {
+            EXPECT_EQ(dialog.objectName(), QStringLiteral("frmSaveFiles"));
+            QTest::keyClick(dialog.findChildren<QComboBox*>().first(), format);
+            pressIn(dialog, "OK");
+        });
+        answers.add([&](QDialog& dialog) { choosePath(dialog, target); });
+        press(list, list.save);
+        return contentOf(target);
+    }
+};
+
+/// Sizes in bytes, all lists filled, and no list of drives.
+class ListsTest : public WindowTest {
+  protected:
+    ListsTest() { options(""); }
+    void options(const std::string& more) const {
+        std::string text = "[Optionen]\r\nDiskinfoVisible=0\r\n";
+        for (const char* on : {"CreateListTOP", "CreateListHardlink", "CreateListJunction"})
+            text += std::string(on) + "=1\r\n";
+        for (const char* list : {"Files", "Top", "Hardlinks"})
+            text += std::string("FileSizeFormat") + list + "=0\r\n";
+        setSettings(text + more);
+    }
+    void link(const std::string& from, const std::string& to) const {
+        std::filesystem::create_hard_link(at(from), at(to));
+    }
+    /// Files a to f of the sizes 600 to 100, those of two names, and links to folders.
+    void someTree() const {
+        for (const char* path : {"src/sub", "other"}) folder(path);
+        for (int i = 0; i < 6; ++i) {
+            const std::string name =
+                std::string(1, static_cast<char>("aBcDeF"[i])) + (i % 2 == 0 ? ".txt" : ".Dat");
+            file("src/" + name, 600 - 100 * i);
+            link("src/" + name, "src/sub/again " + name);
+        }
+        for (const char* name : {"to A", "to b", "to C"})
+            std::filesystem::create_directory_symlink(at("other"), at("src/") + name);
+    }
+};
+
+}  // namespace hl::test
