@@ -2,7 +2,7 @@
 """Measures the window against what it has to reach; prints a Markdown table.
 
     bench/window.py TREE                 TREE as bench/run DIR --keep leaves it, such as DIR/1m
-    bench/window.py TREE --rounds 5 --only scan,start,clicks,rows,lists,files,analyse,others
+    bench/window.py TREE --rounds 5 --only scan,start,clicks,rows,lists,files,analyse,preview,others
     bench/window.py TREE --wide FOLDER    FOLDER holds 500,000 files, such as DIR/wide: for "files"
 
 All but "others" runs on no screen (Qt's "offscreen"), with the module of the built program. "others" starts the
@@ -134,6 +134,17 @@ class Bench:
         runs = [self.inside("analyse") for _ in range(self.options.rounds)]
         yield "names of hardlinks brought together, 200,000, s", median_of(runs, "analyse"), 0.5
 
+    def preview(self):
+        runs = []
+        for _ in range(self.options.rounds):
+            run = subprocess.run([self.build / "bench" / "bench_preview", self.home, self.modules],
+                                 env=self.environment, check=True, stdout=subprocess.PIPE, text=True)
+            runs.append({name: float(value) for name, value in map(str.split, run.stdout.splitlines())})
+        for name, what, limit in (("text", "a text of 1 MB", 100), ("picture", "a JPEG of 12 megapixels", 300),
+                                  ("pages", "a PDF of 20 pages", 300)):
+            yield f"preview of {what} until drawn, ms", median_of(runs, name), limit
+            yield f"the first of its kind, ms", median_of(runs, f"{name}_first"), None
+
     def others(self):
         with Screen() as display:
             programs = {"harborlantern": self.modules / "harborlantern"}
@@ -211,7 +222,7 @@ def parsed():
     parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
     parser.add_argument("tree", metavar="TREE")
     parser.add_argument("--rounds", type=int, default=5)
-    parser.add_argument("--only", default="scan,start,clicks,rows,lists,files,analyse,others")
+    parser.add_argument("--only", default="scan,start,clicks,rows,lists,files,analyse,preview,others")
     parser.add_argument("--wide", metavar="FOLDER")
     parser.add_argument("--build", default=str(ROOT / "build" / "release"))
     options = parser.parse_args()

@@ -1,0 +1,149 @@
+// Measures the preview: milliseconds from the choice of a file until it is drawn. bench/window.py runs it:
+//
+//     bench_preview FOLDER PROGRAMS    FOLDER gets the files; PROGRAMS holds the helpers of the preview
+//
+// It makes a text of 1 MB, a JPEG of 12 megapixels and a PDF of 20 pages, and shows each several times, the
+// first time with whatever that has to load.
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QImage>
+#include <QPainter>
+#include <QPdfWriter>
+#include <algorithm>
+#include <cstdio>
+#include <fstream>
+#include <functional>
+
+#include "platform/linux/preview_tools.h"
+#include "platform/qt/preview_area.h"
+#include "platform/qt/preview_pages.h"
+#include "platform/qt/preview_picture.h"
+#include "platform/qt/preview_texts.h"
+#include "window_parts.h"
+
+namespace hl {
+
+namespace {
+
+constexpr int kTimes = 7;
+constexpr int kLongestWait = 20'000;
+
+// A picture that compresses as a photograph does, and not to nothing.
+void makePicture(const std::string& path) {
+    QImage image(4000, 3000, QImage::Format_RGB32);
+    std::uint32_t noise = 1;
+    for (int y = 0; y < image.height(); ++y)
+        for (int x = 0; x < image.width(); ++x) {
+            noise = noise * 1664525 + 1013904223;
+            const int grain = static_cast<int>(noise >> 28);
+            image.setPixel(x, y, qRgb(x / 16 + grain, y / 12 + grain, (x + y) / 28 + grain));
+        }
+    image.save(QString::fromStdString(path), "JPG", 90);
+}
+
+void makeDocument(const std::string& path) {
+    QPdfWriter writer(QString::fromStdString(path));
+    QPainter painter(&writer);
+    for (int page = 0; page < 20; ++page) {
+        if (page > 0) writer.newPage();
+        for (int line = 1; line <= 50; ++line)
+            painter.drawText(
+                100, line * writer.height() / 52,
+                QStringLiteral("Line %1 of page %2: where the space has gone").arg(line).arg(page + 1));
+    }
+}
+
+void makeText(const std::string& path) {
+    std::ofstream out(path);
+    for (int line = 0; line < 20'000; ++line)
+        out << "A line of text as a log would have it, number " << line << '\n';
+}
+
+bool wait(const std::function<bool()>& drawn) {
+    QElapsedTimer timer;
+    timer.start();
+    while (!drawn()) {
+        if (timer.elapsed() > kLongestWait) return false;
+        QApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents, 5);
+    }
+    return true;
+}
+
+class Bench final : public PreviewEvents {
+  public:
+    explicit Bench(PreviewArea& area) : area_(area) { area.setEvents(this); }
+
+    void measure(const char* name, PreviewViewer viewer, const std::string& path,
+                 const std::function<bool()>& drawn) {
+        std::vector<double> times;
+        for (int i = 0; i < kTimes; ++i) {
+            area_.clear();
+            QApplication::processEvents();
+            QElapsedTimer timer;
+            timer.start();
+            std::string error;
+            if (!area_.showFile(viewer, path, error) || !wait(drawn)) give(path + " was not drawn " + error);
+            area_.repaint();
+            times.push_back(static_cast<double>(timer.nsecsElapsed()) / 1e6);
+        }
+        std::printf("%s_first %.6f\n", name, times.front());
+        std::sort(times.begin(), times.end());
+        std::printf("%s %.6f\n", name, times[kTimes / 2]);
+    }
+
+    std::string previewFailed(const std::string& path, const std::string& error) override {
+        give(path + ": " + error);
+    }
+    void previewMissing(const std::string& what) override { give(what); }
+    std::string previewUnknown() override { return "unknown"; }
+
+  private:
+    [[noreturn]] static void give(const std::string& reason) {
+        std::fprintf(stderr, "%s\n", reason.c_str());
+        std::exit(1);
+    }
+
+    PreviewArea& area_;
+};
+
+/// The form is here for the errors of the pane alone.
+int run(const std::string& folder, const std::string& programs) {
+    bench::Parts parts;
+    LinuxDrives drives;
+    LinuxFolderVerb verb("harborlantern-bench", parts.home, parts.home);
+    WindowForm form(parts.services(), {drives, verb, "bench_preview", parts.home, "", "0", false,
+                                       [](Window*, MessagePump*) {}});
+    LinuxPreviewTools tools(programs, "", folder);
+    PreviewParts preview;
+    preview.tools = &tools;
+    PreviewArea area(preview, form, nullptr);
+    area.resize(800, 600);
+    area.show();
+    QApplication::processEvents();
+
+    const std::string text = folder + "/a.txt", picture = folder + "/b.jpg", document = folder + "/c.pdf";
+    makeText(text);
+    makePicture(picture);
+    makeDocument(document);
+    Bench bench(area);
+    bench.measure("text", PreviewViewer::kText, text, [&] { return area.viewer() != nullptr; });
+    bench.measure("picture", PreviewViewer::kPicture, picture, [&] {
+        auto* view = dynamic_cast<PictureView*>(area.viewer());
+        return view != nullptr && !view->image().isNull();
+    });
+    bench.measure("pages", PreviewViewer::kPages, document, [&] {
+        auto* view = dynamic_cast<PagesView*>(area.viewer());
+        return view != nullptr && view->pageCount() > 0 && view->isDrawn(0);
+    });
+    area.clear();
+    return 0;
+}
+
+}  // namespace
+}  // namespace hl
+
+int main(int argc, char** argv) {
+    if (argc != 3) return std::fputs("Usage: bench_preview FOLDER PROGRAMS\n", stderr), 2;
+    QApplication application(argc, argv);
+    return hl::run(argv[1], argv[2]);
+}
