@@ -143,7 +143,7 @@ class Bench:
         for name, what, limit in (("text", "a text of 1 MB", 100), ("picture", "a JPEG of 12 megapixels", 300),
                                   ("pages", "a PDF of 20 pages", 300)):
             yield f"preview of {what} until drawn, ms", median_of(runs, name), limit
-            yield f"the first of its kind, ms", median_of(runs, f"{name}_first"), None
+            yield "the first of its kind, ms", median_of(runs, f"{name}_first"), None
 
     def others(self):
         with Screen() as display:
