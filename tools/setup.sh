@@ -41,6 +41,22 @@ readonly kWindowPackages=(
     "fonts-dejavu-core=$kFonts/DejaVuSans.ttf:$kFonts/NotoSans-Regular.ttf:$kFonts/LiberationSans-Regular.ttf"
     "adwaita-icon-theme=$kIcons/Adwaita/index.theme:$kIcons/breeze/index.theme:$kIcons/Papirus/index.theme")
 
+# Viewers of the preview: what they are built with, and what they show and play with. Wanted, not needed.
+readonly kPdfConfig='/usr/lib/*/cmake/Qt6Pdf/Qt6PdfConfig.cmake:/usr/lib*/cmake/Qt6Pdf/Qt6PdfConfig.cmake'
+readonly kMediaConfig='/usr/lib/*/cmake/Qt6Multimedia/Qt6MultimediaConfig.cmake:/usr/lib*/cmake/Qt6Multimedia/Qt6MultimediaConfig.cmake'
+readonly kPlugins=/usr/lib/*/gstreamer-1.0
+readonly kViewerPackages=(
+    "qt6-pdf-dev=$kPdfConfig" "qt6-multimedia-dev=$kMediaConfig" unrtf=unrtf
+    'qt6-image-formats-plugins=/usr/lib/*/qt6/plugins/imageformats/libqtiff.so'
+    "gstreamer1.0-plugins-base=$kPlugins/libgstplayback.so" "gstreamer1.0-plugins-good=$kPlugins/libgstisomp4.so"
+    "gstreamer1.0-libav=$kPlugins/libgstlibav.so")
+
+# installWindow: what the window needs, and what its preview would like to have, if that can be had.
+installWindow() {
+    install "${kProgramPackages[@]}" "${kWindowPackages[@]}"
+    (install "${kViewerPackages[@]}") || say "The preview will be without what these are for."
+}
+
 # install PACKAGE=PROOF...: installs each package whose proof is not there.
 install() {
     local missing=() asRoot=() pair
@@ -58,11 +74,16 @@ install() {
     quietly "${apt[@]}" install --no-install-recommends "${missing[@]}" || fail "Installing failed: apt-get install ${missing[*]}"
 }
 
+# viewerIsNew CACHE LIBRARY PROOF: it was missing when the build was configured, and is there now.
+viewerIsNew() { isThere "$3" && ! grep -q "^Qt6$2_DIR:PATH=/" "$1"; }
+
 # Configured without the window where Qt was missing then, without the tests where only the program was wanted.
 needsConfiguring() {
     local folder=$1 tests=$2 window=$3 cache=$1/CMakeCache.txt
     [[ ! -e $folder/build.ninja ]] && return 0
     [[ $tests == ON ]] && ! grep -q '^HARBORLANTERN_TESTS:BOOL=ON' "$cache" && return 0
+    [[ $window == ON ]] && { viewerIsNew "$cache" Pdf "$kPdfConfig" || viewerIsNew "$cache" Multimedia "$kMediaConfig"; } &&
+        return 0
     [[ $window == ON ]] && ! { grep -q '^Qt6_DIR:PATH=/' "$cache" && grep -q 'harborlantern-gui' "$folder/build.ninja"; }
 }
 

@@ -86,7 +86,7 @@ TextEncoding guessedEncoding(std::string_view bytes, bool cut) {
     constexpr std::size_t kLookedAt = 4096;
     const std::string_view start = bytes.substr(0, kLookedAt);
     const auto [even, odd] = zerosInHalves(start);
-    const std::size_t many = std::max<std::size_t>(1, start.size() / 8);
+    const std::size_t many = std::max<std::size_t>(1, start.size() / 4);
     if (odd >= many && even * 8 <= odd) return TextEncoding::kUtf16Little;
     if (even >= many && odd * 8 <= even) return TextEncoding::kUtf16Big;
     return isUtf8(bytes, cut) ? TextEncoding::kUtf8 : TextEncoding::kWindows1252;

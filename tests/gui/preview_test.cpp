@@ -10,6 +10,7 @@
 #include <QAbstractButton>
 #include <QAbstractSlider>
 #include <QImage>
+#include <QLabel>
 #include <QPainter>
 #include <QPdfWriter>
 #include <QScrollBar>
@@ -24,6 +25,7 @@
 #include "recording_events.h"
 #include "support/temp_dir.h"
 #include "support/whole_files.h"
+#include "window_fixture.h"
 
 namespace hl::test {
 namespace {
@@ -364,6 +366,8 @@ TEST_F(PreviewPaneTest, AFilmThatIsNoneCostsAMessage) {
         ASSERT_TRUE(show(V::kMedia, file(name, content)));
         if (!missing.empty()) GTEST_SKIP() << "no player: " << missing[0];
         EXPECT_TRUE(failsSoon()) << name;
+        QTest::qWait(50);
+        EXPECT_EQ(failures.size(), 1U) << name;
     }
 }
 
@@ -394,6 +398,57 @@ TEST_F(PreviewPaneTest, AFileThatVanishesMeanwhileIsShownToTheEnd) {
     ASSERT_TRUE(pictureSoon());
     area->resize(100, 100);
     EXPECT_TRUE(soon([&] { return viewer<PictureView>()->image().width() == 100; }));
+}
+
+// --- in the window
+
+struct PreviewWindowTest : WindowTest {
+    std::optional<LinuxPreviewTools> tools;
+};
+
+TEST_F(PreviewWindowTest, FollowsTheSelectionOfTheListAndGoesWithIt) {
+    setSettings("[Optionen]\r\nFilelistVisible=1\r\nDiskinfoVisible=0\r\n");
+    writeFile(tree.path() + "/a.txt", "first");
+    writeFile(tree.path() + "/b\xFF.txt", "second");
+    writeFile(tree.path() + "/c.xyz", "third");
+    tools.emplace(kPrograms, "", tree.path());
+    Session session(home.path());
+    session.form().parts().preview.tools = &*tools;
+    session.start();
+    session.form()
+        .parts()
+        .splitters[static_cast<std::size_t>(SplitterId::kFilesAndPreview)]
+        ->setControl2Visible(true);
+    auto* area = dynamic_cast<PreviewArea*>(session.frame().findChild<QWidget*>(QStringLiteral("preview")));
+    ASSERT_NE(area, nullptr);
+    session.settle();
+    ASSERT_TRUE(area->isVisible());
+    EXPECT_EQ(area->viewer(), nullptr);
+    session.scan(tree.path());
+    Grid& list = *session.form().parts().grids[static_cast<std::size_t>(GridId::kFiles)];
+    ScanHost& form = session.form();
+    form.showFilesOf(tree.path() + "/");
+    const auto select = [&](const std::string& name) {
+        list.selectNone();
+        for (std::size_t i = 0; i < list.rowCount(); ++i)
+            if (list.text(list.rowAt(i)) == name) list.setSelected(list.rowAt(i), true);
+        form.refreshPreview();
+        auto* view = dynamic_cast<TextView*>(area->viewer());
+        return view != nullptr ? view->toPlainText().toStdString() : "nothing";
+    };
+    EXPECT_EQ(select("a.txt"), "first");
+    EXPECT_EQ(select("b\xFF.txt"), "second");
+    EXPECT_EQ(select("c.xyz"), " - Unbekanntes Dateiformat - \n");
+    EXPECT_EQ(select(""), "nothing");
+    std::filesystem::remove(tree.path() + "/a.txt");
+    std::string message;
+    session.answers.add([&](QDialog& dialog) {
+        for (auto* label : dialog.findChildren<QLabel*>()) message += label->text().toStdString();
+        dialog.reject();
+    });
+    const std::string shown = select("a.txt");
+    EXPECT_NE(shown.find("/a.txt' kann nicht angezeigt werden!"), std::string::npos) << shown;
+    EXPECT_NE(message.find("kann nicht angezeigt werden!"), std::string::npos) << message;
 }
 
 }  // namespace

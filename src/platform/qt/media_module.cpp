@@ -6,7 +6,6 @@
 #include <QMediaPlayer>
 #include <QPainter>
 #include <QSlider>
-#include <QStyle>
 #include <QTimer>
 #include <QToolButton>
 #include <QUrl>
@@ -66,6 +65,41 @@ class FilmView final : public QWidget {
     WindowEvents& events_;
 };
 
+/// A button with a plain sign in the colour of texts: the style's own icons are black on a dark desktop too.
+class SignButton final : public QToolButton {
+  public:
+    enum Sign { kPlay, kPause, kStop };
+    SignButton(Sign sign, const std::string& name, QWidget* parent) : QToolButton(parent), sign_(sign) {
+        setAccessibleName(qtText(name));
+        setToolTip(qtText(name));
+        setAutoRaise(true);
+        setFocusPolicy(Qt::TabFocus);
+    }
+    void setSign(Sign sign) {
+        sign_ = sign;
+        update();
+    }
+
+  protected:
+    void paintEvent(QPaintEvent* event) override {
+        QToolButton::paintEvent(event);
+        QPainter painter(this);
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(palette().buttonText());
+        const qreal side = std::min(width(), height()) * 0.5;
+        painter.translate((width() - side) / 2, (height() - side) / 2);
+        if (sign_ == kPlay) painter.drawPolygon(QPolygonF({{0, 0}, {side, side / 2}, {0, side}}));
+        if (sign_ == kStop) painter.drawRect(QRectF(0, 0, side, side));
+        if (sign_ != kPause) return;
+        painter.drawRect(QRectF(0, 0, side * 0.35, side));
+        painter.drawRect(QRectF(side * 0.65, 0, side * 0.35, side));
+    }
+
+  private:
+    Sign sign_;
+};
+
 class Player final : public MediaView {
   public:
     explicit Player(const MediaStart& start);
@@ -76,7 +110,7 @@ class Player final : public MediaView {
 
   private:
     void addControls(const PreviewTexts& texts);
-    QToolButton* addButton(QStyle::StandardPixmap icon, const std::string& name);
+    SignButton* addButton(SignButton::Sign sign, const std::string& name);
     QSlider* addSlider(const std::string& name, int most);
     void connectPlayer();
     void showTime();
@@ -92,13 +126,14 @@ class Player final : public MediaView {
     QAudioOutput audio_;
     FilmView* film_;
     QHBoxLayout* controls_ = nullptr;
-    QToolButton* play_ = nullptr;
-    QToolButton* stop_ = nullptr;
+    SignButton* play_ = nullptr;
+    SignButton* stop_ = nullptr;
     QSlider* position_ = nullptr;
     QSlider* volume_ = nullptr;
     QLabel* time_ = nullptr;
-    QTimer patience_;  ///< With a file that neither loads nor fails.
-    int run_ = 0;      ///< Counts what is played, and what has ended.
+    QTimer patience_;       ///< With a file that neither loads nor fails.
+    int run_ = 0;           ///< Counts what is played.
+    bool playing_ = false;  ///< And has not failed.
 };
 
 Player::Player(const MediaStart& start)
@@ -114,13 +149,8 @@ Player::Player(const MediaStart& start)
     connectPlayer();
 }
 
-QToolButton* Player::addButton(QStyle::StandardPixmap icon, const std::string& name) {
-    auto* button = new QToolButton(this);
-    button->setIcon(style()->standardIcon(icon));
-    button->setAccessibleName(qtText(name));
-    button->setToolTip(qtText(name));
-    button->setAutoRaise(true);
-    button->setFocusPolicy(Qt::TabFocus);
+SignButton* Player::addButton(SignButton::Sign sign, const std::string& name) {
+    auto* button = new SignButton(sign, name, this);
     controls_->addWidget(button);
     return button;
 }
@@ -134,9 +164,9 @@ QSlider* Player::addSlider(const std::string& name, int most) {
 }
 
 void Player::addControls(const PreviewTexts& texts) {
-    play_ = addButton(QStyle::SP_MediaPlay, texts.play);
+    play_ = addButton(SignButton::kPlay, texts.play);
     play_->setObjectName(QStringLiteral("play"));
-    stop_ = addButton(QStyle::SP_MediaStop, texts.stop);
+    stop_ = addButton(SignButton::kStop, texts.stop);
     stop_->setObjectName(QStringLiteral("stop"));
     position_ = addSlider(texts.position, 0);
     position_->setObjectName(QStringLiteral("position"));
@@ -164,7 +194,7 @@ void Player::connectPlayer() {
     connect(&player_, &QMediaPlayer::durationChanged, this, guarded("time", [this] { showTime(); }));
     connect(&player_, &QMediaPlayer::playbackStateChanged, this, guarded("state", [this] {
         const bool plays = player_.playbackState() == QMediaPlayer::PlayingState;
-        play_->setIcon(style()->standardIcon(plays ? QStyle::SP_MediaPause : QStyle::SP_MediaPlay));
+        play_->setSign(plays ? SignButton::kPause : SignButton::kPlay);
     }));
     connect(&player_, &QMediaPlayer::errorOccurred, this,
             guarded("error", [this] { failLater(player_.errorString()); }));
@@ -177,10 +207,11 @@ void Player::connectPlayer() {
 // The message takes the player away: not while it is the one who tells. What it tells of a file before is
 // forgotten.
 void Player::failLater(const QString& error) {
+    if (!playing_) return;
     const int run = run_;
     const auto tell = [this, run, error] {
-        if (run != run_) return;
-        ++run_;
+        if (run != run_ || !playing_) return;
+        playing_ = false;
         if (failed) failed(utf8(error));
     };
     QMetaObject::invokeMethod(
@@ -193,6 +224,7 @@ std::string Player::unavailable() const {
 
 void Player::play(int descriptor) {
     ++run_;
+    playing_ = true;
     patience_.start(kPatience);
     // The player takes a name only; this one is the open file, whatever its true name is.
     player_.setSource(QUrl(QStringLiteral("file:///proc/self/fd/%1").arg(descriptor)));
@@ -200,7 +232,7 @@ void Player::play(int descriptor) {
 }
 
 void Player::stop() {
-    ++run_;
+    playing_ = false;  // What it tells while it stops is nobody's concern.
     patience_.stop();
     player_.stop();
     player_.setSource({});

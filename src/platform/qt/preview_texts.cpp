@@ -1,5 +1,7 @@
 #include "platform/qt/preview_texts.h"
 
+#include <QPalette>
+
 #include "base/text_encoding.h"
 #include "platform/qt/preview_web.h"
 #include "platform/qt/qt_convert.h"
@@ -26,6 +28,14 @@ QString splitLines(const QString& text) {
     return out;
 }
 
+// Pages choose some of their colours and count on white paper for the rest.
+QPalette paper(QPalette palette) {
+    palette.setColor(QPalette::Base, Qt::white);
+    palette.setColor(QPalette::Text, Qt::black);
+    palette.setColor(QPalette::Link, QColor(0, 0, 200));
+    return palette;
+}
+
 }  // namespace
 
 TextView::TextView(QWidget* parent) : QPlainTextEdit(parent) {
@@ -46,6 +56,7 @@ void TextView::showNotice(const std::string& text) {
 }
 
 WebView::WebView(QWidget* parent) : QTextBrowser(parent) {
+    setPalette(paper(palette()));
     setOpenLinks(false);
     setUndoRedoEnabled(false);
     setFrameShape(QFrame::NoFrame);
