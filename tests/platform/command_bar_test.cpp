@@ -46,12 +46,6 @@ class CommandBarTest : public testing::Test {
     Watcher watcher;
 };
 
-TEST_F(CommandBarTest, FindsEntriesInListsAndPopups) {
-    EXPECT_EQ(bar.entries().size(), 3U);
-    for (const int id : {0, 1, 2, 10, 11, 100, 101}) EXPECT_EQ(bar.find(id)->id, id);
-    EXPECT_EQ(bar.find(12), nullptr);
-}
-
 TEST_F(CommandBarTest, TellsOfAChangeOnlyWhereThereIsOne) {
     bar.toggle(10);
     bar.setChecked(10, true);
@@ -78,16 +72,6 @@ TEST_F(CommandBarTest, NothingEnablesADeadEntry) {
     bar.setAllEnabled(true);
     EXPECT_FALSE(enabled(11));
     EXPECT_TRUE(enabled(10));
-}
-
-TEST_F(CommandBarTest, ChangesOfItsLooksAskForOneRebuildEach) {
-    bar.setLargeIcons(true);
-    bar.setLargeIcons(true);
-    bar.setTextBelowIcons(true);
-    bar.setClips(true);
-    bar.setPlace({BarEdge::kLeft, 2, true});
-    bar.setPlace({BarEdge::kLeft, 2, true});
-    EXPECT_EQ(watcher.rebuilt, 4);
 }
 
 }  // namespace
