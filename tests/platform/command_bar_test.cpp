@@ -8,13 +8,6 @@
 namespace hl {
 namespace {
 
-BarEntry entryOf(int id, EntryKind kind = EntryKind::kButton) {
-    BarEntry entry;
-    entry.id = id;
-    entry.kind = kind;
-    return entry;
-}
-
 class Watcher : public BarObserver {
   public:
     void entryChanged(const CommandBar&, const BarEntry& entry) override { changed.push_back(entry.id); }
@@ -28,15 +21,13 @@ class Watcher : public BarObserver {
 class CommandBarTest : public testing::Test {
   protected:
     CommandBarTest() {
-        bar.add(entryOf(0, EntryKind::kLabel));
-        bar.add(entryOf(1, EntryKind::kSplitButton));
-        bar.add(entryOf(10), 1);
-        BarEntry dead = entryOf(11);
-        dead.dead = true;
-        bar.add(dead, 1);
-        bar.add(entryOf(2));
-        bar.addPopup(entryOf(100));
-        bar.add(entryOf(101), 100);
+        bar.add({.id = 0, .kind = EntryKind::kLabel});
+        bar.add({.id = 1, .kind = EntryKind::kSplitButton});
+        bar.add({.id = 10}, 1);
+        bar.add({.id = 11, .dead = true}, 1);
+        bar.add({.id = 2});
+        bar.addPopup({.id = 100});
+        bar.add({.id = 101}, 100);
         bar.attach(&watcher);
     }
 
