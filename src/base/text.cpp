@@ -144,10 +144,6 @@ int compareFolded(std::string_view a, std::string_view b) {
     return static_cast<int>(!a.empty()) - static_cast<int>(!b.empty());
 }
 
-bool containsFolded(std::string_view text, std::string_view part) {
-    return FoldedPart(part).isIn(text);
-}
-
 bool FoldedPart::isIn(std::string_view text) {
     folded_.clear();
     appendMapped<lowerOf>(folded_, text);

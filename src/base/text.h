@@ -20,10 +20,9 @@ std::string lowerCase(std::string_view text);
 std::string upperCase(std::string_view text);
 /// Order of two texts as if both had been through lowerCase: below 0, 0 or above 0. Allocates nothing.
 int compareFolded(std::string_view a, std::string_view b);
-/// Whether `text` holds `part`, without regard to case. An empty part is held by every text.
-bool containsFolded(std::string_view text, std::string_view part);
 
-/// The same for one part and many texts: the part is folded once, and no call but a few allocates.
+/// Whether texts hold a part, without regard to case; an empty one is held by every text. The part is folded
+/// once, and no call but a few allocates.
 class FoldedPart {
   public:
     explicit FoldedPart(std::string_view part) : part_(lowerCase(part)) {}

@@ -49,10 +49,10 @@ TEST(CompareFolded, OrdersAsTheFoldedTextsDoAndTakesNoStrayByteForACharacter) {
             EXPECT_EQ(compareFolded(order[i], order[j]), i < j ? -1 : i > j ? 1 : 0) << order[i] << order[j];
 }
 
-TEST(ContainsFolded, FindsAPartWithoutRegardToCase) {
-    EXPECT_TRUE(containsFolded("Größe", "GRÖ"));
-    EXPECT_TRUE(containsFolded("", ""));
-    EXPECT_FALSE(containsFolded("abc", "abcd"));
+TEST(FoldedPart, IsFoundWithoutRegardToCase) {
+    EXPECT_TRUE(FoldedPart("GRÖ").isIn("Größe"));
+    EXPECT_TRUE(FoldedPart("").isIn(""));
+    EXPECT_FALSE(FoldedPart("abcd").isIn("abc"));
 }
 
 TEST(ParseInteger, TakesAWholeNumberAndNothingElse) {
