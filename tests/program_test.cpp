@@ -136,20 +136,6 @@ TEST(Program, AgreesWithTheTruthToTheByteAndWithItselfWhoeverReads) {
     }
 }
 
-TEST(Program, CountsAFileOfTwoNamesOnceWhereItIsAskedTo) {
-    const TempDir dir;
-    test::makeFolder(dir.path() + "/a");
-    test::makeFile(dir.path() + "/a/one", 1 << 20);
-    test::must(::link((dir.path() + "/a/one").c_str(), (dir.path() + "/two").c_str()));
-    const Program program;
-    for (const auto& [option, size] :
-         {std::pair("AddHardlinksOnlyOnce=0", 2U << 20), std::pair("AddHardlinksOnlyOnce=1", 1U << 20)}) {
-        program.setOptions({option});
-        EXPECT_EQ(program.run({"-s", program.home("r.csv"), dir.path()}).status, 0);
-        EXPECT_EQ(readReport(program.home("r.csv"))[dir.path()], (Numbers{size, 2, 1}));
-    }
-}
-
 TEST(Program, CountsEveryKindOfEntryAndEntersNoOtherMount) {
     const TempDir dir;
     const int socket = test::must(::socket(AF_UNIX, SOCK_STREAM, 0));
@@ -199,18 +185,6 @@ TEST(Program, ReadsAChainOfAHundredThousandFoldersWithFewDescriptors) {
     EXPECT_EQ(program.run({"-s2", program.home("r.csv"), dir.path()}, few).status, 0);
     EXPECT_EQ(readReport(program.home("r.csv"))[dir.path()], (Numbers{kDepth, kDepth, kDepth}));
     test::removeChain(dir.path(), kDepth, "d");
-}
-
-TEST(Program, ReadsAFolderOfManyFiles) {
-    const TempDir dir("/dev/shm");
-    constexpr int kFiles = 100'000;
-    const int folder = test::openFolder(dir.path());
-    for (int i = 0; i < kFiles; ++i) test::makeFile(folder, "file number " + std::to_string(i), 3);
-    ::close(folder);
-    const Program program;
-    program.setOptions({});
-    EXPECT_EQ(program.run({"-s", program.home("r.csv"), dir.path()}).status, 0);
-    EXPECT_EQ(readReport(program.home("r.csv"))[dir.path()], (Numbers{3 * kFiles, kFiles, 0}));
 }
 
 TEST(Program, NamesWhatItCouldNotReadAndReadsTheRest) {
@@ -338,22 +312,6 @@ TEST(Program, GoesOnWithSettingsThatMakeNoSense) {
     EXPECT_NE(ended.errors.find("Func: OptionenLadenMain"), std::string::npos) << ended.errors;
     EXPECT_NE(readFile(program.home("error.log")).find("Err: 13 - "), std::string::npos);
     EXPECT_EQ(readReport(report).size(), 1U);
-}
-
-TEST(Program, EndsAFolderThatHoldsMoreThanASizeCanSayAndGoesOn) {
-    const TempDir dir("/dev/shm");
-    test::makeFolder(dir.path() + "/huge");
-    test::makeFolder(dir.path() + "/small");
-    test::makeFile(dir.path() + "/huge/a", off_t{1} << 50);
-    test::makeFile(dir.path() + "/small/b", 5);
-    const Program program;
-    program.setOptions({});
-    const test::Ended ended = program.run({"-s", program.home("r.csv"), dir.path()});
-    EXPECT_EQ(ended.status, 1);
-    EXPECT_NE(ended.errors.find("Err: 6 - "), std::string::npos) << ended.errors;
-    Rows rows = readReport(program.home("r.csv"));
-    EXPECT_EQ(rows[dir.path() + "/small"], (Numbers{5, 1, 0}));
-    EXPECT_EQ(rows[dir.path()].folders, 2);
 }
 
 }  // namespace

@@ -31,10 +31,6 @@ void SettingsStore::ProfileWriteItem(std::string_view section, std::string_view 
     change([&](IniText& ini) { ini.set(section, key, value); }, file);
 }
 
-void SettingsStore::ProfileDeleteSection(std::string_view section, const std::string& file) {
-    change([&](IniText& ini) { ini.removeSection(section); }, file);
-}
-
 std::string SettingsStore::GetSettings(std::string_view section, std::string_view key,
                                        const SimpleValue& defaultValue, const std::string& file) const {
     return ProfileGetItem(section, key, defaultValue.text(), pathOf(file));

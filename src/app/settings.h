@@ -27,7 +27,6 @@ class SettingsStore {
                                const std::string& file) const;
     void ProfileWriteItem(std::string_view section, std::string_view key, std::string_view value,
                           const std::string& file);
-    void ProfileDeleteSection(std::string_view section, const std::string& file);
 
     std::string GetSettings(std::string_view section, std::string_view key,
                             const SimpleValue& defaultValue = "", const std::string& file = {}) const;

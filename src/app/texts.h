@@ -49,7 +49,6 @@ class Texts {
     std::string TranslateControlText(std::string_view id) const;
 
     int languageId() const { return language_; }
-    bool translatorMode() const { return translator_; }
     const std::string& homepage() const { return homepage_; }
     const std::string& helpFile() const { return helpFile_; }
 

@@ -19,7 +19,6 @@ enum FaultNumber : std::int64_t {
     kFaultOverflow = 6,
     kFaultSubscript = 9,
     kFaultTypeMismatch = 13,
-    kFaultFileIo = 57,
     kFaultProcessor = 0x80040201,  ///< A fault of the processor, made an error by platform/fault_signals.h.
 };
 

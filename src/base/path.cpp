@@ -31,16 +31,6 @@ std::string AddTrailingSlash(std::string_view path, const PathRules& rules) {
     return std::string(trimmedBy(path, rules)) + rules.separator;
 }
 
-std::string AddTrailingSlashIfAny(std::string_view path, const PathRules& rules) {
-    return path.empty() ? std::string() : AddTrailingSlash(path, rules);
-}
-
-std::string StripTrailingSlash(std::string_view path, const PathRules& rules) {
-    if (!path.ends_with(rules.separator)) return std::string(path);
-    path.remove_suffix(1);
-    return std::string(trimmedBy(path, rules));
-}
-
 std::string xGetExtension(std::string_view name) {
     const std::size_t point = name.rfind('.');
     return point == std::string_view::npos ? std::string() : std::string(name.substr(point + 1));

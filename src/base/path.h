@@ -28,10 +28,6 @@ std::string ToLongPath(std::string_view path, const PathRules& rules);
 std::string TrimAtNul(std::string_view text);
 /// The path ending in a separator; blanks are trimmed only where one has to be added, and only by the rules.
 std::string AddTrailingSlash(std::string_view path, const PathRules& rules);
-/// The same, but an empty path stays empty.
-std::string AddTrailingSlashIfAny(std::string_view path, const PathRules& rules);
-/// The path without one trailing separator, trimmed by the rules; unchanged if it has none.
-std::string StripTrailingSlash(std::string_view path, const PathRules& rules);
 /// What follows the last point of a file name, or empty.
 std::string xGetExtension(std::string_view name);
 

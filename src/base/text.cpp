@@ -160,10 +160,6 @@ FoldedKey foldedKey(std::string_view text) {
     return {parts[0], parts[1]};
 }
 
-bool containsFolded(std::string_view text, std::string_view part) {
-    return FoldedPart(part).isIn(text);
-}
-
 bool FoldedPart::isIn(std::string_view text) {
     folded_.clear();
     appendMapped<lowerOf>(folded_, text);

@@ -27,10 +27,9 @@ struct FoldedKey {
     auto operator<=>(const FoldedKey&) const = default;
 };
 FoldedKey foldedKey(std::string_view text);
-/// Whether `text` holds `part`, without regard to case. An empty part is held by every text.
-bool containsFolded(std::string_view text, std::string_view part);
 
-/// The same for one part and many texts: the part is folded once, and no call but a few allocates.
+/// Whether texts hold a part, without regard to case; an empty one is held by every text. The part is folded
+/// once, and no call but a few allocates.
 class FoldedPart {
   public:
     explicit FoldedPart(std::string_view part) : part_(lowerCase(part)) {}

@@ -36,7 +36,6 @@ class RowTree {
     Row firstChild(Row row) const { return row == kNoRow ? firstRoot_ : links_[row].first; }
     Row lastChild(Row row) const { return row == kNoRow ? lastRoot_ : links_[row].last; }
     Row nextSibling(Row row) const { return links_[row].next; }
-    Row previousSibling(Row row) const { return links_[row].previous; }
     std::uint32_t level(Row row) const { return links_[row].level; }
     /// The next row from the top, the row's own children first; kNoRow behind the last.
     Row following(Row row) const;

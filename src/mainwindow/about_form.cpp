@@ -11,10 +11,10 @@ AboutForm::AboutForm(const AboutServices& services) : services_(services) {
     lblVersion = "Version " + services_.version + " (Portable Edition)";
     Image2 = texts.TL(9463, "Unterstützen Sie mit einer Spende die weitere Entwicklung von Harborlantern");
     lblForum = texts.TL(9464, "Forum");
-    lblHomepage = texts.TL(9465, "Homepage");
+    lblHomepage = texts.TL(3553, "Homepage");
     tabInfo[0].caption = texts.TL(9466, "Programm");
     tabInfo[1].caption = texts.TL(9467, "Größen");
-    tabInfo[2].caption = texts.TL(9468, "Dateien");
+    tabInfo[2].caption = texts.TL(3624, "Dateien");
     texts_ = {
         texts.TL(9469,
                  "Harborlantern zeigt, wo der Platz auf den Datenträgern geblieben ist. Jede Quelle wird "

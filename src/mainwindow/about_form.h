@@ -1,4 +1,5 @@
-// frmInfo: the program's name and version, three texts about it, and links to its pages.
+// frmInfo: the program's name and version, three texts about it, and links to its pages. Thread of the logic
+// only.
 #pragma once
 
 #include <array>

@@ -18,12 +18,6 @@ constexpr int kIconText = 34;
 constexpr int kFirstColumn = 310;
 constexpr std::int32_t kDefaultTopCount = 100;
 
-struct CheckedOption {
-    BarId bar;
-    int id;
-    Flag Options::*field;
-};
-
 constexpr CheckedOption kCheckedOptions[] = {
     {BarId::kMain, 60, &Options::CreateListTOP},
     {BarId::kMain, 61, &Options::CreateListHardlink},
@@ -98,6 +92,10 @@ std::int32_t countOf(const std::string& text) {
 }
 
 }  // namespace
+
+std::span<const CheckedOption> checkedOptions() {
+    return kCheckedOptions;
+}
 
 void showSizeMode(CommandBar& bar, std::uint8_t mode, Flag decimals) {
     const SizeButtons* buttons = sizeButtonsOf(bar.id());

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <span>
 
 #include "app/options.h"
 #include "mainwindow/bars.h"
@@ -12,6 +13,15 @@ namespace hl {
 
 /// In cbrTOP: the box with the number of files that the list keeps.
 inline constexpr int kTopCountBox = 322;
+
+/// An entry that is checked where its option is on.
+struct CheckedOption {
+    BarId bar;
+    int id;
+    Flag Options::*field;
+};
+/// All of them but those of sizes and of the lists' columns.
+std::span<const CheckedOption> checkedOptions();
 
 /// Checks the entries of one bar, and fills its boxes, by the options. Any number but 0 is on; "Dezimal"
 /// wants a 1.

@@ -45,7 +45,7 @@ struct EntryRow {  // NOLINT(clang-analyzer-optin.performance.Padding)
     int parent = 0;  ///< The entry or popup that it lies below.
 };
 
-/// The argument of a caption that has one.
+/// `arguments` are those of the caption.
 void addRow(CommandBar& bar, const EntryRow& row, const Texts& texts,
             std::initializer_list<SimpleValue> arguments = {});
 void addRows(CommandBar& bar, std::span<const EntryRow> rows, const Texts& texts);

@@ -50,12 +50,9 @@ void AddControl(CommandBar& bar, const ControlSpec& spec, int parent) {
     entry.id = spec.id;
     entry.kind = spec.kind;
     entry.caption = spec.caption;
-    entry.tooltip = spec.tooltip.empty() && spec.tooltipFromCaption ? spec.caption : spec.tooltip;
+    entry.tooltip = spec.tooltip.empty() ? spec.caption : spec.tooltip;
     if (spec.icon != -1) entry.icon = spec.icon;
     entry.beginGroup = spec.beginGroup;
-    entry.checked = spec.checked;
-    entry.visible = spec.visible;
-    entry.enabled = spec.enabled;
     entry.key = keyCodeOf(spec.key);
     entry.dead = !hasWork(bar.id(), spec.id);
     entry.showsCaption = bar.id() == BarId::kMain && spec.id <= kLastOfTheMost;
@@ -85,8 +82,8 @@ void addRows(CommandBar& bar, std::span<const EntryRow> rows, const Texts& texts
 
 void Init_Commandbar(Bars& bars, const BarSources& sources) {
     guarded(sources.diagnostics, "Init_Commandbar", "frmMain", [&] {
+        bars.cbrMain.setTitle(sources.texts.TL(9227, "Symbolleiste"));
         for (CommandBar* bar : bars.all()) {
-            bar->setTitle(sources.texts.TL(9227, "Überschrift"));
             bar->setLargeIcons(false);
             bar->setTextBelowIcons(false);
             bar->setClips(false);

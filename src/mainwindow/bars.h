@@ -51,12 +51,8 @@ struct ControlSpec {
     std::string caption = {};
     int icon = -1;  ///< -1 leaves the entry without one.
     bool beginGroup = false;
-    std::string tooltip = {};
-    bool tooltipFromCaption = true;  ///< Where `tooltip` is empty.
-    std::string_view key = {};       ///< "F1" to "F12", or a character that goes with Ctrl; empty for none.
-    bool checked = false;
-    bool visible = true;
-    bool enabled = true;
+    std::string tooltip = {};   ///< Empty: the caption.
+    std::string_view key = {};  ///< "F1" to "F12", or a character that goes with Ctrl; empty for none.
 };
 
 /// Adds one entry at the end of the bar, or of the list below the entry or popup `parent`. One whose command

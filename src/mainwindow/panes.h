@@ -85,6 +85,7 @@ class Panes {
 
     cSplitter& splitter(SplitterId id) { return splitters_[static_cast<std::size_t>(id)]; }
     const cSplitter& splitter(SplitterId id) const { return splitters_[static_cast<std::size_t>(id)]; }
+    /// In the order of SplitterId.
     std::array<cSplitter*, kSplitterCount> all();
 
     // --- at the start, in the order of the calls
@@ -109,14 +110,17 @@ class Panes {
     /// cbrReport_Resize and its five siblings, by bar: the bar's pane becomes exactly as high as the bar.
     /// Ignored for cbrMain, for a bar whose pane does not show, and while it runs for the same bar.
     void cbrResize(BarId bar);
+    /// Status panel and bars follow the width of the report. A window that became narrower keeps both sides
+    /// in sight.
     void splMain_AfterResize();
-    bool keepBothInSight();
+    /// Bars follow their panes, and rows that came into sight get their icons.
     void splInfo_AfterResize();
     /// While a long operation runs: has the grids that show painted, since they would not be otherwise.
     void Form_Resize();
 
     /// The list that has the lists' place, whether it shows or not.
     GridId list() const;
+    /// Whether the lists' place shows.
     bool listShows() const;
 
   private:
@@ -131,6 +135,7 @@ class Panes {
 
     void panelsToOptions(const ListPane* list);
     void panesOfInfo(bool drives, bool lists);
+    bool keepBothInSight();
     void statusWidth();
     void showList(const ListPane& list);
     void bindList(const ListPane& list);

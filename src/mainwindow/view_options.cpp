@@ -4,7 +4,7 @@ namespace hl {
 
 namespace {
 
-// By BarId; the two that have none share a field that nothing reads.
+// By BarId. The main bar and that of the junctions have no sizes, and nobody asks for theirs.
 constexpr std::uint8_t Options::*kModes[kBarCount] = {
     &Options::FileSizeFormat,      &Options::FileSizeFormat,    &Options::FileSizeFormatDrive,
     &Options::FileSizeFormatFiles, &Options::FileSizeFormatTop, &Options::FileSizeFormatHardlinks,

@@ -69,7 +69,7 @@ WindowForm::~WindowForm() = default;
 void WindowForm::formLoad(Window& window, MessagePump& pump) {
     window_ = &window;
     preview_.setWindow(&window);
-    own_.windowThere(&window, &pump);
+    guarded(services_.diagnostics, "windowThere", kModul, [&] { own_.windowThere(&window, &pump); });
     guarded(services_.diagnostics, "Form_Load", kModul, [&] { Form_Load_Window(); });
 }
 
@@ -121,7 +121,9 @@ void WindowForm::initGrids() {
 void WindowForm::formActivate() {
     if (std::exchange(FirstActivationDone_, true)) return;
     guarded(services_.diagnostics, "Form_Activate", kModul, [&] { Form_Activate(); });
-    if (own_.windowShown) own_.windowShown();
+    guarded(services_.diagnostics, "windowShown", kModul, [&] {
+        if (own_.windowShown) own_.windowShown();
+    });
     ready_ = true;
     readWaiting();
 }
@@ -192,7 +194,7 @@ void WindowForm::formUnload() {
     state_.CancelState = kCancelStop;
     ++state_.FileListRun;
     preview_.setWindow(nullptr);
-    own_.windowThere(nullptr, nullptr);
+    guarded(services_.diagnostics, "Form_Unload", kModul, [&] { own_.windowThere(nullptr, nullptr); });
 }
 
 // --- events
@@ -206,8 +208,10 @@ void WindowForm::formKeyUp(int key) {
 }
 
 void WindowForm::editChanged(BarId id, int entry, const std::string& text) {
-    bar(id).setText(entry, text);
-    if (id == BarId::kTop && entry == kTopCountBox) lists_->top.countTyped(text);
+    guarded(services_.diagnostics, "editChanged", kModul, [&] {
+        bar(id).setText(entry, text);
+        if (id == BarId::kTop && entry == kTopCountBox) lists_->top.countTyped(text);
+    });
 }
 
 void WindowForm::editKeyDown(BarId id, int entry, int key) {
@@ -223,13 +227,17 @@ void WindowForm::barResized(BarId id) {
 }
 
 void WindowForm::comboText(const std::string& text) {
-    cboOrdner_.text = text;
-    cboOrdner_.selectNone();
+    guarded(services_.diagnostics, "cboOrdner_Change", kModul, [&] {
+        cboOrdner_.text = text;
+        cboOrdner_.selectNone();
+    });
 }
 
 void WindowForm::comboSelected(int index) {
-    if (index >= 0 && static_cast<std::size_t>(index) < cboOrdner_.items().size())
-        cboOrdner_.select(static_cast<std::size_t>(index));
+    guarded(services_.diagnostics, "cboOrdner_Click", kModul, [&] {
+        if (index >= 0 && static_cast<std::size_t>(index) < cboOrdner_.items().size())
+            cboOrdner_.select(static_cast<std::size_t>(index));
+    });
 }
 
 void WindowForm::comboKeyDown(int key) {

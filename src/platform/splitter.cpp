@@ -1,7 +1,6 @@
 #include "platform/splitter.h"
 
 #include <algorithm>
-#include <cmath>
 #include <limits>
 
 #include "base/fault.h"
@@ -38,22 +37,10 @@ void cSplitter::setOrientation(Orientation orientation) {
     Resize();
 }
 
-void cSplitter::setProportion(float percent) {
-    require(percent > 0 && percent <= 100);
-    proportion_ = percent / 100;
-    Resize();
-}
-
 void cSplitter::setPosition(int position) {
     if (position == position_) return;
     position_ = position;
     pApply();
-}
-
-void cSplitter::setKeepProportion(bool on) {
-    if (on == keepProportion_) return;
-    keepProportion_ = on;
-    Resize();
 }
 
 void cSplitter::setSplitterSize(int size) {
@@ -84,10 +71,6 @@ void cSplitter::setVisible(int index, bool on) {
     Resize();
 }
 
-void cSplitter::setControl(int index, PaneRef pane) {
-    index == 0 ? Bind(pane, control_[1]) : Bind(control_[0], pane);
-}
-
 void cSplitter::Bind(PaneRef control1, PaneRef control2) {
     if (control1 == control_[0] && control2 == control_[1]) return;
     control_[0] = control1;
@@ -99,10 +82,7 @@ void cSplitter::Bind(PaneRef control1, PaneRef control2) {
 void cSplitter::setTotal(int total) {
     if (total == total_ && !positionUnchecked_) return;
     total_ = total;
-    if (positionUnchecked_) {
-        pValidatePosition();
-        pSetProportion();
-    }
+    if (positionUnchecked_) pValidatePosition();
     Resize();
 }
 
@@ -114,7 +94,6 @@ bool cSplitter::pbConfigured() const {
 
 void cSplitter::pApply() {
     pValidatePosition();
-    pSetProportion();
     Resize();
 }
 
@@ -131,16 +110,8 @@ void cSplitter::pValidatePosition() {
     position_ = narrowed(position);
 }
 
-void cSplitter::pSetProportion() {
-    if (total_ > 0) proportion_ = static_cast<float>(position_) / static_cast<float>(total_);
-}
-
 void cSplitter::Resize() {
     if (!pbConfigured()) return;
-    if (keepProportion_) {
-        position_ = narrowed(std::llrint(double{proportion_} * total_));
-        pValidatePosition();
-    }
     if (changed) changed();
     if (AfterResize) AfterResize();
 }
@@ -167,7 +138,6 @@ cSplitter::Layout cSplitter::layout() const {
 
 void cSplitter::MouseDown(int at) {
     if (!layout().bar.visible) return;
-    if (beforeDrag && !beforeDrag(at)) return;
     dragging_ = true;
     dragStart_ = std::clamp(at, 0, total_);
     dragPosition_ = position_;
@@ -177,7 +147,7 @@ void cSplitter::MouseMove(int at) {
     if (!dragging_) return;
     const int before = position_;
     moveTo(at);
-    if (fullDrag_ && position_ != before && changed) changed();
+    if (position_ != before && changed) changed();
 }
 
 void cSplitter::MouseUp(int at) {
@@ -185,7 +155,6 @@ void cSplitter::MouseUp(int at) {
     const ScopeExit released([this] { dragging_ = false; });
     moveTo(at);
     if (changed) changed();
-    pSetProportion();
     if (AfterResize) AfterResize();
 }
 

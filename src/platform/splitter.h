@@ -37,42 +37,30 @@ class cSplitter {
     cSplitter& operator=(const cSplitter&) = delete;
 
     // --- properties. Setters of position, sizes, visibility, panes and orientation lay out anew if the value
-    // differs; FullDrag, DrawSplitterbar and ShowGripper are for the start and lay out nothing.
-    /// Off: a drag moves the panes when it ends, not before.
-    bool FullDrag() const { return fullDrag_; }
-    void setFullDrag(bool on) { fullDrag_ = on; }
+    // differs; ShowGripper is for the start and lays out nothing.
     Orientation orientation() const { return orientation_; }
     /// The window then tells the total along the new axis.
     void setOrientation(Orientation orientation);
-    /// Share of the container that control 1 takes: above 0, at most 100; kept as 0 to 1.
-    float Proportion() const { return proportion_; }
-    void setProportion(float percent);
     /// Size of control 1, within the limits as far as the total allows; the minimum of control 1 beats all
     /// other limits. What is set while the total is unknown is held against the limits once it is known.
     int Position() const { return position_; }
     void setPosition(int position);
-    bool KeepProportion() const { return keepProportion_; }
-    void setKeepProportion(bool on);
     int SplitterSize() const { return splitterSize_; }
     void setSplitterSize(int size);
     /// `index` is 1 or 2. A maximum of 0 or less is no limit.
-    int MinimumSize(int index) const { return minimum_[index - 1]; }
     void setMinimumSize(int index, int size);
-    int MaximumSize(int index) const { return maximum_[index - 1]; }
     void setMaximumSize(int index, int size);
     bool Control1Visible() const { return visible_[0]; }
     bool Control2Visible() const { return visible_[1]; }
     /// One pane always shows: hiding the last one shows the other.
     void setControl1Visible(bool on) { setVisible(0, on); }
     void setControl2Visible(bool on) { setVisible(1, on); }
-    bool DrawSplitterbar() const { return drawBar_; }
-    void setDrawSplitterbar(bool on) { drawBar_ = on; }
+    /// Whether the user may drag the bar; one without a gripper shows nothing.
     bool ShowGripper() const { return showGripper_; }
     void setShowGripper(bool on) { showGripper_ = on; }
     const PaneRef& Control1() const { return control_[0]; }
     const PaneRef& Control2() const { return control_[1]; }
-    void setControl1(PaneRef pane) { setControl(0, pane); }
-    void setControl2(PaneRef pane) { setControl(1, pane); }
+    void setControl1(PaneRef pane) { Bind(pane, control_[1]); }
     void Bind(PaneRef control1, PaneRef control2);
 
     /// The container's size along the axis; 0 or less is unknown. Unknown until a window tells it; nothing is
@@ -91,8 +79,6 @@ class cSplitter {
     void MouseUp(int at);
     bool dragging() const { return dragging_; }
 
-    /// Before a drag starts; false cancels it. May be null.
-    std::function<bool(int at)> beforeDrag;
     /// After each layout. May be null.
     std::function<void()> AfterResize;
     /// For the window: panes, sizes or looks have changed. May be null.
@@ -102,18 +88,12 @@ class cSplitter {
     bool pbConfigured() const;
     void pApply();
     void pValidatePosition();
-    void pSetProportion();
     void setVisible(int index, bool on);
-    void setControl(int index, PaneRef pane);
     void moveTo(int at);
 
     bool visible_[2] = {true, true};
-    bool drawBar_ = false;
     bool showGripper_ = false;
-    bool keepProportion_ = false;
-    bool fullDrag_ = true;
     bool dragging_ = false;
-    float proportion_ = 0.5F;
     int position_ = 128;
     int splitterSize_ = 4;
     int minimum_[2] = {8, 8};

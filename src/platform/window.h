@@ -61,7 +61,6 @@ struct Rect {
 struct GridFont {
     std::string name;
     double points = 9;
-    bool bold = false, italic = false;
 };
 
 /// The two panels of the status bar.
@@ -110,6 +109,9 @@ class Window {
     virtual Rect clientArea() = 0;
 
     // --- grids; a window paints what the grid it observes tells
+    /// Makes the column as wide as its title and a sample of its rows need (the first ones, and those on
+    /// screen). `margin` is added to what the rows need, in twips, of which a pixel has 15. A hidden column
+    /// stays hidden.
     virtual void autosizeColumn(GridId grid, std::size_t column, int margin) = 0;
     /// Of a vertical scroll bar; 0 if the grid shows none.
     virtual int scrollBarWidth(GridId grid) = 0;
@@ -120,6 +122,7 @@ class Window {
     virtual std::optional<RowRange> visibleRows(GridId grid) = 0;
     /// The column at a place of the screen, counted from 0; right of them all their number.
     virtual std::size_t columnAt(GridId grid, Point at) = 0;
+    /// Takes over what the grid has told, and paints it anew before long.
     virtual void refresh(GridId grid) = 0;
     virtual void focusGrid(GridId grid) = 0;
     virtual void focusEdit(BarId bar, int id) = 0;
@@ -135,6 +138,8 @@ class Window {
     /// Empty if it was cancelled.
     virtual std::string askText(const std::string& prompt, const std::string& preset) = 0;
     virtual std::string askFolder(const std::string& title, const std::string& start) = 0;
+    /// `filter`: captions and their patterns, "TXT (*.txt)|*.txt|CSV (*.csv)|*.csv"; the first one is chosen.
+    /// `extension` goes behind a name that has none.
     virtual std::string askSavePath(const std::string& filter, const std::string& extension,
                                     const std::string& folder) = 0;
     virtual std::optional<GridFont> askFont(const GridFont& start) = 0;

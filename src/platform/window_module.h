@@ -10,15 +10,15 @@
 
 namespace hl {
 
-/// Raised when either side of the border changes; the program refuses a module with another number.
+/// Raised when either side of the border changes; a module refuses a program with another number.
 constexpr int kWindowModuleVersion = 2;
 constexpr const char* kWindowModuleName = "harborlantern-gui.so";
 constexpr const char* kWindowModuleFunction = "harborlanternWindow";
 
 enum class WindowResult : int {
     kClosed,
-    kNoDisplay,  ///< No screen to show a window on; nothing was called.
-    kOtherVersion,
+    kNoDisplay,     ///< No screen to show a window on; nothing was called.
+    kOtherVersion,  ///< Program and module do not belong together; nothing was called.
 };
 
 struct WindowStart {

@@ -23,11 +23,8 @@ class Lines {
 };
 
 std::string versionText(const AppFacts& app) {
-    std::string text = app.title + " " + std::to_string(app.major) + "." + std::to_string(app.minor) + "." +
-                       std::to_string(app.revision);
-    if (app.beta) return text + " [BETA]";
-    if (app.releaseCandidate > 0) text += " RC" + std::to_string(app.releaseCandidate);
-    return text;
+    return app.title + " " + std::to_string(app.major) + "." + std::to_string(app.minor) + "." +
+           std::to_string(app.revision);
 }
 
 std::string memoryText(std::uint64_t bytes, const AppFacts& app) {
@@ -96,9 +93,6 @@ std::string_view booleanWord(bool value) {
 std::string BuildErrorReport(const TrapPlace& place, const Fault& fault, const AppFacts& app,
                              SystemFacts& system, std::chrono::system_clock::time_point now) {
     Lines lines;
-    if (fault.number() == kMissingComponent && app.missingComponentHint) {
-        lines.add(attempt([&] { return app.missingComponentHint(); }), "\r\n");
-    }
     lines.add("Time: ", formatDate(localTime(now), app.dates.general()));
     lines.add("App: ", versionText(app));
     addFailure(lines, place, fault);

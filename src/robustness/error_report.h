@@ -20,8 +20,6 @@ namespace hl {
 struct AppFacts {
     std::string title = "Harborlantern";
     int major = 0, minor = 0, revision = 0;
-    bool beta = false;
-    int releaseCandidate = 0;  ///< 0 for none.
     std::string programFolder;
     std::string dataFolder;
     std::string executableName;
@@ -33,12 +31,7 @@ struct AppFacts {
     /// Asked anew for each report; each may be empty.
     std::function<int()> languageId;
     std::function<int()> cancelState;
-    /// The user's text for a component that is missing, which goes in front of a report of kMissingComponent.
-    std::function<std::string()> missingComponentHint;
 };
-
-/// The number of an error that says that a component cannot be created.
-inline constexpr std::int64_t kMissingComponent = 429;
 
 /// Where an error was caught.
 struct TrapPlace {

@@ -10,7 +10,6 @@ namespace hl {
 /// Pictures of rows: indexes into the program's image list.
 enum RowPicture : int {
     kPictureSource = 8,
-    kPictureSourceSelected = 10,
     kPictureFolder = 23,
     kPictureLink = 26,
     kPictureFilesRow = 51,

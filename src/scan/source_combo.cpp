@@ -31,7 +31,7 @@ void SourceCombo::addOrSelect(std::string_view path, const PathRules& paths) {
     std::string key = identityKey(folder, paths);
     for (std::size_t i = 0; i < items_.size(); ++i)
         if (items_[i].key == key) return select(i);
-    items_.push_back({std::move(key), folder, folder, kPictureSource, kPictureSourceSelected});
+    items_.push_back({std::move(key), folder, folder, kPictureSource});
     select(items_.size() - 1);
 }
 

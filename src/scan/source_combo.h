@@ -17,7 +17,6 @@ struct SourceItem {
     std::string text;  ///< As shown, with a trailing separator.
     std::string tag;   ///< The path that is read.
     int image = 0;
-    int selectedImage = 0;
 };
 
 class SourceCombo {

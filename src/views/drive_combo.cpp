@@ -20,7 +20,7 @@ SourceItem itemOf(const Drive& drive, const PathRules& paths) {
     const std::string folder = AddTrailingSlash(drive.root, paths);
     const int picture = hasPicture(drive.type) ? drivePicture(drive.type) : 0;
     const std::string label = drive.label.empty() ? "" : " [" + drive.label + "]";
-    return {identityKey(folder, paths), drive.root + label, folder, picture, picture};
+    return {identityKey(folder, paths), drive.root + label, folder, picture};
 }
 
 }  // namespace
@@ -46,7 +46,7 @@ void GetAllSavedComboFolders(SourceCombo& cboOrdner, const SettingsStore& settin
         const bool remote = drive != nullptr && drive->type == DriveType::kRemote;
         std::string key = identityKey(AddTrailingSlash(folder, paths), paths);
         if ((!remote && !exists(folder)) || cboOrdner.has(key)) continue;
-        cboOrdner.add({std::move(key), folder, folder, kPictureSource, kPictureSource});
+        cboOrdner.add({std::move(key), folder, folder, kPictureSource});
         if (folder == comboText) cboOrdner.select(cboOrdner.items().size() - 1);
     }
 }

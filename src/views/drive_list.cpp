@@ -5,12 +5,15 @@
 #include <cerrno>
 #include <cmath>
 #include <limits>
+#include <optional>
 #include <utility>
 
 #include "app/setting_keys.h"
+#include "base/scope_exit.h"
 #include "base/size_text.h"
 #include "base/size_value.h"
 #include "base/text.h"
+#include "grid/no_redraw.h"
 #include "platform/icons.h"
 #include "platform/window.h"
 #include "robustness/api_error_text.h"
@@ -93,7 +96,7 @@ bool leadsTo(const std::string& root, const std::string& path, const PathRules& 
 }  // namespace
 
 void Init_DiskInfo(Grid& grid, const Texts& texts) {
-    grid.setRedraw(false);
+    const NoRedraw off(grid);
     grid.clear();
     grid.setColumns({
         textColumn(texts.TL(9400, "Laufwerk"), ""),
@@ -107,7 +110,6 @@ void Init_DiskInfo(Grid& grid, const Texts& texts) {
         textColumn(texts.TL(9104, "Typ"), "type"),
         textColumn(texts.TL(9405, "Cluster"), "cluster"),
     });
-    grid.setRedraw(true);
 }
 
 // --- what is known of a drive
@@ -167,13 +169,13 @@ const Drive* driveOfPath(std::string_view path, const std::vector<Drive>& drives
 // Nothing in here waits for a drive, so the window lives without a pause to yield in.
 void DriveList::Drives_GetAllDrives() {
     guarded(services_.diagnostics, "Drives_GetAllDrives", kModule, [&] {
-        Grid& grid = services_.lvwDiskinfo;
         services_.host.setBusyPointer(true);
-        grid.setRedraw(false);
-        waiting_->clear();
-        grid.clear();
-        for (const Drive& drive : services_.drives.drives()) addDriveRow(drive.root, drive);
-        grid.setRedraw(true);
+        {
+            const NoRedraw off(services_.lvwDiskinfo);
+            waiting_->clear();
+            services_.lvwDiskinfo.clear();
+            for (const Drive& drive : services_.drives.drives()) addDriveRow(drive.root, drive);
+        }
         services_.host.Drives_ResizeTableHeight();
         Drives_LoadSavedNetworkFolders();
         services_.host.Drives_ResizeTableHeight();
@@ -284,9 +286,10 @@ void DriveList::Drives_AddSizeValues(Row row, std::uint64_t total, std::uint64_t
 void DriveList::takeAnswers() {
     guarded(services_.diagnostics, "takeAnswers", kModule, [&] {
         const std::size_t before = waiting_->size();
-        services_.lvwDiskinfo.setRedraw(false);
-        services_.drives.takeAnswers();
-        services_.lvwDiskinfo.setRedraw(true);
+        {
+            const NoRedraw off(services_.lvwDiskinfo);
+            services_.drives.takeAnswers();
+        }
         if (waiting_->size() != before) Drives_Resize_Columns(false);
     });
 }
@@ -361,8 +364,9 @@ void DriveList::Drives_ChangeSizeFormat() {
         const std::size_t mode = services_.options.FileSizeFormatDrive;
         const Flag decimals = services_.options.SizeFormatNachkommastellenDrive;
         const bool known = mode < kSuffixes.size();
-        grid.setRedraw(false);
         grid.setEnabled(false);
+        const ScopeExit usable([&grid] { grid.setEnabled(true); });
+        const NoRedraw off(grid);
         for (std::size_t i = 0; i < kSuffixes.size(); ++i)
             services_.cbrDrives.setChecked(kFirstModeButton + static_cast<int>(i), i == mode);
         if (decimals == 1) services_.cbrDrives.setChecked(kDecimalsButton, true);
@@ -375,18 +379,16 @@ void DriveList::Drives_ChangeSizeFormat() {
         }
         for (const SizeColumn& size : kSizeColumns)
             services_.host.autosizeDriveColumn(size.column, kSizeColumnMargin);
-        grid.setRedraw(true);
-        grid.setEnabled(true);
     });
 }
 
 void DriveList::Drives_Resize_Columns(bool withRedraw) {
     guarded(services_.diagnostics, "Drives_Resize_Columns", kModule, [&] {
         Grid& grid = services_.lvwDiskinfo;
-        if (withRedraw) grid.setRedraw(false);
+        std::optional<NoRedraw> off;
+        if (withRedraw) off.emplace(grid);
         for (std::size_t column = 0; column < grid.columns().size(); ++column)
             services_.host.autosizeDriveColumn(column, 0);
-        if (withRedraw) grid.setRedraw(true);
     });
 }
 

@@ -76,6 +76,7 @@ void List_Files_ScanFolderR(ScanContext& scan, Grid& lvwFiles, const std::string
         Filling filling(scan);
         FilesTotalSize = SizeValue();
         lvwFiles.setRedraw(false);
+        // Also where another reading waits below this one: these rows are the ones to be seen.
         const ScopeExit on([&] { lvwFiles.setRedraw(true); });
         lvwFiles.clear();
         readRows(scan, lvwFiles, path, filling, FilesTotalSize);

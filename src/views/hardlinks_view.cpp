@@ -2,6 +2,7 @@
 
 #include <array>
 
+#include "grid/no_redraw.h"
 #include "views/list_columns.h"
 #include "views/size_display.h"
 
@@ -40,11 +41,12 @@ void HardlinksView::List_Hardlinks_ShowDups() {
     trapped("List_Hardlinks_ShowDups", [&] {
         if (grid_.rowCount() < 2) return;
         parts_.scan.host.setBusyPointer(true);
-        grid_.setRedraw(false);
-        // As texts: two ids may begin with the same number.
-        sortBy({.key = "id", .numbers = false, .descending = false});
-        shadeGroups();
-        grid_.setRedraw(true);
+        {
+            const NoRedraw off(grid_);
+            // As texts: two ids may begin with the same number.
+            sortBy({.key = "id", .numbers = false, .descending = false});
+            shadeGroups();
+        }
         rowsSorted();
         parts_.scan.host.setBusyPointer(false);
     });

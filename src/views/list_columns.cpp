@@ -2,6 +2,7 @@
 
 #include <span>
 
+#include "grid/no_redraw.h"
 #include "views/column_masks.h"
 #include "views/file_list.h"
 
@@ -51,10 +52,9 @@ void Init_FileList(Grid& grid, const Options& options, const Texts& texts) {
     std::vector<GridColumn> columns = {column(texts.TL(9102, "Dateiname"), ""), sizeColumn(texts)};
     appendFileColumns(columns, texts);
     hideColumns(columns, options.FileColumn);
-    grid.setRedraw(false);
+    const NoRedraw off(grid);
     build(grid, std::move(columns), "size");
     Init_FileList_DateFormat(grid, options);
-    grid.setRedraw(true);
 }
 
 void Init_TopList(Grid& grid, const Options& options, const Texts& texts) {
@@ -62,23 +62,21 @@ void Init_TopList(Grid& grid, const Options& options, const Texts& texts) {
                                        column(texts.TL(3626, "Pfad"), "path")};
     appendFileColumns(columns, texts);
     hideColumns(columns, options.TopColumn);
-    grid.setRedraw(false);
+    const NoRedraw off(grid);
     build(grid, std::move(columns), "size");
     Init_TopList_DateFormat(grid, options);
-    grid.setRedraw(true);
 }
 
 void Init_HardlinksList(Grid& grid, const Options& options, const Texts& texts) {
     std::vector<GridColumn> columns = {column(texts.TL(9102, "Dateiname"), ""),
                                        column(texts.TL(9109, "ID"), "id"),
-                                       column(texts.TL(9110, "Hardlinks"), "links"),
+                                       column(texts.TL(3740, "Hardlinks"), "links"),
                                        column(texts.TL(3626, "Pfad"), "path"), sizeColumn(texts)};
     appendFileColumns(columns, texts);
     hideColumns(columns, options.HardlinkColumn);
-    grid.setRedraw(false);
+    const NoRedraw off(grid);
     build(grid, std::move(columns), "size");
     Init_HardlinksList_DateFormat(grid, options);
-    grid.setRedraw(true);
 }
 
 void Init_JunctionList(Grid& grid, const Texts& texts) {
@@ -89,9 +87,8 @@ void Init_JunctionList(Grid& grid, const Texts& texts) {
     columns[kJunctionListType].mask = texts.TL(9113, "Abzweigungspunkt") + ";" +
                                       texts.TL(9114, "Verknüpfung") + ";" +
                                       texts.TL(9115, "Symbolischer Link") + ";";
-    grid.setRedraw(false);
+    const NoRedraw off(grid);
     build(grid, std::move(columns), "");
-    grid.setRedraw(true);
 }
 
 void Init_FileList_DateFormat(Grid& grid, const Options& options) {

@@ -2,9 +2,11 @@
 #include "views/list_view.h"
 
 #include <algorithm>
+#include <optional>
 
 #include "base/size_text.h"
 #include "base/text.h"
+#include "grid/no_redraw.h"
 
 namespace hl {
 
@@ -24,19 +26,6 @@ constexpr int kRecycle = 321;
 constexpr int kFont = 328;
 
 constexpr int kMargin = 32;
-
-/// Gathers the changes of a grid for as long as it lives.
-class NoRedraw {
-  public:
-    explicit NoRedraw(Grid& grid) : grid_(grid), was_(grid.redraw()) { grid_.setRedraw(false); }
-    ~NoRedraw() { grid_.setRedraw(was_); }
-    NoRedraw(const NoRedraw&) = delete;
-    NoRedraw& operator=(const NoRedraw&) = delete;
-
-  private:
-    Grid& grid_;
-    bool was_;
-};
 
 }  // namespace
 
@@ -310,10 +299,10 @@ void ListView::ShowFileStat() {
 
 void ListView::Resize_Columns(bool withRedraw) {
     trapped(routine("Resize_Columns"), [&] {
-        if (withRedraw) grid_.setRedraw(false);
+        std::optional<NoRedraw> off;
+        if (withRedraw) off.emplace(grid_);
         for (std::size_t column = 0; column < grid_.columns().size(); ++column)
             parts_.window.autosizeColumn(traits_.grid, column, kMargin);
-        if (withRedraw) grid_.setRedraw(true);
     });
 }
 

@@ -1,5 +1,6 @@
 #include "views/report_columns.h"
 
+#include "grid/no_redraw.h"
 #include "views/column_masks.h"
 
 namespace hl {
@@ -17,7 +18,7 @@ GridColumn numberColumn(std::string title, std::string_view key, std::string_vie
 }  // namespace
 
 void Init_Tree(Grid& grid, const Options& options, const Texts& texts) {
-    grid.setRedraw(false);
+    const NoRedraw off(grid);
     grid.clear();
     grid.setColumns({
         {.title = texts.TL(9100, "Name"), .key = {}, .mask = {}},
@@ -28,7 +29,6 @@ void Init_Tree(Grid& grid, const Options& options, const Texts& texts) {
     });
     for (std::uint32_t level = 0; level < Grid::kSortLevels; ++level)
         grid.levelSort(level) = {.key = "size", .numbers = true, .descending = true};
-    grid.setRedraw(true);
 }
 
 }  // namespace hl

@@ -2,6 +2,7 @@
 #include "views/report_view.h"
 
 #include "base/scope_exit.h"
+#include "grid/no_redraw.h"
 #include "robustness/trap.h"
 #include "scan/driver.h"
 #include "scan/records.h"
@@ -26,18 +27,6 @@ struct SortColumn {
 };
 constexpr SortColumn kSortColumns[] = {
     {"", false}, {"size", true}, {"percent", true}, {"files", true}, {"folders", true}};
-
-/// Gathers the changes of a grid for as long as it lives.
-class NoRedraw {
-  public:
-    explicit NoRedraw(Grid& grid) : grid_(grid) { grid_.setRedraw(false); }
-    ~NoRedraw() { grid_.setRedraw(true); }
-    NoRedraw(const NoRedraw&) = delete;
-    NoRedraw& operator=(const NoRedraw&) = delete;
-
-  private:
-    Grid& grid_;
-};
 
 }  // namespace
 

@@ -39,7 +39,9 @@ class ReportView {
           ColumnDragGuard_(ColumnDragGuard) {}
 
     // --- columns
+    /// Makes the pane as wide as its columns.
     void Report_Resize_Width();
+    /// Fits all columns to what they show; `narrow` with a smaller margin, `withRedraw` painted at once.
     void Report_Resize_Columns(bool withRedraw, bool narrow);
     /// `column` counts from 0, the name.
     void Report_ChangeColVisible(std::size_t column, bool visible);
@@ -59,13 +61,19 @@ class ReportView {
     /// Empties the report.
     void removeAll();
 
-    // --- what the user does
+    // --- what the user does; none of it while a scan or a loop over all rows is at work
+    /// Sorts all levels by the column, the other way round at each click.
     void tvwPL_GridColumnTitleClick(std::size_t column);
     /// The title click that ends the dragging of a column border is none.
     void columnSizing() { ColumnDragGuard_ = true; }
+    /// The row that was clicked becomes the one folder that lists and status bar tell of. kNoRow: a click
+    /// beside all rows.
     void tvwPL_MouseUp(Row row, MouseButton button, bool shift, Point at);
+    /// Folds the first selected row up, or unfolds it.
     void tvwPL_DblClick();
+    /// Up and down tell of the row like a click.
     void tvwPL_KeyUp(int key);
+    /// The columns follow what came to show.
     void expandedByUser();
 
   private:

@@ -2,7 +2,9 @@
 
 #include <array>
 
+#include "base/scope_exit.h"
 #include "base/size_text.h"
+#include "grid/no_redraw.h"
 #include "views/column_masks.h"
 #include "views/file_list.h"
 #include "views/list_columns.h"
@@ -36,21 +38,19 @@ void showSizes(Grid& grid, std::size_t index, int mode, bool decimals, const Tex
 }
 
 void showSizesOfList(Grid& grid, std::size_t index, int mode, bool decimals, const Texts& texts) {
-    grid.setRedraw(false);
     grid.setEnabled(false);
+    const ScopeExit usable([&grid] { grid.setEnabled(true); });
+    const NoRedraw off(grid);
     showSizes(grid, index, mode, decimals, texts);
-    grid.setRedraw(true);
-    grid.setEnabled(true);
 }
 
 }  // namespace
 
 void Report_Set_SizeFormat(Grid& grid, const Options& options, const Texts& texts) {
     const bool decimals = options.SizeFormatNachkommastellenFolders != 0;
-    grid.setRedraw(false);
+    const NoRedraw off(grid);
     grid.changeColumn(kReportPercent).mask = decimals ? kPercentMaskDecimals : kPercentMask;
     showSizes(grid, kReportSize, options.FileSizeFormat, decimals, texts);
-    grid.setRedraw(true);
 }
 
 void List_Files_Set_SizeFormat(Grid& grid, const Options& options, const Texts& texts) {

@@ -34,17 +34,6 @@ test::FakeSystemFacts system;
 test::FakeErrorSink sink;
 Diagnostics diagnostics{app, system, sink};
 
-TEST_F(OptionsFile, GivesTheDefaultsOfAFirstStartInOneReading) {
-    const Options options = load();
-    EXPECT_EQ(files.reads, 1);
-    EXPECT_EQ(options.FileSizeFormatDrive, 3);
-    EXPECT_EQ(options.FontSizeJunctions, 9.0F);
-    EXPECT_EQ(options.FontName, "Tahoma");
-    EXPECT_EQ(options.DateFormat, "dd/MM/yyyy hh:nn:ss");
-    EXPECT_EQ(options.HardlinkColumn, (std::array<Flag, 10>{1, 1, 1, 1, 1, 1, 1, 1, 1, 1}));
-    EXPECT_TRUE(sink.shown.empty());
-}
-
 TEST_F(OptionsFile, LeavesToTheBarsWhatTheyRead) {
     holds("BigIcons=1\nTOPmaxcount=7\nFilePreview=1\nHardlinksTile=1\nComboText=/a\n");
     const Options options = load();

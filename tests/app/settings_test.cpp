@@ -24,7 +24,6 @@ TEST_F(Settings, GiveDefaultsWhereThereIsNoFileAndMakeNone) {
 TEST_F(Settings, AreWrittenOnlyWhereSomethingChanges) {
     store.StoreSettings("Allgemein", "Lang", 9);
     store.StoreSettings("Allgemein", "Lang", "9");
-    store.ProfileDeleteSection("ComboOrdner", path);
     EXPECT_EQ(test::contentOf(path), "[Allgemein]\r\nLang=9\r\n");
     EXPECT_EQ(files.replacements, 1);
 }

@@ -25,18 +25,6 @@ TEST_F(Usage, FitsATerminalInBothLanguages) {
     }
 }
 
-TEST_F(Usage, NamesEverySwitchThatTheCommandLineKnows) {
-    const std::string usage = usageText(english);
-    for (const char* name : {"-s[LEVELS]", "-dN", "--help", "-h", "--version", "--", "FILE", "FOLDER"})
-        EXPECT_NE(usage.find(name), std::string::npos) << name;
-}
-
-TEST_F(Usage, NamesEveryExitStatus) {
-    for (const Texts* texts : {&german, &english})
-        for (const char* status : {": 0 ", "; 1 ", "; 2 ", "; 3 "})
-            EXPECT_NE(usageText(*texts).find(status), std::string::npos) << status;
-}
-
 TEST_F(Usage, SaysWhatIsWrongWithALine) {
     const auto problem = [&](const std::string& argument) {
         return problemText(english, joinArguments({argument}, "/", kPosixPaths));

@@ -23,18 +23,6 @@ TEST(TrailingSlash, IsAddedOnceAndBlanksAreTrimmedOnlyWithIt) {
     for (const auto& [path, posix, drive] : cases) {
         EXPECT_EQ(AddTrailingSlash(path, kPosixPaths), posix) << path;
         EXPECT_EQ(AddTrailingSlash(path, kDrivePaths), drive) << path;
-        EXPECT_EQ(AddTrailingSlashIfAny(path, kPosixPaths), path.empty() ? "" : posix) << path;
-        EXPECT_EQ(AddTrailingSlashIfAny(path, kDrivePaths), path.empty() ? "" : drive) << path;
-    }
-}
-
-TEST(TrailingSlash, IsStrippedOnceAndBlanksAreTrimmedOnlyWithIt) {
-    const Case cases[] = {{"", "", ""},         {"/", "", "/"},          {"/a", "/a", "/a"},
-                          {"a//", "a/", "a//"}, {" a /", " a ", " a /"}, {" a \\", " a \\", "a"},
-                          {" a ", " a ", " a "}};
-    for (const auto& [path, posix, drive] : cases) {
-        EXPECT_EQ(StripTrailingSlash(path, kPosixPaths), posix) << path;
-        EXPECT_EQ(StripTrailingSlash(path, kDrivePaths), drive) << path;
     }
 }
 

@@ -12,15 +12,6 @@ SizeValue bytes(std::uint64_t count) {
     return SizeValue::fromBytes(count);
 }
 
-TEST(Units, BelongToTheModesThatHaveOne) {
-    const char* units[] = {"", "Bytes", "KB", "MB", "GB", "", "TB", ""};
-    const std::uint64_t divisors[] = {0, 1, 1024, kMB, kGB, 0, kTB, 0};
-    for (int mode = -1; mode <= 6; ++mode) {
-        EXPECT_EQ(unitOf(mode), units[mode + 1]) << mode;
-        EXPECT_EQ(static_cast<std::uint64_t>(divisorOf(mode)), divisors[mode + 1]) << mode;
-    }
-}
-
 TEST(FormatSizeForMode, WritesEachModeInItsUnit) {
     const std::tuple<std::uint64_t, int, bool, bool, const char*> cases[] = {
         {0, 0, true, false, "0 Bytes"},     {5120, 0, true, true, "5,120 BS"},

@@ -71,10 +71,10 @@ TEST(CompareFolded, AgreesWithTheKeysOfTexts) {
     EXPECT_GT(decided, 80'000);  // Of 92,000.
 }
 
-TEST(ContainsFolded, FindsAPartWithoutRegardToCase) {
-    EXPECT_TRUE(containsFolded("Größe", "GRÖ"));
-    EXPECT_TRUE(containsFolded("", ""));
-    EXPECT_FALSE(containsFolded("abc", "abcd"));
+TEST(FoldedPart, IsFoundWithoutRegardToCase) {
+    EXPECT_TRUE(FoldedPart("GRÖ").isIn("Größe"));
+    EXPECT_TRUE(FoldedPart("").isIn(""));
+    EXPECT_FALSE(FoldedPart("abcd").isIn("abc"));
 }
 
 TEST(ParseInteger, TakesAWholeNumberAndNothingElse) {

@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <random>
 
+#include "grid/no_redraw.h"
+
 namespace hl {
 namespace {
 
@@ -209,12 +211,17 @@ TEST_F(GridNotices, ArriveAtOnceWhileRedrawIsOn) {
     EXPECT_TRUE(observer.changes[3].columns && observer.changes[4].columns);
 }
 
-TEST_F(GridNotices, GatherWhileRedrawIsOffAndComeInOne) {
-    grid.setRedraw(false);
-    for (const std::size_t i : {7U, 2U}) grid.setPicture(rows[i], 1);
-    grid.setSelected(rows[0], true);
-    EXPECT_TRUE(observer.changes.empty());
-    for (int i = 0; i < 2; ++i) grid.setRedraw(true);
+TEST_F(GridNotices, GatherWhileAGuardHoldsThemBackAndComeInOneWithTheOutermost) {
+    {
+        const NoRedraw outer(grid);
+        {
+            const NoRedraw inner(grid);
+            for (const std::size_t i : {7U, 2U}) grid.setPicture(rows[i], 1);
+        }
+        grid.setSelected(rows[0], true);
+        EXPECT_TRUE(observer.changes.empty());
+    }
+    grid.setRedraw(true);
     ASSERT_EQ(observer.changes.size(), 1U);
     EXPECT_TRUE(observer.changes[0].cells && observer.changes[0].current);
     EXPECT_FALSE(observer.changes[0].structure || observer.changes[0].columns);

@@ -58,17 +58,13 @@ class AccessibleTest : public test::WindowBars {
     }
 };
 
-TEST_F(AccessibleTest, EveryControlHasAName) {
-    show();
-    window->setSources({{"/", 0}, {"/usr", 0}}, "/", 0);
-    EXPECT_EQ(nameless(), std::vector<std::string>());
-}
-
-TEST_F(AccessibleTest, EveryControlHasANameWhereBarsClip) {
-    for (CommandBar* bar : bars.all()) bar->setClips(true);
-    show(420, 600);
-    window->setSources({{"/", 0}}, "/", 0);
-    EXPECT_EQ(nameless(), std::vector<std::string>());
+TEST_F(AccessibleTest, EveryControlHasANameAlsoWhereBarsClip) {
+    for (const bool clips : {false, true}) {
+        for (CommandBar* bar : bars.all()) bar->setClips(clips);
+        show(clips ? 420 : 1200, 600);
+        window->setSources({{"/", 0}, {"/usr", 0}}, "/", 0);
+        EXPECT_EQ(nameless(), std::vector<std::string>());
+    }
 }
 
 TEST_F(AccessibleTest, TheBoxOfSourcesTellsWhatItIsAndWhatStandsInIt) {
@@ -90,6 +86,8 @@ TEST_F(AccessibleTest, RowsAreItemsOfATreeWithLevelAndFoldedState) {
         EXPECT_EQ(tree()->child(i)->role(), QAccessible::TreeItem);
         EXPECT_EQ(tree()->indexOfChild(tree()->child(i)), i);
         EXPECT_EQ(tree()->child(i)->parent(), tree());
+        const QPoint middle = tree()->child(i)->rect().center();
+        EXPECT_EQ(tree()->childAt(middle.x(), middle.y()), tree()->child(i));
     }
 }
 
@@ -117,6 +115,16 @@ TEST_F(AccessibleTest, ARowHasACellForEachColumnThatShows) {
     report.changeColumn(1).visible = false;
     QApplication::processEvents();
     EXPECT_EQ(tree()->child(2)->childCount(), 1);
+}
+
+TEST_F(AccessibleTest, ARowThatIsGoneSaysNothing) {
+    show();
+    Object* last = tree()->child(3);
+    report.clear();
+    EXPECT_FALSE(last->isValid());
+    EXPECT_EQ(name(last), "");
+    QApplication::processEvents();
+    EXPECT_EQ(tree()->childCount(), 0);
 }
 
 TEST_F(AccessibleTest, TheRowWithTheFocusIsFound) {

@@ -13,6 +13,7 @@
 #include <utility>
 #include <vector>
 
+#include "gui/recording_events.h"
 #include "platform/qt/grid_view.h"
 
 namespace hl {
@@ -21,7 +22,7 @@ inline constexpr CellSpec kSpecs[] = {{"size", CellType::kSize}};
 using Log = std::vector<std::string>;
 
 /// Writes down what the view tells.
-struct Told : WindowEvents {
+struct Told : test::RecordingEvents {
     Log log;
     const Grid* grid = nullptr;
     std::string name(Row row) const { return row == kNoRow ? "-" : std::string(grid->text(row)); }
@@ -36,26 +37,8 @@ struct Told : WindowEvents {
         log.push_back("title " + std::to_string(column));
     }
     void gridColumnSizing(GridId) override { log.push_back("sizing"); }
-    void gridScrolled(GridId) override {}
-    void gridMouseMove(GridId, Row) override {}
     void gridExpanded(GridId, Row row) override { log.push_back("fold " + name(row)); }
     void windowFault(const char* where) override { log.push_back(std::string("fault ") + where); }
-
-    void formLoad(Window&, MessagePump&) override {}
-    void formActivate() override {}
-    bool formQueryUnload() override { return true; }
-    void formUnload() override {}
-    void formResize() override {}
-    void formKeyUp(int) override {}
-    void execute(BarId, int) override {}
-    void editChanged(BarId, int, const std::string&) override {}
-    void editKeyDown(BarId, int, int) override {}
-    void editLeft(BarId, int) override {}
-    void barResized(BarId) override {}
-    void comboText(const std::string&) override {}
-    void comboSelected(int) override {}
-    void comboKeyDown(int) override {}
-    void handOver(const std::string&) override {}
 };
 
 struct GridViewTest : testing::Test {

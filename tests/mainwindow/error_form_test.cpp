@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
-
 #include "support/test_texts.h"
 #include "support/whole_files.h"
 
@@ -37,12 +35,6 @@ class ErrorFormTest : public testing::Test {
     ErrorFormServices services{texts.texts, texts.files,      texts.system, desk,
                                kPosixPaths, texts.dir.path(), "1.2",        [this] { ++ended; }};
     ErrorForm frmFehler{services, "the\r\nreport"};
-
-    static const FormItem& button(const Form& form, const CommandButton& control) {
-        return *std::ranges::find_if(form.buttons, [&](const FormItem& item) {
-            return std::get<CommandButton*>(item.control) == &control;
-        });
-    }
 };
 
 TEST_F(ErrorFormTest, GoingOnAndQuittingCopyTheReportFirstAlsoWhereThatFails) {
@@ -88,20 +80,6 @@ TEST_F(ErrorFormTest, AMailCarriesTheHintAndTheClipboardTheReport) {
     frmFehler.cmdEmail_Click();
     EXPECT_EQ(desk.asked.size(), 4U) << "the hint is shown in any case";
     EXPECT_TRUE(frmFehler.loaded);
-}
-
-TEST_F(ErrorFormTest, EachButtonTellsWhatItDoes) {
-    const Form form = frmFehler.form();
-    const std::pair<const CommandButton*, const char*> cases[] = {{&frmFehler.cmdDrucken, "ausdrucken"},
-                                                                  {&frmFehler.cmdEmail, "Emailprogramm"},
-                                                                  {&frmFehler.cmdWeiter, "Fortsetzen"},
-                                                                  {&frmFehler.cmdBeenden, "beendet"},
-                                                                  {&frmFehler.cmdSpeichern, "in eine Datei"}};
-    ASSERT_EQ(form.buttons.size(), std::size(cases));
-    for (const auto& [control, word] : cases) {
-        button(form, *control).hovered();
-        EXPECT_NE(frmFehler.txtHelp.text.find(word), std::string::npos) << frmFehler.txtHelp.text;
-    }
 }
 
 TEST_F(ErrorFormTest, AReportThatComesWhileOneIsShownTakesItsPlace) {

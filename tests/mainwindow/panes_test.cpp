@@ -18,12 +18,6 @@ namespace {
 constexpr int kPanels[] = {21, 33, 306, 307, 308, 309};
 using Checked = std::set<int>;
 
-void addEntry(CommandBar& bar, int id) {
-    BarEntry entry;
-    entry.id = id;
-    bar.add(entry);
-}
-
 // The form around the panes, and a window that lays them out whenever they change.
 class Panel : public testing::Test, protected PaneHost {
   protected:
@@ -32,9 +26,9 @@ class Panel : public testing::Test, protected PaneHost {
             own[i] = std::make_unique<CommandBar>(static_cast<BarId>(i), "");
             barHeights[static_cast<BarId>(i)] = 20 + static_cast<int>(i);
         }
-        for (const int id : kPanels) addEntry(*own[0], id);
+        for (const int id : kPanels) own[0]->add({.id = id});
         for (const BarId list : {BarId::kFiles, BarId::kTop, BarId::kHardlinks, BarId::kJunctions})
-            for (const int id : {318, 319, 322, 323}) addEntry(bar(list), id);
+            for (const int id : {318, 319, 322, 323}) bar(list).add({.id = id});
         std::ranges::transform(own, bars.begin(), [](const auto& one) { return one.get(); });
         panes = std::make_unique<Panes>(
             PaneParts{bars, tvwPL, options, state, kPosixPaths, status, *this, diagnostics});

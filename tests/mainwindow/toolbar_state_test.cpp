@@ -89,12 +89,6 @@ TEST_F(ToolbarStateTest, WhatIsBuiltWinsOverWhatIsStored) {
     EXPECT_FALSE(builtHidden.find(5)->visible);
 }
 
-TEST_F(ToolbarStateTest, NoFileChangesNothing) {
-    Bars bars;
-    EXPECT_FALSE(load(bars));
-    EXPECT_TRUE(asBuilt(bars));
-}
-
 TEST_F(ToolbarStateTest, AFileCutShortAnywhereChangesNothing) {
     const std::string whole = arranged();
     const std::size_t end = whole.find_last_not_of("\r\n");
@@ -128,16 +122,6 @@ TEST_F(ToolbarStateTest, ABrokenOrForeignFileChangesNothing) {
     }
     expectAsBuiltFrom(std::string("\xd0\xcf\x11\xe0\0\0\xff\xfe", 8), "binary");
     expectAsBuiltFrom(whole + std::string(100'000, '\n'), "far too long");
-}
-
-TEST_F(ToolbarStateTest, AnOrderThatNoFileMayHoldIsBroughtIntoRange) {
-    Bars bars;
-    build(bars);
-    bars.cbrMain.setPlace({BarEdge::kTop, 1000, true});
-    save(bars);
-    Bars again;
-    ASSERT_TRUE(load(again));
-    EXPECT_EQ(again.cbrMain.place().order, 99);
 }
 
 }  // namespace

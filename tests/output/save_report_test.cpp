@@ -2,12 +2,9 @@
 
 #include <gtest/gtest.h>
 #include <pthread.h>
-#include <signal.h>
-#include <sys/resource.h>
 
 #include <filesystem>
 
-#include "base/scope_exit.h"
 #include "output/save_bench.h"
 
 namespace hl {
@@ -43,19 +40,6 @@ struct CountingPump : MessagePump {
 class SaveReport : public testing::Test, public test::SaveBench {};
 
 // --- the form
-
-TEST_F(SaveReport, FormOpensWithItsPresetsAndOffersASelectedFolderOnlyWhereThereIsOne) {
-    const Row bilder = sampleTree("/srv/data");
-    const SaveForm frmSave(services());
-    EXPECT_EQ(frmSave.caption, "Speichern");
-    EXPECT_EQ(GetOptionButtonSelectedIndex(frmSave.optWasSpeichern), kSaveAll);
-    EXPECT_EQ(GetOptionButtonSelectedIndex(frmSave.optLevels), kSaveUnfolded);
-    EXPECT_EQ(frmSave.cboFormat.index, kFormatTxt);
-    EXPECT_EQ(frmSave.cboDelimiter.index, kDelimiterTab);
-    EXPECT_FALSE(frmSave.optWasSpeichern[kSaveSelected].enabled);
-    grid.setSelected(bilder, true);
-    EXPECT_TRUE(SaveForm(services()).optWasSpeichern[kSaveSelected].enabled);
-}
 
 TEST_F(SaveReport, LevelsTakeDigitsAndBackspaceOnly) {
     std::u32string passed;
@@ -179,23 +163,6 @@ TEST_F(SaveReport, AFailureIsReportedWithItsCauseOrTheNameOfTheFile) {
     EXPECT_FALSE(frmSave.OKButton.enabled) << "the form serves once";
     EXPECT_EQ(saved("no/such/folder/r.csv"), test::kNotWritten);
     EXPECT_EQ(texts->reports("folder/r.csv: No such file or directory"), 1U);
-}
-
-TEST_F(SaveReport, AFileThatCannotGrowLeavesTheOlderReport) {
-    const Row root = folder(kNoRow, "/srv", 0, 0, 5000);
-    for (int i = 0; i < 5000; ++i) folder(root, "a folder with a name", 4096, 1, 0);
-    test::writeFile(pathOf("r.csv"), "older");
-    rlimit before = {};
-    getrlimit(RLIMIT_FSIZE, &before);
-    signal(SIGXFSZ, SIG_IGN);
-    const ScopeExit restore([&] { setrlimit(RLIMIT_FSIZE, &before); });
-    const rlimit little = {100000, before.rlim_max};
-    ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &little), 0);
-    EXPECT_EQ(saved("r.csv"), test::kNotWritten);
-    EXPECT_EQ(test::contentOf(pathOf("r.csv")), "older");
-    EXPECT_EQ(texts->reports("File too large"), 1U) << "one report for one failure";
-    EXPECT_EQ(texts->reports("rows=5001"), 0U) << "the walk ends there";
-    EXPECT_EQ(std::distance(fs::directory_iterator(texts->dir.path()), {}), 1) << "nothing else is left";
 }
 
 TEST_F(SaveReport, ASizeOutOfRangeCostsItsLevelAloneOnEveryDepth) {

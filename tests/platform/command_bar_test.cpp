@@ -8,13 +8,6 @@
 namespace hl {
 namespace {
 
-BarEntry entryOf(int id, EntryKind kind = EntryKind::kButton) {
-    BarEntry entry;
-    entry.id = id;
-    entry.kind = kind;
-    return entry;
-}
-
 class Watcher : public BarObserver {
   public:
     void entryChanged(const CommandBar&, const BarEntry& entry) override { changed.push_back(entry.id); }
@@ -28,15 +21,13 @@ class Watcher : public BarObserver {
 class CommandBarTest : public testing::Test {
   protected:
     CommandBarTest() {
-        bar.add(entryOf(0, EntryKind::kLabel));
-        bar.add(entryOf(1, EntryKind::kSplitButton));
-        bar.add(entryOf(10), 1);
-        BarEntry dead = entryOf(11);
-        dead.dead = true;
-        bar.add(dead, 1);
-        bar.add(entryOf(2));
-        bar.addPopup(entryOf(100));
-        bar.add(entryOf(101), 100);
+        bar.add({.id = 0, .kind = EntryKind::kLabel});
+        bar.add({.id = 1, .kind = EntryKind::kSplitButton});
+        bar.add({.id = 10}, 1);
+        bar.add({.id = 11, .dead = true}, 1);
+        bar.add({.id = 2});
+        bar.addPopup({.id = 100});
+        bar.add({.id = 101}, 100);
         bar.attach(&watcher);
     }
 
@@ -45,12 +36,6 @@ class CommandBarTest : public testing::Test {
     CommandBar bar{BarId::kMain, "cbrMain"};
     Watcher watcher;
 };
-
-TEST_F(CommandBarTest, FindsEntriesInListsAndPopups) {
-    EXPECT_EQ(bar.entries().size(), 3U);
-    for (const int id : {0, 1, 2, 10, 11, 100, 101}) EXPECT_EQ(bar.find(id)->id, id);
-    EXPECT_EQ(bar.find(12), nullptr);
-}
 
 TEST_F(CommandBarTest, TellsOfAChangeOnlyWhereThereIsOne) {
     bar.toggle(10);
@@ -78,16 +63,6 @@ TEST_F(CommandBarTest, NothingEnablesADeadEntry) {
     bar.setAllEnabled(true);
     EXPECT_FALSE(enabled(11));
     EXPECT_TRUE(enabled(10));
-}
-
-TEST_F(CommandBarTest, ChangesOfItsLooksAskForOneRebuildEach) {
-    bar.setLargeIcons(true);
-    bar.setLargeIcons(true);
-    bar.setTextBelowIcons(true);
-    bar.setClips(true);
-    bar.setPlace({BarEdge::kLeft, 2, true});
-    bar.setPlace({BarEdge::kLeft, 2, true});
-    EXPECT_EQ(watcher.rebuilt, 4);
 }
 
 }  // namespace

@@ -6,8 +6,6 @@
 #include <stdexcept>
 #include <string>
 
-#include "base/fault.h"
-
 namespace hl {
 namespace {
 
@@ -78,7 +76,6 @@ TEST_F(Splitter, LaysOutNothingBeforeTheTotalIsKnownAndThenHoldsThePositionAgain
     EXPECT_EQ(panes() + told, "- |- -");
     splitter.setTotal(200);
     EXPECT_EQ(panes(), "0+146 |146+4 150+50");
-    EXPECT_EQ(splitter.Proportion(), 0.73F);
     splitter.setTotal(200);
     EXPECT_EQ(told, "cr");
 }
@@ -111,34 +108,6 @@ TEST_F(Splitter, ShowsOnePaneAlways) {
     EXPECT_EQ(told, "crcrcrcr");
 }
 
-TEST_F(Splitter, GrowsInProportionOnlyWhereAskedFor) {
-    start(200, 50);
-    splitter.setTotal(400);
-    EXPECT_EQ(splitter.Position(), 50);
-    splitter.setKeepProportion(true);
-    splitter.setProportion(30);
-    EXPECT_EQ(splitter.Position(), 120);
-    splitter.setMinimumSize(1, 100);
-    splitter.setTotal(200);
-    EXPECT_EQ(splitter.Position(), 100) << "not below the minimum";
-}
-
-TEST_F(Splitter, RefusesWhatCanBeNoProportionSizeOrIndex) {
-    const auto refused = [](auto set) {
-        try {
-            set();
-        } catch (const Fault& fault) {
-            return fault.number() == 380 && fault.source() == "Harborlantern.cSplitter";
-        }
-        return false;
-    };
-    for (const float percent : {0.0F, -1.0F, 100.5F, std::numeric_limits<float>::quiet_NaN()})
-        EXPECT_TRUE(refused([&] { splitter.setProportion(percent); })) << percent;
-    EXPECT_TRUE(refused([&] { splitter.setSplitterSize(-1); }));
-    EXPECT_TRUE(refused([&] { splitter.setMinimumSize(0, 1); }));
-    EXPECT_TRUE(refused([&] { splitter.setMaximumSize(3, 1); }));
-}
-
 TEST_F(Splitter, FollowsThePointerWithinContainerAndLimits) {
     splitter.setMinimumSize(2, 50);
     start(200, 100);
@@ -155,24 +124,15 @@ TEST_F(Splitter, FollowsThePointerWithinContainerAndLimits) {
     EXPECT_EQ(told, "ccc") << "the form hears of the end alone";
     splitter.MouseUp(92);
     EXPECT_EQ(splitter.Position(), 90);
-    EXPECT_EQ(splitter.Proportion(), 0.45F);
     EXPECT_EQ(told, "ccccr");
-    splitter.setFullDrag(false);
-    splitter.MouseDown(90);
-    splitter.MouseMove(120);
-    EXPECT_EQ(told, "ccccr") << "the panes move at the end";
-    splitter.MouseUp(130);
-    EXPECT_EQ(panes() + told, "0+130 |130+4 134+66ccccrcr");
 }
 
-TEST_F(Splitter, DragsNothingWhenCancelledWithoutABarOrAfterAFault) {
+TEST_F(Splitter, DragsNothingWithoutABarOrAfterAFault) {
     const auto drags = [&](int at) {
         splitter.MouseDown(at);
         return splitter.dragging();
     };
     start(200, 100);
-    splitter.beforeDrag = [](int at) { return at != 101; };
-    EXPECT_FALSE(drags(101));
     splitter.setControl2Visible(false);
     EXPECT_FALSE(drags(100));
     splitter.setControl2Visible(true);

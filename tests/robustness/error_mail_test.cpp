@@ -13,11 +13,5 @@ TEST(ErrorMail, EscapesByItsTableAndNothingElse) {
     for (const auto& [text, escaped] : cases) EXPECT_EQ(escapeMailBody(text), escaped);
 }
 
-TEST(ErrorMail, LinksToTheAddressWithTheHintAsItsBody) {
-    EXPECT_EQ(reportMailLink("bugs@example.org", "Harborlantern", "0.1.0", "Bitte einfügen."),
-              "mailto:bugs@example.org?subject=Bugreport_Harborlantern_0.1.0"
-              "&body=%2A%2A%2A%20Bitte%20einf%FCgen.%20%2A%2A%2A%0A%0A");
-}
-
 }  // namespace
 }  // namespace hl

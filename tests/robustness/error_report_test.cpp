@@ -20,8 +20,8 @@ class ErrorReport : public testing::Test {
         app.executableName = "harborlantern";
         app.startTime = now - 3725s;
     }
-    std::string build(std::int64_t number = 13) {
-        return BuildErrorReport({"QuelleEinlesen", "frmMain", 42}, Fault(number, "", "Type mismatch"), app,
+    std::string build() {
+        return BuildErrorReport({"QuelleEinlesen", "frmMain", 42}, Fault(13, "", "Type mismatch"), app,
                                 system, now);
     }
     /// The line that begins with `label`; empty if there is none.
@@ -52,10 +52,6 @@ TEST_F(ErrorReport, TellsAllItsLinesInOrderWithNoLineEndBehindTheLast) {
 }
 
 TEST_F(ErrorReport, VariesItsLinesWithWhatItIsTold) {
-    app.releaseCandidate = 3;
-    EXPECT_EQ(line("App: "), "App: Harborlantern 0.4.2 RC3");
-    app.beta = true;
-    EXPECT_EQ(line("App: "), "App: Harborlantern 0.4.2 [BETA]");
     app.numbers = {".", ","};
     system.memoryFacts.physicalTotal = std::uint64_t{5} << 40;
     EXPECT_EQ(line("PhysRAM: "), "PhysRAM: 1,00 MB Free / 5.242.880,00 MB Total");
@@ -64,12 +60,6 @@ TEST_F(ErrorReport, VariesItsLinesWithWhatItIsTold) {
     system.screenFacts = {640, 480, 24};
     EXPECT_EQ(line("Screen: "), "Screen: 640x480xUNKNOWN");
     EXPECT_EQ(line("Command: "), "") << "there was none";
-}
-
-TEST_F(ErrorReport, OpensWithTheHintOnlyWhereAComponentIsMissing) {
-    app.missingComponentHint = [] { return std::string("A component\r\nis missing."); };
-    EXPECT_EQ(build(kMissingComponent).find("A component\r\nis missing.\r\n\r\nTime: "), 0U);
-    EXPECT_EQ(build(428).find("Time: "), 0U);
 }
 
 TEST_F(ErrorReport, ComesOutWithAllItsLinesWhenNothingCanBeLearned) {

@@ -64,19 +64,6 @@ TEST_F(Rollup, SortsAllLevelsAndLetsWaitingInputIn) {
     EXPECT_GE(pump.pumps, 2);
 }
 
-TEST_F(Rollup, JoinsThePathOfARowFromItsTexts) {
-    const std::tuple<PathRules, const char*, const char*, const char*> cases[] = {
-        {kPosixPaths, "/", "/b c", "/b c/d/"},
-        {kPosixPaths, "/s", "/s/b c", "/s/b c/d/"},
-        {kDrivePaths, "C:", "C:\\b c", "C:\\b c\\d\\"}};
-    for (const auto& [rules, source, inner, deep] : cases) {
-        const Row root = add(kNoRow, source), child = add(root, "b c"), below = add(child, "d");
-        EXPECT_EQ(Report_GetFullpathOfNode(report, root, false, rules), source);
-        EXPECT_EQ(Report_GetFullpathOfNode(report, child, false, rules), inner);
-        EXPECT_EQ(Report_GetFullpathOfNode(report, below, true, rules), deep);
-    }
-}
-
 TEST_F(Rollup, RemovesTheWholeSourceOfTheCurrentRow) {
     options.CreateListTOP = 1;
     disk.sources = {folder("/s", {folder("b", {folder("c")}), file("f", 5)}),

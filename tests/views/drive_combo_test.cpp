@@ -83,7 +83,7 @@ TEST_F(DriveCombo, TakesBackSavedFoldersThatExistOnce) {
 TEST_F(DriveCombo, SavesTheLastTenFoldersFromTheEnd) {
     GetAllDrives(combo, kDrives, "", kPosixPaths);
     for (int i = 0; i < 12; ++i) combo.addOrSelect("/f" + std::to_string(i), kPosixPaths);
-    combo.add({"  ", "  ", "  ", kPictureSource, kPictureSource});
+    combo.add({"  ", "  ", "  ", kPictureSource});
     SaveAllComboFolders(combo, texts.store);
     ASSERT_EQ(saved().size(), 10U);
     EXPECT_EQ(saved().front(), "/f11/");

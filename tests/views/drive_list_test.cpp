@@ -60,11 +60,7 @@ class RecordingDriveHost final : public DriveListHost {
 
 struct DriveListTest : testing::Test {
     DriveListTest() {
-        for (int id = 201; id <= 205; ++id) {
-            BarEntry entry;
-            entry.id = id;
-            bar.add(entry);
-        }
+        for (int id = 201; id <= 205; ++id) bar.add({.id = id});
         Init_DiskInfo(grid, texts.texts);
         options.FileSizeFormatDrive = 3;
         options.SizeFormatNachkommastellenDrive = 1;

@@ -26,15 +26,6 @@ TEST_F(Lists, TurnTheOrderAroundWithEachTitleClickWhateverTheColumn) {
     }
 }
 
-TEST_F(Lists, TakeTheClickThatEndsAColumnDragForNoTitleClickInAnyList) {
-    const Lines before = textsOf(top);
-    filesView.columnSizing();
-    topView.GridColumnTitleClick(0);
-    EXPECT_EQ(textsOf(top), before);
-    topView.GridColumnTitleClick(0);
-    EXPECT_NE(textsOf(top), before);
-}
-
 // --- search
 
 TEST_F(Lists, SearchBehindTheCurrentRowAndFromTheTopAgain) {
@@ -180,17 +171,7 @@ TEST_F(Lists, IgnoreTheUserWhileTheWindowIsLocked) {
     }
 }
 
-TEST_F(Lists, HandOverTheCommandsOfOthersByTheIdsOfTheirBars) {
-    // Full view, font, save, print, delete, recycle.
-    const std::array<int, 6> ids[] = {{323, 328, 324, 325, 320, 321},
-                                      {323, 328, 325, 326, 320, 321},
-                                      {327, 328, 324, 325, 320, 321},
-                                      {323, 328, 324, 325, 320, 321}};
-    for (std::size_t i = 0; i < all.size(); ++i)
-        for (std::size_t command = 0; command < 6; ++command) {
-            all[i]->view.execute(ids[i][command]);
-            EXPECT_EQ(taken(), Lines{"command " + std::to_string(command)}) << i;
-        }
+TEST_F(Lists, AskForThePreviewAndItsPlaceByTheIdsOfTheirBar) {
     hardlinksView.execute(322);
     hardlinksView.execute(323);
     EXPECT_EQ(taken(), (Lines{"panes", "preview", "panes"}));

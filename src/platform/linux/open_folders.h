@@ -80,7 +80,6 @@ class OpenFolders {
     /// Closes one folder that nobody uses right now. False if there is none.
     bool closeOne();
 
-    std::size_t openCount() const { return openCount_; }
     std::size_t mostOpen() const { return mostOpen_; }
 
   private:

@@ -68,8 +68,10 @@ class CellAccessible final : public RowPart {
         : RowPart(view, index), column_(column) {}
 
     QAccessibleInterface* parent() const override {
-        QAccessibleInterface* list = QAccessible::queryAccessibleInterface(&view_);
-        return list != nullptr ? list->child(static_cast<int>(index_)) : nullptr;
+        return guarded("CellAccessible::parent", [&]() -> QAccessibleInterface* {
+            QAccessibleInterface* list = QAccessible::queryAccessibleInterface(&view_);
+            return list != nullptr ? list->child(static_cast<int>(index_)) : nullptr;
+        });
     }
     QAccessibleInterface* child(int) const override { return nullptr; }
     QAccessibleInterface* childAt(int, int) const override { return nullptr; }
@@ -77,11 +79,13 @@ class CellAccessible final : public RowPart {
     int indexOfChild(const QAccessibleInterface*) const override { return -1; }
     QAccessible::Role role() const override { return QAccessible::Cell; }
     QRect rect() const override {
-        const int section = static_cast<int>(column_);
-        QRect cell = view_.rowRect(index_);
-        cell.setLeft(view_.columnViewportPosition(section));
-        cell.setWidth(view_.columnWidth(section));
-        return onScreen(cell);
+        return guarded("CellAccessible::rect", [&] {
+            const int section = static_cast<int>(column_);
+            QRect cell = view_.rowRect(index_);
+            cell.setLeft(view_.columnViewportPosition(section));
+            cell.setWidth(view_.columnWidth(section));
+            return onScreen(cell);
+        });
     }
     QString text(QAccessible::Text kind) const override {
         return guarded("CellAccessible::text", [&]() -> QString {
@@ -93,12 +97,14 @@ class CellAccessible final : public RowPart {
         });
     }
     QAccessible::State state() const override {
-        QAccessible::State state;
-        const auto shown = row();
-        state.invalid = !shown;
-        state.selectable = true;
-        state.selected = shown && view_.grid().selected(*shown);
-        return state;
+        return guarded("CellAccessible::state", [&] {
+            QAccessible::State state;
+            const auto shown = row();
+            state.invalid = !shown;
+            state.selectable = true;
+            state.selected = shown && view_.grid().selected(*shown);
+            return state;
+        });
     }
 
   private:
@@ -110,29 +116,43 @@ class RowAccessible final : public RowPart, public QAccessibleActionInterface {
     using RowPart::RowPart;
     ~RowAccessible() override { dropAll(cells_); }
 
-    QAccessibleInterface* parent() const override { return QAccessible::queryAccessibleInterface(&view_); }
+    QAccessibleInterface* parent() const override {
+        return guarded("RowAccessible::parent",
+                       [&] { return QAccessible::queryAccessibleInterface(&view_); });
+    }
     QAccessibleInterface* child(int number) const override {
-        const std::vector<std::size_t> columns = view_.shownColumns();
-        if (number < 0 || static_cast<std::size_t>(number) >= columns.size()) return nullptr;
-        const std::size_t column = columns[static_cast<std::size_t>(number)];
-        return objectOf<CellAccessible>(cells_, column, view_, index_, column);
+        return guarded("RowAccessible::child", [&]() -> QAccessibleInterface* {
+            const std::vector<std::size_t> columns = view_.shownColumns();
+            if (number < 0 || static_cast<std::size_t>(number) >= columns.size()) return nullptr;
+            const std::size_t column = columns[static_cast<std::size_t>(number)];
+            return objectOf<CellAccessible>(cells_, column, view_, index_, column);
+        });
     }
     QAccessibleInterface* childAt(int x, int y) const override {
-        for (int i = 0; i < childCount(); ++i)
-            if (child(i)->rect().contains(x, y)) return child(i);
-        return nullptr;
+        return guarded("RowAccessible::childAt", [&]() -> QAccessibleInterface* {
+            for (int i = 0; i < childCount(); ++i)
+                if (child(i)->rect().contains(x, y)) return child(i);
+            return nullptr;
+        });
     }
-    int childCount() const override { return static_cast<int>(view_.shownColumns().size()); }
+    int childCount() const override {
+        return guarded("RowAccessible::childCount",
+                       [&] { return static_cast<int>(view_.shownColumns().size()); });
+    }
     int indexOfChild(const QAccessibleInterface* sought) const override {
-        const std::vector<std::size_t> columns = view_.shownColumns();
-        for (std::size_t i = 0; i < columns.size(); ++i)
-            if (sought != nullptr && objectAt(cells_, columns[i]) == sought) return static_cast<int>(i);
-        return -1;
+        return guarded("RowAccessible::indexOfChild", [&] {
+            const std::vector<std::size_t> columns = view_.shownColumns();
+            for (std::size_t i = 0; i < columns.size(); ++i)
+                if (sought != nullptr && objectAt(cells_, columns[i]) == sought) return static_cast<int>(i);
+            return -1;
+        });
     }
     QAccessible::Role role() const override {
         return view_.isTree() ? QAccessible::TreeItem : QAccessible::ListItem;
     }
-    QRect rect() const override { return onScreen(view_.rowRect(index_)); }
+    QRect rect() const override {
+        return guarded("RowAccessible::rect", [&] { return onScreen(view_.rowRect(index_)); });
+    }
     QString text(QAccessible::Text kind) const override;
     QAccessible::State state() const override;
 
@@ -163,26 +183,30 @@ QString RowAccessible::text(QAccessible::Text kind) const {
 }
 
 QAccessible::State RowAccessible::state() const {
-    QAccessible::State state;
-    const auto shown = row();
-    state.invalid = !shown;
-    if (!shown) return state;
-    const Grid& grid = view_.grid();
-    state.selectable = state.focusable = true;
-    state.selected = grid.selected(*shown);
-    state.focused = view_.hasFocus() && grid.currentRow() == *shown;
-    state.active = grid.currentRow() == *shown;
-    state.expandable = hasBranch();
-    state.expanded = hasBranch() && grid.expanded(*shown);
-    state.collapsed = hasBranch() && !grid.expanded(*shown);
-    state.offscreen = !view_.viewport()->rect().intersects(view_.rowRect(index_));
-    return state;
+    return guarded("RowAccessible::state", [&] {
+        QAccessible::State state;
+        const auto shown = row();
+        state.invalid = !shown;
+        if (!shown) return state;
+        const Grid& grid = view_.grid();
+        state.selectable = state.focusable = true;
+        state.selected = grid.selected(*shown);
+        state.focused = view_.hasFocus() && grid.currentRow() == *shown;
+        state.active = grid.currentRow() == *shown;
+        state.expandable = hasBranch();
+        state.expanded = hasBranch() && grid.expanded(*shown);
+        state.collapsed = hasBranch() && !grid.expanded(*shown);
+        state.offscreen = !view_.viewport()->rect().intersects(view_.rowRect(index_));
+        return state;
+    });
 }
 
 QStringList RowAccessible::actionNames() const {
-    QStringList names{QAccessibleActionInterface::setFocusAction()};
-    if (hasBranch()) names << QAccessibleActionInterface::toggleAction();
-    return names;
+    return guarded("RowAccessible::actionNames", [&] {
+        QStringList names{QAccessibleActionInterface::setFocusAction()};
+        if (hasBranch()) names << QAccessibleActionInterface::toggleAction();
+        return names;
+    });
 }
 
 void RowAccessible::doAction(const QString& action) {
@@ -208,30 +232,40 @@ class GridAccessible final : public QAccessibleWidget {
 
     int childCount() const override { return static_cast<int>(view_.rows().count()); }
     QAccessibleInterface* child(int number) const override {
-        if (!view_.upToDate() || number < 0 || number >= childCount()) return nullptr;
-        const auto index = static_cast<std::size_t>(number);
-        return objectOf<RowAccessible>(rows_, index, view_, index);
+        return qtGuard(view_.events(), "GridAccessible::child", [&]() -> QAccessibleInterface* {
+            if (!view_.upToDate() || number < 0 || number >= childCount()) return nullptr;
+            const auto index = static_cast<std::size_t>(number);
+            return objectOf<RowAccessible>(rows_, index, view_, index);
+        });
     }
     QAccessibleInterface* childAt(int x, int y) const override {
-        const QPoint point = view_.viewport()->mapFromGlobal(QPoint(x, y));
-        const Row row = view_.upToDate() ? view_.rowAt(point) : kNoRow;
-        const auto index = row == kNoRow ? std::nullopt : view_.rows().find(row);
-        return index ? child(static_cast<int>(*index)) : nullptr;
+        return qtGuard(view_.events(), "GridAccessible::childAt", [&]() -> QAccessibleInterface* {
+            const QPoint point = view_.viewport()->mapFromGlobal(QPoint(x, y));
+            const Row row = view_.upToDate() ? view_.rowAt(point) : kNoRow;
+            const auto index = row == kNoRow ? std::nullopt : view_.rows().find(row);
+            return index ? child(static_cast<int>(*index)) : nullptr;
+        });
     }
     int indexOfChild(const QAccessibleInterface* sought) const override {
-        for (const auto& [index, id] : rows_)
-            if (QAccessible::accessibleInterface(id) == sought) return static_cast<int>(index);
-        return -1;
+        return qtGuard(view_.events(), "GridAccessible::indexOfChild", [&] {
+            for (const auto& [index, id] : rows_)
+                if (QAccessible::accessibleInterface(id) == sought) return static_cast<int>(index);
+            return -1;
+        });
     }
     QAccessibleInterface* focusChild() const override {
-        if (!view_.hasFocus() || !view_.upToDate()) return nullptr;
-        const auto index = view_.rows().find(view_.grid().currentRow());
-        return index ? child(static_cast<int>(*index)) : nullptr;
+        return qtGuard(view_.events(), "GridAccessible::focusChild", [&]() -> QAccessibleInterface* {
+            if (!view_.hasFocus() || !view_.upToDate()) return nullptr;
+            const auto index = view_.rows().find(view_.grid().currentRow());
+            return index ? child(static_cast<int>(*index)) : nullptr;
+        });
     }
     QAccessible::State state() const override {
-        QAccessible::State state = QAccessibleWidget::state();
-        state.multiSelectable = state.extSelectable = true;
-        return state;
+        return qtGuard(view_.events(), "GridAccessible::state", [&] {
+            QAccessible::State state = QAccessibleWidget::state();
+            state.multiSelectable = state.extSelectable = true;
+            return state;
+        });
     }
 
   private:
@@ -242,8 +276,10 @@ class GridAccessible final : public QAccessibleWidget {
 QAccessibleInterface* makeGridAccessible(const QString&, QObject* object) {
     auto* view = dynamic_cast<GridView*>(object);
     if (view == nullptr) return nullptr;
-    view->setDescribed();
-    return new GridAccessible(*view);
+    return qtGuard(view->events(), "makeGridAccessible", [&]() -> QAccessibleInterface* {
+        view->setDescribed();
+        return new GridAccessible(*view);
+    });
 }
 
 }  // namespace

@@ -2,21 +2,9 @@
 
 #include <algorithm>
 
-#include "base/scope_exit.h"
+#include "grid/no_redraw.h"
 
 namespace hl {
-
-namespace {
-
-// One notice for all that the body does.
-template <class Body>
-void atOnce(Grid& grid, Body&& body) {
-    grid.setRedraw(false);
-    const ScopeExit on([&grid] { grid.setRedraw(true); });
-    body();
-}
-
-}  // namespace
 
 void GridSelection::pickStretch(std::size_t from, std::size_t to) {
     const auto [first, last] = std::minmax(from, to);
@@ -25,21 +13,21 @@ void GridSelection::pickStretch(std::size_t from, std::size_t to) {
 
 void GridSelection::pick(std::size_t index, Pick how) {
     const Row row = rows_.at(index);
-    atOnce(grid_, [&] {
-        if (how == Pick::kOnly || how == Pick::kStretch) grid_.selectNone();
-        if (how == Pick::kStretch || how == Pick::kAddedStretch) {
-            pickStretch(rows_.find(anchor_).value_or(index), index);
-        } else if (how != Pick::kNone) {
-            grid_.setSelected(row, how == Pick::kOnly || !grid_.selected(row));
-            anchor_ = row;
-        }
-        grid_.setCurrentRow(row);
-    });
+    const NoRedraw off(grid_);
+    if (how == Pick::kOnly || how == Pick::kStretch) grid_.selectNone();
+    if (how == Pick::kStretch || how == Pick::kAddedStretch) {
+        pickStretch(rows_.find(anchor_).value_or(index), index);
+    } else if (how != Pick::kNone) {
+        grid_.setSelected(row, how == Pick::kOnly || !grid_.selected(row));
+        anchor_ = row;
+    }
+    grid_.setCurrentRow(row);
 }
 
 void GridSelection::pickAll() {
     if (rows_.count() == 0) return;
-    atOnce(grid_, [&] { pickStretch(0, rows_.count() - 1); });
+    const NoRedraw off(grid_);
+    pickStretch(0, rows_.count() - 1);
 }
 
 void GridSelection::pickNone() {
@@ -48,17 +36,16 @@ void GridSelection::pickNone() {
 
 void GridSelection::pickAbove(std::size_t index) {
     const Row row = rows_.at(index);
-    atOnce(grid_, [&] {
-        bool picked = false;
-        const std::size_t end = rows_.endOfSubtree(index);
-        for (std::size_t i = index + 1; i < end; ++i) {
-            if (rows_.at(i) == grid_.currentRow()) grid_.setCurrentRow(row);
-            if (!grid_.selected(rows_.at(i))) continue;
-            grid_.setSelected(rows_.at(i), false);
-            picked = true;
-        }
-        if (picked) grid_.setSelected(row, true);
-    });
+    const NoRedraw off(grid_);
+    bool picked = false;
+    const std::size_t end = rows_.endOfSubtree(index);
+    for (std::size_t i = index + 1; i < end; ++i) {
+        if (rows_.at(i) == grid_.currentRow()) grid_.setCurrentRow(row);
+        if (!grid_.selected(rows_.at(i))) continue;
+        grid_.setSelected(rows_.at(i), false);
+        picked = true;
+    }
+    if (picked) grid_.setSelected(row, true);
 }
 
 }  // namespace hl

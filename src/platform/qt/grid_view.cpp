@@ -375,8 +375,6 @@ void GridView::setGridFont(const GridFont& font) {
     const QString name = QString::fromStdString(font.name);
     if (QFontDatabase::hasFamily(name)) chosen.setFamily(name);
     if (font.points > 0) chosen.setPointSizeF(font.points);
-    chosen.setBold(font.bold);
-    chosen.setItalic(font.italic);
     setFont(chosen);
 }
 

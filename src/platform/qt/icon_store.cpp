@@ -37,9 +37,13 @@ class SvgEngine final : public QIconEngine {
         painter->drawPixmap(rect, pixmap(rect.size() * ratio, mode, state));
     }
     QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State) override {
-        const auto key = std::pair(size.width(), static_cast<int>(mode));
-        if (const auto found = drawn_.constFind(key); found != drawn_.constEnd()) return *found;
-        return *drawn_.insert(key, draw(size, mode));
+        try {
+            const auto key = std::pair(size.width(), static_cast<int>(mode));
+            if (const auto found = drawn_.constFind(key); found != drawn_.constEnd()) return *found;
+            return *drawn_.insert(key, draw(size, mode));
+        } catch (...) {
+            return {};  // The toolkit, which calls this, lets no error through.
+        }
     }
     QIconEngine* clone() const override { return new SvgEngine(svg_); }
     QString key() const override { return QStringLiteral("harborlantern-svg"); }

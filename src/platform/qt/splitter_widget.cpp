@@ -49,12 +49,12 @@ class SplitterWidget::Handle final : public QWidget {
 
     void paintEvent(QPaintEvent*) override {
         qtGuard(events_, "Handle::paintEvent", [this] {
-            if (!splitter_.ShowGripper() && !splitter_.DrawSplitterbar()) return;
+            if (!splitter_.ShowGripper()) return;
             QPainter painter(this);
             QColor ink = palette().color(hovered_ ? QPalette::Highlight : QPalette::WindowText);
             ink.setAlphaF(hovered_ ? 0.6F : 0.35F);
-            if (splitter_.DrawSplitterbar() || hovered_) painter.fillRect(middle(rect().size()), ink);
-            if (splitter_.ShowGripper()) paintGripper(painter, ink);
+            if (hovered_) painter.fillRect(middle(rect().size()), ink);
+            paintGripper(painter, ink);
         });
     }
 

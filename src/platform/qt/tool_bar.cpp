@@ -86,8 +86,8 @@ QString tooltipOf(const BarEntry& entry) {
     return keys.isEmpty() ? text : text + QStringLiteral(" (") + keys + QLatin1Char(')');
 }
 
-/// With no texts below the icons, what has keys of its own is used often and has its text beside its icon;
-/// the others tell theirs when they are pointed at.
+/// With no texts below the icons, few entries have theirs beside the icon; the others tell it when they are
+/// pointed at.
 Qt::ToolButtonStyle styleOf(const BarEntry& entry, bool textBelow) {
     if (entry.icon == kNoIcon) return textBelow ? Qt::ToolButtonTextUnderIcon : Qt::ToolButtonTextOnly;
     if (textBelow) return Qt::ToolButtonTextUnderIcon;
@@ -352,8 +352,10 @@ void ToolBar::setBehindExtension(std::vector<std::size_t> parts) {
 }
 
 int ToolBar::heightForWidth(int width) const {
-    const_cast<ToolBar*>(this)->build();
-    return flow(width).height;
+    return qtGuard(events_, "ToolBar::heightForWidth", [&] {
+        const_cast<ToolBar*>(this)->build();
+        return flow(width).height;
+    });
 }
 
 QSize ToolBar::sizeHint() const {

@@ -70,7 +70,6 @@ class CStringCollection {
     /// Drops all items and their memory.
     void Clear();
 
-    bool ExistKey(std::string_view key) const { return FindNode(key) != 0; }
     std::int32_t Count() const { return count_; }
 
     /// Raises fault 2 if the item is missing.

@@ -65,22 +65,16 @@ TEST(LinuxDrives, ListsWhatAUserWouldCallADrive) {
         bool listed;
     } cases[] = {
         {"8:1 / /mnt/p rw - ext4 /dev/sda1 rw", true},
-        {"8:1 /folder /mnt/p rw - ext4 /dev/sda1 rw", true},
         {"0:40 /@home /mnt/p rw shared:1 - btrfs /dev/sda1 rw", true},
         {"0:41 / /mnt/p rw - zfs tank/home rw", true},
         {"0:42 / /mnt/p rw - nfs4 server:/x rw", true},
         {"0:43 / /mnt/p rw - fuse.sshfs me@server: rw", true},
-        {"0:44 / /mnt/p rw - 9p host rw", true},
-        {"8:7 / /mnt/p rw - fuseblk /dev/sda7 rw", true},
         {"7:3 / /mnt/p ro - iso9660 /dev/loop3 ro", true},
         {"0:45 / /tmp rw - tmpfs tmpfs rw", true},
-        {"0:45 / /runner rw - tmpfs tmpfs rw", true},
         {"0:45 / /run/user/1000 rw - tmpfs tmpfs rw", false},
         {"0:45 / /dev/shm rw - tmpfs tmpfs rw", false},
         {"7:1 / /snap/core/1 ro - squashfs /dev/loop1 ro", false},
         {"0:22 / /proc rw - proc proc rw", false},
-        {"0:23 / /sys rw - sysfs sysfs rw", false},
-        {"0:26 / /sys/fs/cgroup rw - cgroup2 cgroup2 rw", false},
         {"0:27 / /mnt/p rw - fuse.portal portal rw", false},
         {"0:28 / /var/lib/docker/overlay2/a/merged rw - overlay overlay rw", false},
         {"0:29 / /net rw - autofs systemd-1 rw", false},
@@ -143,7 +137,6 @@ TEST(LinuxDrives, KnowsTypeAndLabelWithoutAsking) {
         {"0:7 / / rw - btrfs /dev/mapper/vg-home rw", DriveType::kFixed, "pool"},
         {"0:7 / / rw - btrfs /dev/sdb1 rw", DriveType::kRemovable, ""},
         {"0:7 / / rw - tmpfs tmpfs rw", DriveType::kRam, ""},
-        {"0:7 / / rw - overlay overlay rw", DriveType::kFixed, ""},
         {"0:7 / / rw - cifs //server/share rw", DriveType::kRemote, "//server/share"},
         {"99:1 / / rw - ext4 /dev/gone rw", DriveType::kFixed, ""},
     };
@@ -172,7 +165,6 @@ TEST(LinuxDrives, FindsTheMountOfAUncText) {
     } cases[] = {
         {"\\\\server\\export\\", "/srv/all"},
         {"//SERVER/export", "/srv/all"},
-        {"//server/Export", "none"},
         {"//server/export/in", "/srv/in"},
         {"//server/export/inner", "/srv/all/inner"},
         {"//server/exported", "none"},
@@ -180,7 +172,6 @@ TEST(LinuxDrives, FindsTheMountOfAUncText) {
         {"//far/home/x", "/ssh/x"},
         {"//box/local", "none"},
         {"//box2/root/x", "/x"},
-        {"//", "none"},
         {"//server", "none"},
     };
     LinuxDrives drives({.root = machine.root()});

@@ -111,15 +111,9 @@ TEST(ReadAhead, GivesTheSameInTheSameOrderWhoeverReads) {
             for (int round = 0; round < 5; ++round)
                 ASSERT_EQ(walkOnce(calls, dir.path(), limits(helpers, openFolders)).text, alone.text)
                     << helpers << " helpers, " << openFolders << " open folders";
-}
-
-TEST(ReadAhead, HoldsABoundOnWhatLiesAhead) {
-    const TempDir dir("/dev/shm");
-    makeMixedTree(dir.path());
-    DirectoryCalls calls;
     ReadAheadLimits tight = limits(3);
     tight.bytesAhead = 1;
-    EXPECT_EQ(walkOnce(calls, dir.path(), tight).text, walkOnce(calls, dir.path(), limits(0)).text);
+    EXPECT_EQ(walkOnce(calls, dir.path(), tight).text, alone.text);
 }
 
 TEST(ReadAhead, LooksOnceAtEachEntryAndOpensEachFolderOnce) {
@@ -244,31 +238,6 @@ TEST(ReadAhead, ReportsWhatCannotBeRead) {
     EXPECT_EQ(seen.files + seen.folders, 5U) << "entries before the fault stay";
     EXPECT_EQ(walkOnce(calls, dir.path() + "/plain", limits(0)).errors, std::vector<int>{ENOTDIR});
     EXPECT_EQ(walkOnce(calls, dir.path() + "/none", limits(0)).errors, std::vector<int>{ENOENT});
-}
-
-TEST(ReadAhead, EndsALinkToItsOwnAncestorWhereTheKernelWould) {
-    const TempDir dir;
-    test::must(::symlink(".", (dir.path() + "/loop").c_str()));
-    test::makeFile(dir.path() + "/file", 3);
-    ReadOptions follow;
-    follow.followLinks = true;
-    DirectoryCalls calls;
-    const Seen seen = walkOnce(calls, dir.path(), limits(0), follow);
-    EXPECT_EQ(seen.errors, std::vector<int>{ELOOP});
-    EXPECT_EQ(seen.files, 41U);
-    EXPECT_EQ(seen.folders, 41U);
-}
-
-TEST(ReadAhead, DoesNotEnterOtherMounts) {
-    std::string mounted;
-    for (const Mount& mount : readMountTable())
-        if (mount.mountPoint.starts_with("/dev/") && mount.mountPoint.find('/', 5) == std::string::npos)
-            mounted = whatIsMounted(mount);
-    if (mounted.empty()) GTEST_SKIP() << "nothing is mounted in /dev here";
-    DirectoryCalls calls;
-    const Seen seen = walkOnce(calls, "/dev", limits(1));
-    EXPECT_FALSE(seen.mountSource.empty());
-    EXPECT_TRUE(seen.errors.empty());
 }
 
 TEST(ReadAhead, LeavesNothingBehindWhenItIsStopped) {
