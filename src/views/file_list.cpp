@@ -78,6 +78,7 @@ void List_Files_ScanFolderR(ScanContext& scan, Grid& lvwFiles, const std::string
         lvwFiles.setRedraw(false);
         const ScopeExit on([&] { lvwFiles.setRedraw(true); });
         lvwFiles.clear();
+        scan.host.typesBegin();
         readRows(scan, lvwFiles, path, filling, FilesTotalSize);
         if (filling.isLatest()) lvwFiles.sortLevels(0);
     });
