@@ -89,6 +89,7 @@ void DesktopFileTypes::readPatterns() {
     }
     others.removeDuplicates();
     patterns_.setPattern(others.join(QLatin1Char('|')));
+    patterns_.setPatternOptions(QRegularExpression::CaseInsensitiveOption);
 }
 
 bool DesktopFileTypes::wholeNameDecides(const QString& fileName) const {
