@@ -33,7 +33,7 @@ void lists(WindowForm& form, const std::string& tree, bool all) {
     for (const int entry : kCreateLists)
         if (all) form.execute(BarId::kMain, entry);  // The settings of a new home have none of them.
     timed("scan", [&] { form.handOver('"' + tree + '"'); });
-    tell("peak", peakMebibytes());
+    tell("resident", residentBytes());
     for (const auto& [name, id] : {std::pair("top", GridId::kTop), std::pair("hardlinks", GridId::kHardlinks),
                                    std::pair("junctions", GridId::kJunctions)})
         tell(name, static_cast<double>(listOf(form, id).rowCount()));

@@ -133,6 +133,7 @@ class WindowForm final : public MainForm,
     void firstLevelFolderDone() override;
     void sourceMissing(const std::string& source) override;
     void notRead(std::string_view, const std::string&) override {}
+    void typesBegin() override { typeNames_->restart(); }
     std::string typeName(const std::string& path) override;
     void topListTitle(const std::string& title) override;
     void listsFilled() override;

@@ -30,6 +30,7 @@ void resetForSource(ScanContext& scan) {
     state.TopLargest = state.TopSmallest = SizeValue();
     state.TopMaxCount = scan.options.TOPmaxcount;
     for (Grid* list : {&scan.lvwTOP, &scan.lvwJunctions, &scan.lvwHardlinks}) list->clear();
+    scan.host.typesBegin();
     state.SeenLinkIds.Clear();
     state.SeenLinkIds.AllowDuplicateKeys = false;
     state.NeedLinkCount = scan.options.AddHardlinksOnlyOnce == 1 || scan.options.CreateListHardlink == 1;

@@ -34,6 +34,9 @@ class ScanHost {
     virtual void notRead(std::string_view path, const std::string& reason) = 0;
 
     // --- neighbours
+    /// Names of types will be asked for the files of another source, or of a folder's list: what they may
+    /// cost starts anew.
+    virtual void typesBegin() {}
     /// The desktop's name for the type of a file; empty where there is none.
     virtual std::string typeName(const std::string& path) = 0;
     virtual void topListTitle(const std::string& title) = 0;

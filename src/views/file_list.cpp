@@ -79,6 +79,7 @@ void List_Files_ScanFolderR(ScanContext& scan, Grid& lvwFiles, const std::string
         // Also where another reading waits below this one: these rows are the ones to be seen.
         const ScopeExit on([&] { lvwFiles.setRedraw(true); });
         lvwFiles.clear();
+        scan.host.typesBegin();
         readRows(scan, lvwFiles, path, filling, FilesTotalSize);
         if (filling.isLatest()) lvwFiles.sortLevels(0);
     });

@@ -6,14 +6,8 @@ namespace hl {
 
 std::string TypeNames::of(const std::string& path) {
     constexpr std::size_t kLookedAt = 4096;
-    const std::size_t split = path.rfind('/') + 1;
-    const std::string_view name = std::string_view(path).substr(split);
+    const std::string_view name = std::string_view(path).substr(path.rfind('/') + 1);
     if (const auto type = types_.typeName(name)) return *type;
-    const std::string_view folder = std::string_view(path).substr(0, split);
-    if (folder != folder_) {
-        folder_ = folder;
-        looks_ = 0;
-    }
     if (++looks_ > kMostLooks) return {};
     const auto beginning = files_.beginning(path, kLookedAt);
     return beginning ? types_.typeName(name, *beginning) : std::string();

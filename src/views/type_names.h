@@ -13,18 +13,18 @@ class TypeNames {
     /// Both must outlive it.
     TypeNames(FileTypes& types, Files& files) : types_(types), files_(files) {}
 
-    /// By the name alone where that decides, else by a look into the file, which costs about 0.1 ms. In one
-    /// folder kMostLooks files are looked into; the others then have no type: empty, as for what is no
-    /// regular file.
+    /// By the name alone where that decides, else by a look into the file, which costs about 0.1 ms. Since
+    /// the last restart kMostLooks files are looked into; the others then have no type: empty, as for what is
+    /// no regular file.
     std::string of(const std::string& path);
+    void restart() { looks_ = 0; }
 
-    static constexpr int kMostLooks = 2000;
+    static constexpr int kMostLooks = 1000;
 
   private:
     FileTypes& types_;
     Files& files_;
-    std::string folder_;  ///< Of the last look.
-    int looks_ = 0;       ///< In that folder, one after the other.
+    int looks_ = 0;
 };
 
 }  // namespace hl

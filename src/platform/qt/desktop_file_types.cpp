@@ -18,7 +18,7 @@ constexpr int kLongestFirstEnding = 4;
 QString endingOf(const QString& name) {
     const auto last = name.lastIndexOf(QLatin1Char('.'));
     if (last < 0) return {};
-    if (last == 0) return name;
+    if (last == 0) return QLatin1Char('/') + name;  // ".gz" is not what "x.gz" is.
     const auto first = name.lastIndexOf(QLatin1Char('.'), last - 1);
     const auto between = QStringView(name).mid(first + 1, last - first - 1);
     const bool letters = std::all_of(between.begin(), between.end(), [](QChar c) { return c.isLetter(); });
@@ -58,7 +58,8 @@ const DesktopFileTypes::Kind& DesktopFileTypes::kindOf(std::string_view fileName
     constexpr qsizetype kMostKinds = 20'000;
     if (kinds_.isEmpty() && literals_.isEmpty()) readPatterns();
     const QString name = qtText(fileName);
-    const QString key = wholeNameDecides(name) ? name : endingOf(name);
+    QString key = wholeNameDecides(name) ? name : endingOf(name);
+    if (key.isEmpty() && literals_.isEmpty()) key = name;  // No list tells which names decide.
     if (const auto found = kinds_.find(key); found != kinds_.end()) return *found;
     if (kinds_.size() >= kMostKinds) kinds_.clear();
     const QList<QMimeType> types = database_.mimeTypesForFileName(name);
@@ -88,6 +89,7 @@ void DesktopFileTypes::readPatterns() {
     }
     others.removeDuplicates();
     patterns_.setPattern(others.join(QLatin1Char('|')));
+    patterns_.setPatternOptions(QRegularExpression::CaseInsensitiveOption);
 }
 
 bool DesktopFileTypes::wholeNameDecides(const QString& fileName) const {

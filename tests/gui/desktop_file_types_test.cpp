@@ -1,0 +1,29 @@
+// The database of types of the machine, or the one that the toolkit brings along.
+#include "platform/qt/desktop_file_types.h"
+
+#include <gtest/gtest.h>
+
+#include <QMimeDatabase>
+
+namespace hl {
+namespace {
+
+TEST(DesktopFileTypes, GiveEachNameTheTypeThatTheDatabaseGivesWhateverWasAskedBefore) {
+    const QMimeDatabase database;
+    DesktopFileTypes types;
+    const std::string names[] = {"abc",      "Makefile",       "README", "core",    "x.png",   "X.PNG",
+                                 "a.tar.gz", "b.gz",           "abd",    ".gz",     ".bashrc", "x.h",
+                                 "x.C",      "CMakeLists.txt", "y.txt",  "a.b.c.d", "123",     "x.unknown",
+                                 "\xff.c",   "README.Mine",    "x.so.1"};
+    for (int round = 0; round < 2; ++round)
+        for (const std::string& name : names) {
+            const auto fitting = database.mimeTypesForFileName(QString::fromStdString(name));
+            const auto type = types.typeName(name);
+            EXPECT_EQ(type.has_value(), fitting.size() == 1) << name;
+            const std::string expected = fitting.size() == 1 ? fitting.front().comment().toStdString() : "";
+            EXPECT_EQ(type.value_or(""), expected) << name;
+        }
+}
+
+}  // namespace
+}  // namespace hl
