@@ -41,11 +41,11 @@ class Preview final : private PreviewEvents {
     /// What is passed in outlives it.
     Preview(PreviewHost& host, const Texts& texts, Log& log, Diagnostics& diagnostics)
         : host_(host), texts_(texts), log_(log), diagnostics_(diagnostics) {}
-    ~Preview() override { setPane(nullptr); }
     Preview(const Preview&) = delete;
     Preview& operator=(const Preview&) = delete;
 
-    /// Null takes it away: to be called before the window goes.
+    /// Null takes it away: to be called before the window goes. REQUIRES: a pane that was not taken away does
+    /// not outlive the preview.
     void setPane(PreviewPane* pane);
 
     /// Shows the selected file, unless it is the one that is shown; with `force` it is read again. A file

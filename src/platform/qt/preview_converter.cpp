@@ -84,7 +84,7 @@ bool PreviewConverter::tryPage(const std::string& markup, std::function<void(boo
 // The document is copied: the converter puts its lock beside what it reads, and names that are no text would
 // not reach it.
 bool PreviewConverter::office(const OpenFile& file, const std::string& extension,
-                              std::function<void(std::unique_ptr<OpenFile>)> done) {
+                              const std::function<void(std::unique_ptr<OpenFile>)>& done) {
     clear();
     const std::string command = context_.tools.command(kOfficeCommand);
     if (command.empty()) return false;

@@ -22,7 +22,7 @@ class PreviewConverter {
     bool richText(const OpenFile& file, std::function<void(const std::string& markup)> done);
     /// An office document as a PDF; null if nothing came of it. `extension` is plain letters. False as above.
     bool office(const OpenFile& file, const std::string& extension,
-                std::function<void(std::unique_ptr<OpenFile> pdf)> done);
+                const std::function<void(std::unique_ptr<OpenFile> pdf)>& done);
     /// Has a helper lay out a page of the web: whether that ends, soon and well. False as above.
     bool tryPage(const std::string& markup, std::function<void(bool well)> done);
     /// Ends what is at work.

@@ -56,9 +56,8 @@ void PagesView::clear() {
 }
 
 void PagesView::fail(const std::string& error) {
-    const std::string reason = error;
     clear();
-    context_.failed(reason);
+    context_.failed(error);
 }
 
 // --- where the pages are
