@@ -31,6 +31,12 @@ inline const std::string kBytes = "\xff\xfe odd \x80 #%41?.txt";
 class ListSession : public Session {
   public:
     using Session::Session;
+    /// Wide enough for all entries of a bar. The screen of the offscreen platform is not.
+    void start() {
+        Session::start();
+        frame().resize(1400, 900);
+        settle();
+    }
     void press(const ListInfo& list, int entry) {
         click((std::string(list.bar) + "." + std::to_string(entry)).c_str());
     }
