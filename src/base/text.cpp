@@ -149,7 +149,7 @@ int compareFolded(std::string_view a, std::string_view b) {
 FoldedKey foldedKey(std::string_view text) {
     constexpr unsigned kBits = 8, kEach = 8;
     constexpr std::uint64_t kBeyond = 0xFF;
-    std::uint64_t parts[2] = {};
+    FoldedKey parts{};
     bool beyond = false;
     for (unsigned i = 0; i < 2 * kEach; ++i) {
         std::uint64_t byte = 0;
@@ -157,7 +157,7 @@ FoldedKey foldedKey(std::string_view text) {
         beyond = beyond || byte >= 0x80;
         parts[i / kEach] = parts[i / kEach] << kBits | (beyond ? kBeyond : byte);
     }
-    return {parts[0], parts[1]};
+    return parts;
 }
 
 bool FoldedPart::isIn(std::string_view text) {

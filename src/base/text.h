@@ -2,6 +2,7 @@
 // shown.
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -22,10 +23,7 @@ std::string upperCase(std::string_view text);
 int compareFolded(std::string_view a, std::string_view b);
 /// The first characters of a text as lowerCase leaves them. Keys that differ are in the order of
 /// compareFolded; texts with equal ones may still differ.
-struct FoldedKey {
-    std::uint64_t first = 0, second = 0;
-    auto operator<=>(const FoldedKey&) const = default;
-};
+using FoldedKey = std::array<std::uint64_t, 2>;
 FoldedKey foldedKey(std::string_view text);
 
 /// Whether texts hold a part, without regard to case; an empty one is held by every text. The part is folded
