@@ -25,6 +25,12 @@ constexpr std::uint32_t kMachine = AUDIT_ARCH_AARCH64;
 constexpr std::uint32_t kMachine = 0;  // Calls are not filtered.
 #endif
 
+#ifdef HARBORLANTERN_SANITIZED
+constexpr bool kSanitized = true;  // The address sanitizer reserves terabytes, and writes its report.
+#else
+constexpr bool kSanitized = false;
+#endif
+
 /// From here on the numbers are those of another table of the same machine, which names the same calls.
 constexpr std::uint32_t kOtherTable = 0x4000'0000;
 constexpr std::uint32_t kRefused = SECCOMP_RET_ERRNO | EPERM;
@@ -122,13 +128,10 @@ void confineHelper(std::uint64_t bytes) {
     const rlimit nothing{0, 0};
     ::setrlimit(RLIMIT_CORE, &nothing);
     ::setrlimit(RLIMIT_FSIZE, &nothing);
-#ifndef HARBORLANTERN_SANITIZED  // The address sanitizer reserves terabytes, and writes its report.
+    if constexpr (kSanitized) return;
     const rlimit memory{bytes, bytes};
     ::setrlimit(RLIMIT_AS, &memory);
     forbidCalls();
-#else
-    static_cast<void>(bytes);
-#endif
 }
 
 void endAfter(unsigned milliseconds) {
