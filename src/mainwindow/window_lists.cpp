@@ -49,7 +49,9 @@ void WindowForm::previewEntriesChanged(GridId list) {
 }
 
 void WindowForm::openFile(const std::string& path) {
-    window_->openUrl(fileUrl(path));
+    if (window_->openUrl(fileUrl(path))) return;
+    window_->message(MessageKind::kError,
+                     services_.texts.TL(9525, "Die Datei '%1' kann nicht geöffnet werden.", {visible(path)}));
 }
 
 void WindowForm::listCommand(GridId list, ListCommand command) {

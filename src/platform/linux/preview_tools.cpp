@@ -49,7 +49,9 @@ class LinuxOpenFile final : public OpenFile {
 };
 
 std::unique_ptr<OpenFile> opened(const char* path, int& error) {
-    Descriptor file(::open(path, kForReading));
+    // A look leaves no trace in a column of the lists, where the system lets it: with files of one's own.
+    Descriptor file(::open(path, kForReading | O_NOATIME));
+    if (!file.isOpen() && errno == EPERM) file = Descriptor(::open(path, kForReading));
     struct stat facts {};
     if (!file.isOpen() || ::fstat(file.number(), &facts) != 0) {
         error = errno;

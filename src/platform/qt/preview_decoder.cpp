@@ -104,8 +104,7 @@ DecodedPicture decodePicture(QIODevice& file, const PreviewRequest& request) {
     QImageReader reader(&file);
     reader.setDecideFormatFromContent(true);
     reader.setAutoTransform(true);
-    if (!reader.canRead() || !isKnown(reader.format()))
-        return {{}, {}, utf8(QImageReader(&file).errorString())};
+    if (!reader.canRead() || !isKnown(reader.format())) return {};
     chooseLargest(reader);
     QSize size = reader.size();
     if (turnsSides(reader)) size.transpose();
