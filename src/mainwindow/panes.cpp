@@ -204,6 +204,10 @@ void Panes::Change_Info_Visibility() {
         const ListPane* list = listOn();
         const bool drives = panelOn(kPanelDrives);
         panelsToOptions(list);
+        if (list == nullptr && !parts_.status.second.empty()) {
+            parts_.status.second.clear();  // What a list had to say of itself.
+            parts_.host.statusChanged();
+        }
         cSplitter& splMain = splitter(SplitterId::kMain);
         if (!drives && list == nullptr) {
             splMain.setControl2Visible(false);

@@ -71,7 +71,7 @@ struct PaneParts {
     Options& options;  ///< The five options of panels that show are written.
     const ScanState& state;
     const PathRules& paths;
-    StatusPanels& status;  ///< Width of the first panel.
+    StatusPanels& status;  ///< Width of the first panel; the second is emptied when no list shows.
     PaneHost& host;
     Diagnostics& diagnostics;
 };
