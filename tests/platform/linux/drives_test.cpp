@@ -158,7 +158,7 @@ TEST(LinuxDrives, FindsTheMountOfAUncText) {
     machine.mounts({"0:1 / /srv/all rw - nfs server:/export rw",
                     "0:2 / /srv/in rw - nfs server:/export/in rw", "0:3 / /win rw - cifs //Box/Share$ rw",
                     "0:4 / /ssh rw - fuse.sshfs me@far:home rw", "8:1 / /local rw - ext4 //box/local rw",
-                    "0:5 / / rw - 9p box2:/root rw"});
+                    "0:5 / / rw - 9p box2:/exports rw"});
     const struct {
         const char* unc;
         const char* root;
@@ -171,7 +171,7 @@ TEST(LinuxDrives, FindsTheMountOfAUncText) {
         {"\\\\BOX\\share$\\A b\\", "/win/A b"},
         {"//far/home/x", "/ssh/x"},
         {"//box/local", "none"},
-        {"//box2/root/x", "/x"},
+        {"//box2/exports/x", "/x"},
         {"//server", "none"},
     };
     LinuxDrives drives({.root = machine.root()});
