@@ -102,6 +102,20 @@ constexpr EntryRow kDrivesRows[] = {
     {205, kButton, kDecimals, kShowDecimals, kIconDecimals},
 };
 
+// What the bars of the lists have in common.
+constexpr EntryRow kListUnits[] = {
+    {301, kButton, kBytes, kBytes, kIconBytes, kGroup},
+    {302, kButton, kKilobytes, kKilobytes, kIconKilobytes},
+    {303, kButton, kMegabytes, kMegabytes, kIconMegabytes},
+    {304, kButton, kGigabytes, kGigabytes, kIconGigabytes},
+    {309, kButton, kDecimals, kShowDecimals, kIconDecimals},
+};
+
+constexpr EntryRow kListSearch[] = {
+    {307, kEdit, kSearch, {}, -1, kGroup},
+    {308, kButton, kStartSearch, {}, kIconSearch},
+};
+
 constexpr EntryRow kFilesRows[] = {
     {0, kLabel, TL(3514, "Dateien")},
     {300, kButton, kRefresh, TL(9270, "Dateiliste neu einlesen"), kIconRefresh, kGroup},
@@ -115,11 +129,9 @@ constexpr EntryRow kFilesRows[] = {
     {328, kButton, kFont, kChooseFont, kIconFont},
     {324, kButton, kSave, kSaveList, kIconSave, kGroup},
     {325, kButton, kPrint, kPrintList, kIconPrint, kGroup},
-    {301, kButton, kBytes, kBytes, kIconBytes, kGroup},
-    {302, kButton, kKilobytes, kKilobytes, kIconKilobytes},
-    {303, kButton, kMegabytes, kMegabytes, kIconMegabytes},
-    {304, kButton, kGigabytes, kGigabytes, kIconGigabytes},
-    {309, kButton, kDecimals, kShowDecimals, kIconDecimals},
+};
+
+constexpr EntryRow kFilesColumns[] = {
     {310, kButton, kSize, kColumnSize, -1, kGroup},
     {311, kButton, kExtension, kColumnExtension},
     {312, kButton, kType, kColumnType},
@@ -127,8 +139,6 @@ constexpr EntryRow kFilesRows[] = {
     {314, kButton, kModified, kColumnModified},
     {315, kButton, kCreated, kColumnCreated},
     {316, kButton, kAccessed, kColumnAccessed},
-    {307, kEdit, kSearch, {}, -1, kGroup},
-    {308, kButton, kStartSearch, {}, kIconSearch},
 };
 
 constexpr EntryRow kTopRows[] = {
@@ -144,11 +154,9 @@ constexpr EntryRow kTopRows[] = {
     {328, kButton, kFont, kChooseFont, kIconFont},
     {325, kButton, kSave, TL(9294, "Dateiliste in eine Textdatei speichern"), kIconSave, kGroup},
     {326, kButton, kPrint, TL(9295, "Dateiliste drucken"), kIconPrint, kGroup},
-    {301, kButton, kBytes, kBytes, kIconBytes, kGroup},
-    {302, kButton, kKilobytes, kKilobytes, kIconKilobytes},
-    {303, kButton, kMegabytes, kMegabytes, kIconMegabytes},
-    {304, kButton, kGigabytes, kGigabytes, kIconGigabytes},
-    {309, kButton, kDecimals, kShowDecimals, kIconDecimals},
+};
+
+constexpr EntryRow kTopColumns[] = {
     {310, kButton, kSize, kColumnSize, -1, kGroup},
     {311, kButton, TL(3626, "Pfad"), TL(9296, "Spalte 'Pfad'")},
     {312, kButton, kExtension, kColumnExtension},
@@ -157,8 +165,6 @@ constexpr EntryRow kTopRows[] = {
     {315, kButton, kModified, kColumnModified},
     {316, kButton, kCreated, kColumnCreated},
     {317, kButton, kAccessed, kColumnAccessed},
-    {307, kEdit, kSearch, {}, -1, kGroup},
-    {308, kButton, kStartSearch, {}, kIconSearch},
 };
 
 constexpr EntryRow kHardlinksRows[] = {
@@ -174,11 +180,9 @@ constexpr EntryRow kHardlinksRows[] = {
     {328, kButton, kFont, kChooseFont, kIconFont},
     {324, kButton, kSave, kSaveList, kIconSave, kGroup},
     {325, kButton, kPrint, kPrintList, kIconPrint, kGroup},
-    {301, kButton, kBytes, kBytes, kIconBytes, kGroup},
-    {302, kButton, kKilobytes, kKilobytes, kIconKilobytes},
-    {303, kButton, kMegabytes, kMegabytes, kIconMegabytes},
-    {304, kButton, kGigabytes, kGigabytes, kIconGigabytes},
-    {309, kButton, kDecimals, kShowDecimals, kIconDecimals},
+};
+
+constexpr EntryRow kHardlinksColumns[] = {
     {310, kButton, TL(9109, "ID"), TL(9302, "Spalte 'ID'"), -1, kGroup},
     {311, kButton, TL(3740, "Hardlinks"), TL(9303, "Spalte 'Hardlinks'")},
     {312, kButton, TL(3625, "Ordner"), TL(9304, "Spalte 'Ordner'")},
@@ -189,8 +193,6 @@ constexpr EntryRow kHardlinksRows[] = {
     {317, kButton, kModified, kColumnModified},
     {318, kButton, kCreated, kColumnCreated},
     {319, kButton, kAccessed, kColumnAccessed},
-    {307, kEdit, kSearch, {}, -1, kGroup},
-    {308, kButton, kStartSearch, {}, kIconSearch},
 };
 
 constexpr EntryRow kJunctionsRows[] = {
@@ -200,8 +202,6 @@ constexpr EntryRow kJunctionsRows[] = {
     {328, kButton, kFont, kChooseFont, kIconFont},
     {324, kButton, kSave, kSaveList, kIconSave, kGroup},
     {325, kButton, kPrint, kPrintList, kIconPrint, kGroup},
-    {307, kEdit, kSearch, {}, -1, kGroup},
-    {308, kButton, kStartSearch, {}, kIconSearch},
 };
 // clang-format on
 
@@ -214,10 +214,10 @@ void addLevels(CommandBar& bar, const Texts& texts) {
     }
 }
 
-void buildView(const char* routine, CommandBar& bar, std::span<const EntryRow> rows,
+void buildView(const char* routine, CommandBar& bar, std::initializer_list<std::span<const EntryRow>> parts,
                const BarSources& sources) {
     guarded(sources.diagnostics, routine, "frmMain", [&] {
-        addRows(bar, rows, sources.texts);
+        for (const std::span<const EntryRow> rows : parts) addRows(bar, rows, sources.texts);
         optionsToBar(sources.options, bar);
     });
 }
@@ -234,23 +234,25 @@ void Init_Toolbar_Folders(Bars& bars, const BarSources& sources) {
 }
 
 void Init_Toolbar_Drives(Bars& bars, const BarSources& sources) {
-    buildView("Init_Toolbar_Drives", bars.cbrDrives, kDrivesRows, sources);
+    buildView("Init_Toolbar_Drives", bars.cbrDrives, {kDrivesRows}, sources);
 }
 
 void Init_Toolbar_Files(Bars& bars, const BarSources& sources) {
-    buildView("Init_Toolbar_Files", bars.cbrFiles, kFilesRows, sources);
+    buildView("Init_Toolbar_Files", bars.cbrFiles, {kFilesRows, kListUnits, kFilesColumns, kListSearch},
+              sources);
 }
 
 void Init_Toolbar_TOP(Bars& bars, const BarSources& sources) {
-    buildView("Init_Toolbar_TOP", bars.cbrTOP, kTopRows, sources);
+    buildView("Init_Toolbar_TOP", bars.cbrTOP, {kTopRows, kListUnits, kTopColumns, kListSearch}, sources);
 }
 
 void Init_Toolbar_Hardlinks(Bars& bars, const BarSources& sources) {
-    buildView("Init_Toolbar_Hardlinks", bars.cbrHardlinks, kHardlinksRows, sources);
+    buildView("Init_Toolbar_Hardlinks", bars.cbrHardlinks,
+              {kHardlinksRows, kListUnits, kHardlinksColumns, kListSearch}, sources);
 }
 
 void Init_Toolbar_Junctions(Bars& bars, const BarSources& sources) {
-    buildView("Init_Toolbar_Junctions", bars.cbrJunctions, kJunctionsRows, sources);
+    buildView("Init_Toolbar_Junctions", bars.cbrJunctions, {kJunctionsRows, kListSearch}, sources);
 }
 
 }  // namespace hl

@@ -4,16 +4,7 @@ namespace hl {
 
 namespace {
 
-// By BarId. The main bar and that of the junctions have no sizes, and nobody asks for theirs.
-constexpr std::uint8_t Options::*kModes[kBarCount] = {
-    &Options::FileSizeFormat,      &Options::FileSizeFormat,    &Options::FileSizeFormatDrive,
-    &Options::FileSizeFormatFiles, &Options::FileSizeFormatTop, &Options::FileSizeFormatHardlinks,
-    &Options::FileSizeFormat};
-constexpr Flag Options::*kDecimals[kBarCount] = {
-    &Options::SizeFormatNachkommastellenFolders, &Options::SizeFormatNachkommastellenFolders,
-    &Options::SizeFormatNachkommastellenDrive,   &Options::SizeFormatNachkommastellenFiles,
-    &Options::SizeFormatNachkommastellenTop,     &Options::SizeFormatNachkommastellenHardlinks,
-    &Options::SizeFormatNachkommastellenFolders};
+// By BarId. Nobody asks for the grid of the main bar.
 constexpr GridId kGrids[kBarCount] = {GridId::kReport, GridId::kReport,    GridId::kDrives,   GridId::kFiles,
                                       GridId::kTop,    GridId::kHardlinks, GridId::kJunctions};
 // By GridId.
@@ -25,14 +16,6 @@ constexpr float Options::*kFontSizes[kGridCount] = {&Options::FontSize,         
                                                     &Options::FontSizeHardlinks, &Options::FontSizeJunctions};
 
 }  // namespace
-
-std::uint8_t& sizeModeOf(Options& options, BarId bar) {
-    return options.*kModes[static_cast<std::size_t>(bar)];
-}
-
-Flag& decimalsOf(Options& options, BarId bar) {
-    return options.*kDecimals[static_cast<std::size_t>(bar)];
-}
 
 std::string& fontNameOf(Options& options, GridId grid) {
     return options.*kFontNames[static_cast<std::size_t>(grid)];

@@ -8,10 +8,6 @@
 
 namespace hl {
 
-/// Size mode and decimals of the view of a bar. REQUIRES: the bar has them (not kMain, not kJunctions).
-std::uint8_t& sizeModeOf(Options& options, BarId bar);
-Flag& decimalsOf(Options& options, BarId bar);
-
 /// The font of a grid.
 std::string& fontNameOf(Options& options, GridId grid);
 float& fontSizeOf(Options& options, GridId grid);

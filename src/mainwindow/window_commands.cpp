@@ -37,13 +37,17 @@ constexpr ScanToggle kScanToggles[] = {
     {66, &Options::FolderShowPercentBar}, {68, &Options::ScanHardlinks},
 };
 
-/// Ids of what the bars of report and drives have in common.
+/// What the bars of report and drives have in common: ids, and what they switch.
 struct ViewCommands {
     int firstMode;  ///< Bytes; the next three follow.
     int decimals;
+    std::uint8_t Options::*modeOption;
+    Flag Options::*decimalsOption;
 };
-constexpr ViewCommands kReportCommands = {10, 33};
-constexpr ViewCommands kDriveCommands = {201, 205};
+constexpr ViewCommands kReportCommands = {10, 33, &Options::FileSizeFormat,
+                                          &Options::SizeFormatNachkommastellenFolders};
+constexpr ViewCommands kDriveCommands = {201, 205, &Options::FileSizeFormatDrive,
+                                         &Options::SizeFormatNachkommastellenDrive};
 constexpr int kFontCommand = 328;
 
 const ViewCommands& commandsOf(BarId bar) {
@@ -182,7 +186,7 @@ bool WindowForm::viewCommand(BarId id, int command) {
     if (command == kFontCommand) return ChangeFont(gridOf(id)), true;
     if (command == ids.decimals) return setDecimals(id), true;
     if (command < ids.firstMode || command > ids.firstMode + 3) return false;
-    sizeModeOf(options_, id) = static_cast<std::uint8_t>(command - ids.firstMode);
+    options_.*ids.modeOption = static_cast<std::uint8_t>(command - ids.firstMode);
     showSizes(id);
     return true;
 }
@@ -254,15 +258,16 @@ void WindowForm::fullView(BarId id) {
 }
 
 void WindowForm::showSizes(BarId id) {
-    showSizeMode(bar(id), sizeModeOf(options_, id), decimalsOf(options_, id));
+    const ViewCommands& ids = commandsOf(id);
+    showSizeMode(bar(id), options_.*ids.modeOption, options_.*ids.decimalsOption);
     if (id == BarId::kReport) return reportView_->Report_Set_SizeFormat();
     driveList_.Drives_ChangeSizeFormat();
 }
 
 void WindowForm::setDecimals(BarId id) {
-    const int command = commandsOf(id).decimals;
-    bar(id).toggle(command);
-    decimalsOf(options_, id) = bar(id).isChecked(command) ? 1 : 0;
+    const ViewCommands& ids = commandsOf(id);
+    bar(id).toggle(ids.decimals);
+    options_.*ids.decimalsOption = bar(id).isChecked(ids.decimals) ? 1 : 0;
     showSizes(id);
 }
 

@@ -111,8 +111,6 @@ void WindowForm::initGrids() {
     reportView_->Report_Set_SizeFormat();
     driveList_.Drives_ChangeSizeFormat();
     for (const GridId id : kListGrids) lists_->of(id)->Set_SizeFormat();
-    showSizeMode(bar(BarId::kReport), sizeModeOf(options_, BarId::kReport),
-                 decimalsOf(options_, BarId::kReport));
     resizeAllColumns();
 }
 

@@ -68,11 +68,6 @@ void List_Hardlinks_Set_SizeFormat(Grid& grid, const Options& options, const Tex
                     options.SizeFormatNachkommastellenHardlinks != 0, texts);
 }
 
-std::string Report_FormatSize(const Options& options, SizeValue value, bool withUnit, bool pad,
-                              bool withBytesUnit, const NumberFormat& format) {
-    return formatViewSize(options.FileSizeFormat, value, withUnit, pad, withBytesUnit, format);
-}
-
 std::string List_Files_FormatSize(const Options& options, SizeValue value, bool withUnit, bool pad,
                                   bool withBytesUnit, const NumberFormat& format) {
     return formatViewSize(options.FileSizeFormatFiles, value, withUnit, pad, withBytesUnit, format);

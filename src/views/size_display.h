@@ -20,10 +20,8 @@ void Report_Set_SizeFormat(Grid& grid, const Options& options, const Texts& text
 void List_TOP_Set_SizeFormat(Grid& grid, const Options& options, const Texts& texts);
 void List_Hardlinks_Set_SizeFormat(Grid& grid, const Options& options, const Texts& texts);
 
-/// A size as text in the view's mode, with two decimals unless in bytes. The arguments are those of
+/// A size as text in the list's mode, with two decimals unless in bytes. The arguments are those of
 /// formatViewSize (base/size_text.h).
-std::string Report_FormatSize(const Options& options, SizeValue value, bool withUnit, bool pad,
-                              bool withBytesUnit, const NumberFormat& format);
 std::string List_Files_FormatSize(const Options& options, SizeValue value, bool withUnit, bool pad,
                                   bool withBytesUnit, const NumberFormat& format);
 
