@@ -163,16 +163,11 @@ TEST(LinuxDrives, FindsTheMountOfAUncText) {
         const char* unc;
         const char* root;
     } cases[] = {
-        {"\\\\server\\export\\", "/srv/all"},
-        {"//SERVER/export", "/srv/all"},
-        {"//server/export/in", "/srv/in"},
-        {"//server/export/inner", "/srv/all/inner"},
-        {"//server/exported", "none"},
-        {"\\\\BOX\\share$\\A b\\", "/win/A b"},
-        {"//far/home/x", "/ssh/x"},
-        {"//box/local", "none"},
-        {"//box2/exports/x", "/x"},
-        {"//server", "none"},
+        {"\\\\server\\export\\", "/srv/all"}, {"//SERVER/export", "/srv/all"},
+        {"//server/export/in", "/srv/in"},    {"//server/export/inner", "/srv/all/inner"},
+        {"//server/exported", "none"},        {"\\\\BOX\\share$\\A b\\", "/win/A b"},
+        {"//far/home/x", "/ssh/x"},           {"//box/local", "none"},
+        {"//box2/exports/x", "/x"},           {"//server", "none"},
     };
     LinuxDrives drives({.root = machine.root()});
     for (const auto& c : cases) {
