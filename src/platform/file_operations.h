@@ -1,0 +1,84 @@
+// What changes files on a disk: removing, recycling and moving.
+//
+// A file is named by a FilePlace and reached step by step through open folders, so that what others swap on
+// the way meanwhile leads nowhere else. The last step is never followed: of a link, the link is what is
+// removed, recycled or moved. Each operation does its work beside the caller's thread, which is asked for
+// what waits there as long as it lasts (OperationWatch); one operation at a time.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace hl {
+
+/// Where a file or a folder lies.
+struct FilePlace {
+    /// What the user named, absolute; links in it are followed, but for its last name if `below` is empty.
+    std::string base;
+    /// The names from there, "/" between them; empty for the base itself.
+    std::string below = {};
+    /// Whether links to folders are followed in `below`, too, but for the last name.
+    bool followLinks = false;
+};
+
+/// What the caller does meanwhile.
+class OperationWatch {
+  public:
+    virtual ~OperationWatch() = default;
+    /// Some sixty times a second until the operation ends, on the caller's thread; never for one that ends
+    /// at once. `path`: what the operation is at, empty if it has not said so yet.
+    virtual void stillAt(const std::string& path) = 0;
+};
+
+struct RemovalFailure {
+    std::string path;
+    int error = 0;  ///< Code of the system; EBUSY for the root of another mount.
+};
+
+struct Removal {
+    static constexpr std::size_t kMostFailures = 25;
+
+    bool removed = false;   ///< The folder itself is gone.
+    bool vanished = false;  ///< It was not there when its turn came, or is not there any more.
+    std::vector<RemovalFailure> failures = {};  ///< The first ones, in the order in which they came.
+    std::uint64_t failureCount = 0;             ///< Of all.
+    std::uint64_t entries = 0;                  ///< Files and folders that went.
+};
+
+/// Why something is not in the trash. The numbers are told to the user.
+enum class RecycleError : int {
+    kNone = 0,
+    kRoot = 0x74,    ///< The root of a file system, or a mount point.
+    kAccess = 0x78,  ///< No right to take it from where it is.
+    kNameTooLong = 0x81,
+    kInvalidPath = 0x7C,  ///< It is not there.
+    kReadOnly = 0x86,     ///< The file system is read-only.
+    kUnknown = 0x402,
+    kNoTrash = 0x10000,  ///< The mount has no trash, and none can be made.
+};
+
+/// Folders that are not removed whole, nor moved to the trash; a folder that holds one counts as it.
+enum class Protection : std::uint8_t { kNone, kRoot, kHome, kProgram };
+
+class FileOperations {
+  public:
+    virtual ~FileOperations() = default;
+    /// Anything but a folder. System error code, 0 for success; EISDIR for a folder.
+    virtual int removeFile(const FilePlace& place, OperationWatch& watch) = 0;
+    /// A folder with everything in it; a link or a file in its place is removed as what it is. What cannot go
+    /// is told, and the rest goes. Links are not followed, other mounts not entered. A folder of the caller's
+    /// own that may not be written is made so first.
+    virtual Removal removeTree(const FilePlace& place, OperationWatch& watch) = 0;
+    /// To the trash of the mount it lies on. Nothing is copied, and nothing is removed instead.
+    virtual RecycleError recycle(const FilePlace& place, OperationWatch& watch) = 0;
+    /// Gives it another name or place. A file in that place is replaced, a folder is not (EEXIST). Onto
+    /// another mount only what is no folder goes: it is copied, flushed to the disk, and then removed here.
+    /// System error code; after a failure everything is as it was.
+    virtual int move(const FilePlace& from, const FilePlace& to, OperationWatch& watch) = 0;
+    virtual bool exists(const FilePlace& place) = 0;
+    /// By what it is, not by its name: also through a link or another mount of the same folder.
+    virtual Protection protectionOf(const FilePlace& place) = 0;
+};
+
+}  // namespace hl
