@@ -71,8 +71,9 @@ std::string fault(const std::string& room, const std::string& line) {
     if (include.empty()) return "";
     const std::string name = include.substr(1);
     if (include[0] == '<') {
-        const bool fits = isStandard(name) || room == (name[0] == 'Q' ? "platform/qt" : "platform/linux");
-        return fits ? "" : "a header of the system or of Qt";
+        const bool ofDesktop = name[0] == 'Q' || name.starts_with("gio/");
+        const bool fits = isStandard(name) || room == (ofDesktop ? "platform/qt" : "platform/linux");
+        return fits ? "" : "a header of the system, of Qt or of GIO";
     }
     const std::string other = roomOf(name);
     if (!kHouse.contains(other)) return "no room of that name";
@@ -112,7 +113,8 @@ TEST(House, WrongIncludesAreFound) {
     } cases[] = {
         {"scan", "  #  include <sys/stat.h>  // why", true}, {"scan", "#include \"views/view.h\"", true},
         {"base", "#include \"elsewhere/text.h\"", true},     {"base", "// #include <unistd.h>", false},
-        {"", "#include \"platform/linux/walk.h\"", false},
+        {"", "#include \"platform/linux/walk.h\"", false},   {"fileops", "#include <gio/gio.h>", true},
+        {"platform/qt", "#include <gio/gio.h>", false},      {"platform/linux", "#include <gio/gio.h>", true},
     };
     for (const auto& c : cases)
         EXPECT_EQ(!fault(c.room, c.line).empty(), c.wrong) << c.room << ": " << c.line;

@@ -38,6 +38,7 @@ readonly kIcons=/usr/share/icons
 readonly kWindowPackages=(
     'qt6-base-dev=/usr/lib/*/cmake/Qt6Widgets/Qt6WidgetsConfig.cmake:/usr/lib*/cmake/Qt6Widgets/Qt6WidgetsConfig.cmake'
     'qt6-svg-dev=/usr/lib/*/cmake/Qt6Svg/Qt6SvgConfig.cmake:/usr/lib*/cmake/Qt6Svg/Qt6SvgConfig.cmake'
+    'libglib2.0-dev=/usr/lib/*/pkgconfig/gio-unix-2.0.pc:/usr/lib*/pkgconfig/gio-unix-2.0.pc' pkg-config=pkg-config
     "fonts-dejavu-core=$kFonts/DejaVuSans.ttf:$kFonts/NotoSans-Regular.ttf:$kFonts/LiberationSans-Regular.ttf"
     "adwaita-icon-theme=$kIcons/Adwaita/index.theme:$kIcons/breeze/index.theme:$kIcons/Papirus/index.theme")
 

@@ -265,6 +265,8 @@ void WindowForm::gridKeyUp(GridId id, int key) {
     if (id == GridId::kDrives && !state_.ScanActive) driveList_.lvwDiskinfo_KeyUp(key);
 }
 
+void WindowForm::GridCellAfterEditing(GridId, Row, const std::string&) {}
+
 void WindowForm::gridTitleClick(GridId id, std::size_t column) {
     if (id == GridId::kReport) reportView_->tvwPL_GridColumnTitleClick(column);
     if (ListView* list = lists_->of(id)) list->GridColumnTitleClick(column);

@@ -77,6 +77,7 @@ class WindowForm final : public MainForm,
     void gridMouseUp(GridId grid, Row row, MouseButton button, bool shift, Point at) override;
     void gridDoubleClick(GridId grid) override;
     void gridKeyUp(GridId grid, int key) override;
+    void GridCellAfterEditing(GridId grid, Row row, const std::string& value) override;
     void gridTitleClick(GridId grid, std::size_t column) override;
     void gridColumnSizing(GridId grid) override;
     void gridScrolled(GridId grid) override;

@@ -13,6 +13,7 @@
 
 #include "grid/grid.h"
 #include "platform/command_bar.h"
+#include "platform/desktop.h"
 #include "platform/file_types.h"
 #include "platform/form.h"
 #include "platform/message_pump.h"
@@ -73,6 +74,13 @@ struct StatusPanels {
 
 enum class MessageKind : std::uint8_t { kInformation, kWarning, kError, kQuestion };
 
+/// An entry of a menu that is made when it is opened.
+struct MenuEntry {
+    int id = 0;                           ///< 0: a separator.
+    std::string caption;                  ///< UTF-8, control characters visible; "&" stands for itself.
+    std::vector<MenuEntry> entries = {};  ///< Of a submenu; its own id is never chosen then.
+};
+
 /// An item of the list of sources.
 struct ComboItem {
     std::string text;
@@ -125,6 +133,10 @@ class Window {
     /// Takes over what the grid has told, and paints it anew before long.
     virtual void refresh(GridId grid) = 0;
     virtual void focusGrid(GridId grid) = 0;
+    /// Begins the editing of the row's text in its cell, scrolled into sight. Return and leaving the cell end
+    /// it with WindowEvents::GridCellAfterEditing, once; Escape, locking the grid and rows that come or go
+    /// end it without. Bytes that are no UTF-8 stay as they are where the user leaves them alone.
+    virtual void editCell(GridId grid, Row row) = 0;
     virtual void focusEdit(BarId bar, int id) = 0;
     virtual GridFont font(GridId grid) = 0;
     virtual void setFont(GridId grid, const GridFont& font) = 0;
@@ -145,12 +157,16 @@ class Window {
     virtual std::optional<GridFont> askFont(const GridFont& start) = 0;
     /// A popup of a bar at a place of the screen; what is chosen arrives as WindowEvents::execute.
     virtual void showPopup(BarId bar, int popup, Point at) = 0;
+    /// A menu at a place of the screen; the id of what was chosen, 0 if nothing was.
+    virtual int showMenu(const std::vector<MenuEntry>& entries, Point at) = 0;
 
     // --- the desktop
     virtual bool openUrl(const std::string& url) = 0;
     virtual void copyText(const std::string& text) = 0;
     /// The desktop's kinds of files. As long as the window lives.
     virtual FileTypes& fileTypes() = 0;
+    /// As long as the window lives.
+    virtual Desktop& desktop() = 0;
 };
 
 /// What the window tells. Implemented by the logic; each routine has its own trap, and none throws.
@@ -184,6 +200,8 @@ class WindowEvents {
     virtual void gridMouseUp(GridId grid, Row row, MouseButton button, bool shift, Point at) = 0;
     virtual void gridDoubleClick(GridId grid) = 0;
     virtual void gridKeyUp(GridId grid, int key) = 0;
+    /// The row's text was edited; `value` are its bytes, perhaps as they were.
+    virtual void GridCellAfterEditing(GridId grid, Row row, const std::string& value) = 0;
     virtual void gridTitleClick(GridId grid, std::size_t column) = 0;
     /// The user drags the border of a column; comes before the title's click that the drag ends with.
     virtual void gridColumnSizing(GridId grid) = 0;

@@ -44,6 +44,9 @@ class RecordingEvents : public WindowEvents {
     void gridMouseUp(GridId, Row, MouseButton, bool, Point) override {}
     void gridDoubleClick(GridId) override {}
     void gridKeyUp(GridId, int) override {}
+    void GridCellAfterEditing(GridId, Row row, const std::string& value) override {
+        told.push_back("edited " + std::to_string(row) + " " + value);
+    }
     void gridTitleClick(GridId, std::size_t) override {}
     void gridColumnSizing(GridId) override {}
     void gridScrolled(GridId) override {}

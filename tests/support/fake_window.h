@@ -15,6 +15,8 @@ class FakeWindow : public Window {
     std::vector<std::string> calls;
     std::string answer;  ///< To questions for a text or a path.
     int scrollBar = 0;
+    std::vector<MenuEntry> menu;  ///< The one that was opened last.
+    int chosen = 0;               ///< In each menu.
 
     void setTitle(const std::string&) override {}
     void setBusyPointer(bool) override {}
@@ -42,6 +44,7 @@ class FakeWindow : public Window {
     void refresh(GridId) override {}
     void focusGrid(GridId) override { calls.emplace_back("focus"); }
     void focusEdit(BarId, int id) override { calls.push_back("edit " + std::to_string(id)); }
+    void editCell(GridId, Row) override { calls.emplace_back("rename"); }
     GridFont font(GridId) override { return {}; }
     void setFont(GridId, const GridFont&) override {}
     void showForm(Form&) override {}
@@ -56,12 +59,17 @@ class FakeWindow : public Window {
     }
     std::optional<GridFont> askFont(const GridFont&) override { return std::nullopt; }
     void showPopup(BarId, int popup, Point) override { calls.push_back("popup " + std::to_string(popup)); }
+    int showMenu(const std::vector<MenuEntry>& entries, Point) override {
+        menu = entries;
+        return chosen;
+    }
     bool openUrl(const std::string& url) override {
         calls.push_back(url);
         return true;
     }
     void copyText(const std::string&) override {}
     FileTypes& fileTypes() override { return types_; }
+    Desktop& desktop() override { return desktop_; }
 
   private:
     struct NoTypes final : FileTypes {
@@ -69,7 +77,20 @@ class FakeWindow : public Window {
         std::string typeName(std::string_view, std::string_view) override { return {}; }
         std::string iconName(std::string_view) override { return FilePictures::kAnyFile; }
     };
+    struct NoDesktop final : Desktop {
+        OpenResult open(const std::string&) override { return OpenResult::kFailed; }
+        std::vector<DesktopProgram> programsFor(const std::vector<std::string>&, std::size_t) override {
+            return {};
+        }
+        std::vector<DesktopProgram> allPrograms() override { return {}; }
+        bool openWith(const std::string&, const std::vector<std::string>&) override { return false; }
+        bool runsWhenOpened(const std::string&) override { return false; }
+        bool showInFolder(const std::vector<std::string>&) override { return false; }
+        bool showProperties(const std::vector<std::string>&) override { return false; }
+        void copyFiles(const std::vector<std::string>&) override {}
+    };
     NoTypes types_;
+    NoDesktop desktop_;
 };
 
 }  // namespace hl::test

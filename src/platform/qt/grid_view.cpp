@@ -393,4 +393,6 @@ void GridView::changeEvent(QEvent* event) {
     });
 }
 
+void GridView::editText(Row) {}
+
 }  // namespace hl

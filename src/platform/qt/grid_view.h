@@ -49,6 +49,8 @@ class GridView : public QTableView, public GridObserver {
     std::size_t columnOf(const QPoint& global) const;
     /// Unfolds what hides the row.
     void scrollIntoView(Row row);
+    /// See Window::editCell.
+    void editText(Row row);
     void refresh();
     void focus() { setFocus(Qt::OtherFocusReason); }
     GridFont gridFont() const { return font_; }

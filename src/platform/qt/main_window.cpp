@@ -1,4 +1,5 @@
 #include "platform/qt/main_window.h"
+#include "platform/qt/context_menu.h"
 
 #include <QApplication>
 #include <QClipboard>
@@ -349,6 +350,14 @@ std::optional<GridFont> MainWindow::askFont(const GridFont& start) {
 
 void MainWindow::showPopup(BarId id, int popup, Point at) {
     bar(id).openPopup(popup, {at.x, at.y});
+}
+
+int MainWindow::showMenu(const std::vector<MenuEntry>& entries, Point at) {
+    return askWithMenu(asker(), entries, {at.x, at.y});
+}
+
+void MainWindow::editCell(GridId id, Row row) {
+    grid(id).editText(row);
 }
 
 // --- the desktop

@@ -5,6 +5,7 @@
 #include <memory>
 
 #include "platform/qt/desktop_file_types.h"
+#include "platform/qt/desktop_programs.h"
 #include "platform/qt/dialogs.h"
 #include "platform/qt/frame.h"
 #include "platform/qt/grid_view.h"
@@ -56,6 +57,7 @@ class MainWindow final : public Window {
     std::size_t columnAt(GridId grid, Point at) override;
     void refresh(GridId grid) override;
     void focusGrid(GridId grid) override;
+    void editCell(GridId grid, Row row) override;
     void focusEdit(BarId bar, int id) override;
     GridFont font(GridId grid) override;
     void setFont(GridId grid, const GridFont& font) override;
@@ -69,10 +71,12 @@ class MainWindow final : public Window {
                             const std::string& folder) override;
     std::optional<GridFont> askFont(const GridFont& start) override;
     void showPopup(BarId bar, int popup, Point at) override;
+    int showMenu(const std::vector<MenuEntry>& entries, Point at) override;
 
     bool openUrl(const std::string& url) override;
     void copyText(const std::string& text) override;
     FileTypes& fileTypes() override { return fileTypes_; }
+    Desktop& desktop() override { return desktop_; }
 
   private:
     std::vector<QWidget*> tabStops() const;
@@ -90,6 +94,7 @@ class MainWindow final : public Window {
     WindowParts& parts_;
     WindowEvents& events_;
     DesktopFileTypes fileTypes_;
+    DesktopPrograms desktop_;
     IconStore icons_;
     DialogTexts texts_;
     std::unique_ptr<Frame> frame_;

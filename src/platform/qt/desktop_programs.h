@@ -1,0 +1,20 @@
+// The programs of a freedesktop desktop, by GIO, and its file manager, by D-Bus.
+#pragma once
+
+#include "platform/desktop.h"
+
+namespace hl {
+
+class DesktopPrograms final : public Desktop {
+  public:
+    OpenResult open(const std::string& path) override;
+    std::vector<DesktopProgram> programsFor(const std::vector<std::string>& paths, std::size_t most) override;
+    std::vector<DesktopProgram> allPrograms() override;
+    bool openWith(const std::string& id, const std::vector<std::string>& paths) override;
+    bool runsWhenOpened(const std::string& path) override;
+    bool showInFolder(const std::vector<std::string>& paths) override;
+    bool showProperties(const std::vector<std::string>& paths) override;
+    void copyFiles(const std::vector<std::string>& paths) override;
+};
+
+}  // namespace hl
