@@ -359,8 +359,9 @@ RecycleError moveToTrash(const FilePlace& place, const TrashSettings& settings) 
     const std::vector<std::string> names = truePath(from, place);
     Descriptor home;
     if (openHomeTrash(settings.homeTrash, folder.mount, home) == 0) {
-        const std::string path = "/" + encodedEnd(names, names.size());
-        const RecycleError result = moveInto(std::move(home), from, entry, path);
+        const std::string path = encodedEnd(names, names.size());
+        if (path.empty()) return RecycleError::kUnknown;
+        const RecycleError result = moveInto(std::move(home), from, entry, "/" + path);
         // One file system may be several to a rename: mounted twice, or laid over another one.
         if (result != RecycleError::kNoTrash) return result;
     }
