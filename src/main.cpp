@@ -29,6 +29,7 @@
 #include "platform/linux/console.h"
 #include "platform/linux/drives.h"
 #include "platform/linux/fault_signals.h"
+#include "platform/linux/file_operations.h"
 #include "platform/linux/file_system.h"
 #include "platform/linux/files.h"
 #include "platform/linux/folder_verb.h"
@@ -274,11 +275,15 @@ int Program::openWindow(LinuxInstances& instances, bool& restart) {
     LinuxDrives drives(driveSources);
     LinuxFolderVerb verb("harborlantern-folder", facts_.environment("XDG_DATA_HOME"),
                          facts_.environment("HOME"));
+    DirectoryCalls directoryCalls;
+    LinuxFileOperations operations(directoryCalls, {.home = homeFolder(),
+                                                    .programFolders = {folderOf(executable_), programFolder_},
+                                                    .trash = trashSettingsFromEnvironment()});
     LinuxPreviewTools previewTools(folderOf(executable_), facts_.environment("PATH"),
                                    facts_.environment("TMPDIR"));
     WindowForm frmMain(formServices(fileSystem),
-                       {drives, verb, executable_.string(), programFolder_, line_.text, shortVersion(app_),
-                        texts_.languageId() == kGerman,
+                       {drives, verb, operations, executable_.string(), programFolder_, line_.text,
+                        shortVersion(app_), texts_.languageId() == kGerman,
                         [this](Window* window, MessagePump* pump) { windowThere(window, pump); },
                         [this] { errors_.showWaiting(); }});
     app_.cancelState = [&frmMain] { return frmMain.state().CancelState; };

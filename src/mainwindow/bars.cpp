@@ -15,18 +15,21 @@ namespace {
 constexpr int kKeyF1 = 112;
 constexpr int kFunctionKeys = 12;
 
-// Deleting and printing.
-constexpr int kMainWithoutWork[] = {101, 102};
+// Printing.
 constexpr int kReportWithoutWork[] = {6};
-constexpr int kFilesWithoutWork[] = {320, 321, 325};
-constexpr int kTopWithoutWork[] = {320, 321, 326};
-constexpr int kHardlinksWithoutWork[] = {320, 321, 325};
+constexpr int kFilesWithoutWork[] = {325};
+constexpr int kTopWithoutWork[] = {326};
+constexpr int kHardlinksWithoutWork[] = {325};
 constexpr int kJunctionsWithoutWork[] = {325};
 
 /// By BarId.
-constexpr std::span<const int> kWithoutWork[kBarCount] = {
-    kMainWithoutWork,      kReportWithoutWork,   {}, kFilesWithoutWork, kTopWithoutWork,
-    kHardlinksWithoutWork, kJunctionsWithoutWork};
+constexpr std::span<const int> kWithoutWork[kBarCount] = {{},
+                                                          kReportWithoutWork,
+                                                          {},
+                                                          kFilesWithoutWork,
+                                                          kTopWithoutWork,
+                                                          kHardlinksWithoutWork,
+                                                          kJunctionsWithoutWork};
 
 // New, Start and Stop: what everybody looks for first.
 constexpr int kLastOfTheMost = 3;

@@ -4,6 +4,7 @@
 #include "app/product.h"
 #include "app/setting_keys.h"
 #include "base/text.h"
+#include "fileops/deleting.h"
 #include "mainwindow/about_form.h"
 #include "mainwindow/bar_options.h"
 #include "mainwindow/options_form.h"
@@ -89,6 +90,9 @@ void WindowForm::cbrMain_Execute(int id) {
         case 3:
             state_.CancelState = kCancelStop;
             return;
+        case 101:
+        case 102:
+            return DeleteFolders(fileOps(), id == 102);
         case 14:
             return ShowOptionen();
         case 16:

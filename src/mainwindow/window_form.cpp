@@ -251,7 +251,10 @@ void WindowForm::gridMouseUp(GridId id, Row row, MouseButton button, bool shift,
     if (id == GridId::kReport) return reportView_->tvwPL_MouseUp(row, button, shift, at);
     if (ListView* list = lists_->of(id)) return list->MouseUp(row, button, at);
     if (id != GridId::kDrives || state_.ScanActive || row == kNoRow) return;
-    guarded(services_.diagnostics, "lvwDiskinfo_MouseUp", kModul, [&] { window_->focusGrid(id); });
+    guarded(services_.diagnostics, "lvwDiskinfo_MouseUp", kModul, [&] {
+        window_->focusGrid(id);
+        if (button == MouseButton::kRight) openDriveMenu(row, at);
+    });
 }
 
 void WindowForm::gridDoubleClick(GridId id) {
@@ -264,8 +267,6 @@ void WindowForm::gridKeyUp(GridId id, int key) {
     if (ListView* list = lists_->of(id)) list->KeyUp(key);
     if (id == GridId::kDrives && !state_.ScanActive) driveList_.lvwDiskinfo_KeyUp(key);
 }
-
-void WindowForm::GridCellAfterEditing(GridId, Row, const std::string&) {}
 
 void WindowForm::gridTitleClick(GridId id, std::size_t column) {
     if (id == GridId::kReport) reportView_->tvwPL_GridColumnTitleClick(column);

@@ -1,8 +1,9 @@
 // frmMain with its window: its life from loading to the end of the process, its commands, and what a scan
 // shows in it.
 //
-// Four files: window_form.cpp has the life of the window and its events, window_commands.cpp the dispatch of
-// the bars, window_scan.cpp what a scan and the panes ask for, window_lists.cpp what the lists ask for.
+// Five files: window_form.cpp has the life of the window and its events, window_commands.cpp the dispatch of
+// the bars, window_scan.cpp what a scan and the panes ask for, window_lists.cpp what the lists ask for,
+// window_files.cpp what changes or opens files.
 // Thread of the logic only.
 #pragma once
 
@@ -10,6 +11,8 @@
 #include <memory>
 #include <string>
 
+#include "base/scope_exit.h"
+#include "fileops/menus.h"
 #include "mainwindow/bar_options.h"
 #include "mainwindow/bars.h"
 #include "mainwindow/list_views.h"
@@ -30,6 +33,7 @@ namespace hl {
 struct WindowServices {
     Drives& drives;
     FolderVerb& verb;
+    FileOperations& operations;
     std::string executable;     ///< The whole path.
     std::string programFolder;  ///< Settings, log and Toolbar.dat.
     std::string commandLine;
@@ -47,6 +51,7 @@ class WindowForm final : public MainForm,
                          private PaneHost,
                          private DriveListHost,
                          private ListHost,
+                         private FileOpsHost,
                          private SaveDialog {
   public:
     WindowForm(const FormServices& services, const WindowServices& window);
@@ -150,7 +155,7 @@ class WindowForm final : public MainForm,
     void setReportWidth(int pixels) override;
     void setFirstPanel(const std::string& text) override;
     void openRowsMenu(Point at) override;
-    void Report_ShellContextMenu(const std::string&, Point) override {}
+    void Report_ShellContextMenu(const std::string& path, Point at) override;
 
     // --- PaneHost
     int barHeight(BarId bar) override { return window_->barHeight(bar); }
@@ -178,15 +183,27 @@ class WindowForm final : public MainForm,
     void previewEntriesChanged(GridId list) override;
     void showPreview(GridId, bool force) override { preview_.Preview_ShowFile(force); }
     void openFile(const std::string& path) override;
-    void ShellContextMenuFileList(GridId, Point) override {}
-    void beginRename(GridId, Row) override {}
+    void ShellContextMenuFileList(GridId list, Point at) override;
+    void beginRename(GridId grid, Row row) override;
     void listCommand(GridId list, ListCommand command) override;
+
+    // --- FileOpsHost
+    void List_Files_Refresh() override;
+    void listChanged(GridId list) override;
 
     // --- DriveListHost
     void autosizeDriveColumn(std::size_t column, int margin) override;
     std::string askText(const std::string& prompt, const std::string& preset) override;
     void readSources(const std::vector<std::string>& sources) override;
 
+    void openDriveMenu(Row row, Point at);
+    void reportMenuCommand(int id, Row row);
+    /// What is handed over while a command is on the stack waits for its end.
+    auto command() {
+        ++commands_;
+        return ScopeExit([this] { --commands_; });
+    }
+    FileOps fileOps() { return {scan_, own_.operations, *window_, *this}; }
     CommandBar& bar(BarId id) { return bars_.of(id); }
     Grid& grid(GridId id) { return *parts_.grids[static_cast<std::size_t>(id)]; }
 

@@ -1,5 +1,6 @@
 // What the four lists ask of the window around them, and where their events go.
 #include "base/text.h"
+#include "fileops/deleting.h"
 #include "mainwindow/view_options.h"
 #include "mainwindow/window_form.h"
 #include "output/save_files.h"
@@ -48,12 +49,6 @@ void WindowForm::previewEntriesChanged(GridId list) {
     panes_.cbrResize(barOf(list));
 }
 
-void WindowForm::openFile(const std::string& path) {
-    if (window_->openUrl(fileUrl(path))) return;
-    window_->message(MessageKind::kError,
-                     services_.texts.TL(9525, "Die Datei '%1' kann nicht geöffnet werden.", {visible(path)}));
-}
-
 void WindowForm::listCommand(GridId list, ListCommand command) {
     switch (command) {
         case ListCommand::kFullView:
@@ -64,6 +59,9 @@ void WindowForm::listCommand(GridId list, ListCommand command) {
             return Save_Files({grid(list), services_.texts, services_.numbers, services_.files,
                                services_.diagnostics, services_.paths, *this},
                               *window_);
+        case ListCommand::kDelete:
+        case ListCommand::kRecycle:
+            return List_DeleteFiles(fileOps(), *lists_->of(list), list, command == ListCommand::kRecycle);
         default:
             return;  // Entries without work: their bars keep them disabled.
     }

@@ -34,6 +34,7 @@ class OperationWatch {
 struct RemovalFailure {
     std::string path;
     int error = 0;  ///< Code of the system; EBUSY for the root of another mount.
+    bool folder = false;
 };
 
 struct Removal {

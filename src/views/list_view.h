@@ -125,6 +125,11 @@ class ListView {
     virtual std::string pathOf(Row row) const;
     /// Of the selected rows, in the order of the view: what the list's menu is for.
     virtual std::vector<std::string> menuPaths() const;
+    Grid& grid() { return grid_; }
+    /// The name of a routine in error reports: "List_Files_DeleteFiles".
+    std::string routine(const char* name) const { return std::string(traits_.family) + name; }
+    /// Of an event: "lvwFiles_GridCellAfterEditing".
+    std::string event(const char* name) const { return std::string(traits_.events) + name; }
 
   protected:
     /// Command 300 of the bar.
@@ -156,8 +161,6 @@ class ListView {
     CommandBar& bar_;
 
   private:
-    std::string routine(const char* name) const { return std::string(traits_.family) + name; }
-    std::string event(const char* name) const { return std::string(traits_.events) + name; }
     bool ignoresInput() const;
     bool displayCommand(int id);
     bool toggleColumn(int id);

@@ -125,7 +125,7 @@ bool ReportView::progress(std::size_t done, std::size_t all) {
     return scan_.state.CancelState != kCancelStop;
 }
 
-void ReportView::Report_ExpandSubFolders() {
+void ReportView::Report_ExpandSubFolders(bool expand) {
     guarded(scan_.diagnostics, "Report_ExpandSubFolders", kModul, [&] {
         const Row top = grid_.currentRow();
         if (top == kNoRow) return;
@@ -136,7 +136,7 @@ void ReportView::Report_ExpandSubFolders() {
             const std::uint32_t level = grid_.level(top);
             for (Row row = top; row != kNoRow && (row == top || grid_.level(row) > level);
                  row = grid_.tree().following(row))
-                grid_.setExpanded(row, true);
+                grid_.setExpanded(row, expand);
         }
         Report_Resize_Columns(true, false);
         host_.setFirstPanel(scan_.texts.TL(3525, "OK."));
@@ -288,6 +288,8 @@ void ReportView::tvwPL_KeyUp(int key) {
         if (grid_.selectedCount() == 0 || scan_.state.ScanActive) return;
         if (key == kKeyUp || key == kKeyDown)
             Report_MouseClick(grid_.selectedRows().front(), MouseButton::kLeft, {});
+        if (key == kKeyF2 && grid_.selectedCount() == 1 && grid_.level(grid_.selectedRows().front()) > 0)
+            host_.beginRename(GridId::kReport, grid_.selectedRows().front());
     });
 }
 

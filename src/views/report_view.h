@@ -21,7 +21,9 @@ class ReportHost {
     virtual void setFirstPanel(const std::string& text) = 0;
     /// The menu for several selected rows.
     virtual void openRowsMenu(Point at) = 0;
-    /// The menu of one folder.
+    /// Begins the editing of the row's name in its cell.
+    virtual void beginRename(GridId grid, Row row) = 0;
+    /// The menu of the current row, a folder.
     virtual void Report_ShellContextMenu(const std::string& path, Point at) = 0;
 };
 
@@ -52,8 +54,8 @@ class ReportView {
     void Report_ExpandAllFolders(bool expand);
     /// Unfolds the rows of levels up to `level`, and folds all others.
     void Report_ExpandFolderLevels(std::uint32_t level);
-    /// The current row with everything below it.
-    void Report_ExpandSubFolders();
+    /// The current row with everything below it, up or down.
+    void Report_ExpandSubFolders(bool expand);
 
     // --- commands
     /// Looks for the text of the bar's search box behind the current row, and from the top again.
@@ -71,7 +73,7 @@ class ReportView {
     void tvwPL_MouseUp(Row row, MouseButton button, bool shift, Point at);
     /// Folds the first selected row up, or unfolds it.
     void tvwPL_DblClick();
-    /// Up and down tell of the row like a click.
+    /// Up and down tell of the row like a click; F2 renames a folder that is no source.
     void tvwPL_KeyUp(int key);
     /// The columns follow what came to show.
     void expandedByUser();

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <QAbstractButton>
 #include <QApplication>
@@ -25,6 +26,7 @@
 #include "mainwindow/window_form.h"
 #include "platform/headless/headless.h"
 #include "platform/linux/drives.h"
+#include "platform/linux/file_operations.h"
 #include "platform/linux/file_system.h"
 #include "platform/linux/files.h"
 #include "platform/qt/main_window.h"
@@ -141,7 +143,7 @@ class Logic : private ErrorSink, private MessagePump {
         texts_.Init_Sprache("", "", true);
         form_.emplace(FormServices{settings_, texts_, log_, files_, fileSystem, *this, console_, facts_,
                                    diagnostics_, kPosixPaths, numbers_},
-                      WindowServices{drives_, verb_, HARBORLANTERN_PROGRAM, home, "", "0.1", true,
+                      WindowServices{drives_, verb_, operations_, HARBORLANTERN_PROGRAM, home, "", "0.1", true,
                                      [this](Window* window, MessagePump* pump) { there(window, pump); },
                                      [this] { showWaiting(); }});
         form_->parts().dataFolder = HARBORLANTERN_SOURCE_DIR "/data";
@@ -203,6 +205,11 @@ class Logic : private ErrorSink, private MessagePump {
                              return DriveSpace{4000, 1000, 4};
                          }}};
     NoFolderVerb verb_;
+    DirectoryCalls calls_;
+    LinuxFileOperations operations_{calls_,
+                                    {.home = machine_.path() + "/home/user",
+                                     .programFolders = {home_},
+                                     .trash = {machine_.path() + "/Trash", ::geteuid()}}};
     std::unique_ptr<WindowDesk> desk_;
     std::unique_ptr<ErrorReports> dialogs_;
     std::optional<WindowForm> form_;

@@ -162,7 +162,7 @@ void TreeRemoval::removeEntry(int folder, const char* name) {
     if (isRefusal(error) && makeWritable(folder)) error = unlinkError(folder, name, 0);
     if (error == 0) return gone();
     if (error == EISDIR) return levels_.back().folders.emplace_back(name), void();
-    if (error != ENOENT) failed(name, error);
+    if (error != ENOENT) failed(name, error, false);
 }
 
 bool TreeRemoval::makeWritable(int folder) {
@@ -242,9 +242,10 @@ void TreeRemoval::gone() {
 }
 
 // `name`: of an entry of the current folder; empty for the folder itself, which the one above then keeps.
-void TreeRemoval::failed(const std::string& name, int error) {
+void TreeRemoval::failed(const std::string& name, int error, bool folder) {
     ++result_.failureCount;
-    if (result_.failures.size() < Removal::kMostFailures) result_.failures.push_back({pathOf(name), error});
+    if (result_.failures.size() < Removal::kMostFailures)
+        result_.failures.push_back({pathOf(name), error, folder});
     if (!name.empty() && !levels_.empty()) {
         keep(levels_.back(), name);
     } else if (levels_.size() > 1) {

@@ -58,7 +58,7 @@ class TreeRemoval {
     void drop();
     bool makeWritable(int folder);
     void gone();
-    void failed(const std::string& name, int error);
+    void failed(const std::string& name, int error, bool folder = true);
     void keep(Level& level, std::string name);
     std::string pathOf(std::string_view name) const;
 

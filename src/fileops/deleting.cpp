@@ -1,0 +1,220 @@
+// Sections: files; folders; the lists; the report.
+#include "fileops/deleting.h"
+
+#include <utility>
+#include <vector>
+
+#include "base/text.h"
+#include "fileops/recycle_texts.h"
+#include "robustness/trap.h"
+#include "scan/driver.h"
+#include "scan/records.h"
+#include "scan/rollup.h"
+#include "views/list_view.h"
+
+namespace hl {
+
+namespace {
+
+constexpr const char* kModul = "frmMain";
+
+std::string statusOf(const FileOps& ops, bool recycle) {
+    const Texts& texts = ops.scan.texts;
+    return recycle ? texts.TL(9550, "In den Papierkorb: %1") : texts.TL(9549, "Wird gelöscht: %1");
+}
+
+/// "REASON (CODE)" of what the trash did not take.
+std::string recycleReason(RecycleError error) {
+    const int code = static_cast<int>(error);
+    return xGetErrorTextFromSH(code, false) + " (" + std::to_string(code) + ")";
+}
+
+void logGone(const FileOps& ops, const std::string& path, bool recycle) {
+    const Texts& texts = ops.scan.texts;
+    ops.scan.log.LogProtokoll(recycle ? texts.TL(3760, "PAPIERKORB: %1", {path})
+                                      : texts.TL(3761, "GELÖSCHT: %1", {path}));
+}
+
+/// Log first, then the message.
+void tellFailure(const FileOps& ops, const std::string& text) {
+    ops.scan.log.LogProtokoll(text);
+    ops.window.message(MessageKind::kWarning, visible(text));
+}
+
+/// Why a folder is not removed whole; empty if it may be.
+std::string protectedReason(const FileOps& ops, const std::string& path) {
+    const Texts& texts = ops.scan.texts;
+    switch (ops.operations.protectionOf(placeOf(ops.scan, path))) {
+        case Protection::kRoot:
+            return texts.TL(9552, "'%1' ist das ganze Dateisystem und bleibt.", {path});
+        case Protection::kHome:
+            return texts.TL(9553, "'%1' enthält Ihren persönlichen Ordner und bleibt.", {path});
+        case Protection::kProgram:
+            return texts.TL(9554, "'%1' enthält dieses Programm und bleibt.", {path});
+        default:
+            return {};
+    }
+}
+
+bool refused(const FileOps& ops, const std::string& path) {
+    const std::string reason = protectedReason(ops, path);
+    if (!reason.empty()) tellFailure(ops, reason);
+    return !reason.empty();
+}
+
+}  // namespace
+
+// --- files
+
+bool xDeleteFile_W(const FileOps& ops, FileRun& run, const std::string& path, std::string& errorText) {
+    constexpr int kNotFound = 2;  // Gone already counts as deleted.
+    const int error = ops.operations.removeFile(placeOf(ops.scan, path), run);
+    if (error == 0 || error == kNotFound) return true;
+    errorText = ops.scan.facts.errorText(error) + " (" + path + ")";
+    return false;
+}
+
+std::string Delete_Files(const FileOps& ops, FileRun& run, const std::string& path, bool recycle) {
+    const Texts& texts = ops.scan.texts;
+    std::string reason;
+    if (recycle) {
+        const RecycleError error = ops.operations.recycle(placeOf(ops.scan, path), run);
+        if (error != RecycleError::kNone) reason = recycleReason(error);
+    } else {
+        xDeleteFile_W(ops, run, path, reason);
+    }
+    if (reason.empty()) {
+        logGone(ops, path, recycle);
+    } else {
+        tellFailure(ops, recycle
+                             ? texts.TL(3763,
+                                        "Beim Verschieben der Datei '%1' in den Papierkorb ist ein Fehler "
+                                        "aufgetreten: %2",
+                                        {path, reason})
+                             : texts.TL(3762, "Beim Löschen der Datei '%1' ist ein Fehler aufgetreten: %2",
+                                        {path, reason}));
+    }
+    return reason;
+}
+
+// --- folders
+
+bool xDeleteFolder_W(const FileOps& ops, FileRun& run, const std::string& path, std::string& errorText) {
+    const std::int32_t before = std::exchange(ops.scan.state.CancelState, kCancelNone);
+    const Removal removal = ops.operations.removeTree(placeOf(ops.scan, path), run);
+    ops.scan.state.CancelState = before;
+    if (removal.removed) return true;
+    if (removal.vanished) return false;
+    for (const RemovalFailure& failure : removal.failures)
+        errorText +=
+            ops.scan.facts.errorText(failure.error) + (failure.folder ? "(" : " (") + failure.path + ") ";
+    if (removal.failureCount > removal.failures.size())
+        errorText += ops.scan.texts.TL(9555, "... und %1 weitere",
+                                       {std::to_string(removal.failureCount - removal.failures.size())});
+    return false;
+}
+
+namespace {
+
+/// One folder on the road that tells. True if it went.
+bool deleteFolder(const FileOps& ops, FileRun& run, const std::string& path, bool recycle) {
+    const Texts& texts = ops.scan.texts;
+    std::string reason;
+    bool went = false;
+    if (recycle) {
+        const RecycleError error = ops.operations.recycle(placeOf(ops.scan, path), run);
+        went = error == RecycleError::kNone;
+        if (!went) reason = recycleReason(error);
+    } else {
+        went = xDeleteFolder_W(ops, run, path, reason);
+    }
+    if (went) return logGone(ops, path, recycle), true;
+    tellFailure(ops, recycle ? texts.TL(9571,
+                                        "Beim Verschieben des Ordners'%1' in den Papierkorb ist ein Fehler "
+                                        "aufgetreten: %2",
+                                        {path, reason})
+                             : texts.TL(3783, "Beim Löschen des Ordners '%1' ist ein Fehler aufgetreten: %2",
+                                        {path, reason}));
+    return false;
+}
+
+// A row that sums up the files of a folder is none itself, whatever may be called so on the disk.
+void deleteFolderOf(const FileOps& ops, FileRun& run, Row row, bool recycle) {
+    Grid& report = ops.scan.tvwPL;
+    const std::string path = Report_GetFullpathOfNode(report, row, false, ops.scan.paths);
+    if (report.number(row, kIsFolder) != 1 && report.level(row) > 0) {
+        return tellFailure(ops, ops.scan.texts.TL(3783,
+                                                  "Beim Löschen des Ordners '%1' ist ein Fehler aufgetreten: "
+                                                  "%2",
+                                                  {path, ""}));
+    }
+    if (!refused(ops, path) && deleteFolder(ops, run, path, recycle)) report.removeRow(row);
+}
+
+void takeOutOf(Grid& report, Row above, double size, double files, double folders) {
+    for (; above != kNoRow && !report.text(above).empty(); above = report.parent(above)) {
+        report.setNumber(above, kSize, report.number(above, kSize) - size);
+        report.setNumber(above, kFiles, report.number(above, kFiles) - files);
+        report.setNumber(above, kFolders, report.number(above, kFolders) - folders - 1);
+    }
+}
+
+}  // namespace
+
+// --- the lists
+
+void List_DeleteFiles(const FileOps& ops, ListView& list, GridId id, bool recycle) {
+    guarded(ops.scan.diagnostics, list.routine("DeleteFiles").c_str(), kModul, [&] {
+        Grid& grid = list.grid();
+        const std::vector<Row> rows = grid.selectedRows();
+        if (rows.empty() || ops.scan.state.ScanActive) return;
+        if (!ops.window.message(MessageKind::kQuestion, ops.scan.texts.TL(9572, "Löschvorgang durchführen?")))
+            return;
+        {
+            FileRun run(ops, statusOf(ops, recycle));
+            for (auto row = rows.rbegin(); row != rows.rend() && !run.stopped(); ++row)
+                if (Delete_Files(ops, run, list.pathOf(*row), recycle).empty()) grid.removeRow(*row);
+        }
+        if (id != GridId::kFiles) return ops.host.listChanged(id);
+        Report_Rescan(ops.scan, false);
+        ops.host.Preview_Reset_View();
+    });
+}
+
+// --- the report
+
+void DeleteFolders(const FileOps& ops, bool recycle) {
+    guarded(ops.scan.diagnostics, "DeleteFolders", kModul, [&] {
+        const std::vector<Row> rows = ops.scan.tvwPL.selectedRows();
+        if (rows.empty() || ops.scan.state.ScanActive) return;
+        FileRun run(ops, statusOf(ops, recycle));
+        // From the end: what lies below a selected row comes before it.
+        for (auto row = rows.rbegin(); row != rows.rend() && !run.stopped(); ++row)
+            deleteFolderOf(ops, run, *row, recycle);
+    });
+}
+
+void Report_DeleteFolder(const FileOps& ops, Row row, bool recycle) {
+    guarded(ops.scan.diagnostics, "Report_DeleteFolder", kModul, [&] {
+        Grid& report = ops.scan.tvwPL;
+        if (ops.scan.state.ScanActive) return;
+        const std::string path = Report_GetFullpathOfNode(report, row, false, ops.scan.paths);
+        {
+            FileRun run(ops, statusOf(ops, recycle));
+            if (refused(ops, path)) return;
+            std::string unused;
+            if (recycle) {
+                ops.operations.recycle(placeOf(ops.scan, path), run);
+            } else {
+                xDeleteFolder_W(ops, run, path, unused);
+            }
+            takeOutOf(report, report.parent(row), report.number(row, kSize), report.number(row, kFiles),
+                      report.number(row, kFolders));
+        }
+        ops.scan.host.refreshDriveOf(row);
+        ops.host.List_Files_Refresh();
+        report.removeRow(row);
+    });
+}
+
+}  // namespace hl

@@ -1,0 +1,73 @@
+#include "fileops/file_run.h"
+
+#include <string_view>
+#include <utility>
+
+#include "base/text.h"
+#include "scan/driver.h"
+
+namespace hl {
+
+namespace {
+
+constexpr std::uint64_t kPumpInterval = 50;     // Milliseconds without input.
+constexpr std::uint64_t kStatusInterval = 100;  // Milliseconds.
+constexpr std::size_t kLongestStatus = 500;     // Bytes: no screen shows more.
+
+}  // namespace
+
+FileRun::FileRun(const FileOps& ops, std::string status) : ops_(ops), status_(std::move(status)) {
+    ops_.scan.state.CancelState = kCancelNone;
+    DisableControls(ops_.scan, false);
+    ops_.scan.host.setBusyPointer(true);
+}
+
+FileRun::~FileRun() {
+    ops_.scan.state.CancelState = kCancelNone;
+    EnableControls(ops_.scan);
+    ops_.scan.host.setBusyPointer(false);
+    if (lastStatus_ != 0) ops_.host.setFirstPanel(ops_.scan.texts.TL(3525, "OK."));
+}
+
+bool FileRun::stopped() {
+    letMessagesRun();
+    return stopped_;
+}
+
+// A running removal takes CancelState for itself: what was pressed meanwhile is kept here.
+void FileRun::letMessagesRun() {
+    const std::uint64_t now = ops_.scan.pump.GetTickCount();
+    if (now >= lastPump_ + kPumpInterval || ops_.scan.pump.GetInputState()) {
+        lastPump_ = now;
+        ops_.scan.pump.PumpMessages();
+    }
+    stopped_ = stopped_ || ops_.scan.state.CancelState != kCancelNone;
+}
+
+void FileRun::stillAt(const std::string& path) {
+    const std::uint64_t now = ops_.scan.pump.GetTickCount();
+    if (!path.empty() && now >= lastStatus_ + kStatusInterval) {
+        lastStatus_ = now;
+        std::string text = status_;
+        if (const std::size_t at = text.find("%1"); at != std::string::npos)
+            text.replace(at, 2, visible(path.substr(0, kLongestStatus)));
+        ops_.host.setFirstPanel(text);
+    }
+    letMessagesRun();
+}
+
+FilePlace placeOf(const ScanContext& scan, const std::string& path) {
+    std::string_view base;
+    const Grid& report = scan.tvwPL;
+    for (Row row = report.firstRoot(); row != kNoRow; row = report.nextSibling(row)) {
+        const std::string_view source = report.text(row);
+        const bool holds = source == "/" || (path.starts_with(source) && path.size() > source.size() &&
+                                             path[source.size()] == '/');
+        if (holds && source.size() > base.size()) base = source;
+    }
+    if (base.empty() || path == base) return {path};
+    return {std::string(base), path.substr(base == "/" ? 1 : base.size() + 1),
+            scan.options.ScanHardlinks == 1};
+}
+
+}  // namespace hl

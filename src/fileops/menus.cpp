@@ -1,0 +1,190 @@
+// Sections: the desktop's part; own entries; opening.
+#include "fileops/menus.h"
+
+#include <algorithm>
+#include <iterator>
+
+#include "base/path.h"
+#include "base/text.h"
+#include "scan/records.h"
+
+namespace hl {
+
+namespace {
+
+// Ids of the desktop's part end below those of the program.
+enum DesktopId { kOpen = 1, kOtherProgram, kShowInFolder, kCopyFiles, kCopyPaths, kProperties };
+constexpr int kFirstProgram = 100;
+constexpr std::size_t kMostPrograms = 20;
+
+void append(std::vector<MenuEntry>& entries, std::vector<MenuEntry> more) {
+    std::move(more.begin(), more.end(), std::back_inserter(entries));
+}
+
+}  // namespace
+
+// --- the desktop's part
+
+std::vector<MenuEntry> Menus::desktopPart(const std::vector<std::string>& paths) {
+    programs_ = ops_.window.desktop().programsFor(paths, kMostPrograms);
+    std::vector<MenuEntry> with;
+    for (const DesktopProgram& program : programs_)
+        with.push_back({kFirstProgram + static_cast<int>(with.size()), visible(program.name)});
+    if (!with.empty()) with.push_back({});
+    with.push_back({kOtherProgram, text(9562, "Anderes Programm ...")});
+    return {{kOpen, text(9560, "Öffnen")},
+            {0, text(9561, "Öffnen mit"), std::move(with)},
+            {kShowInFolder, text(9563, "Im Dateimanager zeigen")},
+            {},
+            {kCopyFiles, text(9564, "Kopieren")},
+            {kCopyPaths, text(9565, "Pfad kopieren")},
+            {},
+            {kProperties, text(9566, "Eigenschaften")}};
+}
+
+int Menus::show(std::vector<MenuEntry> desktop, std::vector<MenuEntry> own,
+                const std::vector<std::string>& paths, Point at) {
+    append(desktop, std::move(own));
+    const int chosen = ops_.window.showMenu(desktop, at);
+    if (chosen >= report_menu::kReadAgain) return chosen;
+    if (chosen > 0) runDesktopEntry(chosen, paths);
+    return 0;
+}
+
+void Menus::runDesktopEntry(int id, const std::vector<std::string>& paths) {
+    Desktop& desktop = ops_.window.desktop();
+    const auto program = static_cast<std::size_t>(id - kFirstProgram);
+    if (id >= kFirstProgram && program < programs_.size()) {
+        if (!desktop.openWith(programs_[program].id, paths)) cannotBeOpened(paths.front());
+        return;
+    }
+    std::string joined;
+    switch (id) {
+        case kOpen:
+            return openAll(paths);
+        case kOtherProgram:
+            return openWithOther(paths);
+        case kShowInFolder:
+            if (!desktop.showInFolder(paths)) cannotBeOpened(paths.front());
+            return;
+        case kCopyFiles:
+            return desktop.copyFiles(paths);
+        case kCopyPaths:
+            for (const std::string& path : paths) joined += (joined.empty() ? "" : "\n") + path;
+            return ops_.window.copyText(joined);
+        case kProperties:
+            if (!desktop.showProperties(paths))
+                ops_.window.message(MessageKind::kInformation,
+                                    text(9568, "Es gibt keinen Dateimanager, der Eigenschaften zeigt."));
+            return;
+        default:
+            return;
+    }
+}
+
+// --- own entries
+
+int Menus::ofReport(Row row, const std::string& path, Point at) {
+    using namespace report_menu;
+    const bool source = ops_.scan.tvwPL.level(row) == 0;
+    std::vector<MenuEntry> own;
+    if (!source)
+        own = {{},
+               {kRecycle, text(9573, "Ordner in den Papierkorb verschieben")},
+               {kDelete, text(9574, "Ordner löschen")},
+               {},
+               {kRename, text(9575, "Ordner umbenennen")}};
+    append(own, {{},
+                 {kFoldAll, text(9576, "Alle Unterordner zuklappen")},
+                 {kUnfoldAll, text(9577, "Alle Unterordner aufklappen")},
+                 {}});
+    if (source) own.push_back({kRemoveSource, text(9578, "Quelle entfernen")});
+    own.push_back({kReadAgain, text(9579, "Ordner neu einlesen")});
+    const std::vector<std::string> paths{path};
+    return show(desktopPart(paths), std::move(own), paths, at);
+}
+
+int Menus::ofDrive(const std::string& path, Point at) {
+    const std::vector<std::string> paths{path};
+    return show(desktopPart(paths), {{}, {kDriveMenuRead, text(9584, "Laufwerk einlesen")}}, paths, at);
+}
+
+int Menus::ofList(GridId list, const std::vector<std::string>& paths, Point at) {
+    using namespace list_menu;
+    if (paths.empty() || paths.front().empty()) return 0;
+    std::vector<MenuEntry> own;
+    if (list != GridId::kJunctions)
+        own = {{},
+               {kRecycle, text(9580, "Datei(en) in den Papierkorb verschieben")},
+               {kDelete, text(9581, "Datei(en) löschen")}};
+    if (list != GridId::kJunctions && paths.size() == 1)
+        append(own, {{},
+                     {kRename, text(9582, "Datei umbenennen")},
+                     {},
+                     {list_menu::kShowInFolder, text(9583, "Dateipfad öffnen")}});
+    return show(desktopPart(paths), std::move(own), paths, at);
+}
+
+// --- opening
+
+void Menus::openFile(const std::string& path) {
+    if (!wantsToRun(path)) return;
+    switch (ops_.window.desktop().open(path)) {
+        case OpenResult::kStarted:
+            return;
+        case OpenResult::kNoProgram:
+            return openWithOther({path});
+        default:
+            return cannotBeOpened(path);
+    }
+}
+
+void Menus::showInFolder(const std::string& path) {
+    if (!ops_.window.desktop().showInFolder({path})) cannotBeOpened(path);
+}
+
+void Menus::openAll(const std::vector<std::string>& paths) {
+    for (const std::string& path : paths) openFile(path);
+}
+
+bool Menus::wantsToRun(const std::string& path) {
+    if (!ops_.window.desktop().runsWhenOpened(path)) return true;
+    return ops_.window.message(
+        MessageKind::kQuestion,
+        ops_.scan.texts.TL(9556, "'%1' ist ein Programm oder startet eines. Trotzdem öffnen?",
+                           {visible(path)}));
+}
+
+void Menus::openWithOther(const std::vector<std::string>& paths) {
+    const std::vector<DesktopProgram> all = ops_.window.desktop().allPrograms();
+    if (all.empty()) return cannotBeOpened(paths.front());
+    std::string caption =
+        ops_.scan.texts.TL(9567, "Womit soll '%1' geöffnet werden?", {visible(paths.front())});
+    ComboBox cboProgram;
+    for (const DesktopProgram& program : all) cboProgram.items.push_back(visible(program.name));
+    cboProgram.index = 0;
+    CommandButton OKButton{text(3610, "OK")};
+    CommandButton CancelButton{text(3609, "Abbrechen")};
+    bool loaded = true;
+    bool accepted = false;
+    Form form;
+    form.name = "frmOpenWith";
+    form.caption = text(9561, "Öffnen mit");
+    form.items = {{.control = &caption, .row = 0}, {.control = &cboProgram, .row = 1, .name = caption}};
+    form.buttons = {{.control = &OKButton, .changed = [&] { accepted = !(loaded = false); }},
+                    {.control = &CancelButton, .changed = [&] { loaded = false; }}};
+    form.cancel = [&] { loaded = false; };
+    form.loaded = &loaded;
+    ops_.window.showForm(form);
+    const auto chosen = static_cast<std::size_t>(cboProgram.index);
+    if (accepted && chosen < all.size() && !ops_.window.desktop().openWith(all[chosen].id, paths))
+        cannotBeOpened(paths.front());
+}
+
+void Menus::cannotBeOpened(const std::string& path) {
+    ops_.window.message(
+        MessageKind::kError,
+        ops_.scan.texts.TL(9525, "Die Datei '%1' kann nicht geöffnet werden.", {visible(path)}));
+}
+
+}  // namespace hl

@@ -1,0 +1,22 @@
+// Renaming what the views show, after its name was edited in its cell. Thread of the logic only.
+#pragma once
+
+#include <string>
+
+#include "fileops/file_run.h"
+
+namespace hl {
+
+class ListView;
+
+/// Gives `from` the path `to`; see FileOperations::move. Empty on success, else the system's message.
+std::string xMoveFile_W(const FileOps& ops, const std::string& from, const std::string& to);
+
+/// A file of a list got another name. A message tells why it keeps the old one; its other cells, and rows of
+/// the same file in other lists, stay as they are.
+void renameInList(const FileOps& ops, ListView& list, Row row, const std::string& name);
+
+/// A folder of the report got another name. The file list then lists it under that name.
+void renameInReport(const FileOps& ops, Row row, const std::string& name);
+
+}  // namespace hl

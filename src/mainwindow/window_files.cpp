@@ -1,0 +1,126 @@
+// What changes or opens files: the menus of report, drives and lists, names edited in their cells, and what
+// the commands of fileops/ ask of the window.
+#include "base/scope_exit.h"
+#include "fileops/deleting.h"
+#include "fileops/menus.h"
+#include "fileops/renaming.h"
+#include "mainwindow/window_form.h"
+#include "robustness/trap.h"
+#include "scan/driver.h"
+#include "scan/rollup.h"
+
+namespace hl {
+
+namespace {
+constexpr const char* kModul = "frmMain";
+
+/// Without the separator at its end, which would have a link followed.
+std::string withoutSlash(std::string path) {
+    while (path.size() > 1 && path.ends_with('/')) path.pop_back();
+    return path;
+}
+}  // namespace
+
+// --- menus
+
+void WindowForm::Report_ShellContextMenu(const std::string& path, Point at) {
+    guarded(services_.diagnostics, "Report_ShellContextMenu", kModul, [&] {
+        const Row row = tvwPL_.currentRow();
+        if (path.empty() || row == kNoRow || unloaded_) return;
+        const FileOps ops = fileOps();
+        const ScopeExit over = command();
+        const int chosen = Menus(ops).ofReport(row, withoutSlash(path), at);
+        reportMenuCommand(chosen, row);
+    });
+    readWaiting();
+}
+
+void WindowForm::reportMenuCommand(int id, Row row) {
+    using namespace report_menu;
+    switch (id) {
+        case kReadAgain:
+            return Report_Rescan(scan_, true);
+        case kRemoveSource:
+            return Report_RemoveFolders(scan_);
+        case kRecycle:
+        case kDelete:
+            return Report_DeleteFolder(fileOps(), row, id == kRecycle);
+        case kFoldAll:
+        case kUnfoldAll:
+            return reportView_->Report_ExpandSubFolders(id == kUnfoldAll);
+        case kRename:
+            return reportView_->tvwPL_KeyUp(kKeyF2);
+        default:
+            return;
+    }
+}
+
+void WindowForm::openDriveMenu(Row row, Point at) {
+    const FileOps ops = fileOps();
+    const ScopeExit over = command();
+    const int chosen = Menus(ops).ofDrive(std::string(lvwDiskinfo_.text(row)), at);
+    if (chosen == kDriveMenuRead) driveList_.Drives_ScanDrives(true);
+}
+
+void WindowForm::ShellContextMenuFileList(GridId id, Point at) {
+    guarded(services_.diagnostics, "ShellContextMenuFileList", kModul, [&] {
+        ListView& list = *lists_->of(id);
+        const FileOps ops = fileOps();
+        Menus menus(ops);
+        const ScopeExit over = command();
+        const std::vector<std::string> paths = list.menuPaths();
+        switch (menus.ofList(id, paths, at)) {
+            case list_menu::kRecycle:
+                List_DeleteFiles(ops, list, id, true);
+                break;
+            case list_menu::kDelete:
+                List_DeleteFiles(ops, list, id, false);
+                break;
+            case list_menu::kRename:
+                list.KeyUp(kKeyF2);
+                break;
+            case list_menu::kShowInFolder:
+                menus.showInFolder(paths.front());
+                break;
+            default:
+                break;
+        }
+    });
+    readWaiting();
+}
+
+void WindowForm::openFile(const std::string& path) {
+    const FileOps ops = fileOps();
+    Menus(ops).openFile(path);
+}
+
+// --- names
+
+void WindowForm::beginRename(GridId id, Row row) {
+    window_->editCell(id, row);
+}
+
+void WindowForm::GridCellAfterEditing(GridId id, Row row, const std::string& value) {
+    if (unloaded_) return;
+    {
+        const ScopeExit over = command();
+        if (id == GridId::kReport) renameInReport(fileOps(), row, value);
+        if (ListView* list = lists_->of(id)) renameInList(fileOps(), *list, row, value);
+    }
+    readWaiting();
+}
+
+// --- FileOpsHost
+
+void WindowForm::List_Files_Refresh() {
+    lists_->files.List_Files_Refresh();
+}
+
+void WindowForm::listChanged(GridId id) {
+    ListView& list = *lists_->of(id);
+    list.rowsChanged();
+    list.SetFileIcons(false);
+    list.ShowFileStat();
+}
+
+}  // namespace hl

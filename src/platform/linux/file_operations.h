@@ -1,0 +1,40 @@
+// Removing, recycling and moving on Linux: each operation beside the thread that asks for it.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "platform/file_operations.h"
+#include "platform/linux/directory_calls.h"
+#include "platform/linux/trash.h"
+
+namespace hl {
+
+class LinuxFileOperations final : public FileOperations {
+  public:
+    /// The calls that removing a tree comes down to. Open folders at most: `budget`.
+    struct Settings {
+        std::string home;                         ///< Of the user; empty if there is none.
+        std::vector<std::string> programFolders;  ///< Where the program lies, and where it writes.
+        TrashSettings trash;
+        std::size_t budget = 64;
+    };
+    /// `calls` outlives it.
+    LinuxFileOperations(DirectoryCalls& calls, Settings settings);
+
+    int removeFile(const FilePlace& place, OperationWatch& watch) override;
+    Removal removeTree(const FilePlace& place, OperationWatch& watch) override;
+    RecycleError recycle(const FilePlace& place, OperationWatch& watch) override;
+    int move(const FilePlace& from, const FilePlace& to, OperationWatch& watch) override;
+    bool exists(const FilePlace& place) override;
+    Protection protectionOf(const FilePlace& place) override;
+
+  private:
+    DirectoryCalls& calls_;
+    Settings settings_;
+};
+
+/// Home of the user who runs this process: as the environment names it, else as the system knows it.
+std::string homeFolder();
+
+}  // namespace hl

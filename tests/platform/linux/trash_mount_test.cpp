@@ -1,0 +1,211 @@
+#include <gtest/gtest.h>
+#include <sys/mount.h>
+#include <unistd.h>
+
+#include <filesystem>
+#include <functional>
+#include <string>
+
+#include "platform/linux/trash.h"
+#include "support/trashing.h"
+#include "support/trees.h"
+
+namespace hl {
+namespace {
+
+namespace fs = std::filesystem;
+using test::Content;
+using test::contentOfTrash;
+using test::snapshotOf;
+using test::Trashing;
+
+constexpr uid_t kNobody = 65534;
+
+/// Something mounted on a folder of the test's own; gone before the folder.
+class Mounted {
+  public:
+    Mounted(const std::string& source, const std::string& at, const char* kind, unsigned long flags = 0)
+        : at_(at) {
+        fs::create_directories(at);
+        done_ = mount(source.c_str(), at.c_str(), kind, flags, nullptr) == 0;
+    }
+    ~Mounted() {
+        if (done_ && umount2(at_.c_str(), MNT_DETACH) != 0)
+            abort();  // What is mounted is not the test's to remove.
+    }
+    Mounted(const Mounted&) = delete;
+    Mounted& operator=(const Mounted&) = delete;
+
+    bool done() const { return done_; }
+
+  private:
+    std::string at_;
+    bool done_ = false;
+};
+
+/// A mount of its own, with a home trash elsewhere.
+class TrashingOnAMount : public Trashing {
+  protected:
+    void SetUp() override {
+        if (!mounted.done()) GTEST_SKIP() << "may not mount";
+        test::makeFolder(top + "/folder");
+        test::writeFile(top + "/folder/a b", "content");
+    }
+    RecycleError recycleIt() { return moveToTrash({top, "folder/a b"}, settings); }
+
+    const std::string top = root + "/mounted";
+    const std::string number = std::to_string(geteuid());
+    const std::string own = top + "/.Trash-" + number;
+    const std::string shared = top + "/.Trash";
+    const Content theOne = {{"a b", "folder/a b"}};
+    Mounted mounted{"tmpfs", top, "tmpfs"};
+};
+
+TEST_F(TrashingOnAMount, GoesToItsOwnTrashWithAPathFromTheTop) {
+    EXPECT_EQ(recycleIt(), RecycleError::kNone);
+    EXPECT_EQ(contentOfTrash(own), theOne);
+    EXPECT_EQ(fs::status(own).permissions(), fs::perms::owner_all);
+    EXPECT_EQ(moveToTrash({top + "/folder"}, settings), RecycleError::kNone);
+    EXPECT_EQ(contentOfTrash(own), (Content{{"a b", "folder/a b"}, {"folder", "folder"}}));
+    EXPECT_FALSE(fs::exists(home));
+    EXPECT_FALSE(fs::exists(dir.path() + "/data"));
+}
+
+TEST_F(TrashingOnAMount, NamesALongPlaceFromTheTop) {
+    const std::string step(200, 's');
+    constexpr int kDepth = 30;
+    std::string below;
+    test::makeChain(top, kDepth, step);
+    for (int i = 0; i < kDepth; ++i) below += step + "/";
+    EXPECT_EQ(moveToTrash({top, below + "f"}, settings), RecycleError::kNone);
+    EXPECT_EQ(contentOfTrash(own), (Content{{"f", below + "f"}}));
+    // So long a place must be told by names alone.
+    EXPECT_EQ(moveToTrash({top, below + "../f", true}, settings), RecycleError::kUnknown);
+    test::removeChain(top, kDepth, step);
+}
+
+TEST_F(TrashingOnAMount, TheMountItselfIsRefused) {
+    EXPECT_EQ(recycle("mounted"), RecycleError::kRoot);
+    EXPECT_EQ(recycle("mounted/"), RecycleError::kRoot);
+    EXPECT_TRUE(fs::exists(top + "/folder/a b"));
+}
+
+/// How ".Trash" and ".Trash-$uid" may be found, and which of them is used.
+TEST_F(TrashingOnAMount, UsesOnlyATrashThatNobodyElseCanTurnAgainstTheUser) {
+    const std::string elsewhere = dir.path() + "/elsewhere";
+    const auto makeSticky = [](const std::string& path) {
+        test::makeFolder(path);
+        fs::permissions(path, fs::perms(01777));
+    };
+    const auto makeForeign = [](const std::string& path) {
+        test::makeFolder(path);
+        test::must(chown(path.c_str(), kNobody, kNobody));
+    };
+    enum class Used { kNothing, kShared, kOwn };
+    const struct {
+        const char* label;
+        std::function<void()> make;
+        Used used;
+    } cases[] = {
+        {"sticky", [&] { makeSticky(shared); }, Used::kShared},
+        {"sticky, user's folder there", [&] { makeSticky(shared), test::makeFolder(shared + "/" + number); },
+         Used::kShared},
+        {"not sticky", [&] { test::makeFolder(shared); }, Used::kOwn},
+        {"shared is a link", [&] { fs::create_directory_symlink(elsewhere, shared); }, Used::kOwn},
+        {"shared is a file", [&] { test::writeFile(shared, ""); }, Used::kOwn},
+        {"user's folder a link",
+         [&] { makeSticky(shared), fs::create_directory_symlink(elsewhere, shared + "/" + number); },
+         Used::kOwn},
+        {"user's folder foreign", [&] { makeSticky(shared), makeForeign(shared + "/" + number); },
+         Used::kOwn},
+        {"own there", [&] { test::makeFolder(own); }, Used::kOwn},
+        {"own a link", [&] { fs::create_directory_symlink(elsewhere, own); }, Used::kNothing},
+        {"own a dangling link", [&] { fs::create_symlink(elsewhere + "/not", own); }, Used::kNothing},
+        {"own a file", [&] { test::writeFile(own, ""); }, Used::kNothing},
+        {"own foreign", [&] { makeForeign(own); }, Used::kNothing},
+        {"files a link",
+         [&] { test::makeFolder(own), fs::create_directory_symlink(elsewhere, own + "/files"); },
+         Used::kNothing},
+        {"info a link",
+         [&] { test::makeFolder(own), fs::create_directory_symlink(elsewhere, own + "/info"); },
+         Used::kNothing},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.label);
+        makeSticky(elsewhere);
+        const std::string before = snapshotOf(elsewhere);
+        c.make();
+        const bool used = c.used != Used::kNothing;
+        EXPECT_EQ(recycleIt(), used ? RecycleError::kNone : RecycleError::kNoTrash);
+        if (used) {
+            EXPECT_EQ(contentOfTrash(c.used == Used::kOwn ? own : shared + "/" + number), theOne);
+        }
+        EXPECT_EQ(fs::exists(top + "/folder/a b"), !used);
+        EXPECT_EQ(snapshotOf(elsewhere), before);
+        for (const std::string& made : {shared, own, elsewhere}) fs::remove_all(made);
+        test::writeFile(top + "/folder/a b", "content");
+    }
+}
+
+TEST_F(TrashingOnAMount, SaysThatItIsReadOnly) {
+    for (const bool withTrash : {false, true}) {
+        if (withTrash) fs::create_directories(own + "/files"), fs::create_directories(own + "/info");
+        test::must(mount("", top.c_str(), nullptr, MS_REMOUNT | MS_RDONLY, nullptr));
+        EXPECT_EQ(recycleIt(), RecycleError::kReadOnly);
+        test::must(mount("", top.c_str(), nullptr, MS_REMOUNT, nullptr));
+        EXPECT_TRUE(fs::exists(top + "/folder/a b"));
+    }
+}
+
+TEST_F(TrashingOnAMount, AFullDiskLeavesNoInfoFileBehind) {
+    for (const char* part : {"/files", "/info"}) fs::create_directories(own + part);
+    test::must(mount("", top.c_str(), nullptr, MS_REMOUNT, "size=64k"));
+    test::writeFile(top + "/filler", std::string(1 << 17, 'x'));
+    EXPECT_EQ(recycleIt(), RecycleError::kUnknown);
+    EXPECT_EQ(contentOfTrash(own), Content());
+    EXPECT_EQ(test::contentOf(top + "/folder/a b"), "content");
+}
+
+TEST_F(TrashingOnAMount, HomeTrashOfTheSameMountIsPreferred) {
+    settings.homeTrash = top + "/home/data/Trash";
+    EXPECT_EQ(recycleIt(), RecycleError::kNone);
+    EXPECT_EQ(contentOfTrash(settings.homeTrash), (Content{{"a b", top + "/folder/a b"}}));
+    EXPECT_FALSE(fs::exists(own));
+}
+
+TEST_F(TrashingOnAMount, WithoutAUsableHomeTrashTheMountHasItsOwn) {
+    test::writeFile(top + "/file", "");
+    for (const std::string& path : {std::string(), std::string("relative/Trash"), top + "/file/Trash"}) {
+        settings.homeTrash = path;
+        test::writeFile(top + "/folder/a b", "content");
+        EXPECT_EQ(recycleIt(), RecycleError::kNone) << path;
+        EXPECT_EQ(contentOfTrash(own), theOne);
+        fs::remove_all(own);
+    }
+}
+
+TEST_F(Trashing, ABindMountIsAMountOfItsOwn) {
+    const std::string source = root + "/source";
+    const std::string top = root + "/bound";
+    fs::create_directories(source + "/folder");
+    test::writeFile(source + "/folder/file", "content");
+    const Mounted bound(source, top, nullptr, MS_BIND);
+    if (!bound.done()) GTEST_SKIP() << "may not mount";
+    EXPECT_EQ(recycle("bound"), RecycleError::kRoot);
+    EXPECT_EQ(recycle("bound/folder/file"), RecycleError::kNone);
+    EXPECT_EQ(contentOfTrash(source + "/.Trash-" + std::to_string(geteuid())),
+              (Content{{"file", "folder/file"}}));
+    EXPECT_FALSE(fs::exists(home));
+}
+
+TEST_F(Trashing, AFileAsMountPointIsRefused) {
+    for (const char* name : {"/source", "/bound"}) test::writeFile(root + name, name);
+    const int bound = mount((root + "/source").c_str(), (root + "/bound").c_str(), nullptr, MS_BIND, nullptr);
+    if (bound != 0) GTEST_SKIP() << "may not mount";
+    EXPECT_EQ(recycle("bound"), RecycleError::kRoot);
+    test::must(umount2((root + "/bound").c_str(), MNT_DETACH));
+    EXPECT_EQ(test::contentOf(root + "/bound"), "/bound");
+}
+
+}  // namespace
+}  // namespace hl

@@ -1,0 +1,356 @@
+#include "platform/linux/trash.h"
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <sys/un.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <cstdlib>
+#include <filesystem>
+#include <functional>
+#include <map>
+#include <optional>
+#include <thread>
+
+#include "support/trashing.h"
+#include "support/trees.h"
+
+namespace hl {
+namespace {
+
+namespace fs = std::filesystem;
+using test::Content;
+using test::contentOfTrash;
+using test::snapshotOf;
+using test::Trashing;
+
+constexpr uid_t kNobody = 65534;
+
+void makeSocket(const std::string& path) {
+    sockaddr_un address{AF_UNIX, {}};
+    path.copy(address.sun_path, sizeof address.sun_path - 1);
+    const int socket = test::must(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));
+    test::must(bind(socket, reinterpret_cast<const sockaddr*>(&address), sizeof address));
+    close(socket);
+}
+
+struct Kind {
+    std::string label;
+    std::string name;
+    std::function<void(const std::string& path)> make;
+};
+
+const auto kAFile = [](const std::string& path) { test::writeFile(path, "content"); };
+
+const Kind kKinds[] = {
+    {"file", "file", kAFile},
+    {"emptyFile", "empty", [](auto& path) { test::writeFile(path, ""); }},
+    {"emptyFolder", "folder", [](auto& path) { test::makeFolder(path); }},
+    {"folderWithContent", "full",
+     [](auto& path) {
+         fs::create_directories(path + "/in/deeper");
+         test::writeFile(path + "/in/deeper/file", "content");
+         fs::create_symlink("/", path + "/in/link");
+     }},
+    {"linkToFile", "link", [](auto& path) { fs::create_symlink("/etc/passwd", path); }},
+    {"linkToFolder", "linked", [](auto& path) { fs::create_symlink("/etc", path); }},
+    {"danglingLink", "dangling", [](auto& path) { fs::create_symlink("nowhere/at all", path); }},
+    {"linkToItself", "loop", [](auto& path) { fs::create_symlink("loop", path); }},
+    {"fifo", "fifo", [](auto& path) { test::must(mkfifo(path.c_str(), 0600)); }},
+    {"socket", "socket", makeSocket},
+    {"readOnlyFile", "locked",
+     [](auto& path) {
+         test::writeFile(path, "content");
+         fs::permissions(path, fs::perms::none);
+     }},
+    {"lineBreak", "a\nPath=/etc\n", kAFile},
+    {"percentSign", "100%41 \t#;", kAFile},
+    {"noUtf8", "\xff\xfe\x80 \xc3", kAFile},
+    {"everyByte",
+     [] {
+         std::string all;
+         for (int byte = 1; byte < 256; ++byte)
+             if (byte != '/' && all.size() < 245) all += static_cast<char>(byte);
+         return all;
+     }(),
+     kAFile},
+    {"deleted", "gone (deleted)", kAFile},
+    {"trashInfo", "x.trashinfo", kAFile},
+};
+
+class TrashingKind : public Trashing, public testing::WithParamInterface<Kind> {};
+
+INSTANTIATE_TEST_SUITE_P(Kinds, TrashingKind, testing::ValuesIn(kKinds),
+                         [](const auto& kind) { return kind.param.label; });
+
+TEST_P(TrashingKind, GoesWholeAndCanComeBackToWhereItWas) {
+    const std::string& name = GetParam().name;
+    const std::string path = root + "/" + name;
+    GetParam().make(path);
+    const std::string before = snapshotOf(path);
+    ASSERT_EQ(recycle(name), RecycleError::kNone);
+    EXPECT_EQ(snapshotOf(path), "nothing\n");
+    EXPECT_EQ(contentOfTrash(home), (Content{{name, path}}));
+    EXPECT_EQ(snapshotOf(home + "/files/" + name), before);
+}
+
+TEST_F(Trashing, MakesTheHomeTrashForNobodyElse) {
+    const mode_t before = umask(0);
+    test::writeFile(root + "/file", "");
+    EXPECT_EQ(recycle("file"), RecycleError::kNone);
+    umask(before);
+    for (const char* part : {"/data", "/data/Trash", "/data/Trash/files", "/data/Trash/info"})
+        EXPECT_EQ(fs::status(dir.path() + part).permissions(), fs::perms::owner_all) << part;
+}
+
+TEST_F(Trashing, WritesTheLocalTime) {
+    test::writeFile(root + "/file", "");
+    const auto now = [] {
+        char text[32] = {};
+        const time_t seconds = time(nullptr);
+        const tm local = *localtime(&seconds);
+        snprintf(text, sizeof text, "%04d-%02d-%02dT%02d:%02d:%02d", local.tm_year + 1900, local.tm_mon + 1,
+                 local.tm_mday, local.tm_hour, local.tm_min, local.tm_sec);
+        return std::string(text);
+    };
+    const char* zone = getenv("TZ");
+    const std::string zoneBefore = zone != nullptr ? zone : "";
+    setenv("TZ", "XYZ-5:17", 1);
+    tzset();
+    const std::string before = now();
+    EXPECT_EQ(recycle("file"), RecycleError::kNone);
+    const std::string after = now();
+    zone != nullptr ? setenv("TZ", zoneBefore.c_str(), 1) : unsetenv("TZ");
+    tzset();
+    const std::string info = infoOf("file");
+    const std::string date = info.substr(info.rfind('=') + 1, before.size());
+    EXPECT_LE(before, date);
+    EXPECT_LE(date, after);
+}
+
+TEST_F(Trashing, KeepsEntriesOfTheSameNameApart) {
+    fs::create_directories(root + "/a");
+    fs::create_directories(root + "/b/same/full");
+    test::writeFile(root + "/same", "1");
+    test::writeFile(root + "/a/same", "2");
+    EXPECT_EQ(recycle("same"), RecycleError::kNone);
+    EXPECT_EQ(recycle("a/same"), RecycleError::kNone);
+    EXPECT_EQ(recycle("b/same"), RecycleError::kNone);
+    EXPECT_EQ(
+        contentOfTrash(home),
+        (Content{{"same", root + "/same"}, {"same.2", root + "/a/same"}, {"same.3", root + "/b/same"}}));
+    EXPECT_EQ(test::contentOf(home + "/files/same.2"), "2");
+}
+
+TEST_F(Trashing, FindsANameBehindManyOfTheSame) {
+    for (int i = 0; i < 120; ++i) {
+        test::writeFile(root + "/same", std::to_string(i));
+        ASSERT_EQ(recycle("same"), RecycleError::kNone);
+    }
+    EXPECT_EQ(contentOfTrash(home).size(), 120U);
+}
+
+TEST_F(Trashing, LeavesWhatLiesInTheTrashWithoutAnInfoFile) {
+    fs::create_directories(home + "/files/name");
+    fs::create_directories(home + "/info");
+    fs::create_symlink("/nowhere", home + "/files/name.2");
+    test::writeFile(root + "/name", "mine");
+    EXPECT_EQ(recycle("name"), RecycleError::kNone);
+    EXPECT_EQ(test::contentOf(home + "/files/name.3"), "mine");
+    EXPECT_TRUE(fs::is_empty(home + "/files/name"));
+    EXPECT_EQ(snapshotOf(home + "/info/name.trashinfo"), "nothing\n");
+    EXPECT_EQ(snapshotOf(home + "/info/name.2.trashinfo"), "nothing\n");
+}
+
+TEST_F(Trashing, ShortensANameUntilItsInfoFileHasOneToo) {
+    const std::string longest(255, 'n');
+    for (int i = 0; i < 2; ++i) {
+        test::writeFile(root + "/" + longest, "");
+        EXPECT_EQ(recycle(longest), RecycleError::kNone);
+    }
+    const std::string from = root + "/" + longest;
+    EXPECT_EQ(contentOfTrash(home),
+              (Content{{longest.substr(0, 245), from}, {longest.substr(0, 243) + ".2", from}}));
+}
+
+TEST_F(Trashing, NamesThePlaceWithoutTheLinksOnTheWay) {
+    fs::create_directories(root + "/real");
+    fs::create_directory_symlink("real", root + "/link");
+    for (const char* name : {"one", "two", "three"}) test::writeFile(root + "/real/" + name, "");
+    EXPECT_EQ(moveToTrash({root + "/link/one"}, settings), RecycleError::kNone);
+    EXPECT_EQ(moveToTrash({root, "link/two", true}, settings), RecycleError::kNone);
+    EXPECT_EQ(moveToTrash({root, "link/three"}, settings), RecycleError::kInvalidPath);
+    EXPECT_EQ(contentOfTrash(home), (Content{{"one", root + "/real/one"}, {"two", root + "/real/two"}}));
+    EXPECT_TRUE(fs::exists(root + "/real/three"));
+}
+
+TEST_F(Trashing, NamesAPlaceThatIsLongerThanTheKernelTells) {
+    const std::string step(200, 's');
+    constexpr int kDepth = 30;
+    std::string below;
+    test::makeChain(root, kDepth, step);
+    for (int i = 0; i < kDepth; ++i) below += step + "/";
+    EXPECT_EQ(recycle(below + "f"), RecycleError::kNone);
+    EXPECT_EQ(contentOfTrash(home), (Content{{"f", root + "/" + below + "f"}}));
+    test::removeChain(root, kDepth, step);
+}
+
+TEST_F(Trashing, SaysWhatIsNotThere) {
+    test::writeFile(root + "/file", "");
+    const struct {
+        FilePlace place;
+        RecycleError error;
+    } cases[] = {
+        {{root, "vanished"}, RecycleError::kInvalidPath},
+        {{root, "no/where"}, RecycleError::kInvalidPath},
+        {{root, "file/below"}, RecycleError::kInvalidPath},
+        {{root + "/vanished"}, RecycleError::kInvalidPath},
+        {{root, std::string(300, 'n')}, RecycleError::kNameTooLong},
+        {{root, ".."}, RecycleError::kUnknown},
+        {{"/"}, RecycleError::kRoot},
+        {{"/proc"}, RecycleError::kRoot},
+    };
+    for (const auto& c : cases)
+        EXPECT_EQ(moveToTrash(c.place, settings), c.error) << c.place.base << " " << c.place.below;
+    EXPECT_EQ(contentOfTrash(home), Content());
+    EXPECT_TRUE(fs::exists(root + "/file"));
+}
+
+TEST_F(Trashing, RefusesItselfAndWhatHoldsIt) {
+    for (const char* part : {"/files", "/info"}) fs::create_directories(home + part);
+    const std::string before = snapshotOf(dir.path());
+    for (const char* name : {"data", "data/Trash", "data/Trash/files", "data/Trash/info"})
+        EXPECT_EQ(moveToTrash({dir.path(), name}, settings), RecycleError::kUnknown) << name;
+    EXPECT_EQ(snapshotOf(dir.path()), before);
+}
+
+/// Acts for another user until it goes.
+class ActingAs {
+  public:
+    explicit ActingAs(uid_t user) : done_(seteuid(user) == 0) {}
+    ~ActingAs() {
+        if (done_ && seteuid(0) != 0) abort();
+    }
+    ActingAs(const ActingAs&) = delete;
+    ActingAs& operator=(const ActingAs&) = delete;
+
+  private:
+    bool done_;
+};
+
+TEST_F(Trashing, TakesNothingFromWhereTheUserMayNot) {
+    if (geteuid() != 0) GTEST_SKIP() << "needs root to act as somebody else";
+    fs::permissions(dir.path(), fs::perms(0755));
+    fs::create_directories(home);
+    test::must(chown(home.c_str(), kNobody, kNobody));
+    test::writeFile(root + "/file", "kept");
+    const ActingAs nobody(kNobody);
+    EXPECT_EQ(moveToTrash({root, "file"}, {home, kNobody}), RecycleError::kAccess);
+    EXPECT_EQ(contentOfTrash(home), Content());
+    EXPECT_EQ(test::contentOf(root + "/file"), "kept");
+}
+
+/// Values of some environment variables, as they were before when it goes.
+class Environment {
+  public:
+    explicit Environment(const std::map<std::string, const char*>& values) {
+        for (const auto& [name, value] : values) {
+            const char* old = getenv(name.c_str());
+            before_[name] = old != nullptr ? std::optional<std::string>(old) : std::nullopt;
+            value != nullptr ? setenv(name.c_str(), value, 1) : unsetenv(name.c_str());
+        }
+    }
+    ~Environment() {
+        for (const auto& [name, value] : before_)
+            value ? setenv(name.c_str(), value->c_str(), 1) : unsetenv(name.c_str());
+    }
+    Environment(const Environment&) = delete;
+    Environment& operator=(const Environment&) = delete;
+
+  private:
+    std::map<std::string, std::optional<std::string>> before_;
+};
+
+TEST(TrashSettings, FollowTheEnvironmentWhereItNamesAbsoluteFolders) {
+    const struct {
+        const char *data, *home, *expected;
+    } cases[] = {
+        {"/data", "/home/me", "/data/Trash"},
+        {"data", "/home/me", "/home/me/.local/share/Trash"},
+        {"", "/home/me", "/home/me/.local/share/Trash"},
+        {nullptr, "/home/me", "/home/me/.local/share/Trash"},
+    };
+    for (const auto& c : cases) {
+        const Environment set({{"XDG_DATA_HOME", c.data}, {"HOME", c.home}});
+        EXPECT_EQ(trashSettingsFromEnvironment().homeTrash, c.expected);
+        EXPECT_EQ(trashSettingsFromEnvironment().user, geteuid());
+    }
+    const Environment set({{"XDG_DATA_HOME", nullptr}, {"HOME", "relative"}});
+    const std::string known = trashSettingsFromEnvironment().homeTrash;
+    EXPECT_TRUE(known.starts_with('/') && known.ends_with("/.local/share/Trash")) << known;
+}
+
+/// Another implementation has the last word: what we throw away it restores.
+TEST_F(Trashing, AnotherProgramRestoresIt) {
+    const std::string data = dir.path() + "/data";
+    const Environment set({{"XDG_DATA_HOME", data.c_str()}, {"HOME", data.c_str()}});
+    if (std::system("gio list trash:/// >/dev/null 2>&1") != 0)
+        GTEST_SKIP() << "needs gio with the gvfs daemon and a session bus";
+    const struct {
+        std::string name, inTrash;
+    } cases[] = {{"a file 100%.txt", "a%20file%20100%25.txt"}, {"folder", "folder"}};
+    fs::create_directories(root + "/folder/in");
+    test::writeFile(root + "/folder/in/file", "inside");
+    test::writeFile(root + "/a file 100%.txt", "content");
+    for (const auto& c : cases) {
+        const std::string path = root + "/" + c.name;
+        const std::string before = snapshotOf(path);
+        ASSERT_EQ(recycle(c.name), RecycleError::kNone);
+        ASSERT_EQ(snapshotOf(path), "nothing\n");
+        EXPECT_EQ(std::system(("gio trash --restore 'trash:///" + c.inTrash + "'").c_str()), 0);
+        EXPECT_EQ(snapshotOf(path), before);
+    }
+}
+
+TEST_F(Trashing, ASwappedFolderLeadsNowhereElse) {
+    constexpr int kRounds = 1000;
+    const std::string precious = dir.path() + "/precious";
+    const std::string fresh = dir.path() + "/fresh";
+    const std::string victim = root + "/victim";
+    const std::string other = root + "/other";
+    const auto makeFull = [](const std::string& path) {
+        fs::create_directories(path + "/in");
+        for (const char* name : {"/child", "/in/child"}) test::writeFile(path + name, name);
+    };
+    const auto moveTo = [&](const std::string& name) {
+        return renameat2(AT_FDCWD, fresh.c_str(), AT_FDCWD, name.c_str(), RENAME_NOREPLACE) == 0;
+    };
+    makeFull(precious);
+    const std::string before = snapshotOf(precious);
+    std::atomic<bool> ends{false};
+    std::thread swapper([&] {
+        while (!ends) renameat2(AT_FDCWD, victim.c_str(), AT_FDCWD, other.c_str(), RENAME_EXCHANGE);
+    });
+    std::map<RecycleError, int> results;
+    for (int round = 0; round < kRounds; ++round) {
+        // A real folder under one of the names, a link to the precious one under the other.
+        for (const std::string& name : {victim, other}) fs::remove_all(name);
+        makeFull(fresh);
+        moveTo(victim);
+        fs::create_directory_symlink(precious, fresh);
+        moveTo(other);
+        for (const char* name : {"victim/child", "victim/in/child", "victim"}) ++results[recycle(name)];
+    }
+    ends = true;
+    swapper.join();
+    EXPECT_EQ(snapshotOf(precious), before);
+    EXPECT_GE(results[RecycleError::kNone], kRounds);
+    EXPECT_GE(results[RecycleError::kInvalidPath], 1) << "never met the link";
+    EXPECT_EQ(results[RecycleError::kNone] + results[RecycleError::kInvalidPath], 3 * kRounds);
+}
+
+}  // namespace
+}  // namespace hl

@@ -1,0 +1,109 @@
+// The trash as another program reads it, and a place to throw away from.
+#pragma once
+
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <iterator>
+#include <map>
+#include <ostream>
+#include <regex>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/linux/trash.h"
+#include "support/temp_dir.h"
+#include "support/whole_files.h"
+
+namespace hl {
+
+/// For the messages of failed tests.
+inline std::ostream& operator<<(std::ostream& out, RecycleError error) {
+    return out << "RecycleError " << static_cast<int>(error);
+}
+
+}  // namespace hl
+
+namespace hl::test {
+
+namespace fs = std::filesystem;
+
+/// Everything at and below `path`, a line each: what it is, its rights, its content or where it leads.
+inline std::string snapshotOf(const std::string& path) {
+    struct stat status {};
+    if (lstat(path.c_str(), &status) != 0) return "nothing\n";
+    std::string line = std::to_string(status.st_mode) + " " + std::to_string(status.st_ino) + " ";
+    if (S_ISREG(status.st_mode)) line += contentOf(path);
+    if (S_ISLNK(status.st_mode)) line += fs::read_symlink(path).string();
+    line += "\n";
+    if (!S_ISDIR(status.st_mode)) return line;
+    std::vector<std::string> names;
+    for (const auto& entry : fs::directory_iterator(path)) names.push_back(entry.path().filename().string());
+    std::sort(names.begin(), names.end());
+    for (const std::string& name : names) line += name + ": " + snapshotOf(path + "/" + name);
+    return line;
+}
+
+inline std::string decoded(const std::string& text) {
+    std::string out;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        if (text[i] != '%') {
+            out += text[i];
+        } else {
+            out += static_cast<char>(std::stoi(text.substr(i + 1, 2), nullptr, 16));
+            i += 2;
+        }
+    }
+    return out;
+}
+
+/// One trash as any other program reads it: names in files/ and the path that each came from.
+using Content = std::map<std::string, std::string>;
+
+/// Fails the test for an info file that is not exact, or has no entry; for an entry that has no info file.
+inline Content contentOfTrash(const std::string& trash) {
+    static const std::regex kForm(
+        "\\[Trash Info\\]\nPath=([A-Za-z0-9._~/-]|%[0-9A-F]{2})+\n"
+        "DeletionDate=(\\d{4})-(\\d\\d)-(\\d\\d)T(\\d\\d):(\\d\\d):(\\d\\d)\n");
+    constexpr std::size_t kBeforePath = std::string_view("[Trash Info]\nPath=").size();
+    Content content;
+    if (!fs::exists(trash + "/info")) return content;
+    for (const auto& info : fs::directory_iterator(trash + "/info")) {
+        const std::string text = contentOf(info.path().string());
+        EXPECT_EQ(info.path().extension(), ".trashinfo");
+        EXPECT_EQ(info.symlink_status().permissions(), fs::perms::owner_read | fs::perms::owner_write);
+        // The library's regular expressions recurse for every character of the long ones.
+        if (text.size() < 3000) {
+            EXPECT_TRUE(std::regex_match(text, kForm)) << text;
+        }
+        const std::string name = info.path().stem().string();
+        const std::size_t end = text.find('\n', kBeforePath);
+        content[name] = decoded(text.substr(kBeforePath, end - kBeforePath));
+        EXPECT_TRUE(fs::exists(fs::symlink_status(trash + "/files/" + name))) << name;
+    }
+    EXPECT_EQ(content.size(), static_cast<std::size_t>(std::distance(fs::directory_iterator(trash + "/files"),
+                                                                     fs::directory_iterator())));
+    return content;
+}
+
+/// A home trash and a folder to throw away from, on one mount.
+class Trashing : public testing::Test {
+  protected:
+    Trashing() { fs::create_directories(root); }
+
+    RecycleError recycle(const std::string& name) { return moveToTrash({root, name}, settings); }
+    std::string infoOf(const std::string& name) const {
+        return contentOf(home + "/info/" + name + ".trashinfo");
+    }
+
+    TempDir dir;
+    const std::string root = fs::canonical(dir.path()).string() + "/from";
+    const std::string home = dir.path() + "/data/Trash";
+    TrashSettings settings{home, geteuid()};
+};
+
+}  // namespace hl::test
