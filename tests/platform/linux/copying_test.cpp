@@ -45,9 +45,9 @@ TEST_F(CopyingTest, BytesAndHolesAreCopiedWhereTheyLie) {
         {"empty", {}, 0},
         {"one byte", {{0, "x"}}, 1},
         {"a block and one", {{0, std::string(kMebi + 1, 'y')}}, kMebi + 1},
-        {"only a hole", {}, 64 * kMebi},
-        {"hole, bytes, hole", {{8 * kMebi + 3, "in the middle"}}, 32 * kMebi},
-        {"bytes, hole, bytes", {{0, "first"}, {32 * kMebi - 4, "last"}}, 32 * kMebi},
+        {"only a hole", {}, 8 * kMebi},
+        {"hole, bytes, hole", {{4 * kMebi + 3, "in the middle"}}, 8 * kMebi},
+        {"bytes, hole, bytes", {{0, "first"}, {8 * kMebi - 4, "last"}}, 8 * kMebi},
     };
     for (const Case& c : cases) {
         ASSERT_EQ(ftruncate(source.number(), 0), 0);
