@@ -143,8 +143,8 @@ class Logic : private ErrorSink, private MessagePump {
         texts_.Init_Sprache("", "", true);
         form_.emplace(FormServices{settings_, texts_, log_, files_, fileSystem, *this, console_, facts_,
                                    diagnostics_, kPosixPaths, numbers_},
-                      WindowServices{drives_, verb_, operations_, HARBORLANTERN_PROGRAM, home, "", "0.1", true,
-                                     [this](Window* window, MessagePump* pump) { there(window, pump); },
+                      WindowServices{drives_, verb_, operations_, HARBORLANTERN_PROGRAM, home, "", "0.1",
+                                     true, [this](Window* window, MessagePump* pump) { there(window, pump); },
                                      [this] { showWaiting(); }});
         form_->parts().dataFolder = HARBORLANTERN_SOURCE_DIR "/data";
     }

@@ -230,10 +230,11 @@ int copyEntry(const Source& source, TemporaryEntry& copy, const std::function<vo
     });
 }
 
-// Gives the copy its name. A file of that name is kept under the copy's until the move is through.
+// Gives the copy its name. A file of that name is kept under a name of ours until the move is through.
 class Placing {
   public:
-    Placing(TemporaryEntry& copy, const OpenedPlace& place) : copy_(copy), place_(place) {}
+    Placing(TemporaryEntry& copy, const OpenedPlace& place)
+        : copy_(copy), place_(place), second_(copy.folder()) {}
 
     // System error code.
     int place() {
@@ -252,13 +253,14 @@ class Placing {
     // After a success of place(): all as it was, as far as others left it.
     void undo() {
         struct stat now {};
-        if (!lookAt(place_, now) || !sameFile(now, facts_)) return copy_.release();
+        if (!lookAt(place_, now) || !sameFile(now, facts_)) return copy_.release(), second_.release();
         if (state_ == State::kNamed) takeAway(place_);
+        if (state_ == State::kLinked) putBack();
         if (state_ == State::kSwapped && !renameTo(RENAME_EXCHANGE)) copy_.release();
     }
 
   private:
-    enum class State : std::uint8_t { kNone, kNamed, kSwapped, kReplaced };
+    enum class State : std::uint8_t { kNone, kNamed, kSwapped, kLinked, kReplaced };
 
     bool renameTo(unsigned flags) {
         return renameat2(copy_.folder(), copy_.name().c_str(), copy_.folder(), place_.name.c_str(), flags) ==
@@ -276,17 +278,27 @@ class Placing {
         undo();
         return EISDIR;
     }
+    // Where names cannot be swapped, a second name keeps the file, if it can be had.
     int replace() {
+        const int folder = copy_.folder();
         struct stat before {};
         const bool there = lookAt(place_, before);
+        const bool kept = there && second_.make([&](const std::string& name) {
+            return linkat(folder, place_.name.c_str(), folder, name.c_str(), 0) == 0 ? 0 : errno;
+        }) == 0;
         if (!renameTo(0)) return errno;
-        state_ = there ? State::kReplaced : State::kNamed;
+        state_ = !there ? State::kNamed : kept ? State::kLinked : State::kReplaced;
         copy_.release();
         return 0;
+    }
+    void putBack() {
+        if (renameat(second_.folder(), second_.name().c_str(), second_.folder(), place_.name.c_str()) != 0)
+            second_.release();
     }
 
     TemporaryEntry& copy_;
     const OpenedPlace& place_;
+    TemporaryEntry second_;
     struct stat facts_ {};
     State state_ = State::kNone;
 };

@@ -17,7 +17,8 @@ namespace hl {
 /// complete and on the disk; anything else is EXDEV. EBUSY if the file changes meanwhile; what is written
 /// between the last look and the removal of the old name, some microseconds, is lost. If the old name cannot
 /// go, the new one is taken back and a file replaced by it put in its place again; only where the file system
-/// cannot swap two names are both files there then. `whereabouts` is told between the blocks of a copy.
+/// can neither swap two names nor give a file a second one are both files there then, and the replaced one
+/// gone. `whereabouts` is told between the blocks of a copy.
 int moveEntry(const FilePlace& from, const FilePlace& to, Whereabouts& whereabouts);
 
 }  // namespace hl

@@ -1,0 +1,336 @@
+// Removing trees on a real disk: what goes, what stays, and that nothing outside is touched.
+#include "platform/linux/tree_removal.h"
+
+#include <errno.h>
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <linux/fs.h>
+#include <sys/ioctl.h>
+#include <sys/mount.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <filesystem>
+#include <functional>
+#include <thread>
+
+#include "support/recording_calls.h"
+#include "support/temp_dir.h"
+#include "support/trees.h"
+#include "support/whole_files.h"
+
+namespace hl {
+namespace {
+
+namespace fs = std::filesystem;
+using namespace test;
+
+Removal removeTree(const FilePlace& place, DirectoryCalls& calls, std::size_t budget = 64) {
+    Whereabouts whereabouts;
+    return TreeRemoval(calls, whereabouts, budget).run(place);
+}
+
+Removal removeTree(const FilePlace& place) {
+    DirectoryCalls calls;
+    return removeTree(place, calls);
+}
+
+bool isThere(const std::string& path) {
+    struct stat facts;
+    return ::lstat(path.c_str(), &facts) == 0;
+}
+
+bool isRoot() {
+    return ::geteuid() == 0;
+}
+
+/// What `body` answers in a process of a user with no rights.
+int asNobody(const std::function<int()>& body) {
+    const pid_t child = ::fork();
+    if (child == 0) {
+        if (isRoot() && (::setgid(65534) != 0 || ::setuid(65534) != 0)) ::_exit(125);
+        ::_exit(body());
+    }
+    int status = 0;
+    ::waitpid(child, &status, 0);
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
+
+class TreeRemovalTest : public ::testing::Test {
+  protected:
+    std::string in(const std::string& name) const { return dir_.path() + "/" + name; }
+
+    TempDir dir_;
+};
+
+// Everything that may lie in a folder.
+void fill(const std::string& root, const std::string& outside) {
+    fs::create_directories(root + "/sub/deeper");
+    fs::create_directories(root + "/empty");
+    makeFile(root + "/file", 10);
+    makeFile(root + "/sub/deeper/file", 10);
+    makeFile(root + "/bad \xFF\n name", 1);
+    makeFile(root + "/" + std::string(255, 'n'), 1);
+    must(::chmod((root + "/file").c_str(), 0400));
+    must(::mkfifo((root + "/fifo").c_str(), 0600));
+    must(::symlink((outside + "/file").c_str(), (root + "/to file").c_str()));
+    must(::symlink(outside.c_str(), (root + "/to folder").c_str()));
+    must(::symlink("gone", (root + "/dangling").c_str()));
+    must(::symlink("itself", (root + "/itself").c_str()));
+    must(::link((outside + "/file").c_str(), (root + "/hardlink").c_str()));
+}
+
+TEST_F(TreeRemovalTest, AllKindsOfEntriesGoAndNothingThatLinksLeadTo) {
+    fs::create_directories(in("outside"));
+    makeFile(in("outside/file"), 5);
+    fill(in("root"), in("outside"));
+
+    const Removal removal = removeTree({in("root")});
+
+    EXPECT_TRUE(removal.removed);
+    EXPECT_EQ(removal.failureCount, 0u);
+    EXPECT_EQ(removal.entries, 14u);
+    EXPECT_FALSE(isThere(in("root")));
+    EXPECT_EQ(fs::file_size(in("outside/file")), 5u);
+}
+
+TEST_F(TreeRemovalTest, WhatIsNoFolderInTheFoldersPlaceGoesAsWhatItIs) {
+    fs::create_directories(in("outside"));
+    makeFile(in("outside/file"), 5);
+    must(::symlink(in("outside").c_str(), in("link").c_str()));
+    makeFile(in("plain"), 1);
+
+    for (const char* name : {"link", "plain"}) {
+        EXPECT_TRUE(removeTree({in(name)}).removed) << name;
+        EXPECT_FALSE(isThere(in(name))) << name;
+    }
+    EXPECT_TRUE(isThere(in("outside/file")));
+}
+
+TEST_F(TreeRemovalTest, AFolderThatIsNotThereIsToldAsVanished) {
+    const Removal removal = removeTree({in("none")});
+    EXPECT_FALSE(removal.removed);
+    EXPECT_TRUE(removal.vanished);
+}
+
+TEST_F(TreeRemovalTest, BelowItsBaseAPlaceIsNotReachedThroughALink) {
+    fs::create_directories(in("precious/sub"));
+    fs::create_directories(in("base"));
+    must(::symlink(in("precious").c_str(), in("base/a").c_str()));
+
+    const Removal strict = removeTree({in("base"), "a/sub"});
+    EXPECT_FALSE(strict.removed);
+    ASSERT_EQ(strict.failures.size(), 1u);
+    EXPECT_EQ(strict.failures[0].error, ENOTDIR);
+    EXPECT_TRUE(isThere(in("precious/sub")));
+
+    EXPECT_TRUE(removeTree({in("base"), "a/sub", true}).removed);
+    EXPECT_FALSE(isThere(in("precious/sub")));
+}
+
+TEST_F(TreeRemovalTest, FoldersWithoutRightsGoWhereTheOwnerMayGiveThem) {
+    must(::chmod(dir_.path().c_str(), 0777));
+    const int result = asNobody([&] {
+        fs::create_directories(in("root/closed/sub"));
+        fs::create_directories(in("root/unreadable/sub"));
+        makeFile(in("root/closed/file"), 1);
+        makeFile(in("root/unreadable/file"), 1);
+        must(::chmod(in("root/closed").c_str(), 0555));
+        must(::chmod(in("root/unreadable").c_str(), 0));
+        const Removal removal = removeTree({in("root")});
+        return removal.removed && removal.failureCount == 0 ? 0 : 1;
+    });
+    EXPECT_EQ(result, 0);
+    EXPECT_FALSE(isThere(in("root")));
+}
+
+TEST_F(TreeRemovalTest, WhatAnotherUserOwnsStaysWithItsReasonAndTheRestGoes) {
+    if (!isRoot()) GTEST_SKIP() << "needs root to make files of two users";
+    must(::chmod(dir_.path().c_str(), 0755));
+    fs::create_directories(in("root/theirs"));
+    fs::create_directories(in("root/mine"));
+    fs::create_directories(in("root/sticky"));
+    makeFile(in("root/theirs/file"), 1);
+    makeFile(in("root/mine/file"), 1);
+    makeFile(in("root/sticky/file"), 1);
+    must(::chmod(in("root/sticky").c_str(), 01777));
+    must(::chown(in("root").c_str(), 65534, 65534));
+    must(::chown(in("root/mine").c_str(), 65534, 65534));
+
+    const int result = asNobody([&] {
+        const Removal removal = removeTree({in("root")});
+        if (removal.removed || removal.failures.size() != 5) return 1;
+        for (const RemovalFailure& failure : removal.failures) {
+            const bool refused = failure.path == in("root/theirs/file")   ? failure.error == EACCES
+                                 : failure.path == in("root/sticky/file") ? failure.error == EPERM
+                                                                          : failure.folder;
+            if (!refused) return 2;
+        }
+        return 0;
+    });
+    EXPECT_EQ(result, 0);
+    EXPECT_FALSE(isThere(in("root/mine")));
+    EXPECT_TRUE(isThere(in("root/theirs/file")));
+    EXPECT_TRUE(isThere(in("root/sticky/file")));
+}
+
+TEST_F(TreeRemovalTest, AnImmutableFileStaysAndIsNamed) {
+    fs::create_directories(in("root"));
+    makeFile(in("root/rock"), 1);
+    makeFile(in("root/sand"), 1);
+    const int file = must(::open(in("root/rock").c_str(), O_RDONLY | O_CLOEXEC));
+    int flags = FS_IMMUTABLE_FL;
+    if (::ioctl(file, FS_IOC_SETFLAGS, &flags) != 0) {
+        ::close(file);
+        GTEST_SKIP() << "no right, or no such attribute on this file system";
+    }
+    const Removal removal = removeTree({in("root")});
+    flags = 0;
+    must(::ioctl(file, FS_IOC_SETFLAGS, &flags));
+    ::close(file);
+
+    EXPECT_FALSE(removal.removed);
+    ASSERT_EQ(removal.failures.size(), 2u);
+    EXPECT_EQ(removal.failures[0].path, in("root/rock"));
+    EXPECT_EQ(removal.failures[0].error, EPERM);
+    EXPECT_FALSE(isThere(in("root/sand")));
+}
+
+TEST_F(TreeRemovalTest, OtherMountsAreNotEnteredAndToldAsBusy) {
+    fs::create_directories(in("root/bind"));
+    fs::create_directories(in("root/tmp"));
+    fs::create_directories(in("precious"));
+    makeFile(in("precious/file"), 1);
+    makeFile(in("root/file"), 1);
+    if (::mount(in("precious").c_str(), in("root/bind").c_str(), nullptr, MS_BIND, nullptr) != 0)
+        GTEST_SKIP() << "no right to mount";
+    must(::mount("none", in("root/tmp").c_str(), "tmpfs", 0, nullptr));
+    makeFile(in("root/tmp/file"), 1);
+
+    const Removal removal = removeTree({in("root")});
+    const Removal itself = removeTree({in("root/tmp")});
+    const bool kept = isThere(in("root/tmp/file")) && isThere(in("root/bind/file"));
+    ::umount(in("root/bind").c_str());
+    ::umount(in("root/tmp").c_str());
+
+    EXPECT_TRUE(kept);
+    EXPECT_FALSE(isThere(in("root/file")));
+    ASSERT_EQ(removal.failures.size(), 3u);
+    EXPECT_EQ(removal.failures[0].error, EBUSY);
+    EXPECT_EQ(removal.failures[1].error, EBUSY);
+    EXPECT_EQ(removal.failures[2].error, ENOTEMPTY);
+    ASSERT_EQ(itself.failures.size(), 1u);
+    EXPECT_EQ(itself.failures[0].error, EBUSY);
+}
+
+TEST_F(TreeRemovalTest, OfManyFailuresTheFirstAreKeptAndAllAreCounted) {
+    fs::create_directories(in("root"));
+    for (int i = 0; i < 100; ++i) fs::create_directories(in("root/d" + std::to_string(i)));
+    RecordingCalls calls;
+    calls.onOpen = [](const std::string& name) { return name[0] == 'd' ? -EIO : 0; };
+
+    const Removal removal = removeTree({in("root")}, calls);
+
+    EXPECT_EQ(removal.failures.size(), Removal::kMostFailures);
+    EXPECT_EQ(removal.failureCount, 101u);
+}
+
+TEST_F(TreeRemovalTest, WhatIsAddedMeanwhileGoesToo) {
+    fs::create_directories(in("root/late"));
+    makeFile(in("root/first"), 1);
+    RecordingCalls calls;
+    calls.onOpen = [&](const std::string& name) {
+        if (name == "late") makeFile(in("root/added"), 1);
+        return 0;
+    };
+    EXPECT_TRUE(removeTree({in("root")}, calls).removed);
+}
+
+TEST_F(TreeRemovalTest, AFolderSwappedForALinkGoesAsALink) {
+    fs::create_directories(in("root/sub/inner"));
+    fs::create_directories(in("precious/inner"));
+    makeFile(in("precious/inner/file"), 1);
+    RecordingCalls calls;
+    calls.onOpen = [&](const std::string& name) {
+        if (name != "sub" || !fs::is_directory(fs::symlink_status(in("root/sub")))) return 0;
+        fs::rename(in("root/sub"), in("aside"));
+        must(::symlink(in("precious").c_str(), in("root/sub").c_str()));
+        return 0;
+    };
+    EXPECT_TRUE(removeTree({in("root")}, calls).removed);
+    EXPECT_TRUE(isThere(in("precious/inner/file")));
+}
+
+TEST_F(TreeRemovalTest, AThousandSwapsLoseNothingPrecious) {
+    const TempDir shm("/dev/shm");
+    const std::string root = shm.path() + "/root", fresh = shm.path() + "/fresh";
+    const std::string precious = shm.path() + "/precious", sub = root + "/a/sub", aside = root + "/a/aside";
+    makeFolder(precious);
+    for (int i = 0; i < 20; ++i) makeFile(precious + "/f" + std::to_string(i), 1);
+    std::atomic<bool> end{false};
+    std::atomic<int> swaps{0};
+    std::thread hostile([&] {
+        while (!end.load()) {
+            if (::rename(sub.c_str(), aside.c_str()) != 0) continue;
+            if (::symlink(precious.c_str(), sub.c_str()) == 0) ++swaps;
+            ::unlink(sub.c_str());
+            ::rename(aside.c_str(), sub.c_str());
+        }
+    });
+    for (int round = 0; round < 1000; ++round) {
+        fs::create_directories(fresh + "/a/sub/x");
+        for (int i = 0; i < 5; ++i) makeFile(fresh + "/a/sub/x/f" + std::to_string(i), 1);
+        must(::rename(fresh.c_str(), root.c_str()));
+        // What is swapped away just then is told and stays; the next attempt has it.
+        while (!removeTree({shm.path(), "root"}).removed) {
+        }
+    }
+    end = true;
+    hostile.join();
+    EXPECT_GT(swaps.load(), 0);
+    EXPECT_EQ(std::distance(fs::directory_iterator(precious), fs::directory_iterator()), 20);
+}
+
+TEST_F(TreeRemovalTest, AChainOfAHundredThousandFoldersGoesWithFewOpen) {
+    const TempDir shm("/dev/shm");
+    makeFolder(shm.path() + "/root");
+    makeChain(shm.path() + "/root", 100'000, "d");
+    RecordingCalls calls;
+
+    const Removal removal = removeTree({shm.path() + "/root"}, calls, 8);
+
+    EXPECT_TRUE(removal.removed);
+    EXPECT_EQ(removal.failureCount, 0u);
+    EXPECT_EQ(calls.opens.load(), calls.closes.load());
+    removeChain(shm.path() + "/root", removal.removed ? 0 : 100'000, "d");
+}
+
+TEST_F(TreeRemovalTest, FilesGoByNameAndFoldersDoNot) {
+    fs::create_directories(in("folder"));
+    makeFile(in("file"), 1);
+    must(::symlink("folder", in("link").c_str()));
+    std::string deep = dir_.path();
+    for (int i = 0; i < 100; ++i) deep += "/" + std::string(200, 'd');
+    makeChain(dir_.path(), 100, std::string(200, 'd'));
+
+    const struct {
+        FilePlace place;
+        int error;
+    } cases[] = {{{in("file")}, 0},
+                 {{in("file")}, ENOENT},
+                 {{dir_.path(), "link"}, 0},
+                 {{in("folder")}, EISDIR},
+                 {{in("none/file")}, ENOENT},
+                 {{dir_.path(), ".."}, EINVAL},
+                 {{"/"}, EBUSY},
+                 {{deep.substr(0, deep.rfind('/')) + "/f"}, 0}};
+    for (const auto& each : cases)
+        EXPECT_EQ(removeFile(each.place), each.error) << each.place.base.substr(0, 80) << each.place.below;
+    EXPECT_TRUE(isThere(in("folder")));
+    EXPECT_TRUE(removeTree({in(std::string(200, 'd'))}).removed);
+}
+
+}  // namespace
+}  // namespace hl
