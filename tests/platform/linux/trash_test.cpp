@@ -106,29 +106,46 @@ TEST_F(Trashing, MakesTheHomeTrashForNobodyElse) {
         EXPECT_EQ(fs::status(dir.path() + part).permissions(), fs::perms::owner_all) << part;
 }
 
+/// Values of some environment variables, as they were before when it goes.
+class Environment {
+  public:
+    explicit Environment(const std::map<std::string, const char*>& values) {
+        for (const auto& [name, value] : values) {
+            const char* old = getenv(name.c_str());
+            before_[name] = old != nullptr ? std::optional<std::string>(old) : std::nullopt;
+            value != nullptr ? setenv(name.c_str(), value, 1) : unsetenv(name.c_str());
+        }
+    }
+    ~Environment() {
+        for (const auto& [name, value] : before_)
+            value ? setenv(name.c_str(), value->c_str(), 1) : unsetenv(name.c_str());
+    }
+    Environment(const Environment&) = delete;
+    Environment& operator=(const Environment&) = delete;
+
+  private:
+    std::map<std::string, std::optional<std::string>> before_;
+};
+
 TEST_F(Trashing, WritesTheLocalTime) {
     test::writeFile(root + "/file", "");
-    const auto now = [] {
+    const auto farEast = [] {
         char text[32] = {};
-        const time_t seconds = time(nullptr);
-        const tm local = *localtime(&seconds);
-        snprintf(text, sizeof text, "%04d-%02d-%02dT%02d:%02d:%02d", local.tm_year + 1900, local.tm_mon + 1,
-                 local.tm_mday, local.tm_hour, local.tm_min, local.tm_sec);
+        const time_t shifted = time(nullptr) + (5 * 60 + 17) * 60;
+        strftime(text, sizeof text, "%Y-%m-%dT%H:%M:%S", gmtime(&shifted));
         return std::string(text);
     };
-    const char* zone = getenv("TZ");
-    const std::string zoneBefore = zone != nullptr ? zone : "";
-    setenv("TZ", "XYZ-5:17", 1);
-    tzset();
-    const std::string before = now();
-    EXPECT_EQ(recycle("file"), RecycleError::kNone);
-    const std::string after = now();
-    zone != nullptr ? setenv("TZ", zoneBefore.c_str(), 1) : unsetenv("TZ");
+    const std::string before = farEast();
+    {
+        const Environment zone({{"TZ", "XYZ-5:17"}, {"LC_ALL", "C"}});
+        tzset();
+        EXPECT_EQ(recycle("file"), RecycleError::kNone);
+    }
     tzset();
     const std::string info = infoOf("file");
     const std::string date = info.substr(info.rfind('=') + 1, before.size());
     EXPECT_LE(before, date);
-    EXPECT_LE(date, after);
+    EXPECT_LE(date, farEast());
 }
 
 TEST_F(Trashing, KeepsEntriesOfTheSameNameApart) {
@@ -252,27 +269,6 @@ TEST_F(Trashing, TakesNothingFromWhereTheUserMayNot) {
     EXPECT_EQ(contentOfTrash(home), Content());
     EXPECT_EQ(test::contentOf(root + "/file"), "kept");
 }
-
-/// Values of some environment variables, as they were before when it goes.
-class Environment {
-  public:
-    explicit Environment(const std::map<std::string, const char*>& values) {
-        for (const auto& [name, value] : values) {
-            const char* old = getenv(name.c_str());
-            before_[name] = old != nullptr ? std::optional<std::string>(old) : std::nullopt;
-            value != nullptr ? setenv(name.c_str(), value, 1) : unsetenv(name.c_str());
-        }
-    }
-    ~Environment() {
-        for (const auto& [name, value] : before_)
-            value ? setenv(name.c_str(), value->c_str(), 1) : unsetenv(name.c_str());
-    }
-    Environment(const Environment&) = delete;
-    Environment& operator=(const Environment&) = delete;
-
-  private:
-    std::map<std::string, std::optional<std::string>> before_;
-};
 
 TEST(TrashSettings, FollowTheEnvironmentWhereItNamesAbsoluteFolders) {
     const struct {
