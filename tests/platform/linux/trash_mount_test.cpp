@@ -75,13 +75,13 @@ TEST_F(TrashingOnAMount, NamesALongPlaceFromTheTop) {
     const std::string step(200, 's');
     constexpr int kDepth = 30;
     std::string below;
-    test::makeChain(top, kDepth, step);
+    test::makeChain(top, kDepth + 1, step);
     for (int i = 0; i < kDepth; ++i) below += step + "/";
     EXPECT_EQ(moveToTrash({top, below + "f"}, settings), RecycleError::kNone);
-    EXPECT_EQ(contentOfTrash(own), (Content{{"f", below + "f"}}));
+    EXPECT_TRUE(contentOfTrash(own) == (Content{{"f", below + "f"}})) << "long, so not printed";
     // So long a place must be told by names alone.
     EXPECT_EQ(moveToTrash({top, below + "../f", true}, settings), RecycleError::kUnknown);
-    test::removeChain(top, kDepth, step);
+    test::removeChain(top, kDepth + 1, step);
 }
 
 TEST_F(TrashingOnAMount, TheMountItselfIsRefused) {

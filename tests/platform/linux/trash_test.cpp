@@ -43,6 +43,10 @@ struct Kind {
     std::function<void(const std::string& path)> make;
 };
 
+void PrintTo(const Kind& kind, std::ostream* out) {
+    *out << kind.label;
+}
+
 const auto kAFile = [](const std::string& path) { test::writeFile(path, "content"); };
 
 const Kind kKinds[] = {
@@ -66,7 +70,7 @@ const Kind kKinds[] = {
          test::writeFile(path, "content");
          fs::permissions(path, fs::perms::none);
      }},
-    {"lineBreak", "a\nPath=/etc\n", kAFile},
+    {"lineBreak", "a\nPath=etc\n", kAFile},
     {"percentSign", "100%41 \t#;", kAFile},
     {"noUtf8", "\xff\xfe\x80 \xc3", kAFile},
     {"everyByte",
@@ -208,11 +212,11 @@ TEST_F(Trashing, NamesAPlaceThatIsLongerThanTheKernelTells) {
     const std::string step(200, 's');
     constexpr int kDepth = 30;
     std::string below;
-    test::makeChain(root, kDepth, step);
+    test::makeChain(root, kDepth + 1, step);
     for (int i = 0; i < kDepth; ++i) below += step + "/";
     EXPECT_EQ(recycle(below + "f"), RecycleError::kNone);
-    EXPECT_EQ(contentOfTrash(home), (Content{{"f", root + "/" + below + "f"}}));
-    test::removeChain(root, kDepth, step);
+    EXPECT_TRUE(contentOfTrash(home) == (Content{{"f", root + "/" + below + "f"}})) << "long, so not printed";
+    test::removeChain(root, kDepth + 1, step);
 }
 
 TEST_F(Trashing, SaysWhatIsNotThere) {
