@@ -24,10 +24,11 @@ constexpr uid_t kNobody = 65534;
 /// Something mounted on a folder of the test's own; gone before the folder.
 class Mounted {
   public:
-    Mounted(const std::string& source, const std::string& at, const char* kind, unsigned long flags = 0)
+    Mounted(const std::string& source, const std::string& at, const char* kind, unsigned long flags = 0,
+            const char* options = nullptr)
         : at_(at) {
         fs::create_directories(at);
-        done_ = mount(source.c_str(), at.c_str(), kind, flags, nullptr) == 0;
+        done_ = mount(source.c_str(), at.c_str(), kind, flags, options) == 0;
     }
     ~Mounted() {
         if (done_ && umount2(at_.c_str(), MNT_DETACH) != 0)
@@ -196,6 +197,22 @@ TEST_F(Trashing, ABindMountIsAMountOfItsOwn) {
     EXPECT_EQ(contentOfTrash(source + "/.Trash-" + std::to_string(geteuid())),
               (Content{{"file", "folder/file"}}));
     EXPECT_FALSE(fs::exists(home));
+}
+
+TEST_F(TrashingOnAMount, WhatCannotBeRenamedWithinItsMountStays) {
+    const std::string over = dir.path() + "/over";
+    for (const char* name : {"/lower/folder", "/upper", "/work"}) fs::create_directories(top + name);
+    test::writeFile(top + "/lower/folder/file", "content");
+    const std::string options =
+        "lowerdir=" + top + "/lower,upperdir=" + top + "/upper,workdir=" + top + "/work,redirect_dir=off";
+    const Mounted overlay("overlay", over, "overlay", 0, options.c_str());
+    if (!overlay.done()) GTEST_SKIP() << "may not lay one file system over another";
+    settings.homeTrash = over + "/Trash";
+    EXPECT_EQ(moveToTrash({over, "folder"}, settings), RecycleError::kNoTrash);
+    EXPECT_EQ(contentOfTrash(settings.homeTrash), Content());
+    EXPECT_EQ(contentOfTrash(over + "/.Trash-" + number), Content());
+    EXPECT_EQ(test::contentOf(over + "/folder/file"), "content");
+    EXPECT_EQ(moveToTrash({over, "folder/file"}, settings), RecycleError::kNone);
 }
 
 TEST_F(Trashing, AFileAsMountPointIsRefused) {

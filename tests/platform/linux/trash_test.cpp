@@ -320,7 +320,13 @@ TEST_F(Trashing, AnotherProgramRestoresIt) {
     }
 }
 
-TEST_F(Trashing, ASwappedFolderLeadsNowhereElse) {
+/// In memory: the disk would take seconds.
+class TrashingInMemory : public Trashing {
+  protected:
+    TrashingInMemory() : Trashing("/dev/shm") {}
+};
+
+TEST_F(TrashingInMemory, ASwappedFolderLeadsNowhereElse) {
     constexpr int kRounds = 1000;
     const std::string precious = dir.path() + "/precious";
     const std::string fresh = dir.path() + "/fresh";
