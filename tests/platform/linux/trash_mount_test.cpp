@@ -70,6 +70,10 @@ TEST_F(TrashingOnAMount, GoesToItsOwnTrashWithAPathFromTheTop) {
     EXPECT_EQ(contentOfTrash(own), (Content{{"a b", "folder/a b"}, {"folder", "folder"}}));
     EXPECT_FALSE(fs::exists(home));
     EXPECT_FALSE(fs::exists(dir.path() + "/data"));
+    fs::create_directories(home);
+    test::writeFile(top + "/another", "");
+    EXPECT_EQ(moveToTrash({top + "/another"}, settings), RecycleError::kNone);
+    EXPECT_TRUE(fs::is_empty(home));
 }
 
 TEST_F(TrashingOnAMount, NamesALongPlaceFromTheTop) {
@@ -175,8 +179,10 @@ TEST_F(TrashingOnAMount, HomeTrashOfTheSameMountIsPreferred) {
 }
 
 TEST_F(TrashingOnAMount, WithoutAUsableHomeTrashTheMountHasItsOwn) {
-    test::writeFile(top + "/file", "");
-    for (const std::string& path : {std::string(), std::string("relative/Trash"), top + "/file/Trash"}) {
+    fs::create_directory(top + "/broken");
+    test::writeFile(top + "/broken/info", "");
+    for (const std::string& path :
+         {std::string(), std::string("relative/Trash"), top + "/broken/info/Trash", top + "/broken"}) {
         settings.homeTrash = path;
         test::writeFile(top + "/folder/a b", "content");
         EXPECT_EQ(recycleIt(), RecycleError::kNone) << path;
