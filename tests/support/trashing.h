@@ -93,7 +93,7 @@ inline Content contentOfTrash(const std::string& trash) {
 /// A home trash and a folder to throw away from, on one mount.
 class Trashing : public testing::Test {
   protected:
-    Trashing() { fs::create_directories(root); }
+    explicit Trashing(std::string_view base = {}) : dir(base) { fs::create_directories(root); }
 
     RecycleError recycle(const std::string& name) { return moveToTrash({root, name}, settings); }
     std::string infoOf(const std::string& name) const {
