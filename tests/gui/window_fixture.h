@@ -157,6 +157,7 @@ class Logic : private ErrorSink, private MessagePump {
     WindowForm& form() { return *form_; }
     MessagePump& pump() { return *this; }
     LinuxDrives& drives() { return drives_; }
+    std::string trash() const { return machine_.path() + "/Trash"; }
 
   private:
     void LogError(const std::string&, bool, bool) override {}

@@ -1,0 +1,261 @@
+// Deleting, recycling, renaming and the menus, in the window, on files of the disk.
+#include "gui/lists_fixture.h"
+#include "scan/rollup.h"
+
+namespace hl {
+namespace {
+
+using namespace test;
+namespace fs = std::filesystem;
+
+/// Chooses an entry in the menu that opens next; the captions of all its entries, "-" for a separator.
+class MenuAnswer {
+  public:
+    explicit MenuAnswer(std::string caption) : caption_(std::move(caption)) { wait(); }
+    const Names& entries() const { return entries_; }
+
+  private:
+    void wait() {
+        QTimer::singleShot(5, &context_, [this] {
+            auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+            if (menu == nullptr || !menu->isVisible()) return wait();
+            QAction* chosen = nullptr;
+            for (QAction* action : menu->actions()) {
+                entries_.push_back(action->isSeparator() ? "-" : action->text().toStdString());
+                if (entries_.back() == caption_) chosen = action;
+            }
+            if (chosen == nullptr) return menu->close(), void();
+            QTest::mouseClick(menu, Qt::LeftButton, {}, menu->actionGeometry(chosen).center());
+        });
+    }
+    QObject context_;
+    std::string caption_;
+    Names entries_;
+};
+
+class FilesTest : public ListsTest {
+  protected:
+    /// Sizes 100, 200, ... of a, b, ... below src, src/sub and src/sub/deep.
+    FilesTest() {
+        for (const char* path : {"src/sub/deep", "src/other"}) folder(path);
+        int size = 0;
+        for (const char* path :
+             {"src/a.txt", "src/b.txt", "src/c.txt", "src/sub/d.txt", "src/sub/deep/e.txt"})
+            file(path, size += 100);
+    }
+    void start() {
+        session_.emplace(home.path());
+        session_->start();
+        session_->scan(at("src"));
+    }
+    Session& s() { return *session_; }
+    bool there(const std::string& path) const { return fs::exists(fs::symlink_status(at(path))); }
+    std::string protocol() const { return contentOf(home.path() + "/Harborlantern.log"); }
+    static void answer(Session& session, const char* button, std::string* text = nullptr) {
+        session.answers.add([=](QDialog& dialog) {
+            if (text != nullptr)
+                for (const QLabel* label : dialog.findChildren<QLabel*>())
+                    *text += label->text().toStdString();
+            pressIn(dialog, button);
+        });
+    }
+    /// "name size files folders" of every row of the report, in its order.
+    static Names numbers(const Grid& grid) {
+        Names all;
+        for (Row row = grid.firstRoot(); row != kNoRow; row = grid.tree().following(row)) {
+            std::string line(grid.text(row));
+            if (grid.level(row) == 0) line = "src";
+            for (const CellId cell : {kSize, kFiles, kFolders})
+                line += " " + std::to_string(static_cast<long>(grid.number(row, cell)));
+            all.push_back(line);
+        }
+        std::sort(all.begin(), all.end());
+        return all;
+    }
+    Names numbersOfAFreshScan() {
+        Session fresh(home.path());
+        fresh.start();
+        fresh.scan(at("src"));
+        return numbers(fresh.grid());
+    }
+    static QPoint centerOf(GridView& view, Row row) {
+        view.sync();
+        return {60, view.rowRect(*view.rows().find(row)).center().y()};
+    }
+    void rightClick(GridView& view, Row row) {
+        QTest::mouseClick(view.viewport(), Qt::RightButton, {}, centerOf(view, row));
+        Session::settle();
+    }
+
+    std::optional<ListSession> session_;
+};
+
+TEST_F(FilesTest, ListsDeleteAfterAQuestionWhoseAnswerIsNoUnlessYesIsChosen) {
+    start();
+    GridView& list = session_->open(kFileList);
+    session_->sortByName(list);
+    ListSession::clickOn(list, 0);
+    ListSession::clickOn(list, 1, Qt::ControlModifier);
+    s().answers.add([](QDialog& dialog) { QTest::keyClick(&dialog, Qt::Key_Return); });
+    session_->press(kFileList, 320);
+    EXPECT_EQ(ListSession::names(list), (Names{"a.txt", "b.txt", "c.txt"}));
+    EXPECT_TRUE(there("src/a.txt"));
+
+    answer(s(), "Ja");
+    session_->press(kFileList, 320);
+
+    EXPECT_EQ(ListSession::names(list), (Names{"c.txt"}));
+    EXPECT_FALSE(there("src/a.txt") || there("src/b.txt"));
+    EXPECT_NE(protocol().find("GELÖSCHT: " + at("src/b.txt")), std::string::npos);
+    EXPECT_EQ(numbers(s().grid()), numbersOfAFreshScan());
+}
+
+TEST_F(FilesTest, TheOtherListsLeaveTheReportAlone) {
+    for (const ListInfo& info : {kTopList, kHardlinkList}) {
+        if (info.id == GridId::kHardlinks) link("src/c.txt", "src/c again");
+        start();
+        const Names before = numbers(s().grid());
+        GridView& list = session_->open(info);
+        session_->sortByName(list);
+        const Names names = ListSession::names(list);
+        ListSession::clickOn(list, 0);
+        answer(s(), "Ja");
+        session_->press(info, 320);
+        EXPECT_EQ(ListSession::names(list), Names(names.begin() + 1, names.end()));
+        EXPECT_EQ(numbers(s().grid()), before);
+    }
+}
+
+TEST_F(FilesTest, AFileThatStaysKeepsItsRowAndTheNextOneGoes) {
+    start();
+    GridView& list = session_->open(kFileList);
+    session_->sortByName(list);
+    fs::remove(at("src/b.txt"));
+    folder("src/b.txt");
+    for (std::size_t i = 0; i < 3; ++i)
+        ListSession::clickOn(list, i, i > 0 ? Qt::ControlModifier : Qt::NoModifier);
+    std::string text;
+    answer(s(), "Ja");
+    answer(s(), "OK", &text);
+    session_->press(kFileList, 320);
+
+    EXPECT_NE(text.find("Beim Löschen der Datei '" + at("src/b.txt")), std::string::npos) << text;
+    EXPECT_FALSE(there("src/a.txt") || there("src/c.txt"));
+    const std::size_t failed = protocol().find(at("src/b.txt")), first = protocol().find(at("src/c.txt"));
+    EXPECT_LT(first, failed);
+    EXPECT_LT(failed, protocol().find("GELÖSCHT: " + at("src/a.txt")));
+}
+
+TEST_F(FilesTest, RecycledFilesLieInTheTrash) {
+    start();
+    GridView& list = session_->open(kFileList);
+    session_->sortByName(list);
+    ListSession::clickOn(list, 0);
+    answer(s(), "Ja");
+    session_->press(kFileList, 321);
+    EXPECT_FALSE(there("src/a.txt"));
+    EXPECT_NE(protocol().find("PAPIERKORB: " + at("src/a.txt")), std::string::npos);
+    EXPECT_EQ(fs::file_size(s().trash() + "/files/a.txt"), 100u);
+}
+
+TEST_F(FilesTest, SelectedFoldersGoParentAndChildTogetherAndNumbersStay) {
+    start();
+    s().click("cbrReport.25");
+    const Names before = numbers(s().grid());
+    s().clickRow("deep");
+    s().view().sync();
+    const Row sub = s().row("sub");
+    QTest::mouseClick(s().view().viewport(), Qt::LeftButton, Qt::ControlModifier, centerOf(s().view(), sub));
+    s().form().execute(BarId::kMain, 101);
+    Session::settle();
+
+    EXPECT_FALSE(there("src/sub"));
+    EXPECT_TRUE(there("src/a.txt"));
+    EXPECT_NE(protocol().find("GELÖSCHT: " + at("src/sub\r\n")), std::string::npos);
+    EXPECT_NE(protocol().find("GELÖSCHT: " + at("src/sub/deep\r\n")), std::string::npos);
+    const Names after = numbers(s().grid());
+    for (const std::string& line : after)
+        EXPECT_NE(std::find(before.begin(), before.end(), line), before.end()) << line;
+}
+
+TEST_F(FilesTest, TheMenuOfAFolderDeletesItAndTheNumbersFollow) {
+    start();
+    s().click("cbrReport.25");
+    MenuAnswer menu("Ordner löschen");
+    rightClick(s().view(), s().row("deep"));
+    EXPECT_FALSE(there("src/sub/deep"));
+    EXPECT_EQ(numbers(s().grid()), numbersOfAFreshScan());
+    EXPECT_EQ(protocol().find("GELÖSCHT"), std::string::npos);
+    const Names own(menu.entries().end() - 10, menu.entries().end());
+    EXPECT_EQ(own, (Names{"-", "Ordner in den Papierkorb verschieben", "Ordner löschen", "-",
+                          "Ordner umbenennen", "-", "Alle Unterordner zuklappen",
+                          "Alle Unterordner aufklappen", "-", "Ordner neu einlesen"}));
+}
+
+TEST_F(FilesTest, AFolderThatHoldsTheProgramStaysAndTheUserIsToldWhy) {
+    start();
+    fs::create_directories(at("src/sub/deep"));
+    std::string text;
+    answer(s(), "OK", &text);
+    s().scan(fs::path(home.path()).parent_path().string());
+    s().form().execute(BarId::kMain, 101);
+    Session::settle();
+    EXPECT_NE(text.find("enthält dieses Programm"), std::string::npos) << text;
+    EXPECT_TRUE(fs::exists(home.path()));
+}
+
+TEST_F(FilesTest, F2RenamesInTheCell) {
+    start();
+    GridView& list = session_->open(kFileList);
+    session_->sortByName(list);
+    ListSession::clickOn(list, 0);
+    const auto rename = [&](GridView& view, const QString& name, Qt::Key end) {
+        s().key(view, Qt::Key_F2);
+        auto* box = view.viewport()->findChild<QLineEdit*>();
+        ASSERT_NE(box, nullptr);
+        box->setText(name);
+        s().key(*box, end);
+    };
+    rename(list, QStringLiteral("x"), Qt::Key_Escape);
+    EXPECT_TRUE(there("src/a.txt"));
+    rename(list, QStringLiteral("new ü.txt"), Qt::Key_Return);
+    EXPECT_TRUE(there("src/new ü.txt"));
+    EXPECT_FALSE(there("src/a.txt"));
+    EXPECT_EQ(ListSession::names(list)[0], "new ü.txt");
+    std::string text;
+    answer(s(), "OK", &text);
+    rename(list, QStringLiteral("none/x"), Qt::Key_Return);
+    EXPECT_NE(text.find("No such file"), std::string::npos) << text;
+    EXPECT_EQ(ListSession::names(list)[0], "new ü.txt");
+
+    s().click("cbrMain.301");
+    s().clickRow("sub");
+    rename(s().view(), QStringLiteral("bus"), Qt::Key_Return);
+    EXPECT_TRUE(there("src/bus/deep/e.txt"));
+    EXPECT_EQ(s().form().state().currentFolder, at("src/bus/"));
+}
+
+TEST_F(FilesTest, AListsMenuIsForOneOrForSeveral) {
+    start();
+    GridView& list = session_->open(kFileList);
+    session_->sortByName(list);
+    ListSession::clickOn(list, 0);
+    {
+        MenuAnswer menu("Datei umbenennen");
+        rightClick(list, list.grid().rowAt(0));
+        EXPECT_NE(list.viewport()->findChild<QLineEdit*>(), nullptr);
+        const Names own(menu.entries().end() - 7, menu.entries().end());
+        EXPECT_EQ(own, (Names{"-", "Datei(en) in den Papierkorb verschieben", "Datei(en) löschen", "-",
+                              "Datei umbenennen", "-", "Dateipfad öffnen"}));
+        s().key(*list.viewport()->findChild<QLineEdit*>(), Qt::Key_Escape);
+    }
+    ListSession::clickOn(list, 1, Qt::ControlModifier);
+    MenuAnswer menu("Datei(en) löschen");
+    answer(s(), "Ja");
+    rightClick(list, list.grid().rowAt(0));
+    EXPECT_EQ(menu.entries().back(), "Datei(en) löschen");
+    EXPECT_EQ(ListSession::names(list), (Names{"c.txt"}));
+}
+
+}  // namespace
+}  // namespace hl
