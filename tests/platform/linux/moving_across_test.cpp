@@ -93,7 +93,10 @@ TEST_F(MovingAcrossTest, AfterAFailureAllIsAsItWas) {
         const ino_t old = inodeOf(at("old"));
         const ino_t there = inodeOf(other.at("there"));
         const auto names = namesIn(other.path());
+        const timespec untouched[] = {{1, 0}, {1, 0}};
+        utimensat(AT_FDCWD, other.path().c_str(), untouched, 0);
         EXPECT_EQ(moveTo(at("old"), other.at("there")), c.error) << c.old << " onto " << c.there;
+        EXPECT_EQ(factsOf(other.path()).st_mtim.tv_sec, 1) << "something was made in vain";
         EXPECT_EQ(inodeOf(at("old")), old);
         EXPECT_EQ(inodeOf(other.at("there")), there);
         EXPECT_EQ(namesIn(other.path()), names);
@@ -174,7 +177,10 @@ TEST_F(MovingAcrossTest, RightsAreLookedAtBeforeAnythingIsCopied) {
         setxattr(at("sub/old").c_str(), "user.note", "kept", 4, 0);
         chmod(at("sub/old").c_str(), c.file);
         chmod(at("sub").c_str(), c.folder);
+        const timespec untouched[] = {{1, 0}, {1, 0}};
+        utimensat(AT_FDCWD, other.path().c_str(), untouched, 0);
         EXPECT_EQ(asNobody([&] { return moveTo(at("sub/old"), other.at("new")); }), c.error) << c.folder;
+        EXPECT_EQ(factsOf(other.path()).st_mtim.tv_sec == 1, c.error != 0) << "something was made in vain";
         EXPECT_EQ(inodeOf(at("sub/old")) == 0, c.error == 0);
         EXPECT_EQ(factsOf(other.at("new")).st_mode & 07777, c.left);
         fs::remove(other.at("new"));
