@@ -1,0 +1,192 @@
+// Moving to another file system.
+#include <fcntl.h>
+#include <linux/fs.h>
+#include <sys/ioctl.h>
+#include <sys/xattr.h>
+
+#include <atomic>
+#include <cerrno>
+#include <thread>
+#include <utility>
+
+#include "platform/linux/moving.h"
+#include "platform/linux/moving_fixture.h"
+
+namespace hl {
+namespace {
+
+namespace fs = std::filesystem;
+using namespace test;
+
+class MovingAcrossTest : public MovingTest {
+  protected:
+    void SetUp() override {
+        if (factsOf(other.path()).st_dev == factsOf(dir.path()).st_dev)
+            GTEST_SKIP() << "there is no other file system to move to";
+    }
+    OtherMount other{"mode=0777,size=256m"};
+};
+
+TEST_F(MovingAcrossTest, AFileKeepsWhatBelongsToIt) {
+    for (const mode_t mode : {0644U, 0400U, 0751U, 06755U}) {
+        for (const char* there : {"nothing", "file", "read-only file", "dangling link", "pipe"}) {
+            const std::string name = "\xff new\n";
+            const std::string content = "text" + std::string(3 << 20, 'x') + "end";
+            writeFile(at("old"), content);
+            const bool attributes = setxattr(at("old").c_str(), "user.note", "\0kept", 5, 0) == 0 &&
+                                    setxattr(other.path().c_str(), "user.note", "", 0, 0) == 0;
+            if (!attributes) removexattr(at("old").c_str(), "user.note");
+            const timespec times[] = {{1'000'000'001, 123'456'789}, {999'999'999, 987'654'321}};
+            chmod(at("old").c_str(), mode);
+            utimensat(AT_FDCWD, at("old").c_str(), times, 0);
+            kind(there).make(other.at(name));
+            EXPECT_EQ(moveTo(at("old"), other.at(name)), 0) << there;
+            EXPECT_EQ(namesIn(dir.path()), std::set<std::string>{"sub"});
+            EXPECT_EQ(namesIn(other.path()), std::set<std::string>{name}) << there;
+            const struct stat facts = factsOf(other.at(name));
+            EXPECT_TRUE(contentOf(other.at(name)) == content);
+            EXPECT_EQ(facts.st_mode, S_IFREG | mode);
+            EXPECT_EQ(std::pair(facts.st_mtim.tv_sec, facts.st_mtim.tv_nsec),
+                      std::pair(999'999'999L, 987'654'321L));
+            EXPECT_EQ(facts.st_atim.tv_nsec, 123'456'789);
+            char note[8] = {};
+            EXPECT_EQ(getxattr(other.at(name).c_str(), "user.note", note, sizeof note), attributes ? 5 : -1);
+            fs::remove(other.at(name));
+        }
+    }
+}
+
+TEST_F(MovingAcrossTest, ALinkGoesAsTheLinkItIs) {
+    for (const char* each : {"link to a file", "link to a folder", "dangling link", "link to itself"}) {
+        for (const char* there : {"nothing", "file", "link to a file"}) {
+            kind(each).make(at("old"));
+            kind(there).make(other.at("new"));
+            const timespec times[] = {{1, 2}, {3, 4}};
+            utimensat(AT_FDCWD, at("old").c_str(), times, AT_SYMLINK_NOFOLLOW);
+            const fs::path text = fs::read_symlink(at("old"));
+            EXPECT_EQ(moveTo(at("old"), other.at("new")), 0) << each;
+            EXPECT_EQ(fs::read_symlink(other.at("new")), text);
+            EXPECT_EQ(factsOf(other.at("new")).st_mtim.tv_nsec, 4);
+            EXPECT_EQ(namesIn(dir.path()), std::set<std::string>{"sub"});
+            EXPECT_EQ(namesIn(other.path()), std::set<std::string>{"new"});
+            fs::remove(other.at("new"));
+        }
+    }
+}
+
+TEST_F(MovingAcrossTest, AfterAFailureAllIsAsItWas) {
+    struct Case {
+        const char* old;
+        const char* there;
+        int error;
+    };
+    const Case cases[] = {
+        {"folder", "nothing", EXDEV},      {"empty folder", "nothing", EXDEV},
+        {"folder", "empty folder", EXDEV}, {"pipe", "nothing", EXDEV},
+        {"socket", "file", EXDEV},         {"file", "folder", EISDIR},
+        {"file", "empty folder", EISDIR},  {"dangling link", "empty folder", EISDIR},
+        {"nothing", "file", ENOENT},
+    };
+    for (const Case& c : cases) {
+        kind(c.old).make(at("old"));
+        kind(c.there).make(other.at("there"));
+        const ino_t old = inodeOf(at("old"));
+        const ino_t there = inodeOf(other.at("there"));
+        const auto names = namesIn(other.path());
+        const timespec untouched[] = {{1, 0}, {1, 0}};
+        utimensat(AT_FDCWD, other.path().c_str(), untouched, 0);
+        EXPECT_EQ(moveTo(at("old"), other.at("there")), c.error) << c.old << " onto " << c.there;
+        EXPECT_EQ(factsOf(other.path()).st_mtim.tv_sec, 1) << "something was made in vain";
+        EXPECT_EQ(inodeOf(at("old")), old);
+        EXPECT_EQ(inodeOf(other.at("there")), there);
+        EXPECT_EQ(namesIn(other.path()), names);
+        EXPECT_EQ(fs::exists(at("old/inside")), c.old == std::string("folder"));
+        fs::remove_all(at("old"));
+        fs::remove_all(other.at("there"));
+    }
+}
+
+TEST_F(MovingAcrossTest, AFullDiskLosesNothing) {
+    const OtherMount full("mode=0777,size=64k");
+    if (!full.isMounted()) GTEST_SKIP() << "root alone can mount a small file system";
+    const std::string content(1 << 20, 'x');
+    for (const char* there : {"nothing", "file"}) {
+        writeFile(at("old"), content);
+        kind(there).make(full.at("there"));
+        const auto names = namesIn(full.path());
+        const std::string before = contentOf(full.at("there"));
+        EXPECT_EQ(moveTo(at("old"), full.at("there")), ENOSPC);
+        EXPECT_EQ(contentOf(full.at("there")), before);
+        EXPECT_EQ(namesIn(full.path()), names);
+        EXPECT_TRUE(contentOf(at("old")) == content);
+    }
+}
+
+TEST_F(MovingAcrossTest, AFileThatChangesMeanwhileStays) {
+    const std::string content(64 << 20, 'x');
+    writeFile(at("old"), content);
+    writeFile(other.at("there"), "before");
+    std::atomic<bool> over = false;
+    std::thread changing([&] {
+        for (mode_t mode = 0600; !over; mode ^= 1) chmod(at("old").c_str(), mode);
+    });
+    EXPECT_EQ(moveTo(at("old"), other.at("there")), EBUSY);
+    over = true;
+    changing.join();
+    EXPECT_TRUE(contentOf(at("old")) == content);
+    EXPECT_EQ(contentOf(other.at("there")), "before");
+    EXPECT_EQ(namesIn(other.path()), std::set<std::string>{"there"});
+}
+
+// A folder that takes new names but gives none away: that shows only when the old name should go.
+TEST_F(MovingAcrossTest, IfTheOldNameCannotGoTheNewOneIsTakenBack) {
+    const Descriptor folder = openAt(AT_FDCWD, at("sub"), O_RDONLY | O_DIRECTORY);
+    const auto setFlags = [&](int flags) { return ioctl(folder.number(), FS_IOC_SETFLAGS, &flags) == 0; };
+    for (const char* each : {"file", "dangling link"}) {
+        for (const char* there : {"nothing", "file", "link to a folder"}) {
+            kind(each).make(at("sub/old"));
+            kind(there).make(other.at("there"));
+            const ino_t inode = inodeOf(other.at("there"));
+            const auto names = namesIn(other.path());
+            if (!setFlags(FS_APPEND_FL)) GTEST_SKIP() << "no folders here that only grow";
+            EXPECT_EQ(moveTo(at("sub/old"), other.at("there")), EPERM) << each << " onto " << there;
+            setFlags(0);
+            EXPECT_EQ(inodeOf(other.at("there")), inode) << each << " onto " << there;
+            EXPECT_EQ(namesIn(other.path()), names);
+            EXPECT_NE(inodeOf(at("sub/old")), 0U);
+            fs::remove(at("sub/old"));
+            fs::remove(other.at("there"));
+        }
+    }
+}
+
+TEST_F(MovingAcrossTest, RightsAreLookedAtBeforeAnythingIsCopied) {
+    if (geteuid() != 0 || !other.isMounted()) GTEST_SKIP() << "root alone can become another user";
+    struct Case {
+        mode_t folder, file;
+        int error;
+        mode_t left;
+    };
+    const Case cases[] = {
+        {0755, 0644, EACCES, 0}, {01777, 0644, EPERM, 0},
+        {0777, 0600, EACCES, 0}, {0777, 06755, 0, 0755},  // Nobody lends what is not his.
+        {0777, 0444, 0, 0444},
+    };
+    for (const Case& c : cases) {
+        makeFile(at("sub/old"));
+        setxattr(at("sub/old").c_str(), "user.note", "kept", 4, 0);
+        chmod(at("sub/old").c_str(), c.file);
+        chmod(at("sub").c_str(), c.folder);
+        const timespec untouched[] = {{1, 0}, {1, 0}};
+        utimensat(AT_FDCWD, other.path().c_str(), untouched, 0);
+        EXPECT_EQ(asNobody([&] { return moveTo(at("sub/old"), other.at("new")); }), c.error) << c.folder;
+        EXPECT_EQ(factsOf(other.path()).st_mtim.tv_sec == 1, c.error != 0) << "something was made in vain";
+        EXPECT_EQ(inodeOf(at("sub/old")) == 0, c.error == 0);
+        EXPECT_EQ(factsOf(other.at("new")).st_mode & 07777, c.left);
+        fs::remove(other.at("new"));
+        EXPECT_TRUE(namesIn(other.path()).empty());
+    }
+}
+
+}  // namespace
+}  // namespace hl
