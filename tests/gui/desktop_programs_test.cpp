@@ -1,0 +1,408 @@
+// Real desktop entries, programs that write down how they were started, and a session's bus of the test's
+// own.
+#include "platform/qt/desktop_programs.h"
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <sys/un.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <QClipboard>
+#include <QGuiApplication>
+#include <QMimeData>
+#include <algorithm>
+#include <chrono>
+#include <filesystem>
+#include <functional>
+#include <map>
+#include <set>
+#include <thread>
+
+#include "base/path.h"
+#include "support/temp_dir.h"
+#include "support/trees.h"
+#include "support/whole_files.h"
+
+namespace hl {
+namespace {
+
+namespace fs = std::filesystem;
+using test::TempDir;
+using Words = std::vector<std::string>;
+
+/// Waits for what another process does; half a minute is the end of all patience.
+bool comes(const std::function<bool()>& happened) {
+    for (int i = 0; i < 3000 && !happened(); ++i) std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    return happened();
+}
+
+void writeScript(const std::string& path, const std::string& text) {
+    test::writeFile(path, "#!/bin/sh\n" + text);
+    test::must(::chmod(path.c_str(), 0755));
+}
+
+/// A user with folders of their own, of which nothing is inherited but the types of files.
+class User {
+  public:
+    User() {
+        for (const char* each :
+             {"data", "data/applications", "system", "config", "home", "run", "bin", "files"})
+            test::makeFolder(at(each));
+        test::must(::chmod(at("run").c_str(), 0700));
+        fs::create_directory_symlink("/usr/share/mime", at("system/mime"));
+        // Written whole before it has its name: who waits for it must not see a part.
+        writeScript(at("bin/recorder"),
+                    "out=\"$OUT/run/started\"\n{ printf '%s\\0' \"$@\"; } > \"$out.$$.new\"\n"
+                    "env > \"$OUT/run/env\"\nmv \"$out.$$.new\" \"$out.$$\"\n");
+        writeScript(at("bin/dbus-launch"), "touch \"$OUT/run/launched\"\n");
+    }
+    std::string at(const std::string& name) const { return folder_.path() + "/" + name; }
+
+    std::string file(const std::string& name, std::string_view content = "text\n", mode_t mode = 0644) const {
+        test::writeFile(at("files/" + name), content);
+        test::must(::chmod(at("files/" + name).c_str(), mode));
+        return at("files/" + name);
+    }
+
+    /// A program that records: "text/plain;" are its types, "%f" its parameters.
+    void installs(const std::string& id, const std::string& types, const std::string& parameters,
+                  const std::string& more = "") {
+        test::writeFile(at("data/applications/" + id + ".desktop"),
+                        "[Desktop Entry]\nType=Application\nName=The " + id + "\nExec=" + at("bin/recorder") +
+                            " " + parameters + "\nMimeType=" + types + "\n" + more + "\n");
+        for (std::size_t from = 0, to = 0; (to = types.find(';', from)) != types.npos; from = to + 1)
+            cache_[types.substr(from, to - from)] += id + ".desktop;";
+        std::string cache = "[MIME Cache]\n";
+        for (const auto& [type, ids] : cache_) cache += type + "=" + ids + "\n";
+        test::writeFile(at("data/applications/mimeinfo.cache"), cache);
+    }
+    void chooses(const std::string& id, const std::string& type) {
+        choices_ += type + "=" + id + ".desktop\n";
+        test::writeFile(at("config/mimeapps.list"), "[Default Applications]\n" + choices_);
+    }
+
+    /// What the desktop answers in a process of this user's. `runner` starts it: {"dbus-run-session", "--"}.
+    std::string asks(Words words, const Words& runner = {}) const {
+        Words all = runner;
+        all.insert(all.end(), {fs::read_symlink("/proc/self/exe").string(), "--desktop"});
+        all.insert(all.end(), words.begin(), words.end());
+        const pid_t child = test::must(::fork());
+        if (child == 0) startInChild(all);
+        int status = 0;
+        test::must(::waitpid(child, &status, 0));
+        EXPECT_EQ(status, 0);
+        return test::contentOf(at("run/answer"));
+    }
+
+    /// The arguments of each program that was started since the last call, in no order.
+    std::multiset<Words> started(std::size_t expected) const {
+        std::set<std::string> files;
+        comes([&] {
+            files.clear();
+            for (const auto& each : fs::directory_iterator(at("run")))
+                if (each.path().stem() == "started") files.insert(each.path().string());
+            return files.size() >= expected;
+        });
+        std::multiset<Words> all;
+        for (const std::string& name : files) {
+            all.insert(split(test::contentOf(name), '\0'));
+            fs::remove(name);
+        }
+        return all;
+    }
+
+    static Words split(const std::string& text, char end) {
+        Words words;
+        for (std::size_t from = 0, to = 0; (to = text.find(end, from)) != text.npos; from = to + 1)
+            words.push_back(text.substr(from, to - from));
+        return words;
+    }
+
+    /// Set for what is asked; the value "-" removes the variable.
+    std::map<std::string, std::string> environment;
+
+  private:
+    [[noreturn]] void startInChild(const Words& words) const {
+        const int out = test::must(::open(at("run/answer").c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644));
+        ::dup2(out, STDOUT_FILENO);
+        std::map<std::string, std::string> all = {{"HOME", at("home")},
+                                                  {"XDG_DATA_HOME", at("data")},
+                                                  {"XDG_DATA_DIRS", at("system")},
+                                                  {"XDG_CONFIG_HOME", at("config")},
+                                                  {"XDG_CONFIG_DIRS", at("none")},
+                                                  {"XDG_RUNTIME_DIR", at("run")},
+                                                  {"HARBORLANTERN_HOME", at("home")},
+                                                  {"OUT", folder_.path()},
+                                                  {"DBUS_SESSION_BUS_ADDRESS", "-"},
+                                                  {"DISPLAY", ":4711"},
+                                                  {"LC_ALL", "C"},
+                                                  {"XDG_CACHE_HOME", "-"},
+                                                  {"PATH", at("bin") + ":/usr/bin:/bin"}};
+        for (const auto& [name, value] : environment) all[name] = value;
+        for (const auto& [name, value] : all)
+            value == "-" ? ::unsetenv(name.c_str()) : ::setenv(name.c_str(), value.c_str(), 1);
+        ::alarm(60);  // One that hangs fails its test.
+        std::vector<char*> argv;
+        for (const std::string& word : words) argv.push_back(const_cast<char*>(word.c_str()));
+        argv.push_back(nullptr);
+        ::execvp(argv[0], argv.data());
+        ::_exit(127);
+    }
+
+    TempDir folder_;
+    std::map<std::string, std::string> cache_;
+    std::string choices_;
+};
+
+const Words kNames = {"plain.txt", "a b.txt",     "it's \"quoted\"", "$(touch x)", "`touch x`",
+                      "%f %U %%",  "line\nbreak", "\xff\xfe.txt",    "-n",         "back\\slash",
+                      ";#?&|<>*",  "~",           "\xc3\xa4\t"};
+
+TEST(DesktopPrograms, EachNameArrivesUnchangedWhateverItHolds) {
+    User user;
+    const struct {
+        std::string parameters;
+        bool urls, together;
+    } cases[] = {{"%F", false, true},
+                 {"%f", false, false},
+                 {"%U", true, true},
+                 {"%u", true, false},
+                 {"", false, false}};
+    Words paths;
+    for (const std::string& name : kNames) paths.push_back(user.file(name));
+    for (std::size_t i = 0; i < std::size(cases); ++i)
+        user.installs("program" + std::to_string(i), "text/plain;", cases[i].parameters);
+    for (std::size_t i = 0; i < std::size(cases); ++i) {
+        const auto& c = cases[i];
+        Words all = paths;
+        if (c.urls)
+            std::transform(all.begin(), all.end(), all.begin(), [](auto& path) { return fileUrl(path); });
+        std::multiset<Words> expected;
+        for (const std::string& each : all) expected.insert({each});
+        if (c.together) expected = {all};
+        Words question = {"with", "program" + std::to_string(i) + ".desktop"};
+        question.insert(question.end(), paths.begin(), paths.end());
+        EXPECT_EQ(user.asks(question), "true") << c.parameters;
+        EXPECT_EQ(user.started(expected.size()), expected) << c.parameters;
+    }
+    EXPECT_FALSE(fs::exists("x"));
+}
+
+TEST(DesktopPrograms, OpeningTakesTheProgramThatIsSetForTheType) {
+    User user;
+    user.installs("first", "text/plain;", "first %f");
+    user.installs("chosen", "text/plain;inode/directory;", "chosen %f");
+    user.chooses("chosen", "text/plain");
+    test::must(::mkfifo(user.at("files/pipe").c_str(), 0600));
+    fs::create_symlink(user.at("files/gone"), user.at("files/dangling"));
+    fs::create_symlink(user.file("a.txt"), user.at("files/link"));
+    const struct {
+        std::string path, answer;
+    } cases[] = {{user.file("\xff"), "started"},    {user.at("files/link"), "started"},
+                 {user.at("files"), "started"},     {user.file("script.sh", "#!/bin/sh\n"), "started"},
+                 {user.file("x.png", "?"), "none"}, {user.at("files/pipe"), "none"},
+                 {user.at("files/gone"), "failed"}, {user.at("files/dangling"), "failed"}};
+    for (const auto& c : cases) {
+        EXPECT_EQ(user.asks({"open", c.path}), c.answer) << c.path;
+        if (c.answer == "started") {
+            EXPECT_EQ(user.started(1), std::multiset<Words>({{"chosen", c.path}}));
+        }
+    }
+}
+
+TEST(DesktopPrograms, TheDesktopsOwnChoiceComesFirstAndNoneTwice) {
+    User user;
+    user.installs("a", "text/plain;text/html;", "%f");
+    user.installs("b", "text/plain;image/png;", "%f");
+    user.installs("c", "text/plain;text/html;image/png;", "%f", "Name[de]=Das C");
+    user.installs("gone", "text/plain;", "%f", "TryExec=/nowhere/at/all");
+    user.installs("secret", "text/plain;", "%f", "NoDisplay=true");
+    user.installs("aimless", "", "");
+    user.chooses("c", "text/plain");
+    const std::string text = user.file("x.txt"), page = user.file("x.html"), picture = user.file("x.png"),
+                      sound = user.file("x.ogg");
+    const struct {
+        Words question;
+        std::string answer;
+    } cases[] = {{{"programs", "9", text}, "c.desktop=The c a.desktop=The a b.desktop=The b"},
+                 {{"programs", "2", text}, "c.desktop=The c a.desktop=The a"},
+                 {{"programs", "9", text, text}, "c.desktop=The c a.desktop=The a b.desktop=The b"},
+                 {{"programs", "9", text, page}, "c.desktop=The c a.desktop=The a"},
+                 {{"programs", "9", picture, text}, "b.desktop=The b c.desktop=The c"},
+                 {{"programs", "9", page, picture}, "c.desktop=The c"},
+                 {{"programs", "9", text, sound}, ""},
+                 {{"programs", "9", text, user.at("files/none")}, ""},
+                 {{"programs", "9"}, ""},
+                 {{"all"}, "a.desktop=The a b.desktop=The b c.desktop=The c"}};
+    for (const auto& c : cases)
+        EXPECT_EQ(user.asks(c.question), c.answer) << testing::PrintToString(c.question);
+    user.environment = {{"LANGUAGE", "de"}, {"LC_ALL", "C.UTF-8"}};
+    EXPECT_EQ(user.asks({"all"}), "c.desktop=Das C a.desktop=The a b.desktop=The b");
+    for (const std::string id : {"gone.desktop", "never.desktop", "", "../applications/a.desktop"})
+        EXPECT_EQ(user.asks({"with", id, text}), "false") << id;
+}
+
+TEST(DesktopPrograms, WhatIsStartedGetsTheUsersOwnEnvironment) {
+    User user;
+    user.installs("a", "text/plain;", "%f");
+    const struct {
+        std::string cache, bus;
+    } cases[] = {{"-", "-"}, {user.at("cache"), "-"}, {user.at("cache"), "unix:path=/nowhere"}};
+    for (const auto& c : cases) {
+        user.environment = {{"XDG_CACHE_HOME", c.cache}, {"DBUS_SESSION_BUS_ADDRESS", c.bus}};
+        EXPECT_EQ(user.asks({"with", "a.desktop", user.file("x")}), "true");
+        user.started(1);
+        const Words lines = User::split(test::contentOf(user.at("run/env")), '\n');
+        for (const auto& [name, value] : user.environment) {
+            std::string found = "-";
+            for (const std::string& line : lines)
+                if (line.starts_with(name + "=")) found = line.substr(name.size() + 1);
+            EXPECT_EQ(found, value) << name;
+        }
+    }
+    EXPECT_FALSE(fs::exists(user.at("run/launched")));
+}
+
+TEST(DesktopPrograms, OnlyWhatCanRunRunsWhenOpened) {
+    const User user;
+    const std::string program = test::contentOf("/bin/true");
+    test::must(::mkfifo(user.at("files/pipe").c_str(), 0777));
+    test::makeFolder(user.at("files/folder.desktop"));
+    const auto linkTo = [&](const std::string& name, const std::string& target) {
+        fs::create_symlink(target, user.at("files/" + name));
+        return user.at("files/" + name);
+    };
+    const struct {
+        std::string path;
+        bool runs;
+    } cases[] = {{user.file("program", program, 0755), true},
+                 {user.file("program.data", program, 0644), false},
+                 {linkTo("toProgram", user.at("files/program")), true},
+                 {user.file("script", "#!/bin/sh\n", 0755), true},
+                 {user.file("script.sh", "true\n", 0755), true},
+                 {user.file("script2", "#!/bin/sh\n", 0644), false},
+                 {user.file("script.txt", "#!/bin/sh\n", 0755), true},
+                 {user.file("x.jar", "PK\3\4", 0755), true},
+                 {user.file("x.jar2.jar", "PK\3\4", 0644), false},
+                 {user.file("x.AppImage", program, 0755), true},
+                 {user.file("x.exe", "MZ", 0644), true},
+                 {user.file("entry.desktop", "", 0644), true},
+                 {user.file("entry", "[Desktop Entry]\nType=Application\n", 0644), true},
+                 {linkTo("text", user.file("text.txt", "text\n", 0755)), false},
+                 {user.file("page.html", "<html>", 0755), false},
+                 {user.file("x.png", program, 0755), false},
+                 {user.file("empty", "", 0755), false},
+                 {user.file("#", "#", 0755), false},
+                 {user.at("files/folder.desktop"), false},
+                 {user.at("files/pipe"), false},
+                 {linkTo("dangling.desktop", user.at("files/gone")), false},
+                 {user.at("files/gone.desktop"), false},
+                 {"", false}};
+    DesktopPrograms desktop;
+    for (const auto& c : cases) EXPECT_EQ(desktop.runsWhenOpened(c.path), c.runs) << c.path;
+}
+
+TEST(DesktopPrograms, WithNoBusTheFolderIsOpenedAtOnceAndNoBusIsStarted) {
+    User user;
+    const Words show = {"show", user.file("\xff a"), user.file("b")};
+    EXPECT_EQ(user.asks(show), "false");
+    user.installs("folders", "inode/directory;", "%f");
+    const auto before = std::chrono::steady_clock::now();
+    EXPECT_EQ(user.asks(show), "true");
+    EXPECT_LT(std::chrono::steady_clock::now() - before, std::chrono::seconds(2));
+    EXPECT_EQ(user.started(1), std::multiset<Words>({{user.at("files")}}));
+    EXPECT_EQ(user.asks({"show", "/usr"}), "true");
+    EXPECT_EQ(user.started(1), std::multiset<Words>({{"/"}}));
+    EXPECT_EQ(user.asks({"properties", user.at("files/b")}), "false");
+    EXPECT_EQ(user.asks({"show"}), "false");
+    EXPECT_FALSE(fs::exists(user.at("run/launched")));
+}
+
+bool canHaveABus() {
+    return ::access("/usr/bin/dbus-run-session", X_OK) == 0;
+}
+
+TEST(DesktopPrograms, OnABusWithNoFileManagerTheFolderIsOpened) {
+    if (!canHaveABus()) GTEST_SKIP() << "There is no dbus-run-session.";
+    User user;
+    user.installs("folders", "inode/directory;", "%f");
+    const Words session = {"dbus-run-session", "--"};
+    EXPECT_EQ(user.asks({"properties", user.file("a")}, session), "false");
+    EXPECT_EQ(user.asks({"show", user.at("files/a")}, session), "true");
+    EXPECT_EQ(user.started(1), std::multiset<Words>({{user.at("files")}}));
+}
+
+TEST(DesktopPrograms, TheFileManagerIsAskedForTheFilesAndMayTakeItsTime) {
+    if (!canHaveABus()) GTEST_SKIP() << "There is no dbus-run-session.";
+    // The bus stays until the file manager, which the bus starts, was asked.
+    const std::string stay =
+        "\"$@\"; for i in $(seq 3000); do [ -s \"$OUT/run/asked\" ] && exit; sleep 0.01; done";
+    const Words session = {"dbus-run-session", "--", "sh", "-c", stay, "sh"};
+    const struct {
+        std::string verb, method, answersAfterMs;
+    } cases[] = {{"show", "ShowItems", "0"},
+                 {"show", "ShowItems", "5000"},
+                 {"properties", "ShowItemProperties", "0"},
+                 {"properties", "ShowItemProperties", "5000"}};
+    for (const auto& c : cases) {
+        User user;
+        user.installs("folders", "inode/directory;", "%f");
+        fs::create_directories(user.at("data/dbus-1/services"));
+        test::writeFile(user.at("data/dbus-1/services/manager.service"),
+                        "[D-BUS Service]\nName=org.freedesktop.FileManager1\nExec=" +
+                            fs::read_symlink("/proc/self/exe").string() + " --file-manager " +
+                            user.at("run/asked") + " " + c.answersAfterMs + "\n");
+        const std::string a = user.file("\xff a"), b = user.file("b\nc");
+        const auto before = std::chrono::steady_clock::now();
+        EXPECT_EQ(user.asks({c.verb, a, b}, session), "true");
+        EXPECT_LT(std::chrono::steady_clock::now() - before, std::chrono::seconds(4));
+        EXPECT_EQ(test::contentOf(user.at("run/asked")),
+                  c.method + "\n" + fileUrl(a) + "\n" + fileUrl(b) + "\n");
+        EXPECT_TRUE(user.started(0).empty()) << "the folder was opened as well";
+    }
+}
+
+TEST(DesktopPrograms, NobodyWaitsForABusThatSaysNothing) {
+    User user;
+    user.installs("a", "text/plain;inode/directory;", "%f");
+    const int bus = test::must(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    user.at("run/silent").copy(address.sun_path, sizeof address.sun_path - 1);
+    test::must(::bind(bus, reinterpret_cast<const sockaddr*>(&address), sizeof address));
+    test::must(::listen(bus, 8));
+    user.environment = {{"DBUS_SESSION_BUS_ADDRESS", "unix:path=" + user.at("run/silent")}};
+    const std::string path = user.file("x.txt");
+    const struct {
+        Words question;
+        std::string answer;
+    } cases[] = {{{"open", path}, "failed"},
+                 {{"with", "a.desktop", path}, "false"},
+                 {{"show", path}, "false"},
+                 {{"properties", path}, "false"},
+                 {{"programs", "9", path}, "a.desktop=The a"}};
+    for (const auto& c : cases) {
+        const auto before = std::chrono::steady_clock::now();
+        EXPECT_EQ(user.asks(c.question), c.answer) << c.question[0];
+        EXPECT_LT(std::chrono::steady_clock::now() - before, std::chrono::seconds(4)) << c.question[0];
+    }
+    ::close(bus);
+}
+
+TEST(DesktopPrograms, CopiedFilesCanBePastedIntoAFileManager) {
+    DesktopPrograms desktop;
+    desktop.copyFiles({"/a b/\xff%\n'~", "/ä"});
+    const QMimeData* data = QGuiApplication::clipboard()->mimeData();
+    ASSERT_NE(data, nullptr);
+    EXPECT_EQ(data->data(QStringLiteral("text/uri-list")).toStdString(),
+              "file:///a%20b/%FF%25%0A%27~\r\nfile:///%C3%A4\r\n");
+    EXPECT_EQ(data->data(QStringLiteral("x-special/gnome-copied-files")).toStdString(),
+              "copy\nfile:///a%20b/%FF%25%0A%27~\nfile:///%C3%A4");
+    EXPECT_EQ(data->text().toStdString(), "/a b/\xef\xbf\xbd%\n'~\n/ä");
+}
+
+}  // namespace
+}  // namespace hl
