@@ -7,6 +7,7 @@
 #include <algorithm>
 
 #include "base/scope_exit.h"
+#include "platform/qt/cell_editor.h"
 #include "platform/qt/grid_accessible.h"
 #include "platform/qt/grid_header.h"
 #include "platform/qt/grid_view_own.h"
@@ -53,6 +54,7 @@ GridView::GridView(Grid& grid, GridId id, bool tree, CellTextFunction cellText, 
 }
 
 GridView::~GridView() {
+    editor_.reset();  // It would still be told of the focus, and ask a view that is half gone.
     grid_.attach(nullptr);
     // The model is a member, and would be gone before the base class lets go of it.
     setModel(nullptr);
@@ -152,6 +154,8 @@ void GridView::apply() {
     showSort();
     viewport()->update();
     if (change.structure) accessibleRowsChanged(*this);
+    if (change.structure && editor_) editor_->cancel();
+    moveEditor();
 }
 
 // The column by which the rows are sorted; of a tree, those below the sources. Sizes are sorted by their
@@ -253,6 +257,7 @@ void GridView::scrollContentsBy(int dx, int dy) {
         QTableView::scrollContentsBy(dx, dy);
         // Drawing starts at the grid's top row, which need not be what was on screen.
         viewport()->update();
+        moveEditor();
         if (dy == 0 || applying_) return;
         if (dirty_ || !grid_.redraw()) {
             userScrolled_ = true;
@@ -266,6 +271,7 @@ void GridView::scrollContentsBy(int dx, int dy) {
 void GridView::resizeEvent(QResizeEvent* event) {
     qtGuard(events_, "GridView::resizeEvent", [&] {
         QTableView::resizeEvent(event);
+        moveEditor();
         if (event->size().height() > event->oldSize().height() && grid_.rowCount() > 0 && upToDate())
             events_.gridScrolled(id_);
     });
@@ -390,9 +396,19 @@ void GridView::changeEvent(QEvent* event) {
         QTableView::changeEvent(event);
         const QEvent::Type type = event->type();
         if (type == QEvent::FontChange || type == QEvent::StyleChange) measureRows();
+        moveEditor();
     });
 }
 
-void GridView::editText(Row) {}
+// --- editing
+
+void GridView::editText(Row row) {
+    if (!editor_) editor_ = std::make_unique<CellEditor>(*this);
+    editor_->begin(row);
+}
+
+void GridView::moveEditor() {
+    if (editor_) editor_->follow();
+}
 
 }  // namespace hl

@@ -12,6 +12,7 @@
 #include <QBasicTimer>
 #include <QElapsedTimer>
 #include <QTableView>
+#include <memory>
 
 #include "platform/qt/grid_model.h"
 #include "platform/qt/grid_selection.h"
@@ -19,6 +20,7 @@
 
 namespace hl {
 
+class CellEditor;
 class GridHeader;
 
 class GridView : public QTableView, public GridObserver {
@@ -75,6 +77,9 @@ class GridView : public QTableView, public GridObserver {
     void setDescribed() { described_ = true; }
     /// In coordinates of the viewport. REQUIRES: sync().
     QRect rowRect(std::size_t index) const;
+    /// Where the text of a row's first column stands, from its first character to the end of the column.
+    /// Nothing for a row that is not shown, and while changes wait to be applied.
+    std::optional<QRect> nameRect(Row row) const;
     /// In the order on screen.
     std::vector<std::size_t> shownColumns() const;
     /// As a click on the row, and on its branch mark, do.
@@ -127,6 +132,7 @@ class GridView : public QTableView, public GridObserver {
     int fittingWidth(std::size_t column, int margin) const;
     int widestFit(std::size_t column) const;
     void setWidth(std::size_t column, int width);
+    void moveEditor();
 
     // Drawing.
     std::vector<PaintedColumn> paintedColumns() const;
@@ -182,6 +188,8 @@ class GridView : public QTableView, public GridObserver {
     int pressedKey_ = 0;
     QString typed_;
     QElapsedTimer typedAt_;
+
+    std::unique_ptr<CellEditor> editor_;  ///< Made for the first name that is edited, then kept.
 };
 
 }  // namespace hl

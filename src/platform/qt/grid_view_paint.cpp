@@ -59,6 +59,14 @@ QRect GridView::rowRect(std::size_t index) const {
     return {-horizontalScrollBar()->value(), line * rowHeight_, horizontalHeader()->length(), rowHeight_};
 }
 
+std::optional<QRect> GridView::nameRect(Row row) const {
+    const auto index = upToDate() && !isColumnHidden(0) ? rows_.find(row) : std::nullopt;
+    if (!index) return std::nullopt;
+    const QRect line = rowRect(*index);
+    const QRect cell(columnViewportPosition(0), line.top(), columnWidth(0), line.height());
+    return RowPainter(sources_, *this).textRect(row, cell);
+}
+
 QString GridView::cellText(std::size_t column, Row row) const {
     return QString::fromStdString(cellText_(id_, column, row));
 }

@@ -13,6 +13,9 @@ namespace hl {
 namespace {
 
 constexpr int kF1 = 112, kF24 = 135;
+/// Where the stand-ins begin for bytes that are no UTF-8; those below 0x80 always are.
+constexpr char32_t kStrayByte = 0xDC00, kFirstStray = 0xDC80, kLastStray = 0xDCFF;
+constexpr char32_t kReplacement = 0xFFFD;
 
 /// Virtual key codes that differ from Qt's; letters and digits are the same in both.
 constexpr std::array<std::pair<int, int>, 25> kKeys = {{
@@ -55,6 +58,32 @@ QString captionText(std::string_view caption) {
 
 std::string utf8(const QString& text) {
     return text.toStdString();
+}
+
+QString editableText(std::string_view bytes) {
+    QString text;
+    while (!bytes.empty()) {
+        const auto [value, length] = firstCodePoint(bytes);
+        const char32_t stray = kStrayByte + static_cast<unsigned char>(bytes.front());
+        text.append(QChar::fromUcs4(value.value_or(stray)));
+        bytes.remove_prefix(length);
+    }
+    return text;
+}
+
+std::string bytesOfEditable(const QString& text) {
+    std::string bytes;
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        char32_t c = text[i].unicode();
+        if (c >= kFirstStray && c <= kLastStray) {
+            bytes += static_cast<char>(c - kStrayByte);
+            continue;
+        }
+        const bool pair = QChar::isHighSurrogate(c) && i + 1 < text.size() && text[i + 1].isLowSurrogate();
+        if (pair) c = QChar::surrogateToUcs4(text[i], text[++i]);
+        appendUtf8(bytes, QChar::isSurrogate(c) ? kReplacement : c);
+    }
+    return bytes;
 }
 
 int virtualKey(const QKeyEvent& event) {

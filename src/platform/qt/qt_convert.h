@@ -16,6 +16,11 @@ QString shownName(std::string_view bytes);
 /// A caption for a button or menu; Qt would take a "&" in it for the mark of a key.
 QString captionText(std::string_view caption);
 std::string utf8(const QString& text);
+/// A name for a box in which it is edited: valid UTF-8 as it is, control characters too; any other byte as a
+/// lone low surrogate, U+DC00 and the byte.
+QString editableText(std::string_view bytes);
+/// The exact inverse, for any bytes. A lone surrogate that editableText() never makes becomes U+FFFD.
+std::string bytesOfEditable(const QString& text);
 
 /// Virtual key code of a key that handlers may know; 0 for any other.
 int virtualKey(const QKeyEvent& event);

@@ -56,14 +56,21 @@ int RowPainter::barWidth() const {
     return metrics_.horizontalAdvance(QStringLiteral("100%")) + 16;
 }
 
+int RowPainter::barRoom(Row row) const {
+    return sources_.grid.barPicture(row) >= 0 ? barWidth() + kGap : 0;
+}
+
 int RowPainter::contentWidth(Row row, std::size_t column) const {
     // Cutting a text measures in fractions of a pixel, so a rounded width may be too small for it.
     const double exact = QFontMetricsF(metrics_).horizontalAdvance(fullText(row, column));
     const int text = static_cast<int>(std::ceil(exact)) + 1 + 2 * kPadding;
     if (column > 0)
         return sources_.grid.columns()[column].barColor ? std::max(text, barWidth() + 2 * kPadding) : text;
-    const int bar = sources_.grid.barPicture(row) >= 0 ? barWidth() + kGap : 0;
-    return indentation(row) + iconWidth(row) + bar + text;
+    return indentation(row) + iconWidth(row) + barRoom(row) + text;
+}
+
+QRect RowPainter::textRect(Row row, const QRect& cell) const {
+    return cell.adjusted(indentation(row) + iconWidth(row) + barRoom(row), 0, -kPadding, 0);
 }
 
 QRect RowPainter::branchRect(Row row, const QRect& cell) const {
@@ -123,24 +130,22 @@ void RowPainter::paint(QPainter& painter, Row row, const QRect& area,
     painter.drawRect(area.adjusted(0, 0, -1, -1));
 }
 
-void RowPainter::paintFirst(QPainter& painter, Row row, QRect cell, const Colors& colors) const {
+void RowPainter::paintFirst(QPainter& painter, Row row, const QRect& cell, const Colors& colors) const {
     const Grid& grid = sources_.grid;
     if (sources_.tree && grid.hasChildren(row))
         paintBranch(painter, branchRect(row, cell), grid.expanded(row));
-    cell.setLeft(cell.left() + indentation(row));
+    const int left = cell.left() + indentation(row);
     if (const int picture = grid.picture(row); picture > 0) {
-        const QRect box(cell.left(), cell.top() + (cell.height() - iconSize_) / 2, iconSize_, iconSize_);
+        const QRect box(left, cell.top() + (cell.height() - iconSize_) / 2, iconSize_, iconSize_);
         const QIcon::Mode mode = grid.selected(row) ? QIcon::Selected : QIcon::Normal;
         if (sources_.icon) sources_.icon(picture).paint(&painter, box, Qt::AlignCenter, mode);
-        cell.setLeft(cell.left() + iconWidth(row));
     }
     if (const int percent = grid.barPicture(row); percent >= 0) {
-        const QRect bar(cell.left(), cell.top() + 1, barWidth(), cell.height() - 2);
+        const QRect bar(left + iconWidth(row), cell.top() + 1, barWidth(), cell.height() - 2);
         const std::uint32_t base = grid.columns()[0].barColor.value_or(kBarColor);
         paintBar(painter, bar, {percent * 1.0, QString::number(percent) + QLatin1Char('%')}, base);
-        cell.setLeft(bar.right() + 1 + kGap);
     }
-    paintTexts(painter, row, cell.adjusted(0, 0, -kPadding, 0), colors);
+    paintTexts(painter, row, textRect(row, cell), colors);
 }
 
 void RowPainter::paintTexts(QPainter& painter, Row row, const QRect& space, const Colors& colors) const {

@@ -46,6 +46,8 @@ class RowPainter {
     int contentWidth(Row row, std::size_t column) const;
     /// Where the branch mark of a row would be, in a first column that lies at `cell`.
     QRect branchRect(Row row, const QRect& cell) const;
+    /// Where its text stands there.
+    QRect textRect(Row row, const QRect& cell) const;
     /// The text that stands in the cell, with the note.
     QString fullText(Row row, std::size_t column) const;
 
@@ -54,7 +56,7 @@ class RowPainter {
         QColor ground, text;
     };
     Colors colorsOf(Row row) const;
-    void paintFirst(QPainter& painter, Row row, QRect cell, const Colors& colors) const;
+    void paintFirst(QPainter& painter, Row row, const QRect& cell, const Colors& colors) const;
     void paintOther(QPainter& painter, Row row, const PaintedColumn& column, const QRect& cell) const;
     void paintBranch(QPainter& painter, const QRect& box, bool open) const;
     void paintTexts(QPainter& painter, Row row, const QRect& space, const Colors& colors) const;
@@ -70,6 +72,7 @@ class RowPainter {
     int indentation(Row row) const;
     int iconWidth(Row row) const;
     int barWidth() const;
+    int barRoom(Row row) const;
     QString cellText(Row row, std::size_t column) const;
     QString note(Row row) const;
 

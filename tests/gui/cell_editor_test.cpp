@@ -1,0 +1,429 @@
+// Editing the name of a row in its cell, with real keys and clicks.
+#include <QClipboard>
+#include <QLineEdit>
+#include <QMenu>
+#include <QScrollBar>
+#include <functional>
+#include <random>
+
+#include "gui/grid_view_fixture.h"
+#include "gui/window_bars_fixture.h"
+#include "platform/qt/qt_convert.h"
+
+namespace hl {
+namespace {
+
+// --- bytes
+
+TEST(EditableText, GivesEveryByteBack) {
+    struct Case {
+        std::string bytes;
+        QString text;
+    };
+    const QChar mark(0xFEFF);
+    for (const Case& c :
+         {Case{"", QString()}, Case{"a\nb\t\x01", QStringLiteral("a\nb\t\x01")},
+          Case{"\xC3\xA4\xE2\x82\xAC", QString::fromUtf8("ä€")},
+          Case{"\xF0\x9F\x98\x80\xFF", QString::fromUtf8("😀") + QChar(0xDCFF)},
+          Case{"\xEF\xBB\xBFx", mark + QStringLiteral("x")}, Case{"\xEF\xBF\xBF", QString(QChar(0xFFFF))},
+          Case{"\x80z\xFF", QChar(0xDC80) + QStringLiteral("z") + QChar(0xDCFF)},
+          Case{"\xC3", QString(QChar(0xDCC3))},
+          Case{"\xED\xB2\x80", QString(QChar(0xDCED)) + QChar(0xDCB2) + QChar(0xDC80)},
+          Case{"\xC0\xAF", QString(QChar(0xDCC0)) + QChar(0xDCAF)}}) {
+        EXPECT_EQ(editableText(c.bytes), c.text) << c.bytes;
+        EXPECT_EQ(bytesOfEditable(c.text), c.bytes);
+    }
+    for (const char16_t alone : {u'\xD800', u'\xDBFF', u'\xDC00', u'\xDC7F', u'\xDD00', u'\xDFFF'})
+        EXPECT_EQ(bytesOfEditable(QString(QChar(alone)) + QLatin1Char('x')), "\xEF\xBF\xBDx");
+}
+
+TEST(EditableText, GivesRandomBytesBackThroughTheBox) {
+    std::mt19937 random(7);
+    // Leads and continuations are likelier than in even bytes, so that whole characters come about.
+    const std::string likely("\x80\xBF\xA4\xC3\xE2\xED\xF0\xF4\xFF\n\t\x01.a", 14);
+    QLineEdit box;
+    for (int round = 0; round < 20000; ++round) {
+        std::string bytes;
+        for (std::size_t left = random() % 12; left > 0; --left)
+            bytes += random() % 4 == 0 ? static_cast<char>(random() % 256) : likely[random() % likely.size()];
+        const QString text = editableText(bytes);
+        ASSERT_EQ(bytesOfEditable(text), bytes) << testing::PrintToString(bytes);
+        if (round % 20 != 0) continue;
+        box.setText(text);
+        ASSERT_EQ(bytesOfEditable(box.text()), bytes) << testing::PrintToString(bytes);
+    }
+}
+
+// --- the box over a view
+
+struct CellEditorTest : GridViewTest {
+    QLineEdit other{nullptr};
+    QWidget window;
+
+    /// The view in a window beside a box that takes the focus.
+    void showWindow(bool tree) {
+        show(tree);
+        other.setParent(&window);
+        view->setParent(&window);
+        window.resize(700, 340);
+        view->setGeometry(0, 0, 600, 300);
+        other.setGeometry(0, 305, 200, 30);
+        window.show();
+        view->show();
+        window.activateWindow();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+        view->setFocus();
+    }
+    ~CellEditorTest() override {
+        view.reset();
+        other.setParent(nullptr);
+    }
+    QLineEdit* box() const { return view->findChild<QLineEdit*>(QStringLiteral("cellEditor")); }
+    bool editing() const { return box() != nullptr && box()->isVisible(); }
+    QLineEdit& edit(std::string_view text) {
+        view->editText(row(text));
+        EXPECT_TRUE(editing() && box()->hasFocus()) << text;
+        return *box();
+    }
+    void press(int code, Qt::KeyboardModifiers keys = {}) { QTest::keyClick(box(), Qt::Key(code), keys); }
+    void type(const char* text) { QTest::keyClicks(box(), QLatin1String(text)); }
+    Log takeTold() { return std::exchange(told.told, {}); }
+    Log edited(std::string_view text, const std::string& bytes) const {
+        return {"edited " + std::to_string(row(text)) + " " + bytes};
+    }
+    /// Neither a key nor a change that the view heard of while the box was open.
+    void settle() { QTest::qWait(1); }
+};
+
+TEST_F(CellEditorTest, SelectsAFilesNameWithoutItsExtension) {
+    struct Case {
+        const char* name;
+        bool tree;
+        const char* selected;
+    };
+    for (const Case& c : {Case{"a.txt", false, "a"}, Case{"a.tar.gz", false, "a.tar"},
+                          Case{"README", false, "README"}, Case{".profile", false, ".profile"},
+                          Case{".a.b", false, ".a"}, Case{"end.", false, "end"}, Case{"a.d", true, "a.d"}}) {
+        grid.clear();
+        grid.addRow(kNoRow, c.name);
+        show(c.tree);
+        const QLineEdit& name = edit(c.name);
+        EXPECT_EQ(name.text().toStdString(), c.name);
+        EXPECT_EQ(name.selectedText().toStdString(), c.selected) << c.name;
+        EXPECT_EQ(name.accessibleName(), QStringLiteral("Name"));
+        EXPECT_EQ(name.font(), view->font());
+    }
+}
+
+TEST_F(CellEditorTest, EndsOnceAndTellsOrNot) {
+    addRoots(3);
+    showWindow(false);
+    struct Case {
+        const char* name;
+        std::function<void()> end;
+        bool tells;
+        bool focusInGrid;
+    };
+    const auto wait = [this] { QTest::qWaitFor([this] { return !editing(); }, 2000); };
+    const QPoint elsewhere(550, 100);
+    for (const Case& c : {
+             Case{"Return", [&] { press(Qt::Key_Return); }, true, true},
+             Case{"Enter", [&] { press(Qt::Key_Enter, Qt::KeypadModifier); }, true, true},
+             Case{"Tab", [&] { press(Qt::Key_Tab); }, true, true},
+             Case{"Backtab", [&] { press(Qt::Key_Backtab, Qt::ShiftModifier); }, true, true},
+             Case{"click into the grid",
+                  [&] { QTest::mouseClick(view->viewport(), Qt::LeftButton, {}, elsewhere); }, true, true},
+             Case{"click on a title",
+                  [&] {
+                      QTest::mouseClick(view->horizontalHeader()->viewport(), Qt::LeftButton, {}, {20, 5});
+                  },
+                  true, true},
+             Case{"click into another box", [&] { QTest::mouseClick(&other, Qt::LeftButton); }, true, false},
+             Case{"another edit", [&] { view->editText(row("r2")), press(Qt::Key_Escape); }, true, true},
+             Case{"Escape", [&] { press(Qt::Key_Escape); }, false, true},
+             Case{"a row more", [&] { grid.removeRow(grid.addRow(kNoRow, "new")), wait(); }, false, true},
+             Case{"a row more, and Return at once",
+                  [&] { grid.removeRow(grid.addRow(kNoRow, "new")), press(Qt::Key_Return); }, false, true},
+             Case{"sorted", [&] { grid.sortLevels(0), wait(); }, false, true},
+             Case{"disabled grid", [&] { grid.setEnabled(false), wait(), grid.setEnabled(true); }, false,
+                  true},
+             Case{"disabled grid, and Return at once",
+                  [&] { grid.setEnabled(false), press(Qt::Key_Return), grid.setEnabled(true); }, false, true},
+             Case{"disabled view", [&] { view->setEnabled(false), view->setEnabled(true); }, false, false},
+             Case{"Redraw off", [&] { grid.setRedraw(false), wait(), grid.setRedraw(true); }, false, true},
+             Case{"Redraw off, and Return at once",
+                  [&] { grid.setRedraw(false), press(Qt::Key_Return), grid.setRedraw(true); }, false, true},
+         }) {
+        edit("r1");
+        type("new");
+        c.end();
+        EXPECT_FALSE(editing()) << c.name;
+        settle();
+        EXPECT_EQ(takeTold(), c.tells ? edited("r1", "new") : Log{}) << c.name;
+        EXPECT_EQ(view->hasFocus(), c.focusInGrid) << c.name;
+        view->setFocus();
+        settle();
+    }
+    takeLog();
+    EXPECT_EQ(told.told, Log{});
+}
+
+TEST_F(CellEditorTest, StaysThroughWhatDoesNotLeaveIt) {
+    addRoots(3);
+    showWindow(false);
+    QWidget second;
+    struct Case {
+        const char* name;
+        std::function<void()> happens;
+    };
+    for (const Case& c : {
+             Case{"window in the background",
+                  [&] {
+                      second.show();
+                      second.activateWindow();
+                      ASSERT_TRUE(QTest::qWaitForWindowActive(&second));
+                      QTest::qWait(250);
+                      window.activateWindow();
+                      ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+                  }},
+             Case{"its menu",
+                  [&] {
+                      QContextMenuEvent menu(QContextMenuEvent::Mouse, {5, 5},
+                                             box()->mapToGlobal(QPoint(5, 5)));
+                      QApplication::sendEvent(box(), &menu);
+                      ASSERT_NE(QApplication::activePopupWidget(), nullptr);
+                      QTest::qWait(250);
+                      QApplication::activePopupWidget()->close();
+                      window.activateWindow();
+                  }},
+             Case{"a click into it", [&] { QTest::mouseClick(box(), Qt::LeftButton); }},
+             Case{"cells", [&] { grid.setNumber(row("r0"), 0, 7), QTest::qWait(20); }},
+             Case{"Redraw off for a moment",
+                  [&] {
+                      grid.setRedraw(false);
+                      grid.setNumber(row("r0"), 0, 8);
+                      grid.setRedraw(true);
+                      QTest::qWait(20);
+                  }},
+             Case{"another size", [&] { view->resize(500, 250); }},
+         }) {
+        edit("r1");
+        type("new");
+        c.happens();
+        EXPECT_TRUE(editing()) << c.name;
+        EXPECT_EQ(takeTold(), Log{}) << c.name;
+        press(Qt::Key_Return);
+        EXPECT_EQ(takeTold(), edited("r1", "new")) << c.name;
+    }
+}
+
+TEST_F(CellEditorTest, DoesNotOpenWhereNobodyCouldWork) {
+    addRoots(3);
+    showWindow(false);
+    struct Case {
+        const char* name;
+        std::function<void(bool on)> set;
+    };
+    for (const Case& c :
+         {Case{"disabled grid", [&](bool on) { grid.setEnabled(on); }},
+          Case{"disabled view", [&](bool on) { view->setEnabled(on); }},
+          Case{"hidden view", [&](bool on) { view->setVisible(on); }},
+          Case{"Redraw off", [&](bool on) { grid.setRedraw(on); }},
+          Case{"no name column", [&](bool on) { grid.changeColumn(0).visible = on, settle(); }}}) {
+        c.set(false);
+        view->editText(row("r1"));
+        EXPECT_FALSE(editing()) << c.name;
+        c.set(true);
+    }
+    view->editText(kNoRow);
+    EXPECT_FALSE(editing());
+    edit("r1");
+}
+
+TEST_F(CellEditorTest, KeysStayInTheBox) {
+    addRoots(3);
+    showWindow(false);
+    grid.setCurrentRow(row("r0"));
+    edit("r1");
+    for (const int code : {Qt::Key_F2, Qt::Key_Delete, Qt::Key_Up, Qt::Key_Down, Qt::Key_PageDown,
+                           Qt::Key_Home, Qt::Key_End, Qt::Key_F5, Qt::Key_Plus})
+        press(code);
+    EXPECT_EQ(picked(), "@r0");
+    EXPECT_EQ(takeLog(), Log{});
+    EXPECT_EQ(box()->text(), QStringLiteral("+"));
+    press(Qt::Key_Z, Qt::ControlModifier);
+    press(Qt::Key_Z, Qt::ControlModifier);
+    press(Qt::Key_Return);
+    EXPECT_EQ(takeTold(), edited("r1", "r1"));
+}
+
+// The key that ended the edit is still down when the grid has the focus.
+TEST_F(CellEditorTest, TheKeyThatEndedItDoesNothingMore) {
+    addRoots(3);
+    showWindow(false);
+    for (const Qt::Key code : {Qt::Key_Return, Qt::Key_Escape}) {
+        edit("r1");
+        QTest::keyPress(box(), code);
+        ASSERT_TRUE(view->hasFocus());
+        QKeyEvent repeated(QEvent::KeyPress, code, {}, {}, true);
+        QKeyEvent released(QEvent::KeyRelease, code, {});
+        for (QKeyEvent* event : {&repeated, &released}) {
+            event->ignore();
+            EXPECT_TRUE(QApplication::sendEvent(view.get(), event)) << code;
+        }
+        // From now on it is a key as any other.
+        QKeyEvent again(QEvent::KeyPress, code, {});
+        QApplication::sendEvent(view.get(), &again);
+        EXPECT_FALSE(again.isAccepted());
+    }
+    EXPECT_EQ(takeLog(), Log{});
+}
+
+TEST_F(CellEditorTest, AKeyHeldDownSinceBeforeEndsNothing) {
+    addRoots(3);
+    showWindow(false);
+    edit("r1");
+    QKeyEvent repeated(QEvent::KeyPress, Qt::Key_Return, {}, {}, true);
+    QApplication::sendEvent(box(), &repeated);
+    EXPECT_TRUE(editing());
+    EXPECT_EQ(takeTold(), Log{});
+}
+
+TEST_F(CellEditorTest, StrangeBytesSurviveAnEditElsewhere) {
+    showWindow(false);
+    for (const std::string& name :
+         {std::string("\xFF\xFE odd \x80"), std::string("a\nb\tc\x01"),
+          std::string("\xF0\x9F\x98\x80\xED\xA0\x80\r\n\x7F"), std::string("\xEF\xBB\xBF mark\xC3")}) {
+        grid.clear();
+        grid.addRow(kNoRow, name);
+        const Row only = grid.firstRoot();
+        const std::string front = "edited " + std::to_string(only) + " ";
+        edit(name);
+        press(Qt::Key_Return);
+        EXPECT_EQ(takeTold(), Log{front + name});
+        edit(name);
+        press(Qt::Key_End);
+        QTest::keyClicks(box(), QString::fromUtf8("xä"));
+        press(Qt::Key_Home);
+        type("<");
+        press(Qt::Key_Return);
+        EXPECT_EQ(takeTold(), Log{front + "<" + name + "xä"});
+    }
+}
+
+TEST_F(CellEditorTest, PastedLineBreaksBecomeBlanks) {
+    grid.addRow(kNoRow, "x\ny");
+    showWindow(true);
+    const QString pasted = QString::fromUtf8("a\nb\r\nc\rd\u2028e\tf");
+    const std::string expected = "a b c d e\tf";
+    struct Case {
+        const char* name;
+        std::function<void()> paste;
+    };
+    for (const Case& c :
+         {Case{"Ctrl+V", [&] { press(Qt::Key_V, Qt::ControlModifier); }},
+          Case{"Shift+Insert", [&] { press(Qt::Key_Insert, Qt::ShiftModifier); }},
+          Case{"menu", [&] {
+                   QContextMenuEvent menu(QContextMenuEvent::Mouse, {5, 5}, box()->mapToGlobal(QPoint(5, 5)));
+                   QApplication::sendEvent(box(), &menu);
+                   auto* action = box()->findChild<QAction*>(QStringLiteral("paste"));
+                   ASSERT_TRUE(action != nullptr && action->isEnabled());
+                   action->trigger();
+                   QApplication::activePopupWidget()->close();
+                   window.activateWindow();
+               }}}) {
+        QApplication::clipboard()->setText(pasted);
+        edit("x\ny");
+        press(Qt::Key_End);
+        c.paste();
+        press(Qt::Key_Return);
+        EXPECT_EQ(takeTold(), edited("x\ny", "x\ny" + expected)) << c.name;
+    }
+}
+
+// --- place
+
+TEST_F(CellEditorTest, LiesOverTheNameRightOfWhatStandsInFrontOfIt) {
+    addTree();
+    grid.setPicture(row("ab"), 3);
+    grid.setText(row("ba"), std::string(300, 'w'));
+    const std::string wide(300, 'w');
+    showWindow(true);
+    for (const std::string& name : {std::string("a"), std::string("aaa"), std::string("ab"), wide}) {
+        const QLineEdit& place = edit(name);
+        const QRect shown = place.geometry();
+        const QRect line = view->rowRect(*view->rows().find(row(name)));
+        EXPECT_EQ(shown.top(), line.top()) << name;
+        EXPECT_EQ(shown.height(), line.height()) << name;
+        const int step = view->style()->pixelMetric(QStyle::PM_TreeViewIndentation, nullptr, view.get());
+        const int icon = name == "ab" ? view->style()->pixelMetric(QStyle::PM_SmallIconSize) : 0;
+        const int front = static_cast<int>(grid.level(row(name)) + 1) * step + icon;
+        EXPECT_GE(shown.left() - view->columnViewportPosition(0), front - 4) << name;
+        EXPECT_LE(shown.left() - view->columnViewportPosition(0), front + 4) << name;
+        EXPECT_LE(shown.right(), view->viewport()->rect().right()) << name;
+        if (name == wide) continue;
+        EXPECT_GT(shown.width(), place.fontMetrics().horizontalAdvance(place.text()) + 20) << name;
+        press(Qt::Key_End);
+        type("a much longer name than before");
+        EXPECT_GT(box()->width(), shown.width() + 20);
+        EXPECT_EQ(box()->pos(), shown.topLeft());
+    }
+}
+
+TEST_F(CellEditorTest, FollowsItsRowAndEndsOutOfSight) {
+    addRoots(100);
+    showWindow(false);
+    edit("r60");
+    EXPECT_TRUE(view->viewport()->rect().contains(box()->geometry()));
+    const auto top = [&] { return view->rowRect(60).top(); };
+    QScrollBar* bar = view->verticalScrollBar();
+    bar->setValue(bar->value() + 3);
+    EXPECT_TRUE(editing());
+    EXPECT_EQ(box()->y(), top());
+    QTest::mouseClick(bar, Qt::LeftButton, {}, {bar->width() / 2, 3});  // One line, by the button of the bar.
+    EXPECT_TRUE(editing());
+    EXPECT_EQ(box()->y(), top());
+    view->horizontalScrollBar()->setValue(30);
+    EXPECT_TRUE(editing());
+    bar->setValue(0);
+    EXPECT_FALSE(editing());
+    EXPECT_EQ(takeTold(), Log{});
+    EXPECT_TRUE(view->hasFocus());
+}
+
+TEST_F(CellEditorTest, AViewMayGoInTheMiddleOfAnEdit) {
+    addRoots(3);
+    showWindow(false);
+    edit("r1");
+    view.reset();
+    EXPECT_EQ(takeTold(), Log{});
+}
+
+// --- in the window
+
+using CellEditorInWindow = test::WindowBars;
+
+TEST_F(CellEditorInWindow, KeysOfTheEditDoNotReachTheWindow) {
+    report.addRow(kNoRow, "folder");
+    show();
+    for (const Qt::Key code : {Qt::Key_Escape, Qt::Key_F5, Qt::Key_Delete, Qt::Key_F2, Qt::Key_Return}) {
+        window->editCell(GridId::kReport, report.firstRoot());
+        auto* box = window->grid(GridId::kReport).findChild<QLineEdit*>(QStringLiteral("cellEditor"));
+        ASSERT_TRUE(box != nullptr && box->hasFocus()) << code;
+        events.told.clear();
+        QTest::keyPress(box, code);
+        QTest::keyRelease(QApplication::focusWidget(), code);
+        QTest::qWait(1);
+        const Log expected =
+            code == Qt::Key_Return ? Log{"edited " + std::to_string(report.firstRoot()) + " folder"} : Log{};
+        EXPECT_EQ(events.told, expected) << code;
+        if (box->isVisible()) QTest::keyClick(box, Qt::Key_Escape);
+        EXPECT_TRUE(window->grid(GridId::kReport).hasFocus()) << code;
+    }
+    // Without a box it is the window's key again.
+    QTest::keyClick(&window->grid(GridId::kReport), Qt::Key_Escape);
+    EXPECT_EQ(events.told, Log{"formKeyUp 27"});
+}
+
+}  // namespace
+}  // namespace hl
