@@ -229,7 +229,8 @@ std::string nameInTrash(const std::string& name, unsigned attempt) {
     timespec now{};
     clock_gettime(CLOCK_MONOTONIC, &now);
     const auto number = attempt <= kNamesInTurn ? attempt : kNamesInTurn + static_cast<unsigned>(now.tv_nsec);
-    const std::string ending = attempt == 1 ? "" : "." + std::to_string(number);
+    std::string ending;
+    if (attempt > 1) ending.append(1, '.').append(std::to_string(number));
     return name.substr(0, kLongestName - kInfoEnding.size() - ending.size()) + ending;
 }
 
