@@ -124,7 +124,7 @@ TEST_F(CellEditorTest, EndsOnceAndTellsOrNot) {
         bool tells;
         bool focusInGrid;
     };
-    const auto wait = [this] { QTest::qWaitFor([this] { return !editing(); }, 2000); };
+    const auto wait = [this] { EXPECT_TRUE(QTest::qWaitFor([this] { return !editing(); }, 2000)); };
     const QPoint elsewhere(550, 100);
     for (const Case& c : {
              Case{"Return", [&] { press(Qt::Key_Return); }, true, true},
