@@ -80,8 +80,10 @@ std::string bytesOfEditable(const QString& text) {
             continue;
         }
         const bool pair = QChar::isHighSurrogate(c) && i + 1 < text.size() && text[i + 1].isLowSurrogate();
-        if (pair) c = QChar::surrogateToUcs4(text[i], text[i + 1]);
-        if (pair) ++i;
+        if (pair) {
+            c = QChar::surrogateToUcs4(text[i], text[i + 1]);
+            ++i;
+        }
         appendUtf8(bytes, QChar::isSurrogate(c) ? kReplacement : c);
     }
     return bytes;
