@@ -30,7 +30,9 @@ std::string xMoveFile_W(const FileOps& ops, const std::string& from, const std::
         FileRun run(ops, ops.scan.texts.TL(9551, "Wird verschoben: %1"));
         error = ops.operations.move(placeOf(ops.scan, from), placeOf(ops.scan, to), run);
     }
-    return error == 0 ? std::string() : ops.scan.facts.errorText(error);
+    if (error == 0) return {};
+    const std::string text = ops.scan.facts.errorText(error);
+    return text.empty() ? std::to_string(error) : text;
 }
 
 void renameInList(const FileOps& ops, ListView& list, Row row, const std::string& name) {

@@ -145,7 +145,7 @@ class Window {
 
     // --- questions; each returns when it is answered
     virtual void showForm(Form& form) = 0;
-    /// True for yes; a message that is no question has one button.
+    /// True for yes, which Return alone does not say; a message that is no question has one button.
     virtual bool message(MessageKind kind, const std::string& text) = 0;
     /// Empty if it was cancelled.
     virtual std::string askText(const std::string& prompt, const std::string& preset) = 0;

@@ -157,6 +157,7 @@ class Logic : private ErrorSink, private MessagePump {
     WindowForm& form() { return *form_; }
     MessagePump& pump() { return *this; }
     LinuxDrives& drives() { return drives_; }
+    std::string userHome() const { return machine_.path() + "/home/user"; }
     std::string trash() const { return machine_.path() + "/Trash"; }
 
   private:
@@ -208,7 +209,7 @@ class Logic : private ErrorSink, private MessagePump {
     NoFolderVerb verb_;
     DirectoryCalls calls_;
     LinuxFileOperations operations_{calls_,
-                                    {.home = machine_.path() + "/home/user",
+                                    {.home = userHome(),
                                      .programFolders = {home_},
                                      .trash = {machine_.path() + "/Trash", ::geteuid()}}};
     std::unique_ptr<WindowDesk> desk_;

@@ -86,8 +86,10 @@ bool showMessage(QWidget* parent, const DialogTexts& texts, MessageKind kind, co
     const bool question = kind == MessageKind::kQuestion;
     auto* yes = box.addButton(question ? texts.yes : texts.ok,
                               question ? QMessageBox::YesRole : QMessageBox::AcceptRole);
-    if (question) box.setEscapeButton(box.addButton(texts.no, QMessageBox::NoRole));
-    box.setDefaultButton(yes);
+    // What is asked cannot be undone, mostly: Return alone does nothing.
+    QPushButton* no = question ? box.addButton(texts.no, QMessageBox::NoRole) : nullptr;
+    if (question) box.setEscapeButton(no);
+    box.setDefaultButton(question ? no : yes);
     dropPictures(box);
     box.exec();
     return box.clickedButton() == yes || !question;
