@@ -91,7 +91,6 @@ struct CellEditorTest : GridViewTest {
     Log edited(std::string_view text, const std::string& bytes) const {
         return {"edited " + std::to_string(row(text)) + " " + bytes};
     }
-    /// Neither a key nor a change that the view heard of while the box was open.
     void settle() { QTest::qWait(1); }
 };
 
@@ -106,7 +105,7 @@ TEST_F(CellEditorTest, SelectsAFilesNameWithoutItsExtension) {
                           Case{".a.b", false, ".a"}, Case{"end.", false, "end"}, Case{"a.d", true, "a.d"}}) {
         grid.clear();
         grid.addRow(kNoRow, c.name);
-        show(c.tree);
+        showWindow(c.tree);
         const QLineEdit& name = edit(c.name);
         EXPECT_EQ(name.text().toStdString(), c.name);
         EXPECT_EQ(name.selectedText().toStdString(), c.selected) << c.name;
@@ -341,6 +340,19 @@ TEST_F(CellEditorTest, PastedLineBreaksBecomeBlanks) {
         press(Qt::Key_Return);
         EXPECT_EQ(takeTold(), edited("x\ny", "x\ny" + expected)) << c.name;
     }
+}
+
+// Where the desktop has such a selection: in an X server.
+TEST_F(CellEditorTest, TheMiddleButtonPastesInOneLine) {
+    if (!QApplication::clipboard()->supportsSelection()) GTEST_SKIP() << "no selection here";
+    addRoots(3);
+    showWindow(false);
+    QApplication::clipboard()->setText(QStringLiteral("a\nb"), QClipboard::Selection);
+    edit("r1");
+    press(Qt::Key_End);
+    QTest::mouseClick(box(), Qt::MiddleButton, {}, {box()->width() - 4, box()->height() / 2});
+    press(Qt::Key_Return);
+    EXPECT_EQ(takeTold(), edited("r1", "r1a b"));
 }
 
 // --- place
