@@ -59,9 +59,11 @@ bool CellEditor::usable() const {
 
 void CellEditor::begin(Row row) {
     if (open_) {
+        const std::size_t before = view_.rows().rebuilds();
         commit();
         // Whoever heard of that may have removed the row.
-        if (!view_.sync() || !view_.rows().find(row)) return;
+        const bool sameRows = view_.sync() && view_.rows().rebuilds() == before;
+        if (!sameRows && !view_.rows().find(row)) return;
     }
     if (row == kNoRow || !usable() || !view_.isVisible()) return;
     view_.scrollIntoView(row);
@@ -205,10 +207,9 @@ bool CellEditor::eventFilter(QObject* object, QEvent* event) {
     });
 }
 
-// Much in a window takes a click but not the focus. The view's scroll bars move the box along.
+// Much in a window takes a click but not the focus.
 bool CellEditor::isElsewhere(const QWidget& pressed) const {
-    if (&pressed == this || isAncestorOf(&pressed) || pressed.window() != window()) return false;
-    return &pressed != view_.horizontalScrollBar() && &pressed != view_.verticalScrollBar();
+    return &pressed != this && !isAncestorOf(&pressed) && pressed.window() == window();
 }
 
 // A menu and another window give the focus back.
@@ -237,20 +238,26 @@ void CellEditor::mouseReleaseEvent(QMouseEvent* event) {
     });
 }
 
+/// The standard entry has no name but its text.
+void CellEditor::replacePaste(QMenu& menu) {
+    for (QAction* standard : menu.actions()) {
+        if (!standard->text().startsWith(QLineEdit::tr("&Paste"))) continue;
+        auto* paste = new QAction(standard->icon(), standard->text(), &menu);
+        paste->setObjectName(QStringLiteral("paste"));
+        paste->setEnabled(standard->isEnabled());
+        connect(paste, &QAction::triggered, this, [this] {
+            qtGuard(view_.events(), "CellEditor::paste", [&] { pasteFrom(QClipboard::Clipboard); });
+        });
+        menu.insertAction(standard, paste);
+        menu.removeAction(standard);
+    }
+}
+
 void CellEditor::contextMenuEvent(QContextMenuEvent* event) {
     qtGuard(view_.events(), "CellEditor::contextMenuEvent", [&] {
         QMenu* menu = createStandardContextMenu();
         menu->setAttribute(Qt::WA_DeleteOnClose);
-        if (auto* standard = menu->findChild<QAction*>(QStringLiteral("edit-paste"))) {
-            auto* paste = new QAction(standard->icon(), standard->text(), menu);
-            paste->setObjectName(QStringLiteral("paste"));
-            paste->setEnabled(standard->isEnabled());
-            connect(paste, &QAction::triggered, this, [this] {
-                qtGuard(view_.events(), "CellEditor::paste", [&] { pasteFrom(QClipboard::Clipboard); });
-            });
-            menu->insertAction(standard, paste);
-            menu->removeAction(standard);
-        }
+        replacePaste(*menu);
         menu->popup(event->globalPos());
         event->accept();
     });

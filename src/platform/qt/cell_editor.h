@@ -46,6 +46,7 @@ class CellEditor final : public QLineEdit {
     void pressEndKey(const QKeyEvent& event);
     bool swallows(const QKeyEvent& event);
     bool isElsewhere(const QWidget& pressed) const;
+    void replacePaste(QMenu& menu);
     void pasteFrom(QClipboard::Mode mode);
     void watch();
 
