@@ -24,7 +24,8 @@ const char* nameOf(OpenResult result) {
 
 std::string idsOf(const std::vector<DesktopProgram>& programs) {
     std::string all;
-    for (const auto& [id, name] : programs) all += (all.empty() ? "" : " ") + id + "=" + name;
+    for (const auto& [id, name] : programs)
+        all.append(all.empty() ? "" : " ").append(id).append("=").append(name);
     return all;
 }
 
@@ -65,9 +66,12 @@ void offer(GDBusConnection* bus, const char*, gpointer recorder) {
 
 }  // namespace
 
-/// VERB ARGUMENT...: one call, as in a session of the program. Prints what it gives.
+/// VERB ARGUMENT...: one call, as in a session of the program whose folder HARBORLANTERN_HOME names. Prints
+/// what it gives.
 int desktopCommand(int count, char** words) {
-    WritesLedTo writes(std::getenv("HARBORLANTERN_HOME"));
+    const char* home = std::getenv("HARBORLANTERN_HOME");
+    if (home == nullptr) return 2;
+    WritesLedTo writes(home);
     writes.settle();
     DesktopPrograms desktop;
     const std::string verb = words[0];

@@ -76,7 +76,7 @@ class User {
         for (std::size_t from = 0, to = 0; (to = types.find(';', from)) != types.npos; from = to + 1)
             cache_[types.substr(from, to - from)] += id + ".desktop;";
         std::string cache = "[MIME Cache]\n";
-        for (const auto& [type, ids] : cache_) cache += type + "=" + ids + "\n";
+        for (const auto& [type, ids] : cache_) cache.append(type).append("=").append(ids).append("\n");
         test::writeFile(at("data/applications/mimeinfo.cache"), cache);
     }
     void chooses(const std::string& id, const std::string& type) {
