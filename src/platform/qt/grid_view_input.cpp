@@ -175,7 +175,8 @@ void GridView::leaveEvent(QEvent* event) {
 }
 
 void GridView::hover(Row row) {
-    if (row != std::exchange(hovered_, row)) events_.gridMouseMove(id_, row);
+    // The same number may be another row by now.
+    if (std::exchange(hovered_, row) != kNoRow || row != kNoRow) events_.gridMouseMove(id_, row);
 }
 
 // Picks from the row that was pressed to the one below the pointer, and scrolls at the edges.
