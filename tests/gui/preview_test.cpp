@@ -1,7 +1,9 @@
 // The preview's pane with real files of each kind, and with those that try to harm it.
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <netinet/in.h>
 #include <poll.h>
+#include <sys/resource.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
@@ -35,6 +37,25 @@ using V = PreviewViewer;
 
 const std::string kPrograms = fs::path(HARBORLANTERN_PROGRAM).parent_path().string();
 
+/// As long as it lives, the process may open `count` more files.
+class FewDescriptors {
+  public:
+    explicit FewDescriptors(int count) {
+        getrlimit(RLIMIT_NOFILE, &before_);
+        std::vector<int> free;
+        for (int i = 0; i < count; ++i) free.push_back(open("/dev/null", O_RDONLY));
+        for (const int one : free) close(one);
+        const rlimit few{static_cast<rlim_t>(free.back()) + 1, before_.rlim_max};
+        setrlimit(RLIMIT_NOFILE, &few);
+    }
+    ~FewDescriptors() { setrlimit(RLIMIT_NOFILE, &before_); }
+    FewDescriptors(const FewDescriptors&) = delete;
+    FewDescriptors& operator=(const FewDescriptors&) = delete;
+
+  private:
+    rlimit before_{};
+};
+
 struct PreviewPaneTest : testing::Test, PreviewEvents {
     TempDir dir, commands, programs;
     RecordingEvents told;
@@ -42,7 +63,7 @@ struct PreviewPaneTest : testing::Test, PreviewEvents {
     std::unique_ptr<LinuxPreviewTools> tools;
     PreviewParts parts;
     std::unique_ptr<PreviewArea> area;
-    std::vector<std::string> failures, missing;
+    std::vector<std::string> failures, reasons, missing;
 
     void SetUp() override { open(); }
     /// A pane whose helpers lie in `folder`.
@@ -63,8 +84,9 @@ struct PreviewPaneTest : testing::Test, PreviewEvents {
         EXPECT_EQ(told.told, std::vector<std::string>()) << "faults of the window";
     }
 
-    std::string previewFailed(const std::string& path, const std::string&) override {
+    std::string previewFailed(const std::string& path, const std::string& error) override {
         failures.push_back(fs::path(path).filename().string());
+        reasons.push_back(error);
         return "failed";
     }
     void previewMissing(const std::string& what) override { missing.push_back(what); }
@@ -119,8 +141,17 @@ struct PreviewPaneTest : testing::Test, PreviewEvents {
                 if (image.pixelColor(x, y) == color) return true;
         return false;
     }
-    /// Whether all helpers have ended and were buried.
-    static bool noChildren() { return waitpid(-1, nullptr, WNOHANG) == -1; }
+    /// Whether the one helper has ended. Burying it is left to the tools.
+    static bool helperEnded() {
+        siginfo_t info{};
+        return waitid(P_ALL, 0, &info, WEXITED | WNOHANG | WNOWAIT) != 0 || info.si_pid != 0;
+    }
+    /// Whether the tools bury what has ended when they start something.
+    bool burials() const {
+        std::string error;
+        const auto process = tools->start({.program = "/bin/true"}, error);
+        return tools->ending() == 0;
+    }
 };
 
 // --- texts
@@ -181,6 +212,19 @@ TEST_F(PreviewPaneTest, APageOfTheWebFetchesNothing) {
     pollfd asked{server, POLLIN, 0};
     EXPECT_EQ(::poll(&asked, 1, 50), 0) << "it came over the network";
     close(server);
+}
+
+TEST_F(PreviewPaneTest, OfALongPageTheBeginningIsShownInItsEncoding) {
+    std::string page = "<p>gr\xC3\xBCn</p><!--";
+    page.resize(kMostMarkup - 8, 'x');
+    page += "--><p>";
+    page.resize(kMostMarkup - 1, 'y');
+    page += "\xC3\xBC</p>";  // The first byte of the letter is the last one of the part.
+    ASSERT_TRUE(show(V::kWebPage, file("a.html", page)));
+    ASSERT_TRUE(soon([&] { return viewer<WebView>() != nullptr; }));
+    const std::string shown = viewer<WebView>()->toPlainText().trimmed().toStdString();
+    EXPECT_TRUE(shown.starts_with("gr\xC3\xBCn\n")) << shown.substr(0, 100);
+    EXPECT_TRUE(shown.ends_with("[cut]")) << shown.substr(0, 100);
 }
 
 TEST_F(PreviewPaneTest, APageThatWouldTakeTooLongIsShownAsText) {
@@ -263,14 +307,53 @@ TEST_F(PreviewPaneTest, WhateverAHelperDoesItCostsAMessage) {
     }
 }
 
+TEST_F(PreviewPaneTest, WhereTheSystemHasNoRoomForAHelperItSaysSo) {
+    script(commands.path() + "/unrtf", "cat");
+    script(commands.path() + "/soffice", "exit 1");
+    script(programs.path() + "/harborlantern-preview", "exit 0");
+    script(programs.path() + "/harborlantern-preview-pdf", "exit 0");
+    open(programs.path());
+    area->showNotice("its viewer exists");
+    const std::string name = file("a.docx", "x");
+    for (const V kind : {V::kPicture, V::kPages, V::kRichText, V::kWebPage, V::kOffice}) {
+        failures.clear();
+        reasons.clear();
+        {
+            // Enough for the file and half of the pipes.
+            const FewDescriptors few(3);
+            ASSERT_TRUE(show(kind, name));
+        }
+        EXPECT_EQ(failures, std::vector<std::string>{"a.docx"}) << static_cast<int>(kind);
+        EXPECT_EQ(reasons, std::vector<std::string>{tools->errorText(EMFILE)}) << static_cast<int>(kind);
+        EXPECT_EQ(text(), "failed");
+    }
+    EXPECT_EQ(missing, std::vector<std::string>());
+}
+
+TEST_F(PreviewPaneTest, APictureWhoseHelperGoesLeavesNoOldPixels) {
+    fs::create_symlink(kPrograms + "/harborlantern-preview", programs.path() + "/harborlantern-preview");
+    open(programs.path());
+    QImage photo(500, 500, QImage::Format_RGB32);
+    photo.fill(Qt::green);
+    ASSERT_TRUE(photo.save(QString::fromStdString(path("a.png"))));
+    ASSERT_TRUE(show(V::kPicture, path("a.png")));
+    ASSERT_TRUE(pictureSoon());
+    auto* view = viewer<PictureView>();
+    fs::remove(programs.path() + "/harborlantern-preview");
+    area->resize(100, 100);
+    EXPECT_TRUE(soon([&] { return text() == "unknown"; }));
+    EXPECT_TRUE(view->image().isNull());
+}
+
 TEST_F(PreviewPaneTest, AnotherFileEndsTheHelperOfTheOneBefore) {
     script(programs.path() + "/harborlantern-preview", "sleep 1000");
     open(programs.path());
     ASSERT_TRUE(show(V::kPicture, file("a.png", "x")));
     QTest::qWait(50);
-    EXPECT_FALSE(noChildren());
+    EXPECT_FALSE(helperEnded());
     ASSERT_TRUE(show(V::kText, file("a.txt", "text")));
-    EXPECT_TRUE(soon([] { return noChildren(); }));
+    EXPECT_TRUE(soon([] { return helperEnded(); }));
+    EXPECT_TRUE(burials());
     EXPECT_EQ(text(), "text");
     EXPECT_TRUE(failures.empty());
 }
@@ -295,7 +378,8 @@ TEST_F(PreviewPaneTest, OfALongDocumentThePagesThatShowAreDrawn) {
         ASSERT_LT(view->keptBytes(), std::size_t{80} << 20);
     }
     area->clear();
-    EXPECT_TRUE(soon([] { return noChildren(); }));
+    EXPECT_TRUE(soon([] { return helperEnded(); }));
+    EXPECT_TRUE(burials());
 }
 
 TEST_F(PreviewPaneTest, ADocumentThatIsNoneCostsAMessage) {
@@ -386,7 +470,12 @@ TEST_F(PreviewPaneTest, WithoutHelpersAndModulesEachKindIsToldOnce) {
 TEST_F(PreviewPaneTest, WhatCannotBeOpenedIsRefusedAtOnce) {
     ASSERT_EQ(mkfifo(path("fifo.txt").c_str(), 0600), 0);
     for (const V kind : {V::kText, V::kPicture, V::kPages, V::kMedia})
-        for (const char* name : {"fifo.txt", "none.txt"}) EXPECT_FALSE(show(kind, path(name))) << name;
+        for (const auto& [name, reason] : std::initializer_list<std::pair<const char*, std::string>>{
+                 {"fifo.txt", ""}, {"none.txt", tools->errorText(ENOENT)}}) {
+            std::string error;
+            EXPECT_FALSE(area->showFile(kind, path(name), error)) << name;
+            EXPECT_EQ(error, reason) << name;
+        }
 }
 
 TEST_F(PreviewPaneTest, AFileThatVanishesMeanwhileIsShownToTheEnd) {
@@ -411,6 +500,7 @@ TEST_F(PreviewWindowTest, FollowsTheSelectionOfTheListAndGoesWithIt) {
     writeFile(tree.path() + "/a.txt", "first");
     writeFile(tree.path() + "/b\xFF.txt", "second");
     writeFile(tree.path() + "/c.xyz", "third");
+    ASSERT_EQ(mkfifo((tree.path() + "/pipe.txt").c_str(), 0600), 0);
     tools.emplace(kPrograms, "", tree.path());
     Session session(home.path());
     session.form().parts().preview.tools = &*tools;
@@ -439,6 +529,7 @@ TEST_F(PreviewWindowTest, FollowsTheSelectionOfTheListAndGoesWithIt) {
     EXPECT_EQ(select("a.txt"), "first");
     EXPECT_EQ(select("b\xFF.txt"), "second");
     EXPECT_EQ(select("c.xyz"), " - Unbekanntes Dateiformat - \n");
+    EXPECT_NE(select("pipe.txt").find("/pipe.txt' ist keine gewöhnliche Datei."), std::string::npos);
     EXPECT_EQ(select(""), "nothing");
     std::filesystem::remove(tree.path() + "/a.txt");
     std::string message;
