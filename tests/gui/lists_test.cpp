@@ -106,7 +106,7 @@ TEST_F(ListsTest, ColumnsGoAndComeBackAndSizesFollowTheirUnit) {
             s.press(list, 309 + static_cast<int>(column));
         }
         EXPECT_EQ(view.shownColumns(), all);
-        const std::size_t size = list.id == GridId::kHardlinks ? kHardlinksSize : kTopSize;
+        const std::size_t size = list.id == GridId::kHardlinks ? std::size_t{kHardlinksSize} : kTopSize;
         const std::pair<int, const char*> units[] = {
             {302, "5.120,00"}, {303, "5,00"}, {309, "5"}, {301, "5.242.880"}};
         for (const auto& [entry, text] : units) {
