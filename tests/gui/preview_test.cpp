@@ -1,9 +1,7 @@
 // The preview's pane with real files of each kind, and with those that try to harm it.
-#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <netinet/in.h>
 #include <poll.h>
-#include <sys/resource.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
@@ -12,7 +10,6 @@
 #include <QAbstractButton>
 #include <QAbstractSlider>
 #include <QImage>
-#include <QLabel>
 #include <QPainter>
 #include <QPdfWriter>
 #include <QScrollBar>
@@ -25,9 +22,9 @@
 #include "platform/qt/preview_picture.h"
 #include "platform/qt/preview_texts.h"
 #include "recording_events.h"
+#include "support/few_descriptors.h"
 #include "support/temp_dir.h"
 #include "support/whole_files.h"
-#include "window_fixture.h"
 
 namespace hl::test {
 namespace {
@@ -36,25 +33,6 @@ namespace fs = std::filesystem;
 using V = PreviewViewer;
 
 const std::string kPrograms = fs::path(HARBORLANTERN_PROGRAM).parent_path().string();
-
-/// As long as it lives, the process may open `count` more files.
-class FewDescriptors {
-  public:
-    explicit FewDescriptors(int count) {
-        getrlimit(RLIMIT_NOFILE, &before_);
-        std::vector<int> free;
-        for (int i = 0; i < count; ++i) free.push_back(open("/dev/null", O_RDONLY));
-        for (const int one : free) close(one);
-        const rlimit few{static_cast<rlim_t>(free.back()) + 1, before_.rlim_max};
-        setrlimit(RLIMIT_NOFILE, &few);
-    }
-    ~FewDescriptors() { setrlimit(RLIMIT_NOFILE, &before_); }
-    FewDescriptors(const FewDescriptors&) = delete;
-    FewDescriptors& operator=(const FewDescriptors&) = delete;
-
-  private:
-    rlimit before_{};
-};
 
 struct PreviewPaneTest : testing::Test, PreviewEvents {
     TempDir dir, commands, programs;
@@ -65,7 +43,11 @@ struct PreviewPaneTest : testing::Test, PreviewEvents {
     std::unique_ptr<PreviewArea> area;
     std::vector<std::string> failures, reasons, missing;
 
-    void SetUp() override { open(); }
+    void SetUp() override {
+        // Those of the tests before, whose tools are gone.
+        ASSERT_TRUE(soon([] { return waitpid(-1, nullptr, WNOHANG) < 0; }));
+        open();
+    }
     /// A pane whose helpers lie in `folder`.
     void open(const std::string& folder = kPrograms) {
         area.reset();
@@ -487,59 +469,6 @@ TEST_F(PreviewPaneTest, AFileThatVanishesMeanwhileIsShownToTheEnd) {
     ASSERT_TRUE(pictureSoon());
     area->resize(100, 100);
     EXPECT_TRUE(soon([&] { return viewer<PictureView>()->image().width() == 100; }));
-}
-
-// --- in the window
-
-struct PreviewWindowTest : WindowTest {
-    std::optional<LinuxPreviewTools> tools;
-};
-
-TEST_F(PreviewWindowTest, FollowsTheSelectionOfTheListAndGoesWithIt) {
-    setSettings("[Optionen]\r\nFilelistVisible=1\r\nDiskinfoVisible=0\r\n");
-    writeFile(tree.path() + "/a.txt", "first");
-    writeFile(tree.path() + "/b\xFF.txt", "second");
-    writeFile(tree.path() + "/c.xyz", "third");
-    ASSERT_EQ(mkfifo((tree.path() + "/pipe.txt").c_str(), 0600), 0);
-    tools.emplace(kPrograms, "", tree.path());
-    Session session(home.path());
-    session.form().parts().preview.tools = &*tools;
-    session.start();
-    session.form()
-        .parts()
-        .splitters[static_cast<std::size_t>(SplitterId::kFilesAndPreview)]
-        ->setControl2Visible(true);
-    auto* area = dynamic_cast<PreviewArea*>(session.frame().findChild<QWidget*>(QStringLiteral("preview")));
-    ASSERT_NE(area, nullptr);
-    session.settle();
-    ASSERT_TRUE(area->isVisible());
-    EXPECT_EQ(area->viewer(), nullptr);
-    session.scan(tree.path());
-    Grid& list = *session.form().parts().grids[static_cast<std::size_t>(GridId::kFiles)];
-    ScanHost& form = session.form();
-    form.showFilesOf(tree.path() + "/");
-    const auto select = [&](const std::string& name) {
-        list.selectNone();
-        for (std::size_t i = 0; i < list.rowCount(); ++i)
-            if (list.text(list.rowAt(i)) == name) list.setSelected(list.rowAt(i), true);
-        form.refreshPreview();
-        auto* view = dynamic_cast<TextView*>(area->viewer());
-        return view != nullptr ? view->toPlainText().toStdString() : "nothing";
-    };
-    EXPECT_EQ(select("a.txt"), "first");
-    EXPECT_EQ(select("b\xFF.txt"), "second");
-    EXPECT_EQ(select("c.xyz"), " - Unbekanntes Dateiformat - \n");
-    EXPECT_NE(select("pipe.txt").find("/pipe.txt' ist keine gewöhnliche Datei."), std::string::npos);
-    EXPECT_EQ(select(""), "nothing");
-    std::filesystem::remove(tree.path() + "/a.txt");
-    std::string message;
-    session.answers.add([&](QDialog& dialog) {
-        for (auto* label : dialog.findChildren<QLabel*>()) message += label->text().toStdString();
-        dialog.reject();
-    });
-    const std::string shown = select("a.txt");
-    EXPECT_NE(shown.find("/a.txt' kann nicht angezeigt werden!"), std::string::npos) << shown;
-    EXPECT_NE(message.find("kann nicht angezeigt werden!"), std::string::npos) << message;
 }
 
 }  // namespace

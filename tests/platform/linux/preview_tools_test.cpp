@@ -4,7 +4,6 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <poll.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -13,6 +12,7 @@
 #include <filesystem>
 
 #include "platform/preview_protocol.h"
+#include "support/few_descriptors.h"
 #include "support/temp_dir.h"
 #include "support/whole_files.h"
 
@@ -162,15 +162,12 @@ TEST_F(PreviewToolsTest, WhatTheSystemHasNoRoomForSaysWhy) {
     LinuxPreviewTools nowhere(dir.path(), "", path("none"));
     EXPECT_EQ(nowhere.makeFolder(error), nullptr);
     EXPECT_EQ(error, tools.errorText(ENOENT));
-    rlimit before{};
-    ASSERT_EQ(getrlimit(RLIMIT_NOFILE, &before), 0);
-    const rlimit few{3, before.rlim_max};
-    ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &few), 0);
     std::string ofFile, ofProcess;
-    const bool made =
-        tools.inMemory("x", ofFile) != nullptr || tools.start({.program = "x"}, ofProcess) != nullptr;
-    ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &before), 0);
-    EXPECT_FALSE(made);
+    {
+        const FewDescriptors none(0);
+        EXPECT_EQ(tools.inMemory("x", ofFile), nullptr);
+        EXPECT_EQ(tools.start({.program = "x"}, ofProcess), nullptr);
+    }
     EXPECT_EQ(ofFile, tools.errorText(EMFILE));
     EXPECT_EQ(ofProcess, tools.errorText(EMFILE));
 }
