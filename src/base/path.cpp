@@ -31,6 +31,10 @@ std::string AddTrailingSlash(std::string_view path, const PathRules& rules) {
     return std::string(trimmedBy(path, rules)) + rules.separator;
 }
 
+std::string_view fileNameOf(std::string_view path, const PathRules& rules) {
+    return path.substr(path.rfind(rules.separator) + 1);
+}
+
 std::string xGetExtension(std::string_view name) {
     const std::size_t point = name.rfind('.');
     return point == std::string_view::npos ? std::string() : std::string(name.substr(point + 1));

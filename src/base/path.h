@@ -28,6 +28,8 @@ std::string ToLongPath(std::string_view path, const PathRules& rules);
 std::string TrimAtNul(std::string_view text);
 /// The path ending in a separator; blanks are trimmed only where one has to be added, and only by the rules.
 std::string AddTrailingSlash(std::string_view path, const PathRules& rules);
+/// What follows the last separator; all of a path without one.
+std::string_view fileNameOf(std::string_view path, const PathRules& rules);
 /// What follows the last point of a file name, or empty.
 std::string xGetExtension(std::string_view name);
 

@@ -16,7 +16,6 @@ namespace {
 constexpr int kIconSize = 27;
 constexpr int kIconText = 34;
 constexpr int kFirstColumn = 310;
-constexpr std::int32_t kDefaultTopCount = 100;
 
 constexpr CheckedOption kCheckedOptions[] = {
     {BarId::kMain, 60, &Options::CreateListTOP},
@@ -83,11 +82,12 @@ void barToColumns(const CommandBar& bar, std::array<Flag, N>& columns) {
         columns[i] = bar.isChecked(kFirstColumn + static_cast<int>(i)) ? 1 : 0;
 }
 
-// The box may hold anything that can be typed.
-std::int32_t countOf(const std::string& text) {
+// The box may hold anything that can be typed. A short list that an older setting wants is left alone: only
+// what the user types has a least value.
+std::int32_t storedCount(const std::string& text) {
     constexpr double kMost = std::numeric_limits<std::int32_t>::max();
     const auto number = parseNumber(text);
-    if (!number || !(*number >= 0)) return kDefaultTopCount;  // NaN is no length either.
+    if (!number || !(*number >= 0)) return kUsualTopCount;  // NaN is no length either.
     return static_cast<std::int32_t>(std::min(*number, kMost));
 }
 
@@ -123,7 +123,7 @@ void barsToOptions(const Bars& bars, Options& options) {
     barToColumns(bars.cbrFiles, options.FileColumn);
     barToColumns(bars.cbrTOP, options.TopColumn);
     barToColumns(bars.cbrHardlinks, options.HardlinkColumn);
-    options.TOPmaxcount = countOf(bars.cbrTOP.textOf(kTopCountBox));
+    options.TOPmaxcount = storedCount(bars.cbrTOP.textOf(kTopCountBox));
 }
 
 void Change_ToolbarIconSize(Bars& bars, Diagnostics& diagnostics) {

@@ -8,11 +8,9 @@
 #include "app/options.h"
 #include "mainwindow/bars.h"
 #include "platform/command_bar.h"
+#include "views/top_view.h"
 
 namespace hl {
-
-/// In cbrTOP: the box with the number of files that the list keeps.
-inline constexpr int kTopCountBox = 322;
 
 /// An entry that is checked where its option is on.
 struct CheckedOption {

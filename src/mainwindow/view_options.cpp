@@ -4,9 +4,6 @@ namespace hl {
 
 namespace {
 
-// By BarId. Nobody asks for the grid of the main bar.
-constexpr GridId kGrids[kBarCount] = {GridId::kReport, GridId::kReport,    GridId::kDrives,   GridId::kFiles,
-                                      GridId::kTop,    GridId::kHardlinks, GridId::kJunctions};
 // By GridId.
 constexpr std::string Options::*kFontNames[kGridCount] = {
     &Options::FontName,    &Options::FontNameDisk,      &Options::FontNameFiles,
@@ -25,11 +22,14 @@ float& fontSizeOf(Options& options, GridId grid) {
     return options.*kFontSizes[static_cast<std::size_t>(grid)];
 }
 
+// The main bar comes first, then the bars in the order of their grids.
+static_assert(static_cast<int>(BarId::kReport) == static_cast<int>(GridId::kReport) + 1 &&
+              static_cast<int>(BarId::kJunctions) == static_cast<int>(GridId::kJunctions) + 1);
+
 GridId gridOf(BarId bar) {
-    return kGrids[static_cast<std::size_t>(bar)];
+    return static_cast<GridId>(static_cast<int>(bar) - 1);
 }
 
-// The main bar comes first, then the bars in the order of their grids.
 BarId barOf(GridId grid) {
     return static_cast<BarId>(static_cast<int>(grid) + 1);
 }

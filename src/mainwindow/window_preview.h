@@ -2,7 +2,6 @@
 #pragma once
 
 #include <array>
-#include <functional>
 #include <string>
 
 #include "mainwindow/panes.h"

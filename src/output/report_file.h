@@ -1,11 +1,25 @@
-// The file of a report, written in blocks.
+// The file of a report, written in blocks, and what the two forms that save one have in common.
 #pragma once
 
 #include <string>
+#include <string_view>
+#include <system_error>
 
+#include "base/text.h"
 #include "platform/files.h"
+#include "robustness/trap.h"
 
 namespace hl {
+
+/// The routine of either form that saves, as faults name it.
+inline constexpr const char* kSaveRoutine = "SPEICHERN";
+/// By the index of the form's box.
+inline constexpr std::string_view kDelimiters = ",;\t ";
+
+/// The fault for a file that cannot be written; `error` is the system's code.
+[[noreturn]] inline void raiseFileError(int error, const std::string& path) {
+    throw Fault(error, kSaveRoutine, visible(path) + ": " + std::generic_category().message(error));
+}
 
 class ReportFile {
   public:

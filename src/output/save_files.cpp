@@ -2,7 +2,6 @@
 #include "output/save_files.h"
 
 #include <cmath>
-#include <system_error>
 #include <vector>
 
 #include "app/simple_value.h"
@@ -15,8 +14,6 @@ namespace hl {
 
 namespace {
 
-constexpr const char* kRoutine = "SPEICHERN";
-constexpr std::string_view kDelimiters = ",;\t ";
 constexpr std::string_view kLineEnd = "\r\n";
 constexpr std::string_view kReplacement = "\xEF\xBF\xBD";  // U+FFFD
 
@@ -77,10 +74,6 @@ class Fields {
     std::vector<Field> fields_;
 };
 
-[[noreturn]] void raiseFileError(int error, const std::string& path) {
-    throw Fault(error, kRoutine, visible(path) + ": " + std::generic_category().message(error));
-}
-
 }  // namespace
 
 // --- the form
@@ -121,7 +114,7 @@ void SaveFilesForm::cboFormat_Click() {
 }
 
 bool SaveFilesForm::SPEICHERN() {
-    return guarded(services_.diagnostics, kRoutine, "frmSaveFiles", [&] {
+    return guarded(services_.diagnostics, kSaveRoutine, "frmSaveFiles", [&] {
         hourglass = true;
         const std::string path = askPath();
         if (!path.empty()) {

@@ -1,7 +1,6 @@
 #include "output/save_report.h"
 
 #include <limits>
-#include <system_error>
 
 #include "base/size_text.h"
 #include "base/text.h"
@@ -18,17 +17,11 @@ namespace {
 constexpr std::int32_t kAllLevels = 999;
 constexpr std::int32_t kAsTheControlsSay = -1;
 constexpr char32_t kBackspace = 8;
-constexpr std::string_view kDelimiters = ",;\t ";
-constexpr const char* kRoutine = "SPEICHERN";
 
 // Mode 4 has the name that belongs to mode 5. Neither can be chosen.
 std::string_view unitInTitle(int sizeMode) {
     constexpr std::array<std::string_view, 5> kUnits = {" (Bytes)", " (KB)", " (MB)", " (GB)", " (TB)"};
     return sizeMode < static_cast<int>(kUnits.size()) ? kUnits[static_cast<std::size_t>(sizeMode)] : "";
-}
-
-[[noreturn]] void raiseFileError(int error, const std::string& path) {
-    throw Fault(error, kRoutine, visible(path) + ": " + std::generic_category().message(error));
 }
 
 }  // namespace
@@ -144,7 +137,7 @@ bool SaveForm::SPEICHERN(std::string& path, std::int32_t levels, std::int32_t de
         loaded = false;
         return run.written;
     };
-    return guarded(services_.diagnostics, kRoutine, "frmSave", body, [&] { return run.values(); });
+    return guarded(services_.diagnostics, kSaveRoutine, "frmSave", body, [&] { return run.values(); });
 }
 
 void SaveForm::applyArguments(std::int32_t levels, std::int32_t delimiter) {
@@ -167,10 +160,10 @@ std::int32_t SaveForm::wantedLevels() const {
             return 0;
     }
     const auto number = parseInteger(txtLevels.text);
-    if (!number) throw Fault(kFaultTypeMismatch, kRoutine, "Type mismatch");
+    if (!number) throw Fault(kFaultTypeMismatch, kSaveRoutine, "Type mismatch");
     if (*number < std::numeric_limits<std::int32_t>::min() ||
         *number > std::numeric_limits<std::int32_t>::max())
-        raiseOverflow(kRoutine);
+        raiseOverflow(kSaveRoutine);
     return static_cast<std::int32_t>(*number);
 }
 
@@ -181,7 +174,7 @@ Row SaveForm::startRow(int scope) const {
                       : selected.empty()     ? kNoRow
                                              : selected.front();
     if (start == kNoRow)
-        throw Fault(kFaultInvalidCall, kRoutine, "Nothing was read: there is no row to save");
+        throw Fault(kFaultInvalidCall, kSaveRoutine, "Nothing was read: there is no row to save");
     return start;
 }
 

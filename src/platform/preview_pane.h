@@ -54,8 +54,8 @@ class PreviewPane {
     virtual ~PreviewPane() = default;
     /// `events` outlives the pane, or is taken away with null.
     virtual void setEvents(PreviewEvents* events) = 0;
-    /// `path` is bytes and is not decoded. False with the reason in `error` if the file cannot be opened;
-    /// what goes wrong later is told to the events.
+    /// `path` is bytes and is not decoded. False if the file cannot be opened, with the reason in `error`,
+    /// or is no regular file, with an empty one; what goes wrong later is told to the events.
     virtual bool showFile(PreviewViewer viewer, const std::string& path, std::string& error) = 0;
     /// A text of the program's own.
     virtual void showNotice(const std::string& text) = 0;

@@ -22,6 +22,8 @@ constexpr std::uint32_t kMaxPictureBytes = 96U << 20;
 constexpr int kMaxPictureSide = 32767;
 /// Pages of a document that are shown.
 constexpr std::uint32_t kMaxPages = 100'000;
+/// Of a page so many units of the box are shown, and drawn; the rest of a higher one is squeezed into them.
+constexpr int kHighestPage = 20'000;
 
 /// A picture: `box` is the room for it, and `scale` the device's pixels in one unit of the box, in
 /// thousandths. A page: the width of the box counts alone.

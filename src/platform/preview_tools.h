@@ -21,35 +21,38 @@ class OpenFile {
     virtual std::string head(std::size_t limit, int& error) const = 0;
 };
 
-/// A folder that nobody else can look into; removed with its owner, with all that is in it.
+/// A folder that nobody else can look into; removed with its owner, with all that is in it. It stays if the
+/// program is killed.
 class PrivateFolder {
   public:
     virtual ~PrivateFolder() = default;
     virtual const std::string& path() const = 0;
-    virtual bool makeFolder(const std::string& name) = 0;
-    virtual bool write(const std::string& name, std::string_view content) = 0;
-    /// False if it cannot be read or written whole, or is larger than `limit`.
-    virtual bool copy(const OpenFile& file, const std::string& name, std::uint64_t limit) = 0;
+    // Each gives the system's error code.
+    virtual int makeFolder(const std::string& name) = 0;
+    virtual int write(const std::string& name, std::string_view content) = 0;
+    /// A file larger than `limit` is an error, and so is one that has become shorter.
+    virtual int copy(const OpenFile& file, const std::string& name, std::uint64_t limit) = 0;
 };
 
 struct ProcessLimits {
-    std::uint64_t memory = 0;  ///< Bytes of address space; 0 for no limit. So too below.
-    unsigned cpuSeconds = 0;
-    bool limitsFileSize = true;
-    std::uint64_t fileSize = 0;  ///< Bytes of the largest file that it may write.
+    std::uint64_t memory = 0;    ///< Bytes of address space; 0 for no limit.
+    unsigned cpuSeconds = 0;     ///< 0 for no limit.
+    std::uint64_t fileSize = 0;  ///< Bytes of the largest file that it may write; 0 for none at all.
 };
 
 struct ProcessOrder {
     std::string program;  ///< Whole path.
     std::vector<std::string> arguments = {};
-    const OpenFile* input = nullptr;  ///< Descriptor 3 there, and with `inputIsStandard` 0 as well.
-    bool inputIsStandard = false;
+    const OpenFile* input = nullptr;      ///< Descriptor 3 there, and with `inputIsStandard` 0 as well.
+    bool inputIsStandard = false;         ///< REQUIRES: there is an input.
     const PrivateFolder* home = nullptr;  ///< HOME, TMPDIR and current folder; none: "/".
     ProcessLimits limits = {};
     bool foreign = false;  ///< Not of our own, so that it does not confine itself: it gets no network.
 };
 
-/// A process that we have started, with those that it has started. Its destructor ends them all.
+/// A process that we have started, with those that it has started. Its destructor ends all that did not leave
+/// its process group. If the program is killed, the first process ends with it, and those it started may
+/// stay.
 class HelperProcess {
   public:
     virtual ~HelperProcess() = default;
@@ -66,20 +69,21 @@ class HelperProcess {
 class PreviewTools {
   public:
     virtual ~PreviewTools() = default;
-    /// Null if it cannot be opened or is no regular file; a link is followed. Never waits for a writer.
+    /// Null if it cannot be opened, or, with an empty `error`, is no regular file: such a one is not touched.
+    /// A link is followed.
     virtual std::unique_ptr<OpenFile> open(const std::string& path, std::string& error) = 0;
     /// The same file once more, with a place of reading of its own.
     virtual std::unique_ptr<OpenFile> again(const OpenFile& file, std::string& error) = 0;
     /// A file that has no name and these bytes; null if there is no room for it.
-    virtual std::unique_ptr<OpenFile> inMemory(std::string_view content) = 0;
+    virtual std::unique_ptr<OpenFile> inMemory(std::string_view content, std::string& error) = 0;
     virtual std::string errorText(int code) = 0;
     /// Of a program of our own, which lies beside the main one; empty if it is not there.
     virtual std::string helper(const std::string& name) = 0;
     /// Of a command of the system; empty if there is none.
     virtual std::string command(const std::string& name) = 0;
-    virtual std::unique_ptr<PrivateFolder> makeFolder() = 0;
+    virtual std::unique_ptr<PrivateFolder> makeFolder(std::string& error) = 0;
     /// Null if no process can be made.
-    virtual std::unique_ptr<HelperProcess> start(const ProcessOrder& order) = 0;
+    virtual std::unique_ptr<HelperProcess> start(const ProcessOrder& order, std::string& error) = 0;
     /// A function of a module beside the program, which stays loaded; null with the reason.
     virtual void* moduleFunction(const std::string& module, const char* function, std::string& reason) = 0;
 };

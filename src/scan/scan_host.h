@@ -53,4 +53,16 @@ class ScanHost {
     virtual void clearStatus() = 0;
 };
 
+/// The hourglass for as long as it lives, also where a fault ends a routine.
+class BusyPointer {
+  public:
+    explicit BusyPointer(ScanHost& host) : host_(host) { host_.setBusyPointer(true); }
+    ~BusyPointer() { host_.setBusyPointer(false); }
+    BusyPointer(const BusyPointer&) = delete;
+    BusyPointer& operator=(const BusyPointer&) = delete;
+
+  private:
+    ScanHost& host_;
+};
+
 }  // namespace hl

@@ -6,7 +6,6 @@
 #include "robustness/trap.h"
 #include "scan/records.h"
 #include "scan/yield.h"
-#include "views/list_columns.h"
 
 namespace hl {
 

@@ -3,6 +3,7 @@
 #include "base/scope_exit.h"
 #include "scan/driver.h"
 #include "views/file_list.h"
+#include "views/list_columns.h"
 #include "views/size_display.h"
 
 namespace hl {

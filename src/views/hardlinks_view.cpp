@@ -40,7 +40,7 @@ HardlinksView::HardlinksView(const ListParts& parts, Grid& lvwHardlinks, Command
 void HardlinksView::List_Hardlinks_ShowDups() {
     trapped("List_Hardlinks_ShowDups", [&] {
         if (grid_.rowCount() < 2) return;
-        parts_.scan.host.setBusyPointer(true);
+        const BusyPointer busy(parts_.scan.host);
         {
             const NoRedraw off(grid_);
             // As texts: two ids may begin with the same number.
@@ -48,7 +48,6 @@ void HardlinksView::List_Hardlinks_ShowDups() {
             shadeGroups();
         }
         rowsSorted();
-        parts_.scan.host.setBusyPointer(false);
     });
 }
 

@@ -4,7 +4,6 @@
 
 #include "grid/no_redraw.h"
 #include "views/column_masks.h"
-#include "views/file_list.h"
 
 namespace hl {
 

@@ -98,7 +98,7 @@ void ListView::StartSearch() {
     trapped(routine("StartSearch"), [&] {
         const std::string part = bar_.textOf(kSearchBox);
         if (grid_.rowCount() == 0 || part.empty()) return;
-        parts_.scan.host.setBusyPointer(true);
+        const BusyPointer busy(parts_.scan.host);
         const std::size_t count = grid_.rowCount();
         const std::size_t behind = grid_.indexOf(searchedFrom()) + 1;
         const std::size_t from = behind < count ? behind : 0;
@@ -106,7 +106,6 @@ void ListView::StartSearch() {
         if (hit == count && from > 0) hit = firstHit(part, 0, from);
         if (hit != count) showHit(grid_.rowAt(hit));
         parts_.window.focusEdit(traits_.bar, kSearchBox);
-        parts_.scan.host.setBusyPointer(false);
     });
 }
 
@@ -150,7 +149,7 @@ bool ListView::ignoresInput() const {
 void ListView::GridColumnTitleClick(std::size_t column) {
     trapped(event("GridColumnTitleClick"), [&] {
         if (ignoresInput() || std::exchange(parts_.ColumnDragGuard, false)) return;
-        parts_.scan.host.setBusyPointer(true);
+        const BusyPointer busy(parts_.scan.host);
         // Sizes are sorted by their bytes, whatever the unit in which they show.
         const bool sizes = traits_.sizeColumn != 0 && column == traits_.sizeColumn;
         const std::string key = sizes ? "size" : grid_.columns().at(column).key;
@@ -162,7 +161,6 @@ void ListView::GridColumnTitleClick(std::size_t column) {
         }
         Resize_Columns(true);
         rowsSorted();
-        parts_.scan.host.setBusyPointer(false);
     });
 }
 

@@ -53,7 +53,7 @@ struct ListTraits {
     BarId bar;
     const char* family;   ///< First part of the names of its routines: "List_Files_";
     const char* events;   ///< of its events: "lvwFiles_".
-    const char* mouseUp;  ///< The names that two of them have in reports.
+    const char* mouseUp;  ///< In reports. Two lists have names that do not follow the rule.
     const char* fileStat;
 
     // Ids of its bar, 0 for none.
@@ -123,7 +123,7 @@ class ListView {
 
     /// Full path of the row's file or folder.
     virtual std::string pathOf(Row row) const;
-    /// Of the selected rows, in the order of the view: what the list's menu is for.
+    /// Of the selected rows, in the order of the view: what the list's menu is for. Not called yet.
     virtual std::vector<std::string> menuPaths() const;
     Grid& grid() { return grid_; }
     /// The name of a routine in error reports: "List_Files_DeleteFiles".

@@ -23,7 +23,7 @@ constexpr struct {
      "/mp3/wav/snd/au/aif/aifc/aiff/wma/mid/rmi/midi/avi/mpeg/mpg/m1v/mp2/mpa/mpe/wmv/asf/wm/mov/mp4/"},
 };
 
-// What the one browser showed by itself or with the help of others.
+// What each extension of the browser's kind is shown with; nothing here shows a swf.
 constexpr struct {
     PreviewViewer viewer;
     std::string_view extensions;
@@ -39,10 +39,6 @@ std::string between(std::string_view name) {
     const std::string extension = lowerCase(xGetExtension(name));
     // One with a separator in it would be found across two of a list.
     return extension.find('/') != std::string::npos ? "//" : "/" + extension + "/";
-}
-
-std::string_view fileName(std::string_view path) {
-    return path.substr(path.rfind('/') + 1);
 }
 
 }  // namespace
@@ -105,10 +101,13 @@ void Preview::Preview_ShowFile(bool force) {
 void Preview::show(const std::string& path) {
     shownPath_ = path;
     pane_->clear();
-    const auto viewer = previewViewerOf(fileName(path));
+    const auto viewer = previewViewerOf(fileNameOf(path, kPosixPaths));
     if (!viewer) return showUnknown();
     std::string error;
     if (pane_->showFile(*viewer, path, error)) return;
+    // A pipe or a device is nothing to ask the user about.
+    if (error.empty())
+        return pane_->showNotice(texts_.TL(9590, "'%1' ist keine gewöhnliche Datei.", {visible(path)}));
     const std::string text = failure(path, error);
     pane_->showNotice(text);
     host_.showMessage(text);

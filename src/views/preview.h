@@ -2,7 +2,6 @@
 #pragma once
 
 #include <cstdint>
-#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -49,7 +48,8 @@ class Preview final : private PreviewEvents {
     void setPane(PreviewPane* pane);
 
     /// Shows the selected file, unless it is the one that is shown; with `force` it is read again. A file
-    /// that cannot be opened costs a message; what fails later is told in the pane.
+    /// that cannot be opened costs a message; what is no regular file, and what fails later, is told in the
+    /// pane alone.
     void Preview_ShowFile(bool force);
     void Preview_Reset_View();
 

@@ -85,7 +85,7 @@ void ReportView::Report_ExpandFolderLevels(std::uint32_t level) {
 void ReportView::fold(const char* routine, Folding how, std::uint32_t level) {
     guarded(scan_.diagnostics, routine, kModul, [&] {
         if (grid_.rowCount() < 2) return;
-        scan_.host.setBusyPointer(true);
+        const BusyPointer busy(scan_.host);
         DisableControls(scan_, false);
         {
             const ScopeExit unlock([this] { EnableControls(scan_); });
@@ -94,7 +94,6 @@ void ReportView::fold(const char* routine, Folding how, std::uint32_t level) {
         Report_Resize_Columns(true, false);
         scan_.state.CancelState = kCancelNone;
         host_.setFirstPanel(scan_.texts.TL(3525, "OK."));
-        scan_.host.setBusyPointer(false);
     });
 }
 
@@ -153,12 +152,11 @@ void ReportView::Report_StartSearch() {
     guarded(scan_.diagnostics, "Report_StartSearch", kModul, [&] {
         const std::string part = bar_.textOf(kSearchBox);
         if (grid_.rowCount() == 0 || part.empty()) return;
-        scan_.host.setBusyPointer(true);
+        const BusyPointer busy(scan_.host);
         Row start = grid_.currentRow();
         if (start == kNoRow && grid_.selectedCount() > 0) start = grid_.selectedRows().front();
         searchFromStart(start == kNoRow ? grid_.rowAt(0) : start, part);
         window_.focusEdit(BarId::kReport, kSearchBox);
-        scan_.host.setBusyPointer(false);
     });
 }
 
@@ -200,7 +198,7 @@ void ReportView::tvwPL_GridColumnTitleClick(std::size_t column) {
     guarded(scan_.diagnostics, "tvwPL_GridColumnTitleClick", kModul, [&] {
         if (grid_.rowCount() == 0 || !grid_.redraw() || scan_.state.ScanActive) return;
         if (std::exchange(ColumnDragGuard_, false) || column >= std::size(kSortColumns)) return;
-        scan_.host.setBusyPointer(true);
+        const BusyPointer busy(scan_.host);
         {
             const NoRedraw off(grid_);
             sortAgain(kSortColumns[column].key, kSortColumns[column].numbers);
@@ -210,7 +208,6 @@ void ReportView::tvwPL_GridColumnTitleClick(std::size_t column) {
             grid_.setTopRow(grid_.rowAt(0));
         }
         Report_Resize_Columns(false, false);
-        scan_.host.setBusyPointer(false);
     });
 }
 

@@ -6,7 +6,6 @@
 #include "base/size_text.h"
 #include "grid/no_redraw.h"
 #include "views/column_masks.h"
-#include "views/file_list.h"
 #include "views/list_columns.h"
 #include "views/report_columns.h"
 

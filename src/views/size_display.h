@@ -17,6 +17,7 @@ namespace hl {
 /// also gives decimals to the percent column, or takes them.
 /// REQUIRES: the grid has the columns of its view.
 void Report_Set_SizeFormat(Grid& grid, const Options& options, const Texts& texts);
+void List_Files_Set_SizeFormat(Grid& grid, const Options& options, const Texts& texts);
 void List_TOP_Set_SizeFormat(Grid& grid, const Options& options, const Texts& texts);
 void List_Hardlinks_Set_SizeFormat(Grid& grid, const Options& options, const Texts& texts);
 

@@ -35,14 +35,12 @@ const ListTraits kTraits = {
     .keysShowStatus = true,
 };
 
-constexpr int kCountBox = 322;
-constexpr std::int32_t kUsualCount = 100;
 constexpr std::int32_t kLeastCount = 5;
 
 std::int32_t countOf(const std::string& text) {
     constexpr double kMost = std::numeric_limits<std::int32_t>::max();
     const auto number = parseNumber(text);
-    if (!number || std::isnan(*number)) return kUsualCount;
+    if (!number || std::isnan(*number)) return kUsualTopCount;
     return static_cast<std::int32_t>(std::lround(std::clamp<double>(*number, kLeastCount, kMost)));
 }
 
@@ -57,8 +55,9 @@ void TopView::Toplist_ShowSelectedFilesize() {
 
 void TopView::MouseMove(Row row) {
     trapped("lvwTOP_MouseMove", [&] {
-        if (grid_.rowCount() == 0 || row == noted_) return;
-        // The row noted last may be gone, and then has no note.
+        // The row noted last may be gone, and then has no note; another may have its number now.
+        if (grid_.rowCount() == 0 || (row == noted_ && (row == kNoRow || !grid_.rowNote(row).empty())))
+            return;
         if (noted_ != kNoRow && !grid_.rowNote(noted_).empty()) grid_.setRowNote(noted_, "");
         noted_ = row;
         if (row == kNoRow) return;
@@ -73,12 +72,12 @@ void TopView::countTyped(const std::string& text) {
 
 void TopView::countLeft() {
     trapped("cbrTOP_ControlNotify", [&] {
-        const std::string text = bar_.textOf(kCountBox);
+        const std::string text = bar_.textOf(kTopCountBox);
         const auto number = parseNumber(text);
         parts_.options.TOPmaxcount = countOf(text);
         if (number && *number >= kLeastCount) return;
-        bar_.setText(kCountBox, std::to_string(parts_.options.TOPmaxcount));
-        parts_.window.focusEdit(BarId::kTop, kCountBox);
+        bar_.setText(kTopCountBox, std::to_string(parts_.options.TOPmaxcount));
+        parts_.window.focusEdit(BarId::kTop, kTopCountBox);
     });
 }
 

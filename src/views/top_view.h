@@ -5,6 +5,11 @@
 
 namespace hl {
 
+/// In cbrTOP: the box with the number of files that the list keeps.
+inline constexpr int kTopCountBox = 322;
+/// The number where the box has none.
+inline constexpr std::int32_t kUsualTopCount = 100;
+
 class TopView final : public ListView {
   public:
     TopView(const ListParts& parts, Grid& lvwTOP, CommandBar& cbrTOP);

@@ -1,12 +1,12 @@
 #include "views/type_names.h"
 
-#include <utility>
+#include "base/path.h"
 
 namespace hl {
 
 std::string TypeNames::of(const std::string& path) {
     constexpr std::size_t kLookedAt = 4096;
-    const std::string_view name = std::string_view(path).substr(path.rfind('/') + 1);
+    const std::string_view name = fileNameOf(path, kPosixPaths);
     if (const auto type = types_.typeName(name)) return *type;
     if (++looks_ > kMostLooks) return {};
     const auto beginning = files_.beginning(path, kLookedAt);

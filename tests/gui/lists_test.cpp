@@ -6,6 +6,7 @@
 #include <QWheelEvent>
 
 #include "gui/lists_fixture.h"
+#include "views/list_columns.h"
 
 namespace hl {
 namespace {
@@ -105,7 +106,7 @@ TEST_F(ListsTest, ColumnsGoAndComeBackAndSizesFollowTheirUnit) {
             s.press(list, 309 + static_cast<int>(column));
         }
         EXPECT_EQ(view.shownColumns(), all);
-        const std::size_t size = list.id == GridId::kHardlinks ? 5 - 1 : 1;
+        const std::size_t size = list.id == GridId::kHardlinks ? std::size_t{kHardlinksSize} : kTopSize;
         const std::pair<int, const char*> units[] = {
             {302, "5.120,00"}, {303, "5,00"}, {309, "5"}, {301, "5.242.880"}};
         for (const auto& [entry, text] : units) {
@@ -259,6 +260,10 @@ TEST_F(ListsTest, TheRowUnderThePointerTellsItsFolder) {
         QApplication::sendEvent(view.viewport(), &help);
         EXPECT_NE(QToolTip::text().toStdString().find(folder), std::string::npos);
     }
+    s.scan(at("src"));
+    const QPoint beside = s.place(view, 4) + QPoint(1, 0);
+    QTest::mouseMove(view.viewport(), beside);
+    EXPECT_NE(note(4), "") << "other rows with the same numbers";
     QEvent leave(QEvent::Leave);
     QApplication::sendEvent(&view, &leave);
     EXPECT_EQ(note(4), "");

@@ -1,6 +1,7 @@
 // What the four lists hold, compared with what the system says of the tree, and what is saved of them.
 #include <sys/stat.h>
 
+#include <algorithm>
 #include <map>
 #include <random>
 
@@ -108,8 +109,12 @@ TEST_F(ListsTest, TheLargestFilesAreThoseOfASortedListingForAnyLength) {
             shown[s.path(grid, grid.rowAt(i))] = grid.number(grid.rowAt(i), kFileSize);
         }
         EXPECT_EQ(shown.size(), wanted) << "no file twice";
-        for (const FoundFile& one : all)
-            EXPECT_TRUE(!shown.contains(one.path) || shown[one.path] == one.size) << one.path;
+        const auto isShown = [&](const FoundFile& one) {
+            const auto found = shown.find(one.path);
+            return found != shown.end() && found->second == one.size;
+        };
+        EXPECT_EQ(std::ranges::count_if(all, isShown), static_cast<std::ptrdiff_t>(wanted))
+            << "each is on the disk";
         EXPECT_EQ(s.form().parts().bars[static_cast<std::size_t>(BarId::kTop)]->find(0)->caption,
                   std::to_string(wanted) + " größten Dateien von '" + at("src/") + "'");
         EXPECT_EQ(s.reports, Names());

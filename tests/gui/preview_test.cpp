@@ -10,7 +10,6 @@
 #include <QAbstractButton>
 #include <QAbstractSlider>
 #include <QImage>
-#include <QLabel>
 #include <QPainter>
 #include <QPdfWriter>
 #include <QScrollBar>
@@ -23,9 +22,9 @@
 #include "platform/qt/preview_picture.h"
 #include "platform/qt/preview_texts.h"
 #include "recording_events.h"
+#include "support/few_descriptors.h"
 #include "support/temp_dir.h"
 #include "support/whole_files.h"
-#include "window_fixture.h"
 
 namespace hl::test {
 namespace {
@@ -42,9 +41,13 @@ struct PreviewPaneTest : testing::Test, PreviewEvents {
     std::unique_ptr<LinuxPreviewTools> tools;
     PreviewParts parts;
     std::unique_ptr<PreviewArea> area;
-    std::vector<std::string> failures, missing;
+    std::vector<std::string> failures, reasons, missing;
 
-    void SetUp() override { open(); }
+    void SetUp() override {
+        // Those of the tests before, whose tools are gone.
+        ASSERT_TRUE(soon([] { return waitpid(-1, nullptr, WNOHANG) < 0; }));
+        open();
+    }
     /// A pane whose helpers lie in `folder`.
     void open(const std::string& folder = kPrograms) {
         area.reset();
@@ -63,8 +66,9 @@ struct PreviewPaneTest : testing::Test, PreviewEvents {
         EXPECT_EQ(told.told, std::vector<std::string>()) << "faults of the window";
     }
 
-    std::string previewFailed(const std::string& path, const std::string&) override {
+    std::string previewFailed(const std::string& path, const std::string& error) override {
         failures.push_back(fs::path(path).filename().string());
+        reasons.push_back(error);
         return "failed";
     }
     void previewMissing(const std::string& what) override { missing.push_back(what); }
@@ -119,8 +123,17 @@ struct PreviewPaneTest : testing::Test, PreviewEvents {
                 if (image.pixelColor(x, y) == color) return true;
         return false;
     }
-    /// Whether all helpers have ended and were buried.
-    static bool noChildren() { return waitpid(-1, nullptr, WNOHANG) == -1; }
+    /// Whether the one helper has ended. Burying it is left to the tools.
+    static bool helperEnded() {
+        siginfo_t info{};
+        return waitid(P_ALL, 0, &info, WEXITED | WNOHANG | WNOWAIT) != 0 || info.si_pid != 0;
+    }
+    /// Whether the tools bury what has ended when they start something.
+    bool burials() const {
+        std::string error;
+        const auto process = tools->start({.program = "/bin/true"}, error);
+        return tools->ending() == 0;
+    }
 };
 
 // --- texts
@@ -181,6 +194,19 @@ TEST_F(PreviewPaneTest, APageOfTheWebFetchesNothing) {
     pollfd asked{server, POLLIN, 0};
     EXPECT_EQ(::poll(&asked, 1, 50), 0) << "it came over the network";
     close(server);
+}
+
+TEST_F(PreviewPaneTest, OfALongPageTheBeginningIsShownInItsEncoding) {
+    std::string page = "<p>gr\xC3\xBCn</p><!--";
+    page.resize(kMostMarkup - 8, 'x');
+    page += "--><p>";
+    page.resize(kMostMarkup - 1, 'y');
+    page += "\xC3\xBC</p>";  // The first byte of the letter is the last one of the part.
+    ASSERT_TRUE(show(V::kWebPage, file("a.html", page)));
+    ASSERT_TRUE(soon([&] { return viewer<WebView>() != nullptr; }));
+    const std::string shown = viewer<WebView>()->toPlainText().trimmed().toStdString();
+    EXPECT_TRUE(shown.starts_with("gr\xC3\xBCn\n")) << shown.substr(0, 100);
+    EXPECT_TRUE(shown.ends_with("[cut]")) << shown.substr(0, 100);
 }
 
 TEST_F(PreviewPaneTest, APageThatWouldTakeTooLongIsShownAsText) {
@@ -263,14 +289,53 @@ TEST_F(PreviewPaneTest, WhateverAHelperDoesItCostsAMessage) {
     }
 }
 
+TEST_F(PreviewPaneTest, WhereTheSystemHasNoRoomForAHelperItSaysSo) {
+    script(commands.path() + "/unrtf", "cat");
+    script(commands.path() + "/soffice", "exit 1");
+    script(programs.path() + "/harborlantern-preview", "exit 0");
+    script(programs.path() + "/harborlantern-preview-pdf", "exit 0");
+    open(programs.path());
+    area->showNotice("its viewer exists");
+    const std::string name = file("a.docx", "x");
+    for (const V kind : {V::kPicture, V::kPages, V::kRichText, V::kWebPage, V::kOffice}) {
+        failures.clear();
+        reasons.clear();
+        {
+            // Enough for the file and half of the pipes.
+            const FewDescriptors few(3);
+            ASSERT_TRUE(show(kind, name));
+        }
+        EXPECT_EQ(failures, std::vector<std::string>{"a.docx"}) << static_cast<int>(kind);
+        EXPECT_EQ(reasons, std::vector<std::string>{tools->errorText(EMFILE)}) << static_cast<int>(kind);
+        EXPECT_EQ(text(), "failed");
+    }
+    EXPECT_EQ(missing, std::vector<std::string>());
+}
+
+TEST_F(PreviewPaneTest, APictureWhoseHelperGoesLeavesNoOldPixels) {
+    fs::create_symlink(kPrograms + "/harborlantern-preview", programs.path() + "/harborlantern-preview");
+    open(programs.path());
+    QImage photo(500, 500, QImage::Format_RGB32);
+    photo.fill(Qt::green);
+    ASSERT_TRUE(photo.save(QString::fromStdString(path("a.png"))));
+    ASSERT_TRUE(show(V::kPicture, path("a.png")));
+    ASSERT_TRUE(pictureSoon());
+    auto* view = viewer<PictureView>();
+    fs::remove(programs.path() + "/harborlantern-preview");
+    area->resize(100, 100);
+    EXPECT_TRUE(soon([&] { return text() == "unknown"; }));
+    EXPECT_TRUE(view->image().isNull());
+}
+
 TEST_F(PreviewPaneTest, AnotherFileEndsTheHelperOfTheOneBefore) {
     script(programs.path() + "/harborlantern-preview", "sleep 1000");
     open(programs.path());
     ASSERT_TRUE(show(V::kPicture, file("a.png", "x")));
     QTest::qWait(50);
-    EXPECT_FALSE(noChildren());
+    EXPECT_FALSE(helperEnded());
     ASSERT_TRUE(show(V::kText, file("a.txt", "text")));
-    EXPECT_TRUE(soon([] { return noChildren(); }));
+    EXPECT_TRUE(soon([] { return helperEnded(); }));
+    EXPECT_TRUE(burials());
     EXPECT_EQ(text(), "text");
     EXPECT_TRUE(failures.empty());
 }
@@ -295,7 +360,8 @@ TEST_F(PreviewPaneTest, OfALongDocumentThePagesThatShowAreDrawn) {
         ASSERT_LT(view->keptBytes(), std::size_t{80} << 20);
     }
     area->clear();
-    EXPECT_TRUE(soon([] { return noChildren(); }));
+    EXPECT_TRUE(soon([] { return helperEnded(); }));
+    EXPECT_TRUE(burials());
 }
 
 TEST_F(PreviewPaneTest, ADocumentThatIsNoneCostsAMessage) {
@@ -386,7 +452,12 @@ TEST_F(PreviewPaneTest, WithoutHelpersAndModulesEachKindIsToldOnce) {
 TEST_F(PreviewPaneTest, WhatCannotBeOpenedIsRefusedAtOnce) {
     ASSERT_EQ(mkfifo(path("fifo.txt").c_str(), 0600), 0);
     for (const V kind : {V::kText, V::kPicture, V::kPages, V::kMedia})
-        for (const char* name : {"fifo.txt", "none.txt"}) EXPECT_FALSE(show(kind, path(name))) << name;
+        for (const auto& [name, reason] : std::initializer_list<std::pair<const char*, std::string>>{
+                 {"fifo.txt", ""}, {"none.txt", tools->errorText(ENOENT)}}) {
+            std::string error;
+            EXPECT_FALSE(area->showFile(kind, path(name), error)) << name;
+            EXPECT_EQ(error, reason) << name;
+        }
 }
 
 TEST_F(PreviewPaneTest, AFileThatVanishesMeanwhileIsShownToTheEnd) {
@@ -398,57 +469,6 @@ TEST_F(PreviewPaneTest, AFileThatVanishesMeanwhileIsShownToTheEnd) {
     ASSERT_TRUE(pictureSoon());
     area->resize(100, 100);
     EXPECT_TRUE(soon([&] { return viewer<PictureView>()->image().width() == 100; }));
-}
-
-// --- in the window
-
-struct PreviewWindowTest : WindowTest {
-    std::optional<LinuxPreviewTools> tools;
-};
-
-TEST_F(PreviewWindowTest, FollowsTheSelectionOfTheListAndGoesWithIt) {
-    setSettings("[Optionen]\r\nFilelistVisible=1\r\nDiskinfoVisible=0\r\n");
-    writeFile(tree.path() + "/a.txt", "first");
-    writeFile(tree.path() + "/b\xFF.txt", "second");
-    writeFile(tree.path() + "/c.xyz", "third");
-    tools.emplace(kPrograms, "", tree.path());
-    Session session(home.path());
-    session.form().parts().preview.tools = &*tools;
-    session.start();
-    session.form()
-        .parts()
-        .splitters[static_cast<std::size_t>(SplitterId::kFilesAndPreview)]
-        ->setControl2Visible(true);
-    auto* area = dynamic_cast<PreviewArea*>(session.frame().findChild<QWidget*>(QStringLiteral("preview")));
-    ASSERT_NE(area, nullptr);
-    session.settle();
-    ASSERT_TRUE(area->isVisible());
-    EXPECT_EQ(area->viewer(), nullptr);
-    session.scan(tree.path());
-    Grid& list = *session.form().parts().grids[static_cast<std::size_t>(GridId::kFiles)];
-    ScanHost& form = session.form();
-    form.showFilesOf(tree.path() + "/");
-    const auto select = [&](const std::string& name) {
-        list.selectNone();
-        for (std::size_t i = 0; i < list.rowCount(); ++i)
-            if (list.text(list.rowAt(i)) == name) list.setSelected(list.rowAt(i), true);
-        form.refreshPreview();
-        auto* view = dynamic_cast<TextView*>(area->viewer());
-        return view != nullptr ? view->toPlainText().toStdString() : "nothing";
-    };
-    EXPECT_EQ(select("a.txt"), "first");
-    EXPECT_EQ(select("b\xFF.txt"), "second");
-    EXPECT_EQ(select("c.xyz"), " - Unbekanntes Dateiformat - \n");
-    EXPECT_EQ(select(""), "nothing");
-    std::filesystem::remove(tree.path() + "/a.txt");
-    std::string message;
-    session.answers.add([&](QDialog& dialog) {
-        for (auto* label : dialog.findChildren<QLabel*>()) message += label->text().toStdString();
-        dialog.reject();
-    });
-    const std::string shown = select("a.txt");
-    EXPECT_NE(shown.find("/a.txt' kann nicht angezeigt werden!"), std::string::npos) << shown;
-    EXPECT_NE(message.find("kann nicht angezeigt werden!"), std::string::npos) << message;
 }
 
 }  // namespace

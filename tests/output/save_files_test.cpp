@@ -7,7 +7,8 @@
 #include "support/fake_window.h"
 #include "support/test_texts.h"
 #include "support/whole_files.h"
-#include "views/file_list.h"
+#include "views/list_columns.h"
+#include "views/size_display.h"
 
 namespace hl {
 namespace {

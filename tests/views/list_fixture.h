@@ -7,7 +7,6 @@
 
 #include "support/fake_window.h"
 #include "support/scan_fixture.h"
-#include "views/file_list.h"
 #include "views/files_view.h"
 #include "views/hardlinks_view.h"
 #include "views/junctions_view.h"

@@ -319,6 +319,16 @@ TEST_F(Lists, NoteTheFolderOfTheLargeFileUnderThePointerAlone) {
     EXPECT_EQ(top.rowNote(top.rowAt(0)), "");
 }
 
+TEST_F(Lists, NoteTheFolderOfANewRowWithTheNumberOfTheOldOneToo) {
+    const Row row = top.rowAt(0);
+    topView.MouseMove(row);
+    top.clear();
+    ASSERT_EQ(top.addRow(kNoRow, "new"), row) << "numbers are used again";
+    top.setCellText(row, kFilePath, "/other/");
+    topView.MouseMove(row);
+    EXPECT_EQ(top.rowNote(row), " /other/ ");
+}
+
 TEST_F(Lists, OpenTheMenuOfTheTargetsOnlyInTheirColumn) {
     select(junctions, {0, 1});
     for (const std::size_t column : {1U, 0U, 2U, 9U}) {

@@ -12,14 +12,14 @@ namespace {
 
 struct RecordingPane : PreviewPane {
     std::vector<std::string> calls;
-    std::string refusal;  ///< Why nothing can be opened.
+    std::optional<std::string> refusal;  ///< Why nothing can be opened.
     PreviewEvents* events = nullptr;
 
     void setEvents(PreviewEvents* to) override { events = to; }
     bool showFile(PreviewViewer viewer, const std::string& path, std::string& error) override {
         calls.push_back(std::to_string(static_cast<int>(viewer)) + " " + path);
-        error = refusal;
-        return refusal.empty();
+        error = refusal.value_or("");
+        return !refusal;
     }
     void showNotice(const std::string& text) override { calls.push_back(text); }
     void clear() override { calls.emplace_back("-"); }
@@ -110,6 +110,14 @@ TEST_F(PreviewTest, AFileThatCannotBeOpenedCostsOneMessageAndOneLine) {
     EXPECT_EQ(messages.size(), 1U) << "each key and click would bring it again";
     EXPECT_EQ(files.logLines(std::string(kProtocolName)),
               Calls{"ERROR: Preview_ShowFile Keine Berechtigung (/s/a\u240A.txt)"});
+}
+
+TEST_F(PreviewTest, WhatIsNoRegularFileIsToldInThePaneAlone) {
+    pane.refusal = "";
+    EXPECT_EQ(show("/s/pipe\n.txt"),
+              (Calls{"-", "0 /s/pipe\n.txt", "'/s/pipe\u240A.txt' ist keine gewöhnliche Datei."}));
+    EXPECT_EQ(messages, Calls());
+    EXPECT_EQ(files.logLines(std::string(kProtocolName)), Calls());
 }
 
 TEST_F(PreviewTest, WhatFailsLaterAsksTheUserNothing) {

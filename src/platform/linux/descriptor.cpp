@@ -61,6 +61,12 @@ Descriptor openAt(int folder, const std::string& path, int flags, unsigned mode)
         uninterrupted([&] { return openat(folder, path.c_str(), flags | O_CLOEXEC | O_NOCTTY, mode); })));
 }
 
+Descriptor openToLook(const std::string& path, int flags) {
+    flags |= O_RDONLY | O_NONBLOCK;
+    Descriptor file = openAt(AT_FDCWD, path, flags | O_NOATIME);
+    return file.isOpen() || errno != EPERM ? std::move(file) : openAt(AT_FDCWD, path, flags);
+}
+
 int writeAll(int file, std::string_view bytes) {
     const NoBrokenPipeSignal quiet;
     while (!bytes.empty()) {

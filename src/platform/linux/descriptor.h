@@ -32,6 +32,10 @@ class Descriptor {
 /// it fails.
 Descriptor openAt(int folder, const std::string& path, int flags, unsigned mode = 0);
 
+/// Opens a file for a look that leaves no trace in its time of access (a column of the lists), where the
+/// system lets it: with files of one's own. Never waits for a writer. As above.
+Descriptor openToLook(const std::string& path, int flags = 0);
+
 /// Writes all of `bytes`. System error code. A pipe without a reader is EPIPE, and no signal.
 int writeAll(int file, std::string_view bytes);
 

@@ -37,10 +37,7 @@ int LinuxFiles::append(const std::string& path, std::string_view bytes) {
 }
 
 std::optional<std::string> LinuxFiles::beginning(const std::string& path, std::size_t count) {
-    // The time of the last access is a column of the lists; others' files do not let us leave it alone.
-    constexpr int kFlags = O_RDONLY | O_NOFOLLOW | O_NONBLOCK;
-    Descriptor file = openAt(AT_FDCWD, path, kFlags | O_NOATIME);
-    if (!file.isOpen() && errno == EPERM) file = openAt(AT_FDCWD, path, kFlags);
+    const Descriptor file = openToLook(path, O_NOFOLLOW);
     struct stat status {};
     if (!file.isOpen() || fstat(file.number(), &status) != 0 || !S_ISREG(status.st_mode)) return std::nullopt;
     std::string bytes(count, '\0');

@@ -82,7 +82,7 @@ void setLimits(const ProcessLimits& limits) {
         const rlimit both{limits.cpuSeconds, RLIM_INFINITY};
         ::setrlimit(RLIMIT_CPU, &both);
     }
-    if (limits.limitsFileSize) limit(RLIMIT_FSIZE, limits.fileSize);
+    limit(RLIMIT_FSIZE, limits.fileSize);
     limit(RLIMIT_CORE, 0);
 }
 

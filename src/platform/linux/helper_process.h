@@ -12,8 +12,8 @@ namespace hl {
 
 class LinuxHelperProcess final : public HelperProcess {
   public:
-    /// Null if no process can be made. One that is killed and does not end at once is added to `ending`,
-    /// which outlives the process.
+    /// Null with errno set if no process can be made. One that is killed and does not end at once is added to
+    /// `ending`, which outlives the process.
     static std::unique_ptr<HelperProcess> start(const ProcessOrder& order, std::vector<pid_t>& ending);
     ~LinuxHelperProcess() override;
     LinuxHelperProcess(const LinuxHelperProcess&) = delete;

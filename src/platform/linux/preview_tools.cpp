@@ -20,8 +20,6 @@ namespace hl {
 
 namespace {
 
-constexpr int kForReading = O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY;
-
 class LinuxOpenFile final : public OpenFile {
   public:
     LinuxOpenFile(Descriptor file, std::uint64_t size) : file_(std::move(file)), size_(size) {}
@@ -48,17 +46,16 @@ class LinuxOpenFile final : public OpenFile {
     std::uint64_t size_;
 };
 
-std::unique_ptr<OpenFile> opened(const char* path, int& error) {
-    // A look leaves no trace in a column of the lists, where the system lets it: with files of one's own.
-    Descriptor file(::open(path, kForReading | O_NOATIME));
-    if (!file.isOpen() && errno == EPERM) file = Descriptor(::open(path, kForReading));
+// Null with the system's error code, or with 0 for what is no regular file: to open it would let a writer go
+// on, or wind a tape back.
+std::unique_ptr<OpenFile> opened(const std::string& path, int& error) {
     struct stat facts {};
-    if (!file.isOpen() || ::fstat(file.number(), &facts) != 0) {
-        error = errno;
-        return nullptr;
-    }
-    error = S_ISDIR(facts.st_mode) ? EISDIR : S_ISREG(facts.st_mode) ? 0 : EINVAL;
-    if (error != 0) return nullptr;
+    error = ::stat(path.c_str(), &facts) != 0 ? errno : 0;
+    if (error != 0 || !S_ISREG(facts.st_mode)) return nullptr;
+    Descriptor file = openToLook(path);
+    error = !file.isOpen() || ::fstat(file.number(), &facts) != 0 ? errno : 0;
+    // It may be another one by now.
+    if (error != 0 || !S_ISREG(facts.st_mode)) return nullptr;
     return std::make_unique<LinuxOpenFile>(std::move(file), static_cast<std::uint64_t>(facts.st_size));
 }
 
@@ -75,25 +72,26 @@ class LinuxPrivateFolder final : public PrivateFolder {
         std::filesystem::remove_all(path_, ignored);
     }
     const std::string& path() const override { return path_; }
-    bool makeFolder(const std::string& name) override {
-        return ::mkdir((path_ + "/" + name).c_str(), 0700) == 0;
+    int makeFolder(const std::string& name) override {
+        return ::mkdir((path_ + "/" + name).c_str(), 0700) == 0 ? 0 : errno;
     }
-    bool write(const std::string& name, std::string_view content) override {
-        Descriptor file = make(name);
-        return file.isOpen() && writeAll(file.number(), content) == 0;
+    int write(const std::string& name, std::string_view content) override {
+        const Descriptor file = make(name);
+        return file.isOpen() ? writeAll(file.number(), content) : errno;
     }
-    bool copy(const OpenFile& from, const std::string& name, std::uint64_t limit) override {
-        if (from.size() > limit) return false;
-        Descriptor file = make(name);
+    int copy(const OpenFile& from, const std::string& name, std::uint64_t limit) override {
+        if (from.size() > limit) return EFBIG;
+        const Descriptor file = make(name);
+        if (!file.isOpen()) return errno;
         std::uint64_t left = from.size();
         off_t at = 0;
-        while (file.isOpen() && left > 0) {
+        while (left > 0) {
             const ssize_t moved = ::copy_file_range(from.descriptor(), &at, file.number(), nullptr,
                                                     static_cast<std::size_t>(left), 0);
             if (moved <= 0) break;
             left -= static_cast<std::uint64_t>(moved);
         }
-        return file.isOpen() && (left == 0 || copyByHand(from, file, at, left));
+        return left == 0 ? 0 : copyByHand(from, file, at, left);
     }
 
   private:
@@ -101,20 +99,20 @@ class LinuxPrivateFolder final : public PrivateFolder {
         return openAt(AT_FDCWD, path_ + "/" + name, O_WRONLY | O_CREAT | O_TRUNC | O_NOFOLLOW | O_CLOEXEC,
                       0600);
     }
-    static bool copyByHand(const OpenFile& from, const Descriptor& to, off_t at, std::uint64_t left) {
+    static int copyByHand(const OpenFile& from, const Descriptor& to, off_t at, std::uint64_t left) {
         std::string buffer(1U << 20, '\0');
         while (left > 0) {
             const ssize_t got =
                 ::pread(from.descriptor(), buffer.data(),
                         static_cast<std::size_t>(std::min<std::uint64_t>(buffer.size(), left)), at);
             if (got < 0 && errno == EINTR) continue;
-            if (got <= 0) return false;
-            if (writeAll(to.number(), std::string_view(buffer).substr(0, static_cast<std::size_t>(got))) != 0)
-                return false;
+            if (got <= 0) return got < 0 ? errno : EIO;
+            const auto read = std::string_view(buffer).substr(0, static_cast<std::size_t>(got));
+            if (const int error = writeAll(to.number(), read); error != 0) return error;
             at += got;
             left -= static_cast<std::uint64_t>(got);
         }
-        return true;
+        return 0;
     }
 
     std::string path_;
@@ -131,8 +129,8 @@ LinuxPreviewTools::~LinuxPreviewTools() {
 
 std::unique_ptr<OpenFile> LinuxPreviewTools::open(const std::string& path, std::string& error) {
     int code = 0;
-    auto file = opened(path.c_str(), code);
-    if (file == nullptr) error = errorText(code);
+    auto file = opened(path, code);
+    error = code != 0 ? errorText(code) : std::string();
     return file;
 }
 
@@ -140,10 +138,14 @@ std::unique_ptr<OpenFile> LinuxPreviewTools::again(const OpenFile& file, std::st
     return open("/proc/self/fd/" + std::to_string(file.descriptor()), error);
 }
 
-std::unique_ptr<OpenFile> LinuxPreviewTools::inMemory(std::string_view content) {
+std::unique_ptr<OpenFile> LinuxPreviewTools::inMemory(std::string_view content, std::string& error) {
     Descriptor file(::memfd_create("preview", MFD_CLOEXEC));
-    if (!file.isOpen() || writeAll(file.number(), content) != 0 || ::lseek(file.number(), 0, SEEK_SET) != 0)
+    int code = file.isOpen() ? writeAll(file.number(), content) : errno;
+    if (code == 0 && ::lseek(file.number(), 0, SEEK_SET) != 0) code = errno;
+    if (code != 0) {
+        error = errorText(code);
         return nullptr;
+    }
     return std::make_unique<LinuxOpenFile>(std::move(file), content.size());
 }
 
@@ -169,15 +171,20 @@ std::string LinuxPreviewTools::command(const std::string& name) {
     return {};
 }
 
-std::unique_ptr<PrivateFolder> LinuxPreviewTools::makeFolder() {
+std::unique_ptr<PrivateFolder> LinuxPreviewTools::makeFolder(std::string& error) {
     std::string path = (temporary_.empty() ? "/tmp" : temporary_) + "/harborlantern-preview.XXXXXX";
-    if (::mkdtemp(path.data()) == nullptr) return nullptr;
+    if (::mkdtemp(path.data()) == nullptr) {
+        error = errorText(errno);
+        return nullptr;
+    }
     return std::make_unique<LinuxPrivateFolder>(path);
 }
 
-std::unique_ptr<HelperProcess> LinuxPreviewTools::start(const ProcessOrder& order) {
+std::unique_ptr<HelperProcess> LinuxPreviewTools::start(const ProcessOrder& order, std::string& error) {
     reap();
-    return LinuxHelperProcess::start(order, ending_);
+    auto process = LinuxHelperProcess::start(order, ending_);
+    if (!process) error = errorText(errno);
+    return process;
 }
 
 void LinuxPreviewTools::reap() {

@@ -19,12 +19,12 @@ class LinuxPreviewTools final : public PreviewTools {
 
     std::unique_ptr<OpenFile> open(const std::string& path, std::string& error) override;
     std::unique_ptr<OpenFile> again(const OpenFile& file, std::string& error) override;
-    std::unique_ptr<OpenFile> inMemory(std::string_view content) override;
+    std::unique_ptr<OpenFile> inMemory(std::string_view content, std::string& error) override;
     std::string errorText(int code) override;
     std::string helper(const std::string& name) override;
     std::string command(const std::string& name) override;
-    std::unique_ptr<PrivateFolder> makeFolder() override;
-    std::unique_ptr<HelperProcess> start(const ProcessOrder& order) override;
+    std::unique_ptr<PrivateFolder> makeFolder(std::string& error) override;
+    std::unique_ptr<HelperProcess> start(const ProcessOrder& order, std::string& error) override;
     void* moduleFunction(const std::string& module, const char* function, std::string& reason) override;
 
     /// Processes that were killed and have not ended yet: one that waits for a dead disk may take long. They

@@ -186,6 +186,7 @@ class GridView : public QTableView, public GridObserver {
     bool dragging_ = false;
     Row hovered_ = kNoRow;
     int pressedKey_ = 0;
+    int movedBy_ = 0;  ///< The key that moved the current row or changed what is selected, until its release.
     QString typed_;
     QElapsedTimer typedAt_;
 

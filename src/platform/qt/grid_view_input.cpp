@@ -175,7 +175,8 @@ void GridView::leaveEvent(QEvent* event) {
 }
 
 void GridView::hover(Row row) {
-    if (row != std::exchange(hovered_, row)) events_.gridMouseMove(id_, row);
+    // The same number may be another row by now.
+    if (std::exchange(hovered_, row) != kNoRow || row != kNoRow) events_.gridMouseMove(id_, row);
 }
 
 // Picks from the row that was pressed to the one below the pointer, and scrolls at the edges.
@@ -240,11 +241,14 @@ void GridView::keyPressEvent(QKeyEvent* event) {
         // With Alt or Meta a key belongs to the menus and to the desktop.
         if ((event->modifiers() & (Qt::AltModifier | Qt::MetaModifier)) != 0 || !takesInput()) return;
         if (toldKey(event->key())) pressedKey_ = event->key();
+        const Row current = grid_.currentRow();
+        const std::size_t selected = grid_.selectedCount();
         if (pressMoveKey(*event) ||
             (tree_ && !shiftOrControl(event->modifiers() & ~Qt::ShiftModifier) &&
              pressTreeKey(event->key())) ||
             pressOtherKey(*event) || pressTextKey(*event) || toldKey(event->key()))
             event->accept();
+        if (current != grid_.currentRow() || selected != grid_.selectedCount()) movedBy_ = event->key();
     });
 }
 
@@ -370,9 +374,14 @@ std::optional<std::size_t> GridView::findText(const std::string& front, std::siz
 
 void GridView::keyReleaseEvent(QKeyEvent* event) {
     qtGuard(events_, "GridView::keyReleaseEvent", [&] {
-        const auto code = toldKey(event->key());
-        if (!code) return event->ignore();
-        if (event->isAutoRepeat() || std::exchange(pressedKey_, 0) != event->key()) return;
+        auto code = toldKey(event->key());
+        // Home, End, a letter that searches, "select all": to the logic a key that moves like any other.
+        const bool moved = movedBy_ == event->key();
+        if (!code && !moved) return event->ignore();
+        if (event->isAutoRepeat()) return;
+        if (moved) movedBy_ = 0;
+        if (code && std::exchange(pressedKey_, 0) != event->key()) return;
+        if (!code) code = kKeyDown;
         if (takesInput()) events_.gridKeyUp(id_, *code);
     });
 }
@@ -388,7 +397,7 @@ void GridView::focusInEvent(QFocusEvent* event) {
 void GridView::focusOutEvent(QFocusEvent* event) {
     qtGuard(events_, "GridView::focusOutEvent", [&] {
         QAbstractScrollArea::focusOutEvent(event);  // NOLINT(bugprone-parent-virtual-call)
-        pressedKey_ = 0;
+        pressedKey_ = movedBy_ = 0;
         typed_.clear();
         viewport()->update();
     });

@@ -1,7 +1,6 @@
 #include "platform/qt/preview_area.h"
 
 #include <QStackedLayout>
-#include <QTimer>
 #include <utility>
 
 #include "base/path.h"
@@ -48,7 +47,10 @@ PreviewArea::~PreviewArea() {
 bool PreviewArea::showFile(PreviewViewer viewer, const std::string& path, std::string& error) {
     clear();
     path_ = path;
-    if (!context_) return false;
+    if (!context_) {
+        showUnknown();
+        return true;
+    }
     file_ = context_->tools.open(path, error);
     if (!file_) return false;
     setAccessibleDescription(shownName(path));
@@ -104,14 +106,14 @@ Viewer& PreviewArea::bring(Viewer*& viewer, const char* name) {
 }
 
 void PreviewArea::showOpened(PreviewViewer viewer) {
-    bool cut = false;
     switch (viewer) {
         case PreviewViewer::kText:
             return showText();
         case PreviewViewer::kRichText:
             return showRichText();
         case PreviewViewer::kWebPage:
-            return showMarkup(head(kMostMarkup, cut), cut);
+            if (const auto page = head(kMostMarkup)) showMarkup(*page);
+            return;
         case PreviewViewer::kPages:
             return showPages(std::exchange(file_, nullptr));
         case PreviewViewer::kOffice:
@@ -123,13 +125,14 @@ void PreviewArea::showOpened(PreviewViewer viewer) {
     }
 }
 
-// The beginning of the file; empty, and the message is shown, if it cannot be read.
-std::string PreviewArea::head(std::size_t limit, bool& cut) {
+// Nothing, and the message is shown, if it cannot be read.
+std::optional<PreviewArea::Head> PreviewArea::head(std::size_t limit) {
     int code = 0;
     std::string bytes = file_->head(limit, code);
-    cut = file_->size() > bytes.size();
-    if (code != 0) fail(context_->tools.errorText(code));
-    return bytes;
+    const bool cut = file_->size() > bytes.size();
+    if (code == 0) return Head{std::move(bytes), cut};
+    fail(context_->tools.errorText(code));
+    return std::nullopt;
 }
 
 std::string PreviewArea::noteIf(bool cut) const {
@@ -137,16 +140,14 @@ std::string PreviewArea::noteIf(bool cut) const {
 }
 
 void PreviewArea::showText() {
-    bool cut = false;
-    const std::string bytes = head(kMostText, cut);
-    if (file_) bring(text_, "rtfVorschau").showBytes(bytes, cut, noteIf(cut));
+    if (const auto text = head(kMostText))
+        bring(text_, "rtfVorschau").showBytes(text->bytes, text->cut, noteIf(text->cut));
 }
 
 // A helper tries the page out: one that would keep the window busy, or take it down, is shown as a text.
-void PreviewArea::showMarkup(std::string_view bytes, bool cut) {
-    if (!file_) return;
-    const std::string markup = withoutLinks(decodedText(bytes, cut));
-    const auto done = [this, markup, note = noteIf(cut)](bool well) {
+void PreviewArea::showMarkup(const Head& page) {
+    const std::string markup = withoutLinks(decodedText(page.bytes, page.cut));
+    const auto done = [this, markup, note = noteIf(page.cut)](bool well) {
         if (!well) return showText();
         bring(web_, "WebBrowser1").showMarkup(markup, note);
     };
@@ -158,7 +159,7 @@ void PreviewArea::showMarkup(std::string_view bytes, bool cut) {
 void PreviewArea::showRichText() {
     const auto done = [this](const std::string& markup) {
         if (markup.empty()) return showText();
-        showMarkup(markup, false);
+        showMarkup({.bytes = markup});
     };
     if (converter_->richText(*file_, done)) return;
     reportMissing("unrtf");
@@ -229,6 +230,10 @@ void PreviewArea::reportMissing(const std::string& what) {
 
 void PreviewArea::missing(const std::string& what) {
     reportMissing(what);
+    showUnknown();
+}
+
+void PreviewArea::showUnknown() {
     if (events_ != nullptr) showNotice(events_->previewUnknown());
 }
 

@@ -3,6 +3,7 @@
 
 #include <QWidget>
 #include <memory>
+#include <optional>
 #include <set>
 #include <string>
 #include <vector>
@@ -39,21 +40,27 @@ class PreviewArea final : public QWidget, public PreviewPane {
     void addTabStops(std::vector<QWidget*>& stops) const;
 
   private:
+    /// The first part of the file; `cut`: it goes on.
+    struct Head {
+        std::string bytes;
+        bool cut = false;
+    };
+
     void showOpened(PreviewViewer viewer);
     void showText();
-    void showMarkup(std::string_view bytes, bool cut);
+    void showMarkup(const Head& page);
     void showRichText();
     void showOffice();
     void showPages(std::unique_ptr<OpenFile> file);
-    void showPicture();
     void playMedia();
     MediaView* media();
     void stopMedia();
     void fail(const std::string& error);
     void reportMissing(const std::string& what);
     void missing(const std::string& what);
+    void showUnknown();
     std::string noteIf(bool cut) const;
-    std::string head(std::size_t limit, bool& cut);
+    std::optional<Head> head(std::size_t limit);
     template <class Viewer>
     Viewer& bring(Viewer*& viewer, const char* name);
 

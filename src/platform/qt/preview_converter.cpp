@@ -17,10 +17,9 @@ constexpr std::chrono::milliseconds kRichTextTime{10'000}, kPageTime{10'000}, kO
 constexpr std::uint64_t kLargestDocument = 128U << 20;
 constexpr std::size_t kMostWords = 64U << 10;  // What a converter may say.
 
-constexpr ProcessLimits kRichTextLimits = {
-    .memory = 512U << 20, .cpuSeconds = 10, .limitsFileSize = true, .fileSize = 0};
+constexpr ProcessLimits kRichTextLimits = {.memory = 512U << 20, .cpuSeconds = 10, .fileSize = 0};
 constexpr ProcessLimits kOfficeLimits = {
-    .memory = std::uint64_t{6} << 30, .cpuSeconds = 60, .limitsFileSize = true, .fileSize = 256U << 20};
+    .memory = std::uint64_t{6} << 30, .cpuSeconds = 60, .fileSize = 256U << 20};
 
 // No macros at all, and nothing that the document links to from elsewhere.
 constexpr const char* kOfficeSettings = R"(<?xml version="1.0" encoding="UTF-8"?>
@@ -38,81 +37,95 @@ void PreviewConverter::clear() {
     folder_.reset();
 }
 
-bool PreviewConverter::start(const ProcessOrder& order, std::size_t limit, std::chrono::milliseconds time,
+void PreviewConverter::fail(const std::string& error) {
+    clear();
+    context_.failed(error);
+}
+
+void PreviewConverter::start(const ProcessOrder& order, std::size_t limit, std::chrono::milliseconds time,
                              std::function<void(bool well)> onEnd) {
-    auto process = context_.tools.start(order);
-    if (!process) return false;
+    std::string error;
+    auto process = context_.tools.start(order, error);
+    if (!process) return fail(error);
     job_ = new PreviewJob(std::move(process), limit, context_.events);
     job_->onEnd = std::move(onEnd);
     job_->setTime(time);
-    return true;
 }
 
 bool PreviewConverter::richText(const OpenFile& file, std::function<void(const std::string&)> done) {
     clear();
     const std::string command = context_.tools.command(kRichTextCommand);
+    if (command.empty()) return false;
     std::string error;
-    const auto input = command.empty() ? nullptr : context_.tools.again(file, error);
-    if (!input) return false;
+    const auto input = context_.tools.again(file, error);
+    if (!input) return fail(error), true;
     // It names the pictures of a document on the disk otherwise.
-    return start({.program = command,
-                  .arguments = {"--html", "--nopict", "--quiet"},
-                  .input = input.get(),
-                  .inputIsStandard = true,
-                  .limits = kRichTextLimits,
-                  .foreign = true},
-                 kMostMarkup, kRichTextTime, [this, done = std::move(done)](bool well) {
-                     const std::string markup = well ? job_->output() : std::string();
-                     clear();
-                     done(markup);
-                 });
+    start({.program = command,
+           .arguments = {"--html", "--nopict", "--quiet"},
+           .input = input.get(),
+           .inputIsStandard = true,
+           .limits = kRichTextLimits,
+           .foreign = true},
+          kMostMarkup, kRichTextTime, [this, done = std::move(done)](bool well) {
+              const std::string markup = well ? job_->output() : std::string();
+              clear();
+              done(markup);
+          });
+    return true;
 }
 
 bool PreviewConverter::tryPage(const std::string& markup, std::function<void(bool)> done) {
     clear();
     const std::string helper = context_.tools.helper(kPictureHelper);
-    const auto page = helper.empty() ? nullptr : context_.tools.inMemory(markup);
-    if (!page) return false;
-    return start({.program = helper, .arguments = {kTryPage}, .input = page.get()}, kMostWords, kPageTime,
-                 [this, done = std::move(done)](bool well) {
-                     const bool tried = well && job_->output().starts_with(kPageTried);
-                     clear();
-                     done(tried);
-                 });
+    if (helper.empty()) return false;
+    std::string error;
+    const auto page = context_.tools.inMemory(markup, error);
+    if (!page) return fail(error), true;
+    start({.program = helper, .arguments = {kTryPage}, .input = page.get()}, kMostWords, kPageTime,
+          [this, done = std::move(done)](bool well) {
+              const bool tried = well && job_->output().starts_with(kPageTried);
+              clear();
+              done(tried);
+          });
+    return true;
 }
 
-// The document is copied: the converter puts its lock beside what it reads, and names that are no text would
-// not reach it.
+// A folder with the document and the settings. The document is copied: the converter puts its lock beside
+// what it reads, and names that are no text would not reach it.
+bool PreviewConverter::prepare(const OpenFile& file, const std::string& document, std::string& error) {
+    folder_ = context_.tools.makeFolder(error);
+    if (!folder_) return false;
+    int code = folder_->copy(file, document, kLargestDocument);
+    if (code == 0) code = folder_->makeFolder("profile");
+    if (code == 0) code = folder_->makeFolder("profile/user");
+    if (code == 0) code = folder_->write("profile/user/registrymodifications.xcu", kOfficeSettings);
+    if (code != 0) error = context_.tools.errorText(code);
+    return code == 0;
+}
+
 bool PreviewConverter::office(const OpenFile& file, const std::string& extension,
                               const std::function<void(std::unique_ptr<OpenFile>)>& done) {
     clear();
     const std::string command = context_.tools.command(kOfficeCommand);
     if (command.empty()) return false;
-    folder_ = context_.tools.makeFolder();
     const std::string document = "document." + extension;
-    if (!folder_ || !folder_->copy(file, document, kLargestDocument) || !folder_->makeFolder("profile") ||
-        !folder_->makeFolder("profile/user") ||
-        !folder_->write("profile/user/registrymodifications.xcu", kOfficeSettings)) {
-        done(nullptr);
-        return true;
-    }
+    std::string error;
+    if (!prepare(file, document, error)) return fail(error), true;
     const std::string& home = folder_->path();
-    const bool started = start({.program = command,
-                                .arguments = {"-env:UserInstallation=" + fileUrl(home + "/profile"),
-                                              "--headless", "--norestore", "--nolockcheck", "--convert-to",
-                                              "pdf", "--outdir", home + "/out", home + "/" + document},
-                                .home = folder_.get(),
-                                .limits = kOfficeLimits,
-                                .foreign = true},
-                               kMostWords, kOfficeTime, [this, done](bool) {
-                                   // Its status says little: what counts is the file.
-                                   std::string error;
-                                   auto pdf =
-                                       context_.tools.open(folder_->path() + "/out/document.pdf", error);
-                                   clear();
-                                   done(std::move(pdf));
-                               });
-    if (!started) done(nullptr);
+    start({.program = command,
+           .arguments = {"-env:UserInstallation=" + fileUrl(home + "/profile"), "--headless", "--norestore",
+                         "--nolockcheck", "--convert-to", "pdf", "--outdir", home + "/out",
+                         home + "/" + document},
+           .home = folder_.get(),
+           .limits = kOfficeLimits,
+           .foreign = true},
+          kMostWords, kOfficeTime, [this, done](bool) {
+              // Its status says little: what counts is the file.
+              std::string none;
+              auto pdf = context_.tools.open(folder_->path() + "/out/document.pdf", none);
+              clear();
+              done(std::move(pdf));
+          });
     return true;
 }
 

@@ -18,19 +18,24 @@ class PreviewConverter {
     PreviewConverter(const PreviewConverter&) = delete;
     PreviewConverter& operator=(const PreviewConverter&) = delete;
 
-    /// Rich text as a page of the web; empty if nothing came of it. False if the program is not there.
+    // False if the program is not there. What the system refuses is told to the context as a failure of the
+    // file, before they return; `done` is not called then.
+
+    /// Rich text as a page of the web; empty if nothing came of it.
     bool richText(const OpenFile& file, std::function<void(const std::string& markup)> done);
-    /// An office document as a PDF; null if nothing came of it. `extension` is plain letters. False as above.
+    /// An office document as a PDF; null if nothing came of it. `extension` is plain letters.
     bool office(const OpenFile& file, const std::string& extension,
                 const std::function<void(std::unique_ptr<OpenFile> pdf)>& done);
-    /// Has a helper lay out a page of the web: whether that ends, soon and well. False as above.
+    /// Has a helper lay out a page of the web: whether that ends, soon and well.
     bool tryPage(const std::string& markup, std::function<void(bool well)> done);
     /// Ends what is at work.
     void clear();
 
   private:
-    bool start(const ProcessOrder& order, std::size_t limit, std::chrono::milliseconds time,
+    void start(const ProcessOrder& order, std::size_t limit, std::chrono::milliseconds time,
                std::function<void(bool well)> onEnd);
+    void fail(const std::string& error);
+    bool prepare(const OpenFile& file, const std::string& document, std::string& error);
 
     const PreviewContext& context_;
     std::unique_ptr<PrivateFolder> folder_;

@@ -32,10 +32,11 @@ class PreviewDecoder {
 DecodedPicture decodePicture(QIODevice& file, const PreviewRequest& request);
 
 /// Answers the requests that come as lines on standard input, until that ends or a line makes no sense. The
-/// status for main().
+/// status for main(). `beforeEach` runs before the sizes of the pages are asked for and in front of each
+/// request.
 int answerRequests(PreviewDecoder& decoder, const std::function<void()>& beforeEach);
 
-/// All that main() of the helper for pictures does. `beforeEach` runs in front of each request.
+/// All that main() of the helper for pictures does. `beforeEach` as above.
 int answerForPictures(int argc, char** argv, int descriptor, const std::function<void()>& beforeEach);
 
 }  // namespace hl

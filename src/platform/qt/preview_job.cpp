@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "platform/preview_protocol.h"
 #include "platform/qt/qt_guard.h"
 
 namespace hl {
@@ -43,6 +44,26 @@ void PreviewJob::drop(PreviewJob*& job) {
     old->notifier_->disconnect();
     old->process_.reset();
     old->deleteLater();
+}
+
+PreviewJob* startDecoder(const PreviewContext& context, const char* helper, const OpenFile& file,
+                         std::chrono::milliseconds time) {
+    const std::string program = context.tools.helper(helper);
+    if (program.empty()) {
+        context.missing(helper);
+        return nullptr;
+    }
+    std::string error;
+    const auto input = context.tools.again(file, error);
+    auto process = input ? context.tools.start({.program = program, .input = input.get()}, error) : nullptr;
+    if (!process) {
+        context.failed(error);
+        return nullptr;
+    }
+    constexpr std::size_t kLongestAnswer = sizeof(AnswerHeader) + kMaxPictureBytes;
+    auto* job = new PreviewJob(std::move(process), kLongestAnswer + 1, context.events);
+    job->setTime(time);
+    return job;
 }
 
 }  // namespace hl

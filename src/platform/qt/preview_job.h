@@ -57,4 +57,9 @@ class PreviewJob final : public QObject {
     QTimer timer_;
 };
 
+/// Starts a helper that answers requests about the file; null once the context has been told why not. The
+/// time until its first answer runs. To be dropped by the caller.
+PreviewJob* startDecoder(const PreviewContext& context, const char* helper, const OpenFile& file,
+                         std::chrono::milliseconds time);
+
 }  // namespace hl

@@ -15,7 +15,7 @@ namespace {
 
 constexpr std::chrono::milliseconds kTimeToOpen{10'000}, kTimeForPage{5'000};
 constexpr int kMargin = 8, kStep = 48;
-constexpr int kWidestPage = 1600, kHighestPage = 20'000;
+constexpr int kWidestPage = 1600;
 /// Beside the pages that show, which may need more.
 constexpr std::size_t kKeptBytes = 64U << 20;
 /// A document on which the helper ends again and again is given up.
@@ -107,25 +107,12 @@ std::size_t PagesView::keptBytes() const {
 
 // --- the helper
 
-bool PagesView::startHelper() {
-    const std::string helper = context_.tools.helper(kPagesHelper);
-    if (helper.empty()) {
-        context_.missing(kPagesHelper);
-        return false;
-    }
-    std::string error;
-    const auto file = context_.tools.again(*file_, error);
-    auto process = file ? context_.tools.start({.program = helper, .input = file.get()}) : nullptr;
-    if (!process) {
-        fail(error);
-        return false;
-    }
+void PagesView::startHelper() {
     ready_ = false;
-    job_ = new PreviewJob(std::move(process), sizeof(AnswerHeader) + kMaxPictureBytes + 1, context_.events);
+    job_ = startDecoder(context_, kPagesHelper, *file_, kTimeToOpen);
+    if (job_ == nullptr) return clear();
     job_->onOutput = [this] { answers(); };
     job_->onEnd = [this](bool) { ended(); };
-    job_->setTime(kTimeToOpen);
-    return true;
 }
 
 void PagesView::requestNext() {
@@ -191,7 +178,11 @@ bool PagesView::answer() {
 
 void PagesView::takePicture(const AnswerHeader& header, const char* bytes) {
     QImage image(header.width, header.height, QImage::Format_ARGB32_Premultiplied);
-    if (image.isNull()) return;
+    if (image.isNull()) {
+        // No memory for it: it would be asked for again and again.
+        failed_.insert(header.page);
+        return;
+    }
     std::memcpy(image.bits(), bytes, header.bytes);
     drawn_[header.page] = {image, asked_->box.width, asked_->scale};
     evict();

@@ -46,7 +46,7 @@ class PagesView final : public QAbstractScrollArea {
     std::pair<std::size_t, std::size_t> visiblePages() const;
     void paint();
     void requestNext();
-    bool startHelper();
+    void startHelper();
     void answers();
     bool answer();
     void takePicture(const AnswerHeader& header, const char* bytes);

@@ -11,9 +11,6 @@ namespace hl {
 
 namespace {
 
-/// A page is drawn at most so high, in units of the box.
-constexpr int kHighestPage = 20'000;
-
 const char* reasonOf(QPdfDocument::Error error) {
     switch (error) {
         case QPdfDocument::Error::IncorrectPassword:
@@ -75,6 +72,7 @@ DecodedPicture PdfDecoder::decode(const PreviewRequest& request) {
 
 int answerForPdf(int argc, char** argv, int descriptor, const std::function<void()>& beforeEach) {
     const QCoreApplication application(argc, argv);
+    beforeEach();
     PdfDecoder decoder(descriptor);
     return answerRequests(decoder, beforeEach);
 }

@@ -20,7 +20,7 @@ class PdfDecoder final : public PreviewDecoder {
     QPdfDocument document_;
 };
 
-/// As answerForPictures.
+/// As answerForPictures. `beforeEach` runs also before the document is opened, which reads much of it.
 int answerForPdf(int argc, char** argv, int descriptor, const std::function<void()>& beforeEach);
 
 }  // namespace hl

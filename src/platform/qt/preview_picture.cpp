@@ -51,20 +51,13 @@ void PictureView::clear() {
 void PictureView::request() {
     if (!file_) return;
     PreviewJob::drop(job_);
-    const std::string helper = context_.tools.helper(kPictureHelper);
-    if (helper.empty()) return context_.missing(kPictureHelper);
-    std::string error;
-    const auto file = context_.tools.again(*file_, error);
-    auto process = file ? context_.tools.start({.program = helper, .input = file.get()}) : nullptr;
-    if (!process) return context_.failed(error);
+    job_ = startDecoder(context_, kPictureHelper, *file_, kTime);
+    if (job_ == nullptr) return clear();
     asked_ = size();
-    ratio_ = devicePixelRatioF();
-    job_ = new PreviewJob(std::move(process), sizeof(AnswerHeader) + kMaxPictureBytes + 1, context_.events);
     job_->onOutput = [this] { answer(); };
-    job_->onEnd = [this](bool) { ended(); };
-    job_->setTime(kTime);
+    job_->onEnd = [this](bool) { fail({}); };
     const PreviewRequest wanted{.box = {side(width()), side(height())},
-                                .scale = static_cast<int>(std::lround(ratio_ * 1000))};
+                                .scale = static_cast<int>(std::lround(devicePixelRatioF() * 1000))};
     job_->send(requestLine(wanted));
 }
 
@@ -73,25 +66,21 @@ void PictureView::answer() {
     AnswerHeader header;
     if (output.size() < sizeof header) return;
     std::memcpy(&header, output.data(), sizeof header);
-    if (!isSound(header) || header.kind == PreviewAnswer::kPages) return ended();
+    if (!isSound(header) || header.kind == PreviewAnswer::kPages) return fail({});
     if (output.size() < sizeof header + header.bytes) return;
     const char* bytes = output.data() + sizeof header;
-    if (header.kind == PreviewAnswer::kFailed) {
-        const std::string reason(bytes, header.bytes);
-        clear();
-        return context_.failed(reason);
-    }
+    if (header.kind == PreviewAnswer::kFailed) return fail(std::string(bytes, header.bytes));
     image_ = QImage(header.width, header.height, QImage::Format_ARGB32_Premultiplied);
-    if (image_.isNull()) return ended();
+    if (image_.isNull()) return fail({});
     std::memcpy(image_.bits(), bytes, header.bytes);
     drawn_ = {header.drawnWidth, header.drawnHeight};
     PreviewJob::drop(job_);
     update();
 }
 
-void PictureView::ended() {
+void PictureView::fail(const std::string& error) {
     clear();
-    context_.failed({});
+    context_.failed(error);
 }
 
 void PictureView::paintEvent(QPaintEvent*) {

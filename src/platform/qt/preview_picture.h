@@ -28,7 +28,7 @@ class PictureView final : public QWidget {
   private:
     void request();
     void answer();
-    void ended();
+    void fail(const std::string& error);
 
     const PreviewContext& context_;
     std::unique_ptr<OpenFile> file_;
@@ -37,7 +37,6 @@ class PictureView final : public QWidget {
     QImage image_;
     QSize drawn_;  ///< In units of the widget.
     QSize asked_;  ///< The room that it was decoded for.
-    qreal ratio_ = 1;
 };
 
 }  // namespace hl

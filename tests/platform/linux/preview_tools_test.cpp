@@ -8,9 +8,11 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <filesystem>
 
 #include "platform/preview_protocol.h"
+#include "support/few_descriptors.h"
 #include "support/temp_dir.h"
 #include "support/whole_files.h"
 
@@ -30,6 +32,12 @@ struct PreviewToolsTest : testing::Test {
     std::string errorOf(const std::string& file) {
         std::string error;
         return tools.open(file, error) != nullptr ? "opened" : error;
+    }
+    std::unique_ptr<HelperProcess> start(const ProcessOrder& order) {
+        std::string error;
+        auto process = tools.start(order, error);
+        EXPECT_NE(process, nullptr) << error;
+        return process;
     }
     /// All that the helper says until its end.
     std::string outputOf(HelperProcess& process) {
@@ -52,8 +60,9 @@ TEST_F(PreviewToolsTest, OpensRegularFilesOfAnyNameAndNothingElse) {
     ASSERT_EQ(symlink(odd.c_str(), path("link").c_str()), 0);
     EXPECT_EQ(errorOf(path("link")), "opened");
     ASSERT_EQ(mkfifo(path("fifo").c_str(), 0600), 0);
-    for (const std::string& bad : {path("fifo"), dir.path(), path("none"), std::string("/dev/zero")})
-        EXPECT_NE(errorOf(bad), "opened") << bad;
+    for (const std::string& bad : {path("fifo"), dir.path(), std::string("/dev/zero")})
+        EXPECT_EQ(errorOf(bad), "") << bad;
+    EXPECT_EQ(errorOf(path("none")), tools.errorText(ENOENT));
 }
 
 TEST_F(PreviewToolsTest, AFileThatMayNotBeReadSaysWhy) {
@@ -75,16 +84,14 @@ TEST_F(PreviewToolsTest, AHelperGetsTheFileAndALittleOfEverythingElse) {
     writeFile(path("file"), "content");
     std::string error;
     const auto file = tools.open(path("file"), error);
-    const auto folder = tools.makeFolder();
+    const auto folder = tools.makeFolder(error);
     const int leak = open("/dev/null", O_RDONLY);
     ASSERT_EQ(dup2(leak, 77), 77);
     const std::string program = script("helper",
                                        "cat <&3; echo \" $HOME $PWD\"; ls /proc/$$/fd | tr '\\n' ' '; "
                                        "ulimit -t; echo x > made || echo refused; exit 0");
-    auto process = tools.start({.program = program,
-                                .input = file.get(),
-                                .home = folder.get(),
-                                .limits = {.cpuSeconds = 7, .limitsFileSize = true}});
+    auto process =
+        start({.program = program, .input = file.get(), .home = folder.get(), .limits = {.cpuSeconds = 7}});
     ASSERT_NE(process, nullptr);
     const std::string output = outputOf(*process);
     const std::string home = folder->path();
@@ -98,7 +105,7 @@ TEST_F(PreviewToolsTest, AHelperGetsTheFileAndALittleOfEverythingElse) {
 
 TEST_F(PreviewToolsTest, TheEndOfAHelperTakesItsChildrenAlong) {
     const std::string program = script("helper", "sleep 1000 & echo $!; wait");
-    auto process = tools.start({.program = program});
+    auto process = start({.program = program});
     std::string output;
     pollfd wait{process->outputDescriptor(), POLLIN, 0};
     while (process->readOutput(output, 100) && output.find('\n') == std::string::npos)
@@ -121,11 +128,11 @@ TEST_F(PreviewToolsTest, HowAHelperEndedIsTold) {
         bool well;
     } cases[] = {{"exit 0", true}, {"exit 3", false}, {"kill -SEGV $$", false}};
     for (const auto& c : cases) {
-        auto process = tools.start({.program = script("helper", c.body)});
+        auto process = start({.program = script("helper", c.body)});
         outputOf(*process);
         EXPECT_EQ(process->endedWell(), c.well) << c.body;
     }
-    auto process = tools.start({.program = path("none")});
+    auto process = start({.program = path("none")});
     outputOf(*process);
     EXPECT_FALSE(process->endedWell());
 }
@@ -134,17 +141,35 @@ TEST_F(PreviewToolsTest, APrivateFolderGoesWithAllThatIsInIt) {
     writeFile(path("file"), std::string(300'000, 'x'));
     std::string error;
     const auto file = tools.open(path("file"), error);
-    auto folder = tools.makeFolder();
+    auto folder = tools.makeFolder(error);
     const std::string home = folder->path();
     struct stat facts {};
     ASSERT_EQ(stat(home.c_str(), &facts), 0);
     EXPECT_EQ(facts.st_mode & 0777U, 0700U);
-    EXPECT_FALSE(folder->copy(*file, "copy", 299'999));
-    EXPECT_TRUE(folder->copy(*file, "copy", 300'000));
+    EXPECT_EQ(folder->copy(*file, "copy", 299'999), EFBIG);
+    EXPECT_EQ(folder->copy(*file, "copy", 300'000), 0);
     EXPECT_EQ(contentOf(home + "/copy"), contentOf(path("file")));
-    EXPECT_TRUE(folder->makeFolder("sub") && folder->write("sub/x", "x"));
+    EXPECT_EQ(folder->makeFolder("sub"), 0);
+    EXPECT_EQ(folder->makeFolder("sub"), EEXIST);
+    EXPECT_EQ(folder->write("sub/x", "x"), 0);
+    EXPECT_EQ(folder->write("none/x", "x"), ENOENT);
     folder.reset();
     EXPECT_FALSE(std::filesystem::exists(home));
+}
+
+TEST_F(PreviewToolsTest, WhatTheSystemHasNoRoomForSaysWhy) {
+    std::string error;
+    LinuxPreviewTools nowhere(dir.path(), "", path("none"));
+    EXPECT_EQ(nowhere.makeFolder(error), nullptr);
+    EXPECT_EQ(error, tools.errorText(ENOENT));
+    std::string ofFile, ofProcess;
+    {
+        const FewDescriptors none(0);
+        EXPECT_EQ(tools.inMemory("x", ofFile), nullptr);
+        EXPECT_EQ(tools.start({.program = "x"}, ofProcess), nullptr);
+    }
+    EXPECT_EQ(ofFile, tools.errorText(EMFILE));
+    EXPECT_EQ(ofProcess, tools.errorText(EMFILE));
 }
 
 TEST(PreviewProtocol, AnswersThatMakeNoSenseAreRefused) {

@@ -1,0 +1,175 @@
+// What a confined helper is refused, and what still works there. Each case is a process of its own.
+#include "platform/linux/preview_confinement.h"
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <linux/fs.h>
+#include <sched.h>
+#include <signal.h>
+#include <sys/ioctl.h>
+#include <sys/syscall.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdlib>
+#include <thread>
+
+#include "support/temp_dir.h"
+#include "support/whole_files.h"
+
+namespace hl::test {
+namespace {
+
+constexpr std::uint64_t kMemory = std::uint64_t{1} << 30;
+
+/// Runs `body` in a confined process; the status as wait() tells it.
+template <class Body>
+int confined(Body body) {
+    const pid_t child = fork();
+    if (child == 0) {
+        confineHelper(kMemory);
+        _exit(body());
+    }
+    int status = -1;
+    waitpid(child, &status, 0);
+    return status;
+}
+
+/// The error that `body` ends with there, 0 for none; -1 if the process did not come to its end.
+template <class Body>
+int errorThere(Body body) {
+    const int status = confined([&] {
+        errno = 0;
+        return body() == -1 ? errno : 0;
+    });
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
+
+struct PreviewConfinement : testing::Test {
+    TempDir dir;
+    std::string file = dir.path() + "/file";
+
+    void SetUp() override {
+#ifdef HARBORLANTERN_SANITIZED
+        GTEST_SKIP() << "calls are not forbidden there";
+#endif
+        writeFile(file, "content");
+    }
+};
+
+TEST_F(PreviewConfinement, RefusesWhatReachesOutOfTheProcess) {
+    // With arguments that name nothing, so that an allowed one fails otherwise.
+    const struct {
+        const char* name;
+        long call;
+    } calls[] = {
+        {"execve", SYS_execve},
+        {"execveat", SYS_execveat},
+        {"ptrace", SYS_ptrace},
+        {"process_vm_readv", SYS_process_vm_readv},
+        {"process_vm_writev", SYS_process_vm_writev},
+        {"socket", SYS_socket},
+        {"socketpair", SYS_socketpair},
+        {"connect", SYS_connect},
+        {"tkill", SYS_tkill},
+        {"rt_sigqueueinfo", SYS_rt_sigqueueinfo},
+        {"rt_tgsigqueueinfo", SYS_rt_tgsigqueueinfo},
+        {"pidfd_send_signal", SYS_pidfd_send_signal},
+        {"unlinkat", SYS_unlinkat},
+        {"renameat2", SYS_renameat2},
+        {"linkat", SYS_linkat},
+        {"symlinkat", SYS_symlinkat},
+        {"mkdirat", SYS_mkdirat},
+        {"mknodat", SYS_mknodat},
+        {"fchmod", SYS_fchmod},
+        {"fchmodat", SYS_fchmodat},
+        {"fchown", SYS_fchown},
+        {"fchownat", SYS_fchownat},
+        {"utimensat", SYS_utimensat},
+        {"setxattr", SYS_setxattr},
+        {"lsetxattr", SYS_lsetxattr},
+        {"fsetxattr", SYS_fsetxattr},
+        {"removexattr", SYS_removexattr},
+        {"lremovexattr", SYS_lremovexattr},
+        {"fremovexattr", SYS_fremovexattr},
+        {"truncate", SYS_truncate},
+        {"open_by_handle_at", SYS_open_by_handle_at},
+        {"openat2", SYS_openat2},
+        {"io_uring_setup", SYS_io_uring_setup},
+        {"mount", SYS_mount},
+        {"umount2", SYS_umount2},
+        {"setns", SYS_setns},
+        {"unshare", SYS_unshare},
+        {"bpf", SYS_bpf},
+        {"keyctl", SYS_keyctl},
+#ifdef SYS_renameat
+        {"renameat", SYS_renameat},
+#endif
+#ifdef SYS_unlink
+        {"unlink", SYS_unlink},
+        {"rename", SYS_rename},
+        {"link", SYS_link},
+        {"symlink", SYS_symlink},
+        {"mkdir", SYS_mkdir},
+        {"rmdir", SYS_rmdir},
+        {"mknod", SYS_mknod},
+        {"creat", SYS_creat},
+        {"chmod", SYS_chmod},
+        {"chown", SYS_chown},
+        {"lchown", SYS_lchown},
+        {"utime", SYS_utime},
+        {"utimes", SYS_utimes},
+        {"futimesat", SYS_futimesat},
+#endif
+    };
+    for (const auto& c : calls)
+        EXPECT_EQ(errorThere([&] { return syscall(c.call, -1, -1, -1, -1, -1, -1); }), EPERM) << c.name;
+}
+
+TEST_F(PreviewConfinement, RefusesACallByWhatItIsAskedFor) {
+    const int open = ::open(file.c_str(), O_RDONLY | O_CLOEXEC);
+    const pid_t parent = getpid();
+    int flags = 0;
+    const auto opened = [&](int how) {
+        return errorThere([&, how] { return ::open(file.c_str(), how, 0600); });
+    };
+    for (const int how : {O_WRONLY, O_RDWR, O_RDONLY | O_TRUNC, O_RDONLY | O_CREAT})
+        EXPECT_EQ(opened(how), EPERM) << how;
+    EXPECT_EQ(opened(O_RDONLY), 0);
+    EXPECT_EQ(errorThere([&] { return kill(parent, 0); }), EPERM);
+    EXPECT_EQ(errorThere([&] { return syscall(SYS_tgkill, parent, parent, 0); }), EPERM);
+    EXPECT_EQ(errorThere([] { return syscall(SYS_tgkill, getpid(), getpid(), 0); }), 0);
+    EXPECT_EQ(errorThere([] { return fork(); }), EPERM);
+#ifdef SYS_fork
+    EXPECT_EQ(errorThere([] { return syscall(SYS_fork); }), EPERM);
+#endif
+
+    EXPECT_EQ(errorThere([&] { return ioctl(open, FS_IOC_SETFLAGS, &flags); }), EPERM);
+    EXPECT_EQ(errorThere([&] { return ioctl(open, FS_IOC_FSSETXATTR, nullptr); }), EPERM);
+    EXPECT_EQ(errorThere([&] { return ioctl(open, FIONREAD, &flags); }), 0);
+    close(open);
+    EXPECT_EQ(contentOf(file), "content");
+}
+
+TEST_F(PreviewConfinement, LeavesThreadsFilesAndItsOwnEnd) {
+    const int status = confined([&] {
+        std::size_t read = 0;
+        std::thread([&] { read = contentOf(file).size(); }).join();
+        return static_cast<int>(read);
+    });
+    ASSERT_TRUE(WIFEXITED(status)) << status;
+    EXPECT_EQ(WEXITSTATUS(status), 7);
+    const int aborted = confined([]() -> int { std::abort(); });
+    ASSERT_TRUE(WIFSIGNALED(aborted)) << aborted;
+    EXPECT_EQ(WTERMSIG(aborted), SIGABRT);
+}
+
+TEST_F(PreviewConfinement, LimitsMemory) {
+    const int status = confined([] { return std::malloc(kMemory) == nullptr ? 1 : 2; });
+    ASSERT_TRUE(WIFEXITED(status)) << status;
+    EXPECT_EQ(WEXITSTATUS(status), 1);
+}
+
+}  // namespace
+}  // namespace hl::test

@@ -1,0 +1,31 @@
+// A process that has used up its open files.
+#pragma once
+
+#include <fcntl.h>
+#include <sys/resource.h>
+#include <unistd.h>
+
+#include <vector>
+
+namespace hl::test {
+
+/// As long as it lives, the process may open `count` more files.
+class FewDescriptors {
+  public:
+    explicit FewDescriptors(int count) {
+        getrlimit(RLIMIT_NOFILE, &before_);
+        std::vector<int> free;
+        for (int i = 0; i < count; ++i) free.push_back(open("/dev/null", O_RDONLY));
+        for (const int one : free) close(one);
+        const rlimit few{free.empty() ? 0 : static_cast<rlim_t>(free.back()) + 1, before_.rlim_max};
+        setrlimit(RLIMIT_NOFILE, &few);
+    }
+    ~FewDescriptors() { setrlimit(RLIMIT_NOFILE, &before_); }
+    FewDescriptors(const FewDescriptors&) = delete;
+    FewDescriptors& operator=(const FewDescriptors&) = delete;
+
+  private:
+    rlimit before_{};
+};
+
+}  // namespace hl::test
