@@ -17,6 +17,10 @@
 
 namespace hl {
 
+namespace {
+constexpr int kRestBeforeMedia = 300;  // Milliseconds: longer than a held key repeats.
+}
+
 PreviewArea::PreviewArea(const PreviewParts& parts, WindowEvents& events, QWidget* parent)
     : QWidget(parent),
       parts_(parts),
@@ -31,6 +35,9 @@ PreviewArea::PreviewArea(const PreviewParts& parts, WindowEvents& events, QWidge
     // Whatever a viewer would like to have, the splitter decides.
     stack_->setSizeConstraint(QLayout::SetNoConstraint);
     stack_->addWidget(nothing_);
+    mediaRest_.setSingleShot(true);
+    connect(&mediaRest_, &QTimer::timeout, this,
+            [this] { qtGuard(windowEvents_, "PreviewArea::startMedia", [this] { startMedia(); }); });
     if (parts.tools == nullptr) return;
     context_ = std::make_unique<PreviewContext>(
         PreviewContext{*parts.tools, events, parts.texts, [this](const std::string& error) { fail(error); },
@@ -203,7 +210,13 @@ MediaView* PreviewArea::media() {
     return media_;
 }
 
+// To open a film and to let go of it takes this thread up to a second: one that the user only passes by on
+// his way through a list is not opened.
 void PreviewArea::playMedia() {
+    mediaRest_.start(kRestBeforeMedia);
+}
+
+void PreviewArea::startMedia() {
     MediaView* player = media();
     if (player == nullptr) return;
     stack_->setCurrentWidget(player);
@@ -212,6 +225,7 @@ void PreviewArea::playMedia() {
 
 // The file stays open until the player has let go of it.
 void PreviewArea::stopMedia() {
+    mediaRest_.stop();
     if (media_ != nullptr && stack_->currentWidget() == media_) media_->stop();
 }
 

@@ -1,6 +1,7 @@
 // The preview's pane in the window: one viewer at a time, each made for the first file that needs it.
 #pragma once
 
+#include <QTimer>
 #include <QWidget>
 #include <memory>
 #include <optional>
@@ -53,6 +54,7 @@ class PreviewArea final : public QWidget, public PreviewPane {
     void showOffice();
     void showPages(std::unique_ptr<OpenFile> file);
     void playMedia();
+    void startMedia();
     MediaView* media();
     void stopMedia();
     void fail(const std::string& error);
@@ -76,6 +78,7 @@ class PreviewArea final : public QWidget, public PreviewPane {
     PictureView* picture_ = nullptr;
     PagesView* pages_ = nullptr;
     MediaView* media_ = nullptr;
+    QTimer mediaRest_;  ///< Runs while a film waits for its start.
     std::string path_;
     std::unique_ptr<OpenFile> file_;
     std::set<std::string> reported_;  ///< What is missing is told once.

@@ -1,0 +1,56 @@
+// Removes a tree as the window does, the thread of the logic looking on, and prints what it took:
+// "seconds", "entries", "waits" (how often the logic was asked), "longest_ms" (between two of these) and
+// "memory_kib" (what the process grew by).
+#include <sys/resource.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+
+#include "platform/linux/file_operations.h"
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+double milliseconds(Clock::time_point from) {
+    return std::chrono::duration<double, std::milli>(Clock::now() - from).count();
+}
+
+long peakKib() {
+    struct rusage usage {};
+    ::getrusage(RUSAGE_SELF, &usage);
+    return usage.ru_maxrss;
+}
+
+class Looks final : public hl::OperationWatch {
+  public:
+    void stillAt(const std::string&) override {
+        longest_ = std::max(longest_, milliseconds(last_));
+        last_ = Clock::now();
+        ++count_;
+    }
+    double longest() const { return longest_; }
+    int count() const { return count_; }
+
+  private:
+    Clock::time_point last_ = Clock::now();
+    double longest_ = 0;
+    int count_ = 0;
+};
+
+}  // namespace
+
+int main(int count, char** arguments) {
+    if (count != 2) return std::fprintf(stderr, "usage: bench_removing FOLDER\n"), 2;
+    hl::DirectoryCalls calls;
+    hl::LinuxFileOperations operations(calls, {});
+    Looks looks;
+    const long before = peakKib();
+    const Clock::time_point start = Clock::now();
+    const hl::Removal removal = operations.removeTree({arguments[1]}, looks);
+    std::printf("seconds %.3f\nentries %llu\nwaits %d\nlongest_ms %.1f\nmemory_kib %ld\n",
+                milliseconds(start) / 1000, static_cast<unsigned long long>(removal.entries), looks.count(),
+                looks.longest(), peakKib() - before);
+    return removal.removed ? 0 : 1;
+}
