@@ -179,6 +179,36 @@ TEST_F(FilesTest, SelectedFoldersGoParentAndChildTogetherAndNumbersStay) {
         EXPECT_NE(std::find(before.begin(), before.end(), line), before.end()) << line;
 }
 
+TEST_F(FilesTest, StopEndsBetweenTwoRowsAndNothingElseBeginsMeanwhile) {
+    start();
+    GridView& list = session_->open(kFileList);
+    session_->sortByName(list);
+    for (std::size_t i = 0; i < 3; ++i)
+        ListSession::clickOn(list, i, i > 0 ? Qt::ControlModifier : Qt::NoModifier);
+    int operations = 0;
+    s().operations().before = [&](OperationWatch& watch) {
+        ++operations;
+        watch.stillAt("/some/where");
+        EXPECT_EQ(s().status(), "Wird gelöscht: /some/where");
+        EXPECT_FALSE(s().enabled("cbrMain.2"));
+        EXPECT_TRUE(s().enabled("cbrMain.3"));
+        s().clickTitle(0);
+        ListSession::clickOn(list, 0);
+        session_->press(kFileList, 320);
+        s().form().handOver(at("src/other"));
+        s().click("cbrMain.3");
+    };
+    answer(s(), "Ja");
+    session_->press(kFileList, 320);
+    s().operations().before = [](OperationWatch&) {};
+
+    EXPECT_EQ(operations, 1);
+    EXPECT_TRUE(there("src/a.txt") && there("src/b.txt"));
+    EXPECT_FALSE(there("src/c.txt"));
+    EXPECT_TRUE(s().enabled("cbrMain.2"));
+    EXPECT_FALSE(s().enabled("cbrMain.3"));
+}
+
 TEST_F(FilesTest, TheMenuOfAFolderDeletesItAndTheNumbersFollow) {
     start();
     s().click("cbrReport.25");

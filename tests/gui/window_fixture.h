@@ -72,6 +72,33 @@ class PausingFileSystem final : public FileSystem {
     LinuxFileSystem disk_{limitsOfThisMachine(false), nullptr};
 };
 
+/// The machine's files, changed. `before` runs in front of each operation, with what the logic does
+/// meanwhile.
+class PausingOperations final : public FileOperations {
+  public:
+    explicit PausingOperations(const LinuxFileOperations::Settings& settings) : disk_(calls_, settings) {}
+    std::function<void(OperationWatch&)> before = [](OperationWatch&) {};
+
+    int removeFile(const FilePlace& place, OperationWatch& watch) override {
+        return before(watch), disk_.removeFile(place, watch);
+    }
+    Removal removeTree(const FilePlace& place, OperationWatch& watch) override {
+        return before(watch), disk_.removeTree(place, watch);
+    }
+    RecycleError recycle(const FilePlace& place, OperationWatch& watch) override {
+        return before(watch), disk_.recycle(place, watch);
+    }
+    int move(const FilePlace& from, const FilePlace& to, OperationWatch& watch) override {
+        return before(watch), disk_.move(from, to, watch);
+    }
+    bool exists(const FilePlace& place) override { return disk_.exists(place); }
+    Protection protectionOf(const FilePlace& place) override { return disk_.protectionOf(place); }
+
+  private:
+    DirectoryCalls calls_;
+    LinuxFileOperations disk_;
+};
+
 class NoFolderVerb final : public FolderVerb {
   public:
     FolderVerbFailure offer(const FolderOffer&) override { return {}; }
@@ -157,6 +184,7 @@ class Logic : private ErrorSink, private MessagePump {
     WindowForm& form() { return *form_; }
     MessagePump& pump() { return *this; }
     LinuxDrives& drives() { return drives_; }
+    PausingOperations& operations() { return operations_; }
     std::string userHome() const { return machine_.path() + "/home/user"; }
     std::string trash() const { return machine_.path() + "/Trash"; }
 
@@ -207,11 +235,8 @@ class Logic : private ErrorSink, private MessagePump {
                              return DriveSpace{4000, 1000, 4};
                          }}};
     NoFolderVerb verb_;
-    DirectoryCalls calls_;
-    LinuxFileOperations operations_{calls_,
-                                    {.home = userHome(),
-                                     .programFolders = {home_},
-                                     .trash = {machine_.path() + "/Trash", ::geteuid()}}};
+    PausingOperations operations_{
+        {.home = userHome(), .programFolders = {home_}, .trash = {machine_.path() + "/Trash", ::geteuid()}}};
     std::unique_ptr<WindowDesk> desk_;
     std::unique_ptr<ErrorReports> dialogs_;
     std::optional<WindowForm> form_;
