@@ -1,6 +1,7 @@
 #include "app/instance_start.h"
 
 #include "app/setting_keys.h"
+#include "base/path.h"
 #include "base/text.h"
 
 namespace hl {
@@ -14,7 +15,7 @@ constexpr std::chrono::milliseconds kRestartInterval{500};
 }  // namespace
 
 std::string AppExeName(std::string_view executable) {
-    const std::string_view file = executable.substr(executable.rfind('/') + 1);
+    const std::string_view file = fileNameOf(executable, kPosixPaths);
     const std::size_t point = file.rfind('.');
     return std::string(file.substr(0, point == 0 ? std::string_view::npos : point));
 }
