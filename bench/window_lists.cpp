@@ -3,6 +3,7 @@
 #include "scan/list_handover.h"
 #include "scan/records.h"
 #include "views/file_list.h"
+#include "views/list_columns.h"
 #include "window_parts.h"
 
 namespace hl::bench {

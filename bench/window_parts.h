@@ -28,6 +28,7 @@
 #include "mainwindow/window_form.h"
 #include "platform/linux/console.h"
 #include "platform/linux/drives.h"
+#include "platform/linux/file_operations.h"
 #include "platform/linux/file_system.h"
 #include "platform/linux/files.h"
 #include "platform/linux/folder_verb.h"
@@ -122,6 +123,8 @@ using Measurement = std::function<void(WindowForm&)>;
 inline int inWindow(Parts& parts, const Measurement& measure) {
     LinuxDrives drives;
     LinuxFolderVerb verb("harborlantern-bench", parts.home, parts.home);
+    DirectoryCalls calls;
+    LinuxFileOperations operations(calls, {.home = parts.home});
     WindowForm* shown = nullptr;
     std::unique_ptr<FirstPaint> first;
     const auto body = [&] {
@@ -134,7 +137,7 @@ inline int inWindow(Parts& parts, const Measurement& measure) {
         if (window != nullptr) first = std::make_unique<FirstPaint>(body);
     };
     WindowForm form(parts.services(),
-                    {drives, verb, "window_views", parts.home, "", "0", false, windowThere});
+                    {drives, verb, operations, "window_views", parts.home, "", "0", false, windowThere});
     shown = &form;
     form.parts().dataFolder = parts.modules;
     std::string reason;

@@ -111,7 +111,9 @@ int run(const std::string& folder, const std::string& programs) {
     bench::Parts parts;
     LinuxDrives drives;
     LinuxFolderVerb verb("harborlantern-bench", parts.home, parts.home);
-    WindowForm form(parts.services(), {drives, verb, "bench_preview", parts.home, "", "0", false,
+    DirectoryCalls calls;
+    LinuxFileOperations operations(calls, {.home = parts.home});
+    WindowForm form(parts.services(), {drives, verb, operations, "bench_preview", parts.home, "", "0", false,
                                        [](Window*, MessagePump*) {}});
     LinuxPreviewTools tools(programs, "", folder);
     PreviewParts preview;

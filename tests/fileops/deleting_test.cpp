@@ -115,7 +115,7 @@ TEST_F(DeletingTest, SelectedFoldersTellWhatStayedAndGoOn) {
          {},
          "Beim Löschen des Ordners '/src/b' ist ein Fehler aufgetreten: "},
         {"partly",
-         {.failures = {{"/src/b/x", 13}, {"/src/b", 2, true}}, .failureCount = 4},
+         {.failures = {{"/src/b/x", 13}, {"/src/b", 13, true}}, .failureCount = 4},
          false,
          {},
          "Beim Löschen des Ordners '/src/b' ist ein Fehler aufgetreten: Permission denied (/src/b/x) No such "

@@ -29,6 +29,7 @@
 #include "platform/linux/file_operations.h"
 #include "platform/linux/file_system.h"
 #include "platform/linux/files.h"
+#include "platform/linux/system_facts.h"
 #include "platform/qt/main_window.h"
 #include "platform/qt/qt_pump.h"
 #include "robustness/fakes.h"
@@ -218,7 +219,10 @@ class Logic : private ErrorSink, private MessagePump {
 
     TempDir machine_;  ///< Its mounts.
     std::string home_;
-    FakeSystemFacts facts_;
+    struct Facts : FakeSystemFacts {
+        std::string errorText(int code) override { return LinuxSystemFacts().errorText(code); }
+    };
+    Facts facts_;
     LinuxFiles files_;
     RecordingConsole console_;
     HeadlessPump headless_;

@@ -33,8 +33,7 @@ class FakeSystemFacts : public SystemFacts {
     Screen screen() override { return known(screenFacts); }
     std::string errorText(int code) override {
         errno = EINVAL;
-        return code == 2    ? "No such file or directory"
-               : code == 13 ? "Permission denied"
+        return code == 13   ? "Permission denied"
                : code == 14 ? std::string("  Bad\r\n address.\r\n\0", 20)
                             : "";
     }

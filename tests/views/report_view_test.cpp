@@ -30,6 +30,7 @@ struct ReportTest : test::ScanFixture, ReportHost {
     void setReportWidth(int pixels) override { asked.push_back("width " + std::to_string(pixels)); }
     void setFirstPanel(const std::string& text) override { asked.push_back(text); }
     void openRowsMenu(Point) override { asked.emplace_back("rows menu"); }
+    void beginRename(GridId, Row row) override { asked.push_back("rename " + std::to_string(row)); }
     void Report_ShellContextMenu(const std::string& path, Point) override { asked.push_back("menu " + path); }
 
     Lines namesInOrder() const { return textsOf(report); }
@@ -79,7 +80,7 @@ TEST_F(ReportTest, UnfoldsToALevelAndFoldsWhatLiesDeeper) {
     view.Report_ExpandAllFolders(false);
     EXPECT_EQ(expandedNames(), Lines{});
     report.setCurrentRow(rowOf("b"));
-    view.Report_ExpandSubFolders();
+    view.Report_ExpandSubFolders(true);
     EXPECT_EQ(expandedNames(), (Lines{"b", "Dateien", "c"}));
     EXPECT_FALSE(state.ScanActive);
     EXPECT_EQ(asked.back(), "OK.");
