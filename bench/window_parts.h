@@ -124,7 +124,7 @@ inline int inWindow(Parts& parts, const Measurement& measure) {
     LinuxDrives drives;
     LinuxFolderVerb verb("harborlantern-bench", parts.home, parts.home);
     DirectoryCalls calls;
-    LinuxFileOperations operations(calls, {.home = parts.home});
+    LinuxFileOperations operations(calls, {parts.home, {}, {}, 64});
     WindowForm* shown = nullptr;
     std::unique_ptr<FirstPaint> first;
     const auto body = [&] {

@@ -112,7 +112,7 @@ int run(const std::string& folder, const std::string& programs) {
     LinuxDrives drives;
     LinuxFolderVerb verb("harborlantern-bench", parts.home, parts.home);
     DirectoryCalls calls;
-    LinuxFileOperations operations(calls, {.home = parts.home});
+    LinuxFileOperations operations(calls, {parts.home, {}, {}, 64});
     WindowForm form(parts.services(), {drives, verb, operations, "bench_preview", parts.home, "", "0", false,
                                        [](Window*, MessagePump*) {}});
     LinuxPreviewTools tools(programs, "", folder);

@@ -4,6 +4,7 @@
 #include <utility>
 #include <vector>
 
+#include "base/path.h"
 #include "base/text.h"
 #include "fileops/recycle_texts.h"
 #include "robustness/trap.h"
@@ -35,6 +36,13 @@ void logGone(const FileOps& ops, const std::string& path, bool recycle) {
                                       : texts.TL(3761, "GELÖSCHT: %1", {path}));
 }
 
+/// No screen shows more of a path.
+std::string cut(const std::string& path) {
+    constexpr std::size_t kFront = 300, kBack = 200;
+    if (path.size() <= kFront + kBack) return path;
+    return path.substr(0, kFront) + " ... " + path.substr(path.size() - kBack);
+}
+
 /// Log first, then the message.
 void tellFailure(const FileOps& ops, const std::string& text) {
     ops.scan.log.LogProtokoll(text);
@@ -42,9 +50,9 @@ void tellFailure(const FileOps& ops, const std::string& text) {
 }
 
 /// Why a folder is not removed whole; empty if it may be.
-std::string protectedReason(const FileOps& ops, const std::string& path) {
+std::string protectedReason(const FileOps& ops, FileRun& run, const std::string& path) {
     const Texts& texts = ops.scan.texts;
-    switch (ops.operations.protectionOf(placeOf(ops.scan, path))) {
+    switch (ops.operations.protectionOf(placeOf(ops.scan, path), run)) {
         case Protection::kRoot:
             return texts.TL(9552, "'%1' ist das ganze Dateisystem und bleibt.", {path});
         case Protection::kHome:
@@ -56,8 +64,8 @@ std::string protectedReason(const FileOps& ops, const std::string& path) {
     }
 }
 
-bool refused(const FileOps& ops, const std::string& path) {
-    const std::string reason = protectedReason(ops, path);
+bool refused(const FileOps& ops, FileRun& run, const std::string& path) {
+    const std::string reason = protectedReason(ops, run, path);
     if (!reason.empty()) tellFailure(ops, reason);
     return !reason.empty();
 }
@@ -106,8 +114,8 @@ bool xDeleteFolder_W(const FileOps& ops, FileRun& run, const std::string& path, 
     if (removal.removed) return true;
     if (removal.vanished) return false;
     for (const RemovalFailure& failure : removal.failures)
-        errorText +=
-            ops.scan.facts.errorText(failure.error) + (failure.folder ? "(" : " (") + failure.path + ") ";
+        errorText += ops.scan.facts.errorText(failure.error) + (failure.folder ? "(" : " (") +
+                     cut(failure.path) + ") ";
     if (removal.failureCount > removal.failures.size())
         errorText += ops.scan.texts.TL(9555, "... und %1 weitere",
                                        {std::to_string(removal.failureCount - removal.failures.size())});
@@ -148,7 +156,7 @@ void deleteFolderOf(const FileOps& ops, FileRun& run, Row row, bool recycle) {
                                                   "%2",
                                                   {path, ""}));
     }
-    if (!refused(ops, path) && deleteFolder(ops, run, path, recycle)) report.removeRow(row);
+    if (!refused(ops, run, path) && deleteFolder(ops, run, path, recycle)) report.removeRow(row);
 }
 
 void takeOutOf(Grid& report, Row above, double size, double files, double folders) {
@@ -163,6 +171,42 @@ void takeOutOf(Grid& report, Row above, double size, double files, double folder
 
 // --- the lists
 
+namespace {
+
+/// The row of a folder below `row`, whose own path is `path`; kNoRow if there is none.
+Row rowOfFolder(const ScanContext& scan, Row row, std::string path, const std::string& folder) {
+    while (row != kNoRow && path != folder) {
+        Row child = scan.tvwPL.firstChild(row);
+        std::string below;
+        for (; child != kNoRow; child = scan.tvwPL.nextSibling(child)) {
+            below = AddTrailingSlash(joinPath(path, scan.tvwPL.text(child), scan.paths), scan.paths);
+            if (scan.tvwPL.number(child, kIsFolder) == 1 && folder.starts_with(below)) break;
+        }
+        row = child;
+        path = below;
+    }
+    return row;
+}
+
+/// What is read again is the folder whose files were deleted, whichever row is current by now.
+void chooseListedFolder(ScanContext& scan) {
+    const std::string folder = scan.state.currentFolder;
+    Row found = kNoRow;
+    for (Row root = scan.tvwPL.firstRoot(); root != kNoRow && found == kNoRow && !folder.empty();
+         root = scan.tvwPL.nextSibling(root)) {
+        const std::string path = Report_GetFullpathOfNode(scan.tvwPL, root, true, scan.paths);
+        if (folder.starts_with(path)) found = rowOfFolder(scan, root, path, folder);
+    }
+    const Row current = scan.tvwPL.currentRow();
+    const bool isFilesRow = current != kNoRow && scan.tvwPL.number(current, kIsFolder) != 1;
+    if (found == kNoRow || found == (isFilesRow ? scan.tvwPL.parent(current) : current)) return;
+    scan.tvwPL.selectNone();
+    scan.tvwPL.setCurrentRow(found);
+    scan.tvwPL.setSelected(found, true);
+}
+
+}  // namespace
+
 void List_DeleteFiles(const FileOps& ops, ListView& list, GridId id, bool recycle) {
     guarded(ops.scan.diagnostics, list.routine("DeleteFiles").c_str(), kModul, [&] {
         Grid& grid = list.grid();
@@ -176,6 +220,8 @@ void List_DeleteFiles(const FileOps& ops, ListView& list, GridId id, bool recycl
                 if (Delete_Files(ops, run, list.pathOf(*row), recycle).empty()) grid.removeRow(*row);
         }
         if (id != GridId::kFiles) return ops.host.listChanged(id);
+        if (ops.host.closed()) return;
+        chooseListedFolder(ops.scan);
         Report_Rescan(ops.scan, false);
         ops.host.Preview_Reset_View();
     });
@@ -197,20 +243,19 @@ void DeleteFolders(const FileOps& ops, bool recycle) {
 void Report_DeleteFolder(const FileOps& ops, Row row, bool recycle) {
     guarded(ops.scan.diagnostics, "Report_DeleteFolder", kModul, [&] {
         Grid& report = ops.scan.tvwPL;
-        if (ops.scan.state.ScanActive) return;
+        if (ops.scan.state.ScanActive || report.number(row, kIsFolder) != 1) return;
         const std::string path = Report_GetFullpathOfNode(report, row, false, ops.scan.paths);
-        {
-            FileRun run(ops, statusOf(ops, recycle));
-            if (refused(ops, path)) return;
-            std::string unused;
-            if (recycle) {
-                ops.operations.recycle(placeOf(ops.scan, path), run);
-            } else {
-                xDeleteFolder_W(ops, run, path, unused);
-            }
-            takeOutOf(report, report.parent(row), report.number(row, kSize), report.number(row, kFiles),
-                      report.number(row, kFolders));
+        FileRun run(ops, statusOf(ops, recycle));
+        if (refused(ops, run, path)) return;
+        std::string unused;
+        if (recycle) {
+            ops.operations.recycle(placeOf(ops.scan, path), run);
+        } else {
+            xDeleteFolder_W(ops, run, path, unused);
         }
+        takeOutOf(report, report.parent(row), report.number(row, kSize), report.number(row, kFiles),
+                  report.number(row, kFolders));
+        // Messages run while the list is read: the run keeps the row where it is until it goes.
         ops.scan.host.refreshDriveOf(row);
         ops.host.List_Files_Refresh();
         report.removeRow(row);

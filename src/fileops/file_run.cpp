@@ -16,7 +16,8 @@ constexpr std::size_t kLongestStatus = 500;     // Bytes: no screen shows more.
 
 }  // namespace
 
-FileRun::FileRun(const FileOps& ops, std::string status) : ops_(ops), status_(std::move(status)) {
+FileRun::FileRun(const FileOps& ops, std::string status)
+    : ops_(ops), status_(std::move(status)), stopped_(ops.host.closed()) {
     ops_.scan.state.CancelState = kCancelNone;
     DisableControls(ops_.scan, false);
     ops_.scan.host.setBusyPointer(true);

@@ -20,6 +20,8 @@ class FileOpsHost {
     virtual void List_Files_Refresh() = 0;
     /// Rows of a list have gone: icons and statistics follow.
     virtual void listChanged(GridId list) = 0;
+    /// The window was closed while something waited for an answer: nothing begins any more.
+    virtual bool closed() = 0;
 };
 
 /// All of it outlives the commands.

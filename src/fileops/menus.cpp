@@ -128,14 +128,19 @@ int Menus::ofList(GridId list, const std::vector<std::string>& paths, Point at) 
 // --- opening
 
 void Menus::openFile(const std::string& path) {
-    if (!wantsToRun(path)) return;
+    openOne(path);
+}
+
+// False where the user, or the desktop, would rather not.
+bool Menus::openOne(const std::string& path) {
+    if (!wantsToRun(path)) return false;
     switch (ops_.window.desktop().open(path)) {
         case OpenResult::kStarted:
-            return;
+            return true;
         case OpenResult::kNoProgram:
-            return openWithOther({path});
+            return openWithOther({path}), true;
         default:
-            return cannotBeOpened(path);
+            return cannotBeOpened(path), false;
     }
 }
 
@@ -144,7 +149,13 @@ void Menus::showInFolder(const std::string& path) {
 }
 
 void Menus::openAll(const std::vector<std::string>& paths) {
-    for (const std::string& path : paths) openFile(path);
+    constexpr std::size_t kManyPrograms = 10;
+    if (paths.size() > kManyPrograms &&
+        !ops_.window.message(MessageKind::kQuestion,
+                             ops_.scan.texts.TL(9557, "%1 Dateien öffnen?", {paths.size()})))
+        return;
+    for (const std::string& path : paths)
+        if (!openOne(path)) return;
 }
 
 bool Menus::wantsToRun(const std::string& path) {

@@ -1,8 +1,8 @@
 // The menus of report, drives and lists: the desktop's part first, then the program's own entries. And the
 // opening of files, which a double click shares with them.
 //
-// A menu acts on the rows for which it was opened, whatever is sorted or read while it stands open; rows that
-// are gone by then are left alone. Thread of the logic only.
+// A menu acts on the rows for which it was opened: whoever opens it holds back what would change rows until
+// it is answered. Thread of the logic only.
 #pragma once
 
 #include <string>
@@ -54,6 +54,7 @@ class Menus {
     int show(std::vector<MenuEntry> desktop, std::vector<MenuEntry> own,
              const std::vector<std::string>& paths, Point at);
     void runDesktopEntry(int id, const std::vector<std::string>& paths);
+    bool openOne(const std::string& path);
     void openAll(const std::vector<std::string>& paths);
     bool wantsToRun(const std::string& path);
     void openWithOther(const std::vector<std::string>& paths);

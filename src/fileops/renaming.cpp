@@ -54,8 +54,11 @@ void renameInReport(const FileOps& ops, Row row, const std::string& name) {
             return;
         }
         const std::string folder = Report_GetFullpathOfNode(report, report.parent(row), true, ops.scan.paths);
-        if (rename(ops, report, row, folder, name))
-            ops.scan.state.currentFolder = AddTrailingSlash(folder + name, ops.scan.paths);
+        const std::string old = AddTrailingSlash(folder + std::string(report.text(row)), ops.scan.paths);
+        std::string& listed = ops.scan.state.currentFolder;
+        // The list keeps its rows: they lie in the same folder, or in one below it, under another name.
+        if (rename(ops, report, row, folder, name) && listed.starts_with(old))
+            listed.replace(0, old.size(), AddTrailingSlash(folder + name, ops.scan.paths));
     });
 }
 

@@ -16,7 +16,7 @@ std::string xMoveFile_W(const FileOps& ops, const std::string& from, const std::
 /// the same file in other lists, stay as they are.
 void renameInList(const FileOps& ops, ListView& list, Row row, const std::string& name);
 
-/// A folder of the report got another name. The file list then lists it under that name.
+/// A folder of the report got another name. What the file list shows of it lies under that name then.
 void renameInReport(const FileOps& ops, Row row, const std::string& name);
 
 }  // namespace hl

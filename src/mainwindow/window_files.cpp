@@ -23,14 +23,13 @@ std::string withoutSlash(std::string path) {
 
 // --- menus
 
-void WindowForm::Report_ShellContextMenu(const std::string& path, Point at) {
+void WindowForm::Report_ShellContextMenu(Row row, const std::string& path, Point at) {
     guarded(services_.diagnostics, "Report_ShellContextMenu", kModul, [&] {
-        const Row row = tvwPL_.currentRow();
-        if (path.empty() || row == kNoRow || unloaded_) return;
+        if (path.empty() || unloaded_) return;
         const FileOps ops = fileOps();
         const ScopeExit over = command();
         const int chosen = Menus(ops).ofReport(row, withoutSlash(path), at);
-        reportMenuCommand(chosen, row);
+        if (!unloaded_) reportMenuCommand(chosen, row);
     });
     readWaiting();
 }
@@ -59,7 +58,7 @@ void WindowForm::openDriveMenu(Row row, Point at) {
     const FileOps ops = fileOps();
     const ScopeExit over = command();
     const int chosen = Menus(ops).ofDrive(std::string(lvwDiskinfo_.text(row)), at);
-    if (chosen == kDriveMenuRead) driveList_.Drives_ScanDrives(true);
+    if (chosen == kDriveMenuRead && !unloaded_) driveList_.Drives_ScanDrives(true);
 }
 
 void WindowForm::ShellContextMenuFileList(GridId id, Point at) {
@@ -69,7 +68,9 @@ void WindowForm::ShellContextMenuFileList(GridId id, Point at) {
         Menus menus(ops);
         const ScopeExit over = command();
         const std::vector<std::string> paths = list.menuPaths();
-        switch (menus.ofList(id, paths, at)) {
+        const int chosen = menus.ofList(id, paths, at);
+        if (unloaded_) return;
+        switch (chosen) {
             case list_menu::kRecycle:
                 List_DeleteFiles(ops, list, id, true);
                 break;

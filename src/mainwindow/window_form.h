@@ -155,7 +155,7 @@ class WindowForm final : public MainForm,
     void setReportWidth(int pixels) override;
     void setFirstPanel(const std::string& text) override;
     void openRowsMenu(Point at) override;
-    void Report_ShellContextMenu(const std::string& path, Point at) override;
+    void Report_ShellContextMenu(Row row, const std::string& path, Point at) override;
 
     // --- PaneHost
     int barHeight(BarId bar) override { return window_->barHeight(bar); }
@@ -190,6 +190,7 @@ class WindowForm final : public MainForm,
     // --- FileOpsHost
     void List_Files_Refresh() override;
     void listChanged(GridId list) override;
+    bool closed() override { return unloaded_; }
 
     // --- DriveListHost
     void autosizeDriveColumn(std::size_t column, int margin) override;

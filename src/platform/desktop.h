@@ -1,7 +1,8 @@
 // The desktop around the program: what opens files, and what shows them elsewhere.
 //
 // Paths are bytes and arrive unchanged, whatever they hold; none is ever read by a shell. What is started
-// gets the user's own environment. Thread of the logic only. No call waits longer than a second for anybody.
+// gets the user's own environment. Thread of the logic only. The file manager and the session bus are waited
+// for a second at most.
 #pragma once
 
 #include <string>

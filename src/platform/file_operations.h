@@ -77,9 +77,8 @@ class FileOperations {
     /// another mount only what is no folder goes: it is copied, flushed to the disk, and then removed here.
     /// System error code; after a failure everything is as it was.
     virtual int move(const FilePlace& from, const FilePlace& to, OperationWatch& watch) = 0;
-    virtual bool exists(const FilePlace& place) = 0;
     /// By what it is, not by its name: also through a link or another mount of the same folder.
-    virtual Protection protectionOf(const FilePlace& place) = 0;
+    virtual Protection protectionOf(const FilePlace& place, OperationWatch& watch) = 0;
 };
 
 }  // namespace hl

@@ -239,6 +239,7 @@ struct WindowParts {
     std::string dataFolder;  ///< Icons.
     std::string language;    ///< "de", for the texts of the toolkit's own dialogs.
     PreviewParts preview;
+    Desktop* desktop = nullptr;  ///< Null for the user's own.
 };
 
 }  // namespace hl

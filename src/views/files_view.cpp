@@ -47,6 +47,9 @@ void FilesView::List_Files_ScanFolder(const std::string& path, bool lockControls
         const std::string folder = AddTrailingSlash(path, scan.paths);
         if (identityKey(folder, scan.paths) == identityKey(scan.state.currentFolder, scan.paths)) return;
         scan.state.currentFolder = folder;
+        // Rows of another folder must not be taken for those of this one while messages run.
+        FilesTotalSize_ = SizeValue();
+        grid_.clear();
         const std::uint64_t run = ++scan.state.FileListRun;
         scan.pump.PumpMessages();
         if (scan.state.FileListRun != run) return;

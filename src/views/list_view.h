@@ -123,7 +123,7 @@ class ListView {
 
     /// Full path of the row's file or folder.
     virtual std::string pathOf(Row row) const;
-    /// Of the selected rows, in the order of the view: what the list's menu is for. Not called yet.
+    /// Of the selected rows, in the order of the view: what the list's menu is for.
     virtual std::vector<std::string> menuPaths() const;
     Grid& grid() { return grid_; }
     /// The name of a routine in error reports: "List_Files_DeleteFiles".

@@ -263,11 +263,15 @@ void ReportView::Report_MouseClick(Row row, MouseButton button, Point at) {
         scan_.host.selectDriveOf(row);
         const bool folder = grid_.number(row, kIsFolder) == 1;
         const std::string path = Report_GetFullpathOfNode(grid_, folderOf(row), true, scan_.paths);
-        scan_.host.showFilesOf(path);  // Messages run: the row may be gone behind it.
+        scan_.host.showFilesOf(path);
+        // Messages have run: another row may be current now, and this one gone.
+        if (grid_.currentRow() != row || scan_.state.ScanActive ||
+            Report_GetFullpathOfNode(grid_, folderOf(row), true, scan_.paths) != path)
+            return;
         host_.setFirstPanel(path);
         scan_.host.refreshPreview();
         window_.focusGrid(GridId::kReport);
-        if (button == MouseButton::kRight && folder) host_.Report_ShellContextMenu(path, at);
+        if (button == MouseButton::kRight && folder) host_.Report_ShellContextMenu(row, path, at);
     });
 }
 

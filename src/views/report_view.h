@@ -23,8 +23,8 @@ class ReportHost {
     virtual void openRowsMenu(Point at) = 0;
     /// Begins the editing of the row's name in its cell.
     virtual void beginRename(GridId grid, Row row) = 0;
-    /// The menu of the current row, a folder.
-    virtual void Report_ShellContextMenu(const std::string& path, Point at) = 0;
+    /// The menu of a folder, the current row. `path` ends in a separator.
+    virtual void Report_ShellContextMenu(Row row, const std::string& path, Point at) = 0;
 };
 
 class ReportView {

@@ -31,8 +31,7 @@ class ScriptedOperations final : public FileOperations {
     int move(const FilePlace& from, const FilePlace& to, OperationWatch&) override {
         return note("move", from), note("to", to), error;
     }
-    bool exists(const FilePlace&) override { return true; }
-    Protection protectionOf(const FilePlace&) override { return protection; }
+    Protection protectionOf(const FilePlace&, OperationWatch&) override { return protection; }
 
   private:
     void note(const char* what, const FilePlace& place) {
@@ -46,6 +45,7 @@ class QuietHost final : public FileOpsHost {
     void Preview_Reset_View() override {}
     void List_Files_Refresh() override { ++refreshed; }
     void listChanged(GridId) override {}
+    bool closed() override { return false; }
     int refreshed = 0;
 };
 
@@ -118,9 +118,8 @@ TEST_F(DeletingTest, SelectedFoldersTellWhatStayedAndGoOn) {
          {.failures = {{"/src/b/x", 13}, {"/src/b", 13, true}}, .failureCount = 4},
          false,
          {},
-         "Beim Löschen des Ordners '/src/b' ist ein Fehler aufgetreten: Permission denied (/src/b/x) No such "
-         "file "
-         "or directory(/src/b) ... und 2 weitere"},
+         "Beim Löschen des Ordners '/src/b' ist ein Fehler aufgetreten: Permission denied (/src/b/x) "
+         "Permission denied(/src/b) ... und 2 weitere"},
         {"trash",
          {},
          true,
@@ -195,10 +194,13 @@ TEST_F(DeletingTest, ARenamedFolderIsWhereTheListLooksNext) {
     EXPECT_EQ(window_.calls, (std::vector<std::string>{"Permission denied"}));
     EXPECT_EQ(bench_.report.text(a_), "a");
     disk_.error = 0;
+    bench_.state.currentFolder = "/src/a/aa/";
     renameInReport(ops_, a_, "z");
     EXPECT_EQ(disk_.asked.back(), "to /src|z");
     EXPECT_EQ(bench_.report.text(a_), "z");
-    EXPECT_EQ(bench_.state.currentFolder, "/src/z/");
+    EXPECT_EQ(bench_.state.currentFolder, "/src/z/aa/");
+    renameInReport(ops_, b_, "y");
+    EXPECT_EQ(bench_.state.currentFolder, "/src/z/aa/");
     renameInReport(ops_, src_, "other");
     EXPECT_EQ(bench_.report.text(src_), "/src");
 }

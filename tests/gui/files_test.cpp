@@ -268,6 +268,40 @@ TEST_F(FilesTest, F2RenamesInTheCell) {
     EXPECT_EQ(s().form().state().currentFolder, at("src/bus/"));
 }
 
+TEST_F(FilesTest, AProgramIsNotOpenedWithoutAQuestion) {
+    start();
+    GridView& list = session_->open(kFileList);
+    session_->sortByName(list);
+    s().desktop.runs = true;
+    const auto doubleClick = [&] {
+        const QPoint at = ListSession::place(list, 0);
+        QTest::mouseClick(list.viewport(), Qt::LeftButton, {}, at);
+        QTest::mouseDClick(list.viewport(), Qt::LeftButton, {}, at);
+        QTest::mouseRelease(list.viewport(), Qt::LeftButton, {}, at);
+    };
+    s().answers.add([](QDialog& dialog) { QTest::keyClick(&dialog, Qt::Key_Return); });
+    doubleClick();
+    EXPECT_TRUE(s().desktop.opened.empty());
+    answer(s(), "Ja");
+    doubleClick();
+    EXPECT_EQ(s().desktop.opened, (Names{at("src/a.txt")}));
+}
+
+TEST_F(FilesTest, TheFolderThatIsListedIsReadAgainWhicheverRowIsCurrent) {
+    start();
+    s().click("cbrReport.25");
+    session_->open(kFileList);
+    s().click("cbrMain.33");
+    s().clickRow("sub");
+    s().clickTitle(0);
+    GridView& list = s().window().grid(GridId::kFiles);
+    ListSession::clickOn(list, 0);
+    answer(s(), "Ja");
+    session_->press(kFileList, 320);
+    EXPECT_FALSE(there("src/sub/d.txt"));
+    EXPECT_EQ(numbers(s().grid()), numbersOfAFreshScan());
+}
+
 TEST_F(FilesTest, AListsMenuIsForOneOrForSeveral) {
     start();
     GridView& list = session_->open(kFileList);

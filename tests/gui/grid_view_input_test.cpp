@@ -77,12 +77,12 @@ TEST_F(GridViewTest, KeysMoveAndPick) {
     EXPECT_EQ(grid.selectedCount(), 100U);
 }
 
-TEST_F(GridViewTest, TheLogicHearsOfTheReleaseOfFourKeysOncePerPress) {
+TEST_F(GridViewTest, TheLogicHearsOfTheReleaseOfKeysThatMoveOrAskOncePerPress) {
     addRoots(3);
     show();
     for (const int code : {Qt::Key_Up, Qt::Key_Down, Qt::Key_F2, Qt::Key_Delete, Qt::Key_Home, Qt::Key_X})
         key(code);
-    EXPECT_EQ(takeLog(), (Log{"key 38", "key 40", "key 113", "key 46"}));
+    EXPECT_EQ(takeLog(), (Log{"key 38", "key 40", "key 113", "key 46", "key 40"}));
     // Held down: the toolkit sends releases that are none. And a release whose press went elsewhere.
     QTest::keyPress(view.get(), Qt::Key_Down);
     QKeyEvent repeated(QEvent::KeyRelease, Qt::Key_Down, {}, {}, true);
@@ -137,18 +137,18 @@ TEST_F(GridViewTest, TreeKeysFoldAndMove) {
         Log told;
     };
     grid.setCurrentRow(row("a"));
-    for (const Step& step :
-         {Step{Qt::Key_Right, "aa @aa", "a aa ab b c ", {}},
-          Step{Qt::Key_Right, "aa @aa", "a aa aaa ab b c ", {"fold aa"}},
-          Step{Qt::Key_Right, "aaa @aaa", "a aa aaa ab b c ", {}},
-          Step{Qt::Key_Right, "aaa @aaa", "a aa aaa ab b c ", {}},
-          Step{Qt::Key_Left, "aa @aa", "a aa aaa ab b c ", {}},
-          Step{Qt::Key_Left, "aa @aa", "a aa ab b c ", {"fold aa"}},
-          Step{Qt::Key_Plus, "aa @aa", "a aa aaa ab b c ", {"fold aa"}},
-          Step{Qt::Key_Plus, "aa @aa", "a aa aaa ab b c ", {}},
-          Step{Qt::Key_Left, "aa @aa", "a aa ab b c ", {"fold aa"}},
-          Step{Qt::Key_Left, "a @a", "a aa ab b c ", {}}, Step{Qt::Key_Minus, "a @a", "a b c ", {"fold a"}},
-          Step{Qt::Key_Asterisk, "a @a", "a aa aaa ab b c ", {"fold a"}}}) {
+    for (const Step& step : {Step{Qt::Key_Right, "aa @aa", "a aa ab b c ", {"key 40"}},
+                             Step{Qt::Key_Right, "aa @aa", "a aa aaa ab b c ", {"fold aa"}},
+                             Step{Qt::Key_Right, "aaa @aaa", "a aa aaa ab b c ", {"key 40"}},
+                             Step{Qt::Key_Right, "aaa @aaa", "a aa aaa ab b c ", {}},
+                             Step{Qt::Key_Left, "aa @aa", "a aa aaa ab b c ", {"key 40"}},
+                             Step{Qt::Key_Left, "aa @aa", "a aa ab b c ", {"fold aa"}},
+                             Step{Qt::Key_Plus, "aa @aa", "a aa aaa ab b c ", {"fold aa"}},
+                             Step{Qt::Key_Plus, "aa @aa", "a aa aaa ab b c ", {}},
+                             Step{Qt::Key_Left, "aa @aa", "a aa ab b c ", {"fold aa"}},
+                             Step{Qt::Key_Left, "a @a", "a aa ab b c ", {"key 40"}},
+                             Step{Qt::Key_Minus, "a @a", "a b c ", {"fold a"}},
+                             Step{Qt::Key_Asterisk, "a @a", "a aa aaa ab b c ", {"fold a"}}}) {
         key(step.key);
         EXPECT_EQ(picked(), step.picked);
         EXPECT_EQ(shown(), step.shown);

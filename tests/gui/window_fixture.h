@@ -92,12 +92,40 @@ class PausingOperations final : public FileOperations {
     int move(const FilePlace& from, const FilePlace& to, OperationWatch& watch) override {
         return before(watch), disk_.move(from, to, watch);
     }
-    bool exists(const FilePlace& place) override { return disk_.exists(place); }
-    Protection protectionOf(const FilePlace& place) override { return disk_.protectionOf(place); }
+    Protection protectionOf(const FilePlace& place, OperationWatch& watch) override {
+        return disk_.protectionOf(place, watch);
+    }
 
   private:
     DirectoryCalls calls_;
     LinuxFileOperations disk_;
+};
+
+/// A desktop on which everything can be opened.
+class RecordingDesktop final : public Desktop {
+  public:
+    std::vector<std::string> opened;
+    bool runs = false;  ///< All files are programs.
+
+    OpenResult open(const std::string& path) override {
+        opened.push_back(path);
+        return OpenResult::kStarted;
+    }
+    std::vector<DesktopProgram> programsFor(const std::vector<std::string>&, std::size_t) override {
+        return {{"editor.desktop", "Editor"}};
+    }
+    std::vector<DesktopProgram> allPrograms() override { return {}; }
+    bool openWith(const std::string& id, const std::vector<std::string>& paths) override {
+        opened.push_back(id + " " + paths.front());
+        return true;
+    }
+    bool runsWhenOpened(const std::string&) override { return runs; }
+    bool showInFolder(const std::vector<std::string>& paths) override {
+        opened.push_back("show " + paths.front());
+        return true;
+    }
+    bool showProperties(const std::vector<std::string>&) override { return false; }
+    void copyFiles(const std::vector<std::string>&) override {}
 };
 
 class NoFolderVerb final : public FolderVerb {
@@ -175,6 +203,7 @@ class Logic : private ErrorSink, private MessagePump {
                                      true, [this](Window* window, MessagePump* pump) { there(window, pump); },
                                      [this] { showWaiting(); }});
         form_->parts().dataFolder = HARBORLANTERN_SOURCE_DIR "/data";
+        form_->parts().desktop = &desktop;
     }
 
     PausingFileSystem fileSystem;
@@ -185,6 +214,7 @@ class Logic : private ErrorSink, private MessagePump {
     WindowForm& form() { return *form_; }
     MessagePump& pump() { return *this; }
     LinuxDrives& drives() { return drives_; }
+    RecordingDesktop desktop;
     PausingOperations& operations() { return operations_; }
     std::string userHome() const { return machine_.path() + "/home/user"; }
     std::string trash() const { return machine_.path() + "/Trash"; }

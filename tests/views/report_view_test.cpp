@@ -31,7 +31,9 @@ struct ReportTest : test::ScanFixture, ReportHost {
     void setFirstPanel(const std::string& text) override { asked.push_back(text); }
     void openRowsMenu(Point) override { asked.emplace_back("rows menu"); }
     void beginRename(GridId, Row row) override { asked.push_back("rename " + std::to_string(row)); }
-    void Report_ShellContextMenu(const std::string& path, Point) override { asked.push_back("menu " + path); }
+    void Report_ShellContextMenu(Row, const std::string& path, Point) override {
+        asked.push_back("menu " + path);
+    }
 
     Lines namesInOrder() const { return textsOf(report); }
     Lines selectedNames() const {

@@ -3,7 +3,6 @@
 #include <errno.h>
 #include <fcntl.h>
 #include <pwd.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cstdlib>
@@ -41,7 +40,12 @@ LinuxFileOperations::LinuxFileOperations(DirectoryCalls& calls, Settings setting
 
 int LinuxFileOperations::removeFile(const FilePlace& place, OperationWatch& watch) {
     int error = 0;
-    runBeside([&](Whereabouts&) { error = hl::removeFile(place); }, watch);
+    runBeside(
+        [&](Whereabouts& whereabouts) {
+            whereabouts.at([&] { return pathOf(place); });
+            error = hl::removeFile(place);
+        },
+        watch);
     return error;
 }
 
@@ -57,7 +61,12 @@ Removal LinuxFileOperations::removeTree(const FilePlace& place, OperationWatch& 
 
 RecycleError LinuxFileOperations::recycle(const FilePlace& place, OperationWatch& watch) {
     RecycleError error = RecycleError::kUnknown;
-    runBeside([&](Whereabouts&) { error = moveToTrash(place, settings_.trash); }, watch);
+    runBeside(
+        [&](Whereabouts& whereabouts) {
+            whereabouts.at([&] { return pathOf(place); });
+            error = moveToTrash(place, settings_.trash);
+        },
+        watch);
     return error;
 }
 
@@ -67,14 +76,13 @@ int LinuxFileOperations::move(const FilePlace& from, const FilePlace& to, Operat
     return error;
 }
 
-bool LinuxFileOperations::exists(const FilePlace& place) {
-    const OpenedPlace at = openPlace(place);
-    struct stat facts;
-    return at.error == EBUSY || (at.error == 0 && ::fstatat(at.folder.number(), at.name.c_str(), &facts,
-                                                            AT_SYMLINK_NOFOLLOW) == 0);
+Protection LinuxFileOperations::protectionOf(const FilePlace& place, OperationWatch& watch) {
+    Protection protection = Protection::kNone;
+    runBeside([&](Whereabouts&) { protection = lookAt(place); }, watch);
+    return protection;
 }
 
-Protection LinuxFileOperations::protectionOf(const FilePlace& place) {
+Protection LinuxFileOperations::lookAt(const FilePlace& place) const {
     const OpenedPlace at = openPlace(place);
     if (at.error == EBUSY) return Protection::kRoot;
     if (at.error != 0) return Protection::kNone;

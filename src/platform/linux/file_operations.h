@@ -12,24 +12,24 @@ namespace hl {
 
 class LinuxFileOperations final : public FileOperations {
   public:
-    /// The calls that removing a tree comes down to. Open folders at most: `budget`.
     struct Settings {
         std::string home;                         ///< Of the user; empty if there is none.
         std::vector<std::string> programFolders;  ///< Where the program lies, and where it writes.
         TrashSettings trash;
-        std::size_t budget = 64;
+        std::size_t budget = 64;  ///< Folders open at once, at most.
     };
-    /// `calls` outlives it.
+    /// `calls` is what removing a tree comes down to; it outlives this.
     LinuxFileOperations(DirectoryCalls& calls, Settings settings);
 
     int removeFile(const FilePlace& place, OperationWatch& watch) override;
     Removal removeTree(const FilePlace& place, OperationWatch& watch) override;
     RecycleError recycle(const FilePlace& place, OperationWatch& watch) override;
     int move(const FilePlace& from, const FilePlace& to, OperationWatch& watch) override;
-    bool exists(const FilePlace& place) override;
-    Protection protectionOf(const FilePlace& place) override;
+    Protection protectionOf(const FilePlace& place, OperationWatch& watch) override;
 
   private:
+    Protection lookAt(const FilePlace& place) const;
+
     DirectoryCalls& calls_;
     Settings settings_;
 };

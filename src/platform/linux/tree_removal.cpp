@@ -49,6 +49,17 @@ bool giveOwnerAll(int folder, const char* changeBy) {
     return (mode & S_IRWXU) != S_IRWXU && ::chmod(changeBy, mode | S_IRWXU) == 0;
 }
 
+/// Without openat2 the opening alone does not tell it.
+bool isOtherMount(int parent, int folder) {
+    struct statx facts;
+    if (::statx(folder, "", AT_EMPTY_PATH, 0, &facts) == 0 &&
+        (facts.stx_attributes & facts.stx_attributes_mask & STATX_ATTR_MOUNT_ROOT) != 0)
+        return true;
+    struct stat own;
+    struct stat above;
+    return ::fstat(folder, &own) != 0 || ::fstat(parent, &above) != 0 || own.st_dev != above.st_dev;
+}
+
 std::string byDescriptor(int folder) {
     return "/proc/self/fd/" + std::to_string(folder);
 }
@@ -130,6 +141,7 @@ int TreeRemoval::openFolder(int parent, const std::string& name) {
     if (folder != -EACCES) return folder;
     // One of our own that may not be read. It is opened for nothing but that, so no link can be meant.
     const Descriptor own = openAt(parent, name, O_PATH | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
+    if (own.isOpen() && isOtherMount(parent, own.number())) return -EXDEV;
     if (!own.isOpen() || !giveOwnerAll(own.number(), byDescriptor(own.number()).c_str())) return folder;
     return calls_.openChild(parent, name.c_str(), false, false);
 }
