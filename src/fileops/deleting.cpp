@@ -188,8 +188,8 @@ Row rowOfFolder(const ScanContext& scan, Row row, std::string path, const std::s
     return row;
 }
 
-/// What is read again is the folder whose files were deleted, whichever row is current by now.
-void chooseListedFolder(ScanContext& scan) {
+/// The row of the folder whose files the list shows, made current; whichever was is left. kNoRow for none.
+Row chooseListedFolder(ScanContext& scan) {
     const std::string folder = scan.state.currentFolder;
     Row found = kNoRow;
     for (Row root = scan.tvwPL.firstRoot(); root != kNoRow && found == kNoRow && !folder.empty();
@@ -199,10 +199,28 @@ void chooseListedFolder(ScanContext& scan) {
     }
     const Row current = scan.tvwPL.currentRow();
     const bool isFilesRow = current != kNoRow && scan.tvwPL.number(current, kIsFolder) != 1;
-    if (found == kNoRow || found == (isFilesRow ? scan.tvwPL.parent(current) : current)) return;
+    if (found == kNoRow || found == (isFilesRow ? scan.tvwPL.parent(current) : current)) return found;
     scan.tvwPL.selectNone();
     scan.tvwPL.setCurrentRow(found);
     scan.tvwPL.setSelected(found, true);
+    return found;
+}
+
+/// Reads the files of the listed folder again. A rescan of files alone applies their change twice to the rows
+/// above: once of it is taken back.
+void readListedFolderAgain(ScanContext& scan) {
+    Grid& report = scan.tvwPL;
+    const Row row = chooseListedFolder(scan);
+    if (row == kNoRow) return;
+    const double size = report.number(row, kSize), files = report.number(row, kFiles);
+    Report_Rescan(scan, false);
+    const double moreSize = report.number(row, kSize) - size, moreFiles = report.number(row, kFiles) - files;
+    for (Row above = report.parent(row); above != kNoRow; above = report.parent(above)) {
+        report.setNumber(above, kSize, report.number(above, kSize) - moreSize);
+        report.setNumber(above, kFiles, report.number(above, kFiles) - moreFiles);
+        Report_ChangePercentValue(scan, above);
+    }
+    if (moreSize != 0 && report.parent(row) != kNoRow) Report_Sort(scan);
 }
 
 }  // namespace
@@ -221,8 +239,7 @@ void List_DeleteFiles(const FileOps& ops, ListView& list, GridId id, bool recycl
         }
         if (id != GridId::kFiles) return ops.host.listChanged(id);
         if (ops.host.closed()) return;
-        chooseListedFolder(ops.scan);
-        Report_Rescan(ops.scan, false);
+        readListedFolderAgain(ops.scan);
         ops.host.Preview_Reset_View();
     });
 }

@@ -33,8 +33,16 @@ std::string JunctionsView::pathOf(Row row) const {
 std::vector<std::string> JunctionsView::menuPaths() const {
     if (!menuForTargets_) return ListView::menuPaths();
     std::vector<std::string> targets;
-    for (const Row row : grid_.selectedRows()) targets.emplace_back(grid_.cellText(row, kJunctionTarget));
+    for (const Row row : grid_.selectedRows()) targets.push_back(targetOf(row));
     return targets;
+}
+
+// The text of a link counts from the link's folder. What is mounted is no path of a file: its place is.
+std::string JunctionsView::targetOf(Row row) const {
+    const std::string path = pathOf(row);
+    const std::string target(grid_.cellText(row, kJunctionTarget));
+    if (grid_.number(row, kJunctionType) != 0) return path;
+    return target.starts_with('/') ? target : path.substr(0, path.rfind('/') + 1) + target;
 }
 
 void JunctionsView::beforeMenu(Point at) {

@@ -16,6 +16,7 @@ class JunctionsView final : public ListView {
     std::vector<std::string> menuPaths() const override;
 
   private:
+    std::string targetOf(Row row) const;
     std::string total() const override;
     void beforeMenu(Point at) override;
 
