@@ -1,11 +1,11 @@
 // Removes a tree as the window does, the thread of the logic looking on, and prints what it took:
 // "seconds", "entries", "waits" (how often the logic was asked), "longest_ms" (between two of these) and
 // "memory_kib" (what the process grew by).
-#include <sys/resource.h>
-
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
+#include <fstream>
+#include <string>
 
 #include "platform/linux/file_operations.h"
 
@@ -17,10 +17,12 @@ double milliseconds(Clock::time_point from) {
     return std::chrono::duration<double, std::milli>(Clock::now() - from).count();
 }
 
+/// The peak so far. Not that of getrusage, in which the program that started this one counts, too.
 long peakKib() {
-    struct rusage usage {};
-    ::getrusage(RUSAGE_SELF, &usage);
-    return usage.ru_maxrss;
+    std::ifstream status("/proc/self/status");
+    for (std::string line; std::getline(status, line);)
+        if (line.starts_with("VmHWM:")) return std::stol(line.substr(line.find(':') + 1));
+    return 0;
 }
 
 class Looks final : public hl::OperationWatch {
