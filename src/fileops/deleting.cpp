@@ -206,21 +206,49 @@ Row chooseListedFolder(ScanContext& scan) {
     return found;
 }
 
-/// Reads the files of the listed folder again. A rescan of files alone applies their change twice to the rows
-/// above: once of it is taken back.
+struct FilesOfFolder {
+    double size = 0, files = 0;
+};
+
+/// The row below a folder that sums up its files; kNoRow if there is none.
+Row filesRowOf(const Grid& report, Row folder) {
+    Row child = report.firstChild(folder);
+    while (child != kNoRow && report.number(child, kIsFolder) == 1) child = report.nextSibling(child);
+    return child;
+}
+
+/// What lies directly in a folder. One with no folders in it has no row for its files.
+FilesOfFolder filesOf(const Grid& report, Row folder) {
+    const Row row = report.hasChildren(folder) ? filesRowOf(report, folder) : folder;
+    if (row == kNoRow) return {};
+    return {report.number(row, kSize), report.number(row, kFiles)};
+}
+
+/// Reads the files of the listed folder again. A rescan of files alone does not lead to true sums: it counts
+/// their change twice above, and all of them anew where there was no row for them. So the folder and those
+/// above get what they had, and the change once.
 void readListedFolderAgain(ScanContext& scan) {
     Grid& report = scan.tvwPL;
-    const Row row = chooseListedFolder(scan);
-    if (row == kNoRow) return;
-    const double size = report.number(row, kSize), files = report.number(row, kFiles);
+    const Row folder = chooseListedFolder(scan);
+    if (folder == kNoRow) return;
+    const bool hadChildren = report.hasChildren(folder);
+    const FilesOfFolder before = filesOf(report, folder);
+    std::vector<FilesOfFolder> sums;
+    for (Row row = folder; row != kNoRow; row = report.parent(row))
+        sums.push_back({report.number(row, kSize), report.number(row, kFiles)});
     Report_Rescan(scan, false);
-    const double moreSize = report.number(row, kSize) - size, moreFiles = report.number(row, kFiles) - files;
-    for (Row above = report.parent(row); above != kNoRow; above = report.parent(above)) {
-        report.setNumber(above, kSize, report.number(above, kSize) - moreSize);
-        report.setNumber(above, kFiles, report.number(above, kFiles) - moreFiles);
-        Report_ChangePercentValue(scan, above);
+    const Row read = filesRowOf(report, folder);
+    const FilesOfFolder now = read == kNoRow
+                                  ? FilesOfFolder()
+                                  : FilesOfFolder{report.number(read, kSize), report.number(read, kFiles)};
+    if (!hadChildren && read != kNoRow) report.removeRow(read);
+    std::size_t level = 0;
+    for (Row row = folder; row != kNoRow && level < sums.size(); row = report.parent(row), ++level) {
+        report.setNumber(row, kSize, sums[level].size + now.size - before.size);
+        report.setNumber(row, kFiles, sums[level].files + now.files - before.files);
+        Report_ChangePercentValue(scan, row);
     }
-    if (moreSize != 0 && report.parent(row) != kNoRow) Report_Sort(scan);
+    Report_Sort(scan);
 }
 
 }  // namespace

@@ -438,9 +438,11 @@ void ToolBar::focusEdit(int id) {
 void ToolBar::openPopup(int id, QPoint at) {
     for (const BarEntry& popup : bar_.popups()) {
         if (popup.id != id) continue;
-        auto* menu = new BarMenu(menuContext(), popup.list, this);
-        connect(menu, &QMenu::aboutToHide, menu, &QObject::deleteLater);
-        return menu->popup(at);
+        // It lives until the next one: its command lets messages run, and the menu is still on the stack
+        // then.
+        if (popup_ != nullptr) popup_->deleteLater();
+        popup_ = new BarMenu(menuContext(), popup.list, this);
+        return popup_->popup(at);
     }
 }
 

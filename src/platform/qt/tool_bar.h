@@ -87,6 +87,7 @@ class ToolBar final : public QWidget, private BarObserver {
     int running_ = 0;
     int height_ = 0;
     bool dirty_ = true;
+    BarMenu* popup_ = nullptr;  ///< The menu that was opened last; a child of the bar.
 };
 
 }  // namespace hl
