@@ -334,11 +334,6 @@ int moveAcross(const OpenedPlace& old, const struct stat& expected, const Opened
     return error;
 }
 
-std::string pathOf(const FilePlace& place) {
-    const bool joined = place.below.empty() || place.base.ends_with('/');
-    return place.base + (joined ? "" : "/") + place.below;
-}
-
 }  // namespace
 
 int moveEntry(const FilePlace& from, const FilePlace& to, Whereabouts& whereabouts) {

@@ -51,4 +51,9 @@ OpenedPlace openPlace(const FilePlace& place) {
     return opened;
 }
 
+std::string pathOf(const FilePlace& place) {
+    if (place.below.empty()) return place.base;
+    return place.base + (place.base.ends_with('/') ? "" : "/") + place.below;
+}
+
 }  // namespace hl

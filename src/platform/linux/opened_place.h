@@ -22,4 +22,7 @@ struct OpenedPlace {
 /// ENOTDIR unless links are followed.
 OpenedPlace openPlace(const FilePlace& place);
 
+/// As messages show it.
+std::string pathOf(const FilePlace& place);
+
 }  // namespace hl

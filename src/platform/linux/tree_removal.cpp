@@ -281,9 +281,4 @@ int removeFile(const FilePlace& place) {
     return at.error != 0 ? at.error : unlinkError(at.folder.number(), at.name.c_str(), 0);
 }
 
-std::string pathOf(const FilePlace& place) {
-    if (place.below.empty()) return place.base;
-    return place.base + (place.base.ends_with('/') ? "" : "/") + place.below;
-}
-
 }  // namespace hl

@@ -75,7 +75,4 @@ class TreeRemoval {
 /// Removes what is no folder. System error code, 0 for success.
 int removeFile(const FilePlace& place);
 
-/// As messages show it.
-std::string pathOf(const FilePlace& place);
-
 }  // namespace hl
