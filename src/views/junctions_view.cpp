@@ -39,7 +39,7 @@ std::vector<std::string> JunctionsView::menuPaths() const {
 
 // The text of a link counts from the link's folder. What is mounted is no path of a file: its place is.
 std::string JunctionsView::targetOf(Row row) const {
-    const std::string path = pathOf(row);
+    std::string path = pathOf(row);
     const std::string target(grid_.cellText(row, kJunctionTarget));
     if (grid_.number(row, kJunctionType) != 0) return path;
     return target.starts_with('/') ? target : path.substr(0, path.rfind('/') + 1) + target;

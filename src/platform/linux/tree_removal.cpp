@@ -17,7 +17,7 @@ namespace hl {
 
 namespace {
 
-constexpr std::size_t kRecordBytes = 64 * 1024;
+constexpr std::size_t kRecordBytes = std::size_t{64} * 1024;
 // Who goes on adding entries while they are removed is not followed for ever.
 constexpr int kMostPasses = 100;
 
