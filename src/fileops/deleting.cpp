@@ -24,10 +24,17 @@ std::string statusOf(const FileOps& ops, bool recycle) {
     return recycle ? texts.TL(9550, "In den Papierkorb: %1") : texts.TL(9549, "Wird gelöscht: %1");
 }
 
-/// "REASON (CODE)" of what the trash did not take.
-std::string recycleReason(RecycleError error) {
+/// To the trash. Empty if it went, else "REASON (CODE)".
+std::string recycled(const FileOps& ops, FileRun& run, const std::string& path) {
+    const RecycleError error = ops.operations.recycle(placeOf(ops.scan, path), run);
+    if (error == RecycleError::kNone) return {};
     const int code = static_cast<int>(error);
     return xGetErrorTextFromSH(code, false) + " (" + std::to_string(code) + ")";
+}
+
+std::string folderStays(const FileOps& ops, const std::string& path, const std::string& reason) {
+    return ops.scan.texts.TL(3783, "Beim Löschen des Ordners '%1' ist ein Fehler aufgetreten: %2",
+                             {path, reason});
 }
 
 void logGone(const FileOps& ops, const std::string& path, bool recycle) {
@@ -86,8 +93,7 @@ std::string Delete_Files(const FileOps& ops, FileRun& run, const std::string& pa
     const Texts& texts = ops.scan.texts;
     std::string reason;
     if (recycle) {
-        const RecycleError error = ops.operations.recycle(placeOf(ops.scan, path), run);
-        if (error != RecycleError::kNone) reason = recycleReason(error);
+        reason = recycled(ops, run, path);
     } else {
         xDeleteFile_W(ops, run, path, reason);
     }
@@ -126,23 +132,15 @@ namespace {
 
 /// One folder on the road that tells. True if it went.
 bool deleteFolder(const FileOps& ops, FileRun& run, const std::string& path, bool recycle) {
-    const Texts& texts = ops.scan.texts;
     std::string reason;
-    bool went = false;
-    if (recycle) {
-        const RecycleError error = ops.operations.recycle(placeOf(ops.scan, path), run);
-        went = error == RecycleError::kNone;
-        if (!went) reason = recycleReason(error);
-    } else {
-        went = xDeleteFolder_W(ops, run, path, reason);
-    }
+    if (recycle) reason = recycled(ops, run, path);
+    const bool went = recycle ? reason.empty() : xDeleteFolder_W(ops, run, path, reason);
     if (went) return logGone(ops, path, recycle), true;
-    tellFailure(ops, recycle ? texts.TL(9571,
-                                        "Beim Verschieben des Ordners'%1' in den Papierkorb ist ein Fehler "
-                                        "aufgetreten: %2",
-                                        {path, reason})
-                             : texts.TL(3783, "Beim Löschen des Ordners '%1' ist ein Fehler aufgetreten: %2",
-                                        {path, reason}));
+    tellFailure(ops, recycle ? ops.scan.texts.TL(9571,
+                                                 "Beim Verschieben des Ordners'%1' in den Papierkorb ist ein "
+                                                 "Fehler aufgetreten: %2",
+                                                 {path, reason})
+                             : folderStays(ops, path, reason));
     return false;
 }
 
@@ -150,12 +148,8 @@ bool deleteFolder(const FileOps& ops, FileRun& run, const std::string& path, boo
 void deleteFolderOf(const FileOps& ops, FileRun& run, Row row, bool recycle) {
     Grid& report = ops.scan.tvwPL;
     const std::string path = Report_GetFullpathOfNode(report, row, false, ops.scan.paths);
-    if (report.number(row, kIsFolder) != 1 && report.level(row) > 0) {
-        return tellFailure(ops, ops.scan.texts.TL(3783,
-                                                  "Beim Löschen des Ordners '%1' ist ein Fehler aufgetreten: "
-                                                  "%2",
-                                                  {path, ""}));
-    }
+    if (report.number(row, kIsFolder) != 1 && report.level(row) > 0)
+        return tellFailure(ops, folderStays(ops, path, ""));
     if (!refused(ops, run, path) && deleteFolder(ops, run, path, recycle)) report.removeRow(row);
 }
 

@@ -30,6 +30,8 @@ inline std::ostream& operator<<(std::ostream& out, RecycleError error) {
 
 namespace hl::test {
 
+inline constexpr uid_t kNobody = 65534;
+
 namespace fs = std::filesystem;
 
 /// Everything at and below `path`, a line each: what it is, its rights, its content or where it leads.

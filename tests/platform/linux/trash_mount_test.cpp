@@ -14,12 +14,7 @@ namespace hl {
 namespace {
 
 namespace fs = std::filesystem;
-using test::Content;
-using test::contentOfTrash;
-using test::snapshotOf;
-using test::Trashing;
-
-constexpr uid_t kNobody = 65534;
+using namespace test;
 
 /// Something mounted on a folder of the test's own; gone before the folder.
 class Mounted {
@@ -104,7 +99,7 @@ TEST_F(TrashingOnAMount, UsesOnlyATrashThatNobodyElseCanTurnAgainstTheUser) {
     };
     const auto makeForeign = [](const std::string& path) {
         test::makeFolder(path);
-        test::must(chown(path.c_str(), kNobody, kNobody));
+        must(chown(path.c_str(), kNobody, kNobody));
     };
     enum class Used { kNothing, kShared, kOwn };
     const struct {
@@ -155,16 +150,16 @@ TEST_F(TrashingOnAMount, UsesOnlyATrashThatNobodyElseCanTurnAgainstTheUser) {
 TEST_F(TrashingOnAMount, SaysThatItIsReadOnly) {
     for (const bool withTrash : {false, true}) {
         if (withTrash) fs::create_directories(own + "/files"), fs::create_directories(own + "/info");
-        test::must(mount("", top.c_str(), nullptr, MS_REMOUNT | MS_RDONLY, nullptr));
+        must(mount("", top.c_str(), nullptr, MS_REMOUNT | MS_RDONLY, nullptr));
         EXPECT_EQ(recycleIt(), RecycleError::kReadOnly);
-        test::must(mount("", top.c_str(), nullptr, MS_REMOUNT, nullptr));
+        must(mount("", top.c_str(), nullptr, MS_REMOUNT, nullptr));
         EXPECT_TRUE(fs::exists(top + "/folder/a b"));
     }
 }
 
 TEST_F(TrashingOnAMount, AFullDiskLeavesNoInfoFileBehind) {
     for (const char* part : {"/files", "/info"}) fs::create_directories(own + part);
-    test::must(mount("", top.c_str(), nullptr, MS_REMOUNT, "size=64k"));
+    must(mount("", top.c_str(), nullptr, MS_REMOUNT, "size=64k"));
     test::writeFile(top + "/filler", std::string(1 << 17, 'x'));
     EXPECT_EQ(recycleIt(), RecycleError::kUnknown);
     EXPECT_EQ(contentOfTrash(own), Content());
@@ -226,7 +221,7 @@ TEST_F(Trashing, AFileAsMountPointIsRefused) {
     const int bound = mount((root + "/source").c_str(), (root + "/bound").c_str(), nullptr, MS_BIND, nullptr);
     if (bound != 0) GTEST_SKIP() << "may not mount";
     EXPECT_EQ(recycle("bound"), RecycleError::kRoot);
-    test::must(umount2((root + "/bound").c_str(), MNT_DETACH));
+    must(umount2((root + "/bound").c_str(), MNT_DETACH));
     EXPECT_EQ(test::contentOf(root + "/bound"), "/bound");
 }
 

@@ -22,18 +22,13 @@ namespace hl {
 namespace {
 
 namespace fs = std::filesystem;
-using test::Content;
-using test::contentOfTrash;
-using test::snapshotOf;
-using test::Trashing;
-
-constexpr uid_t kNobody = 65534;
+using namespace test;
 
 void makeSocket(const std::string& path) {
     sockaddr_un address{AF_UNIX, {}};
     path.copy(address.sun_path, sizeof address.sun_path - 1);
-    const int socket = test::must(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));
-    test::must(bind(socket, reinterpret_cast<const sockaddr*>(&address), sizeof address));
+    const int socket = must(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));
+    must(bind(socket, reinterpret_cast<const sockaddr*>(&address), sizeof address));
     close(socket);
 }
 
@@ -63,7 +58,7 @@ const Kind kKinds[] = {
     {"linkToFolder", "linked", [](auto& path) { fs::create_symlink("/etc", path); }},
     {"danglingLink", "dangling", [](auto& path) { fs::create_symlink("nowhere/at all", path); }},
     {"linkToItself", "loop", [](auto& path) { fs::create_symlink("loop", path); }},
-    {"fifo", "fifo", [](auto& path) { test::must(mkfifo(path.c_str(), 0600)); }},
+    {"fifo", "fifo", [](auto& path) { must(mkfifo(path.c_str(), 0600)); }},
     {"socket", "socket", makeSocket},
     {"readOnlyFile", "locked",
      [](auto& path) {
@@ -266,7 +261,7 @@ TEST_F(Trashing, TakesNothingFromWhereTheUserMayNot) {
     if (geteuid() != 0) GTEST_SKIP() << "needs root to act as somebody else";
     fs::permissions(dir.path(), fs::perms(0755));
     fs::create_directories(home);
-    test::must(chown(home.c_str(), kNobody, kNobody));
+    must(chown(home.c_str(), kNobody, kNobody));
     test::writeFile(root + "/file", "kept");
     const ActingAs nobody(kNobody);
     EXPECT_EQ(moveToTrash({root, "file"}, {home, kNobody}), RecycleError::kAccess);
