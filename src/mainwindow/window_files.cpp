@@ -55,10 +55,13 @@ void WindowForm::reportMenuCommand(int id, Row row) {
 }
 
 void WindowForm::openDriveMenu(Row row, Point at) {
-    const FileOps ops = fileOps();
-    const ScopeExit over = command();
-    const int chosen = Menus(ops).ofDrive(std::string(lvwDiskinfo_.text(row)), at);
-    if (chosen == kDriveMenuRead && !unloaded_) driveList_.Drives_ScanDrives(true);
+    {
+        const FileOps ops = fileOps();
+        const ScopeExit over = command();
+        const int chosen = Menus(ops).ofDrive(std::string(lvwDiskinfo_.text(row)), at);
+        if (chosen == kDriveMenuRead && !unloaded_) driveList_.Drives_ScanDrives(true);
+    }
+    readWaiting();
 }
 
 void WindowForm::ShellContextMenuFileList(GridId id, Point at) {
@@ -72,10 +75,8 @@ void WindowForm::ShellContextMenuFileList(GridId id, Point at) {
         if (unloaded_) return;
         switch (chosen) {
             case list_menu::kRecycle:
-                List_DeleteFiles(ops, list, id, true);
-                break;
             case list_menu::kDelete:
-                List_DeleteFiles(ops, list, id, false);
+                List_DeleteFiles(ops, list, id, chosen == list_menu::kRecycle);
                 break;
             case list_menu::kRename:
                 list.KeyUp(kKeyF2);
