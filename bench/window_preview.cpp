@@ -1,6 +1,9 @@
 // Measures the preview: milliseconds from the choice of a file until it is drawn. bench/window.py runs it:
 //
-//     bench_preview FOLDER PROGRAMS    FOLDER gets the files; PROGRAMS holds the helpers of the preview
+//     bench_preview FOLDER PROGRAMS            FOLDER gets the files; PROGRAMS holds the helpers of the
+//     preview bench_preview FOLDER PROGRAMS FILM...    for each film, whole or broken: the longest time in
+//     which no click
+//                                              was taken while it was opened, played and let go of
 //
 // It makes a text of 1 MB, a JPEG of 12 megapixels and a PDF of 20 pages, and shows each several times, the
 // first time with whatever that has to load.
@@ -13,6 +16,7 @@
 #include <cstdio>
 #include <fstream>
 #include <functional>
+#include <span>
 
 #include "platform/linux/preview_tools.h"
 #include "platform/qt/preview_area.h"
@@ -27,6 +31,7 @@ namespace {
 
 constexpr int kTimes = 7;
 constexpr int kLongestWait = 20'000;
+constexpr int kPlayed = 1500;
 
 // A picture that compresses as a photograph does, and not to nothing.
 void makePicture(const std::string& path) {
@@ -91,8 +96,24 @@ class Bench final : public PreviewEvents {
         std::printf("%s %.6f\n", name, times[kTimes / 2]);
     }
 
+    void measureWait(const std::string& film) {
+        broken_ = true;
+        double longest = 0;
+        for (int i = 0; i < kTimes; ++i) {
+            std::string error;
+            longest = std::max(longest, took([&] { area_.showFile(PreviewViewer::kMedia, film, error); }));
+            QElapsedTimer timer;
+            timer.start();
+            while (timer.elapsed() < kPlayed)
+                longest = std::max(longest, took([] { QApplication::processEvents(QEventLoop::AllEvents); }));
+            longest = std::max(longest, took([&] { area_.clear(); }));
+        }
+        std::printf("film_wait %.6f %s\n", longest, film.c_str());
+    }
+
     std::string previewFailed(const std::string& path, const std::string& error) override {
-        give(path + ": " + error);
+        if (!broken_) give(path + ": " + error);
+        return error;
     }
     void previewMissing(const std::string& what) override { give(what); }
     std::string previewUnknown() override { return "unknown"; }
@@ -103,11 +124,19 @@ class Bench final : public PreviewEvents {
         std::exit(1);
     }
 
+    static double took(const std::function<void()>& step) {
+        QElapsedTimer timer;
+        timer.start();
+        step();
+        return static_cast<double>(timer.nsecsElapsed()) / 1e6;
+    }
+
     PreviewArea& area_;
+    bool broken_ = false;  ///< A file may be.
 };
 
 /// The form is here for the errors of the pane alone.
-int run(const std::string& folder, const std::string& programs) {
+int run(const std::string& folder, const std::string& programs, std::span<char*> films) {
     bench::Parts parts;
     LinuxDrives drives;
     LinuxFolderVerb verb("harborlantern-bench", parts.home, parts.home);
@@ -123,11 +152,13 @@ int run(const std::string& folder, const std::string& programs) {
     area.show();
     QApplication::processEvents();
 
+    Bench bench(area);
+    for (const char* film : films) bench.measureWait(film);
+    if (!films.empty()) return 0;
     const std::string text = folder + "/a.txt", picture = folder + "/b.jpg", document = folder + "/c.pdf";
     makeText(text);
     makePicture(picture);
     makeDocument(document);
-    Bench bench(area);
     bench.measure("text", PreviewViewer::kText, text, [&] { return area.viewer() != nullptr; });
     bench.measure("picture", PreviewViewer::kPicture, picture, [&] {
         auto* view = dynamic_cast<PictureView*>(area.viewer());
@@ -145,7 +176,7 @@ int run(const std::string& folder, const std::string& programs) {
 }  // namespace hl
 
 int main(int argc, char** argv) {
-    if (argc != 3) return std::fputs("Usage: bench_preview FOLDER PROGRAMS\n", stderr), 2;
+    if (argc < 3) return std::fputs("Usage: bench_preview FOLDER PROGRAMS [FILM...]\n", stderr), 2;
     QApplication application(argc, argv);
-    return hl::run(argv[1], argv[2]);
+    return hl::run(argv[1], argv[2], std::span(argv + 3, argv + argc));
 }

@@ -5,7 +5,6 @@
 namespace hl {
 
 void WindowPreview::setWindow(Window* window) {
-    window_ = window;
     preview_.setPane(window != nullptr ? window->previewPane() : nullptr);
 }
 
@@ -22,10 +21,6 @@ std::string WindowPreview::selectedFile() {
     const std::string folder =
         list == GridId::kFiles ? parts_.state.currentFolder : std::string(grid.cellText(row, kFilePath));
     return folder + std::string(grid.text(row));
-}
-
-void WindowPreview::showMessage(const std::string& text) {
-    if (window_ != nullptr) window_->message(MessageKind::kError, text);
 }
 
 }  // namespace hl

@@ -1,4 +1,4 @@
-// The preview in the main form: which list it follows, and how it asks the window.
+// The preview in the main form: which list it follows.
 #pragma once
 
 #include <array>
@@ -31,11 +31,9 @@ class WindowPreview final : private PreviewHost {
   private:
     bool previewShows() override;
     std::string selectedFile() override;
-    void showMessage(const std::string& text) override;
 
     Parts parts_;
     Preview preview_;
-    Window* window_ = nullptr;
 };
 
 }  // namespace hl

@@ -21,6 +21,7 @@ enum class PreviewViewer : std::uint8_t {
 struct PreviewTexts {
     std::string name;                          ///< Of the pane, for assistive tools.
     std::string cut;                           ///< Stands behind a text that goes on in the file.
+    std::string converting;                    ///< Stands in the pane until a document is converted.
     std::string pageFailed;                    ///< Stands on a page that cannot be drawn.
     std::string page;                          ///< "Page %1 of %2", for assistive tools.
     std::string play, stop, position, volume;  ///< Names of the player's controls.

@@ -73,6 +73,7 @@ PreviewTexts previewTexts(const Texts& texts) {
     PreviewTexts all;
     all.name = texts.TL(9277, "Vorschau");
     all.cut = texts.TL(9540, "[Die Datei ist länger; hier steht ihr Anfang.]");
+    all.converting = texts.TL(9558, "Das Dokument wird umgewandelt ...");
     all.pageFailed = texts.TL(9541, "Diese Seite kann nicht angezeigt werden.");
     all.page = texts.TL(9542, "Seite %1 von %2");
     all.play = texts.TL(9543, "Abspielen oder anhalten");
@@ -108,9 +109,7 @@ void Preview::show(const std::string& path) {
     // A pipe or a device is nothing to ask the user about.
     if (error.empty())
         return pane_->showNotice(texts_.TL(9590, "'%1' ist keine gewöhnliche Datei.", {visible(path)}));
-    const std::string text = failure(path, error);
-    pane_->showNotice(text);
-    host_.showMessage(text);
+    pane_->showNotice(failure(path, error));
 }
 
 void Preview::showUnknown() {

@@ -31,8 +31,6 @@ class PreviewHost {
     /// Path of the first selected row of the list that shows; empty if none is selected, and for a list
     /// whose rows are no files.
     virtual std::string selectedFile() = 0;
-    /// Returns when the user has seen it.
-    virtual void showMessage(const std::string& text) = 0;
 };
 
 class Preview final : private PreviewEvents {

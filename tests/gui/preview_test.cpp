@@ -55,6 +55,7 @@ struct PreviewPaneTest : testing::Test, PreviewEvents {
         parts.tools = tools.get();
         parts.texts.name = "Vorschau";
         parts.texts.cut = "[cut]";
+        parts.texts.converting = "converting";
         area = std::make_unique<PreviewArea>(parts, told, nullptr);
         area->setEvents(this);
         area->resize(400, 300);
@@ -385,6 +386,7 @@ TEST_F(PreviewPaneTest, AnOfficeDocumentIsConvertedInAFolderThatGoes) {
     script(commands.path() + "/soffice", "test \"$(cat document.docx)\" = document && mkdir out && cp " +
                                              made + " out/document.pdf; echo \"$HOME\" > " + path("home"));
     ASSERT_TRUE(show(V::kOffice, office));
+    EXPECT_EQ(text(), "converting");
     if (!tools->helper("harborlantern-preview-pdf").empty()) {
         ASSERT_TRUE(soon([&] { return viewer<PagesView>() != nullptr && viewer<PagesView>()->isDrawn(0); }));
     } else {

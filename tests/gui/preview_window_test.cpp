@@ -58,14 +58,8 @@ TEST_F(PreviewWindowTest, FollowsTheSelectionOfTheListAndGoesWithIt) {
     EXPECT_NE(select("pipe.txt").find("/pipe.txt' ist keine gewöhnliche Datei."), std::string::npos);
     EXPECT_EQ(select(""), "nothing");
     std::filesystem::remove(tree.path() + "/a.txt");
-    std::string message;
-    session.answers.add([&](QDialog& dialog) {
-        for (auto* label : dialog.findChildren<QLabel*>()) message += label->text().toStdString();
-        dialog.reject();
-    });
     const std::string shown = select("a.txt");
     EXPECT_NE(shown.find("/a.txt' kann nicht angezeigt werden!"), std::string::npos) << shown;
-    EXPECT_NE(message.find("kann nicht angezeigt werden!"), std::string::npos) << message;
 }
 
 }  // namespace

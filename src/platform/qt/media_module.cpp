@@ -1,21 +1,18 @@
 #include "platform/qt/media_module.h"
 
-#include <QAudioOutput>
 #include <QHBoxLayout>
 #include <QLabel>
-#include <QMediaPlayer>
 #include <QPainter>
 #include <QSlider>
 #include <QTimer>
 #include <QToolButton>
-#include <QUrl>
 #include <QVBoxLayout>
-#include <QVideoFrame>
-#include <QVideoSink>
 #include <algorithm>
 #include <limits>
+#include <utility>
 
 #include "platform/picture_size.h"
+#include "platform/qt/media_engine.h"
 #include "platform/qt/qt_convert.h"
 #include "platform/qt/qt_guard.h"
 
@@ -36,21 +33,16 @@ QString timeText(qint64 milliseconds) {
 /// The film's pictures, scaled to fit. Painted like anything else, so that it works on every screen.
 class FilmView final : public QWidget {
   public:
-    FilmView(QWidget* parent, WindowEvents& events) : QWidget(parent), events_(events) {
+    FilmView(QWidget* parent, WindowEvents& events, MediaEngine& engine)
+        : QWidget(parent), events_(events), engine_(engine) {
         setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Ignored);
-        connect(&sink_, &QVideoSink::videoFrameChanged, this, [this] { update(); });
-    }
-    QVideoSink& sink() { return sink_; }
-    void clear() {
-        sink_.setVideoFrame({});
-        update();
     }
 
   protected:
     void paintEvent(QPaintEvent*) override {
         qtGuard(events_, "FilmView::paintEvent", [this] {
             QPainter painter(this);
-            const QImage image = sink_.videoFrame().toImage();
+            const QImage image = engine_.frame().toImage();
             if (image.isNull() || width() < 1 || height() < 1) return;
             const auto drawn = ZoomPicture({image.width(), image.height()}, {width(), height()}, false).drawn;
             painter.setRenderHint(QPainter::SmoothPixmapTransform);
@@ -61,8 +53,8 @@ class FilmView final : public QWidget {
     }
 
   private:
-    QVideoSink sink_;
     WindowEvents& events_;
+    MediaEngine& engine_;
 };
 
 /// A button with a plain sign in the colour of texts: the style's own icons are black on a dark desktop too.
@@ -105,7 +97,7 @@ class Player final : public MediaView {
     explicit Player(const MediaStart& start);
 
     std::string unavailable() const override;
-    void play(int descriptor) override;
+    void play(std::unique_ptr<OpenFile> file) override;
     void stop() override;
 
   private:
@@ -113,17 +105,16 @@ class Player final : public MediaView {
     SignButton* addButton(SignButton::Sign sign, const std::string& name);
     QSlider* addSlider(const std::string& name, int most);
     void connectPlayer();
-    void showTime();
+    void showState();
     void playPressed();
-    void failLater(const QString& error);
+    void fail(const QString& error);
     template <class Body>
     auto guarded(const char* where, Body body) {
         return [this, where, body](auto...) { qtGuard(events_, where, body); };
     }
 
     WindowEvents& events_;
-    QMediaPlayer player_;
-    QAudioOutput audio_;
+    MediaEngine engine_;
     FilmView* film_;
     QHBoxLayout* controls_ = nullptr;
     SignButton* play_ = nullptr;
@@ -132,20 +123,17 @@ class Player final : public MediaView {
     QSlider* volume_ = nullptr;
     QLabel* time_ = nullptr;
     QTimer patience_;       ///< With a file that neither loads nor fails.
-    int run_ = 0;           ///< Counts what is played.
     bool playing_ = false;  ///< And has not failed.
 };
 
 Player::Player(const MediaStart& start)
-    : MediaView(start.parent), events_(start.events), film_(new FilmView(this, start.events)) {
+    : MediaView(start.parent), events_(start.events), film_(new FilmView(this, start.events, engine_)) {
     auto* rows = new QVBoxLayout(this);
     rows->addWidget(film_, 1);
     controls_ = new QHBoxLayout;
     rows->addLayout(controls_);
     addControls(start.texts);
-    audio_.setVolume(kFirstVolume);
-    player_.setAudioOutput(&audio_);
-    player_.setVideoSink(&film_->sink());
+    engine_.setVolume(kFirstVolume);
     connectPlayer();
 }
 
@@ -183,77 +171,62 @@ void Player::addControls(const PreviewTexts& texts) {
 
 void Player::connectPlayer() {
     connect(play_, &QToolButton::clicked, this, guarded("play", [this] { playPressed(); }));
-    connect(stop_, &QToolButton::clicked, this, guarded("stop", [this] { player_.stop(); }));
+    connect(stop_, &QToolButton::clicked, this, guarded("stop", [this] { engine_.stop(); }));
     // Moved by the user, by mouse or keys; the player's own moves come with signals blocked.
     connect(position_, &QSlider::valueChanged, this,
-            guarded("position", [this] { player_.setPosition(position_->value()); }));
+            guarded("position", [this] { engine_.setPosition(position_->value()); }));
     connect(volume_, &QSlider::valueChanged, this, guarded("volume", [this] {
-                audio_.setVolume(static_cast<float>(volume_->value()) / static_cast<float>(kVolumes));
+                engine_.setVolume(static_cast<float>(volume_->value()) / static_cast<float>(kVolumes));
             }));
-    connect(&player_, &QMediaPlayer::positionChanged, this, guarded("time", [this] { showTime(); }));
-    connect(&player_, &QMediaPlayer::durationChanged, this, guarded("time", [this] { showTime(); }));
-    connect(&player_, &QMediaPlayer::playbackStateChanged, this, guarded("state", [this] {
-        const bool plays = player_.playbackState() == QMediaPlayer::PlayingState;
-        play_->setSign(plays ? SignButton::kPause : SignButton::kPlay);
-    }));
-    connect(&player_, &QMediaPlayer::errorOccurred, this,
-            guarded("error", [this] { failLater(player_.errorString()); }));
+    engine_.onFrame = guarded("frame", [this] { film_->update(); });
+    engine_.onState = guarded("state", [this] { showState(); });
+    engine_.onError = [this](const QString& error) { qtGuard(events_, "error", [&] { fail(error); }); };
     patience_.setSingleShot(true);
     connect(&patience_, &QTimer::timeout, this, guarded("timeout", [this] {
-        if (player_.mediaStatus() == QMediaPlayer::LoadingMedia) failLater({});
+        if (engine_.state().loads) fail({});
     }));
 }
 
-// The message takes the player away: not while it is the one who tells. What it tells of a file before is
-// forgotten.
-void Player::failLater(const QString& error) {
-    if (!playing_) return;
-    const int run = run_;
-    const auto tell = [this, run, error] {
-        if (run != run_ || !playing_) return;
-        playing_ = false;
-        if (failed) failed(utf8(error));
-    };
-    QMetaObject::invokeMethod(
-        this, [this, tell] { qtGuard(events_, "failed", tell); }, Qt::QueuedConnection);
+void Player::fail(const QString& error) {
+    if (std::exchange(playing_, false) && failed) failed(utf8(error));
 }
 
 std::string Player::unavailable() const {
-    return player_.isAvailable() ? std::string() : utf8(player_.errorString()) + " (QtMultimedia)";
+    const QString& reason = engine_.unavailable();
+    return reason.isEmpty() ? std::string() : utf8(reason) + " (QtMultimedia)";
 }
 
-void Player::play(int descriptor) {
-    ++run_;
+void Player::play(std::unique_ptr<OpenFile> file) {
     playing_ = true;
     patience_.start(kPatience);
-    // The player takes a name only; this one is the open file, whatever its true name is.
-    player_.setSource(QUrl(QStringLiteral("file:///proc/self/fd/%1").arg(descriptor)));
-    player_.play();
+    engine_.play(std::move(file));
 }
 
 void Player::stop() {
-    playing_ = false;  // What it tells while it stops is nobody's concern.
+    playing_ = false;
     patience_.stop();
-    player_.stop();
-    player_.setSource({});
-    film_->clear();
+    engine_.close();
+    showState();
+    film_->update();
 }
 
 void Player::playPressed() {
-    if (player_.playbackState() == QMediaPlayer::PlayingState) {
-        player_.pause();
+    if (engine_.state().plays) {
+        engine_.pause();
     } else {
-        player_.play();
+        engine_.play();
     }
 }
 
-void Player::showTime() {
+void Player::showState() {
     constexpr qint64 kMost = std::numeric_limits<int>::max();
+    const MediaEngine::State& state = engine_.state();
+    play_->setSign(state.plays ? SignButton::kPause : SignButton::kPlay);
     const QSignalBlocker quiet(position_);
-    position_->setMaximum(static_cast<int>(std::clamp<qint64>(player_.duration(), 0, kMost)));
+    position_->setMaximum(static_cast<int>(std::clamp<qint64>(state.duration, 0, kMost)));
     if (!position_->isSliderDown())
-        position_->setValue(static_cast<int>(std::clamp<qint64>(player_.position(), 0, kMost)));
-    time_->setText(timeText(player_.position()) + QLatin1String(" / ") + timeText(player_.duration()));
+        position_->setValue(static_cast<int>(std::clamp<qint64>(state.position, 0, kMost)));
+    time_->setText(timeText(state.position) + QLatin1String(" / ") + timeText(state.duration));
 }
 
 }  // namespace

@@ -4,9 +4,11 @@
 
 #include <QWidget>
 #include <functional>
+#include <memory>
 #include <string>
 
 #include "platform/preview_pane.h"
+#include "platform/preview_tools.h"
 #include "platform/window.h"
 
 namespace hl {
@@ -20,8 +22,9 @@ class MediaView : public QWidget {
     using QWidget::QWidget;
     /// Why nothing can be played at all; empty if it can.
     virtual std::string unavailable() const = 0;
-    /// `descriptor` is open for reading, and stays so until stop() or the next call.
-    virtual void play(int descriptor) = 0;
+    /// The file stays open until the player has let go of it, which may be after stop().
+    virtual void play(std::unique_ptr<OpenFile> file) = 0;
+    /// What it would still tell of the file is not told.
     virtual void stop() = 0;
 
     /// What was to be played cannot be.

@@ -179,6 +179,7 @@ void PreviewArea::showOffice() {
         if (pdf) return showPages(std::move(pdf));
         fail({});
     };
+    showNotice(parts_.texts.converting);
     if (!converter_->office(*file_, extension, done)) missing("soffice");
 }
 
@@ -210,8 +211,7 @@ MediaView* PreviewArea::media() {
     return media_;
 }
 
-// To open a film and to let go of it takes this thread up to a second: one that the user only passes by on
-// his way through a list is not opened.
+// One that the user only passes by on his way through a list is not opened.
 void PreviewArea::playMedia() {
     mediaRest_.start(kRestBeforeMedia);
 }
@@ -220,10 +220,9 @@ void PreviewArea::startMedia() {
     MediaView* player = media();
     if (player == nullptr) return;
     stack_->setCurrentWidget(player);
-    player->play(file_->descriptor());
+    player->play(std::exchange(file_, nullptr));
 }
 
-// The file stays open until the player has let go of it.
 void PreviewArea::stopMedia() {
     mediaRest_.stop();
     if (media_ != nullptr && stack_->currentWidget() == media_) media_->stop();

@@ -42,6 +42,11 @@ bool turnsSides(const QImageReader& reader) {
     return reader.transformation().testFlag(QImageIOHandler::TransformationRotate90);
 }
 
+bool isTooLarge(QSize size) {
+    constexpr qint64 kPixelBytes = 4, kMegabyte = 1 << 20;
+    return qint64{size.width()} * size.height() > kMostMegabytes * kMegabyte / kPixelBytes;
+}
+
 // A picture of few pixels is not made larger here: whoever paints it does that.
 PictureSize pixelsOf(PictureSize source, PictureSize drawn, int scale) {
     const auto side = [scale](int whole, int shown) {
@@ -118,7 +123,8 @@ DecodedPicture decodePicture(QIODevice& file, const PreviewRequest& request) {
         if (pixels != source) reader.setScaledSize(wanted);
     }
     QImage image = reader.read();
-    if (image.isNull()) return {{}, {}, utf8(reader.errorString())};
+    // What a decoder says of a picture that it finds no room for would mislead.
+    if (image.isNull()) return {{}, {}, isTooLarge(size) ? std::string() : utf8(reader.errorString())};
     if (size.isEmpty()) {
         const PictureSize source{image.width(), image.height()};
         drawn = ZoomPicture(source, request.box, false).drawn;
