@@ -92,7 +92,7 @@ TEST_P(DeliveredLibrary, GivesEachButtonOfTheErrorReportItsOwnLetter) {
 }
 
 INSTANTIATE_TEST_SUITE_P(All, DeliveredLibrary, testing::Values(kEnglish, kItalian, kDutch),
-                         [](const auto& info) { return std::string(languageOf(info.param).code); });
+                         [](const auto& test) { return std::string(languageOf(test.param).code); });
 
 }  // namespace
 }  // namespace hl
