@@ -1,4 +1,4 @@
-// The texts in the code and the language library that is delivered say the same.
+// The texts in the code and the language libraries that are delivered say the same.
 #include <gtest/gtest.h>
 
 #include <filesystem>
@@ -8,6 +8,8 @@
 #include <vector>
 
 #include "app/catalogue.h"
+#include "app/language.h"
+#include "base/text.h"
 #include "support/whole_files.h"
 
 namespace hl {
@@ -50,32 +52,47 @@ std::multiset<std::string> placeholders(const std::string& text) {
     return found;
 }
 
-class DeliveredLibrary : public testing::Test {
+constexpr int kItalian = 16;
+constexpr int kDutch = 19;
+
+class DeliveredLibrary : public testing::TestWithParam<int> {
   protected:
-    std::string content = test::contentOf(HARBORLANTERN_SOURCE_DIR "/lang/eng.dll");
+    const Language& language = languageOf(GetParam());
+    std::string content = test::contentOf(HARBORLANTERN_SOURCE_DIR "/lang/" + std::string(language.library));
     Catalogue german{content, "de"};
-    Catalogue english{content, "en"};
+    Catalogue texts{content, language.code};
 };
 
-TEST_F(DeliveredLibrary, HoldsEveryTextInTheCodeAsItStandsThere) {
-    const auto texts = allTextsInCode();
-    EXPECT_GE(texts.size(), 15U) << "the search of the sources finds too little";
-    for (const auto& [id, text] : texts) EXPECT_EQ(german.text(id), text) << id;
+TEST_P(DeliveredLibrary, HoldsEveryTextInTheCodeAsItStandsThere) {
+    const auto inCode = allTextsInCode();
+    EXPECT_GE(inCode.size(), 15U) << "the search of the sources finds too little";
+    for (const auto& [id, text] : inCode) EXPECT_EQ(german.text(id), text) << id;
 }
 
-TEST_F(DeliveredLibrary, HasBothLanguagesOfEachTextWithTheSamePlaceholders) {
-    EXPECT_EQ(german.texts().size(), english.texts().size());
+TEST_P(DeliveredLibrary, HasBothLanguagesOfEachTextWithTheSamePlaceholders) {
+    EXPECT_EQ(german.texts().size(), texts.texts().size());
     for (const auto& [id, text] : german.texts()) {
-        EXPECT_NE(english.text(id), "") << id << ": " << text;
-        EXPECT_EQ(placeholders(std::string(english.text(id))), placeholders(text)) << id;
+        EXPECT_NE(texts.text(id), "") << id << ": " << text;
+        EXPECT_EQ(placeholders(std::string(texts.text(id))), placeholders(text)) << id;
     }
 }
 
-TEST_F(DeliveredLibrary, NamesEachTextOnce) {
+TEST_P(DeliveredLibrary, NamesEachTextOnce) {
     const std::regex heading(R"((^|\n)\[\d+\])");
     const auto headings = std::distance(std::sregex_iterator(content.begin(), content.end(), heading), {});
-    EXPECT_EQ(static_cast<std::size_t>(headings), english.texts().size());
+    EXPECT_EQ(static_cast<std::size_t>(headings), texts.texts().size());
 }
+
+TEST_P(DeliveredLibrary, GivesEachButtonOfTheErrorReportItsOwnLetter) {
+    std::set<char> letters;
+    for (int id = 9454; id <= 9458; ++id) {
+        const std::string caption = lowerCase(texts.text(id)) + "&";
+        EXPECT_TRUE(letters.insert(caption[caption.find('&') + 1]).second) << caption;
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(All, DeliveredLibrary, testing::Values(kEnglish, kItalian, kDutch),
+                         [](const auto& test) { return std::string(languageOf(test.param).code); });
 
 }  // namespace
 }  // namespace hl

@@ -10,15 +10,18 @@ namespace {
 
 class Usage : public test::SettingsFixture {
   protected:
-    Usage() { english.Init_Sprache("", "", false); }
+    Texts textsFor(const std::string& locale) {
+        Texts texts{files, store, diagnostics, {dir.path(), HARBORLANTERN_SOURCE_DIR "/lang", "", locale}};
+        texts.Init_Sprache("", "", false);
+        return texts;
+    }
 
-    Texts german{files, store, diagnostics, {}};
-    Texts english{files, store, diagnostics, {dir.path(), HARBORLANTERN_SOURCE_DIR "/lang", "", "en_GB"}};
+    Texts english = textsFor("en_GB");
 };
 
-TEST_F(Usage, FitsATerminalInBothLanguages) {
-    for (const Texts* texts : {&german, &english}) {
-        const std::string usage = usageText(*texts);
+TEST_F(Usage, FitsATerminalInEachLanguage) {
+    for (const char* locale : {"de_DE", "en_GB", "it_IT", "nl_NL"}) {
+        const std::string usage = usageText(textsFor(locale));
         for (std::string_view text = usage; !text.empty(); text.remove_prefix(text.find('\n') + 1))
             EXPECT_LE(characterCount(text.substr(0, text.find('\n'))), 100U)
                 << text.substr(0, text.find('\n'));
