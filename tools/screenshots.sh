@@ -1,14 +1,15 @@
 #!/usr/bin/env bash
-# Makes docs/window.png and docs/window-dark.png: the finished report of a small tree, in a desktop with a light
-# palette and in one with a dark palette. Usage: tools/screenshots.sh [PROGRAM]
+# Makes the pictures of docs/: the window with the finished report of a small tree, on a light desktop and on a dark
+# one, and what the guide shows of it. Usage: tools/screenshots.sh [PROGRAM]
 #
-# Needs Xvfb, openbox, xdotool and import (ImageMagick), installs none of them, and says which one is missing.
+# Needs Xvfb, openbox, xdotool, import and convert (ImageMagick), installs none of them, and says which one is missing.
+# Look at the pictures afterwards: keys lead to what they show, and a key that went astray makes another picture.
 # As root, what is mounted beside the root is left out of the list of drives; else that list is left out.
 set -eu
 cd "$(dirname "$0")/.."
 program=$(realpath -e "${1:-build/release/src/harborlantern}") || { echo "$0: build the program first" >&2; exit 1; }
 missing=
-for tool in Xvfb openbox xdotool import; do command -v "$tool" >/dev/null || missing="$missing $tool"; done
+for tool in Xvfb openbox xdotool import convert; do command -v "$tool" >/dev/null || missing="$missing $tool"; done
 [ -z "$missing" ] || { echo "$0: not installed:$missing" >&2; exit 1; }
 
 work=$(mktemp -d)
@@ -45,8 +46,14 @@ file "Projects/lighthouse/build/lighthouse" 46
 file "Projects/lighthouse/build/lighthouse.debug" 188
 file "Projects/lighthouse/src/main.cpp" 0
 file "inventory.ods" 3
-file "read me first.txt" 0
 file "restore.sh" 0
+
+for day in monday tuesday; do
+    mkdir -p "$tree/Backups/$day"
+    ln "$tree/Backups/mail/inbox.mbox" "$tree/Backups/mail/sent.mbox" "$tree/Backups/$day/"
+done
+printf '%s\n' 'Pictures: by year.' 'Videos: the films of the harbour.' \
+    'Backups: one folder a day. What did not change is a hard link' 'to the copy of the day before.' > "$tree/read me first.txt"
 
 # Numbers in twentieths of a point; the languages: 9 is English.
 export HARBORLANTERN_HOME=$work/home XDG_RUNTIME_DIR=$work/run
@@ -91,25 +98,56 @@ else
     sed -i 's/^FolderShow/DiskinfoVisible=0\r\n&/' "$work/settings"
 fi
 
-# picture NAME [ENVIRONMENT...]
-picture() {
-    local to=docs/$1.png window=
+# start SETTINGS [ENVIRONMENT...]; lines of the section for the options, one blank between two
+start() {
+    local options=$1
     shift
-    cp "$work/settings" "$HARBORLANTERN_HOME/Harborlantern.ini"
+    sed "s/^FolderShow/${options// /\\n}\n&/" "$work/settings" > "$HARBORLANTERN_HOME/Harborlantern.ini"
     env "$@" $alone "$program" "$tree" >/dev/null 2>&1 &
-    local pid=$!
+    pid=$!
     for _ in $(seq 100); do
         window=$(xdotool search --onlyvisible --name '^Harborlantern ' 2>/dev/null | head -n 1) && [ -n "$window" ] && break
         sleep 0.1
     done
-    sleep 2  # The scan, and the answers of the drives.
-    xdotool key F8
+    sleep 3  # The scan, and the answers of the drives.
+    xdotool windowactivate --sync "$window" key F8
     sleep 1
-    timeout 10 import -window "$window" -strip "$to"
-    kill "$pid"
-    wait "$pid" 2>/dev/null || true
+}
+press() {
+    xdotool key --delay 100 "$@"
+    sleep 1
+}
+# picture NAME COLOURS [WIDTHxHEIGHT+LEFT+TOP] [WINDOW]; without the last, of the whole screen
+picture() {
+    local to=docs/$1.png
+    timeout 10 import -window "${4:-root}" -strip "$work/picture.png"
+    convert "$work/picture.png" -crop "${3:-1040x680+0+0}" +repage -dither None -colors "$2" -strip \
+        -define png:compression-level=9 "PNG8:$to"
     echo "$to: $(stat -c %s "$to") bytes"
 }
-picture window
-picture window-dark QT_QPA_PLATFORMTHEME=kde XDG_CURRENT_DESKTOP=KDE KDE_FULL_SESSION=true KDE_SESSION_VERSION=5 \
+stop() {
+    kill "$pid"
+    wait "$pid" 2>/dev/null || true
+}
+
+start ""
+picture window 256
+press Down Down Down Down Menu
+picture folder-menu 64 560x430+0+80
+press Escape ctrl+s
+picture save 64 "" "$(xdotool getactivewindow)"
+stop
+start "" QT_QPA_PLATFORMTHEME=kde XDG_CURRENT_DESKTOP=KDE KDE_FULL_SESSION=true KDE_SESSION_VERSION=5 \
     XDG_CONFIG_HOME="$work/config"
+picture window-dark 256
+stop
+start "DiskinfoVisible=0 FilelistVisible=0 ToplistVisible=1 CreateListTOP=1"
+picture largest 64 480x300+560+26
+stop
+start "DiskinfoVisible=0 FilelistVisible=0 HardlinksVisible=1 CreateListHardlink=1"
+picture hard-links 64 480x300+560+26
+stop
+start "DiskinfoVisible=0 FilePreview=1"
+press F6 End
+picture preview 64 480x420+560+26
+stop
