@@ -52,7 +52,7 @@ inline void tell(const char* what, double value) {
 class PrintedErrors final : public ErrorSink {
   public:
     void LogError(const std::string&, bool, bool) override {}
-    void showReport(const std::string& text) override {
+    void showReport(const std::string& text, const std::string&) override {
         std::fputs(text.c_str(), stderr);
         std::exit(1);  // What was measured would be something else.
     }

@@ -80,18 +80,19 @@ std::string firstSet(SystemFacts& facts, std::initializer_list<const char*> name
     return {};
 }
 
-/// Error reports go to the log, and to standard error or, once there is a window, into a dialog. While the
-/// window loads they wait: a dialog would stand there alone, and keep the window from coming.
+/// Error reports go to the log, and once there is a window, into a dialog; with none, one line of them goes
+/// to standard error. While the window loads they wait: a dialog would stand there alone, and keep the window
+/// from coming.
 class ProgramErrors final : public ErrorSink {
   public:
     ProgramErrors(Log& log, Console& console) : log_(log), console_(console) {}
     void LogError(const std::string& text, bool blankLine, bool stamp) override {
         log_.LogError(text, blankLine, stamp);
     }
-    void showReport(const std::string& text) override {
-        if (loading_) return waiting_.push_back(text);
+    void showReport(const std::string& text, const std::string& summary) override {
+        if (loading_) return waiting_.push_back({text, summary});
         if (dialog_ != nullptr) return dialog_->show(text);
-        console_.errorLine(replaceAll(text, "\r\n", "\n"));
+        console_.errorLine(visible(summary));
     }
     void setDialog(ErrorReports* dialog) {
         dialog_ = dialog;
@@ -100,7 +101,7 @@ class ProgramErrors final : public ErrorSink {
     }
     void showWaiting() {
         loading_ = false;
-        for (const std::string& text : std::exchange(waiting_, {})) showReport(text);
+        for (const auto& [text, summary] : std::exchange(waiting_, {})) showReport(text, summary);
     }
 
   private:
@@ -108,7 +109,7 @@ class ProgramErrors final : public ErrorSink {
     Console& console_;
     ErrorReports* dialog_ = nullptr;
     bool loading_ = false;
-    std::vector<std::string> waiting_;
+    std::vector<std::pair<std::string, std::string>> waiting_;  ///< Reports and their summaries.
 };
 
 /// The pump of the window once there is one; nothing waits before.

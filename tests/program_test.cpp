@@ -261,6 +261,7 @@ TEST(Program, EndsWithTheStatusThatItsUsersScriptsCount) {
         {{"-s", report, dir.path(), "/does/not/exist"}, 1, "'/does/not/exist'"},
         {{"-s", report, dir.path() + "/file"}, 1, "#20 - "},
         {{"-s", report, "/does/not/exist"}, 1, report},
+        {{"-s", dir.path() + "/none/r.csv", dir.path()}, 1, "/none/r.csv: "},
         {{"-s", report}, 2, "-s"},
         {{"-s"}, 2, "-s"},
         {{"-x", report, dir.path()}, 2, "-x"},
@@ -309,7 +310,8 @@ TEST(Program, GoesOnWithSettingsThatMakeNoSense) {
     program.setOptions({"FileSizeFormat=many"});
     const test::Ended ended = program.run({"-s", report, dir.path()});
     EXPECT_EQ(ended.status, 1);
-    EXPECT_NE(ended.errors.find("Func: OptionenLadenMain"), std::string::npos) << ended.errors;
+    EXPECT_NE(ended.errors.find("(OptionenLadenMain, error.log)\n"), std::string::npos) << ended.errors;
+    EXPECT_EQ(std::count(ended.errors.begin(), ended.errors.end(), '\n'), 1);
     EXPECT_NE(readFile(program.home("error.log")).find("Err: 13 - "), std::string::npos);
     EXPECT_EQ(readReport(report).size(), 1U);
 }

@@ -16,8 +16,9 @@ class ErrorSink {
     virtual ~ErrorSink() = default;
     /// Appends `text` to error.log, with the time in front of it and an empty line behind it where asked for.
     virtual void LogError(const std::string& text, bool blankLine, bool stamp) = 0;
-    /// Shows the report to the user, and returns when he goes on.
-    virtual void showReport(const std::string& text) = 0;
+    /// Shows the report to the user, and returns when he goes on. `summary` is one line, for where there is
+    /// no room for more.
+    virtual void showReport(const std::string& text, const std::string& summary) = 0;
 };
 
 /// Values that help to understand an error, as text.

@@ -221,7 +221,7 @@ class Logic : private ErrorSink, private MessagePump {
 
   private:
     void LogError(const std::string&, bool, bool) override {}
-    void showReport(const std::string& text) override {
+    void showReport(const std::string& text, const std::string&) override {
         reports.push_back(text);
         if (loading_) return waiting_.push_back(text);
         if (dialogs_) dialogs_->show(text);

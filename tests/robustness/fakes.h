@@ -62,7 +62,7 @@ class FakeErrorSink : public ErrorSink {
         if (broken) throw std::runtime_error("disk full");
         log.push_back({text, blankLine, stamp});
     }
-    void showReport(const std::string& text) override { shown.push_back(text); }
+    void showReport(const std::string& text, const std::string&) override { shown.push_back(text); }
 };
 
 }  // namespace hl::test
