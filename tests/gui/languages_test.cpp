@@ -189,6 +189,10 @@ TEST_P(LanguagesTest, NoDialogCutsATextOff) {
     lookAt("frmFehler", 9, [&] { s.scan(at("src")); });
 }
 
+TEST_P(LanguagesTest, TheToolkitIsToldTheLanguageForItsOwnDialogs) {
+    EXPECT_EQ(s.form().parts().language, GetParam().code);
+}
+
 TEST_P(LanguagesTest, TheTextsAboutTheProgramNeedNoScrolling) {
     s.answers.add([](QDialog& dialog) {
         for (auto* leaf : dialog.findChildren<QRadioButton*>()) {
