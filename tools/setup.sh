@@ -42,20 +42,22 @@ readonly kWindowPackages=(
     "fonts-dejavu-core=$kFonts/DejaVuSans.ttf:$kFonts/NotoSans-Regular.ttf:$kFonts/LiberationSans-Regular.ttf"
     "adwaita-icon-theme=$kIcons/Adwaita/index.theme:$kIcons/breeze/index.theme:$kIcons/Papirus/index.theme")
 
-# Viewers of the preview: what they are built with, and what they show and play with. Wanted, not needed.
+# Viewers of the preview: what they are built with, and what they show and play with; and the texts of the toolkit's own
+# dialogs. Wanted, not needed.
 readonly kPdfConfig='/usr/lib/*/cmake/Qt6Pdf/Qt6PdfConfig.cmake:/usr/lib*/cmake/Qt6Pdf/Qt6PdfConfig.cmake'
 readonly kMediaConfig='/usr/lib/*/cmake/Qt6Multimedia/Qt6MultimediaConfig.cmake:/usr/lib*/cmake/Qt6Multimedia/Qt6MultimediaConfig.cmake'
 readonly kPlugins=/usr/lib/*/gstreamer-1.0
-readonly kViewerPackages=(
+readonly kWantedPackages=(
+    qt6-translations-l10n=/usr/share/qt6/translations/qtbase_de.qm
     "qt6-pdf-dev=$kPdfConfig" "qt6-multimedia-dev=$kMediaConfig" unrtf=unrtf
     'qt6-image-formats-plugins=/usr/lib/*/qt6/plugins/imageformats/libqtiff.so'
     "gstreamer1.0-plugins-base=$kPlugins/libgstplayback.so" "gstreamer1.0-plugins-good=$kPlugins/libgstisomp4.so"
     "gstreamer1.0-libav=$kPlugins/libgstlibav.so")
 
-# installWindow: what the window needs, and what its preview would like to have, if that can be had.
+# installWindow: what the window needs, and what it would like to have, if that can be had.
 installWindow() {
     install "${kProgramPackages[@]}" "${kWindowPackages[@]}"
-    (install "${kViewerPackages[@]}") || say "The preview will be without what these are for."
+    (install "${kWantedPackages[@]}") || say "The window will be without what these are for."
 }
 
 # install PACKAGE=PROOF...: installs each package whose proof is not there.

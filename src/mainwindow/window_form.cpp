@@ -58,6 +58,7 @@ WindowForm::WindowForm(const FormServices& services, const WindowServices& windo
     parts_.more = texts.TL(9508, "Weitere Befehle");
     parts_.clear = texts.TL(9509, "Text löschen");
     parts_.name = kProductName;
+    parts_.language = languageOf(texts.languageId()).code;
     parts_.folder = own_.programFolder;
     parts_.preview.texts = previewTexts(texts);
 }

@@ -1,6 +1,7 @@
 // The texts in the code and the language libraries that are delivered say the same.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <regex>
 #include <set>
@@ -52,47 +53,98 @@ std::multiset<std::string> placeholders(const std::string& text) {
     return found;
 }
 
-constexpr int kItalian = 16;
-constexpr int kDutch = 19;
+// Every language that has a library.
+std::vector<Language> languagesWithLibrary() {
+    constexpr int kPrimaryLanguages = 0x400;
+    std::vector<Language> all;
+    for (int id = 1; id < kPrimaryLanguages; ++id)
+        if (const Language& one = languageOf(id); one.id == id && !one.library.empty()) all.push_back(one);
+    return all;
+}
 
-class DeliveredLibrary : public testing::TestWithParam<int> {
+std::string libraryText(std::string_view library) {
+    return test::contentOf(HARBORLANTERN_SOURCE_DIR "/lang/" + std::string(library));
+}
+
+// A caption is cut where its buffer ends, a message later; German itself tells which a text can be.
+std::size_t longest(std::string_view german) {
+    constexpr std::size_t kCaption = 255, kMessage = 1023;
+    return characterCount(german) <= kCaption ? kCaption : kMessage;
+}
+
+class DeliveredLibrary : public testing::TestWithParam<Language> {
   protected:
-    const Language& language = languageOf(GetParam());
-    std::string content = test::contentOf(HARBORLANTERN_SOURCE_DIR "/lang/" + std::string(language.library));
+    std::string content = libraryText(GetParam().library);
     Catalogue german{content, "de"};
-    Catalogue texts{content, language.code};
+    Catalogue own{content, GetParam().code};
+
+    std::string textOf(int id) const { return std::string(own.text(id)); }
 };
 
 TEST_P(DeliveredLibrary, HoldsEveryTextInTheCodeAsItStandsThere) {
-    const auto inCode = allTextsInCode();
-    EXPECT_GE(inCode.size(), 15U) << "the search of the sources finds too little";
-    for (const auto& [id, text] : inCode) EXPECT_EQ(german.text(id), text) << id;
+    const auto texts = allTextsInCode();
+    EXPECT_GE(texts.size(), 15U) << "the search of the sources finds too little";
+    for (const auto& [id, text] : texts) EXPECT_EQ(german.text(id), text) << id;
 }
 
-TEST_P(DeliveredLibrary, HasBothLanguagesOfEachTextWithTheSamePlaceholders) {
-    EXPECT_EQ(german.texts().size(), texts.texts().size());
+TEST_P(DeliveredLibrary, HasTheSameGermanTextsAsTheEnglishOneAndATranslationOfEach) {
+    EXPECT_EQ(german.texts(), Catalogue(libraryText("eng.dll"), "de").texts());
+    for (const auto& [id, text] : german.texts())
+        EXPECT_NE(trimWhite(own.text(id)), "") << id << ": " << text;
+    for (const auto& [id, text] : own.texts()) EXPECT_NE(german.text(id), "") << id << ": " << text;
+}
+
+TEST_P(DeliveredLibrary, KeepsPlaceholdersOuterBlanksAndTheLengthThatIsRead) {
     for (const auto& [id, text] : german.texts()) {
-        EXPECT_NE(texts.text(id), "") << id << ": " << text;
-        EXPECT_EQ(placeholders(std::string(texts.text(id))), placeholders(text)) << id;
+        const std::string translated = textOf(id);
+        EXPECT_EQ(placeholders(translated), placeholders(text)) << id;
+        EXPECT_EQ(translated.starts_with(' '), text.starts_with(' ')) << id;
+        EXPECT_EQ(translated.ends_with(' '), text.ends_with(' ')) << id;
+        EXPECT_LE(characterCount(translated), longest(text)) << id;
+        EXPECT_EQ(decodable(translated), translated) << id;
     }
+}
+
+TEST_P(DeliveredLibrary, HasNoTextThatWouldEndAnItemOfAList) {
+    for (const int id : {9113, 9114, 9115}) EXPECT_EQ(textOf(id).find(';'), std::string::npos) << id;
+}
+
+// What stands behind the mark of a caption, in lower case.
+std::string accelerator(std::string_view caption) {
+    const std::string_view behind = caption.substr(std::min(caption.find('&'), caption.size() - 1) + 1);
+    return lowerCase(firstCharacters(behind, 1));
+}
+
+TEST_P(DeliveredLibrary, MarksALetterWhereGermanDoesAndNoneTwiceInAForm) {
+    std::set<std::string> inErrorReport;  // The one form whose captions have marks.
+    for (const auto& [id, text] : german.texts()) {
+        const std::string translated = textOf(id);
+        EXPECT_EQ(std::ranges::count(translated, '&'), std::ranges::count(text, '&')) << id;
+        if (text.find('&') == std::string::npos) continue;
+        const std::string letter = accelerator(translated);
+        EXPECT_TRUE(!letter.empty() && letter != " ") << id;
+        EXPECT_TRUE(inErrorReport.insert(letter).second) << id << " has the letter of another button";
+    }
+}
+
+TEST_P(DeliveredLibrary, NamesTheArgumentsOfTheCommandLineAlike) {
+    const std::string example = "harborlantern -s " + textOf(9004) + " " + textOf(9002) + "...";
+    for (const int id : {9023, 9024, 9025}) EXPECT_NE(textOf(id).find(example), std::string::npos) << id;
 }
 
 TEST_P(DeliveredLibrary, NamesEachTextOnce) {
-    const std::regex heading(R"((^|\n)\[\d+\])");
-    const auto headings = std::distance(std::sregex_iterator(content.begin(), content.end(), heading), {});
-    EXPECT_EQ(static_cast<std::size_t>(headings), texts.texts().size());
+    const auto count = [this](const std::string& line) {
+        const std::regex pattern("(^|\n)" + line);
+        return std::distance(std::sregex_iterator(content.begin(), content.end(), pattern), {});
+    };
+    const auto texts = static_cast<std::ptrdiff_t>(own.texts().size());
+    EXPECT_EQ(count(R"(\[\d+\]\r?(?=\n))"), texts);
+    EXPECT_EQ(count("de="), texts);
+    EXPECT_EQ(count(std::string(GetParam().code) + "="), texts);
 }
 
-TEST_P(DeliveredLibrary, GivesEachButtonOfTheErrorReportItsOwnLetter) {
-    std::set<char> letters;
-    for (int id = 9454; id <= 9458; ++id) {
-        const std::string caption = lowerCase(texts.text(id)) + "&";
-        EXPECT_TRUE(letters.insert(caption[caption.find('&') + 1]).second) << caption;
-    }
-}
-
-INSTANTIATE_TEST_SUITE_P(All, DeliveredLibrary, testing::Values(kEnglish, kItalian, kDutch),
-                         [](const auto& test) { return std::string(languageOf(test.param).code); });
+INSTANTIATE_TEST_SUITE_P(Languages, DeliveredLibrary, testing::ValuesIn(languagesWithLibrary()),
+                         [](const auto& one) { return std::string(one.param.code); });
 
 }  // namespace
 }  // namespace hl

@@ -106,15 +106,17 @@ class RecordingDesktop final : public Desktop {
   public:
     std::vector<std::string> opened;
     bool runs = false;  ///< All files are programs.
+    OpenResult result = OpenResult::kStarted;
+    std::vector<DesktopProgram> programs;  ///< All that there are.
 
     OpenResult open(const std::string& path) override {
         opened.push_back(path);
-        return OpenResult::kStarted;
+        return result;
     }
     std::vector<DesktopProgram> programsFor(const std::vector<std::string>&, std::size_t) override {
         return {{"editor.desktop", "Editor"}};
     }
-    std::vector<DesktopProgram> allPrograms() override { return {}; }
+    std::vector<DesktopProgram> allPrograms() override { return programs; }
     bool openWith(const std::string& id, const std::vector<std::string>& paths) override {
         opened.push_back(id + " " + paths.front());
         return true;

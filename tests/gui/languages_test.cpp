@@ -1,0 +1,228 @@
+// In every language each dialog and each bar shows all of its texts.
+#include <QCheckBox>
+#include <QComboBox>
+#include <QLabel>
+#include <QPlainTextEdit>
+#include <QRadioButton>
+#include <QScrollBar>
+#include <QStyleOptionComboBox>
+#include <QTextDocumentFragment>
+#include <QToolButton>
+
+#include "app/language.h"
+#include "gui/window_fixture.h"
+#include "platform/qt/tool_bar.h"
+
+namespace hl {
+namespace {
+
+using test::Session;
+
+std::vector<Language> allLanguages() {
+    constexpr int kPrimaryLanguages = 0x400;
+    std::vector<Language> all;
+    for (int id = 1; id < kPrimaryLanguages; ++id)
+        if (languageOf(id).id == id) all.push_back(languageOf(id));
+    return all;
+}
+
+bool isControl(const QWidget& widget) {
+    return dynamic_cast<const QAbstractButton*>(&widget) || dynamic_cast<const QLabel*>(&widget) ||
+           dynamic_cast<const QComboBox*>(&widget) || dynamic_cast<const QLineEdit*>(&widget) ||
+           dynamic_cast<const QPlainTextEdit*>(&widget);
+}
+
+/// The controls that show in `box`, without their own parts.
+void addControls(const QWidget& box, std::vector<const QWidget*>& controls) {
+    for (const QObject* child : box.children()) {
+        const auto* widget = dynamic_cast<const QWidget*>(child);
+        if (widget == nullptr || !widget->isVisible() || widget->isWindow()) continue;
+        if (isControl(*widget)) {
+            controls.push_back(widget);
+        } else {
+            addControls(*widget, controls);
+        }
+    }
+}
+
+/// Room for a text in the font of the control that shows it, with the icon or indicator beside it.
+QSize needed(const QAbstractButton& button) {
+    const QStyle& style = *button.style();
+    const auto* tool = dynamic_cast<const QToolButton*>(&button);
+    const auto look = tool == nullptr ? Qt::ToolButtonTextOnly : tool->toolButtonStyle();
+    const int text = look == Qt::ToolButtonIconOnly
+                         ? 0
+                         : button.fontMetrics().size(Qt::TextShowMnemonic, button.text()).width();
+    int beside = 0;
+    if (dynamic_cast<const QRadioButton*>(&button))
+        beside = style.pixelMetric(QStyle::PM_ExclusiveIndicatorWidth) +
+                 style.pixelMetric(QStyle::PM_RadioButtonLabelSpacing);
+    if (dynamic_cast<const QCheckBox*>(&button))
+        beside =
+            style.pixelMetric(QStyle::PM_IndicatorWidth) + style.pixelMetric(QStyle::PM_CheckBoxLabelSpacing);
+    if (look == Qt::ToolButtonTextBesideIcon) beside = button.iconSize().width();
+    if (tool != nullptr && tool->menu() != nullptr && tool->popupMode() == QToolButton::MenuButtonPopup)
+        beside += style.pixelMetric(QStyle::PM_MenuButtonIndicator, nullptr, tool);
+    const int line = text > 0 ? button.fontMetrics().height() : 0;
+    const bool stacked = look == Qt::ToolButtonTextUnderIcon && !button.icon().isNull();
+    return {text + beside, line + (stacked ? button.iconSize().height() : 0)};
+}
+
+QSize needed(const QLabel& label) {
+    const QString text = label.textFormat() == Qt::RichText
+                             ? QTextDocumentFragment::fromHtml(label.text()).toPlainText()
+                             : label.text();
+    const int flags = label.wordWrap() ? static_cast<int>(Qt::TextWordWrap) : 0;
+    return label.fontMetrics().boundingRect(QRect(0, 0, label.width(), QWIDGETSIZE_MAX), flags, text).size();
+}
+
+QSize needed(const QComboBox& combo) {
+    QStyleOptionComboBox option;
+    option.initFrom(&combo);
+    const QRect field =
+        combo.style()->subControlRect(QStyle::CC_ComboBox, &option, QStyle::SC_ComboBoxEditField, &combo);
+    int widest = 0;
+    for (int i = 0; i < combo.count(); ++i)
+        widest = std::max(widest, combo.fontMetrics().horizontalAdvance(combo.itemText(i)));
+    return {combo.width() - field.width() + widest, combo.fontMetrics().height()};
+}
+
+QSize needed(const QWidget& widget) {
+    if (const auto* button = dynamic_cast<const QAbstractButton*>(&widget)) return needed(*button);
+    if (const auto* label = dynamic_cast<const QLabel*>(&widget)) return needed(*label);
+    const auto* combo = dynamic_cast<const QComboBox*>(&widget);
+    if (combo != nullptr && !combo->isEditable()) return needed(*combo);
+    const auto* edit = dynamic_cast<const QLineEdit*>(&widget);
+    const QString hint = edit == nullptr ? QString() : edit->placeholderText();
+    return {widget.fontMetrics().horizontalAdvance(hint), widget.fontMetrics().height()};
+}
+
+std::string textOf(const QWidget& widget) {
+    const QString text = widget.property("text").toString();
+    return (text.isEmpty() ? widget.accessibleName() : text).toStdString();
+}
+
+/// Every control lies within `box`, on no other, and shows its whole text. Tells how many there are.
+std::size_t checkControls(const QWidget& box, const std::string& where) {
+    SCOPED_TRACE(where);
+    std::vector<const QWidget*> controls;
+    addControls(box, controls);
+    std::vector<QRect> places;
+    for (const QWidget* control : controls) {
+        const QRect place(control->mapTo(&box, QPoint()), control->size());
+        EXPECT_TRUE(box.rect().contains(place)) << textOf(*control);
+        const QSize room = needed(*control);
+        EXPECT_GE(place.width(), room.width()) << textOf(*control);
+        EXPECT_GE(place.height(), room.height()) << textOf(*control);
+        for (const QRect& other : places) EXPECT_FALSE(place.intersects(other)) << textOf(*control);
+        places.push_back(place);
+    }
+    return controls.size();
+}
+
+void checkAccelerators(const QDialog& dialog) {
+    std::set<QString> keys;
+    for (const auto* button : dialog.findChildren<QAbstractButton*>()) {
+        const QString key = button->shortcut().toString();
+        EXPECT_TRUE(key.isEmpty() || keys.insert(key).second) << textOf(*button);
+    }
+}
+
+class LanguagesTest : public test::WindowTest, public testing::WithParamInterface<Language> {
+  protected:
+    void SetUp() override {
+        smallTree();
+        s.start();
+        ASSERT_NE(test::contentOf(ini()).find(stored()), std::string::npos) << "the language has no library";
+    }
+
+    static std::string stored() { return "Lang=" + std::to_string(GetParam().id) + "\r\n"; }
+    /// The home that the session reads its language from.
+    std::string homeOfLanguage() const {
+        test::writeFile(
+            ini(), "[Allgemein]\r\n" + stored() + "[Form]\r\nWidth=21000\r\nHeight=13500\r\nTVW=12000\r\n");
+        return home.path();
+    }
+
+    /// Does what opens a dialog, looks at it, and closes it.
+    void lookAt(const char* name, std::size_t controls, const std::function<void()>& open) {
+        s.answers.add([=](QDialog& dialog) {
+            SCOPED_TRACE(name);
+            EXPECT_EQ(dialog.objectName(), QLatin1String(name));
+            EXPECT_GE(checkControls(dialog, name), controls);
+            checkAccelerators(dialog);
+            dialog.reject();
+        });
+        open();
+        Session::settle();
+    }
+
+    void checkBars(const std::string& where) {
+        for (const auto* child : s.frame().findChildren<QWidget*>())
+            if (const auto* bar = dynamic_cast<const ToolBar*>(child);
+                bar != nullptr && bar->isVisible() &&
+                checkControls(*bar, where + bar->objectName().toStdString()) > 0)
+                seen.insert(bar->objectName().toStdString());
+    }
+
+    Session s{homeOfLanguage()};
+    std::set<std::string> seen;
+};
+
+TEST_P(LanguagesTest, NoDialogCutsATextOff) {
+    lookAt("frmOptionen", 6, [&] { s.click("cbrMain.14"); });
+    lookAt("frmInfo", 10, [&] { s.click("cbrMain.17"); });
+    s.scan(at("src"));
+    lookAt("frmSave", 15, [&] { s.click("cbrReport.5"); });
+    s.clickRow("a");
+    lookAt("frmSaveFiles", 6, [&] { s.click("cbrFiles.324"); });
+    lookAt("", 3, [&] { s.click("cbrDrives.208"); });
+    auto& files = s.window().grid(GridId::kFiles);
+    files.sync();
+    const QPoint first(20, files.rowRect(0).center().y());
+    QTest::mouseClick(files.viewport(), Qt::LeftButton, {}, first);
+    lookAt("", 3, [&] { s.click("cbrFiles.320"); });
+    s.desktop.programs = {{"editor.desktop", "Editor"}};
+    s.desktop.result = OpenResult::kNoProgram;
+    lookAt("frmOpenWith", 4, [&] { QTest::mouseDClick(files.viewport(), Qt::LeftButton, {}, first); });
+    s.fileSystem.beforeBlock = [](int) { throw std::runtime_error("provoked"); };
+    lookAt("frmFehler", 9, [&] { s.scan(at("src")); });
+}
+
+TEST_P(LanguagesTest, TheToolkitIsToldTheLanguageForItsOwnDialogs) {
+    EXPECT_EQ(s.form().parts().language, GetParam().code);
+}
+
+TEST_P(LanguagesTest, TheTextsAboutTheProgramNeedNoScrolling) {
+    s.answers.add([](QDialog& dialog) {
+        for (auto* leaf : dialog.findChildren<QRadioButton*>()) {
+            leaf->click();
+            Session::settle();
+            const auto* text = dialog.findChild<QPlainTextEdit*>();
+            EXPECT_FALSE(text->toPlainText().isEmpty());
+            EXPECT_EQ(text->verticalScrollBar()->maximum(), 0) << text->toPlainText().toStdString();
+        }
+        dialog.reject();
+    });
+    s.click("cbrMain.17");
+}
+
+TEST_P(LanguagesTest, NoBarCutsACaptionOff) {
+    for (const char* shown : {"icons ", "captions "}) {
+        for (const int width : {1400, 700}) {
+            s.frame().resize(width, 900);
+            for (const char* list : {"cbrMain.306", "cbrMain.307", "cbrMain.308", "cbrMain.309"}) {
+                s.click(list);
+                checkBars(shown + std::to_string(width) + " ");
+            }
+        }
+        s.click("cbrMain.34");
+    }
+    EXPECT_EQ(seen.size(), kBarCount);
+}
+
+INSTANTIATE_TEST_SUITE_P(All, LanguagesTest, testing::ValuesIn(allLanguages()),
+                         [](const auto& one) { return std::string(one.param.code); });
+
+}  // namespace
+}  // namespace hl
