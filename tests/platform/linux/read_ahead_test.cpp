@@ -1,8 +1,10 @@
 #include "platform/linux/read_ahead.h"
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
+#include <atomic>
 #include <chrono>
 #include <thread>
 
@@ -114,6 +116,31 @@ TEST(ReadAhead, GivesTheSameInTheSameOrderWhoeverReads) {
     ReadAheadLimits tight = limits(3);
     tight.bytesAhead = 1;
     EXPECT_EQ(walkOnce(calls, dir.path(), tight).text, alone.text);
+}
+
+TEST(ReadAhead, AFolderSwappedForALinkIsNotRead) {
+    const TempDir dir("/dev/shm");
+    const std::string root = dir.path() + "/root", sub = root + "/sub", other = root + "/other";
+    for (const std::string& folder : {dir.path() + "/precious", root, sub}) test::makeFolder(folder);
+    test::makeFile(dir.path() + "/precious/precious", 1);
+    test::makeFile(sub + "/own", 1);
+    test::must(::symlink((dir.path() + "/precious").c_str(), other.c_str()));
+    std::atomic<bool> ends{false};
+    std::thread hostile([&] {
+        while (!ends) ::renameat2(AT_FDCWD, sub.c_str(), AT_FDCWD, other.c_str(), RENAME_EXCHANGE);
+    });
+    DirectoryCalls calls;
+    std::uint64_t met = 0, read = 0;
+    for (int round = 0; round < 1000 || (round < 100'000 && (met == 0 || read == 0)); ++round) {
+        const Seen seen = walkOnce(calls, root, limits(round % 2 == 0 ? 0 : 2));
+        EXPECT_EQ(seen.text.find("precious"), std::string::npos);
+        met += seen.errors.size();
+        read += seen.text.find("own") != std::string::npos ? 1 : 0;
+    }
+    ends = true;
+    hostile.join();
+    EXPECT_GT(met, 0U) << "never met the link";
+    EXPECT_GT(read, 0U);
 }
 
 TEST(ReadAhead, LooksOnceAtEachEntryAndOpensEachFolderOnce) {
