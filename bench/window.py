@@ -2,7 +2,7 @@
 """Measures the window against what it has to reach; prints a Markdown table.
 
     bench/window.py TREE                 TREE as bench/run DIR --keep leaves it, such as DIR/1m
-    bench/window.py TREE --rounds 5 --only scan,start,clicks,rows,lists,files,analyse,preview,others
+    bench/window.py TREE --rounds 5 --only scan,start,clicks,rows,lists,files,analyse,preview,operations,others
     bench/window.py TREE --wide FOLDER    FOLDER holds 500,000 files, such as DIR/wide: for "files"
 
 All but "others" runs on no screen (Qt's "offscreen"), with the module of the built program. "others" starts the
@@ -20,6 +20,8 @@ import subprocess
 import sys
 import tempfile
 import time
+
+import removing
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
 STARTS = 15
@@ -148,6 +150,25 @@ class Bench:
             yield f"preview of {what} until drawn, ms", median_of(runs, name), limit
             yield "the first of its kind, ms", median_of(runs, f"{name}_first"), None
 
+    def operations(self):
+        """Makes and removes trees of 200,000 files beside the home of the run."""
+        runs = []
+        for _ in range(self.options.rounds):
+            tree = self.home / "deleting" / "tree"
+            removing.make(tree, 20000)
+            os.sync()
+            runs.append(self.inside("delete", tree))
+        yield "200,000 files deleted in the window, s", median_of(runs, "delete"), None
+        yield "longest wait of a click meanwhile, ms", median_of(runs, "longest"), 100
+        yield "99 of 100 wait less than, ms", median_of(runs, "of100"), None
+        yield "the process grew by, MiB", median_of(runs, "grown"), 16
+        tree.mkdir(parents=True)
+        (tree / "file.txt").write_text("text")
+        menus = [self.inside("menus", tree) for _ in range(self.options.rounds)]
+        for name in ("report", "drives", "files"):
+            yield f"menu of the {name}, from the click until it is painted, ms", median_of(menus, name), 100
+            yield "the first of its kind, ms", median_of(menus, f"{name}_first"), 100
+
     def others(self):
         with Screen() as display:
             programs = {"harborlantern": self.modules / "harborlantern"}
@@ -225,7 +246,7 @@ def parsed():
     parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
     parser.add_argument("tree", metavar="TREE")
     parser.add_argument("--rounds", type=int, default=5)
-    parser.add_argument("--only", default="scan,start,clicks,rows,lists,files,analyse,preview,others")
+    parser.add_argument("--only", default="scan,start,clicks,rows,lists,files,analyse,preview,operations,others")
     parser.add_argument("--wide", metavar="FOLDER")
     parser.add_argument("--build", default=str(ROOT / "build" / "release"))
     options = parser.parse_args()

@@ -9,12 +9,15 @@
 //     window_views nolists TREE         the same with none of them
 //     window_views files FOLDER         seconds until the files of one folder are listed, and of sorts
 //     window_views fileclicks FOLDER    the longest times in milliseconds that input waited meanwhile
+//     window_views delete FOLDER        the same while FOLDER, the only one beside its like, is deleted
+//     window_views menus FOLDER         milliseconds from a click until a menu is painted
 //     window_views analyse              seconds to bring the names of each file together, among 200,000
 //
 // The parts are put together as the program does, and the module with the window is that of the program, so
 // what is measured is what users have. HARBORLANTERN_HOME names a folder that may be written to,
 // HARBORLANTERN_MODULES the one with the module.
 #include "window_lists.h"
+#include "window_operations.h"
 #include "window_parts.h"
 
 namespace hl {
@@ -147,6 +150,8 @@ int run(const std::vector<std::string>& words) {
         return inWindow(parts, [&](WindowForm& form) { lists(form, subject, mode == "lists"); });
     if (mode == "files") return inWindow(parts, [&](WindowForm& form) { files(form, subject); });
     if (mode == "fileclicks") return inWindow(parts, [&](WindowForm& form) { fileClicks(form, subject); });
+    if (mode == "delete") return inWindow(parts, [&](WindowForm& form) { deleteFolder(form, subject); });
+    if (mode == "menus") return inWindow(parts, [&](WindowForm& form) { menus(form, subject); });
     if (mode == "analyse") return inWindow(parts, analyse);
     std::fputs("Usage: see the top of bench/window_views.cpp\n", stderr);
     return 2;

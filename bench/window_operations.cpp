@@ -1,0 +1,109 @@
+#include "window_operations.h"
+
+#include <QAbstractButton>
+#include <QMenu>
+#include <QMessageBox>
+
+#include "base/path.h"
+#include "window_parts.h"
+
+namespace hl::bench {
+
+namespace {
+
+constexpr int kDeleteFolders = 101;
+constexpr int kMenusOfAKind = 7;
+
+Grid& gridOf(WindowForm& form, GridId id) {
+    return *form.parts().grids[static_cast<std::size_t>(id)];
+}
+
+/// Says yes to whatever is asked, as soon as it is.
+class YesSayer final : public QTimer {
+  public:
+    YesSayer() {
+        callOnTimeout([] {
+            if (auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget()))
+                box->buttons().front()->click();
+        });
+        start(1);
+    }
+};
+
+/// Notes when a menu has been painted, and closes it.
+class MenuWatch final : public QObject {
+  public:
+    MenuWatch() { qApp->installEventFilter(this); }
+
+    bool eventFilter(QObject* object, QEvent* event) override {
+        auto* menu = qobject_cast<QMenu*>(object);
+        if (menu == nullptr || event->type() != QEvent::Paint || painted_) return false;
+        painted_ = true;
+        // Behind the paint, which is in work now.
+        QTimer::singleShot(0, menu, [this, menu] {
+            times_.push_back(secondsSince(clicked_) * 1e3);
+            menu->close();
+        });
+        return false;
+    }
+    void click(WindowForm& form, GridId grid, Row row) {
+        painted_ = false;
+        clicked_ = Clock::now();
+        form.gridMouseUp(grid, row, MouseButton::kRight, false, {100, 100});
+        if (!painted_) std::exit(1);
+    }
+    void tellMedian(const char* name) {
+        tell((name + std::string("_first")).c_str(), times_.front());
+        std::sort(times_.begin(), times_.end());
+        tell(name, times_[times_.size() / 2]);
+        times_.clear();
+    }
+
+  private:
+    Clock::time_point clicked_;
+    bool painted_ = false;
+    std::vector<double> times_;
+};
+
+void read(WindowForm& form, const std::string& source) {
+    form.formActivate();
+    settle();
+    form.handOver('"' + source + '"');
+    settle();
+}
+
+}  // namespace
+
+void deleteFolder(WindowForm& form, const std::string& folder) {
+    read(form, folder.substr(0, folder.rfind('/')));
+    Grid& grid = form.scan().tvwPL;
+    grid.selectNone();
+    const Row row = grid.firstChild(grid.firstChild(kNoRow));
+    grid.setSelected(row, true);
+    grid.setCurrentRow(row);
+    settle();
+    const YesSayer yes;
+    ClickWatch watch;
+    const double before = peakMebibytes();
+    timed("delete", [&] { form.execute(BarId::kMain, kDeleteFolders); });
+    watch.tellWaits();
+    tell("grown", peakMebibytes() - before);
+}
+
+void menus(WindowForm& form, const std::string& folder) {
+    read(form, folder);
+    MenuWatch watch;
+    for (const auto& [name, id] : {std::pair("report", GridId::kReport), std::pair("drives", GridId::kDrives),
+                                   std::pair("files", GridId::kFiles)}) {
+        Grid& grid = gridOf(form, id);
+        if (grid.rowCount() == 0) continue;
+        const Row row = grid.rowAt(0);
+        grid.selectNone();
+        grid.setSelected(row, true);
+        grid.setCurrentRow(row);
+        for (int i = 0; i < kMenusOfAKind; ++i) watch.click(form, id, row);
+        watch.tellMedian(name);
+    }
+}
+
+}  // namespace hl::bench
