@@ -17,6 +17,7 @@ namespace hl {
 
 namespace {
 
+constexpr std::size_t kMostKept = 10'000;  // Names of one folder, about 1 MB.
 constexpr std::size_t kRecordBytes = std::size_t{64} * 1024;
 // Who goes on adding entries while they are removed is not followed for ever.
 constexpr int kMostPasses = 100;
@@ -233,6 +234,7 @@ int TreeRemoval::removeEmpty(int parent, const std::string& name) {
 }
 
 bool TreeRemoval::startAgain(Level& level, int folder) {
+    if (level.kept && level.kept->size() >= kMostKept) return false;  // Some would be tried, and told, again.
     if (!level.removedSome || ++level.passes > kMostPasses || calls_.seek(folder, 0) < 0) return false;
     level.removedSome = false;
     level.atEnd = false;
@@ -267,7 +269,7 @@ void TreeRemoval::failed(const std::string& name, int error, bool folder) {
 
 void TreeRemoval::keep(Level& level, std::string name) {
     if (!level.kept) level.kept = std::make_unique<std::unordered_set<std::string>>();
-    level.kept->insert(std::move(name));
+    if (level.kept->size() < kMostKept) level.kept->insert(std::move(name));
 }
 
 std::string TreeRemoval::pathOf(std::string_view name) const {
