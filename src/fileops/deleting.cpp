@@ -93,7 +93,9 @@ std::string Delete_Files(const FileOps& ops, FileRun& run, const std::string& pa
     const Texts& texts = ops.scan.texts;
     std::string reason;
     if (recycle) {
-        reason = recycled(ops, run, path);
+        // A folder may have taken the file's name since; to remove one as a file would be refused anyway.
+        reason = protectedReason(ops, run, path);
+        if (reason.empty()) reason = recycled(ops, run, path);
     } else {
         xDeleteFile_W(ops, run, path, reason);
     }

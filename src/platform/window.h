@@ -207,7 +207,7 @@ class WindowEvents {
     virtual void gridColumnSizing(GridId grid) = 0;
     /// Other rows than before are on screen: the grid was scrolled, or its size has changed.
     virtual void gridScrolled(GridId grid) = 0;
-    /// The pointer has come over another row, or over none (kNoRow).
+    /// The pointer moves over a row, or has left them all (kNoRow).
     virtual void gridMouseMove(GridId grid, Row row) = 0;
     /// The user has folded a row up or down.
     virtual void gridExpanded(GridId grid, Row row) = 0;

@@ -281,6 +281,7 @@ TEST(DesktopPrograms, OnlyWhatCanRunRunsWhenOpened) {
                  {user.file("x.jar2.jar", "PK\3\4", 0644), false},
                  {user.file("x.AppImage", program, 0755), true},
                  {user.file("x.exe", "MZ", 0644), true},
+                 {user.file("x.msi", "x", 0644), true},
                  {user.file("entry.desktop", "", 0644), true},
                  {user.file("entry", "[Desktop Entry]\nType=Application\n", 0644), false},
                  {linkTo("text", user.file("text.txt", "text\n", 0755)), false},

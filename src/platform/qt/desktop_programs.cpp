@@ -113,7 +113,8 @@ bool isOneOf(const std::string& type, std::initializer_list<const char*> kinds) 
 bool runsByItsProgram(const std::string& path, const std::string& type) {
     return path.ends_with(".desktop") ||
            isOneOf(type, {"application/x-desktop", "application/x-ms-dos-executable",
-                          "application/x-msdownload", "application/vnd.microsoft.portable-executable"});
+                          "application/x-msdownload", "application/x-msi", "application/x-ms-shortcut",
+                          "application/vnd.microsoft.portable-executable"});
 }
 
 /// Where every file may be run (as on a stick with FAT), a text is a script only by its first characters.
