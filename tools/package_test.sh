@@ -63,11 +63,11 @@ ends() {
 isReport() { [[ $(head -n 1 "$1") == '"Path","Size (Bytes)","Files","Folders"'* ]] && grep -q '^"/usr/share",' "$1"; }
 isAbsent() { ! compgen -G "$1" && [[ ! -e $1 ]]; }
 
-# traces: files of the system that are ours; none is what is wanted. A user's folder stays, and so does what tells what
-# was installed once.
+# No file of the system has our name. What users have stays, and so does what tells what was installed once.
 hasNoTraces() {
-    [[ -z $(find "$system" -xdev \( -path "$system/home" -o -path "$system/tmp" -o -path "$system/var/log" -o \
-        -path "$system/var/cache/apt" \) -prune -o -iname '*harborlantern*' -print | tee /dev/stderr) ]]
+    local folder passedOver=()
+    for folder in home tmp srv var/log var/cache/apt; do passedOver+=(-o -path "$system/$folder"); done
+    [[ -z $(find "$system" -xdev \( "${passedOver[@]:1}" \) -prune -o -iname '*harborlantern*' -print | tee /dev/stderr) ]]
 }
 
 # writesOnlyBelow FOLDER COMMAND...: the user's home is as before but for this folder.
