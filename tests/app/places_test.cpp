@@ -4,6 +4,7 @@
 
 #include "app/watched_files.h"
 #include "support/temp_dir.h"
+#include "support/trees.h"
 #include "support/whole_files.h"
 
 namespace hl {
