@@ -17,6 +17,7 @@
 #include "app/command_line.h"
 #include "app/instance_start.h"
 #include "app/log.h"
+#include "app/places.h"
 #include "app/product.h"
 #include "app/settings.h"
 #include "app/texts.h"
@@ -155,6 +156,9 @@ class Program {
     WindowStart windowStart(WindowForm& frmMain, LinuxInstances& instances, LinuxDrives& drives);
     FormServices formServices(FileSystem& fileSystem);
     void windowThere(Window* window, MessagePump* pump);
+    bool wantsWindow() const;
+    void makeUserFolder();
+    std::string windowModule() const { return folderOf(executable_) + "/" + kWindowModuleName; }
 
     LinuxSystemFacts facts_;
     LinuxFiles files_;
@@ -162,7 +166,8 @@ class Program {
     ProgramPump pump_;
     const std::filesystem::path executable_ = LinuxSystemFacts::executablePath();
     const JoinedLine line_;
-    const std::string programFolder_;
+    const Places places_;
+    const std::string programFolder_ = places_.own;
     const NumberFormat numbers_ = numberFormatOf(firstSet(facts_, {"LC_ALL", "LC_NUMERIC", "LANG"}));
     const DateFormat dates_ = dateFormatOf(firstSet(facts_, {"LC_ALL", "LC_TIME", "LANG"}));
     SettingsStore settings_;
@@ -175,26 +180,29 @@ class Program {
     std::unique_ptr<ErrorReports> reports_;
 };
 
-std::string programFolderBy(SystemFacts& facts, const std::filesystem::path& executable) {
-    std::string folder = facts.environment("HARBORLANTERN_HOME");
-    if (folder.empty()) return folderOf(executable);
-    std::error_code error;
-    const auto absolute = std::filesystem::absolute(folder, error);
-    return error ? folder : absolute.string();
+PlaceFacts placeFacts(SystemFacts& facts, const std::filesystem::path& executable) {
+    std::string named = facts.environment("HARBORLANTERN_HOME");
+    if (!named.empty()) {
+        std::error_code error;
+        const auto absolute = std::filesystem::absolute(named, error);
+        if (!error) named = absolute.string();
+    }
+    return {folderOf(executable), named, facts.environment("XDG_CONFIG_HOME"), homeFolder()};
 }
 
 Program::Program(const std::vector<std::string>& arguments)
     : line_(joinArguments(arguments, currentFolder(), kPosixPaths)),
-      programFolder_(programFolderBy(facts_, executable_)),
+      places_(placesOf(files_, placeFacts(facts_, executable_))),
       settings_(files_, joinPath(programFolder_, kIniName, kPosixPaths)),
       log_(files_, programFolder_, dates_),
       errors_(log_, console_),
       diagnostics_(app_, facts_, errors_),
       texts_(files_, settings_, diagnostics_,
-             {programFolder_, folderOf(executable_), line_.text,
+             {programFolder_, places_.texts, line_.text,
               messageLocale([this](const std::string& name) { return facts_.environment(name); })}) {
     std::sscanf(HARBORLANTERN_VERSION, "%d.%d.%d", &app_.major, &app_.minor, &app_.revision);
     app_.programFolder = app_.dataFolder = programFolder_;
+    app_.portable = !places_.installed;
     app_.executableName = executable_.filename().string();
     app_.commandLine = visible(line_.text);
     app_.dates = dates_;
@@ -203,11 +211,26 @@ Program::Program(const std::vector<std::string>& arguments)
     lastWordsLog = joinPath(programFolder_, kErrorLogName, kPosixPaths);
 }
 
+bool Program::wantsWindow() const {
+    return !line_.asksForHelp && !line_.asksForVersion && line_.problem == LineProblem::kNone &&
+           !isSilentLine(line_.text);
+}
+
+// A report needs no folder of the user's: without one there are no settings and no logs. What cannot be made
+// is done without.
+void Program::makeUserFolder() {
+    if (!places_.ofUser || !files_.exists(windowModule())) return;
+    std::error_code error;
+    if (!std::filesystem::create_directories(programFolder_, error)) return;
+    std::filesystem::permissions(programFolder_, std::filesystem::perms::owner_all, error);
+}
+
 int Program::Main() {
     faultSignals.InstallExceptionFilter(lastWords);
     // A pipe with no reader, and a file at the limit of its size, are errors of the write and not the end of
     // the run.
     for (const int signal : {SIGPIPE, SIGXFSZ}) std::signal(signal, SIG_IGN);
+    if (wantsWindow()) makeUserFolder();
     texts_.Init_Sprache("", std::string(kTranslatorFileName), true);
     texts_.Init_Textbausteine();
     if (line_.asksForHelp || line_.asksForVersion) {
@@ -261,7 +284,7 @@ int Program::runWindow() {
 
 int Program::openWindow(LinuxInstances& instances, bool& restart) {
     std::string reason;
-    const auto show = loadWindowModule(folderOf(executable_) + "/" + kWindowModuleName, reason);
+    const auto show = loadWindowModule(windowModule(), reason);
     if (show == nullptr) {
         console_.errorLine(texts_.TL(9023,
                                      "Das Fenster ist nicht installiert (%1). Ein Bericht ohne Fenster: "
@@ -286,9 +309,9 @@ int Program::openWindow(LinuxInstances& instances, bool& restart) {
                        {drives, verb, operations, executable_.string(), programFolder_, line_.text,
                         shortVersion(app_), texts_.languageId() == kGerman,
                         [this](Window* window, MessagePump* pump) { windowThere(window, pump); },
-                        [this] { errors_.showWaiting(); }});
+                        [this] { errors_.showWaiting(); }, app_.portable});
     app_.cancelState = [&frmMain] { return frmMain.state().CancelState; };
-    frmMain.parts().dataFolder = folderOf(executable_);
+    frmMain.parts().dataFolder = places_.data;
     frmMain.parts().preview.tools = &previewTools;
     const WindowResult result = show(windowStart(frmMain, instances, drives));
     windowThere(nullptr, nullptr);

@@ -24,4 +24,11 @@ inline constexpr std::string_view kErrorLogName = "error.log";
 inline constexpr std::string_view kDebugLogName = "debug.log";
 inline constexpr std::string_view kTranslatorFileName = "HarborlanternTL.txt";
 
+/// Behind the version, where the program is not installed.
+inline constexpr std::string_view kPortableEdition = " (Portable Edition)";
+/// Beside the executable: a package put the program there.
+inline constexpr std::string_view kInstalledName = "installed";
+/// In a user's folder of settings, and in share/.
+inline constexpr std::string_view kUserFolderName = "harborlantern";
+
 }  // namespace hl

@@ -8,7 +8,7 @@ AboutForm::AboutForm(const AboutServices& services) : services_(services) {
     const Texts& texts = services_.texts;
     caption = texts.TL(9462, "Info über Harborlantern");
     lblName = kProductName;
-    lblVersion = "Version " + services_.version + " (Portable Edition)";
+    lblVersion = "Version " + services_.version + std::string(services_.portable ? kPortableEdition : "");
     Image2 = texts.TL(9463, "Unterstützen Sie mit einer Spende die weitere Entwicklung von Harborlantern");
     lblForum = texts.TL(9464, "Forum");
     lblHomepage = texts.TL(3553, "Homepage");
@@ -24,9 +24,11 @@ AboutForm::AboutForm(const AboutServices& services) : services_(services) {
             "Eine Datei zählt mit ihrer scheinbaren Größe, nicht mit den Blöcken, die sie belegt. "
             "Verknüpfungen und eingehängten Dateisystemen wird nur gefolgt, wenn es eingeschaltet ist. "
             "Eine Datei mit mehreren Namen zählt unter jedem davon, solange nichts anderes gewählt ist."),
-        texts.TL(9471,
-                 "Einstellungen und Protokolle liegen im Ordner des Programms oder in dem, den die "
-                 "Umgebungsvariable HARBORLANTERN_HOME nennt."),
+        texts.TL(
+            9471,
+            "Einstellungen und Protokolle liegen im Ordner des Programms; wurde es als Paket installiert, "
+            "dann in ~/.config/harborlantern. Die Umgebungsvariable HARBORLANTERN_HOME kann einen anderen "
+            "Ordner nennen."),
     };
     selectOption(tabInfo, 0);
     tabInfo_Click();

@@ -16,6 +16,7 @@ struct AboutServices {
     const Texts& texts;
     std::string version;  ///< "1.2"; with the revision behind a second point where it is not 0.
     std::function<void(const std::string& url)> StartURL;
+    bool portable = true;  ///< Not installed by a package.
 };
 
 class AboutForm {

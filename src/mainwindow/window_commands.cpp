@@ -221,7 +221,8 @@ void WindowForm::Show_Log() {
 }
 
 void WindowForm::showAbout() {
-    AboutForm frmInfo({services_.texts, own_.version, [this](const std::string& url) { StartURL(url); }});
+    AboutForm frmInfo(
+        {services_.texts, own_.version, [this](const std::string& url) { StartURL(url); }, own_.portable});
     Form form = frmInfo.form();
     window_->showForm(form);
 }

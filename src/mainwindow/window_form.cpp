@@ -75,7 +75,8 @@ void WindowForm::formLoad(Window& window, MessagePump& pump) {
 }
 
 void WindowForm::Form_Load_Window() {
-    window_->setTitle(std::string(kProductName) + " " + own_.version + " (Portable Edition)");
+    window_->setTitle(std::string(kProductName) + " " + own_.version +
+                      std::string(own_.portable ? kPortableEdition : ""));
     Form_Load();
     Init_DiskInfo(lvwDiskinfo_, services_.texts);
     reportView_ = std::make_unique<ReportView>(scan_, options_, bars_.cbrReport, *window_,

@@ -43,6 +43,7 @@ struct WindowServices {
     std::function<void(Window*, MessagePump*)> windowThere;
     /// The user sees it: what was to be told while it loaded can be told now.
     std::function<void()> windowShown = {};
+    bool portable = true;  ///< Not installed by a package.
 };
 
 class WindowForm final : public MainForm,

@@ -103,7 +103,7 @@ std::string BuildErrorReport(const TrapPlace& place, const Fault& fault, const A
     lines.add("CPU: ", attempt([&] { return system.processorName(); }));
     addScreen(lines, system);
     if (!app.commandLine.empty()) lines.add("Command: ", app.commandLine);
-    lines.add("Portable: ", "1");
+    lines.add("Portable: ", app.portable ? "1" : "0");
     lines.add("User: ", attempt([&] { return system.userName(); }));
     lines.add("Comp: ", attempt([&] { return system.computerName(); }));
     return lines.take();

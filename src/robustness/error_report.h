@@ -24,6 +24,7 @@ struct AppFacts {
     std::string dataFolder;
     std::string executableName;
     std::string commandLine;
+    bool portable = true;  ///< Not installed by a package.
     std::chrono::system_clock::time_point startTime = std::chrono::system_clock::now();
     PathRules paths = kPosixPaths;
     DateFormat dates;

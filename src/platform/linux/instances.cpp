@@ -245,7 +245,8 @@ Descriptor LinuxInstances::bindSocket() const {
     Descriptor made = newSocket();
     unlinkat(folder_.number(), file.c_str(), 0);
     if (!made.isOpen() || atPath(::bind, made.number(), socketPath()) != 0) return Descriptor();
-    fchmodat(folder_.number(), file.c_str(), S_ISVTX | S_IRUSR | S_IWUSR, 0);
+    [[maybe_unused]] const int hint =
+        fchmodat(folder_.number(), file.c_str(), S_ISVTX | S_IRUSR | S_IWUSR, 0);
     return ::listen(made.number(), kWaitingSenders) == 0 ? std::move(made) : Descriptor();
 }
 

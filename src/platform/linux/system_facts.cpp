@@ -192,7 +192,10 @@ std::string LinuxSystemFacts::executablePath() {
     auto path = std::filesystem::read_symlink("/proc/self/exe", error);
     if (!error) return path.string();
     const char* told = reinterpret_cast<const char*>(getauxval(AT_EXECFN));
-    return std::filesystem::absolute(told != nullptr ? told : "harborlantern", error).string();
+    // As /proc would tell it: where links, such as a package's in /usr/bin, lead to.
+    const auto absolute = std::filesystem::absolute(told != nullptr ? told : "harborlantern", error);
+    path = std::filesystem::canonical(absolute, error);
+    return error ? absolute.string() : path.string();
 }
 
 std::string LinuxSystemFacts::environment(const std::string& name) {

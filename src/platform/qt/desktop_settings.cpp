@@ -93,6 +93,7 @@ void followDesktop(const WindowParts& parts) {
     // QApplication has set the user's locale for the C library, where a comma may stand in a number.
     std::setlocale(LC_NUMERIC, "C");
     QApplication::setApplicationName(qtText(parts.name));
+    QApplication::setDesktopFileName(QStringLiteral("harborlantern"));  // For the icon, with Wayland.
     QApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
     chooseStyle();
     chooseIconTheme();

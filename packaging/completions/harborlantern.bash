@@ -1,0 +1,18 @@
+# Completion of harborlantern for bash. -s comes first, or anything else asks for the window.
+# shellcheck shell=bash
+
+_harborlantern() {
+    local word=${COMP_WORDS[COMP_CWORD]} index options="-- -TLMODUS"
+    for ((index = 1; index < COMP_CWORD; index++)); do
+        [[ ${COMP_WORDS[index]} == -- ]] && word=./ && break
+    done
+    if ((COMP_CWORD == 1)); then
+        options+=" -s -h --help --version"
+    elif [[ ${COMP_WORDS[1]} == -s* ]]; then
+        options+=" -d0 -d1 -d2 -d3"
+    fi
+    # Names are left to bash, which knows how to quote them.
+    COMPREPLY=()
+    if [[ $word == -* ]]; then mapfile -t COMPREPLY < <(compgen -W "$options" -- "$word"); fi
+}
+complete -o filenames -o default -F _harborlantern harborlantern

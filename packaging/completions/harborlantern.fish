@@ -1,0 +1,20 @@
+# Completion of harborlantern for fish. -s comes first, or anything else asks for the window.
+
+function __harborlantern_first
+    test (count (commandline -opc)) -eq 1
+end
+function __harborlantern_report
+    string match -q -- '-s*' (commandline -opc)[2]
+end
+function __harborlantern_switches
+    not contains -- -- (commandline -opc)
+end
+
+complete -c harborlantern -n __harborlantern_first -o s -d 'Write a report, with no window'
+complete -c harborlantern -n __harborlantern_first -s h -l help -d 'Help'
+complete -c harborlantern -n __harborlantern_first -l version -d 'The version'
+for pair in '0 comma' '1 semicolon' '2 tab' '3 blank'
+    set -l parts (string split ' ' $pair)
+    complete -c harborlantern -n '__harborlantern_report; and __harborlantern_switches' -o d$parts[1] -d "Delimiter: $parts[2]"
+end
+complete -c harborlantern -n __harborlantern_switches -o TLMODUS -d 'Texts from HarborlanternTL.txt'

@@ -1,0 +1,48 @@
+#include "app/places.h"
+
+#include <gtest/gtest.h>
+
+#include "app/watched_files.h"
+#include "support/temp_dir.h"
+#include "support/trees.h"
+#include "support/whole_files.h"
+
+namespace hl {
+namespace {
+
+TEST(Places, AreBesideTheExecutableUntilAPackagePutItThere) {
+    const test::TempDir dir;
+    const std::string beside = dir.path() + "/lib/harborlantern", share = dir.path() + "/share/harborlantern";
+    test::makeFolder(dir.path() + "/lib");
+    test::makeFolder(beside);
+    struct Case {
+        const char* what;
+        std::string named, configHome, home;
+        std::string portable, installed;
+        bool ofUser;
+    };
+    const Case cases[] = {
+        {"a named folder comes first", "/named", "/config", "/home/a", "/named", "/named", false},
+        {"the user's settings", "", "/config", "/home/a", beside, "/config/harborlantern", true},
+        {"relative is as if not set", "", "config", "/home/a", beside, "/home/a/.config/harborlantern", true},
+        {"the usual place in a home", "", "", "/home/a", beside, "/home/a/.config/harborlantern", true},
+        {"settings without a home", "", "/config", "", beside, "/config/harborlantern", true},
+        {"no home at all", "", "", "", beside, beside, false},
+    };
+    for (const bool installed : {false, true}) {
+        if (installed) test::writeFile(beside + "/installed", "");
+        for (const Case& one : cases) {
+            SCOPED_TRACE(one.what);
+            test::WatchedFiles files;
+            const Places places = placesOf(files, {beside, one.named, one.configHome, one.home});
+            EXPECT_EQ(places.installed, installed);
+            EXPECT_EQ(places.own, installed ? one.installed : one.portable);
+            EXPECT_EQ(places.ofUser, installed && one.ofUser);
+            EXPECT_EQ(places.data, installed ? share : beside);
+            EXPECT_EQ(places.texts, installed ? share + "/lang" : beside);
+        }
+    }
+}
+
+}  // namespace
+}  // namespace hl
