@@ -77,6 +77,7 @@ struct Form {
     /// The window sets it while it shows the form; a routine of the form calls it, where it is set, after it
     /// has changed a control at a moment when no control called it.
     std::function<void()> redraw = {};
+    const std::string* title = nullptr;  ///< A caption that changes while the form shows; null: it stays.
     bool* loaded = nullptr;
     bool* hourglass = nullptr;  ///< May be null.
 };
