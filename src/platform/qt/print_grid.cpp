@@ -11,7 +11,7 @@ namespace hl {
 namespace {
 
 constexpr double kPixelsPerInch = 96;
-constexpr int kStepPixels = 14, kIconPixels = 16;
+constexpr int kStepPixels = 14, kIconPixels = 14;
 /// Pixels of a picture: enough for paper, and few enough to be put into a file.
 constexpr int kPictureSide = 64;
 /// Of the page's width, in percent: how far to the right the deepest rows stand.
@@ -35,6 +35,7 @@ class GridPages final : public PrintPages {
         look_.pixel = pixel_;
         look_.step = units(kStepPixels);
         look_.iconSize = units(kIconPixels);
+        look_.pictureSide = kPictureSide;
         look_.onScreen = false;
         titleFont_ = look_.font;
         titleFont_.setBold(true);
@@ -76,12 +77,13 @@ class GridPages final : public PrintPages {
         const int deepest = shorter * kDeepestShare / 100 / std::max(1, look_.step);
         look_.deepest = static_cast<std::uint32_t>(std::clamp(deepest, 1, 50));
         const RowPainter rows(sources_, look_);
-        const QFontMetrics titles(titleFont_);
+        const QFontMetricsF titles(titleFont_);
         const auto& columns = job().grid->columns();
         for (std::size_t i = 0; i < columns.size(); ++i) {
             if (!columns[i].visible) continue;
             const int gap = i == 0 ? 0 : units(job().columnGap * kPixelsPerInch / kUnitsPerInch);
-            const int title = titles.horizontalAdvance(qtText(columns[i].title)) + 2 * units(kTitlePadding);
+            const double text = titles.horizontalAdvance(qtText(columns[i].title));
+            const int title = static_cast<int>(std::ceil(text)) + 1 + 2 * units(kTitlePadding);
             wanted_.push_back({i, std::max(title, printedWidth(rows, *job().grid, rows_, i) + gap)});
         }
         if (wanted_.empty()) wanted_.push_back({0, 1});

@@ -173,6 +173,7 @@ bool askAndPrint(const PrintDesk& desk, const PrintJob& job, const IconSource& i
     printer.setPageLayout(page);
     QPrintDialog dialog(&printer, desk.parent);
     dialog.setOption(QAbstractPrintDialog::PrintPageRange);
+    dropPictures(dialog);
     if (dialog.exec() != QDialog::Accepted) return false;
     printer.setFullPage(true);
     const auto pages = layOut(job, icon, printer.pageLayout());

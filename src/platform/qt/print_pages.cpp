@@ -122,7 +122,7 @@ int PrintPages::count() const {
 }
 
 void PrintPages::paint(QPainter& painter, int number) const {
-    painter.setRenderHint(QPainter::SmoothPixmapTransform);
+    painter.setRenderHints(QPainter::SmoothPixmapTransform | QPainter::LosslessImageRendering);
     paintFrame(painter, number);
     painter.setPen(Qt::black);
     const auto page = static_cast<std::size_t>(number), across = static_cast<std::size_t>(this->across());

@@ -157,8 +157,7 @@ void RowPainter::paintFirst(QPainter& painter, Row row, const QRect& cell, const
     if (const int picture = grid.picture(row); picture > 0) {
         const QRect box(left, cell.top() + (cell.height() - look_.iconSize) / 2, look_.iconSize,
                         look_.iconSize);
-        const QIcon::Mode mode = look_.onScreen && grid.selected(row) ? QIcon::Selected : QIcon::Normal;
-        if (sources_.icon) sources_.icon(picture).paint(&painter, box, Qt::AlignCenter, mode);
+        paintPicture(painter, row, box);
     }
     if (const int percent = grid.barPicture(row); percent >= 0) {
         const QRect bar(left + iconWidth(row), cell.top() + units(1), barWidth(), cell.height() - units(2));
@@ -166,6 +165,16 @@ void RowPainter::paintFirst(QPainter& painter, Row row, const QRect& cell, const
         paintBar(painter, bar, {percent * 1.0, QString::number(percent) + QLatin1Char('%')}, base);
     }
     paintTexts(painter, row, textRect(row, cell), colors);
+}
+
+void RowPainter::paintPicture(QPainter& painter, Row row, const QRect& box) const {
+    if (!sources_.icon) return;
+    const QIcon icon = sources_.icon(sources_.grid.picture(row));
+    const bool light = look_.onScreen && sources_.grid.selected(row);
+    if (look_.pictureSide == 0)
+        return icon.paint(&painter, box, Qt::AlignCenter, light ? QIcon::Selected : QIcon::Normal);
+    const QPixmap picture = icon.pixmap(QSize(look_.pictureSide, look_.pictureSide), 1.0);
+    if (!picture.isNull()) painter.drawPixmap(box, picture);
 }
 
 void RowPainter::paintTexts(QPainter& painter, Row row, const QRect& space, const Colors& colors) const {

@@ -34,6 +34,7 @@ struct RowLook {
     int step = 20, iconSize = 16;  ///< Of a level and of a picture, in units.
     std::uint32_t deepest = 50;    ///< Deeper rows stand no further to the right.
     bool focus = false;            ///< Around the current row.
+    int pictureSide = 0;   ///< Pixels that a picture is drawn from; 0: as many as it takes on the device.
     bool onScreen = true;  ///< False: nothing is selected, and cells that are wide enough need no clip.
 };
 
@@ -73,6 +74,7 @@ class RowPainter {
     Colors colorsOf(Row row) const;
     void paintFirst(QPainter& painter, Row row, const QRect& cell, const Colors& colors) const;
     void paintOther(QPainter& painter, Row row, const PaintedColumn& column, const QRect& cell) const;
+    void paintPicture(QPainter& painter, Row row, const QRect& box) const;
     void paintBranch(QPainter& painter, const QRect& box, bool open) const;
     void paintTexts(QPainter& painter, Row row, const QRect& space, const Colors& colors) const;
     struct Bar {
