@@ -57,7 +57,7 @@ void measurePdf(const PrintJob& job, const IconSource& icon, const std::string& 
     const auto start = bench::Clock::now();
     const auto pages = layOut(job, icon);
     int error = 0;
-    if (writePdf(*pages, path, nullptr, error) != PrintResult::kDone) std::exit(1);
+    if (writePdf(*pages, allOf(*pages), path, nullptr, error) != PrintResult::kDone) std::exit(1);
     bench::tell("seconds", bench::secondsSince(start));
     bench::tell("pages", pages->count());
     bench::tell("bytes", static_cast<double>(std::filesystem::file_size(path)));

@@ -52,7 +52,8 @@ struct PrintTest : testing::Test {
     }
     std::unique_ptr<PrintPages> pages() { return layOut(job, nullptr); }
     PrintResult write(int& error, const PageWatch& watch = nullptr) {
-        return writePdf(*pages(), path, watch, error);
+        const auto written = pages();
+        return writePdf(*written, allOf(*written), path, watch, error);
     }
 };
 
@@ -315,8 +316,50 @@ TEST_F(PreviewTest, WritesAPdfWhereTheDialogSaysAndTellsWhatFailed) {
         said = dynamic_cast<QMessageBox&>(dialog).text();
         dialog.accept();
     });
-    EXPECT_FALSE(writePdfShown({preview.get(), texts}, preview->pages(), nowhere));
+    EXPECT_FALSE(writePdfShown({preview.get(), texts}, preview->pages(), {0, 0}, nowhere));
     EXPECT_TRUE(said.startsWith(QString::fromStdString(nowhere))) << said.toStdString();
+}
+
+TEST_F(PreviewTest, ThePrintDialogOffersAPdfWhereThereIsNoPrinter) {
+    addRows(3);
+    job.grid = nullptr;
+    job.text = "a report";
+    test::Answers answers;
+    answers.add([&](QDialog& dialog) {
+        auto* printers = dialog.findChild<QComboBox*>(QStringLiteral("printers"));
+        printers->setCurrentIndex(printers->count() - 1);
+        dialog.findChild<QLineEdit*>(QStringLiteral("filename"))->setText(QString::fromStdString(path));
+        dialog.accept();
+    });
+    EXPECT_TRUE(askAndPrint({nullptr, texts}, job, nullptr, pages()->page()));
+    EXPECT_EQ(test::contentOf(path).substr(0, 5), "%PDF-");
+    EXPECT_TRUE(textOf(path).value_or(QStringLiteral("a report")).contains(QStringLiteral("a report")));
+}
+
+struct WindowPrints : test::WindowTest {};
+
+TEST_F(WindowPrints, TheReportAsIsAskedForAndAListAtOnce) {
+    smallTree();
+    test::Session s(home.path());
+    s.start();
+    s.click("cbrReport.6");  // Nothing was read: nothing is asked.
+    s.scan(at("src"));
+    std::vector<std::string> shown;
+    const auto look = [&shown](QDialog& dialog) {
+        const auto& pages = dynamic_cast<PrintPreview&>(dialog).pages();
+        shown.push_back(pages.job().title + " " + std::to_string(pages.job().zoom));
+        dialog.accept();
+    };
+    s.answers.add([](QDialog& dialog) {
+        EXPECT_EQ(dialog.objectName(), QStringLiteral("frmPrint"));
+        test::pressIn(dialog, "OK");
+    });
+    s.answers.add(look);
+    s.click("cbrReport.6");
+    s.clickRow("a");
+    s.answers.add(look);
+    s.click("cbrFiles.325");
+    EXPECT_EQ(shown, (std::vector<std::string>{"Ordnerliste 100", "Dateiliste 100"}));
 }
 
 }  // namespace

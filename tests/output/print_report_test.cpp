@@ -114,6 +114,7 @@ TEST_F(PrintReport, TheCopyShowsWhatTheReportShows) {
     report.setBackColor(source, 0xE0E0E0);
     report.setRowNote(source, "note");
     options.FileSizeFormat = 1;
+    options.SizeFormatNachkommastellenFolders = 1;
     window.onPrint = [this](const PrintJob& job) {
         const Grid& copy = *job.grid;
         printed = job.cellText(0, 0) + "|" + job.cellText(kReportSize, 0) + "|" +
@@ -121,9 +122,8 @@ TEST_F(PrintReport, TheCopyShowsWhatTheReportShows) {
                   std::to_string(copy.barPicture(0)) + "|" + std::to_string(copy.picture(0)) + "|" +
                   std::to_string(copy.backColor(0).value_or(0));
     };
-    EXPECT_EQ(
-        print(kPrintAll, kPrintAllLevels),
-        "s|1,50 KB|Größe (KB)|note|42|" + std::to_string(kPictureFolder) + "|" + std::to_string(0xE0E0E0));
+    EXPECT_EQ(print(kPrintAll, kPrintAllLevels),
+              "s|1,50|Größe (KB)|note|42|" + std::to_string(kPictureFolder) + "|" + std::to_string(0xE0E0E0));
 }
 
 TEST_F(PrintReport, ZoomIsWhatIsTypedAndAHundredWithout) {

@@ -1,6 +1,7 @@
 #include "platform/qt/print_columns.h"
 
 #include <algorithm>
+#include <cmath>
 #include <functional>
 #include <queue>
 #include <string_view>
@@ -48,6 +49,7 @@ class Candidates {
         if (cell_ == kNoCell) return seeText(row, grid_.text(row));
         if (grid_.cells().isText(cell_)) return seeText(row, grid_.cellText(row, cell_));
         const double number = grid_.number(row, cell_);
+        if (std::isnan(number)) return;
         one_.see(number, row);
         other_.see(-number, row);
     }

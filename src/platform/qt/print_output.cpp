@@ -41,13 +41,13 @@ class FileDevice final : public QIODevice {
     int error_ = 0;
 };
 
-PrintResult writePages(const PrintPages& pages, QPdfWriter& writer, const FileDevice& device,
+PrintResult writePages(const PrintPages& pages, PageRange range, QPdfWriter& writer, const FileDevice& device,
                        const PageWatch& watch) {
     QPainter painter;
     if (!painter.begin(&writer)) return PrintResult::kFailed;
-    for (int number = 0; number < pages.count(); ++number) {
+    for (int number = range.first; number <= range.last; ++number) {
         if (watch && !watch(number)) return PrintResult::kCancelled;
-        if (number > 0) writer.newPage();
+        if (number > range.first) writer.newPage();
         pages.paint(painter, number);
         if (device.error() != 0) return PrintResult::kFailed;
     }
@@ -62,9 +62,20 @@ QPageLayout borderless(QPageLayout page) {
 
 }  // namespace
 
+PageRange allOf(const PrintPages& pages) {
+    return {0, pages.count() - 1};
+}
+
+PageRange wantedOf(const PrintPages& pages, const QPrinter& printer) {
+    if (printer.printRange() != QPrinter::PageRange || printer.fromPage() <= 0) return allOf(pages);
+    const int first = std::min(printer.fromPage(), pages.count()) - 1;
+    return {first, std::clamp(printer.toPage(), first + 1, pages.count()) - 1};
+}
+
 // --- a PDF
 
-PrintResult writePdf(const PrintPages& pages, const std::string& path, const PageWatch& watch, int& error) {
+PrintResult writePdf(const PrintPages& pages, PageRange range, const std::string& path,
+                     const PageWatch& watch, int& error) {
     error = 0;
     const auto file = pages.job().files->replace(path, error);
     if (!file) return PrintResult::kFailed;
@@ -76,7 +87,7 @@ PrintResult writePdf(const PrintPages& pages, const std::string& path, const Pag
         writer.setPageLayout(borderless(pages.page()));
         writer.setTitle(shownName(pages.job().title));
         writer.setCreator(QApplication::applicationDisplayName());
-        result = writePages(pages, writer, device, watch);
+        result = writePages(pages, range, writer, device, watch);
     }
     error = device.error();
     if (result == PrintResult::kDone && error == 0) error = file->commit();
@@ -89,9 +100,7 @@ PrintResult writePdf(const PrintPages& pages, const std::string& path, const Pag
 // --- a printer
 
 PrintResult printPages(const PrintPages& pages, QPrinter& printer, const PageWatch& watch) {
-    const bool some = printer.printRange() == QPrinter::PageRange && printer.fromPage() > 0;
-    const int first = some ? std::min(printer.fromPage(), pages.count()) - 1 : 0;
-    const int last = some ? std::clamp(printer.toPage(), first + 1, pages.count()) - 1 : pages.count() - 1;
+    const auto [first, last] = wantedOf(pages, printer);
     const int copies = printer.supportsMultipleCopies() ? 1 : std::max(1, printer.copyCount());
     const bool backwards = printer.pageOrder() == QPrinter::LastPageFirst;
     QPainter painter;
@@ -139,21 +148,14 @@ class Progress {
     QProgressDialog dialog_;
 };
 
-std::string withPdfEnding(std::string path) {
-    constexpr std::string_view kEnding = ".pdf";
-    const bool has = path.size() > kEnding.size() &&
-                     qtText(path).endsWith(QLatin1String(kEnding.data()), Qt::CaseInsensitive);
-    return has ? path : path.append(kEnding);
-}
-
 }  // namespace
 
-bool writePdfShown(const PrintDesk& desk, const PrintPages& pages, const std::string& path) {
+bool writePdfShown(const PrintDesk& desk, const PrintPages& pages, PageRange range, const std::string& path) {
     int error = 0;
     PrintResult result = PrintResult::kCancelled;
     {
         Progress progress(desk, pages);
-        result = writePdf(pages, path, progress.watch(), error);
+        result = writePdf(pages, range, path, progress.watch(), error);
     }
     if (result == PrintResult::kFailed)
         showMessage(desk.parent, desk.texts, MessageKind::kError, pages.job().failure(path, error));
@@ -163,7 +165,7 @@ bool writePdfShown(const PrintDesk& desk, const PrintPages& pages, const std::st
 bool askAndWritePdf(const PrintDesk& desk, const PrintPages& pages) {
     const std::string home = QFile::encodeName(QDir::homePath()).toStdString();
     const std::string path = askForSavePath(desk.parent, "PDF (*.pdf)|*.pdf", "pdf", home);
-    return !path.empty() && writePdfShown(desk, pages, path);
+    return !path.empty() && writePdfShown(desk, pages, allOf(pages), path);
 }
 
 bool askAndPrint(const PrintDesk& desk, const PrintJob& job, const IconSource& icon,
@@ -178,8 +180,8 @@ bool askAndPrint(const PrintDesk& desk, const PrintJob& job, const IconSource& i
     printer.setFullPage(true);
     const auto pages = layOut(job, icon, printer.pageLayout());
     if (!printer.outputFileName().isEmpty())
-        return writePdfShown(desk, *pages,
-                             withPdfEnding(QFile::encodeName(printer.outputFileName()).toStdString()));
+        return writePdfShown(desk, *pages, wantedOf(*pages, printer),
+                             QFile::encodeName(printer.outputFileName()).toStdString());
     PrintResult result = PrintResult::kCancelled;
     {
         Progress progress(desk, *pages);

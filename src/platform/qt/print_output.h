@@ -17,9 +17,17 @@ enum class PrintResult { kDone, kCancelled, kFailed };
 /// Called before each page with its number, from 0; false ends the printing.
 using PageWatch = std::function<bool(int)>;
 
+/// Pages from 0, both included. All of them unless a printer was asked for some.
+struct PageRange {
+    int first, last;
+};
+PageRange allOf(const PrintPages& pages);
+PageRange wantedOf(const PrintPages& pages, const QPrinter& printer);
+
 /// An older file stays as it was until the new one is complete, and if that never comes. `error` is a code of
 /// the system.
-PrintResult writePdf(const PrintPages& pages, const std::string& path, const PageWatch& watch, int& error);
+PrintResult writePdf(const PrintPages& pages, PageRange range, const std::string& path,
+                     const PageWatch& watch, int& error);
 /// The pages and copies that the printer was asked for. Fails if the printer cannot be had.
 PrintResult printPages(const PrintPages& pages, QPrinter& printer, const PageWatch& watch);
 
@@ -31,7 +39,7 @@ struct PrintDesk {
 
 /// The same with a window that shows how far it is, from which it can be cancelled, and a message for what
 /// failed. True if it was written.
-bool writePdfShown(const PrintDesk& desk, const PrintPages& pages, const std::string& path);
+bool writePdfShown(const PrintDesk& desk, const PrintPages& pages, PageRange range, const std::string& path);
 /// Asks for a path first; without one nothing is written.
 bool askAndWritePdf(const PrintDesk& desk, const PrintPages& pages);
 /// Asks for the printer, or for a PDF in its place, and prints. `page` is what the dialog begins with. True
