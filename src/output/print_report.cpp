@@ -20,7 +20,6 @@ constexpr const char* kRoutine = "Report_print";
 constexpr std::int32_t kAllLevels = 999;
 constexpr std::int32_t kAsUnfolded = -1;
 constexpr int kUsualZoom = 100;
-constexpr char32_t kBackspace = 8;
 constexpr int kFourPixels = 4 * 15;  // In twips.
 
 void copyRow(const Grid& from, Row row, Grid& to, Row copy) {
@@ -86,15 +85,11 @@ Form PrintForm::form() {
                  {.control = &lblLevels, .row = 3, .columnSpan = 3},
                  {.control = &optLevels[kPrintAllLevels], .row = 4, .columnSpan = 3, .group = kLevels},
                  {.control = &optLevels[kPrintSomeLevels], .row = 5, .group = kLevels, .name = lblLevelsUnit},
-                 {.control = &txtLevels,
-                  .row = 5,
-                  .column = 1,
-                  .keyPress = number_KeyPress,
-                  .name = lblLevelsUnit},
+                 {.control = &txtLevels, .row = 5, .column = 1, .keyPress = digitKey, .name = lblLevelsUnit},
                  {.control = &lblLevelsUnit, .row = 5, .column = 2},
                  {.control = &optLevels[kPrintUnfolded], .row = 6, .columnSpan = 3, .group = kLevels},
                  {.control = &lblZoom, .row = 7},
-                 {.control = &txtZoom, .row = 7, .column = 1, .keyPress = number_KeyPress, .name = lblZoom},
+                 {.control = &txtZoom, .row = 7, .column = 1, .keyPress = digitKey, .name = lblZoom},
                  {.control = &lblPercent, .row = 7, .column = 2}},
             .buttons = {{.control = &OKButton, .changed = [this] { Report_print(); }},
                         {.control = &CancelButton, .changed = [this] { CancelButton_Click(); }}},
@@ -102,10 +97,6 @@ Form PrintForm::form() {
             .title = &caption,
             .loaded = &loaded,
             .hourglass = &hourglass};
-}
-
-char32_t PrintForm::number_KeyPress(char32_t key) {
-    return (key >= U'0' && key <= U'9') || key == kBackspace ? key : 0;
 }
 
 int PrintForm::wantedZoom() const {

@@ -49,8 +49,6 @@ class PrintForm {
     void Report_print();
     /// Also ends what Report_print is about to prepare.
     void CancelButton_Click() { loaded = false; }
-    /// The key, or 0 for one that a number has no use for; for both text boxes.
-    static char32_t number_KeyPress(char32_t key);
     /// How a window shows the form. It refers to this object's controls.
     Form form();
 

@@ -43,6 +43,12 @@ struct CommandButton {
     bool enabled = true;
 };
 
+/// For FormItem::keyPress of a number: digits and backspace.
+inline char32_t digitKey(char32_t key) {
+    constexpr char32_t kBackspace = 8;
+    return (key >= U'0' && key <= U'9') || key == kBackspace ? key : 0;
+}
+
 /// One control in a form: which one, where it stands, and what is called after the user changed it. A label
 /// is a text; one with `changed` is a link.
 struct FormItem {

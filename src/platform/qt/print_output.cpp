@@ -89,12 +89,10 @@ PrintResult writePdf(const PrintPages& pages, PageRange range, const std::string
         writer.setCreator(QApplication::applicationDisplayName());
         result = writePages(pages, range, writer, device, watch);
     }
+    if (result == PrintResult::kCancelled) return result;
     error = device.error();
-    if (result == PrintResult::kDone && error == 0) error = file->commit();
-    if (result == PrintResult::kFailed && error == 0) error = EIO;
-    return result == PrintResult::kCancelled ? result
-           : error == 0                      ? PrintResult::kDone
-                                             : PrintResult::kFailed;
+    if (error == 0) error = result == PrintResult::kDone ? file->commit() : EIO;
+    return error == 0 ? PrintResult::kDone : PrintResult::kFailed;
 }
 
 // --- a printer
