@@ -73,7 +73,8 @@ int run(bool preview, std::size_t rows, const std::string& path) {
     WindowForm form(services, {drives, verb, operations, "bench_print", parts.home, "", "0", false,
                                [](Window*, MessagePump*) {}});
     Grid report(kFolderCells);
-    const Options options;
+    Options options;
+    options.ColPercentVisible = options.ColFileVisible = options.ColFolderVisible = 1;
     Init_Tree(report, options, services.texts);
     fill(report, rows);
     PrintJob job =

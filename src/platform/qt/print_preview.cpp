@@ -194,12 +194,14 @@ void PrintPreview::turn(QPageLayout::Orientation orientation) {
     showPage();
 }
 
+// What is left of a page is scrolled to first.
 bool PrintPreview::pageKey(int key) {
+    const QScrollBar& bar = *area_->verticalScrollBar();
     switch (key) {
         case Qt::Key_PageUp:
-            return goTo(page_ - 1), true;
+            return bar.value() == bar.minimum() && (goTo(page_ - 1), true);
         case Qt::Key_PageDown:
-            return goTo(page_ + 1), true;
+            return bar.value() == bar.maximum() && (goTo(page_ + 1), true);
         case Qt::Key_Home:
             return goTo(0), true;
         case Qt::Key_End:
