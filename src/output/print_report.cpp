@@ -23,7 +23,7 @@ constexpr int kUsualZoom = 100;
 constexpr int kFourPixels = 4 * 15;  // In twips.
 
 void copyRow(const Grid& from, Row row, Grid& to, Row copy) {
-    for (CellId cell = 0; cell < std::size(kFolderCells); ++cell)
+    for (CellId cell = 0; cell < static_cast<CellId>(std::size(kFolderCells)); ++cell)
         to.setNumber(copy, cell, from.number(row, cell));
     to.setPicture(copy, from.picture(row));
     to.setExpanded(copy, from.expanded(row));
