@@ -2,7 +2,7 @@
 """Measures the window against what it has to reach; prints a Markdown table.
 
     bench/window.py TREE                 TREE as bench/run DIR --keep leaves it, such as DIR/1m
-    bench/window.py TREE --rounds 5 --only scan,start,clicks,rows,lists,files,analyse,preview,operations,others
+    bench/window.py TREE --rounds 5 --only scan,start,clicks,rows,lists,files,analyse,preview,operations,printing,others
     bench/window.py TREE --wide FOLDER    FOLDER holds 500,000 files, such as DIR/wide: for "files"
 
 All but "others" runs on no screen (Qt's "offscreen"), with the module of the built program. "others" starts the
@@ -169,6 +169,23 @@ class Bench:
             yield f"menu of the {name}, from the click until it is painted, ms", median_of(menus, name), 100
             yield "the first of its kind, ms", median_of(menus, f"{name}_first"), 100
 
+    def printing(self):
+        def run(*arguments):
+            output = subprocess.run([self.build / "bench" / "bench_print", *arguments, self.home / "out.pdf"],
+                                    env=self.environment, check=True, stdout=subprocess.PIPE, text=True).stdout
+            return {name: float(value) for name, value in map(str.split, output.splitlines())}
+
+        for rows, limit, memory in (("10000", 1, 200), ("1000000", None, None)):
+            runs = [run("preview", rows) for _ in range(self.options.rounds)]
+            yield f"preview of {int(rows):,} rows until the first page is painted, s", median_of(runs, "first"), limit
+            yield "memory that it takes, MiB", median_of(runs, "memory"), memory
+            yield "the last page of it, s", median_of(runs, "last"), None
+        runs = [run("pdf", "100000") for _ in range(self.options.rounds)]
+        yield "PDF of 100,000 rows, s", median_of(runs, "seconds"), 20
+        yield "pages of it", median_of(runs, "pages"), None
+        yield "its size, MiB", median_of(runs, "bytes") / 2**20, None
+        yield "peak memory of that run, rows and all, MiB", median_of(runs, "peak"), None
+
     def others(self):
         with Screen() as display:
             programs = {"harborlantern": self.modules / "harborlantern"}
@@ -246,7 +263,7 @@ def parsed():
     parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
     parser.add_argument("tree", metavar="TREE")
     parser.add_argument("--rounds", type=int, default=5)
-    parser.add_argument("--only", default="scan,start,clicks,rows,lists,files,analyse,preview,operations,others")
+    parser.add_argument("--only", default="scan,start,clicks,rows,lists,files,analyse,preview,operations,printing,others")
     parser.add_argument("--wide", metavar="FOLDER")
     parser.add_argument("--build", default=str(ROOT / "build" / "release"))
     options = parser.parse_args()

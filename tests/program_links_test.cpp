@@ -42,7 +42,7 @@ TEST(Program, LinksTheCxxLibraryAndLibcAlone) {
 TEST(Program, LeavesTheToolkitToTheModule) {
 #ifdef HARBORLANTERN_MODULE
     const std::set<std::string> names = librariesOf(HARBORLANTERN_MODULE);
-    for (const char* wanted : {"libQt6Core", "libQt6Gui", "libQt6Widgets", "libQt6Svg"})
+    for (const char* wanted : {"libQt6Core", "libQt6Gui", "libQt6Widgets", "libQt6PrintSupport", "libQt6Svg"})
         EXPECT_EQ(names.count(wanted), 1U) << wanted;
 #else
     GTEST_SKIP() << "built without the window";

@@ -15,22 +15,6 @@ namespace {
 constexpr int kKeyF1 = 112;
 constexpr int kFunctionKeys = 12;
 
-// Printing.
-constexpr int kReportWithoutWork[] = {6};
-constexpr int kFilesWithoutWork[] = {325};
-constexpr int kTopWithoutWork[] = {326};
-constexpr int kHardlinksWithoutWork[] = {325};
-constexpr int kJunctionsWithoutWork[] = {325};
-
-/// By BarId.
-constexpr std::span<const int> kWithoutWork[kBarCount] = {{},
-                                                          kReportWithoutWork,
-                                                          {},
-                                                          kFilesWithoutWork,
-                                                          kTopWithoutWork,
-                                                          kHardlinksWithoutWork,
-                                                          kJunctionsWithoutWork};
-
 // New, Start and Stop: what everybody looks for first.
 constexpr int kLastOfTheMost = 3;
 
@@ -43,11 +27,6 @@ int keyCodeOf(std::string_view key) {
 
 }  // namespace
 
-bool hasWork(BarId bar, int id) {
-    const auto ids = kWithoutWork[static_cast<std::size_t>(bar)];
-    return std::find(ids.begin(), ids.end(), id) == ids.end();
-}
-
 void AddControl(CommandBar& bar, const ControlSpec& spec, int parent) {
     BarEntry entry;
     entry.id = spec.id;
@@ -57,7 +36,6 @@ void AddControl(CommandBar& bar, const ControlSpec& spec, int parent) {
     if (spec.icon != -1) entry.icon = spec.icon;
     entry.beginGroup = spec.beginGroup;
     entry.key = keyCodeOf(spec.key);
-    entry.dead = !hasWork(bar.id(), spec.id);
     entry.showsCaption = bar.id() == BarId::kMain && spec.id <= kLastOfTheMost;
     bar.add(std::move(entry), parent);
 }

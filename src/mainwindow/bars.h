@@ -55,12 +55,8 @@ struct ControlSpec {
     std::string_view key = {};  ///< "F1" to "F12", or a character that goes with Ctrl; empty for none.
 };
 
-/// Adds one entry at the end of the bar, or of the list below the entry or popup `parent`. One whose command
-/// has no work behind it is dead.
+/// Adds one entry at the end of the bar, or of the list below the entry or popup `parent`.
 void AddControl(CommandBar& bar, const ControlSpec& spec, int parent = 0);
-
-/// Whether this version does something for the command. What it has no work for is shown, but disabled.
-bool hasWork(BarId bar, int id);
 
 /// The looks of all bars before anything is in them.
 void Init_Commandbar(Bars& bars, const BarSources& sources);

@@ -6,6 +6,7 @@
 #include "app/product.h"
 #include "base/scope_exit.h"
 #include "base/text.h"
+#include "output/print_job.h"
 #include "robustness/api_error_text.h"
 #include "robustness/attempt.h"
 #include "robustness/error_mail.h"
@@ -73,7 +74,7 @@ ErrorForm::ErrorForm(const ErrorFormServices& services, const std::string& repor
 
 FormItem ErrorForm::button(CommandButton& control, HelpText help, void (ErrorForm::*click)()) {
     FormItem item{.control = &control, .tooltip = help_[help]};
-    if (click != nullptr) item.changed = [this, click] { (this->*click)(); };
+    item.changed = [this, click] { (this->*click)(); };
     item.hovered = [this, help] { txtHelp.text = help_[help]; };
     return item;
 }
@@ -86,7 +87,7 @@ Form ErrorForm::form() {
                       {.control = &txtHelp, .row = 2, .name = helpName_}},
             .buttons = {button(cmdWeiter, kHelpWeiter, &ErrorForm::cmdWeiter_Click),
                         button(cmdEmail, kHelpEmail, &ErrorForm::cmdEmail_Click),
-                        button(cmdDrucken, kHelpDrucken, nullptr),
+                        button(cmdDrucken, kHelpDrucken, &ErrorForm::cmdDrucken_Click),
                         button(cmdSpeichern, kHelpSpeichern, &ErrorForm::cmdSpeichern_Click),
                         button(cmdBeenden, kHelpBeenden, &ErrorForm::cmdBeenden_Click)},
             .cancel = [this] { loaded = false; },
@@ -118,6 +119,13 @@ void ErrorForm::cmdSpeichern_Click() {
     const std::string reason = visible(path) + ": " + ApiErrorText(false, error, services_.facts);
     services_.desk.inform(MessageKind::kError, "",
                           services_.texts.TL(9459, "Der Fehlerreport wurde nicht gespeichert: %1", {reason}));
+}
+
+void ErrorForm::cmdDrucken_Click() {
+    attempt([this] {
+        services_.desk.print(
+            printedText({services_.texts, services_.files, services_.facts}, caption, txtInfo.text));
+    });
 }
 
 void ErrorForm::cmdEmail_Click() {

@@ -25,6 +25,8 @@ class ErrorDesk {
     virtual void openUrl(const std::string& url) = 0;
     /// A message with one button; the title may be empty.
     virtual void inform(MessageKind kind, const std::string& title, const std::string& text) = 0;
+    /// Asks for a printer, and prints.
+    virtual void print(const PrintJob& job) = 0;
     /// Shows a form, and returns when it is done with.
     virtual void showForm(Form& form) = 0;
 };
@@ -38,6 +40,7 @@ class WindowDesk final : public ErrorDesk {
     void inform(MessageKind kind, const std::string& title, const std::string& text) override {
         window_.message(kind, title.empty() ? text : title + "\n\n" + text);
     }
+    void print(const PrintJob& job) override { window_.print(job); }
     void showForm(Form& form) override { window_.showForm(form); }
 
   private:
@@ -72,13 +75,15 @@ class ErrorForm {
     void cmdBeenden_Click();
     /// Into a new file ERRxxxx.txt of the data folder; says which, or why not.
     void cmdSpeichern_Click();
+    /// As one text, on the printer that the user chooses.
+    void cmdDrucken_Click();
     /// A mail to the address for reports; the report itself travels in the clipboard.
     void cmdEmail_Click();
 
     std::string caption, lblEinleitung;
     TextBox txtInfo{.readOnly = true, .multiLine = true};
     TextBox txtHelp{.readOnly = true, .multiLine = true, .lines = 3};
-    CommandButton cmdEmail, cmdDrucken{.enabled = false}, cmdSpeichern, cmdWeiter, cmdBeenden;
+    CommandButton cmdEmail, cmdDrucken, cmdSpeichern, cmdWeiter, cmdBeenden;
     bool loaded = true;  ///< False: the form is done with.
 
   private:

@@ -10,6 +10,7 @@
 #include "mainwindow/options_form.h"
 #include "mainwindow/view_options.h"
 #include "mainwindow/window_form.h"
+#include "output/print_report.h"
 #include "output/save_report.h"
 #include "robustness/trap.h"
 #include "scan/rollup.h"
@@ -141,6 +142,8 @@ void WindowForm::cbrReport_Execute(int id) {
             return Report_Rescan(scan_, true);
         case 5:
             return Report_SaveToFile();
+        case 6:
+            return Report_print();
         case 7:
             return Report_RemoveFolders(scan_);
         case 9:
@@ -238,6 +241,15 @@ void WindowForm::Report_SaveToFile() {
     SaveForm frmSave(SaveServices{tvwPL_, options_, services_.texts, services_.numbers, services_.files,
                                   services_.diagnostics, state_, services_.pump, services_.paths, this});
     Form form = frmSave.form();
+    window_->showForm(form);
+    setBusyPointer(false);
+}
+
+void WindowForm::Report_print() {
+    if (tvwPL_.rowCount() == 0) return;
+    PrintForm frmPrint({tvwPL_, options_, printSources(), services_.numbers, services_.diagnostics, state_,
+                        services_.pump, *window_});
+    Form form = frmPrint.form();
     window_->showForm(form);
     setBusyPointer(false);
 }

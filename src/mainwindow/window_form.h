@@ -20,6 +20,7 @@
 #include "mainwindow/panes.h"
 #include "mainwindow/toolbar_state.h"
 #include "mainwindow/window_preview.h"
+#include "output/print_job.h"
 #include "platform/drives.h"
 #include "platform/folder_verb.h"
 #include "platform/window.h"
@@ -111,6 +112,8 @@ class WindowForm final : public MainForm,
     void showAbout();
     void StartURL(std::string url);
     void Report_SaveToFile();
+    void Report_print();
+    PrintSources printSources() { return {services_.texts, services_.files, services_.facts}; }
     void AddNewSearchPathBrowse();
     void ChangeLanguage(int language);
     void applyFonts();

@@ -3,6 +3,7 @@
 #include "fileops/deleting.h"
 #include "mainwindow/view_options.h"
 #include "mainwindow/window_form.h"
+#include "output/print_files.h"
 #include "output/save_files.h"
 #include "views/file_list.h"
 #include "views/list_columns.h"
@@ -59,11 +60,12 @@ void WindowForm::listCommand(GridId list, ListCommand command) {
             return Save_Files({grid(list), services_.texts, services_.numbers, services_.files,
                                services_.diagnostics, services_.paths, *this},
                               *window_);
+        case ListCommand::kPrint:
+            return Print_Files(printSources(), parts_.gridTitles[static_cast<std::size_t>(list)], grid(list),
+                               list, services_.numbers, *window_);
         case ListCommand::kDelete:
         case ListCommand::kRecycle:
             return List_DeleteFiles(fileOps(), *lists_->of(list), list, command == ListCommand::kRecycle);
-        default:
-            return;  // Entries without work: their bars keep them disabled.
     }
 }
 

@@ -16,7 +16,6 @@ namespace {
 
 constexpr std::int32_t kAllLevels = 999;
 constexpr std::int32_t kAsTheControlsSay = -1;
-constexpr char32_t kBackspace = 8;
 
 // Mode 4 has the name that belongs to mode 5. Neither can be chosen.
 std::string_view unitInTitle(int sizeMode) {
@@ -245,10 +244,6 @@ void SaveForm::OKButton_Click() {
 
 void SaveForm::cboFormat_Click() {
     cboDelimiter.index = cboFormat.index == kFormatTxt ? kDelimiterTab : kDelimiterSemicolon;
-}
-
-char32_t SaveForm::txtLevels_KeyPress(char32_t key) {
-    return (key >= U'0' && key <= U'9') || key == kBackspace ? key : 0;
 }
 
 void SaveForm::FormatFileSizeSave(SizeValue value, std::string& text) const {

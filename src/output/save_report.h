@@ -83,7 +83,7 @@ class SaveForm {
     /// How a window shows the form. It refers to this object's controls.
     Form form();
     /// The key, or 0 for one that a number of levels has no use for.
-    static char32_t txtLevels_KeyPress(char32_t key);
+    static char32_t txtLevels_KeyPress(char32_t key) { return digitKey(key); }
 
     /// A size as a CSV report writes it.
     void FormatFileSizeSave(SizeValue value, std::string& text) const;

@@ -18,7 +18,6 @@ BarEntry* findIn(std::vector<BarEntry>& entries, int id) {
 
 BarEntry& CommandBar::add(BarEntry entry, int parent) {
     auto* above = parent == 0 ? nullptr : const_cast<BarEntry*>(find(parent));
-    entry.enabled = entry.enabled && !entry.dead;
     auto& place = above != nullptr ? above->list : entries_;
     place.push_back(std::move(entry));
     if (observer_ != nullptr) observer_->barChanged(*this);
@@ -57,10 +56,7 @@ void CommandBar::setChecked(int id, bool on) {
 }
 
 void CommandBar::setEnabled(int id, bool on) {
-    change(id, [on](BarEntry& entry) {
-        const bool wanted = on && !entry.dead;
-        return std::exchange(entry.enabled, wanted) != wanted;
-    });
+    change(id, [on](BarEntry& entry) { return std::exchange(entry.enabled, on) != on; });
 }
 
 void CommandBar::setVisible(int id, bool on) {
@@ -77,8 +73,7 @@ void CommandBar::setText(int id, std::string_view text) {
 
 void CommandBar::enableAll(std::vector<BarEntry>& entries, bool on) {
     for (BarEntry& entry : entries) {
-        const bool wanted = on && !entry.dead;
-        const bool changed = std::exchange(entry.enabled, wanted) != wanted;
+        const bool changed = std::exchange(entry.enabled, on) != on;
         if (changed && observer_ != nullptr) observer_->entryChanged(*this, entry);
         enableAll(entry.list, on);
     }

@@ -38,7 +38,6 @@ struct BarEntry {
     std::string text = {};  ///< What stands in an edit box.
     std::vector<BarEntry> list = {};  ///< Below a split button, or in a popup.
     bool showsCaption = false;        ///< Beside its icon, where captions are not below all icons.
-    bool dead = false;  ///< Has no work behind it in this version: stays disabled whatever is asked.
 };
 
 enum class BarEdge : std::uint8_t { kTop, kBottom, kLeft, kRight };
@@ -77,8 +76,8 @@ class CommandBar {
     const std::string& title() const { return title_; }
     void setTitle(std::string title) { title_ = std::move(title); }
 
-    /// Adds an entry at the end; below the split button or popup `parent` if that is not 0. A dead one is
-    /// disabled. The reference is good until the next call. REQUIRES: the bar has `parent`.
+    /// Adds an entry at the end; below the split button or popup `parent` if that is not 0. The
+    /// reference is good until the next call. REQUIRES: the bar has `parent`.
     BarEntry& add(BarEntry entry, int parent = 0);
     /// A menu that is opened by its id and stands in no toolbar.
     BarEntry& addPopup(BarEntry popup);
@@ -94,7 +93,7 @@ class CommandBar {
     void setCaption(int id, std::string_view caption);
     void setText(int id, std::string_view text);
     void toggle(int id) { setChecked(id, !isChecked(id)); }
-    /// Every entry of the toolbar, its lists included; popups and dead entries stay as they are.
+    /// Every entry of the toolbar, its lists included; popups stay as they are.
     void setAllEnabled(bool on);
 
     const BarPlace& place() const { return place_; }

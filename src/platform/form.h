@@ -43,6 +43,12 @@ struct CommandButton {
     bool enabled = true;
 };
 
+/// For FormItem::keyPress of a number: digits and backspace.
+inline char32_t digitKey(char32_t key) {
+    constexpr char32_t kBackspace = 8;
+    return (key >= U'0' && key <= U'9') || key == kBackspace ? key : 0;
+}
+
 /// One control in a form: which one, where it stands, and what is called after the user changed it. A label
 /// is a text; one with `changed` is a link.
 struct FormItem {
@@ -77,6 +83,7 @@ struct Form {
     /// The window sets it while it shows the form; a routine of the form calls it, where it is set, after it
     /// has changed a control at a moment when no control called it.
     std::function<void()> redraw = {};
+    const std::string* title = nullptr;  ///< A caption that changes while the form shows; null: it stays.
     bool* loaded = nullptr;
     bool* hourglass = nullptr;  ///< May be null.
 };

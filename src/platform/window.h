@@ -18,6 +18,7 @@
 #include "platform/form.h"
 #include "platform/message_pump.h"
 #include "platform/preview_pane.h"
+#include "platform/print.h"
 #include "platform/splitter.h"
 
 namespace hl {
@@ -57,11 +58,6 @@ struct RowRange {
 
 struct Rect {
     int left = 0, top = 0, width = 0, height = 0;
-};
-
-struct GridFont {
-    std::string name;
-    double points = 9;
 };
 
 /// The two panels of the status bar.
@@ -155,6 +151,10 @@ class Window {
     virtual std::string askSavePath(const std::string& filter, const std::string& extension,
                                     const std::string& folder) = 0;
     virtual std::optional<GridFont> askFont(const GridFont& start) = 0;
+    /// Shows the pages; from there the user prints them or writes them to a PDF. Needs no printer.
+    virtual void previewPrint(const PrintJob& job) = 0;
+    /// Asks for a printer, or for a PDF in place of one, and prints.
+    virtual void print(const PrintJob& job) = 0;
     /// A popup of a bar at a place of the screen; what is chosen arrives as WindowEvents::execute.
     virtual void showPopup(BarId bar, int popup, Point at) = 0;
     /// A menu at a place of the screen; the id of what was chosen, 0 if nothing was.

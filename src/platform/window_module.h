@@ -11,7 +11,7 @@
 namespace hl {
 
 /// Raised when either side of the border changes; a module refuses a program with another number.
-constexpr int kWindowModuleVersion = 2;
+constexpr int kWindowModuleVersion = 3;
 constexpr const char* kWindowModuleName = "harborlantern-gui.so";
 constexpr const char* kWindowModuleFunction = "harborlanternWindow";
 

@@ -94,20 +94,6 @@ TEST_F(BarsTest, AcceleratorsAreKeyCodes) {
     }
 }
 
-TEST_F(BarsTest, WhatHasNoWorkStaysDisabledWhenARunEnds) {
-    build();
-    for (CommandBar* bar : bars.all()) bar->setAllEnabled(false);
-    for (CommandBar* bar : bars.all()) bar->setAllEnabled(true);
-    forEach([](const CommandBar& bar, const BarEntry& entry) {
-        EXPECT_EQ(entry.enabled, hasWork(bar.id(), entry.id)) << bar.name() << " " << entry.id;
-    });
-    // The same numbers mean something else elsewhere.
-    EXPECT_FALSE(bars.cbrFiles.find(325)->enabled) << "print";
-    EXPECT_TRUE(bars.cbrMain.find(308)->enabled) << "panel";
-    EXPECT_TRUE(bars.cbrMain.find(307)->enabled) << "panel";
-    EXPECT_TRUE(bars.cbrJunctions.find(323)->enabled) << "full view";
-}
-
 TEST_F(BarsTest, BeginWithTheReportAndNothingToStop) {
     build();
     EXPECT_FALSE(bars.cbrMain.find(3)->enabled);

@@ -18,6 +18,7 @@ struct FakeDesk : ErrorDesk {
     void inform(MessageKind, const std::string& title, const std::string& text) override {
         asked.push_back(title + "|" + text);
     }
+    void print(const PrintJob& job) override { add("print " + job.title + "|" + job.text); }
     void showForm(Form& form) override { user(form); }
 
   private:
@@ -80,6 +81,15 @@ TEST_F(ErrorFormTest, AMailCarriesTheHintAndTheClipboardTheReport) {
     frmFehler.cmdEmail_Click();
     EXPECT_EQ(desk.asked.size(), 4U) << "the hint is shown in any case";
     EXPECT_TRUE(frmFehler.loaded);
+}
+
+TEST_F(ErrorFormTest, PrintsTheReportAndStaysOpenAlsoWhereThatFails) {
+    for (const bool broken : {false, true}) {
+        desk.broken = broken;
+        frmFehler.cmdDrucken_Click();
+        EXPECT_EQ(desk.asked, std::vector<std::string>{"print Error Report|the\r\nreport"});
+        EXPECT_TRUE(frmFehler.loaded);
+    }
 }
 
 TEST_F(ErrorFormTest, AReportThatComesWhileOneIsShownTakesItsPlace) {

@@ -1,6 +1,7 @@
 // A window that shows nothing: it keeps what it was asked, and answers as it was told.
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <utility>
@@ -17,6 +18,7 @@ class FakeWindow : public Window {
     int scrollBar = 0;
     std::vector<MenuEntry> menu;  ///< The one that was opened last.
     int chosen = 0;               ///< In each menu.
+    std::function<void(const PrintJob&)> onPrint;
 
     void setTitle(const std::string&) override {}
     void setBusyPointer(bool) override {}
@@ -58,6 +60,11 @@ class FakeWindow : public Window {
         return answer;
     }
     std::optional<GridFont> askFont(const GridFont&) override { return std::nullopt; }
+    void previewPrint(const PrintJob& job) override {
+        calls.push_back("preview " + job.title);
+        if (onPrint) onPrint(job);
+    }
+    void print(const PrintJob& job) override { calls.push_back("print " + job.title); }
     void showPopup(BarId, int popup, Point) override { calls.push_back("popup " + std::to_string(popup)); }
     int showMenu(const std::vector<MenuEntry>& entries, Point) override {
         menu = entries;

@@ -56,11 +56,6 @@ void prepare(QFileDialog& dialog, const std::string& start) {
     dialog.setDirectory(qtText(nameableFolder(start)));
 }
 
-/// The toolkit's own dialogs put pictures of the theme on their buttons, where all others have none.
-void dropPictures(const QDialog& dialog) {
-    for (QPushButton* button : dialog.findChildren<QPushButton*>()) button->setIcon(QIcon());
-}
-
 /// The first name chosen, as bytes; empty if the dialog was cancelled.
 std::string answerOf(QFileDialog& dialog) {
     dropPictures(dialog);
@@ -69,6 +64,10 @@ std::string answerOf(QFileDialog& dialog) {
 }
 
 }  // namespace
+
+void dropPictures(const QDialog& dialog) {
+    for (QPushButton* button : dialog.findChildren<QPushButton*>()) button->setIcon(QIcon());
+}
 
 QString qtFilter(const std::string& filter) {
     const QStringList parts = qtText(filter).split(QLatin1Char('|'));

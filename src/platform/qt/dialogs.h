@@ -1,7 +1,7 @@
 // The window's own questions. Each returns when it is answered; texts are UTF-8, names of files bytes.
 #pragma once
 
-#include <QWidget>
+#include <QDialog>
 #include <optional>
 #include <string>
 
@@ -28,6 +28,9 @@ std::string askForFolder(QWidget* parent, const std::string& title, const std::s
 std::string askForSavePath(QWidget* parent, const std::string& filter, const std::string& extension,
                            const std::string& folder);
 std::optional<GridFont> askForFont(QWidget* parent, const GridFont& start);
+
+/// The toolkit's own dialogs put pictures of the theme on their buttons, where all others have none.
+void dropPictures(const QDialog& dialog);
 
 QFont qtFont(const GridFont& font);
 

@@ -292,6 +292,7 @@ void FormDialog::follow() {
             QApplication::restoreOverrideCursor();
         }
     }
+    if (form_.title != nullptr) setWindowTitle(qtText(*form_.title));
     if (isClosed() && isVisible()) QDialog::reject();
 }
 

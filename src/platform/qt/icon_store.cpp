@@ -30,7 +30,8 @@ QColor inkFor(QIcon::Mode mode) {
 /// needs nothing.
 class SvgEngine final : public QIconEngine {
   public:
-    explicit SvgEngine(QByteArray svg) : svg_(std::move(svg)) {}
+    /// Without an `ink` it draws with that of the palette.
+    SvgEngine(QByteArray svg, std::optional<QColor> ink) : svg_(std::move(svg)), ink_(ink) {}
 
     void paint(QPainter* painter, const QRect& rect, QIcon::Mode mode, QIcon::State state) override {
         const qreal ratio = painter->device()->devicePixelRatio();
@@ -45,14 +46,14 @@ class SvgEngine final : public QIconEngine {
             return {};  // The toolkit, which calls this, lets no error through.
         }
     }
-    QIconEngine* clone() const override { return new SvgEngine(svg_); }
+    QIconEngine* clone() const override { return new SvgEngine(svg_, ink_); }
     QString key() const override { return QStringLiteral("harborlantern-svg"); }
     bool isNull() override { return svg_.isEmpty(); }
 
   private:
     QPixmap draw(const QSize& size, QIcon::Mode mode) const {
         QByteArray colored = svg_;
-        colored.replace(kInk, inkFor(mode).name().toLatin1());
+        colored.replace(kInk, ink_.value_or(inkFor(mode)).name().toLatin1());
         QPixmap pixmap(size);
         pixmap.fill(Qt::transparent);
         QPainter painter(&pixmap);
@@ -64,14 +65,15 @@ class SvgEngine final : public QIconEngine {
     }
 
     QByteArray svg_;
+    std::optional<QColor> ink_;
     QHash<std::pair<int, int>, QPixmap> drawn_;
 };
 
 /// Null if the file cannot be read.
-QIcon iconOfFile(const std::string& path) {
+QIcon iconOfFile(const std::string& path, std::optional<QColor> ink) {
     std::ifstream in(path, std::ios::binary);
     const std::string svg{std::istreambuf_iterator<char>(in), {}};
-    return svg.empty() ? QIcon() : QIcon(new SvgEngine(QByteArray::fromStdString(svg)));
+    return svg.empty() ? QIcon() : QIcon(new SvgEngine(QByteArray::fromStdString(svg), ink));
 }
 
 }  // namespace
@@ -81,15 +83,18 @@ QIcon IconStore::icon(int number) {
     return *cache_.insert(number, make(number));
 }
 
+QIcon IconStore::drawing(const std::string& name) const {
+    return iconOfFile(folder_ + name + ".svg", ink_);
+}
+
 QIcon IconStore::programIcon() {
-    return iconOfFile(folder_ + "harborlantern.svg");
+    return drawing("harborlantern");
 }
 
 QIcon IconStore::ofFile(int number) const {
     const std::string name = fileIcon_ ? fileIcon_(number) : std::string();
     if (name.empty()) return {};
-    return QIcon::fromTheme(QString::fromStdString(name),
-                            iconOfFile(folder_ + iconNames(kIconFilesRow)->own + ".svg"));
+    return QIcon::fromTheme(QString::fromStdString(name), drawing(iconNames(kIconFilesRow)->own));
 }
 
 QIcon IconStore::make(int number) const {
@@ -98,7 +103,7 @@ QIcon IconStore::make(int number) const {
     const QString theme = QString::fromLatin1(names->theme);
     if (number < kFirstCommand && names->theme != nullptr && QIcon::hasThemeIcon(theme))
         return QIcon::fromTheme(theme);
-    return iconOfFile(folder_ + names->own + ".svg");
+    return drawing(names->own);
 }
 
 }  // namespace hl

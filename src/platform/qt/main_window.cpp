@@ -10,6 +10,7 @@
 #include <algorithm>
 
 #include "platform/qt/form_dialog.h"
+#include "platform/qt/print_preview.h"
 #include "platform/qt/qt_convert.h"
 #include "platform/qt/qt_guard.h"
 
@@ -37,6 +38,7 @@ MainWindow::MainWindow(WindowParts& parts, WindowEvents& events)
     : parts_(parts),
       events_(events),
       icons_(parts.dataFolder, parts.fileIcon),
+      paperIcons_(parts.dataFolder, parts.fileIcon, Qt::black),
       texts_{qtText(parts.name), qtText(parts.yes), qtText(parts.no), qtText(parts.ok), qtText(parts.cancel)},
       frame_(new Frame(events)) {
     frame_->setObjectName(QStringLiteral("frmMain"));
@@ -123,6 +125,7 @@ void MainWindow::placeMainBar() {
 
 void MainWindow::renewLooks() {
     icons_.clear();
+    paperIcons_.clear();
     for (ToolBar* bar : bars_) bar->rebuild();
     for (GridView* grid : grids_) grid->viewport()->update();
     sources_->renewIcons();
@@ -346,6 +349,17 @@ std::string MainWindow::askSavePath(const std::string& filter, const std::string
 
 std::optional<GridFont> MainWindow::askFont(const GridFont& start) {
     return askForFont(asker(), start);
+}
+
+void MainWindow::previewPrint(const PrintJob& job) {
+    PrintPreview(
+        job, [this](int picture) { return paperIcons_.icon(picture); }, texts_, events_, asker())
+        .exec();
+}
+
+void MainWindow::print(const PrintJob& job) {
+    const IconSource icon = [this](int picture) { return paperIcons_.icon(picture); };
+    askAndPrint({asker(), texts_}, job, icon, layOut(job, icon)->page());
 }
 
 void MainWindow::showPopup(BarId id, int popup, Point at) {

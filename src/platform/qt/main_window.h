@@ -70,6 +70,8 @@ class MainWindow final : public Window {
     std::string askSavePath(const std::string& filter, const std::string& extension,
                             const std::string& folder) override;
     std::optional<GridFont> askFont(const GridFont& start) override;
+    void previewPrint(const PrintJob& job) override;
+    void print(const PrintJob& job) override;
     void showPopup(BarId bar, int popup, Point at) override;
     int showMenu(const std::vector<MenuEntry>& entries, Point at) override;
 
@@ -96,6 +98,7 @@ class MainWindow final : public Window {
     DesktopFileTypes fileTypes_;
     DesktopPrograms desktop_;
     IconStore icons_;
+    IconStore paperIcons_;
     DialogTexts texts_;
     std::unique_ptr<Frame> frame_;
     QVBoxLayout* rows_ = nullptr;

@@ -21,60 +21,73 @@ constexpr std::uint32_t kBarColor = 0x0000FF;
 // In a dark palette a bar's colour is lightened by the first, then moved towards the ground by the others at
 // its left and its right end.
 constexpr int kDarkLightening = 80, kDarkLeft = 110, kDarkRight = 160;
-// Deeper rows stand no further to the right: no column has to be wider than a screen for its indentation.
-constexpr std::uint32_t kDeepestIndentation = 50;
+
+RowLook lookOf(const QWidget& widget) {
+    const QStyle& style = *widget.style();
+    return {.font = widget.font(),
+            .palette = widget.palette(),
+            .group = widget.hasFocus() ? QPalette::Active : QPalette::Inactive,
+            .step = style.pixelMetric(QStyle::PM_TreeViewIndentation, nullptr, &widget),
+            .iconSize = style.pixelMetric(QStyle::PM_SmallIconSize, nullptr, &widget),
+            .focus = widget.hasFocus()};
+}
 
 }  // namespace
 
 RowPainter::RowPainter(const RowSources& sources, const QWidget& widget)
-    : sources_(sources),
-      widget_(widget),
-      metrics_(widget.fontMetrics()),
-      palette_(widget.palette()),
-      group_(widget.hasFocus() ? QPalette::Active : QPalette::Inactive),
-      step_(widget.style()->pixelMetric(QStyle::PM_TreeViewIndentation, nullptr, &widget)),
-      iconSize_(widget.style()->pixelMetric(QStyle::PM_SmallIconSize, nullptr, &widget)) {}
+    : RowPainter(sources, lookOf(widget)) {}
+
+RowPainter::RowPainter(const RowSources& sources, const RowLook& look)
+    : sources_(sources), look_(look), metrics_(look.font), padding_(units(kPadding)), gap_(units(kGap)) {}
 
 int RowPainter::rowHeight(const QWidget& widget) {
-    const int icon = widget.style()->pixelMetric(QStyle::PM_SmallIconSize, nullptr, &widget);
-    return std::max(widget.fontMetrics().height(), icon) + 4;
+    return rowHeight(lookOf(widget));
+}
+
+int RowPainter::rowHeight(const RowLook& look) {
+    return std::max(QFontMetrics(look.font).height(), look.iconSize) +
+           static_cast<int>(std::lround(kPadding * look.pixel));
 }
 
 // --- widths
 
+int RowPainter::units(double pixels) const {
+    return static_cast<int>(std::lround(pixels * look_.pixel));
+}
+
 int RowPainter::indentation(Row row) const {
-    if (!sources_.tree) return kPadding;
-    const std::uint32_t level = std::min(sources_.grid.level(row), kDeepestIndentation);
-    return static_cast<int>(level + 1) * step_;
+    if (!sources_.tree) return padding_;
+    const std::uint32_t level = std::min(sources_.grid.level(row), look_.deepest);
+    return static_cast<int>(level + 1) * look_.step;
 }
 
 int RowPainter::iconWidth(Row row) const {
-    return sources_.grid.picture(row) > 0 ? iconSize_ + kGap : 0;
+    return sources_.grid.picture(row) > 0 ? look_.iconSize + gap_ : 0;
 }
 
 int RowPainter::barWidth() const {
-    return metrics_.horizontalAdvance(QStringLiteral("100%")) + 16;
+    return metrics_.horizontalAdvance(QStringLiteral("100%")) + units(16);
 }
 
 int RowPainter::barRoom(Row row) const {
-    return sources_.grid.barPicture(row) >= 0 ? barWidth() + kGap : 0;
+    return sources_.grid.barPicture(row) >= 0 ? barWidth() + gap_ : 0;
 }
 
 int RowPainter::contentWidth(Row row, std::size_t column) const {
     // Cutting a text measures in fractions of a pixel, so a rounded width may be too small for it.
     const double exact = QFontMetricsF(metrics_).horizontalAdvance(fullText(row, column));
-    const int text = static_cast<int>(std::ceil(exact)) + 1 + 2 * kPadding;
+    const int text = static_cast<int>(std::ceil(exact)) + 1 + 2 * padding_;
     if (column > 0)
-        return sources_.grid.columns()[column].barColor ? std::max(text, barWidth() + 2 * kPadding) : text;
+        return sources_.grid.columns()[column].barColor ? std::max(text, barWidth() + 2 * padding_) : text;
     return indentation(row) + iconWidth(row) + barRoom(row) + text;
 }
 
 QRect RowPainter::textRect(Row row, const QRect& cell) const {
-    return cell.adjusted(indentation(row) + iconWidth(row) + barRoom(row), 0, -kPadding, 0);
+    return cell.adjusted(indentation(row) + iconWidth(row) + barRoom(row), 0, -padding_, 0);
 }
 
 QRect RowPainter::branchRect(Row row, const QRect& cell) const {
-    return {cell.left() + indentation(row) - step_, cell.top(), step_, cell.height()};
+    return {cell.left() + indentation(row) - look_.step, cell.top(), look_.step, cell.height()};
 }
 
 // --- texts
@@ -97,33 +110,39 @@ QString RowPainter::fullText(Row row, std::size_t column) const {
 // --- drawing
 
 RowPainter::Colors RowPainter::colorsOf(Row row) const {
-    if (sources_.grid.selected(row))
-        return {palette_.color(group_, QPalette::Highlight),
-                palette_.color(group_, QPalette::HighlightedText)};
-    const QColor text = palette_.color(group_, QPalette::Text);
+    if (look_.onScreen && sources_.grid.selected(row))
+        return {look_.palette.color(look_.group, QPalette::Highlight),
+                look_.palette.color(look_.group, QPalette::HighlightedText)};
+    const QColor text = look_.palette.color(look_.group, QPalette::Text);
     const std::optional<std::uint32_t> own = sources_.grid.backColor(row);
-    if (!own) return {palette_.color(group_, QPalette::Base), text};
-    const QColor ground = rowBackground(*own, palette_);
+    if (!own) return {look_.palette.color(look_.group, QPalette::Base), text};
+    const QColor ground = rowBackground(*own, look_.palette);
     return {ground, readableOn(ground, text)};
 }
 
 void RowPainter::paint(QPainter& painter, Row row, const QRect& area,
                        const std::vector<PaintedColumn>& columns) const {
     const Colors colors = colorsOf(row);
-    painter.fillRect(area, colors.ground);
+    if (look_.onScreen || sources_.grid.backColor(row)) painter.fillRect(area, colors.ground);
     painter.setPen(colors.text);
     for (const PaintedColumn& column : columns) {
         const QRect cell(column.left, area.top(), column.width, area.height());
-        painter.save();
-        const ScopeExit restore([&painter] { painter.restore(); });
-        painter.setClipRect(cell, Qt::IntersectClip);
+        const bool clips = look_.onScreen || (column.column == 0 && textRect(row, cell).width() <= 0);
+        if (clips) {
+            painter.save();
+            painter.setClipRect(cell, Qt::IntersectClip);
+        }
+        const ScopeExit restore([&painter, clips] {
+            if (clips) painter.restore();
+        });
         if (column.column == 0) {
             paintFirst(painter, row, cell, colors);
         } else {
+            painter.setPen(colors.text);
             paintOther(painter, row, column, cell);
         }
     }
-    if (row != sources_.grid.currentRow() || !widget_.hasFocus()) return;
+    if (row != sources_.grid.currentRow() || !look_.focus) return;
     // Not the style's frame: some fill it, and so tint what is drawn below.
     painter.setPen(QPen(tintTowards(colors.text, colors.ground, 90), 0, Qt::DotLine));
     painter.setBrush(Qt::NoBrush);
@@ -136,16 +155,26 @@ void RowPainter::paintFirst(QPainter& painter, Row row, const QRect& cell, const
         paintBranch(painter, branchRect(row, cell), grid.expanded(row));
     const int left = cell.left() + indentation(row);
     if (const int picture = grid.picture(row); picture > 0) {
-        const QRect box(left, cell.top() + (cell.height() - iconSize_) / 2, iconSize_, iconSize_);
-        const QIcon::Mode mode = grid.selected(row) ? QIcon::Selected : QIcon::Normal;
-        if (sources_.icon) sources_.icon(picture).paint(&painter, box, Qt::AlignCenter, mode);
+        const QRect box(left, cell.top() + (cell.height() - look_.iconSize) / 2, look_.iconSize,
+                        look_.iconSize);
+        paintPicture(painter, row, box);
     }
     if (const int percent = grid.barPicture(row); percent >= 0) {
-        const QRect bar(left + iconWidth(row), cell.top() + 1, barWidth(), cell.height() - 2);
+        const QRect bar(left + iconWidth(row), cell.top() + units(1), barWidth(), cell.height() - units(2));
         const std::uint32_t base = grid.columns()[0].barColor.value_or(kBarColor);
         paintBar(painter, bar, {percent * 1.0, QString::number(percent) + QLatin1Char('%')}, base);
     }
     paintTexts(painter, row, textRect(row, cell), colors);
+}
+
+void RowPainter::paintPicture(QPainter& painter, Row row, const QRect& box) const {
+    if (!sources_.icon) return;
+    const QIcon icon = sources_.icon(sources_.grid.picture(row));
+    const bool light = look_.onScreen && sources_.grid.selected(row);
+    if (look_.pictureSide == 0)
+        return icon.paint(&painter, box, Qt::AlignCenter, light ? QIcon::Selected : QIcon::Normal);
+    const QPixmap picture = icon.pixmap(QSize(look_.pictureSide, look_.pictureSide), 1.0);
+    if (!picture.isNull()) painter.drawPixmap(box, picture);
 }
 
 void RowPainter::paintTexts(QPainter& painter, Row row, const QRect& space, const Colors& colors) const {
@@ -168,10 +197,10 @@ void RowPainter::paintOther(QPainter& painter, Row row, const PaintedColumn& col
                             const QRect& cell) const {
     const GridColumn& of = sources_.grid.columns()[column.column];
     const QString text = cellText(row, column.column);
-    const QRect space = cell.adjusted(kPadding, 0, -kPadding, 0);
+    const QRect space = cell.adjusted(padding_, 0, -padding_, 0);
     if (of.barColor && !text.isEmpty()) {
         const double percent = sources_.grid.number(row, sources_.grid.cell(of.key));
-        return paintBar(painter, space.adjusted(0, 1, 0, -1), {percent, text}, *of.barColor);
+        return paintBar(painter, space.adjusted(0, units(1), 0, -units(1)), {percent, text}, *of.barColor);
     }
     const Qt::AlignmentFlag side = of.alignment == Alignment::kRight ? Qt::AlignRight : Qt::AlignLeft;
     const Qt::Alignment place = side | Qt::AlignVCenter;
@@ -181,7 +210,7 @@ void RowPainter::paintOther(QPainter& painter, Row row, const PaintedColumn& col
 
 // A triangle that points right when folded and down when open.
 void RowPainter::paintBranch(QPainter& painter, const QRect& box, bool open) const {
-    const double half = std::max(3.0, std::min(box.width(), box.height()) * 0.2);
+    const double half = std::max(3.0 * look_.pixel, std::min(box.width(), box.height()) * 0.2);
     const QPointF middle = QRectF(box).center();
     QPolygonF triangle;
     if (open) {
@@ -201,7 +230,7 @@ void RowPainter::paintBranch(QPainter& painter, const QRect& box, bool open) con
 
 // The tints lead towards the ground of the palette, so its text can be read on all of the bar.
 RowPainter::BarLook RowPainter::barLook(std::uint32_t base) const {
-    const QColor ground = palette_.color(QPalette::Base), ink = palette_.color(QPalette::Text);
+    const QColor ground = look_.palette.color(QPalette::Base), ink = look_.palette.color(QPalette::Text);
     if (ground.lightness() < ink.lightness()) {
         const QColor color = QColor::fromRgb(tint(base, kDarkLightening));
         return {ground, ink, readableTint(color, ground, ink, kDarkLeft),
@@ -215,7 +244,7 @@ RowPainter::BarLook RowPainter::barLook(std::uint32_t base) const {
 // Lengths are whole pixels of the device.
 void RowPainter::paintBar(QPainter& painter, const QRect& space, const Bar& bar, std::uint32_t base) const {
     const BarLook look = barLook(base);
-    const double ratio = painter.device()->devicePixelRatioF();
+    const double ratio = painter.device()->devicePixelRatioF() / look_.pixel;
     const int length = filledLength(bar.percent, static_cast<int>(space.width() * ratio));
     const double inset = kBarInset / ratio;
     const QRectF filled =

@@ -1,7 +1,8 @@
 // Draws the rows of a grid, and says how much room a cell needs.
 //
 // The first column shows the hierarchy (indentation and branch mark), the row's picture, its percent bar, its
-// text and, dimmed, its note. All of it is drawn as lines and areas, so it is crisp at any scale.
+// text and, dimmed, its note. All of it is drawn as lines and areas, so it is crisp at any scale. On a screen
+// a unit is a pixel; on paper a pixel has several of them.
 #pragma once
 
 #include <QFontMetrics>
@@ -24,6 +25,19 @@ struct PaintedColumn {
     int left, width;
 };
 
+/// How rows look, apart from what is in them.
+struct RowLook {
+    QFont font;
+    QPalette palette;
+    QPalette::ColorGroup group = QPalette::Active;
+    double pixel = 1;              ///< Units that a pixel has.
+    int step = 20, iconSize = 16;  ///< Of a level and of a picture, in units.
+    std::uint32_t deepest = 50;    ///< Deeper rows stand no further to the right.
+    bool focus = false;            ///< Around the current row.
+    int pictureSide = 0;   ///< Pixels that a picture is drawn from; 0: as many as it takes on the device.
+    bool onScreen = true;  ///< False: nothing is selected, and cells that are wide enough need no clip.
+};
+
 /// What a RowPainter needs of the view; outlives it.
 struct RowSources {
     const Grid& grid;
@@ -37,8 +51,10 @@ class RowPainter {
   public:
     /// For one paint or one measurement: fonts, palette and style of `widget` are read once.
     RowPainter(const RowSources& sources, const QWidget& widget);
+    RowPainter(const RowSources& sources, const RowLook& look);
 
     static int rowHeight(const QWidget& widget);
+    static int rowHeight(const RowLook& look);
 
     void paint(QPainter& painter, Row row, const QRect& area,
                const std::vector<PaintedColumn>& columns) const;
@@ -58,6 +74,7 @@ class RowPainter {
     Colors colorsOf(Row row) const;
     void paintFirst(QPainter& painter, Row row, const QRect& cell, const Colors& colors) const;
     void paintOther(QPainter& painter, Row row, const PaintedColumn& column, const QRect& cell) const;
+    void paintPicture(QPainter& painter, Row row, const QRect& box) const;
     void paintBranch(QPainter& painter, const QRect& box, bool open) const;
     void paintTexts(QPainter& painter, Row row, const QRect& space, const Colors& colors) const;
     struct Bar {
@@ -69,6 +86,7 @@ class RowPainter {
     };
     BarLook barLook(std::uint32_t base) const;
     void paintBar(QPainter& painter, const QRect& space, const Bar& bar, std::uint32_t base) const;
+    int units(double pixels) const;
     int indentation(Row row) const;
     int iconWidth(Row row) const;
     int barWidth() const;
@@ -77,11 +95,9 @@ class RowPainter {
     QString note(Row row) const;
 
     const RowSources& sources_;
-    const QWidget& widget_;
+    RowLook look_;
     QFontMetrics metrics_;
-    QPalette palette_;
-    QPalette::ColorGroup group_;
-    int step_, iconSize_;
+    int padding_, gap_;
 };
 
 }  // namespace hl

@@ -1,0 +1,14 @@
+#include "output/print_files.h"
+
+namespace hl {
+
+void Print_Files(const PrintSources& sources, const std::string& title, Grid& grid, GridId id,
+                 const NumberFormat& numbers, Window& window) {
+    if (grid.rowCount() == 0) return;
+    // What has gathered is told now, and the list is laid out anew.
+    grid.setRedraw(false);
+    grid.setRedraw(true);
+    window.previewPrint(printedGrid(sources, title, grid, numbers, window.font(id)));
+}
+
+}  // namespace hl

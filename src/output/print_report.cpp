@@ -1,0 +1,202 @@
+// Sections: the form; the copy; printing.
+#include "output/print_report.h"
+
+#include <limits>
+#include <vector>
+
+#include "base/scope_exit.h"
+#include "base/text.h"
+#include "grid/no_redraw.h"
+#include "robustness/trap.h"
+#include "scan/records.h"
+#include "views/report_columns.h"
+#include "views/size_display.h"
+
+namespace hl {
+
+namespace {
+
+constexpr const char* kRoutine = "Report_print";
+constexpr std::int32_t kAllLevels = 999;
+constexpr std::int32_t kAsUnfolded = -1;
+constexpr int kUsualZoom = 100;
+constexpr int kFourPixels = 4 * 15;  // In twips.
+
+void copyRow(const Grid& from, Row row, Grid& to, Row copy) {
+    for (CellId cell = 0; cell < static_cast<CellId>(std::size(kFolderCells)); ++cell)
+        to.setNumber(copy, cell, from.number(row, cell));
+    to.setPicture(copy, from.picture(row));
+    to.setExpanded(copy, from.expanded(row));
+    if (from.barPicture(row) >= 0) to.setBarPicture(copy, from.barPicture(row));
+    if (const auto color = from.backColor(row)) to.setBackColor(copy, *color);
+    if (const auto note = from.rowNote(row); !note.empty()) to.setRowNote(copy, note);
+}
+
+}  // namespace
+
+/// The local values of one run of Report_print.
+struct PrintForm::Run {
+    int scope = -1;
+    std::int32_t levels = kAsUnfolded;
+    int zoom = kUsualZoom;
+    std::uint64_t rows = 0;  ///< Unfolded.
+    Grid* grid = nullptr;    ///< What is printed.
+
+    DebugValues values() const {
+        return {"scope=" + std::to_string(scope), "levels=" + std::to_string(levels),
+                "zoom=" + std::to_string(zoom), "rows=" + std::to_string(rows)};
+    }
+};
+
+// --- the form
+
+PrintForm::PrintForm(const PrintServices& services) : services_(services) {
+    fillControls();
+    selectOption(optWasDrucken, kPrintAll);
+    optWasDrucken[kPrintSelected].enabled = services_.tvwPL.selectedCount() > 0;
+    selectOption(optLevels, kPrintUnfolded);
+    txtZoom.text = std::to_string(kUsualZoom);
+}
+
+void PrintForm::fillControls() {
+    const Texts& texts = services_.sources.texts;
+    caption = texts.TL(3619, "Drucken");
+    lblWasDrucken = texts.TL(3706, "Was soll gedruckt werden?");
+    optWasDrucken[kPrintAll].caption = texts.TL(3707, "Alle Ordner");
+    optWasDrucken[kPrintSelected].caption = texts.TL(3708, "Ausgewählter Ordner");
+    lblLevels = texts.TL(3618, "Wieviele Ordnerebenen sollen gedruckt werden?");
+    optLevels[kPrintAllLevels].caption = texts.TL(3614, "Alle Ordnerebenen");
+    lblLevelsUnit = texts.TL(3617, "Ordnerebenen");
+    optLevels[kPrintUnfolded].caption = texts.TL(3613, "Aktuelle Ordneransicht");
+    lblZoom = texts.TL(3620, "Zoom:");
+    lblPercent = "%";
+    OKButton.caption = texts.TL(3616, "OK");
+    CancelButton.caption = texts.TL(3615, "Abbrechen");
+}
+
+Form PrintForm::form() {
+    enum Group { kScope = 1, kLevels };
+    return {.name = "frmPrint",
+            .caption = caption,
+            .items =
+                {{.control = &lblWasDrucken, .columnSpan = 3},
+                 {.control = &optWasDrucken[kPrintAll], .row = 1, .columnSpan = 3, .group = kScope},
+                 {.control = &optWasDrucken[kPrintSelected], .row = 2, .columnSpan = 3, .group = kScope},
+                 {.control = &lblLevels, .row = 3, .columnSpan = 3},
+                 {.control = &optLevels[kPrintAllLevels], .row = 4, .columnSpan = 3, .group = kLevels},
+                 {.control = &optLevels[kPrintSomeLevels], .row = 5, .group = kLevels, .name = lblLevelsUnit},
+                 {.control = &txtLevels, .row = 5, .column = 1, .keyPress = digitKey, .name = lblLevelsUnit},
+                 {.control = &lblLevelsUnit, .row = 5, .column = 2},
+                 {.control = &optLevels[kPrintUnfolded], .row = 6, .columnSpan = 3, .group = kLevels},
+                 {.control = &lblZoom, .row = 7},
+                 {.control = &txtZoom, .row = 7, .column = 1, .keyPress = digitKey, .name = lblZoom},
+                 {.control = &lblPercent, .row = 7, .column = 2}},
+            .buttons = {{.control = &OKButton, .changed = [this] { Report_print(); }},
+                        {.control = &CancelButton, .changed = [this] { CancelButton_Click(); }}},
+            .cancel = [this] { CancelButton_Click(); },
+            .title = &caption,
+            .loaded = &loaded,
+            .hourglass = &hourglass};
+}
+
+int PrintForm::wantedZoom() const {
+    const auto number = parseInteger(txtZoom.text);
+    if (!number) return kUsualZoom;
+    constexpr std::int64_t kMost = std::numeric_limits<int>::max();
+    return static_cast<int>(std::clamp<std::int64_t>(*number, 0, kMost));
+}
+
+std::int32_t PrintForm::wantedLevels() const {
+    const int choice = GetOptionButtonSelectedIndex(optLevels);
+    if (choice == kPrintAllLevels) return kAllLevels;
+    if (choice != kPrintSomeLevels) return kAsUnfolded;
+    const auto number = parseInteger(txtLevels.text);
+    if (!number) throw Fault(kFaultTypeMismatch, kRoutine, "Type mismatch");
+    if (*number < kAsUnfolded || *number > std::numeric_limits<std::int32_t>::max()) raiseOverflow(kRoutine);
+    return static_cast<std::int32_t>(*number);
+}
+
+// --- the copy
+
+// From row to row by their links; `parents` are the copies of the rows above. Levels count from `start`.
+void PrintForm::copyRows(Run& run) {
+    const Grid& report = services_.tvwPL;
+    const bool one = run.scope == kPrintSelected;
+    if (one && report.selectedCount() == 0) throw Fault(kFaultInvalidCall, kRoutine, "No folder is selected");
+    const Row start = one ? report.selectedRows().front() : report.firstRoot();
+    const std::uint32_t top = report.level(start);
+    Yield yield(services_.state, services_.pump);
+    std::vector<Row> parents;
+    for (Row row = start; row != kNoRow && loaded; row = report.tree().following(row)) {
+        const std::uint32_t level = report.level(row);
+        if (one && row != start && level <= top) break;
+        parents.resize(level - top);
+        const Row copy = tvwPL_->addRow(parents.empty() ? kNoRow : parents.back(), report.text(row));
+        copyRow(report, row, *tvwPL_, copy);
+        parents.push_back(copy);
+        yield.perEntry();
+    }
+}
+
+void PrintForm::unfold(Run& run) {
+    const std::string before = caption;
+    const ScopeExit restore([&] { caption = before; });
+    const std::string counted = before + services_.sources.texts.TL(3622, " - Ordner werden aufgeklappt...(");
+    Yield yield(services_.state, services_.pump);
+    for (Row row = tvwPL_->firstRoot(); row != kNoRow && loaded; row = tvwPL_->tree().following(row)) {
+        tvwPL_->setExpanded(row, static_cast<std::int64_t>(tvwPL_->level(row)) < run.levels);
+        caption = counted + std::to_string(++run.rows) + ")";
+        yield.perEntry();
+    }
+}
+
+// --- printing
+
+void PrintForm::prepare(Run& run) {
+    if (run.levels == kAsUnfolded && run.scope == kPrintAll) {
+        run.grid = &services_.tvwPL;
+        const NoRedraw off(*run.grid);
+        return fitColumns();
+    }
+    run.grid = &tvwPL_.emplace(kFolderCells);
+    Init_Tree(*run.grid, services_.options, services_.sources.texts);
+    Report_Set_SizeFormat(*run.grid, services_.options, services_.sources.texts);
+    copyRows(run);
+    if (run.levels != kAsUnfolded) unfold(run);
+}
+
+// The copy, which no window shows, is measured when its pages are laid out.
+void PrintForm::fitColumns() {
+    for (std::size_t column = 0; column < services_.tvwPL.columns().size() && loaded; ++column) {
+        services_.window.autosizeColumn(GridId::kReport, column, column == 0 ? 0 : kFourPixels);
+        services_.pump.PumpMessages();
+    }
+}
+
+void PrintForm::Report_print() {
+    Run run;
+    const auto body = [&] {
+        run.zoom = wantedZoom();
+        run.scope = GetOptionButtonSelectedIndex(optWasDrucken);
+        run.levels = wantedLevels();
+        {
+            hourglass = true;
+            OKButton.enabled = false;
+            const ScopeExit ready([this] {
+                hourglass = false;
+                OKButton.enabled = true;
+            });
+            prepare(run);
+        }
+        if (!loaded) return;
+        PrintJob job = printedGrid(services_.sources, services_.sources.texts.TL(3641, "Ordnerliste"),
+                                   *run.grid, services_.numbers, services_.window.font(GridId::kReport));
+        job.tree = true;
+        job.zoom = run.zoom;
+        services_.window.previewPrint(job);
+        loaded = false;
+    };
+    guarded(services_.diagnostics, kRoutine, "frmPrint", body, [&] { return run.values(); });
+}
+
+}  // namespace hl

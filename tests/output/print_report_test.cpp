@@ -1,0 +1,198 @@
+#include "output/print_report.h"
+
+#include <gtest/gtest.h>
+
+#include "output/print_files.h"
+#include "scan/records.h"
+#include "support/fake_window.h"
+#include "support/test_texts.h"
+#include "views/report_columns.h"
+
+namespace hl {
+namespace {
+
+/// Input always waits, and may do something.
+struct BusyPump : MessagePump {
+    std::function<void()> meanwhile;
+    void PumpMessages() override {
+        if (meanwhile) meanwhile();
+    }
+    bool GetInputState() override { return true; }
+    std::uint64_t GetTickCount() override { return 0; }
+};
+
+/// "a(b(c,d),e)" for the rows that show: a comma behind a sibling, brackets around what is below.
+std::string shownRows(const Grid& grid, Row first) {
+    std::string text;
+    for (Row row = first; row != kNoRow; row = grid.nextSibling(row)) {
+        if (row != first) text += ',';
+        text += grid.text(row);
+        if (grid.hasChildren(row) && grid.expanded(row))
+            text += '(' + shownRows(grid, grid.firstChild(row)) + ')';
+    }
+    return text;
+}
+
+struct PrintReport : testing::Test {
+    test::TestTexts texts;
+    Options options;
+    NumberFormat numbers = numberFormatOf("de_DE.UTF-8");
+    Grid report{kFolderCells};
+    ScanState state;
+    BusyPump pump;
+    test::FakeWindow window;
+    std::string printed;
+    int zoom = 0;
+    bool fromReport = false;
+
+    // Two sources; of the first one, the first folder is unfolded.
+    PrintReport() {
+        Init_Tree(report, options, texts.texts);
+        const Row first = add(kNoRow, "s"), a = add(first, "a"), b = add(a, "b");
+        add(b, "c");
+        add(first, "d");
+        add(add(kNoRow, "t"), "e");
+        report.setExpanded(first, true);
+        report.setExpanded(b, true);
+        window.onPrint = [this](const PrintJob& job) {
+            printed = shownRows(*job.grid, job.grid->firstRoot());
+            zoom = job.zoom;
+            fromReport = job.grid == &report;
+        };
+    }
+    Row add(Row parent, const char* name) {
+        const Row row = report.addRow(parent, name);
+        report.setNumber(row, kSize, 1536);
+        report.setPicture(row, kPictureFolder);
+        return row;
+    }
+    PrintServices services() {
+        return {report, options, {texts.texts, texts.files, texts.system}, numbers, texts.diagnostics, state,
+                pump,   window};
+    }
+    std::string print(int scope, int levels, const std::string& number = "") {
+        PrintForm frmPrint(services());
+        selectOption(frmPrint.optWasDrucken, static_cast<std::size_t>(scope));
+        selectOption(frmPrint.optLevels, static_cast<std::size_t>(levels));
+        frmPrint.txtLevels.text = number;
+        printed = "nothing";
+        frmPrint.Report_print();
+        EXPECT_EQ(frmPrint.loaded, printed == "nothing");
+        EXPECT_FALSE(frmPrint.hourglass);
+        return printed;
+    }
+};
+
+TEST_F(PrintReport, PrintsWhatScopeAndLevelsSay) {
+    EXPECT_FALSE(PrintForm(services()).optWasDrucken[kPrintSelected].enabled) << "nothing is selected";
+    report.setSelected(report.firstChild(report.firstRoot()), true);
+    EXPECT_TRUE(PrintForm(services()).optWasDrucken[kPrintSelected].enabled);
+    const struct {
+        int scope, levels;
+        const char* number;
+        const char* rows;
+        bool fromReport;
+    } cases[] = {
+        {kPrintAll, kPrintUnfolded, "", "s(a,d),t", true},
+        {kPrintSelected, kPrintUnfolded, "", "a", false},
+        {kPrintAll, kPrintAllLevels, "", "s(a(b(c)),d),t(e)", false},
+        {kPrintSelected, kPrintAllLevels, "", "a(b(c))", false},
+        {kPrintAll, kPrintSomeLevels, "0", "s,t", false},
+        {kPrintAll, kPrintSomeLevels, "1", "s(a,d),t(e)", false},
+        {kPrintAll, kPrintSomeLevels, "2", "s(a(b),d),t(e)", false},
+        {kPrintSelected, kPrintSomeLevels, "1", "a(b)", false},
+    };
+    for (const auto& [scope, levels, number, rows, own] : cases) {
+        EXPECT_EQ(print(scope, levels, number), rows) << scope << levels << number;
+        EXPECT_EQ(fromReport, own) << scope << levels << number;
+    }
+    EXPECT_EQ(shownRows(report, report.firstRoot()), "s(a,d),t") << "the report stays as it was";
+    EXPECT_TRUE(texts.sink.shown.empty());
+}
+
+TEST_F(PrintReport, TheCopyShowsWhatTheReportShows) {
+    const Row source = report.firstRoot();
+    report.setBarPicture(source, 42);
+    report.setBackColor(source, 0xE0E0E0);
+    report.setRowNote(source, "note");
+    options.FileSizeFormat = 1;
+    options.SizeFormatNachkommastellenFolders = 1;
+    window.onPrint = [this](const PrintJob& job) {
+        const Grid& copy = *job.grid;
+        printed = job.cellText(0, 0) + "|" + job.cellText(kReportSize, 0) + "|" +
+                  copy.columns()[kReportSize].title + "|" + std::string(copy.rowNote(0)) + "|" +
+                  std::to_string(copy.barPicture(0)) + "|" + std::to_string(copy.picture(0)) + "|" +
+                  std::to_string(copy.backColor(0).value_or(0));
+    };
+    EXPECT_EQ(print(kPrintAll, kPrintAllLevels),
+              "s|1,50|Größe (KB)|note|42|" + std::to_string(kPictureFolder) + "|" + std::to_string(0xE0E0E0));
+}
+
+TEST_F(PrintReport, ZoomIsWhatIsTypedAndAHundredWithout) {
+    const std::pair<const char*, int> cases[] = {
+        {"", 100}, {"80", 80}, {"x", 100}, {"99999999999", 2147483647}};
+    for (const auto& [text, wanted] : cases) {
+        PrintForm frmPrint(services());
+        EXPECT_EQ(frmPrint.txtZoom.text, "100");
+        frmPrint.txtZoom.text = text;
+        frmPrint.Report_print();
+        EXPECT_EQ(zoom, wanted) << text;
+    }
+}
+
+TEST_F(PrintReport, LevelsThatAreNoNumberAreReportedAndNothingIsPrinted) {
+    for (const char* text : {"", "99999999999"})
+        EXPECT_EQ(print(kPrintAll, kPrintSomeLevels, text), "nothing");
+    EXPECT_EQ(texts.reports("Report_print"), 2U);
+}
+
+TEST_F(PrintReport, TheReportsOwnColumnsAreFittedAndThoseOfACopyAreNot) {
+    print(kPrintAll, kPrintUnfolded);
+    EXPECT_EQ(window.calls, (std::vector<std::string>{"fit 0 0", "fit 1 60", "fit 2 60", "fit 3 60",
+                                                      "fit 4 60", "preview Ordnerliste"}));
+    EXPECT_TRUE(report.redraw());
+    window.calls.clear();
+    print(kPrintAll, kPrintAllLevels);
+    EXPECT_EQ(window.calls, std::vector<std::string>{"preview Ordnerliste"});
+}
+
+TEST_F(PrintReport, TheCaptionCountsWhatIsUnfoldedUntilItIsDoneOrCancelled) {
+    for (int i = 0; i < 500; ++i) add(report.firstRoot(), "more");
+    for (const bool cancels : {false, true}) {
+        PrintForm frmPrint(services());
+        selectOption(frmPrint.optLevels, kPrintAllLevels);
+        std::vector<std::string> captions;
+        pump.meanwhile = [&] {
+            if (frmPrint.caption == "Drucken") return;
+            captions.push_back(frmPrint.caption);
+            if (cancels) frmPrint.CancelButton_Click();
+        };
+        printed = "nothing";
+        frmPrint.Report_print();
+        ASSERT_FALSE(captions.empty());
+        EXPECT_EQ(captions.front(), "Drucken - Ordner werden aufgeklappt...(64)");
+        EXPECT_EQ(captions.size(), cancels ? 1U : 7U);
+        EXPECT_EQ(printed == "nothing", cancels);
+        EXPECT_EQ(frmPrint.caption, "Drucken");
+    }
+}
+
+TEST_F(PrintReport, AListIsPrintedAtOnceAndOneWithoutRowsIsNot) {
+    const PrintSources sources{texts.texts, texts.files, texts.system};
+    Print_Files(sources, "Liste", report, GridId::kFiles, numbers, window);
+    EXPECT_EQ(window.calls, std::vector<std::string>{"preview Liste"});
+    EXPECT_EQ(zoom, 100);
+    report.clear();
+    Print_Files(sources, "Liste", report, GridId::kFiles, numbers, window);
+    EXPECT_EQ(window.calls.size(), 1U);
+}
+
+TEST_F(PrintReport, AFailureNamesTheFileAndTheReason) {
+    const PrintJob job = printedText({texts.texts, texts.files, texts.system}, "", "");
+    EXPECT_EQ(job.failure("/tmp/a\n.pdf", 13),
+              "Die Datei wurde nicht geschrieben: /tmp/a\u240A.pdf: " + texts.system.errorText(13));
+    EXPECT_EQ(job.failure("Laser", 0), "Das Drucken mit 'Laser' ist fehlgeschlagen.");
+}
+
+}  // namespace
+}  // namespace hl
