@@ -116,14 +116,16 @@ std::string accelerator(std::string_view caption) {
 }
 
 TEST_P(DeliveredLibrary, MarksALetterWhereGermanDoesAndNoneTwiceInAForm) {
-    std::set<std::string> inErrorReport;  // The one form whose captions have marks.
+    constexpr int kFirstOfPrintPreview = 9591;  // The other form with marks is the error report.
+    std::set<std::pair<bool, std::string>> taken;
     for (const auto& [id, text] : german.texts()) {
         const std::string translated = textOf(id);
         EXPECT_EQ(std::ranges::count(translated, '&'), std::ranges::count(text, '&')) << id;
         if (text.find('&') == std::string::npos) continue;
         const std::string letter = accelerator(translated);
         EXPECT_TRUE(!letter.empty() && letter != " ") << id;
-        EXPECT_TRUE(inErrorReport.insert(letter).second) << id << " has the letter of another button";
+        EXPECT_TRUE(taken.insert({id >= kFirstOfPrintPreview, letter}).second)
+            << id << " has the letter of another button";
     }
 }
 

@@ -144,6 +144,22 @@ QByteArray lines(const std::vector<std::string>& paths, Text text, const char* b
 
 }  // namespace
 
+// What the desktop puts below GIO for files that are elsewhere waits for the session bus without end, and GIO
+// asks for it even where a file is known to be here. It is chosen once, at the first question.
+DesktopPrograms::DesktopPrograms() {
+    constexpr const char* kChoice = "GIO_USE_VFS";
+    const char* before = g_getenv(kChoice);
+    const std::optional<std::string> own =
+        before == nullptr ? std::nullopt : std::optional<std::string>(before);
+    g_setenv(kChoice, "local", TRUE);
+    g_vfs_get_default();
+    if (own) {
+        g_setenv(kChoice, own->c_str(), TRUE);
+    } else {
+        g_unsetenv(kChoice);
+    }
+}
+
 OpenResult DesktopPrograms::open(const std::string& path) {
     const auto kind = kindOf(path);
     if (!kind) return OpenResult::kFailed;

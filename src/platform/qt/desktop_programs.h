@@ -7,6 +7,8 @@ namespace hl {
 
 class DesktopPrograms final : public Desktop {
   public:
+    /// To be made before there are threads that look at the environment: it is changed for a moment.
+    DesktopPrograms();
     OpenResult open(const std::string& path) override;
     std::vector<DesktopProgram> programsFor(const std::vector<std::string>& paths, std::size_t most) override;
     std::vector<DesktopProgram> allPrograms() override;
