@@ -116,7 +116,11 @@ void workThroughQueue(ScanContext& scan) {
     if (!state.SilentRun && !lastSource.empty()) scan.host.showFilesOf(lastSource);
     Report_Sort(scan);
     scan.host.reportResizeColumns();
-    if (lastRow != kNoRow) scan.tvwPL.setSelected(lastRow, true);
+    if (lastRow == kNoRow) return;
+    // What was clicked while the files were listed is not what the list shows.
+    scan.tvwPL.selectNone();
+    scan.tvwPL.setSelected(lastRow, true);
+    scan.tvwPL.setCurrentRow(lastRow);
 }
 
 }  // namespace

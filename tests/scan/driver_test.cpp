@@ -35,7 +35,7 @@ TEST_F(Driver, ReadsTheQueueInItsOrderAsOneRunAndPassesOverWhatDoesNotExist) {
     EXPECT_EQ(disk.reads, (Lines{"/q/", "/m/", "/a/"}));
     EXPECT_EQ(roots(), (Lines{"/q 16 1/0", "/m 12 2/1", "/a 3 2/1"})) << "sorted at the end";
     EXPECT_TRUE(state.SourceQueue.empty());
-    EXPECT_TRUE(report.selected(rowOf("/a"))) << "the row read last";
+    EXPECT_EQ(report.selectedRows(), std::vector<Row>{rowOf("/a")}) << "the row read last";
     EXPECT_EQ(callsOf("+lock") + callsOf("+unlock") + callsOf("status OK."), 3U);
     EXPECT_EQ(callsOf("+missing /missing/"), 1U);
     for (const std::string& line : protocol()) EXPECT_EQ(line.find("missing"), std::string::npos);
