@@ -61,6 +61,7 @@ void WindowForm::listCommand(GridId list, ListCommand command) {
                                services_.diagnostics, services_.paths, *this},
                               *window_);
         case ListCommand::kPrint:
+            if (scan().state.ScanActive) return;  // The scan would wait for the preview.
             return Print_Files(printSources(), parts_.gridTitles[static_cast<std::size_t>(list)], grid(list),
                                list, services_.numbers, *window_);
         case ListCommand::kDelete:

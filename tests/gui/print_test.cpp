@@ -22,7 +22,9 @@ std::optional<QString> textOf(const std::string& path) {
     QProcess reader;
     reader.start(QStringLiteral("pdftotext"),
                  {QStringLiteral("-layout"), QString::fromStdString(path), QStringLiteral("-")});
-    if (!reader.waitForFinished() || reader.exitCode() != 0) return std::nullopt;
+    const bool ended = reader.waitForFinished();
+    if (reader.error() == QProcess::FailedToStart) return std::nullopt;
+    EXPECT_TRUE(ended && reader.exitCode() == 0) << reader.readAllStandardError().toStdString();
     return QString::fromUtf8(reader.readAllStandardOutput());
 }
 

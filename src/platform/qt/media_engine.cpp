@@ -17,7 +17,9 @@ class MediaEngine::Worker : public QObject {
     /// Why nothing can be played.
     QString open();
     void leave(QThread* thread);
-    void play(std::shared_ptr<OpenFile> file, int run);
+    void load(std::shared_ptr<OpenFile> file, int run);
+    void play();
+    void stop();
     void close();
     QMediaPlayer& player() { return parts_->player; }
     QAudioOutput& audio() { return parts_->audio; }
@@ -81,7 +83,7 @@ void MediaEngine::Worker::tellState() {
     post([this, state](int run) { engine_.takeState(state, run); });
 }
 
-void MediaEngine::Worker::play(std::shared_ptr<OpenFile> file, int run) {
+void MediaEngine::Worker::load(std::shared_ptr<OpenFile> file, int run) {
     close();
     run_ = run;
     file_ = std::move(file);
@@ -89,6 +91,16 @@ void MediaEngine::Worker::play(std::shared_ptr<OpenFile> file, int run) {
     // It starts when it is loaded: an error that comes in the middle of a start may be lost.
     starts_ = true;
     player().setSource(QUrl(QStringLiteral("file:///proc/self/fd/%1").arg(file_->descriptor())));
+}
+
+void MediaEngine::Worker::play() {
+    starts_ = player().mediaStatus() == QMediaPlayer::LoadingMedia;
+    if (!starts_) player().play();
+}
+
+void MediaEngine::Worker::stop() {
+    starts_ = false;
+    player().stop();
 }
 
 void MediaEngine::Worker::close() {
@@ -125,11 +137,12 @@ void MediaEngine::begin(State state) {
     const QMutexLocker lock(&mutex_);
     ++run_;
     frame_ = {};
+    frameTold_ = false;
 }
 
-void MediaEngine::play(std::shared_ptr<OpenFile> file) {
+void MediaEngine::load(std::shared_ptr<OpenFile> file) {
     begin({.loads = true});
-    post([this, file = std::move(file), run = run_] { worker_->play(file, run); });
+    post([this, file = std::move(file), run = run_] { worker_->load(file, run); });
 }
 
 void MediaEngine::close() {
@@ -138,7 +151,7 @@ void MediaEngine::close() {
 }
 
 void MediaEngine::play() {
-    post([this] { worker_->player().play(); });
+    post([this] { worker_->play(); });
 }
 
 void MediaEngine::pause() {
@@ -146,11 +159,12 @@ void MediaEngine::pause() {
 }
 
 void MediaEngine::stop() {
-    post([this] { worker_->player().stop(); });
+    post([this] { worker_->stop(); });
 }
 
 void MediaEngine::setPosition(qint64 milliseconds) {
-    post([this, milliseconds] { worker_->player().setPosition(milliseconds); });
+    if (wanted_.exchange(milliseconds) != kNowhere) return;
+    post([this] { worker_->player().setPosition(wanted_.exchange(kNowhere)); });
 }
 
 void MediaEngine::setVolume(float volume) {
@@ -182,8 +196,8 @@ void MediaEngine::takeFrame(const QVideoFrame& frame, int run) {
     if (std::exchange(frameTold_, true)) return;
     QMetaObject::invokeMethod(
         &home_,
-        [this] {
-            if (onFrame) onFrame();
+        [this, run] {
+            if (run == run_ && onFrame) onFrame();
         },
         Qt::QueuedConnection);
 }

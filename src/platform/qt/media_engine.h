@@ -16,10 +16,10 @@ namespace hl {
 
 class MediaEngine {
   public:
-    /// What it is at. Times are milliseconds.
+    /// What it is at. Times are milliseconds; a duration of 0 is not known.
     struct State {
         bool plays = false;
-        bool loads = false;
+        bool loads = false;  ///< Neither loaded nor failed yet.
         qint64 position = 0, duration = 0;
     };
 
@@ -33,14 +33,17 @@ class MediaEngine {
     /// Why nothing can be played at all; empty if it can.
     const QString& unavailable() const { return unavailable_; }
 
-    /// `file` stays open until the player has let go of it.
-    void play(std::shared_ptr<OpenFile> file);
+    /// Plays it once it is loaded. `file` stays open until the player has let go of it.
+    void load(std::shared_ptr<OpenFile> file);
     /// Forgets the file. What it still tells of it is not passed on.
     void close();
     void play();
     void pause();
+    /// A file that is still being loaded then does not start.
     void stop();
+    /// Of many wishes that come at once, as from a slider that is dragged, the last one counts.
     void setPosition(qint64 milliseconds);
+    /// From 0 to 1, linear.
     void setVolume(float volume);
 
     const State& state() const { return state_; }
@@ -53,6 +56,7 @@ class MediaEngine {
 
   private:
     class Worker;
+    static constexpr qint64 kNowhere = -1;
     /// `ask` runs on the player's thread, after what was asked before.
     template <class Ask>
     void post(Ask ask);
@@ -69,7 +73,8 @@ class MediaEngine {
 
     QMutex mutex_;  // Of what the player's threads look at.
     QVideoFrame frame_;
-    bool frameTold_ = false;  ///< One notice waits at most, however busy the window is.
+    bool frameTold_ = false;                 ///< One notice waits at most, however busy the window is.
+    std::atomic<qint64> wanted_ = kNowhere;  ///< The position that is wished, until it is set.
     int run_ = 0;  ///< Counts what is played; what is told of another one than the last is dropped.
 };
 

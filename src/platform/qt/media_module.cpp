@@ -98,7 +98,7 @@ class Player final : public MediaView {
 
     std::string unavailable() const override;
     void play(std::unique_ptr<OpenFile> file) override;
-    void stop() override;
+    void close() override;
 
   private:
     void addControls(const PreviewTexts& texts);
@@ -199,10 +199,10 @@ std::string Player::unavailable() const {
 void Player::play(std::unique_ptr<OpenFile> file) {
     playing_ = true;
     patience_.start(kPatience);
-    engine_.play(std::move(file));
+    engine_.load(std::move(file));
 }
 
-void Player::stop() {
+void Player::close() {
     playing_ = false;
     patience_.stop();
     engine_.close();

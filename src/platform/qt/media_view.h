@@ -22,10 +22,10 @@ class MediaView : public QWidget {
     using QWidget::QWidget;
     /// Why nothing can be played at all; empty if it can.
     virtual std::string unavailable() const = 0;
-    /// The file stays open until the player has let go of it, which may be after stop().
+    /// The file stays open until the player has let go of it, which may be after close().
     virtual void play(std::unique_ptr<OpenFile> file) = 0;
     /// What it would still tell of the file is not told.
-    virtual void stop() = 0;
+    virtual void close() = 0;
 
     /// What was to be played cannot be.
     std::function<void(const std::string& error)> failed;

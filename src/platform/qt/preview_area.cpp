@@ -190,19 +190,14 @@ void PreviewArea::showPages(std::unique_ptr<OpenFile> file) {
 // --- sound and film
 
 MediaView* PreviewArea::media() {
-    if (media_ != nullptr) return media_;
-    std::string reason;
+    if (media_ != nullptr || !mediaMissing_.empty()) return media_;
+    std::string& reason = mediaMissing_;
     void* found = context_->tools.moduleFunction(kMediaModuleName, kMediaModuleFunction, reason);
-    if (found == nullptr) {
-        missing(reason);
-        return nullptr;
-    }
+    if (found == nullptr) return nullptr;
     const auto make = reinterpret_cast<MediaModuleFunction>(found);
     std::unique_ptr<MediaView> made(make({parts_.texts, windowEvents_, this}));
-    if (const std::string why = made->unavailable(); !why.empty()) {
-        missing(why);
-        return nullptr;
-    }
+    reason = made->unavailable();
+    if (!reason.empty()) return nullptr;
     media_ = made.release();
     media_->setObjectName(QStringLiteral("MPlayer4"));
     media_->setAccessibleName(qtText(parts_.texts.name));
@@ -218,14 +213,14 @@ void PreviewArea::playMedia() {
 
 void PreviewArea::startMedia() {
     MediaView* player = media();
-    if (player == nullptr) return;
+    if (player == nullptr) return missing(mediaMissing_);
     stack_->setCurrentWidget(player);
     player->play(std::exchange(file_, nullptr));
 }
 
 void PreviewArea::stopMedia() {
     mediaRest_.stop();
-    if (media_ != nullptr && stack_->currentWidget() == media_) media_->stop();
+    if (media_ != nullptr && stack_->currentWidget() == media_) media_->close();
 }
 
 // --- what goes wrong

@@ -55,6 +55,7 @@ class PreviewArea final : public QWidget, public PreviewPane {
     void showPages(std::unique_ptr<OpenFile> file);
     void playMedia();
     void startMedia();
+    /// Null if nothing can be played, with the reason in mediaMissing_.
     MediaView* media();
     void stopMedia();
     void fail(const std::string& error);
@@ -78,6 +79,7 @@ class PreviewArea final : public QWidget, public PreviewPane {
     PictureView* picture_ = nullptr;
     PagesView* pages_ = nullptr;
     MediaView* media_ = nullptr;
+    std::string mediaMissing_;
     QTimer mediaRest_;  ///< Runs while a film waits for its start.
     std::string path_;
     std::unique_ptr<OpenFile> file_;

@@ -6,6 +6,8 @@
 #include <queue>
 #include <string_view>
 
+#include "base/text.h"
+
 namespace hl {
 
 namespace {
@@ -33,12 +35,6 @@ class Largest {
     std::priority_queue<Kept, std::vector<Kept>, std::greater<>> kept_;
 };
 
-/// Bytes of UTF-8 that begin a character.
-double charactersIn(std::string_view text) {
-    return static_cast<double>(std::count_if(
-        text.begin(), text.end(), [](char c) { return (static_cast<unsigned char>(c) & 0xC0) != 0x80; }));
-}
-
 /// The rows that decide how wide the column is.
 class Candidates {
   public:
@@ -65,7 +61,9 @@ class Candidates {
         const double indentation = first_ ? 3.0 * grid_.level(row) : 0;
         const std::string_view note = first_ ? grid_.rowNote(row) : std::string_view();
         one_.see(indentation + static_cast<double>(text.size() + note.size()), row);
-        other_.see(indentation + charactersIn(text) + charactersIn(note), row);
+        other_.see(indentation + static_cast<double>(characterCount(text)) +
+                       static_cast<double>(characterCount(note)),
+                   row);
     }
 
     const Grid& grid_;
