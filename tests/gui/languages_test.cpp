@@ -174,8 +174,10 @@ TEST_P(LanguagesTest, NoDialogCutsATextOff) {
     lookAt("frmInfo", 10, [&] { s.click("cbrMain.17"); });
     s.scan(at("src"));
     lookAt("frmSave", 15, [&] { s.click("cbrReport.5"); });
+    lookAt("frmPrint", 12, [&] { s.click("cbrReport.6"); });
     s.clickRow("a");
     lookAt("frmSaveFiles", 6, [&] { s.click("cbrFiles.324"); });
+    lookAt("printPreview", 8, [&] { s.click("cbrFiles.325"); });
     lookAt("", 3, [&] { s.click("cbrDrives.208"); });
     auto& files = s.window().grid(GridId::kFiles);
     files.sync();
