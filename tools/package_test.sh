@@ -79,9 +79,9 @@ writesOnlyBelow() {
 }
 
 hasOnlyTheseLibraries() {
-    local others
-    others=$(dpkg-deb -f "$packages"/harborlantern_*.deb Depends | tr ',' '\n' | sed 's/ *(.*//; s/ //g' |
-        grep -vx -e libc6 -e libstdc++6 -e libgcc-s1) || return 0
+    local depends others
+    depends=$(dpkg-deb -f "$packages"/harborlantern_*.deb Depends) && [[ $depends ]] || return
+    others=$(tr ',' '\n' <<<"$depends" | sed 's/ *(.*//; s/ //g' | grep -vx -e libc6 -e libstdc++6 -e libgcc-s1) || return 0
     echo "$others"
     return 1
 }
@@ -98,7 +98,8 @@ namesNoPath() {
     local package folder
     for package in "$packages"/*.deb; do
         folder=$(mktemp -d "$system/tmp/XXXXXX")
-        dpkg-deb -x "$package" "$folder"
+        dpkg-deb -x "$package" "$folder" || return
+        find "$folder" -name '*.gz' -exec gunzip -f {} + || return
         ! grep -rlF "$root" "$folder" || return
         rm -r "$folder"
     done

@@ -4,7 +4,8 @@
 #
 # Needs Xvfb, openbox, xdotool, import and convert (ImageMagick), installs none of them, and says which one is missing.
 # Look at the pictures afterwards: keys lead to what they show, and a key that went astray makes another picture.
-# As root, what is mounted beside the root is left out of the list of drives; else that list is left out.
+# As root, what is mounted beside the root, and is not needed here, is left out of the list of drives; else that list is
+# left out.
 set -eu
 cd "$(dirname "$0")/.."
 program=$(realpath -e "${1:-build/release/src/harborlantern}") || { echo "$0: build the program first" >&2; exit 1; }
@@ -85,11 +86,12 @@ openbox >/dev/null 2>&1 & started="$started $!"
 
 alone=
 if unshare -m true 2>/dev/null; then
-    alone="unshare -m $work/alone"
+    alone="unshare -m env kept=:$program:$tree/:$work/:$PWD/:$HOME/: $work/alone"
     cat > "$work/alone" <<'ALONE'
 #!/bin/sh
 while read -r _ at _; do
-    case $at in / | /proc* | /sys* | /dev* | /run* | /tmp* | /home* | /root*) ;; *) umount -l "$at" 2>/dev/null ;; esac
+    case $kept in *":${at%/}/"*) continue ;; esac
+    case $at in /proc* | /sys* | /dev* | /run*) ;; *) umount -l "$at" 2>/dev/null ;; esac
 done < /proc/self/mounts
 exec "$@"
 ALONE
@@ -136,6 +138,11 @@ press Down Down Down Down Menu
 picture folder-menu 64 560x430+0+80
 press Escape ctrl+s
 picture save 64 "" "$(xdotool getactivewindow)"
+press Escape ctrl+p Return shift+Tab Down  # The width of the page.
+window=$(xdotool getactivewindow)
+xdotool windowsize --sync "$window" 660 460
+sleep 1
+picture print 64 "" "$window"
 stop
 start "" QT_QPA_PLATFORMTHEME=kde XDG_CURRENT_DESKTOP=KDE KDE_FULL_SESSION=true KDE_SESSION_VERSION=5 \
     XDG_CONFIG_HOME="$work/config"
