@@ -267,6 +267,7 @@ int Program::runSilent() {
 // --- with a window
 
 int Program::runWindow() {
+    files_.refuseUnreadPipes();
     bool restart = false;
     int status = kWritten;
     {
