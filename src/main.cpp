@@ -354,5 +354,6 @@ void Program::windowThere(Window* window, MessagePump* pump) {
 }  // namespace hl
 
 int main(int argc, char** argv) {
+    hl::occupyStandardDescriptors();
     return hl::Program(std::vector<std::string>(argv + 1, argv + argc)).Main();
 }
