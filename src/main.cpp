@@ -267,6 +267,7 @@ int Program::runSilent() {
 // --- with a window
 
 int Program::runWindow() {
+    files_.refuseUnreadPipes();
     bool restart = false;
     int status = kWritten;
     {
@@ -353,5 +354,6 @@ void Program::windowThere(Window* window, MessagePump* pump) {
 }  // namespace hl
 
 int main(int argc, char** argv) {
+    hl::occupyStandardDescriptors();
     return hl::Program(std::vector<std::string>(argv + 1, argv + argc)).Main();
 }

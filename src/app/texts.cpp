@@ -92,7 +92,7 @@ void Texts::LoadTextFromFile(const std::string& path) {
 }
 
 std::string Texts::lookUp(std::int64_t id, std::size_t limit) const {
-    if (translator_) return std::string(table_.Item(tableKey(id)));
+    if (translator_) return std::string(firstCharacters(table_.Item(tableKey(id)), limit));
     if (id > Catalogue::kHighestId) return {};
     return std::string(firstCharacters(TrimAtNul(library_.text(static_cast<int>(id))), limit));
 }

@@ -55,7 +55,7 @@ class Texts {
   private:
     void chooseLanguage(const std::string& helpFile, bool persist);
     bool loadLibrary(const Language& language);
-    /// `limit`: longest text of a library, in characters.
+    /// `limit`: longest text, in characters.
     std::string lookUp(std::int64_t id, std::size_t limit) const;
 
     Files& files_;

@@ -141,6 +141,10 @@ TEST_F(TextsOf, TheTranslatorsFileAreShownInGermanTooWhenAsked) {
     translated.LoadTextFromFile(dir.path() + "/other.txt");
     translated.LoadTextFromFile(dir.path() + "/missing.txt");
     EXPECT_EQ(translated.TL(1, "a") + translated.TL(2, "b"), "azwei");
+
+    test::writeFile(dir.path() + "/open.txt", "1,a,\"" + std::string(5000, 'x'));
+    translated.LoadTextFromFile(dir.path() + "/open.txt");
+    EXPECT_EQ(translated.TL(1, "a"), std::string(1023, 'x')) << "a quote without its end";
 }
 
 }  // namespace

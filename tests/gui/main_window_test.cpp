@@ -145,5 +145,21 @@ TEST_F(MainWindowTest, AFaultIsShownAndAfterWeiterTheWindowWorksOn) {
     EXPECT_EQ(s.numbers("src"), "50|5|5");
 }
 
+TEST_F(MainWindowTest, ADialogKeepsTheKeyboardWhenSourcesAreHandedOver) {
+    folders(2);
+    startWithReport();
+    const auto before = s.grid().rowCount();
+    s.answers.add([&](QDialog& dialog) {
+        EXPECT_TRUE(QTest::qWaitForWindowActive(&dialog));
+        s.form().handOver("\"" + at("src/f0") + "\"");
+        QCoreApplication::processEvents();
+        EXPECT_EQ(QApplication::activeWindow(), &dialog);
+        EXPECT_EQ(s.grid().rowCount(), before);
+        dialog.reject();
+    });
+    s.click("cbrReport.6");
+    EXPECT_GT(s.grid().rowCount(), before);
+}
+
 }  // namespace
 }  // namespace hl

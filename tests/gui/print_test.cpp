@@ -162,7 +162,7 @@ TEST_F(PrintTest, NumbersAreNeverCutAndTheLongestTextDecides) {
 }
 
 TEST_F(PrintTest, TextInAPdfIsTextInEveryScript) {
-    const char* names[] = {"Большие файлы", "Größe", "Ελληνικά", "中文文件夹"};
+    const char* names[] = {"Большие файлы", "Größe", "Ελληνικά", "中文文件夹", "office file flow"};
     for (const char* name : names) grid.addRow(kNoRow, name);
     grid.addRow(kNoRow, "bad\xFFname");
     int error = 0;

@@ -1,5 +1,6 @@
 #include "platform/linux/console.h"
 
+#include <fcntl.h>
 #include <poll.h>
 #include <sys/ioctl.h>
 #include <unistd.h>
@@ -38,6 +39,13 @@ std::size_t terminalWidth() {
 }
 
 }  // namespace
+
+void occupyStandardDescriptors() {
+    for (const int number : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+        // The lowest free number is the one that is given. Children get it too.
+        if (::fcntl(number, F_GETFD) < 0 && errno == EBADF) ::open("/dev/null", O_RDONLY);
+    }
+}
 
 LinuxConsole::LinuxConsole() : terminal_(::isatty(STDERR_FILENO) == 1) {}
 

@@ -6,6 +6,11 @@
 
 namespace hl {
 
+/// Gives those of the descriptors 0 to 2 that are closed something that nothing can be written to: else the
+/// files and sockets opened next would take their numbers, and what any library prints would land in them. To
+/// be called before anything is opened.
+void occupyStandardDescriptors();
+
 /// Standard output and standard error of the process.
 class LinuxConsole final : public Console {
   public:

@@ -25,7 +25,7 @@ std::optional<std::string> LinuxFiles::readWhole(const std::string& path, std::s
 }
 
 std::unique_ptr<ReplacingFile> LinuxFiles::replace(const std::string& path, int& error) {
-    return makeReplacingFile(path, unfinished_, error);
+    return makeReplacingFile(path, unfinished_, waitsForReaders_, error);
 }
 
 int LinuxFiles::append(const std::string& path, std::string_view bytes) {

@@ -20,6 +20,9 @@ class LinuxFiles final : public Files {
   public:
     explicit LinuxFiles(Unfinished unfinished = Unfinished::kNameless) : unfinished_(unfinished) {}
 
+    /// From now on a pipe that nobody reads is refused as a target (ENXIO); before, its reader is waited for.
+    void refuseUnreadPipes() { waitsForReaders_ = false; }
+
     std::optional<std::string> readWhole(const std::string& path, std::size_t limit, int& error) override;
     std::optional<std::string> beginning(const std::string& path, std::size_t count) override;
     std::unique_ptr<ReplacingFile> replace(const std::string& path, int& error) override;
@@ -30,6 +33,7 @@ class LinuxFiles final : public Files {
 
   private:
     Unfinished unfinished_;
+    bool waitsForReaders_ = true;
 };
 
 }  // namespace hl

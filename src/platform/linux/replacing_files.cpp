@@ -174,10 +174,13 @@ class RegularFile final : public ReplacingFile {
     int error_ = 0;
 };
 
+// With O_NONBLOCK among the flags the opening does not wait; writing does all the same.
 std::unique_ptr<ReplacingFile> openDirect(const std::string& path, int flags, int& error) {
     Descriptor file = openAt(AT_FDCWD, path, O_WRONLY | flags);
     error = file.isOpen() ? 0 : errno;
-    return file.isOpen() ? std::make_unique<DirectFile>(std::move(file)) : nullptr;
+    if (!file.isOpen()) return nullptr;
+    if ((flags & O_NONBLOCK) != 0) fcntl(file.number(), F_SETFL, 0);
+    return std::make_unique<DirectFile>(std::move(file));
 }
 
 std::unique_ptr<ReplacingFile> openRegular(const std::string& path, const std::optional<struct stat>& old,
@@ -215,7 +218,8 @@ static std::optional<int> descriptorNamed(std::string_view path) {
     return std::nullopt;
 }
 
-std::unique_ptr<ReplacingFile> makeReplacingFile(const std::string& path, Unfinished unfinished, int& error) {
+std::unique_ptr<ReplacingFile> makeReplacingFile(const std::string& path, Unfinished unfinished,
+                                                 bool waitsForReaders, int& error) {
     const auto fail = [&error](int code) {
         error = code;
         return nullptr;
@@ -229,7 +233,7 @@ std::unique_ptr<ReplacingFile> makeReplacingFile(const std::string& path, Unfini
     }
     const auto old = statusOf(path);
     if (path.ends_with('/') || (old && S_ISDIR(old->st_mode))) return fail(EISDIR);
-    if (old && !S_ISREG(old->st_mode)) return openDirect(path, 0, error);
+    if (old && !S_ISREG(old->st_mode)) return openDirect(path, waitsForReaders ? 0 : O_NONBLOCK, error);
     // Replacing would get round a protection that opening respects.
     if (old && faccessat(AT_FDCWD, path.c_str(), W_OK, AT_EACCESS) != 0) return fail(errno);
     const auto target = followLinks(path, error);

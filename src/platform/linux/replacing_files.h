@@ -13,8 +13,10 @@ namespace hl {
 /// A file for `path`, whichever kind fits it; null and a positive system error code in `error` if it cannot
 /// be made. Links at the end of the path are followed. An older file that the user may not write is not
 /// replaced, even where the folder would allow it. The file keeps its descriptors until it is destroyed;
-/// `unfinished` matters to the regular kind alone.
-std::unique_ptr<ReplacingFile> makeReplacingFile(const std::string& path, Unfinished unfinished, int& error);
+/// `unfinished` matters to the regular kind alone. A pipe that nobody reads waits for its reader or, where
+/// that is not wanted, is ENXIO.
+std::unique_ptr<ReplacingFile> makeReplacingFile(const std::string& path, Unfinished unfinished,
+                                                 bool waitsForReaders, int& error);
 
 /// The folder part of a path: "." for a bare name, "/" for one below the root.
 std::string folderOf(const std::string& path);

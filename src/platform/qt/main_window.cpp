@@ -249,7 +249,9 @@ void MainWindow::bringToFront() {
     frame_->setWindowState(frame_->windowState() & ~Qt::WindowMinimized);
     frame_->show();
     frame_->raise();
-    frame_->activateWindow();
+    // The keyboard is a dialog's while there is one.
+    asker()->raise();
+    asker()->activateWindow();
 }
 
 void MainWindow::setStatus(const StatusPanels& panels) {

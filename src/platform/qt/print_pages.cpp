@@ -15,7 +15,8 @@ namespace {
 
 constexpr double kPointsPerInch = 72;
 constexpr double kTenthsPerInch = 254;
-constexpr double kFramePoints = 9;  ///< Of the head and the foot of a page.
+constexpr double kFramePoints = 9;   ///< Of the head and the foot of a page.
+constexpr double kApart = 1.0 / 64;  ///< A unit's least part that counts for the toolkit.
 constexpr int kSmallestZoom = 10, kLargestZoom = 400;
 
 int unitsOfTenths(int tenths) {
@@ -101,6 +102,9 @@ QFont paperFont(const GridFont& font, int zoom) {
         std::max(1, static_cast<int>(std::lround(points * kUnitsPerInch / kPointsPerInch * percent / 100))));
     // Widths must not depend on how a screen would round them.
     found.setHintingPreference(QFont::PreferNoHinting);
+    // Letters that are set apart, be it by next to nothing, are not joined into one: what is copied or
+    // searched in a PDF has the "fi" of a file's name as two.
+    found.setLetterSpacing(QFont::AbsoluteSpacing, kApart);
     return found;
 }
 

@@ -146,6 +146,10 @@ TEST_F(WholeFiles, SurvivesAPipeWithoutAReaderAndDoesNotWaitForAWriter) {
     const auto file = files.replace(pipe, error);
     close(reader);
     EXPECT_EQ(file->write("text"), EPIPE);
+    // The window would stand still for as long as nobody reads.
+    files.refuseUnreadPipes();
+    EXPECT_EQ(files.replace(pipe, error), nullptr);
+    EXPECT_EQ(error, ENXIO);
 }
 
 TEST_F(WholeFiles, ReadsAsMuchAsIsAllowedOrSaysWhyNot) {
