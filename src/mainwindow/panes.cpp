@@ -31,6 +31,7 @@ PaneRef pane(BarId id) {
 PaneRef pane(GridId id) {
     return {PaneRef::Kind::kGrid, static_cast<int>(id)};
 }
+constexpr int kLeastPreview = 24;  // Pixels.
 constexpr PaneRef kPreviewPane = {PaneRef::Kind::kPreview, 0};
 
 // How a splitter starts. A minimum of 0 is none.
@@ -280,6 +281,9 @@ void Panes::followPreviewEntries(GridId grid) {
     both.setControl2Visible(bar(list.bar).isChecked(list.preview));
     const bool beside = bar(list.bar).isChecked(list.beside);
     both.setOrientation(beside ? Orientation::kSideBySide : Orientation::kStacked);
+    // Dragged to the end, or too far for the other direction: what is switched on is seen.
+    if (both.Control2Visible() && both.total() > 0 && both.total() - both.Position() < kLeastPreview)
+        halvePreview();
 }
 
 // --- sizes

@@ -127,6 +127,7 @@ void WindowForm::setOption(int id) {
         if (toggle.id != id) continue;
         bars_.cbrMain.toggle(id);
         options_.*toggle.option = bars_.cbrMain.isChecked(id) ? 1 : 0;
+        if (panes_.listShows()) window_->refresh(panes_.list());  // What an empty list says follows.
     }
 }
 

@@ -47,6 +47,7 @@ WindowForm::WindowForm(const FormServices& services, const WindowServices& windo
     parts_.cellText = [this](GridId id, std::size_t column, Row row) {
         return ColumnText(grid(id), column, services_.numbers).of(row);
     };
+    parts_.emptyHint = [this](GridId id) { return emptyHint(id); };
     parts_.fileIcon = [this](int picture) {
         return pictures_ ? pictures_->iconName(picture) : std::string();
     };

@@ -210,6 +210,7 @@ class WindowForm final : public MainForm,
     }
     FileOps fileOps() { return {scan_, own_.operations, *window_, *this}; }
     CommandBar& bar(BarId id) { return bars_.of(id); }
+    std::string emptyHint(GridId id) const;
     Grid& grid(GridId id) { return *parts_.grids[static_cast<std::size_t>(id)]; }
 
     WindowServices own_;

@@ -40,6 +40,23 @@ bool WindowForm::listShows(GridId list) {
     return !unloaded_ && panes_.listShows() && panes_.list() == list;
 }
 
+// A list that no scan fills, and a window without a source, say what to do about it.
+std::string WindowForm::emptyHint(GridId id) const {
+    const Texts& texts = services_.texts;
+    const std::string start = texts.TL(3531, "Start");
+    if (id == GridId::kReport)
+        return texts.TL(9299, "Wählen Sie mit \"%1\" einen Ordner, und drücken Sie \"%2\".",
+                        {texts.TL(3529, "Neu"), start});
+    const bool off = (id == GridId::kTop && options_.CreateListTOP == 0) ||
+                     (id == GridId::kHardlinks && options_.CreateListHardlink == 0) ||
+                     (id == GridId::kJunctions && options_.CreateListJunction == 0);
+    if (!off) return {};
+    return texts.TL(9298,
+                    "Diese Liste ist ausgeschaltet. Schalten Sie sie in der Liste unter \"%1\" ein, und "
+                    "lesen Sie die Quelle neu ein.",
+                    {start});
+}
+
 void WindowForm::setSecondPanel(const std::string& text) {
     status_.second = visible(text);
     showStatus();

@@ -93,7 +93,7 @@ class Window {
     virtual Rect screen() = 0;
     /// Where the window is when it is neither minimised nor maximised.
     virtual Rect normalGeometry() = 0;
-    /// Larger than all screens together it does not become.
+    /// Larger than all screens together it does not become, and its title stays on them.
     virtual void setGeometry(const Rect& rect) = 0;
     virtual WindowState state() = 0;
     virtual void setState(WindowState state) = 0;
@@ -227,6 +227,8 @@ struct WindowParts {
     std::array<cSplitter*, kSplitterCount> splitters{};
     /// What a cell shows, control characters visible. For any visible column.
     std::function<std::string(GridId, std::size_t column, Row)> cellText;
+    /// What stands in a grid that has no rows; empty for nothing.
+    std::function<std::string(GridId)> emptyHint;
     /// Name of the theme's icon for a picture that platform/icons.h does not have; empty for none.
     std::function<std::string(int picture)> fileIcon;
     /// Captions of the buttons that the window's own questions have, in the user's language.

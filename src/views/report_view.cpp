@@ -45,7 +45,8 @@ void ReportView::Report_Resize_Width() {
 
 void ReportView::Report_Resize_Columns(bool withRedraw, bool narrow) {
     guarded(scan_.diagnostics, "Report_Resize_Columns", kModul, [&] {
-        for (std::size_t column = 0; column < grid_.columns().size(); ++column)
+        // The names last: they get what the numbers leave.
+        for (std::size_t column = grid_.columns().size(); column-- > 0;)
             window_.autosizeColumn(GridId::kReport, column, narrow ? kNarrowMargin : kUsualMargin);
         if (withRedraw) window_.refresh(GridId::kReport);
     });

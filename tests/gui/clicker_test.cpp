@@ -8,6 +8,7 @@
 #include <QInputDialog>
 #include <QPointer>
 #include <atomic>
+#include <cstdlib>
 #include <map>
 #include <new>
 #include <random>
@@ -71,7 +72,10 @@ class Mover {
     void step() {
         std::error_code ignored;
         const std::string a = pick(), b = pick();
-        switch (random_() % 4) {
+        switch (random_() % 5) {
+            case 4:  // What the user deletes is followed by more.
+                fs::create_directories(root_ + "/../" + b.substr(root_.size()), ignored);
+                return void(fs::copy_file(root_ + "/../many/9.dat", root_ + "/../more.txt", ignored));
             case 0:
                 fs::create_directories(a + "/x/y", ignored);
                 break;
@@ -198,7 +202,12 @@ class Clicker {
         if (QWidget* popup = QApplication::activePopupWidget()) return inPopup(*popup);
         if (auto* dialog = dynamic_cast<QDialog*>(QApplication::activeModalWidget()))
             return inDialog(*dialog);
-        switch (pick(20)) {
+        switch (pick(24)) {
+            case 20:
+            case 21:
+            case 22:
+            case 23:
+                return anyCommand();
             case 0:
                 return s_.frame().resize(60 + pick(1500), 60 + pick(1000));
             case 1:
@@ -231,6 +240,13 @@ class Clicker {
         }
     }
 
+    /// Of any bar or list below a button, whether it shows or not.
+    void anyCommand() {
+        const CommandBar& bar = *any(s_.form().parts().bars);
+        const BarEntry* entry = &any(bar.entries());
+        if (!entry->list.empty() && pick(3) > 0) entry = &any(entry->list);
+        if (entry->visible) s_.form().execute(bar.id(), entry->id);
+    }
     std::string folder() {
         const std::string names[] = {"", "/" + kBytes, "/" + kLongest, "/moving/2moving", "/none", "/many"};
         return names[pick(6)];
@@ -320,6 +336,12 @@ class Clicker {
 
 // --- by chance
 
+/// Of the environment, for longer and other runs.
+unsigned given(const char* name, unsigned usual) {
+    const char* text = std::getenv(name);
+    return text != nullptr ? static_cast<unsigned>(std::strtoul(text, nullptr, 10)) : usual;
+}
+
 class ClickerTest : public WindowTest {
   protected:
     ClickerTest() {
@@ -348,7 +370,7 @@ class ClickerTest : public WindowTest {
 };
 
 TEST_F(ClickerTest, TwoThousandActionsOfChanceEndInAWindowThatCountsRight) {
-    constexpr unsigned kSeed = 20240611;
+    const unsigned seed = given("CLICKER_SEED", 20240611);
     const auto before = contentOf(outside.path());
     Session s{home.path()};
     s.start();
@@ -357,11 +379,17 @@ TEST_F(ClickerTest, TwoThousandActionsOfChanceEndInAWindowThatCountsRight) {
         if (block % 8 == 0) s.pump().PumpMessages();
     };
     s.fileSystem.beforeFiles = [&](int) { s.pump().PumpMessages(); };
-    Clicker clicker(s, at("src"), home.path(), kSeed);
+    int operations = 0;
+    s.operations().before = [&](OperationWatch&) {
+        ++operations;
+        s.pump().PumpMessages();
+    };
+    Clicker clicker(s, at("src"), home.path(), seed);
     {
-        const Mover mover(at("src"), kSeed);
-        clicker.run(2000);
+        const Mover mover(at("src"), seed);
+        clicker.run(static_cast<int>(given("CLICKER_ACTIONS", 2000)));
     }
+    EXPECT_GT(operations, 5);
     EXPECT_GT(clicker.duringRuns, 200);
     EXPECT_GT(clicker.dialogs, 0);
     EXPECT_GT(clicker.refusedCloses, 2);

@@ -43,6 +43,7 @@ TEST_F(GridViewTest, AColumnIsMeasuredByABoundedSampleAndByTheRootRows) {
     grid.setExpanded(root, true);
     grid.setText(grid.rowAt(grid.rowCount() - 1), std::string(80, 'W'));
     show();
+    view->resize(4000, 300);
     for (const bool redraw : {true, false}) {
         questions = 0;
         grid.setRedraw(redraw);

@@ -22,7 +22,7 @@ constexpr int kFitMargin = 96;
 // How many rows from the top, and how many root rows, a column is measured by.
 constexpr int kSample = 256;
 constexpr int kWidestColumn = 4000;
-// In a list, of the view's width in percent, but no less than this.
+// In a list, of the view's width in percent, but no less than this. The latter holds in a hierarchy, too.
 constexpr int kTextShare = 40, kTextAtLeast = 160;
 // Of a column that nobody has measured yet.
 constexpr int kFirstWidth = 220, kOtherWidth = 90;
@@ -298,12 +298,12 @@ void GridView::storeWidth(std::size_t column, int width) {
 }
 
 // Walks the grid, not the list: callers measure while Redraw is off, too.
-int GridView::widestContent(std::size_t column) const {
+int GridView::widest(const std::function<int(const RowPainter&, Row)>& widthOf) const {
     const RowPainter painter(sources_, *this);
     int widest = 0;
     const auto measure = [&](Row from, int count, auto&& next) {
         for (Row row = from; row != kNoRow && count > 0; row = next(row), --count)
-            widest = std::max(widest, painter.contentWidth(row, column));
+            widest = std::max(widest, widthOf(painter, row));
     };
     const auto shownNext = [this](Row row) { return VisibleRows::following(grid_, row); };
     measure(grid_.firstRoot(), kSample, shownNext);
@@ -315,11 +315,25 @@ int GridView::widestContent(std::size_t column) const {
 void GridView::autosizeColumn(std::size_t column, int margin) {
     if (column >= grid_.columns().size()) return;
     sync();
-    setWidth(column, std::min(fittingWidth(column, margin), widestFit(column)));
+    const int fitting = fittingWidth(column, margin);
+    setWidth(column, tree_ && column == 0 ? besideNumbers(fitting) : std::min(fitting, widestFit(column)));
+}
+
+// One long name must not push the sizes out of sight; nor may a deep folder lose its name.
+int GridView::besideNumbers(int fitting) const {
+    int room = contentsRect().width() - verticalScrollBar()->sizeHint().width();
+    for (std::size_t column = 1; column < grid_.columns().size(); ++column)
+        if (grid_.columns()[column].visible) room -= static_cast<int>(grid_.columns()[column].width);
+    if (fitting <= room) return fitting;
+    const auto start = [](const RowPainter& painter, Row row) { return painter.textRect(row, {}).left(); };
+    return std::min(fitting, std::max(room, widest(start) + kTextAtLeast));
 }
 
 int GridView::fittingWidth(std::size_t column, int margin) const {
-    const int content = widestContent(column) + (margin + kTwipsPerPixel - 1) / kTwipsPerPixel;
+    const auto whole = [column](const RowPainter& painter, Row row) {
+        return painter.contentWidth(row, column);
+    };
+    const int content = widest(whole) + (margin + kTwipsPerPixel - 1) / kTwipsPerPixel;
     const QFontMetrics titles = horizontalHeader()->fontMetrics();
     const int title =
         titles.horizontalAdvance(QString::fromStdString(grid_.columns()[column].title)) +

@@ -12,6 +12,7 @@
 #include <QBasicTimer>
 #include <QElapsedTimer>
 #include <QTableView>
+#include <functional>
 #include <memory>
 
 #include "platform/qt/grid_model.h"
@@ -31,6 +32,8 @@ class GridView : public QTableView, public GridObserver {
     ~GridView() override;
 
     void setIconSource(IconSource icon);
+    /// What is written where rows would be, while there are none.
+    void setEmptyHint(std::function<QString()> hint) { emptyHint_ = std::move(hint); }
     /// What a screen reader says in front of a row's level, which counts from 1.
     void setLevelCaption(const QString& caption) { levelCaption_ = caption; }
     const QString& levelCaption() const { return levelCaption_; }
@@ -38,7 +41,7 @@ class GridView : public QTableView, public GridObserver {
     // --- what the shell asks
     /// Fits a column to its title, to the rows on screen, to a bounded sample from the top and to the root
     /// rows. `margin` in twentieths of a point, 15 to a pixel. In a list, one column of texts leaves most of
-    /// the width to the others.
+    /// the width to the others; the names of a hierarchy leave the others their widths.
     void autosizeColumn(std::size_t column, int margin);
     /// Of the vertical one; 0 if the rows fit.
     int scrollBarWidth();
@@ -128,7 +131,8 @@ class GridView : public QTableView, public GridObserver {
     void showStartOf(Row row);
     void storeWidth(std::size_t column, int width);
     void measureRows();
-    int widestContent(std::size_t column) const;
+    int widest(const std::function<int(const RowPainter&, Row)>& widthOf) const;
+    int besideNumbers(int fitting) const;
     int fittingWidth(std::size_t column, int margin) const;
     int widestFit(std::size_t column) const;
     void setWidth(std::size_t column, int width);
@@ -136,6 +140,7 @@ class GridView : public QTableView, public GridObserver {
 
     // Drawing.
     std::vector<PaintedColumn> paintedColumns() const;
+    void paintEmptyHint(QPainter& painter) const;
     void paintRows(const QRect& dirty);
     bool showTooltip(const QPoint& point, const QPoint& global);
     int rowsOnPage() const;
@@ -163,6 +168,7 @@ class GridView : public QTableView, public GridObserver {
     CellTextFunction cellText_;
     WindowEvents& events_;
     IconSource icon_;
+    std::function<QString()> emptyHint_;
     QString levelCaption_;
     VisibleRows rows_;
     GridModel model_;

@@ -38,6 +38,7 @@ void GridView::paintEvent(QPaintEvent* event) {
 void GridView::paintRows(const QRect& dirty) {
     QPainter painter(viewport());
     painter.fillRect(dirty, palette().color(QPalette::Base));
+    if (grid_.firstRoot() == kNoRow) return paintEmptyHint(painter);
     std::vector<PaintedColumn> columns = paintedColumns();
     if (columns.empty()) return;
     const int right = columns.back().left + columns.back().width;
@@ -52,6 +53,14 @@ void GridView::paintRows(const QRect& dirty) {
         if (area.bottom() >= dirty.top()) rows.paint(painter, row, area, columns);
         row = VisibleRows::following(grid_, row);
     }
+}
+
+void GridView::paintEmptyHint(QPainter& painter) const {
+    if (!emptyHint_) return;
+    constexpr int kMargin = 12;
+    painter.setPen(palette().color(QPalette::PlaceholderText));
+    painter.drawText(viewport()->rect().adjusted(kMargin, kMargin, -kMargin, -kMargin),
+                     Qt::AlignHCenter | Qt::AlignTop | Qt::TextWordWrap, emptyHint_());
 }
 
 QRect GridView::rowRect(std::size_t index) const {

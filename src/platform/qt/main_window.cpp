@@ -94,6 +94,9 @@ void MainWindow::makeGrid(std::size_t number) {
     view->setAccessibleName(qtText(parts_.gridTitles[number]));
     view->setLevelCaption(qtText(parts_.level));
     view->setIconSource([this](int picture) { return icons_.icon(picture); });
+    view->setEmptyHint([this, id = static_cast<GridId>(number)] {
+        return parts_.emptyHint ? qtText(parts_.emptyHint(id)) : QString();
+    });
     view->hide();
     grids_[number] = view;
 }
@@ -207,9 +210,16 @@ Rect MainWindow::normalGeometry() {
     return rectOf(normal ? frame_->geometry() : frame_->normalGeometry());
 }
 
+// Title and frame stay on the screens; what is too large for them begins at their edge.
 void MainWindow::setGeometry(const Rect& rect) {
-    const QSize most = frame_->screen()->availableVirtualSize();
-    frame_->setGeometry({QPoint(rect.left, rect.top), QSize(rect.width, rect.height).boundedTo(most)});
+    const int side = frame_->style()->pixelMetric(QStyle::PM_MdiSubWindowFrameWidth);
+    const int title = frame_->style()->pixelMetric(QStyle::PM_TitleBarHeight);
+    const QRect most =
+        frame_->screen()->availableVirtualGeometry().adjusted(side, title + side, -side, -side);
+    const QSize size = QSize(rect.width, rect.height).boundedTo(most.size());
+    const int left = size.width() < rect.width ? most.left() : std::max(rect.left, most.left());
+    const int top = size.height() < rect.height ? most.top() : std::max(rect.top, most.top());
+    frame_->setGeometry({QPoint(left, top), size});
 }
 
 WindowState MainWindow::state() {

@@ -5,7 +5,6 @@
 #include <QCoreApplication>
 #include <QEvent>
 #include <QKeyEvent>
-#include <QLabel>
 #include <QPainter>
 #include <QSignalBlocker>
 #include <QStyle>
@@ -16,6 +15,7 @@
 
 #include "base/scope_exit.h"
 #include "platform/qt/bar_edit.h"
+#include "platform/qt/bar_label.h"
 #include "platform/qt/bar_menu.h"
 #include "platform/qt/qt_convert.h"
 #include "platform/qt/qt_guard.h"
@@ -25,6 +25,7 @@ namespace hl {
 namespace {
 
 constexpr int kSmallIcon = 16, kLargeIcon = 32;
+constexpr int kLabelSmallest = 150;
 constexpr int kEditWidth = 150, kEditSmallest = 70;
 constexpr int kCustomWidth = 260, kCustomSmallest = 120;
 
@@ -188,7 +189,7 @@ QWidget* ToolBar::make(const BarEntry& entry, Part& part) {
         case EntryKind::kCustom:
             return custom_;
         case EntryKind::kLabel:
-            return makeLabel(entry);
+            return new BarLabel(qtText(entry.caption), events_, this);
         case EntryKind::kCheckBox:
             if (entry.icon == kNoIcon) return makeCheckBox(entry);
             [[fallthrough]];
@@ -197,16 +198,6 @@ QWidget* ToolBar::make(const BarEntry& entry, Part& part) {
             return makeButton(entry, part);
     }
     return nullptr;
-}
-
-QWidget* ToolBar::makeLabel(const BarEntry& entry) {
-    auto* label = new QLabel(qtText(entry.caption), this);
-    QFont bold = label->font();
-    bold.setBold(true);
-    label->setFont(bold);
-    label->setTextFormat(Qt::PlainText);
-    label->setContentsMargins(4, 0, 6, 0);
-    return label;
 }
 
 QWidget* ToolBar::makeCheckBox(const BarEntry& entry) {
@@ -286,6 +277,7 @@ void ToolBar::addPlace(const BarEntry& entry, const Part& part, std::vector<Flow
         item.size.setWidth(kEditWidth);
         item.smallest = kEditSmallest;
     }
+    if (entry.kind == EntryKind::kLabel) item.smallest = std::min(item.smallest, kLabelSmallest);
     if (entry.kind == EntryKind::kCustom) {
         item.size.setWidth(kCustomWidth);
         item.smallest = kCustomSmallest;

@@ -61,7 +61,6 @@ class ToolBar final : public QWidget, private BarObserver {
     void dropParts();
     QWidget* make(const BarEntry& entry, Part& part);
     QWidget* makeButton(const BarEntry& entry, Part& part);
-    QWidget* makeLabel(const BarEntry& entry);
     QWidget* makeCheckBox(const BarEntry& entry);
     void sync(Part& part, const BarEntry& entry);
     void syncButton(QToolButton& button, const BarEntry& entry);
