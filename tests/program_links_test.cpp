@@ -3,10 +3,6 @@
 #include <gtest/gtest.h>
 #include <stdio.h>
 
-#include <set>
-#include <sstream>
-#include <string>
-
 namespace {
 
 std::string outputOf(const std::string& command) {

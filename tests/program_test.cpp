@@ -1,12 +1,9 @@
 // The program from outside: what a report says of a tree, and how a run ends.
 #include <gtest/gtest.h>
-#include <sys/socket.h>
-#include <sys/stat.h>
-#include <sys/un.h>
 
-#include <map>
 #include <random>
 
+#include "support/kinds.h"
 #include "support/program.h"
 
 namespace hl {
@@ -121,7 +118,6 @@ class TreeMaker {
 
 TEST(Program, AgreesWithTheTruthToTheByteAndWithItselfWhoeverReads) {
     const Program program;
-    program.setOptions({});
     for (unsigned seed = 1; seed <= 6; ++seed) {
         const TempDir dir;
         Rows truth;
@@ -138,16 +134,11 @@ TEST(Program, AgreesWithTheTruthToTheByteAndWithItselfWhoeverReads) {
 
 TEST(Program, CountsEveryKindOfEntryAndEntersNoOtherMount) {
     const TempDir dir;
-    const int socket = test::must(::socket(AF_UNIX, SOCK_STREAM, 0));
-    struct sockaddr_un address = {AF_UNIX, {}};
-    std::snprintf(address.sun_path, sizeof address.sun_path, "%s/socket", dir.path().c_str());
-    test::must(::bind(socket, reinterpret_cast<struct sockaddr*>(&address), sizeof address));
-    ::close(socket);
+    test::makeSocket(dir.path() + "/socket");
     test::must(::mkfifo((dir.path() + "/pipe").c_str(), 0600));
     test::makeFile(dir.path() + "/file", 77);
     test::makeFile(dir.path() + "/" + std::string(255, 'x'), 1);
     const Program program;
-    program.setOptions({});
     EXPECT_EQ(program.run({"-s", program.home("r.csv"), dir.path()}).status, 0);
     EXPECT_EQ(readReport(program.home("r.csv"))[dir.path()], (Numbers{78, 4, 0}));
     // Wherever /dev/shm is a mount of its own, it is a row with nothing in it.
@@ -177,7 +168,6 @@ TEST(Program, ReadsAChainOfAHundredThousandFoldersWithFewDescriptors) {
     constexpr int kDepth = 100'000;
     test::makeChain(dir.path(), kDepth, "d");
     const Program program;
-    program.setOptions({});
     const auto few = [] {
         const struct rlimit limit = {64, 64};
         test::must(::setrlimit(RLIMIT_NOFILE, &limit));
@@ -198,7 +188,6 @@ TEST(Program, NamesWhatItCouldNotReadAndReadsTheRest) {
     test::must(::chmod((dir.path() + "/denied").c_str(), 0700));
     test::must(::chmod((dir.path() + "/listable").c_str(), 0744));
     const Program program;
-    program.setOptions({});
     const test::Ended ended = program.run({"-s", program.home("r.csv"), dir.path()}, Program::becomeNobody);
     EXPECT_EQ(ended.status, 1);
     EXPECT_NE(ended.errors.find(dir.path() + "/denied/: #13 - "), std::string::npos) << ended.errors;
@@ -214,7 +203,6 @@ TEST(Program, KeepsAnOlderReportWhenTheNewOneCannotBeWritten) {
     const TempDir dir;
     test::makeFile(dir.path() + "/file", 5);
     const Program program;
-    program.setOptions({});
     const std::string old = dir.path() + "/old.csv";
     writeFile(old, "precious");
     // A file size limit stands for a disk that is full in the middle of writing.
@@ -223,16 +211,13 @@ TEST(Program, KeepsAnOlderReportWhenTheNewOneCannotBeWritten) {
         ::signal(SIGXFSZ, SIG_IGN);
         test::must(::setrlimit(RLIMIT_FSIZE, &limit));
     };
-    const struct {
-        std::string path;
-        std::function<void()> before;
-    } cases[] = {
+    const std::pair<std::string, std::function<void()>> cases[] = {
         {old, full}, {"/dev/full", nullptr}, {dir.path() + "/none/r.csv", nullptr}, {dir.path(), nullptr}};
-    for (const auto& c : cases) {
-        const test::Ended ended = program.run({"-s", c.path, dir.path()}, c.before);
-        EXPECT_EQ(ended.status, 1) << c.path;
-        if (c.before == nullptr) {
-            EXPECT_NE(ended.errors.find(c.path), std::string::npos) << ended.errors;
+    for (const auto& [path, before] : cases) {
+        const test::Ended ended = program.run({"-s", path, dir.path()}, before);
+        EXPECT_EQ(ended.status, 1) << path;
+        if (before == nullptr) {
+            EXPECT_NE(ended.errors.find(path), std::string::npos) << ended.errors;
         }
     }
     EXPECT_EQ(readFile(old), "precious");
@@ -248,13 +233,8 @@ TEST(Program, EndsWithTheStatusThatItsUsersScriptsCount) {
     const TempDir dir;
     test::makeFile(dir.path() + "/file", 5);
     const Program program;
-    program.setOptions({});
     const std::string report = program.home("r.csv");
-    const struct {
-        std::vector<std::string> arguments;
-        int status;
-        std::string says;
-    } cases[] = {
+    const std::tuple<std::vector<std::string>, int, std::string> cases[] = {
         {{"-s", report, dir.path()}, 0, ""},
         {{"-s0", "-d3", report, dir.path()}, 0, ""},
         {{"-s3-d1", report, dir.path()}, 0, ""},
@@ -268,21 +248,19 @@ TEST(Program, EndsWithTheStatusThatItsUsersScriptsCount) {
         {{"-s", report, ""}, 2, "leer"},
         {{"--help"}, 0, ""},
         {{"--version"}, 0, ""},
-        {{dir.path()}, 3, "-s"},
-    };
-    for (const auto& c : cases) {
-        const test::Ended ended = program.run(c.arguments);
-        const std::string line = ::testing::PrintToString(c.arguments);
-        EXPECT_EQ(ended.status, c.status) << line << ended.errors;
-        EXPECT_EQ(ended.errors.empty(), c.says.empty()) << line << ended.errors;
-        EXPECT_NE(ended.errors.find(c.says), std::string::npos) << line << ended.errors;
+        {{dir.path()}, 3, "-s"}};
+    for (const auto& [arguments, status, says] : cases) {
+        const test::Ended ended = program.run(arguments);
+        const std::string line = ::testing::PrintToString(arguments);
+        EXPECT_EQ(ended.status, status) << line << ended.errors;
+        EXPECT_EQ(ended.errors.empty(), says.empty()) << line << ended.errors;
+        EXPECT_NE(ended.errors.find(says), std::string::npos) << line << ended.errors;
     }
 }
 
 TEST(Program, ReadsSourcesByAnyNameGivenInAnyWay) {
     const TempDir dir;
     const Program program;
-    program.setOptions({});
     for (const std::string name :
          {"-s", "-d3 x", "trailing ", " ", "say \"hi\"", "\xFF\xFE", "new\nline", ".hidden", "%1"}) {
         const std::string folder = dir.path() + "/" + name;

@@ -2,11 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <filesystem>
 #include <regex>
-#include <set>
-#include <string>
-#include <vector>
 
 #include "app/catalogue.h"
 #include "app/language.h"

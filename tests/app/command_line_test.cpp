@@ -25,8 +25,7 @@ TEST(JoinedArguments, QuoteAgainWhatTheShellUnquoted) {
         {{"-s", "/r-d1.csv", "/a"}, "-s-d0 \"/r-d1.csv\" \"/a\""},
         {{"-s2", "/r-d1", "/a", "-d3"}, "-s2-d3 \"/r-d1\" \"/a\""},
         {{"-s-dx", "/r-d1", "/a"}, "-s-dx \"/r-d1\" \"/a\""},
-        {{"-s", "--", "-d3", "/a"}, "-s-d0 \"/cwd/-d3\" \"/a\""},
-    };
+        {{"-s", "--", "-d3", "/a"}, "-s-d0 \"/cwd/-d3\" \"/a\""}};
     for (const auto& [arguments, line] : cases) {
         EXPECT_EQ(join(arguments).text, line);
         EXPECT_EQ(join(arguments).problem, LineProblem::kNone) << line;
@@ -54,8 +53,7 @@ TEST(JoinedArguments, NameTheFirstThatMakesNoSense) {
 }
 
 TEST(JoinedArguments, AskForHelpAndVersion) {
-    EXPECT_TRUE(join({"--help"}).asksForHelp);
-    EXPECT_TRUE(join({"/a", "-h"}).asksForHelp);
+    EXPECT_TRUE(join({"--help"}).asksForHelp && join({"/a", "-h"}).asksForHelp);
     EXPECT_TRUE(join({"--version"}).asksForVersion);
     const JoinedLine paths = join({"--", "--help", "-h", "--version"});
     EXPECT_FALSE(paths.asksForHelp || paths.asksForVersion);
@@ -86,14 +84,12 @@ TEST(SilentOrder, IsReadAsItIsTold) {
         {"-s7", "", 7, 0, {}},
         {"", "", 0, 0, {}},
         // Every name comes through the joined line.
-        {join({"-s4", "/r\"-d3\".csv", "/-d2", "/\n\xFF"}).text, "/r\"-d3\".csv", 4, 0, {"/-d2", "/\n\xFF"}},
-    };
+        {join({"-s4", "/r\"-d3\".csv", "/-d2", "/\n\xFF"}).text, "/r\"-d3\".csv", 4, 0, {"/-d2", "/\n\xFF"}}};
     for (const auto& [line, file, levels, delimiter, sources] : cases) {
         const SilentOrder order = KZGetFoldersFromCommand(line);
-        EXPECT_EQ(order.outputFile, file) << line;
-        EXPECT_EQ(order.levels, levels) << line;
-        EXPECT_EQ(order.delimiterIndex, delimiter) << line;
-        EXPECT_EQ(order.sources, sources) << line;
+        EXPECT_EQ(std::tie(order.outputFile, order.levels, order.delimiterIndex, order.sources),
+                  std::tie(file, levels, delimiter, sources))
+            << line;
     }
 }
 

@@ -30,11 +30,9 @@ TEST(IniText, FindsWhatAHandWroteInAnyShape) {
 
 TEST(IniText, ChangesOneLineAndKeepsTheRest) {
     IniText ini("; mine\n[A]\nold=1\n same = \"v\" \nodd\n\n[B]\nold=2");
-    EXPECT_TRUE(ini.set("a", "OLD", "x"));
-    EXPECT_TRUE(ini.set("A", "same", "v"));
-    EXPECT_TRUE(ini.set("A", "new", "y"));
-    EXPECT_TRUE(ini.set("B", "new", "y"));
-    EXPECT_TRUE(ini.set("C", "key", "z"));
+    const char* const changes[][3] = {
+        {"a", "OLD", "x"}, {"A", "same", "v"}, {"A", "new", "y"}, {"B", "new", "y"}, {"C", "key", "z"}};
+    for (const auto& [section, key, value] : changes) EXPECT_TRUE(ini.set(section, key, value)) << key;
     EXPECT_EQ(
         ini.text(),
         "; mine\n[A]\nOLD=x\r\n same = \"v\" \nodd\nnew=y\r\n\n[B]\nold=2\r\nnew=y\r\n[C]\r\nkey=z\r\n");

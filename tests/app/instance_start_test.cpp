@@ -1,7 +1,5 @@
 #include "app/instance_start.h"
 
-#include <gtest/gtest.h>
-
 #include "app/settings_fixture.h"
 
 namespace hl {
@@ -29,17 +27,15 @@ TEST(InstanceStart, ALaterStartHandsOverUnlessItIsToOpenAWindowOfItsOwn) {
         const char* line;
         bool single, free, answers, goesMeanwhile;
         StartDecision decision;
-    } cases[] = {
-        {"\"/a\"", true, true, true, false, kShow},
-        {"\"/a\"", true, false, true, false, kHandedOver},
-        {"", true, false, true, false, kHandedOver},
-        {"\"/a\"", false, false, true, false, kShow},
-        {"-RESTART", true, false, true, false, kShow},
-        {"\"/a\" -RESTART", true, false, true, false, kShow},
-        {"-restart", true, false, true, false, kHandedOver},
-        {"", true, false, false, false, kNoAnswer},
-        {"\"/a\"", true, false, false, true, kShow},
-    };
+    } cases[] = {{"\"/a\"", true, true, true, false, kShow},
+                 {"\"/a\"", true, false, true, false, kHandedOver},
+                 {"", true, false, true, false, kHandedOver},
+                 {"\"/a\"", false, false, true, false, kShow},
+                 {"-RESTART", true, false, true, false, kShow},
+                 {"\"/a\" -RESTART", true, false, true, false, kShow},
+                 {"-restart", true, false, true, false, kHandedOver},
+                 {"", true, false, false, false, kNoAnswer},
+                 {"\"/a\"", true, false, false, true, kShow}};
     for (const auto& c : cases) {
         FakeInstances instances;
         instances.free = c.free;

@@ -17,8 +17,7 @@ TEST(Places, AreBesideTheExecutableUntilAPackagePutItThere) {
     test::makeFolder(beside);
     struct Case {
         const char* what;
-        std::string named, configHome, home;
-        std::string portable, installed;
+        std::string named, configHome, home, portable, installed;
         bool ofUser;
     };
     const Case cases[] = {
@@ -27,19 +26,18 @@ TEST(Places, AreBesideTheExecutableUntilAPackagePutItThere) {
         {"relative is as if not set", "", "config", "/home/a", beside, "/home/a/.config/harborlantern", true},
         {"the usual place in a home", "", "", "/home/a", beside, "/home/a/.config/harborlantern", true},
         {"settings without a home", "", "/config", "", beside, "/config/harborlantern", true},
-        {"no home at all", "", "", "", beside, beside, false},
-    };
+        {"no home at all", "", "", "", beside, beside, false}};
     for (const bool installed : {false, true}) {
         if (installed) test::writeFile(beside + "/installed", "");
         for (const Case& one : cases) {
             SCOPED_TRACE(one.what);
             test::WatchedFiles files;
             const Places places = placesOf(files, {beside, one.named, one.configHome, one.home});
-            EXPECT_EQ(places.installed, installed);
             EXPECT_EQ(places.own, installed ? one.installed : one.portable);
-            EXPECT_EQ(places.ofUser, installed && one.ofUser);
-            EXPECT_EQ(places.data, installed ? share : beside);
-            EXPECT_EQ(places.texts, installed ? share + "/lang" : beside);
+            EXPECT_EQ(std::pair(places.installed, places.ofUser),
+                      std::pair(installed, installed && one.ofUser));
+            EXPECT_EQ(std::pair(places.data, places.texts),
+                      installed ? std::pair(share, share + "/lang") : std::pair(beside, beside));
         }
     }
 }

@@ -3,8 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include <string>
-
 #include "app/settings.h"
 #include "app/watched_files.h"
 #include "robustness/fakes.h"
@@ -13,16 +11,12 @@
 
 namespace hl::test {
 
-class SettingsFixture : public testing::Test {
+class SettingsFixture : public testing::Test, protected FakeDiagnostics {
   protected:
     TempDir dir;
     std::string path = dir.path() + "/Harborlantern.ini";
     WatchedFiles files;
     SettingsStore store{files, path};
-    AppFacts app;
-    FakeSystemFacts system;
-    FakeErrorSink sink;
-    Diagnostics diagnostics{app, system, sink};
 };
 
 }  // namespace hl::test

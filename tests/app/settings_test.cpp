@@ -1,12 +1,8 @@
 #include "app/settings.h"
 
-#include <gtest/gtest.h>
 #include <signal.h>
 #include <sys/wait.h>
 #include <unistd.h>
-
-#include <cerrno>
-#include <filesystem>
 
 #include "app/settings_fixture.h"
 

@@ -1,10 +1,5 @@
 #include "app/texts.h"
 
-#include <gtest/gtest.h>
-
-#include <filesystem>
-#include <optional>
-
 #include "app/product.h"
 #include "app/settings_fixture.h"
 #include "base/text.h"
@@ -55,10 +50,8 @@ TEST_F(TextsOf, AMissingLibraryAreGermanNowAndEnglishNextTime) {
     for (const char* id : {"16", "19", "25", "29"}) {
         stored(id);
         const Texts& missing = start("de_DE");
-        EXPECT_EQ(missing.languageId(), kEnglish) << id;
-        EXPECT_EQ(missing.TL(1, "Speichern"), "Speichern");
-        EXPECT_EQ(missing.TranslateControlText("1"), "");
-        EXPECT_EQ(missing.homepage(), kHomepage);
+        EXPECT_TRUE(missing.languageId() == kEnglish && missing.homepage() == kHomepage) << id;
+        EXPECT_EQ(missing.TL(1, "Speichern") + missing.TranslateControlText("1"), "Speichern");
         EXPECT_EQ(start("de_DE").TL(1, "Speichern"), "Save");
     }
 }

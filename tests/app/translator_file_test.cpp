@@ -21,8 +21,7 @@ TEST(TranslatorFile, IsReadFieldByField) {
         {"# a, b,c,d\n1,de,en", {{0, "d"}, {1, "en"}}},
         {"12x,de,en\n-5,de,\"\"", {{0, "en"}, {-5, ""}}},
         {"1,de,\"never closed\n2,x,y", {{1, "never closed\n2,x,y"}}},
-        {std::string_view("\0,\xFF,\0\n", 6), {{0, std::string(1, '\0')}}},
-    };
+        {std::string_view("\0,\xFF,\0\n", 6), {{0, std::string(1, '\0')}}}};
     for (const auto& [text, records] : cases) EXPECT_EQ(parseTranslatorFile(text), records) << text;
 }
 

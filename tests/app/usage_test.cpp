@@ -1,7 +1,5 @@
 #include "app/usage.h"
 
-#include <gtest/gtest.h>
-
 #include "app/settings_fixture.h"
 #include "base/text.h"
 

@@ -1,8 +1,8 @@
 #include "base/date_format.h"
 
 #include <gtest/gtest.h>
-#include <stdlib.h>
-#include <time.h>
+
+#include "support/environment.h"
 
 namespace hl {
 namespace {
@@ -41,10 +41,7 @@ std::string text(auto moment) {
 }
 
 TEST(LocalTimes, FollowTheTimeZoneFarFromTheEpochAndDropTheFractionTowardsThePast) {
-    const char* zone = getenv("TZ");
-    const std::string old = zone != nullptr ? zone : "";
-    setenv("TZ", "CET-1CEST,M3.5.0,M10.5.0/3", 1);
-    tzset();
+    const test::Environment zone({{"TZ", "CET-1CEST,M3.5.0,M10.5.0/3"}});
     EXPECT_EQ(text(std::int64_t{1'700'000'000}), "2023-11-14 23:13:20");
     EXPECT_EQ(text(std::int64_t{1'690'000'000}), "2023-07-22 06:26:40");
     EXPECT_EQ(text(std::int64_t{-11'644'473'600}), "1601-01-01 01:00:00");
@@ -52,8 +49,6 @@ TEST(LocalTimes, FollowTheTimeZoneFarFromTheEpochAndDropTheFractionTowardsThePas
     const std::chrono::system_clock::time_point epoch;
     EXPECT_EQ(text(epoch + std::chrono::milliseconds(1999)), "1970-01-01 01:00:01");
     EXPECT_EQ(text(epoch - std::chrono::milliseconds(1)), "1970-01-01 00:59:59");
-    old.empty() ? unsetenv("TZ") : setenv("TZ", old.c_str(), 1);
-    tzset();
 }
 
 TEST(LocalTimes, SurviveADamagedTimeStamp) {

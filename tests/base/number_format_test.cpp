@@ -15,8 +15,7 @@ TEST(NumberFormatOf, KnowsTheShippedLanguagesAndReadsAllElseAsEnglish) {
         {",.", {"", "C.UTF-8", "en_GB", "fr_FR", "den", "svx_SE"}},
         {".,", {"de", "de_AT@euro", "it_IT", "nl_BE"}},
         {"\u2019.", {"de_CH.UTF-8", "it_CH"}},
-        {"\u00A0,", {"ru_RU.UTF-8", "sv_SE"}},
-    };
+        {"\u00A0,", {"ru_RU.UTF-8", "sv_SE"}}};
     for (const auto& [separators, locales] : cases)
         for (const std::string locale : locales)
             EXPECT_EQ(numberFormatOf(locale).thousands + numberFormatOf(locale).decimal, separators);

@@ -1,8 +1,6 @@
 // What deleting tells, and in which order, with a disk that answers as it is told.
 #include "fileops/deleting.h"
 
-#include <gtest/gtest.h>
-
 #include "fileops/recycle_texts.h"
 #include "fileops/renaming.h"
 #include "support/fake_window.h"
@@ -81,17 +79,15 @@ class DeletingTest : public ::testing::Test {
 
 TEST_F(DeletingTest, APlaceBeginsAtTheLongestSourceThatHoldsIt) {
     bench_.report.addRow(kNoRow, "/src/a");
-    const struct {
-        const char *path, *base, *below;
-    } cases[] = {{"/src/b/c", "/src", "b/c"},
-                 {"/src/a/x", "/src/a", "x"},
-                 {"/src", "/src", ""},
-                 {"/srcs/x", "/srcs/x", ""},
-                 {"/other", "/other", ""}};
-    for (const auto& each : cases) {
-        const FilePlace place = placeOf(bench_.scan, each.path);
-        EXPECT_EQ(place.base, each.base) << each.path;
-        EXPECT_EQ(place.below, each.below) << each.path;
+    const char* const cases[][3] = {{"/src/b/c", "/src", "b/c"},
+                                    {"/src/a/x", "/src/a", "x"},
+                                    {"/src", "/src", ""},
+                                    {"/srcs/x", "/srcs/x", ""},
+                                    {"/other", "/other", ""}};
+    for (const auto& [path, base, below] : cases) {
+        const FilePlace place = placeOf(bench_.scan, path);
+        EXPECT_EQ(place.base, base) << path;
+        EXPECT_EQ(place.below, below) << path;
         EXPECT_FALSE(place.followLinks);
     }
     bench_.report.clear();
@@ -102,13 +98,7 @@ TEST_F(DeletingTest, APlaceBeginsAtTheLongestSourceThatHoldsIt) {
 }
 
 TEST_F(DeletingTest, SelectedFoldersTellWhatStayedAndGoOn) {
-    const struct {
-        const char* name;
-        Removal removal;
-        bool recycle;
-        RecycleError recycled;
-        std::string text;
-    } cases[] = {
+    const std::tuple<const char*, Removal, bool, RecycleError, std::string> cases[] = {
         {"gone before",
          {.vanished = true},
          false,
@@ -125,18 +115,16 @@ TEST_F(DeletingTest, SelectedFoldersTellWhatStayedAndGoOn) {
          true,
          RecycleError::kAccess,
          "Beim Verschieben des Ordners'/src/b' in den Papierkorb ist ein Fehler aufgetreten: Security "
-         "settings "
-         "denied access to the source. (120)"},
-    };
+         "settings denied access to the source. (120)"}};
     bench_.report.setSelected(b_, true);
-    for (const auto& each : cases) {
-        disk_.removal = each.removal;
-        disk_.recycled = each.recycled;
+    for (const auto& [name, removal, recycle, recycled, text] : cases) {
+        disk_.removal = removal;
+        disk_.recycled = recycled;
         window_.calls.clear();
-        DeleteFolders(ops_, each.recycle);
-        EXPECT_EQ(window_.calls, (std::vector<std::string>{each.text})) << each.name;
-        EXPECT_EQ(bench_.protocol().back(), each.text) << each.name;
-        EXPECT_EQ(bench_.report.rowCount(), 4u) << each.name;
+        DeleteFolders(ops_, recycle);
+        EXPECT_EQ(window_.calls, (std::vector<std::string>{text})) << name;
+        EXPECT_EQ(bench_.protocol().back(), text) << name;
+        EXPECT_EQ(bench_.report.rowCount(), 4u) << name;
     }
     disk_.removal = {.removed = true};
     DeleteFolders(ops_, false);
@@ -150,8 +138,7 @@ TEST_F(DeletingTest, TheMenusWayTellsNothingAndTakesTheNumbersOut) {
     disk_.removal = {.failures = {{"/src/a/aa/x", 13}}, .failureCount = 1};
     Report_DeleteFolder(ops_, aa_, false);
     EXPECT_EQ(disk_.asked, (std::vector<std::string>{"tree /src|a/aa"}));
-    EXPECT_TRUE(window_.calls.empty());
-    EXPECT_TRUE(bench_.protocol().empty());
+    EXPECT_TRUE(window_.calls.empty() && bench_.protocol().empty());
     EXPECT_EQ(numbers(a_), (std::vector<double>{0, 0, 0}));
     EXPECT_EQ(numbers(src_), (std::vector<double>{10, 2, 2}));
     EXPECT_EQ(bench_.report.rowCount(), 3u);

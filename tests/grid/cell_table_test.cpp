@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <tuple>
-
 #include "base/fault.h"
 
 namespace hl {
@@ -24,19 +22,17 @@ struct CellTableTest : testing::Test {
 };
 
 TEST_F(CellTableTest, KeepsEveryValueOfATypesRangeAndRaisesOverflowBeyond) {
-    struct Case {
-        const char* key;
-        double low, high, below, above;
-    };
-    for (const Case& c : {Case{"flag", 0, 255, -1, 256}, Case{"percent", 0, 655.35, -0.01, 655.36},
-                          Case{"count", -2147483648.0, 2147483647, -2147483649.0, 2147483648.0},
-                          Case{"size", -0x1p62, 0x1p62, -0x1p63, 0x1p63},
-                          Case{"date", -62135596800.0, 253402300799.0, -0x1p63, 0x1p63}}) {
-        EXPECT_EQ(stored(c.key, c.low), c.low) << c.key;
-        EXPECT_EQ(stored(c.key, c.high), c.high) << c.key;
-        EXPECT_THROW(stored(c.key, c.below), Fault) << c.key;
-        EXPECT_THROW(stored(c.key, c.above), Fault) << c.key;
-        EXPECT_EQ(table.number(0, table.find(c.key)), c.high) << c.key;
+    using Case = std::tuple<const char*, double, double, double, double>;
+    for (const auto& [key, low, high, below, above] :
+         {Case{"flag", 0, 255, -1, 256}, Case{"percent", 0, 655.35, -0.01, 655.36},
+          Case{"count", -2147483648.0, 2147483647, -2147483649.0, 2147483648.0},
+          Case{"size", -0x1p62, 0x1p62, -0x1p63, 0x1p63},
+          Case{"date", -62135596800.0, 253402300799.0, -0x1p63, 0x1p63}}) {
+        EXPECT_EQ(stored(key, low), low) << key;
+        EXPECT_EQ(stored(key, high), high) << key;
+        EXPECT_THROW(stored(key, below), Fault) << key;
+        EXPECT_THROW(stored(key, above), Fault) << key;
+        EXPECT_EQ(table.number(0, table.find(key)), high) << key;
     }
     for (const double percent : {0.29, 33.33}) EXPECT_EQ(stored("percent", percent), percent);
     EXPECT_THROW(stored("name", 1), Fault) << "texts and numbers are different types";

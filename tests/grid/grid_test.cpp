@@ -30,8 +30,6 @@ struct GridTest : testing::Test {
     }
 };
 
-// --- sort and search
-
 TEST_F(GridTest, SortsByAnyCellInBothDirectionsAndKeepsTheOrderOfEqualKeys) {
     const std::tuple<const char*, double, const char*> rows[] = {
         {"b1", 20, "Zoe"}, {"C", 100, "adam"}, {"a", 9, ""}, {"B2", 20, "ADAM"}, {"b0", 20, "Bea"}};
@@ -100,8 +98,6 @@ TEST_F(GridTest, FindsTheFirstTextInARangeOfIndexesWithoutRegardToCase) {
     for (const auto& [part, from, to, expected] : cases)
         EXPECT_EQ(grid.find(part, from, to), expected) << part << from;
 }
-
-// --- rows and what lies beside them
 
 TEST_F(GridTest, GivesARowThatUsesANumberAgainNothingOfTheOldOne) {
     const auto factsOf = [&](Row row) {
@@ -182,8 +178,6 @@ TEST_F(GridTest, HandlesAChainOf100000Levels) {
     grid.removeChildren(grid.firstRoot());
     EXPECT_EQ(grid.rowCount(), 1U);
 }
-
-// --- notices
 
 struct Recorder : GridObserver {
     std::vector<GridChange> changes;

@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <tuple>
 
 namespace hl {
 namespace {
@@ -30,8 +29,7 @@ TEST(Mask, WritesNumbersAsTheColumnsAskForThemWithTheSeparatorsOfTheLocale) {
         {"*0*;", -1, ""},
         {"*0*;", 0, "0"},
         {"*0*;;", 0, ""},
-        {"*##0*%", std::nan(""), ""},
-    };
+        {"*##0*%", std::nan(""), ""}};
     for (const auto& [mask, value, text] : cases) EXPECT_EQ(shown(mask, value), text) << mask << " " << value;
     EXPECT_EQ(shown("*###,###,##0.00* MB;;;", 1234.5, {".", ","}), "1.234,50 MB");
 }

@@ -1,6 +1,5 @@
 // What a screen reader finds in the window.
 #include <QAccessible>
-#include <set>
 
 #include "gui/window_bars_fixture.h"
 #include "platform/qt/qt_convert.h"
@@ -20,6 +19,7 @@ class AccessibleTest : public test::WindowBars {
         report.addRow(kNoRow, "b");
         report.setExpanded(a, true);
     }
+    void SetUp() override { show(); }
     static Object* of(QObject& object) { return QAccessible::queryAccessibleInterface(&object); }
     Object* tree() { return of(window->grid(GridId::kReport)); }
     static std::string name(Object* object) { return utf8(object->text(QAccessible::Name)); }
@@ -68,7 +68,6 @@ TEST_F(AccessibleTest, EveryControlHasANameAlsoWhereBarsClip) {
 }
 
 TEST_F(AccessibleTest, TheBoxOfSourcesTellsWhatItIsAndWhatStandsInIt) {
-    show();
     window->setSources({{"/", 0}, {"/usr", 0}}, "/usr", 1);
     Object* box = of(*window->frame().findChild<QWidget*>(QStringLiteral("cboOrdner")));
     EXPECT_EQ(box->role(), QAccessible::ComboBox);
@@ -78,21 +77,18 @@ TEST_F(AccessibleTest, TheBoxOfSourcesTellsWhatItIsAndWhatStandsInIt) {
 }
 
 TEST_F(AccessibleTest, RowsAreItemsOfATreeWithLevelAndFoldedState) {
-    show();
     EXPECT_EQ(tree()->role(), QAccessible::Tree);
     EXPECT_EQ(name(tree()), "Folder list");
     EXPECT_EQ(rows(), "a[Level 1+] aa[Level 2-] ab[Level 2] b[Level 1] ");
     for (int i = 0; i < tree()->childCount(); ++i) {
-        EXPECT_EQ(tree()->child(i)->role(), QAccessible::TreeItem);
-        EXPECT_EQ(tree()->indexOfChild(tree()->child(i)), i);
-        EXPECT_EQ(tree()->child(i)->parent(), tree());
-        const QPoint middle = tree()->child(i)->rect().center();
-        EXPECT_EQ(tree()->childAt(middle.x(), middle.y()), tree()->child(i));
+        Object* row = tree()->child(i);
+        EXPECT_TRUE(row->role() == QAccessible::TreeItem && row->parent() == tree()) << i;
+        EXPECT_EQ(tree()->indexOfChild(row), i);
+        EXPECT_EQ(tree()->childAt(row->rect().center().x(), row->rect().center().y()), row);
     }
 }
 
 TEST_F(AccessibleTest, RowsFollowWhatIsUnfoldedAndAdded) {
-    show();
     Object* folded = tree()->child(1);
     ASSERT_NE(folded->actionInterface(), nullptr);
     folded->actionInterface()->doAction(QAccessibleActionInterface::toggleAction());
@@ -103,22 +99,18 @@ TEST_F(AccessibleTest, RowsFollowWhatIsUnfoldedAndAdded) {
 }
 
 TEST_F(AccessibleTest, ARowHasACellForEachColumnThatShows) {
-    show();
     Object* row = tree()->child(2);
     ASSERT_EQ(row->childCount(), 2);
     EXPECT_EQ(row->child(0)->role(), QAccessible::Cell);
-    EXPECT_EQ(name(row->child(0)), "ab");
-    EXPECT_EQ(name(row->child(1)), "note");
+    EXPECT_EQ(name(row->child(0)) + " " + name(row->child(1)), "ab note");
     EXPECT_EQ(row->child(1)->text(QAccessible::Description), QStringLiteral("Note"));
-    EXPECT_EQ(row->indexOfChild(row->child(1)), 1);
-    EXPECT_EQ(row->child(1)->parent(), row);
+    EXPECT_TRUE(row->indexOfChild(row->child(1)) == 1 && row->child(1)->parent() == row);
     report.changeColumn(1).visible = false;
     QApplication::processEvents();
     EXPECT_EQ(tree()->child(2)->childCount(), 1);
 }
 
 TEST_F(AccessibleTest, ARowThatIsGoneSaysNothing) {
-    show();
     Object* last = tree()->child(3);
     report.clear();
     EXPECT_FALSE(last->isValid());
@@ -128,7 +120,6 @@ TEST_F(AccessibleTest, ARowThatIsGoneSaysNothing) {
 }
 
 TEST_F(AccessibleTest, TheRowWithTheFocusIsFound) {
-    show();
     window->focusGrid(GridId::kReport);
     QTest::keyClick(&window->grid(GridId::kReport), Qt::Key_Home);
     QTest::keyClick(&window->grid(GridId::kReport), Qt::Key_Down);

@@ -3,7 +3,6 @@
 #include <QLineEdit>
 #include <QMenu>
 #include <QScrollBar>
-#include <functional>
 #include <random>
 
 #include "gui/grid_view_fixture.h"
@@ -16,12 +15,9 @@ namespace {
 // --- bytes
 
 TEST(EditableText, GivesEveryByteBack) {
-    struct Case {
-        std::string bytes;
-        QString text;
-    };
+    using Case = std::pair<std::string, QString>;
     const QChar mark(0xFEFF);
-    for (const Case& c :
+    for (const auto& [bytes, text] :
          {Case{"", QString()}, Case{"a\nb\t\x01", QStringLiteral("a\nb\t\x01")},
           Case{"\xC3\xA4\xE2\x82\xAC", QString::fromUtf8("ä€")},
           Case{"\xF0\x9F\x98\x80\xFF", QString::fromUtf8("😀") + QChar(0xDCFF)},
@@ -30,8 +26,8 @@ TEST(EditableText, GivesEveryByteBack) {
           Case{"\xC3", QString(QChar(0xDCC3))},
           Case{"\xED\xB2\x80", QString(QChar(0xDCED)) + QChar(0xDCB2) + QChar(0xDC80)},
           Case{"\xC0\xAF", QString(QChar(0xDCC0)) + QChar(0xDCAF)}}) {
-        EXPECT_EQ(editableText(c.bytes), c.text) << c.bytes;
-        EXPECT_EQ(bytesOfEditable(c.text), c.bytes);
+        EXPECT_EQ(editableText(bytes), text) << bytes;
+        EXPECT_EQ(bytesOfEditable(text), bytes);
     }
     for (const char16_t alone : {u'\xD800', u'\xDBFF', u'\xDC00', u'\xDC7F', u'\xDD00', u'\xDFFF'})
         EXPECT_EQ(bytesOfEditable(QString(QChar(alone)) + QLatin1Char('x')), "\xEF\xBF\xBDx");
@@ -61,8 +57,8 @@ struct CellEditorTest : GridViewTest {
     QWidget window;
 
     /// The view in a window beside a box that takes the focus.
-    void showWindow(bool tree) {
-        show(tree);
+    void showWindow(bool tree, std::size_t roots = 0) {
+        showRoots(roots, tree);
         other.setParent(&window);
         view->setParent(&window);
         window.resize(700, 340);
@@ -95,79 +91,68 @@ struct CellEditorTest : GridViewTest {
 };
 
 TEST_F(CellEditorTest, SelectsAFilesNameWithoutItsExtension) {
-    struct Case {
-        const char* name;
-        bool tree;
-        const char* selected;
-    };
-    for (const Case& c : {Case{"a.txt", false, "a"}, Case{"a.tar.gz", false, "a.tar"},
-                          Case{"README", false, "README"}, Case{".profile", false, ".profile"},
-                          Case{".a.b", false, ".a"}, Case{"end.", false, "end"}, Case{"a.d", true, "a.d"}}) {
+    using Case = std::tuple<const char*, bool, const char*>;
+    for (const auto& [file, tree, selected] :
+         {Case{"a.txt", false, "a"}, Case{"a.tar.gz", false, "a.tar"}, Case{"README", false, "README"},
+          Case{".profile", false, ".profile"}, Case{".a.b", false, ".a"}, Case{"end.", false, "end"},
+          Case{"a.d", true, "a.d"}}) {
         grid.clear();
-        grid.addRow(kNoRow, c.name);
-        show(c.tree);
+        grid.addRow(kNoRow, file);
+        show(tree);
         view->activateWindow();
         ASSERT_TRUE(QTest::qWaitForWindowActive(view.get()));
         view->setFocus();
-        const QLineEdit& name = edit(c.name);
-        EXPECT_EQ(name.text().toStdString(), c.name);
-        EXPECT_EQ(name.selectedText().toStdString(), c.selected) << c.name;
+        const QLineEdit& name = edit(file);
+        EXPECT_EQ(name.text().toStdString(), file);
+        EXPECT_EQ(name.selectedText().toStdString(), selected) << file;
         EXPECT_EQ(name.accessibleName(), QStringLiteral("Name"));
         EXPECT_EQ(name.font(), view->font());
     }
 }
 
 TEST_F(CellEditorTest, EndsOnceAndTellsOrNot) {
-    addRoots(3);
-    showWindow(false);
-    struct Case {
-        const char* name;
-        std::function<void()> end;
-        bool tells;
-        bool focusInGrid;
-    };
+    showWindow(false, 3);
+    using Case = std::tuple<const char*, std::function<void()>, bool, bool>;
     const auto wait = [this] { EXPECT_TRUE(QTest::qWaitFor([this] { return !editing(); }, 2000)); };
     const QPoint elsewhere(550, 100);
-    for (const Case& c : {
-             Case{"Return", [&] { press(Qt::Key_Return); }, true, true},
-             Case{"Enter", [&] { press(Qt::Key_Enter, Qt::KeypadModifier); }, true, true},
-             Case{"Tab", [&] { press(Qt::Key_Tab); }, true, true},
-             Case{"Backtab", [&] { press(Qt::Key_Backtab, Qt::ShiftModifier); }, true, true},
-             Case{"click into the grid",
-                  [&] { QTest::mouseClick(view->viewport(), Qt::LeftButton, {}, elsewhere); }, true, true},
-             Case{"click on a title",
-                  [&] {
-                      QTest::mouseClick(view->horizontalHeader()->viewport(), Qt::LeftButton, {}, {20, 5});
-                  },
-                  true, true},
-             Case{"click on what takes no focus",
-                  [&] {
-                      QTest::mouseClick(&window, Qt::LeftButton, {}, {650, 320});
-                  },
-                  true, true},
-             Case{"click into another box", [&] { QTest::mouseClick(&other, Qt::LeftButton); }, true, false},
-             Case{"another edit", [&] { view->editText(row("r2")), press(Qt::Key_Escape); }, true, true},
-             Case{"Escape", [&] { press(Qt::Key_Escape); }, false, true},
-             Case{"a row more", [&] { grid.removeRow(grid.addRow(kNoRow, "new")), wait(); }, false, true},
-             Case{"a row more, and Return at once",
-                  [&] { grid.removeRow(grid.addRow(kNoRow, "new")), press(Qt::Key_Return); }, false, true},
-             Case{"sorted", [&] { grid.sortLevels(0), wait(); }, false, true},
-             Case{"disabled grid", [&] { grid.setEnabled(false), wait(), grid.setEnabled(true); }, false,
-                  true},
-             Case{"disabled grid, and Return at once",
-                  [&] { grid.setEnabled(false), press(Qt::Key_Return), grid.setEnabled(true); }, false, true},
-             Case{"disabled view", [&] { view->setEnabled(false), view->setEnabled(true); }, false, false},
-             Case{"Redraw off", [&] { grid.setRedraw(false), wait(), grid.setRedraw(true); }, false, true},
-             Case{"Redraw off, and Return at once",
-                  [&] { grid.setRedraw(false), press(Qt::Key_Return), grid.setRedraw(true); }, false, true},
-         }) {
+    for (const auto& [name, end, tells, focusInGrid] :
+         {Case{"Return", [&] { press(Qt::Key_Return); }, true, true},
+          Case{"Enter", [&] { press(Qt::Key_Enter, Qt::KeypadModifier); }, true, true},
+          Case{"Tab", [&] { press(Qt::Key_Tab); }, true, true},
+          Case{"Backtab", [&] { press(Qt::Key_Backtab, Qt::ShiftModifier); }, true, true},
+          Case{"click into the grid",
+               [&] { QTest::mouseClick(view->viewport(), Qt::LeftButton, {}, elsewhere); }, true, true},
+          Case{"click on a title",
+               [&] {
+                   QTest::mouseClick(view->horizontalHeader()->viewport(), Qt::LeftButton, {}, {20, 5});
+               },
+               true, true},
+          Case{"click on what takes no focus",
+               [&] {
+                   QTest::mouseClick(&window, Qt::LeftButton, {}, {650, 320});
+               },
+               true, true},
+          Case{"click into another box", [&] { QTest::mouseClick(&other, Qt::LeftButton); }, true, false},
+          Case{"another edit", [&] { view->editText(row("r2")), press(Qt::Key_Escape); }, true, true},
+          Case{"Escape", [&] { press(Qt::Key_Escape); }, false, true},
+          Case{"a row more", [&] { grid.removeRow(grid.addRow(kNoRow, "new")), wait(); }, false, true},
+          Case{"a row more, and Return at once",
+               [&] { grid.removeRow(grid.addRow(kNoRow, "new")), press(Qt::Key_Return); }, false, true},
+          Case{"sorted", [&] { grid.sortLevels(0), wait(); }, false, true},
+          Case{"disabled grid", [&] { grid.setEnabled(false), wait(), grid.setEnabled(true); }, false, true},
+          Case{"disabled grid, and Return at once",
+               [&] { grid.setEnabled(false), press(Qt::Key_Return), grid.setEnabled(true); }, false, true},
+          Case{"disabled view", [&] { view->setEnabled(false), view->setEnabled(true); }, false, false},
+          Case{"Redraw off", [&] { grid.setRedraw(false), wait(), grid.setRedraw(true); }, false, true},
+          Case{"Redraw off, and Return at once",
+               [&] { grid.setRedraw(false), press(Qt::Key_Return), grid.setRedraw(true); }, false, true}}) {
         edit("r1");
         type("new");
-        c.end();
-        EXPECT_FALSE(editing()) << c.name;
+        end();
+        EXPECT_FALSE(editing()) << name;
         settle();
-        EXPECT_EQ(takeTold(), c.tells ? edited("r1", "new") : Log{}) << c.name;
-        EXPECT_EQ(view->hasFocus(), c.focusInGrid) << c.name;
+        EXPECT_EQ(takeTold(), tells ? edited("r1", "new") : Log{}) << name;
+        EXPECT_EQ(view->hasFocus(), focusInGrid) << name;
         view->setFocus();
         settle();
     }
@@ -176,71 +161,61 @@ TEST_F(CellEditorTest, EndsOnceAndTellsOrNot) {
 }
 
 TEST_F(CellEditorTest, StaysThroughWhatDoesNotLeaveIt) {
-    addRoots(3);
-    showWindow(false);
+    showWindow(false, 3);
     QWidget second;
-    struct Case {
-        const char* name;
-        std::function<void()> happens;
-    };
-    for (const Case& c : {
-             Case{"window in the background",
-                  [&] {
-                      second.show();
-                      second.activateWindow();
-                      ASSERT_TRUE(QTest::qWaitForWindowActive(&second));
-                      QTest::qWait(250);
-                      window.activateWindow();
-                      ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
-                  }},
-             Case{"its menu",
-                  [&] {
-                      QContextMenuEvent menu(QContextMenuEvent::Mouse, {5, 5},
-                                             box()->mapToGlobal(QPoint(5, 5)));
-                      QApplication::sendEvent(box(), &menu);
-                      ASSERT_NE(QApplication::activePopupWidget(), nullptr);
-                      QTest::qWait(250);
-                      QApplication::activePopupWidget()->close();
-                      window.activateWindow();
-                  }},
-             Case{"a click into it", [&] { QTest::mouseClick(box(), Qt::LeftButton); }},
-             Case{"cells", [&] { grid.setNumber(row("r0"), 0, 7), QTest::qWait(20); }},
-             Case{"Redraw off for a moment",
-                  [&] {
-                      grid.setRedraw(false);
-                      grid.setNumber(row("r0"), 0, 8);
-                      grid.setRedraw(true);
-                      QTest::qWait(20);
-                  }},
-             Case{"another size", [&] { view->resize(500, 250); }},
-         }) {
+    using Case = std::pair<const char*, std::function<void()>>;
+    for (const auto& [name, happens] :
+         {Case{"window in the background",
+               [&] {
+                   second.show();
+                   second.activateWindow();
+                   ASSERT_TRUE(QTest::qWaitForWindowActive(&second));
+                   QTest::qWait(250);
+                   window.activateWindow();
+                   ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+               }},
+          Case{"its menu",
+               [&] {
+                   QContextMenuEvent menu(QContextMenuEvent::Mouse, {5, 5}, box()->mapToGlobal(QPoint(5, 5)));
+                   QApplication::sendEvent(box(), &menu);
+                   ASSERT_NE(QApplication::activePopupWidget(), nullptr);
+                   QTest::qWait(250);
+                   QApplication::activePopupWidget()->close();
+                   window.activateWindow();
+               }},
+          Case{"a click into it", [&] { QTest::mouseClick(box(), Qt::LeftButton); }},
+          Case{"cells", [&] { grid.setNumber(row("r0"), 0, 7), QTest::qWait(20); }},
+          Case{"Redraw off for a moment",
+               [&] {
+                   grid.setRedraw(false);
+                   grid.setNumber(row("r0"), 0, 8);
+                   grid.setRedraw(true);
+                   QTest::qWait(20);
+               }},
+          Case{"another size", [&] { view->resize(500, 250); }}}) {
         edit("r1");
         type("new");
-        c.happens();
-        EXPECT_TRUE(editing()) << c.name;
-        EXPECT_EQ(takeTold(), Log{}) << c.name;
+        happens();
+        EXPECT_TRUE(editing()) << name;
+        EXPECT_EQ(takeTold(), Log{}) << name;
         press(Qt::Key_Return);
-        EXPECT_EQ(takeTold(), edited("r1", "new")) << c.name;
+        EXPECT_EQ(takeTold(), edited("r1", "new")) << name;
     }
 }
 
 TEST_F(CellEditorTest, DoesNotOpenWhereNobodyCouldWork) {
-    addRoots(3);
-    showWindow(false);
-    struct Case {
-        const char* name;
-        std::function<void(bool on)> set;
-    };
-    for (const Case& c :
+    showWindow(false, 3);
+    using Case = std::pair<const char*, std::function<void(bool on)>>;
+    for (const auto& [name, set] :
          {Case{"disabled grid", [&](bool on) { grid.setEnabled(on); }},
           Case{"disabled view", [&](bool on) { view->setEnabled(on); }},
           Case{"hidden view", [&](bool on) { view->setVisible(on); }},
           Case{"Redraw off", [&](bool on) { grid.setRedraw(on); }},
           Case{"no name column", [&](bool on) { grid.changeColumn(0).visible = on, settle(); }}}) {
-        c.set(false);
+        set(false);
         view->editText(row("r1"));
-        EXPECT_FALSE(editing()) << c.name;
-        c.set(true);
+        EXPECT_FALSE(editing()) << name;
+        set(true);
     }
     view->editText(kNoRow);
     EXPECT_FALSE(editing());
@@ -248,8 +223,7 @@ TEST_F(CellEditorTest, DoesNotOpenWhereNobodyCouldWork) {
 }
 
 TEST_F(CellEditorTest, KeysStayInTheBox) {
-    addRoots(3);
-    showWindow(false);
+    showWindow(false, 3);
     grid.setCurrentRow(row("r0"));
     edit("r1");
     for (const int code : {Qt::Key_F2, Qt::Key_Delete, Qt::Key_Up, Qt::Key_Down, Qt::Key_PageDown,
@@ -265,8 +239,7 @@ TEST_F(CellEditorTest, KeysStayInTheBox) {
 }
 
 TEST_F(CellEditorTest, AKeyHeldDownSinceBeforeEndsNothing) {
-    addRoots(3);
-    showWindow(false);
+    showWindow(false, 3);
     edit("r1");
     QKeyEvent repeated(QEvent::KeyPress, Qt::Key_Return, {}, {}, true);
     QApplication::sendEvent(box(), &repeated);
@@ -303,11 +276,8 @@ TEST_F(CellEditorTest, PastedLineBreaksBecomeBlanks) {
     showWindow(true);
     const QString pasted = QString::fromUtf8("a\nb\r\nc\rd\u2028e\tf");
     const std::string expected = "a b c d e\tf";
-    struct Case {
-        const char* name;
-        std::function<void()> paste;
-    };
-    for (const Case& c :
+    using Case = std::pair<const char*, std::function<void()>>;
+    for (const auto& [name, paste] :
          {Case{"Ctrl+V", [&] { press(Qt::Key_V, Qt::ControlModifier); }},
           Case{"Shift+Insert", [&] { press(Qt::Key_Insert, Qt::ShiftModifier); }},
           Case{"menu", [&] {
@@ -322,17 +292,16 @@ TEST_F(CellEditorTest, PastedLineBreaksBecomeBlanks) {
         QApplication::clipboard()->setText(pasted);
         edit("x\ny");
         press(Qt::Key_End);
-        c.paste();
+        paste();
         press(Qt::Key_Return);
-        EXPECT_EQ(takeTold(), edited("x\ny", "x\ny" + expected)) << c.name;
+        EXPECT_EQ(takeTold(), edited("x\ny", "x\ny" + expected)) << name;
     }
 }
 
 // Where the desktop has such a selection: in an X server.
 TEST_F(CellEditorTest, TheMiddleButtonPastesInOneLine) {
     if (!QApplication::clipboard()->supportsSelection()) GTEST_SKIP() << "no selection here";
-    addRoots(3);
-    showWindow(false);
+    showWindow(false, 3);
     QApplication::clipboard()->setText(QStringLiteral("a\nb"), QClipboard::Selection);
     edit("r1");
     press(Qt::Key_End);
@@ -371,8 +340,7 @@ TEST_F(CellEditorTest, LiesOverTheNameRightOfWhatStandsInFrontOfIt) {
 }
 
 TEST_F(CellEditorTest, FollowsItsRowAndEndsOutOfSight) {
-    addRoots(100);
-    showWindow(false);
+    showWindow(false, 100);
     edit("r60");
     EXPECT_TRUE(view->viewport()->rect().contains(box()->geometry()));
     const auto top = [&] { return view->rowRect(60).top(); };
@@ -397,8 +365,7 @@ TEST_F(CellEditorTest, FollowsItsRowAndEndsOutOfSight) {
 }
 
 TEST_F(CellEditorTest, AViewMayGoInTheMiddleOfAnEdit) {
-    addRoots(3);
-    showWindow(false);
+    showWindow(false, 3);
     edit("r1");
     view.reset();
     EXPECT_EQ(takeTold(), Log{});

@@ -2,26 +2,17 @@
 // own.
 #include "platform/qt/desktop_programs.h"
 
-#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/socket.h>
-#include <sys/stat.h>
 #include <sys/un.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include <QClipboard>
 #include <QGuiApplication>
 #include <QMimeData>
 #include <algorithm>
-#include <chrono>
-#include <filesystem>
-#include <functional>
-#include <map>
-#include <set>
-#include <thread>
 
 #include "base/path.h"
+#include "support/patience.h"
 #include "support/temp_dir.h"
 #include "support/trees.h"
 #include "support/whole_files.h"
@@ -33,17 +24,6 @@ namespace fs = std::filesystem;
 using test::TempDir;
 using Words = std::vector<std::string>;
 
-/// Waits for what another process does; half a minute is the end of all patience.
-bool comes(const std::function<bool()>& happened) {
-    for (int i = 0; i < 3000 && !happened(); ++i) std::this_thread::sleep_for(std::chrono::milliseconds(10));
-    return happened();
-}
-
-void writeScript(const std::string& path, const std::string& text) {
-    test::writeFile(path, "#!/bin/sh\n" + text);
-    test::must(::chmod(path.c_str(), 0755));
-}
-
 /// A user with folders of their own, of which nothing is inherited but the types of files.
 class User {
   public:
@@ -54,10 +34,10 @@ class User {
         test::must(::chmod(at("run").c_str(), 0700));
         fs::create_directory_symlink("/usr/share/mime", at("system/mime"));
         // Written whole before it has its name: who waits for it must not see a part.
-        writeScript(at("bin/recorder"),
-                    "out=\"$OUT/run/started\"\n{ printf '%s\\0' \"$@\"; } > \"$out.$$.new\"\n"
-                    "env > \"$OUT/run/env\"\nmv \"$out.$$.new\" \"$out.$$\"\n");
-        writeScript(at("bin/dbus-launch"), "touch \"$OUT/run/launched\"\n");
+        test::writeScript(at("bin/recorder"),
+                          "out=\"$OUT/run/started\"\n{ printf '%s\\0' \"$@\"; } > \"$out.$$.new\"\n"
+                          "env > \"$OUT/run/env\"\nmv \"$out.$$.new\" \"$out.$$\"\n");
+        test::writeScript(at("bin/dbus-launch"), "touch \"$OUT/run/launched\"\n");
     }
     std::string at(const std::string& name) const { return folder_.path() + "/" + name; }
 
@@ -97,10 +77,14 @@ class User {
         return test::contentOf(at("run/answer"));
     }
 
+    /// Whether one program was started since then, with this argument alone.
+    void expectStarted(const std::string& argument) const {
+        EXPECT_EQ(started(1), std::multiset<Words>({{argument}}));
+    }
     /// The arguments of each program that was started since the last call, in no order.
     std::multiset<Words> started(std::size_t expected) const {
         std::set<std::string> files;
-        comes([&] {
+        test::comes([&] {
             files.clear();
             for (const auto& each : fs::directory_iterator(at("run")))
                 if (each.path().stem() == "started") files.insert(each.path().string());
@@ -164,21 +148,18 @@ const Words kNames = {"plain.txt", "a b.txt",     "it's \"quoted\"", "$(touch x)
 TEST(DesktopPrograms, EachNameArrivesUnchangedWhateverItHolds) {
     User user;
     // A file on the disk is handed over by its path even to a program that takes URLs.
-    const struct {
-        std::string parameters;
-        bool together;
-    } cases[] = {{"%F", true}, {"%f", false}, {"%U", true}, {"%u", false}, {"", false}};
+    const std::pair<std::string, bool> cases[] = {
+        {"%F", true}, {"%f", false}, {"%U", true}, {"%u", false}, {"", false}};
     Words paths;
     std::multiset<Words> each;
     for (const std::string& name : kNames) each.insert({paths.emplace_back(user.file(name))});
-    for (const auto& c : cases) {
-        user.installs("program", "text/plain;", c.parameters);
+    for (const auto& [parameters, together] : cases) {
+        user.installs("program", "text/plain;", parameters);
         Words question = {"with", "program.desktop"};
         question.insert(question.end(), paths.begin(), paths.end());
-        EXPECT_EQ(user.asks(question), "true") << c.parameters;
-        EXPECT_EQ(user.started(c.together ? 1 : paths.size()),
-                  c.together ? std::multiset<Words>({paths}) : each)
-            << c.parameters;
+        EXPECT_EQ(user.asks(question), "true") << parameters;
+        EXPECT_EQ(user.started(together ? 1 : paths.size()), together ? std::multiset<Words>({paths}) : each)
+            << parameters;
     }
     EXPECT_FALSE(fs::exists("x"));
 }
@@ -191,16 +172,15 @@ TEST(DesktopPrograms, OpeningTakesTheProgramThatIsSetForTheType) {
     test::must(::mkfifo(user.at("files/pipe").c_str(), 0600));
     fs::create_symlink(user.at("files/gone"), user.at("files/dangling"));
     fs::create_symlink(user.file("a.txt"), user.at("files/link"));
-    const struct {
-        std::string path, answer;
-    } cases[] = {{user.file("\xff"), "started"},    {user.at("files/link"), "started"},
-                 {user.at("files"), "started"},     {user.file("script.sh", "#!/bin/sh\n"), "started"},
-                 {user.file("x.png", "?"), "none"}, {user.at("files/pipe"), "none"},
-                 {user.at("files/gone"), "failed"}, {user.at("files/dangling"), "failed"}};
-    for (const auto& c : cases) {
-        EXPECT_EQ(user.asks({"open", c.path}), c.answer) << c.path;
-        if (c.answer == "started") {
-            EXPECT_EQ(user.started(1), std::multiset<Words>({{"chosen", c.path}}));
+    const std::string cases[][2] = {
+        {user.file("\xff"), "started"},    {user.at("files/link"), "started"},
+        {user.at("files"), "started"},     {user.file("script.sh", "#!/bin/sh\n"), "started"},
+        {user.file("x.png", "?"), "none"}, {user.at("files/pipe"), "none"},
+        {user.at("files/gone"), "failed"}, {user.at("files/dangling"), "failed"}};
+    for (const auto& [path, answer] : cases) {
+        EXPECT_EQ(user.asks({"open", path}), answer) << path;
+        if (answer == "started") {
+            EXPECT_EQ(user.started(1), std::multiset<Words>({{"chosen", path}}));
         }
     }
 }
@@ -216,21 +196,19 @@ TEST(DesktopPrograms, TheDesktopsOwnChoiceComesFirstAndNoneTwice) {
     user.chooses("c", "text/plain");
     const std::string text = user.file("x.txt"), page = user.file("x.html"), picture = user.file("x.png"),
                       sound = user.file("x.ogg");
-    const struct {
-        Words question;
-        std::string answer;
-    } cases[] = {{{"programs", "9", text}, "c.desktop=The c a.desktop=The a b.desktop=The b"},
-                 {{"programs", "2", text}, "c.desktop=The c a.desktop=The a"},
-                 {{"programs", "9", text, text}, "c.desktop=The c a.desktop=The a b.desktop=The b"},
-                 {{"programs", "9", page, text}, "a.desktop=The a c.desktop=The c b.desktop=The b"},
-                 {{"programs", "9", picture, text}, "b.desktop=The b c.desktop=The c"},
-                 {{"programs", "9", page, picture}, "c.desktop=The c b.desktop=The b"},
-                 {{"programs", "9", text, sound}, ""},
-                 {{"programs", "9", text, user.at("files/none")}, ""},
-                 {{"programs", "9"}, ""},
-                 {{"all"}, "a.desktop=The a b.desktop=The b c.desktop=The c"}};
-    for (const auto& c : cases)
-        EXPECT_EQ(user.asks(c.question), c.answer) << testing::PrintToString(c.question);
+    const std::pair<Words, std::string> cases[] = {
+        {{"programs", "9", text}, "c.desktop=The c a.desktop=The a b.desktop=The b"},
+        {{"programs", "2", text}, "c.desktop=The c a.desktop=The a"},
+        {{"programs", "9", text, text}, "c.desktop=The c a.desktop=The a b.desktop=The b"},
+        {{"programs", "9", page, text}, "a.desktop=The a c.desktop=The c b.desktop=The b"},
+        {{"programs", "9", picture, text}, "b.desktop=The b c.desktop=The c"},
+        {{"programs", "9", page, picture}, "c.desktop=The c b.desktop=The b"},
+        {{"programs", "9", text, sound}, ""},
+        {{"programs", "9", text, user.at("files/none")}, ""},
+        {{"programs", "9"}, ""},
+        {{"all"}, "a.desktop=The a b.desktop=The b c.desktop=The c"}};
+    for (const auto& [question, answer] : cases)
+        EXPECT_EQ(user.asks(question), answer) << testing::PrintToString(question);
     user.environment = {{"LANGUAGE", "de"}, {"LC_ALL", "C.UTF-8"}};
     EXPECT_EQ(user.asks({"all"}), "c.desktop=Das C a.desktop=The a b.desktop=The b");
     for (const std::string id : {"gone.desktop", "never.desktop", "", "../applications/a.desktop"})
@@ -240,11 +218,10 @@ TEST(DesktopPrograms, TheDesktopsOwnChoiceComesFirstAndNoneTwice) {
 TEST(DesktopPrograms, WhatIsStartedGetsTheUsersOwnEnvironment) {
     User user;
     user.installs("a", "text/plain;", "%f");
-    const struct {
-        std::string cache, bus;
-    } cases[] = {{"-", "-"}, {user.at("cache"), "-"}, {user.at("cache"), "unix:path=/nowhere"}};
-    for (const auto& c : cases) {
-        user.environment = {{"XDG_CACHE_HOME", c.cache}, {"DBUS_SESSION_BUS_ADDRESS", c.bus}};
+    const std::string cases[][2] = {
+        {"-", "-"}, {user.at("cache"), "-"}, {user.at("cache"), "unix:path=/nowhere"}};
+    for (const auto& [cache, bus] : cases) {
+        user.environment = {{"XDG_CACHE_HOME", cache}, {"DBUS_SESSION_BUS_ADDRESS", bus}};
         EXPECT_EQ(user.asks({"with", "a.desktop", user.file("x")}), "true");
         user.started(1);
         const Words lines = User::split(test::contentOf(user.at("run/env")), '\n');
@@ -267,35 +244,33 @@ TEST(DesktopPrograms, OnlyWhatCanRunRunsWhenOpened) {
         fs::create_symlink(target, user.at("files/" + name));
         return user.at("files/" + name);
     };
-    const struct {
-        std::string path;
-        bool runs;
-    } cases[] = {{user.file("program", program, 0755), true},
-                 {user.file("program.data", program, 0644), false},
-                 {linkTo("toProgram", user.at("files/program")), true},
-                 {user.file("script", "#!/bin/sh\n", 0755), true},
-                 {user.file("script.sh", "true\n", 0755), true},
-                 {user.file("script2", "#!/bin/sh\n", 0644), false},
-                 {user.file("script.txt", "#!/bin/sh\n", 0755), true},
-                 {user.file("x.jar", "PK\3\4", 0755), true},
-                 {user.file("x.jar2.jar", "PK\3\4", 0644), false},
-                 {user.file("x.AppImage", program, 0755), true},
-                 {user.file("x.exe", "MZ", 0644), true},
-                 {user.file("x.msi", "x", 0644), true},
-                 {user.file("entry.desktop", "", 0644), true},
-                 {user.file("entry", "[Desktop Entry]\nType=Application\n", 0644), false},
-                 {linkTo("text", user.file("text.txt", "text\n", 0755)), false},
-                 {user.file("page.html", "<html>", 0755), false},
-                 {user.file("x.png", program, 0755), false},
-                 {user.file("empty", "", 0755), false},
-                 {user.file("#", "#", 0755), false},
-                 {user.at("files/folder.desktop"), false},
-                 {user.at("files/pipe"), false},
-                 {linkTo("dangling.desktop", user.at("files/gone")), false},
-                 {user.at("files/gone.desktop"), false},
-                 {"", false}};
+    const std::pair<std::string, bool> cases[] = {
+        {user.file("program", program, 0755), true},
+        {user.file("program.data", program, 0644), false},
+        {linkTo("toProgram", user.at("files/program")), true},
+        {user.file("script", "#!/bin/sh\n", 0755), true},
+        {user.file("script.sh", "true\n", 0755), true},
+        {user.file("script2", "#!/bin/sh\n", 0644), false},
+        {user.file("script.txt", "#!/bin/sh\n", 0755), true},
+        {user.file("x.jar", "PK\3\4", 0755), true},
+        {user.file("x.jar2.jar", "PK\3\4", 0644), false},
+        {user.file("x.AppImage", program, 0755), true},
+        {user.file("x.exe", "MZ", 0644), true},
+        {user.file("x.msi", "x", 0644), true},
+        {user.file("entry.desktop", "", 0644), true},
+        {user.file("entry", "[Desktop Entry]\nType=Application\n", 0644), false},
+        {linkTo("text", user.file("text.txt", "text\n", 0755)), false},
+        {user.file("page.html", "<html>", 0755), false},
+        {user.file("x.png", program, 0755), false},
+        {user.file("empty", "", 0755), false},
+        {user.file("#", "#", 0755), false},
+        {user.at("files/folder.desktop"), false},
+        {user.at("files/pipe"), false},
+        {linkTo("dangling.desktop", user.at("files/gone")), false},
+        {user.at("files/gone.desktop"), false},
+        {"", false}};
     DesktopPrograms desktop;
-    for (const auto& c : cases) EXPECT_EQ(desktop.runsWhenOpened(c.path), c.runs) << c.path;
+    for (const auto& [path, runs] : cases) EXPECT_EQ(desktop.runsWhenOpened(path), runs) << path;
 }
 
 TEST(DesktopPrograms, WithNoBusTheFolderIsOpenedAtOnceAndNoBusIsStarted) {
@@ -306,9 +281,9 @@ TEST(DesktopPrograms, WithNoBusTheFolderIsOpenedAtOnceAndNoBusIsStarted) {
     const auto before = std::chrono::steady_clock::now();
     EXPECT_EQ(user.asks(show), "true");
     EXPECT_LT(std::chrono::steady_clock::now() - before, std::chrono::seconds(2));
-    EXPECT_EQ(user.started(1), std::multiset<Words>({{user.at("files")}}));
+    user.expectStarted(user.at("files"));
     EXPECT_EQ(user.asks({"show", "/usr"}), "true");
-    EXPECT_EQ(user.started(1), std::multiset<Words>({{"/"}}));
+    user.expectStarted("/");
     EXPECT_EQ(user.asks({"properties", user.at("files/b")}), "false");
     EXPECT_EQ(user.asks({"show"}), "false");
     EXPECT_FALSE(fs::exists(user.at("run/launched")));
@@ -325,7 +300,7 @@ TEST(DesktopPrograms, OnABusWithNoFileManagerTheFolderIsOpened) {
     const Words session = {"dbus-run-session", "--"};
     EXPECT_EQ(user.asks({"properties", user.file("a")}, session), "false");
     EXPECT_EQ(user.asks({"show", user.at("files/a")}, session), "true");
-    EXPECT_EQ(user.started(1), std::multiset<Words>({{user.at("files")}}));
+    user.expectStarted(user.at("files"));
 }
 
 TEST(DesktopPrograms, TheFileManagerIsAskedForTheFilesAndMayTakeItsTime) {
@@ -334,26 +309,24 @@ TEST(DesktopPrograms, TheFileManagerIsAskedForTheFilesAndMayTakeItsTime) {
     const std::string stay =
         "\"$@\"; for i in $(seq 3000); do [ -s \"$OUT/run/asked\" ] && exit; sleep 0.01; done";
     const Words session = {"dbus-run-session", "--", "sh", "-c", stay, "sh"};
-    const struct {
-        std::string verb, method, answersAfterMs;
-    } cases[] = {{"show", "ShowItems", "0"},
-                 {"show", "ShowItems", "5000"},
-                 {"properties", "ShowItemProperties", "0"},
-                 {"properties", "ShowItemProperties", "5000"}};
-    for (const auto& c : cases) {
+    const std::string cases[][3] = {{"show", "ShowItems", "0"},
+                                    {"show", "ShowItems", "5000"},
+                                    {"properties", "ShowItemProperties", "0"},
+                                    {"properties", "ShowItemProperties", "5000"}};
+    for (const auto& [verb, method, answersAfterMs] : cases) {
         User user;
         user.installs("folders", "inode/directory;", "%f");
         fs::create_directories(user.at("data/dbus-1/services"));
         test::writeFile(user.at("data/dbus-1/services/manager.service"),
                         "[D-BUS Service]\nName=org.freedesktop.FileManager1\nExec=" +
                             fs::read_symlink("/proc/self/exe").string() + " --file-manager " +
-                            user.at("run/asked") + " " + c.answersAfterMs + "\n");
+                            user.at("run/asked") + " " + answersAfterMs + "\n");
         const std::string a = user.file("\xff a"), b = user.file("b\nc");
         const auto before = std::chrono::steady_clock::now();
-        EXPECT_EQ(user.asks({c.verb, a, b}, session), "true");
+        EXPECT_EQ(user.asks({verb, a, b}, session), "true");
         EXPECT_LT(std::chrono::steady_clock::now() - before, std::chrono::seconds(4));
         EXPECT_EQ(test::contentOf(user.at("run/asked")),
-                  c.method + "\n" + fileUrl(a) + "\n" + fileUrl(b) + "\n");
+                  method + "\n" + fileUrl(a) + "\n" + fileUrl(b) + "\n");
         EXPECT_TRUE(user.started(0).empty()) << "the folder was opened as well";
     }
 }
@@ -369,18 +342,15 @@ TEST(DesktopPrograms, NobodyWaitsForABusThatSaysNothing) {
     test::must(::listen(bus, 8));
     user.environment = {{"DBUS_SESSION_BUS_ADDRESS", "unix:path=" + user.at("run/silent")}};
     const std::string path = user.file("x.txt");
-    const struct {
-        Words question;
-        std::string answer;
-    } cases[] = {{{"open", path}, "failed"},
-                 {{"with", "a.desktop", path}, "false"},
-                 {{"show", path}, "false"},
-                 {{"properties", path}, "false"},
-                 {{"programs", "9", path}, "a.desktop=The a"}};
-    for (const auto& c : cases) {
+    const std::pair<Words, std::string> cases[] = {{{"open", path}, "failed"},
+                                                   {{"with", "a.desktop", path}, "false"},
+                                                   {{"show", path}, "false"},
+                                                   {{"properties", path}, "false"},
+                                                   {{"programs", "9", path}, "a.desktop=The a"}};
+    for (const auto& [question, answer] : cases) {
         const auto before = std::chrono::steady_clock::now();
-        EXPECT_EQ(user.asks(c.question), c.answer) << c.question[0];
-        EXPECT_LT(std::chrono::steady_clock::now() - before, std::chrono::seconds(4)) << c.question[0];
+        EXPECT_EQ(user.asks(question), answer) << question[0];
+        EXPECT_LT(std::chrono::steady_clock::now() - before, std::chrono::seconds(4)) << question[0];
     }
     ::close(bus);
 }

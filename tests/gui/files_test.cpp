@@ -48,6 +48,22 @@ class FilesTest : public ListsTest {
         session_->start();
         session_->scan(at("src"));
     }
+    /// With the list of src's files, by name.
+    GridView& startWithList() {
+        start();
+        GridView& list = session_->open(kFileList);
+        session_->sortByName(list);
+        return list;
+    }
+    /// Selects so many rows from the top.
+    static void selectFirst(GridView& list, std::size_t count) {
+        for (std::size_t i = 0; i < count; ++i)
+            ListSession::clickOn(list, i, i > 0 ? Qt::ControlModifier : Qt::NoModifier);
+    }
+    void deleteInList(int command = 320) {
+        answer(s(), "Ja");
+        session_->press(kFileList, command);
+    }
     Session& s() { return *session_; }
     bool there(const std::string& path) const { return fs::exists(fs::symlink_status(at(path))); }
     std::string protocol() const { return contentOf(home.path() + "/Harborlantern.log"); }
@@ -92,18 +108,14 @@ class FilesTest : public ListsTest {
 };
 
 TEST_F(FilesTest, ListsDeleteAfterAQuestionWhoseAnswerIsNoUnlessYesIsChosen) {
-    start();
-    GridView& list = session_->open(kFileList);
-    session_->sortByName(list);
-    ListSession::clickOn(list, 0);
-    ListSession::clickOn(list, 1, Qt::ControlModifier);
+    GridView& list = startWithList();
+    selectFirst(list, 2);
     s().answers.add([](QDialog& dialog) { QTest::keyClick(&dialog, Qt::Key_Return); });
     session_->press(kFileList, 320);
     EXPECT_EQ(ListSession::names(list), (Names{"a.txt", "b.txt", "c.txt"}));
     EXPECT_TRUE(there("src/a.txt"));
 
-    answer(s(), "Ja");
-    session_->press(kFileList, 320);
+    deleteInList();
 
     EXPECT_EQ(ListSession::names(list), (Names{"c.txt"}));
     EXPECT_FALSE(there("src/a.txt") || there("src/b.txt"));
@@ -128,13 +140,10 @@ TEST_F(FilesTest, TheOtherListsLeaveTheReportAlone) {
 }
 
 TEST_F(FilesTest, AFileThatStaysKeepsItsRowAndTheNextOneGoes) {
-    start();
-    GridView& list = session_->open(kFileList);
-    session_->sortByName(list);
+    GridView& list = startWithList();
     fs::remove(at("src/b.txt"));
     folder("src/b.txt");
-    for (std::size_t i = 0; i < 3; ++i)
-        ListSession::clickOn(list, i, i > 0 ? Qt::ControlModifier : Qt::NoModifier);
+    selectFirst(list, 3);
     std::string text;
     answer(s(), "Ja");
     answer(s(), "OK", &text);
@@ -148,12 +157,9 @@ TEST_F(FilesTest, AFileThatStaysKeepsItsRowAndTheNextOneGoes) {
 }
 
 TEST_F(FilesTest, RecycledFilesLieInTheTrash) {
-    start();
-    GridView& list = session_->open(kFileList);
-    session_->sortByName(list);
+    GridView& list = startWithList();
     ListSession::clickOn(list, 0);
-    answer(s(), "Ja");
-    session_->press(kFileList, 321);
+    deleteInList(321);
     EXPECT_FALSE(there("src/a.txt"));
     EXPECT_NE(protocol().find("PAPIERKORB: " + at("src/a.txt")), std::string::npos);
     EXPECT_EQ(fs::file_size(s().trash() + "/files/a.txt"), 100u);
@@ -187,11 +193,8 @@ TEST_F(FilesTest, SelectedFoldersGoParentAndChildTogetherAndNumbersStay) {
 }
 
 TEST_F(FilesTest, StopEndsBetweenTwoRowsAndNothingElseBeginsMeanwhile) {
-    start();
-    GridView& list = session_->open(kFileList);
-    session_->sortByName(list);
-    for (std::size_t i = 0; i < 3; ++i)
-        ListSession::clickOn(list, i, i > 0 ? Qt::ControlModifier : Qt::NoModifier);
+    GridView& list = startWithList();
+    selectFirst(list, 3);
     int operations = 0;
     s().operations().before = [&](OperationWatch& watch) {
         ++operations;
@@ -205,8 +208,7 @@ TEST_F(FilesTest, StopEndsBetweenTwoRowsAndNothingElseBeginsMeanwhile) {
         s().form().handOver(at("src/other"));
         s().click("cbrMain.3");
     };
-    answer(s(), "Ja");
-    session_->press(kFileList, 320);
+    deleteInList();
     s().operations().before = [](OperationWatch&) {};
 
     EXPECT_EQ(operations, 1);
@@ -245,9 +247,7 @@ TEST_F(FilesTest, AFolderThatHoldsTheHomeStaysAndTheUserIsToldWhy) {
 }
 
 TEST_F(FilesTest, F2RenamesInTheCell) {
-    start();
-    GridView& list = session_->open(kFileList);
-    session_->sortByName(list);
+    GridView& list = startWithList();
     ListSession::clickOn(list, 0);
     const auto rename = [&](GridView& view, const QString& name, Qt::Key end) {
         s().key(view, Qt::Key_F2);
@@ -276,21 +276,13 @@ TEST_F(FilesTest, F2RenamesInTheCell) {
 }
 
 TEST_F(FilesTest, AProgramIsNotOpenedWithoutAQuestion) {
-    start();
-    GridView& list = session_->open(kFileList);
-    session_->sortByName(list);
+    GridView& list = startWithList();
     s().desktop.runs = true;
-    const auto doubleClick = [&] {
-        const QPoint at = ListSession::place(list, 0);
-        QTest::mouseClick(list.viewport(), Qt::LeftButton, {}, at);
-        QTest::mouseDClick(list.viewport(), Qt::LeftButton, {}, at);
-        QTest::mouseRelease(list.viewport(), Qt::LeftButton, {}, at);
-    };
     s().answers.add([](QDialog& dialog) { QTest::keyClick(&dialog, Qt::Key_Return); });
-    doubleClick();
+    ListSession::doubleClickOn(list, 0);
     EXPECT_TRUE(s().desktop.opened.empty());
     answer(s(), "Ja");
-    doubleClick();
+    ListSession::doubleClickOn(list, 0);
     EXPECT_EQ(s().desktop.opened, (Names{at("src/a.txt")}));
 }
 
@@ -306,8 +298,7 @@ TEST_F(FilesTest, TheFolderThatIsListedIsReadAgainWhicheverRowIsCurrent) {
         GridView& list = s().window().grid(GridId::kFiles);
         session_->sortByName(list);
         ListSession::clickOn(list, 0);
-        answer(s(), "Ja");
-        session_->press(kFileList, 320);
+        deleteInList();
         EXPECT_EQ(numbers(s().grid()), numbersOfAFreshScan()) << folder;
     }
     EXPECT_FALSE(there("src/sub/d.txt") || there("src/sub/deep/e.txt"));
@@ -315,9 +306,7 @@ TEST_F(FilesTest, TheFolderThatIsListedIsReadAgainWhicheverRowIsCurrent) {
 }
 
 TEST_F(FilesTest, AListsMenuIsForOneOrForSeveral) {
-    start();
-    GridView& list = session_->open(kFileList);
-    session_->sortByName(list);
+    GridView& list = startWithList();
     ListSession::clickOn(list, 0);
     {
         MenuAnswer menu("Datei umbenennen");

@@ -6,12 +6,7 @@
 #include <QApplication>
 #include <QHeaderView>
 #include <QTest>
-#include <memory>
-#include <set>
 #include <stdexcept>
-#include <string>
-#include <utility>
-#include <vector>
 
 #include "gui/recording_events.h"
 #include "platform/qt/grid_view.h"
@@ -72,6 +67,8 @@ struct GridViewTest : testing::Test {
     void addRoots(std::size_t count) {
         for (std::size_t i = 0; i < count; ++i) grid.addRow(kNoRow, "r" + std::to_string(i));
     }
+    void showRoots(std::size_t count, bool tree = true) { addRoots(count), show(tree); }
+    void showTree() { addTree(), show(); }
     /// a(aa(aaa) ab) b(ba) c, with `a` unfolded.
     void addTree() {
         const Row a = grid.addRow(kNoRow, "a");

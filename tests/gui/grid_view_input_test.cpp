@@ -6,40 +6,31 @@
 namespace hl {
 namespace {
 
-// --- selection
-
 TEST_F(GridViewTest, ClicksPickAsEveryListDoes) {
-    addRoots(9);
-    show();
+    showRoots(9);
     const auto control = Qt::ControlModifier, shift = Qt::ShiftModifier;
-    struct Step {
-        const char* row;
-        Qt::KeyboardModifiers keys;
-        Qt::MouseButton button;
-        const char* picked;
-        const char* told;
-    };
+    using Step = std::tuple<const char*, Qt::KeyboardModifiers, Qt::MouseButton, const char*, const char*>;
     // One after the other.
-    for (const Step& step : {Step{"r2", {}, Qt::LeftButton, "r2 @r2", "up r2 1"},
-                             Step{"r5", shift, Qt::LeftButton, "r2 r3 r4 r5 @r5", "up r5 1s"},
-                             Step{"r1", shift, Qt::LeftButton, "r1 r2 @r1", "up r1 1s"},
-                             Step{"r7", control, Qt::LeftButton, "r1 r2 r7 @r7", "up r7 1s"},
-                             Step{"r1", control, Qt::LeftButton, "r2 r7 @r1", "up r1 1s"},
-                             Step{"r3", control | shift, Qt::LeftButton, "r1 r2 r3 r7 @r3", "up r3 1s"},
-                             Step{"r7", {}, Qt::RightButton, "r1 r2 r3 r7 @r3", "up r7 2"},
-                             Step{"none", control, Qt::LeftButton, "r1 r2 r3 r7 @r3", "up - 1s"},
-                             Step{"r8", {}, Qt::RightButton, "r8 @r8", "up r8 2"},
-                             Step{"r0", {}, Qt::MiddleButton, "r0 @r0", "up r0 4"},
-                             Step{"none", {}, Qt::LeftButton, "@r0", "up - 1"}}) {
-        click(step.row, step.keys, step.button);
-        EXPECT_EQ(picked(), step.picked) << step.row;
-        EXPECT_EQ(takeLog(), Log{step.told});
+    for (const auto& [on, keys, button, now, log] :
+         {Step{"r2", {}, Qt::LeftButton, "r2 @r2", "up r2 1"},
+          Step{"r5", shift, Qt::LeftButton, "r2 r3 r4 r5 @r5", "up r5 1s"},
+          Step{"r1", shift, Qt::LeftButton, "r1 r2 @r1", "up r1 1s"},
+          Step{"r7", control, Qt::LeftButton, "r1 r2 r7 @r7", "up r7 1s"},
+          Step{"r1", control, Qt::LeftButton, "r2 r7 @r1", "up r1 1s"},
+          Step{"r3", control | shift, Qt::LeftButton, "r1 r2 r3 r7 @r3", "up r3 1s"},
+          Step{"r7", {}, Qt::RightButton, "r1 r2 r3 r7 @r3", "up r7 2"},
+          Step{"none", control, Qt::LeftButton, "r1 r2 r3 r7 @r3", "up - 1s"},
+          Step{"r8", {}, Qt::RightButton, "r8 @r8", "up r8 2"},
+          Step{"r0", {}, Qt::MiddleButton, "r0 @r0", "up r0 4"},
+          Step{"none", {}, Qt::LeftButton, "@r0", "up - 1"}}) {
+        click(on, keys, button);
+        EXPECT_EQ(picked(), now) << on;
+        EXPECT_EQ(takeLog(), Log{log});
     }
 }
 
 TEST_F(GridViewTest, ADragPicksTheRowsItPassesAndEndsAtTheLastOne) {
-    addRoots(40);
-    show();
+    showRoots(40);
     QTest::mousePress(view->viewport(), Qt::LeftButton, {}, at("r2"));
     QTest::mouseMove(view->viewport(), at("r4"));
     EXPECT_EQ(picked(), "r2 r3 r4 @r4");
@@ -50,23 +41,19 @@ TEST_F(GridViewTest, ADragPicksTheRowsItPassesAndEndsAtTheLastOne) {
 }
 
 TEST_F(GridViewTest, KeysMoveAndPick) {
-    addRoots(100);
-    show(false);
+    showRoots(100, false);
     const auto control = Qt::ControlModifier, shift = Qt::ShiftModifier;
-    struct Step {
-        int key;
-        Qt::KeyboardModifiers keys;
-        const char* picked;
-    };
-    for (const Step& step : {Step{Qt::Key_Down, {}, "r0 @r0"}, Step{Qt::Key_Down, {}, "r1 @r1"},
-                             Step{Qt::Key_Down, shift, "r1 r2 @r2"}, Step{Qt::Key_Up, shift, "r1 @r1"},
-                             Step{Qt::Key_Up, shift, "r0 r1 @r0"}, Step{Qt::Key_Up, {}, "r0 @r0"},
-                             Step{Qt::Key_Up, {}, "r0 @r0"}, Step{Qt::Key_Down, control, "r0 @r1"},
-                             Step{Qt::Key_Down, control, "r0 @r2"}, Step{Qt::Key_Space, control, "r0 r2 @r2"},
-                             Step{Qt::Key_Space, {}, "r2 @r2"}, Step{Qt::Key_End, {}, "r99 @r99"},
-                             Step{Qt::Key_Down, {}, "r99 @r99"}, Step{Qt::Key_Home, {}, "r0 @r0"}}) {
-        key(step.key, step.keys);
-        EXPECT_EQ(picked(), step.picked) << step.key;
+    using Step = std::tuple<int, Qt::KeyboardModifiers, const char*>;
+    for (const auto& [code, keys, expected] :
+         {Step{Qt::Key_Down, {}, "r0 @r0"}, Step{Qt::Key_Down, {}, "r1 @r1"},
+          Step{Qt::Key_Down, shift, "r1 r2 @r2"}, Step{Qt::Key_Up, shift, "r1 @r1"},
+          Step{Qt::Key_Up, shift, "r0 r1 @r0"}, Step{Qt::Key_Up, {}, "r0 @r0"},
+          Step{Qt::Key_Up, {}, "r0 @r0"}, Step{Qt::Key_Down, control, "r0 @r1"},
+          Step{Qt::Key_Down, control, "r0 @r2"}, Step{Qt::Key_Space, control, "r0 r2 @r2"},
+          Step{Qt::Key_Space, {}, "r2 @r2"}, Step{Qt::Key_End, {}, "r99 @r99"},
+          Step{Qt::Key_Down, {}, "r99 @r99"}, Step{Qt::Key_Home, {}, "r0 @r0"}}) {
+        key(code, keys);
+        EXPECT_EQ(picked(), expected) << code;
     }
     key(Qt::Key_PageDown);
     EXPECT_TRUE(view->viewport()->rect().contains(at(told.name(grid.currentRow()))));
@@ -78,8 +65,7 @@ TEST_F(GridViewTest, KeysMoveAndPick) {
 }
 
 TEST_F(GridViewTest, TheLogicHearsOfTheReleaseOfKeysThatMoveOrAskOncePerPress) {
-    addRoots(3);
-    show();
+    showRoots(3);
     for (const int code : {Qt::Key_Up, Qt::Key_Down, Qt::Key_F2, Qt::Key_Delete, Qt::Key_Home, Qt::Key_X})
         key(code);
     EXPECT_EQ(takeLog(), (Log{"key 38", "key 40", "key 113", "key 46", "key 40"}));
@@ -94,8 +80,7 @@ TEST_F(GridViewTest, TheLogicHearsOfTheReleaseOfKeysThatMoveOrAskOncePerPress) {
 }
 
 TEST_F(GridViewTest, TheMenuKeyIsARightClickOnTheCurrentRow) {
-    addRoots(3);
-    show();
+    showRoots(3);
     QContextMenuEvent menu(QContextMenuEvent::Keyboard, {5, 5}, {5, 5});
     QApplication::sendEvent(view->viewport(), &menu);
     EXPECT_EQ(takeLog(), Log{});
@@ -108,57 +93,45 @@ TEST_F(GridViewTest, TheMenuKeyIsARightClickOnTheCurrentRow) {
 TEST_F(GridViewTest, TypedTextFindsTheNextRowThatBeginsWithIt) {
     for (const char* text : {"Alpha", "beta", "Bravo", "b c", "Ärmel"}) grid.addRow(kNoRow, text);
     show();
-    struct Case {
-        const char* from;
-        const char* typed;
-        const char* found;
-    };
-    for (const Case& c :
+    using Case = std::tuple<const char*, const char*, const char*>;
+    for (const auto& [from, typed, found] :
          {Case{"Alpha", "b", "beta"}, Case{"Alpha", "br", "Bravo"}, Case{"beta", "b", "Bravo"},
           Case{"Alpha", "bb", "Bravo"}, Case{"b c", "a", "Alpha"}, Case{"Alpha", "b c", "b c"},
           Case{"Alpha", "x", "Alpha"}, Case{"Bravo", "BE", "beta"}}) {
         view->clearFocus();  // Ends a search.
         view->setFocus();
-        grid.setCurrentRow(row(c.from));
-        QTest::keyClicks(view.get(), c.typed);
-        EXPECT_EQ(told.name(grid.currentRow()), c.found) << c.from << c.typed;
+        grid.setCurrentRow(row(from));
+        QTest::keyClicks(view.get(), typed);
+        EXPECT_EQ(told.name(grid.currentRow()), found) << from << typed;
     }
 }
 
-// --- folding
-
 TEST_F(GridViewTest, TreeKeysFoldAndMove) {
-    addTree();
-    show();
-    struct Step {
-        int key;
-        const char* picked;
-        const char* shown;
-        Log told;
-    };
+    showTree();
+    using Step = std::tuple<int, const char*, const char*, Log>;
     grid.setCurrentRow(row("a"));
-    for (const Step& step : {Step{Qt::Key_Right, "aa @aa", "a aa ab b c ", {"key 40"}},
-                             Step{Qt::Key_Right, "aa @aa", "a aa aaa ab b c ", {"fold aa"}},
-                             Step{Qt::Key_Right, "aaa @aaa", "a aa aaa ab b c ", {"key 40"}},
-                             Step{Qt::Key_Right, "aaa @aaa", "a aa aaa ab b c ", {}},
-                             Step{Qt::Key_Left, "aa @aa", "a aa aaa ab b c ", {"key 40"}},
-                             Step{Qt::Key_Left, "aa @aa", "a aa ab b c ", {"fold aa"}},
-                             Step{Qt::Key_Plus, "aa @aa", "a aa aaa ab b c ", {"fold aa"}},
-                             Step{Qt::Key_Plus, "aa @aa", "a aa aaa ab b c ", {}},
-                             Step{Qt::Key_Left, "aa @aa", "a aa ab b c ", {"fold aa"}},
-                             Step{Qt::Key_Left, "a @a", "a aa ab b c ", {"key 40"}},
-                             Step{Qt::Key_Minus, "a @a", "a b c ", {"fold a"}},
-                             Step{Qt::Key_Asterisk, "a @a", "a aa aaa ab b c ", {"fold a"}}}) {
-        key(step.key);
-        EXPECT_EQ(picked(), step.picked);
-        EXPECT_EQ(shown(), step.shown);
-        EXPECT_EQ(takeLog(), step.told);
+    for (const auto& [code, now, rows, log] :
+         {Step{Qt::Key_Right, "aa @aa", "a aa ab b c ", {"key 40"}},
+          Step{Qt::Key_Right, "aa @aa", "a aa aaa ab b c ", {"fold aa"}},
+          Step{Qt::Key_Right, "aaa @aaa", "a aa aaa ab b c ", {"key 40"}},
+          Step{Qt::Key_Right, "aaa @aaa", "a aa aaa ab b c ", {}},
+          Step{Qt::Key_Left, "aa @aa", "a aa aaa ab b c ", {"key 40"}},
+          Step{Qt::Key_Left, "aa @aa", "a aa ab b c ", {"fold aa"}},
+          Step{Qt::Key_Plus, "aa @aa", "a aa aaa ab b c ", {"fold aa"}},
+          Step{Qt::Key_Plus, "aa @aa", "a aa aaa ab b c ", {}},
+          Step{Qt::Key_Left, "aa @aa", "a aa ab b c ", {"fold aa"}},
+          Step{Qt::Key_Left, "a @a", "a aa ab b c ", {"key 40"}},
+          Step{Qt::Key_Minus, "a @a", "a b c ", {"fold a"}},
+          Step{Qt::Key_Asterisk, "a @a", "a aa aaa ab b c ", {"fold a"}}}) {
+        key(code);
+        EXPECT_EQ(picked(), now);
+        EXPECT_EQ(shown(), rows);
+        EXPECT_EQ(takeLog(), log);
     }
 }
 
 TEST_F(GridViewTest, TheBranchMarkFoldsAndDoesNothingElse) {
-    addTree();
-    show();
+    showTree();
     QTest::mouseClick(view->viewport(), Qt::LeftButton, {}, branchOf("aa"));
     EXPECT_EQ(shown(), "a aa aaa ab b c ");
     doubleClick(view->viewport(), branchOf("b"));
@@ -170,8 +143,7 @@ TEST_F(GridViewTest, TheBranchMarkFoldsAndDoesNothingElse) {
 }
 
 TEST_F(GridViewTest, ADoubleClickElsewhereIsLeftToTheLogic) {
-    addTree();
-    show();
+    showTree();
     doubleClick(view->viewport(), at("b"));
     EXPECT_EQ(takeLog(), (Log{"up b 1", "double"}));
     EXPECT_EQ(shown(), "a aa ab b c ");
@@ -180,8 +152,7 @@ TEST_F(GridViewTest, ADoubleClickElsewhereIsLeftToTheLogic) {
 }
 
 TEST_F(GridViewTest, WhatIsPickedInAFoldedRowGoesToTheRow) {
-    addTree();
-    show();
+    showTree();
     click("aa");
     click("b", Qt::ControlModifier);
     click("ab", Qt::ControlModifier);
@@ -190,8 +161,7 @@ TEST_F(GridViewTest, WhatIsPickedInAFoldedRowGoesToTheRow) {
 }
 
 TEST_F(GridViewTest, InputDoesNothingWhileTheGridIsLocked) {
-    addTree();
-    show();
+    showTree();
     for (const bool redraw : {true, false}) {
         grid.setEnabled(!redraw);
         grid.setRedraw(redraw);

@@ -7,11 +7,8 @@
 namespace hl {
 namespace {
 
-// --- what it costs
-
 TEST_F(GridViewTest, PaintingAsksForTheTextsOfRowsOnScreenAlone) {
-    addRoots(50000);
-    show();
+    showRoots(50000);
     view->scrollIntoView(grid.rowAt(30000));
     asked.clear();
     view->grab();
@@ -54,11 +51,8 @@ TEST_F(GridViewTest, AColumnIsMeasuredByABoundedSampleAndByTheRootRows) {
     }
 }
 
-// --- changes of the grid
-
 TEST_F(GridViewTest, TheTopRowStaysOnTopWhateverIsAddedAboveIt) {
-    addRoots(500);
-    show();
+    showRoots(500);
     const Row top = grid.rowAt(200);
     grid.setTopRow(top);
     QTest::qWait(0);
@@ -73,8 +67,7 @@ TEST_F(GridViewTest, TheTopRowStaysOnTopWhateverIsAddedAboveIt) {
 }
 
 TEST_F(GridViewTest, AtTheVeryTopTheFirstRowIsShownWhateverItIs) {
-    addRoots(500);
-    show();
+    showRoots(500);
     EXPECT_EQ(told.name(grid.topRow()), "r0");
     grid.levelSort(0) = {.key = "", .numbers = false, .descending = true};
     grid.sortLevels(0);
@@ -82,8 +75,7 @@ TEST_F(GridViewTest, AtTheVeryTopTheFirstRowIsShownWhateverItIs) {
 }
 
 TEST_F(GridViewTest, WhatTheUserScrollsToIsTheGridsTopRowAlsoBetweenTwoChanges) {
-    addRoots(500);
-    show();
+    showRoots(500);
     view->verticalScrollBar()->setValue(100);
     EXPECT_EQ(told.name(grid.topRow()), "r100");
     grid.addRow(kNoRow, "late");
@@ -93,8 +85,7 @@ TEST_F(GridViewTest, WhatTheUserScrollsToIsTheGridsTopRowAlsoBetweenTwoChanges) 
 }
 
 TEST_F(GridViewTest, ANewCurrentRowComesIntoSightAndAnUnchangedOneDoesNotScroll) {
-    addRoots(500);
-    show();
+    showRoots(500);
     grid.setCurrentRow(grid.rowAt(300));
     QTest::qWait(0);
     EXPECT_TRUE(view->viewport()->rect().contains(at("r300")));
@@ -106,15 +97,13 @@ TEST_F(GridViewTest, ANewCurrentRowComesIntoSightAndAnUnchangedOneDoesNotScroll)
 }
 
 TEST_F(GridViewTest, ScrollingToAHiddenRowUnfoldsWhatHidesIt) {
-    addTree();
-    show();
+    showTree();
     view->scrollIntoView(row("aaa"));
     EXPECT_EQ(shown(), "a aa aaa ab b c ");
 }
 
 TEST_F(GridViewTest, ARepaintWhileRedrawIsOffShowsNoRowThatIsGone) {
-    addRoots(300);
-    show();
+    showRoots(300);
     grid.setTopRow(grid.rowAt(100));
     view->grab();
     grid.setRedraw(false);
@@ -130,8 +119,7 @@ TEST_F(GridViewTest, ARepaintWhileRedrawIsOffShowsNoRowThatIsGone) {
 }
 
 TEST_F(GridViewTest, AnErrorInAPaintIsToldAndTheViewGoesOn) {
-    addTree();
-    show();
+    showTree();
     broken = true;
     view->grab();
     EXPECT_EQ(takeLog().at(0), "fault GridView::paintEvent");
@@ -142,11 +130,8 @@ TEST_F(GridViewTest, AnErrorInAPaintIsToldAndTheViewGoesOn) {
     EXPECT_EQ(takeLog(), Log{});
 }
 
-// --- columns
-
 TEST_F(GridViewTest, ATitleClickNamesTheGridsColumnAlsoBehindAHiddenOne) {
-    addTree();
-    show();
+    showTree();
     grid.changeColumn(1).visible = false;
     QTest::qWait(0);
     EXPECT_TRUE(view->isColumnHidden(1));
@@ -160,8 +145,7 @@ TEST_F(GridViewTest, ATitleClickNamesTheGridsColumnAlsoBehindAHiddenOne) {
 }
 
 TEST_F(GridViewTest, ADragOfABorderIsToldOnceBeforeTheClickThatEndsIt) {
-    addTree();
-    show();
+    showTree();
     QWidget* titles = view->horizontalHeader()->viewport();
     const QPoint from = border(0);
     const int before = view->columnWidth(0);
@@ -180,8 +164,7 @@ TEST_F(GridViewTest, ADragOfABorderIsToldOnceBeforeTheClickThatEndsIt) {
 }
 
 TEST_F(GridViewTest, ADoubleClickOnABorderFitsTheColumn) {
-    addTree();
-    show();
+    showTree();
     view->autosizeColumn(0, 96);
     const double fitting = grid.columns()[0].width;
     grid.changeColumn(0).width = 333;
@@ -205,8 +188,6 @@ TEST_F(GridViewTest, TheHeightFollowsRowsAndFontAlsoWhileRedrawIsOff) {
     EXPECT_GT(view->heightOfRows(), three * 2);
     EXPECT_EQ(view->gridFont().name, "no such font");
 }
-
-// --- colours
 
 TEST(GridColors, TextCanBeReadOnEveryShadeInALightAndADarkPalette) {
     for (const auto& [base, text] : {std::pair{QColor(Qt::white), QColor(Qt::black)},

@@ -2,9 +2,6 @@
 #include <QMenu>
 #include <QTimer>
 #include <QToolButton>
-#include <functional>
-#include <map>
-#include <set>
 
 #include "gui/window_bars_fixture.h"
 #include "platform/qt/qt_convert.h"
@@ -98,13 +95,14 @@ class KeyboardTest : public test::WindowBars {
             if (each.starts_with("execute")) commands.insert(each);
         return commands;
     }
+    static std::string command(const CommandBar& bar, const BarEntry& entry) {
+        return "execute " + std::to_string(static_cast<int>(bar.id())) + " " + std::to_string(entry.id);
+    }
     static void expect(const CommandBar& bar, const std::vector<BarEntry>& entries, Commands& all) {
         for (const BarEntry& entry : entries) {
-            const bool command = entry.kind == EntryKind::kButton || entry.kind == EntryKind::kSplitButton ||
-                                 entry.kind == EntryKind::kCheckBox;
-            if (command && entry.enabled && entry.visible)
-                all.insert("execute " + std::to_string(static_cast<int>(bar.id())) + " " +
-                           std::to_string(entry.id));
+            const bool works = entry.kind == EntryKind::kButton || entry.kind == EntryKind::kSplitButton ||
+                               entry.kind == EntryKind::kCheckBox;
+            if (works && entry.enabled && entry.visible) all.insert(command(bar, entry));
             expect(bar, entry.list, all);
         }
     }
@@ -114,14 +112,17 @@ class KeyboardTest : public test::WindowBars {
             expect(*bar, bar->entries(), all);
         return all;
     }
+    void expectAllReached() {
+        pressAllWithKeys();
+        const Commands done = told();
+        EXPECT_GT(wanted().size(), 50U);
+        for (const std::string& one : wanted()) EXPECT_TRUE(done.contains(one)) << one;
+    }
 };
 
 TEST_F(KeyboardTest, EveryCommandIsReachedWithTabArrowsAndSpace) {
     show();
-    pressAllWithKeys();
-    const Commands done = told();
-    EXPECT_GT(wanted().size(), 50U);
-    for (const std::string& command : wanted()) EXPECT_TRUE(done.contains(command)) << command;
+    expectAllReached();
 }
 
 TEST_F(KeyboardTest, EveryCommandIsReachedWhereTheWindowIsNarrowAndBarsClip) {
@@ -130,9 +131,7 @@ TEST_F(KeyboardTest, EveryCommandIsReachedWhereTheWindowIsNarrowAndBarsClip) {
             << "needs a screen: offscreen, a menu with an edit box keeps the keyboard when it closes";
     for (CommandBar* bar : bars.all()) bar->setClips(true);
     show(420, 600);
-    pressAllWithKeys();
-    const Commands done = told();
-    for (const std::string& command : wanted()) EXPECT_TRUE(done.contains(command)) << command;
+    expectAllReached();
 }
 
 TEST_F(KeyboardTest, TabGoesFromABarToItsGridAndOnToTheNextPane) {
@@ -165,21 +164,19 @@ TEST_F(KeyboardTest, EveryAcceleratorPressesItsCommandFromWhereverTheFocusIs) {
     std::map<int, std::string> keys;
     for (const CommandBar* bar : {&bars.cbrMain, &bars.cbrReport, &bars.cbrDrives})
         for (const BarEntry& entry : bar->entries())
-            if (entry.key != 0 && entry.enabled)
-                keys[entry.key] =
-                    "execute " + std::to_string(static_cast<int>(bar->id())) + " " + std::to_string(entry.id);
+            if (entry.key != 0 && entry.enabled) keys[entry.key] = command(*bar, entry);
     EXPECT_GT(keys.size(), 12U);
     QWidget* const places[] = {&window->grid(GridId::kReport), &window->grid(GridId::kDrives),
                                window->frame().findChild<QWidget*>(QStringLiteral("cboOrdner")),
                                window->frame().findChild<QWidget*>(QStringLiteral("cbrReport.29"))};
     for (QWidget* place : places) {
         ASSERT_NE(place, nullptr);
-        for (const auto& [code, command] : keys) {
+        for (const auto& [code, executed] : keys) {
             place->setFocus();
             events.told.clear();
             const bool function = code >= 112;
             key(function ? Qt::Key_F1 + code - 112 : code, function ? Qt::NoModifier : Qt::ControlModifier);
-            EXPECT_EQ(events.told, std::vector<std::string>{command}) << nameOf(place);
+            EXPECT_EQ(events.told, std::vector<std::string>{executed}) << nameOf(place);
         }
     }
 }

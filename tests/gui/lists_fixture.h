@@ -31,6 +31,11 @@ inline const std::string kBytes = "\xff\xfe odd \x80 #%41?.txt";
 class ListSession : public Session {
   public:
     using Session::Session;
+    /// One that has started and read a folder.
+    ListSession(const std::string& home, const std::string& source) : Session(home) {
+        start();
+        scan(source);
+    }
     /// Wide enough for all entries of a bar. The screen of the offscreen platform is not.
     void start() {
         Session::start();
@@ -91,6 +96,12 @@ class ListSession : public Session {
     static void clickOn(GridView& view, std::size_t index, Qt::KeyboardModifiers keys = {}) {
         QTest::mouseClick(view.viewport(), Qt::LeftButton, keys, place(view, index));
         settle();
+    }
+    static void doubleClickOn(GridView& view, std::size_t index) {
+        const QPoint at = place(view, index);
+        QTest::mouseClick(view.viewport(), Qt::LeftButton, {}, at);
+        QTest::mouseDClick(view.viewport(), Qt::LeftButton, {}, at);
+        QTest::mouseRelease(view.viewport(), Qt::LeftButton, {}, at);
     }
     /// In the format of that letter.
     std::string saved(const ListInfo& list, Qt::Key format, const std::string& target) {

@@ -14,13 +14,9 @@ namespace {
 namespace fs = std::filesystem;
 using namespace test;
 
-// --- titles, search, columns
-
 TEST_F(ListsTest, EachTitleClickSortsByItsColumnAndTurnsTheOrderButOneThatEndsADragDoesNot) {
     someTree();
-    ListSession s(home.path());
-    s.start();
-    s.scan(at("src"));
+    ListSession s(home.path(), at("src"));
     for (const ListInfo& list : kAll) {
         GridView& view = s.open(list);
         const Grid& grid = view.grid();
@@ -42,6 +38,7 @@ TEST_F(ListsTest, EachTitleClickSortsByItsColumnAndTurnsTheOrderButOneThatEndsAD
             }
         }
         s.clickTitleOf(view, 0);
+        EXPECT_EQ(grid.topRow(), grid.rowAt(0));
         const Names before = s.names(view);
         auto* titles = view.horizontalHeader()->viewport();
         const QPoint border = s.title(view, 0) + QPoint((view.columnWidth(0) - 1) / 2, 0),
@@ -58,9 +55,7 @@ TEST_F(ListsTest, EachTitleClickSortsByItsColumnAndTurnsTheOrderButOneThatEndsAD
 
 TEST_F(ListsTest, ASearchGoesOnBehindTheCurrentRowWrapsAroundAndKeepsTheFocusInItsBox) {
     someTree();
-    ListSession s(home.path());
-    s.start();
-    s.scan(at("src"));
+    ListSession s(home.path(), at("src"));
     const struct {
         const ListInfo& list;
         const char* part;
@@ -93,9 +88,7 @@ TEST_F(ListsTest, ColumnsGoAndComeBackAndSizesFollowTheirUnit) {
     someTree();
     file("src/large", 5 << 20);
     link("src/large", "src/sub/large");
-    ListSession s(home.path());
-    s.start();
-    s.scan(at("src"));
+    ListSession s(home.path(), at("src"));
     for (const ListInfo& list : kWithFiles) {
         GridView& view = s.open(list);
         const auto all = view.shownColumns();
@@ -116,8 +109,6 @@ TEST_F(ListsTest, ColumnsGoAndComeBackAndSizesFollowTheirUnit) {
     }
 }
 
-// --- icons, selection, status, opening
-
 TEST_F(ListsTest, OnlyRowsThatShowGetTheirIcons) {
     options("ShowIcons=1\r\nShowIconsTop=1\r\nShowIconsHardlinks=1\r\nTOPmaxcount=400\r\n");
     folder("src/sub");
@@ -125,9 +116,7 @@ TEST_F(ListsTest, OnlyRowsThatShowGetTheirIcons) {
         file("src/" + std::to_string(i), i);
         link("src/" + std::to_string(i), "src/sub/" + std::to_string(i));
     }
-    ListSession s(home.path());
-    s.start();
-    s.scan(at("src"));
+    ListSession s(home.path(), at("src"));
     for (const ListInfo& list : kWithFiles) {
         GridView& view = s.open(list);
         const auto withIcon = [&] {
@@ -163,9 +152,7 @@ TEST_F(ListsTest, OnlyRowsThatShowGetTheirIcons) {
 
 TEST_F(ListsTest, TheStatusTellsTheListAndWhatIsSelected) {
     someTree();
-    ListSession s(home.path());
-    s.start();
-    s.scan(at("src"));
+    ListSession s(home.path(), at("src"));
     const std::string whole[] = {"6 Datei(en) mit insgesamt 2.100 Bytes", "12 Datei(en)", "12 Datei(en)",
                                  "3 Junction(s)"};
     for (std::size_t i = 0; i < 4; ++i) {
@@ -197,50 +184,38 @@ TEST_F(ListsTest, ADoubleClickOpensFilesOfAnyNameAndNothingInTheJunctions) {
     file("src/" + kBytes, 5);
     fs::create_hard_link(at("src/") + kBytes, at("src/second"));
     fs::create_directory_symlink(tree.path(), at("src/link"));
-    ListSession s(home.path());
-    s.start();
-    s.scan(at("src"));
+    ListSession s(home.path(), at("src"));
     for (const ListInfo& list : kAll) {
         GridView& view = s.open(list);
         const Names names = s.names(view);
         for (std::size_t i = 0; i < names.size(); ++i) {
-            const QPoint at = s.place(view, i);
-            QTest::mouseClick(view.viewport(), Qt::LeftButton, {}, at);
-            QTest::mouseDClick(view.viewport(), Qt::LeftButton, {}, at);
-            QTest::mouseRelease(view.viewport(), Qt::LeftButton, {}, at);
+            s.doubleClickOn(view, i);
             if (list.id == GridId::kJunctions) continue;
             ASSERT_FALSE(s.desktop.opened.empty()) << list.bar;
-            EXPECT_EQ(s.desktop.opened.back(), this->at("src/") + names[i]);
+            EXPECT_EQ(s.desktop.opened.back(), at("src/") + names[i]);
         }
     }
     EXPECT_EQ(s.desktop.opened.size(), 6U);
 }
 
-// --- largest files
-
 TEST_F(ListsTest, TheBoxOfTheLengthTurnsWhatIsNoneIntoOneAndKeepsTheFocusThen) {
     ListSession s(home.path());
     s.start();
     GridView& view = s.open(kTopList);
-    const struct {
-        const char* typed;
-        const char* kept;
-    } cases[] = {{"abc", "100"}, {"3", "5"}, {"30", "30"}, {"7x", "100"}, {"-1", "5"}};
-    for (const auto& c : cases)
+    const char* const cases[][2] = {{"abc", "100"}, {"3", "5"}, {"30", "30"}, {"7x", "100"}, {"-1", "5"}};
+    for (const auto& [typed, kept] : cases)
         for (const bool mouse : {false, true}) {
-            s.typeIn(kTopList, 322, c.typed, mouse ? Qt::Key_Home : Qt::Key_Tab);
+            s.typeIn(kTopList, 322, typed, mouse ? Qt::Key_Home : Qt::Key_Tab);
             if (mouse) QTest::mouseClick(view.viewport(), Qt::LeftButton, {}, {9, 9});
             s.settle();
-            EXPECT_EQ(s.edit(kTopList, 322).text().toStdString(), c.kept) << c.typed;
-            EXPECT_EQ(s.edit(kTopList, 322).hasFocus(), std::string(c.typed) != c.kept) << c.typed << mouse;
+            EXPECT_EQ(s.edit(kTopList, 322).text().toStdString(), kept) << typed;
+            EXPECT_EQ(s.edit(kTopList, 322).hasFocus(), std::string(typed) != kept) << typed << mouse;
         }
 }
 
 TEST_F(ListsTest, TheRowUnderThePointerTellsItsFolder) {
     someTree();
-    ListSession s(home.path());
-    s.start();
-    s.scan(at("src"));
+    ListSession s(home.path(), at("src"));
     GridView& view = s.open(kTopList);
     const auto note = [&](std::size_t i) { return std::string(view.grid().rowNote(view.grid().rowAt(i))); };
     for (const std::size_t row : {3U, 4U}) {

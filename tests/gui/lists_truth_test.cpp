@@ -1,8 +1,5 @@
 // What the four lists hold, compared with what the system says of the tree, and what is saved of them.
-#include <sys/stat.h>
 
-#include <algorithm>
-#include <map>
 #include <random>
 
 #include "gui/lists_fixture.h"
@@ -14,13 +11,9 @@ namespace {
 namespace fs = std::filesystem;
 using namespace test;
 
-// --- files of a folder
-
 TEST_F(ListsTest, FilesFollowTheSelectedFolderAndAreReadAgainOnlyWhenAsked) {
     smallTree();
-    ListSession s(home.path());
-    s.start();
-    s.scan(at("src"));
+    ListSession s(home.path(), at("src"));
     GridView& view = s.window().grid(GridId::kFiles);
     s.key(s.view(), Qt::Key_F8);
     s.clickRow("a");
@@ -64,8 +57,6 @@ TEST_F(ListsTest, EscapeInTheMiddleKeepsTheFilesThatWereReadWithTheirSum) {
     s.press(kFileList, 300);
     EXPECT_EQ(view.grid().rowCount(), std::size_t{kCount});
 }
-
-// --- largest files
 
 struct FoundFile {
     std::string path;
@@ -138,8 +129,6 @@ TEST_F(ListsTest, AListThatIsSortedOtherwiseIsCutByThatOrder) {
     EXPECT_EQ(s.names(view), (Names{"10", "11", "12", "13", "14", "15"}));
 }
 
-// --- hardlinks, junctions, saving
-
 TEST_F(ListsTest, HardlinksAreThoseOfTheInodesAndAnalyseStandsThemTogetherAndShadesThem) {
     for (const char* path : {"none", "one", "two", "many/a", "many/b", "out"}) folder(path);
     for (int i = 0; i < 700; ++i) {
@@ -199,9 +188,7 @@ TEST_F(ListsTest, JunctionsAreTheLinksToFoldersWithTheirTargetsInAnyBytes) {
     for (const auto& [name, target] : links) fs::create_directory_symlink(target, at("src/") + name);
     for (const char* file : {"file", "nowhere", "self"}) fs::create_symlink(file, at("src/to ") + file);
     fs::create_symlink("self", at("src/self"));
-    ListSession s(home.path());
-    s.start();
-    s.scan(at("src"));
+    ListSession s(home.path(), at("src"));
     GridView& view = s.open(kJunctionList);
     std::map<std::string, std::string> shown;
     for (Row row = view.grid().firstRoot(); row != kNoRow; row = view.grid().nextSibling(row)) {
@@ -219,9 +206,7 @@ TEST_F(ListsTest, EachListIsSavedInBothFormatsWithTheColumnsThatShow) {
     fs::create_hard_link(at("src/") + kBytes, at("src/b.txt"));
     fs::create_directory_symlink(kBytes + "dir", at("src/link"));
     folder("src/" + kBytes + "dir");
-    ListSession s(home.path());
-    s.start();
-    s.scan(at("src"));
+    ListSession s(home.path(), at("src"));
     for (const ListInfo& list : kAll) {
         GridView& view = s.open(list);
         if (list.id != GridId::kJunctions) s.press(list, 311);

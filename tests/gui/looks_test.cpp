@@ -1,5 +1,4 @@
 // What a user would see at once: numbers that are cut, rows that are hidden, texts that cannot be read.
-#include <gtest/gtest.h>
 
 #include <QScrollBar>
 

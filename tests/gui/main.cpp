@@ -2,7 +2,6 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
-#include <string_view>
 
 namespace hl::test {
 /// A session in a process of its own, for what a process does once: see program_window_test.cpp.

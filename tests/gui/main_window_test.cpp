@@ -1,6 +1,5 @@
 // The window at work: scans, the report, panels. Trees are read from the disk.
 #include <algorithm>
-#include <stdexcept>
 
 #include "gui/window_fixture.h"
 #include "scan/records.h"
@@ -85,27 +84,6 @@ TEST_F(MainWindowTest, AReportIsUnfoldedSortedAndSearched) {
     EXPECT_EQ(s.rows(), "src Dateien b a Dateien aa");
     s.click("cbrReport.11");
     EXPECT_EQ(s.numbers("src").substr(0, 5), "0,45|");
-}
-
-TEST_F(MainWindowTest, ListsExcludeEachOtherAndTheLastPanelStays) {
-    s.start();
-    const struct {
-        const char* entry;
-        const char* panes;
-    } cases[] = {{"cbrMain.307", "tvwPL lvwDiskinfo lvwTOP"},
-                 {"cbrMain.306", "tvwPL lvwDiskinfo lvwFiles"},
-                 {"cbrMain.21", "tvwPL lvwFiles"},
-                 {"cbrMain.33", "lvwFiles"},
-                 {"cbrMain.306", "lvwFiles"},
-                 {"cbrMain.33", "tvwPL lvwFiles"},
-                 {"cbrReport.323", "tvwPL"},
-                 {"cbrMain.33", "tvwPL"},
-                 {"cbrMain.307", "tvwPL lvwTOP"}};
-    EXPECT_EQ(s.panes(), "tvwPL lvwDiskinfo lvwFiles");
-    for (const auto& c : cases) {
-        s.click(c.entry);
-        EXPECT_EQ(s.panes(), c.panes) << c.entry;
-    }
 }
 
 TEST_F(MainWindowTest, ARescanFindsWhatHasGrown) {

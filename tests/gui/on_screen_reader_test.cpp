@@ -4,7 +4,6 @@
 #include <QGuiApplication>
 #include <QProcess>
 #include <QProcessEnvironment>
-#include <filesystem>
 
 #include "support/temp_dir.h"
 #include "support/whole_files.h"

@@ -1,15 +1,10 @@
 // The preview in the window: it follows the selection of the list.
-#include <gtest/gtest.h>
-#include <sys/stat.h>
 
-#include <QDialog>
 #include <QLabel>
-#include <filesystem>
 
 #include "platform/linux/preview_tools.h"
 #include "platform/qt/preview_area.h"
 #include "platform/qt/preview_texts.h"
-#include "support/whole_files.h"
 #include "window_fixture.h"
 
 namespace hl::test {

@@ -1,11 +1,10 @@
 // The program seen from outside: what it does to others, to a missing display and to its user's folders.
 #include <QFileDialog>
 #include <QFontDialog>
-#include <chrono>
-#include <thread>
 
 #include "gui/window_fixture.h"
 #include "platform/linux/programs.h"
+#include "support/patience.h"
 #include "support/program.h"
 
 namespace hl {
@@ -19,19 +18,19 @@ int wholeSession() {
     Logic logic(home);
     int answered = 0;
     logic.onThere = [&] {
-        logic.answers.add([&](QDialog& dialog) {
-            answered += dynamic_cast<QFileDialog*>(&dialog) != nullptr ? 1 : 0;
-            choosePath(dialog, source);
-        });
+        const auto choose = [&](const std::string& path) {
+            logic.answers.add([&answered, path](QDialog& dialog) {
+                answered += dynamic_cast<QFileDialog*>(&dialog) != nullptr ? 1 : 0;
+                choosePath(dialog, path);
+            });
+        };
+        choose(source);
         logic.answers.add([&](QDialog& dialog) {
             answered += dynamic_cast<QFontDialog*>(&dialog) != nullptr ? 1 : 0;
             dialog.accept();
         });
         logic.answers.add([](QDialog& dialog) { pressIn(dialog, "OK"); });
-        logic.answers.add([&](QDialog& dialog) {
-            answered += dynamic_cast<QFileDialog*>(&dialog) != nullptr ? 1 : 0;
-            choosePath(dialog, home + "/report.txt");
-        });
+        choose(home + "/report.txt");
         QTimer::singleShot(0, [] {
             QWidget* frame = nullptr;
             for (QWidget* each : QApplication::topLevelWidgets())
@@ -58,14 +57,9 @@ int wholeSession() {
 namespace {
 
 namespace fs = std::filesystem;
+using test::comes;
 using test::Program;
 using test::TempDir;
-
-/// Waits for what another process does; half a minute is the end of all patience.
-bool comes(const std::function<bool()>& happened) {
-    for (int i = 0; i < 3000 && !happened(); ++i) std::this_thread::sleep_for(std::chrono::milliseconds(10));
-    return happened();
-}
 
 std::set<std::string> filesBelow(const std::string& folder) {
     std::set<std::string> files;
@@ -75,7 +69,6 @@ std::set<std::string> filesBelow(const std::string& folder) {
 
 TEST(ProgramWindow, ASecondStartHandsItsSourcesToTheFirst) {
     const Program program;
-    program.setOptions({});
     const TempDir tree;
     test::makeFile(tree.path() + "/x", 10);
     const auto offscreen = [&] {
@@ -96,7 +89,6 @@ TEST(ProgramWindow, ASecondStartHandsItsSourcesToTheFirst) {
 
 TEST(ProgramWindow, WithNoDisplayOneLineNamesTheWayWithoutAWindow) {
     const Program program;
-    program.setOptions({});
     for (const std::string platform : {"", "xcb", "wayland"})
         for (const std::string display : {"", ":4711"}) {
             const auto ended = program.run({"/usr"}, [&] {

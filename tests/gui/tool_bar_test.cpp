@@ -8,7 +8,6 @@
 #include <QLineEdit>
 #include <QPointer>
 #include <QTest>
-#include <set>
 
 #include "gui/recording_events.h"
 #include "platform/icons.h"
@@ -188,13 +187,10 @@ TEST(BarFlow, NothingOverlapsAndAWrappedRowBeginsWithoutASeparator) {
 }
 
 TEST(Keys, AFunctionKeyStandsAloneAndOthersGoWithCtrl) {
-    const struct {
-        int key;
-        const char* shown;
-    } cases[] = {{'N', "Ctrl+N"},  {'1', "Ctrl+1"}, {112, "F1"}, {122, "F11"},
-                 {46, "Ctrl+Del"}, {0, ""},         {7, ""}};
-    for (const auto& one : cases)
-        EXPECT_EQ(acceleratorOf(one.key).toString(QKeySequence::PortableText).toStdString(), one.shown);
+    const std::pair<int, const char*> cases[] = {{'N', "Ctrl+N"},  {'1', "Ctrl+1"}, {112, "F1"}, {122, "F11"},
+                                                 {46, "Ctrl+Del"}, {0, ""},         {7, ""}};
+    for (const auto& [key, shown] : cases)
+        EXPECT_EQ(acceleratorOf(key).toString(QKeySequence::PortableText).toStdString(), shown);
 }
 
 }  // namespace

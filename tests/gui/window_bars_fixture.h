@@ -6,7 +6,6 @@
 #include <QApplication>
 #include <QTest>
 #include <algorithm>
-#include <memory>
 
 #include "gui/recording_events.h"
 #include "mainwindow/bars.h"

@@ -16,9 +16,6 @@
 #include <QTimer>
 #include <deque>
 #include <filesystem>
-#include <memory>
-#include <optional>
-#include <set>
 
 #include "app/log.h"
 #include "app/settings.h"

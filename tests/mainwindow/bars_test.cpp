@@ -2,12 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <functional>
-#include <map>
-#include <set>
-#include <string>
-#include <vector>
-
 #include "mainwindow/bar_options.h"
 #include "support/test_texts.h"
 
@@ -82,11 +76,8 @@ TEST_F(BarsTest, TheCaptionServesWhereThereIsNoTooltip) {
 }
 
 TEST_F(BarsTest, AcceleratorsAreKeyCodes) {
-    const struct {
-        const char* key;
-        int code;
-    } cases[] = {{"", 0},    {"F1", 112},  {"F12", 123}, {"F", 'F'},
-                 {"f", 'F'}, {"F13", 'F'}, {"1", '1'},   {"s", 'S'}};
+    const std::pair<const char*, int> cases[] = {{"", 0},    {"F1", 112},  {"F12", 123}, {"F", 'F'},
+                                                 {"f", 'F'}, {"F13", 'F'}, {"1", '1'},   {"s", 'S'}};
     int id = 900;
     for (const auto& [key, code] : cases) {
         AddControl(bars.cbrMain, {.id = id, .key = key});
@@ -99,8 +90,6 @@ TEST_F(BarsTest, BeginWithTheReportAndNothingToStop) {
     EXPECT_FALSE(bars.cbrMain.find(3)->enabled);
     EXPECT_TRUE(bars.cbrMain.isChecked(33));
 }
-
-// --- options
 
 TEST_F(BarsTest, AnEntryThatIsCheckedComesBackCheckedAndNoOther) {
     build();

@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cerrno>
-
 #include "support/test_texts.h"
 #include "support/whole_files.h"
 
@@ -36,36 +34,32 @@ class Options_Form : public testing::Test {
 
 TEST_F(Options_Form, OpensWithTheFileAndRepairsTheOffer) {
     OptionsForm fresh(services);
-    EXPECT_FALSE(fresh.chkKontextmenu.checked);
-    EXPECT_TRUE(fresh.chkInstanz.checked);
+    EXPECT_TRUE(!fresh.chkKontextmenu.checked && fresh.chkInstanz.checked);
     EXPECT_EQ(fresh.txtDateFormat.text, "dd/MM/yyyy hh:nn:ss");
     test::writeFile(texts.dir.path() + "/Harborlantern.ini",
                     "[Optionen]\nKontextmenu=1\nInstanz=0\nDateFormat=yyyy\n");
     OptionsForm form(services);
-    EXPECT_TRUE(form.chkKontextmenu.checked);
-    EXPECT_FALSE(form.chkInstanz.checked);
+    EXPECT_TRUE(form.chkKontextmenu.checked && !form.chkInstanz.checked);
     EXPECT_EQ(form.txtDateFormat.text, "yyyy");
     EXPECT_EQ(verb.calls, (std::vector<std::string>{"withdrawn", "/opt/lantern"}));
 }
 
 TEST_F(Options_Form, SavesOnOkWhatTheUserChangedAndNothingElse) {
-    const struct {
-        bool activated, changed, ok, saves;
-    } cases[] = {{true, false, true, false},
-                 {false, true, true, false},
-                 {true, true, false, false},
-                 {true, true, true, true}};
-    for (const auto& c : cases) {
+    const bool cases[][4] = {{true, false, true, false},
+                             {false, true, true, false},
+                             {true, true, false, false},
+                             {true, true, true, true}};
+    for (const auto& [activated, changed, ok, saves] : cases) {
         OptionsForm frmOptionen(services);
         Form form = frmOptionen.form();
-        if (c.activated) form.activated();
+        if (activated) form.activated();
         frmOptionen.chkKontextmenu.checked = true;
         frmOptionen.txtDateFormat.text = "yyyy";
-        if (c.changed) form.items.front().changed();
-        form.buttons[c.ok ? 0 : 1].changed();
+        if (changed) form.items.front().changed();
+        form.buttons[ok ? 0 : 1].changed();
         EXPECT_FALSE(frmOptionen.loaded);
-        EXPECT_EQ(ini().find("Kontextmenu=1") != std::string::npos, c.saves);
-        EXPECT_EQ(verb.calls.back(), c.saves ? "/opt/lantern" : "withdrawn");
+        EXPECT_EQ(ini().find("Kontextmenu=1") != std::string::npos, saves);
+        EXPECT_EQ(verb.calls.back(), saves ? "/opt/lantern" : "withdrawn");
     }
     EXPECT_NE(ini().find("DateFormat=yyyy"), std::string::npos);
 }

@@ -3,11 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <map>
-#include <memory>
-#include <set>
-#include <stdexcept>
-#include <vector>
 
 #include "robustness/fakes.h"
 #include "scan/records.h"
@@ -19,7 +14,7 @@ constexpr int kPanels[] = {21, 33, 306, 307, 308, 309};
 using Checked = std::set<int>;
 
 // The form around the panes, and a window that lays them out whenever they change.
-class Panel : public testing::Test, protected PaneHost {
+class Panel : public testing::Test, protected PaneHost, protected test::FakeDiagnostics {
   protected:
     Panel() {
         for (std::size_t i = 0; i < kBarCount; ++i) {
@@ -110,10 +105,6 @@ class Panel : public testing::Test, protected PaneHost {
         asked.push_back(what + std::to_string(static_cast<int>(grid)));
     }
 
-    AppFacts app;
-    test::FakeSystemFacts system;
-    test::FakeErrorSink sink;
-    Diagnostics diagnostics{app, system, sink};
     std::array<std::unique_ptr<CommandBar>, kBarCount> own;
     std::array<CommandBar*, kBarCount> bars{};
     std::map<BarId, int> barHeights;
@@ -129,11 +120,7 @@ class Panel : public testing::Test, protected PaneHost {
 };
 
 TEST_F(Panel, ClickKeepsTheLastOneAndOneListAtMost) {
-    const struct {
-        Checked before;
-        int click;
-        Checked after;
-    } cases[] = {
+    const std::tuple<Checked, int, Checked> cases[] = {
         {{21}, 21, {21}},
         {{33}, 33, {33}},
         {{33, 306}, 306, {33}},
@@ -146,12 +133,12 @@ TEST_F(Panel, ClickKeepsTheLastOneAndOneListAtMost) {
         {{33, 306}, 27, {33, 306}},  // No panel's entry.
     };
     show(800, 500);
-    for (const auto& c : cases) {
-        change(c.before);
-        panes->PanelToggle(c.click);
-        EXPECT_EQ(checked(), c.after) << c.click;
-        const bool listFlipped = c.click > 33 && c.after != c.before;
-        EXPECT_EQ(times("preview"), listFlipped ? 1 : 0) << c.click;
+    for (const auto& [before, click, after] : cases) {
+        change(before);
+        panes->PanelToggle(click);
+        EXPECT_EQ(checked(), after) << click;
+        const bool listFlipped = click > 33 && after != before;
+        EXPECT_EQ(times("preview"), listFlipped ? 1 : 0) << click;
     }
 }
 
@@ -159,32 +146,31 @@ TEST_F(Panel, SetShowsWhatIsCheckedAndTheOptionsSayIt) {
     constexpr GridId kGrids[] = {GridId::kReport, GridId::kDrives,    GridId::kFiles,
                                  GridId::kTop,    GridId::kHardlinks, GridId::kJunctions};
     using Shown = std::set<GridId>;
-    const struct {
-        Checked on;
-        Shown shown;
-    } cases[] = {
+    const std::pair<Checked, Shown> cases[] = {
         {{33, 21, 306}, {GridId::kReport, GridId::kDrives, GridId::kFiles}},
         {{33}, {GridId::kReport}},
         {{33, 309}, {GridId::kReport, GridId::kJunctions}},
         {{21}, {GridId::kDrives}},
         {{308}, {GridId::kHardlinks}},
         {{21, 307, 308, 309}, {GridId::kDrives, GridId::kTop}},
-        {{}, {GridId::kReport}},
-    };
+        {{}, {GridId::kReport}}};
     show(800, 500);
-    for (const auto& c : cases) {
-        change(c.on);
+    for (const auto& [on, expected] : cases) {
+        change(on);
         Shown shown;
         for (const GridId grid : kGrids)
             if (of(grid).height > 0) shown.insert(grid);
-        EXPECT_EQ(shown, c.shown);
-        EXPECT_EQ(options.DiskinfoVisible, shown.contains(GridId::kDrives));
-        EXPECT_EQ(options.FilelistVisible, shown.contains(GridId::kFiles));
-        EXPECT_EQ(options.ToplistVisible, shown.contains(GridId::kTop));
-        EXPECT_EQ(options.HardlinksVisible, shown.contains(GridId::kHardlinks));
-        EXPECT_EQ(options.JunctionsVisible, shown.contains(GridId::kJunctions));
-        if (!c.on.empty()) {
-            EXPECT_EQ(status.firstTakesAll, !c.on.contains(33));
+        EXPECT_EQ(shown, expected);
+        const Flag told[] = {1,
+                             options.DiskinfoVisible,
+                             options.FilelistVisible,
+                             options.ToplistVisible,
+                             options.HardlinksVisible,
+                             options.JunctionsVisible};
+        for (std::size_t i = 1; i < std::size(kGrids); ++i)
+            EXPECT_EQ(told[i], shown.contains(kGrids[i])) << i;
+        if (!on.empty()) {
+            EXPECT_EQ(status.firstTakesAll, !on.contains(33));
         }
         asked.clear();
         panes->Form_Resize();
@@ -272,15 +258,13 @@ TEST_F(Panel, BarThatResizesWhileItIsMeasuredIsMeasuredOnce) {
 TEST_F(Panel, TooNarrowClipsItsBar) {
     show(800, 500);
     change({33, 306});
-    const struct {
-        int report;
-        bool clipsReport, clipsFiles;
-    } cases[] = {{133, true, false}, {134, false, false}, {566, false, false}, {567, false, true}};
-    for (const auto& c : cases) {
-        splitter(SplitterId::kMain).setPosition(c.report);
-        EXPECT_EQ(bar(BarId::kReport).clips(), c.clipsReport) << c.report;
-        EXPECT_EQ(bar(BarId::kFiles).clips(), c.clipsFiles) << c.report;
-        EXPECT_EQ(status.firstWidth, c.report);
+    const std::tuple<int, bool, bool> cases[] = {
+        {133, true, false}, {134, false, false}, {566, false, false}, {567, false, true}};
+    for (const auto& [report, clipsReport, clipsFiles] : cases) {
+        splitter(SplitterId::kMain).setPosition(report);
+        EXPECT_EQ(bar(BarId::kReport).clips(), clipsReport) << report;
+        EXPECT_EQ(bar(BarId::kFiles).clips(), clipsFiles) << report;
+        EXPECT_EQ(status.firstWidth, report);
     }
 }
 

@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <string>
-
 #include "base/text.h"
 #include "mainwindow/bars.h"
 #include "support/test_texts.h"
@@ -101,21 +99,16 @@ TEST_F(ToolbarStateTest, AFileCutShortAnywhereChangesNothing) {
 
 TEST_F(ToolbarStateTest, ABrokenOrForeignFileChangesNothing) {
     const std::string whole = arranged();
-    const struct {
-        const char* from;
-        const char* to;
-    } faults[] = {
-        {"Edge=bottom", "Edge=middle"},
-        {"Order=3", "Order=-1"},
-        {"Order=3", "Order=100"},
-        {"Visible=0", "Visible=2"},
-        {"Visible=0", ""},
-        {"Hidden=18", "Hidden=x"},
-        {"Hidden=18", "Hidden=99999999999"},
-        {"[cbrJunctions]", "[cbrJunction]"},
-        {"Toolbars=1", "Toolbars=2"},
-        {"Toolbars=1", "Toolbars="},
-    };
+    const char* const faults[][2] = {{"Edge=bottom", "Edge=middle"},
+                                     {"Order=3", "Order=-1"},
+                                     {"Order=3", "Order=100"},
+                                     {"Visible=0", "Visible=2"},
+                                     {"Visible=0", ""},
+                                     {"Hidden=18", "Hidden=x"},
+                                     {"Hidden=18", "Hidden=99999999999"},
+                                     {"[cbrJunctions]", "[cbrJunction]"},
+                                     {"Toolbars=1", "Toolbars=2"},
+                                     {"Toolbars=1", "Toolbars="}};
     for (const auto& [from, to] : faults) {
         ASSERT_NE(whole.find(from), std::string::npos) << from;
         expectAsBuiltFrom(replaceAll(whole, from, to), std::string(from) + " > " + to);

@@ -1,7 +1,5 @@
 #include "mainwindow/window_geometry.h"
 
-#include <gtest/gtest.h>
-
 #include "app/settings_fixture.h"
 
 namespace hl {
@@ -33,8 +31,7 @@ TEST_F(WindowGeometry, OpensWhereItFitsWhateverTheFileHolds) {
         {"TVW=-1", "570 267 781 546 146 "},
         {"TVW=11715", "570 267 781 546 781 "},
         {"Left=x\nTop=\nWidth=0\nHeight=-15\nTVW=1e9", "570 267 781 546 245 "},
-        {"Left=99999999999\nWidth=99999999999", "570 267 781 546 245 "},
-    };
+        {"Left=99999999999\nWidth=99999999999", "570 267 781 546 245 "}};
     for (const auto& [lines, place] : cases)
         EXPECT_EQ(shown(savedPlace(IniText(std::string("[Form]\n") + lines), kScreen)), place) << lines;
     const Rect second{-1920, 40, 1920, 1040};

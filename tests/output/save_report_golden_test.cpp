@@ -1,6 +1,5 @@
 // Whole reports, one for each feature of the formats, kept as files in tests/golden/.
 #include <gtest/gtest.h>
-#include <stdlib.h>
 
 #include "output/save_bench.h"
 

@@ -3,8 +3,6 @@
 #include <gtest/gtest.h>
 #include <pthread.h>
 
-#include <filesystem>
-
 #include "output/save_bench.h"
 
 namespace hl {
@@ -39,8 +37,6 @@ struct CountingPump : MessagePump {
 
 class SaveReport : public testing::Test, public test::SaveBench {};
 
-// --- the form
-
 TEST_F(SaveReport, LevelsTakeDigitsAndBackspaceOnly) {
     std::u32string passed;
     for (char32_t key = 1; key < 0x3000; ++key)
@@ -66,8 +62,6 @@ TEST_F(SaveReport, OkSavesWhereTheDialogSaysOrNothingIfItIsCancelled) {
     EXPECT_EQ(linesIn(test::contentOf(answers.answer)), 2U) << "the view is folded: header and source";
 }
 
-// --- what is written
-
 TEST_F(SaveReport, TheNameDecidesTheFormatAndTheListTheDelimiter) {
     sampleTree("/srv/data");
     for (const char* name : {"a.txt", "A.TXT"}) EXPECT_TRUE(saved(name).starts_with("Größe")) << name;
@@ -81,24 +75,18 @@ TEST_F(SaveReport, TheNameDecidesTheFormatAndTheListTheDelimiter) {
 
 TEST_F(SaveReport, LevelsComeFromTheOrderOrTheControls) {
     sampleTree("/srv/data");
-    const struct {
-        std::int32_t levels;
-        SaveLevels option;
-        std::string typed;
-        std::size_t rows;
-    } cases[] = {
+    const std::tuple<std::int32_t, SaveLevels, std::string, std::size_t> cases[] = {
         {0, kSaveUnfolded, "", 8},  // A silent run's 0: everything.
-        {2, kSaveUnfolded, "", 6},      {1, kSaveAllLevels, "", 4},  {-7, kSaveUnfolded, "", 1},
-        {-1, kSaveAllLevels, "", 8},    {-1, kSaveUnfolded, "3", 1}, {-1, kSaveSomeLevels, "1", 4},
+        {2, kSaveUnfolded, "", 6},     {1, kSaveAllLevels, "", 4},  {-7, kSaveUnfolded, "", 1},
+        {-1, kSaveAllLevels, "", 8},   {-1, kSaveUnfolded, "3", 1}, {-1, kSaveSomeLevels, "1", 4},
         {-1, kSaveSomeLevels, "0", 1},  // As far as unfolded.
-        {-1, kSaveSomeLevels, "77", 8},
-    };
-    for (const auto& c : cases) {
+        {-1, kSaveSomeLevels, "77", 8}};
+    for (const auto& [levels, option, typed, rows] : cases) {
         SaveForm frmSave(services());
-        selectOption(frmSave.optLevels, static_cast<std::size_t>(c.option));
-        frmSave.txtLevels.text = c.typed;
-        EXPECT_EQ(linesIn(savedBy(frmSave, "r.csv", c.levels)), 1 + c.rows)
-            << c.levels << " " << c.option << " '" << c.typed << "'";
+        selectOption(frmSave.optLevels, static_cast<std::size_t>(option));
+        frmSave.txtLevels.text = typed;
+        EXPECT_EQ(linesIn(savedBy(frmSave, "r.csv", levels)), 1 + rows)
+            << levels << " " << option << " '" << typed << "'";
     }
 }
 
@@ -134,8 +122,6 @@ TEST_F(SaveReport, DepthTakesNoStack) {
     pthread_attr_destroy(&attributes);
     EXPECT_EQ(linesIn(test::contentOf(pathOf("deep.csv"))), 1U + 3000U);
 }
-
-// --- failures
 
 TEST_F(SaveReport, LevelsThatAreNoNumberAreAnError) {
     sampleTree("/srv/data");

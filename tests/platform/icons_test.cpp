@@ -4,12 +4,9 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <regex>
-#include <set>
-#include <string>
-#include <vector>
+
+#include "support/whole_files.h"
 
 namespace {
 
@@ -24,11 +21,6 @@ std::vector<int> allNumbers() {
                                 hl::kIconMountPoint,     hl::kIconAccessError};
     for (int command = hl::kIconNew; command <= hl::kIconAnalyze; ++command) numbers.push_back(command);
     return numbers;
-}
-
-std::string contentOf(const fs::path& file) {
-    std::ifstream in(file, std::ios::binary);
-    return {std::istreambuf_iterator<char>(in), {}};
 }
 
 /// What a drawing of 16 pixels must not have; empty if it is fit for both palettes and needs no other file.
@@ -57,7 +49,7 @@ TEST(Icons, EachNumberHasADrawingOfItsOwn) {
         EXPECT_TRUE(used.insert(names->own).second) << names->own << " stands for two";
         const fs::path file = kFolder / (std::string(names->own) + ".svg");
         ASSERT_TRUE(fs::is_regular_file(file)) << file;
-        EXPECT_EQ(faultOf(contentOf(file)), "") << file;
+        EXPECT_EQ(faultOf(hl::test::contentOf(file)), "") << file;
     }
 }
 
@@ -77,16 +69,13 @@ TEST(Icons, OtherNumbersHaveNoPicture) {
 
 TEST(Icons, UnfitDrawingsAreFound) {
     const std::string head = "<svg xmlns=\"http://www.w3.org/2000/svg\" viewBox=\"0 0 16 16\">";
-    const struct {
-        std::string svg, fault;
-    } cases[] = {
+    const std::string cases[][2] = {
         {head + "<path d=\"M1 1H2\" fill=\"none\" stroke=\"#303030\"/></svg>\n", ""},
         {head + "<path", "cut off"},
         {head + "<path d=\"M1 1\" fill=\"url(#a)\"/></svg>\n", "has url("},
         {head + "<path d=\"M1 1\" fill=\"#313131\"/></svg>\n", "has fill=\"#313131\""},
-        {head + "<path d=\"M1 1\"/></svg>\n", "black by default: <path d=\"M1 1\"/>"},
-    };
-    for (const auto& c : cases) EXPECT_EQ(faultOf(c.svg), c.fault) << c.svg;
+        {head + "<path d=\"M1 1\"/></svg>\n", "black by default: <path d=\"M1 1\"/>"}};
+    for (const auto& [svg, fault] : cases) EXPECT_EQ(faultOf(svg), fault) << svg;
 }
 
 }  // namespace

@@ -8,29 +8,21 @@ namespace hl {
 namespace {
 
 TEST(PercentBar, TintsLeaveAColourOrTurnItWhite) {
-    const struct {
-        std::uint32_t color;
-        int amount;
-        std::uint32_t tinted;
-    } cases[] = {
+    const std::tuple<std::uint32_t, int, std::uint32_t> cases[] = {
         {0x123456, 0, 0x123456},   {0x123456, 255, 0xFFFFFF}, {0x0000FF, 140, 0x8C8CFF},
         {0x0000FF, 200, 0xC8C8FF}, {0x5B963C, 140, 0xB5CFA7},  // 150 * 115 / 255 is 67.6; cut.
-        {0xFFFFFF, 77, 0xFFFFFF},
-    };
-    for (const auto& c : cases) EXPECT_EQ(tint(c.color, c.amount), c.tinted) << c.color << " " << c.amount;
+        {0xFFFFFF, 77, 0xFFFFFF}};
+    for (const auto& [color, amount, tinted] : cases)
+        EXPECT_EQ(tint(color, amount), tinted) << color << " " << amount;
 }
 
 TEST(PercentBar, IsFilledFromOneLineToAllBetweenItsInsets) {
-    const struct {
-        double percent;
-        int width, length;
-    } cases[] = {
-        {0, 100, 1},   {100, 100, 96}, {50, 105, 51},  {50, 106, 51},     {50, 108, 53},
-        {0.4, 105, 1}, {-7, 100, 1},   {101, 100, 96}, {100, 5, 1},       {100, 4, 0},
-        {100, 0, 0},   {100, -3, 0},   {NAN, 100, 0},  {INFINITY, 10, 6},
-    };
-    for (const auto& c : cases)
-        EXPECT_EQ(filledLength(c.percent, c.width), c.length) << c.percent << " of " << c.width;
+    const std::tuple<double, int, int> cases[] = {
+        {0, 100, 1},   {100, 100, 96}, {50, 105, 51},  {50, 106, 51},    {50, 108, 53},
+        {0.4, 105, 1}, {-7, 100, 1},   {101, 100, 96}, {100, 5, 1},      {100, 4, 0},
+        {100, 0, 0},   {100, -3, 0},   {NAN, 100, 0},  {INFINITY, 10, 6}};
+    for (const auto& [percent, width, length] : cases)
+        EXPECT_EQ(filledLength(percent, width), length) << percent << " of " << width;
 }
 
 TEST(PercentBar, RunsFromItsLeftColourToItsRightOneAtEveryLength) {

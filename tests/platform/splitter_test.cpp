@@ -2,9 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include <limits>
 #include <stdexcept>
-#include <string>
 
 namespace hl {
 namespace {
@@ -43,21 +41,19 @@ TEST_F(Splitter, KeepsThePositionWithinItsLimitsAndTheFirstMinimumAboveAll) {
         int minimum1, maximum1, minimum2, maximum2, position, expected;
     };
     // Total 200, bar 4: the panes share 196.
-    const Case cases[] = {
-        {"no limits", 0, -1, 0, 0, 120, 120},
-        {"second too large", 0, -1, 0, 50, 100, 146},
-        {"first too large", 0, 60, 0, -1, 100, 60},
-        {"second too small", 0, -1, 50, -1, 170, 146},
-        {"first too small", 30, -1, 0, -1, 10, 30},
-        {"maximum of the first beats that of the second", 0, 60, 0, 50, 100, 60},
-        {"minimum of the second beats the maximum of the first", 0, 160, 50, -1, 190, 146},
-        {"minimum of the first beats that of the second", 160, -1, 50, -1, 100, 160},
-        {"minimum of the first beats its maximum", 90, 60, 0, -1, 10, 90},
-        {"second too small, first large enough", 30, -1, 50, -1, 170, 146},
-        {"exactly at the limits", 30, 146, 50, 166, 146, 146},
-        {"larger than any window", 0, -1, 50, -1, kHuge, 146},
-        {"limits larger than any window", 0, -1, kHuge, kHuge, -kHuge, 196 - kHuge},
-    };
+    const Case cases[] = {{"no limits", 0, -1, 0, 0, 120, 120},
+                          {"second too large", 0, -1, 0, 50, 100, 146},
+                          {"first too large", 0, 60, 0, -1, 100, 60},
+                          {"second too small", 0, -1, 50, -1, 170, 146},
+                          {"first too small", 30, -1, 0, -1, 10, 30},
+                          {"maximum of the first beats that of the second", 0, 60, 0, 50, 100, 60},
+                          {"minimum of the second beats the maximum of the first", 0, 160, 50, -1, 190, 146},
+                          {"minimum of the first beats that of the second", 160, -1, 50, -1, 100, 160},
+                          {"minimum of the first beats its maximum", 90, 60, 0, -1, 10, 90},
+                          {"second too small, first large enough", 30, -1, 50, -1, 170, 146},
+                          {"exactly at the limits", 30, 146, 50, 166, 146, 146},
+                          {"larger than any window", 0, -1, 50, -1, kHuge, 146},
+                          {"limits larger than any window", 0, -1, kHuge, kHuge, -kHuge, 196 - kHuge}};
     for (const Case& c : cases) {
         cSplitter one;
         one.setTotal(200);

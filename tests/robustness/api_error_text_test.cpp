@@ -2,22 +2,17 @@
 
 #include <gtest/gtest.h>
 
-#include <cerrno>
-#include <tuple>
-
 #include "robustness/fakes.h"
 
 namespace hl {
 namespace {
 
 TEST(ApiErrorText, ReadsAsTheUserSeesItAndTakesTheLastErrorForMinusOne) {
-    const std::tuple<bool, int, const char*> cases[] = {
-        {false, 13, "Permission denied"},
-        {true, kLastError, "#13 - Permission denied"},
-        {false, 0, "#0 - No information available"},
-        {false, 14, "Bad address."},
-        {true, -7, "#-7 - Formatmessage Error 22 (-7)"},
-    };
+    const std::tuple<bool, int, const char*> cases[] = {{false, 13, "Permission denied"},
+                                                        {true, kLastError, "#13 - Permission denied"},
+                                                        {false, 0, "#0 - No information available"},
+                                                        {false, 14, "Bad address."},
+                                                        {true, -7, "#-7 - Formatmessage Error 22 (-7)"}};
     test::FakeSystemFacts facts;
     for (const auto& [withNumber, code, text] : cases) {
         errno = EACCES;

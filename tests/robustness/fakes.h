@@ -65,4 +65,12 @@ class FakeErrorSink : public ErrorSink {
     void showReport(const std::string& text, const std::string&) override { shown.push_back(text); }
 };
 
+/// All that a trap works with.
+struct FakeDiagnostics {
+    AppFacts app;
+    FakeSystemFacts system;
+    FakeErrorSink sink;
+    Diagnostics diagnostics{app, system, sink};
+};
+
 }  // namespace hl::test

@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <tuple>
-
 namespace hl {
 namespace {
 
@@ -18,8 +16,7 @@ TEST(TimeSpans, ReadInDaysAndAClock) {
         {kDay - 1, "23:59:59", "23:59:59"},
         {kDay, "1 Tag 0:00:00", "1 day 0:00:00"},
         {365 * kDay - 1, "364 Tage 23:59:59", "364 days 23:59:59"},
-        {733 * kDay + 3725, "2 Jahr(e) 3 Tag(e) 1:02:05", "2year(s) 3 day(s) 1:02:05"},
-    };
+        {733 * kDay + 3725, "2 Jahr(e) 3 Tag(e) 1:02:05", "2year(s) 3 day(s) 1:02:05"}};
     for (const auto& [length, german, english] : cases) {
         EXPECT_EQ(GetDateFromDiff(kStart, kStart + seconds(length)), german);
         EXPECT_EQ(GetSystemUpTime(static_cast<std::uint64_t>(length)), english);

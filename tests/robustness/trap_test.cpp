@@ -2,9 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include <memory>
 #include <new>
-#include <stdexcept>
 #include <system_error>
 
 #include "robustness/fakes.h"
@@ -16,7 +14,7 @@ void fail() {
     throw Fault(5, "", "the cause");
 }
 
-class Trap : public testing::Test {
+class Trap : public testing::Test, protected test::FakeDiagnostics {
   protected:
     bool shows(const std::string& text) const {
         return !sink.shown.empty() && sink.shown.back().find(text) != std::string::npos;
@@ -26,11 +24,6 @@ class Trap : public testing::Test {
     auto run(Body body) {
         return guarded(diagnostics, "SomeRoutine", "SomeModule", body);
     }
-
-    AppFacts app;
-    test::FakeSystemFacts system;
-    test::FakeErrorSink sink;
-    Diagnostics diagnostics{app, system, sink};
 };
 
 TEST_F(Trap, ReturnsTheResultOrAfterAnErrorAnEmptyOneAndHidesItFromTheRoutineAround) {
@@ -58,8 +51,7 @@ TEST_F(Trap, CatchesWhateverEscapes) {
         {[] { throw std::bad_alloc(); }, "Err: 12 - Out of memory"},
         {[] { throw std::system_error(13, std::generic_category(), "opening"); }, "Err: 13 - opening"},
         {[] { throw std::out_of_range("vector::at"); }, "Err: 5 - vector::at"},
-        {[] { throw 42; }, "Err: 5 - Unknown exception"},
-    };
+        {[] { throw 42; }, "Err: 5 - Unknown exception"}};
     for (const auto& [body, text] : cases) {
         run(body);
         EXPECT_TRUE(shows(text)) << sink.shown.back();

@@ -27,8 +27,6 @@ class Driver : public test::ScanFixture {
     }
 };
 
-// --- the queue
-
 TEST_F(Driver, ReadsTheQueueInItsOrderAsOneRunAndPassesOverWhatDoesNotExist) {
     disk.at = {{1, [&] { state.SourceQueue.push_back("/a/"); }}};  // During the run.
     readSources({"/q/", "/missing/", "/m"});
@@ -68,8 +66,6 @@ TEST_F(Driver, LocksTheWindowWhileItReadsAndShowsNeitherListsNorFilesOfASilentRu
     EXPECT_EQ(roots(), (Lines{"/a 3 2/1", "/a 3 2/1"}));
 }
 
-// --- one source
-
 TEST_F(Driver, LogsTheFiguresOfEachSource) {
     numbers = {".", ","};
     disk.sources = {folder("/a", {file("x", 1234567), with(folder("b"), &Item::error, 13)}),
@@ -95,12 +91,11 @@ TEST_F(Driver, MakesTheRowOfASourceOfItsPathLessTheSeparator) {
         report.clear();
         readSources({source});
         const Row root = report.firstRoot();
-        EXPECT_EQ(numbersOf(root), std::string(row) + " 3 2/1");
-        EXPECT_EQ(disk.reads.back(), read);
-        EXPECT_EQ(host.folders.back(), inner);
+        EXPECT_EQ((Lines{numbersOf(root), disk.reads.back(), host.folders.back()}),
+                  (Lines{std::string(row) + " 3 2/1", read, inner}));
         EXPECT_TRUE(report.expanded(root) && report.currentRow() == root);
-        EXPECT_EQ(report.number(root, kIsFolder), 1);
-        EXPECT_TRUE(report.number(root, kPercent) == 100 && report.barPicture(root) == 100);
+        EXPECT_TRUE(report.number(root, kIsFolder) == 1 && report.number(root, kPercent) == 100);
+        EXPECT_EQ(report.barPicture(root), 100);
         EXPECT_EQ(report.number(rowOf("b"), kPercent), 66.67);
     }
     paths = kPosixPaths;
@@ -121,11 +116,8 @@ TEST_F(Driver, StartsEachSourceWithEmptyListsAndNoFileSeen) {
     EXPECT_EQ(top.rowCount() + hardlinks.rowCount(), 4U);
     EXPECT_EQ(textsOf(junctions), (Lines{"/q/l", "/q/m"}));
     EXPECT_EQ(callsOf("+title 2 größten Dateien von '/q/'"), 1U);
-    EXPECT_EQ(state.TopCount, 2);
-    EXPECT_EQ(state.SeenLinkIds.Count(), 0);
+    EXPECT_TRUE(state.TopCount == 2 && state.SeenLinkIds.Count() == 0);
 }
-
-// --- the combo
 
 TEST_F(Driver, KnowsASourceAgainByThePlatformsCaseRule) {
     const std::tuple<PathRules, std::vector<const char*>, Lines> cases[] = {
@@ -139,8 +131,7 @@ TEST_F(Driver, KnowsASourceAgainByThePlatformsCaseRule) {
         for (const SourceItem& item : combo.items()) shown.push_back(item.text);
         EXPECT_EQ(shown, expected);
         EXPECT_EQ(combo.selected(), &combo.items().front());
-        EXPECT_EQ(combo.text, expected.front());
-        EXPECT_EQ(combo.items().front().tag, expected.front());
+        EXPECT_EQ((Lines{combo.text, combo.items().front().tag}), Lines(2, expected.front()));
     }
 }
 
@@ -158,8 +149,6 @@ TEST_F(Driver, StartsWithWhatTheComboShowsAndWithNothingIfItIsEmpty) {
     StartSearchViaToolbar(scan);
     EXPECT_EQ(disk.reads, (Lines{"/a/", "/a/"}));
 }
-
-// --- small questions to the file system
 
 TEST_F(Driver, AnswersForPathsThatExistAndOthers) {
     disk.sources = {folder("/a", {file("one", 1, 7, 1), file("two", 1, 0x1'00000008, 2), linkTo("l", "/x")})};

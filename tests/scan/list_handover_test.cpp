@@ -22,8 +22,6 @@ class Handover : public test::ScanFixture {
     }
 };
 
-// --- the largest files
-
 TEST_F(Handover, KeepsTheLargestFilesAndOfEqualOnesThoseFoundFirst) {
     std::mt19937 random(3);
     for (const std::int32_t wanted : {1, 5, 100, INT32_MAX}) {
@@ -85,8 +83,6 @@ TEST_F(Handover, FillsAllCellsOfAFileAlikeInBothLists) {
                                         "3000, 3");
     }
 }
-
-// --- hardlinks and junctions
 
 TEST_F(Handover, ListsEveryNameOfAFileAlsoOneWhoseSizeDoesNotCount) {
     options.CreateListHardlink = options.AddHardlinksOnlyOnce = 1;

@@ -18,17 +18,15 @@ class Rollup : public test::ScanFixture {
 
 TEST_F(Rollup, GivesEachChildItsShareOfTheParentRoundedToEvenAndTheBarOfItsWholePart) {
     using Numbers = std::vector<double>;
-    struct Case {
-        double whole;
-        Numbers parts, percents, bars;
-    };
-    for (const Case& c : {Case{3, {1, 2}, {33.33, 66.67}, {33, 66}}, Case{0, {0, 7}, {0, 0}, {0, 0}},
-                          Case{800, {1, 3, 796}, {0.12, 0.38, 99.5}, {0, 0, 99}},
-                          Case{1e5, {0, 99'990, 99'999, 1e5}, {0, 99.99, 100, 100}, {0, 99, 100, 100}}}) {
+    using Case = std::tuple<double, Numbers, Numbers, Numbers>;
+    for (const auto& [whole, parts, shares, filled] :
+         {Case{3, {1, 2}, {33.33, 66.67}, {33, 66}}, Case{0, {0, 7}, {0, 0}, {0, 0}},
+          Case{800, {1, 3, 796}, {0.12, 0.38, 99.5}, {0, 0, 99}},
+          Case{1e5, {0, 99'990, 99'999, 1e5}, {0, 99.99, 100, 100}, {0, 99, 100, 100}}}) {
         for (const Flag bars : {Flag{0}, Flag{1}}) {
             options.FolderShowPercentBar = bars;
-            const Row parent = add(kNoRow, "p", c.whole);
-            for (const double part : c.parts) add(add(parent, "c", part), "grandchild", part);
+            const Row parent = add(kNoRow, "p", whole);
+            for (const double part : parts) add(add(parent, "c", part), "grandchild", part);
             Report_ChangePercentValue(scan, parent);
             Numbers percents, pictures;
             for (Row row = report.firstChild(parent); row != kNoRow; row = report.nextSibling(row)) {
@@ -36,8 +34,8 @@ TEST_F(Rollup, GivesEachChildItsShareOfTheParentRoundedToEvenAndTheBarOfItsWhole
                 pictures.push_back(report.barPicture(row));
                 EXPECT_EQ(report.number(report.firstChild(row), kPercent), 0) << "only direct children";
             }
-            EXPECT_EQ(percents, c.percents);
-            EXPECT_EQ(pictures, bars == 1 ? c.bars : Numbers(c.bars.size(), -1));
+            EXPECT_EQ(percents, shares);
+            EXPECT_EQ(pictures, bars == 1 ? filled : Numbers(filled.size(), -1));
         }
     }
 }

@@ -44,8 +44,6 @@ class Walk : public test::ScanFixture {
     }
 };
 
-// --- rows and sums
-
 TEST_F(Walk, GivesEachFolderARowWithAllThatLiesBelowAndItsFilesOneIfAnotherIsBesideIt) {
     options.NoHardlinks = 1;
     EXPECT_EQ(walk({file("a", 1)}), Lines{"1 1/0 0"});
@@ -92,8 +90,6 @@ TEST_F(Walk, DarkensEachLevelByOneStepDownToTheLastGreyAndKeepsTheDeepestLevel) 
     EXPECT_EQ(state.DeepestLevel, 45U) << "it is never lowered";
 }
 
-// --- links and mounts
-
 TEST_F(Walk, TreatsLinksAndMountsByTheTwoOptions) {
     const Items items = {linkTo("l", "../x", {file("f", 5)}), linkTo("u", ""),
                          mountOf("m", "/dev/sdb1", {file("g", 7)}), folder("b")};
@@ -132,8 +128,6 @@ TEST_F(Walk, GivesTheJunctionListTheTagThatWasReadLastBelowAFollowedFolder) {
     }
 }
 
-// --- what is asked of the reader
-
 TEST_F(Walk, CountsTheSizeOfAFileWithSeveralNamesOnceIfAskedToAndAsksForNothingInVain) {
     const Items items = {folder("b", {file("one", 100, 7, 2), folder("x")}),
                          folder("c", {file("two", 100, 7, 2)}), file("alone", 1, 7, 1)};
@@ -148,8 +142,6 @@ TEST_F(Walk, CountsTheSizeOfAFileWithSeveralNamesOnceIfAskedToAndAsksForNothingI
                                   "  c 0 1/0", "  Dateien 1 1/0"}));
     EXPECT_FALSE(disk.lastOptions.wantFileNames || disk.lastOptions.wantTimes);
 }
-
-// --- what cannot be read
 
 TEST_F(Walk, ShowsLogsAndCountsAFolderThatCannotBeRead) {
     EXPECT_EQ(walk({file("a", 1), with(folder("b", {file("x", 9)}), &Item::error, 13), folder("d")}),
@@ -176,8 +168,6 @@ TEST_F(Walk, KeepsWhatItHasOfAFolderWhoseListingBreaksOff) {
     EXPECT_EQ(files.logLines("debug.log"), Lines{"Report_ScanFolders\\next, #13 - Permission denied, /s/b/"});
     EXPECT_EQ(host.calls.front(), "not read /s/b/: #13 - Permission denied");
 }
-
-// --- Stop
 
 TEST_F(Walk, KeepsPartialSumsAndMakesNoFilesRowWhereStopCutsAFolderShort) {
     const Items items = {file("a", 1), folder("b", {file("c", 2), folder("d", {file("e", 4)}), file("f", 8)}),
@@ -226,8 +216,6 @@ TEST_F(Walk, CanBeStoppedWhileTheReaderWaits) {
     }
 }
 
-// --- faults
-
 TEST_F(Walk, EndsAFolderWhoseSumOverflowsAndGoesOnAboveIt) {
     for (const Flag follow : {Flag{0}, Flag{1}}) {
         options.ScanHardlinks = follow;
@@ -267,8 +255,6 @@ TEST_F(Walk, RaisesAFaultOfTheReaderInTheFolderThatItHappenedIn) {
     }
 }
 
-// --- the yield
-
 TEST_F(Walk, LetsMessagesRunOnceAnIntervalAndWheneverInputWaits) {
     const std::tuple<std::uint64_t, bool, int, int> cases[] = {
         {1, false, 0, 0}, {50, false, 4, 5}, {2000, false, 100, 1000}, {0, true, 100, 1000}};
@@ -282,8 +268,6 @@ TEST_F(Walk, LetsMessagesRunOnceAnIntervalAndWheneverInputWaits) {
         EXPECT_LT(pump.looks, 1000) << "the clock is not looked at for each file";
     }
 }
-
-// --- Report_ScanFilesOnly
 
 TEST_F(Walk, OfFilesAloneMakesOneRowIfTheyHaveAnyBytesAndPassesOverAnErrorInSilence) {
     options.AddHardlinksOnlyOnce = options.CreateListHardlink = options.CreateListTOP = 1;

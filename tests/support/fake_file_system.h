@@ -3,14 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include <functional>
-#include <map>
-#include <memory>
-#include <string>
-#include <type_traits>
-#include <utility>
-#include <vector>
-
 #include "base/fault.h"
 #include "base/size_text.h"
 #include "platform/folder_reader.h"

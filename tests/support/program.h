@@ -33,6 +33,7 @@ class Program {
         must(::chmod(home_.path().c_str(), 0777));
         makeFolder(home("run"));
         must(::chmod(home("run").c_str(), 0700));
+        setOptions({});
     }
 
     /// Settings of the section Optionen, each "Key=value". The language is German.

@@ -4,11 +4,6 @@
 
 #include <gtest/gtest.h>
 
-#include <functional>
-#include <map>
-#include <string>
-#include <vector>
-
 #include "robustness/fakes.h"
 #include "scan/driver.h"
 #include "scan/records.h"

@@ -11,7 +11,7 @@
 namespace hl::test {
 
 /// German, or for another locale what the delivered library has for it.
-class TestTexts {
+class TestTexts : public FakeDiagnostics {
   public:
     explicit TestTexts(const std::string& locale = "de_DE.UTF-8")
         : texts(files, store, diagnostics, {dir.path(), HARBORLANTERN_SOURCE_DIR "/lang", "", locale}) {
@@ -29,10 +29,6 @@ class TestTexts {
     TempDir dir;
     LinuxFiles files;
     SettingsStore store{files, dir.path() + "/Harborlantern.ini"};
-    AppFacts app;
-    FakeSystemFacts system;
-    FakeErrorSink sink;
-    Diagnostics diagnostics{app, system, sink};
     Texts texts;
 };
 

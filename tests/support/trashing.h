@@ -7,16 +7,11 @@
 
 #include <algorithm>
 #include <filesystem>
-#include <iterator>
-#include <map>
-#include <ostream>
 #include <regex>
-#include <string>
-#include <string_view>
-#include <vector>
 
 #include "platform/linux/trash.h"
 #include "support/temp_dir.h"
+#include "support/trees.h"
 #include "support/whole_files.h"
 
 namespace hl {
@@ -29,8 +24,6 @@ inline std::ostream& operator<<(std::ostream& out, RecycleError error) {
 }  // namespace hl
 
 namespace hl::test {
-
-inline constexpr uid_t kNobody = 65534;
 
 namespace fs = std::filesystem;
 

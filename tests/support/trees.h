@@ -3,10 +3,14 @@
 
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include <cstdlib>
+#include <filesystem>
+#include <functional>
 #include <string>
+#include <string_view>
 
 namespace hl::test {
 
@@ -14,6 +18,20 @@ namespace hl::test {
 inline int must(int result) {
     if (result < 0) std::abort();
     return result;
+}
+
+inline constexpr uid_t kNobody = 65534;
+
+/// What `act` returns in a process of a user without rights; 255 if there can be none, -1 if it did not end.
+inline int asNobody(const std::function<int()>& act) {
+    const pid_t child = must(::fork());
+    if (child == 0) {
+        const bool became = ::geteuid() != 0 || (::setgid(kNobody) == 0 && ::setuid(kNobody) == 0);
+        ::_exit(became ? act() : 255);
+    }
+    int status = 0;
+    ::waitpid(child, &status, 0);
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
 }
 
 inline int openFolder(const std::string& path) {
@@ -32,6 +50,16 @@ inline void makeFile(const std::string& path, off_t size) {
 }
 inline void makeFolder(const std::string& path) {
     must(::mkdir(path.c_str(), 0755));
+}
+
+/// Below `root` a folder for each path that ends in "/" and a file of one byte for each other, with what is
+/// above.
+inline void makeTree(const std::string& root, std::initializer_list<std::string_view> paths) {
+    for (const std::string_view path : paths) {
+        const std::string whole = root + "/" + std::string(path);
+        std::filesystem::create_directories(whole.substr(0, whole.rfind('/')));
+        if (!path.ends_with('/')) makeFile(whole, 1);
+    }
 }
 
 /// `depth` folders inside one another, named by `name`, each with one file of one byte; `beside` more empty

@@ -1,6 +1,7 @@
 // Files of a test, read and written at once.
 #pragma once
 
+#include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <string>
@@ -16,6 +17,12 @@ inline std::string contentOf(const std::string& path) {
 
 inline void writeFile(const std::string& path, std::string_view content) {
     std::ofstream(path, std::ios::binary) << content;
+}
+
+/// A program of the shell.
+inline void writeScript(const std::string& path, const std::string& body) {
+    writeFile(path, "#!/bin/sh\n" + body + "\n");
+    std::filesystem::permissions(path, std::filesystem::perms::owner_all);
 }
 
 }  // namespace hl::test

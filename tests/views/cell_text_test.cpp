@@ -1,11 +1,9 @@
 #include "views/cell_text.h"
 
 #include <gtest/gtest.h>
-#include <stdlib.h>
-#include <time.h>
 
-#include "base/scope_exit.h"
 #include "scan/records.h"
+#include "support/environment.h"
 #include "support/test_texts.h"
 #include "views/list_columns.h"
 #include "views/report_columns.h"
@@ -49,12 +47,7 @@ TEST_F(CellText, OfTheReportFollowsTheUnit) {
 }
 
 TEST_F(CellText, OfADateIsLocalTimeAndEmptyWhereThereIsNone) {
-    setenv("TZ", "UTC-2", 1);  // Two hours ahead.
-    tzset();
-    const ScopeExit restore([] {
-        unsetenv("TZ");
-        tzset();
-    });
+    const test::Environment zone({{"TZ", "UTC-2"}});  // Two hours ahead.
     options.DateFormat = "dd/MM/yyyy hh:nn:ss";
     Grid grid(kFileCells);
     Init_TopList(grid, options, texts.texts);

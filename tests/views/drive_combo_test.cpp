@@ -52,16 +52,13 @@ TEST_F(DriveCombo, ShowsDrivesWithTheirLabels) {
 }
 
 TEST_F(DriveCombo, SelectsTheLastOfTheStoredTextAndTheRoot) {
-    const struct {
-        const char* stored;
-        const char* selected;
-    } cases[] = {
+    const char* const cases[][2] = {
         {"", "/ [root]"}, {"/net [nas:/x]", "/net [nas:/x]"}, {"/boot", "/ [root]"}, {"/net", "/ [root]"}};
-    for (const auto& c : cases) {
+    for (const auto& [stored, expected] : cases) {
         combo = {};
-        GetAllDrives(combo, kDrives, c.stored, kPosixPaths);
-        EXPECT_EQ(selected(), c.selected) << c.stored;
-        EXPECT_EQ(combo.text, c.selected) << c.stored;
+        GetAllDrives(combo, kDrives, stored, kPosixPaths);
+        EXPECT_EQ(selected(), expected) << stored;
+        EXPECT_EQ(combo.text, expected) << stored;
     }
 }
 

@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <deque>
-#include <map>
 
 #include "app/setting_keys.h"
 #include "platform/icons.h"
@@ -112,9 +111,9 @@ TEST_F(DriveListTest, HasARowForEachDriveAtOnceAndItsSizesLater) {
     EXPECT_EQ(rowText(0), "/||||||root|ext4|Lokaler Datenträger|");
     EXPECT_EQ(rowText(1), "/media/stick||||||(no label)|vfat|Wechseldatenträger|");
     EXPECT_EQ(rowText(2), "/media/stick2|||||||udf|CD/DVD|") << "labels could not be read";
-    EXPECT_EQ(grid.picture(grid.rowAt(0)), kIconDriveFixed);
-    EXPECT_EQ(grid.picture(grid.rowAt(1)), kIconDriveRemovable);
-    EXPECT_EQ(grid.picture(grid.rowAt(2)), kIconDriveDisc);
+    for (const auto& [row, icon] :
+         {std::pair(0U, kIconDriveFixed), {1U, kIconDriveRemovable}, {2U, kIconDriveDisc}})
+        EXPECT_EQ(grid.picture(grid.rowAt(row)), icon) << row;
     host.autosized.clear();
     list.takeAnswers();
     EXPECT_EQ(rowText(0),
@@ -123,8 +122,7 @@ TEST_F(DriveListTest, HasARowForEachDriveAtOnceAndItsSizesLater) {
     EXPECT_EQ(host.autosized.size(), grid.columns().size()) << "once for all answers";
     list.takeAnswers();
     EXPECT_EQ(host.autosized.size(), grid.columns().size());
-    EXPECT_TRUE(grid.redraw());
-    EXPECT_FALSE(host.busy);
+    EXPECT_TRUE(grid.redraw() && !host.busy);
 }
 
 TEST_F(DriveListTest, DropsAnswersForRowsThatAreGoneOrAskedAnew) {
@@ -168,10 +166,7 @@ TEST_F(DriveListTest, MayBeGoneBeforeAnAnswerComes) {
 
 TEST_F(DriveListTest, ShowsSizesOfAllMagnitudes) {
     constexpr std::uint64_t kMost = 922337203685477;
-    const struct {
-        DriveSpace space;
-        const char* shown;
-    } cases[] = {
+    const std::pair<DriveSpace, const char*> cases[] = {
         {{1000, 0, 512}, "1,000||0%|1,000|100%|512 Bytes"},  // Full: a bar, though no size.
         {{1000, 1000, 0}, "1,000|1,000|100%||0%|"},
         {{1000, 125, 0}, "1,000|125|12%|875|88%|"},  // Halves to the even one.
@@ -179,39 +174,31 @@ TEST_F(DriveListTest, ShowsSizesOfAllMagnitudes) {
         {{kMost, 1, 0}, "922,337,203,685,477|1|0%|922,337,203,685,476|100%|"},
         {{kMost + 1, 1, 4096}, "|||||"},
         {{UINT64_MAX, UINT64_MAX, 1}, "|||||"},
-        {{0, 5, 4096}, "|||||4.00 KB"},
-    };
-    for (const auto& c : cases) {
-        drives.space["/"] = c.space;
+        {{0, 5, 4096}, "|||||4.00 KB"}};
+    for (const auto& [space, expected] : cases) {
+        drives.space["/"] = space;
         list.Drives_GetAllDrives();
         list.takeAnswers();
         std::string shown;
         for (const std::size_t column : {kDriveListTotal, kDriveListFree, kDriveListFreeBar, kDriveListUsed,
                                          kDriveListUsedBar, kDriveListCluster})
             shown += (column == kDriveListTotal ? "" : "|") + cellText(0, column);
-        EXPECT_EQ(shown, c.shown);
+        EXPECT_EQ(shown, expected);
     }
 }
 
 TEST_F(DriveListTest, HidesLabelsOfMoreThanThirteenCharacters) {
-    const struct {
-        const char* label;
-        int error;
-        const char* shown;
-        bool fails;
-    } cases[] = {
+    const std::tuple<const char*, int, const char*, bool> cases[] = {
         {"1234567890123", 0, "1234567890123", false},
         {"12345678901234", 0, "", true},
         {"äöüäöüäöüäöüä", 0, "äöüäöüäöüäöüä", false},
         {"", 0, "(no label)", false},
-        {"", 13, "", true},
-    };
-    for (const auto& c : cases) {
+        {"", 13, "", true}};
+    for (const auto& [label, code, shown, fails] : cases) {
         std::string error = "old";
-        EXPECT_EQ(
-            xGetDriveLabel({"/", DriveType::kFixed, "", c.label, c.error}, texts.texts, texts.system, error),
-            c.shown);
-        EXPECT_EQ(!error.empty(), c.fails) << c.label;
+        EXPECT_EQ(xGetDriveLabel({"/", DriveType::kFixed, "", label, code}, texts.texts, texts.system, error),
+                  shown);
+        EXPECT_EQ(!error.empty(), fails) << label;
     }
 }
 
@@ -219,12 +206,7 @@ TEST_F(DriveListTest, ChangesTheUnitOfItsThreeSizeColumnsAndTheBar) {
     drives.space["/"] = DriveSpace{kGiB * 3 / 2, kGiB / 2, 0};
     list.Drives_GetAllDrives();
     list.takeAnswers();
-    const struct {
-        std::uint8_t mode;
-        Flag decimals;
-        const char* shown;
-        int button;
-    } cases[] = {
+    const std::tuple<std::uint8_t, Flag, const char*, int> cases[] = {
         {0, 1, "1,610,612,736|536,870,912|1,073,741,824", 201},
         {1, 0, "1,572,864 KB|524,288 KB|1,048,576 KB", 202},
         {2, 1, "1,536.00 MB|512.00 MB|1,024.00 MB", 203},
@@ -232,14 +214,14 @@ TEST_F(DriveListTest, ChangesTheUnitOfItsThreeSizeColumnsAndTheBar) {
         {3, 0, "2 GB|1 GB|1 GB", 204},
         {4, 1, "1.50|0.50|1.00", 0},  // No such unit: the cells stay, and no button is down.
     };
-    for (const auto& c : cases) {
-        options.FileSizeFormatDrive = c.mode;
-        options.SizeFormatNachkommastellenDrive = c.decimals;
+    for (const auto& [mode, decimals, shown, button] : cases) {
+        options.FileSizeFormatDrive = mode;
+        options.SizeFormatNachkommastellenDrive = decimals;
         list.Drives_ChangeSizeFormat();
         EXPECT_EQ(cellText(0, kDriveListTotal) + "|" + cellText(0, kDriveListFree) + "|" +
                       cellText(0, kDriveListUsed),
-                  c.shown);
-        for (int id = 201; id <= 204; ++id) EXPECT_EQ(bar.isChecked(id), id == c.button) << id;
+                  shown);
+        for (int id = 201; id <= 204; ++id) EXPECT_EQ(bar.isChecked(id), id == button) << id;
         EXPECT_TRUE(bar.isChecked(205)) << "only the user lets it go";
         EXPECT_TRUE(grid.enabled() && grid.redraw());
     }
@@ -291,27 +273,22 @@ TEST_F(DriveListTest, KeepsSharesInTheSettingsAndLosesThoseNotSaved) {
 
 TEST_F(DriveListTest, SelectsTheDriveThatTheReportsSourceLiesOn) {
     list.Drives_GetAllDrives();
-    const struct {
-        const char* source;
-        const char* selected;  ///< Index.
-    } cases[] = {
-        {"/", "0"},
-        {"/home/x", "0"},
-        {"/media/stick", "1"},
-        {"/media/stick/deep", "1"},
-        {"/media/stick2/d", "2"},
-        {"/media/stic", "0"},
-        {"\\\\server\\share", ""},
-        {"//server/share", ""},
-    };
-    for (const auto& c : cases) {
+    const char* const cases[][2] = {{"/", "0"},
+                                    {"/home/x", "0"},
+                                    {"/media/stick", "1"},
+                                    {"/media/stick/deep", "1"},
+                                    {"/media/stick2/d", "2"},
+                                    {"/media/stic", "0"},
+                                    {"\\\\server\\share", ""},
+                                    {"//server/share", ""}};
+    for (const auto& [source, expected] : cases) {
         grid.selectNone();
         report.clear();
-        const Row root = report.addRow(kNoRow, c.source);
+        const Row root = report.addRow(kNoRow, source);
         list.Drives_SelectDrive(report.addRow(root, "below"));
         std::string selected;
         for (const Row row : grid.selectedRows()) selected += std::to_string(grid.indexOf(row));
-        EXPECT_EQ(selected, c.selected) << c.source;
+        EXPECT_EQ(selected, expected) << source;
     }
 }
 
@@ -320,15 +297,13 @@ TEST_F(DriveListTest, RefreshesADriveThatIsAWholeSource) {
     list.Drives_GetAllDrives();
     list.Drives_AddUNCpath("\\\\S\\a");
     list.takeAnswers();
-    const struct {
-        const char* source;
-        const char* asked;
-    } cases[] = {{"/", "/"}, {"/media/stick", "/media/stick"}, {"\\\\S\\a", "/net/a"}, {"/home", ""}};
-    for (const auto& c : cases) {
+    const char* const cases[][2] = {
+        {"/", "/"}, {"/media/stick", "/media/stick"}, {"\\\\S\\a", "/net/a"}, {"/home", ""}};
+    for (const auto& [source, asked] : cases) {
         drives.questions.clear();
-        const Row root = report.addRow(kNoRow, c.source);
+        const Row root = report.addRow(kNoRow, source);
         list.Drives_RefreshDrive(report.addRow(root, "below"));
-        EXPECT_EQ(drives.questions.empty() ? "" : drives.questions[0].first, c.asked) << c.source;
+        EXPECT_EQ(drives.questions.empty() ? "" : drives.questions[0].first, asked) << source;
     }
     const Row root = report.addRow(kNoRow, "/");
     list.Drives_RefreshDrive(root);

@@ -2,8 +2,6 @@
 #pragma once
 
 #include <array>
-#include <string>
-#include <vector>
 
 #include "support/fake_window.h"
 #include "support/scan_fixture.h"

@@ -2,6 +2,7 @@
 #include "views/list_view.h"
 
 #include "views/list_fixture.h"
+#include "views/size_display.h"
 
 namespace hl {
 namespace {
@@ -10,53 +11,13 @@ using test::file, test::folder;
 
 struct Lists : test::ListFixture {};
 
-// --- sorting
-
-TEST_F(Lists, TurnTheOrderAroundWithEachTitleClickWhateverTheColumn) {
+TEST_F(Lists, PreviewAHitOfTheSearchWhereTheyHaveFilesOfOneFolder) {
     for (const List* list : all) {
-        const auto first = [&] { return std::string(list->grid.text(list->grid.rowAt(0))).substr(0, 4); };
-        const bool junction = list == &junctionsList;
-        list->view.GridColumnTitleClick(1);  // Size, id or target.
-        list->view.GridColumnTitleClick(0);
-        EXPECT_EQ(first(), junction ? "/s/C" : "C.pn") << "by name downwards, without regard to case";
-        list->view.GridColumnTitleClick(0);
-        EXPECT_EQ(first(), junction ? "/s/a" : "a.tx");
-        EXPECT_EQ(list->grid.topRow(), list->grid.rowAt(0));
-        EXPECT_TRUE(list->grid.redraw());
-    }
-}
-
-// --- search
-
-TEST_F(Lists, SearchBehindTheCurrentRowAndFromTheTopAgain) {
-    for (const List* list : all) {
-        const auto hitOf = [&](const char* part) {
-            list->bar.setText(307, part);
-            list->view.execute(308);
-            return list->grid.indexOf(list->grid.currentRow());
-        };
+        list->bar.setText(307, "A");
         select(list->grid, {1});
-        EXPECT_EQ(hitOf("A"), 2U);
-        EXPECT_EQ(hitOf("B"), 0U) << "wraps around";
-        EXPECT_EQ(hitOf("b"), 0U) << "the only hit is found again";
-        EXPECT_EQ(hitOf("nowhere"), 0U);
-        EXPECT_EQ(list->grid.selectedCount(), 1U);
-        EXPECT_EQ(window.calls.back(), "edit 307");
-        EXPECT_EQ(taken(), list == &filesList ? Lines(3, "preview") : Lines());
-    }
-}
-
-TEST_F(Lists, SearchFoldersOfHardlinksAndTargetsOfJunctionsToo) {
-    const struct {
-        List& list;
-        const char* part;
-        bool found;
-    } cases[] = {{hardlinksList, "/c/", true}, {junctionsList, "to/s/c", true}, {topList, "/c/", false}};
-    for (const auto& c : cases) {
-        select(c.list.grid, {2});
-        c.list.bar.setText(307, c.part);
-        c.list.view.StartSearch();
-        EXPECT_EQ(c.list.grid.currentRow(), c.list.grid.rowAt(c.found ? 1 : 2)) << c.part;
+        list->view.execute(308);
+        EXPECT_EQ(list->grid.currentRow(), list->grid.rowAt(2));
+        EXPECT_EQ(taken(), list == &filesList ? Lines{"preview"} : Lines());
     }
     hardlinks.setCellText(hardlinks.rowAt(0), kFilePath, "/x/a.txt/");
     cbrHardlinks.setText(307, "a.txt");
@@ -64,8 +25,6 @@ TEST_F(Lists, SearchFoldersOfHardlinksAndTargetsOfJunctionsToo) {
     hardlinksView.StartSearch();
     EXPECT_EQ(hardlinks.currentRow(), hardlinks.rowAt(0)) << "a folder above the name comes first";
 }
-
-// --- columns and sizes
 
 TEST_F(Lists, SwitchTheColumnOfACommandAndItsOption) {
     for (const List* list : {&filesList, &topList, &hardlinksList}) {
@@ -97,21 +56,25 @@ TEST_F(Lists, ShowSizesInTheUnitOfTheirCommandAndSumThemInTheStatus) {
     }
 }
 
-TEST_F(Lists, CountTheirRowsInTheStatus) {
-    const Lines without = {"3 Datei(en) mit insgesamt 0 Bytes", "3 Datei(en)", "3 Datei(en)",
-                           "3 Junction(s)"};
-    for (std::size_t i = 0; i < all.size(); ++i) {
-        all[i]->view.ShowFileStat();
-        EXPECT_EQ(status, without[i]);
-        select(all[i]->grid, {0});
-        all[i]->view.ShowFileStat();
-        EXPECT_EQ(status, i == 3 ? without[i] : without[i] + " / 1 ausgewählte Datei(en) mit 4,096 Bytes");
+TEST_F(Lists, TakeADateFormatBeforeTheyHaveColumnsAndAnySizeMode) {
+    Grid empty{kFileCells};
+    options.DateFormat = "MM/yyyy";
+    Init_TopList_DateFormat(empty, options);
+    EXPECT_TRUE(empty.columns().empty());
+    Init_TopList_DateFormat(top, options);
+    EXPECT_EQ(top.columns()[kTopDate].mask, "*MM/yyyy *;;;");
+    const std::tuple<std::uint8_t, Flag, const char*> cases[] = {
+        {1, 0, "Größe (KB)|sizeK|*###,###,##0*;;;"},
+        {3, 2, "Größe (GB)|sizeG|*###,###,##0.00*;;;"},
+        {200, 1, "Größe ()|sizeG|*###,###,##0.00*;;;"}};
+    for (const auto& [mode, decimals, expected] : cases) {
+        options.FileSizeFormatTop = mode;
+        options.SizeFormatNachkommastellenTop = decimals;
+        List_TOP_Set_SizeFormat(top, options, texts);
+        const GridColumn& column = top.columns()[kTopSize];
+        EXPECT_EQ(column.title + "|" + column.key + "|" + column.mask, expected);
     }
-    topView.MouseUp(top.rowAt(0), MouseButton::kLeft, {});
-    EXPECT_EQ(status, "1 ausgewählte Datei(en) mit 4,096 Bytes") << "a click tells the selection alone";
 }
-
-// --- mouse, keys, commands
 
 TEST_F(Lists, KeepASelectionForTheMenuAndDropItOutsideOfTheRows) {
     for (const List* list : all) {
@@ -132,25 +95,23 @@ TEST_F(Lists, KeepASelectionForTheMenuAndDropItOutsideOfTheRows) {
 }
 
 TEST_F(Lists, AnswerKeysAndDoubleClicksWhereTheyHaveFiles) {
-    const struct {
-        List& list;
-        Lines moved, renamed, opened;
-    } cases[] = {{filesList, {"preview"}, {"rename"}, {"open /s/C.png"}},
-                 {topList, {"preview"}, {"rename"}, {"open /s/C/C.png"}},
-                 {hardlinksList, {}, {"rename"}, {"open /s/C/C.png"}},
-                 {junctionsList, {}, {}, {}}};
-    for (const auto& c : cases) {
-        select(c.list.grid, {1});
+    const std::tuple<List&, Lines, Lines, Lines> cases[] = {
+        {filesList, {"preview"}, {"rename"}, {"open /s/C.png"}},
+        {topList, {"preview"}, {"rename"}, {"open /s/C/C.png"}},
+        {hardlinksList, {}, {"rename"}, {"open /s/C/C.png"}},
+        {junctionsList, {}, {}, {}}};
+    for (const auto& [list, moved, renamed, opened] : cases) {
+        select(list.grid, {1});
         for (const int key : {33, 34, 38, 40}) {
-            c.list.view.KeyUp(key);
-            EXPECT_EQ(taken(), c.moved) << key;
+            list.view.KeyUp(key);
+            EXPECT_EQ(taken(), moved) << key;
         }
-        c.list.view.KeyUp(kKeyF2);
-        EXPECT_EQ(taken(), c.renamed);
-        select(c.list.grid, {1, 0});
-        c.list.view.ItemDblClick();
-        EXPECT_EQ(taken(), c.opened) << "of two the current one";
-        c.list.view.KeyUp(kKeyF2);
+        list.view.KeyUp(kKeyF2);
+        EXPECT_EQ(taken(), renamed);
+        select(list.grid, {1, 0});
+        list.view.ItemDblClick();
+        EXPECT_EQ(taken(), opened) << "of two the current one";
+        list.view.KeyUp(kKeyF2);
         EXPECT_EQ(taken(), Lines()) << "one row has a name to edit, two have not";
     }
 }
@@ -177,8 +138,6 @@ TEST_F(Lists, AskForThePreviewAndItsPlaceByTheIdsOfTheirBar) {
     EXPECT_EQ(taken(), (Lines{"panes", "preview", "panes"}));
     EXPECT_TRUE(cbrHardlinks.isChecked(322) && cbrHardlinks.isChecked(323));
 }
-
-// --- icons
 
 TEST_F(Lists, LoadIconsOfVisibleRowsOnceAndTakeThemAwayAtOnce) {
     shown = {1, 2};
@@ -210,8 +169,6 @@ TEST_F(Lists, LoadNoIconsOfListsThatARunStillFills) {
     topView.rowsChanged();
     EXPECT_NE(top.picture(top.rowAt(0)), 0);
 }
-
-// --- files
 
 struct Files : test::ListFixture {
     Files() {
@@ -282,44 +239,35 @@ TEST_F(Files, AFolderAskedForMeanwhileTakesThePlaceOfTheEarlierOne) {
     EXPECT_EQ(status, "1 Datei(en) mit insgesamt 5 Bytes");
 }
 
-// --- largest files, junctions
-
 TEST_F(Lists, KeepTheBoxOfTheLargestFilesFromWhatIsNoLength) {
-    const struct {
-        const char* typed;
-        const char* kept;
-        std::int32_t count;
-    } cases[] = {{"abc", "100", 100},
-                 {"3", "5", 5},
-                 {"-7", "5", 5},
-                 {"", "100", 100},
-                 {"30", "30", 30},
-                 {"7.6", "7.6", 8},
-                 {"99999999999", "99999999999", 2147483647}};
-    for (const auto& c : cases) {
-        cbrTOP.setText(322, c.typed);
-        topView.countTyped(c.typed);
-        EXPECT_EQ(options.TOPmaxcount, c.count) << c.typed;
-        EXPECT_EQ(cbrTOP.textOf(322), c.typed) << "nobody types into what is being typed";
+    const std::tuple<const char*, const char*, std::int32_t> cases[] = {
+        {"abc", "100", 100},
+        {"3", "5", 5},
+        {"-7", "5", 5},
+        {"", "100", 100},
+        {"30", "30", 30},
+        {"7.6", "7.6", 8},
+        {"99999999999", "99999999999", 2147483647}};
+    for (const auto& [typed, kept, count] : cases) {
+        cbrTOP.setText(322, typed);
+        topView.countTyped(typed);
+        EXPECT_EQ(options.TOPmaxcount, count) << typed;
+        EXPECT_EQ(cbrTOP.textOf(322), typed) << "nobody types into what is being typed";
         window.calls.clear();
         topView.countLeft();
-        EXPECT_EQ(cbrTOP.textOf(322), c.kept);
-        EXPECT_EQ(options.TOPmaxcount, c.count);
-        EXPECT_EQ(window.calls, std::string(c.kept) == c.typed ? Lines() : Lines{"edit 322"}) << c.typed;
+        EXPECT_EQ(cbrTOP.textOf(322), kept);
+        EXPECT_EQ(options.TOPmaxcount, count);
+        EXPECT_EQ(window.calls, std::string(kept) == typed ? Lines() : Lines{"edit 322"}) << typed;
     }
 }
 
-TEST_F(Lists, NoteTheFolderOfTheLargeFileUnderThePointerAlone) {
+TEST_F(Lists, NoteTheFolderUnderThePointerAloneWhateverRowsGoOrTakeAnOldNumber) {
     topView.MouseMove(top.rowAt(0));
     EXPECT_EQ(top.rowNote(top.rowAt(0)), " /s/b/ ");
     topView.MouseMove(top.rowAt(1));
-    EXPECT_EQ(top.rowNote(top.rowAt(0)), "");
     top.removeRow(top.rowAt(1));
     topView.MouseMove(kNoRow);
     EXPECT_EQ(top.rowNote(top.rowAt(0)), "");
-}
-
-TEST_F(Lists, NoteTheFolderOfANewRowWithTheNumberOfTheOldOneToo) {
     const Row row = top.rowAt(0);
     topView.MouseMove(row);
     top.clear();

@@ -1,8 +1,6 @@
 // Which file the preview shows and with what, and when it leaves what it shows.
 #include "views/preview.h"
 
-#include <gtest/gtest.h>
-
 #include "app/product.h"
 #include "platform/picture_size.h"
 #include "support/scan_fixture.h"
@@ -49,11 +47,7 @@ const std::string kNotice = " - Unbekanntes Dateiformat - \r\n";
 TEST(PreviewKinds, FollowTheExtensionOfTheName) {
     using enum PreviewKind;
     using V = PreviewViewer;
-    const struct {
-        const char* name;
-        PreviewKind kind;
-        std::optional<PreviewViewer> viewer;
-    } cases[] = {
+    const std::tuple<const char*, PreviewKind, std::optional<PreviewViewer>> cases[] = {
         {"a.txt", kText, V::kText},        {"LIESMICH.1ST", kText, V::kText},
         {"a.rtf", kText, V::kRichText},    {"a.tar.log", kText, V::kText},
         {"a.HTML", kBrowser, V::kWebPage}, {"a.png", kBrowser, V::kPicture},
@@ -63,11 +57,10 @@ TEST(PreviewKinds, FollowTheExtensionOfTheName) {
         {"a.mp4", kMedia, V::kMedia},      {"a", kUnknown, std::nullopt},
         {"a.", kUnknown, std::nullopt},    {"txt", kUnknown, std::nullopt},
         {"a.tx", kUnknown, std::nullopt},  {"a.txt/bat", kUnknown, std::nullopt},
-        {".txt", kText, V::kText},         {"a.\xFF\xFE", kUnknown, std::nullopt},
-    };
-    for (const auto& c : cases) {
-        EXPECT_EQ(previewKindOf(c.name), c.kind) << c.name;
-        EXPECT_EQ(previewViewerOf(c.name), c.viewer) << c.name;
+        {".txt", kText, V::kText},         {"a.\xFF\xFE", kUnknown, std::nullopt}};
+    for (const auto& [name, kind, viewer] : cases) {
+        EXPECT_EQ(previewKindOf(name), kind) << name;
+        EXPECT_EQ(previewViewerOf(name), viewer) << name;
     }
 }
 
@@ -122,11 +115,7 @@ TEST_F(PreviewTest, WhatFailsLaterIsToldToo) {
 }
 
 TEST(ZoomPicture, KeepsAllOfThePictureInTheBox) {
-    const struct {
-        PictureSize source, target;
-        bool shrink;
-        ZoomedPicture result;
-    } cases[] = {
+    const std::tuple<PictureSize, PictureSize, bool, ZoomedPicture> cases[] = {
         {{100, 50}, {200, 200}, false, {{100, 50}, {200, 200}}},
         {{100, 50}, {200, 200}, true, {{100, 50}, {100, 50}}},
         {{200, 200}, {200, 200}, true, {{200, 200}, {200, 200}}},
@@ -134,12 +123,11 @@ TEST(ZoomPicture, KeepsAllOfThePictureInTheBox) {
         {{100, 400}, {200, 200}, true, {{50, 200}, {50, 200}}},
         {{201, 10}, {200, 200}, false, {{200, 10}, {200, 200}}},
         {{10'000, 3}, {100, 100}, true, {{100, 1}, {100, 1}}},
-        {{60'000, 60'000}, {1, 1}, false, {{1, 1}, {1, 1}}},
-    };
-    for (const auto& c : cases) {
-        const ZoomedPicture zoomed = ZoomPicture(c.source, c.target, c.shrink);
-        EXPECT_EQ(zoomed.drawn, c.result.drawn) << c.source.width << "x" << c.source.height;
-        EXPECT_EQ(zoomed.target, c.result.target) << c.source.width << "x" << c.source.height;
+        {{60'000, 60'000}, {1, 1}, false, {{1, 1}, {1, 1}}}};
+    for (const auto& [source, target, shrink, result] : cases) {
+        const ZoomedPicture zoomed = ZoomPicture(source, target, shrink);
+        EXPECT_EQ(zoomed.drawn, result.drawn) << source.width << "x" << source.height;
+        EXPECT_EQ(zoomed.target, result.target) << source.width << "x" << source.height;
     }
 }
 

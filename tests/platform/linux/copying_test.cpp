@@ -36,51 +36,43 @@ TEST_F(CopyingTest, BytesAndHolesAreCopiedWhereTheyLie) {
         off_t at;
         std::string bytes;
     };
-    struct Case {
-        const char* name;
-        std::vector<Piece> pieces;
-        off_t size;
-    };
-    const Case cases[] = {
+    const std::tuple<const char*, std::vector<Piece>, off_t> cases[] = {
         {"empty", {}, 0},
         {"one byte", {{0, "x"}}, 1},
         {"a block and one", {{0, std::string(kMebi + 1, 'y')}}, kMebi + 1},
         {"only a hole", {}, 8 * kMebi},
         {"hole, bytes, hole", {{4 * kMebi + 3, "in the middle"}}, 8 * kMebi},
-        {"bytes, hole, bytes", {{0, "first"}, {8 * kMebi - 4, "last"}}, 8 * kMebi},
-    };
-    for (const Case& c : cases) {
+        {"bytes, hole, bytes", {{0, "first"}, {8 * kMebi - 4, "last"}}, 8 * kMebi}};
+    for (const auto& [name, pieces, size] : cases) {
         ASSERT_EQ(ftruncate(source.number(), 0), 0);
-        for (const Piece& piece : c.pieces)
+        for (const Piece& piece : pieces)
             ASSERT_EQ(pwrite(source.number(), piece.bytes.data(), piece.bytes.size(), piece.at),
                       static_cast<ssize_t>(piece.bytes.size()));
-        ASSERT_EQ(ftruncate(source.number(), c.size), 0);
+        ASSERT_EQ(ftruncate(source.number(), size), 0);
         for (const std::string& path : targets) {
             const Descriptor target = fresh(path);
-            EXPECT_EQ(copyContent(source.number(), target.number(), c.size, [] {}), 0) << c.name;
-            EXPECT_TRUE(test::contentOf(path) == test::contentOf(sourcePath)) << c.name << " in " << path;
+            EXPECT_EQ(copyContent(source.number(), target.number(), size, [] {}), 0) << name;
+            EXPECT_TRUE(test::contentOf(path) == test::contentOf(sourcePath)) << name << " in " << path;
             struct stat before {};
             struct stat after {};
             fstat(source.number(), &before);
             fstat(target.number(), &after);
-            EXPECT_LE(after.st_blocks, before.st_blocks + 4096) << c.name << ": holes were filled";
+            EXPECT_LE(after.st_blocks, before.st_blocks + 4096) << name << ": holes were filled";
         }
     }
 }
 
 TEST_F(CopyingTest, AnotherSizeThanToldIsBusy) {
-    struct Case {
-        const char* name;
-        off_t told, during;
-    };
-    for (const Case& c : {Case{"longer", 4 * kMebi, 4 * kMebi + 1}, Case{"shorter", 4 * kMebi, kMebi},
-                          Case{"told as empty", 0, 1}}) {
+    using Case = std::tuple<const char*, off_t, off_t>;
+    for (const auto& [name, told, during] :
+         {Case{"longer", 4 * kMebi, 4 * kMebi + 1}, Case{"shorter", 4 * kMebi, kMebi},
+          Case{"told as empty", 0, 1}}) {
         for (const std::string& path : targets) {
             const std::string bytes(4 * kMebi, 'z');
-            test::writeFile(sourcePath, c.told > 0 ? bytes : "z");
+            test::writeFile(sourcePath, told > 0 ? bytes : "z");
             const Descriptor target = fresh(path);
-            const auto change = [&] { EXPECT_EQ(ftruncate(source.number(), c.during), 0); };
-            EXPECT_EQ(copyContent(source.number(), target.number(), c.told, change), EBUSY) << c.name;
+            const auto change = [&, size = during] { EXPECT_EQ(ftruncate(source.number(), size), 0); };
+            EXPECT_EQ(copyContent(source.number(), target.number(), told, change), EBUSY) << name;
         }
     }
 }

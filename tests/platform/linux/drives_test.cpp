@@ -4,9 +4,7 @@
 #include <poll.h>
 
 #include <condition_variable>
-#include <filesystem>
 #include <fstream>
-#include <map>
 #include <mutex>
 #include <stdexcept>
 #include <thread>
@@ -60,10 +58,7 @@ class FakeMachine {
 
 TEST(LinuxDrives, ListsWhatAUserWouldCallADrive) {
     const FakeMachine machine;
-    const struct {
-        const char* line;
-        bool listed;
-    } cases[] = {
+    const std::pair<const char*, bool> cases[] = {
         {"8:1 / /mnt/p rw - ext4 /dev/sda1 rw", true},
         {"0:40 /@home /mnt/p rw shared:1 - btrfs /dev/sda1 rw", true},
         {"0:41 / /mnt/p rw - zfs tank/home rw", true},
@@ -77,11 +72,10 @@ TEST(LinuxDrives, ListsWhatAUserWouldCallADrive) {
         {"0:22 / /proc rw - proc proc rw", false},
         {"0:27 / /mnt/p rw - fuse.portal portal rw", false},
         {"0:28 / /var/lib/docker/overlay2/a/merged rw - overlay overlay rw", false},
-        {"0:29 / /net rw - autofs systemd-1 rw", false},
-    };
-    for (const auto& c : cases) {
-        machine.mounts({"0:9 / / rw - overlay overlay rw", c.line});
-        EXPECT_EQ(machine.roots().size(), c.listed ? 2U : 1U) << c.line;
+        {"0:29 / /net rw - autofs systemd-1 rw", false}};
+    for (const auto& [line, listed] : cases) {
+        machine.mounts({"0:9 / / rw - overlay overlay rw", line});
+        EXPECT_EQ(machine.roots().size(), listed ? 2U : 1U) << line;
     }
 }
 
@@ -125,11 +119,7 @@ TEST(LinuxDrives, KnowsTypeAndLabelWithoutAsking) {
     machine.link("/dev/mapper/vg-home", "../dm-1");
     machine.link("/dev/disk/by-label/My\\x20disk\\x2f\\xc3\\xa4\\xzz", "../../sda1");
     machine.link("/dev/disk/by-label/pool", "../../dm-1");
-    const struct {
-        const char* line;
-        DriveType type;
-        const char* label;
-    } cases[] = {
+    const std::tuple<const char*, DriveType, const char*> cases[] = {
         {"8:1 / / rw - ext4 /dev/sda1 rw", DriveType::kFixed, "My disk/ä\\xzz"},
         {"8:17 / / rw - vfat /dev/sdb1 rw", DriveType::kRemovable, ""},
         {"8:33 / / rw - ext4 /dev/sdc1 rw", DriveType::kDisc, ""},
@@ -138,15 +128,14 @@ TEST(LinuxDrives, KnowsTypeAndLabelWithoutAsking) {
         {"0:7 / / rw - btrfs /dev/sdb1 rw", DriveType::kRemovable, ""},
         {"0:7 / / rw - tmpfs tmpfs rw", DriveType::kRam, ""},
         {"0:7 / / rw - cifs //server/share rw", DriveType::kRemote, "//server/share"},
-        {"99:1 / / rw - ext4 /dev/gone rw", DriveType::kFixed, ""},
-    };
-    for (const auto& c : cases) {
-        machine.mounts({c.line});
+        {"99:1 / / rw - ext4 /dev/gone rw", DriveType::kFixed, ""}};
+    for (const auto& [line, type, label] : cases) {
+        machine.mounts({line});
         const auto drives = LinuxDrives({.root = machine.root()}).drives();
-        ASSERT_EQ(drives.size(), 1U) << c.line;
-        EXPECT_EQ(drives[0].type, c.type) << c.line;
-        EXPECT_EQ(drives[0].label, c.label) << c.line;
-        EXPECT_EQ(drives[0].labelError, 0) << c.line;
+        ASSERT_EQ(drives.size(), 1U) << line;
+        EXPECT_EQ(drives[0].type, type) << line;
+        EXPECT_EQ(drives[0].label, label) << line;
+        EXPECT_EQ(drives[0].labelError, 0) << line;
     }
     fs::remove_all(machine.root() + "/dev/disk");
     machine.mounts({"8:1 / / rw - ext4 /dev/sda1 rw"});
@@ -159,21 +148,17 @@ TEST(LinuxDrives, FindsTheMountOfAUncText) {
                     "0:2 / /srv/in rw - nfs server:/export/in rw", "0:3 / /win rw - cifs //Box/Share$ rw",
                     "0:4 / /ssh rw - fuse.sshfs me@far:home rw", "8:1 / /local rw - ext4 //box/local rw",
                     "0:5 / / rw - 9p box2:/exports rw"});
-    const struct {
-        const char* unc;
-        const char* root;
-    } cases[] = {
+    const char* const cases[][2] = {
         {"\\\\server\\export\\", "/srv/all"}, {"//SERVER/export", "/srv/all"},
         {"//server/export/in", "/srv/in"},    {"//server/export/inner", "/srv/all/inner"},
         {"//server/exported", "none"},        {"\\\\BOX\\share$\\A b\\", "/win/A b"},
         {"//far/home/x", "/ssh/x"},           {"//box/local", "none"},
-        {"//box2/exports/x", "/x"},           {"//server", "none"},
-    };
+        {"//box2/exports/x", "/x"},           {"//server", "none"}};
     LinuxDrives drives({.root = machine.root()});
-    for (const auto& c : cases) {
-        const auto found = drives.network(c.unc);
-        EXPECT_EQ(found ? found->root : "none", c.root) << c.unc;
-        EXPECT_TRUE(!found || found->type == DriveType::kRemote) << c.unc;
+    for (const auto& [unc, root] : cases) {
+        const auto found = drives.network(unc);
+        EXPECT_EQ(found ? found->root : "none", root) << unc;
+        EXPECT_TRUE(!found || found->type == DriveType::kRemote) << unc;
     }
 }
 

@@ -8,9 +8,6 @@
 #include <unistd.h>
 
 #include <cstring>
-#include <functional>
-#include <optional>
-#include <string>
 #include <thread>
 
 #include "base/fault.h"
@@ -167,7 +164,7 @@ TEST(ThrownFaults, AreCaughtAfterDestructorsThatAnAlarmWatchesAndTheProcessGoesO
 #if defined(__x86_64__)  // Other processors divide by zero without a fault.
         {divideByZero, "EXCEPTION_INT_DIVIDE_BY_ZERO"},
 #endif
-        {readBehindTheEndOfAMappedFile, "EXCEPTION_ACCESS_VIOLATION"},
+        {readBehindTheEndOfAMappedFile, "EXCEPTION_ACCESS_VIOLATION"}
     };
     for (const auto& kind : cases) {
         SCOPED_TRACE(&kind - cases);
@@ -251,8 +248,7 @@ const Case kFatal[] = {
      [](const char* words) { sayWords(words), readAt(nullAddress); }},
     {"whenTheLastWordsHang", faultInTheLibrary, "", false, [](const char*) { ringAndHang(); }},
 #endif
-    {"withoutLastWords", faultInTheLibrary, "", false, nullptr},
-};
+    {"withoutLastWords", faultInTheLibrary, "", false, nullptr}};
 
 class FatalFaults : public testing::TestWithParam<Case> {};
 

@@ -1,24 +1,17 @@
 #include "platform/linux/files.h"
 
-#include <fcntl.h>
 #include <gtest/gtest.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
 #include <cerrno>
-#include <filesystem>
-#include <iterator>
-#include <tuple>
 
 #include "support/temp_dir.h"
+#include "support/trees.h"
 #include "support/whole_files.h"
 
 namespace hl {
 namespace {
 
 namespace fs = std::filesystem;
-
-constexpr uid_t kNobody = 65534;
 
 struct stat statusOf(const std::string& path) {
     struct stat status {};
@@ -102,7 +95,7 @@ TEST_P(Replacing, RespectsWriteProtectionOfTheFileAndOfTheFolder) {
     const bool isRoot = geteuid() == 0;  // Whom no protection stops.
     for (const mode_t mode : {0777U, 0555U}) {
         ASSERT_EQ(chmod(dir.path().c_str(), mode), 0);
-        ASSERT_EQ(seteuid(isRoot ? kNobody : geteuid()), 0);
+        ASSERT_EQ(seteuid(isRoot ? test::kNobody : geteuid()), 0);
         EXPECT_EQ(replaceWith(files, mode == 0777U ? target : dir.path() + "/new", "new"), EACCES);
         ASSERT_EQ(seteuid(isRoot ? 0 : geteuid()), 0);
     }

@@ -6,7 +6,6 @@
 
 #include <cerrno>
 #include <cstdio>
-#include <filesystem>
 
 #include "support/temp_dir.h"
 #include "support/whole_files.h"

@@ -8,7 +8,6 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <filesystem>
 #include <future>
 
 #include "support/temp_dir.h"
@@ -24,18 +23,19 @@ class InstancesTest : public testing::Test {
   protected:
     InstancesTest() { chmod(dir.path().c_str(), 0700); }
 
-    LinuxInstances::Milliseconds limit = LinuxInstances::kDeliveryLimit;
     test::TempDir dir;
     InstancePlaces places{dir.path(), dir.path()};
     std::string socket = dir.path() + "/prog_APPLICATION";
+    LinuxInstances first{"prog", places}, later{"prog", places};
 
     // What the first instance takes of what a later one sends.
-    static Lines handedOver(LinuxInstances& first, const std::function<bool()>& send) {
+    Lines handedOver(const std::function<bool()>& send) { return handedOver(first, send); }
+    static Lines handedOver(LinuxInstances& taker, const std::function<bool()>& send) {
         auto sent = std::async(std::launch::async, send);
         Lines lines;
-        pollfd wait{first.listen(), POLLIN, 0};
+        pollfd wait{taker.listen(), POLLIN, 0};
         if (poll(&wait, 1, 20000) == 1)
-            first.receive([&](const std::string& line) { lines.push_back(line); });
+            taker.receive([&](const std::string& line) { lines.push_back(line); });
         EXPECT_EQ(sent.get(), !lines.empty());
         return lines;
     }
@@ -51,15 +51,14 @@ class InstancesTest : public testing::Test {
 };
 
 TEST_F(InstancesTest, TheMarkIsOnesAloneAndGoesWithItsHolder) {
-    LinuxInstances later("prog", places);
     LinuxInstances other("another", places);
     {
-        LinuxInstances first("prog", places);
+        LinuxInstances holder("prog", places);
         EXPECT_FALSE(later.isHeld());
-        EXPECT_TRUE(first.takeFirst() && first.takeFirst() && other.takeFirst());
-        EXPECT_TRUE(first.isHeld() && later.isHeld());
+        EXPECT_TRUE(holder.takeFirst() && holder.takeFirst() && other.takeFirst());
+        EXPECT_TRUE(holder.isHeld() && later.isHeld());
         EXPECT_FALSE(later.takeFirst());
-        EXPECT_GE(first.listen(), 0);
+        EXPECT_GE(holder.listen(), 0);
     }
     EXPECT_FALSE(later.isHeld() || fs::exists(socket));
     EXPECT_TRUE(later.takeFirst());
@@ -67,12 +66,10 @@ TEST_F(InstancesTest, TheMarkIsOnesAloneAndGoesWithItsHolder) {
 
 // Sent before the first instance listens, as a start right behind it does.
 TEST_F(InstancesTest, ALineOfAnyBytesArrivesWhole) {
-    LinuxInstances first("prog", places);
     ASSERT_TRUE(first.takeFirst());
     for (const std::string& line :
          {std::string(), std::string("\"/a\0b\" \"\xff\n\"", 11), std::string(3 << 20, 'x')}) {
-        LinuxInstances later("prog", places);
-        EXPECT_TRUE(handedOver(first, [&] { return later.deliver(line); }) == Lines{line}) << line.size();
+        EXPECT_TRUE(handedOver([&] { return later.deliver(line); }) == Lines{line}) << line.size();
     }
 }
 
@@ -85,25 +82,21 @@ TEST_F(InstancesTest, WhatAKilledInstanceLeftIsInNobodysWay) {
     int status = 1;
     ASSERT_EQ(waitpid(child, &status, 0), child);
     ASSERT_TRUE(status == 0 && fs::exists(socket));
-    LinuxInstances first("prog", places);
-    LinuxInstances later("prog", places);
     EXPECT_FALSE(later.deliver("lost"));
     ASSERT_TRUE(first.takeFirst());
-    EXPECT_EQ(handedOver(first, [&] { return later.deliver("line"); }), Lines{"line"});
+    EXPECT_EQ(handedOver([&] { return later.deliver("line"); }), Lines{"line"});
 }
 
 TEST_F(InstancesTest, AnInstanceThatDoesNotAnswerIsGivenUp) {
-    LinuxInstances first("prog", places);
-    LinuxInstances later("prog", places, LinuxInstances::Milliseconds(30));
+    LinuxInstances hasty("prog", places, LinuxInstances::Milliseconds(30));
     ASSERT_TRUE(first.takeFirst());
-    EXPECT_FALSE(later.deliver("does not listen yet"));
+    EXPECT_FALSE(hasty.deliver("does not listen yet"));
     ASSERT_GE(first.listen(), 0);
-    EXPECT_FALSE(later.deliver("does not receive"));
+    EXPECT_FALSE(hasty.deliver("does not receive"));
     first.receive([](const std::string& line) { FAIL() << line << ": its sender has given up"; });
 }
 
 TEST_F(InstancesTest, ASenderThatStopsInTheMiddleLeavesNoLine) {
-    LinuxInstances first("prog", places);
     ASSERT_TRUE(first.takeFirst() && first.listen() >= 0);
     for (const std::string_view part :
          {std::string_view("\x64\0\0", 3), std::string_view("\x64\0\0\0\0\0\0\0abc", 11),
@@ -113,24 +106,20 @@ TEST_F(InstancesTest, ASenderThatStopsInTheMiddleLeavesNoLine) {
         close(peer);
         first.receive([](const std::string&) { FAIL(); });
     }
-    LinuxInstances later("prog", places);
-    EXPECT_EQ(handedOver(first, [&] { return later.deliver("whole"); }), Lines{"whole"});
+    EXPECT_EQ(handedOver([&] { return later.deliver("whole"); }), Lines{"whole"});
 }
 
 TEST_F(InstancesTest, WhoConnectsAndSaysNothingKeepsNobodyElseOut) {
-    LinuxInstances first("prog", places);
     ASSERT_TRUE(first.takeFirst() && first.listen() >= 0);
     int silent[6];
     for (int& each : silent) each = connected();
     for (std::size_t i = 0; i < std::size(silent); ++i) first.receive([](const std::string&) { FAIL(); });
-    LinuxInstances later("prog", places);
-    EXPECT_EQ(handedOver(first, [&] { return later.deliver("line"); }), Lines{"line"});
+    EXPECT_EQ(handedOver([&] { return later.deliver("line"); }), Lines{"line"});
     for (const int each : silent) close(each);
 }
 
 TEST_F(InstancesTest, LinesOfAnotherUserAreDropped) {
     if (geteuid() != 0) GTEST_SKIP() << "only root can be another user";
-    LinuxInstances first("prog", places);
     ASSERT_TRUE(first.takeFirst() && first.listen() >= 0);
     // Open to all, which the program never makes it: the folder must not be what keeps him out.
     ASSERT_EQ(chmod(dir.path().c_str(), 0777) | chmod(socket.c_str(), 0777), 0);
@@ -146,37 +135,30 @@ TEST_F(InstancesTest, OnlyAFolderThatIsTheUsersAloneIsUsed) {
     const std::string own = dir.path() + "/shared/prog-" + std::to_string(geteuid());
     fs::create_directories(dir.path() + "/elsewhere");
     chmod((dir.path() + "/elsewhere").c_str(), 0700);
-    const struct {
-        const char* what;
-        std::function<void()> prepare;
-        bool usable;
-    } cases[] = {
+    const std::tuple<const char*, std::function<void()>, bool> cases[] = {
         {"nothing there", [] {}, true},
         {"one of the user's own", [&] { mkdir(own.c_str(), 0700); }, true},
         {"one that others can read", [&] { mkdir(own.c_str(), 0750), chmod(own.c_str(), 0750); }, false},
         {"a link to a good one", [&] { fs::create_symlink(dir.path() + "/elsewhere", own); }, false},
-        {"a file", [&] { test::writeFile(own, ""); }, false},
-    };
+        {"a file", [&] { test::writeFile(own, ""); }, false}};
     chmod(dir.path().c_str(), 0755);  // So that the folder of the run is passed over.
-    for (const auto& c : cases) {
+    for (const auto& [what, prepare, usable] : cases) {
         fs::remove_all(dir.path() + "/shared");
         fs::create_directories(dir.path() + "/shared");
-        c.prepare();
+        prepare();
         LinuxInstances instances("prog", {dir.path(), dir.path() + "/shared"});
-        EXPECT_TRUE(instances.takeFirst()) << c.what << ": the program starts in any case";
-        EXPECT_EQ(instances.listen() >= 0, c.usable) << c.what;
-        EXPECT_EQ(fs::exists(own + "/prog_APPLICATION"), c.usable) << c.what;
+        EXPECT_TRUE(instances.takeFirst()) << what << ": the program starts in any case";
+        EXPECT_EQ(instances.listen() >= 0, usable) << what;
+        EXPECT_EQ(fs::exists(own + "/prog_APPLICATION"), usable) << what;
     }
     EXPECT_FALSE(fs::exists(socket));
 }
 
 TEST_F(InstancesTest, LongNamesWorkAndAreKeptApart) {
     const std::string name(250, 'n');
-    LinuxInstances first(name + "1", places);
-    LinuxInstances other(name + "2", places);
-    EXPECT_TRUE(first.takeFirst() && other.takeFirst());
-    LinuxInstances later(name + "1", places);
-    EXPECT_EQ(handedOver(first, [&] { return later.deliver("line"); }), Lines{"line"});
+    LinuxInstances one(name + "1", places), other(name + "2", places), again(name + "1", places);
+    EXPECT_TRUE(one.takeFirst() && other.takeFirst());
+    EXPECT_EQ(handedOver(one, [&] { return again.deliver("line"); }), Lines{"line"});
 }
 
 }  // namespace

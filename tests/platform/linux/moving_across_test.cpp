@@ -1,5 +1,4 @@
 // Moving to another file system.
-#include <fcntl.h>
 #include <linux/fs.h>
 #include <sys/ioctl.h>
 #include <sys/xattr.h>
@@ -7,7 +6,6 @@
 #include <atomic>
 #include <cerrno>
 #include <thread>
-#include <utility>
 
 #include "platform/linux/moving.h"
 #include "platform/linux/moving_fixture.h"
@@ -75,32 +73,25 @@ TEST_F(MovingAcrossTest, ALinkGoesAsTheLinkItIs) {
 }
 
 TEST_F(MovingAcrossTest, AfterAFailureAllIsAsItWas) {
-    struct Case {
-        const char* old;
-        const char* there;
-        int error;
-    };
-    const Case cases[] = {
+    const std::tuple<const char*, const char*, int> cases[] = {
         {"folder", "nothing", EXDEV},      {"empty folder", "nothing", EXDEV},
         {"folder", "empty folder", EXDEV}, {"pipe", "nothing", EXDEV},
         {"socket", "file", EXDEV},         {"file", "folder", EISDIR},
         {"file", "empty folder", EISDIR},  {"dangling link", "empty folder", EISDIR},
-        {"nothing", "file", ENOENT},
-    };
-    for (const Case& c : cases) {
-        kind(c.old).make(at("old"));
-        kind(c.there).make(other.at("there"));
-        const ino_t old = inodeOf(at("old"));
-        const ino_t there = inodeOf(other.at("there"));
+        {"nothing", "file", ENOENT}};
+    for (const auto& [moved, onto, error] : cases) {
+        kind(moved).make(at("old"));
+        kind(onto).make(other.at("there"));
+        const ino_t old = inodeOf(at("old")), there = inodeOf(other.at("there"));
         const auto names = namesIn(other.path());
         const timespec untouched[] = {{1, 0}, {1, 0}};
         utimensat(AT_FDCWD, other.path().c_str(), untouched, 0);
-        EXPECT_EQ(moveTo(at("old"), other.at("there")), c.error) << c.old << " onto " << c.there;
+        EXPECT_EQ(moveTo(at("old"), other.at("there")), error) << moved << " onto " << onto;
         EXPECT_EQ(factsOf(other.path()).st_mtim.tv_sec, 1) << "something was made in vain";
         EXPECT_EQ(inodeOf(at("old")), old);
         EXPECT_EQ(inodeOf(other.at("there")), there);
         EXPECT_EQ(namesIn(other.path()), names);
-        EXPECT_EQ(fs::exists(at("old/inside")), c.old == std::string("folder"));
+        EXPECT_EQ(fs::exists(at("old/inside")), moved == std::string("folder"));
         fs::remove_all(at("old"));
         fs::remove_all(other.at("there"));
     }
@@ -162,27 +153,23 @@ TEST_F(MovingAcrossTest, IfTheOldNameCannotGoTheNewOneIsTakenBack) {
 
 TEST_F(MovingAcrossTest, RightsAreLookedAtBeforeAnythingIsCopied) {
     if (geteuid() != 0 || !other.isMounted()) GTEST_SKIP() << "root alone can become another user";
-    struct Case {
-        mode_t folder, file;
-        int error;
-        mode_t left;
-    };
-    const Case cases[] = {
-        {0755, 0644, EACCES, 0}, {01777, 0644, EPERM, 0},
-        {0777, 0600, EACCES, 0}, {0777, 06755, 0, 0755},  // Nobody lends what is not his.
-        {0777, 0444, 0, 0444},
-    };
-    for (const Case& c : cases) {
-        makeFile(at("sub/old"));
+    const std::tuple<mode_t, mode_t, int, mode_t> cases[] = {
+        {0755, 0644, EACCES, 0},
+        {01777, 0644, EPERM, 0},
+        {0777, 0600, EACCES, 0},
+        {0777, 06755, 0, 0755},  // Nobody lends what is not his.
+        {0777, 0444, 0, 0444}};
+    for (const auto& [folder, file, error, left] : cases) {
+        makeText(at("sub/old"));
         setxattr(at("sub/old").c_str(), "user.note", "kept", 4, 0);
-        chmod(at("sub/old").c_str(), c.file);
-        chmod(at("sub").c_str(), c.folder);
+        chmod(at("sub/old").c_str(), file);
+        chmod(at("sub").c_str(), folder);
         const timespec untouched[] = {{1, 0}, {1, 0}};
         utimensat(AT_FDCWD, other.path().c_str(), untouched, 0);
-        EXPECT_EQ(asNobody([&] { return moveTo(at("sub/old"), other.at("new")); }), c.error) << c.folder;
-        EXPECT_EQ(factsOf(other.path()).st_mtim.tv_sec == 1, c.error != 0) << "something was made in vain";
-        EXPECT_EQ(inodeOf(at("sub/old")) == 0, c.error == 0);
-        EXPECT_EQ(factsOf(other.at("new")).st_mode & 07777, c.left);
+        EXPECT_EQ(asNobody([&] { return moveTo(at("sub/old"), other.at("new")); }), error) << folder;
+        EXPECT_EQ(factsOf(other.path()).st_mtim.tv_sec == 1, error != 0) << "something was made in vain";
+        EXPECT_EQ(inodeOf(at("sub/old")) == 0, error == 0);
+        EXPECT_EQ(factsOf(other.at("new")).st_mode & 07777, left);
         fs::remove(other.at("new"));
         EXPECT_TRUE(namesIn(other.path()).empty());
     }

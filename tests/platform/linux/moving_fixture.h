@@ -3,21 +3,14 @@
 
 #include <gtest/gtest.h>
 #include <sys/mount.h>
-#include <sys/socket.h>
 #include <sys/stat.h>
-#include <sys/un.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <filesystem>
-#include <functional>
-#include <memory>
-#include <set>
-#include <stdexcept>
-#include <string>
 
 #include "platform/linux/descriptor.h"
 #include "platform/linux/moving.h"
+#include "support/kinds.h"
 #include "support/temp_dir.h"
 #include "support/whole_files.h"
 
@@ -48,57 +41,6 @@ inline std::set<std::string> namesIn(const std::string& folder) {
     std::set<std::string> names;
     for (const auto& entry : fs::directory_iterator(folder)) names.insert(entry.path().filename());
     return names;
-}
-
-inline void makeSocket(const std::string& path) {
-    sockaddr_un address{};
-    address.sun_family = AF_UNIX;
-    path.copy(address.sun_path, sizeof address.sun_path - 1);
-    const Descriptor made(socket(AF_UNIX, SOCK_STREAM, 0));
-    bind(made.number(), reinterpret_cast<const sockaddr*>(&address), sizeof address);
-}
-
-inline void makeFile(const std::string& path) {
-    writeFile(path, "content of " + fs::path(path).filename().string());
-}
-
-struct Kind {
-    const char* name;
-    std::function<void(const std::string&)> make;
-};
-
-inline const Kind kKinds[] = {
-    {"file", makeFile},
-    {"read-only file", [](const auto& path) { makeFile(path), chmod(path.c_str(), 0400); }},
-    {"link to a file", [](const auto& path) { fs::create_symlink("/etc/passwd", path); }},
-    {"link to a folder", [](const auto& path) { fs::create_symlink("/etc", path); }},
-    {"dangling link", [](const auto& path) { fs::create_symlink("no such thing", path); }},
-    {"link to itself", [](const auto& path) { fs::create_symlink(fs::path(path).filename(), path); }},
-    {"pipe", [](const auto& path) { mkfifo(path.c_str(), 0600); }},
-    {"socket", makeSocket},
-    {"folder", [](const auto& path) { fs::create_directory(path), makeFile(path + "/inside"); }},
-    {"empty folder", [](const auto& path) { fs::create_directory(path); }},
-    {"nothing", [](const auto&) {}},
-};
-
-inline const Kind& kind(std::string_view name) {
-    for (const Kind& each : kKinds)
-        if (each.name == name) return each;
-    throw std::logic_error("no such kind");
-}
-
-inline constexpr uid_t kNobody = 65534;
-
-// What `act` returns in a process of a user without rights.
-inline int asNobody(const std::function<int()>& act) {
-    const pid_t child = fork();
-    if (child == 0) {
-        const bool became = setgid(kNobody) == 0 && setuid(kNobody) == 0;
-        _exit(became ? act() : 255);
-    }
-    int status = 0;
-    waitpid(child, &status, 0);
-    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
 }
 
 class MovingTest : public testing::Test {

@@ -1,6 +1,5 @@
 #include "platform/linux/moving.h"
 
-#include <fcntl.h>
 #include <linux/fs.h>
 #include <sys/ioctl.h>
 
@@ -34,67 +33,52 @@ TEST_F(MovingTest, WhateverItIsItIsTheSameUnderItsNewName) {
 }
 
 TEST_F(MovingTest, AFileReplacesAFileAndNothingReplacesAFolder) {
-    struct Case {
-        const char* old;
-        const char* there;
-        int error;
-    };
-    const Case cases[] = {
-        {"file", "file", 0},
-        {"file", "read-only file", 0},
-        {"file", "dangling link", 0},
-        {"file", "link to a folder", 0},
-        {"link to a folder", "file", 0},
-        {"pipe", "file", 0},
-        {"file", "pipe", 0},
-        {"file", "folder", EISDIR},
-        {"file", "empty folder", EISDIR},
-        {"folder", "folder", EEXIST},
-        {"folder", "empty folder", EEXIST},
-        {"folder", "file", EEXIST},
-        {"folder", "link to a folder", EEXIST},
-        {"nothing", "file", ENOENT},
-        {"nothing", "folder", ENOENT},
-    };
-    for (const Case& c : cases) {
-        kind(c.old).make(at("old"));
-        kind(c.there).make(at("there"));
-        const ino_t old = inodeOf(at("old"));
-        const ino_t there = inodeOf(at("there"));
-        EXPECT_EQ(moveTo(at("old"), at("there")), c.error) << c.old << " onto " << c.there;
-        EXPECT_EQ(inodeOf(at("old")), c.error == 0 ? 0 : old) << c.old << " onto " << c.there;
-        EXPECT_EQ(inodeOf(at("there")), c.error == 0 ? old : there) << c.old << " onto " << c.there;
+    const std::tuple<const char*, const char*, int> cases[] = {{"file", "file", 0},
+                                                               {"file", "read-only file", 0},
+                                                               {"file", "dangling link", 0},
+                                                               {"file", "link to a folder", 0},
+                                                               {"link to a folder", "file", 0},
+                                                               {"pipe", "file", 0},
+                                                               {"file", "pipe", 0},
+                                                               {"file", "folder", EISDIR},
+                                                               {"file", "empty folder", EISDIR},
+                                                               {"folder", "folder", EEXIST},
+                                                               {"folder", "empty folder", EEXIST},
+                                                               {"folder", "file", EEXIST},
+                                                               {"folder", "link to a folder", EEXIST},
+                                                               {"nothing", "file", ENOENT},
+                                                               {"nothing", "folder", ENOENT}};
+    for (const auto& [moved, onto, error] : cases) {
+        kind(moved).make(at("old"));
+        kind(onto).make(at("there"));
+        const ino_t old = inodeOf(at("old")), there = inodeOf(at("there"));
+        EXPECT_EQ(moveTo(at("old"), at("there")), error) << moved << " onto " << onto;
+        EXPECT_EQ(inodeOf(at("old")), error == 0 ? 0 : old) << moved << " onto " << onto;
+        EXPECT_EQ(inodeOf(at("there")), error == 0 ? old : there) << moved << " onto " << onto;
         fs::remove_all(at("old"));
         fs::remove_all(at("there"));
     }
 }
 
 TEST_F(MovingTest, APlaceThatCannotBeIsToldAndNothingMoves) {
-    makeFile(at("file"));
+    makeText(at("file"));
     fs::create_directories(at("folder/below"));
-    struct Case {
-        const char* old;
-        std::string fresh;
-        int error;
-    };
-    const Case cases[] = {
-        {"file", "missing/new", ENOENT},
-        {"file", "file/new", ENOTDIR},
-        {"file", std::string(256, 'n'), ENAMETOOLONG},
-        {"file", ".", EINVAL},
-        {"file", "..", EINVAL},
-        {"file", std::string("a\0b", 3), EINVAL},
-        {"folder", "folder/below/new", EINVAL},
-        {"folder/below", "folder", EEXIST},
-        {"folder", "folder", 0},
-        {"file", "file", 0},
-        {"file", "sub/../file", 0},
-        {"missing", "missing", ENOENT},
-    };
-    for (const Case& c : cases) {
-        EXPECT_EQ(moveTo({dir.path(), c.old, true}, {dir.path(), c.fresh, true}), c.error)
-            << c.old << " to " << c.fresh;
-        EXPECT_EQ(namesIn(dir.path()), (std::set<std::string>{"file", "folder", "sub"})) << c.fresh;
+    const std::tuple<const char*, std::string, int> cases[] = {{"file", "missing/new", ENOENT},
+                                                               {"file", "file/new", ENOTDIR},
+                                                               {"file", std::string(256, 'n'), ENAMETOOLONG},
+                                                               {"file", ".", EINVAL},
+                                                               {"file", "..", EINVAL},
+                                                               {"file", std::string("a\0b", 3), EINVAL},
+                                                               {"folder", "folder/below/new", EINVAL},
+                                                               {"folder/below", "folder", EEXIST},
+                                                               {"folder", "folder", 0},
+                                                               {"file", "file", 0},
+                                                               {"file", "sub/../file", 0},
+                                                               {"missing", "missing", ENOENT}};
+    for (const auto& [old, fresh, error] : cases) {
+        EXPECT_EQ(moveTo({dir.path(), old, true}, {dir.path(), fresh, true}), error)
+            << old << " to " << fresh;
+        EXPECT_EQ(namesIn(dir.path()), (std::set<std::string>{"file", "folder", "sub"})) << fresh;
         EXPECT_EQ(contentOf(at("file")), "content of file");
         EXPECT_TRUE(fs::exists(at("folder/below")));
     }
@@ -102,7 +86,7 @@ TEST_F(MovingTest, APlaceThatCannotBeIsToldAndNothingMoves) {
 
 TEST_F(MovingTest, OfTwoNamesOfOneFileTheNewOneIsLeft) {
     for (const char* other : {"other", "sub/other", "sub/old", "OLD"}) {
-        makeFile(at("old"));
+        makeText(at("old"));
         fs::create_hard_link(at("old"), at(other));
         const ino_t inode = inodeOf(at("old"));
         EXPECT_EQ(moveTo(at("old"), at(other)), 0) << other;
@@ -123,7 +107,7 @@ TEST_F(MovingTest, TheLengthOfAPathHasNoLimit) {
         folder = openAt(folder.number(), name, O_PATH | O_DIRECTORY);
         place.below += name + "/";
     }
-    makeFile(at("old"));
+    makeText(at("old"));
     const FilePlace deep{place.base, place.below + "new"};
     ASSERT_GT(deep.below.size(), 20'000U);
     EXPECT_EQ(moveTo({at("old")}, deep), 0);
@@ -136,8 +120,8 @@ TEST_F(MovingTest, WithoutTheRightToWriteAFolderNothingMoves) {
     if (geteuid() != 0) GTEST_SKIP() << "root alone can become another user";
     fs::create_directory(at("open"));
     chmod(at("open").c_str(), 0777);
-    makeFile(at("old"));
-    makeFile(at("open/old"));
+    makeText(at("old"));
+    makeText(at("open/old"));
     chmod(at("open/old").c_str(), 0666);
     EXPECT_EQ(asNobody([&] { return moveTo(at("old"), at("new")); }), EACCES);
     EXPECT_EQ(asNobody([&] { return moveTo(at("old"), at("open/new")); }), EACCES);

@@ -1,18 +1,16 @@
 // Files that are no files to read, helpers that do not behave, and folders that must not stay.
 #include "platform/linux/preview_tools.h"
 
-#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <poll.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
-#include <unistd.h>
 
 #include <cerrno>
-#include <filesystem>
 
 #include "platform/preview_protocol.h"
 #include "support/few_descriptors.h"
+#include "support/patience.h"
 #include "support/temp_dir.h"
 #include "support/whole_files.h"
 
@@ -25,8 +23,7 @@ struct PreviewToolsTest : testing::Test {
 
     std::string path(const std::string& name) const { return dir.path() + "/" + name; }
     std::string script(const std::string& name, const std::string& body) const {
-        writeFile(path(name), "#!/bin/sh\n" + body + "\n");
-        std::filesystem::permissions(path(name), std::filesystem::perms::owner_all);
+        writeScript(path(name), body);
         return path(name);
     }
     std::string errorOf(const std::string& file) {
@@ -114,23 +111,19 @@ TEST_F(PreviewToolsTest, TheEndOfAHelperTakesItsChildrenAlong) {
     ASSERT_EQ(kill(child, 0), 0);
     process.reset();
     // Killed; whoever takes in orphans may be slow to bury it.
-    const auto ended = [state = "/proc/" + std::to_string(child) + "/stat"] {
+    EXPECT_TRUE(comes([state = "/proc/" + std::to_string(child) + "/stat"] {
         const std::string now = contentOf(state);
         return now.empty() || now.find(") Z") != std::string::npos || now.find(") X") != std::string::npos;
-    };
-    for (int i = 0; i < 500 && !ended(); ++i) usleep(10'000);
-    EXPECT_TRUE(ended());
+    }));
 }
 
 TEST_F(PreviewToolsTest, HowAHelperEndedIsTold) {
-    const struct {
-        const char* body;
-        bool well;
-    } cases[] = {{"exit 0", true}, {"exit 3", false}, {"kill -SEGV $$", false}};
-    for (const auto& c : cases) {
-        auto process = start({.program = script("helper", c.body)});
+    const std::pair<const char*, bool> cases[] = {
+        {"exit 0", true}, {"exit 3", false}, {"kill -SEGV $$", false}};
+    for (const auto& [body, well] : cases) {
+        auto process = start({.program = script("helper", body)});
         outputOf(*process);
-        EXPECT_EQ(process->endedWell(), c.well) << c.body;
+        EXPECT_EQ(process->endedWell(), well) << body;
     }
     auto process = start({.program = path("none")});
     outputOf(*process);
@@ -173,21 +166,16 @@ TEST_F(PreviewToolsTest, WhatTheSystemHasNoRoomForSaysWhy) {
 }
 
 TEST(PreviewProtocol, AnswersThatMakeNoSenseAreRefused) {
-    const AnswerHeader good{PreviewAnswer::kPicture, 0, 10, 20, 5, 10, 800};
-    EXPECT_TRUE(isSound(good));
-    const auto bad = [&](auto change) {
-        AnswerHeader header = good;
-        change(header);
-        return !isSound(header);
-    };
-    EXPECT_TRUE(bad([](AnswerHeader& h) { h.bytes = 799; }));
-    EXPECT_TRUE(bad([](AnswerHeader& h) { h.width = -10, h.height = -20; }));
-    EXPECT_TRUE(
-        bad([](AnswerHeader& h) { h.width = 32'767, h.height = 32'767, h.bytes = 4U * 32'767 * 32'767; }));
-    EXPECT_TRUE(bad([](AnswerHeader& h) { h.drawnWidth = 0; }));
-    EXPECT_TRUE(bad([](AnswerHeader& h) { h.kind = static_cast<PreviewAnswer>(7); }));
-    EXPECT_TRUE(bad([](AnswerHeader& h) { h.kind = PreviewAnswer::kPages, h.bytes = 12; }));
-    EXPECT_TRUE(bad([](AnswerHeader& h) { h.kind = PreviewAnswer::kFailed, h.bytes = 1U << 20; }));
+    constexpr auto kPicture = PreviewAnswer::kPicture;
+    EXPECT_TRUE(isSound({kPicture, 0, 10, 20, 5, 10, 800}));
+    for (const AnswerHeader& bad : {AnswerHeader{kPicture, 0, 10, 20, 5, 10, 799},
+                                    {kPicture, 0, -10, -20, 5, 10, 800},
+                                    {kPicture, 0, 32'767, 32'767, 5, 10, 4U * 32'767 * 32'767},
+                                    {kPicture, 0, 10, 20, 0, 10, 800},
+                                    {static_cast<PreviewAnswer>(7), 0, 10, 20, 5, 10, 800},
+                                    {PreviewAnswer::kPages, 0, 10, 20, 5, 10, 12},
+                                    {PreviewAnswer::kFailed, 0, 10, 20, 5, 10, 1U << 20}})
+        EXPECT_FALSE(isSound(bad)) << static_cast<int>(bad.kind) << " " << bad.width << " " << bad.bytes;
 }
 
 TEST(PreviewProtocol, RequestsComeBackAsTheyWere) {

@@ -6,7 +6,6 @@
 
 #include <cerrno>
 #include <cstdlib>
-#include <filesystem>
 #include <fstream>
 
 #include "support/temp_dir.h"
@@ -58,11 +57,9 @@ TEST_F(FilesOfAMachine, TellMemoryUpTimeAndEachDifferentProcessorOnce) {
          "model name\t: Little\n");
     const auto page = static_cast<std::uint64_t>(sysconf(_SC_PAGESIZE));
     const MemoryFacts memory = facts.memory();
-    EXPECT_EQ(memory.physicalTotal, 4000U * 1024);
-    EXPECT_EQ(memory.physicalAvailable, 1000U * 1024);
-    EXPECT_EQ(memory.loadPercent, 75U);
-    EXPECT_EQ(memory.pageFileTotal, 2000U * 1024);
-    EXPECT_EQ(memory.pageFileAvailable, 500U * 1024);
+    EXPECT_EQ(std::tuple(memory.physicalTotal, memory.physicalAvailable, memory.pageFileTotal,
+                         memory.pageFileAvailable, memory.loadPercent),
+              std::tuple(4000U * 1024, 1000U * 1024, 2000U * 1024, 500U * 1024, 75U));
     EXPECT_EQ(memory.virtualTotal - memory.virtualAvailable, 1000 * page);
     EXPECT_EQ(facts.workingSet(), 20 * page);
     EXPECT_EQ(facts.upTimeSeconds(), 350735U);

@@ -1,14 +1,7 @@
-#include <gtest/gtest.h>
 #include <sys/mount.h>
-#include <unistd.h>
-
-#include <filesystem>
-#include <functional>
-#include <string>
 
 #include "platform/linux/trash.h"
 #include "support/trashing.h"
-#include "support/trees.h"
 
 namespace hl {
 namespace {
@@ -102,11 +95,7 @@ TEST_F(TrashingOnAMount, UsesOnlyATrashThatNobodyElseCanTurnAgainstTheUser) {
         must(chown(path.c_str(), kNobody, kNobody));
     };
     enum class Used { kNothing, kShared, kOwn };
-    const struct {
-        const char* label;
-        std::function<void()> make;
-        Used used;
-    } cases[] = {
+    const std::tuple<const char*, std::function<void()>, Used> cases[] = {
         {"sticky", [&] { makeSticky(shared); }, Used::kShared},
         {"sticky, user's folder there", [&] { makeSticky(shared), test::makeFolder(shared + "/" + number); },
          Used::kShared},
@@ -128,17 +117,16 @@ TEST_F(TrashingOnAMount, UsesOnlyATrashThatNobodyElseCanTurnAgainstTheUser) {
          Used::kNothing},
         {"info a link",
          [&] { test::makeFolder(own), fs::create_directory_symlink(elsewhere, own + "/info"); },
-         Used::kNothing},
-    };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.label);
+         Used::kNothing}};
+    for (const auto& [label, make, where] : cases) {
+        SCOPED_TRACE(label);
         makeSticky(elsewhere);
         const std::string before = snapshotOf(elsewhere);
-        c.make();
-        const bool used = c.used != Used::kNothing;
+        make();
+        const bool used = where != Used::kNothing;
         EXPECT_EQ(recycleIt(), used ? RecycleError::kNone : RecycleError::kNoTrash);
         if (used) {
-            EXPECT_EQ(contentOfTrash(c.used == Used::kOwn ? own : shared + "/" + number), theOne);
+            EXPECT_EQ(contentOfTrash(where == Used::kOwn ? own : shared + "/" + number), theOne);
         }
         EXPECT_EQ(fs::exists(top + "/folder/a b"), !used);
         EXPECT_EQ(snapshotOf(elsewhere), before);

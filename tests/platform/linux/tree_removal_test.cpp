@@ -1,19 +1,11 @@
 // Removing trees on a real disk: what goes, what stays, and that nothing outside is touched.
 #include "platform/linux/tree_removal.h"
 
-#include <errno.h>
-#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <linux/fs.h>
 #include <sys/ioctl.h>
 #include <sys/mount.h>
-#include <sys/stat.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
-#include <atomic>
-#include <filesystem>
-#include <functional>
 #include <thread>
 
 #include "support/recording_calls.h"
@@ -42,37 +34,22 @@ bool isThere(const std::string& path) {
     return ::lstat(path.c_str(), &facts) == 0;
 }
 
-bool isRoot() {
-    return ::geteuid() == 0;
-}
-
-/// What `body` answers in a process of a user with no rights.
-int asNobody(const std::function<int()>& body) {
-    const pid_t child = ::fork();
-    if (child == 0) {
-        if (isRoot() && (::setgid(65534) != 0 || ::setuid(65534) != 0)) ::_exit(125);
-        ::_exit(body());
-    }
-    int status = 0;
-    ::waitpid(child, &status, 0);
-    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-}
-
 class TreeRemovalTest : public ::testing::Test {
   protected:
     std::string in(const std::string& name) const { return dir_.path() + "/" + name; }
+    void make(std::initializer_list<std::string_view> paths) const { makeTree(dir_.path(), paths); }
+    static std::vector<int> errorsOf(const Removal& removal) {
+        std::vector<int> errors;
+        for (const RemovalFailure& failure : removal.failures) errors.push_back(failure.error);
+        return errors;
+    }
 
     TempDir dir_;
 };
 
 // Everything that may lie in a folder.
 void fill(const std::string& root, const std::string& outside) {
-    fs::create_directories(root + "/sub/deeper");
-    fs::create_directories(root + "/empty");
-    makeFile(root + "/file", 10);
-    makeFile(root + "/sub/deeper/file", 10);
-    makeFile(root + "/bad \xFF\n name", 1);
-    makeFile(root + "/" + std::string(255, 'n'), 1);
+    makeTree(root, {"sub/deeper/file", "empty/", "file", "bad \xFF\n name", std::string(255, 'n')});
     must(::chmod((root + "/file").c_str(), 0400));
     must(::mkfifo((root + "/fifo").c_str(), 0600));
     must(::symlink((outside + "/file").c_str(), (root + "/to file").c_str()));
@@ -97,10 +74,8 @@ TEST_F(TreeRemovalTest, AllKindsOfEntriesGoAndNothingThatLinksLeadTo) {
 }
 
 TEST_F(TreeRemovalTest, WhatIsNoFolderInTheFoldersPlaceGoesAsWhatItIs) {
-    fs::create_directories(in("outside"));
-    makeFile(in("outside/file"), 5);
+    make({"outside/file", "plain"});
     must(::symlink(in("outside").c_str(), in("link").c_str()));
-    makeFile(in("plain"), 1);
 
     for (const char* name : {"link", "plain"}) {
         EXPECT_TRUE(removeTree({in(name)}).removed) << name;
@@ -116,14 +91,12 @@ TEST_F(TreeRemovalTest, AFolderThatIsNotThereIsToldAsVanished) {
 }
 
 TEST_F(TreeRemovalTest, BelowItsBaseAPlaceIsNotReachedThroughALink) {
-    fs::create_directories(in("precious/sub"));
-    fs::create_directories(in("base"));
+    make({"precious/sub/", "base/"});
     must(::symlink(in("precious").c_str(), in("base/a").c_str()));
 
     const Removal strict = removeTree({in("base"), "a/sub"});
     EXPECT_FALSE(strict.removed);
-    ASSERT_EQ(strict.failures.size(), 1u);
-    EXPECT_EQ(strict.failures[0].error, ENOTDIR);
+    EXPECT_EQ(errorsOf(strict), std::vector{ENOTDIR});
     EXPECT_TRUE(isThere(in("precious/sub")));
 
     EXPECT_TRUE(removeTree({in("base"), "a/sub", true}).removed);
@@ -133,10 +106,7 @@ TEST_F(TreeRemovalTest, BelowItsBaseAPlaceIsNotReachedThroughALink) {
 TEST_F(TreeRemovalTest, FoldersWithoutRightsGoWhereTheOwnerMayGiveThem) {
     must(::chmod(dir_.path().c_str(), 0777));
     const int result = asNobody([&] {
-        fs::create_directories(in("root/closed/sub"));
-        fs::create_directories(in("root/unreadable/sub"));
-        makeFile(in("root/closed/file"), 1);
-        makeFile(in("root/unreadable/file"), 1);
+        make({"root/closed/sub/", "root/closed/file", "root/unreadable/sub/", "root/unreadable/file"});
         must(::chmod(in("root/closed").c_str(), 0555));
         must(::chmod(in("root/unreadable").c_str(), 0));
         const Removal removal = removeTree({in("root")});
@@ -147,17 +117,11 @@ TEST_F(TreeRemovalTest, FoldersWithoutRightsGoWhereTheOwnerMayGiveThem) {
 }
 
 TEST_F(TreeRemovalTest, WhatAnotherUserOwnsStaysWithItsReasonAndTheRestGoes) {
-    if (!isRoot()) GTEST_SKIP() << "needs root to make files of two users";
+    if (::geteuid() != 0) GTEST_SKIP() << "needs root to make files of two users";
     must(::chmod(dir_.path().c_str(), 0755));
-    fs::create_directories(in("root/theirs"));
-    fs::create_directories(in("root/mine"));
-    fs::create_directories(in("root/sticky"));
-    makeFile(in("root/theirs/file"), 1);
-    makeFile(in("root/mine/file"), 1);
-    makeFile(in("root/sticky/file"), 1);
+    make({"root/theirs/file", "root/mine/file", "root/sticky/file"});
     must(::chmod(in("root/sticky").c_str(), 01777));
-    must(::chown(in("root").c_str(), 65534, 65534));
-    must(::chown(in("root/mine").c_str(), 65534, 65534));
+    for (const char* theirs : {"root", "root/mine"}) must(::chown(in(theirs).c_str(), kNobody, kNobody));
 
     const int result = asNobody([&] {
         const Removal removal = removeTree({in("root")});
@@ -177,9 +141,7 @@ TEST_F(TreeRemovalTest, WhatAnotherUserOwnsStaysWithItsReasonAndTheRestGoes) {
 }
 
 TEST_F(TreeRemovalTest, AnImmutableFileStaysAndIsNamed) {
-    fs::create_directories(in("root"));
-    makeFile(in("root/rock"), 1);
-    makeFile(in("root/sand"), 1);
+    make({"root/rock", "root/sand"});
     const int file = must(::open(in("root/rock").c_str(), O_RDONLY | O_CLOEXEC));
     int flags = FS_IMMUTABLE_FL;
     if (::ioctl(file, FS_IOC_SETFLAGS, &flags) != 0) {
@@ -199,11 +161,7 @@ TEST_F(TreeRemovalTest, AnImmutableFileStaysAndIsNamed) {
 }
 
 TEST_F(TreeRemovalTest, OtherMountsAreNotEnteredAndToldAsBusy) {
-    fs::create_directories(in("root/bind"));
-    fs::create_directories(in("root/tmp"));
-    fs::create_directories(in("precious"));
-    makeFile(in("precious/file"), 1);
-    makeFile(in("root/file"), 1);
+    make({"root/bind/", "root/tmp/", "precious/file", "root/file"});
     if (::mount(in("precious").c_str(), in("root/bind").c_str(), nullptr, MS_BIND, nullptr) != 0)
         GTEST_SKIP() << "no right to mount";
     must(::mount("none", in("root/tmp").c_str(), "tmpfs", 0, nullptr));
@@ -217,12 +175,8 @@ TEST_F(TreeRemovalTest, OtherMountsAreNotEnteredAndToldAsBusy) {
 
     EXPECT_TRUE(kept);
     EXPECT_FALSE(isThere(in("root/file")));
-    ASSERT_EQ(removal.failures.size(), 3u);
-    EXPECT_EQ(removal.failures[0].error, EBUSY);
-    EXPECT_EQ(removal.failures[1].error, EBUSY);
-    EXPECT_EQ(removal.failures[2].error, ENOTEMPTY);
-    ASSERT_EQ(itself.failures.size(), 1u);
-    EXPECT_EQ(itself.failures[0].error, EBUSY);
+    EXPECT_EQ(errorsOf(removal), (std::vector{EBUSY, EBUSY, ENOTEMPTY}));
+    EXPECT_EQ(errorsOf(itself), std::vector{EBUSY});
 }
 
 TEST_F(TreeRemovalTest, OfManyFailuresTheFirstAreKeptAndAllAreCounted) {
@@ -238,8 +192,7 @@ TEST_F(TreeRemovalTest, OfManyFailuresTheFirstAreKeptAndAllAreCounted) {
 }
 
 TEST_F(TreeRemovalTest, WhatIsAddedMeanwhileGoesToo) {
-    fs::create_directories(in("root/late"));
-    makeFile(in("root/first"), 1);
+    make({"root/late/", "root/first"});
     RecordingCalls calls;
     calls.onOpen = [&](const std::string& name) {
         if (name == "late") makeFile(in("root/added"), 1);
@@ -249,9 +202,7 @@ TEST_F(TreeRemovalTest, WhatIsAddedMeanwhileGoesToo) {
 }
 
 TEST_F(TreeRemovalTest, AFolderSwappedForALinkGoesAsALink) {
-    fs::create_directories(in("root/sub/inner"));
-    fs::create_directories(in("precious/inner"));
-    makeFile(in("precious/inner/file"), 1);
+    make({"root/sub/inner/", "precious/inner/file"});
     RecordingCalls calls;
     calls.onOpen = [&](const std::string& name) {
         if (name != "sub" || !fs::is_directory(fs::symlink_status(in("root/sub")))) return 0;
@@ -280,8 +231,7 @@ TEST_F(TreeRemovalTest, AThousandSwapsLoseNothingPrecious) {
         }
     });
     for (int round = 0; round < 1000; ++round) {
-        fs::create_directories(fresh + "/a/sub/x");
-        for (int i = 0; i < 5; ++i) makeFile(fresh + "/a/sub/x/f" + std::to_string(i), 1);
+        makeTree(fresh, {"a/sub/x/f0", "a/sub/x/f1", "a/sub/x/f2", "a/sub/x/f3", "a/sub/x/f4"});
         must(::rename(fresh.c_str(), root.c_str()));
         // What is swapped away just then is told and stays; the next attempt has it.
         while (!removeTree({shm.path(), "root"}).removed) {
@@ -308,26 +258,22 @@ TEST_F(TreeRemovalTest, AChainOfAHundredThousandFoldersGoesWithFewOpen) {
 }
 
 TEST_F(TreeRemovalTest, FilesGoByNameAndFoldersDoNot) {
-    fs::create_directories(in("folder"));
-    makeFile(in("file"), 1);
+    make({"folder/", "file"});
     must(::symlink("folder", in("link").c_str()));
     std::string deep = dir_.path();
     for (int i = 0; i < 100; ++i) deep += "/" + std::string(200, 'd');
     makeChain(dir_.path(), 100, std::string(200, 'd'));
 
-    const struct {
-        FilePlace place;
-        int error;
-    } cases[] = {{{in("file")}, 0},
-                 {{in("file")}, ENOENT},
-                 {{dir_.path(), "link"}, 0},
-                 {{in("folder")}, EISDIR},
-                 {{in("none/file")}, ENOENT},
-                 {{dir_.path(), ".."}, EINVAL},
-                 {{"/"}, EBUSY},
-                 {{deep.substr(0, deep.rfind('/')) + "/f"}, 0}};
-    for (const auto& each : cases)
-        EXPECT_EQ(removeFile(each.place), each.error) << each.place.base.substr(0, 80) << each.place.below;
+    const std::pair<FilePlace, int> cases[] = {{{in("file")}, 0},
+                                               {{in("file")}, ENOENT},
+                                               {{dir_.path(), "link"}, 0},
+                                               {{in("folder")}, EISDIR},
+                                               {{in("none/file")}, ENOENT},
+                                               {{dir_.path(), ".."}, EINVAL},
+                                               {{"/"}, EBUSY},
+                                               {{deep.substr(0, deep.rfind('/')) + "/f"}, 0}};
+    for (const auto& [place, error] : cases)
+        EXPECT_EQ(removeFile(place), error) << place.base.substr(0, 80) << place.below;
     EXPECT_TRUE(isThere(in("folder")));
     EXPECT_TRUE(removeTree({in(std::string(200, 'd'))}).removed);
 }

@@ -3,8 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <functional>
-#include <limits>
 #include <random>
 
 #include "base/fault.h"
@@ -88,12 +86,10 @@ TEST(StringCollection, LeavesAnExistingKeyAloneAndTellsItsItem) {
 }
 
 TEST(StringCollection, PlacesAnItemBesideAnotherAndNowhereIfThatIsMissing) {
-    const std::pair<Options, const char*> cases[] = {
-        {{.before = "a", .after = 3}, "new one two three "},
-        {{.after = 1, .sorted = true}, "one new two three "},
-        {{.before = "x"}, "one two three "},
-        {{.after = 4}, "one two three "},
-    };
+    const std::pair<Options, const char*> cases[] = {{{.before = "a", .after = 3}, "new one two three "},
+                                                     {{.after = 1, .sorted = true}, "one new two three "},
+                                                     {{.before = "x"}, "one two three "},
+                                                     {{.after = 4}, "one two three "}};
     for (const auto& [options, order] : cases) {
         CStringCollection collection = threeItems();
         collection.Add("new", "n", 0, options);
@@ -126,8 +122,7 @@ TEST(StringCollection, RaisesItsFaultsWithNumberSourceAndText) {
         {[&] { strict.Tag("x"); }, "2 Get Tag: Key: x"},
         {[&] { strict.Tag("x", false, 5); }, "2 Let Tag: Key: x NewTag: 5"},
         {[&] { quiet.Key(4, "n"); }, "1 Let Key: Index: 4 NewKey: n"},
-        {[&] { quiet.Key(1, "b"); }, "8 Let Key: Index: 1 NewKey: b"},
-    };
+        {[&] { quiet.Key(1, "b"); }, "8 Let Key: Index: 1 NewKey: b"}};
     for (const auto& [call, fault] : cases) EXPECT_EQ(faultOf(call), fault);
     EXPECT_EQ(valuesOf(quiet), "one two three ");
 }

@@ -1,0 +1,16 @@
+// Waiting for what another process does.
+#pragma once
+
+#include <chrono>
+#include <functional>
+#include <thread>
+
+namespace hl::test {
+
+/// Whether it happens; half a minute is the end of all patience.
+inline bool comes(const std::function<bool()>& happened) {
+    for (int i = 0; i < 3000 && !happened(); ++i) std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    return happened();
+}
+
+}  // namespace hl::test
