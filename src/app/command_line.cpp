@@ -29,6 +29,16 @@ bool isSwitch(std::string_view argument) {
            argument == "-TLMODUS" || argument == "--help" || argument == "-h" || argument == "--version";
 }
 
+// With blanks between them; true for none at all.
+bool areSwitches(std::string_view line) {
+    while (!line.empty()) {
+        const std::string_view argument = line.substr(0, line.find(' '));
+        if (!argument.empty() && !isSwitch(argument)) return false;
+        line.remove_prefix(std::min(argument.size() + 1, line.size()));
+    }
+    return true;
+}
+
 bool isAbsolute(std::string_view path, const PathRules& rules) {
     const bool drive = rules.separator == '\\' && path.size() > 2 && path[1] == ':' && path[2] == '\\';
     return drive || path.starts_with(rules.separator);
@@ -162,7 +172,7 @@ bool isSilentLine(std::string_view line) {
 }
 
 std::vector<std::string> GetFoldersFromCommand(std::string_view line) {
-    if (line.empty()) return {};
+    if (areSwitches(line)) return {};
     if (auto texts = quotedTexts(line)) return std::move(*texts);
     return {std::string(line)};
 }

@@ -44,7 +44,7 @@ JoinedLine joinArguments(const std::vector<std::string>& arguments, std::string_
 bool isSilentLine(std::string_view line);
 
 /// The sources of a line: what stands between double quotes, in order, or the whole line where there is no
-/// double quote. A source that is not closed is dropped.
+/// double quote. A source that is not closed is dropped, and switches alone name none.
 std::vector<std::string> GetFoldersFromCommand(std::string_view line);
 
 /// What a silent line asks for.

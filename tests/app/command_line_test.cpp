@@ -66,7 +66,8 @@ TEST(FoldersFromCommand, AreWhatStandsBetweenQuotes) {
                                                        {"\"a\" \"b", {"a"}},
                                                        {"\"a\0b\""s, {"a\"b"}}};
     for (const auto& [line, sources] : cases) EXPECT_EQ(GetFoldersFromCommand(line), sources) << line;
-    for (const char* line : {"", "\"/a"}) EXPECT_EQ(GetFoldersFromCommand(line), Arguments()) << line;
+    for (const char* line : {"", "\"/a", "-RESTART", "-TLMODUS -RESTART "})
+        EXPECT_EQ(GetFoldersFromCommand(line), Arguments()) << line;
 }
 
 TEST(SilentOrder, IsReadAsItIsTold) {
