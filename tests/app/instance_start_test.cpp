@@ -1,6 +1,7 @@
 #include "app/instance_start.h"
 
 #include "app/settings_fixture.h"
+#include "support/scripted_pump.h"
 
 namespace hl {
 namespace {
@@ -47,28 +48,19 @@ TEST(InstanceStart, ALaterStartHandsOverUnlessItIsToOpenAWindowOfItsOwn) {
     }
 }
 
-struct SleepingPump : MessagePump {
-    std::uint64_t tick = 1000;
-    int pumped = 0;
-    void PumpMessages() override { ++pumped; }
-    bool GetInputState() override { return false; }
-    std::uint64_t GetTickCount() override { return tick; }
-};
-
 TEST(InstanceStart, ARestartWaitsTwentySecondsAtMost) {
     const std::pair<int, int> cases[] = {{0, 0}, {3, 3}, {40, 40}, {1000, 41}};
     for (const auto& [heldFor, pauses] : cases) {
         FakeInstances instances;
         instances.heldFor = heldFor;
-        SleepingPump pump;
+        test::ScriptedPump pump;
         const auto sleep = [&](std::chrono::milliseconds time) {
             pump.tick += static_cast<std::uint64_t>(time.count());
         };
         EXPECT_EQ(WaitForMutexGone(instances, pump, sleep), heldFor == pauses) << heldFor;
-        EXPECT_EQ(pump.pumped, pauses);
+        EXPECT_EQ(pump.pumps, pauses);
     }
-    EXPECT_TRUE(isRestart("-RESTART"));
-    EXPECT_FALSE(isRestart("-RESTART \"/a\""));
+    EXPECT_TRUE(isRestart("-RESTART") && !isRestart("-RESTART \"/a\""));
 }
 
 TEST(InstanceStart, TheNameIsThatOfTheFileWithoutItsExtension) {

@@ -72,8 +72,7 @@ TEST(CompareFolded, AgreesWithTheKeysOfTexts) {
 }
 
 TEST(FoldedPart, IsFoundWithoutRegardToCase) {
-    EXPECT_TRUE(FoldedPart("GRÖ").isIn("Größe"));
-    EXPECT_TRUE(FoldedPart("").isIn(""));
+    EXPECT_TRUE(FoldedPart("GRÖ").isIn("Größe") && FoldedPart("").isIn(""));
     EXPECT_FALSE(FoldedPart("abcd").isIn("abc"));
 }
 

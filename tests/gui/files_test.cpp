@@ -183,8 +183,7 @@ TEST_F(FilesTest, SelectedFoldersGoParentAndChildTogetherAndNumbersStay) {
     QTest::keyClick(menu, Qt::Key_Return);
     Session::settle();
 
-    EXPECT_FALSE(there("src/sub"));
-    EXPECT_TRUE(there("src/a.txt"));
+    EXPECT_TRUE(!there("src/sub") && there("src/a.txt"));
     EXPECT_NE(protocol().find("GELÖSCHT: " + at("src/sub\r\n")), std::string::npos);
     EXPECT_NE(protocol().find("GELÖSCHT: " + at("src/sub/deep\r\n")), std::string::npos);
     const Names after = numbers(s().grid());
@@ -200,8 +199,7 @@ TEST_F(FilesTest, StopEndsBetweenTwoRowsAndNothingElseBeginsMeanwhile) {
         ++operations;
         watch.stillAt("/some/where");
         EXPECT_EQ(s().status(), "Wird gelöscht: /some/where");
-        EXPECT_FALSE(s().enabled("cbrMain.2"));
-        EXPECT_TRUE(s().enabled("cbrMain.3"));
+        EXPECT_TRUE(!s().enabled("cbrMain.2") && s().enabled("cbrMain.3"));
         s().clickTitle(0);
         ListSession::clickOn(list, 0);
         session_->press(kFileList, 320);
@@ -212,10 +210,8 @@ TEST_F(FilesTest, StopEndsBetweenTwoRowsAndNothingElseBeginsMeanwhile) {
     s().operations().before = [](OperationWatch&) {};
 
     EXPECT_EQ(operations, 1);
-    EXPECT_TRUE(there("src/a.txt") && there("src/b.txt"));
-    EXPECT_FALSE(there("src/c.txt"));
-    EXPECT_TRUE(s().enabled("cbrMain.2"));
-    EXPECT_FALSE(s().enabled("cbrMain.3"));
+    EXPECT_TRUE(there("src/a.txt") && there("src/b.txt") && !there("src/c.txt"));
+    EXPECT_TRUE(s().enabled("cbrMain.2") && !s().enabled("cbrMain.3"));
 }
 
 TEST_F(FilesTest, TheMenuOfAFolderDeletesItAndTheNumbersFollow) {
@@ -259,8 +255,7 @@ TEST_F(FilesTest, F2RenamesInTheCell) {
     rename(list, QStringLiteral("x"), Qt::Key_Escape);
     EXPECT_TRUE(there("src/a.txt"));
     rename(list, QStringLiteral("new ü.txt"), Qt::Key_Return);
-    EXPECT_TRUE(there("src/new ü.txt"));
-    EXPECT_FALSE(there("src/a.txt"));
+    EXPECT_TRUE(there("src/new ü.txt") && !there("src/a.txt"));
     EXPECT_EQ(ListSession::names(list)[0], "new ü.txt");
     std::string text;
     answer(s(), "OK", &text);
@@ -301,8 +296,7 @@ TEST_F(FilesTest, TheFolderThatIsListedIsReadAgainWhicheverRowIsCurrent) {
         deleteInList();
         EXPECT_EQ(numbers(s().grid()), numbersOfAFreshScan()) << folder;
     }
-    EXPECT_FALSE(there("src/sub/d.txt") || there("src/sub/deep/e.txt"));
-    EXPECT_TRUE(there("src/sub/deep/f.txt"));
+    EXPECT_TRUE(!(there("src/sub/d.txt") || there("src/sub/deep/e.txt")) && there("src/sub/deep/f.txt"));
 }
 
 TEST_F(FilesTest, AListsMenuIsForOneOrForSeveral) {

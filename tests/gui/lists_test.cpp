@@ -38,7 +38,6 @@ TEST_F(ListsTest, EachTitleClickSortsByItsColumnAndTurnsTheOrderButOneThatEndsAD
             }
         }
         s.clickTitleOf(view, 0);
-        EXPECT_EQ(grid.topRow(), grid.rowAt(0));
         const Names before = s.names(view);
         auto* titles = view.horizontalHeader()->viewport();
         const QPoint border = s.title(view, 0) + QPoint((view.columnWidth(0) - 1) / 2, 0),

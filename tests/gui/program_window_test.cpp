@@ -134,8 +134,7 @@ TEST(ProgramWindow, ASessionLeavesNothingOutsideOfTheProgramsFolder) {
         EXPECT_EQ(status, 0);
         EXPECT_EQ(filesBelow(user.path()), before);
         EXPECT_EQ(filesBelow(source.path()).size(), 1U);
-        EXPECT_TRUE(fs::exists(home.path() + "/report.txt"));
-        EXPECT_TRUE(fs::exists(home.path() + "/Toolbar.dat"));
+        EXPECT_TRUE(fs::exists(home.path() + "/report.txt") && fs::exists(home.path() + "/Toolbar.dat"));
     }
 }
 

@@ -15,7 +15,6 @@
 #include "platform/qt/qt_convert.h"
 
 namespace hl {
-
 namespace {
 
 using test::RecordingEvents;
@@ -194,5 +193,4 @@ TEST(Keys, AFunctionKeyStandsAloneAndOthersGoWithCtrl) {
 }
 
 }  // namespace
-
 }  // namespace hl

@@ -46,8 +46,7 @@ struct SaveFiles : testing::Test, SaveDialog {
         frmSaveFiles.cboFormat_Click();
         EXPECT_EQ(frmSaveFiles.cboDelimiter.index,
                   format == kFormatTxt ? kDelimiterTab : kDelimiterSemicolon);
-        EXPECT_TRUE(frmSaveFiles.SPEICHERN());
-        EXPECT_FALSE(frmSaveFiles.loaded || frmSaveFiles.hourglass);
+        EXPECT_TRUE(frmSaveFiles.SPEICHERN() && !(frmSaveFiles.loaded || frmSaveFiles.hourglass));
         return test::contentOf(path);
     }
 };

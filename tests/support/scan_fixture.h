@@ -10,6 +10,7 @@
 #include "scan/rollup.h"
 #include "scan/scan_context.h"
 #include "support/fake_file_system.h"
+#include "support/scripted_pump.h"
 
 namespace hl::test {
 
@@ -43,26 +44,6 @@ class MemoryFiles : public Files {
         for (; !rest.empty(); rest.remove_prefix(rest.find('\n') + 1))
             lines.emplace_back(rest.substr(kStamp.size(), rest.find('\r') - kStamp.size()));
         return lines;
-    }
-};
-
-class ScriptedPump : public MessagePump {
-  public:
-    bool input = false;
-    std::uint64_t tick = 0;
-    std::uint64_t tickStep = 0;  ///< Milliseconds that pass with each look at the clock.
-    std::function<void()> onPump = [] {};
-    int pumps = 0;
-    int looks = 0;
-
-    void PumpMessages() override {
-        ++pumps;
-        onPump();
-    }
-    bool GetInputState() override { return input; }
-    std::uint64_t GetTickCount() override {
-        ++looks;
-        return tick += tickStep;
     }
 };
 

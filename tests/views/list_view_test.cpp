@@ -11,6 +11,14 @@ using test::file, test::folder;
 
 struct Lists : test::ListFixture {};
 
+TEST_F(Lists, StandAtTheTopAfterASort) {
+    for (const List* list : all) {
+        list->view.GridColumnTitleClick(0);
+        EXPECT_EQ(list->grid.topRow(), list->grid.rowAt(0));
+        EXPECT_TRUE(list->grid.redraw());
+    }
+}
+
 TEST_F(Lists, PreviewAHitOfTheSearchWhereTheyHaveFilesOfOneFolder) {
     for (const List* list : all) {
         list->bar.setText(307, "A");

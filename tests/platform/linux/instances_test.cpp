@@ -54,14 +54,11 @@ TEST_F(InstancesTest, TheMarkIsOnesAloneAndGoesWithItsHolder) {
     LinuxInstances other("another", places);
     {
         LinuxInstances holder("prog", places);
-        EXPECT_FALSE(later.isHeld());
-        EXPECT_TRUE(holder.takeFirst() && holder.takeFirst() && other.takeFirst());
-        EXPECT_TRUE(holder.isHeld() && later.isHeld());
-        EXPECT_FALSE(later.takeFirst());
+        EXPECT_TRUE(!later.isHeld() && holder.takeFirst() && holder.takeFirst() && other.takeFirst());
+        EXPECT_TRUE(holder.isHeld() && later.isHeld() && !later.takeFirst());
         EXPECT_GE(holder.listen(), 0);
     }
-    EXPECT_FALSE(later.isHeld() || fs::exists(socket));
-    EXPECT_TRUE(later.takeFirst());
+    EXPECT_TRUE(!(later.isHeld() || fs::exists(socket)) && later.takeFirst());
 }
 
 // Sent before the first instance listens, as a start right behind it does.

@@ -123,9 +123,8 @@ TEST_F(MovingTest, WithoutTheRightToWriteAFolderNothingMoves) {
     makeText(at("old"));
     makeText(at("open/old"));
     chmod(at("open/old").c_str(), 0666);
-    EXPECT_EQ(asNobody([&] { return moveTo(at("old"), at("new")); }), EACCES);
-    EXPECT_EQ(asNobody([&] { return moveTo(at("old"), at("open/new")); }), EACCES);
-    EXPECT_EQ(asNobody([&] { return moveTo(at("open/old"), at("new")); }), EACCES);
+    for (const auto& [old, fresh] : {std::pair("old", "new"), {"old", "open/new"}, {"open/old", "new"}})
+        EXPECT_EQ(asNobody([&, old = old, fresh = fresh] { return moveTo(at(old), at(fresh)); }), EACCES);
     EXPECT_EQ(namesIn(dir.path()), (std::set<std::string>{"old", "open", "sub"}));
     EXPECT_EQ(asNobody([&] { return moveTo(at("open/old"), at("open/new")); }), 0);
 }

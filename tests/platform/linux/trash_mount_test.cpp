@@ -56,8 +56,7 @@ TEST_F(TrashingOnAMount, GoesToItsOwnTrashWithAPathFromTheTop) {
     EXPECT_EQ(fs::status(own).permissions(), fs::perms::owner_all);
     EXPECT_EQ(moveToTrash({top + "/folder"}, settings), RecycleError::kNone);
     EXPECT_EQ(contentOfTrash(own), (Content{{"a b", "folder/a b"}, {"folder", "folder"}}));
-    EXPECT_FALSE(fs::exists(home));
-    EXPECT_FALSE(fs::exists(dir.path() + "/data"));
+    EXPECT_FALSE(fs::exists(home) || fs::exists(dir.path() + "/data"));
     fs::create_directories(home);
     test::writeFile(top + "/another", "");
     EXPECT_EQ(moveToTrash({top + "/another"}, settings), RecycleError::kNone);

@@ -69,9 +69,7 @@ TEST_F(Trashing, KeepsEntriesOfTheSameNameApart) {
     fs::create_directories(root + "/b/same/full");
     test::writeFile(root + "/same", "1");
     test::writeFile(root + "/a/same", "2");
-    EXPECT_EQ(recycle("same"), RecycleError::kNone);
-    EXPECT_EQ(recycle("a/same"), RecycleError::kNone);
-    EXPECT_EQ(recycle("b/same"), RecycleError::kNone);
+    for (const char* one : {"same", "a/same", "b/same"}) EXPECT_EQ(recycle(one), RecycleError::kNone) << one;
     EXPECT_EQ(
         contentOfTrash(home),
         (Content{{"same", root + "/same"}, {"same.2", root + "/a/same"}, {"same.3", root + "/b/same"}}));
@@ -94,8 +92,7 @@ TEST_F(Trashing, LeavesWhatLiesInTheTrashWithoutAnInfoFile) {
     EXPECT_EQ(recycle("name"), RecycleError::kNone);
     EXPECT_EQ(test::contentOf(home + "/files/name.3"), "mine");
     EXPECT_TRUE(fs::is_empty(home + "/files/name"));
-    EXPECT_EQ(snapshotOf(home + "/info/name.trashinfo"), "nothing\n");
-    EXPECT_EQ(snapshotOf(home + "/info/name.2.trashinfo"), "nothing\n");
+    EXPECT_FALSE(fs::exists(home + "/info/name.trashinfo") || fs::exists(home + "/info/name.2.trashinfo"));
 }
 
 TEST_F(Trashing, ShortensANameUntilItsInfoFileHasOneToo) {

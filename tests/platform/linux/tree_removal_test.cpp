@@ -86,8 +86,7 @@ TEST_F(TreeRemovalTest, WhatIsNoFolderInTheFoldersPlaceGoesAsWhatItIs) {
 
 TEST_F(TreeRemovalTest, AFolderThatIsNotThereIsToldAsVanished) {
     const Removal removal = removeTree({in("none")});
-    EXPECT_FALSE(removal.removed);
-    EXPECT_TRUE(removal.vanished);
+    EXPECT_TRUE(!removal.removed && removal.vanished);
 }
 
 TEST_F(TreeRemovalTest, BelowItsBaseAPlaceIsNotReachedThroughALink) {
@@ -99,8 +98,7 @@ TEST_F(TreeRemovalTest, BelowItsBaseAPlaceIsNotReachedThroughALink) {
     EXPECT_EQ(errorsOf(strict), std::vector{ENOTDIR});
     EXPECT_TRUE(isThere(in("precious/sub")));
 
-    EXPECT_TRUE(removeTree({in("base"), "a/sub", true}).removed);
-    EXPECT_FALSE(isThere(in("precious/sub")));
+    EXPECT_TRUE(removeTree({in("base"), "a/sub", true}).removed && !isThere(in("precious/sub")));
 }
 
 TEST_F(TreeRemovalTest, FoldersWithoutRightsGoWhereTheOwnerMayGiveThem) {
@@ -135,8 +133,7 @@ TEST_F(TreeRemovalTest, WhatAnotherUserOwnsStaysWithItsReasonAndTheRestGoes) {
         return 0;
     });
     EXPECT_EQ(result, 0);
-    EXPECT_FALSE(isThere(in("root/mine")));
-    EXPECT_TRUE(isThere(in("root/theirs/file")));
+    EXPECT_TRUE(!isThere(in("root/mine")) && isThere(in("root/theirs/file")));
     EXPECT_TRUE(isThere(in("root/sticky/file")));
 }
 
@@ -173,8 +170,7 @@ TEST_F(TreeRemovalTest, OtherMountsAreNotEnteredAndToldAsBusy) {
     ::umount(in("root/bind").c_str());
     ::umount(in("root/tmp").c_str());
 
-    EXPECT_TRUE(kept);
-    EXPECT_FALSE(isThere(in("root/file")));
+    EXPECT_TRUE(kept && !isThere(in("root/file")));
     EXPECT_EQ(errorsOf(removal), (std::vector{EBUSY, EBUSY, ENOTEMPTY}));
     EXPECT_EQ(errorsOf(itself), std::vector{EBUSY});
 }
@@ -210,8 +206,7 @@ TEST_F(TreeRemovalTest, AFolderSwappedForALinkGoesAsALink) {
         must(::symlink(in("precious").c_str(), in("root/sub").c_str()));
         return 0;
     };
-    EXPECT_TRUE(removeTree({in("root")}, calls).removed);
-    EXPECT_TRUE(isThere(in("precious/inner/file")));
+    EXPECT_TRUE(removeTree({in("root")}, calls).removed && isThere(in("precious/inner/file")));
 }
 
 TEST_F(TreeRemovalTest, AThousandSwapsLoseNothingPrecious) {
@@ -274,8 +269,7 @@ TEST_F(TreeRemovalTest, FilesGoByNameAndFoldersDoNot) {
                                                {{deep.substr(0, deep.rfind('/')) + "/f"}, 0}};
     for (const auto& [place, error] : cases)
         EXPECT_EQ(removeFile(place), error) << place.base.substr(0, 80) << place.below;
-    EXPECT_TRUE(isThere(in("folder")));
-    EXPECT_TRUE(removeTree({in(std::string(200, 'd'))}).removed);
+    EXPECT_TRUE(isThere(in("folder")) && removeTree({in(std::string(200, 'd'))}).removed);
 }
 
 }  // namespace
