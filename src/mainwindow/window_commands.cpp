@@ -221,7 +221,7 @@ void WindowForm::ShowOptionen() {
 
 void WindowForm::Show_Log() {
     const std::string path = joinPath(own_.programFolder, kProtocolName, services_.paths);
-    if (services_.files.exists(path)) window_->openUrl(fileUrl(path));
+    if (services_.files.exists(path)) openOrSay(fileUrl(path), path);
 }
 
 void WindowForm::showAbout() {
@@ -234,7 +234,14 @@ void WindowForm::showAbout() {
 void WindowForm::StartURL(std::string url) {
     const std::string lower = lowerCase(url);
     if (!lower.starts_with("https://") && !lower.starts_with("http://")) url.insert(0, "http://");
-    window_->openUrl(url);
+    openOrSay(url, url);
+}
+
+// A desktop may have no program for it.
+void WindowForm::openOrSay(const std::string& url, const std::string& name) {
+    if (window_->openUrl(url)) return;
+    window_->message(MessageKind::kWarning,
+                     services_.texts.TL(9526, "'%1' kann nicht geöffnet werden.", {visible(name)}));
 }
 
 void WindowForm::Report_SaveToFile() {

@@ -110,6 +110,7 @@ class WindowForm final : public MainForm,
     void ShowOptionen();
     void Show_Log();
     void showAbout();
+    void openOrSay(const std::string& url, const std::string& name);
     void StartURL(std::string url);
     void Report_SaveToFile();
     void Report_print();

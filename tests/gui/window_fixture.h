@@ -77,16 +77,23 @@ class PausingOperations final : public FileOperations {
     explicit PausingOperations(const LinuxFileOperations::Settings& settings) : disk_(calls_, settings) {}
     std::function<void(OperationWatch&)> before = [](OperationWatch&) {};
 
+    /// Refuses what it says no to, links on the way followed. For users who delete by chance.
+    std::function<bool(const std::filesystem::path&)> allows;
+
     int removeFile(const FilePlace& place, OperationWatch& watch) override {
+        if (refused(place)) return EACCES;
         return before(watch), disk_.removeFile(place, watch);
     }
     Removal removeTree(const FilePlace& place, OperationWatch& watch) override {
+        if (refused(place)) return {.failures = {{place.base, EACCES, true}}, .failureCount = 1};
         return before(watch), disk_.removeTree(place, watch);
     }
     RecycleError recycle(const FilePlace& place, OperationWatch& watch) override {
+        if (refused(place)) return RecycleError::kAccess;
         return before(watch), disk_.recycle(place, watch);
     }
     int move(const FilePlace& from, const FilePlace& to, OperationWatch& watch) override {
+        if (refused(from) || refused(to)) return EACCES;
         return before(watch), disk_.move(from, to, watch);
     }
     Protection protectionOf(const FilePlace& place, OperationWatch& watch) override {
@@ -94,6 +101,14 @@ class PausingOperations final : public FileOperations {
     }
 
   private:
+    bool refused(const FilePlace& place) const {
+        if (!allows) return false;
+        const std::filesystem::path path = place.base + (place.below.empty() ? "" : "/" + place.below);
+        std::error_code error;
+        const auto folder = std::filesystem::canonical(path.parent_path(), error);
+        return error || !allows(folder / path.filename());
+    }
+
     DirectoryCalls calls_;
     LinuxFileOperations disk_;
 };

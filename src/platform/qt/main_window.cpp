@@ -340,6 +340,8 @@ QWidget* MainWindow::asker() {
 
 void MainWindow::showForm(Form& form) {
     FormDialog(form, events_, asker()).run();
+    // Where a form closes together with a window above it, a window manager may give the keyboard to neither.
+    if (asker() == frame_.get() && frame_->isVisible()) frame_->activateWindow();
 }
 
 bool MainWindow::message(MessageKind kind, const std::string& text) {
