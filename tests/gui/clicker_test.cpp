@@ -405,10 +405,11 @@ TEST_F(ClickerTest, TwoThousandActionsOfChanceEndInAWindowThatCountsRight) {
     };
     s.fileSystem.beforeFiles = [&](int) { s.pump().PumpMessages(); };
     int operations = 0;
-    const std::string root = fs::canonical(at("src")).string();  // The drive may be read, and deleted from.
+    const std::string readable =
+        fs::canonical(at("src")).string();  // The drive may be read, and deleted from.
     s.operations().allows = [&](const std::string& path) {
-        return path.starts_with(root + "/") && path.size() > root.size() + 1 &&
-               !path.starts_with(root + "/deep") && !path.ends_with("/..");
+        return path.starts_with(readable + "/") && path.size() > readable.size() + 1 &&
+               !path.starts_with(readable + "/deep") && !path.ends_with("/..");
     };
     s.operations().before = [&](OperationWatch&) {
         ++operations;
