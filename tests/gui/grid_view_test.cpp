@@ -175,6 +175,14 @@ TEST_F(GridViewTest, ADoubleClickOnABorderFitsTheColumn) {
     EXPECT_EQ(takeLog(), Log{});
 }
 
+TEST_F(GridViewTest, ADoubleClickBesideTheTitlesIsOnNone) {
+    addTree();
+    show();
+    const auto* titles = view->horizontalHeader();
+    doubleClick(titles->viewport(), {titles->length() + 20, 5});
+    EXPECT_EQ(takeLog(), Log{});
+}
+
 TEST_F(GridViewTest, TheHeightFollowsRowsAndFontAlsoWhileRedrawIsOff) {
     show();
     const int empty = view->heightOfRows();

@@ -16,7 +16,10 @@ GridHeader::GridHeader(HeaderCalls calls, WindowEvents& events, QWidget* parent)
     setTextElideMode(Qt::ElideRight);
     connect(this, &QHeaderView::sectionClicked, this, [this](int column) { calls_.click(column); });
     // The second click of two quick ones arrives as this alone.
-    connect(this, &QHeaderView::sectionDoubleClicked, this, [this](int column) { calls_.click(column); });
+    // Right of the last title it has no column.
+    connect(this, &QHeaderView::sectionDoubleClicked, this, [this](int column) {
+        if (column >= 0) calls_.click(column);
+    });
     connect(this, &QHeaderView::sectionHandleDoubleClicked, this, [this](int column) { calls_.fit(column); });
     connect(this, &QHeaderView::sectionResized, this,
             [this](int column, int oldWidth, int width) { sectionSized(column, oldWidth, width); });
