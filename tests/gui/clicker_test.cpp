@@ -446,10 +446,12 @@ TEST_F(ClickerTest, TwoThousandActionsOfChanceEndInAWindowThatCountsRight) {
     EXPECT_EQ(s.reports, std::vector<std::string>());
     EXPECT_EQ(contentOf(outside.path()), before);
 
+    Session::settle();  // A key that still waits would stop what follows.
     countPlainly(s);
     s.form().execute(BarId::kReport, 9);
     EXPECT_EQ(s.grid().rowCount(), 0U);
     s.form().handOver("\"" + at("src") + "\"");
+    EXPECT_EQ(s.form().state().CancelState, kCancelNone) << "stopped";
     const Row root = s.grid().firstRoot();
     ASSERT_NE(root, kNoRow);
     test::removeChain(at("src/deep"), kChain, kLink);  // Deeper than the library's walk can name.
