@@ -246,14 +246,16 @@ void RowPainter::paintBar(QPainter& painter, const QRect& space, const Bar& bar,
     const BarLook look = barLook(base);
     const double ratio = painter.device()->devicePixelRatioF() / look_.pixel;
     const int length = filledLength(bar.percent, static_cast<int>(space.width() * ratio));
-    const double inset = kBarInset / ratio;
+    // Where a page is shown small a line of one of its pixels would be lost.
+    const double line = std::max(1 / ratio, 1 / std::abs(painter.deviceTransform().m11()));
+    const double inset = std::max(kBarInset / ratio, line);
     const QRectF filled =
         QRectF(space.left() + inset, space.top() + inset, length / ratio, space.height() - 2 * inset);
     QLinearGradient gradient(filled.topLeft(), filled.topRight());
     gradient.setColorAt(0, look.left);
     gradient.setColorAt(1, look.right);
     painter.fillRect(space, tintTowards(look.ink, look.ground, 150));
-    painter.fillRect(QRectF(space).adjusted(1 / ratio, 1 / ratio, -1 / ratio, -1 / ratio), look.ground);
+    painter.fillRect(QRectF(space).adjusted(line, line, -line, -line), look.ground);
     if (length > 0) painter.fillRect(filled, gradient);
     const QPen before = painter.pen();
     painter.setPen(look.ink);
