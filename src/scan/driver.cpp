@@ -144,6 +144,8 @@ void StartSearchViaToolbar(ScanContext& scan) {
 
 void Ordnerliste_Abarbeiten(ScanContext& scan) {
     guarded(scan.diagnostics, "Ordnerliste_Abarbeiten", kModul, [&] {
+        scan.state.CancelState =
+            kCancelNone;  // A Stop of what came before, a list of files say, is none here.
         scan.host.setBusyPointer(true);
         bool done = false;
         DisableControls(scan, false);

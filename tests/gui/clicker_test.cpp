@@ -551,6 +551,18 @@ TEST_F(MomentTest, ClosingWhileFilesAreReadEndsTheReadingAndThenTheWindow) {
     EXPECT_TRUE(s.reports.empty());
 }
 
+TEST_F(MomentTest, AStopOfAListOfFilesIsNoneForTheNextSource) {
+    smallTree();
+    s.start();
+    s.scan(at("src"));
+    s.fileSystem.beforeFiles = [&](int) { EXPECT_FALSE(s.frame().close()); };
+    s.clickRow("a");
+    s.fileSystem.beforeFiles = nullptr;
+    s.form().execute(BarId::kReport, 9);
+    s.form().handOver("\"" + at("src") + "\"");
+    EXPECT_EQ(s.numbers("src"), "457|4|3");
+}
+
 TEST_F(MomentTest, ARunThatFailsAsAWholeLeavesAWindowThatCanBeUsedAndClosed) {
     smallTree();
     s.start();
