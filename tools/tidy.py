@@ -2,6 +2,7 @@
 """Runs clang-tidy over src/ of a build folder, two files at a time; prints what it finds, status 1 if anything.
 
     tools/tidy.py build/release
+    tools/tidy.py build/release --deep    with the static analyzer, which takes as long again
 
 A file is looked at again only if it, a header of ours that it includes, .clang-tidy or clang-tidy itself changed:
 a file that was clean leaves an empty mark build/tidy/HASH. Needs a finished build, whose record of included
@@ -18,6 +19,7 @@ import sys
 root = pathlib.Path(__file__).resolve().parent.parent
 marks = root / "build" / "tidy"
 # Options that g++ alone knows are no finding, and g++ judges warnings already.
+checks = [] if "--deep" in sys.argv else ["--checks=-clang-analyzer-*"]
 extra = ["--extra-arg=-Wno-unknown-warning-option", "--extra-arg=-Wno-error"]
 
 
@@ -48,7 +50,7 @@ def key_of(source, headers, common):
 def look(job):
     """The findings in one file, each with its lines of explanation."""
     source, mark, folder = job
-    found = subprocess.run(["clang-tidy", "--quiet", "-p", str(folder), *extra, str(source)],
+    found = subprocess.run(["clang-tidy", "--quiet", "-p", str(folder), *checks, *extra, str(source)],
                            capture_output=True, text=True, check=False)
     if found.returncode == 0:
         mark.touch()
@@ -59,7 +61,7 @@ def look(job):
 def main():
     folder = pathlib.Path(sys.argv[1]).resolve()
     marks.mkdir(parents=True, exist_ok=True)
-    common = (root / ".clang-tidy").read_bytes() + output("clang-tidy", "--version").encode()
+    common = (root / ".clang-tidy").read_bytes() + output("clang-tidy", "--version").encode() + "".join(checks).encode()
     headers = included_headers(folder)
     jobs, keys = [], set()
     for command in json.loads((folder / "compile_commands.json").read_text()):
