@@ -52,9 +52,9 @@ struct PrintForm::Run {
 
 PrintForm::PrintForm(const PrintServices& services) : services_(services) {
     fillControls();
-    selectOption(optWasDrucken, kPrintAll);
-    optWasDrucken[kPrintSelected].enabled = services_.tvwPL.selectedCount() > 0;
-    selectOption(optLevels, kPrintUnfolded);
+    selectOption(optWasDrucken, kAllFolders);
+    optWasDrucken[kSelectedFolder].enabled = services_.tvwPL.selectedCount() > 0;
+    selectOption(optLevels, kUnfoldedLevels);
     txtZoom.text = std::to_string(kUsualZoom);
 }
 
@@ -62,12 +62,12 @@ void PrintForm::fillControls() {
     const Texts& texts = services_.sources.texts;
     caption = texts.TL(3619, "Drucken");
     lblWasDrucken = texts.TL(3706, "Was soll gedruckt werden?");
-    optWasDrucken[kPrintAll].caption = texts.TL(3707, "Alle Ordner");
-    optWasDrucken[kPrintSelected].caption = texts.TL(3708, "Ausgewählter Ordner");
+    optWasDrucken[kAllFolders].caption = texts.TL(3707, "Alle Ordner");
+    optWasDrucken[kSelectedFolder].caption = texts.TL(3708, "Ausgewählter Ordner");
     lblLevels = texts.TL(3618, "Wieviele Ordnerebenen sollen gedruckt werden?");
-    optLevels[kPrintAllLevels].caption = texts.TL(3614, "Alle Ordnerebenen");
+    optLevels[kAllFolderLevels].caption = texts.TL(3614, "Alle Ordnerebenen");
     lblLevelsUnit = texts.TL(3617, "Ordnerebenen");
-    optLevels[kPrintUnfolded].caption = texts.TL(3613, "Aktuelle Ordneransicht");
+    optLevels[kUnfoldedLevels].caption = texts.TL(3613, "Aktuelle Ordneransicht");
     lblZoom = texts.TL(3620, "Zoom:");
     lblPercent = "%";
     OKButton.caption = texts.TL(3616, "OK");
@@ -75,22 +75,16 @@ void PrintForm::fillControls() {
 }
 
 Form PrintForm::form() {
-    enum Group { kScope = 1, kLevels };
+    std::vector<FormItem> items =
+        itemsOf({lblWasDrucken, optWasDrucken, lblLevels, optLevels, txtLevels, lblLevelsUnit});
+    const FormItem below[] = {
+        {.control = &lblZoom, .row = kRowsOfChoice},
+        {.control = &txtZoom, .row = kRowsOfChoice, .column = 1, .keyPress = digitKey, .name = lblZoom},
+        {.control = &lblPercent, .row = kRowsOfChoice, .column = 2}};
+    items.insert(items.end(), std::begin(below), std::end(below));
     return {.name = "frmPrint",
             .caption = caption,
-            .items =
-                {{.control = &lblWasDrucken, .columnSpan = 3},
-                 {.control = &optWasDrucken[kPrintAll], .row = 1, .columnSpan = 3, .group = kScope},
-                 {.control = &optWasDrucken[kPrintSelected], .row = 2, .columnSpan = 3, .group = kScope},
-                 {.control = &lblLevels, .row = 3, .columnSpan = 3},
-                 {.control = &optLevels[kPrintAllLevels], .row = 4, .columnSpan = 3, .group = kLevels},
-                 {.control = &optLevels[kPrintSomeLevels], .row = 5, .group = kLevels, .name = lblLevelsUnit},
-                 {.control = &txtLevels, .row = 5, .column = 1, .keyPress = digitKey, .name = lblLevelsUnit},
-                 {.control = &lblLevelsUnit, .row = 5, .column = 2},
-                 {.control = &optLevels[kPrintUnfolded], .row = 6, .columnSpan = 3, .group = kLevels},
-                 {.control = &lblZoom, .row = 7},
-                 {.control = &txtZoom, .row = 7, .column = 1, .keyPress = digitKey, .name = lblZoom},
-                 {.control = &lblPercent, .row = 7, .column = 2}},
+            .items = std::move(items),
             .buttons = {{.control = &OKButton, .changed = [this] { Report_print(); }},
                         {.control = &CancelButton, .changed = [this] { CancelButton_Click(); }}},
             .cancel = [this] { CancelButton_Click(); },
@@ -108,8 +102,8 @@ int PrintForm::wantedZoom() const {
 
 std::int32_t PrintForm::wantedLevels() const {
     const int choice = GetOptionButtonSelectedIndex(optLevels);
-    if (choice == kPrintAllLevels) return kAllLevels;
-    if (choice != kPrintSomeLevels) return kAsUnfolded;
+    if (choice == kAllFolderLevels) return kAllLevels;
+    if (choice != kSomeFolderLevels) return kAsUnfolded;
     const auto number = parseInteger(txtLevels.text);
     if (!number) throw Fault(kFaultTypeMismatch, kRoutine, "Type mismatch");
     if (*number < kAsUnfolded || *number > std::numeric_limits<std::int32_t>::max()) raiseOverflow(kRoutine);
@@ -121,7 +115,7 @@ std::int32_t PrintForm::wantedLevels() const {
 // From row to row by their links; `parents` are the copies of the rows above. Levels count from `start`.
 void PrintForm::copyRows(Run& run) {
     const Grid& report = services_.tvwPL;
-    const bool one = run.scope == kPrintSelected;
+    const bool one = run.scope == kSelectedFolder;
     if (one && report.selectedCount() == 0) throw Fault(kFaultInvalidCall, kRoutine, "No folder is selected");
     const Row start = one ? report.selectedRows().front() : report.firstRoot();
     const std::uint32_t top = report.level(start);
@@ -153,7 +147,7 @@ void PrintForm::unfold(Run& run) {
 // --- printing
 
 void PrintForm::prepare(Run& run) {
-    if (run.levels == kAsUnfolded && run.scope == kPrintAll) {
+    if (run.levels == kAsUnfolded && run.scope == kAllFolders) {
         run.grid = &services_.tvwPL;
         const NoRedraw off(*run.grid);
         return fitColumns();

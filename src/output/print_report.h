@@ -10,6 +10,7 @@
 #include <string>
 
 #include "app/options.h"
+#include "output/folder_choice.h"
 #include "output/print_job.h"
 #include "platform/form.h"
 #include "platform/message_pump.h"
@@ -31,10 +32,6 @@ struct PrintServices {
     MessagePump& pump;
     Window& window;
 };
-
-/// Indexes of the form's option buttons.
-enum PrintScope : int { kPrintAll, kPrintSelected };
-enum PrintLevels : int { kPrintAllLevels, kPrintSomeLevels, kPrintUnfolded };
 
 class PrintForm {
   public:

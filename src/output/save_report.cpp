@@ -54,9 +54,9 @@ struct SaveForm::Run {
 
 SaveForm::SaveForm(const SaveServices& services) : services_(services) {
     fillControls();
-    selectOption(optWasSpeichern, kSaveAll);
-    optWasSpeichern[kSaveSelected].enabled = services_.tvwPL.selectedCount() > 0;
-    selectOption(optLevels, kSaveUnfolded);
+    selectOption(optWasSpeichern, kAllFolders);
+    optWasSpeichern[kSelectedFolder].enabled = services_.tvwPL.selectedCount() > 0;
+    selectOption(optLevels, kUnfoldedLevels);
     cboFormat.index = kFormatTxt;
     cboDelimiter.index = kDelimiterTab;
 }
@@ -65,12 +65,12 @@ void SaveForm::fillControls() {
     const Texts& texts = services_.texts;
     caption = texts.TL(3612, "Speichern");
     lblWasSpeichern = texts.TL(3709, "Was soll gespeichert werden?");
-    optWasSpeichern[kSaveAll].caption = texts.TL(3710, "Alle Ordner");
-    optWasSpeichern[kSaveSelected].caption = texts.TL(3711, "Ausgewählter Ordner");
+    optWasSpeichern[kAllFolders].caption = texts.TL(3710, "Alle Ordner");
+    optWasSpeichern[kSelectedFolder].caption = texts.TL(3711, "Ausgewählter Ordner");
     lblLevels = texts.TL(3524, "Wieviele Ordnerebenen sollen gespeichert werden?");
-    optLevels[kSaveAllLevels].caption = texts.TL(3608, "Alle Ordnerebenen");
+    optLevels[kAllFolderLevels].caption = texts.TL(3608, "Alle Ordnerebenen");
     lblLevelsUnit = texts.TL(3611, "Ordnerebenen");
-    optLevels[kSaveUnfolded].caption = texts.TL(3607, "Aktuelle Ordneransicht");
+    optLevels[kUnfoldedLevels].caption = texts.TL(3607, "Aktuelle Ordneransicht");
     lblFormat = texts.TL(3647, "Dateiformat:");
     cboFormat.items = {"TXT", "CSV"};
     lblDelimiter = texts.TL(3734, "Trennzeichen:");
@@ -81,37 +81,30 @@ void SaveForm::fillControls() {
 }
 
 Form SaveForm::form() {
-    enum Group { kScope = 1, kLevels };
-    return {
-        .name = "frmSave",
-        .caption = caption,
-        .items = {{.control = &lblWasSpeichern, .columnSpan = 3},
-                  {.control = &optWasSpeichern[kSaveAll], .row = 1, .columnSpan = 3, .group = kScope},
-                  {.control = &optWasSpeichern[kSaveSelected], .row = 2, .columnSpan = 3, .group = kScope},
-                  {.control = &lblLevels, .row = 3, .columnSpan = 3},
-                  {.control = &optLevels[kSaveAllLevels], .row = 4, .columnSpan = 3, .group = kLevels},
-                  {.control = &optLevels[kSaveSomeLevels], .row = 5, .group = kLevels, .name = lblLevelsUnit},
-                  {.control = &txtLevels,
-                   .row = 5,
-                   .column = 1,
-                   .keyPress = txtLevels_KeyPress,
-                   .name = lblLevelsUnit},
-                  {.control = &lblLevelsUnit, .row = 5, .column = 2},
-                  {.control = &optLevels[kSaveUnfolded], .row = 6, .columnSpan = 3, .group = kLevels},
-                  {.control = &lblFormat, .row = 7},
-                  {.control = &cboFormat,
-                   .row = 7,
-                   .column = 1,
-                   .columnSpan = 2,
-                   .changed = [this] { cboFormat_Click(); },
-                   .name = lblFormat},
-                  {.control = &lblDelimiter, .row = 8},
-                  {.control = &cboDelimiter, .row = 8, .column = 1, .columnSpan = 2, .name = lblDelimiter}},
-        .buttons = {{.control = &OKButton, .changed = [this] { OKButton_Click(); }},
-                    {.control = &CancelButton, .changed = [this] { CancelButton_Click(); }}},
-        .cancel = [this] { CancelButton_Click(); },
-        .loaded = &loaded,
-        .hourglass = &hourglass};
+    std::vector<FormItem> items =
+        itemsOf({lblWasSpeichern, optWasSpeichern, lblLevels, optLevels, txtLevels, lblLevelsUnit});
+    const FormItem below[] = {{.control = &lblFormat, .row = kRowsOfChoice},
+                              {.control = &cboFormat,
+                               .row = kRowsOfChoice,
+                               .column = 1,
+                               .columnSpan = 2,
+                               .changed = [this] { cboFormat_Click(); },
+                               .name = lblFormat},
+                              {.control = &lblDelimiter, .row = kRowsOfChoice + 1},
+                              {.control = &cboDelimiter,
+                               .row = kRowsOfChoice + 1,
+                               .column = 1,
+                               .columnSpan = 2,
+                               .name = lblDelimiter}};
+    items.insert(items.end(), std::begin(below), std::end(below));
+    return {.name = "frmSave",
+            .caption = caption,
+            .items = std::move(items),
+            .buttons = {{.control = &OKButton, .changed = [this] { OKButton_Click(); }},
+                        {.control = &CancelButton, .changed = [this] { CancelButton_Click(); }}},
+            .cancel = [this] { CancelButton_Click(); },
+            .loaded = &loaded,
+            .hourglass = &hourglass};
 }
 
 bool SaveForm::SPEICHERN(std::string& path, std::int32_t levels, std::int32_t delimiter) {
@@ -141,9 +134,9 @@ bool SaveForm::SPEICHERN(std::string& path, std::int32_t levels, std::int32_t de
 
 void SaveForm::applyArguments(std::int32_t levels, std::int32_t delimiter) {
     if (levels == 0) {
-        selectOption(optLevels, kSaveAllLevels);
+        selectOption(optLevels, kAllFolderLevels);
     } else if (levels != kAsTheControlsSay) {
-        selectOption(optLevels, kSaveSomeLevels);
+        selectOption(optLevels, kSomeFolderLevels);
         txtLevels.text = std::to_string(levels);
     }
     if (delimiter >= kDelimiterComma && delimiter <= kDelimiterBlank) cboDelimiter.index = delimiter;
@@ -151,9 +144,9 @@ void SaveForm::applyArguments(std::int32_t levels, std::int32_t delimiter) {
 
 std::int32_t SaveForm::wantedLevels() const {
     switch (GetOptionButtonSelectedIndex(optLevels)) {
-        case kSaveAllLevels:
+        case kAllFolderLevels:
             return kAllLevels;
-        case kSaveSomeLevels:
+        case kSomeFolderLevels:
             break;
         default:
             return 0;
@@ -168,10 +161,10 @@ std::int32_t SaveForm::wantedLevels() const {
 
 Row SaveForm::startRow(int scope) const {
     const Grid& report = services_.tvwPL;
-    const auto selected = scope == kSaveSelected ? report.selectedRows() : std::vector<Row>();
-    const Row start = scope != kSaveSelected ? report.firstRoot()
-                      : selected.empty()     ? kNoRow
-                                             : selected.front();
+    const auto selected = scope == kSelectedFolder ? report.selectedRows() : std::vector<Row>();
+    const Row start = scope != kSelectedFolder ? report.firstRoot()
+                      : selected.empty()       ? kNoRow
+                                               : selected.front();
     if (start == kNoRow)
         throw Fault(kFaultInvalidCall, kSaveRoutine, "Nothing was read: there is no row to save");
     return start;
@@ -231,7 +224,7 @@ void SaveForm::write(Run& run) const {
          root = services_.tvwPL.nextSibling(root)) {
         walk.writeTree(root, run.levels);
         run.rows = walk.rowsWritten();
-        if (run.scope == kSaveSelected) break;
+        if (run.scope == kSelectedFolder) break;
     }
     if (file.commit() != 0) raiseFileError(file.error(), run.path);
     run.written = true;

@@ -15,6 +15,7 @@
 #include "base/path.h"
 #include "base/size_value.h"
 #include "grid/grid.h"
+#include "output/folder_choice.h"
 #include "output/report_lines.h"
 #include "platform/files.h"
 #include "platform/form.h"
@@ -53,8 +54,6 @@ struct SaveServices {
 };
 
 /// Indexes of the form's option buttons and of the items of its lists.
-enum SaveScope : int { kSaveAll, kSaveSelected };
-enum SaveLevels : int { kSaveAllLevels, kSaveSomeLevels, kSaveUnfolded };
 enum SaveFormat : int { kFormatTxt, kFormatCsv };
 enum SaveDelimiter : int { kDelimiterComma, kDelimiterSemicolon, kDelimiterTab, kDelimiterBlank };
 

@@ -84,23 +84,23 @@ struct PrintReport : testing::Test {
 };
 
 TEST_F(PrintReport, PrintsWhatScopeAndLevelsSay) {
-    EXPECT_FALSE(PrintForm(services()).optWasDrucken[kPrintSelected].enabled) << "nothing is selected";
+    EXPECT_FALSE(PrintForm(services()).optWasDrucken[kSelectedFolder].enabled) << "nothing is selected";
     report.setSelected(report.firstChild(report.firstRoot()), true);
-    EXPECT_TRUE(PrintForm(services()).optWasDrucken[kPrintSelected].enabled);
+    EXPECT_TRUE(PrintForm(services()).optWasDrucken[kSelectedFolder].enabled);
     const struct {
         int scope, levels;
         const char* number;
         const char* rows;
         bool fromReport;
     } cases[] = {
-        {kPrintAll, kPrintUnfolded, "", "s(a,d),t", true},
-        {kPrintSelected, kPrintUnfolded, "", "a", false},
-        {kPrintAll, kPrintAllLevels, "", "s(a(b(c)),d),t(e)", false},
-        {kPrintSelected, kPrintAllLevels, "", "a(b(c))", false},
-        {kPrintAll, kPrintSomeLevels, "0", "s,t", false},
-        {kPrintAll, kPrintSomeLevels, "1", "s(a,d),t(e)", false},
-        {kPrintAll, kPrintSomeLevels, "2", "s(a(b),d),t(e)", false},
-        {kPrintSelected, kPrintSomeLevels, "1", "a(b)", false},
+        {kAllFolders, kUnfoldedLevels, "", "s(a,d),t", true},
+        {kSelectedFolder, kUnfoldedLevels, "", "a", false},
+        {kAllFolders, kAllFolderLevels, "", "s(a(b(c)),d),t(e)", false},
+        {kSelectedFolder, kAllFolderLevels, "", "a(b(c))", false},
+        {kAllFolders, kSomeFolderLevels, "0", "s,t", false},
+        {kAllFolders, kSomeFolderLevels, "1", "s(a,d),t(e)", false},
+        {kAllFolders, kSomeFolderLevels, "2", "s(a(b),d),t(e)", false},
+        {kSelectedFolder, kSomeFolderLevels, "1", "a(b)", false},
     };
     for (const auto& [scope, levels, number, rows, own] : cases) {
         EXPECT_EQ(print(scope, levels, number), rows) << scope << levels << number;
@@ -124,7 +124,7 @@ TEST_F(PrintReport, TheCopyShowsWhatTheReportShows) {
                   std::to_string(copy.barPicture(0)) + "|" + std::to_string(copy.picture(0)) + "|" +
                   std::to_string(copy.backColor(0).value_or(0));
     };
-    EXPECT_EQ(print(kPrintAll, kPrintAllLevels),
+    EXPECT_EQ(print(kAllFolders, kAllFolderLevels),
               "s|1,50|Größe (KB)|note|42|" + std::to_string(kPictureFolder) + "|" + std::to_string(0xE0E0E0));
 }
 
@@ -142,17 +142,17 @@ TEST_F(PrintReport, ZoomIsWhatIsTypedAndAHundredWithout) {
 
 TEST_F(PrintReport, LevelsThatAreNoNumberAreReportedAndNothingIsPrinted) {
     for (const char* text : {"", "99999999999"})
-        EXPECT_EQ(print(kPrintAll, kPrintSomeLevels, text), "nothing");
+        EXPECT_EQ(print(kAllFolders, kSomeFolderLevels, text), "nothing");
     EXPECT_EQ(texts.reports("Report_print"), 2U);
 }
 
 TEST_F(PrintReport, TheReportsOwnColumnsAreFittedAndThoseOfACopyAreNot) {
-    print(kPrintAll, kPrintUnfolded);
+    print(kAllFolders, kUnfoldedLevels);
     EXPECT_EQ(window.calls, (std::vector<std::string>{"fit 0 0", "fit 1 60", "fit 2 60", "fit 3 60",
                                                       "fit 4 60", "preview Ordnerliste"}));
     EXPECT_TRUE(report.redraw());
     window.calls.clear();
-    print(kPrintAll, kPrintAllLevels);
+    print(kAllFolders, kAllFolderLevels);
     EXPECT_EQ(window.calls, std::vector<std::string>{"preview Ordnerliste"});
 }
 
@@ -160,7 +160,7 @@ TEST_F(PrintReport, TheCaptionCountsWhatIsUnfoldedUntilItIsDoneOrCancelled) {
     for (int i = 0; i < 500; ++i) add(report.firstRoot(), "more");
     for (const bool cancels : {false, true}) {
         PrintForm frmPrint(services());
-        selectOption(frmPrint.optLevels, kPrintAllLevels);
+        selectOption(frmPrint.optLevels, kAllFolderLevels);
         std::vector<std::string> captions;
         pump.meanwhile = [&] {
             if (frmPrint.caption == "Drucken") return;

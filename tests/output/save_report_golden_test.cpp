@@ -86,7 +86,7 @@ TEST_F(SaveReportGolden, ASelectedFolderIsReportedAloneAndUnderItsOwnName) {
     grid.setSelected(bilder, true);
     grid.setExpanded(bilder, true);
     SaveForm frmSave(services());
-    selectOption(frmSave.optWasSpeichern, kSaveSelected);
+    selectOption(frmSave.optWasSpeichern, kSelectedFolder);
     expectGolden("selected.txt", savedBy(frmSave, "r.txt"));
 }
 

@@ -69,12 +69,12 @@ TEST_F(SaveReport, TheNameDecidesTheFormatAndTheListTheDelimiter) {
 
 TEST_F(SaveReport, LevelsComeFromTheOrderOrTheControls) {
     sampleTree("/srv/data");
-    const std::tuple<std::int32_t, SaveLevels, std::string, std::size_t> cases[] = {
-        {0, kSaveUnfolded, "", 8},  // A silent run's 0: everything.
-        {2, kSaveUnfolded, "", 6},     {1, kSaveAllLevels, "", 4},  {-7, kSaveUnfolded, "", 1},
-        {-1, kSaveAllLevels, "", 8},   {-1, kSaveUnfolded, "3", 1}, {-1, kSaveSomeLevels, "1", 4},
-        {-1, kSaveSomeLevels, "0", 1},  // As far as unfolded.
-        {-1, kSaveSomeLevels, "77", 8}};
+    const std::tuple<std::int32_t, FolderLevels, std::string, std::size_t> cases[] = {
+        {0, kUnfoldedLevels, "", 8},  // A silent run's 0: everything.
+        {2, kUnfoldedLevels, "", 6},     {1, kAllFolderLevels, "", 4},  {-7, kUnfoldedLevels, "", 1},
+        {-1, kAllFolderLevels, "", 8},   {-1, kUnfoldedLevels, "3", 1}, {-1, kSomeFolderLevels, "1", 4},
+        {-1, kSomeFolderLevels, "0", 1},  // As far as unfolded.
+        {-1, kSomeFolderLevels, "77", 8}};
     for (const auto& [levels, option, typed, rows] : cases) {
         SaveForm frmSave(services());
         selectOption(frmSave.optLevels, static_cast<std::size_t>(option));
@@ -124,7 +124,7 @@ TEST_F(SaveReport, LevelsThatAreNoNumberAreAnError) {
         {"", "Type mismatch"}, {"1x", "Type mismatch"}, {"2147483648", "Overflow"}};
     for (const auto& [typed, error] : cases) {
         SaveForm frmSave(services());
-        selectOption(frmSave.optLevels, kSaveSomeLevels);
+        selectOption(frmSave.optLevels, kSomeFolderLevels);
         frmSave.txtLevels.text = typed;
         EXPECT_EQ(savedBy(frmSave, "r.csv"), test::kNotWritten) << typed;
         EXPECT_NE(texts->sink.shown.back().find(error), std::string::npos) << typed;
