@@ -117,13 +117,14 @@ std::string askForFolder(QWidget* parent, const std::string& title, const std::s
 }
 
 std::string askForSavePath(QWidget* parent, const std::string& filter, const std::string& extension,
-                           const std::string& folder) {
+                           const std::string& folder, const std::string& name) {
     QFileDialog dialog(parent);
     prepare(dialog, folder);
     dialog.setAcceptMode(QFileDialog::AcceptSave);
     dialog.setFileMode(QFileDialog::AnyFile);
     dialog.setNameFilters(qtFilter(filter).split(QStringLiteral(";;")));
     dialog.setDefaultSuffix(qtText(extension));
+    if (!name.empty()) dialog.selectFile(qtText(name));
     return answerOf(dialog);
 }
 

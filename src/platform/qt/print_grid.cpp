@@ -22,7 +22,7 @@ class GridPages final : public PrintPages {
   public:
     GridPages(const PrintJob& job, IconSource icon)
         : PrintPages(job),
-          pixel_(kUnitsPerInch / kPixelsPerInch * std::clamp(job.zoom, 10, 400) / 100),
+          pixel_(kUnitsPerInch / kPixelsPerInch * usableZoom(job.zoom) / 100),
           rows_(*job.grid),
           text_([&job](GridId, std::size_t column, Row row) { return job.cellText(column, row); }),
           icon_(std::move(icon)),

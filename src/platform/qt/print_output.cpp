@@ -10,6 +10,7 @@
 #include <algorithm>
 #include <cerrno>
 
+#include "base/text.h"
 #include "platform/qt/qt_convert.h"
 
 namespace hl {
@@ -107,9 +108,10 @@ PrintResult printPages(const PrintPages& pages, QPrinter& printer, const PageWat
     painter.scale(scale, scale);
     const int each = last - first + 1;
     for (int i = 0; i < each * copies; ++i) {
-        if (watch && !watch(i % each)) return printer.abort(), PrintResult::kCancelled;
+        const int number = backwards ? last - i % each : first + i % each;
+        if (watch && !watch(number)) return printer.abort(), PrintResult::kCancelled;
         if (i > 0 && !printer.newPage()) return PrintResult::kFailed;
-        pages.paint(painter, backwards ? last - i % each : first + i % each);
+        pages.paint(painter, number);
     }
     return painter.end() ? PrintResult::kDone : PrintResult::kFailed;
 }
@@ -118,13 +120,14 @@ PrintResult printPages(const PrintPages& pages, QPrinter& printer, const PageWat
 
 namespace {
 
-/// How far it is, from the moment when it takes long.
+/// How far it is, from the moment when it takes long. Each copy begins anew.
 class Progress {
   public:
-    Progress(const PrintDesk& desk, const PrintPages& pages)
+    Progress(const PrintDesk& desk, const PrintPages& pages, PageRange range)
         : text_(qtText(pages.job().texts.writing)),
           count_(pages.count()),
-          dialog_({}, qtText(pages.job().texts.cancel), 0, count_, desk.parent) {
+          steps_(range.last - range.first + 1),
+          dialog_({}, qtText(pages.job().texts.cancel), 0, steps_, desk.parent) {
         dialog_.setWindowTitle(desk.texts.name);
         dialog_.setWindowModality(Qt::WindowModal);
         dialog_.setMinimumDuration(kProgressAfterMilliseconds);
@@ -133,7 +136,7 @@ class Progress {
     /// The toolkit lets events be handled as the value is set.
     bool at(int page) {
         dialog_.setLabelText(text_.arg(page + 1).arg(count_));
-        dialog_.setValue(page);
+        dialog_.setValue(done_++ % steps_);
         return !dialog_.wasCanceled();
     }
     PageWatch watch() {
@@ -142,7 +145,7 @@ class Progress {
 
   private:
     QString text_;
-    int count_;
+    int count_, steps_, done_ = 0;
     QProgressDialog dialog_;
 };
 
@@ -152,7 +155,7 @@ bool writePdfShown(const PrintDesk& desk, const PrintPages& pages, PageRange ran
     int error = 0;
     PrintResult result = PrintResult::kCancelled;
     {
-        Progress progress(desk, pages);
+        Progress progress(desk, pages, range);
         result = writePdf(pages, range, path, progress.watch(), error);
     }
     if (result == PrintResult::kFailed)
@@ -162,7 +165,8 @@ bool writePdfShown(const PrintDesk& desk, const PrintPages& pages, PageRange ran
 
 bool askAndWritePdf(const PrintDesk& desk, const PrintPages& pages) {
     const std::string home = QFile::encodeName(QDir::homePath()).toStdString();
-    const std::string path = askForSavePath(desk.parent, "PDF (*.pdf)|*.pdf", "pdf", home);
+    const std::string name = replaceAll(visible(pages.job().title), "/", "_") + ".pdf";
+    const std::string path = askForSavePath(desk.parent, "PDF (*.pdf)|*.pdf", "pdf", home, name);
     return !path.empty() && writePdfShown(desk, pages, allOf(pages), path);
 }
 
@@ -182,7 +186,7 @@ bool askAndPrint(const PrintDesk& desk, const PrintJob& job, const IconSource& i
                              QFile::encodeName(printer.outputFileName()).toStdString());
     PrintResult result = PrintResult::kCancelled;
     {
-        Progress progress(desk, *pages);
+        Progress progress(desk, *pages, wantedOf(*pages, printer));
         result = printPages(*pages, printer, progress.watch());
     }
     if (result == PrintResult::kFailed)

@@ -15,9 +15,9 @@ namespace {
 
 constexpr double kPointsPerInch = 72;
 constexpr double kTenthsPerInch = 254;
-constexpr double kFramePoints = 9;   ///< Of the head and the foot of a page.
-constexpr double kApart = 1.0 / 64;  ///< A unit's least part that counts for the toolkit.
-constexpr int kSmallestZoom = 10, kLargestZoom = 400;
+constexpr double kFramePoints = 9;                     ///< Of the head and the foot of a page.
+constexpr double kApart = 1.0 / 64;                    ///< A unit's least part that counts for the toolkit.
+constexpr int kSmallestZoom = 10, kLargestZoom = 400;  ///< Percent.
 
 int unitsOfTenths(int tenths) {
     return static_cast<int>(std::lround(std::max(tenths, 0) * kUnitsPerInch / kTenthsPerInch));
@@ -94,12 +94,15 @@ QPalette paperPalette() {
     return palette;
 }
 
+int usableZoom(int zoom) {
+    return std::clamp(zoom, kSmallestZoom, kLargestZoom);
+}
+
 QFont paperFont(const GridFont& font, int zoom) {
     QFont found = qtFont(font);
     const double points = found.pointSizeF() > 0 ? found.pointSizeF() : kFramePoints;
-    const int percent = std::clamp(zoom, kSmallestZoom, kLargestZoom);
-    found.setPixelSize(
-        std::max(1, static_cast<int>(std::lround(points * kUnitsPerInch / kPointsPerInch * percent / 100))));
+    const double size = points * kUnitsPerInch / kPointsPerInch * usableZoom(zoom) / 100;
+    found.setPixelSize(std::max(1, static_cast<int>(std::lround(size))));
     // Widths must not depend on how a screen would round them.
     found.setHintingPreference(QFont::PreferNoHinting);
     // Letters that are set apart, be it by next to nothing, are not joined into one: what is copied or

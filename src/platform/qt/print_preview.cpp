@@ -181,10 +181,10 @@ void PrintPreview::showPage() {
     for (QPushButton* on : {next_, last_}) on->setEnabled(page_ + 1 < count);
 }
 
-void PrintPreview::goTo(int page) {
+void PrintPreview::goTo(int page, int scrolled) {
     page_ = page;
     showPage();
-    area_->verticalScrollBar()->setValue(0);
+    area_->verticalScrollBar()->setValue(scrolled);
 }
 
 void PrintPreview::turn(QPageLayout::Orientation orientation) {
@@ -199,9 +199,13 @@ bool PrintPreview::pageKey(int key) {
     const QScrollBar& bar = *area_->verticalScrollBar();
     switch (key) {
         case Qt::Key_PageUp:
-            return bar.value() == bar.minimum() && (goTo(page_ - 1), true);
+            if (bar.value() > bar.minimum()) return false;
+            if (page_ > 0) goTo(page_ - 1, bar.maximum());
+            return true;
         case Qt::Key_PageDown:
-            return bar.value() == bar.maximum() && (goTo(page_ + 1), true);
+            if (bar.value() < bar.maximum()) return false;
+            if (page_ + 1 < pages_->count()) goTo(page_ + 1);
+            return true;
         case Qt::Key_Home:
             return goTo(0), true;
         case Qt::Key_End:
