@@ -6,6 +6,7 @@
 #include <QFile>
 #include <QPdfWriter>
 #include <QPrintDialog>
+#include <QPrinterInfo>
 #include <QProgressDialog>
 #include <algorithm>
 #include <cerrno>
@@ -189,6 +190,9 @@ bool askAndPrint(const PrintDesk& desk, const PrintJob& job, const IconSource& i
         Progress progress(desk, *pages, wantedOf(*pages, printer));
         result = printPages(*pages, printer, progress.watch());
     }
+    // The toolkit says nothing of a print service that has ended meanwhile.
+    if (result == PrintResult::kDone && QPrinterInfo::printerInfo(printer.printerName()).isNull())
+        result = PrintResult::kFailed;
     if (result == PrintResult::kFailed)
         showMessage(desk.parent, desk.texts, MessageKind::kError,
                     job.failure(utf8(printer.printerName()), 0));
