@@ -113,24 +113,19 @@ TEST_F(Rescan, CorrectsTheRowsAboveByThePartialDifferenceAfterStop) {
     EXPECT_EQ(report.number(rowOf("b"), kPercent), 25.64);
 }
 
-TEST_F(Rescan, LocksTheWindowAndFillsTheListsFromTheFolderAlone) {
+TEST_F(Rescan, LocksTheWindowFillsTheListsFromTheFolderAloneAndReadsWhatWasQueuedMeanwhile) {
+    rescan(kNoRow);
+    EXPECT_EQ(host.calls, Lines()) << "no row is current";
     options.CreateListTOP = 1;
     rescan("e");
     for (const char* call : {"+lock", "+title 1 größten Dateien von '/s/e'", "+lists", "+unlock", "not busy"})
         EXPECT_EQ(std::count(host.calls.begin(), host.calls.end(), call), 1) << call;
-    EXPECT_EQ(host.calls.back(), "files of '/s/e/'");
     EXPECT_EQ(textsOf(top), Lines{"z"});
-    EXPECT_FALSE(state.ScanActive);
-}
-
-TEST_F(Rescan, ReadsTheSourcesThatWereQueuedMeanwhileAndNothingWithoutACurrentRow) {
-    rescan(kNoRow);
-    EXPECT_EQ(host.calls, Lines());
     disk.sources.push_back(folder("/t", {file("g", 1)}));
     disk.at = {{disk.blocks + 1, [&] { state.SourceQueue.push_back("/t"); }}};
     rescan("e");
     EXPECT_EQ(rows().back(), "/t 1 1/0");
-    EXPECT_TRUE(state.SourceQueue.empty());
+    EXPECT_TRUE(state.SourceQueue.empty() && !state.ScanActive);
 }
 
 // The folder's own sum is corrected once, those above twice, which may turn them negative.
