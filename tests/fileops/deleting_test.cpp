@@ -1,7 +1,6 @@
 // What deleting tells, and in which order, with a disk that answers as it is told.
 #include "fileops/deleting.h"
 
-#include "fileops/recycle_texts.h"
 #include "fileops/renaming.h"
 #include "support/fake_window.h"
 #include "support/scan_fixture.h"
@@ -190,14 +189,6 @@ TEST_F(DeletingTest, ARenamedFolderIsWhereTheListLooksNext) {
     EXPECT_EQ(bench_.state.currentFolder, "/src/z/aa/");
     renameInReport(ops_, src_, "other");
     EXPECT_EQ(bench_.report.text(src_), "/src");
-}
-
-TEST(RecycleTextsTest, EachCodeHasItsTextAndOthersAreUnknown) {
-    EXPECT_EQ(xGetErrorTextFromSH(0x74, false),
-              "The source is a root directory, which cannot be moved or renamed.");
-    EXPECT_EQ(xGetErrorTextFromSH(0x83, false), "Unknown error.");
-    EXPECT_EQ(xGetErrorTextFromSH(0x10000, true),
-              "An unspecified error occurred on the destination. - 65536");
 }
 
 }  // namespace

@@ -69,15 +69,6 @@ TEST_F(EnglishBarsTest, EverythingHasANameForThoseWhoCannotSeeIt) {
     EXPECT_TRUE(!bars.cbrMain.find(3)->enabled && bars.cbrMain.isChecked(33)) << "nothing to stop yet";
 }
 
-TEST_F(BarsTest, AcceleratorsAreKeyCodes) {
-    const std::pair<const char*, int> cases[] = {{"", 0}, {"F1", 112}, {"F12", 123}, {"F", 'F'}, {"s", 'S'}};
-    int id = 900;
-    for (const auto& [key, code] : cases) {
-        AddControl(bars.cbrMain, {.id = id, .key = key});
-        EXPECT_EQ(bars.cbrMain.find(id++)->key, code) << key;
-    }
-}
-
 TEST_F(BarsTest, AnEntryThatIsCheckedComesBackCheckedAndNoOther) {
     build();
     const auto checkedIn = [](const Bars& shown) {

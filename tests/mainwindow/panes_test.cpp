@@ -214,23 +214,6 @@ TEST_F(Panel, OfFilesReadsTheFolderOfTheFirstSelectedRowOnceOnly) {
     EXPECT_EQ(times("/srv/a/"), 0);
 }
 
-TEST_F(Panel, IsAsMuchShorterAsItsBarIsHigher) {
-    show(800, 500);
-    change({33, 21, 306});
-    for (const auto& [grid, one] : {std::pair{GridId::kReport, BarId::kReport},
-                                    {GridId::kDrives, BarId::kDrives},
-                                    {GridId::kFiles, BarId::kFiles}}) {
-        const int before = of(grid).height;
-        EXPECT_EQ(of(one).height, barHeights[one]) << "whatever the bars of hidden lists are";
-        for (const int more : {30, -30}) {
-            barHeights[one] += more;
-            panes->cbrResize(one);
-            EXPECT_EQ(of(one).height, barHeights[one]);
-        }
-        EXPECT_EQ(of(grid).height, before);
-    }
-}
-
 TEST_F(Panel, BarThatResizesWhileItIsMeasuredIsMeasuredOnce) {
     show(800, 500);
     int measured = 0;

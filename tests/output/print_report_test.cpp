@@ -2,24 +2,14 @@
 
 #include <gtest/gtest.h>
 
-#include "output/print_files.h"
 #include "scan/records.h"
 #include "support/fake_window.h"
+#include "support/scripted_pump.h"
 #include "support/test_texts.h"
 #include "views/report_columns.h"
 
 namespace hl {
 namespace {
-
-/// Input always waits, and may do something.
-struct BusyPump : MessagePump {
-    std::function<void()> meanwhile;
-    void PumpMessages() override {
-        if (meanwhile) meanwhile();
-    }
-    bool GetInputState() override { return true; }
-    std::uint64_t GetTickCount() override { return 0; }
-};
 
 /// "a(b(c,d),e)" for the rows that show: a comma behind a sibling, brackets around what is below.
 std::string shownRows(const Grid& grid, Row first) {
@@ -39,7 +29,7 @@ struct PrintReport : testing::Test {
     NumberFormat numbers = numberFormatOf("de_DE.UTF-8");
     Grid report{kFolderCells};
     ScanState state;
-    BusyPump pump;
+    test::ScriptedPump pump;
     test::FakeWindow window;
     std::string printed;
     int zoom = 0;
@@ -47,6 +37,7 @@ struct PrintReport : testing::Test {
 
     // Two sources; of the first one, the first folder is unfolded.
     PrintReport() {
+        pump.input = true;
         Init_Tree(report, options, texts.texts);
         const Row first = add(kNoRow, "s"), a = add(first, "a"), b = add(a, "b");
         add(b, "c");
@@ -146,7 +137,7 @@ TEST_F(PrintReport, TheCaptionCountsWhatIsUnfoldedUntilItIsDoneOrCancelled) {
         PrintForm frmPrint(services());
         selectOption(frmPrint.optLevels, kAllFolderLevels);
         std::vector<std::string> captions;
-        pump.meanwhile = [&] {
+        pump.onPump = [&] {
             if (frmPrint.caption == "Drucken") return;
             captions.push_back(frmPrint.caption);
             if (cancels) frmPrint.CancelButton_Click();
@@ -159,16 +150,6 @@ TEST_F(PrintReport, TheCaptionCountsWhatIsUnfoldedUntilItIsDoneOrCancelled) {
         EXPECT_EQ(printed == "nothing", cancels);
         EXPECT_EQ(frmPrint.caption, "Drucken");
     }
-}
-
-TEST_F(PrintReport, AListIsPrintedAtOnceAndOneWithoutRowsIsNot) {
-    const PrintSources sources{texts.texts, texts.files, texts.system};
-    Print_Files(sources, "Liste", report, GridId::kFiles, numbers, window);
-    EXPECT_EQ(window.calls, std::vector<std::string>{"preview Liste"});
-    EXPECT_EQ(zoom, 100);
-    report.clear();
-    Print_Files(sources, "Liste", report, GridId::kFiles, numbers, window);
-    EXPECT_EQ(window.calls.size(), 1U);
 }
 
 TEST_F(PrintReport, AFailureNamesTheFileAndTheReason) {

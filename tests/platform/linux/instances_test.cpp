@@ -147,12 +147,5 @@ TEST_F(InstancesTest, OnlyAFolderThatIsTheUsersAloneIsUsed) {
     EXPECT_FALSE(fs::exists(socket));
 }
 
-TEST_F(InstancesTest, LongNamesWorkAndAreKeptApart) {
-    const std::string name(250, 'n');
-    LinuxInstances one(name + "1", places), other(name + "2", places), again(name + "1", places);
-    EXPECT_TRUE(one.takeFirst() && other.takeFirst());
-    EXPECT_EQ(handedOver(one, [&] { return again.deliver("line"); }), Lines{"line"});
-}
-
 }  // namespace
 }  // namespace hl

@@ -2,8 +2,6 @@
 #include "platform/linux/tree_removal.h"
 
 #include <gtest/gtest.h>
-#include <linux/fs.h>
-#include <sys/ioctl.h>
 
 #include <thread>
 
@@ -82,9 +80,6 @@ TEST_F(TreeRemovalTest, WhatIsNoFolderInTheFoldersPlaceGoesAsWhatItIs) {
         EXPECT_FALSE(isThere(in(name))) << name;
     }
     EXPECT_TRUE(isThere(in("outside/file")));
-}
-
-TEST_F(TreeRemovalTest, AFolderThatIsNotThereIsToldAsVanished) {
     const Removal removal = removeTree({in("none")});
     EXPECT_TRUE(!removal.removed && removal.vanished);
 }
@@ -135,26 +130,6 @@ TEST_F(TreeRemovalTest, WhatAnotherUserOwnsStaysWithItsReasonAndTheRestGoes) {
     EXPECT_EQ(result, 0);
     EXPECT_TRUE(!isThere(in("root/mine")) && isThere(in("root/theirs/file")));
     EXPECT_TRUE(isThere(in("root/sticky/file")));
-}
-
-TEST_F(TreeRemovalTest, AnImmutableFileStaysAndIsNamed) {
-    make({"root/rock", "root/sand"});
-    const int file = must(::open(in("root/rock").c_str(), O_RDONLY | O_CLOEXEC));
-    int flags = FS_IMMUTABLE_FL;
-    if (::ioctl(file, FS_IOC_SETFLAGS, &flags) != 0) {
-        ::close(file);
-        GTEST_SKIP() << "no right, or no such attribute on this file system";
-    }
-    const Removal removal = removeTree({in("root")});
-    flags = 0;
-    must(::ioctl(file, FS_IOC_SETFLAGS, &flags));
-    ::close(file);
-
-    EXPECT_FALSE(removal.removed);
-    ASSERT_EQ(removal.failures.size(), 2u);
-    EXPECT_EQ(removal.failures[0].path, in("root/rock"));
-    EXPECT_EQ(removal.failures[0].error, EPERM);
-    EXPECT_FALSE(isThere(in("root/sand")));
 }
 
 TEST_F(TreeRemovalTest, OtherMountsAreNotEnteredAndToldAsBusy) {

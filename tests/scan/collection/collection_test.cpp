@@ -97,10 +97,7 @@ TEST(StringCollection, RaisesItsFaultsWithNumberSourceAndText) {
         {[&] { exact.Add("", "b", 0, raise); }, "8 CStringCollection.Add: Duplicate KeyB: b"},
         {[&] { quiet.Add("", "n", 0, before); }, "2 CStringCollection.Add: Key not found before: x"},
         {[&] { quiet.ChangeValues("x", "", 0); }, "2 ChangeValues: Key: x"},
-        {[&] { quiet.Item(4, "v"); }, "2 Let Item: Key: 4"},
         {[&] { strict.Tag("x"); }, "2 Get Tag: Key: x"},
-        {[&] { strict.Tag("x", false, 5); }, "2 Let Tag: Key: x NewTag: 5"},
-        {[&] { quiet.Key(4, "n"); }, "1 Let Key: Index: 4 NewKey: n"},
         {[&] { quiet.Key(1, "b"); }, "8 Let Key: Index: 1 NewKey: b"}};
     for (const auto& [call, fault] : cases) EXPECT_EQ(faultOf(call), fault);
     EXPECT_EQ(valuesOf(quiet), "one two three ");
