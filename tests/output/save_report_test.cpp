@@ -15,10 +15,6 @@ std::size_t linesIn(const std::string& text) {
     return static_cast<std::size_t>(std::count(text.begin(), text.end(), '\n'));
 }
 
-bool holdsPath(const std::string& csv, const std::string& path) {
-    return csv.find("\"" + path + "\"") != std::string::npos;
-}
-
 /// Answers with a path and keeps what it was asked.
 struct FakeDialog : SaveDialog {
     std::string answer;
@@ -136,19 +132,6 @@ TEST_F(SaveReport, AFailureIsReportedWithItsCauseOrTheNameOfTheFile) {
     EXPECT_FALSE(frmSave.OKButton.enabled) << "the form serves once";
     EXPECT_EQ(saved("no/such/folder/r.csv"), test::kNotWritten);
     EXPECT_EQ(texts->reports("folder/r.csv: No such file or directory"), 1U);
-}
-
-TEST_F(SaveReport, ASizeOutOfRangeCostsItsLevelAloneOnEveryDepth) {
-    const Row root = folder(kNoRow, "/srv", 0, 0, 2);
-    const Row deep = folder(folder(root, "a", 0, 0, 2), "b", 0, 0, 1);
-    folder(deep, "too large", std::int64_t{1} << 60, 0, 0);
-    folder(deep, "behind it", 0, 0, 0);
-    folder(grid.parent(deep), "beside b", 0, 0, 0);
-    const std::string report = saved("r.csv");
-    EXPECT_TRUE(!holdsPath(report, "/srv/a/b/behind it") && holdsPath(report, "/srv/a/beside b"));
-    EXPECT_EQ(texts->reports("Overflow"), 1U);
-    EXPECT_EQ(texts->reports("TreeViewSpeichernR"), 1U);
-    EXPECT_EQ(linesIn(report), 1U + 4U);
 }
 
 }  // namespace

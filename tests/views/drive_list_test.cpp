@@ -238,33 +238,29 @@ TEST_F(DriveListTest, KeepsSharesInTheSettingsAndLosesThoseNotSaved) {
     EXPECT_EQ(grid.rowCount(), 5U) << "a local drive stays";
 }
 
-TEST_F(DriveListTest, SelectsTheDriveThatTheReportsSourceLiesOn) {
-    list.Drives_GetAllDrives();
-    const char* const cases[][2] = {
-        {"/", "0"},           {"/home/x", "0"},         {"/media/stick/deep", "1"}, {"/media/stick2/d", "2"},
-        {"/media/stic", "0"}, {"\\\\server\\share", ""}};
-    for (const auto& [source, expected] : cases) {
-        grid.selectNone();
-        report.clear();
-        const Row root = report.addRow(kNoRow, source);
-        list.Drives_SelectDrive(report.addRow(root, "below"));
-        std::string selected;
-        for (const Row row : grid.selectedRows()) selected += std::to_string(grid.indexOf(row));
-        EXPECT_EQ(selected, expected) << source;
-    }
-}
-
-TEST_F(DriveListTest, RefreshesADriveThatIsAWholeSource) {
+TEST_F(DriveListTest, SelectsTheDriveThatASourceLiesOnAndRefreshesOneThatIsAWholeSource) {
     drives.shares["\\\\S\\a\\"] = {"/net/a", DriveType::kRemote, "cifs", "//s/a", 0};
     list.Drives_GetAllDrives();
     list.Drives_AddUNCpath("\\\\S\\a");
     list.takeAnswers();
-    const char* const cases[][2] = {
-        {"/", "/"}, {"/media/stick", "/media/stick"}, {"\\\\S\\a", "/net/a"}, {"/home", ""}};
-    for (const auto& [source, asked] : cases) {
+    const char* const cases[][3] = {// The source, the row that is selected, and the drive that is asked.
+                                    {"/", "0", "/"},
+                                    {"/home/x", "0", ""},
+                                    {"/media/stick", "1", "/media/stick"},
+                                    {"/media/stick/deep", "1", ""},
+                                    {"/media/stick2/d", "2", ""},
+                                    {"/media/stic", "0", ""},
+                                    {"\\\\S\\a", "", "/net/a"}};
+    for (const auto& [source, expected, asked] : cases) {
+        grid.selectNone();
+        report.clear();
         drives.questions.clear();
-        const Row root = report.addRow(kNoRow, source);
-        list.Drives_RefreshDrive(report.addRow(root, "below"));
+        const Row below = report.addRow(report.addRow(kNoRow, source), "below");
+        list.Drives_SelectDrive(below);
+        list.Drives_RefreshDrive(below);
+        std::string selected;
+        for (const Row row : grid.selectedRows()) selected += std::to_string(grid.indexOf(row));
+        EXPECT_EQ(selected, expected) << source;
         EXPECT_EQ(drives.questions.empty() ? "" : drives.questions[0].first, asked) << source;
     }
 }

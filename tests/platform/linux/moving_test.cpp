@@ -33,8 +33,7 @@ TEST_F(MovingTest, WhateverItIsItIsTheSameUnderItsNewName) {
 }
 
 TEST_F(MovingTest, AFileReplacesAFileAndNothingReplacesAFolder) {
-    const std::tuple<const char*, const char*, int> cases[] = {// What is moved, onto what, and the error.
-                                                               {"file", "file", 0},
+    const std::tuple<const char*, const char*, int> cases[] = {{"file", "file", 0},
                                                                {"file", "read-only file", 0},
                                                                {"file", "dangling link", 0},
                                                                {"file", "link to a folder", 0},
@@ -64,8 +63,7 @@ TEST_F(MovingTest, AFileReplacesAFileAndNothingReplacesAFolder) {
 TEST_F(MovingTest, APlaceThatCannotBeIsToldAndNothingMoves) {
     makeText(at("file"));
     fs::create_directories(at("folder/below"));
-    const std::tuple<const char*, std::string, int> cases[] = {// What is moved, where to, and the error.
-                                                               {"file", "missing/new", ENOENT},
+    const std::tuple<const char*, std::string, int> cases[] = {{"file", "missing/new", ENOENT},
                                                                {"file", "file/new", ENOTDIR},
                                                                {"file", std::string(256, 'n'), ENAMETOOLONG},
                                                                {"file", ".", EINVAL},
