@@ -90,11 +90,6 @@ struct ListFixture : ScanFixture, ListHost {
         for (const std::size_t index : rows) grid.setSelected(grid.rowAt(index), true);
         grid.setCurrentRow(rows.size() == 0 ? kNoRow : grid.rowAt(*rows.begin()));
     }
-    static Lines selectedIn(const Grid& grid) {
-        Lines names;
-        for (const Row row : grid.selectedRows()) names.emplace_back(grid.text(row));
-        return names;
-    }
     Lines taken() { return std::exchange(asked, {}); }
 };
 

@@ -35,12 +35,6 @@ struct ReportTest : test::ScanFixture, ReportHost {
         asked.push_back("menu " + path);
     }
 
-    Lines namesInOrder() const { return textsOf(report); }
-    Lines selectedNames() const {
-        Lines names;
-        for (const Row row : report.selectedRows()) names.emplace_back(report.text(row));
-        return names;
-    }
     Lines expandedNames() const {
         Lines names;
         for (std::size_t i = 0; i < report.rowCount(); ++i)
@@ -53,19 +47,19 @@ struct ReportTest : test::ScanFixture, ReportHost {
 };
 
 TEST_F(ReportTest, TurnsTheOrderAroundWithEachTitleClickWhateverTheColumn) {
-    const Lines largestFirst = namesInOrder();
+    const Lines largestFirst = textsOf(report);
     ASSERT_EQ(largestFirst[1], "b");
     view.tvwPL_GridColumnTitleClick(kReportSize);
-    EXPECT_EQ(namesInOrder()[1], "Ce");
+    EXPECT_EQ(textsOf(report)[1], "Ce");
     view.tvwPL_GridColumnTitleClick(kReportRowName);
-    EXPECT_EQ(namesInOrder()[1], "e") << "a click on another column is the same toggle";
+    EXPECT_EQ(textsOf(report)[1], "e") << "a click on another column is the same toggle";
     view.tvwPL_GridColumnTitleClick(kReportRowName);
-    EXPECT_EQ(namesInOrder()[1], "b");
+    EXPECT_EQ(textsOf(report)[1], "b");
     EXPECT_EQ(report.currentRow(), report.rowAt(0));
-    EXPECT_EQ(selectedNames(), Lines{"/s"});
+    EXPECT_EQ(selectedIn(report), Lines{"/s"});
     view.columnSizing();
     view.tvwPL_GridColumnTitleClick(kReportSize);
-    EXPECT_EQ(namesInOrder()[1], "b") << "the end of a column's drag is no title click";
+    EXPECT_EQ(textsOf(report)[1], "b") << "the end of a column's drag is no title click";
 }
 
 TEST_F(ReportTest, UnfoldsToALevelAndFoldsWhatLiesDeeper) {
@@ -112,14 +106,14 @@ TEST_F(ReportTest, KeepsASelectionOfSeveralForTheMenuOfTheRightButton) {
     for (const char* name : {"b", "e"}) report.setSelected(rowOf(name), true);
     click("e", MouseButton::kRight);
     EXPECT_EQ(asked, Lines{"rows menu"});
-    EXPECT_EQ(selectedNames(), (Lines{"b", "e"}));
+    EXPECT_EQ(selectedIn(report), (Lines{"b", "e"}));
     click("Ce", MouseButton::kRight);
-    EXPECT_EQ(selectedNames(), Lines{"Ce"}) << "a row outside of it takes its place";
+    EXPECT_EQ(selectedIn(report), Lines{"Ce"}) << "a row outside of it takes its place";
     EXPECT_EQ(asked.back(), "menu /s/Ce/");
     click("", MouseButton::kLeft, true);
-    EXPECT_EQ(selectedNames(), Lines{"Ce"});
+    EXPECT_EQ(selectedIn(report), Lines{"Ce"});
     click("");
-    EXPECT_EQ(selectedNames(), Lines{});
+    EXPECT_EQ(selectedIn(report), Lines{});
 }
 
 TEST_F(ReportTest, IgnoresTheUserDuringAScanAndInAnEmptyReport) {
