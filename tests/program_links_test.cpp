@@ -1,5 +1,4 @@
-// The program runs on a server that has the C++ library and nothing else; what the window needs, its module
-// asks for.
+// The program runs on a server that has the C++ library and nothing else.
 #include <gtest/gtest.h>
 #include <stdio.h>
 
@@ -33,16 +32,6 @@ TEST(Program, LinksTheCxxLibraryAndLibcAlone) {
     for (const char* fine : {"libasan", "libubsan", "libtsan"}) names.erase(fine);
 #endif
     for (const std::string& other : names) ADD_FAILURE() << "The program needs " << other;
-}
-
-TEST(Program, LeavesTheToolkitToTheModule) {
-#ifdef HARBORLANTERN_MODULE
-    const std::set<std::string> names = librariesOf(HARBORLANTERN_MODULE);
-    for (const char* wanted : {"libQt6Core", "libQt6Gui", "libQt6Widgets", "libQt6PrintSupport", "libQt6Svg"})
-        EXPECT_EQ(names.count(wanted), 1U) << wanted;
-#else
-    GTEST_SKIP() << "built without the window";
-#endif
 }
 
 }  // namespace

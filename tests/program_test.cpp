@@ -116,70 +116,72 @@ class TreeMaker {
     std::uint64_t lastSize_ = 0;
 };
 
-TEST(Program, AgreesWithTheTruthToTheByteAndWithItselfWhoeverReads) {
+class ProgramRun : public testing::Test {
+  protected:
+    void oneFile() const { test::makeFile(dir.path() + "/file", 5); }
+
+    const TempDir dir;
     const Program program;
+    const std::string report = program.home("r.csv");
+};
+
+TEST_F(ProgramRun, AgreesWithTheTruthToTheByteAndWithItselfWhoeverReads) {
     for (unsigned seed = 1; seed <= 6; ++seed) {
-        const TempDir dir;
+        const TempDir tree;
         Rows truth;
-        TreeMaker(seed).make(dir.path(), 0, truth);
+        TreeMaker(seed).make(tree.path(), 0, truth);
         const std::string on = program.home("on.csv"), off = program.home("off.csv");
-        EXPECT_EQ(program.run({"-s", on, dir.path()}).status, 0);
+        EXPECT_EQ(program.run({"-s", on, tree.path()}).status, 0);
         EXPECT_EQ(
-            program.run({"-s", off, dir.path()}, [] { setenv("HARBORLANTERN_READ_AHEAD", "0", 1); }).status,
+            program.run({"-s", off, tree.path()}, [] { setenv("HARBORLANTERN_READ_AHEAD", "0", 1); }).status,
             0);
         EXPECT_EQ(readReport(on), truth);
         EXPECT_EQ(readFile(on), readFile(off));
     }
 }
 
-TEST(Program, CountsEveryKindOfEntryAndEntersNoOtherMount) {
-    const TempDir dir;
+TEST_F(ProgramRun, CountsEveryKindOfEntryAndEntersNoOtherMount) {
     test::makeSocket(dir.path() + "/socket");
     test::must(::mkfifo((dir.path() + "/pipe").c_str(), 0600));
     test::makeFile(dir.path() + "/file", 77);
     test::makeFile(dir.path() + "/" + std::string(255, 'x'), 1);
-    const Program program;
-    EXPECT_EQ(program.run({"-s", program.home("r.csv"), dir.path()}).status, 0);
-    EXPECT_EQ(readReport(program.home("r.csv"))[dir.path()], (Numbers{78, 4, 0}));
+    EXPECT_EQ(program.run({"-s", report, dir.path()}).status, 0);
+    EXPECT_EQ(readReport(report)[dir.path()], (Numbers{78, 4, 0}));
     // Wherever /dev/shm is a mount of its own, it is a row with nothing in it.
     struct stat above, mounted;
     if (::stat("/dev", &above) != 0 || ::stat("/dev/shm", &mounted) != 0 || above.st_dev == mounted.st_dev)
         return;
     const TempDir inside("/dev/shm");
     test::makeFile(inside.path() + "/file", 5);
-    program.run({"-s1", program.home("r.csv"), "/dev"});
-    EXPECT_EQ(readReport(program.home("r.csv")).at("/dev/shm"), Numbers());
+    program.run({"-s1", report, "/dev"});
+    EXPECT_EQ(readReport(report).at("/dev/shm"), Numbers());
 }
 
-TEST(Program, ReadsALinkCycleOnlyAsFarAsTheKernelFollows) {
-    const TempDir dir;
+TEST_F(ProgramRun, ReadsALinkCycleOnlyAsFarAsTheKernelFollows) {
     test::must(::symlink(".", (dir.path() + "/loop").c_str()));
     test::makeFile(dir.path() + "/file", 10);
-    const Program program;
     program.setOptions({"ScanHardlinks=1"});
-    const test::Ended ended = program.run({"-s", program.home("r.csv"), dir.path()});
+    const test::Ended ended = program.run({"-s", report, dir.path()});
     EXPECT_EQ(ended.status, 1);
     EXPECT_NE(ended.errors.find("#40 - "), std::string::npos) << ended.errors;
-    EXPECT_EQ(readReport(program.home("r.csv"))[dir.path()], (Numbers{410, 41, 41}));
+    EXPECT_EQ(readReport(report)[dir.path()], (Numbers{410, 41, 41}));
 }
 
-TEST(Program, ReadsAChainOfAHundredThousandFoldersWithFewDescriptors) {
-    const TempDir dir("/dev/shm");
+TEST_F(ProgramRun, ReadsAChainOfAHundredThousandFoldersWithFewDescriptors) {
+    const TempDir tree("/dev/shm");
     constexpr int kDepth = 100'000;
-    test::makeChain(dir.path(), kDepth, "d");
-    const Program program;
+    test::makeChain(tree.path(), kDepth, "d");
     const auto few = [] {
         const struct rlimit limit = {64, 64};
         test::must(::setrlimit(RLIMIT_NOFILE, &limit));
     };
-    EXPECT_EQ(program.run({"-s2", program.home("r.csv"), dir.path()}, few).status, 0);
-    EXPECT_EQ(readReport(program.home("r.csv"))[dir.path()], (Numbers{kDepth, kDepth, kDepth}));
-    test::removeChain(dir.path(), kDepth, "d");
+    EXPECT_EQ(program.run({"-s2", report, tree.path()}, few).status, 0);
+    EXPECT_EQ(readReport(report)[tree.path()], (Numbers{kDepth, kDepth, kDepth}));
+    test::removeChain(tree.path(), kDepth, "d");
 }
 
-TEST(Program, NamesWhatItCouldNotReadAndReadsTheRest) {
+TEST_F(ProgramRun, NamesWhatItCouldNotReadAndReadsTheRest) {
     if (::geteuid() != 0) GTEST_SKIP() << "needs root, to become a user without rights";
-    const TempDir dir;
     test::must(::chmod(dir.path().c_str(), 0755));
     for (const char* name : {"denied", "listable", "open"}) {
         test::makeFolder(dir.path() + "/" + name);
@@ -187,22 +189,19 @@ TEST(Program, NamesWhatItCouldNotReadAndReadsTheRest) {
     }
     test::must(::chmod((dir.path() + "/denied").c_str(), 0700));
     test::must(::chmod((dir.path() + "/listable").c_str(), 0744));
-    const Program program;
-    const test::Ended ended = program.run({"-s", program.home("r.csv"), dir.path()}, Program::becomeNobody);
+    const test::Ended ended = program.run({"-s", report, dir.path()}, Program::becomeNobody);
     EXPECT_EQ(ended.status, 1);
     EXPECT_NE(ended.errors.find(dir.path() + "/denied/: #13 - "), std::string::npos) << ended.errors;
     EXPECT_NE(ended.errors.find(dir.path() + "/listable/: #13 - "), std::string::npos) << ended.errors;
-    Rows rows = readReport(program.home("r.csv"));
+    Rows rows = readReport(report);
     EXPECT_EQ(rows[dir.path() + "/denied"], Numbers());
     EXPECT_EQ(rows[dir.path() + "/listable"], (Numbers{0, 1, 0}));
     EXPECT_EQ(rows[dir.path()], (Numbers{5, 2, 3}));
     EXPECT_NE(readFile(program.home("Harborlantern.log")).find("Zugriffsfehler: 2"), std::string::npos);
 }
 
-TEST(Program, KeepsAnOlderReportWhenTheNewOneCannotBeWritten) {
-    const TempDir dir;
-    test::makeFile(dir.path() + "/file", 5);
-    const Program program;
+TEST_F(ProgramRun, KeepsAnOlderReportWhenTheNewOneCannotBeWritten) {
+    oneFile();
     const std::string old = dir.path() + "/old.csv";
     writeFile(old, "precious");
     // A file size limit stands for a disk that is full in the middle of writing.
@@ -229,11 +228,8 @@ TEST(Program, KeepsAnOlderReportWhenTheNewOneCannotBeWritten) {
         << "nothing half-written lies beside it";
 }
 
-TEST(Program, EndsWithTheStatusThatItsUsersScriptsCount) {
-    const TempDir dir;
-    test::makeFile(dir.path() + "/file", 5);
-    const Program program;
-    const std::string report = program.home("r.csv");
+TEST_F(ProgramRun, EndsWithTheStatusThatItsUsersScriptsCount) {
+    oneFile();
     const std::tuple<std::vector<std::string>, int, std::string> cases[] = {
         {{"-s", report, dir.path()}, 0, ""},
         {{"-s0", "-d3", report, dir.path()}, 0, ""},
@@ -258,9 +254,7 @@ TEST(Program, EndsWithTheStatusThatItsUsersScriptsCount) {
     }
 }
 
-TEST(Program, ReadsSourcesByAnyNameGivenInAnyWay) {
-    const TempDir dir;
-    const Program program;
+TEST_F(ProgramRun, ReadsSourcesByAnyNameGivenInAnyWay) {
     for (const std::string name :
          {"-s", "-d3 x", "trailing ", " ", "say \"hi\"", "\xFF\xFE", "new\nline", ".hidden", "%1"}) {
         const std::string folder = dir.path() + "/" + name;
@@ -268,9 +262,9 @@ TEST(Program, ReadsSourcesByAnyNameGivenInAnyWay) {
         test::makeFile(folder + "/f", 9);
         for (const std::string& source : {folder, folder + "/", folder + "//", "./" + name, ".///" + name}) {
             const auto inFolder = [&] { test::must(::chdir(dir.path().c_str())); };
-            const test::Ended ended = program.run({"-s", program.home("r.csv"), source}, inFolder);
+            const test::Ended ended = program.run({"-s", report, source}, inFolder);
             EXPECT_EQ(ended.status, 0) << source << ended.errors;
-            const Rows rows = readReport(program.home("r.csv"));
+            const Rows rows = readReport(report);
             ASSERT_EQ(rows.size(), 1U) << source;
             EXPECT_EQ(rows.begin()->first.find("//"), std::string::npos) << source;
             EXPECT_EQ(rows.begin()->second, (Numbers{9, 1, 0})) << source;
@@ -278,11 +272,8 @@ TEST(Program, ReadsSourcesByAnyNameGivenInAnyWay) {
     }
 }
 
-TEST(Program, GoesOnWithSettingsThatMakeNoSense) {
-    const TempDir dir;
-    test::makeFile(dir.path() + "/file", 5);
-    const Program program;
-    const std::string report = program.home("r.csv");
+TEST_F(ProgramRun, GoesOnWithSettingsThatMakeNoSense) {
+    oneFile();
     writeFile(program.home("Harborlantern.ini"), std::string("\0\xFF[[[\n=\nOptionen]\r[Optionen\nx", 29));
     EXPECT_EQ(program.run({"-s", report, dir.path()}).status, 0);
     program.setOptions({"FileSizeFormat=many"});

@@ -53,12 +53,6 @@ TEST(IniText, RemovesEverySectionOfTheNameWhole) {
     EXPECT_EQ(ini.text(), "[A]\n;c\na=1\n\n[C]\nc=1\n");
 }
 
-TEST(IniText, CutsAValueAt2047Characters) {
-    std::string umlauts;
-    for (std::size_t i = 0; i < kLongestIniValue; ++i) umlauts += "ä";
-    EXPECT_EQ(found("[S]\nk=" + umlauts + "ö"), umlauts);
-}
-
 TEST(IniText, WritesPlainValuesPlainAndOthersInOneLine) {
     const Pairs cases = {
         {"a\"ö", "a\"ö"},      {" a", "\" a\""},     {"a ", "\"a \""},           {"\"a\"", "\"\"a\"\""},

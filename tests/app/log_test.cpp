@@ -29,13 +29,10 @@ TEST_F(LogFiles, TakeOneLineBehindTheEarlierOnesForEachEventOfTheProtocol) {
               "earlier\r\n29.02.2024 07:05:09 - Zugriffsfehler: /a␍␊b␊c\uFFFD\r\n29.02.2024 07:05:09 - \r\n");
 }
 
-TEST_F(LogFiles, TakeAnErrorReportWithAndWithoutStampAndEmptyLine) {
+TEST_F(LogFiles, TakeAnErrorReportWithOrWithoutStampAndTheDetailsOfATechnicalFailure) {
     log.LogError("Time: now\r\nApp: x", true, true);
     log.LogError("bare", false, false);
     EXPECT_EQ(content("error.log"), "29.02.2024 07:05:09 - Time: now\r\nApp: x\r\n\r\nbare\r\n");
-}
-
-TEST_F(LogFiles, TakeTheDetailsOfATechnicalFailureBehindCommas) {
     log.LogDebug("ParseDisplayName", {"#2 - x", 5, 8.5, true, "a\nb"});
     EXPECT_EQ(content("debug.log"), "29.02.2024 07:05:09 - ParseDisplayName, #2 - x, 5, 8.5, 1, a␊b\r\n");
 }

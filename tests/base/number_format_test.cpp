@@ -58,12 +58,5 @@ TEST(FormatQuotient, DividesExactlyAndRoundsHalvesAwayFromZero) {
     EXPECT_EQ(formatQuotient(SizeValue() - SizeValue::fromBytes(1), 1024, {true, 2}, kEnglish), "0.00");
 }
 
-TEST(RoundToHundredths, RoundsTiesToEven) {
-    const std::pair<double, double> cases[] = {
-        {0, 0},          {0.125, 0.12}, {0.375, 0.38}, {-0.125, -0.12}, {1.006, 1.01}, {12.345678, 12.35},
-        {12.345, 12.34}, {0.015, 0.02}, {0.004, 0},    {1e15, 1e15}};
-    for (const auto& [value, rounded] : cases) EXPECT_EQ(roundToHundredths(value), rounded) << value;
-}
-
 }  // namespace
 }  // namespace hl

@@ -45,14 +45,6 @@ TEST(FormatViewSize, PadsToTheWidthOfTheModeAndNeverCuts) {
     EXPECT_EQ(formatViewSize(3, bytes(900'000'000'000'000), false, true, false, kEnglish), "838,190.32");
 }
 
-TEST(FormatViewSize, AppendsBytesOnlyWhenBothFlagsAskForIt) {
-    const std::tuple<int, bool, bool, const char*> cases[] = {
-        {0, true, true, "2,048 Bytes"}, {0, true, false, "2,048"}, {0, false, true, "2,048"},
-        {1, true, false, "2.00 KB"},    {1, false, true, "2.00"},  {3, true, false, "0.00 GB"}};
-    for (const auto& [mode, withUnit, withBytesUnit, text] : cases)
-        EXPECT_EQ(formatViewSize(mode, bytes(2048), withUnit, false, withBytesUnit, kEnglish), text);
-}
-
 TEST(FileSizeWithSpacer, PadsInCharactersEachModeWithOrWithoutDecimals) {
     const std::tuple<int, std::uint64_t, std::size_t, bool, int, const char*> cases[] = {
         {0, 12345, 8, false, 1, "  12,345"}, {0, 12, 0, true, 0, "12 Bytes"},

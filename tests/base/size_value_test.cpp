@@ -7,14 +7,6 @@ namespace {
 
 constexpr std::uint64_t kLargest = 922'337'203'685'477;
 
-TEST(SizeValue, HoldsEveryWholeNumberOfBytesThatACellHolds) {
-    for (const std::uint64_t bytes : {0UL, 1UL, 4'294'967'297UL, kLargest - 1, kLargest}) {
-        const SizeValue value = SizeValue::fromBytes(bytes);
-        EXPECT_EQ(value.bytes(), static_cast<std::int64_t>(bytes));
-        EXPECT_EQ(static_cast<std::uint64_t>(value.asDouble()), bytes);
-    }
-}
-
 TEST(SizeValue, RaisesAFaultWhereASumOrASizeLeavesTheRange) {
     const SizeValue largest = SizeValue::fromBytes(kLargest);
     const SizeValue one = SizeValue::fromBytes(1);

@@ -101,13 +101,6 @@ TEST(ReplaceAll, ReplacesFromLeftToRightAndDoesNotSearchItsOwnText) {
     EXPECT_EQ(replaceAll("abc", "", "x"), "abc");
 }
 
-TEST(Utf8, IsWrittenInOneToFourBytes) {
-    std::string text;
-    for (const char32_t c : {0x7F, 0x80, 0x7FF, 0x800, 0xD7FF, 0xE000, 0xFFFF, 0x10000, 0x10FFFF})
-        appendUtf8(text, c);
-    EXPECT_EQ(text, "\x7F\u0080\u07FF\u0800\uD7FF\uE000\uFFFF\U00010000\U0010FFFF");
-}
-
 TEST(Utf8, CountsEachByteThatIsNoTextAsOneCharacterAndReplacesIt) {
     // "~" for each U+FFFD.
     const Pairs broken = {

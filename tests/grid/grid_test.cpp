@@ -135,16 +135,6 @@ TEST_F(GridTest, TellsSelectedRowsInTheOrderOfTheView) {
     EXPECT_EQ(grid.selectedCount(), 0U);
 }
 
-TEST_F(GridTest, CutsAListAtAnIndexAsItStands) {
-    for (const char* name : {"c", "a", "b"}) add(kNoRow, name);
-    grid.levelSort(0) = {"", false, false};
-    grid.sortLevels(0);
-    for (int i = 0; i < 2; ++i) grid.removeFrom(2);
-    EXPECT_EQ(texts(), (Texts{"a", "b"}));
-    grid.removeFrom(0);
-    EXPECT_EQ(grid.rowCount(), 0U);
-}
-
 TEST_F(GridTest, KeepsAllTextsThroughThePackingOfWhatRemovedRowsLeave) {
     const auto textOf = [](std::size_t i) { return std::to_string(i) + std::string(1000, 't'); };
     std::vector<Row> rows;
@@ -168,17 +158,6 @@ TEST_F(GridTest, KeepsAllTextsThroughThePackingOfWhatRemovedRowsLeave) {
     EXPECT_EQ(grid.textBytes(), 0U);
 }
 
-TEST_F(GridTest, HandlesAChainOf100000Levels) {
-    constexpr std::uint32_t kDepth = 100'000;
-    Row row = kNoRow;
-    for (std::uint32_t i = 0; i < kDepth; ++i) row = add(row, "d", i);
-    grid.levelSort(kDepth).key = "size";
-    grid.sortLevels(kDepth);
-    EXPECT_EQ(grid.indexOf(row), kDepth - 1);
-    grid.removeChildren(grid.firstRoot());
-    EXPECT_EQ(grid.rowCount(), 1U);
-}
-
 struct Recorder : GridObserver {
     std::vector<GridChange> changes;
     void gridChanged(const GridChange& change) override { changes.push_back(change); }
@@ -192,18 +171,6 @@ struct GridNotices : GridTest {
         grid.attach(&observer);
     }
 };
-
-TEST_F(GridNotices, ArriveAtOnceWhileRedrawIsOn) {
-    grid.setText(rows[3], "x");
-    grid.setCurrentRow(rows[1]);
-    grid.removeRow(rows[0]);
-    grid.setColumns({{}});
-    grid.changeColumn(0).title = "t";
-    ASSERT_EQ(observer.changes.size(), 5U);
-    EXPECT_TRUE(observer.changes[0].cells && !observer.changes[0].structure);
-    EXPECT_TRUE(observer.changes[1].current && observer.changes[2].structure);
-    EXPECT_TRUE(observer.changes[3].columns && observer.changes[4].columns);
-}
 
 TEST_F(GridNotices, GatherWhileAGuardHoldsThemBackAndComeInOneWithTheOutermost) {
     {

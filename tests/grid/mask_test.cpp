@@ -40,12 +40,6 @@ TEST(Mask, WritesWholeNumbersExactlyUpToThoseACellHolds) {
     EXPECT_EQ(maskedInteger(mask, 0, kEnglish), "");
 }
 
-TEST(Mask, WritesDatesWithThePictureAsItStands) {
-    const LocalTime time = {2009, 3, 7, 21, 4, 5};
-    EXPECT_EQ(maskedDate(parseMask("*dd/MM/yyyy hh:nn:ss *;;;").value(), time), "07/03/2009 21:04:05 ");
-    EXPECT_EQ(maskedDate(parseMask("*yyyy* AD;;;").value(), time), "2009 AD");
-}
-
 TEST(Mask, IsNoneWithoutTwoAsterisks) {
     for (const char* text : {"", "*", "0", "##0;;;", "*##0", ";;;*"}) EXPECT_FALSE(parseMask(text)) << text;
     EXPECT_TRUE(parseMask("**"));

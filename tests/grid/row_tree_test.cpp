@@ -20,37 +20,6 @@ std::vector<Row> fromTheEnd(const RowTree& tree) {
     return rows;
 }
 
-TEST(RowTree, KnowsTheOrderOfSortedRootsUntilOneIsAddedOrRemoved) {
-    RowTree tree;
-    const Row a = tree.add(kNoRow), b = tree.add(kNoRow);
-    EXPECT_TRUE(tree.sortedRoots().empty());
-    tree.reorder(kNoRow, {b, a});
-    EXPECT_TRUE(std::ranges::equal(tree.sortedRoots(), std::vector{b, a}));
-    EXPECT_EQ(tree.indexOf(a), 1U);
-    tree.add(a);
-    EXPECT_TRUE(tree.sortedRoots().empty());
-    EXPECT_EQ(fromTheEnd(tree), (std::vector<Row>{2, a, b}));
-}
-
-TEST(RowTree, RemovesChildrenFirstAndUsesTheirNumbersAgainBeforeNewOnes) {
-    RowTree tree;
-    const Row a = tree.add(kNoRow), b = tree.add(kNoRow), a1 = tree.add(a), a11 = tree.add(a1);
-    std::vector<Row> removed;
-    tree.remove(a, removed);
-    EXPECT_EQ(removed, (std::vector{a11, a1, a}));
-    const Row limit = tree.limit();
-    for (int i = 0; i < 3; ++i) {
-        const Row row = tree.add(b);
-        EXPECT_LT(row, limit);
-        EXPECT_EQ(tree.firstChild(row), kNoRow);
-    }
-    EXPECT_EQ(tree.add(b), limit);
-    tree.clear();
-    EXPECT_EQ(tree.count() + tree.limit(), 0U);
-    EXPECT_EQ(tree.rowAt(0), kNoRow);
-    EXPECT_EQ(tree.add(kNoRow), 0U);
-}
-
 /// The same in the plainest way: each parent's list of children; kNoRow's are the roots.
 struct Model {
     std::map<Row, std::vector<Row>> children;

@@ -22,13 +22,6 @@ TEST(TextStore, GivesBackEveryTextOfWhateverLengthAndMovesNone) {
     EXPECT_EQ(first, "first");
 }
 
-TEST(TextStore, CountsATextWithFewBytesMoreAndAnEmptyOneWithNone) {
-    TextStore store;
-    for (int i = 0; i < 1000; ++i) store.add("0123456789");
-    EXPECT_EQ(store.add(""), 0U);
-    EXPECT_EQ(store.bytesUsed(), 11'000U);
-}
-
 TEST(TextStore, StoresOnceWhatManyRowsHaveInCommon) {
     TextStore store;
     std::vector<TextRef> refs;

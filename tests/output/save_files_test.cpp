@@ -80,15 +80,12 @@ TEST_F(SaveFiles, WritesNothingWithoutAPathAndReportsOneThatCannotBeWritten) {
 }
 
 TEST_F(SaveFiles, AsksNothingForAListWithoutRows) {
-    struct : test::FakeWindow {
-        int forms = 0;
-        void showForm(Form&) override { ++forms; }
-    } window;
+    test::FakeWindow window;
     Save_Files(services(), window);
-    EXPECT_EQ(window.forms, 0);
+    EXPECT_TRUE(window.calls.empty());
     addFile("a", 1);
     Save_Files(services(), window);
-    EXPECT_EQ(window.forms, 1);
+    EXPECT_EQ(window.calls, std::vector<std::string>{"form"});
 }
 
 }  // namespace

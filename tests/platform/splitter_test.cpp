@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <stdexcept>
-
 namespace hl {
 namespace {
 
@@ -45,14 +43,11 @@ TEST_F(Splitter, KeepsThePositionWithinItsLimitsAndTheFirstMinimumAboveAll) {
                           {"second too large", 0, -1, 0, 50, 100, 146},
                           {"first too large", 0, 60, 0, -1, 100, 60},
                           {"second too small", 0, -1, 50, -1, 170, 146},
-                          {"first too small", 30, -1, 0, -1, 10, 30},
                           {"maximum of the first beats that of the second", 0, 60, 0, 50, 100, 60},
                           {"minimum of the second beats the maximum of the first", 0, 160, 50, -1, 190, 146},
                           {"minimum of the first beats that of the second", 160, -1, 50, -1, 100, 160},
                           {"minimum of the first beats its maximum", 90, 60, 0, -1, 10, 90},
-                          {"second too small, first large enough", 30, -1, 50, -1, 170, 146},
                           {"exactly at the limits", 30, 146, 50, 166, 146, 146},
-                          {"larger than any window", 0, -1, 50, -1, kHuge, 146},
                           {"limits larger than any window", 0, -1, kHuge, kHuge, -kHuge, 196 - kHuge}};
     for (const Case& c : cases) {
         cSplitter one;
@@ -66,19 +61,11 @@ TEST_F(Splitter, KeepsThePositionWithinItsLimitsAndTheFirstMinimumAboveAll) {
     }
 }
 
-TEST_F(Splitter, LaysOutNothingBeforeTheTotalIsKnownAndThenHoldsThePositionAgainstTheLimits) {
-    splitter.setMinimumSize(2, 50);
-    splitter.setPosition(500);
-    EXPECT_EQ(panes() + told, "- |- -");
-    splitter.setTotal(200);
-    EXPECT_EQ(panes(), "0+146 |146+4 150+50");
-    splitter.setTotal(200);
-    EXPECT_EQ(told, "cr");
-}
-
 TEST_F(Splitter, RemembersThePositionWhileTheContainerIsTooSmallForIt) {
     splitter.setMinimumSize(2, 50);
-    start(200, 120);
+    splitter.setPosition(120);
+    EXPECT_EQ(panes() + told, "- |- -") << "the total is not known yet";
+    splitter.setTotal(200);
     splitter.setTotal(121);
     EXPECT_EQ(panes(), "0+120 |120+1 121+0");
     splitter.setTotal(0);
@@ -97,11 +84,11 @@ TEST_F(Splitter, ShowsOnePaneAlways) {
     EXPECT_EQ(panes(), "- |- 0+200");
     splitter.setControl2Visible(false);
     EXPECT_EQ(panes(), "0+200 |- -");
-    splitter.setControl1Visible(false);
-    EXPECT_EQ(panes(), "- |- 0+200");
-    splitter.setControl1Visible(true);
+    splitter.MouseDown(100);
+    EXPECT_FALSE(splitter.dragging()) << "there is no bar to drag";
+    splitter.setControl2Visible(true);
     EXPECT_EQ(panes(), "0+100 |100+4 104+96");
-    EXPECT_EQ(told, "crcrcrcr");
+    EXPECT_EQ(told, "crcrcr");
 }
 
 TEST_F(Splitter, FollowsThePointerWithinContainerAndLimits) {
@@ -121,21 +108,6 @@ TEST_F(Splitter, FollowsThePointerWithinContainerAndLimits) {
     splitter.MouseUp(92);
     EXPECT_EQ(splitter.Position(), 90);
     EXPECT_EQ(told, "ccccr");
-}
-
-TEST_F(Splitter, DragsNothingWithoutABarOrAfterAFault) {
-    const auto drags = [&](int at) {
-        splitter.MouseDown(at);
-        return splitter.dragging();
-    };
-    start(200, 100);
-    splitter.setControl2Visible(false);
-    EXPECT_FALSE(drags(100));
-    splitter.setControl2Visible(true);
-    EXPECT_TRUE(drags(100));
-    splitter.AfterResize = [] { throw std::runtime_error("out of the form"); };
-    EXPECT_THROW(splitter.MouseUp(100), std::runtime_error);
-    EXPECT_FALSE(splitter.dragging());
 }
 
 }  // namespace

@@ -57,8 +57,6 @@ TEST_F(ErrorReport, VariesItsLinesWithWhatItIsTold) {
     EXPECT_EQ(line("PhysRAM: "), "PhysRAM: 1,00 MB Free / 5.242.880,00 MB Total");
     system.memoryFacts.virtualTotal = UINT64_MAX;
     EXPECT_NE(line("VirtMem: "), "") << "far beyond the largest size";
-    system.screenFacts = {640, 480, 24};
-    EXPECT_EQ(line("Screen: "), "Screen: 640x480xUNKNOWN");
     EXPECT_EQ(line("Command: "), "") << "there was none";
 }
 

@@ -15,7 +15,6 @@ class Handover : public test::ScanFixture {
   protected:
     Handover() { options.CreateListTOP = 1; }
 
-    void offerSize(std::uint64_t size) { handOverFile(scan, {file("f", size).facts, {}, "f", "/s/", 0}); }
     void read(std::vector<Item> items) {
         disk.sources = {folder("/s", std::move(items))};
         QuelleEinlesen(scan, "/s/", 8, kNoRow, true);
@@ -39,21 +38,6 @@ TEST_F(Handover, KeepsTheLargestFilesAndOfEqualOnesThoseFoundFirst) {
         }
     }
     EXPECT_EQ(errors.log.size(), 0U);
-}
-
-TEST_F(Handover, OverrunsTheWantedLengthByAHundredRowsBeforeTheFirstCut) {
-    state.TopMaxCount = 5;
-    for (std::uint64_t i = 1; i <= 105; ++i) offerSize(i);
-    EXPECT_EQ(top.rowCount(), 105U);
-    EXPECT_EQ(state.TopSmallest, SizeValue());
-    offerSize(50);
-    EXPECT_EQ(top.rowCount(), 5U);
-    EXPECT_EQ(std::pair(state.TopSmallest.bytes(), state.TopLargest.bytes()), std::pair(101L, 105L));
-    // From here on the list is exact after each file.
-    for (const std::uint64_t size : {101U, 103U}) offerSize(size);
-    EXPECT_EQ(state.TopCount, 107) << "a file of exactly the smallest size stays out";
-    EXPECT_EQ(top.rowCount(), 5U);
-    EXPECT_EQ(state.TopSmallest, SizeValue::fromBytes(102));
 }
 
 TEST_F(Handover, CutsByTheOrderThatTheListIsSortedInAndTurnsEmptyFilesAwayFromAFullOne) {

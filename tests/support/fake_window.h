@@ -1,6 +1,7 @@
 // A window that shows nothing: it keeps what it was asked, and answers as it was told.
 #pragma once
 
+#include <cstdlib>
 #include <functional>
 #include <optional>
 #include <string>
@@ -49,7 +50,7 @@ class FakeWindow : public Window {
     void editCell(GridId, Row) override { calls.emplace_back("rename"); }
     GridFont font(GridId) override { return {}; }
     void setFont(GridId, const GridFont&) override {}
-    void showForm(Form&) override {}
+    void showForm(Form&) override { calls.emplace_back("form"); }
     bool message(MessageKind, const std::string& text) override {
         calls.push_back(text);
         return true;
@@ -75,29 +76,9 @@ class FakeWindow : public Window {
         return true;
     }
     void copyText(const std::string&) override {}
-    FileTypes& fileTypes() override { return types_; }
-    Desktop& desktop() override { return desktop_; }
-
-  private:
-    struct NoTypes final : FileTypes {
-        std::optional<std::string> typeName(std::string_view) override { return std::nullopt; }
-        std::string typeName(std::string_view, std::string_view) override { return {}; }
-        std::string iconName(std::string_view) override { return FilePictures::kAnyFile; }
-    };
-    struct NoDesktop final : Desktop {
-        OpenResult open(const std::string&) override { return OpenResult::kFailed; }
-        std::vector<DesktopProgram> programsFor(const std::vector<std::string>&, std::size_t) override {
-            return {};
-        }
-        std::vector<DesktopProgram> allPrograms() override { return {}; }
-        bool openWith(const std::string&, const std::vector<std::string>&) override { return false; }
-        bool runsWhenOpened(const std::string&) override { return false; }
-        bool showInFolder(const std::vector<std::string>&) override { return false; }
-        bool showProperties(const std::vector<std::string>&) override { return false; }
-        void copyFiles(const std::vector<std::string>&) override {}
-    };
-    NoTypes types_;
-    NoDesktop desktop_;
+    /// No test of these reaches them.
+    FileTypes& fileTypes() override { std::abort(); }
+    Desktop& desktop() override { std::abort(); }
 };
 
 }  // namespace hl::test

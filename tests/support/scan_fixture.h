@@ -151,6 +151,11 @@ class ScanBench {
         for (std::size_t i = 0; i < grid.rowCount(); ++i) lines.emplace_back(grid.text(grid.rowAt(i)));
         return lines;
     }
+    static std::vector<std::string> selectedIn(const Grid& grid) {
+        std::vector<std::string> names;
+        for (const Row row : grid.selectedRows()) names.emplace_back(grid.text(row));
+        return names;
+    }
 };
 
 struct ScanFixture : testing::Test, ScanBench {

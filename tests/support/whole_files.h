@@ -19,6 +19,12 @@ inline void writeFile(const std::string& path, std::string_view content) {
     std::ofstream(path, std::ios::binary) << content;
 }
 
+/// With the folders above it.
+inline void writeDeepFile(const std::filesystem::path& path, std::string_view content) {
+    std::filesystem::create_directories(path.parent_path());
+    writeFile(path.string(), content);
+}
+
 /// A program of the shell.
 inline void writeScript(const std::string& path, const std::string& body) {
     writeFile(path, "#!/bin/sh\n" + body + "\n");

@@ -17,11 +17,7 @@ namespace hl::test {
 struct FakeTypes : FileTypes {
     std::optional<std::string> typeName(std::string_view) override { return {}; }
     std::string typeName(std::string_view, std::string_view) override { return {}; }
-    std::string iconName(std::string_view fileName) override {
-        ++asked;
-        return "icon-" + xGetExtension(fileName);
-    }
-    int asked = 0;
+    std::string iconName(std::string_view fileName) override { return "icon-" + xGetExtension(fileName); }
 };
 
 struct ListFixture : ScanFixture, ListHost {
@@ -54,7 +50,6 @@ struct ListFixture : ScanFixture, ListHost {
     // What the lists ask, and the answers.
     Lines asked;
     std::string status;
-    RowRange shown{0, 99};
     std::size_t columnUnderPointer = 0;
     bool shows = true;
 
@@ -77,7 +72,7 @@ struct ListFixture : ScanFixture, ListHost {
             junctions.setCellText(junctions.addRow(kNoRow, name), kJunctionTarget, std::string("/to") + name);
     }
 
-    std::optional<RowRange> visibleRows(GridId) override { return shown; }
+    std::optional<RowRange> visibleRows(GridId) override { return RowRange{0, 99}; }
     std::size_t columnAt(GridId, Point) override { return columnUnderPointer; }
     bool listShows(GridId) override { return shows; }
     void setSecondPanel(const std::string& text) override { status = text; }
@@ -94,11 +89,6 @@ struct ListFixture : ScanFixture, ListHost {
         grid.selectNone();
         for (const std::size_t index : rows) grid.setSelected(grid.rowAt(index), true);
         grid.setCurrentRow(rows.size() == 0 ? kNoRow : grid.rowAt(*rows.begin()));
-    }
-    static Lines selectedIn(const Grid& grid) {
-        Lines names;
-        for (const Row row : grid.selectedRows()) names.emplace_back(grid.text(row));
-        return names;
     }
     Lines taken() { return std::exchange(asked, {}); }
 };

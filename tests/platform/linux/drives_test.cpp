@@ -4,12 +4,12 @@
 #include <poll.h>
 
 #include <condition_variable>
-#include <fstream>
 #include <mutex>
 #include <stdexcept>
 #include <thread>
 
 #include "support/temp_dir.h"
+#include "support/whole_files.h"
 
 namespace hl {
 namespace {
@@ -26,8 +26,7 @@ class FakeMachine {
     const std::string& root() const { return dir_.path(); }
 
     void write(const std::string& path, const std::string& content) const {
-        fs::create_directories(fs::path(root() + path).parent_path());
-        std::ofstream(root() + path) << content;
+        test::writeDeepFile(root() + path, content);
     }
     void link(const std::string& path, const std::string& target) const {
         fs::create_directories(fs::path(root() + path).parent_path());
@@ -90,22 +89,6 @@ TEST(LinuxDrives, ListsEachDeviceOnceWhereItWasMountedFirst) {
                     "0:60 / /n2 rw - nfs server:/two rw", "0:60 / /n3 rw - nfs server:/one rw",
                     "8:3 / /hidden rw - ext4 /dev/sda3 rw", "8:4 / /hidden rw - ext4 /dev/sda4 rw"});
     EXPECT_EQ(machine.roots(), (std::vector<std::string>{"/", "/data", "/a", "/c", "/n1", "/n2", "/hidden"}));
-}
-
-TEST(LinuxDrives, ReadsATableOfFiveThousandLinesWithAnyBytes) {
-    const FakeMachine machine;
-    std::vector<std::string> lines;
-    for (int i = 0; i < 5000; ++i)
-        lines.push_back("8:" + std::to_string(i) + " / /mnt/a\\040b\\011\\134\xFF" + std::to_string(i) +
-                        " rw - ext4 /dev/x rw");
-    machine.mounts(lines);
-    const auto roots = machine.roots();
-    ASSERT_EQ(roots.size(), 5000U);
-    EXPECT_EQ(roots[4999],
-              "/mnt/a b\t\\\xFF"
-              "4999");
-    machine.write("/proc/self/mountinfo", "garbage\n\n1\n1 2\n1 1 8:1");
-    EXPECT_TRUE(machine.roots().empty() && LinuxDrives({.root = "/no/such"}).drives().empty());
 }
 
 TEST(LinuxDrives, KnowsTypeAndLabelWithoutAsking) {

@@ -268,11 +268,5 @@ TEST_P(FatalFaults, WriteLastWordsOnceAndEndWithStatusOne) {
 INSTANTIATE_TEST_SUITE_P(Kinds, FatalFaults, testing::ValuesIn(kFatal),
                          [](const auto& tested) { return tested.param.name; });
 
-TEST(FaultDescription, NamesTheFaultAndItsAddressInDecimals) {
-    EXPECT_EQ(faultDescription("EXCEPTION_BREAKPOINT", UINT64_MAX),
-              "An unhandled error (EXCEPTION_BREAKPOINT) \r\noccurred at: 18446744073709551615. "
-              "Probably safe to continue, but better not.");
-}
-
 }  // namespace
 }  // namespace hl

@@ -159,19 +159,5 @@ TEST_F(WholeFiles, ReadsAsMuchAsIsAllowedOrSaysWhyNot) {
     }
 }
 
-TEST_F(WholeFiles, AppendsToAFileThatItMakesItself) {
-    EXPECT_FALSE(files.exists(in("log")));
-    for (const char* line : {"one\r\n", "two\r\n"}) EXPECT_EQ(files.append(in("log"), line), 0);
-    EXPECT_EQ(test::contentOf(in("log")), "one\r\ntwo\r\n");
-    EXPECT_TRUE(files.exists(in("log")));
-    EXPECT_EQ(files.append(in("missing/log"), "x"), ENOENT);
-    EXPECT_EQ(files.append("/dev/full", "x"), ENOSPC);
-}
-
-TEST_F(WholeFiles, DoesWithoutALockOfAFolderThatIsMissing) {
-    EXPECT_EQ(files.lockFolderOf(in("missing/file")), nullptr);
-    for (int i = 0; i < 2; ++i) EXPECT_NE(files.lockFolderOf(in("file")), nullptr) << "the first is let go";
-}
-
 }  // namespace
 }  // namespace hl

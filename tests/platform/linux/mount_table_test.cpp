@@ -8,11 +8,11 @@ namespace {
 TEST(MountTable, ReadsTheKernelsLines) {
     const auto mounts = parseMountTable(
         "22 1 8:1 / / rw,relatime shared:1 - ext4 /dev/sda1 rw\n"
-        "30 22 0:25 / /media/my\\040disk rw,nosuid shared:2 master:1 - nfs4 server:/share rw\n"
+        "30 22 0:25 / /media/my\\040disk\\011\xFF rw,nosuid shared:2 master:1 - nfs4 server:/share rw\n"
         "31 22 8:1 /srv/data /mnt/b\\134x rw - ext4 /dev/sda1 rw");
     ASSERT_EQ(mounts.size(), 3U);
     EXPECT_EQ(std::to_string(mounts[0].id) + " " + whatIsMounted(mounts[0]), "22 /dev/sda1");
-    EXPECT_EQ(mounts[1].mountPoint + " " + mounts[1].kind, "/media/my disk nfs4");
+    EXPECT_EQ(mounts[1].mountPoint + " " + mounts[1].kind, "/media/my disk\t\xFF nfs4");
     EXPECT_EQ(mounts[2].mountPoint + " " + whatIsMounted(mounts[2]), "/mnt/b\\x /dev/sda1:/srv/data");
 }
 

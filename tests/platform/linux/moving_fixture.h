@@ -2,7 +2,6 @@
 #pragma once
 
 #include <gtest/gtest.h>
-#include <sys/mount.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -11,6 +10,7 @@
 #include "platform/linux/descriptor.h"
 #include "platform/linux/moving.h"
 #include "support/kinds.h"
+#include "support/mounted.h"
 #include "support/temp_dir.h"
 #include "support/whole_files.h"
 
@@ -57,22 +57,14 @@ class MovingTest : public testing::Test {
 // A small file system on a folder of its own, or a folder of one that is there.
 class OtherMount {
   public:
-    explicit OtherMount(const char* options) {
-        mounted_ = mount("tmpfs", folder_.path().c_str(), "tmpfs", 0, options) == 0;
-        if (mounted_) return;
-        shared_ = std::make_unique<TempDir>("/dev/shm");
-    }
-    ~OtherMount() {
-        if (mounted_) umount2(folder_.path().c_str(), MNT_DETACH);
-    }
-    bool isMounted() const { return mounted_; }
-    const std::string& path() const { return mounted_ ? folder_.path() : shared_->path(); }
+    explicit OtherMount(const char* options) : mounted_("tmpfs", folder_.path(), "tmpfs", 0, options) {}
+    bool isMounted() const { return mounted_.done(); }
+    const std::string& path() const { return isMounted() ? folder_.path() : shared_.path(); }
     std::string at(const std::string& name) const { return path() + "/" + name; }
 
   private:
-    TempDir folder_;
-    std::unique_ptr<TempDir> shared_;
-    bool mounted_ = false;
+    TempDir folder_, shared_{"/dev/shm"};
+    Mounted mounted_;
 };
 
 }  // namespace hl::test

