@@ -75,22 +75,15 @@ class Mover {
     void step() {
         std::error_code ignored;
         const std::string a = pick(), b = pick();
-        switch (random_() % 5) {
-            case 4:  // What the user deletes is followed by more.
+        const std::function<void()> steps[] = {
+            [&] { fs::create_directories(a + "/x/y", ignored); }, [&] { fs::remove_all(a, ignored); },
+            [&] { fs::rename(a, b + "/moved", ignored); },
+            [&] { fs::copy_file(root_ + "/../many/9.dat", a + "/file", ignored); },
+            [&] {  // What the user deletes is followed by more.
                 fs::create_directories(root_ + "/../" + b.substr(root_.size()), ignored);
-                return void(fs::copy_file(root_ + "/../many/9.dat", root_ + "/../more.txt", ignored));
-            case 0:
-                fs::create_directories(a + "/x/y", ignored);
-                break;
-            case 1:
-                fs::remove_all(a, ignored);
-                break;
-            case 2:
-                fs::rename(a, b + "/moved", ignored);
-                break;
-            default:
-                fs::copy_file(root_ + "/../many/9.dat", a + "/file", ignored);
-        }
+                fs::copy_file(root_ + "/../many/9.dat", root_ + "/../more.txt", ignored);
+            }};
+        steps[random_() % std::size(steps)]();
     }
     std::string pick() { return root_ + "/" + std::to_string(random_() % 8) + "moving"; }
 
@@ -209,44 +202,24 @@ class Clicker {
             return inDialog(*dialog);
         if (auto* editor = dynamic_cast<CellEditor*>(QApplication::focusWidget()))
             if (pick(2) == 0) return rename(*editor);
-        switch (pick(26)) {
-            case 20:
-            case 21:
-                return anyCommand();
-            case 0:
-                return s_.frame().resize(60 + pick(1500), 60 + pick(1000));
-            case 1:
-                if (runs()) refusedCloses += s_.frame().close() ? 0 : 1;
-                return;
-            case 2:
-                return s_.form().handOver("\"" + tree_ + folder() + "\"");
-            case 3:
-            case 4:
-                return press(QApplication::focusWidget());
-            case 5:
-                return s_.pump().PumpMessages();
-            case 6:
-                return typeSomewhere();
-            case 7:
-            case 8:
-                return clickOn(grid().viewport());
-            case 9:
-                return clickOn(grid().horizontalHeader()->viewport());
-            case 10:
-            case 22:
-            case 23:
-            case 24:
-            case 25:
-                return onRow();
-            case 11:
-            case 12:
-            case 13:
-                return clickOn(anyOf<QAbstractButton>());
-            case 14:
-                return press(&s_.frame(), Qt::ControlModifier);
-            default:
-                return clickOn(anyIn(s_.frame()));
-        }
+        // Each with how often it comes, of 26 times.
+        const std::pair<int, std::function<void()>> actions[] = {
+            {2, [&] { anyCommand(); }},
+            {1, [&] { s_.frame().resize(60 + pick(1500), 60 + pick(1000)); }},
+            {1, [&] { refusedCloses += runs() && !s_.frame().close() ? 1 : 0; }},
+            {1, [&] { s_.form().handOver("\"" + tree_ + folder() + "\""); }},
+            {2, [&] { press(QApplication::focusWidget()); }},
+            {1, [&] { s_.pump().PumpMessages(); }},
+            {1, [&] { typeSomewhere(); }},
+            {2, [&] { clickOn(grid().viewport()); }},
+            {1, [&] { clickOn(grid().horizontalHeader()->viewport()); }},
+            {5, [&] { onRow(); }},
+            {3, [&] { clickOn(anyOf<QAbstractButton>()); }},
+            {1, [&] { press(&s_.frame(), Qt::ControlModifier); }},
+            {5, [&] { clickOn(anyIn(s_.frame())); }}};
+        int chosen = pick(26);
+        for (const auto& [often, action] : actions)
+            if ((chosen -= often) < 0) return action();
     }
 
     /// Of any bar or list below a button, whether it shows or not.
@@ -468,12 +441,25 @@ TEST_F(ClickerTest, TwoThousandActionsOfChanceEndInAWindowThatCountsRight) {
 
 class MomentTest : public WindowTest {
   protected:
+    MomentTest() { smallTree(); }
+    ~MomentTest() override { EXPECT_EQ(s.reports, std::vector<std::string>()); }
+    void startWithReport() {
+        s.start();
+        s.scan(at("src"));
+    }
+    void closeWhileFilesAreRead() {
+        startWithReport();
+        s.fileSystem.beforeFiles = [&](int) { EXPECT_FALSE(s.frame().close()); };
+        s.clickRow("a");
+        s.fileSystem.beforeFiles = nullptr;
+    }
+    void handOver(const char* source) { s.form().handOver("\"" + at(source) + "\""); }
+
     QObject context;
     Session s{home.path()};
 };
 
 TEST_F(MomentTest, SourcesHandedOverBeforeTheFirstActivationAreReadOnceAndInTheWindowAsItIsThen) {
-    smallTree();
     folder("src2");
     s.onThere = [&] {
         QMetaObject::invokeMethod(
@@ -485,14 +471,15 @@ TEST_F(MomentTest, SourcesHandedOverBeforeTheFirstActivationAreReadOnceAndInTheW
     Session::settle();
     EXPECT_EQ(s.rows(), "src a b Dateien src2");
     EXPECT_FALSE(s.form().state().ScanActive);
-    EXPECT_TRUE(s.reports.empty());
 }
 
-TEST_F(MomentTest, SourcesHandedOverWhileADialogIsOpenAreReadWhenItIsClosed) {
-    smallTree();
+TEST_F(MomentTest, SourcesHandedOverWhileADialogIsOpenAreReadWhenItIsClosedAndItKeepsTheKeyboard) {
     s.start();
     s.answers.add([&](QDialog& dialog) {
-        s.form().handOver("\"" + at("src") + "\"");
+        EXPECT_TRUE(QTest::qWaitForWindowActive(&dialog));
+        handOver("src");
+        QCoreApplication::processEvents();
+        EXPECT_EQ(QApplication::activeWindow(), &dialog);
         EXPECT_EQ(s.grid().rowCount(), 0U);
         dialog.reject();
     });
@@ -501,14 +488,12 @@ TEST_F(MomentTest, SourcesHandedOverWhileADialogIsOpenAreReadWhenItIsClosed) {
 }
 
 TEST_F(MomentTest, SourcesHandedOverWhileRowsAreUnfoldedAreReadAfterwards) {
-    smallTree();
     folder("src2");
-    s.start();
-    s.scan(at("src"));
+    startWithReport();
     bool handed = false;
     QTimer::singleShot(0, &context, [&] {
         handed = s.form().state().ScanActive;
-        s.form().handOver("\"" + at("src2") + "\"");
+        handOver("src2");
     });
     s.form().execute(BarId::kReport, 25);
     EXPECT_TRUE(handed);
@@ -517,9 +502,7 @@ TEST_F(MomentTest, SourcesHandedOverWhileRowsAreUnfoldedAreReadAfterwards) {
 }
 
 TEST_F(MomentTest, WhileTheFilesOfAFolderAreReadNothingElseBegins) {
-    smallTree();
-    s.start();
-    s.scan(at("src"));
+    startWithReport();
     int pauses = 0;
     s.fileSystem.beforeFiles = [&](int) {
         ++pauses;
@@ -534,44 +517,31 @@ TEST_F(MomentTest, WhileTheFilesOfAFolderAreReadNothingElseBegins) {
     EXPECT_EQ(s.grid().text(s.grid().currentRow()), "a");
     EXPECT_TRUE(files.redraw());
     EXPECT_TRUE(s.enabled("cbrReport.9"));
-    EXPECT_TRUE(s.reports.empty());
 }
 
 TEST_F(MomentTest, ClosingWhileFilesAreReadEndsTheReadingAndThenTheWindow) {
-    smallTree();
-    s.start();
-    s.scan(at("src"));
-    s.fileSystem.beforeFiles = [&](int) { EXPECT_FALSE(s.frame().close()); };
-    s.clickRow("a");
-    EXPECT_TRUE(s.frame().close());
-    EXPECT_TRUE(s.frame().unloaded());
+    closeWhileFilesAreRead();
+    EXPECT_TRUE(s.frame().close() && s.frame().unloaded());
     s.form().execute(BarId::kMain, 2);
-    s.form().handOver("\"" + at("src") + "\"");
+    handOver("src");
     EXPECT_FALSE(s.form().state().ScanActive);
-    EXPECT_TRUE(s.reports.empty());
 }
 
 TEST_F(MomentTest, AStopOfAListOfFilesIsNoneForTheNextSource) {
-    smallTree();
-    s.start();
-    s.scan(at("src"));
-    s.fileSystem.beforeFiles = [&](int) { EXPECT_FALSE(s.frame().close()); };
-    s.clickRow("a");
-    s.fileSystem.beforeFiles = nullptr;
+    closeWhileFilesAreRead();
     s.form().execute(BarId::kReport, 9);
-    s.form().handOver("\"" + at("src") + "\"");
+    handOver("src");
     EXPECT_EQ(s.numbers("src"), "457|4|3");
 }
 
 TEST_F(MomentTest, ARunThatFailsAsAWholeLeavesAWindowThatCanBeUsedAndClosed) {
-    smallTree();
     s.start();
     s.fileSystem.beforeBlock = [](int) { throw std::bad_alloc(); };
     s.answers.add([](QDialog& dialog) { test::pressIn(dialog, "Weiter"); });
     s.scan(at("src"));
     s.fileSystem.beforeBlock = nullptr;
-    EXPECT_TRUE(s.enabled("cbrMain.2"));
-    EXPECT_TRUE(s.frame().close());
+    EXPECT_TRUE(s.enabled("cbrMain.2") && s.frame().close());
+    EXPECT_EQ(std::exchange(s.reports, {}).size(), 1U);
 }
 
 }  // namespace

@@ -98,10 +98,7 @@ class ListSession : public Session {
         settle();
     }
     static void doubleClickOn(GridView& view, std::size_t index) {
-        const QPoint at = place(view, index);
-        QTest::mouseClick(view.viewport(), Qt::LeftButton, {}, at);
-        QTest::mouseDClick(view.viewport(), Qt::LeftButton, {}, at);
-        QTest::mouseRelease(view.viewport(), Qt::LeftButton, {}, at);
+        doubleClick(view.viewport(), place(view, index));
     }
     /// In the format of that letter.
     std::string saved(const ListInfo& list, Qt::Key format, const std::string& target) {

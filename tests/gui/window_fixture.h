@@ -8,7 +8,6 @@
 #include <QAbstractButton>
 #include <QApplication>
 #include <QDialog>
-#include <QHeaderView>
 #include <QLineEdit>
 #include <QMenu>
 #include <QPointer>
@@ -19,6 +18,7 @@
 
 #include "app/log.h"
 #include "app/settings.h"
+#include "gui/gestures.h"
 #include "mainwindow/error_form.h"
 #include "mainwindow/window_form.h"
 #include "platform/headless/headless.h"
