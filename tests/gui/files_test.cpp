@@ -252,8 +252,17 @@ TEST_F(FilesTest, F2RenamesInTheCell) {
     EXPECT_EQ(s().form().state().currentFolder, at("src/bus/"));
 }
 
-TEST_F(FilesTest, AProgramIsNotOpenedWithoutAQuestion) {
-    GridView& list = startWithList();
+TEST_F(FilesTest, ADoubleClickOpensAFileOfAnyNameAndAProgramNotWithoutAQuestion) {
+    file("src/" + kBytes, 1);
+    fs::create_directory_symlink("..", at("src/link"));
+    options("");
+    start();
+    ListSession::doubleClickOn(session_->open(kJunctionList), 0);
+    EXPECT_TRUE(s().desktop.opened.empty());
+    GridView& list = session_->open(kFileList);
+    session_->sortByName(list);
+    ListSession::doubleClickOn(list, 3);
+    EXPECT_EQ(std::exchange(s().desktop.opened, {}), Names{at("src/") + kBytes});
     s().desktop.runs = true;
     s().answers.add([](QDialog& dialog) { QTest::keyClick(&dialog, Qt::Key_Return); });
     ListSession::doubleClickOn(list, 0);

@@ -10,6 +10,7 @@
 #include <QToolButton>
 
 #include "app/language.h"
+#include "base/text.h"
 #include "gui/window_fixture.h"
 #include "platform/qt/tool_bar.h"
 
@@ -139,8 +140,7 @@ class LanguagesTest : public test::WindowTest, public testing::WithParamInterfac
     static std::string stored() { return "Lang=" + std::to_string(GetParam().id) + "\r\n"; }
     /// The home that the session reads its language from.
     std::string homeOfLanguage() const {
-        test::writeFile(
-            ini(), "[Allgemein]\r\n" + stored() + "[Form]\r\nWidth=21000\r\nHeight=13500\r\nTVW=12000\r\n");
+        test::writeFile(ini(), replaceAll(test::contentOf(ini()), "Lang=7\r\n", stored()));
         return home.path();
     }
 
@@ -191,11 +191,8 @@ TEST_P(LanguagesTest, NoDialogCutsATextOff) {
     lookAt("frmFehler", 9, [&] { s.scan(at("src")); });
 }
 
-TEST_P(LanguagesTest, TheToolkitIsToldTheLanguageForItsOwnDialogs) {
+TEST_P(LanguagesTest, TheTextsAboutTheProgramNeedNoScrollingAndTheToolkitIsToldTheLanguage) {
     EXPECT_EQ(s.form().parts().language, GetParam().code);
-}
-
-TEST_P(LanguagesTest, TheTextsAboutTheProgramNeedNoScrolling) {
     s.answers.add([](QDialog& dialog) {
         for (auto* leaf : dialog.findChildren<QRadioButton*>()) {
             leaf->click();

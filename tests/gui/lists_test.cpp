@@ -8,7 +8,6 @@
 namespace hl {
 namespace {
 
-namespace fs = std::filesystem;
 using namespace test;
 
 TEST_F(ListsTest, ATitleClickSortsAndTurnsTheOrderButOneThatEndsADragDoesNot) {
@@ -108,25 +107,6 @@ TEST_F(ListsTest, TheStatusTellsTheListAndWhatIsSelected) {
         QTest::mouseClick(view.viewport(), Qt::LeftButton, {}, {20, view.viewport()->height() - 3});
         EXPECT_EQ(s.secondPanel(), whole[i]);
     }
-}
-
-TEST_F(ListsTest, ADoubleClickOpensFilesOfAnyNameAndNothingInTheJunctions) {
-    folder("src");
-    file("src/" + kBytes, 5);
-    fs::create_hard_link(at("src/") + kBytes, at("src/second"));
-    fs::create_directory_symlink(tree.path(), at("src/link"));
-    ListSession s(home.path(), at("src"));
-    for (const ListInfo& list : kAll) {
-        GridView& view = s.open(list);
-        const Names names = s.names(view);
-        for (std::size_t i = 0; i < names.size(); ++i) {
-            s.doubleClickOn(view, i);
-            if (list.id == GridId::kJunctions) continue;
-            ASSERT_FALSE(s.desktop.opened.empty()) << list.bar;
-            EXPECT_EQ(s.desktop.opened.back(), at("src/") + names[i]);
-        }
-    }
-    EXPECT_EQ(s.desktop.opened.size(), 6U);
 }
 
 TEST_F(ListsTest, TheBoxOfTheLengthTurnsWhatIsNoneIntoOneAndKeepsTheFocusThen) {
