@@ -73,6 +73,18 @@ struct CellEditorTest : GridViewTest {
         return {"edited " + std::to_string(row(text)) + " " + bytes};
     }
     void settle() { QTest::qWait(1); }
+    /// Edits r1, and does what ends that.
+    void ends(const std::function<void()>& end, bool tells, bool focusInGrid, const std::string& how) {
+        edit("r1");
+        type("new");
+        end();
+        EXPECT_FALSE(editing()) << how;
+        settle();
+        EXPECT_EQ(takeTold(), tells ? edited("r1", "new") : Log{}) << how;
+        EXPECT_EQ(view->hasFocus(), focusInGrid) << how;
+        view->setFocus();
+        settle();
+    }
     /// Opens the box's own menu, does `inside` with it, and closes it.
     void inMenu(const std::function<void()>& inside) {
         QContextMenuEvent menu(QContextMenuEvent::Mouse, {5, 5}, box()->mapToGlobal(QPoint(5, 5)));
@@ -102,61 +114,40 @@ TEST_F(CellEditorTest, SelectsAFilesNameWithoutItsExtension) {
     }
 }
 
-TEST_F(CellEditorTest, EndsOnceAndTellsOrNot) {
+TEST_F(CellEditorTest, KeysAndClicksElsewhereEndItOnceAndAllButEscapeTellTheName) {
     showWindow(false, 3);
-    using Case = std::tuple<const char*, std::function<void()>, bool, bool>;
-    const auto wait = [this] { EXPECT_TRUE(QTest::qWaitFor([this] { return !editing(); }, 2000)); };
-    const auto clickIn = [](QWidget* on, const QPoint& at) { QTest::mouseClick(on, Qt::LeftButton, {}, at); };
-    const auto locked = [&](bool on) { grid.setEnabled(!on); };
-    const auto still = [&](bool on) { grid.setRedraw(!on); };
-    for (const auto& [name, end, tells, focusInGrid] :
-         {Case{"Return", [&] { press(Qt::Key_Return); }, true, true},
-          Case{"Enter", [&] { press(Qt::Key_Enter, Qt::KeypadModifier); }, true, true},
-          Case{"Tab", [&] { press(Qt::Key_Tab); }, true, true},
-          Case{"Backtab", [&] { press(Qt::Key_Backtab, Qt::ShiftModifier); }, true, true},
-          Case{"click into the grid",
-               [&] {
-                   clickIn(view->viewport(), {550, 100});
-               },
-               true, true},
-          Case{"click on a title",
-               [&] {
-                   clickIn(view->horizontalHeader()->viewport(), {20, 5});
-               },
-               true, true},
-          Case{"click on what takes no focus",
-               [&] {
-                   clickIn(&window, {650, 320});
-               },
-               true, true},
-          Case{"click into another box",
-               [&] {
-                   clickIn(&other, {5, 5});
-               },
-               true, false},
-          Case{"another edit", [&] { view->editText(row("r2")), press(Qt::Key_Escape); }, true, true},
-          Case{"Escape", [&] { press(Qt::Key_Escape); }, false, true},
-          Case{"a row more", [&] { grid.removeRow(grid.addRow(kNoRow, "new")), wait(); }, false, true},
-          Case{"a row more, and Return at once",
-               [&] { grid.removeRow(grid.addRow(kNoRow, "new")), press(Qt::Key_Return); }, false, true},
-          Case{"sorted", [&] { grid.sortLevels(0), wait(); }, false, true},
-          Case{"disabled grid", [&] { locked(true), wait(), locked(false); }, false, true},
-          Case{"the same, and Return", [&] { locked(true), press(Qt::Key_Return), locked(false); }, false,
-               true},
-          Case{"disabled view", [&] { view->setEnabled(false), view->setEnabled(true); }, false, false},
-          Case{"Redraw off", [&] { still(true), wait(), still(false); }, false, true},
-          Case{"the same, and Return", [&] { still(true), press(Qt::Key_Return), still(false); }, false,
-               true}}) {
-        edit("r1");
-        type("new");
-        end();
-        EXPECT_FALSE(editing()) << name;
-        settle();
-        EXPECT_EQ(takeTold(), tells ? edited("r1", "new") : Log{}) << name;
-        EXPECT_EQ(view->hasFocus(), focusInGrid) << name;
-        view->setFocus();
-        settle();
-    }
+    using Press = std::pair<Qt::Key, Qt::KeyboardModifiers>;
+    for (const auto& [code, keys] :
+         {Press{Qt::Key_Return, {}}, Press{Qt::Key_Enter, Qt::KeypadModifier}, Press{Qt::Key_Tab, {}},
+          Press{Qt::Key_Backtab, Qt::ShiftModifier}, Press{Qt::Key_Escape, {}}})
+        ends([&] { press(code, keys); }, code != Qt::Key_Escape, true, "key " + std::to_string(code));
+    using Click = std::pair<QWidget*, QPoint>;
+    for (const auto& [on, at] :
+         {Click{view->viewport(), {550, 100}}, Click{view->horizontalHeader()->viewport(), {20, 5}},
+          Click{&window, {650, 320}}, Click{&other, {5, 5}}})
+        ends([&] { QTest::mouseClick(on, Qt::LeftButton, {}, at); }, true, on != &other, "click");
+    ends([&] { view->editText(row("r2")), press(Qt::Key_Escape); }, true, true, "another edit");
+}
+
+TEST_F(CellEditorTest, EndsUntoldWhereTheGridChangesUnderItAlsoWithAReturnAtOnce) {
+    showWindow(false, 3);
+    using Change = std::pair<const char*, std::function<void(bool)>>;
+    for (const auto& [name, change] :
+         {Change{"a row more",
+                 [&](bool on) { on ? void(grid.addRow(kNoRow, "new")) : grid.removeRow(row("new")); }},
+          Change{"sorted", [&](bool) { grid.sortLevels(0); }},
+          Change{"disabled grid", [&](bool on) { grid.setEnabled(!on); }},
+          Change{"Redraw off", [&](bool on) { grid.setRedraw(!on); }}})
+        for (const bool atOnce : {false, true}) {
+            const auto end = [&, change = change] {
+                change(true);
+                if (atOnce) press(Qt::Key_Return);
+                EXPECT_TRUE(QTest::qWaitFor([this] { return !editing(); }, 2000));
+                change(false);
+            };
+            ends(end, false, true, name);
+        }
+    ends([&] { view->setEnabled(false), view->setEnabled(true); }, false, false, "disabled view");
 }
 
 TEST_F(CellEditorTest, StaysThroughWhatDoesNotLeaveIt) {
