@@ -192,17 +192,15 @@ TEST_F(CellEditorTest, StaysThroughWhatDoesNotLeaveIt) {
 
 TEST_F(CellEditorTest, DoesNotOpenWhereNobodyCouldWork) {
     showWindow(false, 3);
-    using Case = std::pair<const char*, std::function<void(bool on)>>;
-    for (const auto& [name, set] :
-         {Case{"disabled grid", [&](bool on) { grid.setEnabled(on); }},
-          Case{"disabled view", [&](bool on) { view->setEnabled(on); }},
-          Case{"hidden view", [&](bool on) { view->setVisible(on); }},
-          Case{"Redraw off", [&](bool on) { grid.setRedraw(on); }},
-          Case{"no name column", [&](bool on) { grid.changeColumn(0).visible = on, settle(); }}}) {
-        set(false);
+    const std::function<void(bool on)> cases[] = {
+        [&](bool on) { grid.setEnabled(on); }, [&](bool on) { view->setEnabled(on); },
+        [&](bool on) { view->setVisible(on); }, [&](bool on) { grid.setRedraw(on); },
+        [&](bool on) { grid.changeColumn(0).visible = on, settle(); }};
+    for (const auto& let : cases) {
+        let(false);
         view->editText(row("r1"));
-        EXPECT_FALSE(editing()) << name;
-        set(true);
+        EXPECT_FALSE(editing()) << &let - cases;
+        let(true);
     }
     edit("r1");
 }

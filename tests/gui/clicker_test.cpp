@@ -10,7 +10,6 @@
 #include <QPointer>
 #include <atomic>
 #include <cstdlib>
-#include <map>
 #include <new>
 #include <random>
 #include <thread>
@@ -18,6 +17,7 @@
 #include "gui/window_fixture.h"
 #include "mainwindow/view_options.h"
 #include "platform/qt/cell_editor.h"
+#include "support/trashing.h"
 
 namespace hl {
 namespace {
@@ -112,15 +112,6 @@ Truth truthOf(const std::string& root) {
         if (!folder) truth.bytes += static_cast<double>(sizeOf(entry.path()));
     }
     return truth;
-}
-
-/// Names, sizes and times of all below a folder.
-std::map<std::string, std::string> contentOf(const std::string& folder) {
-    std::map<std::string, std::string> all;
-    for (const auto& entry : fs::recursive_directory_iterator(folder))
-        all[entry.path().string()] = std::to_string(entry.is_regular_file() ? entry.file_size() : 0) + " " +
-                                     std::to_string(entry.last_write_time().time_since_epoch().count());
-    return all;
 }
 
 // --- the user
@@ -387,7 +378,7 @@ class ClickerTest : public WindowTest {
 
 TEST_F(ClickerTest, TwoThousandActionsOfChanceEndInAWindowThatCountsRight) {
     const unsigned seed = given("CLICKER_SEED", 20240611);
-    const auto before = contentOf(outside.path());
+    const auto before = test::snapshotOf(outside.path());
     Session s{home.path()};
     s.start();
     keepOpen(s);
@@ -418,7 +409,7 @@ TEST_F(ClickerTest, TwoThousandActionsOfChanceEndInAWindowThatCountsRight) {
     EXPECT_GT(clicker.dialogs, 0);
     EXPECT_GT(clicker.refusedCloses, 2);
     EXPECT_EQ(s.reports, std::vector<std::string>());
-    EXPECT_EQ(contentOf(outside.path()), before);
+    EXPECT_EQ(test::snapshotOf(outside.path()), before);
 
     Session::settle();  // A key that still waits would stop what follows.
     countPlainly(s);

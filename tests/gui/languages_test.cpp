@@ -5,8 +5,6 @@
 #include <QPlainTextEdit>
 #include <QRadioButton>
 #include <QScrollBar>
-#include <QStyleOptionComboBox>
-#include <QTextDocumentFragment>
 #include <QToolButton>
 
 #include "app/language.h"
@@ -46,56 +44,17 @@ void addControls(const QWidget& box, std::vector<const QWidget*>& controls) {
     }
 }
 
-/// Room for a text in the font of the control that shows it, with the icon or indicator beside it.
-QSize needed(const QAbstractButton& button) {
-    const QStyle& style = *button.style();
-    const auto* tool = dynamic_cast<const QToolButton*>(&button);
-    const auto look = tool == nullptr ? Qt::ToolButtonTextOnly : tool->toolButtonStyle();
-    const int text = look == Qt::ToolButtonIconOnly
-                         ? 0
-                         : button.fontMetrics().size(Qt::TextShowMnemonic, button.text()).width();
-    int beside = 0;
-    if (dynamic_cast<const QRadioButton*>(&button))
-        beside = style.pixelMetric(QStyle::PM_ExclusiveIndicatorWidth) +
-                 style.pixelMetric(QStyle::PM_RadioButtonLabelSpacing);
-    if (dynamic_cast<const QCheckBox*>(&button))
-        beside =
-            style.pixelMetric(QStyle::PM_IndicatorWidth) + style.pixelMetric(QStyle::PM_CheckBoxLabelSpacing);
-    if (look == Qt::ToolButtonTextBesideIcon) beside = button.iconSize().width();
-    if (tool != nullptr && tool->menu() != nullptr && tool->popupMode() == QToolButton::MenuButtonPopup)
-        beside += style.pixelMetric(QStyle::PM_MenuButtonIndicator, nullptr, tool);
-    const int line = text > 0 ? button.fontMetrics().height() : 0;
-    const bool stacked = look == Qt::ToolButtonTextUnderIcon && !button.icon().isNull();
-    return {text + beside, line + (stacked ? button.iconSize().height() : 0)};
-}
-
-QSize needed(const QLabel& label) {
-    const QString text = label.textFormat() == Qt::RichText
-                             ? QTextDocumentFragment::fromHtml(label.text()).toPlainText()
-                             : label.text();
-    const int flags = label.wordWrap() ? static_cast<int>(Qt::TextWordWrap) : 0;
-    return label.fontMetrics().boundingRect(QRect(0, 0, label.width(), QWIDGETSIZE_MAX), flags, text).size();
-}
-
-QSize needed(const QComboBox& combo) {
-    QStyleOptionComboBox option;
-    option.initFrom(&combo);
-    const QRect field =
-        combo.style()->subControlRect(QStyle::CC_ComboBox, &option, QStyle::SC_ComboBoxEditField, &combo);
-    int widest = 0;
-    for (int i = 0; i < combo.count(); ++i)
-        widest = std::max(widest, combo.fontMetrics().horizontalAdvance(combo.itemText(i)));
-    return {combo.width() - field.width() + widest, combo.fontMetrics().height()};
-}
-
+/// Room for all of its text, as the toolkit measures it: apart from the layout that gave it its place.
 QSize needed(const QWidget& widget) {
-    if (const auto* button = dynamic_cast<const QAbstractButton*>(&widget)) return needed(*button);
-    if (const auto* label = dynamic_cast<const QLabel*>(&widget)) return needed(*label);
+    const auto* label = dynamic_cast<const QLabel*>(&widget);
+    if (label != nullptr && label->wordWrap()) return {0, label->heightForWidth(label->width())};
+    if (const auto* edit = dynamic_cast<const QLineEdit*>(&widget))
+        return {edit->fontMetrics().horizontalAdvance(edit->placeholderText()), edit->fontMetrics().height()};
     const auto* combo = dynamic_cast<const QComboBox*>(&widget);
-    if (combo != nullptr && !combo->isEditable()) return needed(*combo);
-    const auto* edit = dynamic_cast<const QLineEdit*>(&widget);
-    const QString hint = edit == nullptr ? QString() : edit->placeholderText();
-    return {widget.fontMetrics().horizontalAdvance(hint), widget.fontMetrics().height()};
+    if (combo != nullptr && !combo->isEditable()) return combo->sizeHint();
+    const auto* tool = dynamic_cast<const QToolButton*>(&widget);
+    if (tool != nullptr && tool->toolButtonStyle() == Qt::ToolButtonIconOnly) return {};
+    return dynamic_cast<const QAbstractButton*>(&widget) ? widget.sizeHint() : widget.minimumSizeHint();
 }
 
 std::string textOf(const QWidget& widget) {

@@ -42,9 +42,10 @@ class ListSession : public Session {
         frame().resize(1400, 900);
         settle();
     }
-    void press(const ListInfo& list, int entry) {
-        click((std::string(list.bar) + "." + std::to_string(entry)).c_str());
+    static std::string entryOf(const ListInfo& list, int entry) {
+        return std::string(list.bar) + "." + std::to_string(entry);
     }
+    void press(const ListInfo& list, int entry) { click(entryOf(list, entry).c_str()); }
     /// Shows it, and nothing beside it.
     GridView& open(const ListInfo& list) {
         if (!window().grid(list.id).isVisible()) click(("cbrMain." + std::to_string(list.panel)).c_str());
@@ -53,11 +54,10 @@ class ListSession : public Session {
         return window().grid(list.id);
     }
     void typeIn(const ListInfo& list, int entry, const std::string& text, Qt::Key end = Qt::Key_Return) {
-        type((std::string(list.bar) + "." + std::to_string(entry)).c_str(), text, end);
+        type(entryOf(list, entry).c_str(), text, end);
     }
     QLineEdit& edit(const ListInfo& list, int entry) {
-        return *frame().findChild<QLineEdit*>(QLatin1String(list.bar) + QLatin1Char('.') +
-                                              QString::number(entry));
+        return *frame().findChild<QLineEdit*>(QString::fromStdString(entryOf(list, entry)));
     }
     std::string secondPanel() {
         return frame().findChild<QWidget*>(QStringLiteral("panel2"))->accessibleName().toStdString();

@@ -35,7 +35,6 @@ class ToolBarTest : public testing::Test {
         bar_.add({.id = kSearch, .kind = EntryKind::kEdit, .caption = "Search"});
         for (int i = 0; i < 5; ++i)
             bar_.add({.id = kLast - i, .caption = "Command " + std::to_string(i), .beginGroup = i == 0});
-        bar_.addPopup({.id = 900, .list = {{.id = 901, .caption = "Delete"}}});
         show(900);
     }
     void show(int width) {
@@ -143,16 +142,6 @@ TEST_F(ToolBarTest, ABarThatIsBuiltAnewWhileACommandRunsKeepsTheClickedButtonAli
     QTest::mouseClick(find(kToggle), Qt::LeftButton);
     EXPECT_EQ(events_.told.size(), 2U);
     EXPECT_EQ(combo_->parent(), &tool_);
-}
-
-TEST_F(ToolBarTest, APopupTellsWhatIsChosen) {
-    tool_.openPopup(900, {5, 5});
-    auto* menu = dynamic_cast<QMenu*>(QApplication::activePopupWidget());
-    ASSERT_NE(menu, nullptr);
-    QTest::keyClick(menu, Qt::Key_Down);
-    QTest::keyClick(menu, Qt::Key_Return);
-    EXPECT_EQ(events_.told, Told{"execute 0 901"});
-    EXPECT_EQ(QApplication::activePopupWidget(), nullptr);
 }
 
 TEST_F(ToolBarTest, AssistiveToolsFindABarWithItsTitle) {
