@@ -525,14 +525,24 @@ TEST_F(MomentTest, AStopOfAListOfFilesIsNoneForTheNextSource) {
     EXPECT_EQ(s.numbers("src"), "457|4|3");
 }
 
-TEST_F(MomentTest, ARunThatFailsAsAWholeLeavesAWindowThatCanBeUsedAndClosed) {
+TEST_F(MomentTest, ARunThatFailsLeavesAWindowThatWorksOnAndCanBeClosed) {
     s.start();
-    s.fileSystem.beforeBlock = [](int) { throw std::bad_alloc(); };
-    s.answers.add([](QDialog& dialog) { test::pressIn(dialog, "Weiter"); });
-    s.scan(at("src"));
-    s.fileSystem.beforeBlock = nullptr;
-    EXPECT_TRUE(s.enabled("cbrMain.2") && s.frame().close());
-    EXPECT_EQ(std::exchange(s.reports, {}).size(), 1U);
+    const std::function<void(int)> faults[] = {
+        [](int) { throw std::bad_alloc(); },
+        [](int block) { block == 3 ? throw std::runtime_error("provoked") : void(); }};
+    for (const auto& fault : faults) {
+        s.fileSystem.beforeBlock = fault;
+        s.answers.add([](QDialog& dialog) { test::pressIn(dialog, "Weiter"); });
+        s.scan(at("src"));
+        s.fileSystem.beforeBlock = nullptr;
+        EXPECT_TRUE(s.enabled("cbrMain.2"));
+        s.form().execute(BarId::kReport, 9);
+        handOver("src");
+        EXPECT_EQ(s.numbers("src"), "457|4|3");
+    }
+    EXPECT_TRUE(s.frame().close());
+    ASSERT_EQ(s.reports.size(), 2U);
+    EXPECT_NE(std::exchange(s.reports, {})[1].find("provoked"), std::string::npos);
 }
 
 }  // namespace

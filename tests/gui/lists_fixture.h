@@ -3,7 +3,6 @@
 #pragma once
 
 #include <QComboBox>
-#include <QScrollBar>
 #include <algorithm>
 
 #include "base/text.h"
@@ -72,16 +71,6 @@ class ListSession : public Session {
     /// Folder and name.
     static std::string path(const Grid& grid, Row row) {
         return std::string(grid.cellText(row, kFilePath)).append(grid.text(row));
-    }
-    static QPoint title(GridView& view, int column) {
-        const QHeaderView& header = *view.horizontalHeader();
-        view.horizontalScrollBar()->setValue(header.sectionPosition(column));
-        return {header.sectionViewportPosition(column) + header.sectionSize(column) / 2, 5};
-    }
-    static void clickTitleOf(GridView& view, int column) {
-        const QPoint at = title(view, column);
-        QTest::mouseClick(view.horizontalHeader()->viewport(), Qt::LeftButton, {}, at);
-        settle();
     }
     /// Upwards.
     static void sortByName(GridView& view) {

@@ -88,23 +88,5 @@ TEST_F(MainWindowTest, ARescanFindsWhatHasGrown) {
     EXPECT_EQ(s.rows().substr(0, 5), "src b");
 }
 
-TEST_F(MainWindowTest, AFaultIsShownAndAfterWeiterTheWindowWorksOn) {
-    folders(5);
-    s.fileSystem.beforeBlock = [](int block) {
-        if (block == 3) throw std::runtime_error("provoked");
-    };
-    s.answers.add([&](QDialog& dialog) {
-        EXPECT_EQ(dialog.objectName(), QStringLiteral("frmFehler"));
-        test::pressIn(dialog, "Weiter");
-    });
-    startWithReport();
-    ASSERT_EQ(s.reports.size(), 1U);
-    EXPECT_NE(s.reports[0].find("provoked"), std::string::npos);
-    s.fileSystem.beforeBlock = nullptr;
-    s.click("cbrReport.9");
-    s.scan(at("src"));
-    EXPECT_EQ(s.numbers("src"), "50|5|5");
-}
-
 }  // namespace
 }  // namespace hl

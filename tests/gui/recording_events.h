@@ -15,6 +15,7 @@ class RecordingEvents : public WindowEvents {
     std::vector<std::string> told;
     std::vector<std::string> left;  ///< Boxes that lost the focus: "0 29".
     std::function<void(BarId, int)> onExecute;
+    std::function<void(BarId)> onBarResized = [](BarId) {};
     bool mayUnload = true;
 
     void formLoad(Window&, MessagePump&) override { told.push_back("formLoad"); }
@@ -37,7 +38,7 @@ class RecordingEvents : public WindowEvents {
         told.push_back("editKeyDown " + number(bar) + " " + std::to_string(id) + " " + std::to_string(key));
     }
     void editLeft(BarId bar, int id) override { left.push_back(number(bar) + " " + std::to_string(id)); }
-    void barResized(BarId) override { ++resized; }
+    void barResized(BarId bar) override { ++resized, onBarResized(bar); }
     void comboText(const std::string& text) override { told.push_back("comboText " + text); }
     void comboSelected(int index) override { told.push_back("comboSelected " + std::to_string(index)); }
     void comboKeyDown(int key) override { told.push_back("comboKeyDown " + std::to_string(key)); }

@@ -11,6 +11,7 @@
 #include <QLineEdit>
 #include <QMenu>
 #include <QPointer>
+#include <QScrollBar>
 #include <QTest>
 #include <QTimer>
 #include <deque>
@@ -343,12 +344,18 @@ class Session : public Logic {
         key(*widget, end);
     }
     void scan(const std::string& folder) { type("cboOrdner", folder, Qt::Key_Return); }
-    void clickTitle(int column) {
-        const auto* header = view().horizontalHeader();
-        const QPoint at(header->sectionViewportPosition(column) + header->sectionSize(column) / 2, 5);
-        QTest::mouseClick(header->viewport(), Qt::LeftButton, {}, at);
+    /// In the title row, where the column shows.
+    static QPoint title(GridView& view, int column) {
+        const QHeaderView& header = *view.horizontalHeader();
+        view.horizontalScrollBar()->setValue(header.sectionPosition(column));
+        return {header.sectionViewportPosition(column) + header.sectionSize(column) / 2, 5};
+    }
+    static void clickTitleOf(GridView& view, int column) {
+        const QPoint at = title(view, column);
+        QTest::mouseClick(view.horizontalHeader()->viewport(), Qt::LeftButton, {}, at);
         settle();
     }
+    void clickTitle(int column) { clickTitleOf(view(), column); }
     void clickRow(const std::string& name) {
         view().sync();
         const auto index = view().rows().find(row(name));
