@@ -4,8 +4,8 @@
 
 #include "base/scope_exit.h"
 #include "gui/grid_view_fixture.h"
-#include "gui/window_bars_fixture.h"
 #include "platform/qt/grid_colors.h"
+#include "platform/qt/splitter_widget.h"
 
 namespace hl {
 namespace {
@@ -109,22 +109,41 @@ TEST_F(LooksTest, BarsCanBeReadInBothPalettes) {
     }
 }
 
-using WindowLooks = test::WindowBars;
+/// A pane whose bar needs another row once it is narrower than 200 pixels, and says so at once.
+class WrappingPane final : public QWidget {
+  public:
+    explicit WrappingPane(cSplitter& splitter) : splitter_(splitter) {}
 
-TEST_F(WindowLooks, AGridFollowsTheBarAboveItWhenThatWrapsAndUnwraps) {
-    show();
-    const auto* bar = window->frame().findChild<QWidget*>(QStringLiteral("cbrReport"));
-    const GridView& below = window->grid(GridId::kReport);
-    std::set<int> heights;
-    for (const int width : {500, 1200, 420, 900}) {
-        window->frame().resize(width, 800);
-        QApplication::processEvents();
-        heights.insert(bar->height());
-        const int end = bar->mapToGlobal(QPoint(0, bar->height())).y();
-        EXPECT_GE(bar->height(), bar->heightForWidth(bar->width())) << width;
-        EXPECT_NEAR(below.mapToGlobal(QPoint()).y() - end, 3, 3) << width;
+  protected:
+    void resizeEvent(QResizeEvent*) override {
+        const int rows = width() < 200 ? 60 : 30;
+        splitter_.setMinimumSize(1, rows);
+        splitter_.setMaximumSize(1, rows);
     }
-    EXPECT_GT(heights.size(), 1U) << "it never wrapped";
+
+  private:
+    cSplitter& splitter_;
+};
+
+TEST(SplitterLooks, GridFollowsTheBarAboveItWhenThatWrapsAndUnwraps) {
+    Told told;
+    cSplitter splitter;
+    splitter.setPosition(30);
+    WrappingPane bar(splitter);
+    QWidget below;
+    SplitterWidget widget(
+        splitter, [&](const PaneRef& ref) -> QWidget* { return ref.number == 0 ? &bar : &below; }, told);
+    splitter.Bind({PaneRef::Kind::kBar, 0}, {PaneRef::Kind::kGrid, 1});
+    widget.resize(400, 300);
+    widget.show();
+    for (const int width : {150, 400, 180, 300}) {
+        widget.resize(width, 300);
+        const int gap = splitter.SplitterSize();
+        EXPECT_EQ(bar.height(), width < 200 ? 60 : 30) << width;
+        EXPECT_EQ(below.geometry(), QRect(0, bar.height() + gap, width, 300 - bar.height() - gap)) << width;
+    }
+    bar.setParent(nullptr);
+    below.setParent(nullptr);
 }
 
 }  // namespace

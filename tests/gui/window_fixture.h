@@ -130,15 +130,9 @@ class RecordingDesktop final : public Desktop {
         return {{"editor.desktop", "Editor"}};
     }
     std::vector<DesktopProgram> allPrograms() override { return programs; }
-    bool openWith(const std::string& id, const std::vector<std::string>& paths) override {
-        opened.push_back(id + " " + paths.front());
-        return true;
-    }
+    bool openWith(const std::string&, const std::vector<std::string>&) override { return true; }
     bool runsWhenOpened(const std::string&) override { return runs; }
-    bool showInFolder(const std::vector<std::string>& paths) override {
-        opened.push_back("show " + paths.front());
-        return true;
-    }
+    bool showInFolder(const std::vector<std::string>&) override { return true; }
     bool showProperties(const std::vector<std::string>&) override { return false; }
     void copyFiles(const std::vector<std::string>&) override {}
 };
@@ -208,9 +202,8 @@ inline void clickEntry(QWidget& frame, const QString& name) {
 class Logic : private ErrorSink, private MessagePump {
   public:
     explicit Logic(const std::string& home) : home_(home) {
-        writeFile(machine_.path() + "/mountinfo", "21 1 0:2 / / rw - overlay overlay rw\n");
         std::filesystem::create_directories(machine_.path() + "/proc/self");
-        std::filesystem::rename(machine_.path() + "/mountinfo", machine_.path() + "/proc/self/mountinfo");
+        writeFile(machine_.path() + "/proc/self/mountinfo", "21 1 0:2 / / rw - overlay overlay rw\n");
         texts_.Init_Sprache("", "", true);
         form_.emplace(FormServices{settings_, texts_, log_, files_, fileSystem, *this, console_, facts_,
                                    diagnostics_, kPosixPaths, numbers_},
@@ -228,7 +221,6 @@ class Logic : private ErrorSink, private MessagePump {
 
     WindowForm& form() { return *form_; }
     MessagePump& pump() { return *this; }
-    LinuxDrives& drives() { return drives_; }
     RecordingDesktop desktop;
     PausingOperations& operations() { return operations_; }
     std::string userHome() const { return machine_.path() + "/home/user"; }
