@@ -120,12 +120,14 @@ TEST_F(CellEditorTest, KeysAndClicksElsewhereEndItOnceAndAllButEscapeTellTheName
     for (const auto& [code, keys] :
          {Press{Qt::Key_Return, {}}, Press{Qt::Key_Enter, Qt::KeypadModifier}, Press{Qt::Key_Tab, {}},
           Press{Qt::Key_Backtab, Qt::ShiftModifier}, Press{Qt::Key_Escape, {}}})
-        ends([&] { press(code, keys); }, code != Qt::Key_Escape, true, "key " + std::to_string(code));
+        ends([&, code = code, keys = keys] { press(code, keys); }, code != Qt::Key_Escape, true,
+             "key " + std::to_string(code));
     using Click = std::pair<QWidget*, QPoint>;
     for (const auto& [on, at] :
          {Click{view->viewport(), {550, 100}}, Click{view->horizontalHeader()->viewport(), {20, 5}},
           Click{&window, {650, 320}}, Click{&other, {5, 5}}})
-        ends([&] { QTest::mouseClick(on, Qt::LeftButton, {}, at); }, true, on != &other, "click");
+        ends([on = on, at = at] { QTest::mouseClick(on, Qt::LeftButton, {}, at); }, true, on != &other,
+             "click");
     ends([&] { view->editText(row("r2")), press(Qt::Key_Escape); }, true, true, "another edit");
 }
 
