@@ -10,7 +10,6 @@
 #include <QPointer>
 #include <atomic>
 #include <cstdlib>
-#include <map>
 #include <new>
 #include <random>
 #include <thread>
@@ -18,6 +17,7 @@
 #include "gui/window_fixture.h"
 #include "mainwindow/view_options.h"
 #include "platform/qt/cell_editor.h"
+#include "support/trashing.h"
 
 namespace hl {
 namespace {
@@ -75,22 +75,15 @@ class Mover {
     void step() {
         std::error_code ignored;
         const std::string a = pick(), b = pick();
-        switch (random_() % 5) {
-            case 4:  // What the user deletes is followed by more.
+        const std::function<void()> steps[] = {
+            [&] { fs::create_directories(a + "/x/y", ignored); }, [&] { fs::remove_all(a, ignored); },
+            [&] { fs::rename(a, b + "/moved", ignored); },
+            [&] { fs::copy_file(root_ + "/../many/9.dat", a + "/file", ignored); },
+            [&] {  // What the user deletes is followed by more.
                 fs::create_directories(root_ + "/../" + b.substr(root_.size()), ignored);
-                return void(fs::copy_file(root_ + "/../many/9.dat", root_ + "/../more.txt", ignored));
-            case 0:
-                fs::create_directories(a + "/x/y", ignored);
-                break;
-            case 1:
-                fs::remove_all(a, ignored);
-                break;
-            case 2:
-                fs::rename(a, b + "/moved", ignored);
-                break;
-            default:
-                fs::copy_file(root_ + "/../many/9.dat", a + "/file", ignored);
-        }
+                fs::copy_file(root_ + "/../many/9.dat", root_ + "/../more.txt", ignored);
+            }};
+        steps[random_() % std::size(steps)]();
     }
     std::string pick() { return root_ + "/" + std::to_string(random_() % 8) + "moving"; }
 
@@ -119,15 +112,6 @@ Truth truthOf(const std::string& root) {
         if (!folder) truth.bytes += static_cast<double>(sizeOf(entry.path()));
     }
     return truth;
-}
-
-/// Names, sizes and times of all below a folder.
-std::map<std::string, std::string> contentOf(const std::string& folder) {
-    std::map<std::string, std::string> all;
-    for (const auto& entry : fs::recursive_directory_iterator(folder))
-        all[entry.path().string()] = std::to_string(entry.is_regular_file() ? entry.file_size() : 0) + " " +
-                                     std::to_string(entry.last_write_time().time_since_epoch().count());
-    return all;
 }
 
 // --- the user
@@ -209,44 +193,24 @@ class Clicker {
             return inDialog(*dialog);
         if (auto* editor = dynamic_cast<CellEditor*>(QApplication::focusWidget()))
             if (pick(2) == 0) return rename(*editor);
-        switch (pick(26)) {
-            case 20:
-            case 21:
-                return anyCommand();
-            case 0:
-                return s_.frame().resize(60 + pick(1500), 60 + pick(1000));
-            case 1:
-                if (runs()) refusedCloses += s_.frame().close() ? 0 : 1;
-                return;
-            case 2:
-                return s_.form().handOver("\"" + tree_ + folder() + "\"");
-            case 3:
-            case 4:
-                return press(QApplication::focusWidget());
-            case 5:
-                return s_.pump().PumpMessages();
-            case 6:
-                return typeSomewhere();
-            case 7:
-            case 8:
-                return clickOn(grid().viewport());
-            case 9:
-                return clickOn(grid().horizontalHeader()->viewport());
-            case 10:
-            case 22:
-            case 23:
-            case 24:
-            case 25:
-                return onRow();
-            case 11:
-            case 12:
-            case 13:
-                return clickOn(anyOf<QAbstractButton>());
-            case 14:
-                return press(&s_.frame(), Qt::ControlModifier);
-            default:
-                return clickOn(anyIn(s_.frame()));
-        }
+        // Each with how often it comes, of 26 times.
+        const std::pair<int, std::function<void()>> actions[] = {
+            {2, [&] { anyCommand(); }},
+            {1, [&] { s_.frame().resize(60 + pick(1500), 60 + pick(1000)); }},
+            {1, [&] { refusedCloses += runs() && !s_.frame().close() ? 1 : 0; }},
+            {1, [&] { s_.form().handOver("\"" + tree_ + folder() + "\""); }},
+            {2, [&] { press(QApplication::focusWidget()); }},
+            {1, [&] { s_.pump().PumpMessages(); }},
+            {1, [&] { typeSomewhere(); }},
+            {2, [&] { clickOn(grid().viewport()); }},
+            {1, [&] { clickOn(grid().horizontalHeader()->viewport()); }},
+            {5, [&] { onRow(); }},
+            {3, [&] { clickOn(anyOf<QAbstractButton>()); }},
+            {1, [&] { press(&s_.frame(), Qt::ControlModifier); }},
+            {5, [&] { clickOn(anyIn(s_.frame())); }}};
+        int chosen = pick(26);
+        for (const auto& [often, action] : actions)
+            if ((chosen -= often) < 0) return action();
     }
 
     /// Of any bar or list below a button, whether it shows or not.
@@ -414,7 +378,7 @@ class ClickerTest : public WindowTest {
 
 TEST_F(ClickerTest, TwoThousandActionsOfChanceEndInAWindowThatCountsRight) {
     const unsigned seed = given("CLICKER_SEED", 20240611);
-    const auto before = contentOf(outside.path());
+    const auto before = test::snapshotOf(outside.path());
     Session s{home.path()};
     s.start();
     keepOpen(s);
@@ -445,7 +409,7 @@ TEST_F(ClickerTest, TwoThousandActionsOfChanceEndInAWindowThatCountsRight) {
     EXPECT_GT(clicker.dialogs, 0);
     EXPECT_GT(clicker.refusedCloses, 2);
     EXPECT_EQ(s.reports, std::vector<std::string>());
-    EXPECT_EQ(contentOf(outside.path()), before);
+    EXPECT_EQ(test::snapshotOf(outside.path()), before);
 
     Session::settle();  // A key that still waits would stop what follows.
     countPlainly(s);
@@ -468,12 +432,25 @@ TEST_F(ClickerTest, TwoThousandActionsOfChanceEndInAWindowThatCountsRight) {
 
 class MomentTest : public WindowTest {
   protected:
+    MomentTest() { smallTree(); }
+    ~MomentTest() override { EXPECT_EQ(s.reports, std::vector<std::string>()); }
+    void startWithReport() {
+        s.start();
+        s.scan(at("src"));
+    }
+    void closeWhileFilesAreRead() {
+        startWithReport();
+        s.fileSystem.beforeFiles = [&](int) { EXPECT_FALSE(s.frame().close()); };
+        s.clickRow("a");
+        s.fileSystem.beforeFiles = nullptr;
+    }
+    void handOver(const char* source) { s.form().handOver("\"" + at(source) + "\""); }
+
     QObject context;
     Session s{home.path()};
 };
 
 TEST_F(MomentTest, SourcesHandedOverBeforeTheFirstActivationAreReadOnceAndInTheWindowAsItIsThen) {
-    smallTree();
     folder("src2");
     s.onThere = [&] {
         QMetaObject::invokeMethod(
@@ -485,14 +462,15 @@ TEST_F(MomentTest, SourcesHandedOverBeforeTheFirstActivationAreReadOnceAndInTheW
     Session::settle();
     EXPECT_EQ(s.rows(), "src a b Dateien src2");
     EXPECT_FALSE(s.form().state().ScanActive);
-    EXPECT_TRUE(s.reports.empty());
 }
 
-TEST_F(MomentTest, SourcesHandedOverWhileADialogIsOpenAreReadWhenItIsClosed) {
-    smallTree();
+TEST_F(MomentTest, SourcesHandedOverWhileADialogIsOpenAreReadWhenItIsClosedAndItKeepsTheKeyboard) {
     s.start();
     s.answers.add([&](QDialog& dialog) {
-        s.form().handOver("\"" + at("src") + "\"");
+        EXPECT_TRUE(QTest::qWaitForWindowActive(&dialog));
+        handOver("src");
+        QCoreApplication::processEvents();
+        EXPECT_EQ(QApplication::activeWindow(), &dialog);
         EXPECT_EQ(s.grid().rowCount(), 0U);
         dialog.reject();
     });
@@ -501,14 +479,12 @@ TEST_F(MomentTest, SourcesHandedOverWhileADialogIsOpenAreReadWhenItIsClosed) {
 }
 
 TEST_F(MomentTest, SourcesHandedOverWhileRowsAreUnfoldedAreReadAfterwards) {
-    smallTree();
     folder("src2");
-    s.start();
-    s.scan(at("src"));
+    startWithReport();
     bool handed = false;
     QTimer::singleShot(0, &context, [&] {
         handed = s.form().state().ScanActive;
-        s.form().handOver("\"" + at("src2") + "\"");
+        handOver("src2");
     });
     s.form().execute(BarId::kReport, 25);
     EXPECT_TRUE(handed);
@@ -517,9 +493,7 @@ TEST_F(MomentTest, SourcesHandedOverWhileRowsAreUnfoldedAreReadAfterwards) {
 }
 
 TEST_F(MomentTest, WhileTheFilesOfAFolderAreReadNothingElseBegins) {
-    smallTree();
-    s.start();
-    s.scan(at("src"));
+    startWithReport();
     int pauses = 0;
     s.fileSystem.beforeFiles = [&](int) {
         ++pauses;
@@ -534,44 +508,41 @@ TEST_F(MomentTest, WhileTheFilesOfAFolderAreReadNothingElseBegins) {
     EXPECT_EQ(s.grid().text(s.grid().currentRow()), "a");
     EXPECT_TRUE(files.redraw());
     EXPECT_TRUE(s.enabled("cbrReport.9"));
-    EXPECT_TRUE(s.reports.empty());
 }
 
 TEST_F(MomentTest, ClosingWhileFilesAreReadEndsTheReadingAndThenTheWindow) {
-    smallTree();
-    s.start();
-    s.scan(at("src"));
-    s.fileSystem.beforeFiles = [&](int) { EXPECT_FALSE(s.frame().close()); };
-    s.clickRow("a");
-    EXPECT_TRUE(s.frame().close());
-    EXPECT_TRUE(s.frame().unloaded());
+    closeWhileFilesAreRead();
+    EXPECT_TRUE(s.frame().close() && s.frame().unloaded());
     s.form().execute(BarId::kMain, 2);
-    s.form().handOver("\"" + at("src") + "\"");
+    handOver("src");
     EXPECT_FALSE(s.form().state().ScanActive);
-    EXPECT_TRUE(s.reports.empty());
 }
 
 TEST_F(MomentTest, AStopOfAListOfFilesIsNoneForTheNextSource) {
-    smallTree();
-    s.start();
-    s.scan(at("src"));
-    s.fileSystem.beforeFiles = [&](int) { EXPECT_FALSE(s.frame().close()); };
-    s.clickRow("a");
-    s.fileSystem.beforeFiles = nullptr;
+    closeWhileFilesAreRead();
     s.form().execute(BarId::kReport, 9);
-    s.form().handOver("\"" + at("src") + "\"");
+    handOver("src");
     EXPECT_EQ(s.numbers("src"), "457|4|3");
 }
 
-TEST_F(MomentTest, ARunThatFailsAsAWholeLeavesAWindowThatCanBeUsedAndClosed) {
-    smallTree();
+TEST_F(MomentTest, ARunThatFailsLeavesAWindowThatWorksOnAndCanBeClosed) {
     s.start();
-    s.fileSystem.beforeBlock = [](int) { throw std::bad_alloc(); };
-    s.answers.add([](QDialog& dialog) { test::pressIn(dialog, "Weiter"); });
-    s.scan(at("src"));
-    s.fileSystem.beforeBlock = nullptr;
-    EXPECT_TRUE(s.enabled("cbrMain.2"));
+    const std::function<void(int)> faults[] = {
+        [](int) { throw std::bad_alloc(); },
+        [](int block) { block == 3 ? throw std::runtime_error("provoked") : void(); }};
+    for (const auto& fault : faults) {
+        s.fileSystem.beforeBlock = fault;
+        s.answers.add([](QDialog& dialog) { test::pressIn(dialog, "Weiter"); });
+        s.scan(at("src"));
+        s.fileSystem.beforeBlock = nullptr;
+        EXPECT_TRUE(s.enabled("cbrMain.2"));
+        s.form().execute(BarId::kReport, 9);
+        handOver("src");
+        EXPECT_EQ(s.numbers("src"), "457|4|3");
+    }
     EXPECT_TRUE(s.frame().close());
+    ASSERT_EQ(s.reports.size(), 2U);
+    EXPECT_NE(std::exchange(s.reports, {})[1].find("provoked"), std::string::npos);
 }
 
 }  // namespace

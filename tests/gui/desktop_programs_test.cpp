@@ -199,13 +199,10 @@ TEST(DesktopPrograms, TheDesktopsOwnChoiceComesFirstAndNoneTwice) {
     const std::pair<Words, std::string> cases[] = {
         {{"programs", "9", text}, "c.desktop=The c a.desktop=The a b.desktop=The b"},
         {{"programs", "2", text}, "c.desktop=The c a.desktop=The a"},
-        {{"programs", "9", text, text}, "c.desktop=The c a.desktop=The a b.desktop=The b"},
         {{"programs", "9", page, text}, "a.desktop=The a c.desktop=The c b.desktop=The b"},
         {{"programs", "9", picture, text}, "b.desktop=The b c.desktop=The c"},
         {{"programs", "9", page, picture}, "c.desktop=The c b.desktop=The b"},
         {{"programs", "9", text, sound}, ""},
-        {{"programs", "9", text, user.at("files/none")}, ""},
-        {{"programs", "9"}, ""},
         {{"all"}, "a.desktop=The a b.desktop=The b c.desktop=The c"}};
     for (const auto& [question, answer] : cases)
         EXPECT_EQ(user.asks(question), answer) << testing::PrintToString(question);
@@ -218,8 +215,7 @@ TEST(DesktopPrograms, TheDesktopsOwnChoiceComesFirstAndNoneTwice) {
 TEST(DesktopPrograms, WhatIsStartedGetsTheUsersOwnEnvironment) {
     User user;
     user.installs("a", "text/plain;", "%f");
-    const std::string cases[][2] = {
-        {"-", "-"}, {user.at("cache"), "-"}, {user.at("cache"), "unix:path=/nowhere"}};
+    const std::string cases[][2] = {{"-", "-"}, {user.at("cache"), "unix:path=/nowhere"}};
     for (const auto& [cache, bus] : cases) {
         user.environment = {{"XDG_CACHE_HOME", cache}, {"DBUS_SESSION_BUS_ADDRESS", bus}};
         EXPECT_EQ(user.asks({"with", "a.desktop", user.file("x")}), "true");
@@ -249,21 +245,16 @@ TEST(DesktopPrograms, OnlyWhatCanRunRunsWhenOpened) {
         {user.file("program.data", program, 0644), false},
         {linkTo("toProgram", user.at("files/program")), true},
         {user.file("script", "#!/bin/sh\n", 0755), true},
-        {user.file("script.sh", "true\n", 0755), true},
         {user.file("script2", "#!/bin/sh\n", 0644), false},
         {user.file("script.txt", "#!/bin/sh\n", 0755), true},
         {user.file("x.jar", "PK\3\4", 0755), true},
         {user.file("x.jar2.jar", "PK\3\4", 0644), false},
-        {user.file("x.AppImage", program, 0755), true},
         {user.file("x.exe", "MZ", 0644), true},
-        {user.file("x.msi", "x", 0644), true},
         {user.file("entry.desktop", "", 0644), true},
         {user.file("entry", "[Desktop Entry]\nType=Application\n", 0644), false},
         {linkTo("text", user.file("text.txt", "text\n", 0755)), false},
         {user.file("page.html", "<html>", 0755), false},
-        {user.file("x.png", program, 0755), false},
         {user.file("empty", "", 0755), false},
-        {user.file("#", "#", 0755), false},
         {user.at("files/folder.desktop"), false},
         {user.at("files/pipe"), false},
         {linkTo("dangling.desktop", user.at("files/gone")), false},
@@ -289,39 +280,25 @@ TEST(DesktopPrograms, WithNoBusTheFolderIsOpenedAtOnceAndNoBusIsStarted) {
     EXPECT_FALSE(fs::exists(user.at("run/launched")));
 }
 
-bool canHaveABus() {
-    return ::access("/usr/bin/dbus-run-session", X_OK) == 0;
-}
-
-TEST(DesktopPrograms, OnABusWithNoFileManagerTheFolderIsOpened) {
-    if (!canHaveABus()) GTEST_SKIP() << "There is no dbus-run-session.";
-    User user;
-    user.installs("folders", "inode/directory;", "%f");
-    const Words session = {"dbus-run-session", "--"};
-    EXPECT_EQ(user.asks({"properties", user.file("a")}, session), "false");
-    EXPECT_EQ(user.asks({"show", user.at("files/a")}, session), "true");
-    user.expectStarted(user.at("files"));
-}
-
 TEST(DesktopPrograms, TheFileManagerIsAskedForTheFilesAndMayTakeItsTime) {
-    if (!canHaveABus()) GTEST_SKIP() << "There is no dbus-run-session.";
+    if (::access("/usr/bin/dbus-run-session", X_OK) != 0) GTEST_SKIP() << "There is no dbus-run-session.";
     // The bus stays until the file manager, which the bus starts, was asked.
     const std::string stay =
         "\"$@\"; for i in $(seq 3000); do [ -s \"$OUT/run/asked\" ] && exit; sleep 0.01; done";
     const Words session = {"dbus-run-session", "--", "sh", "-c", stay, "sh"};
-    const std::string cases[][3] = {{"show", "ShowItems", "0"},
-                                    {"show", "ShowItems", "5000"},
-                                    {"properties", "ShowItemProperties", "0"},
-                                    {"properties", "ShowItemProperties", "5000"}};
+    const std::string cases[][3] = {{"show", "ShowItems", "5000"}, {"properties", "ShowItemProperties", "0"}};
+    User user;
+    user.installs("folders", "inode/directory;", "%f");
+    const std::string a = user.file("\xff a"), b = user.file("b\nc");
+    EXPECT_EQ(user.asks({"show", a}, {"dbus-run-session", "--"}), "true") << "with no file manager";
+    user.expectStarted(user.at("files"));
     for (const auto& [verb, method, answersAfterMs] : cases) {
-        User user;
-        user.installs("folders", "inode/directory;", "%f");
         fs::create_directories(user.at("data/dbus-1/services"));
         test::writeFile(user.at("data/dbus-1/services/manager.service"),
                         "[D-BUS Service]\nName=org.freedesktop.FileManager1\nExec=" +
                             fs::read_symlink("/proc/self/exe").string() + " --file-manager " +
                             user.at("run/asked") + " " + answersAfterMs + "\n");
-        const std::string a = user.file("\xff a"), b = user.file("b\nc");
+        fs::remove(user.at("run/asked"));
         const auto before = std::chrono::steady_clock::now();
         EXPECT_EQ(user.asks({verb, a, b}, session), "true");
         EXPECT_LT(std::chrono::steady_clock::now() - before, std::chrono::seconds(4));

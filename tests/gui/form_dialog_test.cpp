@@ -105,25 +105,19 @@ TEST_F(FormDialogTest, ValuesAreInTheControlsBeforeTheirRoutinesRunAndATextTakes
 }
 
 TEST_F(FormDialogTest, TheFormClosesWhenItIsNoLongerLoadedAndNotBefore) {
-    const std::tuple<Qt::Key, bool, const char*, bool> cases[] = {{Qt::Key_Return, false, "ok", false},
-                                                                  {Qt::Key_Return, true, "ok", true},
-                                                                  {Qt::Key_Escape, false, "cancel", false},
-                                                                  {Qt::Key_Escape, true, "cancel", true}};
-    for (const auto& [key, refuses, seen, visible] : cases) {
-        loaded_ = true;
-        refuses_ = refuses;
-        open();
-        QTest::keyClick(nth<QLineEdit>(0), key);
-        EXPECT_EQ(seen_, seen);
-        EXPECT_EQ(dialog_->isVisible(), visible);
-    }
-}
-
-TEST_F(FormDialogTest, AFormClosedByItsActivationIsNeverLeftOpen) {
+    for (const auto& [key, seen] : {std::pair(Qt::Key_Return, "ok"), std::pair(Qt::Key_Escape, "cancel")})
+        for (const bool refuses : {false, true}) {
+            loaded_ = true;
+            refuses_ = refuses;
+            open();
+            QTest::keyClick(nth<QLineEdit>(0), key);
+            EXPECT_EQ(seen_, seen);
+            EXPECT_EQ(dialog_->isVisible(), refuses);
+        }
     form_.activated = [this] { loaded_ = false; };
-    FormDialog dialog(form_, events_, nullptr);
-    dialog.run();
-    EXPECT_FALSE(dialog.isVisible());
+    FormDialog closedAtOnce(form_, events_, nullptr);
+    closedAtOnce.run();
+    EXPECT_FALSE(closedAtOnce.isVisible());
 }
 
 TEST_F(FormDialogTest, TextsStandAsTheyAreAndControlsHaveNames) {

@@ -3,18 +3,16 @@
 
 #include <gtest/gtest.h>
 
-#include <QApplication>
-#include <QHeaderView>
-#include <QTest>
 #include <stdexcept>
 
+#include "gui/gestures.h"
 #include "gui/recording_events.h"
-#include "platform/qt/grid_view.h"
 
 namespace hl {
 
 inline constexpr CellSpec kSpecs[] = {{"size", CellType::kSize}};
 using Log = std::vector<std::string>;
+using test::doubleClick;
 
 /// Writes down what the view tells.
 struct Told : test::RecordingEvents {
@@ -103,12 +101,6 @@ struct GridViewTest : testing::Test {
     void click(std::string_view text, Qt::KeyboardModifiers keys = {},
                Qt::MouseButton button = Qt::LeftButton) {
         QTest::mouseClick(view->viewport(), button, keys, at(text));
-    }
-    /// As a hand does it: the toolkit's own helper sends the second press alone.
-    static void doubleClick(QWidget* on, const QPoint& point) {
-        QTest::mouseClick(on, Qt::LeftButton, {}, point);
-        QTest::mouseDClick(on, Qt::LeftButton, {}, point);
-        QTest::mouseRelease(on, Qt::LeftButton, {}, point);
     }
     void key(int code, Qt::KeyboardModifiers keys = {}) { QTest::keyClick(view.get(), Qt::Key(code), keys); }
     /// In a first column with the usual indentation of its level.

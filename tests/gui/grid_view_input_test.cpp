@@ -130,7 +130,7 @@ TEST_F(GridViewTest, TreeKeysFoldAndMove) {
     }
 }
 
-TEST_F(GridViewTest, TheBranchMarkFoldsAndDoesNothingElse) {
+TEST_F(GridViewTest, TheBranchMarkFoldsAndADoubleClickElsewhereIsLeftToTheLogic) {
     showTree();
     QTest::mouseClick(view->viewport(), Qt::LeftButton, {}, branchOf("aa"));
     EXPECT_EQ(shown(), "a aa aaa ab b c ");
@@ -140,15 +140,10 @@ TEST_F(GridViewTest, TheBranchMarkFoldsAndDoesNothingElse) {
     // A row without children has none.
     QTest::mouseClick(view->viewport(), Qt::LeftButton, {}, branchOf("c"));
     EXPECT_EQ(picked(), "c @c");
-}
-
-TEST_F(GridViewTest, ADoubleClickElsewhereIsLeftToTheLogic) {
-    showTree();
     doubleClick(view->viewport(), at("b"));
-    EXPECT_EQ(takeLog(), (Log{"up b 1", "double"}));
-    EXPECT_EQ(shown(), "a aa ab b c ");
     doubleClick(view->viewport(), at("none"));
-    EXPECT_EQ(takeLog(), (Log{"up - 1", "up - 1"}));
+    EXPECT_EQ(takeLog(), (Log{"up c 1", "up b 1", "double", "up - 1", "up - 1"}));
+    EXPECT_EQ(shown(), "a aa aaa ab b c ");
 }
 
 TEST_F(GridViewTest, WhatIsPickedInAFoldedRowGoesToTheRow) {

@@ -26,11 +26,10 @@ TEST_F(GridViewTest, ManyChangesCostOneListOfRowsWithRedrawOnAndOff) {
         grid.setRedraw(true);
         QTest::qWait(0);
         EXPECT_EQ(view->rows().rebuilds(), before + 1);
+        grid.setPicture(grid.rowAt(5), 3);
+        QTest::qWait(0);
+        EXPECT_EQ(view->rows().rebuilds(), before + 1);
     }
-    const std::size_t before = view->rows().rebuilds();
-    for (int i = 0; i < 1000; ++i) grid.setPicture(grid.rowAt(5), i % 9);
-    QTest::qWait(0);
-    EXPECT_EQ(view->rows().rebuilds(), before);
 }
 
 TEST_F(GridViewTest, AColumnIsMeasuredByABoundedSampleAndByTheRootRows) {
@@ -51,7 +50,7 @@ TEST_F(GridViewTest, AColumnIsMeasuredByABoundedSampleAndByTheRootRows) {
     }
 }
 
-TEST_F(GridViewTest, TheTopRowStaysOnTopWhateverIsAddedAboveIt) {
+TEST_F(GridViewTest, TheTopRowStaysOnTopWhateverIsAddedAboveItButAtTheVeryTopTheFirstIsShown) {
     showRoots(500);
     const Row top = grid.rowAt(200);
     grid.setTopRow(top);
@@ -64,11 +63,7 @@ TEST_F(GridViewTest, TheTopRowStaysOnTopWhateverIsAddedAboveIt) {
     EXPECT_EQ(view->rowAt({50, 2}), top);
     grid.removeRow(top);
     EXPECT_EQ(told.name(view->rowAt({50, 2})), "r201");
-}
-
-TEST_F(GridViewTest, AtTheVeryTopTheFirstRowIsShownWhateverItIs) {
-    showRoots(500);
-    EXPECT_EQ(told.name(grid.topRow()), "r0");
+    view->verticalScrollBar()->setValue(0);
     grid.levelSort(0) = {.key = "", .numbers = false, .descending = true};
     grid.sortLevels(0);
     EXPECT_EQ(told.name(view->rowAt({50, 2})), "r99");
@@ -135,7 +130,7 @@ TEST_F(GridViewTest, ATitleClickNamesTheGridsColumnAlsoBehindAHiddenOne) {
     grid.changeColumn(1).visible = false;
     QTest::qWait(0);
     EXPECT_TRUE(view->isColumnHidden(1));
-    QWidget* titles = view->horizontalHeader()->viewport();
+    auto* titles = view->horizontalHeader()->viewport();
     const QPoint onFiles(view->horizontalHeader()->sectionViewportPosition(2) + 20, 5);
     QTest::mouseClick(titles, Qt::LeftButton, {}, onFiles);
     EXPECT_EQ(takeLog(), Log{"title 2"});
@@ -146,24 +141,15 @@ TEST_F(GridViewTest, ATitleClickNamesTheGridsColumnAlsoBehindAHiddenOne) {
 
 TEST_F(GridViewTest, ADragOfABorderIsToldOnceBeforeTheClickThatEndsIt) {
     showTree();
-    QWidget* titles = view->horizontalHeader()->viewport();
-    const QPoint from = border(0);
     const int before = view->columnWidth(0);
-    QTest::mousePress(titles, Qt::LeftButton, {}, from);
-    for (const int dx : {5, 12, 30}) {
-        // The titles look for the button in the event, which QTest's own moves lack.
-        QMouseEvent move(QEvent::MouseMove, from + QPoint(dx, 0), titles->mapToGlobal(from + QPoint(dx, 0)),
-                         Qt::NoButton, Qt::LeftButton, {});
-        QApplication::sendEvent(titles, &move);
-    }
-    QTest::mouseRelease(titles, Qt::LeftButton, {}, from + QPoint(30, 0));
+    test::dragBorder(*view, border(0), {5, 12, 30});
     EXPECT_EQ(takeLog(), (Log{"sizing", "title 0"}));
     EXPECT_EQ(grid.columns()[0].width, before + 30);
-    QTest::mouseClick(titles, Qt::LeftButton, {}, border(0));
+    QTest::mouseClick(view->horizontalHeader()->viewport(), Qt::LeftButton, {}, border(0));
     EXPECT_EQ(takeLog(), Log{});
 }
 
-TEST_F(GridViewTest, ADoubleClickOnABorderFitsTheColumn) {
+TEST_F(GridViewTest, ADoubleClickOnABorderFitsTheColumnAndBesideTheTitlesDoesNothing) {
     showTree();
     view->autosizeColumn(0, 96);
     const double fitting = grid.columns()[0].width;
@@ -172,29 +158,8 @@ TEST_F(GridViewTest, ADoubleClickOnABorderFitsTheColumn) {
     EXPECT_EQ(view->columnWidth(0), 333);
     doubleClick(view->horizontalHeader()->viewport(), border(0));
     EXPECT_EQ(grid.columns()[0].width, fitting);
+    doubleClick(view->horizontalHeader()->viewport(), {view->horizontalHeader()->length() + 20, 5});
     EXPECT_EQ(takeLog(), Log{});
-}
-
-TEST_F(GridViewTest, ADoubleClickBesideTheTitlesIsOnNone) {
-    addTree();
-    show();
-    const auto* titles = view->horizontalHeader();
-    doubleClick(titles->viewport(), {titles->length() + 20, 5});
-    EXPECT_EQ(takeLog(), Log{});
-}
-
-TEST_F(GridViewTest, TheHeightFollowsRowsAndFontAlsoWhileRedrawIsOff) {
-    show();
-    const int empty = view->heightOfRows();
-    grid.setRedraw(false);
-    addRoots(3);
-    const int three = view->heightOfRows();
-    grid.setRedraw(true);
-    EXPECT_GT(three, empty);
-    EXPECT_EQ(view->heightOfRows(), three);
-    view->setGridFont({.name = "no such font", .points = 30});
-    EXPECT_GT(view->heightOfRows(), three * 2);
-    EXPECT_EQ(view->gridFont().name, "no such font");
 }
 
 TEST(GridColors, TextCanBeReadOnEveryShadeInALightAndADarkPalette) {
@@ -211,7 +176,6 @@ TEST(GridColors, TextCanBeReadOnEveryShadeInALightAndADarkPalette) {
         for (const QColor bar : {QColor(0, 0, 255), QColor(91, 150, 60), QColor(Qt::yellow)})
             EXPECT_GE(contrast(readableTint(bar, base, text, 110), text), 4.5);
     }
-    EXPECT_EQ(tintTowards(QColor(0, 0, 255), Qt::white, 140), QColor(140, 140, 255));
     EXPECT_EQ(readableOn(QColor(Qt::yellow), QColor(Qt::white)), QColor(Qt::black));
 }
 

@@ -51,15 +51,16 @@ class KeyboardTest : public test::WindowBars {
     }
     /// Chooses every line of a menu that opens with Down, one after another.
     void chooseAllBelow(QToolButton& button) {
-        int usable = 0;
-        for (const QAction* action : button.menu()->actions())
-            usable += action->isEnabled() && !action->isSeparator();
-        for (int line = 0; line < usable; ++line) {
+        const auto unusable = [](const QAction* action) {
+            return !action->isEnabled() || action->isSeparator();
+        };
+        auto lines = button.menu()->actions();
+        lines.removeIf(unusable);
+        for (int line = 0; line < lines.size(); ++line)
             inMenu([line](QMenu& menu) {
                 for (int i = 0; i <= line; ++i) QTest::keyClick(&menu, Qt::Key_Down);
                 QTest::keyClick(&menu, Qt::Key_Return);
             });
-        }
     }
     /// What stands in a menu and can be chosen, in the menus below it too, as if it had been.
     void offered(const QString& barName, const QMenu& menu) {
@@ -89,12 +90,6 @@ class KeyboardTest : public test::WindowBars {
         }
         FAIL() << "Tab does not come back";
     }
-    Commands told() const {
-        Commands commands;
-        for (const std::string& each : events.told)
-            if (each.starts_with("execute")) commands.insert(each);
-        return commands;
-    }
     static std::string command(const CommandBar& bar, const BarEntry& entry) {
         return "execute " + std::to_string(static_cast<int>(bar.id())) + " " + std::to_string(entry.id);
     }
@@ -114,7 +109,7 @@ class KeyboardTest : public test::WindowBars {
     }
     void expectAllReached() {
         pressAllWithKeys();
-        const Commands done = told();
+        const Commands done(events.told.begin(), events.told.end());
         EXPECT_GT(wanted().size(), 50U);
         for (const std::string& one : wanted()) EXPECT_TRUE(done.contains(one)) << one;
     }

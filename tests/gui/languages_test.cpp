@@ -5,11 +5,10 @@
 #include <QPlainTextEdit>
 #include <QRadioButton>
 #include <QScrollBar>
-#include <QStyleOptionComboBox>
-#include <QTextDocumentFragment>
 #include <QToolButton>
 
 #include "app/language.h"
+#include "base/text.h"
 #include "gui/window_fixture.h"
 #include "platform/qt/tool_bar.h"
 
@@ -45,56 +44,17 @@ void addControls(const QWidget& box, std::vector<const QWidget*>& controls) {
     }
 }
 
-/// Room for a text in the font of the control that shows it, with the icon or indicator beside it.
-QSize needed(const QAbstractButton& button) {
-    const QStyle& style = *button.style();
-    const auto* tool = dynamic_cast<const QToolButton*>(&button);
-    const auto look = tool == nullptr ? Qt::ToolButtonTextOnly : tool->toolButtonStyle();
-    const int text = look == Qt::ToolButtonIconOnly
-                         ? 0
-                         : button.fontMetrics().size(Qt::TextShowMnemonic, button.text()).width();
-    int beside = 0;
-    if (dynamic_cast<const QRadioButton*>(&button))
-        beside = style.pixelMetric(QStyle::PM_ExclusiveIndicatorWidth) +
-                 style.pixelMetric(QStyle::PM_RadioButtonLabelSpacing);
-    if (dynamic_cast<const QCheckBox*>(&button))
-        beside =
-            style.pixelMetric(QStyle::PM_IndicatorWidth) + style.pixelMetric(QStyle::PM_CheckBoxLabelSpacing);
-    if (look == Qt::ToolButtonTextBesideIcon) beside = button.iconSize().width();
-    if (tool != nullptr && tool->menu() != nullptr && tool->popupMode() == QToolButton::MenuButtonPopup)
-        beside += style.pixelMetric(QStyle::PM_MenuButtonIndicator, nullptr, tool);
-    const int line = text > 0 ? button.fontMetrics().height() : 0;
-    const bool stacked = look == Qt::ToolButtonTextUnderIcon && !button.icon().isNull();
-    return {text + beside, line + (stacked ? button.iconSize().height() : 0)};
-}
-
-QSize needed(const QLabel& label) {
-    const QString text = label.textFormat() == Qt::RichText
-                             ? QTextDocumentFragment::fromHtml(label.text()).toPlainText()
-                             : label.text();
-    const int flags = label.wordWrap() ? static_cast<int>(Qt::TextWordWrap) : 0;
-    return label.fontMetrics().boundingRect(QRect(0, 0, label.width(), QWIDGETSIZE_MAX), flags, text).size();
-}
-
-QSize needed(const QComboBox& combo) {
-    QStyleOptionComboBox option;
-    option.initFrom(&combo);
-    const QRect field =
-        combo.style()->subControlRect(QStyle::CC_ComboBox, &option, QStyle::SC_ComboBoxEditField, &combo);
-    int widest = 0;
-    for (int i = 0; i < combo.count(); ++i)
-        widest = std::max(widest, combo.fontMetrics().horizontalAdvance(combo.itemText(i)));
-    return {combo.width() - field.width() + widest, combo.fontMetrics().height()};
-}
-
+/// Room for all of its text, as the toolkit measures it: apart from the layout that gave it its place.
 QSize needed(const QWidget& widget) {
-    if (const auto* button = dynamic_cast<const QAbstractButton*>(&widget)) return needed(*button);
-    if (const auto* label = dynamic_cast<const QLabel*>(&widget)) return needed(*label);
+    const auto* label = dynamic_cast<const QLabel*>(&widget);
+    if (label != nullptr && label->wordWrap()) return {0, label->heightForWidth(label->width())};
+    if (const auto* edit = dynamic_cast<const QLineEdit*>(&widget))
+        return {edit->fontMetrics().horizontalAdvance(edit->placeholderText()), edit->fontMetrics().height()};
     const auto* combo = dynamic_cast<const QComboBox*>(&widget);
-    if (combo != nullptr && !combo->isEditable()) return needed(*combo);
-    const auto* edit = dynamic_cast<const QLineEdit*>(&widget);
-    const QString hint = edit == nullptr ? QString() : edit->placeholderText();
-    return {widget.fontMetrics().horizontalAdvance(hint), widget.fontMetrics().height()};
+    if (combo != nullptr && !combo->isEditable()) return combo->sizeHint();
+    const auto* tool = dynamic_cast<const QToolButton*>(&widget);
+    if (tool != nullptr && tool->toolButtonStyle() == Qt::ToolButtonIconOnly) return {};
+    return dynamic_cast<const QAbstractButton*>(&widget) ? widget.sizeHint() : widget.minimumSizeHint();
 }
 
 std::string textOf(const QWidget& widget) {
@@ -139,8 +99,7 @@ class LanguagesTest : public test::WindowTest, public testing::WithParamInterfac
     static std::string stored() { return "Lang=" + std::to_string(GetParam().id) + "\r\n"; }
     /// The home that the session reads its language from.
     std::string homeOfLanguage() const {
-        test::writeFile(
-            ini(), "[Allgemein]\r\n" + stored() + "[Form]\r\nWidth=21000\r\nHeight=13500\r\nTVW=12000\r\n");
+        test::writeFile(ini(), replaceAll(test::contentOf(ini()), "Lang=7\r\n", stored()));
         return home.path();
     }
 
@@ -191,11 +150,8 @@ TEST_P(LanguagesTest, NoDialogCutsATextOff) {
     lookAt("frmFehler", 9, [&] { s.scan(at("src")); });
 }
 
-TEST_P(LanguagesTest, TheToolkitIsToldTheLanguageForItsOwnDialogs) {
+TEST_P(LanguagesTest, TheTextsAboutTheProgramNeedNoScrollingAndTheToolkitIsToldTheLanguage) {
     EXPECT_EQ(s.form().parts().language, GetParam().code);
-}
-
-TEST_P(LanguagesTest, TheTextsAboutTheProgramNeedNoScrolling) {
     s.answers.add([](QDialog& dialog) {
         for (auto* leaf : dialog.findChildren<QRadioButton*>()) {
             leaf->click();

@@ -3,7 +3,6 @@
 #pragma once
 
 #include <QComboBox>
-#include <QScrollBar>
 #include <algorithm>
 
 #include "base/text.h"
@@ -42,9 +41,10 @@ class ListSession : public Session {
         frame().resize(1400, 900);
         settle();
     }
-    void press(const ListInfo& list, int entry) {
-        click((std::string(list.bar) + "." + std::to_string(entry)).c_str());
+    static std::string entryOf(const ListInfo& list, int entry) {
+        return std::string(list.bar) + "." + std::to_string(entry);
     }
+    void press(const ListInfo& list, int entry) { click(entryOf(list, entry).c_str()); }
     /// Shows it, and nothing beside it.
     GridView& open(const ListInfo& list) {
         if (!window().grid(list.id).isVisible()) click(("cbrMain." + std::to_string(list.panel)).c_str());
@@ -53,11 +53,10 @@ class ListSession : public Session {
         return window().grid(list.id);
     }
     void typeIn(const ListInfo& list, int entry, const std::string& text, Qt::Key end = Qt::Key_Return) {
-        type((std::string(list.bar) + "." + std::to_string(entry)).c_str(), text, end);
+        type(entryOf(list, entry).c_str(), text, end);
     }
     QLineEdit& edit(const ListInfo& list, int entry) {
-        return *frame().findChild<QLineEdit*>(QLatin1String(list.bar) + QLatin1Char('.') +
-                                              QString::number(entry));
+        return *frame().findChild<QLineEdit*>(QString::fromStdString(entryOf(list, entry)));
     }
     std::string secondPanel() {
         return frame().findChild<QWidget*>(QStringLiteral("panel2"))->accessibleName().toStdString();
@@ -72,16 +71,6 @@ class ListSession : public Session {
     /// Folder and name.
     static std::string path(const Grid& grid, Row row) {
         return std::string(grid.cellText(row, kFilePath)).append(grid.text(row));
-    }
-    static QPoint title(GridView& view, int column) {
-        const QHeaderView& header = *view.horizontalHeader();
-        view.horizontalScrollBar()->setValue(header.sectionPosition(column));
-        return {header.sectionViewportPosition(column) + header.sectionSize(column) / 2, 5};
-    }
-    static void clickTitleOf(GridView& view, int column) {
-        const QPoint at = title(view, column);
-        QTest::mouseClick(view.horizontalHeader()->viewport(), Qt::LeftButton, {}, at);
-        settle();
     }
     /// Upwards.
     static void sortByName(GridView& view) {
@@ -98,10 +87,7 @@ class ListSession : public Session {
         settle();
     }
     static void doubleClickOn(GridView& view, std::size_t index) {
-        const QPoint at = place(view, index);
-        QTest::mouseClick(view.viewport(), Qt::LeftButton, {}, at);
-        QTest::mouseDClick(view.viewport(), Qt::LeftButton, {}, at);
-        QTest::mouseRelease(view.viewport(), Qt::LeftButton, {}, at);
+        doubleClick(view.viewport(), place(view, index));
     }
     /// In the format of that letter.
     std::string saved(const ListInfo& list, Qt::Key format, const std::string& target) {

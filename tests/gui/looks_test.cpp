@@ -3,7 +3,7 @@
 #include <QScrollBar>
 
 #include "base/scope_exit.h"
-#include "grid_view_fixture.h"
+#include "gui/grid_view_fixture.h"
 #include "platform/qt/grid_colors.h"
 #include "platform/qt/splitter_widget.h"
 
@@ -21,6 +21,7 @@ struct LooksTest : GridViewTest {
     std::string text = " ";
 
     void showList(int width, int height) {
+        view.reset();
         view = std::make_unique<GridView>(
             grid, GridId::kDrives, false, [this](GridId, std::size_t, Row) { return text; }, told);
         view->resize(width, height);
@@ -69,17 +70,22 @@ TEST_F(LooksTest, LongPathLeavesRoomForTheOtherColumnsOfAList) {
     EXPECT_GT(view->columnWidth(1), 600) << "a number is never cut";
 }
 
-TEST_F(LooksTest, HeightOfRowsShowsAllOfThemWithAndWithoutABarBelow) {
-    addRoots(5);
+TEST_F(LooksTest, HeightOfRowsShowsAllOfThemInAnyFontWithAndWithoutABarBelow) {
     for (const int width : {300, 1200}) {
         showList(width, 400);
+        grid.setRedraw(false);
+        addRoots(5);
+        const int height = view->heightOfRows();
+        grid.setRedraw(true);
+        EXPECT_EQ(view->heightOfRows(), height);
+        view->setGridFont({.name = "no such font", .points = width == 300 ? 30.0 : 9.0});
         for (std::size_t column = 0; column < 3; ++column) grid.changeColumn(column).width = 200;
         view->sync();
         view->resize(width, view->heightOfRows());
         QTest::qWait(0);
         EXPECT_EQ(view->horizontalScrollBar()->isVisible(), width == 300);
         EXPECT_EQ(view->verticalScrollBar()->maximum(), 0) << width;
-        EXPECT_GE(view->viewport()->height(), view->rowRect(4).bottom()) << width;
+        EXPECT_GE(view->viewport()->height(), view->rowRect(grid.rowCount() - 1).bottom()) << width;
     }
 }
 

@@ -1,60 +1,39 @@
 // The preview in the window: it follows the selection of the list.
-
-#include <QLabel>
-
+#include "gui/lists_fixture.h"
 #include "platform/linux/preview_tools.h"
 #include "platform/qt/preview_area.h"
 #include "platform/qt/preview_texts.h"
-#include "window_fixture.h"
 
 namespace hl::test {
 namespace {
 
-const std::string kPrograms = std::filesystem::path(HARBORLANTERN_PROGRAM).parent_path().string();
-
-struct PreviewWindowTest : WindowTest {
-    std::optional<LinuxPreviewTools> tools;
-};
-
-TEST_F(PreviewWindowTest, FollowsTheSelectionOfTheListAndGoesWithIt) {
-    setSettings("[Optionen]\r\nFilelistVisible=1\r\nDiskinfoVisible=0\r\n");
-    writeFile(tree.path() + "/a.txt", "first");
-    writeFile(tree.path() + "/b\xFF.txt", "second");
-    writeFile(tree.path() + "/c.xyz", "third");
-    ASSERT_EQ(mkfifo((tree.path() + "/pipe.txt").c_str(), 0600), 0);
-    tools.emplace(kPrograms, "", tree.path());
-    Session session(home.path());
-    session.form().parts().preview.tools = &*tools;
-    session.start();
-    session.form()
-        .parts()
-        .splitters[static_cast<std::size_t>(SplitterId::kFilesAndPreview)]
-        ->setControl2Visible(true);
-    auto* area = dynamic_cast<PreviewArea*>(session.frame().findChild<QWidget*>(QStringLiteral("preview")));
-    ASSERT_NE(area, nullptr);
-    session.settle();
-    ASSERT_TRUE(area->isVisible());
-    EXPECT_EQ(area->viewer(), nullptr);
-    session.scan(tree.path());
-    Grid& list = *session.form().parts().grids[static_cast<std::size_t>(GridId::kFiles)];
-    ScanHost& form = session.form();
-    form.showFilesOf(tree.path() + "/");
-    const auto select = [&](const std::string& name) {
-        list.selectNone();
-        for (std::size_t i = 0; i < list.rowCount(); ++i)
-            if (list.text(list.rowAt(i)) == name) list.setSelected(list.rowAt(i), true);
-        form.refreshPreview();
+TEST_F(ListsTest, ThePreviewFollowsTheSelectionAndGoesWithIt) {
+    folder("src");
+    for (const char* name : {"a.txt", "b\xFF.txt", "c.xyz"}) writeFile(at("src/") + name, name);
+    LinuxPreviewTools tools(std::filesystem::path(HARBORLANTERN_PROGRAM).parent_path().string(), "",
+                            at("src"));
+    ListSession s(home.path());
+    s.form().parts().preview.tools = &tools;
+    s.start();
+    s.scan(at("src"));
+    GridView& list = s.open(kFileList);
+    s.sortByName(list);
+    s.press(kFileList, 318);
+    auto* area = dynamic_cast<PreviewArea*>(s.frame().findChild<QWidget*>(QStringLiteral("preview")));
+    ASSERT_TRUE(area != nullptr && area->isVisible());
+    const auto shown = [&] {
         auto* view = dynamic_cast<TextView*>(area->viewer());
         return view != nullptr ? view->toPlainText().toStdString() : "nothing";
     };
-    EXPECT_EQ(select("a.txt"), "first");
-    EXPECT_EQ(select("b\xFF.txt"), "second");
-    EXPECT_EQ(select("c.xyz"), " - Unbekanntes Dateiformat - \n");
-    EXPECT_NE(select("pipe.txt").find("/pipe.txt' ist keine gewöhnliche Datei."), std::string::npos);
-    EXPECT_EQ(select(""), "nothing");
-    std::filesystem::remove(tree.path() + "/a.txt");
-    const std::string shown = select("a.txt");
-    EXPECT_NE(shown.find("/a.txt' kann nicht angezeigt werden!"), std::string::npos) << shown;
+    const auto click = [&](std::size_t row) { return s.clickOn(list, row), shown(); };
+    EXPECT_EQ(shown(), "nothing");
+    EXPECT_EQ(click(0), "a.txt");
+    EXPECT_EQ(click(1), "b\u00FF.txt") << "as a Latin text";
+    EXPECT_EQ(click(2), " - Unbekanntes Dateiformat - \n");
+    QTest::mouseClick(list.viewport(), Qt::LeftButton, {}, {20, list.viewport()->height() - 3});
+    EXPECT_EQ(shown(), "nothing");
+    std::filesystem::remove(at("src/a.txt"));
+    EXPECT_NE(click(0).find("/a.txt' kann nicht angezeigt werden!"), std::string::npos) << shown();
 }
 
 }  // namespace

@@ -13,17 +13,13 @@ class RecordingEvents : public WindowEvents {
   public:
     /// "execute 0 7" and the like, in order.
     std::vector<std::string> told;
-    std::vector<std::string> left;  ///< Boxes that lost the focus: "0 29".
     std::function<void(BarId, int)> onExecute;
-    bool mayUnload = true;
+    std::function<void(BarId)> onBarResized = [](BarId) {};
 
-    void formLoad(Window&, MessagePump&) override { told.push_back("formLoad"); }
-    void formActivate() override { told.push_back("formActivate"); }
-    bool formQueryUnload() override {
-        told.push_back("formQueryUnload");
-        return mayUnload;
-    }
-    void formUnload() override { told.push_back("formUnload"); }
+    void formLoad(Window&, MessagePump&) override {}
+    void formActivate() override {}
+    bool formQueryUnload() override { return true; }
+    void formUnload() override {}
     void formResize() override {}
     void formKeyUp(int key) override { told.push_back("formKeyUp " + std::to_string(key)); }
     void execute(BarId bar, int id) override {
@@ -36,11 +32,11 @@ class RecordingEvents : public WindowEvents {
     void editKeyDown(BarId bar, int id, int key) override {
         told.push_back("editKeyDown " + number(bar) + " " + std::to_string(id) + " " + std::to_string(key));
     }
-    void editLeft(BarId bar, int id) override { left.push_back(number(bar) + " " + std::to_string(id)); }
-    void barResized(BarId) override { ++resized; }
-    void comboText(const std::string& text) override { told.push_back("comboText " + text); }
-    void comboSelected(int index) override { told.push_back("comboSelected " + std::to_string(index)); }
-    void comboKeyDown(int key) override { told.push_back("comboKeyDown " + std::to_string(key)); }
+    void editLeft(BarId, int) override {}
+    void barResized(BarId bar) override { ++resized, onBarResized(bar); }
+    void comboText(const std::string&) override {}
+    void comboSelected(int) override {}
+    void comboKeyDown(int) override {}
     void gridMouseUp(GridId, Row, MouseButton, bool, Point) override {}
     void gridDoubleClick(GridId) override {}
     void gridKeyUp(GridId, int) override {}

@@ -29,6 +29,7 @@ class WindowBars : public testing::Test, private PaneHost {
             PaneParts{bars.all(), report, options, state, kPosixPaths, status, *this, texts.diagnostics});
         fillParts();
         window = std::make_unique<MainWindow>(parts, events);
+        events.onBarResized = [this](BarId bar) { panes->cbrResize(bar); };
         panes->ShowFirstList();
         panes->Change_Info_Visibility();
         panes->placeSplitters(500);
@@ -43,7 +44,6 @@ class WindowBars : public testing::Test, private PaneHost {
         window->show();
         window->frame().activateWindow();
         ASSERT_TRUE(QTest::qWaitForWindowActive(&window->frame()));
-        for (std::size_t i = 1; i < kBarCount; ++i) panes->cbrResize(static_cast<BarId>(i));
         QApplication::processEvents();
     }
 

@@ -8,10 +8,10 @@
 #include <QAbstractButton>
 #include <QApplication>
 #include <QDialog>
-#include <QHeaderView>
 #include <QLineEdit>
 #include <QMenu>
 #include <QPointer>
+#include <QScrollBar>
 #include <QTest>
 #include <QTimer>
 #include <deque>
@@ -19,6 +19,7 @@
 
 #include "app/log.h"
 #include "app/settings.h"
+#include "gui/gestures.h"
 #include "mainwindow/error_form.h"
 #include "mainwindow/window_form.h"
 #include "platform/headless/headless.h"
@@ -129,15 +130,9 @@ class RecordingDesktop final : public Desktop {
         return {{"editor.desktop", "Editor"}};
     }
     std::vector<DesktopProgram> allPrograms() override { return programs; }
-    bool openWith(const std::string& id, const std::vector<std::string>& paths) override {
-        opened.push_back(id + " " + paths.front());
-        return true;
-    }
+    bool openWith(const std::string&, const std::vector<std::string>&) override { return true; }
     bool runsWhenOpened(const std::string&) override { return runs; }
-    bool showInFolder(const std::vector<std::string>& paths) override {
-        opened.push_back("show " + paths.front());
-        return true;
-    }
+    bool showInFolder(const std::vector<std::string>&) override { return true; }
     bool showProperties(const std::vector<std::string>&) override { return false; }
     void copyFiles(const std::vector<std::string>&) override {}
 };
@@ -207,9 +202,8 @@ inline void clickEntry(QWidget& frame, const QString& name) {
 class Logic : private ErrorSink, private MessagePump {
   public:
     explicit Logic(const std::string& home) : home_(home) {
-        writeFile(machine_.path() + "/mountinfo", "21 1 0:2 / / rw - overlay overlay rw\n");
         std::filesystem::create_directories(machine_.path() + "/proc/self");
-        std::filesystem::rename(machine_.path() + "/mountinfo", machine_.path() + "/proc/self/mountinfo");
+        writeFile(machine_.path() + "/proc/self/mountinfo", "21 1 0:2 / / rw - overlay overlay rw\n");
         texts_.Init_Sprache("", "", true);
         form_.emplace(FormServices{settings_, texts_, log_, files_, fileSystem, *this, console_, facts_,
                                    diagnostics_, kPosixPaths, numbers_},
@@ -227,7 +221,6 @@ class Logic : private ErrorSink, private MessagePump {
 
     WindowForm& form() { return *form_; }
     MessagePump& pump() { return *this; }
-    LinuxDrives& drives() { return drives_; }
     RecordingDesktop desktop;
     PausingOperations& operations() { return operations_; }
     std::string userHome() const { return machine_.path() + "/home/user"; }
@@ -343,12 +336,18 @@ class Session : public Logic {
         key(*widget, end);
     }
     void scan(const std::string& folder) { type("cboOrdner", folder, Qt::Key_Return); }
-    void clickTitle(int column) {
-        const auto* header = view().horizontalHeader();
-        const QPoint at(header->sectionViewportPosition(column) + header->sectionSize(column) / 2, 5);
-        QTest::mouseClick(header->viewport(), Qt::LeftButton, {}, at);
+    /// In the title row, where the column shows.
+    static QPoint title(GridView& view, int column) {
+        const QHeaderView& header = *view.horizontalHeader();
+        view.horizontalScrollBar()->setValue(header.sectionPosition(column));
+        return {header.sectionViewportPosition(column) + header.sectionSize(column) / 2, 5};
+    }
+    static void clickTitleOf(GridView& view, int column) {
+        const QPoint at = title(view, column);
+        QTest::mouseClick(view.horizontalHeader()->viewport(), Qt::LeftButton, {}, at);
         settle();
     }
+    void clickTitle(int column) { clickTitleOf(view(), column); }
     void clickRow(const std::string& name) {
         view().sync();
         const auto index = view().rows().find(row(name));
