@@ -113,7 +113,7 @@ constexpr EntryRow kListUnits[] = {
 
 constexpr EntryRow kListSearch[] = {
     {307, kEdit, kSearch, {}, -1, kGroup},
-    {308, kButton, kStartSearch, {}, kIconSearch},
+    {308, kButton, kStartSearch, {}, kIconSearch, kSame, "F"},
 };
 
 constexpr EntryRow kFilesRows[] = {

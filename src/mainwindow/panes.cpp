@@ -297,10 +297,13 @@ void Panes::cbrResize(BarId id) {
     running = true;
     const ScopeExit done([&] { running = false; });
     guarded(parts_.diagnostics, found->resize, kModul, [&] {
-        const int height = parts_.host.barHeight(id);
+        const int height = parts_.host.barHeight(id), before = holder.Position();
         holder.setMinimumSize(1, height);
         holder.setMaximumSize(1, height);
         holder.Resize();
+        // A bar with one row more would take it from the few rows that the drives have.
+        cSplitter& splInfo = splitter(SplitterId::kInfo);
+        if (id == BarId::kDrives) splInfo.setPosition(splInfo.Position() + holder.Position() - before);
     });
 }
 
