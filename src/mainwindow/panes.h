@@ -112,6 +112,7 @@ class Panes {
     void cbrResize(BarId bar);
     /// Status panel and bars follow the width of the report. A window that became narrower keeps both sides
     /// in sight.
+    int fittedHeight(BarId bar, const cSplitter& holder);
     void splMain_AfterResize();
     /// Bars follow their panes, and rows that came into sight get their icons.
     void splInfo_AfterResize();
@@ -145,6 +146,9 @@ class Panes {
     PaneParts parts_;
     std::array<cSplitter, kSplitterCount> splitters_;
     std::array<bool, kBarCount> barResizes_{};
+    std::array<int, kBarCount> wrappedHeights_{};  ///< With all rows; as last measured.
+    int rest_ = 0;                                 ///< Width beside the report.
+    bool narrowRest_ = false;
     bool infoResizes_ = false;
     bool halveWhenKnown_ = false;
 };

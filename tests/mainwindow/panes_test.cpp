@@ -268,6 +268,15 @@ TEST_F(Panel, TooNarrowClipsItsBar) {
     }
 }
 
+TEST_F(Panel, TooLowClipsTheBarOfItsListAndHigherAgainNot) {
+    barHeights[BarId::kTop] = 120;
+    change({33, 307});
+    for (const auto& [height, clips] : {std::pair{500, false}, {200, true}, {190, true}, {230, false}}) {
+        show(800, height);
+        EXPECT_EQ(bar(BarId::kTop).clips(), clips) << height;
+    }
+}
+
 TEST_F(Panel, BesideTheReportStaysInSightInANarrowWindow) {
     show(800, 500);
     splitter(SplitterId::kMain).setPosition(600);
