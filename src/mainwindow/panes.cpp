@@ -305,9 +305,15 @@ void Panes::cbrResize(BarId id) {
         holder.setMaximumSize(1, height);
         holder.Resize();
         // A bar with one row more would take it from the few rows that the drives have.
-        cSplitter& splInfo = splitter(SplitterId::kInfo);
-        if (id == BarId::kDrives) splInfo.setPosition(splInfo.Position() + holder.Position() - before);
+        if (id == BarId::kDrives && holder.Position() != before) parts_.host.Drives_ResizeTableHeight();
     });
+}
+
+void Panes::measureListBars() {
+    for (const ListPane& list : kLists) {
+        bar(list.bar).setClips(narrowRest_);
+        cbrResize(list.bar);
+    }
 }
 
 // Where a bar of several rows would leave its list none, it has one row and the rest behind a button.

@@ -110,6 +110,8 @@ class Panes {
     /// cbrReport_Resize and its five siblings, by bar: the bar's pane becomes exactly as high as the bar.
     /// Ignored for cbrMain, for a bar whose pane does not show, and while it runs for the same bar.
     void cbrResize(BarId bar);
+    /// The bars of the lists look otherwise: what clips because its pane is low may fit again.
+    void measureListBars();
     /// Status panel and bars follow the width of the report. A window that became narrower keeps both sides
     /// in sight.
     int fittedHeight(BarId bar, const cSplitter& holder);

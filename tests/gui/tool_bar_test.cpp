@@ -185,6 +185,12 @@ TEST(BarFlow, NothingOverlapsAndAWrappedRowBeginsWithoutASeparator) {
         }
 }
 
+TEST(BarFlow, ARowThatHasRoomForNothingKeepsItsButton) {
+    const Flow flow = flowOf({{.size = {150, 20}, .smallest = 150}}, 60, {.clips = true});
+    EXPECT_TRUE(flow.places[0].isNull());
+    EXPECT_EQ(flow.extension.height(), 20);
+}
+
 TEST(Keys, AFunctionKeyStandsAloneAndOthersGoWithCtrl) {
     const std::pair<int, const char*> cases[] = {{'N', "Ctrl+N"},  {'1', "Ctrl+1"}, {112, "F1"}, {122, "F11"},
                                                  {46, "Ctrl+Del"}, {0, ""},         {7, ""}};

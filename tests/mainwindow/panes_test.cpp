@@ -275,6 +275,10 @@ TEST_F(Panel, TooLowClipsTheBarOfItsListAndHigherAgainNot) {
         show(800, height);
         EXPECT_EQ(bar(BarId::kTop).clips(), clips) << height;
     }
+    show(800, 200);
+    barHeights[BarId::kTop] = 40;
+    panes->measureListBars();
+    EXPECT_FALSE(bar(BarId::kTop).clips()) << "with smaller icons";
 }
 
 TEST_F(Panel, BesideTheReportStaysInSightInANarrowWindow) {
