@@ -25,7 +25,7 @@ namespace hl {
 namespace {
 
 constexpr int kSmallIcon = 16, kLargeIcon = 32;
-constexpr int kLabelSmallest = 150, kLabelClipped = 40;
+constexpr int kLabelSmallest = 150;
 constexpr int kEditWidth = 150, kEditSmallest = 70;
 constexpr int kCustomWidth = 260, kCustomSmallest = 120;
 
@@ -280,7 +280,7 @@ void ToolBar::addPlace(const BarEntry& entry, const Part& part, std::vector<Flow
     if (entry.kind == EntryKind::kLabel) {
         // In the one row of a bar that clips, the buttons behind it say more than the end of a long label.
         if (bar_.clips()) item.size.setWidth(std::min(item.size.width(), kLabelSmallest));
-        item.smallest = std::min(item.smallest, bar_.clips() ? kLabelClipped : kLabelSmallest);
+        item.smallest = std::min(item.smallest, kLabelSmallest);
     }
     if (entry.kind == EntryKind::kCustom) {
         item.size.setWidth(kCustomWidth);
