@@ -113,7 +113,7 @@ constexpr EntryRow kListUnits[] = {
 
 constexpr EntryRow kListSearch[] = {
     {307, kEdit, kSearch, {}, -1, kGroup},
-    {308, kButton, kStartSearch, {}, kIconSearch},
+    {308, kButton, kStartSearch, {}, kIconSearch, kSame, "F"},
 };
 
 constexpr EntryRow kFilesRows[] = {
@@ -185,7 +185,7 @@ constexpr EntryRow kHardlinksRows[] = {
 constexpr EntryRow kHardlinksColumns[] = {
     {310, kButton, TL(9109, "ID"), TL(9302, "Spalte 'ID'"), -1, kGroup},
     {311, kButton, TL(3740, "Hardlinks"), TL(9303, "Spalte 'Hardlinks'")},
-    {312, kButton, TL(3625, "Ordner"), TL(9296, "Spalte 'Pfad'")},
+    {312, kButton, TL(3625, "Ordner"), TL(9304, "Spalte 'Ordner'")},
     {313, kButton, kSize, kColumnSize},
     {314, kButton, kExtension, kColumnExtension},
     {315, kButton, kType, kColumnType},

@@ -1,6 +1,7 @@
 #include "mainwindow/panes.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "base/scope_exit.h"
 #include "mainwindow/window_geometry.h"
@@ -21,6 +22,7 @@ constexpr int kPanels[] = {kPanelReport, kPanelDrives,    kPanelFiles,
 // report narrower than the second, cbrReport is.
 constexpr int kNarrowRest = 3500;
 constexpr int kNarrowReport = 2000;
+constexpr int kLeastList = 96;  // Pixels below the bar of a list: its titles and a few rows.
 
 PaneRef pane(SplitterId id) {
     return {PaneRef::Kind::kSplitter, static_cast<int>(id)};
@@ -297,11 +299,33 @@ void Panes::cbrResize(BarId id) {
     running = true;
     const ScopeExit done([&] { running = false; });
     guarded(parts_.diagnostics, found->resize, kModul, [&] {
-        const int height = parts_.host.barHeight(id);
+        const int before = holder.Position();
+        const int height = fittedHeight(id, holder);
         holder.setMinimumSize(1, height);
         holder.setMaximumSize(1, height);
         holder.Resize();
+        // A bar with one row more would take it from the few rows that the drives have.
+        if (id == BarId::kDrives && holder.Position() != before) parts_.host.Drives_ResizeTableHeight();
     });
+}
+
+void Panes::measureListBars() {
+    for (const ListPane& list : kLists) {
+        bar(list.bar).setClips(narrowRest_);
+        cbrResize(list.bar);
+    }
+}
+
+// Where a bar of several rows would leave its list none, it has one row and the rest behind a button.
+int Panes::fittedHeight(BarId id, const cSplitter& holder) {
+    const int height = parts_.host.barHeight(id);
+    if (&holder != &splitter(SplitterId::kFiles)) return height;
+    int& wrapped = wrappedHeights_[static_cast<std::size_t>(id)];
+    if (!bar(id).clips()) wrapped = height;
+    const bool low = holder.total() > 0 && holder.total() - wrapped < kLeastList;
+    if (bar(id).clips() == (low || narrowRest_)) return height;
+    bar(id).setClips(!bar(id).clips());
+    return parts_.host.barHeight(id);
 }
 
 void Panes::splMain_AfterResize() {
@@ -313,9 +337,12 @@ void Panes::splMain_AfterResize() {
         parts_.status.firstWidth = report;
         parts_.host.statusChanged();
         const int rest = parts_.host.formWidth() - report;
+        narrowRest_ = rest * kTwipsPerPixel < kNarrowRest;
+        // With another width, what a low pane clips is measured anew.
+        const bool sameWidth = std::exchange(rest_, rest) == rest;
         for (const BarId beside :
              {BarId::kDrives, BarId::kFiles, BarId::kTop, BarId::kHardlinks, BarId::kJunctions})
-            bar(beside).setClips(rest * kTwipsPerPixel < kNarrowRest);
+            bar(beside).setClips(narrowRest_ || (sameWidth && bar(beside).clips()));
         bar(BarId::kReport).setClips(report * kTwipsPerPixel < kNarrowReport);
         cbrResize(BarId::kFiles);
         cbrResize(BarId::kReport);

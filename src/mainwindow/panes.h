@@ -110,6 +110,8 @@ class Panes {
     /// cbrReport_Resize and its five siblings, by bar: the bar's pane becomes exactly as high as the bar.
     /// Ignored for cbrMain, for a bar whose pane does not show, and while it runs for the same bar.
     void cbrResize(BarId bar);
+    /// The bars of the lists look otherwise: what clips because its pane is low may fit again.
+    void measureListBars();
     /// Status panel and bars follow the width of the report. A window that became narrower keeps both sides
     /// in sight.
     void splMain_AfterResize();
@@ -141,10 +143,14 @@ class Panes {
     void bindList(const ListPane& list);
     void filesOfSelection();
     void halvePreview();
+    int fittedHeight(BarId bar, const cSplitter& holder);
 
     PaneParts parts_;
     std::array<cSplitter, kSplitterCount> splitters_;
     std::array<bool, kBarCount> barResizes_{};
+    std::array<int, kBarCount> wrappedHeights_{};  ///< With all rows; as last measured.
+    int rest_ = 0;                                 ///< Width beside the report.
+    bool narrowRest_ = false;
     bool infoResizes_ = false;
     bool halveWhenKnown_ = false;
 };

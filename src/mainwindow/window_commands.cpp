@@ -106,10 +106,12 @@ void WindowForm::cbrMain_Execute(int id) {
             return window_->close();
         case 27:
             bars_.cbrMain.toggle(id);
-            return Change_ToolbarIconSize(bars_, services_.diagnostics);
+            Change_ToolbarIconSize(bars_, services_.diagnostics);
+            return panes_.measureListBars();
         case 34:
             bars_.cbrMain.toggle(id);
-            return Change_Toolbar_IconText(bars_, services_.diagnostics);
+            Change_Toolbar_IconText(bars_, services_.diagnostics);
+            return panes_.measureListBars();
         case 31:
         case 32:
             return ChangeFontSize(id == 32);

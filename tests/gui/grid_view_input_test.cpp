@@ -79,7 +79,7 @@ TEST_F(GridViewTest, TheLogicHearsOfTheReleaseOfKeysThatMoveOrAskOncePerPress) {
     EXPECT_EQ(takeLog(), Log{"key 40"});
 }
 
-TEST_F(GridViewTest, TheMenuKeyIsARightClickOnTheCurrentRow) {
+TEST_F(GridViewTest, TheMenuKeyAndShiftF10AreARightClickOnTheCurrentRow) {
     showRoots(3);
     QContextMenuEvent menu(QContextMenuEvent::Keyboard, {5, 5}, {5, 5});
     QApplication::sendEvent(view->viewport(), &menu);
@@ -88,6 +88,8 @@ TEST_F(GridViewTest, TheMenuKeyIsARightClickOnTheCurrentRow) {
     QApplication::sendEvent(view->viewport(), &menu);
     EXPECT_EQ(takeLog(), Log{"up r1 2"});
     EXPECT_EQ(picked(), "r1 @r1");
+    QTest::keyClick(view.get(), Qt::Key_F10, Qt::ShiftModifier);
+    EXPECT_EQ(takeLog(), Log{"up r1 2"});
 }
 
 TEST_F(GridViewTest, TypedTextFindsTheNextRowThatBeginsWithIt) {

@@ -161,6 +161,7 @@ TEST_F(KeyboardTest, EveryAcceleratorPressesItsCommandFromWhereverTheFocusIs) {
         for (const BarEntry& entry : bar->entries())
             if (entry.key != 0 && entry.enabled) keys[entry.key] = command(*bar, entry);
     EXPECT_GT(keys.size(), 12U);
+    bars.cbrReport.setText(29, "a");  // A search with no text leads to its box instead.
     QWidget* const places[] = {&window->grid(GridId::kReport), &window->grid(GridId::kDrives),
                                window->frame().findChild<QWidget*>(QStringLiteral("cboOrdner")),
                                window->frame().findChild<QWidget*>(QStringLiteral("cbrReport.29"))};
@@ -173,6 +174,18 @@ TEST_F(KeyboardTest, EveryAcceleratorPressesItsCommandFromWhereverTheFocusIs) {
             key(function ? Qt::Key_F1 + code - 112 : code, function ? Qt::NoModifier : Qt::ControlModifier);
             EXPECT_EQ(events.told, std::vector<std::string>{executed}) << nameOf(place);
         }
+    }
+}
+
+TEST_F(KeyboardTest, ASearchWithNoTextLeadsToItsBox) {
+    show();
+    for (const auto& [from, box] :
+         {std::pair{GridId::kDrives, "cbrReport.29"}, std::pair{GridId::kFiles, "cbrFiles.307"}}) {
+        window->focusGrid(from);
+        events.told.clear();
+        key(Qt::Key_F, Qt::ControlModifier);
+        EXPECT_EQ(nameOf(QApplication::focusWidget()), box);
+        EXPECT_EQ(events.told, std::vector<std::string>{});
     }
 }
 

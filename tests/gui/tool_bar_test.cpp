@@ -1,4 +1,5 @@
 #include "platform/qt/tool_bar.h"
+#include "platform/qt/bar_flow.h"
 
 #include <gtest/gtest.h>
 
@@ -148,6 +149,12 @@ TEST_F(ToolBarTest, AssistiveToolsFindABarWithItsTitle) {
     EXPECT_EQ(QAccessible::queryAccessibleInterface(&tool_)->role(), QAccessible::ToolBar);
     EXPECT_EQ(tool_.accessibleName(), QStringLiteral("Commands"));
     EXPECT_EQ(find(kGo)->toolTip(), QStringLiteral("Go & read (Ctrl+R)"));
+}
+
+TEST(BarFlow, ARowThatHasRoomForNothingKeepsItsButton) {
+    const Flow flow = flowOf({{.size = {150, 20}, .smallest = 150}}, 60, {.clips = true});
+    EXPECT_TRUE(flow.places[0].isNull());
+    EXPECT_EQ(flow.extension.height(), 20);
 }
 
 }  // namespace

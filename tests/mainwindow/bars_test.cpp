@@ -40,13 +40,13 @@ class EnglishBarsTest : public BarsTest {
     EnglishBarsTest() : BarsTest("en_GB.UTF-8") {}
 };
 
-TEST_F(BarsTest, AnIdIsUniqueInItsBarAndAnAcceleratorInAll) {
+TEST_F(BarsTest, AnIdIsUniqueInItsBarAndAnAcceleratorInAllButForTheSearch) {
     build();
     std::set<std::pair<BarId, int>> ids;
     std::map<int, int> keys;
     forEach([&](const CommandBar& bar, const BarEntry& entry) {
         EXPECT_TRUE(ids.emplace(bar.id(), entry.id).second) << bar.name() << " " << entry.id;
-        if (entry.key == 0) return;
+        if (entry.key == 0 || (entry.key == 'F' && bar.id() != BarId::kReport)) return;
         EXPECT_EQ(++keys[entry.key], 1) << bar.name() << " " << entry.id;
     });
     EXPECT_GE(keys.size(), 15U);

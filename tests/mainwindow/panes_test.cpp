@@ -238,6 +238,19 @@ TEST_F(Panel, TooNarrowClipsItsBar) {
     }
 }
 
+TEST_F(Panel, TooLowClipsTheBarOfItsListAndHigherAgainNot) {
+    barHeights[BarId::kTop] = 120;
+    change({33, 307});
+    for (const auto& [height, clips] : {std::pair{500, false}, {200, true}, {190, true}, {230, false}}) {
+        show(800, height);
+        EXPECT_EQ(bar(BarId::kTop).clips(), clips) << height;
+    }
+    show(800, 200);
+    barHeights[BarId::kTop] = 40;
+    panes->measureListBars();
+    EXPECT_FALSE(bar(BarId::kTop).clips()) << "with smaller icons";
+}
+
 TEST_F(Panel, BesideTheReportStaysInSightInANarrowWindow) {
     show(800, 500);
     splitter(SplitterId::kMain).setPosition(600);

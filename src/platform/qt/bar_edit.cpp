@@ -31,9 +31,11 @@ BarEdit::BarEdit(CommandBar& bar, const BarEntry& entry, WindowEvents& events, W
 /// Some dark palettes come without a colour for the hint, and then have a dark one.
 void BarEdit::showHint() {
     QPalette own = palette();
-    QColor hint = own.color(QPalette::Text);
-    hint.setAlphaF(0.6F);
-    own.setColor(QPalette::PlaceholderText, hint);
+    for (const auto group : {QPalette::Active, QPalette::Inactive, QPalette::Disabled}) {
+        QColor hint = own.color(group, QPalette::Text);
+        hint.setAlphaF(0.6F);
+        own.setColor(group, QPalette::PlaceholderText, hint);
+    }
     setPalette(own);
 }
 

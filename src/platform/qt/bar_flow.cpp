@@ -39,6 +39,9 @@ class Filler {
                 full = true;
             }
         }
+        // Where nothing has room, the button behind which all is must be there.
+        if (row_.empty())
+            for (const FlowItem& item : items_) emptyRow_ = std::max(emptyRow_, item.size.height());
         Flow flow = finished();
         flow.extension = QRect(width_ - rule_.margin - rule_.extensionWidth, rule_.margin,
                                rule_.extensionWidth, std::max(0, flow.height - 2 * rule_.margin));
@@ -107,7 +110,8 @@ class Filler {
 
     Flow finished() {
         endRow();
-        flow_.height += rule_.margin - (flow_.height > rule_.margin ? rule_.spacing : 0);
+        flow_.height += emptyRow_;
+        flow_.height += rule_.margin - (flow_.height > rule_.margin + emptyRow_ ? rule_.spacing : 0);
         return std::move(flow_);
     }
 
@@ -119,6 +123,7 @@ class Filler {
     std::vector<int> separatorsOfRow_;
     int x_ = rule_.margin;
     int end_ = -1;
+    int emptyRow_ = 0;  ///< Height of the only row, which has no item.
 };
 
 /// Width of everything in one row, at its smallest.

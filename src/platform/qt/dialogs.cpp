@@ -10,6 +10,7 @@
 #include <QInputDialog>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QScreen>
 
 #include "base/text.h"
 #include "platform/qt/qt_convert.h"
@@ -56,9 +57,17 @@ void prepare(QFileDialog& dialog, const std::string& start) {
     dialog.setDirectory(qtText(nameableFolder(start)));
 }
 
+/// The toolkit's own dialogs are as high as they like, also where a screen is lower than that.
+void fitToScreen(QDialog& dialog) {
+    constexpr int kFrame = 32;  // The title and the edges.
+    const QSize room = dialog.screen()->availableSize() - QSize(kFrame, kFrame);
+    dialog.resize(dialog.sizeHint().boundedTo(room));
+}
+
 /// The first name chosen, as bytes; empty if the dialog was cancelled.
 std::string answerOf(QFileDialog& dialog) {
     dropPictures(dialog);
+    fitToScreen(dialog);
     if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return {};
     return QFile::encodeName(dialog.selectedFiles().first()).toStdString();
 }
@@ -132,6 +141,7 @@ std::optional<GridFont> askForFont(QWidget* parent, const GridFont& start) {
     QFontDialog dialog(qtFont(start), parent);
     dialog.setOption(QFontDialog::DontUseNativeDialog);
     dropPictures(dialog);
+    fitToScreen(dialog);
     if (dialog.exec() != QDialog::Accepted) return std::nullopt;
     const QFont chosen = dialog.selectedFont();
     return GridFont{utf8(chosen.family()), chosen.pointSizeF()};

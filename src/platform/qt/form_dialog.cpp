@@ -12,6 +12,8 @@
 #include <QSignalBlocker>
 #include <QStyle>
 #include <QVBoxLayout>
+#include <QtMath>
+#include <algorithm>
 
 #include "base/scope_exit.h"
 #include "platform/qt/qt_convert.h"
@@ -25,6 +27,7 @@ namespace {
 constexpr int kWatchMilliseconds = 50;
 constexpr int kWrapCharacters = 70;
 constexpr int kLinesWidth = 60, kLinesHeight = 12, kTextWidth = 32;  ///< In characters and lines.
+constexpr int kFewestLines = 3;                                      ///< Where a screen is too low for more.
 
 /// A line that passes what is typed through the form's filter.
 class FilteredEdit final : public QLineEdit {
@@ -49,6 +52,25 @@ class FilteredEdit final : public QLineEdit {
     WindowEvents& events_;
 };
 
+/// A text that would like to have so many lines, and gets by with few.
+class LinesEdit final : public QPlainTextEdit {
+  public:
+    LinesEdit(int lines, QWidget* parent) : QPlainTextEdit(parent), lines_(lines) {
+        setTabChangesFocus(true);
+        setMinimumSize(sizeOf(std::min(lines, kFewestLines)));
+    }
+    QSize sizeHint() const override { return sizeOf(lines_); }
+
+  private:
+    QSize sizeOf(int lines) const {
+        const QFontMetrics metrics = fontMetrics();
+        const int around = 2 * (frameWidth() + qCeil(document()->documentMargin()));
+        return {metrics.averageCharWidth() * kLinesWidth, metrics.lineSpacing() * lines + around};
+    }
+
+    const int lines_;
+};
+
 template <class Widget>
 void showState(Widget& widget, const QString& caption, bool checked, bool enabled) {
     widget.setText(caption);
@@ -63,7 +85,9 @@ void showControl(QWidget& widget, const std::string* text, const FormItem& item)
         item.changed ? QStringLiteral("<a href=\"#\">%1</a>").arg(shown.toHtmlEscaped().replace('\n', "<br>"))
                      : shown);
     label.setWordWrap(shown.size() > kWrapCharacters);
-    if (label.wordWrap()) label.setMinimumWidth(label.fontMetrics().averageCharWidth() * kWrapCharacters);
+    if (!label.wordWrap()) return;
+    const int narrowest = label.fontMetrics().averageCharWidth() * kWrapCharacters;
+    label.setMinimumSize(narrowest, label.heightForWidth(narrowest));
 }
 
 void showControl(QWidget& widget, const OptionButton* option, const FormItem&) {
@@ -183,10 +207,9 @@ QWidget* FormDialog::make(CheckBox& control, const FormItem& item) {
 }
 
 QWidget* FormDialog::makeLines(TextBox& control, const FormItem& item) {
-    auto* lines = new QPlainTextEdit(this);
-    lines->setTabChangesFocus(true);
-    const QFontMetrics metrics = lines->fontMetrics();
-    lines->setMinimumSize(metrics.averageCharWidth() * kLinesWidth, metrics.lineSpacing() * kLinesHeight);
+    const int height = control.lines > 0 ? control.lines : kLinesHeight;
+    auto* lines = new LinesEdit(height, this);
+    grid_->setRowStretch(item.row, height);
     connect(lines, &QPlainTextEdit::textChanged, this, [&, lines, this] {
         if (!control.readOnly) told(item, [&] { control.text = utf8(lines->toPlainText()); });
     });

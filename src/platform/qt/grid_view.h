@@ -156,6 +156,7 @@ class GridView : public QTableView, public GridObserver {
     bool pressMoveKey(const QKeyEvent& event);
     bool pressTreeKey(int key);
     bool pressOtherKey(const QKeyEvent& event);
+    void openMenu();
     bool pressTextKey(const QKeyEvent& event);
     void unfoldAllBelow(std::size_t index);
     void searchFor(const QString& typed);

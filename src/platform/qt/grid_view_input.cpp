@@ -223,14 +223,17 @@ void GridView::mouseDoubleClickEvent(QMouseEvent* event) {
 void GridView::contextMenuEvent(QContextMenuEvent* event) {
     qtGuard(events_, "GridView::contextMenuEvent", [&] {
         event->accept();
-        if (event->reason() != QContextMenuEvent::Keyboard || !takesInput()) return;
-        const auto index = currentIndexOfRow();
-        if (!index) return;
-        if (!grid_.selected(rows_.at(*index))) pick(*index, Pick::kOnly);
-        ensureVisible(*index);
-        const QPoint at = viewport()->mapToGlobal(QPoint(rowHeight_, rowRect(*index).bottom()));
-        events_.gridMouseUp(id_, rows_.at(*index), MouseButton::kRight, false, {at.x(), at.y()});
+        if (event->reason() == QContextMenuEvent::Keyboard && takesInput()) openMenu();
     });
+}
+
+void GridView::openMenu() {
+    const auto index = currentIndexOfRow();
+    if (!index) return;
+    if (!grid_.selected(rows_.at(*index))) pick(*index, Pick::kOnly);
+    ensureVisible(*index);
+    const QPoint at = viewport()->mapToGlobal(QPoint(rowHeight_, rowRect(*index).bottom()));
+    events_.gridMouseUp(id_, rows_.at(*index), MouseButton::kRight, false, {at.x(), at.y()});
 }
 
 // --- keys
@@ -321,6 +324,8 @@ bool GridView::pressOtherKey(const QKeyEvent& event) {
     if (control && event.key() == Qt::Key_A) {
         const OwnChange own(*this);
         selection_.pickAll();
+    } else if (event.key() == Qt::Key_F10 && event.modifiers() == Qt::ShiftModifier) {
+        openMenu();  // As many keyboards have no menu key.
     } else if (event.key() == Qt::Key_Left || event.key() == Qt::Key_Right) {
         across->setValue(across->value() + (event.key() == Qt::Key_Left ? -1 : 1) * across->pageStep() / 4);
     } else if (const auto index = currentIndexOfRow();

@@ -181,7 +181,13 @@ bool MainWindow::pressIn(BarId id, int key) {
     };
     const auto found = std::find_if(entries.begin(), entries.end(), fits);
     if (found == entries.end()) return false;
-    bar(id).press(found->id);
+    // A search that has no text yet: the key leads to where it is typed.
+    const bool afterBox = found != entries.begin() && std::prev(found)->kind == EntryKind::kEdit;
+    if (afterBox && std::prev(found)->text.empty()) {
+        bar(id).focusEdit(std::prev(found)->id);
+    } else {
+        bar(id).press(found->id);
+    }
     return true;
 }
 

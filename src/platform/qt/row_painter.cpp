@@ -1,5 +1,6 @@
 #include "platform/qt/row_painter.h"
 
+#include <QPaintEngine>
 #include <QPainterPath>
 #include <QStyle>
 #include <algorithm>
@@ -30,6 +31,19 @@ RowLook lookOf(const QWidget& widget) {
             .step = style.pixelMetric(QStyle::PM_TreeViewIndentation, nullptr, &widget),
             .iconSize = style.pixelMetric(QStyle::PM_SmallIconSize, nullptr, &widget),
             .focus = widget.hasFocus()};
+}
+
+/// Drawn much smaller than it is, a picture loses its thin lines; so on a screen it is first made as small as
+/// it is seen. On paper and in a PDF it stays what it is.
+void paintFitted(QPainter& painter, const QRect& box, const QPixmap& picture) {
+    const QTransform toScreen = painter.deviceTransform();
+    const QRect seen = toScreen.mapRect(QRectF(box)).toRect();
+    const bool onScreen = painter.paintEngine()->type() == QPaintEngine::Raster;
+    if (!onScreen || seen.isEmpty() || seen.width() >= picture.width())
+        return painter.drawPixmap(box, picture);
+    const QImage fitted =
+        picture.toImage().scaled(seen.size(), Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    painter.drawImage(toScreen.inverted().mapRect(QRectF(seen)), fitted);
 }
 
 }  // namespace
@@ -174,7 +188,7 @@ void RowPainter::paintPicture(QPainter& painter, Row row, const QRect& box) cons
     if (look_.pictureSide == 0)
         return icon.paint(&painter, box, Qt::AlignCenter, light ? QIcon::Selected : QIcon::Normal);
     const QPixmap picture = icon.pixmap(QSize(look_.pictureSide, look_.pictureSide), 1.0);
-    if (!picture.isNull()) painter.drawPixmap(box, picture);
+    if (!picture.isNull()) paintFitted(painter, box, picture);
 }
 
 void RowPainter::paintTexts(QPainter& painter, Row row, const QRect& space, const Colors& colors) const {

@@ -277,7 +277,11 @@ void ToolBar::addPlace(const BarEntry& entry, const Part& part, std::vector<Flow
         item.size.setWidth(kEditWidth);
         item.smallest = kEditSmallest;
     }
-    if (entry.kind == EntryKind::kLabel) item.smallest = std::min(item.smallest, kLabelSmallest);
+    if (entry.kind == EntryKind::kLabel) {
+        // In the one row of a bar that clips, the buttons behind it say more than the end of a long label.
+        if (bar_.clips()) item.size.setWidth(std::min(item.size.width(), kLabelSmallest));
+        item.smallest = std::min(item.smallest, kLabelSmallest);
+    }
     if (entry.kind == EntryKind::kCustom) {
         item.size.setWidth(kCustomWidth);
         item.smallest = kCustomSmallest;
