@@ -48,6 +48,7 @@ void addControls(const QWidget& box, std::vector<const QWidget*>& controls) {
 QSize needed(const QWidget& widget) {
     const auto* label = dynamic_cast<const QLabel*>(&widget);
     if (label != nullptr && label->wordWrap()) return {0, label->heightForWidth(label->width())};
+    if (dynamic_cast<const QPlainTextEdit*>(&widget)) return widget.minimumSize();  // It scrolls.
     if (const auto* edit = dynamic_cast<const QLineEdit*>(&widget))
         return {edit->fontMetrics().horizontalAdvance(edit->placeholderText()), edit->fontMetrics().height()};
     const auto* combo = dynamic_cast<const QComboBox*>(&widget);
