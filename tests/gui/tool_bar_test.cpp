@@ -106,6 +106,16 @@ TEST_F(ToolBarTest, ANarrowerBarGrowsAndTellsIt) {
     EXPECT_EQ(tool_.heightForWidth(250), wide);
 }
 
+TEST_F(ToolBarTest, WhoIsToldOfAnotherHeightMayHaveTheBarBuiltAnew) {
+    events_.onBarResized = [&](BarId) {
+        bar_.setClips(true);
+        tool_.heightForWidth(tool_.width());
+    };
+    bar_.setCaption(kToggle, std::string(200, 'w'));
+    EXPECT_TRUE(bar_.clips());
+    EXPECT_EQ(find(kToggle)->text().size(), 200);
+}
+
 TEST_F(ToolBarTest, CheckBoxesOfAListAreSwitchedOneAfterAnother) {
     events_.onExecute = [&](BarId, int id) { bar_.toggle(id); };
     QMenu* menu = menuOf(kGo);

@@ -227,16 +227,18 @@ QWidget* ToolBar::makeButton(const BarEntry& entry, Part& part) {
 
 void ToolBar::entryChanged(const CommandBar&, const BarEntry& entry) {
     if (dirty_) return;
+    bool moves = false;
     for (Part& part : parts_) {
         if (part.menu != nullptr) part.menu->syncEntry(entry);
         if (part.id != entry.id || part.widget == nullptr) continue;
         const QSize before = part.widget->sizeHint();
         const bool visible = part.visible;
         sync(part, entry);
-        if (part.widget->sizeHint() == before && visible == entry.visible) continue;
-        updateGeometry();
-        arrange();
+        moves = moves || part.widget->sizeHint() != before || visible != entry.visible;
     }
+    if (!moves) return;
+    updateGeometry();
+    arrange();  // Last: who is told of another height may have all parts made anew.
 }
 
 void ToolBar::sync(Part& part, const BarEntry& entry) {
