@@ -18,11 +18,13 @@ constexpr const char* kModul = "frmMain";
 constexpr int kPanels[] = {kPanelReport, kPanelDrives,    kPanelFiles,
                            kPanelTop,    kPanelHardlinks, kPanelJunctions};
 
-// In twips. Beside a report that leaves less than the first, cbrFiles is clipped instead of wrapped; above a
+// In twips. Beside a report that leaves less than the first, bars are clipped instead of wrapped; above a
 // report narrower than the second, cbrReport is.
 constexpr int kNarrowRest = 3500;
 constexpr int kNarrowReport = 2000;
-constexpr int kLeastList = 96;  // Pixels below the bar of a list: its titles and a few rows.
+// In pixels: what the bar of a list leaves below itself, its titles and a few rows; and a preview.
+constexpr int kLeastList = 96;
+constexpr int kLeastPreview = 24;
 
 PaneRef pane(SplitterId id) {
     return {PaneRef::Kind::kSplitter, static_cast<int>(id)};
@@ -33,7 +35,6 @@ PaneRef pane(BarId id) {
 PaneRef pane(GridId id) {
     return {PaneRef::Kind::kGrid, static_cast<int>(id)};
 }
-constexpr int kLeastPreview = 24;  // Pixels.
 constexpr PaneRef kPreviewPane = {PaneRef::Kind::kPreview, 0};
 
 // How a splitter starts. A minimum of 0 is none.
@@ -300,7 +301,7 @@ void Panes::cbrResize(BarId id) {
     const ScopeExit done([&] { running = false; });
     guarded(parts_.diagnostics, found->resize, kModul, [&] {
         const int before = holder.Position();
-        const int height = fittedHeight(id, holder);
+        const int height = fitBar(id, holder);
         holder.setMinimumSize(1, height);
         holder.setMaximumSize(1, height);
         holder.Resize();
@@ -316,8 +317,9 @@ void Panes::measureListBars() {
     }
 }
 
-// Where a bar of several rows would leave its list none, it has one row and the rest behind a button.
-int Panes::fittedHeight(BarId id, const cSplitter& holder) {
+// Clips the bar of a list that would leave its list less than kLeastList, and wraps it again where there is
+// room. Its height then.
+int Panes::fitBar(BarId id, const cSplitter& holder) {
     const int height = parts_.host.barHeight(id);
     if (&holder != &splitter(SplitterId::kFiles)) return height;
     int& wrapped = wrappedHeights_[static_cast<std::size_t>(id)];

@@ -110,7 +110,8 @@ class Panes {
     /// cbrReport_Resize and its five siblings, by bar: the bar's pane becomes exactly as high as the bar.
     /// Ignored for cbrMain, for a bar whose pane does not show, and while it runs for the same bar.
     void cbrResize(BarId bar);
-    /// The bars of the lists look otherwise: what clips because its pane is low may fit again.
+    /// To be called when icons or captions of the bars have another size: whether the bars of the lists clip
+    /// is found out anew.
     void measureListBars();
     /// Status panel and bars follow the width of the report. A window that became narrower keeps both sides
     /// in sight.
@@ -143,12 +144,12 @@ class Panes {
     void bindList(const ListPane& list);
     void filesOfSelection();
     void halvePreview();
-    int fittedHeight(BarId bar, const cSplitter& holder);
+    int fitBar(BarId bar, const cSplitter& holder);
 
     PaneParts parts_;
     std::array<cSplitter, kSplitterCount> splitters_;
     std::array<bool, kBarCount> barResizes_{};
-    std::array<int, kBarCount> wrappedHeights_{};  ///< With all rows; as last measured.
+    std::array<int, kBarCount> wrappedHeights_{};  ///< Without clipping, as last measured; 0 before.
     int rest_ = 0;                                 ///< Width beside the report.
     bool narrowRest_ = false;
     bool infoResizes_ = false;

@@ -51,6 +51,7 @@ constexpr ViewCommands kReportCommands = {10, 33, &Options::FileSizeFormat,
 constexpr ViewCommands kDriveCommands = {201, 205, &Options::FileSizeFormatDrive,
                                          &Options::SizeFormatNachkommastellenDrive};
 constexpr int kFontCommand = 328;
+constexpr int kLargeIcons = 27, kIconText = 34;
 
 const ViewCommands& commandsOf(BarId bar) {
     return bar == BarId::kReport ? kReportCommands : kDriveCommands;
@@ -76,6 +77,14 @@ void WindowForm::execute(BarId id, int command) {
     });
     --commands_;
     readWaiting();
+}
+
+// Bars of another size: those of the lists may have room now, or none.
+void WindowForm::switchBarLook(int id) {
+    bars_.cbrMain.toggle(id);
+    if (id == kLargeIcons) Change_ToolbarIconSize(bars_, services_.diagnostics);
+    if (id == kIconText) Change_Toolbar_IconText(bars_, services_.diagnostics);
+    panes_.measureListBars();
 }
 
 void WindowForm::cbrMain_Execute(int id) {
@@ -104,14 +113,9 @@ void WindowForm::cbrMain_Execute(int id) {
             return StartURL(std::string(own_.german ? kHomepageGerman : kHomepage));
         case 20:
             return window_->close();
-        case 27:
-            bars_.cbrMain.toggle(id);
-            Change_ToolbarIconSize(bars_, services_.diagnostics);
-            return panes_.measureListBars();
-        case 34:
-            bars_.cbrMain.toggle(id);
-            Change_Toolbar_IconText(bars_, services_.diagnostics);
-            return panes_.measureListBars();
+        case kLargeIcons:
+        case kIconText:
+            return switchBarLook(id);
         case 31:
         case 32:
             return ChangeFontSize(id == 32);

@@ -114,6 +114,7 @@ class WindowForm final : public MainForm,
     void StartURL(std::string url);
     void Report_SaveToFile();
     void Report_print();
+    void switchBarLook(int id);
     PrintSources printSources() { return {services_.texts, services_.files, services_.facts}; }
     void AddNewSearchPathBrowse();
     void ChangeLanguage(int language);

@@ -1,7 +1,6 @@
 // Editing the name of a row in its cell, with real keys and clicks.
 #include <QClipboard>
 #include <QLineEdit>
-#include <QMenu>
 #include <QScrollBar>
 #include <random>
 

@@ -3,13 +3,15 @@
 
 #include <QApplication>
 #include <QHeaderView>
+#include <QMouseEvent>
 #include <QTest>
+#include <initializer_list>
 
 #include "platform/qt/grid_view.h"
 
 namespace hl::test {
 
-/// The toolkit's helper sends the second press alone.
+/// Two clicks, as a hand does them; the toolkit's own sends the second press alone.
 inline void doubleClick(QWidget* on, const QPoint& point) {
     QTest::mouseClick(on, Qt::LeftButton, {}, point);
     QTest::mouseDClick(on, Qt::LeftButton, {}, point);

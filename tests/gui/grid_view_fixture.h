@@ -13,6 +13,7 @@ namespace hl {
 inline constexpr CellSpec kSpecs[] = {{"size", CellType::kSize}};
 using Log = std::vector<std::string>;
 using test::doubleClick;
+using test::dragBorder;
 
 /// Writes down what the view tells.
 struct Told : test::RecordingEvents {

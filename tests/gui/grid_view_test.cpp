@@ -142,7 +142,7 @@ TEST_F(GridViewTest, ATitleClickNamesTheGridsColumnAlsoBehindAHiddenOne) {
 TEST_F(GridViewTest, ADragOfABorderIsToldOnceBeforeTheClickThatEndsIt) {
     showTree();
     const int before = view->columnWidth(0);
-    test::dragBorder(*view, border(0), {5, 12, 30});
+    dragBorder(*view, border(0), {5, 12, 30});
     EXPECT_EQ(takeLog(), (Log{"sizing", "title 0"}));
     EXPECT_EQ(grid.columns()[0].width, before + 30);
     QTest::mouseClick(view->horizontalHeader()->viewport(), Qt::LeftButton, {}, border(0));

@@ -1,5 +1,4 @@
 // In every language each dialog and each bar shows all of its texts.
-#include <QCheckBox>
 #include <QComboBox>
 #include <QLabel>
 #include <QPlainTextEdit>
@@ -146,7 +145,7 @@ TEST_P(LanguagesTest, NoDialogCutsATextOff) {
     lookAt("", 3, [&] { s.click("cbrFiles.320"); });
     s.desktop.programs = {{"editor.desktop", "Editor"}};
     s.desktop.result = OpenResult::kNoProgram;
-    lookAt("frmOpenWith", 4, [&] { QTest::mouseDClick(files.viewport(), Qt::LeftButton, {}, first); });
+    lookAt("frmOpenWith", 4, [&] { test::doubleClick(files.viewport(), first); });
     s.fileSystem.beforeBlock = [](int) { throw std::runtime_error("provoked"); };
     lookAt("frmFehler", 9, [&] { s.scan(at("src")); });
 }

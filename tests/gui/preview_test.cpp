@@ -258,7 +258,7 @@ TEST_F(PreviewPaneTest, WhatIsNoneOfItsKindOrTooLargeCostsAMessage) {
     const std::string png("\x89PNG\r\n\x1A\n\0\0\0\rIHDR\0\0\xEA\x60\0\0\xEA\x60\x08\2\0\0\0\x0C\xC6\x50\x8C",
                           33);
     const std::string svg = "<svg xmlns='http://www.w3.org/2000/svg'><rect width='9' height='9'/></svg>";
-    const std::string film("\0\0\0\x18\x66typmp42\0\0\0\0mp42isom\0\0\1\0moov", 32);
+    const std::string film("\0\0\0\30ftypmp42\0\0\0\0mp42isom\0\0\1\0moov", 32);
     const bool media = fs::exists(kPrograms + "/harborlantern-media.so");
     const std::tuple<V, std::string, std::string> cases[] = {
         {V::kPicture, "a.bmp", bmp},    {V::kPicture, "a.png", png},

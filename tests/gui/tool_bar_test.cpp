@@ -12,7 +12,6 @@
 
 #include "gui/recording_events.h"
 #include "platform/icons.h"
-#include "platform/qt/qt_convert.h"
 
 namespace hl {
 namespace {

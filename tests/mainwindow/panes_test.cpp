@@ -238,7 +238,7 @@ TEST_F(Panel, TooNarrowClipsItsBar) {
     }
 }
 
-TEST_F(Panel, TooLowClipsTheBarOfItsListAndHigherAgainNot) {
+TEST_F(Panel, TooLowClipsTheBarOfItsListAndWrapsItWhereThereIsRoomAgain) {
     barHeights[BarId::kTop] = 120;
     change({33, 307});
     for (const auto& [height, clips] : {std::pair{500, false}, {200, true}, {190, true}, {230, false}}) {

@@ -15,8 +15,6 @@ namespace hl::test {
 class FakeSystemFacts : public SystemFacts {
   public:
     bool broken = false;
-    bool admin = true;
-    Screen screenFacts = {1920, 1080, 32};
     MemoryFacts memoryFacts = {1048576, 4194304, 2097152, 8388608, 3145728, 16777216, 75};
 
     SystemName systemName() override {
@@ -28,9 +26,9 @@ class FakeSystemFacts : public SystemFacts {
     std::string processorName() override { return known(std::string("Some CPU")); }
     std::string userName() override { return known(std::string("ada")); }
     std::string computerName() override { return known(std::string("engine")); }
-    bool adminRights() override { return known(admin); }
+    bool adminRights() override { return known(true); }
     bool emulated() override { return known(false); }
-    Screen screen() override { return known(screenFacts); }
+    Screen screen() override { return known(Screen{1920, 1080, 32}); }
     std::string errorText(int code) override {
         errno = EINVAL;
         return code == 13   ? "Permission denied"

@@ -5,7 +5,6 @@
 #include <functional>
 #include <optional>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "platform/window.h"
@@ -15,8 +14,7 @@ namespace hl::test {
 class FakeWindow : public Window {
   public:
     std::vector<std::string> calls;
-    std::string answer;  ///< To questions for a text or a path.
-    int scrollBar = 0;
+    std::string answer;           ///< To questions for a text or a path.
     std::vector<MenuEntry> menu;  ///< The one that was opened last.
     int chosen = 0;               ///< In each menu.
     std::function<void(const PrintJob&)> onPrint;
@@ -39,7 +37,7 @@ class FakeWindow : public Window {
     void autosizeColumn(GridId, std::size_t column, int margin) override {
         calls.push_back("fit " + std::to_string(column) + " " + std::to_string(margin));
     }
-    int scrollBarWidth(GridId) override { return scrollBar; }
+    int scrollBarWidth(GridId) override { return 0; }
     int heightOfRows(GridId) override { return 60; }
     void scrollIntoView(GridId, Row) override { calls.emplace_back("scroll"); }
     std::optional<RowRange> visibleRows(GridId) override { return std::nullopt; }
@@ -76,7 +74,7 @@ class FakeWindow : public Window {
         return true;
     }
     void copyText(const std::string&) override {}
-    /// No test of these reaches them.
+    /// No test with this window gets here.
     FileTypes& fileTypes() override { std::abort(); }
     Desktop& desktop() override { std::abort(); }
 };

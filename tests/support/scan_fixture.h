@@ -52,18 +52,15 @@ class RecordingHost : public ScanHost {
     explicit RecordingHost(const ScanState& state) : state_(state) {}
 
     std::vector<std::string> calls;    ///< All but the two below; "+" in front while ScanActive is set.
-    std::vector<std::string> folders;  ///< folderEntered, unless keepFolders is off.
-    bool keepFolders = true;
-    std::string type;  ///< The answer to typeName.
+    std::vector<std::string> folders;  ///< folderEntered.
+    std::string type;                  ///< The answer to typeName.
 
     void setBusyPointer(bool busy) override { note(busy ? "busy" : "not busy"); }
     void lockControls(bool noStop) override { note(noStop ? "lock all" : "lock"); }
     void unlockControls() override { note("unlock"); }
     void statusOfRun() override { note("status of run"); }
     void statusAfterRun(const std::string& text) override { note("status " + text); }
-    void folderEntered(std::string_view path) override {
-        if (keepFolders) folders.emplace_back(path);
-    }
+    void folderEntered(std::string_view path) override { folders.emplace_back(path); }
     void firstLevelFolderDone() override { note("first level"); }
     void sourceMissing(const std::string& source) override { note("missing " + source); }
     void notRead(std::string_view path, const std::string& reason) override {

@@ -16,6 +16,7 @@ enum class Unfinished {
 /// the old file keep the old content. Even a nameless file has a hidden name for the moment in which it takes
 /// the place of another. Nothing is synced to the disk: a kill is survived, a loss of power is the file
 /// system's matter.
+/// Tests derive from it.
 class LinuxFiles : public Files {
   public:
     explicit LinuxFiles(Unfinished unfinished = Unfinished::kNameless) : unfinished_(unfinished) {}

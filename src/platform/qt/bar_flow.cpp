@@ -26,7 +26,7 @@ class Filler {
         return finished();
     }
 
-    /// Whether the last row had to leave something out.
+    /// One row: what has no room gets no place, and the button behind which it is has one.
     Flow clipped() {
         bool full = false;
         end_ = width_ - rule_.margin - rule_.extensionWidth;
@@ -39,9 +39,12 @@ class Filler {
                 full = true;
             }
         }
-        // Where nothing has room, the button behind which all is must be there.
-        if (row_.empty())
-            for (const FlowItem& item : items_) emptyRow_ = std::max(emptyRow_, item.size.height());
+        // Where no item has room, the row is as high as the highest, for the button that has them all.
+        if (row_.empty()) {
+            int highest = 0;
+            for (const FlowItem& item : items_) highest = std::max(highest, item.size.height());
+            flow_.height += highest + rule_.spacing;
+        }
         Flow flow = finished();
         flow.extension = QRect(width_ - rule_.margin - rule_.extensionWidth, rule_.margin,
                                rule_.extensionWidth, std::max(0, flow.height - 2 * rule_.margin));
@@ -110,8 +113,7 @@ class Filler {
 
     Flow finished() {
         endRow();
-        flow_.height += emptyRow_;
-        flow_.height += rule_.margin - (flow_.height > rule_.margin + emptyRow_ ? rule_.spacing : 0);
+        flow_.height += rule_.margin - (flow_.height > rule_.margin ? rule_.spacing : 0);
         return std::move(flow_);
     }
 
@@ -123,7 +125,6 @@ class Filler {
     std::vector<int> separatorsOfRow_;
     int x_ = rule_.margin;
     int end_ = -1;
-    int emptyRow_ = 0;  ///< Height of the only row, which has no item.
 };
 
 /// Width of everything in one row, at its smallest.

@@ -57,7 +57,7 @@ void prepare(QFileDialog& dialog, const std::string& start) {
     dialog.setDirectory(qtText(nameableFolder(start)));
 }
 
-/// The toolkit's own dialogs are as high as they like, also where a screen is lower than that.
+/// Makes one of the toolkit's own dialogs no larger than the screen has room.
 void fitToScreen(QDialog& dialog) {
     constexpr int kFrame = 32;  // The title and the edges.
     const QSize room = dialog.screen()->availableSize() - QSize(kFrame, kFrame);

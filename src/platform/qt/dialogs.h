@@ -24,7 +24,7 @@ std::string askForText(QWidget* parent, const DialogTexts& texts, const std::str
 /// the user leaves as it was comes back in the bytes it had.
 std::string askForFolder(QWidget* parent, const std::string& title, const std::string& start);
 /// `filter` is "TXT (*.txt)|*.txt". A name typed without an extension gets `extension`; an existing file is
-/// asked about. `name` is what the dialog proposes.
+/// asked about. `name` is what the dialog proposes; empty: nothing.
 std::string askForSavePath(QWidget* parent, const std::string& filter, const std::string& extension,
                            const std::string& folder, const std::string& name = {});
 std::optional<GridFont> askForFont(QWidget* parent, const GridFont& start);

@@ -150,13 +150,14 @@ class GridView : public QTableView, public GridObserver {
     bool onBranch(const QPoint& point, std::size_t index) const;
     void press(const QPoint& point, Qt::MouseButton button, Qt::KeyboardModifiers keys);
     void dragTo(const QPoint& point);
+    /// As a click of the right button on the current row.
+    void openMenu();
     void hover(Row row);
     std::optional<std::size_t> currentIndexOfRow() const;
     std::optional<std::size_t> keyTarget(int key) const;
     bool pressMoveKey(const QKeyEvent& event);
     bool pressTreeKey(int key);
     bool pressOtherKey(const QKeyEvent& event);
-    void openMenu();
     bool pressTextKey(const QKeyEvent& event);
     void unfoldAllBelow(std::size_t index);
     void searchFor(const QString& typed);

@@ -325,7 +325,7 @@ bool GridView::pressOtherKey(const QKeyEvent& event) {
         const OwnChange own(*this);
         selection_.pickAll();
     } else if (event.key() == Qt::Key_F10 && event.modifiers() == Qt::ShiftModifier) {
-        openMenu();  // As many keyboards have no menu key.
+        openMenu();  // Many keyboards have no menu key.
     } else if (event.key() == Qt::Key_Left || event.key() == Qt::Key_Right) {
         across->setValue(across->value() + (event.key() == Qt::Key_Left ? -1 : 1) * across->pageStep() / 4);
     } else if (const auto index = currentIndexOfRow();

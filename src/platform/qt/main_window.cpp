@@ -147,7 +147,8 @@ std::optional<BarId> MainWindow::barOfFocus() const {
     return std::nullopt;
 }
 
-/// Bars of several panes may have the same key: the pane with the focus comes first, then the main bar.
+/// Bars of several panes may have the same key: the pane with the focus comes first, then the main bar, then
+/// the others that show.
 bool MainWindow::pressAccelerator(int key, bool control) {
     constexpr int kF1 = 112, kF6 = 117, kF24 = 135;
     const bool functionKey = key >= kF1 && key <= kF24;
@@ -181,7 +182,7 @@ bool MainWindow::pressIn(BarId id, int key) {
     };
     const auto found = std::find_if(entries.begin(), entries.end(), fits);
     if (found == entries.end()) return false;
-    // A search that has no text yet: the key leads to where it is typed.
+    // Right behind an edit box stands its search; without a text the key leads to where it is typed.
     const bool afterBox = found != entries.begin() && std::prev(found)->kind == EntryKind::kEdit;
     if (afterBox && std::prev(found)->text.empty()) {
         bar(id).focusEdit(std::prev(found)->id);

@@ -19,7 +19,7 @@ constexpr int kUnitsPerInch = 1440;
 
 /// The palette of paper: black on white, whatever the desktop's is.
 QPalette paperPalette();
-/// Zooms in percent that no page could show are taken for the nearest that it can.
+/// A zoom in percent, held within what a page can show: 10 to 400.
 int usableZoom(int zoom);
 /// A font of so many points at a zoom in percent, its size in units.
 QFont paperFont(const GridFont& font, int zoom);

@@ -51,6 +51,7 @@ class PrintPreview final : public QDialog {
     QLayout* makeLower();
     QPushButton* button(const std::string& caption, const char* name, std::function<void()> press);
     QLabel* label(const std::string& caption, QWidget* buddy);
+    /// `scrolled`: where the vertical scroll bar stands then; 0 is the head of the page.
     void goTo(int page, int scrolled = 0);
     void turn(QPageLayout::Orientation orientation);
     void showPage();

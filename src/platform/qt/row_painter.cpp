@@ -1,7 +1,6 @@
 #include "platform/qt/row_painter.h"
 
 #include <QPaintEngine>
-#include <QPainterPath>
 #include <QStyle>
 #include <algorithm>
 #include <cmath>

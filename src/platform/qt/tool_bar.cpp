@@ -6,7 +6,6 @@
 #include <QEvent>
 #include <QKeyEvent>
 #include <QPainter>
-#include <QSignalBlocker>
 #include <QStyle>
 #include <QStyleOption>
 #include <QStylePainter>
@@ -238,7 +237,7 @@ void ToolBar::entryChanged(const CommandBar&, const BarEntry& entry) {
     }
     if (!moves) return;
     updateGeometry();
-    arrange();  // Last: who is told of another height may have all parts made anew.
+    arrange();  // Last: whoever is told the new height may have the bar built anew.
 }
 
 void ToolBar::sync(Part& part, const BarEntry& entry) {
