@@ -22,9 +22,9 @@ constexpr int kPanels[] = {kPanelReport, kPanelDrives,    kPanelFiles,
 // report narrower than the second, cbrReport is.
 constexpr int kNarrowRest = 3500;
 constexpr int kNarrowReport = 2000;
-// In pixels: what the bar of a list leaves below itself, its titles and a few rows; and a preview.
-constexpr int kLeastList = 96;
-constexpr int kLeastPreview = 24;
+// In pixels: what the bar of a list leaves below itself, its titles and a few rows; and what a window that
+// becomes smaller leaves to a preview, to a list with its bar, and to all that is beside the report.
+constexpr int kLeastList = 96, kLeastPreview = 24, kLeastLists = 96, kLeastBeside = 100;
 
 PaneRef pane(SplitterId id) {
     return {PaneRef::Kind::kSplitter, static_cast<int>(id)};
@@ -128,7 +128,10 @@ Panes::Panes(const PaneParts& parts) : parts_(parts) {
     splitter(SplitterId::kMain).AfterResize = [this] { splMain_AfterResize(); };
     splitter(SplitterId::kInfo).AfterResize = [this] { splInfo_AfterResize(); };
     splitter(SplitterId::kFilesAndPreview).AfterResize = [this] {
-        if (halveWhenKnown_) halvePreview();
+        if (halveWhenKnown_) return halvePreview();
+        // Whoever drags it to its end wants it there.
+        if (!splitter(SplitterId::kFilesAndPreview).dragging())
+            keepBothInSight(SplitterId::kFilesAndPreview, kLeastPreview);
     };
 }
 
@@ -317,14 +320,15 @@ void Panes::measureListBars() {
     }
 }
 
-// Clips the bar of a list that would leave its list less than kLeastList, and wraps it again where there is
-// room. Its height then.
+// Clips the bar of a list that would leave its list, and the preview, less than kLeastList each, and wraps it
+// again where there is room. Its height then.
 int Panes::fitBar(BarId id, const cSplitter& holder) {
     const int height = parts_.host.barHeight(id);
     if (&holder != &splitter(SplitterId::kFiles)) return height;
     int& wrapped = wrappedHeights_[static_cast<std::size_t>(id)];
     if (!bar(id).clips()) wrapped = height;
-    const bool low = holder.total() > 0 && holder.total() - wrapped < kLeastList;
+    const int panes = splitter(SplitterId::kFilesAndPreview).Control2Visible() ? 2 : 1;
+    const bool low = holder.total() > 0 && holder.total() - wrapped < panes * kLeastList;
     if (bar(id).clips() == (low || narrowRest_)) return height;
     bar(id).setClips(!bar(id).clips());
     return parts_.host.barHeight(id);
@@ -332,7 +336,7 @@ int Panes::fitBar(BarId id, const cSplitter& holder) {
 
 void Panes::splMain_AfterResize() {
     guarded(parts_.diagnostics, "splMain_AfterResize", kModul, [&] {
-        if (keepBothInSight()) return;
+        if (keepBothInSight(SplitterId::kMain, kLeastBeside)) return;
         // Its grid may not have its new width yet.
         const cSplitter::Span pane = splitter(SplitterId::kMain).layout().first;
         const int report = pane.visible ? pane.size : 0;
@@ -351,15 +355,15 @@ void Panes::splMain_AfterResize() {
     });
 }
 
-// A window that was made narrower would push what is beside the report, and the bar between, out of it. True
-// if that moved the bar, and so told of it once more.
-bool Panes::keepBothInSight() {
-    cSplitter& splMain = splitter(SplitterId::kMain);
-    constexpr int kLeast = kStart[0].minimum2;
-    const int most = splMain.total() - splMain.SplitterSize() - kLeast;
-    const bool both = splMain.Control1Visible() && splMain.Control2Visible();
-    if (!both || most < kStart[0].minimum1 || splMain.Position() <= most) return false;
-    splMain.setPosition(most);
+// A window that was made smaller would push the second pane, and the bar between, out of it. `least` is what
+// the second pane keeps. True if that moved the bar, and so told of it once more.
+bool Panes::keepBothInSight(SplitterId id, int least) {
+    cSplitter& both = splitter(id);
+    const int most = both.total() - both.SplitterSize() - least;
+    const bool shown = both.Control1Visible() && both.Control2Visible();
+    const int least1 = kStart[static_cast<std::size_t>(id)].minimum1;
+    if (!shown || most < least1 || both.Position() <= most) return false;
+    both.setPosition(most);
     return true;
 }
 
@@ -368,6 +372,7 @@ void Panes::splInfo_AfterResize() {
     infoResizes_ = true;
     const ScopeExit done([&] { infoResizes_ = false; });
     guarded(parts_.diagnostics, "splInfo_AfterResize", kModul, [&] {
+        keepBothInSight(SplitterId::kInfo, kLeastLists);
         for (const BarPane& one : kBarPanes) cbrResize(one.bar);
         if (!splitter(SplitterId::kInfo).Control2Visible()) return;
         for (const GridId list : {GridId::kFiles, GridId::kTop, GridId::kHardlinks})

@@ -138,7 +138,7 @@ class Panes {
 
     void panelsToOptions(const ListPane* list);
     void panesOfInfo(bool drives, bool lists);
-    bool keepBothInSight();
+    bool keepBothInSight(SplitterId id, int least);
     void statusWidth();
     void showList(const ListPane& list);
     void bindList(const ListPane& list);

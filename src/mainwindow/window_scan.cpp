@@ -127,8 +127,13 @@ void WindowForm::setFirstPanel(const std::string& text) {
     showStatus();
 }
 
+// A source that is handed over while the menu is open waits: its scan would select other rows.
 void WindowForm::openRowsMenu(Point at) {
-    window_->showPopup(BarId::kMain, kPopupSelectedFolders, at);
+    {
+        const ScopeExit over = command();
+        window_->showPopup(BarId::kMain, kPopupSelectedFolders, at);
+    }
+    readWaiting();
 }
 
 void WindowForm::Drives_ResizeTableHeight() {

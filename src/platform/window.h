@@ -155,7 +155,8 @@ class Window {
     virtual void previewPrint(const PrintJob& job) = 0;
     /// Asks for a printer, or for a PDF in place of one, and prints.
     virtual void print(const PrintJob& job) = 0;
-    /// A popup of a bar at a place of the screen; what is chosen arrives as WindowEvents::execute.
+    /// A popup of a bar at a place of the screen; what is chosen arrives as WindowEvents::execute. Returns
+    /// when that is done, or when it was closed.
     virtual void showPopup(BarId bar, int popup, Point at) = 0;
     /// A menu at a place of the screen; the id of what was chosen, 0 if nothing was.
     virtual int showMenu(const std::vector<MenuEntry>& entries, Point at) = 0;

@@ -11,7 +11,12 @@ namespace fs = std::filesystem;
 /// Chooses an entry in the menu that opens next; the captions of all its entries, "-" for a separator.
 class MenuAnswer {
   public:
-    explicit MenuAnswer(std::string caption) : caption_(std::move(caption)) { wait(); }
+    /// `first` is done while it is open.
+    explicit MenuAnswer(
+        std::string caption, std::function<void()> first = [] {})
+        : caption_(std::move(caption)), first_(std::move(first)) {
+        wait();
+    }
     const Names& entries() const { return entries_; }
 
   private:
@@ -19,6 +24,7 @@ class MenuAnswer {
         QTimer::singleShot(5, &context_, [this] {
             auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
             if (menu == nullptr || !menu->isVisible()) return wait();
+            first_();
             QAction* chosen = nullptr;
             for (QAction* action : menu->actions()) {
                 entries_.push_back(action->isSeparator() ? "-" : action->text().toStdString());
@@ -30,6 +36,7 @@ class MenuAnswer {
     }
     QObject context_;
     std::string caption_;
+    std::function<void()> first_;
     Names entries_;
 };
 
@@ -167,17 +174,27 @@ TEST_F(FilesTest, SelectedFoldersGoParentAndChildTogetherAndNumbersStay) {
     QTest::mouseClick(s().view().viewport(), Qt::LeftButton, Qt::ControlModifier, centerOf(s().view(), sub));
     // With messages that run while it works, as they do when a tree is large.
     s().operations().before = [](OperationWatch&) { Session::settle(); };
+    MenuAnswer menu("Markierte Ordner löschen");
     QTest::mouseClick(s().view().viewport(), Qt::RightButton, {}, centerOf(s().view(), sub));
-    auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
-    ASSERT_NE(menu, nullptr);
-    QTest::keyClick(menu, Qt::Key_Down);
-    QTest::keyClick(menu, Qt::Key_Return);
     Session::settle();
 
     EXPECT_TRUE(!there("src/sub") && there("src/a.txt"));
     for (const char* folder : {"src/sub", "src/sub/deep"})
         EXPECT_NE(protocol().find("GELÖSCHT: " + at(folder) + "\r\n"), std::string::npos) << folder;
     EXPECT_TRUE(std::ranges::includes(before, numbers(s().grid())));
+}
+
+TEST_F(FilesTest, ASourceHandedOverWhileAMenuIsOpenWaitsAndSelectsNothingThatIsDeleted) {
+    start();
+    s().click("cbrReport.25");
+    s().clickRow("deep");
+    const Row sub = s().row("sub");
+    QTest::mouseClick(s().view().viewport(), Qt::LeftButton, Qt::ControlModifier, centerOf(s().view(), sub));
+    MenuAnswer menu("Markierte Ordner löschen", [&] { s().form().handOver("\"" + at("src/other") + "\""); });
+    QTest::mouseClick(s().view().viewport(), Qt::RightButton, {}, centerOf(s().view(), sub));
+    Session::settle();
+    EXPECT_TRUE(!there("src/sub") && there("src/other"));
+    EXPECT_EQ(s().grid().text(s().grid().currentRow()), at("src/other"));
 }
 
 TEST_F(FilesTest, StopEndsBetweenTwoRowsAndNothingElseBeginsMeanwhile) {

@@ -257,6 +257,13 @@ TEST_F(PreviewTest, ButtonsAndKeysTurnThePages) {
     }
     find<QSpinBox>("number")->setValue(2);
     EXPECT_EQ(preview->page(), 1);
+    auto* view = find<QComboBox>("view");
+    for (QWidget* other : {static_cast<QWidget*>(view), static_cast<QWidget*>(find<QPushButton>("next"))}) {
+        QTest::keyClick(other, Qt::Key_Home);
+        QTest::keyClick(other, Qt::Key_PageDown);
+        EXPECT_EQ(preview->page(), 1) << other->objectName().toStdString();
+    }
+    EXPECT_EQ(view->currentIndex(), 0);
 }
 
 TEST_F(PreviewTest, ThePageCanBeTurnedAndShowsAsLargeAsIsChosen) {

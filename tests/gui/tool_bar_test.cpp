@@ -9,6 +9,7 @@
 #include <QLineEdit>
 #include <QPointer>
 #include <QTest>
+#include <QTimer>
 
 #include "gui/recording_events.h"
 #include "platform/icons.h"
@@ -113,6 +114,20 @@ TEST_F(ToolBarTest, WhoIsToldOfAnotherHeightMayHaveTheBarBuiltAnew) {
     bar_.setCaption(kToggle, std::string(200, 'w'));
     EXPECT_TRUE(bar_.clips());
     EXPECT_EQ(find(kToggle)->text().size(), 200);
+}
+
+TEST_F(ToolBarTest, AnEditBoxBehindTheExtensionGetsTheKeyboardToo) {
+    bar_.setClips(true);
+    show(130);
+    QTimer look;
+    look.callOnTimeout([&] {
+        if (extension()->menu()->isVisible() && QApplication::focusWidget() != nullptr)
+            QTest::keyClicks(QApplication::focusWidget(), QStringLiteral("ab"));
+        extension()->menu()->close();
+    });
+    look.start(50);
+    tool_.focusEdit(kSearch);
+    EXPECT_EQ(bar_.textOf(kSearch), "ab");
 }
 
 TEST_F(ToolBarTest, CheckBoxesOfAListAreSwitchedOneAfterAnother) {

@@ -261,6 +261,21 @@ TEST_F(Panel, BesideTheReportStaysInSightInANarrowWindow) {
     EXPECT_TRUE(bar(BarId::kDrives).clips());
 }
 
+TEST_F(Panel, OfListAndPreviewStaysInSightInALowWindow) {
+    show(800, 600);
+    change({33, 21, 306});
+    splitter(SplitterId::kInfo).setPosition(500);
+    show(800, 330);
+    EXPECT_EQ(splitter(SplitterId::kFiles).total(), 96);
+    bar(BarId::kFiles).setChecked(318, true);
+    panes->followPreviewEntries(GridId::kFiles);
+    cSplitter& preview = splitter(SplitterId::kFilesAndPreview);
+    show(800, 900);
+    preview.setPosition(preview.total() - 50);
+    show(800, 700);
+    EXPECT_EQ(preview.Position(), preview.total() - preview.SplitterSize() - 24);
+}
+
 TEST_F(Panel, StartsWhereItWasLeft) {
     options.ToplistVisible = options.JunctionsVisible = 1;
     panes->ShowFirstList();

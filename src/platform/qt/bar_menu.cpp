@@ -2,6 +2,7 @@
 
 #include <QKeyEvent>
 #include <QMouseEvent>
+#include <QTimer>
 #include <QWidgetAction>
 
 #include "platform/qt/qt_convert.h"
@@ -43,6 +44,21 @@ void BarMenu::addEdit(const BarEntry& entry) {
         new BarEdit(context_.bar, entry, context_.events, context_.within, context_.clear, this));
     holder->setData(entry.id);
     addAction(holder);
+}
+
+void BarMenu::focusWhenOpen(int id) {
+    for (QAction* action : actions()) {
+        auto* holder = dynamic_cast<QWidgetAction*>(action);
+        if (holder == nullptr || holder->data() != id) continue;
+        // The menu takes the keyboard as it opens.
+        QTimer::singleShot(0, holder, [this, holder] {
+            qtGuard(context_.events, "BarMenu::focusWhenOpen", [&] {
+                if (!isVisible()) return;
+                setActiveAction(holder);
+                holder->defaultWidget()->setFocus(Qt::ShortcutFocusReason);
+            });
+        });
+    }
 }
 
 /// A split button that has no place of its own: its click is the first line of its list.

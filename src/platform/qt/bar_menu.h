@@ -28,6 +28,8 @@ class BarMenu final : public QMenu {
 
     /// Adds one entry at the end; an edit box as one that can be typed into.
     void add(const BarEntry& entry);
+    /// To be called before it opens: what is typed then goes into this edit box.
+    void focusWhenOpen(int id);
     /// Shows the entries as they are now. Their number is as it was.
     void sync();
     void syncEntry(const BarEntry& entry);

@@ -3,12 +3,14 @@
 #include <QDir>
 #include <QFile>
 #include <QFileDialog>
+#include <QFileIconProvider>
 #include <QFileInfo>
 #include <QFontDatabase>
 #include <QFontDialog>
 #include <QGuiApplication>
 #include <QInputDialog>
 #include <QMessageBox>
+#include <QMimeDatabase>
 #include <QPushButton>
 #include <QScreen>
 
@@ -52,7 +54,20 @@ QString withoutPattern(const QString& text) {
     return text.section(QLatin1Char('('), 0, 0).trimmed();
 }
 
-void prepare(QFileDialog& dialog, const std::string& start) {
+/// Tells files by their names: the toolkit's own way opens them, and waits for ever for some of /proc.
+class NameIcons final : public QFileIconProvider {
+  public:
+    QIcon icon(const QFileInfo& info) const override {
+        return QFileIconProvider::icon(info.isDir() ? Folder : File);
+    }
+    QString type(const QFileInfo& info) const override {
+        return QMimeDatabase().mimeTypeForFile(info, QMimeDatabase::MatchExtension).comment();
+    }
+};
+
+/// `icons` outlives the dialog.
+void prepare(QFileDialog& dialog, NameIcons& icons, const std::string& start) {
+    dialog.setIconProvider(&icons);
     dialog.setOption(QFileDialog::DontUseNativeDialog);
     dialog.setDirectory(qtText(nameableFolder(start)));
 }
@@ -118,8 +133,9 @@ std::string askForText(QWidget* parent, const DialogTexts& texts, const std::str
 }
 
 std::string askForFolder(QWidget* parent, const std::string& title, const std::string& start) {
+    NameIcons icons;
     QFileDialog dialog(parent, qtText(title));
-    prepare(dialog, start);
+    prepare(dialog, icons, start);
     dialog.setFileMode(QFileDialog::Directory);
     dialog.setOption(QFileDialog::ShowDirsOnly);
     return answerOf(dialog);
@@ -127,8 +143,9 @@ std::string askForFolder(QWidget* parent, const std::string& title, const std::s
 
 std::string askForSavePath(QWidget* parent, const std::string& filter, const std::string& extension,
                            const std::string& folder, const std::string& name) {
+    NameIcons icons;
     QFileDialog dialog(parent);
-    prepare(dialog, folder);
+    prepare(dialog, icons, folder);
     dialog.setAcceptMode(QFileDialog::AcceptSave);
     dialog.setFileMode(QFileDialog::AnyFile);
     dialog.setNameFilters(qtFilter(filter).split(QStringLiteral(";;")));

@@ -4,8 +4,10 @@
 #include <QApplication>
 #include <QDir>
 #include <QFile>
+#include <QLineEdit>
 #include <QPdfWriter>
 #include <QPrintDialog>
+#include <QPrintEngine>
 #include <QPrinterInfo>
 #include <QProgressDialog>
 #include <algorithm>
@@ -99,6 +101,21 @@ PrintResult writePdf(const PrintPages& pages, PageRange range, const std::string
 
 // --- a printer
 
+namespace {
+
+/// The toolkit sends what it has of a job when it is left, also after abort(). So the print service is told
+/// that it is of a kind that no printer takes, and refuses it.
+void drop(QPrinter& printer) {
+    printer.abort();
+    constexpr auto kServiceOptions = static_cast<QPrintEngine::PrintEnginePropertyKey>(0xfe00);
+    QPrintEngine& engine = *printer.printEngine();
+    const QStringList options = engine.property(kServiceOptions).toStringList();
+    engine.setProperty(kServiceOptions, options + QStringList{QStringLiteral("document-format"),
+                                                              QStringLiteral("application/x-cancelled")});
+}
+
+}  // namespace
+
 PrintResult printPages(const PrintPages& pages, QPrinter& printer, const PageWatch& watch) {
     const auto [first, last] = wantedOf(pages, printer);
     const int copies = printer.supportsMultipleCopies() ? 1 : std::max(1, printer.copyCount());
@@ -110,7 +127,7 @@ PrintResult printPages(const PrintPages& pages, QPrinter& printer, const PageWat
     const int each = last - first + 1;
     for (int i = 0; i < each * copies; ++i) {
         const int number = backwards ? last - i % each : first + i % each;
-        if (watch && !watch(number)) return printer.abort(), PrintResult::kCancelled;
+        if (watch && !watch(number)) return drop(printer), PrintResult::kCancelled;
         if (i > 0 && !printer.newPage()) return PrintResult::kFailed;
         pages.paint(painter, number);
     }
@@ -179,6 +196,8 @@ bool askAndPrint(const PrintDesk& desk, const PrintJob& job, const IconSource& i
     QPrintDialog dialog(&printer, desk.parent);
     dialog.setOption(QAbstractPrintDialog::PrintPageRange);
     dropPictures(dialog);
+    // It looks into files to tell their kinds, and so waits for ever in /proc.
+    for (auto* edit : dialog.findChildren<QLineEdit*>()) edit->setCompleter(nullptr);
     if (dialog.exec() != QDialog::Accepted) return false;
     printer.setFullPage(true);
     const auto pages = layOut(job, icon, printer.pageLayout());

@@ -71,7 +71,8 @@ PrintPreview::PrintPreview(const PrintJob& job, IconSource icon, const DialogTex
     area_->setFocusPolicy(Qt::StrongFocus);
     sheet_ = new PageView(events_);
     area_->setWidget(sheet_);
-    area_->installEventFilter(this);
+    for (QWidget* each : std::initializer_list<QWidget*>{area_, layout_, view_})
+        each->installEventFilter(this);
     area_->viewport()->installEventFilter(this);
     rows->addWidget(area_, 1);
     rows->addLayout(makeLower());
@@ -82,7 +83,8 @@ PrintPreview::PrintPreview(const PrintJob& job, IconSource icon, const DialogTex
 }
 
 PrintPreview::~PrintPreview() {
-    area_->removeEventFilter(this);
+    for (QWidget* each : std::initializer_list<QWidget*>{area_, layout_, view_})
+        each->removeEventFilter(this);
     area_->viewport()->removeEventFilter(this);
 }
 
@@ -187,6 +189,12 @@ void PrintPreview::goTo(int page, int scrolled) {
     area_->verticalScrollBar()->setValue(scrolled);
 }
 
+void PrintPreview::keyPressEvent(QKeyEvent* event) {
+    qtGuard(events_, "PrintPreview::keyPressEvent", [&] {
+        if (!pageKey(event->key())) QDialog::keyPressEvent(event);
+    });
+}
+
 void PrintPreview::turn(QPageLayout::Orientation orientation) {
     QPageLayout page = pages_->page();
     page.setOrientation(orientation);
@@ -196,14 +204,14 @@ void PrintPreview::turn(QPageLayout::Orientation orientation) {
 
 // What is left of a page is scrolled to first.
 bool PrintPreview::pageKey(int key) {
-    const QScrollBar& bar = *area_->verticalScrollBar();
+    QScrollBar& bar = *area_->verticalScrollBar();
     switch (key) {
         case Qt::Key_PageUp:
-            if (bar.value() > bar.minimum()) return false;
+            if (bar.value() > bar.minimum()) return bar.triggerAction(QScrollBar::SliderPageStepSub), true;
             if (page_ > 0) goTo(page_ - 1, bar.maximum());
             return true;
         case Qt::Key_PageDown:
-            if (bar.value() < bar.maximum()) return false;
+            if (bar.value() < bar.maximum()) return bar.triggerAction(QScrollBar::SliderPageStepAdd), true;
             if (page_ + 1 < pages_->count()) goTo(page_ + 1);
             return true;
         case Qt::Key_Home:
@@ -219,8 +227,8 @@ bool PrintPreview::eventFilter(QObject* watched, QEvent* event) {
     return qtGuard(events_, "PrintPreview::eventFilter", [&] {
         if (event->type() == QEvent::Resize && watched == area_ && view_->currentIndex() < kFirstPercent)
             sheet_->show(*pages_, page_, factor());
-        if (event->type() == QEvent::KeyPress && watched == area_ &&
-            pageKey(static_cast<QKeyEvent*>(event)->key()))
+        const bool turns = watched == area_ || watched == layout_ || watched == view_;
+        if (event->type() == QEvent::KeyPress && turns && pageKey(static_cast<QKeyEvent*>(event)->key()))
             return true;
         return QDialog::eventFilter(watched, event);
     });

@@ -45,6 +45,8 @@ class PrintPreview final : public QDialog {
 
   protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
+    /// From the buttons.
+    void keyPressEvent(QKeyEvent* event) override;
 
   private:
     QLayout* makeUpper();

@@ -426,10 +426,16 @@ void ToolBar::focusEdit(int id) {
         if (parts_[i].id != id || parts_[i].widget == nullptr) continue;
         const bool behind =
             std::find(behindExtension_.begin(), behindExtension_.end(), i) != behindExtension_.end();
-        if (behind) return extension_->showMenu();
+        if (behind) return focusEditBehind(id);
         parts_[i].widget->setFocus(Qt::ShortcutFocusReason);
         if (auto* edit = dynamic_cast<QLineEdit*>(parts_[i].widget)) edit->selectAll();
     }
+}
+
+// Returns when the menu is closed.
+void ToolBar::focusEditBehind(int id) {
+    if (auto* menu = dynamic_cast<BarMenu*>(extension_->menu())) menu->focusWhenOpen(id);
+    extension_->showMenu();
 }
 
 void ToolBar::openPopup(int id, QPoint at) {
@@ -439,7 +445,8 @@ void ToolBar::openPopup(int id, QPoint at) {
         // then.
         if (popup_ != nullptr) popup_->deleteLater();
         popup_ = new BarMenu(menuContext(), popup.list, this);
-        return popup_->popup(at);
+        popup_->exec(at);
+        return;
     }
 }
 

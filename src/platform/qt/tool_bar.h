@@ -26,7 +26,7 @@ class ToolBar final : public QWidget, private BarObserver {
     /// Presses an entry, wherever it stands; nothing happens if it is disabled, hidden or unknown.
     void press(int id);
     void focusEdit(int id);
-    /// Opens a popup of the bar at a place of the screen. Returns at once.
+    /// Opens a popup of the bar at a place of the screen. Returns when it is closed.
     void openPopup(int id, QPoint at);
     /// For assistive tools: of the button behind which is what does not fit, and of those that empty edit
     /// boxes. Before anything is built.
@@ -71,6 +71,7 @@ class ToolBar final : public QWidget, private BarObserver {
     BarMenu::Context menuContext();
     void within(const std::function<void()>& telling);
     void run(int id);
+    void focusEditBehind(int id);
     void drop(QObject* old);
 
     CommandBar& bar_;
