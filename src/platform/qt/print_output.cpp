@@ -103,15 +103,14 @@ PrintResult writePdf(const PrintPages& pages, PageRange range, const std::string
 
 namespace {
 
-/// The toolkit sends what it has of a job when it is left, also after abort(). So the print service is told
-/// that it is of a kind that no printer takes, and refuses it.
+/// The toolkit sends what it has of a job when it is left, also after abort(). So the print service is asked
+/// for pages that cannot be, and refuses the job.
 void drop(QPrinter& printer) {
     printer.abort();
     constexpr auto kServiceOptions = static_cast<QPrintEngine::PrintEnginePropertyKey>(0xfe00);
     QPrintEngine& engine = *printer.printEngine();
-    const QStringList options = engine.property(kServiceOptions).toStringList();
-    engine.setProperty(kServiceOptions, options + QStringList{QStringLiteral("document-format"),
-                                                              QStringLiteral("application/x-cancelled")});
+    const QStringList impossible{QStringLiteral("page-ranges"), QStringLiteral("2-1")};
+    engine.setProperty(kServiceOptions, impossible + engine.property(kServiceOptions).toStringList());
 }
 
 }  // namespace
