@@ -230,7 +230,10 @@ void GridView::applyCurrent() {
     }
 }
 
+// The logic, which is told of a scroll, may let messages run and the rows go: nothing is asked of them
+// behind.
 void GridView::ensureVisible(std::size_t index) {
+    showStartOf(rows_.at(index));
     const auto top = static_cast<std::size_t>(verticalScrollBar()->value());
     const auto page = static_cast<std::size_t>(std::max(1, viewport()->height() / rowHeight_));
     if (index < top) {
@@ -238,7 +241,6 @@ void GridView::ensureVisible(std::size_t index) {
     } else if (index >= top + page) {
         setTopIndex(index - page + 1);
     }
-    showStartOf(rows_.at(index));
 }
 
 // Of a deep row, whose name may begin right of what is on screen.

@@ -230,10 +230,15 @@ void GridView::contextMenuEvent(QContextMenuEvent* event) {
 void GridView::openMenu() {
     const auto index = currentIndexOfRow();
     if (!index) return;
-    if (!grid_.selected(rows_.at(*index))) pick(*index, Pick::kOnly);
-    ensureVisible(*index);
+    const Row row = rows_.at(*index);
+    if (grid_.selected(row)) {
+        ensureVisible(*index);
+    } else {
+        pick(*index, Pick::kOnly);
+    }
+    if (currentIndexOfRow() != index || rows_.at(*index) != row) return;  // It went while it was scrolled to.
     const QPoint at = viewport()->mapToGlobal(QPoint(rowHeight_, rowRect(*index).bottom()));
-    events_.gridMouseUp(id_, rows_.at(*index), MouseButton::kRight, false, {at.x(), at.y()});
+    events_.gridMouseUp(id_, row, MouseButton::kRight, false, {at.x(), at.y()});
 }
 
 // --- keys
