@@ -224,7 +224,7 @@ class Clicker {
     void onRow() {
         const GridId id = pick(2) == 0 ? GridId::kReport : static_cast<GridId>(pick(kGridCount));
         GridView& view = s_.window().grid(id);
-        view.sync();
+        if (!view.sync()) return;  // What it shows may be gone.
         const auto count = static_cast<int>(view.rows().count());
         if (!view.isVisible() || count == 0) return;
         const auto index = static_cast<std::size_t>(pick(count));
