@@ -53,7 +53,7 @@ struct SaveServices {
     SaveDialog* dialog = nullptr;  ///< None in a run with no window.
 };
 
-/// Indexes of the form's option buttons and of the items of its lists.
+/// Indexes of the items of the form's lists.
 enum SaveFormat : int { kFormatTxt, kFormatCsv };
 enum SaveDelimiter : int { kDelimiterComma, kDelimiterSemicolon, kDelimiterTab, kDelimiterBlank };
 

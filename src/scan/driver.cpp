@@ -144,8 +144,8 @@ void StartSearchViaToolbar(ScanContext& scan) {
 
 void Ordnerliste_Abarbeiten(ScanContext& scan) {
     guarded(scan.diagnostics, "Ordnerliste_Abarbeiten", kModul, [&] {
-        scan.state.CancelState =
-            kCancelNone;  // A Stop of what came before, a list of files say, is none here.
+        // A Stop of what came before, a list of files say, is none here.
+        scan.state.CancelState = kCancelNone;
         scan.host.setBusyPointer(true);
         bool done = false;
         DisableControls(scan, false);
