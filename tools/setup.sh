@@ -21,10 +21,13 @@ quietly() {
     return "$status"
 }
 
-# isThere PROOF: a command, or patterns of full paths, one of which fits a file, with a colon between them.
+# isThere PROOF: a program of the PATH, or patterns of full paths, one of which fits a file, with a colon between them.
 isThere() {
     local pattern patterns
-    if [[ $1 != /* ]]; then command -v "$1" >/dev/null && return; fi
+    if [[ $1 != /* ]]; then
+        type -P "$1" >/dev/null
+        return
+    fi
     IFS=: read -ra patterns <<<"$1"
     for pattern in "${patterns[@]}"; do compgen -G "$pattern" >/dev/null && return; done
     return 1
