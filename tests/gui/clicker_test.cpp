@@ -103,10 +103,11 @@ struct Truth {
     double bytes = 0, files = 0, folders = 0;
 };
 
-/// Links are folders, and are not entered.
+/// Links are folders, and are not entered; nor is a folder that this user may not read.
 Truth truthOf(const std::string& root) {
     Truth truth;
-    for (const auto& entry : fs::recursive_directory_iterator(root)) {
+    constexpr auto kPassOver = fs::directory_options::skip_permission_denied;
+    for (const auto& entry : fs::recursive_directory_iterator(root, kPassOver)) {
         const bool folder = entry.is_directory();
         (folder ? truth.folders : truth.files) += 1;
         if (!folder) truth.bytes += static_cast<double>(sizeOf(entry.path()));

@@ -3,6 +3,8 @@
 
 #include <QApplication>
 
+#include "platform/qt/desktop_settings.h"
+
 namespace hl::test {
 /// A session in a process of its own, for what a process does once: see program_window_test.cpp.
 int wholeSession();
@@ -18,6 +20,7 @@ int main(int argc, char** argv) {
     if (argc > 2 && std::string_view(argv[1]) == "--file-manager")
         return hl::test::fileManager(argc - 2, argv + 2);
     testing::InitGoogleTest(&argc, argv);
+    hl::quietMessages();  // Hundreds of lines of the toolkit's would bury a failure.
     if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
     QApplication application(argc, argv);
     QApplication::setStyle(QStringLiteral("Fusion"));
