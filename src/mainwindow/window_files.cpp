@@ -1,6 +1,7 @@
 // What changes or opens files: the menus of report, drives and lists, names edited in their cells, and what
 // the commands of fileops/ ask of the window.
 #include "base/scope_exit.h"
+#include "base/text.h"
 #include "fileops/deleting.h"
 #include "fileops/menus.h"
 #include "fileops/renaming.h"
@@ -23,9 +24,19 @@ std::string withoutSlash(std::string path) {
 
 // --- menus
 
+// What went since it was read has no menu, and the user sees why.
+bool WindowForm::isGone(const char* routine, const std::string& path) {
+    constexpr int kNotFound = 2, kFolderNotFound = 20;
+    const int error = path.empty() ? 0 : services_.fileSystem.look(path).error;
+    if (error != kNotFound && error != kFolderNotFound) return false;
+    services_.log.LogDebug(routine, {services_.facts.errorText(error), visible(path)});
+    setFirstPanel(services_.texts.TL(9640, "'%1' ist nicht mehr da.", {path}));
+    return true;
+}
+
 void WindowForm::Report_ShellContextMenu(Row row, const std::string& path, Point at) {
     guarded(services_.diagnostics, "Report_ShellContextMenu", kModul, [&] {
-        if (path.empty() || unloaded_) return;
+        if (path.empty() || unloaded_ || isGone("Report_ShellContextMenu", withoutSlash(path))) return;
         const FileOps ops = fileOps();
         const ScopeExit over = command();
         const int chosen = Menus(ops).ofReport(row, withoutSlash(path), at);
@@ -71,6 +82,7 @@ void WindowForm::ShellContextMenuFileList(GridId id, Point at) {
         Menus menus(ops);
         const ScopeExit over = command();
         const std::vector<std::string> paths = list.menuPaths();
+        if (!paths.empty() && isGone("ShellContextMenuFileList", paths.front())) return;
         const int chosen = menus.ofList(id, paths, at);
         if (unloaded_) return;
         switch (chosen) {

@@ -203,6 +203,7 @@ class WindowForm final : public MainForm,
     std::string askText(const std::string& prompt, const std::string& preset) override;
     void readSources(const std::vector<std::string>& sources) override;
 
+    bool isGone(const char* routine, const std::string& path);
     void openDriveMenu(Row row, Point at);
     void reportMenuCommand(int id, Row row);
     /// What is handed over while a command is on the stack waits for its end.

@@ -227,7 +227,8 @@ void ReportView::tvwPL_MouseUp(Row row, MouseButton button, bool shift, Point at
         if (row == kNoRow) {
             if (!shift && grid_.selectedCount() > 0) dropSelection();
         } else if (button == MouseButton::kLeft) {
-            if (grid_.selectedCount() == 1) Report_MouseClick(row, button, at);
+            // Another row than the one that was clicked, if Ctrl has taken that out of the selection.
+            if (grid_.selectedCount() == 1) Report_MouseClick(grid_.selectedRows().front(), button, at);
         } else {
             selectOther(row, button, shift);
             if (grid_.selectedCount() == 1) {
@@ -261,19 +262,24 @@ void ReportView::Report_MouseClick(Row row, MouseButton button, Point at) {
     guarded(scan_.diagnostics, "Report_MouseClick", kModul, [&] {
         grid_.setSelected(row, true);
         grid_.setCurrentRow(row);
-        scan_.host.selectDriveOf(row);
-        const bool folder = grid_.number(row, kIsFolder) == 1;
-        const std::string path = Report_GetFullpathOfNode(grid_, folderOf(row), true, scan_.paths);
-        scan_.host.showFilesOf(path);
-        // Messages have run: another row may be current now, and this one gone.
-        if (grid_.currentRow() != row || scan_.state.ScanActive ||
-            Report_GetFullpathOfNode(grid_, folderOf(row), true, scan_.paths) != path)
-            return;
-        host_.setFirstPanel(path);
-        scan_.host.refreshPreview();
-        window_.focusGrid(GridId::kReport);
-        if (button == MouseButton::kRight && folder) host_.Report_ShellContextMenu(row, path, at);
+        tellOf(row, button, at);
     });
+}
+
+void ReportView::tellOf(Row row, MouseButton button, Point at) {
+    const Row current = grid_.currentRow();
+    scan_.host.selectDriveOf(row);
+    const bool folder = grid_.number(row, kIsFolder) == 1;
+    const std::string path = Report_GetFullpathOfNode(grid_, folderOf(row), true, scan_.paths);
+    scan_.host.showFilesOf(path);
+    // Messages have run: another row may be current now, and this one gone.
+    if (grid_.currentRow() != current || !grid_.selected(row) || scan_.state.ScanActive ||
+        Report_GetFullpathOfNode(grid_, folderOf(row), true, scan_.paths) != path)
+        return;
+    host_.setFirstPanel(path);
+    scan_.host.refreshPreview();
+    window_.focusGrid(GridId::kReport);
+    if (button == MouseButton::kRight && folder) host_.Report_ShellContextMenu(row, path, at);
 }
 
 void ReportView::tvwPL_DblClick() {
@@ -288,10 +294,12 @@ void ReportView::tvwPL_DblClick() {
 void ReportView::tvwPL_KeyUp(int key) {
     guarded(scan_.diagnostics, "tvwPL_KeyUp", kModul, [&] {
         if (grid_.selectedCount() == 0 || scan_.state.ScanActive) return;
-        if (key == kKeyUp || key == kKeyDown)
-            Report_MouseClick(grid_.selectedRows().front(), MouseButton::kLeft, {});
-        if (key == kKeyF2 && grid_.selectedCount() == 1 && grid_.level(grid_.selectedRows().front()) > 0)
-            host_.beginRename(GridId::kReport, grid_.selectedRows().front());
+        const Row first = grid_.selectedRows().front();
+        // The current row stays: with Ctrl and Shift the keys move it, and go on from there.
+        if (key == kKeyUp || key == kKeyDown) tellOf(first, MouseButton::kLeft, {});
+        if (key == kKeyF2 && grid_.selectedCount() == 1 && grid_.level(first) > 0 &&
+            grid_.number(first, kIsFolder) == 1)
+            host_.beginRename(GridId::kReport, first);
     });
 }
 

@@ -68,12 +68,13 @@ class ReportView {
     void tvwPL_GridColumnTitleClick(std::size_t column);
     /// The title click that ends the dragging of a column border is none.
     void columnSizing() { ColumnDragGuard_ = true; }
-    /// The row that was clicked becomes the one folder that lists and status bar tell of. kNoRow: a click
+    /// The one row that is selected becomes the folder that lists and status bar tell of. kNoRow: a click
     /// beside all rows.
     void tvwPL_MouseUp(Row row, MouseButton button, bool shift, Point at);
     /// Folds the first selected row up, or unfolds it.
     void tvwPL_DblClick();
-    /// Up and down tell of the row like a click; F2 renames a folder that is no source.
+    /// Up and down tell of the first selected row like a click, but leave the current one; F2 renames a
+    /// folder that is no source.
     void tvwPL_KeyUp(int key);
     /// The columns follow what came to show.
     void expandedByUser();
@@ -86,6 +87,7 @@ class ReportView {
     bool progress(std::size_t done, std::size_t all);
     void sortAgain(const std::string& key, bool numbers);
     void Report_MouseClick(Row row, MouseButton button, Point at);
+    void tellOf(Row row, MouseButton button, Point at);
     void selectOther(Row row, MouseButton button, bool shift);
     void dropSelection();
     Row folderOf(Row row) const;

@@ -197,6 +197,58 @@ TEST_F(FilesTest, ASourceHandedOverWhileAMenuIsOpenWaitsAndSelectsNothingThatIsD
     EXPECT_EQ(s().grid().text(s().grid().currentRow()), at("src/other"));
 }
 
+TEST_F(FilesTest, WhatIsTakenOutOfTheSelectionStaysAndTheRestIsTold) {
+    start();
+    s().click("cbrReport.25");
+    const auto toggle = [&](const char* name) {
+        QTest::mouseClick(s().view().viewport(), Qt::LeftButton, Qt::ControlModifier,
+                          centerOf(s().view(), s().row(name)));
+        Session::settle();
+    };
+    s().clickRow("sub");
+    toggle("other");
+    toggle("sub");
+    EXPECT_EQ(s().grid().selectedRows(), std::vector<Row>{s().row("other")});
+    EXPECT_EQ(s().grid().currentRow(), s().row("other"));
+    EXPECT_EQ(s().status(), at("src/other/"));
+    EXPECT_EQ(s().form().state().currentFolder, at("src/other/"));
+    s().form().execute(BarId::kMain, 101);
+    EXPECT_TRUE(there("src/sub/deep") && !there("src/other"));
+
+    // By key, from row to row: what Ctrl passes over is not selected, and Space takes out.
+    s().clickRow("src");
+    const auto press = [&](Qt::Key key, Qt::KeyboardModifiers with) {
+        QTest::keyClick(&s().view(), key, with);
+        Session::settle();
+    };
+    for (const Qt::Key pressed : {Qt::Key_Down, Qt::Key_Down, Qt::Key_Space})
+        press(pressed, Qt::ControlModifier);
+    EXPECT_EQ(s().grid().selectedCount(), 2u);
+    const Row current = s().grid().currentRow();
+    EXPECT_TRUE(current != s().row("src") && s().grid().selected(current));
+    press(Qt::Key_Space, Qt::ControlModifier);
+    EXPECT_EQ(s().grid().currentRow(), current);
+    EXPECT_EQ(s().grid().selectedRows(), std::vector<Row>{s().row("src")});
+    EXPECT_EQ(s().status(), at("src/"));
+}
+
+TEST_F(FilesTest, WhatHasVanishedHasNoMenuAndTheStatusSaysWhy) {
+    start();
+    s().click("cbrReport.25");
+    fs::remove_all(at("src/sub"));
+    const auto waited = [&](const std::string& path) {
+        EXPECT_EQ(QApplication::activePopupWidget(), nullptr);
+        EXPECT_EQ(s().status(), "'" + path + "' ist nicht mehr da.");
+        EXPECT_NE(contentOf(home.path() + "/debug.log").find(path), std::string::npos);
+    };
+    rightClick(s().view(), s().row("deep"));
+    waited(at("src/sub/deep"));
+    GridView& list = session_->open(kTopList);
+    session_->sortByName(list);
+    rightClick(list, list.grid().rowAt(4));
+    waited(at("src/sub/deep/e.txt"));
+}
+
 TEST_F(FilesTest, StopEndsBetweenTwoRowsAndNothingElseBeginsMeanwhile) {
     GridView& list = startWithList();
     selectFirst(list, 3);
