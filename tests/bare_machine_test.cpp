@@ -1,6 +1,9 @@
 // What the scripts of the project's folder do on a machine that has next to nothing. They run in a copy of
-// the folder, with a PATH that leads to a few tools of the shell and nothing else.
+// the folder, with a PATH that leads to tools of the shell alone; apt-get, and all that it installs, are
+// played.
 #include <gtest/gtest.h>
+
+#include <algorithm>
 
 #include "support/temp_dir.h"
 #include "support/trees.h"
@@ -14,32 +17,59 @@ namespace fs = std::filesystem;
 class BareMachine : public ::testing::Test {
   protected:
     BareMachine() {
-        fs::create_directories(tools());
-        for (const char* file : {"run", "check", "package", "tools/setup.sh"}) writeCopy(file);
+        for (const char* folder : {"bin", "deb", "project/tools"})
+            fs::create_directories(machine_.path() + "/" + folder);
+        for (const std::string file : {"run", "check", "tools/setup.sh"})
+            fs::copy_file(HARBORLANTERN_SOURCE_DIR "/" + file, folder() + "/" + file);
         // As in the project's folder, where names of programs are names of folders too.
         makeTree(folder(), {"cmake/install.cmake", "src/main.cpp", "g++/"});
-        for (const char* tool : {"bash", "env", "dirname", "readlink"})
-            fs::create_symlink(std::string("/usr/bin/") + tool, tools() + "/" + tool);
+        for (const std::string tool :
+             {"awk", "bash", "cat", "chmod", "cp", "dirname", "env", "find", "flock", "grep", "mkdir",
+              "readlink", "sed", "sh", "tail", "timeout", "touch", "true", "wc"})
+            fs::create_symlink("/usr/bin/" + tool, machine_.path() + "/bin/" + tool);
     }
 
     std::string folder() const { return machine_.path() + "/project"; }
-    std::string tools() const { return machine_.path() + "/bin"; }
+
+    void put(const std::string& tool, const std::string& body) const {
+        writeScript(machine_.path() + "/" + tool, "echo \"${0##*/} $*\" >>'" + calls() + "'\n" + body);
+    }
+    /// The compiler and what belongs to it can be had from apt-get, which a user calls with sudo.
+    void putApt() const {
+        put("bin/sudo", "exec \"$@\"");
+        put("bin/apt-get",
+            "case \"$*\" in\n"
+            "  *--print-uris*) echo '1 upgraded, 50 newly installed, 0 to remove.'\n"
+            "    echo 'Need to get 2 MB/86.6 MB of archives.'\n"
+            "    echo 'After this operation, 344 MB of additional disk space will be used.' ;;\n"
+            "  *' -y install '*) cp '" +
+                machine_.path() + "'/deb/* '" + machine_.path() + "/bin' ;;\nesac");
+        put("deb/g++", "");
+        put("deb/cmake", "mkdir -p build/release/src build/release/tests; touch build/release/build.ninja");
+        put("deb/ninja",
+            "echo 'echo started' >build/release/src/harborlantern\n"
+            "chmod +x build/release/src/harborlantern");
+    }
 
     /// Its exit status, and behind a blank what it says. The line begins in the project's folder.
     std::string run(const std::string& line) const {
         const std::string said = machine_.path() + "/said";
-        const int status = std::system(("cd '" + folder() + "' && /usr/bin/env -i 'PATH=" + tools() + "' " +
-                                        line + " >'" + said + "' 2>&1")
-                                           .c_str());
+        const std::string command = "cd '" + folder() + "' && /usr/bin/env -i 'PATH=" + machine_.path() +
+                                    "/bin' " + line + " >'" + said + "' 2>&1";
+        const int status = std::system(command.c_str());
         return std::to_string(WEXITSTATUS(status)) + " " + contentOf(said);
+    }
+    /// How many of the calls of played programs begin with `start` and have `part`.
+    long count(const std::string& start, const std::string& part) const {
+        std::istringstream lines(contentOf(calls()));
+        long found = 0;
+        for (std::string line; std::getline(lines, line);)
+            if (line.starts_with(start) && line.find(part) != std::string::npos) ++found;
+        return found;
     }
 
   private:
-    void writeCopy(const fs::path& file) const {
-        const fs::path copy = folder() / file;
-        fs::create_directories(copy.parent_path());
-        fs::copy_file(HARBORLANTERN_SOURCE_DIR / file, copy);
-    }
+    std::string calls() const { return machine_.path() + "/calls"; }
 
     TempDir machine_;
 };
@@ -49,6 +79,56 @@ TEST_F(BareMachine, AFolderOfTheProjectIsNoProgram) {
         run("./run -s report.csv ."),
         "4 Missing: g++ cmake ninja-build. This can install packages on Debian only; please install them "
         "yourself.\n");
+}
+
+TEST_F(BareMachine, NothingIsInstalledOrBuiltForAWindowThatNoScreenShows) {
+    putApt();
+    EXPECT_EQ(run("./run /usr"),
+              "3 There is no screen to show a window on. A report with no window: ./run -s FILE FOLDER...\n");
+    EXPECT_EQ(count("", ""), 0);
+}
+
+TEST_F(BareMachine, AReportNeedsNothingOfTheWindow) {
+    putApt();
+    EXPECT_EQ(run("./run -s report.csv ."),
+              "0 Asking for g++ cmake ninja-build ...\n"
+              "Installing 51 packages, 2 MB to download, 344 MB on the disk ...\n"
+              "Configuring build/release ...\n"
+              "Building harborlantern in build/release ...\n"
+              "started\n");
+}
+
+TEST_F(BareMachine, AWindowTakesOneInstallingAndOneBuild) {
+    putApt();
+    const std::string said = run("QT_QPA_PLATFORM=offscreen ./run /usr");
+    EXPECT_TRUE(said.starts_with("0 ") && said.ends_with("\nstarted\n")) << said;
+    EXPECT_EQ(count("apt-get", " -y install "), 1);
+    EXPECT_EQ(count("apt-get", "gstreamer"), 0);
+    EXPECT_EQ(count("cmake", ""), 1);
+    EXPECT_EQ(count("ninja", "harborlantern harborlantern-gui"), 1);
+    EXPECT_EQ(count("ninja", ""), 1);
+}
+
+TEST_F(BareMachine, ACheckNamesWhatFailedLastAndCountsWhatWasSkipped) {
+    putApt();
+    for (const char* tool : {"clang-format", "clang-tidy", "python3"}) put("deb/" + std::string(tool), "");
+    const std::string good = "echo '[ RUN      ] A.Good'; echo '[       OK ] A.Good (1 ms)'\n";
+    const std::string ends = "echo '[==========] 3 tests from 1 test suite ran. (3 ms total)'\n";
+    put("deb/unit_tests", good +
+                              "echo '[ RUN      ] A.Off'; echo 'a.cpp:1: Skipped'; echo 'no screen'\n"
+                              "echo '[  SKIPPED ] A.Off (0 ms)'\n"
+                              "echo '[ RUN      ] A.Bad'; echo why; echo '[  FAILED  ] A.Bad (1 ms)'\n" +
+                              ends + "exit 1");
+    put("deb/gui_tests", good + ends);
+    put("deb/ninja", "cp '" + folder() + "'/../deb/*_tests build/release/tests");
+    for (const char* tool : {"/tools/tidy.py", "/tools/on_screen.sh"})
+        writeScript(folder() + tool, "[ $# -lt 3 ] || \"$@\"");
+    for (const char* room : {"tests", "bench", "fuzz"}) makeFolder(folder() + "/" + room);
+
+    const std::string said = run("./check");
+    EXPECT_TRUE(said.starts_with("1 ")) << said;
+    EXPECT_NE(said.find("\nSkipped: A.Off: no screen\n[ RUN      ] A.Bad\nwhy\n"), std::string::npos) << said;
+    EXPECT_TRUE(said.ends_with("\nFAILED: A.Bad (release)\n5 passed, 1 failed, 1 skipped\n")) << said;
 }
 
 }  // namespace

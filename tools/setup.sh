@@ -1,7 +1,7 @@
 # What run and check share: installing packages, configuring, building. To be sourced, with `root` set to the
 # project's folder. Every step says one line on standard error, and nothing where there is nothing to do.
 # shellcheck shell=bash
-# shellcheck disable=SC2154  # root
+# shellcheck disable=SC2034,SC2125,SC2154,SC2191  # root comes from, and lists go to, who sources this; they have patterns in them
 
 # Status of a run that ends before the program starts; the program's own are 0 to 3.
 readonly kSetupFailed=4
@@ -13,11 +13,24 @@ fail() {
     exit "$kSetupFailed"
 }
 
-# quietly COMMAND...: keeps the output back, and shows it if the command fails.
+onTerminal() { [[ -t 2 && ${TERM-dumb} != dumb ]]; }
+
+# showLast: passes its input on; on a terminal the last line of it stands there meanwhile.
+showLast() {
+    local line
+    onTerminal || exec cat
+    while IFS= read -r line; do
+        printf '%s\n' "$line"
+        printf '\r\e[K%.79s' "$line" >&2
+    done
+    printf '\r\e[K' >&2
+}
+
+# quietly COMMAND...: keeps the output back, and shows it if the command fails, without ninja's lines of what went well.
 quietly() {
     local output status=0
-    output=$("$@" 2>&1 </dev/null) || status=$?
-    if ((status != 0)); then say "$output"; fi
+    output=$("$@" 2>&1 </dev/null | showLast) || status=$?
+    if ((status != 0)); then say "$(grep -v '^\[[0-9]*/[0-9]*\] ' <<<"$output")"; fi
     return "$status"
 }
 
@@ -33,63 +46,99 @@ isThere() {
     return 1
 }
 
-# What the program alone is built with; what the window needs to be built and to look well. Any of the usual fonts and
-# icon themes does.
+# Packages with their proofs. What the program alone is built with; what the window needs to be built and to look well,
+# any of the usual fonts and icon themes does; and, marked with "?", what is wanted and not needed: the texts of the
+# toolkit's own dialogs, and viewers of the preview.
 readonly kProgramPackages=(g++=g++ cmake=cmake ninja-build=ninja)
 readonly kFonts=/usr/share/fonts/*/*
 readonly kIcons=/usr/share/icons
+readonly kPdfConfig='/usr/lib/*/cmake/Qt6Pdf/Qt6PdfConfig.cmake:/usr/lib*/cmake/Qt6Pdf/Qt6PdfConfig.cmake'
+readonly kMediaConfig='/usr/lib/*/cmake/Qt6Multimedia/Qt6MultimediaConfig.cmake:/usr/lib*/cmake/Qt6Multimedia/Qt6MultimediaConfig.cmake'
 readonly kWindowPackages=(
+    "${kProgramPackages[@]}"
     'qt6-base-dev=/usr/lib/*/cmake/Qt6Widgets/Qt6WidgetsConfig.cmake:/usr/lib*/cmake/Qt6Widgets/Qt6WidgetsConfig.cmake'
     'qt6-svg-dev=/usr/lib/*/cmake/Qt6Svg/Qt6SvgConfig.cmake:/usr/lib*/cmake/Qt6Svg/Qt6SvgConfig.cmake'
     'libglib2.0-dev=/usr/lib/*/pkgconfig/gio-unix-2.0.pc:/usr/lib*/pkgconfig/gio-unix-2.0.pc' pkg-config=pkg-config
     "fonts-dejavu-core=$kFonts/DejaVuSans.ttf:$kFonts/NotoSans-Regular.ttf:$kFonts/LiberationSans-Regular.ttf"
-    "adwaita-icon-theme=$kIcons/Adwaita/index.theme:$kIcons/breeze/index.theme:$kIcons/Papirus/index.theme")
+    "adwaita-icon-theme=$kIcons/Adwaita/index.theme:$kIcons/breeze/index.theme:$kIcons/Papirus/index.theme"
+    '?qt6-translations-l10n=/usr/share/qt6/translations/qtbase_de.qm' "?qt6-pdf-dev=$kPdfConfig" '?unrtf=unrtf'
+    '?qt6-image-formats-plugins=/usr/lib/*/qt6/plugins/imageformats/libqtiff.so')
 
-# Viewers of the preview: what they are built with, and what they show and play with; and the texts of the toolkit's own
-# dialogs. Wanted, not needed.
-readonly kPdfConfig='/usr/lib/*/cmake/Qt6Pdf/Qt6PdfConfig.cmake:/usr/lib*/cmake/Qt6Pdf/Qt6PdfConfig.cmake'
-readonly kMediaConfig='/usr/lib/*/cmake/Qt6Multimedia/Qt6MultimediaConfig.cmake:/usr/lib*/cmake/Qt6Multimedia/Qt6MultimediaConfig.cmake'
+# The player of the preview doubles the number of packages, so ./run leaves it to the user; what is checked and what is
+# packed has it.
 readonly kPlugins=/usr/lib/*/gstreamer-1.0
-readonly kWantedPackages=(
-    qt6-translations-l10n=/usr/share/qt6/translations/qtbase_de.qm
-    "qt6-pdf-dev=$kPdfConfig" "qt6-multimedia-dev=$kMediaConfig" unrtf=unrtf
-    'qt6-image-formats-plugins=/usr/lib/*/qt6/plugins/imageformats/libqtiff.so'
-    "gstreamer1.0-plugins-base=$kPlugins/libgstplayback.so" "gstreamer1.0-plugins-good=$kPlugins/libgstisomp4.so"
-    "gstreamer1.0-libav=$kPlugins/libgstlibav.so")
+readonly kPlayerPackages=(
+    "?qt6-multimedia-dev=$kMediaConfig" "?gstreamer1.0-plugins-base=$kPlugins/libgstplayback.so"
+    "?gstreamer1.0-plugins-good=$kPlugins/libgstisomp4.so" "?gstreamer1.0-libav=$kPlugins/libgstlibav.so")
 
-# installWindow: what the window needs, and what it would like to have, if that can be had.
-installWindow() {
-    install "${kProgramPackages[@]}" "${kWindowPackages[@]}"
-    (install "${kWantedPackages[@]}") || say "The window will be without what these are for."
+# aptGet ARGUMENT...: as root, in English.
+aptGet() {
+    local asRoot=()
+    if ((EUID != 0)); then asRoot=(sudo); fi
+    "${asRoot[@]}" env LC_ALL=C DEBIAN_FRONTEND=noninteractive apt-get -q -o DPkg::Lock::Timeout=300 "$@"
 }
 
-# install PACKAGE=PROOF...: installs each package whose proof is not there.
+# amount PACKAGE...: how much it is to install them; status 1 if apt-get cannot. --print-uris installs nothing.
+amount() {
+    LC_ALL=C apt-get install -q --no-install-recommends --print-uris "$@" 2>/dev/null | awk '
+        / newly installed, / { told = 1; packages = $1 + $3 }
+        /^Need to get / { sub("/.*", "", $5); load = $4 " " $5 }
+        /^After this operation, / { space = $4 " " $5 }
+        END { printf "%d packages, %s to download, %s on the disk\n", packages, load, space; exit !told }'
+}
+
+# mayInstall PACKAGE...: says so if there is no way to.
+mayInstall() {
+    if ! isThere apt-get; then
+        say "Missing: $*. This can install packages on Debian only; please install them yourself."
+    elif ((EUID != 0)) && ! isThere sudo; then
+        say "Missing: $*. You are not root and there is no sudo; let root do: apt-get install $*"
+    else
+        return 0
+    fi
+    return 1
+}
+
+# install [?]PACKAGE=PROOF...: installs each package whose proof is not there, all of them at once. One that is marked
+# is left out where it cannot be had.
 install() {
-    local missing=() asRoot=() pair
-    for pair in "$@"; do isThere "${pair#*=}" || missing+=("${pair%%=*}"); done
+    local pair needed=() missing=() told=
+    for pair in "$@"; do
+        if isThere "${pair#*=}"; then continue; fi
+        pair=${pair%%=*}
+        [[ $pair == \?* ]] || needed+=("$pair")
+        missing+=("${pair#\?}")
+    done
     ((${#missing[@]})) || return 0
 
-    isThere apt-get || fail "Missing: ${missing[*]}. This can install packages on Debian only; please install them yourself."
-    if ((EUID != 0)); then
-        isThere sudo || fail "Missing: ${missing[*]}. You are not root and there is no sudo; let root do: apt-get install ${missing[*]}"
-        asRoot=(sudo)
+    if ! mayInstall "${missing[@]}"; then
+        ((${#needed[@]} == 0)) || exit "$kSetupFailed"
+        return 0
     fi
-    say "Installing ${missing[*]} ..."
-    local apt=("${asRoot[@]}" env DEBIAN_FRONTEND=noninteractive apt-get -q -y -o DPkg::Lock::Timeout=300)
-    quietly "${apt[@]}" update || fail "Installing failed: apt-get update."
-    quietly "${apt[@]}" install --no-install-recommends "${missing[@]}" || fail "Installing failed: apt-get install ${missing[*]}"
+    say "Asking for ${missing[*]} ..."
+    quietly aptGet update || fail "Installing failed: apt-get update."
+    if ! told=$(amount "${missing[@]}"); then
+        ((${#needed[@]})) || { say "They cannot be installed and are left out." && return 0; }
+        missing=("${needed[@]}")
+        told=$(amount "${missing[@]}") && say "Not all of them can be installed: ${missing[*]} alone."
+    fi
+    say "Installing $told ..."
+    quietly aptGet -y install --no-install-recommends "${missing[@]}" ||
+        fail "Installing failed: apt-get install ${missing[*]}"
 }
 
-# viewerIsNew CACHE LIBRARY PROOF: it was missing when the build was configured, and is there now.
-viewerIsNew() { isThere "$3" && ! grep -q "^Qt6$2_DIR:PATH=/" "$1"; }
+# viewerIsNew FOLDER: a library for a viewer was missing when the build was configured, and is there now.
+viewerIsNew() {
+    { isThere "$kPdfConfig" && ! grep -q '^Qt6Pdf_DIR:PATH=/' "$1/CMakeCache.txt"; } ||
+        { isThere "$kMediaConfig" && ! grep -q '^Qt6Multimedia_DIR:PATH=/' "$1/CMakeCache.txt"; }
+}
 
 # Configured without the window where Qt was missing then, without the tests where only the program was wanted.
 needsConfiguring() {
     local folder=$1 tests=$2 window=$3 cache=$1/CMakeCache.txt
     [[ ! -e $folder/build.ninja ]] && return 0
     [[ $tests == ON ]] && ! grep -q '^HARBORLANTERN_TESTS:BOOL=ON' "$cache" && return 0
-    [[ $window == ON ]] && { viewerIsNew "$cache" Pdf "$kPdfConfig" || viewerIsNew "$cache" Multimedia "$kMediaConfig"; } &&
-        return 0
+    [[ $window == ON ]] && viewerIsNew "$folder" && return 0
     [[ $window == ON ]] && ! { grep -q '^Qt6_DIR:PATH=/' "$cache" && grep -q 'harborlantern-gui' "$folder/build.ninja"; }
 }
 
@@ -112,18 +161,21 @@ build() {
         quietly cmake -S "$root" --preset "$preset" "-DHARBORLANTERN_TESTS=$tests" || fail "Configuring failed."
     fi
     say "Building $* in build/$preset ..."
-    quietly ninja -C "$folder" --quiet "$@" || fail "The build failed."
+    quietly ninja -C "$folder" "$@" || fail "The build failed."
     for target in "$@"; do cp -p "$folder/built.begun" "$folder/built.$target"; done
     exec {lock}>&-
 }
 
-# upToDate PRESET TARGET: whether nothing that the build reads was changed since this target was built. Folders
+# upToDate PRESET TARGET...: whether nothing that the build reads was changed since these targets were built. Folders
 # count too, so that a file that was removed is noticed.
 upToDate() {
-    local built
-    for built in "$root/build/$1/built.$2" "$root/build/$1/built.all"; do
-        [[ -e $built && -z $(find "$root"/{src,lang,data,cmake,CMakeLists.txt,CMakePresets.json} -newer "$built" \
-            -print -quit 2>/dev/null) ]] && return 0
+    local folder=$root/build/$1 target built
+    if [[ " $* " == *" harborlantern-gui "* ]] && viewerIsNew "$folder"; then return 1; fi
+    for target in "${@:2}"; do
+        for built in "$folder/built.$target" "$folder/built.all" ''; do
+            [[ -e $built && -z $(find "$root"/{src,lang,data,cmake,CMakeLists.txt,CMakePresets.json} -newer "$built" \
+                -print -quit 2>/dev/null) ]] && break
+        done
+        [[ $built ]] || return 1
     done
-    return 1
 }

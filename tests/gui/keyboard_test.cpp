@@ -120,7 +120,8 @@ TEST_F(KeyboardTest, EveryCommandIsReachedWithTabArrowsAndSpace) {
     expectAllReached();
 }
 
-TEST_F(KeyboardTest, EveryCommandIsReachedWhereTheWindowIsNarrowAndBarsClip) {
+using OnScreenKeyboardTest = KeyboardTest;
+TEST_F(OnScreenKeyboardTest, EveryCommandIsReachedWhereTheWindowIsNarrowAndBarsClip) {
     if (QGuiApplication::platformName() == QLatin1String("offscreen"))
         GTEST_SKIP()
             << "needs a screen: offscreen, a menu with an edit box keeps the keyboard when it closes";
