@@ -287,6 +287,7 @@ int Program::openWindow(LinuxInstances& instances, bool& restart) {
     std::string reason;
     const auto show = loadWindowModule(windowModule(), reason);
     if (show == nullptr) {
+        if (places_.installed && !files_.exists(windowModule())) reason = kWindowPackage;
         console_.errorLine(texts_.TL(9023,
                                      "Das Fenster ist nicht installiert (%1). Ein Bericht ohne Fenster: "
                                      "harborlantern -s DATEI ORDNER...",

@@ -119,6 +119,42 @@ knowsSwitches() {
     done
 }
 
+# The pages and the pictures that they show.
+hasDocs() {
+    local folder=$system/usr/share/doc/harborlantern file
+    for file in $(cd "$root/docs" && ls ./*.md) $(grep -ohE '\]\([-a-z]+\.png' "$root"/docs/*.md | sed 's/](//'); do
+        [[ -s $folder/$file ]] || { echo "$file" && return 1; }
+    done
+}
+
+# What the build makes safer has reached the program, the modules and the helpers that open strangers' files.
+isHardened() {
+    local file facts wanted soft=0
+    for file in "$system"/usr/lib/harborlantern/harborlantern*; do
+        facts=$(LC_ALL=C readelf -hldsW "$file")
+        for wanted in 'Type: +DYN' GNU_RELRO 'BIND_NOW|Flags: NOW' __stack_chk_fail '__[a-z_]+_chk'; do
+            grep -qE -- "$wanted" <<<"$facts" || { echo "${file##*/}: no $wanted" && soft=1; }
+        done
+    done
+    return "$soft"
+}
+
+# Not even with what it recommends; it is not installed yet.
+bringsNoViewer() {
+    local wouldBe
+    wouldBe=$(asRoot apt-get -s -o APT::Install-Recommends=true install "$1") || return
+    grep -q '^Inst harborlantern-gui ' <<<"$wouldBe" &&
+        ! grep -E '^Inst (gstreamer|libqt6(pdf|multimedia)|libreoffice|unrtf)' <<<"$wouldBe"
+}
+
+# startsItsOwn PACKAGE FILE: the commands of a desktop entry are the package's.
+startsItsOwn() {
+    local command
+    for command in $(sed -nE 's/^(Try)?Exec=([^ ]*).*/\2/p' "$2"); do
+        asRoot dpkg -L "$1" | grep -x "/usr/bin/$command" || return
+    done
+}
+
 # Errors; and warnings, but for those that a package outside of Debian cannot help.
 lintianFinds() {
     lintian --allow-root --no-cfg --tag-display-limit 0 --fail-on error \
@@ -168,7 +204,7 @@ check "English texts are there" ends 0 Usage: asUser harborlantern --help
 check "a user without a home gets a report" ends 0 "" \
     chroot --userspec=4242:4242 "$system" env -i /usr/bin/harborlantern -s /tmp/report.csv /usr/share
 check "the report of a user without a home is one" isReport "$system/tmp/report.csv"
-check "no window is status 3" ends 3 harborlantern-gui.so asUser harborlantern /usr
+check "no window is status 3, and says which package has it" ends 3 " (harborlantern-gui)" asUser harborlantern /usr
 check "no window makes no folder" isAbsent "$work/.config"
 for page in man1/harborlantern.1.gz de/man1/harborlantern.1.gz; do
     check "$page has no faults" showsPage "$system/usr/share/man/$page" "$system/tmp/page"
@@ -179,16 +215,25 @@ for file in bash-completion/completions/harborlantern zsh/vendor-completions/_ha
     check "$file knows the switches" knowsSwitches "$system/usr/share/$file"
 done
 
+check "the pages of docs/ are there, with their pictures" hasDocs
+check "what is new is there" gzip -t "$system/usr/share/doc/harborlantern/NEWS.gz"
+
 say "Trying the package with the window ..."
-check "it is installed" apt install "/srv/$(cd "$packages" && echo harborlantern-gui_*.deb)"
+window=/srv/$(cd "$packages" && echo harborlantern-gui_*.deb)
+check "it brings no viewer" bringsNoViewer "$window"
+check "it is installed" apt install "$window"
+check "what is installed is hardened" isHardened
 check "no screen is status 3" ends 3 "" asUser harborlantern /usr/share
 startScreen
 check "the window shows itself, and writes only into the user's settings" writesOnlyBelow .config \
-    showsWindow "" harborlantern /usr/share
+    showsWindow "" harborlantern-gui /usr/share
 check "the settings are the user's" test -s "$work/.config/harborlantern/Harborlantern.ini"
 check "nobody else looks into them" test "$(stat -c %a "$work/.config/harborlantern")" = 700
 check "the desktop entry is valid" desktop-file-validate "$system/usr/share/applications/harborlantern.desktop"
-check "the catalogue entry is valid" appstreamcli validate --no-net "$system"/usr/share/metainfo/*harborlantern*
+check "the desktop entry starts what comes with it" startsItsOwn harborlantern-gui \
+    "$system/usr/share/applications/harborlantern.desktop"
+# An id by the name of a domain would need a domain.
+check "the catalogue entry is valid" appstreamcli validate --no-net --override=cid-desktopapp-is-not-rdns=info "$system"/usr/share/metainfo/*harborlantern*
 for size in 16 512; do
     check "there is an icon of $size" test -s "$system/usr/share/icons/hicolor/${size}x$size/apps/harborlantern.png"
 done

@@ -1,14 +1,18 @@
 #include "app/places.h"
 
 #include "app/product.h"
+#include "base/absolute_path.h"
 #include "base/path.h"
 
 namespace hl {
 
 namespace {
 
-std::string folderAbove(const std::string& folder) {
-    return folder.substr(0, folder.find_last_of('/'));
+// What the file `installed` names in its first line.
+std::string sharedFolder(Files& files, const std::string& file, const std::string& beside) {
+    int error = 0;
+    const std::string text = files.readWhole(file, 4096, error).value_or("");
+    return absoluteSource(text.substr(0, text.find('\n')), {.current = beside, .home = ""}, kPosixPaths);
 }
 
 // Empty if the user has no home.
@@ -23,13 +27,14 @@ std::string userFolder(const PlaceFacts& facts) {
 Places placesOf(Files& files, const PlaceFacts& facts) {
     const std::string& beside = facts.executableFolder;
     Places places{.own = facts.named.empty() ? beside : facts.named, .texts = beside, .data = beside};
-    places.installed = files.exists(joinPath(beside, kInstalledName, kPosixPaths));
+    const std::string installed = joinPath(beside, kInstalledName, kPosixPaths);
+    places.installed = files.exists(installed);
     if (!places.installed) return places;
     if (const std::string folder = userFolder(facts); facts.named.empty() && !folder.empty()) {
         places.ofUser = true;
         places.own = folder;
     }
-    places.data = folderAbove(folderAbove(beside)) + "/share/" + std::string(kUserFolderName);
+    places.data = sharedFolder(files, installed, beside);
     places.texts = places.data + "/lang";
     return places;
 }

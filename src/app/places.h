@@ -1,8 +1,9 @@
 // Where the program's parts lie, and where it may write.
 //
 // Unpacked anywhere, or built, everything lies beside the executable and is written there. A package puts a
-// file named `installed` beside the executable: what is only read lies two folders above it then, in share/,
-// and each user has a folder of settings. Pure but for the look at that file.
+// file named `installed` beside the executable: its first line names the folder of what is only read, from
+// the executable's ("../../share/harborlantern"), and each user has a folder of settings. Pure but for the
+// look at that file.
 #pragma once
 
 #include <string>

@@ -26,8 +26,9 @@ inline constexpr std::string_view kTranslatorFileName = "HarborlanternTL.txt";
 
 /// Behind the version, where the program is not installed.
 inline constexpr std::string_view kPortableEdition = " (Portable Edition)";
-/// Beside the executable: a package put the program there.
+/// Beside the executable: a package put the program there, and this one puts the window beside it.
 inline constexpr std::string_view kInstalledName = "installed";
+inline constexpr std::string_view kWindowPackage = "harborlantern-gui";
 /// In a user's folder of settings, and in share/.
 inline constexpr std::string_view kUserFolderName = "harborlantern";
 

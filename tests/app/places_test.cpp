@@ -12,9 +12,9 @@ namespace {
 
 TEST(Places, AreBesideTheExecutableUntilAPackagePutItThere) {
     const test::TempDir dir;
-    const std::string beside = dir.path() + "/lib/harborlantern", share = dir.path() + "/share/harborlantern";
-    test::makeFolder(dir.path() + "/lib");
-    test::makeFolder(beside);
+    const std::string beside = dir.path() + "/lib/machine/harborlantern";
+    const std::string share = dir.path() + "/share/harborlantern";
+    std::filesystem::create_directories(beside);
     struct Case {
         const char* what;
         std::string named, configHome, home, portable, installed;
@@ -28,7 +28,7 @@ TEST(Places, AreBesideTheExecutableUntilAPackagePutItThere) {
         {"settings without a home", "", "/config", "", beside, "/config/harborlantern", true},
         {"no home at all", "", "", "", beside, beside, false}};
     for (const bool installed : {false, true}) {
-        if (installed) test::writeFile(beside + "/installed", "");
+        if (installed) test::writeFile(beside + "/installed", "../../../share/harborlantern\nA package.\n");
         for (const Case& one : cases) {
             SCOPED_TRACE(one.what);
             test::WatchedFiles files;
