@@ -20,8 +20,9 @@ showLast() {
     local line
     onTerminal || exec cat
     while IFS= read -r line; do
+        line=${line%$'\r'}  # A terminal's line, which sudo makes.
         printf '%s\n' "$line"
-        printf '\r\e[K%.79s' "$line" >&2
+        printf '\r\e[K%.79s' "${line##*$'\r'}" >&2
     done
     printf '\r\e[K' >&2
 }
@@ -84,7 +85,10 @@ amount() {
         / newly installed, / { told = 1; packages = $1 + $3 }
         /^Need to get / { sub("/.*", "", $5); load = $4 " " $5 }
         /^After this operation, / { space = $4 " " $5 }
-        END { printf "%d packages, %s to download, %s on the disk\n", packages, load, space; exit !told }'
+        END {
+            printf "%d package%s, %s to download, %s on the disk\n", packages, packages == 1 ? "" : "s", load, space
+            exit !told
+        }'
 }
 
 # mayInstall PACKAGE...: says so if there is no way to.
