@@ -78,8 +78,10 @@ class Listing {
 };
 
 struct ReadOptions {
-    bool recursive = true;      ///< False: only the source itself is read.
-    bool followLinks = false;   ///< Enter links to folders, and other mounts.
+    bool recursive = true;     ///< False: only the source itself is read.
+    bool followLinks = false;  ///< Enter links to folders, and other mounts.
+    /// With followLinks: so many folders of the source's path, those right above it, are on the way down too.
+    std::uint32_t levelsAbove = 0;
     bool wantLinks = false;     ///< Fill inode and links.
     bool wantTimes = false;     ///< Fill times and all attributes.
     bool wantFileNames = true;  ///< False: the names of entries that are no folders may be empty.
@@ -93,7 +95,8 @@ class FolderReader {
     /// entry that is entered, that folder's first block; after the last entry of a block with `more`, the
     /// next block of the same folder. Entered is every directory entry that is no link, and links to folders
     /// if followLinks (their first block then comes like any other folder's). A directory that turns out to
-    /// be another mount has one block, of kind kMountRoot, empty unless followLinks.
+    /// be another mount has one block, of kind kMountRoot, empty unless followLinks. A link or a mount that
+    /// is one of the folders on the way down to it has one empty block, with the error of too many links.
     ///
     /// May wait for a disk. While it waits it calls the wait callback of the reader about every 50 ms; if
     /// that answers false the result is null, and the reader must not be asked again.

@@ -34,7 +34,8 @@ std::uint32_t greyOf(std::uint32_t level) {
 
 class FolderWalk {
   public:
-    FolderWalk(ScanContext& scan, const std::string& path)
+    /// `levelsAbove`: of the row that the folder is read into.
+    FolderWalk(ScanContext& scan, const std::string& path, std::uint32_t levelsAbove)
         : scan_(scan),
           yield_(scan.state, scan.pump),
           filesText_(scan.tvwPL.keepText(scan.texts.TL(3514, "Dateien"))),
@@ -44,6 +45,7 @@ class FolderWalk {
           skipLinks_(scan.options.NoHardlinks != 0 && !follow_) {
         ReadOptions options;
         options.followLinks = follow_;
+        options.levelsAbove = levelsAbove;
         options.wantLinks = scan.state.NeedLinkCount;
         options.wantTimes = options.wantFileNames = !scan.state.SilentRun;
         reader_ = scan.fileSystem.read(ToLongPath(path, scan.paths), options, &yield_);
@@ -318,7 +320,7 @@ void FolderWalk::addFilesRow(const Level& level) {
 }  // namespace
 
 void Report_ScanFolders(ScanContext& scan, const std::string& path, Row row, ScanTotals& totals) {
-    totals = FolderWalk(scan, path).run(row);
+    totals = FolderWalk(scan, path, scan.tvwPL.level(row)).run(row);
 }
 
 // --- Report_ScanFilesOnly

@@ -30,6 +30,9 @@ class Folder {
     int descriptor() const { return descriptor_; }  ///< -1 while closed.
     /// Links followed on the way from the source, this one included.
     std::uint32_t linksAbove() const { return linksAbove_; }
+    /// Unset until the folder was closed or got it by setId.
+    const FolderId& id() const { return id_; }
+    void setId(const FolderId& id) { id_ = id; }
     bool throughLink() const { return parent_ != nullptr && linksAbove_ != parent_->linksAbove_; }
     /// Where to go on reading if the folder was closed in the middle of its entries.
     std::int64_t cookie = 0;

@@ -3,6 +3,7 @@
 
 #include <errno.h>
 #include <sys/stat.h>
+#include <sys/sysmacros.h>
 
 #include <algorithm>
 #include <chrono>
@@ -197,7 +198,7 @@ void ReadAhead::readLocked(Item* item, BlockReader& reader, Lock& lock) {
     const int descriptor = first ? openFolder(item, lock) : folders_.pin(item->folder);
     if (descriptor < 0) {
         if (!first) folders_.dropNeed(item->folder);
-        if (item->folderKind == FolderKind::kPlain) (first ? item->error : item->endError) = -descriptor;
+        if (descriptor != -EXDEV) (first ? item->error : item->endError) = -descriptor;
         return;
     }
     lock.unlock();
@@ -230,6 +231,7 @@ int ReadAhead::openFolder(Item* item, Lock& lock) {
     if (parent == nullptr) {
         lock.unlock();
         descriptor = calls_.openSource(source_);
+        if (options_.followLinks) wayDown_.begin(calls_, source_, options_.levelsAbove);
         lock.lock();
     } else {
         const int from = folders_.pin(parent);
@@ -243,13 +245,15 @@ int ReadAhead::openFolder(Item* item, Lock& lock) {
         }
         folders_.dropNeed(parent);
     }
+    if (descriptor >= 0 && options_.followLinks && leadsBack(item, descriptor)) {
+        calls_.close(descriptor);
+        descriptor = -ELOOP;
+    }
     if (descriptor < 0) return descriptor;
     folders_.addNeed(folder);
     if (parent == nullptr) folders_.addNeed(folder);  // Never dropped: the source stays open.
     folders_.opened(folder, descriptor);
     folders_.pin(folder);
-    if (parent != nullptr && options_.followLinks && !folder->throughLink())
-        learnMount(item, parent->descriptor());
     return descriptor;
 }
 
@@ -276,18 +280,32 @@ int ReadAhead::openOnce(const Item* item, int parent, Lock& lock) {
     }
 }
 
-// Rare, and under the lock: what is mounted at the item's folder, if it is the root of a mount.
+// Rare, and under the lock: what is mounted at the item's folder, the root of another mount.
 void ReadAhead::learnMount(Item* item, int parent) {
     struct statx facts;
-    const bool open = item->folder->descriptor() >= 0;
-    const int result = open ? calls_.look(item->folder->descriptor(), "", false, STATX_MNT_ID, facts)
-                            : calls_.look(parent, item->folder->name().c_str(), false, STATX_MNT_ID, facts);
-    if (open && (result < 0 || (facts.stx_attributes & STATX_ATTR_MOUNT_ROOT) == 0)) return;
+    if (calls_.look(parent, item->folder->name().c_str(), false, STATX_MNT_ID, facts) < 0) facts = {};
+    noteMount(item, facts);
+}
+
+void ReadAhead::noteMount(Item* item, const struct statx& facts) {
     item->folderKind = FolderKind::kMountRoot;
-    if (result < 0 || (facts.stx_mask & STATX_MNT_ID) == 0) return;
+    if ((facts.stx_mask & STATX_MNT_ID) == 0) return;
     if (!std::exchange(mountsKnown_, true)) mounts_ = readMountTable();
     for (const Mount& mount : mounts_)
         if (mount.id == facts.stx_mnt_id) item->mountSource = whatIsMounted(mount);
+}
+
+// Where links and mounts are followed: whether this one is a folder on the way down to it. The one look that
+// it takes for each folder tells mounts as well.
+bool ReadAhead::leadsBack(Item* item, int descriptor) {
+    Folder* folder = item->folder;
+    struct statx facts;
+    if (calls_.look(descriptor, "", false, STATX_INO | STATX_MNT_ID, facts) < 0) return false;
+    folder->setId({makedev(facts.stx_dev_major, facts.stx_dev_minor), facts.stx_ino});
+    if (folder->parent() == nullptr || folder->throughLink()) return wayDown_.leadsBack(folder);
+    if ((facts.stx_attributes & STATX_ATTR_MOUNT_ROOT) == 0) return false;
+    noteMount(item, facts);
+    return wayDown_.leadsBack(folder);
 }
 
 // The next records of a long folder may be read by whoever is free while this reader looks at the entries it

@@ -29,7 +29,7 @@
 #include "platform/folder_reader.h"
 #include "platform/linux/block_reader.h"
 #include "platform/linux/mount_table.h"
-#include "platform/linux/open_folders.h"
+#include "platform/linux/way_down.h"
 
 namespace hl {
 
@@ -74,6 +74,8 @@ class ReadAhead final : public FolderReader {
     int openFolder(Item* item, Lock& lock);
     int openOnce(const Item* item, int parent, Lock& lock);
     void learnMount(Item* item, int parent);
+    void noteMount(Item* item, const struct statx& facts);
+    bool leadsBack(Item* item, int descriptor);
     void offerRest(Item* item, const BlockReader::Fill& fill);
     void reopenNextNeeded(const Item* item, Folder* parent);
     void finish(Item* item);
@@ -105,6 +107,7 @@ class ReadAhead final : public FolderReader {
     std::condition_variable retiredWait_;  ///< For helpers beyond the number that is wanted now.
     std::condition_variable frontThere_;   ///< For the walk.
     OpenFolders folders_;
+    WayDown wayDown_;
     Folder* root_ = nullptr;  ///< The source; from it every folder can be found again by name.
     Item* orderFirst_ = nullptr;
     Item* workFirst_ = nullptr;

@@ -176,6 +176,32 @@ TEST(ReadAhead, ComesBackToFoldersThatHadToBeClosedByNoPathThatGrows) {
     test::removeChain(dir.path(), kDepth, "m", 2);
 }
 
+TEST(ReadAhead, EndsAtAFollowedLinkToAnyFolderAboveItAlsoAClosedOneAndThoseAboveTheSource) {
+    const TempDir dir("/dev/shm");
+    constexpr int kDepth = 100;
+    test::makeChain(dir.path(), kDepth, "m", 2);
+    std::string source = dir.path();
+    for (int i = 0; i < kDepth / 2; ++i) source += "/m";
+    std::string end = source;
+    for (int i = 0; i < kDepth / 2; ++i) end += "/m";
+    for (const auto& [name, target] :
+         {std::pair("top", dir.path()), {"middle", source + "/m"}, {"self", end}})
+        test::must(::symlink(target.c_str(), (end + "/" + name).c_str()));
+    for (const unsigned helpers : {0U, 3U}) {
+        RecordingCalls calls;
+        Seen seen = walkOnce(calls, dir.path(), limits(helpers, 4), {.followLinks = true});
+        EXPECT_EQ(seen.errors, std::vector<int>(3, ELOOP));
+        EXPECT_EQ(seen.folders, 3U * kDepth + 3);
+        seen =
+            walkOnce(calls, source + "/", limits(helpers), {.followLinks = true, .levelsAbove = kDepth / 2});
+        EXPECT_EQ(seen.errors, std::vector<int>(3, ELOOP));
+        EXPECT_EQ(seen.folders, 3U * kDepth / 2 + 3);
+        EXPECT_EQ(calls.opens, calls.closes);
+    }
+    for (const char* link : {"/top", "/middle", "/self"}) ::unlink((end + link).c_str());
+    test::removeChain(dir.path(), kDepth, "m", 2);
+}
+
 TEST(ReadAhead, MakesAnEntryOfEveryNameItReadWhateverIsMovedAway) {
     constexpr int kDepth = 400;
     // Away at one place of the walk, back at another, several times; or for good, with the walk inside.
