@@ -176,6 +176,18 @@ TEST_F(ProgramRun, EndsACircleOfLinksAndMountsWhereItComesBackToAFolderAbove) {
     EXPECT_EQ(readReport(report)[top], (Numbers{3, 3, 7}));
 }
 
+TEST_F(ProgramRun, CountsFilesOfEqualNumbersOnTwoDisksEachOnce) {
+    program.setOptions({"ScanHardlinks=1", "AddHardlinksOnlyOnce=1"});
+    const test::Mounted one("none", dir.path() + "/one", "tmpfs"), two("none", dir.path() + "/two", "tmpfs");
+    if (!one.done() || !two.done()) GTEST_SKIP() << "needs root, to mount two disks";
+    for (const char* disk : {"/one", "/two"}) {
+        test::makeFile(dir.path() + disk + "/file", 1000);
+        test::must(::link((dir.path() + disk + "/file").c_str(), (dir.path() + disk + "/again").c_str()));
+    }
+    EXPECT_EQ(program.run({"-s", report, dir.path()}).status, 0);
+    EXPECT_EQ(readReport(report)[dir.path()], (Numbers{2000, 4, 2}));
+}
+
 TEST_F(ProgramRun, ReadsAChainOfAHundredThousandFoldersWithFewDescriptors) {
     const TempDir tree("/dev/shm");
     constexpr int kDepth = 100'000;

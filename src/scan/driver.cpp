@@ -33,6 +33,7 @@ void resetForSource(ScanContext& scan) {
     scan.host.typesBegin();
     state.SeenLinkIds.Clear();
     state.SeenLinkIds.AllowDuplicateKeys = false;
+    state.SeenLinkIds.CompareMode(0);
     state.NeedLinkCount = scan.options.AddHardlinksOnlyOnce == 1 || scan.options.CreateListHardlink == 1;
 }
 
@@ -50,7 +51,7 @@ void finishLists(ScanContext& scan, const std::string& source) {
     const std::string title =
         scan.texts.TL(3723, "%1 größten Dateien von '%2'", {scan.lvwTOP.rowCount(), visible(source)});
     scan.lvwJunctions.sortLevels(0);
-    scan.lvwHardlinks.sortLevels(0);
+    sortHardlinks(scan.lvwHardlinks);
     scan.host.topListTitle(title);
     scan.host.listsFilled();
 }

@@ -61,6 +61,7 @@ void handOverFile(ScanContext& scan, const FoundFile& file) {
     const Row row = scan.lvwHardlinks.addRow(kNoRow, file.name);
     scan.lvwHardlinks.setNumber(row, kFileLinks, file.links);
     scan.lvwHardlinks.setCellText(row, kFileId, fileId(file.entry.inode));
+    scan.lvwHardlinks.setNumber(row, kFileDevice, static_cast<std::int32_t>(file.entry.device));
     fillRow(scan, scan.lvwHardlinks, row, file);
 }
 
@@ -70,6 +71,17 @@ void handOverJunction(ScanContext& scan, std::string_view path, std::string_view
     const bool link = tag == kTagSymbolicLink;
     scan.lvwJunctions.setPicture(row, link ? kPictureLink : kPictureMountPoint);
     scan.lvwJunctions.setNumber(row, kJunctionType, link ? 0 : 1);
+}
+
+void sortHardlinks(Grid& lvwHardlinks) {
+    const LevelSort wanted = lvwHardlinks.levelSort(0);
+    if (wanted.key == kFileCells[kFileId].key) {
+        lvwHardlinks.levelSort(0) = {.key = std::string(kFileCells[kFileDevice].key),
+                                     .descending = wanted.descending};
+        lvwHardlinks.sortLevels(0);
+        lvwHardlinks.levelSort(0) = wanted;
+    }
+    lvwHardlinks.sortLevels(0);
 }
 
 void trimTopList(ScanContext& scan) {

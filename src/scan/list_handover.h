@@ -30,6 +30,9 @@ struct FoundFile {
 void handOverFile(ScanContext& scan, const FoundFile& file);
 /// REQUIRES: junctions are collected. `path` without its trailing separator.
 void handOverJunction(ScanContext& scan, std::string_view path, std::string_view target, std::uint32_t tag);
+/// Sorts the hardlinks. By their ids, names of one file stand together also where another disk has the
+/// number.
+void sortHardlinks(Grid& lvwHardlinks);
 /// Sorts the largest files and removes those behind the wanted length.
 void trimTopList(ScanContext& scan);
 

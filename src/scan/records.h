@@ -31,7 +31,7 @@ inline constexpr CellSpec kFolderCells[] = {
 inline constexpr std::size_t kFolderRowBytes = Grid::kRowBytes + cellBytes(kFolderCells);
 static_assert(kFolderRowBytes == 49);
 
-/// A row of the largest files or of the hardlinks (which alone fill links and id).
+/// A row of the largest files or of the hardlinks (which alone fill links, id and device).
 enum FileCell : CellId {
     kFilePath,
     kFileSize,
@@ -43,12 +43,14 @@ enum FileCell : CellId {
     kFileAttr,
     kFileLinks,
     kFileId,
+    kFileDevice,
 };
 inline constexpr CellSpec kFileCells[] = {
     {"path", CellType::kText},  // Folder of the file, with a trailing separator.
-    {"size", CellType::kSize},  {"date", CellType::kDate},   {"dateE", CellType::kDate},
-    {"dateZ", CellType::kDate}, {"type", CellType::kText},   {"ext", CellType::kText},
-    {"attr", CellType::kText},  {"links", CellType::kCount}, {"id", CellType::kText},
+    {"size", CellType::kSize},    {"date", CellType::kDate},   {"dateE", CellType::kDate},
+    {"dateZ", CellType::kDate},   {"type", CellType::kText},   {"ext", CellType::kText},
+    {"attr", CellType::kText},    {"links", CellType::kCount}, {"id", CellType::kText},
+    {"device", CellType::kCount},  // In no column: files of one id are one file only if it is the same too.
 };
 
 /// A row of the junctions and links; the row's text is the full path of the folder.

@@ -47,7 +47,7 @@ struct ScanState {
     SizeValue TopLargest;
     SizeValue TopSmallest;  ///< A file must be larger once the list is full.
     bool NeedLinkCount = false;
-    CStringCollection SeenLinkIds;
+    CStringCollection SeenLinkIds;  ///< Keys are bytes: device and inode of a file with several names.
 };
 
 }  // namespace hl

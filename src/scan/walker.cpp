@@ -6,6 +6,7 @@
 #include "scan/walker.h"
 
 #include <algorithm>
+#include <cstring>
 #include <memory>
 #include <utility>
 #include <vector>
@@ -30,6 +31,14 @@ constexpr const char* kModul = "frmMain";
 std::uint32_t greyOf(std::uint32_t level) {
     const auto grey = 255U - 6U * (std::min<std::uint32_t>(level, 41) + 1U);
     return grey << 16 | grey << 8 | grey;
+}
+
+// Device and inode as bytes: so short that the text allocates nothing.
+std::string linkKey(const Entry& entry) {
+    std::string key(sizeof entry.device + sizeof entry.inode, '\0');
+    std::memcpy(key.data(), &entry.device, sizeof entry.device);
+    std::memcpy(key.data() + sizeof entry.device, &entry.inode, sizeof entry.inode);
+    return key;
 }
 
 class FolderWalk {
@@ -268,7 +277,7 @@ void FolderWalk::fileEntry(Level& level, const Entry& entry) {
 // The first name of a file that is met counts, further ones of the same source do not.
 bool FolderWalk::sizeCounts(const Entry& entry, std::int32_t links) {
     if (scan_.options.AddHardlinksOnlyOnce == 0 || links < 1) return true;
-    return scan_.state.SeenLinkIds.Add("", fileId(entry.inode)) != 0;
+    return scan_.state.SeenLinkIds.Add("", linkKey(entry)) != 0;
 }
 
 // --- the end of a level

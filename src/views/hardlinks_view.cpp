@@ -1,8 +1,10 @@
 #include "views/hardlinks_view.h"
 
 #include <array>
+#include <utility>
 
 #include "grid/no_redraw.h"
+#include "scan/list_handover.h"
 #include "views/list_columns.h"
 #include "views/size_display.h"
 
@@ -37,6 +39,10 @@ const ListTraits kTraits = {
 HardlinksView::HardlinksView(const ListParts& parts, Grid& lvwHardlinks, CommandBar& cbrHardlinks)
     : ListView(kTraits, parts, lvwHardlinks, cbrHardlinks) {}
 
+void HardlinksView::sortRows() {
+    sortHardlinks(grid_);
+}
+
 void HardlinksView::List_Hardlinks_ShowDups() {
     trapped("List_Hardlinks_ShowDups", [&] {
         if (grid_.rowCount() < 2) return;
@@ -54,11 +60,15 @@ void HardlinksView::List_Hardlinks_ShowDups() {
 void HardlinksView::shadeGroups() {
     constexpr std::array<std::uint32_t, 2> kShades = {0xFFFFFF, 0xF0F0F0};
     std::size_t shade = 0;
-    std::string id(grid_.cellText(grid_.firstRoot(), kFileId));
+    // Another disk may have a file of that number.
+    const auto fileOf = [&](Row row) {
+        return std::pair(grid_.number(row, kFileDevice), grid_.cellText(row, kFileId));
+    };
+    auto file = fileOf(grid_.firstRoot());
     for (Row row = grid_.firstRoot(); row != kNoRow; row = grid_.nextSibling(row)) {
-        if (const auto own = grid_.cellText(row, kFileId); own != id) {
+        if (const auto own = fileOf(row); own != file) {
             shade = 1 - shade;
-            id = own;
+            file = own;
         }
         grid_.setBackColor(row, kShades[shade]);
     }

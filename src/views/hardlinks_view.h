@@ -15,6 +15,7 @@ class HardlinksView final : public ListView {
 
   private:
     void ownCommand() override { List_Hardlinks_ShowDups(); }
+    void sortRows() override;
     void shadeGroups();
 };
 

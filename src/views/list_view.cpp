@@ -166,7 +166,7 @@ void ListView::GridColumnTitleClick(std::size_t column) {
 
 void ListView::sortBy(const LevelSort& sort) {
     grid_.levelSort(0) = sort;
-    grid_.sortLevels(0);
+    sortRows();
 }
 
 void ListView::MouseUp(Row row, MouseButton button, Point at) {

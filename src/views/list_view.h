@@ -150,6 +150,8 @@ class ListView {
     void rowsReplaced();
     /// Rows as they stand, by the list's one sort.
     void sortBy(const LevelSort& sort);
+    /// What sortBy does with the list's sort.
+    virtual void sortRows() { grid_.sortLevels(0); }
     template <class Body>
     void trapped(const std::string& routine, Body&& body) {
         guarded(parts_.scan.diagnostics, routine.c_str(), "frmMain", std::forward<Body>(body));

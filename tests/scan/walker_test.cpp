@@ -18,6 +18,7 @@ class Walk : public test::ScanFixture {
     Lines walkSource(Item source) {
         for (Grid* grid : {&report, &top, &hardlinks, &junctions}) grid->clear();
         state.SeenLinkIds.Clear();
+        state.SeenLinkIds.CompareMode(0);
         state.CancelState = kCancelNone;
         state.NeedLinkCount = options.AddHardlinksOnlyOnce == 1 || options.CreateListHardlink == 1;
         errors.log.clear();
@@ -138,6 +139,10 @@ TEST_F(Walk, CountsTheSizeOfAFileWithSeveralNamesOnceIfAskedToAndAsksForNothingI
     EXPECT_EQ(walk(items), (Lines{"101 3/3 0", "  b 100 1/1", "    x 0 0/0", "    Dateien 100 1/0",
                                   "  c 0 1/0", "  Dateien 1 1/0"}));
     EXPECT_FALSE(disk.lastOptions.wantFileNames || disk.lastOptions.wantTimes);
+    Items onTwoDisks = items;
+    onTwoDisks.push_back(file("other", 100, 7, 2));
+    onTwoDisks.back().facts.device = 1;
+    EXPECT_EQ(walk(onTwoDisks)[0], "201 4/3 0") << "another disk has a file of that number";
 }
 
 TEST_F(Walk, ShowsLogsAndCountsAFolderThatCannotBeReadOrWhoseFactsCouldNotBeLearned) {

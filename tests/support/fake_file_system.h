@@ -195,11 +195,11 @@ class FakeReader : public FolderReader {
 
     void add(Block& block, const Item& item) {
         Entry entry = item.facts;
-        if (!options_.wantLinks) entry.inode = 0, entry.links = 1;
+        if (!options_.wantLinks) entry.inode = 0, entry.device = 0, entry.links = 1;
         const bool named = item.isFolder() || options_.wantFileNames;
         entry.nameOffset = static_cast<std::uint32_t>(block.nameBytes.size());
-        entry.nameLength = static_cast<std::uint32_t>(named ? item.name.size() : 0);
-        entry.targetLength = static_cast<std::uint32_t>(item.isLink() ? item.target.size() : 0);
+        entry.nameLength = static_cast<std::uint16_t>(named ? item.name.size() : 0);
+        entry.targetLength = static_cast<std::uint16_t>(item.isLink() ? item.target.size() : 0);
         block.nameBytes += (named ? item.name : "") + '\0' + (item.isLink() ? item.target + '\0' : "");
         block.entryList.push_back(entry);
         block.timeList.push_back(item.times);

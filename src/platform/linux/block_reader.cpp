@@ -48,6 +48,11 @@ std::uint32_t attributesOf(const struct statx& facts) {
     return bits;
 }
 
+// The kernel's own numbers of devices have 12 bits and 20.
+std::uint32_t deviceNumber(const struct statx& facts) {
+    return facts.stx_dev_major << 20 | facts.stx_dev_minor;
+}
+
 template <class T>
 std::span<const T> copyTo(char*& place, const std::vector<T>& from) {
     auto* start = reinterpret_cast<T*>(place);
@@ -124,7 +129,7 @@ void BlockReader::addFolder(std::string_view name, std::uint32_t attributes, std
     Entry entry;
     entry.attributes = kAttributeDirectory | attributes | hiddenBit(name);
     entry.tag = tag;
-    entry.nameLength = static_cast<std::uint32_t>(name.size());
+    entry.nameLength = static_cast<std::uint16_t>(name.size());
     entry.nameOffset = keepName(name);
     if (options_.recursive && (tag == kTagNone || options_.followLinks))
         entered_.push_back(static_cast<std::uint32_t>(entries_.size()));
@@ -142,7 +147,7 @@ void BlockReader::addLink(int folder, const char* name, std::size_t length) {
     const long got = calls_.readLink(folder, name, target.data(), target.size());
     if (got <= 0) return;
     // Behind the name and its NUL; the length says where it ends.
-    entries_.back().targetLength = static_cast<std::uint32_t>(got);
+    entries_.back().targetLength = static_cast<std::uint16_t>(got);
     keepName({target.data(), static_cast<std::size_t>(got)});
 }
 
@@ -166,6 +171,7 @@ void BlockReader::addFile(const struct statx& facts, std::string_view name) {
     entry.size = facts.stx_size;
     if (options_.wantLinks) {
         entry.inode = facts.stx_ino;
+        entry.device = deviceNumber(facts);
         entry.links = facts.stx_nlink;
     }
     if (S_ISLNK(facts.stx_mode)) entry.tag = kTagSymbolicLink;
@@ -174,7 +180,7 @@ void BlockReader::addFile(const struct statx& facts, std::string_view name) {
         times_.push_back({facts.stx_mtime.tv_sec, facts.stx_btime.tv_sec, facts.stx_atime.tv_sec});
     }
     if (options_.wantFileNames) {
-        entry.nameLength = static_cast<std::uint32_t>(name.size());
+        entry.nameLength = static_cast<std::uint16_t>(name.size());
         entry.nameOffset = keepName(name);
     }
     entries_.push_back(entry);
