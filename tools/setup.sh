@@ -86,8 +86,8 @@ amount() {
         /^Need to get / { sub("/.*", "", $5); load = $4 " " $5 }
         /^After this operation, / { space = $4 " " $5 }
         END {
+            if (!told) exit 1
             printf "%d package%s, %s to download, %s on the disk\n", packages, packages == 1 ? "" : "s", load, space
-            exit !told
         }'
 }
 
