@@ -99,7 +99,7 @@ namesNoPath() {
     for package in "$packages"/*.deb; do
         folder=$(mktemp -d "$system/tmp/XXXXXX")
         dpkg-deb -x "$package" "$folder" || return
-        find "$folder" -name '*.gz' -exec gunzip -f {} + || return
+        find "$folder" -type f -name '*.gz' -exec gunzip -f {} + || return
         ! grep -rlF "$root" "$folder" || return
         rm -r "$folder"
     done
