@@ -74,10 +74,7 @@ class WindowPump final : public MessagePump {
 
 class Parts {
   public:
-    Parts() {
-        texts_.Init_Sprache("", std::string(kTranslatorFileName), false);
-        texts_.Init_Textbausteine();
-    }
+    Parts() { texts_.Init_Sprache("", std::string(kTranslatorFileName), false); }
     FormServices services() {
         return {settings_, texts_, log_,         files_,      fileSystem_, pump,
                 console_,  facts_, diagnostics_, kPosixPaths, numbers_};
@@ -137,7 +134,7 @@ inline int inWindow(Parts& parts, const Measurement& measure) {
         if (window != nullptr) first = std::make_unique<FirstPaint>(body);
     };
     WindowForm form(parts.services(),
-                    {drives, verb, operations, "window_views", parts.home, "", "0", false, windowThere});
+                    {drives, verb, operations, "window_views", parts.home, "", "0", {}, windowThere});
     shown = &form;
     form.parts().dataFolder = parts.modules;
     std::string reason;

@@ -142,8 +142,9 @@ int run(const std::string& folder, const std::string& programs, std::span<char*>
     LinuxFolderVerb verb("harborlantern-bench", parts.home, parts.home);
     DirectoryCalls calls;
     LinuxFileOperations operations(calls, {parts.home, {}, {}, 64});
-    WindowForm form(parts.services(), {drives, verb, operations, "bench_preview", parts.home, "", "0", false,
-                                       [](Window*, MessagePump*) {}});
+    WindowForm form(
+        parts.services(),
+        {drives, verb, operations, "bench_preview", parts.home, "", "0", {}, [](Window*, MessagePump*) {}});
     LinuxPreviewTools tools(programs, "", folder);
     PreviewParts preview;
     preview.tools = &tools;

@@ -70,8 +70,9 @@ int run(bool preview, std::size_t rows, const std::string& path) {
     DirectoryCalls calls;
     LinuxFileOperations operations(calls, {parts.home, {}, {}, 64});
     const FormServices services = parts.services();
-    WindowForm form(services, {drives, verb, operations, "bench_print", parts.home, "", "0", false,
-                               [](Window*, MessagePump*) {}});
+    WindowForm form(
+        services,
+        {drives, verb, operations, "bench_print", parts.home, "", "0", {}, [](Window*, MessagePump*) {}});
     Grid report(kFolderCells);
     Options options;
     options.ColPercentVisible = options.ColFileVisible = options.ColFolderVisible = 1;

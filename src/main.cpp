@@ -14,6 +14,7 @@
 #include <utility>
 #include <vector>
 
+#include "app/addresses.h"
 #include "app/command_line.h"
 #include "app/instance_start.h"
 #include "app/log.h"
@@ -232,7 +233,6 @@ int Program::Main() {
     for (const int signal : {SIGPIPE, SIGXFSZ}) std::signal(signal, SIG_IGN);
     if (wantsWindow()) makeUserFolder();
     texts_.Init_Sprache("", std::string(kTranslatorFileName), true);
-    texts_.Init_Textbausteine();
     if (line_.asksForHelp || line_.asksForVersion) {
         const std::string answer = line_.asksForHelp ? usageText(texts_) : versionText();
         return console_.outputLine(answer.substr(0, answer.size() - 1)) ? kWritten : kSomethingFailed;
@@ -309,7 +309,7 @@ int Program::openWindow(LinuxInstances& instances, bool& restart) {
                                    facts_.environment("TMPDIR"));
     WindowForm frmMain(formServices(fileSystem),
                        {drives, verb, operations, executable_.string(), programFolder_, line_.text,
-                        shortVersion(app_), texts_.languageId() == kGerman,
+                        shortVersion(app_), Init_Textbausteine(texts_.languageId()),
                         [this](Window* window, MessagePump* pump) { windowThere(window, pump); },
                         [this] { errors_.showWaiting(); }, app_.portable});
     app_.cancelState = [&frmMain] { return frmMain.state().CancelState; };
@@ -345,9 +345,9 @@ void Program::windowThere(Window* window, MessagePump* pump) {
     errors_.setDialog(nullptr);
     if (window == nullptr) return;
     desk_ = std::make_unique<WindowDesk>(*window);
-    reports_ = std::make_unique<ErrorReports>(ErrorFormServices{texts_, files_, facts_, *desk_, kPosixPaths,
-                                                                programFolder_, shortVersion(app_),
-                                                                [] { std::_Exit(kSomethingFailed); }});
+    reports_ = std::make_unique<ErrorReports>(ErrorFormServices{
+        texts_, files_, facts_, *desk_, kPosixPaths, programFolder_, shortVersion(app_),
+        Init_Textbausteine(texts_.languageId()).mail, [] { std::_Exit(kSomethingFailed); }});
     errors_.setDialog(reports_.get());
 }
 

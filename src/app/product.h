@@ -1,4 +1,4 @@
-// Name and addresses of the product: the one place to change them.
+// Names of the product: the one place to change them. Its addresses are options of the build (addresses.h).
 #pragma once
 
 #include <string_view>
@@ -8,14 +8,6 @@ namespace hl {
 inline constexpr std::string_view kProductName = "Harborlantern";
 /// As error reports and the mails about them name the program.
 inline constexpr std::string_view kReportName = kProductName;
-
-inline constexpr std::string_view kHomepageGerman = "https://harborlantern.example.org/de/";
-inline constexpr std::string_view kHomepage = "https://harborlantern.example.org/en/";
-inline constexpr std::string_view kForumGerman = "https://forum.harborlantern.example.org/de/";
-inline constexpr std::string_view kForum = "https://forum.harborlantern.example.org/en/";
-inline constexpr std::string_view kDonationGerman = "https://harborlantern.example.org/de/spenden/";
-inline constexpr std::string_view kDonation = "https://harborlantern.example.org/en/donate/";
-inline constexpr std::string_view kReportAddress = "reports@harborlantern.example.org";
 
 // Files in the program's folder.
 inline constexpr std::string_view kIniName = "Harborlantern.ini";

@@ -2,7 +2,6 @@
 
 #include <limits>
 
-#include "app/product.h"
 #include "app/setting_keys.h"
 #include "app/translator_file.h"
 #include "base/fault.h"
@@ -71,10 +70,6 @@ bool Texts::loadLibrary(const Language& language) {
         if (!library_.empty()) return true;
     }
     return false;
-}
-
-void Texts::Init_Textbausteine() {
-    homepage_ = language_ == kGerman ? kHomepageGerman : kHomepage;
 }
 
 void Texts::LoadTextFromFile(const std::string& path) {

@@ -35,8 +35,6 @@ class Texts {
     /// `persist` what came out is stored. "-TLMODUS" anywhere in the command line loads the translator's
     /// file.
     void Init_Sprache(const std::string& helpFile, const std::string& translatorFile, bool persist);
-    /// Chooses the homepage. To be called after Init_Sprache.
-    void Init_Textbausteine();
     /// Fills the text table from a translator's file. A file that is missing changes nothing.
     void LoadTextFromFile(const std::string& path);
 
@@ -49,7 +47,6 @@ class Texts {
     std::string TranslateControlText(std::string_view id) const;
 
     int languageId() const { return language_; }
-    const std::string& homepage() const { return homepage_; }
     const std::string& helpFile() const { return helpFile_; }
 
   private:
@@ -67,7 +64,6 @@ class Texts {
     Catalogue library_;
     CStringCollection table_;  ///< The translator's texts, by "<id>T".
     std::string helpFile_;
-    std::string homepage_;
 };
 
 }  // namespace hl

@@ -43,24 +43,39 @@ Form AboutForm::form() {
                         .group = 1,
                         .changed = [this] { tabInfo_Click(); }};
     };
+    std::vector<FormItem> items = {{.control = &lblName, .columnSpan = 3},
+                                   {.control = &lblVersion, .row = 1, .columnSpan = 3},
+                                   leaf(0),
+                                   leaf(1),
+                                   leaf(2),
+                                   {.control = &txtInfo, .row = 3, .columnSpan = 3, .name = caption}};
+    addLinks(items);
     return {.name = "frmInfo",
             .caption = caption,
-            .items = {{.control = &lblName, .columnSpan = 3},
-                      {.control = &lblVersion, .row = 1, .columnSpan = 3},
-                      leaf(0),
-                      leaf(1),
-                      leaf(2),
-                      {.control = &txtInfo, .row = 3, .columnSpan = 3, .name = caption},
-                      {.control = &lblHomepage, .row = 4, .changed = [this] { lblHomepage_Click(); }},
-                      {.control = &lblForum, .row = 4, .column = 1, .changed = [this] { lblForum_Click(); }},
-                      {.control = &Image2,
-                       .row = 5,
-                       .columnSpan = 3,
-                       .changed = [this] { Image2_Click(); },
-                       .tooltip = Image2}},
+            .items = std::move(items),
             .buttons = {{.control = &cmdOK, .changed = [this] { cmdOK_Click(); }}},
             .cancel = [this] { cmdOK_Click(); },
             .loaded = &loaded};
+}
+
+// Those of the pages that there are, with no gap between them.
+void AboutForm::addLinks(std::vector<FormItem>& items) {
+    int column = 0;
+    const auto add = [&](const std::string& page, FormItem link) {
+        if (page.empty()) return;
+        link.column = column++;
+        items.push_back(std::move(link));
+    };
+    const Addresses& pages = services_.addresses;
+    add(pages.homepage, {.control = &lblHomepage, .row = 4, .changed = [this] { lblHomepage_Click(); }});
+    add(pages.forum, {.control = &lblForum, .row = 4, .changed = [this] { lblForum_Click(); }});
+    const int row = column > 0 ? 5 : 4;
+    column = 0;
+    add(pages.donation, {.control = &Image2,
+                         .row = row,
+                         .columnSpan = 3,
+                         .changed = [this] { Image2_Click(); },
+                         .tooltip = Image2});
 }
 
 void AboutForm::tabInfo_Click() {
@@ -69,17 +84,15 @@ void AboutForm::tabInfo_Click() {
 }
 
 void AboutForm::Image2_Click() {
-    const bool german = services_.texts.languageId() == kGerman;
-    services_.StartURL(std::string(german ? kDonationGerman : kDonation));
+    services_.StartURL(services_.addresses.donation);
 }
 
 void AboutForm::lblForum_Click() {
-    const bool german = services_.texts.languageId() == kGerman;
-    services_.StartURL(std::string(german ? kForumGerman : kForum));
+    services_.StartURL(services_.addresses.forum);
 }
 
 void AboutForm::lblHomepage_Click() {
-    services_.StartURL(services_.texts.homepage());
+    services_.StartURL(services_.addresses.homepage);
 }
 
 }  // namespace hl

@@ -1,11 +1,13 @@
-// frmInfo: the program's name and version, three texts about it, and links to its pages. Thread of the logic
-// only.
+// frmInfo: the program's name and version, three texts about it, and links to those of its pages that there
+// are. Thread of the logic only.
 #pragma once
 
 #include <array>
 #include <functional>
 #include <string>
+#include <vector>
 
+#include "app/addresses.h"
 #include "app/texts.h"
 #include "platform/form.h"
 
@@ -14,6 +16,7 @@ namespace hl {
 /// All of it outlives the form.
 struct AboutServices {
     const Texts& texts;
+    const Addresses& addresses;
     std::string version;  ///< "1.2"; with the revision behind a second point where it is not 0.
     std::function<void(const std::string& url)> StartURL;
     bool portable = true;  ///< Not installed by a package.
@@ -45,6 +48,8 @@ class AboutForm {
     bool loaded = true;  ///< False: the form is done with.
 
   private:
+    void addLinks(std::vector<FormItem>& items);
+
     AboutServices services_;
     std::array<std::string, 3> texts_;
 };

@@ -42,6 +42,7 @@ struct BarSources {
     const Texts& texts;
     const Options& options;
     Diagnostics& diagnostics;
+    bool homepage = false;  ///< There is one to be opened.
 };
 
 /// One entry to be built.

@@ -14,6 +14,7 @@ constexpr int kStart = 2;
 constexpr int kStop = 3;
 constexpr int kLanguage = 28;
 constexpr int kReportPanel = 33;
+constexpr int kHomepage = 18;
 
 // clang-format off
 constexpr EntryRow kMainRows[] = {
@@ -50,7 +51,7 @@ constexpr EntryRow kMainRows[] = {
     {40, kButton, TL(3705, "Russisch"), {}, -1, kSame, {}, kLanguage},
     {16, kButton, TL(3549, "Protokoll"), TL(3549, "Protokoll"), kIconLog, kGroup, "L"},
     {17, kButton, TL(3551, "Info"), TL(3551, "Info"), kIconInfo, kGroup, "F1"},
-    {18, kButton, TL(3553, "Homepage"), TL(3553, "Homepage"), kIconHomepage},
+    {kHomepage, kButton, TL(3553, "Homepage"), TL(3553, "Homepage"), kIconHomepage},
     {20, kButton, TL(3557, "Beenden"), TL(9226, "Programm beenden"), kIconQuit, kGroup, "Q"},
     {101, kButton, TL(3780, "Markierte Ordner löschen"), {}, kIconDelete, kSame, {}, kPopupSelectedFolders},
     {102, kButton, TL(3781, "Markierte Ordner in den Papierkorb verschieben"), {}, kIconRecycle, kSame, {}, kPopupSelectedFolders},
@@ -69,7 +70,8 @@ void Init_ToolbarMain(Bars& bars, const BarSources& sources) {
         BarEntry popup;
         popup.id = kPopupSelectedFolders;
         bars.cbrMain.addPopup(popup);
-        addRows(bars.cbrMain, kMainRows, sources.texts);
+        for (const EntryRow& row : kMainRows)
+            if (row.id != kHomepage || sources.homepage) addRow(bars.cbrMain, row, sources.texts);
         bars.cbrMain.setEnabled(kStop, false);
         bars.cbrMain.setChecked(kReportPanel, true);  // No option keeps it: a window begins with its report.
         checkLanguage(bars.cbrMain, sources.texts.languageId());

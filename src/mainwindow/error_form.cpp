@@ -46,11 +46,15 @@ ErrorForm::ErrorForm(const ErrorFormServices& services, const std::string& repor
     const Texts& texts = services_.texts;
     caption = texts.TL(9453, "Error Report");
     lblEinleitung =
-        texts.TL(447,
-                 "Ein unerwarteter Fehler ist aufgetreten und wurde von der Anwendung abgefangen. Senden Sie "
-                 "uns bitte den Fehlerreport an die Emailadresse '%1', damit der Fehler analysiert und "
-                 "behoben werden kann.",
-                 {kReportAddress});
+        services_.mail.empty()
+            ? texts.TL(9608,
+                       "Ein unerwarteter Fehler ist aufgetreten und wurde von der Anwendung abgefangen. Was "
+                       "geschehen ist, steht in diesem Fehlerreport und in der Datei error.log.")
+            : texts.TL(447,
+                       "Ein unerwarteter Fehler ist aufgetreten und wurde von der Anwendung abgefangen. "
+                       "Senden Sie uns bitte den Fehlerreport an die Emailadresse '%1', damit der Fehler "
+                       "analysiert und behoben werden kann.",
+                       {services_.mail});
     txtInfo.text = report;
     cmdEmail.caption = texts.TL(9454, "&Email");
     cmdDrucken.caption = texts.TL(9455, "&Drucken");
@@ -80,16 +84,17 @@ FormItem ErrorForm::button(CommandButton& control, HelpText help, void (ErrorFor
 }
 
 Form ErrorForm::form() {
+    std::vector<FormItem> buttons = {button(cmdWeiter, kHelpWeiter, &ErrorForm::cmdWeiter_Click)};
+    if (!services_.mail.empty()) buttons.push_back(button(cmdEmail, kHelpEmail, &ErrorForm::cmdEmail_Click));
+    buttons.push_back(button(cmdDrucken, kHelpDrucken, &ErrorForm::cmdDrucken_Click));
+    buttons.push_back(button(cmdSpeichern, kHelpSpeichern, &ErrorForm::cmdSpeichern_Click));
+    buttons.push_back(button(cmdBeenden, kHelpBeenden, &ErrorForm::cmdBeenden_Click));
     return {.name = "frmFehler",
             .caption = caption,
             .items = {{.control = &lblEinleitung},
                       {.control = &txtInfo, .row = 1, .name = infoName_},
                       {.control = &txtHelp, .row = 2, .name = helpName_}},
-            .buttons = {button(cmdWeiter, kHelpWeiter, &ErrorForm::cmdWeiter_Click),
-                        button(cmdEmail, kHelpEmail, &ErrorForm::cmdEmail_Click),
-                        button(cmdDrucken, kHelpDrucken, &ErrorForm::cmdDrucken_Click),
-                        button(cmdSpeichern, kHelpSpeichern, &ErrorForm::cmdSpeichern_Click),
-                        button(cmdBeenden, kHelpBeenden, &ErrorForm::cmdBeenden_Click)},
+            .buttons = std::move(buttons),
             .cancel = [this] { loaded = false; },
             .onTop = true,
             .warning = true,
@@ -135,7 +140,7 @@ void ErrorForm::cmdEmail_Click() {
         "Kontextmenü der rechten Maustaste in die neue Email einfügen.");
     copyReport();
     attempt([&] {
-        services_.desk.openUrl(reportMailLink(kReportAddress, kReportName, services_.version, hint));
+        services_.desk.openUrl(reportMailLink(services_.mail, kReportName, services_.version, hint));
     });
     services_.desk.inform(MessageKind::kInformation, services_.texts.TL(3006, "WICHTIGER HINWEIS"), hint);
 }

@@ -56,6 +56,7 @@ struct ErrorFormServices {
     const PathRules& paths;
     std::string dataFolder;  ///< Where reports are saved.
     std::string version;     ///< "1.2", for the subject of a mail.
+    std::string mail;        ///< The address for reports; empty where there is none.
     /// Ends the process at once: nothing is closed, nothing saved.
     std::function<void()> endProcess;
 };

@@ -110,7 +110,7 @@ void WindowForm::cbrMain_Execute(int id) {
         case 17:
             return showAbout();
         case 18:
-            return StartURL(std::string(own_.german ? kHomepageGerman : kHomepage));
+            return StartURL(own_.addresses.homepage);
         case 20:
             return window_->close();
         case kLargeIcons:
@@ -231,8 +231,8 @@ void WindowForm::Show_Log() {
 }
 
 void WindowForm::showAbout() {
-    AboutForm frmInfo(
-        {services_.texts, own_.version, [this](const std::string& url) { StartURL(url); }, own_.portable});
+    AboutForm frmInfo({services_.texts, own_.addresses, own_.version,
+                       [this](const std::string& url) { StartURL(url); }, own_.portable});
     Form form = frmInfo.form();
     window_->showForm(form);
 }

@@ -83,7 +83,7 @@ void WindowForm::Form_Load_Window() {
     reportView_ = std::make_unique<ReportView>(scan_, options_, bars_.cbrReport, *window_,
                                                static_cast<ReportHost&>(*this), ColumnDragGuard_);
     makeLists();
-    initAllBars(bars_, {services_.texts, options_, services_.diagnostics});
+    initAllBars(bars_, {services_.texts, options_, services_.diagnostics, !own_.addresses.homepage.empty()});
     loadToolbars();
     panes_.ShowFirstList();
     const IniText settings = services_.settings.read();

@@ -11,6 +11,7 @@
 #include <memory>
 #include <string>
 
+#include "app/addresses.h"
 #include "base/scope_exit.h"
 #include "fileops/menus.h"
 #include "mainwindow/bar_options.h"
@@ -39,7 +40,7 @@ struct WindowServices {
     std::string programFolder;  ///< Settings, log and Toolbar.dat.
     std::string commandLine;
     std::string version;  ///< "0.1"
-    bool german = false;
+    Addresses addresses;
     /// The window exists from here on, or no longer.
     std::function<void(Window*, MessagePump*)> windowThere;
     /// The user sees it: what was to be told while it loaded can be told now.

@@ -124,7 +124,7 @@ class LanguagesTest : public test::WindowTest, public testing::WithParamInterfac
                 seen.insert(bar->objectName().toStdString());
     }
 
-    Session s{homeOfLanguage()};
+    Session s{homeOfLanguage(), test::kAllAddresses};
     std::set<std::string> seen;
 };
 

@@ -37,6 +37,10 @@
 
 namespace hl::test {
 
+/// Of a build that names all.
+inline const Addresses kAllAddresses = {"https://home.test/", "http://forum.test/", "give.test",
+                                        "bugs@mail.test"};
+
 /// The machine's files. `beforeBlock` runs in front of each block of a scan, counted from 1 for each source;
 /// `beforeFiles` of a list of files.
 class PausingFileSystem final : public FileSystem {
@@ -201,15 +205,17 @@ inline void clickEntry(QWidget& frame, const QString& name) {
 /// The program without its window. German, unless its settings say otherwise.
 class Logic : private ErrorSink, private MessagePump {
   public:
-    explicit Logic(const std::string& home) : home_(home) {
+    explicit Logic(const std::string& home, const Addresses& addresses = {})
+        : home_(home), mail_(addresses.mail) {
         std::filesystem::create_directories(machine_.path() + "/proc/self");
         writeFile(machine_.path() + "/proc/self/mountinfo", "21 1 0:2 / / rw - overlay overlay rw\n");
         texts_.Init_Sprache("", "", true);
-        form_.emplace(FormServices{settings_, texts_, log_, files_, fileSystem, *this, console_, facts_,
-                                   diagnostics_, kPosixPaths, numbers_},
-                      WindowServices{drives_, verb_, operations_, HARBORLANTERN_PROGRAM, home, "", "0.1",
-                                     true, [this](Window* window, MessagePump* pump) { there(window, pump); },
-                                     [this] { showWaiting(); }});
+        form_.emplace(
+            FormServices{settings_, texts_, log_, files_, fileSystem, *this, console_, facts_, diagnostics_,
+                         kPosixPaths, numbers_},
+            WindowServices{drives_, verb_, operations_, HARBORLANTERN_PROGRAM, home, "", "0.1", addresses,
+                           [this](Window* window, MessagePump* pump) { there(window, pump); },
+                           [this] { showWaiting(); }});
         form_->parts().dataFolder = HARBORLANTERN_SOURCE_DIR "/data";
         form_->parts().desktop = &desktop;
     }
@@ -221,6 +227,7 @@ class Logic : private ErrorSink, private MessagePump {
 
     WindowForm& form() { return *form_; }
     MessagePump& pump() { return *this; }
+    const Texts& texts() const { return texts_; }
     RecordingDesktop desktop;
     PausingOperations& operations() { return operations_; }
     std::string userHome() const { return machine_.path() + "/home/user"; }
@@ -249,13 +256,13 @@ class Logic : private ErrorSink, private MessagePump {
         loading_ = window != nullptr;
         if (window == nullptr) return;
         desk_ = std::make_unique<WindowDesk>(*window);
-        dialogs_ = std::make_unique<ErrorReports>(
-            ErrorFormServices{texts_, files_, facts_, *desk_, kPosixPaths, home_, "0.1", [] { FAIL(); }});
+        dialogs_ = std::make_unique<ErrorReports>(ErrorFormServices{
+            texts_, files_, facts_, *desk_, kPosixPaths, home_, "0.1", mail_, [] { FAIL(); }});
         if (onThere) onThere();
     }
 
     TempDir machine_;  ///< Its mounts.
-    std::string home_;
+    std::string home_, mail_;
     struct Facts : FakeSystemFacts {
         std::string errorText(int code) override { return LinuxSystemFacts().errorText(code); }
     };
@@ -286,7 +293,7 @@ class Logic : private ErrorSink, private MessagePump {
 /// The program with its window, from its start to its end.
 class Session : public Logic {
   public:
-    explicit Session(const std::string& home) : Logic(home) {
+    explicit Session(const std::string& home, const Addresses& addresses = {}) : Logic(home, addresses) {
         auto& cellText = form().parts().cellText;
         cellText = [this, cellText](GridId grid, std::size_t column, Row row) {
             const std::string text = cellText(grid, column, row);

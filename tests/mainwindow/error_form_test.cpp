@@ -33,8 +33,9 @@ class ErrorFormTest : public testing::Test {
     test::TestTexts texts;
     FakeDesk desk;
     int ended = 0;
-    ErrorFormServices services{texts.texts, texts.files,      texts.system, desk,
-                               kPosixPaths, texts.dir.path(), "1.2",        [this] { ++ended; }};
+    ErrorFormServices services{texts.texts, texts.files,      texts.system,
+                               desk,        kPosixPaths,      texts.dir.path(),
+                               "1.2",       "bugs@mail.test", [this] { ++ended; }};
     ErrorForm frmFehler{services, "the\r\nreport"};
 };
 
@@ -73,9 +74,8 @@ TEST_F(ErrorFormTest, AMailCarriesTheHintAndTheClipboardTheReportAndAPrintToo) {
     frmFehler.cmdEmail_Click();
     ASSERT_EQ(desk.asked.size(), 3U);
     EXPECT_EQ(desk.asked[0], "copy the\r\nreport");
-    EXPECT_TRUE(
-        desk.asked[1].starts_with("mailto:reports@harborlantern.example.org?subject=Bugreport_Harborlantern_"
-                                  "1.2&body=%2A%2A%2A%20Bitte"));
+    EXPECT_TRUE(desk.asked[1].starts_with(
+        "mailto:bugs@mail.test?subject=Bugreport_Harborlantern_1.2&body=%2A%2A%2A%20Bitte"));
     EXPECT_TRUE(desk.asked[2].starts_with("WICHTIGER HINWEIS|Bitte die"));
     frmFehler.cmdDrucken_Click();
     EXPECT_EQ(desk.asked.back(), "print Error Report|the\r\nreport");
@@ -84,6 +84,18 @@ TEST_F(ErrorFormTest, AMailCarriesTheHintAndTheClipboardTheReportAndAPrintToo) {
     frmFehler.cmdEmail_Click();
     EXPECT_EQ(desk.asked.size(), 5U) << "the hint is shown in any case";
     EXPECT_TRUE(frmFehler.loaded);
+}
+
+TEST_F(ErrorFormTest, OffersAMailOnlyWhereThereIsAnAddress) {
+    EXPECT_NE(frmFehler.lblEinleitung.find("'bugs@mail.test'"), std::string::npos);
+    EXPECT_EQ(frmFehler.form().buttons.size(), 5U);
+    services.mail = "";
+    ErrorForm mute(services, "text");
+    EXPECT_EQ(mute.lblEinleitung.find("mail"), std::string::npos) << mute.lblEinleitung;
+    const Form form = mute.form();
+    ASSERT_EQ(form.buttons.size(), 4U);
+    for (const FormItem& item : form.buttons)
+        EXPECT_NE(std::get<CommandButton*>(item.control), &mute.cmdEmail);
 }
 
 TEST_F(ErrorFormTest, AReportThatComesWhileOneIsShownTakesItsPlace) {
