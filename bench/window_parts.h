@@ -74,7 +74,7 @@ class WindowPump final : public MessagePump {
 
 class Parts {
   public:
-    Parts() { texts_.Init_Sprache("", std::string(kTranslatorFileName), false); }
+    Parts() { texts_.Init_Sprache("", std::string(kTranslatorFileName)); }
     FormServices services() {
         return {settings_, texts_, log_,         files_,      fileSystem_, pump,
                 console_,  facts_, diagnostics_, kPosixPaths, numbers_};

@@ -24,8 +24,8 @@
 #include "app/texts.h"
 #include "app/usage.h"
 #include "base/text.h"
-#include "mainwindow/error_form.h"
 #include "mainwindow/main_form.h"
+#include "mainwindow/program_errors.h"
 #include "mainwindow/window_form.h"
 #include "platform/headless/headless.h"
 #include "platform/linux/console.h"
@@ -81,38 +81,6 @@ std::string firstSet(SystemFacts& facts, std::initializer_list<const char*> name
         if (std::string value = facts.environment(name); !value.empty()) return value;
     return {};
 }
-
-/// Error reports go to the log, and once there is a window, into a dialog; with none, one line of them goes
-/// to standard error. While the window loads they wait: a dialog would stand there alone, and keep the window
-/// from coming.
-class ProgramErrors final : public ErrorSink {
-  public:
-    ProgramErrors(Log& log, Console& console) : log_(log), console_(console) {}
-    void LogError(const std::string& text, bool blankLine, bool stamp) override {
-        log_.LogError(text, blankLine, stamp);
-    }
-    void showReport(const std::string& text, const std::string& summary) override {
-        if (loading_) return waiting_.push_back({text, summary});
-        if (dialog_ != nullptr) return dialog_->show(text);
-        console_.errorLine(visible(summary));
-    }
-    void setDialog(ErrorReports* dialog) {
-        dialog_ = dialog;
-        loading_ = dialog != nullptr;
-        if (dialog == nullptr) showWaiting();
-    }
-    void showWaiting() {
-        loading_ = false;
-        for (const auto& [text, summary] : std::exchange(waiting_, {})) showReport(text, summary);
-    }
-
-  private:
-    Log& log_;
-    Console& console_;
-    ErrorReports* dialog_ = nullptr;
-    bool loading_ = false;
-    std::vector<std::pair<std::string, std::string>> waiting_;  ///< Reports and their summaries.
-};
 
 /// The pump of the window once there is one; nothing waits before.
 class ProgramPump final : public MessagePump {
@@ -196,7 +164,7 @@ Program::Program(const std::vector<std::string>& arguments)
       places_(placesOf(files_, placeFacts(facts_, executable_))),
       settings_(files_, joinPath(programFolder_, kIniName, kPosixPaths)),
       log_(files_, programFolder_, dates_),
-      errors_(log_, console_),
+      errors_({log_, console_, texts_, joinPath(programFolder_, kErrorLogName, kPosixPaths)}),
       diagnostics_(app_, facts_, errors_),
       texts_(files_, settings_, diagnostics_,
              {programFolder_, places_.texts, line_.text,
@@ -231,8 +199,11 @@ int Program::Main() {
     // A pipe with no reader, and a file at the limit of its size, are errors of the write and not the end of
     // the run.
     for (const int signal : {SIGPIPE, SIGXFSZ}) std::signal(signal, SIG_IGN);
-    if (wantsWindow()) makeUserFolder();
-    texts_.Init_Sprache("", std::string(kTranslatorFileName), true);
+    if (wantsWindow()) {
+        makeUserFolder();
+        errors_.waitForWindow(true);
+    }
+    texts_.Init_Sprache("", std::string(kTranslatorFileName));
     if (line_.asksForHelp || line_.asksForVersion) {
         const std::string answer = line_.asksForHelp ? usageText(texts_) : versionText();
         return console_.outputLine(answer.substr(0, answer.size() - 1)) ? kWritten : kSomethingFailed;
@@ -241,7 +212,10 @@ int Program::Main() {
         console_.errorLine(problemText(texts_, line_));
         return kBadCommandLine;
     }
-    return isSilentLine(line_.text) ? runSilent() : runWindow();
+    if (isSilentLine(line_.text)) return runSilent();
+    const int status = runWindow();
+    errors_.waitForWindow(false);
+    return status;
 }
 
 FormServices Program::formServices(FileSystem& fileSystem) {
@@ -250,18 +224,15 @@ FormServices Program::formServices(FileSystem& fileSystem) {
 }
 
 int Program::runSilent() {
+    texts_.storeLanguage();
     const bool readAhead = facts_.environment("HARBORLANTERN_READ_AHEAD") != "0";
     LinuxFileSystem fileSystem(limitsOfThisMachine(readAhead), prepareThread);
     MainForm frmMain(formServices(fileSystem), true);
     app_.cancelState = [&frmMain] { return frmMain.state().CancelState; };
     frmMain.Form_Load();
-    const SilentResult result = frmMain.runSilent(line_.text);
+    const bool whole = frmMain.runSilent(line_.text);
     app_.cancelState = nullptr;
-    if (result == SilentResult::kMakesNoSense) {
-        console_.errorLine(incompleteSilentLineText(texts_));
-        return kBadCommandLine;
-    }
-    return result == SilentResult::kWritten ? kWritten : kSomethingFailed;
+    return whole ? kWritten : kSomethingFailed;
 }
 
 // --- with a window
@@ -311,7 +282,7 @@ int Program::openWindow(LinuxInstances& instances, bool& restart) {
                        {drives, verb, operations, executable_.string(), programFolder_, line_.text,
                         shortVersion(app_), Init_Textbausteine(texts_.languageId()),
                         [this](Window* window, MessagePump* pump) { windowThere(window, pump); },
-                        [this] { errors_.showWaiting(); }, app_.portable});
+                        [this] { errors_.windowShown(); }, app_.portable});
     app_.cancelState = [&frmMain] { return frmMain.state().CancelState; };
     frmMain.parts().dataFolder = places_.data;
     frmMain.parts().preview.tools = &previewTools;
@@ -342,8 +313,8 @@ WindowStart Program::windowStart(WindowForm& frmMain, LinuxInstances& instances,
 
 void Program::windowThere(Window* window, MessagePump* pump) {
     pump_.setWindow(pump);
-    errors_.setDialog(nullptr);
-    if (window == nullptr) return;
+    if (window == nullptr) return errors_.setDialog(nullptr);
+    texts_.storeLanguage();
     desk_ = std::make_unique<WindowDesk>(*window);
     reports_ = std::make_unique<ErrorReports>(ErrorFormServices{
         texts_, files_, facts_, *desk_, kPosixPaths, programFolder_, shortVersion(app_),

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <random>
 
+#include "base/text.h"
 #include "support/kinds.h"
 #include "support/mounted.h"
 #include "support/program.h"
@@ -255,11 +256,15 @@ TEST_F(ProgramRun, EndsWithTheStatusThatItsUsersScriptsCount) {
         {{"-s", report, dir.path()}, 0, ""},
         {{"-s0", "-d3", report, dir.path()}, 0, ""},
         {{"-s3-d1", report, dir.path()}, 0, ""},
-        {{"-s", report, dir.path(), "/does/not/exist"}, 1, "'/does/not/exist'"},
+        {{"-s", "-", dir.path()}, 0, ""},
+        {{"-s", report, dir.path(), "/does/not/exist"}, 1, "Die Quelle /does/not/exist gibt es nicht.\n"},
         {{"-s", report, dir.path() + "/file"}, 1, "#20 - "},
-        {{"-s", report, "/does/not/exist"}, 1, report},
-        {{"-s", dir.path() + "/none/r.csv", dir.path()}, 1, "/none/r.csv: "},
+        {{"-s", report, "/does/not/exist"}, 1, report + " wurde nicht geschrieben: es wurde nichts"},
+        {{"-s", dir.path() + "/none/r.csv", dir.path()}, 1, "geschrieben: No such file or directory\n"},
         {{"-s", report}, 2, "-s"},
+        {{"-s", "-"}, 2, "-s"},
+        {{"-s", "--format=pdf", report, dir.path()}, 2, "--format=pdf"},
+        {{"--format=txt", report, dir.path()}, 2, "-s"},
         {{"-s"}, 2, "-s"},
         {{"-x", report, dir.path()}, 2, "-x"},
         {{"-s", report, ""}, 2, "leer"},
@@ -272,7 +277,58 @@ TEST_F(ProgramRun, EndsWithTheStatusThatItsUsersScriptsCount) {
         EXPECT_EQ(ended.status, status) << line << ended.errors;
         EXPECT_EQ(ended.errors.empty(), says.empty()) << line << ended.errors;
         EXPECT_NE(ended.errors.find(says), std::string::npos) << line << ended.errors;
+        EXPECT_EQ(ended.errors.find("error.log"), std::string::npos) << line << ended.errors;
     }
+    EXPECT_FALSE(std::filesystem::exists(program.home("error.log"))) << "no error of the program itself";
+}
+
+TEST_F(ProgramRun, WritesItsReportToStandardOutputAndInTheFormatThatIsAskedFor) {
+    test::makeChain(dir.path(), 5, "d");
+    const auto inFolder = [&] { test::must(::chdir(dir.path().c_str())); };
+    const std::string txt = "Größe (Bytes)", csv = "\"Pfad\"", file = dir.path() + "/-";
+    const std::tuple<std::vector<std::string>, std::string, int> cases[] = {
+        {{"-s", "-", "."}, csv + ",", 6},
+        {{"-s3-d1", "-", "."}, csv + ";", 4},  // The source and three levels below it.
+        {{"-s1", "--format=txt", "-d2", "-", "."}, txt + "\t", 2},
+        {{"-s", "--", "-", "."}, csv, 6},
+        {{"-s", "/dev/stdout", "."}, csv, 6}};
+    for (const auto& [arguments, head, rows] : cases) {
+        const test::Ended ended = program.run(arguments, inFolder);
+        EXPECT_TRUE(ended.output.starts_with(head)) << testing::PrintToString(arguments) << ended.output;
+        EXPECT_EQ(std::ranges::count(ended.output, '\n') - 1, rows * 2 - 1) << ended.output;
+        EXPECT_TRUE(ended.status == 0 && ended.errors.empty()) << ended.errors;
+        EXPECT_FALSE(std::filesystem::exists(file));
+    }
+    EXPECT_EQ(program.run({"-s", "--format=txt", "./-", "."}, inFolder).output, "");
+    EXPECT_TRUE(readFile(file).starts_with(txt));
+    EXPECT_EQ(program.run({"-s", "--format=csv", "r.txt", "."}, inFolder).status, 0);
+    EXPECT_TRUE(readFile(dir.path() + "/r.txt").starts_with(csv));
+}
+
+TEST_F(ProgramRun, EndsWithoutAWordWhenNobodyReadsItsOutputAnyMore) {
+    oneFile();
+    const test::Ended ended = program.run({"-s", "-", dir.path()}, [] {
+        int ends[2];
+        test::must(::pipe(ends));
+        ::dup2(ends[1], STDOUT_FILENO);
+        ::close(ends[0]);
+    });
+    EXPECT_EQ(ended.status, 1) << "the report is not whole";
+    EXPECT_EQ(ended.errors, "");
+    EXPECT_FALSE(std::filesystem::exists(program.home("error.log")));
+}
+
+TEST_F(ProgramRun, WritesNoSettingsUnlessItReadsOrShowsSomething) {
+    const std::string settings = program.home("Harborlantern.ini");
+    const std::vector<std::string> lines[] = {{"--version"}, {"--help"},     {"-x"},
+                                              {"-s"},        {"-s", report}, {dir.path()}};
+    for (const auto& line : lines) {
+        std::filesystem::remove(settings);
+        program.run(line);
+        EXPECT_FALSE(std::filesystem::exists(settings)) << testing::PrintToString(line);
+    }
+    program.run({"-s", report, dir.path()});
+    EXPECT_TRUE(std::filesystem::exists(settings)) << "a run keeps the language that was found";
 }
 
 TEST_F(ProgramRun, ReadsSourcesByAnyNameGivenInAnyWay) {
@@ -281,13 +337,14 @@ TEST_F(ProgramRun, ReadsSourcesByAnyNameGivenInAnyWay) {
         const std::string folder = dir.path() + "/" + name;
         test::makeFolder(folder);
         test::makeFile(folder + "/f", 9);
-        for (const std::string& source : {folder, folder + "/", folder + "//", "./" + name, ".///" + name}) {
+        for (const std::string& source : {folder, folder + "/", folder + "//", "./" + name, ".///" + name,
+                                          folder + "/gone/..", "gone/.././" + name}) {
             const auto inFolder = [&] { test::must(::chdir(dir.path().c_str())); };
             const test::Ended ended = program.run({"-s", report, source}, inFolder);
             EXPECT_EQ(ended.status, 0) << source << ended.errors;
             const Rows rows = readReport(report);
             ASSERT_EQ(rows.size(), 1U) << source;
-            EXPECT_EQ(rows.begin()->first.find("//"), std::string::npos) << source;
+            EXPECT_EQ(rows.begin()->first, decodable(folder)) << source;
             EXPECT_EQ(rows.begin()->second, (Numbers{9, 1, 0})) << source;
         }
     }
@@ -297,13 +354,19 @@ TEST_F(ProgramRun, GoesOnWithSettingsThatMakeNoSense) {
     oneFile();
     writeFile(program.home("Harborlantern.ini"), std::string("\0\xFF[[[\n=\nOptionen]\r[Optionen\nx", 29));
     EXPECT_EQ(program.run({"-s", report, dir.path()}).status, 0);
-    program.setOptions({"FileSizeFormat=many"});
-    const test::Ended ended = program.run({"-s", report, dir.path()});
-    EXPECT_EQ(ended.status, 1);
-    EXPECT_NE(ended.errors.find("(OptionenLadenMain, error.log)\n"), std::string::npos) << ended.errors;
-    EXPECT_EQ(std::count(ended.errors.begin(), ended.errors.end(), '\n'), 1);
-    EXPECT_NE(readFile(program.home("error.log")).find("Err: 13 - "), std::string::npos);
-    EXPECT_EQ(readReport(report).size(), 1U);
+    const std::string log = program.home("error.log");
+    for (const char* settings :
+         {"[Allgemein]\r\nLang=7\r\n[Optionen]\r\nFileSizeFormat=many\r\n", "[Allgemein]\r\nLang=abc\r\n"}) {
+        writeFile(program.home("Harborlantern.ini"), settings);
+        const test::Ended ended = program.run({"-s", report, dir.path()});
+        EXPECT_EQ(ended.status, 1);
+        EXPECT_TRUE(ended.errors.starts_with("Unerwarteter Fehler: Type mismatch")) << ended.errors;
+        EXPECT_TRUE(ended.errors.ends_with(" steht in " + log + ".\n")) << ended.errors;
+        EXPECT_EQ(std::ranges::count(ended.errors, '\n'), 1);
+        EXPECT_NE(readFile(log).find("Err: 13 - "), std::string::npos);
+        EXPECT_EQ(readReport(report).size(), 1U);
+        std::filesystem::remove(log);
+    }
 }
 
 }  // namespace

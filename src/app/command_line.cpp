@@ -3,13 +3,17 @@
 #include <algorithm>
 #include <optional>
 
+#include "base/absolute_path.h"
 #include "base/text.h"
+#include "platform/files.h"
 
 namespace hl {
 
 namespace {
 
 constexpr char kQuoteInName = '\0';
+constexpr std::string_view kFormat = "--format";
+constexpr std::string_view kFormatTxt = "--format=txt", kFormatCsv = "--format=csv";
 
 bool isDigit(char c) {
     return c >= '0' && c <= '9';
@@ -19,14 +23,19 @@ bool isDelimiterSwitch(std::string_view argument) {
     return argument.size() == 3 && argument.starts_with("-d") && isDigit(argument[2]);
 }
 
+bool isFormatSwitch(std::string_view argument) {
+    return argument == kFormatTxt || argument == kFormatCsv;
+}
+
 // A switch stands bare in the line, where a double quote would open a name.
 bool isSilentSwitch(std::string_view argument) {
     return isSilentLine(argument) && argument.find('"') == std::string_view::npos;
 }
 
 bool isSwitch(std::string_view argument) {
-    return isSilentSwitch(argument) || isDelimiterSwitch(argument) || argument == "-RESTART" ||
-           argument == "-TLMODUS" || argument == "--help" || argument == "-h" || argument == "--version";
+    return isSilentSwitch(argument) || isDelimiterSwitch(argument) || isFormatSwitch(argument) ||
+           argument == "-RESTART" || argument == "-TLMODUS" || argument == "--help" || argument == "-h" ||
+           argument == "--version";
 }
 
 // With blanks between them; true for none at all.
@@ -39,32 +48,12 @@ bool areSwitches(std::string_view line) {
     return true;
 }
 
-bool isAbsolute(std::string_view path, const PathRules& rules) {
-    const bool drive = rules.separator == '\\' && path.size() > 2 && path[1] == ':' && path[2] == '\\';
-    return drive || path.starts_with(rules.separator);
-}
-
-// Without the segments "." and empty ones; a separator at the end stays.
-std::string withoutDots(std::string_view path, char separator) {
-    std::string out;
-    bool first = true;
-    while (!path.empty()) {
-        const std::size_t end = path.find(separator);
-        const std::size_t length = end == std::string_view::npos ? path.size() : end + 1;
-        const std::string_view segment = path.substr(0, length);
-        const bool empty = end == 0 && !first;
-        if (segment.substr(0, end) != "." && !empty) out += segment;
-        path.remove_prefix(length);
-        first = false;
-    }
-    return out;
-}
-
-std::string absolutePath(std::string_view argument, std::string_view cwd, const PathRules& rules) {
-    if (isNetworkPath(argument)) return std::string(argument);
-    std::string relative = withoutDots(argument, rules.separator);
-    if (isAbsolute(argument, rules)) return relative;
-    return relative.empty() ? std::string(cwd) : joinPath(cwd, relative, rules);
+// Its links are the system's to follow: it is no more than put behind the current folder.
+std::string reportPath(std::string_view argument, std::string_view cwd, const PathRules& rules) {
+    const std::string here = {'.', rules.separator};
+    while (argument.starts_with(here)) argument.remove_prefix(here.size());
+    if (isAbsolutePath(argument, rules) || isNetworkPath(argument)) return std::string(argument);
+    return joinPath(cwd, argument, rules);
 }
 
 std::string quoted(std::string path) {
@@ -91,22 +80,40 @@ class Joiner {
             line_.asksForHelp |= argument == "--help" || argument == "-h";
             line_.asksForVersion |= argument == "--version";
             pieces_.push_back({argument, true});
+        } else if (argument == kStandardOutput && isForReport()) {
+            addName(argument);
+        } else if (switches_ && argument.starts_with(kFormat)) {
+            complain(LineProblem::kUnknownFormat, argument);
         } else if (switches_ && argument.starts_with('-')) {
             complain(LineProblem::kUnknownSwitch, argument);
         } else {
-            if (cwd_.empty() && !isAbsolute(argument, rules_))
+            if (cwd_.empty() && !isAbsolutePath(argument, rules_))
                 complain(LineProblem::kNoCurrentFolder, argument);
-            pieces_.push_back({quoted(absolutePath(argument, cwd_, rules_)), false});
+            addName(isForReport() ? reportPath(argument, cwd_, rules_)
+                                  : absoluteSource(argument, {cwd_, ""}, rules_));
         }
     }
 
     JoinedLine take() {
-        if (!pieces_.empty() && isSilentLine(pieces_[0].text)) fixDelimiter();
+        const auto format = std::ranges::find_if(
+            pieces_, [](const Piece& piece) { return piece.isSwitch && isFormatSwitch(piece.text); });
+        if (!isSilent() && format != pieces_.end()) complain(LineProblem::kNotForWindow, format->text);
+        if (isSilent() && names_ < 2) complain(LineProblem::kIncompleteReport, "");
+        if (isSilent()) fixDelimiter();
         for (const Piece& piece : pieces_) line_.text += (line_.text.empty() ? "" : " ") + piece.text;
         return std::move(line_);
     }
 
   private:
+    bool isSilent() const { return !pieces_.empty() && isSilentLine(pieces_[0].text); }
+    // The first name of a silent line.
+    bool isForReport() const { return isSilent() && names_ == 0; }
+
+    void addName(std::string name) {
+        pieces_.push_back({quoted(std::move(name)), false});
+        ++names_;
+    }
+
     void complain(LineProblem problem, const std::string& argument) {
         if (line_.problem != LineProblem::kNone) return;
         line_.problem = problem;
@@ -129,6 +136,7 @@ class Joiner {
     std::string cwd_;
     const PathRules& rules_;
     bool switches_ = true;
+    std::size_t names_ = 0;
     std::vector<Piece> pieces_;
     JoinedLine line_;
 };
@@ -147,6 +155,18 @@ std::optional<std::vector<std::string>> quotedTexts(std::string_view line) {
         open = line.find('"', close + 1);
     }
     return texts;
+}
+
+ReportLayout formatIn(std::string_view line) {
+    // Names, which may hold anything, are in double quotes.
+    bool bare = true;
+    for (std::size_t at = 0; at < line.size(); ++at) {
+        if (line[at] == '"') bare = !bare;
+        if (!bare) continue;
+        if (line.substr(at).starts_with(kFormatTxt)) return ReportLayout::kTxt;
+        if (line.substr(at).starts_with(kFormatCsv)) return ReportLayout::kCsv;
+    }
+    return ReportLayout::kByName;
 }
 
 std::int32_t leadingNumber(std::string_view text) {
@@ -185,6 +205,7 @@ SilentOrder KZGetFoldersFromCommand(std::string_view line) {
     const std::size_t delimiter = rest.find("-d");
     if (delimiter != std::string_view::npos && delimiter + 2 < rest.size() && isDigit(rest[delimiter + 2]))
         order.delimiterIndex = rest[delimiter + 2] - '0';
+    order.format = formatIn(rest);
     const auto texts = quotedTexts(rest);
     if (!texts || texts->empty()) return order;
     order.outputFile = texts->front();

@@ -24,7 +24,10 @@ std::string tableKey(std::int64_t id) {
 
 int languageNumber(const std::string& text) {
     const auto number = parseInteger(text);
-    if (!number) throw Fault(kFaultTypeMismatch, "Init_Sprache", "Type mismatch");
+    if (!number) {
+        const std::string setting = std::string(kKeyLanguage.key) + "=" + visible(text);
+        throw Fault(kFaultTypeMismatch, "Init_Sprache", "Type mismatch: " + setting);
+    }
     if (*number < std::numeric_limits<std::int16_t>::min() ||
         *number > std::numeric_limits<std::int16_t>::max())
         raiseOverflow("Init_Sprache");
@@ -33,16 +36,16 @@ int languageNumber(const std::string& text) {
 
 }  // namespace
 
-void Texts::Init_Sprache(const std::string& helpFile, const std::string& translatorFile, bool persist) {
+void Texts::Init_Sprache(const std::string& helpFile, const std::string& translatorFile) {
     guarded(diagnostics_, "Init_Sprache", kModule, [&] {
-        chooseLanguage(helpFile, persist);
+        chooseLanguage(helpFile);
         if (sources_.commandLine.find("-TLMODUS") == std::string::npos) return;
         translator_ = true;
         LoadTextFromFile(sources_.settingsFolder + "/" + translatorFile);
     });
 }
 
-void Texts::chooseLanguage(const std::string& helpFile, bool persist) {
+void Texts::chooseLanguage(const std::string& helpFile) {
     const std::string stored = settings_.GetSettings(kKeyLanguage.section, kKeyLanguage.key, "");
     const int wanted = languageNumber(stored.empty() ? std::to_string(kKeyLanguage.defaultValue) : stored);
     const Language& language = languageOf(wanted == 0 ? systemLanguageId(sources_.messageLocale) : wanted);
@@ -55,7 +58,11 @@ void Texts::chooseLanguage(const std::string& helpFile, bool persist) {
             language_ = language.fallback;
         }
     }
-    if (persist && stored != std::to_string(language_))
+    stored_ = stored;
+}
+
+void Texts::storeLanguage() {
+    if (stored_ && *stored_ != std::to_string(language_))
         settings_.StoreSettings(kKeyLanguage.section, kKeyLanguage.key, language_);
 }
 

@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <initializer_list>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -25,17 +26,22 @@ struct TextSources {
     std::string messageLocale;  ///< See language.h.
 };
 
+/// Texts longer than 1,023 characters and captions longer than 255 are cut, whether they come from a library
+/// or from the translator's file. Either file may have 16 MiB; one that is larger is as if it were missing.
 class Texts {
   public:
     /// German until Init_Sprache. What is passed by reference must outlive it.
     Texts(Files& files, SettingsStore& settings, Diagnostics& diagnostics, TextSources sources)
         : files_(files), settings_(settings), diagnostics_(diagnostics), sources_(std::move(sources)) {}
 
-    /// Chooses the language, by the settings or else by the user's system, and loads its library; with
-    /// `persist` what came out is stored. "-TLMODUS" anywhere in the command line loads the translator's
-    /// file.
-    void Init_Sprache(const std::string& helpFile, const std::string& translatorFile, bool persist);
-    /// Fills the text table from a translator's file. A file that is missing changes nothing.
+    /// Chooses the language, by the settings or else by the user's system, and loads its library. "-TLMODUS"
+    /// anywhere in the command line loads the translator's file.
+    void Init_Sprache(const std::string& helpFile, const std::string& translatorFile);
+    /// Stores the language that was chosen, so that later starts speak it too. A setting that made no sense
+    /// stays.
+    void storeLanguage();
+    /// Fills the text table from a translator's file, in place of what is in it. A file that cannot be read
+    /// changes nothing.
     void LoadTextFromFile(const std::string& path);
 
     /// The text `id` in the user's language, or `defaultText` where it has none. "%!" becomes CR LF; "%1" to
@@ -50,7 +56,7 @@ class Texts {
     const std::string& helpFile() const { return helpFile_; }
 
   private:
-    void chooseLanguage(const std::string& helpFile, bool persist);
+    void chooseLanguage(const std::string& helpFile);
     bool loadLibrary(const Language& language);
     /// `limit`: longest text, in characters.
     std::string lookUp(std::int64_t id, std::size_t limit) const;
@@ -60,6 +66,7 @@ class Texts {
     Diagnostics& diagnostics_;
     TextSources sources_;
     int language_ = kGerman;
+    std::optional<std::string> stored_;  ///< What the settings said; nothing where that made no sense.
     bool translator_ = false;
     Catalogue library_;
     CStringCollection table_;  ///< The translator's texts, by "<id>T".

@@ -26,15 +26,17 @@ std::string usageText(const Texts& texts) {
     const std::string file = texts.TL(9004, "DATEI");
     std::string text = texts.TL(9001, "Aufruf:") + "\n";
     text += "  harborlantern [--] [" + folder + "]...\n";
-    text += "  harborlantern -s[" + levels + "] [-dN] [--] " + file + " " + folder + "...\n\n";
+    text += "  harborlantern -s[" + levels + "] [-dN] [--format=F] [--] " + file + " " + folder + "...\n\n";
     text += texts.TL(
         9005, "Zeigt, wie viel Platz Ordner belegen. Mit -s wird ohne Fenster ein Bericht geschrieben.");
     text += "\n\n";
     text += optionLine("-s[" + levels + "]",
-                       texts.TL(9006, "So viele Ordnerebenen in den Bericht; ohne Zahl 999"));
+                       texts.TL(9006, "Die Quellen und so viele Ordnerebenen darunter; ohne Zahl 999"));
     text +=
         optionLine("-dN", texts.TL(9007, "Trennzeichen: 0 Komma, 1 Semikolon, 2 Tabulator, 3 Leerzeichen"));
-    text += optionLine(file, texts.TL(9008, "Endet der Name auf .txt, entsteht eine Texttabelle, sonst CSV"));
+    text += optionLine("--format=F", texts.TL(9613, "txt oder csv, wie auch immer der Name endet"));
+    text += optionLine(
+        file, texts.TL(9008, "Endet der Name auf .txt: eine Texttabelle, sonst CSV; -: Standardausgabe"));
     text += optionLine("--", texts.TL(9009, "Danach folgen nur noch Namen, auch solche mit - am Anfang"));
     text += optionLine("-h, --help", texts.TL(9010, "Diese Hilfe"));
     text += optionLine("--version", texts.TL(9011, "Die Version"));
@@ -61,12 +63,15 @@ std::string problemText(const Texts& texts, const JoinedLine& line) {
                             {visible(line.badArgument)});
         case LineProblem::kEmptyArgument:
             return texts.TL(9014, "Ein Argument ist leer.");
+        case LineProblem::kUnknownFormat:
+            return texts.TL(9614, "Unbekanntes Format %1. Es gibt --format=txt und --format=csv.",
+                            {visible(line.badArgument)});
+        case LineProblem::kNotForWindow:
+            return texts.TL(9615, "%1 gilt für einen Bericht: davor muss -s stehen.", {line.badArgument});
+        case LineProblem::kIncompleteReport:
+            return texts.TL(9015, "Zu -s gehören eine Datei für den Bericht und mindestens ein Ordner.");
     }
     return {};
-}
-
-std::string incompleteSilentLineText(const Texts& texts) {
-    return texts.TL(9015, "Zu -s gehören eine Datei für den Bericht und mindestens ein Ordner.");
 }
 
 }  // namespace hl

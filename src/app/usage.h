@@ -1,5 +1,4 @@
-// What the program answers on a terminal: help, version, and what is wrong with a command line. Its texts
-// have the ids 9001 to 9019; all ids from 9001 on are free for texts of our own.
+// What the program answers on a terminal: help, version, and what is wrong with a command line.
 #pragma once
 
 #include <string>
@@ -15,7 +14,5 @@ std::string usageText(const Texts& texts);
 std::string versionText();
 /// One line without an end; empty if there is no problem. Control characters of the argument are visible.
 std::string problemText(const Texts& texts, const JoinedLine& line);
-/// The same for a silent line that names no file or no source.
-std::string incompleteSilentLineText(const Texts& texts);
 
 }  // namespace hl

@@ -1,6 +1,9 @@
 #include "mainwindow/main_form.h"
 
+#include <cerrno>
+
 #include "base/text.h"
+#include "robustness/api_error_text.h"
 #include "views/list_columns.h"
 #include "views/report_columns.h"
 
@@ -34,26 +37,38 @@ void MainForm::Form_Load() {
 
 // --- a run with no window
 
-SilentResult MainForm::runSilent(const std::string& commandLine) {
+bool MainForm::runSilent(const std::string& commandLine) {
     const SilentOrder order = KZGetFoldersFromCommand(commandLine);
-    if (order.sources.empty()) return SilentResult::kMakesNoSense;
     state_.SourceQueue.assign(order.sources.begin(), order.sources.end());
     Ordnerliste_Abarbeiten(scan_);
-    return writeReport(order);
+    services_.console.progress("");
+    const bool written = writeReport(order);
+    return written && !somethingFailed_ && services_.diagnostics.errcount() == 0;
 }
 
-SilentResult MainForm::writeReport(const SilentOrder& order) {
-    services_.console.progress("");
+bool MainForm::writeReport(const SilentOrder& order) {
+    const Texts& texts = services_.texts;
+    if (tvwPL_.rowCount() == 0) {
+        reportNotWritten(order.outputFile, texts.TL(9610, "es wurde nichts eingelesen"));
+        return false;
+    }
     SaveForm frmSave(SaveServices{tvwPL_, options_, services_.texts, services_.numbers, services_.files,
                                   services_.diagnostics, state_, services_.pump, services_.paths});
+    frmSave.format = order.format;
     std::string path = order.outputFile;
-    if (!frmSave.SPEICHERN(path, order.levels, order.delimiterIndex)) {
-        services_.console.errorLine(
-            services_.texts.TL(9020, "Der Bericht '%1' wurde nicht geschrieben.", {visible(path)}));
-        somethingFailed_ = true;
-    }
-    const bool faults = services_.diagnostics.errcount() > 0;
-    return somethingFailed_ || faults ? SilentResult::kWithErrors : SilentResult::kWritten;
+    if (frmSave.SPEICHERN(path, order.levels, order.delimiterIndex)) return true;
+    const int error = frmSave.fileError();
+    // Who reads a pipe may leave when he has what he wants.
+    if (error == EPIPE) return false;
+    reportNotWritten(path, error != 0 ? ApiErrorText(false, error, services_.facts)
+                                      : texts.TL(9611, "ein unerwarteter Fehler"));
+    return false;
+}
+
+void MainForm::reportNotWritten(const std::string& file, const std::string& reason) {
+    const Texts& texts = services_.texts;
+    const std::string name = file == kStandardOutput ? texts.TL(9612, "(Standardausgabe)") : visible(file);
+    services_.console.errorLine(texts.TL(9020, "Der Bericht %1 wurde nicht geschrieben: %2", {name, reason}));
 }
 
 // --- what a scan tells
@@ -80,8 +95,7 @@ void MainForm::folderEntered(std::string_view path) {
 }
 
 void MainForm::sourceMissing(const std::string& source) {
-    services_.console.errorLine(
-        services_.texts.TL(9021, "Die Quelle '%1' gibt es nicht.", {visible(source)}));
+    services_.console.errorLine(services_.texts.TL(9021, "Die Quelle %1 gibt es nicht.", {visible(source)}));
     somethingFailed_ = true;
 }
 

@@ -31,21 +31,15 @@ struct FormServices {
     const NumberFormat& numbers;
 };
 
-/// How a run with no window ended.
-enum class SilentResult {
-    kWritten,       ///< The report is written and everything was read.
-    kWithErrors,    ///< Something could not be read or written.
-    kMakesNoSense,  ///< The command line names no file or no source.
-};
-
 class MainForm : public ScanHost {
   public:
     MainForm(const FormServices& services, bool silentRun);
 
     /// Reads the options and sets up the grids.
     void Form_Load();
-    /// Reads the sources of a silent command line and writes the report. REQUIRES: Form_Load was called.
-    SilentResult runSilent(const std::string& commandLine);
+    /// Reads the sources of a silent command line and writes the report. True if everything was read and the
+    /// report written whole; else each thing that was not has been told. REQUIRES: Form_Load was called.
+    bool runSilent(const std::string& commandLine);
 
     ScanState& state() { return state_; }
     ScanContext& scan() { return scan_; }
@@ -84,7 +78,8 @@ class MainForm : public ScanHost {
     ScanContext scan_;
 
   private:
-    SilentResult writeReport(const SilentOrder& order);
+    bool writeReport(const SilentOrder& order);
+    void reportNotWritten(const std::string& file, const std::string& reason);
 
     std::string panel1_;
     std::string topTitle_;

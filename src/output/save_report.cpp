@@ -206,15 +206,24 @@ ReportFormat SaveForm::formatOf(const Run& run) const {
                        countWidth(kFiles), countWidth(kFolders)}};
 }
 
-void SaveForm::write(Run& run) const {
-    run.IsTextFormat = lowerCase(run.path).ends_with(".txt");
+void SaveForm::write(Run& run) {
+    run.IsTextFormat = format == ReportLayout::kByName ? lowerCase(run.path).ends_with(".txt")
+                                                       : format == ReportLayout::kTxt;
     run.sizeMode = services_.options.FileSizeFormat;
     run.decimals = services_.options.SizeFormatNachkommastellenFolders;
     const ReportLines lines(formatOf(run), services_.numbers);
 
+    const int error = writeLines(run, lines);
+    run.written = error == 0;
+    if (error != 0 && services_.dialog != nullptr) raiseFileError(error, run.path);
+    fileError_ = error;
+}
+
+// System error code.
+int SaveForm::writeLines(Run& run, const ReportLines& lines) const {
     int error = 0;
     const auto target = services_.files.replace(run.path, error);
-    if (!target) raiseFileError(error, run.path);
+    if (!target) return error;
     ReportFile file(*target);
     lines.appendHeader(file.block());
 
@@ -226,8 +235,7 @@ void SaveForm::write(Run& run) const {
         run.rows = walk.rowsWritten();
         if (run.scope == kSelectedFolder) break;
     }
-    if (file.commit() != 0) raiseFileError(file.error(), run.path);
-    run.written = true;
+    return file.commit();
 }
 
 void SaveForm::OKButton_Click() {

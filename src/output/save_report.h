@@ -1,7 +1,8 @@
 // frmSave: saves the folder report to a file, as the user asks for it in a dialog or as a command line says.
 //
-// The format follows the name of the file: TXT for one that ends in ".txt", CSV for any other. The older file
-// stays until the new one is complete. Thread of the logic; messages run meanwhile.
+// The format follows the name of the file unless a command line chose it: TXT for one that ends in ".txt",
+// CSV for any other. The older file stays until the new one is complete. Thread of the logic; messages run
+// meanwhile.
 #pragma once
 
 #include <array>
@@ -9,6 +10,7 @@
 #include <string>
 #include <string_view>
 
+#include "app/command_line.h"
 #include "app/options.h"
 #include "app/texts.h"
 #include "base/number_format.h"
@@ -64,8 +66,9 @@ class SaveForm {
     SaveForm(const SaveForm&) = delete;
     SaveForm& operator=(const SaveForm&) = delete;
 
-    /// Writes the report by the controls. True if it was written; what went wrong is reported. An error that
-    /// costs no more than a level of rows is reported too, and the rest is written.
+    /// Writes the report by the controls. True if it was written; what went wrong is reported, but for a file
+    /// that cannot be written in a run with no window: that is left to whoever asks for fileError(). An error
+    /// that costs no more than a level of rows is reported too, and the rest is written.
     ///
     /// `path` may be empty: the dialog then asks for it, and nothing is written without an answer. A `levels`
     /// of 0 selects all levels, one of -1 leaves the controls as they are, any other is a number of levels. A
@@ -74,6 +77,9 @@ class SaveForm {
     /// A number of levels that is typed in as 0 means what is unfolded. "All" goes down to level 999. After
     /// an error the buttons stay disabled; the form serves once.
     bool SPEICHERN(std::string& path, std::int32_t levels, std::int32_t delimiter);
+
+    /// What kept the file from being written in a run with no window: the system's code, or 0.
+    int fileError() const { return fileError_; }
 
     void OKButton_Click();
     void CancelButton_Click() { loaded = false; }
@@ -87,6 +93,7 @@ class SaveForm {
     /// A size as a CSV report writes it.
     void FormatFileSizeSave(SizeValue value, std::string& text) const;
 
+    ReportLayout format = ReportLayout::kByName;
     std::string caption;
     std::string lblWasSpeichern, lblLevels, lblLevelsUnit, lblFormat, lblDelimiter;
     std::array<OptionButton, 2> optWasSpeichern;
@@ -107,9 +114,11 @@ class SaveForm {
     std::string askPath() const;
     void setButtonsEnabled(bool enabled);
     ReportFormat formatOf(const Run& run) const;
-    void write(Run& run) const;
+    void write(Run& run);
+    int writeLines(Run& run, const ReportLines& lines) const;
 
     SaveServices services_;
+    int fileError_ = 0;
 };
 
 }  // namespace hl

@@ -8,6 +8,9 @@
 
 namespace hl {
 
+/// As the path of a file to be written: standard output, as it is.
+inline constexpr std::string_view kStandardOutput = "-";
+
 /// A file being written that replaces an older one in a single step, when it is complete. Until commit() the
 /// older file stays as it was, also if the process is killed; destroyed without commit(), it leaves nothing
 /// behind. A device, a pipe or a socket as the target is written as it is.

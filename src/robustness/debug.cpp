@@ -29,7 +29,11 @@ void Diagnostics::Debug(const char* func, const char* modul, std::uint_least32_t
     attempt([&] { text = compose({func, modul, line}, fault, debugValues); });
     if (text.empty()) attempt([&] { text = std::string(modul) + "." + func + ": " + fault.description(); });
     attempt([&] { sink_.LogError(text, true, true); });
-    attempt([&] { sink_.showReport(text, fault.description() + " (" + func + ", error.log)"); });
+    // Of the values the first tells the most: the setting, the path.
+    attempt([&] {
+        const std::string value = debugValues.empty() ? "" : ": " + debugValues.front();
+        sink_.showReport(text, fault.description() + value);
+    });
 }
 
 }  // namespace hl

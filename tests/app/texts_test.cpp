@@ -16,10 +16,11 @@ class TextsOf : public test::SettingsFixture {
     }
     std::string storedNow() { return store.GetSettings("Allgemein", "Lang", "none"); }
 
-    Texts& start(const std::string& locale, const std::string& commandLine = "", bool persist = true) {
+    Texts& start(const std::string& locale, const std::string& commandLine = "", bool stores = true) {
         texts.emplace(files, store, diagnostics,
                       TextSources{dir.path(), programFolder.path(), commandLine, locale});
-        texts->Init_Sprache("", std::string(kTranslatorFileName), persist);
+        texts->Init_Sprache("", std::string(kTranslatorFileName));
+        if (stores) texts->storeLanguage();
         return *texts;
     }
     Texts& english(const std::string& text) {
@@ -72,7 +73,7 @@ TEST_F(TextsOf, EachLanguageComeFromItsOwnLibraryAndTheSettingsFolderFirst) {
     EXPECT_EQ(storedNow(), "29");
 }
 
-TEST_F(TextsOf, AStartThatDoesNotPersistStoreNothing) {
+TEST_F(TextsOf, AStartThatOnlyAsksStoreNothing) {
     start("de_DE", "", false);
     EXPECT_FALSE(std::filesystem::exists(path));
 }

@@ -10,7 +10,7 @@ class Usage : public test::SettingsFixture {
   protected:
     Texts textsFor(const std::string& locale) {
         Texts texts{files, store, diagnostics, {dir.path(), HARBORLANTERN_SOURCE_DIR "/lang", "", locale}};
-        texts.Init_Sprache("", "", false);
+        texts.Init_Sprache("", "");
         return texts;
     }
 

@@ -103,15 +103,21 @@ TEST_F(WindowFilesTest, GarbageInItsFilesKeepsNoWindowFromOpening) {
 }
 
 TEST_F(WindowFilesTest, ASettingThatMakesNoSenseIsReportedAndTheWindowOpens) {
-    setSettings("[Optionen]\r\nFileSizeFormat=many\r\n");
-    Session s(home.path());
-    s.answers.add([&](QDialog& dialog) {
-        EXPECT_TRUE(s.frame().isVisible());
-        test::pressIn(dialog, "Weiter");
-    });
-    s.start();
-    EXPECT_EQ(s.reports.size(), 1U);
-    EXPECT_TRUE(s.enabled("cbrMain.2"));
+    // The language is read before there is a window.
+    for (const char* settings :
+         {"[Allgemein]\r\nLang=7\r\n[Optionen]\r\nFileSizeFormat=many\r\n", "[Allgemein]\r\nLang=abc\r\n"}) {
+        writeFile(ini(), settings);
+        Session s(home.path());
+        bool shown = false;
+        s.answers.add([&](QDialog& dialog) {
+            shown = dialog.objectName() == QLatin1String("frmFehler") && s.frame().isVisible();
+            test::pressIn(dialog, "Weiter");
+        });
+        s.start();
+        EXPECT_TRUE(shown) << settings;
+        EXPECT_EQ(s.reports.size(), 1U);
+        EXPECT_TRUE(s.enabled("cbrMain.2"));
+    }
 }
 
 }  // namespace

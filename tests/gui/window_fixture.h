@@ -20,7 +20,7 @@
 #include "app/log.h"
 #include "app/settings.h"
 #include "gui/gestures.h"
-#include "mainwindow/error_form.h"
+#include "mainwindow/program_errors.h"
 #include "mainwindow/window_form.h"
 #include "platform/headless/headless.h"
 #include "platform/linux/drives.h"
@@ -209,13 +209,15 @@ class Logic : private ErrorSink, private MessagePump {
         : home_(home), mail_(addresses.mail) {
         std::filesystem::create_directories(machine_.path() + "/proc/self");
         writeFile(machine_.path() + "/proc/self/mountinfo", "21 1 0:2 / / rw - overlay overlay rw\n");
-        texts_.Init_Sprache("", "", true);
+        errors_.waitForWindow(true);
+        texts_.Init_Sprache("", "");
+        texts_.storeLanguage();
         form_.emplace(
             FormServices{settings_, texts_, log_, files_, fileSystem, *this, console_, facts_, diagnostics_,
                          kPosixPaths, numbers_},
             WindowServices{drives_, verb_, operations_, HARBORLANTERN_PROGRAM, home, "", "0.1", addresses,
                            [this](Window* window, MessagePump* pump) { there(window, pump); },
-                           [this] { showWaiting(); }});
+                           [this] { errors_.windowShown(); }});
         form_->parts().dataFolder = HARBORLANTERN_SOURCE_DIR "/data";
         form_->parts().desktop = &desktop;
     }
@@ -235,14 +237,9 @@ class Logic : private ErrorSink, private MessagePump {
 
   private:
     void LogError(const std::string&, bool, bool) override {}
-    void showReport(const std::string& text, const std::string&) override {
+    void showReport(const std::string& text, const std::string& summary) override {
         reports.push_back(text);
-        if (loading_) return waiting_.push_back(text);
-        if (dialogs_) dialogs_->show(text);
-    }
-    void showWaiting() {
-        loading_ = false;
-        for (const std::string& text : std::exchange(waiting_, {})) dialogs_->show(text);
+        errors_.showReport(text, summary);
     }
     void PumpMessages() override {
         if (pump_ != nullptr) pump_->PumpMessages();
@@ -252,12 +249,11 @@ class Logic : private ErrorSink, private MessagePump {
 
     void there(Window* window, MessagePump* pump) {
         pump_ = pump;
-        dialogs_.reset();
-        loading_ = window != nullptr;
-        if (window == nullptr) return;
+        if (window == nullptr) return errors_.setDialog(nullptr);
         desk_ = std::make_unique<WindowDesk>(*window);
         dialogs_ = std::make_unique<ErrorReports>(ErrorFormServices{
             texts_, files_, facts_, *desk_, kPosixPaths, home_, "0.1", mail_, [] { FAIL(); }});
+        errors_.setDialog(dialogs_.get());
         if (onThere) onThere();
     }
 
@@ -271,8 +267,6 @@ class Logic : private ErrorSink, private MessagePump {
     RecordingConsole console_;
     HeadlessPump headless_;
     MessagePump* pump_ = nullptr;
-    bool loading_ = false;  ///< Reports wait until the window is on screen.
-    std::vector<std::string> waiting_;
     NumberFormat numbers_ = numberFormatOf("de_DE.UTF-8");
     SettingsStore settings_{files_, home_ + "/Harborlantern.ini"};
     Log log_{files_, home_, dateFormatOf("de_DE.UTF-8")};
@@ -282,6 +276,7 @@ class Logic : private ErrorSink, private MessagePump {
     LinuxDrives drives_{{.root = machine_.path(), .space = [](const std::string&) {
                              return DriveSpace{4000, 1000, 4};
                          }}};
+    ProgramErrors errors_{{log_, console_, texts_, home_ + "/error.log"}};
     NoFolderVerb verb_;
     PausingOperations operations_{
         {.home = userHome(), .programFolders = {home_}, .trash = {machine_.path() + "/Trash", ::geteuid()}}};

@@ -119,7 +119,18 @@ TEST_F(SaveReport, LevelsThatAreNoNumberAreAnError) {
     EXPECT_EQ(texts->reports("Type mismatch") + texts->reports("Overflow"), 3U);
 }
 
+TEST_F(SaveReport, AFileThatCannotBeWrittenIsTheCallersToTellWhereThereIsNoWindow) {
+    sampleTree("/srv/data");
+    std::string path = "/dev/full";
+    SaveForm frmSave(services());
+    EXPECT_FALSE(frmSave.SPEICHERN(path, 0, 0));
+    EXPECT_EQ(frmSave.fileError(), ENOSPC);
+    EXPECT_TRUE(texts->sink.shown.empty());
+}
+
 TEST_F(SaveReport, AFailureIsReportedWithItsCauseOrTheNameOfTheFile) {
+    FakeDialog window;
+    dialog = &window;
     EXPECT_EQ(saved("r.csv"), test::kNotWritten);
     EXPECT_FALSE(fs::exists(pathOf("r.csv")));
     EXPECT_EQ(texts->reports("Nothing was read"), 1U);

@@ -24,7 +24,7 @@ inline std::string readFile(const std::string& path) {
 
 struct Ended {
     int status = -1;  ///< Exit status, or 128 + signal.
-    std::string errors;
+    std::string errors, output;
 };
 
 class Program {
@@ -47,12 +47,13 @@ class Program {
     /// `before` runs in the child before the program starts; C locale, German texts unless set otherwise.
     Ended run(const std::vector<std::string>& arguments,
               const std::function<void()>& before = nullptr) const {
-        const std::string log = home("stderr.txt");
+        const std::string errors = home("stderr.txt"), output = home("stdout.txt");
         const pid_t child = must(::fork());
-        if (child == 0) startInChild(arguments, before, log);
+        if (child == 0) startInChild(arguments, before, errors, output);
         int status = 0;
         must(::waitpid(child, &status, 0));
-        return {WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status), readFile(log)};
+        return {WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status), readFile(errors),
+                readFile(output)};
     }
 
     /// To be used as `before`: the user is not root.
@@ -65,9 +66,11 @@ class Program {
 
   private:
     [[noreturn]] void startInChild(const std::vector<std::string>& arguments,
-                                   const std::function<void()>& before, const std::string& log) const {
-        const int errors = must(::open(log.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0666));
-        ::dup2(errors, STDERR_FILENO);
+                                   const std::function<void()>& before, const std::string& errors,
+                                   const std::string& output) const {
+        for (const auto& [file, descriptor] :
+             {std::pair(errors, STDERR_FILENO), std::pair(output, STDOUT_FILENO)})
+            ::dup2(must(::open(file.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0666)), descriptor);
         ::setenv("HARBORLANTERN_HOME", home_.path().c_str(), 1);
         ::setenv("LC_ALL", "C", 1);
         // No screen, and no other instance that would take the line over.

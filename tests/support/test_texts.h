@@ -15,7 +15,7 @@ class TestTexts : public FakeDiagnostics {
   public:
     explicit TestTexts(const std::string& locale = "de_DE.UTF-8")
         : texts(files, store, diagnostics, {dir.path(), HARBORLANTERN_SOURCE_DIR "/lang", "", locale}) {
-        texts.Init_Sprache("", "", false);
+        texts.Init_Sprache("", "");
     }
 
     /// How many errors were reported whose report holds `part`.

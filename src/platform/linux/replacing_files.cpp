@@ -203,9 +203,9 @@ std::string folderOf(const std::string& path) {
     return slash == 0 ? "/" : path.substr(0, slash);
 }
 
-// "/dev/stdout" and the like: the number of the open descriptor that the path names.
+// "-", "/dev/stdout" and the like: the number of the open descriptor that the path names.
 static std::optional<int> descriptorNamed(std::string_view path) {
-    if (path == "/dev/stdout") return STDOUT_FILENO;
+    if (path == kStandardOutput || path == "/dev/stdout") return STDOUT_FILENO;
     if (path == "/dev/stderr") return STDERR_FILENO;
     for (const std::string_view folder : {"/dev/fd/", "/proc/self/fd/"}) {
         if (!path.starts_with(folder)) continue;

@@ -1,6 +1,7 @@
 // The two kinds of a file that is written by replacing: a regular one, which takes the place of the older
 // when it is complete, and what is written directly: a device, a pipe, a socket, and a descriptor that is
-// open already ("/dev/stdout", "/dev/fd/3"). Making files is safe from any thread; each file belongs to one.
+// open already ("-", "/dev/stdout", "/dev/fd/3"). Making files is safe from any thread; each file belongs to
+// one.
 #pragma once
 
 #include <memory>
