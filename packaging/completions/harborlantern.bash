@@ -3,16 +3,23 @@
 
 _harborlantern() {
     local word=${COMP_WORDS[COMP_CWORD]} index options="-- -TLMODUS"
+    # "=" is a word of its own to bash.
+    local option=${COMP_WORDS[*]:COMP_CWORD-2:2}
+    if [[ $word == = ]]; then option=${COMP_WORDS[COMP_CWORD - 1]}\ = word=; fi
     for ((index = 1; index < COMP_CWORD; index++)); do
         [[ ${COMP_WORDS[index]} == -- ]] && word=./ && break
     done
     if ((COMP_CWORD == 1)); then
         options+=" -s -h --help --version"
     elif [[ ${COMP_WORDS[1]} == -s* ]]; then
-        options+=" -d0 -d1 -d2 -d3"
+        options+=" -d0 -d1 -d2 -d3 --format=csv --format=txt"
     fi
     # Names are left to bash, which knows how to quote them.
     COMPREPLY=()
-    if [[ $word == -* ]]; then mapfile -t COMPREPLY < <(compgen -W "$options" -- "$word"); fi
+    if [[ $option == '--format =' && $word != ./ ]]; then
+        mapfile -t COMPREPLY < <(compgen -W "csv txt" -- "$word")
+    elif [[ $word == -* ]]; then
+        mapfile -t COMPREPLY < <(compgen -W "$options" -- "$word")
+    fi
 }
 complete -o filenames -o default -F _harborlantern harborlantern
