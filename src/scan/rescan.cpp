@@ -6,6 +6,7 @@
 #include "scan/driver.h"
 #include "scan/records.h"
 #include "scan/rollup.h"
+#include "scan/walker.h"
 
 namespace hl {
 
@@ -57,11 +58,23 @@ void removeWhatIsReadAgain(Grid& report, Row row, bool recursive) {
     report.removeRow(files);
 }
 
-// What could not be read before may be readable now; if not, the walk says so again.
-void forgetAccessError(Grid& report, Row row) {
+// What could not be read before may be readable now, and is again what it was; if not, the walk says so.
+void forgetAccessError(ScanContext& scan, Row row, const std::string& path) {
+    Grid& report = scan.tvwPL;
     if (report.picture(row) != kPictureAccessError) return;
-    report.setPicture(row, report.level(row) == 0 ? kPictureSource : kPictureFolder);
     report.setRowNote(row, "");
+    if (report.level(row) == 0) {
+        const SourceItem* item =
+            scan.cboOrdner.find(identityKey(AddTrailingSlash(path, scan.paths), scan.paths));
+        return report.setPicture(row, item == nullptr ? kPictureSource : item->image);
+    }
+    const std::string longPath = ToLongPath(path, scan.paths);
+    int error = 0;
+    const std::string target = scan.fileSystem.target(longPath, error);
+    const ReparseTag tag = error != 0                                ? kTagNone
+                           : scan.fileSystem.look(longPath).isFolder ? kTagMountPoint
+                                                                     : kTagSymbolicLink;
+    Report_ShowFolderKind(report, row, tag, target);
 }
 
 void correctAbove(Grid& report, Row row, const FolderNumbers& before) {
@@ -76,8 +89,8 @@ void readAgain(ScanContext& scan, Row row, bool recursive) {
     Grid& report = scan.tvwPL;
     const FolderNumbers before = numbersOf(report, row);
     removeWhatIsReadAgain(report, row, recursive);
-    if (recursive) forgetAccessError(report, row);
     const std::string path = Report_GetFullpathOfNode(report, row, false, scan.paths);
+    if (recursive) forgetAccessError(scan, row, path);
     QuelleEinlesen(scan, path, -1, row, recursive);
     const Row files = recursive ? kNoRow : filesRowBelow(report, row);
     if (files != kNoRow) applyFilesRow(report, row, files, +1);

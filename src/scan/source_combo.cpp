@@ -12,8 +12,10 @@ void SourceCombo::select(std::size_t index) {
     text = items_[index].text;
 }
 
-bool SourceCombo::has(std::string_view key) const {
-    return std::any_of(items_.begin(), items_.end(), [&](const SourceItem& item) { return item.key == key; });
+const SourceItem* SourceCombo::find(std::string_view key) const {
+    const auto found =
+        std::find_if(items_.begin(), items_.end(), [&](const SourceItem& item) { return item.key == key; });
+    return found == items_.end() ? nullptr : &*found;
 }
 
 bool SourceCombo::removeSelected() {

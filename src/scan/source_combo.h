@@ -32,8 +32,9 @@ class SourceCombo {
     /// Place of the selected item; nothing if the text was typed.
     std::optional<std::size_t> selectedIndex() const { return selected_; }
     void add(SourceItem item) { items_.push_back(std::move(item)); }
-    /// Whether there is an item of this identity.
-    bool has(std::string_view key) const;
+    /// The item of this identity; null if there is none.
+    const SourceItem* find(std::string_view key) const;
+    bool has(std::string_view key) const { return find(key) != nullptr; }
     /// Removes the selected item if it is a folder that the user added; drives stay. The next item is
     /// selected then, or the new last one. Whether one was removed.
     bool removeSelected();

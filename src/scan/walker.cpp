@@ -238,10 +238,7 @@ Row FolderWalk::addFolderRow(std::string_view name, std::uint32_t tag, std::stri
     if (scan_.options.FolderColorFade == 1) report.setBackColor(row, greyOf(report.level(parent)));
     scan_.state.DeepestLevel = std::max(scan_.state.DeepestLevel, report.level(row));
     report.setNumber(row, kIsFolder, 1);
-    report.setPicture(row, tag == kTagNone         ? kPictureFolder
-                           : tag == kTagMountPoint ? kPictureMountPoint
-                                                   : kPictureLink);
-    if (tag != kTagNone) report.setRowNote(row, " " + std::string(target) + " ");
+    Report_ShowFolderKind(report, row, tag, target);
     return row;
 }
 
@@ -330,6 +327,13 @@ void FolderWalk::addFilesRow(const Level& level) {
 
 void Report_ScanFolders(ScanContext& scan, const std::string& path, Row row, ScanTotals& totals) {
     totals = FolderWalk(scan, path, scan.tvwPL.level(row)).run(row);
+}
+
+void Report_ShowFolderKind(Grid& tvwPL, Row row, std::uint32_t tag, std::string_view target) {
+    tvwPL.setPicture(row, tag == kTagNone         ? kPictureFolder
+                          : tag == kTagMountPoint ? kPictureMountPoint
+                                                  : kPictureLink);
+    if (tag != kTagNone) tvwPL.setRowNote(row, " " + std::string(target) + " ");
 }
 
 // --- Report_ScanFilesOnly

@@ -7,7 +7,7 @@
 namespace hl {
 namespace {
 
-using test::file, test::folder, test::Item;
+using test::file, test::folder, test::Item, test::linkTo, test::mountOf;
 
 class Rescan : public test::ScanFixture {
   protected:
@@ -54,12 +54,21 @@ class Rescan : public test::ScanFixture {
 };
 
 TEST_F(Rescan, ForgetsAnAccessErrorThatIsNoMore) {
-    at("/s/b").error = 13;
-    rescan("b");
-    EXPECT_EQ(report.picture(rowOf("b")), kPictureAccessError);
-    at("/s/b").error = 0;
-    rescan("b");
-    EXPECT_EQ(factsOf(*this), factsOfFreshScan());
+    options.ScanHardlinks = 1;
+    combo = {};
+    combo.add({"/s/", "/s [a drive]", "/s/", 2});
+    begin(folder("/s", {folder("b", {file("x", 40)}), linkTo("l", "../x", {file("y", 8)}),
+                        mountOf("m", "/dev/sdb1", {file("z", 16)})}));
+    const Lines scanned = factsOf(*this);
+    for (const std::string path : {"/s", "/s/b", "/s/l", "/s/m"}) {
+        const std::string row = path == "/s" ? path : path.substr(3);
+        at(path).error = 13;
+        rescan(row);
+        EXPECT_EQ(report.picture(rowOf(row)), kPictureAccessError);
+        at(path).error = 0;
+        rescan(row);
+        EXPECT_EQ(factsOf(*this), scanned) << path;
+    }
 }
 
 TEST_F(Rescan, AgreesWithAFreshScanAfterManyRandomChanges) {

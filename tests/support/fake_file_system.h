@@ -78,7 +78,8 @@ class FakeFileSystem : public FileSystem {
     PathFacts look(std::string_view path) override {
         const Item* item = find(path);
         if (item == nullptr) return {.error = 2};
-        return {0, item->isFolder(), item->facts.inode, item->facts.links, item->facts.size};
+        return {0, item->isFolder() && !item->isLink(), item->facts.inode, item->facts.links,
+                item->facts.size};
     }
     std::string target(std::string_view path, int& error) override {
         const Item* item = find(path);
