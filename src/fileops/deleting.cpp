@@ -245,6 +245,7 @@ void readListedFolderAgain(ScanContext& scan) {
         Report_ChangePercentValue(scan, row);
     }
     Report_Sort(scan);
+    scan.host.reportResizeColumns();
 }
 
 }  // namespace

@@ -129,6 +129,7 @@ void rescanCurrent(ScanContext& scan, bool recursive) {
     }
     scan.host.setBusyPointer(false);
     makeCurrent(report, formerIndex, formerText, row);
+    scan.host.reportResizeColumns();
     scan.host.statusAfterRun(scan.texts.TL(3525, "OK."));
     scan.state.currentFolder.clear();
     if (scan.state.SourceQueue.empty()) {

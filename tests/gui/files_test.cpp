@@ -127,6 +127,21 @@ TEST_F(FilesTest, ListsDeleteAfterAQuestionWhoseAnswerIsNoUnlessYesIsChosen) {
     expectNumbersOfAFreshScan();
 }
 
+TEST_F(FilesTest, TheReportBesideTheListStaysFittedWhenAFileIsDeleted) {
+    std::string deep = "src/1";
+    for (int level = 2; level <= 16; ++level) deep += "/" + std::to_string(level);
+    folder(deep + "/17");
+    for (const char* name : {"/x", "/y"}) file(deep + name, 5);
+    start();
+    s().click("cbrReport.25");
+    s().clickRow("16");
+    GridView& list = s().window().grid(GridId::kFiles);
+    ListSession::clickOn(list, 1);
+    deleteInList();
+    EXPECT_EQ(ListSession::names(list).size(), 1U);
+    s().expectFitted();
+}
+
 TEST_F(FilesTest, TheOtherListsLeaveTheReportAlone) {
     link("src/c.txt", "src/c again");
     for (const ListInfo& info : {kTopList, kHardlinkList}) {

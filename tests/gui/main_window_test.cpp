@@ -88,5 +88,35 @@ TEST_F(MainWindowTest, ARescanFindsWhatHasGrown) {
     EXPECT_EQ(s.rows().substr(0, 5), "src b");
 }
 
+TEST_F(MainWindowTest, ARescanLeavesTheColumnsFitted) {
+    const std::string name =
+        "src/a/a folder that has such a long name that no other is as wide, a path neither";
+    folder(name);
+    test::makeFile(at(name + "/x"), 12'345'678'901);
+    startWithReport();
+    s.click("cbrReport.25");
+    s.expectFitted();
+    s.clickRow("a");
+    s.key(s.view(), Qt::Key_F5);
+    s.expectFitted();
+}
+
+TEST_F(MainWindowTest, ARescanOfALinkToAFolderAboveFindsThatItIsOneAgain) {
+    setSettings("[Optionen]\r\nScanHardlinks=1\r\n");
+    smallTree();
+    std::filesystem::create_directory_symlink("..", at("src/a/up"));
+    startWithReport();
+    s.click("cbrReport.25");
+    const auto look = [&] {
+        return s.rows() + "|" + s.numbers("src") + "|" + std::string(s.grid().rowNote(s.row("up"))) + "|" +
+               std::to_string(s.grid().picture(s.row("up")));
+    };
+    const std::string scanned = look();
+    EXPECT_NE(scanned.find("#40 - "), std::string::npos) << scanned;
+    s.clickRow("up");
+    s.key(s.view(), Qt::Key_F5);
+    EXPECT_EQ(look(), scanned);
+}
+
 }  // namespace
 }  // namespace hl

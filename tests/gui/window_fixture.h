@@ -385,6 +385,18 @@ class Session : public Logic {
         return cell(1) + "|" + cell(3) + "|" + cell(4);
     }
     std::string numbers(const std::string& name) { return numbers(row(name)); }
+    /// Of the report's columns.
+    std::vector<double> widths() {
+        std::vector<double> all;
+        for (const GridColumn& column : grid().columns()) all.push_back(column.width);
+        return all;
+    }
+    /// The columns are as wide as the command that fits them makes them.
+    void expectFitted() {
+        const std::vector<double> found = widths();
+        click("cbrReport.26");
+        EXPECT_EQ(found, widths());
+    }
     /// The grids that show.
     std::string panes() {
         std::string all;
