@@ -26,7 +26,7 @@ struct FoundFile {
 };
 
 /// Gives the file to the largest files and the hardlinks, as far as they are collected and it qualifies.
-/// A list of largest files of length 0 raises a fault when it is cut.
+/// A list of largest files whose wanted length is 0 is empty when the scan is done.
 void handOverFile(ScanContext& scan, const FoundFile& file);
 /// REQUIRES: junctions are collected. `path` without its trailing separator.
 void handOverJunction(ScanContext& scan, std::string_view path, std::string_view target, std::uint32_t tag);

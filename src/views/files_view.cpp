@@ -100,7 +100,9 @@ std::string FilesView::pathOf(Row row) const {
     return parts_.scan.state.currentFolder + std::string(grid_.text(row));
 }
 
+// Empty where no folder is listed.
 std::string FilesView::total() const {
+    if (parts_.scan.state.currentFolder.empty()) return {};
     const std::string size =
         List_Files_FormatSize(parts_.options, FilesTotalSize_, true, false, true, parts_.scan.numbers);
     return parts_.scan.texts.TL(9523, "%1 Datei(en) mit insgesamt %2", {grid_.rowCount(), size});

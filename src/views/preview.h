@@ -46,8 +46,8 @@ class Preview final : private PreviewEvents {
     void setPane(PreviewPane* pane);
 
     /// Shows the selected file, unless it is the one that is shown; with `force` it is read again. A file
-    /// that cannot be opened costs a message; what is no regular file, and what fails later, is told in the
-    /// pane alone.
+    /// that cannot be opened, and one that fails later, is told in the pane and in the log; what is no
+    /// regular file in the pane alone.
     void Preview_ShowFile(bool force);
     void Preview_Reset_View();
 

@@ -107,6 +107,11 @@ TEST_F(ListsTest, TheStatusTellsTheListAndWhatIsSelected) {
         QTest::mouseClick(view.viewport(), Qt::LeftButton, {}, {20, view.viewport()->height() - 3});
         EXPECT_EQ(s.secondPanel(), whole[i]);
     }
+    s.press(kJunctionList, kJunctionList.fullView);
+    s.click("cbrMain.306");
+    s.form().execute(BarId::kReport, 7);
+    s.settle();
+    EXPECT_EQ(s.secondPanel(), "") << "no folder is listed";
 }
 
 TEST_F(ListsTest, TheBoxOfTheLengthTurnsWhatIsNoneIntoOneAndKeepsTheFocusThen) {
