@@ -12,15 +12,10 @@ namespace hl {
 
 namespace {
 
-bool hasPicture(DriveType type) {
-    return type >= DriveType::kRemovable && type <= DriveType::kDisc;
-}
-
 SourceItem itemOf(const Drive& drive, const PathRules& paths) {
     const std::string folder = AddTrailingSlash(drive.root, paths);
-    const int picture = hasPicture(drive.type) ? drivePicture(drive.type) : 0;
     const std::string label = drive.label.empty() ? "" : " [" + drive.label + "]";
-    return {identityKey(folder, paths), drive.root + label, folder, picture};
+    return {identityKey(folder, paths), drive.root + label, folder, drivePicture(drive.type)};
 }
 
 }  // namespace

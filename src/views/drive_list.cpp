@@ -188,7 +188,8 @@ void DriveList::addDriveRow(std::string_view text, const Drive& drive) {
     Grid& grid = services_.lvwDiskinfo;
     const Row row = grid.addRow(kNoRow, text);
     std::string ignored;
-    grid.setCellText(row, kDriveLabel, xGetDriveLabel(drive, services_.texts, services_.facts, ignored));
+    if (drive.type != DriveType::kNoRoot)
+        grid.setCellText(row, kDriveLabel, xGetDriveLabel(drive, services_.texts, services_.facts, ignored));
     grid.setCellText(row, kDriveFileSystem, drive.fileSystem);
     grid.setCellText(row, kDriveType, xGetDriveTypeString(drive.type, services_.texts));
     grid.setPicture(row, drivePicture(drive.type));

@@ -46,7 +46,7 @@ TEST_F(DriveCombo, ShowsDrivesWithTheirLabels) {
     for (const SourceItem& item : combo.items())
         shown += item.text + "|" + item.key + "|" + item.tag + "|" + std::to_string(item.image) + "\n";
     EXPECT_EQ(shown,
-              "/boot|/boot/|/boot/|2\n/ [root]|/|/|2\n/net [nas:/x]|/net/|/net/|3\n/tmp|/tmp/|/tmp/|0\n");
+              "/boot|/boot/|/boot/|2\n/ [root]|/|/|2\n/net [nas:/x]|/net/|/net/|3\n/tmp|/tmp/|/tmp/|5\n");
     combo.addOrSelect("/net", kPosixPaths);
     EXPECT_EQ(combo.items().size(), 4U) << "a drive that is typed is the drive";
 }

@@ -210,7 +210,7 @@ TEST_F(DriveListTest, AddsWhatIsAUncTextAndNothingElse) {
     list.Drives_AddUNCpath("");
     list.Drives_AddUNCpath("\\\\server\\share\\");  // A second time: nobody objects.
     list.Drives_AddUNCpath("//nas/data");
-    EXPECT_EQ(rowText(0), "\\\\server\\share\\||||||(no label)||?|");
+    EXPECT_EQ(rowText(0), "\\\\server\\share\\||||||||?|");
     EXPECT_EQ(rowText(2), "//nas/data/||||||nas:/data|nfs|Netzlaufwerk|");
     EXPECT_EQ(roots().size(), 3U);
     EXPECT_EQ(drives.questions.size(), 1U) << "what is not mounted is not asked";
