@@ -155,6 +155,9 @@ void PrintForm::prepare(Run& run) {
     run.grid = &tvwPL_.emplace(kFolderCells);
     Init_Tree(*run.grid, services_.options, services_.sources.texts);
     Report_Set_SizeFormat(*run.grid, services_.options, services_.sources.texts);
+    // The options learn only at the end of the session which columns the user switches off.
+    for (std::size_t column = 0; column < run.grid->columns().size(); ++column)
+        run.grid->changeColumn(column).visible = services_.tvwPL.columns()[column].visible;
     copyRows(run);
     if (run.levels != kAsUnfolded) unfold(run);
 }

@@ -328,11 +328,18 @@ TEST_F(WindowPrints, TheReportAsIsAskedForAndAListAtOnce) {
     s.start();
     s.scan(at("src"));
     std::vector<std::string> shown;
-    const auto look = [&shown](QDialog& dialog) {
-        shown.push_back(dynamic_cast<PrintPreview&>(dialog).pages().job().title);
+    const auto look = [&](QDialog& dialog) {
+        const PrintJob& job = dynamic_cast<PrintPreview&>(dialog).pages().job();
+        shown.push_back(job.title);
+        for (std::size_t i = 0; shown.size() == 1 && i < job.grid->columns().size(); ++i)
+            EXPECT_EQ(job.grid->columns()[i].visible, s.grid().columns()[i].visible) << i;
         dialog.accept();
     };
-    s.answers.add([](QDialog& dialog) { test::pressIn(dialog, "OK"); });
+    s.click("cbrReport.22");
+    s.answers.add([](QDialog& dialog) {
+        test::pressIn(dialog, "Alle Ordnerebenen");
+        test::pressIn(dialog, "OK");
+    });
     for (const char* entry : {"cbrReport.6", "cbrFiles.325"}) {
         s.clickRow("a");
         s.answers.add(look);
