@@ -4,6 +4,7 @@
 
 #include "gui/lists_fixture.h"
 #include "scan/list_handover.h"
+#include "support/mounted.h"
 
 namespace hl {
 namespace {
@@ -79,7 +80,14 @@ TEST_F(ListsTest, TheLargestFilesAreThoseOfASortedListingOfTheLastSource) {
 
 TEST_F(ListsTest, HardlinksAreThoseOfTheInodesAndAnalyseStandsThemTogetherAndShadesThem) {
     for (const char* path : {"many/a", "many/b", "out"}) folder(path);
+    // Where they can be mounted, two disks on which the numbers of files are the same.
+    const Mounted disks[] = {{"none", at("many/c"), "tmpfs"}, {"none", at("many/d"), "tmpfs"}};
+    for (const char* file : {"many/c/x", "many/c/y", "many/d/x", "many/d/y"}) {
+        makeFile(at(file), 1);
+        link(file, std::string(file) + " again");
+    }
     std::map<std::string, std::string> truth, shown;
+    std::map<std::string, std::pair<dev_t, ino_t>> files;
     for (int i = 0; i < 70; ++i) {
         const std::string name = "/" + std::to_string(i);
         file("many/a" + name, i);
@@ -91,18 +99,30 @@ TEST_F(ListsTest, HardlinksAreThoseOfTheInodesAndAnalyseStandsThemTogetherAndSha
         ASSERT_EQ(lstat(entry.path().c_str(), &facts), 0);
         if (entry.is_regular_file() && facts.st_nlink > 1)
             truth[entry.path().string()] = fileId(facts.st_ino) + " " + std::to_string(facts.st_nlink);
+        files[entry.path().string()] = {facts.st_dev, facts.st_ino};
     }
+    options("ScanHardlinks=1\r\n");
     ListSession s(home.path(), at("many"));
     GridView& view = s.open(kHardlinkList);
     s.press(kHardlinkList, 300);
     const Grid& grid = view.grid();
     for (std::size_t i = 0; i < grid.rowCount(); ++i) {
         const Row row = grid.rowAt(i);
-        const std::string id(grid.cellText(row, kFileId));
-        shown[s.path(grid, row)] = id + " " + view.cellText(2, row).toStdString();
-        if (i == 0) continue;
-        const Row above = grid.rowAt(i - 1);
-        EXPECT_EQ(grid.backColor(row) == grid.backColor(above), grid.cellText(above, kFileId) == id) << i;
+        shown[s.path(grid, row)] =
+            std::string(grid.cellText(row, kFileId)) + " " + view.cellText(2, row).toStdString();
+    }
+    const auto expectShades = [&] {
+        for (std::size_t i = 1; i < grid.rowCount(); ++i) {
+            const Row row = grid.rowAt(i), above = grid.rowAt(i - 1);
+            EXPECT_EQ(grid.backColor(row) == grid.backColor(above),
+                      files[s.path(grid, row)] == files[s.path(grid, above)])
+                << s.path(grid, row);
+        }
+    };
+    expectShades();
+    for (int order = 0; order < 2; ++order) {
+        ListSession::clickTitleOf(view, 1);
+        expectShades();
     }
     EXPECT_EQ(shown, truth);
     const QImage painted = view.viewport()->grab().toImage();
