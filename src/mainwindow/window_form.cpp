@@ -1,4 +1,4 @@
-// The life of the window, and what happens in it. Sections: making; loading; the first activation; closing;
+// The life of the window, and what happens in it. Sections: making; loading; on screen; closing;
 // events.
 #include "mainwindow/window_form.h"
 
@@ -117,10 +117,9 @@ void WindowForm::initGrids() {
     resizeAllColumns();
 }
 
-// --- the first activation
+// --- on screen
 
 void WindowForm::formActivate() {
-    if (std::exchange(FirstActivationDone_, true)) return;
     guarded(services_.diagnostics, "Form_Activate", kModul, [&] { Form_Activate(); });
     guarded(services_.diagnostics, "windowShown", kModul, [&] {
         if (own_.windowShown) own_.windowShown();

@@ -238,10 +238,9 @@ class WindowForm final : public MainForm,
     int reportStart_ = 0;             ///< The width that nobody has chosen.
     bool sourceUnseen_ = false;       ///< The row of the first source of a run was not shown yet.
     std::uint64_t shownFolders_ = 0;  ///< Notices of a run to the report.
-    bool FirstActivationDone_ = false;
-    bool ready_ = false;     ///< The first activation is over: sources may be read.
-    bool unloaded_ = false;  ///< What is on the stack then still ends; nothing new begins.
-    int commands_ = 0;       ///< Commands on the stack, each perhaps with a dialog of its own.
+    bool ready_ = false;              ///< formActivate is over: sources may be read.
+    bool unloaded_ = false;           ///< What is on the stack then still ends; nothing new begins.
+    int commands_ = 0;                ///< Commands on the stack, each perhaps with a dialog of its own.
     bool RestartPending_ = false;
     std::uint64_t lastStatusTick_ = 0;
     std::string missing_;  ///< What a run has to say of a source that does not exist.

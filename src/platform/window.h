@@ -176,7 +176,7 @@ class WindowEvents {
     virtual ~WindowEvents() = default;
     /// Once, before anything is shown: builds bars, columns and panes.
     virtual void formLoad(Window& window, MessagePump& pump) = 0;
-    /// Each time the window becomes active.
+    /// Once, when the user sees the window: what it is to read may be read.
     virtual void formActivate() = 0;
     /// False: the window stays open.
     virtual bool formQueryUnload() = 0;

@@ -297,11 +297,15 @@ class Session : public Logic {
         };
     }
     /// `before` runs ahead of the loading of the form.
-    void start() {
+    void show() {
         window_ = std::make_unique<MainWindow>(form().parts(), form());
         qtPump_ = std::make_unique<QtPump>(form());
         form().formLoad(*window_, *qtPump_);
         window_->show();
+    }
+    /// The same, and waits until it is the active one.
+    void start() {
+        show();
         EXPECT_TRUE(QTest::qWaitForWindowActive(&frame()));
         settle();
     }

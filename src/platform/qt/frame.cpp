@@ -17,8 +17,10 @@ void Frame::queue(const char* where, std::function<void()> what) {
 
 bool Frame::event(QEvent* event) {
     return qtGuard(events_, "Frame::event", [&] {
-        // A run may begin here: not before the window has been painted.
-        if (event->type() == QEvent::WindowActivate)
+        // A run may begin then, so not in here. Not every window becomes the active one: a window manager may
+        // keep the focus elsewhere, and there may be none.
+        const bool seen = event->type() == QEvent::Paint || event->type() == QEvent::WindowActivate;
+        if (seen && !std::exchange(seen_, true))
             queue("Frame::formActivate", [this] {
                 if (!unloaded_) events_.formActivate();
             });

@@ -38,6 +38,7 @@ class Frame final : public QMainWindow {
     void queue(const char* where, std::function<void()> what);
 
     WindowEvents& events_;
+    bool seen_ = false;  ///< It was painted, or made the active window.
     bool escapePressed_ = false;
     bool unloaded_ = false;
 };
