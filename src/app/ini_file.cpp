@@ -213,7 +213,7 @@ std::map<std::string, std::string, std::less<>> IniText::section(std::string_vie
 }
 
 bool IniText::set(std::string_view section, std::string_view key, std::string_view value) {
-    if (!isSectionName(section) || !isKeyName(key)) return false;
+    if (value.size() > kLongestIniValue || !isSectionName(section) || !isKeyName(key)) return false;
     std::string line = std::string(key).append("=").append(encodeIniValue(value)).append(kLineEnd);
     if (const auto old = findKey(text_, section, key)) {
         if (valueOf(*old) != value) text_.replace(old->begin, old->end - old->begin, line);

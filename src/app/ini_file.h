@@ -15,7 +15,7 @@
 
 namespace hl {
 
-/// Longer values are cut when they are read; in characters.
+/// A value of more bytes is not written; one of more characters is cut when it is read.
 inline constexpr std::size_t kLongestIniValue = 2047;
 
 class IniText {
@@ -30,8 +30,8 @@ class IniText {
     std::map<std::string, std::string, std::less<>> section(std::string_view section) const;
 
     /// Changes the value in its place, or adds it at the end of its section. False, and nothing changed, if
-    /// section or key cannot stand in such a file: empty, blanks at the ends, control characters, or a mark
-    /// that makes another kind of line of it.
+    /// the value is too long, or section or key cannot stand in such a file: empty, blanks at the ends,
+    /// control characters, or a mark that makes another kind of line of it.
     bool set(std::string_view section, std::string_view key, std::string_view value);
     /// Removes every section of this name, with all lines in it.
     void removeSection(std::string_view section);

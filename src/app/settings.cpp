@@ -75,7 +75,7 @@ void writeNumberedList(IniText& ini, std::string_view section, std::string_view 
     std::size_t number = 0;
     for (const std::string& value : values) {
         if (value == kEndOfList) continue;
-        ini.set(section, std::to_string(number++).append(suffix), value);
+        if (ini.set(section, std::to_string(number).append(suffix), value)) ++number;
     }
 }
 

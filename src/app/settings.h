@@ -54,7 +54,7 @@ inline constexpr std::string_view kEndOfList = "!(nix].-.";
 /// The values of the keys "0" + suffix, "1" + suffix and so on, up to the first that is missing.
 std::vector<std::string> readNumberedList(const IniText& ini, std::string_view section,
                                           std::string_view suffix);
-/// Replaces the whole section by the list.
+/// Replaces the whole section by the list, without the values that are too long for the file.
 void writeNumberedList(IniText& ini, std::string_view section, std::string_view suffix,
                        const std::vector<std::string>& values);
 

@@ -38,12 +38,13 @@ TEST(IniText, ChangesOneLineAndKeepsTheRest) {
         "; mine\n[A]\nOLD=x\r\n same = \"v\" \nodd\nnew=y\r\n\n[B]\nold=2\r\nnew=y\r\n[C]\r\nkey=z\r\n");
 }
 
-TEST(IniText, RefusesNamesThatWouldNotBeFoundAgain) {
+TEST(IniText, RefusesWhatWouldNotBeFoundAgain) {
     IniText ini;
     for (const auto key : {""sv, " k"sv, "k "sv, "a\nb"sv, "a\rb"sv, "a\0b"sv, "a=b"sv, ";k"sv, "[k"sv})
         EXPECT_FALSE(ini.set("S", key, "v")) << key;
     for (const auto section : {""sv, " S"sv, "S\t"sv, "a\nb"sv, "a]b"sv})
         EXPECT_FALSE(ini.set(section, "k", "v")) << section;
+    EXPECT_FALSE(ini.set("S", "k", std::string(kLongestIniValue + 1, 'v')));
     EXPECT_EQ(ini.text(), "");
 }
 
