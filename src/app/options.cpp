@@ -54,14 +54,8 @@ class Loader {
         convert(value(key, std::string(key.key)), field);
     }
 
-    // The length of a list. It stands in a text box, which puts its default in for what is no number or is
-    // below 0.
     void read(const OptionKey& key, std::int32_t& field) {
-        const auto number = parseNumber(value(key, std::string(key.key)));
-        const double most = std::numeric_limits<std::int32_t>::max();
-        const bool usable = number && *number >= 0;  // Not so for NaN.
-        field = static_cast<std::int32_t>(usable ? std::min(*number, most)
-                                                 : numberOf(std::string(key.defaultValue)));
+        field = topCountOf(value(key, std::string(key.key)));
     }
 
     template <std::size_t N>
@@ -110,6 +104,14 @@ BarRoutine routineOf(OptionBar bar) {
 }
 
 }  // namespace
+
+std::int32_t topCountOf(std::string_view text) {
+    constexpr double kMost = std::numeric_limits<std::int32_t>::max();
+    constexpr std::int32_t kUsual = 100;
+    const auto number = parseNumber(text);
+    if (!number || std::isnan(*number)) return kUsual;
+    return static_cast<std::int32_t>(std::nearbyint(std::clamp<double>(*number, kLeastTopCount, kMost)));
+}
 
 void OptionenLadenMain(Options& options, const SettingsStore& store, Diagnostics& diagnostics,
                        bool onlyDateFormat) {

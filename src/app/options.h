@@ -52,6 +52,11 @@ struct Options {
     std::string DateFormat;
 };
 
+inline constexpr std::int32_t kLeastTopCount = 5;
+/// The length of the list of the largest files that a text means, in the settings as in its box: rounded, and
+/// kLeastTopCount at least; 100 for what is no number.
+std::int32_t topCountOf(std::string_view text);
+
 /// The bars that read options of their own when they are built.
 enum class OptionBar { kMain, kFiles, kTop, kHardlinks };
 
@@ -62,8 +67,7 @@ enum class OptionBar { kMain, kFiles, kTop, kHardlinks };
 void OptionenLadenMain(Options& options, const SettingsStore& store, Diagnostics& diagnostics,
                        bool onlyDateFormat);
 
-/// The same for the fields of one bar. TOPmaxcount is never an error: what is no length of a list reads as
-/// 100.
+/// The same for the fields of one bar. TOPmaxcount is never an error.
 void loadBarOptions(Options& options, const SettingsStore& store, Diagnostics& diagnostics, OptionBar bar);
 
 /// Writes all fields but those of the options dialog, in one step. Of the ten columns of hardlinks it writes

@@ -82,15 +82,6 @@ void barToColumns(const CommandBar& bar, std::array<Flag, N>& columns) {
         columns[i] = bar.isChecked(kFirstColumn + static_cast<int>(i)) ? 1 : 0;
 }
 
-// The box may hold anything that can be typed. A short list that an older setting wants is left alone: only
-// what the user types has a least value.
-std::int32_t storedCount(const std::string& text) {
-    constexpr double kMost = std::numeric_limits<std::int32_t>::max();
-    const auto number = parseNumber(text);
-    if (!number || !(*number >= 0)) return kUsualTopCount;  // NaN is no length either.
-    return static_cast<std::int32_t>(std::min(*number, kMost));
-}
-
 }  // namespace
 
 std::span<const CheckedOption> checkedOptions() {
@@ -123,7 +114,7 @@ void barsToOptions(const Bars& bars, Options& options) {
     barToColumns(bars.cbrFiles, options.FileColumn);
     barToColumns(bars.cbrTOP, options.TopColumn);
     barToColumns(bars.cbrHardlinks, options.HardlinkColumn);
-    options.TOPmaxcount = storedCount(bars.cbrTOP.textOf(kTopCountBox));
+    options.TOPmaxcount = topCountOf(bars.cbrTOP.textOf(kTopCountBox));
 }
 
 void Change_ToolbarIconSize(Bars& bars, Diagnostics& diagnostics) {

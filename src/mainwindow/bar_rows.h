@@ -43,6 +43,7 @@ struct EntryRow {  // NOLINT(clang-analyzer-optin.performance.Padding)
     Group group = kSame;
     std::string_view key = {};
     int parent = 0;  ///< The entry or popup that it lies below.
+    int width = 0;   ///< See BarEntry.
 };
 
 /// `arguments` are those of the caption.

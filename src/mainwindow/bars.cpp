@@ -36,6 +36,7 @@ void AddControl(CommandBar& bar, const ControlSpec& spec, int parent) {
     if (spec.icon != -1) entry.icon = spec.icon;
     entry.beginGroup = spec.beginGroup;
     entry.key = keyCodeOf(spec.key);
+    entry.width = spec.width;
     entry.showsCaption = bar.id() == BarId::kMain && spec.id <= kLastOfTheMost;
     bar.add(std::move(entry), parent);
 }
@@ -52,6 +53,7 @@ void addRow(CommandBar& bar, const EntryRow& row, const Texts& texts,
     spec.beginGroup = row.group == kGroup;
     spec.tooltip = texts.TL(row.tooltip.id, row.tooltip.german);
     spec.key = row.key;
+    spec.width = row.width;
     AddControl(bar, spec, row.parent);
 }
 

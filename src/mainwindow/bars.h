@@ -54,6 +54,7 @@ struct ControlSpec {
     bool beginGroup = false;
     std::string tooltip = {};   ///< Empty: the caption.
     std::string_view key = {};  ///< "F1" to "F12", or a character that goes with Ctrl; empty for none.
+    int width = 0;              ///< See BarEntry.
 };
 
 /// Adds one entry at the end of the bar, or of the list below the entry or popup `parent`.

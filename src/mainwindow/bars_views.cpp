@@ -141,9 +141,11 @@ constexpr EntryRow kFilesColumns[] = {
     {316, kButton, kAccessed, kColumnAccessed},
 };
 
+constexpr int kCountWidth = 50;
+
 constexpr EntryRow kTopRows[] = {
     {0, kLabel, TL(9293, "Größten Dateien")},
-    {kTopCountBox, kEdit, {}, TL(9297, "Anzahl der Dateien in der Liste"), -1, kGroup},
+    {kTopCountBox, kEdit, {}, TL(9297, "Anzahl der Dateien in der Liste"), -1, kGroup, {}, 0, kCountWidth},
     {320, kButton, kDelete, kDeleteFiles, kIconDelete, kGroup},
     {321, kButton, kRecycle, kRecycleFiles, kIconRecycle},
     {305, kButton, kSymbols, kShowSymbols, kIconSymbols, kGroup},

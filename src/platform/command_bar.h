@@ -38,6 +38,7 @@ struct BarEntry {
     std::string text = {};  ///< What stands in an edit box.
     std::vector<BarEntry> list = {};  ///< Below a split button, or in a popup.
     bool showsCaption = false;        ///< Beside its icon, where captions are not below all icons.
+    int width = 0;                    ///< Of an edit box, in pixels; 0: as the bar has room.
 };
 
 enum class BarEdge : std::uint8_t { kTop, kBottom, kLeft, kRight };

@@ -1,9 +1,5 @@
 #include "views/top_view.h"
 
-#include <algorithm>
-#include <cmath>
-#include <limits>
-
 #include "base/text.h"
 #include "views/list_columns.h"
 #include "views/size_display.h"
@@ -35,15 +31,6 @@ const ListTraits kTraits = {
     .keysShowStatus = true,
 };
 
-constexpr std::int32_t kLeastCount = 5;
-
-std::int32_t countOf(const std::string& text) {
-    constexpr double kMost = std::numeric_limits<std::int32_t>::max();
-    const auto number = parseNumber(text);
-    if (!number || std::isnan(*number)) return kUsualTopCount;
-    return static_cast<std::int32_t>(std::lround(std::clamp<double>(*number, kLeastCount, kMost)));
-}
-
 }  // namespace
 
 TopView::TopView(const ListParts& parts, Grid& lvwTOP, CommandBar& cbrTOP)
@@ -67,17 +54,16 @@ void TopView::MouseMove(Row row) {
 }
 
 void TopView::countTyped(const std::string& text) {
-    parts_.options.TOPmaxcount = countOf(text);
+    parts_.options.TOPmaxcount = topCountOf(text);
 }
 
 void TopView::countLeft() {
     trapped("cbrTOP_ControlNotify", [&] {
-        const std::string text = bar_.textOf(kTopCountBox);
-        const auto number = parseNumber(text);
-        parts_.options.TOPmaxcount = countOf(text);
-        if (number && *number >= kLeastCount) return;
+        const auto typed = parseNumber(bar_.textOf(kTopCountBox));
+        countTyped(bar_.textOf(kTopCountBox));
         bar_.setText(kTopCountBox, std::to_string(parts_.options.TOPmaxcount));
-        parts_.window.focusEdit(BarId::kTop, kTopCountBox);
+        const bool usable = typed && *typed >= kLeastTopCount;  // Not so for NaN.
+        if (!usable) parts_.window.focusEdit(BarId::kTop, kTopCountBox);
     });
 }
 

@@ -129,6 +129,27 @@ TEST_F(ListsTest, TheBoxOfTheLengthTurnsWhatIsNoneIntoOneAndKeepsTheFocusThen) {
         }
 }
 
+TEST_F(ListsTest, TheLengthOfTheListFollowsOneRuleInSettingsBoxAndAtTheEnd) {
+    const char* const cases[][2] = {
+        {"abc", "100"}, {"nan", "100"}, {"3", "5"},   {"-7", "5"},
+        {"30", "30"},   {"7.6", "8"},   {"6.5", "6"}, {"99999999999", "2147483647"}};
+    for (const auto& [text, count] : cases) {
+        options("TOPmaxcount=" + std::string(text) + "\r\n");
+        ListSession s(home.path());
+        s.start();
+        s.open(kTopList);
+        const QLineEdit& box = s.edit(kTopList, 322);
+        EXPECT_EQ(box.text().toStdString(), count) << text;
+        EXPECT_EQ(box.width(), 50);
+        s.typeIn(kTopList, 322, text, Qt::Key_Home);
+        EXPECT_EQ(box.text().toStdString(), text) << "nobody types into what is being typed";
+        EXPECT_EQ(std::to_string(s.form().options().TOPmaxcount), count) << text;
+        s.frame().close();
+        EXPECT_NE(contentOf(ini()).find(std::string("TOPmaxcount=") + count + "\r\n"), std::string::npos)
+            << text;
+    }
+}
+
 TEST_F(ListsTest, TheRowUnderThePointerTellsItsFolder) {
     someTree();
     ListSession s(home.path(), at("src"));

@@ -90,18 +90,6 @@ TEST_F(BarsTest, AnEntryThatIsCheckedComesBackCheckedAndNoOther) {
     }
 }
 
-TEST_F(BarsTest, TheLengthOfTheListIsWhatStandsInItsBox) {
-    options.TOPmaxcount = 42;
-    build();
-    EXPECT_EQ(bars.cbrTOP.textOf(kTopCountBox), "42");
-    const std::pair<const char*, int> cases[] = {{"7", 7}, {"-1", 100}, {"99999999999", 2147483647}};
-    for (const auto& [text, count] : cases) {
-        bars.cbrTOP.setText(kTopCountBox, text);
-        barsToOptions(bars, options);
-        EXPECT_EQ(options.TOPmaxcount, count) << text;
-    }
-}
-
 TEST_F(BarsTest, IconSizeAndTextGoToAllBarsAndBack) {
     build();
     for (const bool on : {true, false}) {

@@ -170,21 +170,6 @@ TEST_F(Files, AFolderAskedForMeanwhileTakesThePlaceOfTheEarlierOne) {
     EXPECT_EQ(status, "1 Datei(en) mit insgesamt 5 Bytes");
 }
 
-TEST_F(Lists, KeepTheBoxOfTheLargestFilesFromWhatIsNoLength) {
-    const std::tuple<const char*, const char*, std::int32_t> cases[] = {
-        {"abc", "100", 100}, {"-7", "5", 5},    {"", "100", 100},
-        {"30", "30", 30},    {"7.6", "7.6", 8}, {"99999999999", "99999999999", 2147483647}};
-    for (const auto& [typed, kept, count] : cases) {
-        cbrTOP.setText(322, typed);
-        topView.countTyped(typed);
-        EXPECT_EQ(options.TOPmaxcount, count) << typed;
-        EXPECT_EQ(cbrTOP.textOf(322), typed) << "nobody types into what is being typed";
-        topView.countLeft();
-        EXPECT_EQ(cbrTOP.textOf(322), kept);
-        EXPECT_EQ(options.TOPmaxcount, count);
-    }
-}
-
 TEST_F(Lists, OpenTheMenuOfTheTargetsOnlyInTheirColumn) {
     select(junctions, {0, 1});
     for (const std::size_t column : {1U, 0U, 2U, 9U}) {

@@ -17,7 +17,7 @@ BarEdit::BarEdit(CommandBar& bar, const BarEntry& entry, WindowEvents& events, W
     setAccessibleName(qtText(entry.caption.empty() ? entry.tooltip : entry.caption));
     setToolTip(qtText(entry.tooltip));
     setEnabled(entry.enabled);
-    setClearButtonEnabled(true);
+    setClearButtonEnabled(entry.width == 0);  // In a box of a few digits it would cover them.
     if (auto* button = findChild<QToolButton*>()) button->setAccessibleName(clear);
     showHint();
     connect(this, &QLineEdit::textEdited, this, [this](const QString& text) {

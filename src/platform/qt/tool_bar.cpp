@@ -275,8 +275,8 @@ void ToolBar::addPlace(const BarEntry& entry, const Part& part, std::vector<Flow
     item.smallest = item.size.width();
     item.beginGroup = entry.beginGroup;
     if (entry.kind == EntryKind::kEdit) {
-        item.size.setWidth(kEditWidth);
-        item.smallest = kEditSmallest;
+        item.size.setWidth(entry.width != 0 ? entry.width : kEditWidth);
+        item.smallest = std::min(item.size.width(), kEditSmallest);
     }
     if (entry.kind == EntryKind::kLabel) {
         // In the one row of a bar that clips, the buttons behind it say more than the end of a long label.
