@@ -23,6 +23,7 @@ constexpr RowText TL(int id, std::string_view german) {
 
 inline constexpr auto kButton = EntryKind::kButton;
 inline constexpr auto kSplitButton = EntryKind::kSplitButton;
+inline constexpr auto kMenuButton = EntryKind::kMenuButton;
 inline constexpr auto kEdit = EntryKind::kEdit;
 inline constexpr auto kCustom = EntryKind::kCustom;
 inline constexpr auto kLabel = EntryKind::kLabel;

@@ -42,7 +42,7 @@ constexpr EntryRow kMainRows[] = {
     {32, kButton, TL(3672, "Größer"), TL(9221, "Schrift vergrößern"), kIconLarger, kGroup},
     {31, kButton, TL(3650, "Kleiner"), TL(9222, "Schrift verkleinern"), kIconSmaller},
     {328, kButton, TL(3768, "Schriftart"), TL(9223, "Schriftart festlegen"), kIconFont},
-    {kLanguage, kSplitButton, TL(9224, "Sprache"), TL(9225, "Sprache der Benutzeroberfläche ändern"), kIconLanguage, kGroup},
+    {kLanguage, kMenuButton, TL(9224, "Sprache"), TL(9225, "Sprache der Benutzeroberfläche ändern"), kIconLanguage, kGroup},
     {35, kButton, TL(3703, "Deutsch"), {}, -1, kSame, {}, kLanguage},
     {36, kButton, TL(3704, "Englisch"), {}, -1, kSame, {}, kLanguage},
     {37, kButton, TL(3784, "Niederländisch"), {}, -1, kSame, {}, kLanguage},

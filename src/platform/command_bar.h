@@ -16,6 +16,7 @@ constexpr std::size_t kBarCount = 7;
 enum class EntryKind : std::uint8_t {
     kButton = 1,
     kSplitButton = 4,  ///< With a list below it.
+    kMenuButton = 5,   ///< Opens its list and does nothing else.
     kEdit = 6,
     kCustom = 7,  ///< A place for a control of the form: the combo box of sources.
     kLabel = 8,
@@ -36,7 +37,7 @@ struct BarEntry {
     bool enabled = true;
     int key = 0;            ///< Virtual key code of an accelerator, with Ctrl; a function key stands alone.
     std::string text = {};  ///< What stands in an edit box.
-    std::vector<BarEntry> list = {};  ///< Below a split button, or in a popup.
+    std::vector<BarEntry> list = {};  ///< Below a split or menu button, or in a popup.
     bool showsCaption = false;        ///< Beside its icon, where captions are not below all icons.
     int width = 0;                    ///< Of an edit box, in pixels; 0: as the bar has room.
 };

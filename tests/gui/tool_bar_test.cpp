@@ -11,7 +11,7 @@
 #include <QTest>
 #include <QTimer>
 
-#include "gui/recording_events.h"
+#include "gui/window_bars_fixture.h"
 #include "platform/icons.h"
 
 namespace hl {
@@ -185,6 +185,44 @@ TEST(BarFlow, ARowThatHasRoomForNothingKeepsItsButton) {
     const Flow flow = flowOf({{.size = {150, 20}, .smallest = 150}}, 60, {.clips = true});
     EXPECT_TRUE(flow.places[0].isNull());
     EXPECT_EQ(flow.extension.height(), 20);
+}
+
+class ToolBarOfTheWindow : public test::WindowBars {};
+
+TEST_F(ToolBarOfTheWindow, TheButtonOfTheLanguageIsItsListAndNothingElse) {
+    show(1600);
+    const std::vector<int> languages = {35, 36, 37, 38, 39, 40};
+    const auto idsOf = [](const QMenu& menu) {
+        std::vector<int> ids;
+        for (const QAction* action : menu.actions()) ids.push_back(action->data().toInt());
+        return ids;
+    };
+    auto* button = window->frame().findChild<QToolButton*>(QStringLiteral("cbrMain.28"));
+    ASSERT_TRUE(button != nullptr && button->isVisible());
+    for (const bool mouse : {true, false}) {
+        bool opened = false;
+        QTimer::singleShot(20, button, [&] {
+            auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+            opened = menu != nullptr && idsOf(*menu) == languages;
+            if (menu != nullptr) menu->close();
+        });
+        if (mouse) {
+            QTest::mouseClick(button, Qt::LeftButton, {}, {8, button->height() / 2});
+        } else {
+            QTest::keyClick(button, Qt::Key_Return);
+        }
+        QTest::qWait(40);
+        EXPECT_TRUE(opened) << mouse;
+    }
+    EXPECT_EQ(events.told, Told());
+    bars.cbrMain.setClips(true);
+    show(300);
+    QMenu* more = window->frame().findChild<QToolButton*>(QStringLiteral("cbrMain.extension"))->menu();
+    ASSERT_NE(more, nullptr);
+    for (const QAction* action : more->actions())
+        if (action->data() == 28) {
+            EXPECT_EQ(idsOf(*action->menu()), languages);
+        }
 }
 
 }  // namespace

@@ -61,14 +61,14 @@ void BarMenu::focusWhenOpen(int id) {
     }
 }
 
-/// A split button that has no place of its own: its click is the first line of its list.
+/// What a split button without a place of its own does at a click is the first line of its list.
 void BarMenu::addList(const BarEntry& entry) {
     auto* list = new BarMenu(context_, {}, this);
     BarEntry itself = entry;
     itself.list.clear();
     itself.beginGroup = false;
-    if (entry.id != 0) list->add(itself);
-    bool first = entry.id != 0;
+    bool first = entry.id != 0 && entry.kind != EntryKind::kMenuButton;
+    if (first) list->add(itself);
     for (BarEntry below : entry.list) {
         below.beginGroup = below.beginGroup || std::exchange(first, false);
         list->add(below);

@@ -4,15 +4,12 @@
 #include <QCheckBox>
 #include <QCoreApplication>
 #include <QEvent>
-#include <QKeyEvent>
 #include <QPainter>
-#include <QStyle>
-#include <QStyleOption>
-#include <QStylePainter>
 #include <QToolButton>
 #include <algorithm>
 
 #include "base/scope_exit.h"
+#include "platform/qt/bar_button.h"
 #include "platform/qt/bar_edit.h"
 #include "platform/qt/bar_label.h"
 #include "platform/qt/bar_menu.h"
@@ -27,53 +24,6 @@ constexpr int kSmallIcon = 16, kLargeIcon = 32;
 constexpr int kLabelSmallest = 150;
 constexpr int kEditWidth = 150, kEditSmallest = 70;
 constexpr int kCustomWidth = 260, kCustomSmallest = 120;
-
-/// A button that also opens its list with the Down key, as a combo box does.
-class BarButton final : public QToolButton {
-  public:
-    BarButton(WindowEvents& events, QWidget* parent) : QToolButton(parent), events_(events) {
-        setAutoRaise(true);
-        setFocusPolicy(Qt::TabFocus);
-    }
-
-  protected:
-    void keyPressEvent(QKeyEvent* event) override {
-        qtGuard(events_, "BarButton::keyPressEvent", [&] {
-            const bool opens = event->key() == Qt::Key_Down || event->key() == Qt::Key_F4;
-            if (menu() != nullptr && opens) return showMenu();
-            const bool enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
-            if (enter) return click();
-            QToolButton::keyPressEvent(event);
-        });
-    }
-
-    /// Styles mark what is checked by a shade alone, which a dark palette swallows.
-    void paintEvent(QPaintEvent* event) override {
-        qtGuard(events_, "BarButton::paintEvent", [&] {
-            if (!isChecked()) return QToolButton::paintEvent(event);
-            QStyleOptionToolButton option;
-            initStyleOption(&option);
-            option.state &= ~QStyle::State_On;
-            paintMark();
-            QStylePainter(this).drawComplexControl(QStyle::CC_ToolButton, option);
-        });
-    }
-
-  private:
-    void paintMark() {
-        const bool usable = isEnabled();
-        QColor mark = palette().color(usable ? QPalette::Active : QPalette::Disabled, QPalette::Highlight);
-        QPainter painter(this);
-        painter.setRenderHint(QPainter::Antialiasing);
-        mark.setAlphaF(usable ? 0.8F : 0.4F);
-        painter.setPen(mark);
-        mark.setAlphaF(usable ? 0.22F : 0.1F);
-        painter.setBrush(mark);
-        painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), 3, 3);
-    }
-
-    WindowEvents& events_;
-};
 
 QAccessibleInterface* toolBarInterface(const QString&, QObject* object) {
     auto* bar = dynamic_cast<ToolBar*>(object);
@@ -194,6 +144,7 @@ QWidget* ToolBar::make(const BarEntry& entry, Part& part) {
             [[fallthrough]];
         case EntryKind::kButton:
         case EntryKind::kSplitButton:
+        case EntryKind::kMenuButton:
             return makeButton(entry, part);
     }
     return nullptr;
@@ -215,7 +166,9 @@ QWidget* ToolBar::makeButton(const BarEntry& entry, Part& part) {
         part.menu = new BarMenu(menuContext(), entry.list, this);
         part.menu->setAccessibleName(nameOf(entry));
         button->setMenu(part.menu);
-        button->setPopupMode(QToolButton::MenuButtonPopup);
+        const bool menuAlone = entry.kind == EntryKind::kMenuButton;
+        button->setPopupMode(menuAlone ? QToolButton::InstantPopup : QToolButton::MenuButtonPopup);
+        if (menuAlone) return button;
     }
     connect(button, &QToolButton::clicked, this,
             [this, id = entry.id] { qtGuard(events_, "ToolBar::clicked", [&] { run(id); }); });
