@@ -220,7 +220,7 @@ int Program::Main() {
 
 FormServices Program::formServices(FileSystem& fileSystem) {
     return {settings_, texts_, log_,         files_,      fileSystem, pump_,
-            console_,  facts_, diagnostics_, kPosixPaths, numbers_};
+            console_,  facts_, diagnostics_, kPosixPaths, numbers_,   {currentFolder(), homeFolder()}};
 }
 
 int Program::runSilent() {

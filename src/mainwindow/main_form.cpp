@@ -21,7 +21,8 @@ MainForm::MainForm(const FormServices& services, bool silentRun)
                                  services.pump,  *this,
                                  services.texts, services.log,
                                  services.facts, services.diagnostics,
-                                 services.paths, services.numbers} {
+                                 services.paths, services.numbers,
+                                 services.bases} {
     state_.SilentRun = silentRun;
 }
 

@@ -29,6 +29,7 @@ struct FormServices {
     Diagnostics& diagnostics;
     const PathRules& paths;
     const NumberFormat& numbers;
+    PathBases bases = {};  ///< Of a source that is typed.
 };
 
 class MainForm : public ScanHost {

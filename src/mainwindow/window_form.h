@@ -144,6 +144,7 @@ class WindowForm final : public MainForm,
     void statusAfterRun(const std::string& text) override;
     void folderEntered(std::string_view path) override;
     void firstLevelFolderDone() override;
+    void sourceChosen() override { sourcesChanged(); }
     void sourceMissing(const std::string& source) override;
     void notRead(std::string_view, const std::string&) override {}
     void typesBegin() override { typeNames_->restart(); }
@@ -243,7 +244,7 @@ class WindowForm final : public MainForm,
     int commands_ = 0;                ///< Commands on the stack, each perhaps with a dialog of its own.
     bool RestartPending_ = false;
     std::uint64_t lastStatusTick_ = 0;
-    std::string missing_;  ///< What a run has to say of a source that does not exist.
+    std::string missing_;  ///< What a run has to say of sources that do not exist.
 };
 
 }  // namespace hl

@@ -59,7 +59,8 @@ void WindowForm::statusAfterRun(const std::string& text) {
 }
 
 void WindowForm::sourceMissing(const std::string& source) {
-    missing_ = services_.texts.TL(9021, "Die Quelle %1 gibt es nicht.", {source});
+    missing_ += missing_.empty() ? "" : " ";
+    missing_ += services_.texts.TL(9021, "Die Quelle %1 gibt es nicht.", {source});
 }
 
 void WindowForm::folderEntered(std::string_view path) {

@@ -96,6 +96,7 @@ Row readHead(ScanContext& scan, std::string& lastSource) {
         return kNoRow;
     }
     scan.cboOrdner.addOrSelect(head, scan.paths);
+    scan.host.sourceChosen();
     const SourceItem item = *scan.cboOrdner.selected();
     lastSource = item.tag;
     const Row row = QuelleEinlesen(scan, item.tag, item.image, kNoRow, true);
@@ -137,7 +138,8 @@ void StartSearchViaToolbar(ScanContext& scan) {
         scan.state.CancelState = kCancelNone;
         scan.state.SourceQueue.clear();
         if (scan.cboOrdner.text.empty()) return;
-        if (scan.cboOrdner.selected() == nullptr) AddNewSearchPath(scan, scan.cboOrdner.text);
+        if (scan.cboOrdner.selected() == nullptr)
+            AddNewSearchPath(scan, absoluteSource(scan.cboOrdner.text, scan.bases, scan.paths));
         scan.state.SourceQueue.push_back(scan.cboOrdner.selected()->tag);
         Ordnerliste_Abarbeiten(scan);
     });

@@ -4,6 +4,7 @@
 #include "app/log.h"
 #include "app/options.h"
 #include "app/texts.h"
+#include "base/absolute_path.h"
 #include "base/number_format.h"
 #include "base/path.h"
 #include "grid/grid.h"
@@ -34,6 +35,7 @@ struct ScanContext {
     Diagnostics& diagnostics;
     const PathRules& paths;
     const NumberFormat& numbers;
+    PathBases bases = {};  ///< Of a source that is typed.
 };
 
 }  // namespace hl

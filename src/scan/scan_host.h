@@ -28,6 +28,8 @@ class ScanHost {
     /// Once for each folder that is entered. `path` ends with a separator and is valid during the call.
     virtual void folderEntered(std::string_view path) = 0;
     virtual void firstLevelFolderDone() = 0;
+    /// The box of sources has another one selected, which is read now.
+    virtual void sourceChosen() {}
     /// A source that does not exist; it is passed over.
     virtual void sourceMissing(const std::string& source) = 0;
     /// What could not be read, and why.

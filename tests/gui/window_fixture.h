@@ -213,8 +213,18 @@ class Logic : private ErrorSink, private MessagePump {
         texts_.Init_Sprache("", "");
         texts_.storeLanguage();
         form_.emplace(
-            FormServices{settings_, texts_, log_, files_, fileSystem, *this, console_, facts_, diagnostics_,
-                         kPosixPaths, numbers_},
+            FormServices{settings_,
+                         texts_,
+                         log_,
+                         files_,
+                         fileSystem,
+                         *this,
+                         console_,
+                         facts_,
+                         diagnostics_,
+                         kPosixPaths,
+                         numbers_,
+                         {userHome() + "/now", userHome()}},
             WindowServices{drives_, verb_, operations_, HARBORLANTERN_PROGRAM, home, "", "0.1", addresses,
                            [this](Window* window, MessagePump* pump) { there(window, pump); },
                            [this] { errors_.windowShown(); }});
