@@ -244,9 +244,17 @@ void WindowForm::comboKeyDown(int key) {
     if (state_.ScanActive) return;
     guarded(services_.diagnostics, "cboOrdner_KeyDown", kModul, [&] {
         if (key == kKeyReturn) cbrMain_Execute(2);
-        if (key == kKeyDelete && cboOrdner_.removeSelected()) sourcesChanged();
     });
     readWaiting();
+}
+
+bool WindowForm::comboRemove(int index) {
+    bool removed = false;
+    guarded(services_.diagnostics, "cboOrdner_KeyDown", kModul, [&] {
+        removed = !state_.ScanActive && index >= 0 && cboOrdner_.remove(static_cast<std::size_t>(index));
+        if (removed) sourcesChanged();
+    });
+    return removed;
 }
 
 void WindowForm::gridMouseUp(GridId id, Row row, MouseButton button, bool shift, Point at) {

@@ -82,6 +82,7 @@ class WindowForm final : public MainForm,
     void comboText(const std::string& text) override;
     void comboSelected(int index) override;
     void comboKeyDown(int key) override;
+    bool comboRemove(int index) override;
     void gridMouseUp(GridId grid, Row row, MouseButton button, bool shift, Point at) override;
     void gridDoubleClick(GridId grid) override;
     void gridKeyUp(GridId grid, int key) override;

@@ -195,6 +195,8 @@ class WindowEvents {
     virtual void comboText(const std::string& text) = 0;
     virtual void comboSelected(int index) = 0;
     virtual void comboKeyDown(int key) = 0;
+    /// Del on an item of the list: whether it was removed.
+    virtual bool comboRemove(int index) = 0;
 
     /// The window has already done what every list does with a click: select and make current. `row` is
     /// kNoRow outside of all rows; `shift` stands for Shift or Ctrl.

@@ -18,10 +18,12 @@ const SourceItem* SourceCombo::find(std::string_view key) const {
     return found == items_.end() ? nullptr : &*found;
 }
 
-bool SourceCombo::removeSelected() {
-    if (!selected_ || items_[*selected_].image != kPictureSource) return false;
-    const std::size_t index = *selected_;
+bool SourceCombo::remove(std::size_t index) {
+    if (index >= items_.size() || items_[index].image != kPictureSource) return false;
+    const bool shows = selected_ ? *selected_ == index : text == items_[index].text;
     items_.erase(items_.begin() + static_cast<std::ptrdiff_t>(index));
+    if (selected_ && *selected_ > index) --*selected_;
+    if (!shows) return true;
     selectNone();
     text.clear();
     if (!items_.empty()) select(std::min(index, items_.size() - 1));

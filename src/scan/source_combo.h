@@ -35,9 +35,9 @@ class SourceCombo {
     /// The item of this identity; null if there is none.
     const SourceItem* find(std::string_view key) const;
     bool has(std::string_view key) const { return find(key) != nullptr; }
-    /// Removes the selected item if it is a folder that the user added; drives stay. The next item is
-    /// selected then, or the new last one. Whether one was removed.
-    bool removeSelected();
+    /// Removes an item if it is a folder that the user added; drives stay. If it was the one in the edit
+    /// field, the next item is selected then, or the new last one. Whether it was removed.
+    bool remove(std::size_t index);
 
     /// Selects the item of this path, and adds it at the end if there is none.
     void addOrSelect(std::string_view path, const PathRules& paths);

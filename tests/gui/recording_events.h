@@ -37,6 +37,7 @@ class RecordingEvents : public WindowEvents {
     void comboText(const std::string&) override {}
     void comboSelected(int) override {}
     void comboKeyDown(int) override {}
+    bool comboRemove(int) override { return false; }
     void gridMouseUp(GridId, Row, MouseButton, bool, Point) override {}
     void gridDoubleClick(GridId) override {}
     void gridKeyUp(GridId, int) override {}

@@ -86,19 +86,5 @@ TEST_F(DriveCombo, SavesTheLastTenFoldersFromTheEnd) {
     EXPECT_TRUE(saved().empty());
 }
 
-TEST_F(DriveCombo, RemovesFoldersByDelButNoDrives) {
-    GetAllDrives(combo, kDrives, "", kPosixPaths);
-    EXPECT_FALSE(combo.removeSelected());
-    for (const char* folder : {"/x", "/y", "/z"}) combo.addOrSelect(folder, kPosixPaths);
-    combo.select(5);
-    EXPECT_TRUE(combo.removeSelected());
-    EXPECT_EQ(selected(), "/z/") << "the next one";
-    EXPECT_EQ(combo.text, "/z/");
-    EXPECT_TRUE(combo.removeSelected());
-    EXPECT_EQ(selected(), "/x/") << "the new last one";
-    combo.selectNone();
-    EXPECT_FALSE(combo.removeSelected()) << "a text that was typed is no item";
-}
-
 }  // namespace
 }  // namespace hl

@@ -5,6 +5,7 @@
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QSignalBlocker>
+#include <algorithm>
 
 #include "platform/qt/qt_convert.h"
 #include "platform/qt/qt_guard.h"
@@ -56,6 +57,11 @@ class SourceComboAccessible final : public QAccessibleWidget {
     SourceComboBox& box_;
 };
 
+/// With Shift or Ctrl it cuts, or deletes a word.
+bool isDel(const QKeyEvent& event) {
+    return event.key() == Qt::Key_Delete && (event.modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier;
+}
+
 QAccessibleInterface* sourceComboInterface(const QString&, QObject* object) {
     auto* box = dynamic_cast<SourceComboBox*>(object);
     return box == nullptr ? nullptr : new SourceComboAccessible(*box);
@@ -73,6 +79,7 @@ SourceComboBox::SourceComboBox(IconStore& icons, WindowEvents& events) : icons_(
     setMinimumContentsLength(kSmallestCharacters);
     setMaxVisibleItems(kRowsOfList);
     view()->setTextElideMode(Qt::ElideMiddle);
+    view()->installEventFilter(this);
     connect(this, &QComboBox::activated, this, [this](int index) {
         qtGuard(events_, "SourceComboBox::activated", [&] { events_.comboSelected(index); });
     });
@@ -99,17 +106,44 @@ void SourceComboBox::setSources(const std::vector<ComboItem>& items, const std::
     setToolTip(shown);
 }
 
+/// Whether Del means the item and not its text: nobody is about to change that.
+bool SourceComboBox::standsOnItem() const {
+    const QLineEdit& edit = *lineEdit();
+    const QString text = edit.text();
+    if (currentIndex() < 0 || text != itemText(currentIndex())) return false;
+    if (edit.hasSelectedText()) return edit.selectedText() == text;
+    return edit.cursorPosition() == 0 || edit.cursorPosition() == text.size();
+}
+
+/// The open list stands on the item behind it then.
+bool SourceComboBox::removeInList() {
+    const int row = view()->currentIndex().row();
+    if (!events_.comboRemove(row)) return false;
+    if (count() == 0) hidePopup();
+    view()->setCurrentIndex(model()->index(std::min(row, count() - 1), 0));
+    return true;
+}
+
 void SourceComboBox::renewIcons() {
     for (int i = 0; i < count(); ++i) setItemIcon(i, icons_.icon(images_[static_cast<std::size_t>(i)]));
 }
 
 void SourceComboBox::keyPressEvent(QKeyEvent* event) {
     qtGuard(events_, "SourceComboBox::keyPressEvent", [&] {
+        if (isDel(*event) && standsOnItem() && events_.comboRemove(currentIndex())) return;
         QComboBox::keyPressEvent(event);
         // The box takes it for nothing; the window has a use for it.
         if (event->key() == Qt::Key_Escape) event->ignore();
         const int key = handledKey(*event);
         if (key != 0) events_.comboKeyDown(key);
+    });
+}
+
+bool SourceComboBox::eventFilter(QObject* watched, QEvent* event) {
+    return qtGuard(events_, "SourceComboBox::eventFilter", [&] {
+        const bool key = watched == view() && event->type() == QEvent::KeyPress;
+        if (key && isDel(static_cast<QKeyEvent&>(*event)) && removeInList()) return true;
+        return QComboBox::eventFilter(watched, event);
     });
 }
 

@@ -22,8 +22,12 @@ class SourceComboBox final : public QComboBox {
   protected:
     void keyPressEvent(QKeyEvent* event) override;
     void keyReleaseEvent(QKeyEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
   private:
+    bool standsOnItem() const;
+    bool removeInList();
+
     IconStore& icons_;
     WindowEvents& events_;
     std::vector<int> images_;
