@@ -65,7 +65,11 @@ void WindowForm::reportMenuCommand(int id, Row row) {
     }
 }
 
+// What the menu does, it does to the drive that was clicked.
 void WindowForm::openDriveMenu(Row row, Point at) {
+    lvwDiskinfo_.selectNone();
+    lvwDiskinfo_.setSelected(row, true);
+    lvwDiskinfo_.setCurrentRow(row);
     {
         const FileOps ops = fileOps();
         const ScopeExit over = command();

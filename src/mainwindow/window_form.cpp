@@ -139,7 +139,12 @@ void WindowForm::Form_Activate() {
     GetAllDrives(cboOrdner_, drives, options_.ComboText, services_.paths);
     GetAllSavedComboFolders(
         cboOrdner_, services_.settings, drives, options_.ComboText,
-        [this](const std::string& folder) { return services_.fileSystem.look(folder).isFolder; },
+        [this](const std::string& folder) {
+            // What a link leads to is not asked: it may lie on a server that is gone.
+            int notALink = 0;
+            return services_.fileSystem.look(folder).isFolder ||
+                   !services_.fileSystem.target(folder, notALink).empty();
+        },
         services_.paths);
     sourcesChanged();
     EnableControls(scan_);

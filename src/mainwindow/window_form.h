@@ -164,6 +164,7 @@ class WindowForm final : public MainForm,
     void setReportWidth(int pixels) override;
     void setFirstPanel(const std::string& text) override;
     void openRowsMenu(Point at) override;
+    void Preview_Reset_View() override { preview_.Preview_Reset_View(); }  ///< For the panes, too.
     void Report_ShellContextMenu(Row row, const std::string& path, Point at) override;
 
     // --- PaneHost
@@ -177,7 +178,6 @@ class WindowForm final : public MainForm,
     void List_Files_ScanFolder(const std::string& folder) override { showFilesOf(folder); }
     void Drives_ResizeTableHeight() override;
     void Drives_Resize_Columns(bool withRedraw) override { driveList_.Drives_Resize_Columns(withRedraw); }
-    void Preview_Reset_View() override { preview_.Preview_Reset_View(); }
     void Preview_ShowFile() override { preview_.Preview_ShowFile(false); }
     void statusChanged() override { showStatus(); }
 

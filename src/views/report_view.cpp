@@ -190,7 +190,7 @@ void ReportView::removeAll() {
     scan_.state.DeepestLevel = 0;
     scan_.state.currentFolder.clear();
     host_.setFirstPanel("");
-    scan_.host.refreshPreview();
+    host_.Preview_Reset_View();  // A list that a scan has filled still has a file selected.
 }
 
 // --- what the user does

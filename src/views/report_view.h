@@ -19,6 +19,8 @@ class ReportHost {
     /// Makes the report's pane so many pixels wide.
     virtual void setReportWidth(int pixels) = 0;
     virtual void setFirstPanel(const std::string& text) = 0;
+    /// The preview shows nothing.
+    virtual void Preview_Reset_View() = 0;
     /// The menu for several selected rows.
     virtual void openRowsMenu(Point at) = 0;
     /// Begins the editing of the row's name in its cell.

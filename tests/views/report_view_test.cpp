@@ -29,6 +29,7 @@ struct ReportTest : test::ScanFixture, ReportHost {
     }
     void setReportWidth(int pixels) override { asked.push_back("width " + std::to_string(pixels)); }
     void setFirstPanel(const std::string& text) override { asked.push_back(text); }
+    void Preview_Reset_View() override { asked.emplace_back("no preview"); }
     void openRowsMenu(Point) override { asked.emplace_back("rows menu"); }
     void beginRename(GridId, Row row) override { asked.push_back("rename " + std::to_string(row)); }
     void Report_ShellContextMenu(Row, const std::string& path, Point) override {
