@@ -227,7 +227,7 @@ void WindowForm::ShowOptionen() {
 
 void WindowForm::Show_Log() {
     const std::string path = joinPath(own_.programFolder, kProtocolName, services_.paths);
-    if (services_.files.exists(path)) openOrSay(fileUrl(path), path);
+    if (services_.files.exists(path)) openFile(path);
 }
 
 void WindowForm::showAbout() {
