@@ -125,11 +125,10 @@ void Preview::Preview_Reset_View() {
 }
 
 std::string Preview::failure(const std::string& path, const std::string& error) {
-    log_.LogProtokoll("ERROR: Preview_ShowFile " + visible(error) + " (" + visible(path) + ")");
-    return texts_.TL(9547, "Die Datei '%1' kann nicht angezeigt werden!%!%!", {visible(path)}) +
-           visible(error.empty()
-                       ? texts_.TL(9548, "Sie ist beschädigt oder zu groß, oder es dauert zu lange.")
-                       : error);
+    const std::string reason = visible(
+        error.empty() ? texts_.TL(9548, "Sie ist beschädigt oder zu groß, oder es dauert zu lange.") : error);
+    log_.LogProtokoll("ERROR: Preview_ShowFile " + reason + " (" + visible(path) + ")");
+    return texts_.TL(9547, "Die Datei '%1' kann nicht angezeigt werden!%!%!", {visible(path)}) + reason;
 }
 
 std::string Preview::previewFailed(const std::string& path, const std::string& error) {
