@@ -177,14 +177,12 @@ void ListView::MouseUp(Row row, MouseButton button, Point at) {
             showPreview(false);
             return ShowFileStat();
         }
-        if (button != MouseButton::kRight) {
-            showSelection();
-            return showPreview(true);
-        }
-        if (!grid_.selected(row)) {
-            selectOnly(row);
-            showPreview(false);
-        }
+        // The window has selected the row at the press already.
+        const bool menu = button == MouseButton::kRight;
+        if (menu && !grid_.selected(row)) selectOnly(row);
+        showSelection();
+        showPreview(!menu);
+        if (!menu) return;
         beforeMenu(at);
         parts_.host.ShellContextMenuFileList(traits_.grid, at);
     });

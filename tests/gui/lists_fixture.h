@@ -13,6 +13,38 @@ namespace hl::test {
 
 using Names = std::vector<std::string>;
 
+/// Chooses an entry in the menu that opens next; the captions of all its entries, "-" for a separator.
+class MenuAnswer {
+  public:
+    /// `first` is done while it is open.
+    explicit MenuAnswer(
+        std::string caption, std::function<void()> first = [] {})
+        : caption_(std::move(caption)), first_(std::move(first)) {
+        wait();
+    }
+    const Names& entries() const { return entries_; }
+
+  private:
+    void wait() {
+        QTimer::singleShot(5, &context_, [this] {
+            auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+            if (menu == nullptr || !menu->isVisible()) return wait();
+            first_();
+            QAction* chosen = nullptr;
+            for (QAction* action : menu->actions()) {
+                entries_.push_back(action->isSeparator() ? "-" : action->text().toStdString());
+                if (entries_.back() == caption_) chosen = action;
+            }
+            if (chosen == nullptr) return menu->close(), void();
+            QTest::mouseClick(menu, Qt::LeftButton, {}, menu->actionGeometry(chosen).center());
+        });
+    }
+    QObject context_;
+    std::string caption_;
+    std::function<void()> first_;
+    Names entries_;
+};
+
 struct ListInfo {
     GridId id;
     const char* bar;

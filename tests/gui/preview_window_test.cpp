@@ -30,6 +30,16 @@ TEST_F(ListsTest, ThePreviewFollowsTheSelectionAndGoesWithIt) {
     EXPECT_EQ(click(0), "a.txt");
     EXPECT_EQ(click(1), "b\u00FF.txt") << "as a Latin text";
     EXPECT_EQ(click(2), " - Unbekanntes Dateiformat - \n");
+    {
+        const MenuAnswer menu("");
+        QTest::mouseClick(list.viewport(), Qt::RightButton, {}, s.place(list, 0));
+        EXPECT_EQ(shown(), "a.txt");
+        EXPECT_NE(s.secondPanel().find("1 ausgewählte Datei(en) mit 5 Bytes"), std::string::npos);
+    }
+    QTest::keyClick(&list, Qt::Key_Down, Qt::ControlModifier);
+    const MenuAnswer menu("");
+    QTest::keyClick(&list, Qt::Key_F10, Qt::ShiftModifier);
+    EXPECT_EQ(shown(), "b\u00FF.txt") << "the key is a right click on the current row";
     QTest::mouseClick(list.viewport(), Qt::LeftButton, {}, {20, list.viewport()->height() - 3});
     EXPECT_EQ(shown(), "nothing");
     std::filesystem::remove(at("src/a.txt"));
