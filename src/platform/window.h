@@ -117,8 +117,8 @@ class Window {
     /// screen). `margin` is added to what the rows need, in twips, of which a pixel has 15. A hidden column
     /// stays hidden.
     virtual void autosizeColumn(GridId grid, std::size_t column, int margin) = 0;
-    /// Of a vertical scroll bar; 0 if the grid shows none.
-    virtual int scrollBarWidth(GridId grid) = 0;
+    /// What the grid needs beside its columns: its frame, and the vertical scroll bar where it shows.
+    virtual int widthBesideColumns(GridId grid) = 0;
     /// Title row and all rows together.
     virtual int heightOfRows(GridId grid) = 0;
     virtual void scrollIntoView(GridId grid, Row row) = 0;

@@ -19,7 +19,6 @@ constexpr int kSearchBox = 29;
 constexpr int kUsualMargin = 96;
 constexpr int kNarrowMargin = 72;
 constexpr int kSizeMargin = 32;
-constexpr int kUsualScrollBar = 17;  // Where the window does not tell how wide its scroll bar is.
 
 struct SortColumn {
     const char* key;
@@ -38,8 +37,7 @@ void ReportView::Report_Resize_Width() {
         double width = 0;
         for (const GridColumn& column : grid_.columns())
             if (column.visible) width += column.width;
-        const int bar = window_.scrollBarWidth(GridId::kReport);
-        host_.setReportWidth(static_cast<int>(width) + (bar > 0 ? bar : kUsualScrollBar));
+        host_.setReportWidth(static_cast<int>(width) + window_.widthBesideColumns(GridId::kReport));
     });
 }
 

@@ -37,7 +37,7 @@ class FakeWindow : public Window {
     void autosizeColumn(GridId, std::size_t column, int margin) override {
         calls.push_back("fit " + std::to_string(column) + " " + std::to_string(margin));
     }
-    int scrollBarWidth(GridId) override { return 0; }
+    int widthBesideColumns(GridId) override { return 0; }
     int heightOfRows(GridId) override { return 60; }
     void scrollIntoView(GridId, Row) override { calls.emplace_back("scroll"); }
     std::optional<RowRange> visibleRows(GridId) override { return std::nullopt; }

@@ -323,7 +323,7 @@ void GridView::autosizeColumn(std::size_t column, int margin) {
 
 // One long name must not push the sizes out of sight; nor may a deep folder lose its name.
 int GridView::besideNumbers(int fitting) const {
-    int room = contentsRect().width() - verticalScrollBar()->sizeHint().width();
+    int room = contentsRect().width() - scrollBarWidth();
     for (std::size_t column = 1; column < grid_.columns().size(); ++column)
         if (grid_.columns()[column].visible) room -= static_cast<int>(grid_.columns()[column].width);
     if (fitting <= room) return fitting;
@@ -358,11 +358,14 @@ void GridView::setWidth(std::size_t column, int width) {
         setColumnWidth(section, width);
 }
 
-int GridView::scrollBarWidth() {
+// Of the vertical one; 0 while the rows fit.
+int GridView::scrollBarWidth() const {
+    return verticalScrollBar()->maximum() > 0 ? verticalScrollBar()->sizeHint().width() : 0;
+}
+
+int GridView::widthBesideColumns() {
     sync();
-    const bool shown =
-        verticalScrollBarPolicy() == Qt::ScrollBarAlwaysOn || verticalScrollBar()->maximum() > 0;
-    return shown ? verticalScrollBar()->sizeHint().width() : 0;
+    return 2 * frameWidth() + scrollBarWidth();
 }
 
 int GridView::heightOfRows() {

@@ -43,8 +43,8 @@ class GridView : public QTableView, public GridObserver {
     /// rows. `margin` in twentieths of a point, 15 to a pixel. In a list, one column of texts leaves most of
     /// the width to the others; the names of a hierarchy leave the others their widths.
     void autosizeColumn(std::size_t column, int margin);
-    /// Of the vertical one; 0 if the rows fit.
-    int scrollBarWidth();
+    /// See Window::widthBesideColumns.
+    int widthBesideColumns();
     /// Title row, all visible rows, the frame, and room for the scroll bar below: columns are fitted later,
     /// and widths change, so that one may come at any time.
     int heightOfRows();
@@ -132,6 +132,7 @@ class GridView : public QTableView, public GridObserver {
     void storeWidth(std::size_t column, int width);
     void measureRows();
     int widest(const std::function<int(const RowPainter&, Row)>& widthOf) const;
+    int scrollBarWidth() const;
     int besideNumbers(int fitting) const;
     int fittingWidth(std::size_t column, int margin) const;
     int widestFit(std::size_t column) const;

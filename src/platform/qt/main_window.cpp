@@ -297,8 +297,8 @@ void MainWindow::autosizeColumn(GridId id, std::size_t column, int margin) {
     grid(id).autosizeColumn(column, margin);
 }
 
-int MainWindow::scrollBarWidth(GridId id) {
-    return grid(id).scrollBarWidth();
+int MainWindow::widthBesideColumns(GridId id) {
+    return grid(id).widthBesideColumns();
 }
 
 int MainWindow::heightOfRows(GridId id) {

@@ -50,7 +50,7 @@ class MainWindow final : public Window {
     Rect clientArea() override;
 
     void autosizeColumn(GridId grid, std::size_t column, int margin) override;
-    int scrollBarWidth(GridId grid) override;
+    int widthBesideColumns(GridId grid) override;
     int heightOfRows(GridId grid) override;
     void scrollIntoView(GridId grid, Row row) override;
     std::optional<RowRange> visibleRows(GridId grid) override;
