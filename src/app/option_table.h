@@ -106,6 +106,12 @@ inline constexpr auto kOptionTable = [] {
         {"HardlinksTile", "0", &Options::HardlinksTile, kBarHardlinks},
         {"TOPmaxcount", "100", &Options::TOPmaxcount, kTopCount},
         {"DateFormat", "dd/MM/yyyy hh:nn:ss", &Options::DateFormat, kDateFormat},
+        {"FontStyle", "", &Options::FontStyle, kFontNames},
+        {"FontStyleDisk", "", &Options::FontStyleDisk, kFontNames},
+        {"FontStyleFiles", "", &Options::FontStyleFiles, kFontNames},
+        {"FontStyleTOP", "", &Options::FontStyleTOP, kFontNames},
+        {"FontStyleHardlinks", "", &Options::FontStyleHardlinks, kFontNames},
+        {"FontStyleJunctions", "", &Options::FontStyleJunctions, kFontNames},
     });
 }();
 // clang-format on

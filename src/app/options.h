@@ -38,6 +38,9 @@ struct Options {
     float FontSize = 0, FontSizeDisk = 0, FontSizeFiles = 0, FontSizeTOP = 0, FontSizeHardlinks = 0,
           FontSizeJunctions = 0;
     std::string FontName, FontNameDisk, FontNameFiles, FontNameTOP, FontNameHardlinks, FontNameJunctions;
+    /// "bold", "italic", both with a blank between them, or empty; anything else reads as empty.
+    std::string FontStyle, FontStyleDisk, FontStyleFiles, FontStyleTOP, FontStyleHardlinks,
+        FontStyleJunctions;
     // Columns shown, by their index.
     std::array<Flag, 7> FileColumn{};
     std::array<Flag, 8> TopColumn{};

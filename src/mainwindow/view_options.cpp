@@ -4,22 +4,38 @@ namespace hl {
 
 namespace {
 
+struct FontFields {
+    std::string Options::*name;
+    float Options::*size;
+    std::string Options::*style;
+};
 // By GridId.
-constexpr std::string Options::*kFontNames[kGridCount] = {
-    &Options::FontName,    &Options::FontNameDisk,      &Options::FontNameFiles,
-    &Options::FontNameTOP, &Options::FontNameHardlinks, &Options::FontNameJunctions};
-constexpr float Options::*kFontSizes[kGridCount] = {&Options::FontSize,          &Options::FontSizeDisk,
-                                                    &Options::FontSizeFiles,     &Options::FontSizeTOP,
-                                                    &Options::FontSizeHardlinks, &Options::FontSizeJunctions};
+constexpr FontFields kFonts[kGridCount] = {
+    {&Options::FontName, &Options::FontSize, &Options::FontStyle},
+    {&Options::FontNameDisk, &Options::FontSizeDisk, &Options::FontStyleDisk},
+    {&Options::FontNameFiles, &Options::FontSizeFiles, &Options::FontStyleFiles},
+    {&Options::FontNameTOP, &Options::FontSizeTOP, &Options::FontStyleTOP},
+    {&Options::FontNameHardlinks, &Options::FontSizeHardlinks, &Options::FontStyleHardlinks},
+    {&Options::FontNameJunctions, &Options::FontSizeJunctions, &Options::FontStyleJunctions}};
+// By 1 for bold and 2 for italic.
+constexpr const char* kStyles[] = {"", "bold", "italic", "bold italic"};
 
 }  // namespace
 
-std::string& fontNameOf(Options& options, GridId grid) {
-    return options.*kFontNames[static_cast<std::size_t>(grid)];
+GridFont fontOf(const Options& options, GridId grid) {
+    const FontFields& fields = kFonts[static_cast<std::size_t>(grid)];
+    const std::string& style = options.*fields.style;
+    return {.name = options.*fields.name,
+            .points = options.*fields.size,
+            .bold = style == kStyles[1] || style == kStyles[3],
+            .italic = style == kStyles[2] || style == kStyles[3]};
 }
 
-float& fontSizeOf(Options& options, GridId grid) {
-    return options.*kFontSizes[static_cast<std::size_t>(grid)];
+void setFontOf(Options& options, GridId grid, const GridFont& font) {
+    const FontFields& fields = kFonts[static_cast<std::size_t>(grid)];
+    options.*fields.name = font.name;
+    options.*fields.size = static_cast<float>(font.points);
+    options.*fields.style = kStyles[(font.bold ? 1 : 0) + (font.italic ? 2 : 0)];
 }
 
 // The main bar comes first, then the bars in the order of their grids.

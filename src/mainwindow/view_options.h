@@ -1,16 +1,13 @@
 // Which fields of the options belong to which view.
 #pragma once
 
-#include <string>
-
 #include "app/options.h"
 #include "platform/window.h"
 
 namespace hl {
 
-/// The font of a grid.
-std::string& fontNameOf(Options& options, GridId grid);
-float& fontSizeOf(Options& options, GridId grid);
+GridFont fontOf(const Options& options, GridId grid);
+void setFontOf(Options& options, GridId grid, const GridFont& font);
 
 /// The grid that a bar stands above. REQUIRES: not kMain.
 GridId gridOf(BarId bar);

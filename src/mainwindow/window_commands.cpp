@@ -313,13 +313,12 @@ void WindowForm::resizeAllColumns() {
 void WindowForm::applyFonts() {
     for (std::size_t i = 0; i < kGridCount; ++i) {
         const auto id = static_cast<GridId>(i);
-        window_->setFont(id, {.name = fontNameOf(options_, id), .points = fontSizeOf(options_, id)});
+        window_->setFont(id, fontOf(options_, id));
     }
 }
 
 void WindowForm::setFont(GridId id, const GridFont& font) {
-    fontNameOf(options_, id) = font.name;
-    fontSizeOf(options_, id) = static_cast<float>(font.points);
+    setFontOf(options_, id, font);
     window_->setFont(id, font);
 }
 

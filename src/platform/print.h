@@ -14,6 +14,7 @@ namespace hl {
 struct GridFont {
     std::string name;
     double points = 9;
+    bool bold = false, italic = false;
 };
 
 /// White borders of a page, in tenths of a millimetre.

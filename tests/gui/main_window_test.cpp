@@ -1,4 +1,5 @@
 // The window at work: scans, the report, panels. Trees are read from the disk.
+#include <QFontDialog>
 #include <algorithm>
 
 #include "gui/window_fixture.h"

@@ -161,7 +161,7 @@ std::optional<GridFont> askForFont(QWidget* parent, const GridFont& start) {
     fitToScreen(dialog);
     if (dialog.exec() != QDialog::Accepted) return std::nullopt;
     const QFont chosen = dialog.selectedFont();
-    return GridFont{utf8(chosen.family()), chosen.pointSizeF()};
+    return GridFont{utf8(chosen.family()), chosen.pointSizeF(), chosen.bold(), chosen.italic()};
 }
 
 QFont qtFont(const GridFont& font) {
@@ -169,6 +169,8 @@ QFont qtFont(const GridFont& font) {
     const QString name = qtText(font.name);
     if (QFontDatabase::hasFamily(name)) wanted.setFamilies({name});
     if (font.points > 0) wanted.setPointSizeF(font.points);
+    wanted.setBold(font.bold);
+    wanted.setItalic(font.italic);
     return wanted;
 }
 

@@ -1,13 +1,13 @@
 #include "platform/qt/grid_view.h"
 
 #include <QApplication>
-#include <QFontDatabase>
 #include <QResizeEvent>
 #include <QScrollBar>
 #include <algorithm>
 
 #include "base/scope_exit.h"
 #include "platform/qt/cell_editor.h"
+#include "platform/qt/dialogs.h"
 #include "platform/qt/grid_accessible.h"
 #include "platform/qt/grid_header.h"
 #include "platform/qt/grid_view_own.h"
@@ -396,11 +396,7 @@ void GridView::refresh() {
 
 void GridView::setGridFont(const GridFont& font) {
     font_ = font;
-    QFont chosen = QApplication::font();
-    const QString name = QString::fromStdString(font.name);
-    if (QFontDatabase::hasFamily(name)) chosen.setFamily(name);
-    if (font.points > 0) chosen.setPointSizeF(font.points);
-    setFont(chosen);
+    setFont(qtFont(font));
 }
 
 void GridView::measureRows() {
