@@ -212,7 +212,7 @@ class WindowEvents {
     virtual void gridScrolled(GridId grid) = 0;
     /// The pointer moves over a row, or has left them all (kNoRow).
     virtual void gridMouseMove(GridId grid, Row row) = 0;
-    /// The user has folded a row up or down.
+    /// The user has folded a row up or down. What is hidden now is still selected.
     virtual void gridExpanded(GridId grid, Row row) = 0;
 
     /// Another start of the program handed its command line over.

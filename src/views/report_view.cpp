@@ -93,6 +93,7 @@ void ReportView::fold(const char* routine, Folding how, std::uint32_t level) {
         Report_Resize_Columns(true, false);
         scan_.state.CancelState = kCancelNone;
         host_.setFirstPanel(scan_.texts.TL(3525, "OK."));
+        leaveHiddenRows();
     });
 }
 
@@ -138,11 +139,40 @@ void ReportView::Report_ExpandSubFolders(bool expand) {
         }
         Report_Resize_Columns(true, false);
         host_.setFirstPanel(scan_.texts.TL(3525, "OK."));
+        leaveHiddenRows();
     });
 }
 
 void ReportView::expandedByUser() {
     if (!scan_.state.ScanActive) Report_Resize_Columns(true, false);
+    guarded(scan_.diagnostics, "leaveHiddenRows", kModul, [&] { leaveHiddenRows(); });
+}
+
+// Itself, or the highest of the folded rows in which it is hidden.
+Row ReportView::shownFor(Row row) const {
+    Row shown = row;
+    for (Row above = grid_.parent(row); above != kNoRow; above = grid_.parent(above))
+        if (!grid_.expanded(above)) shown = above;
+    return shown;
+}
+
+// A command must not reach selected rows that nobody sees: the folded row takes their place, and the window
+// tells of it.
+void ReportView::leaveHiddenRows() {
+    bool moved = false;
+    {
+        const NoRedraw off(grid_);
+        for (const Row row : grid_.selectedRows()) {
+            const Row shown = shownFor(row);
+            if (shown == row) continue;
+            grid_.setSelected(row, false);
+            grid_.setSelected(shown, true);
+            moved = true;
+        }
+        if (grid_.currentRow() != kNoRow) grid_.setCurrentRow(shownFor(grid_.currentRow()));
+    }
+    if (moved && grid_.selectedCount() == 1 && !scan_.state.ScanActive)
+        tellOf(grid_.selectedRows().front(), MouseButton::kLeft, {});
 }
 
 // --- commands

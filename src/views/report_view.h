@@ -78,7 +78,7 @@ class ReportView {
     /// Up and down tell of the first selected row like a click, but leave the current one; F2 renames a
     /// folder that is no source.
     void tvwPL_KeyUp(int key);
-    /// The columns follow what came to show.
+    /// The columns follow what came to show; rows that are hidden now are no longer selected.
     void expandedByUser();
 
   private:
@@ -87,6 +87,8 @@ class ReportView {
     void fold(const char* routine, Folding how, std::uint32_t level);
     void foldRows(Folding how, std::uint32_t level);
     bool progress(std::size_t done, std::size_t all);
+    Row shownFor(Row row) const;
+    void leaveHiddenRows();
     void sortAgain(const std::string& key, bool numbers);
     void Report_MouseClick(Row row, MouseButton button, Point at);
     void tellOf(Row row, MouseButton button, Point at);

@@ -148,15 +148,6 @@ TEST_F(GridViewTest, TheBranchMarkFoldsAndADoubleClickElsewhereIsLeftToTheLogic)
     EXPECT_EQ(shown(), "a aa aaa ab b c ");
 }
 
-TEST_F(GridViewTest, WhatIsPickedInAFoldedRowGoesToTheRow) {
-    showTree();
-    click("aa");
-    click("b", Qt::ControlModifier);
-    click("ab", Qt::ControlModifier);
-    QTest::mouseClick(view->viewport(), Qt::LeftButton, {}, branchOf("a"));
-    EXPECT_EQ(picked(), "a b @a");
-}
-
 TEST_F(GridViewTest, InputDoesNothingWhileTheGridIsLocked) {
     showTree();
     for (const bool redraw : {true, false}) {

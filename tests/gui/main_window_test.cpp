@@ -77,6 +77,90 @@ TEST_F(MainWindowTest, AReportIsUnfoldedSortedAndSearched) {
     EXPECT_EQ(s.numbers("src").substr(0, 5), "0,45|");
 }
 
+TEST_F(MainWindowTest, WhatAFoldHidesIsNoLongerSelectedAndTheWindowTellsOfTheFolder) {
+    smallTree();
+    s.start();
+    s.scan(at("src"));
+    const auto branch = [this](const char* name) {
+        const int step = s.view().style()->pixelMetric(QStyle::PM_TreeViewIndentation, nullptr, &s.view());
+        const std::size_t index = s.view().rows().find(s.row(name)).value();
+        const int left = static_cast<int>(s.grid().level(s.row(name))) * step + step / 2;
+        QTest::mouseClick(s.view().viewport(), Qt::LeftButton, {},
+                          {left, s.view().rowRect(index).center().y()});
+    };
+    const auto key = [this](Qt::Key code, Qt::KeyboardModifiers keys = {}) {
+        QTest::keyClick(&s.view(), code, keys);
+    };
+    const std::tuple<std::function<void()>, const char*, const char*> folds[] = {
+        {[&] { branch("a"); }, "a", "y"},
+        {[&] { key(Qt::Key_Up, Qt::ControlModifier), key(Qt::Key_Minus); }, "a", "y"},
+        {[&] { s.click("cbrReport.24"); }, "", "w"},
+        {[&] { s.click("cbrReport.100"); }, "a", "y"},
+    };
+    const Grid& files = s.window().grid(GridId::kFiles).grid();
+    for (const auto& [fold, folder, file] : folds) {
+        s.click("cbrReport.25");
+        s.clickRow("aa");
+        ASSERT_EQ(files.text(files.firstRoot()), "x");
+        fold();
+        Session::settle();
+        const Row now = folder[0] == '\0' ? s.grid().firstRoot() : s.row(folder);
+        EXPECT_TRUE(s.grid().selectedRows() == std::vector{now} && s.grid().currentRow() == now);
+        EXPECT_EQ(s.status(), at("src/") + folder + (folder[0] == '\0' ? "" : "/"));
+        EXPECT_EQ(std::string(files.text(files.firstRoot())), file);
+    }
+}
+
+TEST_F(MainWindowTest, ThePaneOfTheReportIsAsWideAsItsColumnsAndTheBarThatShows) {
+    smallTree();
+    s.start();
+    s.scan(at("src"));
+    for (const int rows : {6, 200}) {
+        folders(rows == 200 ? 100 : 0);
+        s.clickRow("src");
+        s.key(s.view(), Qt::Key_F5);
+        s.click("cbrReport.25");
+        s.click("cbrReport.26");
+        ASSERT_EQ(s.view().verticalScrollBar()->isVisible(), rows == 200);
+        for (int i = 0; i < 3; ++i) {
+            s.click("cbrReport.22");
+            EXPECT_EQ(s.view().viewport()->width(), s.view().horizontalHeader()->length()) << rows << i;
+            s.click("cbrReport.26");
+        }
+    }
+}
+
+TEST_F(MainWindowTest, AChosenFontIsBoldAndItalicInTheNextSessionToo) {
+    s.start();
+    s.answers.add([](QDialog& dialog) {
+        auto& fonts = dynamic_cast<QFontDialog&>(dialog);
+        QFont font = fonts.currentFont();
+        font.setBold(true);
+        font.setItalic(true);
+        fonts.setCurrentFont(font);
+        fonts.accept();
+    });
+    s.click("cbrReport.328");
+    EXPECT_TRUE(s.view().font().bold() && s.view().font().italic());
+    s.click("cbrMain.32");  // A larger one.
+    s.frame().close();
+    Session next(home.path());
+    next.start();
+    EXPECT_TRUE(next.view().font().bold() && next.view().font().italic());
+    EXPECT_FALSE(next.window().grid(GridId::kFiles).font().bold());
+}
+
+TEST_F(MainWindowTest, WithNoProgramForTheLogTheWindowAsksForOne) {
+    s.desktop.result = OpenResult::kNoProgram;
+    s.desktop.programs = {{"editor.desktop", "Editor"}};
+    test::writeFile(home.path() + "/Harborlantern.log", "line");
+    s.start();
+    QString asked;
+    s.answers.add([&](QDialog& dialog) { asked = dialog.objectName(), dialog.reject(); });
+    s.click("cbrMain.16");
+    EXPECT_EQ(asked, QStringLiteral("frmOpenWith"));
+}
+
 TEST_F(MainWindowTest, ARescanFindsWhatHasGrown) {
     smallTree();
     startWithReport();

@@ -34,18 +34,4 @@ void GridSelection::pickNone() {
     grid_.selectNone();
 }
 
-void GridSelection::pickAbove(std::size_t index) {
-    const Row row = rows_.at(index);
-    const NoRedraw off(grid_);
-    bool picked = false;
-    const std::size_t end = rows_.endOfSubtree(index);
-    for (std::size_t i = index + 1; i < end; ++i) {
-        if (rows_.at(i) == grid_.currentRow()) grid_.setCurrentRow(row);
-        if (!grid_.selected(rows_.at(i))) continue;
-        grid_.setSelected(rows_.at(i), false);
-        picked = true;
-    }
-    if (picked) grid_.setSelected(row, true);
-}
-
 }  // namespace hl

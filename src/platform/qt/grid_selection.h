@@ -26,9 +26,6 @@ class GridSelection {
     /// All visible rows.
     void pickAll();
     void pickNone();
-    /// Before the row at `index` is folded: what is picked below it, and the current row, would be out of
-    /// sight; it takes their place.
-    void pickAbove(std::size_t index);
 
   private:
     void pickStretch(std::size_t from, std::size_t to);

@@ -103,11 +103,6 @@ void GridView::foldRow(std::size_t index, bool expand) {
     if (!takesInput() || index >= rows_.count()) return;
     const Row row = rows_.at(index);
     if (!grid_.hasChildren(row) || grid_.expanded(row) == expand) return;
-    if (!expand) {
-        const OwnChange own(*this);
-        selection_.pickAbove(index);
-        lastCurrent_ = grid_.currentRow();
-    }
     grid_.setExpanded(row, expand);
     sync();
     accessibleFoldChanged(*this, index);
