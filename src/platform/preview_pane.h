@@ -14,6 +14,8 @@ enum class PreviewViewer : std::uint8_t {
     kPages,   ///< A document that has pages of its own.
     kOffice,  ///< One that a converter makes pages of, if there is one.
     kPicture,
+    kPcx,       ///< Pictures that need a converter each: one of pixels,
+    kMetafile,  ///< and one of lines and texts.
     kMedia,
 };
 
@@ -46,6 +48,8 @@ class PreviewEvents {
     /// nothing else to show the file with.
     virtual void previewMissing(const std::string& what) = 0;
     virtual std::string previewUnknown() = 0;
+    /// The text that says which program of the system would show the file, and what it is a part of.
+    virtual std::string previewNeeds(const std::string& program, const std::string& suite) = 0;
 };
 
 /// Shows at most one file; what was shown before goes, and what is still at work for it is ended. Nothing

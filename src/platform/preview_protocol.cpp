@@ -17,14 +17,17 @@ bool isSide(int side) {
 
 std::string requestLine(const PreviewRequest& request) {
     return std::to_string(request.page) + " " + std::to_string(request.box.width) + " " +
-           std::to_string(request.box.height) + " " + std::to_string(request.scale) + "\n";
+           std::to_string(request.box.height) + " " + std::to_string(request.scale) +
+           (request.trimmed ? " 1\n" : " 0\n");
 }
 
 std::optional<PreviewRequest> requestOf(std::string_view line) {
     PreviewRequest request;
-    const int read = std::sscanf(std::string(line).c_str(), "%u %d %d %d", &request.page, &request.box.width,
-                                 &request.box.height, &request.scale);
-    const bool sound = read == 4 && isSide(request.box.width) && isSide(request.box.height) &&
+    int trimmed = 0;
+    const int read = std::sscanf(std::string(line).c_str(), "%u %d %d %d %d", &request.page,
+                                 &request.box.width, &request.box.height, &request.scale, &trimmed);
+    request.trimmed = trimmed == 1;
+    const bool sound = read == 5 && isSide(request.box.width) && isSide(request.box.height) &&
                        request.scale >= 100 && request.scale <= kMaxScale;
     return sound ? std::optional(request) : std::nullopt;
 }

@@ -31,6 +31,7 @@ struct PreviewRequest {
     std::uint32_t page = 0;
     PictureSize box;
     int scale = 1000;
+    bool trimmed = false;  ///< Of a picture: without what is of one colour around it.
 };
 std::string requestLine(const PreviewRequest& request);
 /// Nothing for a line that is none, or that asks for sizes below 1 or above the largest.

@@ -60,7 +60,9 @@ std::optional<PreviewViewer> previewViewerOf(std::string_view name) {
                 if (extensions.find(extension) != std::string_view::npos) return viewer;
             break;
         case PreviewKind::kPicture:
-            return PreviewViewer::kPicture;
+            if (extension == "/pcx/") return PreviewViewer::kPcx;
+            return extension == "/emf/" || extension == "/wmf/" ? PreviewViewer::kMetafile
+                                                                : PreviewViewer::kPicture;
         case PreviewKind::kMedia:
             return PreviewViewer::kMedia;
         case PreviewKind::kUnknown:
@@ -137,6 +139,12 @@ std::string Preview::previewFailed(const std::string& path, const std::string& e
 
 void Preview::previewMissing(const std::string& what) {
     log_.LogProtokoll("ERROR: Preview_ShowFile " + visible(what));
+}
+
+std::string Preview::previewNeeds(const std::string& program, const std::string& suite) {
+    return texts_.TL(9660,
+                     "Diese Datei kann nur mit '%1' aus %2 angezeigt werden. Das ist nicht installiert.",
+                     {program, suite});
 }
 
 std::string Preview::previewUnknown() {

@@ -62,6 +62,7 @@ class Preview final : private PreviewEvents {
     std::string previewFailed(const std::string& path, const std::string& error) override;
     void previewMissing(const std::string& what) override;
     std::string previewUnknown() override;
+    std::string previewNeeds(const std::string& program, const std::string& suite) override;
 
     PreviewHost& host_;
     const Texts& texts_;

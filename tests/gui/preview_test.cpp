@@ -69,6 +69,9 @@ struct PreviewPaneTest : testing::Test, PreviewEvents {
     }
     void previewMissing(const std::string& what) override { missing.push_back(what); }
     std::string previewUnknown() override { return "unknown"; }
+    std::string previewNeeds(const std::string& program, const std::string& suite) override {
+        return "needs " + program + " of " + suite;
+    }
 
     std::string path(const std::string& name) const { return dir.path() + "/" + name; }
     std::string file(const std::string& name, const std::string& content) const {
@@ -361,7 +364,7 @@ TEST_F(PreviewPaneTest, OfALongDocumentThePagesThatShowAreDrawn) {
 TEST_F(PreviewPaneTest, AnOfficeDocumentIsConvertedInAFolderThatGoes) {
     const std::string office = file("a.docx", "document");
     ASSERT_TRUE(show(V::kOffice, office));
-    EXPECT_EQ(text(), "unknown");
+    EXPECT_EQ(text(), "needs soffice of LibreOffice");
     EXPECT_EQ(missing, std::vector<std::string>{"soffice"});
     const std::string made = pdf("made.pdf", 1);
     script(commands.path() + "/soffice", "test \"$(cat document.docx)\" = document && mkdir out && cp " +
@@ -378,6 +381,40 @@ TEST_F(PreviewPaneTest, AnOfficeDocumentIsConvertedInAFolderThatGoes) {
     EXPECT_FALSE(fs::exists(home));
     script(commands.path() + "/soffice", "exit 1");
     ASSERT_TRUE(show(V::kOffice, office));
+    EXPECT_TRUE(failsSoon());
+}
+
+TEST_F(PreviewPaneTest, PicturesThatNeedAConverterAreShownByItOrNameIt) {
+    // Two red pixels: a header of 128 bytes, then a row of 2 in each of three planes.
+    std::string pcx("\x0A\5\1\x08\0\0\0\0\1\0\0\0\x48\0\x48\0", 16);
+    pcx += std::string(49, '\0') + std::string("\3\2\0\1\0", 5) + std::string(58, '\0');
+    pcx += std::string("\xC2\xFF\xC2\0\xC2\0", 6);
+    const std::tuple<V, const char*, const char*> kinds[] = {
+        {V::kPcx, "a.pcx", "needs pcxtoppm of Netpbm"},
+        {V::kMetafile, "a.emf", "needs soffice of LibreOffice"},
+        {V::kMetafile, "a.wmf", "needs soffice of LibreOffice"}};
+    for (const auto& [kind, name, needed] : kinds) {
+        ASSERT_TRUE(show(kind, file(name, pcx)));
+        EXPECT_EQ(text(), needed) << name;
+    }
+    QImage page(900, 900, QImage::Format_ARGB32);
+    page.fill(Qt::white);
+    for (const int x : {500, 501}) page.setPixelColor(x, 400, Qt::red);
+    const std::string made = path("made.png");
+    ASSERT_TRUE(page.save(QString::fromStdString(made)));
+    script(commands.path() + "/soffice",
+           "test \"$6\" = png && mkdir out && cp " + made + " out/document.png");
+    // The real one, where there is one; it writes this for the file above.
+    script(commands.path() + "/pcxtoppm",
+           "command -v pcxtoppm >/dev/null && exec pcxtoppm\n"
+           "cat > /dev/null; printf 'P6\\n2 1\\n255\\n\\377\\0\\0\\377\\0\\0'");
+    for (const auto& [kind, name, needed] : kinds) {
+        ASSERT_TRUE(show(kind, path(name)) && pictureSoon()) << name << text();
+        const QImage& shown = viewer<PictureView>()->image();
+        EXPECT_TRUE(shown.size() == QSize(2, 1) && shown.pixelColor(1, 0) == QColor(Qt::red)) << name;
+    }
+    script(commands.path() + "/pcxtoppm", "exit 1");
+    ASSERT_TRUE(show(V::kPcx, path("a.pcx")));
     EXPECT_TRUE(failsSoon());
 }
 

@@ -124,9 +124,13 @@ void PreviewArea::showOpened(PreviewViewer viewer) {
         case PreviewViewer::kPages:
             return showPages(std::exchange(file_, nullptr));
         case PreviewViewer::kOffice:
-            return showOffice();
+            return showOffice("pdf");
+        case PreviewViewer::kMetafile:
+            return showOffice("png");
+        case PreviewViewer::kPcx:
+            return showPcx();
         case PreviewViewer::kPicture:
-            return bring(picture_, "picVorschau").showFile(std::exchange(file_, nullptr));
+            return showPicture(std::exchange(file_, nullptr));
         case PreviewViewer::kMedia:
             return playMedia();
     }
@@ -173,14 +177,28 @@ void PreviewArea::showRichText() {
     showText();
 }
 
-void PreviewArea::showOffice() {
+void PreviewArea::showOffice(const std::string& format) {
     const std::string extension = lowerCase(xGetExtension(path_));
-    const auto done = [this](std::unique_ptr<OpenFile> pdf) {
-        if (pdf) return showPages(std::move(pdf));
-        fail({});
+    const auto done = [this, format](std::unique_ptr<OpenFile> converted) {
+        if (!converted) return fail({});
+        return format == "pdf" ? showPages(std::move(converted)) : showPicture(std::move(converted), true);
     };
     showNotice(parts_.texts.converting);
-    if (!converter_->office(*file_, extension, done)) missing("soffice");
+    if (!converter_->office(*file_, extension, format, done)) needs(kOfficeProgram);
+}
+
+void PreviewArea::showPcx() {
+    const auto done = [this](const std::string& pixels) {
+        std::string error;
+        auto picture = pixels.empty() ? nullptr : context_->tools.inMemory(pixels, error);
+        if (!picture) return fail(error);
+        showPicture(std::move(picture));
+    };
+    if (!converter_->pcx(*file_, done)) needs(kPcxProgram);
+}
+
+void PreviewArea::showPicture(std::unique_ptr<OpenFile> file, bool trimmed) {
+    bring(picture_, "picVorschau").showFile(std::move(file), trimmed);
 }
 
 void PreviewArea::showPages(std::unique_ptr<OpenFile> file) {
@@ -239,6 +257,11 @@ void PreviewArea::reportMissing(const std::string& what) {
 void PreviewArea::missing(const std::string& what) {
     reportMissing(what);
     showUnknown();
+}
+
+void PreviewArea::needs(const ConverterProgram& converter) {
+    reportMissing(converter.name);
+    if (events_ != nullptr) showNotice(events_->previewNeeds(converter.name, converter.suite));
 }
 
 void PreviewArea::showUnknown() {

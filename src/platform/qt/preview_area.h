@@ -51,7 +51,9 @@ class PreviewArea final : public QWidget, public PreviewPane {
     void showText();
     void showMarkup(const Head& page);
     void showRichText();
-    void showOffice();
+    void showOffice(const std::string& format);
+    void showPcx();
+    void showPicture(std::unique_ptr<OpenFile> file, bool trimmed = false);
     void showPages(std::unique_ptr<OpenFile> file);
     void playMedia();
     void startMedia();
@@ -61,6 +63,7 @@ class PreviewArea final : public QWidget, public PreviewPane {
     void fail(const std::string& error);
     void reportMissing(const std::string& what);
     void missing(const std::string& what);
+    void needs(const ConverterProgram& converter);
     void showUnknown();
     std::string noteIf(bool cut) const;
     std::optional<Head> head(std::size_t limit);

@@ -12,12 +12,13 @@ namespace hl {
 namespace {
 
 constexpr const char* kRichTextCommand = "unrtf";
-constexpr const char* kOfficeCommand = "soffice";
-constexpr std::chrono::milliseconds kRichTextTime{10'000}, kPageTime{10'000}, kOfficeTime{60'000};
+constexpr std::chrono::milliseconds kFilterTime{10'000}, kPageTime{10'000}, kOfficeTime{60'000};
 constexpr std::uint64_t kLargestDocument = 128U << 20;
 constexpr std::size_t kMostWords = 64U << 10;  // What a converter may say.
 
-constexpr ProcessLimits kRichTextLimits = {.memory = 512U << 20, .cpuSeconds = 10, .fileSize = 0};
+constexpr std::size_t kMostPixels = 128U << 20;  // Bytes of a picture, three to a pixel.
+
+constexpr ProcessLimits kFilterLimits = {.memory = 512U << 20, .cpuSeconds = 10, .fileSize = 0};
 constexpr ProcessLimits kOfficeLimits = {
     .memory = std::uint64_t{6} << 30, .cpuSeconds = 60, .fileSize = 256U << 20};
 
@@ -52,24 +53,34 @@ void PreviewConverter::start(const ProcessOrder& order, std::size_t limit, std::
     job_->setTime(time);
 }
 
-bool PreviewConverter::richText(const OpenFile& file, std::function<void(const std::string&)> done) {
+bool PreviewConverter::richText(const OpenFile& file, const Converted& done) {
+    // It names the pictures of a document on the disk otherwise.
+    return filter(kRichTextCommand, {"--html", "--nopict", "--quiet"}, file, kMostMarkup, done);
+}
+
+bool PreviewConverter::pcx(const OpenFile& file, const Converted& done) {
+    return filter(kPcxProgram.name, {}, file, kMostPixels, done);
+}
+
+// The program reads the file from standard input and writes, at most `limit` bytes, to standard output.
+bool PreviewConverter::filter(const char* program, const std::vector<std::string>& arguments,
+                              const OpenFile& file, std::size_t limit, const Converted& done) {
     clear();
-    const std::string command = context_.tools.command(kRichTextCommand);
+    const std::string command = context_.tools.command(program);
     if (command.empty()) return false;
     std::string error;
     const auto input = context_.tools.again(file, error);
     if (!input) return fail(error), true;
-    // It names the pictures of a document on the disk otherwise.
     start({.program = command,
-           .arguments = {"--html", "--nopict", "--quiet"},
+           .arguments = arguments,
            .input = input.get(),
            .inputIsStandard = true,
-           .limits = kRichTextLimits,
+           .limits = kFilterLimits,
            .foreign = true},
-          kMostMarkup, kRichTextTime, [this, done = std::move(done)](bool well) {
-              const std::string markup = well ? job_->output() : std::string();
+          limit, kFilterTime, [this, done](bool well) {
+              const std::string output = well ? std::move(job_->output()) : std::string();
               clear();
-              done(markup);
+              done(output);
           });
     return true;
 }
@@ -103,10 +114,10 @@ bool PreviewConverter::prepare(const OpenFile& file, const std::string& document
     return code == 0;
 }
 
-bool PreviewConverter::office(const OpenFile& file, const std::string& extension,
+bool PreviewConverter::office(const OpenFile& file, const std::string& extension, const std::string& format,
                               const std::function<void(std::unique_ptr<OpenFile>)>& done) {
     clear();
-    const std::string command = context_.tools.command(kOfficeCommand);
+    const std::string command = context_.tools.command(kOfficeProgram.name);
     if (command.empty()) return false;
     const std::string document = "document." + extension;
     std::string error;
@@ -114,17 +125,17 @@ bool PreviewConverter::office(const OpenFile& file, const std::string& extension
     const std::string& home = folder_->path();
     start({.program = command,
            .arguments = {"-env:UserInstallation=" + fileUrl(home + "/profile"), "--headless", "--norestore",
-                         "--nolockcheck", "--convert-to", "pdf", "--outdir", home + "/out",
+                         "--nolockcheck", "--convert-to", format, "--outdir", home + "/out",
                          home + "/" + document},
            .home = folder_.get(),
            .limits = kOfficeLimits,
            .foreign = true},
-          kMostWords, kOfficeTime, [this, done](bool) {
+          kMostWords, kOfficeTime, [this, done, format](bool) {
               // Its status says little: what counts is the file.
               std::string none;
-              auto pdf = context_.tools.open(folder_->path() + "/out/document.pdf", none);
+              auto converted = context_.tools.open(folder_->path() + "/out/document." + format, none);
               clear();
-              done(std::move(pdf));
+              done(std::move(converted));
           });
     return true;
 }

@@ -11,8 +11,18 @@
 
 namespace hl {
 
+/// A command of the system, and the collection that has it.
+struct ConverterProgram {
+    const char* name;
+    const char* suite;
+};
+inline constexpr ConverterProgram kOfficeProgram = {"soffice", "LibreOffice"};
+inline constexpr ConverterProgram kPcxProgram = {"pcxtoppm", "Netpbm"};
+
 class PreviewConverter {
   public:
+    using Converted = std::function<void(const std::string& output)>;
+
     explicit PreviewConverter(const PreviewContext& context) : context_(context) {}
     ~PreviewConverter() { clear(); }
     PreviewConverter(const PreviewConverter&) = delete;
@@ -22,10 +32,13 @@ class PreviewConverter {
     // file, before they return; `done` is not called then.
 
     /// Rich text as a page of the web; empty if nothing came of it.
-    bool richText(const OpenFile& file, std::function<void(const std::string& markup)> done);
-    /// An office document as a PDF; null if nothing came of it. `extension` is plain letters.
-    bool office(const OpenFile& file, const std::string& extension,
-                const std::function<void(std::unique_ptr<OpenFile> pdf)>& done);
+    bool richText(const OpenFile& file, const Converted& done);
+    /// A PCX picture as one that the picture's helper reads; empty if nothing came of it.
+    bool pcx(const OpenFile& file, const Converted& done);
+    /// What the office reads, as a "pdf" or a "png"; null if nothing came of it. `extension` is plain
+    /// letters.
+    bool office(const OpenFile& file, const std::string& extension, const std::string& format,
+                const std::function<void(std::unique_ptr<OpenFile> converted)>& done);
     /// Has a helper lay out a page of the web: whether that ends, soon and well.
     bool tryPage(const std::string& markup, std::function<void(bool well)> done);
     /// Ends what is at work.
@@ -34,6 +47,8 @@ class PreviewConverter {
   private:
     void start(const ProcessOrder& order, std::size_t limit, std::chrono::milliseconds time,
                std::function<void(bool well)> onEnd);
+    bool filter(const char* program, const std::vector<std::string>& arguments, const OpenFile& file,
+                std::size_t limit, const Converted& done);
     void fail(const std::string& error);
     bool prepare(const OpenFile& file, const std::string& document, std::string& error);
 

@@ -20,7 +20,7 @@ namespace {
 constexpr int kMostMegabytes = 512;
 // An SVG can name other files and hold whole documents; it is no picture for this purpose.
 constexpr std::array kFormats = {"bmp", "gif", "ico",  "cur",  "jpeg", "jpg",
-                                 "png", "tif", "tiff", "webp", "tga"};
+                                 "png", "tif", "tiff", "webp", "tga",  "ppm"};
 
 bool isKnown(const QByteArray& format) {
     return std::ranges::any_of(kFormats, [&](const char* one) { return format == one; });
@@ -45,6 +45,16 @@ bool turnsSides(const QImageReader& reader) {
 bool isTooLarge(QSize size) {
     constexpr qint64 kPixelBytes = 4, kMegabyte = 1 << 20;
     return qint64{size.width()} * size.height() > kMostMegabytes * kMegabyte / kPixelBytes;
+}
+
+// The office puts a drawing on a whole page.
+QImage withoutMargins(const QImage& image) {
+    const QRgb paper = image.pixel(0, 0);
+    QRect drawing;
+    for (int y = 0; y < image.height(); ++y)
+        for (int x = 0; x < image.width(); ++x)
+            if (image.pixel(x, y) != paper) drawing |= QRect(x, y, 1, 1);
+    return drawing.isEmpty() ? image : image.copy(drawing);
 }
 
 // A picture of few pixels is not made larger here: whoever paints it does that.
@@ -111,7 +121,7 @@ DecodedPicture decodePicture(QIODevice& file, const PreviewRequest& request) {
     reader.setAutoTransform(true);
     if (!reader.canRead() || !isKnown(reader.format())) return {};
     chooseLargest(reader);
-    QSize size = reader.size();
+    QSize size = request.trimmed ? QSize() : reader.size();  // Only its pixels tell.
     if (turnsSides(reader)) size.transpose();
     PictureSize drawn, pixels;
     if (!size.isEmpty()) {
@@ -125,6 +135,7 @@ DecodedPicture decodePicture(QIODevice& file, const PreviewRequest& request) {
     QImage image = reader.read();
     // What a decoder says of a picture that it finds no room for would mislead.
     if (image.isNull()) return {{}, {}, isTooLarge(size) ? std::string() : utf8(reader.errorString())};
+    if (request.trimmed) image = withoutMargins(image);
     if (size.isEmpty()) {
         const PictureSize source{image.width(), image.height()};
         drawn = ZoomPicture(source, request.box, false).drawn;

@@ -33,8 +33,9 @@ PictureView::~PictureView() {
     PreviewJob::drop(job_);
 }
 
-void PictureView::showFile(std::unique_ptr<OpenFile> file) {
+void PictureView::showFile(std::unique_ptr<OpenFile> file, bool trimmed) {
     clear();
+    trimmed_ = trimmed;
     file_ = std::move(file);
     request();
 }
@@ -57,7 +58,8 @@ void PictureView::request() {
     job_->onOutput = [this] { answer(); };
     job_->onEnd = [this](bool) { fail({}); };
     const PreviewRequest wanted{.box = {side(width()), side(height())},
-                                .scale = static_cast<int>(std::lround(devicePixelRatioF() * 1000))};
+                                .scale = static_cast<int>(std::lround(devicePixelRatioF() * 1000)),
+                                .trimmed = trimmed_};
     job_->send(requestLine(wanted));
 }
 

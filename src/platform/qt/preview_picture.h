@@ -16,7 +16,8 @@ class PictureView final : public QWidget {
     PictureView(const PreviewContext& context, QWidget* parent);
     ~PictureView() override;
 
-    void showFile(std::unique_ptr<OpenFile> file);
+    /// `trimmed`: without what is of one colour around it.
+    void showFile(std::unique_ptr<OpenFile> file, bool trimmed);
     void clear();
     /// Null until it is decoded.
     const QImage& image() const { return image_; }
@@ -32,6 +33,7 @@ class PictureView final : public QWidget {
 
     const PreviewContext& context_;
     std::unique_ptr<OpenFile> file_;
+    bool trimmed_ = false;
     PreviewJob* job_ = nullptr;
     QTimer settle_;  ///< Runs while the size still changes.
     QImage image_;

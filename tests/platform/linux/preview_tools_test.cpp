@@ -172,10 +172,12 @@ TEST(PreviewProtocol, AnswersThatMakeNoSenseAreRefused) {
 }
 
 TEST(PreviewProtocol, RequestsComeBackAsTheyWere) {
-    const auto back = requestOf(requestLine({.page = 4999, .box = {800, 600}, .scale = 2000}));
+    const auto back =
+        requestOf(requestLine({.page = 4999, .box = {800, 600}, .scale = 2000, .trimmed = true}));
     ASSERT_TRUE(back);
-    EXPECT_TRUE(back->page == 4999 && back->box == (PictureSize{800, 600}) && back->scale == 2000);
-    for (const char* line : {"", "1 2 3", "0 0 5 1000", "0 5 99999 1000", "0 5 5 0", "x"})
+    EXPECT_TRUE(back->page == 4999 && back->box == (PictureSize{800, 600}) && back->scale == 2000 &&
+                back->trimmed);
+    for (const char* line : {"", "1 2 3 1000", "0 0 5 1000 0", "0 5 99999 1000 0", "0 5 5 0 0", "x"})
         EXPECT_FALSE(requestOf(line)) << line;
 }
 
