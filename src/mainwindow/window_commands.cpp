@@ -256,7 +256,6 @@ void WindowForm::Report_SaveToFile() {
                                   services_.diagnostics, state_, services_.pump, services_.paths, this});
     Form form = frmSave.form();
     window_->showForm(form);
-    setBusyPointer(false);
 }
 
 void WindowForm::Report_print() {
@@ -265,7 +264,6 @@ void WindowForm::Report_print() {
                         services_.pump, *window_});
     Form form = frmPrint.form();
     window_->showForm(form);
-    setBusyPointer(false);
 }
 
 std::string WindowForm::askSavePath(const SaveQuestion& question) {

@@ -1,6 +1,8 @@
 // Parts: the queue; one source; the lock of the window.
 #include "scan/driver.h"
 
+#include <optional>
+
 #include "base/scope_exit.h"
 #include "base/size_text.h"
 #include "base/text.h"
@@ -149,23 +151,25 @@ void Ordnerliste_Abarbeiten(ScanContext& scan) {
     guarded(scan.diagnostics, "Ordnerliste_Abarbeiten", kModul, [&] {
         // A Stop of what came before, a list of files say, is none here.
         scan.state.CancelState = kCancelNone;
-        scan.host.setBusyPointer(true);
+        std::optional<BusyPointer<ScanHost>> busy(std::in_place, scan.host);
         bool done = false;
-        DisableControls(scan, false);
         {
             // However the run ends: a window that stays locked could not even be closed.
             const ScopeExit unlock([&] {
                 scan.state.CancelState = kCancelNone;
-                if (!done) scan.state.SourceQueue.clear();
                 EnableControls(scan);
+                if (done) return;
+                scan.state.SourceQueue.clear();
+                scan.host.statusAfterRun({});
             });
+            DisableControls(scan, false);
             scan.host.statusOfRun();
             workThroughQueue(scan);
             done = true;
         }
         scan.host.listsFilled();
         scan.host.showFileStat();
-        scan.host.setBusyPointer(false);
+        busy.reset();
         scan.host.statusAfterRun(scan.texts.TL(3525, "OK."));
     });
 }

@@ -1,5 +1,6 @@
 // Reading one folder of the report again: Report_Rescan of driver.h.
 #include <cmath>
+#include <optional>
 
 #include "base/scope_exit.h"
 #include "robustness/trap.h"
@@ -109,25 +110,31 @@ void makeCurrent(Grid& report, std::size_t formerIndex, const std::string& forme
 
 void rescanCurrent(ScanContext& scan, bool recursive) {
     Grid& report = scan.tvwPL;
-    scan.host.setBusyPointer(true);
+    std::optional<BusyPointer<ScanHost>> busy(std::in_place, scan.host);
     scan.host.showFilesOf("");
     scan.host.refreshPreview();
-    DisableControls(scan, false);
-    Row row = report.currentRow();
-    if (report.number(row, kIsFolder) == 0 && report.parent(row) != kNoRow) row = report.parent(row);
-    const std::size_t formerIndex = report.indexOf(report.currentRow());
-    const std::string formerText(report.text(row));
+    Row row = kNoRow;
+    std::size_t formerIndex = 0;
+    std::string formerText;
+    bool done = false;
     {
         const ScopeExit unlock([&] {
             scan.state.CancelState = kCancelNone;  // A Stop of this reading is none for what comes next.
             EnableControls(scan);
+            if (!done) scan.host.statusAfterRun({});
         });
+        DisableControls(scan, false);
+        row = report.currentRow();
+        if (report.number(row, kIsFolder) == 0 && report.parent(row) != kNoRow) row = report.parent(row);
+        formerIndex = report.indexOf(report.currentRow());
+        formerText = report.text(row);
         scan.host.statusOfRun();
         report.setCurrentRow(row);
         readAgain(scan, row, recursive);
         scan.host.refreshDriveOf(row);
+        done = true;
     }
-    scan.host.setBusyPointer(false);
+    busy.reset();
     makeCurrent(report, formerIndex, formerText, row);
     scan.host.reportResizeColumns();
     scan.host.statusAfterRun(scan.texts.TL(3525, "OK."));

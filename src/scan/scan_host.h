@@ -55,16 +55,18 @@ class ScanHost {
     virtual void clearStatus() = 0;
 };
 
-/// The hourglass for as long as it lives, also where a fault ends a routine.
+/// The hourglass for as long as it lives, also where a fault ends a routine: nobody else shows it. `Host` is
+/// what shows it.
+template <class Host>
 class BusyPointer {
   public:
-    explicit BusyPointer(ScanHost& host) : host_(host) { host_.setBusyPointer(true); }
+    explicit BusyPointer(Host& host) : host_(host) { host_.setBusyPointer(true); }
     ~BusyPointer() { host_.setBusyPointer(false); }
     BusyPointer(const BusyPointer&) = delete;
     BusyPointer& operator=(const BusyPointer&) = delete;
 
   private:
-    ScanHost& host_;
+    Host& host_;
 };
 
 }  // namespace hl

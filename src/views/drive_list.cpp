@@ -17,6 +17,7 @@
 #include "platform/icons.h"
 #include "platform/window.h"
 #include "robustness/api_error_text.h"
+#include "scan/scan_host.h"
 #include "robustness/trap.h"
 #include "views/column_masks.h"
 
@@ -169,7 +170,7 @@ const Drive* driveOfPath(std::string_view path, const std::vector<Drive>& drives
 // Nothing in here waits for a drive, so the window lives without a pause to yield in.
 void DriveList::Drives_GetAllDrives() {
     guarded(services_.diagnostics, "Drives_GetAllDrives", kModule, [&] {
-        services_.host.setBusyPointer(true);
+        const BusyPointer busy(services_.host);
         {
             const NoRedraw off(services_.lvwDiskinfo);
             waiting_->clear();
@@ -181,7 +182,6 @@ void DriveList::Drives_GetAllDrives() {
         services_.host.Drives_ResizeTableHeight();
         Drives_Resize_Columns(false);
     });
-    services_.host.setBusyPointer(false);
 }
 
 void DriveList::addDriveRow(std::string_view text, const Drive& drive) {

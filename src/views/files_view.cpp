@@ -71,12 +71,9 @@ void FilesView::empty() {
 }
 
 void FilesView::listLocked(const std::string& folder) {
+    const BusyPointer busy(parts_.scan.host);
     DisableControls(parts_.scan, false);
-    parts_.scan.host.setBusyPointer(true);
-    const ScopeExit unlock([&] {
-        EnableControls(parts_.scan);
-        parts_.scan.host.setBusyPointer(false);
-    });
+    const ScopeExit unlock([&] { EnableControls(parts_.scan); });
     list(folder);
 }
 

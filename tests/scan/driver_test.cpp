@@ -66,6 +66,13 @@ TEST_F(Driver, LocksTheWindowWhileItReadsAndShowsNeitherListsNorFilesOfASilentRu
     EXPECT_EQ(roots(), (Lines{"/a 3 2/1", "/a 3 2/1"}));
 }
 
+TEST_F(Driver, LeavesTheWindowFreeAfterAFaultThatNoInnerTrapCatches) {
+    pump.onPump = [] { throw std::runtime_error("no"); };
+    readSources({"/a/"});
+    EXPECT_EQ(host.calls, (Lines{"busy", "+lock", "+unlock", "status ", "not busy"}));
+    EXPECT_FALSE(state.ScanActive);
+}
+
 TEST_F(Driver, LogsTheFiguresOfEachSource) {
     numbers = {".", ","};
     disk.sources = {folder("/a", {file("x", 1234567), with(folder("b"), &Item::error, 13)}),

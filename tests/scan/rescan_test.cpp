@@ -135,6 +135,14 @@ TEST_F(Rescan, LocksTheWindowFillsTheListsFromTheFolderAloneAndReadsWhatWasQueue
     EXPECT_TRUE(state.SourceQueue.empty() && !state.ScanActive);
 }
 
+TEST_F(Rescan, LeavesTheWindowFreeAfterAFaultThatNoInnerTrapCatches) {
+    pump.onPump = [] { throw std::runtime_error("no"); };
+    rescan("e");
+    EXPECT_EQ(host.calls,
+              (Lines{"busy", "files of ''", "preview", "+lock", "+unlock", "status ", "not busy"}));
+    EXPECT_FALSE(state.ScanActive);
+}
+
 // The folder's own sum is corrected once, those above twice, which may turn them negative.
 TEST_F(Rescan, OfFilesAloneCorrectsTheRowsAboveTwice) {
     // What takes the place of a file of 40 bytes, and the rows then.
