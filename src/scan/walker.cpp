@@ -41,6 +41,12 @@ std::string linkKey(const Entry& entry) {
     return key;
 }
 
+// All rows below a folder share its grey.
+void shade(ScanContext& scan, Row row) {
+    if (scan.options.FolderColorFade != 1) return;
+    scan.tvwPL.setBackColor(row, greyOf(scan.tvwPL.level(scan.tvwPL.parent(row))));
+}
+
 class FolderWalk {
   public:
     /// `levelsAbove`: of the row that the folder is read into.
@@ -235,7 +241,7 @@ Row FolderWalk::addFolderRow(std::string_view name, std::uint32_t tag, std::stri
     Grid& report = scan_.tvwPL;
     const Row parent = levels_.back().row;
     const Row row = report.addRow(parent, name);
-    if (scan_.options.FolderColorFade == 1) report.setBackColor(row, greyOf(report.level(parent)));
+    shade(scan_, row);
     scan_.state.DeepestLevel = std::max(scan_.state.DeepestLevel, report.level(row));
     report.setNumber(row, kIsFolder, 1);
     Report_ShowFolderKind(report, row, tag, target);
@@ -321,6 +327,7 @@ void FolderWalk::addFilesRow(const Level& level) {
     const Row row = report.addRow(level.row, filesText_);
     Report_SetNodeSizeAndFilecount(report, row, level.filesSize, level.filesCount);
     report.setPicture(row, kPictureFilesRow);
+    shade(scan_, row);
 }
 
 }  // namespace
@@ -363,6 +370,7 @@ void Report_ScanFilesOnly(ScanContext& scan, const std::string& path, Row row, S
         const Row files = scan.tvwPL.addRow(row, scan.texts.TL(3514, "Dateien"));
         Report_SetNodeSizeAndFilecount(scan.tvwPL, files, totals.size, totals.files);
         scan.tvwPL.setPicture(files, kPictureFilesRow);
+        shade(scan, files);
     });
 }
 

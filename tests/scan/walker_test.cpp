@@ -86,7 +86,8 @@ TEST_F(Walk, DarkensEachLevelByOneStepDownToTheLastGreyAndKeepsTheDeepestLevel) 
          {std::pair(1U, 0xF9F9F9U), {2, 0xF3F3F3}, {42, 0x030303}, {43, 0x030303}})
         EXPECT_EQ(report.backColor(report.rowAt(level)), color) << level;
     EXPECT_EQ(report.backColor(report.rowAt(0)), std::nullopt);
-    walk({folder("b")});
+    walk({folder("b", {file("x", 1), folder("c")})});
+    for (const Row row : {rowOf("c"), rowOf("Dateien")}) EXPECT_EQ(report.backColor(row), 0xF3F3F3U);
     EXPECT_EQ(state.DeepestLevel, 45U) << "it is never lowered";
 }
 
