@@ -37,6 +37,7 @@ struct DriveSpace {
     std::uint64_t total = 0;
     std::uint64_t free = 0;  ///< For this user.
     std::uint64_t clusterSize = 0;
+    std::uint64_t reserved = 0;  ///< Neither used nor free for this user.
 };
 
 /// Nothing for a drive that does not answer.

@@ -4,7 +4,6 @@
 #include <array>
 #include <cerrno>
 #include <cmath>
-#include <limits>
 #include <optional>
 #include <utility>
 
@@ -193,7 +192,7 @@ void DriveList::addDriveRow(std::string_view text, const Drive& drive) {
     grid.setCellText(row, kDriveFileSystem, drive.fileSystem);
     grid.setCellText(row, kDriveType, xGetDriveTypeString(drive.type, services_.texts));
     grid.setPicture(row, drivePicture(drive.type));
-    Drives_AddSizeValues(row, 0, 0, 0);
+    Drives_AddSizeValues(row, {});
     Drives_GetDriveFreeSpace(drive, row);
 }
 
@@ -241,7 +240,7 @@ void DriveList::Drives_SaveNetworkFolders() {
 void DriveList::Drives_GetDriveFreeSpace(const Drive& drive, Row row) {
     if (drive.type == DriveType::kNoRoot) {  // There is nobody to ask.
         waiting_->erase(row);
-        return Drives_AddSizeValues(row, 0, 0, 0);
+        return Drives_AddSizeValues(row, {});
     }
     const std::uint64_t question = ++lastQuestion_;
     waiting_->insert_or_assign(row, question);
@@ -260,28 +259,26 @@ void DriveList::answer(Row row, const DriveAnswer& space) {
     guarded(services_.diagnostics, "Drives_GetDriveFreeSpace", kModule, [&] {
         constexpr auto kLimit = static_cast<std::uint64_t>(SizeValue::kMaxBytes);
         if (!space) services_.lvwDiskinfo.setCellText(row, kDriveLabel, "");
-        if (!space || std::max({space->total, space->free, space->clusterSize}) > kLimit)
-            Drives_AddSizeValues(row, 0, 0, 0);
-        else
-            Drives_AddSizeValues(row, space->total, space->free, space->clusterSize);
+        const bool known = space && std::max({space->total, space->free, space->clusterSize}) <= kLimit;
+        Drives_AddSizeValues(row, known ? *space : DriveSpace());
     });
 }
 
-void DriveList::Drives_AddSizeValues(Row row, std::uint64_t total, std::uint64_t free,
-                                     std::uint64_t clusterSize) {
+void DriveList::Drives_AddSizeValues(Row row, const DriveSpace& space) {
     Grid& grid = services_.lvwDiskinfo;
-    const auto totalBytes = static_cast<double>(total);
-    const double freeBytes = total == 0 ? 0 : static_cast<double>(free);
-    setSizes(grid, row, kBsize, totalBytes - freeBytes);
-    setSizes(grid, row, kFsize, freeBytes);
-    setSizes(grid, row, kGsize, totalBytes);
-    const double percent =
-        total == 0 ? std::numeric_limits<double>::quiet_NaN() : std::nearbyint(freeBytes / totalBytes * 100);
-    grid.setNumber(row, kFsizeP, percent);
-    grid.setNumber(row, kBsizeP, 100 - percent);
-    grid.setCellText(
-        row, kDriveCluster,
-        clusterSize == 0 ? "" : FormatSizeAuto(SizeValue::fromBytes(clusterSize), true, services_.numbers));
+    const auto total = static_cast<double>(space.total);
+    const double free = space.total == 0 ? 0 : static_cast<double>(space.free);
+    const double used = std::max(0.0, total - free - static_cast<double>(space.reserved));
+    setSizes(grid, row, kBsize, used);
+    setSizes(grid, row, kFsize, free);
+    setSizes(grid, row, kGsize, total);
+    // Of a total of 0 neither is a number, and no bar is drawn.
+    grid.setNumber(row, kFsizeP, std::nearbyint(free * 100 / total));
+    grid.setNumber(row, kBsizeP, std::nearbyint(used * 100 / total));
+    grid.setCellText(row, kDriveCluster,
+                     space.clusterSize == 0
+                         ? ""
+                         : FormatSizeAuto(SizeValue::fromBytes(space.clusterSize), true, services_.numbers));
 }
 
 void DriveList::takeAnswers() {

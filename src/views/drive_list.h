@@ -127,7 +127,7 @@ class DriveList {
     /// Asks for the sizes of a row. Its answer reaches it through takeAnswers.
     void Drives_GetDriveFreeSpace(const Drive& drive, Row row);
     /// Fills the cells of a row; 0 as the total empties them.
-    void Drives_AddSizeValues(Row row, std::uint64_t total, std::uint64_t free, std::uint64_t clusterSize);
+    void Drives_AddSizeValues(Row row, const DriveSpace& space);
     /// Adds a row for a share; asks the user for it if `path` is empty. What is no UNC text adds nothing.
     void Drives_AddUNCpath(std::string path);
     void Drives_LoadSavedNetworkFolders();

@@ -143,6 +143,7 @@ TEST_F(DriveListTest, ShowsSizesOfAllMagnitudes) {
     const std::pair<DriveSpace, const char*> cases[] = {
         {{1000, 0, 512}, "1,000||0%|1,000|100%|512 Bytes"},  // Full: a bar, though no size.
         {{1000, 375, 0}, "1,000|375|38%|625|62%|"},          // Halves to the even one.
+        {{1000, 375, 0, 50}, "1,000|375|38%|575|58%|"},      // The rest is reserved.
         {{kMost, 1, 0}, "922,337,203,685,477|1|0%|922,337,203,685,476|100%|"},
         {{kMost + 1, 1, 4096}, "|||||"},
         {{0, 5, 4096}, "|||||4.00 KB"}};

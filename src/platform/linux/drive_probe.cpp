@@ -45,7 +45,9 @@ DriveAnswer spaceAt(const std::string& path) {
     } while (result != 0 && errno == EINTR);
     if (result != 0) return std::nullopt;
     const std::uint64_t cluster = facts.f_frsize != 0 ? facts.f_frsize : facts.f_bsize;
-    return DriveSpace{product(facts.f_blocks, cluster), product(facts.f_bavail, cluster), cluster};
+    const auto reserved = facts.f_bfree - std::min(facts.f_bfree, facts.f_bavail);
+    return DriveSpace{product(facts.f_blocks, cluster), product(facts.f_bavail, cluster), cluster,
+                      product(reserved, cluster)};
 }
 
 /// What helpers and the logic both touch. All of it under the mutex but for what never changes.
