@@ -81,6 +81,15 @@ std::string_view unitOf(int mode) {
     return unitRow(mode).name;
 }
 
+bool isBelowLastDigit(int mode, SizeValue value, int decimals) {
+    const std::int64_t halves = value.bytes() * (decimals == 0 ? 2 : 200);
+    return mode != kModeBytes && value.bytes() > 0 && halves < divisorOf(mode);
+}
+
+std::string belowLastDigit(int decimals, const NumberFormat& format) {
+    return "< " + formatNumber(decimals == 0 ? 1 : 0.01, {.grouped = true, .decimals = decimals}, format);
+}
+
 std::string FormatSizeForMode(int mode, SizeValue value, bool withUnit, bool shortBytes,
                               const NumberFormat& format) {
     const bool dynamic = mode == kModeDynamic;

@@ -31,6 +31,11 @@ std::string_view unitOf(int mode);
 std::string FormatSizeForMode(int mode, SizeValue value, bool withUnit, bool shortBytes,
                               const NumberFormat& format);
 
+/// Whether a size above 0 is less than half of the last digit that a unit shows with 0 or 2 decimals.
+bool isBelowLastDigit(int mode, SizeValue value, int decimals);
+/// What views show for it: "< 0.01", or "< 1" without decimals. No unit.
+std::string belowLastDigit(int decimals, const NumberFormat& format);
+
 /// A size in the unit that fits it, terabytes included; the unit only with `withUnit`.
 std::string FormatSizeAuto(SizeValue value, bool withUnit, const NumberFormat& format);
 

@@ -2,7 +2,8 @@
 //
 // A mask without asterisks is a choice of three texts: "more;less;none;" reads as the first for a number
 // above 0, as the second for one below, as the third for 0. A number without a mask is written as it is. A
-// date of 0 is "not set" and shows nothing; one before 1970 is a date like any other.
+// date of 0 is "not set" and shows nothing; one before 1970 is a date like any other. A size that is too
+// small for the digits of its unit reads as "< 0.01".
 #pragma once
 
 #include <optional>
@@ -25,6 +26,7 @@ class ColumnText {
     std::string of(Row row) const;
 
   private:
+    bool showsBelowLastDigit(Row row) const;
     std::string ofNumber(double value) const;
 
     const Grid& grid_;
@@ -32,6 +34,9 @@ class ColumnText {
     const NumberFormat& numbers_;
     CellId cell_;
     std::optional<Mask> mask_;
+    // Of a size in a unit: which, and the cell of its bytes. Of any other column: 0 and kNoCell.
+    int mode_ = 0;
+    CellId bytes_ = kNoCell;
 };
 
 }  // namespace hl

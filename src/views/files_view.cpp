@@ -100,8 +100,10 @@ std::string FilesView::pathOf(Row row) const {
 // Empty where no folder is listed.
 std::string FilesView::total() const {
     if (parts_.scan.state.currentFolder.empty()) return {};
+    const NumberFormat& numbers = parts_.scan.numbers;
     const std::string size =
-        List_Files_FormatSize(parts_.options, FilesTotalSize_, true, false, true, parts_.scan.numbers);
+        orBelowLastDigit(List_Files_FormatSize(parts_.options, FilesTotalSize_, true, false, true, numbers),
+                         parts_.options.FileSizeFormatFiles, FilesTotalSize_, numbers);
     return parts_.scan.texts.TL(9523, "%1 Datei(en) mit insgesamt %2", {grid_.rowCount(), size});
 }
 

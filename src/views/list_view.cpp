@@ -7,6 +7,7 @@
 #include "base/size_text.h"
 #include "base/text.h"
 #include "grid/no_redraw.h"
+#include "views/size_display.h"
 
 namespace hl {
 
@@ -282,7 +283,9 @@ std::string ListView::selectedFiles() const {
     const int mode = parts_.options.*traits_.sizeMode;
     return parts_.scan.texts.TL(
         9521, "%1 ausgewählte Datei(en) mit %2",
-        {grid_.selectedCount(), FormatSizeForMode(mode, sum, true, false, parts_.scan.numbers)});
+        {grid_.selectedCount(),
+         orBelowLastDigit(FormatSizeForMode(mode, sum, true, false, parts_.scan.numbers), mode, sum,
+                          parts_.scan.numbers)});
 }
 
 void ListView::ShowFileStat() {

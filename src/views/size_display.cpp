@@ -67,6 +67,11 @@ void List_Hardlinks_Set_SizeFormat(Grid& grid, const Options& options, const Tex
                     options.SizeFormatNachkommastellenHardlinks != 0, texts);
 }
 
+std::string orBelowLastDigit(std::string text, int mode, SizeValue value, const NumberFormat& format) {
+    if (!isBelowLastDigit(mode, value, 2)) return text;
+    return belowLastDigit(2, format).append(" ").append(unitOf(mode));
+}
+
 std::string List_Files_FormatSize(const Options& options, SizeValue value, bool withUnit, bool pad,
                                   bool withBytesUnit, const NumberFormat& format) {
     return formatViewSize(options.FileSizeFormatFiles, value, withUnit, pad, withBytesUnit, format);

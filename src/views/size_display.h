@@ -21,6 +21,9 @@ void List_Files_Set_SizeFormat(Grid& grid, const Options& options, const Texts& 
 void List_TOP_Set_SizeFormat(Grid& grid, const Options& options, const Texts& texts);
 void List_Hardlinks_Set_SizeFormat(Grid& grid, const Options& options, const Texts& texts);
 
+/// `text`, which shows a size in a unit with two decimals, or "< 0.01 MB" where they would not tell it.
+std::string orBelowLastDigit(std::string text, int mode, SizeValue value, const NumberFormat& format);
+
 /// A size as text in the list's mode, with two decimals unless in bytes. The arguments are those of
 /// formatViewSize (base/size_text.h).
 std::string List_Files_FormatSize(const Options& options, SizeValue value, bool withUnit, bool pad,

@@ -5,6 +5,7 @@
 #include "scan/records.h"
 #include "support/environment.h"
 #include "support/test_texts.h"
+#include "views/drive_list.h"
 #include "views/list_columns.h"
 #include "views/report_columns.h"
 #include "views/size_display.h"
@@ -42,6 +43,30 @@ TEST_F(CellText, OfTheReportFollowsTheUnit) {
         Report_Set_SizeFormat(grid, options, texts.texts);
         EXPECT_EQ(of(grid, row, kReportSize) + " " + of(grid, row, kReportPercent), text);
     }
+}
+
+TEST_F(CellText, OfASizeTooSmallForItsUnitSaysSo) {
+    Grid grid(kFolderCells), drives(kDriveCells);
+    Init_Tree(grid, options, texts.texts);
+    Init_DiskInfo(drives, texts.texts);
+    const Row row = grid.addRow(kNoRow, "a"), drive = drives.addRow(kNoRow, "/");
+    // In KB; half of a hundredth of it is 5.12 bytes. 508 bytes are less than half of one.
+    const std::tuple<int, const char*, const char*> cases[] = {
+        {0, "", ""}, {5, "< 0,01", "< 1"}, {6, "0,01", "< 1"}, {508, "0,50", "< 1"}, {512, "0,50", "1"}};
+    for (const auto& [bytes, withDecimals, without] : cases)
+        for (const Flag decimals : {Flag{1}, Flag{0}}) {
+            const std::string text = decimals == 1 ? withDecimals : without;
+            options.FileSizeFormat = 1;
+            options.SizeFormatNachkommastellenFolders = decimals;
+            Report_Set_SizeFormat(grid, options, texts.texts);
+            grid.setNumber(row, kSize, bytes);
+            EXPECT_EQ(of(grid, row, kReportSize), text) << bytes;
+            drives.changeColumn(kDriveListFree).key = "FsizeK";
+            drives.changeColumn(kDriveListFree).mask = decimals == 1 ? "*0.00* KB;;;" : "*0* KB;;;";
+            drives.setNumber(drive, kFsize, bytes);
+            drives.setNumber(drive, drives.cell("FsizeK"), bytes / 1024.0);
+            EXPECT_EQ(of(drives, drive, kDriveListFree), text.empty() ? "" : text + " KB") << bytes;
+        }
 }
 
 TEST_F(CellText, OfADateIsLocalTimeAndEmptyWhereThereIsNone) {
