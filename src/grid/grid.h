@@ -149,8 +149,8 @@ class Grid {
     LevelSort& levelSort(std::uint32_t level) {
         return sorts_[std::min<std::size_t>(level, kSortLevels - 1)];
     }
-    /// Sorts each level from 0 to `deepest` once, by its setting. Rows stay with their parents, and rows with
-    /// equal keys stay in the order they had. `between` may be null; it runs after each level.
+    /// Sorts each level from 0 to `deepest` once. Rows of equal keys keep their order; with a cell "IsFolder"
+    /// they go by the bytes of their texts, upward, those with 0 in it last. `between` may be null.
     void sortLevels(std::uint32_t deepest, const std::function<void()>& between = nullptr);
     /// The first row with an index from `from` to `to`, both included, whose text holds `part` without regard
     /// to case; kNoRow if there is none.

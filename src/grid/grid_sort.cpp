@@ -24,16 +24,17 @@ struct TextKey {
 };
 
 // Most texts differ in their first characters, and those that do not are often one text of many rows.
-bool isLess(const TextKey& a, const TextKey& b) {
-    if (a.folded != b.folded) return a.folded < b.folded;
-    if (a.text.data() == b.text.data()) return false;
-    return compareFolded(a.text, b.text) < 0;
+int compare(const TextKey& a, const TextKey& b) {
+    if (a.folded != b.folded) return a.folded < b.folded ? -1 : 1;
+    return a.text.data() == b.text.data() ? 0 : compareFolded(a.text, b.text);
 }
 
-/// False if they were in order.
-bool sortKeyed(Keyed<TextKey>& keyed, bool descending) {
-    const auto before = [descending](const auto& a, const auto& b) {
-        return descending ? isLess(b.first, a.first) : isLess(a.first, b.first);
+/// False if they were in order. `rowBefore` decides between equal keys.
+template <class RowBefore>
+bool sortKeyed(Keyed<TextKey>& keyed, bool descending, const RowBefore& rowBefore) {
+    const auto before = [&](const auto& a, const auto& b) {
+        const int order = compare(a.first, b.first);
+        return order == 0 ? rowBefore(a.second, b.second) : (order < 0) != descending;
     };
     if (std::is_sorted(keyed.begin(), keyed.end(), before)) return false;
     std::stable_sort(keyed.begin(), keyed.end(), before);
@@ -64,9 +65,12 @@ void sortByDigit(Keyed<NumberKey>& keyed, Keyed<NumberKey>& sorted, unsigned shi
     std::swap(keyed, sorted);
 }
 
-/// False if they were in order.
-bool sortKeyed(Keyed<NumberKey>& keyed) {
-    const auto before = [](const auto& a, const auto& b) { return a.first < b.first; };
+/// As that of texts.
+template <class RowBefore>
+bool sortKeyed(Keyed<NumberKey>& keyed, const RowBefore& rowBefore) {
+    const auto before = [&](const auto& a, const auto& b) {
+        return a.first == b.first ? rowBefore(a.second, b.second) : a.first < b.first;
+    };
     if (std::is_sorted(keyed.begin(), keyed.end(), before)) return false;
     if (keyed.size() < kDigits) {
         std::stable_sort(keyed.begin(), keyed.end(), before);
@@ -74,6 +78,10 @@ bool sortKeyed(Keyed<NumberKey>& keyed) {
     }
     Keyed<NumberKey> sorted(keyed.size());
     for (unsigned shift = 0; shift < 64; shift += kDigitBits) sortByDigit(keyed, sorted, shift);
+    for (auto from = keyed.begin(), to = from; from != keyed.end(); from = to) {
+        to = std::find_if(from, keyed.end(), [&](const auto& one) { return one.first != from->first; });
+        if (to - from > 1) std::stable_sort(from, to, before);
+    }
     return true;
 }
 
@@ -107,16 +115,22 @@ void Grid::sortChildren(Row parent, const LevelSort& sort, CellId cell) {
         return all;
     };
     const auto textOf = [&](Row row) { return cell == kNoCell ? text(row) : cellText(row, cell); };
+    const CellId folder = cells_.find("IsFolder");
+    const auto before = [&](Row a, Row b) {
+        if (folder == kNoCell) return false;
+        const bool last = number(a, folder) == 0, otherLast = number(b, folder) == 0;
+        return last != otherLast ? otherLast : text(a) < text(b);
+    };
     const bool isText = cell == kNoCell || cells_.isText(cell);
     if (isText && !sort.numbers) {
         auto texts = keyed([&](Row row) { return TextKey{foldedKey(textOf(row)), textOf(row)}; });
-        if (sortKeyed(texts, sort.descending)) tree_.reorder(parent, rowsOf(texts));
+        if (sortKeyed(texts, sort.descending, before)) tree_.reorder(parent, rowsOf(texts));
         return;
     }
     auto numbers = keyed([&](Row row) {
         return numberKey(isText ? leadingNumber(textOf(row)) : number(row, cell), sort.descending);
     });
-    if (sortKeyed(numbers)) tree_.reorder(parent, rowsOf(numbers));
+    if (sortKeyed(numbers, before)) tree_.reorder(parent, rowsOf(numbers));
 }
 
 void Grid::sortLevels(std::uint32_t deepest, const std::function<void()>& between) {

@@ -50,23 +50,26 @@ TEST_F(GridTest, SortsByAnyCellInBothDirectionsAndKeepsTheOrderOfEqualKeys) {
     }
 }
 
-TEST_F(GridTest, SortsManyNumbersAsFewAndKeepsTheOrderOfEqualOnes) {
+TEST_F(GridTest, SortsManyNumbersAsFewAndEqualFoldersByTheirTextsWithOtherRowsBehind) {
     std::mt19937 random(3);
-    constexpr CellSpec kReal[] = {{"real", CellType::kReal}};
+    constexpr CellSpec kReal[] = {{"real", CellType::kReal}, {"IsFolder", CellType::kFlag}};
     Grid many(kReal);
     std::vector<std::pair<double, Row>> expected;
     constexpr double kKinds[] = {0.0, -0.0, 1e-300, -1e300, 0.01, 1, 4096, 9e18};
     for (int i = 0; i < 20'000; ++i) {
         const double any = static_cast<double>(random() % 5000) - 2500;
         const double value = i % 3 == 0 ? kKinds[random() % std::size(kKinds)] : any;
-        expected.emplace_back(value, many.addRow(kNoRow, ""));
+        expected.emplace_back(value, many.addRow(kNoRow, std::to_string(random() % 9)));
         many.setNumber(expected.back().second, 0, value);
+        many.setNumber(expected.back().second, 1, i % 2);
     }
     for (const bool descending : {true, false, true}) {
         many.levelSort(0) = {"real", true, descending};
         many.sortLevels(0);
         std::stable_sort(expected.begin(), expected.end(), [&](const auto& a, const auto& b) {
-            return descending ? a.first > b.first : a.first < b.first;
+            if (a.first != b.first) return (a.first < b.first) != descending;
+            const auto tie = [&](Row row) { return std::pair(-many.number(row, 1), many.text(row)); };
+            return tie(a.second) < tie(b.second);
         });
         for (std::size_t i = 0; i < expected.size(); ++i) ASSERT_EQ(many.rowAt(i), expected[i].second) << i;
     }
