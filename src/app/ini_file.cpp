@@ -141,7 +141,7 @@ std::string escaped(std::string_view value) {
         } else {
             out += value.substr(0, point.length);
         }
-        value.remove_prefix(point.length);
+        value.remove_prefix(point.value ? point.length : 1);
     }
     return out + "'";
 }

@@ -16,10 +16,6 @@ std::string_view trimOf(std::string_view text, std::string_view set) {
     return text.substr(first, text.find_last_not_of(set) - first + 1);
 }
 
-bool isContinuation(char c) {
-    return (static_cast<unsigned char>(c) & 0xC0) == 0x80;
-}
-
 struct Letters {
     char32_t first;
     char32_t last;
@@ -83,7 +79,7 @@ void appendMapped(std::string& out, std::string_view text) {
         if (point.value) {
             appendUtf8(out, Map(*point.value));
         } else {
-            out += text[0];
+            out += text.substr(0, point.length);
         }
         text.remove_prefix(point.length);
     }
@@ -104,7 +100,7 @@ char32_t foldedFront(std::string_view& text) {
         return lowerOf(byte);
     }
     const CodePoint point = firstCodePoint(text);
-    text.remove_prefix(point.length);
+    text.remove_prefix(point.value ? point.length : 1);
     return point.value ? lowerOf(*point.value) : 0x110000U + byte;
 }
 
@@ -199,15 +195,17 @@ std::string replaceAll(std::string_view text, std::string_view from, std::string
 CodePoint firstCodePoint(std::string_view text) {
     const auto lead = static_cast<unsigned char>(text[0]);
     if (lead < 0x80) return {lead, 1};
+    if (lead < 0xC2 || lead > 0xF4) return {std::nullopt, 1};
     const std::size_t length = lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : 2;
-    if (lead < 0xC2 || lead > 0xF4 || text.size() < length) return {std::nullopt, 1};
+    // The second byte tells what is written too long, a half surrogate, or too large; the others may be any.
+    unsigned least = lead == 0xE0 ? 0xA0 : lead == 0xF0 ? 0x90 : 0x80;
+    unsigned most = lead == 0xED ? 0x9F : lead == 0xF4 ? 0x8F : 0xBF;
     char32_t value = lead & (0xFFU >> (length + 1));
-    for (std::size_t i = 1; i < length; ++i) {
-        if (!isContinuation(text[i])) return {std::nullopt, 1};
-        value = value << 6 | (static_cast<unsigned char>(text[i]) & 0x3FU);
+    for (std::size_t i = 1; i < length; ++i, least = 0x80, most = 0xBF) {
+        const unsigned byte = i < text.size() ? static_cast<unsigned char>(text[i]) : 0;
+        if (byte < least || byte > most) return {std::nullopt, i};
+        value = value << 6 | (byte & 0x3FU);
     }
-    const bool tooLong = (length == 3 && value < 0x800) || (length == 4 && value < 0x10000);
-    if (tooLong || value > 0x10FFFF || (value >= 0xD800 && value <= 0xDFFF)) return {std::nullopt, 1};
     return {value, length};
 }
 

@@ -47,20 +47,20 @@ std::optional<double> parseNumber(std::string_view text);
 /// `text` with every occurrence of `from` replaced, from left to right, replacements not searched again.
 std::string replaceAll(std::string_view text, std::string_view from, std::string_view to);
 
-/// One code point of UTF-8 read from the front of `text`; a byte that starts no valid sequence gives no value
-/// and a length of 1. REQUIRES: text is not empty.
+/// One code point of UTF-8 read from the front of `text`. What is none gives no value, and the length of the
+/// longest beginning of one that stands there, or else 1. REQUIRES: text is not empty.
 struct CodePoint {
     std::optional<char32_t> value;
     std::size_t length;
 };
 CodePoint firstCodePoint(std::string_view text);
 void appendUtf8(std::string& out, char32_t c);
-/// Length in characters; each byte that is not part of valid UTF-8 counts as one.
+/// Length in characters; what is no UTF-8 counts as it shows, one for each U+FFFD of `decodable`.
 std::size_t characterCount(std::string_view text);
 /// The first `count` characters of `text`.
 std::string_view firstCharacters(std::string_view text, std::size_t count);
 
-/// Valid UTF-8 for a file that people read: each undecodable byte becomes U+FFFD, all else stays.
+/// Valid UTF-8 for a file that people read: U+FFFD for each CodePoint without a value, all else stays.
 std::string decodable(std::string_view bytes);
 /// `decodable`, and control characters by their visible stand-ins (U+2400 and on; U+FFFD for the C1 range and
 /// for marks that turn the direction of writing), for terminals and messages.

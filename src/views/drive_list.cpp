@@ -16,8 +16,8 @@
 #include "platform/icons.h"
 #include "platform/window.h"
 #include "robustness/api_error_text.h"
-#include "scan/scan_host.h"
 #include "robustness/trap.h"
+#include "scan/scan_host.h"
 #include "views/column_masks.h"
 
 namespace hl {

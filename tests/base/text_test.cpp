@@ -101,11 +101,11 @@ TEST(ReplaceAll, ReplacesFromLeftToRightAndDoesNotSearchItsOwnText) {
     EXPECT_EQ(replaceAll("abc", "", "x"), "abc");
 }
 
-TEST(Utf8, CountsEachByteThatIsNoTextAsOneCharacterAndReplacesIt) {
+TEST(Utf8, ReplacesTheBeginningOfACharacterAsOneAndAnyOtherByteThatIsNoTextByItself) {
     // "~" for each U+FFFD.
     const Pairs broken = {
-        {"\x80x\xC3x\xE2\x82x\xF0\x9F\x98", "~x~x~~x~~~"},                    // stray or cut off
-        {"\xC3(\xE2(\xA1\xE2\x82(\xC3\xC3\xA9", "~(~(~~~(~\u00E9"},           // no continuation
+        {"\x80x\xC3x\xE2\x82x\xF0\x9F\x98", "~x~x~x~"},                       // stray or cut off
+        {"\xC3(\xE2(\xA1\xE2\x82(\xC3\xC3\xA9", "~(~(~~(~\u00E9"},            // no continuation
         {"\xC1\xBFx\xE0\x9F\xBFx\xF0\x8F\xBF\xBF", "~~x~~~x~~~~"},            // overlong
         {"\xED\xA0\x80x\xED\xBF\xBF", "~~~x~~~"},                             // surrogates
         {"\xF4\x90\x80\x80x\xF8\x88\x80\x80\x80x\xFE\xFF", "~~~~x~~~~~x~~"},  // too large

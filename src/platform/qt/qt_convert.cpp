@@ -66,7 +66,7 @@ QString editableText(std::string_view bytes) {
         const auto [value, length] = firstCodePoint(bytes);
         const char32_t stray = kStrayByte + static_cast<unsigned char>(bytes.front());
         text.append(QChar::fromUcs4(value.value_or(stray)));
-        bytes.remove_prefix(length);
+        bytes.remove_prefix(value ? length : 1);
     }
     return text;
 }
