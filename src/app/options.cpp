@@ -37,31 +37,51 @@ void convert(const std::string& text, std::string& field) {
     field = text;
 }
 
+std::string columnKey(std::size_t index, const OptionKey& key) {
+    return std::to_string(index).append(key.key);
+}
+
 class Loader {
   public:
-    Loader(Options& options, const IniText& ini) : options_(options), values_(ini.section(kSectionOptions)) {}
+    explicit Loader(Options& options) : options_(options) {}
 
-    void load(LoadStep step) {
-        for (const OptionKey& key : kOptionTable) {
-            if (key.step != step) continue;
-            std::visit([&](auto field) { read(key, options_.*field); }, key.field);
+    /// Reads the keys of the steps from `first` to `last`.
+    void load(const SettingsStore& store, LoadStep first, LoadStep last) {
+        values_ = store.read().section(kSectionOptions);
+        for (int step = static_cast<int>(first); step <= static_cast<int>(last); ++step) {
+            for (const OptionKey& key : kOptionTable) {
+                if (static_cast<int>(key.step) != step) continue;
+                std::visit([&](auto field) { read(key, options_.*field); }, key.field);
+            }
         }
+        at_.clear();
     }
+
+    /// The key at which the reading has ended, for the report.
+    DebugValues debugValues() const { return at_.empty() ? DebugValues() : DebugValues{at_}; }
 
   private:
     template <class Field>
     void read(const OptionKey& key, Field& field) {
-        convert(value(key, std::string(key.key)), field);
+        readOne(key, std::string(key.key), field);
     }
 
     void read(const OptionKey& key, std::int32_t& field) {
         field = topCountOf(value(key, std::string(key.key)));
+        options_.keysRead.emplace(key.key);
     }
 
     template <std::size_t N>
     void read(const OptionKey& key, std::array<Flag, N>& columns) {
-        for (std::size_t i = 0; i < N; ++i)
-            convert(value(key, std::to_string(i).append(key.key)), columns[i]);
+        for (std::size_t i = 0; i < N; ++i) readOne(key, columnKey(i, key), columns[i]);
+    }
+
+    template <class Field>
+    void readOne(const OptionKey& key, const std::string& name, Field& field) {
+        const std::string text = value(key, name);
+        at_ = name + "=" + text;
+        convert(text, field);
+        options_.keysRead.insert(name);
     }
 
     std::string value(const OptionKey& key, const std::string& name) const {
@@ -71,36 +91,65 @@ class Loader {
 
     Options& options_;
     std::map<std::string, std::string, std::less<>> values_;
+    std::string at_;
 };
 
-template <class Field>
-void save(IniText& ini, const OptionKey& key, const Field& field) {
-    ini.set(kSectionOptions, key.key, SimpleValue(field).text());
-}
+class Saver {
+  public:
+    Saver(const Options& options, IniText& ini) : options_(options), ini_(ini) {}
 
-template <std::size_t N>
-void save(IniText& ini, const OptionKey& key, const std::array<Flag, N>& columns) {
-    for (std::size_t i = 0; i < key.savedColumns; ++i)
-        ini.set(kSectionOptions, std::to_string(i).append(key.key), SimpleValue(columns[i]).text());
-}
+    void save(const OptionKey& key) {
+        std::visit([&](auto field) { save(key, options_.*field, unset_.*field); }, key.field);
+    }
 
-struct BarRoutine {
-    LoadStep step;
+  private:
+    template <class Field>
+    void save(const OptionKey& key, const Field& field, const Field& unset) {
+        saveOne(std::string(key.key), field, unset);
+    }
+
+    template <std::size_t N>
+    void save(const OptionKey& key, const std::array<Flag, N>& columns, const std::array<Flag, N>& unset) {
+        for (std::size_t i = 0; i < key.savedColumns; ++i) saveOne(columnKey(i, key), columns[i], unset[i]);
+    }
+
+    template <class Field>
+    void saveOne(const std::string& name, const Field& field, const Field& unset) {
+        if (field == unset && !options_.keysRead.contains(name)) return;
+        ini_.set(kSectionOptions, name, SimpleValue(field).text());
+    }
+
+    const Options& options_;
+    const Options unset_;
+    IniText& ini_;
+};
+
+struct Routine {
+    LoadStep first, last;
     const char* name;
 };
 
-BarRoutine routineOf(OptionBar bar) {
+Routine routineOf(OptionBar bar) {
+    using enum LoadStep;
     switch (bar) {
         case OptionBar::kMain:
-            return {LoadStep::kBarMain, "Init_ToolbarMain"};
+            return {kBarMain, kBarMain, "Init_ToolbarMain"};
         case OptionBar::kFiles:
-            return {LoadStep::kBarFiles, "Init_Toolbar_Files"};
+            return {kBarFiles, kBarFiles, "Init_Toolbar_Files"};
         case OptionBar::kTop:
-            return {LoadStep::kBarTop, "Init_Toolbar_TOP"};
+            return {kTopCount, kBarTop, "Init_Toolbar_TOP"};
         case OptionBar::kHardlinks:
             break;
     }
-    return {LoadStep::kBarHardlinks, "Init_Toolbar_Hardlinks"};
+    return {kBarHardlinks, kBarHardlinks, "Init_Toolbar_Hardlinks"};
+}
+
+void loadTrapped(Options& options, const SettingsStore& store, Diagnostics& diagnostics,
+                 const Routine& routine) {
+    Loader loader(options);
+    guarded(
+        diagnostics, routine.name, "frmMain", [&] { loader.load(store, routine.first, routine.last); },
+        [&] { return loader.debugValues(); });
 }
 
 }  // namespace
@@ -115,28 +164,25 @@ std::int32_t topCountOf(std::string_view text) {
 
 void OptionenLadenMain(Options& options, const SettingsStore& store, Diagnostics& diagnostics,
                        bool onlyDateFormat) {
-    guarded(diagnostics, "OptionenLadenMain", "frmMain", [&] {
-        Loader loader(options, store.read());
-        const LoadStep last = onlyDateFormat ? LoadStep::kDateFormat : LoadStep::kLastOfMain;
-        for (int step = 0; step <= static_cast<int>(last); ++step) loader.load(static_cast<LoadStep>(step));
-    });
+    const LoadStep last = onlyDateFormat ? LoadStep::kDateFormat : LoadStep::kLastOfMain;
+    loadTrapped(options, store, diagnostics, {LoadStep::kDateFormat, last, "OptionenLadenMain"});
 }
 
 void loadBarOptions(Options& options, const SettingsStore& store, Diagnostics& diagnostics, OptionBar bar) {
-    const BarRoutine routine = routineOf(bar);
-    guarded(diagnostics, routine.name, "frmMain", [&] {
-        Loader loader(options, store.read());
-        if (bar == OptionBar::kTop) loader.load(LoadStep::kTopCount);
-        loader.load(routine.step);
-    });
+    loadTrapped(options, store, diagnostics, routineOf(bar));
+}
+
+void loadComboText(Options& options, const SettingsStore& store) {
+    constexpr std::string_view kComboText = "ComboText";
+    options.ComboText = store.GetSettings(kSectionOptions, kComboText);
+    options.keysRead.emplace(kComboText);
 }
 
 void OptionenSpeichernMain(const Options& options, SettingsStore& store) {
     store.change([&](IniText& ini) {
-        for (const OptionKey& key : kOptionTable) {
-            if (key.step == LoadStep::kDateFormat) continue;  // The options dialog's.
-            std::visit([&](auto field) { save(ini, key, options.*field); }, key.field);
-        }
+        Saver saver(options, ini);
+        for (const OptionKey& key : kOptionTable)
+            if (key.step != LoadStep::kDateFormat) saver.save(key);  // That one is the options dialog's.
     });
 }
 

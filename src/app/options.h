@@ -4,6 +4,7 @@
 
 #include <array>
 #include <cstdint>
+#include <set>
 #include <string>
 
 #include "app/settings.h"
@@ -53,6 +54,10 @@ struct Options {
     std::int32_t TOPmaxcount = 0;
     /// How the lists show dates; a picture for formatDate.
     std::string DateFormat;
+
+    /// The keys that were read from the file. The fields of all others are zero or empty until something sets
+    /// them.
+    std::set<std::string, std::less<>> keysRead;
 };
 
 inline constexpr std::int32_t kLeastTopCount = 5;
@@ -64,17 +69,22 @@ std::int32_t topCountOf(std::string_view text);
 enum class OptionBar { kMain, kFiles, kTop, kHardlinks };
 
 /// Fills the fields that the main window reads, from one reading of the file. A number that is none, or does
-/// not fit, is an error of this routine: it is trapped, and the fields behind it stay as they were. The order
-/// is that of the load steps in option_table.h, DateFormat first; with `onlyDateFormat` it is the only one.
-/// The lists take the new date format over when this has returned.
+/// not fit, is an error of this routine: it is trapped, the fields behind it stay as they were, and the
+/// report has the key and its value. The order is that of the load steps in option_table.h, DateFormat first;
+/// with `onlyDateFormat` it is the only one. The lists take the new date format over when this has returned.
 void OptionenLadenMain(Options& options, const SettingsStore& store, Diagnostics& diagnostics,
                        bool onlyDateFormat);
 
 /// The same for the fields of one bar. TOPmaxcount is never an error.
 void loadBarOptions(Options& options, const SettingsStore& store, Diagnostics& diagnostics, OptionBar bar);
 
-/// Writes all fields but those of the options dialog, in one step. Of the ten columns of hardlinks it writes
-/// eight: the last two have no control and stay what the file makes them.
+/// And for the source last shown, which is never an error.
+void loadComboText(Options& options, const SettingsStore& store);
+
+/// Writes all fields but those of the options dialog, in one step. What was not read and has not been set
+/// since is left as the file has it: a reading that ended early costs none of what stands behind its end. Of
+/// the ten columns of hardlinks it writes eight: the last two have no control and stay what the file makes
+/// them.
 void OptionenSpeichernMain(const Options& options, SettingsStore& store);
 
 }  // namespace hl

@@ -100,6 +100,7 @@ void WindowForm::Form_Load_Window() {
     panes_.hideByOptions();
     status_.first = services_.texts.TL(3525, "OK.");
     showStatus();
+    loaded_ = true;
 }
 
 void WindowForm::loadToolbars() {
@@ -135,7 +136,7 @@ void WindowForm::Form_Activate() {
     for (const GridId id : kListGrids) lists_->of(id)->Resize_Columns(false);
     Drives_ResizeTableHeight();
     const std::vector<Drive> drives = own_.drives.drives();
-    options_.ComboText = services_.settings.GetSettings(kSectionOptions, "ComboText");
+    loadComboText(options_, services_.settings);
     GetAllDrives(cboOrdner_, drives, options_.ComboText, services_.paths);
     GetAllSavedComboFolders(
         cboOrdner_, services_.settings, drives, options_.ComboText,
@@ -146,6 +147,7 @@ void WindowForm::Form_Activate() {
                    !services_.fileSystem.target(folder, notALink).empty();
         },
         services_.paths);
+    sourcesLoaded_ = true;
     sourcesChanged();
     EnableControls(scan_);
     setBusyPointer(false);
@@ -179,16 +181,18 @@ bool WindowForm::formQueryUnload() {
     return true;
 }
 
+// What an error kept from being loaded is left as the files have it.
 void WindowForm::saveState() {
+    if (!loaded_) return;
     FensterpositionSpeichern(services_.settings, window_->state(), window_->normalGeometry(),
                              panes_.splitter(SplitterId::kMain).Position());
     ToolbarStore store;
     for (CommandBar* each : bars_.all()) ExchangeState(store, *each);
     store.save(services_.files, joinPath(own_.programFolder, kToolbarStateName, services_.paths));
     barsToOptions(bars_, options_);
-    options_.ComboText = cboOrdner_.text;
+    if (sourcesLoaded_) options_.ComboText = cboOrdner_.text;
     OptionenSpeichernMain(options_, services_.settings);
-    SaveAllComboFolders(cboOrdner_, services_.settings);
+    if (sourcesLoaded_) SaveAllComboFolders(cboOrdner_, services_.settings);
     driveList_.Drives_SaveNetworkFolders();
 }
 

@@ -240,6 +240,8 @@ class WindowForm final : public MainForm,
     int reportStart_ = 0;             ///< The width that nobody has chosen.
     bool sourceUnseen_ = false;       ///< The row of the first source of a run was not shown yet.
     std::uint64_t shownFolders_ = 0;  ///< Notices of a run to the report.
+    bool loaded_ = false;             ///< The form has taken over all that is saved at the end.
+    bool sourcesLoaded_ = false;      ///< And the box of sources.
     bool ready_ = false;              ///< formActivate is over: sources may be read.
     bool unloaded_ = false;           ///< What is on the stack then still ends; nothing new begins.
     int commands_ = 0;                ///< Commands on the stack, each perhaps with a dialog of its own.

@@ -170,6 +170,7 @@ const Drive* driveOfPath(std::string_view path, const std::vector<Drive>& drives
 void DriveList::Drives_GetAllDrives() {
     guarded(services_.diagnostics, "Drives_GetAllDrives", kModule, [&] {
         const BusyPointer busy(services_.host);
+        sharesLoaded_ = false;
         {
             const NoRedraw off(services_.lvwDiskinfo);
             waiting_->clear();
@@ -221,10 +222,12 @@ void DriveList::Drives_LoadSavedNetworkFolders() {
         for (std::string& path :
              readNumberedList(services_.settings.read(), kSectionDriveFolders, kDriveFolderSuffix))
             if (!path.empty()) Drives_AddUNCpath(std::move(path));
+        sharesLoaded_ = true;
     });
 }
 
 void DriveList::Drives_SaveNetworkFolders() {
+    if (!sharesLoaded_) return;
     guarded(services_.diagnostics, "Drives_SaveNetworkFolders", kModule, [&] {
         const Grid& grid = services_.lvwDiskinfo;
         std::vector<std::string> shares;

@@ -131,6 +131,7 @@ class DriveList {
     /// Adds a row for a share; asks the user for it if `path` is empty. What is no UNC text adds nothing.
     void Drives_AddUNCpath(std::string path);
     void Drives_LoadSavedNetworkFolders();
+    /// Leaves the settings as they are where the saved ones were not all loaded.
     void Drives_SaveNetworkFolders();
     /// Selects the drive that a row of the report lies on. Nothing changes for a share by its UNC text.
     void Drives_SelectDrive(Row reportRow);
@@ -160,6 +161,7 @@ class DriveList {
     using Waiting = std::unordered_map<Row, std::uint64_t>;
     std::shared_ptr<Waiting> waiting_ = std::make_shared<Waiting>();
     std::uint64_t lastQuestion_ = 0;
+    bool sharesLoaded_ = false;  ///< All that were saved have a row, or had one.
 };
 
 }  // namespace hl

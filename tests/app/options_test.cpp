@@ -50,6 +50,7 @@ TEST_F(OptionsFile, StopsAtABadNumberAndLeavesTheRestAtZero) {
     EXPECT_EQ(options.FontName, "");
     EXPECT_TRUE(reported("Err: 13 - Type mismatch"));
     EXPECT_TRUE(reported("Modul: frmMain\r\nFunc: OptionenLadenMain"));
+    EXPECT_TRUE(reported("Debug0: CreateListHardlink=yes"));
     for (const auto& [text, value] : {std::pair("255", 255), {" 7 ", 7}, {"2.5", 2}, {"256", 0}, {"", 0}}) {
         sink.shown.clear();
         holds("FileSizeFormat=" + std::string(text) + "\nDateFormat=yyyy\n");
@@ -77,10 +78,41 @@ TEST_F(OptionsFile, BringsBackWhatWasSaved) {
 
 TEST_F(OptionsFile, KeepsWhatBelongsToTheDialogAndTheLastTwoColumnsOfHardlinksWhenItIsSaved) {
     holds("8HardlinkColumn=5\nInstanz=1\nDateFormat=yyyy\nUnknown=kept\n");
-    OptionenSpeichernMain(Options(), store);
-    EXPECT_EQ(stored("7HardlinkColumn"), "0");
+    OptionenSpeichernMain(load(), store);
+    EXPECT_EQ(stored("7HardlinkColumn"), "1");
     EXPECT_EQ(stored("8HardlinkColumn") + stored("9HardlinkColumn"), "5none");
     EXPECT_EQ(stored("Instanz") + stored("DateFormat") + stored("Unknown"), "1yyyykept");
+}
+
+// Each key in turn is no number: at the end the file holds all that it held, but for what was set meanwhile.
+TEST_F(OptionsFile, LosesNothingToAReadingThatEndsEarly) {
+    std::map<std::string, std::string> before;
+    Options options = load();
+    for (const OptionBar bar : {OptionBar::kMain, OptionBar::kFiles, OptionBar::kTop, OptionBar::kHardlinks})
+        loadBarOptions(options, store, diagnostics, bar);
+    loadComboText(options, store);
+    options.ComboText = "/source";
+    OptionenSpeichernMain(options, store);
+    for (auto& [key, value] : store.read().section("Optionen")) before[key] = value == "0" ? "1" : value;
+    EXPECT_GT(before.size(), 60U);
+    for (const auto& [bad, value] : before) {
+        auto file = before;
+        file[bad] = "many";
+        std::string text;
+        for (const auto& [key, each] : file) text += key + "=" + each + "\n";
+        holds(text);
+        options = load();
+        for (const OptionBar bar :
+             {OptionBar::kMain, OptionBar::kFiles, OptionBar::kTop, OptionBar::kHardlinks})
+            loadBarOptions(options, store, diagnostics, bar);
+        loadComboText(options, store);
+        options.FileSizeFormat = 2;
+        OptionenSpeichernMain(options, store);
+        file["filesizeformat"] = "2";
+        if (bad == "topmaxcount") file[bad] = "100";
+        const auto after = store.read().section("Optionen");
+        EXPECT_TRUE(std::equal(file.begin(), file.end(), after.begin(), after.end())) << bad;
+    }
 }
 
 TEST(OptionTable, NamesEachKeyOnce) {

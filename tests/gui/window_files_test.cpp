@@ -120,5 +120,47 @@ TEST_F(WindowFilesTest, ASettingThatMakesNoSenseIsReportedAndTheWindowOpens) {
     }
 }
 
+TEST_F(WindowFilesTest, ASettingThatMakesNoSenseIsReportedAndCostsNoOther) {
+    setSettings(
+        "[Optionen]\r\nFileSizeFormat=many\r\nFontSize=14\r\nFontName=Foo\r\nToplistVisible=1\r\n"
+        "ShowIcons=1\r\n6FileColumn=0\r\nColFileVisible=1\r\n");
+    const auto option = [this](const char* key) {
+        return IniText(contentOf(ini())).find("Optionen", key).value_or("none");
+    };
+    for (const bool larger : {false, true}) {
+        Session s(home.path());
+        s.answers.add([&](QDialog& dialog) {
+            EXPECT_TRUE(s.frame().isVisible());
+            test::pressIn(dialog, "Weiter");
+        });
+        s.start();
+        EXPECT_EQ(s.reports.size(), 1U);
+        EXPECT_TRUE(s.enabled("cbrMain.2"));
+        const double shown = s.view().gridFont().points;
+        EXPECT_GE(shown, 6);
+        if (larger) s.click("cbrMain.32");
+        EXPECT_EQ(s.view().gridFont().points, shown + (larger ? 1 : 0));
+        s.frame().close();
+        EXPECT_EQ(option("FileSizeFormat") + option("FontName") + option("ToplistVisible") +
+                      option("ShowIcons") + option("6FileColumn") + option("ColFileVisible"),
+                  "manyFoo1101");
+        EXPECT_EQ(std::stod(option("FontSize")), larger ? shown + 1 : 14);
+        EXPECT_EQ(option("FontNameDisk") + option("FilelistVisible"), "nonenone");
+    }
+}
+
+TEST_F(WindowFilesTest, AnErrorBeforeTheSourcesAreLoadedCostsNoneOfThem) {
+    setSettings("[Optionen]\r\nComboText=/usr\r\n[ComboOrdner]\r\n0O=/tmp\r\n1O=/usr\r\n");
+    Session s(home.path());
+    s.fileSystem.beforeLook = [] { throw Fault(kFaultInvalidCall, "", "no folders"); };
+    s.answers.add([](QDialog& dialog) { test::pressIn(dialog, "Weiter"); });
+    s.start();
+    s.frame().close();
+    const IniText saved(contentOf(ini()));
+    EXPECT_EQ(saved.find("Optionen", "ComboText"), "/usr");
+    EXPECT_EQ(saved.find("ComboOrdner", "0O").value_or("") + saved.find("ComboOrdner", "1O").value_or(""),
+              "/tmp/usr");
+}
+
 }  // namespace
 }  // namespace hl

@@ -46,13 +46,14 @@ inline const Addresses kAllAddresses = {"https://home.test/", "http://forum.test
 class PausingFileSystem final : public FileSystem {
   public:
     std::function<void(int block)> beforeBlock, beforeFiles;
+    std::function<void()> beforeLook = [] {};
 
     std::unique_ptr<FolderReader> read(std::string_view source, const ReadOptions& options,
                                        WaitCallback* wait) override {
         auto reader = disk_.read(source, options, wait);
         return std::make_unique<Reader>(std::move(reader), options.recursive ? beforeBlock : beforeFiles);
     }
-    PathFacts look(std::string_view path) override { return disk_.look(path); }
+    PathFacts look(std::string_view path) override { return beforeLook(), disk_.look(path); }
     std::string target(std::string_view path, int& error) override { return disk_.target(path, error); }
 
   private:

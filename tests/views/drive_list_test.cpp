@@ -219,6 +219,8 @@ TEST_F(DriveListTest, AddsWhatIsAUncTextAndNothingElse) {
 
 TEST_F(DriveListTest, KeepsSharesInTheSettingsAndLosesThoseNotSaved) {
     save({"\\\\a\\1", "//b/2/"});
+    list.Drives_SaveNetworkFolders();
+    EXPECT_EQ(saved().size(), 2U) << "none was loaded yet";
     list.Drives_GetAllDrives();
     list.Drives_AddUNCpath("\\\\c\\3");
     EXPECT_EQ(roots(), (std::vector<std::string>{"/", "/media/stick", "/media/stick2", "\\\\a\\1\\", "//b/2/",

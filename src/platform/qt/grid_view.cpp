@@ -394,6 +394,12 @@ void GridView::refresh() {
     viewport()->update();
 }
 
+GridFont GridView::gridFont() const {
+    GridFont font = font_;
+    if (!(font.points > 0)) font.points = QFontInfo(this->font()).pointSizeF();
+    return font;
+}
+
 void GridView::setGridFont(const GridFont& font) {
     font_ = font;
     setFont(qtFont(font));

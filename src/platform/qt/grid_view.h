@@ -58,7 +58,8 @@ class GridView : public QTableView, public GridObserver {
     void editText(Row row);
     void refresh();
     void focus() { setFocus(Qt::OtherFocusReason); }
-    GridFont gridFont() const { return font_; }
+    /// As it was set; the size that shows where none was.
+    GridFont gridFont() const;
     /// The application's own font where no font of that name is installed.
     void setGridFont(const GridFont& font);
     /// In coordinates of the viewport; kNoRow outside of all rows.
