@@ -9,6 +9,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <memory>
+#include <optional>
 #include <string>
 #include <thread>
 #include <utility>
@@ -36,6 +37,7 @@
 #include "platform/linux/files.h"
 #include "platform/linux/folder_verb.h"
 #include "platform/linux/instances.h"
+#include "platform/linux/last_words.h"
 #include "platform/linux/preview_tools.h"
 #include "platform/linux/programs.h"
 #include "platform/linux/system_facts.h"
@@ -50,15 +52,11 @@ enum ExitStatus : int {
     kNoWindow = 3,
 };
 
-// The one thing that a signal handler can reach: where last words go. Set once, before the handler is.
-std::string lastWordsLog;
-
-// The report of an error that the program does not survive. The state of the process is unknown: no more is
-// done than to put a text that was made by others into two places.
-void lastWords(const char* description) {
-    std::fputs(description, stderr);
-    std::fputs("\n", stderr);
-    LinuxFiles().append(lastWordsLog, std::string(description) + "\r\n\r\n");
+// The report of an error that the program does not survive. A signal handler has no other way to it than a
+// global; it is made once, before the handler is installed.
+std::optional<LastWords> lastWords;
+void sayLastWords(const char* description, const void* instruction) {
+    lastWords->say(description, instruction);
 }
 
 LinuxFaultSignals faultSignals;
@@ -170,14 +168,13 @@ Program::Program(const std::vector<std::string>& arguments)
              {programFolder_, places_.texts, line_.text,
               messageLocale([this](const std::string& name) { return facts_.environment(name); })}) {
     std::sscanf(HARBORLANTERN_VERSION, "%d.%d.%d", &app_.major, &app_.minor, &app_.revision);
-    app_.programFolder = app_.dataFolder = programFolder_;
+    app_.executable = visible(executable_.string());
+    app_.dataFolder = programFolder_;
     app_.portable = !places_.installed;
-    app_.executableName = executable_.filename().string();
     app_.commandLine = visible(line_.text);
     app_.dates = dates_;
     app_.numbers = numbers_;
     app_.languageId = [this] { return texts_.languageId(); };
-    lastWordsLog = joinPath(programFolder_, kErrorLogName, kPosixPaths);
 }
 
 bool Program::wantsWindow() const {
@@ -195,7 +192,9 @@ void Program::makeUserFolder() {
 }
 
 int Program::Main() {
-    faultSignals.InstallExceptionFilter(lastWords);
+    lastWords.emplace(joinPath(programFolder_, kErrorLogName, kPosixPaths), dates_.general(),
+                      BuildLastReport(app_, facts_));
+    faultSignals.InstallExceptionFilter(sayLastWords);
     // A pipe with no reader, and a file at the limit of its size, are errors of the write and not the end of
     // the run.
     for (const int signal : {SIGPIPE, SIGXFSZ}) std::signal(signal, SIG_IGN);
@@ -242,7 +241,8 @@ int Program::runWindow() {
     bool restart = false;
     int status = kWritten;
     {
-        LinuxInstances instances(AppExeName(app_.executableName), {facts_.environment("XDG_RUNTIME_DIR")});
+        LinuxInstances instances(AppExeName(executable_.filename().string()),
+                                 {facts_.environment("XDG_RUNTIME_DIR")});
         const auto sleep = [](std::chrono::milliseconds time) { std::this_thread::sleep_for(time); };
         if (isRestart(line_.text) && !WaitForMutexGone(instances, pump_, sleep)) return kSomethingFailed;
         const auto decision = CheckVBinstance(line_.text, singleInstanceWanted(settings_), instances);
@@ -313,7 +313,9 @@ WindowStart Program::windowStart(WindowForm& frmMain, LinuxInstances& instances,
 
 void Program::windowThere(Window* window, MessagePump* pump) {
     pump_.setWindow(pump);
+    app_.screen = nullptr;
     if (window == nullptr) return errors_.setDialog(nullptr);
+    app_.screen = [window] { return window->screenFacts(); };
     texts_.storeLanguage();
     desk_ = std::make_unique<WindowDesk>(*window);
     reports_ = std::make_unique<ErrorReports>(ErrorFormServices{

@@ -1,20 +1,14 @@
 // The program runs on a server that has the C++ library and nothing else.
 #include <gtest/gtest.h>
-#include <stdio.h>
 
+#include "support/program.h"
+
+namespace hl {
 namespace {
-
-std::string outputOf(const std::string& command) {
-    std::string text;
-    FILE* pipe = popen(command.c_str(), "r");
-    if (pipe == nullptr) return text;
-    for (int c = 0; (c = fgetc(pipe)) != EOF;) text += static_cast<char>(c);
-    return pclose(pipe) == 0 ? text : "";
-}
 
 /// The libraries that a file asks the loader for, up to the first point or dash: "libc", "libstdc++", "ld".
 std::set<std::string> librariesOf(const std::string& file) {
-    std::istringstream lines(outputOf("LC_ALL=C readelf -d '" + file + "'"));
+    std::istringstream lines(test::outputOf("LC_ALL=C readelf -d '" + file + "'"));
     std::set<std::string> names;
     for (std::string line; std::getline(lines, line);) {
         if (line.find("(NEEDED)") == std::string::npos) continue;
@@ -35,3 +29,4 @@ TEST(Program, LinksTheCxxLibraryAndLibcAlone) {
 }
 
 }  // namespace
+}  // namespace hl

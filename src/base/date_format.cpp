@@ -1,5 +1,6 @@
 #include "base/date_format.h"
 
+#include <charconv>
 #include <ctime>
 #include <optional>
 
@@ -78,10 +79,25 @@ std::optional<int> fieldOf(const LocalTime& time, char letter, std::size_t lengt
     }
 }
 
-void appendPadded(std::string& out, int value, std::size_t width) {
-    const std::string digits = std::to_string(value);
-    if (digits.size() < width) out.append(width - digits.size(), '0');
-    out += digits;
+// Calls `append` with the parts of the text, one after another.
+template <class Append>
+void applyPicture(const LocalTime& time, std::string_view picture, Append append) {
+    const bool twelve = countsToTwelve(picture);
+    while (!picture.empty()) {
+        std::size_t length = runLength(picture);
+        if (startsWithHalf(picture)) {
+            length = kHalfOfDay.size();
+            append(picture.substr(time.hour < 12 ? 0 : 3, 2));
+        } else if (const auto field = fieldOf(time, lower(picture[0]), length, twelve)) {
+            char digits[16];
+            const std::string_view number(digits, std::to_chars(digits, digits + sizeof digits, *field).ptr);
+            if (number.size() < length) append(std::string_view("0000").substr(0, length - number.size()));
+            append(number);
+        } else {
+            append(picture.substr(0, length));
+        }
+        picture.remove_prefix(length);
+    }
 }
 
 }  // namespace
@@ -108,21 +124,16 @@ LocalTime localTime(std::int64_t secondsSinceEpoch) {
 }
 
 std::string formatDate(const LocalTime& time, std::string_view picture) {
-    const bool twelve = countsToTwelve(picture);
     std::string out;
-    while (!picture.empty()) {
-        std::size_t length = runLength(picture);
-        if (startsWithHalf(picture)) {
-            length = kHalfOfDay.size();
-            out += picture.substr(time.hour < 12 ? 0 : 3, 2);
-        } else if (const auto field = fieldOf(time, lower(picture[0]), length, twelve)) {
-            appendPadded(out, *field, length);
-        } else {
-            out += picture.substr(0, length);
-        }
-        picture.remove_prefix(length);
-    }
+    applyPicture(time, picture, [&out](std::string_view part) { out += part; });
     return out;
+}
+
+std::size_t formatDate(const LocalTime& time, std::string_view picture, std::span<char> to) {
+    std::size_t length = 0;
+    applyPicture(time, picture,
+                 [&](std::string_view part) { length += part.copy(to.data() + length, to.size() - length); });
+    return length;
 }
 
 }  // namespace hl

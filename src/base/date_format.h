@@ -3,6 +3,7 @@
 
 #include <chrono>
 #include <cstdint>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -32,5 +33,8 @@ LocalTime localTime(std::int64_t secondsSinceEpoch);
 /// minute, s ss second, AM/PM (hours then count to 12). Letters are read without regard to case; all else is
 /// copied.
 std::string formatDate(const LocalTime& time, std::string_view picture);
+/// The same into `to`, without memory from the heap, so that a signal handler can do it; returns the length.
+/// What does not fit is cut.
+std::size_t formatDate(const LocalTime& time, std::string_view picture, std::span<char> to);
 
 }  // namespace hl

@@ -7,10 +7,13 @@
 
 namespace hl {
 
+enum class FaultOutcome { kGoesOn, kEnds };
+
+/// "An unhandled error (NAME) CR LF occurred at: ADDRESS. TEXT"
 class FaultDescription {
   public:
     /// A name that is too long is cut.
-    FaultDescription(std::string_view name, std::uintptr_t address);
+    FaultDescription(std::string_view name, std::uintptr_t address, FaultOutcome outcome);
     /// Ends in a NUL.
     const char* text() const { return text_; }
 

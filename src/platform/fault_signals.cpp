@@ -6,24 +6,41 @@
 
 namespace hl {
 
-thread_local int GuardedRoutine::depth_ = 0;
+namespace {
+
+GuardedRoutine::Count& countOfThread() {
+    thread_local GuardedRoutine::Count count;
+    return count;
+}
+
+}  // namespace
+
+constinit GuardedRoutine::Counter GuardedRoutine::counter_ = countOfThread;
 
 GuardedRoutine::GuardedRoutine() {
-    ++depth_;
+    Count& count = counter_();
+    const auto number = static_cast<std::size_t>(count.depth++);
+    if (number < count.guards.size()) count.guards[number] = this;
 }
 GuardedRoutine::~GuardedRoutine() {
-    --depth_;
+    --counter_().depth;
 }
 int GuardedRoutine::depth() {
-    return depth_;
+    return counter_().depth;
 }
 
-FaultDescription::FaultDescription(std::string_view name, std::uintptr_t address) {
+const void* GuardedRoutine::Count::innermost() const {
+    const auto number = static_cast<std::size_t>(depth) - 1;
+    return number < guards.size() ? guards[number] : nullptr;
+}
+
+FaultDescription::FaultDescription(std::string_view name, std::uintptr_t address, FaultOutcome outcome) {
     append("An unhandled error (");
     append(name.substr(0, 100));
     append(") \r\noccurred at: ");
     appendDecimal(address);
-    append(". Probably safe to continue, but better not.");
+    append(outcome == FaultOutcome::kEnds ? ". NOT ok to continue."
+                                          : ". Probably safe to continue, but better not.");
 }
 
 void FaultDescription::append(std::string_view part) {
@@ -35,10 +52,6 @@ void FaultDescription::appendDecimal(std::uintptr_t value) {
     char digits[24];
     const auto end = std::to_chars(digits, digits + sizeof digits, value).ptr;
     append({digits, static_cast<std::size_t>(end - digits)});
-}
-
-std::string faultDescription(std::string_view name, std::uintptr_t address) {
-    return FaultDescription(name, address).text();
 }
 
 }  // namespace hl

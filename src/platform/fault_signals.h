@@ -7,13 +7,12 @@
 // status 1.
 #pragma once
 
-#include <cstdint>
-#include <string>
-#include <string_view>
+#include <array>
 
 namespace hl {
 
-/// How deep this thread stands in guarded routines. Counted by the trap; read by the signal handler.
+/// How deep this thread stands in guarded routines. Counted by the trap; read by the signal handler. A module
+/// that is loaded has a copy of this class, whose count nobody reads: it is told that of the program.
 class GuardedRoutine {
   public:
     GuardedRoutine();
@@ -22,22 +21,32 @@ class GuardedRoutine {
     GuardedRoutine& operator=(const GuardedRoutine&) = delete;
     static int depth();
 
-  private:
-    static thread_local int depth_;
-};
+    /// Of one thread. The outermost guards are known by their place on the stack.
+    struct Count {
+        int depth = 0;
+        std::array<const void*, 64> guards{};
+        const void* innermost() const;  ///< Null if it is not known.
+    };
+    using Counter = Count& (*)();  ///< That of the calling thread.
+    static Counter counter() { return counter_; }
+    /// REQUIRES: no guarded routine of this module runs.
+    static void countWith(Counter counter) { counter_ = counter; }
 
-/// "An unhandled error (NAME) CR LF occurred at: ADDRESS. TEXT": the description of a processor fault.
-std::string faultDescription(std::string_view name, std::uintptr_t address);
+  private:
+    static Counter counter_;
+};
 
 class FaultSignals {
   public:
     virtual ~FaultSignals() = default;
     /// Called at most once, on a thread in an unknown state, with some seconds to do its work; must not
-    /// throw.
-    using LastWords = void (*)(const char* description);
+    /// throw, nor take memory or locks. `instruction` is where the fault was, null where that is not known.
+    using LastWords = void (*)(const char* description, const void* instruction);
     /// Once per process; a second call does nothing. `lastWords` may be null.
     virtual void InstallExceptionFilter(LastWords lastWords) = 0;
     virtual void RemoveExceptionFilter() = 0;
+    /// Faults in the module that `inside` lies in count as such of the program's own code from now on.
+    virtual void addOwnModule(const void* inside) = 0;
     /// To be called at the start of every further thread: gives it a stack of its own for the handler.
     virtual void prepareThread() = 0;
 };

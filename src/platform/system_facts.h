@@ -19,6 +19,11 @@ struct SystemName {
     std::string identifier;  ///< "debian 12 B6.1.0-18-amd64"
 };
 
+/// In pixels, and bits per pixel; zeros with no screen.
+struct ScreenFacts {
+    int width = 0, height = 0, depth = 0;
+};
+
 class SystemFacts {
   public:
     virtual ~SystemFacts() = default;
@@ -31,11 +36,6 @@ class SystemFacts {
     virtual std::string computerName() = 0;
     virtual bool adminRights() = 0;
     virtual bool emulated() = 0;  ///< A 32-bit process on a 64-bit system.
-    /// Width, height, bits per pixel; zeros with no screen.
-    struct Screen {
-        int width = 0, height = 0, depth = 0;
-    };
-    virtual Screen screen() = 0;
     /// The system's text for one of its error codes ("Permission denied"); empty for a code it does not know.
     virtual std::string errorText(int code) = 0;
     virtual std::string environment(const std::string& name) = 0;

@@ -20,6 +20,7 @@
 #include "platform/preview_pane.h"
 #include "platform/print.h"
 #include "platform/splitter.h"
+#include "platform/system_facts.h"
 
 namespace hl {
 
@@ -168,6 +169,10 @@ class Window {
     virtual FileTypes& fileTypes() = 0;
     /// As long as the window lives.
     virtual Desktop& desktop() = 0;
+
+    // --- for the report of an error
+    /// Of the screen that the window is on, whatever else lies on it.
+    virtual ScreenFacts screenFacts() = 0;
 };
 
 /// What the window tells. Implemented by the logic; each routine has its own trap, and none throws.
@@ -244,7 +249,7 @@ struct WindowParts {
     std::string dataFolder;  ///< Icons.
     std::string language;    ///< "de", for the texts of the toolkit's own dialogs.
     PreviewParts preview;
-    Desktop* desktop = nullptr;  ///< Null for the user's own.
+    Desktop* desktop = nullptr;   ///< Null for the user's own.
 };
 
 }  // namespace hl

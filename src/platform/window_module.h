@@ -6,12 +6,13 @@
 
 #include <string>
 
+#include "platform/fault_signals.h"
 #include "platform/window.h"
 
 namespace hl {
 
 /// Raised when either side of the border changes; a module refuses a program with another number.
-constexpr int kWindowModuleVersion = 3;
+constexpr int kWindowModuleVersion = 4;
 constexpr const char* kWindowModuleName = "harborlantern-gui.so";
 constexpr const char* kWindowModuleFunction = "harborlanternWindow";
 
@@ -33,6 +34,8 @@ struct WindowStart {
     int answersDescriptor = -1;
     std::function<void()> answersReady;
     std::string executable;
+    /// For the faults of the module; see GuardedRoutine.
+    GuardedRoutine::Counter guardedDepth = GuardedRoutine::counter();
 };
 
 using WindowModuleFunction = WindowResult (*)(const WindowStart&);

@@ -62,7 +62,6 @@ void addFailure(Lines& lines, const TrapPlace& place, const Fault& fault) {
 }
 
 void addSystem(Lines& lines, SystemFacts& system) {
-    lines.add("SysUp: ", GetSystemUpTime(attempt([&] { return system.upTimeSeconds(); })));
     const SystemName name = attempt([&] { return system.systemName(); });
     lines.add("OS: ", name.name + " Version: " + name.version + " ID: " + name.identifier);
     lines.add("64bit: ", booleanWord(attempt([&] { return system.emulated(); })));
@@ -78,10 +77,15 @@ void addMemory(Lines& lines, const AppFacts& app, SystemFacts& system) {
     lines.add("VirtMem: ", freeAndTotal(memory.virtualAvailable, memory.virtualTotal, app));
 }
 
-void addScreen(Lines& lines, SystemFacts& system) {
-    const SystemFacts::Screen screen = attempt([&] { return system.screen(); });
+void addScreen(Lines& lines, const AppFacts& app) {
+    const ScreenFacts screen = attempt([&] { return app.screen ? app.screen() : ScreenFacts(); });
     lines.add("Screen: ", std::to_string(screen.width) + "x" + std::to_string(screen.height) + "x" +
                               colourDepthText(screen.depth));
+}
+
+void addStart(Lines& lines, const AppFacts& app) {
+    if (!app.commandLine.empty()) lines.add("Command: ", app.commandLine);
+    lines.add("Portable: ", app.portable ? "1" : "0");
 }
 
 }  // namespace
@@ -96,17 +100,28 @@ std::string BuildErrorReport(const TrapPlace& place, const Fault& fault, const A
     lines.add("Time: ", formatDate(localTime(now), app.dates.general()));
     lines.add("App: ", versionText(app));
     addFailure(lines, place, fault);
-    lines.add("Path: ", joinPath(app.programFolder, app.executableName, app.paths));
+    lines.add("Path: ", app.executable);
     lines.add("AppUp: ", GetDateFromDiff(app.startTime, now));
+    lines.add("SysUp: ", GetSystemUpTime(attempt([&] { return system.upTimeSeconds(); })));
     addSystem(lines, system);
     addMemory(lines, app, system);
     lines.add("CPU: ", attempt([&] { return system.processorName(); }));
-    addScreen(lines, system);
-    if (!app.commandLine.empty()) lines.add("Command: ", app.commandLine);
-    lines.add("Portable: ", app.portable ? "1" : "0");
+    addScreen(lines, app);
+    addStart(lines, app);
     lines.add("User: ", attempt([&] { return system.userName(); }));
     lines.add("Comp: ", attempt([&] { return system.computerName(); }));
     return lines.take();
+}
+
+std::array<std::string, 4> BuildLastReport(const AppFacts& app, SystemFacts& system) {
+    Lines behind;
+    behind.add("Path: ", app.executable);
+    addSystem(behind, system);
+    addStart(behind, app);
+    behind.add("Comp: ", attempt([&] { return system.computerName(); }));
+    return {"Time: ", "\r\nApp: " + versionText(app) + "\r\nModul: ",
+            "\r\nFunc: Exception Handler\r\nLine: 0\r\nErr: " + std::to_string(kFaultProcessor) + " - ",
+            "\r\n" + behind.take()};
 }
 
 }  // namespace hl

@@ -1,6 +1,8 @@
 // The program seen from outside: what it does to others, to a missing display and to its user's folders.
 #include <QFileDialog>
 #include <QFontDialog>
+#include <fstream>
+#include <regex>
 
 #include "gui/window_fixture.h"
 #include "platform/linux/programs.h"
@@ -11,6 +13,30 @@ namespace hl {
 namespace test {
 
 int wholeSession();
+
+/// The window's module with this logic, as the program starts it.
+bool showWindow(Logic& logic) {
+    std::string reason;
+    const std::string folder = std::filesystem::path(HARBORLANTERN_PROGRAM).parent_path().string();
+    const auto show = loadWindowModule(folder + "/" + kWindowModuleName, reason);
+    int ends[2];
+    must(::pipe(ends));
+    if (::write(ends[1], "", 1) != 1) return false;
+    int depth = 0;
+    const WindowStart start{.parts = logic.form().parts(),
+                            .events = logic.form(),
+                            .handOverReady = {},
+                            .answersDescriptor = ends[0],
+                            .answersReady =
+                                [&] {
+                                    char mark = 0;
+                                    if (::read(ends[0], &mark, 1) == 1) depth = GuardedRoutine::depth();
+                                },
+                            .executable = HARBORLANTERN_PROGRAM};
+    const bool closed = show != nullptr && show(start) == WindowResult::kClosed;
+    EXPECT_GT(depth, 0) << "the guards of the module count where the handler of faults reads";
+    return closed;
+}
 
 /// Scans, asks for a folder, for a font and for a file to save, and ends.
 int wholeSession() {
@@ -40,15 +66,7 @@ int wholeSession() {
                 clickEntry(*frame, QLatin1String(entry));
         });
     };
-    std::string reason;
-    const std::string folder = std::filesystem::path(HARBORLANTERN_PROGRAM).parent_path().string();
-    const auto show = loadWindowModule(folder + "/" + kWindowModuleName, reason);
-    const WindowStart start{.parts = logic.form().parts(),
-                            .events = logic.form(),
-                            .handOverReady = {},
-                            .answersReady = {},
-                            .executable = HARBORLANTERN_PROGRAM};
-    if (show == nullptr || show(start) != WindowResult::kClosed) return 2;
+    if (!showWindow(logic)) return 2;
     return answered == 3 && logic.reports.empty() && !testing::Test::HasFailure() ? 0 : 1;
 }
 
@@ -85,6 +103,65 @@ TEST(ProgramWindow, ASecondStartHandsItsSourcesToTheFirst) {
     }));
     ::kill(std::stoi(pid), SIGTERM);
     first.join();
+}
+
+// Where `function` of the module begins in a running process.
+off_t addressOf(const std::string& pid, const std::string& module, const std::string& function) {
+    std::ifstream maps("/proc/" + pid + "/maps");
+    std::string line, path;
+    while (path.empty() && std::getline(maps, line))
+        if (line.ends_with("/" + module)) path = line.substr(line.find('/'));
+    const auto names = test::outputOf("nm '" + path + "'");
+    const auto end = names.find(" T " + function + "\n") != names.npos ? names.find(" T " + function + "\n")
+                                                                       : names.find(" t " + function + "\n");
+    if (path.empty() || end == names.npos) return 0;
+    const auto begin = names.rfind('\n', end) + 1;  // npos + 1 is the first line.
+    return static_cast<off_t>(std::stoull(line, nullptr, 16) +
+                              std::stoull(names.substr(begin, end - begin), nullptr, 16));
+}
+
+TEST(ProgramWindow, AFaultInItsModuleIsReportedLikeAnyErrorAndOneThatEndsItLeavesAWholeEntry) {
+#ifndef __x86_64__
+    GTEST_SKIP() << "the instruction that fails is one of x86-64";
+#endif
+    const Program program;
+    const auto offscreen = [&] {
+        ::setenv("QT_QPA_PLATFORM", "offscreen", 1);
+        test::writeFile(program.home("pid"), std::to_string(::getpid()));
+    };
+    const auto log = [&] { return test::readFile(program.home("error.log")); };
+    std::thread first([&] { EXPECT_EQ(program.run({}, offscreen).status, 1); });
+    EXPECT_TRUE(comes([&] { return fs::is_socket(program.home("run/harborlantern_APPLICATION")); }));
+    const std::string pid = test::readFile(program.home("pid"));
+    // A function with nothing to destroy: others are covered for unwinding only where the compiler knows a
+    // load or a call.
+    const off_t function = addressOf(
+        pid, "harborlantern-gui.so",
+        "_ZN2hl10MainWindow10setSourcesERKSt6vectorINS_9ComboItemESaIS2_EERKNSt7__cxx1112basic_stringIcSt11"
+        "char_traitsIcESaIcEEEi");
+    const int memory = test::must(::open(("/proc/" + pid + "/mem").c_str(), O_RDWR));
+    EXPECT_EQ(::pwrite(memory, "\x8b\x04\x25\0\0\0\0", 7, function), 7);  // Reads from address 0.
+    ::close(memory);
+    EXPECT_EQ(program.run({program.home("run")}, offscreen).status, 0);
+    EXPECT_TRUE(comes([&] { return log().find("\r\n\r\n") != std::string::npos; }));
+    EXPECT_NE(log().find("Err: 2147746305 - An unhandled error (EXCEPTION_ACCESS_VIOLATION)"),
+              std::string::npos)
+        << log();
+    for (const char* line : {"Screen: 800x800x4294967296 (32)\r\n", "Path: " HARBORLANTERN_PROGRAM "\r\n"})
+        EXPECT_NE(log().find(line), std::string::npos) << line << log();
+    EXPECT_EQ(log().find("NOT ok"), std::string::npos) << log();
+    const std::string before = log();
+    ::kill(std::stoi(pid), SIGSEGV);
+    first.join();
+    std::string last = log().substr(before.size());
+    last = std::regex_replace(last, std::regex("[0-9]+/[0-9]+/[0-9]+ [0-9:]+ [AP]M"), "STAMP");
+    EXPECT_TRUE(std::regex_match(
+        last, std::regex("STAMP - Time: STAMP\r\nApp: Harborlantern [0-9.]+\r\nModul: [^\r]+\r\n"
+                         "Func: Exception Handler\r\nLine: 0\r\nErr: 2147746305 - An unhandled error "
+                         "\\(EXCEPTION_ACCESS_VIOLATION\\) \r\noccurred at: [0-9]+. NOT ok to continue.\r\n"
+                         "Path: [^\r]+/harborlantern\r\nOS: [^\r]+\r\n64bit: False\r\nIE: 0.0.0\r\n"
+                         "Portable: 1\r\nComp: [^\r]+\r\n\r\n")))
+        << last;
 }
 
 TEST(ProgramWindow, WithNoDisplayOneLineNamesTheWayWithoutAWindow) {

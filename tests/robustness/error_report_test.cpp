@@ -16,8 +16,8 @@ class ErrorReport : public testing::Test {
     ErrorReport() {
         app.minor = 4;
         app.revision = 2;
-        app.programFolder = "/opt/harborlantern";
-        app.executableName = "harborlantern";
+        app.executable = "/opt/bin/harborlantern";
+        app.screen = [] { return ScreenFacts{1920, 1080, 32}; };
         app.startTime = now - 3725s;
     }
     std::string build() {
@@ -41,7 +41,7 @@ TEST_F(ErrorReport, TellsAllItsLinesInOrderWithNoLineEndBehindTheLast) {
     EXPECT_EQ(build(),
               "Time: " + formatDate(localTime(now), app.dates.general()) +
                   "\r\nApp: Harborlantern 0.4.2\r\nModul: frmMain\r\nFunc: QuelleEinlesen\r\nLine: 42"
-                  "\r\nErr: 13 - Type mismatch\r\nPath: /opt/harborlantern/harborlantern"
+                  "\r\nErr: 13 - Type mismatch\r\nPath: /opt/bin/harborlantern"
                   "\r\nAppUp: 1:02:05\r\nSysUp: 1 day 1:01:01"
                   "\r\nOS: Debian GNU/Linux 12 (bookworm) Version: 6.1 ID: debian 12 B6.1.0-18-amd64"
                   "\r\n64bit: False\r\nIE: 0.0.0\r\nPhysRAM: 1.00 MB Free / 4.00 MB Total"

@@ -28,7 +28,6 @@ class FakeSystemFacts : public SystemFacts {
     std::string computerName() override { return known(std::string("engine")); }
     bool adminRights() override { return known(true); }
     bool emulated() override { return known(false); }
-    Screen screen() override { return known(Screen{1920, 1080, 32}); }
     std::string errorText(int code) override {
         errno = EINVAL;
         return code == 13   ? "Permission denied"

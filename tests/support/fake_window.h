@@ -22,6 +22,7 @@ class FakeWindow : public Window {
     void setTitle(const std::string&) override {}
     void setBusyPointer(bool) override {}
     Rect screen() override { return {0, 0, 1280, 900}; }
+    ScreenFacts screenFacts() override { return {1280, 900, 32}; }
     Rect normalGeometry() override { return {0, 0, 780, 540}; }
     void setGeometry(const Rect&) override {}
     WindowState state() override { return WindowState::kNormal; }

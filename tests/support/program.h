@@ -3,6 +3,7 @@
 
 #include <fcntl.h>
 #include <grp.h>
+#include <stdio.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -20,6 +21,15 @@ namespace hl::test {
 
 inline std::string readFile(const std::string& path) {
     return contentOf(path);
+}
+
+/// What a command of the shell writes; empty if it fails.
+inline std::string outputOf(const std::string& command) {
+    std::string text;
+    FILE* pipe = popen(command.c_str(), "r");
+    if (pipe == nullptr) return text;
+    for (int c = 0; (c = fgetc(pipe)) != EOF;) text += static_cast<char>(c);
+    return pclose(pipe) == 0 ? text : "";
 }
 
 struct Ended {

@@ -2,8 +2,10 @@
 // ends:
 //   - it is a bad access or a failed division, raised by an instruction and not sent by somebody;
 //   - a guarded routine runs on this thread, so that a trap waits;
-//   - the instruction lies in our own text: a library may hold a lock, and has no tables for unwinding from
-//   there;
+//   - the instruction lies in our own text, the program's or that of a module of ours: a library may hold a
+//   lock, and has no tables for unwinding from there;
+//   - no call of a library lies between it and the innermost guarded routine: a toolkit that called us is not
+//   cleaned up on the way;
 //   - no other exception is on its way on this thread;
 //   - the address is not near the stack pointer: then the stack is used up and unwinding would need more of
 //   it.
@@ -19,7 +21,9 @@
 #include <signal.h>
 #include <ucontext.h>
 #include <unistd.h>
+#include <unwind.h>
 
+#include <algorithm>
 #include <array>
 #include <atomic>
 #include <exception>
@@ -42,28 +46,48 @@ struct Range {
     std::uintptr_t begin = 0, end = 0;
 };
 
+// Read by the handler while modules are added.
+struct OwnText {
+    std::array<Range, 16> ranges;
+    std::atomic<std::size_t> count{0};
+
+    bool contains(std::uintptr_t address) const {
+        const auto* last = ranges.begin() + count.load();
+        return std::any_of(ranges.begin(), last, [address](const Range& range) {
+            return address >= range.begin && address < range.end;
+        });
+    }
+    void add(const Range& range) {
+        if (contains(range.begin) || count == ranges.size()) return;
+        ranges[count] = range;
+        ++count;
+    }
+};
+
 // A signal handler has no other way to its state than a global.
 struct HandlerState {
     bool installed = false;
     FaultSignals::LastWords lastWords = nullptr;
-    std::array<Range, 4> ownText;
+    OwnText ownText;
     std::array<struct sigaction, kSignals.size()> formerActions;
     std::terminate_handler formerTerminate = nullptr;
-    FaultDescription thrown{"", 0};        // The last fault that was thrown.
-    std::atomic<pid_t> throwingThread{0};  // And the thread it was thrown on.
-    std::atomic<pid_t> endingThread{0};    // The thread that says the last words.
+    // The last fault that was thrown, as it reads if it is not caught; where it was; its thread.
+    FaultDescription thrown{"", 0, FaultOutcome::kEnds};
+    std::uintptr_t thrownAt = 0;
+    std::atomic<pid_t> throwingThread{0};
+    std::atomic<pid_t> endingThread{0};  // The thread that says the last words.
 };
 HandlerState state;
 thread_local volatile bool makingException = false;
 
-[[noreturn]] void end(const char* description) {
+[[noreturn]] void end(const char* description, std::uintptr_t instruction = 0) {
     pid_t ending = 0;
     if (!state.endingThread.compare_exchange_strong(ending, gettid())) {
         if (ending == gettid()) _exit(1);  // The last words themselves failed.
         for (;;) pause();                  // Until the other thread is done, or its alarm rings.
     }
     alarm(kPatienceSeconds);
-    if (state.lastWords != nullptr) state.lastWords(description);
+    if (state.lastWords != nullptr) state.lastWords(description, reinterpret_cast<const void*>(instruction));
     _exit(1);
 }
 
@@ -137,36 +161,55 @@ const char* nameOf(int signal, int code) {
     }
 }
 
-bool inOwnText(std::uintptr_t address) {
-    for (const Range& range : state.ownText) {
-        if (address >= range.begin && address < range.end) return true;
-    }
-    return false;
-}
-
 bool nearStack(std::uintptr_t address, std::uintptr_t stack) {
     return address > stack - kNearStack && address < stack + kNearStack;
+}
+
+// A walk from the faulting instruction up to the frame that has the guard.
+struct WayToGuard {
+    std::uintptr_t instruction, guard;
+    bool begun = false;
+    bool throughOwnText = false;
+};
+
+_Unwind_Reason_Code lookAtFrame(_Unwind_Context* frame, void* walk) {
+    auto& way = *static_cast<WayToGuard*>(walk);
+    const std::uintptr_t at = _Unwind_GetIP(frame);
+    way.begun = way.begun || at == way.instruction;
+    if (!way.begun) return _URC_NO_REASON;  // The handler's own frames.
+    // Here that is where the stack of the frame ends: behind the guard, its frame has been looked at.
+    way.throughOwnText = _Unwind_GetCFA(frame) > way.guard;
+    if (way.throughOwnText || !state.ownText.contains(at)) return _URC_END_OF_STACK;
+    return _URC_NO_REASON;
+}
+
+bool leadsToGuardWithinOwnText(std::uintptr_t instruction) {
+    WayToGuard way{instruction, reinterpret_cast<std::uintptr_t>(GuardedRoutine::counter()().innermost())};
+    if (way.guard != 0) _Unwind_Backtrace(lookAtFrame, &way);
+    return way.throughOwnText;
 }
 
 bool mayThrow(int signal, const siginfo_t& info, const Registers& at) {
     const bool kind = signal == SIGSEGV || signal == SIGBUS || signal == SIGFPE;
     const bool raisedHere = info.si_code > 0;
     if (!kind || !raisedHere || GuardedRoutine::depth() == 0 || state.endingThread != 0) return false;
-    if (!inOwnText(at.instruction)) return false;
+    if (!state.ownText.contains(at.instruction)) return false;
     const auto address = reinterpret_cast<std::uintptr_t>(info.si_addr);
     if (signal == SIGSEGV && nearStack(address, at.stack)) return false;
-    return !exceptionOnItsWay();
+    return !exceptionOnItsWay() && leadsToGuardWithinOwnText(at.instruction);
 }
 
 void onFault(int signal, siginfo_t* info, void* context) {
     const Registers at = registersOf(context);
-    const FaultDescription description(nameOf(signal, info->si_code), at.instruction);
-    if (!mayThrow(signal, *info, at)) end(description.text());
+    const char* name = nameOf(signal, info->si_code);
+    const FaultDescription last(name, at.instruction, FaultOutcome::kEnds);
+    if (!mayThrow(signal, *info, at)) end(last.text(), at.instruction);
     makingException = true;
-    state.thrown = description;
+    state.thrown = last;
+    state.thrownAt = at.instruction;
     state.throwingThread = gettid();
     alarm(kPatienceSeconds);
-    throw ProcessorFault(description.text());
+    throw ProcessorFault(FaultDescription(name, at.instruction, FaultOutcome::kGoesOn).text());
 }
 
 void onAlarm(int, siginfo_t*, void*) {
@@ -176,7 +219,7 @@ void onAlarm(int, siginfo_t*, void*) {
     if (thread != gettid()) {
         tgkill(getpid(), thread, SIGALRM);  // Only the thread itself knows whether its exception was caught.
     } else if (exceptionOnItsWay()) {
-        end(state.thrown.text());
+        end(state.thrown.text(), state.thrownAt);
     }
 }
 
@@ -184,6 +227,8 @@ void onAlarm(int, siginfo_t*, void*) {
     if (!std::current_exception()) end("Terminated");
     try {
         throw;
+    } catch (const ProcessorFault&) {
+        end(state.thrown.text(), state.thrownAt);
     } catch (const std::exception& error) {
         end(error.what());
     } catch (...) {
@@ -191,20 +236,21 @@ void onAlarm(int, siginfo_t*, void*) {
     }
 }
 
-// Notes the executable segments of the module that this code is part of.
-int noteOwnText(dl_phdr_info* module, std::size_t, void*) {
+// Notes the executable segments of the module that `inside` lies in.
+int noteOwnText(dl_phdr_info* module, std::size_t, void* inside) {
     std::array<Range, 4> ranges;
     std::size_t count = 0;
-    bool own = false;
     for (std::size_t i = 0; i < module->dlpi_phnum && count < ranges.size(); ++i) {
         const auto& segment = module->dlpi_phdr[i];
         if (segment.p_type != PT_LOAD || (segment.p_flags & PF_X) == 0) continue;
         const std::uintptr_t begin = module->dlpi_addr + segment.p_vaddr;
         ranges[count++] = {begin, begin + segment.p_memsz};
-        const auto here = reinterpret_cast<std::uintptr_t>(&noteOwnText);
-        own = own || (here >= begin && here < begin + segment.p_memsz);
     }
-    if (own) state.ownText = ranges;
+    const auto address = reinterpret_cast<std::uintptr_t>(inside);
+    const bool own = std::any_of(ranges.begin(), ranges.begin() + count, [address](const Range& range) {
+        return address >= range.begin && address < range.end;
+    });
+    if (own) std::for_each_n(ranges.begin(), count, [](const Range& range) { state.ownText.add(range); });
     return own ? 1 : 0;
 }
 
@@ -241,7 +287,7 @@ void LinuxFaultSignals::InstallExceptionFilter(LastWords lastWords) {
     if (state.installed) return;
     state.installed = true;
     state.lastWords = lastWords;
-    dl_iterate_phdr(noteOwnText, nullptr);
+    addOwnModule(reinterpret_cast<const void*>(&noteOwnText));
     prepareThread();
     state.formerTerminate = std::set_terminate(onTerminate);
     setActions();
@@ -254,6 +300,10 @@ void LinuxFaultSignals::RemoveExceptionFilter() {
         sigaction(kSignals[i], &state.formerActions[i], nullptr);
     std::set_terminate(state.formerTerminate);
     state.lastWords = nullptr;
+}
+
+void LinuxFaultSignals::addOwnModule(const void* inside) {
+    dl_iterate_phdr(noteOwnText, const_cast<void*>(inside));
 }
 
 void LinuxFaultSignals::prepareThread() {

@@ -12,6 +12,7 @@ class LinuxFaultSignals : public FaultSignals {
   public:
     void InstallExceptionFilter(LastWords lastWords) override;
     void RemoveExceptionFilter() override;
+    void addOwnModule(const void* inside) override;
     void prepareThread() override;
 };
 

@@ -14,6 +14,7 @@
 #include <filesystem>
 
 #include "platform/linux/descriptor.h"
+#include "platform/linux/fault_signals.h"
 #include "platform/linux/helper_process.h"
 
 namespace hl {
@@ -195,7 +196,10 @@ void* LinuxPreviewTools::moduleFunction(const std::string& module, const char* f
                                         std::string& reason) {
     void* loaded = ::dlopen((programFolder_ + "/" + module).c_str(), RTLD_NOW | RTLD_LOCAL);
     void* found = loaded != nullptr ? ::dlsym(loaded, function) : nullptr;
-    if (found != nullptr) return found;
+    if (found != nullptr) {
+        LinuxFaultSignals().addOwnModule(found);
+        return found;
+    }
     const char* error = ::dlerror();
     reason = error != nullptr ? error : module;
     return nullptr;

@@ -4,6 +4,8 @@
 #include <spawn.h>
 #include <unistd.h>
 
+#include "platform/linux/fault_signals.h"
+
 namespace hl {
 
 int startProgram(const std::string& executable, const std::vector<std::string>& arguments) {
@@ -20,7 +22,10 @@ int startProgram(const std::string& executable, const std::vector<std::string>& 
 WindowModuleFunction loadWindowModule(const std::string& path, std::string& reason) {
     void* module = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
     void* function = module != nullptr ? dlsym(module, kWindowModuleFunction) : nullptr;
-    if (function != nullptr) return reinterpret_cast<WindowModuleFunction>(function);
+    if (function != nullptr) {
+        LinuxFaultSignals().addOwnModule(function);
+        return reinterpret_cast<WindowModuleFunction>(function);
+    }
     const char* error = dlerror();
     reason = error != nullptr ? error : path;
     return nullptr;

@@ -177,10 +177,6 @@ bool LinuxSystemFacts::emulated() {
     return sizeof(void*) == 4 && machine.find("64") != std::string::npos;
 }
 
-SystemFacts::Screen LinuxSystemFacts::screen() {
-    return {};
-}
-
 std::string LinuxSystemFacts::errorText(int code) {
     if (const char* text = strerrordesc_np(code)) return text;
     errno = EINVAL;

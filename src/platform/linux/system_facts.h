@@ -22,7 +22,6 @@ class LinuxSystemFacts : public SystemFacts {
     std::string computerName() override;
     bool adminRights() override;
     bool emulated() override;
-    Screen screen() override;  ///< None: a window system would have to be asked.
     /// In English, whatever the locale. Sets errno to EINVAL for a code that is not known.
     std::string errorText(int code) override;
     std::string environment(const std::string& name) override;

@@ -212,6 +212,14 @@ Rect MainWindow::screen() {
     return rectOf(frame_->screen()->availableGeometry());
 }
 
+// What Qt calls the depth are the bits that make the colour: 24 of the 32 that each pixel has.
+ScreenFacts MainWindow::screenFacts() {
+    const QScreen& screen = *frame_->screen();
+    const QSizeF pixels = QSizeF(screen.size()) * screen.devicePixelRatio();
+    const int depth = screen.depth() > 16 ? 32 : screen.depth();
+    return {qRound(pixels.width()), qRound(pixels.height()), depth};
+}
+
 Rect MainWindow::normalGeometry() {
     const bool normal = state() == WindowState::kNormal || !frame_->normalGeometry().isValid();
     return rectOf(normal ? frame_->geometry() : frame_->normalGeometry());

@@ -35,6 +35,7 @@ class MainWindow final : public Window {
     void setTitle(const std::string& title) override;
     void setBusyPointer(bool busy) override;
     Rect screen() override;
+    ScreenFacts screenFacts() override;
     Rect normalGeometry() override;
     void setGeometry(const Rect& rect) override;
     WindowState state() override;

@@ -234,6 +234,7 @@ void Player::showState() {
 }  // namespace hl
 
 hl::MediaView* harborlanternMedia(const hl::MediaStart& start) {
+    hl::GuardedRoutine::countWith(start.guardedDepth);
     // The other backend ends the process where there is no sound device.
     if (!qEnvironmentVariableIsSet("QT_MEDIA_BACKEND")) qputenv("QT_MEDIA_BACKEND", "gstreamer");
     return new hl::Player(start);

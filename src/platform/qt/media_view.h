@@ -7,6 +7,7 @@
 #include <memory>
 #include <string>
 
+#include "platform/fault_signals.h"
 #include "platform/preview_pane.h"
 #include "platform/preview_tools.h"
 #include "platform/window.h"
@@ -35,6 +36,7 @@ struct MediaStart {
     const PreviewTexts& texts;
     WindowEvents& events;
     QWidget* parent;
+    GuardedRoutine::Counter guardedDepth = GuardedRoutine::counter();
 };
 using MediaModuleFunction = MediaView* (*)(const MediaStart&);
 

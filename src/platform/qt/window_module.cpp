@@ -63,6 +63,7 @@ void runWindow(const WindowStart& start) {
 hl::WindowResult harborlanternWindow(const hl::WindowStart& start) {
     using namespace hl;
     if (start.version != kWindowModuleVersion) return WindowResult::kOtherVersion;
+    GuardedRoutine::countWith(start.guardedDepth);
     const auto platform = displayPlatform();
     if (!platform) return WindowResult::kNoDisplay;
     quietMessages();

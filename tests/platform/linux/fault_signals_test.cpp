@@ -46,6 +46,14 @@ HL_RAW void faultInTheLibrary() {
     sunk = static_cast<int>(length(reinterpret_cast<const char*>(nullAddress)));
 }
 
+HL_RAW void faultInACallOfALibrary() {
+    int items[2] = {};
+    qsort(items, 2, sizeof items[0], [](const void*, const void*) {
+        readAt(nullAddress);
+        return 0;
+    });
+}
+
 HL_RAW int useUpTheStack(int depth) {  // NOLINT(misc-no-recursion)
     volatile char frame[1024] = {};
     frame[static_cast<unsigned>(depth) % sizeof frame] = 1;
@@ -95,7 +103,7 @@ void exceptionThatUnwindsIntoAFault() {
 
 // Says last words into the pipe to the parent.
 int wordsPipe = -1;
-void sayWords(const char* description) {
+void sayWords(const char* description, const void*) {
     if (write(wordsPipe, description, std::strlen(description)) < 0) _exit(2);
 }
 
@@ -225,6 +233,7 @@ struct Case {
 
 const Case kFatal[] = {
     {"inTheLibrary", faultInTheLibrary},
+    {"inOurCodeThatALibraryCalls", faultInACallOfALibrary},
     {"callThroughNull", [] { reinterpret_cast<void (*)()>(nullAddress)(); },
      "(EXCEPTION_ACCESS_VIOLATION) \r\noccurred at: 0. "},
     {"stackUsedUp", [] { sunk = useUpTheStack(0); }},
@@ -245,8 +254,8 @@ const Case kFatal[] = {
 // The thread sanitizer holds a signal back that comes while another one is handled.
 #ifndef __SANITIZE_THREAD__
     {"whenTheLastWordsFault", faultInTheLibrary, "An unhandled error", false,
-     [](const char* words) { sayWords(words), readAt(nullAddress); }},
-    {"whenTheLastWordsHang", faultInTheLibrary, "", false, [](const char*) { ringAndHang(); }},
+     [](const char* words, const void* at) { sayWords(words, at), readAt(nullAddress); }},
+    {"whenTheLastWordsHang", faultInTheLibrary, "", false, [](const char*, const void*) { ringAndHang(); }},
 #endif
     {"withoutLastWords", faultInTheLibrary, "", false, nullptr}};
 
@@ -262,6 +271,7 @@ TEST_P(FatalFaults, WriteLastWordsOnceAndEndWithStatusOne) {
     const Outcome outcome = runInChild(body, kind.lastWords);
     EXPECT_EQ(outcome.exitStatus, 1);
     EXPECT_NE(outcome.words.find(kind.words), std::string::npos) << outcome.words;
+    EXPECT_EQ(outcome.words.find("Probably safe"), std::string::npos) << outcome.words;
     EXPECT_EQ(outcome.words.find("An unhandled error", 1), std::string::npos) << outcome.words;
 }
 
