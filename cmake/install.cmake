@@ -48,7 +48,8 @@ if(HARBORLANTERN_WINDOW)
   # The window's command is the program's; it is there so that what starts a window comes with the window.
   install(FILES ${PROJECT_BINARY_DIR}/link/harborlantern-gui DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT window)
   configure_file(packaging/harborlantern.metainfo.xml.in harborlantern.metainfo.xml @ONLY)
-  foreach(part harborlantern-gui harborlantern-media harborlantern-preview harborlantern-preview-pdf)
+  foreach(part harborlantern-gui harborlantern-clipboard harborlantern-media harborlantern-preview
+          harborlantern-preview-pdf)
     if(TARGET ${part})
       install(TARGETS ${part} DESTINATION ${own} COMPONENT window)
     endif()

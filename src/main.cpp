@@ -285,6 +285,7 @@ int Program::openWindow(LinuxInstances& instances, bool& restart) {
                         [this] { errors_.windowShown(); }, app_.portable});
     app_.cancelState = [&frmMain] { return frmMain.state().CancelState; };
     frmMain.parts().dataFolder = places_.data;
+    frmMain.parts().clipboardHolder = folderOf(executable_) + "/harborlantern-clipboard";
     frmMain.parts().preview.tools = &previewTools;
     const WindowResult result = show(windowStart(frmMain, instances, drives));
     windowThere(nullptr, nullptr);

@@ -111,7 +111,7 @@ void ErrorForm::cmdWeiter_Click() {
 }
 
 void ErrorForm::cmdBeenden_Click() {
-    copyReport();
+    attempt([this] { services_.desk.leaveText(txtInfo.text); });
     loaded = false;
     services_.endProcess();
 }

@@ -22,6 +22,8 @@ class ErrorDesk {
   public:
     virtual ~ErrorDesk() = default;
     virtual void copyText(const std::string& text) = 0;
+    /// To be pasted when the program has ended.
+    virtual void leaveText(const std::string& text) = 0;
     virtual void openUrl(const std::string& url) = 0;
     /// A message with one button; the title may be empty.
     virtual void inform(MessageKind kind, const std::string& title, const std::string& text) = 0;
@@ -36,6 +38,7 @@ class WindowDesk final : public ErrorDesk {
   public:
     explicit WindowDesk(Window& window) : window_(window) {}
     void copyText(const std::string& text) override { window_.copyText(text); }
+    void leaveText(const std::string& text) override { window_.leaveText(text); }
     void openUrl(const std::string& url) override { window_.openUrl(url); }
     void inform(MessageKind kind, const std::string& title, const std::string& text) override {
         window_.message(kind, title.empty() ? text : title + "\n\n" + text);

@@ -173,6 +173,9 @@ class Window {
     // --- for the report of an error
     /// Of the screen that the window is on, whatever else lies on it.
     virtual ScreenFacts screenFacts() = 0;
+    /// Like copyText, for a process that ends next: the text is there to paste afterwards. Takes some seconds
+    /// at most.
+    virtual void leaveText(const std::string& text) = 0;
 };
 
 /// What the window tells. Implemented by the logic; each routine has its own trap, and none throws.
@@ -250,6 +253,7 @@ struct WindowParts {
     std::string language;    ///< "de", for the texts of the toolkit's own dialogs.
     PreviewParts preview;
     Desktop* desktop = nullptr;   ///< Null for the user's own.
+    std::string clipboardHolder;  ///< The program that leaveText starts.
 };
 
 }  // namespace hl

@@ -8,6 +8,7 @@
 namespace hl::test {
 /// A session in a process of its own, for what a process does once: see program_window_test.cpp.
 int wholeSession();
+int quitFromReport();
 /// What the desktop answers, and a file manager, in processes of their own: see desktop_commands.cpp.
 int desktopCommand(int count, char** words);
 int fileManager(int count, char** words);
@@ -15,6 +16,7 @@ int fileManager(int count, char** words);
 
 int main(int argc, char** argv) {
     if (argc > 1 && std::string_view(argv[1]) == "--whole-session") return hl::test::wholeSession();
+    if (argc > 1 && std::string_view(argv[1]) == "--quit-from-report") return hl::test::quitFromReport();
     if (argc > 2 && std::string_view(argv[1]) == "--desktop")
         return hl::test::desktopCommand(argc - 2, argv + 2);
     if (argc > 2 && std::string_view(argv[1]) == "--file-manager")

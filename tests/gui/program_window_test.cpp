@@ -1,4 +1,5 @@
 // The program seen from outside: what it does to others, to a missing display and to its user's folders.
+#include <QClipboard>
 #include <QFileDialog>
 #include <QFontDialog>
 #include <fstream>
@@ -13,6 +14,7 @@ namespace hl {
 namespace test {
 
 int wholeSession();
+int quitFromReport();
 
 /// The window's module with this logic, as the program starts it.
 bool showWindow(Logic& logic) {
@@ -36,6 +38,14 @@ bool showWindow(Logic& logic) {
     const bool closed = show != nullptr && show(start) == WindowResult::kClosed;
     EXPECT_GT(depth, 0) << "the guards of the module count where the handler of faults reads";
     return closed;
+}
+
+/// Ends in the report of an error that its settings cause.
+int quitFromReport() {
+    Logic logic(::getenv("HARBORLANTERN_HOME"));
+    logic.endProcess = [] { ::_exit(0); };
+    logic.onThere = [&] { logic.answers.add([](QDialog& dialog) { pressIn(dialog, "Beenden"); }); };
+    return showWindow(logic) ? 2 : 3;
 }
 
 /// Scans, asks for a folder, for a font and for a file to save, and ends.
@@ -162,6 +172,58 @@ TEST(ProgramWindow, AFaultInItsModuleIsReportedLikeAnyErrorAndOneThatEndsItLeave
                          "Path: [^\r]+/harborlantern\r\nOS: [^\r]+\r\n64bit: False\r\nIE: 0.0.0\r\n"
                          "Portable: 1\r\nComp: [^\r]+\r\n\r\n")))
         << last;
+}
+
+// Processes of the user's that run this helper for that home.
+std::vector<std::string> helpersFor(const std::string& home) {
+    std::vector<std::string> found;
+    for (const auto& each : fs::directory_iterator("/proc")) {
+        std::error_code error;
+        const fs::path program = fs::read_symlink(each.path() / "exe", error);
+        if (error || program.filename() != "harborlantern-clipboard") continue;
+        const std::string environment = test::readFile(each.path().string() + "/environ");
+        if (environment.find("HARBORLANTERN_HOME=" + home) != environment.npos)
+            found.push_back(each.path().string());
+    }
+    return found;
+}
+
+TEST(OnScreenClipboard, HasTheReportWithWhichTheProgramWasQuitUntilSomethingElseIsCopied) {
+    if (QGuiApplication::platformName() != QLatin1String("xcb")) GTEST_SKIP() << "needs an X server";
+    const TempDir home;
+    test::writeFile(home.path() + "/Harborlantern.ini",
+                    "[Allgemein]\r\nLang=7\r\n[Optionen]\r\nFileSizeFormat=many\r\n");
+    QClipboard& clipboard = *QGuiApplication::clipboard();
+    clipboard.setText(QStringLiteral("older"));
+    const pid_t child = test::must(::fork());
+    if (child == 0) {
+        ::setenv("HARBORLANTERN_HOME", home.path().c_str(), 1);
+        ::execl("/proc/self/exe", "gui_tests", "--quit-from-report", nullptr);
+        ::_exit(127);
+    }
+    int status = -1;
+    bool ended = false;
+    EXPECT_TRUE(comes([&] {
+        QApplication::processEvents();  // Somebody may ask for the older text.
+        ended = ended || ::waitpid(child, &status, WNOHANG) == child;
+        return ended;
+    }));
+    EXPECT_EQ(status, 0);
+    const std::string text = clipboard.text().toStdString();
+    EXPECT_NE(text.find("Err: 13 - Type mismatch"), std::string::npos) << text;
+    EXPECT_TRUE(text.ends_with("Debug0: FileSizeFormat=many")) << text;
+    const auto helpers = helpersFor(home.path());
+    ASSERT_EQ(helpers.size(), 1U);
+    EXPECT_EQ(fs::read_symlink(helpers[0] + "/cwd"), "/");
+    for (const auto& each : fs::directory_iterator(helpers[0] + "/fd")) {
+        const std::string open = fs::read_symlink(each.path()).string();
+        EXPECT_TRUE(open[0] != '/' || open == "/dev/null") << open;
+    }
+    clipboard.setText(QStringLiteral("newer"));
+    EXPECT_TRUE(comes([&] {
+        QApplication::processEvents();
+        return helpersFor(home.path()).empty();
+    }));
 }
 
 TEST(ProgramWindow, WithNoDisplayOneLineNamesTheWayWithoutAWindow) {

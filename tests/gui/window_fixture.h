@@ -231,12 +231,15 @@ class Logic : private ErrorSink, private MessagePump {
                            [this] { errors_.windowShown(); }});
         form_->parts().dataFolder = HARBORLANTERN_SOURCE_DIR "/data";
         form_->parts().desktop = &desktop;
+        form_->parts().clipboardHolder =
+            std::filesystem::path(HARBORLANTERN_PROGRAM).parent_path().string() + "/harborlantern-clipboard";
     }
 
     PausingFileSystem fileSystem;
     Answers answers;
     std::vector<std::string> reports;  ///< Of errors.
     std::function<void()> onThere;     ///< The window exists, and is not yet shown.
+    std::function<void()> endProcess = [] { FAIL(); };
 
     WindowForm& form() { return *form_; }
     MessagePump& pump() { return *this; }
@@ -263,7 +266,7 @@ class Logic : private ErrorSink, private MessagePump {
         if (window == nullptr) return errors_.setDialog(nullptr);
         desk_ = std::make_unique<WindowDesk>(*window);
         dialogs_ = std::make_unique<ErrorReports>(ErrorFormServices{
-            texts_, files_, facts_, *desk_, kPosixPaths, home_, "0.1", mail_, [] { FAIL(); }});
+            texts_, files_, facts_, *desk_, kPosixPaths, home_, "0.1", mail_, [this] { endProcess(); }});
         errors_.setDialog(dialogs_.get());
         if (onThere) onThere();
     }

@@ -10,6 +10,7 @@
 #include <algorithm>
 
 #include "platform/qt/form_dialog.h"
+#include "platform/qt/lasting_clipboard.h"
 #include "platform/qt/print_preview.h"
 #include "platform/qt/qt_convert.h"
 #include "platform/qt/qt_guard.h"
@@ -411,6 +412,10 @@ bool MainWindow::openUrl(const std::string& url) {
 
 void MainWindow::copyText(const std::string& text) {
     QApplication::clipboard()->setText(qtText(text));
+}
+
+void MainWindow::leaveText(const std::string& text) {
+    leaveOnClipboard(text, parts_.clipboardHolder);
 }
 
 }  // namespace hl

@@ -78,6 +78,7 @@ class MainWindow final : public Window {
 
     bool openUrl(const std::string& url) override;
     void copyText(const std::string& text) override;
+    void leaveText(const std::string& text) override;
     FileTypes& fileTypes() override { return fileTypes_; }
     Desktop& desktop() override { return parts_.desktop != nullptr ? *parts_.desktop : desktop_; }
 

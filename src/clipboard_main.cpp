@@ -1,0 +1,14 @@
+// The helper that keeps a text on the clipboard of an X server, where the text is the owner's to hand out: it
+// reads the text from standard input, ends once the text can be pasted, and leaves a process behind that ends
+// when something else is copied, or with the X server.
+#include <iostream>
+#include <iterator>
+
+#include "platform/linux/background.h"
+#include "platform/qt/clipboard_holder.h"
+
+int main(int argc, char** argv) {
+    const std::string text{std::istreambuf_iterator<char>(std::cin), {}};
+    return hl::goOnInBackground(
+        [&](const std::function<void()>& ready) { return hl::holdOnClipboard(argc, argv, text, ready); });
+}
