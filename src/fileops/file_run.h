@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <string>
 
 #include "platform/file_operations.h"
@@ -16,10 +17,10 @@ class FileOpsHost {
   public:
     virtual ~FileOpsHost() = default;
     virtual void setFirstPanel(const std::string& text) = 0;
-    virtual void Preview_Reset_View() = 0;
-    virtual void List_Files_Refresh() = 0;
-    /// Rows of a list have gone: icons and statistics follow.
-    virtual void listChanged(GridId list) = 0;
+    /// The preview shows the file that is selected now.
+    virtual void Preview_ShowFile() = 0;
+    /// Rows whose path `went` go from all lists.
+    virtual void removeFromLists(const std::function<bool(const std::string& path)>& went) = 0;
     /// The window was closed while something waited for an answer: nothing begins any more.
     virtual bool closed() = 0;
 };

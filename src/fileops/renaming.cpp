@@ -1,7 +1,12 @@
 #include "fileops/renaming.h"
 
+#include <cstdint>
+#include <optional>
+
 #include "base/path.h"
 #include "base/text.h"
+#include "fileops/gone.h"
+#include "fileops/recycle_texts.h"
 #include "robustness/trap.h"
 #include "scan/records.h"
 #include "scan/rollup.h"
@@ -12,11 +17,60 @@ namespace hl {
 namespace {
 
 constexpr const char* kModul = "frmMain";
-constexpr int kNotFound = 2;
+
+/// What a move has done to a file that had the name before.
+enum class Former : std::uint8_t { kNone, kInTrash, kReplaced };
+
+/// Makes room for `from` at `to`. Empty if it may go there, else why not. `now`: where the former file is.
+std::string makeRoom(const FileOps& ops, FileRun& run, const std::string& from, const std::string& to,
+                     Former& former, std::string& now) {
+    const FilePlace place = placeOf(ops.scan, to);
+    if (!ops.operations.wouldReplace(placeOf(ops.scan, from), place, run)) return {};
+    const RecycleError error = ops.operations.recycle(place, run, now);
+    if (error == RecycleError::kNone) {
+        former = Former::kInTrash;
+        ops.scan.log.LogProtokoll(ops.scan.texts.TL(3760, "PAPIERKORB: %1", {to}));
+        return {};
+    }
+    former = Former::kReplaced;
+    if (error == RecycleError::kNoTrash) return {};
+    former = Former::kNone;
+    const int code = static_cast<int>(error);
+    return to + ": " + xGetErrorTextFromSH(code, false) + " (" + std::to_string(code) + ")";
+}
+
+void tellOfFormer(const FileOps& ops, const std::string& path, Former former) {
+    const Texts& texts = ops.scan.texts;
+    if (former == Former::kInTrash)
+        return ops.host.setFirstPanel(
+            texts.TL(9641, "Die frühere Datei '%1' liegt jetzt im Papierkorb.", {path}));
+    const std::string text =
+        texts.TL(9642, "Die frühere Datei '%1' wurde ersetzt; hier gibt es keinen Papierkorb.", {path});
+    ops.scan.log.LogProtokoll(text);
+    ops.host.setFirstPanel(text);
+}
 
 /// Renames, and writes the new name into the row or tells why not.
 bool rename(const FileOps& ops, Grid& grid, Row row, const std::string& folder, const std::string& name) {
-    const std::string error = xMoveFile_W(ops, folder + std::string(grid.text(row)), folder + name);
+    const std::string from = folder + std::string(grid.text(row)), to = folder + name;
+    Former former = Former::kNone;
+    std::string error, now;
+    std::optional<Gone> gone;
+    {
+        FileRun run(ops, ops.scan.texts.TL(9551, "Wird verschoben: %1"));
+        error = makeRoom(ops, run, from, to, former, now);
+        if (error.empty()) error = xMoveFile_W(ops, run, from, to);
+        if (former == Former::kReplaced && !error.empty()) former = Former::kNone;
+        if (former != Former::kNone) {
+            gone.emplace(ops, former == Former::kInTrash).file(to);
+            gone->trashed(now, false);
+            gone->readWhatIsLeft();
+        }
+    }
+    if (gone) {
+        gone->show();
+        tellOfFormer(ops, to, former);
+    }
     if (error.empty()) return grid.setText(row, name), true;
     ops.window.message(MessageKind::kWarning, visible(error));
     return false;
@@ -24,12 +78,8 @@ bool rename(const FileOps& ops, Grid& grid, Row row, const std::string& folder, 
 
 }  // namespace
 
-std::string xMoveFile_W(const FileOps& ops, const std::string& from, const std::string& to) {
-    int error = 0;
-    {
-        FileRun run(ops, ops.scan.texts.TL(9551, "Wird verschoben: %1"));
-        error = ops.operations.move(placeOf(ops.scan, from), placeOf(ops.scan, to), run);
-    }
+std::string xMoveFile_W(const FileOps& ops, FileRun& run, const std::string& from, const std::string& to) {
+    const int error = ops.operations.move(placeOf(ops.scan, from), placeOf(ops.scan, to), run);
     if (error == 0) return {};
     const std::string text = ops.scan.facts.errorText(error);
     return text.empty() ? std::to_string(error) : text;
@@ -49,10 +99,7 @@ void renameInReport(const FileOps& ops, Row row, const std::string& name) {
         Grid& report = ops.scan.tvwPL;
         if (name == report.text(row) || report.level(row) == 0 || ops.scan.state.ScanActive) return;
         // A row that sums up files is no folder, whatever may be called so on the disk.
-        if (report.number(row, kIsFolder) != 1) {
-            ops.window.message(MessageKind::kWarning, ops.scan.facts.errorText(kNotFound));
-            return;
-        }
+        if (report.number(row, kIsFolder) != 1) return;
         const std::string folder = Report_GetFullpathOfNode(report, report.parent(row), true, ops.scan.paths);
         const std::string old = AddTrailingSlash(folder + std::string(report.text(row)), ops.scan.paths);
         std::string& listed = ops.scan.state.currentFolder;

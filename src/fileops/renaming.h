@@ -10,10 +10,11 @@ namespace hl {
 class ListView;
 
 /// Gives `from` the path `to`; see FileOperations::move. Empty on success, else the system's message.
-std::string xMoveFile_W(const FileOps& ops, const std::string& from, const std::string& to);
+std::string xMoveFile_W(const FileOps& ops, FileRun& run, const std::string& from, const std::string& to);
 
-/// A file of a list got another name. A message tells why it keeps the old one; its other cells, and rows of
-/// the same file in other lists, stay as they are.
+/// A file of a list got another name. A file of that name goes to the trash; where there is none it is
+/// replaced, and the status bar says so. A message tells why the old name stays; other cells of the row, and
+/// rows of the same file in other lists, stay as they are.
 void renameInList(const FileOps& ops, ListView& list, Row row, const std::string& name);
 
 /// A folder of the report got another name. What the file list shows of it lies under that name then.

@@ -102,7 +102,7 @@ void WindowForm::cbrMain_Execute(int id) {
             return;
         case 101:
         case 102:
-            return DeleteFolders(fileOps(), id == 102);
+            return DeleteFolders(fileOps(), tvwPL_.selectedRows(), id == 102);
         case 14:
             return ShowOptionen();
         case 16:

@@ -8,6 +8,7 @@
 #include "mainwindow/window_form.h"
 #include "robustness/trap.h"
 #include "scan/driver.h"
+#include "scan/file_system_calls.h"
 #include "scan/rollup.h"
 
 namespace hl {
@@ -26,11 +27,10 @@ std::string withoutSlash(std::string path) {
 
 // What went since it was read has no menu, and the user sees why.
 bool WindowForm::isGone(const char* routine, const std::string& path) {
-    constexpr int kNotFound = 2, kFolderNotFound = 20;
-    const int error = path.empty() ? 0 : services_.fileSystem.look(path).error;
-    if (error != kNotFound && error != kFolderNotFound) return false;
-    services_.log.LogDebug(routine, {services_.facts.errorText(error), visible(path)});
-    setFirstPanel(services_.texts.TL(9640, "'%1' ist nicht mehr da.", {path}));
+    if (path.empty() || !hasVanished(scan_, path)) return false;
+    const std::string text = services_.texts.TL(9640, "'%1' ist nicht mehr da.", {path});
+    services_.log.LogDebug(routine, {visible(text)});
+    setFirstPanel(text);
     return true;
 }
 
@@ -54,7 +54,7 @@ void WindowForm::reportMenuCommand(int id, Row row) {
             return Report_RemoveFolders(scan_);
         case kRecycle:
         case kDelete:
-            return Report_DeleteFolder(fileOps(), row, id == kRecycle);
+            return DeleteFolders(fileOps(), {row}, id == kRecycle);
         case kFoldAll:
         case kUnfoldAll:
             return reportView_->Report_ExpandSubFolders(id == kUnfoldAll);
@@ -92,7 +92,7 @@ void WindowForm::ShellContextMenuFileList(GridId id, Point at) {
         switch (chosen) {
             case list_menu::kRecycle:
             case list_menu::kDelete:
-                List_DeleteFiles(ops, list, id, chosen == list_menu::kRecycle);
+                List_DeleteFiles(ops, list, chosen == list_menu::kRecycle);
                 break;
             case list_menu::kRename:
                 list.KeyUp(kKeyF2);
@@ -130,15 +130,8 @@ void WindowForm::GridCellAfterEditing(GridId id, Row row, const std::string& val
 
 // --- FileOpsHost
 
-void WindowForm::List_Files_Refresh() {
-    lists_->files.List_Files_Refresh();
-}
-
-void WindowForm::listChanged(GridId id) {
-    ListView& list = *lists_->of(id);
-    list.rowsChanged();
-    list.SetFileIcons(false);
-    list.ShowFileStat();
+void WindowForm::removeFromLists(const std::function<bool(const std::string& path)>& went) {
+    for (const GridId id : kListGrids) lists_->of(id)->removeRows(went);
 }
 
 }  // namespace hl

@@ -197,8 +197,7 @@ class WindowForm final : public MainForm,
     void listCommand(GridId list, ListCommand command) override;
 
     // --- FileOpsHost
-    void List_Files_Refresh() override;
-    void listChanged(GridId list) override;
+    void removeFromLists(const std::function<bool(const std::string& path)>& went) override;
     bool closed() override { return unloaded_; }
 
     // --- DriveListHost

@@ -83,7 +83,7 @@ void WindowForm::listCommand(GridId list, ListCommand command) {
                                list, services_.numbers, *window_);
         case ListCommand::kDelete:
         case ListCommand::kRecycle:
-            return List_DeleteFiles(fileOps(), *lists_->of(list), list, command == ListCommand::kRecycle);
+            return List_DeleteFiles(fileOps(), *lists_->of(list), command == ListCommand::kRecycle);
     }
 }
 

@@ -71,12 +71,15 @@ class FileOperations {
     /// is told, and the rest goes. Links are not followed, other mounts not entered. A folder of the caller's
     /// own that may not be written is made so first.
     virtual Removal removeTree(const FilePlace& place, OperationWatch& watch) = 0;
-    /// To the trash of the mount it lies on. Nothing is copied, and nothing is removed instead.
-    virtual RecycleError recycle(const FilePlace& place, OperationWatch& watch) = 0;
+    /// To the trash of the mount it lies on. Nothing is copied, and nothing is removed instead. `now`: its
+    /// absolute path there, "TRASH/files/NAME"; empty after an error, and where the system does not tell.
+    virtual RecycleError recycle(const FilePlace& place, OperationWatch& watch, std::string& now) = 0;
     /// Gives it another name or place. A file in that place is replaced, a folder is not (EEXIST). Onto
     /// another mount only what is no folder goes: it is copied, flushed to the disk, and then removed here.
     /// System error code; after a failure everything is as it was.
     virtual int move(const FilePlace& from, const FilePlace& to, OperationWatch& watch) = 0;
+    /// Whether a move would replace a file: one lies there, and it is not `from` itself by another name.
+    virtual bool wouldReplace(const FilePlace& from, const FilePlace& to, OperationWatch& watch) = 0;
     /// By what it is, not by its name: also through a link or another mount of the same folder.
     virtual Protection protectionOf(const FilePlace& place, OperationWatch& watch) = 0;
 };

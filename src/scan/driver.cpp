@@ -50,11 +50,10 @@ Row addSourceRow(ScanContext& scan, const std::string& source, int imageIndex) {
 
 void finishLists(ScanContext& scan, const std::string& source) {
     trimTopList(scan);
-    const std::string title =
-        scan.texts.TL(3723, "%1 größten Dateien von '%2'", {scan.lvwTOP.rowCount(), visible(source)});
+    scan.state.TopSource = source;
     scan.lvwJunctions.sortLevels(0);
     sortHardlinks(scan.lvwHardlinks);
-    scan.host.topListTitle(title);
+    showTopTitle(scan);
     scan.host.listsFilled();
 }
 

@@ -29,6 +29,10 @@ Row QuelleEinlesen(ScanContext& scan, const std::string& source, int imageIndex,
 /// Reads the folder of the current row again and corrects all rows above by the difference.
 void Report_Rescan(ScanContext& scan, bool recursive);
 
+/// Reads the folder of a row again and corrects the sums above by the difference. Their shares, the order of
+/// rows and the three lists are left to the caller.
+void Report_ReadAgain(ScanContext& scan, Row row);
+
 void DisableControls(ScanContext& scan, bool noStop);
 void EnableControls(ScanContext& scan);
 

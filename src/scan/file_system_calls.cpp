@@ -14,6 +14,12 @@ bool xExistFolder_W(ScanContext& scan, std::string_view path) {
     return xExistFile(scan, path);
 }
 
+bool hasVanished(const ScanContext& scan, std::string_view path) {
+    constexpr int kNotFound = 2, kFolderNotFound = 20;
+    const int error = scan.fileSystem.look(ToLongPath(path, scan.paths)).error;
+    return error == kNotFound || error == kFolderNotFound;
+}
+
 std::int32_t xGetHardlinkCount(ScanContext& scan, const std::string& path, std::string* id,
                                std::string& error) {
     const PathFacts facts = scan.fileSystem.look(ToLongPath(path, scan.paths));

@@ -12,6 +12,8 @@ namespace hl {
 bool xExistFile(ScanContext& scan, std::string_view path);
 /// The same with one trailing separator left out. It does not ask whether it is a folder.
 bool xExistFolder_W(ScanContext& scan, std::string_view path);
+/// Whether it is not there, and not merely out of reach.
+bool hasVanished(const ScanContext& scan, std::string_view path);
 
 /// The number of names of a file, 0 if it has only one. `id` (may be null) is set for any file that exists.
 /// 0 with `error` set if it cannot be learned.

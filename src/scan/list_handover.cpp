@@ -84,6 +84,12 @@ void sortHardlinks(Grid& lvwHardlinks) {
     lvwHardlinks.sortLevels(0);
 }
 
+void showTopTitle(ScanContext& scan) {
+    if (scan.state.TopSource.empty()) return;
+    scan.host.topListTitle(scan.texts.TL(3723, "%1 größten Dateien von '%2'",
+                                         {scan.lvwTOP.rowCount(), visible(scan.state.TopSource)}));
+}
+
 void trimTopList(ScanContext& scan) {
     scan.lvwTOP.sortLevels(0);
     scan.lvwTOP.removeFrom(static_cast<std::size_t>(std::max(0, scan.state.TopMaxCount)));

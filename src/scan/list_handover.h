@@ -33,6 +33,8 @@ void handOverJunction(ScanContext& scan, std::string_view path, std::string_view
 /// Sorts the hardlinks. By their ids, names of one file stand together also where another disk has the
 /// number.
 void sortHardlinks(Grid& lvwHardlinks);
+/// Tells how many there are, and of which source.
+void showTopTitle(ScanContext& scan);
 /// Sorts the largest files and removes those behind the wanted length.
 void trimTopList(ScanContext& scan);
 

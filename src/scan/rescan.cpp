@@ -148,6 +148,24 @@ void rescanCurrent(ScanContext& scan, bool recursive) {
 
 }  // namespace
 
+void Report_ReadAgain(ScanContext& scan, Row row) {
+    Grid& report = scan.tvwPL;
+    const FolderNumbers before = numbersOf(report, row);
+    report.removeChildren(row);
+    forgetAccessError(scan, row, Report_GetFullpathOfNode(report, row, false, scan.paths));
+    // A silent walk fills no lists.
+    const ScopeExit lists([&, was = scan.state.SilentRun] { scan.state.SilentRun = was; });
+    scan.state.SilentRun = true;
+    scan.state.NeedLinkCount = scan.options.AddHardlinksOnlyOnce == 1;
+    scan.state.SeenLinkIds.Clear();
+    ScanTotals totals;
+    Report_ScanFolders(scan, Report_GetFullpathOfNode(report, row, true, scan.paths), row, totals);
+    scan.state.SeenLinkIds.Clear();
+    Report_SetNodeSizeAndFilecount(report, row, totals.size, totals.files);
+    report.setNumber(row, kFolders, totals.folders);
+    correctAbove(report, row, before);
+}
+
 void Report_Rescan(ScanContext& scan, bool recursive) {
     guarded(scan.diagnostics, "Report_Rescan", "frmMain", [&] {
         if (scan.tvwPL.rowCount() != 0 && scan.tvwPL.currentRow() != kNoRow) rescanCurrent(scan, recursive);

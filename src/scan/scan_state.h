@@ -42,6 +42,7 @@ struct ScanState {
     std::uint64_t FileListRun = 0;
 
     // Set anew for each source.
+    std::string TopSource;         ///< The source whose largest files are listed.
     std::int32_t TopCount = 0;     ///< Rows that were added to the largest files; trims do not lower it.
     std::int32_t TopMaxCount = 0;  ///< Rows wanted.
     SizeValue TopLargest;

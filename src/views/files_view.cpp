@@ -97,6 +97,12 @@ std::string FilesView::pathOf(Row row) const {
     return parts_.scan.state.currentFolder + std::string(grid_.text(row));
 }
 
+void FilesView::rowsRemoved() {
+    FilesTotalSize_ = SizeValue();
+    for (Row row = grid_.firstRoot(); row != kNoRow; row = grid_.nextSibling(row))
+        FilesTotalSize_ += SizeValue::fromBytes(static_cast<std::uint64_t>(grid_.number(row, kFileSize)));
+}
+
 // Empty where no folder is listed.
 std::string FilesView::total() const {
     if (parts_.scan.state.currentFolder.empty()) return {};

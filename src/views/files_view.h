@@ -23,6 +23,7 @@ class FilesView final : public ListView {
 
   private:
     void ownCommand() override { List_Files_Refresh(); }
+    void rowsRemoved() override;
     std::string total() const override;
     void empty();
     void list(const std::string& folder);

@@ -270,6 +270,20 @@ void ListView::rowsChanged() {
     Resize_Columns(true);
 }
 
+void ListView::removeRows(const std::function<bool(const std::string& path)>& went) {
+    std::vector<Row> rows;
+    for (Row row = grid_.firstRoot(); row != kNoRow; row = grid_.nextSibling(row))
+        if (went(pathOf(row))) rows.push_back(row);
+    if (rows.empty()) return;
+    {
+        const NoRedraw off(grid_);
+        for (const Row row : rows) grid_.removeRow(row);
+    }
+    rowsRemoved();
+    rowsChanged();
+    if (parts_.host.listShows(traits_.grid)) ShowFileStat();
+}
+
 // --- what the list shows
 
 std::string ListView::total() const {

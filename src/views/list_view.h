@@ -6,6 +6,7 @@
 // only.
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <span>
 #include <string>
@@ -120,6 +121,8 @@ class ListView {
     void Set_SizeFormat();
     /// To be called when rows have come or gone by other hands than the list's own.
     void rowsChanged();
+    /// Removes the rows of those paths that `went`.
+    void removeRows(const std::function<bool(const std::string& path)>& went);
 
     /// Full path of the row's file or folder.
     virtual std::string pathOf(Row row) const;
@@ -136,6 +139,8 @@ class ListView {
     virtual void ownCommand() {}
     /// The status after a click on a row and after a key.
     virtual void showSelection() { ShowFileStat(); }
+    /// Some rows have been removed.
+    virtual void rowsRemoved() {}
     /// First part of the status.
     virtual std::string total() const;
     /// The right button was released over a row, and the menu is next.

@@ -1,6 +1,8 @@
 // What deleting tells, and in which order, with a disk that answers as it is told.
 #include "fileops/deleting.h"
 
+#include <algorithm>
+
 #include "fileops/renaming.h"
 #include "support/fake_window.h"
 #include "support/scan_fixture.h"
@@ -15,6 +17,7 @@ class ScriptedOperations final : public FileOperations {
     Removal removal{.removed = true};
     RecycleError recycled = RecycleError::kNone;
     int error = 0;
+    bool replaces = false;
     Protection protection = Protection::kNone;
     std::vector<std::string> asked;
 
@@ -22,12 +25,13 @@ class ScriptedOperations final : public FileOperations {
     Removal removeTree(const FilePlace& place, OperationWatch&) override {
         return note("tree", place), removal;
     }
-    RecycleError recycle(const FilePlace& place, OperationWatch&) override {
+    RecycleError recycle(const FilePlace& place, OperationWatch&, std::string&) override {
         return note("recycle", place), recycled;
     }
     int move(const FilePlace& from, const FilePlace& to, OperationWatch&) override {
         return note("move", from), note("to", to), error;
     }
+    bool wouldReplace(const FilePlace&, const FilePlace&, OperationWatch&) override { return replaces; }
     Protection protectionOf(const FilePlace&, OperationWatch&) override { return protection; }
 
   private:
@@ -38,18 +42,20 @@ class ScriptedOperations final : public FileOperations {
 
 class QuietHost final : public FileOpsHost {
   public:
-    void setFirstPanel(const std::string&) override {}
-    void Preview_Reset_View() override {}
-    void List_Files_Refresh() override { ++refreshed; }
-    void listChanged(GridId) override {}
+    std::string panel;
+    void setFirstPanel(const std::string& text) override { panel = text; }
+    void Preview_ShowFile() override {}
+    void removeFromLists(const std::function<bool(const std::string&)>&) override {}
     bool closed() override { return false; }
-    int refreshed = 0;
 };
 
 class DeletingTest : public ::testing::Test {
   protected:
     /// /src(a(aa) b), 100 bytes and one file in aa, 10 bytes and two files in b.
     DeletingTest() {
+        bench_.disk.sources = {
+            test::folder("/src", {test::folder("a", {test::folder("aa", {test::file("x", 100)})}),
+                                  test::folder("b", {test::file("x", 4), test::file("y", 6)})})};
         src_ = row(kNoRow, "/src", 110, 3, 3);
         a_ = row(src_, "a", 100, 1, 1);
         aa_ = row(a_, "aa", 100, 1, 0);
@@ -96,54 +102,53 @@ TEST_F(DeletingTest, APlaceBeginsAtTheLongestSourceThatHoldsIt) {
     EXPECT_TRUE(placeOf(bench_.scan, "/usr/x").followLinks);
 }
 
-TEST_F(DeletingTest, SelectedFoldersTellWhatStayedAndGoOn) {
+TEST_F(DeletingTest, WhatStayedIsToldOnceWithReasonsAndReadAgain) {
     const std::string stays = "Beim Löschen des Ordners '/src/b' ist ein Fehler aufgetreten: ";
     const Removal partly = {.failures = {{"/src/b/x", 13}, {"/src/b", 13, true}}, .failureCount = 4};
     const std::tuple<Removal, bool, std::string> cases[] = {
-        {{.vanished = true}, false, stays},
         {partly, false, stays + "Permission denied (/src/b/x) Permission denied(/src/b) ... und 2 weitere"},
         {{},
          true,
          "Beim Verschieben des Ordners'/src/b' in den Papierkorb ist ein Fehler aufgetreten: Security "
          "settings denied access to the source. (120)"}};
-    bench_.report.setSelected(b_, true);
     disk_.recycled = RecycleError::kAccess;
+    bench_.disk.find("/src/b/y")->facts.size = 1;  // What the removal has left of it.
     for (const auto& [removal, recycle, text] : cases) {
         disk_.removal = removal;
         window_.calls.clear();
-        DeleteFolders(ops_, recycle);
+        DeleteFolders(ops_, {b_}, recycle);
         EXPECT_EQ(window_.calls, (std::vector<std::string>{text}));
         EXPECT_EQ(bench_.protocol().back(), text);
-        EXPECT_EQ(bench_.report.rowCount(), 4u) << text;
+        EXPECT_EQ(numbers(b_), (std::vector<double>{5, 2, 0})) << text;
+        EXPECT_EQ(numbers(src_), (std::vector<double>{105, 3, 3}));
     }
-    disk_.removal = {.removed = true};
-    DeleteFolders(ops_, false);
-    EXPECT_EQ(bench_.protocol().back(), "GELÖSCHT: /src/b");
-    EXPECT_EQ(bench_.report.rowCount(), 3u);
-    EXPECT_EQ(numbers(src_), (std::vector<double>{110, 3, 3}));
+    EXPECT_EQ(bench_.protocol().size(), 2u);
+    bench_.disk.find("/src")->items.pop_back();
+    disk_.removal = {.vanished = true};
+    DeleteFolders(ops_, {b_}, false);
+    EXPECT_EQ(window_.calls.back(), stays + "'/src/b' ist nicht mehr da.");
+    EXPECT_EQ(bench_.rows(), (std::vector<std::string>{"/src 100 1/2", "  a 100 1/1", "    aa 100 1/0"}));
     EXPECT_FALSE(bench_.state.ScanActive);
 }
 
-TEST_F(DeletingTest, TheMenusWayTellsNothingAndTakesTheNumbersOut) {
-    disk_.removal = {.failures = {{"/src/a/aa/x", 13}}, .failureCount = 1};
-    Report_DeleteFolder(ops_, aa_, false);
-    EXPECT_EQ(disk_.asked, (std::vector<std::string>{"tree /src|a/aa"}));
-    EXPECT_TRUE(window_.calls.empty() && bench_.protocol().empty());
-    EXPECT_EQ(numbers(a_), (std::vector<double>{0, 0, 0}));
-    EXPECT_EQ(numbers(src_), (std::vector<double>{10, 2, 2}));
-    EXPECT_EQ(bench_.report.rowCount(), 3u);
-    EXPECT_EQ(host_.refreshed, 1);
+TEST_F(DeletingTest, ManyThatStayAreToldUpToANumber) {
+    std::vector<Row> rows;
+    for (int i = 0; i < 13; ++i) rows.push_back(row(b_, std::to_string(i).c_str(), 0, 0, 0));
+    disk_.removal = {.failures = {{"/x", 13}}, .failureCount = 1};
+    DeleteFolders(ops_, rows, false);
+    ASSERT_EQ(window_.calls.size(), 1u);
+    EXPECT_EQ(std::ranges::count(window_.calls[0], '\n'), 10);
+    EXPECT_TRUE(window_.calls[0].ends_with("\n... und 3 weitere")) << window_.calls[0];
+    EXPECT_EQ(bench_.protocol().size(), 13u);
 }
 
 TEST_F(DeletingTest, ProtectedFoldersAreNeitherRemovedNorRecycled) {
-    bench_.report.setSelected(a_, true);
     for (const Protection protection : {Protection::kRoot, Protection::kHome, Protection::kProgram}) {
         disk_.protection = protection;
         for (const bool recycle : {false, true}) {
             window_.calls.clear();
-            DeleteFolders(ops_, recycle);
-            Report_DeleteFolder(ops_, a_, recycle);
-            EXPECT_EQ(window_.calls.size(), 2u);
+            DeleteFolders(ops_, {a_}, recycle);
+            EXPECT_EQ(window_.calls.size(), 1u);
         }
     }
     EXPECT_TRUE(disk_.asked.empty());
@@ -151,16 +156,34 @@ TEST_F(DeletingTest, ProtectedFoldersAreNeitherRemovedNorRecycled) {
     EXPECT_EQ(numbers(src_), (std::vector<double>{110, 3, 3}));
 }
 
-TEST_F(DeletingTest, ARowThatSumsUpFilesIsNoFolderOfThatName) {
+TEST_F(DeletingTest, ARowThatSumsUpFilesIsPassedOver) {
     const Row files = row(a_, "Dateien", 0, 0, 0);
     bench_.report.setNumber(files, kIsFolder, 0);
-    bench_.report.setSelected(files, true);
-    DeleteFolders(ops_, false);
-    DeleteFolders(ops_, true);
+    for (const bool recycle : {false, true}) DeleteFolders(ops_, {files}, recycle);
     renameInReport(ops_, files, "new");
-    EXPECT_TRUE(disk_.asked.empty());
-    EXPECT_EQ(window_.calls.size(), 3u);
+    EXPECT_TRUE(disk_.asked.empty() && window_.calls.empty() && bench_.protocol().empty());
     EXPECT_EQ(bench_.report.text(files), "Dateien");
+}
+
+TEST_F(DeletingTest, AFileOfTheNewNameGoesToTheTrashAndIsReplacedOnlyWhereThereIsNone) {
+    disk_.replaces = true;
+    const std::tuple<RecycleError, bool, std::string> cases[] = {
+        {RecycleError::kNone, true, "Die frühere Datei '/src/z' liegt jetzt im Papierkorb."},
+        {RecycleError::kNoTrash, true,
+         "Die frühere Datei '/src/z' wurde ersetzt; hier gibt es keinen Papierkorb."},
+        {RecycleError::kNameTooLong, false, ""}};
+    for (const auto& [error, moved, told] : cases) {
+        disk_.recycled = error;
+        disk_.asked.clear();
+        window_.calls.clear();
+        host_.panel.clear();
+        bench_.report.setText(b_, "b");
+        renameInReport(ops_, b_, "z");
+        EXPECT_EQ(disk_.asked.back(), moved ? "to /src|z" : "recycle /src|z");
+        EXPECT_EQ(bench_.report.text(b_), moved ? "z" : "b");
+        EXPECT_EQ(host_.panel, told);
+        EXPECT_EQ(window_.calls.empty(), moved);
+    }
 }
 
 TEST_F(DeletingTest, ARenamedFolderIsWhereTheListLooksNext) {

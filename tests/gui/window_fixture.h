@@ -94,13 +94,16 @@ class PausingOperations final : public FileOperations {
         if (refused(place)) return {.failures = {{place.base, EACCES, true}}, .failureCount = 1};
         return before(watch), disk_.removeTree(place, watch);
     }
-    RecycleError recycle(const FilePlace& place, OperationWatch& watch) override {
+    RecycleError recycle(const FilePlace& place, OperationWatch& watch, std::string& now) override {
         if (refused(place)) return RecycleError::kAccess;
-        return before(watch), disk_.recycle(place, watch);
+        return before(watch), disk_.recycle(place, watch, now);
     }
     int move(const FilePlace& from, const FilePlace& to, OperationWatch& watch) override {
         if (refused(from) || refused(to)) return EACCES;
         return before(watch), disk_.move(from, to, watch);
+    }
+    bool wouldReplace(const FilePlace& from, const FilePlace& to, OperationWatch& watch) override {
+        return disk_.wouldReplace(from, to, watch);
     }
     Protection protectionOf(const FilePlace& place, OperationWatch& watch) override {
         return disk_.protectionOf(place, watch);

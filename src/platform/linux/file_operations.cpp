@@ -59,12 +59,13 @@ Removal LinuxFileOperations::removeTree(const FilePlace& place, OperationWatch& 
     return removal;
 }
 
-RecycleError LinuxFileOperations::recycle(const FilePlace& place, OperationWatch& watch) {
+RecycleError LinuxFileOperations::recycle(const FilePlace& place, OperationWatch& watch, std::string& now) {
+    now.clear();
     RecycleError error = RecycleError::kUnknown;
     runBeside(
         [&](Whereabouts& whereabouts) {
             whereabouts.at([&] { return pathOf(place); });
-            error = moveToTrash(place, settings_.trash);
+            error = moveToTrash(place, settings_.trash, &now);
         },
         watch);
     return error;
@@ -74,6 +75,12 @@ int LinuxFileOperations::move(const FilePlace& from, const FilePlace& to, Operat
     int error = 0;
     runBeside([&](Whereabouts& whereabouts) { error = moveEntry(from, to, whereabouts); }, watch);
     return error;
+}
+
+bool LinuxFileOperations::wouldReplace(const FilePlace& from, const FilePlace& to, OperationWatch& watch) {
+    bool replaces = false;
+    runBeside([&](Whereabouts&) { replaces = hl::wouldReplace(from, to); }, watch);
+    return replaces;
 }
 
 Protection LinuxFileOperations::protectionOf(const FilePlace& place, OperationWatch& watch) {

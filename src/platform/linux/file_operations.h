@@ -23,8 +23,9 @@ class LinuxFileOperations final : public FileOperations {
 
     int removeFile(const FilePlace& place, OperationWatch& watch) override;
     Removal removeTree(const FilePlace& place, OperationWatch& watch) override;
-    RecycleError recycle(const FilePlace& place, OperationWatch& watch) override;
+    RecycleError recycle(const FilePlace& place, OperationWatch& watch, std::string& now) override;
     int move(const FilePlace& from, const FilePlace& to, OperationWatch& watch) override;
+    bool wouldReplace(const FilePlace& from, const FilePlace& to, OperationWatch& watch) override;
     Protection protectionOf(const FilePlace& place, OperationWatch& watch) override;
 
   private:

@@ -351,4 +351,14 @@ int moveEntry(const FilePlace& from, const FilePlace& to, Whereabouts& whereabou
     return moveAcross(old, entry, fresh, [&] { whereabouts.at([&] { return pathOf(from); }); });
 }
 
+bool wouldReplace(const FilePlace& from, const FilePlace& to) {
+    const OpenedPlace old = openPlace(from);
+    const OpenedPlace fresh = openPlace(to);
+    struct stat entry {};
+    struct stat there {};
+    return old.error == 0 && fresh.error == 0 && fresh.name.find('\0') == std::string::npos &&
+           lookAt(old, entry) && !S_ISDIR(entry.st_mode) && lookAt(fresh, there) && !S_ISDIR(there.st_mode) &&
+           !sameFile(entry, there);
+}
+
 }  // namespace hl

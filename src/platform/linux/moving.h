@@ -21,4 +21,7 @@ namespace hl {
 /// gone. `whereabouts` is told between the blocks of a copy.
 int moveEntry(const FilePlace& from, const FilePlace& to, Whereabouts& whereabouts);
 
+/// Whether moveEntry would replace a file by another one.
+bool wouldReplace(const FilePlace& from, const FilePlace& to);
+
 }  // namespace hl

@@ -17,6 +17,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <array>
 #include <cstdint>
 #include <cstdlib>
 #include <string_view>
@@ -281,7 +282,16 @@ int openParts(Descriptor folder, Trash& trash) {
     return stepMaking(trash.files, "files");
 }
 
-RecycleError moveInto(const Trash& trash, const OpenedPlace& from, const std::string& text) {
+/// The path of an open folder, as the kernel tells it; empty if it is too long for that.
+std::string pathOfFolder(const Descriptor& folder) {
+    std::array<char, PATH_MAX> path{};
+    const std::string link = "/proc/self/fd/" + std::to_string(folder.number());
+    const ssize_t length = readlink(link.c_str(), path.data(), path.size());
+    return length > 0 && length < PATH_MAX ? std::string(path.data(), static_cast<std::size_t>(length)) : "";
+}
+
+RecycleError moveInto(const Trash& trash, const OpenedPlace& from, const std::string& text,
+                      std::string* now) {
     for (unsigned attempt = 1; attempt <= kMostNames; ++attempt) {
         const std::string name = nameInTrash(from.name, attempt);
         const std::string info = name + std::string(kInfoEnding);
@@ -289,7 +299,11 @@ RecycleError moveInto(const Trash& trash, const OpenedPlace& from, const std::st
         if (error == EEXIST) continue;
         if (error != 0) return trashFault(error);
         error = renameAnew(from.folder, from.name, trash.files, name);
-        if (error == 0) return RecycleError::kNone;
+        if (error == 0) {
+            const std::string files = now != nullptr ? pathOfFolder(trash.files) : "";
+            if (!files.empty()) *now = files + "/" + name;
+            return RecycleError::kNone;
+        }
         unlinkat(trash.info.number(), info.c_str(), 0);
         if (error != EEXIST) return entryFault(error);
     }
@@ -298,17 +312,17 @@ RecycleError moveInto(const Trash& trash, const OpenedPlace& from, const std::st
 
 /// `folder`: the open trash; `entry`: what lies at `from`.
 RecycleError moveInto(Descriptor folder, const OpenedPlace& from, const Entry& entry,
-                      const std::string& encodedPath) {
+                      const std::string& encodedPath, std::string* now) {
     Trash trash;
     if (const int error = openParts(std::move(folder), trash); error != 0) return trashFault(error);
     Entry info;
     // The kernel refuses to move the other folder of the trash and what is above into itself, but not this.
     if (look(trash.info.number(), "", info) != 0 || info.is(entry)) return RecycleError::kUnknown;
-    return moveInto(trash, from, infoText(encodedPath));
+    return moveInto(trash, from, infoText(encodedPath), now);
 }
 
 RecycleError moveToMountTrash(const OpenedPlace& from, const Entry& entry, unsigned user,
-                              const std::vector<std::string>& names) {
+                              const std::vector<std::string>& names, std::string* now) {
     Descriptor top = openAt(from.folder.number(), ".", kFolderFlags);
     if (!top.isOpen()) return entryFault(errno);
     std::size_t levels = 0;
@@ -317,7 +331,7 @@ RecycleError moveToMountTrash(const OpenedPlace& from, const Entry& entry, unsig
     if (path.empty()) return RecycleError::kUnknown;  // The text of the place leads there by links only.
     Descriptor trash;
     if (const int error = openMountTrash(top, user, trash); error != 0) return trashFault(error);
-    return moveInto(std::move(trash), from, entry, path);
+    return moveInto(std::move(trash), from, entry, path, now);
 }
 
 /// The home folder that the system knows for a user; empty if it knows none.
@@ -349,7 +363,7 @@ TrashSettings trashSettingsFromEnvironment() {
     return {data.empty() ? "" : data + "/Trash", user};
 }
 
-RecycleError moveToTrash(const FilePlace& place, const TrashSettings& settings) {
+RecycleError moveToTrash(const FilePlace& place, const TrashSettings& settings, std::string* now) {
     const OpenedPlace from = openPlace(place);
     if (from.error != 0) return entryFault(from.error);
     Entry folder;
@@ -362,11 +376,11 @@ RecycleError moveToTrash(const FilePlace& place, const TrashSettings& settings) 
     if (openHomeTrash(settings.homeTrash, folder.mount, home) == 0) {
         const std::string path = encodedEnd(names, names.size());
         if (path.empty()) return RecycleError::kUnknown;
-        const RecycleError result = moveInto(std::move(home), from, entry, "/" + path);
+        const RecycleError result = moveInto(std::move(home), from, entry, "/" + path, now);
         // One file system may be several to a rename: mounted twice, or laid over another one.
         if (result != RecycleError::kNoTrash) return result;
     }
-    return moveToMountTrash(from, entry, settings.user, names);
+    return moveToMountTrash(from, entry, settings.user, names, now);
 }
 
 }  // namespace hl

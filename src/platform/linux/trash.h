@@ -22,7 +22,8 @@ TrashSettings trashSettingsFromEnvironment();
 
 /// Moves what lies at `place` to the home trash if that is (or can be made) on the same mount, else to the
 /// trash at the top of the mount, which is made if need be. The entry itself is never followed. After an
-/// error it lies where it was, and the trash holds nothing new; folders made for a trash stay.
-RecycleError moveToTrash(const FilePlace& place, const TrashSettings& settings);
+/// error it lies where it was, and the trash holds nothing new; folders made for a trash stay. `now` may be
+/// null; see FileOperations::recycle.
+RecycleError moveToTrash(const FilePlace& place, const TrashSettings& settings, std::string* now = nullptr);
 
 }  // namespace hl

@@ -1,0 +1,157 @@
+#include "fileops/gone.h"
+
+#include <algorithm>
+#include <map>
+#include <utility>
+
+#include "base/path.h"
+#include "grid/no_redraw.h"
+#include "scan/file_system_calls.h"
+#include "scan/list_handover.h"
+#include "scan/records.h"
+#include "scan/report_changes.h"
+#include "scan/rollup.h"
+
+namespace hl {
+
+namespace {
+
+/// Without a separator at its end; empty above the root.
+std::string folderOf(std::string_view path) {
+    if (path.size() <= 1) return {};
+    const std::size_t at = path.rfind('/');
+    return std::string(path.substr(0, at == 0 ? 1 : at));
+}
+
+std::string pathOfFile(const Grid& list, Row row) {
+    return std::string(list.cellText(row, kFilePath)).append(list.text(row));
+}
+
+}  // namespace
+
+void Gone::about(const std::string& path, bool folder) {
+    ScanContext& scan = ops_.scan;
+    if (scan.options.AddHardlinksOnlyOnce != 1) return;
+    if (folder ? holdsLinkedFiles(scan, path) : scan.fileSystem.look(path).links > 1) linked_.insert(path);
+}
+
+void Gone::trashed(const std::string& now, bool folder) {
+    if (now.empty()) return;
+    const std::string files = folderOf(now);
+    trashes_.insert(files);
+    trashes_.insert(folderOf(files) + "/info");
+    if (folder) trashed_.insert(now);
+}
+
+// The path itself, or a folder above it.
+bool Gone::isIn(const Paths& folders, std::string_view path) {
+    if (folders.empty()) return false;
+    for (std::string above(path); !above.empty(); above = folderOf(above))
+        if (folders.contains(above)) return true;
+    return false;
+}
+
+bool Gone::went(const std::string& path) const {
+    return files_.contains(path) || isIn(folders_, path) ||
+           (isIn(parts_, path) && hasVanished(ops_.scan, path));
+}
+
+// --- the report
+
+void Gone::readWhatIsLeft() {
+    ScanContext& scan = ops_.scan;
+    if (nothing() || ops_.host.closed()) return;
+    Row current = scan.tvwPL.currentRow();
+    if (current != kNoRow && scan.tvwPL.number(current, kIsFolder) != 1 && scan.tvwPL.level(current) > 0)
+        current = scan.tvwPL.parent(current);
+    if (current != kNoRow) current_ = Report_GetFullpathOfNode(scan.tvwPL, current, false, scan.paths);
+    // What Stop has ended is over. It ends the reading if it is pressed again.
+    scan.state.CancelState = kCancelNone;
+    const NoRedraw off(scan.tvwPL);
+    ReportChanges changes(scan);
+    for (const std::string& path : folders_) changes.folderWent(path);
+    for (const std::string& path : parts_)
+        if (!isIn(parts_, folderOf(path))) changes.folderChanged(path);
+    Paths folders;
+    for (const std::string& path : files_) folders.insert(folderOf(path));
+    for (const std::string& folder : folders) changes.filesChanged(folder);
+    readTrash(changes);
+    for (const std::string& path : linked_)
+        if (went(path)) changes.sourcesChanged(path);
+    files_.merge(changes.finish());
+}
+
+// Somebody who reads his whole home has the trash among his folders: nothing is freed by recycling.
+void Gone::readTrash(ReportChanges& changes) const {
+    for (const Paths* folders : {&trashes_, &trashed_})
+        for (const std::string& path : *folders) changes.folderCame(path);
+    for (const std::string& folder : trashes_) {
+        changes.filesChanged(folder);
+        if (!linked_.empty()) changes.sourcesChanged(folder);
+    }
+}
+
+// --- lists, panels and preview
+
+void Gone::show() {
+    ScanContext& scan = ops_.scan;
+    if (nothing() || ops_.host.closed()) return;
+    if (!recycled_) takeNames();
+    ops_.host.removeFromLists([this](const std::string& path) { return went(path); });
+    showTopTitle(scan);
+    scan.host.reportResizeColumns();
+    followReport();
+    if (!ops_.host.closed()) ops_.host.Preview_ShowFile();
+}
+
+// Of the files that lost one, as far as the list knows the names that they had.
+void Gone::takeNames() {
+    Grid& list = ops_.scan.lvwHardlinks;
+    const auto fileOf = [&](Row row) {
+        return std::pair(list.number(row, kFileDevice), std::string(list.cellText(row, kFileId)));
+    };
+    std::map<std::pair<double, std::string>, int> lost;
+    for (Row row = list.firstRoot(); row != kNoRow; row = list.nextSibling(row))
+        if (went(pathOfFile(list, row))) ++lost[fileOf(row)];
+    for (Row row = list.firstRoot(); row != kNoRow && !lost.empty(); row = list.nextSibling(row)) {
+        const auto names = lost.find(fileOf(row));
+        if (names != lost.end())
+            list.setNumber(row, kFileLinks, std::max(1.0, list.number(row, kFileLinks) - names->second));
+    }
+}
+
+// If the current row went, the folder above it is the current one, and what shows its files follows.
+void Gone::followReport() {
+    ScanContext& scan = ops_.scan;
+    Grid& report = scan.tvwPL;
+    const std::string listed = scan.state.currentFolder;
+    Row row = report.currentRow();
+    const bool moved = row == kNoRow && !current_.empty();
+    if (moved) row = nearestRow(current_);
+    if (row != kNoRow) {
+        const NoRedraw off(report);
+        report.setCurrentRow(row);
+        if (report.selectedCount() == 0) report.setSelected(row, true);
+    }
+    if (!moved && (listed.empty() || !went(listed.substr(0, listed.size() - 1)))) return;
+    if (row == kNoRow) {
+        ops_.host.setFirstPanel("");
+        return scan.host.showFilesOf("");
+    }
+    if (report.number(row, kIsFolder) != 1) row = report.parent(row);
+    const std::string folder = Report_GetFullpathOfNode(report, row, true, scan.paths);
+    ops_.host.setFirstPanel(folder);
+    scan.host.selectDriveOf(row);
+    scan.host.showFilesOf(folder);
+}
+
+/// The row of the folder, or of the nearest one above it that there is; else the first of all.
+Row Gone::nearestRow(std::string path) const {
+    const Grid& report = ops_.scan.tvwPL;
+    for (; !path.empty(); path = folderOf(path))
+        for (Row root = report.firstRoot(); root != kNoRow; root = report.nextSibling(root))
+            if (const Row row = rowOfFolder(report, root, path, ops_.scan.paths); row != kNoRow) return row;
+    return report.firstRoot();
+}
+
+}  // namespace hl

@@ -1,0 +1,372 @@
+// Sections: finding rows; what went; what came; what is read again.
+#include "scan/report_changes.h"
+
+#include <algorithm>
+#include <memory>
+#include <optional>
+#include <unordered_set>
+#include <utility>
+#include <vector>
+
+#include "base/size_text.h"
+#include "scan/driver.h"
+#include "scan/file_system_calls.h"
+#include "scan/records.h"
+#include "scan/rollup.h"
+#include "scan/walker.h"
+#include "scan/yield.h"
+
+namespace hl {
+
+namespace {
+
+bool isFolder(const Grid& report, Row row) {
+    return report.number(row, kIsFolder) == 1;
+}
+
+Row folderBelow(const Grid& report, Row row, std::string_view name) {
+    Row child = report.firstChild(row);
+    while (child != kNoRow && !(isFolder(report, child) && report.text(child) == name))
+        child = report.nextSibling(child);
+    return child;
+}
+
+Row filesRowBelow(const Grid& report, Row row) {
+    Row child = report.firstChild(row);
+    while (child != kNoRow && isFolder(report, child)) child = report.nextSibling(child);
+    return child;
+}
+
+bool hasFolders(const Grid& report, Row row) {
+    const Row child = report.firstChild(row);
+    return child != kNoRow && (isFolder(report, child) || report.nextSibling(child) != kNoRow);
+}
+
+void add(Grid& report, Row row, CellId cell, double value) {
+    report.setNumber(row, cell, report.number(row, cell) + value);
+}
+
+/// What the user has unfolded and selected below a row, and where he is: reading it again makes other rows of
+/// the same folders.
+class Unfolded {
+  public:
+    Unfolded(const ScanContext& scan, Row top) : scan_(scan), report_(scan.tvwPL) {
+        const std::uint32_t level = report_.level(top);
+        for (Row row = report_.tree().following(top); row != kNoRow && report_.level(row) > level;
+             row = report_.tree().following(row)) {
+            if (report_.expanded(row)) paths_.insert(pathOf(row));
+            if (report_.selected(row) && isFolder(report_, row)) selected_.insert(pathOf(row));
+            if (row == report_.currentRow()) current_ = pathOf(row);
+        }
+    }
+    void restore(Row top) {
+        std::vector<Row> open{top};
+        while (!open.empty()) {
+            const Row above = open.back();
+            open.pop_back();
+            for (Row row = report_.firstChild(above); row != kNoRow; row = report_.nextSibling(row))
+                if (isFolder(report_, row) && restoreOne(row)) open.push_back(row);
+        }
+    }
+
+  private:
+    bool restoreOne(Row row) {
+        const std::string path = pathOf(row);
+        if (path == current_) report_.setCurrentRow(row);
+        if (selected_.contains(path)) report_.setSelected(row, true);
+        if (!paths_.contains(path)) return false;
+        report_.setExpanded(row, true);
+        return true;
+    }
+    std::string pathOf(Row row) const { return Report_GetFullpathOfNode(report_, row, false, scan_.paths); }
+
+    const ScanContext& scan_;
+    Grid& report_;
+    std::unordered_set<std::string> paths_, selected_;
+    std::string current_;
+};
+
+}  // namespace
+
+// --- finding rows
+
+bool liesIn(std::string_view path, std::string_view folder, const PathRules& paths) {
+    if (!path.starts_with(folder)) return false;
+    return path.size() == folder.size() || folder.ends_with(paths.separator) ||
+           path[folder.size()] == paths.separator;
+}
+
+namespace {
+
+/// The row of the folder, or of the nearest one above it; `rest` gets the names below that row. REQUIRES:
+/// the source holds the path.
+Row descend(const Grid& report, Row root, std::string_view path, char separator, std::string_view& rest) {
+    rest = path.substr(report.text(root).size());
+    for (Row row = root;;) {
+        if (!rest.empty() && rest.front() == separator) rest.remove_prefix(1);
+        if (rest.empty()) return row;
+        const std::string_view name = rest.substr(0, rest.find(separator));
+        const Row below = folderBelow(report, row, name);
+        if (below == kNoRow) return row;
+        row = below;
+        rest.remove_prefix(name.size());
+    }
+}
+
+}  // namespace
+
+Row rowOfFolder(const Grid& report, Row root, std::string_view path, const PathRules& paths) {
+    if (!liesIn(path, report.text(root), paths)) return kNoRow;
+    std::string_view rest;
+    const Row row = descend(report, root, path, paths.separator, rest);
+    return rest.empty() ? row : kNoRow;
+}
+
+bool holdsLinkedFiles(ScanContext& scan, const std::string& folder) {
+    Yield yield(scan.state, scan.pump);
+    const auto reader = scan.fileSystem.read(folder, {.wantLinks = true, .wantFileNames = false}, &yield);
+    std::vector<std::pair<std::unique_ptr<Listing>, std::size_t>> open;
+    open.emplace_back(reader->next(), 0);
+    while (!open.empty()) {
+        auto& [block, next] = open.back();
+        if (block == nullptr) return true;
+        if (next < block->count) {
+            yield.perEntry();
+            const Entry& entry = block->entries[next++];
+            if ((entry.attributes & kAttributeDirectory) == 0) {
+                if (entry.links > 1) return true;
+            } else if ((entry.attributes & kAttributeReparse) == 0) {
+                open.emplace_back(reader->next(), 0);
+            }
+        } else if (block->more) {
+            block = reader->next();
+            next = 0;
+        } else {
+            open.pop_back();
+        }
+    }
+    return false;
+}
+
+template <class Do>
+void ReportChanges::forEachRowOf(std::string_view path, Do act) {
+    for (Row root = scan_.tvwPL.firstRoot(); root != kNoRow; root = scan_.tvwPL.nextSibling(root)) {
+        const Row row = rowOfFolder(scan_.tvwPL, root, path, scan_.paths);
+        if (row == kNoRow) continue;
+        drives_.insert(root);
+        act(root, row);
+    }
+}
+
+// --- what went
+
+void ReportChanges::folderWent(std::string_view path) {
+    Grid& report = scan_.tvwPL;
+    folderWent_ = true;
+    for (Row root = report.firstRoot(); root != kNoRow;) {
+        const Row next = report.nextSibling(root);
+        if (liesIn(report.text(root), path, scan_.paths)) takeOutSource(root);
+        root = next;
+    }
+    forEachRowOf(path, [&](Row, Row row) { takeOut(row); });
+}
+
+void ReportChanges::takeOutSource(Row root) {
+    forgetBelow(root);
+    sources_.erase(root);
+    drives_.erase(root);
+    scan_.tvwPL.removeRow(root);
+    if (scan_.tvwPL.rowCount() == 0) scan_.state.DeepestLevel = 0;
+}
+
+void ReportChanges::takeOut(Row row) {
+    Grid& report = scan_.tvwPL;
+    const Row parent = report.parent(row);
+    for (Row above = parent; above != kNoRow; above = report.parent(above)) {
+        add(report, above, kSize, -report.number(row, kSize));
+        add(report, above, kFiles, -report.number(row, kFiles));
+        add(report, above, kFolders, -report.number(row, kFolders) - 1);
+    }
+    forgetBelow(row);
+    report.removeRow(row);
+    // A folder without folders has no row for its files: its own tells of them.
+    const Row files = hasFolders(report, parent) ? kNoRow : filesRowBelow(report, parent);
+    if (files != kNoRow) report.removeRow(files);
+    touched_.insert(parent);
+}
+
+std::set<std::string, std::less<>> ReportChanges::loseLinks() {
+    const Grid& report = scan_.tvwPL;
+    std::set<std::string, std::less<>> links;
+    for (Row row = report.firstRoot(); row != kNoRow; row = report.tree().following(row)) {
+        if (report.picture(row) != kPictureLink || report.level(row) == 0) continue;
+        std::string path = Report_GetFullpathOfNode(report, row, false, scan_.paths);
+        if (hasVanished(scan_, path + scan_.paths.separator + '.')) links.insert(std::move(path));
+    }
+    for (const std::string& path : links) {
+        forEachRowOf(path, [&](Row, Row row) { takeOut(row); });
+        filesChanged(path.substr(0, std::max<std::size_t>(1, path.rfind(scan_.paths.separator))));
+    }
+    return links;
+}
+
+// The row, or rows below it, are about to be others.
+void ReportChanges::forgetBelow(Row row) {
+    std::erase_if(touched_, [&](Row each) {
+        while (each != kNoRow && each != row) each = scan_.tvwPL.parent(each);
+        return each == row;
+    });
+}
+
+// --- what came
+
+void ReportChanges::folderCame(std::string_view path) {
+    const Grid& report = scan_.tvwPL;
+    for (Row root = report.firstRoot(); root != kNoRow; root = report.nextSibling(root)) {
+        if (!liesIn(path, report.text(root), scan_.paths)) continue;
+        std::string_view rest;
+        const Row row = descend(report, root, path, scan_.paths.separator, rest);
+        if (rest.empty() || !isEntered(row)) continue;
+        drives_.insert(root);
+        const std::string_view name = rest.substr(0, rest.find(scan_.paths.separator));
+        // The walk knows how a link is shown.
+        if (scan_.fileSystem.look(path.substr(0, path.size() - rest.size() + name.size())).isFolder) {
+            addFolder(row, name);
+        } else {
+            readAgain(row);
+        }
+    }
+}
+
+void ReportChanges::addFolder(Row above, std::string_view name) {
+    Grid& report = scan_.tvwPL;
+    const bool first = !hasFolders(report, above);
+    const double size = report.number(above, kSize), files = report.number(above, kFiles);
+    const auto grey = first ? std::nullopt : report.backColor(report.firstChild(above));
+    const Row row = report.addRow(above, name);
+    if (grey) report.setBackColor(row, *grey);
+    report.setNumber(row, kIsFolder, 1);
+    report.setPicture(row, kPictureFolder);
+    scan_.state.DeepestLevel = std::max(scan_.state.DeepestLevel, report.level(row));
+    for (Row each = above; each != kNoRow; each = report.parent(each)) add(report, each, kFolders, 1);
+    Report_ReadAgain(scan_, row);
+    if (first && files > 0) addFilesRow(above, size, files);
+    touched_.insert(row);
+}
+
+void ReportChanges::addFilesRow(Row row, double size, double files) {
+    Grid& report = scan_.tvwPL;
+    const Row made = report.addRow(row, scan_.texts.TL(3514, "Dateien"));
+    report.setPicture(made, kPictureFilesRow);
+    if (const auto grey = report.backColor(report.firstChild(row))) report.setBackColor(made, *grey);
+    report.setNumber(made, kSize, size);
+    report.setNumber(made, kFiles, files);
+}
+
+// Links and other mounts are rows that nothing is read for, unless the user wants them followed.
+bool ReportChanges::isEntered(Row row) const {
+    const int picture = scan_.tvwPL.picture(row);
+    const bool leadsElsewhere = picture == kPictureLink || picture == kPictureMountPoint;
+    return scan_.tvwPL.level(row) == 0 || !leadsElsewhere || scan_.options.ScanHardlinks == 1;
+}
+
+// --- what is read again
+
+void ReportChanges::filesChanged(const std::string& folder) {
+    if (!xExistFolder_W(scan_, folder)) return folderWent(folder);
+    forEachRowOf(folder, [&](Row root, Row row) {
+        if (isEntered(row) && !readFiles(row, folder)) sources_.insert(root);
+    });
+}
+
+// False where a file counts only if none of its other names does.
+bool ReportChanges::readFiles(Row row, const std::string& folder) {
+    const bool once = scan_.options.AddHardlinksOnlyOnce == 1;
+    Yield yield(scan_.state, scan_.pump);
+    const auto reader = scan_.fileSystem.read(
+        folder, {.recursive = false, .wantLinks = once, .wantFileNames = false}, &yield);
+    double size = 0, files = 0;
+    for (bool more = true; more;) {
+        const std::unique_ptr<Listing> block = reader->next();
+        if (block == nullptr) return true;
+        if (block->error != 0) return readAgain(row), true;
+        for (std::size_t i = 0; i < block->count; ++i) {
+            const Entry& entry = block->entries[i];
+            yield.perEntry();
+            if ((entry.attributes & kAttributeDirectory) != 0) continue;
+            if (once && entry.links > 1) return false;
+            size += static_cast<double>(entry.size);
+            ++files;
+        }
+        more = block->more;
+    }
+    writeFiles(row, size, files);
+    return true;
+}
+
+void ReportChanges::writeFiles(Row row, double size, double files) {
+    Grid& report = scan_.tvwPL;
+    const bool ownRow = hasFolders(report, row);
+    const Row filesRow = ownRow ? filesRowBelow(report, row) : row;
+    const double sizeBefore = filesRow == kNoRow ? 0 : report.number(filesRow, kSize);
+    const double filesBefore = filesRow == kNoRow ? 0 : report.number(filesRow, kFiles);
+    for (Row above = row; above != kNoRow; above = report.parent(above)) {
+        add(report, above, kSize, size - sizeBefore);
+        add(report, above, kFiles, files - filesBefore);
+    }
+    touched_.insert(row);
+    if (!ownRow) return;
+    if (files == 0) {
+        if (filesRow != kNoRow) report.removeRow(filesRow);
+        return;
+    }
+    if (filesRow == kNoRow) return addFilesRow(row, size, files);
+    report.setNumber(filesRow, kSize, size);
+    report.setNumber(filesRow, kFiles, files);
+}
+
+void ReportChanges::folderChanged(std::string_view path) {
+    if (!xExistFolder_W(scan_, path)) return folderWent(path);
+    forEachRowOf(path, [&](Row, Row row) {
+        if (isEntered(row)) readAgain(row);
+    });
+}
+
+void ReportChanges::sourcesChanged(std::string_view path) {
+    for (Row root = scan_.tvwPL.firstRoot(); root != kNoRow; root = scan_.tvwPL.nextSibling(root))
+        if (liesIn(path, scan_.tvwPL.text(root), scan_.paths)) sources_.insert(root);
+}
+
+void ReportChanges::readAgain(Row row) {
+    forgetBelow(row);
+    Unfolded unfolded(scan_, row);
+    Report_ReadAgain(scan_, row);
+    unfolded.restore(row);
+    touched_.insert(row);
+}
+
+bool ReportChanges::showsFoldersTwice(Row root) const {
+    if (scan_.options.ScanHardlinks != 1) return false;
+    const Grid& report = scan_.tvwPL;
+    Row row = report.tree().following(root);
+    while (row != kNoRow && report.level(row) > 0 && report.picture(row) != kPictureLink &&
+           report.picture(row) != kPictureMountPoint)
+        row = report.tree().following(row);
+    return row != kNoRow && report.level(row) > 0;
+}
+
+std::set<std::string, std::less<>> ReportChanges::finish() {
+    auto links = folderWent_ ? loseLinks() : decltype(loseLinks())();
+    for (const Row root : drives_)
+        if (showsFoldersTwice(root)) sources_.insert(root);
+    for (const Row root : std::exchange(sources_, {})) readAgain(root);
+    std::set<Row> done;
+    for (Row row : touched_)
+        for (; row != kNoRow && done.insert(row).second; row = scan_.tvwPL.parent(row))
+            Report_ChangePercentValue(scan_, row);
+    Report_Sort(scan_);
+    for (const Row root : drives_) scan_.host.refreshDriveOf(root);
+    return links;
+}
+
+}  // namespace hl

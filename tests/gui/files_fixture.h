@@ -1,0 +1,107 @@
+// Deleting, recycling, renaming and the menus, in the window, on files of the disk.
+#pragma once
+
+#include "gui/lists_fixture.h"
+#include "scan/rollup.h"
+
+namespace hl::test {
+
+namespace fs = std::filesystem;
+
+class FilesTest : public ListsTest {
+  protected:
+    /// Sizes 100, 200, ... of a, b, ... below src, src/sub and src/sub/deep.
+    FilesTest() {
+        for (const char* path : {"src/sub/deep", "src/other"}) folder(path);
+        int size = 0;
+        for (const char* path :
+             {"src/a.txt", "src/b.txt", "src/c.txt", "src/sub/d.txt", "src/sub/deep/e.txt"})
+            file(path, size += 100);
+    }
+    void start() { session_.emplace(home.path(), at("src")); }
+    /// With the list of src's files, by name.
+    GridView& startWithList() {
+        start();
+        GridView& list = session_->open(kFileList);
+        session_->sortByName(list);
+        return list;
+    }
+    /// Selects so many rows from the top.
+    static void selectFirst(GridView& list, std::size_t count) {
+        for (std::size_t i = 0; i < count; ++i)
+            ListSession::clickOn(list, i, i > 0 ? Qt::ControlModifier : Qt::NoModifier);
+    }
+    void deleteInList(int command = 320) {
+        answer("Ja");
+        session_->press(kFileList, command);
+    }
+    /// Of these sources, in their order; those that are gone have no row.
+    void expectNumbersOfAFreshScan(const Names& sources = {}) {
+        const Names now = facts(s());
+        s().form().execute(BarId::kReport, 25);
+        const std::string rows = s().rows();
+        Session fresh(home.path());
+        fresh.start();
+        for (const std::string& source : sources)
+            if (fs::exists(source)) fresh.scan(source);
+        fresh.scan(at("src"));
+        EXPECT_EQ(now, facts(fresh));
+        fresh.form().execute(BarId::kReport, 25);
+        if (!sources.empty()) {
+            EXPECT_EQ(rows, fresh.rows());
+        }
+    }
+    Session& s() { return *session_; }
+    bool there(const std::string& path) const { return fs::exists(fs::symlink_status(at(path))); }
+    std::string protocol() const { return contentOf(home.path() + "/Harborlantern.log"); }
+    /// Presses the button in the dialog that opens next. `text` gets what it says.
+    void answer(const char* button, std::string* text = nullptr) {
+        s().answers.add([=](QDialog& dialog) {
+            for (const QLabel* label : dialog.findChildren<QLabel*>())
+                if (text != nullptr) *text += label->text().toStdString();
+            pressIn(dialog, button);
+        });
+    }
+    /// Every cell that a scan writes, of the report and of the three lists.
+    static Names facts(Session& s) {
+        Names all;
+        const Grid& report = s.grid();
+        for (Row row = report.firstRoot(); row != kNoRow; row = report.tree().following(row))
+            all.push_back(Report_GetFullpathOfNode(report, row, false, kPosixPaths) + " " +
+                          std::to_string(report.picture(row)) + std::string(report.rowNote(row)) +
+                          cellsOf(report, row));
+        std::sort(all.begin(), all.end());
+        for (const GridId id : {GridId::kTop, GridId::kHardlinks, GridId::kJunctions}) {
+            const Grid& list = s.window().grid(id).grid();
+            const auto begin = static_cast<std::ptrdiff_t>(all.size());
+            for (Row row = list.firstRoot(); row != kNoRow; row = list.nextSibling(row))
+                // A file whose other names went keeps its row here.
+                if (id != GridId::kHardlinks || list.number(row, kFileLinks) > 1)
+                    all.push_back(std::string(list.text(row)) + cellsOf(list, row));
+            std::sort(all.begin() + begin, all.end());
+        }
+        all.push_back(s.form().parts().bars[static_cast<std::size_t>(BarId::kTop)]->find(0)->caption);
+        return all;
+    }
+    static std::string cellsOf(const Grid& grid, Row row) {
+        std::string line;
+        for (std::size_t i = 0; i < grid.cells().count(); ++i) {
+            const auto cell = static_cast<CellId>(i);
+            line += grid.cells().isText(cell) ? " " + std::string(grid.cellText(row, cell))
+                                              : " " + std::to_string(grid.number(row, cell));
+        }
+        return line;
+    }
+    static QPoint centerOf(GridView& view, Row row) {
+        view.sync();
+        return {60, view.rowRect(*view.rows().find(row)).center().y()};
+    }
+    void rightClick(GridView& view, Row row) {
+        QTest::mouseClick(view.viewport(), Qt::RightButton, {}, centerOf(view, row));
+        Session::settle();
+    }
+
+    std::optional<ListSession> session_;
+};
+
+}  // namespace hl::test
