@@ -1,4 +1,5 @@
 // The window at work: scans, the report, panels. Trees are read from the disk.
+#include <QFontDatabase>
 #include <QFontDialog>
 #include <algorithm>
 
@@ -134,10 +135,9 @@ TEST_F(MainWindowTest, AChosenFontIsBoldAndItalicInTheNextSessionToo) {
     s.start();
     s.answers.add([](QDialog& dialog) {
         auto& fonts = dynamic_cast<QFontDialog&>(dialog);
-        QFont font = fonts.currentFont();
-        font.setBold(true);
-        font.setItalic(true);
-        fonts.setCurrentFont(font);
+        for (const QString& family : QFontDatabase::families())
+            if (QFontDatabase::styles(family).contains(QStringLiteral("Bold Italic")))
+                fonts.setCurrentFont(QFontDatabase::font(family, QStringLiteral("Bold Italic"), 9));
         fonts.accept();
     });
     s.click("cbrReport.328");

@@ -409,7 +409,8 @@ TEST_F(PreviewPaneTest, PicturesThatNeedAConverterAreShownByItOrNameIt) {
            "command -v pcxtoppm >/dev/null && exec pcxtoppm\n"
            "cat > /dev/null; printf 'P6\\n2 1\\n255\\n\\377\\0\\0\\377\\0\\0'");
     for (const auto& [kind, name, needed] : kinds) {
-        ASSERT_TRUE(show(kind, path(name)) && pictureSoon()) << name << text();
+        ASSERT_TRUE(show(kind, path(name)));
+        ASSERT_TRUE(soon([&] { return viewer<PictureView>() != nullptr; }) && pictureSoon()) << name;
         const QImage& shown = viewer<PictureView>()->image();
         EXPECT_TRUE(shown.size() == QSize(2, 1) && shown.pixelColor(1, 0) == QColor(Qt::red)) << name;
     }
