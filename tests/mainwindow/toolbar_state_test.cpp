@@ -32,7 +32,7 @@ class ToolbarStateTest : public testing::Test {
     static bool asBuilt(const Bars& bars) {
         for (const CommandBar* bar : bars.all())
             if (bar->place() != BarPlace{}) return false;
-        return bars.cbrMain.find(18)->visible && bars.cbrReport.find(102)->visible;
+        return bars.cbrMain.find(17)->visible && bars.cbrReport.find(102)->visible;
     }
 
     std::string arranged() {
@@ -40,7 +40,7 @@ class ToolbarStateTest : public testing::Test {
         build(bars);
         bars.cbrMain.setPlace({BarEdge::kBottom, 3, true});
         bars.cbrDrives.setPlace({BarEdge::kTop, 1, false});
-        bars.cbrMain.setVisible(18, false);
+        bars.cbrMain.setVisible(17, false);
         bars.cbrReport.setVisible(102, false);
         bars.cbrMain.setVisible(101, false);
         save(bars);
@@ -65,7 +65,7 @@ TEST_F(ToolbarStateTest, PlacesAndHiddenEntriesSurviveARestart) {
     EXPECT_EQ(bars.cbrMain.place(), (BarPlace{BarEdge::kBottom, 3, true}));
     EXPECT_EQ(bars.cbrDrives.place(), (BarPlace{BarEdge::kTop, 1, false}));
     EXPECT_EQ(bars.cbrFiles.place(), BarPlace{});
-    EXPECT_FALSE(bars.cbrMain.find(18)->visible);
+    EXPECT_FALSE(bars.cbrMain.find(17)->visible);
     EXPECT_FALSE(bars.cbrReport.find(102)->visible) << "in a list";
     EXPECT_FALSE(bars.cbrMain.find(101)->visible) << "in a popup";
     EXPECT_TRUE(bars.cbrMain.find(102)->visible) << "the id of another bar's hidden entry";
@@ -73,10 +73,10 @@ TEST_F(ToolbarStateTest, PlacesAndHiddenEntriesSurviveARestart) {
 
 TEST_F(ToolbarStateTest, WhatIsBuiltWinsOverWhatIsStored) {
     const std::string content = arranged();
-    test::writeFile(path, replaceAll(content, "Hidden=18", "Hidden=4711 18"));  // 4711 was dropped since.
+    test::writeFile(path, replaceAll(content, "Hidden=17", "Hidden=4711 17"));  // 4711 was dropped since.
     Bars bars;
     ASSERT_TRUE(load(bars));
-    EXPECT_FALSE(bars.cbrMain.find(18)->visible);
+    EXPECT_FALSE(bars.cbrMain.find(17)->visible);
     EXPECT_EQ(bars.cbrMain.find(4711), nullptr);
 }
 
@@ -91,7 +91,7 @@ TEST_F(ToolbarStateTest, AFileCutShortBrokenOrForeignChangesNothing) {
     const char* const faults[][2] = {{"Edge=bottom", "Edge=middle"},
                                      {"Order=3", "Order=-1"},
                                      {"Visible=0", ""},
-                                     {"Hidden=18", "Hidden=99999999999"},
+                                     {"Hidden=17", "Hidden=99999999999"},
                                      {"[cbrJunctions]", "[cbrJunction]"},
                                      {"Toolbars=1", "Toolbars=2"}};
     for (const auto& [from, to] : faults) {
