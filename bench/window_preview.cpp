@@ -117,6 +117,9 @@ class Bench final : public PreviewEvents {
     }
     void previewMissing(const std::string& what) override { give(what); }
     std::string previewUnknown() override { return "unknown"; }
+    std::string previewNeeds(const std::string& program, const std::string&) override {
+        give(program + " is missing");
+    }
 
   private:
     [[noreturn]] static void give(const std::string& reason) {
