@@ -175,6 +175,14 @@ TEST_F(ProgramRun, EndsACircleOfLinksAndMountsWhereItComesBackToAFolderAbove) {
     EXPECT_EQ(std::ranges::count(ended.errors, '\n'), bound.done() ? 3 : 2) << ended.errors;
     EXPECT_NE(ended.errors.find("/a/b/up/: #40 - "), std::string::npos) << ended.errors;
     EXPECT_EQ(readReport(report)[top], (Numbers{3, 3, 7}));
+
+    // From below: behind a link the way leads through folders that are none, down to the source again.
+    const std::string deep = dir.path() + "/deep";
+    test::makeTree(deep, {"1/2/3/4/5/6/file"});
+    for (const auto& [name, target] : {std::pair{"up1", ".."}, {"up2", "../.."}, {"up3", "../../.."}})
+        test::must(::symlink(target, (deep + "/1/2/3/4/5/6/" + name).c_str()));
+    EXPECT_EQ(program.run({"-s", report, deep + "/1/2/3/4/5/6"}).status, 1);
+    EXPECT_EQ(readReport(report)[deep + "/1/2/3/4/5/6"].size, 1) << "each way down ends at the source";
 }
 
 TEST_F(ProgramRun, CountsFilesOfEqualNumbersOnTwoDisksEachOnce) {

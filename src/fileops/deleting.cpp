@@ -158,7 +158,7 @@ void deleteAll(const FileOps& ops, FileRun& run, const std::vector<std::string>&
                Gone& gone, Stayed& stayed) {
     for (const std::string& path : paths) {
         if (run.stopped()) return;
-        if (gone.holds(path)) {
+        if (gone.went(path)) {
             logGone(ops, path, recycle);
             continue;
         }
@@ -168,6 +168,7 @@ void deleteAll(const FileOps& ops, FileRun& run, const std::vector<std::string>&
             continue;
         }
         gone.about(path, true);
+        if (run.stopped()) return;  // During that look: nothing of this folder is gone.
         const std::string failure = deleteFolder(ops, run, path, recycle, gone);
         if (failure.empty() || hasVanished(ops.scan, path)) {
             gone.folder(path);

@@ -1,7 +1,8 @@
 // Deleting and recycling what the views show.
 //
-// Each row that was selected when the command began has its line in the log. Report, drives, lists and
-// preview follow when all is done, and then one message tells what stayed, and why. Thread of the logic only.
+// What goes and what cannot go has its line in the log; what Stop kept from being tried has none. Report,
+// drives, lists and preview follow when all is done, and then one message tells what stayed, and why. Thread
+// of the logic only.
 #pragma once
 
 #include <string>

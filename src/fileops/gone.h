@@ -26,8 +26,8 @@ class Gone {
     void trashed(const std::string& now, bool folder);
     /// The folder is there, and perhaps less in it.
     void part(const std::string& path) { parts_.insert(path); }
-    /// Whether it lay in a folder that went.
-    bool holds(std::string_view path) const { return isIn(folders_, path); }
+    /// Whether it went, by itself or with a folder above it.
+    bool went(const std::string& path) const;
 
     /// Brings the report up to date. REQUIRES: the window is locked by a FileRun.
     void readWhatIsLeft();
@@ -40,7 +40,6 @@ class Gone {
     void readTrash(ReportChanges& changes) const;
     static bool isIn(const Paths& folders, std::string_view path);
     bool nothing() const { return files_.empty() && folders_.empty() && parts_.empty(); }
-    bool went(const std::string& path) const;
     void takeNames();
     void followReport();
     Row nearestRow(std::string path) const;

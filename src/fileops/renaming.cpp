@@ -8,6 +8,7 @@
 #include "fileops/gone.h"
 #include "fileops/recycle_texts.h"
 #include "robustness/trap.h"
+#include "scan/file_system_calls.h"
 #include "scan/records.h"
 #include "scan/rollup.h"
 #include "views/list_view.h"
@@ -50,28 +51,40 @@ void tellOfFormer(const FileOps& ops, const std::string& path, Former former) {
     ops.host.setFirstPanel(text);
 }
 
+/// Writes the new name into the row. Rows that were read again have it already, and their numbers may be
+/// those of other rows now.
+void showName(Grid& grid, Row row, const std::string& old, const std::string& name) {
+    if (row < grid.tree().limit() && grid.text(row) == old) grid.setText(row, name);
+}
+
 /// Renames, and writes the new name into the row or tells why not.
 bool rename(const FileOps& ops, Grid& grid, Row row, const std::string& folder, const std::string& name) {
-    const std::string from = folder + std::string(grid.text(row)), to = folder + name;
+    const std::string old(grid.text(row)), from = folder + old, to = folder + name;
+    const bool inReport = &grid == &ops.scan.tvwPL;
     Former former = Former::kNone;
     std::string error, now;
     std::optional<Gone> gone;
     {
         FileRun run(ops, ops.scan.texts.TL(9551, "Wird verschoben: %1"));
+        const bool taken = !hasVanished(ops.scan, to);
         error = makeRoom(ops, run, from, to, former, now);
         if (error.empty()) error = xMoveFile_W(ops, run, from, to);
         if (former == Former::kReplaced && !error.empty()) former = Former::kNone;
-        if (former != Former::kNone) {
-            gone.emplace(ops, former == Former::kInTrash).file(to);
+        if (error.empty() && inReport) grid.setText(row, name);
+        // Two names of one file: the system takes the old one away.
+        const bool oneName = taken && former == Former::kNone && error.empty() && hasVanished(ops.scan, from);
+        if (former != Former::kNone || oneName) {
+            gone.emplace(ops, former == Former::kInTrash).file(oneName ? from : to);
             gone->trashed(now, false);
             gone->readWhatIsLeft();
         }
     }
-    if (gone) {
-        gone->show();
-        tellOfFormer(ops, to, former);
+    if (gone) gone->show();
+    if (former != Former::kNone) tellOfFormer(ops, to, former);
+    if (error.empty()) {
+        if (!inReport) showName(grid, row, old, name);
+        return true;
     }
-    if (error.empty()) return grid.setText(row, name), true;
     ops.window.message(MessageKind::kWarning, visible(error));
     return false;
 }

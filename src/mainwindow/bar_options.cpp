@@ -3,10 +3,8 @@
 #include <algorithm>
 #include <array>
 #include <iterator>
-#include <limits>
 #include <string>
 
-#include "base/text.h"
 #include "robustness/trap.h"
 
 namespace hl {

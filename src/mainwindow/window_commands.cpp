@@ -146,7 +146,7 @@ void WindowForm::cbrReport_Execute(int id) {
     };
     switch (id) {
         case 4:
-            return Report_Rescan(scan_, true);
+            return Report_Rescan(scan_);
         case 5:
             return Report_SaveToFile();
         case 6:

@@ -49,7 +49,7 @@ void WindowForm::reportMenuCommand(int id, Row row) {
     using namespace report_menu;
     switch (id) {
         case kReadAgain:
-            return Report_Rescan(scan_, true);
+            return Report_Rescan(scan_);
         case kRemoveSource:
             return Report_RemoveFolders(scan_);
         case kRecycle:

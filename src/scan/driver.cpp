@@ -100,7 +100,7 @@ Row readHead(ScanContext& scan, std::string& lastSource) {
     scan.host.sourceChosen();
     const SourceItem item = *scan.cboOrdner.selected();
     lastSource = item.tag;
-    const Row row = QuelleEinlesen(scan, item.tag, item.image, kNoRow, true);
+    const Row row = QuelleEinlesen(scan, item.tag, item.image, kNoRow);
     if (row != kNoRow) Report_ChangePercentValue(scan, row);
     return row;
 }
@@ -175,7 +175,7 @@ void Ordnerliste_Abarbeiten(ScanContext& scan) {
 
 // --- one source
 
-Row QuelleEinlesen(ScanContext& scan, const std::string& source, int imageIndex, Row row, bool recursive) {
+Row QuelleEinlesen(ScanContext& scan, const std::string& source, int imageIndex, Row row) {
     guarded(scan.diagnostics, "QuelleEinlesen", kModul, [&] {
         if (row == kNoRow) row = addSourceRow(scan, source, imageIndex);
         const std::string folder = Report_GetFullpathOfNode(scan.tvwPL, row, true, scan.paths);
@@ -184,12 +184,7 @@ Row QuelleEinlesen(ScanContext& scan, const std::string& source, int imageIndex,
         scan.tvwPL.setCurrentRow(row);
         scan.tvwPL.setNumber(row, kIsFolder, 1);
         if (scan.options.FolderShowPercentBar == 1) scan.tvwPL.setBarPicture(row, kBarOfWhole);
-        if (recursive) {
-            readWholeSource(scan, source, folder, row);
-        } else {
-            ScanTotals ignored;
-            Report_ScanFilesOnly(scan, folder, row, ignored);
-        }
+        readWholeSource(scan, source, folder, row);
         scan.state.SeenLinkIds.Clear();
         scan.host.selectDriveOf(row);
     });

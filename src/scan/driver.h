@@ -22,12 +22,11 @@ void StartSearchViaToolbar(ScanContext& scan);
 /// does not exist is passed over; Stop drops those not reached.
 void Ordnerliste_Abarbeiten(ScanContext& scan);
 
-/// Reads one source into a new root row, or into the existing `row`. Returns the row. Not `recursive`: only
-/// the row for the files directly in the folder is made.
-Row QuelleEinlesen(ScanContext& scan, const std::string& source, int imageIndex, Row row, bool recursive);
+/// Reads one source into a new root row, or into the existing `row`. Returns the row.
+Row QuelleEinlesen(ScanContext& scan, const std::string& source, int imageIndex, Row row);
 
 /// Reads the folder of the current row again and corrects all rows above by the difference.
-void Report_Rescan(ScanContext& scan, bool recursive);
+void Report_Rescan(ScanContext& scan);
 
 /// Reads the folder of a row again and corrects the sums above by the difference. Their shares, the order of
 /// rows and the three lists are left to the caller.

@@ -128,6 +128,7 @@ bool holdsLinkedFiles(ScanContext& scan, const std::string& folder) {
     std::vector<std::pair<std::unique_ptr<Listing>, std::size_t>> open;
     open.emplace_back(reader->next(), 0);
     while (!open.empty()) {
+        if (scan.state.CancelState != kCancelNone) return true;
         auto& [block, next] = open.back();
         if (block == nullptr) return true;
         if (next < block->count) {
@@ -204,7 +205,7 @@ std::set<std::string, std::less<>> ReportChanges::loseLinks() {
         if (hasVanished(scan_, path + scan_.paths.separator + '.')) links.insert(std::move(path));
     }
     for (const std::string& path : links) {
-        forEachRowOf(path, [&](Row, Row row) { takeOut(row); });
+        folderWent(path);
         filesChanged(path.substr(0, std::max<std::size_t>(1, path.rfind(scan_.paths.separator))));
     }
     return links;
@@ -273,7 +274,7 @@ bool ReportChanges::isEntered(Row row) const {
 // --- what is read again
 
 void ReportChanges::filesChanged(const std::string& folder) {
-    if (!xExistFolder_W(scan_, folder)) return folderWent(folder);
+    if (hasVanished(scan_, folder)) return folderWent(folder);
     forEachRowOf(folder, [&](Row root, Row row) {
         if (isEntered(row) && !readFiles(row, folder)) sources_.insert(root);
     });
@@ -326,7 +327,7 @@ void ReportChanges::writeFiles(Row row, double size, double files) {
 }
 
 void ReportChanges::folderChanged(std::string_view path) {
-    if (!xExistFolder_W(scan_, path)) return folderWent(path);
+    if (hasVanished(scan_, path)) return folderWent(path);
     forEachRowOf(path, [&](Row, Row row) {
         if (isEntered(row)) readAgain(row);
     });

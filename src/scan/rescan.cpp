@@ -1,5 +1,4 @@
 // Reading one folder of the report again: Report_Rescan of driver.h.
-#include <cmath>
 #include <optional>
 
 #include "base/scope_exit.h"
@@ -21,42 +20,16 @@ FolderNumbers numbersOf(const Grid& report, Row row) {
     return {report.number(row, kSize), report.number(row, kFiles), report.number(row, kFolders)};
 }
 
-// Below zero too, where the files of a folder that became smaller are taken out twice.
-SizeValue sizeOf(double bytes) {
-    const SizeValue amount = SizeValue::fromBytes(static_cast<std::uint64_t>(std::abs(bytes)));
-    return bytes < 0 ? SizeValue() - amount : amount;
-}
-
 void addTo(Grid& report, Row row, double size, double files) {
-    Report_SetNodeSizeAndFilecount(report, row, sizeOf(report.number(row, kSize) + size),
-                                   static_cast<std::int32_t>(report.number(row, kFiles) + files));
+    Report_SetNodeSizeAndFilecount(
+        report, row, SizeValue::fromBytes(static_cast<std::uint64_t>(report.number(row, kSize) + size)),
+        static_cast<std::int32_t>(report.number(row, kFiles) + files));
 }
 
 // The walk up to the root row; it ends at a row with an empty text as well.
 template <class Do>
 void forRowAndAbove(const Grid& report, Row row, Do&& act) {
     for (; row != kNoRow && !report.text(row).empty(); row = report.parent(row)) act(row);
-}
-
-Row filesRowBelow(const Grid& report, Row row) {
-    Row child = report.firstChild(row);
-    while (child != kNoRow && report.number(child, kIsFolder) != 0) child = report.nextSibling(child);
-    return child;
-}
-
-// Takes the files row's numbers out of the row and all above it (sign -1), or puts them in (+1).
-void applyFilesRow(Grid& report, Row row, Row files, int sign) {
-    const FolderNumbers part = numbersOf(report, files);
-    forRowAndAbove(report, row,
-                   [&](Row above) { addTo(report, above, sign * part.size, sign * part.files); });
-}
-
-void removeWhatIsReadAgain(Grid& report, Row row, bool recursive) {
-    if (recursive) return report.removeChildren(row);
-    const Row files = filesRowBelow(report, row);
-    if (files == kNoRow) return;
-    applyFilesRow(report, row, files, -1);
-    report.removeRow(files);
 }
 
 // What could not be read before may be readable now, and is again what it was; if not, the walk says so.
@@ -86,15 +59,13 @@ void correctAbove(Grid& report, Row row, const FolderNumbers& before) {
     });
 }
 
-void readAgain(ScanContext& scan, Row row, bool recursive) {
+void readAgain(ScanContext& scan, Row row) {
     Grid& report = scan.tvwPL;
     const FolderNumbers before = numbersOf(report, row);
-    removeWhatIsReadAgain(report, row, recursive);
+    report.removeChildren(row);
     const std::string path = Report_GetFullpathOfNode(report, row, false, scan.paths);
-    if (recursive) forgetAccessError(scan, row, path);
-    QuelleEinlesen(scan, path, -1, row, recursive);
-    const Row files = recursive ? kNoRow : filesRowBelow(report, row);
-    if (files != kNoRow) applyFilesRow(report, row, files, +1);
+    forgetAccessError(scan, row, path);
+    QuelleEinlesen(scan, path, -1, row);
     if (report.level(row) >= 1) correctAbove(report, row, before);
     forRowAndAbove(report, row, [&](Row above) { Report_ChangePercentValue(scan, above); });
     Report_Sort(scan);
@@ -108,7 +79,7 @@ void makeCurrent(Grid& report, std::size_t formerIndex, const std::string& forme
     report.setSelected(row, true);
 }
 
-void rescanCurrent(ScanContext& scan, bool recursive) {
+void rescanCurrent(ScanContext& scan) {
     Grid& report = scan.tvwPL;
     std::optional<BusyPointer<ScanHost>> busy(std::in_place, scan.host);
     scan.host.showFilesOf("");
@@ -130,7 +101,7 @@ void rescanCurrent(ScanContext& scan, bool recursive) {
         formerText = report.text(row);
         scan.host.statusOfRun();
         report.setCurrentRow(row);
-        readAgain(scan, row, recursive);
+        readAgain(scan, row);
         scan.host.refreshDriveOf(row);
         done = true;
     }
@@ -166,9 +137,9 @@ void Report_ReadAgain(ScanContext& scan, Row row) {
     correctAbove(report, row, before);
 }
 
-void Report_Rescan(ScanContext& scan, bool recursive) {
+void Report_Rescan(ScanContext& scan) {
     guarded(scan.diagnostics, "Report_Rescan", "frmMain", [&] {
-        if (scan.tvwPL.rowCount() != 0 && scan.tvwPL.currentRow() != kNoRow) rescanCurrent(scan, recursive);
+        if (scan.tvwPL.rowCount() != 0 && scan.tvwPL.currentRow() != kNoRow) rescanCurrent(scan);
     });
 }
 

@@ -1,4 +1,4 @@
-// Parts: the walk's levels; a folder entry; a file entry; the end of a level; Report_ScanFilesOnly.
+// Parts: the walk's levels; a folder entry; a file entry; the end of a level.
 //
 // Invariant: the reader is asked for the next block exactly when the walk enters a folder, or has used up a
 // block that announces more. A level that a fault has ended goes on asking, without rows, so that the order
@@ -341,37 +341,6 @@ void Report_ShowFolderKind(Grid& tvwPL, Row row, std::uint32_t tag, std::string_
                           : tag == kTagMountPoint ? kPictureMountPoint
                                                   : kPictureLink);
     if (tag != kTagNone) tvwPL.setRowNote(row, " " + std::string(target) + " ");
-}
-
-// --- Report_ScanFilesOnly
-
-void Report_ScanFilesOnly(ScanContext& scan, const std::string& path, Row row, ScanTotals& totals) {
-    guarded(scan.diagnostics, "Report_ScanFilesOnly", kModul, [&] {
-        Yield yield(scan.state, scan.pump);
-        ReadOptions options;
-        options.recursive = options.wantFileNames = false;
-        const auto reader = scan.fileSystem.read(ToLongPath(path, scan.paths), options, &yield);
-        scan.host.folderEntered(path);
-        totals = {};
-        for (bool more = true; more;) {
-            const std::unique_ptr<Listing> block = reader->next();
-            if (block == nullptr) return;
-            if (block->failure != nullptr) std::rethrow_exception(block->failure);
-            for (std::size_t i = 0; i < block->count; ++i) {
-                yield.perEntry();
-                if (scan.state.CancelState == kCancelStop) return;
-                if ((block->entries[i].attributes & kAttributeDirectory) != 0) continue;
-                totals.size += SizeValue::fromBytes(block->entries[i].size);
-                totals.files = addCount(totals.files, 1);
-            }
-            more = block->more;
-        }
-        if (totals.size == SizeValue()) return;
-        const Row files = scan.tvwPL.addRow(row, scan.texts.TL(3514, "Dateien"));
-        Report_SetNodeSizeAndFilecount(scan.tvwPL, files, totals.size, totals.files);
-        scan.tvwPL.setPicture(files, kPictureFilesRow);
-        shade(scan, files);
-    });
 }
 
 }  // namespace hl

@@ -14,10 +14,6 @@ namespace hl {
 /// `totals` receives size, files, folders and access errors of all levels.
 void Report_ScanFolders(ScanContext& scan, const std::string& path, Row row, ScanTotals& totals);
 
-/// Reads only the files directly in the folder, and adds the row that stands for them if they have any bytes.
-/// No links are counted, no list is fed, and a folder that cannot be read is passed over in silence.
-void Report_ScanFilesOnly(ScanContext& scan, const std::string& path, Row row, ScanTotals& totals);
-
 /// The picture of a folder that can be read, and the note of a link or a mount: where it leads.
 void Report_ShowFolderKind(Grid& tvwPL, Row row, std::uint32_t tag, std::string_view target);
 

@@ -7,7 +7,6 @@ namespace hl {
 
 /// In cbrTOP: the box with the number of files that the list keeps.
 inline constexpr int kTopCountBox = 322;
-/// The number where the box has none.
 
 class TopView final : public ListView {
   public:

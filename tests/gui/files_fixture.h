@@ -31,6 +31,13 @@ class FilesTest : public ListsTest {
         for (std::size_t i = 0; i < count; ++i)
             ListSession::clickOn(list, i, i > 0 ? Qt::ControlModifier : Qt::NoModifier);
     }
+    void rename(GridView& view, const QString& name) {
+        s().key(view, Qt::Key_F2);
+        auto* box = view.viewport()->findChild<QLineEdit*>();
+        ASSERT_NE(box, nullptr);
+        box->setText(name);
+        s().key(*box, Qt::Key_Return);
+    }
     void deleteInList(int command = 320) {
         answer("Ja");
         session_->press(kFileList, command);

@@ -193,32 +193,34 @@ TEST_F(FilesTest, AFolderThatHoldsTheHomeStaysAndTheUserIsToldWhy) {
 TEST_F(FilesTest, F2RenamesInTheCell) {
     GridView& list = startWithList();
     ListSession::clickOn(list, 0);
-    const auto rename = [&](GridView& view, const QString& name, Qt::Key end) {
-        s().key(view, Qt::Key_F2);
-        auto* box = view.viewport()->findChild<QLineEdit*>();
-        ASSERT_NE(box, nullptr);
-        box->setText(name);
-        s().key(*box, end);
-    };
-    rename(list, QStringLiteral("new ü.txt"), Qt::Key_Return);
+    rename(list, QStringLiteral("new ü.txt"));
     EXPECT_TRUE(there("src/new ü.txt") && !there("src/a.txt"));
-    rename(list, QStringLiteral("c.txt"), Qt::Key_Return);
+    rename(list, QStringLiteral("c.txt"));
     EXPECT_EQ(ListSession::names(list), (Names{"c.txt", "b.txt"})) << "the row of the former c.txt is gone";
     EXPECT_EQ(fs::file_size(s().trash() + "/files/c.txt"), 300u);
     EXPECT_EQ(s().status(), "Die frühere Datei '" + at("src/c.txt") + "' liegt jetzt im Papierkorb.");
     EXPECT_EQ(s().grid().number(s().grid().firstRoot(), kSize), 1200);
-    rename(list, QStringLiteral("new ü.txt"), Qt::Key_Return);
+    rename(list, QStringLiteral("new ü.txt"));
     std::string text;
     answer("OK", &text);
-    rename(list, QStringLiteral("none/x"), Qt::Key_Return);
+    rename(list, QStringLiteral("none/x"));
     EXPECT_NE(text.find("No such file"), std::string::npos) << text;
     EXPECT_EQ(ListSession::names(list)[0], "new ü.txt");
 
     s().click("cbrMain.33");
     s().clickRow("sub");
-    rename(s().view(), QStringLiteral("bus"), Qt::Key_Return);
+    rename(s().view(), QStringLiteral("bus"));
     EXPECT_TRUE(there("src/bus/deep/e.txt"));
     EXPECT_EQ(s().form().state().currentFolder, at("src/bus/"));
+}
+
+TEST_F(FilesTest, AFileThatGetsTheOtherOfItsTwoNamesLosesARow) {
+    fs::create_hard_link(at("src/a.txt"), at("src/z.txt"));
+    GridView& list = startWithList();
+    ListSession::clickOn(list, 3);
+    rename(list, QStringLiteral("a.txt"));
+    EXPECT_EQ(ListSession::names(list), (Names{"a.txt", "b.txt", "c.txt"}));
+    expectNumbersOfAFreshScan();
 }
 
 TEST_F(FilesTest, ADoubleClickOpensAFileOfAnyNameAndAProgramNotWithoutAQuestion) {

@@ -17,7 +17,7 @@ class Handover : public test::ScanFixture {
 
     void read(std::vector<Item> items) {
         disk.sources = {folder("/s", std::move(items))};
-        QuelleEinlesen(scan, "/s/", 8, kNoRow, true);
+        QuelleEinlesen(scan, "/s/", 8, kNoRow);
     }
 };
 

@@ -26,11 +26,11 @@ class Rescan : public test::ScanFixture {
         files.content.clear();
     }
     Item& at(std::string_view path) { return *disk.find(path); }
-    void rescan(Row row, bool recursive = true) {
+    void rescan(Row row) {
         report.setCurrentRow(row);
-        Report_Rescan(scan, recursive);
+        Report_Rescan(scan);
     }
-    void rescan(std::string_view row, bool recursive = true) { rescan(rowOf(row), recursive); }
+    void rescan(std::string_view row) { rescan(rowOf(row)); }
 
     /// Every row with its path and all that a scan writes; sorted, since equal sizes may stand in any order.
     static Lines factsOf(const ScanBench& bench) {
@@ -141,22 +141,6 @@ TEST_F(Rescan, LeavesTheWindowFreeAfterAFaultThatNoInnerTrapCatches) {
     EXPECT_EQ(host.calls,
               (Lines{"busy", "files of ''", "preview", "+lock", "+unlock", "status ", "not busy"}));
     EXPECT_FALSE(state.ScanActive);
-}
-
-// The folder's own sum is corrected once, those above twice, which may turn them negative.
-TEST_F(Rescan, OfFilesAloneCorrectsTheRowsAboveTwice) {
-    // What takes the place of a file of 40 bytes, and the rows then.
-    const std::tuple<Item, const char*, const char*> cases[] = {{file("x", 70), "p 70 1/1", "/t 100 1/2"},
-                                                                {file("x", 30), "p 30 1/1", "/t 20 1/2"},
-                                                                {folder("y"), "p 0 0/1", "/t -40 -1/2"}};
-    for (const auto& [item, p, t] : cases) {
-        begin(folder("/t", {folder("p", {file("x", 40), folder("q")})}));
-        at("/t/p").items[0] = item;
-        rescan("p", false);
-        EXPECT_EQ(numbersOf(rowOf("p")), p);
-        EXPECT_EQ(numbersOf(rowOf("/t")), t);
-        EXPECT_EQ(host.calls.back(), "files of '/t/p/'");
-    }
 }
 
 }  // namespace

@@ -250,26 +250,5 @@ TEST_F(Walk, LetsMessagesRunOnceAnIntervalAndWheneverInputWaits) {
     }
 }
 
-TEST_F(Walk, OfFilesAloneMakesOneRowIfTheyHaveAnyBytesAndPassesOverAnErrorInSilence) {
-    options.AddHardlinksOnlyOnce = options.CreateListHardlink = options.CreateListTOP = 1;
-    state.NeedLinkCount = true;
-    const Item source = folder("/s", {file("a", 5, 7, 2), folder("b", {file("x", 9)}), file("c", 5, 7, 2)});
-    const std::pair<Item, Lines> cases[] = {
-        {with(source, &Item::blockEntries, 1), {"/s 0 0/0", "  Dateien 10 2/0"}},
-        {folder("/s", {file("a", 0), folder("b", {file("x", 9)})}), {"/s 0 0/0"}},
-        {with(source, &Item::error, 13), {"/s 0 0/0"}},
-        {with(source, &Item::failingBlock, 1), {"/s 0 0/0"}}};
-    for (const auto& [from, expected] : cases) {
-        report.clear();
-        disk.sources = {from};
-        ScanTotals totals;
-        Report_ScanFilesOnly(scan, "/s/", report.addRow(kNoRow, "/s"), totals);
-        EXPECT_EQ(rows(), expected);
-        EXPECT_EQ(report.picture(report.firstRoot()), 0);
-    }
-    EXPECT_EQ(errors.log.size(), 1U) << "but not over a fault";
-    EXPECT_EQ(top.rowCount() + hardlinks.rowCount() + protocol().size(), 0U);
-}
-
 }  // namespace
 }  // namespace hl

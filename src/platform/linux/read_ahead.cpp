@@ -295,14 +295,15 @@ void ReadAhead::noteMount(Item* item, const struct statx& facts) {
         if (mount.id == facts.stx_mnt_id) item->mountSource = whatIsMounted(mount);
 }
 
-// Where links and mounts are followed: whether this one is a folder on the way down to it. The one look that
-// it takes for each folder tells mounts as well.
+// Where links and mounts are followed: whether this one is a folder on the way down to it. Behind a link any
+// folder may be: the link leads above the source, and from there the way goes down to it again. The one look
+// that it takes for each folder tells mounts as well.
 bool ReadAhead::leadsBack(Item* item, int descriptor) {
     Folder* folder = item->folder;
     struct statx facts;
     if (calls_.look(descriptor, "", false, STATX_INO | STATX_MNT_ID, facts) < 0) return false;
     folder->setId({makedev(facts.stx_dev_major, facts.stx_dev_minor), facts.stx_ino});
-    if (folder->parent() == nullptr || folder->throughLink()) return wayDown_.leadsBack(folder);
+    if (folder->parent() == nullptr || folder->linksAbove() > 0) return wayDown_.leadsBack(folder);
     if ((facts.stx_attributes & STATX_ATTR_MOUNT_ROOT) == 0) return false;
     noteMount(item, facts);
     return wayDown_.leadsBack(folder);

@@ -301,7 +301,7 @@ RecycleError moveInto(const Trash& trash, const OpenedPlace& from, const std::st
         error = renameAnew(from.folder, from.name, trash.files, name);
         if (error == 0) {
             const std::string files = now != nullptr ? pathOfFolder(trash.files) : "";
-            if (!files.empty()) *now = files + "/" + name;
+            if (!files.empty()) *now = std::string(files).append("/").append(name);
             return RecycleError::kNone;
         }
         unlinkat(trash.info.number(), info.c_str(), 0);

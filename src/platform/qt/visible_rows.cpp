@@ -30,13 +30,6 @@ std::optional<std::size_t> VisibleRows::findShown(Row row) const {
     return find(shown);
 }
 
-std::size_t VisibleRows::endOfSubtree(std::size_t index) const {
-    const std::uint32_t level = grid_.level(at(index));
-    std::size_t end = index + 1;
-    while (end < count() && grid_.level(at(end)) > level) ++end;
-    return end;
-}
-
 Row VisibleRows::following(const Grid& grid, Row row) {
     if (grid.expanded(row) && grid.hasChildren(row)) return grid.firstChild(row);
     while (row != kNoRow) {

@@ -24,8 +24,6 @@ class VisibleRows {
     std::optional<std::size_t> find(Row row) const;
     /// The row itself, or the nearest row above it in the hierarchy that is shown. REQUIRES: the row exists.
     std::optional<std::size_t> findShown(Row row) const;
-    /// Index behind the last shown row below the one at `index`.
-    std::size_t endOfSubtree(std::size_t index) const;
     /// How often the list was made; for tests of cost.
     std::size_t rebuilds() const { return rebuilds_; }
 
