@@ -1,10 +1,10 @@
 // Faults of the processor as errors of the program.
 //
-// While installed, a bad read or write or a division by zero in the program's own code, on a thread that runs
-// a guarded routine, is thrown as a Fault with the number kFaultProcessor and goes to that routine's trap.
-// Where that is not safe (in a library, with the stack used up, in a second fault while the first is in work,
-// on an unguarded thread), `lastWords` is called with the same description and the process ends with
-// status 1.
+// While installed, a bad read or write or a division by zero in the program's own code, its modules included,
+// on a thread that runs a guarded routine, is thrown as a Fault with the number kFaultProcessor and goes to
+// that routine's trap. Where that is not safe (in a library or in what one calls within the routine, with the
+// stack used up, in a second fault while the first is in work, on an unguarded thread), `lastWords` is called
+// with a description that says so, and the process ends with status 1.
 #pragma once
 
 #include <array>

@@ -36,7 +36,7 @@ void leaveOnClipboard(const std::string& text, const std::string& holder) {
     QGuiApplication::clipboard()->setText(qtText(text));
     const QString platform = QGuiApplication::platformName();
     const QByteArray bytes = qtText(text).toUtf8();
-    bool held = true;  // Other platforms show their windows to nobody.
+    bool held = true;  // Other platforms share no clipboard with other programs.
     if (platform == QLatin1String("xcb"))
         held = handOver(QString::fromStdString(holder), {QStringLiteral("-platform"), platform}, bytes);
     if (platform.startsWith(QLatin1String("wayland")))
