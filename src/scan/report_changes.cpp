@@ -20,6 +20,13 @@ namespace hl {
 
 namespace {
 
+// Whether `path` is `folder` or lies below it.
+bool liesIn(std::string_view path, std::string_view folder, const PathRules& paths) {
+    if (!path.starts_with(folder)) return false;
+    return path.size() == folder.size() || folder.ends_with(paths.separator) ||
+           path[folder.size()] == paths.separator;
+}
+
 bool isFolder(const Grid& report, Row row) {
     return report.number(row, kIsFolder) == 1;
 }
@@ -89,12 +96,6 @@ class Unfolded {
 }  // namespace
 
 // --- finding rows
-
-bool liesIn(std::string_view path, std::string_view folder, const PathRules& paths) {
-    if (!path.starts_with(folder)) return false;
-    return path.size() == folder.size() || folder.ends_with(paths.separator) ||
-           path[folder.size()] == paths.separator;
-}
 
 namespace {
 

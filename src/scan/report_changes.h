@@ -15,9 +15,6 @@
 
 namespace hl {
 
-/// Whether `path` is `folder` or lies below it.
-bool liesIn(std::string_view path, std::string_view folder, const PathRules& paths);
-
 /// The folder's row in the source of `root`; kNoRow if that does not show it. `path` ends in no separator.
 Row rowOfFolder(const Grid& report, Row root, std::string_view path, const PathRules& paths);
 
