@@ -37,35 +37,6 @@ bool foldsNames(std::string_view kind) {
     return oneOf(kind, kKinds);
 }
 
-bool isRemote(std::string_view kind) {
-    constexpr auto kKinds = std::to_array<std::string_view>({"nfs",
-                                                             "nfs4",
-                                                             "ncpfs",
-                                                             "afs",
-                                                             "ceph",
-                                                             "coda",
-                                                             "lustre",
-                                                             "orangefs",
-                                                             "beegfs",
-                                                             "davfs",
-                                                             "fuse.sshfs",
-                                                             "fuse.curlftpfs",
-                                                             "fuse.davfs",
-                                                             "fuse.rclone",
-                                                             "fuse.s3fs",
-                                                             "fuse.ceph",
-                                                             "fuse.davfs2",
-                                                             "fuse.gcsfuse",
-                                                             "fuse.glusterfs",
-                                                             "9p",
-                                                             "virtiofs",
-                                                             "vboxsf",
-                                                             "prl_fs",
-                                                             "vmhgfs",
-                                                             "fuse.vmhgfs-fuse"});
-    return foldsNames(kind) || oneOf(kind, kKinds);
-}
-
 bool isPool(std::string_view kind) {
     constexpr auto kKinds = std::to_array<std::string_view>({"btrfs", "zfs", "bcachefs", "fuse.mergerfs"});
     return oneOf(kind, kKinds);
@@ -149,7 +120,7 @@ std::vector<TableEntry> visibleMounts(const std::string& root) {
 
 bool isRealFileSystem(const TableEntry& entry) {
     const Mount& mount = entry.mount;
-    if (mount.mountPoint == "/" || isRemote(mount.kind) || isPool(mount.kind)) return true;
+    if (mount.mountPoint == "/" || isRemoteKind(mount.kind) || isPool(mount.kind)) return true;
     if (isMemory(mount.kind)) return !isOfTheSystem(mount.mountPoint);
     return entry.hasBlockDevice() && !isImage(mount.kind);
 }
@@ -157,17 +128,17 @@ bool isRealFileSystem(const TableEntry& entry) {
 // What may stand in the list only once.
 std::string identityOf(const TableEntry& entry) {
     const Mount& mount = entry.mount;
-    if (isRemote(mount.kind)) return mount.source;
+    if (isRemoteKind(mount.kind)) return mount.source;
     if (mount.kind == "zfs") return "zfs:" + mount.source.substr(0, mount.source.find('/'));
     return entry.device;
 }
 
 // A single file can be mounted too, as containers do with /etc/hosts. The kernel has it in memory, so asking
-// waits for nothing, unless the way there leads over a share.
-bool isFile(const TableEntry& entry, const std::vector<std::string>& shares, const std::string& root) {
-    if (entry.mount.root == "/" || isRemote(entry.mount.kind)) return false;
-    const auto leadsOver = [&](const std::string& share) { return isBelow(entry.mount.mountPoint, share); };
-    if (std::any_of(shares.begin(), shares.end(), leadsOver)) return false;
+// waits for nothing, unless the way there leads over a mount that can hang.
+bool isFile(const TableEntry& entry, const std::vector<std::string>& mayHang, const std::string& root) {
+    if (entry.mount.root == "/" || kindCanHang(entry.mount.kind)) return false;
+    const auto leadsOver = [&](const std::string& folder) { return isBelow(entry.mount.mountPoint, folder); };
+    if (std::any_of(mayHang.begin(), mayHang.end(), leadsOver)) return false;
     struct stat facts = {};
     return ::lstat((root + entry.mount.mountPoint).c_str(), &facts) == 0 && !S_ISDIR(facts.st_mode);
 }
@@ -192,7 +163,7 @@ std::string diskFact(const std::string& folder, const char* fact) {
 DriveType typeOf(const TableEntry& entry, const std::string& device, const std::string& root) {
     constexpr std::string_view kScsiDisc = "5";
     const std::string& kind = entry.mount.kind;
-    if (isRemote(kind)) return DriveType::kRemote;
+    if (isRemoteKind(kind)) return DriveType::kRemote;
     if (isMemory(kind)) return DriveType::kRam;
     if (isDisc(kind) || entry.device.starts_with("11:")) return DriveType::kDisc;
     if (device.empty()) return DriveType::kFixed;
@@ -277,7 +248,7 @@ std::string shareName(std::string_view source) {
 
 // The part of `unc` behind the share, beginning with "/" or empty; nothing if it is another share.
 std::optional<std::string> behindShare(const std::string& unc, const Mount& mount) {
-    if (!isRemote(mount.kind)) return std::nullopt;
+    if (!isRemoteKind(mount.kind)) return std::nullopt;
     const std::string share = shareName(mount.source);
     const std::string front = unc.substr(0, share.size());
     const bool same = foldsNames(mount.kind) ? compareFolded(front, share) == 0 : front == share;
@@ -294,14 +265,14 @@ LinuxDrives::LinuxDrives(DriveSources sources)
 
 std::vector<Drive> LinuxDrives::drives() {
     const std::vector<TableEntry> entries = visibleMounts(root_);
-    std::vector<std::string> shares;
+    std::vector<std::string> mayHang;
     for (const TableEntry& entry : entries)
-        if (isRemote(entry.mount.kind)) shares.push_back(entry.mount.mountPoint);
+        if (kindCanHang(entry.mount.kind)) mayHang.push_back(entry.mount.mountPoint);
     const Labels labels = readLabels(root_);
     std::unordered_set<std::string> seen;
     std::vector<Drive> drives;
     for (const TableEntry& entry : entries) {
-        if (!isRealFileSystem(entry) || isFile(entry, shares, root_)) continue;
+        if (!isRealFileSystem(entry) || isFile(entry, mayHang, root_)) continue;
         if (seen.insert(identityOf(entry)).second) drives.push_back(driveOf(entry, labels, root_));
     }
     return drives;

@@ -3,7 +3,9 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
+#include <climits>
 
 #include "base/text.h"
 
@@ -40,7 +42,7 @@ std::string_view nextField(std::string_view& line) {
 // 36 35 98:0 /root /point rw,noatime shared:1 - ext3 /dev/root rw,errors=continue
 bool parseLine(std::string_view line, Mount& mount) {
     const auto id = parseInteger(nextField(line));
-    nextField(line);  // The mount above it.
+    const auto parent = parseInteger(nextField(line));
     nextField(line);  // Device numbers.
     mount.root = unescaped(nextField(line));
     mount.mountPoint = unescaped(nextField(line));
@@ -49,8 +51,27 @@ bool parseLine(std::string_view line, Mount& mount) {
     }
     mount.kind = unescaped(nextField(line));
     mount.source = unescaped(nextField(line));
+    mount.canHang = kindCanHang(mount.kind);
     mount.id = static_cast<std::uint64_t>(id.value_or(0));
+    mount.parent = static_cast<std::uint64_t>(parent.value_or(0));
     return id.value_or(0) > 0 && mount.mountPoint.starts_with('/') && !mount.kind.empty();
+}
+
+bool isBelow(std::string_view path, std::string_view folder) {
+    if (folder == "/") return true;
+    return path.starts_with(folder) && (path.size() == folder.size() || path[folder.size()] == '/');
+}
+
+// The target of a link; empty if the path is none.
+std::string linkTarget(const std::string& path) {
+    std::array<char, PATH_MAX> target;
+    const ssize_t length = ::readlink(path.c_str(), target.data(), target.size());
+    return length > 0 ? std::string(target.data(), static_cast<std::size_t>(length)) : std::string();
+}
+
+std::string currentFolder() {
+    std::array<char, PATH_MAX> path;
+    return ::getcwd(path.data(), path.size()) == nullptr ? "/" : path.data();
 }
 
 }  // namespace
@@ -79,6 +100,89 @@ std::vector<Mount> readMountTable() {
         text.append(buffer.data(), static_cast<std::size_t>(got));
     ::close(file);
     return parseMountTable(text);
+}
+
+bool isRemoteKind(std::string_view kind) {
+    constexpr auto kKinds = std::to_array<std::string_view>(
+        {"nfs",       "nfs4",          "cifs",        "smb3",           "smbfs",           "ncpfs",
+         "afs",       "ceph",          "coda",        "lustre",         "orangefs",        "beegfs",
+         "davfs",     "fuse.smbnetfs", "fuse.sshfs",  "fuse.curlftpfs", "fuse.davfs",      "fuse.rclone",
+         "fuse.s3fs", "fuse.ceph",     "fuse.davfs2", "fuse.gcsfuse",   "fuse.glusterfs",  "9p",
+         "virtiofs",  "vboxsf",        "prl_fs",      "vmhgfs",         "fuse.vmhgfs-fuse"});
+    return std::find(kKinds.begin(), kKinds.end(), kind) != kKinds.end();
+}
+
+bool kindCanHang(std::string_view kind) {
+    const bool isFuse = kind == "fuse" || kind == "fuseblk" || kind.starts_with("fuse.");
+    return isFuse || kind == "autofs" || isRemoteKind(kind);
+}
+
+bool anyCanHang(const std::vector<Mount>& mounts) {
+    return std::any_of(mounts.begin(), mounts.end(), [](const Mount& mount) { return mount.canHang; });
+}
+
+// From mount to mount, as the kernel goes down a path: of those that lie in a mount, it enters the one whose
+// mount point comes first. One that is mounted over another at the same place lies in that one.
+const Mount* mountOf(const std::vector<Mount>& mounts, std::string_view path) {
+    const auto isListed = [&](std::uint64_t id) {
+        return std::any_of(mounts.begin(), mounts.end(), [&](const Mount& mount) { return mount.id == id; });
+    };
+    const Mount* at = nullptr;
+    for (std::size_t steps = 0; steps <= mounts.size(); ++steps) {
+        const Mount* next = nullptr;
+        for (const Mount& mount : mounts) {
+            const bool liesHere = at == nullptr ? mount.parent == mount.id || !isListed(mount.parent)
+                                                : mount.parent == at->id && &mount != at;
+            if (!liesHere || !isBelow(path, mount.mountPoint)) continue;
+            if (next == nullptr || mount.mountPoint.size() < next->mountPoint.size()) next = &mount;
+        }
+        if (next == nullptr) break;
+        at = next;
+    }
+    return at;
+}
+
+const Mount* mountThatCanHang(const std::vector<Mount>& mounts, const std::string& path) {
+    constexpr int kMostLinks = 40;  // The kernel follows no more.
+    if (!anyCanHang(mounts)) return nullptr;
+    const Mount* root = mountOf(mounts, "/");
+    if (root != nullptr && root->canHang) return root;
+    std::string at;  // What was gone so far; empty is "/".
+    std::string rest = path.starts_with('/') ? path : currentFolder() + "/" + path;
+    for (int links = 0; !rest.empty();) {
+        const std::size_t slash = rest.find('/');
+        const std::string name = rest.substr(0, slash);
+        rest.erase(0, slash == std::string::npos ? rest.size() : slash + 1);
+        if (name.empty() || name == ".") continue;
+        if (name == "..") {
+            at.resize(at.empty() ? 0 : at.rfind('/'));
+            continue;
+        }
+        const std::string next = at + "/" + name;
+        const auto mayHold = [&](const Mount& mount) {
+            return mount.canHang && isBelow(next, mount.mountPoint);
+        };
+        if (std::any_of(mounts.begin(), mounts.end(), mayHold)) {
+            const Mount* mount = mountOf(mounts, next);
+            if (mount != nullptr && mount->canHang) return mount;
+        }
+        const std::string target = linkTarget(next);
+        if (target.empty() || ++links > kMostLinks) {
+            at = next;
+            continue;
+        }
+        if (target.starts_with('/')) at.clear();
+        rest = target + "/" + rest;
+    }
+    return nullptr;
+}
+
+bool canHang(const std::vector<Mount>& mounts, const std::string& path) {
+    return mountThatCanHang(mounts, path) != nullptr;
+}
+
+bool canHang(const std::string& path) {
+    return canHang(readMountTable(), path);
 }
 
 }  // namespace hl

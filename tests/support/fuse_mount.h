@@ -1,0 +1,85 @@
+// A mount that a process of the test's answers for, and what happens to such mounts: the process stops
+// answering, answers again, dies.
+#pragma once
+
+#include <signal.h>
+#include <sys/mount.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <string>
+
+#include "support/patience.h"
+#include "support/trees.h"
+
+namespace hl::test {
+
+class FuseMount {
+  public:
+    /// Shows the folder `of` at the folder `at`, which is made where it is missing. What lies below "hangs",
+    /// and its own list, is never answered: tests/support/fuse_server.cpp.
+    FuseMount(const std::string& of, const std::string& at) : at_(at) {
+        std::filesystem::create_directories(at);
+        if (!missing_.empty()) return;
+        const dev_t before = device();
+        server_ = must(::fork());
+        if (server_ == 0) {
+            ::dup2(must(::open("/dev/null", O_RDWR)), STDERR_FILENO);  // Of its advice to its developers.
+            ::execl(server().c_str(), "fuse_server", of.c_str(), at.c_str(), nullptr);
+            ::_exit(127);
+        }
+        mounted_ = comes([&] { return device() != before || ended(); }) && server_ > 0;
+        if (!mounted_) missing_ = "the test may not mount";
+    }
+    ~FuseMount() {
+        die();
+        if (mounted_) ::umount2(at_.c_str(), MNT_DETACH);
+    }
+    FuseMount(const FuseMount&) = delete;
+    FuseMount& operator=(const FuseMount&) = delete;
+
+    /// Why there is none, for GTEST_SKIP; empty if there is one.
+    const std::string& missing() const { return missing_; }
+
+    /// From now on each call on the mount hangs.
+    void stopAnswering() const {
+        ::kill(server_, SIGSTOP);
+        ::waitpid(server_, nullptr, WUNTRACED);  // Until the last of its threads has stopped.
+    }
+    /// What hangs is answered, and what comes.
+    void answerAgain() const { ::kill(server_, SIGCONT); }
+    /// What hangs and what comes ends with an error (ENOTCONN, ECONNABORTED).
+    void die() {
+        if (server_ <= 0) return;
+        ::kill(server_, SIGKILL);
+        ::waitpid(server_, nullptr, 0);
+        server_ = -1;
+    }
+
+  private:
+    // It lies beside the tests.
+    static std::string server() {
+        return std::filesystem::read_symlink("/proc/self/exe").parent_path() / "fuse_server";
+    }
+    static std::string whyNot() {
+        if (::access(server().c_str(), X_OK) != 0) return "libfuse3 was not there when the tests were built";
+        if (::geteuid() != 0) return "only root mounts without a helper";
+        return ::access("/dev/fuse", R_OK | W_OK) != 0 ? "there is no /dev/fuse" : "";
+    }
+    dev_t device() const {
+        struct stat facts {};
+        return ::stat(at_.c_str(), &facts) == 0 ? facts.st_dev : 0;
+    }
+    bool ended() {
+        if (::waitpid(server_, nullptr, WNOHANG) != server_) return false;
+        server_ = -1;
+        return true;
+    }
+
+    std::string at_, missing_ = whyNot();
+    pid_t server_ = -1;
+    bool mounted_ = false;
+};
+
+}  // namespace hl::test
