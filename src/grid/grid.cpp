@@ -1,8 +1,12 @@
 // Parts: rows, what a row shows, cells, state, columns, notices. Sorting and searching are in grid_sort.cpp.
-// Invariant: every row number below tree_.limit() has a place in text_, picture_ and flags_.
+// Invariant: every row number below tree_.limit() has a place in cells_, text_, picture_ and flags_. An
+// operation that runs out of memory leaves a whole grid and can be done again.
 #include "grid/grid.h"
 
 #include <algorithm>
+#include <exception>
+
+#include "grid/no_redraw.h"
 
 namespace hl {
 
@@ -22,11 +26,14 @@ Row Grid::addRow(Row parent, std::string_view text) {
 }
 
 Row Grid::addRow(Row parent, TextRef text) {
+    // Room for a new number first: a row that is in the tree has all its cells, even if memory ends here.
+    const Row fresh = tree_.limit();
+    cells_.addRow(fresh);
+    text_.ensure(fresh);
+    picture_.ensure(fresh);
+    flags_.ensure(fresh);
     const Row row = tree_.add(parent);
-    cells_.addRow(row);
-    text_.ensure(row);
-    picture_.ensure(row);
-    flags_.ensure(row);
+    if (row != fresh) cells_.addRow(row);
     text_[row] = text;
     picture_[row] = 0;
     flags_[row] = 0;
@@ -50,23 +57,36 @@ void Grid::forget(const std::vector<Row>& removed) {
         texts_.clear();
         wasteBytes_ = 0;
     } else if (wasteBytes_ > kLeastWaste && wasteBytes_ * 2 > texts_.bytesUsed()) {
-        packTexts();
+        // Without memory for it the waste stays until a later removal; this one is done either way.
+        try {
+            packTexts();
+        } catch (const std::exception&) {
+        }
     }
     if (!removed.empty()) changed(&GridChange::structure);
 }
 
-// References kept by keepText die here; callers keep them only while they add rows.
+// References kept by keepText die here; callers keep them only while they add rows. The new references wait
+// until there are all of them: half of them and the old store would be references into nowhere.
 void Grid::packTexts() {
     TextStore packed;
+    std::vector<TextRef> references;
+    const auto cellCount = static_cast<CellId>(cells_.count());
     for (Row row = firstRoot(); row != kNoRow; row = tree_.following(row)) {
-        text_[row] = packed.add(text(row));
-        for (std::size_t i = 0; i < cells_.count(); ++i) {
-            const auto cell = static_cast<CellId>(i);
-            if (cells_.isText(cell)) cells_.setText(row, cell, packed.addShared(cellText(row, cell)));
-        }
+        references.push_back(packed.add(text(row)));
+        for (CellId cell = 0; cell < cellCount; ++cell)
+            if (cells_.isText(cell)) references.push_back(packed.addShared(cellText(row, cell)));
     }
-    for (auto& [row, note] : notes_) note = packed.add(texts_.get(note));
-    std::swap(texts_, packed);
+    for (const auto& [row, note] : notes_) references.push_back(packed.add(texts_.get(note)));
+
+    auto next = references.begin();
+    for (Row row = firstRoot(); row != kNoRow; row = tree_.following(row)) {
+        text_[row] = *next++;
+        for (CellId cell = 0; cell < cellCount; ++cell)
+            if (cells_.isText(cell)) cells_.setText(row, cell, *next++);
+    }
+    for (auto& [row, note] : notes_) note = *next++;
+    texts_ = std::move(packed);
     wasteBytes_ = 0;
 }
 
@@ -76,16 +96,15 @@ void Grid::removeRow(Row row) {
     forget(removed);
 }
 
+// Row by row: what went is forgotten, even if memory ends on the way.
 void Grid::removeChildren(Row row) {
-    std::vector<Row> removed;
-    while (firstChild(row) != kNoRow) tree_.remove(firstChild(row), removed);
-    forget(removed);
+    const NoRedraw off(*this);
+    while (firstChild(row) != kNoRow) removeRow(firstChild(row));
 }
 
 void Grid::removeFrom(std::size_t from) {
-    std::vector<Row> removed;
-    for (std::size_t left = rowCount(); left > from; --left) tree_.remove(tree_.lastChild(kNoRow), removed);
-    forget(removed);
+    const NoRedraw off(*this);
+    while (rowCount() > from) removeRow(tree_.lastChild(kNoRow));
 }
 
 void Grid::clear() {
@@ -107,8 +126,9 @@ void Grid::clear() {
 // --- what a row shows
 
 void Grid::setText(Row row, std::string_view text) {
+    const TextRef added = texts_.add(text);
     wasteBytes_ += this->text(row).size();
-    text_[row] = texts_.add(text);
+    text_[row] = added;
     changed(&GridChange::cells);
 }
 
@@ -118,8 +138,9 @@ std::string_view Grid::rowNote(Row row) const {
 }
 
 void Grid::setRowNote(Row row, std::string_view note) {
-    wasteBytes_ += rowNote(row).size();
+    const std::size_t waste = rowNote(row).size();
     notes_[row] = texts_.add(note);
+    wasteBytes_ += waste;
     changed(&GridChange::cells);
 }
 
@@ -154,8 +175,9 @@ void Grid::setNumber(Row row, CellId cell, double value) {
 }
 
 void Grid::setCellText(Row row, CellId cell, std::string_view text) {
-    wasteBytes_ += cellText(row, cell).size();
+    const std::size_t waste = cellText(row, cell).size();
     cells_.setText(row, cell, texts_.addShared(text));
+    wasteBytes_ += waste;
     changed(&GridChange::cells);
 }
 

@@ -7,6 +7,7 @@
 #include <numeric>
 #include <utility>
 
+#include "base/scope_exit.h"
 #include "base/text.h"
 #include "grid/grid.h"
 
@@ -100,6 +101,27 @@ std::vector<Row> rowsOf(const Keyed<Key>& keyed) {
     return rows;
 }
 
+/// Rows that have children, by their levels; those of one level end at its place in `ends`.
+struct Parents {
+    std::vector<Row> rows;
+    std::vector<std::size_t> ends;
+};
+
+// In one pass over the rows and with 4 bytes for each parent. Those of the roots are no row.
+Parents parentsByLevel(const Grid& grid, std::uint32_t deepest) {
+    std::vector<std::size_t> ends(std::size_t{deepest} + 1, 0);
+    const Row from = deepest > 0 ? grid.firstRoot() : kNoRow;
+    for (Row row = from; row != kNoRow; row = grid.tree().following(row))
+        if (grid.hasChildren(row) && grid.level(row) < deepest) ++ends[grid.level(row)];
+    for (std::size_t sum = 0; std::size_t & end : ends) sum = end += sum;
+    std::vector<Row> rows(ends.back());
+    std::vector<std::size_t> fill(ends.size(), 0);
+    for (std::size_t i = 1; i < ends.size(); ++i) fill[i] = ends[i - 1];
+    for (Row row = from; row != kNoRow; row = grid.tree().following(row))
+        if (grid.hasChildren(row) && grid.level(row) < deepest) rows[fill[grid.level(row)]++] = row;
+    return {std::move(rows), std::move(ends)};
+}
+
 }  // namespace
 
 void Grid::sortChildren(Row parent, const LevelSort& sort, CellId cell) {
@@ -134,18 +156,9 @@ void Grid::sortChildren(Row parent, const LevelSort& sort, CellId cell) {
 }
 
 void Grid::sortLevels(std::uint32_t deepest, const std::function<void()>& between) {
-    // Parents by level, in one pass over the rows and 4 bytes for each parent. Those of the roots are no row.
-    std::vector<std::size_t> ends(std::size_t{deepest} + 1, 0);
-    const Row from = deepest > 0 ? firstRoot() : kNoRow;
-    for (Row row = from; row != kNoRow; row = tree_.following(row))
-        if (hasChildren(row) && level(row) < deepest) ++ends[level(row)];
-    for (std::size_t sum = 0; std::size_t & end : ends) sum = end += sum;
-    std::vector<Row> parents(ends.empty() ? 0 : ends.back());
-    std::vector<std::size_t> fill(ends.size(), 0);
-    for (std::size_t i = 1; i < ends.size(); ++i) fill[i] = ends[i - 1];
-    for (Row row = from; row != kNoRow; row = tree_.following(row))
-        if (hasChildren(row) && level(row) < deepest) parents[fill[level(row)]++] = row;
-
+    const auto [parents, ends] = parentsByLevel(*this, deepest);
+    // Told also if memory ends on the way: some levels are sorted by then.
+    const ScopeExit tell([this] { changed(&GridChange::structure); });
     for (std::uint32_t level = 0; level <= deepest; ++level) {
         const LevelSort& sort = levelSort(level);
         const CellId cell = sort.key.empty() ? kNoCell : cells_.find(sort.key);
@@ -157,7 +170,6 @@ void Grid::sortLevels(std::uint32_t deepest, const std::function<void()>& betwee
         }
         if (between) between();
     }
-    changed(&GridChange::structure);
 }
 
 Row Grid::find(std::string_view part, std::size_t from, std::size_t to) const {

@@ -1,8 +1,9 @@
 #include "grid/row_tree.h"
 
-#include <utility>
+#include <algorithm>
 
 #include "base/fault.h"
+#include "grid/room.h"
 
 namespace hl {
 
@@ -36,16 +37,17 @@ void RowTree::unlink(Row row) {
 }
 
 void RowTree::remove(Row row, std::vector<Row>& removed) {
+    // Parents before children first; turned around once nothing can fail any more.
+    std::vector<Row> rows = {row};
+    for (std::size_t i = 0; i < rows.size(); ++i)
+        for (Row child = firstChild(rows[i]); child != kNoRow; child = nextSibling(child))
+            rows.push_back(child);
+    makeRoom(removed, rows.size());
+    makeRoom(free_, rows.size());
     unlink(row);
-    const std::size_t start = removed.size();
-    // Parents before children first, by the links that still stand; then turned around.
-    removed.push_back(row);
-    for (std::size_t i = start; i < removed.size(); ++i)
-        for (Row child = firstChild(removed[i]); child != kNoRow; child = nextSibling(child))
-            removed.push_back(child);
-    for (std::size_t a = start, b = removed.size(); a + 1 < b; ++a) std::swap(removed[a], removed[--b]);
-    free_.insert(free_.end(), removed.begin() + static_cast<std::ptrdiff_t>(start), removed.end());
-    count_ -= removed.size() - start;
+    removed.insert(removed.end(), rows.rbegin(), rows.rend());
+    free_.insert(free_.end(), rows.rbegin(), rows.rend());
+    count_ -= rows.size();
     changed();
 }
 

@@ -4,6 +4,7 @@
 #include <functional>
 
 #include "base/fault.h"
+#include "grid/room.h"
 
 namespace hl {
 
@@ -21,6 +22,8 @@ char* TextStore::reserve(std::size_t bytes) {
     if (bytes > kBlockBytes - fill_) {
         const std::size_t blocks = (bytes + kBlockBytes - 1) / kBlockBytes;
         if (blockStart_.size() + blocks > std::size_t{1} << (32 - kBlockBits)) raiseOverflow("TextStore");
+        makeRoom(owned_, 1);
+        makeRoom(blockStart_, blocks);
         owned_.push_back(std::make_unique_for_overwrite<char[]>(blocks * kBlockBytes));
         for (std::size_t i = 0; i < blocks; ++i) blockStart_.push_back(owned_.back().get() + i * kBlockBytes);
         fill_ = 0;
