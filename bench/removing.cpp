@@ -27,10 +27,11 @@ long peakKib() {
 
 class Looks final : public hl::OperationWatch {
   public:
-    void stillAt(const std::string&) override {
+    bool stillAt(const std::string&) override {
         longest_ = std::max(longest_, milliseconds(last_));
         last_ = Clock::now();
         ++count_;
+        return true;
     }
     double longest() const { return longest_; }
     int count() const { return count_; }

@@ -145,6 +145,9 @@ std::string deleteFolder(const FileOps& ops, FileRun& run, const std::string& pa
     std::string reason = recycle ? recycled(ops, run, path, true, gone) : std::string();
     const bool went = recycle ? reason.empty() : xDeleteFolder_W(ops, run, path, reason);
     if (went) return logGone(ops, path, recycle), std::string();
+    if (!recycle && run.stopped() && !hasVanished(ops.scan, path))
+        return texts.TL(9643, "Das Löschen des Ordners '%1' wurde angehalten; ein Teil ist noch da. %2",
+                        {path, reason});
     if (reason.empty()) reason = texts.TL(9640, "'%1' ist nicht mehr da.", {path});
     return recycle ? texts.TL(9571,
                               "Beim Verschieben des Ordners'%1' in den Papierkorb ist ein "

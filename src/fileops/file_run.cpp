@@ -45,7 +45,7 @@ void FileRun::letMessagesRun() {
     stopped_ = stopped_ || ops_.scan.state.CancelState != kCancelNone;
 }
 
-void FileRun::stillAt(const std::string& path) {
+bool FileRun::stillAt(const std::string& path) {
     const std::uint64_t now = ops_.scan.pump.GetTickCount();
     if (!path.empty() && now >= lastStatus_ + kStatusInterval) {
         lastStatus_ = now;
@@ -55,6 +55,7 @@ void FileRun::stillAt(const std::string& path) {
         ops_.host.setFirstPanel(text);
     }
     letMessagesRun();
+    return !stopped_;
 }
 
 FilePlace placeOf(const ScanContext& scan, const std::string& path) {

@@ -44,7 +44,7 @@ class FileRun final : public OperationWatch {
 
     /// Whether the user has asked for an end, by Stop, Escape or closing the window.
     bool stopped();
-    void stillAt(const std::string& path) override;
+    bool stillAt(const std::string& path) override;
 
   private:
     void letMessagesRun();

@@ -27,8 +27,9 @@ class OperationWatch {
   public:
     virtual ~OperationWatch() = default;
     /// Some sixty times a second until the operation ends, on the caller's thread; never for one that ends
-    /// at once. `path`: what the operation is at, empty if it has not said so yet.
-    virtual void stillAt(const std::string& path) = 0;
+    /// at once. `path`: what the operation is at, empty if it has not said so yet. False: it is wanted no
+    /// more; the removal of a folder then ends where it is, anything else goes on to its end.
+    virtual bool stillAt(const std::string& path) = 0;
 };
 
 struct RemovalFailure {
@@ -42,6 +43,7 @@ struct Removal {
 
     bool removed = false;   ///< The folder itself is gone.
     bool vanished = false;  ///< It was not there when its turn came, or is not there any more.
+    bool stopped = false;   ///< It was ended on the way.
     std::vector<RemovalFailure> failures = {};  ///< The first ones, in the order in which they came.
     std::uint64_t failureCount = 0;             ///< Of all.
     std::uint64_t entries = 0;                  ///< Files and folders that went.
@@ -69,7 +71,8 @@ class FileOperations {
     virtual int removeFile(const FilePlace& place, OperationWatch& watch) = 0;
     /// A folder with everything in it; a link or a file in its place is removed as what it is. What cannot go
     /// is told, and the rest goes. Links are not followed, other mounts not entered. A folder of the caller's
-    /// own that may not be written is made so first.
+    /// own that may not be written is made so first. What others go on adding may stay: the folder above it
+    /// is then told as not empty.
     virtual Removal removeTree(const FilePlace& place, OperationWatch& watch) = 0;
     /// To the trash of the mount it lies on. Nothing is copied, and nothing is removed instead. `now`: its
     /// absolute path there, "TRASH/files/NAME"; empty after an error, and where the system does not tell.

@@ -165,6 +165,40 @@ TEST_F(FilesTest, StopEndsBetweenTwoRowsAndNothingElseBeginsMeanwhile) {
     EXPECT_TRUE(s().enabled("cbrMain.2"));
 }
 
+TEST_F(FilesTest, StopEndsWithinAFolderWhoseRestIsReadAndTold) {
+    for (int i = 0; i < 20'000; ++i) file("src/sub/deep/" + std::to_string(i), 0);
+    start();
+    s().click("cbrReport.25");
+    s().clickRow("deep");
+    s().operations().before = [&](OperationWatch&) {
+        QTimer::singleShot(0, &s().frame(), [&] { s().click("cbrMain.3"); });
+    };
+    std::string text;
+    answer("OK", &text);
+    s().form().execute(BarId::kMain, 101);
+    EXPECT_TRUE(there("src/sub/deep"));
+    EXPECT_NE(text.find("'" + at("src/sub/deep") + "' wurde angehalten"), std::string::npos) << text;
+    const auto left = std::distance(fs::directory_iterator(at("src/sub/deep")), fs::directory_iterator());
+    EXPECT_EQ(s().grid().number(s().row("deep"), kFiles), static_cast<double>(left));
+    EXPECT_LT(left, 20'000);
+}
+
+TEST_F(FilesTest, EscapeHeldDownInABoxEndsTheBoxAndNoDeleting) {
+    GridView& list = startWithList();
+    selectFirst(list, 3);
+    s().operations().before = [&](OperationWatch& watch) {
+        s().answers.add([](QDialog& dialog) { QTest::keyPress(&dialog, Qt::Key_Escape); });
+        s().window().message(MessageKind::kWarning, "box");
+        QKeyEvent repeated(QEvent::KeyPress, Qt::Key_Escape, {}, {}, true);
+        QApplication::sendEvent(&s().frame(), &repeated);
+        QTest::keyRelease(&s().frame(), Qt::Key_Escape);
+        watch.stillAt("/some/where");
+    };
+    deleteInList();
+    s().operations().before = [](OperationWatch&) {};
+    EXPECT_FALSE(there("src/a.txt") || there("src/b.txt") || there("src/c.txt"));
+}
+
 TEST_F(FilesTest, TheMenuOfAFolderDeletesItAndTheNumbersFollow) {
     start();
     s().click("cbrReport.25");

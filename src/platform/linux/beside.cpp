@@ -41,7 +41,7 @@ void runBeside(const std::function<void(Whereabouts&)>& work, OperationWatch& wa
         std::unique_lock lock(mutex);
         while (!ended.wait_for(lock, kBetweenLooks, [&] { return over; })) {
             lock.unlock();
-            watch.stillAt(whereabouts.now());
+            if (!watch.stillAt(whereabouts.now())) whereabouts.end();
             lock.lock();
         }
     } catch (...) {

@@ -28,8 +28,12 @@ class Whereabouts {
         return path_;
     }
 
+    /// For the waiting thread: the work is to end, if it can.
+    void end() { unwanted_.store(true, std::memory_order_relaxed); }
+    bool unwanted() const { return unwanted_.load(std::memory_order_relaxed); }
+
   private:
-    std::atomic<bool> asked_{true};
+    std::atomic<bool> asked_{true}, unwanted_{false};
     std::mutex mutex_;
     std::string path_;
 };

@@ -5,6 +5,7 @@
 #include <errno.h>
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <time.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -19,8 +20,9 @@ namespace {
 
 constexpr std::size_t kMostKept = 10'000;  // Names of one folder, about 1 MB.
 constexpr std::size_t kRecordBytes = std::size_t{64} * 1024;
-// Who goes on adding entries while they are removed is not followed for ever.
-constexpr int kMostPasses = 100;
+// Up to here a removal ends by itself, and no folder is asked when it was made.
+constexpr std::uint64_t kManyGone = 100'000;
+constexpr std::size_t kDeep = 500;
 
 struct Record {
     std::uint64_t inode;
@@ -61,6 +63,17 @@ bool isOtherMount(int parent, int folder) {
     return ::fstat(folder, &own) != 0 || ::fstat(parent, &above) != 0 || own.st_dev != above.st_dev;
 }
 
+std::int64_t nanoseconds(std::int64_t seconds, std::int64_t rest) {
+    return seconds * 1'000'000'000 + rest;
+}
+
+/// By the clock that file systems stamp their files with.
+std::int64_t fileTime() {
+    struct timespec time;
+    ::clock_gettime(CLOCK_REALTIME_COARSE, &time);
+    return nanoseconds(time.tv_sec, time.tv_nsec);
+}
+
 std::string byDescriptor(int folder) {
     return "/proc/self/fd/" + std::to_string(folder);
 }
@@ -71,7 +84,8 @@ TreeRemoval::TreeRemoval(DirectoryCalls& calls, Whereabouts& whereabouts, std::s
     : calls_(calls),
       whereabouts_(whereabouts),
       folders_(calls, budget),
-      records_(std::make_unique<char[]>(kRecordBytes)) {}
+      records_(std::make_unique<char[]>(kRecordBytes)),
+      begin_(fileTime()) {}
 
 TreeRemoval::~TreeRemoval() {
     while (!levels_.empty()) drop();
@@ -88,7 +102,7 @@ Removal TreeRemoval::run(const FilePlace& place) {
         failed("", top_.error);
         result_.vanished = top_.error == ENOENT;
     }
-    while (!levels_.empty()) {
+    while (!levels_.empty() && !whereabouts_.unwanted()) {
         if (!levels_.back().folders.empty()) {
             enterNext();
         } else if (!levels_.back().atEnd) {
@@ -97,6 +111,7 @@ Removal TreeRemoval::run(const FilePlace& place) {
             leave();
         }
     }
+    result_.stopped = !levels_.empty();
     return std::move(result_);
 }
 
@@ -119,6 +134,10 @@ void TreeRemoval::enterNext() {
 // What stands there may have become something else since its record was read: it goes as what it is now.
 void TreeRemoval::enter(int parent, const std::string& name) {
     const int folder = openFolder(parent, name);
+    if (folder >= 0 && isLater(folder)) {
+        calls_.close(folder);
+        return keep(levels_.back(), name);
+    }
     if (folder >= 0) {
         Folder* const above = levels_.empty() ? nullptr : levels_.back().folder;
         levels_.push_back({.folder = OpenFolders::make(above, name, false)});
@@ -147,26 +166,59 @@ int TreeRemoval::openFolder(int parent, const std::string& name) {
     return calls_.openChild(parent, name.c_str(), false, false);
 }
 
+/// Whether it was made since the removal began, as far as that matters and can be told. What the clock has
+/// ahead of now was made when the clock was wrong.
+bool TreeRemoval::isLater(int folder) {
+    if (levels_.empty() || (result_.entries < kManyGone && levels_.size() < kDeep)) return false;
+    struct statx facts;
+    if (calls_.look(folder, "", false, STATX_BTIME, facts) != 0 || (facts.stx_mask & STATX_BTIME) == 0)
+        return false;
+    const std::int64_t made = nanoseconds(facts.stx_btime.tv_sec, facts.stx_btime.tv_nsec);
+    return made > begin_ && made <= fileTime();
+}
+
 // --- entries
 
-// Removing while reading may leave some out on some file systems: those are found in another pass.
+// Removing while reading may leave some out on some file systems: those are found in another pass. Who adds
+// as fast as entries go is not followed for ever: a folder with more than a few is counted, and no more than
+// that is taken.
 void TreeRemoval::removeBlock() {
     Level& level = levels_.back();
     const int folder = folders_.pin(level.folder);
     const long got = folder < 0 ? folder : calls_.readEntries(folder, records_.get(), kRecordBytes);
     level.atEnd = got <= 0;
     if (got < 0) failed("", static_cast<int>(-got));
-    for (long at = 0; at < got;) {
+    removeRecords(folder, got);
+    if (level.left == 0 && !level.counted && !level.atEnd) countTheRest(level, folder);
+    level.atEnd = level.atEnd || level.left == 0;
+    if (folder >= 0) folders_.unpin(level.folder);
+}
+
+void TreeRemoval::removeRecords(int folder, long bytes) {
+    Level& level = levels_.back();
+    for (long at = 0; at < bytes && !whereabouts_.unwanted();) {
         const auto* record = reinterpret_cast<const Record*>(records_.get() + at);
         at += record->length;
         if (isDots(record->name) || (level.kept && level.kept->contains(record->name))) continue;
+        if (level.counted && level.left == 0) return;
+        if (level.left > 0) --level.left;
         if (record->type == DT_DIR) {
             level.folders.emplace_back(record->name);
         } else {
             removeEntry(folder, record->name);
         }
     }
-    if (folder >= 0) folders_.unpin(level.folder);
+}
+
+// What went before is not in it any more. Counting is much faster than adding.
+void TreeRemoval::countTheRest(Level& level, int folder) {
+    level.counted = true;
+    if (calls_.seek(folder, 0) < 0) return;
+    long got = 0;
+    while (!whereabouts_.unwanted() && (got = calls_.readEntries(folder, records_.get(), kRecordBytes)) > 0)
+        for (long at = 0; at < got; at += reinterpret_cast<const Record*>(records_.get() + at)->length)
+            ++level.left;
+    if (calls_.seek(folder, 0) < 0) level.left = 0;
 }
 
 void TreeRemoval::removeEntry(int folder, const char* name) {
@@ -235,7 +287,7 @@ int TreeRemoval::removeEmpty(int parent, const std::string& name) {
 
 bool TreeRemoval::startAgain(Level& level, int folder) {
     if (level.kept && level.kept->size() >= kMostKept) return false;  // Some would be tried, and told, again.
-    if (!level.removedSome || ++level.passes > kMostPasses || calls_.seek(folder, 0) < 0) return false;
+    if (!level.removedSome || level.left == 0 || calls_.seek(folder, 0) < 0) return false;
     level.removedSome = false;
     level.atEnd = false;
     return true;

@@ -5,10 +5,15 @@
 // are open as OpenFolders may keep; depth and width have no limit. Held in memory are the names of one block
 // of a folder's records for each level on the way, and the few that could not go.
 //
+// It ends, whoever goes on adding: of each folder it takes so many entries as it had, and some thousand more,
+// and once much is gone it enters no folder that was made after the removal began (on file systems that know
+// when that was). It can be ended between two entries.
+//
 // Why it is fast: an entry costs one unlinkat, its kind being known from the record; a folder costs opening,
 // reading and closing it, and no look (docs/performance.md has it against rm).
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -34,12 +39,16 @@ class TreeRemoval {
     Removal run(const FilePlace& place);
 
   private:
+    static constexpr std::uint64_t kFewRecords = 4096;
+
     struct Level {
         Folder* folder = nullptr;
         std::vector<std::string> folders = {};  ///< Read, and not yet entered.
         /// Names that could not go: another pass leaves them alone. Null for none.
         std::unique_ptr<std::unordered_set<std::string>> kept = {};
-        int passes = 0;
+        /// Records that may still be looked at; see removeBlock.
+        std::uint64_t left = kFewRecords;
+        bool counted = false;
         bool removedSome = false;  ///< In this pass.
         bool madeWritable = false;
         bool atEnd = false;
@@ -50,6 +59,9 @@ class TreeRemoval {
     void enterNext();
     int openFolder(int parent, const std::string& name);
     void removeBlock();
+    void removeRecords(int folder, long bytes);
+    void countTheRest(Level& level, int folder);
+    bool isLater(int folder);
     void removeEntry(int folder, const char* name);
     void leave();
     bool removeFolder(Level& level, int folder);
@@ -69,6 +81,7 @@ class TreeRemoval {
     OpenedPlace top_;
     std::vector<Level> levels_;
     std::unique_ptr<char[]> records_;
+    const std::int64_t begin_;  ///< Nanoseconds since 1970, as file systems stamp their files.
     Removal result_;
 };
 

@@ -80,7 +80,7 @@ void Frame::keyPressEvent(QKeyEvent* event) {
     qtGuard(events_, "Frame::keyPressEvent", [&] {
         const int key = virtualKey(*event);
         const auto keys = event->modifiers() & ~Qt::KeypadModifier;
-        if (key == kKeyEscape) escapePressed_ = true;
+        if (key == kKeyEscape && !event->isAutoRepeat()) escapePressed_ = true;
         const bool plain = keys == Qt::NoModifier || keys == Qt::ControlModifier;
         const bool pressed =
             plain && key != 0 && pressAccelerator && pressAccelerator(key, keys == Qt::ControlModifier);
@@ -88,7 +88,8 @@ void Frame::keyPressEvent(QKeyEvent* event) {
     });
 }
 
-/// A key that closed a menu or another window is released here, but was never pressed here.
+/// A key that closed a menu or another window is released here, but was never pressed here; if it is held
+/// down, it repeats here before.
 void Frame::keyReleaseEvent(QKeyEvent* event) {
     qtGuard(events_, "Frame::keyReleaseEvent", [&] {
         QMainWindow::keyReleaseEvent(event);

@@ -166,6 +166,64 @@ TEST_F(TreeRemovalTest, WhatIsAddedMeanwhileGoesToo) {
     EXPECT_TRUE(removeTree({in("root")}, calls).removed);
 }
 
+TEST_F(TreeRemovalTest, FollowsNobodyWhoGoesOnAddingFiles) {
+    const TempDir shm("/dev/shm");
+    const std::string root = shm.path() + "/root";
+    makeFolder(root);
+    constexpr int kMost = 100'000;  // So that a removal that follows ends as well.
+    RecordingCalls calls;
+    int added = 0;
+    calls.onRead = [&](int) {
+        // Whoever adds keeps up: more come whenever those that came last are gone.
+        const bool gone = !isThere(root + "/" + std::to_string(added - 1));
+        for (int i = 0; gone && added < kMost && i < 1000; ++i)
+            makeFile(root + "/" + std::to_string(added++), 0);
+        return 0;
+    };
+    const Removal removal = removeTree({root}, calls);
+    EXPECT_FALSE(removal.removed);
+    EXPECT_EQ(errorsOf(removal), std::vector{ENOTEMPTY});
+    EXPECT_LT(added, kMost);
+}
+
+TEST_F(TreeRemovalTest, FollowsNobodyWhoGoesOnAddingFoldersInFolders) {
+    makeFolder(in("root"));
+    struct statx facts;
+    must(::statx(AT_FDCWD, in("root").c_str(), 0, STATX_BTIME, &facts));
+    if ((facts.stx_mask & STATX_BTIME) == 0)
+        GTEST_SKIP() << "this file system does not know when a folder was made";
+    constexpr int kMost = 5'000;
+    RecordingCalls calls;
+    int added = 0, deepest = openFolder(in("root"));
+    calls.onOpen = [&](const std::string&) {
+        if (added++ >= kMost) return 0;
+        must(::mkdirat(deepest, "d", 0755));
+        ::close(std::exchange(deepest, must(::openat(deepest, "d", O_PATH | O_CLOEXEC))));
+        return 0;
+    };
+    const Removal removal = removeTree({in("root")}, calls);
+    ::close(deepest);
+    EXPECT_LT(added, kMost);
+    EXPECT_TRUE(!removal.removed && errorsOf(removal).front() == ENOTEMPTY);
+    calls.onOpen = [](const std::string&) { return 0; };
+    EXPECT_TRUE(removeTree({in("root")}, calls).removed) << "what was there by then";
+}
+
+TEST_F(TreeRemovalTest, CanBeEndedWithinOneFolder) {
+    makeFolder(in("root"));
+    for (int i = 0; i < 6000; ++i) makeFile(in("root/") + std::to_string(i), 0);
+    DirectoryCalls calls;
+    Whereabouts whereabouts;
+    std::thread user([&] {
+        while (whereabouts.now().empty()) std::this_thread::yield();
+        whereabouts.end();
+    });
+    const Removal removal = TreeRemoval(calls, whereabouts, 64).run({in("root")});
+    user.join();
+    EXPECT_TRUE(removal.stopped && !removal.removed && removal.failureCount == 0);
+    EXPECT_LT(removal.entries, 6000u);
+}
+
 TEST_F(TreeRemovalTest, AFolderSwappedForALinkGoesAsALink) {
     make({"root/sub/inner/", "precious/inner/file"});
     RecordingCalls calls;
