@@ -377,5 +377,24 @@ TEST_F(ProgramRun, GoesOnWithSettingsThatMakeNoSense) {
     }
 }
 
+TEST_F(ProgramRun, ReplacesNoReportWhereMemoryEnds) {
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+    GTEST_SKIP() << "a sanitizer takes more address space than any limit that would be felt";
+#endif
+    int kept = 0;
+    for (rlim_t mebibytes = 22; mebibytes < 37; mebibytes += 2) {
+        writeFile(report, "older");
+        const rlimit limit = {mebibytes << 20, mebibytes << 20};
+        const test::Ended ended =
+            program.run({"-s", report, "/usr"}, [&] { test::must(::setrlimit(RLIMIT_AS, &limit)); });
+        const auto told = [&](const char* text) { return ended.errors.find(text) != std::string::npos; };
+        const bool replaced = readFile(report) != "older";
+        EXPECT_FALSE(replaced && told("Unerwarteter Fehler")) << ended.errors;
+        EXPECT_TRUE(replaced || ended.status != 0);
+        if (told("wurde nicht geschrieben: ein unerwarteter Fehler")) ++kept;
+    }
+    EXPECT_GT(kept, 0);
+}
+
 }  // namespace
 }  // namespace hl

@@ -41,9 +41,13 @@ void MainForm::Form_Load() {
 bool MainForm::runSilent(const std::string& commandLine) {
     const SilentOrder order = KZGetFoldersFromCommand(commandLine);
     state_.SourceQueue.assign(order.sources.begin(), order.sources.end());
+    const std::uint32_t errorsBefore = services_.diagnostics.errcount();
     Ordnerliste_Abarbeiten(scan_);
     services_.console.progress("");
-    const bool written = writeReport(order);
+    // Nobody can tell what an error of our own has left out: an older report is worth more.
+    const bool whole = services_.diagnostics.errcount() == errorsBefore;
+    if (!whole) reportNotWritten(order.outputFile, services_.texts.TL(9611, "ein unerwarteter Fehler"));
+    const bool written = whole && writeReport(order);
     return written && !somethingFailed_ && services_.diagnostics.errcount() == 0;
 }
 

@@ -250,8 +250,19 @@ void WindowForm::openOrSay(const std::string& url, const std::string& name) {
                      services_.texts.TL(9526, "'%1' kann nicht geöffnet werden.", {visible(name)}));
 }
 
+// What an error of our own has left out nobody can tell: it shall not replace an older report.
+bool WindowForm::tellIncomplete() {
+    if (!rowsMissing_) return false;
+    window_->message(MessageKind::kWarning,
+                     services_.texts.TL(9644,
+                                        "Beim Einlesen ist ein unerwarteter Fehler aufgetreten. Was "
+                                        "fehlt, ist nicht bekannt, darum wird nichts gespeichert. "
+                                        "Leeren Sie den Bericht und lesen Sie neu ein."));
+    return true;
+}
+
 void WindowForm::Report_SaveToFile() {
-    if (tvwPL_.rowCount() == 0) return;
+    if (tvwPL_.rowCount() == 0 || tellIncomplete()) return;
     SaveForm frmSave(SaveServices{tvwPL_, options_, services_.texts, services_.numbers, services_.files,
                                   services_.diagnostics, state_, services_.pump, services_.paths, this});
     Form form = frmSave.form();

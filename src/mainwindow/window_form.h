@@ -115,6 +115,7 @@ class WindowForm final : public MainForm,
     void openOrSay(const std::string& url, const std::string& name);
     void StartURL(std::string url);
     void Report_SaveToFile();
+    bool tellIncomplete();
     void Report_print();
     void switchBarLook(int id);
     PrintSources printSources() { return {services_.texts, services_.files, services_.facts}; }
@@ -242,6 +243,8 @@ class WindowForm final : public MainForm,
     bool loaded_ = false;             ///< The form has taken over all that is saved at the end.
     bool sourcesLoaded_ = false;      ///< And the box of sources.
     bool ready_ = false;              ///< formActivate is over: sources may be read.
+    std::uint32_t errorsBefore_ = 0;  ///< Of the program, when the controls were locked.
+    bool rowsMissing_ = false;        ///< An error of the program has ended what fills the report.
     bool unloaded_ = false;           ///< What is on the stack then still ends; nothing new begins.
     int commands_ = 0;                ///< Commands on the stack, each perhaps with a dialog of its own.
     bool RestartPending_ = false;

@@ -74,6 +74,7 @@ void WindowForm::listCommand(GridId list, ListCommand command) {
         case ListCommand::kFont:
             return ChangeFont(list);
         case ListCommand::kSave:
+            if (tellIncomplete()) return;
             return Save_Files({grid(list), services_.texts, services_.numbers, services_.files,
                                services_.diagnostics, services_.paths, *this},
                               *window_);

@@ -1,6 +1,7 @@
 // What a scan, the panes and the drive list ask of the window around them.
 #include <algorithm>
 #include <bit>
+#include <exception>
 #include <utility>
 
 #include "base/text.h"
@@ -23,6 +24,8 @@ void WindowForm::setBusyPointer(bool busy) {
 
 // The bar of the largest files stays: how many are wanted may be changed during a run.
 void WindowForm::lockControls(bool noStop) {
+    errorsBefore_ = services_.diagnostics.errcount();
+    rowsMissing_ = rowsMissing_ && tvwPL_.rowCount() > 0;
     for (Grid* each : parts_.grids) each->setEnabled(false);
     for (const BarId id :
          {BarId::kMain, BarId::kReport, BarId::kDrives, BarId::kFiles, BarId::kHardlinks, BarId::kJunctions})
@@ -31,6 +34,9 @@ void WindowForm::lockControls(bool noStop) {
 }
 
 void WindowForm::unlockControls() {
+    // An error on its way to a trap is not counted yet.
+    if (services_.diagnostics.errcount() != errorsBefore_ || std::uncaught_exceptions() > 0)
+        rowsMissing_ = true;
     for (Grid* each : parts_.grids) {
         each->setRedraw(true);
         each->setEnabled(true);

@@ -16,6 +16,7 @@ namespace {
 
 constexpr std::int32_t kAllLevels = 999;
 constexpr std::int32_t kAsTheControlsSay = -1;
+constexpr int kNotWhole = -1;
 
 // Mode 4 has the name that belongs to mode 5. Neither can be chosen.
 std::string_view unitInTitle(int sizeMode) {
@@ -215,11 +216,13 @@ void SaveForm::write(Run& run) {
 
     const int error = writeLines(run, lines);
     run.written = error == 0;
-    if (error != 0 && services_.dialog != nullptr) raiseFileError(error, run.path);
-    fileError_ = error;
+    fileError_ = error == kNotWhole ? 0 : error;
+    if (services_.dialog == nullptr || error == 0) return;
+    if (error != kNotWhole) raiseFileError(error, run.path);
+    throw Fault(kFaultInvalidCall, kSaveRoutine, run.path + " was not written");
 }
 
-// System error code.
+// System error code, or kNotWhole after an error that has cost rows: an older report is worth more than that.
 int SaveForm::writeLines(Run& run, const ReportLines& lines) const {
     int error = 0;
     const auto target = services_.files.replace(run.path, error);
@@ -227,6 +230,7 @@ int SaveForm::writeLines(Run& run, const ReportLines& lines) const {
     ReportFile file(*target);
     lines.appendHeader(file.block());
 
+    const std::uint32_t errorsBefore = services_.diagnostics.errcount();
     Yield yield(services_.state, services_.pump);
     ReportWalk walk(services_.tvwPL, services_.paths, lines, file, yield, services_.diagnostics);
     for (Row root = run.start; root != kNoRow && file.error() == 0;
@@ -235,7 +239,7 @@ int SaveForm::writeLines(Run& run, const ReportLines& lines) const {
         run.rows = walk.rowsWritten();
         if (run.scope == kSelectedFolder) break;
     }
-    return file.commit();
+    return services_.diagnostics.errcount() == errorsBefore ? file.commit() : kNotWhole;
 }
 
 void SaveForm::OKButton_Click() {

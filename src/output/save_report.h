@@ -67,8 +67,8 @@ class SaveForm {
     SaveForm& operator=(const SaveForm&) = delete;
 
     /// Writes the report by the controls. True if it was written; what went wrong is reported, but for a file
-    /// that cannot be written in a run with no window: that is left to whoever asks for fileError(). An error
-    /// that costs no more than a level of rows is reported too, and the rest is written.
+    /// that cannot be written in a run with no window: that is left to whoever asks for fileError(). After an
+    /// error that costs rows nothing is written either.
     ///
     /// `path` may be empty: the dialog then asks for it, and nothing is written without an answer. A `levels`
     /// of 0 selects all levels, one of -1 leaves the controls as they are, any other is a number of levels. A

@@ -541,10 +541,19 @@ TEST_F(MomentTest, ARunThatFailsLeavesAWindowThatWorksOnAndCanBeClosed) {
         s.scan(at("src"));
         s.fileSystem.beforeBlock = nullptr;
         EXPECT_TRUE(s.enabled("cbrMain.2"));
+        std::string text;
+        s.answers.add([&](QDialog& dialog) {
+            for (const QLabel* label : dialog.findChildren<QLabel*>()) text += label->text().toStdString();
+            test::pressIn(dialog, "OK");
+        });
+        s.form().execute(BarId::kReport, 5);
+        EXPECT_NE(text.find("darum wird nichts gespeichert"), std::string::npos) << text;
         s.form().execute(BarId::kReport, 9);
         handOver("src");
         EXPECT_EQ(s.numbers("src"), "457|4|3");
     }
+    s.answers.add([](QDialog& dialog) { test::pressIn(dialog, "Abbrechen"); });
+    s.form().execute(BarId::kReport, 5);
     EXPECT_TRUE(s.frame().close());
     ASSERT_EQ(s.reports.size(), 2U);
     EXPECT_NE(std::exchange(s.reports, {})[1].find("provoked"), std::string::npos);

@@ -89,6 +89,22 @@ TEST_F(SaveReport, AllLevelsEndAtLevel999AndMessagesRunMeanwhile) {
     EXPECT_GE(counting.pumps, 10);
 }
 
+TEST_F(SaveReport, AnErrorThatCostsRowsLeavesTheOlderFile) {
+    chain(1200);
+    test::writeFile(pathOf("r.csv"), "older");
+    test::ScriptedPump failing;
+    failing.input = true;
+    failing.onPump = [] { throw std::bad_alloc(); };
+    pump = &failing;
+    FakeDialog window;
+    for (const bool inWindow : {false, true}) {
+        dialog = inWindow ? &window : nullptr;
+        EXPECT_EQ(saved("r.csv"), test::kNotWritten);
+        EXPECT_EQ(test::contentOf(pathOf("r.csv")), "older");
+    }
+    EXPECT_EQ(texts->reports("r.csv was not written"), 1U) << "in the window";
+}
+
 // The whole chain on a stack that has room for a few levels of anything that calls itself.
 TEST_F(SaveReport, DepthTakesNoStack) {
     chain(3000);
