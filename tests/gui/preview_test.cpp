@@ -174,6 +174,16 @@ TEST_F(PreviewPaneTest, OfAVeryLongTextTheBeginningIsShown) {
     EXPECT_LT(shown.size(), std::size_t{4} << 20);
 }
 
+TEST_F(PreviewPaneTest, OfManyLinesTheFirstAreShown) {
+    for (const std::string end : {"\n", "\r", "\r\n", "\u2028", "\u2029"}) {
+        std::string ends;
+        while (ends.size() < 900'000) ends += end;
+        ASSERT_TRUE(show(V::kText, file("a.txt", ends)));
+        EXPECT_TRUE(text().ends_with("[cut]"));
+        EXPECT_LT(text().size(), 200'000U) << testing::PrintToString(end);
+    }
+}
+
 TEST_F(PreviewPaneTest, APageOfTheWebFetchesNothing) {
     const int server = socket(AF_INET, SOCK_STREAM, 0);
     sockaddr_in address{};  // Of a free port.

@@ -152,7 +152,7 @@ std::string PreviewArea::noteIf(bool cut) const {
 
 void PreviewArea::showText() {
     if (const auto text = head(kMostText))
-        bring(text_, "rtfVorschau").showBytes(text->bytes, text->cut, noteIf(text->cut));
+        bring(text_, "rtfVorschau").showBytes(text->bytes, text->cut, parts_.texts.cut);
 }
 
 // A helper tries the page out: one that would keep the window busy, or take it down, is shown as a text.

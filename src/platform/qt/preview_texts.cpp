@@ -13,12 +13,28 @@ namespace {
 /// Characters of a line that the toolkit lays out in no time; a longer one is shown as several.
 constexpr qsizetype kLongestLine = 8192;
 
-QString splitLines(const QString& text) {
+/// The toolkit needs some two microseconds for each.
+constexpr int kMostLines = 50'000;
+
+bool endsLine(QChar c) {
+    return c == QLatin1Char('\n') || c == QLatin1Char('\r') || c == QChar::LineSeparator ||
+           c == QChar::ParagraphSeparator;
+}
+
+/// `cut` becomes true if there are more lines than are shown.
+QString splitLines(const QString& text, bool& cut) {
     QString out;
     out.reserve(text.size());
     qsizetype line = 0;
+    int ends = 0;
     for (const QChar c : text) {
-        line = c == QLatin1Char('\n') ? 0 : line + 1;
+        if (ends == kMostLines) {
+            cut = true;
+            break;
+        }
+        const bool end = endsLine(c) && !(c == QLatin1Char('\n') && out.endsWith(QLatin1Char('\r')));
+        ends += end ? 1 : 0;
+        line = endsLine(c) ? 0 : line + 1;
         if (line > kLongestLine && !c.isLowSurrogate()) {
             out += QLatin1Char('\n');
             line = 1;
@@ -46,8 +62,8 @@ TextView::TextView(QWidget* parent) : QPlainTextEdit(parent) {
 }
 
 void TextView::showBytes(std::string_view bytes, bool cut, const std::string& note) {
-    QString text = splitLines(QString::fromStdString(decodedText(bytes, cut)));
-    if (!note.empty()) text += QLatin1String("\n\n") + qtText(note);
+    QString text = splitLines(QString::fromStdString(decodedText(bytes, cut)), cut);
+    if (cut) text += QLatin1String("\n\n") + qtText(note);
     setPlainText(text);
 }
 

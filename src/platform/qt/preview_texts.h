@@ -15,7 +15,8 @@ constexpr std::size_t kMostText = 1U << 20, kMostMarkup = 512U << 10;
 class TextView final : public QPlainTextEdit {
   public:
     explicit TextView(QWidget* parent);
-    /// `bytes` in an encoding that is guessed; `note` stands behind them, empty for none.
+    /// `bytes` in an encoding that is guessed, so many lines of them as are shown in no time. `note` stands
+    /// behind what is `cut`, or has more lines.
     void showBytes(std::string_view bytes, bool cut, const std::string& note);
     void showNotice(const std::string& text);
 };
