@@ -29,6 +29,9 @@ inline constexpr NumberKey kKeyLanguage{kSectionGeneral, "Lang", 0};
 inline constexpr NumberKey kKeyExplorerVerb{kSectionOptions, "Kontextmenu", 0};
 inline constexpr NumberKey kKeySingleInstance{kSectionOptions, "Instanz", 1};
 
+// What the dialog that saves a list reads and writes.
+inline constexpr NumberKey kKeyCsvEscapeFormulas{kSectionOptions, "CsvEscapeFormulas", 0};
+
 // The window, lengths in twips (1/1440 inch). Left and Top have no fixed default: the window is centred.
 inline constexpr NumberKey kKeyWindowState{kSectionForm, "WindowState", 0};
 inline constexpr NumberKey kKeyWidth{kSectionForm, "Width", 11715};

@@ -75,8 +75,8 @@ void WindowForm::listCommand(GridId list, ListCommand command) {
             return ChangeFont(list);
         case ListCommand::kSave:
             if (tellIncomplete()) return;
-            return Save_Files({grid(list), services_.texts, services_.numbers, services_.files,
-                               services_.diagnostics, services_.paths, *this},
+            return Save_Files({grid(list), services_.texts, services_.numbers, services_.settings,
+                               services_.files, services_.diagnostics, services_.paths, *this},
                               *window_);
         case ListCommand::kPrint:
             if (scan().state.ScanActive) return;  // The scan would wait for the preview.

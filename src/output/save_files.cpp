@@ -4,6 +4,7 @@
 #include <cmath>
 #include <vector>
 
+#include "app/setting_keys.h"
 #include "app/simple_value.h"
 #include "base/text.h"
 #include "output/report_file.h"
@@ -16,14 +17,19 @@ namespace {
 
 constexpr std::string_view kLineEnd = "\r\n";
 constexpr std::string_view kReplacement = "\xEF\xBF\xBD";  // U+FFFD
+constexpr std::string_view kFormulaStarts = "=+-@\t\r";
 
 // --- the fields of a line
 
 /// The columns to be written, each with its cell.
 class Fields {
   public:
-    Fields(const Grid& grid, const NumberFormat& numbers, bool text, char delimiter)
-        : grid_(grid), numbers_(numbers), isText_(text), delimiter_(delimiter) {
+    Fields(const Grid& grid, const NumberFormat& numbers, bool text, char delimiter, bool formulasAsText)
+        : grid_(grid),
+          numbers_(numbers),
+          isText_(text),
+          delimiter_(delimiter),
+          formulasAsText_(formulasAsText) {
         const auto& columns = grid.columns();
         for (std::size_t i = 0; i + 1 < columns.size(); ++i)
             if (i == 0 || columns[i].visible)
@@ -64,6 +70,8 @@ class Fields {
     // A line of TXT is a row, whatever a name holds.
     std::string written(std::string_view name) const {
         std::string text = decodable(name);
+        if (formulasAsText_ && !text.empty() && kFormulaStarts.find(text.front()) != std::string_view::npos)
+            text.insert(0, "'");
         return isText_ ? replaceAll(replaceAll(text, "\r", kReplacement), "\n", kReplacement) : text;
     }
 
@@ -71,6 +79,7 @@ class Fields {
     const NumberFormat& numbers_;
     const bool isText_;
     const char delimiter_;
+    const bool formulasAsText_;
     std::vector<Field> fields_;
 };
 
@@ -88,6 +97,11 @@ SaveFilesForm::SaveFilesForm(const SaveFilesServices& services) : services_(serv
     cboDelimiter.items = {texts.TL(3730, "Komma"), texts.TL(3731, "Semikolon"), texts.TL(3732, "Tabulator"),
                           texts.TL(3733, "Leerzeichen")};
     cboDelimiter.index = kDelimiterTab;
+    chkFormulas.caption = texts.TL(9645, "Texten mit =, +, - oder @ am Anfang ein ' voranstellen");
+    chkFormulas.enabled = false;
+    const std::string kept = services_.settings.GetSettings(
+        kKeyCsvEscapeFormulas.section, kKeyCsvEscapeFormulas.key, kKeyCsvEscapeFormulas.defaultValue);
+    chkFormulas.checked = kept == "1";
     OKButton.caption = texts.TL(3610, "OK");
     CancelButton.caption = texts.TL(3609, "Abbrechen");
 }
@@ -101,7 +115,8 @@ Form SaveFilesForm::form() {
                        .changed = [this] { cboFormat_Click(); },
                        .name = lblFormat},
                       {.control = &lblDelimiter, .row = 1},
-                      {.control = &cboDelimiter, .row = 1, .column = 1, .name = lblDelimiter}},
+                      {.control = &cboDelimiter, .row = 1, .column = 1, .name = lblDelimiter},
+                      {.control = &chkFormulas, .row = 2, .columnSpan = 2}},
             .buttons = {{.control = &OKButton, .changed = [this] { OKButton_Click(); }},
                         {.control = &CancelButton, .changed = [this] { CancelButton_Click(); }}},
             .cancel = [this] { CancelButton_Click(); },
@@ -111,6 +126,7 @@ Form SaveFilesForm::form() {
 
 void SaveFilesForm::cboFormat_Click() {
     cboDelimiter.index = cboFormat.index == kFormatTxt ? kDelimiterTab : kDelimiterSemicolon;
+    chkFormulas.enabled = cboFormat.index == kFormatCsv;
 }
 
 bool SaveFilesForm::SPEICHERN() {
@@ -119,6 +135,7 @@ bool SaveFilesForm::SPEICHERN() {
         const std::string path = askPath();
         if (!path.empty()) {
             setControlsEnabled(false);
+            keepSetting();
             write(path);
             setControlsEnabled(true);
         }
@@ -137,12 +154,19 @@ std::string SaveFilesForm::askPath() const {
 
 void SaveFilesForm::setControlsEnabled(bool enabled) {
     OKButton.enabled = CancelButton.enabled = cboFormat.enabled = cboDelimiter.enabled = enabled;
+    chkFormulas.enabled = enabled && cboFormat.index == kFormatCsv;
+}
+
+void SaveFilesForm::keepSetting() {
+    if (cboFormat.index == kFormatCsv)
+        services_.settings.StoreSettings(kKeyCsvEscapeFormulas.section, kKeyCsvEscapeFormulas.key,
+                                         chkFormulas.checked ? 1 : 0);
 }
 
 void SaveFilesForm::write(const std::string& path) const {
     const bool text = cboFormat.index == kFormatTxt;
     const char delimiter = kDelimiters.at(static_cast<std::size_t>(cboDelimiter.index));
-    const Fields fields(services_.grid, services_.numbers, text, delimiter);
+    const Fields fields(services_.grid, services_.numbers, text, delimiter, !text && chkFormulas.checked);
 
     int error = 0;
     const auto target = services_.files.replace(path, error);

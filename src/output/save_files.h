@@ -3,11 +3,14 @@
 // TXT has no header and no quotes; CSV has both, all fields in double quotes, with no escape for a double
 // quote in a name. The format is the one chosen, whatever the name of the file. Numbers are written as the
 // cells hold them, dates as the list shows them. The first column is always written and the last one never.
-// The older file stays until the new one is complete. Thread of the logic.
+// An office program takes a text of CSV that begins with =, +, -, @, a tab or CR for a formula, quoted or
+// not, and whoever names a file can write one: asked to, the form puts a ' in front of such texts. The older
+// file stays until the new one is complete. Thread of the logic.
 #pragma once
 
 #include <string>
 
+#include "app/settings.h"
 #include "output/save_report.h"
 #include "platform/window.h"
 
@@ -18,6 +21,7 @@ struct SaveFilesServices {
     const Grid& grid;  ///< The list to be saved.
     const Texts& texts;
     const NumberFormat& numbers;
+    SettingsStore& settings;
     Files& files;
     Diagnostics& diagnostics;
     const PathRules& paths;
@@ -45,12 +49,14 @@ class SaveFilesForm {
     std::string caption;
     std::string lblFormat, lblDelimiter;
     ComboBox cboFormat, cboDelimiter;
+    CheckBox chkFormulas;  ///< As kKeyCsvEscapeFormulas has it; of CSV alone.
     CommandButton OKButton, CancelButton;
     bool hourglass = false;  ///< The pointer shows that the program works.
     bool loaded = true;      ///< False: the form is done with.
 
   private:
     void setControlsEnabled(bool enabled);
+    void keepSetting();
     std::string askPath() const;
     void write(const std::string& path) const;
 

@@ -33,7 +33,7 @@ struct SaveFiles : testing::Test, SaveDialog {
         return path;
     }
     SaveFilesServices services() {
-        return {list, texts.texts, numbers, texts.files, texts.diagnostics, kPosixPaths, *this};
+        return {list, texts.texts, numbers, texts.store, texts.files, texts.diagnostics, kPosixPaths, *this};
     }
     void addFile(std::string_view name, double size) {
         const Row row = list.addRow(kNoRow, name);
@@ -65,6 +65,31 @@ TEST_F(SaveFiles, WritesTheVisibleColumnsButTheLastInTheFormatChosen) {
                                      "\"\r\n\"c \"q\"\";\"0\";\"Text\";\"\"\r\n")
         << "also to a name that ends in .txt";
     EXPECT_EQ(extension, "csv");
+}
+
+TEST_F(SaveFiles, CsvMakesNoTextAFormulaWhenAskedToAndKeepsThat) {
+    const std::string names[] = {"=1+1", "+1", "-1", "@a", "\tb", "\rc", "a=", "'d"};
+    for (const std::string& name : names) addFile(name, 0);
+    list.setCellText(list.rowAt(0), kFileType, "=T");
+    const auto startsAs = [&](SaveFormat format, const std::string& mark) {
+        const std::string all = saved(format);
+        for (const std::string& name : names) {
+            const bool formula = name != "a=" && name != "'d";
+            EXPECT_NE(all.find("\n\"" + (formula ? mark : "") + name + "\";\"0\";"), std::string::npos)
+                << all;
+        }
+        EXPECT_NE(all.find("\"" + mark + "=T\""), std::string::npos);
+    };
+    startsAs(kFormatCsv, "");
+    SaveFilesForm form(services());
+    EXPECT_FALSE(form.chkFormulas.checked || form.chkFormulas.enabled);
+    form.cboFormat.index = kFormatCsv;
+    form.cboFormat_Click();
+    EXPECT_TRUE(form.chkFormulas.enabled);
+    form.chkFormulas.checked = true;
+    EXPECT_TRUE(form.SPEICHERN());
+    startsAs(kFormatCsv, "'");
+    EXPECT_TRUE(saved(kFormatTxt).starts_with("=1+1\t"));
 }
 
 TEST_F(SaveFiles, WritesNothingWithoutAPathAndReportsOneThatCannotBeWritten) {
