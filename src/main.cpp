@@ -277,7 +277,7 @@ int Program::openWindow(LinuxInstances& instances, bool& restart) {
                                                     .programFolders = {folderOf(executable_), programFolder_},
                                                     .trash = trashSettingsFromEnvironment()});
     LinuxPreviewTools previewTools(folderOf(executable_), facts_.environment("PATH"),
-                                   facts_.environment("TMPDIR"));
+                                   facts_.environment("TMPDIR"), places_.own);
     WindowForm frmMain(formServices(fileSystem),
                        {drives, verb, operations, executable_.string(), programFolder_, line_.text,
                         shortVersion(app_), Init_Textbausteine(texts_.languageId()),

@@ -55,6 +55,7 @@ readonly kFonts=/usr/share/fonts/*/*
 readonly kIcons=/usr/share/icons
 readonly kPdfConfig='/usr/lib/*/cmake/Qt6Pdf/Qt6PdfConfig.cmake:/usr/lib*/cmake/Qt6Pdf/Qt6PdfConfig.cmake'
 readonly kMediaConfig='/usr/lib/*/cmake/Qt6Multimedia/Qt6MultimediaConfig.cmake:/usr/lib*/cmake/Qt6Multimedia/Qt6MultimediaConfig.cmake'
+readonly kGStreamer='/usr/lib/*/pkgconfig/gstreamer-1.0.pc:/usr/lib*/pkgconfig/gstreamer-1.0.pc'
 readonly kWindowPackages=(
     "${kProgramPackages[@]}"
     'qt6-base-dev=/usr/lib/*/cmake/Qt6Widgets/Qt6WidgetsConfig.cmake:/usr/lib*/cmake/Qt6Widgets/Qt6WidgetsConfig.cmake'
@@ -69,7 +70,8 @@ readonly kWindowPackages=(
 # packed has it.
 readonly kPlugins=/usr/lib/*/gstreamer-1.0
 readonly kPlayerPackages=(
-    "?qt6-multimedia-dev=$kMediaConfig" "?gstreamer1.0-plugins-base=$kPlugins/libgstplayback.so"
+    "?qt6-multimedia-dev=$kMediaConfig" "?libgstreamer1.0-dev=$kGStreamer"
+    "?gstreamer1.0-plugins-base=$kPlugins/libgstplayback.so"
     "?gstreamer1.0-plugins-good=$kPlugins/libgstisomp4.so" "?gstreamer1.0-libav=$kPlugins/libgstlibav.so")
 
 # aptGet ARGUMENT...: as root, in English.
@@ -134,7 +136,8 @@ install() {
 # viewerIsNew FOLDER: a library for a viewer was missing when the build was configured, and is there now.
 viewerIsNew() {
     { isThere "$kPdfConfig" && ! grep -q '^Qt6Pdf_DIR:PATH=/' "$1/CMakeCache.txt"; } ||
-        { isThere "$kMediaConfig" && ! grep -q '^Qt6Multimedia_DIR:PATH=/' "$1/CMakeCache.txt"; }
+        { isThere "$kMediaConfig" && isThere "$kGStreamer" &&
+            ! grep -q '^GStreamer_FOUND:INTERNAL=1' "$1/CMakeCache.txt"; }
 }
 
 # Configured without the window where Qt was missing then, without the tests where only the program was wanted.

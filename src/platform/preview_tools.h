@@ -84,6 +84,8 @@ class PreviewTools {
     virtual std::unique_ptr<PrivateFolder> makeFolder(std::string& error) = 0;
     /// Null if no process can be made.
     virtual std::unique_ptr<HelperProcess> start(const ProcessOrder& order, std::string& error) = 0;
+    /// Where a library that is loaded may keep what it found out of the system; empty: nowhere.
+    virtual std::string cacheFolder() const { return {}; }
     /// A function of a module beside the program, which stays loaded; null with the reason.
     virtual void* moduleFunction(const std::string& module, const char* function, std::string& reason) = 0;
 };

@@ -1,4 +1,5 @@
 // The preview's pane with real files of each kind, and with those that try to harm it.
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <netinet/in.h>
 #include <poll.h>
@@ -23,6 +24,9 @@
 #include "support/few_descriptors.h"
 #include "support/temp_dir.h"
 #include "support/whole_files.h"
+#ifdef HARBORLANTERN_PLAYER
+#include <gst/gst.h>
+#endif
 
 namespace hl::test {
 namespace {
@@ -31,6 +35,24 @@ namespace fs = std::filesystem;
 using V = PreviewViewer;
 
 const std::string kPrograms = fs::path(HARBORLANTERN_PROGRAM).parent_path().string();
+
+/// A port of this machine that nobody may come to.
+struct Listener {
+    int socket = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    std::string host;
+    Listener() {
+        sockaddr_in address{};  // Of a free port.
+        socklen_t size = sizeof address;
+        auto* plain = reinterpret_cast<sockaddr*>(&address);
+        EXPECT_TRUE(listen(socket, 5) == 0 && getsockname(socket, plain, &size) == 0);
+        host = "http://127.0.0.1:" + std::to_string(ntohs(address.sin_port));
+    }
+    ~Listener() { close(socket); }
+    bool wasAsked() const {
+        pollfd asked{socket, POLLIN, 0};
+        return ::poll(&asked, 1, 50) != 0;
+    }
+};
 
 struct PreviewPaneTest : testing::Test, PreviewEvents {
     TempDir dir, commands, programs;
@@ -48,7 +70,7 @@ struct PreviewPaneTest : testing::Test, PreviewEvents {
     /// A pane whose helpers lie in `folder`.
     void open(const std::string& folder = kPrograms) {
         area.reset();
-        tools = std::make_unique<LinuxPreviewTools>(folder, commands.path(), dir.path());
+        tools = std::make_unique<LinuxPreviewTools>(folder, commands.path(), dir.path(), dir.path());
         parts.tools = tools.get();
         parts.texts = {"Vorschau", "[cut]", "converting", {}, {}, {}, {}, {}, {}};
         area = std::make_unique<PreviewArea>(parts, told, nullptr);
@@ -185,12 +207,8 @@ TEST_F(PreviewPaneTest, OfManyLinesTheFirstAreShown) {
 }
 
 TEST_F(PreviewPaneTest, APageOfTheWebFetchesNothing) {
-    const int server = socket(AF_INET, SOCK_STREAM, 0);
-    sockaddr_in address{};  // Of a free port.
-    socklen_t size = sizeof address;
-    auto* plain = reinterpret_cast<sockaddr*>(&address);
-    ASSERT_TRUE(listen(server, 5) == 0 && getsockname(server, plain, &size) == 0);
-    const std::string host = "http://127.0.0.1:" + std::to_string(ntohs(address.sin_port));
+    const Listener server;
+    const std::string& host = server.host;
     picture("red.png", 50, 50, Qt::red);
     file("red.css", "p { color: #ff0000; background-color: #ff0000 }");
     ASSERT_EQ(mkfifo(path("fifo.png").c_str(), 0600), 0);
@@ -209,9 +227,7 @@ TEST_F(PreviewPaneTest, APageOfTheWebFetchesNothing) {
     for (int x = 2; x < 400; x += 7)
         for (int y = 60; y < 200; y += 7) QTest::mouseClick(view->viewport(), Qt::LeftButton, {}, {x, y});
     EXPECT_EQ(view->toPlainText(), before) << "a link was followed";
-    pollfd asked{server, POLLIN, 0};
-    EXPECT_EQ(::poll(&asked, 1, 50), 0) << "it came over the network";
-    close(server);
+    EXPECT_FALSE(server.wasAsked()) << "it came over the network";
 }
 
 TEST_F(PreviewPaneTest, OfALongPageTheBeginningIsShownInItsEncoding) {
@@ -448,6 +464,43 @@ TEST_F(PreviewPaneTest, SoundPlaysStopsAndHasAPosition) {
     ASSERT_TRUE(show(V::kText, file("a.txt", "text")));
     EXPECT_EQ(text(), "text");
 }
+
+#ifdef HARBORLANTERN_PLAYER
+TEST_F(PreviewPaneTest, ASoundThatNamesOtherPlacesOpensNoneOfThem) {
+    const bool first = gst_is_initialized() == FALSE;
+    const Listener server;
+    ASSERT_EQ(mkfifo(path("fifo").c_str(), 0600), 0);
+    const std::string list = "#EXTM3U\n#EXT-X-TARGETDURATION:9\n#EXTINF:9,\n", end = "\n#EXT-X-ENDLIST\n";
+    const std::string inner = file("inner.m3u8", list + server.host + "/inner.ts" + end);
+    const std::string dash =
+        "<?xml version='1.0'?><MPD xmlns='urn:mpeg:dash:schema:mpd:2011' type='static' "
+        "mediaPresentationDuration='PT9S' minBufferTime='PT1S' profiles="
+        "'urn:mpeg:dash:profile:isoff-on-demand:2011'><BaseURL>" +
+        server.host +
+        "/</BaseURL><Period><AdaptationSet mimeType='audio/mp4'><Representation id='1' "
+        "bandwidth='9'><BaseURL>a.mp4</BaseURL><SegmentBase indexRange='0-9'/>"
+        "</Representation></AdaptationSet></Period></MPD>";
+    for (const std::string& content :
+         {list + server.host + "/a.ts" + end, list + "file://" + path("fifo") + end, dash,
+          "#EXTM3U\n#EXT-X-STREAM-INF:BANDWIDTH=9\nfile://" + inner + "\n", server.host + "/a.mp3\n",
+          "rtsp" + server.host.substr(4) + "/a.mp3\n", "file://" + path("fifo") + "\n"}) {
+        failures.clear();
+        ASSERT_TRUE(show(V::kMedia, file("a.mp3", content)));
+        ASSERT_TRUE(soon([&] { return !failures.empty() || !missing.empty(); })) << content;
+        if (hasNoPlayer()) GTEST_SKIP() << "no player: " << missing[0];
+        EXPECT_FALSE(server.wasAsked()) << content;
+        EXPECT_EQ(::open(path("fifo").c_str(), O_WRONLY | O_NONBLOCK), -1) << "it is read: " << content;
+    }
+    // Readers of lists come in packages that not everybody has. What they would open with has to be gone too.
+    for (const char* scheme : {"http", "https", "icy", "rtsp", "rtspt", "rtmp", "srt", "udp", "tcp", "rtp",
+                               "fd", "data", "resource", "v4l2", "cdda", "multifile", "splitmux"}) {
+        GstElement* source = gst_element_make_from_uri(
+            GST_URI_SRC, (scheme + std::string("://127.0.0.1:9/")).c_str(), nullptr, nullptr);
+        EXPECT_EQ(source, nullptr) << scheme;
+    }
+    EXPECT_TRUE(!first || fs::exists(path("mediaplugins.cache"))) << "the player wrote elsewhere";
+}
+#endif
 
 TEST_F(PreviewPaneTest, WithoutHelpersAndModulesEachKindIsToldOnce) {
     open(programs.path());

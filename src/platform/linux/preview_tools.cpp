@@ -121,8 +121,12 @@ class LinuxPrivateFolder final : public PrivateFolder {
 
 }  // namespace
 
-LinuxPreviewTools::LinuxPreviewTools(std::string programFolder, std::string path, std::string temporary)
-    : programFolder_(std::move(programFolder)), path_(std::move(path)), temporary_(std::move(temporary)) {}
+LinuxPreviewTools::LinuxPreviewTools(std::string programFolder, std::string path, std::string temporary,
+                                     std::string cache)
+    : programFolder_(std::move(programFolder)),
+      path_(std::move(path)),
+      temporary_(std::move(temporary)),
+      cache_(std::move(cache)) {}
 
 LinuxPreviewTools::~LinuxPreviewTools() {
     reap();

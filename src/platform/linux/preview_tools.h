@@ -13,8 +13,9 @@ namespace hl {
 class LinuxPreviewTools final : public PreviewTools {
   public:
     /// `programFolder` has the helpers and modules, `path` the folders of commands with a colon between them.
-    /// Private folders are made below `temporary`; with an empty one, below /tmp.
-    LinuxPreviewTools(std::string programFolder, std::string path, std::string temporary);
+    /// Private folders are made below `temporary`; with an empty one, below /tmp. `cache`: cacheFolder().
+    LinuxPreviewTools(std::string programFolder, std::string path, std::string temporary,
+                      std::string cache = {});
     ~LinuxPreviewTools() override;
 
     std::unique_ptr<OpenFile> open(const std::string& path, std::string& error) override;
@@ -25,6 +26,7 @@ class LinuxPreviewTools final : public PreviewTools {
     std::string command(const std::string& name) override;
     std::unique_ptr<PrivateFolder> makeFolder(std::string& error) override;
     std::unique_ptr<HelperProcess> start(const ProcessOrder& order, std::string& error) override;
+    std::string cacheFolder() const override { return cache_; }
     void* moduleFunction(const std::string& module, const char* function, std::string& reason) override;
 
     /// Processes that were killed and have not ended yet: one that waits for a dead disk may take long. They
@@ -37,6 +39,7 @@ class LinuxPreviewTools final : public PreviewTools {
     std::string programFolder_;
     std::string path_;
     std::string temporary_;
+    std::string cache_;
     std::vector<pid_t> ending_;
 };
 

@@ -7,6 +7,8 @@
 #include <QVideoSink>
 #include <utility>
 
+#include "platform/qt/media_sources.h"
+
 namespace hl {
 
 /// Lives on the player's thread, and so does all that it owns.
@@ -66,7 +68,8 @@ QString MediaEngine::Worker::open() {
     connect(
         &parts_->sink, &QVideoSink::videoFrameChanged, this,
         [this](const QVideoFrame& frame) { engine_.takeFrame(frame, run_); }, Qt::DirectConnection);
-    return player.isAvailable() ? QString() : player.errorString();
+    if (!player.isAvailable()) return player.errorString();
+    return allowLocalFilesAlone() ? QString() : QStringLiteral("GStreamer");
 }
 
 void MediaEngine::Worker::leave(QThread* thread) {

@@ -13,6 +13,7 @@
 
 #include "platform/picture_size.h"
 #include "platform/qt/media_engine.h"
+#include "platform/qt/media_sources.h"
 #include "platform/qt/qt_convert.h"
 #include "platform/qt/qt_guard.h"
 
@@ -235,7 +236,6 @@ void Player::showState() {
 
 hl::MediaView* harborlanternMedia(const hl::MediaStart& start) {
     hl::GuardedRoutine::countWith(start.guardedDepth);
-    // The other backend ends the process where there is no sound device.
-    if (!qEnvironmentVariableIsSet("QT_MEDIA_BACKEND")) qputenv("QT_MEDIA_BACKEND", "gstreamer");
+    hl::prepareMediaLibrary(start.cache);
     return new hl::Player(start);
 }

@@ -36,6 +36,7 @@ struct MediaStart {
     const PreviewTexts& texts;
     WindowEvents& events;
     QWidget* parent;
+    std::string cache;  ///< PreviewTools::cacheFolder().
     GuardedRoutine::Counter guardedDepth = GuardedRoutine::counter();
 };
 using MediaModuleFunction = MediaView* (*)(const MediaStart&);

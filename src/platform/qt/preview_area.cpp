@@ -213,7 +213,7 @@ MediaView* PreviewArea::media() {
     void* found = context_->tools.moduleFunction(kMediaModuleName, kMediaModuleFunction, reason);
     if (found == nullptr) return nullptr;
     const auto make = reinterpret_cast<MediaModuleFunction>(found);
-    std::unique_ptr<MediaView> made(make({parts_.texts, windowEvents_, this}));
+    std::unique_ptr<MediaView> made(make({parts_.texts, windowEvents_, this, context_->tools.cacheFolder()}));
     reason = made->unavailable();
     if (!reason.empty()) return nullptr;
     media_ = made.release();
