@@ -15,9 +15,11 @@
 #include <cerrno>
 #include <cstdlib>
 #include <memory>
+#include <optional>
 #include <string>
 #include <utility>
 
+#include "platform/linux/preview_confinement.h"
 #include "platform/preview_protocol.h"
 
 namespace hl {
@@ -43,6 +45,7 @@ struct Start {
     std::vector<std::string> words, environment;
     std::vector<char*> argv, envp;
     std::string folder;
+    std::optional<ForeignConfinement> confinement;
 };
 
 std::string variable(const char* name) {
@@ -86,28 +89,30 @@ void setLimits(const ProcessLimits& limits) {
     limit(RLIMIT_CORE, 0);
 }
 
-// In the child. What fails here is told by its status. A network namespace of its own has no network at all;
-// where the system does not allow that, the program's own settings have to do.
+// In the child. What fails here is told by its status. A session of its own has no terminal to type into. A
+// network namespace of its own has no network at all; where the system does not allow that, the program's own
+// settings have to do.
 [[noreturn]] void become(const Start& start, const ProcessOrder& order, int input, int output, int file) {
-    ::setpgid(0, 0);
+    ::setsid();
     ::prctl(PR_SET_PDEATHSIG, SIGKILL);
     ::prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0);
     if (order.foreign) ::unshare(CLONE_NEWUSER | CLONE_NEWNET);
     setLimits(order.limits);
-    // Above all that will be overwritten.
-    const int kept[] = {::fcntl(input, F_DUPFD, 10), ::fcntl(output, F_DUPFD, 10),
-                        file >= 0 ? ::fcntl(file, F_DUPFD, 10) : -1};
-    ::dup2(kept[0], STDIN_FILENO);
-    ::dup2(kept[1], STDOUT_FILENO);
     const int nowhere = ::open("/dev/null", O_WRONLY);
-    if (nowhere >= 0) ::dup2(nowhere, STDERR_FILENO);
-    if (kept[2] >= 0) ::dup2(kept[2], kHelperFile);
-    ::syscall(SYS_close_range, kept[2] >= 0 ? kHelperFile + 1 : kHelperFile, ~0U, 0);
+    if (start.confinement && !start.confinement->enterFiles()) ::_exit(kNotStarted);
+    static_assert(kHelperFile == STDERR_FILENO + 1);
+    // Above all that will be overwritten.
+    const auto above = [](int number) { return number >= 0 ? ::fcntl(number, F_DUPFD, 10) : -1; };
+    const int kept[] = {above(input), above(output), above(nowhere), above(file)};
+    for (const int number : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO, kHelperFile})
+        if (kept[number] >= 0) ::dup2(kept[number], number);
+    ::syscall(SYS_close_range, file >= 0 ? kHelperFile + 1 : kHelperFile, ~0U, 0);
     for (const int signal : {SIGPIPE, SIGXFSZ, SIGTERM, SIGINT}) ::signal(signal, SIG_DFL);
     sigset_t none;
     sigemptyset(&none);
     ::sigprocmask(SIG_SETMASK, &none, nullptr);
-    if (::chdir(start.folder.c_str()) == 0) ::execve(start.argv[0], start.argv.data(), start.envp.data());
+    if (::chdir(start.folder.c_str()) == 0 && (!start.confinement || start.confinement->enterCalls()))
+        ::execve(start.argv[0], start.argv.data(), start.envp.data());
     ::_exit(kNotStarted);
 }
 
@@ -122,6 +127,8 @@ std::unique_ptr<HelperProcess> LinuxHelperProcess::start(const ProcessOrder& ord
     start.argv = pointersTo(start.words);
     start.envp = pointersTo(start.environment);
     start.folder = order.home != nullptr ? order.home->path() : "/";
+    if (order.foreign)
+        start.confinement.emplace(order.program, order.home != nullptr ? start.folder : std::string());
     Pipe input, output;
     if (!makePipe(input) || !makePipe(output)) return nullptr;
     const int file = order.input != nullptr ? order.input->descriptor() : -1;
@@ -129,7 +136,6 @@ std::unique_ptr<HelperProcess> LinuxHelperProcess::start(const ProcessOrder& ord
     if (child < 0) return nullptr;
     if (child == 0)
         become(start, order, order.inputIsStandard ? file : input.read.number(), output.write.number(), file);
-    ::setpgid(child, child);  // Whoever is first.
     if (order.inputIsStandard) input.write.close();
     for (const int end : {input.write.number(), output.read.number()})
         if (end >= 0) ::fcntl(end, F_SETFL, O_NONBLOCK);

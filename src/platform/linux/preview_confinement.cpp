@@ -1,204 +1,300 @@
 #include "platform/linux/preview_confinement.h"
 
 #include <fcntl.h>
-#include <linux/audit.h>
-#include <linux/filter.h>
-#include <linux/fs.h>
-#include <linux/seccomp.h>
 #include <sched.h>
+#include <sys/ioctl.h>
 #include <sys/prctl.h>
 #include <sys/resource.h>
+#include <sys/socket.h>
 #include <sys/syscall.h>
 #include <sys/time.h>
 #include <unistd.h>
 
-#include <cerrno>
-#include <cstddef>
-#include <vector>
+#include <filesystem>
+#include <initializer_list>
+#include <span>
 
 namespace hl {
 
 namespace {
 
-#if defined(__x86_64__)
-constexpr std::uint32_t kMachine = AUDIT_ARCH_X86_64;
-#elif defined(__aarch64__)
-constexpr std::uint32_t kMachine = AUDIT_ARCH_AARCH64;
-#else
-constexpr std::uint32_t kMachine = 0;  // Calls are not filtered.
-#endif
+using Use = FileConfinement::Use;
 
 #ifdef HARBORLANTERN_SANITIZED
-constexpr bool kSanitized = true;  // The address sanitizer reserves terabytes, and writes its report.
+constexpr bool kSanitized =
+    true;  // The address sanitizer reserves terabytes, and looks for leaks at the end.
 #else
 constexpr bool kSanitized = false;
 #endif
 
-/// From here on the numbers are those of another table of the same machine, which names the same calls.
-constexpr std::uint32_t kOtherTable = 0x4000'0000;
-constexpr std::uint32_t kRefused = SECCOMP_RET_ERRNO | EPERM;
+// Newer calls than the headers of an older system have, by the numbers of every machine.
+constexpr long kFirstOfNewer = 424;
+constexpr long kClone3 = 435, kOpenAt2 = 437, kFileAccess2 = 439;
+constexpr long kNewer[] = {
+    424, 438, 440, 448,            // Signals and descriptors by the open process, advice on its memory.
+    425, 426, 427,                 // Rings of calls that no filter sees.
+    428, 429, 430, 431, 432, 433,  // Mounting, in its newer form,
+    442, 457, 458, 467,            // and what was added to it.
+};
 
-constexpr std::uint32_t kForbidden[] = {
-    // Other programs, and looks into them.
-    SYS_execve,
-    SYS_execveat,
+constexpr long kDecoding[] = {
+    // The open file and the pipes. A file can be opened for reading alone, below.
+    SYS_read,
+    SYS_pread64,
+    SYS_readv,
+    SYS_preadv,
+    SYS_write,
+    SYS_writev,
+    SYS_lseek,
+    SYS_close,
+    SYS_dup,
+    SYS_dup3,
+    SYS_pipe2,
+    SYS_eventfd2,
+    SYS_ppoll,
+    SYS_pselect6,
+    SYS_fadvise64,
+    // What is told of files.
+    SYS_newfstatat,
+    SYS_fstat,
+    SYS_statx,
+    SYS_faccessat,
+    kFileAccess2,
+    SYS_readlinkat,
+    SYS_getdents64,
+    SYS_getcwd,
+    SYS_statfs,
+    SYS_fstatfs,
+    // Memory and threads. A new process is none of them, below.
+    SYS_mmap,
+    SYS_mprotect,
+    SYS_munmap,
+    SYS_mremap,
+    SYS_madvise,
+    SYS_brk,
+    SYS_membarrier,
+    SYS_futex,
+    SYS_set_robust_list,
+    SYS_set_tid_address,
+    SYS_rseq,
+    SYS_exit,
+    SYS_exit_group,
+    SYS_sched_yield,
+    SYS_sched_getaffinity,
+    SYS_sched_getparam,
+    SYS_sched_getscheduler,
+    SYS_sched_get_priority_max,
+    SYS_sched_get_priority_min,
+    // Its own signals and time.
+    SYS_rt_sigaction,
+    SYS_rt_sigprocmask,
+    SYS_rt_sigreturn,
+    SYS_sigaltstack,
+    SYS_restart_syscall,
+    SYS_nanosleep,
+    SYS_clock_nanosleep,
+    SYS_clock_gettime,
+    SYS_clock_getres,
+    SYS_gettimeofday,
+    SYS_times,
+    SYS_setitimer,
+    SYS_getitimer,
+    SYS_getrusage,
+    // Who it is.
+    SYS_getpid,
+    SYS_getppid,
+    SYS_gettid,
+    SYS_getpgid,
+    SYS_getuid,
+    SYS_geteuid,
+    SYS_getgid,
+    SYS_getegid,
+    SYS_getresuid,
+    SYS_getresgid,
+    SYS_uname,
+    SYS_sysinfo,
+    SYS_getrandom,
+#ifdef SYS_stat  // The older forms of some machines.
+    SYS_stat,
+    SYS_lstat,
+    SYS_access,
+    SYS_readlink,
+    SYS_getdents,
+    SYS_poll,
+    SYS_select,
+    SYS_pipe,
+    SYS_dup2,
+    SYS_time,
+    SYS_getpgrp,
+    SYS_arch_prctl,
+    SYS_getrlimit,
+#endif
+};
+
+/// To look for leaks a sanitizer stops the process from a copy of it.
+constexpr long kSanitizing[] = {SYS_ptrace, SYS_wait4, SYS_process_vm_readv, SYS_personality, SYS_prctl};
+
+/// What a converter with processes and files of its own has no use for.
+constexpr long kDepths[] = {
+    // Looks into other processes, and signals to them.
     SYS_ptrace,
     SYS_process_vm_readv,
     SYS_process_vm_writev,
-#ifdef SYS_fork
-    SYS_fork,
-    SYS_vfork,
-#endif
-    // Sockets.
-    SYS_socket,
-    SYS_socketpair,
-    SYS_connect,
-    // Signals to others.
+    SYS_kcmp,
+    SYS_perf_event_open,
+    SYS_userfaultfd,
     SYS_kill,
     SYS_tkill,
     SYS_rt_sigqueueinfo,
     SYS_rt_tgsigqueueinfo,
-#ifdef SYS_pidfd_send_signal
-    SYS_pidfd_send_signal,
-#endif
-    // Names on a disk.
-    SYS_unlinkat,
-    SYS_renameat2,
-    SYS_linkat,
-    SYS_symlinkat,
-    SYS_mkdirat,
-    SYS_mknodat,
-#ifdef SYS_renameat
-    SYS_renameat,
-#endif
-#ifdef SYS_unlink
-    SYS_unlink,
-    SYS_rename,
-    SYS_link,
-    SYS_symlink,
-    SYS_mkdir,
-    SYS_rmdir,
-    SYS_mknod,
-    SYS_creat,
-#endif
-    // What is told of a file. Some of it may be set on one that is open for reading alone.
-    SYS_fchmod,
-    SYS_fchmodat,
-#ifdef SYS_fchmodat2
-    SYS_fchmodat2,
-#endif
-    SYS_fchown,
-    SYS_fchownat,
-    SYS_utimensat,
-    SYS_setxattr,
-    SYS_lsetxattr,
-    SYS_fsetxattr,
-    SYS_removexattr,
-    SYS_lremovexattr,
-    SYS_fremovexattr,
-    SYS_truncate,
-#ifdef SYS_chmod
-    SYS_chmod,
-    SYS_chown,
-    SYS_lchown,
-    SYS_utime,
-    SYS_utimes,
-    SYS_futimesat,
-#endif
-    // Ways around all this.
+    SYS_setpriority,
+    SYS_migrate_pages,
+    SYS_move_pages,
+    // Files by other ways than names.
+    SYS_name_to_handle_at,
     SYS_open_by_handle_at,
-    SYS_openat2,
-    SYS_io_uring_setup,
+    SYS_execveat,
+    // The system itself.
     SYS_mount,
     SYS_umount2,
+    SYS_pivot_root,
+    SYS_chroot,
     SYS_setns,
     SYS_unshare,
     SYS_bpf,
     SYS_keyctl,
+    SYS_add_key,
+    SYS_request_key,
+    SYS_init_module,
+    SYS_finit_module,
+    SYS_delete_module,
+    SYS_kexec_load,
+    SYS_reboot,
+    SYS_swapon,
+    SYS_swapoff,
+    SYS_acct,
+    SYS_quotactl,
+    SYS_syslog,
+    SYS_sethostname,
+    SYS_setdomainname,
+    SYS_settimeofday,
+    SYS_clock_settime,
+    SYS_adjtimex,
+    SYS_clock_adjtime,
+    SYS_vhangup,
+    SYS_fanotify_init,
+#ifdef SYS_iopl
+    SYS_iopl,
+    SYS_ioperm,
+    SYS_kexec_file_load,
+#endif
 };
 
-sock_filter statement(std::uint16_t code, std::uint32_t value) {
-    return {code, 0, 0, value};
-}
-// Skips so many statements.
-sock_filter jump(std::uint16_t code, std::uint32_t value, std::uint8_t ifSo, std::uint8_t ifNot) {
-    return {code, ifSo, ifNot, value};
-}
+constexpr std::uint32_t kWrites = O_WRONLY | O_RDWR | O_CREAT | O_TRUNC;
+constexpr std::uint32_t kNewSpaces =
+    CLONE_NEWNS | CLONE_NEWCGROUP | CLONE_NEWUTS | CLONE_NEWIPC | CLONE_NEWUSER | CLONE_NEWPID | CLONE_NEWNET;
 
-constexpr std::uint16_t kLoad = BPF_LD | BPF_W | BPF_ABS;
-constexpr std::uint16_t kEqual = BPF_JMP | BPF_JEQ | BPF_K;
-constexpr std::uint16_t kAnyBit = BPF_JMP | BPF_JSET | BPF_K;
-constexpr std::uint16_t kReturn = BPF_RET | BPF_K;
-
-/// Holds the number of the call between two rules.
-sock_filter loadCall() {
-    return statement(kLoad, offsetof(seccomp_data, nr));
-}
-
-/// Whether a call is refused if the test of its argument holds, or if it does not.
-enum class RefusedIf { kSo, kNot };
-
-// Refuses `call` by its argument: `test` compares the lower half of that with `value`.
-void refuseBy(std::vector<sock_filter>& rules, std::uint32_t call, unsigned argument, std::uint16_t test,
-              std::uint32_t value, RefusedIf refused) {
-    const auto at =
-        static_cast<std::uint32_t>(offsetof(seccomp_data, args) + argument * sizeof(std::uint64_t));
-    const bool so = refused == RefusedIf::kSo;
-    rules.push_back(jump(kEqual, call, 0, 4));
-    rules.push_back(statement(kLoad, at));
-    rules.push_back(jump(test, value, so ? 0 : 1, so ? 1 : 0));
-    rules.push_back(statement(kReturn, kRefused));
-    rules.push_back(loadCall());
-}
-
-void refuseSome(std::vector<sock_filter>& rules) {
-    constexpr std::uint32_t kWrites = O_WRONLY | O_RDWR | O_CREAT | O_TRUNC;
-    refuseBy(rules, SYS_openat, 2, kAnyBit, kWrites, RefusedIf::kSo);
+void allowDecoding(CallFilter& calls) {
+    if constexpr (kSanitized) calls.allow(kSanitizing);
+    calls.allow(kDecoding);
+    calls.allowIfNoneOfTheBits(SYS_openat, 2, kWrites);
 #ifdef SYS_open
-    refuseBy(rules, SYS_open, 1, kAnyBit, kWrites, RefusedIf::kSo);
+    calls.allowIfNoneOfTheBits(SYS_open, 1, kWrites);
 #endif
-    // abort() sends its signal so.
-    refuseBy(rules, SYS_tgkill, 0, kEqual, static_cast<std::uint32_t>(::getpid()), RefusedIf::kNot);
-    // Threads are no other programs. What a newer call is asked for lies in memory; the library takes the
-    // older one where there is no newer.
-    refuseBy(rules, SYS_clone, 0, kAnyBit, CLONE_THREAD, RefusedIf::kNot);
-#ifdef SYS_clone3
-    rules.push_back(jump(kEqual, SYS_clone3, 0, 1));
-    rules.push_back(statement(kReturn, SECCOMP_RET_ERRNO | ENOSYS));
-#endif
-    // Flags of a file, and of a file system.
-    for (const auto command : {FS_IOC_SETFLAGS, FS_IOC_FSSETXATTR, FS_IOC_SETVERSION})
-        refuseBy(rules, SYS_ioctl, 1, kEqual, static_cast<std::uint32_t>(command), RefusedIf::kSo);
+    // Threads are no processes. What the newer call is asked for lies in memory, where no filter sees it.
+    calls.hide(kClone3);
+    if constexpr (kSanitized) calls.allowIfNoneOfTheBits(SYS_clone, 0, kNewSpaces);
+    calls.allowIfABitOf(SYS_clone, 0, CLONE_THREAD);
+    // Of itself alone: limits can be set for other processes too.
+    calls.allowIfOneOf(SYS_prlimit64, 0, {0});
+    // Not who gets the signals of a descriptor.
+    calls.allowIfOneOf(SYS_fcntl, 1, {F_DUPFD, F_DUPFD_CLOEXEC, F_GETFD, F_SETFD, F_GETFL, F_SETFL});
+    // Not to type into a terminal, nor the flags of a file.
+    calls.allowIfOneOf(SYS_ioctl, 1, {TCGETS, FIONREAD, FIOCLEX, FIONCLEX, TIOCGWINSZ});
+    calls.allowIfOneOf(SYS_prctl, 0, {PR_SET_NAME, PR_GET_NAME, PR_GET_DUMPABLE, PR_SET_PDEATHSIG});
 }
 
-void forbidCalls() {
-    if (kMachine == 0) return;
-    std::vector<sock_filter> rules = {
-        statement(kLoad, offsetof(seccomp_data, arch)),     jump(kEqual, kMachine, 1, 0),
-        statement(kReturn, SECCOMP_RET_KILL_PROCESS),       loadCall(),
-        jump(BPF_JMP | BPF_JGE | BPF_K, kOtherTable, 0, 1), statement(kReturn, SECCOMP_RET_KILL_PROCESS),
-    };
-    for (const std::uint32_t call : kForbidden) {
-        rules.push_back(jump(kEqual, call, 0, 1));
-        rules.push_back(statement(kReturn, kRefused));
+void refuseRest(CallFilter& calls) {
+    calls.hideFrom(kFirstOfNewer);
+    calls.refuseOthers();
+}
+
+void refuseDepths(CallFilter& calls) {
+    calls.refuse(kDepths);
+    calls.refuse(kNewer);
+    calls.hide(kClone3);
+    calls.hide(kOpenAt2);
+    calls.allowIfNoneOfTheBits(SYS_clone, 0, kNewSpaces);
+    calls.refuseIfOneOf(SYS_tgkill, 0, {static_cast<std::uint32_t>(::getpid())});
+    calls.allowIfOneOf(SYS_prlimit64, 0, {0});
+    calls.refuseIfOneOf(SYS_fcntl, 1, {F_SETOWN, F_SETOWN_EX, F_SETSIG});
+    calls.refuseIfOneOf(SYS_ioctl, 1, {TIOCSTI, TIOCLINUX, TIOCSCTTY, TIOCSETD, FIOSETOWN, SIOCSPGRP});
+    calls.allowIfOneOf(SYS_socket, 0, {AF_UNIX});
+    calls.allowOthers();
+}
+
+constexpr const char* kLibraries[] = {"/usr", "/lib", "/lib64", "/lib32", "/opt", "/nix/store", "/gnu/store"};
+
+void allowLibraries(const FileConfinement& files, Use use) {
+    for (const char* folder : kLibraries) files.allow(folder, use);
+    for (const char* place : {"/etc/fonts", "/etc/ld.so.cache", "/etc/localtime", "/var/cache/fontconfig"})
+        files.allow(place, Use::kRead);
+    if constexpr (kSanitized) files.allow("/proc", Use::kRead);
+}
+
+CallFilter callsOfForeign(bool hasHome) {
+    CallFilter calls;
+    if (hasHome) {
+        refuseDepths(calls);
+        return calls;
     }
-    refuseSome(rules);
-    rules.push_back(statement(kReturn, SECCOMP_RET_ALLOW));
-    const sock_fprog program{static_cast<unsigned short>(rules.size()), rules.data()};
-    ::prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0);
-    ::prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &program);
+    constexpr long kStart[] = {SYS_execve};
+    calls.allow(kStart);
+    allowDecoding(calls);
+    refuseRest(calls);
+    return calls;
 }
 
 }  // namespace
+
+ForeignConfinement::ForeignConfinement(const std::string& program, const std::string& home)
+    : calls_(callsOfForeign(!home.empty())) {
+    allowLibraries(files_, Use::kRun);
+    files_.allow(program, Use::kRun);
+    if (home.empty()) return;
+    // What is unpacked anywhere has its libraries beside it.
+    std::error_code none;
+    files_.allow(std::filesystem::canonical(program, none).parent_path().string(), Use::kRun);
+    files_.allow(home, Use::kAll);
+    for (const char* place : {"/etc", "/proc", "/sys", "/var/lib/libreoffice", "/var/spool/libreoffice"})
+        files_.allow(place, Use::kRead);
+    for (const char* place : {"/dev/null", "/dev/zero", "/dev/full", "/dev/random", "/dev/urandom"})
+        files_.allow(place, Use::kReadAndWrite);
+}
+
+bool ForeignConfinement::enterFiles() const {
+    return ::prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) == 0 && files_.enter();
+}
+
+bool ForeignConfinement::enterCalls() const {
+    return calls_.enter();
+}
 
 void confineHelper(std::uint64_t bytes) {
     const rlimit nothing{0, 0};
     ::setrlimit(RLIMIT_CORE, &nothing);
     ::setrlimit(RLIMIT_FSIZE, &nothing);
-    if constexpr (kSanitized) return;
     const rlimit memory{bytes, bytes};
-    ::setrlimit(RLIMIT_AS, &memory);
-    forbidCalls();
+    if constexpr (!kSanitized) ::setrlimit(RLIMIT_AS, &memory);
+    const FileConfinement files;
+    allowLibraries(files, Use::kRead);
+    CallFilter calls;
+    // abort() sends its signal so.
+    calls.allowIfOneOf(SYS_tgkill, 0, {static_cast<std::uint32_t>(::getpid())});
+    allowDecoding(calls);
+    refuseRest(calls);
+    ::prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0);
+    if (!files.enter() || !calls.enter()) ::_exit(1);
 }
 
 void endAfter(unsigned milliseconds) {

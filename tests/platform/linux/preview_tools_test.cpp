@@ -8,6 +8,7 @@
 
 #include <cerrno>
 
+#include "platform/linux/file_confinement.h"
 #include "platform/preview_protocol.h"
 #include "support/few_descriptors.h"
 #include "support/patience.h"
@@ -77,9 +78,10 @@ TEST_F(PreviewToolsTest, AHelperGetsTheFileAndALittleOfEverythingElse) {
     const auto folder = tools.makeFolder(error);
     const int leak = open("/dev/null", O_RDONLY);
     ASSERT_EQ(dup2(leak, 77), 77);
-    const std::string program = script("helper",
-                                       "cat <&3; echo \" $HOME $PWD\"; ls /proc/$$/fd | tr '\\n' ' '; "
-                                       "ulimit -t; echo x > made || echo refused; exit 0");
+    const std::string program =
+        script("helper",
+               "cat <&3; echo \" $HOME $PWD\"; ls /proc/$$/fd | tr '\\n' ' '; "
+               "ulimit -t; cut -d' ' -f6 /proc/$$/stat; echo $$; echo x > made || echo refused; exit 0");
     auto process =
         start({.program = program, .input = file.get(), .home = folder.get(), .limits = {.cpuSeconds = 7}});
     ASSERT_NE(process, nullptr);
@@ -88,9 +90,41 @@ TEST_F(PreviewToolsTest, AHelperGetsTheFileAndALittleOfEverythingElse) {
     EXPECT_EQ(output.substr(0, output.find('\n')), "content " + home + " " + home);
     EXPECT_EQ(output.find(" 77 "), std::string::npos) << output;
     EXPECT_NE(output.find("7\n"), std::string::npos) << output;
+    const std::string last = output.substr(output.find("7\n") + 2),
+                      leader = last.substr(0, last.find('\n') + 1);
+    EXPECT_EQ(last.substr(0, 2 * leader.size()), leader + leader) << "it can type into the terminal";
     EXPECT_EQ(contentOf(home + "/made"), "");
     close(leak);
     close(77);
+}
+
+TEST_F(PreviewToolsTest, AConverterReachesItsInputItsOutputAndAFolderOfItsOwn) {
+    writeFile(path("secret"), "secret");
+    std::string error;
+    const auto folder = tools.makeFolder(error);
+    const auto input = tools.inMemory("input\n", error);
+    // By the shell's own commands: one that has no folder starts no other.
+    const std::string program =
+        script("converter", "read x && echo $x\nread y < " + path("secret") +
+                                " && echo $y\nkill -0 $PPID && echo hit\n"
+                                "echo x > " +
+                                path("made") + " && echo made\necho x > own && echo own\nexit 0");
+    for (const bool hasFolder : {false, true}) {
+        auto process = start({.program = program,
+                              .input = input.get(),
+                              .inputIsStandard = true,
+                              .home = hasFolder ? folder.get() : nullptr,
+                              .limits = {.fileSize = 100},
+                              .foreign = true});
+        std::string output = outputOf(*process);
+        // Where the system cannot confine reading, that stays open.
+        if (const auto read = output.find("secret\n");
+            FileConfinement::version() < 1 && read != std::string::npos)
+            output.erase(read, 7);
+        EXPECT_EQ(output, hasFolder ? "own\n" : "input\n");
+        EXPECT_TRUE(process->endedWell());
+        EXPECT_FALSE(std::filesystem::exists(path("made")));
+    }
 }
 
 TEST_F(PreviewToolsTest, TheEndOfAHelperTakesItsChildrenAlong) {
