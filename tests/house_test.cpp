@@ -63,9 +63,9 @@ std::string fault(const std::string& room, const std::string& line) {
     if (include.empty()) return "";
     const std::string name = include.substr(1);
     if (include[0] == '<') {
-        const bool ofDesktop = name[0] == 'Q' || name.starts_with("gio/");
+        const bool ofDesktop = name[0] == 'Q' || name.starts_with("gio/") || name.starts_with("gst/");
         const bool fits = isStandard(name) || room == (ofDesktop ? "platform/qt" : "platform/linux");
-        return fits ? "" : "a header of the system, of Qt or of GIO";
+        return fits ? "" : "a header of the system or of the desktop";
     }
     const std::string other = roomOf(name);
     if (!kHouse.contains(other)) return "no room of that name";

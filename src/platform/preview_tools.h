@@ -47,7 +47,7 @@ struct ProcessOrder {
     bool inputIsStandard = false;         ///< REQUIRES: there is an input.
     const PrivateFolder* home = nullptr;  ///< HOME, TMPDIR and current folder; none: "/".
     ProcessLimits limits = {};
-    bool foreign = false;  ///< Not of our own, so that it does not confine itself: it gets no network.
+    bool foreign = false;  ///< Not of our own: confined from outside, to `home` and the system's files.
 };
 
 /// A process that we have started, with those that it has started. Its destructor ends all that did not leave
