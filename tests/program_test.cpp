@@ -382,9 +382,9 @@ TEST_F(ProgramRun, ReplacesNoReportWhereMemoryEnds) {
     GTEST_SKIP() << "a sanitizer takes more address space than any limit that would be felt";
 #endif
     int kept = 0;
-    for (rlim_t mebibytes = 22; mebibytes < 37; mebibytes += 2) {
+    for (rlim_t bytes = 6'000'000; bytes < 12'000'000; bytes += bytes / 16) {
         writeFile(report, "older");
-        const rlimit limit = {mebibytes << 20, mebibytes << 20};
+        const rlimit limit = {bytes, bytes};
         const test::Ended ended =
             program.run({"-s", report, "/usr"}, [&] { test::must(::setrlimit(RLIMIT_AS, &limit)); });
         const auto told = [&](const char* text) { return ended.errors.find(text) != std::string::npos; };
