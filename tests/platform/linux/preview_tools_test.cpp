@@ -99,7 +99,7 @@ TEST_F(PreviewToolsTest, AHelperGetsTheFileAndALittleOfEverythingElse) {
 }
 
 TEST_F(PreviewToolsTest, AConverterReachesItsInputItsOutputAndAFolderOfItsOwn) {
-    writeFile(path("secret"), "secret");
+    writeFile(path("secret"), "secret\n");
     std::string error;
     const auto folder = tools.makeFolder(error);
     const auto input = tools.inMemory("input\n", error);
