@@ -99,13 +99,15 @@ TEST_F(PreviewToolsTest, AHelperGetsTheFileAndALittleOfEverythingElse) {
 }
 
 TEST_F(PreviewToolsTest, AConverterReachesItsInputItsOutputAndAFolderOfItsOwn) {
-    writeFile(path("secret"), "secret\n");
+    const TempDir elsewhere;  // Its own folder a program may read.
+    const std::string secret = elsewhere.path() + "/secret";
+    writeFile(secret, "secret\n");
     std::string error;
     const auto folder = tools.makeFolder(error);
     const auto input = tools.inMemory("input\n", error);
     // By the shell's own commands: one that has no folder starts no other.
     const std::string program =
-        script("converter", "read x && echo $x\nread y < " + path("secret") +
+        script("converter", "read x && echo $x\nread y < " + secret +
                                 " && echo $y\nkill -0 $PPID && echo hit\n"
                                 "echo x > " +
                                 path("made") + " && echo made\necho x > own && echo own\nexit 0");
