@@ -99,9 +99,14 @@ void MainForm::folderEntered(std::string_view path) {
     services_.console.progress(visible(path));
 }
 
-void MainForm::sourceMissing(const std::string& source) {
+void MainForm::sourceMissing(const std::string& source, const std::string& reason) {
+    if (!reason.empty()) return notRead(source, reason);
     services_.console.errorLine(services_.texts.TL(9021, "Die Quelle %1 gibt es nicht.", {visible(source)}));
     somethingFailed_ = true;
+}
+
+void MainForm::scanNotice(const std::string& text) {
+    services_.console.errorLine(text);
 }
 
 void MainForm::notRead(std::string_view path, const std::string& reason) {

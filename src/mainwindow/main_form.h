@@ -54,7 +54,8 @@ class MainForm : public ScanHost {
     void statusAfterRun(const std::string& text) override;
     void folderEntered(std::string_view path) override;
     void firstLevelFolderDone() override {}
-    void sourceMissing(const std::string& source) override;
+    void sourceMissing(const std::string& source, const std::string& reason) override;
+    void scanNotice(const std::string& text) override;
     void notRead(std::string_view path, const std::string& reason) override;
     std::string typeName(const std::string&) override { return {}; }
     void topListTitle(const std::string& title) override { topTitle_ = title; }

@@ -147,7 +147,8 @@ class WindowForm final : public MainForm,
     void folderEntered(std::string_view path) override;
     void firstLevelFolderDone() override;
     void sourceChosen() override { sourcesChanged(); }
-    void sourceMissing(const std::string& source) override;
+    void sourceMissing(const std::string& source, const std::string& reason) override;
+    void scanNotice(const std::string& text) override;
     void notRead(std::string_view, const std::string&) override {}
     void typesBegin() override { typeNames_->restart(); }
     std::string typeName(const std::string& path) override;

@@ -64,9 +64,16 @@ void WindowForm::statusAfterRun(const std::string& text) {
     setFirstPanel(missing_.empty() ? text : std::exchange(missing_, {}));
 }
 
-void WindowForm::sourceMissing(const std::string& source) {
+void WindowForm::sourceMissing(const std::string& source, const std::string& reason) {
+    const Texts& texts = services_.texts;
     missing_ += missing_.empty() ? "" : " ";
-    missing_ += services_.texts.TL(9021, "Die Quelle %1 gibt es nicht.", {source});
+    missing_ += reason.empty() ? texts.TL(9021, "Die Quelle %1 gibt es nicht.", {source})
+                               : texts.TL(9022, "Nicht gelesen: %1: %2", {source, reason});
+}
+
+void WindowForm::scanNotice(const std::string& text) {
+    lastStatusTick_ = services_.pump.GetTickCount();
+    setFirstPanel(text);
 }
 
 void WindowForm::folderEntered(std::string_view path) {

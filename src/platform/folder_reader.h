@@ -69,6 +69,9 @@ class Listing {
     FolderKind kind = FolderKind::kPlain;
     /// Of a mount root: what is mounted there.
     std::string mountSource;
+    /// Mount points of disks that did not answer where a link leads, each of them told once in a scan. The
+    /// link is an entry as if it led nowhere.
+    std::vector<std::string> silentMounts;
 
     const Entry* entries = nullptr;
     std::size_t count = 0;
@@ -135,6 +138,8 @@ class FileSystem {
     virtual PathFacts look(std::string_view path) = 0;
     /// The target of a link, or what is mounted on a mount point; empty with `error` set if it is neither.
     virtual std::string target(std::string_view path, int& error) = 0;
+    /// Whether look() may wait for as long as the disk likes, where a reader does not.
+    virtual bool mayHang(std::string_view) { return false; }
 };
 
 }  // namespace hl

@@ -6,6 +6,7 @@
 #include "base/scope_exit.h"
 #include "base/size_text.h"
 #include "base/text.h"
+#include "robustness/api_error_text.h"
 #include "robustness/trap.h"
 #include "scan/file_system_calls.h"
 #include "scan/list_handover.h"
@@ -92,10 +93,11 @@ void readWholeSource(ScanContext& scan, const std::string& source, const std::st
 // The head of the queue, read; kNoRow if it does not exist.
 Row readHead(ScanContext& scan, std::string& lastSource) {
     const std::string head = scan.state.SourceQueue.front();
-    if (!xExistFolder_W(scan, head)) {
-        scan.host.sourceMissing(head);
+    if (int error = 0; !xExistFolder_W(scan, head, &error)) {
+        scan.host.sourceMissing(head, isNotThere(error) ? "" : ApiErrorText(true, error, scan.facts));
         return kNoRow;
     }
+    if (scan.state.CancelState == kCancelStop) return kNoRow;  // While its disk was waited for.
     scan.cboOrdner.addOrSelect(head, scan.paths);
     scan.host.sourceChosen();
     const SourceItem item = *scan.cboOrdner.selected();

@@ -1,22 +1,49 @@
 #include "scan/file_system_calls.h"
 
+#include "base/text.h"
 #include "robustness/api_error_text.h"
 #include "scan/list_handover.h"
+#include "scan/yield.h"
 
 namespace hl {
+
+namespace {
+constexpr int kNotFound = 2, kFolderNotFound = 20, kTimedOut = 110;
+
+// What cannot be read for another reason exists.
+int errorOfFolder(ScanContext& scan, std::string_view path) {
+    const std::string whole = ToLongPath(path, scan.paths);
+    if (!scan.fileSystem.mayHang(whole)) return scan.fileSystem.look(whole).error;
+    Yield yield(scan.state, scan.pump);
+    ReaderWait wait(yield, scan.pump, [&] { tellOfWait(scan, path); });
+    const auto reader = scan.fileSystem.read(whole, {.recursive = false, .wantFileNames = false}, &wait);
+    const auto block = reader->next();
+    const int error = block == nullptr ? 0 : block->error;
+    return error == kNotFound || error == kTimedOut ? error : 0;
+}
+
+}  // namespace
 
 bool xExistFile(ScanContext& scan, std::string_view path) {
     return !path.empty() && scan.fileSystem.look(ToLongPath(path, scan.paths)).error == 0;
 }
 
-bool xExistFolder_W(ScanContext& scan, std::string_view path) {
+bool xExistFolder_W(ScanContext& scan, std::string_view path, int* error) {
     if (path.size() > 1 && path.ends_with(scan.paths.separator)) path.remove_suffix(1);
-    return xExistFile(scan, path);
+    if (error == nullptr) return xExistFile(scan, path);
+    *error = path.empty() ? kNotFound : errorOfFolder(scan, path);
+    return *error == 0;
+}
+
+void tellOfWait(ScanContext& scan, std::string_view path) {
+    scan.host.scanNotice(scan.texts.TL(9631, "Warten auf %1 ...", {visible(path)}));
 }
 
 bool hasVanished(const ScanContext& scan, std::string_view path) {
-    constexpr int kNotFound = 2, kFolderNotFound = 20;
-    const int error = scan.fileSystem.look(ToLongPath(path, scan.paths)).error;
+    return isNotThere(scan.fileSystem.look(ToLongPath(path, scan.paths)).error);
+}
+
+bool isNotThere(int error) {
     return error == kNotFound || error == kFolderNotFound;
 }
 

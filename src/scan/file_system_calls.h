@@ -10,10 +10,17 @@ namespace hl {
 
 /// True if something of that name exists, a dangling link too. An empty path does not.
 bool xExistFile(ScanContext& scan, std::string_view path);
-/// The same with one trailing separator left out. It does not ask whether it is a folder.
-bool xExistFolder_W(ScanContext& scan, std::string_view path);
+/// The same with one trailing separator left out. It does not ask whether it is a folder. `error` (may be
+/// null) is why not: a system error code. Where the disk may hang a folder is asked by reading its beginning,
+/// with messages running; a Stop leaves it open whether it exists.
+bool xExistFolder_W(ScanContext& scan, std::string_view path, int* error = nullptr);
+/// Says that the disk of `path` is waited for.
+void tellOfWait(ScanContext& scan, std::string_view path);
+
 /// Whether it is not there, and not merely out of reach.
 bool hasVanished(const ScanContext& scan, std::string_view path);
+/// The same by the system error code of a look at it.
+bool isNotThere(int error);
 
 /// The number of names of a file, 0 if it has only one. `id` (may be null) is set for any file that exists.
 /// 0 with `error` set if it cannot be learned.

@@ -30,8 +30,10 @@ class ScanHost {
     virtual void firstLevelFolderDone() = 0;
     /// The box of sources has another one selected, which is read now.
     virtual void sourceChosen() {}
-    /// A source that does not exist; it is passed over.
-    virtual void sourceMissing(const std::string& source) = 0;
+    /// A source that is passed over: it does not exist, or, with a `reason`, cannot be asked.
+    virtual void sourceMissing(const std::string& source, const std::string& reason) = 0;
+    /// A line for whoever wonders what goes on.
+    virtual void scanNotice(const std::string& text) = 0;
     /// What could not be read, and why.
     virtual void notRead(std::string_view path, const std::string& reason) = 0;
 

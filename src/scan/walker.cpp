@@ -15,6 +15,7 @@
 #include "base/text.h"
 #include "robustness/api_error_text.h"
 #include "robustness/trap.h"
+#include "scan/file_system_calls.h"
 #include "scan/list_handover.h"
 #include "scan/records.h"
 #include "scan/rollup.h"
@@ -53,6 +54,7 @@ class FolderWalk {
     FolderWalk(ScanContext& scan, const std::string& path, std::uint32_t levelsAbove)
         : scan_(scan),
           yield_(scan.state, scan.pump),
+          wait_(yield_, scan.pump, [this] { tellOfWait(scan_, path_); }),
           filesText_(scan.tvwPL.keepText(scan.texts.TL(3514, "Dateien"))),
           path_(path),
           follow_(scan.options.ScanHardlinks == 1),
@@ -63,7 +65,7 @@ class FolderWalk {
         options.levelsAbove = levelsAbove;
         options.wantLinks = scan.state.NeedLinkCount;
         options.wantTimes = options.wantFileNames = !scan.state.SilentRun;
-        reader_ = scan.fileSystem.read(ToLongPath(path, scan.paths), options, &yield_);
+        reader_ = scan.fileSystem.read(ToLongPath(path, scan.paths), options, &wait_);
     }
 
     ScanTotals run(Row row);
@@ -83,6 +85,8 @@ class FolderWalk {
         std::string target;  ///< Of a link that was followed.
     };
 
+    void tellOfSilence(const std::string& disk);
+    std::unique_ptr<Listing> nextListing();
     void enterSource(Row row);
     void step();
     bool nextBlock(Level& level);
@@ -101,6 +105,7 @@ class FolderWalk {
 
     ScanContext& scan_;
     Yield yield_;
+    ReaderWait wait_;
     std::unique_ptr<FolderReader> reader_;
     const TextRef filesText_;
     std::string path_;  ///< Of the level in work, with a trailing separator; followed by an entry's name.
@@ -131,9 +136,27 @@ ScanTotals FolderWalk::run(Row row) {
     return result_;
 }
 
+// What lies behind a link that was to be followed is missing in the report; other links are shown as files.
+void FolderWalk::tellOfSilence(const std::string& disk) {
+    constexpr int kTimedOut = 110;
+    if (follow_) scan_.host.notRead(disk, ApiErrorText(true, kTimedOut, scan_.facts));
+    const std::string text = scan_.texts.TL(
+        9632, "%1 antwortet nicht. Verknüpfungen dorthin gelten als Dateien.", {visible(disk)});
+    scan_.log.LogProtokoll(text);
+    scan_.host.scanNotice(text);
+}
+
+std::unique_ptr<Listing> FolderWalk::nextListing() {
+    wait_.begins();
+    std::unique_ptr<Listing> block = reader_->next();
+    if (block == nullptr) return block;
+    for (const std::string& disk : block->silentMounts) tellOfSilence(disk);
+    return block;
+}
+
 void FolderWalk::enterSource(Row row) {
     scan_.host.folderEntered(path_);
-    enter(row, reader_->next(), false, {});
+    enter(row, nextListing(), false, {});
 }
 
 void FolderWalk::enter(Row row, std::unique_ptr<Listing> block, bool isReparse, std::string target) {
@@ -183,7 +206,7 @@ void FolderWalk::step() {
 
 bool FolderWalk::nextBlock(Level& level) {
     if (scan_.state.CancelState == kCancelStop) return false;
-    std::unique_ptr<Listing> block = reader_->next();
+    std::unique_ptr<Listing> block = nextListing();
     if (block == nullptr) return false;
     takeBlock(level, std::move(block));
     return true;
@@ -211,7 +234,7 @@ void FolderWalk::folderEntry(const Entry& entry) {
     // Whether a folder is the root of another mount is known only once its block is there.
     if (!isLink || follow_) {
         scan_.host.folderEntered(path_);
-        pending_ = reader_->next();
+        pending_ = nextListing();
         if (pending_ == nullptr) {
             path_.resize(level.pathLength);
             return leave(true);
@@ -232,7 +255,7 @@ void FolderWalk::folderEntry(const Entry& entry) {
 // Of an ended level: the blocks that the reader has in its order are taken and dropped.
 void FolderWalk::drainFolder(const Entry& entry) {
     if ((entry.attributes & kAttributeReparse) != 0 && !follow_) return;
-    std::unique_ptr<Listing> block = reader_->next();
+    std::unique_ptr<Listing> block = nextListing();
     if (block == nullptr) return leave(true);
     enter(kNoRow, std::move(block), false, {});
 }

@@ -29,13 +29,14 @@ class Driver : public test::ScanFixture {
 
 TEST_F(Driver, ReadsTheQueueInItsOrderAsOneRunAndPassesOverWhatDoesNotExist) {
     disk.at = {{1, [&] { state.SourceQueue.push_back("/a/"); }}};  // During the run.
-    readSources({"/q/", "/missing/", "/m"});
+    disk.lookErrors["/silent"] = EACCES;
+    readSources({"/q/", "/missing/", "/silent/", "/m"});
     EXPECT_EQ(disk.reads, (Lines{"/q/", "/m/", "/a/"}));
     EXPECT_EQ(roots(), (Lines{"/q 16 1/0", "/m 12 2/1", "/a 3 2/1"})) << "sorted at the end";
     EXPECT_TRUE(state.SourceQueue.empty());
     EXPECT_EQ(report.selectedRows(), std::vector<Row>{rowOf("/a")}) << "the row read last";
     EXPECT_EQ(callsOf("+lock") + callsOf("+unlock") + callsOf("status OK."), 3U);
-    EXPECT_EQ(callsOf("+missing /missing/"), 1U);
+    EXPECT_EQ(callsOf("+missing /missing/") + callsOf("+missing /silent/#13 - Permission denied"), 2U);
     for (const std::string& line : protocol()) EXPECT_EQ(line.find("missing"), std::string::npos);
     readSources({"/q"});
     EXPECT_EQ(roots().size(), 4U) << "a source that is read again gets a second row";

@@ -1,5 +1,6 @@
 #include "scan/walker.h"
 
+#include "robustness/api_error_text.h"
 #include "support/scan_fixture.h"
 
 namespace hl {
@@ -206,6 +207,26 @@ TEST_F(Walk, CanBeStoppedWithinTheFilesOfALongFolderAndWhileTheReaderWaits) {
         disk.waitsAt = waitsAt;
         pump.onPump = [&, pressed = pressed] { state.CancelState = pressed; };
         EXPECT_EQ(walk(items), expected);
+    }
+}
+
+TEST_F(Walk, SaysOnceForAFolderThatItWaitsLongAndOnceWhichDiskDoesNotAnswer) {
+    pump.tickStep = 1000;
+    disk.waitsAt = 2;
+    for (const Flag follow : {Flag{0}, Flag{1}}) {
+        options.ScanHardlinks = follow;
+        for (const int waits : {2, 20}) {
+            host.calls.clear();
+            disk.waits = waits;
+            disk.silentMounts = {"/mnt"};
+            walk({folder("b", {file("c", 2)}), folder("d")});
+            Lines calls = {"notice /mnt antwortet nicht. Verknüpfungen dorthin gelten als Dateien."};
+            if (follow == 1)
+                calls.insert(calls.begin(), "not read /mnt: " + ApiErrorText(true, ETIMEDOUT, facts));
+            if (waits == 20) calls.push_back("notice Warten auf /s/b/ ...");
+            std::erase(host.calls, "first level");
+            EXPECT_EQ(host.calls, calls);
+        }
     }
 }
 

@@ -64,7 +64,10 @@ class FakeFileSystem : public FileSystem {
     char separator = '/';
     /// What happens when the n-th block is asked for, from 1 on.
     std::map<int, std::function<void()>> at;
-    int waitsAt = 0;  ///< The block, counted likewise, for which the reader has to wait.
+    int waitsAt = 0;  ///< The block, counted likewise, for which the reader has to wait,
+    int waits = 1;    ///< and how often it asks whether to go on.
+    std::vector<std::string> silentMounts;  ///< Told with the next block.
+    std::map<std::string, int, std::less<>> lookErrors;
 
     // What was asked.
     std::vector<std::string> reads;
@@ -76,6 +79,7 @@ class FakeFileSystem : public FileSystem {
     std::unique_ptr<FolderReader> read(std::string_view source, const ReadOptions& options,
                                        WaitCallback* wait) override;
     PathFacts look(std::string_view path) override {
+        if (const auto error = lookErrors.find(path); error != lookErrors.end()) return {error->second};
         const Item* item = find(path);
         if (item == nullptr) return {.error = 2};
         return {0, item->isFolder() && !item->isLink(), item->facts.inode, item->facts.links,
@@ -123,8 +127,10 @@ class FakeReader : public FolderReader {
     std::unique_ptr<Listing> next() override {
         ++disk_.blocks;
         if (const auto act = disk_.at.find(disk_.blocks); act != disk_.at.end()) act->second();
-        if (disk_.blocks == disk_.waitsAt && wait_ != nullptr && !wait_->goOnWaiting()) return nullptr;
+        for (int i = 0; disk_.blocks == disk_.waitsAt && wait_ != nullptr && i < disk_.waits; ++i)
+            if (!wait_->goOnWaiting()) return nullptr;
         auto block = deliver();
+        if (block != nullptr) block->silentMounts = std::exchange(disk_.silentMounts, {});
         if (block == nullptr) ADD_FAILURE() << "asked for a block beyond the last";
         if (block != nullptr && first_) disk_.folders.push_back(open_.back().item->name);
         return block;

@@ -62,7 +62,10 @@ class RecordingHost : public ScanHost {
     void statusAfterRun(const std::string& text) override { note("status " + text); }
     void folderEntered(std::string_view path) override { folders.emplace_back(path); }
     void firstLevelFolderDone() override { note("first level"); }
-    void sourceMissing(const std::string& source) override { note("missing " + source); }
+    void sourceMissing(const std::string& source, const std::string& reason) override {
+        note("missing " + source + reason);
+    }
+    void scanNotice(const std::string& text) override { note("notice " + text); }
     void notRead(std::string_view path, const std::string& reason) override {
         note("not read " + std::string(path) + ": " + reason);
     }

@@ -63,8 +63,9 @@ std::span<const T> copyTo(char*& place, const std::vector<T>& from) {
 
 }  // namespace
 
-BlockReader::BlockReader(DirectoryCalls& calls, const ReadOptions& options)
+BlockReader::BlockReader(DirectoryCalls& calls, LinkLook& links, const ReadOptions& options)
     : calls_(calls),
+      links_(links),
       options_(options),
       mask_(STATX_TYPE | STATX_SIZE),
       records_(std::make_unique_for_overwrite<char[]>(kRecordBytes)) {
@@ -93,12 +94,13 @@ BlockReader::Fill BlockReader::fill(int folder) {
 
 // The hot loop of a scan: for each entry that is no folder one statx relative to the open folder, and nothing
 // else that enters the kernel. The type in the record saves the look at folders.
-std::shared_ptr<const Block> BlockReader::build(int folder) {
+std::shared_ptr<const Block> BlockReader::build(int folder, const LinkLook::GoOn& goOn) {
     entries_.clear();
     times_.clear();
     entered_.clear();
     names_.clear();
     entryError_ = 0;
+    LinkLook::Place place{folder};
     for (std::size_t at = 0; at < length_;) {
         const auto* record = reinterpret_cast<const Record*>(records_.get() + at);
         at += record->length;
@@ -107,7 +109,7 @@ std::shared_ptr<const Block> BlockReader::build(int folder) {
         if (record->type == kFolder) {
             addFolder({record->name, length}, 0, kTagNone);
         } else if (record->type == kLink) {
-            addLink(folder, record->name, length);
+            addLink(place, record->name, length, goOn);
         } else {
             addOther(folder, record->name, length);
         }
@@ -138,13 +140,12 @@ void BlockReader::addFolder(std::string_view name, std::uint32_t attributes, std
 }
 
 // A link is first asked where it leads: only one that leads to no folder needs a look of its own.
-void BlockReader::addLink(int folder, const char* name, std::size_t length) {
-    struct statx facts;
-    const bool toFolder = calls_.look(folder, name, true, STATX_TYPE, facts) == 0 && S_ISDIR(facts.stx_mode);
-    if (!toFolder) return addOther(folder, name, length);
+void BlockReader::addLink(LinkLook::Place& place, const char* name, std::size_t length,
+                          const LinkLook::GoOn& goOn) {
+    if (!links_.leadsToFolder(place, name, goOn)) return addOther(place.folder, name, length);
     addFolder({name, length}, kAttributeReparse, kTagSymbolicLink);
     std::array<char, PATH_MAX> target;
-    const long got = calls_.readLink(folder, name, target.data(), target.size());
+    const long got = calls_.readLink(place.folder, name, target.data(), target.size());
     if (got <= 0) return;
     // Behind the name and its NUL; the length says where it ends.
     entries_.back().targetLength = static_cast<std::uint16_t>(got);
@@ -154,6 +155,7 @@ void BlockReader::addLink(int folder, const char* name, std::size_t length) {
 void BlockReader::addOther(int folder, const char* name, std::size_t length) {
     struct statx facts;
     const int result = calls_.look(folder, name, false, mask_, facts);
+    answers_.store(answers() + 1, std::memory_order_relaxed);
     if (result == -ENOENT) return;  // Gone since its name was read.
     const std::string_view text(name, length);
     if (result < 0) {

@@ -6,6 +6,7 @@
 // build() then looks at each entry once.
 #pragma once
 
+#include <atomic>
 #include <cstdint>
 #include <memory>
 #include <span>
@@ -14,6 +15,7 @@
 
 #include "platform/folder_reader.h"
 #include "platform/linux/directory_calls.h"
+#include "platform/linux/link_look.h"
 
 namespace hl {
 
@@ -30,8 +32,8 @@ struct Block {
 
 class BlockReader {
   public:
-    /// `calls` must outlive it.
-    BlockReader(DirectoryCalls& calls, const ReadOptions& options);
+    /// `calls` and `links` must outlive it.
+    BlockReader(DirectoryCalls& calls, LinkLook& links, const ReadOptions& options);
 
     struct Fill {
         int error = 0;            ///< Positive system error code; what was read before it is kept.
@@ -44,11 +46,15 @@ class BlockReader {
     Fill fill(int folder);
     /// The block of the records of the last fill(). Entries that are gone by now are not in it.
     /// REQUIRES: fill() was called, and `folder` is open on the same folder.
-    std::shared_ptr<const Block> build(int folder);
+    /// `goOn` is asked where it has to wait for a disk to which a link leads (link_look.h).
+    std::shared_ptr<const Block> build(int folder, const LinkLook::GoOn& goOn);
+
+    /// How many entries were looked at so far. From any thread.
+    std::uint32_t answers() const { return answers_.load(std::memory_order_relaxed); }
 
   private:
     void addFolder(std::string_view name, std::uint32_t attributes, std::uint32_t tag);
-    void addLink(int folder, const char* name, std::size_t length);
+    void addLink(LinkLook::Place& place, const char* name, std::size_t length, const LinkLook::GoOn& goOn);
     void addOther(int folder, const char* name, std::size_t length);
     void addFile(const struct statx& facts, std::string_view name);
     std::uint32_t keepName(std::string_view name);
@@ -56,8 +62,10 @@ class BlockReader {
     std::shared_ptr<const Block> pack();
 
     DirectoryCalls& calls_;
+    LinkLook& links_;
     const ReadOptions options_;
     unsigned mask_;
+    std::atomic<std::uint32_t> answers_{0};
     std::unique_ptr<char[]> records_;
     std::size_t length_ = 0;
     std::vector<Entry> entries_;

@@ -9,6 +9,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <array>
 #include <atomic>
 #include <climits>
 #include <string_view>
@@ -98,6 +99,14 @@ int DirectoryCalls::look(int folder, const char* name, bool followLinks, unsigne
     const int flags =
         AT_NO_AUTOMOUNT | (followLinks ? 0 : AT_SYMLINK_NOFOLLOW) | (name[0] == '\0' ? AT_EMPTY_PATH : 0);
     return resultOf(::statx(folder, name, flags, mask, &out));
+}
+
+std::string DirectoryCalls::pathOf(int folder) {
+    std::array<char, PATH_MAX> path;
+    const std::string link = "/proc/self/fd/" + std::to_string(folder);
+    const ssize_t length = ::readlink(link.c_str(), path.data(), path.size());
+    const bool isWhole = length > 0 && static_cast<std::size_t>(length) < path.size();
+    return isWhole ? std::string(path.data(), static_cast<std::size_t>(length)) : std::string();
 }
 
 long DirectoryCalls::readLink(int folder, const char* name, char* buffer, std::size_t bytes) {

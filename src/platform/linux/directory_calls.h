@@ -35,6 +35,9 @@ class DirectoryCalls {
     virtual long readEntries(int folder, void* buffer, std::size_t bytes);
     /// statx of an entry of the open folder, or of the folder itself for an empty name.
     virtual int look(int folder, const char* name, bool followLinks, unsigned mask, struct statx& out);
+    /// Where the open folder is, by names that are no links; empty if that is too long for the system. No
+    /// file system is asked.
+    std::string pathOf(int folder);
     virtual long readLink(int folder, const char* name, char* buffer, std::size_t bytes);
     virtual int identity(int folder, FolderId& id);
     /// Goes on reading entries behind the one with this cookie.

@@ -10,6 +10,8 @@
 #include <climits>
 #include <thread>
 
+#include "platform/linux/read_ahead.h"
+
 namespace hl {
 
 namespace {
@@ -51,12 +53,12 @@ PathFacts LinuxFileSystem::look(std::string_view path) {
     PathFacts result;
     struct statx facts;
     const unsigned mask = STATX_TYPE | STATX_INO | STATX_NLINK | STATX_SIZE;
-    int error = calls_.look(AT_FDCWD, withoutTrailing(path).c_str(), false, mask, facts);
+    int error = calls_->look(AT_FDCWD, withoutTrailing(path).c_str(), false, mask, facts);
     if (error == -ENAMETOOLONG) {
         // Too long for one call: what can be opened as a folder, step by step, exists as one.
-        const int folder = calls_.openSource(withoutTrailing(path));
-        error = folder < 0 ? folder : calls_.look(folder, "", false, mask, facts);
-        if (folder >= 0) calls_.close(folder);
+        const int folder = calls_->openSource(withoutTrailing(path));
+        error = folder < 0 ? folder : calls_->look(folder, "", false, mask, facts);
+        if (folder >= 0) calls_->close(folder);
     }
     if (error < 0) {
         result.error = -error;
@@ -72,11 +74,11 @@ PathFacts LinuxFileSystem::look(std::string_view path) {
 std::string LinuxFileSystem::target(std::string_view path, int& error) {
     const std::string plain = withoutTrailing(path);
     std::array<char, PATH_MAX> text;
-    const long got = calls_.readLink(AT_FDCWD, plain.c_str(), text.data(), text.size());
+    const long got = calls_->readLink(AT_FDCWD, plain.c_str(), text.data(), text.size());
     error = got < 0 ? static_cast<int>(-got) : 0;
     if (got >= 0) return {text.data(), static_cast<std::size_t>(got)};
     struct statx facts;
-    if (calls_.look(AT_FDCWD, plain.c_str(), false, STATX_MNT_ID, facts) < 0 ||
+    if (calls_->look(AT_FDCWD, plain.c_str(), false, STATX_MNT_ID, facts) < 0 ||
         (facts.stx_attributes & STATX_ATTR_MOUNT_ROOT) == 0)
         return {};
     for (const Mount& mount : readMountTable()) {

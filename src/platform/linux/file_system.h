@@ -7,7 +7,8 @@
 
 #include "platform/folder_reader.h"
 #include "platform/linux/directory_calls.h"
-#include "platform/linux/read_ahead.h"
+#include "platform/linux/mount_table.h"
+#include "platform/linux/read_ahead_limits.h"
 
 namespace hl {
 
@@ -19,18 +20,18 @@ ReadAheadLimits limitsOfThisMachine(bool readAhead);
 
 class LinuxFileSystem final : public FileSystem {
   public:
-    /// `prepareThread` (may be null) runs first in each helper thread. The file system must outlive the
-    /// readers that it gives.
+    /// `prepareThread` (may be null) runs first in each helper thread.
     LinuxFileSystem(const ReadAheadLimits& limits, void (*prepareThread)())
         : limits_(limits), prepareThread_(prepareThread) {}
 
     std::unique_ptr<FolderReader> read(std::string_view source, const ReadOptions& options,
                                        WaitCallback* wait) override;
+    bool mayHang(std::string_view path) override { return canHang(std::string(path)); }
     PathFacts look(std::string_view path) override;
     std::string target(std::string_view path, int& error) override;
 
   private:
-    DirectoryCalls calls_;
+    std::shared_ptr<DirectoryCalls> calls_ = std::make_shared<DirectoryCalls>();
     ReadAheadLimits limits_;
     void (*prepareThread_)();
 };

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <array>
 #include <climits>
+#include <utility>
 
 #include "base/text.h"
 
@@ -117,8 +118,11 @@ bool kindCanHang(std::string_view kind) {
     return isFuse || kind == "autofs" || isRemoteKind(kind);
 }
 
-bool anyCanHang(const std::vector<Mount>& mounts) {
-    return std::any_of(mounts.begin(), mounts.end(), [](const Mount& mount) { return mount.canHang; });
+std::unordered_set<std::string> namesOfWhatCanHang(const std::vector<Mount>& mounts) {
+    std::unordered_set<std::string> names;
+    for (const Mount& mount : mounts)
+        if (mount.canHang) names.insert(mount.mountPoint.substr(mount.mountPoint.rfind('/') + 1));
+    return names;
 }
 
 // From mount to mount, as the kernel goes down a path: of those that lie in a mount, it enters the one whose
@@ -142,11 +146,23 @@ const Mount* mountOf(const std::vector<Mount>& mounts, std::string_view path) {
     return at;
 }
 
-const Mount* mountThatCanHang(const std::vector<Mount>& mounts, const std::string& path) {
+namespace {
+
+// The mount of a path without links, if it can hang. Few mounts can: most paths are on none by their names.
+const Mount* whichCanHang(const std::vector<Mount>& mounts, const std::string& path) {
+    const auto mayHold = [&](const Mount& mount) { return mount.canHang && isBelow(path, mount.mountPoint); };
+    if (std::none_of(mounts.begin(), mounts.end(), mayHold)) return nullptr;
+    const Mount* mount = mountOf(mounts, path);
+    return mount != nullptr && mount->canHang ? mount : nullptr;
+}
+
+}  // namespace
+
+const Mount* mountThatCanHang(const std::vector<Mount>& mounts, const std::string& path, bool followLast) {
     constexpr int kMostLinks = 40;  // The kernel follows no more.
-    if (!anyCanHang(mounts)) return nullptr;
-    const Mount* root = mountOf(mounts, "/");
-    if (root != nullptr && root->canHang) return root;
+    const bool some = std::any_of(mounts.begin(), mounts.end(), [](const Mount& m) { return m.canHang; });
+    if (!some) return nullptr;
+    if (const Mount* root = whichCanHang(mounts, "/")) return root;
     std::string at;  // What was gone so far; empty is "/".
     std::string rest = path.starts_with('/') ? path : currentFolder() + "/" + path;
     for (int links = 0; !rest.empty();) {
@@ -158,21 +174,17 @@ const Mount* mountThatCanHang(const std::vector<Mount>& mounts, const std::strin
             at.resize(at.empty() ? 0 : at.rfind('/'));
             continue;
         }
-        const std::string next = at + "/" + name;
-        const auto mayHold = [&](const Mount& mount) {
-            return mount.canHang && isBelow(next, mount.mountPoint);
-        };
-        if (std::any_of(mounts.begin(), mounts.end(), mayHold)) {
-            const Mount* mount = mountOf(mounts, next);
-            if (mount != nullptr && mount->canHang) return mount;
-        }
+        std::string next = at;
+        next.append("/").append(name);
+        if (const Mount* mount = whichCanHang(mounts, next)) return mount;
+        if (rest.empty() && !followLast) break;
         const std::string target = linkTarget(next);
         if (target.empty() || ++links > kMostLinks) {
-            at = next;
+            at = std::move(next);
             continue;
         }
         if (target.starts_with('/')) at.clear();
-        rest = target + "/" + rest;
+        rest.insert(0, "/").insert(0, target);
     }
     return nullptr;
 }

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <unordered_set>
 #include <vector>
 
 namespace hl {
@@ -34,7 +35,8 @@ bool isRemoteKind(std::string_view kind);
 /// a process of some user answers: the network's kinds, FUSE, and autofs, which waits for one of them.
 bool kindCanHang(std::string_view kind);
 
-bool anyCanHang(const std::vector<Mount>& mounts);
+/// The last names of the mount points of those that can hang.
+std::unordered_set<std::string> namesOfWhatCanHang(const std::vector<Mount>& mounts);
 
 /// The mount that an absolute path lies on if none of its names is a link; null if the table does not tell.
 /// The table alone is asked.
@@ -44,8 +46,10 @@ const Mount* mountOf(const std::vector<Mount>& mounts, std::string_view path);
 /// cannot hang, so that the question itself never does; where the first mount that can hang is met the answer
 /// is yes. A path that somebody changes after the answer may lead anywhere.
 bool canHang(const std::vector<Mount>& mounts, const std::string& path);
-/// The mount that can hang which such a call meets first; null for none.
-const Mount* mountThatCanHang(const std::vector<Mount>& mounts, const std::string& path);
+/// The mount that can hang which such a call meets first; null for none. Without `followLast` the last name
+/// is taken for no link.
+const Mount* mountThatCanHang(const std::vector<Mount>& mounts, const std::string& path,
+                              bool followLast = true);
 /// The same by the table as it is now.
 bool canHang(const std::string& path);
 

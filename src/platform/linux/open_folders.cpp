@@ -23,6 +23,7 @@ Folder* OpenFolders::make(Folder* parent, std::string name, bool throughLink) {
     if (parent != nullptr) {
         folder->depth_ = parent->depth_ + 1;
         folder->linksAbove_ = parent->linksAbove_ + (throughLink ? 1 : 0);
+        folder->canHang = parent->canHang;
         addReference(parent);
     }
     return folder;
@@ -50,7 +51,11 @@ void OpenFolders::detach(Folder* folder) {
     (folder->olderOpen_ != nullptr ? folder->olderOpen_->newerOpen_ : oldest_) = folder->newerOpen_;
     (folder->newerOpen_ != nullptr ? folder->newerOpen_->olderOpen_ : newest_) = folder->olderOpen_;
     folder->olderOpen_ = folder->newerOpen_ = nullptr;
-    calls_.close(folder->descriptor_);
+    if (folder->canHang) {
+        closable_.push_back(folder->descriptor_);
+    } else {
+        calls_.close(folder->descriptor_);
+    }
     folder->descriptor_ = -1;
     --openCount_;
 }
@@ -64,11 +69,18 @@ void OpenFolders::opened(Folder* folder, int descriptor) {
 bool OpenFolders::closeOne() {
     for (Folder* folder = oldest_; folder != nullptr; folder = folder->newerOpen_) {
         if (folder->pins_ > 0 || folder->parent_ == nullptr) continue;
-        if (calls_.identity(folder->descriptor_, folder->id_) < 0) continue;
+        if (!folder->canHang && calls_.identity(folder->descriptor_, folder->id_) < 0) continue;
         detach(folder);
         return true;
     }
     return false;
+}
+
+void OpenFolders::closeClosable(Lock& lock) {
+    const std::vector<int> closable = std::exchange(closable_, {});
+    lock.unlock();
+    for (const int descriptor : closable) calls_.close(descriptor);
+    lock.lock();
 }
 
 void OpenFolders::closeIfDone(Folder* folder) {
@@ -80,11 +92,14 @@ void OpenFolders::dropNeed(Folder* folder) {
     closeIfDone(folder);
 }
 
-int OpenFolders::pin(Folder* folder) {
+int OpenFolders::pin(Folder* folder, Lock* lock) {
     if (folder->descriptor_ < 0) {
         int result = folder->lost_;
-        if (result == 0) result = stepDown(folder);
-        while (isShortage(result) && closeOne()) result = stepDown(folder);
+        if (result == 0) result = stepDown(folder, lock);
+        while (isShortage(result) && closeOne()) {
+            if (folder->canHang && lock != nullptr) closeClosable(*lock);
+            result = stepDown(folder, lock);
+        }
         if (result < 0 && !isShortage(result)) folder->lost_ = result;
         if (result < 0) return result;
     }
@@ -103,7 +118,7 @@ bool OpenFolders::isSame(int descriptor, const Folder* folder) {
 }
 
 void OpenFolders::reopenFromBelow(Folder* above, Folder* below) {
-    if (above->descriptor_ >= 0 || above->lost_ < 0) return;
+    if (above->descriptor_ >= 0 || above->lost_ < 0 || below->canHang) return;
     int at = below->descriptor_;
     for (std::uint32_t left = below->depth_ - above->depth_; left > 0 && at >= 0;) {
         const unsigned levels = std::min(left, kMostLevelsAtOnce);
@@ -128,13 +143,33 @@ void OpenFolders::reattach(Folder* folder, int descriptor) {
 }
 
 // From the deepest folder above that is open, by the names that were read; true identity is asked at the end.
-int OpenFolders::stepDown(Folder* folder) {
+int OpenFolders::stepDown(Folder* folder, Lock* lock) {
     std::vector<const Folder*> steps;
-    const Folder* start = folder;
+    Folder* start = folder;
     for (; start->descriptor_ < 0; start = start->parent_) {
         if (start->parent_ == nullptr) return -ESTALE;
         steps.push_back(start);
     }
+    if (!folder->canHang || lock == nullptr) {
+        const int result = openByNames(start, steps);
+        if (result >= 0) reattach(folder, result);
+        return std::min(result, 0);
+    }
+    ++start->pins_;
+    lock->unlock();
+    const int result = openByNames(start, steps);
+    lock->lock();
+    unpin(start);
+    if (result < 0) return result;
+    if (folder->descriptor_ < 0) {
+        reattach(folder, result);
+    } else {
+        closable_.push_back(result);  // Another thread was first.
+    }
+    return 0;
+}
+
+int OpenFolders::openByNames(Folder* start, const std::vector<const Folder*>& steps) {
     int at = start->descriptor_;
     for (auto step = steps.rbegin(); step != steps.rend(); ++step) {
         const int next = calls_.openChild(at, (*step)->name_.c_str(), (*step)->throughLink(), true);
@@ -142,12 +177,9 @@ int OpenFolders::stepDown(Folder* folder) {
         if (next < 0) return next;
         at = next;
     }
-    if (!isSame(at, folder)) {
-        calls_.close(at);
-        return -ESTALE;
-    }
-    reattach(folder, at);
-    return 0;
+    if (isSame(at, steps.front())) return at;
+    calls_.close(at);
+    return -ESTALE;
 }
 
 }  // namespace hl

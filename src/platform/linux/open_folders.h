@@ -6,11 +6,18 @@
 // name, step by step from the deepest open folder above it; either way it is taken only if device and inode
 // are the same.
 //
+// Calls on the folders of a mount that can hang are never made under the lock, and only by threads that may
+// hang: such a folder is found again by name alone, has its identity from the moment when it was opened, and
+// is closed by closeClosable().
+//
 // The caller holds one lock around every call. No call recurses; depth has no limit.
 #pragma once
 
 #include <cstdint>
+#include <mutex>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "platform/linux/directory_calls.h"
 
@@ -36,6 +43,8 @@ class Folder {
     bool throughLink() const { return parent_ != nullptr && linksAbove_ != parent_->linksAbove_; }
     /// Where to go on reading if the folder was closed in the middle of its entries.
     std::int64_t cookie = 0;
+    /// Calls on it may hang. As the folder above at first.
+    bool canHang = false;
 
   private:
     friend class OpenFolders;
@@ -55,6 +64,8 @@ class Folder {
 
 class OpenFolders {
   public:
+    using Lock = std::unique_lock<std::mutex>;
+
     /// `budget` descriptors at most, but always enough for the source and for what threads use at once.
     OpenFolders(DirectoryCalls& calls, std::size_t budget) : calls_(calls), budget_(budget) {}
     /// REQUIRES: every folder was released.
@@ -74,14 +85,19 @@ class OpenFolders {
     /// Closes the folder when nothing needs it any more.
     void dropNeed(Folder* folder);
     /// The descriptor, opened again if it had to be closed; it stays open until unpin. A negative system
-    /// error code if the folder cannot be found again; it must not be unpinned then.
-    int pin(Folder* folder);
+    /// error code if the folder cannot be found again; it must not be unpinned then. `lock` is the caller's:
+    /// given up meanwhile if the folder can hang.
+    int pin(Folder* folder, Lock* lock = nullptr);
     void unpin(Folder* folder);
     /// Opens `above` again from `below`, by ".." alone, if it had to be closed. Cheap if it is open.
     /// REQUIRES: `above` is above `below`, which is pinned.
     void reopenFromBelow(Folder* above, Folder* below);
     /// Closes one folder that nobody uses right now. False if there is none.
     bool closeOne();
+    /// Whether there are descriptors that are done with and that only a thread that may hang can close.
+    bool hasClosable() const { return !closable_.empty(); }
+    /// Closes them, without the lock.
+    void closeClosable(Lock& lock);
 
     std::size_t mostOpen() const { return mostOpen_; }
 
@@ -91,7 +107,8 @@ class OpenFolders {
     void detach(Folder* folder);
     void closeIfDone(Folder* folder);
     bool isSame(int descriptor, const Folder* folder);
-    int stepDown(Folder* folder);
+    int stepDown(Folder* folder, Lock* lock);
+    int openByNames(Folder* start, const std::vector<const Folder*>& steps);
 
     DirectoryCalls& calls_;
     std::size_t budget_;
@@ -99,6 +116,7 @@ class OpenFolders {
     std::size_t mostOpen_ = 0;
     Folder* oldest_ = nullptr;
     Folder* newest_ = nullptr;
+    std::vector<int> closable_;
 };
 
 }  // namespace hl

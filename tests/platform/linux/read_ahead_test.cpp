@@ -5,74 +5,21 @@
 #include <chrono>
 #include <thread>
 
-#include "base/size_text.h"
 #include "support/recording_calls.h"
+#include "support/seen_walk.h"
 #include "support/temp_dir.h"
 #include "support/trees.h"
 
 namespace hl {
 namespace {
 
+using test::limits;
 using test::RecordingCalls;
+using test::Seen;
+using test::shared;
 using test::TempDir;
-
-/// What a walk over a reader saw, in order.
-struct Seen {
-    std::string text;  ///< A line for each entry: depth, kind, name, size.
-    std::uint64_t folders = 0, files = 0, bytes = 0, blocks = 0;
-    std::vector<int> errors;
-};
-
-struct Walked {
-    std::unique_ptr<Listing> block;
-    std::size_t next = 0;
-};
-
-void noteBlock(const Listing& block, Seen& seen) {
-    ++seen.blocks;
-    for (const int error : {block.error, block.entryError, block.endError})
-        if (error != 0) seen.errors.push_back(error);
-}
-
-Seen walk(FolderReader& reader, const ReadOptions& options, bool withText = true) {
-    Seen seen;
-    std::vector<Walked> levels;
-    const auto enter = [&] {
-        levels.push_back({reader.next()});
-        noteBlock(*levels.back().block, seen);
-    };
-    enter();
-    while (!levels.empty()) {
-        Walked& level = levels.back();
-        if (level.next == level.block->count && level.block->more) {
-            level.block = reader.next();
-            level.next = 0;
-            noteBlock(*level.block, seen);
-        } else if (level.next == level.block->count) {
-            levels.pop_back();
-        } else {
-            const Entry& entry = level.block->entries[level.next++];
-            const bool folder = (entry.attributes & kAttributeDirectory) != 0;
-            (folder ? seen.folders : seen.files) += 1;
-            seen.bytes += entry.size;
-            if (withText)
-                seen.text += std::to_string(levels.size()) + (folder ? " d " : " f ") +
-                             std::string(level.block->name(entry)) + " " + std::to_string(entry.size) + "\n";
-            if (folder && (entry.tag == kTagNone || options.followLinks)) enter();
-        }
-    }
-    return seen;
-}
-
-ReadAheadLimits limits(unsigned helpers, std::size_t openFolders = 64) {
-    return {helpers, helpers, 1 << 20, openFolders};
-}
-
-Seen walkOnce(DirectoryCalls& calls, const std::string& root, const ReadAheadLimits& limits,
-              const ReadOptions& options = {}) {
-    ReadAhead reader(calls, root, options, limits, nullptr, nullptr);
-    return walk(reader, options);
-}
+using test::walk;
+using test::walkOnce;
 
 /// Folders of many shapes: wide ones of several blocks, nested ones, empty ones, links and a pipe.
 void makeMixedTree(const std::string& root) {
@@ -163,7 +110,7 @@ TEST(ReadAhead, ComesBackToFoldersThatHadToBeClosedByNoPathThatGrows) {
     for (const unsigned helpers : {0U, 3U}) {
         RecordingCalls calls;
         {
-            ReadAhead reader(calls, dir.path(), {}, limits(helpers, 8), nullptr, nullptr);
+            ReadAhead reader(shared(calls), dir.path(), {}, limits(helpers, 8), nullptr, nullptr);
             const Seen seen = walk(reader, {}, false);
             EXPECT_EQ(seen.folders, 3U * kDepth);
             EXPECT_TRUE(seen.errors.empty());
@@ -260,7 +207,7 @@ TEST(ReadAhead, LeavesNothingBehindWhenItIsStopped) {
     for (int stopAt = 1; stopAt < 120; stopAt += 17) {
         RecordingCalls calls;
         {
-            ReadAhead reader(calls, dir.path(), {}, limits(4), nullptr, nullptr);
+            ReadAhead reader(shared(calls), dir.path(), {}, limits(4), nullptr, nullptr);
             std::vector<std::unique_ptr<Listing>> kept;
             for (int i = 0; i < stopAt; ++i) kept.push_back(reader.next());
         }
@@ -287,7 +234,7 @@ TEST(ReadAhead, StopsWaitingWhenItIsToldTo) {
         return 0;
     };
     GiveUp giveUp;
-    ReadAhead reader(calls, dir.path(), {}, limits(2), &giveUp, nullptr);
+    ReadAhead reader(shared(calls), dir.path(), {}, limits(2), &giveUp, nullptr);
     int blocks = 0;
     while (reader.next() != nullptr && blocks < 31) ++blocks;
     EXPECT_LT(blocks, 31);

@@ -1,0 +1,18 @@
+// What reading ahead may take of the machine.
+#pragma once
+
+#include <chrono>
+#include <cstddef>
+
+namespace hl {
+
+struct ReadAheadLimits {
+    unsigned helpersWarm = 1;  ///< Helpers while folders come from the cache.
+    unsigned helpersCold = 8;  ///< The most while reads wait. With 0 in both the walk reads alone.
+    std::size_t bytesAhead = std::size_t{1} << 20;
+    std::size_t openFolders = 64;  ///< Budget of descriptors.
+    /// What a disk that can hang has for an answer, and for saying where a link leads.
+    std::chrono::milliseconds answer{30'000}, link{10'000};
+};
+
+}  // namespace hl

@@ -1,0 +1,159 @@
+// Reading where a disk does not answer: shown with a file system whose process is stopped, continued, killed.
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <thread>
+
+#include "support/fuse_mount.h"
+#include "support/recording_calls.h"
+#include "support/seen_walk.h"
+#include "support/temp_dir.h"
+
+namespace hl {
+namespace {
+
+using namespace std::chrono_literals;
+using test::Seen;
+using Clock = std::chrono::steady_clock;
+
+constexpr auto kAnswer = 300ms;
+constexpr auto kAtOnce = 5s;  // On a machine with much else to do; what hangs takes longer.
+
+ReadAheadLimits hasty(unsigned helpers) {
+    ReadAheadLimits limits = test::limits(helpers);
+    limits.answer = limits.link = kAnswer;
+    return limits;
+}
+
+/// Calls `act` at the n-th look of who waits; false from it is Stop.
+struct Waiting final : WaitCallback {
+    explicit Waiting(std::function<bool(int)> what) : act(std::move(what)) {}
+    bool goOnWaiting() override { return act(++looks); }
+    std::function<bool(int)> act;
+    int looks = 0;
+};
+
+class ReadAheadHanging : public testing::Test {
+  protected:
+    void SetUp() override {
+        test::makeTree(dir_.path(), {"shown/a/file", "shown/b/file", "shown/c/d/e/file", "local/a/file"});
+        mount_.emplace(dir_.path() + "/shown", dir_.path() + "/mount");
+        if (!mount_->missing().empty()) GTEST_SKIP() << mount_->missing();
+    }
+    void TearDown() override {
+        mount_.reset();
+        EXPECT_TRUE(test::comes([] { return HelperSlot::taken() == 0; })) << "what came back ends";
+    }
+
+    ReadAhead reader(const std::string& source, unsigned helpers, WaitCallback* wait = nullptr,
+                     const ReadOptions& options = {}) const {
+        return {std::make_shared<DirectoryCalls>(), source, options, hasty(helpers), wait, nullptr};
+    }
+    Seen seen(const std::string& source, unsigned helpers, const ReadOptions& options = {},
+              WaitCallback* wait = nullptr) const {
+        ReadAhead ahead = reader(source, helpers, wait, options);
+        return test::walk(ahead, options);
+    }
+
+    const test::TempDir dir_;
+    const std::string shown_ = dir_.path() + "/shown", on_ = dir_.path() + "/mount";
+    std::optional<test::FuseMount> mount_;
+};
+
+TEST_F(ReadAheadHanging, AFolderThatDoesNotAnswerIsAnErrorAndTheRestIsRead) {
+    for (const unsigned helpers : {0U, 1U, 8U}) EXPECT_EQ(seen(on_, helpers).text, seen(shown_, 0).text);
+    test::makeTree(shown_, {"b/hangs/file", "hangs/file"});
+    for (const unsigned helpers : {0U, 1U, 8U}) {
+        const Seen rest = seen(on_, helpers);
+        EXPECT_EQ(rest.errors, std::vector<int>(2, ETIMEDOUT)) << helpers;
+        EXPECT_EQ(std::pair(rest.folders, rest.files), std::pair(std::uint64_t{7}, std::uint64_t{3}))
+            << helpers;
+    }
+}
+
+TEST_F(ReadAheadHanging, ASlowDiskIsNotGivenUpWhileItAnswers) {
+    for (int i = 0; i < 60; ++i) test::makeFile(shown_ + "/a/" + std::to_string(i), 1);
+    const auto slow = std::make_shared<test::RecordingCalls>();
+    slow->onLook = [](const std::string&) {
+        std::this_thread::sleep_for(kAnswer / 30);
+        return 0;
+    };
+    ReadAhead ahead(slow, on_, {}, hasty(1), nullptr, nullptr);
+    EXPECT_EQ(test::walk(ahead, {}).errors, std::vector<int>());
+}
+
+TEST_F(ReadAheadHanging, AStopEndsTheWaitAndLeavesTheHelperBehindButNeverMoreThanSixteen) {
+    mount_->stopAnswering();
+    const auto start = Clock::now();
+    for (int i = 0; i < 20; ++i) {
+        Waiting stop([](int) { return false; });
+        ReadAhead ahead = reader(on_, 1, &stop);
+        const auto block = ahead.next();
+        ASSERT_EQ(block == nullptr, i < 16) << i;
+        if (block != nullptr) {
+            EXPECT_EQ(block->error, ETIMEDOUT) << "nothing is left to wait with";
+        }
+    }
+    EXPECT_EQ(HelperSlot::taken(), 16U);
+    EXPECT_LT(Clock::now() - start, 20 * 300ms + kAtOnce);
+    mount_->answerAgain();
+    EXPECT_TRUE(test::comes([] { return HelperSlot::taken() == 0; }));
+    EXPECT_EQ(seen(on_, 1).text, seen(shown_, 0).text);
+}
+
+TEST_F(ReadAheadHanging, ADiskThatIsStoppedGoesOnOrDies) {
+    for (const bool dies : {false, true}) {
+        mount_->stopAnswering();
+        Waiting wait([&](int nth) {
+            if (nth == 2) dies ? mount_->die() : mount_->answerAgain();
+            return true;
+        });
+        const Seen all = seen(on_, 1, {}, &wait);
+        EXPECT_EQ(all.text, dies ? "" : seen(shown_, 0).text);
+        EXPECT_EQ(all.errors.size(), dies ? 1U : 0U);
+    }
+}
+
+TEST_F(ReadAheadHanging, ALinkToADiskThatDoesNotAnswerIsALinkAndItIsSaidOnce) {
+    for (int i = 0; i < 50; ++i)
+        std::filesystem::create_symlink(on_ + "/a", dir_.path() + "/local/link" + std::to_string(i));
+    const std::string local = dir_.path() + "/local";
+    EXPECT_EQ(seen(local, 1).folders, 51U) << "while it answers they are links to folders";
+    EXPECT_EQ(seen(local, 1, {.followLinks = true}).files, 51U);
+    mount_->stopAnswering();
+    for (const unsigned helpers : {0U, 2U}) {
+        const auto start = Clock::now();
+        const Seen links = seen(local, helpers);
+        EXPECT_EQ(std::pair(links.folders, links.files), std::pair(std::uint64_t{1}, std::uint64_t{51}));
+        EXPECT_EQ(links.silent, std::vector<std::string>{on_});
+        EXPECT_LT(Clock::now() - start, kAtOnce);
+    }
+    Waiting stop([](int) { return false; });
+    EXPECT_EQ(reader(local, 0, &stop).next(), nullptr) << "Stop is heard there too";
+}
+
+TEST_F(ReadAheadHanging, WhatIsFollowedOntoSuchADiskIsReadByHelpersAlone) {
+    std::filesystem::create_symlink(on_, dir_.path() + "/local/link");
+    const ReadOptions follow{.followLinks = true};
+    for (const unsigned helpers : {0U, 2U}) {
+        // The link and the mount itself; the folder of both shows the tree three times.
+        EXPECT_EQ(seen(dir_.path(), helpers, follow).files, 3U + 1U + 3U + 3U);
+        Waiting stops([&](int) { return true; });
+        ReadAhead ahead = reader(dir_.path(), helpers, &stops, follow);
+        const auto first = ahead.next();
+        mount_->stopAnswering();
+        std::vector<int> errors;
+        while (const auto block = ahead.next())
+            if (block->error != 0) errors.push_back(block->error);
+        EXPECT_GE(errors.size(), 1U);
+        for (const int error : errors) EXPECT_EQ(error, ETIMEDOUT);
+        EXPECT_GT(stops.looks, 0) << "messages run meanwhile";
+        mount_->answerAgain();
+    }
+    mount_->stopAnswering();
+    const Seen plain = seen(dir_.path(), 1);
+    EXPECT_TRUE(plain.errors.empty()) << "a mount that is not entered is not asked";
+}
+
+}  // namespace
+}  // namespace hl
