@@ -119,6 +119,7 @@ class Program {
   private:
     int runSilent();
     int runWindow();
+    int tellOfSilentInstance(long process);
     int openWindow(LinuxInstances& instances, bool& restart);
     WindowStart windowStart(WindowForm& frmMain, LinuxInstances& instances, LinuxDrives& drives);
     FormServices formServices(FileSystem& fileSystem);
@@ -246,12 +247,18 @@ int Program::runWindow() {
         const auto sleep = [](std::chrono::milliseconds time) { std::this_thread::sleep_for(time); };
         if (isRestart(line_.text) && !WaitForMutexGone(instances, pump_, sleep)) return kSomethingFailed;
         const auto decision = CheckVBinstance(line_.text, singleInstanceWanted(settings_), instances);
-        if (decision != StartDecision::kShow)
-            return decision == StartDecision::kHandedOver ? kWritten : kSomethingFailed;
+        if (decision == StartDecision::kHandedOver) return kWritten;
+        if (decision == StartDecision::kNoAnswer) return tellOfSilentInstance(instances.process());
         status = openWindow(instances, restart);
     }
     if (restart) startProgram(executable_.string(), {"-RESTART"});
     return status;
+}
+
+int Program::tellOfSilentInstance(long process) {
+    console_.errorLine(texts_.TL(9653, "Harborlantern läuft schon (Prozess %1), antwortet aber nicht.",
+                                 {process != 0 ? std::to_string(process) : "?"}));
+    return kSomethingFailed;
 }
 
 int Program::openWindow(LinuxInstances& instances, bool& restart) {

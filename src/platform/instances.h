@@ -17,8 +17,13 @@ class Instances {
     /// Whether some process holds the mark.
     virtual bool isHeld() = 0;
     /// Delivers a command line, any bytes, to the first instance, which comes to the front; an empty one asks
-    /// for no more than that. Waits at most five seconds. False if nobody took it.
+    /// for no more than that. Waits at most three seconds. False if nobody took it.
     virtual bool deliver(const std::string& commandLine) = 0;
+    /// Number of the process that the last delivery found; 0 if it got to none.
+    virtual long process() const = 0;
+    /// Gives up mark and socket, also for processes that have them from this one. For an end that the kernel
+    /// may hold up: what is on its way to a disk that does not answer keeps a process in being.
+    virtual void letGo() = 0;
 
     /// Begins to listen; REQUIRES: takeFirst() was true. A descriptor, owned by this object, that is readable
     /// when something arrived; -1 on failure.

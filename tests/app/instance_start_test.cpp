@@ -18,6 +18,8 @@ struct FakeInstances : Instances {
         free = goesMeanwhile;
         return answers;
     }
+    long process() const override { return 0; }
+    void letGo() override {}
     int listen() override { return -1; }
     void receive(const std::function<void(const std::string&)>&) override {}
 };

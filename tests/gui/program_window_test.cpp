@@ -95,7 +95,7 @@ std::set<std::string> filesBelow(const std::string& folder) {
     return files;
 }
 
-TEST(ProgramWindow, ASecondStartHandsItsSourcesToTheFirst) {
+TEST(ProgramWindow, ASecondStartHandsItsSourcesToTheFirstOrSaysThatItDoesNotAnswer) {
     const Program program;
     const TempDir tree;
     test::makeFile(tree.path() + "/x", 10);
@@ -111,7 +111,11 @@ TEST(ProgramWindow, ASecondStartHandsItsSourcesToTheFirst) {
         const std::string log = test::readFile(program.home("Harborlantern.log"));
         return log.find("Einlesen: " + tree.path()) != log.npos && log.find("Dateianzahl: 1") != log.npos;
     }));
-    ::kill(std::stoi(pid), SIGTERM);
+    ::kill(std::stoi(pid), SIGSTOP);
+    const auto silent = program.run({tree.path()}, [] { ::setenv("QT_QPA_PLATFORM", "offscreen", 1); });
+    EXPECT_EQ(silent.status, 1);
+    EXPECT_EQ(silent.errors, "Harborlantern läuft schon (Prozess " + pid + "), antwortet aber nicht.\n");
+    for (const int signal : {SIGTERM, SIGCONT}) ::kill(std::stoi(pid), signal);
     first.join();
 }
 

@@ -125,10 +125,12 @@ bool receiveAll(int socket, std::span<char> bytes, const Deadline& deadline) {
                    [socket](std::span<char> rest) { return recv(socket, rest.data(), rest.size(), 0); });
 }
 
-bool isSameUser(int socket) {
+// The process at the other end, if it is of the same user; else 0.
+pid_t ownPeer(int socket) {
     ucred peer{};
     socklen_t size = sizeof peer;
-    return getsockopt(socket, SOL_SOCKET, SO_PEERCRED, &peer, &size) == 0 && peer.uid == geteuid();
+    const bool known = getsockopt(socket, SOL_SOCKET, SO_PEERCRED, &peer, &size) == 0;
+    return known && peer.uid == geteuid() ? peer.pid : 0;
 }
 
 std::array<char, 8> lengthBytes(std::uint64_t length) {
@@ -171,10 +173,14 @@ int atPath(Call call, int socket, const std::string& path) {
     return call(socket, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0 ? 0 : errno;
 }
 
-// False if nobody took the line.
-bool deliverTo(const std::string& socketPath, const std::string& commandLine, const Deadline& deadline) {
+// False if nobody took the line. `process`: who might have.
+bool deliverTo(const std::string& socketPath, const std::string& commandLine, const Deadline& deadline,
+               long& process) {
     const Descriptor peer = newSocket();
-    if (atPath(::connect, peer.number(), socketPath) != 0 || !isSameUser(peer.number())) return false;
+    if (atPath(::connect, peer.number(), socketPath) != 0) return false;
+    const pid_t listener = ownPeer(peer.number());
+    if (listener == 0) return false;
+    process = listener;
     std::array<char, 1> answer{};
     return sendAll(peer.number(), lengthBytes(commandLine.size()), deadline) &&
            sendAll(peer.number(), commandLine, deadline) && receiveAll(peer.number(), answer, deadline) &&
@@ -187,9 +193,20 @@ LinuxInstances::LinuxInstances(const std::string& name, const InstancePlaces& pl
                                Milliseconds deliveryLimit)
     : name_(shortName(name)), deliveryLimit_(deliveryLimit), folder_(chooseFolder(name_, places)) {}
 
-// The socket goes before the mark does: who takes the mark next makes a socket of his own.
 LinuxInstances::~LinuxInstances() {
-    if (socket_.isOpen()) unlinkat(folder_.number(), (name_ + "_APPLICATION").c_str(), 0);
+    letGo();
+}
+
+// The socket goes before the mark does: who takes the mark next makes a socket of his own. A lock belongs to
+// all who have the open file, so that to close it here is not enough.
+void LinuxInstances::letGo() {
+    if (socket_.isOpen()) {
+        unlinkat(folder_.number(), (name_ + "_APPLICATION").c_str(), 0);
+        shutdown(socket_.number(), SHUT_RDWR);
+        socket_.close();
+    }
+    if (mark_.isOpen()) flock(mark_.number(), LOCK_UN);
+    mark_.close();
 }
 
 // --- the mark
@@ -231,7 +248,8 @@ bool LinuxInstances::deliver(const std::string& commandLine) {
     const Deadline deadline(deliveryLimit_);
     // The first instance may have taken its mark only just now and not listen yet, or have many senders
     // waiting; and who was held up between connecting and sending may have been dropped.
-    while (!deliverTo(socketPath(), commandLine, deadline)) {
+    process_ = 0;
+    while (!deliverTo(socketPath(), commandLine, deadline, process_)) {
         if (deadline.passed() || !isHeld()) return false;
         pause(kRetry);
     }
@@ -260,7 +278,7 @@ int LinuxInstances::listen() {
 void LinuxInstances::receive(const std::function<void(const std::string&)>& taken) {
     if (!socket_.isOpen()) return;
     Descriptor peer(accept4(socket_.number(), nullptr, nullptr, SOCK_NONBLOCK | SOCK_CLOEXEC));
-    if (!peer.isOpen() || !isSameUser(peer.number())) return;
+    if (!peer.isOpen() || ownPeer(peer.number()) == 0) return;
     if (!Deadline(kFirstByteLimit).ready(peer.number(), POLLIN)) return;
     const Deadline deadline(kReceiveLimit);
     const auto line = receiveLine(peer.number(), deadline);

@@ -26,7 +26,7 @@ struct InstancePlaces {
 class LinuxInstances final : public Instances {
   public:
     using Milliseconds = std::chrono::milliseconds;
-    static constexpr Milliseconds kDeliveryLimit{5000};
+    static constexpr Milliseconds kDeliveryLimit{3000};
 
     /// `name` is that of the executable, without an extension; instances of one name are instances of one
     /// program.
@@ -39,6 +39,8 @@ class LinuxInstances final : public Instances {
     bool takeFirst() override;
     bool isHeld() override;
     bool deliver(const std::string& commandLine) override;
+    long process() const override { return process_; }
+    void letGo() override;
     int listen() override;
     void receive(const std::function<void(const std::string&)>& taken) override;
 
@@ -48,6 +50,7 @@ class LinuxInstances final : public Instances {
 
     std::string name_;
     Milliseconds deliveryLimit_;
+    long process_ = 0;   ///< Of the first instance, as the last delivery saw it.
     Descriptor folder_;  ///< Not open where there is no safe place.
     Descriptor mark_;    ///< Open while this process is the first.
     Descriptor socket_;  ///< Open while it listens.

@@ -61,6 +61,18 @@ TEST_F(InstancesTest, TheMarkIsOnesAloneAndGoesWithItsHolder) {
     EXPECT_TRUE(!(later.isHeld() || fs::exists(socket)) && later.takeFirst());
 }
 
+// A process that the kernel holds has it all until it is let go.
+TEST_F(InstancesTest, WhatIsLetGoIsFreeThoughAnotherProcessHasItToo) {
+    ASSERT_TRUE(first.takeFirst() && first.listen() >= 0);
+    const pid_t child = fork();
+    if (child == 0) ::pause();
+    first.letGo();
+    EXPECT_TRUE(!later.isHeld() && !fs::exists(socket) && later.takeFirst());
+    EXPECT_EQ(handedOver(later, [&] { return first.deliver("line"); }), Lines{"line"});
+    kill(child, SIGKILL);
+    waitpid(child, nullptr, 0);
+}
+
 // Sent before the first instance listens, as a start right behind it does.
 TEST_F(InstancesTest, ALineOfAnyBytesArrivesWhole) {
     ASSERT_TRUE(first.takeFirst());
@@ -87,9 +99,9 @@ TEST_F(InstancesTest, WhatAKilledInstanceLeftIsInNobodysWay) {
 TEST_F(InstancesTest, AnInstanceThatDoesNotAnswerIsGivenUp) {
     LinuxInstances hasty("prog", places, LinuxInstances::Milliseconds(30));
     ASSERT_TRUE(first.takeFirst());
-    EXPECT_FALSE(hasty.deliver("does not listen yet"));
+    EXPECT_TRUE(!hasty.deliver("does not listen yet") && hasty.process() == 0);
     ASSERT_GE(first.listen(), 0);
-    EXPECT_FALSE(hasty.deliver("does not receive"));
+    EXPECT_TRUE(!hasty.deliver("does not receive") && hasty.process() == ::getpid());
     first.receive([](const std::string& line) { FAIL() << line << ": its sender has given up"; });
 }
 
