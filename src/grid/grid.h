@@ -59,6 +59,7 @@ struct LevelSort {
     std::string key;      ///< Cell to sort by; empty for the row's text.
     bool numbers = true;  ///< A text by the number at its front. False: without regard to case.
     bool descending = true;
+    bool keepsTies = false;  ///< Rows of equal keys keep their order.
 };
 
 class Grid {
@@ -149,8 +150,8 @@ class Grid {
     LevelSort& levelSort(std::uint32_t level) {
         return sorts_[std::min<std::size_t>(level, kSortLevels - 1)];
     }
-    /// Sorts each level from 0 to `deepest` once. Rows of equal keys keep their order; with a cell "IsFolder"
-    /// they go by the bytes of their texts, upward, those with 0 in it last. `between` may be null.
+    /// Sorts each level from 0 to `deepest` once. Rows of equal keys go by the bytes of their texts, upward;
+    /// with a cell "IsFolder" those with 0 in it are last. `between` may be null.
     void sortLevels(std::uint32_t deepest, const std::function<void()>& between = nullptr);
     /// The first row with an index from `from` to `to`, both included, whose text holds `part` without regard
     /// to case; kNoRow if there is none.

@@ -139,8 +139,9 @@ void Grid::sortChildren(Row parent, const LevelSort& sort, CellId cell) {
     const auto textOf = [&](Row row) { return cell == kNoCell ? text(row) : cellText(row, cell); };
     const CellId folder = cells_.find("IsFolder");
     const auto before = [&](Row a, Row b) {
-        if (folder == kNoCell) return false;
-        const bool last = number(a, folder) == 0, otherLast = number(b, folder) == 0;
+        if (sort.keepsTies) return false;
+        const bool last = folder != kNoCell && number(a, folder) == 0;
+        const bool otherLast = folder != kNoCell && number(b, folder) == 0;
         return last != otherLast ? otherLast : text(a) < text(b);
     };
     const bool isText = cell == kNoCell || cells_.isText(cell);

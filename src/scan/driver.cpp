@@ -51,6 +51,7 @@ Row addSourceRow(ScanContext& scan, const std::string& source, int imageIndex) {
 
 void finishLists(ScanContext& scan, const std::string& source) {
     trimTopList(scan);
+    scan.lvwTOP.sortLevels(0);
     scan.state.TopSource = source;
     scan.lvwJunctions.sortLevels(0);
     sortHardlinks(scan.lvwHardlinks);

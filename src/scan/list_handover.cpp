@@ -74,14 +74,16 @@ void handOverJunction(ScanContext& scan, std::string_view path, std::string_view
 }
 
 void sortHardlinks(Grid& lvwHardlinks) {
-    const LevelSort wanted = lvwHardlinks.levelSort(0);
+    LevelSort& sort = lvwHardlinks.levelSort(0);
+    const LevelSort wanted = sort;
     if (wanted.key == kFileCells[kFileId].key) {
-        lvwHardlinks.levelSort(0) = {.key = std::string(kFileCells[kFileDevice].key),
-                                     .descending = wanted.descending};
+        sort = {.key = std::string(kFileCells[kFileDevice].key), .descending = wanted.descending};
         lvwHardlinks.sortLevels(0);
-        lvwHardlinks.levelSort(0) = wanted;
+        sort = wanted;
+        sort.keepsTies = true;
     }
     lvwHardlinks.sortLevels(0);
+    sort = wanted;
 }
 
 void showTopTitle(ScanContext& scan) {
@@ -91,7 +93,10 @@ void showTopTitle(ScanContext& scan) {
 }
 
 void trimTopList(ScanContext& scan) {
+    LevelSort& sort = scan.lvwTOP.levelSort(0);
+    sort.keepsTies = true;  // Of files of one size those stay that were found first.
     scan.lvwTOP.sortLevels(0);
+    sort.keepsTies = false;
     scan.lvwTOP.removeFrom(static_cast<std::size_t>(std::max(0, scan.state.TopMaxCount)));
 }
 

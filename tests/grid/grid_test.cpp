@@ -30,19 +30,20 @@ struct GridTest : testing::Test {
     }
 };
 
-TEST_F(GridTest, SortsByAnyCellInBothDirectionsAndKeepsTheOrderOfEqualKeys) {
+TEST_F(GridTest, SortsByAnyCellInBothDirectionsAndEqualKeysByTheirTextsUnlessTheyKeepTheirOrder) {
     const std::tuple<const char*, double, const char*> rows[] = {
         {"b1", 20, "Zoe"}, {"C", 100, "adam"}, {"a", 9, ""}, {"B2", 20, "ADAM"}, {"b0", 20, "Bea"}};
     for (const auto& [text, size, name] : rows) add(kNoRow, text, size, name);
     using Case = std::pair<LevelSort, Texts>;
     // Each case starts from what the one before has left.
     for (const auto& [sort, expected] :
-         {Case{{"size", true, true}, {"C", "b1", "B2", "b0", "a"}},
-          Case{{"size", true, false}, {"a", "b1", "B2", "b0", "C"}},
+         {Case{{"size", true, true, true}, {"C", "b1", "B2", "b0", "a"}},
+          Case{{"size", true, true}, {"C", "B2", "b0", "b1", "a"}},
+          Case{{"size", true, false}, {"a", "B2", "b0", "b1", "C"}},
           Case{{"name", false, false}, {"a", "B2", "C", "b0", "b1"}},
           Case{{"name", false, true}, {"b1", "b0", "B2", "C", "a"}},
           Case{{"", false, false}, {"a", "b0", "b1", "B2", "C"}},
-          Case{{"sizeM", true, true}, {"a", "b0", "b1", "B2", "C"}},  // All of them 0.00.
+          Case{{"sizeM", true, true}, {"B2", "C", "a", "b0", "b1"}},  // All of them 0.00.
           Case{{"", false, true}, {"C", "B2", "b1", "b0", "a"}}}) {
         grid.levelSort(0) = sort;
         grid.sortLevels(0);

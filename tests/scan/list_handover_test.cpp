@@ -21,7 +21,7 @@ class Handover : public test::ScanFixture {
     }
 };
 
-TEST_F(Handover, KeepsTheLargestFilesAndOfEqualOnesThoseFoundFirst) {
+TEST_F(Handover, KeepsTheLargestFilesAndOfEqualOnesThoseFoundFirstWhichGoByTheirNames) {
     std::mt19937 random(3);
     for (const std::int32_t wanted : {1, 5, 100, INT32_MAX}) {
         for (const std::uint32_t sizes : {3U, 40U, 100'000U}) {
@@ -32,6 +32,9 @@ TEST_F(Handover, KeepsTheLargestFilesAndOfEqualOnesThoseFoundFirst) {
             std::stable_sort(found.begin(), found.end(),
                              [](const Item& a, const Item& b) { return a.facts.size > b.facts.size; });
             found.resize(std::min<std::size_t>(found.size(), static_cast<std::size_t>(wanted)));
+            std::sort(found.begin(), found.end(), [](const Item& a, const Item& b) {
+                return std::pair(b.facts.size, a.name) < std::pair(a.facts.size, b.name);
+            });
             Lines expected;
             for (const Item& item : found) expected.push_back(item.name);
             EXPECT_EQ(textsOf(top), expected) << wanted << " of " << sizes;
