@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Runs clang-tidy over src/ of a build folder, two files at a time; prints what it finds, status 1 if anything.
+"""Runs clang-tidy over src/ of a build folder, two groups of files at a time; prints what it finds, status 1 if anything.
 
     tools/tidy.py build/release
     tools/tidy.py build/release --deep    with the static analyzer, which takes as long again
@@ -8,11 +8,13 @@ A file is looked at again only if it, a header of ours that it includes, .clang-
 a file that was clean leaves an empty mark build/tidy/HASH. Needs a finished build, whose record of included
 headers it reads.
 """
+import collections
 import concurrent.futures
 import hashlib
 import json
 import pathlib
 import re
+import shlex
 import subprocess
 import sys
 
@@ -20,6 +22,9 @@ root = pathlib.Path(__file__).resolve().parent.parent
 marks = root / "build" / "tidy"
 # Options that g++ alone knows are no finding, and g++ judges warnings already.
 checks = [] if "--deep" in sys.argv else ["--checks=-clang-analyzer-*"]
+most_in_group = 10
+Job = collections.namedtuple("Job", "source mark options")
+Group = collections.namedtuple("Group", "jobs names options")
 extra = ["--extra-arg=-Wno-unknown-warning-option", "--extra-arg=-Wno-error"]
 
 
@@ -47,15 +52,53 @@ def key_of(source, headers, common):
     return digest.hexdigest()
 
 
-def look(job):
-    """The findings in one file, each with its lines of explanation."""
-    source, mark, folder = job
-    found = subprocess.run(["clang-tidy", "--quiet", "-p", str(folder), *checks, *extra, str(source)],
-                           capture_output=True, text=True, check=False)
-    if found.returncode == 0:
-        mark.touch()
-        return []
-    return re.split(r"\n(?=/\S+: (?:error|warning): )", found.stdout.strip() or found.stderr.strip())
+def own_names(source):
+    """What a source defines for itself alone. Two sources that share such a name cannot be one translation unit."""
+    names, inside = set(), False
+    for line in source.read_text().splitlines():
+        inside = inside and line != "}  // namespace" or line == "namespace {"
+        if inside or line.startswith("static "):
+            names.update(re.findall(r"^\S.*?\b(\w+)(?= ?[({=;\[])", line))
+            names.update(re.findall(r"^(?:class|struct|enum|enum class|using) (\w+)", line))
+    return names
+
+
+def grouped(jobs):
+    """Sources with the same options, a few together: most of the time goes into the headers, once for each group."""
+    groups = []
+    for job in jobs:
+        names = own_names(job.source)
+        for group in groups:
+            if group.options == job.options and len(group.jobs) < most_in_group and not names & group.names:
+                group.jobs.append(job)
+                group.names.update(names)
+                break
+        else:
+            groups.append(Group([job], names, job.options))
+    return groups
+
+
+def clang_tidy(source, *arguments):
+    return subprocess.run(["clang-tidy", "--quiet", *checks, *extra, str(source), *arguments],
+                          capture_output=True, text=True, check=False)
+
+
+def look(group):
+    """The findings in the files of a group, each with its lines of explanation. They are looked for in one file at a
+    time if the group has any, or does not compile as one."""
+    if len(group.jobs) > 1:
+        whole = marks / f"{group.jobs[0].mark.name}.cpp"
+        whole.write_text("".join(f'#include "{job.source}"  // NOLINT\n' for job in group.jobs))
+        clean = clang_tidy(whole, "--", *group.options).returncode == 0
+        whole.unlink()
+    findings = []
+    for job in group.jobs:
+        found = None if len(group.jobs) > 1 and clean else clang_tidy(job.source, "--", *group.options)
+        if found is None or found.returncode == 0:
+            job.mark.touch()
+        else:
+            findings += re.split(r"\n(?=/\S+: (?:error|warning): )", found.stdout.strip() or found.stderr.strip())
+    return findings
 
 
 def main():
@@ -68,14 +111,14 @@ def main():
         source = pathlib.Path(command["file"])
         if not source.is_relative_to(root / "src"):
             continue
-        built = re.search(r" -o (\S+) ", command["command"])[1]
-        mark = marks / key_of(source, headers[built], common + command["command"].encode())
+        options, built = re.search(r" (-.*) -o (\S+) -c ", command["command"]).groups()
+        mark = marks / key_of(source, headers[built], common + options.encode())
         keys.add(mark.name)
         if not mark.exists():
-            jobs.append((source, mark, folder))
+            jobs.append(Job(source, mark, shlex.split(options)))
     with concurrent.futures.ThreadPoolExecutor(2) as pool:
         # What is wrong in a header is found once for each file that includes it.
-        findings = dict.fromkeys(text for found in pool.map(look, jobs) for text in found)
+        findings = dict.fromkeys(text for found in pool.map(look, grouped(jobs)) for text in found)
     for mark in marks.iterdir():
         if mark.name not in keys:
             mark.unlink()
