@@ -61,7 +61,9 @@ TEST_F(ListsTest, TheLargestFilesAreThoseOfASortedListingOfTheLastSource) {
     }
     folder("src2");
     file("src2/1", 1);
-    std::ranges::sort(all, std::greater());
+    std::ranges::sort(all, {}, [](const Found& found) {
+        return std::pair(-found.first, found.second.substr(found.second.rfind('/')));
+    });
     ListSession s(home.path());
     s.start();
     const Grid& grid = s.open(kTopList).grid();
