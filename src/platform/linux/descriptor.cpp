@@ -7,6 +7,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <climits>
 #include <memory>
 
 namespace hl {
@@ -65,6 +66,15 @@ Descriptor openToLook(const std::string& path, int flags) {
     flags |= O_RDONLY | O_NONBLOCK;
     Descriptor file = openAt(AT_FDCWD, path, flags | O_NOATIME);
     return file.isOpen() || errno != EPERM ? std::move(file) : openAt(AT_FDCWD, path, flags);
+}
+
+std::string pathOfFolder(const Descriptor& folder) {
+    const std::string link = "/proc/self/fd/" + std::to_string(folder.number());
+    std::string path(PATH_MAX, '\0');
+    const ssize_t length = readlink(link.c_str(), path.data(), path.size());
+    const bool told = length > 0 && length < PATH_MAX && path.front() == '/';
+    path.resize(told ? static_cast<std::size_t>(length) : 0);
+    return path;
 }
 
 int writeAll(int file, std::string_view bytes) {

@@ -36,6 +36,9 @@ Descriptor openAt(int folder, const std::string& path, int flags, unsigned mode 
 /// system lets it: with files of one's own. Never waits for a writer. As above.
 Descriptor openToLook(const std::string& path, int flags = 0);
 
+/// The path of an open folder, as the kernel tells it; empty if it is too long for that.
+std::string pathOfFolder(const Descriptor& folder);
+
 /// Writes all of `bytes`. System error code. A pipe without a reader is EPIPE, and no signal.
 int writeAll(int file, std::string_view bytes);
 

@@ -8,7 +8,6 @@
 
 #include <errno.h>
 #include <fcntl.h>
-#include <limits.h>
 #include <pwd.h>
 #include <stdio.h>
 #include <sys/stat.h>
@@ -17,13 +16,14 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <array>
 #include <cstdint>
 #include <cstdlib>
 #include <string_view>
 #include <utility>
 #include <vector>
 
+#include "base/text.h"
+#include "platform/linux/mount_table.h"
 #include "platform/linux/opened_place.h"
 
 namespace hl {
@@ -158,15 +158,21 @@ int climbToTop(Descriptor& folder, std::size_t& levels) {
 /// /proc, more than a page of text) the place has to. For a folder that was removed it tells nonsense, but
 /// nothing can be moved from there.
 std::vector<std::string> truePath(const OpenedPlace& opened, const FilePlace& place) {
-    const std::string self = "/proc/self/fd/" + std::to_string(opened.folder.number());
-    std::string folder(PATH_MAX, '\0');
-    const ssize_t length = readlink(self.c_str(), folder.data(), folder.size());
-    const bool told = length > 0 && length < PATH_MAX && folder.front() == '/';
-    if (!told) return namesOf(place.below.empty() ? place.base : place.base + "/" + place.below);
-    folder.resize(static_cast<std::size_t>(length));
+    const std::string folder = pathOfFolder(opened.folder);
+    if (folder.empty()) return namesOf(place.below.empty() ? place.base : place.base + "/" + place.below);
     std::vector<std::string> names = namesOf(folder);
     names.push_back(opened.name);
     return names;
+}
+
+/// Whether something is mounted at the path or below it. It would move along, and go with what is in the
+/// trash.
+bool holdsMount(const std::vector<std::string>& names) {
+    const auto isInside = [&](const Mount& mount) {
+        const std::vector<std::string> point = namesOf(mount.mountPoint);
+        return std::mismatch(names.begin(), names.end(), point.begin(), point.end()).first == names.end();
+    };
+    return std::ranges::any_of(readMountTable(), isInside);
 }
 
 void appendEncoded(std::string& out, std::string_view bytes) {
@@ -225,14 +231,22 @@ int renameAnew(const Descriptor& from, const std::string& name, const Descriptor
     return renameat(from.number(), name.c_str(), to.number(), newName.c_str()) == 0 ? 0 : errno;
 }
 
-/// What an entry is called in the trash, so short that its info file has a name, too.
+/// What an entry is called in the trash, cut behind a character where it is so long that its info file would
+/// have no name.
 std::string nameInTrash(const std::string& name, unsigned attempt) {
     timespec now{};
     clock_gettime(CLOCK_MONOTONIC, &now);
     const auto number = attempt <= kNamesInTurn ? attempt : kNamesInTurn + static_cast<unsigned>(now.tv_nsec);
     std::string ending;
     if (attempt > 1) ending.append(1, '.').append(std::to_string(number));
-    return name.substr(0, kLongestName - kInfoEnding.size() - ending.size()) + ending;
+    const std::size_t room = kLongestName - kInfoEnding.size() - ending.size();
+    std::size_t kept = 0;
+    while (kept < name.size()) {
+        const std::size_t character = firstCodePoint(std::string_view(name).substr(kept)).length;
+        if (kept + character > room) break;
+        kept += character;
+    }
+    return name.substr(0, kept) + ending;
 }
 
 /// For an error at the entry.
@@ -280,14 +294,6 @@ int openParts(Descriptor folder, Trash& trash) {
     trash.files = std::move(folder);
     if (const int error = stepMaking(trash.info, "info"); error != 0) return error;
     return stepMaking(trash.files, "files");
-}
-
-/// The path of an open folder, as the kernel tells it; empty if it is too long for that.
-std::string pathOfFolder(const Descriptor& folder) {
-    std::array<char, PATH_MAX> path{};
-    const std::string link = "/proc/self/fd/" + std::to_string(folder.number());
-    const ssize_t length = readlink(link.c_str(), path.data(), path.size());
-    return length > 0 && length < PATH_MAX ? std::string(path.data(), static_cast<std::size_t>(length)) : "";
 }
 
 RecycleError moveInto(const Trash& trash, const OpenedPlace& from, const std::string& text,
@@ -372,6 +378,7 @@ RecycleError moveToTrash(const FilePlace& place, const TrashSettings& settings, 
     if (const int error = look(from.folder.number(), from.name, entry); error != 0) return entryFault(error);
     if (entry.mount != folder.mount) return RecycleError::kRoot;
     const std::vector<std::string> names = truePath(from, place);
+    if (S_ISDIR(entry.mode) && holdsMount(names)) return RecycleError::kRoot;
     Descriptor home;
     if (openHomeTrash(settings.homeTrash, folder.mount, home) == 0) {
         const std::string path = encodedEnd(names, names.size());

@@ -22,8 +22,9 @@ TrashSettings trashSettingsFromEnvironment();
 
 /// Moves what lies at `place` to the home trash if that is (or can be made) on the same mount, else to the
 /// trash at the top of the mount, which is made if need be. The entry itself is never followed. After an
-/// error it lies where it was, and the trash holds nothing new; folders made for a trash stay. `now` may be
-/// null; see FileOperations::recycle.
+/// error it lies where it was, and the trash holds nothing new; folders made for a trash stay. A folder with
+/// something mounted on it, or below it, is kRoot: whoever empties the trash would delete what is mounted.
+/// `now` may be null; see FileOperations::recycle.
 RecycleError moveToTrash(const FilePlace& place, const TrashSettings& settings, std::string* now = nullptr);
 
 }  // namespace hl

@@ -139,11 +139,16 @@ TEST_F(Trashing, AMountPointStaysAndWhatIsBoundThereHasATrashOfItsOwn) {
     const Mounted bound(source, top, nullptr, MS_BIND);
     const Mounted file(root + "/file", root + "/target", nullptr, MS_BIND);
     if (!bound.done()) GTEST_SKIP() << "may not mount";
-    for (const char* name : {"bound", "bound/", "target"}) EXPECT_EQ(recycle(name), RecycleError::kRoot);
+    const Mounted deep("tmpfs", root + "/above/it/deep", "tmpfs");
+    fs::create_directories(root + "/above/it/deeper");
+    fs::create_directory_symlink("above", root + "/link");
+    for (const char* name : {"bound", "bound/", "target", "above", "above/it", "link/it", "above/it/deep"})
+        EXPECT_EQ(moveToTrash({root + "/" + name}, settings), RecycleError::kRoot) << name;
+    EXPECT_EQ(recycle("above/it/deeper"), RecycleError::kNone);
     EXPECT_EQ(recycle("bound/folder/file"), RecycleError::kNone);
     EXPECT_EQ(contentOfTrash(source + "/.Trash-" + std::to_string(geteuid())),
               (Content{{"file", "folder/file"}}));
-    EXPECT_FALSE(fs::exists(home));
+    EXPECT_EQ(contentOfTrash(home).size(), 1U);
 }
 
 TEST_F(TrashingOnAMount, WhatCannotBeRenamedWithinItsMountStays) {

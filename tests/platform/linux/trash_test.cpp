@@ -93,14 +93,15 @@ TEST_F(Trashing, LeavesWhatLiesInTheTrashWithoutAnInfoFile) {
 }
 
 TEST_F(Trashing, ShortensANameUntilItsInfoFileHasOneToo) {
-    const std::string longest(255, 'n');
+    const std::string beginning(243, 'n');
+    const std::string longest = beginning + "\u20AC\u20ACnnnnnn";  // Three bytes each.
     for (int i = 0; i < 2; ++i) {
         test::writeFile(root + "/" + longest, "");
         EXPECT_EQ(recycle(longest), RecycleError::kNone);
     }
     const std::string from = root + "/" + longest;
-    EXPECT_EQ(contentOfTrash(home),
-              (Content{{longest.substr(0, 245), from}, {longest.substr(0, 243) + ".2", from}}));
+    EXPECT_EQ(contentOfTrash(home), (Content{{beginning, from}, {beginning + ".2", from}}))
+        << "cut between two characters";
 }
 
 TEST_F(Trashing, NamesThePlaceWithoutTheLinksOnTheWay) {
