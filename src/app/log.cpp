@@ -8,20 +8,12 @@
 
 namespace hl {
 
-namespace {
-
-std::string oneLine(std::string_view text) {
-    return replaceAll(replaceAll(text, "\r", "\u240D"), "\n", "\u240A");
-}
-
-}  // namespace
-
 LocalTime Log::now() {
     return localTime(std::chrono::system_clock::now());
 }
 
 void Log::LogProtokoll(std::string_view text) noexcept {
-    attempt([&] { add(kProtocolName, oneLine(text), true); });
+    attempt([&] { add(kProtocolName, visible(text), true); });
 }
 
 void Log::LogError(std::string_view text, bool blankLine, bool stamp) noexcept {
@@ -32,7 +24,7 @@ void Log::LogDebug(std::string_view text, const std::vector<SimpleValue>& detail
     attempt([&] {
         std::string entry(text);
         for (const SimpleValue& detail : details) entry += ", " + detail.text();
-        add(kDebugLogName, oneLine(entry), true);
+        add(kDebugLogName, visible(entry), true);
     });
 }
 

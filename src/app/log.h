@@ -25,7 +25,8 @@ class Log {
     Log(Files& files, std::string folder, DateFormat dates, Clock clock = now)
         : files_(files), folder_(std::move(folder)), dates_(std::move(dates)), clock_(std::move(clock)) {}
 
-    /// One line. A line break within the text is written as a visible sign.
+    /// One line. Control characters within the text, a line break for one, are written as visible signs: a
+    /// terminal that the log is shown on would obey them.
     void LogProtokoll(std::string_view text) noexcept;
     /// A text of any number of lines, with the time in front of it and an empty line behind it where asked
     /// for.

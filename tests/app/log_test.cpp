@@ -23,10 +23,11 @@ class LogFiles : public testing::Test {
 
 TEST_F(LogFiles, TakeOneLineBehindTheEarlierOnesForEachEventOfTheProtocol) {
     test::writeFile(dir.path() + "/Harborlantern.log", "earlier\r\n");
-    log.LogProtokoll("Zugriffsfehler: /a\r\nb\nc\xFF");
+    log.LogProtokoll("Zugriffsfehler: /a\r\nb\nc\xFF\x1b[2J\x7F");
     log.LogProtokoll("");
-    EXPECT_EQ(content("Harborlantern.log"),
-              "earlier\r\n29.02.2024 07:05:09 - Zugriffsfehler: /a␍␊b␊c\uFFFD\r\n29.02.2024 07:05:09 - \r\n");
+    EXPECT_EQ(
+        content("Harborlantern.log"),
+        "earlier\r\n29.02.2024 07:05:09 - Zugriffsfehler: /a␍␊b␊c\uFFFD␛[2J␡\r\n29.02.2024 07:05:09 - \r\n");
 }
 
 TEST_F(LogFiles, TakeAnErrorReportWithOrWithoutStampAndTheDetailsOfATechnicalFailure) {
