@@ -3,6 +3,7 @@
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <cerrno>
 #include <chrono>
@@ -12,6 +13,11 @@
 #include "platform/linux/replacing_files.h"
 
 namespace hl {
+
+namespace {
+// Anybody who may read a folder may lock it, and hold others up. This file is its owner's alone.
+constexpr const char* kLockName = ".harborlantern-lock";
+}  // namespace
 
 std::optional<std::string> LinuxFiles::readWhole(const std::string& path, std::size_t limit, int& error) {
     // A pipe in the place of a file is refused instead of waiting for a writer.
@@ -54,15 +60,19 @@ bool LinuxFiles::exists(const std::string& path) {
 
 std::shared_ptr<void> LinuxFiles::lockFolderOf(const std::string& path) {
     using namespace std::chrono_literals;
-    auto folder = std::make_shared<Descriptor>(openAt(AT_FDCWD, folderOf(path), O_RDONLY | O_DIRECTORY));
-    if (!folder->isOpen()) return nullptr;
-    const auto end = std::chrono::steady_clock::now() + 2s;
-    while (flock(folder->number(), LOCK_EX | LOCK_NB) != 0) {
-        if ((errno != EWOULDBLOCK && errno != EINTR) || std::chrono::steady_clock::now() >= end)
-            return nullptr;
+    auto file = std::make_shared<Descriptor>(
+        openAt(AT_FDCWD, folderOf(path) + "/" + kLockName, O_RDWR | O_CREAT | O_NOFOLLOW | O_NONBLOCK, 0600));
+    struct stat status {};
+    if (!file->isOpen() || fstat(file->number(), &status) != 0) return nullptr;
+    if (!S_ISREG(status.st_mode) || status.st_uid != geteuid()) return nullptr;
+    const auto end = std::chrono::steady_clock::now() + (waitedForLock_ ? 0s : 2s);
+    while (flock(file->number(), LOCK_EX | LOCK_NB) != 0) {
+        if (errno == EWOULDBLOCK && std::chrono::steady_clock::now() >= end) waitedForLock_ = true;
+        if (waitedForLock_ || (errno != EWOULDBLOCK && errno != EINTR)) return nullptr;
         std::this_thread::sleep_for(5ms);
     }
-    return folder;
+    waitedForLock_ = false;
+    return file;
 }
 
 }  // namespace hl

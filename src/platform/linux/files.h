@@ -1,6 +1,8 @@
 // Whole files on Linux. See platform/files.h.
 #pragma once
 
+#include <atomic>
+
 #include "platform/files.h"
 
 namespace hl {
@@ -29,12 +31,15 @@ class LinuxFiles : public Files {
     std::unique_ptr<ReplacingFile> replace(const std::string& path, int& error) override;
     int append(const std::string& path, std::string_view bytes) override;
     bool exists(const std::string& path) override;
-    /// Empty if the lock cannot be had. Not to be nested for one folder: the inner one waits in vain.
+    /// By a hidden file in the folder, which stays. Empty if the lock cannot be had; after one that was
+    /// waited for in vain, none is waited for until one was had. Not to be nested for one folder: the inner
+    /// one waits in vain.
     std::shared_ptr<void> lockFolderOf(const std::string& path) override;
 
   private:
     Unfinished unfinished_;
     bool waitsForReaders_ = true;
+    std::atomic<bool> waitedForLock_ = false;
 };
 
 }  // namespace hl

@@ -117,6 +117,7 @@ std::string folderEntryText(const FolderOffer& offer) {
 FolderVerbFailure LinuxFolderVerb::offer(const FolderOffer& offer) {
     if (folder_.empty()) return {ENOENT, folder_};
     LinuxFiles files;
+    files.refuseUnreadPipes();
     const std::string text = folderEntryText(offer);
     int error = 0;
     if (files.readWhole(path_, kLargestEntry, error) == text) return {};
