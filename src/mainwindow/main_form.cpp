@@ -3,6 +3,7 @@
 #include <cerrno>
 
 #include "base/text.h"
+#include "output/report_file.h"
 #include "robustness/api_error_text.h"
 #include "views/list_columns.h"
 #include "views/report_columns.h"
@@ -40,6 +41,9 @@ void MainForm::Form_Load() {
 
 bool MainForm::runSilent(const std::string& commandLine) {
     const SilentOrder order = KZGetFoldersFromCommand(commandLine);
+    int error = 0;
+    const auto target = services_.files.replace(order.outputFile, error);
+    if (!target) return reportNotWritten(order.outputFile, ApiErrorText(false, error, services_.facts));
     state_.SourceQueue.assign(order.sources.begin(), order.sources.end());
     const std::uint32_t errorsBefore = services_.diagnostics.errcount();
     Ordnerliste_Abarbeiten(scan_);
@@ -47,33 +51,34 @@ bool MainForm::runSilent(const std::string& commandLine) {
     // Nobody can tell what an error of our own has left out: an older report is worth more.
     const bool whole = services_.diagnostics.errcount() == errorsBefore;
     if (!whole) reportNotWritten(order.outputFile, services_.texts.TL(9611, "ein unerwarteter Fehler"));
-    const bool written = whole && writeReport(order);
+    const bool written = whole && writeReport(order, *target);
     return written && !somethingFailed_ && services_.diagnostics.errcount() == 0;
 }
 
-bool MainForm::writeReport(const SilentOrder& order) {
+bool MainForm::writeReport(const SilentOrder& order, ReplacingFile& target) {
     const Texts& texts = services_.texts;
-    if (tvwPL_.rowCount() == 0) {
-        reportNotWritten(order.outputFile, texts.TL(9610, "es wurde nichts eingelesen"));
-        return false;
-    }
+    if (tvwPL_.rowCount() == 0)
+        return reportNotWritten(order.outputFile, texts.TL(9610, "es wurde nichts eingelesen"));
     SaveForm frmSave(SaveServices{tvwPL_, options_, services_.texts, services_.numbers, services_.files,
-                                  services_.diagnostics, state_, services_.pump, services_.paths});
+                                  services_.diagnostics, state_, services_.pump, services_.paths, nullptr,
+                                  &target});
     frmSave.format = order.format;
     std::string path = order.outputFile;
     if (frmSave.SPEICHERN(path, order.levels, order.delimiterIndex)) return true;
     const int error = frmSave.fileError();
     // Who reads a pipe may leave when he has what he wants.
     if (error == EPIPE) return false;
-    reportNotWritten(path, error != 0 ? ApiErrorText(false, error, services_.facts)
-                                      : texts.TL(9611, "ein unerwarteter Fehler"));
-    return false;
+    const std::string reason =
+        error != 0 ? ApiErrorText(false, error, services_.facts) : texts.TL(9611, "ein unerwarteter Fehler");
+    return reportNotWritten(path, reason + leftBehindText(texts, frmSave.leftBehind()));
 }
 
-void MainForm::reportNotWritten(const std::string& file, const std::string& reason) {
+// False, for whoever has to say that it failed.
+bool MainForm::reportNotWritten(const std::string& file, const std::string& reason) {
     const Texts& texts = services_.texts;
     const std::string name = file == kStandardOutput ? texts.TL(9612, "(Standardausgabe)") : visible(file);
     services_.console.errorLine(texts.TL(9020, "Der Bericht %1 wurde nicht geschrieben: %2", {name, reason}));
+    return false;
 }
 
 // --- what a scan tells

@@ -38,8 +38,9 @@ class MainForm : public ScanHost {
 
     /// Reads the options and sets up the grids.
     void Form_Load();
-    /// Reads the sources of a silent command line and writes the report. True if everything was read and the
-    /// report written whole; else each thing that was not has been told. REQUIRES: Form_Load was called.
+    /// Reads the sources of a silent command line and writes the report, for which the target is opened
+    /// before anything is read. True if everything was read and the report written whole; else each thing
+    /// that was not has been told. REQUIRES: Form_Load was called.
     bool runSilent(const std::string& commandLine);
 
     ScanState& state() { return state_; }
@@ -80,8 +81,8 @@ class MainForm : public ScanHost {
     ScanContext scan_;
 
   private:
-    bool writeReport(const SilentOrder& order);
-    void reportNotWritten(const std::string& file, const std::string& reason);
+    bool writeReport(const SilentOrder& order, ReplacingFile& target);
+    bool reportNotWritten(const std::string& file, const std::string& reason);
 
     std::string panel1_;
     std::string topTitle_;

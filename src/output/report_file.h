@@ -5,6 +5,7 @@
 #include <string_view>
 #include <system_error>
 
+#include "app/texts.h"
 #include "base/text.h"
 #include "platform/files.h"
 #include "robustness/trap.h"
@@ -16,9 +17,15 @@ inline constexpr const char* kSaveRoutine = "SPEICHERN";
 /// By the index of the form's box.
 inline constexpr std::string_view kDelimiters = ",;\t ";
 
-/// The fault for a file that cannot be written; `error` is the system's code.
-[[noreturn]] inline void raiseFileError(int error, const std::string& path) {
-    throw Fault(error, kSaveRoutine, visible(path) + ": " + std::generic_category().message(error));
+/// What a message says, behind its own text, of an unfinished file that could not be removed; empty for none.
+inline std::string leftBehindText(const Texts& texts, const std::string& path) {
+    if (path.empty()) return {};
+    return " " + texts.TL(9616, "Die unfertige Datei %1 ließ sich nicht löschen.", {visible(path)});
+}
+
+/// The fault for a file that cannot be written; `error` is the system's code, `rest` of leftBehindText.
+[[noreturn]] inline void raiseFileError(int error, const std::string& path, const std::string& rest) {
+    throw Fault(error, kSaveRoutine, visible(path) + ": " + std::generic_category().message(error) + rest);
 }
 
 class ReportFile {

@@ -91,7 +91,7 @@ void ReportLines::appendName(std::string& out, std::string_view name) const {
         out.append(name);
         return;
     }
-    std::string text = decodable(name);
+    std::string text = format_.forTerminal ? visible(name) : decodable(name);
     if (format_.IsTextFormat) text = replaceAll(replaceAll(text, "\r", kReplacement), "\n", kReplacement);
     out.append(text);
 }

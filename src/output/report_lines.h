@@ -17,6 +17,7 @@ namespace hl {
 
 struct ReportFormat {
     bool IsTextFormat = false;
+    bool forTerminal = false;  ///< Names with stand-ins for control characters.
     char delimiter = ',';
     int sizeMode = 0;                     ///< See base/size_text.h.
     int decimals = 0;                     ///< On when 1.
@@ -43,7 +44,7 @@ class ReportLines {
     /// `path` is made of what appendName gave.
     void appendRow(std::string& out, std::string_view path, const ReportRow& row) const;
     /// A name, or another part of a path, as the report holds it: a byte that is no UTF-8 as U+FFFD, in TXT a
-    /// line break too.
+    /// line break too; as messages show it for a terminal.
     void appendName(std::string& out, std::string_view name) const;
 
   private:

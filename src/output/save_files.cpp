@@ -170,7 +170,7 @@ void SaveFilesForm::write(const std::string& path) const {
 
     int error = 0;
     const auto target = services_.files.replace(path, error);
-    if (!target) raiseFileError(error, path);
+    if (!target) raiseFileError(error, path, {});
     ReportFile file(*target);
     if (!text) fields.appendHeader(file.block());
     const Grid& grid = services_.grid;
@@ -178,7 +178,8 @@ void SaveFilesForm::write(const std::string& path) const {
         fields.appendRow(file.block(), row);
         file.endLine();
     }
-    if (file.commit() != 0) raiseFileError(file.error(), path);
+    if (file.commit() != 0)
+        raiseFileError(file.error(), path, leftBehindText(services_.texts, target->leftBehind()));
 }
 
 void Save_Files(const SaveFilesServices& services, Window& window) {

@@ -212,22 +212,32 @@ void SaveForm::write(Run& run) {
                                                        : format == ReportLayout::kTxt;
     run.sizeMode = services_.options.FileSizeFormat;
     run.decimals = services_.options.SizeFormatNachkommastellenFolders;
-    const ReportLines lines(formatOf(run), services_.numbers);
 
-    const int error = writeLines(run, lines);
+    const int error = openAndWrite(run);
     run.written = error == 0;
     fileError_ = error == kNotWhole ? 0 : error;
     if (services_.dialog == nullptr || error == 0) return;
-    if (error != kNotWhole) raiseFileError(error, run.path);
+    if (error != kNotWhole) raiseFileError(error, run.path, leftBehindText(services_.texts, leftBehind_));
     throw Fault(kFaultInvalidCall, kSaveRoutine, run.path + " was not written");
 }
 
-// System error code, or kNotWhole after an error that has cost rows: an older report is worth more than that.
-int SaveForm::writeLines(Run& run, const ReportLines& lines) const {
+// As writeLines.
+int SaveForm::openAndWrite(Run& run) {
     int error = 0;
-    const auto target = services_.files.replace(run.path, error);
-    if (!target) return error;
-    ReportFile file(*target);
+    const auto opened = services_.target == nullptr ? services_.files.replace(run.path, error) : nullptr;
+    ReplacingFile* const target = services_.target == nullptr ? opened.get() : services_.target;
+    if (target == nullptr) return error;
+    error = writeLines(run, *target);
+    leftBehind_ = target->leftBehind();
+    return error;
+}
+
+// System error code, or kNotWhole after an error that has cost rows: an older report is worth more than that.
+int SaveForm::writeLines(Run& run, ReplacingFile& target) const {
+    ReportFormat wanted = formatOf(run);
+    wanted.forTerminal = target.isTerminal();
+    const ReportLines lines(std::move(wanted), services_.numbers);
+    ReportFile file(target);
     lines.appendHeader(file.block());
 
     const std::uint32_t errorsBefore = services_.diagnostics.errcount();

@@ -52,7 +52,8 @@ struct SaveServices {
     ScanState& state;
     MessagePump& pump;
     const PathRules& paths;
-    SaveDialog* dialog = nullptr;  ///< None in a run with no window.
+    SaveDialog* dialog = nullptr;     ///< None in a run with no window.
+    ReplacingFile* target = nullptr;  ///< What is written; none if the path is still to be opened.
 };
 
 /// Indexes of the items of the form's lists.
@@ -80,6 +81,8 @@ class SaveForm {
 
     /// What kept the file from being written in a run with no window: the system's code, or 0.
     int fileError() const { return fileError_; }
+    /// See ReplacingFile.
+    const std::string& leftBehind() const { return leftBehind_; }
 
     void OKButton_Click();
     void CancelButton_Click() { loaded = false; }
@@ -115,10 +118,12 @@ class SaveForm {
     void setButtonsEnabled(bool enabled);
     ReportFormat formatOf(const Run& run) const;
     void write(Run& run);
-    int writeLines(Run& run, const ReportLines& lines) const;
+    int openAndWrite(Run& run);
+    int writeLines(Run& run, ReplacingFile& target) const;
 
     SaveServices services_;
     int fileError_ = 0;
+    std::string leftBehind_;
 };
 
 }  // namespace hl

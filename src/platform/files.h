@@ -13,7 +13,8 @@ inline constexpr std::string_view kStandardOutput = "-";
 
 /// A file being written that replaces an older one in a single step, when it is complete. Until commit() the
 /// older file stays as it was, also if the process is killed; destroyed without commit(), it leaves nothing
-/// behind. A device, a pipe or a socket as the target is written as it is.
+/// behind. Until the first byte a kill leaves nothing behind either. A device, a pipe or a socket as the
+/// target is written as it is.
 class ReplacingFile {
   public:
     virtual ~ReplacingFile() = default;
@@ -21,6 +22,10 @@ class ReplacingFile {
     virtual int write(std::string_view bytes) = 0;
     /// Puts the file in place, with the mode of the file it replaces. System error code, 0 for success.
     virtual int commit() = 0;
+    /// Whether what is written goes to a terminal, which obeys control characters.
+    virtual bool isTerminal() const { return false; }
+    /// After a commit that failed, the path of an unfinished file that could not be removed; else empty.
+    virtual std::string leftBehind() const { return {}; }
 };
 
 class Files {
@@ -38,7 +43,7 @@ class Files {
     virtual int append(const std::string& path, std::string_view bytes) = 0;
     virtual bool exists(const std::string& path) = 0;
     /// Held until destroyed: nobody else changes files of this folder that are written under the same lock. A
-    /// lock that cannot be had within two seconds is done without.
+    /// lock that cannot be had within two seconds is done without, and then not waited for again.
     virtual std::shared_ptr<void> lockFolderOf(const std::string& path) = 0;
 };
 

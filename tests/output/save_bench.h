@@ -54,7 +54,7 @@ struct SaveBench {
 
     SaveServices services() {
         return {grid,  options, texts->texts, numbers, texts->files, texts->diagnostics,
-                state, *pump,   paths,        dialog};
+                state, *pump,   paths,        dialog,  target};
     }
     std::string pathOf(const std::string& name) const { return texts->dir.path() + "/" + name; }
     /// The report as a run with no window writes it.
@@ -81,6 +81,7 @@ struct SaveBench {
     HeadlessPump silence;
     MessagePump* pump = &silence;
     SaveDialog* dialog = nullptr;
+    ReplacingFile* target = nullptr;
 };
 
 }  // namespace hl::test

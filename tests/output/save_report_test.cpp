@@ -144,6 +144,21 @@ TEST_F(SaveReport, AFileThatCannotBeWrittenIsTheCallersToTellWhereThereIsNoWindo
     EXPECT_TRUE(texts->sink.shown.empty());
 }
 
+TEST_F(SaveReport, AnUnfinishedFileThatCannotBeRemovedIsNamed) {
+    struct Stuck : ReplacingFile {
+        int write(std::string_view) override { return 0; }
+        int commit() override { return EPERM; }
+        std::string leftBehind() const override { return "/far/rest\n"; }
+    } stuck;
+    FakeDialog window;
+    sampleTree("/srv/data");
+    target = &stuck;
+    dialog = &window;
+    EXPECT_EQ(saved("r.csv"), test::kNotWritten);
+    EXPECT_EQ(texts->reports("not permitted Die unfertige Datei /far/rest\u240A ließ sich nicht löschen."),
+              1U);
+}
+
 TEST_F(SaveReport, AFailureIsReportedWithItsCauseOrTheNameOfTheFile) {
     FakeDialog window;
     dialog = &window;

@@ -44,28 +44,62 @@ int withUniqueName(std::string& name, Make make) {
     return EEXIST;
 }
 
-// What `path` names once the links at its end are followed, be there a file or not. Links in its folder part
-// are left to the system.
-std::optional<std::string> followLinks(std::string path, int& error) {
-    for (int i = 0; i < kMostLinks; ++i) {
-        char link[PATH_MAX];
-        const ssize_t length = readlink(path.c_str(), link, sizeof link);
-        if (length < 0) return path;
-        const std::string target(link, static_cast<std::size_t>(length));
-        path = target.starts_with('/') ? target : folderOf(path).append("/").append(target);
+std::string nameOf(const std::string& path) {
+    return path.substr(path.rfind('/') + 1);
+}
+
+// What a path names once the links at its end are followed, be there a file or not: an open folder and a name
+// in it.
+struct Target {
+    Descriptor folder;  // Not open where it cannot be reached.
+    std::string name;
+    int error = 0;  // Why it cannot be used.
+};
+
+// A link in a folder that others may write to, such as /tmp, may be a trap. The kernel can be told to follow
+// none there but those of the user and of the folder's owner; the same holds here, whatever it was told.
+bool mayFollow(int folder, const struct stat& link) {
+    struct stat above {};
+    if (fstat(folder, &above) != 0) return false;
+    const bool isShared = (above.st_mode & S_ISVTX) != 0 && (above.st_mode & (S_IWGRP | S_IWOTH)) != 0;
+    return !isShared || link.st_uid == geteuid() || link.st_uid == above.st_uid;
+}
+
+// Links in the folder part of the path are left to the system.
+Target followLinks(const std::string& path) {
+    constexpr int kFolderFlags = O_PATH | O_DIRECTORY;
+    Target at{openAt(AT_FDCWD, folderOf(path), kFolderFlags), nameOf(path)};
+    for (int i = 0; i < kMostLinks && at.folder.isOpen(); ++i) {
+        const Descriptor link = openAt(at.folder.number(), at.name, O_PATH | O_NOFOLLOW);
+        struct stat status {};
+        if (!link.isOpen() || fstat(link.number(), &status) != 0 || !S_ISLNK(status.st_mode)) {
+            if (at.name.empty()) at.error = EISDIR;
+            return at;
+        }
+        std::string text(PATH_MAX, '\0');
+        const ssize_t length = readlinkat(link.number(), "", text.data(), text.size());
+        at.error = length < 0 ? errno : mayFollow(at.folder.number(), status) ? 0 : EACCES;
+        if (at.error != 0) return at;
+        text.resize(static_cast<std::size_t>(length));
+        at.folder = openAt(at.folder.number(), folderOf(text), kFolderFlags);
+        at.name = nameOf(text);
     }
-    error = ELOOP;
-    return std::nullopt;
+    at.error = at.folder.isOpen() ? ELOOP : errno;
+    return at;
 }
 
-std::optional<struct stat> statusOf(const std::string& path) {
-    struct stat status {};
-    if (stat(path.c_str(), &status) != 0) return std::nullopt;
-    return status;
+bool names(const Target& target, const struct stat& file) {
+    struct stat found {};
+    return target.folder.isOpen() &&
+           fstatat(target.folder.number(), target.name.c_str(), &found, AT_SYMLINK_NOFOLLOW) == 0 &&
+           found.st_dev == file.st_dev && found.st_ino == file.st_ino;
 }
 
-bool sameFile(const struct stat& a, const struct stat& b) {
-    return a.st_dev == b.st_dev && a.st_ino == b.st_ino;
+// Whether nothing can be renamed or removed in the folder, as chattr +a has it.
+bool onlyGrows(int folder) {
+    struct statx facts {};
+    return statx(folder, "", AT_EMPTY_PATH, 0, &facts) == 0 &&
+           (facts.stx_attributes & STATX_ATTR_APPEND) != 0;
 }
 
 // Owner first: giving a file away takes some bits of the mode with it. Where the owner may not be kept, the
@@ -79,47 +113,65 @@ void takeOverModeOf(const struct stat& old, int file) {
     fchmod(file, mode);
 }
 
-// Written as it is: there is nothing to be replaced.
+// Written as it is, from its beginning if it is a file.
 class DirectFile final : public ReplacingFile {
   public:
-    explicit DirectFile(Descriptor file) : file_(std::move(file)) {}
+    explicit DirectFile(Descriptor file, bool isFile = false) : file_(std::move(file)), isFile_(isFile) {}
 
     int write(std::string_view bytes) override {
+        if (error_ == 0) error_ = begin();
         if (error_ == 0) error_ = writeAll(file_.number(), bytes);
         return error_;
     }
     int commit() override {
+        if (error_ == 0) error_ = begin();
         const int closed = file_.close();
         return error_ != 0 ? error_ : closed;
     }
+    bool isTerminal() const override { return isatty(file_.number()) == 1; }
 
   private:
+    // What was there stays until the first byte comes.
+    int begin() { return std::exchange(isFile_, false) && ftruncate(file_.number(), 0) != 0 ? errno : 0; }
+
     Descriptor file_;
+    bool isFile_;
     int error_ = 0;
 };
 
-// A file without a name, or with one of its own in `temporary_`, until commit() gives it the target's name.
+// A file without a name, or from its first byte on with one of its own in `temporary_`, until commit() gives
+// it the target's name.
 class RegularFile final : public ReplacingFile {
   public:
-    RegularFile(Descriptor folder, std::string name) : folder_(std::move(folder)), name_(std::move(name)) {}
+    /// `old` is the file to be replaced, if there is one.
+    RegularFile(Target target, const std::optional<struct stat>& old)
+        : folder_(std::move(target.folder)), name_(std::move(target.name)), old_(old) {}
     ~RegularFile() override { dropTemporary(); }
     RegularFile(const RegularFile&) = delete;
     RegularFile& operator=(const RegularFile&) = delete;
 
-    // System error code. `old` is the file to be replaced, if there is one.
-    int open(const std::optional<struct stat>& old, Unfinished unfinished) {
-        if (const int error = openNew(unfinished); error != 0) return error;
-        replaces_ = old.has_value();
-        if (old) takeOverModeOf(*old, file_.number());
-        return 0;
+    /// System error code: what can be known before there is anything to write.
+    int open(Unfinished unfinished) {
+        const bool grows = onlyGrows(folder_.number());
+        if (grows && old_) return EPERM;
+        // A file without a name gets one through /proc.
+        if (unfinished == Unfinished::kNameless && access("/proc/self/fd", X_OK) == 0) {
+            file_ = openAt(folder_.number(), ".", O_TMPFILE | O_WRONLY, 0666);
+            if (file_.isOpen()) return takeOver(), 0;
+            if (errno == ENOSPC || errno == EDQUOT) return errno;
+        }
+        if (grows) return EPERM;
+        return faccessat(folder_.number(), ".", W_OK | X_OK, AT_EACCESS) == 0 ? 0 : errno;
     }
 
     int write(std::string_view bytes) override {
+        if (error_ == 0) error_ = begin();
         if (error_ == 0) error_ = writeAll(file_.number(), bytes);
         return error_;
     }
 
     int commit() override {
+        if (error_ == 0) error_ = begin();
         if (error_ == 0) error_ = place();
         const int result = error_;
         if (error_ == 0) error_ = EBADF;  // There is no second time.
@@ -127,24 +179,28 @@ class RegularFile final : public ReplacingFile {
         return result;
     }
 
+    std::string leftBehind() const override { return leftBehind_; }
+
   private:
-    int openNew(Unfinished unfinished) {
-        // A file without a name gets one through /proc.
-        if (unfinished == Unfinished::kNameless && access("/proc/self/fd", X_OK) == 0) {
-            file_ = openAt(folder_.number(), ".", O_TMPFILE | O_WRONLY, 0666);
-            if (file_.isOpen()) return 0;
-        }
-        return withUniqueName(temporary_, [&] {
+    int begin() {
+        if (file_.isOpen()) return 0;
+        const int error = withUniqueName(temporary_, [&] {
             file_ = openAt(folder_.number(), temporary_, O_WRONLY | O_CREAT | O_EXCL, 0666);
-            if (file_.isOpen()) return 0;
-            temporary_.clear();
-            return -1;
+            return file_.isOpen() ? 0 : -1;
         });
+        error == 0 ? takeOver() : temporary_.clear();
+        return error;
+    }
+
+    void takeOver() {
+        if (old_) takeOverModeOf(*old_, file_.number());
     }
 
     int place() {
         if (temporary_.empty()) {
-            if (!replaces_ && giveName(name_) == 0) return 0;
+            if (!old_ && giveName(name_) == 0) return 0;
+            // The name that comes next could not be taken back there.
+            if (onlyGrows(folder_.number())) return EPERM;
             const int error = withUniqueName(temporary_, [&] { return giveName(temporary_); });
             if (error != 0) temporary_.clear();
             if (error != 0) return error;
@@ -162,37 +218,28 @@ class RegularFile final : public ReplacingFile {
     }
 
     void dropTemporary() {
-        if (!temporary_.empty()) unlinkat(folder_.number(), temporary_.c_str(), 0);
+        if (temporary_.empty()) return;
+        if (unlinkat(folder_.number(), temporary_.c_str(), 0) != 0 && errno != ENOENT)
+            leftBehind_ = pathOfFolder(folder_) + "/" + temporary_;
         temporary_.clear();
     }
 
     Descriptor folder_;
     std::string name_;
+    std::optional<struct stat> old_;
     Descriptor file_;
     std::string temporary_;
-    bool replaces_ = false;
+    std::string leftBehind_;
     int error_ = 0;
 };
 
-// With O_NONBLOCK among the flags the opening does not wait; writing does all the same.
-std::unique_ptr<ReplacingFile> openDirect(const std::string& path, int flags, int& error) {
-    Descriptor file = openAt(AT_FDCWD, path, O_WRONLY | flags);
-    error = file.isOpen() ? 0 : errno;
-    if (!file.isOpen()) return nullptr;
-    if ((flags & O_NONBLOCK) != 0) fcntl(file.number(), F_SETFL, 0);
-    return std::make_unique<DirectFile>(std::move(file));
-}
-
-std::unique_ptr<ReplacingFile> openRegular(const std::string& path, const std::optional<struct stat>& old,
-                                           Unfinished unfinished, int& error) {
-    Descriptor folder = openAt(AT_FDCWD, folderOf(path), O_PATH | O_DIRECTORY);
-    if (!folder.isOpen()) {
-        error = errno;
-        return nullptr;
-    }
-    auto file = std::make_unique<RegularFile>(std::move(folder), path.substr(path.rfind('/') + 1));
-    error = file->open(old, unfinished);
-    return error == 0 ? std::move(file) : nullptr;
+// Opens what exists so that the kernel has its say: what is write-protected, and what another user has put
+// into a shared folder, is refused, the latter only where a file might be made. Nothing is changed. Where
+// waiting is not wanted, a pipe without a reader is refused, too; writing waits all the same.
+Descriptor openExisting(const std::string& path, bool waits) {
+    Descriptor file = openAt(AT_FDCWD, path, O_WRONLY | O_CREAT | (waits ? 0 : O_NONBLOCK), 0666);
+    if (file.isOpen() && !waits) fcntl(file.number(), F_SETFL, 0);
+    return file;
 }
 
 }  // namespace
@@ -231,17 +278,25 @@ std::unique_ptr<ReplacingFile> makeReplacingFile(const std::string& path, Unfini
         if (copy.number() < 0) return fail(errno);
         return std::make_unique<DirectFile>(std::move(copy));
     }
-    const auto old = statusOf(path);
-    if (path.ends_with('/') || (old && S_ISDIR(old->st_mode))) return fail(EISDIR);
-    if (old && !S_ISREG(old->st_mode)) return openDirect(path, waitsForReaders ? 0 : O_NONBLOCK, error);
-    // Replacing would get round a protection that opening respects.
-    if (old && faccessat(AT_FDCWD, path.c_str(), W_OK, AT_EACCESS) != 0) return fail(errno);
-    const auto target = followLinks(path, error);
-    if (!target) return nullptr;
-    const auto found = statusOf(*target);
-    // A file without a name, reached through /proc: /dev/stdout of a redirection to a deleted file.
-    if (old && (!found || !sameFile(*old, *found))) return openDirect(path, O_TRUNC, error);
-    return openRegular(*target, old, unfinished, error);
+    struct stat status {};
+    const bool exists = stat(path.c_str(), &status) == 0;
+    if (!exists && errno != ENOENT) return fail(errno);
+    if (path.ends_with('/') || (exists && S_ISDIR(status.st_mode))) return fail(EISDIR);
+    Target target = followLinks(path);
+    if (target.error != 0 && (target.folder.isOpen() || !exists)) return fail(target.error);
+    std::optional<struct stat> old;
+    if (exists) {
+        Descriptor there = openExisting(path, waitsForReaders);
+        if (!there.isOpen() || fstat(there.number(), &status) != 0) return fail(errno);
+        if (!S_ISREG(status.st_mode)) return std::make_unique<DirectFile>(std::move(there));
+        // A file without a name, reached through /proc: /dev/stdout of a redirection to a deleted file.
+        if (status.st_nlink == 0) return std::make_unique<DirectFile>(std::move(there), true);
+        if (!names(target, status)) return fail(EBUSY);  // Somebody has changed the links meanwhile.
+        old = status;
+    }
+    auto file = std::make_unique<RegularFile>(std::move(target), old);
+    error = file->open(unfinished);
+    return error == 0 ? std::move(file) : nullptr;
 }
 
 }  // namespace hl

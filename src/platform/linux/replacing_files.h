@@ -12,8 +12,10 @@
 namespace hl {
 
 /// A file for `path`, whichever kind fits it; null and a positive system error code in `error` if it cannot
-/// be made. Links at the end of the path are followed. An older file that the user may not write is not
-/// replaced, even where the folder would allow it. The file keeps its descriptors until it is destroyed;
+/// be made. Links at the end of the path are followed, but in a sticky folder that others may write to only
+/// those of the user and of the folder's owner (EACCES). An older file that the user may not write, or that
+/// the kernel keeps from being opened there (fs.protected_regular, fs.protected_fifos), is not replaced, even
+/// where the folder would allow it. The file keeps its descriptors until it is destroyed;
 /// `unfinished` matters to the regular kind alone. A pipe that nobody reads waits for its reader or, where
 /// that is not wanted, is ENXIO.
 std::unique_ptr<ReplacingFile> makeReplacingFile(const std::string& path, Unfinished unfinished,

@@ -69,6 +69,8 @@ TEST_P(Replacing, ShowsTheOldContentUntilTheLastMomentAndKeepsModeAndOwner) {
 }
 
 TEST_P(Replacing, LeavesNothingBehindWithoutACommitOrWhereTheCommitFails) {
+    const auto unused = files.replace(target, error);
+    EXPECT_EQ(entriesOf(dir.path()), 0U) << "a kill would leave it";
     files.replace(target, error)->write("never");
     EXPECT_EQ(entriesOf(dir.path()), 0U);
     const auto file = files.replace(target, error);
@@ -143,6 +145,17 @@ TEST_F(WholeFiles, SurvivesAPipeWithoutAReaderAndDoesNotWaitForAWriter) {
     files.refuseUnreadPipes();
     EXPECT_EQ(files.replace(pipe, error), nullptr);
     EXPECT_EQ(error, ENXIO);
+}
+
+TEST_F(WholeFiles, ALockThatIsHeldIsWaitedForOnceAndNoFileOfAnotherUserIsALock) {
+    LinuxFiles others;
+    const auto lock = others.lockFolderOf(in("x"));
+    EXPECT_EQ(statusOf(in(".harborlantern-lock")).st_mode & 0777, 0600U);
+    const auto before = std::chrono::steady_clock::now();
+    for (int i = 0; i < 3; ++i) EXPECT_EQ(files.lockFolderOf(in("x")), nullptr);
+    EXPECT_LT(std::chrono::steady_clock::now() - before, std::chrono::seconds(3));
+    if (chown(in(".harborlantern-lock").c_str(), test::kNobody, test::kNobody) != 0) return;  // Not root.
+    EXPECT_EQ(LinuxFiles().lockFolderOf(in("x")), nullptr);
 }
 
 TEST_F(WholeFiles, ReadsAsMuchAsIsAllowedOrSaysWhyNot) {
