@@ -27,7 +27,7 @@ long peakKib() {
 
 class Looks final : public hl::OperationWatch {
   public:
-    bool stillAt(const std::string&) override {
+    bool stillAt(const std::string&, bool) override {
         longest_ = std::max(longest_, milliseconds(last_));
         last_ = Clock::now();
         ++count_;
@@ -46,8 +46,7 @@ class Looks final : public hl::OperationWatch {
 
 int main(int count, char** arguments) {
     if (count != 2) return std::fprintf(stderr, "usage: bench_removing FOLDER\n"), 2;
-    hl::DirectoryCalls calls;
-    hl::LinuxFileOperations operations(calls, {});
+    hl::LinuxFileOperations operations(std::make_shared<hl::DirectoryCalls>(), {});
     Looks looks;
     const long before = peakKib();
     const Clock::time_point start = Clock::now();

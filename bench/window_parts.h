@@ -120,8 +120,7 @@ using Measurement = std::function<void(WindowForm&)>;
 inline int inWindow(Parts& parts, const Measurement& measure) {
     LinuxDrives drives;
     LinuxFolderVerb verb("harborlantern-bench", parts.home, parts.home);
-    DirectoryCalls calls;
-    LinuxFileOperations operations(calls, {parts.home, {}, {}, 64});
+    LinuxFileOperations operations(std::make_shared<DirectoryCalls>(), {parts.home, {}, {}, 64});
     WindowForm* shown = nullptr;
     std::unique_ptr<FirstPaint> first;
     const auto body = [&] {

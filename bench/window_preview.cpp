@@ -116,6 +116,7 @@ class Bench final : public PreviewEvents {
         return error;
     }
     void previewMissing(const std::string& what) override { give(what); }
+    std::string previewNoFile(const std::string&) override { return give("no file"), std::string(); }
     std::string previewUnknown() override { return "unknown"; }
     std::string previewNeeds(const std::string& program, const std::string&) override {
         give(program + " is missing");
@@ -143,8 +144,7 @@ int run(const std::string& folder, const std::string& programs, std::span<char*>
     bench::Parts parts;
     LinuxDrives drives;
     LinuxFolderVerb verb("harborlantern-bench", parts.home, parts.home);
-    DirectoryCalls calls;
-    LinuxFileOperations operations(calls, {parts.home, {}, {}, 64});
+    LinuxFileOperations operations(std::make_shared<DirectoryCalls>(), {parts.home, {}, {}, 64});
     WindowForm form(
         parts.services(),
         {drives, verb, operations, "bench_preview", parts.home, "", "0", {}, [](Window*, MessagePump*) {}});

@@ -67,8 +67,7 @@ int run(bool preview, std::size_t rows, const std::string& path) {
     bench::Parts parts;
     LinuxDrives drives;
     LinuxFolderVerb verb("harborlantern-bench", parts.home, parts.home);
-    DirectoryCalls calls;
-    LinuxFileOperations operations(calls, {parts.home, {}, {}, 64});
+    LinuxFileOperations operations(std::make_shared<DirectoryCalls>(), {parts.home, {}, {}, 64});
     const FormServices services = parts.services();
     WindowForm form(
         services,

@@ -24,6 +24,7 @@
 #include "app/settings.h"
 #include "app/texts.h"
 #include "app/usage.h"
+#include "base/scope_exit.h"
 #include "base/text.h"
 #include "mainwindow/main_form.h"
 #include "mainwindow/program_errors.h"
@@ -36,8 +37,10 @@
 #include "platform/linux/file_system.h"
 #include "platform/linux/files.h"
 #include "platform/linux/folder_verb.h"
+#include "platform/linux/helper.h"
 #include "platform/linux/instances.h"
 #include "platform/linux/last_words.h"
+#include "platform/linux/patience.h"
 #include "platform/linux/preview_tools.h"
 #include "platform/linux/programs.h"
 #include "platform/linux/system_facts.h"
@@ -250,6 +253,7 @@ int Program::runWindow() {
         if (decision == StartDecision::kHandedOver) return kWritten;
         if (decision == StartDecision::kNoAnswer) return tellOfSilentInstance(instances.process());
         status = openWindow(instances, restart);
+        instances.letGo();
     }
     if (restart) startProgram(executable_.string(), {"-RESTART"});
     return status;
@@ -273,24 +277,32 @@ int Program::openWindow(LinuxInstances& instances, bool& restart) {
         return kNoWindow;
     }
     const bool readAhead = facts_.environment("HARBORLANTERN_READ_AHEAD") != "0";
-    LinuxFileSystem fileSystem(limitsOfThisMachine(readAhead), prepareThread);
+    SilentDisks disks;
+    LinuxPatience patience(disks, prepareThread);
+    PatientFileSystem fileSystem(
+        std::make_shared<LinuxFileSystem>(limitsOfThisMachine(readAhead), prepareThread), patience);
+    files_.setPatience(&patience);
+    const ScopeExit impatient([this] { files_.setPatience(nullptr); });
     DriveSources driveSources;
     driveSources.prepareThread = prepareThread;
     LinuxDrives drives(driveSources);
     LinuxFolderVerb verb("harborlantern-folder", facts_.environment("XDG_DATA_HOME"),
                          facts_.environment("HOME"));
-    DirectoryCalls directoryCalls;
-    LinuxFileOperations operations(directoryCalls, {.home = homeFolder(),
-                                                    .programFolders = {folderOf(executable_), programFolder_},
-                                                    .trash = trashSettingsFromEnvironment()});
+    LinuxFileOperations operations(std::make_shared<DirectoryCalls>(),
+                                   {.home = homeFolder(),
+                                    .programFolders = {folderOf(executable_), programFolder_},
+                                    .trash = trashSettingsFromEnvironment()},
+                                   &disks);
     LinuxPreviewTools previewTools(folderOf(executable_), facts_.environment("PATH"),
-                                   facts_.environment("TMPDIR"), places_.own);
+                                   facts_.environment("TMPDIR"), places_.own, &disks);
     WindowForm frmMain(formServices(fileSystem),
                        {drives, verb, operations, executable_.string(), programFolder_, line_.text,
                         shortVersion(app_), Init_Textbausteine(texts_.languageId()),
                         [this](Window* window, MessagePump* pump) { windowThere(window, pump); },
                         [this] { errors_.windowShown(); }, app_.portable});
     app_.cancelState = [&frmMain] { return frmMain.state().CancelState; };
+    patience.setWait(&frmMain.diskWait());
+    frmMain.parts().patience = &patience;
     frmMain.parts().dataFolder = places_.data;
     frmMain.parts().clipboardHolder = folderOf(executable_) + "/harborlantern-clipboard";
     frmMain.parts().preview.tools = &previewTools;
@@ -337,5 +349,8 @@ void Program::windowThere(Window* window, MessagePump* pump) {
 
 int main(int argc, char** argv) {
     hl::occupyStandardDescriptors();
-    return hl::Program(std::vector<std::string>(argv + 1, argv + argc)).Main();
+    const int status = hl::Program(std::vector<std::string>(argv + 1, argv + argc)).Main();
+    // A thread that was left behind may come back at any moment, and finds all in its place.
+    if (hl::HelperSlot::taken() > 0) std::_Exit(status);
+    return status;
 }

@@ -24,11 +24,17 @@ std::string statusOf(const FileOps& ops, bool recycle) {
     return recycle ? texts.TL(9550, "In den Papierkorb: %1") : texts.TL(9549, "Wird gelöscht: %1");
 }
 
+std::string unanswered(const FileOps& ops, FileRun& run, const std::string& path) {
+    run.unanswered = true;
+    return noAnswerText(ops, path);
+}
+
 /// To the trash. Empty if it went, else "REASON (CODE)".
 std::string recycled(const FileOps& ops, FileRun& run, const std::string& path, bool folder, Gone& gone) {
     std::string now;
     const RecycleError error = ops.operations.recycle(placeOf(ops.scan, path), run, now);
     if (error == RecycleError::kNone) return gone.trashed(now, folder), std::string();
+    if (error == RecycleError::kNoAnswer) return unanswered(ops, run, path);
     const int code = static_cast<int>(error);
     return xGetErrorTextFromSH(code, false) + " (" + std::to_string(code) + ")";
 }
@@ -82,6 +88,9 @@ std::string protectedReason(const FileOps& ops, FileRun& run, const std::string&
             return texts.TL(9553, "'%1' enthält Ihren persönlichen Ordner und bleibt.", {path});
         case Protection::kProgram:
             return texts.TL(9554, "'%1' enthält dieses Programm und bleibt.", {path});
+        case Protection::kNoAnswer:
+            return texts.TL(9655, "Der Datenträger von '%1' antwortet nicht; es wurde nichts verändert.",
+                            {path});
         default:
             return {};
     }
@@ -92,10 +101,11 @@ std::string protectedReason(const FileOps& ops, FileRun& run, const std::string&
 // --- files
 
 bool xDeleteFile_W(const FileOps& ops, FileRun& run, const std::string& path, std::string& errorText) {
-    constexpr int kNotFound = 2;  // Gone already counts as deleted.
+    constexpr int kNotFound = 2, kNoAnswer = 110;  // Gone already counts as deleted.
     const int error = ops.operations.removeFile(placeOf(ops.scan, path), run);
     if (error == 0 || error == kNotFound) return true;
-    errorText = ops.scan.facts.errorText(error) + " (" + path + ")";
+    errorText =
+        error == kNoAnswer ? unanswered(ops, run, path) : ops.scan.facts.errorText(error) + " (" + path + ")";
     return false;
 }
 
@@ -126,7 +136,8 @@ bool xDeleteFolder_W(const FileOps& ops, FileRun& run, const std::string& path, 
     const Removal removal = ops.operations.removeTree(placeOf(ops.scan, path), run);
     ops.scan.state.CancelState = before;
     if (removal.removed) return true;
-    if (removal.vanished) return false;
+    if (removal.unknown) errorText = unanswered(ops, run, path);
+    if (removal.vanished || removal.unknown) return false;
     for (const RemovalFailure& failure : removal.failures)
         errorText += ops.scan.facts.errorText(failure.error) + (failure.folder ? "(" : " (") +
                      cut(failure.path) + ") ";
@@ -145,7 +156,7 @@ std::string deleteFolder(const FileOps& ops, FileRun& run, const std::string& pa
     std::string reason = recycle ? recycled(ops, run, path, true, gone) : std::string();
     const bool went = recycle ? reason.empty() : xDeleteFolder_W(ops, run, path, reason);
     if (went) return logGone(ops, path, recycle), std::string();
-    if (!recycle && run.stopped() && !hasVanished(ops.scan, path))
+    if (!recycle && run.stopped() && !run.unanswered && !hasVanished(ops.scan, path))
         return texts.TL(9643, "Das Löschen des Ordners '%1' wurde angehalten; ein Teil ist noch da. %2",
                         {path, reason});
     if (reason.empty()) reason = texts.TL(9640, "'%1' ist nicht mehr da.", {path});
@@ -175,7 +186,7 @@ void deleteAll(const FileOps& ops, FileRun& run, const std::vector<std::string>&
         const std::string failure = deleteFolder(ops, run, path, recycle, gone);
         if (failure.empty() || hasVanished(ops.scan, path)) {
             gone.folder(path);
-        } else if (!recycle) {
+        } else if (!recycle && !run.unanswered) {
             gone.part(path);  // To the trash a folder goes in one step, or stays as it was.
         }
         if (!failure.empty()) stayed.add(ops, failure);
@@ -220,6 +231,7 @@ void List_DeleteFiles(const FileOps& ops, ListView& list, bool recycle) {
             FileRun run(ops, statusOf(ops, recycle));
             for (auto path = paths.rbegin(); path != paths.rend() && !run.stopped(); ++path) {
                 gone.about(*path, false);
+                if (run.stopped()) break;  // During that look: the file is still there.
                 const std::string failure = Delete_Files(ops, run, *path, recycle, gone);
                 if (failure.empty() || hasVanished(ops.scan, *path)) gone.file(*path);
                 if (!failure.empty()) stayed.add(ops, failure);

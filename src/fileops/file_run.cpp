@@ -45,7 +45,7 @@ void FileRun::letMessagesRun() {
     stopped_ = stopped_ || ops_.scan.state.CancelState != kCancelNone;
 }
 
-bool FileRun::stillAt(const std::string& path) {
+bool FileRun::stillAt(const std::string& path, bool silent) {
     const std::uint64_t now = ops_.scan.pump.GetTickCount();
     if (!path.empty() && now >= lastStatus_ + kStatusInterval) {
         lastStatus_ = now;
@@ -54,8 +54,17 @@ bool FileRun::stillAt(const std::string& path) {
             text.replace(at, 2, visible(path.substr(0, kLongestStatus)));
         ops_.host.setFirstPanel(text);
     }
+    ops_.scan.state.DiskSilent = silent;
     letMessagesRun();
+    ops_.scan.state.DiskSilent = false;
     return !stopped_;
+}
+
+std::string noAnswerText(const FileOps& ops, const std::string& path) {
+    return ops.scan.texts.TL(9654,
+                             "Der Datenträger von '%1' antwortet nicht. Ob und wie weit der Vorgang noch "
+                             "ausgeführt wird, ist nicht bekannt.",
+                             {path});
 }
 
 FilePlace placeOf(const ScanContext& scan, const std::string& path) {

@@ -44,7 +44,9 @@ class FileRun final : public OperationWatch {
 
     /// Whether the user has asked for an end, by Stop, Escape or closing the window.
     bool stopped();
-    bool stillAt(const std::string& path) override;
+    bool stillAt(const std::string& path, bool silent) override;
+
+    bool unanswered = false;  ///< A disk did not answer: what became of the last path is not known.
 
   private:
     void letMessagesRun();
@@ -55,6 +57,9 @@ class FileRun final : public OperationWatch {
     std::uint64_t lastStatus_ = 0;
     bool stopped_ = false;
 };
+
+/// Of a path that was worked at when its disk did not answer any more.
+std::string noAnswerText(const FileOps& ops, const std::string& path);
 
 /// Where a path lies: below the source of the report that holds it, where nothing on the way is a link that
 /// the scan has not followed. A path of no source is trusted up to its last name.

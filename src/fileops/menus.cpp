@@ -44,6 +44,7 @@ std::vector<MenuEntry> Menus::desktopPart(const std::vector<std::string>& paths)
 
 int Menus::show(std::vector<MenuEntry> desktop, std::vector<MenuEntry> own,
                 const std::vector<std::string>& paths, Point at) {
+    if (ops_.host.closed()) return 0;  // While the files were looked at.
     append(desktop, std::move(own));
     const int chosen = ops_.window.showMenu(desktop, at);
     if (chosen >= report_menu::kReadAgain) return chosen;
@@ -160,6 +161,7 @@ void Menus::openAll(const std::vector<std::string>& paths) {
 
 bool Menus::wantsToRun(const std::string& path) {
     if (!ops_.window.desktop().runsWhenOpened(path)) return true;
+    if (ops_.host.closed()) return false;
     return ops_.window.message(
         MessageKind::kQuestion,
         ops_.scan.texts.TL(9556, "'%1' ist ein Programm oder startet eines. Trotzdem öffnen?",
@@ -193,6 +195,7 @@ void Menus::openWithOther(const std::vector<std::string>& paths) {
 }
 
 void Menus::cannotBeOpened(const std::string& path) {
+    if (ops_.host.closed()) return;
     ops_.window.message(
         MessageKind::kError,
         ops_.scan.texts.TL(9525, "Die Datei '%1' kann nicht geöffnet werden.", {visible(path)}));

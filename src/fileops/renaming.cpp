@@ -36,6 +36,7 @@ std::string makeRoom(const FileOps& ops, FileRun& run, const std::string& from, 
     former = Former::kReplaced;
     if (error == RecycleError::kNoTrash) return {};
     former = Former::kNone;
+    if (error == RecycleError::kNoAnswer) return noAnswerText(ops, to);
     const int code = static_cast<int>(error);
     return to + ": " + xGetErrorTextFromSH(code, false) + " (" + std::to_string(code) + ")";
 }
@@ -67,6 +68,7 @@ bool rename(const FileOps& ops, Grid& grid, Row row, const std::string& folder, 
     {
         FileRun run(ops, ops.scan.texts.TL(9551, "Wird verschoben: %1"));
         const bool taken = !hasVanished(ops.scan, to);
+        if (run.stopped()) return false;
         error = makeRoom(ops, run, from, to, former, now);
         if (error.empty()) error = xMoveFile_W(ops, run, from, to);
         if (former == Former::kReplaced && !error.empty()) former = Former::kNone;
@@ -93,7 +95,9 @@ bool rename(const FileOps& ops, Grid& grid, Row row, const std::string& folder, 
 
 std::string xMoveFile_W(const FileOps& ops, FileRun& run, const std::string& from, const std::string& to) {
     const int error = ops.operations.move(placeOf(ops.scan, from), placeOf(ops.scan, to), run);
+    constexpr int kNoAnswer = 110;
     if (error == 0) return {};
+    if (error == kNoAnswer) return noAnswerText(ops, from);
     const std::string text = ops.scan.facts.errorText(error);
     return text.empty() ? std::to_string(error) : text;
 }

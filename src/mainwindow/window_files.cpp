@@ -25,10 +25,18 @@ std::string withoutSlash(std::string path) {
 
 // --- menus
 
-// What went since it was read has no menu, and the user sees why.
-bool WindowForm::isGone(const char* routine, const std::string& path) {
-    if (path.empty() || !hasVanished(scan_, path)) return false;
-    const std::string text = services_.texts.TL(9640, "'%1' ist nicht mehr da.", {path});
+// What went since it was read has no menu, nor has what does not answer, and the user sees why. Nothing has
+// one if the window was closed meanwhile.
+bool WindowForm::hasNoMenu(const char* routine, const std::string& path) {
+    if (path.empty()) return false;
+    std::string text;
+    if (hasVanished(scan_, path)) {
+        text = services_.texts.TL(9640, "'%1' ist nicht mehr da.", {path});
+    } else if (isSilent(scan_, path)) {
+        text = services_.texts.TL(
+            9655, "Der Datenträger von '%1' antwortet nicht; es wurde nichts verändert.", {path});
+    }
+    if (unloaded_ || text.empty()) return unloaded_;
     services_.log.LogDebug(routine, {visible(text)});
     setFirstPanel(text);
     return true;
@@ -36,7 +44,7 @@ bool WindowForm::isGone(const char* routine, const std::string& path) {
 
 void WindowForm::Report_ShellContextMenu(Row row, const std::string& path, Point at) {
     guarded(services_.diagnostics, "Report_ShellContextMenu", kModul, [&] {
-        if (path.empty() || unloaded_ || isGone("Report_ShellContextMenu", withoutSlash(path))) return;
+        if (path.empty() || hasNoMenu("Report_ShellContextMenu", withoutSlash(path))) return;
         const FileOps ops = fileOps();
         const ScopeExit over = command();
         const int chosen = Menus(ops).ofReport(row, withoutSlash(path), at);
@@ -86,7 +94,7 @@ void WindowForm::ShellContextMenuFileList(GridId id, Point at) {
         Menus menus(ops);
         const ScopeExit over = command();
         const std::vector<std::string> paths = list.menuPaths();
-        if (!paths.empty() && isGone("ShellContextMenuFileList", paths.front())) return;
+        if (!paths.empty() && hasNoMenu("ShellContextMenuFileList", paths.front())) return;
         const int chosen = menus.ofList(id, paths, at);
         if (unloaded_) return;
         switch (chosen) {

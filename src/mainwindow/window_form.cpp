@@ -143,7 +143,9 @@ void WindowForm::Form_Activate() {
         [this](const std::string& folder) {
             // What a link leads to is not asked: it may lie on a server that is gone.
             int notALink = 0;
-            return services_.fileSystem.look(folder).isFolder ||
+            constexpr int kNoAnswer = 110;
+            const PathFacts facts = services_.fileSystem.look(folder);
+            return facts.isFolder || facts.error == kNoAnswer ||
                    !services_.fileSystem.target(folder, notALink).empty();
         },
         services_.paths);
@@ -173,7 +175,7 @@ void WindowForm::readWaiting() {
 // --- closing
 
 bool WindowForm::formQueryUnload() {
-    if (state_.ScanActive) {
+    if (state_.ScanActive && !state_.DiskSilent) {
         state_.CancelState = kCancelStop;
         return false;
     }

@@ -24,6 +24,7 @@
 #include "output/print_job.h"
 #include "platform/drives.h"
 #include "platform/folder_verb.h"
+#include "platform/patience.h"
 #include "platform/window.h"
 #include "views/drive_list.h"
 #include "views/report_view.h"
@@ -55,6 +56,7 @@ class WindowForm final : public MainForm,
                          private DriveListHost,
                          private ListHost,
                          private FileOpsHost,
+                         private DiskWait,
                          private SaveDialog {
   public:
     WindowForm(const FormServices& services, const WindowServices& window);
@@ -65,6 +67,8 @@ class WindowForm final : public MainForm,
     bool restartPending() const { return RestartPending_; }
     /// The window was closed; whoever hands sources over now would lose them.
     bool unloaded() const { return unloaded_; }
+    /// The window while a disk is waited for.
+    DiskWait& diskWait() { return *this; }
     void takeDriveAnswers() { driveList_.takeAnswers(); }
 
     // WindowEvents
@@ -202,12 +206,17 @@ class WindowForm final : public MainForm,
     void removeFromLists(const std::function<bool(const std::string& path)>& went) override;
     bool closed() override { return unloaded_; }
 
+    // --- DiskWait
+    void waitBegins(const std::string& path) override;
+    bool goesOnWaiting() override;
+    void waitEnds() override;
+
     // --- DriveListHost
     void autosizeDriveColumn(std::size_t column, int margin) override;
     std::string askText(const std::string& prompt, const std::string& preset) override;
     void readSources(const std::vector<std::string>& sources) override;
 
-    bool isGone(const char* routine, const std::string& path);
+    bool hasNoMenu(const char* routine, const std::string& path);
     void openDriveMenu(Row row, Point at);
     void reportMenuCommand(int id, Row row);
     /// What is handed over while a command is on the stack waits for its end.
@@ -238,16 +247,20 @@ class WindowForm final : public MainForm,
     WindowPreview preview_;
     /// Nobody has chosen the width of the report: it starts narrower than its columns.
     bool reportWidthOpen_ = false;
-    int reportStart_ = 0;             ///< The width that nobody has chosen.
-    bool sourceUnseen_ = false;       ///< The row of the first source of a run was not shown yet.
-    std::uint64_t shownFolders_ = 0;  ///< Notices of a run to the report.
-    bool loaded_ = false;             ///< The form has taken over all that is saved at the end.
-    bool sourcesLoaded_ = false;      ///< And the box of sources.
-    bool ready_ = false;              ///< formActivate is over: sources may be read.
-    std::uint32_t errorsBefore_ = 0;  ///< Of the program, when the controls were locked.
-    bool rowsMissing_ = false;        ///< An error of the program has ended what fills the report.
-    bool unloaded_ = false;           ///< What is on the stack then still ends; nothing new begins.
-    int commands_ = 0;                ///< Commands on the stack, each perhaps with a dialog of its own.
+    int reportStart_ = 0;              ///< The width that nobody has chosen.
+    bool sourceUnseen_ = false;        ///< The row of the first source of a run was not shown yet.
+    std::uint64_t shownFolders_ = 0;   ///< Notices of a run to the report.
+    bool loaded_ = false;              ///< The form has taken over all that is saved at the end.
+    bool sourcesLoaded_ = false;       ///< And the box of sources.
+    bool ready_ = false;               ///< formActivate is over: sources may be read.
+    std::uint32_t errorsBefore_ = 0;   ///< Of the program, when the controls were locked.
+    bool rowsMissing_ = false;         ///< An error of the program has ended what fills the report.
+    bool unloaded_ = false;            ///< What is on the stack then still ends; nothing new begins.
+    int commands_ = 0;                 ///< Commands on the stack, each perhaps with a dialog of its own.
+    int diskWaits_ = 0;                ///< Waits for a disk on the stack.
+    bool lockedForDisk_ = false;       ///< The outermost of them has locked the window.
+    std::uint64_t diskWaitBegan_ = 0;  ///< Tick.
+    std::string statusBeforeWait_;
     bool RestartPending_ = false;
     std::uint64_t lastStatusTick_ = 0;
     std::string missing_;  ///< What a run has to say of sources that do not exist.

@@ -7,6 +7,7 @@
 #include "base/text.h"
 #include "mainwindow/window_form.h"
 #include "robustness/trap.h"
+#include "scan/driver.h"
 #include "scan/rollup.h"
 
 namespace hl {
@@ -91,6 +92,47 @@ void WindowForm::firstLevelFolderDone() {
     if (!std::has_single_bit(++shownFolders_)) return;
     reportView_->Report_Resize_Columns(false, false);
     fitReportPane();
+}
+
+// --- a disk that has not answered at once
+
+// Nothing else may begin meanwhile, so the window is locked like for a run, unless one has locked it already.
+void WindowForm::waitBegins(const std::string& path) {
+    if (diskWaits_++ > 0) return;
+    diskWaitBegan_ = services_.pump.GetTickCount();
+    statusBeforeWait_ = status_.first;
+    ++commands_;
+    setFirstPanel(services_.texts.TL(9656, "Warten auf den Datenträger von '%1' ... (Abbruch: ESC-Taste)",
+                                     {visible(path)}));
+    lockedForDisk_ = !state_.ScanActive;
+    if (!lockedForDisk_) return;
+    state_.CancelState = kCancelNone;
+    state_.DiskSilent = true;  // Messages run here, too.
+    DisableControls(scan_, false);
+    state_.DiskSilent = false;
+    setBusyPointer(true);
+}
+
+// While the window loads its sources are asked for, of which some may lie on a disk that is gone: nobody
+// waits long for those.
+bool WindowForm::goesOnWaiting() {
+    constexpr std::uint64_t kLongestAtStart = 1000;  // Milliseconds.
+    state_.DiskSilent = true;
+    services_.pump.PumpMessages();
+    state_.DiskSilent = false;
+    if (!sourcesLoaded_ && services_.pump.GetTickCount() - diskWaitBegan_ >= kLongestAtStart) return false;
+    return !unloaded_ &&
+           (lockedForDisk_ ? state_.CancelState == kCancelNone : state_.CancelState != kCancelStop);
+}
+
+void WindowForm::waitEnds() {
+    if (--diskWaits_ > 0) return;
+    --commands_;
+    setFirstPanel(statusBeforeWait_);
+    if (!std::exchange(lockedForDisk_, false)) return;
+    if (!unloaded_) state_.CancelState = kCancelNone;
+    EnableControls(scan_);
+    setBusyPointer(false);
 }
 
 // --- neighbours

@@ -3,7 +3,8 @@
 // A file is named by a FilePlace and reached step by step through open folders, so that what others swap on
 // the way meanwhile leads nowhere else. The last step is never followed: of a link, the link is what is
 // removed, recycled or moved. Each operation does its work beside the caller's thread, which is asked for
-// what waits there as long as it lasts (OperationWatch); one operation at a time.
+// what waits there as long as it lasts (OperationWatch); one operation at a time. What a disk has left
+// unanswered has the error ETIMEDOUT (110).
 #pragma once
 
 #include <cstdint>
@@ -27,9 +28,10 @@ class OperationWatch {
   public:
     virtual ~OperationWatch() = default;
     /// Some sixty times a second until the operation ends, on the caller's thread; never for one that ends
-    /// at once. `path`: what the operation is at, empty if it has not said so yet. False: it is wanted no
-    /// more; the removal of a folder then ends where it is, anything else goes on to its end.
-    virtual bool stillAt(const std::string& path) = 0;
+    /// at once. `path`: what the operation is at, empty if it has not said so yet. `silent`: its disk does
+    /// not answer. False: it is wanted no more. The removal of a folder then ends where it is, anything else
+    /// goes on to its end; what a silent disk has in hand is left behind, and nobody knows what comes of it.
+    virtual bool stillAt(const std::string& path, bool silent) = 0;
 };
 
 struct RemovalFailure {
@@ -47,6 +49,7 @@ struct Removal {
     std::vector<RemovalFailure> failures = {};  ///< The first ones, in the order in which they came.
     std::uint64_t failureCount = 0;             ///< Of all.
     std::uint64_t entries = 0;                  ///< Files and folders that went.
+    bool unknown = false;  ///< Its disk does not answer: it was left behind, or not begun.
 };
 
 /// Why something is not in the trash. The numbers are told to the user.
@@ -58,11 +61,13 @@ enum class RecycleError : int {
     kInvalidPath = 0x7C,  ///< It is not there.
     kReadOnly = 0x86,     ///< The file system is read-only.
     kUnknown = 0x402,
-    kNoTrash = 0x10000,  ///< The mount has no trash, and none can be made.
+    kNoTrash = 0x10000,   ///< The mount has no trash, and none can be made.
+    kNoAnswer = 0x10079,  ///< The disk does not answer; what has become of it is not known.
 };
 
 /// Folders that are not removed whole, nor moved to the trash; a folder that holds one counts as it.
-enum class Protection : std::uint8_t { kNone, kRoot, kHome, kProgram };
+/// kNoAnswer: their disk does not tell what it is.
+enum class Protection : std::uint8_t { kNone, kRoot, kHome, kProgram, kNoAnswer };
 
 class FileOperations {
   public:

@@ -25,6 +25,7 @@ struct PreviewTexts {
     std::string cut;                           ///< Stands behind a text that goes on in the file.
     std::string converting;                    ///< Stands in the pane until a document is converted.
     std::string pageFailed;                    ///< Stands on a page that cannot be drawn.
+    std::string waiting;                       ///< Stands in the pane while the disk does not answer.
     std::string page;                          ///< "Page %1 of %2", for assistive tools.
     std::string play, stop, position, volume;  ///< Names of the player's controls.
 };
@@ -44,6 +45,8 @@ class PreviewEvents {
     /// The text that says that the file `path` cannot be shown. Called when the file that failed is the one
     /// that is still wanted; the pane shows the text.
     virtual std::string previewFailed(const std::string& path, const std::string& error) = 0;
+    /// The same for what is no regular file, and was not touched.
+    virtual std::string previewNoFile(const std::string& path) = 0;
     /// A viewer is not there: a line for the log. The pane shows `previewUnknown` instead, where it has
     /// nothing else to show the file with.
     virtual void previewMissing(const std::string& what) = 0;

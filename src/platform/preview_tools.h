@@ -21,6 +21,16 @@ class OpenFile {
     virtual std::string head(std::size_t limit, int& error) const = 0;
 };
 
+/// A file that is being opened beside the logic.
+class PreviewOpening {
+  public:
+    virtual ~PreviewOpening() = default;
+    /// Becomes readable when it is over.
+    virtual int descriptor() const = 0;
+    /// As PreviewTools::open. REQUIRES: it is over.
+    virtual std::unique_ptr<OpenFile> take(std::string& error) = 0;
+};
+
 /// A folder that nobody else can look into; removed with its owner, with all that is in it. It stays if the
 /// program is killed.
 class PrivateFolder {
@@ -72,6 +82,10 @@ class PreviewTools {
     /// Null if it cannot be opened, or, with an empty `error`, is no regular file: such a one is not touched.
     /// A link is followed.
     virtual std::unique_ptr<OpenFile> open(const std::string& path, std::string& error) = 0;
+    /// The same for a file whose disk may not answer; null where it always does: open() it then. What comes
+    /// is in memory, so that nothing waits for the disk any more: of a file that is too large for that none
+    /// of it, or with `beginning` the first MiB of any.
+    virtual std::unique_ptr<PreviewOpening> openBeside(const std::string& path, bool beginning) = 0;
     /// The same file once more, with a place of reading of its own.
     virtual std::unique_ptr<OpenFile> again(const OpenFile& file, std::string& error) = 0;
     /// A file that has no name and these bytes; null if there is no room for it.

@@ -17,6 +17,7 @@
 #include "platform/file_types.h"
 #include "platform/form.h"
 #include "platform/message_pump.h"
+#include "platform/patience.h"
 #include "platform/preview_pane.h"
 #include "platform/print.h"
 #include "platform/splitter.h"
@@ -252,8 +253,9 @@ struct WindowParts {
     std::string dataFolder;  ///< Icons.
     std::string language;    ///< "de", for the texts of the toolkit's own dialogs.
     PreviewParts preview;
-    Desktop* desktop = nullptr;   ///< Null for the user's own.
-    std::string clipboardHolder;  ///< The program that leaveText starts.
+    Desktop* desktop = nullptr;    ///< Null for the user's own.
+    Patience* patience = nullptr;  ///< For what the desktop asks of files; null: all disks answer.
+    std::string clipboardHolder;   ///< The program that leaveText starts.
 };
 
 }  // namespace hl

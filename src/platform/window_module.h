@@ -12,7 +12,7 @@
 namespace hl {
 
 /// Raised when either side of the border changes; a module refuses a program with another number.
-constexpr int kWindowModuleVersion = 4;
+constexpr int kWindowModuleVersion = 5;
 constexpr const char* kWindowModuleName = "harborlantern-gui.so";
 constexpr const char* kWindowModuleFunction = "harborlanternWindow";
 

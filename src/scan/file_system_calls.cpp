@@ -47,6 +47,10 @@ bool isNotThere(int error) {
     return error == kNotFound || error == kFolderNotFound;
 }
 
+bool isSilent(const ScanContext& scan, std::string_view path) {
+    return scan.fileSystem.look(ToLongPath(path, scan.paths)).error == kTimedOut;
+}
+
 std::int32_t xGetHardlinkCount(ScanContext& scan, const std::string& path, std::string* id,
                                std::string& error) {
     const PathFacts facts = scan.fileSystem.look(ToLongPath(path, scan.paths));

@@ -21,6 +21,8 @@ void tellOfWait(ScanContext& scan, std::string_view path);
 bool hasVanished(const ScanContext& scan, std::string_view path);
 /// The same by the system error code of a look at it.
 bool isNotThere(int error);
+/// Whether its disk does not answer. Only just asked, it is not waited for again.
+bool isSilent(const ScanContext& scan, std::string_view path);
 
 /// The number of names of a file, 0 if it has only one. `id` (may be null) is set for any file that exists.
 /// 0 with `error` set if it cannot be learned.

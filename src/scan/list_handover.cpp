@@ -11,23 +11,27 @@ namespace hl {
 namespace {
 
 // Everything of the row but its links and id. One row is like the other in both lists.
-void fillRow(ScanContext& scan, Grid& list, Row row, const FoundFile& file) {
+void fillRow(Grid& list, Row row, const FoundFile& file, const std::string& type) {
     list.setCellText(row, kFilePath, file.folder);
     list.setNumber(row, kFileSize, static_cast<double>(file.entry.size));
     list.setNumber(row, kFileDate, static_cast<double>(file.times.written));
     list.setNumber(row, kFileDateCreated, static_cast<double>(file.times.created));
     list.setNumber(row, kFileDateAccessed, static_cast<double>(file.times.accessed));
-    const std::string path = std::string(file.folder).append(file.name);
-    const std::string type = scan.host.typeName(path);
     if (!type.empty()) list.setCellText(row, kFileType, type);
     list.setCellText(row, kFileExt, upperCase(xGetExtension(file.name)));
     list.setCellText(row, kFileAttr, xFormatFileAttribute(file.entry.attributes, false, ""));
+}
+
+// Messages may run meanwhile, so it comes before the row.
+std::string typeOf(ScanContext& scan, const FoundFile& file) {
+    return scan.host.typeName(std::string(file.folder).append(file.name));
 }
 
 void offerToTopList(ScanContext& scan, const FoundFile& file) {
     ScanState& state = scan.state;
     const SizeValue size = SizeValue::fromBytes(file.entry.size);
     if (state.TopCount >= state.TopMaxCount && size <= state.TopSmallest) return;
+    const std::string type = typeOf(scan, file);
     const Row row = scan.lvwTOP.addRow(kNoRow, file.name);
     state.TopCount = addCount(state.TopCount, 1);
     if (size > state.TopLargest) {
@@ -35,7 +39,7 @@ void offerToTopList(ScanContext& scan, const FoundFile& file) {
     } else if (size < state.TopSmallest) {
         state.TopSmallest = size;
     }
-    fillRow(scan, scan.lvwTOP, row, file);
+    fillRow(scan.lvwTOP, row, file, type);
     if (state.TopCount - kTopTrimSlack <= state.TopMaxCount) return;
     trimTopList(scan);
     // A list of no length has no last row: only what is larger than all before is looked at once more.
@@ -58,11 +62,12 @@ std::string fileId(std::uint64_t inode) {
 void handOverFile(ScanContext& scan, const FoundFile& file) {
     if (scan.options.CreateListTOP == 1) offerToTopList(scan, file);
     if (scan.options.CreateListHardlink != 1 || file.links <= 0) return;
+    const std::string type = typeOf(scan, file);
     const Row row = scan.lvwHardlinks.addRow(kNoRow, file.name);
     scan.lvwHardlinks.setNumber(row, kFileLinks, file.links);
     scan.lvwHardlinks.setCellText(row, kFileId, fileId(file.entry.inode));
     scan.lvwHardlinks.setNumber(row, kFileDevice, static_cast<std::int32_t>(file.entry.device));
-    fillRow(scan, scan.lvwHardlinks, row, file);
+    fillRow(scan.lvwHardlinks, row, file, type);
 }
 
 void handOverJunction(ScanContext& scan, std::string_view path, std::string_view target, std::uint32_t tag) {

@@ -28,8 +28,11 @@ enum CancelValue : std::int32_t {
 struct ScanState {
     std::deque<std::string> SourceQueue;  ///< First in, first out; the head stays until it is done with.
     std::int32_t CancelState = kCancelNone;
-    bool ScanActive = false;            ///< Handlers that run in a pause of the scan test it.
-    bool SilentRun = false;             ///< No window; the lists stay empty.
+    bool ScanActive = false;  ///< Handlers that run in a pause of the scan test it.
+    bool SilentRun = false;   ///< No window; the lists stay empty.
+    /// What is at work waits for a disk that does not answer. It may be left at any time, so the window need
+    /// not stay open for it.
+    bool DiskSilent = false;
     std::uint64_t PumpInterval = 1500;  ///< Milliseconds.
     std::uint64_t LastPumpTick = 0;
 

@@ -12,9 +12,15 @@ void Yield::now() {
     }
 }
 
+// The reader asks every 50 milliseconds; a longer gap means that it has got something meanwhile.
 bool Yield::goOnWaiting() {
+    constexpr std::uint64_t kGap = 200, kSilent = 1000;
+    state_.DiskSilent = waitedTill_ - waitsSince_ >= kSilent;
     pump_.PumpMessages();
-    state_.LastPumpTick = pump_.GetTickCount();
+    state_.DiskSilent = false;
+    const std::uint64_t now = pump_.GetTickCount();
+    if (now > waitedTill_ + kGap) waitsSince_ = now;
+    waitedTill_ = state_.LastPumpTick = now;
     return state_.CancelState != kCancelStop;
 }
 

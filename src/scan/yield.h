@@ -29,6 +29,8 @@ class Yield final : public WaitCallback {
     ScanState& state_;
     MessagePump& pump_;
     unsigned calls_ = 0;
+    std::uint64_t waitsSince_ = 0;  ///< Ticks of the first pause of a wait,
+    std::uint64_t waitedTill_ = 0;  ///< and of the last one.
 };
 
 /// Messages run while the reader waits. That it waits long is told once for each block.

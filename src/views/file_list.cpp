@@ -11,8 +11,7 @@ namespace hl {
 
 namespace {
 
-void addFileRow(ScanContext& scan, Grid& list, const Listing& listing, std::size_t index,
-                const std::string& folder) {
+void addFileRow(Grid& list, const Listing& listing, std::size_t index, const std::string& type) {
     const Entry& entry = listing.entries[index];
     const std::string_view name = listing.name(entry);
     const Row row = list.addRow(kNoRow, name);
@@ -23,7 +22,6 @@ void addFileRow(ScanContext& scan, Grid& list, const Listing& listing, std::size
         list.setNumber(row, kFileDateCreated, static_cast<double>(times.created));
         list.setNumber(row, kFileDateAccessed, static_cast<double>(times.accessed));
     }
-    const std::string type = scan.host.typeName(std::string(folder).append(name));
     if (!type.empty()) list.setCellText(row, kFileType, type);
     list.setCellText(row, kFileExt, upperCase(xGetExtension(name)));
     list.setCellText(row, kFileAttr, xFormatFileAttribute(entry.attributes, false, ""));
@@ -59,7 +57,10 @@ void readRows(ScanContext& scan, Grid& list, const std::string& folder, Filling&
             if (!filling.goesOn()) return;
             const Entry& entry = listing->entries[i];
             if ((entry.attributes & kAttributeDirectory) != 0) continue;
-            addFileRow(scan, list, *listing, i, folder);
+            // Messages may run while the file is looked into.
+            const std::string type = scan.host.typeName(std::string(folder).append(listing->name(entry)));
+            if (!filling.isLatest()) return;
+            addFileRow(list, *listing, i, type);
             total += SizeValue::fromBytes(entry.size);
         }
         if (!listing->more) return;

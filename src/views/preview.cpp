@@ -76,6 +76,7 @@ PreviewTexts previewTexts(const Texts& texts) {
     all.name = texts.TL(9277, "Vorschau");
     all.cut = texts.TL(9540, "[Die Datei ist länger; hier steht ihr Anfang.]");
     all.converting = texts.TL(9558, "Das Dokument wird umgewandelt ...");
+    all.waiting = texts.TL(9657, "Der Datenträger antwortet noch nicht ...");
     all.pageFailed = texts.TL(9541, "Diese Seite kann nicht angezeigt werden.");
     all.page = texts.TL(9542, "Seite %1 von %2");
     all.play = texts.TL(9543, "Abspielen oder anhalten");
@@ -109,8 +110,7 @@ void Preview::show(const std::string& path) {
     std::string error;
     if (pane_->showFile(*viewer, path, error)) return;
     // A pipe or a device is nothing to ask the user about.
-    if (error.empty())
-        return pane_->showNotice(texts_.TL(9590, "'%1' ist keine gewöhnliche Datei.", {visible(path)}));
+    if (error.empty()) return pane_->showNotice(previewNoFile(path));
     pane_->showNotice(failure(path, error));
 }
 
@@ -135,6 +135,10 @@ std::string Preview::failure(const std::string& path, const std::string& error) 
 
 std::string Preview::previewFailed(const std::string& path, const std::string& error) {
     return failure(path, error);
+}
+
+std::string Preview::previewNoFile(const std::string& path) {
+    return texts_.TL(9590, "'%1' ist keine gewöhnliche Datei.", {visible(path)});
 }
 
 void Preview::previewMissing(const std::string& what) {

@@ -60,6 +60,7 @@ class Preview final : private PreviewEvents {
     std::string failure(const std::string& path, const std::string& error);
 
     std::string previewFailed(const std::string& path, const std::string& error) override;
+    std::string previewNoFile(const std::string& path) override;
     void previewMissing(const std::string& what) override;
     std::string previewUnknown() override;
     std::string previewNeeds(const std::string& program, const std::string& suite) override;

@@ -149,7 +149,7 @@ TEST_F(FilesTest, StopEndsBetweenTwoRowsAndNothingElseBeginsMeanwhile) {
     int operations = 0;
     s().operations().before = [&](OperationWatch& watch) {
         ++operations;
-        watch.stillAt("/some/where");
+        watch.stillAt("/some/where", false);
         EXPECT_EQ(s().status(), "Wird gelöscht: /some/where");
         EXPECT_TRUE(!s().enabled("cbrMain.2") && s().enabled("cbrMain.3"));
         s().clickTitle(0);
@@ -192,7 +192,7 @@ TEST_F(FilesTest, EscapeHeldDownInABoxEndsTheBoxAndNoDeleting) {
         QKeyEvent repeated(QEvent::KeyPress, Qt::Key_Escape, {}, {}, true);
         QApplication::sendEvent(&s().frame(), &repeated);
         QTest::keyRelease(&s().frame(), Qt::Key_Escape);
-        watch.stillAt("/some/where");
+        watch.stillAt("/some/where", false);
     };
     deleteInList();
     s().operations().before = [](OperationWatch&) {};

@@ -72,7 +72,7 @@ struct PreviewPaneTest : testing::Test, PreviewEvents {
         area.reset();
         tools = std::make_unique<LinuxPreviewTools>(folder, commands.path(), dir.path(), dir.path());
         parts.tools = tools.get();
-        parts.texts = {"Vorschau", "[cut]", "converting", {}, {}, {}, {}, {}, {}};
+        parts.texts = {"Vorschau", "[cut]", "converting", {}, "waiting", {}, {}, {}, {}, {}};
         area = std::make_unique<PreviewArea>(parts, told, nullptr);
         area->setEvents(this);
         area->resize(400, 300);
@@ -89,6 +89,7 @@ struct PreviewPaneTest : testing::Test, PreviewEvents {
         reasons.push_back(error);
         return "failed";
     }
+    std::string previewNoFile(const std::string&) override { return "no file"; }
     void previewMissing(const std::string& what) override { missing.push_back(what); }
     std::string previewUnknown() override { return "unknown"; }
     std::string previewNeeds(const std::string& program, const std::string& suite) override {

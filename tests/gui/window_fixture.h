@@ -27,6 +27,7 @@
 #include "platform/linux/file_operations.h"
 #include "platform/linux/file_system.h"
 #include "platform/linux/files.h"
+#include "platform/linux/patience.h"
 #include "platform/linux/system_facts.h"
 #include "platform/qt/main_window.h"
 #include "platform/qt/qt_pump.h"
@@ -45,6 +46,8 @@ inline const Addresses kAllAddresses = {"https://home.test/", "http://forum.test
 /// `beforeFiles` of a list of files.
 class PausingFileSystem final : public FileSystem {
   public:
+    explicit PausingFileSystem(Patience& patience)
+        : disk_(std::make_shared<LinuxFileSystem>(limitsOfThisMachine(false), nullptr), patience) {}
     std::function<void(int block)> beforeBlock, beforeFiles;
     std::function<void()> beforeLook = [] {};
 
@@ -53,6 +56,7 @@ class PausingFileSystem final : public FileSystem {
         auto reader = disk_.read(source, options, wait);
         return std::make_unique<Reader>(std::move(reader), options.recursive ? beforeBlock : beforeFiles);
     }
+    bool mayHang(std::string_view path) override { return disk_.mayHang(path); }
     PathFacts look(std::string_view path) override { return beforeLook(), disk_.look(path); }
     std::string target(std::string_view path, int& error) override { return disk_.target(path, error); }
 
@@ -73,14 +77,15 @@ class PausingFileSystem final : public FileSystem {
         int block_ = 0;
     };
 
-    LinuxFileSystem disk_{limitsOfThisMachine(false), nullptr};
+    PatientFileSystem disk_;
 };
 
 /// The machine's files, changed. `before` runs in front of each operation, with what the logic does
 /// meanwhile.
 class PausingOperations final : public FileOperations {
   public:
-    explicit PausingOperations(const LinuxFileOperations::Settings& settings) : disk_(calls_, settings) {}
+    PausingOperations(const LinuxFileOperations::Settings& settings, SilentDisks& disks)
+        : disk_(std::make_shared<DirectoryCalls>(), settings, &disks) {}
     std::function<void(OperationWatch&)> before = [](OperationWatch&) {};
 
     /// Refuses what it says no to, links on the way followed. For users who delete by chance.
@@ -118,7 +123,6 @@ class PausingOperations final : public FileOperations {
         return error || !allows(folder / path.filename());
     }
 
-    DirectoryCalls calls_;
     LinuxFileOperations disk_;
 };
 
@@ -234,11 +238,15 @@ class Logic : private ErrorSink, private MessagePump {
                            [this] { errors_.windowShown(); }});
         form_->parts().dataFolder = HARBORLANTERN_SOURCE_DIR "/data";
         form_->parts().desktop = &desktop;
+        files_.setPatience(&patience);
+        patience.setWait(&form_->diskWait());
         form_->parts().clipboardHolder =
             std::filesystem::path(HARBORLANTERN_PROGRAM).parent_path().string() + "/harborlantern-clipboard";
     }
 
-    PausingFileSystem fileSystem;
+    SilentDisks disks;
+    LinuxPatience patience{disks, nullptr};
+    PausingFileSystem fileSystem{patience};
     Answers answers;
     std::vector<std::string> reports;  ///< Of errors.
     std::function<void()> onThere;     ///< The window exists, and is not yet shown.
@@ -296,7 +304,8 @@ class Logic : private ErrorSink, private MessagePump {
     ProgramErrors errors_{{log_, console_, texts_, home_ + "/error.log"}};
     NoFolderVerb verb_;
     PausingOperations operations_{
-        {.home = userHome(), .programFolders = {home_}, .trash = {machine_.path() + "/Trash", ::geteuid()}}};
+        {.home = userHome(), .programFolders = {home_}, .trash = {machine_.path() + "/Trash", ::geteuid()}},
+        disks};
     std::unique_ptr<WindowDesk> desk_;
     std::unique_ptr<ErrorReports> dialogs_;
     std::optional<WindowForm> form_;

@@ -1,55 +1,56 @@
 #include "platform/linux/beside.h"
 
 #include <chrono>
-#include <condition_variable>
-#include <exception>
-#include <system_error>
-#include <thread>
 
 namespace hl {
 
 namespace {
+
+using Clock = std::chrono::steady_clock;
 // A click is taken within a frame of the screen.
 constexpr std::chrono::milliseconds kBetweenLooks{16};
+constexpr std::chrono::seconds kSilent{1};
+
+// False if it is left behind.
+bool watchUntilEnded(Helper& helper, OperationWatch& watch, bool mayHang) {
+    auto heard = Clock::now();
+    while (!helper.endsWithin(kBetweenLooks)) {
+        bool isNew = false;
+        const std::string path = helper.whereabouts().now(isNew);
+        if (isNew) heard = Clock::now();
+        const bool silent = mayHang && Clock::now() - heard >= kSilent;
+        if (watch.stillAt(path, silent)) continue;
+        helper.whereabouts().end();
+        if (silent && helper.leave()) return false;
+    }
+    return true;
+}
+
 }  // namespace
 
-void runBeside(const std::function<void(Whereabouts&)>& work, OperationWatch& watch) {
-    Whereabouts whereabouts;
-    std::mutex mutex;
-    std::condition_variable ended;
-    bool over = false;
-    std::exception_ptr failure;
-    const auto body = [&] {
-        try {
-            work(whereabouts);
-        } catch (...) {
-            failure = std::current_exception();
-        }
-        const std::lock_guard lock(mutex);
-        over = true;
-        ended.notify_one();
-    };
-    std::thread thread;
-    try {
-        thread = std::thread(body);
-    } catch (const std::system_error&) {
-        work(whereabouts);
-        return;
+bool runBeside(const Helper::Work& work, OperationWatch& watch, bool mayHang, std::shared_ptr<Helper>* left) {
+    const auto helper = Helper::start(work, mayHang);
+    if (!helper) {
+        Whereabouts here;
+        if (!mayHang) work(here);
+        return !mayHang;
     }
     // Whatever the watch throws, the work is not left alone with what lies on this stack.
     try {
-        std::unique_lock lock(mutex);
-        while (!ended.wait_for(lock, kBetweenLooks, [&] { return over; })) {
-            lock.unlock();
-            if (!watch.stillAt(whereabouts.now())) whereabouts.end();
-            lock.lock();
+        if (!watchUntilEnded(*helper, watch, mayHang)) {
+            if (left != nullptr) *left = helper;
+            return false;
         }
     } catch (...) {
-        thread.join();
+        if (mayHang) {
+            helper->leave();
+        } else {
+            helper->join();
+        }
         throw;
     }
-    thread.join();
-    if (failure) std::rethrow_exception(failure);
+    helper->rethrow();
+    return true;
 }
 
 }  // namespace hl

@@ -10,10 +10,10 @@
 #include <cerrno>
 #include <deque>
 #include <mutex>
-#include <system_error>
-#include <thread>
 #include <utility>
 #include <vector>
+
+#include "platform/linux/helper.h"
 
 namespace hl {
 
@@ -181,9 +181,9 @@ void DriveProbe::startHelpers() {
     const std::lock_guard lock(shared_->mutex);
     std::size_t waiting = shared_->local.size() + shared_->remote.size();
     for (; shared_->helpers < kMostHelpers && waiting > 0; --waiting) {
-        try {
-            std::thread([shared = shared_] { help(shared); }).detach();
-        } catch (const std::system_error&) {  // The system gives no more threads.
+        const auto body = [shared = shared_](Whereabouts&) { help(shared); };
+        // None if the system gives no more threads, or too many hang on disks.
+        if (!Helper::start(body, true, shared_->prepareThread)) {
             if (shared_->helpers == 0) shared_->refuseWaiting();
             return;
         }
@@ -192,7 +192,6 @@ void DriveProbe::startHelpers() {
 }
 
 void DriveProbe::help(const std::shared_ptr<Shared>& shared) {
-    if (shared->prepareThread != nullptr) shared->prepareThread();
     std::unique_lock lock(shared->mutex);
     for (std::string path = shared->take(); !path.empty(); path = shared->take()) {
         lock.unlock();

@@ -35,71 +35,86 @@ bool holds(DirectoryCalls& calls, const FolderId& folder, const std::string& ins
 
 }  // namespace
 
-LinuxFileOperations::LinuxFileOperations(DirectoryCalls& calls, Settings settings)
-    : calls_(calls), settings_(std::move(settings)) {}
+LinuxFileOperations::LinuxFileOperations(std::shared_ptr<DirectoryCalls> calls, Settings settings,
+                                         SilentDisks* disks)
+    : tools_(std::make_shared<const Tools>(Tools{std::move(calls), std::move(settings)})), disks_(disks) {}
+
+/// What `work` answers; `none` if one of the disks of `paths` does not answer.
+template <class Answer>
+Answer LinuxFileOperations::beside(Places paths, Answer none, OperationWatch& watch,
+                                   std::function<Answer(Whereabouts&)> work) {
+    std::vector<std::uint64_t> mayHang;
+    for (const std::string& path : paths) {
+        const std::uint64_t disk = disks_ != nullptr ? disks_->of(path) : 0;
+        if (disk != 0 && disks_->isSilent(disk)) return none;
+        if (disk != 0) mayHang.push_back(disk);
+    }
+    const auto answer = std::make_shared<Answer>();
+    std::shared_ptr<Helper> left;
+    const auto body = [answer, work = std::move(work)](Whereabouts& at) { *answer = work(at); };
+    if (runBeside(body, watch, !mayHang.empty(), &left)) return std::move(*answer);
+    for (const std::uint64_t disk : mayHang)
+        if (left) disks_->leaveBehind(disk, left);
+    return none;
+}
 
 int LinuxFileOperations::removeFile(const FilePlace& place, OperationWatch& watch) {
-    int error = 0;
-    runBeside(
-        [&](Whereabouts& whereabouts) {
-            whereabouts.at([&] { return pathOf(place); });
-            error = hl::removeFile(place);
-        },
-        watch);
-    return error;
+    return beside<int>({pathOf(place)}, ETIMEDOUT, watch, [place](Whereabouts& whereabouts) {
+        whereabouts.at([&] { return pathOf(place); });
+        return hl::removeFile(place, whereabouts);
+    });
 }
 
 Removal LinuxFileOperations::removeTree(const FilePlace& place, OperationWatch& watch) {
-    Removal removal;
-    runBeside(
-        [&](Whereabouts& whereabouts) {
-            removal = TreeRemoval(calls_, whereabouts, settings_.budget).run(place);
-        },
-        watch);
-    return removal;
+    Removal none{.failures = {{pathOf(place), ETIMEDOUT, true}}, .failureCount = 1, .unknown = true};
+    return beside<Removal>(
+        {pathOf(place)}, std::move(none), watch, [place, tools = tools_](Whereabouts& whereabouts) {
+            return TreeRemoval(*tools->calls, whereabouts, tools->settings.budget).run(place);
+        });
 }
 
 RecycleError LinuxFileOperations::recycle(const FilePlace& place, OperationWatch& watch, std::string& now) {
-    now.clear();
-    RecycleError error = RecycleError::kUnknown;
-    runBeside(
-        [&](Whereabouts& whereabouts) {
-            whereabouts.at([&] { return pathOf(place); });
-            error = moveToTrash(place, settings_.trash, &now);
-        },
-        watch);
-    return error;
+    using Recycled = std::pair<RecycleError, std::string>;
+    auto answer =
+        beside<Recycled>({pathOf(place), tools_->settings.trash.homeTrash}, {RecycleError::kNoAnswer, ""},
+                         watch, [place, tools = tools_](Whereabouts& whereabouts) {
+                             whereabouts.at([&] { return pathOf(place); });
+                             Recycled result;
+                             result.first = moveToTrash(place, tools->settings.trash, &result.second);
+                             return result;
+                         });
+    now = std::move(answer.second);
+    return answer.first;
 }
 
 int LinuxFileOperations::move(const FilePlace& from, const FilePlace& to, OperationWatch& watch) {
-    int error = 0;
-    runBeside([&](Whereabouts& whereabouts) { error = moveEntry(from, to, whereabouts); }, watch);
-    return error;
+    return beside<int>({pathOf(from), pathOf(to)}, ETIMEDOUT, watch,
+                       [from, to](Whereabouts& whereabouts) { return moveEntry(from, to, whereabouts); });
 }
 
 bool LinuxFileOperations::wouldReplace(const FilePlace& from, const FilePlace& to, OperationWatch& watch) {
-    bool replaces = false;
-    runBeside([&](Whereabouts&) { replaces = hl::wouldReplace(from, to); }, watch);
-    return replaces;
+    return beside<bool>({pathOf(from), pathOf(to)}, false, watch,
+                        [from, to](Whereabouts&) { return hl::wouldReplace(from, to); });
 }
 
 Protection LinuxFileOperations::protectionOf(const FilePlace& place, OperationWatch& watch) {
-    Protection protection = Protection::kNone;
-    runBeside([&](Whereabouts&) { protection = lookAt(place); }, watch);
-    return protection;
+    return beside<Protection>({pathOf(place)}, Protection::kNoAnswer, watch,
+                              [place, tools = tools_](Whereabouts&) { return lookAt(*tools, place); });
 }
 
-Protection LinuxFileOperations::lookAt(const FilePlace& place) const {
+Protection LinuxFileOperations::lookAt(const Tools& tools, const FilePlace& place) {
     const OpenedPlace at = openPlace(place);
     if (at.error == EBUSY) return Protection::kRoot;
     if (at.error != 0) return Protection::kNone;
     const Descriptor folder = openAt(at.folder.number(), at.name, kLookFlags | O_NOFOLLOW);
+    DirectoryCalls& calls = *tools.calls;
     FolderId id;
-    if (!folder.isOpen() || calls_.identity(folder.number(), id) != 0) return Protection::kNone;
-    if (holds(calls_, id, "/")) return Protection::kRoot;
-    if (!settings_.home.empty() && holds(calls_, id, settings_.home)) return Protection::kHome;
-    for (const std::string& own : settings_.programFolders)
-        if (holds(calls_, id, own)) return Protection::kProgram;
+    if (!folder.isOpen() || calls.identity(folder.number(), id) != 0) return Protection::kNone;
+    if (holds(calls, id, "/")) return Protection::kRoot;
+    const Settings& settings = tools.settings;
+    if (!settings.home.empty() && holds(calls, id, settings.home)) return Protection::kHome;
+    for (const std::string& own : settings.programFolders)
+        if (holds(calls, id, own)) return Protection::kProgram;
     return Protection::kNone;
 }
 

@@ -1,11 +1,16 @@
-// Removing, recycling and moving on Linux: each operation beside the thread that asks for it.
+// Removing, recycling and moving on Linux: each operation beside the thread that asks for it, and left behind
+// if the user wants an end while its disk does not answer.
 #pragma once
 
+#include <functional>
+#include <initializer_list>
+#include <memory>
 #include <string>
 #include <vector>
 
 #include "platform/file_operations.h"
 #include "platform/linux/directory_calls.h"
+#include "platform/linux/silent_disks.h"
 #include "platform/linux/trash.h"
 
 namespace hl {
@@ -18,8 +23,10 @@ class LinuxFileOperations final : public FileOperations {
         TrashSettings trash;
         std::size_t budget = 64;  ///< Folders open at once, at most.
     };
-    /// `calls` is what removing a tree comes down to; it outlives this.
-    LinuxFileOperations(DirectoryCalls& calls, Settings settings);
+    /// `calls` is what removing a tree comes down to. `disks`, which outlives this, tells which disks may not
+    /// answer; with null all are trusted to.
+    LinuxFileOperations(std::shared_ptr<DirectoryCalls> calls, Settings settings,
+                        SilentDisks* disks = nullptr);
 
     int removeFile(const FilePlace& place, OperationWatch& watch) override;
     Removal removeTree(const FilePlace& place, OperationWatch& watch) override;
@@ -29,10 +36,19 @@ class LinuxFileOperations final : public FileOperations {
     Protection protectionOf(const FilePlace& place, OperationWatch& watch) override;
 
   private:
-    Protection lookAt(const FilePlace& place) const;
+    /// What operations use, also those that were left behind.
+    struct Tools {
+        std::shared_ptr<DirectoryCalls> calls;
+        Settings settings;
+    };
+    using Places = std::initializer_list<std::string>;
 
-    DirectoryCalls& calls_;
-    Settings settings_;
+    template <class Answer>
+    Answer beside(Places paths, Answer none, OperationWatch& watch, std::function<Answer(Whereabouts&)> work);
+    static Protection lookAt(const Tools& tools, const FilePlace& place);
+
+    std::shared_ptr<const Tools> tools_;
+    SilentDisks* disks_;
 };
 
 /// Home of the user who runs this process: as the environment names it, else as the system knows it.

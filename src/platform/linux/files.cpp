@@ -17,6 +17,18 @@ namespace hl {
 namespace {
 // Anybody who may read a folder may lock it, and hold others up. This file is its owner's alone.
 constexpr const char* kLockName = ".harborlantern-lock";
+
+std::optional<std::string> beginningOf(const std::string& path, std::size_t count) {
+    const Descriptor file = openToLook(path, O_NOFOLLOW);
+    struct stat status {};
+    if (!file.isOpen() || fstat(file.number(), &status) != 0 || !S_ISREG(status.st_mode)) return std::nullopt;
+    std::string bytes(count, '\0');
+    const ssize_t got = pread(file.number(), bytes.data(), count, 0);
+    if (got < 0) return std::nullopt;
+    bytes.resize(static_cast<std::size_t>(got));
+    return bytes;
+}
+
 }  // namespace
 
 std::optional<std::string> LinuxFiles::readWhole(const std::string& path, std::size_t limit, int& error) {
@@ -43,14 +55,8 @@ int LinuxFiles::append(const std::string& path, std::string_view bytes) {
 }
 
 std::optional<std::string> LinuxFiles::beginning(const std::string& path, std::size_t count) {
-    const Descriptor file = openToLook(path, O_NOFOLLOW);
-    struct stat status {};
-    if (!file.isOpen() || fstat(file.number(), &status) != 0 || !S_ISREG(status.st_mode)) return std::nullopt;
-    std::string bytes(count, '\0');
-    const ssize_t got = pread(file.number(), bytes.data(), count, 0);
-    if (got < 0) return std::nullopt;
-    bytes.resize(static_cast<std::size_t>(got));
-    return bytes;
+    return ask<std::optional<std::string>>(patience_, path, std::nullopt,
+                                           [path, count] { return beginningOf(path, count); });
 }
 
 bool LinuxFiles::exists(const std::string& path) {

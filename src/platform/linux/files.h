@@ -4,6 +4,7 @@
 #include <atomic>
 
 #include "platform/files.h"
+#include "platform/patience.h"
 
 namespace hl {
 
@@ -23,6 +24,8 @@ class LinuxFiles : public Files {
   public:
     explicit LinuxFiles(Unfinished unfinished = Unfinished::kNameless) : unfinished_(unfinished) {}
 
+    /// For looking into files whose disk may not answer; null, as at first: all answer.
+    void setPatience(Patience* patience) { patience_ = patience; }
     /// From now on a pipe that nobody reads is refused as a target (ENXIO); before, its reader is waited for.
     void refuseUnreadPipes() { waitsForReaders_ = false; }
 
@@ -40,6 +43,7 @@ class LinuxFiles : public Files {
     Unfinished unfinished_;
     bool waitsForReaders_ = true;
     std::atomic<bool> waitedForLock_ = false;
+    Patience* patience_ = nullptr;
 };
 
 }  // namespace hl

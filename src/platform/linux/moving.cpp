@@ -345,6 +345,7 @@ int moveEntry(const FilePlace& from, const FilePlace& to, Whereabouts& whereabou
     if (fresh.error != 0) return fresh.error;
     if (fresh.name.find('\0') != std::string::npos) return EINVAL;
     if (sameFolder(old, fresh) && old.name == fresh.name) return 0;
+    whereabouts.at([&] { return pathOf(from); });
     if (S_ISDIR(entry.st_mode)) return renameFolder(old, fresh);
     const int error = renameFile(old, fresh);
     if (error != EXDEV || !(S_ISREG(entry.st_mode) || S_ISLNK(entry.st_mode))) return error;

@@ -21,45 +21,6 @@ namespace hl {
 
 namespace {
 
-class LinuxOpenFile final : public OpenFile {
-  public:
-    LinuxOpenFile(Descriptor file, std::uint64_t size) : file_(std::move(file)), size_(size) {}
-    int descriptor() const override { return file_.number(); }
-    std::uint64_t size() const override { return size_; }
-    std::string head(std::size_t limit, int& error) const override {
-        std::string bytes(static_cast<std::size_t>(std::min<std::uint64_t>(limit, size_)), '\0');
-        std::size_t have = 0;
-        error = 0;
-        while (have < bytes.size()) {
-            const ssize_t got =
-                ::pread(file_.number(), bytes.data() + have, bytes.size() - have, static_cast<off_t>(have));
-            if (got < 0 && errno == EINTR) continue;
-            if (got < 0) error = errno;
-            if (got <= 0) break;
-            have += static_cast<std::size_t>(got);
-        }
-        bytes.resize(error == 0 ? have : 0);
-        return bytes;
-    }
-
-  private:
-    Descriptor file_;
-    std::uint64_t size_;
-};
-
-// Null with the system's error code, or with 0 for what is no regular file: to open it would let a writer go
-// on, or wind a tape back.
-std::unique_ptr<OpenFile> opened(const std::string& path, int& error) {
-    struct stat facts {};
-    error = ::stat(path.c_str(), &facts) != 0 ? errno : 0;
-    if (error != 0 || !S_ISREG(facts.st_mode)) return nullptr;
-    Descriptor file = openToLook(path);
-    error = !file.isOpen() || ::fstat(file.number(), &facts) != 0 ? errno : 0;
-    // It may be another one by now.
-    if (error != 0 || !S_ISREG(facts.st_mode)) return nullptr;
-    return std::make_unique<LinuxOpenFile>(std::move(file), static_cast<std::uint64_t>(facts.st_size));
-}
-
 bool isProgram(const std::string& path) {
     struct stat facts {};
     return ::stat(path.c_str(), &facts) == 0 && S_ISREG(facts.st_mode) && ::access(path.c_str(), X_OK) == 0;
@@ -122,11 +83,12 @@ class LinuxPrivateFolder final : public PrivateFolder {
 }  // namespace
 
 LinuxPreviewTools::LinuxPreviewTools(std::string programFolder, std::string path, std::string temporary,
-                                     std::string cache)
+                                     std::string cache, SilentDisks* disks)
     : programFolder_(std::move(programFolder)),
       path_(std::move(path)),
       temporary_(std::move(temporary)),
-      cache_(std::move(cache)) {}
+      cache_(std::move(cache)),
+      disks_(disks) {}
 
 LinuxPreviewTools::~LinuxPreviewTools() {
     reap();
@@ -134,9 +96,14 @@ LinuxPreviewTools::~LinuxPreviewTools() {
 
 std::unique_ptr<OpenFile> LinuxPreviewTools::open(const std::string& path, std::string& error) {
     int code = 0;
-    auto file = opened(path, code);
+    auto file = openForPreview(path, code);
     error = code != 0 ? errorText(code) : std::string();
     return file;
+}
+
+std::unique_ptr<PreviewOpening> LinuxPreviewTools::openBeside(const std::string& path, bool beginning) {
+    const std::uint64_t disk = disks_ != nullptr ? disks_->of(path) : 0;
+    return disk != 0 ? openings_.begin(disk, path, beginning) : nullptr;
 }
 
 std::unique_ptr<OpenFile> LinuxPreviewTools::again(const OpenFile& file, std::string& error) {
@@ -151,7 +118,7 @@ std::unique_ptr<OpenFile> LinuxPreviewTools::inMemory(std::string_view content, 
         error = errorText(code);
         return nullptr;
     }
-    return std::make_unique<LinuxOpenFile>(std::move(file), content.size());
+    return makeOpenFile(std::move(file), content.size());
 }
 
 std::string LinuxPreviewTools::errorText(int code) {

@@ -6,6 +6,8 @@
 #include <string>
 #include <vector>
 
+#include "platform/linux/preview_opening.h"
+#include "platform/linux/silent_disks.h"
 #include "platform/preview_tools.h"
 
 namespace hl {
@@ -14,11 +16,13 @@ class LinuxPreviewTools final : public PreviewTools {
   public:
     /// `programFolder` has the helpers and modules, `path` the folders of commands with a colon between them.
     /// Private folders are made below `temporary`; with an empty one, below /tmp. `cache`: cacheFolder().
+    /// `disks`, which outlives this, tells which disks may not answer; with null all are trusted to.
     LinuxPreviewTools(std::string programFolder, std::string path, std::string temporary,
-                      std::string cache = {});
+                      std::string cache = {}, SilentDisks* disks = nullptr);
     ~LinuxPreviewTools() override;
 
     std::unique_ptr<OpenFile> open(const std::string& path, std::string& error) override;
+    std::unique_ptr<PreviewOpening> openBeside(const std::string& path, bool beginning) override;
     std::unique_ptr<OpenFile> again(const OpenFile& file, std::string& error) override;
     std::unique_ptr<OpenFile> inMemory(std::string_view content, std::string& error) override;
     std::string errorText(int code) override;
@@ -40,6 +44,8 @@ class LinuxPreviewTools final : public PreviewTools {
     std::string path_;
     std::string temporary_;
     std::string cache_;
+    SilentDisks* disks_;
+    PreviewOpenings openings_;
     std::vector<pid_t> ending_;
 };
 

@@ -330,8 +330,9 @@ std::string TreeRemoval::pathOf(std::string_view name) const {
     return name.empty() || levels_.empty() ? path : path + "/" + std::string(name);
 }
 
-int removeFile(const FilePlace& place) {
+int removeFile(const FilePlace& place, Whereabouts& whereabouts) {
     const OpenedPlace at = openPlace(place);
+    whereabouts.at([&] { return pathOf(place); });
     return at.error != 0 ? at.error : unlinkError(at.folder.number(), at.name.c_str(), 0);
 }
 

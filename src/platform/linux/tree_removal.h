@@ -86,6 +86,6 @@ class TreeRemoval {
 };
 
 /// Removes what is no folder. System error code, 0 for success.
-int removeFile(const FilePlace& place);
+int removeFile(const FilePlace& place, Whereabouts& whereabouts);
 
 }  // namespace hl

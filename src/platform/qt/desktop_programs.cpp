@@ -40,7 +40,7 @@ Owned<GFile> fileAt(const std::string& path) {
 }
 
 /// Nothing if there is no such file, or a link that leads nowhere. What is no regular file is not opened.
-std::optional<FileKind> kindOf(const std::string& path, bool lookInto = true) {
+std::optional<FileKind> lookAt(const std::string& path, bool lookInto) {
     const char* type =
         lookInto ? G_FILE_ATTRIBUTE_STANDARD_CONTENT_TYPE : G_FILE_ATTRIBUTE_STANDARD_FAST_CONTENT_TYPE;
     const std::string wanted =
@@ -53,6 +53,12 @@ std::optional<FileKind> kindOf(const std::string& path, bool lookInto = true) {
         gioText(g_file_info_get_attribute_string(info.get(), type)),
         g_file_info_get_file_type(info.get()) == G_FILE_TYPE_REGULAR,
         g_file_info_get_attribute_boolean(info.get(), G_FILE_ATTRIBUTE_ACCESS_CAN_EXECUTE) != FALSE};
+}
+
+/// The same; nothing, too, if the disk does not answer.
+std::optional<FileKind> kindOf(Patience* patience, const std::string& path, bool lookInto = true) {
+    return ask<std::optional<FileKind>>(patience, path, std::nullopt,
+                                        [path, lookInto] { return lookAt(path, lookInto); });
 }
 
 /// The user's own environment: what our libraries must not see of it, or be told instead, is told to us
@@ -146,7 +152,7 @@ QByteArray lines(const std::vector<std::string>& paths, Text text, const char* b
 
 // What the desktop puts below GIO for files that are elsewhere waits for the session bus without end, and GIO
 // asks for it even where a file is known to be here. It is chosen once, at the first question.
-DesktopPrograms::DesktopPrograms() {
+DesktopPrograms::DesktopPrograms(Patience* patience) : patience_(patience) {
     constexpr const char* kChoice = "GIO_USE_VFS";
     const char* before = g_getenv(kChoice);
     const std::optional<std::string> own =
@@ -161,7 +167,7 @@ DesktopPrograms::DesktopPrograms() {
 }
 
 OpenResult DesktopPrograms::open(const std::string& path) {
-    const auto kind = kindOf(path);
+    const auto kind = kindOf(patience_, path);
     if (!kind) return OpenResult::kFailed;
     const Owned<GAppInfo> program(g_app_info_get_default_for_type(kind->type.c_str(), FALSE));
     if (!program) return OpenResult::kNoProgram;
@@ -172,7 +178,7 @@ Programs DesktopPrograms::programsFor(const std::vector<std::string>& paths, std
     Programs programs;
     std::set<std::string> types;
     for (std::size_t i = 0; i < paths.size(); ++i) {
-        const auto kind = kindOf(paths[i], i < kMostLookedInto);
+        const auto kind = kindOf(patience_, paths[i], i < kMostLookedInto);
         if (!kind) return {};
         if (!types.insert(kind->type).second) continue;
         if (types.size() == 1) {
@@ -208,14 +214,15 @@ bool DesktopPrograms::openWith(const std::string& id, const std::vector<std::str
 }
 
 bool DesktopPrograms::runsWhenOpened(const std::string& path) {
-    const auto kind = kindOf(path);
+    const auto kind = kindOf(patience_, path);
     if (!kind || !kind->regular) return false;
     if (runsByItsProgram(path, kind->type)) return true;
     if (!kind->mayRun) return false;
     if (isOneOf(kind->type, {"application/x-executable", "application/x-sharedlib",
                              "application/x-pie-executable", "application/x-java-archive"}))
         return true;
-    return isOneOf(kind->type, {"text/plain"}) && namesItsInterpreter(path);
+    return isOneOf(kind->type, {"text/plain"}) &&
+           ask<bool>(patience_, path, true, [path] { return namesItsInterpreter(path); });
 }
 
 bool DesktopPrograms::showInFolder(const std::vector<std::string>& paths) {

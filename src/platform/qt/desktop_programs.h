@@ -2,13 +2,15 @@
 #pragma once
 
 #include "platform/desktop.h"
+#include "platform/patience.h"
 
 namespace hl {
 
 class DesktopPrograms final : public Desktop {
   public:
     /// To be made before there are threads that look at the environment: it is changed for a moment.
-    DesktopPrograms();
+    /// `patience` (may be null: all disks answer) outlives it.
+    explicit DesktopPrograms(Patience* patience = nullptr);
     OpenResult open(const std::string& path) override;
     std::vector<DesktopProgram> programsFor(const std::vector<std::string>& paths, std::size_t most) override;
     std::vector<DesktopProgram> allPrograms() override;
@@ -17,6 +19,9 @@ class DesktopPrograms final : public Desktop {
     bool showInFolder(const std::vector<std::string>& paths) override;
     bool showProperties(const std::vector<std::string>& paths) override;
     void copyFiles(const std::vector<std::string>& paths) override;
+
+  private:
+    Patience* patience_;
 };
 
 }  // namespace hl

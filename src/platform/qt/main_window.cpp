@@ -38,6 +38,7 @@ bool isTree(std::size_t grid) {
 MainWindow::MainWindow(WindowParts& parts, WindowEvents& events)
     : parts_(parts),
       events_(events),
+      desktop_(parts.patience),
       icons_(parts.dataFolder, parts.fileIcon),
       paperIcons_(parts.dataFolder, parts.fileIcon, Qt::black),
       texts_{qtText(parts.name), qtText(parts.yes), qtText(parts.no), qtText(parts.ok), qtText(parts.cancel)},

@@ -1,6 +1,7 @@
 #include "platform/qt/preview_area.h"
 
 #include <QStackedLayout>
+#include <cerrno>
 #include <utility>
 
 #include "base/path.h"
@@ -19,7 +20,9 @@ namespace hl {
 
 namespace {
 constexpr int kRestBeforeMedia = 300;  // Milliseconds: longer than a held key repeats.
-}
+constexpr int kUnnoticed = 500;        // Milliseconds that a disk may take without a word,
+constexpr int kPatience = 30'000;      // and before it is given up.
+}  // namespace
 
 PreviewArea::PreviewArea(const PreviewParts& parts, WindowEvents& events, QWidget* parent)
     : QWidget(parent),
@@ -38,6 +41,9 @@ PreviewArea::PreviewArea(const PreviewParts& parts, WindowEvents& events, QWidge
     mediaRest_.setSingleShot(true);
     connect(&mediaRest_, &QTimer::timeout, this,
             [this] { qtGuard(windowEvents_, "PreviewArea::startMedia", [this] { startMedia(); }); });
+    openingLate_.setSingleShot(true);
+    connect(&openingLate_, &QTimer::timeout, this,
+            [this] { qtGuard(windowEvents_, "PreviewArea::openingIsLate", [this] { openingIsLate(); }); });
     if (parts.tools == nullptr) return;
     context_ = std::make_unique<PreviewContext>(
         PreviewContext{*parts.tools, events, parts.texts, [this](const std::string& error) { fail(error); },
@@ -46,6 +52,7 @@ PreviewArea::PreviewArea(const PreviewParts& parts, WindowEvents& events, QWidge
 }
 
 PreviewArea::~PreviewArea() {
+    dropOpening();
     stopMedia();
 }
 
@@ -58,6 +65,9 @@ bool PreviewArea::showFile(PreviewViewer viewer, const std::string& path, std::s
         showUnknown();
         return true;
     }
+    const bool beginning = viewer == PreviewViewer::kText || viewer == PreviewViewer::kWebPage;
+    opening_ = context_->tools.openBeside(path, beginning);
+    if (opening_) return waitForOpening(viewer), true;
     file_ = context_->tools.open(path, error);
     if (!file_) return false;
     setAccessibleDescription(shownName(path));
@@ -71,6 +81,7 @@ void PreviewArea::showNotice(const std::string& text) {
 
 void PreviewArea::clear() {
     stopMedia();
+    dropOpening();
     if (converter_) converter_->clear();
     if (text_ != nullptr) text_->clear();
     if (web_ != nullptr) web_->clear();
@@ -80,6 +91,49 @@ void PreviewArea::clear() {
     file_.reset();
     path_.clear();
     setAccessibleDescription({});
+}
+
+// --- a file whose disk may not answer
+
+void PreviewArea::waitForOpening(PreviewViewer viewer) {
+    openingOver_ = new QSocketNotifier(opening_->descriptor(), QSocketNotifier::Read, this);
+    connect(openingOver_, &QSocketNotifier::activated, this, [this, viewer] {
+        qtGuard(windowEvents_, "PreviewArea::opened", [this, viewer] { opened(viewer); });
+    });
+    openingNoted_ = false;
+    openingLate_.start(kUnnoticed);
+}
+
+void PreviewArea::opened(PreviewViewer viewer) {
+    std::string error;
+    file_ = opening_->take(error);
+    dropOpening();
+    stack_->setCurrentWidget(nothing_);
+    if (file_) {
+        setAccessibleDescription(shownName(path_));
+        return showOpened(viewer);
+    }
+    if (!error.empty()) return fail(error);
+    if (events_ != nullptr) showNotice(events_->previewNoFile(path_));
+}
+
+void PreviewArea::openingIsLate() {
+    if (!std::exchange(openingNoted_, true)) {
+        showNotice(parts_.texts.waiting);
+        return openingLate_.start(kPatience);
+    }
+    dropOpening();
+    fail(context_->tools.errorText(ETIMEDOUT));
+}
+
+void PreviewArea::dropOpening() {
+    openingLate_.stop();
+    if (QSocketNotifier* over = std::exchange(openingOver_, nullptr)) {
+        over->setEnabled(false);
+        over->disconnect();
+        over->deleteLater();
+    }
+    opening_.reset();
 }
 
 QWidget* PreviewArea::viewer() const {

@@ -1,6 +1,7 @@
 // The preview's pane in the window: one viewer at a time, each made for the first file that needs it.
 #pragma once
 
+#include <QSocketNotifier>
 #include <QTimer>
 #include <QWidget>
 #include <memory>
@@ -47,6 +48,10 @@ class PreviewArea final : public QWidget, public PreviewPane {
         bool cut = false;
     };
 
+    void waitForOpening(PreviewViewer viewer);
+    void opened(PreviewViewer viewer);
+    void openingIsLate();
+    void dropOpening();
     void showOpened(PreviewViewer viewer);
     void showText();
     void showMarkup(const Head& page);
@@ -85,6 +90,10 @@ class PreviewArea final : public QWidget, public PreviewPane {
     std::string mediaMissing_;
     QTimer mediaRest_;  ///< Runs while a film waits for its start.
     std::string path_;
+    std::unique_ptr<PreviewOpening> opening_;  ///< Of a disk that may not answer.
+    QSocketNotifier* openingOver_ = nullptr;
+    QTimer openingLate_;
+    bool openingNoted_ = false;  ///< The user sees that it is waited for.
     std::unique_ptr<OpenFile> file_;
     std::set<std::string> reported_;  ///< What is missing is told once.
 };

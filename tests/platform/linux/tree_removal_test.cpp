@@ -215,7 +215,8 @@ TEST_F(TreeRemovalTest, CanBeEndedWithinOneFolder) {
     DirectoryCalls calls;
     Whereabouts whereabouts;
     std::thread user([&] {
-        while (whereabouts.now().empty()) std::this_thread::yield();
+        bool isNew = false;
+        while (whereabouts.now(isNew).empty()) std::this_thread::yield();
         whereabouts.end();
     });
     const Removal removal = TreeRemoval(calls, whereabouts, 64).run({in("root")});
@@ -294,8 +295,9 @@ TEST_F(TreeRemovalTest, FilesGoByNameAndFoldersDoNot) {
                                                {{dir_.path(), ".."}, EINVAL},
                                                {{"/"}, EBUSY},
                                                {{deep.substr(0, deep.rfind('/')) + "/f"}, 0}};
+    Whereabouts whereabouts;
     for (const auto& [place, error] : cases)
-        EXPECT_EQ(removeFile(place), error) << place.base.substr(0, 80) << place.below;
+        EXPECT_EQ(removeFile(place, whereabouts), error) << place.base.substr(0, 80) << place.below;
     EXPECT_TRUE(isThere(in("folder")) && removeTree({in(std::string(200, 'd'))}).removed);
 }
 

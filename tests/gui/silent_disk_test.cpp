@@ -1,0 +1,150 @@
+// The window on a disk that does not answer: it goes on painting, Stop works, and it can be closed.
+#include <QElapsedTimer>
+
+#include "gui/files_fixture.h"
+#include "platform/linux/preview_tools.h"
+#include "platform/qt/preview_area.h"
+#include "platform/qt/preview_texts.h"
+#include "support/fuse_mount.h"
+
+namespace hl::test {
+namespace {
+
+class SilentDisk : public FilesTest {
+  protected:
+    /// The source is read, and its files are listed.
+    GridView& open() {
+        session_.emplace(home.path());
+        session_->form().parts().preview.tools = &tools;
+        session_->start();
+        GridView& list = s().window().grid(GridId::kFiles);
+        if (!list.isVisible()) s().click("cbrMain.306");
+        s().scan(at("mount"));
+        session_->sortByName(list);
+        return list;
+    }
+    void TearDown() override {
+        session_.reset();
+        mount.die();
+        EXPECT_TRUE(comes([] { return HelperSlot::taken() == 0; }));
+    }
+    /// Does `act`, which waits for the disk. Meanwhile the window is alive, and `end` ends the wait.
+    void expectEnds(const char* what, const std::function<void()>& act, const std::function<void()>& end) {
+        QElapsedTimer time;
+        QTimer tick;
+        int ticks = 0;
+        QObject::connect(&tick, &QTimer::timeout, [&] { ++ticks; });
+        tick.start(10);
+        time.start();
+        QTimer::singleShot(1500, &tick, end);
+        mount.stopAnswering();
+        act();
+        EXPECT_TRUE(time.elapsed() > 1400 && time.elapsed() < 4000) << what << " " << time.elapsed();
+        EXPECT_GT(ticks, 20) << what;
+    }
+    std::function<void()> stop() {
+        return [this] {
+            EXPECT_TRUE(s().enabled("cbrMain.3") && !s().enabled("cbrMain.2"));
+            s().click("cbrMain.3");
+        };
+    }
+    void answerAgain() const {
+        mount.answerAgain();
+        EXPECT_TRUE(comes([] { return HelperSlot::taken() == 0; }));
+    }
+
+    FuseMount mount{at("src"), at("mount")};
+    SilentDisks disks;
+    LinuxPreviewTools tools{
+        fs::path(HARBORLANTERN_PROGRAM).parent_path().string(), "", at("src"), {}, &disks};
+};
+
+TEST_F(SilentDisk, StopEndsMenusNamesListsAndDeleting) {
+    if (!mount.missing().empty()) GTEST_SKIP() << mount.missing();
+    GridView& list = open();
+    ListSession::clickOn(list, 0);
+    expectEnds(
+        "menu", [&] { rightClick(list, list.grid().rowAt(1)); }, stop());
+    EXPECT_EQ(s().status(),
+              "Der Datenträger von '" + at("mount/b.txt") + "' antwortet nicht; es wurde nichts verändert.");
+    answerAgain();
+    expectEnds(
+        "name", [&] { rename(list, "new.txt"); }, stop());
+    answerAgain();
+    std::string text;
+    answer("Ja");
+    answer("OK", &text);
+    expectEnds(
+        "files", [&] { session_->press(kFileList, 320); }, stop());
+    EXPECT_NE(text.find("Der Datenträger von '" + at("mount/b.txt") + "' antwortet nicht"), text.npos)
+        << text;
+    answerAgain();
+    expectEnds(
+        "list", [&] { s().clickRow("sub"); }, stop());
+    answerAgain();
+    s().clickRow("sub");
+    answer("OK");
+    expectEnds(
+        "folder", [&] { s().form().execute(BarId::kMain, 101); }, stop());
+    answerAgain();
+    EXPECT_NE(s().row("sub"), kNoRow);
+    // What the disk has in hand it may do: one file of the second command.
+    for (const char* path : {"src/a.txt", "src/c.txt", "src/sub/d.txt", "src/sub/deep/e.txt"})
+        EXPECT_TRUE(there(path)) << path;
+}
+
+TEST_F(SilentDisk, ThePreviewWaitsWithoutKeepingTheUserFromAnotherRow) {
+    if (!mount.missing().empty()) GTEST_SKIP() << mount.missing();
+    GridView& list = open();
+    session_->press(kFileList, 318);
+    auto* area = dynamic_cast<PreviewArea*>(s().frame().findChild<QWidget*>(QStringLiteral("preview")));
+    const auto shows = [&](const std::string& text) {
+        return QTest::qWaitFor([&] {
+            auto* view = dynamic_cast<TextView*>(area->viewer());
+            return view != nullptr && view->toPlainText().toStdString() == text;
+        });
+    };
+    for (const char* name : {"a", "b", "c"}) writeFile(at("src/") + name + ".txt", name);
+    ListSession::clickOn(list, 0);
+    EXPECT_TRUE(shows("a"));
+    mount.stopAnswering();
+    ListSession::clickOn(list, 1);
+    EXPECT_TRUE(shows("Der Datenträger antwortet noch nicht ...")) << "and the window is not locked:";
+    EXPECT_TRUE(s().enabled("cbrMain.2"));
+    ListSession::clickOn(list, 2);
+    mount.answerAgain();
+    EXPECT_TRUE(shows("c"));
+}
+
+TEST_F(SilentDisk, TheWindowClosesAtOnceAndSavesItsSettings) {
+    if (!mount.missing().empty()) GTEST_SKIP() << mount.missing();
+    const std::pair<const char*, std::function<void()>> acts[] = {
+        {"deleting", [&] { deleteInList(); }},
+        {"reading", [&] { s().scan(at("mount/sub")); }},
+        {"listing", [&] { s().clickRow("sub"); }}};
+    for (const auto& [what, act] : acts) {
+        ListSession::clickOn(open(), 0);
+        fs::remove(ini());
+        expectEnds(what, act, [&] { s().frame().close(); });
+        EXPECT_TRUE(s().form().unloaded() && fs::exists(ini()) && !s().frame().isVisible()) << what;
+        session_.reset();
+        answerAgain();
+    }
+}
+
+TEST_F(SilentDisk, TheStartKeepsASavedSourceThatCannotBeAskedFor) {
+    if (!mount.missing().empty()) GTEST_SKIP() << mount.missing();
+    setSettings("[ComboOrdner]\r\n0O=" + at("mount/sub") + "\r\n");
+    mount.stopAnswering();
+    session_.emplace(home.path());
+    QElapsedTimer time;
+    time.start();
+    session_->start();
+    auto* sources = s().frame().findChild<QComboBox*>(QStringLiteral("cboOrdner"));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return s().enabled("cbrMain.2"); }));
+    EXPECT_LT(time.elapsed(), 4000);
+    EXPECT_GE(sources->findText(QString::fromStdString(at("mount/sub"))), 0);
+}
+
+}  // namespace
+}  // namespace hl::test
