@@ -530,5 +530,13 @@ TEST_F(PreviewPaneTest, WhatCannotBeOpenedIsRefusedAtOnce) {
         }
 }
 
+TEST_F(PreviewPaneTest, ADocumentIsConvertedByTheRealOfficeToo) {
+    if (!fs::exists("/usr/bin/soffice")) GTEST_SKIP() << "no LibreOffice";
+    fs::create_symlink("/usr/bin/soffice", commands.path() + "/soffice");
+    ASSERT_TRUE(show(V::kOffice, file("a.doc", "A text is a document, too.")));
+    EXPECT_TRUE(soon([&] { return viewer<PagesView>() != nullptr && viewer<PagesView>()->isDrawn(0); }))
+        << text();
+}
+
 }  // namespace
 }  // namespace hl::test

@@ -23,6 +23,7 @@ constexpr std::uint32_t kMachine = 0;  // Calls are not filtered.
 constexpr std::uint32_t kOtherTable = 0x4000'0000;
 constexpr std::uint32_t kAllowed = SECCOMP_RET_ALLOW;
 constexpr std::uint32_t kRefused = SECCOMP_RET_ERRNO | EPERM;
+constexpr std::uint32_t kPretended = SECCOMP_RET_ERRNO;
 constexpr std::uint32_t kHidden = SECCOMP_RET_ERRNO | ENOSYS;
 
 sock_filter statement(std::uint16_t code, std::uint32_t value) {
@@ -74,6 +75,10 @@ void CallFilter::hide(long call) {
 void CallFilter::hideFrom(long call) {
     rules_.push_back(jump(kAtLeast, static_cast<std::uint32_t>(call), 0, 1));
     rules_.push_back(statement(kReturn, kHidden));
+}
+
+void CallFilter::pretend(std::initializer_list<long> calls) {
+    for (const long call : calls) decide(call, kPretended);
 }
 
 void CallFilter::loadArgument(unsigned argument) {
