@@ -53,8 +53,8 @@ enum JunctionListColumn : std::size_t { kJunctionListPath, kJunctionListTarget, 
 void Init_FileList(Grid& grid, const Options& options, const Texts& texts);
 void Init_TopList(Grid& grid, const Options& options, const Texts& texts);
 void Init_HardlinksList(Grid& grid, const Options& options, const Texts& texts);
-/// Sorted downwards by the number at the front of the row's text. A path has none, so that rows go by the bytes
-/// of their paths.
+/// Sorted downwards by the number at the front of the row's text. A path has none, so that rows go by the
+/// bytes of their paths.
 void Init_JunctionList(Grid& grid, const Texts& texts);
 
 /// The date columns take the format of the options over. Nothing happens before the list has its columns.
