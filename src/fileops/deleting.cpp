@@ -7,6 +7,7 @@
 #include "base/text.h"
 #include "fileops/gone.h"
 #include "fileops/recycle_texts.h"
+#include "platform/patience.h"
 #include "robustness/trap.h"
 #include "scan/file_system_calls.h"
 #include "scan/records.h"
@@ -101,11 +102,11 @@ std::string protectedReason(const FileOps& ops, FileRun& run, const std::string&
 // --- files
 
 bool xDeleteFile_W(const FileOps& ops, FileRun& run, const std::string& path, std::string& errorText) {
-    constexpr int kNotFound = 2, kNoAnswer = 110;  // Gone already counts as deleted.
+    constexpr int kNotFound = 2;  // Gone already counts as deleted.
     const int error = ops.operations.removeFile(placeOf(ops.scan, path), run);
     if (error == 0 || error == kNotFound) return true;
-    errorText =
-        error == kNoAnswer ? unanswered(ops, run, path) : ops.scan.facts.errorText(error) + " (" + path + ")";
+    errorText = error == kNoAnswerError ? unanswered(ops, run, path)
+                                        : ops.scan.facts.errorText(error) + " (" + path + ")";
     return false;
 }
 

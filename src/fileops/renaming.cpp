@@ -7,6 +7,7 @@
 #include "base/text.h"
 #include "fileops/gone.h"
 #include "fileops/recycle_texts.h"
+#include "platform/patience.h"
 #include "robustness/trap.h"
 #include "scan/file_system_calls.h"
 #include "scan/records.h"
@@ -95,9 +96,8 @@ bool rename(const FileOps& ops, Grid& grid, Row row, const std::string& folder, 
 
 std::string xMoveFile_W(const FileOps& ops, FileRun& run, const std::string& from, const std::string& to) {
     const int error = ops.operations.move(placeOf(ops.scan, from), placeOf(ops.scan, to), run);
-    constexpr int kNoAnswer = 110;
     if (error == 0) return {};
-    if (error == kNoAnswer) return noAnswerText(ops, from);
+    if (error == kNoAnswerError) return noAnswerText(ops, from);
     const std::string text = ops.scan.facts.errorText(error);
     return text.empty() ? std::to_string(error) : text;
 }

@@ -143,9 +143,8 @@ void WindowForm::Form_Activate() {
         [this](const std::string& folder) {
             // What a link leads to is not asked: it may lie on a server that is gone.
             int notALink = 0;
-            constexpr int kNoAnswer = 110;
             const PathFacts facts = services_.fileSystem.look(folder);
-            return facts.isFolder || facts.error == kNoAnswer ||
+            return facts.isFolder || facts.error == kNoAnswerError ||
                    !services_.fileSystem.target(folder, notALink).empty();
         },
         services_.paths);

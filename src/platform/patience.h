@@ -9,6 +9,9 @@
 
 namespace hl {
 
+/// System error code of a call that a disk has not answered (ETIMEDOUT).
+inline constexpr int kNoAnswerError = 110;
+
 /// What the logic does while a disk is waited for.
 class DiskWait {
   public:

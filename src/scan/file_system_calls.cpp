@@ -1,6 +1,7 @@
 #include "scan/file_system_calls.h"
 
 #include "base/text.h"
+#include "platform/patience.h"
 #include "robustness/api_error_text.h"
 #include "scan/list_handover.h"
 #include "scan/yield.h"
@@ -8,7 +9,7 @@
 namespace hl {
 
 namespace {
-constexpr int kNotFound = 2, kFolderNotFound = 20, kTimedOut = 110;
+constexpr int kNotFound = 2, kFolderNotFound = 20;
 
 // What cannot be read for another reason exists.
 int errorOfFolder(ScanContext& scan, std::string_view path) {
@@ -19,7 +20,7 @@ int errorOfFolder(ScanContext& scan, std::string_view path) {
     const auto reader = scan.fileSystem.read(whole, {.recursive = false, .wantFileNames = false}, &wait);
     const auto block = reader->next();
     const int error = block == nullptr ? 0 : block->error;
-    return error == kNotFound || error == kTimedOut ? error : 0;
+    return error == kNotFound || error == kNoAnswerError ? error : 0;
 }
 
 }  // namespace
@@ -48,7 +49,7 @@ bool isNotThere(int error) {
 }
 
 bool isSilent(const ScanContext& scan, std::string_view path) {
-    return scan.fileSystem.look(ToLongPath(path, scan.paths)).error == kTimedOut;
+    return scan.fileSystem.look(ToLongPath(path, scan.paths)).error == kNoAnswerError;
 }
 
 std::int32_t xGetHardlinkCount(ScanContext& scan, const std::string& path, std::string* id,

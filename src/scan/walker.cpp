@@ -13,6 +13,7 @@
 
 #include "base/size_text.h"
 #include "base/text.h"
+#include "platform/patience.h"
 #include "robustness/api_error_text.h"
 #include "robustness/trap.h"
 #include "scan/file_system_calls.h"
@@ -138,8 +139,7 @@ ScanTotals FolderWalk::run(Row row) {
 
 // What lies behind a link that was to be followed is missing in the report; other links are shown as files.
 void FolderWalk::tellOfSilence(const std::string& disk) {
-    constexpr int kTimedOut = 110;
-    if (follow_) scan_.host.notRead(disk, ApiErrorText(true, kTimedOut, scan_.facts));
+    if (follow_) scan_.host.notRead(disk, ApiErrorText(true, kNoAnswerError, scan_.facts));
     const std::string text = scan_.texts.TL(
         9632, "%1 antwortet nicht. Verknüpfungen dorthin gelten als Dateien.", {visible(disk)});
     scan_.log.LogProtokoll(text);

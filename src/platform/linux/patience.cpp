@@ -10,6 +10,7 @@ namespace {
 using std::chrono::milliseconds;
 constexpr milliseconds kUnseen{100};  // Nobody notices that long.
 constexpr milliseconds kBetweenLooks{16};
+static_assert(kNoAnswerError == ETIMEDOUT);
 }  // namespace
 
 bool LinuxPatience::run(const std::string& path, const std::function<void()>& work) {
