@@ -56,8 +56,8 @@ void measurePreview(const PrintJob& job, const IconSource& icon, const DialogTex
 void measurePdf(const PrintJob& job, const IconSource& icon, const std::string& path) {
     const auto start = bench::Clock::now();
     const auto pages = layOut(job, icon);
-    int error = 0;
-    if (writePdf(*pages, allOf(*pages), path, nullptr, error) != PrintResult::kDone) std::exit(1);
+    PdfFailure failure;
+    if (writePdf(*pages, allOf(*pages), path, nullptr, failure) != PrintResult::kDone) std::exit(1);
     bench::tell("seconds", bench::secondsSince(start));
     bench::tell("pages", pages->count());
     bench::tell("bytes", static_cast<double>(std::filesystem::file_size(path)));

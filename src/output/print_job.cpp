@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "base/text.h"
+#include "output/report_file.h"
 #include "robustness/api_error_text.h"
 #include "views/cell_text.h"
 
@@ -38,11 +39,12 @@ PrintJob emptyJob(const PrintSources& sources, const std::string& title) {
     job.title = title;
     job.texts = printTexts(sources.texts);
     job.files = &sources.files;
-    job.failure = [sources](const std::string& name, int error) {
+    job.failure = [sources](const std::string& name, int error, const std::string& rest) {
         const std::string where = visible(name);
         if (error == 0) return sources.texts.TL(9606, "Das Drucken mit '%1' ist fehlgeschlagen.", {where});
         return sources.texts.TL(9607, "Die Datei wurde nicht geschrieben: %1",
-                                {where + ": " + ApiErrorText(false, error, sources.facts)});
+                                {where + ": " + ApiErrorText(false, error, sources.facts)}) +
+               leftBehindText(sources.texts, rest);
     };
     return job;
 }

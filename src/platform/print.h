@@ -51,8 +51,8 @@ struct PrintJob {
     PrintTexts texts;
     Files* files = nullptr;  ///< A PDF is written by it; outlives the printing.
     /// The message for a PDF or a printer that failed; `error` is a code of the system, 0 where there is
-    /// none.
-    std::function<std::string(const std::string& name, int error)> failure;
+    /// none. `rest` is the path of an unfinished file that could not be removed, or empty.
+    std::function<std::string(const std::string& name, int error, const std::string& rest)> failure;
 };
 
 }  // namespace hl

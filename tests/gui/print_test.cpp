@@ -49,20 +49,22 @@ struct PrintTest : testing::Test {
         job.cellText = [this](std::size_t column, Row row) {
             return column == 0 ? visible(grid.text(row)) : std::to_string(row);
         };
-        job.failure = [](const std::string& name, int error) { return name + ": " + std::to_string(error); };
+        job.failure = [](const std::string& name, int error, const std::string&) {
+            return name + ": " + std::to_string(error);
+        };
     }
     void addRows(int count) {
         for (int i = 0; i < count; ++i) grid.addRow(kNoRow, "row" + std::to_string(i));
     }
     std::unique_ptr<PrintPages> pages() { return layOut(job, nullptr); }
-    PrintResult write(int& error, const PageWatch& watch = nullptr) {
+    PrintResult write(PdfFailure& failure, const PageWatch& watch = nullptr) {
         const auto written = pages();
-        return writePdf(*written, allOf(*written), path, watch, error);
+        return writePdf(*written, allOf(*written), path, watch, failure);
     }
     /// What can be read in the PDF that all is written to.
     std::optional<QString> writtenText() {
-        int error = 0;
-        EXPECT_EQ(write(error), PrintResult::kDone);
+        PdfFailure failure;
+        EXPECT_EQ(write(failure), PrintResult::kDone);
         return textOf(path);
     }
 };
@@ -188,16 +190,16 @@ TEST_F(PrintTest, AReportIsPrintedAsLinesThatAreBrokenWhereTheyAreTooLong) {
 TEST_F(PrintTest, AnOlderPdfStaysWhereTheNewOneIsCancelledOrCannotBeWritten) {
     addRows(200);
     test::writeFile(path, "older");
-    int error = 0;
-    EXPECT_EQ(write(error, [](int page) { return page < 1; }), PrintResult::kCancelled);
+    PdfFailure failure;
+    EXPECT_EQ(write(failure, [](int page) { return page < 1; }), PrintResult::kCancelled);
     EXPECT_EQ(test::contentOf(path), "older");
     EXPECT_EQ(std::distance(std::filesystem::directory_iterator(dir.path()), {}), 1)
         << "nothing is left behind";
-    EXPECT_EQ(write(error), PrintResult::kDone);
+    EXPECT_EQ(write(failure), PrintResult::kDone);
     EXPECT_EQ(test::contentOf(path).substr(0, 5), "%PDF-");
     path = "/dev/full";
-    EXPECT_EQ(write(error), PrintResult::kFailed);
-    EXPECT_EQ(error, ENOSPC);
+    EXPECT_EQ(write(failure), PrintResult::kFailed);
+    EXPECT_EQ(failure.error, ENOSPC);
 }
 
 // --- the preview

@@ -132,6 +132,23 @@ TEST_F(SilentDisk, TheWindowClosesAtOnceAndSavesItsSettings) {
     }
 }
 
+TEST_F(SilentDisk, AScanSaysWhatItWaitsForAndStopEndsIt) {
+    if (!mount.missing().empty()) GTEST_SKIP() << mount.missing();
+    open();
+    mount.stopAnswering();
+    QElapsedTimer sinceStop;
+    QTimer tick;
+    QObject::connect(&tick, &QTimer::timeout, [&] {
+        if (sinceStop.isValid() || !s().status().starts_with("Warten auf " + at("mount"))) return;
+        sinceStop.start();
+        stop()();
+    });
+    tick.start(50);
+    s().scan(at("mount/sub"));
+    EXPECT_TRUE(sinceStop.isValid() && sinceStop.elapsed() < 1000) << sinceStop.elapsed();
+    EXPECT_TRUE(s().enabled("cbrMain.2"));
+}
+
 TEST_F(SilentDisk, TheStartKeepsASavedSourceThatCannotBeAskedFor) {
     if (!mount.missing().empty()) GTEST_SKIP() << mount.missing();
     setSettings("[ComboOrdner]\r\n0O=" + at("mount/sub") + "\r\n");

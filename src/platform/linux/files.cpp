@@ -10,6 +10,7 @@
 #include <thread>
 
 #include "platform/linux/descriptor.h"
+#include "platform/linux/patient_file.h"
 #include "platform/linux/replacing_files.h"
 
 namespace hl {
@@ -43,7 +44,10 @@ std::optional<std::string> LinuxFiles::readWhole(const std::string& path, std::s
 }
 
 std::unique_ptr<ReplacingFile> LinuxFiles::replace(const std::string& path, int& error) {
-    return makeReplacingFile(path, unfinished_, waitsForReaders_, error);
+    const auto make = [path, unfinished = unfinished_, waits = waitsForReaders_](int& failed) {
+        return makeReplacingFile(path, unfinished, waits, failed);
+    };
+    return patience_ == nullptr ? make(error) : replacePatiently(*patience_, path, make, error);
 }
 
 int LinuxFiles::append(const std::string& path, std::string_view bytes) {

@@ -24,7 +24,8 @@ class LinuxFiles : public Files {
   public:
     explicit LinuxFiles(Unfinished unfinished = Unfinished::kNameless) : unfinished_(unfinished) {}
 
-    /// For looking into files whose disk may not answer; null, as at first: all answer.
+    /// For looking into files, and replacing them, on disks that may not answer; null, as at first: all
+    /// answer. With it both are for the thread of the logic only.
     void setPatience(Patience* patience) { patience_ = patience; }
     /// From now on a pipe that nobody reads is refused as a target (ENXIO); before, its reader is waited for.
     void refuseUnreadPipes() { waitsForReaders_ = false; }

@@ -79,9 +79,9 @@ PageRange wantedOf(const PrintPages& pages, const QPrinter& printer) {
 // --- a PDF
 
 PrintResult writePdf(const PrintPages& pages, PageRange range, const std::string& path,
-                     const PageWatch& watch, int& error) {
-    error = 0;
-    const auto file = pages.job().files->replace(path, error);
+                     const PageWatch& watch, PdfFailure& failure) {
+    failure = {};
+    const auto file = pages.job().files->replace(path, failure.error);
     if (!file) return PrintResult::kFailed;
     FileDevice device(*file);
     PrintResult result = PrintResult::kFailed;
@@ -94,9 +94,10 @@ PrintResult writePdf(const PrintPages& pages, PageRange range, const std::string
         result = writePages(pages, range, writer, device, watch);
     }
     if (result == PrintResult::kCancelled) return result;
-    error = device.error();
-    if (error == 0) error = result == PrintResult::kDone ? file->commit() : EIO;
-    return error == 0 ? PrintResult::kDone : PrintResult::kFailed;
+    failure.error = device.error();
+    if (failure.error == 0) failure.error = result == PrintResult::kDone ? file->commit() : EIO;
+    failure.rest = file->leftBehind();
+    return failure.error == 0 ? PrintResult::kDone : PrintResult::kFailed;
 }
 
 // --- a printer
@@ -169,14 +170,15 @@ class Progress {
 }  // namespace
 
 bool writePdfShown(const PrintDesk& desk, const PrintPages& pages, PageRange range, const std::string& path) {
-    int error = 0;
+    PdfFailure failure;
     PrintResult result = PrintResult::kCancelled;
     {
         Progress progress(desk, pages, range);
-        result = writePdf(pages, range, path, progress.watch(), error);
+        result = writePdf(pages, range, path, progress.watch(), failure);
     }
     if (result == PrintResult::kFailed)
-        showMessage(desk.parent, desk.texts, MessageKind::kError, pages.job().failure(path, error));
+        showMessage(desk.parent, desk.texts, MessageKind::kError,
+                    pages.job().failure(path, failure.error, failure.rest));
     return result == PrintResult::kDone;
 }
 
@@ -213,7 +215,7 @@ bool askAndPrint(const PrintDesk& desk, const PrintJob& job, const IconSource& i
         result = PrintResult::kFailed;
     if (result == PrintResult::kFailed)
         showMessage(desk.parent, desk.texts, MessageKind::kError,
-                    job.failure(utf8(printer.printerName()), 0));
+                    job.failure(utf8(printer.printerName()), 0, {}));
     return result == PrintResult::kDone;
 }
 

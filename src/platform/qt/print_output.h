@@ -24,10 +24,14 @@ struct PageRange {
 PageRange allOf(const PrintPages& pages);
 PageRange wantedOf(const PrintPages& pages, const QPrinter& printer);
 
-/// An older file stays as it was until the new one is complete, and if that never comes. `error` is a code of
-/// the system.
+/// Why there is no PDF.
+struct PdfFailure {
+    int error = 0;     ///< System error code.
+    std::string rest;  ///< Path of an unfinished file that could not be removed; else empty.
+};
+/// An older file stays as it was until the new one is complete, and if that never comes.
 PrintResult writePdf(const PrintPages& pages, PageRange range, const std::string& path,
-                     const PageWatch& watch, int& error);
+                     const PageWatch& watch, PdfFailure& failure);
 /// The pages and copies that the printer was asked for. Fails if the printer cannot be had.
 PrintResult printPages(const PrintPages& pages, QPrinter& printer, const PageWatch& watch);
 

@@ -6,6 +6,7 @@
 
 #include "platform/linux/file_operations.h"
 #include "platform/linux/file_system.h"
+#include "platform/linux/files.h"
 #include "platform/linux/preview_tools.h"
 #include "support/fuse_mount.h"
 #include "support/temp_dir.h"
@@ -141,6 +142,40 @@ TEST_F(PatienceTest, AFileForThePreviewComesInMemoryAndTheOneThatIsWantedLastCom
     EXPECT_EQ(open("large", false), nullptr);
     EXPECT_EQ(error, strerror(EFBIG));
     EXPECT_TRUE(open("folder", true) == nullptr && error.empty()) << "no regular file";
+}
+
+TEST_F(PatienceTest, SavingOnADiskThatDoesNotAnswerFailsAndLeavesTheOldFile) {
+    if (!mount->missing().empty()) GTEST_SKIP() << mount->missing();
+    LinuxFiles files;
+    files.setPatience(&patience);
+    const std::string report = dir.path() + "/mount/report", shown = dir.path() + "/shown/report";
+    const auto begin = [&](const char* text) {
+        int error = 0;
+        auto file = files.replace(report, error);
+        EXPECT_TRUE(file != nullptr && file->write(text) == 0) << error;
+        return file;
+    };
+    EXPECT_EQ(begin("old")->commit(), 0);
+    for (const bool commits : {false, true}) {
+        auto file = begin("new");
+        auto other = begin("other");
+        mount->stopAnswering();
+        EXPECT_EQ(commits ? file->commit() : file->write("more"), ETIMEDOUT);
+        EXPECT_EQ(file->commit(), ETIMEDOUT);
+        int error = 0;
+        EXPECT_EQ(files.replace(report, error), nullptr);
+        EXPECT_EQ(error, ETIMEDOUT);
+        file.reset();
+        mount->answerAgain();
+        EXPECT_TRUE(comes([] { return HelperSlot::taken() == 0; }));
+        EXPECT_EQ(other->write(" text"), 0);
+        EXPECT_TRUE(commits || test::contentOf(shown) == "old");
+        EXPECT_EQ(other->commit(), 0);
+        EXPECT_EQ(test::contentOf(shown), "other text");
+        EXPECT_EQ(begin("old")->commit(), 0);
+    }
+    for (const auto& entry : std::filesystem::directory_iterator(dir.path() + "/shown"))
+        EXPECT_FALSE(entry.path().filename().string().starts_with('.')) << entry.path();
 }
 
 }  // namespace
