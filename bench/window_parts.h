@@ -95,7 +95,7 @@ class Parts {
     Diagnostics diagnostics_{app_, facts_, errors_};
     Texts texts_{files_, settings_, diagnostics_, {home, modules, "", "C"}};
     NumberFormat numbers_ = numberFormatOf("C");
-    LinuxFileSystem fileSystem_{limitsOfThisMachine(true), nullptr};
+    LinuxFileSystem fileSystem_{limitsOfThisMachine(true)};
 };
 
 /// Calls `painted` once, when the first window was painted.

@@ -63,9 +63,6 @@ void sayLastWords(const char* description, const void* instruction) {
 }
 
 LinuxFaultSignals faultSignals;
-void prepareThread() {
-    faultSignals.prepareThread();
-}
 
 std::string folderOf(const std::filesystem::path& path) {
     return path.parent_path().string();
@@ -229,7 +226,7 @@ FormServices Program::formServices(FileSystem& fileSystem) {
 int Program::runSilent() {
     texts_.storeLanguage();
     const bool readAhead = facts_.environment("HARBORLANTERN_READ_AHEAD") != "0";
-    LinuxFileSystem fileSystem(limitsOfThisMachine(readAhead), prepareThread);
+    LinuxFileSystem fileSystem(limitsOfThisMachine(readAhead));
     MainForm frmMain(formServices(fileSystem), true);
     app_.cancelState = [&frmMain] { return frmMain.state().CancelState; };
     frmMain.Form_Load();
@@ -278,13 +275,11 @@ int Program::openWindow(LinuxInstances& instances, bool& restart) {
     }
     const bool readAhead = facts_.environment("HARBORLANTERN_READ_AHEAD") != "0";
     SilentDisks disks;
-    LinuxPatience patience(disks, prepareThread);
-    PatientFileSystem fileSystem(
-        std::make_shared<LinuxFileSystem>(limitsOfThisMachine(readAhead), prepareThread), patience);
+    LinuxPatience patience(disks);
+    PatientFileSystem fileSystem(std::make_shared<LinuxFileSystem>(limitsOfThisMachine(readAhead)), patience);
     files_.setPatience(&patience);
     const ScopeExit impatient([this] { files_.setPatience(nullptr); });
     DriveSources driveSources;
-    driveSources.prepareThread = prepareThread;
     LinuxDrives drives(driveSources);
     LinuxFolderVerb verb("harborlantern-folder", facts_.environment("XDG_DATA_HOME"),
                          facts_.environment("HOME"));

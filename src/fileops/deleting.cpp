@@ -173,6 +173,7 @@ void deleteAll(const FileOps& ops, FileRun& run, const std::vector<std::string>&
                Gone& gone, Stayed& stayed) {
     for (const std::string& path : paths) {
         if (run.stopped()) return;
+        run.unanswered = false;
         if (gone.went(path)) {
             logGone(ops, path, recycle);
             continue;

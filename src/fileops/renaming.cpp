@@ -27,7 +27,9 @@ enum class Former : std::uint8_t { kNone, kInTrash, kReplaced };
 std::string makeRoom(const FileOps& ops, FileRun& run, const std::string& from, const std::string& to,
                      Former& former, std::string& now) {
     const FilePlace place = placeOf(ops.scan, to);
-    if (!ops.operations.wouldReplace(placeOf(ops.scan, from), place, run)) return {};
+    const auto replaces = ops.operations.wouldReplace(placeOf(ops.scan, from), place, run);
+    if (!replaces) return noAnswerText(ops, to);
+    if (!*replaces || run.stopped()) return {};
     const RecycleError error = ops.operations.recycle(place, run, now);
     if (error == RecycleError::kNone) {
         former = Former::kInTrash;
@@ -71,6 +73,8 @@ bool rename(const FileOps& ops, Grid& grid, Row row, const std::string& folder, 
         const bool taken = !hasVanished(ops.scan, to);
         if (run.stopped()) return false;
         error = makeRoom(ops, run, from, to, former, now);
+        // What lies in the trash by now has made room already.
+        if (error.empty() && run.stopped() && former != Former::kInTrash) return false;
         if (error.empty()) error = xMoveFile_W(ops, run, from, to);
         if (former == Former::kReplaced && !error.empty()) former = Former::kNone;
         if (error.empty() && inReport) grid.setText(row, name);

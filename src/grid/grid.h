@@ -151,7 +151,7 @@ class Grid {
         return sorts_[std::min<std::size_t>(level, kSortLevels - 1)];
     }
     /// Sorts each level from 0 to `deepest` once. Rows of equal keys go by the bytes of their texts, upward;
-    /// with a cell "IsFolder" those with 0 in it are last. `between` may be null.
+    /// with a cell "IsFolder" those with 0 in it are last. `between` (may be null) runs after each level.
     void sortLevels(std::uint32_t deepest, const std::function<void()>& between = nullptr);
     /// The first row with an index from `from` to `to`, both included, whose text holds `part` without regard
     /// to case; kNoRow if there is none.

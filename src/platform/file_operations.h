@@ -8,6 +8,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -87,7 +88,9 @@ class FileOperations {
     /// System error code; after a failure everything is as it was.
     virtual int move(const FilePlace& from, const FilePlace& to, OperationWatch& watch) = 0;
     /// Whether a move would replace a file: one lies there, and it is not `from` itself by another name.
-    virtual bool wouldReplace(const FilePlace& from, const FilePlace& to, OperationWatch& watch) = 0;
+    /// Nothing if the disk does not answer.
+    virtual std::optional<bool> wouldReplace(const FilePlace& from, const FilePlace& to,
+                                             OperationWatch& watch) = 0;
     /// By what it is, not by its name: also through a link or another mount of the same folder.
     virtual Protection protectionOf(const FilePlace& place, OperationWatch& watch) = 0;
 };

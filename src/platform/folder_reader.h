@@ -86,6 +86,7 @@ class Listing {
 
 struct ReadOptions {
     bool recursive = true;     ///< False: only the source itself is read.
+    bool onlyOpen = false;     ///< The source is opened, and has no entries.
     bool followLinks = false;  ///< Enter links to folders, and other mounts.
     /// With followLinks: so many folders of the source's path, those right above it, are on the way down too.
     std::uint32_t levelsAbove = 0;

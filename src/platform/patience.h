@@ -23,6 +23,9 @@ class DiskWait {
     virtual void waitEnds() = 0;
 };
 
+/// What a call does with a link at the end of its path.
+enum class LastName { kFollowed, kItself };
+
 class Patience {
   public:
     virtual ~Patience() = default;
@@ -30,16 +33,18 @@ class Patience {
     /// answers it is done at once and here. Else a helper does it, and messages run meanwhile; false if it
     /// has not ended in time, or nobody wants it any more. Then it may still be done, at any time and even
     /// after the end of all else, so it owns whatever it touches.
-    virtual bool run(const std::string& path, const std::function<void()>& work) = 0;
+    virtual bool run(const std::string& path, const std::function<void()>& work,
+                     LastName last = LastName::kFollowed) = 0;
 };
 
 /// What `question` answers; `none` if the disk of `path` does not. `patience` may be null.
 template <class Answer>
-Answer ask(Patience* patience, const std::string& path, Answer none, std::function<Answer()> question) {
+Answer ask(Patience* patience, const std::string& path, Answer none, std::function<Answer()> question,
+           LastName last = LastName::kFollowed) {
     if (patience == nullptr) return question();
     const auto answer = std::make_shared<Answer>();
     const auto work = [answer, question = std::move(question)] { *answer = question(); };
-    return patience->run(path, work) ? std::move(*answer) : std::move(none);
+    return patience->run(path, work, last) ? std::move(*answer) : std::move(none);
 }
 
 }  // namespace hl

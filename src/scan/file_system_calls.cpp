@@ -17,7 +17,7 @@ int errorOfFolder(ScanContext& scan, std::string_view path) {
     if (!scan.fileSystem.mayHang(whole)) return scan.fileSystem.look(whole).error;
     Yield yield(scan.state, scan.pump);
     ReaderWait wait(yield, scan.pump, [&] { tellOfWait(scan, path); });
-    const auto reader = scan.fileSystem.read(whole, {.recursive = false, .wantFileNames = false}, &wait);
+    const auto reader = scan.fileSystem.read(whole, {.onlyOpen = true}, &wait);
     const auto block = reader->next();
     const int error = block == nullptr ? 0 : block->error;
     return error == kNotFound || error == kNoAnswerError ? error : 0;

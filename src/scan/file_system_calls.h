@@ -11,8 +11,8 @@ namespace hl {
 /// True if something of that name exists, a dangling link too. An empty path does not.
 bool xExistFile(ScanContext& scan, std::string_view path);
 /// The same with one trailing separator left out. It does not ask whether it is a folder. `error` (may be
-/// null) is why not: a system error code. Where the disk may hang a folder is asked by reading its beginning,
-/// with messages running; a Stop leaves it open whether it exists.
+/// null) is why not: a system error code. Where the disk may hang a folder is asked by opening it, with
+/// messages running; a Stop leaves it open whether it exists.
 bool xExistFolder_W(ScanContext& scan, std::string_view path, int* error = nullptr);
 /// Says that the disk of `path` is waited for.
 void tellOfWait(ScanContext& scan, std::string_view path);

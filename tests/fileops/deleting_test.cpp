@@ -17,7 +17,7 @@ class ScriptedOperations final : public FileOperations {
     Removal removal{.removed = true};
     RecycleError recycled = RecycleError::kNone;
     int error = 0;
-    bool replaces = false;
+    std::optional<bool> replaces = false;
     Protection protection = Protection::kNone;
     std::vector<std::string> asked;
 
@@ -31,7 +31,9 @@ class ScriptedOperations final : public FileOperations {
     int move(const FilePlace& from, const FilePlace& to, OperationWatch&) override {
         return note("move", from), note("to", to), error;
     }
-    bool wouldReplace(const FilePlace&, const FilePlace&, OperationWatch&) override { return replaces; }
+    std::optional<bool> wouldReplace(const FilePlace&, const FilePlace&, OperationWatch&) override {
+        return replaces;
+    }
     Protection protectionOf(const FilePlace&, OperationWatch&) override { return protection; }
 
   private:
@@ -184,6 +186,10 @@ TEST_F(DeletingTest, AFileOfTheNewNameGoesToTheTrashAndIsReplacedOnlyWhereThereI
         EXPECT_EQ(host_.panel, told);
         EXPECT_EQ(window_.calls.empty(), moved);
     }
+    disk_.replaces = std::nullopt;
+    disk_.asked.clear();
+    renameInReport(ops_, b_, "y");
+    EXPECT_TRUE(disk_.asked.empty()) << "nobody knows what it would replace";
 }
 
 TEST_F(DeletingTest, ARenamedFolderIsWhereTheListLooksNext) {

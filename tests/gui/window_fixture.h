@@ -47,7 +47,7 @@ inline const Addresses kAllAddresses = {"https://home.test/", "http://forum.test
 class PausingFileSystem final : public FileSystem {
   public:
     explicit PausingFileSystem(Patience& patience)
-        : disk_(std::make_shared<LinuxFileSystem>(limitsOfThisMachine(false), nullptr), patience) {}
+        : disk_(std::make_shared<LinuxFileSystem>(limitsOfThisMachine(false)), patience) {}
     std::function<void(int block)> beforeBlock, beforeFiles;
     std::function<void()> beforeLook = [] {};
 
@@ -107,7 +107,8 @@ class PausingOperations final : public FileOperations {
         if (refused(from) || refused(to)) return EACCES;
         return before(watch), disk_.move(from, to, watch);
     }
-    bool wouldReplace(const FilePlace& from, const FilePlace& to, OperationWatch& watch) override {
+    std::optional<bool> wouldReplace(const FilePlace& from, const FilePlace& to,
+                                     OperationWatch& watch) override {
         return disk_.wouldReplace(from, to, watch);
     }
     Protection protectionOf(const FilePlace& place, OperationWatch& watch) override {
@@ -245,7 +246,7 @@ class Logic : private ErrorSink, private MessagePump {
     }
 
     SilentDisks disks;
-    LinuxPatience patience{disks, nullptr};
+    LinuxPatience patience{disks};
     PausingFileSystem fileSystem{patience};
     Answers answers;
     std::vector<std::string> reports;  ///< Of errors.

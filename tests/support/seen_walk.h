@@ -71,7 +71,7 @@ inline std::shared_ptr<DirectoryCalls> shared(DirectoryCalls& calls) {
 
 inline Seen walkOnce(DirectoryCalls& calls, const std::string& root, const ReadAheadLimits& limits,
                      const ReadOptions& options = {}) {
-    ReadAhead reader(shared(calls), root, options, limits, nullptr, nullptr);
+    ReadAhead reader(shared(calls), root, options, limits, nullptr);
     return walk(reader, options);
 }
 

@@ -45,6 +45,7 @@ bool runBeside(const Helper::Work& work, OperationWatch& watch, bool mayHang, st
         if (mayHang) {
             helper->leave();
         } else {
+            helper->whereabouts().end();
             helper->join();
         }
         throw;

@@ -78,6 +78,7 @@ BlockReader::Fill BlockReader::fill(int folder) {
     length_ = 0;
     while (kRecordBytes - length_ >= kLeastRoom) {
         const long got = calls_.readEntries(folder, records_.get() + length_, kRecordBytes - length_);
+        countAnswer();
         if (got < 0) result.error = static_cast<int>(-got);
         if (got <= 0) return result;
         length_ += static_cast<std::size_t>(got);
@@ -142,7 +143,9 @@ void BlockReader::addFolder(std::string_view name, std::uint32_t attributes, std
 // A link is first asked where it leads: only one that leads to no folder needs a look of its own.
 void BlockReader::addLink(LinkLook::Place& place, const char* name, std::size_t length,
                           const LinkLook::GoOn& goOn) {
-    if (!links_.leadsToFolder(place, name, goOn)) return addOther(place.folder, name, length);
+    const bool leadsToFolder = links_.leadsToFolder(place, name, goOn);
+    countAnswer();
+    if (!leadsToFolder) return addOther(place.folder, name, length);
     addFolder({name, length}, kAttributeReparse, kTagSymbolicLink);
     std::array<char, PATH_MAX> target;
     const long got = calls_.readLink(place.folder, name, target.data(), target.size());
@@ -155,7 +158,7 @@ void BlockReader::addLink(LinkLook::Place& place, const char* name, std::size_t 
 void BlockReader::addOther(int folder, const char* name, std::size_t length) {
     struct statx facts;
     const int result = calls_.look(folder, name, false, mask_, facts);
-    answers_.store(answers() + 1, std::memory_order_relaxed);
+    countAnswer();
     if (result == -ENOENT) return;  // Gone since its name was read.
     const std::string_view text(name, length);
     if (result < 0) {

@@ -49,10 +49,11 @@ class BlockReader {
     /// `goOn` is asked where it has to wait for a disk to which a link leads (link_look.h).
     std::shared_ptr<const Block> build(int folder, const LinkLook::GoOn& goOn);
 
-    /// How many entries were looked at so far. From any thread.
+    /// How many answers the disk gave so far: names, and looks at entries. From any thread.
     std::uint32_t answers() const { return answers_.load(std::memory_order_relaxed); }
 
   private:
+    void countAnswer() { answers_.store(answers() + 1, std::memory_order_relaxed); }
     void addFolder(std::string_view name, std::uint32_t attributes, std::uint32_t tag);
     void addLink(LinkLook::Place& place, const char* name, std::size_t length, const LinkLook::GoOn& goOn);
     void addOther(int folder, const char* name, std::size_t length);

@@ -63,12 +63,11 @@ struct DriveProbe::Shared {
         DriveAnswer space;
     };
 
-    Shared(SpaceQuestion spaceQuestion, std::chrono::milliseconds timeLimit, void (*prepare)())
-        : question(std::move(spaceQuestion)), limit(timeLimit), prepareThread(prepare) {}
+    Shared(SpaceQuestion spaceQuestion, std::chrono::milliseconds timeLimit)
+        : question(std::move(spaceQuestion)), limit(timeLimit) {}
 
     const SpaceQuestion question;
     const std::chrono::milliseconds limit;
-    void (*const prepareThread)();
     const Descriptor event{::eventfd(0, EFD_NONBLOCK | EFD_CLOEXEC)};
     const Descriptor timer{::timerfd_create(CLOCK_MONOTONIC, TFD_NONBLOCK | TFD_CLOEXEC)};
 
@@ -148,9 +147,8 @@ struct DriveProbe::Shared {
     }
 };
 
-DriveProbe::DriveProbe(SpaceQuestion question, std::chrono::milliseconds limit, void (*prepareThread)())
-    : shared_(std::make_shared<Shared>(std::move(question), limit, prepareThread)),
-      ready_(::epoll_create1(EPOLL_CLOEXEC)) {
+DriveProbe::DriveProbe(SpaceQuestion question, std::chrono::milliseconds limit)
+    : shared_(std::make_shared<Shared>(std::move(question), limit)), ready_(::epoll_create1(EPOLL_CLOEXEC)) {
     for (const int part : {shared_->event.number(), shared_->timer.number()}) {
         epoll_event readable = {.events = EPOLLIN, .data = {.fd = part}};
         ::epoll_ctl(ready_.number(), EPOLL_CTL_ADD, part, &readable);
@@ -183,7 +181,7 @@ void DriveProbe::startHelpers() {
     for (; shared_->helpers < kMostHelpers && waiting > 0; --waiting) {
         const auto body = [shared = shared_](Whereabouts&) { help(shared); };
         // None if the system gives no more threads, or too many hang on disks.
-        if (!Helper::start(body, true, shared_->prepareThread)) {
+        if (!Helper::start(body, true)) {
             if (shared_->helpers == 0) shared_->refuseWaiting();
             return;
         }

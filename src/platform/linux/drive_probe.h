@@ -32,9 +32,8 @@ class DriveProbe {
   public:
     using Answered = std::function<void(const DriveAnswer&)>;
 
-    /// `limit` is that of one question, from the moment a helper takes it. `prepareThread` (may be null) runs
-    /// first in each helper.
-    DriveProbe(SpaceQuestion question, std::chrono::milliseconds limit, void (*prepareThread)());
+    /// `limit` is that of one question, from the moment a helper takes it.
+    DriveProbe(SpaceQuestion question, std::chrono::milliseconds limit);
     /// Questions not yet taken are dropped; nobody is waited for.
     ~DriveProbe();
     DriveProbe(const DriveProbe&) = delete;

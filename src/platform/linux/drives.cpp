@@ -260,8 +260,7 @@ std::optional<std::string> behindShare(const std::string& unc, const Mount& moun
 }  // namespace
 
 LinuxDrives::LinuxDrives(DriveSources sources)
-    : root_(std::move(sources.root)),
-      probe_(std::move(sources.space), sources.limit, sources.prepareThread) {}
+    : root_(std::move(sources.root)), probe_(std::move(sources.space), sources.limit) {}
 
 std::vector<Drive> LinuxDrives::drives() {
     const std::vector<TableEntry> entries = visibleMounts(root_);

@@ -27,7 +27,6 @@ struct DriveSources {
     std::string root;
     SpaceQuestion space = spaceAt;
     std::chrono::milliseconds limit = std::chrono::seconds(2);
-    void (*prepareThread)() = nullptr;  ///< Runs first in each helper thread; may be null.
 };
 
 class LinuxDrives final : public Drives {

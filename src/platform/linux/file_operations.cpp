@@ -5,6 +5,7 @@
 #include <pwd.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <utility>
 
@@ -39,13 +40,14 @@ LinuxFileOperations::LinuxFileOperations(std::shared_ptr<DirectoryCalls> calls, 
                                          SilentDisks* disks)
     : tools_(std::make_shared<const Tools>(Tools{std::move(calls), std::move(settings)})), disks_(disks) {}
 
-/// What `work` answers; `none` if one of the disks of `paths` does not answer.
+/// What `work` answers; `none` if one of the disks of `paths` does not answer. A link at the end of a path is
+/// what is asked for.
 template <class Answer>
-Answer LinuxFileOperations::beside(Places paths, Answer none, OperationWatch& watch,
+Answer LinuxFileOperations::beside(const Places& paths, Answer none, OperationWatch& watch,
                                    std::function<Answer(Whereabouts&)> work) {
     std::vector<std::uint64_t> mayHang;
     for (const std::string& path : paths) {
-        const std::uint64_t disk = disks_ != nullptr ? disks_->of(path) : 0;
+        const std::uint64_t disk = disks_ != nullptr ? disks_->of(path, LastName::kItself) : 0;
         if (disk != 0 && disks_->isSilent(disk)) return none;
         if (disk != 0) mayHang.push_back(disk);
     }
@@ -75,14 +77,14 @@ Removal LinuxFileOperations::removeTree(const FilePlace& place, OperationWatch& 
 
 RecycleError LinuxFileOperations::recycle(const FilePlace& place, OperationWatch& watch, std::string& now) {
     using Recycled = std::pair<RecycleError, std::string>;
-    auto answer =
-        beside<Recycled>({pathOf(place), tools_->settings.trash.homeTrash}, {RecycleError::kNoAnswer, ""},
-                         watch, [place, tools = tools_](Whereabouts& whereabouts) {
-                             whereabouts.at([&] { return pathOf(place); });
-                             Recycled result;
-                             result.first = moveToTrash(place, tools->settings.trash, &result.second);
-                             return result;
-                         });
+    auto answer = beside<Recycled>(
+        {pathOf(place), tools_->settings.trash.homeTrash}, {RecycleError::kNoAnswer, ""}, watch,
+        [place, tools = tools_](Whereabouts& whereabouts) {
+            whereabouts.at([&] { return pathOf(place); });
+            Recycled result;
+            result.first = moveToTrash(place, tools->settings.trash, &result.second, &whereabouts);
+            return result;
+        });
     now = std::move(answer.second);
     return answer.first;
 }
@@ -92,13 +94,18 @@ int LinuxFileOperations::move(const FilePlace& from, const FilePlace& to, Operat
                        [from, to](Whereabouts& whereabouts) { return moveEntry(from, to, whereabouts); });
 }
 
-bool LinuxFileOperations::wouldReplace(const FilePlace& from, const FilePlace& to, OperationWatch& watch) {
-    return beside<bool>({pathOf(from), pathOf(to)}, false, watch,
-                        [from, to](Whereabouts&) { return hl::wouldReplace(from, to); });
+std::optional<bool> LinuxFileOperations::wouldReplace(const FilePlace& from, const FilePlace& to,
+                                                      OperationWatch& watch) {
+    return beside<std::optional<bool>>({pathOf(from), pathOf(to)}, std::nullopt, watch,
+                                       [from, to](Whereabouts&) { return hl::wouldReplace(from, to); });
 }
 
 Protection LinuxFileOperations::protectionOf(const FilePlace& place, OperationWatch& watch) {
-    return beside<Protection>({pathOf(place)}, Protection::kNoAnswer, watch,
+    std::vector<std::string> paths = {pathOf(place)};
+    const auto addBelow = [&](const std::string& folder) { paths.push_back(folder + "/."); };
+    if (!tools_->settings.home.empty()) addBelow(tools_->settings.home);
+    std::ranges::for_each(tools_->settings.programFolders, addBelow);
+    return beside<Protection>(paths, Protection::kNoAnswer, watch,
                               [place, tools = tools_](Whereabouts&) { return lookAt(*tools, place); });
 }
 

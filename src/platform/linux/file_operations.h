@@ -3,8 +3,8 @@
 #pragma once
 
 #include <functional>
-#include <initializer_list>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -32,7 +32,8 @@ class LinuxFileOperations final : public FileOperations {
     Removal removeTree(const FilePlace& place, OperationWatch& watch) override;
     RecycleError recycle(const FilePlace& place, OperationWatch& watch, std::string& now) override;
     int move(const FilePlace& from, const FilePlace& to, OperationWatch& watch) override;
-    bool wouldReplace(const FilePlace& from, const FilePlace& to, OperationWatch& watch) override;
+    std::optional<bool> wouldReplace(const FilePlace& from, const FilePlace& to,
+                                     OperationWatch& watch) override;
     Protection protectionOf(const FilePlace& place, OperationWatch& watch) override;
 
   private:
@@ -41,10 +42,11 @@ class LinuxFileOperations final : public FileOperations {
         std::shared_ptr<DirectoryCalls> calls;
         Settings settings;
     };
-    using Places = std::initializer_list<std::string>;
+    using Places = std::vector<std::string>;
 
     template <class Answer>
-    Answer beside(Places paths, Answer none, OperationWatch& watch, std::function<Answer(Whereabouts&)> work);
+    Answer beside(const Places& paths, Answer none, OperationWatch& watch,
+                  std::function<Answer(Whereabouts&)> work);
     static Protection lookAt(const Tools& tools, const FilePlace& place);
 
     std::shared_ptr<const Tools> tools_;

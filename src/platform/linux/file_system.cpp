@@ -46,7 +46,7 @@ ReadAheadLimits limitsOfThisMachine(bool readAhead) {
 
 std::unique_ptr<FolderReader> LinuxFileSystem::read(std::string_view source, const ReadOptions& options,
                                                     WaitCallback* wait) {
-    return std::make_unique<ReadAhead>(calls_, std::string(source), options, limits_, wait, prepareThread_);
+    return std::make_unique<ReadAhead>(calls_, std::string(source), options, limits_, wait);
 }
 
 PathFacts LinuxFileSystem::look(std::string_view path) {

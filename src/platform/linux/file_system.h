@@ -20,9 +20,7 @@ ReadAheadLimits limitsOfThisMachine(bool readAhead);
 
 class LinuxFileSystem final : public FileSystem {
   public:
-    /// `prepareThread` (may be null) runs first in each helper thread.
-    LinuxFileSystem(const ReadAheadLimits& limits, void (*prepareThread)())
-        : limits_(limits), prepareThread_(prepareThread) {}
+    explicit LinuxFileSystem(const ReadAheadLimits& limits) : limits_(limits) {}
 
     std::unique_ptr<FolderReader> read(std::string_view source, const ReadOptions& options,
                                        WaitCallback* wait) override;
@@ -33,7 +31,6 @@ class LinuxFileSystem final : public FileSystem {
   private:
     std::shared_ptr<DirectoryCalls> calls_ = std::make_shared<DirectoryCalls>();
     ReadAheadLimits limits_;
-    void (*prepareThread_)();
 };
 
 }  // namespace hl

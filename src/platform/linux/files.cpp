@@ -59,8 +59,8 @@ int LinuxFiles::append(const std::string& path, std::string_view bytes) {
 }
 
 std::optional<std::string> LinuxFiles::beginning(const std::string& path, std::size_t count) {
-    return ask<std::optional<std::string>>(patience_, path, std::nullopt,
-                                           [path, count] { return beginningOf(path, count); });
+    return ask<std::optional<std::string>>(
+        patience_, path, std::nullopt, [path, count] { return beginningOf(path, count); }, LastName::kItself);
 }
 
 bool LinuxFiles::exists(const std::string& path) {

@@ -4,10 +4,12 @@
 #include <thread>
 #include <utility>
 
+#include "platform/linux/fault_signals.h"
+
 namespace hl {
 
 // The work goes before its end is told: what it owns may lie on the disk, too, and hang where it is closed.
-std::shared_ptr<Helper> Helper::start(Work work, bool mayHang, void (*prepareThread)()) {
+std::shared_ptr<Helper> Helper::start(Work work, bool mayHang) {
     std::shared_ptr<HelperSlot> slot;
     if (mayHang) {
         auto taken = HelperSlot::take();
@@ -15,10 +17,10 @@ std::shared_ptr<Helper> Helper::start(Work work, bool mayHang, void (*prepareThr
         slot = std::make_shared<HelperSlot>(std::move(*taken));
     }
     auto helper = std::make_shared<Helper>();
-    auto body = [helper, work = std::move(work), slot, prepareThread]() mutable {
-        if (prepareThread != nullptr) prepareThread();
+    auto body = [helper, work = std::move(work), slot]() mutable {
         std::exception_ptr failure;
         try {
+            LinuxFaultSignals().prepareThread();
             work(helper->whereabouts_);
         } catch (const LeftBehind&) {  // Nobody is there to be told.
             failure = nullptr;

@@ -40,6 +40,11 @@ class Whereabouts {
     /// For the waiting thread: the work is to end, if it can.
     void end() { unwanted_.store(true, std::memory_order_relaxed); }
     bool unwanted() const { return unwanted_.load(std::memory_order_relaxed); }
+    /// For the working thread: whether nobody waits for it any more.
+    bool isLeft() {
+        const std::lock_guard lock(mutex_);
+        return left_;
+    }
     /// What is told next ends the work in any case.
     void leave() {
         end();
@@ -58,9 +63,9 @@ class Whereabouts {
 class Helper {
   public:
     using Work = std::function<void(Whereabouts&)>;
-    /// `mayHang`: the disk may not answer; the helper takes a slot then. `prepareThread` (may be null) runs
-    /// first. Null if there is no thread, or no slot.
-    static std::shared_ptr<Helper> start(Work work, bool mayHang, void (*prepareThread)() = nullptr);
+    /// `mayHang`: the disk may not answer; the helper takes a slot then. Null if there is no thread, or no
+    /// slot.
+    static std::shared_ptr<Helper> start(Work work, bool mayHang);
 
     Whereabouts& whereabouts() { return whereabouts_; }
     /// Waits so long at most; whether it has ended.

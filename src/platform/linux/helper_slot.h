@@ -5,8 +5,8 @@
 
 namespace hl {
 
-/// Leave to have a thread on a disk that may not answer, for as long as the thread is there. There are kMost
-/// in the process, so that those that hang are never more. From any thread.
+/// Permission to have one thread on a disk that may not answer, for as long as that thread lives. The process
+/// gives kMost of them, so that those that hang are never more. From any thread.
 class HelperSlot {
   public:
     static constexpr unsigned kMost = 16;

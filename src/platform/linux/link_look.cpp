@@ -7,14 +7,11 @@
 #include <algorithm>
 #include <array>
 #include <climits>
-#include <condition_variable>
-#include <optional>
-#include <system_error>
-#include <thread>
+#include <memory>
 #include <utility>
 
 #include "platform/linux/descriptor.h"
-#include "platform/linux/helper_slot.h"
+#include "platform/linux/helper.h"
 
 namespace hl {
 
@@ -25,34 +22,6 @@ constexpr std::chrono::milliseconds kWaitStep{50};
 bool isFolder(DirectoryCalls& calls, int folder, const std::string& name) {
     struct statx facts;
     return calls.look(folder, name.c_str(), true, STATX_TYPE, facts) == 0 && S_ISDIR(facts.stx_mode);
-}
-
-struct Answer {
-    std::mutex mutex;
-    std::condition_variable there;
-    std::optional<bool> isFolder;
-};
-
-// On a thread that owns all that it touches, so that it may hang for as long as it likes. False if there is
-// none to be had.
-bool startQuestion(std::shared_ptr<DirectoryCalls> calls, int folder, std::string name,
-                   std::shared_ptr<Answer> answer) {
-    auto slot = HelperSlot::take();
-    if (!slot) return false;
-    auto ask = [calls = std::move(calls), place = Descriptor(::fcntl(folder, F_DUPFD_CLOEXEC, 0)),
-                name = std::move(name), answer = std::move(answer), held = std::move(*slot)]() mutable {
-        const bool result = isFolder(*calls, place.number(), name);
-        place.close();
-        const std::lock_guard lock(answer->mutex);
-        answer->isFolder = result;
-        answer->there.notify_all();
-    };
-    try {
-        std::thread(std::move(ask)).detach();
-    } catch (const std::system_error&) {
-        return false;
-    }
-    return true;
 }
 
 }  // namespace
@@ -115,18 +84,18 @@ bool LinkLook::isSilent(const Mount& mount) {
 }
 
 bool LinkLook::askBeside(int folder, const char* name, const Mount& mount, const GoOn& goOn) {
-    const auto answer = std::make_shared<Answer>();
-    if (startQuestion(calls_, folder, name, answer)) {
+    const auto found = std::make_shared<bool>(false);
+    const auto place = std::make_shared<Descriptor>(::fcntl(folder, F_DUPFD_CLOEXEC, 0));
+    const auto question = [calls = calls_, place, text = std::string(name), found](Whereabouts&) {
+        *found = isFolder(*calls, place->number(), text);
+        place->close();
+    };
+    if (const auto helper = Helper::start(question, true)) {
         const auto end = std::chrono::steady_clock::now() + limit_;
-        std::unique_lock lock(answer->mutex);
-        while (!answer->isFolder && std::chrono::steady_clock::now() < end) {
-            answer->there.wait_for(lock, std::min(kWaitStep, limit_));
-            lock.unlock();
-            const bool goesOn = goOn();
-            lock.lock();
-            if (!goesOn) return false;
-        }
-        if (answer->isFolder) return *answer->isFolder;
+        do {
+            if (helper->endsWithin(std::min(kWaitStep, limit_))) return *found;
+            if (!goOn()) return false;
+        } while (std::chrono::steady_clock::now() < end);
     }
     const std::lock_guard lock(mutex_);
     if (silent_.insert(mount.mountPoint).second) untold_.push_back(mount.mountPoint);

@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "base/text.h"
+#include "platform/linux/descriptor.h"
 
 namespace hl {
 
@@ -93,13 +94,12 @@ std::string whatIsMounted(const Mount& mount) {
 }
 
 std::vector<Mount> readMountTable() {
-    const int file = ::open("/proc/self/mountinfo", O_RDONLY | O_CLOEXEC);
-    if (file < 0) return {};
+    const Descriptor file = openAt(AT_FDCWD, "/proc/self/mountinfo", O_RDONLY);
+    if (!file.isOpen()) return {};
     std::string text;
     std::array<char, 16384> buffer;
-    for (ssize_t got = 0; (got = ::read(file, buffer.data(), buffer.size())) > 0;)
+    for (ssize_t got = 0; (got = ::read(file.number(), buffer.data(), buffer.size())) > 0;)
         text.append(buffer.data(), static_cast<std::size_t>(got));
-    ::close(file);
     return parseMountTable(text);
 }
 

@@ -25,7 +25,7 @@ std::vector<Mount> parseMountTable(std::string_view text);
 /// What is mounted there: the source, and behind it the mounted folder where that is not the whole.
 std::string whatIsMounted(const Mount& mount);
 
-/// Reads the table. Empty if there is no /proc.
+/// Reads the table. Empty if there is no /proc, or no descriptor. From any thread, as all here.
 std::vector<Mount> readMountTable();
 
 /// Whether the kind is one of the network's, in a process of its own or not.

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "platform/file_operations.h"
-#include "platform/linux/beside.h"
+#include "platform/linux/helper.h"
 
 namespace hl {
 

@@ -76,6 +76,12 @@ bool OpenFolders::closeOne() {
     return false;
 }
 
+bool OpenFolders::someOpenCanHang() const {
+    const Folder* folder = oldest_;
+    while (folder != nullptr && !folder->canHang) folder = folder->newerOpen_;
+    return folder != nullptr || hasClosable();
+}
+
 void OpenFolders::closeClosable(Lock& lock) {
     const std::vector<int> closable = std::exchange(closable_, {});
     lock.unlock();
@@ -144,6 +150,7 @@ void OpenFolders::reattach(Folder* folder, int descriptor) {
 
 // From the deepest folder above that is open, by the names that were read; true identity is asked at the end.
 int OpenFolders::stepDown(Folder* folder, Lock* lock) {
+    if (folder->descriptor_ >= 0) return 0;  // Another thread was first, while the lock was given up.
     std::vector<const Folder*> steps;
     Folder* start = folder;
     for (; start->descriptor_ < 0; start = start->parent_) {

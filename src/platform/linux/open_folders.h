@@ -6,9 +6,9 @@
 // name, step by step from the deepest open folder above it; either way it is taken only if device and inode
 // are the same.
 //
-// Calls on the folders of a mount that can hang are never made under the lock, and only by threads that may
-// hang: such a folder is found again by name alone, has its identity from the moment when it was opened, and
-// is closed by closeClosable().
+// Calls on the folders of a mount that can hang are never made under the lock (but for the seek when a long
+// folder is opened again, which asks nobody), and only by threads that may hang: such a folder is found again
+// by name alone, has its identity from the moment when it was opened, and is closed by closeClosable().
 //
 // The caller holds one lock around every call. No call recurses; depth has no limit.
 #pragma once
@@ -96,6 +96,8 @@ class OpenFolders {
     bool closeOne();
     /// Whether there are descriptors that are done with and that only a thread that may hang can close.
     bool hasClosable() const { return !closable_.empty(); }
+    /// Whether there are such, or open folders that will be.
+    bool someOpenCanHang() const;
     /// Closes them, without the lock.
     void closeClosable(Lock& lock);
 

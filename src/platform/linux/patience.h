@@ -16,19 +16,18 @@ class LinuxPatience final : public Patience {
   public:
     static constexpr std::chrono::milliseconds kLimit{10'000};
 
-    /// `disks` outlives it. `prepareThread` (may be null) runs first in each helper.
-    LinuxPatience(SilentDisks& disks, void (*prepareThread)(), std::chrono::milliseconds limit = kLimit)
-        : disks_(disks), prepareThread_(prepareThread), limit_(limit) {}
+    /// `disks` outlives it.
+    explicit LinuxPatience(SilentDisks& disks, std::chrono::milliseconds limit = kLimit)
+        : disks_(disks), limit_(limit) {}
     /// Whoever lets messages run meanwhile; null, as at first: nobody.
     void setWait(DiskWait* wait) { wait_ = wait; }
 
-    bool run(const std::string& path, const std::function<void()>& work) override;
+    bool run(const std::string& path, const std::function<void()>& work, LastName last) override;
 
   private:
     bool endsInTime(Helper& helper, const std::string& path) const;
 
     SilentDisks& disks_;
-    void (*prepareThread_)();
     std::chrono::milliseconds limit_;
     DiskWait* wait_ = nullptr;
 };

@@ -23,8 +23,9 @@ void confineHelper(std::uint64_t bytes);
 class ForeignConfinement {
   public:
     /// With no `home` it gets what a helper of ours gets, and may start. With one it may also start
-    /// processes, and write below that folder; what reaches other processes, the network or the depths of the
-    /// system fails with EPERM.
+    /// processes, and write below that folder; what traces other processes, signals them by kill(), shares
+    /// memory with them, or reaches the network or the depths of the system fails with EPERM. It may signal
+    /// their threads by tgkill() where Landlock does not keep it from that.
     ForeignConfinement(const std::string& program, const std::string& home);
     // In the child, one after the other. They allocate nothing, and are false if the system refuses.
     bool enterFiles() const;

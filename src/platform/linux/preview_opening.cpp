@@ -80,7 +80,8 @@ std::unique_ptr<OpenFile> openForPreview(const std::string& path, int& error) {
     return makeOpenFile(std::move(file), static_cast<std::uint64_t>(facts.st_size));
 }
 
-/// One file that is wanted. Shared with the helper; `over` and what it found are under the desk's mutex.
+/// One file that is wanted. The helper writes `error` and `file` before it tells the event; the logic reads
+/// them after that, and only then.
 struct PreviewOpenings::Request {
     std::string path;
     bool beginning = false;

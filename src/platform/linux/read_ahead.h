@@ -13,9 +13,9 @@ namespace hl {
 
 class ReadAhead final : public FolderReader {
   public:
-    /// `wait` (may be null) must outlive the reader. `prepareThread` (may be null) runs first in each helper.
+    /// `wait` (may be null) must outlive the reader.
     ReadAhead(std::shared_ptr<DirectoryCalls> calls, std::string source, const ReadOptions& options,
-              const ReadAheadLimits& limits, WaitCallback* wait, void (*prepareThread)());
+              const ReadAheadLimits& limits, WaitCallback* wait);
     /// Waits for what the helpers have in hand, at most one folder each; on a mount that can hang only for a
     /// moment, after which they are left behind.
     ~ReadAhead() override;

@@ -53,15 +53,13 @@ class ReadAheadCore::BlockListing final : public Listing {
 };
 
 ReadAheadCore::ReadAheadCore(std::shared_ptr<DirectoryCalls> calls, std::string source,
-                             const ReadOptions& options, const ReadAheadLimits& limits, WaitCallback* wait,
-                             void (*prepareThread)())
+                             const ReadOptions& options, const ReadAheadLimits& limits, WaitCallback* wait)
     : keptCalls_(std::move(calls)),
       calls_(*keptCalls_),
       source_(std::move(source)),
       options_(options),
       limits_(limits),
       wait_(wait),
-      prepareThread_(prepareThread),
       mounts_(readMountTable()),
       links_(keptCalls_, mounts_, limits.link),
       walk_(std::make_unique<Reader>(*this, false, 0)),
@@ -71,6 +69,11 @@ ReadAheadCore::ReadAheadCore(std::shared_ptr<DirectoryCalls> calls, std::string 
     orderFirst_->folder = root_ = OpenFolders::make(nullptr, source_, false);
     OpenFolders::addReference(root_);
     root_->canHang = someCanHang_ = hl::canHang(mounts_, source_);
+}
+
+bool ReadAheadCore::mayHangWhenClosed() {
+    const Lock lock(mutex_);
+    return folders_.someOpenCanHang();
 }
 
 ReadAheadCore::~ReadAheadCore() {
@@ -173,7 +176,7 @@ bool ReadAheadCore::readLocked(Item* item, Reader& reader, Lock& lock) {
         if (descriptor != -EXDEV) (first ? item->error : item->endError) = -descriptor;
         return true;
     }
-    if (item->givenUp) {
+    if (item->givenUp || options_.onlyOpen) {
         folders_.unpin(item->folder);
         folders_.dropNeed(item->folder);
         return true;
@@ -248,7 +251,7 @@ int ReadAheadCore::openOnce(Item* item, int parent, Reader& reader, Lock& lock) 
     const char* name = folder->name().c_str();
     if (leadsWhereItCanHang(folder, parent)) {
         if (!options_.followLinks) return -EXDEV;
-        folder->canHang = someCanHang_ = true;
+        meetWhatCanHang(folder);
         if (!reader.isHelper || !enterDanger(reader, item)) return kForAnother;
     }
     for (;;) {
@@ -258,6 +261,12 @@ int ReadAheadCore::openOnce(Item* item, int parent, Reader& reader, Lock& lock) 
         if (!isShortage(descriptor) || !folders_.closeOne()) return descriptor;
         if (folder->canHang) folders_.closeClosable(lock);
     }
+}
+
+// The walk reads nothing there: a helper is wanted, also where all of them had retired.
+void ReadAheadCore::meetWhatCanHang(Folder* folder) {
+    folder->canHang = someCanHang_ = true;
+    retiredWait_.notify_all();
 }
 
 // Asked of links, and of the few folders that have the name of a mount point. Already to open one of those

@@ -19,8 +19,9 @@
 // helper is left behind with it, another one takes over, and what the first finds in the end is dropped. Each
 // helper holds this object, so that it stays for as long as one of them needs it.
 //
-// Locking: one mutex around all lists, folders and counts. The kernel is asked outside of it, but for the
-// rare reopening of a folder that cannot hang. The order of items never depends on who reads.
+// Locking: one mutex around all lists, folders and counts. The kernel is asked outside of it, but for quick
+// questions that cannot hang: closing a folder, opening it again, what is mounted there, where a link leads.
+// The order of items never depends on who reads.
 #pragma once
 
 #include <atomic>
@@ -47,14 +48,14 @@ namespace hl {
 class ReadAheadCore : public std::enable_shared_from_this<ReadAheadCore> {
   public:
     ReadAheadCore(std::shared_ptr<DirectoryCalls> calls, std::string source, const ReadOptions& options,
-                  const ReadAheadLimits& limits, WaitCallback* wait, void (*prepareThread)());
+                  const ReadAheadLimits& limits, WaitCallback* wait);
     ~ReadAheadCore();
 
     std::unique_ptr<Listing> next();
     /// For the walk, which then asks no more: ends the helpers but for those that hang.
     void leave();
     /// Whether folders are open that only a thread that may hang can close.
-    bool mayHangWhenClosed() const { return someCanHang_; }
+    bool mayHangWhenClosed();
 
     std::size_t mostOpen() const { return folders_.mostOpen(); }
 
@@ -79,6 +80,7 @@ class ReadAheadCore : public std::enable_shared_from_this<ReadAheadCore> {
     bool readLocked(Item* item, Reader& reader, Lock& lock);
     int openFolder(Item* item, Reader& reader, Lock& lock);
     int openOnce(Item* item, int parent, Reader& reader, Lock& lock);
+    void meetWhatCanHang(Folder* folder);
     bool leadsWhereItCanHang(const Folder* folder, int parent) const;
     int learnFolder(Item* item, int descriptor, Lock& lock);
     void learnMount(Item* item, int parent);
@@ -90,7 +92,7 @@ class ReadAheadCore : public std::enable_shared_from_this<ReadAheadCore> {
 
     // What can hang.
     static bool canHang(const Item* item);
-    static bool enterDanger(Reader& reader, Item* item);
+    bool enterDanger(Reader& reader, Item* item);
     static void leaveDanger(Reader& reader);
     bool isRefused(const Item* item) const;
     void refuse(Item* item);
@@ -120,7 +122,6 @@ class ReadAheadCore : public std::enable_shared_from_this<ReadAheadCore> {
     const ReadOptions options_;
     const ReadAheadLimits limits_;
     WaitCallback* const wait_;
-    void (*const prepareThread_)();
     const std::vector<Mount> mounts_;
     LinkLook links_;
     std::unique_ptr<Reader> walk_;
@@ -129,7 +130,7 @@ class ReadAheadCore : public std::enable_shared_from_this<ReadAheadCore> {
     std::condition_variable workThere_;    ///< For helpers.
     std::condition_variable retiredWait_;  ///< For helpers beyond the number that is wanted now.
     std::condition_variable frontThere_;   ///< For the walk.
-    std::condition_variable helperEnded_;  ///< For leave().
+    std::condition_variable helperEnded_;  ///< For leave(): one has ended, or is where it can hang.
     OpenFolders folders_;
     WayDown wayDown_;
     Folder* root_ = nullptr;  ///< The source; from it every folder can be found again by name.

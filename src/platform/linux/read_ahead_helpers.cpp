@@ -2,10 +2,12 @@
 #include <errno.h>
 
 #include <algorithm>
+#include <cstddef>
+#include <exception>
 #include <new>
-#include <system_error>
 #include <utility>
 
+#include "platform/linux/fault_signals.h"
 #include "platform/linux/read_ahead_core.h"
 
 namespace hl {
@@ -20,6 +22,7 @@ constexpr int kSlow = 2 * kSlowWeight;
 constexpr int kSlownessPerHelper = 4;
 // What is merely slow answers within this time once nobody waits for it any more.
 constexpr auto kGrace = std::chrono::milliseconds(100);
+constexpr std::ptrdiff_t kMostInDanger = HelperSlot::kMost / 2;
 
 }  // namespace
 
@@ -50,12 +53,14 @@ void ReadAheadCore::startHelpers() {
     try {
         while (helpers_.size() < std::min(helpersNow(), mostHelpers_)) {
             const auto number = static_cast<unsigned>(helpers_.size());
-            Reader& reader = *helpers_.emplace_back(std::make_unique<Reader>(*this, true, number));
-            reader.thread = std::thread([self = shared_from_this(), &reader] { self->helperLoop(reader); });
+            helpers_.reserve(number + 1);  // Once its thread runs, nothing may fail.
+            auto reader = std::make_unique<Reader>(*this, true, number);
+            reader->thread =
+                std::thread([self = shared_from_this(), made = reader.get()] { self->helperLoop(*made); });
+            helpers_.push_back(std::move(reader));
         }
-    } catch (const std::system_error&) {
-        helpers_.pop_back();
-        mostHelpers_ = static_cast<unsigned>(helpers_.size());  // The system gives no more threads.
+    } catch (const std::exception&) {
+        mostHelpers_ = static_cast<unsigned>(helpers_.size());  // No more threads, or no memory.
     }
 }
 
@@ -89,14 +94,15 @@ bool ReadAheadCore::enoughForTwo() const {
 
 // A helper that gets no memory ends, and none takes its place; the walk and the others read on.
 void ReadAheadCore::helperLoop(Reader& reader) {
-    if (prepareThread_ != nullptr) prepareThread_();
     Lock lock(mutex_);
     try {
+        LinuxFaultSignals().prepareThread();
         helpUntilStopped(reader, lock);
     } catch (const std::bad_alloc&) {
         if (!lock.owns_lock()) lock.lock();
         if (!std::exchange(reader.isLeft, true)) ++leftBehind_;
         mostHelpers_ = static_cast<unsigned>(helpers_.size());
+        retiredWait_.notify_all();
     }
     reader.ended = true;
     reader.slot.reset();
@@ -118,6 +124,7 @@ void ReadAheadCore::helpUntilStopped(Reader& reader, Lock& lock) {
         Item* item = freeForHelper();
         if (item == nullptr) {
             changesSoon(lock);
+            if (stopped_) continue;
             item = freeForHelper();
         }
         const bool mayTake = item != nullptr && (!canHang(item) || enterDanger(reader, item));
@@ -151,15 +158,18 @@ bool ReadAheadCore::canHang(const Item* item) {
     return item->folder->canHang;
 }
 
-// False if there are as many threads in danger as there may be.
+// False if there are as many threads in danger as there may be. A disk that answers leaves some to others.
 bool ReadAheadCore::enterDanger(Reader& reader, Item* item) {
+    const auto works = [](const auto& helper) { return helper->slot && !helper->isLeft; };
     if (!reader.slot) {
+        if (std::count_if(helpers_.begin(), helpers_.end(), works) >= kMostInDanger) return false;
         auto slot = HelperSlot::take();
         if (!slot) return false;
         reader.slot.emplace(std::move(*slot));
     }
     reader.item = item;
     reader.since = Clock::now();
+    if (stopped_) helperEnded_.notify_all();
     return true;
 }
 
@@ -190,6 +200,8 @@ void ReadAheadCore::giveUp(Reader& reader) {
     auto* instead = new Item;
     instead->state = Item::State::kDone;
     instead->more = item->more;
+    instead->folderKind = item->folderKind;
+    instead->mountSource = item->mountSource;
     (item->kind == Item::Kind::kFolder ? instead->error : instead->endError) = ETIMEDOUT;
     instead->orderNext = item->orderNext;
     Item** place = &orderFirst_;

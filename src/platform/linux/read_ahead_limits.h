@@ -11,7 +11,7 @@ struct ReadAheadLimits {
     unsigned helpersCold = 8;  ///< The most while reads wait. With 0 in both the walk reads alone.
     std::size_t bytesAhead = std::size_t{1} << 20;
     std::size_t openFolders = 64;  ///< Budget of descriptors.
-    /// What a disk that can hang has for an answer, and for saying where a link leads.
+    /// How long a disk that can hang may take for one answer, and for the question where a link leads.
     std::chrono::milliseconds answer{30'000}, link{10'000};
 };
 

@@ -7,8 +7,8 @@
 
 namespace hl {
 
-std::uint64_t SilentDisks::of(const std::string& path) {
-    const Mount* mount = mountThatCanHang(mounts(), path);
+std::uint64_t SilentDisks::of(const std::string& path, LastName last) {
+    const Mount* mount = mountThatCanHang(mounts(), path, last == LastName::kFollowed);
     return mount != nullptr ? mount->id : 0;
 }
 
@@ -20,7 +20,7 @@ const std::vector<Mount>& SilentDisks::mounts() {
         return mounts_;
     }
     pollfd change{table_.number(), POLLPRI, 0};
-    if (::poll(&change, 1, 0) != 0) mounts_ = readMountTable();
+    if (mounts_.empty() || ::poll(&change, 1, 0) != 0) mounts_ = readMountTable();
     return mounts_;
 }
 

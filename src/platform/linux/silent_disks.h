@@ -10,17 +10,19 @@
 #include "platform/linux/descriptor.h"
 #include "platform/linux/helper.h"
 #include "platform/linux/mount_table.h"
+#include "platform/patience.h"
 
 namespace hl {
 
 class SilentDisks {
   public:
-    /// Number of the mount that a call with this path may hang on; 0 if there is none. The table of mounts is
+    /// Number of the mount that a call with this path may hang on; 0 if there is none. Links on the way are
+    /// followed. The table of mounts is
     /// read again when the system says that it has changed, so that to ask costs one call, and some more
     /// where there is a mount that can hang. What is mounted after the answer may still come between.
-    std::uint64_t of(const std::string& path);
-    /// Whether a helper that was left behind still hangs there. It would be joined by whoever asks next, so
-    /// nobody does.
+    std::uint64_t of(const std::string& path, LastName last = LastName::kFollowed);
+    /// Whether a helper that was left behind still hangs there. Whoever asked next would hang beside it, so
+    /// nobody asks.
     bool isSilent(std::uint64_t disk);
     void leaveBehind(std::uint64_t disk, std::shared_ptr<Helper> helper);
 

@@ -165,14 +165,15 @@ std::vector<std::string> truePath(const OpenedPlace& opened, const FilePlace& pl
     return names;
 }
 
-/// Whether something is mounted at the path or below it. It would move along, and go with what is in the
-/// trash.
+/// Whether something is mounted at the path or below it: it would move along, and go with what is in the
+/// trash. Where there is no table of mounts nobody knows, and the answer is yes.
 bool holdsMount(const std::vector<std::string>& names) {
     const auto isInside = [&](const Mount& mount) {
         const std::vector<std::string> point = namesOf(mount.mountPoint);
         return std::mismatch(names.begin(), names.end(), point.begin(), point.end()).first == names.end();
     };
-    return std::ranges::any_of(readMountTable(), isInside);
+    const std::vector<Mount> mounts = readMountTable();
+    return mounts.empty() || std::ranges::any_of(mounts, isInside);
 }
 
 void appendEncoded(std::string& out, std::string_view bytes) {
@@ -296,18 +297,29 @@ int openParts(Descriptor folder, Trash& trash) {
     return stepMaking(trash.files, "files");
 }
 
-RecycleError moveInto(const Trash& trash, const OpenedPlace& from, const std::string& text,
-                      std::string* now) {
+/// What is moved, and whom it is told.
+struct Order {
+    const OpenedPlace& from;
+    const Entry& entry;
+    std::string* now;
+    Whereabouts* whereabouts;
+    std::string path;
+};
+
+RecycleError moveInto(const Trash& trash, const Order& order, const std::string& text) {
+    const OpenedPlace& from = order.from;
     for (unsigned attempt = 1; attempt <= kMostNames; ++attempt) {
         const std::string name = nameInTrash(from.name, attempt);
         const std::string info = name + std::string(kInfoEnding);
+        if (order.whereabouts != nullptr) order.whereabouts->at([&] { return order.path; });
         int error = writeInfo(trash.info, info, text);
         if (error == EEXIST) continue;
         if (error != 0) return trashFault(error);
-        error = renameAnew(from.folder, from.name, trash.files, name);
+        error = order.whereabouts != nullptr && order.whereabouts->isLeft() ? ECANCELED : 0;
+        if (error == 0) error = renameAnew(from.folder, from.name, trash.files, name);
         if (error == 0) {
-            const std::string files = now != nullptr ? pathOfFolder(trash.files) : "";
-            if (!files.empty()) *now = std::string(files).append("/").append(name);
+            const std::string files = order.now != nullptr ? pathOfFolder(trash.files) : "";
+            if (!files.empty()) *order.now = std::string(files).append("/").append(name);
             return RecycleError::kNone;
         }
         unlinkat(trash.info.number(), info.c_str(), 0);
@@ -316,20 +328,18 @@ RecycleError moveInto(const Trash& trash, const OpenedPlace& from, const std::st
     return RecycleError::kUnknown;
 }
 
-/// `folder`: the open trash; `entry`: what lies at `from`.
-RecycleError moveInto(Descriptor folder, const OpenedPlace& from, const Entry& entry,
-                      const std::string& encodedPath, std::string* now) {
+/// `folder`: the open trash.
+RecycleError moveInto(Descriptor folder, const Order& order, const std::string& encodedPath) {
     Trash trash;
     if (const int error = openParts(std::move(folder), trash); error != 0) return trashFault(error);
     Entry info;
     // The kernel refuses to move the other folder of the trash and what is above into itself, but not this.
-    if (look(trash.info.number(), "", info) != 0 || info.is(entry)) return RecycleError::kUnknown;
-    return moveInto(trash, from, infoText(encodedPath), now);
+    if (look(trash.info.number(), "", info) != 0 || info.is(order.entry)) return RecycleError::kUnknown;
+    return moveInto(trash, order, infoText(encodedPath));
 }
 
-RecycleError moveToMountTrash(const OpenedPlace& from, const Entry& entry, unsigned user,
-                              const std::vector<std::string>& names, std::string* now) {
-    Descriptor top = openAt(from.folder.number(), ".", kFolderFlags);
+RecycleError moveToMountTrash(const Order& order, unsigned user, const std::vector<std::string>& names) {
+    Descriptor top = openAt(order.from.folder.number(), ".", kFolderFlags);
     if (!top.isOpen()) return entryFault(errno);
     std::size_t levels = 0;
     if (const int error = climbToTop(top, levels); error != 0) return entryFault(error);
@@ -337,7 +347,7 @@ RecycleError moveToMountTrash(const OpenedPlace& from, const Entry& entry, unsig
     if (path.empty()) return RecycleError::kUnknown;  // The text of the place leads there by links only.
     Descriptor trash;
     if (const int error = openMountTrash(top, user, trash); error != 0) return trashFault(error);
-    return moveInto(std::move(trash), from, entry, path, now);
+    return moveInto(std::move(trash), order, path);
 }
 
 /// The home folder that the system knows for a user; empty if it knows none.
@@ -369,7 +379,8 @@ TrashSettings trashSettingsFromEnvironment() {
     return {data.empty() ? "" : data + "/Trash", user};
 }
 
-RecycleError moveToTrash(const FilePlace& place, const TrashSettings& settings, std::string* now) {
+RecycleError moveToTrash(const FilePlace& place, const TrashSettings& settings, std::string* now,
+                         Whereabouts* whereabouts) {
     const OpenedPlace from = openPlace(place);
     if (from.error != 0) return entryFault(from.error);
     Entry folder;
@@ -379,15 +390,16 @@ RecycleError moveToTrash(const FilePlace& place, const TrashSettings& settings, 
     if (entry.mount != folder.mount) return RecycleError::kRoot;
     const std::vector<std::string> names = truePath(from, place);
     if (S_ISDIR(entry.mode) && holdsMount(names)) return RecycleError::kRoot;
+    const Order order{from, entry, now, whereabouts, pathOf(place)};
     Descriptor home;
     if (openHomeTrash(settings.homeTrash, folder.mount, home) == 0) {
         const std::string path = encodedEnd(names, names.size());
         if (path.empty()) return RecycleError::kUnknown;
-        const RecycleError result = moveInto(std::move(home), from, entry, "/" + path, now);
+        const RecycleError result = moveInto(std::move(home), order, "/" + path);
         // One file system may be several to a rename: mounted twice, or laid over another one.
         if (result != RecycleError::kNoTrash) return result;
     }
-    return moveToMountTrash(from, entry, settings.user, names, now);
+    return moveToMountTrash(order, settings.user, names);
 }
 
 }  // namespace hl

@@ -7,6 +7,7 @@
 #include <string>
 
 #include "platform/file_operations.h"
+#include "platform/linux/helper.h"
 
 namespace hl {
 
@@ -24,7 +25,9 @@ TrashSettings trashSettingsFromEnvironment();
 /// trash at the top of the mount, which is made if need be. The entry itself is never followed. After an
 /// error it lies where it was, and the trash holds nothing new; folders made for a trash stay. A folder with
 /// something mounted on it, or below it, is kRoot: whoever empties the trash would delete what is mounted.
-/// `now` may be null; see FileOperations::recycle.
-RecycleError moveToTrash(const FilePlace& place, const TrashSettings& settings, std::string* now = nullptr);
+/// `now` may be null; see FileOperations::recycle. `whereabouts` (may be null) is told before anything is
+/// changed: one that was left behind changes nothing more.
+RecycleError moveToTrash(const FilePlace& place, const TrashSettings& settings, std::string* now = nullptr,
+                         Whereabouts* whereabouts = nullptr);
 
 }  // namespace hl

@@ -145,6 +145,7 @@ void TreeRemoval::enter(int parent, const std::string& name) {
         folders_.opened(levels_.back().folder, folder);
         return;
     }
+    whereabouts_.at([&] { return pathOf(name); });
     int error = -folder;
     if (error == ENOTDIR || error == ELOOP) error = unlinkError(parent, name.c_str(), 0);
     if (error == EACCES && removeEmpty(parent, name) == 0) error = 0;

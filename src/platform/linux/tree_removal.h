@@ -21,7 +21,7 @@
 #include <vector>
 
 #include "platform/file_operations.h"
-#include "platform/linux/beside.h"
+#include "platform/linux/helper.h"
 #include "platform/linux/open_folders.h"
 #include "platform/linux/opened_place.h"
 

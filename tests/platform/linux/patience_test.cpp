@@ -50,9 +50,9 @@ class PatienceTest : public testing::Test {
     test::TempDir dir;
     std::optional<test::FuseMount> mount;
     SilentDisks disks;
-    LinuxPatience patience{disks, nullptr, 300ms};
+    LinuxPatience patience{disks, 300ms};
     Wait wait;
-    PatientFileSystem disk{std::make_shared<LinuxFileSystem>(limitsOfThisMachine(false), nullptr), patience};
+    PatientFileSystem disk{std::make_shared<LinuxFileSystem>(limitsOfThisMachine(false)), patience};
     LinuxFileOperations operations{std::make_shared<DirectoryCalls>(), {}, &disks};
     LinuxPreviewTools tools{"", "", dir.path(), "", &disks};
 };
@@ -93,17 +93,24 @@ TEST_F(PatienceTest, NoMoreThanSixteenHelpersHang) {
 TEST_F(PatienceTest, WhatChangesFilesIsLeftBehindAtStopAndChangesNothingMoreWhenTheDiskComesBack) {
     if (!mount->missing().empty()) GTEST_SKIP() << mount->missing();
     Watch watch;
+    std::string now;
     const FilePlace folder{dir.path() + "/mount/folder"}, file{dir.path() + "/mount/file"};
+    mount->stopAnswering();
+    EXPECT_EQ(operations.recycle(file, watch, now), RecycleError::kNoAnswer);
+    mount->answerAgain();
+    EXPECT_TRUE(comes([] { return HelperSlot::taken() == 0; }));
+    EXPECT_TRUE(std::filesystem::exists(dir.path() + "/shown/file"));
     mount->stopAnswering();
     EXPECT_TRUE(operations.removeTree(folder, watch).unknown);
     EXPECT_GT(watch.silent, 0);
-    std::string now;
     const int silent = watch.silent;
     EXPECT_EQ(operations.removeFile(file, watch), ETIMEDOUT);
     EXPECT_EQ(operations.recycle(file, watch, now), RecycleError::kNoAnswer);
     EXPECT_EQ(operations.move(file, folder, watch), ETIMEDOUT);
     EXPECT_EQ(operations.protectionOf(folder, watch), Protection::kNoAnswer);
+    EXPECT_EQ(operations.wouldReplace(file, folder, watch), std::nullopt);
     EXPECT_EQ(watch.silent, silent) << "refused at once";
+    EXPECT_EQ(operations.removeFile({dir.path() + "/link"}, watch), 0) << "which lies on another disk";
     mount->answerAgain();
     EXPECT_TRUE(comes([] { return HelperSlot::taken() == 0; }));
     for (const char* name : {"shown/folder/a", "shown/folder/b", "shown/file"})

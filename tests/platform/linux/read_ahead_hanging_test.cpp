@@ -47,7 +47,7 @@ class ReadAheadHanging : public testing::Test {
 
     ReadAhead reader(const std::string& source, unsigned helpers, WaitCallback* wait = nullptr,
                      const ReadOptions& options = {}) const {
-        return {std::make_shared<DirectoryCalls>(), source, options, hasty(helpers), wait, nullptr};
+        return {std::make_shared<DirectoryCalls>(), source, options, hasty(helpers), wait};
     }
     Seen seen(const std::string& source, unsigned helpers, const ReadOptions& options = {},
               WaitCallback* wait = nullptr) const {
@@ -72,14 +72,51 @@ TEST_F(ReadAheadHanging, AFolderThatDoesNotAnswerIsAnErrorAndTheRestIsRead) {
 }
 
 TEST_F(ReadAheadHanging, ASlowDiskIsNotGivenUpWhileItAnswers) {
-    for (int i = 0; i < 60; ++i) test::makeFile(shown_ + "/a/" + std::to_string(i), 1);
+    std::filesystem::create_directory(shown_ + "/links");
+    for (int i = 0; i < 60; ++i) {
+        test::makeFile(shown_ + "/a/" + std::to_string(i), 1);
+        std::filesystem::create_directory_symlink("../a", shown_ + "/links/" + std::to_string(i));
+    }
     const auto slow = std::make_shared<test::RecordingCalls>();
     slow->onLook = [](const std::string&) {
         std::this_thread::sleep_for(kAnswer / 30);
         return 0;
     };
-    ReadAhead ahead(slow, on_, {}, hasty(1), nullptr, nullptr);
+    ReadAhead ahead(slow, on_, {}, hasty(1), nullptr);
     EXPECT_EQ(test::walk(ahead, {}).errors, std::vector<int>());
+}
+
+// A machine with one processor has helpers for slow folders alone, and none of them at work behind those.
+TEST_F(ReadAheadHanging, HelpersThatHadRetiredReadWhatCanHang) {
+    class SlowAtFirst final : public test::RecordingCalls {
+        std::uint64_t timesWaited() override { return waited; }
+
+      public:
+        std::atomic<std::uint64_t> waited = 0;
+    };
+    const auto calls = std::make_shared<SlowAtFirst>();
+    calls->onLook = [&](const std::string& name) {
+        if (!name.starts_with("slow")) return 0;
+        ++calls->waited;
+        std::this_thread::sleep_for(5ms);
+        return 0;
+    };
+    std::string at = dir_.path() + "/chain";
+    for (int i = 0; i < 60; ++i) {
+        test::makeTree(at, {i < 6 ? "slow" : "file"});
+        for (int beside = 0; beside < 10 && i > 10; ++beside)
+            std::filesystem::create_directory(at + "/" + std::to_string(beside));
+        at += "/deeper";
+    }
+    std::filesystem::create_directory(at);
+    std::filesystem::create_directory_symlink(on_, at + "/link");
+    ReadAheadLimits limits = hasty(0);
+    limits.helpersCold = 2;
+    Waiting wait([](int nth) { return nth < 100; });
+    ReadAhead ahead(calls, dir_.path() + "/chain", {.followLinks = true}, limits, &wait);
+    while (ahead.next() != nullptr) {
+    }
+    EXPECT_LT(wait.looks, 100);
 }
 
 TEST_F(ReadAheadHanging, AStopEndsTheWaitAndLeavesTheHelperBehindButNeverMoreThanSixteen) {

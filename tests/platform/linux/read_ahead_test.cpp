@@ -110,7 +110,7 @@ TEST(ReadAhead, ComesBackToFoldersThatHadToBeClosedByNoPathThatGrows) {
     for (const unsigned helpers : {0U, 3U}) {
         RecordingCalls calls;
         {
-            ReadAhead reader(shared(calls), dir.path(), {}, limits(helpers, 8), nullptr, nullptr);
+            ReadAhead reader(shared(calls), dir.path(), {}, limits(helpers, 8), nullptr);
             const Seen seen = walk(reader, {}, false);
             EXPECT_EQ(seen.folders, 3U * kDepth);
             EXPECT_TRUE(seen.errors.empty());
@@ -207,7 +207,7 @@ TEST(ReadAhead, LeavesNothingBehindWhenItIsStopped) {
     for (int stopAt = 1; stopAt < 120; stopAt += 17) {
         RecordingCalls calls;
         {
-            ReadAhead reader(shared(calls), dir.path(), {}, limits(4), nullptr, nullptr);
+            ReadAhead reader(shared(calls), dir.path(), {}, limits(4), nullptr);
             std::vector<std::unique_ptr<Listing>> kept;
             for (int i = 0; i < stopAt; ++i) kept.push_back(reader.next());
         }
@@ -234,7 +234,7 @@ TEST(ReadAhead, StopsWaitingWhenItIsToldTo) {
         return 0;
     };
     GiveUp giveUp;
-    ReadAhead reader(shared(calls), dir.path(), {}, limits(2), &giveUp, nullptr);
+    ReadAhead reader(shared(calls), dir.path(), {}, limits(2), &giveUp);
     int blocks = 0;
     while (reader.next() != nullptr && blocks < 31) ++blocks;
     EXPECT_LT(blocks, 31);
