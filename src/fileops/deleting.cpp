@@ -92,6 +92,8 @@ std::string protectedReason(const FileOps& ops, FileRun& run, const std::string&
         case Protection::kNoAnswer:
             return texts.TL(9655, "Der Datenträger von '%1' antwortet nicht; es wurde nichts verändert.",
                             {path});
+        case Protection::kOtherFolder:
+            return otherFolderText(ops, path);
         default:
             return {};
     }
@@ -105,8 +107,9 @@ bool xDeleteFile_W(const FileOps& ops, FileRun& run, const std::string& path, st
     constexpr int kNotFound = 2;  // Gone already counts as deleted.
     const int error = ops.operations.removeFile(placeOf(ops.scan, path), run);
     if (error == 0 || error == kNotFound) return true;
-    errorText = error == kNoAnswerError ? unanswered(ops, run, path)
-                                        : ops.scan.facts.errorText(error) + " (" + path + ")";
+    if (error == kNoAnswerError) return errorText = unanswered(ops, run, path), false;
+    errorText = error == kOtherFolderError ? otherFolderText(ops, path)
+                                           : ops.scan.facts.errorText(error) + " (" + path + ")";
     return false;
 }
 

@@ -67,6 +67,13 @@ std::string noAnswerText(const FileOps& ops, const std::string& path) {
                              {path});
 }
 
+std::string otherFolderText(const FileOps& ops, const std::string& path) {
+    return ops.scan.texts.TL(9617,
+                             "Wo '%1' liegt, ist jetzt ein anderer Ordner als der eingelesene; es wurde "
+                             "nichts verändert. Lesen Sie die Quelle neu ein.",
+                             {path});
+}
+
 FilePlace placeOf(const ScanContext& scan, const std::string& path) {
     std::string_view base;
     const Grid& report = scan.tvwPL;
@@ -76,9 +83,14 @@ FilePlace placeOf(const ScanContext& scan, const std::string& path) {
                                              path[source.size()] == '/');
         if (holds && source.size() > base.size()) base = source;
     }
-    if (base.empty() || path == base) return {path};
-    return {std::string(base), path.substr(base == "/" ? 1 : base.size() + 1),
-            scan.options.ScanHardlinks == 1};
+    if (base.empty()) base = path;
+    const auto found = scan.state.sourceIds.find(base);
+    FilePlace place{.base = std::string(base)};
+    if (found != scan.state.sourceIds.end()) place.id = found->second;
+    if (path == base) return place;
+    place.below = path.substr(base == "/" ? 1 : base.size() + 1);
+    place.followLinks = scan.options.ScanHardlinks == 1;
+    return place;
 }
 
 }  // namespace hl

@@ -61,6 +61,9 @@ class FileRun final : public OperationWatch {
 /// Of a path that was worked at when its disk did not answer any more.
 std::string noAnswerText(const FileOps& ops, const std::string& path);
 
+/// Of a path whose source is another folder than the one that was read.
+std::string otherFolderText(const FileOps& ops, const std::string& path);
+
 /// Where a path lies: below the source of the report that holds it, where nothing on the way is a link that
 /// the scan has not followed. A path of no source is trusted up to its last name.
 FilePlace placeOf(const ScanContext& scan, const std::string& path);

@@ -102,6 +102,7 @@ std::string xMoveFile_W(const FileOps& ops, FileRun& run, const std::string& fro
     const int error = ops.operations.move(placeOf(ops.scan, from), placeOf(ops.scan, to), run);
     if (error == 0) return {};
     if (error == kNoAnswerError) return noAnswerText(ops, from);
+    if (error == kOtherFolderError) return otherFolderText(ops, from);
     const std::string text = ops.scan.facts.errorText(error);
     return text.empty() ? std::to_string(error) : text;
 }

@@ -12,7 +12,12 @@
 #include <string>
 #include <vector>
 
+#include "platform/folder_id.h"
+
 namespace hl {
+
+/// System error code of a place whose base is another folder by now (ESTALE).
+inline constexpr int kOtherFolderError = 116;
 
 /// Where a file or a folder lies.
 struct FilePlace {
@@ -22,6 +27,8 @@ struct FilePlace {
     std::string below = {};
     /// Whether links to folders are followed in `below`, too, but for the last name.
     bool followLinks = false;
+    /// Of the folder that `base` was when the user saw it. Another one there now is ESTALE (116).
+    FolderId id = {};
 };
 
 /// What the caller does meanwhile.
@@ -68,7 +75,7 @@ enum class RecycleError : int {
 
 /// Folders that are not removed whole, nor moved to the trash; a folder that holds one counts as it.
 /// kNoAnswer: their disk does not tell what it is.
-enum class Protection : std::uint8_t { kNone, kRoot, kHome, kProgram, kNoAnswer };
+enum class Protection : std::uint8_t { kNone, kRoot, kHome, kProgram, kNoAnswer, kOtherFolder };
 
 class FileOperations {
   public:

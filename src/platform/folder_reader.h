@@ -14,6 +14,8 @@
 #include <string_view>
 #include <vector>
 
+#include "platform/folder_id.h"
+
 namespace hl {
 
 /// Tags of reparse entries.
@@ -67,6 +69,8 @@ class Listing {
     /// Another block of the same folder follows once this one is done with.
     bool more = false;
     FolderKind kind = FolderKind::kPlain;
+    /// Of the source, in its first block.
+    FolderId source;
     /// Of a mount root: what is mounted there.
     std::string mountSource;
     /// Mount points of disks that did not answer where a link leads, each of them told once in a scan. The

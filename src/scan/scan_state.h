@@ -3,9 +3,12 @@
 
 #include <cstdint>
 #include <deque>
+#include <functional>
+#include <map>
 #include <string>
 
 #include "base/size_value.h"
+#include "platform/folder_id.h"
 #include "scan/collection/collection.h"
 
 namespace hl {
@@ -43,6 +46,9 @@ struct ScanState {
     /// Raised whenever the file list is filled or emptied: a filling that has let messages run ends when
     /// another one came.
     std::uint64_t FileListRun = 0;
+
+    /// Which folders the sources were when they were read, by the texts of their rows.
+    std::map<std::string, FolderId, std::less<>> sourceIds;
 
     // Set anew for each source.
     std::string TopSource;         ///< The source whose largest files are listed.

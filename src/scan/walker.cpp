@@ -156,7 +156,11 @@ std::unique_ptr<Listing> FolderWalk::nextListing() {
 
 void FolderWalk::enterSource(Row row) {
     scan_.host.folderEntered(path_);
-    enter(row, nextListing(), false, {});
+    std::unique_ptr<Listing> first = nextListing();
+    const Grid& report = scan_.tvwPL;
+    if (first != nullptr && report.parent(row) == kNoRow)
+        scan_.state.sourceIds.insert_or_assign(std::string(report.text(row)), first->source);
+    enter(row, std::move(first), false, {});
 }
 
 void FolderWalk::enter(Row row, std::unique_ptr<Listing> block, bool isReparse, std::string target) {

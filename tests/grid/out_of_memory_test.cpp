@@ -11,28 +11,29 @@ namespace {
 thread_local long allocationsLeft = -1;  // Of this thread; -1: not counted.
 }
 
-// All forms, since a sanitizer has its own of each.
-void* operator new(std::size_t bytes, const std::nothrow_t& /*nothrow*/) noexcept {
+// All forms, since a sanitizer has its own of each. Inlined, the compiler would see malloc behind one of them
+// and the other not.
+[[gnu::noinline]] void* operator new(std::size_t bytes, const std::nothrow_t& /*nothrow*/) noexcept {
     if (allocationsLeft > 0) --allocationsLeft;
     return allocationsLeft == 0 ? nullptr : std::malloc(bytes);
 }
-void* operator new(std::size_t bytes) {
+[[gnu::noinline]] void* operator new(std::size_t bytes) {
     void* memory = operator new(bytes, std::nothrow);
     return memory != nullptr ? memory : throw std::bad_alloc();
 }
-void* operator new[](std::size_t bytes) {
+[[gnu::noinline]] void* operator new[](std::size_t bytes) {
     return operator new(bytes);
 }
-void operator delete(void* memory) noexcept {
+[[gnu::noinline]] void operator delete(void* memory) noexcept {
     std::free(memory);
 }
-void operator delete(void* memory, std::size_t /*bytes*/) noexcept {
+[[gnu::noinline]] void operator delete(void* memory, std::size_t /*bytes*/) noexcept {
     std::free(memory);
 }
-void operator delete[](void* memory, std::size_t /*bytes*/) noexcept {
+[[gnu::noinline]] void operator delete[](void* memory, std::size_t /*bytes*/) noexcept {
     std::free(memory);
 }
-void operator delete[](void* memory) noexcept {
+[[gnu::noinline]] void operator delete[](void* memory) noexcept {
     std::free(memory);
 }
 

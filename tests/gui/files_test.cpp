@@ -224,6 +224,36 @@ TEST_F(FilesTest, AFolderThatHoldsTheHomeStaysAndTheUserIsToldWhy) {
     EXPECT_TRUE(fs::exists(s().userHome()));
 }
 
+TEST_F(FilesTest, NothingIsChangedWhereTheSourceIsAnotherFolderThanTheOneThatWasRead) {
+    GridView& list = startWithList();
+    fs::rename(at("src"), at("gone"));
+    fs::copy(at("gone"), at("precious"), fs::copy_options::recursive);
+    fs::create_directory_symlink(at("precious"), at("src"));
+    const auto expectTold = [&](const std::string& what, const std::function<void()>& act) {
+        std::string text;
+        answer("OK", &text);
+        act();
+        EXPECT_NE(text.find("ist jetzt ein anderer Ordner"), text.npos) << what << text;
+    };
+    for (const int command : {101, 102}) {
+        s().clickRow("sub");
+        expectTold("report", [&] { s().form().execute(BarId::kMain, command); });
+    }
+    s().clickRow("src");
+    for (const int command : {320, 321}) {
+        ListSession::clickOn(list, 0);
+        answer("Ja");
+        expectTold("list", [&] { session_->press(kFileList, command); });
+    }
+    expectTold("name", [&] { rename(list, "new.txt"); });
+    for (const char* path : {"a.txt", "sub/d.txt", "sub/deep/e.txt"})
+        EXPECT_TRUE(there(std::string("precious/") + path) && there(std::string("gone/") + path)) << path;
+    s().scan(at("src"));
+    s().clickRow("sub");
+    s().form().execute(BarId::kMain, 101);
+    EXPECT_FALSE(there("precious/sub")) << "read again it is what the user sees";
+}
+
 TEST_F(FilesTest, F2RenamesInTheCell) {
     GridView& list = startWithList();
     ListSession::clickOn(list, 0);

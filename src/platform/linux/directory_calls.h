@@ -8,16 +8,11 @@
 #include <cstdint>
 #include <string>
 
+#include "platform/folder_id.h"
+
 struct statx;
 
 namespace hl {
-
-/// What tells a folder from every other one.
-struct FolderId {
-    std::uint64_t device = 0;
-    std::uint64_t inode = 0;
-    bool operator==(const FolderId&) const = default;
-};
 
 class DirectoryCalls {
   public:

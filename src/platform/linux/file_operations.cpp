@@ -112,6 +112,7 @@ Protection LinuxFileOperations::protectionOf(const FilePlace& place, OperationWa
 Protection LinuxFileOperations::lookAt(const Tools& tools, const FilePlace& place) {
     const OpenedPlace at = openPlace(place);
     if (at.error == EBUSY) return Protection::kRoot;
+    if (at.error == ESTALE) return Protection::kOtherFolder;
     if (at.error != 0) return Protection::kNone;
     const Descriptor folder = openAt(at.folder.number(), at.name, kLookFlags | O_NOFOLLOW);
     DirectoryCalls& calls = *tools.calls;

@@ -45,7 +45,7 @@ std::string_view nextField(std::string_view& line) {
 bool parseLine(std::string_view line, Mount& mount) {
     const auto id = parseInteger(nextField(line));
     const auto parent = parseInteger(nextField(line));
-    nextField(line);  // Device numbers.
+    mount.device = nextField(line);
     mount.root = unescaped(nextField(line));
     mount.mountPoint = unescaped(nextField(line));
     nextField(line);  // Options of the mount.

@@ -12,6 +12,7 @@ namespace hl {
 struct Mount {
     std::uint64_t id = 0;      ///< As statx answers it (STATX_MNT_ID).
     std::uint64_t parent = 0;  ///< The mount that holds the mount point.
+    std::string device;        ///< Of the file system, by number: "8:1".
     std::string root;          ///< Folder of the file system that is mounted; "/" but for bind mounts.
     std::string mountPoint;
     std::string kind;      ///< "ext4", "tmpfs", ...

@@ -2,6 +2,7 @@
 
 #include <errno.h>
 #include <fcntl.h>
+#include <sys/stat.h>
 
 #include <algorithm>
 #include <string_view>
@@ -32,6 +33,13 @@ int stepDown(Descriptor& folder, std::string_view names, bool followLinks) {
     return 0;
 }
 
+/// Whether the open entry is a folder and not the one that was meant.
+bool isAnother(const Descriptor& folder, const FolderId& meant) {
+    struct stat facts {};
+    return meant.isKnown() && folder.isOpen() && ::fstat(folder.number(), &facts) == 0 &&
+           FolderId{facts.st_dev, facts.st_ino} != meant;
+}
+
 }  // namespace
 
 OpenedPlace openPlace(const FilePlace& place) {
@@ -47,7 +55,12 @@ OpenedPlace openPlace(const FilePlace& place) {
     opened.folder = openAt(AT_FDCWD, base.starts_with('/') ? "/" : ".", kStepFlags);
     if (!opened.folder.isOpen()) opened.error = errno;
     if (opened.error == 0) opened.error = stepDown(opened.folder, below.empty() ? above : base, true);
-    if (opened.error == 0 && !below.empty()) opened.error = stepDown(opened.folder, above, place.followLinks);
+    if (opened.error != 0) return opened;
+    const bool isBase = below.empty();
+    const Descriptor entry =
+        isBase ? openAt(opened.folder.number(), opened.name, kStepFlags | O_NOFOLLOW) : Descriptor();
+    if (isAnother(isBase ? entry : opened.folder, place.id)) opened.error = ESTALE;
+    if (opened.error == 0 && !isBase) opened.error = stepDown(opened.folder, above, place.followLinks);
     return opened;
 }
 

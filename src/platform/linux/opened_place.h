@@ -19,7 +19,7 @@ struct OpenedPlace {
 };
 
 /// Goes name by name, so that neither depth nor length has a limit. Below the base a link on the way is
-/// ENOTDIR unless links are followed.
+/// ENOTDIR unless links are followed. ESTALE if the base is a folder, and not the one that it is to be.
 OpenedPlace openPlace(const FilePlace& place);
 
 /// As messages show it.

@@ -40,6 +40,7 @@ class ReadAheadCore::BlockListing final : public Listing {
         failure = item.failure;
         kind = item.folderKind;
         mountSource = std::move(item.mountSource);
+        source = item.source;
         if (block_ == nullptr) return;
         entryError = block_->entryError;
         entries = block_->entries.data();
@@ -211,6 +212,7 @@ int ReadAheadCore::openFolder(Item* item, Reader& reader, Lock& lock) {
     if (parent == nullptr) {
         lock.unlock();
         descriptor = calls_.openSource(source_);
+        if (descriptor >= 0) calls_.identity(descriptor, item->source);
         if (options_.followLinks) wayDown_.begin(calls_, source_, options_.levelsAbove);
         lock.lock();
     } else {

@@ -171,6 +171,7 @@ struct ReadAheadCore::Item {
     std::shared_ptr<const Block> children;
     std::shared_ptr<const Block> block;
     std::string mountSource;
+    FolderId source;  ///< Of the first item alone.
     std::exception_ptr failure;
     Item* orderNext = nullptr;
     Item* workPrevious = nullptr;

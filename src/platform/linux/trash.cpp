@@ -165,15 +165,34 @@ std::vector<std::string> truePath(const OpenedPlace& opened, const FilePlace& pl
     return names;
 }
 
-/// Whether something is mounted at the path or below it: it would move along, and go with what is in the
-/// trash. Where there is no table of mounts nobody knows, and the answer is yes.
-bool holdsMount(const std::vector<std::string>& names) {
-    const auto isInside = [&](const Mount& mount) {
-        const std::vector<std::string> point = namesOf(mount.mountPoint);
-        return std::mismatch(names.begin(), names.end(), point.begin(), point.end()).first == names.end();
-    };
+using Names = std::vector<std::string>;
+
+bool isInside(const Names& inner, const Names& folder) {
+    return std::mismatch(folder.begin(), folder.end(), inner.begin(), inner.end()).first == folder.end();
+}
+
+/// A path as its file system has it, which may be mounted at several places, or a part of it.
+Names placeIn(const Mount& mount, const Names& path) {
+    Names names = namesOf(mount.root);
+    const auto above = static_cast<std::ptrdiff_t>(namesOf(mount.mountPoint).size());
+    names.insert(names.end(), path.begin() + std::min(above, std::ssize(path)), path.end());
+    return names;
+}
+
+/// Whether something is mounted at the path on the mount `id` or below it, also by way of another mount of
+/// the same file system: it would move along, and go with what is in the trash. Where there is no table of
+/// mounts nobody knows, and the answer is yes.
+bool holdsMount(const Names& path, std::uint64_t id) {
     const std::vector<Mount> mounts = readMountTable();
-    return mounts.empty() || std::ranges::any_of(mounts, isInside);
+    const auto own = std::ranges::find(mounts, id, &Mount::id);
+    return mounts.empty() || std::ranges::any_of(mounts, [&](const Mount& mount) {
+               const Names point = namesOf(mount.mountPoint);
+               if (isInside(point, path)) return true;
+               const auto holder = std::ranges::find(mounts, mount.parent, &Mount::id);
+               if (own == mounts.end() || holder == mounts.end() || holder->device != own->device)
+                   return false;
+               return isInside(placeIn(*holder, point), placeIn(*own, path));
+           });
 }
 
 void appendEncoded(std::string& out, std::string_view bytes) {
@@ -389,7 +408,7 @@ RecycleError moveToTrash(const FilePlace& place, const TrashSettings& settings, 
     if (const int error = look(from.folder.number(), from.name, entry); error != 0) return entryFault(error);
     if (entry.mount != folder.mount) return RecycleError::kRoot;
     const std::vector<std::string> names = truePath(from, place);
-    if (S_ISDIR(entry.mode) && holdsMount(names)) return RecycleError::kRoot;
+    if (S_ISDIR(entry.mode) && holdsMount(names, folder.mount)) return RecycleError::kRoot;
     const Order order{from, entry, now, whereabouts, pathOf(place)};
     Descriptor home;
     if (openHomeTrash(settings.homeTrash, folder.mount, home) == 0) {

@@ -140,9 +140,11 @@ TEST_F(Trashing, AMountPointStaysAndWhatIsBoundThereHasATrashOfItsOwn) {
     const Mounted file(root + "/file", root + "/target", nullptr, MS_BIND);
     if (!bound.done()) GTEST_SKIP() << "may not mount";
     const Mounted deep("tmpfs", root + "/above/it/deep", "tmpfs");
+    const Mounted twice(root + "/above", root + "/twice", nullptr, MS_BIND);  // Without what lies deep.
     fs::create_directories(root + "/above/it/deeper");
     fs::create_directory_symlink("above", root + "/link");
-    for (const char* name : {"bound", "bound/", "target", "above", "above/it", "link/it", "above/it/deep"})
+    for (const char* name :
+         {"bound", "bound/", "target", "above", "above/it", "link/it", "above/it/deep", "twice/it"})
         EXPECT_EQ(moveToTrash({root + "/" + name}, settings), RecycleError::kRoot) << name;
     EXPECT_EQ(recycle("above/it/deeper"), RecycleError::kNone);
     EXPECT_EQ(recycle("bound/folder/file"), RecycleError::kNone);
