@@ -214,9 +214,12 @@ bool DesktopPrograms::openWith(const std::string& id, const std::vector<std::str
 }
 
 bool DesktopPrograms::runsWhenOpened(const std::string& path) {
-    const auto kind = kindOf(patience_, path);
-    if (!kind) return true;  // Its disk may answer by the time it is opened.
-    if (!kind->regular) return false;
+    using Kind = std::optional<FileKind>;
+    const auto asked = ask<std::optional<Kind>>(patience_, path, std::nullopt,
+                                                [path] { return std::optional<Kind>(lookAt(path, true)); });
+    if (!asked) return true;  // Its disk may answer by the time it is opened.
+    const Kind& kind = *asked;
+    if (!kind || !kind->regular) return false;
     if (runsByItsProgram(path, kind->type)) return true;
     if (!kind->mayRun) return false;
     if (isOneOf(kind->type, {"application/x-executable", "application/x-sharedlib",

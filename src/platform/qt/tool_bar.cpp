@@ -62,8 +62,10 @@ ToolBar::ToolBar(CommandBar& bar, IconStore& icons, WindowEvents& events, QWidge
     bar_.attach(this);
 }
 
+// An edit box that has the focus tells of leaving it as it goes: the bar must still be one then.
 ToolBar::~ToolBar() {
     bar_.attach(nullptr);
+    qDeleteAll(findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly));
 }
 
 // --- building
