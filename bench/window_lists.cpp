@@ -10,8 +10,6 @@ namespace hl::bench {
 
 namespace {
 
-constexpr int kRefresh = 300, kAnalyse = 300;
-
 Grid& listOf(WindowForm& form, GridId id) {
     return *form.parts().grids[static_cast<std::size_t>(id)];
 }
@@ -29,10 +27,11 @@ void sortBy(WindowForm& form, const char* name, std::size_t column) {
 }  // namespace
 
 void lists(WindowForm& form, const std::string& tree, bool all) {
-    constexpr int kCreateLists[] = {60, 61, 62};
+    constexpr Command kCreateLists[] = {Command::kCreateListTop, Command::kCreateListHardlinks,
+                                        Command::kCreateListJunctions};
     begin(form);
-    for (const int entry : kCreateLists)
-        if (all) form.execute(BarId::kMain, entry);  // The settings of a new home have none of them.
+    for (const Command command : kCreateLists)
+        if (all) run(form, command);  // The settings of a new home have none of them.
     timed("scan", [&] { form.handOver('"' + tree + '"'); });
     tell("resident", residentBytes());
     for (const auto& [name, id] : {std::pair("top", GridId::kTop), std::pair("hardlinks", GridId::kHardlinks),
@@ -49,7 +48,7 @@ void files(WindowForm& form, const std::string& folder) {
     const auto count = static_cast<double>(listOf(form, GridId::kFiles).rowCount());
     tell("rows", count);
     tell("bytes", (residentBytes() - before) / count);
-    timed("list", [&] { form.execute(BarId::kFiles, kRefresh); });
+    timed("list", [&] { run(form, Command::kFilesRefresh); });
     sortBy(form, "sort_numbers", kFileListSize);
     sortBy(form, "sort_names", kFileListName);
     sortBy(form, "sort_types", kFileListType);
@@ -61,16 +60,15 @@ void fileClicks(WindowForm& form, const std::string& folder) {
     form.handOver('"' + folder + '"');
     settle();
     ClickWatch watch;
-    form.execute(BarId::kFiles, kRefresh);
+    run(form, Command::kFilesRefresh);
     settle();
     watch.tellWaits();
 }
 
 void analyse(WindowForm& form) {
-    constexpr int kShowHardlinks = 308;
     constexpr std::uint32_t kNames = 200'000, kFiles = 70'000;
     begin(form);
-    form.execute(BarId::kMain, kShowHardlinks);
+    run(form, Command::kShowHardlinks);
     Grid& grid = listOf(form, GridId::kHardlinks);
     Disorder numbers;
     grid.setRedraw(false);
@@ -84,8 +82,8 @@ void analyse(WindowForm& form) {
     }
     grid.setRedraw(true);
     settle();
-    timed("analyse", [&] { form.execute(BarId::kHardlinks, kAnalyse); });
-    timed("analyse_again", [&] { form.execute(BarId::kHardlinks, kAnalyse); });
+    timed("analyse", [&] { run(form, Command::kHardlinksAnalyze); });
+    timed("analyse_again", [&] { run(form, Command::kHardlinksAnalyze); });
 }
 
 }  // namespace hl::bench

@@ -11,7 +11,6 @@ namespace hl::bench {
 
 namespace {
 
-constexpr int kDeleteFolders = 101;
 constexpr int kMenusOfAKind = 7;
 
 Grid& gridOf(WindowForm& form, GridId id) {
@@ -85,7 +84,7 @@ void deleteFolder(WindowForm& form, const std::string& folder) {
     const YesSayer yes;
     ClickWatch watch;
     const double before = peakMebibytes();
-    timed("delete", [&] { form.execute(BarId::kMain, kDeleteFolders); });
+    timed("delete", [&] { run(form, Command::kDeleteFolders); });
     watch.tellWaits();
     tell("grown", peakMebibytes() - before);
 }

@@ -224,6 +224,11 @@ inline double residentBytes() {
     return resident * static_cast<double>(sysconf(_SC_PAGESIZE));
 }
 
+/// A command of a bar, as a click on its entry.
+inline void run(WindowForm& form, Command command) {
+    form.execute(barOf(command), idOf(command));
+}
+
 inline void timed(const char* what, const std::function<void()>& body) {
     const auto start = Clock::now();
     body();

@@ -108,13 +108,12 @@ void scrollPages() {
 }
 
 void search(WindowForm& form) {
-    constexpr int kSearchBox = 29;
+    constexpr int kSearchBox = idOf(Command::kReportSearchText);
     form.editChanged(BarId::kReport, kSearchBox, "nothing has this name");
     timed("search", [&] { form.editKeyDown(BarId::kReport, kSearchBox, kKeyReturn); });
 }
 
 void rows(WindowForm& form) {
-    constexpr int kCollapseAll = 24, kExpandAll = 25;
     constexpr std::size_t kName = 0, kSizeColumn = 1;
     form.formActivate();
     settle();
@@ -122,7 +121,7 @@ void rows(WindowForm& form) {
     const double before = residentBytes();
     form.scan().tvwPL.setRedraw(true);
     settle();
-    timed("expand", [&] { form.execute(BarId::kReport, kExpandAll); });
+    timed("expand", [&] { run(form, Command::kReportUnfoldAll); });
     tell("bytes", (residentBytes() - before) / static_cast<double>(form.scan().tvwPL.rowCount()));
     scrollPages();
     timed("sort_numbers", [&] { form.gridTitleClick(GridId::kReport, kSizeColumn); });
@@ -130,7 +129,7 @@ void rows(WindowForm& form) {
     timed("sort_texts", [&] { form.gridTitleClick(GridId::kReport, kName); });
     timed("sort_texts_again", [&] { form.gridTitleClick(GridId::kReport, kName); });
     search(form);
-    timed("collapse", [&] { form.execute(BarId::kReport, kCollapseAll); });
+    timed("collapse", [&] { run(form, Command::kReportFoldAll); });
 }
 
 int run(const std::vector<std::string>& words) {

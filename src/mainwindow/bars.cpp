@@ -1,22 +1,24 @@
 #include "mainwindow/bars.h"
 
-#include <algorithm>
-#include <span>
 #include <utility>
 
 #include "base/text.h"
-#include "mainwindow/bar_rows.h"
+#include "mainwindow/bar_options.h"
+#include "mainwindow/command_table.h"
 #include "robustness/trap.h"
 
 namespace hl {
 
 namespace {
 
+constexpr const char* kModul = "frmMain";
 constexpr int kKeyF1 = 112;
 constexpr int kFunctionKeys = 12;
 
-// New, Start and Stop: what everybody looks for first.
-constexpr int kLastOfTheMost = 3;
+// By BarId.
+constexpr const char* kBuilders[kBarCount] = {
+    "Init_ToolbarMain", "Init_Toolbar_Folders",   "Init_Toolbar_Drives",   "Init_Toolbar_Files",
+    "Init_Toolbar_TOP", "Init_Toolbar_Hardlinks", "Init_Toolbar_Junctions"};
 
 int keyCodeOf(std::string_view key) {
     if (key.empty()) return 0;
@@ -25,46 +27,48 @@ int keyCodeOf(std::string_view key) {
     return static_cast<unsigned char>(upperCase(key).front());
 }
 
-}  // namespace
+// New, Start and Stop: what everybody looks for first.
+bool showsCaption(Command command) {
+    return command == Command::kNewSource || command == Command::kStart || command == Command::kStop;
+}
 
-void AddControl(CommandBar& bar, const ControlSpec& spec, int parent) {
+BarEntry entryOf(const CommandRow& row, const Texts& texts) {
     BarEntry entry;
-    entry.id = spec.id;
-    entry.kind = spec.kind;
-    entry.caption = spec.caption;
-    entry.tooltip = spec.tooltip.empty() ? spec.caption : spec.tooltip;
-    if (spec.icon != -1) entry.icon = spec.icon;
-    entry.beginGroup = spec.beginGroup;
-    entry.key = keyCodeOf(spec.key);
-    entry.width = spec.width;
-    entry.showsCaption = bar.id() == BarId::kMain && spec.id <= kLastOfTheMost;
-    bar.add(std::move(entry), parent);
+    entry.id = idOf(row.command);
+    entry.kind = row.kind;
+    entry.caption = texts.TL(row.caption.id, row.caption.german, {row.value});
+    entry.tooltip = texts.TL(row.tooltip.id, row.tooltip.german);
+    if (entry.tooltip.empty()) entry.tooltip = entry.caption;
+    if (row.icon != -1) entry.icon = row.icon;
+    entry.beginGroup = row.group == Group::kBegins;
+    entry.key = keyCodeOf(row.key);
+    entry.width = row.width;
+    entry.showsCaption = showsCaption(row.command);
+    return entry;
 }
 
-namespace bar_rows {
-
-void addRow(CommandBar& bar, const EntryRow& row, const Texts& texts,
-            std::initializer_list<SimpleValue> arguments) {
-    ControlSpec spec;
-    spec.kind = row.kind;
-    spec.id = row.id;
-    spec.caption = texts.TL(row.caption.id, row.caption.german, arguments);
-    spec.icon = row.icon;
-    spec.beginGroup = row.group == kGroup;
-    spec.tooltip = texts.TL(row.tooltip.id, row.tooltip.german);
-    spec.key = row.key;
-    spec.width = row.width;
-    AddControl(bar, spec, row.parent);
+// What the main bar has beside the options: the language in use, and the report, which no option keeps: a
+// window begins with it.
+void checkMain(CommandBar& bar, int language) {
+    bar.setEnabled(idOf(Command::kStop), false);
+    bar.setChecked(idOf(Command::kShowReport), true);
+    for (const CommandRow& row : commandsOf(BarId::kMain))
+        if (row.parent == Command::kLanguages) bar.setChecked(idOf(row.command), row.value == language);
 }
 
-void addRows(CommandBar& bar, std::span<const EntryRow> rows, const Texts& texts) {
-    for (const EntryRow& row : rows) addRow(bar, row, texts);
+void buildBar(CommandBar& bar, const BarSources& sources) {
+    guarded(sources.diagnostics, kBuilders[static_cast<std::size_t>(bar.id())], kModul, [&] {
+        if (bar.id() == BarId::kMain) bar.addPopup({.id = idOf(Command::kMenuOfSelectedFolders)});
+        for (const CommandRow& row : commandsOf(bar.id()))
+            if (row.command != Command::kHomepage || sources.homepage)
+                bar.add(entryOf(row, sources.texts), idOf(row.parent));
+        if (bar.id() == BarId::kMain) checkMain(bar, sources.texts.languageId());
+        optionsToBar(sources.options, bar);
+    });
 }
-
-}  // namespace bar_rows
 
 void Init_Commandbar(Bars& bars, const BarSources& sources) {
-    guarded(sources.diagnostics, "Init_Commandbar", "frmMain", [&] {
+    guarded(sources.diagnostics, "Init_Commandbar", kModul, [&] {
         bars.cbrMain.setTitle(sources.texts.TL(9227, "Symbolleiste"));
         for (CommandBar* bar : bars.all()) {
             bar->setLargeIcons(false);
@@ -74,15 +78,11 @@ void Init_Commandbar(Bars& bars, const BarSources& sources) {
     });
 }
 
+}  // namespace
+
 void initAllBars(Bars& bars, const BarSources& sources) {
     Init_Commandbar(bars, sources);
-    Init_ToolbarMain(bars, sources);
-    Init_Toolbar_Files(bars, sources);
-    Init_Toolbar_Drives(bars, sources);
-    Init_Toolbar_Folders(bars, sources);
-    Init_Toolbar_TOP(bars, sources);
-    Init_Toolbar_Hardlinks(bars, sources);
-    Init_Toolbar_Junctions(bars, sources);
+    for (CommandBar* bar : bars.all()) buildBar(*bar, sources);
 }
 
 }  // namespace hl

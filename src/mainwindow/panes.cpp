@@ -15,8 +15,8 @@ namespace {
 
 constexpr const char* kModul = "frmMain";
 
-constexpr int kPanels[] = {kPanelReport, kPanelDrives,    kPanelFiles,
-                           kPanelTop,    kPanelHardlinks, kPanelJunctions};
+constexpr Command kPanels[] = {Command::kShowReport, Command::kShowDrives,    Command::kShowFiles,
+                               Command::kShowTop,    Command::kShowHardlinks, Command::kShowJunctions};
 
 // In twips. Beside a report that leaves less than the first, bars are clipped instead of wrapped; above a
 // report narrower than the second, cbrReport is.
@@ -75,8 +75,8 @@ constexpr BarPane kBarPanes[] = {
     {BarId::kJunctions, SplitterId::kFiles, "cbrJunctions_Resize"},
 };
 
-bool isList(int panel) {
-    return panel >= kPanelFiles && panel <= kPanelJunctions;
+bool isList(Command panel) {
+    return panel != Command::kShowReport && panel != Command::kShowDrives;
 }
 
 Flag flagOf(bool on) {
@@ -86,30 +86,35 @@ Flag flagOf(bool on) {
 }  // namespace
 
 // One of the lists that share a place. The entries of its bar for the preview and for a preview beside the
-// list are 0 where there are none.
+// list are kNone where there are none.
 struct Panes::ListPane {
-    int panel;
+    Command panel;
     BarId bar;
     GridId grid;
-    int preview, beside;
+    Command preview, beside;
     Flag Options::*visible;
 };
 
 const Panes::ListPane Panes::kLists[4] = {
-    {kPanelFiles, BarId::kFiles, GridId::kFiles, 318, 319, &Options::FilelistVisible},
-    {kPanelTop, BarId::kTop, GridId::kTop, 318, 319, &Options::ToplistVisible},
-    {kPanelHardlinks, BarId::kHardlinks, GridId::kHardlinks, 322, 323, &Options::HardlinksVisible},
-    {kPanelJunctions, BarId::kJunctions, GridId::kJunctions, 0, 0, &Options::JunctionsVisible},
+    {Command::kShowFiles, BarId::kFiles, GridId::kFiles, Command::kFilesPreview, Command::kFilesSplit,
+     &Options::FilelistVisible},
+    {Command::kShowTop, BarId::kTop, GridId::kTop, Command::kTopPreview, Command::kTopSplit,
+     &Options::ToplistVisible},
+    {Command::kShowHardlinks, BarId::kHardlinks, GridId::kHardlinks, Command::kHardlinksPreview,
+     Command::kHardlinksSplit, &Options::HardlinksVisible},
+    {Command::kShowJunctions, BarId::kJunctions, GridId::kJunctions, Command::kNone, Command::kNone,
+     &Options::JunctionsVisible},
 };
 
-bool PanelToggle(CommandBar& cbrMain, int id) {
-    if (std::ranges::find(kPanels, id) == std::end(kPanels)) return false;
-    if (std::ranges::none_of(kPanels, [&](int other) { return other != id && cbrMain.isChecked(other); }))
+bool PanelToggle(CommandBar& cbrMain, Command panel) {
+    const auto isOn = [&](Command one) { return cbrMain.isChecked(idOf(one)); };
+    if (std::ranges::find(kPanels, panel) == std::end(kPanels)) return false;
+    if (std::ranges::none_of(kPanels, [&](Command other) { return other != panel && isOn(other); }))
         return false;
-    cbrMain.toggle(id);
-    if (!isList(id) || !cbrMain.isChecked(id)) return true;
-    for (const int other : kPanels)
-        if (isList(other) && other != id) cbrMain.setChecked(other, false);
+    cbrMain.toggle(idOf(panel));
+    if (!isList(panel) || !isOn(panel)) return true;
+    for (const Command other : kPanels)
+        if (isList(other) && other != panel) cbrMain.setChecked(idOf(other), false);
     return true;
 }
 
@@ -171,7 +176,7 @@ void Panes::hideByOptions() {
 
 // --- which panes show
 
-const Panes::ListPane* Panes::listOf(int panel) {
+const Panes::ListPane* Panes::listOf(Command panel) {
     const auto* found = std::ranges::find(kLists, panel, &ListPane::panel);
     return found != std::end(kLists) ? found : nullptr;
 }
@@ -194,22 +199,22 @@ bool Panes::listShows() const {
     return splitter(SplitterId::kMain).Control2Visible() && splitter(SplitterId::kInfo).Control2Visible();
 }
 
-void Panes::PanelToggle(int id) {
-    if (!hl::PanelToggle(bar(BarId::kMain), id)) return;
-    const ListPane* list = listOf(id);
+void Panes::PanelToggle(Command panel) {
+    if (!hl::PanelToggle(bar(BarId::kMain), panel)) return;
+    const ListPane* list = listOf(panel);
     if (list != nullptr) {
         parts_.host.Preview_Reset_View();
         followPreviewEntries(list->grid);
     }
     Change_Info_Visibility();
-    if (id == kPanelDrives) parts_.host.Drives_Resize_Columns(true);
+    if (panel == Command::kShowDrives) parts_.host.Drives_Resize_Columns(true);
     if (list != nullptr) parts_.host.Preview_ShowFile();
 }
 
 void Panes::Change_Info_Visibility() {
     guarded(parts_.diagnostics, "Change_Info_Visibility", kModul, [&] {
         const ListPane* list = listOn();
-        const bool drives = panelOn(kPanelDrives);
+        const bool drives = panelOn(Command::kShowDrives);
         panelsToOptions(list);
         if (list == nullptr && !parts_.status.second.empty()) {
             parts_.status.second.clear();  // What a list had to say of itself.
@@ -222,7 +227,7 @@ void Panes::Change_Info_Visibility() {
         }
         panesOfInfo(drives, list != nullptr);
         splMain.setControl2Visible(true);
-        splMain.setControl1Visible(panelOn(kPanelReport));
+        splMain.setControl1Visible(panelOn(Command::kShowReport));
         statusWidth();
         if (list != nullptr) showList(*list);
         cbrResize(BarId::kReport);
@@ -231,7 +236,7 @@ void Panes::Change_Info_Visibility() {
 
 // The options say at most one list, also where a file edited by hand has several entries checked.
 void Panes::panelsToOptions(const ListPane* list) {
-    parts_.options.DiskinfoVisible = flagOf(panelOn(kPanelDrives));
+    parts_.options.DiskinfoVisible = flagOf(panelOn(Command::kShowDrives));
     for (const ListPane& one : kLists) parts_.options.*one.visible = flagOf(&one == list);
 }
 
@@ -247,7 +252,7 @@ void Panes::panesOfInfo(bool drives, bool lists) {
 
 // The first panel is as wide as the report above it, if that shows.
 void Panes::statusWidth() {
-    const bool report = panelOn(kPanelReport);
+    const bool report = panelOn(Command::kShowReport);
     parts_.status.firstTakesAll = !report;
     if (report) parts_.status.firstWidth = parts_.host.gridWidth(GridId::kReport);
     parts_.host.statusChanged();
@@ -283,9 +288,9 @@ void Panes::filesOfSelection() {
 void Panes::followPreviewEntries(GridId grid) {
     const ListPane& list = listOf(grid);
     cSplitter& both = splitter(SplitterId::kFilesAndPreview);
-    if (list.preview == 0) return both.setControl2Visible(false);
-    both.setControl2Visible(bar(list.bar).isChecked(list.preview));
-    const bool beside = bar(list.bar).isChecked(list.beside);
+    if (list.preview == Command::kNone) return both.setControl2Visible(false);
+    both.setControl2Visible(bar(list.bar).isChecked(idOf(list.preview)));
+    const bool beside = bar(list.bar).isChecked(idOf(list.beside));
     both.setOrientation(beside ? Orientation::kSideBySide : Orientation::kStacked);
     // Dragged to the end, or too far for the other direction: what is switched on is seen.
     if (both.Control2Visible() && both.total() > 0 && both.total() - both.Position() < kLeastPreview)

@@ -15,6 +15,7 @@
 #include <array>
 #include <string>
 
+#include "app/command.h"
 #include "app/options.h"
 #include "base/path.h"
 #include "platform/window.h"
@@ -22,19 +23,10 @@
 
 namespace hl {
 
-/// The entries of cbrMain that show and hide a panel.
-enum PanelEntry : int {
-    kPanelDrives = 21,
-    kPanelReport = 33,
-    kPanelFiles = 306,
-    kPanelTop = 307,
-    kPanelHardlinks = 308,
-    kPanelJunctions = 309,
-};
-
-/// Flips the panel entry `id` of cbrMain. The last panel that shows stays, and a list that comes to show
-/// hides the other three. False if nothing was flipped; so too for an id that is no panel's.
-bool PanelToggle(CommandBar& cbrMain, int id);
+/// Flips the entry of cbrMain that shows and hides a panel. The last panel that shows stays, and a list that
+/// comes to show hides the other three. False if nothing was flipped; so too for a command that is no
+/// panel's.
+bool PanelToggle(CommandBar& cbrMain, Command panel);
 
 /// What the panes ask of the rest of the main form. Lists are kFiles, kTop, kHardlinks and kJunctions.
 class PaneHost {
@@ -98,8 +90,8 @@ class Panes {
     void hideByOptions();
 
     // --- commands
-    /// A click on a panel entry of cbrMain, with all that follows from it. Other ids are ignored.
-    void PanelToggle(int id);
+    /// A click on a panel's entry of cbrMain, with all that follows from it. Other commands are ignored.
+    void PanelToggle(Command panel);
     /// Panes, options and status panel follow the panel entries of cbrMain. Call after any of them changed.
     void Change_Info_Visibility();
     /// Preview and its place follow the entries for them in the bar of `list`; the junctions have none.
@@ -129,11 +121,11 @@ class Panes {
   private:
     struct ListPane;
     static const ListPane kLists[4];
-    static const ListPane* listOf(int panel);
+    static const ListPane* listOf(Command panel);
     static const ListPane& listOf(GridId grid);
 
     CommandBar& bar(BarId id) const { return *parts_.bars[static_cast<std::size_t>(id)]; }
-    bool panelOn(int panel) const { return bar(BarId::kMain).isChecked(panel); }
+    bool panelOn(Command panel) const { return bar(BarId::kMain).isChecked(idOf(panel)); }
     const ListPane* listOn() const;
 
     void panelsToOptions(const ListPane* list);

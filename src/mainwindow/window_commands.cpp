@@ -1,5 +1,8 @@
-// The commands of the bars. Sections: dispatch; main commands; views; fonts.
+// Sections: dispatch; the main bar; several views; the report; the drives; the lists.
+#include "mainwindow/window_commands.h"
+
 #include <algorithm>
+#include <utility>
 
 #include "app/product.h"
 #include "app/setting_keys.h"
@@ -10,14 +13,14 @@
 #include "mainwindow/options_form.h"
 #include "mainwindow/view_options.h"
 #include "mainwindow/window_form.h"
+#include "output/print_files.h"
 #include "output/print_report.h"
+#include "output/save_files.h"
 #include "output/save_report.h"
 #include "robustness/trap.h"
 #include "scan/rollup.h"
 #include "views/file_list.h"
 #include "views/list_columns.h"
-#include "views/report_columns.h"
-#include "views/size_display.h"
 
 namespace hl {
 
@@ -27,337 +30,342 @@ constexpr const char* kModul = "frmMain";
 constexpr int kFontSmallest = 5;
 constexpr int kFontLargest = 40;
 
-/// The toggles of the list below "Start", and what they switch.
-struct ScanToggle {
-    int id;
-    Flag Options::*option;
-};
-constexpr ScanToggle kScanToggles[] = {
-    {60, &Options::CreateListTOP},        {61, &Options::CreateListHardlink},
-    {62, &Options::CreateListJunction},   {63, &Options::NoHardlinks},
-    {64, &Options::FolderColorFade},      {65, &Options::AddHardlinksOnlyOnce},
-    {66, &Options::FolderShowPercentBar}, {68, &Options::ScanHardlinks},
-};
-
-/// What the bars of report and drives have in common: ids, and what they switch.
-struct ViewCommands {
-    int firstMode;  ///< Bytes; the next three follow.
-    int decimals;
-    std::uint8_t Options::*modeOption;
-    Flag Options::*decimalsOption;
-};
-constexpr ViewCommands kReportCommands = {10, 33, &Options::FileSizeFormat,
-                                          &Options::SizeFormatNachkommastellenFolders};
-constexpr ViewCommands kDriveCommands = {201, 205, &Options::FileSizeFormatDrive,
-                                         &Options::SizeFormatNachkommastellenDrive};
-constexpr int kFontCommand = 328;
-constexpr int kLargeIcons = 27, kIconText = 34;
-
-const ViewCommands& commandsOf(BarId bar) {
-    return bar == BarId::kReport ? kReportCommands : kDriveCommands;
-}
-
 }  // namespace
 
 // --- dispatch
 
-void WindowForm::execute(BarId id, int command) {
+void WindowCommands::execute(BarId id, int command) {
     constexpr const char* kNames[kBarCount] = {
         "cbrMain_Execute", "cbrReport_Execute",    "cbrDrives_Execute",   "cbrFiles_Execute",
         "cbrTOP_Execute",  "cbrHardlinks_Execute", "cbrJunctions_Execute"};
-    ++commands_;
-    guarded(services_.diagnostics, kNames[static_cast<std::size_t>(id)], kModul, [&] {
-        const BarEntry* entry = bar(id).find(command);
-        if (entry == nullptr || !entry->enabled || unloaded_) return;
-        if (id == BarId::kMain) return cbrMain_Execute(command);
-        if (ListView* list = lists_->of(gridOf(id))) return list->execute(command);
-        if (viewCommand(id, command)) return;
-        if (id == BarId::kReport) cbrReport_Execute(command);
-        if (id == BarId::kDrives) cbrDrives_Execute(command);
-    });
-    --commands_;
-    readWaiting();
-}
-
-// Bars of another size: those of the lists may have room now, or none.
-void WindowForm::switchBarLook(int id) {
-    bars_.cbrMain.toggle(id);
-    if (id == kLargeIcons) Change_ToolbarIconSize(bars_, services_.diagnostics);
-    if (id == kIconText) Change_Toolbar_IconText(bars_, services_.diagnostics);
-    panes_.measureListBars();
-}
-
-void WindowForm::cbrMain_Execute(int id) {
-    const auto language = std::find_if(kLanguageCommands.begin(), kLanguageCommands.end(),
-                                       [id](const LanguageCommand& each) { return each.id == id; });
-    if (language != kLanguageCommands.end()) return ChangeLanguage(language->language);
-    switch (id) {
-        case 1:
-            return AddNewSearchPathBrowse();
-        case 2:
-            if (!state_.ScanActive) StartSearchViaToolbar(scan_);
-            return sourcesChanged();
-        case 3:
-            state_.CancelState = kCancelStop;
-            return;
-        case 101:
-        case 102:
-            return DeleteFolders(fileOps(), tvwPL_.selectedRows(), id == 102);
-        case 14:
-            return ShowOptionen();
-        case 16:
-            return Show_Log();
-        case 17:
-            return showAbout();
-        case 18:
-            return StartURL(own_.addresses.homepage);
-        case 20:
-            return window_->close();
-        case kLargeIcons:
-        case kIconText:
-            return switchBarLook(id);
-        case 31:
-        case 32:
-            return ChangeFontSize(id == 32);
-        case kFontCommand:
-            return ChangeFontAll();
-        default:
-            break;
+    {
+        const auto over = form_.command();
+        guarded(form_.services_.diagnostics, kNames[static_cast<std::size_t>(id)], kModul, [&] {
+            const BarEntry* entry = form_.bar(id).find(command);
+            const CommandRow* row = commandRow(commandOf(id, command));
+            if (entry == nullptr || row == nullptr || !entry->enabled || form_.unloaded_) return;
+            keep(*row);
+            if (row->run != nullptr) (this->*row->run)(*row);
+        });
     }
-    setOption(id);
-    panes_.PanelToggle(id);
+    form_.readWaiting();
 }
 
-void WindowForm::setOption(int id) {
-    for (const ScanToggle& toggle : kScanToggles) {
-        if (toggle.id != id) continue;
-        bars_.cbrMain.toggle(id);
-        options_.*toggle.option = bars_.cbrMain.isChecked(id) ? 1 : 0;
-        if (panes_.listShows()) window_->refresh(panes_.list());  // What an empty list says follows.
+// The option takes over what the click has switched.
+void WindowCommands::keep(const CommandRow& row) {
+    using Use = KeptOption::Use;
+    CommandBar& bar = form_.bar(barOf(row.command));
+    if (row.kept.use == Use::kToggles || row.kept.use == Use::kDecimals) {
+        bar.toggle(idOf(row.command));
+        row.kept.field(form_.options_) = bar.isChecked(idOf(row.command)) ? 1 : 0;
     }
+    if (row.kept.use != Use::kChooses) return;
+    row.kept.field(form_.options_) = static_cast<Flag>(row.value);
+    for (const CommandRow& other : commandsOf(bar.id()))
+        if (other.kept.field == row.kept.field) bar.setChecked(idOf(other.command), &other == &row);
 }
 
-void WindowForm::cbrReport_Execute(int id) {
-    constexpr int kFirstLevel = 100;
-    CommandBar& report = bars_.cbrReport;
-    const auto toggleColumn = [&](std::size_t column) {
-        report.toggle(id);
-        reportView_->Report_ChangeColVisible(column, report.isChecked(id));
-    };
-    switch (id) {
-        case 4:
-            return Report_Rescan(scan_);
-        case 5:
-            return Report_SaveToFile();
-        case 6:
-            return Report_print();
-        case 7:
-            return Report_RemoveFolders(scan_);
-        case 9:
-            return reportView_->removeAll();
-        case 22:
-            return toggleColumn(kReportFiles);
-        case 23:
-            return toggleColumn(kReportFolders);
-        case 35:
-            return toggleColumn(kReportPercent);
-        case 24:
-        case 25:
-            return reportView_->Report_ExpandAllFolders(id == 25);
-        case 26:
-            return reportView_->Report_Resize_Columns(true, false);
-        case 29:
-        case 30:
-            return reportView_->Report_StartSearch();
-        case 323:
-            return fullView(BarId::kReport);
-        case 34:
-            return reportView_->Report_Resize_Columns(true, true);
-        default:
-            break;
-    }
-    if (id >= kFirstLevel)
-        reportView_->Report_ExpandFolderLevels(static_cast<std::uint32_t>(id - kFirstLevel));
+void WindowCommands::returnIn(BarId id, int command) {
+    const CommandRow* row = commandRow(commandOf(id, command));
+    if (row != nullptr && row->run != nullptr && !form_.state_.ScanActive) (this->*row->run)(*row);
 }
 
-void WindowForm::cbrDrives_Execute(int id) {
-    switch (id) {
-        case 200:
-            return driveList_.Drives_GetAllDrives();
-        case 206:
-        case 207:
-            return driveList_.Drives_ScanDrives(id == 206);
-        case 208:
-            return driveList_.Drives_AddUNCpath("");
-        default:
-            return;
-    }
-}
+// --- the main bar
 
-// Size mode, decimals and font; false for any other command.
-bool WindowForm::viewCommand(BarId id, int command) {
-    const ViewCommands& ids = commandsOf(id);
-    if (command == kFontCommand) return ChangeFont(gridOf(id)), true;
-    if (command == ids.decimals) return setDecimals(id), true;
-    if (command < ids.firstMode || command > ids.firstMode + 3) return false;
-    options_.*ids.modeOption = static_cast<std::uint8_t>(command - ids.firstMode);
-    showSizes(id);
-    return true;
-}
-
-// --- main commands
-
-void WindowForm::AddNewSearchPathBrowse() {
-    const std::string folder = window_->askFolder("", "/");
+void WindowCommands::newSource(const CommandRow& /*row*/) {
+    const std::string folder = form_.window_->askFolder("", "/");
     if (folder.empty()) return;
-    AddNewSearchPath(scan_, folder);
-    sourcesChanged();
+    AddNewSearchPath(form_.scan_, folder);
+    form_.sourcesChanged();
 }
 
-void WindowForm::ShowOptionen() {
-    OptionsForm frmOptionen({services_.settings, services_.texts, services_.log, services_.facts,
-                             services_.diagnostics, own_.verb, own_.executable});
+void WindowCommands::start(const CommandRow& /*row*/) {
+    if (!form_.state_.ScanActive) StartSearchViaToolbar(form_.scan_);
+    form_.sourcesChanged();
+}
+
+void WindowCommands::stop(const CommandRow& /*row*/) {
+    form_.state_.CancelState = kCancelStop;
+}
+
+// What an empty list says follows.
+void WindowCommands::scanOption(const CommandRow& /*row*/) {
+    if (form_.panes_.listShows()) form_.window_->refresh(form_.panes_.list());
+}
+
+void WindowCommands::showPanel(const CommandRow& row) {
+    form_.panes_.PanelToggle(row.command);
+}
+
+void WindowCommands::showOptions(const CommandRow& /*row*/) {
+    const FormServices& services = form_.services_;
+    OptionsForm frmOptionen({services.settings, services.texts, services.log, services.facts,
+                             services.diagnostics, form_.own_.verb, form_.own_.executable});
     Form form = frmOptionen.form();
-    window_->showForm(form);
-    OptionenLadenMain(options_, services_.settings, services_.diagnostics, true);
-    Init_FileList_DateFormat(lvwFiles_, options_);
-    Init_HardlinksList_DateFormat(lvwHardlinks_, options_);
-    Init_TopList_DateFormat(lvwTOP_, options_);
+    form_.window_->showForm(form);
+    OptionenLadenMain(form_.options_, services.settings, services.diagnostics, true);
+    Init_FileList_DateFormat(form_.lvwFiles_, form_.options_);
+    Init_HardlinksList_DateFormat(form_.lvwHardlinks_, form_.options_);
+    Init_TopList_DateFormat(form_.lvwTOP_, form_.options_);
 }
 
-void WindowForm::Show_Log() {
-    const std::string path = joinPath(own_.programFolder, kProtocolName, services_.paths);
-    if (services_.files.exists(path)) openFile(path);
+void WindowCommands::showLog(const CommandRow& /*row*/) {
+    const std::string path = joinPath(form_.own_.programFolder, kProtocolName, form_.services_.paths);
+    if (form_.services_.files.exists(path)) form_.openFile(path);
 }
 
-void WindowForm::showAbout() {
-    AboutForm frmInfo({services_.texts, own_.addresses, own_.version,
-                       [this](const std::string& url) { StartURL(url); }, own_.portable});
+void WindowCommands::showAbout(const CommandRow& /*row*/) {
+    AboutForm frmInfo({form_.services_.texts, form_.own_.addresses, form_.own_.version,
+                       [this](const std::string& url) { startUrl(url); }, form_.own_.portable});
     Form form = frmInfo.form();
-    window_->showForm(form);
+    form_.window_->showForm(form);
 }
 
-void WindowForm::StartURL(std::string url) {
-    const std::string lower = lowerCase(url);
-    if (!lower.starts_with("https://") && !lower.starts_with("http://")) url.insert(0, "http://");
-    openOrSay(url, url);
+void WindowCommands::openHomepage(const CommandRow& /*row*/) {
+    startUrl(form_.own_.addresses.homepage);
 }
 
 // A desktop may have no program for it.
-void WindowForm::openOrSay(const std::string& url, const std::string& name) {
-    if (window_->openUrl(url)) return;
-    window_->message(MessageKind::kWarning,
-                     services_.texts.TL(9526, "'%1' kann nicht geöffnet werden.", {visible(name)}));
+void WindowCommands::startUrl(std::string url) {
+    const std::string lower = lowerCase(url);
+    if (!lower.starts_with("https://") && !lower.starts_with("http://")) url.insert(0, "http://");
+    if (form_.window_->openUrl(url)) return;
+    form_.window_->message(
+        MessageKind::kWarning,
+        form_.services_.texts.TL(9526, "'%1' kann nicht geöffnet werden.", {visible(url)}));
+}
+
+// Bars of another size: those of the lists may have room now, or none.
+void WindowCommands::largeIcons(const CommandRow& /*row*/) {
+    Change_ToolbarIconSize(form_.bars_, form_.services_.diagnostics);
+    form_.panes_.measureListBars();
+}
+
+void WindowCommands::iconText(const CommandRow& /*row*/) {
+    Change_Toolbar_IconText(form_.bars_, form_.services_.diagnostics);
+    form_.panes_.measureListBars();
+}
+
+void WindowCommands::setFont(GridId id, const GridFont& font) {
+    setFontOf(form_.options_, id, font);
+    form_.window_->setFont(id, font);
+}
+
+void WindowCommands::changeFontSize(const CommandRow& row) {
+    for (std::size_t i = 0; i < kGridCount; ++i) {
+        const auto id = static_cast<GridId>(i);
+        GridFont font = form_.window_->font(id);
+        font.points = std::clamp<double>(font.points + row.value, kFontSmallest, kFontLargest);
+        setFont(id, font);
+    }
+    form_.resizeAllColumns();
+    form_.Drives_ResizeTableHeight();
+}
+
+void WindowCommands::changeFontOfAll(const CommandRow& /*row*/) {
+    const auto font = form_.window_->askFont(form_.window_->font(GridId::kReport));
+    if (!font) return;
+    for (std::size_t i = 0; i < kGridCount; ++i) setFont(static_cast<GridId>(i), *font);
+    form_.resizeAllColumns();
+    form_.Drives_ResizeTableHeight();
+}
+
+void WindowCommands::changeLanguage(const CommandRow& row) {
+    form_.services_.settings.StoreSettings(kKeyLanguage.section, kKeyLanguage.key, row.value);
+    form_.RestartPending_ = true;
+    form_.window_->close();
+}
+
+void WindowCommands::quit(const CommandRow& /*row*/) {
+    form_.window_->close();
+}
+
+void WindowCommands::deleteFolders(const CommandRow& /*row*/) {
+    DeleteFolders(form_.fileOps(), form_.tvwPL_.selectedRows(), false);
+}
+
+void WindowCommands::recycleFolders(const CommandRow& /*row*/) {
+    DeleteFolders(form_.fileOps(), form_.tvwPL_.selectedRows(), true);
+}
+
+// --- several views
+
+void WindowCommands::showSizes(const CommandRow& row) {
+    const BarId id = barOf(row.command);
+    if (id == BarId::kReport) return form_.reportView_->Report_Set_SizeFormat();
+    if (id == BarId::kDrives) return form_.driveList_.Drives_ChangeSizeFormat();
+    list(row).Set_SizeFormat();
+}
+
+void WindowCommands::changeFont(const CommandRow& row) {
+    const GridId id = gridOf(barOf(row.command));
+    const auto font = form_.window_->askFont(form_.window_->font(id));
+    if (!font) return;
+    setFont(id, *font);
+    if (id == GridId::kReport) return form_.reportView_->Report_Resize_Columns(true, false);
+    if (id != GridId::kDrives) return list(row).Resize_Columns(true);
+    form_.driveList_.Drives_Resize_Columns(true);
+    form_.Drives_ResizeTableHeight();
+}
+
+void WindowCommands::fullView(const CommandRow& row) {
+    using enum Command;
+    const bool ofReport = row.command == kReportFullView;
+    for (const Command panel :
+         {kShowReport, kShowDrives, kShowFiles, kShowTop, kShowHardlinks, kShowJunctions})
+        // A list has its place to itself already: it hides the report and the drives alone.
+        if (ofReport ? panel != kShowReport : panel == kShowReport || panel == kShowDrives)
+            form_.bars_.cbrMain.setChecked(idOf(panel), false);
+    form_.panes_.Change_Info_Visibility();
+}
+
+// --- the report
+
+void WindowCommands::reportRescan(const CommandRow& /*row*/) {
+    Report_Rescan(form_.scan_);
+}
+
+void WindowCommands::reportFoldAll(const CommandRow& /*row*/) {
+    form_.reportView_->Report_ExpandAllFolders(false);
+}
+
+void WindowCommands::reportUnfoldAll(const CommandRow& /*row*/) {
+    form_.reportView_->Report_ExpandAllFolders(true);
+}
+
+void WindowCommands::reportUnfold(const CommandRow& row) {
+    form_.reportView_->Report_ExpandFolderLevels(static_cast<std::uint32_t>(row.value - 1));
+}
+
+void WindowCommands::reportRemove(const CommandRow& /*row*/) {
+    Report_RemoveFolders(form_.scan_);
+}
+
+void WindowCommands::reportRemoveAll(const CommandRow& /*row*/) {
+    form_.reportView_->removeAll();
 }
 
 // What an error of our own has left out nobody can tell: it shall not replace an older report.
-bool WindowForm::tellIncomplete() {
-    if (!rowsMissing_) return false;
-    window_->message(MessageKind::kWarning,
-                     services_.texts.TL(9644,
-                                        "Beim Einlesen ist ein unerwarteter Fehler aufgetreten. Was "
-                                        "fehlt, ist nicht bekannt, darum wird nichts gespeichert. "
-                                        "Leeren Sie den Bericht und lesen Sie neu ein."));
+bool WindowCommands::tellIncomplete() {
+    if (!form_.rowsMissing_) return false;
+    form_.window_->message(
+        MessageKind::kWarning,
+        form_.services_.texts.TL(9644,
+                                 "Beim Einlesen ist ein unerwarteter Fehler aufgetreten. Was "
+                                 "fehlt, ist nicht bekannt, darum wird nichts gespeichert. "
+                                 "Leeren Sie den Bericht und lesen Sie neu ein."));
     return true;
 }
 
-void WindowForm::Report_SaveToFile() {
-    if (tvwPL_.rowCount() == 0 || tellIncomplete()) return;
-    SaveForm frmSave(SaveServices{tvwPL_, options_, services_.texts, services_.numbers, services_.files,
-                                  services_.diagnostics, state_, services_.pump, services_.paths, this});
+void WindowCommands::reportSave(const CommandRow& /*row*/) {
+    if (form_.tvwPL_.rowCount() == 0 || tellIncomplete()) return;
+    const FormServices& services = form_.services_;
+    SaveForm frmSave(SaveServices{form_.tvwPL_, form_.options_, services.texts, services.numbers,
+                                  services.files, services.diagnostics, form_.state_, services.pump,
+                                  services.paths, &form_});
     Form form = frmSave.form();
-    window_->showForm(form);
+    form_.window_->showForm(form);
 }
 
-void WindowForm::Report_print() {
-    if (tvwPL_.rowCount() == 0) return;
-    PrintForm frmPrint({tvwPL_, options_, printSources(), services_.numbers, services_.diagnostics, state_,
-                        services_.pump, *window_});
+void WindowCommands::reportPrint(const CommandRow& /*row*/) {
+    if (form_.tvwPL_.rowCount() == 0) return;
+    PrintForm frmPrint({form_.tvwPL_, form_.options_, form_.printSources(), form_.services_.numbers,
+                        form_.services_.diagnostics, form_.state_, form_.services_.pump, *form_.window_});
     Form form = frmPrint.form();
-    window_->showForm(form);
+    form_.window_->showForm(form);
 }
 
-std::string WindowForm::askSavePath(const SaveQuestion& question) {
-    return window_->askSavePath(question.filter, question.defaultExtension, question.initialFolder);
+void WindowCommands::reportColumn(const CommandRow& row) {
+    const bool shows = row.kept.field(form_.options_) != 0;
+    form_.reportView_->Report_ChangeColVisible(static_cast<std::size_t>(row.value), shows);
 }
 
-void WindowForm::ChangeLanguage(int language) {
-    services_.settings.StoreSettings(kKeyLanguage.section, kKeyLanguage.key, language);
-    RestartPending_ = true;
-    window_->close();
+void WindowCommands::reportFit(const CommandRow& /*row*/) {
+    form_.reportView_->Report_Resize_Columns(true, false);
 }
 
-// --- views
-
-void WindowForm::fullView(BarId id) {
-    std::vector<int> others = {kPanelDrives, kPanelReport};
-    if (id == BarId::kReport)
-        others = {kPanelDrives, kPanelFiles, kPanelTop, kPanelHardlinks, kPanelJunctions};
-    for (const int panel : others) bars_.cbrMain.setChecked(panel, false);
-    panes_.Change_Info_Visibility();
+void WindowCommands::reportSearch(const CommandRow& /*row*/) {
+    form_.reportView_->Report_StartSearch();
 }
 
-void WindowForm::showSizes(BarId id) {
-    const ViewCommands& ids = commandsOf(id);
-    showSizeMode(bar(id), options_.*ids.modeOption, options_.*ids.decimalsOption);
-    if (id == BarId::kReport) return reportView_->Report_Set_SizeFormat();
-    driveList_.Drives_ChangeSizeFormat();
+// --- the drives
+
+void WindowCommands::drivesRefresh(const CommandRow& /*row*/) {
+    form_.driveList_.Drives_GetAllDrives();
 }
 
-void WindowForm::setDecimals(BarId id) {
-    const ViewCommands& ids = commandsOf(id);
-    bar(id).toggle(ids.decimals);
-    options_.*ids.decimalsOption = bar(id).isChecked(ids.decimals) ? 1 : 0;
-    showSizes(id);
+void WindowCommands::drivesRead(const CommandRow& /*row*/) {
+    form_.driveList_.Drives_ScanDrives(true);
 }
 
-void WindowForm::resizeAllColumns() {
-    for (const GridId id : kListGrids) lists_->of(id)->Resize_Columns(false);
-    driveList_.Drives_Resize_Columns(true);
-    reportView_->Report_Resize_Columns(true, false);
+void WindowCommands::drivesReadAll(const CommandRow& /*row*/) {
+    form_.driveList_.Drives_ScanDrives(false);
 }
 
-// --- fonts
-
-void WindowForm::applyFonts() {
-    for (std::size_t i = 0; i < kGridCount; ++i) {
-        const auto id = static_cast<GridId>(i);
-        window_->setFont(id, fontOf(options_, id));
-    }
+void WindowCommands::drivesAdd(const CommandRow& /*row*/) {
+    form_.driveList_.Drives_AddUNCpath("");
 }
 
-void WindowForm::setFont(GridId id, const GridFont& font) {
-    setFontOf(options_, id, font);
-    window_->setFont(id, font);
+// --- the lists
+
+ListView& WindowCommands::list(const CommandRow& row) {
+    return *form_.lists_->of(gridOf(barOf(row.command)));
 }
 
-void WindowForm::ChangeFont(GridId id) {
-    const auto font = window_->askFont(window_->font(id));
-    if (!font) return;
-    setFont(id, *font);
-    if (id == GridId::kReport) return reportView_->Report_Resize_Columns(true, false);
-    if (ListView* list = lists_->of(id)) return list->Resize_Columns(true);
-    driveList_.Drives_Resize_Columns(true);
-    Drives_ResizeTableHeight();
+void WindowCommands::listOwnCommand(const CommandRow& row) {
+    list(row).ownCommand();
 }
 
-void WindowForm::ChangeFontAll() {
-    const auto font = window_->askFont(window_->font(GridId::kReport));
-    if (!font) return;
-    for (std::size_t i = 0; i < kGridCount; ++i) setFont(static_cast<GridId>(i), *font);
-    resizeAllColumns();
-    Drives_ResizeTableHeight();
+void WindowCommands::listDelete(const CommandRow& row) {
+    List_DeleteFiles(form_.fileOps(), list(row), false);
 }
 
-void WindowForm::ChangeFontSize(bool larger) {
-    for (std::size_t i = 0; i < kGridCount; ++i) {
-        const auto id = static_cast<GridId>(i);
-        GridFont font = window_->font(id);
-        font.points = std::clamp<double>(font.points + (larger ? 1 : -1), kFontSmallest, kFontLargest);
-        setFont(id, font);
-    }
-    resizeAllColumns();
-    Drives_ResizeTableHeight();
+void WindowCommands::listRecycle(const CommandRow& row) {
+    List_DeleteFiles(form_.fileOps(), list(row), true);
+}
+
+void WindowCommands::listIcons(const CommandRow& row) {
+    list(row).iconsSwitched();
+}
+
+void WindowCommands::listPreview(const CommandRow& row) {
+    listSplit(row);
+    list(row).showPreview(false);
+}
+
+void WindowCommands::listSplit(const CommandRow& row) {
+    const BarId id = barOf(row.command);
+    form_.panes_.followPreviewEntries(gridOf(id));
+    form_.panes_.cbrResize(id);
+    list(row).SetFileIcons(false);
+}
+
+void WindowCommands::listColumn(const CommandRow& row) {
+    const bool shows = row.kept.field(form_.options_) != 0;
+    list(row).showColumn(static_cast<std::size_t>(row.value), shows);
+}
+
+void WindowCommands::listFit(const CommandRow& row) {
+    list(row).Resize_Columns(true);
+}
+
+void WindowCommands::listSave(const CommandRow& row) {
+    if (tellIncomplete()) return;
+    const FormServices& services = form_.services_;
+    Save_Files({list(row).grid(), services.texts, services.numbers, services.settings, services.files,
+                services.diagnostics, services.paths, form_},
+               *form_.window_);
+}
+
+void WindowCommands::listPrint(const CommandRow& row) {
+    if (form_.state_.ScanActive) return;  // The scan would wait for the preview.
+    const GridId id = gridOf(barOf(row.command));
+    Print_Files(form_.printSources(), form_.parts_.gridTitles[static_cast<std::size_t>(id)], form_.grid(id),
+                id, form_.services_.numbers, *form_.window_);
+}
+
+void WindowCommands::listSearch(const CommandRow& row) {
+    list(row).StartSearch();
 }
 
 }  // namespace hl

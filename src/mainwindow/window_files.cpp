@@ -136,6 +136,10 @@ void WindowForm::GridCellAfterEditing(GridId id, Row row, const std::string& val
     readWaiting();
 }
 
+std::string WindowForm::askSavePath(const SaveQuestion& question) {
+    return window_->askSavePath(question.filter, question.defaultExtension, question.initialFolder);
+}
+
 // --- FileOpsHost
 
 void WindowForm::removeFromLists(const std::function<bool(const std::string& path)>& went) {

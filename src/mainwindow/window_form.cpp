@@ -33,8 +33,8 @@ WindowForm::WindowForm(const FormServices& services, const WindowServices& windo
       lvwFiles_(kFileCells),
       lvwDiskinfo_(kDriveCells),
       panes_({bars_.all(), tvwPL_, options_, state_, services.paths, status_, *this, services.diagnostics}),
-      driveList_({lvwDiskinfo_, tvwPL_, bars_.cbrDrives, window.drives, *this, services.settings, options_,
-                  services.texts, services.facts, services.diagnostics, services.paths, services.numbers}),
+      driveList_({lvwDiskinfo_, tvwPL_, window.drives, *this, services.settings, options_, services.texts,
+                  services.facts, services.diagnostics, services.paths, services.numbers}),
       preview_({panes_, parts_.grids, state_, services.texts, services.log, services.diagnostics}) {
     const Texts& texts = services.texts;
     parts_.grids = {&tvwPL_, &lvwDiskinfo_, &lvwFiles_, &lvwTOP_, &lvwHardlinks_, &lvwJunctions_};
@@ -106,9 +106,7 @@ void WindowForm::Form_Load_Window() {
 void WindowForm::loadToolbars() {
     if (!toolbars_.load(services_.files, joinPath(own_.programFolder, kToolbarStateName, services_.paths)))
         return;
-    for (CommandBar* each : {&bars_.cbrMain, &bars_.cbrReport, &bars_.cbrDrives, &bars_.cbrFiles,
-                             &bars_.cbrTOP, &bars_.cbrHardlinks, &bars_.cbrJunctions})
-        ExchangeState(toolbars_, *each);
+    for (CommandBar* each : bars_.all()) ExchangeState(toolbars_, *each);
 }
 
 void WindowForm::initGrids() {
@@ -116,6 +114,19 @@ void WindowForm::initGrids() {
     driveList_.Drives_ChangeSizeFormat();
     for (const GridId id : kListGrids) lists_->of(id)->Set_SizeFormat();
     resizeAllColumns();
+}
+
+void WindowForm::resizeAllColumns() {
+    for (const GridId id : kListGrids) lists_->of(id)->Resize_Columns(false);
+    driveList_.Drives_Resize_Columns(true);
+    reportView_->Report_Resize_Columns(true, false);
+}
+
+void WindowForm::applyFonts() {
+    for (std::size_t i = 0; i < kGridCount; ++i) {
+        const auto id = static_cast<GridId>(i);
+        window_->setFont(id, fontOf(options_, id));
+    }
 }
 
 // --- on screen
@@ -220,16 +231,12 @@ void WindowForm::formKeyUp(int key) {
 void WindowForm::editChanged(BarId id, int entry, const std::string& text) {
     guarded(services_.diagnostics, "editChanged", kModul, [&] {
         bar(id).setText(entry, text);
-        if (id == BarId::kTop && entry == kTopCountBox) lists_->top.countTyped(text);
+        if (commandOf(id, entry) == Command::kTopCount) lists_->top.countTyped(text);
     });
 }
 
 void WindowForm::editKeyDown(BarId id, int entry, int key) {
-    constexpr int kSearchOfReport = 29, kSearchOfList = 307;
-    if (key != kKeyReturn || state_.ScanActive || id == BarId::kMain) return;
-    if (id == BarId::kReport && entry == kSearchOfReport) reportView_->Report_StartSearch();
-    ListView* list = lists_->of(gridOf(id));
-    if (list != nullptr && entry == kSearchOfList) list->StartSearch();
+    if (key == kKeyReturn) commandsOfBars_.returnIn(id, entry);
 }
 
 void WindowForm::barResized(BarId id) {
@@ -253,7 +260,7 @@ void WindowForm::comboSelected(int index) {
 void WindowForm::comboKeyDown(int key) {
     if (state_.ScanActive) return;
     guarded(services_.diagnostics, "cboOrdner_KeyDown", kModul, [&] {
-        if (key == kKeyReturn) cbrMain_Execute(2);
+        if (key == kKeyReturn) commandsOfBars_.returnIn(BarId::kMain, idOf(Command::kStart));
     });
     readWaiting();
 }

@@ -1,9 +1,9 @@
 // frmMain with its window: its life from loading to the end of the process, its commands, and what a scan
 // shows in it.
 //
-// Five files: window_form.cpp has the life of the window and its events, window_commands.cpp the dispatch of
-// the bars, window_scan.cpp what a scan and the panes ask for, window_lists.cpp what the lists ask for,
-// window_files.cpp what changes or opens files.
+// Four files: window_form.cpp has the life of the window and its events, window_scan.cpp what a scan and the
+// panes ask for, window_lists.cpp what the lists ask for, window_files.cpp what changes or opens files. What
+// the commands of the bars do is in mainwindow/window_commands.h.
 // Thread of the logic only.
 #pragma once
 
@@ -20,6 +20,7 @@
 #include "mainwindow/main_form.h"
 #include "mainwindow/panes.h"
 #include "mainwindow/toolbar_state.h"
+#include "mainwindow/window_commands.h"
 #include "mainwindow/window_preview.h"
 #include "output/print_job.h"
 #include "platform/drives.h"
@@ -78,7 +79,7 @@ class WindowForm final : public MainForm,
     void formUnload() override;
     void formResize() override;
     void formKeyUp(int key) override;
-    void execute(BarId bar, int id) override;
+    void execute(BarId bar, int id) override { commandsOfBars_.execute(bar, id); }
     void editChanged(BarId bar, int id, const std::string& text) override;
     void editKeyDown(BarId bar, int id, int key) override;
     void editLeft(BarId bar, int id) override;
@@ -100,6 +101,8 @@ class WindowForm final : public MainForm,
     void windowFault(const char* where) override;
 
   private:
+    friend class WindowCommands;
+
     // --- life
     void Form_Load_Window();
     void Form_Activate();
@@ -108,32 +111,9 @@ class WindowForm final : public MainForm,
     void saveState();
     void loadToolbars();
 
-    // --- commands
-    void cbrMain_Execute(int id);
-    void cbrReport_Execute(int id);
-    void cbrDrives_Execute(int id);
-    void setOption(int id);
-    void ShowOptionen();
-    void Show_Log();
-    void showAbout();
-    void openOrSay(const std::string& url, const std::string& name);
-    void StartURL(std::string url);
-    void Report_SaveToFile();
-    bool tellIncomplete();
-    void Report_print();
-    void switchBarLook(int id);
+    // --- views
     PrintSources printSources() { return {services_.texts, services_.files, services_.facts}; }
-    void AddNewSearchPathBrowse();
-    void ChangeLanguage(int language);
     void applyFonts();
-    void setFont(GridId grid, const GridFont& font);
-    void ChangeFont(GridId grid);
-    void ChangeFontAll();
-    void ChangeFontSize(bool larger);
-    void fullView(BarId bar);
-    bool viewCommand(BarId bar, int command);
-    void showSizes(BarId bar);
-    void setDecimals(BarId bar);
     void resizeAllColumns();
     ListView* listThatShows();
     void runQueue();
@@ -195,12 +175,10 @@ class WindowForm final : public MainForm,
     std::size_t columnAt(GridId list, Point at) override;
     bool listShows(GridId list) override;
     void setSecondPanel(const std::string& text) override;
-    void previewEntriesChanged(GridId list) override;
     void showPreview(GridId, bool force) override { preview_.Preview_ShowFile(force); }
     void openFile(const std::string& path) override;
     void ShellContextMenuFileList(GridId list, Point at) override;
     void beginRename(GridId grid, Row row) override;
-    void listCommand(GridId list, ListCommand command) override;
 
     // --- FileOpsHost
     void removeFromLists(const std::function<bool(const std::string& path)>& went) override;
@@ -230,6 +208,7 @@ class WindowForm final : public MainForm,
     Grid& grid(GridId id) { return *parts_.grids[static_cast<std::size_t>(id)]; }
 
     WindowServices own_;
+    WindowCommands commandsOfBars_{*this};
     Window* window_ = nullptr;
     Bars bars_;
     Grid lvwFiles_;

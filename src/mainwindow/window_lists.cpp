@@ -1,10 +1,7 @@
 // What the four lists ask of the window around them, and where their events go.
 #include "base/text.h"
-#include "fileops/deleting.h"
 #include "mainwindow/view_options.h"
 #include "mainwindow/window_form.h"
-#include "output/print_files.h"
-#include "output/save_files.h"
 #include "views/file_list.h"
 #include "views/list_columns.h"
 
@@ -62,32 +59,6 @@ void WindowForm::setSecondPanel(const std::string& text) {
     showStatus();
 }
 
-void WindowForm::previewEntriesChanged(GridId list) {
-    panes_.followPreviewEntries(list);
-    panes_.cbrResize(barOf(list));
-}
-
-void WindowForm::listCommand(GridId list, ListCommand command) {
-    switch (command) {
-        case ListCommand::kFullView:
-            return fullView(barOf(list));
-        case ListCommand::kFont:
-            return ChangeFont(list);
-        case ListCommand::kSave:
-            if (tellIncomplete()) return;
-            return Save_Files({grid(list), services_.texts, services_.numbers, services_.settings,
-                               services_.files, services_.diagnostics, services_.paths, *this},
-                              *window_);
-        case ListCommand::kPrint:
-            if (scan().state.ScanActive) return;  // The scan would wait for the preview.
-            return Print_Files(printSources(), parts_.gridTitles[static_cast<std::size_t>(list)], grid(list),
-                               list, services_.numbers, *window_);
-        case ListCommand::kDelete:
-        case ListCommand::kRecycle:
-            return List_DeleteFiles(fileOps(), *lists_->of(list), command == ListCommand::kRecycle);
-    }
-}
-
 // --- what the panes and a scan ask for
 
 void WindowForm::fitColumns(GridId list) {
@@ -132,7 +103,7 @@ void WindowForm::gridMouseMove(GridId id, Row row) {
 }
 
 void WindowForm::editLeft(BarId id, int entry) {
-    if (id == BarId::kTop && entry == kTopCountBox && !unloaded_) lists_->top.countLeft();
+    if (commandOf(id, entry) == Command::kTopCount && !unloaded_) lists_->top.countLeft();
 }
 
 }  // namespace hl

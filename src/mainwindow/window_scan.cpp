@@ -13,7 +13,7 @@
 namespace hl {
 
 namespace {
-constexpr int kStop = 3;
+constexpr int kStop = idOf(Command::kStop);
 constexpr std::uint64_t kStatusInterval = 100;  // Milliseconds between two changes of the running path.
 }  // namespace
 
@@ -138,7 +138,7 @@ void WindowForm::waitEnds() {
 // --- neighbours
 
 void WindowForm::topListTitle(const std::string& title) {
-    bars_.cbrTOP.setCaption(0, title);
+    bars_.cbrTOP.setCaption(idOf(Command::kTopTitle), title);
 }
 
 void WindowForm::reportResizeColumns() {
@@ -187,7 +187,7 @@ void WindowForm::setFirstPanel(const std::string& text) {
 void WindowForm::openRowsMenu(Point at) {
     {
         const ScopeExit over = command();
-        window_->showPopup(BarId::kMain, kPopupSelectedFolders, at);
+        window_->showPopup(BarId::kMain, idOf(Command::kMenuOfSelectedFolders), at);
     }
     readWaiting();
 }

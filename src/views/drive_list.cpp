@@ -27,8 +27,6 @@ namespace {
 constexpr const char* kModule = "frmMain";
 constexpr std::size_t kLongestLabel = 13;  // Characters.
 constexpr int kSizeColumnMargin = 32;
-constexpr int kFirstModeButton = 201;
-constexpr int kDecimalsButton = 205;
 constexpr std::uint32_t kFreeColor = 0x5B963C;
 constexpr std::uint32_t kUsedColor = 0x0000FF;
 // A full drive has 0 % free, and its bar says so; a drive that does not answer has a percent that is no
@@ -368,9 +366,6 @@ void DriveList::Drives_ChangeSizeFormat() {
         grid.setEnabled(false);
         const ScopeExit usable([&grid] { grid.setEnabled(true); });
         const NoRedraw off(grid);
-        for (std::size_t i = 0; i < kSuffixes.size(); ++i)
-            services_.cbrDrives.setChecked(kFirstModeButton + static_cast<int>(i), i == mode);
-        if (decimals == 1) services_.cbrDrives.setChecked(kDecimalsButton, true);
         for (const SizeColumn& size : kSizeColumns) {
             GridColumn& column = grid.changeColumn(size.column);
             const std::string_view picture =

@@ -103,7 +103,6 @@ class DriveListHost {
 struct DriveListServices {
     Grid& lvwDiskinfo;  ///< Made with kDriveCells; rows are added and removed by the list alone.
     const Grid& tvwPL;  ///< The folder report.
-    CommandBar& cbrDrives;
     Drives& drives;
     DriveListHost& host;
     SettingsStore& settings;

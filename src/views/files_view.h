@@ -20,9 +20,9 @@ class FilesView final : public ListView {
     void List_Files_Refresh();
 
     std::string pathOf(Row row) const override;
+    void ownCommand() override { List_Files_Refresh(); }
 
   private:
-    void ownCommand() override { List_Files_Refresh(); }
     void rowsRemoved() override;
     std::string total() const override;
     void empty();

@@ -12,9 +12,9 @@ class HardlinksView final : public ListView {
     /// Brings the names of each file together and shades them, white and grey in turn. The colours stay with
     /// their rows, whatever order comes next.
     void List_Hardlinks_ShowDups();
+    void ownCommand() override { List_Hardlinks_ShowDups(); }
 
   private:
-    void ownCommand() override { List_Hardlinks_ShowDups(); }
     void sortRows() override;
     void shadeGroups();
 };

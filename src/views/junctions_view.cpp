@@ -13,10 +13,7 @@ const ListTraits kTraits = {
     .events = "lvwJunctions_",
     .mouseUp = "lvwjunctions_MouseUp",
     .fileStat = "List_Hardlinks_ShowFileStat",
-    .fit = 317,
-    .fullView = 323,
-    .save = 324,
-    .print = 325,
+    .searchText = Command::kJunctionsSearchText,
     .hasFiles = false,
     .searched = kJunctionTarget,
 };

@@ -13,19 +13,6 @@ namespace hl {
 
 namespace {
 
-// Ids that mean the same in each of the bars.
-constexpr int kOwnCommand = 300;
-constexpr int kFirstMode = 301;
-constexpr int kModes = 4;
-constexpr int kSymbols = 305;
-constexpr int kSearchBox = 307;
-constexpr int kSearch = 308;
-constexpr int kDecimals = 309;
-constexpr int kFirstColumn = 310;
-constexpr int kDelete = 320;
-constexpr int kRecycle = 321;
-constexpr int kFont = 328;
-
 constexpr int kMargin = 32;
 
 }  // namespace
@@ -35,69 +22,21 @@ ListView::ListView(const ListTraits& traits, const ListParts& parts, Grid& grid,
 
 // --- commands
 
-void ListView::execute(int id) {
-    if (id <= 0 || bar_.find(id) == nullptr || displayCommand(id)) return;
-    const std::pair<int, ListCommand> others[] = {
-        {traits_.fullView, ListCommand::kFullView},
-        {kFont, ListCommand::kFont},
-        {traits_.save, ListCommand::kSave},
-        {traits_.print, ListCommand::kPrint},
-        {kDelete, ListCommand::kDelete},
-        {kRecycle, ListCommand::kRecycle},
-    };
-    for (const auto& [command, what] : others)
-        if (id == command) return parts_.host.listCommand(traits_.grid, what);
+void ListView::iconsSwitched() {
+    SetFileIcons(true);
+    parts_.window.autosizeColumn(traits_.grid, 0, kMargin);
 }
 
-bool ListView::displayCommand(int id) {
-    if (id == kOwnCommand) return ownCommand(), true;
-    if (id == kSearchBox || id == kSearch) return StartSearch(), true;
-    if (id == traits_.fit) return Resize_Columns(true), true;
-    if (id >= kFirstMode && id < kFirstMode + kModes) {
-        parts_.options.*traits_.sizeMode = static_cast<std::uint8_t>(id - kFirstMode);
-        return Set_SizeFormat(), true;
-    }
-    if (id == kDecimals) {
-        toggle(id, parts_.options.*traits_.decimals);
-        return Set_SizeFormat(), true;
-    }
-    if (id == kSymbols) {
-        toggle(id, parts_.options.*traits_.showIcons);
-        SetFileIcons(true);
-        return parts_.window.autosizeColumn(traits_.grid, 0, kMargin), true;
-    }
-    if (id == traits_.preview || id == traits_.split) {
-        bar_.toggle(id);
-        parts_.host.previewEntriesChanged(traits_.grid);
-        SetFileIcons(false);
-        if (id == traits_.preview) showPreview(false);
-        return true;
-    }
-    return toggleColumn(id);
-}
-
-void ListView::toggle(int id, Flag& option) {
-    bar_.toggle(id);
-    option = bar_.isChecked(id) ? 1 : 0;
-}
-
-// Column 0 is the name and always shows.
-bool ListView::toggleColumn(int id) {
-    if (traits_.columns == nullptr || id < kFirstColumn) return false;
-    const std::span<Flag> flags = traits_.columns(parts_.options);
-    const auto flag = static_cast<std::size_t>(id - kFirstColumn);
-    if (flag >= flags.size()) return false;
-    toggle(id, flags[flag]);
-    grid_.changeColumn(flag + 1).visible = flags[flag] != 0;
+void ListView::showColumn(std::size_t column, bool shows) {
+    grid_.changeColumn(column).visible = shows;
     Resize_Columns(true);
-    return true;
 }
 
 // --- search
 
 void ListView::StartSearch() {
     trapped(routine("StartSearch"), [&] {
-        const std::string part = bar_.textOf(kSearchBox);
+        const std::string part = bar_.textOf(idOf(traits_.searchText));
         if (grid_.rowCount() == 0 || part.empty()) return;
         const BusyPointer busy(parts_.scan.host);
         const std::size_t count = grid_.rowCount();
@@ -106,7 +45,7 @@ void ListView::StartSearch() {
         std::size_t hit = firstHit(part, from, count - 1);
         if (hit == count && from > 0) hit = firstHit(part, 0, from);
         if (hit != count) showHit(grid_.rowAt(hit));
-        parts_.window.focusEdit(traits_.bar, kSearchBox);
+        parts_.window.focusEdit(traits_.bar, idOf(traits_.searchText));
     });
 }
 
@@ -322,10 +261,6 @@ void ListView::Resize_Columns(bool withRedraw) {
 void ListView::Set_SizeFormat() {
     if (traits_.sizeMode == nullptr) return;
     trapped(routine("Set_SizeFormat"), [&] {
-        const int mode = parts_.options.*traits_.sizeMode;
-        for (int i = 0; i < kModes; ++i) bar_.setChecked(kFirstMode + i, i == mode);
-        // Off is the user's doing alone.
-        if (parts_.options.*traits_.decimals == 1) bar_.setChecked(kDecimals, true);
         traits_.setSizeFormat(grid_, parts_.options, parts_.scan.texts);
         parts_.window.autosizeColumn(traits_.grid, traits_.sizeColumn, kMargin);
         ShowFileStat();

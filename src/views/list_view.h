@@ -8,11 +8,11 @@
 
 #include <functional>
 #include <optional>
-#include <span>
 #include <string>
 #include <utility>
 #include <vector>
 
+#include "app/command.h"
 #include "base/size_value.h"
 #include "platform/command_bar.h"
 #include "platform/file_types.h"
@@ -22,9 +22,6 @@
 #include "scan/scan_context.h"
 
 namespace hl {
-
-/// What a list leaves to others.
-enum class ListCommand { kFullView, kFont, kSave, kPrint, kDelete, kRecycle };
 
 /// What a list asks of the rest of the main form. `list` is the list that asks.
 class ListHost {
@@ -37,15 +34,12 @@ class ListHost {
     virtual bool listShows(GridId list) = 0;
     /// The second panel of the status bar.
     virtual void setSecondPanel(const std::string& text) = 0;
-    /// The entries for the preview and its place were switched: panes and bar follow them.
-    virtual void previewEntriesChanged(GridId list) = 0;
     /// The preview shows the first selected file; with `force` also one that it has shown already.
     virtual void showPreview(GridId list, bool force) = 0;
     virtual void openFile(const std::string& path) = 0;
     virtual void ShellContextMenuFileList(GridId list, Point at) = 0;
     /// Begins the editing of the row's name in its cell.
     virtual void beginRename(GridId list, Row row) = 0;
-    virtual void listCommand(GridId list, ListCommand command) = 0;
 };
 
 /// Where a list differs from the others.
@@ -56,16 +50,11 @@ struct ListTraits {
     const char* events;   ///< of its events: "lvwFiles_".
     const char* mouseUp;  ///< In reports. Two lists have names that do not follow the rule.
     const char* fileStat;
+    Command searchText;  ///< The box of its bar in which is typed what is searched.
 
-    // Ids of its bar, 0 for none.
-    int fit, fullView, save, print;
-    int preview = 0, split = 0;
-
-    std::size_t sizeColumn = 0;  ///< 0: the list has no sizes, and none of the next three.
+    std::size_t sizeColumn = 0;  ///< 0: the list has no sizes, and none of the next two.
     std::uint8_t Options::*sizeMode = nullptr;
-    Flag Options::*decimals = nullptr;
     void (*setSizeFormat)(Grid&, const Options&, const Texts&) = nullptr;
-    std::span<Flag> (*columns)(Options&) = nullptr;  ///< Flag n is of column n + 1.
     Flag Options::*showIcons = nullptr;
     bool iconsDuringScan = false;  ///< Icons are loaded while a run lasts.
 
@@ -94,8 +83,14 @@ class ListView {
     ListView(const ListView&) = delete;
     ListView& operator=(const ListView&) = delete;
 
-    /// A command of the list's bar. Ids that the bar does not have are ignored.
-    void execute(int id);
+    // --- commands of its bar
+    /// Reads the files anew, or finds the groups of hardlinks; nothing for the other lists.
+    virtual void ownCommand() {}
+    /// The option for icons was switched.
+    void iconsSwitched();
+    void showColumn(std::size_t column, bool shows);
+    /// The preview shows the first selected file; with `force` also one that it has shown already.
+    void showPreview(bool force);
     /// Looks for the text of the bar's search box behind the current row, and from the top again.
     void StartSearch();
 
@@ -117,7 +112,7 @@ class ListView {
     void ShowFileStat();
     /// Every column as wide as what it shows.
     void Resize_Columns(bool withRedraw);
-    /// Grid, bar and status take over the list's size mode and decimals from the options.
+    /// Grid and status take over the list's size mode and decimals from the options.
     void Set_SizeFormat();
     /// To be called when rows have come or gone by other hands than the list's own.
     void rowsChanged();
@@ -135,8 +130,6 @@ class ListView {
     std::string event(const char* name) const { return std::string(traits_.events) + name; }
 
   protected:
-    /// Command 300 of the bar.
-    virtual void ownCommand() {}
     /// The status after a click on a row and after a key.
     virtual void showSelection() { ShowFileStat(); }
     /// Some rows have been removed.
@@ -148,7 +141,6 @@ class ListView {
 
     /// "%1 selected files with %2".
     std::string selectedFiles() const;
-    void showPreview(bool force);
     /// The rows are in another order: others are visible.
     void rowsSorted();
     /// The rows are others.
@@ -169,9 +161,6 @@ class ListView {
 
   private:
     bool ignoresInput() const;
-    bool displayCommand(int id);
-    bool toggleColumn(int id);
-    void toggle(int id, Flag& option);
     Row searchedFrom() const;
     std::size_t firstHit(const std::string& part, std::size_t from, std::size_t to) const;
     void showHit(Row row);

@@ -1,6 +1,7 @@
 // Sections: columns; folding; commands; what the user does.
 #include "views/report_view.h"
 
+#include "app/command.h"
 #include "base/scope_exit.h"
 #include "grid/no_redraw.h"
 #include "robustness/trap.h"
@@ -15,7 +16,7 @@ namespace hl {
 namespace {
 
 constexpr const char* kModul = "frmMain";
-constexpr int kSearchBox = 29;
+constexpr int kSearchBox = idOf(Command::kReportSearchText);
 constexpr int kUsualMargin = 96;
 constexpr int kNarrowMargin = 72;
 constexpr int kSizeMargin = 32;

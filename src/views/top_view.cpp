@@ -15,17 +15,10 @@ const ListTraits kTraits = {
     .events = "lvwTOP_",
     .mouseUp = "lvwTOP_MouseUp",
     .fileStat = "List_TOP_ShowFileStat",
-    .fit = 324,
-    .fullView = 323,
-    .save = 325,
-    .print = 326,
-    .preview = 318,
-    .split = 319,
+    .searchText = Command::kTopSearchText,
     .sizeColumn = kTopSize,
     .sizeMode = &Options::FileSizeFormatTop,
-    .decimals = &Options::SizeFormatNachkommastellenTop,
     .setSizeFormat = List_TOP_Set_SizeFormat,
-    .columns = [](Options& options) { return std::span<Flag>(options.TopColumn); },
     .showIcons = &Options::ShowIconsTop,
     .hitLoadsIcons = true,
     .keysShowStatus = true,
@@ -59,11 +52,11 @@ void TopView::countTyped(const std::string& text) {
 
 void TopView::countLeft() {
     trapped("cbrTOP_ControlNotify", [&] {
-        const auto typed = parseNumber(bar_.textOf(kTopCountBox));
-        countTyped(bar_.textOf(kTopCountBox));
-        bar_.setText(kTopCountBox, std::to_string(parts_.options.TOPmaxcount));
+        const auto typed = parseNumber(bar_.textOf(idOf(Command::kTopCount)));
+        countTyped(bar_.textOf(idOf(Command::kTopCount)));
+        bar_.setText(idOf(Command::kTopCount), std::to_string(parts_.options.TOPmaxcount));
         const bool usable = typed && *typed >= kLeastTopCount;  // Not so for NaN.
-        if (!usable) parts_.window.focusEdit(BarId::kTop, kTopCountBox);
+        if (!usable) parts_.window.focusEdit(BarId::kTop, idOf(Command::kTopCount));
     });
 }
 

@@ -5,9 +5,6 @@
 
 namespace hl {
 
-/// In cbrTOP: the box with the number of files that the list keeps.
-inline constexpr int kTopCountBox = 322;
-
 class TopView final : public ListView {
   public:
     TopView(const ListParts& parts, Grid& lvwTOP, CommandBar& cbrTOP);

@@ -71,7 +71,7 @@ TEST_F(AccessibleTest, TheBoxOfSourcesTellsWhatItIsAndWhatStandsInIt) {
     window->setSources({{"/", 0}, {"/usr", 0}}, "/usr", 1);
     Object* box = of(*window->frame().findChild<QWidget*>(QStringLiteral("cboOrdner")));
     EXPECT_EQ(box->role(), QAccessible::ComboBox);
-    EXPECT_EQ(name(box), bars.cbrMain.find(50)->tooltip);
+    EXPECT_EQ(name(box), bars.cbrMain.find(idOf(Command::kSourceBox))->tooltip);
     EXPECT_EQ(box->text(QAccessible::Value), QStringLiteral("/usr"));
     for (int i = 0; i < box->childCount(); ++i) EXPECT_EQ(box->indexOfChild(box->child(i)), i);
 }

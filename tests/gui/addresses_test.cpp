@@ -16,7 +16,7 @@ TEST_P(AddressesTest, AreOfferedInBarAndAboutBoxWithNoGapForThoseThatAreMissing)
     const Addresses& pages = GetParam();
     test::Session s(home.path(), pages);
     s.start();
-    EXPECT_EQ(s.frame().findChild<QWidget*>(QStringLiteral("cbrMain.18")) != nullptr,
+    EXPECT_EQ(s.frame().findChild<QWidget*>(test::entryName(Command::kHomepage)) != nullptr,
               !pages.homepage.empty());
     s.answers.add([&](QDialog& dialog) {
         int links = 0;
@@ -25,7 +25,7 @@ TEST_P(AddressesTest, AreOfferedInBarAndAboutBoxWithNoGapForThoseThatAreMissing)
         EXPECT_EQ(links, !pages.homepage.empty() + !pages.forum.empty() + !pages.donation.empty());
         dialog.reject();
     });
-    s.click("cbrMain.17");
+    s.click(Command::kInfo);
 }
 
 TEST_P(AddressesTest, StandSideBySideAndAreOpenedByTheirLinks) {

@@ -167,7 +167,7 @@ class Clicker {
     void due() {
         if (left_ == 0 && depth_ == 0 && !runs() && !closeOpen()) return loop_->quit();
         next();
-        if (left_ == 0 && runs()) s_.form().execute(BarId::kMain, 3);
+        if (left_ == 0 && runs()) s_.execute(Command::kStop);
         if (left_ == 0 || depth_ >= kDeepest) return void(closeOpen());
         if (runs() && pick(kPausesOfARun) > 0) return;  // Most commands wait for the end of a run.
         --left_;
@@ -233,10 +233,9 @@ class Clicker {
         const QPoint at(80, view.rowRect(index).center().y());
         QTest::mouseClick(view.viewport(), pick(3) == 0 ? Qt::RightButton : Qt::LeftButton, {}, at);
         if (pick(3) == 0) QTest::keyClick(&view, Qt::Key_F2);
-        constexpr int kDelete = 320;  // And to the trash, in the bars of lists.
-        if (pick(3) == 0) s_.form().execute(barOf(id), kDelete + pick(2));
-        constexpr int kDeleteFolders = 101;  // And to the trash.
-        if (id == GridId::kReport && pick(4) == 0) s_.form().execute(BarId::kMain, kDeleteFolders + pick(2));
+        // To the trash it follows, in the bars of lists, too.
+        if (pick(3) == 0) s_.execute(commandOf(barOf(id), idOf(Command::kFilesDelete) + pick(2)));
+        if (id == GridId::kReport && pick(4) == 0) s_.execute(Command::kDeleteFolders + pick(2));
     }
     std::string folder() {
         const std::string names[] = {"", "/" + kBytes, "/" + kLongest, "/moving/2moving", "/none", "/many"};
@@ -361,17 +360,20 @@ class ClickerTest : public WindowTest {
         test::removeChain(at("src/deep"), kChain, kLink);
     }
     void keepOpen(Session& s) const {
-        CommandBar& bar = *s.form().parts().bars[0];
-        for (const int id : {20, 35, 36, 37, 38, 39, 40}) bar.setVisible(id, false);
-        for (const int id : {206, 207}) s.form().parts().bars[2]->setVisible(id, false);  // A whole drive.
+        using enum Command;
+        for (const Command hidden :
+             {kQuit, kLanguageGerman, kLanguageEnglish, kLanguageDutch, kLanguageItalian, kLanguageSwedish,
+              kLanguageRussian, kDrivesRead, kDrivesReadAll})  // A whole drive.
+            s.form().parts().bars[static_cast<std::size_t>(barOf(hidden))]->setVisible(idOf(hidden), false);
     }
     /// What the user has switched is as it was at the start.
     static void countPlainly(Session& s) {
-        const std::pair<int, Flag> kWanted[] = {{63, s.form().options().NoHardlinks},
-                                                {65, s.form().options().AddHardlinksOnlyOnce},
-                                                {68, s.form().options().ScanHardlinks}};
-        for (const auto& [id, on] : kWanted)
-            if (on != 0) s.form().execute(BarId::kMain, id);
+        const std::pair<Command, Flag> kWanted[] = {
+            {Command::kHideLinks, s.form().options().NoHardlinks},
+            {Command::kCountHardlinksOnce, s.form().options().AddHardlinksOnlyOnce},
+            {Command::kFollowLinks, s.form().options().ScanHardlinks}};
+        for (const auto& [command, on] : kWanted)
+            if (on != 0) s.execute(command);
     }
 
     test::TempDir outside;
@@ -386,7 +388,7 @@ TEST_F(ClickerTest, TwoThousandActionsOfChanceEndInAWindowThatCountsRight) {
     constexpr int kLongRun = 1000;
     s.fileSystem.beforeBlock = [&](int block) {
         if (block % 8 == 0) s.pump().PumpMessages();
-        if (block > kLongRun) s.form().execute(BarId::kMain, 3);  // The whole drive.
+        if (block > kLongRun) s.execute(Command::kStop);  // The whole drive.
     };
     s.fileSystem.beforeFiles = [&](int) { s.pump().PumpMessages(); };
     int operations = 0;
@@ -414,7 +416,7 @@ TEST_F(ClickerTest, TwoThousandActionsOfChanceEndInAWindowThatCountsRight) {
 
     Session::settle();  // A key that still waits would stop what follows.
     countPlainly(s);
-    s.form().execute(BarId::kReport, 9);
+    s.execute(Command::kReportRemoveAll);
     EXPECT_EQ(s.grid().rowCount(), 0U);
     s.form().handOver("\"" + at("src") + "\"");
     EXPECT_EQ(s.form().state().CancelState, kCancelNone) << "stopped";
@@ -479,7 +481,7 @@ TEST_F(MomentTest, SourcesHandedOverWhileADialogIsOpenAreReadWhenItIsClosedAndIt
         EXPECT_EQ(s.grid().rowCount(), 0U);
         dialog.reject();
     });
-    s.click("cbrMain.17");
+    s.click(Command::kInfo);
     EXPECT_EQ(s.numbers("src"), "457|4|3");
 }
 
@@ -491,7 +493,7 @@ TEST_F(MomentTest, SourcesHandedOverWhileRowsAreUnfoldedAreReadAfterwards) {
         handed = s.form().state().ScanActive;
         handOver("src2");
     });
-    s.form().execute(BarId::kReport, 25);
+    s.execute(Command::kReportUnfoldAll);
     EXPECT_TRUE(handed);
     Session::settle();
     EXPECT_NE(s.row("src2"), kNoRow);
@@ -503,7 +505,7 @@ TEST_F(MomentTest, WhileTheFilesOfAFolderAreReadNothingElseBegins) {
     s.fileSystem.beforeFiles = [&](int) {
         ++pauses;
         s.clickRow("b");
-        s.form().execute(BarId::kReport, 9);
+        s.execute(Command::kReportRemoveAll);
     };
     s.clickRow("a");
     EXPECT_GE(pauses, 1);
@@ -512,20 +514,20 @@ TEST_F(MomentTest, WhileTheFilesOfAFolderAreReadNothingElseBegins) {
     EXPECT_EQ(files.text(files.rowAt(0)), "y");
     EXPECT_EQ(s.grid().text(s.grid().currentRow()), "a");
     EXPECT_TRUE(files.redraw());
-    EXPECT_TRUE(s.enabled("cbrReport.9"));
+    EXPECT_TRUE(s.enabled(Command::kReportRemoveAll));
 }
 
 TEST_F(MomentTest, ClosingWhileFilesAreReadEndsTheReadingAndThenTheWindow) {
     closeWhileFilesAreRead();
     EXPECT_TRUE(s.frame().close() && s.frame().unloaded());
-    s.form().execute(BarId::kMain, 2);
+    s.execute(Command::kStart);
     handOver("src");
     EXPECT_FALSE(s.form().state().ScanActive);
 }
 
 TEST_F(MomentTest, AStopOfAListOfFilesIsNoneForTheNextSource) {
     closeWhileFilesAreRead();
-    s.form().execute(BarId::kReport, 9);
+    s.execute(Command::kReportRemoveAll);
     handOver("src");
     EXPECT_EQ(s.numbers("src"), "457|4|3");
 }
@@ -540,20 +542,20 @@ TEST_F(MomentTest, ARunThatFailsLeavesAWindowThatWorksOnAndCanBeClosed) {
         s.answers.add([](QDialog& dialog) { test::pressIn(dialog, "Weiter"); });
         s.scan(at("src"));
         s.fileSystem.beforeBlock = nullptr;
-        EXPECT_TRUE(s.enabled("cbrMain.2"));
+        EXPECT_TRUE(s.enabled(Command::kStart));
         std::string text;
         s.answers.add([&](QDialog& dialog) {
             for (const QLabel* label : dialog.findChildren<QLabel*>()) text += label->text().toStdString();
             test::pressIn(dialog, "OK");
         });
-        s.form().execute(BarId::kReport, 5);
+        s.execute(Command::kReportSave);
         EXPECT_NE(text.find("darum wird nichts gespeichert"), std::string::npos) << text;
-        s.form().execute(BarId::kReport, 9);
+        s.execute(Command::kReportRemoveAll);
         handOver("src");
         EXPECT_EQ(s.numbers("src"), "457|4|3");
     }
     s.answers.add([](QDialog& dialog) { test::pressIn(dialog, "Abbrechen"); });
-    s.form().execute(BarId::kReport, 5);
+    s.execute(Command::kReportSave);
     EXPECT_TRUE(s.frame().close());
     ASSERT_EQ(s.reports.size(), 2U);
     EXPECT_NE(std::exchange(s.reports, {})[1].find("provoked"), std::string::npos);

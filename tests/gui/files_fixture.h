@@ -38,14 +38,14 @@ class FilesTest : public ListsTest {
         box->setText(name);
         s().key(*box, Qt::Key_Return);
     }
-    void deleteInList(int command = 320) {
+    void deleteInList(Command command = Command::kFilesDelete) {
         answer("Ja");
-        session_->press(kFileList, command);
+        session_->click(command);
     }
     /// Of these sources, in their order; those that are gone have no row.
     void expectNumbersOfAFreshScan(const Names& sources = {}) {
         const Names now = facts(s());
-        s().form().execute(BarId::kReport, 25);
+        s().execute(Command::kReportUnfoldAll);
         const std::string rows = s().rows();
         Session fresh(home.path());
         fresh.start();
@@ -53,7 +53,7 @@ class FilesTest : public ListsTest {
             if (fs::exists(source)) fresh.scan(source);
         fresh.scan(at("src"));
         EXPECT_EQ(now, facts(fresh));
-        fresh.form().execute(BarId::kReport, 25);
+        fresh.execute(Command::kReportUnfoldAll);
         if (!sources.empty()) {
             EXPECT_EQ(rows, fresh.rows());
         }

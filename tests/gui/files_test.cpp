@@ -10,7 +10,7 @@ TEST_F(FilesTest, ListsDeleteAfterAQuestionWhoseAnswerIsNoUnlessYesIsChosen) {
     GridView& list = startWithList();
     selectFirst(list, 2);
     s().answers.add([](QDialog& dialog) { QTest::keyClick(&dialog, Qt::Key_Return); });
-    session_->press(kFileList, 320);
+    session_->click(Command::kFilesDelete);
     EXPECT_EQ(ListSession::names(list), (Names{"a.txt", "b.txt", "c.txt"}));
     EXPECT_TRUE(there("src/a.txt"));
 
@@ -28,7 +28,7 @@ TEST_F(FilesTest, TheReportBesideTheListStaysFittedWhenAFileIsDeleted) {
     folder(deep + "/17");
     for (const char* name : {"/x", "/y"}) file(deep + name, 5);
     start();
-    s().click("cbrReport.25");
+    s().click(Command::kReportUnfoldAll);
     s().clickRow("16");
     GridView& list = s().window().grid(GridId::kFiles);
     ListSession::clickOn(list, 1);
@@ -45,7 +45,7 @@ TEST_F(FilesTest, AFileThatStaysIsToldAndTheNextOneGoes) {
     std::string text;
     answer("Ja");
     answer("OK", &text);
-    session_->press(kFileList, 320);
+    session_->click(Command::kFilesDelete);
     EXPECT_NE(text.find("Beim Löschen der Datei '" + at("src/b.txt")), std::string::npos) << text;
     EXPECT_FALSE(there("src/a.txt") || there("src/c.txt"));
     EXPECT_NE(protocol().find(at("src/b.txt")), std::string::npos);
@@ -54,7 +54,7 @@ TEST_F(FilesTest, AFileThatStaysIsToldAndTheNextOneGoes) {
 TEST_F(FilesTest, RecycledFilesLieInTheTrash) {
     GridView& list = startWithList();
     ListSession::clickOn(list, 0);
-    deleteInList(321);
+    deleteInList(Command::kFilesRecycle);
     EXPECT_FALSE(there("src/a.txt"));
     EXPECT_NE(protocol().find("PAPIERKORB: " + at("src/a.txt")), std::string::npos);
     EXPECT_EQ(fs::file_size(s().trash() + "/files/a.txt"), 100u);
@@ -62,7 +62,7 @@ TEST_F(FilesTest, RecycledFilesLieInTheTrash) {
 
 TEST_F(FilesTest, SelectedFoldersGoParentAndChildTogether) {
     start();
-    s().click("cbrReport.25");
+    s().click(Command::kReportUnfoldAll);
     s().clickRow("deep");
     const Row sub = s().row("sub");
     QTest::mouseClick(s().view().viewport(), Qt::LeftButton, Qt::ControlModifier, centerOf(s().view(), sub));
@@ -80,7 +80,7 @@ TEST_F(FilesTest, SelectedFoldersGoParentAndChildTogether) {
 
 TEST_F(FilesTest, ASourceHandedOverWhileAMenuIsOpenWaitsAndSelectsNothingThatIsDeleted) {
     start();
-    s().click("cbrReport.25");
+    s().click(Command::kReportUnfoldAll);
     s().clickRow("deep");
     const Row sub = s().row("sub");
     QTest::mouseClick(s().view().viewport(), Qt::LeftButton, Qt::ControlModifier, centerOf(s().view(), sub));
@@ -93,7 +93,7 @@ TEST_F(FilesTest, ASourceHandedOverWhileAMenuIsOpenWaitsAndSelectsNothingThatIsD
 
 TEST_F(FilesTest, WhatIsTakenOutOfTheSelectionStaysAndTheRestIsTold) {
     start();
-    s().click("cbrReport.25");
+    s().click(Command::kReportUnfoldAll);
     const auto toggle = [&](const char* name) {
         QTest::mouseClick(s().view().viewport(), Qt::LeftButton, Qt::ControlModifier,
                           centerOf(s().view(), s().row(name)));
@@ -106,7 +106,7 @@ TEST_F(FilesTest, WhatIsTakenOutOfTheSelectionStaysAndTheRestIsTold) {
     EXPECT_EQ(s().grid().currentRow(), s().row("other"));
     EXPECT_EQ(s().status(), at("src/other/"));
     EXPECT_EQ(s().form().state().currentFolder, at("src/other/"));
-    s().form().execute(BarId::kMain, 101);
+    s().execute(Command::kDeleteFolders);
     EXPECT_TRUE(there("src/sub/deep") && !there("src/other"));
 
     // By key, from row to row: what Ctrl passes over is not selected, and Space takes out.
@@ -128,7 +128,7 @@ TEST_F(FilesTest, WhatIsTakenOutOfTheSelectionStaysAndTheRestIsTold) {
 
 TEST_F(FilesTest, WhatHasVanishedHasNoMenuAndTheStatusSaysWhy) {
     start();
-    s().click("cbrReport.25");
+    s().click(Command::kReportUnfoldAll);
     fs::remove_all(at("src/sub"));
     const auto waited = [&](const std::string& path) {
         EXPECT_EQ(QApplication::activePopupWidget(), nullptr);
@@ -151,31 +151,31 @@ TEST_F(FilesTest, StopEndsBetweenTwoRowsAndNothingElseBeginsMeanwhile) {
         ++operations;
         watch.stillAt("/some/where", false);
         EXPECT_EQ(s().status(), "Wird gelöscht: /some/where");
-        EXPECT_TRUE(!s().enabled("cbrMain.2") && s().enabled("cbrMain.3"));
+        EXPECT_TRUE(!s().enabled(Command::kStart) && s().enabled(Command::kStop));
         s().clickTitle(0);
-        session_->press(kFileList, 320);
+        session_->click(Command::kFilesDelete);
         s().form().handOver(at("src/other"));
-        s().click("cbrMain.3");
+        s().click(Command::kStop);
     };
     deleteInList();
     s().operations().before = [](OperationWatch&) {};
 
     EXPECT_EQ(operations, 1);
     EXPECT_TRUE(there("src/a.txt") && there("src/b.txt") && !there("src/c.txt"));
-    EXPECT_TRUE(s().enabled("cbrMain.2"));
+    EXPECT_TRUE(s().enabled(Command::kStart));
 }
 
 TEST_F(FilesTest, StopEndsWithinAFolderWhoseRestIsReadAndTold) {
     for (int i = 0; i < 20'000; ++i) file("src/sub/deep/" + std::to_string(i), 0);
     start();
-    s().click("cbrReport.25");
+    s().click(Command::kReportUnfoldAll);
     s().clickRow("deep");
     s().operations().before = [&](OperationWatch&) {
-        QTimer::singleShot(0, &s().frame(), [&] { s().click("cbrMain.3"); });
+        QTimer::singleShot(0, &s().frame(), [&] { s().click(Command::kStop); });
     };
     std::string text;
     answer("OK", &text);
-    s().form().execute(BarId::kMain, 101);
+    s().execute(Command::kDeleteFolders);
     EXPECT_TRUE(there("src/sub/deep"));
     EXPECT_NE(text.find("'" + at("src/sub/deep") + "' wurde angehalten"), std::string::npos) << text;
     const auto left = std::distance(fs::directory_iterator(at("src/sub/deep")), fs::directory_iterator());
@@ -201,7 +201,7 @@ TEST_F(FilesTest, EscapeHeldDownInABoxEndsTheBoxAndNoDeleting) {
 
 TEST_F(FilesTest, TheMenuOfAFolderDeletesItAndTheNumbersFollow) {
     start();
-    s().click("cbrReport.25");
+    s().click(Command::kReportUnfoldAll);
     MenuAnswer menu("Ordner löschen");
     rightClick(s().view(), s().row("deep"));
     EXPECT_FALSE(there("src/sub/deep"));
@@ -219,7 +219,7 @@ TEST_F(FilesTest, AFolderThatHoldsTheHomeStaysAndTheUserIsToldWhy) {
     s().scan(fs::path(s().userHome()).parent_path().string());
     std::string text;
     answer("OK", &text);
-    s().form().execute(BarId::kMain, 101);
+    s().execute(Command::kDeleteFolders);
     EXPECT_NE(text.find("enthält Ihren persönlichen Ordner"), std::string::npos) << text;
     EXPECT_TRUE(fs::exists(s().userHome()));
 }
@@ -235,22 +235,22 @@ TEST_F(FilesTest, NothingIsChangedWhereTheSourceIsAnotherFolderThanTheOneThatWas
         act();
         EXPECT_NE(text.find("ist jetzt ein anderer Ordner"), text.npos) << what << text;
     };
-    for (const int command : {101, 102}) {
+    for (const Command command : {Command::kDeleteFolders, Command::kRecycleFolders}) {
         s().clickRow("sub");
-        expectTold("report", [&] { s().form().execute(BarId::kMain, command); });
+        expectTold("report", [&] { s().execute(command); });
     }
     s().clickRow("src");
-    for (const int command : {320, 321}) {
+    for (const Command command : {Command::kFilesDelete, Command::kFilesRecycle}) {
         ListSession::clickOn(list, 0);
         answer("Ja");
-        expectTold("list", [&] { session_->press(kFileList, command); });
+        expectTold("list", [&] { session_->click(command); });
     }
     expectTold("name", [&] { rename(list, "new.txt"); });
     for (const char* path : {"a.txt", "sub/d.txt", "sub/deep/e.txt"})
         EXPECT_TRUE(there(std::string("precious/") + path) && there(std::string("gone/") + path)) << path;
     s().scan(at("src"));
     s().clickRow("sub");
-    s().form().execute(BarId::kMain, 101);
+    s().execute(Command::kDeleteFolders);
     EXPECT_FALSE(there("precious/sub")) << "read again it is what the user sees";
 }
 
@@ -271,7 +271,7 @@ TEST_F(FilesTest, F2RenamesInTheCell) {
     EXPECT_NE(text.find("No such file"), std::string::npos) << text;
     EXPECT_EQ(ListSession::names(list)[0], "new ü.txt");
 
-    s().click("cbrMain.33");
+    s().click(Command::kShowReport);
     s().clickRow("sub");
     rename(s().view(), QStringLiteral("bus"));
     EXPECT_TRUE(there("src/bus/deep/e.txt"));
@@ -311,9 +311,9 @@ TEST_F(FilesTest, TheFolderThatIsListedIsReadAgainWhicheverRowIsCurrent) {
     file("src/sub/deep/f.txt", 7);
     for (const char* folder : {"sub", "deep"}) {
         start();
-        s().click("cbrReport.25");
+        s().click(Command::kReportUnfoldAll);
         session_->open(kFileList);
-        s().click("cbrMain.33");
+        s().click(Command::kShowReport);
         s().clickRow(folder);
         s().clickTitle(0);
         GridView& list = s().window().grid(GridId::kFiles);

@@ -32,14 +32,14 @@ TEST_F(GoneTest, WhateverGoesNumbersAndListsAreThoseOfAFreshScan) {
         const MenuAnswer answer(command);
         rightClick(s().view(), s().row(row));
     };
-    const auto inList = [&](const ListInfo& info, const Names& names, int command = 320) {
+    const auto inList = [&](const ListInfo& info, const Names& names, Command command) {
         GridView& list = session_->open(info);
         Grid& grid = *s().form().parts().grids[static_cast<std::size_t>(info.id)];
         grid.selectNone();
         for (Row row = grid.firstRoot(); row != kNoRow; row = grid.nextSibling(row))
             if (std::ranges::count(names, grid.text(row)) > 0) grid.setSelected(row, true);
         answer("Ja");
-        session_->press(info, command);
+        session_->click(command);
         for (const std::string& name : ListSession::names(list))
             EXPECT_EQ(std::ranges::count(names, name), 0);
     };
@@ -57,29 +57,29 @@ TEST_F(GoneTest, WhateverGoesNumbersAndListsAreThoseOfAFreshScan) {
              s().clickRow("deep");
              QTest::mouseClick(s().view().viewport(), Qt::LeftButton, Qt::ControlModifier,
                                centerOf(s().view(), s().row("lone")));
-             s().form().execute(BarId::kMain, 101);
+             s().execute(Command::kDeleteFolders);
          },
          {"sub/deep", "sub/lone"}},
         {"a source within", [&] { menu("sub", "Ordner löschen"); }, {"sub"}},
         {"files",
          [&] {
-             inList(kFileList, {"a.txt", "c.txt"});
+             inList(kFileList, {"a.txt", "c.txt"}, Command::kFilesDelete);
          },
          {"a.txt", "c.txt"}},
-        {"recycled files", [&] { inList(kFileList, {"c.txt"}, 321); }, {"c.txt"}},
+        {"recycled files", [&] { inList(kFileList, {"c.txt"}, Command::kFilesRecycle); }, {"c.txt"}},
         {"all files",
          [&] {
-             inList(kFileList, {"a.txt", "b.txt", "c.txt"});
+             inList(kFileList, {"a.txt", "b.txt", "c.txt"}, Command::kFilesDelete);
          },
          {"a.txt", "b.txt", "c.txt"}},
         {"largest",
          [&] {
-             inList(kTopList, {"e.txt", "f.txt"});
+             inList(kTopList, {"e.txt", "f.txt"}, Command::kTopDelete);
          },
          {"sub/deep/e.txt", "sub/lone/f.txt"}},
         {"hard links",
          [&] {
-             inList(kHardlinkList, {"e.txt", "c again"});
+             inList(kHardlinkList, {"e.txt", "c again"}, Command::kHardlinksDelete);
          },
          {"sub/deep/e.txt", "sub/c again"}},
     };
@@ -92,7 +92,7 @@ TEST_F(GoneTest, WhateverGoesNumbersAndListsAreThoseOfAFreshScan) {
             const Names others = {at("src/sub"), fs::path(s().trash()).parent_path()};
             s().scan(others[1]);
             s().scan(at("src"));
-            s().click("cbrReport.25");
+            s().click(Command::kReportUnfoldAll);
             act();
             for (const std::string& path : gone) EXPECT_FALSE(there("src/" + path)) << path;
             expectNumbersOfAFreshScan(others);
@@ -105,7 +105,7 @@ TEST_F(GoneTest, WhateverGoesNumbersAndListsAreThoseOfAFreshScan) {
 TEST_F(GoneTest, ALinkToAFolderThatWentIsAFileAndNoJunction) {
     fs::create_directory_symlink("../sub", at("src/other/link"));
     start();
-    s().click("cbrReport.25");
+    s().click(Command::kReportUnfoldAll);
     {
         const MenuAnswer menu("Ordner löschen");
         rightClick(s().view(), s().row("sub"));
@@ -119,7 +119,7 @@ TEST_F(GoneTest, ALinkToAFolderThatWentIsAFileAndNoJunction) {
 
 TEST_F(GoneTest, WhatIsLeftOfAFolderIsReadAgainAndToldOnce) {
     start();
-    s().click("cbrReport.25");
+    s().click(Command::kReportUnfoldAll);
     s().clickRow("deep");
     for (const char* row : {"sub", "other"})
         QTest::mouseClick(s().view().viewport(), Qt::LeftButton, Qt::ControlModifier,
@@ -130,7 +130,7 @@ TEST_F(GoneTest, WhatIsLeftOfAFolderIsReadAgainAndToldOnce) {
     };
     std::string text;
     answer("OK", &text);
-    s().form().execute(BarId::kMain, 101);
+    s().execute(Command::kDeleteFolders);
     for (const char* folder : {"src/sub", "src/sub/deep"}) {
         const std::string line = "Beim Löschen des Ordners '" + at(folder) + "'";
         EXPECT_NE(text.find(line), std::string::npos) << text;
@@ -144,15 +144,15 @@ TEST_F(GoneTest, WhatIsLeftOfAFolderIsReadAgainAndToldOnce) {
 
 TEST_F(GoneTest, WhatShowsADeletedFolderGoesOnWithTheFolderAboveIt) {
     start();
-    s().click("cbrReport.25");
+    s().click(Command::kReportUnfoldAll);
     s().clickRow("deep");
-    s().form().execute(BarId::kMain, 102);
+    s().execute(Command::kRecycleFolders);
     EXPECT_EQ(s().grid().currentRow(), s().row("sub"));
     EXPECT_EQ(s().grid().selectedRows(), std::vector<Row>{s().row("sub")});
     EXPECT_EQ(s().status(), at("src/sub/"));
     EXPECT_EQ(ListSession::names(s().window().grid(GridId::kFiles)), Names{"d.txt"});
     s().clickRow("src");
-    s().form().execute(BarId::kMain, 101);
+    s().execute(Command::kDeleteFolders);
     EXPECT_EQ(s().grid().rowCount(), 0u);
     EXPECT_EQ(s().status(), "");
     EXPECT_EQ(ListSession::names(s().window().grid(GridId::kFiles)), Names());

@@ -162,10 +162,12 @@ TEST_F(KeyboardTest, EveryAcceleratorPressesItsCommandFromWhereverTheFocusIs) {
         for (const BarEntry& entry : bar->entries())
             if (entry.key != 0 && entry.enabled) keys[entry.key] = command(*bar, entry);
     EXPECT_GT(keys.size(), 12U);
-    bars.cbrReport.setText(29, "a");  // A search with no text leads to its box instead.
-    QWidget* const places[] = {&window->grid(GridId::kReport), &window->grid(GridId::kDrives),
-                               window->frame().findChild<QWidget*>(QStringLiteral("cboOrdner")),
-                               window->frame().findChild<QWidget*>(QStringLiteral("cbrReport.29"))};
+    bars.cbrReport.setText(idOf(Command::kReportSearchText),
+                           "a");  // A search with no text leads to its box instead.
+    QWidget* const places[] = {
+        &window->grid(GridId::kReport), &window->grid(GridId::kDrives),
+        window->frame().findChild<QWidget*>(QStringLiteral("cboOrdner")),
+        window->frame().findChild<QWidget*>(test::entryName(Command::kReportSearchText))};
     for (QWidget* place : places) {
         ASSERT_NE(place, nullptr);
         for (const auto& [code, executed] : keys) {
@@ -180,12 +182,12 @@ TEST_F(KeyboardTest, EveryAcceleratorPressesItsCommandFromWhereverTheFocusIs) {
 
 TEST_F(KeyboardTest, ASearchWithNoTextLeadsToItsBox) {
     show();
-    for (const auto& [from, box] :
-         {std::pair{GridId::kDrives, "cbrReport.29"}, std::pair{GridId::kFiles, "cbrFiles.307"}}) {
+    for (const auto& [from, box] : {std::pair{GridId::kDrives, Command::kReportSearchText},
+                                    std::pair{GridId::kFiles, Command::kFilesSearchText}}) {
         window->focusGrid(from);
         events.told.clear();
         key(Qt::Key_F, Qt::ControlModifier);
-        EXPECT_EQ(nameOf(QApplication::focusWidget()), box);
+        EXPECT_EQ(nameOf(QApplication::focusWidget()), test::entryName(box).toStdString());
         EXPECT_EQ(events.told, std::vector<std::string>{});
     }
 }

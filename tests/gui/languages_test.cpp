@@ -129,20 +129,20 @@ class LanguagesTest : public test::WindowTest, public testing::WithParamInterfac
 };
 
 TEST_P(LanguagesTest, NoDialogCutsATextOff) {
-    lookAt("frmOptionen", 6, [&] { s.click("cbrMain.14"); });
-    lookAt("frmInfo", 10, [&] { s.click("cbrMain.17"); });
+    lookAt("frmOptionen", 6, [&] { s.click(Command::kOptions); });
+    lookAt("frmInfo", 10, [&] { s.click(Command::kInfo); });
     s.scan(at("src"));
-    lookAt("frmSave", 15, [&] { s.click("cbrReport.5"); });
-    lookAt("frmPrint", 12, [&] { s.click("cbrReport.6"); });
+    lookAt("frmSave", 15, [&] { s.click(Command::kReportSave); });
+    lookAt("frmPrint", 12, [&] { s.click(Command::kReportPrint); });
     s.clickRow("a");
-    lookAt("frmSaveFiles", 6, [&] { s.click("cbrFiles.324"); });
-    lookAt("printPreview", 8, [&] { s.click("cbrFiles.325"); });
-    lookAt("", 3, [&] { s.click("cbrDrives.208"); });
+    lookAt("frmSaveFiles", 6, [&] { s.click(Command::kFilesSave); });
+    lookAt("printPreview", 8, [&] { s.click(Command::kFilesPrint); });
+    lookAt("", 3, [&] { s.click(Command::kDrivesAdd); });
     auto& files = s.window().grid(GridId::kFiles);
     files.sync();
     const QPoint first(20, files.rowRect(0).center().y());
     QTest::mouseClick(files.viewport(), Qt::LeftButton, {}, first);
-    lookAt("", 3, [&] { s.click("cbrFiles.320"); });
+    lookAt("", 3, [&] { s.click(Command::kFilesDelete); });
     s.desktop.programs = {{"editor.desktop", "Editor"}};
     s.desktop.result = OpenResult::kNoProgram;
     lookAt("frmOpenWith", 4, [&] { test::doubleClick(files.viewport(), first); });
@@ -162,19 +162,20 @@ TEST_P(LanguagesTest, TheTextsAboutTheProgramNeedNoScrollingAndTheToolkitIsToldT
         }
         dialog.reject();
     });
-    s.click("cbrMain.17");
+    s.click(Command::kInfo);
 }
 
 TEST_P(LanguagesTest, NoBarCutsACaptionOff) {
     for (const char* shown : {"icons ", "captions "}) {
         for (const int width : {1400, 700}) {
             s.frame().resize(width, 900);
-            for (const char* list : {"cbrMain.306", "cbrMain.307", "cbrMain.308", "cbrMain.309"}) {
+            for (const Command list :
+                 {Command::kShowFiles, Command::kShowTop, Command::kShowHardlinks, Command::kShowJunctions}) {
                 s.click(list);
                 checkBars(shown + std::to_string(width) + " ");
             }
         }
-        s.click("cbrMain.34");
+        s.click(Command::kIconText);
     }
     EXPECT_EQ(seen.size(), kBarCount);
 }

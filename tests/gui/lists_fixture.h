@@ -47,13 +47,21 @@ class MenuAnswer {
 
 struct ListInfo {
     GridId id;
-    const char* bar;
-    int panel, fullView, save;  // Entries of the main bar, and of its own.
+    Command panel, fullView, save, searchText;
+    Command icons = Command::kNone, columns = Command::kNone;  // The first of the columns.
 };
-inline constexpr ListInfo kFileList = {GridId::kFiles, "cbrFiles", 306, 323, 324},
-                          kTopList = {GridId::kTop, "cbrTOP", 307, 323, 325},
-                          kHardlinkList = {GridId::kHardlinks, "cbrHardlinks", 308, 327, 324},
-                          kJunctionList = {GridId::kJunctions, "cbrJunctions", 309, 323, 324};
+inline constexpr ListInfo
+    kFileList = {GridId::kFiles,           Command::kShowFiles,       Command::kFilesFullView,
+                 Command::kFilesSave,      Command::kFilesSearchText, Command::kFilesIcons,
+                 Command::kFilesSizeColumn},
+    kTopList = {GridId::kTop,           Command::kShowTop,       Command::kTopFullView,
+                Command::kTopSave,      Command::kTopSearchText, Command::kTopIcons,
+                Command::kTopSizeColumn},
+    kHardlinkList = {GridId::kHardlinks,         Command::kShowHardlinks,       Command::kHardlinksFullView,
+                     Command::kHardlinksSave,    Command::kHardlinksSearchText, Command::kHardlinksIcons,
+                     Command::kHardlinksIdColumn},
+    kJunctionList = {GridId::kJunctions, Command::kShowJunctions, Command::kJunctionsFullView,
+                     Command::kJunctionsSave, Command::kJunctionsSearchText};
 inline constexpr ListInfo kAll[] = {kFileList, kTopList, kHardlinkList, kJunctionList};
 inline constexpr ListInfo kWithFiles[] = {kFileList, kTopList, kHardlinkList};
 
@@ -73,23 +81,14 @@ class ListSession : public Session {
         frame().resize(1400, 900);
         settle();
     }
-    static std::string entryOf(const ListInfo& list, int entry) {
-        return std::string(list.bar) + "." + std::to_string(entry);
-    }
-    void press(const ListInfo& list, int entry) { click(entryOf(list, entry).c_str()); }
     /// Shows it, and nothing beside it.
     GridView& open(const ListInfo& list) {
-        if (!window().grid(list.id).isVisible()) click(("cbrMain." + std::to_string(list.panel)).c_str());
-        press(list, list.fullView);
+        if (!window().grid(list.id).isVisible()) click(list.panel);
+        click(list.fullView);
         EXPECT_EQ(panes(), window().grid(list.id).objectName().toStdString());
         return window().grid(list.id);
     }
-    void typeIn(const ListInfo& list, int entry, const std::string& text, Qt::Key end = Qt::Key_Return) {
-        type(entryOf(list, entry).c_str(), text, end);
-    }
-    QLineEdit& edit(const ListInfo& list, int entry) {
-        return *frame().findChild<QLineEdit*>(QString::fromStdString(entryOf(list, entry)));
-    }
+    QLineEdit& edit(Command box) { return *frame().findChild<QLineEdit*>(entryName(box)); }
     std::string secondPanel() {
         return frame().findChild<QWidget*>(QStringLiteral("panel2"))->accessibleName().toStdString();
     }
@@ -129,7 +128,7 @@ class ListSession : public Session {
             pressIn(dialog, "OK");
         });
         answers.add([&](QDialog& dialog) { choosePath(dialog, target); });
-        press(list, list.save);
+        click(list.save);
         return contentOf(target);
     }
 };

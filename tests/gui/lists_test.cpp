@@ -19,9 +19,9 @@ TEST_F(ListsTest, ATitleClickSortsAndTurnsTheOrderButOneThatEndsADragDoesNot) {
         const Names before = s.names(view);
         const QPoint border = s.title(view, 0) + QPoint((view.columnWidth(0) - 1) / 2, 0);
         dragBorder(view, border, {30});
-        EXPECT_EQ(s.names(view), before) << list.bar;
+        EXPECT_EQ(s.names(view), before) << static_cast<int>(list.id);
         s.clickTitleOf(view, 0);
-        EXPECT_EQ(s.names(view), Names(before.rbegin(), before.rend())) << list.bar;
+        EXPECT_EQ(s.names(view), Names(before.rbegin(), before.rend())) << static_cast<int>(list.id);
     }
 }
 
@@ -39,11 +39,12 @@ TEST_F(ListsTest, ASearchGoesOnBehindTheCurrentRowWrapsAroundAndKeepsTheFocusInI
         GridView& view = s.open(c.list);
         s.sortByName(view);
         s.clickOn(view, 0);
-        s.typeIn(c.list, 307, c.part);
+        s.type(c.list.searchText, c.part, Qt::Key_Return);
         for (const std::size_t hit : c.hits) {
-            EXPECT_EQ(view.grid().indexOf(view.grid().currentRow()), hit) << c.list.bar << " " << c.part;
-            EXPECT_TRUE(s.edit(c.list, 307).hasFocus());
-            s.press(c.list, 308);
+            EXPECT_EQ(view.grid().indexOf(view.grid().currentRow()), hit)
+                << static_cast<int>(c.list.id) << " " << c.part;
+            EXPECT_TRUE(s.edit(c.list.searchText).hasFocus());
+            s.click(c.list.searchText + 1);
         }
     }
 }
@@ -65,9 +66,10 @@ TEST_F(ListsTest, OnlyRowsThatShowGetTheirIcons) {
                 const bool has = view.grid().picture(view.grid().rowAt(i)) != 0;
                 count += has ? 1 : 0;
                 const RowRange shown = *view.visibleRange();
-                EXPECT_TRUE(has || most == 0 || i < shown.first || i > shown.last) << list.bar << when;
+                EXPECT_TRUE(has || most == 0 || i < shown.first || i > shown.last)
+                    << static_cast<int>(list.id) << when;
             }
-            EXPECT_LE(count, most) << list.bar << when;
+            EXPECT_LE(count, most) << static_cast<int>(list.id) << when;
         };
         expectIcons(rows + 1, " at first");
         QWheelEvent wheel({20, 20}, view.viewport()->mapToGlobal(QPoint(20, 20)), {}, {0, -120 * 2}, {}, {},
@@ -79,8 +81,40 @@ TEST_F(ListsTest, OnlyRowsThatShowGetTheirIcons) {
         expectIcons(2 * rows + 20, " at the end");
         s.clickTitleOf(view, 0);
         expectIcons(3 * rows + 20, " after a sort");
-        s.press(list, 305);
+        s.click(list.icons);
         expectIcons(0, " switched off");
+    }
+}
+
+TEST_F(ListsTest, AUnitIsChosenAndAColumnSwitchedByItsCommand) {
+    folder("src");
+    ListSession s(home.path(), at("src"));
+    for (const Command bytes : {Command::kReportBytes, Command::kDrivesBytes, Command::kFilesBytes,
+                                Command::kTopBytes, Command::kHardlinksBytes}) {
+        const auto id = static_cast<std::size_t>(barOf(bytes));
+        const CommandBar& bar = *s.form().parts().bars[id];
+        const Grid& grid = *s.form().parts().grids[id - 1];
+        for (const int chosen : {2, 0, 3, 1}) {
+            s.execute(bytes + chosen);
+            for (int each = 0; each < 4; ++each)
+                EXPECT_EQ(bar.isChecked(idOf(bytes + each)), each == chosen) << bar.name() << each;
+            const std::string suffix = std::array{"", "K", "M", "G"}[static_cast<std::size_t>(chosen)];
+            EXPECT_EQ(
+                std::ranges::count(grid.columns(), (bar.id() == BarId::kDrives ? "Gsize" : "size") + suffix,
+                                   &GridColumn::key),
+                1)
+                << bar.name() << chosen;
+        }
+    }
+    for (const ListInfo& list : kWithFiles) {
+        const std::vector<GridColumn>& columns = s.open(list).grid().columns();
+        for (std::size_t column = 1; column + 1 < columns.size(); ++column) {
+            const bool was = columns[column].visible;
+            for (const bool now : {!was, was}) {
+                s.execute(list.columns + static_cast<int>(column - 1));
+                EXPECT_EQ(columns[column].visible, now) << column;
+            }
+        }
     }
 }
 
@@ -107,9 +141,9 @@ TEST_F(ListsTest, TheStatusTellsTheListAndWhatIsSelected) {
         QTest::mouseClick(view.viewport(), Qt::LeftButton, {}, {20, view.viewport()->height() - 3});
         EXPECT_EQ(s.secondPanel(), whole[i]);
     }
-    s.press(kJunctionList, kJunctionList.fullView);
-    s.click("cbrMain.306");
-    s.form().execute(BarId::kReport, 7);
+    s.click(kJunctionList.fullView);
+    s.click(Command::kShowFiles);
+    s.execute(Command::kReportRemove);
     s.settle();
     EXPECT_EQ(s.secondPanel(), "") << "no folder is listed";
 }
@@ -121,11 +155,11 @@ TEST_F(ListsTest, TheBoxOfTheLengthTurnsWhatIsNoneIntoOneAndKeepsTheFocusThen) {
     const char* const cases[][2] = {{"abc", "100"}, {"3", "5"}, {"30", "30"}};
     for (const auto& [typed, kept] : cases)
         for (const bool mouse : {false, true}) {
-            s.typeIn(kTopList, 322, typed, mouse ? Qt::Key_Home : Qt::Key_Tab);
+            s.type(Command::kTopCount, typed, mouse ? Qt::Key_Home : Qt::Key_Tab);
             if (mouse) QTest::mouseClick(view.viewport(), Qt::LeftButton, {}, {9, 9});
             s.settle();
-            EXPECT_EQ(s.edit(kTopList, 322).text().toStdString(), kept) << typed;
-            EXPECT_EQ(s.edit(kTopList, 322).hasFocus(), std::string(typed) != kept) << typed << mouse;
+            EXPECT_EQ(s.edit(Command::kTopCount).text().toStdString(), kept) << typed;
+            EXPECT_EQ(s.edit(Command::kTopCount).hasFocus(), std::string(typed) != kept) << typed << mouse;
         }
 }
 
@@ -138,10 +172,10 @@ TEST_F(ListsTest, TheLengthOfTheListFollowsOneRuleInSettingsBoxAndAtTheEnd) {
         ListSession s(home.path());
         s.start();
         s.open(kTopList);
-        const QLineEdit& box = s.edit(kTopList, 322);
+        const QLineEdit& box = s.edit(Command::kTopCount);
         EXPECT_EQ(box.text().toStdString(), count) << text;
         EXPECT_EQ(box.width(), 50);
-        s.typeIn(kTopList, 322, text, Qt::Key_Home);
+        s.type(Command::kTopCount, text, Qt::Key_Home);
         EXPECT_EQ(box.text().toStdString(), text) << "nobody types into what is being typed";
         EXPECT_EQ(std::to_string(s.form().options().TOPmaxcount), count) << text;
         s.frame().close();

@@ -26,7 +26,7 @@ TEST_F(ListsTest, FilesFollowTheSelectedFolderAndAreReadAgainOnlyWhenAsked) {
     file("src/a/new", 1);
     s.clickRow("a");
     EXPECT_EQ(s.names(view), Names{"y"});
-    s.click("cbrFiles.300");
+    s.click(Command::kFilesRefresh);
     EXPECT_EQ(s.names(view), (Names{"y", "new"}));
 }
 
@@ -68,7 +68,7 @@ TEST_F(ListsTest, TheLargestFilesAreThoseOfASortedListingOfTheLastSource) {
     s.start();
     const Grid& grid = s.open(kTopList).grid();
     for (const std::size_t wanted : {5U, 1000U}) {
-        s.typeIn(kTopList, 322, std::to_string(wanted), Qt::Key_End);
+        s.type(Command::kTopCount, std::to_string(wanted), Qt::Key_End);
         s.form().handOver("\"" + at("src2") + "\" \"" + at("src") + "\"");
         s.settle();
         ASSERT_EQ(grid.rowCount(), wanted);
@@ -106,7 +106,7 @@ TEST_F(ListsTest, HardlinksAreThoseOfTheInodesAndAnalyseStandsThemTogetherAndSha
     options("ScanHardlinks=1\r\n");
     ListSession s(home.path(), at("many"));
     GridView& view = s.open(kHardlinkList);
-    s.press(kHardlinkList, 300);
+    s.click(Command::kHardlinksAnalyze);
     const Grid& grid = view.grid();
     for (std::size_t i = 0; i < grid.rowCount(); ++i) {
         const Row row = grid.rowAt(i);
@@ -169,9 +169,10 @@ TEST_F(ListsTest, EachListIsSavedInBothFormatsWithTheColumnsThatShow) {
         {kJunctionList, "\"Junction\";\"Zielordner\"", at("src/link") + "\t.."}};
     for (const auto& [list, titles, line] : cases) {
         s.open(list);
-        if (list.id != GridId::kJunctions) s.press(list, 311);
-        const std::string text = s.saved(list, Qt::Key_T, at(list.bar + std::string(".txt")));
-        const std::string csv = s.saved(list, Qt::Key_C, at(list.bar + std::string(".csv")));
+        if (list.id != GridId::kJunctions) s.click(list.columns + 1);
+        const std::string text =
+            s.saved(list, Qt::Key_T, at("t" + std::to_string(idOf(list.panel)) + ".txt"));
+        const std::string csv = s.saved(list, Qt::Key_C, at("c" + std::to_string(idOf(list.panel)) + ".csv"));
         EXPECT_NE(text.find(line), std::string::npos) << text;
         EXPECT_EQ(csv.find(titles), 0U) << csv;
         EXPECT_NE(csv.find("\r\n\"" + replaceAll(line, "\t", "\";\"") + "\""), std::string::npos) << csv;

@@ -17,7 +17,7 @@ class MainWindowTest : public WindowTest {
     /// The window with src read, the report alone in it.
     void startWithReport() {
         s.start();
-        s.click("cbrReport.323");
+        s.click(Command::kReportFullView);
         s.scan(at("src"));
     }
     Session s{home.path()};
@@ -31,20 +31,20 @@ TEST_F(MainWindowTest, FoldersOfTheFirstLevelAppearWhileTheScanRuns) {
         s.painted.clear();
         EXPECT_TRUE(QTest::qWaitFor([&] { return s.painted.size() == s.grid().rowCount(); }));
         shown = s.painted.size();
-        EXPECT_TRUE(s.enabled("cbrMain.3"));
-        for (const char* entry : {"cbrMain.2", "cbrReport.4", "cbrDrives.200"})
+        EXPECT_TRUE(s.enabled(Command::kStop));
+        for (const Command entry : {Command::kStart, Command::kReportRescan, Command::kDrivesRefresh})
             EXPECT_FALSE(s.enabled(entry)) << entry;
         EXPECT_EQ(s.status().substr(0, at("src").size()), at("src"));
     };
     startWithReport();
     EXPECT_EQ(shown, 14U);
-    EXPECT_TRUE(!s.enabled("cbrMain.3") && s.enabled("cbrMain.2"));
+    EXPECT_TRUE(!s.enabled(Command::kStop) && s.enabled(Command::kStart));
 }
 
 TEST_F(MainWindowTest, StopInTheMiddleKeepsWhatWasRead) {
     folders(20);
     s.fileSystem.beforeBlock = [&](int block) {
-        if (block == 12) s.click("cbrMain.3");
+        if (block == 12) s.click(Command::kStop);
     };
     startWithReport();
     int read = 0;
@@ -61,20 +61,20 @@ TEST_F(MainWindowTest, ClosingDuringARunOnlyCancelsItAndTheNextCloseGoesThrough)
     s.fileSystem.beforeBlock = [&](int block) { EXPECT_FALSE(block == 3 && s.frame().close()); };
     startWithReport();
     EXPECT_LT(s.grid().number(s.row("src"), kFiles), 20);
-    EXPECT_TRUE(s.enabled("cbrMain.2") && s.frame().close() && s.frame().unloaded());
+    EXPECT_TRUE(s.enabled(Command::kStart) && s.frame().close() && s.frame().unloaded());
 }
 
 TEST_F(MainWindowTest, AReportIsUnfoldedSortedAndSearched) {
     smallTree();
     startWithReport();
-    s.click("cbrReport.25");
+    s.click(Command::kReportUnfoldAll);
     EXPECT_EQ(s.rows(), "src a aa Dateien b Dateien");
-    s.click("cbrReport.100");
+    s.click(Command::kReportUnfold1);
     s.clickTitle(1);
     EXPECT_EQ(s.rows(), "src Dateien b a");
-    s.type("cbrReport.29", "AA", Qt::Key_Return);
+    s.type(Command::kReportSearchText, "AA", Qt::Key_Return);
     EXPECT_EQ(s.rows(), "src Dateien b a Dateien aa");
-    s.click("cbrReport.11");
+    s.click(Command::kReportKilobytes);
     EXPECT_EQ(s.numbers("src").substr(0, 5), "0,45|");
 }
 
@@ -95,12 +95,12 @@ TEST_F(MainWindowTest, WhatAFoldHidesIsNoLongerSelectedAndTheWindowTellsOfTheFol
     const std::tuple<std::function<void()>, const char*, const char*> folds[] = {
         {[&] { branch("a"); }, "a", "y"},
         {[&] { key(Qt::Key_Up, Qt::ControlModifier), key(Qt::Key_Minus); }, "a", "y"},
-        {[&] { s.click("cbrReport.24"); }, "", "w"},
-        {[&] { s.click("cbrReport.100"); }, "a", "y"},
+        {[&] { s.click(Command::kReportFoldAll); }, "", "w"},
+        {[&] { s.click(Command::kReportUnfold1); }, "a", "y"},
     };
     const Grid& files = s.window().grid(GridId::kFiles).grid();
     for (const auto& [fold, folder, file] : folds) {
-        s.click("cbrReport.25");
+        s.click(Command::kReportUnfoldAll);
         s.clickRow("aa");
         ASSERT_EQ(files.text(files.firstRoot()), "x");
         fold();
@@ -120,13 +120,13 @@ TEST_F(MainWindowTest, ThePaneOfTheReportIsAsWideAsItsColumnsAndTheBarThatShows)
         folders(rows == 200 ? 100 : 0);
         s.clickRow("src");
         s.key(s.view(), Qt::Key_F5);
-        s.click("cbrReport.25");
-        s.click("cbrReport.26");
+        s.click(Command::kReportUnfoldAll);
+        s.click(Command::kReportFit);
         ASSERT_EQ(s.view().verticalScrollBar()->isVisible(), rows == 200);
         for (int i = 0; i < 3; ++i) {
-            s.click("cbrReport.22");
+            s.click(Command::kReportFilesColumn);
             EXPECT_EQ(s.view().viewport()->width(), s.view().horizontalHeader()->length()) << rows << i;
-            s.click("cbrReport.26");
+            s.click(Command::kReportFit);
         }
     }
 }
@@ -145,9 +145,9 @@ TEST_F(MainWindowTest, AChosenFontIsBoldAndItalicInTheNextSessionToo) {
         fonts.setCurrentFont(font);
         fonts.accept();
     });
-    s.click("cbrReport.328");
+    s.click(Command::kReportFont);
     EXPECT_TRUE(s.view().font().bold() && s.view().font().italic() == font.italic());
-    s.click("cbrMain.32");  // A larger one.
+    s.click(Command::kLargerFont);  // A larger one.
     s.frame().close();
     Session next(home.path());
     next.start();
@@ -162,7 +162,7 @@ TEST_F(MainWindowTest, WithNoProgramForTheLogTheWindowAsksForOne) {
     s.start();
     QString asked;
     s.answers.add([&](QDialog& dialog) { asked = dialog.objectName(), dialog.reject(); });
-    s.click("cbrMain.16");
+    s.click(Command::kLog);
     EXPECT_EQ(asked, QStringLiteral("frmOpenWith"));
 }
 
@@ -184,7 +184,7 @@ TEST_F(MainWindowTest, ARescanLeavesTheColumnsFitted) {
     folder(name);
     test::makeFile(at(name + "/x"), 12'345'678'901);
     startWithReport();
-    s.click("cbrReport.25");
+    s.click(Command::kReportUnfoldAll);
     s.expectFitted();
     s.clickRow("a");
     s.key(s.view(), Qt::Key_F5);
@@ -196,7 +196,7 @@ TEST_F(MainWindowTest, ARescanOfALinkToAFolderAboveFindsThatItIsOneAgain) {
     smallTree();
     std::filesystem::create_directory_symlink("..", at("src/a/up"));
     startWithReport();
-    s.click("cbrReport.25");
+    s.click(Command::kReportUnfoldAll);
     const auto look = [&] {
         return s.rows() + "|" + s.numbers("src") + "|" + std::string(s.grid().rowNote(s.row("up"))) + "|" +
                std::to_string(s.grid().picture(s.row("up")));

@@ -52,7 +52,7 @@ TEST_F(OnScreenStart, AWindowThatDoesNotBecomeTheActiveOneReadsItsSourcesOnce) {
     s.onThere = [&] { s.frame().setAttribute(Qt::WA_ShowWithoutActivating); };
     s.form().state().SourceQueue.push_back(at("src"));
     s.show();
-    EXPECT_TRUE(QTest::qWaitFor([&] { return s.grid().rowCount() > 0 && s.enabled("cbrMain.2"); }));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return s.grid().rowCount() > 0 && s.enabled(Command::kStart); }));
     EXPECT_FALSE(s.frame().isActiveWindow());
     s.frame().activateWindow();
     EXPECT_TRUE(QTest::qWaitForWindowActive(&s.frame()));

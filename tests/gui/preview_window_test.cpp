@@ -18,7 +18,7 @@ TEST_F(ListsTest, ThePreviewFollowsTheSelectionAndGoesWithIt) {
     s.scan(at("src"));
     GridView& list = s.open(kFileList);
     s.sortByName(list);
-    s.press(kFileList, 318);
+    s.click(Command::kFilesPreview);
     auto* area = dynamic_cast<PreviewArea*>(s.frame().findChild<QWidget*>(QStringLiteral("preview")));
     ASSERT_TRUE(area != nullptr && area->isVisible());
     const auto shown = [&] {

@@ -337,12 +337,12 @@ TEST_F(WindowPrints, TheReportAsIsAskedForAndAListAtOnce) {
             EXPECT_EQ(job.grid->columns()[i].visible, s.grid().columns()[i].visible) << i;
         dialog.accept();
     };
-    s.click("cbrReport.22");
+    s.click(Command::kReportFilesColumn);
     s.answers.add([](QDialog& dialog) {
         test::pressIn(dialog, "Alle Ordnerebenen");
         test::pressIn(dialog, "OK");
     });
-    for (const char* entry : {"cbrReport.6", "cbrFiles.325"}) {
+    for (const Command entry : {Command::kReportPrint, Command::kFilesPrint}) {
         s.clickRow("a");
         s.answers.add(look);
         s.click(entry);

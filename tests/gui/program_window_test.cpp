@@ -72,8 +72,9 @@ int wholeSession() {
             for (QWidget* each : QApplication::topLevelWidgets())
                 if (each->objectName() == QLatin1String("frmMain")) frame = each;
             if (frame == nullptr || !QTest::qWaitForWindowActive(frame)) return QApplication::exit();
-            for (const char* entry : {"cbrMain.1", "cbrMain.2", "cbrMain.328", "cbrReport.5", "cbrMain.20"})
-                clickEntry(*frame, QLatin1String(entry));
+            for (const Command entry : {Command::kNewSource, Command::kStart, Command::kFontOfAll,
+                                        Command::kReportSave, Command::kQuit})
+                clickEntry(*frame, entryName(entry));
         });
     };
     if (!showWindow(logic)) return 2;

@@ -18,7 +18,7 @@ class SilentDisk : public FilesTest {
         session_->form().parts().preview.tools = &tools;
         session_->start();
         GridView& list = s().window().grid(GridId::kFiles);
-        if (!list.isVisible()) s().click("cbrMain.306");
+        if (!list.isVisible()) s().click(Command::kShowFiles);
         s().scan(at("mount"));
         session_->sortByName(list);
         return list;
@@ -44,8 +44,8 @@ class SilentDisk : public FilesTest {
     }
     std::function<void()> stop() {
         return [this] {
-            EXPECT_TRUE(s().enabled("cbrMain.3") && !s().enabled("cbrMain.2"));
-            s().click("cbrMain.3");
+            EXPECT_TRUE(s().enabled(Command::kStop) && !s().enabled(Command::kStart));
+            s().click(Command::kStop);
         };
     }
     void answerAgain() const {
@@ -75,7 +75,7 @@ TEST_F(SilentDisk, StopEndsMenusNamesListsAndDeleting) {
     answer("Ja");
     answer("OK", &text);
     expectEnds(
-        "files", [&] { session_->press(kFileList, 320); }, stop());
+        "files", [&] { session_->click(Command::kFilesDelete); }, stop());
     EXPECT_NE(text.find("Der Datenträger von '" + at("mount/b.txt") + "' antwortet nicht"), text.npos)
         << text;
     answerAgain();
@@ -85,7 +85,7 @@ TEST_F(SilentDisk, StopEndsMenusNamesListsAndDeleting) {
     s().clickRow("sub");
     answer("OK");
     expectEnds(
-        "folder", [&] { s().form().execute(BarId::kMain, 101); }, stop());
+        "folder", [&] { s().execute(Command::kDeleteFolders); }, stop());
     answerAgain();
     EXPECT_NE(s().row("sub"), kNoRow);
     // What the disk has in hand it may do: one file of the second command.
@@ -96,7 +96,7 @@ TEST_F(SilentDisk, StopEndsMenusNamesListsAndDeleting) {
 TEST_F(SilentDisk, ThePreviewWaitsWithoutKeepingTheUserFromAnotherRow) {
     if (!mount.missing().empty()) GTEST_SKIP() << mount.missing();
     GridView& list = open();
-    session_->press(kFileList, 318);
+    session_->click(Command::kFilesPreview);
     auto* area = dynamic_cast<PreviewArea*>(s().frame().findChild<QWidget*>(QStringLiteral("preview")));
     const auto shows = [&](const std::string& text) {
         return QTest::qWaitFor([&] {
@@ -110,7 +110,7 @@ TEST_F(SilentDisk, ThePreviewWaitsWithoutKeepingTheUserFromAnotherRow) {
     mount.stopAnswering();
     ListSession::clickOn(list, 1);
     EXPECT_TRUE(shows("Der Datenträger antwortet noch nicht ...")) << "and the window is not locked:";
-    EXPECT_TRUE(s().enabled("cbrMain.2"));
+    EXPECT_TRUE(s().enabled(Command::kStart));
     ListSession::clickOn(list, 2);
     mount.answerAgain();
     EXPECT_TRUE(shows("c"));
@@ -146,7 +146,7 @@ TEST_F(SilentDisk, AScanSaysWhatItWaitsForAndStopEndsIt) {
     tick.start(50);
     s().scan(at("mount/sub"));
     EXPECT_TRUE(sinceStop.isValid() && sinceStop.elapsed() < 1000) << sinceStop.elapsed();
-    EXPECT_TRUE(s().enabled("cbrMain.2"));
+    EXPECT_TRUE(s().enabled(Command::kStart));
 }
 
 TEST_F(SilentDisk, TheStartKeepsASavedSourceThatCannotBeAskedFor) {
@@ -158,7 +158,7 @@ TEST_F(SilentDisk, TheStartKeepsASavedSourceThatCannotBeAskedFor) {
     time.start();
     session_->start();
     auto* sources = s().frame().findChild<QComboBox*>(QStringLiteral("cboOrdner"));
-    EXPECT_TRUE(QTest::qWaitFor([&] { return s().enabled("cbrMain.2"); }));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return s().enabled(Command::kStart); }));
     EXPECT_LT(time.elapsed(), 4000);
     EXPECT_GE(sources->findText(QString::fromStdString(at("mount/sub"))), 0);
 }

@@ -176,11 +176,11 @@ TEST_F(SourcesTest, RemovingAllOfThemClearsThePreviewOfAFileThatAListStillHas) {
     LinuxPreviewTools tools(std::filesystem::path(HARBORLANTERN_PROGRAM).parent_path().string(), "", at(""));
     s.form().parts().preview.tools = &tools;
     s.scan(at("src"));
-    for (const char* entry : {"cbrMain.307", "cbrTOP.318"}) s.click(entry);
+    for (const Command entry : {Command::kShowTop, Command::kTopPreview}) s.click(entry);
     ListSession::clickOn(s.window().grid(GridId::kTop), 0);
     auto& area = dynamic_cast<PreviewArea&>(*s.frame().findChild<QWidget*>(QStringLiteral("preview")));
     EXPECT_NE(dynamic_cast<TextView*>(area.viewer()), nullptr);
-    s.click("cbrReport.9");
+    s.click(Command::kReportRemoveAll);
     EXPECT_EQ(area.viewer(), nullptr);
     EXPECT_EQ(s.window().grid(GridId::kTop).grid().rowCount(), 1U)
         << "what the list has can still be looked at";

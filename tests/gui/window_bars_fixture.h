@@ -7,6 +7,7 @@
 #include <QTest>
 #include <algorithm>
 
+#include "gui/entry_name.h"
 #include "gui/recording_events.h"
 #include "mainwindow/bars.h"
 #include "mainwindow/panes.h"
@@ -23,8 +24,8 @@ class WindowBars : public testing::Test, private PaneHost {
     WindowBars() {
         initAllBars(bars, {texts.texts, options, texts.diagnostics});
         for (CommandBar* bar : bars.all()) bar->setAllEnabled(true);
-        for (const int panel : {kPanelReport, kPanelDrives, kPanelFiles})
-            bars.cbrMain.setChecked(panel, true);
+        for (const Command panel : {Command::kShowReport, Command::kShowDrives, Command::kShowFiles})
+            bars.cbrMain.setChecked(idOf(panel), true);
         panes = std::make_unique<Panes>(
             PaneParts{bars.all(), report, options, state, kPosixPaths, status, *this, texts.diagnostics});
         fillParts();

@@ -59,12 +59,13 @@ TEST_F(WindowFilesTest, ARestartForAnotherLanguageKeepsSourcesBarsPanesAndPlace)
         s.start();
         s.scan(at("src"));
         s.scan(at("src2"));
-        for (const char* entry : {"cbrReport.22", "cbrReport.11", "cbrMain.21", "cbrMain.308", "cbrMain.34"})
+        for (const Command entry : {Command::kReportFilesColumn, Command::kReportKilobytes,
+                                    Command::kShowDrives, Command::kShowHardlinks, Command::kIconText})
             s.click(entry);
         s.frame().setGeometry(30, 40, 700, 650);
         Session::settle();
         place = qRect(s.window().normalGeometry());
-        s.click("cbrMain.36");
+        s.click(Command::kLanguageEnglish);
         EXPECT_TRUE(s.form().restartPending() && s.frame().unloaded());
     }
     const std::string bars = contentOf(toolbars());
@@ -77,7 +78,7 @@ TEST_F(WindowFilesTest, ARestartForAnotherLanguageKeepsSourcesBarsPanesAndPlace)
     EXPECT_EQ(s.panes(), "tvwPL lvwHardlinks");
     EXPECT_EQ(s.view().shownColumns(), (std::vector<std::size_t>{0, 1, 2, 4}));
     EXPECT_EQ(s.grid().columns()[1].title, "Size (KB)");
-    EXPECT_TRUE(s.frame().findChild<QAbstractButton*>(QStringLiteral("cbrMain.34"))->isChecked());
+    EXPECT_TRUE(s.frame().findChild<QAbstractButton*>(test::entryName(Command::kIconText))->isChecked());
     EXPECT_EQ(qRect(s.window().normalGeometry()), place);
     s.frame().close();
     EXPECT_EQ(contentOf(toolbars()), bars);
@@ -99,7 +100,7 @@ TEST_F(WindowFilesTest, GarbageInItsFilesKeepsNoWindowFromOpening) {
     Session s(home.path());
     s.start();
     EXPECT_EQ(s.reports.size(), 0U);
-    EXPECT_TRUE(s.frame().isVisible() && s.enabled("cbrMain.2"));
+    EXPECT_TRUE(s.frame().isVisible() && s.enabled(Command::kStart));
 }
 
 TEST_F(WindowFilesTest, ASettingThatMakesNoSenseIsReportedAndTheWindowOpens) {
@@ -116,7 +117,7 @@ TEST_F(WindowFilesTest, ASettingThatMakesNoSenseIsReportedAndTheWindowOpens) {
         s.start();
         EXPECT_TRUE(shown) << settings;
         EXPECT_EQ(s.reports.size(), 1U);
-        EXPECT_TRUE(s.enabled("cbrMain.2"));
+        EXPECT_TRUE(s.enabled(Command::kStart));
     }
 }
 
@@ -135,10 +136,10 @@ TEST_F(WindowFilesTest, ASettingThatMakesNoSenseIsReportedAndCostsNoOther) {
         });
         s.start();
         EXPECT_EQ(s.reports.size(), 1U);
-        EXPECT_TRUE(s.enabled("cbrMain.2"));
+        EXPECT_TRUE(s.enabled(Command::kStart));
         const double shown = s.view().gridFont().points;
         EXPECT_GE(shown, 6);
-        if (larger) s.click("cbrMain.32");
+        if (larger) s.click(Command::kLargerFont);
         EXPECT_EQ(s.view().gridFont().points, shown + (larger ? 1 : 0));
         s.frame().close();
         EXPECT_EQ(option("FileSizeFormat") + option("FontName") + option("ToplistVisible") +

@@ -19,6 +19,7 @@
 
 #include "app/log.h"
 #include "app/settings.h"
+#include "gui/entry_name.h"
 #include "gui/gestures.h"
 #include "mainwindow/program_errors.h"
 #include "mainwindow/window_form.h"
@@ -196,7 +197,7 @@ inline void choosePath(QDialog& dialog, const std::string& path) {
     QTest::keyClick(edit, Qt::Key_Return);
 }
 
-/// Clicks an entry by its bar and id, "cbrReport.24", in the bar or in a list of it.
+/// Clicks an entry by its bar and id, Command::kReportFoldAll, in the bar or in a list of it.
 inline void clickEntry(QWidget& frame, const QString& name) {
     auto* widget = frame.findChild<QWidget*>(name);
     if (widget != nullptr && widget->isVisible())
@@ -352,23 +353,26 @@ class Session : public Logic {
     }
 
     // --- what the user does
-    void click(const char* entry) {
-        clickEntry(frame(), QLatin1String(entry));
+    void click(Command command) {
+        clickEntry(frame(), entryName(command));
         settle();
     }
+    /// Without a click, whether its entry shows or not.
+    void execute(Command command) { form().execute(barOf(command), idOf(command)); }
     void key(QWidget& on, Qt::Key key) {
         QTest::keyClick(&on, key);
         settle();
     }
-    void type(const char* edit, const std::string& text, Qt::Key end) {
-        auto* widget = frame().findChild<QWidget*>(QLatin1String(edit));
+    void type(Command box, const std::string& text, Qt::Key end) { type(entryName(box), text, end); }
+    void type(const QString& edit, const std::string& text, Qt::Key end) {
+        auto* widget = frame().findChild<QWidget*>(edit);
         ASSERT_NE(widget, nullptr);
         widget->setFocus();
         QTest::keyClick(widget, Qt::Key_A, Qt::ControlModifier);
         QTest::keyClicks(widget, QString::fromStdString(text));
         key(*widget, end);
     }
-    void scan(const std::string& folder) { type("cboOrdner", folder, Qt::Key_Return); }
+    void scan(const std::string& folder) { type(QStringLiteral("cboOrdner"), folder, Qt::Key_Return); }
     /// In the title row, where the column shows.
     static QPoint title(GridView& view, int column) {
         const QHeaderView& header = *view.horizontalHeader();
@@ -393,7 +397,7 @@ class Session : public Logic {
     }
 
     // --- what the user sees
-    bool enabled(const char* entry) { return frame().findChild<QWidget*>(QLatin1String(entry))->isEnabled(); }
+    bool enabled(Command command) { return frame().findChild<QWidget*>(entryName(command))->isEnabled(); }
     std::string status() {
         return frame().findChild<QWidget*>(QStringLiteral("panel1"))->accessibleName().toStdString();
     }
@@ -425,7 +429,7 @@ class Session : public Logic {
     /// The columns are as wide as the command that fits them makes them.
     void expectFitted() {
         const std::vector<double> found = widths();
-        click("cbrReport.26");
+        click(Command::kReportFit);
         EXPECT_EQ(found, widths());
     }
     /// The grids that show.

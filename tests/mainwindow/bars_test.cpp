@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "mainwindow/bar_options.h"
+#include "mainwindow/command_table.h"
 #include "support/test_texts.h"
 
 namespace hl {
@@ -58,44 +59,51 @@ TEST_F(EnglishBarsTest, EverythingHasANameForThoseWhoCannotSeeIt) {
     build();
     forEach([](const CommandBar& bar, const BarEntry& entry) {
         const std::string where = bar.name() + " " + std::to_string(entry.id);
-        const bool popup = bar.id() == BarId::kMain && entry.id == kPopupSelectedFolders;
+        const bool popup = bar.id() == BarId::kMain && entry.id == idOf(Command::kMenuOfSelectedFolders);
         EXPECT_EQ(entry.tooltip.empty(), popup) << where;
         EXPECT_EQ((entry.caption + entry.tooltip).find('%'), std::string::npos) << where;
     });
-    EXPECT_EQ(bars.cbrMain.find(1)->caption, "New");
-    EXPECT_EQ(bars.cbrReport.find(103)->caption, "Expand 4 folder levels");
-    EXPECT_TRUE(bars.cbrMain.isChecked(36)) << "the language in use";
-    EXPECT_FALSE(bars.cbrMain.isChecked(35));
-    EXPECT_TRUE(!bars.cbrMain.find(3)->enabled && bars.cbrMain.isChecked(33)) << "nothing to stop yet";
+    EXPECT_EQ(bars.cbrMain.find(idOf(Command::kNewSource))->caption, "New");
+    EXPECT_EQ(bars.cbrReport.find(idOf(Command::kReportUnfold4))->caption, "Expand 4 folder levels");
+    EXPECT_TRUE(bars.cbrMain.isChecked(idOf(Command::kLanguageEnglish))) << "the language in use";
+    EXPECT_FALSE(bars.cbrMain.isChecked(idOf(Command::kLanguageGerman)));
+    EXPECT_TRUE(!bars.cbrMain.find(idOf(Command::kStop))->enabled &&
+                bars.cbrMain.isChecked(idOf(Command::kShowReport)))
+        << "nothing to stop yet";
 }
 
 TEST_F(BarsTest, AnEntryThatIsCheckedComesBackCheckedAndNoOther) {
     build();
-    const auto checkedIn = [](const Bars& shown) {
+    std::vector<Command> kept;
+    for (const CommandBar* bar : bars.all())
+        for (const CommandRow& row : commandsOf(bar->id()))
+            if (row.kept.field != nullptr && row.kept.use != KeptOption::Use::kChooses)
+                kept.push_back(row.command);
+    EXPECT_EQ(kept.size(), 57U);
+    const auto checkedIn = [&](const Bars& shown) {
         std::size_t count = 0;
-        for (const CheckedOption& one : checkedOptions()) count += shown.of(one.bar).isChecked(one.id);
+        for (const Command one : kept) count += shown.of(barOf(one)).isChecked(idOf(one));
         return count;
     };
-    for (const CheckedOption& one : checkedOptions()) bars.of(one.bar).setChecked(one.id, false);
-    for (const CheckedOption& one : checkedOptions()) {
-        ASSERT_NE(bars.of(one.bar).find(one.id), nullptr) << one.id;
-        bars.of(one.bar).setChecked(one.id, true);
+    for (const Command one : kept) bars.of(barOf(one)).setChecked(idOf(one), false);
+    for (const Command one : kept) {
+        bars.of(barOf(one)).setChecked(idOf(one), true);
         Options loaded;
         barsToOptions(bars, loaded);
         Bars next;
         initAllBars(next, {texts.texts, loaded, texts.diagnostics});
-        EXPECT_TRUE(next.of(one.bar).isChecked(one.id)) << one.id;
-        EXPECT_EQ(checkedIn(next), 1U) << one.id;
-        bars.of(one.bar).setChecked(one.id, false);
+        EXPECT_TRUE(next.of(barOf(one)).isChecked(idOf(one))) << static_cast<int>(one);
+        EXPECT_EQ(checkedIn(next), 1U) << static_cast<int>(one);
+        bars.of(barOf(one)).setChecked(idOf(one), false);
     }
 }
 
 TEST_F(BarsTest, IconSizeAndTextGoToAllBarsAndBack) {
     build();
     for (const bool on : {true, false}) {
-        bars.cbrMain.setChecked(27, on);
+        bars.cbrMain.setChecked(idOf(Command::kLargeIcons), on);
         Change_ToolbarIconSize(bars, texts.diagnostics);
-        bars.cbrMain.setChecked(34, !on);
+        bars.cbrMain.setChecked(idOf(Command::kIconText), !on);
         Change_Toolbar_IconText(bars, texts.diagnostics);
         for (const CommandBar* bar : bars.all()) {
             EXPECT_EQ(bar->largeIcons(), on) << bar->name();

@@ -4,32 +4,30 @@
 
 #include <algorithm>
 
-#include "robustness/fakes.h"
+#include "mainwindow/bars.h"
 #include "scan/records.h"
+#include "support/test_texts.h"
 
 namespace hl {
 namespace {
 
-constexpr int kPanels[] = {21, 33, 306, 307, 308, 309};
-using Checked = std::set<int>;
+using enum Command;
+constexpr Command kPanels[] = {kShowReport, kShowDrives,    kShowFiles,
+                               kShowTop,    kShowHardlinks, kShowJunctions};
+using Checked = std::set<Command>;
 
 // The form around the panes, and a window that lays them out whenever they change.
-class Panel : public testing::Test, protected PaneHost, protected test::FakeDiagnostics {
+class Panel : public testing::Test, protected PaneHost {
   protected:
     Panel() {
-        for (std::size_t i = 0; i < kBarCount; ++i) {
-            own[i] = std::make_unique<CommandBar>(static_cast<BarId>(i), "");
+        initAllBars(bars, {texts.texts, options, texts.diagnostics});
+        for (std::size_t i = 0; i < kBarCount; ++i)
             barHeights[static_cast<BarId>(i)] = 20 + static_cast<int>(i);
-        }
-        for (const int id : kPanels) own[0]->add({.id = id});
-        for (const BarId list : {BarId::kFiles, BarId::kTop, BarId::kHardlinks, BarId::kJunctions})
-            for (const int id : {318, 319, 322, 323}) bar(list).add({.id = id});
-        std::ranges::transform(own, bars.begin(), [](const auto& one) { return one.get(); });
         panes = std::make_unique<Panes>(
-            PaneParts{bars, tvwPL, options, state, kPosixPaths, status, *this, diagnostics});
+            PaneParts{bars.all(), tvwPL, options, state, kPosixPaths, status, *this, texts.diagnostics});
         for (cSplitter* one : panes->all()) one->changed = [this] { layOut(); };
     }
-    ~Panel() override { EXPECT_TRUE(sink.shown.empty()) << sink.shown.front(); }
+    ~Panel() override { EXPECT_TRUE(texts.sink.shown.empty()) << texts.sink.shown.front(); }
 
     void show(int width, int height) {
         form = {0, 0, width, height};
@@ -66,15 +64,15 @@ class Panel : public testing::Test, protected PaneHost, protected test::FakeDiag
     Rect of(BarId one) const { return of(PaneRef::Kind::kBar, static_cast<int>(one)); }
     bool previewShows() const { return of(PaneRef::Kind::kPreview, 0).width > 0; }
 
-    CommandBar& bar(BarId id) { return *own[static_cast<std::size_t>(id)]; }
+    CommandBar& bar(BarId id) { return bars.of(id); }
     cSplitter& splitter(SplitterId id) { return panes->splitter(id); }
     void check(const Checked& on) {
-        for (const int id : kPanels) own[0]->setChecked(id, on.contains(id));
+        for (const Command panel : kPanels) bars.cbrMain.setChecked(idOf(panel), on.contains(panel));
     }
     Checked checked() const {
         Checked on;
-        for (const int id : kPanels)
-            if (own[0]->isChecked(id)) on.insert(id);
+        for (const Command panel : kPanels)
+            if (bars.cbrMain.isChecked(idOf(panel))) on.insert(panel);
         return on;
     }
     void change(const Checked& on) {
@@ -105,8 +103,8 @@ class Panel : public testing::Test, protected PaneHost, protected test::FakeDiag
         asked.push_back(what + std::to_string(static_cast<int>(grid)));
     }
 
-    std::array<std::unique_ptr<CommandBar>, kBarCount> own;
-    std::array<CommandBar*, kBarCount> bars{};
+    test::TestTexts texts;
+    Bars bars;
     std::map<BarId, int> barHeights;
     std::function<void(BarId)> inBarHeight;
     Grid tvwPL{kFolderCells};
@@ -120,24 +118,24 @@ class Panel : public testing::Test, protected PaneHost, protected test::FakeDiag
 };
 
 TEST_F(Panel, ClickKeepsTheLastOneAndOneListAtMost) {
-    const std::tuple<Checked, int, Checked> cases[] = {
-        {{33}, 33, {33}},
-        {{33, 306}, 306, {33}},
-        {{33, 306}, 33, {306}},
-        {{306}, 309, {309}},
-        {{21, 33, 308}, 307, {21, 33, 307}},
-        {{306, 307, 309}, 308, {308}},
-        {{21, 33, 306}, 21, {33, 306}},
-        {{33, 306, 307}, 307, {33, 306}},
-        {{33, 306}, 27, {33, 306}},  // No panel's entry.
+    const std::tuple<Checked, Command, Checked> cases[] = {
+        {{kShowReport}, kShowReport, {kShowReport}},
+        {{kShowReport, kShowFiles}, kShowFiles, {kShowReport}},
+        {{kShowReport, kShowFiles}, kShowReport, {kShowFiles}},
+        {{kShowFiles}, kShowJunctions, {kShowJunctions}},
+        {{kShowDrives, kShowReport, kShowHardlinks}, kShowTop, {kShowDrives, kShowReport, kShowTop}},
+        {{kShowFiles, kShowTop, kShowJunctions}, kShowHardlinks, {kShowHardlinks}},
+        {{kShowDrives, kShowReport, kShowFiles}, kShowDrives, {kShowReport, kShowFiles}},
+        {{kShowReport, kShowFiles, kShowTop}, kShowTop, {kShowReport, kShowFiles}},
+        {{kShowReport, kShowFiles}, kLargeIcons, {kShowReport, kShowFiles}},  // No panel's entry.
     };
     show(800, 500);
     for (const auto& [before, click, after] : cases) {
         change(before);
         panes->PanelToggle(click);
-        EXPECT_EQ(checked(), after) << click;
-        const bool listFlipped = click > 33 && after != before;
-        EXPECT_EQ(times("preview"), listFlipped ? 1 : 0) << click;
+        EXPECT_EQ(checked(), after) << idOf(click);
+        const bool listFlipped = click > kShowReport && after != before;  // Lists have the highest numbers.
+        EXPECT_EQ(times("preview"), listFlipped ? 1 : 0) << idOf(click);
     }
 }
 
@@ -146,12 +144,12 @@ TEST_F(Panel, SetShowsWhatIsCheckedAndTheOptionsSayIt) {
                                  GridId::kTop,    GridId::kHardlinks, GridId::kJunctions};
     using Shown = std::set<GridId>;
     const std::pair<Checked, Shown> cases[] = {
-        {{33, 21, 306}, {GridId::kReport, GridId::kDrives, GridId::kFiles}},
-        {{33}, {GridId::kReport}},
-        {{33, 309}, {GridId::kReport, GridId::kJunctions}},
-        {{21}, {GridId::kDrives}},
-        {{308}, {GridId::kHardlinks}},
-        {{21, 307, 308, 309}, {GridId::kDrives, GridId::kTop}},
+        {{kShowReport, kShowDrives, kShowFiles}, {GridId::kReport, GridId::kDrives, GridId::kFiles}},
+        {{kShowReport}, {GridId::kReport}},
+        {{kShowReport, kShowJunctions}, {GridId::kReport, GridId::kJunctions}},
+        {{kShowDrives}, {GridId::kDrives}},
+        {{kShowHardlinks}, {GridId::kHardlinks}},
+        {{kShowDrives, kShowTop, kShowHardlinks, kShowJunctions}, {GridId::kDrives, GridId::kTop}},
         {{}, {GridId::kReport}}};
     show(800, 500);
     for (const auto& [on, expected] : cases) {
@@ -182,18 +180,19 @@ TEST_F(Panel, SetShowsWhatIsCheckedAndTheOptionsSayIt) {
 
 TEST_F(Panel, ListFollowsTheEntriesOfItsOwnBar) {
     show(800, 500);
-    for (const BarId one : {BarId::kFiles, BarId::kHardlinks, BarId::kJunctions})
-        for (const int id : {318, 319}) bar(one).setChecked(id, true);
+    for (const Command command :
+         {kFilesPreview, kFilesSplit, kHardlinksIdColumn + 8, kHardlinksIdColumn + 9})  // Of the same ids.
+        bar(barOf(command)).setChecked(idOf(command), true);
     const cSplitter& both = splitter(SplitterId::kFilesAndPreview);
-    change({306});
+    change({kShowFiles});
     EXPECT_TRUE(previewShows());
     EXPECT_EQ(both.orientation(), Orientation::kSideBySide);
     EXPECT_EQ(times("stat2") * times("refresh2") * times("fit2"), 1);
     EXPECT_GE(times("icons2"), 1);
-    change({308});  // Whose 318 and 319 are columns.
+    change({kShowHardlinks});
     EXPECT_FALSE(previewShows());
     EXPECT_EQ(both.orientation(), Orientation::kStacked);
-    change({309});
+    change({kShowJunctions});
     EXPECT_FALSE(previewShows());
 }
 
@@ -202,15 +201,15 @@ TEST_F(Panel, OfFilesReadsTheFolderOfTheFirstSelectedRowOnceOnly) {
     const Row root = tvwPL.addRow(kNoRow, "/srv"), folder = tvwPL.addRow(root, "a");
     const Row files = tvwPL.addRow(folder, "[Files]"), last = tvwPL.addRow(root, "b");
     for (const Row row : {root, folder, last}) tvwPL.setNumber(row, kIsFolder, 1);
-    change({33, 306});
+    change({kShowReport, kShowFiles});
     EXPECT_EQ(times("/srv/"), 0) << "nothing is selected";
     for (const Row row : {last, files}) tvwPL.setSelected(row, true);
-    change({33, 307});
+    change({kShowReport, kShowTop});
     EXPECT_EQ(times("/srv/a/"), 0) << "another list shows";
-    change({33, 306});
+    change({kShowReport, kShowFiles});
     EXPECT_EQ(times("/srv/a/"), 1);
     state.currentFolder = "/srv/a/";
-    change({33, 306});
+    change({kShowReport, kShowFiles});
     EXPECT_EQ(times("/srv/a/"), 0);
 }
 
@@ -228,7 +227,7 @@ TEST_F(Panel, BarThatResizesWhileItIsMeasuredIsMeasuredOnce) {
 
 TEST_F(Panel, TooNarrowClipsItsBar) {
     show(800, 500);
-    change({33, 306});
+    change({kShowReport, kShowFiles});
     const std::tuple<int, bool, bool> cases[] = {{133, true, false}, {134, false, false}, {567, false, true}};
     for (const auto& [report, clipsReport, clipsFiles] : cases) {
         splitter(SplitterId::kMain).setPosition(report);
@@ -240,7 +239,7 @@ TEST_F(Panel, TooNarrowClipsItsBar) {
 
 TEST_F(Panel, TooLowClipsTheBarOfItsListAndWrapsItWhereThereIsRoomAgain) {
     barHeights[BarId::kTop] = 120;
-    change({33, 307});
+    change({kShowReport, kShowTop});
     for (const auto& [height, clips] : {std::pair{500, false}, {200, true}, {190, true}, {230, false}}) {
         show(800, height);
         EXPECT_EQ(bar(BarId::kTop).clips(), clips) << height;
@@ -254,7 +253,7 @@ TEST_F(Panel, TooLowClipsTheBarOfItsListAndWrapsItWhereThereIsRoomAgain) {
 TEST_F(Panel, BesideTheReportStaysInSightInANarrowWindow) {
     show(800, 500);
     splitter(SplitterId::kMain).setPosition(600);
-    change({33, 21});
+    change({kShowReport, kShowDrives});
     show(480, 500);
     EXPECT_EQ(of(GridId::kDrives).width, 100);
     EXPECT_EQ(of(GridId::kDrives).left + of(GridId::kDrives).width, 480);
@@ -263,11 +262,11 @@ TEST_F(Panel, BesideTheReportStaysInSightInANarrowWindow) {
 
 TEST_F(Panel, OfListAndPreviewStaysInSightInALowWindow) {
     show(800, 600);
-    change({33, 21, 306});
+    change({kShowReport, kShowDrives, kShowFiles});
     splitter(SplitterId::kInfo).setPosition(500);
     show(800, 330);
     EXPECT_EQ(splitter(SplitterId::kFiles).total(), 96);
-    bar(BarId::kFiles).setChecked(318, true);
+    bar(BarId::kFiles).setChecked(idOf(kFilesPreview), true);
     panes->followPreviewEntries(GridId::kFiles);
     cSplitter& preview = splitter(SplitterId::kFilesAndPreview);
     show(800, 900);

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "app/command.h"
 #include "base/text.h"
 #include "mainwindow/bars.h"
 #include "support/test_texts.h"
@@ -12,7 +13,7 @@ namespace {
 
 class ToolbarStateTest : public testing::Test {
   protected:
-    void build(Bars& built) { initAllBars(built, {texts.texts, Options{}, texts.diagnostics}); }
+    void build(Bars& built) { initAllBars(built, {texts.texts, options, texts.diagnostics}); }
 
     void save(Bars& from) {
         ToolbarStore store;
@@ -32,7 +33,8 @@ class ToolbarStateTest : public testing::Test {
     static bool asBuilt(const Bars& bars) {
         for (const CommandBar* bar : bars.all())
             if (bar->place() != BarPlace{}) return false;
-        return bars.cbrMain.find(17)->visible && bars.cbrReport.find(102)->visible;
+        return bars.cbrMain.find(idOf(Command::kInfo))->visible &&
+               bars.cbrReport.find(idOf(Command::kReportUnfold1 + 2))->visible;
     }
 
     std::string arranged() {
@@ -40,9 +42,9 @@ class ToolbarStateTest : public testing::Test {
         build(bars);
         bars.cbrMain.setPlace({BarEdge::kBottom, 3, true});
         bars.cbrDrives.setPlace({BarEdge::kTop, 1, false});
-        bars.cbrMain.setVisible(17, false);
-        bars.cbrReport.setVisible(102, false);
-        bars.cbrMain.setVisible(101, false);
+        bars.cbrMain.setVisible(idOf(Command::kInfo), false);
+        bars.cbrReport.setVisible(idOf(Command::kReportUnfold1 + 2), false);
+        bars.cbrMain.setVisible(idOf(Command::kDeleteFolders), false);
         save(bars);
         return test::contentOf(path);
     }
@@ -55,6 +57,7 @@ class ToolbarStateTest : public testing::Test {
     }
 
     test::TestTexts texts;
+    Options options;
     std::string path = texts.dir.path() + "/Toolbar.dat";
 };
 
@@ -65,10 +68,11 @@ TEST_F(ToolbarStateTest, PlacesAndHiddenEntriesSurviveARestart) {
     EXPECT_EQ(bars.cbrMain.place(), (BarPlace{BarEdge::kBottom, 3, true}));
     EXPECT_EQ(bars.cbrDrives.place(), (BarPlace{BarEdge::kTop, 1, false}));
     EXPECT_EQ(bars.cbrFiles.place(), BarPlace{});
-    EXPECT_FALSE(bars.cbrMain.find(17)->visible);
-    EXPECT_FALSE(bars.cbrReport.find(102)->visible) << "in a list";
-    EXPECT_FALSE(bars.cbrMain.find(101)->visible) << "in a popup";
-    EXPECT_TRUE(bars.cbrMain.find(102)->visible) << "the id of another bar's hidden entry";
+    EXPECT_FALSE(bars.cbrMain.find(idOf(Command::kInfo))->visible);
+    EXPECT_FALSE(bars.cbrReport.find(idOf(Command::kReportUnfold1 + 2))->visible) << "in a list";
+    EXPECT_FALSE(bars.cbrMain.find(idOf(Command::kDeleteFolders))->visible) << "in a popup";
+    EXPECT_TRUE(bars.cbrMain.find(idOf(Command::kRecycleFolders))->visible)
+        << "the id of another bar's hidden entry";
 }
 
 TEST_F(ToolbarStateTest, WhatIsBuiltWinsOverWhatIsStored) {
@@ -76,7 +80,7 @@ TEST_F(ToolbarStateTest, WhatIsBuiltWinsOverWhatIsStored) {
     test::writeFile(path, replaceAll(content, "Hidden=17", "Hidden=4711 17"));  // 4711 was dropped since.
     Bars bars;
     ASSERT_TRUE(load(bars));
-    EXPECT_FALSE(bars.cbrMain.find(17)->visible);
+    EXPECT_FALSE(bars.cbrMain.find(idOf(Command::kInfo))->visible);
     EXPECT_EQ(bars.cbrMain.find(4711), nullptr);
 }
 

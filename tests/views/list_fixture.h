@@ -39,11 +39,27 @@ struct ListFixture : ScanFixture, ListHost {
         Grid& grid;
         CommandBar& bar;
         std::size_t sizeColumn = 0;
-        std::span<Flag> flags = {};  ///< Of its columns.
+        std::uint8_t* mode = nullptr;  ///< Of its sizes.
+        Flag* decimals = nullptr;
     };
-    List filesList{filesView, lvwFiles, cbrFiles, kFileListSize, options.FileColumn},
-        topList{topView, top, cbrTOP, kTopSize, options.TopColumn},
-        hardlinksList{hardlinksView, hardlinks, cbrHardlinks, kHardlinksSize, options.HardlinkColumn},
+    List filesList{filesView,
+                   lvwFiles,
+                   cbrFiles,
+                   kFileListSize,
+                   &options.FileSizeFormatFiles,
+                   &options.SizeFormatNachkommastellenFiles},
+        topList{topView,
+                top,
+                cbrTOP,
+                kTopSize,
+                &options.FileSizeFormatTop,
+                &options.SizeFormatNachkommastellenTop},
+        hardlinksList{hardlinksView,
+                      hardlinks,
+                      cbrHardlinks,
+                      kHardlinksSize,
+                      &options.FileSizeFormatHardlinks,
+                      &options.SizeFormatNachkommastellenHardlinks},
         junctionsList{junctionsView, junctions, cbrJunctions};
     std::array<List*, 4> all{&filesList, &topList, &hardlinksList, &junctionsList};
 
@@ -59,7 +75,8 @@ struct ListFixture : ScanFixture, ListHost {
         Init_HardlinksList(hardlinks, options, texts);
         Init_JunctionList(junctions, texts);
         for (const List* list : all)
-            for (int id = 300; id <= 328; ++id) list->bar.add({.id = id});
+            for (const Command box : {Command::kFilesSearchText, Command::kTopCount})
+                list->bar.add({.id = idOf(box)});
         state.currentFolder = "/s/";
         for (Grid* grid : {&lvwFiles, &top, &hardlinks})
             for (const auto& [name, size] :
@@ -76,14 +93,10 @@ struct ListFixture : ScanFixture, ListHost {
     std::size_t columnAt(GridId, Point) override { return columnUnderPointer; }
     bool listShows(GridId) override { return shows; }
     void setSecondPanel(const std::string& text) override { status = text; }
-    void previewEntriesChanged(GridId) override { asked.emplace_back("panes"); }
     void showPreview(GridId, bool force) override { asked.emplace_back(force ? "preview!" : "preview"); }
     void openFile(const std::string& path) override { asked.push_back("open " + path); }
     void ShellContextMenuFileList(GridId, Point) override { asked.emplace_back("menu"); }
     void beginRename(GridId, Row) override { asked.emplace_back("rename"); }
-    void listCommand(GridId, ListCommand what) override {
-        asked.push_back("command " + std::to_string(static_cast<int>(what)));
-    }
 
     static void select(Grid& grid, std::initializer_list<std::size_t> rows) {
         grid.selectNone();

@@ -13,46 +13,34 @@ struct Lists : test::ListFixture {};
 
 TEST_F(Lists, PreviewAHitOfTheSearchWhereTheyHaveFilesOfOneFolder) {
     for (const List* list : all) {
-        list->bar.setText(307, "A");
+        list->bar.setText(idOf(Command::kFilesSearchText), "A");
         select(list->grid, {1});
-        list->view.execute(308);
+        list->view.StartSearch();
         EXPECT_EQ(list->grid.currentRow(), list->grid.rowAt(2));
         EXPECT_EQ(taken(), list == &filesList ? Lines{"preview"} : Lines());
     }
     hardlinks.setCellText(hardlinks.rowAt(0), kFilePath, "/x/a.txt/");
-    cbrHardlinks.setText(307, "a.txt");
+    cbrHardlinks.setText(idOf(Command::kHardlinksSearchText), "a.txt");
     select(hardlinks, {2});
     hardlinksView.StartSearch();
     EXPECT_EQ(hardlinks.currentRow(), hardlinks.rowAt(0)) << "a folder above the name comes first";
 }
 
-TEST_F(Lists, SwitchTheColumnOfACommandAndItsOption) {
-    for (const List* list : {&filesList, &topList, &hardlinksList}) {
-        for (std::size_t flag = 0; flag < list->flags.size(); ++flag) {
-            list->view.execute(310 + static_cast<int>(flag));
-            EXPECT_TRUE(list->flags[flag] == 1 && list->grid.columns()[flag + 1].visible) << flag;
-        }
-        list->view.execute(310);
-        EXPECT_TRUE(list->flags[0] == 0 && !list->grid.columns()[1].visible);
-        EXPECT_EQ(taken(), Lines()) << "no command of a column is one of another kind";
-    }
-}
-
 TEST_F(Lists, ShowSizesInTheUnitOfTheirCommandAndSumThemInTheStatus) {
     for (const List* list : {&filesList, &topList, &hardlinksList}) {
         select(list->grid, {0, 1});
-        list->view.execute(302);
-        list->view.execute(309);
+        *list->mode = 1;
+        *list->decimals = 1;
+        list->view.Set_SizeFormat();
         const GridColumn& column = list->grid.columns()[list->sizeColumn];
         EXPECT_EQ(column.key, "sizeK");
         EXPECT_NE(column.mask.find("0.00"), std::string::npos);
-        EXPECT_TRUE(list->bar.isChecked(302) && list->bar.isChecked(309) && !list->bar.isChecked(301));
         EXPECT_NE(status.find(" / 2 ausgewählte Datei(en) mit 6.00 KB"), std::string::npos) << status;
         list->view.GridColumnTitleClick(list->sizeColumn);
         EXPECT_EQ(list->grid.levelSort(0).key, "size") << "two sizes that show alike are sorted, too";
         EXPECT_TRUE(list->grid.topRow() == list->grid.rowAt(0) && list->grid.redraw());
-        list->view.execute(301);
-        EXPECT_TRUE(list->bar.isChecked(309)) << "bytes show no decimals, but keep the choice";
+        *list->mode = 0;
+        list->view.Set_SizeFormat();
         EXPECT_NE(status.find("mit 6,144 Bytes"), std::string::npos) << status;
     }
 }
@@ -139,7 +127,7 @@ TEST_F(Files, ListsAFolderOnceAndAgainOnlyWhenAsked) {
     filesView.List_Files_ScanFolder("/s/", false);
     EXPECT_EQ(disk.reads.size(), 1U);
     disk.sources[0].items.push_back(file("h", 9));
-    filesView.execute(300);
+    filesView.ownCommand();
     EXPECT_EQ(textsOf(lvwFiles), (Lines{"g", "h", "f"}));
     filesView.List_Files_ScanFolder("/nowhere", true);
     EXPECT_EQ(status, "0 Datei(en) mit insgesamt 0 Bytes");

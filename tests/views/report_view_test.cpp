@@ -1,6 +1,8 @@
 // views/report_view.h, without a window.
 #include "views/report_view.h"
 
+#include "app/command.h"
+
 #include "support/fake_window.h"
 #include "support/scan_fixture.h"
 #include "views/report_columns.h"
@@ -18,7 +20,7 @@ struct ReportTest : test::ScanFixture, ReportHost {
     std::vector<std::string> asked;
 
     ReportTest() {
-        bar.add({.id = 29, .kind = EntryKind::kEdit});
+        bar.add({.id = idOf(Command::kReportSearchText), .kind = EntryKind::kEdit});
         Init_Tree(report, options, texts);
         disk.sources = {folder("/s", {file("f", 1), folder("b", {file("x", 40), folder("c", {file("y", 8)})}),
                                       folder("e", {file("z", 16)}), folder("Ce")})};
@@ -84,7 +86,7 @@ TEST_F(ReportTest, UnfoldsToALevelAndFoldsWhatLiesDeeper) {
 }
 
 TEST_F(ReportTest, SearchesBehindTheCurrentRowAndFromTheTopAgain) {
-    bar.setText(29, "c");
+    bar.setText(idOf(Command::kReportSearchText), "c");
     report.setCurrentRow(rowOf("b"));
     Lines found;
     for (int i = 0; i < 3; ++i) {

@@ -1,0 +1,190 @@
+// The commands of the bars and their menus, by name. What each of them is and does stands in one table:
+// mainwindow/command_table.cpp.
+#pragma once
+
+#include "platform/command_bar.h"
+
+namespace hl {
+
+/// The number of a command is the id of its entry, which is unique in one bar alone, plus a thousand for each
+/// bar in front of that one.
+constexpr int commandNumber(BarId bar, int id) {
+    return static_cast<int>(bar) * 1000 + id;
+}
+
+/// New ones take ids from 400 up.
+enum class Command : int {
+    kNone = 0,
+
+    // The main bar.
+    kNewSource = commandNumber(BarId::kMain, 1),
+    kStart = commandNumber(BarId::kMain, 2),
+    kStop = commandNumber(BarId::kMain, 3),
+    kOptions = commandNumber(BarId::kMain, 14),
+    kLog = commandNumber(BarId::kMain, 16),
+    kInfo = commandNumber(BarId::kMain, 17),
+    kHomepage = commandNumber(BarId::kMain, 18),
+    kQuit = commandNumber(BarId::kMain, 20),
+    kShowDrives = commandNumber(BarId::kMain, 21),
+    kLargeIcons = commandNumber(BarId::kMain, 27),
+    kLanguages = commandNumber(BarId::kMain, 28),
+    kSmallerFont = commandNumber(BarId::kMain, 31),
+    kLargerFont = commandNumber(BarId::kMain, 32),
+    kShowReport = commandNumber(BarId::kMain, 33),
+    kIconText = commandNumber(BarId::kMain, 34),
+    kLanguageGerman = commandNumber(BarId::kMain, 35),
+    kLanguageEnglish = commandNumber(BarId::kMain, 36),
+    kLanguageDutch = commandNumber(BarId::kMain, 37),
+    kLanguageItalian = commandNumber(BarId::kMain, 38),
+    kLanguageSwedish = commandNumber(BarId::kMain, 39),
+    kLanguageRussian = commandNumber(BarId::kMain, 40),
+    kSourceBox = commandNumber(BarId::kMain, 50),
+    kCreateListTop = commandNumber(BarId::kMain, 60),
+    kCreateListHardlinks = commandNumber(BarId::kMain, 61),
+    kCreateListJunctions = commandNumber(BarId::kMain, 62),
+    kHideLinks = commandNumber(BarId::kMain, 63),
+    kColorFade = commandNumber(BarId::kMain, 64),
+    kCountHardlinksOnce = commandNumber(BarId::kMain, 65),
+    kPercentBar = commandNumber(BarId::kMain, 66),
+    kFollowLinks = commandNumber(BarId::kMain, 68),
+    kMenuOfSelectedFolders = commandNumber(BarId::kMain, 100),  ///< A popup.
+    kDeleteFolders = commandNumber(BarId::kMain, 101),
+    kRecycleFolders = commandNumber(BarId::kMain, 102),
+    kShowFiles = commandNumber(BarId::kMain, 306),
+    kShowTop = commandNumber(BarId::kMain, 307),
+    kShowHardlinks = commandNumber(BarId::kMain, 308),
+    kShowJunctions = commandNumber(BarId::kMain, 309),
+    kFontOfAll = commandNumber(BarId::kMain, 328),
+
+    // The report. A title is a label, and its id 0.
+    kReportTitle = commandNumber(BarId::kReport, 0),
+    kReportRescan = commandNumber(BarId::kReport, 4),
+    kReportSave = commandNumber(BarId::kReport, 5),
+    kReportPrint = commandNumber(BarId::kReport, 6),
+    kReportRemove = commandNumber(BarId::kReport, 7),
+    kReportRemoveAll = commandNumber(BarId::kReport, 9),
+    kReportBytes = commandNumber(BarId::kReport, 10),
+    kReportKilobytes,
+    kReportMegabytes,
+    kReportGigabytes,
+    kReportFilesColumn = commandNumber(BarId::kReport, 22),
+    kReportFoldersColumn = commandNumber(BarId::kReport, 23),
+    kReportFoldAll = commandNumber(BarId::kReport, 24),
+    kReportUnfoldAll = commandNumber(BarId::kReport, 25),
+    kReportFit = commandNumber(BarId::kReport, 26),
+    kReportSearchText = commandNumber(BarId::kReport, 29),
+    kReportSearch = commandNumber(BarId::kReport, 30),
+    kReportDecimals = commandNumber(BarId::kReport, 33),
+    kReportPercentColumn = commandNumber(BarId::kReport, 35),
+    kReportUnfold1 = commandNumber(BarId::kReport, 100),  ///< One level; those for two to ten follow.
+    kReportUnfold4 = kReportUnfold1 + 3,
+    kReportUnfold10 = kReportUnfold1 + 9,
+    kReportFullView = commandNumber(BarId::kReport, 323),
+    kReportFont = commandNumber(BarId::kReport, 328),
+
+    // The drives.
+    kDrivesTitle = commandNumber(BarId::kDrives, 0),
+    kDrivesRefresh = commandNumber(BarId::kDrives, 200),
+    kDrivesBytes = commandNumber(BarId::kDrives, 201),
+    kDrivesKilobytes,
+    kDrivesMegabytes,
+    kDrivesGigabytes,
+    kDrivesDecimals,
+    kDrivesRead = commandNumber(BarId::kDrives, 206),
+    kDrivesReadAll = commandNumber(BarId::kDrives, 207),
+    kDrivesAdd = commandNumber(BarId::kDrives, 208),
+    kDrivesFont = commandNumber(BarId::kDrives, 328),
+
+    // The files of a folder. The commands of columns follow that of the size, in the order of the columns.
+    kFilesTitle = commandNumber(BarId::kFiles, 0),
+    kFilesRefresh = commandNumber(BarId::kFiles, 300),
+    kFilesBytes,
+    kFilesKilobytes,
+    kFilesMegabytes,
+    kFilesGigabytes,
+    kFilesIcons = commandNumber(BarId::kFiles, 305),
+    kFilesSearchText = commandNumber(BarId::kFiles, 307),
+    kFilesSearch,
+    kFilesDecimals,
+    kFilesSizeColumn,
+    kFilesFit = commandNumber(BarId::kFiles, 317),
+    kFilesPreview,
+    kFilesSplit,
+    kFilesDelete,
+    kFilesRecycle,
+    kFilesFullView = commandNumber(BarId::kFiles, 323),
+    kFilesSave,
+    kFilesPrint,
+    kFilesFont = commandNumber(BarId::kFiles, 328),
+
+    // The largest files.
+    kTopTitle = commandNumber(BarId::kTop, 0),
+    kTopBytes = commandNumber(BarId::kTop, 301),
+    kTopKilobytes,
+    kTopMegabytes,
+    kTopGigabytes,
+    kTopIcons,
+    kTopSearchText = commandNumber(BarId::kTop, 307),
+    kTopSearch,
+    kTopDecimals,
+    kTopSizeColumn,
+    kTopPreview = commandNumber(BarId::kTop, 318),
+    kTopSplit,
+    kTopDelete,
+    kTopRecycle,
+    kTopCount,  ///< The box with the number of files that the list keeps.
+    kTopFullView,
+    kTopFit,
+    kTopSave,
+    kTopPrint,
+    kTopFont = commandNumber(BarId::kTop, 328),
+
+    // The hardlinks. Their first column is the id.
+    kHardlinksTitle = commandNumber(BarId::kHardlinks, 0),
+    kHardlinksAnalyze = commandNumber(BarId::kHardlinks, 300),
+    kHardlinksBytes,
+    kHardlinksKilobytes,
+    kHardlinksMegabytes,
+    kHardlinksGigabytes,
+    kHardlinksIcons,
+    kHardlinksSearchText = commandNumber(BarId::kHardlinks, 307),
+    kHardlinksSearch,
+    kHardlinksDecimals,
+    kHardlinksIdColumn,
+    kHardlinksDelete = commandNumber(BarId::kHardlinks, 320),
+    kHardlinksRecycle,
+    kHardlinksPreview,
+    kHardlinksSplit,
+    kHardlinksSave,
+    kHardlinksPrint,
+    kHardlinksFit,
+    kHardlinksFullView,
+    kHardlinksFont,
+
+    // The junctions.
+    kJunctionsTitle = commandNumber(BarId::kJunctions, 0),
+    kJunctionsSearchText = commandNumber(BarId::kJunctions, 307),
+    kJunctionsSearch,
+    kJunctionsFit = commandNumber(BarId::kJunctions, 317),
+    kJunctionsFullView = commandNumber(BarId::kJunctions, 323),
+    kJunctionsSave,
+    kJunctionsPrint,
+    kJunctionsFont = commandNumber(BarId::kJunctions, 328),
+};
+
+constexpr Command commandOf(BarId bar, int id) {
+    return static_cast<Command>(commandNumber(bar, id));
+}
+constexpr BarId barOf(Command command) {
+    return static_cast<BarId>(static_cast<int>(command) / 1000);
+}
+/// The id of its entry in its bar.
+constexpr int idOf(Command command) {
+    return static_cast<int>(command) % 1000;
+}
+/// The `n`-th behind it, of those that follow one another.
+constexpr Command operator+(Command command, int n) {
+    return static_cast<Command>(static_cast<int>(command) + n);
+}
+
+}  // namespace hl

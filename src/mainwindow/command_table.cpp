@@ -1,0 +1,334 @@
+#include "mainwindow/command_table.h"
+
+#include <algorithm>
+#include <array>
+#include <iterator>
+
+#include "mainwindow/window_commands.h"
+#include "views/report_columns.h"
+
+namespace hl {
+
+namespace {
+
+using C = WindowCommands;
+using enum Command;
+
+/// Stands in the table as the call of the same name stands in code.
+constexpr RowText TL(int id, std::string_view german) {
+    return {id, german};
+}
+
+constexpr auto kButton = EntryKind::kButton;
+constexpr auto kSplitButton = EntryKind::kSplitButton;
+constexpr auto kMenuButton = EntryKind::kMenuButton;
+constexpr auto kEdit = EntryKind::kEdit;
+constexpr auto kCustom = EntryKind::kCustom;
+constexpr auto kLabel = EntryKind::kLabel;
+constexpr auto kCheckBox = EntryKind::kCheckBox;
+constexpr auto kGroup = Group::kBegins;
+constexpr auto kSame = Group::kGoesOn;
+
+using Field = Flag& (*)(Options&);
+template <auto Member>
+Flag& field(Options& options) {
+    return options.*Member;
+}
+template <auto Member, std::size_t N>
+Flag& fieldOf(Options& options) {
+    return (options.*Member)[N];
+}
+
+template <auto Member>
+constexpr KeptOption toggles = {KeptOption::Use::kToggles, field<Member>};
+template <auto Member>
+constexpr KeptOption byRoutine = {KeptOption::Use::kByRoutine, field<Member>};
+
+/// One table of several parts.
+template <std::size_t... N>
+constexpr auto joined(const std::array<CommandRow, N>&... parts) {
+    std::array<CommandRow, (N + ...)> all{};
+    auto end = all.begin();
+    ((end = std::copy(parts.begin(), parts.end(), end)), ...);
+    return all;
+}
+template <std::size_t N>
+constexpr auto rows(const CommandRow (&part)[N]) {
+    return std::to_array(part);
+}
+
+// Texts that several bars have.
+constexpr RowText kRefresh = TL(9230, "Aktualisieren");
+constexpr RowText kFullView = TL(9232, "Vollansicht");
+constexpr RowText kHideOtherLists = TL(9234, "Alle anderen Liste ausblenden");
+constexpr RowText kFit = TL(9250, "Optimieren");
+constexpr RowText kFitColumns = TL(9251, "Spaltenbreite optimieren");
+constexpr RowText kFont = TL(3768, "Schriftart");
+constexpr RowText kChooseFont = TL(9223, "Schriftart festlegen");
+constexpr RowText kSave = TL(3612, "Speichern");
+constexpr RowText kSaveList = TL(9281, "Liste in eine Textdatei speichern");
+constexpr RowText kPrint = TL(3619, "Drucken");
+constexpr RowText kPrintList = TL(9282, "Liste drucken");
+constexpr RowText kBytes = TL(3515, "Bytes");
+constexpr RowText kKilobytes = TL(9252, "Kilobytes");
+constexpr RowText kMegabytes = TL(9253, "Megabytes");
+constexpr RowText kGigabytes = TL(9254, "Gigabytes");
+constexpr RowText kDecimals = TL(9255, "Dezimal");
+constexpr RowText kShowDecimals = TL(9256, "Nachkommastellen anzeigen");
+constexpr RowText kSearch = TL(9257, "Suchen");
+constexpr RowText kStartSearch = TL(9258, "Suche starten");
+constexpr RowText kDelete = TL(9271, "Löschen");
+constexpr RowText kDeleteFiles = TL(9272, "Ausgewählte Datei(en) löschen");
+constexpr RowText kRecycle = TL(9273, "Papierkorb");
+constexpr RowText kRecycleFiles = TL(9274, "Ausgewählte Datei(en) in den Papierkorb verschieben");
+constexpr RowText kSymbols = TL(9275, "Symbole");
+constexpr RowText kShowSymbols = TL(9276, "Dateisymbole anzeigen");
+constexpr RowText kPreview = TL(9277, "Vorschau");
+constexpr RowText kShowPreview = TL(9278, "Dateivorschau einblenden");
+constexpr RowText kSplit = TL(9279, "Teilung");
+constexpr RowText kTurnSplit = TL(9280, "Fensterteilung umschalten");
+constexpr RowText kSize = TL(3623, "Größe");
+constexpr RowText kColumnSize = TL(9283, "Spalte 'Größe'");
+constexpr RowText kExtension = TL(9103, "Endung");
+constexpr RowText kColumnExtension = TL(9284, "Spalte 'Endung'");
+constexpr RowText kType = TL(9104, "Typ");
+constexpr RowText kColumnType = TL(9285, "Spalte 'Typ'");
+constexpr RowText kAttributes = TL(9105, "Attribute");
+constexpr RowText kColumnAttributes = TL(9286, "Spalte 'Attribute'");
+constexpr RowText kModified = TL(9287, "Änderung");
+constexpr RowText kColumnModified = TL(9288, "Spalte 'Änderungsdatum'");
+constexpr RowText kCreated = TL(9289, "Erstellt");
+constexpr RowText kColumnCreated = TL(9290, "Spalte 'Erstellungsdatum'");
+constexpr RowText kAccessed = TL(9291, "Zugriff");
+constexpr RowText kColumnAccessed = TL(9292, "Spalte 'Zugriffsdatum'");
+
+// Languages are given by their number in the settings.
+constexpr CommandRow language(Command command, RowText name, int number) {
+    return {command, kButton, name, {}, -1, kSame, {}, &C::changeLanguage, {}, kLanguages, number};
+}
+
+constexpr CommandRow unfold(int levels) {
+    const RowText name =
+        levels == 1 ? TL(9239, "1 Ordnerebene aufklappen") : TL(9240, "%1 Ordnerebenen aufklappen");
+    const Command command = kReportUnfold1 + (levels - 1);
+    return {command, kButton, name, {}, -1, kSame, {}, &C::reportUnfold, {}, kReportUnfoldAll, levels};
+}
+
+/// The units of a view's sizes; `group` is that of the first.
+constexpr auto units(Command bytes, Command decimals, Field mode, Field showsDecimals) {
+    const KeptOption chooses = {KeptOption::Use::kChooses, mode};
+    const auto unit = [&](int n, RowText name, int icon) {
+        return CommandRow{bytes + n, kButton,       name,    name, icon, n == 0 ? kGroup : kSame,
+                          {},        &C::showSizes, chooses, {},   n};
+    };
+    return rows({
+        unit(0, kBytes, kIconBytes),
+        unit(1, kKilobytes, kIconKilobytes),
+        unit(2, kMegabytes, kIconMegabytes),
+        unit(3, kGigabytes, kIconGigabytes),
+        {decimals,
+         kButton,
+         kDecimals,
+         kShowDecimals,
+         kIconDecimals,
+         kSame,
+         {},
+         &C::showSizes,
+         {KeptOption::Use::kDecimals, showsDecimals}},
+    });
+}
+
+/// The box in which is typed, and the button behind it.
+constexpr auto search(Command text, Command button, void (C::*run)(const CommandRow&)) {
+    return rows({
+        {text, kEdit, kSearch, {}, -1, kGroup, {}, run},
+        {button, kButton, kStartSearch, {}, kIconSearch, kSame, "F", run},
+    });
+}
+
+/// The button of the `n`-th column behind the name; the first of them is `first`.
+template <auto Columns, std::size_t N>
+constexpr CommandRow column(Command first, RowText name, RowText tooltip) {
+    constexpr int kNumber = static_cast<int>(N);
+    return {first + kNumber,
+            kButton,
+            name,
+            tooltip,
+            -1,
+            N == 0 ? kGroup : kSame,
+            {},
+            &C::listColumn,
+            {KeptOption::Use::kToggles, fieldOf<Columns, N>},
+            {},
+            kNumber + 1};
+}
+
+// clang-format off
+constexpr auto kMainRows = rows({
+    {kSourceBox, kCustom, {}, TL(9228, "Einzulesende Quelle")},
+    {kNewSource, kButton, TL(3529, "Neu"), TL(9210, "Neue Quelle auswählen"), kIconNew, kSame, "N", &C::newSource},
+    {kStart, kSplitButton, TL(3531, "Start"), TL(9211, "Quelle einlesen"), kIconStart, kSame, "R", &C::start},
+    {kCreateListTop, kCheckBox, TL(3754, "Liste mit den größten Dateien erstellen (langsamer)"), {}, -1, kSame, {}, &C::scanOption, toggles<&Options::CreateListTOP>, kStart},
+    {kCreateListHardlinks, kCheckBox, TL(3755, "Liste mit Hardlinks erstellen (langsamer)"), {}, -1, kSame, {}, &C::scanOption, toggles<&Options::CreateListHardlink>, kStart},
+    {kCreateListJunctions, kCheckBox, TL(3756, "Liste mit Junctions erstellen (langsamer)"), {}, -1, kSame, {}, &C::scanOption, toggles<&Options::CreateListJunction>, kStart},
+    {kCountHardlinksOnce, kCheckBox, TL(3770, "Dateigröße von Hardlinks nur einmal zählen (langsamer)"), {}, -1, kGroup, {}, &C::scanOption, toggles<&Options::AddHardlinksOnlyOnce>, kStart},
+    {kFollowLinks, kCheckBox, TL(3779, "NTFS-Abzweigungspunkte und symbolische Verknüpfungen einlesen"), {}, -1, kGroup, {}, &C::scanOption, toggles<&Options::ScanHardlinks>, kStart},
+    {kHideLinks, kCheckBox, TL(3590, "Keine Junctions in der Ordnerliste anzeigen"), {}, -1, kSame, {}, &C::scanOption, toggles<&Options::NoHardlinks>, kStart},
+    {kColorFade, kCheckBox, TL(3621, "Ordnerebenen farblich voneinander abgrenzen"), {}, -1, kGroup, {}, &C::scanOption, toggles<&Options::FolderColorFade>, kStart},
+    {kPercentBar, kCheckBox, TL(3772, "Prozentbalken vor dem Ordnernamen anzeigen"), {}, -1, kSame, {}, &C::scanOption, toggles<&Options::FolderShowPercentBar>, kStart},
+    {kStop, kButton, TL(3533, "Stop"), TL(9212, "Einlesen beenden"), kIconStop, kSame, "T", &C::stop},
+    {kShowReport, kButton, TL(3641, "Ordnerliste"), TL(9213, "Ordnerliste anzeigen"), kIconReport, kGroup, "1", &C::showPanel},
+    {kShowDrives, kButton, TL(3643, "Laufwerksliste"), TL(9214, "Laufwerksliste anzeigen"), kIconDrives, kSame, "2", &C::showPanel, byRoutine<&Options::DiskinfoVisible>},
+    {kShowFiles, kButton, TL(3645, "Dateiliste"), TL(9215, "Dateiliste anzeigen"), kIconFiles, kGroup, "3", &C::showPanel, byRoutine<&Options::FilelistVisible>},
+    {kShowTop, kButton, TL(3724, "Größte Dateien"), TL(9216, "Liste mit den größten Dateien anzeigen"), kIconTop, kSame, "4", &C::showPanel, byRoutine<&Options::ToplistVisible>},
+    {kShowHardlinks, kButton, TL(3740, "Hardlinks"), TL(9217, "Liste mit Hardlinks anzeigen"), kIconHardlinks, kSame, "5", &C::showPanel, byRoutine<&Options::HardlinksVisible>},
+    {kShowJunctions, kButton, TL(3742, "Junctions"), TL(9218, "Liste mit Junctions anzeigen"), kIconJunctions, kSame, "6", &C::showPanel, byRoutine<&Options::JunctionsVisible>},
+    {kOptions, kButton, TL(3547, "Optionen"), TL(3547, "Optionen"), kIconOptions, kGroup, "O", &C::showOptions},
+    {kLargeIcons, kButton, TL(3627, "Symbolgröße"), TL(9219, "Symbole vergrößern"), kIconIconSize, kGroup, {}, &C::largeIcons, toggles<&Options::BigIcons>},
+    {kIconText, kButton, TL(3690, "Symboltext"), TL(9220, "Symboltext anzeigen"), kIconIconText, kSame, {}, &C::iconText, toggles<&Options::SymbolText>},
+    {kLargerFont, kButton, TL(3672, "Größer"), TL(9221, "Schrift vergrößern"), kIconLarger, kGroup, {}, &C::changeFontSize, {}, {}, 1},
+    {kSmallerFont, kButton, TL(3650, "Kleiner"), TL(9222, "Schrift verkleinern"), kIconSmaller, kSame, {}, &C::changeFontSize, {}, {}, -1},
+    {kFontOfAll, kButton, kFont, kChooseFont, kIconFont, kSame, {}, &C::changeFontOfAll},
+    {kLanguages, kMenuButton, TL(9224, "Sprache"), TL(9225, "Sprache der Benutzeroberfläche ändern"), kIconLanguage, kGroup},
+    language(kLanguageGerman, TL(3703, "Deutsch"), 7),
+    language(kLanguageEnglish, TL(3704, "Englisch"), 9),
+    language(kLanguageDutch, TL(3784, "Niederländisch"), 19),
+    language(kLanguageItalian, TL(3785, "Italienisch"), 16),
+    language(kLanguageSwedish, TL(3786, "Schwedisch"), 29),
+    language(kLanguageRussian, TL(3705, "Russisch"), 25),
+    {kLog, kButton, TL(3549, "Protokoll"), TL(3549, "Protokoll"), kIconLog, kGroup, "L", &C::showLog},
+    {kInfo, kButton, TL(3551, "Info"), TL(3551, "Info"), kIconInfo, kGroup, "F1", &C::showAbout},
+    {kHomepage, kButton, TL(3553, "Homepage"), TL(3553, "Homepage"), kIconHomepage, kSame, {}, &C::openHomepage},
+    {kQuit, kButton, TL(3557, "Beenden"), TL(9226, "Programm beenden"), kIconQuit, kGroup, "Q", &C::quit},
+    {kDeleteFolders, kButton, TL(3780, "Markierte Ordner löschen"), {}, kIconDelete, kSame, {}, &C::deleteFolders, {}, kMenuOfSelectedFolders},
+    {kRecycleFolders, kButton, TL(3781, "Markierte Ordner in den Papierkorb verschieben"), {}, kIconRecycle, kSame, {}, &C::recycleFolders, {}, kMenuOfSelectedFolders},
+});
+
+constexpr auto kReportRows = joined(rows({
+    {kReportTitle, kLabel, TL(3625, "Ordner")},
+    {kReportRescan, kButton, kRefresh, TL(9231, "Ausgewählter Ordner neu einlesen"), kIconRefresh, kGroup, "F5", &C::reportRescan},
+    {kReportFullView, kButton, kFullView, TL(9233, "Alle anderen Listen ausblenden"), kIconFullView, kGroup, "F11", &C::fullView},
+    {kReportFoldAll, kButton, TL(9235, "Zuklappen"), TL(9236, "Alle Ordner zuklappen"), kIconCollapse, kGroup, "F7", &C::reportFoldAll},
+    {kReportUnfoldAll, kSplitButton, TL(9237, "Aufklappen"), TL(9238, "Alle Ordner aufklappen"), kIconExpand, kSame, "F8", &C::reportUnfoldAll},
+    unfold(1), unfold(2), unfold(3), unfold(4), unfold(5), unfold(6), unfold(7), unfold(8), unfold(9), unfold(10),
+    {kReportRemove, kButton, TL(9241, "Entfernen"), TL(9242, "Ausgewählte Quelle entfernen"), kIconRemove, kGroup, {}, &C::reportRemove},
+    {kReportRemoveAll, kButton, TL(9243, "Alle entfernen"), TL(9244, "Alle Quellen entfernen"), kIconRemoveAll, kSame, {}, &C::reportRemoveAll},
+    {kReportSave, kButton, kSave, TL(9245, "Ordnerliste in eine Textdatei speichern"), kIconSave, kGroup, "S", &C::reportSave},
+    {kReportPrint, kButton, kPrint, TL(9246, "Ordnerliste drucken"), kIconPrint, kGroup, "P", &C::reportPrint},
+    {kReportPercentColumn, kButton, TL(9101, "Prozent"), TL(9247, "Spalte 'Prozent' anzeigen"), kIconPercent, kGroup, {}, &C::reportColumn, toggles<&Options::ColPercentVisible>, {}, kReportPercent},
+    {kReportFilesColumn, kButton, TL(3624, "Dateien"), TL(9248, "Spalte 'Dateianzahl' anzeigen"), kIconFiles, kSame, {}, &C::reportColumn, toggles<&Options::ColFileVisible>, {}, kReportFiles},
+    {kReportFoldersColumn, kButton, TL(3625, "Ordner"), TL(9249, "Spalte 'Ordneranzahl' anzeigen"), kIconFolder, kSame, {}, &C::reportColumn, toggles<&Options::ColFolderVisible>, {}, kReportFolders},
+    {kReportFit, kButton, kFit, kFitColumns, kIconFit, kSame, {}, &C::reportFit},
+    {kReportFont, kButton, kFont, kChooseFont, kIconFont, kSame, {}, &C::changeFont},
+}), units(kReportBytes, kReportDecimals, field<&Options::FileSizeFormat>, field<&Options::SizeFormatNachkommastellenFolders>),
+    search(kReportSearchText, kReportSearch, &C::reportSearch));
+
+constexpr auto kDrivesRows = joined(rows({
+    {kDrivesTitle, kLabel, TL(9260, "Laufwerke")},
+    {kDrivesRefresh, kButton, kRefresh, TL(9261, "Laufwerksliste neu einlesen"), kIconRefresh, kGroup, {}, &C::drivesRefresh},
+    {kDrivesRead, kButton, TL(9262, "Einlesen"), TL(9263, "Ausgewähltes Laufwerk einlesen"), kIconRead, kGroup, {}, &C::drivesRead},
+    {kDrivesReadAll, kButton, TL(9264, "Alle einlesen"), TL(9265, "Alle Laufwerke einlesen"), kIconReadAll, kSame, {}, &C::drivesReadAll},
+    {kDrivesAdd, kButton, TL(9266, "Hinzufügen"), TL(9267, "UNC-Pfad hinzufügen"), kIconAdd, kGroup, {}, &C::drivesAdd},
+    {kDrivesFont, kButton, kFont, kChooseFont, kIconFont, kGroup, {}, &C::changeFont},
+}), units(kDrivesBytes, kDrivesDecimals, field<&Options::FileSizeFormatDrive>, field<&Options::SizeFormatNachkommastellenDrive>));
+
+constexpr auto kFilesRows = joined(rows({
+    {kFilesTitle, kLabel, TL(3514, "Dateien")},
+    {kFilesRefresh, kButton, kRefresh, TL(9270, "Dateiliste neu einlesen"), kIconRefresh, kGroup, {}, &C::listOwnCommand},
+    {kFilesDelete, kButton, kDelete, kDeleteFiles, kIconDelete, kGroup, {}, &C::listDelete},
+    {kFilesRecycle, kButton, kRecycle, kRecycleFiles, kIconRecycle, kSame, {}, &C::listRecycle},
+    {kFilesIcons, kButton, kSymbols, kShowSymbols, kIconSymbols, kGroup, {}, &C::listIcons, toggles<&Options::ShowIcons>},
+    {kFilesFullView, kButton, kFullView, kHideOtherLists, kIconFullView, kGroup, {}, &C::fullView},
+    {kFilesPreview, kButton, kPreview, kShowPreview, kIconPreview, kSame, {}, &C::listPreview, toggles<&Options::FilePreview>},
+    {kFilesSplit, kButton, kSplit, kTurnSplit, kIconSplit, kSame, {}, &C::listSplit, toggles<&Options::FilelistTile>},
+    {kFilesFit, kButton, kFit, kFitColumns, kIconFit, kGroup, {}, &C::listFit},
+    {kFilesFont, kButton, kFont, kChooseFont, kIconFont, kSame, {}, &C::changeFont},
+    {kFilesSave, kButton, kSave, kSaveList, kIconSave, kGroup, {}, &C::listSave},
+    {kFilesPrint, kButton, kPrint, kPrintList, kIconPrint, kGroup, {}, &C::listPrint},
+}), units(kFilesBytes, kFilesDecimals, field<&Options::FileSizeFormatFiles>, field<&Options::SizeFormatNachkommastellenFiles>), rows({
+    column<&Options::FileColumn, 0>(kFilesSizeColumn, kSize, kColumnSize),
+    column<&Options::FileColumn, 1>(kFilesSizeColumn, kExtension, kColumnExtension),
+    column<&Options::FileColumn, 2>(kFilesSizeColumn, kType, kColumnType),
+    column<&Options::FileColumn, 3>(kFilesSizeColumn, kAttributes, kColumnAttributes),
+    column<&Options::FileColumn, 4>(kFilesSizeColumn, kModified, kColumnModified),
+    column<&Options::FileColumn, 5>(kFilesSizeColumn, kCreated, kColumnCreated),
+    column<&Options::FileColumn, 6>(kFilesSizeColumn, kAccessed, kColumnAccessed),
+}), search(kFilesSearchText, kFilesSearch, &C::listSearch));
+
+constexpr int kCountWidth = 50;
+
+constexpr auto kTopRows = joined(rows({
+    {kTopTitle, kLabel, TL(9293, "Größten Dateien")},
+    {kTopCount, kEdit, {}, TL(9297, "Anzahl der Dateien in der Liste"), -1, kGroup, {}, nullptr, {}, {}, 0, kCountWidth},
+    {kTopDelete, kButton, kDelete, kDeleteFiles, kIconDelete, kGroup, {}, &C::listDelete},
+    {kTopRecycle, kButton, kRecycle, kRecycleFiles, kIconRecycle, kSame, {}, &C::listRecycle},
+    {kTopIcons, kButton, kSymbols, kShowSymbols, kIconSymbols, kGroup, {}, &C::listIcons, toggles<&Options::ShowIconsTop>},
+    {kTopFullView, kButton, kFullView, kHideOtherLists, kIconFullView, kGroup, {}, &C::fullView},
+    {kTopPreview, kButton, kPreview, kShowPreview, kIconPreview, kSame, {}, &C::listPreview, toggles<&Options::FilePreviewTOP>},
+    {kTopSplit, kButton, kSplit, kTurnSplit, kIconSplit, kSame, {}, &C::listSplit, toggles<&Options::FilelistTileTOP>},
+    {kTopFit, kButton, kFit, kFitColumns, kIconFit, kGroup, {}, &C::listFit},
+    {kTopFont, kButton, kFont, kChooseFont, kIconFont, kSame, {}, &C::changeFont},
+    {kTopSave, kButton, kSave, TL(9294, "Dateiliste in eine Textdatei speichern"), kIconSave, kGroup, {}, &C::listSave},
+    {kTopPrint, kButton, kPrint, TL(9295, "Dateiliste drucken"), kIconPrint, kGroup, {}, &C::listPrint},
+}), units(kTopBytes, kTopDecimals, field<&Options::FileSizeFormatTop>, field<&Options::SizeFormatNachkommastellenTop>), rows({
+    column<&Options::TopColumn, 0>(kTopSizeColumn, kSize, kColumnSize),
+    column<&Options::TopColumn, 1>(kTopSizeColumn, TL(3626, "Pfad"), TL(9296, "Spalte 'Pfad'")),
+    column<&Options::TopColumn, 2>(kTopSizeColumn, kExtension, kColumnExtension),
+    column<&Options::TopColumn, 3>(kTopSizeColumn, kType, kColumnType),
+    column<&Options::TopColumn, 4>(kTopSizeColumn, kAttributes, kColumnAttributes),
+    column<&Options::TopColumn, 5>(kTopSizeColumn, kModified, kColumnModified),
+    column<&Options::TopColumn, 6>(kTopSizeColumn, kCreated, kColumnCreated),
+    column<&Options::TopColumn, 7>(kTopSizeColumn, kAccessed, kColumnAccessed),
+}), search(kTopSearchText, kTopSearch, &C::listSearch));
+
+constexpr auto kHardlinksRows = joined(rows({
+    {kHardlinksTitle, kLabel, TL(3740, "Hardlinks")},
+    {kHardlinksAnalyze, kButton, TL(9300, "Analysieren"), TL(9301, "Hardlinks sortieren und farblich abgrenzen"), kIconAnalyze, kGroup, {}, &C::listOwnCommand},
+    {kHardlinksDelete, kButton, kDelete, kDeleteFiles, kIconDelete, kGroup, {}, &C::listDelete},
+    {kHardlinksRecycle, kButton, kRecycle, kRecycleFiles, kIconRecycle, kSame, {}, &C::listRecycle},
+    {kHardlinksIcons, kButton, kSymbols, kShowSymbols, kIconSymbols, kGroup, {}, &C::listIcons, toggles<&Options::ShowIconsHardlinks>},
+    {kHardlinksFullView, kButton, kFullView, kHideOtherLists, kIconFullView, kGroup, {}, &C::fullView},
+    {kHardlinksPreview, kButton, kPreview, kShowPreview, kIconPreview, kSame, {}, &C::listPreview, toggles<&Options::HardlinkPreview>},
+    {kHardlinksSplit, kButton, kSplit, kTurnSplit, kIconSplit, kSame, {}, &C::listSplit, toggles<&Options::HardlinksTile>},
+    {kHardlinksFit, kButton, kFit, kFitColumns, kIconFit, kGroup, {}, &C::listFit},
+    {kHardlinksFont, kButton, kFont, kChooseFont, kIconFont, kSame, {}, &C::changeFont},
+    {kHardlinksSave, kButton, kSave, kSaveList, kIconSave, kGroup, {}, &C::listSave},
+    {kHardlinksPrint, kButton, kPrint, kPrintList, kIconPrint, kGroup, {}, &C::listPrint},
+}), units(kHardlinksBytes, kHardlinksDecimals, field<&Options::FileSizeFormatHardlinks>, field<&Options::SizeFormatNachkommastellenHardlinks>), rows({
+    column<&Options::HardlinkColumn, 0>(kHardlinksIdColumn, TL(9109, "ID"), TL(9302, "Spalte 'ID'")),
+    column<&Options::HardlinkColumn, 1>(kHardlinksIdColumn, TL(3740, "Hardlinks"), TL(9303, "Spalte 'Hardlinks'")),
+    column<&Options::HardlinkColumn, 2>(kHardlinksIdColumn, TL(3625, "Ordner"), TL(9304, "Spalte 'Ordner'")),
+    column<&Options::HardlinkColumn, 3>(kHardlinksIdColumn, kSize, kColumnSize),
+    column<&Options::HardlinkColumn, 4>(kHardlinksIdColumn, kExtension, kColumnExtension),
+    column<&Options::HardlinkColumn, 5>(kHardlinksIdColumn, kType, kColumnType),
+    column<&Options::HardlinkColumn, 6>(kHardlinksIdColumn, kAttributes, kColumnAttributes),
+    column<&Options::HardlinkColumn, 7>(kHardlinksIdColumn, kModified, kColumnModified),
+    column<&Options::HardlinkColumn, 8>(kHardlinksIdColumn, kCreated, kColumnCreated),
+    column<&Options::HardlinkColumn, 9>(kHardlinksIdColumn, kAccessed, kColumnAccessed),
+}), search(kHardlinksSearchText, kHardlinksSearch, &C::listSearch));
+
+constexpr auto kJunctionsRows = joined(rows({
+    {kJunctionsTitle, kLabel, TL(3742, "Junctions")},
+    {kJunctionsFullView, kButton, kFullView, kHideOtherLists, kIconFullView, kGroup, {}, &C::fullView},
+    {kJunctionsFit, kButton, kFit, kFitColumns, kIconFit, kGroup, {}, &C::listFit},
+    {kJunctionsFont, kButton, kFont, kChooseFont, kIconFont, kSame, {}, &C::changeFont},
+    {kJunctionsSave, kButton, kSave, kSaveList, kIconSave, kGroup, {}, &C::listSave},
+    {kJunctionsPrint, kButton, kPrint, kPrintList, kIconPrint, kGroup, {}, &C::listPrint},
+}), search(kJunctionsSearchText, kJunctionsSearch, &C::listSearch));
+// clang-format on
+
+}  // namespace
+
+std::span<const CommandRow> commandsOf(BarId bar) {
+    constexpr std::span<const CommandRow> kBars[kBarCount] = {
+        kMainRows, kReportRows, kDrivesRows, kFilesRows, kTopRows, kHardlinksRows, kJunctionsRows};
+    return kBars[static_cast<std::size_t>(bar)];
+}
+
+const CommandRow* commandRow(Command command) {
+    const auto all = commandsOf(barOf(command));
+    const auto found = std::ranges::find(all, command, &CommandRow::command);
+    return found != all.end() ? &*found : nullptr;
+}
+
+}  // namespace hl
