@@ -30,15 +30,12 @@ TEST(InstanceStart, ALaterStartHandsOverUnlessItIsToOpenAWindowOfItsOwn) {
         const char* line;
         bool single, free, answers, goesMeanwhile;
         StartDecision decision;
-    } cases[] = {{"\"/a\"", true, true, true, false, kShow},
-                 {"\"/a\"", true, false, true, false, kHandedOver},
-                 {"", true, false, true, false, kHandedOver},
-                 {"\"/a\"", false, false, true, false, kShow},
-                 {"-RESTART", true, false, true, false, kShow},
-                 {"\"/a\" -RESTART", true, false, true, false, kShow},
-                 {"-restart", true, false, true, false, kHandedOver},
-                 {"", true, false, false, false, kNoAnswer},
-                 {"\"/a\"", true, false, false, true, kShow}};
+    } cases[] = {
+        {"\"/a\"", true, true, true, false, kShow},  {"-RESTART", true, false, true, false, kShow},
+        {"", true, false, false, false, kNoAnswer},  {"\"/a\"", true, false, true, false, kHandedOver},
+        {"", true, false, true, false, kHandedOver}, {"-restart", true, false, true, false, kHandedOver},
+        {"\"/a\"", true, false, false, true, kShow}, {"\"/a\" -RESTART", true, false, true, false, kShow},
+        {"\"/a\"", false, false, true, false, kShow}};
     for (const auto& c : cases) {
         FakeInstances instances;
         instances.free = c.free;

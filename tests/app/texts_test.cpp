@@ -1,7 +1,10 @@
 #include "app/texts.h"
 
+#include "app/catalogue.h"
+#include "app/language.h"
 #include "app/product.h"
 #include "app/settings_fixture.h"
+#include "app/translator_file.h"
 
 namespace hl {
 namespace {
@@ -16,11 +19,11 @@ class TextsOf : public test::SettingsFixture {
     }
     std::string storedNow() { return store.GetSettings("Allgemein", "Lang", "none"); }
 
-    Texts& start(const std::string& locale, const std::string& commandLine = "", bool stores = true) {
+    Texts& start(const std::string& locale, const std::string& commandLine = "") {
         texts.emplace(files, store, diagnostics,
                       TextSources{dir.path(), programFolder.path(), commandLine, locale});
         texts->Init_Sprache("", std::string(kTranslatorFileName));
-        if (stores) texts->storeLanguage();
+        texts->storeLanguage();
         return *texts;
     }
     Texts& english(const std::string& text) {
@@ -73,11 +76,6 @@ TEST_F(TextsOf, EachLanguageComeFromItsOwnLibraryAndTheSettingsFolderFirst) {
     EXPECT_EQ(storedNow(), "29");
 }
 
-TEST_F(TextsOf, AStartThatOnlyAsksStoreNothing) {
-    start("de_DE", "", false);
-    EXPECT_FALSE(std::filesystem::exists(path));
-}
-
 TEST_F(TextsOf, ABadNumberOfALanguageAreReportedAndGerman) {
     for (const char* bad : {"english", "70000"}) {
         sink.shown.clear();
@@ -123,6 +121,68 @@ TEST_F(TextsOf, TheTranslatorsFileAreShownInGermanTooWhenAsked) {
     translated.LoadTextFromFile(dir.path() + "/other.txt");
     translated.LoadTextFromFile(dir.path() + "/missing.txt");
     EXPECT_EQ(translated.TL(1, "a") + translated.TL(2, "b"), "azwei");
+}
+
+TEST(Catalogue, FindsTextsOfItsLanguageInAnyShape) {
+    for (const char* text :
+         {"[1]\nde=Speichern\nen=Save\n", "[1]\r\nde=Speichern\r\nen=Save\r\n", "\xEF\xBB\xBF[1]\nen=Save",
+          "[ 1 ]  \n en =Save", "[1]\n#en=No\nnonsense\nen=Save", "[1]\nen=Save\n[2]\nen=Other",
+          "[1]\nen=Old\n[1]\nen=Save", "[00001]\nen=Save"})
+        EXPECT_EQ(Catalogue(text, "en").text(1), "Save") << text;
+    EXPECT_EQ(Catalogue("[1]\nen= a = b ", "en").text(1), " a = b ");
+}
+
+TEST(Catalogue, HasNoTextWhereNoneIsNamedByItsLanguageAndAnIdOfUpToFourDigits) {
+    for (const char* text :
+         {"[1]\nen=", "[1]\nde=Speichern", "en=Save\n[1]\n", "[1]\n[x]\nen=Save", "[1\nen=Save"})
+        EXPECT_EQ(Catalogue(text, "en").text(1), "") << text;
+    EXPECT_EQ(Catalogue("[9999]\nen=x", "en").text(9999), "x");
+    for (const char* text :
+         {"[10000]\nen=x", "[0]\nen=x", "[-1]\nen=x", "[99999999999999999999]\nen=x", "[]\nen=x"})
+        EXPECT_TRUE(Catalogue(text, "en").empty()) << text;
+}
+
+using Records = std::vector<TranslatorRecord>;
+
+TEST(TranslatorFile, IsReadFieldByField) {
+    for (const char* text : {"1,de,en\n", "1,de,en", " 1 , de , en \n", "1\nde\nen\n", "# comment\n1,de,en",
+                             "#c\n\n , \r\n1,de,en", "\"1\",\"de\",\"en\" junk\n",
+                             "\xEF\xBB\xBF"
+                             "1,de,en"})
+        EXPECT_EQ(parseTranslatorFile(text), (Records{{1, "en"}})) << text;
+    for (const char* text : {"", "1,de", "1,de,", "1,\"never closed", ",,,,\n,\n"})
+        EXPECT_EQ(parseTranslatorFile(text), Records()) << text;
+    const std::pair<std::string_view, Records> cases[] = {
+        {"1,de,en\r\n2,de,en2\r\n", {{1, "en"}, {2, "en2"}}},
+        {"1,\"a,b\",\"two\nlines, one text\"\n2,x,y", {{1, "two\nlines, one text"}, {2, "y"}}},
+        {"# a, b,c,d\n1,de,en", {{0, "d"}, {1, "en"}}},
+        {"12x,de,en\n-5,de,\"\"", {{0, "en"}, {-5, ""}}},
+        {"1,de,\"never closed\n2,x,y", {{1, "never closed\n2,x,y"}}},
+        {std::string_view("\0,\xFF,\0\n", 6), {{0, std::string(1, '\0')}}}};
+    for (const auto& [text, records] : cases) EXPECT_EQ(parseTranslatorFile(text), records) << text;
+}
+
+TEST(Language, FollowsTheLocaleOfTheSystemAndIsElseEnglish) {
+    const std::pair<const char*, int> cases[] = {{"de_DE.UTF-8", 7},   {"de_AT@euro", 7}, {"de", 7},
+                                                 {"DE_ch", 7},         {"it_IT", 16},     {"nl_BE.UTF-8", 19},
+                                                 {"ru_RU.KOI8-R", 25}, {"sv_SE", 29},     {"de-DE", 7},
+                                                 {"fr_FR.UTF-8", 9},   {"C.UTF-8", 9},    {"", 9},
+                                                 {"deutsch", 9},       {"_", 9},          {"\xFF", 9}};
+    for (const auto& [locale, id] : cases) EXPECT_EQ(systemLanguageId(locale), id) << locale;
+}
+
+TEST(Language, ReadsEveryOtherIdAsEnglish) {
+    for (const int id : {7, 9, 16, 19, 25, 29}) EXPECT_EQ(languageOf(id).id, id);
+    for (const int id : {0, 8, -7, 1031}) EXPECT_EQ(languageOf(id).id, kEnglish);
+}
+
+TEST(Language, TakesTheFirstVariableThatIsNotEmpty) {
+    std::map<std::string, std::string> environment = {{"LC_ALL", "a"}, {"LC_MESSAGES", "b"}, {"LANG", "c"}};
+    for (const char* name : {"LC_ALL", "LC_MESSAGES", "LANG"}) {
+        const std::string value = environment[name];
+        EXPECT_EQ(messageLocale([&](const std::string& asked) { return environment[asked]; }), value);
+        environment[name] = "";
+    }
 }
 
 }  // namespace

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "base/absolute_path.h"
+
 namespace hl {
 namespace {
 
@@ -54,6 +56,21 @@ TEST(NetworkPath, BeginsWithTwoSeparatorsOfOneKind) {
         EXPECT_TRUE(isNetworkPath(path)) << path;
     for (const char* path : {"", "/", "/a", "/\\server", "\\/server", "a//b", "aa"})
         EXPECT_FALSE(isNetworkPath(path)) << path;
+}
+
+TEST(AbsoluteSource, ResolvesWhatIsTypedByItsText) {
+    const PathBases bases{"/cwd/b", "/home/u/"};
+    const std::pair<std::string_view, std::string_view> cases[] = {
+        {"", ""},        {"./", "/cwd/b/"}, {"/a/b/../", "/a/"},  {"a/../c", "/cwd/b/c"},
+        {"/..", "/"},    {"/a/b/..", "/a"}, {"/a//./b", "/a/b"},  {"//s/../x", "//s/../x"},
+        {"/~", "/~"},    {" ", "/cwd/b/ "}, {"~u", "/cwd/b/~u"},  {"\\\\s\\..", "\\\\s\\.."},
+        {"..", "/cwd"},  {"/\xFF/..", "/"}, {"../../../x", "/x"}, {"/.../.a/..b", "/.../.a/..b"},
+        {".", "/cwd/b"}, {"~", "/home/u/"}, {"~/x", "/home/u/x"}};
+    for (const auto& [text, path] : cases) EXPECT_EQ(absoluteSource(text, bases, kPosixPaths), path) << text;
+    EXPECT_EQ(absoluteSource("~/x", {"/cwd", ""}, kPosixPaths), "/cwd/~/x");
+    EXPECT_EQ(absoluteSource("a/../b", {"", ""}, kPosixPaths), "a/../b") << "no base, so no folder to leave";
+    EXPECT_EQ(absoluteSource("..\\..\\x", {"C:\\cwd", ""}, kDrivePaths), "C:\\x");
+    EXPECT_EQ(absoluteSource("D:\\.\\a\\..", {"C:\\cwd", ""}, kDrivePaths), "D:\\");
 }
 
 }  // namespace

@@ -2,7 +2,12 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <random>
+
 #include "base/fault.h"
+#include "grid/row_tree.h"
+#include "grid/text_store.h"
 
 namespace hl {
 namespace {
@@ -67,6 +72,112 @@ TEST_F(CellTableTest, KeepsCellsAndRowsApartAndEmptiesARowThatIsUsedAgain) {
     for (CellId i = 0; i < table.count(); ++i) EXPECT_EQ(table.number(1024, i), 0) << i;
     EXPECT_EQ(table.text(1024, table.find("name")), 0U);
     EXPECT_EQ(table.number(1025, table.find("count")), 1025);
+}
+
+TEST(TextStore, GivesBackEveryTextOfWhateverLengthAndMovesNone) {
+    TextStore store;
+    const std::string_view first = store.get(store.add("first"));
+    std::vector<std::string> texts;
+    // Around the steps of the length's own length and of a block, and far beyond one.
+    for (const std::size_t length :
+         {0, 1, 127, 128, 16383, 16384, 65532, 65533, 65534, 65536, 200'000, 5, 65533, 1})
+        texts.emplace_back(length, static_cast<char>('a' + texts.size()));
+    texts.emplace_back("a\0b\xFF", 4);
+    std::vector<TextRef> refs;
+    for (const std::string& text : texts) refs.push_back(store.add(text));
+    for (std::size_t i = 0; i < texts.size(); ++i) EXPECT_EQ(store.get(refs[i]), texts[i]) << i;
+    EXPECT_EQ(first, "first");
+}
+
+TEST(TextStore, StoresOnceWhatManyRowsHaveInCommon) {
+    TextStore store;
+    std::vector<TextRef> refs;
+    for (int i = 0; i < 5000; ++i)
+        refs.push_back(store.addShared("/a/folder/" + std::to_string(i / 100) + "/"));
+    EXPECT_LT(store.bytesUsed(), 1200U);
+    for (int i = 0; i < 5000; ++i)
+        EXPECT_EQ(store.get(refs[static_cast<std::size_t>(i)]), "/a/folder/" + std::to_string(i / 100) + "/");
+    for (int i = 0; i < 5000; ++i)
+        EXPECT_EQ(store.get(store.addShared(std::to_string(i))), std::to_string(i));
+    store.clear();
+    EXPECT_EQ(store.get(store.addShared("/a/folder/1/")), "/a/folder/1/");
+    EXPECT_EQ(store.addShared(""), 0U);
+}
+
+TEST(TextStore, RaisesOverflowForMoreThanItCanAddressAndStaysUsable) {
+    TextStore store;
+    const TextRef kept = store.add("kept");
+    const std::string_view tooLong("x", std::size_t{5} << 30);  // Refused before a byte of it is read.
+    EXPECT_THROW(store.add(tooLong), Fault);
+    EXPECT_EQ(store.get(kept), "kept");
+    EXPECT_EQ(store.get(store.add("next")), "next");
+}
+
+std::vector<Row> fromTheTop(const RowTree& tree) {
+    std::vector<Row> rows;
+    for (std::size_t i = 0; tree.rowAt(i) != kNoRow; ++i) rows.push_back(tree.rowAt(i));
+    return rows;
+}
+
+std::vector<Row> fromTheEnd(const RowTree& tree) {
+    std::vector<Row> rows;
+    for (Row row = tree.preceding(kNoRow); row != kNoRow; row = tree.preceding(row)) rows.push_back(row);
+    return rows;
+}
+
+/// The same in the plainest way: each parent's list of children; kNoRow's are the roots.
+struct Model {
+    std::map<Row, std::vector<Row>> children;
+    std::map<Row, Row> parents;
+
+    void list(Row parent, std::vector<Row>& out) {
+        for (const Row row : children[parent]) {
+            out.push_back(row);
+            list(row, out);
+        }
+    }
+};
+
+TEST(RowTree, AgreesWithAPlainModelAfterEveryOfManyChanges) {
+    std::mt19937 random(7);
+    RowTree tree;
+    Model model;
+    std::vector<Row> alive;
+    for (int step = 0; step < 3000; ++step) {
+        const std::size_t picked = random() % (alive.size() + 1);
+        const Row row = picked == alive.size() ? kNoRow : alive[picked];
+        const auto what = random() % 10;
+        if (what < 7) {
+            const Row made = tree.add(row);
+            model.children[made].clear();
+            model.parents[made] = row;
+            model.children[row].push_back(made);
+        } else if (what == 7 && row != kNoRow) {
+            std::vector<Row> removed, expected = {row};
+            tree.remove(row, removed);
+            model.list(row, expected);
+            std::erase(model.children[model.parents[row]], row);
+            ASSERT_TRUE(
+                std::is_permutation(removed.begin(), removed.end(), expected.begin(), expected.end()));
+        } else {
+            std::shuffle(model.children[row].begin(), model.children[row].end(), random);
+            tree.reorder(row, model.children[row]);
+        }
+        alive.clear();
+        model.list(kNoRow, alive);
+        ASSERT_EQ(fromTheTop(tree), alive) << "step " << step;
+        ASSERT_EQ(tree.count(), alive.size());
+        const auto sorted = tree.sortedRoots();
+        ASSERT_TRUE(sorted.empty() || std::ranges::equal(sorted, alive));
+        ASSERT_EQ(fromTheEnd(tree), std::vector<Row>(alive.rbegin(), alive.rend()));
+        for (std::size_t i = 0; i < alive.size(); ++i) {
+            const Row at = alive[i], parent = model.parents[at], next = tree.nextSibling(at);
+            ASSERT_EQ(tree.indexOf(at), i);
+            ASSERT_EQ(tree.parent(at), parent);
+            ASSERT_EQ(tree.level(at), parent == kNoRow ? 0 : tree.level(parent) + 1);
+            ASSERT_TRUE(next != kNoRow || tree.lastChild(parent) == at);
+        }
+    }
 }
 
 }  // namespace

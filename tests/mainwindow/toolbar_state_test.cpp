@@ -3,8 +3,10 @@
 #include <gtest/gtest.h>
 
 #include "app/command.h"
+#include "app/settings_fixture.h"
 #include "base/text.h"
 #include "mainwindow/bars.h"
+#include "mainwindow/window_geometry.h"
 #include "support/test_texts.h"
 #include "support/whole_files.h"
 
@@ -92,18 +94,56 @@ TEST_F(ToolbarStateTest, AFileCutShortBrokenOrForeignChangesNothing) {
         ToolbarStore store;
         ASSERT_FALSE(store.load(texts.files, path)) << length;
     }
-    const char* const faults[][2] = {{"Edge=bottom", "Edge=middle"},
-                                     {"Order=3", "Order=-1"},
-                                     {"Visible=0", ""},
-                                     {"Hidden=17", "Hidden=99999999999"},
-                                     {"[cbrJunctions]", "[cbrJunction]"},
-                                     {"Toolbars=1", "Toolbars=2"}};
+    const char* const faults[][2] = {
+        {"Visible=0", ""},       {"Toolbars=1", "Toolbars=2"},   {"Hidden=17", "Hidden=99999999999"},
+        {"Order=3", "Order=-1"}, {"Edge=bottom", "Edge=middle"}, {"[cbrJunctions]", "[cbrJunction]"}};
     for (const auto& [from, to] : faults) {
         ASSERT_NE(whole.find(from), std::string::npos) << from;
         expectAsBuiltFrom(replaceAll(whole, from, to), std::string(from) + " > " + to);
     }
     expectAsBuiltFrom(std::string("\xd0\xcf\x11\xe0\0\0\xff\xfe", 8), "binary");
     expectAsBuiltFrom(whole + std::string(100'000, '\n'), "far too long");
+}
+
+class WindowGeometry : public test::SettingsFixture {
+  protected:
+    static constexpr Rect kScreen{0, 0, 1920, 1080};
+    static std::string shown(const WindowPlace& place) {
+        const Rect& rect = place.rect;
+        std::string text;
+        for (const int number : {rect.left, rect.top, rect.width, rect.height, place.splitter})
+            text += std::to_string(number) + " ";
+        return text;
+    }
+};
+
+TEST_F(WindowGeometry, OpensWhereItFitsWhateverTheFileHolds) {
+    const std::pair<const char*, const char*> cases[] = {
+        {"", "570 267 781 546 245 "},
+        {"Width=15000\nHeight=7500", "460 290 1000 500 245 "},
+        {"Left=99999\nTop=450", "0 30 781 546 245 "},
+        {"Left=-15\nTop=16200", "0 0 781 546 245 "},
+        {"Left=28785\nTop=16185", "1919 1079 781 546 245 "},
+        {"Width=45000\nHeight=30000", "0 0 3000 2000 245 "},
+        {"TVW=11716", "570 267 781 546 146 "},
+        {"TVW=-1", "570 267 781 546 146 "},
+        {"TVW=11715", "570 267 781 546 781 "},
+        {"Left=x\nTop=\nWidth=0\nHeight=-15\nTVW=1e9", "570 267 781 546 245 "},
+        {"Left=99999999999\nWidth=99999999999", "570 267 781 546 245 "}};
+    for (const auto& [lines, place] : cases)
+        EXPECT_EQ(shown(savedPlace(IniText(std::string("[Form]\n") + lines), kScreen)), place) << lines;
+    const Rect second{-1920, 40, 1920, 1040};
+    EXPECT_EQ(shown(savedPlace(IniText("[Form]\nLeft=-1500\nTop=0"), second)), "-100 40 781 546 245 ");
+}
+
+TEST_F(WindowGeometry, ComesBackAsItWasSaved) {
+    for (const WindowState state : {WindowState::kNormal, WindowState::kMinimized, WindowState::kMaximized}) {
+        FensterpositionSpeichern(store, state, {33, 44, 801, 603}, 207);
+        EXPECT_EQ(shown(savedPlace(store.read(), kScreen)), "33 44 801 603 207 ");
+        EXPECT_EQ(savedState(store.read()), state == WindowState::kMinimized ? WindowState::kNormal : state);
+    }
+    EXPECT_NE(test::contentOf(path).find("Width=12015"), std::string::npos) << "twips";
+    EXPECT_EQ(savedState(IniText("[Form]\nWindowState=7")), WindowState::kNormal);
 }
 
 }  // namespace

@@ -1,10 +1,17 @@
+// The report of an error, and the texts that it and its mail are made of.
 #include "robustness/error_report.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <new>
+#include <system_error>
 
+#include "robustness/api_error_text.h"
+#include "robustness/error_mail.h"
 #include "robustness/fakes.h"
+#include "robustness/time_spans.h"
+#include "robustness/trap.h"
 
 namespace hl {
 namespace {
@@ -65,6 +72,126 @@ TEST_F(ErrorReport, ComesOutWithAllItsLinesWhenNothingCanBeLearned) {
     const std::string report = build();
     EXPECT_EQ(std::count(report.begin(), report.end(), '\n'), 21);
     EXPECT_EQ(line("SysUp: "), "SysUp: 0:00:00");
+}
+
+TEST(ApiErrorText, ReadsAsTheUserSeesItAndTakesTheLastErrorForMinusOne) {
+    const std::tuple<bool, int, const char*> cases[] = {{false, 13, "Permission denied"},
+                                                        {true, kLastError, "#13 - Permission denied"},
+                                                        {false, 0, "#0 - No information available"},
+                                                        {false, 14, "Bad address."},
+                                                        {true, -7, "#-7 - Formatmessage Error 22 (-7)"}};
+    test::FakeSystemFacts facts;
+    for (const auto& [withNumber, code, text] : cases) {
+        errno = EACCES;
+        EXPECT_EQ(ApiErrorText(withNumber, code, facts), text) << code;
+    }
+}
+
+TEST(ErrorMail, EscapesByItsTableAndNothingElse) {
+    const std::pair<const char*, const char*> cases[] = {
+        {"%20", "%25%2520"},       {"a\r\nb\rc\nd", "a%0Ab%0Ac%0Ad"},
+        {"\n\r\r\n", "%0A%0A%0A"}, {"a b!#*/?&\"", "a%20b%21%23%2A%2F%3F%26%22"},
+        {"é+=:<>'", "é+=:<>'"},    {"ÄÖÜßäöü", "%C4%D6%DC%DF%E4%F6%FC"}};
+    for (const auto& [text, escaped] : cases) EXPECT_EQ(escapeMailBody(text), escaped);
+}
+
+using std::chrono::seconds;
+
+constexpr std::int64_t kDay = 86400;
+constexpr std::chrono::system_clock::time_point kStart(seconds(1'700'000'000));
+
+TEST(TimeSpans, ReadInDaysAndAClock) {
+    const std::tuple<std::int64_t, const char*, const char*> cases[] = {
+        {kDay - 1, "23:59:59", "23:59:59"},
+        {kDay, "1 Tag 0:00:00", "1 day 0:00:00"},
+        {365 * kDay - 1, "364 Tage 23:59:59", "364 days 23:59:59"},
+        {733 * kDay + 3725, "2 Jahr(e) 3 Tag(e) 1:02:05", "2year(s) 3 day(s) 1:02:05"}};
+    for (const auto& [length, german, english] : cases) {
+        EXPECT_EQ(GetDateFromDiff(kStart, kStart + seconds(length)), german);
+        EXPECT_EQ(GetSystemUpTime(static_cast<std::uint64_t>(length)), english);
+    }
+    EXPECT_EQ(GetDateFromDiff(kStart, kStart - seconds(5)), "0:00:00") << "the clock was put back";
+    const SpanWords dutch{.oneDay = "1 dag", .days = "%1 dagen", .years = "%2 dag(en), %1 jaar"};
+    EXPECT_EQ(GetDateFromDiff(kStart, kStart + seconds(365 * kDay), dutch), "0 dag(en), 1 jaar 0:00:00");
+}
+
+void fail() {
+    throw Fault(5, "", "the cause");
+}
+
+class Trap : public testing::Test, protected test::FakeDiagnostics {
+  protected:
+    bool shows(const std::string& text) const {
+        return !sink.shown.empty() && sink.shown.back().find(text) != std::string::npos;
+    }
+    /// Runs `body` in a trap.
+    template <class Body>
+    auto run(Body body) {
+        return guarded(diagnostics, "SomeRoutine", "SomeModule", body);
+    }
+};
+
+TEST_F(Trap, ReturnsTheResultOrAfterAnErrorAnEmptyOneAndHidesItFromTheRoutineAround) {
+    const int before = GuardedRoutine::depth();
+    const auto result = run([&] {
+        EXPECT_EQ(run([]() -> std::string { throw Fault(13, "", "Type mismatch"); }), "");
+        EXPECT_EQ(run([]() -> int { throw Fault(13, "", ""); }), 0);
+        EXPECT_EQ(GuardedRoutine::depth(), before + 1);
+        return std::make_unique<int>(7);
+    });
+    EXPECT_EQ(*result, 7);
+    EXPECT_EQ(GuardedRoutine::depth(), before);
+    EXPECT_EQ(sink.shown.size(), 2U);
+}
+
+TEST_F(Trap, ReportsRoutineModuleAndTheLineOfTheTrap) {
+    guarded(diagnostics, "QuelleEinlesen", "frmMain", [] { throw Fault(9, "", "Subscript out of range"); });
+    EXPECT_TRUE(shows("\r\nModul: frmMain\r\nFunc: QuelleEinlesen\r\nLine: " + std::to_string(__LINE__ - 1) +
+                      "\r\nErr: 9 - Subscript out of range\r\n"))
+        << sink.shown.back();
+}
+
+TEST_F(Trap, CatchesWhateverEscapes) {
+    const std::pair<void (*)(), const char*> cases[] = {
+        {[] { throw std::bad_alloc(); }, "Err: 12 - Out of memory"},
+        {[] { throw std::system_error(13, std::generic_category(), "opening"); }, "Err: 13 - opening"},
+        {[] { throw std::out_of_range("vector::at"); }, "Err: 5 - vector::at"},
+        {[] { throw 42; }, "Err: 5 - Unknown exception"}};
+    for (const auto& [body, text] : cases) {
+        run(body);
+        EXPECT_TRUE(shows(text)) << sink.shown.back();
+    }
+}
+
+TEST_F(Trap, LogsWhatItShowsWithTheStateOfTheProgramAndWithValuesAskedForOnlyAfterAnError) {
+    app.dataFolder = "/opt/data";
+    app.languageId = [] { return 9; };
+    app.cancelState = [] { return 3; };
+    int asked = 0;
+    const auto values = [&] { return DebugValues{"/home", std::to_string(++asked)}; };
+    guarded(
+        diagnostics, "f", "m", [] {}, values);
+    guarded(diagnostics, "f", "m", fail, values);
+    EXPECT_TRUE(sink.shown.back().ends_with(
+        "\r\nComp: engine\r\nApptitle: Harborlantern\r\nDatapath: /opt/data\r\nAdmin: True"
+        "\r\nErrcount: 1\r\nLang: 9\r\nStop:3,0\r\nDebug0: /home\r\nDebug1: 1"))
+        << sink.shown.back();
+    EXPECT_EQ(sink.log.at(0).text, sink.shown.at(0));
+    EXPECT_TRUE(sink.log[0].blankLine && sink.log[0].stamp);
+}
+
+TEST_F(Trap, ShowsTheErrorWhateverElseFails) {
+    const auto noValues = []() -> DebugValues { throw Fault(6, "", "second"); };
+    guarded(diagnostics, "f", "m", fail, noValues);
+    EXPECT_TRUE(shows("Err: 5 - the cause"));
+    sink.broken = true;
+    run(fail);
+    EXPECT_TRUE(shows("Err: 5 - the cause"));
+    app.languageId = []() -> int { throw std::runtime_error("no language yet"); };
+    run(fail);
+    EXPECT_TRUE(shows("SomeModule.SomeRoutine: the cause"));
+    EXPECT_EQ(diagnostics.errcount(), 3U);
+    EXPECT_EQ(sink.shown.size(), 3U);
 }
 
 }  // namespace

@@ -2,13 +2,17 @@
 
 #include <gtest/gtest.h>
 
+#include "platform/linux/files.h"
 #include "scan/records.h"
 #include "support/environment.h"
+#include "support/temp_dir.h"
 #include "support/test_texts.h"
+#include "support/whole_files.h"
 #include "views/drive_list.h"
 #include "views/list_columns.h"
 #include "views/report_columns.h"
 #include "views/size_display.h"
+#include "views/type_names.h"
 
 namespace hl {
 namespace {
@@ -97,6 +101,37 @@ TEST_F(CellText, OfTextsIsWhatTheyHoldAndOfAJunctionsKindAWord) {
     grid.setNumber(row, kFileLinks, 1234);
     EXPECT_EQ(of(grid, row, kHardlinksPath), "/srv/\xE2\x90\x9B[31m/");
     EXPECT_EQ(of(grid, row, kHardlinksLinks), "1234") << "no mask, no separators";
+}
+
+struct DecidesDots : FileTypes {
+    std::optional<std::string> typeName(std::string_view fileName) override {
+        if (fileName.find('.') == std::string_view::npos) return std::nullopt;
+        return "by name";
+    }
+    std::string typeName(std::string_view, std::string_view beginning) override {
+        return "by " + std::string(beginning);
+    }
+    std::string iconName(std::string_view) override { return "icon"; }
+};
+
+TEST(TypeNames, LookIntoSoManyFilesOfAListWhoseNamesDecideNothing) {
+    const test::TempDir folder;
+    test::writeFile(folder.path() + "/plain", "content");
+    test::writeFile(folder.path() + "/x.y", "content");
+    LinuxFiles files;
+    DecidesDots types;
+    TypeNames names(types, files);
+    for (int list = 0; list < 2; ++list) {
+        names.restart();
+        int looked = 0;
+        for (int i = 0; i < TypeNames::kMostLooks + 9; ++i) {
+            EXPECT_EQ(names.of(folder.path() + "/x.y"), "by name");
+            looked += names.of(folder.path() + "/plain") == "by content" ? 1 : 0;
+        }
+        EXPECT_EQ(looked, TypeNames::kMostLooks);
+    }
+    names.restart();
+    EXPECT_EQ(names.of(folder.path() + "/missing"), "");
 }
 
 }  // namespace
