@@ -1,6 +1,7 @@
 // Files that are no files to read, helpers that do not behave, and folders that must not stay.
 #include "platform/linux/preview_tools.h"
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <poll.h>
 #include <sys/stat.h>
@@ -10,7 +11,6 @@
 
 #include "platform/linux/file_confinement.h"
 #include "platform/preview_protocol.h"
-#include "support/few_descriptors.h"
 #include "support/patience.h"
 #include "support/temp_dir.h"
 #include "support/whole_files.h"
@@ -146,19 +146,6 @@ TEST_F(PreviewToolsTest, TheEndOfAHelperTakesItsChildrenAlong) {
     }));
 }
 
-TEST_F(PreviewToolsTest, HowAHelperEndedIsTold) {
-    const std::pair<const char*, bool> cases[] = {
-        {"exit 0", true}, {"exit 3", false}, {"kill -SEGV $$", false}};
-    for (const auto& [body, well] : cases) {
-        auto process = start({.program = script("helper", body)});
-        outputOf(*process);
-        EXPECT_EQ(process->endedWell(), well) << body;
-    }
-    auto process = start({.program = path("none")});
-    outputOf(*process);
-    EXPECT_FALSE(process->endedWell());
-}
-
 TEST_F(PreviewToolsTest, APrivateFolderGoesWithAllThatIsInIt) {
     writeFile(path("file"), std::string(300'000, 'x'));
     std::string error;
@@ -179,19 +166,11 @@ TEST_F(PreviewToolsTest, APrivateFolderGoesWithAllThatIsInIt) {
     EXPECT_FALSE(std::filesystem::exists(home));
 }
 
-TEST_F(PreviewToolsTest, WhatTheSystemHasNoRoomForSaysWhy) {
+TEST_F(PreviewToolsTest, AFolderThatCannotBeMadeSaysWhy) {
     std::string error;
     LinuxPreviewTools nowhere(dir.path(), "", path("none"));
     EXPECT_EQ(nowhere.makeFolder(error), nullptr);
     EXPECT_EQ(error, tools.errorText(ENOENT));
-    std::string ofFile, ofProcess;
-    {
-        const FewDescriptors none(0);
-        EXPECT_EQ(tools.inMemory("x", ofFile), nullptr);
-        EXPECT_EQ(tools.start({.program = "x"}, ofProcess), nullptr);
-    }
-    EXPECT_EQ(ofFile, tools.errorText(EMFILE));
-    EXPECT_EQ(ofProcess, tools.errorText(EMFILE));
 }
 
 TEST(PreviewProtocol, AnswersThatMakeNoSenseAreRefused) {
