@@ -166,18 +166,6 @@ TEST_F(MainWindowTest, WithNoProgramForTheLogTheWindowAsksForOne) {
     EXPECT_EQ(asked, QStringLiteral("frmOpenWith"));
 }
 
-TEST_F(MainWindowTest, ARescanFindsWhatHasGrown) {
-    smallTree();
-    startWithReport();
-    EXPECT_EQ(s.numbers("src"), "457|4|3");
-    folder("src/b/new");
-    file("src/b/new/big", 1000);
-    s.clickRow("b");
-    s.key(s.view(), Qt::Key_F5);
-    EXPECT_EQ(s.numbers("src") + " " + s.numbers("a") + " " + s.numbers("b"), "1.457|5|4 400|2|1 1.050|2|1");
-    EXPECT_EQ(s.rows().substr(0, 5), "src b");
-}
-
 TEST_F(MainWindowTest, ARescanLeavesTheColumnsFitted) {
     const std::string name =
         "src/a/a folder that has such a long name that no other is as wide, a path neither";

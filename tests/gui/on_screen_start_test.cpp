@@ -1,4 +1,5 @@
-// The start of the window where nobody makes it the active one.
+// The program on a screen: its start where nobody makes its window the active one, and how another process
+// reads it over the accessibility bus, as a screen reader does.
 #include <QProcess>
 
 #include "gui/window_fixture.h"
@@ -11,27 +12,31 @@ namespace {
 
 using namespace test;
 
-constexpr const char* kNeedsX = "needs an X server";
-
 class OnScreenStart : public WindowTest {
   protected:
-    static bool onScreen() { return QGuiApplication::platformName() == QLatin1String("xcb"); }
+    void SetUp() override {
+        if (QGuiApplication::platformName() != QLatin1String("xcb")) GTEST_SKIP() << "needs an X server";
+    }
+    /// Of a program with a folder of its own, and with no other instance that would take the line over.
+    void start(QProcess& program, const QStringList& line, const std::string& run,
+               std::initializer_list<std::pair<const char*, QString>> more = {}) const {
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert(QStringLiteral("HARBORLANTERN_HOME"), QString::fromStdString(home.path()));
+        environment.insert(QStringLiteral("XDG_RUNTIME_DIR"), QString::fromStdString(run));
+        for (const auto& [name, value] : more) environment.insert(QLatin1String(name), value);
+        program.setProcessEnvironment(environment);
+        program.start(QStringLiteral(HARBORLANTERN_PROGRAM), line);
+        ASSERT_TRUE(program.waitForStarted());
+    }
 };
 
 TEST_F(OnScreenStart, WithoutAWindowManagerTheSourceOfTheCommandLineIsRead) {
-    if (!onScreen()) GTEST_SKIP() << kNeedsX;
     smallTree();
     QProcess server, program;
     server.start(QStringLiteral("Xvfb"), {QStringLiteral("-displayfd"), QStringLiteral("1")});
     ASSERT_TRUE(server.waitForReadyRead());
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(QStringLiteral("DISPLAY"),
-                       QLatin1Char(':') + QString::fromUtf8(server.readLine().trimmed()));
-    // No other instance that would take the line over.
-    for (const char* own : {"HARBORLANTERN_HOME", "XDG_RUNTIME_DIR"})
-        environment.insert(QLatin1String(own), QString::fromStdString(home.path()));
-    program.setProcessEnvironment(environment);
-    program.start(QStringLiteral(HARBORLANTERN_PROGRAM), {QString::fromStdString(at("src"))});
+    start(program, {QString::fromStdString(at("src"))}, home.path(),
+          {{"DISPLAY", QLatin1Char(':') + QString::fromUtf8(server.readLine().trimmed())}});
     EXPECT_TRUE(comes([&] {
         return contentOf(home.path() + "/Harborlantern.log").find("Dateianzahl: 4") != std::string::npos;
     }));
@@ -42,7 +47,6 @@ TEST_F(OnScreenStart, WithoutAWindowManagerTheSourceOfTheCommandLineIsRead) {
 }
 
 TEST_F(OnScreenStart, AWindowThatDoesNotBecomeTheActiveOneReadsItsSourcesOnce) {
-    if (!onScreen()) GTEST_SKIP() << kNeedsX;
     smallTree();
     QWidget other;
     other.show();
@@ -62,7 +66,6 @@ TEST_F(OnScreenStart, AWindowThatDoesNotBecomeTheActiveOneReadsItsSourcesOnce) {
 
 // The process itself stays as long as the kernel holds one of its threads.
 TEST_F(OnScreenStart, AWindowThatIsClosedWhileADiskHangsIsInNoNewOnesWay) {
-    if (!onScreen()) GTEST_SKIP() << kNeedsX;
     folder("src/hangs/deep");
     FuseMount mount(at("src"), at("mount"));
     if (!mount.missing().empty()) GTEST_SKIP() << mount.missing();
@@ -70,13 +73,9 @@ TEST_F(OnScreenStart, AWindowThatIsClosedWhileADiskHangsIsInNoNewOnesWay) {
     const std::string own = home.path() + "/run", socket = own + "/harborlantern_APPLICATION";
     std::filesystem::create_directory(own);
     ::chmod(own.c_str(), 0700);
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(QStringLiteral("HARBORLANTERN_HOME"), QString::fromStdString(home.path()));
-    environment.insert(QStringLiteral("XDG_RUNTIME_DIR"), QString::fromStdString(own));
     QProcess first, second;
-    for (QProcess* each : {&first, &second}) each->setProcessEnvironment(environment);
-    first.start(QStringLiteral(HARBORLANTERN_PROGRAM), QStringList());
-    ASSERT_TRUE(first.waitForStarted() && comes([&] { return std::filesystem::exists(socket); }));
+    start(first, {}, own);
+    ASSERT_TRUE(comes([&] { return std::filesystem::exists(socket); }));
     const std::string process = "/proc/" + std::to_string(first.processId());
     // The source is asked for on another thread.
     ASSERT_TRUE(comes([&] {
@@ -90,13 +89,39 @@ TEST_F(OnScreenStart, AWindowThatIsClosedWhileADiskHangsIsInNoNewOnesWay) {
               0);
     EXPECT_TRUE(comes([&] { return !std::filesystem::exists(socket); }));
     EXPECT_TRUE(std::filesystem::exists(ini())) << "its settings are saved";
-    second.start(QStringLiteral(HARBORLANTERN_PROGRAM), QStringList());
+    start(second, {}, own);
     EXPECT_TRUE(comes([&] { return std::filesystem::exists(socket); }));
     EXPECT_TRUE(std::filesystem::exists(process)) << "the kernel holds it";
     mount.die();
     EXPECT_TRUE(first.waitForFinished());
     second.kill();
     second.waitForFinished();
+}
+
+using OnScreenReader = OnScreenStart;
+
+TEST_F(OnScreenReader, FindsTheRowsOfTheReportWithLevelFoldedStateAndCells) {
+    writeDeepFile(at("big/inner/file"), std::string(3000, 'x'));
+    writeDeepFile(at("small/file"), std::string(1000, 'x'));
+    std::filesystem::remove(ini());  // English.
+    QProcess program;
+    start(program, {QString::fromStdString(tree.path())}, home.path(),
+          {{"QT_LINUX_ACCESSIBILITY_ALWAYS_ON", QStringLiteral("1")}, {"LC_ALL", QStringLiteral("C")}});
+    QProcess reader;
+    reader.start(QStringLiteral("/usr/bin/python3"),
+                 {QStringLiteral(HARBORLANTERN_SOURCE_DIR "/tests/gui/read_window.py"),
+                  QString::number(program.processId()), QStringLiteral("3")});
+    const bool ended = reader.waitForFinished(40000);
+    program.kill();
+    program.waitForFinished();
+    ASSERT_TRUE(ended);
+    const std::string found = reader.readAllStandardOutput().toStdString();
+    if (reader.exitCode() == 77) GTEST_SKIP() << found;
+    EXPECT_EQ(found, "tree item\t" + tree.path() + "\tLevel 1\texpanded\t" + tree.path() +
+                         "\t4,000\t100.00%\t2\t3\n"
+                         "tree item\tbig\tLevel 2\tcollapsed\tbig\t3,000\t75.00%\t1\t1\n"
+                         "tree item\tsmall\tLevel 2\t-\tsmall\t1,000\t25.00%\t1\t\n")
+        << reader.readAllStandardError().toStdString();
 }
 
 }  // namespace

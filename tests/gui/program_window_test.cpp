@@ -96,14 +96,17 @@ std::set<std::string> filesBelow(const std::string& folder) {
     return files;
 }
 
+/// To be used as `before`: shows no window, and its id is in the file "pid".
+void hideAndTell(const Program& program) {
+    ::setenv("QT_QPA_PLATFORM", "offscreen", 1);
+    test::writeFile(program.home("pid"), std::to_string(::getpid()));
+}
+
 TEST(ProgramWindow, ASecondStartHandsItsSourcesToTheFirstOrSaysThatItDoesNotAnswer) {
     const Program program;
     const TempDir tree;
     test::makeFile(tree.path() + "/x", 10);
-    const auto offscreen = [&] {
-        ::setenv("QT_QPA_PLATFORM", "offscreen", 1);
-        test::writeFile(program.home("pid"), std::to_string(::getpid()));
-    };
+    const auto offscreen = [&] { hideAndTell(program); };
     std::thread first([&] { EXPECT_EQ(program.run({}, offscreen).status, 128 + SIGTERM); });
     EXPECT_TRUE(comes([&] { return fs::is_socket(program.home("run/harborlantern_APPLICATION")); }));
     const std::string pid = test::readFile(program.home("pid"));
@@ -140,10 +143,7 @@ TEST(ProgramWindow, AFaultInItsModuleIsReportedLikeAnyErrorAndOneThatEndsItLeave
     GTEST_SKIP() << "the instruction that fails is one of x86-64";
 #endif
     const Program program;
-    const auto offscreen = [&] {
-        ::setenv("QT_QPA_PLATFORM", "offscreen", 1);
-        test::writeFile(program.home("pid"), std::to_string(::getpid()));
-    };
+    const auto offscreen = [&] { hideAndTell(program); };
     const auto log = [&] { return test::readFile(program.home("error.log")); };
     std::thread first([&] { EXPECT_EQ(program.run({}, offscreen).status, 1); });
     EXPECT_TRUE(comes([&] { return fs::is_socket(program.home("run/harborlantern_APPLICATION")); }));
