@@ -33,21 +33,12 @@ TEST_F(MovingTest, WhateverItIsItIsTheSameUnderItsNewName) {
 }
 
 TEST_F(MovingTest, AFileReplacesAFileAndNothingReplacesAFolder) {
-    const std::tuple<const char*, const char*, int> cases[] = {{"file", "file", 0},
-                                                               {"file", "read-only file", 0},
-                                                               {"file", "dangling link", 0},
-                                                               {"file", "link to a folder", 0},
-                                                               {"link to a folder", "file", 0},
-                                                               {"pipe", "file", 0},
-                                                               {"file", "pipe", 0},
-                                                               {"file", "folder", EISDIR},
-                                                               {"file", "empty folder", EISDIR},
-                                                               {"folder", "folder", EEXIST},
-                                                               {"folder", "empty folder", EEXIST},
-                                                               {"folder", "file", EEXIST},
-                                                               {"folder", "link to a folder", EEXIST},
-                                                               {"nothing", "file", ENOENT},
-                                                               {"nothing", "folder", ENOENT}};
+    const std::tuple<const char*, const char*, int> cases[] = {
+        {"file", "file", 0},        {"nothing", "file", ENOENT},   {"file", "link to a folder", 0},
+        {"pipe", "file", 0},        {"file", "dangling link", 0},  {"link to a folder", "file", 0},
+        {"file", "pipe", 0},        {"folder", "folder", EEXIST},  {"file", "empty folder", EISDIR},
+        {"file", "folder", EISDIR}, {"file", "read-only file", 0}, {"folder", "empty folder", EEXIST},
+        {"folder", "file", EEXIST}, {"nothing", "folder", ENOENT}, {"folder", "link to a folder", EEXIST}};
     for (const auto& [moved, onto, error] : cases) {
         kind(moved).make(at("old"));
         kind(onto).make(at("there"));
@@ -63,18 +54,13 @@ TEST_F(MovingTest, AFileReplacesAFileAndNothingReplacesAFolder) {
 TEST_F(MovingTest, APlaceThatCannotBeIsToldAndNothingMoves) {
     makeText(at("file"));
     fs::create_directories(at("folder/below"));
-    const std::tuple<const char*, std::string, int> cases[] = {{"file", "missing/new", ENOENT},
-                                                               {"file", "file/new", ENOTDIR},
-                                                               {"file", std::string(256, 'n'), ENAMETOOLONG},
-                                                               {"file", ".", EINVAL},
-                                                               {"file", "..", EINVAL},
-                                                               {"file", std::string("a\0b", 3), EINVAL},
-                                                               {"folder", "folder/below/new", EINVAL},
-                                                               {"folder/below", "folder", EEXIST},
-                                                               {"folder", "folder", 0},
-                                                               {"file", "file", 0},
-                                                               {"file", "sub/../file", 0},
-                                                               {"missing", "missing", ENOENT}};
+    const std::tuple<const char*, std::string, int> cases[] = {
+        {"file", "file", 0},           {"missing", "missing", ENOENT},
+        {"file", ".", EINVAL},         {"file", "missing/new", ENOENT},
+        {"file", "..", EINVAL},        {"folder/below", "folder", EEXIST},
+        {"folder", "folder", 0},       {"folder", "folder/below/new", EINVAL},
+        {"file", "sub/../file", 0},    {"file", std::string("a\0b", 3), EINVAL},
+        {"file", "file/new", ENOTDIR}, {"file", std::string(256, 'n'), ENAMETOOLONG}};
     for (const auto& [old, fresh, error] : cases) {
         EXPECT_EQ(moveTo({dir.path(), old, true}, {dir.path(), fresh, true}), error)
             << old << " to " << fresh;

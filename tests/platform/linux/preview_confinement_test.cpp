@@ -29,29 +29,11 @@ constexpr std::uint64_t kMemory = std::uint64_t{1} << 30;
 constexpr int kSeize = 0x4206;  // To look into a process that goes on.
 constexpr long kNewer[] = {424, 425, 426, 427, 428, 429, 430, 431, 432, 433, 434, 438, 440, 442,
                            444, 445, 446, 447, 448, 452, 457, 458, 463, 464, 465, 466, 467};
-constexpr long kOfAll[] = {SYS_process_vm_writev,
-                           SYS_perf_event_open,
-                           SYS_userfaultfd,
-                           SYS_bpf,
-                           SYS_keyctl,
-                           SYS_add_key,
-                           SYS_request_key,
-                           SYS_name_to_handle_at,
-                           SYS_open_by_handle_at,
-                           SYS_execveat,
-                           SYS_mount,
-                           SYS_umount2,
-                           SYS_pivot_root,
-                           SYS_chroot,
-                           SYS_setns,
-                           SYS_unshare,
-                           SYS_kill,
-                           SYS_tkill,
-                           SYS_rt_sigqueueinfo,
-                           SYS_rt_tgsigqueueinfo,
-                           SYS_init_module,
-                           SYS_kexec_load,
-                           SYS_fanotify_init};
+constexpr long kOfAll[] = {
+    SYS_bpf,    SYS_umount2,     SYS_fanotify_init,     SYS_kill,    SYS_unshare,     SYS_perf_event_open,
+    SYS_mount,  SYS_execveat,    SYS_rt_sigqueueinfo,   SYS_setns,   SYS_pivot_root,  SYS_process_vm_writev,
+    SYS_tkill,  SYS_kexec_load,  SYS_name_to_handle_at, SYS_keyctl,  SYS_userfaultfd, SYS_open_by_handle_at,
+    SYS_chroot, SYS_request_key, SYS_rt_tgsigqueueinfo, SYS_add_key, SYS_init_module};
 constexpr long kOfDecoders[] = {
     SYS_socket,       SYS_socketpair,      SYS_connect,   SYS_bind,        SYS_sendmsg,
     SYS_unlinkat,     SYS_renameat2,       SYS_linkat,    SYS_symlinkat,   SYS_mkdirat,
