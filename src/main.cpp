@@ -62,8 +62,6 @@ void sayLastWords(const char* description, const void* instruction) {
     lastWords->say(description, instruction);
 }
 
-LinuxFaultSignals faultSignals;
-
 std::string folderOf(const std::filesystem::path& path) {
     return path.parent_path().string();
 }
@@ -195,7 +193,7 @@ void Program::makeUserFolder() {
 int Program::Main() {
     lastWords.emplace(joinPath(programFolder_, kErrorLogName, kPosixPaths), dates_.general(),
                       BuildLastReport(app_, facts_));
-    faultSignals.InstallExceptionFilter(sayLastWords);
+    LinuxFaultSignals().InstallExceptionFilter(sayLastWords);
     // A pipe with no reader, and a file at the limit of its size, are errors of the write and not the end of
     // the run.
     for (const int signal : {SIGPIPE, SIGXFSZ}) std::signal(signal, SIG_IGN);

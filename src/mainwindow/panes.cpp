@@ -64,15 +64,11 @@ void setUp(cSplitter& splitter, const StartValues& start) {
 struct BarPane {
     BarId bar;
     SplitterId splitter;
-    const char* resize;  // Name of its routine.
 };
 constexpr BarPane kBarPanes[] = {
-    {BarId::kReport, SplitterId::kReport, "cbrReport_Resize"},
-    {BarId::kDrives, SplitterId::kDrives, "cbrDrives_Resize"},
-    {BarId::kFiles, SplitterId::kFiles, "cbrFiles_Resize"},
-    {BarId::kTop, SplitterId::kFiles, "cbrTOP_Resize"},
-    {BarId::kHardlinks, SplitterId::kFiles, "cbrHardlinks_Resize"},
-    {BarId::kJunctions, SplitterId::kFiles, "cbrJunctions_Resize"},
+    {BarId::kReport, SplitterId::kReport},   {BarId::kDrives, SplitterId::kDrives},
+    {BarId::kFiles, SplitterId::kFiles},     {BarId::kTop, SplitterId::kFiles},
+    {BarId::kHardlinks, SplitterId::kFiles}, {BarId::kJunctions, SplitterId::kFiles},
 };
 
 bool isList(Command panel) {
@@ -307,7 +303,7 @@ void Panes::cbrResize(BarId id) {
     if (running || holder.Control1() != pane(id)) return;
     running = true;
     const ScopeExit done([&] { running = false; });
-    guarded(parts_.diagnostics, found->resize, kModul, [&] {
+    guarded(parts_.diagnostics, (bar(id).name() + "_Resize").c_str(), kModul, [&] {
         const int before = holder.Position();
         const int height = fitBar(id, holder);
         holder.setMinimumSize(1, height);

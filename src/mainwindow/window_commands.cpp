@@ -35,13 +35,11 @@ constexpr int kFontLargest = 40;
 // --- dispatch
 
 void WindowCommands::execute(BarId id, int command) {
-    constexpr const char* kNames[kBarCount] = {
-        "cbrMain_Execute", "cbrReport_Execute",    "cbrDrives_Execute",   "cbrFiles_Execute",
-        "cbrTOP_Execute",  "cbrHardlinks_Execute", "cbrJunctions_Execute"};
     {
         const auto over = form_.command();
-        guarded(form_.services_.diagnostics, kNames[static_cast<std::size_t>(id)], kModul, [&] {
-            const BarEntry* entry = form_.bar(id).find(command);
+        const CommandBar& bar = form_.bar(id);
+        guarded(form_.services_.diagnostics, (bar.name() + "_Execute").c_str(), kModul, [&] {
+            const BarEntry* entry = bar.find(command);
             const CommandRow* row = commandRow(commandOf(id, command));
             if (entry == nullptr || row == nullptr || !entry->enabled || form_.unloaded_) return;
             keep(*row);
