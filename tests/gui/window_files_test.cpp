@@ -93,6 +93,16 @@ TEST_F(WindowFilesTest, AWindowThatWasLeftOffTheScreenComesBackOntoIt) {
     EXPECT_LE(s.frame().width(), screen.availableVirtualSize().width());
 }
 
+TEST_F(WindowFilesTest, GarbageInItsFilesKeepsNoWindowFromOpening) {
+    const std::string noise("\0\xFF[[[\n=\nForm]\r[Form\nWidth=\r\n", 28);
+    writeFile(ini(), "[Allgemein]\r\nLang=7\r\n" + noise + "[Form]\nWidth=9e99\nTVW=nan\nWindowState=7\n");
+    writeFile(toolbars(), noise);
+    Session s(home.path());
+    s.start();
+    EXPECT_EQ(s.reports.size(), 0U);
+    EXPECT_TRUE(s.frame().isVisible() && s.enabled(Command::kStart));
+}
+
 TEST_F(WindowFilesTest, ASettingThatMakesNoSenseIsReportedAndTheWindowOpens) {
     // The language is read before there is a window.
     for (const char* settings :
