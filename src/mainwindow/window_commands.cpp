@@ -200,7 +200,7 @@ void WindowCommands::changeFont(const CommandRow& row) {
     const auto font = form_.window_->askFont(form_.window_->font(id));
     if (!font) return;
     setFont(id, *font);
-    if (id == GridId::kReport) return form_.reportView_->Report_Resize_Columns(true, false);
+    if (id == GridId::kReport) return form_.reportView_->Report_Resize_Columns(true);
     if (id != GridId::kDrives) return list(row).Resize_Columns(true);
     form_.driveList_.Drives_Resize_Columns(true);
     form_.Drives_ResizeTableHeight();
@@ -279,7 +279,7 @@ void WindowCommands::reportColumn(const CommandRow& row) {
 }
 
 void WindowCommands::reportFit(const CommandRow& /*row*/) {
-    form_.reportView_->Report_Resize_Columns(true, false);
+    form_.reportView_->Report_Resize_Columns(true);
 }
 
 void WindowCommands::reportSearch(const CommandRow& /*row*/) {

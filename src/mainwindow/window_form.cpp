@@ -17,7 +17,6 @@
 #include "views/cell_text.h"
 #include "views/drive_combo.h"
 #include "views/report_columns.h"
-#include "views/size_display.h"
 
 namespace hl {
 
@@ -119,7 +118,7 @@ void WindowForm::initGrids() {
 void WindowForm::resizeAllColumns() {
     for (const GridId id : kListGrids) lists_->of(id)->Resize_Columns(false);
     driveList_.Drives_Resize_Columns(true);
-    reportView_->Report_Resize_Columns(true, false);
+    reportView_->Report_Resize_Columns(true);
 }
 
 void WindowForm::applyFonts() {
@@ -142,7 +141,7 @@ void WindowForm::formActivate() {
 
 void WindowForm::Form_Activate() {
     window_->setState(savedState(services_.settings.read()));
-    reportView_->Report_Resize_Columns(false, false);
+    reportView_->Report_Resize_Columns(false);
     driveList_.Drives_GetAllDrives();
     for (const GridId id : kListGrids) lists_->of(id)->Resize_Columns(false);
     Drives_ResizeTableHeight();

@@ -90,7 +90,7 @@ void WindowForm::firstLevelFolderDone() {
     tvwPL_.setRedraw(true);
     tvwPL_.setRedraw(false);
     if (!std::has_single_bit(++shownFolders_)) return;
-    reportView_->Report_Resize_Columns(false, false);
+    reportView_->Report_Resize_Columns(false);
     fitReportPane();
 }
 
@@ -142,7 +142,7 @@ void WindowForm::topListTitle(const std::string& title) {
 }
 
 void WindowForm::reportResizeColumns() {
-    reportView_->Report_Resize_Columns(false, false);
+    reportView_->Report_Resize_Columns(false);
     fitReportPane();
     if (tvwPL_.rowCount() > 0) reportWidthOpen_ = false;
 }

@@ -12,7 +12,6 @@ namespace {
 
 const ListTraits kTraits = {
     .grid = GridId::kFiles,
-    .bar = BarId::kFiles,
     .family = "List_Files_",
     .events = "lvwFiles_",
     .mouseUp = "lvwFiles_MouseUp",

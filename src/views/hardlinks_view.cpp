@@ -14,7 +14,6 @@ namespace {
 
 const ListTraits kTraits = {
     .grid = GridId::kHardlinks,
-    .bar = BarId::kHardlinks,
     .family = "List_Hardlinks_",
     .events = "lvwHardlinks_",
     .mouseUp = "lvwHardlinks_MouseUp",

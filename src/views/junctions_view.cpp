@@ -8,7 +8,6 @@ namespace {
 
 const ListTraits kTraits = {
     .grid = GridId::kJunctions,
-    .bar = BarId::kJunctions,
     .family = "List_Junctions_",
     .events = "lvwJunctions_",
     .mouseUp = "lvwjunctions_MouseUp",

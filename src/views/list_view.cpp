@@ -45,7 +45,7 @@ void ListView::StartSearch() {
         std::size_t hit = firstHit(part, from, count - 1);
         if (hit == count && from > 0) hit = firstHit(part, 0, from);
         if (hit != count) showHit(grid_.rowAt(hit));
-        parts_.window.focusEdit(traits_.bar, idOf(traits_.searchText));
+        parts_.window.focusEdit(barOf(traits_.searchText), idOf(traits_.searchText));
     });
 }
 

@@ -45,7 +45,6 @@ class ListHost {
 /// Where a list differs from the others.
 struct ListTraits {
     GridId grid;
-    BarId bar;
     const char* family;   ///< First part of the names of its routines: "List_Files_";
     const char* events;   ///< of its events: "lvwFiles_".
     const char* mouseUp;  ///< In reports. Two lists have names that do not follow the rule.

@@ -18,7 +18,6 @@ namespace {
 constexpr const char* kModul = "frmMain";
 constexpr int kSearchBox = idOf(Command::kReportSearchText);
 constexpr int kUsualMargin = 96;
-constexpr int kNarrowMargin = 72;
 constexpr int kSizeMargin = 32;
 
 struct SortColumn {
@@ -42,11 +41,11 @@ void ReportView::Report_Resize_Width() {
     });
 }
 
-void ReportView::Report_Resize_Columns(bool withRedraw, bool narrow) {
+void ReportView::Report_Resize_Columns(bool withRedraw) {
     guarded(scan_.diagnostics, "Report_Resize_Columns", kModul, [&] {
         // The names last: they get what the numbers leave.
         for (std::size_t column = grid_.columns().size(); column-- > 0;)
-            window_.autosizeColumn(GridId::kReport, column, narrow ? kNarrowMargin : kUsualMargin);
+            window_.autosizeColumn(GridId::kReport, column, kUsualMargin);
         if (withRedraw) window_.refresh(GridId::kReport);
     });
 }
@@ -91,7 +90,7 @@ void ReportView::fold(const char* routine, Folding how, std::uint32_t level) {
             const ScopeExit unlock([this] { EnableControls(scan_); });
             foldRows(how, level);
         }
-        Report_Resize_Columns(true, false);
+        Report_Resize_Columns(true);
         scan_.state.CancelState = kCancelNone;
         host_.setFirstPanel(scan_.texts.TL(3525, "OK."));
         leaveHiddenRows();
@@ -138,14 +137,14 @@ void ReportView::Report_ExpandSubFolders(bool expand) {
                  row = grid_.tree().following(row))
                 grid_.setExpanded(row, expand);
         }
-        Report_Resize_Columns(true, false);
+        Report_Resize_Columns(true);
         host_.setFirstPanel(scan_.texts.TL(3525, "OK."));
         leaveHiddenRows();
     });
 }
 
 void ReportView::expandedByUser() {
-    if (!scan_.state.ScanActive) Report_Resize_Columns(true, false);
+    if (!scan_.state.ScanActive) Report_Resize_Columns(true);
     guarded(scan_.diagnostics, "leaveHiddenRows", kModul, [&] { leaveHiddenRows(); });
 }
 
@@ -237,7 +236,7 @@ void ReportView::tvwPL_GridColumnTitleClick(std::size_t column) {
             grid_.setSelected(grid_.rowAt(0), true);
             grid_.setTopRow(grid_.rowAt(0));
         }
-        Report_Resize_Columns(false, false);
+        Report_Resize_Columns(false);
     });
 }
 

@@ -45,11 +45,11 @@ class ReportView {
     // --- columns
     /// Makes the pane as wide as its columns.
     void Report_Resize_Width();
-    /// Fits all columns to what they show; `narrow` with a smaller margin, `withRedraw` painted at once.
-    void Report_Resize_Columns(bool withRedraw, bool narrow);
+    /// Fits all columns to what they show; `withRedraw` painted at once.
+    void Report_Resize_Columns(bool withRedraw);
     /// `column` counts from 0, the name.
     void Report_ChangeColVisible(std::size_t column, bool visible);
-    /// The unit of sizes, in the grid and in the bar.
+    /// The unit of sizes, in the grid.
     void Report_Set_SizeFormat();
 
     // --- folding

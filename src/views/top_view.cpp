@@ -10,7 +10,6 @@ namespace {
 
 const ListTraits kTraits = {
     .grid = GridId::kTop,
-    .bar = BarId::kTop,
     .family = "List_TOP_",
     .events = "lvwTOP_",
     .mouseUp = "lvwTOP_MouseUp",
