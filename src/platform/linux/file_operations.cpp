@@ -5,7 +5,6 @@
 #include <pwd.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <cstdlib>
 #include <utility>
 
@@ -32,6 +31,11 @@ bool holds(DirectoryCalls& calls, const FolderId& folder, const std::string& ins
         at = openAt(at.number(), "..", kLookFlags);
     }
     return false;
+}
+
+/// The folder itself, also where its name is a link.
+std::string inside(const std::string& folder) {
+    return folder + "/.";
 }
 
 }  // namespace
@@ -78,7 +82,7 @@ Removal LinuxFileOperations::removeTree(const FilePlace& place, OperationWatch& 
 RecycleError LinuxFileOperations::recycle(const FilePlace& place, OperationWatch& watch, std::string& now) {
     using Recycled = std::pair<RecycleError, std::string>;
     auto answer = beside<Recycled>(
-        {pathOf(place), tools_->settings.trash.homeTrash}, {RecycleError::kNoAnswer, ""}, watch,
+        {pathOf(place), inside(tools_->settings.trash.homeTrash)}, {RecycleError::kNoAnswer, ""}, watch,
         [place, tools = tools_](Whereabouts& whereabouts) {
             whereabouts.at([&] { return pathOf(place); });
             Recycled result;
@@ -102,9 +106,8 @@ std::optional<bool> LinuxFileOperations::wouldReplace(const FilePlace& from, con
 
 Protection LinuxFileOperations::protectionOf(const FilePlace& place, OperationWatch& watch) {
     std::vector<std::string> paths = {pathOf(place)};
-    const auto addBelow = [&](const std::string& folder) { paths.push_back(folder + "/."); };
-    if (!tools_->settings.home.empty()) addBelow(tools_->settings.home);
-    std::ranges::for_each(tools_->settings.programFolders, addBelow);
+    if (!tools_->settings.home.empty()) paths.push_back(inside(tools_->settings.home));
+    for (const std::string& folder : tools_->settings.programFolders) paths.push_back(inside(folder));
     return beside<Protection>(paths, Protection::kNoAnswer, watch,
                               [place, tools = tools_](Whereabouts&) { return lookAt(*tools, place); });
 }

@@ -33,11 +33,11 @@ int stepDown(Descriptor& folder, std::string_view names, bool followLinks) {
     return 0;
 }
 
-/// Whether the open entry is a folder and not the one that was meant.
-bool isAnother(const Descriptor& folder, const FolderId& meant) {
+/// Whether `name` in the folder, or the folder itself for ".", is a folder and not the one that was meant.
+bool isAnother(const Descriptor& folder, const std::string& name, const FolderId& meant) {
     struct stat facts {};
-    return meant.isKnown() && folder.isOpen() && ::fstat(folder.number(), &facts) == 0 &&
-           FolderId{facts.st_dev, facts.st_ino} != meant;
+    return meant.isKnown() && ::fstatat(folder.number(), name.c_str(), &facts, AT_SYMLINK_NOFOLLOW) == 0 &&
+           S_ISDIR(facts.st_mode) && FolderId{facts.st_dev, facts.st_ino} != meant;
 }
 
 }  // namespace
@@ -57,9 +57,7 @@ OpenedPlace openPlace(const FilePlace& place) {
     if (opened.error == 0) opened.error = stepDown(opened.folder, below.empty() ? above : base, true);
     if (opened.error != 0) return opened;
     const bool isBase = below.empty();
-    const Descriptor entry =
-        isBase ? openAt(opened.folder.number(), opened.name, kStepFlags | O_NOFOLLOW) : Descriptor();
-    if (isAnother(isBase ? entry : opened.folder, place.id)) opened.error = ESTALE;
+    if (isAnother(opened.folder, isBase ? opened.name : ".", place.id)) opened.error = ESTALE;
     if (opened.error == 0 && !isBase) opened.error = stepDown(opened.folder, above, place.followLinks);
     return opened;
 }
