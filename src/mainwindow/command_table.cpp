@@ -114,7 +114,7 @@ constexpr CommandRow unfold(int levels) {
     return {command, kButton, name, {}, -1, kSame, {}, &C::reportUnfold, {}, kReportUnfoldAll, levels};
 }
 
-/// The units of a view's sizes; `group` is that of the first.
+/// The units of a view's sizes, and whether they have decimals.
 constexpr auto units(Command bytes, Command decimals, Field mode, Field showsDecimals) {
     const KeptOption chooses = {KeptOption::Use::kChooses, mode};
     const auto unit = [&](int n, RowText name, int icon) {

@@ -14,7 +14,6 @@
 namespace hl {
 
 class WindowCommands;
-struct CommandRow;
 
 /// A text that is looked up when the bar is built.
 struct RowText {

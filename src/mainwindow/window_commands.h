@@ -21,7 +21,7 @@ class WindowCommands {
     /// A command of a bar: its option first, then its routine. Nothing happens for one that the bar does not
     /// have, or that is disabled.
     void execute(BarId bar, int id);
-    /// Return in a box of a bar: that of the sources and that of the largest list's length do nothing here.
+    /// Return in a box: the routine of `id` runs, if it has one, and none while a scan runs.
     void returnIn(BarId bar, int id);
 
     // --- the main bar
