@@ -6,14 +6,14 @@ namespace hl {
 
 namespace {
 
-// The length of what no ".." takes away: "/", "C:\\" or nothing.
+// Returns the length of the part of a path that no ".." can remove: "/", "C:\\" or nothing.
 std::size_t rootLength(std::string_view path, const PathRules& rules) {
     const bool drive = rules.separator == '\\' && path.size() > 2 && path[1] == ':' && path[2] == '\\';
     if (drive) return 3;
     return path.starts_with(rules.separator) ? 1 : 0;
 }
 
-// REQUIRES: an absolute path.
+// Resolves the segments ".", ".." and empty ones. REQUIRES: an absolute path.
 std::string withoutDots(std::string_view path, const PathRules& rules) {
     const std::size_t root = rootLength(path, rules);
     std::string out(path.substr(0, root));

@@ -1,4 +1,4 @@
-// What a path that a user typed names, without a look at the disk. Pure functions.
+// Turns a path that a user typed into an absolute one, without a look at the disk. The functions are pure.
 #pragma once
 
 #include <string>
@@ -8,16 +8,16 @@
 
 namespace hl {
 
-/// What a relative path and "~" stand for; empty where there is none.
+/// The folders that a relative path and "~" stand for; one is empty where there is no such folder.
 struct PathBases {
     std::string current;  ///< The current folder.
     std::string home;
 };
-/// Whether the path begins at a root: with a separator, or with a drive where there are drives.
+/// Tells whether the path begins at a root: with a separator, or with a drive where there are drives.
 bool isAbsolutePath(std::string_view path, const PathRules& rules);
-/// The path that a text of the user's names: a relative one lies below the current folder, "~" is the home,
-/// and the segments ".", ".." and empty ones are resolved by their text, without a look at the disk. So
-/// "link/.." is the folder that holds the link. A network path stays as it is, and so does what has no base.
+/// Returns the path that the user's text names: a relative path lies below the current folder, "~" is the
+/// home, and the segments ".", ".." and empty ones are resolved by their text alone, so that "link/.." is the
+/// folder that holds the link. A network path stays as it is, and so does a path whose base is empty.
 std::string absoluteSource(std::string_view text, const PathBases& bases, const PathRules& rules);
 
 }  // namespace hl

@@ -16,7 +16,7 @@ struct LocaleRow {
     std::string_view longTime;
 };
 
-// A country that differs from its language stands in front of it.
+// A country that differs from its language must come before the language.
 constexpr LocaleRow kLocales[] = {
     {"de", "dd.MM.yyyy", "hh:nn:ss"},         {"en_AU", "dd/MM/yyyy", "hh:nn:ss"},
     {"en_CA", "yyyy-MM-dd", "h:nn:ss AM/PM"}, {"en_GB", "dd/MM/yyyy", "hh:nn:ss"},
@@ -58,7 +58,8 @@ int hourOf(const LocalTime& time, bool twelve) {
     return time.hour % 12 == 0 ? 12 : time.hour % 12;
 }
 
-// The number that `letter`, repeated `length` times, stands for; nothing if the picture knows no such field.
+// Returns the number that `letter`, repeated `length` times, stands for, or nothing if there is no such
+// field.
 std::optional<int> fieldOf(const LocalTime& time, char letter, std::size_t length, bool twelve) {
     if (letter == 'y' && length == 4) return time.year;
     if (letter == 'y' && length == 2) return time.year % 100;

@@ -1,4 +1,4 @@
-// Dates and times as text. All of them are local time with a resolution of one second.
+// Formats dates and times as text. All of them are in local time with a resolution of one second.
 #pragma once
 
 #include <chrono>
@@ -14,16 +14,17 @@ struct LocalTime {
     int year = 1970, month = 1, day = 1, hour = 0, minute = 0, second = 0;
 };
 
-/// Short date, and long time, of a locale, both as pictures for formatDate.
+/// The short date and the long time of a locale, as pictures for formatDate.
 struct DateFormat {
     std::string shortDate = "M/d/yyyy";
     std::string longTime = "h:nn:ss AM/PM";
-    /// The named format "General Date": short date and long time.
+    /// The named format "General Date" is the short date and the long time.
     std::string general() const { return shortDate + " " + longTime; }
 };
 
-/// From a small table of the languages that the program ships, by the value of LC_ALL, LC_TIME or LANG.
-/// Empty, "C", "POSIX" and languages that are not in the table read as American English.
+/// Looks a locale up in a small table of the languages that the program ships. `locale` is the value of
+/// LC_ALL, LC_TIME or LANG. Empty, "C", "POSIX" and languages that are not in the table read as American
+/// English.
 DateFormat dateFormatOf(std::string_view locale);
 
 LocalTime localTime(std::chrono::system_clock::time_point moment);
@@ -33,8 +34,8 @@ LocalTime localTime(std::int64_t secondsSinceEpoch);
 /// minute, s ss second, AM/PM (hours then count to 12). Letters are read without regard to case; all else is
 /// copied.
 std::string formatDate(const LocalTime& time, std::string_view picture);
-/// The same into `to`, without memory from the heap, so that a signal handler can do it; returns the length.
-/// What does not fit is cut.
+/// Writes the text into `to` and returns its length; what does not fit is cut off. It takes no memory from
+/// the heap, so that a signal handler can call it.
 std::size_t formatDate(const LocalTime& time, std::string_view picture, std::span<char> to);
 
 }  // namespace hl

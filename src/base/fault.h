@@ -1,4 +1,4 @@
-// The one exception type of the program: an unexpected failure on its way to a trap (robustness/trap.h).
+// The one exception type of the program. It carries an unexpected failure to a trap (robustness/trap.h).
 //
 // Failures that are expected (a file that cannot be opened, a source that does not exist) are values and
 // never faults. A fault carries what the error report prints: a number, the routine that raised it, a
@@ -19,10 +19,12 @@ enum FaultNumber : std::int64_t {
     kFaultOverflow = 6,
     kFaultSubscript = 9,
     kFaultTypeMismatch = 13,
-    kFaultProcessor = 0x80040201,  ///< A fault of the processor, made an error by platform/fault_signals.h.
+    kFaultProcessor =
+        0x80040201,  ///< A fault of the processor that platform/fault_signals.h turned into an exception.
 };
 
-/// Thrown by value. Visible across modules, so that it can be caught on both sides of a loaded one.
+/// A fault is thrown by value. The class is visible across modules, so that a fault thrown in a loaded module
+/// can be caught outside of it.
 class __attribute__((visibility("default"))) Fault : public std::exception {
   public:
     Fault(std::int64_t number, std::string source, std::string description)
@@ -39,7 +41,8 @@ class __attribute__((visibility("default"))) Fault : public std::exception {
     std::string description_;
 };
 
-/// Raises kFaultOverflow. Out of line of the arithmetic that calls it, so that the fast path stays small.
+/// Raises kFaultOverflow. It stands apart from the arithmetic that calls it, so that the fast path stays
+/// small.
 [[noreturn]] inline void raiseOverflow(std::string_view where) {
     throw Fault(kFaultOverflow, std::string(where), "Overflow");
 }

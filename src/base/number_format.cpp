@@ -20,7 +20,7 @@ struct LocaleRow {
 constexpr std::string_view kNoBreakSpace = "\u00A0";
 constexpr std::string_view kApostrophe = "\u2019";
 
-// A country that differs from its language stands in front of it.
+// A country that differs from its language must come before the language.
 constexpr LocaleRow kLocales[] = {
     {"de_CH", kApostrophe, "."},
     {"de_LI", kApostrophe, "."},
@@ -32,9 +32,10 @@ constexpr LocaleRow kLocales[] = {
     {"sv", kNoBreakSpace, ","},
 };
 
-// The shortest decimal text that reads back as `value`, without an exponent. REQUIRES: value is finite.
+// Returns the shortest decimal text that reads back as `value`, without an exponent. REQUIRES: value is
+// finite.
 std::string plainDecimal(double value) {
-    std::array<char, 512> text;  // The longest, of a number near 10^-308, has some 340 characters.
+    std::array<char, 512> text;  // The longest text, that of a number near 10^-308, has some 340 characters.
     const auto result =
         std::to_chars(text.data(), text.data() + text.size(), value, std::chars_format::fixed);
     return std::string(text.data(), result.ptr);
@@ -51,7 +52,7 @@ void increment(std::string& digits) {
     digits.insert(0, 1, '1');
 }
 
-// "12.345" with two decimals becomes "1235".
+// Returns the digits without the point: "12.345" with two decimals becomes "1235".
 std::string roundedDigits(std::string_view plain, std::size_t decimals) {
     const std::size_t point = std::min(plain.find('.'), plain.size());
     const std::string_view fraction = plain.substr(std::min(point + 1, plain.size()));
@@ -69,7 +70,8 @@ void appendGrouped(std::string& out, std::string_view digits, std::string_view s
     }
 }
 
-// `digits` is the number without its decimal point. Zero has no sign, also one that was rounded to it.
+// Writes a number; `digits` is the number without its decimal point. Zero has no sign, even if a negative
+// number was rounded to it.
 std::string written(bool negative, std::string digits, Picture picture, const NumberFormat& format) {
     const auto decimals = static_cast<std::size_t>(picture.decimals);
     if (digits.size() <= decimals) digits.insert(0, decimals + 1 - digits.size(), '0');
@@ -91,7 +93,7 @@ NumberFormat numberFormatOf(std::string_view locale) {
 }
 
 // Rounds the decimal text that people know the number by: 1.005 becomes 1.01, though its binary form lies a
-// little below. Infinity and what is no number give an empty text.
+// little below. Infinity and NaN give an empty text.
 std::string formatNumber(double value, Picture picture, const NumberFormat& format) {
     if (!std::isfinite(value)) return {};
     const std::string plain = plainDecimal(std::abs(value));
@@ -108,8 +110,8 @@ std::string formatQuotient(SizeValue value, std::int64_t divisor, Picture pictur
     return written(value.bytes() < 0, std::to_string(quotient), picture, format);
 }
 
-// A half is one of the product: 12.345, whose binary form lies a little above, counts as one and
-// becomes 12.34.
+// Whether a value lies halfway is decided after the multiplication by 100: 12.345, whose binary form lies a
+// little above, counts as halfway and becomes 12.34.
 double roundToHundredths(double value) {
     return std::nearbyint(value * 100) / 100;
 }

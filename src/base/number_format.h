@@ -1,4 +1,4 @@
-// Numbers as the user's locale writes them.
+// Formats numbers as the user's locale writes them.
 #pragma once
 
 #include <cstdint>
@@ -15,8 +15,9 @@ struct NumberFormat {
     std::string decimal = ".";
 };
 
-/// From a small table of the languages that the program ships. `locale` is the value of LC_ALL, LC_NUMERIC or
-/// LANG ("de_DE.UTF-8"). Empty, "C", "POSIX" and languages that are not in the table read as English.
+/// Looks a locale up in a small table of the languages that the program ships. `locale` is the value of
+/// LC_ALL, LC_NUMERIC or LANG ("de_DE.UTF-8"). Empty, "C", "POSIX" and languages that are not in the table
+/// read as English.
 NumberFormat numberFormatOf(std::string_view locale);
 
 /// A picture of digits: "###,##0.00" is {.grouped = true, .decimals = 2}, "########0" is {.grouped = false}.
@@ -26,14 +27,15 @@ struct Picture {
     int decimals = 0;
 };
 
-/// `value` by the picture, halves rounded away from zero.
+/// Formats `value` by the picture; halves are rounded away from zero.
 std::string formatNumber(double value, Picture picture, const NumberFormat& format);
-/// `value` bytes divided by `divisor` and rounded exactly (no double is involved), halves away from zero.
-/// REQUIRES: divisor > 0, picture.decimals is 0 or 2.
+/// Formats `value` divided by `divisor`. The quotient is rounded exactly (no double is involved), halves away
+/// from zero. REQUIRES: divisor > 0, picture.decimals is 0 or 2.
 std::string formatQuotient(SizeValue value, std::int64_t divisor, Picture picture,
                            const NumberFormat& format);
 
-/// `value` rounded to two decimals, ties to even: the rule of the cells sizeK, sizeM, sizeG and percent.
+/// Rounds `value` to two decimals, ties to even. The cells sizeK, sizeM, sizeG and percent are rounded like
+/// this.
 double roundToHundredths(double value);
 
 }  // namespace hl

@@ -1,7 +1,7 @@
-// Paths as strings of bytes, and the rules of the platform they live on.
+// Works with paths as strings of bytes, by the rules of the platform they belong to.
 //
-// A path is never decoded: any bytes but NUL and the separator may stand in a name. The helpers take the
-// rules as an argument, so that both kinds of platform can be tested on one machine.
+// A path is never decoded: a name may hold any byte but NUL and the separator. The helpers take the rules as
+// an argument, so that both kinds of platform can be tested on one machine. All functions are pure.
 #pragma once
 
 #include <string>
@@ -12,34 +12,35 @@ namespace hl {
 struct PathRules {
     char separator;
     bool foldsCase;    ///< Paths that differ only in case name the same thing.
-    bool trimsBlanks;  ///< Blanks at the ends of a path mean nothing (elsewhere they belong to the name).
-    std::string_view longPrefix;  ///< Put in front of a path so that its length is not limited; may be empty.
-    std::string_view longUncPrefix;  ///< The same for a network path, in place of its first separator.
+    bool trimsBlanks;  ///< Blanks at the ends of a path mean nothing; if false, they belong to the name.
+    std::string_view longPrefix;     ///< The prefix that lifts the limit of a path's length; may be empty.
+    std::string_view longUncPrefix;  ///< The prefix for a network path; it replaces the first separator.
 };
 
-/// "/", exact case, blanks count, no prefixes.
+/// The separator is "/", case and blanks count, and there are no prefixes.
 extern const PathRules kPosixPaths;
-/// "\", folding case, blanks trimmed, "\\?\" and "\\?\UNC".
+/// The separator is "\", case is folded, blanks are trimmed, and the prefixes are "\\?\" and "\\?\UNC".
 extern const PathRules kDrivePaths;
 
-/// The path with the prefix that lifts the limit of its length. A path that has the prefix gets a second one.
+/// Puts the prefix that lifts the limit of the length in front of a path, even if the path has it already.
 std::string ToLongPath(std::string_view path, const PathRules& rules);
-/// The text up to its first NUL.
+/// Returns the text up to its first NUL.
 std::string TrimAtNul(std::string_view text);
-/// The path ending in a separator; blanks are trimmed only where one has to be added, and only by the rules.
+/// Adds a separator to a path that does not end in one. Only then blanks are trimmed, if the rules say so.
 std::string AddTrailingSlash(std::string_view path, const PathRules& rules);
-/// What follows the last separator; all of a path without one.
+/// Returns what follows the last separator, or the whole path if it has none.
 std::string_view fileNameOf(std::string_view path, const PathRules& rules);
-/// What follows the last point of a file name, or empty.
+/// Returns what follows the last point of a file name, or an empty text.
 std::string xGetExtension(std::string_view name);
 
-/// The form of a path by which two paths are compared: folded where the platform folds, else unchanged.
+/// Returns the form of a path by which two paths are compared; its case is folded if the rules say so.
 std::string identityKey(std::string_view path, const PathRules& rules);
-/// `parent` and `name` with one separator between them; none is doubled behind a root such as "/".
+/// Joins `parent` and `name` with one separator; a root such as "/" gets no second one.
 std::string joinPath(std::string_view parent, std::string_view name, const PathRules& rules);
-/// "file:///a%20b": every byte that is not plain in a URL is escaped. REQUIRES: an absolute path.
+/// Returns a URL such as "file:///a%20b"; every byte that is not plain in a URL is escaped. REQUIRES: an
+/// absolute path.
 std::string fileUrl(std::string_view path);
-/// "//server/share" or "\\server\share": begins with two separators of either kind.
+/// Tells whether a path begins with two separators of one kind: "//server/share" or "\\server\share".
 bool isNetworkPath(std::string_view path);
 
 }  // namespace hl

@@ -1,4 +1,4 @@
-// Runs a callable when the scope is left, whichever way. The callable must not throw.
+// Runs a callable when the scope is left, by whatever way. The callable must not throw.
 #pragma once
 
 #include <utility>

@@ -17,7 +17,7 @@ constexpr std::int64_t kKilobyte = 1024;
 constexpr std::int64_t kMegabyte = kKilobyte * 1024;
 constexpr std::int64_t kGigabyte = kMegabyte * 1024;
 constexpr std::int64_t kTerabyte = kGigabyte * 1024;
-/// Gigabytes begin early, so that no text that chooses its unit shows more than 999.00 MB.
+/// Gigabytes begin early, so that no text that chooses its unit by itself shows more than 999.00 MB.
 constexpr std::int64_t kLastMegabyte = 999 * kMegabyte;
 
 constexpr std::array<Unit, 6> kUnits = {{
@@ -34,7 +34,7 @@ Unit unitRow(int mode) {
     return kUnits[static_cast<std::size_t>(mode)];
 }
 
-// A value exactly on a step keeps the smaller unit.
+// A value that equals a step keeps the smaller unit.
 int fittingMode(SizeValue value, bool terabytes) {
     const std::int64_t bytes = value.bytes();
     if (terabytes && bytes > kTerabyte) return kModeTerabytes;
@@ -44,7 +44,7 @@ int fittingMode(SizeValue value, bool terabytes) {
     return kModeBytes;
 }
 
-// Bytes never show decimals. Empty for a mode without a unit.
+// Formats a value in one unit; bytes never show decimals. A mode without a unit gives an empty text.
 std::string inUnit(int mode, SizeValue value, int decimals, bool withUnit, const NumberFormat& format,
                    std::string_view bytesUnit = "Bytes") {
     const Unit unit = unitRow(mode);

@@ -1,4 +1,4 @@
-// Sizes and attributes as text, outside the grids: status line, log, saved reports, error report.
+// Formats sizes and attributes for everything but grids: status line, log, saved reports, error report.
 #pragma once
 
 #include <cstdint>
@@ -10,8 +10,8 @@
 
 namespace hl {
 
-/// The unit a size is shown in. The bars offer bytes to gigabytes; the other two exist in these routines
-/// only.
+/// The unit that a size is shown in. The user can choose bytes to gigabytes; only these routines know the
+/// other two.
 enum SizeMode : int {
     kModeBytes = 0,
     kModeKilobytes = 1,
@@ -21,32 +21,32 @@ enum SizeMode : int {
     kModeTerabytes = 5,
 };
 
-/// Bytes in one unit of the mode; 0 for kModeDynamic and for any other number.
+/// Returns the bytes in one unit of the mode; 0 for kModeDynamic and for any other number.
 std::int64_t divisorOf(int mode);
-/// "Bytes", "KB", "MB", "GB", "TB"; empty for any other mode.
+/// Returns "Bytes", "KB", "MB", "GB" or "TB", or an empty text for any other mode.
 std::string_view unitOf(int mode);
 
-/// A size in a given mode, 0 to 5; empty for any other. kModeDynamic always appends a unit, whatever
-/// `withUnit` says, and has no step for terabytes. `shortBytes` writes the unit of bytes as "BS".
+/// Formats a size in a mode from 0 to 5; any other gives an empty text. kModeDynamic always appends a unit,
+/// whatever `withUnit` says, and has no step for terabytes. `shortBytes` writes the unit of bytes as "BS".
 std::string FormatSizeForMode(int mode, SizeValue value, bool withUnit, bool shortBytes,
                               const NumberFormat& format);
 
-/// Whether a size above 0 is less than half of the last digit that a unit shows with 0 or 2 decimals.
+/// Tells whether a size above 0 is less than half of the last digit that a unit shows with 0 or 2 decimals.
 bool isBelowLastDigit(int mode, SizeValue value, int decimals);
-/// What views show for it: "< 0.01", or "< 1" without decimals. No unit.
+/// Returns what views show for such a size, without a unit: "< 0.01", or "< 1" without decimals.
 std::string belowLastDigit(int decimals, const NumberFormat& format);
 
-/// A size in the unit that fits it, terabytes included; the unit only with `withUnit`.
+/// Formats a size in the unit that fits it, terabytes included; the unit is shown only with `withUnit`.
 std::string FormatSizeAuto(SizeValue value, bool withUnit, const NumberFormat& format);
 
-/// A size in a view's mode, two decimals in the modes 1 to 3 whatever the view's decimals flag says. With
-/// `pad`, blanks in front up to the mode's width. " Bytes" needs both `withUnit` and `withBytesUnit`.
+/// Formats a size in a view's mode. Modes 1 to 3 show two decimals, whatever the view's decimals flag says.
+/// `pad` puts blanks in front up to the mode's width. " Bytes" needs both `withUnit` and `withBytesUnit`.
 std::string formatViewSize(int mode, SizeValue value, bool withUnit, bool pad, bool withBytesUnit,
                            const NumberFormat& format);
 
-/// Fixed-width text for saved reports: blanks in front up to `width` characters; never cut. Empty text
-/// (padded) for mode 4 and for any other number. Decimals are shown when `decimals` is 1 and the mode is not
-/// bytes.
+/// Formats a size for saved reports: blanks in front fill it up to `width` characters, and it is never cut.
+/// Mode 4 and any unknown one give nothing but blanks. Decimals are shown if `decimals` is 1 and the mode is
+/// not bytes.
 std::string xFormatFileSizeWithSpacer(int mode, SizeValue value, std::size_t width, bool withUnit,
                                       int decimals, const NumberFormat& format);
 
@@ -67,8 +67,8 @@ enum AttributeBits : std::uint32_t {
     kAttributesInvalid = 0xFFFFFFFF,
 };
 
-/// One letter for each set bit, in a fixed order; empty for kAttributesInvalid. With `brackets` and at least
-/// one letter: `prefix`, "<", the letters, ">".
+/// Returns one letter for each set bit, in a fixed order, or an empty text for kAttributesInvalid. With
+/// `brackets` and at least one letter the result is `prefix`, "<", the letters and ">".
 std::string xFormatFileAttribute(std::uint32_t attributes, bool brackets, std::string_view prefix);
 
 }  // namespace hl

@@ -1,8 +1,8 @@
 // The arithmetic type of every size: a signed 64-bit fixed-point number with four decimal places.
 //
 // The largest value is 922,337,203,685,477 whole bytes. A sum that leaves the range raises a fault; it never
-// wraps. Since that limit lies below 2^53, every whole number of bytes survives the way into a grid cell (a
-// double) and back.
+// wraps. Since that limit lies below 2^53, every whole number of bytes survives being stored in a grid cell
+// (a double).
 #pragma once
 
 #include <compare>
@@ -41,9 +41,9 @@ class SizeValue {
     friend SizeValue operator-(SizeValue a, SizeValue b) { return a -= b; }
     friend constexpr auto operator<=>(SizeValue, SizeValue) = default;  // NOLINT(modernize-use-nullptr)
 
-    /// Whole bytes, the fraction cut off.
+    /// Returns the whole bytes; the fraction is cut off.
     constexpr std::int64_t bytes() const { return raw_ / kScale; }
-    /// As a grid cell holds it.
+    /// Returns the value as a grid cell holds it.
     constexpr double asDouble() const {
         return static_cast<double>(bytes()) + static_cast<double>(raw_ % kScale) / double{kScale};
     }
@@ -53,7 +53,7 @@ class SizeValue {
     std::int64_t raw_ = 0;  ///< Ten-thousandths of a byte.
 };
 
-/// a + b for counts of files, folders and errors; raises kFaultOverflow above 2,147,483,647.
+/// Returns a + b for counts of files, folders and errors; raises kFaultOverflow above 2,147,483,647.
 inline std::int32_t addCount(std::int32_t a, std::int32_t b) {
     std::int32_t sum = 0;
     if (__builtin_add_overflow(a, b, &sum)) raiseOverflow("addCount");

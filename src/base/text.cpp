@@ -19,18 +19,19 @@ std::string_view trimOf(std::string_view text, std::string_view set) {
 struct Letters {
     char32_t first;
     char32_t last;
-    std::int32_t step = 1;  ///< From a capital letter to its small one.
+    std::int32_t step = 1;  ///< The distance from a capital letter to its small one.
 
     bool hold(char32_t c) const { return c >= first && c <= last; }
 };
 
-// Capital and small letter next to each other: the capital on even code points, or on odd ones.
+// In these ranges a capital and its small letter are neighbours; the capitals are on even code points, or in
+// the second table on odd ones.
 constexpr Letters kPairsFromEven[] = {{0x100, 0x12F}, {0x132, 0x137}, {0x14A, 0x177},   {0x1A0, 0x1A5},
                                       {0x1DE, 0x1EF}, {0x1F8, 0x21F}, {0x222, 0x233},   {0x460, 0x481},
                                       {0x48A, 0x4BF}, {0x4D0, 0x52F}, {0x1E00, 0x1E95}, {0x1EA0, 0x1EFF}};
 constexpr Letters kPairsFromOdd[] = {
     {0x139, 0x148}, {0x179, 0x17E}, {0x1AF, 0x1B0}, {0x1CD, 0x1DC}, {0x4C1, 0x4CE}};
-// Ranges of capitals, with their small letters elsewhere.
+// These ranges hold capitals alone; their small letters are elsewhere.
 constexpr Letters kCapitals[] = {
     {0xC0, 0xD6, 32},   {0xD8, 0xDE, 32},   {0x178, 0x178, -121}, {0x18F, 0x18F, 202}, {0x386, 0x386, 38},
     {0x388, 0x38A, 37}, {0x38C, 0x38C, 64}, {0x38E, 0x38F, 63},   {0x391, 0x3A1, 32},  {0x3A3, 0x3AB, 32},
@@ -51,7 +52,7 @@ char32_t lowerOf(char32_t c) {
     }
     if (isIn(kPairsFromEven, c)) return c | 1U;
     if (isIn(kPairsFromOdd, c)) return c % 2 == 1 ? c + 1 : c;
-    if (c == 0x1E9E) return 0xDF;  // The capital sharp s; the small one has no capital of one letter.
+    if (c == 0x1E9E) return 0xDF;  // This is the capital sharp s; the small one has no single capital letter.
     return c;
 }
 
@@ -65,7 +66,7 @@ char32_t upperOf(char32_t c) {
     return c;
 }
 
-// ASCII, most of what there is, takes no decoding.
+// Most text is ASCII, which needs no decoding.
 template <char32_t (*Map)(char32_t)>
 void appendMapped(std::string& out, std::string_view text) {
     out.reserve(out.size() + text.size());
@@ -92,7 +93,7 @@ std::string mapped(std::string_view text) {
     return out;
 }
 
-// A stray byte sorts behind every code point, so that it never equals a character.
+// A stray byte sorts after every code point, so that it never equals a character.
 char32_t foldedFront(std::string_view& text) {
     const auto byte = static_cast<unsigned char>(text[0]);
     if (byte < 0x80) {
@@ -104,7 +105,7 @@ char32_t foldedFront(std::string_view& text) {
     return point.value ? lowerOf(*point.value) : 0x110000U + byte;
 }
 
-// The library reads no "+". It stays in front of a second sign, so that "+-5" is no number.
+// The standard library does not read a "+". It is kept before a second sign, so that "+-5" is no number.
 std::string_view withoutPlus(std::string_view number) {
     if (number.starts_with('+') && !number.starts_with("+-")) number.remove_prefix(1);
     return number;
@@ -140,8 +141,8 @@ int compareFolded(std::string_view a, std::string_view b) {
     return static_cast<int>(!a.empty()) - static_cast<int>(!b.empty());
 }
 
-// A byte for each character; the end counts as 0. From the first that is none of ASCII, which is above all
-// that are, the rest is alike in all texts.
+// Packs one byte for each character; the end of the text counts as 0. A character outside ASCII is above all
+// that are in it, and from there on all texts get the same bytes.
 FoldedKey foldedKey(std::string_view text) {
     constexpr unsigned kBits = 8, kEach = 8;
     constexpr std::uint64_t kBeyond = 0xFF;
@@ -172,7 +173,7 @@ std::optional<std::int64_t> parseInteger(std::string_view text) {
 
 std::optional<double> parseNumber(std::string_view text) {
     text = withoutPlus(trimBlanks(text));
-    // The library also reads "inf" and "nan".
+    // The standard library would also read "inf" and "nan".
     if (text.find_first_not_of("-.0123456789") != std::string_view::npos) return std::nullopt;
     double value = 0;
     const auto [end, error] =
@@ -197,7 +198,8 @@ CodePoint firstCodePoint(std::string_view text) {
     if (lead < 0x80) return {lead, 1};
     if (lead < 0xC2 || lead > 0xF4) return {std::nullopt, 1};
     const std::size_t length = lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : 2;
-    // The second byte tells what is written too long, a half surrogate, or too large; the others may be any.
+    // The second byte shows whether a code point is written too long, is a half surrogate, or is too large;
+    // the bytes behind it need no such check.
     unsigned least = lead == 0xE0 ? 0xA0 : lead == 0xF0 ? 0x90 : 0x80;
     unsigned most = lead == 0xED ? 0x9F : lead == 0xF4 ? 0x8F : 0xBF;
     char32_t value = lead & (0xFFU >> (length + 1));

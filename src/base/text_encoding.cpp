@@ -13,13 +13,14 @@ constexpr std::string_view kUtf8Mark = "\xEF\xBB\xBF", kLittleMark = "\xFF\xFE",
 constexpr char32_t kReplacement = 0xFFFD;
 constexpr std::size_t kLongestCharacter = 4;
 
-// 0x80 to 0x9F, where it differs from Latin 1. The five that have no character keep their number.
+// The code points of the bytes 0x80 to 0x9F, where Windows-1252 differs from Latin 1. Five bytes have no
+// character and keep their number.
 constexpr char16_t kWindows1252[32] = {0x20AC, 0x0081, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021,
                                        0x02C6, 0x2030, 0x0160, 0x2039, 0x0152, 0x008D, 0x017D, 0x008F,
                                        0x0090, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022, 0x2013, 0x2014,
                                        0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x009D, 0x017E, 0x0178};
 
-// Text with Latin letters has nearly all its zeros in one half of each unit.
+// In UTF-16 with Latin letters, nearly all zero bytes stand in the same half of each unit.
 std::pair<std::size_t, std::size_t> zerosInHalves(std::string_view bytes) {
     std::size_t zeros[2] = {0, 0};
     for (std::size_t i = 0; i < bytes.size(); ++i)
@@ -37,7 +38,7 @@ bool isUtf8(std::string_view bytes, bool cut) {
 }
 
 std::string fromUtf8(std::string_view bytes, bool cut) {
-    // Behind the cut there may be the rest of a character.
+    // A text that was cut may end with a part of a character.
     for (std::size_t i = 1; cut && i < kLongestCharacter && i <= bytes.size(); ++i) {
         const auto byte = static_cast<unsigned char>(bytes[bytes.size() - i]);
         if (byte < 0xC0) continue;
