@@ -13,7 +13,7 @@ class RecordingEvents : public WindowEvents {
   public:
     /// "execute 0 7" and the like, in order.
     std::vector<std::string> told;
-    std::function<void(BarId, int)> onExecute;
+    std::function<void(BarId, int)> onExecute = [](BarId, int) {};
     std::function<void(BarId)> onBarResized = [](BarId) {};
 
     void formLoad(Window&, MessagePump&) override {}
@@ -23,14 +23,14 @@ class RecordingEvents : public WindowEvents {
     void formResize() override {}
     void formKeyUp(int key) override { told.push_back("formKeyUp " + std::to_string(key)); }
     void execute(BarId bar, int id) override {
-        told.push_back("execute " + number(bar) + " " + std::to_string(id));
-        if (onExecute) onExecute(bar, id);
+        tell("execute", bar, id);
+        onExecute(bar, id);
     }
     void editChanged(BarId bar, int id, const std::string& text) override {
-        told.push_back("editChanged " + number(bar) + " " + std::to_string(id) + " " + text);
+        tell("editChanged", bar, id, " " + text);
     }
     void editKeyDown(BarId bar, int id, int key) override {
-        told.push_back("editKeyDown " + number(bar) + " " + std::to_string(id) + " " + std::to_string(key));
+        tell("editKeyDown", bar, id, " " + std::to_string(key));
     }
     void editLeft(BarId, int) override {}
     void barResized(BarId bar) override { ++resized, onBarResized(bar); }
@@ -55,7 +55,9 @@ class RecordingEvents : public WindowEvents {
     int resized = 0;
 
   private:
-    static std::string number(BarId bar) { return std::to_string(static_cast<int>(bar)); }
+    void tell(const std::string& what, BarId bar, int id, const std::string& more = "") {
+        told.push_back(what + " " + std::to_string(static_cast<int>(bar)) + " " + std::to_string(id) + more);
+    }
 };
 
 }  // namespace hl::test
