@@ -17,16 +17,9 @@
 namespace hl {
 namespace {
 
-using test::RecordingEvents;
-
 /// A form with a control of each kind, as its own routines see it.
-class FormDialogTest : public testing::Test {
-  protected:
+struct FormDialogTest : testing::Test {
     FormDialogTest() {
-        format_[0].selected = true;
-        box_.caption = "More & more";
-        combo_.items = {"comma", "tab"};
-        combo_.index = 0;
         const auto digits = [](char32_t c) { return c >= U'0' && c <= U'9' ? c : c == U',' ? U'.' : U'\0'; };
         form_.name = "frmTest";
         form_.caption = "Test";
@@ -43,7 +36,7 @@ class FormDialogTest : public testing::Test {
              .keyPress = digits},
             {.control = &combo_,
              .row = 3,
-             .changed = [this] { seen_ = std::to_string(combo_.index); },
+             .changed = [this] { seen_ = combo_.items[combo_.index]; },
              .name = "Delimiter"},
             {.control = &lines_, .row = 4, .columnSpan = 3},
             {.control = &link_, .row = 5, .changed = [this] { seen_ = "link"; }}};
@@ -56,23 +49,22 @@ class FormDialogTest : public testing::Test {
         seen_ = how;
         loaded_ = refuses_;
     }
-    FormDialog& open() {
+    void open() {
         dialog_ = std::make_unique<FormDialog>(form_, events_, nullptr);
         dialog_->show();
         QApplication::processEvents();
-        return *dialog_;
     }
     template <class Widget>
     Widget* nth(int n) {
         return dialog_->findChildren<Widget*>().at(n);
     }
 
-    RecordingEvents events_;
-    OptionButton format_[2] = {{"TXT"}, {"CSV"}}, other_{"Other", true};
-    CheckBox box_;
+    test::RecordingEvents events_;
+    OptionButton format_[2] = {{"TXT", true}, {"CSV"}}, other_{"Other", true};
+    CheckBox box_{"More & more"};
     std::string prompt_ = "Levels", link_ = "a <b> & c";
     TextBox text_, lines_{.text = "one\r\ntwo", .readOnly = true, .multiLine = true};
-    ComboBox combo_;
+    ComboBox combo_{.items = {"comma", "tab"}, .index = 0};
     CommandButton ok_{"OK"}, cancel_{"Cancel"};
     bool loaded_ = true, refuses_ = false;
     std::string seen_;
@@ -96,7 +88,7 @@ TEST_F(FormDialogTest, ValuesAreInTheControlsBeforeTheirRoutinesRunAndATextTakes
     QTest::keyClick(nth<QCheckBox>(0), Qt::Key_Space);
     EXPECT_EQ(seen_, "on off ");
     QTest::keyClick(nth<QComboBox>(0), Qt::Key_Down);
-    EXPECT_EQ(seen_, "1");
+    EXPECT_EQ(seen_, "tab");
     auto* line = nth<QLineEdit>(0);
     QTest::keyClicks(line, QStringLiteral("1x,2"));
     EXPECT_EQ(text_.text + seen_, "1.21.2");
@@ -120,7 +112,7 @@ TEST_F(FormDialogTest, TheFormClosesWhenItIsNoLongerLoadedAndNotBefore) {
     EXPECT_FALSE(closedAtOnce.isVisible());
 }
 
-TEST_F(FormDialogTest, TextsStandAsTheyAreAndControlsHaveNames) {
+TEST_F(FormDialogTest, TextsStandAsTheyAreControlsHaveNamesAndTheFormCanHaveThemShownAnew) {
     open();
     EXPECT_EQ(nth<QCheckBox>(0)->text(), QStringLiteral("More && more"));
     EXPECT_EQ(nth<QPlainTextEdit>(0)->toPlainText(), QStringLiteral("one\ntwo"));
@@ -131,6 +123,11 @@ TEST_F(FormDialogTest, TextsStandAsTheyAreAndControlsHaveNames) {
     QTest::keyClick(link, Qt::Key_Tab);
     emit link->linkActivated(QString());
     EXPECT_EQ(seen_, "link");
+    text_.text = "new";
+    form_.redraw();
+    EXPECT_EQ(nth<QLineEdit>(0)->text(), QStringLiteral("new"));
+    dialog_.reset();
+    EXPECT_FALSE(form_.redraw);
 }
 
 TEST_F(FormDialogTest, ARoutineThatFailsIsToldAndTheFormStaysOpen) {
@@ -139,15 +136,6 @@ TEST_F(FormDialogTest, ARoutineThatFailsIsToldAndTheFormStaysOpen) {
     QTest::mouseClick(nth<QPushButton>(0), Qt::LeftButton);
     EXPECT_EQ(events_.told, std::vector<std::string>{"fault FormDialog::changed"});
     EXPECT_TRUE(dialog_->isVisible());
-}
-
-TEST_F(FormDialogTest, ARoutineOutsideOfTheControlsCanHaveThemShown) {
-    open();
-    text_.text = "new";
-    form_.redraw();
-    EXPECT_EQ(nth<QLineEdit>(0)->text(), QStringLiteral("new"));
-    dialog_.reset();
-    EXPECT_FALSE(form_.redraw);
 }
 
 TEST(Dialogs, AFilterWithSeveralPartsIsUnderstood) {

@@ -3,7 +3,6 @@
 #include <QLabel>
 #include <QPlainTextEdit>
 #include <QRadioButton>
-#include <QScrollBar>
 #include <QToolButton>
 
 #include "app/language.h"
@@ -24,10 +23,10 @@ std::vector<Language> allLanguages() {
     return all;
 }
 
-bool isControl(const QWidget& widget) {
-    return dynamic_cast<const QAbstractButton*>(&widget) || dynamic_cast<const QLabel*>(&widget) ||
-           dynamic_cast<const QComboBox*>(&widget) || dynamic_cast<const QLineEdit*>(&widget) ||
-           dynamic_cast<const QPlainTextEdit*>(&widget);
+/// Whether it is one of these.
+template <class... Widgets>
+bool isAny(const QWidget& widget) {
+    return (... || (dynamic_cast<const Widgets*>(&widget) != nullptr));
 }
 
 /// The controls that show in `box`, without their own parts.
@@ -35,7 +34,7 @@ void addControls(const QWidget& box, std::vector<const QWidget*>& controls) {
     for (const QObject* child : box.children()) {
         const auto* widget = dynamic_cast<const QWidget*>(child);
         if (widget == nullptr || !widget->isVisible() || widget->isWindow()) continue;
-        if (isControl(*widget)) {
+        if (isAny<QAbstractButton, QLabel, QComboBox, QLineEdit, QPlainTextEdit>(*widget)) {
             controls.push_back(widget);
         } else {
             addControls(*widget, controls);
@@ -47,14 +46,14 @@ void addControls(const QWidget& box, std::vector<const QWidget*>& controls) {
 QSize needed(const QWidget& widget) {
     const auto* label = dynamic_cast<const QLabel*>(&widget);
     if (label != nullptr && label->wordWrap()) return {0, label->heightForWidth(label->width())};
-    if (dynamic_cast<const QPlainTextEdit*>(&widget)) return widget.minimumSize();  // It scrolls.
+    if (isAny<QPlainTextEdit>(widget)) return widget.minimumSize();  // It scrolls.
     if (const auto* edit = dynamic_cast<const QLineEdit*>(&widget))
         return {edit->fontMetrics().horizontalAdvance(edit->placeholderText()), edit->fontMetrics().height()};
     const auto* combo = dynamic_cast<const QComboBox*>(&widget);
     if (combo != nullptr && !combo->isEditable()) return combo->sizeHint();
     const auto* tool = dynamic_cast<const QToolButton*>(&widget);
     if (tool != nullptr && tool->toolButtonStyle() == Qt::ToolButtonIconOnly) return {};
-    return dynamic_cast<const QAbstractButton*>(&widget) ? widget.sizeHint() : widget.minimumSizeHint();
+    return isAny<QAbstractButton>(widget) ? widget.sizeHint() : widget.minimumSizeHint();
 }
 
 std::string textOf(const QWidget& widget) {
@@ -88,8 +87,7 @@ void checkAccelerators(const QDialog& dialog) {
     }
 }
 
-class LanguagesTest : public test::WindowTest, public testing::WithParamInterface<Language> {
-  protected:
+struct LanguagesTest : test::WindowTest, testing::WithParamInterface<Language> {
     void SetUp() override {
         smallTree();
         s.start();
@@ -117,11 +115,11 @@ class LanguagesTest : public test::WindowTest, public testing::WithParamInterfac
     }
 
     void checkBars(const std::string& where) {
-        for (const auto* child : s.frame().findChildren<QWidget*>())
-            if (const auto* bar = dynamic_cast<const ToolBar*>(child);
-                bar != nullptr && bar->isVisible() &&
-                checkControls(*bar, where + bar->objectName().toStdString()) > 0)
-                seen.insert(bar->objectName().toStdString());
+        for (const auto* bar : s.frame().findChildren<QWidget*>()) {
+            const std::string name = bar->objectName().toStdString();
+            if (isAny<ToolBar>(*bar) && bar->isVisible() && checkControls(*bar, where + name) > 0)
+                seen.insert(name);
+        }
     }
 
     Session s{homeOfLanguage(), test::kAllAddresses};
@@ -129,20 +127,21 @@ class LanguagesTest : public test::WindowTest, public testing::WithParamInterfac
 };
 
 TEST_P(LanguagesTest, NoDialogCutsATextOff) {
-    lookAt("frmOptionen", 6, [&] { s.click(Command::kOptions); });
-    lookAt("frmInfo", 10, [&] { s.click(Command::kInfo); });
+    using enum Command;
+    lookAt("frmOptionen", 6, [&] { s.click(kOptions); });
+    lookAt("frmInfo", 10, [&] { s.click(kInfo); });
     s.scan(at("src"));
-    lookAt("frmSave", 15, [&] { s.click(Command::kReportSave); });
-    lookAt("frmPrint", 12, [&] { s.click(Command::kReportPrint); });
+    lookAt("frmSave", 15, [&] { s.click(kReportSave); });
+    lookAt("frmPrint", 12, [&] { s.click(kReportPrint); });
     s.clickRow("a");
-    lookAt("frmSaveFiles", 6, [&] { s.click(Command::kFilesSave); });
-    lookAt("printPreview", 8, [&] { s.click(Command::kFilesPrint); });
-    lookAt("", 3, [&] { s.click(Command::kDrivesAdd); });
+    lookAt("frmSaveFiles", 6, [&] { s.click(kFilesSave); });
+    lookAt("printPreview", 8, [&] { s.click(kFilesPrint); });
+    lookAt("", 3, [&] { s.click(kDrivesAdd); });
     auto& files = s.window().grid(GridId::kFiles);
     files.sync();
     const QPoint first(20, files.rowRect(0).center().y());
     QTest::mouseClick(files.viewport(), Qt::LeftButton, {}, first);
-    lookAt("", 3, [&] { s.click(Command::kFilesDelete); });
+    lookAt("", 3, [&] { s.click(kFilesDelete); });
     s.desktop.programs = {{"editor.desktop", "Editor"}};
     s.desktop.result = OpenResult::kNoProgram;
     lookAt("frmOpenWith", 4, [&] { test::doubleClick(files.viewport(), first); });
@@ -166,16 +165,16 @@ TEST_P(LanguagesTest, TheTextsAboutTheProgramNeedNoScrollingAndTheToolkitIsToldT
 }
 
 TEST_P(LanguagesTest, NoBarCutsACaptionOff) {
+    using enum Command;
     for (const char* shown : {"icons ", "captions "}) {
         for (const int width : {1400, 700}) {
             s.frame().resize(width, 900);
-            for (const Command list :
-                 {Command::kShowFiles, Command::kShowTop, Command::kShowHardlinks, Command::kShowJunctions}) {
+            for (const Command list : {kShowFiles, kShowTop, kShowHardlinks, kShowJunctions}) {
                 s.click(list);
                 checkBars(shown + std::to_string(width) + " ");
             }
         }
-        s.click(Command::kIconText);
+        s.click(kIconText);
     }
     EXPECT_EQ(seen.size(), kBarCount);
 }

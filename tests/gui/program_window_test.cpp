@@ -96,27 +96,47 @@ std::set<std::string> filesBelow(const std::string& folder) {
     return files;
 }
 
-/// To be used as `before`: shows no window, and its id is in the file "pid".
-void hideAndTell(const Program& program) {
-    ::setenv("QT_QPA_PLATFORM", "offscreen", 1);
-    test::writeFile(program.home("pid"), std::to_string(::getpid()));
+struct ProgramWindow : testing::Test {
+    const Program program;
+    std::string pid;  ///< Of the first one.
+    std::thread first;
+
+    /// Shows no window.
+    test::Ended run(const std::vector<std::string>& arguments) const {
+        return program.run(arguments, [this] {
+            ::setenv("QT_QPA_PLATFORM", "offscreen", 1);
+            test::writeFile(program.home("pid"), std::to_string(::getpid()));
+        });
+    }
+    /// The first one, which ends with this status.
+    void start(int status) {
+        first = std::thread([this, status] { EXPECT_EQ(run({}).status, status); });
+        EXPECT_TRUE(comes([&] { return fs::is_socket(program.home("run/harborlantern_APPLICATION")); }));
+        pid = test::readFile(program.home("pid"));
+    }
+};
+
+/// The tests' executable once more, as a process that does what `order` says. An empty variable is none.
+pid_t startAgain(const char* order, const std::vector<std::pair<const char*, std::string>>& variables) {
+    const pid_t child = test::must(::fork());
+    if (child != 0) return child;
+    for (const auto& [name, value] : variables)
+        value.empty() ? ::unsetenv(name) : ::setenv(name, value.c_str(), 1);
+    ::execl("/proc/self/exe", "gui_tests", order, nullptr);
+    ::_exit(127);
 }
 
-TEST(ProgramWindow, ASecondStartHandsItsSourcesToTheFirstOrSaysThatItDoesNotAnswer) {
-    const Program program;
+TEST_F(ProgramWindow, ASecondStartHandsItsSourcesToTheFirstOrSaysThatItDoesNotAnswer) {
     const TempDir tree;
-    test::makeFile(tree.path() + "/x", 10);
-    const auto offscreen = [&] { hideAndTell(program); };
-    std::thread first([&] { EXPECT_EQ(program.run({}, offscreen).status, 128 + SIGTERM); });
-    EXPECT_TRUE(comes([&] { return fs::is_socket(program.home("run/harborlantern_APPLICATION")); }));
-    const std::string pid = test::readFile(program.home("pid"));
-    EXPECT_EQ(program.run({tree.path()}, offscreen).status, 0);
+    test::makeTree(tree.path(), {"x"});
+    start(128 + SIGTERM);
+    EXPECT_EQ(run({tree.path()}).status, 0);
     EXPECT_TRUE(comes([&] {
         const std::string log = test::readFile(program.home("Harborlantern.log"));
         return log.find("Einlesen: " + tree.path()) != log.npos && log.find("Dateianzahl: 1") != log.npos;
     }));
     ::kill(std::stoi(pid), SIGSTOP);
-    const auto silent = program.run({tree.path()}, [] { ::setenv("QT_QPA_PLATFORM", "offscreen", 1); });
+    const auto silent = run({tree.path()});
     EXPECT_EQ(silent.status, 1);
     EXPECT_EQ(silent.errors, "Harborlantern läuft schon (Prozess " + pid + "), antwortet aber nicht.\n");
     for (const int signal : {SIGTERM, SIGCONT}) ::kill(std::stoi(pid), signal);
@@ -129,25 +149,18 @@ off_t addressOf(const std::string& pid, const std::string& module, const std::st
     std::string line, path;
     while (path.empty() && std::getline(maps, line))
         if (line.ends_with("/" + module)) path = line.substr(line.find('/'));
-    const auto names = test::outputOf("nm '" + path + "'");
-    const auto end = names.find(" T " + function + "\n") != names.npos ? names.find(" T " + function + "\n")
-                                                                       : names.find(" t " + function + "\n");
-    if (path.empty() || end == names.npos) return 0;
-    const auto begin = names.rfind('\n', end) + 1;  // npos + 1 is the first line.
-    return static_cast<off_t>(std::stoull(line, nullptr, 16) +
-                              std::stoull(names.substr(begin, end - begin), nullptr, 16));
+    // Exported or not.
+    const std::string name = test::outputOf("nm '" + path + "' | grep -i ' t " + function + "$'");
+    if (name.empty()) return 0;
+    return static_cast<off_t>(std::stoull(line, nullptr, 16) + std::stoull(name, nullptr, 16));
 }
 
-TEST(ProgramWindow, AFaultInItsModuleIsReportedLikeAnyErrorAndOneThatEndsItLeavesAWholeEntry) {
+TEST_F(ProgramWindow, AFaultInItsModuleIsReportedLikeAnyErrorAndOneThatEndsItLeavesAWholeEntry) {
 #ifndef __x86_64__
     GTEST_SKIP() << "the instruction that fails is one of x86-64";
 #endif
-    const Program program;
-    const auto offscreen = [&] { hideAndTell(program); };
     const auto log = [&] { return test::readFile(program.home("error.log")); };
-    std::thread first([&] { EXPECT_EQ(program.run({}, offscreen).status, 1); });
-    EXPECT_TRUE(comes([&] { return fs::is_socket(program.home("run/harborlantern_APPLICATION")); }));
-    const std::string pid = test::readFile(program.home("pid"));
+    start(1);
     // A function with nothing to destroy: others are covered for unwinding only where the compiler knows a
     // load or a call.
     const off_t function = addressOf(
@@ -157,12 +170,10 @@ TEST(ProgramWindow, AFaultInItsModuleIsReportedLikeAnyErrorAndOneThatEndsItLeave
     const int memory = test::must(::open(("/proc/" + pid + "/mem").c_str(), O_RDWR));
     EXPECT_EQ(::pwrite(memory, "\x8b\x04\x25\0\0\0\0", 7, function), 7);  // Reads from address 0.
     ::close(memory);
-    EXPECT_EQ(program.run({program.home("run")}, offscreen).status, 0);
+    EXPECT_EQ(run({program.home("run")}).status, 0);
     EXPECT_TRUE(comes([&] { return log().find("\r\n\r\n") != std::string::npos; }));
-    EXPECT_NE(log().find("Err: 2147746305 - An unhandled error (EXCEPTION_ACCESS_VIOLATION)"),
-              std::string::npos)
-        << log();
-    for (const char* line : {"Screen: 800x800x4294967296 (32)\r\n", "Path: " HARBORLANTERN_PROGRAM "\r\n"})
+    for (const char* line : {"Err: 2147746305 - An unhandled error (EXCEPTION_ACCESS_VIOLATION)",
+                             "Screen: 800x800x4294967296 (32)\r\n", "Path: " HARBORLANTERN_PROGRAM "\r\n"})
         EXPECT_NE(log().find(line), std::string::npos) << line << log();
     EXPECT_EQ(log().find("NOT ok"), std::string::npos) << log();
     const std::string before = log();
@@ -200,12 +211,7 @@ TEST(OnScreenClipboard, HasTheReportWithWhichTheProgramWasQuitUntilSomethingElse
                     "[Allgemein]\r\nLang=7\r\n[Optionen]\r\nFileSizeFormat=many\r\n");
     QClipboard& clipboard = *QGuiApplication::clipboard();
     clipboard.setText(QStringLiteral("older"));
-    const pid_t child = test::must(::fork());
-    if (child == 0) {
-        ::setenv("HARBORLANTERN_HOME", home.path().c_str(), 1);
-        ::execl("/proc/self/exe", "gui_tests", "--quit-from-report", nullptr);
-        ::_exit(127);
-    }
+    const pid_t child = startAgain("--quit-from-report", {{"HARBORLANTERN_HOME", home.path()}});
     int status = -1;
     bool ended = false;
     EXPECT_TRUE(comes([&] {
@@ -237,8 +243,7 @@ TEST(OnScreenClipboard, HasTheReportWithWhichTheProgramWasQuitUntilSomethingElse
     }));
 }
 
-TEST(ProgramWindow, WithNoDisplayOneLineNamesTheWayWithoutAWindow) {
-    const Program program;
+TEST_F(ProgramWindow, WithNoDisplayOneLineNamesTheWayWithoutAWindow) {
     for (const std::string platform : {"", "xcb", "wayland"})
         for (const std::string display : {"", ":4711"}) {
             const auto ended = program.run({"/usr"}, [&] {
@@ -251,34 +256,24 @@ TEST(ProgramWindow, WithNoDisplayOneLineNamesTheWayWithoutAWindow) {
         }
 }
 
-TEST(ProgramWindow, ASessionLeavesNothingOutsideOfTheProgramsFolder) {
+TEST_F(ProgramWindow, ASessionLeavesNothingOutsideOfTheProgramsFolder) {
     for (const bool onlyHome : {false, true}) {
         const TempDir user, home, source;
-        test::makeFile(source.path() + "/x", 10);
-        for (const char* each : {"config", "cache", "data", "state", "run", "tmp"})
-            test::makeFolder(user.path() + "/" + each);
+        test::makeTree(source.path(), {"x"});
+        test::makeTree(user.path(), {"config/", "cache/", "data/", "state/", "run/", "tmp/"});
         ::chmod((user.path() + "/run").c_str(), 0700);
         const auto before = filesBelow(user.path());
-        const pid_t child = test::must(::fork());
-        if (child == 0) {
-            const auto set = [&](const char* name, const std::string& value) {
-                ::setenv(name, value.c_str(), 1);
-            };
-            for (const auto& [name, folder] :
-                 {std::pair("XDG_CONFIG_HOME", "config"), std::pair("XDG_CACHE_HOME", "cache"),
-                  std::pair("XDG_DATA_HOME", "data"), std::pair("XDG_STATE_HOME", "state")}) {
-                ::unsetenv(name);
-                if (!onlyHome) set(name, user.path() + "/" + folder);
-            }
-            set("HOME", user.path());
-            set("XDG_RUNTIME_DIR", user.path() + "/run");
-            set("TMPDIR", user.path() + "/tmp");
-            set("QT_QPA_PLATFORM", "offscreen");
-            set("HARBORLANTERN_HOME", home.path());
-            set("SOURCE", source.path());
-            ::execl("/proc/self/exe", "gui_tests", "--whole-session", nullptr);
-            ::_exit(127);
-        }
+        const auto at = [&](const char* folder) { return onlyHome ? "" : user.path() + "/" + folder; };
+        const pid_t child = startAgain("--whole-session", {{"XDG_CONFIG_HOME", at("config")},
+                                                           {"XDG_CACHE_HOME", at("cache")},
+                                                           {"XDG_DATA_HOME", at("data")},
+                                                           {"XDG_STATE_HOME", at("state")},
+                                                           {"HOME", user.path()},
+                                                           {"XDG_RUNTIME_DIR", user.path() + "/run"},
+                                                           {"TMPDIR", user.path() + "/tmp"},
+                                                           {"QT_QPA_PLATFORM", "offscreen"},
+                                                           {"HARBORLANTERN_HOME", home.path()},
+                                                           {"SOURCE", source.path()}});
         int status = 0;
         test::must(::waitpid(child, &status, 0));
         EXPECT_EQ(status, 0);
