@@ -19,8 +19,7 @@ enum FaultNumber : std::int64_t {
     kFaultOverflow = 6,
     kFaultSubscript = 9,
     kFaultTypeMismatch = 13,
-    kFaultProcessor =
-        0x80040201,  ///< A fault of the processor that platform/fault_signals.h turned into an exception.
+    kFaultProcessor = 0x80040201,  ///< A processor fault, made an exception by platform/fault_signals.h.
 };
 
 /// A fault is thrown by value. The class is visible across modules, so that a fault thrown in a loaded module

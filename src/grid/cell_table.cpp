@@ -10,7 +10,7 @@ namespace hl {
 
 namespace {
 
-// Computed cells have the ids behind kFirstComputed, in this order.
+// The ids of the computed cells begin here; they are in the order of the table below.
 constexpr CellId kFirstComputed = 0x100;
 struct Computed {
     std::string_view key;

@@ -1,4 +1,5 @@
-// The keyed cells of a grid's rows: one column of the smallest fitting type for each key.
+// The keyed cells of a grid's rows, in one column for each key, of the smallest type that fits. For one
+// thread.
 //
 // "sizeK", "sizeM" and "sizeG" of a grid that has "size" are read like cells but computed from it, rounded to
 // two decimals, ties to even; nothing is stored for them.
@@ -53,25 +54,26 @@ constexpr std::size_t cellBytes(std::span<const CellSpec> cells) {
     return bytes;
 }
 
-/// A key resolved once, so that reading a cell needs no search. Computed cells have ids as well.
+/// The id of a cell's key, looked up once, so that reading a cell needs no search. Computed cells have ids as
+/// well.
 using CellId = std::uint16_t;
 inline constexpr CellId kNoCell = 0xFFFF;
 
 class CellTable {
   public:
-    /// `cells` must outlive the table (they are tables in the code). At most 64 of them.
+    /// `cells` must outlive the table and has at most 64 elements.
     explicit CellTable(std::span<const CellSpec> cells);
 
-    /// kNoCell for a key that this grid does not have.
+    /// Returns the id of a key, or kNoCell if this grid does not have it.
     CellId find(std::string_view key) const;
-    /// Stored cells have the ids 0 to count() - 1.
+    /// Returns the number of stored cells; their ids are 0 to count() - 1.
     std::size_t count() const { return stores_.size(); }
     bool isText(CellId cell) const;
     bool isDate(CellId cell) const;
 
     /// Makes room for the row; its cells are 0 and empty.
     void addRow(Row row);
-    /// The cell as a number; 0 for a text. REQUIRES: cell is not kNoCell; the row exists.
+    /// Returns the cell as a number; 0 for a text. REQUIRES: cell is not kNoCell; the row exists.
     double number(Row row, CellId cell) const;
     /// Raises kFaultOverflow for a value outside the type's range. REQUIRES: the cell is neither computed nor
     /// text.
@@ -83,7 +85,7 @@ class CellTable {
   private:
     struct Store {
         CellType type;
-        std::uint16_t slot;  ///< Which column of its width.
+        std::uint16_t slot;  ///< The index of its column among those of its type's width.
     };
     std::span<const CellSpec> specs_;
     std::vector<Store> stores_;

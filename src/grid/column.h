@@ -1,5 +1,5 @@
-// One value for each row, in blocks that never move: a growing column costs no copy and no second peak of
-// memory.
+// Holds one value for each row, in blocks that never move: a growing column copies nothing and never needs
+// twice its memory. For one thread.
 #pragma once
 
 #include <array>
@@ -21,7 +21,7 @@ class Column {
     const T& operator[](std::uint32_t row) const {
         return (*blocks_[row >> kBlockBits])[row & (kBlockRows - 1)];
     }
-    /// The value, or `absent` where no block was ever made.
+    /// Returns the value, or `absent` for a row whose block was never made.
     T valueOr(std::uint32_t row, T absent) const {
         const std::size_t block = row >> kBlockBits;
         return block < blocks_.size() ? (*this)[row] : absent;

@@ -1,6 +1,6 @@
-// Parts: rows, what a row shows, cells, state, columns, notices. Sorting and searching are in grid_sort.cpp.
-// Invariant: every row number below tree_.limit() has a place in cells_, text_, picture_ and flags_. An
-// operation that runs out of memory leaves a whole grid and can be done again.
+// The rows of a grid: what they show, their cells and state, the columns and the notices. Sorting and
+// searching are in grid_sort.cpp. Every row number below tree_.limit() has a place in cells_, text_, picture_
+// and flags_. An operation that runs out of memory leaves the grid consistent and can be repeated.
 #include "grid/grid.h"
 
 #include <algorithm>
@@ -12,7 +12,7 @@ namespace hl {
 
 namespace {
 
-// Waste of texts below this is not worth packing.
+// Less waste of texts than this is not worth packing.
 constexpr std::size_t kLeastWaste = std::size_t{1} << 20;
 
 }  // namespace
@@ -26,7 +26,8 @@ Row Grid::addRow(Row parent, std::string_view text) {
 }
 
 Row Grid::addRow(Row parent, TextRef text) {
-    // Room for a new number first: a row that is in the tree has all its cells, even if memory ends here.
+    // Room for a new row number is made first, so that a row in the tree has all its cells even if memory
+    // runs out.
     const Row fresh = tree_.limit();
     cells_.addRow(fresh);
     text_.ensure(fresh);
@@ -57,7 +58,8 @@ void Grid::forget(const std::vector<Row>& removed) {
         texts_.clear();
         wasteBytes_ = 0;
     } else if (wasteBytes_ > kLeastWaste && wasteBytes_ * 2 > texts_.bytesUsed()) {
-        // Without memory for it the waste stays until a later removal; this one is done either way.
+        // If there is no memory for packing, the waste stays until a later removal; the rows are removed
+        // anyway.
         try {
             packTexts();
         } catch (const std::exception&) {
@@ -66,8 +68,8 @@ void Grid::forget(const std::vector<Row>& removed) {
     if (!removed.empty()) changed(&GridChange::structure);
 }
 
-// References kept by keepText die here; callers keep them only while they add rows. The new references wait
-// until there are all of them: half of them and the old store would be references into nowhere.
+// Packing ends the references made by keepText; callers keep those only while they add rows. The new
+// references are stored only when all of them exist, since they mean nothing in the old store.
 void Grid::packTexts() {
     TextStore packed;
     std::vector<TextRef> references;
@@ -96,7 +98,7 @@ void Grid::removeRow(Row row) {
     forget(removed);
 }
 
-// Row by row: what went is forgotten, even if memory ends on the way.
+// Rows are removed one by one, so that those already removed are forgotten even if memory runs out.
 void Grid::removeChildren(Row row) {
     const NoRedraw off(*this);
     while (firstChild(row) != kNoRow) removeRow(firstChild(row));

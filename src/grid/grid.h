@@ -1,11 +1,11 @@
 // The store of rows: a tree of rows with keyed cells, and what a view needs to show and work with them.
 //
-// Each view has one Grid; it holds the results, and there is no second copy of them. A window attaches to it
-// as an observer and paints it; a run with no window has no observer. A flat list is a grid whose rows are
-// all roots. One thread only.
+// Each view has one Grid. It is the only copy of the results. A window attaches to it as an observer and
+// paints it; a run without a window attaches nothing. A flat list is a grid whose rows are all roots. A grid
+// is for one thread only.
 //
-// Bytes of a row: kRowBytes, its cells (cellBytes), its text and one byte more. What few rows have (a note, a
-// selection) lies in side tables; a colour column exists only once a colour was set.
+// A row takes kRowBytes, its cells (cellBytes), its text and one byte more. Side tables hold what few rows
+// have (a note, a selection); the column of colours exists only once a colour was set.
 #pragma once
 
 #include <array>
@@ -25,18 +25,20 @@
 
 namespace hl {
 
-/// What changed since the last notice. Which rows is not told: whoever paints asks for the few that show.
+/// What changed since the last notice. It does not tell which rows: whoever paints asks for the few visible
+/// ones.
 struct GridChange {
     bool structure = false;  ///< Rows were added, removed, moved or folded: all indexes may be new.
-    bool columns = false;    ///< Columns, titles, masks.
-    bool current = false;    ///< The current row, the selection or the top row.
-    bool cells = false;      ///< What rows show.
+    bool columns = false;    ///< The columns, their titles or their masks changed.
+    bool current = false;    ///< The current row, the selection or the top row changed.
+    bool cells = false;      ///< What rows show changed.
 };
 
 class GridObserver {
   public:
     virtual ~GridObserver() = default;
-    /// While Redraw is off changes gather; they arrive in one call when it goes on. Must not change the grid.
+    /// Tells of changes. While redraw is off they gather, and one call tells of all of them when it goes on.
+    /// The call must not change the grid.
     virtual void gridChanged(const GridChange& change) = 0;
 };
 
@@ -44,20 +46,21 @@ enum class Alignment : std::uint8_t { kLeft, kRight };
 
 struct GridColumn {
     std::string title;
-    std::string key;   ///< Of the cell it shows; empty for the row's text.
+    std::string key;   ///< The key of the cell that it shows; empty for the row's text.
     std::string mask;  ///< See grid/mask.h; empty for none.
     Alignment alignment = Alignment::kLeft;
     bool visible = true;
-    double width = 0;  ///< In the window's units; 0 until it was measured.
-    /// 0xRRGGBB: the cell is drawn as a percent bar of this base colour with its text in it
-    /// (platform/percent_bar.h). A cell without a text has no bar.
+    double width = 0;  ///< In the window's units; 0 until it is measured.
+    /// The base colour (0xRRGGBB) of a percent bar (platform/percent_bar.h) that the cell's text is drawn in.
+    /// A cell without a text has no bar.
     std::optional<std::uint32_t> barColor = {};
 };
 
 /// How the rows of one level are sorted.
 struct LevelSort {
     std::string key;      ///< Cell to sort by; empty for the row's text.
-    bool numbers = true;  ///< A text by the number at its front. False: without regard to case.
+    bool numbers = true;  ///< Sorts a text by the number at its front; if false, as text without regard to
+                          ///< case.
     bool descending = true;
     bool keepsTies = false;  ///< Rows of equal keys keep their order.
 };
@@ -65,7 +68,7 @@ struct LevelSort {
 class Grid {
   public:
     static constexpr std::size_t kSortLevels = 256;
-    /// Bytes of a row without its cells and its text: links, text reference, picture, flags.
+    /// Bytes that a row takes without its cells and its text: links, text reference, picture, flags.
     static constexpr std::size_t kRowBytes = RowTree::kRowBytes + sizeof(TextRef) + 2;
 
     /// `cells` must outlive the grid.
@@ -74,15 +77,15 @@ class Grid {
     Grid& operator=(const Grid&) = delete;
 
     // --- rows
-    /// Behind the last child of `parent`; a root row for kNoRow. New rows are folded, not selected, picture
-    /// 0.
+    /// Adds a row behind the last child of `parent`, or behind the last root for kNoRow. A new row is folded,
+    /// is not selected and has picture 0.
     Row addRow(Row parent, std::string_view text);
-    /// The same with a text kept by keepText: many rows share it.
+    /// Adds a row whose text keepText stored; many rows can share one.
     Row addRow(Row parent, TextRef text);
     TextRef keepText(std::string_view text) { return texts_.add(text); }
     void removeRow(Row row);
     void removeChildren(Row row);
-    /// Removes the rows with an index of `from` or more, as they stand now. REQUIRES: all rows are roots.
+    /// Removes all rows whose index is `from` or more. REQUIRES: all rows are roots.
     void removeFrom(std::size_t from);
     void clear();
 
@@ -104,10 +107,10 @@ class Grid {
     void setRowNote(Row row, std::string_view note);
     int picture(Row row) const { return picture_[row]; }
     void setPicture(Row row, int picture);
-    /// A percent bar (index of its picture) in front of the text; -1 for none.
+    /// The index of the percent bar's picture in front of the text; -1 for none.
     int barPicture(Row row) const { return bar_.valueOr(row, 0) - 1; }
     void setBarPicture(Row row, int index);
-    /// 0xRRGGBB, or nothing for the view's own background.
+    /// 0xRRGGBB, or nothing if the row has the view's own background.
     std::optional<std::uint32_t> backColor(Row row) const;
     void setBackColor(Row row, std::uint32_t color);
 
@@ -126,17 +129,17 @@ class Grid {
     void setSelected(Row row, bool on);
     void selectNone();
     std::size_t selectedCount() const { return selected_.size(); }
-    /// In the order of the view.
+    /// Returns them in the order of the view.
     std::vector<Row> selectedRows() const;
     Row currentRow() const { return current_; }
     void setCurrentRow(Row row);
     Row topRow() const { return top_; }
     void setTopRow(Row row);
-    /// Whether the user may work in it.
+    /// Tells whether the user may work in the grid.
     bool enabled() const { return enabled_; }
     void setEnabled(bool on) { enabled_ = on; }
     bool redraw() const { return redraw_; }
-    /// Off: changes gather. On: one notice of all that gathered.
+    /// While it is off, changes gather; when it goes on, one notice tells of all of them.
     void setRedraw(bool on);
 
     // --- columns
@@ -146,19 +149,20 @@ class Grid {
     GridColumn& changeColumn(std::size_t column);
 
     // --- sort and search
-    /// Levels from kSortLevels - 1 on share the last setting.
+    /// All levels from kSortLevels - 1 on share one setting.
     LevelSort& levelSort(std::uint32_t level) {
         return sorts_[std::min<std::size_t>(level, kSortLevels - 1)];
     }
-    /// Sorts each level from 0 to `deepest` once. Rows of equal keys go by the bytes of their texts, upward;
-    /// with a cell "IsFolder" those with 0 in it are last. `between` (may be null) runs after each level.
+    /// Sorts each level from 0 to `deepest` once. Rows of equal keys are sorted by the bytes of their texts,
+    /// ascending; if there is a cell "IsFolder", those with 0 in it come last. `between` (may be null) runs
+    /// after each level.
     void sortLevels(std::uint32_t deepest, const std::function<void()>& between = nullptr);
-    /// The first row with an index from `from` to `to`, both included, whose text holds `part` without regard
-    /// to case; kNoRow if there is none.
+    /// Returns the first row with an index from `from` to `to`, both included, whose text holds `part`
+    /// without regard to case; kNoRow if there is none.
     Row find(std::string_view part, std::size_t from, std::size_t to) const;
 
     // --- observer
-    /// One at a time; null takes it away. Must outlive its being attached.
+    /// Attaches the one observer, which must stay alive while attached; null detaches it.
     void attach(GridObserver* observer) {
         observer_ = observer;
         pending_ = {};
@@ -182,8 +186,8 @@ class Grid {
     Column<TextRef> text_;
     Column<std::uint8_t> picture_;
     Column<std::uint8_t> flags_;
-    Column<std::uint8_t> bar_;         ///< Index + 1; no block until the first bar.
-    Column<std::uint32_t> backColor_;  ///< Color + 1; no block until the first colour.
+    Column<std::uint8_t> bar_;         ///< Index + 1; it has no block until the first bar is set.
+    Column<std::uint32_t> backColor_;  ///< Colour + 1; it has no block until the first colour is set.
     std::unordered_map<Row, TextRef> notes_;
     std::unordered_set<Row> selected_;
     Row current_ = kNoRow;

@@ -1,4 +1,4 @@
-// Sorting level by level, and searching.
+// The grid's sorting, level by level, and its searching.
 #include <algorithm>
 #include <array>
 #include <bit>
@@ -15,7 +15,7 @@ namespace hl {
 
 namespace {
 
-// Keys are read once per row and carried with it: a comparison touches no column.
+// Each row's key is read once and sorted together with the row, so that a comparison touches no column.
 template <class Key>
 using Keyed = std::vector<std::pair<Key, Row>>;
 
@@ -24,13 +24,13 @@ struct TextKey {
     std::string_view text;
 };
 
-// Most texts differ in their first characters, and those that do not are often one text of many rows.
+// Most texts differ in their first characters; those that do not are often the same stored text.
 int compare(const TextKey& a, const TextKey& b) {
     if (a.folded != b.folded) return a.folded < b.folded ? -1 : 1;
     return a.text.data() == b.text.data() ? 0 : compareFolded(a.text, b.text);
 }
 
-/// False if they were in order. `rowBefore` decides between equal keys.
+/// Returns false if the rows were in order already. `rowBefore` decides between equal keys.
 template <class RowBefore>
 bool sortKeyed(Keyed<TextKey>& keyed, bool descending, const RowBefore& rowBefore) {
     const auto before = [&](const auto& a, const auto& b) {
@@ -42,16 +42,16 @@ bool sortKeyed(Keyed<TextKey>& keyed, bool descending, const RowBefore& rowBefor
     return true;
 }
 
-// Numbers go by their digits, the last one first. Half a million of them take some 10 ms, in which a click
-// has to wait; comparisons take 50.
+// Numbers are sorted by radix, from the lowest digit to the highest. That takes some 10 ms for half a million
+// of them, during which clicks wait; comparing them takes 50 ms.
 using NumberKey = std::uint64_t;
 constexpr unsigned kDigitBits = 11;
 constexpr std::size_t kDigits = std::size_t{1} << kDigitBits;
 
-/// Rises with the number, or falls.
+/// Returns a key that rises with the number, or falls with it if `descending`.
 NumberKey numberKey(double number, bool descending) {
     constexpr NumberKey kSign = NumberKey{1} << 63;
-    const auto bits = std::bit_cast<NumberKey>(number + 0.0);  // Of the two zeros the one above 0.
+    const auto bits = std::bit_cast<NumberKey>(number + 0.0);  // The sum turns -0.0 into 0.0.
     const NumberKey rising = (bits & kSign) != 0 ? ~bits : bits | kSign;
     return descending ? ~rising : rising;
 }
@@ -66,7 +66,8 @@ void sortByDigit(Keyed<NumberKey>& keyed, Keyed<NumberKey>& sorted, unsigned shi
     std::swap(keyed, sorted);
 }
 
-/// As that of texts.
+/// Sorts number keys by radix, or few of them by comparison. Returns false if the rows were in order already.
+/// `rowBefore` decides between equal keys.
 template <class RowBefore>
 bool sortKeyed(Keyed<NumberKey>& keyed, const RowBefore& rowBefore) {
     const auto before = [&](const auto& a, const auto& b) {
@@ -86,7 +87,7 @@ bool sortKeyed(Keyed<NumberKey>& keyed, const RowBefore& rowBefore) {
     return true;
 }
 
-// A text sorted as a number: what stands at its front, 0 where that is no number.
+// Returns the number at the front of a text, or 0 if there is none.
 double leadingNumber(std::string_view text) {
     double value = 0;
     std::from_chars(text.data(), text.data() + text.size(), value);
@@ -101,13 +102,14 @@ std::vector<Row> rowsOf(const Keyed<Key>& keyed) {
     return rows;
 }
 
-/// Rows that have children, by their levels; those of one level end at its place in `ends`.
+/// The rows that have children, sorted by level; `ends` holds where each level ends in `rows`.
 struct Parents {
     std::vector<Row> rows;
     std::vector<std::size_t> ends;
 };
 
-// In one pass over the rows and with 4 bytes for each parent. Those of the roots are no row.
+// Collects the parents in two passes over the rows, with 4 bytes for each. The roots' parent, kNoRow, is left
+// out.
 Parents parentsByLevel(const Grid& grid, std::uint32_t deepest) {
     std::vector<std::size_t> ends(std::size_t{deepest} + 1, 0);
     const Row from = deepest > 0 ? grid.firstRoot() : kNoRow;
@@ -158,7 +160,7 @@ void Grid::sortChildren(Row parent, const LevelSort& sort, CellId cell) {
 
 void Grid::sortLevels(std::uint32_t deepest, const std::function<void()>& between) {
     const auto [parents, ends] = parentsByLevel(*this, deepest);
-    // Told also if memory ends on the way: some levels are sorted by then.
+    // The observer is told even if memory runs out, since some levels are sorted by then.
     const ScopeExit tell([this] { changed(&GridChange::structure); });
     for (std::uint32_t level = 0; level <= deepest; ++level) {
         const LevelSort& sort = levelSort(level);

@@ -1,4 +1,4 @@
-// The mask of a grid column: how the value of its cells is written.
+// The mask of a grid column says how the value of its cells is written.
 //
 // "*###,###,##0.00* KB;;;" is a picture between two asterisks, a suffix up to the first semicolon, and
 // sections that are left blank: the first semicolon stands for negative values, the second for zero, the
@@ -7,8 +7,8 @@
 // asks for its text.
 //
 // In a picture of a number a comma asks for the locale's thousands separator, and the digits behind a point
-// are the decimals; a picture of a date is one of formatDate ("*dd/MM/yyyy hh:nn:ss *;;;"). A mask is read
-// once when the column gets it and may then be applied from any thread.
+// are the decimals; a picture of a date is one for formatDate ("*dd/MM/yyyy hh:nn:ss *;;;"). A mask is parsed
+// once, when the column gets it, and may then be used from any thread.
 #pragma once
 
 #include <cstdint>
@@ -22,20 +22,20 @@
 namespace hl {
 
 struct Mask {
-    Picture number;           ///< The picture read as one of a number,
-    std::string datePicture;  ///< and as it stands.
+    Picture number;           ///< The picture, read as that of a number.
+    std::string datePicture;  ///< The picture as text, for dates.
     std::string suffix;
     bool hidesNegative = false;
     bool hidesZero = false;
 };
 
-/// Nothing for a text without two asterisks: the column then shows its cells as they are.
+/// Returns nothing for a text without two asterisks: the column then shows its cells as they are.
 std::optional<Mask> parseMask(std::string_view text);
 
-/// Halves are rounded away from zero. Whether a value is zero is asked before it is rounded: 0.004 shows as
-/// "0.00".
+/// Formats a number; halves are rounded away from zero. A value that is not zero is not hidden as one: 0.004
+/// shows as "0.00".
 std::string maskedNumber(const Mask& mask, double value, const NumberFormat& format);
-/// Exact up to 2^53.
+/// Formats a whole number; it is exact up to 2^53.
 std::string maskedInteger(const Mask& mask, std::int64_t value, const NumberFormat& format);
 std::string maskedDate(const Mask& mask, const LocalTime& time);
 

@@ -1,5 +1,5 @@
-// Gathers the changes of a grid for as long as it lives; the grid's observer hears of them at once when it
-// ends. Within another one, or while a scan holds the notices back, it leaves them where they were.
+// Gathers the changes of a grid while it lives; the observer hears of all of them when it ends. Where redraw
+// was off already (in another NoRedraw, or during a scan) it stays off. For the grid's thread.
 #pragma once
 
 #include "grid/grid.h"

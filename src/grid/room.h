@@ -1,4 +1,4 @@
-// Room made beforehand, so that what follows cannot run out of memory halfway.
+// Makes room in a vector beforehand, so that what follows cannot run out of memory halfway.
 #pragma once
 
 #include <algorithm>
@@ -7,8 +7,8 @@
 
 namespace hl {
 
-/// The next `more` elements need no memory. The room grows by half of itself at least, so that many calls
-/// cost no more than as many push_back.
+/// Makes room for `more` elements. The capacity grows by at least half of itself, so that many calls cost no
+/// more than as many push_back.
 template <class T>
 void makeRoom(std::vector<T>& elements, std::size_t more) {
     if (elements.capacity() - elements.size() >= more) return;

@@ -37,7 +37,8 @@ void RowTree::unlink(Row row) {
 }
 
 void RowTree::remove(Row row, std::vector<Row>& removed) {
-    // Parents before children first; turned around once nothing can fail any more.
+    // Parents come before their children here; the rows are handed out in reverse once nothing can fail any
+    // more.
     std::vector<Row> rows = {row};
     for (std::size_t i = 0; i < rows.size(); ++i)
         for (Row child = firstChild(rows[i]); child != kNoRow; child = nextSibling(child))

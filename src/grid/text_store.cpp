@@ -27,7 +27,7 @@ char* TextStore::reserve(std::size_t bytes) {
         owned_.push_back(std::make_unique_for_overwrite<char[]>(blocks * kBlockBytes));
         for (std::size_t i = 0; i < blocks; ++i) blockStart_.push_back(owned_.back().get() + i * kBlockBytes);
         fill_ = 0;
-        // Behind a long text the rest of its last block stays unused.
+        // The rest of a long text's last block stays unused.
         if (blocks > 1) {
             fill_ = kBlockBytes;
             return owned_.back().get();
@@ -40,7 +40,7 @@ char* TextStore::reserve(std::size_t bytes) {
 
 TextRef TextStore::add(std::string_view text) {
     if (text.empty()) return 0;
-    if (blockStart_.empty()) reserve(1);  // So that no text has the reference 0.
+    if (blockStart_.empty()) reserve(1);  // No text may have the reference 0.
     const std::size_t bytes = lengthBytes(text.size()) + text.size();
     const std::size_t blocksBefore = blockStart_.size();
     char* place = reserve(bytes);

@@ -1,8 +1,8 @@
-// The texts of a grid: bytes behind one another, found by a 32-bit reference.
+// Stores the texts of a grid one after another and finds them by a 32-bit reference. For one thread.
 //
 // A text is never changed in place; a replaced or removed one stays as waste until the grid packs the store
-// or is cleared. A text costs its bytes and one to five more; what many rows have in common (a folder, a
-// type) can be stored once for them.
+// or is cleared. A text costs its bytes and one to five more; a text that many rows share (a folder, a type)
+// can be stored once.
 #pragma once
 
 #include <cstddef>
@@ -13,19 +13,19 @@
 
 namespace hl {
 
-/// 0 is the empty text.
+/// The reference 0 stands for the empty text.
 using TextRef = std::uint32_t;
 
 class TextStore {
   public:
-    /// Raises kFaultOverflow when the store holds 4 GiB.
+    /// Adds a text; raises kFaultOverflow when the store holds 4 GiB.
     TextRef add(std::string_view text);
-    /// The same, but a text that was added so not long ago is not stored again.
+    /// Adds a text, or returns the reference of the same one if it was added recently.
     TextRef addShared(std::string_view text);
-    /// Valid until clear().
+    /// The text stays valid until clear().
     std::string_view get(TextRef ref) const;
     void clear();
-    /// Bytes handed out by add, waste included.
+    /// The bytes that texts take, waste included.
     std::size_t bytesUsed() const { return used_; }
 
   private:
@@ -36,12 +36,13 @@ class TextStore {
 
     char* reserve(std::size_t bytes);
 
-    // A text longer than a block lies in an allocation of several; blockStart_ then points into it.
+    // A text that does not fit a block gets several at once; blockStart_ then points into them.
     std::vector<std::unique_ptr<char[]>> owned_;
     std::vector<char*> blockStart_;
-    std::size_t fill_ = kBlockBytes;  ///< Bytes used of the last block.
+    std::size_t fill_ = kBlockBytes;  ///< Bytes used in the last block.
     std::size_t used_ = 0;
-    std::vector<TextRef> recent_;  ///< By the texts' hashes; none until the first text that may be shared.
+    std::vector<TextRef> recent_;  ///< Texts added lately, placed by their hashes; empty until addShared is
+                                   ///< called.
 };
 
 }  // namespace hl
