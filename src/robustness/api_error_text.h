@@ -1,4 +1,4 @@
-// The text for an error code of the system, as rows, logs and messages show it.
+// Finds the text for an error code of the system, as rows, logs and messages show it.
 #pragma once
 
 #include <string>
@@ -7,12 +7,12 @@
 
 namespace hl {
 
-/// Stands for the last error of this thread (errno) in place of a code.
+/// This code stands for the last error of this thread (errno).
 inline constexpr int kLastError = -1;
 
-/// "Permission denied", or with `withNumber` "#13 - Permission denied". Code 0 reads "#0 - No information
-/// available" either way. A code that the system does not know gives "Formatmessage Error", the error of that
-/// question, and the code in parentheses.
+/// Returns "Permission denied", or with `withNumber` "#13 - Permission denied". Code 0 always gives "#0 - No
+/// information available". A code that the system does not know gives "Formatmessage Error", the error of
+/// that question, and the code in parentheses.
 std::string ApiErrorText(bool withNumber, int code, SystemFacts& facts);
 
 }  // namespace hl

@@ -1,4 +1,4 @@
-// Asking for something whose failure is not worth an error, within an error report above all.
+// Asks for something whose failure is not worth an error, above all within an error report.
 #pragma once
 
 #include <utility>
@@ -7,8 +7,8 @@
 
 namespace hl {
 
-/// What `ask` returns, or its result type's value-initialised value where it throws or runs into a processor
-/// fault. The result may be void.
+/// Returns what `ask` returns, or a value-initialised result if it throws or runs into a processor fault. The
+/// result may be void.
 template <class Ask>
 auto attempt(Ask&& ask) -> decltype(ask()) {
     try {

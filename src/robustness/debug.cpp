@@ -14,7 +14,8 @@ std::string Diagnostics::compose(const TrapPlace& place, const Fault& fault, con
     text.append("\r\nAdmin: ").append(booleanWord(attempt([&] { return system_.adminRights(); })));
     text += "\r\nErrcount: " + std::to_string(errcount_);
     text += "\r\nLang: " + ask(app_.languageId);
-    text += "\r\nStop:" + ask(app_.cancelState) + ",0";  // The second marker is set by no routine.
+    text += "\r\nStop:" + ask(app_.cancelState) + ",0";  // The second number, always 0, is part of the
+                                                         // format.
     for (std::size_t i = 0; i < debugValues.size(); ++i) {
         text += "\r\nDebug" + std::to_string(i) + ": " + debugValues[i];
     }
@@ -23,13 +24,13 @@ std::string Diagnostics::compose(const TrapPlace& place, const Fault& fault, con
 
 void Diagnostics::Debug(const char* func, const char* modul, std::uint_least32_t line, const Fault& fault,
                         const DebugValues& debugValues) noexcept {
-    // What fails in here is dropped: nobody is left to tell.
+    // Errors in this block are dropped, since nobody is left to report them to.
     ++errcount_;
     std::string text;
     attempt([&] { text = compose({func, modul, line}, fault, debugValues); });
     if (text.empty()) attempt([&] { text = std::string(modul) + "." + func + ": " + fault.description(); });
     attempt([&] { sink_.LogError(text, true, true); });
-    // Of the values the first tells the most: the setting, the path.
+    // The first value tells the most: the setting or the path.
     attempt([&] {
         const std::string value = debugValues.empty() ? "" : ": " + debugValues.front();
         sink_.showReport(text, fault.description() + value);

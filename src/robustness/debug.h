@@ -1,4 +1,4 @@
-// The common end of every error that a trap catches. For the thread of the logic alone.
+// Reports every error that a trap catches. For the thread of the logic alone.
 #pragma once
 
 #include <cstdint>
@@ -10,21 +10,23 @@
 
 namespace hl {
 
-/// Where the reports go. May throw: what escapes is dropped.
+/// Receives the reports. Its functions may throw; Diagnostics drops what they throw.
 class ErrorSink {
   public:
     virtual ~ErrorSink() = default;
-    /// Appends `text` to error.log, with the time in front of it and an empty line behind it where asked for.
+    /// Appends `text` to error.log: with `stamp` the time precedes it, with `blankLine` an empty line follows
+    /// it.
     virtual void LogError(const std::string& text, bool blankLine, bool stamp) = 0;
-    /// Shows the report to the user, and returns when he goes on. `summary` is one line, for where there is
-    /// no room for more.
+    /// Shows the report and returns when the user goes on. `summary` is one line, for where there is no room
+    /// for more.
     virtual void showReport(const std::string& text, const std::string& summary) = 0;
 };
 
 /// Values that help to understand an error, as text.
 using DebugValues = std::vector<std::string>;
 
-/// Composes the report of an error, counts it, logs it and shows it. All that is passed in must outlive it.
+/// Composes the report of an error, counts it, logs it and shows it. The constructor's arguments must outlive
+/// it.
 class Diagnostics {
   public:
     Diagnostics(const AppFacts& app, SystemFacts& system, ErrorSink& sink)
@@ -32,7 +34,8 @@ class Diagnostics {
     Diagnostics(const Diagnostics&) = delete;
     Diagnostics& operator=(const Diagnostics&) = delete;
 
-    /// Never throws; a log that cannot be written does not keep the report from being shown.
+    /// Reports an error and never throws. A log that cannot be written does not keep the report from being
+    /// shown.
     void Debug(const char* func, const char* modul, std::uint_least32_t line, const Fault& fault,
                const DebugValues& debugValues = {}) noexcept;
 

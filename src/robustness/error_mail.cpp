@@ -8,8 +8,8 @@ namespace hl {
 
 namespace {
 
-// Applied from top to bottom, each over the whole text: the percent sign before all that bring one in, and
-// the pair CR LF before its halves.
+// The rows are applied to the whole text from top to bottom: the percent sign comes before all rows that
+// insert one, and CR LF before CR and LF alone.
 constexpr std::pair<std::string_view, std::string_view> kEscapes[] = {
     {"%", "%25%25"}, {"\r\n", "%0A"}, {"\r", "%0A"}, {"\n", "%0A"}, {" ", "%20"},  {"!", "%21"}, {"#", "%23"},
     {"*", "%2A"},    {"/", "%2F"},    {"?", "%3F"},  {"Ä", "%C4"},  {"Ö", "%D6"},  {"Ü", "%DC"}, {"ß", "%DF"},

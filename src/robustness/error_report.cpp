@@ -65,7 +65,7 @@ void addSystem(Lines& lines, SystemFacts& system) {
     const SystemName name = attempt([&] { return system.systemName(); });
     lines.add("OS: ", name.name + " Version: " + name.version + " ID: " + name.identifier);
     lines.add("64bit: ", booleanWord(attempt([&] { return system.emulated(); })));
-    lines.add("IE: ", "0.0.0");  // There is no browser component to tell the version of.
+    lines.add("IE: ", "0.0.0");  // No browser component is used, so there is no version of one to tell.
 }
 
 void addMemory(Lines& lines, const AppFacts& app, SystemFacts& system) {

@@ -1,4 +1,4 @@
-// The error report: what failed where, in which program, on what machine.
+// Composes the error report: what failed where, in which program, on which machine.
 #pragma once
 
 #include <array>
@@ -15,41 +15,41 @@
 
 namespace hl {
 
-/// What the report says of the program itself. Owned by whoever starts the program, filled before the first
-/// trap and constant from then on.
+/// What the report says of the program itself. main owns it and fills it before the first trap; then it is
+/// constant.
 struct AppFacts {
     std::string title = "Harborlantern";
     int major = 0, minor = 0, revision = 0;
-    std::string executable;  ///< Its path.
+    std::string executable;  ///< The executable's path.
     std::string dataFolder;
     std::string commandLine;
-    bool portable = true;  ///< Not installed by a package.
+    bool portable = true;  ///< True if no package installed the program.
     std::chrono::system_clock::time_point startTime = std::chrono::system_clock::now();
     DateFormat dates;
     NumberFormat numbers;
-    /// Asked anew for each report; each may be empty.
+    /// These are called anew for each report; each may be empty.
     std::function<int()> languageId;
     std::function<int()> cancelState;
-    std::function<ScreenFacts()> screen;  ///< Empty with no window.
+    std::function<ScreenFacts()> screen;  ///< Empty in a run without a window.
 };
 
-/// Where an error was caught.
+/// Where an error was caught: the routine, its module and the line.
 struct TrapPlace {
     std::string_view func;
     std::string_view modul;
     std::uint_least32_t line = 0;
 };
 
-/// "True" or "False".
+/// Returns "True" or "False".
 std::string_view booleanWord(bool value);
 
-/// The report of an error that the program does not survive, in pieces that are made beforehand. What only
-/// that moment knows stands between them: the time, the module, the description. What would have to be asked
-/// then, or takes long to ask at each start, is left out.
+/// Prepares the report of an error that the program does not survive, as pieces of text. Between them belong
+/// the time, the module and the description, which are known only at that moment. Facts that could only be
+/// asked for then, or that take long to ask for at each start, are left out.
 std::array<std::string, 4> BuildLastReport(const AppFacts& app, SystemFacts& system);
 
-/// The lines of the report, CR LF between them and none behind the last. A fact of the machine that fails to
-/// be learned is empty or zero; the report comes out all the same.
+/// Returns the lines of the report, with CR LF between them and none behind the last. A fact of the machine
+/// that cannot be learned is left empty or zero.
 std::string BuildErrorReport(const TrapPlace& place, const Fault& fault, const AppFacts& app,
                              SystemFacts& system, std::chrono::system_clock::time_point now);
 

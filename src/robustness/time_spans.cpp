@@ -42,7 +42,7 @@ std::string GetDateFromDiff(std::chrono::system_clock::time_point start,
 }
 
 std::string GetSystemUpTime(std::uint64_t seconds) {
-    // No blank in front of "year(s)": so the text has always been.
+    // There is no blank in front of "year(s)"; the format has always been so.
     return spanText(seconds, {.oneDay = "1 day", .days = "%1 days", .years = "%1year(s) %2 day(s)"});
 }
 

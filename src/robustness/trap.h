@@ -1,11 +1,11 @@
-// The error trap of a routine: no error leaves it, and its caller goes on as if it had returned.
+// The error trap of a routine: no error leaves the routine, and its caller goes on as if it had returned.
 //
 //     void Form::OptionenLadenMain() {
 //         guarded(diagnostics_, "OptionenLadenMain", "frmMain", [&] { ... });
 //     }
 //
-// What the routine had done until then stays done; what it holds is released by its destructors on the way. A
-// routine without a trap hands its errors to its caller's.
+// What the routine had done until then stays done; destructors release what it holds. Without a trap of its
+// own a routine hands its errors to the trap of its caller.
 #pragma once
 
 #include <concepts>
@@ -27,10 +27,10 @@ void reportCurrent(Diagnostics& diagnostics, const char* func, const char* modul
 
 }  // namespace trap_detail
 
-/// Runs `body` and returns what it returns, or after an error its result type's value-initialised value.
-/// Errors go to `Debug`, with the line of this call. `func` and `modul` name the routine.
+/// Runs `body` and returns what it returns, or a value-initialised result after an error. Errors go to
+/// `Debug`, with the line of this call. `func` and `modul` name the routine.
 ///
-/// (The line is a builtin's, since clang 14 has no std::source_location.)
+/// (The line comes from a builtin, since clang 14 has no std::source_location.)
 ///
 /// `debugValues` gives values that help to understand an error; it is called only when there is one.
 template <class Body, std::invocable Values>
