@@ -1,5 +1,5 @@
-// Where the program's makers can be reached. Whoever builds the program names the addresses
-// (HARBORLANTERN_HOMEPAGE and its like in CMakeLists.txt); one that is empty is not offered anywhere.
+// Tells where the program's makers can be reached. The options HARBORLANTERN_HOMEPAGE and its like in
+// CMakeLists.txt set the addresses; an empty one is offered nowhere.
 #pragma once
 
 #include <string>
@@ -11,7 +11,8 @@ struct Addresses {
     std::string mail;                       ///< For error reports.
 };
 
-/// The addresses of this build: pages in German for the language `languageId` (language.h) where it has such.
+/// Returns the addresses of this build; for the language `languageId` (language.h) German pages if there are
+/// any.
 Addresses Init_Textbausteine(int languageId);
 
 }  // namespace hl

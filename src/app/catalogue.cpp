@@ -14,7 +14,7 @@ std::string_view takeLine(std::string_view& text) {
     return line;
 }
 
-// The number of a heading such as "[3612]"; 0 if it is none that a text can have.
+// Returns the number of a heading such as "[3612]", or 0 if it is no number that a text can have.
 int headingNumber(std::string_view line) {
     const std::string_view heading = trimWhite(line);
     if (!heading.ends_with(']')) return 0;

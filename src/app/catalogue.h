@@ -5,9 +5,9 @@
 //     de=Speichern
 //     en=Save
 //
-// Each block names a text; a line in it gives the text in one language, by the language's code. All that
-// stands behind the "=" belongs to the text. Lines that make no sense are passed over; of two texts for the
-// same number the later counts.
+// Each block holds one text; each line in it gives the text in one language, by the language's code.
+// Everything behind the "=" belongs to the text. Lines that make no sense are ignored; of two texts for the
+// same number the later counts. A catalogue does not change once it is made.
 #pragma once
 
 #include <map>
@@ -19,10 +19,10 @@ namespace hl {
 class Catalogue {
   public:
     Catalogue() = default;
-    /// The texts of the language `code` in the file `text`.
+    /// Reads the texts of the language `code` from `text`, the content of a file.
     Catalogue(std::string_view text, std::string_view code);
 
-    /// Empty if there is none.
+    /// Returns an empty text if there is none for the number.
     std::string_view text(int id) const;
     bool empty() const { return texts_.empty(); }
     const std::map<int, std::string>& texts() const { return texts_; }

@@ -1,18 +1,17 @@
-// The commands of the bars and their menus, by name. What each of them is and does stands in one table:
-// mainwindow/command_table.cpp.
+// Names the commands of the bars and their menus. mainwindow/command_table.cpp tells what each of them is.
 #pragma once
 
 #include "platform/command_bar.h"
 
 namespace hl {
 
-/// The number of a command is the id of its entry, which is unique in one bar alone, plus a thousand for each
-/// bar in front of that one.
+/// The number of a command is the id of its entry, which is unique within its bar, plus a thousand for each
+/// earlier bar.
 constexpr int commandNumber(BarId bar, int id) {
     return static_cast<int>(bar) * 1000 + id;
 }
 
-/// New ones take ids from 400 up.
+/// All commands. New ones take ids from 400 up.
 enum class Command : int {
     kNone = 0,
 
@@ -56,7 +55,7 @@ enum class Command : int {
     kShowJunctions = commandNumber(BarId::kMain, 309),
     kFontOfAll = commandNumber(BarId::kMain, 328),
 
-    // The report. A title is a label, and its id 0.
+    // The report. A bar's title is a label; its id is 0.
     kReportTitle = commandNumber(BarId::kReport, 0),
     kReportRescan = commandNumber(BarId::kReport, 4),
     kReportSave = commandNumber(BarId::kReport, 5),
@@ -76,7 +75,8 @@ enum class Command : int {
     kReportSearch = commandNumber(BarId::kReport, 30),
     kReportDecimals = commandNumber(BarId::kReport, 33),
     kReportPercentColumn = commandNumber(BarId::kReport, 35),
-    kReportUnfold1 = commandNumber(BarId::kReport, 100),  ///< One level; those for two to ten follow.
+    kReportUnfold1 = commandNumber(BarId::kReport, 100),  ///< Unfolds one level; the commands for two to ten
+                                                          ///< levels follow.
     kReportUnfold4 = kReportUnfold1 + 3,
     kReportUnfold10 = kReportUnfold1 + 9,
     kReportFullView = commandNumber(BarId::kReport, 323),
@@ -95,7 +95,8 @@ enum class Command : int {
     kDrivesAdd = commandNumber(BarId::kDrives, 208),
     kDrivesFont = commandNumber(BarId::kDrives, 328),
 
-    // The files of a folder. The commands of columns follow that of the size, in the order of the columns.
+    // The files of a folder. The commands for columns follow those for units of size, in the order of the
+    // columns.
     kFilesTitle = commandNumber(BarId::kFiles, 0),
     kFilesRefresh = commandNumber(BarId::kFiles, 300),
     kFilesBytes,
@@ -139,7 +140,7 @@ enum class Command : int {
     kTopPrint,
     kTopFont = commandNumber(BarId::kTop, 328),
 
-    // The hardlinks. Their first column is the id.
+    // The hardlinks. The first of their column commands is that of the id.
     kHardlinksTitle = commandNumber(BarId::kHardlinks, 0),
     kHardlinksAnalyze = commandNumber(BarId::kHardlinks, 300),
     kHardlinksBytes,
@@ -178,11 +179,11 @@ constexpr Command commandOf(BarId bar, int id) {
 constexpr BarId barOf(Command command) {
     return static_cast<BarId>(static_cast<int>(command) / 1000);
 }
-/// The id of its entry in its bar.
+/// Returns the id of the command's entry in its bar.
 constexpr int idOf(Command command) {
     return static_cast<int>(command) % 1000;
 }
-/// The `n`-th behind it, of those that follow one another.
+/// Returns the command whose number is larger by `n`.
 constexpr Command operator+(Command command, int n) {
     return static_cast<Command>(static_cast<int>(command) + n);
 }

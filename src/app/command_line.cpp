@@ -27,7 +27,7 @@ bool isFormatSwitch(std::string_view argument) {
     return argument == kFormatTxt || argument == kFormatCsv;
 }
 
-// A switch stands bare in the line, where a double quote would open a name.
+// A switch stands in the line without quotes; a double quote in it would begin a name.
 bool isSilentSwitch(std::string_view argument) {
     return isSilentLine(argument) && argument.find('"') == std::string_view::npos;
 }
@@ -38,7 +38,7 @@ bool isSwitch(std::string_view argument) {
            argument == "--version";
 }
 
-// With blanks between them; true for none at all.
+// Tells whether the line holds only switches with blanks between them, or nothing.
 bool areSwitches(std::string_view line) {
     while (!line.empty()) {
         const std::string_view argument = line.substr(0, line.find(' '));
@@ -48,7 +48,8 @@ bool areSwitches(std::string_view line) {
     return true;
 }
 
-// Its links are the system's to follow: it is no more than put behind the current folder.
+// Makes the report's path absolute by putting the current folder in front; the system follows any links in
+// it.
 std::string reportPath(std::string_view argument, std::string_view cwd, const PathRules& rules) {
     const std::string here = {'.', rules.separator};
     while (argument.starts_with(here)) argument.remove_prefix(here.size());
@@ -61,7 +62,7 @@ std::string quoted(std::string path) {
     return '"' + path + '"';
 }
 
-// One argument on its way into the line.
+// One argument, as it goes into the line.
 struct Piece {
     std::string text;
     bool isSwitch = false;
@@ -106,7 +107,7 @@ class Joiner {
 
   private:
     bool isSilent() const { return !pieces_.empty() && isSilentLine(pieces_[0].text); }
-    // The first name of a silent line.
+    // Tells whether the next name is the first of a silent line: the report's file.
     bool isForReport() const { return isSilent() && names_ == 0; }
 
     void addName(std::string name) {
@@ -120,7 +121,7 @@ class Joiner {
         line_.badArgument = argument;
     }
 
-    // The parser takes the first "-d" of the line.
+    // Puts the delimiter right behind "-s", since the parser takes the first "-d" of the line.
     void fixDelimiter() {
         if (pieces_[0].text.find("-d") != std::string::npos) return;
         const auto given = std::ranges::find_if(
@@ -141,7 +142,7 @@ class Joiner {
     JoinedLine line_;
 };
 
-// The texts between double quotes; nothing if there is no double quote at all.
+// Returns the texts between double quotes; nothing if there is no double quote at all.
 std::optional<std::vector<std::string>> quotedTexts(std::string_view line) {
     std::size_t open = line.find('"');
     if (open == std::string_view::npos) return std::nullopt;
@@ -158,7 +159,7 @@ std::optional<std::vector<std::string>> quotedTexts(std::string_view line) {
 }
 
 ReportLayout formatIn(std::string_view line) {
-    // Names, which may hold anything, are in double quotes.
+    // A format counts only outside of double quotes; inside of them are names, which may hold anything.
     bool bare = true;
     for (std::size_t at = 0; at < line.size(); ++at) {
         if (line[at] == '"') bare = !bare;

@@ -1,12 +1,12 @@
-// The command line as one text: sources in double quotes, switches bare.
+// The command line as one text: sources are in double quotes, switches are not.
 //
 //     "/home/a" "/srv/b"                 two sources
 //     -s3-d1 --format=txt "/r.csv" "/home/a" "/srv/b"
 //                                        a report without a window: levels, delimiter, format, file, sources
 //
-// The system hands over arguments instead, with the shell's quotes taken off; joinArguments makes the one
-// text of them, which is also what one instance hands over to another. A double quote within a name travels
-// as a NUL byte, which no name can hold, and the parsers turn it back. All are pure functions.
+// The system hands over arguments instead, with the shell's quotes removed. joinArguments makes one text of
+// them, which one instance can also hand over to another. A double quote within a name becomes a NUL byte,
+// which no name can hold, and the parsers turn it back. All functions are pure.
 #pragma once
 
 #include <cstdint>
@@ -20,12 +20,12 @@ namespace hl {
 
 enum class LineProblem {
     kNone,
-    kUnknownSwitch,  ///< An argument begins with "-" and is none of ours.
+    kUnknownSwitch,  ///< An argument begins with "-" but is no known switch.
     kEmptyArgument,
-    kNoCurrentFolder,   ///< A relative path, and there is no current folder (any more).
-    kUnknownFormat,     ///< An argument begins with "--format" and names none of ours.
-    kNotForWindow,      ///< A format, and no "-s" in front.
-    kIncompleteReport,  ///< A silent line without a file or without a source.
+    kNoCurrentFolder,   ///< A path is relative, but there is no current folder (any more).
+    kUnknownFormat,     ///< An argument begins with "--format" but names no known format.
+    kNotForWindow,      ///< There is a format without a "-s" in front of it.
+    kIncompleteReport,  ///< A silent line has no file or no source.
 };
 
 struct JoinedLine {
@@ -33,48 +33,48 @@ struct JoinedLine {
     bool asksForHelp = false;
     bool asksForVersion = false;
     LineProblem problem = LineProblem::kNone;
-    std::string badArgument;  ///< The first one that is a problem.
+    std::string badArgument;  ///< The first argument that is a problem.
 };
 
-/// The switches are "-s" and all that begins with it and has no double quote, "-d" and a digit,
-/// "--format=txt", "--format=csv", "-RESTART", "-TLMODUS", "--help", "-h" and "--version"; behind "--" there
-/// are none. Everything else is a path, which is made absolute by `cwd`; that of a source is resolved by its
-/// text (base/absolute_path.h). "-" as the file of a silent line, in front of "--" or behind it, is standard
-/// output and stays as it is; a file of that name is "./-".
+/// Joins the arguments. Switches are "-s" and whatever begins with it and has no double quote, "-d" and a
+/// digit, "--format=txt", "--format=csv", "-RESTART", "-TLMODUS", "--help", "-h" and "--version"; behind "--"
+/// nothing is a switch. Everything else is a path, which `cwd` makes absolute; a source's path is also
+/// resolved by its text (base/absolute_path.h). "-" as the file of a silent line, even behind "--", means
+/// standard output and stays as it is; "./-" is a file of that name.
 ///
-/// The delimiter switch of a silent line moves right behind "-s", and "-d0" is put there where there is none,
-/// so that a "-d" in a path is never taken for it. REQUIRES: cwd is absolute, or empty where there is none.
+/// The delimiter switch of a silent line is moved right behind "-s", or "-d0" is put there if there is none,
+/// so that a "-d" in a path is never taken for it. REQUIRES: cwd is absolute, or empty if there is none.
 JoinedLine joinArguments(const std::vector<std::string>& arguments, std::string_view cwd,
                          const PathRules& rules);
 
-/// Whether the line asks for a report without a window.
+/// Tells whether the line asks for a report without a window.
 bool isSilentLine(std::string_view line);
 
-/// The sources of a line: what stands between double quotes, in order, or the whole line where there is no
-/// double quote. A source that is not closed is dropped, and switches alone name none.
+/// Returns the sources of a line: the texts between double quotes, or the whole line if it has no double
+/// quote. A source whose closing quote is missing is dropped; switches alone are no source.
 std::vector<std::string> GetFoldersFromCommand(std::string_view line);
 
-/// The layout of a report; by its file's name where nobody chose one.
+/// The layout of a report. kByName chooses it by the name of the file.
 enum class ReportLayout { kByName, kTxt, kCsv };
 
 /// What a silent line asks for.
 struct SilentOrder {
     std::string outputFile;   ///< kStandardOutput (platform/files.h) or a path.
-    std::int32_t levels = 0;  ///< 0 where none are given.
-    /// 0 comma, 1 semicolon, 2 tab, 3 blank; 4 to 9, also possible, leave the choice to the report.
+    std::int32_t levels = 0;  ///< 0 if the line gives none.
+    /// 0 comma, 1 semicolon, 2 tab, 3 blank; with 4 to 9, which are possible, the report chooses.
     std::int32_t delimiterIndex = 0;
     ReportLayout format = ReportLayout::kByName;
-    /// Empty, and nothing to be done, without a file and at least one source.
+    /// Empty if the line lacks the file or a source: then nothing is to be done.
     std::vector<std::string> sources;
 };
 
-/// Larger numbers of levels are cut to this.
+/// Larger numbers of levels are reduced to this.
 inline constexpr std::int32_t kMostLevels = 999'999'999;
 
-/// Takes a silent line apart (KZ is "command line"): the digits right behind "-s" are the levels, the digit
-/// behind the first "-d" is the delimiter, a format stands outside of double quotes, the first text in double
-/// quotes is the file, and the others are the sources. What is missing keeps its default. REQUIRES:
-/// isSilentLine(line), blanks in front of it aside.
+/// Parses a silent line ("KZ" is short for command line): the digits right behind "-s" are the levels, the
+/// digit behind the first "-d" is the delimiter, a format is outside of double quotes, the first text in
+/// double quotes is the file, and the others are the sources. What is missing keeps its default. REQUIRES:
+/// isSilentLine(line), but for blanks in front of it.
 SilentOrder KZGetFoldersFromCommand(std::string_view line);
 
 }  // namespace hl

@@ -15,9 +15,9 @@ struct Line {
     enum class Kind { kOther, kSection, kKey };
     Kind kind = Kind::kOther;
     std::size_t begin = 0;
-    std::size_t end = 0;  ///< Behind the line end.
+    std::size_t end = 0;  ///< The end of the line, with its line break.
     std::string_view name;
-    std::string_view value;  ///< As it is written.
+    std::string_view value;  ///< The value, still encoded.
 };
 
 // The lines of a text, one after the other.
@@ -63,7 +63,8 @@ bool isSection(const Line& line, std::string_view name) {
     return line.kind == Line::Kind::kSection && compareFolded(line.name, name) == 0;
 }
 
-// Calls `visit` with the lines of the first section of this name, its heading first, until it answers false.
+// Calls `visit` with the lines of the first section of this name, from its heading on, until it returns
+// false.
 template <class Visit>
 void visitSection(std::string_view text, std::string_view name, Visit visit) {
     Lines lines(text);
@@ -84,7 +85,8 @@ std::optional<Line> findKey(std::string_view text, std::string_view section, std
     return found;
 }
 
-// Behind the last line of the section that is not blank; nothing if there is no such section.
+// Returns the place behind the last line of the section that is not blank; nothing if there is no such
+// section.
 std::optional<std::size_t> endOfSection(std::string_view text, std::string_view section) {
     std::optional<std::size_t> end;
     visitSection(text, section, [&](const Line& line) {
@@ -152,7 +154,7 @@ int hexDigit(char c) {
     return lower >= 'a' && lower <= 'f' ? lower - 'a' + 10 : -1;
 }
 
-// Takes one escape, or what only looks like one and stands for itself, from the front.
+// Decodes one escape at the front and removes it; a backslash that begins no escape stands for itself.
 void appendUnescaped(std::string& out, std::string_view& text) {
     const char kind = text.size() > 1 ? text[1] : '\0';
     if (kind == 'x' && text.size() > 3 && hexDigit(text[2]) >= 0 && hexDigit(text[3]) >= 0) {

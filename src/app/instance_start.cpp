@@ -31,7 +31,8 @@ StartDecision CheckVBinstance(const std::string& commandLine, bool singleInstanc
     if (first || !singleInstance || commandLine.find(kRestart) != std::string::npos)
         return StartDecision::kShow;
     if (instances.deliver(commandLine)) return StartDecision::kHandedOver;
-    // The first instance may have been on its way out; what the user asked for must not get lost then.
+    // The first instance may have been ending just now; then this one takes its place, so that the request is
+    // not lost.
     return instances.takeFirst() ? StartDecision::kShow : StartDecision::kNoAnswer;
 }
 

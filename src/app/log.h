@@ -1,9 +1,9 @@
-// The three log files: the protocol of scans and deletions for the user, the error reports, and technical
-// failures that the user is not told.
+// Writes the three log files: scans and deletions for the user, error reports, and technical failures that
+// the user is not told of.
 //
-// Every entry is one opening, writing and closing, so that a crash costs no more than the entry in work. The
-// files grow until somebody deletes them. A file that cannot be written disturbs nobody. For the thread of
-// the logic.
+// For each entry the file is opened, written and closed, so that a crash loses only the entry being written.
+// The files grow until somebody deletes them. A file that cannot be written is ignored. For the thread of the
+// logic.
 #pragma once
 
 #include <functional>
@@ -21,20 +21,20 @@ class Log {
   public:
     using Clock = std::function<LocalTime()>;
 
-    /// The files lie in `folder`. `files` must outlive the log.
+    /// The files are written in `folder`. `files` must outlive the log.
     Log(Files& files, std::string folder, DateFormat dates, Clock clock = now)
         : files_(files), folder_(std::move(folder)), dates_(std::move(dates)), clock_(std::move(clock)) {}
 
-    /// One line. Control characters within the text, a line break for one, are written as visible signs: a
-    /// terminal that the log is shown on would obey them.
+    /// Writes one line. Control characters in the text, line breaks included, are written as visible signs,
+    /// because a terminal that shows the log would obey them.
     void LogProtokoll(std::string_view text) noexcept;
-    /// A text of any number of lines, with the time in front of it and an empty line behind it where asked
-    /// for.
+    /// Writes a text of any number of lines: with `stamp` the time precedes it, with `blankLine` an empty
+    /// line follows it.
     void LogError(std::string_view text, bool blankLine, bool stamp) noexcept;
-    /// One line: the text, then each detail behind a comma.
+    /// Writes one line: the text, then each detail behind a comma.
     void LogDebug(std::string_view text, const std::vector<SimpleValue>& details = {}) noexcept;
 
-    /// The local time.
+    /// Returns the local time.
     static LocalTime now();
 
   private:

@@ -11,7 +11,7 @@
 
 namespace hl {
 
-/// When a key is read, in this order; keys of one step in the order of the table.
+/// The steps in which keys are read, in their order. Keys of one step are read in the order of the table.
 enum class LoadStep {
     kDateFormat,
     kScanAndReport,
@@ -29,12 +29,12 @@ enum class LoadStep {
     kTopCount,
     kBarTop,
     kBarHardlinks,
-    kElsewhere,  ///< By whoever needs it, straight from the file.
+    kElsewhere,  ///< Whoever needs the key reads it from the file.
 };
 
-/// Where a value goes, and by that how it is read: as a whole number of 0 to 255, as a number with a
-/// fraction, as a length of a list, as text. A row of columns has one key for each: its index followed by the
-/// key of the table.
+/// The field that a value goes to. Its type decides how the value is read: as a whole number from 0 to 255, a
+/// number with a fraction, the length of a list, or a text. A row of columns has one key for each column: the
+/// column's index, followed by the key of the table.
 using OptionField = std::variant<Flag Options::*, float Options::*, std::int32_t Options::*,
                                  std::string Options::*, std::array<Flag, 7> Options::*,
                                  std::array<Flag, 8> Options::*, std::array<Flag, 10> Options::*>;
@@ -44,7 +44,8 @@ struct OptionKey {
     std::string_view defaultValue;
     OptionField field;
     LoadStep step;
-    std::size_t savedColumns = 0;  ///< Of a row of columns: as many have a control to be saved from.
+    std::size_t savedColumns = 0;  ///< In a row of columns: the number of columns that can be chosen and are
+                                   ///< saved.
 };
 
 // clang-format off

@@ -20,7 +20,7 @@ double numberOf(const std::string& text) {
     return *number;
 }
 
-// To whole numbers ties go to even, as everywhere in the program where a text becomes a whole number.
+// Rounds a text to a whole number; ties go to even, as everywhere in the program.
 void convert(const std::string& text, Flag& field) {
     const double number = std::nearbyint(numberOf(text));
     if (number < 0 || number > std::numeric_limits<Flag>::max()) raiseOverflow("Options");
@@ -57,7 +57,7 @@ class Loader {
         at_.clear();
     }
 
-    /// The key at which the reading has ended, for the report.
+    /// The key at which the reading ended, for the error report.
     DebugValues debugValues() const { return at_.empty() ? DebugValues() : DebugValues{at_}; }
 
   private:
@@ -182,7 +182,7 @@ void OptionenSpeichernMain(const Options& options, SettingsStore& store) {
     store.change([&](IniText& ini) {
         Saver saver(options, ini);
         for (const OptionKey& key : kOptionTable)
-            if (key.step != LoadStep::kDateFormat) saver.save(key);  // That one is the options dialog's.
+            if (key.step != LoadStep::kDateFormat) saver.save(key);  // The options dialog saves it.
     });
 }
 

@@ -8,14 +8,14 @@ namespace hl {
 
 namespace {
 
-// What the file `installed` names in its first line.
+// Returns the folder that the first line of the file `installed` names.
 std::string sharedFolder(Files& files, const std::string& file, const std::string& beside) {
     int error = 0;
     const std::string text = files.readWhole(file, 4096, error).value_or("");
     return absoluteSource(text.substr(0, text.find('\n')), {.current = beside, .home = ""}, kPosixPaths);
 }
 
-// Empty if the user has no home.
+// Returns the user's folder of settings, or an empty text if the user has no home.
 std::string userFolder(const PlaceFacts& facts) {
     if (facts.configHome.starts_with('/')) return joinPath(facts.configHome, kUserFolderName, kPosixPaths);
     if (facts.home.empty()) return {};

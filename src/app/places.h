@@ -1,9 +1,9 @@
-// Where the program's parts lie, and where it may write.
+// Finds out where the program's parts lie and where it may write.
 //
-// Unpacked anywhere, or built, everything lies beside the executable and is written there. A package puts a
-// file named `installed` beside the executable: its first line names the folder of what is only read, from
-// the executable's ("../../share/harborlantern"), and each user has a folder of settings. Pure but for the
-// look at that file.
+// If the program was only unpacked or built, everything lies beside the executable and is written there. A
+// package puts a file named `installed` beside the executable: its first line names the folder of the
+// read-only files, relative to the executable's ("../../share/harborlantern"), and each user has a folder of
+// settings. The only access to the disk is to read that file.
 #pragma once
 
 #include <string>
@@ -12,25 +12,24 @@
 
 namespace hl {
 
-/// Absolute paths; all but the first may be empty.
+/// These are absolute paths; all but the first may be empty.
 struct PlaceFacts {
     std::string executableFolder;
-    std::string named;       ///< HARBORLANTERN_HOME.
-    std::string configHome;  ///< XDG_CONFIG_HOME; one that is relative counts as none.
+    std::string named;       ///< The value of HARBORLANTERN_HOME.
+    std::string configHome;  ///< The value of XDG_CONFIG_HOME; a relative path is ignored.
     std::string home;
 };
 
 struct Places {
     bool installed = false;
-    bool ofUser =
-        false;          ///< `own` is the user's folder of settings, which the program makes when it needs it.
-    std::string own;    ///< Settings and logs. Need not exist.
-    std::string texts;  ///< Libraries of languages.
-    std::string data;   ///< Has the folder "icons".
+    bool ofUser = false;  ///< `own` is the user's folder of settings; the program makes it when needed.
+    std::string own;      ///< The folder of settings and logs, which need not exist.
+    std::string texts;    ///< The folder of the language libraries.
+    std::string data;     ///< The folder that holds the folder "icons".
 };
 
-/// The folder that is named comes first. An installed program whose user has no home writes beside itself,
-/// which is to say nowhere unless root lets it.
+/// Finds the folders; `named` has precedence. An installed program whose user has no home writes beside the
+/// executable, where only root may.
 Places placesOf(Files& files, const PlaceFacts& facts);
 
 }  // namespace hl

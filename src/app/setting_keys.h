@@ -1,4 +1,4 @@
-// Sections of the settings file, and the keys that stand outside the table of options (option_table.h).
+// Sections of the settings file, and the keys that are not in the table of options (option_table.h).
 #pragma once
 
 #include <string_view>
@@ -11,7 +11,7 @@ inline constexpr std::string_view kSectionOptions = "Optionen";
 inline constexpr std::string_view kSectionComboFolders = "ComboOrdner";
 inline constexpr std::string_view kSectionDriveFolders = "DriveFolders";
 
-/// Numbered lists: the word behind the number in a key.
+/// The words behind the number in the keys of numbered lists.
 inline constexpr std::string_view kComboFolderSuffix = "O";
 inline constexpr std::string_view kDriveFolderSuffix = "F";
 inline constexpr int kMostComboFolders = 10;
@@ -22,17 +22,17 @@ struct NumberKey {
     int defaultValue;
 };
 
-/// Id of the language of the interface; 0 follows the user's system.
+/// The id of the interface's language; 0 means that of the user's system.
 inline constexpr NumberKey kKeyLanguage{kSectionGeneral, "Lang", 0};
 
-// What the options dialog reads and writes; the start of the program reads the second.
+// The options dialog reads and writes these; the start of the program reads the second one, too.
 inline constexpr NumberKey kKeyExplorerVerb{kSectionOptions, "Kontextmenu", 0};
 inline constexpr NumberKey kKeySingleInstance{kSectionOptions, "Instanz", 1};
 
-// What the dialog that saves a list reads and writes.
+// The dialog that saves a list reads and writes this.
 inline constexpr NumberKey kKeyCsvEscapeFormulas{kSectionOptions, "CsvEscapeFormulas", 0};
 
-// The window, lengths in twips (1/1440 inch). Left and Top have no fixed default: the window is centred.
+// The window's place and size in twips (1/1440 inch). Left and Top have no default: the window is centred.
 inline constexpr NumberKey kKeyWindowState{kSectionForm, "WindowState", 0};
 inline constexpr NumberKey kKeyWidth{kSectionForm, "Width", 11715};
 inline constexpr NumberKey kKeyHeight{kSectionForm, "Height", 8190};

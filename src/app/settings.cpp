@@ -9,7 +9,8 @@ namespace hl {
 
 namespace {
 
-constexpr std::size_t kLargestIni = 4 << 20;  // Nobody's settings; a file of this size is none of ours.
+constexpr std::size_t kLargestIni = 4 << 20;  // Larger files are ignored, since no real settings take that
+                                              // much.
 
 int writeWhole(Files& files, const std::string& path, std::string_view text) {
     int error = 0;

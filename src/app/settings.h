@@ -1,8 +1,8 @@
-// The settings file. Every call goes to the file; nothing is kept between two calls.
+// Reads and changes the settings file. Every call accesses the file; nothing is kept between two calls.
 //
-// A change is made under the lock of the folder and replaces the file in one step, so that several instances
-// lose nothing to one another and a kill leaves a whole file. Failures are silent: what cannot be read is as
-// if it were not there, what cannot be written is not written. For the thread of the logic.
+// A change is made under a lock in the folder and replaces the file in one step, so that several instances
+// lose nothing to one another and a killed process leaves a complete file. Failures are silent: what cannot
+// be read counts as missing, and what cannot be written is not written. For the thread of the logic.
 #pragma once
 
 #include <functional>
@@ -18,7 +18,7 @@ namespace hl {
 
 class SettingsStore {
   public:
-    /// `files` must outlive it. `iniPath` is used wherever a call names no file.
+    /// `files` must outlive the store. `iniPath` is used wherever a call names no file.
     SettingsStore(Files& files, std::string iniPath) : files_(files), iniPath_(std::move(iniPath)) {}
 
     const std::string& iniPath() const { return iniPath_; }
@@ -33,11 +33,11 @@ class SettingsStore {
     void StoreSettings(std::string_view section, std::string_view key, const SimpleValue& value,
                        const std::string& file = {});
 
-    /// The file as it is now, for many look-ups at once; empty if it cannot be read. `file` empty: the
-    /// default.
+    /// Returns the file as it is now, for many look-ups at once; empty if it cannot be read. An empty `file`
+    /// means iniPath.
     IniText read(const std::string& file = {}) const;
-    /// Many changes at once. The file is not touched if none of them changes it, nor if it exists and cannot
-    /// be read: what is in it would be lost.
+    /// Makes many changes at once. The file is not written if they change nothing; nor if it exists but
+    /// cannot be read, since its content would be lost.
     void change(const std::function<void(IniText&)>& change, const std::string& file = {});
 
   private:
@@ -47,14 +47,14 @@ class SettingsStore {
     std::string iniPath_;
 };
 
-/// A default that no value equals: the first key of a numbered list that yields it ends the list. Never
+/// A default that no value equals. It ends a numbered list at the first key that is missing, and is never
 /// written.
 inline constexpr std::string_view kEndOfList = "!(nix].-.";
 
-/// The values of the keys "0" + suffix, "1" + suffix and so on, up to the first that is missing.
+/// Returns the values of the keys "0" + suffix, "1" + suffix and so on, up to the first one that is missing.
 std::vector<std::string> readNumberedList(const IniText& ini, std::string_view section,
                                           std::string_view suffix);
-/// Replaces the whole section by the list, without the values that are too long for the file.
+/// Replaces the whole section by the list; values that are too long for the file are left out.
 void writeNumberedList(IniText& ini, std::string_view section, std::string_view suffix,
                        const std::vector<std::string>& values);
 

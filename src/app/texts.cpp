@@ -54,7 +54,7 @@ void Texts::chooseLanguage(const std::string& helpFile) {
         if (loadLibrary(language)) {
             helpFile_ = sources_.settingsFolder + "/" + helpFile;
         } else {
-            // English is not tried in another language's place before the next start.
+            // For another language the fallback, English, is loaded only at the next start.
             language_ = language.fallback;
         }
     }
@@ -66,7 +66,7 @@ void Texts::storeLanguage() {
         settings_.StoreSettings(kKeyLanguage.section, kKeyLanguage.key, language_);
 }
 
-// A file without a single text of the language is none of its libraries.
+// A file without any text of the language does not count as its library.
 bool Texts::loadLibrary(const Language& language) {
     for (const std::string* folder : {&sources_.settingsFolder, &sources_.executableFolder}) {
         int error = 0;

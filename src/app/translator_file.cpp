@@ -9,8 +9,8 @@ namespace hl {
 
 namespace {
 
-// Reads fields from the front of a text. Blanks in front of a field do not belong to it, nor does what stands
-// between a closing quote and the end of the field.
+// Reads fields from the front of a text. Blanks in front of a field, and anything between a closing quote and
+// the end of the field, are dropped.
 class FieldReader {
   public:
     explicit FieldReader(std::string_view text) : rest_(text) {
@@ -28,7 +28,7 @@ class FieldReader {
     }
 
   private:
-    // Up to one of the marks, which is taken away too.
+    // Returns the text up to one of the marks and removes both.
     std::string_view takeTo(std::string_view marks) {
         const std::size_t end = rest_.find_first_of(marks);
         const std::string_view taken = rest_.substr(0, end);

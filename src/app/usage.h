@@ -1,4 +1,5 @@
-// What the program answers on a terminal: help, version, and what is wrong with a command line.
+// What the program writes to a terminal: help, version, and what is wrong with a command line. Pure
+// functions.
 #pragma once
 
 #include <string>
@@ -8,11 +9,12 @@
 
 namespace hl {
 
-/// Lines that end in "\n", the last one too.
+/// Every line, the last one too, ends in "\n".
 std::string usageText(const Texts& texts);
-/// "Harborlantern 1.2.0" and a line end.
+/// Returns "Harborlantern 1.2.0" and a line end.
 std::string versionText();
-/// One line without an end; empty if there is no problem. Control characters of the argument are visible.
+/// Returns one line without a line end, or an empty text if there is no problem. Control characters in the
+/// argument are made visible.
 std::string problemText(const Texts& texts, const JoinedLine& line);
 
 }  // namespace hl
