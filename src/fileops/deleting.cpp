@@ -1,4 +1,4 @@
-// Sections: files; folders; the lists.
+// Deletes and recycles files, folders, and rows of lists.
 #include "fileops/deleting.h"
 
 #include <utility>
@@ -30,7 +30,7 @@ std::string unanswered(const FileOps& ops, FileRun& run, const std::string& path
     return noAnswerText(ops, path);
 }
 
-/// To the trash. Empty if it went, else "REASON (CODE)".
+/// Moves it to the trash. Returns an empty text on success, else "REASON (CODE)".
 std::string recycled(const FileOps& ops, FileRun& run, const std::string& path, bool folder, Gone& gone) {
     std::string now;
     const RecycleError error = ops.operations.recycle(placeOf(ops.scan, path), run, now);
@@ -46,17 +46,17 @@ void logGone(const FileOps& ops, const std::string& path, bool recycle) {
                                       : texts.TL(3761, "GELÖSCHT: %1", {path}));
 }
 
-/// No screen shows more of a path.
+/// Shortens a path, since no screen shows more of it.
 std::string cut(const std::string& path) {
     constexpr std::size_t kFront = 300, kBack = 200;
     if (path.size() <= kFront + kBack) return path;
     return path.substr(0, kFront) + " ... " + path.substr(path.size() - kBack);
 }
 
-/// What could not go, for one message at the end.
+/// Collects what could not be deleted, for one message at the end.
 class Stayed {
   public:
-    /// With its line in the log.
+    /// Adds a text to the message and writes it to the log.
     void add(const FileOps& ops, const std::string& text) {
         ops.scan.log.LogProtokoll(text);
         ++count_;
@@ -79,7 +79,7 @@ class Stayed {
     std::size_t count_ = 0;
 };
 
-/// Why a folder is not removed whole; empty if it may be.
+/// Returns why a folder must not be removed, or an empty text if it may be.
 std::string protectedReason(const FileOps& ops, FileRun& run, const std::string& path) {
     const Texts& texts = ops.scan.texts;
     switch (ops.operations.protectionOf(placeOf(ops.scan, path), run)) {
@@ -104,7 +104,7 @@ std::string protectedReason(const FileOps& ops, FileRun& run, const std::string&
 // --- files
 
 bool xDeleteFile_W(const FileOps& ops, FileRun& run, const std::string& path, std::string& errorText) {
-    constexpr int kNotFound = 2;  // Gone already counts as deleted.
+    constexpr int kNotFound = 2;  // A file that is gone already counts as deleted.
     const int error = ops.operations.removeFile(placeOf(ops.scan, path), run);
     if (error == 0 || error == kNotFound) return true;
     if (error == kNoAnswerError) return errorText = unanswered(ops, run, path), false;
@@ -118,7 +118,7 @@ std::string Delete_Files(const FileOps& ops, FileRun& run, const std::string& pa
     const Texts& texts = ops.scan.texts;
     std::string reason;
     if (recycle) {
-        // A folder may have taken the file's name since; to remove one as a file would be refused anyway.
+        // The name may belong to a folder by now; removing that as a file would fail anyway.
         reason = protectedReason(ops, run, path);
         if (reason.empty()) reason = recycled(ops, run, path, false, gone);
     } else {
@@ -153,7 +153,7 @@ bool xDeleteFolder_W(const FileOps& ops, FileRun& run, const std::string& path, 
 
 namespace {
 
-/// Empty if it went, else what the user is told.
+/// Returns an empty text if the folder is gone, else what the user is told.
 std::string deleteFolder(const FileOps& ops, FileRun& run, const std::string& path, bool recycle,
                          Gone& gone) {
     const Texts& texts = ops.scan.texts;
@@ -187,12 +187,12 @@ void deleteAll(const FileOps& ops, FileRun& run, const std::vector<std::string>&
             continue;
         }
         gone.about(path, true);
-        if (run.stopped()) return;  // During that look: nothing of this folder is gone.
+        if (run.stopped()) return;  // Stopped while it was looked at, so nothing of this folder is gone.
         const std::string failure = deleteFolder(ops, run, path, recycle, gone);
         if (failure.empty() || hasVanished(ops.scan, path)) {
             gone.folder(path);
         } else if (!recycle && !run.unanswered) {
-            gone.part(path);  // To the trash a folder goes in one step, or stays as it was.
+            gone.part(path);  // A folder goes to the trash as a whole or not at all.
         }
         if (!failure.empty()) stayed.add(ops, failure);
     }
@@ -203,7 +203,7 @@ void deleteAll(const FileOps& ops, FileRun& run, const std::vector<std::string>&
 void DeleteFolders(const FileOps& ops, const std::vector<Row>& rows, bool recycle) {
     guarded(ops.scan.diagnostics, "DeleteFolders", kModul, [&] {
         const Grid& report = ops.scan.tvwPL;
-        // A row that sums up files is no folder, whatever may be called so on the disk.
+        // A row that sums up files is no folder, even if there is one of that name on the disk.
         std::vector<std::string> paths;
         for (const Row row : rows)
             if (report.number(row, kIsFolder) == 1 || report.level(row) == 0)
@@ -236,7 +236,7 @@ void List_DeleteFiles(const FileOps& ops, ListView& list, bool recycle) {
             FileRun run(ops, statusOf(ops, recycle));
             for (auto path = paths.rbegin(); path != paths.rend() && !run.stopped(); ++path) {
                 gone.about(*path, false);
-                if (run.stopped()) break;  // During that look: the file is still there.
+                if (run.stopped()) break;  // Stopped while it was looked at, so the file is still there.
                 const std::string failure = Delete_Files(ops, run, *path, recycle, gone);
                 if (failure.empty() || hasVanished(ops.scan, *path)) gone.file(*path);
                 if (!failure.empty()) stayed.add(ops, failure);

@@ -12,7 +12,7 @@ namespace {
 
 constexpr std::uint64_t kPumpInterval = 50;     // Milliseconds without input.
 constexpr std::uint64_t kStatusInterval = 100;  // Milliseconds.
-constexpr std::size_t kLongestStatus = 500;     // Bytes: no screen shows more.
+constexpr std::size_t kLongestStatus = 500;     // In bytes; no screen shows more.
 
 }  // namespace
 
@@ -35,7 +35,7 @@ bool FileRun::stopped() {
     return stopped_;
 }
 
-// A running removal takes CancelState for itself: what was pressed meanwhile is kept here.
+// A running removal uses CancelState itself, so what the user pressed is remembered in stopped_.
 void FileRun::letMessagesRun() {
     const std::uint64_t now = ops_.scan.pump.GetTickCount();
     if (now >= lastPump_ + kPumpInterval || ops_.scan.pump.GetInputState()) {

@@ -1,5 +1,5 @@
-// What every command that changes files has around it: a locked window that goes on painting, the status bar
-// telling what it is at, and Stop. Thread of the logic only.
+// The frame of every command that changes files: the window is locked but repaints, the status bar tells what
+// is being done, and Stop works. For the thread of the logic only.
 #pragma once
 
 #include <cstdint>
@@ -17,15 +17,15 @@ class FileOpsHost {
   public:
     virtual ~FileOpsHost() = default;
     virtual void setFirstPanel(const std::string& text) = 0;
-    /// The preview shows the file that is selected now.
+    /// Makes the preview show the file that is selected now.
     virtual void Preview_ShowFile() = 0;
-    /// Rows whose path `went` go from all lists.
+    /// Removes the rows for whose path `went` returns true from all lists.
     virtual void removeFromLists(const std::function<bool(const std::string& path)>& went) = 0;
-    /// The window was closed while something waited for an answer: nothing begins any more.
+    /// Tells that the window was closed while something waited for an answer: nothing may begin any more.
     virtual bool closed() = 0;
 };
 
-/// All of it outlives the commands.
+/// What the commands work with; everything outlives them.
 struct FileOps {
     ScanContext& scan;
     FileOperations& operations;
@@ -33,20 +33,20 @@ struct FileOps {
     FileOpsHost& host;
 };
 
-/// Lives as long as a command works. Nothing else may begin meanwhile, so rows stay where they are.
+/// Lives as long as a command works. Meanwhile nothing else may begin, so rows stay where they are.
 class FileRun final : public OperationWatch {
   public:
-    /// `status`: of the status bar, with "%1" for the path that is worked at.
+    /// `status` is the text for the status bar; "%1" in it stands for the path that is being worked on.
     FileRun(const FileOps& ops, std::string status);
     ~FileRun() override;
     FileRun(const FileRun&) = delete;
     FileRun& operator=(const FileRun&) = delete;
 
-    /// Whether the user has asked for an end, by Stop, Escape or closing the window.
+    /// Tells whether the user asked for an end, by Stop, Escape or closing the window.
     bool stopped();
     bool stillAt(const std::string& path, bool silent) override;
 
-    bool unanswered = false;  ///< A disk did not answer: what became of the last path is not known.
+    bool unanswered = false;  ///< A disk did not answer: what became of the last path is unknown.
 
   private:
     void letMessagesRun();
@@ -58,14 +58,14 @@ class FileRun final : public OperationWatch {
     bool stopped_ = false;
 };
 
-/// Of a path that was worked at when its disk did not answer any more.
+/// Returns the message for a path whose disk stopped answering while it was worked on.
 std::string noAnswerText(const FileOps& ops, const std::string& path);
 
-/// Of a path whose source is another folder than the one that was read.
+/// Returns the message for a path whose source is another folder than the one that was read.
 std::string otherFolderText(const FileOps& ops, const std::string& path);
 
-/// Where a path lies: below the source of the report that holds it, where nothing on the way is a link that
-/// the scan has not followed. A path of no source is trusted up to its last name.
+/// Tells where a path lies: below the source of the report that holds it. Nothing on the way may be a link
+/// that the scan has not followed. A path in no source is trusted up to its last name.
 FilePlace placeOf(const ScanContext& scan, const std::string& path);
 
 }  // namespace hl

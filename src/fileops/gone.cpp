@@ -16,7 +16,7 @@ namespace hl {
 
 namespace {
 
-/// Without a separator at its end; empty above the root.
+/// Returns the folder without a separator at its end; empty above the root.
 std::string folderOf(std::string_view path) {
     if (path.size() <= 1) return {};
     const std::size_t at = path.rfind('/');
@@ -43,7 +43,7 @@ void Gone::trashed(const std::string& now, bool folder) {
     if (folder) trashed_.insert(now);
 }
 
-// The path itself, or a folder above it.
+// Tells whether `folders` holds the path itself or a folder above it.
 bool Gone::isIn(const Paths& folders, std::string_view path) {
     if (folders.empty()) return false;
     for (std::string above(path); !above.empty(); above = folderOf(above))
@@ -65,7 +65,7 @@ void Gone::readWhatIsLeft() {
     if (current != kNoRow && scan.tvwPL.number(current, kIsFolder) != 1 && scan.tvwPL.level(current) > 0)
         current = scan.tvwPL.parent(current);
     if (current != kNoRow) current_ = Report_GetFullpathOfNode(scan.tvwPL, current, false, scan.paths);
-    // What Stop has ended is over. It ends the reading if it is pressed again.
+    // The Stop that ended the command is reset here, so that pressing it again ends the reading.
     scan.state.CancelState = kCancelNone;
     const NoRedraw off(scan.tvwPL);
     ReportChanges changes(scan);
@@ -81,7 +81,7 @@ void Gone::readWhatIsLeft() {
     files_.merge(changes.finish());
 }
 
-// Somebody who reads his whole home has the trash among his folders: nothing is freed by recycling.
+// The trash may lie in a folder of the report; then recycling frees nothing there.
 void Gone::readTrash(ReportChanges& changes) const {
     for (const Paths* folders : {&trashes_, &trashed_})
         for (const std::string& path : *folders) changes.folderCame(path);
@@ -104,7 +104,7 @@ void Gone::show() {
     if (!ops_.host.closed()) ops_.host.Preview_ShowFile();
 }
 
-// Of the files that lost one, as far as the list knows the names that they had.
+// Lowers the number of names of files that lost some, as far as the list knows these names.
 void Gone::takeNames() {
     Grid& list = ops_.scan.lvwHardlinks;
     const auto fileOf = [&](Row row) {
@@ -120,7 +120,7 @@ void Gone::takeNames() {
     }
 }
 
-// If the current row went, the folder above it is the current one, and what shows its files follows.
+// If the current row went, the folder above it becomes current, and the file list shows its files.
 void Gone::followReport() {
     ScanContext& scan = ops_.scan;
     Grid& report = scan.tvwPL;
@@ -145,7 +145,7 @@ void Gone::followReport() {
     scan.host.showFilesOf(folder);
 }
 
-/// The row of the folder, or of the nearest one above it that there is; else the first of all.
+/// Returns the row of the folder, or of the nearest folder above it that has one, or else the first row.
 Row Gone::nearestRow(std::string path) const {
     const Grid& report = ops_.scan.tvwPL;
     for (; !path.empty(); path = folderOf(path))

@@ -1,5 +1,6 @@
-// What a command has taken from the disk, and how report, drives, lists and preview come to show it: as after
-// a fresh scan, but that lists only lose rows. Lives as long as the command. Thread of the logic only.
+// Remembers what a command took from the disk, and makes the report, drives, lists and preview show it. The
+// result is that of a fresh scan, except that lists only lose rows. Lives as long as the command. For the
+// thread of the logic only.
 #pragma once
 
 #include <set>
@@ -14,24 +15,25 @@ class ReportChanges;
 
 class Gone {
   public:
-    /// `recycled`: files keep all their names, of which one lies in the trash now.
+    /// With `recycled`, files keep all their names, one of which is in the trash now.
     Gone(const FileOps& ops, bool recycled) : ops_(ops), recycled_(recycled) {}
 
-    /// To be called before it is removed, while it can still be looked at.
+    /// Is called before the path is removed, while it can still be looked at.
     void about(const std::string& path, bool folder);
-    /// It is not there any more.
+    /// Notes that the file or folder is no longer there.
     void file(const std::string& path) { files_.insert(path); }
     void folder(const std::string& path) { folders_.insert(path); }
-    /// It lies in the trash now, at this path (FileOperations::recycle), which the report may show.
+    /// Notes that it is now in the trash, at this path (FileOperations::recycle); the report may show that
+    /// place.
     void trashed(const std::string& now, bool folder);
-    /// The folder is there, and perhaps less in it.
+    /// Notes that the folder is still there, but perhaps with less in it.
     void part(const std::string& path) { parts_.insert(path); }
-    /// Whether it went, by itself or with a folder above it.
+    /// Tells whether the path went, by itself or with a folder above it.
     bool went(const std::string& path) const;
 
     /// Brings the report up to date. REQUIRES: the window is locked by a FileRun.
     void readWhatIsLeft();
-    /// The rest, once the window is free. Messages run at its end.
+    /// Updates the lists, panels and preview; the window must be free. Messages run at its end.
     void show();
 
   private:
@@ -47,10 +49,10 @@ class Gone {
     const FileOps& ops_;
     const bool recycled_;
     Paths files_, folders_, parts_;
-    Paths trashes_, trashed_;  ///< The folders of the trash, and folders that lie in it now.
-    /// Files that count once whatever their number of names, or folders with such files.
+    Paths trashes_, trashed_;  ///< The folders of the trash, and folders that are in it now.
+    /// Files that count only once however many names they have, or folders with such files.
     Paths linked_;
-    std::string current_;  ///< Folder of the row that was current; empty for none.
+    std::string current_;  ///< The folder of the row that was current; empty for none.
 };
 
 }  // namespace hl

@@ -1,4 +1,4 @@
-// Sections: the desktop's part; own entries; opening.
+// The menus: the desktop's part, the program's own entries, and the opening of files.
 #include "fileops/menus.h"
 
 #include <algorithm>
@@ -12,7 +12,7 @@ namespace hl {
 
 namespace {
 
-// Ids of the desktop's part end below those of the program.
+// The ids of the desktop's part are lower than those of the program's entries.
 enum DesktopId { kOpen = 1, kOtherProgram, kShowInFolder, kCopyFiles, kCopyPaths, kProperties };
 constexpr int kFirstProgram = 100;
 constexpr std::size_t kMostPrograms = 20;
@@ -44,7 +44,7 @@ std::vector<MenuEntry> Menus::desktopPart(const std::vector<std::string>& paths)
 
 int Menus::show(std::vector<MenuEntry> desktop, std::vector<MenuEntry> own,
                 const std::vector<std::string>& paths, Point at) {
-    if (ops_.host.closed()) return 0;  // While the files were looked at.
+    if (ops_.host.closed()) return 0;  // Closed while the files were looked at.
     append(desktop, std::move(own));
     const int chosen = ops_.window.showMenu(desktop, at);
     if (chosen >= report_menu::kReadAgain) return chosen;
@@ -132,7 +132,7 @@ void Menus::openFile(const std::string& path) {
     openOne(path);
 }
 
-// False where the user, or the desktop, would rather not.
+// Returns false if the user or the desktop refuses.
 bool Menus::openOne(const std::string& path) {
     if (!wantsToRun(path)) return false;
     switch (ops_.window.desktop().open(path)) {

@@ -1,8 +1,8 @@
-// The menus of report, drives and lists: the desktop's part first, then the program's own entries. And the
-// opening of files, which a double click shares with them.
+// The menus of report, drives and lists: first the desktop's part, then the program's own entries. They also
+// open files, for double clicks too.
 //
-// A menu acts on the rows for which it was opened: whoever opens it holds back what would change rows until
-// it is answered. Thread of the logic only.
+// A menu acts on the rows for which it was opened: whoever opens it must not let rows change until it is
+// answered. For the thread of the logic only.
 #pragma once
 
 #include <string>
@@ -14,7 +14,7 @@ namespace hl {
 
 class ListView;
 
-/// Ids of the program's own entries, per menu.
+/// The ids of the program's own entries, for each menu.
 namespace report_menu {
 enum Id {
     kReadAgain = 999,
@@ -37,15 +37,15 @@ class Menus {
   public:
     explicit Menus(const FileOps& ops) : ops_(ops) {}
 
-    /// For a folder's row of the report. The id of an own entry that was chosen, else 0: what the desktop's
-    /// part is asked is done here.
+    /// Shows the menu of a folder's row of the report. Returns the id of the own entry that was chosen, else
+    /// 0: entries of the desktop's part are carried out here.
     int ofReport(Row row, const std::string& path, Point at);
     int ofDrive(const std::string& path, Point at);
-    /// For the selected rows of a list.
+    /// Shows the menu of a list's selected rows; returns as ofReport does.
     int ofList(GridId list, const std::vector<std::string>& paths, Point at);
 
-    /// With the desktop's program for it; asks which one where there is none. What runs when it is opened is
-    /// opened only after a question.
+    /// Opens the file with the desktop's program for it, or asks for one if there is none. A file that would
+    /// be executed is opened only after a question.
     void openFile(const std::string& path);
     void showInFolder(const std::string& path);
 
@@ -62,7 +62,7 @@ class Menus {
     std::string text(int id, const char* german) const { return ops_.scan.texts.TL(id, german); }
 
     const FileOps& ops_;
-    std::vector<DesktopProgram> programs_;  ///< Of the menu that stands open.
+    std::vector<DesktopProgram> programs_;  ///< The programs in the menu that is open.
 };
 
 }  // namespace hl

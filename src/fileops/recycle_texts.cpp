@@ -12,7 +12,7 @@ struct CodeText {
     const char* text;
 };
 
-// The entry of 0x82 tells of 0x83 too, which has none of its own.
+// 0x83 has no entry, because the text of 0x82 covers both.
 constexpr CodeText kTexts[] = {
     {0x71, "The source and destination files are the same file."},
     {0x72, "Multiple file paths were specified in the source buffer, but only one destination file path."},

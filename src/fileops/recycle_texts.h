@@ -1,12 +1,12 @@
-// What the user is told of a failure of the trash.
+// Finds what the user is told when the trash fails.
 #pragma once
 
 #include <string>
 
 namespace hl {
 
-/// The text of a code, in English in every language; "Unknown error." for one that has none. `withNumber`:
-/// " - " and the code in decimals behind it.
+/// Returns the text of a code, which is English in every language, or "Unknown error.". `withNumber` appends
+/// " - " and the code in decimals.
 std::string xGetErrorTextFromSH(int code, bool withNumber);
 
 }  // namespace hl

@@ -20,10 +20,11 @@ namespace {
 
 constexpr const char* kModul = "frmMain";
 
-/// What a move has done to a file that had the name before.
+/// What a move did to a file that had the name before.
 enum class Former : std::uint8_t { kNone, kInTrash, kReplaced };
 
-/// Makes room for `from` at `to`. Empty if it may go there, else why not. `now`: where the former file is.
+/// Makes room for `from` at `to`. Returns an empty text if it may go there, else why not. `now` receives
+/// where the former file is.
 std::string makeRoom(const FileOps& ops, FileRun& run, const std::string& from, const std::string& to,
                      Former& former, std::string& now) {
     const FilePlace place = placeOf(ops.scan, to);
@@ -55,13 +56,13 @@ void tellOfFormer(const FileOps& ops, const std::string& path, Former former) {
     ops.host.setFirstPanel(text);
 }
 
-/// Writes the new name into the row. Rows that were read again have it already, and their numbers may be
-/// those of other rows now.
+/// Writes the new name into the row. If the rows were read again, they have the name already, and this number
+/// may belong to another row.
 void showName(Grid& grid, Row row, const std::string& old, const std::string& name) {
     if (row < grid.tree().limit() && grid.text(row) == old) grid.setText(row, name);
 }
 
-/// Renames, and writes the new name into the row or tells why not.
+/// Renames, then writes the new name into the row or tells why it failed.
 bool rename(const FileOps& ops, Grid& grid, Row row, const std::string& folder, const std::string& name) {
     const std::string old(grid.text(row)), from = folder + old, to = folder + name;
     const bool inReport = &grid == &ops.scan.tvwPL;
@@ -73,12 +74,12 @@ bool rename(const FileOps& ops, Grid& grid, Row row, const std::string& folder, 
         const bool taken = !hasVanished(ops.scan, to);
         if (run.stopped()) return false;
         error = makeRoom(ops, run, from, to, former, now);
-        // What lies in the trash by now has made room already.
+        // If the former file is already in the trash, the move is done in spite of a Stop.
         if (error.empty() && run.stopped() && former != Former::kInTrash) return false;
         if (error.empty()) error = xMoveFile_W(ops, run, from, to);
         if (former == Former::kReplaced && !error.empty()) former = Former::kNone;
         if (error.empty() && inReport) grid.setText(row, name);
-        // Two names of one file: the system takes the old one away.
+        // Both were names of one file, and the system removed the old one.
         const bool oneName = taken && former == Former::kNone && error.empty() && hasVanished(ops.scan, from);
         if (former != Former::kNone || oneName) {
             gone.emplace(ops, former == Former::kInTrash).file(oneName ? from : to);
@@ -120,12 +121,12 @@ void renameInReport(const FileOps& ops, Row row, const std::string& name) {
     guarded(ops.scan.diagnostics, "tvwPL_GridCellAfterEditing", kModul, [&] {
         Grid& report = ops.scan.tvwPL;
         if (name == report.text(row) || report.level(row) == 0 || ops.scan.state.ScanActive) return;
-        // A row that sums up files is no folder, whatever may be called so on the disk.
+        // A row that sums up files is no folder, even if there is one of that name on the disk.
         if (report.number(row, kIsFolder) != 1) return;
         const std::string folder = Report_GetFullpathOfNode(report, report.parent(row), true, ops.scan.paths);
         const std::string old = AddTrailingSlash(folder + std::string(report.text(row)), ops.scan.paths);
         std::string& listed = ops.scan.state.currentFolder;
-        // The list keeps its rows: they lie in the same folder, or in one below it, under another name.
+        // The list keeps its rows: their folder, or a folder above it, only has another name now.
         if (rename(ops, report, row, folder, name) && listed.starts_with(old))
             listed.replace(0, old.size(), AddTrailingSlash(folder + name, ops.scan.paths));
     });
