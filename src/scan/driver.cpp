@@ -1,4 +1,4 @@
-// Parts: the queue; one source; the lock of the window.
+// The scan's control: the queue, a single source, and the lock of the window.
 #include "scan/driver.h"
 
 #include <optional>
@@ -19,10 +19,11 @@ namespace hl {
 namespace {
 
 constexpr const char* kModul = "frmMain";
-constexpr int kSourceImages = 9;  // Images below this are of the source image list.
+constexpr int kSourceImages = 9;  // Smaller numbers are images of the sources' list.
 constexpr int kBarOfWhole = 100;
 
-// A source's own row: its path less the trailing separator; a root such as "/" stays as it is.
+// Returns the text of a source's row: its path without the trailing separator; a root such as "/" stays as it
+// is.
 std::string rowTextOf(const std::string& source) {
     return source.size() > 1 ? source.substr(0, source.size() - 1) : source;
 }
@@ -91,14 +92,14 @@ void readWholeSource(ScanContext& scan, const std::string& source, const std::st
     logTotals(scan, scan.state.lastTotals);
 }
 
-// The head of the queue, read; kNoRow if it does not exist.
+// Reads the source at the head of the queue; returns kNoRow if it does not exist.
 Row readHead(ScanContext& scan, std::string& lastSource) {
     const std::string head = scan.state.SourceQueue.front();
     if (int error = 0; !xExistFolder_W(scan, head, &error)) {
         scan.host.sourceMissing(head, isNotThere(error) ? "" : ApiErrorText(true, error, scan.facts));
         return kNoRow;
     }
-    if (scan.state.CancelState == kCancelStop) return kNoRow;  // While its disk was waited for.
+    if (scan.state.CancelState == kCancelStop) return kNoRow;  // Stopped while its disk was waited for.
     scan.cboOrdner.addOrSelect(head, scan.paths);
     scan.host.sourceChosen();
     const SourceItem item = *scan.cboOrdner.selected();
@@ -123,7 +124,7 @@ void workThroughQueue(ScanContext& scan) {
     Report_Sort(scan);
     scan.host.reportResizeColumns();
     if (lastRow == kNoRow) return;
-    // What was clicked while the files were listed is not what the list shows.
+    // Clicks made while the files were being listed have selected rows that the list does not show.
     scan.tvwPL.selectNone();
     scan.tvwPL.setSelected(lastRow, true);
     scan.tvwPL.setCurrentRow(lastRow);
@@ -151,12 +152,12 @@ void StartSearchViaToolbar(ScanContext& scan) {
 
 void Ordnerliste_Abarbeiten(ScanContext& scan) {
     guarded(scan.diagnostics, "Ordnerliste_Abarbeiten", kModul, [&] {
-        // A Stop of what came before, a list of files say, is none here.
+        // A Stop of something earlier, such as a list of files, must not end this run.
         scan.state.CancelState = kCancelNone;
         std::optional<BusyPointer<ScanHost>> busy(std::in_place, scan.host);
         bool done = false;
         {
-            // However the run ends: a window that stays locked could not even be closed.
+            // The window is unlocked however the run ends, because a locked window could not even be closed.
             const ScopeExit unlock([&] {
                 scan.state.CancelState = kCancelNone;
                 EnableControls(scan);

@@ -1,8 +1,7 @@
-// From the user's wish to have places read, to filled views: the queue of sources, a source as a whole,
-// rescans.
+// Reads places on the disk and fills the views: the queue of sources, a single source, rescans.
 //
 // A run is one long call on the thread of the logic, which lets messages run in its pauses; whatever runs
-// there tests ScanActive. No routine here raises an error to its caller.
+// there must test ScanActive. No routine here raises an error to its caller.
 #pragma once
 
 #include <optional>
@@ -12,24 +11,24 @@
 
 namespace hl {
 
-/// Adds a source to the combo, if it is not known yet, and selects it.
+/// Selects a source in the combo box, and adds it if it is not there yet.
 void AddNewSearchPath(ScanContext& scan, std::string_view path);
 
-/// Reads what the combo shows, in a run of its own.
+/// Reads the source in the combo box, in a run of its own.
 void StartSearchViaToolbar(ScanContext& scan);
 
-/// Works through SourceQueue as one run. Sources that are queued meanwhile are read as well; a source that
-/// does not exist is passed over; Stop drops those not reached.
+/// Reads all sources of SourceQueue in one run, including those queued meanwhile. A source that does not
+/// exist is skipped; Stop drops those not reached.
 void Ordnerliste_Abarbeiten(ScanContext& scan);
 
-/// Reads one source into a new root row, or into the existing `row`. Returns the row.
+/// Reads one source into a new root row, or into `row` if that is given. Returns the row.
 Row QuelleEinlesen(ScanContext& scan, const std::string& source, int imageIndex, Row row);
 
 /// Reads the folder of the current row again and corrects all rows above by the difference.
 void Report_Rescan(ScanContext& scan);
 
-/// Reads the folder of a row again and corrects the sums above by the difference. Their shares, the order of
-/// rows and the three lists are left to the caller.
+/// Reads the folder of a row again and corrects the sums above by the difference. The caller has to update
+/// the shares above, the order of rows and the three lists.
 void Report_ReadAgain(ScanContext& scan, Row row);
 
 void DisableControls(ScanContext& scan, bool noStop);

@@ -11,7 +11,8 @@ namespace hl {
 namespace {
 constexpr int kNotFound = 2, kFolderNotFound = 20;
 
-// What cannot be read for another reason exists.
+// Returns why a folder does not exist. One that cannot be read for another reason does exist, so that gives
+// 0.
 int errorOfFolder(ScanContext& scan, std::string_view path) {
     const std::string whole = ToLongPath(path, scan.paths);
     if (!scan.fileSystem.mayHang(whole)) return scan.fileSystem.look(whole).error;

@@ -1,4 +1,5 @@
-// The small questions that the program asks of the file system. None raises a fault on a bad path.
+// Small questions to the file system. None of them raises a fault for a bad path. For the thread of the
+// logic.
 #pragma once
 
 #include <string>
@@ -8,27 +9,29 @@
 
 namespace hl {
 
-/// True if something of that name exists, a dangling link too. An empty path does not.
+/// Tells whether something of that name exists; a dangling link does, an empty path does not.
 bool xExistFile(ScanContext& scan, std::string_view path);
-/// The same with one trailing separator left out. It does not ask whether it is a folder. `error` (may be
-/// null) is why not: a system error code. Where the disk may hang a folder is asked by opening it, with
-/// messages running; a Stop leaves it open whether it exists.
+/// Tells whether the path, without one trailing separator, exists; it need not be a folder. `error` (may be
+/// null) receives the system error code. If the disk may hang, the folder is opened while messages run; if
+/// Stop ends that, the folder counts as existing.
 bool xExistFolder_W(ScanContext& scan, std::string_view path, int* error = nullptr);
-/// Says that the disk of `path` is waited for.
+/// Tells the user that the disk of `path` is waited for.
 void tellOfWait(ScanContext& scan, std::string_view path);
 
-/// Whether it is not there, and not merely out of reach.
+/// Tells whether the path is gone, and not merely out of reach.
 bool hasVanished(const ScanContext& scan, std::string_view path);
-/// The same by the system error code of a look at it.
+/// Tells whether a system error code, from looking at a path, means that nothing is there.
 bool isNotThere(int error);
-/// Whether its disk does not answer. Only just asked, it is not waited for again.
+/// Tells whether the path's disk does not answer. If that was asked only just now, it is not waited for
+/// again.
 bool isSilent(const ScanContext& scan, std::string_view path);
 
-/// The number of names of a file, 0 if it has only one. `id` (may be null) is set for any file that exists.
-/// 0 with `error` set if it cannot be learned.
+/// Returns the number of names of a file, or 0 if it has only one. `id` (may be null) is set for any file
+/// that exists. If the number cannot be learned, the result is 0 and `error` is set.
 std::int32_t xGetHardlinkCount(ScanContext& scan, const std::string& path, std::string* id,
                                std::string& error);
-/// Target of a link, or what is mounted there; empty with `error` set if the path is neither.
+/// Returns the target of a link, or what is mounted there; if the path is neither, the result is empty and
+/// `error` is set.
 std::string xGetJunctionPath(ScanContext& scan, const std::string& path, std::string& error);
 
 }  // namespace hl

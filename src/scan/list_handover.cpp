@@ -10,7 +10,7 @@ namespace hl {
 
 namespace {
 
-// Everything of the row but its links and id. One row is like the other in both lists.
+// Fills everything but the links and the id, which is alike in both lists.
 void fillRow(Grid& list, Row row, const FoundFile& file, const std::string& type) {
     list.setCellText(row, kFilePath, file.folder);
     list.setNumber(row, kFileSize, static_cast<double>(file.entry.size));
@@ -22,7 +22,7 @@ void fillRow(Grid& list, Row row, const FoundFile& file, const std::string& type
     list.setCellText(row, kFileAttr, xFormatFileAttribute(file.entry.attributes, false, ""));
 }
 
-// Messages may run meanwhile, so it comes before the row.
+// The type is asked for before the row is added, because messages may run meanwhile.
 std::string typeOf(ScanContext& scan, const FoundFile& file) {
     return scan.host.typeName(std::string(file.folder).append(file.name));
 }
@@ -42,7 +42,8 @@ void offerToTopList(ScanContext& scan, const FoundFile& file) {
     fillRow(scan.lvwTOP, row, file, type);
     if (state.TopCount - kTopTrimSlack <= state.TopMaxCount) return;
     trimTopList(scan);
-    // A list of no length has no last row: only what is larger than all before is looked at once more.
+    // A list whose wanted length is 0 has no last row: then only a file larger than all before is still
+    // added.
     if (scan.lvwTOP.rowCount() == 0) {
         state.TopSmallest = state.TopLargest;
         return;
@@ -99,7 +100,7 @@ void showTopTitle(ScanContext& scan) {
 
 void trimTopList(ScanContext& scan) {
     LevelSort& sort = scan.lvwTOP.levelSort(0);
-    sort.keepsTies = true;  // Of files of one size those stay that were found first.
+    sort.keepsTies = true;  // Of files of the same size those found first stay.
     scan.lvwTOP.sortLevels(0);
     sort.keepsTies = false;
     scan.lvwTOP.removeFrom(static_cast<std::size_t>(std::max(0, scan.state.TopMaxCount)));

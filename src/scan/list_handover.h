@@ -1,4 +1,5 @@
-// The rows that the walk hands to the three lists: largest files, hardlinks, junctions and links.
+// Makes the rows of the three lists that the walk fills: largest files, hardlinks, junctions and links. For
+// the thread of the logic.
 #pragma once
 
 #include <cstdint>
@@ -13,7 +14,7 @@ namespace hl {
 /// The list of the largest files may overrun the wanted length by this many rows before it is first cut.
 inline constexpr std::int32_t kTopTrimSlack = 100;
 
-/// "low word - high word" of an inode, both as signed decimals.
+/// Returns "low word - high word" of an inode, both as signed decimals.
 std::string fileId(std::uint64_t inode);
 
 /// A file as the walk hands it over.
@@ -25,15 +26,14 @@ struct FoundFile {
     std::int32_t links;       ///< 0 for a file with one name.
 };
 
-/// Gives the file to the largest files and the hardlinks, as far as they are collected and it qualifies.
-/// A list of largest files whose wanted length is 0 is empty when the scan is done.
+/// Adds the file to the largest files and to the hardlinks, if they are collected and it qualifies. A list of
+/// the largest files whose wanted length is 0 is empty when the scan is done.
 void handOverFile(ScanContext& scan, const FoundFile& file);
-/// REQUIRES: junctions are collected. `path` without its trailing separator.
+/// Adds a row. `path` has no trailing separator. REQUIRES: junctions are collected.
 void handOverJunction(ScanContext& scan, std::string_view path, std::string_view target, std::uint32_t tag);
-/// Sorts the hardlinks. By their ids, names of one file stand together also where another disk has the
-/// number.
+/// Sorts the hardlinks. Sorted by id, names of one file stand together even if another disk uses the same id.
 void sortHardlinks(Grid& lvwHardlinks);
-/// Tells how many there are, and of which source.
+/// Shows in the title how many files are listed, and of which source.
 void showTopTitle(ScanContext& scan);
 /// Sorts the largest files and removes those behind the wanted length.
 void trimTopList(ScanContext& scan);

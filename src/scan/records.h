@@ -1,5 +1,5 @@
-// The rows that a scan makes, by their cells. A cell's id is its place in the table, so that the walk needs
-// no search.
+// The cells of the rows that a scan makes. A cell's id is its place in the table, so that the walk needs no
+// search.
 #pragma once
 
 #include "grid/cell_table.h"
@@ -7,7 +7,7 @@
 
 namespace hl {
 
-/// Pictures of rows: indexes into the program's image list.
+/// The pictures of rows, as indexes into the program's image list.
 enum RowPicture : int {
     kPictureSource = 8,
     kPictureFolder = 23,
@@ -17,21 +17,21 @@ enum RowPicture : int {
     kPictureAccessError = 69,
 };
 
-/// A row of the folder report: a folder, or the one row that stands for all files directly in a folder that
-/// has subfolders as well (IsFolder 0).
+/// A row of the folder report: a folder, or (with IsFolder 0) the one row that stands for all files directly
+/// in a folder that also has subfolders.
 enum FolderCell : CellId { kIsFolder, kPercent, kSize, kFiles, kFolders };
 inline constexpr CellSpec kFolderCells[] = {
     {"IsFolder", CellType::kFlag},    //
-    {"percent", CellType::kPercent},  // Share of the parent's size.
+    {"percent", CellType::kPercent},  // The share of the parent's size.
     {"size", CellType::kSize},        //
-    {"files", CellType::kCount},      // Files below the folder, all levels.
-    {"folders", CellType::kCount},    // Folders below it, all levels, itself not counted.
+    {"files", CellType::kCount},      // The files below the folder, on all levels.
+    {"folders", CellType::kCount},    // The folders below it, on all levels, without itself.
 };
-// What a million folders cost: 49 bytes each, the name and one byte more.
+// A row takes 49 bytes, its name and one byte more. That is what a million folders cost.
 inline constexpr std::size_t kFolderRowBytes = Grid::kRowBytes + cellBytes(kFolderCells);
 static_assert(kFolderRowBytes == 49);
 
-/// A row of the largest files or of the hardlinks (which alone fill links, id and device).
+/// A row of the largest files or of the hardlinks; only the latter fill links, id and device.
 enum FileCell : CellId {
     kFilePath,
     kFileSize,
@@ -46,14 +46,15 @@ enum FileCell : CellId {
     kFileDevice,
 };
 inline constexpr CellSpec kFileCells[] = {
-    {"path", CellType::kText},  // Folder of the file, with a trailing separator.
+    {"path", CellType::kText},  // The folder of the file, with a trailing separator.
     {"size", CellType::kSize},    {"date", CellType::kDate},   {"dateE", CellType::kDate},
     {"dateZ", CellType::kDate},   {"type", CellType::kText},   {"ext", CellType::kText},
     {"attr", CellType::kText},    {"links", CellType::kCount}, {"id", CellType::kText},
-    {"device", CellType::kCount},  // In no column: files of one id are one file only if it is the same too.
+    {"device", CellType::kCount},  // Shown in no column; the same id means the same file only on the same
+                                   // device.
 };
 
-/// A row of the junctions and links; the row's text is the full path of the folder.
+/// A row of the junctions and links; its text is the full path of the folder.
 enum JunctionCell : CellId { kJunctionTarget, kJunctionType };
 inline constexpr CellSpec kJunctionCells[] = {
     {"target", CellType::kText}, {"type", CellType::kFlag},  // 0 for a symbolic link, 1 for anything else.

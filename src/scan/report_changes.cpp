@@ -1,4 +1,4 @@
-// Sections: finding rows; what went; what came; what is read again.
+// Changes of the report: finding rows; what went; what came; what is read again.
 #include "scan/report_changes.h"
 
 #include <algorithm>
@@ -20,7 +20,7 @@ namespace hl {
 
 namespace {
 
-// Whether `path` is `folder` or lies below it.
+// Tells whether `path` is `folder` or lies below it.
 bool liesIn(std::string_view path, std::string_view folder, const PathRules& paths) {
     if (!path.starts_with(folder)) return false;
     return path.size() == folder.size() || folder.ends_with(paths.separator) ||
@@ -53,8 +53,8 @@ void add(Grid& report, Row row, CellId cell, double value) {
     report.setNumber(row, cell, report.number(row, cell) + value);
 }
 
-/// What the user has unfolded and selected below a row, and where he is: reading it again makes other rows of
-/// the same folders.
+/// Remembers what the user unfolded and selected below a row, and the current row, because reading a folder
+/// again makes new rows.
 class Unfolded {
   public:
     Unfolded(const ScanContext& scan, Row top) : scan_(scan), report_(scan.tvwPL) {
@@ -99,8 +99,8 @@ class Unfolded {
 
 namespace {
 
-/// The row of the folder, or of the nearest one above it; `rest` gets the names below that row. REQUIRES:
-/// the source holds the path.
+/// Returns the row of the folder, or of the nearest folder above it; `rest` receives the names below that
+/// row. REQUIRES: the source holds the path.
 Row descend(const Grid& report, Row root, std::string_view path, char separator, std::string_view& rest) {
     rest = path.substr(report.text(root).size());
     for (Row row = root;;) {
@@ -191,7 +191,7 @@ void ReportChanges::takeOut(Row row) {
     }
     forgetBelow(row);
     report.removeRow(row);
-    // A folder without folders has no row for its files: its own tells of them.
+    // A folder without subfolders has no row for its files; its own row counts them.
     const Row files = hasFolders(report, parent) ? kNoRow : filesRowBelow(report, parent);
     if (files != kNoRow) report.removeRow(files);
     touched_.insert(parent);
@@ -212,7 +212,7 @@ std::set<std::string, std::less<>> ReportChanges::loseLinks() {
     return links;
 }
 
-// The row, or rows below it, are about to be others.
+// Forgets the row and all below it, because their numbers will belong to other rows.
 void ReportChanges::forgetBelow(Row row) {
     std::erase_if(touched_, [&](Row each) {
         while (each != kNoRow && each != row) each = scan_.tvwPL.parent(each);
@@ -231,7 +231,7 @@ void ReportChanges::folderCame(std::string_view path) {
         if (rest.empty() || !isEntered(row)) continue;
         drives_.insert(root);
         const std::string_view name = rest.substr(0, rest.find(scan_.paths.separator));
-        // The walk knows how a link is shown.
+        // Whether a link is a folder here is decided as in the walk.
         if (scan_.fileSystem.look(path.substr(0, path.size() - rest.size() + name.size())).isFolder) {
             addFolder(row, name);
         } else {
@@ -265,7 +265,7 @@ void ReportChanges::addFilesRow(Row row, double size, double files) {
     report.setNumber(made, kFiles, files);
 }
 
-// Links and other mounts are rows that nothing is read for, unless the user wants them followed.
+// Tells whether a row's folder is read: links and other mounts are not, unless the user wants them followed.
 bool ReportChanges::isEntered(Row row) const {
     const int picture = scan_.tvwPL.picture(row);
     const bool leadsElsewhere = picture == kPictureLink || picture == kPictureMountPoint;
@@ -281,7 +281,7 @@ void ReportChanges::filesChanged(const std::string& folder) {
     });
 }
 
-// False where a file counts only if none of its other names does.
+// Returns false if a file counts only when none of its other names does.
 bool ReportChanges::readFiles(Row row, const std::string& folder) {
     const bool once = scan_.options.AddHardlinksOnlyOnce == 1;
     Yield yield(scan_.state, scan_.pump);

@@ -1,10 +1,11 @@
-// Keeps the report true after something that it shows went from the disk: rows, sums, shares and order are
-// those of a fresh scan, without reading the rest again. The three lists that a scan fills stay as they are.
+// Corrects the report after something that it shows went from the disk: rows, sums, shares and order become
+// those of a fresh scan, without reading everything again. The three lists that a scan fills stay as they
+// are.
 //
-// What the numbers cannot tell is read: the files of a folder of which one went, a folder of which a part is
-// left, and a whole source where files of several names count once (the name that counts may be the one that
-// went) or where followed links show a folder twice. A path stands in the report once for each source that
-// holds it. Thread of the logic only; the window is locked meanwhile.
+// What cannot be computed is read: the files of a folder that lost one, a folder of which a part is left, and
+// a whole source where files with several names count once (the counted name may be the one that went) or
+// where followed links show a folder twice. A path is in the report once for each source that holds it. For
+// the thread of the logic only; the window must be locked meanwhile.
 #pragma once
 
 #include <set>
@@ -15,28 +16,31 @@
 
 namespace hl {
 
-/// The folder's row in the source of `root`; kNoRow if that does not show it. `path` ends in no separator.
+/// Returns the folder's row in the source of `root`, or kNoRow if it is not shown there. `path` ends in no
+/// separator.
 Row rowOfFolder(const Grid& report, Row root, std::string_view path, const PathRules& paths);
 
-/// Whether a file in the folder, on any level, has more than one name; also if Stop ended the search.
+/// Tells whether a file in the folder, on any level, has more than one name. If Stop ends the search, the
+/// answer is yes.
 bool holdsLinkedFiles(ScanContext& scan, const std::string& folder);
 
 class ReportChanges {
   public:
     explicit ReportChanges(ScanContext& scan) : scan_(scan) {}
 
-    /// It is not on the disk any more.
+    /// The folder is no longer on the disk.
     void folderWent(std::string_view path);
-    /// It may be new. Where a source holds it and has no row for it, or for folders above it, they are made.
+    /// The folder may be new. Each source that holds it gets the rows that are missing for it and the folders
+    /// above it.
     void folderCame(std::string_view path);
     /// Files that lie directly in the folder came or went.
     void filesChanged(const std::string& folder);
-    /// A part of it may have gone.
+    /// A part of the folder may have gone.
     void folderChanged(std::string_view path);
-    /// The sources that hold the folder are read again when all else is done.
+    /// The sources that hold the folder are to be read again by finish().
     void sourcesChanged(std::string_view path);
-    /// Shares, order and drives. A Stop ends what is read meanwhile, as it ends a rescan. Returns the links
-    /// that led to a folder that went: they count as files now.
+    /// Brings shares, order and drives up to date. Stop ends what is read meanwhile, as it ends a rescan.
+    /// Returns the links that led to a folder that went: they count as files now.
     std::set<std::string, std::less<>> finish();
 
   private:
@@ -56,9 +60,9 @@ class ReportChanges {
 
     ScanContext& scan_;
     bool folderWent_ = false;
-    std::set<Row> touched_;  ///< Rows whose children have new shares.
-    std::set<Row> sources_;  ///< To be read again.
-    std::set<Row> drives_;   ///< Sources of which something went.
+    std::set<Row> touched_;  ///< The rows whose children have new shares.
+    std::set<Row> sources_;  ///< The sources that are to be read again.
+    std::set<Row> drives_;   ///< The sources that something went from.
 };
 
 }  // namespace hl

@@ -1,4 +1,4 @@
-// Reading one folder of the report again: Report_Rescan of driver.h.
+// Reads one folder of the report again: Report_Rescan of driver.h.
 #include <optional>
 
 #include "base/scope_exit.h"
@@ -26,13 +26,14 @@ void addTo(Grid& report, Row row, double size, double files) {
         static_cast<std::int32_t>(report.number(row, kFiles) + files));
 }
 
-// The walk up to the root row; it ends at a row with an empty text as well.
+// Calls `act` for the row and all above it; it also ends at a row with an empty text.
 template <class Do>
 void forRowAndAbove(const Grid& report, Row row, Do&& act) {
     for (; row != kNoRow && !report.text(row).empty(); row = report.parent(row)) act(row);
 }
 
-// What could not be read before may be readable now, and is again what it was; if not, the walk says so.
+// Restores the picture of a folder that could not be read before. If it still cannot be, the walk says so
+// again.
 void forgetAccessError(ScanContext& scan, Row row, const std::string& path) {
     Grid& report = scan.tvwPL;
     if (report.picture(row) != kPictureAccessError) return;
@@ -71,7 +72,8 @@ void readAgain(ScanContext& scan, Row row) {
     Report_Sort(scan);
 }
 
-// The row that stood at the current place, if it still does; else the one that was read again.
+// Makes the row at the former current place current, if it has the former text, else the row that was read
+// again.
 void makeCurrent(Grid& report, std::size_t formerIndex, const std::string& formerText, Row row) {
     const Row there = report.rowAt(formerIndex);
     if (there != kNoRow && report.text(there) == formerText) row = there;
@@ -90,7 +92,7 @@ void rescanCurrent(ScanContext& scan) {
     bool done = false;
     {
         const ScopeExit unlock([&] {
-            scan.state.CancelState = kCancelNone;  // A Stop of this reading is none for what comes next.
+            scan.state.CancelState = kCancelNone;  // A Stop of this reading must not end what comes next.
             EnableControls(scan);
             if (!done) scan.host.statusAfterRun({});
         });
@@ -124,7 +126,7 @@ void Report_ReadAgain(ScanContext& scan, Row row) {
     const FolderNumbers before = numbersOf(report, row);
     report.removeChildren(row);
     forgetAccessError(scan, row, Report_GetFullpathOfNode(report, row, false, scan.paths));
-    // A silent walk fills no lists.
+    // In a silent run the walk fills no lists.
     const ScopeExit lists([&, was = scan.state.SilentRun] { scan.state.SilentRun = was; });
     scan.state.SilentRun = true;
     scan.state.NeedLinkCount = scan.options.AddHardlinksOnlyOnce == 1;

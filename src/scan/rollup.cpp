@@ -11,7 +11,7 @@ namespace hl {
 namespace {
 
 constexpr const char* kModul = "frmMain";
-// The picture list of bars: one for each whole percent from 0 to 100, and one more at its end.
+// The list of bar pictures has one for each whole percent from 0 to 100, and one more at its end.
 constexpr int kBarPictures = 102;
 
 }  // namespace

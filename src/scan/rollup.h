@@ -1,4 +1,5 @@
-// Keeps the numbers of the report true: sizes, counts, shares of the parent, order.
+// Keeps the numbers of the report right: sizes, counts, shares of the parent, order. For the thread of the
+// logic.
 #pragma once
 
 #include <cstdint>
@@ -7,19 +8,19 @@
 
 namespace hl {
 
-/// Writes size and files. Percent and folders stay.
+/// Writes the row's size and number of files.
 void Report_SetNodeSizeAndFilecount(Grid& tvwPL, Row row, SizeValue size, std::int32_t files);
 
-/// Computes the share of `row` that each of its direct children has, 0 where either size is 0.
+/// Computes the share of `row` that each of its direct children has; it is 0 if either size is 0.
 void Report_ChangePercentValue(ScanContext& scan, Row row);
 
 /// Sorts every level by its setting.
 void Report_Sort(ScanContext& scan);
 
-/// The path of a folder's row, with a trailing separator if asked for.
+/// Returns the path of a folder's row, with a trailing separator if `addSlash` is set.
 std::string Report_GetFullpathOfNode(const Grid& tvwPL, Row row, bool addSlash, const PathRules& paths);
 
-/// Removes the source of the current row with all below it. The three lists keep what they hold.
+/// Removes the source of the current row with all rows below it. The three lists stay as they are.
 void Report_RemoveFolders(ScanContext& scan);
 
 }  // namespace hl

@@ -1,4 +1,4 @@
-// All that the routines of a scan work with, in one place. Owns nothing; everything outlives the scan.
+// Everything that the routines of a scan work with. It owns nothing, and all of it outlives the scan.
 #pragma once
 
 #include "app/log.h"
@@ -35,7 +35,7 @@ struct ScanContext {
     Diagnostics& diagnostics;
     const PathRules& paths;
     const NumberFormat& numbers;
-    PathBases bases = {};  ///< Of a source that is typed.
+    PathBases bases = {};  ///< What a typed source is relative to.
 };
 
 }  // namespace hl

@@ -1,4 +1,4 @@
-// What a scan keeps between its steps. Owned by the main form; thread of the logic only.
+// What a scan keeps between its steps. The main form owns it; for the thread of the logic only.
 #pragma once
 
 #include <cstdint>
@@ -13,7 +13,7 @@
 
 namespace hl {
 
-/// What the walk of a folder gives back.
+/// What the walk of a folder found.
 struct ScanTotals {
     SizeValue size;
     std::int32_t files = 0;
@@ -21,7 +21,7 @@ struct ScanTotals {
     std::int32_t errors = 0;
 };
 
-/// Values of CancelState. Only kCancelStop stops the scan of folders.
+/// The values of CancelState. Only kCancelStop stops the scan of folders.
 enum CancelValue : std::int32_t {
     kCancelNone = 0,
     kCancelEscape = 1,
@@ -29,35 +29,36 @@ enum CancelValue : std::int32_t {
 };
 
 struct ScanState {
-    std::deque<std::string> SourceQueue;  ///< First in, first out; the head stays until it is done with.
+    std::deque<std::string> SourceQueue;  ///< First in, first out; the head stays in it until it is done.
     std::int32_t CancelState = kCancelNone;
     bool ScanActive = false;  ///< Handlers that run in a pause of the scan test it.
-    bool SilentRun = false;   ///< No window; the lists stay empty.
-    /// What is at work waits for a disk that does not answer. It may be left at any time, so the window need
-    /// not stay open for it.
+    bool SilentRun = false;   ///< There is no window; the lists stay empty.
+    /// The current work waits for a disk that does not answer. It may be abandoned, so the window can be
+    /// closed.
     bool DiskSilent = false;
     std::uint64_t PumpInterval = 1500;  ///< Milliseconds.
     std::uint64_t LastPumpTick = 0;
 
-    /// Deepest level that holds a row; falls to 0 only when the report is emptied.
+    /// The deepest level that holds a row; it returns to 0 only when the report is emptied.
     std::uint32_t DeepestLevel = 0;
-    ScanTotals lastTotals;      ///< Of the source read last.
-    std::string currentFolder;  ///< Whose files the file list shows.
-    /// Raised whenever the file list is filled or emptied: a filling that has let messages run ends when
-    /// another one came.
+    ScanTotals lastTotals;      ///< The totals of the source read last.
+    std::string currentFolder;  ///< The folder whose files the file list shows.
+    /// Counts how often the file list was filled or emptied: a filling ends when, after messages ran, it
+    /// finds a newer one.
     std::uint64_t FileListRun = 0;
 
-    /// Which folders the sources were when they were read, by the texts of their rows.
+    /// The folder that each source was when it was read, by the text of the source's row.
     std::map<std::string, FolderId, std::less<>> sourceIds;
 
-    // Set anew for each source.
+    // The rest is set anew for each source.
     std::string TopSource;         ///< The source whose largest files are listed.
-    std::int32_t TopCount = 0;     ///< Rows that were added to the largest files; trims do not lower it.
-    std::int32_t TopMaxCount = 0;  ///< Rows wanted.
+    std::int32_t TopCount = 0;     ///< The rows added to the largest files; cutting the list does not lower
+                                   ///< it.
+    std::int32_t TopMaxCount = 0;  ///< The wanted number of rows.
     SizeValue TopLargest;
-    SizeValue TopSmallest;  ///< A file must be larger once the list is full.
+    SizeValue TopSmallest;  ///< Once the list is full, a file must be larger than this.
     bool NeedLinkCount = false;
-    CStringCollection SeenLinkIds;  ///< Keys are bytes: device and inode of a file with several names.
+    CStringCollection SeenLinkIds;  ///< The keys are bytes: device and inode of a file with several names.
 };
 
 }  // namespace hl

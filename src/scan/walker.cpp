@@ -1,8 +1,8 @@
-// Parts: the walk's levels; a folder entry; a file entry; the end of a level.
+// The walk: its levels, a folder entry, a file entry, and the end of a level.
 //
-// Invariant: the reader is asked for the next block exactly when the walk enters a folder, or has used up a
-// block that announces more. A level that a fault has ended goes on asking, without rows, so that the order
-// holds.
+// The reader must be asked for the next block exactly when the walk enters a folder, or has used up a block
+// that announces another one. A level that a fault has ended is therefore still read to its end, without
+// making rows.
 #include "scan/walker.h"
 
 #include <algorithm>
@@ -28,14 +28,14 @@ namespace {
 
 constexpr const char* kModul = "frmMain";
 
-// Background of rows: one step darker for each level. The formula turns negative below level 41; rows deeper
-// than that keep its last grey.
+// Returns the background of rows, one step darker for each level. The formula becomes negative below level
+// 41; deeper rows keep its last grey.
 std::uint32_t greyOf(std::uint32_t level) {
     const auto grey = 255U - 6U * (std::min<std::uint32_t>(level, 41) + 1U);
     return grey << 16 | grey << 8 | grey;
 }
 
-// Device and inode as bytes: so short that the text allocates nothing.
+// Returns device and inode as bytes, which is short enough to allocate nothing.
 std::string linkKey(const Entry& entry) {
     std::string key(sizeof entry.device + sizeof entry.inode, '\0');
     std::memcpy(key.data(), &entry.device, sizeof entry.device);
@@ -51,7 +51,7 @@ void shade(ScanContext& scan, Row row) {
 
 class FolderWalk {
   public:
-    /// `levelsAbove`: of the row that the folder is read into.
+    /// `levelsAbove` is the level of the row that the folder is read into.
     FolderWalk(ScanContext& scan, const std::string& path, std::uint32_t levelsAbove)
         : scan_(scan),
           yield_(scan.state, scan.pump),
@@ -73,17 +73,17 @@ class FolderWalk {
 
   private:
     struct Level {
-        Row row = kNoRow;    ///< kNoRow: below a level that a fault has ended.
-        bool ended = false;  ///< By a fault.
+        Row row = kNoRow;    ///< kNoRow below a level that a fault has ended.
+        bool ended = false;  ///< True if a fault ended the level.
         bool isReparse = false;
         std::unique_ptr<Listing> block;
-        std::size_t next = 0;  ///< Entry to look at.
+        std::size_t next = 0;  ///< The index of the next entry.
         std::size_t pathLength = 0;
         int error = 0;
-        SizeValue filesSize;  ///< Of files directly here whose size counted.
+        SizeValue filesSize;  ///< The size of the files directly in the folder, as far as they count.
         std::int32_t filesCount = 0;
         ScanTotals totals;
-        std::string target;  ///< Of a link that was followed.
+        std::string target;  ///< The target of a link that was followed.
     };
 
     void tellOfSilence(const std::string& disk);
@@ -109,14 +109,15 @@ class FolderWalk {
     ReaderWait wait_;
     std::unique_ptr<FolderReader> reader_;
     const TextRef filesText_;
-    std::string path_;  ///< Of the level in work, with a trailing separator; followed by an entry's name.
+    std::string path_;  ///< The path of the current level, with a trailing separator; an entry's name may
+                        ///< follow it.
     const bool follow_;
     const bool listLinks_;
     const bool skipLinks_;
-    // Tag of the entry read last, on any level. The junction list reads it after a followed folder was
-    // walked, and then gets that of the last entry below.
+    // The tag of the entry read last, on any level. A followed folder is added to the junctions only after
+    // its walk, and so gets the tag of the last entry below it.
     std::uint32_t lastTag_ = kTagNone;
-    std::unique_ptr<Listing> pending_;  ///< First block of the folder that is about to be entered.
+    std::unique_ptr<Listing> pending_;  ///< The first block of the folder about to be entered.
     std::vector<Level> levels_;
     ScanTotals result_;
 };
@@ -137,7 +138,8 @@ ScanTotals FolderWalk::run(Row row) {
     return result_;
 }
 
-// What lies behind a link that was to be followed is missing in the report; other links are shown as files.
+// If links are followed, what lies behind this one is missing in the report; otherwise links are shown as
+// files.
 void FolderWalk::tellOfSilence(const std::string& disk) {
     if (follow_) scan_.host.notRead(disk, ApiErrorText(true, kNoAnswerError, scan_.facts));
     const std::string text = scan_.texts.TL(
@@ -164,7 +166,7 @@ void FolderWalk::enterSource(Row row) {
 }
 
 void FolderWalk::enter(Row row, std::unique_ptr<Listing> block, bool isReparse, std::string target) {
-    if (block == nullptr) return;  // Stopped while waiting for the source itself.
+    if (block == nullptr) return;  // Stopped while the source itself was waited for.
     Level& level = levels_.emplace_back();
     level.row = row;
     level.ended = row == kNoRow;
@@ -172,7 +174,7 @@ void FolderWalk::enter(Row row, std::unique_ptr<Listing> block, bool isReparse, 
     level.pathLength = path_.size();
     level.target = std::move(target);
     level.error = block->error;
-    if (block->error == 0) lastTag_ = kTagNone;  // "." and ".." were read.
+    if (block->error == 0) lastTag_ = kTagNone;  // The folder's "." and ".." count as read.
     takeBlock(level, std::move(block));
 }
 
@@ -188,9 +190,8 @@ void FolderWalk::takeBlock(Level& level, std::unique_ptr<Listing> block) {
     if (level.block->failure != nullptr) std::rethrow_exception(level.block->failure);
 }
 
-// Reads files until a folder is entered, the level ends, or Stop was pressed. For a file that means: one
-// addition to two sums, one to two counts; everything else is decided outside of the loop or by options that
-// do not change.
+// Reads files until a folder is entered, the level ends, or Stop is pressed. Each file costs one addition to
+// two sums and to two counts; all else is decided outside of the loop or by options that do not change.
 void FolderWalk::step() {
     Level& level = levels_.back();
     if (level.next == level.block->count) {
@@ -216,7 +217,7 @@ bool FolderWalk::nextBlock(Level& level) {
     return true;
 }
 
-// The level in work stays in the list, without rows of its own from here on, until its blocks are used up.
+// The current level stays in the list until its blocks are used up, but makes no more rows.
 void FolderWalk::endByFault() {
     if (levels_.empty()) return;
     levels_.back().ended = true;
@@ -235,7 +236,7 @@ void FolderWalk::folderEntry(const Entry& entry) {
     const bool isLink = (entry.attributes & kAttributeReparse) != 0;
     path_.append(name).push_back(scan_.paths.separator);
 
-    // Whether a folder is the root of another mount is known only once its block is there.
+    // Only its first block tells whether a folder is the root of another mount.
     if (!isLink || follow_) {
         scan_.host.folderEntered(path_);
         pending_ = nextListing();
@@ -256,7 +257,7 @@ void FolderWalk::folderEntry(const Entry& entry) {
     enter(row, std::move(pending_), isReparse, leadsTo);
 }
 
-// Of an ended level: the blocks that the reader has in its order are taken and dropped.
+// Takes and drops the blocks below a level that has ended, because the reader returns them in its order.
 void FolderWalk::drainFolder(const Entry& entry) {
     if ((entry.attributes & kAttributeReparse) != 0 && !follow_) return;
     std::unique_ptr<Listing> block = nextListing();
@@ -275,7 +276,7 @@ Row FolderWalk::addFolderRow(std::string_view name, std::uint32_t tag, std::stri
     return row;
 }
 
-// What follows when an entry's folder was walked, or is not to be.
+// Ends the work on a folder's entry, whether the folder was walked or not.
 void FolderWalk::folderDone(Row row, bool isReparse, std::string_view target) {
     if (row != kNoRow && scan_.tvwPL.level(row) == 1) scan_.host.firstLevelFolderDone();
     if (isReparse && listLinks_)
@@ -304,7 +305,7 @@ void FolderWalk::fileEntry(Level& level, const Entry& entry) {
                          path_, links});
 }
 
-// The first name of a file that is met counts, further ones of the same source do not.
+// The name of a file that is met first counts; further names within the same source do not.
 bool FolderWalk::sizeCounts(const Entry& entry, std::int32_t links) {
     if (scan_.options.AddHardlinksOnlyOnce == 0 || links < 1) return true;
     return scan_.state.SeenLinkIds.Add("", linkKey(entry)) != 0;
@@ -312,7 +313,7 @@ bool FolderWalk::sizeCounts(const Entry& entry, std::int32_t links) {
 
 // --- the end of a level
 
-// `cutShort`: by Stop; the parts of the folder then do not add up to its size.
+// `cutShort` means that Stop ended it; the parts of the folder then do not add up to its size.
 void FolderWalk::leave(bool cutShort) {
     {
         Level& level = levels_.back();

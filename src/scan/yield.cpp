@@ -12,7 +12,8 @@ void Yield::now() {
     }
 }
 
-// The reader asks every 50 milliseconds; a longer gap means that it has got something meanwhile.
+// The reader calls this every 50 milliseconds while it waits; a longer gap means that it got something
+// meanwhile.
 bool Yield::goOnWaiting() {
     constexpr std::uint64_t kGap = 200, kSilent = 1000;
     state_.DiskSilent = waitedTill_ - waitsSince_ >= kSilent;

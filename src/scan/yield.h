@@ -1,4 +1,5 @@
-// When a long loop lets the window's messages run: once every PumpInterval, and whenever input waits.
+// Lets the window's messages run during a long loop: once every PumpInterval, and whenever input waits. For
+// the thread of the logic.
 #pragma once
 
 #include <functional>
@@ -15,13 +16,13 @@ class Yield final : public WaitCallback {
   public:
     Yield(ScanState& state, MessagePump& pump) : state_(state), pump_(pump) {}
 
-    /// To be called for each entry or row. Asks the clock only every kStride calls, some tenths of a
-    /// millisecond.
+    /// Must be called for each entry or row. It reads the clock only every kStride calls, which is some
+    /// tenths of a millisecond.
     void perEntry() {
         if (++calls_ % kStride == 0) now();
     }
     void now();
-    /// A pause of a reader: always lets messages run. False once Stop was pressed.
+    /// Lets messages run while a reader waits. Returns false once Stop was pressed.
     bool goOnWaiting() override;
 
   private:
@@ -29,11 +30,11 @@ class Yield final : public WaitCallback {
     ScanState& state_;
     MessagePump& pump_;
     unsigned calls_ = 0;
-    std::uint64_t waitsSince_ = 0;  ///< Ticks of the first pause of a wait,
-    std::uint64_t waitedTill_ = 0;  ///< and of the last one.
+    std::uint64_t waitsSince_ = 0;  ///< The tick count of the first pause of a wait.
+    std::uint64_t waitedTill_ = 0;  ///< The tick count of the last pause of a wait.
 };
 
-/// Messages run while the reader waits. That it waits long is told once for each block.
+/// Lets messages run while the reader waits, and tells once for each block that the wait is long.
 class ReaderWait final : public WaitCallback {
   public:
     ReaderWait(Yield& yield, MessagePump& pump, std::function<void()> tell)
@@ -41,7 +42,7 @@ class ReaderWait final : public WaitCallback {
 
     void begins() { since_.reset(); }
     bool goOnWaiting() override {
-        constexpr std::uint64_t kLong = 3000;  // Milliseconds; a disk that has to start up needs some.
+        constexpr std::uint64_t kLong = 3000;  // In milliseconds; a disk that has to start up needs some.
         const std::uint64_t tick = pump_.GetTickCount();
         if (!since_) since_ = Wait{tick, false};
         if (tick >= since_->start + kLong && !std::exchange(since_->told, true)) tell_();

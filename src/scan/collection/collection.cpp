@@ -1,8 +1,8 @@
-// Parts of this file: look-up; adding; removing; values, tags and keys; the red-black tree.
+// The collection: look-up; adding; removing; values, tags and keys; the red-black tree.
 //
-// Between two calls: the nodes at OrderIndex[1] to OrderIndex[count_] are those that hang in the tree, each
-// once; the keys of the tree are in order; the root and the sentinel are black, no red node has a red child,
-// and every way down from a node meets the same number of black ones.
+// Between two calls this holds: OrderIndex[1] to OrderIndex[count_] are the nodes of the tree, each once; the
+// keys of the tree are in order; the root and the sentinel are black, no red node has a red child, and all
+// ways down from a node meet the same number of black nodes.
 #include "scan/collection/collection.h"
 
 #include <algorithm>
@@ -55,7 +55,7 @@ std::int32_t CStringCollection::FindNode(std::string_view key) const {
     return count_ == 0 ? 0 : placeOf(key, true).equal;
 }
 
-// Equal keys, where they are allowed, go to the right. REQUIRES: Init was called.
+// Finds where a key belongs. Where equal keys are allowed, they go to the right. REQUIRES: Init was called.
 CStringCollection::Place CStringCollection::placeOf(std::string_view key, bool stopAtEqual) const {
     Place place;
     for (std::int32_t at = root_; at != 0; at = node(at).*place.side) {
@@ -70,7 +70,8 @@ CStringCollection::Place CStringCollection::placeOf(std::string_view key, bool s
     return place;
 }
 
-// Linear: only for adding beside another item and for removing. REQUIRES: the node is in use.
+// Searches linearly; called only when adding beside another item and when removing. REQUIRES: the node is in
+// use.
 std::int32_t CStringCollection::GetIndex(std::int32_t number) const {
     const auto first = OrderIndex.begin() + 1;
     return static_cast<std::int32_t>(std::find(first, first + count_, number) - OrderIndex.begin());
@@ -107,7 +108,8 @@ std::int32_t CStringCollection::Add(std::string_view value, std::string_view key
     const std::int32_t position = positionOfNew(value, options);
     if (position == 0) return 0;
 
-    // Copied first: both may lie in a node that is about to move. From the new number on nothing fails.
+    // Both are copied first, since they may be part of a node that is about to move. After newNumber nothing
+    // can fail.
     std::string ownKey(key);
     std::string ownValue(value);
     const std::int32_t number = newNumber();
@@ -119,7 +121,7 @@ std::int32_t CStringCollection::Add(std::string_view value, std::string_view key
     return number;
 }
 
-// 0 if the item to stand beside is missing.
+// Returns 0 if the item beside which the new one belongs is missing.
 std::int32_t CStringCollection::positionOfNew(std::string_view value, const AddOptions& options) const {
     if (options.before) return positionBeside(*options.before, "before", options.raiseOnError);
     if (options.after) {
@@ -137,7 +139,8 @@ std::int32_t CStringCollection::positionBeside(const KeyOrPosition& key, std::st
     throw Fault(kFaultMissing, kAddSource, "Key not found " + std::string(where) + ": " + textOf(key));
 }
 
-// The position behind the last value that is not greater. Values that arrive in order cost one comparison.
+// Returns the position behind the last value that is not greater. Values that arrive in order cost one
+// comparison.
 std::int32_t CStringCollection::sortedPosition(std::string_view value, std::int32_t mode) const {
     const auto below = [&](std::int32_t position) {
         return compareTexts(value, node(order(position)).value, mode) < 0;
@@ -156,12 +159,12 @@ std::int32_t CStringCollection::sortedPosition(std::string_view value, std::int3
     return low;
 }
 
-// A free node number, with room for it in both arrays.
+// Returns a free node number and makes room for it in both arrays.
 std::int32_t CStringCollection::newNumber() {
     const std::int32_t number = pool_->Alloc();
     if (static_cast<std::size_t>(number) < nodes_.size()) return number;
     const auto elements = static_cast<std::size_t>(grownSize(number, growth_, number)) + 1;
-    OrderIndex.reserve(elements + 2);  // Else the vectors double, whatever the factor.
+    OrderIndex.reserve(elements + 2);  // Without this the vectors would double, whatever the factor.
     OrderIndex.resize(elements + 2);
     nodes_.reserve(elements);
     nodes_.resize(elements);
@@ -195,8 +198,7 @@ std::int32_t CStringCollection::Remove(const KeyOrPosition& key) {
     return number;
 }
 
-// Moves the item of `from`, which has left the tree, into `number`, and what was there the other way. Each
-// position keeps its item.
+// Swaps the item of `from`, which has left the tree, with that of `number`. Each position keeps its item.
 void CStringCollection::takeOver(std::int32_t number, std::int32_t from) {
     std::swap(node(number).key, node(from).key);
     std::swap(node(number).value, node(from).value);
@@ -273,8 +275,8 @@ void CStringCollection::Key(std::int32_t position, std::string_view key) {
 
 // The red-black tree
 //
-// Mirrored cases are one routine: `side` is where the node hangs below its parent. The sentinel's parent is
-// written by unlink and read by DeleteFixup only.
+// One routine handles both mirrored cases: `side` is where the node hangs below its parent. Only unlink
+// writes the sentinel's parent, and only DeleteFixup reads it.
 
 bool CStringCollection::isRed(std::int32_t number) const {
     return node(number).colour == kRed;
@@ -316,7 +318,7 @@ std::int32_t CStringCollection::unlink(std::int32_t number) {
     return child;
 }
 
-// The child at `up` takes the place of the node, which becomes its child at `down`.
+// The child at `up` takes the place of the node, and the node becomes its child at `down`.
 void CStringCollection::rotate(std::int32_t number, Link up, Link down) {
     const std::int32_t child = node(number).*up;
     const std::int32_t inner = node(child).*down;
@@ -351,7 +353,7 @@ void CStringCollection::InsertFixup(std::int32_t number) {
     node(root_).colour = kBlack;
 }
 
-// The node and its parent, which hangs at `side`, are red. The node at which to go on.
+// Mends a red node with a red parent, which hangs at `side`. Returns the node at which to go on.
 std::int32_t CStringCollection::mendRedPair(std::int32_t number, Link side) {
     const std::int32_t grandparent = node(node(number).parent).parent;
     const std::int32_t uncle = node(grandparent).*otherSide(side);
@@ -371,7 +373,7 @@ std::int32_t CStringCollection::mendRedPair(std::int32_t number, Link side) {
     return number;
 }
 
-// A black node is missing above `number`, which may be the sentinel.
+// Mends the tree where a black node is missing above `number`, which may be the sentinel.
 void CStringCollection::DeleteFixup(std::int32_t number) {
     while (number != root_ && !isRed(number)) {
         number = mendMissingBlack(number, isLeft(number) ? &KeyNode::left : &KeyNode::right);
@@ -379,7 +381,8 @@ void CStringCollection::DeleteFixup(std::int32_t number) {
     node(number).colour = kBlack;
 }
 
-// The node, which hangs at `side`, is one black short. The node that is short now, or the root if none is.
+// Mends a node at `side` whose ways down have one black node too few. Returns the node that lacks one now, or
+// the root if none does.
 std::int32_t CStringCollection::mendMissingBlack(std::int32_t number, Link side) {
     const Link far = otherSide(side);
     const std::int32_t parent = node(number).parent;

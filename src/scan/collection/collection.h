@@ -1,11 +1,11 @@
-// Strings by key and by position at once.
+// Strings that are found by key and by position.
 //
-// A red-black tree over the keys finds an item in logarithmic time; OrderIndex keeps the user's order: that
-// of arrival, unless an item is placed before or after another or by its value. Nodes live in one array and
-// are addressed by number, so that growth costs a resize and an item no allocation beyond its strings. Node 0
-// is the sentinel that stands for every missing child.
+// A red-black tree over the keys finds an item in logarithmic time. OrderIndex keeps the user's order: that
+// of arrival, unless an item is placed before or after another or by its value. Nodes are in one array and
+// have numbers, so that growth costs one resize, and an item allocates only its strings. Node 0 is the
+// sentinel that stands for every missing child.
 //
-// One thread only. Looking up allocates nothing. A string_view that a call returns, or hands out, is good
+// One thread only. Looking up allocates nothing. A string_view that a call returns or hands out is valid
 // until the next change of the collection.
 #pragma once
 
@@ -30,44 +30,46 @@ struct KeyNode {
     std::int32_t colour = 0;  ///< 0 black, 1 red.
     std::string key;
     std::string value;
-    std::int32_t tag = 0;  ///< Free for the caller.
+    std::int32_t tag = 0;  ///< For the caller's use.
 };
 
 class CStringCollection {
   public:
     struct AddOptions {
-        std::optional<KeyOrPosition> before = {};  ///< Goes ahead of `after`, and this ahead of `sorted`.
+        std::optional<KeyOrPosition> before = {};  ///< Has precedence over `after`, and that over `sorted`.
         std::optional<KeyOrPosition> after = {};
         bool raiseOnError = false;
-        bool sorted = false;  ///< Placed by value, behind equal ones. REQUIRES: all earlier items were too.
-        std::int32_t compareMode = 1;  ///< Of the values, for `sorted`; see CompareMode.
+        bool sorted = false;  ///< Places the item by its value, behind equal ones. REQUIRES: all earlier
+                              ///< items were placed so too.
+        std::int32_t compareMode = 1;  ///< How values are compared for `sorted`; see CompareMode.
     };
-    /// The item that kept a new one out.
+    /// The item whose key kept a new item out.
     struct Existing {
         std::int32_t node = 0;
         std::int32_t tag = 0;
         std::string_view value;
     };
 
-    /// With it Add does not test for an existing key; which of several equal ones a key then finds is open.
+    /// If true, Add does not test for an existing key; which one of several equal keys is then found is
+    /// undefined.
     bool AllowDuplicateKeys = false;
 
-    /// Drops all items and makes room for `initialSize`, at least 1; both figures are kept for later. The
-    /// first Add calls it by itself.
+    /// Drops all items and makes room for `initialSize`, at least 1; both values are kept for later. The
+    /// first Add calls it if nobody did.
     void Init(std::int32_t initialSize, float growth);
 
-    /// The number of the new node. 0 if the key exists: `existing`, if given, then tells the item. 0 too if
-    /// the item to stand beside is missing. Nothing has changed in both cases; with raiseOnError they are
-    /// faults 8 and 2. An empty key is never tested, so there may be many.
+    /// Adds an item and returns the number of its node. Returns 0 and changes nothing if the key exists
+    /// (`existing`, if given, receives the item) or if the item beside which it belongs is missing; with
+    /// raiseOnError these are faults 8 and 2. An empty key is never tested, so many items may have one.
     std::int32_t Add(std::string_view value, std::string_view key, std::int32_t tag,
                      const AddOptions& options, Existing* existing = nullptr);
     std::int32_t Add(std::string_view value, std::string_view key, std::int32_t tag = 0);
 
-    /// Removes an item; the others keep their order. The number of the node that held it, or 0 if it is
-    /// missing. Another item may move into that node and leave its own.
+    /// Removes an item; the others keep their order. Returns the number of the node that held it, or 0 if it
+    /// is missing. Another item may move into that node from its own.
     std::int32_t Remove(const KeyOrPosition& key);
 
-    /// Drops all items and their memory.
+    /// Drops all items and frees their memory.
     void Clear();
 
     std::int32_t Count() const { return count_; }
@@ -75,34 +77,35 @@ class CStringCollection {
     /// Raises fault 2 if the item is missing.
     void ChangeValues(const KeyOrPosition& key, std::string_view value, std::int32_t tag);
 
-    /// Empty if the item is missing, or fault 2 with RaiseError.
+    /// Returns an empty text if the item is missing, or raises fault 2 with RaiseError.
     std::string_view Item(const KeyOrPosition& key) const;
     /// Raises fault 2 if the item is missing.
     void Item(const KeyOrPosition& key, std::string_view value);
 
-    /// -1 if the item is missing, or fault 2 with RaiseError and without `missingIsNoFault`.
+    /// Returns -1 if the item is missing, or raises fault 2 with RaiseError and without `missingIsNoFault`.
     std::int32_t Tag(const KeyOrPosition& key, bool missingIsNoFault = false) const;
-    /// Does nothing if the item is missing, or raises as above.
+    /// Sets the tag. If the item is missing, it does nothing, or raises fault 2 with RaiseError and without
+    /// `missingIsNoFault`.
     void Tag(const KeyOrPosition& key, bool missingIsNoFault, std::int32_t tag);
 
     /// Raises fault 1 for a position out of range.
     std::string_view Key(std::int32_t position) const;
-    /// Only for a key that another item has already: fault 8, or with AllowDuplicateKeys the item at
-    /// `position` takes it and is no longer found by its old one. A new key does nothing. Raises fault 1 for
-    /// a position out of range.
+    /// Gives the item at `position` a key that another item has already: that is fault 8, unless
+    /// AllowDuplicateKeys is set; then the old key no longer finds the item. A key that no item has changes
+    /// nothing. Raises fault 1 for a position out of range.
     void Key(std::int32_t position, std::string_view key);
 
-    /// 0: keys compare byte by byte; anything else: without regard to case.
+    /// 0 compares keys byte by byte; any other number ignores case.
     std::int32_t CompareMode() const { return compareMode_; }
     /// REQUIRES: the collection is empty, or its keys are in the same order under both modes.
     void CompareMode(std::int32_t mode) { compareMode_ = mode; }
 
-    /// Whether Item and Tag raise a fault for a missing item.
+    /// Tells whether Item and Tag raise a fault for a missing item.
     bool RaiseError() const { return raiseError_; }
     void RaiseError(bool raise) { raiseError_ = raise; }
 
   private:
-    friend class CollectionInspector;  ///< Of the tests: looks at the tree.
+    friend class CollectionInspector;  ///< A class of the tests that looks at the tree.
 
     using Link = std::int32_t KeyNode::*;
 
@@ -148,9 +151,11 @@ class CStringCollection {
     void DeleteFixup(std::int32_t number);
     std::int32_t mendMissingBlack(std::int32_t number, Link side);
 
-    std::vector<KeyNode> nodes_;           ///< Empty until the first Add; then the sentinel and the nodes.
-    std::vector<std::int32_t> OrderIndex;  ///< Positions 1 to Count give node numbers. Element 0 is not used.
-    std::optional<CNode> pool_;            ///< None until the first Add.
+    std::vector<KeyNode> nodes_;           ///< Empty until the first Add; then it holds the sentinel and the
+                                           ///< nodes.
+    std::vector<std::int32_t> OrderIndex;  ///< The node numbers of the positions 1 to Count; element 0 is
+                                           ///< unused.
+    std::optional<CNode> pool_;            ///< Nothing until the first Add.
     std::int32_t root_ = 0;
     std::int32_t count_ = 0;
     std::int32_t compareMode_ = 1;

@@ -6,7 +6,7 @@ namespace hl {
 
 std::int32_t grownSize(std::int32_t size, float growth, std::int32_t atLeast) {
     const double wanted = static_cast<double>(size) * static_cast<double>(growth);
-    if (!(wanted > atLeast)) return atLeast;  // Also for a factor that is no number.
+    if (!(wanted > atLeast)) return atLeast;  // NaN, too, ends here.
     return wanted < INT32_MAX ? static_cast<std::int32_t>(wanted) : INT32_MAX;
 }
 
@@ -32,12 +32,12 @@ void CNode::grow() {
     const auto last = static_cast<std::int32_t>(next_.size() - 1);
     if (last == INT32_MAX) raiseOverflow("CNode.Alloc");
     const auto elements = static_cast<std::size_t>(grownSize(last, growth_, last + 1)) + 1;
-    next_.reserve(elements);  // Else the vector doubles, whatever the factor.
+    next_.reserve(elements);  // Without this the vector would double, whatever the factor.
     next_.resize(elements);
     linkFree(last + 1);
 }
 
-// Makes the numbers from `first` to the end of the array the whole free list.
+// Makes the numbers from `first` to the end of the array the whole list of free ones.
 void CNode::linkFree(std::int32_t first) {
     const auto last = static_cast<std::int32_t>(next_.size() - 1);
     for (std::int32_t number = first; number < last; ++number) entry(number) = number + 1;
