@@ -1,4 +1,5 @@
-// What saving and printing the report ask alike: which folders, and how many levels of them.
+// The question that saving and printing the report have in common: which folders, and how many levels of
+// them.
 #pragma once
 
 #include <array>
@@ -9,11 +10,11 @@
 
 namespace hl {
 
-/// Indexes of the option buttons of both forms.
+/// The indexes of the option buttons of both forms.
 enum FolderScope : int { kAllFolders, kSelectedFolder };
 enum FolderLevels : int { kAllFolderLevels, kSomeFolderLevels, kUnfoldedLevels };
 
-/// The controls, which belong to the form.
+/// The controls of the question; the form owns them.
 struct FolderChoice {
     std::string& question;
     std::array<OptionButton, 2>& scope;
@@ -23,8 +24,8 @@ struct FolderChoice {
     std::string& unit;
 };
 
-/// The rows from 0 to 6 of the form, three columns wide; what else it asks stands below, from kRowsOfChoice
-/// on.
+/// Returns the items of the form's rows 0 to 6, three columns wide; the form's other items begin at row
+/// kRowsOfChoice.
 std::vector<FormItem> itemsOf(const FolderChoice& choice);
 constexpr int kRowsOfChoice = 7;
 

@@ -5,7 +5,7 @@ namespace hl {
 void Print_Files(const PrintSources& sources, const std::string& title, Grid& grid, GridId id,
                  const NumberFormat& numbers, Window& window) {
     if (grid.rowCount() == 0) return;
-    // What has gathered is told now, and the list is laid out anew.
+    // Switching it off and on tells of all gathered changes now, so that the list is laid out anew.
     grid.setRedraw(false);
     grid.setRedraw(true);
     window.previewPrint(printedGrid(sources, title, grid, numbers, window.font(id)));

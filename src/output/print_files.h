@@ -1,4 +1,4 @@
-// Prints a flat list. Thread of the logic.
+// Prints a flat list. For the thread of the logic.
 #pragma once
 
 #include <string>
@@ -8,8 +8,8 @@
 
 namespace hl {
 
-/// Shows the preview of the list; nothing happens for one without rows. Reads the list for as long as the
-/// preview is open.
+/// Shows the print preview of the list, unless it has no rows. The list is read for as long as the preview is
+/// open.
 void Print_Files(const PrintSources& sources, const std::string& title, Grid& grid, GridId id,
                  const NumberFormat& numbers, Window& window);
 

@@ -12,7 +12,7 @@ namespace hl {
 
 namespace {
 
-constexpr int kColumnGap = 4 * 15;  // Four pixels.
+constexpr int kColumnGap = 4 * 15;  // Four pixels, in twips.
 
 PrintTexts printTexts(const Texts& texts) {
     return {.preview = texts.TL(9591, "Druckvorschau"),

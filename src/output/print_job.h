@@ -1,4 +1,4 @@
-// What printing needs beside the rows, and jobs made of it. Thread of the logic.
+// Makes print jobs, and holds what printing needs besides the rows. For the thread of the logic.
 #pragma once
 
 #include <string>
@@ -11,18 +11,18 @@
 
 namespace hl {
 
-/// All of it outlives the jobs.
+/// What the jobs use; everything outlives them.
 struct PrintSources {
     const Texts& texts;
     Files& files;
     SystemFacts& facts;
 };
 
-/// A text under a title.
+/// Makes a job that prints a text under a title.
 PrintJob printedText(const PrintSources& sources, const std::string& title, std::string_view text);
 
-/// The rows of a grid as far as they are unfolded, in the columns that show. The columns must stay as they
-/// are for as long as the job is used. REQUIRES: the grid and `numbers` outlive the job.
+/// Makes a job that prints the unfolded rows of a grid in its visible columns. The columns must not change
+/// while the job is used. REQUIRES: the grid and `numbers` outlive the job.
 PrintJob printedGrid(const PrintSources& sources, const std::string& title, const Grid& grid,
                      const NumberFormat& numbers, const GridFont& font);
 

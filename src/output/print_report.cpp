@@ -1,4 +1,4 @@
-// Sections: the form; the copy; printing.
+// The form that prints the report: its controls, the copy of the rows, and the printing.
 #include "output/print_report.h"
 
 #include <limits>
@@ -39,8 +39,8 @@ struct PrintForm::Run {
     int scope = -1;
     std::int32_t levels = kAsUnfolded;
     int zoom = kUsualZoom;
-    std::uint64_t rows = 0;  ///< Unfolded.
-    Grid* grid = nullptr;    ///< What is printed.
+    std::uint64_t rows = 0;  ///< The number of unfolded rows.
+    Grid* grid = nullptr;    ///< The grid that is printed.
 
     DebugValues values() const {
         return {"scope=" + std::to_string(scope), "levels=" + std::to_string(levels),
@@ -112,7 +112,8 @@ std::int32_t PrintForm::wantedLevels() const {
 
 // --- the copy
 
-// From row to row by their links; `parents` are the copies of the rows above. Levels count from `start`.
+// Goes from row to row by their links; `parents` are the copies of the rows above. Levels are counted from
+// `start`.
 void PrintForm::copyRows(Run& run) {
     const Grid& report = services_.tvwPL;
     const bool one = run.scope == kSelectedFolder;
@@ -155,14 +156,15 @@ void PrintForm::prepare(Run& run) {
     run.grid = &tvwPL_.emplace(kFolderCells);
     Init_Tree(*run.grid, services_.options, services_.sources.texts);
     Report_Set_SizeFormat(*run.grid, services_.options, services_.sources.texts);
-    // The options learn only at the end of the session which columns the user switches off.
+    // The grid's columns are used, because the options learn only at the end which ones the user switched
+    // off.
     for (std::size_t column = 0; column < run.grid->columns().size(); ++column)
         run.grid->changeColumn(column).visible = services_.tvwPL.columns()[column].visible;
     copyRows(run);
     if (run.levels != kAsUnfolded) unfold(run);
 }
 
-// The copy, which no window shows, is measured when its pages are laid out.
+// No window shows the copy, so its columns are measured when the pages are laid out.
 void PrintForm::fitColumns() {
     for (std::size_t column = 0; column < services_.tvwPL.columns().size() && loaded; ++column) {
         services_.window.autosizeColumn(GridId::kReport, column, column == 0 ? 0 : kFourPixels);

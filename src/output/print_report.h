@@ -1,7 +1,7 @@
-// frmPrint: asks how much of the folder report is to be printed, and shows the preview of that.
+// frmPrint asks how much of the folder report is to be printed, and shows the print preview of that.
 //
-// What stands unfolded on the screen is printed from the report itself; anything else from a copy of it,
-// which takes as much memory as the rows that it has. Thread of the logic; messages run meanwhile.
+// What is unfolded on the screen is printed from the report itself; anything else is printed from a copy,
+// which takes as much memory as its rows do. For the thread of the logic; messages run meanwhile.
 #pragma once
 
 #include <array>
@@ -21,7 +21,7 @@
 
 namespace hl {
 
-/// All of it outlives the form.
+/// What the form uses; everything outlives it.
 struct PrintServices {
     Grid& tvwPL;
     const Options& options;
@@ -35,18 +35,18 @@ struct PrintServices {
 
 class PrintForm {
   public:
-    /// As it is loaded: translated, with its presets.
+    /// Makes the form with translated texts and preset values.
     explicit PrintForm(const PrintServices& services);
     PrintForm(const PrintForm&) = delete;
     PrintForm& operator=(const PrintForm&) = delete;
 
-    /// Prepares what the controls say, shows its preview, and is then done with the form. A number of levels
-    /// unfolds so many below the uppermost rows, which have level 0. What went wrong is reported, and the
-    /// form stays.
+    /// Prepares what the controls ask for, shows its preview, and then the form is done with. A number of
+    /// levels unfolds that many below the uppermost rows, which have level 0. If something fails, that is
+    /// reported, and the form stays.
     void Report_print();
-    /// Also ends what Report_print is about to prepare.
+    /// Closes the form, and ends a Report_print that is still preparing.
     void CancelButton_Click() { loaded = false; }
-    /// How a window shows the form. It refers to this object's controls.
+    /// Tells a window how to show the form. The result refers to this object's controls.
     Form form();
 
     std::string caption;
@@ -55,8 +55,8 @@ class PrintForm {
     std::array<OptionButton, 3> optLevels;
     TextBox txtLevels, txtZoom;
     CommandButton OKButton, CancelButton;
-    bool hourglass = false;  ///< The pointer shows that the program works.
-    bool loaded = true;      ///< False: the form is done with.
+    bool hourglass = false;  ///< The pointer shows that the program is working.
+    bool loaded = true;      ///< False once the form is done with.
 
   private:
     struct Run;
@@ -70,7 +70,7 @@ class PrintForm {
     void fitColumns();
 
     PrintServices services_;
-    std::optional<Grid> tvwPL_;  ///< The hidden copy.
+    std::optional<Grid> tvwPL_;  ///< The copy that is printed but not shown.
 };
 
 }  // namespace hl

@@ -1,4 +1,5 @@
-// The file of a report, written in blocks, and what the two forms that save one have in common.
+// Writes the file of a report in blocks, with what the two forms that save one have in common. For the thread
+// of the logic.
 #pragma once
 
 #include <string>
@@ -12,18 +13,20 @@
 
 namespace hl {
 
-/// The routine of either form that saves, as faults name it.
+/// The name of both forms' saving routine, as faults give it.
 inline constexpr const char* kSaveRoutine = "SPEICHERN";
-/// By the index of the form's box.
+/// The delimiters, by their index in the form's box.
 inline constexpr std::string_view kDelimiters = ",;\t ";
 
-/// What a message says, behind its own text, of an unfinished file that could not be removed; empty for none.
+/// Returns the sentence that a message ends with if an unfinished file could not be removed; empty if there
+/// is none.
 inline std::string leftBehindText(const Texts& texts, const std::string& path) {
     if (path.empty()) return {};
     return " " + texts.TL(9616, "Die unfertige Datei %1 ließ sich nicht löschen.", {visible(path)});
 }
 
-/// The fault for a file that cannot be written; `error` is the system's code, `rest` of leftBehindText.
+/// Raises the fault for a file that cannot be written; `error` is the system's code, `rest` the result of
+/// leftBehindText.
 [[noreturn]] inline void raiseFileError(int error, const std::string& path, const std::string& rest) {
     throw Fault(error, kSaveRoutine, visible(path) + ": " + std::generic_category().message(error) + rest);
 }
@@ -35,14 +38,14 @@ class ReportFile {
     /// `file` must outlive it.
     explicit ReportFile(ReplacingFile& file) : file_(file) { block_.reserve(kBlockBytes + kBlockBytes / 8); }
 
-    /// Lines are appended to it, and endLine is called behind each.
+    /// Lines are appended to this text; endLine must be called behind each.
     std::string& block() { return block_; }
     void endLine() {
         if (block_.size() >= kBlockBytes) writeBlock();
     }
-    /// Of the system; 0 as long as all went well. After an error nothing more is written.
+    /// The system's error code; 0 if there was no error. After an error nothing more is written.
     int error() const { return error_; }
-    /// Writes what is left and puts the file in place. System error code.
+    /// Writes what is left and puts the file in place. Returns the system's error code.
     int commit() {
         writeBlock();
         if (error_ == 0) error_ = file_.commit();

@@ -1,7 +1,8 @@
-// The lines of a report, in its two formats.
+// The lines of a report, in its two formats. For one thread.
 //
-// TXT: size, files, folders, path, the numbers padded to columns. CSV: path, size, files, folders, texts in
-// double quotes, with no escape for a double quote in a name. Lines end in CR LF; all is UTF-8.
+// TXT has size, files, folders and path, with the numbers padded to columns. CSV has path, size, files and
+// folders, with texts in double quotes and no escape for a double quote in a name. Lines end in CR LF; all is
+// UTF-8.
 #pragma once
 
 #include <array>
@@ -17,12 +18,12 @@ namespace hl {
 
 struct ReportFormat {
     bool IsTextFormat = false;
-    bool forTerminal = false;  ///< Names with stand-ins for control characters.
+    bool forTerminal = false;  ///< Control characters in names are replaced by visible ones.
     char delimiter = ',';
     int sizeMode = 0;                     ///< See base/size_text.h.
-    int decimals = 0;                     ///< On when 1.
-    std::array<std::string, 4> titles;    ///< Size, files, folders, path.
-    std::array<std::size_t, 3> widths{};  ///< Least widths of the columns of numbers in TXT, in characters.
+    int decimals = 0;                     ///< 1 shows decimals.
+    std::array<std::string, 4> titles;    ///< The titles for size, files, folders and path.
+    std::array<std::size_t, 3> widths{};  ///< The least widths of TXT's columns of numbers, in characters.
 };
 
 struct ReportRow {
@@ -31,20 +32,22 @@ struct ReportRow {
     std::int64_t folders = 0;
 };
 
-/// How a CSV report writes sizes: with no separators of thousands, so that a spreadsheet can read them.
+/// Returns how a CSV report writes sizes: without separators of thousands, so that a spreadsheet can read
+/// them.
 ReportNumber savedSize(int sizeMode, int decimals, const NumberFormat& numbers);
 
 class ReportLines {
   public:
-    /// Titles in TXT are padded to the widths, and widths are raised to the titles. `numbers` must outlive
-    /// it.
+    /// In TXT, titles are padded to the widths, and widths are raised to those of the titles. `numbers` must
+    /// outlive it.
     ReportLines(ReportFormat format, const NumberFormat& numbers);
 
     void appendHeader(std::string& out) const;
-    /// `path` is made of what appendName gave.
+    /// `path` consists of what appendName appended.
     void appendRow(std::string& out, std::string_view path, const ReportRow& row) const;
-    /// A name, or another part of a path, as the report holds it: a byte that is no UTF-8 as U+FFFD, in TXT a
-    /// line break too; as messages show it for a terminal.
+    /// Appends a name, or another part of a path, as the report shows it: a byte that is no UTF-8 becomes
+    /// U+FFFD, and so does a line break in TXT. For a terminal, control characters are made visible as in
+    /// messages.
     void appendName(std::string& out, std::string_view name) const;
 
   private:

@@ -1,4 +1,5 @@
-// The numbers of one column of a report: the texts of base/size_text.h, appended with no text in between.
+// Appends the numbers of one report column. The texts are those of base/size_text.h, without a string for
+// each. For one thread.
 #pragma once
 
 #include <cstdint>
@@ -8,13 +9,13 @@
 
 namespace hl {
 
-/// A report of 150,000 rows has nearly half a million numbers. Appending one took 23 ns where the padded text
-/// of base/size_text.h took 105.
+/// A report of 150,000 rows has nearly half a million numbers. Appending one takes 23 ns; the padded text of
+/// base/size_text.h took 105.
 class ReportNumber {
   public:
-    /// Values divided by `divisor` and rounded exactly, halves away from zero; with a divisor of 0 every text
-    /// is empty. Blanks in front up to `width` characters, never cut. `format` must outlive it. REQUIRES:
-    /// divisor >= 0, picture.decimals is 0 or 2.
+    /// Values are divided by `divisor` and rounded exactly, halves away from zero; with a divisor of 0 every
+    /// text is empty. Blanks in front fill a text up to `width` characters; it is never cut. `format` must
+    /// outlive it. REQUIRES: divisor >= 0, picture.decimals is 0 or 2.
     ReportNumber(std::int64_t divisor, Picture picture, const NumberFormat& format, std::size_t width = 0);
 
     /// REQUIRES: the value is within the range of SizeValue.
@@ -26,7 +27,7 @@ class ReportNumber {
     void appendWhole(std::string& out, std::string_view digits) const;
 
     std::int64_t divisor_;
-    std::int64_t scale_;  ///< What the last digit of a text counts: 1, or 100 for hundredths.
+    std::int64_t scale_;  ///< How many of the last digit make one: 1, or 100 for hundredths.
     bool grouped_;
     std::size_t width_;
     const NumberFormat& format_;

@@ -1,4 +1,4 @@
-// Invariant of the loop: parents_ has one length for each level from the start's children to the row in work.
+// In the loop, parents_ always has one length for each level, from the start's children to the current row.
 #include "output/report_walk.h"
 
 #include "robustness/trap.h"
@@ -8,7 +8,7 @@ namespace hl {
 
 namespace {
 
-// A size below 0 is out of range as one that is too large.
+// A size below 0 is out of range, as is one that is too large.
 SizeValue sizeOf(const Grid& grid, Row row) {
     const auto bytes = static_cast<std::int64_t>(grid.number(row, kSize));
     return SizeValue::fromBytes(static_cast<std::uint64_t>(bytes));
@@ -27,7 +27,7 @@ void ReportWalk::writeTree(Row start, std::int32_t levels) {
     if (descends(start, levels)) TreeViewSpeichernR(start, levels);
 }
 
-// An error ends the level in which it happens, and those below it; the walk goes on above.
+// An error ends its level and those below it; the walk goes on above.
 void ReportWalk::TreeViewSpeichernR(Row start, std::int32_t levels) {
     parents_.assign(1, path_.size());
     Row row = tvwPL_.firstChild(start);
@@ -61,7 +61,7 @@ bool ReportWalk::descends(Row row, std::int32_t levels) const {
     return levels == 0 ? tvwPL_.expanded(row) : std::int64_t{tvwPL_.level(row)} < levels;
 }
 
-// The row behind `row` and all below it; kNoRow where nothing more is below `start`.
+// Returns the row that follows `row` and everything below it; kNoRow if there is none below `start`.
 Row ReportWalk::behind(Row row, Row start) {
     while (tvwPL_.nextSibling(row) == kNoRow) {
         row = tvwPL_.parent(row);

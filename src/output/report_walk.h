@@ -1,7 +1,8 @@
-// The way over the rows of a report: each with its path, as far down as wanted.
+// Walks over the rows of a report, down to the wanted level, and knows the path of each. For the thread of
+// the logic.
 //
-// It takes no stack for depth, and looks at no row below the levels that are asked for. Rows must neither
-// come nor go meanwhile.
+// It needs no stack for the depth, and looks at no row below the wanted levels. No row may be added or
+// removed meanwhile.
 #pragma once
 
 #include <cstdint>
@@ -19,13 +20,13 @@ namespace hl {
 
 class ReportWalk {
   public:
-    /// All that is passed must outlive it. REQUIRES: the grid has kFolderCells.
+    /// All arguments must outlive it. REQUIRES: the grid has kFolderCells.
     ReportWalk(const Grid& tvwPL, const PathRules& paths, const ReportLines& lines, ReportFile& file,
                Yield& yield, Diagnostics& diagnostics);
 
-    /// Writes the row and what is below it, down to the rows of the level `levels`; with 0 as far as rows are
-    /// unfolded. Levels are those of the grid, not counted from `start`: sources have level 0. The row itself
-    /// is written at any level, and its path is its text alone. Ends early after an error of the file.
+    /// Writes the row and what is below it, down to the grid's level `levels` (sources have level 0, whatever
+    /// `start` is); with 0, as far as rows are unfolded. The row itself is always written, with its text
+    /// alone as its path. It ends early after an error of the file.
     void writeTree(Row start, std::int32_t levels);
 
     std::uint64_t rowsWritten() const { return rowsWritten_; }
@@ -45,8 +46,9 @@ class ReportWalk {
     ReportFile& file_;
     Yield& yield_;
     Diagnostics& diagnostics_;
-    std::string path_;                  ///< Of the row in work, as the report holds it.
-    std::vector<std::size_t> parents_;  ///< How much of it is the path of the row's parent, for each level.
+    std::string path_;                  ///< The path of the current row, as the report shows it.
+    std::vector<std::size_t> parents_;  ///< For each level, how many of its bytes are the path of the row's
+                                        ///< parent.
     std::uint64_t rowsWritten_ = 0;
 };
 

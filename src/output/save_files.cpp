@@ -1,4 +1,4 @@
-// Sections: the fields of a line; the form.
+// Saving a flat list: the fields of a line, and the form.
 #include "output/save_files.h"
 
 #include <cmath>
@@ -21,7 +21,7 @@ constexpr std::string_view kFormulaStarts = "=+-@\t\r";
 
 // --- the fields of a line
 
-/// The columns to be written, each with its cell.
+/// The columns that are written, each with its cell.
 class Fields {
   public:
     Fields(const Grid& grid, const NumberFormat& numbers, bool text, char delimiter, bool formulasAsText)
@@ -48,7 +48,7 @@ class Fields {
   private:
     struct Field {
         std::size_t column;
-        CellId cell;  ///< kNoCell: the row's text.
+        CellId cell;  ///< kNoCell stands for the row's text.
         ColumnText shown;
     };
 
@@ -67,7 +67,7 @@ class Fields {
         return std::isnan(number) ? "" : replaceAll(SimpleValue(number).text(), ".", numbers_.decimal);
     }
 
-    // A line of TXT is a row, whatever a name holds.
+    // In TXT each row must stay on one line, whatever a name holds.
     std::string written(std::string_view name) const {
         std::string text = decodable(name);
         if (formulasAsText_ && !text.empty() && kFormulaStarts.find(text.front()) != std::string_view::npos)

@@ -1,11 +1,11 @@
-// frmSaveFiles: saves a flat list to a file as its grid stands, row by row, with the columns that show.
+// frmSaveFiles saves a flat list to a file as its grid stands, row by row, with the visible columns.
 //
-// TXT has no header and no quotes; CSV has both, all fields in double quotes, with no escape for a double
-// quote in a name. The format is the one chosen, whatever the name of the file. Numbers are written as the
-// cells hold them, dates as the list shows them. The first column is always written and the last one never.
-// An office program takes a text of CSV that begins with =, +, -, @, a tab or CR for a formula, quoted or
-// not, and whoever names a file can write one: asked to, the form puts a ' in front of such texts. The older
-// file stays until the new one is complete. Thread of the logic.
+// TXT has no header and no quotes; CSV has both, with all fields in double quotes and no escape for a double
+// quote in a name. The user chooses the format, whatever the file's name. Numbers are written as the cells
+// hold them, dates as the list shows them. The first column is always written, the last one never. An office
+// program takes a CSV text that begins with =, +, -, @, a tab or CR for a formula, quoted or not, and anybody
+// can give a file such a name: if asked to, the form puts a ' in front of such texts. The older file stays
+// until the new one is complete. For the thread of the logic.
 #pragma once
 
 #include <string>
@@ -16,9 +16,9 @@
 
 namespace hl {
 
-/// All of it outlives the form.
+/// What the form uses; everything outlives it.
 struct SaveFilesServices {
-    const Grid& grid;  ///< The list to be saved.
+    const Grid& grid;  ///< The list that is saved.
     const Texts& texts;
     const NumberFormat& numbers;
     SettingsStore& settings;
@@ -30,29 +30,29 @@ struct SaveFilesServices {
 
 class SaveFilesForm {
   public:
-    /// As it is loaded: translated, with its presets.
+    /// Makes the form with translated texts and preset values.
     explicit SaveFilesForm(const SaveFilesServices& services);
     SaveFilesForm(const SaveFilesForm&) = delete;
     SaveFilesForm& operator=(const SaveFilesForm&) = delete;
 
-    /// Asks for the path and writes the list by the controls; nothing is written without a path. True if it
-    /// was written; what went wrong is reported, and the form then stays with its controls disabled.
+    /// Asks for the path and writes the list as the controls say; without a path nothing is written. Returns
+    /// true if it was written. An error is reported; the form then stays, with its controls disabled.
     bool SPEICHERN();
 
     void OKButton_Click() { SPEICHERN(); }
     void CancelButton_Click() { loaded = false; }
-    /// Each format has a delimiter of its own.
+    /// Chooses the delimiter that belongs to the format.
     void cboFormat_Click();
-    /// How a window shows the form. It refers to this object's controls.
+    /// Tells a window how to show the form. The result refers to this object's controls.
     Form form();
 
     std::string caption;
     std::string lblFormat, lblDelimiter;
     ComboBox cboFormat, cboDelimiter;
-    CheckBox chkFormulas;  ///< As kKeyCsvEscapeFormulas has it; of CSV alone.
+    CheckBox chkFormulas;  ///< The value of kKeyCsvEscapeFormulas; it counts for CSV only.
     CommandButton OKButton, CancelButton;
-    bool hourglass = false;  ///< The pointer shows that the program works.
-    bool loaded = true;      ///< False: the form is done with.
+    bool hourglass = false;  ///< The pointer shows that the program is working.
+    bool loaded = true;      ///< False once the form is done with.
 
   private:
     void setControlsEnabled(bool enabled);

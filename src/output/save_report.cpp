@@ -18,7 +18,7 @@ constexpr std::int32_t kAllLevels = 999;
 constexpr std::int32_t kAsTheControlsSay = -1;
 constexpr int kNotWhole = -1;
 
-// Mode 4 has the name that belongs to mode 5. Neither can be chosen.
+// Mode 4 has the unit of mode 5 here. Neither can be chosen.
 std::string_view unitInTitle(int sizeMode) {
     constexpr std::array<std::string_view, 5> kUnits = {" (Bytes)", " (KB)", " (MB)", " (GB)", " (TB)"};
     return sizeMode < static_cast<int>(kUnits.size()) ? kUnits[static_cast<std::size_t>(sizeMode)] : "";
@@ -184,8 +184,8 @@ void SaveForm::setButtonsEnabled(bool enabled) {
     for (OptionButton& option : optLevels) option.enabled = enabled;
 }
 
-// Widths come from the start row alone. Those of the counts are measured in the mode of the sizes and so come
-// out short; a number that is wider than its column is not cut.
+// The start row alone decides the widths. Those of the counts are measured in the mode of the sizes, which
+// makes them too small; a number wider than its column is not cut.
 ReportFormat SaveForm::formatOf(const Run& run) const {
     const Texts& texts = services_.texts;
     const NumberFormat& numbers = services_.numbers;
@@ -221,7 +221,7 @@ void SaveForm::write(Run& run) {
     throw Fault(kFaultInvalidCall, kSaveRoutine, run.path + " was not written");
 }
 
-// As writeLines.
+// Opens the file and writes it; returns what writeLines returns.
 int SaveForm::openAndWrite(Run& run) {
     int error = 0;
     const auto opened = services_.target == nullptr ? services_.files.replace(run.path, error) : nullptr;
@@ -232,7 +232,7 @@ int SaveForm::openAndWrite(Run& run) {
     return error;
 }
 
-// System error code, or kNotWhole after an error that has cost rows: an older report is worth more than that.
+// Returns a system error code, or kNotWhole if an error lost rows: then an older report is worth more.
 int SaveForm::writeLines(Run& run, ReplacingFile& target) const {
     ReportFormat wanted = formatOf(run);
     wanted.forTerminal = target.isTerminal();

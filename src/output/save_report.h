@@ -1,8 +1,7 @@
-// frmSave: saves the folder report to a file, as the user asks for it in a dialog or as a command line says.
+// frmSave saves the folder report to a file, as the user asks in a dialog or as a command line says.
 //
-// The format follows the name of the file unless a command line chose it: TXT for one that ends in ".txt",
-// CSV for any other. The older file stays until the new one is complete. Thread of the logic; messages run
-// meanwhile.
+// The file's name decides the format unless a command line did: TXT for ".txt", else CSV. The older file
+// stays until the new one is complete. For the thread of the logic; messages run meanwhile.
 #pragma once
 
 #include <array>
@@ -27,21 +26,21 @@
 
 namespace hl {
 
-/// What the system's save dialog is asked. It warns before it overwrites.
+/// A question for the system's save dialog, which warns before it overwrites a file.
 struct SaveQuestion {
     std::string filter;            ///< "TXT (*.txt)|*.txt"
-    std::string defaultExtension;  ///< For a name without one.
+    std::string defaultExtension;  ///< What is appended to a name without an extension.
     std::string initialFolder;
 };
 
 class SaveDialog {
   public:
     virtual ~SaveDialog() = default;
-    /// The path chosen; empty if the user cancelled.
+    /// Returns the chosen path; empty if the user cancelled.
     virtual std::string askSavePath(const SaveQuestion& question) = 0;
 };
 
-/// All of it outlives the form.
+/// What the form uses; everything outlives it.
 struct SaveServices {
     const Grid& tvwPL;
     const Options& options;
@@ -52,48 +51,49 @@ struct SaveServices {
     ScanState& state;
     MessagePump& pump;
     const PathRules& paths;
-    SaveDialog* dialog = nullptr;     ///< None in a run with no window.
-    ReplacingFile* target = nullptr;  ///< What is written; none if the path is still to be opened.
+    SaveDialog* dialog = nullptr;     ///< Null in a run without a window.
+    ReplacingFile* target = nullptr;  ///< Where the report is written; null if the path is still to be
+                                      ///< opened.
 };
 
-/// Indexes of the items of the form's lists.
+/// The indexes of the items in the form's lists.
 enum SaveFormat : int { kFormatTxt, kFormatCsv };
 enum SaveDelimiter : int { kDelimiterComma, kDelimiterSemicolon, kDelimiterTab, kDelimiterBlank };
 
 class SaveForm {
   public:
-    /// As it is loaded: translated, with its presets.
+    /// Makes the form with translated texts and preset values.
     explicit SaveForm(const SaveServices& services);
     SaveForm(const SaveForm&) = delete;
     SaveForm& operator=(const SaveForm&) = delete;
 
-    /// Writes the report by the controls. True if it was written; what went wrong is reported, but for a file
-    /// that cannot be written in a run with no window: that is left to whoever asks for fileError(). After an
-    /// error that costs rows nothing is written either.
+    /// Writes the report as the controls say. Returns true if it was written. Errors are reported, except for
+    /// a file that cannot be written in a run without a window: for that the caller asks fileError(). If an
+    /// error loses rows, nothing is written either.
     ///
-    /// `path` may be empty: the dialog then asks for it, and nothing is written without an answer. A `levels`
-    /// of 0 selects all levels, one of -1 leaves the controls as they are, any other is a number of levels. A
-    /// `delimiter` from 0 to 3 is chosen in the list.
+    /// If `path` is empty, the dialog asks for it, and nothing is written without an answer. `levels` 0
+    /// selects all levels, -1 leaves the controls as they are, any other number is that of the levels. A
+    /// `delimiter` from 0 to 3 is selected in the list.
     ///
-    /// A number of levels that is typed in as 0 means what is unfolded. "All" goes down to level 999. After
-    /// an error the buttons stay disabled; the form serves once.
+    /// If the user types 0 levels, only unfolded rows are written. "All" goes down to level 999. After an
+    /// error the buttons stay disabled; a form can be used only once.
     bool SPEICHERN(std::string& path, std::int32_t levels, std::int32_t delimiter);
 
-    /// What kept the file from being written in a run with no window: the system's code, or 0.
+    /// The system's code of the error that kept the file from being written in a run without a window, or 0.
     int fileError() const { return fileError_; }
-    /// See ReplacingFile.
+    /// The path of an unfinished file that could not be removed; see ReplacingFile.
     const std::string& leftBehind() const { return leftBehind_; }
 
     void OKButton_Click();
     void CancelButton_Click() { loaded = false; }
-    /// Each format has a delimiter of its own.
+    /// Chooses the delimiter that belongs to the format.
     void cboFormat_Click();
-    /// How a window shows the form. It refers to this object's controls.
+    /// Tells a window how to show the form. The result refers to this object's controls.
     Form form();
-    /// The key, or 0 for one that a number of levels has no use for.
+    /// Returns the key, or 0 for one that cannot be part of a number of levels.
     static char32_t txtLevels_KeyPress(char32_t key) { return digitKey(key); }
 
-    /// A size as a CSV report writes it.
+    /// Formats a size as a CSV report writes it.
     void FormatFileSizeSave(SizeValue value, std::string& text) const;
 
     ReportLayout format = ReportLayout::kByName;
@@ -104,8 +104,8 @@ class SaveForm {
     TextBox txtLevels;
     ComboBox cboFormat, cboDelimiter;
     CommandButton OKButton, CancelButton;
-    bool hourglass = false;  ///< The pointer shows that the program works.
-    bool loaded = true;      ///< False: the form is done with.
+    bool hourglass = false;  ///< The pointer shows that the program is working.
+    bool loaded = true;      ///< False once the form is done with.
 
   private:
     struct Run;
