@@ -10,7 +10,7 @@ namespace hl {
 
 namespace {
 
-// The text in front of the next semicolon; `rest` is left behind it.
+// Returns the text up to the next semicolon; `rest` keeps what follows that.
 std::string_view takeSection(std::string_view& rest) {
     const std::size_t length = std::min(rest.find(';'), rest.size());
     const std::string_view section = rest.substr(0, length);
@@ -32,7 +32,7 @@ ColumnText::ColumnText(const Grid& grid, std::size_t column, const NumberFormat&
       numbers_(numbers),
       cell_(grid.cell(column_.key)),
       mask_(parseMask(column_.mask)) {
-    // "sizeK" is "size" in kilobytes, "FsizeM" is "Fsize" in megabytes.
+    // For example "sizeK" is "size" in kilobytes, and "FsizeM" is "Fsize" in megabytes.
     constexpr std::string_view kLetters = "KMG";
     const std::string_view key = column_.key;
     const std::size_t unit = key.empty() ? std::string_view::npos : kLetters.find(key.back());

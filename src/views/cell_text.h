@@ -1,9 +1,9 @@
-// What a column of a grid shows in each row, as text: the value of its cell through its mask.
+// What a column of a grid shows in each row, as text: the value of its cell, formatted by its mask.
 //
-// A mask without asterisks is a choice of three texts: "more;less;none;" reads as the first for a number
-// above 0, as the second for one below, as the third for 0. A number without a mask is written as it is. A
-// date of 0 is "not set" and shows nothing; one before 1970 is a date like any other. A size that is too
-// small for the digits of its unit reads as "< 0.01".
+// A mask without asterisks chooses one of three texts: of "more;less;none;" a number above 0 shows the first,
+// one below 0 the second, and 0 the third. A number without a mask is written as it is. A date of 0 means
+// "not set" and shows nothing; one before 1970 is a date like any other. A size too small for the digits of
+// its unit shows as "< 0.01".
 #pragma once
 
 #include <optional>
@@ -15,14 +15,15 @@
 
 namespace hl {
 
-/// One column made ready for reading: its cell is found and its mask read once. For the time in which the
-/// columns of the grid stay as they are. Thread of the grid.
+/// A column prepared for reading: its cell is looked up and its mask is parsed once. The grid's columns must
+/// not change while it is used. For the grid's thread.
 class ColumnText {
   public:
-    /// What is passed must outlive it. REQUIRES: the column exists.
+    /// The arguments must outlive it. REQUIRES: the column exists.
     ColumnText(const Grid& grid, std::size_t column, const NumberFormat& numbers);
 
-    /// Empty for a cell that the grid does not have. Control characters in a text are visible.
+    /// Returns an empty text for a cell that the grid does not have. Control characters in a text are made
+    /// visible.
     std::string of(Row row) const;
 
   private:
@@ -34,7 +35,7 @@ class ColumnText {
     const NumberFormat& numbers_;
     CellId cell_;
     std::optional<Mask> mask_;
-    // Of a size in a unit: which, and the cell of its bytes. Of any other column: 0 and kNoCell.
+    // For a size in a unit: the unit, and the cell of the bytes. For any other column: 0 and kNoCell.
     int mode_ = 0;
     CellId bytes_ = kNoCell;
 };

@@ -1,4 +1,4 @@
-// Masks of the columns of the views. See grid/mask.h.
+// The masks of the views' columns; see grid/mask.h.
 #pragma once
 
 #include <string>
@@ -12,7 +12,7 @@ inline constexpr std::string_view kPercentMask = "*##0*%";
 inline constexpr std::string_view kPercentMaskDecimals = "*##0.00*%";
 inline constexpr std::string_view kCountMask = "*###,##0*;;;";
 
-/// `picture` is one of formatDate.
+/// `picture` is one for formatDate.
 inline std::string dateMask(std::string_view picture) {
     return "*" + std::string(picture) + " *;;;";
 }

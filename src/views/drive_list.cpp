@@ -29,8 +29,8 @@ constexpr std::size_t kLongestLabel = 13;  // Characters.
 constexpr int kSizeColumnMargin = 32;
 constexpr std::uint32_t kFreeColor = 0x5B963C;
 constexpr std::uint32_t kUsedColor = 0x0000FF;
-// A full drive has 0 % free, and its bar says so; a drive that does not answer has a percent that is no
-// number, and no bar.
+// A full drive shows 0 % free and a bar. A drive that does not answer has NaN for its percents and shows no
+// bar.
 constexpr std::string_view kBarMask = "*##0*%;";
 
 struct SizeColumn {
@@ -58,7 +58,7 @@ GridColumn barColumn(std::string title, std::string_view key, std::uint32_t colo
     return column;
 }
 
-// The cells of one size: bytes, K, M and G follow one another from `cell` on.
+// Sets the cells of one size; those for bytes, K, M and G follow one another from `cell` on.
 void setSizes(Grid& grid, Row row, DriveCell cell, double bytes) {
     grid.setNumber(row, cell, bytes);
     for (const int mode : {kModeKilobytes, kModeMegabytes, kModeGigabytes})
@@ -69,7 +69,7 @@ bool isSeparator(char c) {
     return c == '/' || c == '\\';
 }
 
-// A UNC text with a separator of its own kind behind it.
+// Returns the UNC text with a separator of its own kind at its end.
 std::string asShare(std::string path) {
     if (!isSeparator(path.back())) path += path.front();
     return path;
@@ -85,7 +85,7 @@ Row firstSelected(const Grid& grid) {
     return rows.empty() ? kNoRow : rows.front();
 }
 
-// Whether a drive's root leads to a path, both in the form by which paths compare.
+// Tells whether a drive's root leads to a path; both are in the form by which paths are compared.
 bool leadsTo(const std::string& root, const std::string& path, const PathRules& paths) {
     const std::string folder = AddTrailingSlash(root, paths);
     return path == root || path.starts_with(folder);
@@ -164,7 +164,7 @@ const Drive* driveOfPath(std::string_view path, const std::vector<Drive>& drives
 
 // --- building
 
-// Nothing in here waits for a drive, so the window lives without a pause to yield in.
+// Nothing here waits for a drive, so no messages need to run meanwhile.
 void DriveList::Drives_GetAllDrives() {
     guarded(services_.diagnostics, "Drives_GetAllDrives", kModule, [&] {
         const BusyPointer busy(services_.host);
@@ -195,7 +195,7 @@ void DriveList::addDriveRow(std::string_view text, const Drive& drive) {
     Drives_GetDriveFreeSpace(drive, row);
 }
 
-// A share that is not mounted has a row that tells so.
+// A share that is not mounted has a row, too, which says so.
 void DriveList::addShareRow(std::string path) {
     path = asShare(std::move(path));
     addDriveRow(path, driveOfRow(path));
@@ -216,7 +216,7 @@ void DriveList::Drives_AddUNCpath(std::string path) {
 
 void DriveList::Drives_LoadSavedNetworkFolders() {
     guarded(services_.diagnostics, "Drives_LoadSavedNetworkFolders", kModule, [&] {
-        // An empty value would ask the user.
+        // An empty value is skipped, since it would ask the user.
         for (std::string& path :
              readNumberedList(services_.settings.read(), kSectionDriveFolders, kDriveFolderSuffix))
             if (!path.empty()) Drives_AddUNCpath(std::move(path));
@@ -239,7 +239,7 @@ void DriveList::Drives_SaveNetworkFolders() {
 // --- sizes
 
 void DriveList::Drives_GetDriveFreeSpace(const Drive& drive, Row row) {
-    if (drive.type == DriveType::kNoRoot) {  // There is nobody to ask.
+    if (drive.type == DriveType::kNoRoot) {  // There is no drive to ask.
         waiting_->erase(row);
         return Drives_AddSizeValues(row, {});
     }
@@ -273,7 +273,7 @@ void DriveList::Drives_AddSizeValues(Row row, const DriveSpace& space) {
     setSizes(grid, row, kBsize, used);
     setSizes(grid, row, kFsize, free);
     setSizes(grid, row, kGsize, total);
-    // Of a total of 0 neither is a number, and no bar is drawn.
+    // With a total of 0 both are NaN, and no bar is drawn.
     grid.setNumber(row, kFsizeP, std::nearbyint(free * 100 / total));
     grid.setNumber(row, kBsizeP, std::nearbyint(used * 100 / total));
     grid.setCellText(row, kDriveCluster,
@@ -318,7 +318,7 @@ void DriveList::Drives_SelectDrive(Row reportRow) {
     });
 }
 
-// The drive as the machine has it now; one without a root if it is not mounted.
+// Returns the drive as the machine has it now; if it is not mounted, the drive has no root.
 Drive DriveList::driveOfRow(std::string_view text) {
     if (isNetworkPath(text))
         return services_.drives.network(text).value_or(Drive{.root = {}, .type = DriveType::kNoRoot});

@@ -1,8 +1,8 @@
-// lvwDiskinfo: the drives of the machine in the order of mounting, and behind them the network shares that
-// the user added by their UNC texts. The grid is the store; there is no sort.
+// lvwDiskinfo lists the drives of the machine in the order of mounting, and then the network shares that the
+// user added by their UNC texts. The grid stores the rows; they are not sorted.
 //
-// Sizes come from the drives themselves and arrive when they like, or never: a row stands there at once, its
-// sizes are filled in later, and the answer for a row that is gone by then is dropped.
+// A row is there at once; the drive itself tells its sizes later, or never. An answer for a row that is gone
+// by then is dropped.
 #pragma once
 
 #include <cstdint>
@@ -27,22 +27,22 @@
 
 namespace hl {
 
-/// A row of the drive list; its text is where the drive is mounted, or a UNC text with a separator behind it.
-/// All sizes are 0, and the percents no number, for a drive that has not answered.
+/// A row of the drive list. Its text is where the drive is mounted, or a UNC text with a separator at its
+/// end. For a drive that has not answered, all sizes are 0 and the percents are NaN.
 enum DriveCell : CellId {
-    kGsize,  ///< Total, in bytes and larger units, not rounded.
+    kGsize,  ///< The total, in bytes and in larger units, not rounded.
     kGsizeK,
     kGsizeM,
     kGsizeG,
-    kFsize,  ///< Free.
+    kFsize,  ///< The free space.
     kFsizeK,
     kFsizeM,
     kFsizeG,
-    kBsize,  ///< Used: what is not free.
+    kBsize,  ///< The used space: what is not free.
     kBsizeK,
     kBsizeM,
     kBsizeG,
-    kFsizeP,  ///< Whole percents of the total.
+    kFsizeP,  ///< The percents are whole and of the total.
     kBsizeP,
     kDriveLabel,
     kDriveFileSystem,
@@ -72,20 +72,21 @@ enum DriveListColumn : std::size_t {
     kDriveListCluster,
 };
 
-/// Empties the grid and gives it its columns, sizes in bytes until Drives_ChangeSizeFormat.
+/// Empties the grid and gives it its columns, with sizes in bytes until Drives_ChangeSizeFormat is called.
 void Init_DiskInfo(Grid& grid, const Texts& texts);
 
 std::string xGetDriveTypeString(DriveType type, const Texts& texts);
-/// "(no label)" for a drive without one. Empty with `errorText` set if the labels cannot be read or the label
-/// has more than 13 characters.
+/// Returns a drive's label, or "(no label)". It is empty and `errorText` is set if the labels cannot be read
+/// or the label has more than 13 characters.
 std::string xGetDriveLabel(const Drive& drive, const Texts& texts, SystemFacts& facts,
                            std::string& errorText);
-/// Picture of a row (platform/icons.h).
+/// Returns the picture of a row (platform/icons.h).
 int drivePicture(DriveType type);
-/// The drive that a path lies on: the one with the longest root that leads to it. Null if there is none.
+/// Returns the drive that a path lies on: the one with the longest root that leads to it. Null if there is
+/// none.
 const Drive* driveOfPath(std::string_view path, const std::vector<Drive>& drives, const PathRules& paths);
 
-/// What the list asks of the window around it. Calls must not throw.
+/// What the list asks of the window around it. The calls must not throw.
 class DriveListHost {
   public:
     virtual ~DriveListHost() = default;
@@ -93,15 +94,15 @@ class DriveListHost {
     virtual void autosizeDriveColumn(std::size_t column, int margin) = 0;
     /// Makes the pane just high enough for the rows.
     virtual void Drives_ResizeTableHeight() = 0;
-    /// Empty if it was cancelled.
+    /// Returns an empty text if the user cancelled.
     virtual std::string askText(const std::string& prompt, const std::string& preset) = 0;
-    /// Adds the sources at the end of the queue and works through it.
+    /// Appends the sources to the queue and works through it.
     virtual void readSources(const std::vector<std::string>& sources) = 0;
 };
 
-/// All of it outlives the list.
+/// What the list uses; everything outlives it.
 struct DriveListServices {
-    Grid& lvwDiskinfo;  ///< Made with kDriveCells; rows are added and removed by the list alone.
+    Grid& lvwDiskinfo;  ///< Must have been made with kDriveCells; only the list adds and removes rows.
     const Grid& tvwPL;  ///< The folder report.
     Drives& drives;
     DriveListHost& host;
@@ -114,38 +115,39 @@ struct DriveListServices {
     const NumberFormat& numbers;
 };
 
-/// Thread of the logic only. May be gone before its Drives are.
+/// For the thread of the logic only. It may be destroyed before its Drives are.
 class DriveList {
   public:
     explicit DriveList(const DriveListServices& services) : services_(services) {}
     DriveList(const DriveList&) = delete;
     DriveList& operator=(const DriveList&) = delete;
 
-    /// Builds the list anew: the drives of now and the saved shares.
+    /// Builds the list anew, from the current drives and the saved shares.
     void Drives_GetAllDrives();
-    /// Asks for the sizes of a row. Its answer reaches it through takeAnswers.
+    /// Asks for the sizes of a row; takeAnswers delivers the answer.
     void Drives_GetDriveFreeSpace(const Drive& drive, Row row);
-    /// Fills the cells of a row; 0 as the total empties them.
+    /// Fills the cells of a row; a total of 0 empties them.
     void Drives_AddSizeValues(Row row, const DriveSpace& space);
-    /// Adds a row for a share; asks the user for it if `path` is empty. What is no UNC text adds nothing.
+    /// Adds a row for a share, and asks the user for it if `path` is empty. A path that is no UNC text adds
+    /// nothing.
     void Drives_AddUNCpath(std::string path);
     void Drives_LoadSavedNetworkFolders();
-    /// Leaves the settings as they are where the saved ones were not all loaded.
+    /// Saves the shares, unless not all of the saved ones were loaded: then the settings stay as they are.
     void Drives_SaveNetworkFolders();
-    /// Selects the drive that a row of the report lies on. Nothing changes for a share by its UNC text.
+    /// Selects the drive that a row of the report lies on. A share with a UNC text changes nothing.
     void Drives_SelectDrive(Row reportRow);
-    /// Asks again for the sizes of a drive that is, as a whole, the source of a row of the report.
+    /// Asks again for the sizes of a drive if its root is the source of a row of the report.
     void Drives_RefreshDrive(Row reportRow);
-    /// Reads the first selected drive, or all of them. A UNC text stands for where it is mounted.
+    /// Reads the first selected drive, or all of them. For a UNC text, the place where it is mounted is read.
     void Drives_ScanDrives(bool selectedOnly);
-    /// Mask and cell of the size columns, and the buttons of the bar, by the options.
+    /// Sets mask and cell of the size columns, and the buttons of the bar, by the options.
     void Drives_ChangeSizeFormat();
     void Drives_Resize_Columns(bool withRedraw);
-    /// Delete removes the first selected row if it is a share by its UNC text.
+    /// The Delete key removes the first selected row if it is a share with a UNC text.
     void lvwDiskinfo_KeyUp(int key);
 
-    /// Delivers answers that have arrived and fits the columns once. For whoever watches
-    /// Drives::answersDescriptor().
+    /// Delivers the answers that have arrived, and fits the columns once. To be called when
+    /// Drives::answersDescriptor() is readable.
     void takeAnswers();
 
   private:
@@ -156,11 +158,11 @@ class DriveList {
     Row rowOf(std::string_view text, const PathRules& rules) const;
 
     DriveListServices services_;
-    /// Rows that wait for an answer, and for which one. Answers look here through a weak pointer.
+    /// The rows that wait, with the number of the question. Answers find this through a weak pointer.
     using Waiting = std::unordered_map<Row, std::uint64_t>;
     std::shared_ptr<Waiting> waiting_ = std::make_shared<Waiting>();
     std::uint64_t lastQuestion_ = 0;
-    bool sharesLoaded_ = false;  ///< All that were saved have a row, or had one.
+    bool sharesLoaded_ = false;  ///< All saved shares have, or had, a row.
 };
 
 }  // namespace hl

@@ -27,8 +27,8 @@ void addFileRow(Grid& list, const Listing& listing, std::size_t index, const std
     list.setCellText(row, kFileAttr, xFormatFileAttribute(entry.attributes, false, ""));
 }
 
-/// One filling of the list: messages run while it reads or waits. Esc and Stop end it, and so does another
-/// filling that came meanwhile, since the list has got other rows then.
+/// One filling of the list; messages run while it reads or waits. Esc and Stop end it, and so does a later
+/// filling, because then the list has other rows.
 class Filling final : public WaitCallback {
   public:
     explicit Filling(ScanContext& scan)
@@ -57,7 +57,7 @@ void readRows(ScanContext& scan, Grid& list, const std::string& folder, Filling&
             if (!filling.goesOn()) return;
             const Entry& entry = listing->entries[i];
             if ((entry.attributes & kAttributeDirectory) != 0) continue;
-            // Messages may run while the file is looked into.
+            // Messages may have run while the file was looked into.
             const std::string type = scan.host.typeName(std::string(folder).append(listing->name(entry)));
             if (!filling.isLatest()) return;
             addFileRow(list, *listing, i, type);
@@ -76,7 +76,7 @@ void List_Files_ScanFolderR(ScanContext& scan, Grid& lvwFiles, const std::string
         Filling filling(scan);
         FilesTotalSize = SizeValue();
         lvwFiles.setRedraw(false);
-        // Also where another reading waits below this one: these rows are the ones to be seen.
+        // The rows must be seen even if another reading, which this one interrupted, has switched redraw off.
         const ScopeExit on([&] { lvwFiles.setRedraw(true); });
         lvwFiles.clear();
         scan.host.typesBegin();

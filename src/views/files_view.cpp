@@ -39,7 +39,7 @@ void FilesView::List_Files_ScanFolder(const std::string& path, bool lockControls
         const std::string folder = AddTrailingSlash(path, scan.paths);
         if (identityKey(folder, scan.paths) == identityKey(scan.state.currentFolder, scan.paths)) return;
         scan.state.currentFolder = folder;
-        // Rows of another folder must not be taken for those of this one while messages run.
+        // While messages run, rows of the former folder must not be taken for those of the new one.
         FilesTotalSize_ = SizeValue();
         grid_.clear();
         const std::uint64_t run = ++scan.state.FileListRun;
@@ -95,7 +95,7 @@ void FilesView::rowsRemoved() {
         FilesTotalSize_ += SizeValue::fromBytes(static_cast<std::uint64_t>(grid_.number(row, kFileSize)));
 }
 
-// Empty where no folder is listed.
+// Returns an empty text if no folder is listed.
 std::string FilesView::total() const {
     if (parts_.scan.state.currentFolder.empty()) return {};
     const NumberFormat& numbers = parts_.scan.numbers;

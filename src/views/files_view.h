@@ -1,6 +1,6 @@
-// lvwFiles, the files directly in the folder that is selected in the report. It is read from the disk when
-// the selection moves to another folder; which folder it shows is ScanState::currentFolder. Thread of the
-// logic only.
+// lvwFiles, the files directly in the folder that is selected in the report. They are read from the disk when
+// another folder is selected; ScanState::currentFolder tells which one is shown. For the thread of the logic
+// only.
 #pragma once
 
 #include "views/list_view.h"
@@ -11,12 +11,12 @@ class FilesView final : public ListView {
   public:
     FilesView(const ListParts& parts, Grid& lvwFiles, CommandBar& cbrFiles);
 
-    /// Lists the folder unless it is the one that is shown; with `lockControls` the window is locked
-    /// meanwhile, unless a run has locked it already. Messages run before and while it is read: another
-    /// folder that is asked for then takes the place of this one, and Esc ends the reading, with what was
-    /// found until then. An empty path, and any path while the list is hidden, empties the list.
+    /// Lists the folder unless it is shown already; with `lockControls` the window is locked meanwhile,
+    /// unless a run has locked it. Messages run before and during the reading: if they ask for another
+    /// folder, that one is listed instead; Esc ends the reading and keeps what was found until then. The list
+    /// is emptied if the path is empty or the list is hidden.
     void List_Files_ScanFolder(const std::string& path, bool lockControls);
-    /// Reads the folder again. A list without rows stays as it is.
+    /// Reads the folder again, unless the list has no rows.
     void List_Files_Refresh();
 
     std::string pathOf(Row row) const override;
@@ -29,7 +29,7 @@ class FilesView final : public ListView {
     void list(const std::string& folder);
     void listLocked(const std::string& folder);
 
-    SizeValue FilesTotalSize_;  ///< Of all files that were listed.
+    SizeValue FilesTotalSize_;  ///< The size of all files that are listed.
 };
 
 }  // namespace hl

@@ -41,7 +41,7 @@ void HardlinksView::List_Hardlinks_ShowDups() {
         const BusyPointer busy(parts_.scan.host);
         {
             const NoRedraw off(grid_);
-            // As texts: two ids may begin with the same number.
+            // The ids are sorted as texts, because two of them may begin with the same number.
             sortBy({.key = "id", .numbers = false, .descending = false});
             shadeGroups();
         }
@@ -52,7 +52,7 @@ void HardlinksView::List_Hardlinks_ShowDups() {
 void HardlinksView::shadeGroups() {
     constexpr std::array<std::uint32_t, 2> kShades = {0xFFFFFF, 0xF0F0F0};
     std::size_t shade = 0;
-    // Another disk may have a file of that number.
+    // The same id may belong to another file on another disk.
     const auto fileOf = [&](Row row) {
         return std::pair(grid_.number(row, kFileDevice), grid_.cellText(row, kFileId));
     };

@@ -33,7 +33,8 @@ std::vector<std::string> JunctionsView::menuPaths() const {
     return targets;
 }
 
-// The text of a link counts from the link's folder. What is mounted is no path of a file: its place is.
+// Returns the target as a path: that of a link is relative to the link's folder; for a mount it is the place
+// where it is mounted, because what is mounted there is no path.
 std::string JunctionsView::targetOf(Row row) const {
     std::string path = pathOf(row);
     const std::string target(grid_.cellText(row, kJunctionTarget));

@@ -1,5 +1,5 @@
-// lvwJunctions, the links and mount points that were met in the source that was read last. It has no files:
-// nothing to preview, open, rename or delete. Thread of the logic only.
+// lvwJunctions, the links and mount points that were found in the source that was read last. It has no files,
+// so nothing can be previewed, opened, renamed or deleted. For the thread of the logic only.
 #pragma once
 
 #include "views/list_view.h"
@@ -10,9 +10,9 @@ class JunctionsView final : public ListView {
   public:
     JunctionsView(const ListParts& parts, Grid& lvwJunctions, CommandBar& cbrJunctions);
 
-    /// Of the link itself.
+    /// Returns the path of the link itself.
     std::string pathOf(Row row) const override;
-    /// The links, or their targets after a right click in the column of targets.
+    /// Returns the links, or their targets after a right click in the column of targets.
     std::vector<std::string> menuPaths() const override;
 
   private:

@@ -20,7 +20,7 @@ GridColumn sizeColumn(const Texts& texts) {
     return size;
 }
 
-// What follows the size in both lists of files, but for the path.
+// Appends the columns that follow the size in both lists of files, except for the path.
 void appendFileColumns(std::vector<GridColumn>& columns, const Texts& texts) {
     columns.push_back(column(texts.TL(9103, "Endung"), "ext"));
     columns.push_back(column(texts.TL(9104, "Typ"), "type"));
@@ -82,7 +82,7 @@ void Init_JunctionList(Grid& grid, const Texts& texts) {
     std::vector<GridColumn> columns = {column(texts.TL(9111, "Junction"), ""),
                                        column(texts.TL(9112, "Zielordner"), "target"),
                                        column(texts.TL(9104, "Typ"), "type")};
-    // What a positive number, a negative one and 0 read as.
+    // These are the texts for a positive number, a negative one and 0.
     columns[kJunctionListType].mask = texts.TL(9113, "Abzweigungspunkt") + ";" +
                                       texts.TL(9114, "Verknüpfung") + ";" +
                                       texts.TL(9115, "Symbolischer Link") + ";";

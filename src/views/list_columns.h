@@ -1,5 +1,5 @@
-// The columns of the four lists (files of a folder, largest files, hardlinks, junctions), and the order of
-// their rows.
+// The columns of the four lists (files of a folder, largest files, hardlinks, junctions), and how their rows
+// are sorted. For the thread of the logic.
 #pragma once
 
 #include "app/options.h"
@@ -47,17 +47,17 @@ enum HardlinksListColumn : std::size_t {
 
 enum JunctionListColumn : std::size_t { kJunctionListPath, kJunctionListTarget, kJunctionListType };
 
-/// Each empties the grid and gives it its columns, sizes in bytes. Files are sorted by size, the largest
-/// first; the list of largest files is cut by that order. Flag n of the options shows or hides the column n
-/// + 1.
+/// Each empties the grid and gives it its columns, with sizes in bytes. Files are sorted by size, the largest
+/// first; in that order the list of the largest files is cut. Flag n of the options shows or hides column n +
+/// 1.
 void Init_FileList(Grid& grid, const Options& options, const Texts& texts);
 void Init_TopList(Grid& grid, const Options& options, const Texts& texts);
 void Init_HardlinksList(Grid& grid, const Options& options, const Texts& texts);
-/// Sorted downwards by the number at the front of the row's text. A path has none, so that rows go by the
-/// bytes of their paths.
+/// The rows are sorted downwards by the number at the front of the text. Paths have none, so the bytes of the
+/// paths decide.
 void Init_JunctionList(Grid& grid, const Texts& texts);
 
-/// The date columns take the format of the options over. Nothing happens before the list has its columns.
+/// These give the date columns the format of the options. Nothing happens if the list has no columns yet.
 void Init_FileList_DateFormat(Grid& grid, const Options& options);
 void Init_TopList_DateFormat(Grid& grid, const Options& options);
 void Init_HardlinksList_DateFormat(Grid& grid, const Options& options);

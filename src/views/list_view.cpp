@@ -1,4 +1,4 @@
-// Sections: commands; search; what the user does; icons; what the list shows.
+// What all lists do: commands; search; the user's actions; icons; what the list shows.
 #include "views/list_view.h"
 
 #include <algorithm>
@@ -54,8 +54,8 @@ Row ListView::searchedFrom() const {
     return grid_.selectedCount() > 0 ? grid_.selectedRows().front() : grid_.rowAt(0);
 }
 
-// Index of the first row that holds `part` in its text or in the cell that is searched too; the count of rows
-// for none.
+// Returns the index of the first row that has `part` in its text or in the other cell that is searched, or
+// the number of rows if there is none.
 std::size_t ListView::firstHit(const std::string& part, std::size_t from, std::size_t to) const {
     const Row row = grid_.find(part, from, to);
     const std::size_t hit = row == kNoRow ? grid_.rowCount() : grid_.indexOf(row);
@@ -90,7 +90,7 @@ void ListView::GridColumnTitleClick(std::size_t column) {
     trapped(event("GridColumnTitleClick"), [&] {
         if (ignoresInput() || std::exchange(parts_.ColumnDragGuard, false)) return;
         const BusyPointer busy(parts_.scan.host);
-        // Sizes are sorted by their bytes, whatever the unit in which they show.
+        // Sizes are sorted by their bytes, whatever the unit they are shown in.
         const bool sizes = traits_.sizeColumn != 0 && column == traits_.sizeColumn;
         const std::string key = sizes ? "size" : grid_.columns().at(column).key;
         const bool text = key.empty() || grid_.cells().isText(grid_.cell(key));
@@ -117,7 +117,7 @@ void ListView::MouseUp(Row row, MouseButton button, Point at) {
             showPreview(false);
             return ShowFileStat();
         }
-        // The window has selected the row at the press already.
+        // The window already selected the row when the button was pressed.
         const bool menu = button == MouseButton::kRight;
         if (menu && !grid_.selected(row)) selectOnly(row);
         showSelection();
@@ -197,8 +197,8 @@ void ListView::rowsSorted() {
     SetFileIcons(false);
 }
 
-// Rows that have their icon already are not counted again, so the count may stay too low. That costs a look
-// at the visible rows with each scrolling; one too high would leave rows without an icon.
+// Counts again from 0, although some rows may have their icons, so the count may stay too low. That only
+// costs a look at the visible rows with each scrolling; too high a count would leave rows without icons.
 void ListView::rowsReplaced() {
     IconsLoaded_ = 0;
     rowsSorted();

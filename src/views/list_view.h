@@ -1,9 +1,9 @@
 // What the four lists have in common: files of a folder, largest files, hardlinks, junctions.
 //
-// Each list is a ListView with its ListTraits; what no table can say is a short override in its own unit. The
-// grid keeps all rows and their state. In error reports the routines have the names of their list:
-// "List_Files_StartSearch", "lvwTOP_KeyUp". Input is ignored while the window is locked. Thread of the logic
-// only.
+// Each list is a ListView with its ListTraits; what no table can express is a short override in the list's
+// own file. The grid keeps all rows and their state. In error reports the routines are named after their
+// list: "List_Files_StartSearch", "lvwTOP_KeyUp". Input is ignored while the window is locked. For the thread
+// of the logic only.
 #pragma once
 
 #include <functional>
@@ -27,14 +27,15 @@ namespace hl {
 class ListHost {
   public:
     virtual ~ListHost() = default;
-    /// Nothing where the list does not show, or has no rows.
+    /// Returns nothing if the list is hidden or has no rows.
     virtual std::optional<RowRange> visibleRows(GridId list) = 0;
-    /// The column at a place of the screen, counted from 0; one that does not exist right of them all.
+    /// Returns the column at a place of the screen, counted from 0. To the right of all columns it is one
+    /// that does not exist.
     virtual std::size_t columnAt(GridId list, Point at) = 0;
     virtual bool listShows(GridId list) = 0;
-    /// The second panel of the status bar.
+    /// Sets the second panel of the status bar.
     virtual void setSecondPanel(const std::string& text) = 0;
-    /// The preview shows the first selected file; with `force` also one that it has shown already.
+    /// Makes the preview show the first selected file; with `force` even if it is shown already.
     virtual void showPreview(GridId list, bool force) = 0;
     virtual void openFile(const std::string& path) = 0;
     virtual void ShellContextMenuFileList(GridId list, Point at) = 0;
@@ -42,37 +43,39 @@ class ListHost {
     virtual void beginRename(GridId list, Row row) = 0;
 };
 
-/// Where a list differs from the others.
+/// What distinguishes a list from the others.
 struct ListTraits {
     GridId grid;
-    const char* family;   ///< First part of the names of its routines: "List_Files_";
-    const char* events;   ///< of its events: "lvwFiles_".
-    const char* mouseUp;  ///< In reports. Two lists have names that do not follow the rule.
+    const char* family;   ///< The first part of the names of its routines, such as "List_Files_".
+    const char* events;   ///< The first part of the names of its events, such as "lvwFiles_".
+    const char* mouseUp;  ///< This routine's name in error reports; those of two lists do not follow the
+                          ///< rule.
     const char* fileStat;
-    Command searchText;  ///< The box of its bar in which is typed what is searched.
+    Command searchText;  ///< The search box of its bar.
 
-    std::size_t sizeColumn = 0;  ///< 0: the list has no sizes, and none of the next two.
+    std::size_t sizeColumn = 0;  ///< 0 means that the list has no sizes; then the next two fields are unused.
     std::uint8_t Options::*sizeMode = nullptr;
     void (*setSizeFormat)(Grid&, const Options&, const Texts&) = nullptr;
     Flag Options::*showIcons = nullptr;
-    bool iconsDuringScan = false;  ///< Icons are loaded while a run lasts.
+    bool iconsDuringScan = false;  ///< Icons are also loaded during a run.
 
-    bool hasFiles = true;        ///< Rows can be previewed, opened and renamed, and have sizes to sum up.
-    CellId searched = kNoCell;   ///< A text cell that is searched beside the rows' texts.
-    bool hitLoadsIcons = false;  ///< What follows when a search has found a row.
+    bool hasFiles = true;        ///< The rows can be previewed, opened and renamed, and their sizes can be
+                                 ///< summed up.
+    CellId searched = kNoCell;   ///< A text cell that is searched besides the rows' texts.
+    bool hitLoadsIcons = false;  ///< Icons are loaded when a search has found a row.
     bool hitShowsPreview = false;
-    bool keysShowStatus = false;  ///< Keys that move bring status and preview up to date.
+    bool keysShowStatus = false;  ///< Keys that move the selection update status and preview.
 };
 
-/// All of it outlives the lists.
+/// What the lists use; everything outlives them.
 struct ListParts {
     ScanContext& scan;
     Options& options;
     Window& window;
     ListHost& host;
     FilePictures& pictures;
-    bool&
-        ColumnDragGuard;  ///< The next click on a title ends the drag of a column border. One for all lists.
+    bool& ColumnDragGuard;  ///< The next click on a title only ends the dragging of a column border. All
+                            ///< lists share the flag.
 };
 
 class ListView {
@@ -83,70 +86,70 @@ class ListView {
     ListView& operator=(const ListView&) = delete;
 
     // --- commands of its bar
-    /// Reads the files anew, or finds the groups of hardlinks; nothing for the other lists.
+    /// Reads the files again, or finds the groups of hardlinks; in the other lists it does nothing.
     virtual void ownCommand() {}
-    /// The option for icons was switched.
+    /// Reacts to the option for icons.
     void iconsSwitched();
     void showColumn(std::size_t column, bool shows);
-    /// The preview shows the first selected file; with `force` also one that it has shown already.
+    /// Makes the preview show the first selected file; with `force` even if it is shown already.
     void showPreview(bool force);
-    /// Looks for the text of the bar's search box behind the current row, and from the top again.
+    /// Searches for the text of the bar's search box behind the current row, then from the top.
     void StartSearch();
 
     // --- what the user does
-    /// One toggle, whatever the column.
+    /// Each click reverses the order, whatever the column.
     void GridColumnTitleClick(std::size_t column);
     void columnSizing() { parts_.ColumnDragGuard = true; }
     void MouseUp(Row row, MouseButton button, Point at);
     void ItemDblClick();
     void KeyUp(int key);
     void VScroll() { SetFileIcons(false); }
-    /// The pointer has come over another row, or over none.
+    /// The pointer moved to another row, or off the rows.
     virtual void MouseMove(Row) {}
 
     // --- what the list shows
-    /// Loads the icons of the rows that show, once for each row. With icons switched off it does nothing, or
-    /// with `clear` takes those away that are there.
+    /// Loads the icons of the visible rows, once for each row. If icons are switched off, it does nothing, or
+    /// with `clear` removes the icons.
     void SetFileIcons(bool clear);
     void ShowFileStat();
-    /// Every column as wide as what it shows.
+    /// Makes every column as wide as its content.
     void Resize_Columns(bool withRedraw);
-    /// Grid and status take over the list's size mode and decimals from the options.
+    /// Takes over the list's size mode and decimals from the options, for grid and status.
     void Set_SizeFormat();
-    /// To be called when rows have come or gone by other hands than the list's own.
+    /// Must be called after somebody else added or removed rows.
     void rowsChanged();
-    /// Removes the rows of those paths that `went`.
+    /// Removes the rows for whose paths `went` returns true.
     void removeRows(const std::function<bool(const std::string& path)>& went);
 
-    /// Full path of the row's file or folder.
+    /// Returns the full path of the row's file or folder.
     virtual std::string pathOf(Row row) const;
-    /// Of the selected rows, in the order of the view: what the list's menu is for.
+    /// Returns the paths that the list's menu is for: those of the selected rows, in the order of the view.
     virtual std::vector<std::string> menuPaths() const;
     Grid& grid() { return grid_; }
-    /// The name of a routine in error reports: "List_Files_DeleteFiles".
+    /// Returns the name of a routine in error reports: "List_Files_DeleteFiles".
     std::string routine(const char* name) const { return std::string(traits_.family) + name; }
-    /// Of an event: "lvwFiles_GridCellAfterEditing".
+    /// Returns the name of an event: "lvwFiles_GridCellAfterEditing".
     std::string event(const char* name) const { return std::string(traits_.events) + name; }
 
   protected:
-    /// The status after a click on a row and after a key.
+    /// Shows the status after a click on a row and after a key.
     virtual void showSelection() { ShowFileStat(); }
-    /// Some rows have been removed.
+    /// Is called when some rows were removed.
     virtual void rowsRemoved() {}
-    /// First part of the status.
+    /// Returns the first part of the status.
     virtual std::string total() const;
-    /// The right button was released over a row, and the menu is next.
+    /// Is called when the right button was released over a row, before the menu opens.
     virtual void beforeMenu(Point) {}
 
-    /// "%1 selected files with %2".
+    /// Returns "%1 selected files with %2".
     std::string selectedFiles() const;
-    /// The rows are in another order: others are visible.
+    /// Must be called when the order of rows changed, because other rows are visible then.
     void rowsSorted();
-    /// The rows are others.
+    /// Must be called when the list got other rows.
     void rowsReplaced();
-    /// Rows as they stand, by the list's one sort.
+    /// Sets the list's sort and sorts the present rows by it.
     void sortBy(const LevelSort& sort);
-    /// What sortBy does with the list's sort.
+    /// Sorts the rows by the list's sort, for sortBy.
     virtual void sortRows() { grid_.sortLevels(0); }
     template <class Body>
     void trapped(const std::string& routine, Body&& body) {
@@ -167,7 +170,7 @@ class ListView {
     void takeIconsAway();
     void loadIcons(const RowRange& rows);
 
-    std::optional<RowRange> iconRows_;  ///< Where icons were last loaded.
+    std::optional<RowRange> iconRows_;  ///< The rows whose icons were loaded last.
     std::size_t IconsLoaded_ = 0;
 };
 

@@ -10,7 +10,7 @@ namespace {
 
 constexpr const char* kModul = "frmMain";
 
-// In the order in which they are looked through. A png is shown as the browser does it.
+// The lists are searched in this order. A png is shown by the browser.
 constexpr struct {
     PreviewKind kind;
     std::string_view extensions;
@@ -23,7 +23,7 @@ constexpr struct {
      "/mp3/wav/snd/au/aif/aifc/aiff/wma/mid/rmi/midi/avi/mpeg/mpg/m1v/mp2/mpa/mpe/wmv/asf/wm/mov/mp4/"},
 };
 
-// What each extension of the browser's kind is shown with; nothing here shows a swf.
+// The viewer for each extension of the browser's kind; nothing here shows a swf.
 constexpr struct {
     PreviewViewer viewer;
     std::string_view extensions;
@@ -34,10 +34,10 @@ constexpr struct {
     {PreviewViewer::kOffice, "/doc/docx/xls/xlsx/ppt/pps/"},
 };
 
-/// "/jpg/"; "//", which no list has, for a name without an extension.
+/// Returns the extension as "/jpg/", or "//", which is in no list, for a name without one.
 std::string between(std::string_view name) {
     const std::string extension = lowerCase(xGetExtension(name));
-    // One with a separator in it would be found across two of a list.
+    // With a separator in it, an extension could match across two entries of a list.
     return extension.find('/') != std::string::npos ? "//" : "/" + extension + "/";
 }
 
@@ -109,7 +109,7 @@ void Preview::show(const std::string& path) {
     if (!viewer) return showUnknown();
     std::string error;
     if (pane_->showFile(*viewer, path, error)) return;
-    // A pipe or a device is nothing to ask the user about.
+    // The user cannot do anything about a pipe or a device.
     if (error.empty()) return pane_->showNotice(previewNoFile(path));
     pane_->showNotice(failure(path, error));
 }

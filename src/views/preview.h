@@ -1,4 +1,4 @@
-// The preview: which file it shows, and with what. The pane does the showing. Thread of the logic only.
+// The preview decides which file to show, and with what. The pane shows it. For the thread of the logic only.
 #pragma once
 
 #include <cstdint>
@@ -15,43 +15,43 @@ namespace hl {
 
 enum class PreviewKind : std::uint8_t { kUnknown, kText, kBrowser, kPicture, kMedia };
 
-/// By the extension alone, without regard to case. A name without one is of the unknown kind.
+/// Returns the kind by the extension alone, without regard to case. A name without an extension is of the
+/// unknown kind.
 PreviewKind previewKindOf(std::string_view name);
-/// What the file is shown with; nothing for the unknown kind, and for a kind that nothing here can show.
+/// Returns what shows the file; nothing for the unknown kind, and for a kind that nothing here can show.
 std::optional<PreviewViewer> previewViewerOf(std::string_view name);
-/// Texts of the pane.
+/// Returns the texts of the pane.
 PreviewTexts previewTexts(const Texts& texts);
 
 /// What the preview asks of the main form.
 class PreviewHost {
   public:
     virtual ~PreviewHost() = default;
-    /// Whether the pane has its place in the window.
+    /// Tells whether the pane is visible in the window.
     virtual bool previewShows() = 0;
-    /// Path of the first selected row of the list that shows; empty if none is selected, and for a list
-    /// whose rows are no files.
+    /// Returns the path of the first selected row of the visible list. It is empty if none is selected, and
+    /// for a list whose rows are no files.
     virtual std::string selectedFile() = 0;
 };
 
 class Preview final : private PreviewEvents {
   public:
-    /// What is passed in outlives it.
+    /// The arguments must outlive it.
     Preview(PreviewHost& host, const Texts& texts, Log& log, Diagnostics& diagnostics)
         : host_(host), texts_(texts), log_(log), diagnostics_(diagnostics) {}
     Preview(const Preview&) = delete;
     Preview& operator=(const Preview&) = delete;
 
-    /// Null takes it away: to be called before the window goes. REQUIRES: a pane that was not taken away does
-    /// not outlive the preview.
+    /// Sets the pane; null detaches it, which must be done before the window is destroyed. REQUIRES: the
+    /// preview outlives a pane that is not detached.
     void setPane(PreviewPane* pane);
 
-    /// Shows the selected file, unless it is the one that is shown; with `force` it is read again. A file
-    /// that cannot be opened, and one that fails later, is told in the pane and in the log; what is no
-    /// regular file in the pane alone.
+    /// Shows the selected file unless it is shown already; `force` reads it again. If it cannot be opened, or
+    /// fails later, the pane and the log say so; if it is no regular file, only the pane does.
     void Preview_ShowFile(bool force);
     void Preview_Reset_View();
 
-    /// Empty when nothing is shown, and for a file of the unknown kind: it is tried again.
+    /// Empty if nothing is shown, and for a file of the unknown kind, which is therefore tried again.
     const std::string& shownPath() const { return shownPath_; }
 
   private:

@@ -1,4 +1,4 @@
-// The columns of the folder report, and the order of its rows.
+// The columns of the folder report, and how its rows are sorted. For the thread of the logic.
 #pragma once
 
 #include "app/options.h"
@@ -9,8 +9,8 @@ namespace hl {
 
 enum ReportColumn : std::size_t { kReportRowName, kReportSize, kReportPercent, kReportFiles, kReportFolders };
 
-/// Empties the grid and gives it its columns, sizes in bytes until Report_Set_SizeFormat. Each level is
-/// sorted by size, the largest first.
+/// Empties the grid and gives it its columns, with sizes in bytes until Report_Set_SizeFormat is called. Each
+/// level is sorted by size, the largest first.
 void Init_Tree(Grid& grid, const Options& options, const Texts& texts);
 
 }  // namespace hl

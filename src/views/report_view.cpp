@@ -1,4 +1,4 @@
-// Sections: columns; folding; commands; what the user does.
+// The report's view: columns; folding; commands; the user's actions.
 #include "views/report_view.h"
 
 #include "app/command.h"
@@ -43,7 +43,7 @@ void ReportView::Report_Resize_Width() {
 
 void ReportView::Report_Resize_Columns(bool withRedraw) {
     guarded(scan_.diagnostics, "Report_Resize_Columns", kModul, [&] {
-        // The names last: they get what the numbers leave.
+        // The column of names comes last, because it gets the width that the numbers leave.
         for (std::size_t column = grid_.columns().size(); column-- > 0;)
             window_.autosizeColumn(GridId::kReport, column, kUsualMargin);
         if (withRedraw) window_.refresh(GridId::kReport);
@@ -97,7 +97,8 @@ void ReportView::fold(const char* routine, Folding how, std::uint32_t level) {
     });
 }
 
-// From row to row by their links: the list of indexes would take 8 bytes a row and stay.
+// Goes from row to row by the links, because a list of indexes would take 8 bytes for each row and would
+// stay.
 void ReportView::foldRows(Folding how, std::uint32_t level) {
     const NoRedraw off(grid_);
     const RowTree& tree = grid_.tree();
@@ -111,9 +112,9 @@ void ReportView::foldRows(Folding how, std::uint32_t level) {
     }
 }
 
-// False once Stop was pressed.
+// Lets messages run. Returns false once Stop was pressed.
 bool ReportView::progress(std::size_t done, std::size_t all) {
-    constexpr std::size_t kRowsBetweenLooks = 1024;  // A row takes some 20 ns, a look at the clock as much.
+    constexpr std::size_t kRowsBetweenLooks = 1024;  // A row takes some 20 ns; so does a look at the clock.
     if (done % kRowsBetweenLooks != 0) return true;
     const std::uint64_t tick = scan_.pump.GetTickCount();
     const bool due = tick > scan_.state.LastPumpTick + scan_.state.PumpInterval;
@@ -148,7 +149,7 @@ void ReportView::expandedByUser() {
     guarded(scan_.diagnostics, "leaveHiddenRows", kModul, [&] { leaveHiddenRows(); });
 }
 
-// Itself, or the highest of the folded rows in which it is hidden.
+// Returns the row itself, or the highest of the folded rows that hide it.
 Row ReportView::shownFor(Row row) const {
     Row shown = row;
     for (Row above = grid_.parent(row); above != kNoRow; above = grid_.parent(above))
@@ -156,8 +157,8 @@ Row ReportView::shownFor(Row row) const {
     return shown;
 }
 
-// A command must not reach selected rows that nobody sees: the folded row takes their place, and the window
-// tells of it.
+// A command must not act on selected rows that nobody sees: the folded row is selected instead, and the
+// window shows it.
 void ReportView::leaveHiddenRows() {
     bool moved = false;
     {
@@ -218,7 +219,7 @@ void ReportView::removeAll() {
     scan_.state.DeepestLevel = 0;
     scan_.state.currentFolder.clear();
     host_.setFirstPanel("");
-    host_.Preview_Reset_View();  // A list that a scan has filled still has a file selected.
+    host_.Preview_Reset_View();  // A list that a scan filled still has a file selected.
 }
 
 // --- what the user does
@@ -240,7 +241,7 @@ void ReportView::tvwPL_GridColumnTitleClick(std::size_t column) {
     });
 }
 
-// One toggle for each level, whatever the column.
+// Each click reverses all levels, whatever the column.
 void ReportView::sortAgain(const std::string& key, bool numbers) {
     for (std::uint32_t level = 0; level < Grid::kSortLevels && level <= scan_.state.DeepestLevel; ++level) {
         LevelSort& sort = grid_.levelSort(level);
@@ -255,7 +256,7 @@ void ReportView::tvwPL_MouseUp(Row row, MouseButton button, bool shift, Point at
         if (row == kNoRow) {
             if (!shift && grid_.selectedCount() > 0) dropSelection();
         } else if (button == MouseButton::kLeft) {
-            // Another row than the one that was clicked, if Ctrl has taken that out of the selection.
+            // If Ctrl removed the clicked row from the selection, this is another row.
             if (grid_.selectedCount() == 1) Report_MouseClick(grid_.selectedRows().front(), button, at);
         } else {
             selectOther(row, button, shift);
@@ -280,7 +281,7 @@ void ReportView::dropSelection() {
     grid_.selectNone();
 }
 
-// The row itself, or of a files row the folder it belongs to.
+// Returns the row itself, or the folder that a files row belongs to.
 Row ReportView::folderOf(Row row) const {
     const bool files = grid_.number(row, kIsFolder) != 1 && grid_.parent(row) != kNoRow;
     return files ? grid_.parent(row) : row;
@@ -300,7 +301,7 @@ void ReportView::tellOf(Row row, MouseButton button, Point at) {
     const bool folder = grid_.number(row, kIsFolder) == 1;
     const std::string path = Report_GetFullpathOfNode(grid_, folderOf(row), true, scan_.paths);
     scan_.host.showFilesOf(path);
-    // Messages have run: another row may be current now, and this one gone.
+    // Messages have run: another row may be current now, and this one may be gone.
     if (grid_.currentRow() != current || !grid_.selected(row) || scan_.state.ScanActive ||
         Report_GetFullpathOfNode(grid_, folderOf(row), true, scan_.paths) != path)
         return;
@@ -323,7 +324,7 @@ void ReportView::tvwPL_KeyUp(int key) {
     guarded(scan_.diagnostics, "tvwPL_KeyUp", kModul, [&] {
         if (grid_.selectedCount() == 0 || scan_.state.ScanActive) return;
         const Row first = grid_.selectedRows().front();
-        // The current row stays: with Ctrl and Shift the keys move it, and go on from there.
+        // The current row stays, because with Ctrl and Shift the keys move it and go on from it.
         if (key == kKeyUp || key == kKeyDown) tellOf(first, MouseButton::kLeft, {});
         if (key == kKeyF2 && grid_.selectedCount() == 1 && grid_.level(first) > 0 &&
             grid_.number(first, kIsFolder) == 1)

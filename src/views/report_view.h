@@ -1,7 +1,7 @@
 // tvwPL, the folder report in a window: sorting, folding, columns, selection and search.
 //
-// The grid keeps all of the state; this answers what the user does with it. Thread of the logic only; loops
-// over all rows let messages run and end when Stop was pressed.
+// The grid keeps all of the state; this class reacts to what the user does with it. For the thread of the
+// logic only; loops over all rows let messages run and end when Stop was pressed.
 #pragma once
 
 #include <string>
@@ -16,22 +16,22 @@ namespace hl {
 class ReportHost {
   public:
     virtual ~ReportHost() = default;
-    /// Makes the report's pane so many pixels wide.
+    /// Sets the width of the report's pane, in pixels.
     virtual void setReportWidth(int pixels) = 0;
     virtual void setFirstPanel(const std::string& text) = 0;
-    /// The preview shows nothing.
+    /// Empties the preview.
     virtual void Preview_Reset_View() = 0;
-    /// The menu for several selected rows.
+    /// Opens the menu for several selected rows.
     virtual void openRowsMenu(Point at) = 0;
     /// Begins the editing of the row's name in its cell.
     virtual void beginRename(GridId grid, Row row) = 0;
-    /// The menu of a folder, the current row. `path` ends in a separator.
+    /// Opens the menu of a folder, the current row. `path` ends in a separator.
     virtual void Report_ShellContextMenu(Row row, const std::string& path, Point at) = 0;
 };
 
 class ReportView {
   public:
-    /// All of it outlives the view.
+    /// The arguments must outlive the view.
     ReportView(ScanContext& scan, Options& options, CommandBar& cbrReport, Window& window, ReportHost& host,
                bool& ColumnDragGuard)
         : scan_(scan),
@@ -45,40 +45,40 @@ class ReportView {
     // --- columns
     /// Makes the pane as wide as its columns.
     void Report_Resize_Width();
-    /// Fits all columns to what they show; `withRedraw` painted at once.
+    /// Fits all columns to their content; with `withRedraw` they are painted at once.
     void Report_Resize_Columns(bool withRedraw);
-    /// `column` counts from 0, the name.
+    /// `column` counts from 0, which is the name.
     void Report_ChangeColVisible(std::size_t column, bool visible);
-    /// The unit of sizes, in the grid.
+    /// Sets the unit of sizes in the grid.
     void Report_Set_SizeFormat();
 
     // --- folding
     void Report_ExpandAllFolders(bool expand);
-    /// Unfolds the rows of levels up to `level`, and folds all others.
+    /// Unfolds the rows of the levels up to `level`, and folds all others.
     void Report_ExpandFolderLevels(std::uint32_t level);
-    /// The current row with everything below it, up or down.
+    /// Unfolds or folds the current row with everything below it.
     void Report_ExpandSubFolders(bool expand);
 
     // --- commands
-    /// Looks for the text of the bar's search box behind the current row, and from the top again.
+    /// Searches for the text of the bar's search box behind the current row, then from the top.
     void Report_StartSearch();
     /// Empties the report.
     void removeAll();
 
-    // --- what the user does; none of it while a scan or a loop over all rows is at work
-    /// Sorts all levels by the column, the other way round at each click.
+    // --- what the user does; ignored while a scan or a loop over all rows is running
+    /// Sorts all levels by the column; each click reverses the order.
     void tvwPL_GridColumnTitleClick(std::size_t column);
-    /// The title click that ends the dragging of a column border is none.
+    /// A click on a title that ends the dragging of a column border does not sort.
     void columnSizing() { ColumnDragGuard_ = true; }
-    /// The one row that is selected becomes the folder that lists and status bar tell of. kNoRow: a click
-    /// beside all rows.
+    /// If one row is selected, lists and status bar now show its folder. kNoRow means a click beside all
+    /// rows.
     void tvwPL_MouseUp(Row row, MouseButton button, bool shift, Point at);
-    /// Folds the first selected row up, or unfolds it.
+    /// Folds or unfolds the first selected row.
     void tvwPL_DblClick();
-    /// Up and down tell of the first selected row like a click, but leave the current one; F2 renames a
-    /// folder that is no source.
+    /// Up and Down act for the first selected row like a click, but do not change the current row; F2 renames
+    /// a folder that is no source.
     void tvwPL_KeyUp(int key);
-    /// The columns follow what came to show; rows that are hidden now are no longer selected.
+    /// Fits the columns to the rows that are visible now; rows that are hidden now lose their selection.
     void expandedByUser();
 
   private:
@@ -104,7 +104,7 @@ class ReportView {
     CommandBar& bar_;
     Window& window_;
     ReportHost& host_;
-    bool& ColumnDragGuard_;  ///< One for all lists that are sorted by a title.
+    bool& ColumnDragGuard_;  ///< All lists that are sorted by clicks on their titles share it.
 };
 
 }  // namespace hl

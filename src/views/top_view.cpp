@@ -34,7 +34,7 @@ void TopView::Toplist_ShowSelectedFilesize() {
 
 void TopView::MouseMove(Row row) {
     trapped("lvwTOP_MouseMove", [&] {
-        // The row noted last may be gone, and then has no note; another may have its number now.
+        // If the noted row is gone, it has no note; another row may have its number now.
         if (grid_.rowCount() == 0 || (row == noted_ && (row == kNoRow || !grid_.rowNote(row).empty())))
             return;
         if (noted_ != kNoRow && !grid_.rowNote(noted_).empty()) grid_.setRowNote(noted_, "");
@@ -54,7 +54,7 @@ void TopView::countLeft() {
         const auto typed = parseNumber(bar_.textOf(idOf(Command::kTopCount)));
         countTyped(bar_.textOf(idOf(Command::kTopCount)));
         bar_.setText(idOf(Command::kTopCount), std::to_string(parts_.options.TOPmaxcount));
-        const bool usable = typed && *typed >= kLeastTopCount;  // Not so for NaN.
+        const bool usable = typed && *typed >= kLeastTopCount;  // False for NaN, too.
         if (!usable) parts_.window.focusEdit(BarId::kTop, idOf(Command::kTopCount));
     });
 }

@@ -9,16 +9,17 @@ class TopView final : public ListView {
   public:
     TopView(const ListParts& parts, Grid& lvwTOP, CommandBar& cbrTOP);
 
-    /// The status is that of the selection alone, also of an empty one.
+    /// Shows the status of the selection only, even if it is empty.
     void Toplist_ShowSelectedFilesize();
-    /// The note of the row under the pointer is its folder, which the column may have cut off.
+    /// Gives the row under the pointer its folder as a note, because the column may have cut it off.
     void MouseMove(Row row) override;
 
     // --- the box with the wanted length of the list
-    /// What is typed counts at once, as it would read when the typing ends: a scan may begin meanwhile.
+    /// Takes over what is typed at once, as it would be read after typing, because a scan may begin
+    /// meanwhile.
     void countTyped(const std::string& text);
-    /// The typing has ended. What is no number becomes 100, one below 5 becomes 5; the box then keeps the
-    /// focus.
+    /// Ends the typing. A text that is no number becomes 100, a number below 5 becomes 5; then the box keeps
+    /// the focus.
     void countLeft();
 
   private:

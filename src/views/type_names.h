@@ -1,4 +1,4 @@
-// The desktop's name for the type of a file. Thread of the logic only.
+// Finds the desktop's name for the type of a file. For the thread of the logic only.
 #pragma once
 
 #include <string>
@@ -10,12 +10,12 @@ namespace hl {
 
 class TypeNames {
   public:
-    /// Both must outlive it.
+    /// The arguments must outlive it.
     TypeNames(FileTypes& types, Files& files) : types_(types), files_(files) {}
 
-    /// By the name alone where that decides, else by a look into the file, which costs about 0.1 ms. Since
-    /// the last restart kMostLooks files are looked into; the others then have no type: empty, as for what is
-    /// no regular file.
+    /// Decides by the name alone if possible, else by looking into the file, which costs about 0.1 ms. At
+    /// most kMostLooks files are looked into between two restarts; further ones have no type. Empty if there
+    /// is no type, as for what is no regular file.
     std::string of(const std::string& path);
     void restart() { looks_ = 0; }
 
