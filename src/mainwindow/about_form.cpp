@@ -58,7 +58,7 @@ Form AboutForm::form() {
             .loaded = &loaded};
 }
 
-// Those of the pages that there are, with no gap between them.
+// Adds links for those pages that exist, without a gap between them.
 void AboutForm::addLinks(std::vector<FormItem>& items) {
     int column = 0;
     const auto add = [&](const std::string& page, FormItem link) {

@@ -1,5 +1,5 @@
-// frmInfo: the program's name and version, three texts about it, and links to those of its pages that there
-// are. Thread of the logic only.
+// frmInfo shows the program's name and version, three texts about it, and links to its pages, if it has any.
+// For the thread of the logic only.
 #pragma once
 
 #include <array>
@@ -13,13 +13,13 @@
 
 namespace hl {
 
-/// All of it outlives the form.
+/// What the form uses; everything outlives it.
 struct AboutServices {
     const Texts& texts;
     const Addresses& addresses;
-    std::string version;  ///< "1.2"; with the revision behind a second point where it is not 0.
+    std::string version;  ///< "1.2"; if the revision is not 0, it follows behind a second point.
     std::function<void(const std::string& url)> StartURL;
-    bool portable = true;  ///< Not installed by a package.
+    bool portable = true;  ///< True if no package installed the program.
 };
 
 class AboutForm {
@@ -28,14 +28,14 @@ class AboutForm {
     AboutForm(const AboutForm&) = delete;
     AboutForm& operator=(const AboutForm&) = delete;
 
-    /// How a window shows the form. It refers to this object's controls.
+    /// Tells a window how to show the form. The result refers to this object's controls.
     Form form();
 
-    /// The text of the chosen leaf of tabInfo.
+    /// Shows the text of the selected leaf of tabInfo.
     void tabInfo_Click();
-    /// The page for donations.
+    /// Opens the page for donations.
     void Image2_Click();
-    /// The forum.
+    /// Opens the forum.
     void lblForum_Click();
     void lblHomepage_Click();
     void cmdOK_Click() { loaded = false; }
@@ -43,9 +43,9 @@ class AboutForm {
     std::string caption, lblName, lblVersion;
     std::array<OptionButton, 3> tabInfo;
     TextBox txtInfo{.readOnly = true, .multiLine = true, .lines = 6};
-    std::string Image2, lblForum, lblHomepage;  ///< Links.
+    std::string Image2, lblForum, lblHomepage;  ///< The texts of the links.
     CommandButton cmdOK;
-    bool loaded = true;  ///< False: the form is done with.
+    bool loaded = true;  ///< False once the form is done with.
 
   private:
     void addLinks(std::vector<FormItem>& items);

@@ -1,6 +1,5 @@
-// Between the options and the bars: what the options say is checked when a bar is built, and what is checked
-// when the program ends is what the options say. Which entry keeps which option stands in the table of
-// commands. Thread of the logic only.
+// Carries options to the bars, when these are built, and back, when the program ends. The table of commands
+// tells which entry keeps which option. For the thread of the logic only.
 #pragma once
 
 #include "app/options.h"
@@ -9,16 +8,16 @@
 
 namespace hl {
 
-/// Checks the entries of one bar, and fills its boxes, by the options, which stay as they are. Any number but
-/// 0 is on; "Dezimal" wants a 1. Of the four size modes none is checked for a number outside 0 to 3.
+/// Checks the entries of one bar and fills its boxes by the options, which do not change. Any number but 0
+/// means on, but "Dezimal" needs a 1. For a number outside 0 to 3 none of the four size modes is checked.
 void optionsToBar(Options& options, CommandBar& bar);
 
-/// Reads all bars back, to be called before OptionenSpeichernMain. Options that no entry keeps (size modes,
-/// fonts, dates) stay as they are. REQUIRES: the bars were built.
+/// Reads all bars back; must be called before OptionenSpeichernMain. Options that no entry keeps (size modes,
+/// fonts, dates) do not change. REQUIRES: the bars were built.
 void barsToOptions(const Bars& bars, Options& options);
 
-/// All bars take the size of their icons from "Symbolgröße", and text below icons from "Symboltext". To be
-/// called when the entry was switched, and once when the bars are built.
+/// These set the size of all bars' icons by "Symbolgröße", and the text below icons by "Symboltext". To be
+/// called when that entry was switched, and once when the bars are built.
 void Change_ToolbarIconSize(Bars& bars, Diagnostics& diagnostics);
 void Change_Toolbar_IconText(Bars& bars, Diagnostics& diagnostics);
 

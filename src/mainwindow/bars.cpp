@@ -15,7 +15,7 @@ constexpr const char* kModul = "frmMain";
 constexpr int kKeyF1 = 112;
 constexpr int kFunctionKeys = 12;
 
-// By BarId.
+// The names of the building routines, by BarId.
 constexpr const char* kBuilders[kBarCount] = {
     "Init_ToolbarMain", "Init_Toolbar_Folders",   "Init_Toolbar_Drives",   "Init_Toolbar_Files",
     "Init_Toolbar_TOP", "Init_Toolbar_Hardlinks", "Init_Toolbar_Junctions"};
@@ -27,7 +27,7 @@ int keyCodeOf(std::string_view key) {
     return static_cast<unsigned char>(upperCase(key).front());
 }
 
-// New, Start and Stop: what everybody looks for first.
+// Only New, Start and Stop show their texts, because everybody looks for them first.
 bool showsCaption(Command command) {
     return command == Command::kNewSource || command == Command::kStart || command == Command::kStop;
 }
@@ -47,8 +47,8 @@ BarEntry entryOf(const CommandRow& row, const Texts& texts) {
     return entry;
 }
 
-// What the main bar has beside the options: the language in use, and the report, which no option keeps: a
-// window begins with it.
+// Checks entries that belong to no option: the language in use, and the report, which always shows at the
+// start.
 void checkMain(CommandBar& bar, int language) {
     bar.setEnabled(idOf(Command::kStop), false);
     bar.setChecked(idOf(Command::kShowReport), true);

@@ -1,8 +1,8 @@
 // The seven command bars of the main window.
 //
-// Which entries they have, and what these are called, stands in the table of commands
-// (mainwindow/command_table.cpp). An id belongs to one bar alone: in another bar the same number is another
-// command. Thread of the logic only.
+// The table of commands (mainwindow/command_table.cpp) tells which entries they have and what these are
+// called. An id belongs to one bar: in another bar the same number means another command. For the thread of
+// the logic only.
 #pragma once
 
 #include <array>
@@ -14,7 +14,7 @@
 
 namespace hl {
 
-/// The bars, owned by the main form.
+/// The bars; the main form owns them.
 struct Bars {
     CommandBar cbrMain{BarId::kMain, "cbrMain"};
     CommandBar cbrReport{BarId::kReport, "cbrReport"};
@@ -24,7 +24,7 @@ struct Bars {
     CommandBar cbrHardlinks{BarId::kHardlinks, "cbrHardlinks"};
     CommandBar cbrJunctions{BarId::kJunctions, "cbrJunctions"};
 
-    /// In the order of BarId.
+    /// Returns them in the order of BarId.
     std::array<CommandBar*, kBarCount> all() {
         return {&cbrMain, &cbrReport, &cbrDrives, &cbrFiles, &cbrTOP, &cbrHardlinks, &cbrJunctions};
     }
@@ -35,15 +35,15 @@ struct Bars {
     const CommandBar& of(BarId id) const { return *all()[static_cast<std::size_t>(id)]; }
 };
 
-/// What the bars are built from. Outlives the call.
+/// What the bars are built from; it must outlive the call.
 struct BarSources {
     const Texts& texts;
-    Options& options;  ///< Stay as they are.
+    Options& options;  ///< They are only read.
     Diagnostics& diagnostics;
-    bool homepage = false;  ///< There is one to be opened.
+    bool homepage = false;  ///< There is a homepage to open.
 };
 
-/// Fills the empty bars from the table of commands and checks what the options say. Each bar traps its own
+/// Fills the empty bars from the table of commands and checks entries by the options. Each bar traps its own
 /// errors.
 void initAllBars(Bars& bars, const BarSources& sources);
 

@@ -14,7 +14,7 @@ namespace {
 using C = WindowCommands;
 using enum Command;
 
-/// Stands in the table as the call of the same name stands in code.
+/// Has the name of Texts::TL, so that texts in the table are written like texts elsewhere in the code.
 constexpr RowText TL(int id, std::string_view german) {
     return {id, german};
 }
@@ -44,7 +44,7 @@ constexpr KeptOption toggles = {KeptOption::Use::kToggles, field<Member>};
 template <auto Member>
 constexpr KeptOption byRoutine = {KeptOption::Use::kByRoutine, field<Member>};
 
-/// One table of several parts.
+/// Joins several parts into one table.
 template <std::size_t... N>
 constexpr auto joined(const std::array<CommandRow, N>&... parts) {
     std::array<CommandRow, (N + ...)> all{};
@@ -57,7 +57,7 @@ constexpr auto rows(const CommandRow (&part)[N]) {
     return std::to_array(part);
 }
 
-// Texts that several bars have.
+// Texts that several bars share.
 constexpr RowText kRefresh = TL(9230, "Aktualisieren");
 constexpr RowText kFullView = TL(9232, "Vollansicht");
 constexpr RowText kHideOtherLists = TL(9234, "Alle anderen Liste ausblenden");
@@ -102,7 +102,7 @@ constexpr RowText kColumnCreated = TL(9290, "Spalte 'Erstellungsdatum'");
 constexpr RowText kAccessed = TL(9291, "Zugriff");
 constexpr RowText kColumnAccessed = TL(9292, "Spalte 'Zugriffsdatum'");
 
-// Languages are given by their number in the settings.
+// A language is given by its number in the settings.
 constexpr CommandRow language(Command command, RowText name, int number) {
     return {command, kButton, name, {}, -1, kSame, {}, &C::changeLanguage, {}, kLanguages, number};
 }
@@ -114,7 +114,7 @@ constexpr CommandRow unfold(int levels) {
     return {command, kButton, name, {}, -1, kSame, {}, &C::reportUnfold, {}, kReportUnfoldAll, levels};
 }
 
-/// The units of a view's sizes, and whether they have decimals.
+/// The entries for the units of a view's sizes, and for their decimals.
 constexpr auto units(Command bytes, Command decimals, Field mode, Field showsDecimals) {
     const KeptOption chooses = {KeptOption::Use::kChooses, mode};
     const auto unit = [&](int n, RowText name, int icon) {
@@ -138,7 +138,7 @@ constexpr auto units(Command bytes, Command decimals, Field mode, Field showsDec
     });
 }
 
-/// The box in which is typed, and the button behind it.
+/// The search box, and the button behind it.
 constexpr auto search(Command text, Command button, void (C::*run)(const CommandRow&)) {
     return rows({
         {text, kEdit, kSearch, {}, -1, kGroup, {}, run},
@@ -146,7 +146,7 @@ constexpr auto search(Command text, Command button, void (C::*run)(const Command
     });
 }
 
-/// The button of the `n`-th column behind the name; the first of them is `first`.
+/// The entry of the `n`-th column behind the name; `first` is the command of the first of these.
 template <auto Columns, std::size_t N>
 constexpr CommandRow column(Command first, RowText name, RowText tooltip) {
     constexpr int kNumber = static_cast<int>(N);

@@ -1,6 +1,6 @@
-// The one table of commands: a row says where a command stands, what it is called, which option it keeps and
-// which routine does it. Bars, menus, keys and the saving of options are made from it. Thread of the logic
-// only.
+// The one table of commands. A row tells where a command is shown, what it is called, which option it keeps
+// and which routine carries it out. Bars, menus, keys and the saving of options are made from it. For the
+// thread of the logic only.
 #pragma once
 
 #include <cstdint>
@@ -21,43 +21,44 @@ struct RowText {
     std::string_view german = {};
 };
 
-/// A member of its own kind, so that it cannot be mistaken for another flag.
+/// A type of its own, so that it cannot be mistaken for another flag.
 enum class Group : bool { kGoesOn, kBegins };
 
-/// The option that an entry keeps: checked where the option is on, and on where it is checked when the
-/// program ends.
+/// The option that an entry keeps: the entry is checked if the option is on, and is saved as the option at
+/// the end.
 struct KeptOption {
     enum class Use : std::uint8_t {
         kNone,
-        kToggles,    ///< A click turns the option over, then the routine is called.
-        kByRoutine,  ///< A click leaves it to the routine, which may refuse.
-        kDecimals,   ///< As kToggles, and on with a 1 alone.
-        kChooses,    ///< A click gives it the row's `value`; nothing is saved from the entry.
+        kToggles,    ///< A click switches the option, and then the routine is called.
+        kByRoutine,  ///< A click only calls the routine, which may refuse.
+        kDecimals,   ///< Like kToggles, but only a 1 means on.
+        kChooses,    ///< A click sets the option to the row's `value`; nothing is saved from the entry.
     };
     Use use = Use::kNone;
     Flag& (*field)(Options&) = nullptr;
 };
 
-// In the order in which a row of the table is read.
+// The fields are in the order in which a row of the table is read.
 struct CommandRow {  // NOLINT(clang-analyzer-optin.performance.Padding)
     Command command;
     EntryKind kind;
     RowText caption = {};
-    RowText tooltip = {};  ///< Where it is empty, the caption serves.
-    int icon = -1;         ///< -1: none.
+    RowText tooltip = {};  ///< If it is empty, the caption is shown.
+    int icon = -1;         ///< -1 means none.
     Group group = Group::kGoesOn;
-    /// "F1" to "F12", or a character that goes with Ctrl; empty for none.
+    /// "F1" to "F12", or a character that is pressed with Ctrl; empty for none.
     std::string_view key = {};
     void (WindowCommands::*run)(const CommandRow& row) = nullptr;
     KeptOption kept = {};
-    Command parent = Command::kNone;  ///< The entry or popup that it lies below.
-    int value = 0;                    ///< What the routine makes of it; also "%1" of the caption.
+    Command parent = Command::kNone;  ///< The entry or popup that contains it.
+    int value = 0;                    ///< Its meaning depends on the routine; it also replaces "%1" in the
+                                      ///< caption.
     int width = 0;                    ///< See BarEntry.
 };
 
-/// All of a bar, in the order of its entries.
+/// Returns all rows of a bar, in the order of its entries.
 std::span<const CommandRow> commandsOf(BarId bar);
-/// Null for a command that there is not.
+/// Returns null for a command that does not exist.
 const CommandRow* commandRow(Command command);
 
 }  // namespace hl

@@ -17,7 +17,7 @@ namespace {
 
 constexpr unsigned kMostSaved = 0xffff;
 
-// A name of the folder that is free; the last way out is one that may not be.
+// Returns an unused name in the folder; if no such name is found, the last one tried.
 std::string freePath(Files& files, const std::string& folder, const PathRules& paths) {
     char name[16];
     for (unsigned number = 1; number <= kMostSaved; ++number) {
@@ -28,7 +28,7 @@ std::string freePath(Files& files, const std::string& folder, const PathRules& p
     return joinPath(folder, "ERR.txt", paths);
 }
 
-// System error code.
+// Writes the text to a new file. Returns a system error code.
 int writeNew(Files& files, const std::string& folder, const PathRules& paths, std::string_view text,
              std::string& path) {
     const auto lock = files.lockFolderOf(joinPath(folder, "ERR.txt", paths));

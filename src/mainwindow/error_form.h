@@ -1,7 +1,7 @@
-// frmFehler: shows the report of an error and lets the user go on or quit. Thread of the logic.
+// frmFehler shows the report of an error and lets the user go on or quit. For the thread of the logic.
 //
-// It works in a program in which something has just gone wrong, so what it does is simple, and the failure of
-// one button leaves the others working.
+// Something has just gone wrong in the program, so the dialog does only simple things, and if one button
+// fails, the others still work.
 #pragma once
 
 #include <array>
@@ -17,23 +17,24 @@
 
 namespace hl {
 
-/// What the dialog asks of the desktop. May throw: the dialog goes on.
+/// What the dialog asks of the desktop. The calls may throw; the dialog then goes on.
 class ErrorDesk {
   public:
     virtual ~ErrorDesk() = default;
     virtual void copyText(const std::string& text) = 0;
-    /// To be pasted when the program has ended.
+    /// Leaves a text that can be pasted even after the program has ended.
     virtual void leaveText(const std::string& text) = 0;
     virtual void openUrl(const std::string& url) = 0;
-    /// A message with one button; the title may be empty.
+    /// Shows a message with one button; the title may be empty.
     virtual void inform(MessageKind kind, const std::string& title, const std::string& text) = 0;
-    /// Asks for a printer, and prints.
+    /// Asks for a printer and prints.
     virtual void print(const PrintJob& job) = 0;
-    /// Shows a form, and returns when it is done with.
+    /// Shows a form, and returns when the form is done with.
     virtual void showForm(Form& form) = 0;
 };
 
-/// The desktop as the main window knows it. Its messages have no title of their own: it is a line above.
+/// The desktop as the main window knows it. Its messages have no title, so the title becomes a line above the
+/// text.
 class WindowDesk final : public ErrorDesk {
   public:
     explicit WindowDesk(Window& window) : window_(window) {}
@@ -50,17 +51,17 @@ class WindowDesk final : public ErrorDesk {
     Window& window_;
 };
 
-/// All of it outlives the form.
+/// What the form uses; everything outlives it.
 struct ErrorFormServices {
     const Texts& texts;
     Files& files;
     SystemFacts& facts;
     ErrorDesk& desk;
     const PathRules& paths;
-    std::string dataFolder;  ///< Where reports are saved.
+    std::string dataFolder;  ///< The folder where reports are saved.
     std::string version;     ///< "1.2", for the subject of a mail.
-    std::string mail;        ///< The address for reports; empty where there is none.
-    /// Ends the process at once: nothing is closed, nothing saved.
+    std::string mail;        ///< The address for reports; may be empty.
+    /// Ends the process at once; nothing is closed or saved.
     std::function<void()> endProcess;
 };
 
@@ -70,25 +71,25 @@ class ErrorForm {
     ErrorForm(const ErrorForm&) = delete;
     ErrorForm& operator=(const ErrorForm&) = delete;
 
-    /// How a window shows the form. It refers to this object's controls.
+    /// Tells a window how to show the form. The result refers to this object's controls.
     Form form();
 
-    /// The report goes to the clipboard, and the program goes on.
+    /// Puts the report on the clipboard; the program goes on.
     void cmdWeiter_Click();
-    /// The same, but the process ends.
+    /// Puts the report on the clipboard and ends the process.
     void cmdBeenden_Click();
-    /// Into a new file ERRxxxx.txt of the data folder; says which, or why not.
+    /// Saves the report as a new file ERRxxxx.txt in the data folder; tells which one, or why that failed.
     void cmdSpeichern_Click();
-    /// As one text, on the printer that the user chooses.
+    /// Prints the report on a printer that the user chooses.
     void cmdDrucken_Click();
-    /// A mail to the address for reports; the report itself travels in the clipboard.
+    /// Begins a mail to the address for reports; the report itself is on the clipboard.
     void cmdEmail_Click();
 
     std::string caption, lblEinleitung;
     TextBox txtInfo{.readOnly = true, .multiLine = true};
     TextBox txtHelp{.readOnly = true, .multiLine = true, .lines = 3};
     CommandButton cmdEmail, cmdDrucken, cmdSpeichern, cmdWeiter, cmdBeenden;
-    bool loaded = true;  ///< False: the form is done with.
+    bool loaded = true;  ///< False once the form is done with.
 
   private:
     enum HelpText : std::size_t { kHelpDrucken, kHelpEmail, kHelpWeiter, kHelpBeenden, kHelpSpeichern };
@@ -101,11 +102,11 @@ class ErrorForm {
     std::string infoName_, helpName_;
 };
 
-/// Shows reports, one form at a time: a report that comes while one is shown takes the place of its text.
+/// Shows reports, one form at a time: while a form is open, a new report replaces its text.
 class ErrorReports {
   public:
     explicit ErrorReports(ErrorFormServices services) : services_(std::move(services)) {}
-    /// Returns when the user goes on, or at once where a form is open.
+    /// Returns when the user goes on, or at once if a form is open already.
     void show(const std::string& report);
 
   private:

@@ -16,7 +16,7 @@ struct ListViews {
     HardlinksView hardlinks;
     JunctionsView junctions;
 
-    /// Null for a grid that is none of the four.
+    /// Returns null for a grid that is not one of the four.
     ListView* of(GridId grid) {
         switch (grid) {
             case GridId::kFiles:

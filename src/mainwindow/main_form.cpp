@@ -48,7 +48,7 @@ bool MainForm::runSilent(const std::string& commandLine) {
     const std::uint32_t errorsBefore = services_.diagnostics.errcount();
     Ordnerliste_Abarbeiten(scan_);
     services_.console.progress("");
-    // Nobody can tell what an error of our own has left out: an older report is worth more.
+    // Nobody knows what an error of the program has left out, so an older report is worth more.
     const bool whole = services_.diagnostics.errcount() == errorsBefore;
     if (!whole) reportNotWritten(order.outputFile, services_.texts.TL(9611, "ein unerwarteter Fehler"));
     const bool written = whole && writeReport(order, *target);
@@ -66,14 +66,14 @@ bool MainForm::writeReport(const SilentOrder& order, ReplacingFile& target) {
     std::string path = order.outputFile;
     if (frmSave.SPEICHERN(path, order.levels, order.delimiterIndex)) return true;
     const int error = frmSave.fileError();
-    // Who reads a pipe may leave when he has what he wants.
+    // The reader of a pipe may leave when it has read enough; that is no failure to report.
     if (error == EPIPE) return false;
     const std::string reason =
         error != 0 ? ApiErrorText(false, error, services_.facts) : texts.TL(9611, "ein unerwarteter Fehler");
     return reportNotWritten(path, reason + leftBehindText(texts, frmSave.leftBehind()));
 }
 
-// False, for whoever has to say that it failed.
+// Reports that the report was not written; returns false for the caller to return.
 bool MainForm::reportNotWritten(const std::string& file, const std::string& reason) {
     const Texts& texts = services_.texts;
     const std::string name = file == kStandardOutput ? texts.TL(9612, "(Standardausgabe)") : visible(file);

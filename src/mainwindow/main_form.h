@@ -1,7 +1,9 @@
-// frmMain: the owner of what a run of the program works with, grids and state above all.
+// frmMain owns what a run of the program works with, above all grids and state. For the thread of the logic
+// only.
 //
-// It answers what a scan asks of the window around it. With no window that is plain data: nobody sees the
-// status panels, the lists stay empty, and what could not be read goes to standard error, a line each.
+// It answers what a scan asks of the window around it. In a run without a window it only keeps data: there
+// are no status panels, the lists stay empty, and what could not be read goes to standard error, one line
+// each.
 #pragma once
 
 #include <string>
@@ -16,7 +18,7 @@
 
 namespace hl {
 
-/// What the form is given by whoever starts the program. All of it outlives the form.
+/// What main gives the form; all of it outlives the form.
 struct FormServices {
     SettingsStore& settings;
     const Texts& texts;
@@ -29,7 +31,7 @@ struct FormServices {
     Diagnostics& diagnostics;
     const PathRules& paths;
     const NumberFormat& numbers;
-    PathBases bases = {};  ///< Of a source that is typed.
+    PathBases bases = {};  ///< What a typed source is relative to.
 };
 
 class MainForm : public ScanHost {
@@ -38,9 +40,9 @@ class MainForm : public ScanHost {
 
     /// Reads the options and sets up the grids.
     void Form_Load();
-    /// Reads the sources of a silent command line and writes the report, for which the target is opened
-    /// before anything is read. True if everything was read and the report written whole; else each thing
-    /// that was not has been told. REQUIRES: Form_Load was called.
+    /// Reads the sources of a silent command line and writes the report. The report's target is opened before
+    /// anything is read. Returns true if everything was read and the report was written completely; anything
+    /// that failed has then been reported. REQUIRES: Form_Load was called.
     bool runSilent(const std::string& commandLine);
 
     ScanState& state() { return state_; }

@@ -1,7 +1,7 @@
-// frmOptionen: the few options that have no command of their own. What it saves goes to the file at once.
+// frmOptionen shows the few options that have no command of their own. It saves them to the file at once.
 //
-// Opening it makes the desktop's offer for folders what the settings say, so that an offer that got lost, or
-// that names the program at an older place, is repaired. Thread of the logic.
+// Opening it brings the desktop's entry for folders in line with the settings, which repairs an entry that
+// got lost or that names the program's former place. For the thread of the logic.
 #pragma once
 
 #include <string>
@@ -16,7 +16,7 @@
 
 namespace hl {
 
-/// All of it outlives the form.
+/// What the form uses; everything outlives it.
 struct OptionsServices {
     SettingsStore& settings;
     const Texts& texts;
@@ -24,26 +24,26 @@ struct OptionsServices {
     SystemFacts& facts;
     Diagnostics& diagnostics;
     FolderVerb& verb;
-    std::string executable;  ///< The whole path.
+    std::string executable;  ///< The executable's full path.
 };
 
 class OptionsForm {
   public:
-    /// As it is loaded: translated, with the values of the file.
+    /// Makes the form with translated texts and the values of the file.
     explicit OptionsForm(const OptionsServices& services);
     OptionsForm(const OptionsForm&) = delete;
     OptionsForm& operator=(const OptionsForm&) = delete;
 
-    /// How a window shows the form. It refers to this object's controls.
+    /// Tells a window how to show the form. The result refers to this object's controls.
     Form form();
 
-    /// Changes count from here on.
+    /// Clicks count as changes from now on.
     void Form_Activate() { activated_ = true; }
     void chkKontextmenu_Click() { changed_ |= activated_; }
     void chkInstanz_Click() { changed_ |= activated_; }
     void txtDateFormat_Change() { changed_ |= activated_; }
-    /// Saves only if something was changed. Another number of instances counts from the next start on; the
-    /// date format is the caller's to load anew, whichever button was pressed.
+    /// Saves if anything was changed. A change of the number of instances takes effect at the next start. The
+    /// caller must load the date format again, whichever button was pressed.
     void cmdOK_Click();
     void cmdCancel_Click() { loaded = false; }
 
@@ -51,12 +51,12 @@ class OptionsForm {
     CheckBox chkKontextmenu, chkInstanz;
     TextBox txtDateFormat{.text = "dd/mm/yyyy hh:nn:ss"};
     CommandButton cmdOK, cmdCancel;
-    bool loaded = true;  ///< False: the form is done with.
+    bool loaded = true;  ///< False once the form is done with.
 
   private:
     void OptionenLaden();
     void OptionenSpeichern();
-    /// Makes the offer, or withdraws it. A failure goes to the debug log; the user is not told.
+    /// Adds the desktop's entry for folders, or removes it. A failure goes to the debug log only.
     void ApplyExplorerVerb(bool offered);
 
     OptionsServices services_;

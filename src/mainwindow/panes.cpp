@@ -18,12 +18,13 @@ constexpr const char* kModul = "frmMain";
 constexpr Command kPanels[] = {Command::kShowReport, Command::kShowDrives,    Command::kShowFiles,
                                Command::kShowTop,    Command::kShowHardlinks, Command::kShowJunctions};
 
-// In twips. Beside a report that leaves less than the first, bars are clipped instead of wrapped; above a
-// report narrower than the second, cbrReport is.
+// In twips. Bars are clipped instead of wrapped: those beside the report if it leaves less than the first,
+// cbrReport if the report is narrower than the second.
 constexpr int kNarrowRest = 3500;
 constexpr int kNarrowReport = 2000;
-// In pixels: what the bar of a list leaves below itself, its titles and a few rows; and what a window that
-// becomes smaller leaves to a preview, to a list with its bar, and to all that is beside the report.
+// In pixels: the least height that a list's bar leaves below itself for titles and a few rows; and what
+// stays, when the window becomes smaller, for a preview, for a list with its bar, and for everything beside
+// the report.
 constexpr int kLeastList = 96, kLeastPreview = 24, kLeastLists = 96, kLeastBeside = 100;
 
 PaneRef pane(SplitterId id) {
@@ -37,7 +38,7 @@ PaneRef pane(GridId id) {
 }
 constexpr PaneRef kPreviewPane = {PaneRef::Kind::kPreview, 0};
 
-// How a splitter starts. A minimum of 0 is none.
+// The start values of a splitter. A minimum of 0 means none.
 struct StartValues {
     SplitterId id;
     int barSize, position, minimum1, minimum2;
@@ -60,7 +61,7 @@ void setUp(cSplitter& splitter, const StartValues& start) {
     splitter.setShowGripper(start.gripper);
 }
 
-// A bar above a view, and the splitter whose first pane it is.
+// A bar above a view, and the splitter whose first pane holds the bar.
 struct BarPane {
     BarId bar;
     SplitterId splitter;
@@ -81,8 +82,8 @@ Flag flagOf(bool on) {
 
 }  // namespace
 
-// One of the lists that share a place. The entries of its bar for the preview and for a preview beside the
-// list are kNone where there are none.
+// One of the lists that share a place. If its bar has no entry for the preview, or for a preview beside the
+// list, that is kNone.
 struct Panes::ListPane {
     Command panel;
     BarId bar;
@@ -130,7 +131,7 @@ Panes::Panes(const PaneParts& parts) : parts_(parts) {
     splitter(SplitterId::kInfo).AfterResize = [this] { splInfo_AfterResize(); };
     splitter(SplitterId::kFilesAndPreview).AfterResize = [this] {
         if (halveWhenKnown_) return halvePreview();
-        // Whoever drags it to its end wants it there.
+        // While the user drags the splitter, it may go to its end.
         if (!splitter(SplitterId::kFilesAndPreview).dragging())
             keepBothInSight(SplitterId::kFilesAndPreview, kLeastPreview);
     };
@@ -213,7 +214,7 @@ void Panes::Change_Info_Visibility() {
         const bool drives = panelOn(Command::kShowDrives);
         panelsToOptions(list);
         if (list == nullptr && !parts_.status.second.empty()) {
-            parts_.status.second.clear();  // What a list had to say of itself.
+            parts_.status.second.clear();  // The statistics belonged to the list.
             parts_.host.statusChanged();
         }
         cSplitter& splMain = splitter(SplitterId::kMain);
@@ -230,13 +231,13 @@ void Panes::Change_Info_Visibility() {
     });
 }
 
-// The options say at most one list, also where a file edited by hand has several entries checked.
+// The options name at most one list, even if a file edited by hand has several of them checked.
 void Panes::panelsToOptions(const ListPane* list) {
     parts_.options.DiskinfoVisible = flagOf(panelOn(Command::kShowDrives));
     for (const ListPane& one : kLists) parts_.options.*one.visible = flagOf(&one == list);
 }
 
-// What is to show comes first: hiding the last pane would show the other one.
+// Panes are shown before others are hidden, because hiding the last pane would show the other one.
 void Panes::panesOfInfo(bool drives, bool lists) {
     cSplitter& splInfo = splitter(SplitterId::kInfo);
     if (drives) splInfo.setControl1Visible(true);
@@ -246,7 +247,7 @@ void Panes::panesOfInfo(bool drives, bool lists) {
     if (drives) parts_.host.Drives_ResizeTableHeight();
 }
 
-// The first panel is as wide as the report above it, if that shows.
+// Makes the first panel as wide as the report above it, if that is visible.
 void Panes::statusWidth() {
     const bool report = panelOn(Command::kShowReport);
     parts_.status.firstTakesAll = !report;
@@ -288,7 +289,7 @@ void Panes::followPreviewEntries(GridId grid) {
     both.setControl2Visible(bar(list.bar).isChecked(idOf(list.preview)));
     const bool beside = bar(list.bar).isChecked(idOf(list.beside));
     both.setOrientation(beside ? Orientation::kSideBySide : Orientation::kStacked);
-    // Dragged to the end, or too far for the other direction: what is switched on is seen.
+    // The preview is switched on but was dragged out of sight, or the direction has changed.
     if (both.Control2Visible() && both.total() > 0 && both.total() - both.Position() < kLeastPreview)
         halvePreview();
 }
@@ -309,7 +310,7 @@ void Panes::cbrResize(BarId id) {
         holder.setMinimumSize(1, height);
         holder.setMaximumSize(1, height);
         holder.Resize();
-        // A bar with one row more would take it from the few rows that the drives have.
+        // A bar with one more row would take it from the few rows of the drives.
         if (id == BarId::kDrives && holder.Position() != before) parts_.host.Drives_ResizeTableHeight();
     });
 }
@@ -321,8 +322,8 @@ void Panes::measureListBars() {
     }
 }
 
-// Clips the bar of a list that would leave its list, and the preview, less than kLeastList each, and wraps it
-// again where there is room. Its height then.
+// Clips the bar of a list if it would leave less than kLeastList for the list, or for the preview, and wraps
+// it again if there is room. Returns the bar's height after that.
 int Panes::fitBar(BarId id, const cSplitter& holder) {
     const int height = parts_.host.barHeight(id);
     if (&holder != &splitter(SplitterId::kFiles)) return height;
@@ -338,14 +339,14 @@ int Panes::fitBar(BarId id, const cSplitter& holder) {
 void Panes::splMain_AfterResize() {
     guarded(parts_.diagnostics, "splMain_AfterResize", kModul, [&] {
         if (keepBothInSight(SplitterId::kMain, kLeastBeside)) return;
-        // Its grid may not have its new width yet.
+        // The report's grid may not have its new width yet, so the width is taken from the splitter.
         const cSplitter::Span pane = splitter(SplitterId::kMain).layout().first;
         const int report = pane.visible ? pane.size : 0;
         parts_.status.firstWidth = report;
         parts_.host.statusChanged();
         const int rest = parts_.host.formWidth() - report;
         narrowRest_ = rest * kTwipsPerPixel < kNarrowRest;
-        // With another width, what a low pane clips is measured anew.
+        // With a new width, a bar that is clipped in a low pane is measured anew.
         const bool sameWidth = std::exchange(rest_, rest) == rest;
         for (const BarId beside :
              {BarId::kDrives, BarId::kFiles, BarId::kTop, BarId::kHardlinks, BarId::kJunctions})
@@ -356,8 +357,8 @@ void Panes::splMain_AfterResize() {
     });
 }
 
-// A window that was made smaller would push the second pane, and the bar between, out of it. `least` is what
-// the second pane keeps. True if that moved the bar, and so told of it once more.
+// When the window becomes smaller, the second pane and the bar between would leave it; this keeps `least`
+// pixels for the second pane. Returns true if it moved the bar, which causes another event.
 bool Panes::keepBothInSight(SplitterId id, int least) {
     cSplitter& both = splitter(id);
     const int most = both.total() - both.SplitterSize() - least;

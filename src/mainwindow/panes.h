@@ -1,4 +1,4 @@
-// The panes of the main window: a tree of six splitters, with a grid and its bar in each leaf.
+// The panes of the main window: a tree of six splitters, whose leaves each hold a grid and its bar.
 //
 //     splMain (side by side)
 //       splReport              cbrReport above tvwPL
@@ -23,12 +23,12 @@
 
 namespace hl {
 
-/// Flips the entry of cbrMain that shows and hides a panel. The last panel that shows stays, and a list that
-/// comes to show hides the other three. False if nothing was flipped; so too for a command that is no
-/// panel's.
+/// Switches the entry of cbrMain that shows or hides a panel. The last visible panel stays, and a list that
+/// is shown hides the other three. Returns false if nothing was switched, or if the command is not that of a
+/// panel.
 bool PanelToggle(CommandBar& cbrMain, Command panel);
 
-/// What the panes ask of the rest of the main form. Lists are kFiles, kTop, kHardlinks and kJunctions.
+/// What the panes ask of the rest of the main form. The lists are kFiles, kTop, kHardlinks and kJunctions.
 class PaneHost {
   public:
     virtual ~PaneHost() = default;
@@ -40,9 +40,9 @@ class PaneHost {
 
     // --- views
     virtual void refresh(GridId grid) = 0;
-    /// Fits the columns of a list that comes to show: it may have been filled at another width.
+    /// Fits the columns of a list that becomes visible, because it may have been filled at another width.
     virtual void fitColumns(GridId list) = 0;
-    /// Nothing for the junctions, which have no icons of their own.
+    /// Does nothing for the junctions, which have no icons of their own.
     virtual void SetFileIcons(GridId list) = 0;
     virtual void ShowFileStat(GridId list) = 0;
     /// `folder` ends with a separator.
@@ -52,70 +52,72 @@ class PaneHost {
     virtual void Preview_Reset_View() = 0;
     virtual void Preview_ShowFile() = 0;
 
-    /// The panel values that the panes were given have changed.
+    /// The values that the panes set in the status panels have changed.
     virtual void statusChanged() = 0;
 };
 
-/// What the panes work with. All of it outlives them.
+/// What the panes work with; all of it outlives them.
 struct PaneParts {
-    std::array<CommandBar*, kBarCount> bars;  ///< None is null; those of hidden panes too are complete.
+    std::array<CommandBar*, kBarCount> bars;  ///< All bars, including those of hidden panes; none is null.
     const Grid& tvwPL;
-    Options& options;  ///< The five options of panels that show are written.
+    Options& options;  ///< The panes write the five options that tell which panels are visible.
     const ScanState& state;
     const PathRules& paths;
-    StatusPanels& status;  ///< Width of the first panel; the second is emptied when no list shows.
+    StatusPanels& status;  ///< The panes set the width of the first panel, and empty the second when no list
+                           ///< is visible.
     PaneHost& host;
     Diagnostics& diagnostics;
 };
 
 class Panes {
   public:
-    /// Binds the tree, with its start values. The lists' place has the file list.
+    /// Builds the tree with its start values. The file list has the lists' place.
     explicit Panes(const PaneParts& parts);
     Panes(const Panes&) = delete;
     Panes& operator=(const Panes&) = delete;
 
     cSplitter& splitter(SplitterId id) { return splitters_[static_cast<std::size_t>(id)]; }
     const cSplitter& splitter(SplitterId id) const { return splitters_[static_cast<std::size_t>(id)]; }
-    /// In the order of SplitterId.
+    /// Returns them in the order of SplitterId.
     std::array<cSplitter*, kSplitterCount> all();
 
     // --- at the start, in the order of the calls
     /// Gives the lists' place to the first list whose option is on.
     void ShowFirstList();
-    /// `report`: its width, as mainwindow/window_geometry.h read it. The preview gets half of its splitter,
-    /// once the size of that is known.
+    /// Places the splitters. `report` is the report's width, from mainwindow/window_geometry.h. The preview
+    /// gets half of its splitter once that one's size is known.
     void placeSplitters(int report);
-    /// Hides what the options switch off.
+    /// Hides the panes that the options switch off.
     void hideByOptions();
 
     // --- commands
-    /// A click on a panel's entry of cbrMain, with all that follows from it. Other commands are ignored.
+    /// Carries out a click on a panel's entry of cbrMain. Other commands are ignored.
     void PanelToggle(Command panel);
-    /// Panes, options and status panel follow the panel entries of cbrMain. Call after any of them changed.
+    /// Brings panes, options and status panel in line with the panel entries of cbrMain; must be called after
+    /// any of them changed.
     void Change_Info_Visibility();
-    /// Preview and its place follow the entries for them in the bar of `list`; the junctions have none.
-    /// REQUIRES: `list` is one of the four lists.
+    /// Brings the preview and its place in line with their entries in the bar of `list`; the junctions have
+    /// none. REQUIRES: `list` is one of the four lists.
     void followPreviewEntries(GridId list);
 
     // --- events
-    /// cbrReport_Resize and its five siblings, by bar: the bar's pane becomes exactly as high as the bar.
-    /// Ignored for cbrMain, for a bar whose pane does not show, and while it runs for the same bar.
+    /// Makes the bar's pane exactly as high as the bar, for cbrReport_Resize and its five siblings. Ignored
+    /// for cbrMain, for a bar whose pane is hidden, and while it runs for the same bar.
     void cbrResize(BarId bar);
-    /// To be called when icons or captions of the bars have another size: whether the bars of the lists clip
-    /// is found out anew.
+    /// Must be called when icons or captions of the bars change their size: then it is determined anew
+    /// whether the lists' bars clip.
     void measureListBars();
-    /// Status panel and bars follow the width of the report. A window that became narrower keeps both sides
-    /// in sight.
+    /// Adapts status panel and bars to the width of the report. In a window that became narrower both sides
+    /// stay visible.
     void splMain_AfterResize();
-    /// Bars follow their panes, and rows that came into sight get their icons.
+    /// Adapts the bars to their panes and loads icons for rows that became visible.
     void splInfo_AfterResize();
-    /// While a long operation runs: has the grids that show painted, since they would not be otherwise.
+    /// Has the visible grids painted during a long operation, when they would not be otherwise.
     void Form_Resize();
 
-    /// The list that has the lists' place, whether it shows or not.
+    /// Returns the list in the lists' place, even if that is hidden.
     GridId list() const;
-    /// Whether the lists' place shows.
+    /// Tells whether the lists' place is visible.
     bool listShows() const;
 
   private:
@@ -141,8 +143,9 @@ class Panes {
     PaneParts parts_;
     std::array<cSplitter, kSplitterCount> splitters_;
     std::array<bool, kBarCount> barResizes_{};
-    std::array<int, kBarCount> wrappedHeights_{};  ///< Without clipping, as last measured; 0 before.
-    int rest_ = 0;                                 ///< Width beside the report.
+    std::array<int, kBarCount> wrappedHeights_{};  ///< The heights without clipping, as last measured; 0 if
+                                                   ///< not measured yet.
+    int rest_ = 0;                                 ///< The width beside the report.
     bool narrowRest_ = false;
     bool infoResizes_ = false;
     bool halveWhenKnown_ = false;

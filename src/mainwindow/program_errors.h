@@ -1,6 +1,6 @@
-// Where the reports of errors go: into the log, and to the user. With a window he sees them in a dialog, one
-// after the other; with none, each is a line of standard error. What comes before the window is on screen
-// waits for it: a dialog would stand there alone, and keep the window from coming. Thread of the logic.
+// Passes reports of errors to the log and to the user: with a window in a dialog, one after the other;
+// without one as a line of standard error each. Reports that come before the window is visible wait for it,
+// because a dialog before it would stand alone and delay the window. For the thread of the logic.
 #pragma once
 
 #include <string>
@@ -15,12 +15,12 @@
 
 namespace hl {
 
-/// All of it outlives this object; `texts` is first used when a report is shown.
+/// What the object uses; all of it outlives it. `texts` is not used before a report is shown.
 struct ProgramErrorServices {
     Log& log;
     Console& console;
     const Texts& texts;
-    std::string errorLog;  ///< The whole path, for the user to look there.
+    std::string errorLog;  ///< The full path, so that the user can find the file.
 };
 
 class ProgramErrors final : public ErrorSink {
@@ -30,9 +30,9 @@ class ProgramErrors final : public ErrorSink {
     void LogError(const std::string& text, bool blankLine, bool stamp) override;
     void showReport(const std::string& text, const std::string& summary) override;
 
-    /// A window is to come, or not to come after all (and what waited goes to standard error).
+    /// Tells that a window will come, or that none will: then waiting reports go to standard error.
     void waitForWindow(bool waits);
-    /// The window's dialog, which is shown from windowShown() on; null when the window is gone.
+    /// Sets the window's dialog, which is shown after windowShown(); null when the window is gone.
     void setDialog(ErrorReports* dialog);
     void windowShown() { waitForWindow(false); }
 
@@ -40,7 +40,7 @@ class ProgramErrors final : public ErrorSink {
     ProgramErrorServices services_;
     ErrorReports* dialog_ = nullptr;
     bool waits_ = false;
-    std::vector<std::pair<std::string, std::string>> waiting_;  ///< Reports and their summaries.
+    std::vector<std::pair<std::string, std::string>> waiting_;  ///< The reports with their summaries.
 };
 
 }  // namespace hl

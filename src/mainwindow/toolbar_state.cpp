@@ -15,7 +15,7 @@ namespace hl {
 
 namespace {
 
-constexpr std::size_t kLargestFile = std::size_t{64} << 10;  // Bytes; a whole file has less than one KiB.
+constexpr std::size_t kLargestFile = std::size_t{64} << 10;  // In bytes; a real file has less than 1 KiB.
 constexpr int kMostOrder = 99;
 constexpr std::string_view kFormatSection = "Format";
 constexpr std::string_view kFormatKey = "HarborlanternToolbars";
@@ -53,7 +53,8 @@ std::optional<std::vector<int>> idsIn(std::string_view text) {
 
 std::string_view valueOf(const Values& values, std::string_view key) {
     const auto found = values.find(key);
-    return found != values.end() ? std::string_view(found->second) : "-";  // "-" is no value of any key.
+    return found != values.end() ? std::string_view(found->second) : "-";  // "-" is no valid value of any
+                                                                           // key.
 }
 
 std::optional<BarState> stateIn(const Values& values) {
@@ -105,7 +106,7 @@ int ToolbarStore::save(Files& files, const std::string& path) const {
     for (std::size_t i = 0; i < kBarCount; ++i) writeState(ini, kSections[i], states_[i]);
     ini.set(kFormatSection, kFormatKey, kFormat);
     int error = 0;
-    // A pipe in its place would wait for a reader.
+    // If there is a pipe instead of the file, writing would wait for a reader.
     if (!files.readWhole(path, kLargestFile, error) && error == ESPIPE) return error;
     const auto file = files.replace(path, error);
     if (file == nullptr) return error != 0 ? error : EIO;

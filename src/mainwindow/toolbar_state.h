@@ -1,8 +1,8 @@
-// How the user has arranged the bars, kept in the file Toolbar.dat in the program's folder.
+// Keeps how the user arranged the bars, in the file Toolbar.dat in the program's folder.
 //
-// The file is UTF-8 text with a section for each bar: its place, whether it shows, and the ids of its hidden
-// entries. Captions, order and states of the entries are not kept: what is built counts. The last line says
-// the format, so that a file cut short is no such file. Thread of the logic only.
+// The file is UTF-8 text with a section for each bar: its place, whether it is visible, and the ids of its
+// hidden entries. Captions, order and states of the entries are not kept. The last line names the format, so
+// that a truncated file is recognised. For the thread of the logic only.
 #pragma once
 
 #include <array>
@@ -19,17 +19,18 @@ inline constexpr std::string_view kToolbarStateName = "Toolbar.dat";
 
 struct BarState {
     BarPlace place;
-    std::vector<int> hidden;  ///< Ids of entries.
+    std::vector<int> hidden;  ///< The ids of hidden entries.
 };
 
 class ToolbarStore {
   public:
-    /// Whether the states come from a file; ExchangeState then gives them to the bars.
+    /// Tells whether the states come from a file; only then ExchangeState changes the bars.
     bool isLoaded() const { return loaded_; }
 
-    /// False, and the store as it was, if the file is missing, unreadable, broken or not ours.
+    /// Returns false and changes nothing if the file is missing, unreadable, damaged or of another kind.
     bool load(Files& files, const std::string& path);
-    /// Replaces the file in one step; an error leaves the old one. System error code, 0 for success.
+    /// Replaces the file in one step; after an error the old file is still there. Returns a system error
+    /// code, 0 for success.
     int save(Files& files, const std::string& path) const;
 
     BarState& of(BarId bar) { return states_[static_cast<std::size_t>(bar)]; }
@@ -40,9 +41,8 @@ class ToolbarStore {
     bool loaded_ = false;
 };
 
-/// Out of a store that was loaded, the bar takes its place and hides entries; ids that it does not have are
-/// passed over, and no entry that was built hidden is shown. A store that was not loaded takes the state of
-/// the bar.
+/// If the store was loaded, the bar takes its place from it and hides entries; unknown ids are ignored, and
+/// an entry that was built hidden stays hidden. If the store was not loaded, it takes the state of the bar.
 void ExchangeState(ToolbarStore& store, CommandBar& bar);
 
 }  // namespace hl

@@ -9,7 +9,7 @@ struct FontFields {
     float Options::*size;
     std::string Options::*style;
 };
-// By GridId.
+// In the order of GridId.
 constexpr FontFields kFonts[kGridCount] = {
     {&Options::FontName, &Options::FontSize, &Options::FontStyle},
     {&Options::FontNameDisk, &Options::FontSizeDisk, &Options::FontStyleDisk},
@@ -17,7 +17,7 @@ constexpr FontFields kFonts[kGridCount] = {
     {&Options::FontNameTOP, &Options::FontSizeTOP, &Options::FontStyleTOP},
     {&Options::FontNameHardlinks, &Options::FontSizeHardlinks, &Options::FontStyleHardlinks},
     {&Options::FontNameJunctions, &Options::FontSizeJunctions, &Options::FontStyleJunctions}};
-// By 1 for bold and 2 for italic.
+// The index is the sum of 1 for bold and 2 for italic.
 constexpr const char* kStyles[] = {"", "bold", "italic", "bold italic"};
 
 }  // namespace

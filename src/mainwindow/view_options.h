@@ -1,4 +1,4 @@
-// Which fields of the options belong to which view.
+// Tells which fields of the options belong to which view. The functions are pure.
 #pragma once
 
 #include "app/options.h"
@@ -9,9 +9,9 @@ namespace hl {
 GridFont fontOf(const Options& options, GridId grid);
 void setFontOf(Options& options, GridId grid, const GridFont& font);
 
-/// The grid that a bar stands above. REQUIRES: not kMain.
+/// Returns the grid below a bar. REQUIRES: `bar` is not kMain.
 GridId gridOf(BarId bar);
-/// The bar above a grid.
+/// Returns the bar above a grid.
 BarId barOf(GridId grid);
 
 }  // namespace hl

@@ -1,4 +1,4 @@
-// Sections: dispatch; the main bar; several views; the report; the drives; the lists.
+// The commands: dispatch; the main bar; several views; the report; the drives; the lists.
 #include "mainwindow/window_commands.h"
 
 #include <algorithm>
@@ -49,7 +49,7 @@ void WindowCommands::execute(BarId id, int command) {
     form_.readWaiting();
 }
 
-// The option takes over what the click has switched.
+// Changes the option of the clicked entry.
 void WindowCommands::keep(const CommandRow& row) {
     using Use = KeptOption::Use;
     CommandBar& bar = form_.bar(barOf(row.command));
@@ -86,7 +86,7 @@ void WindowCommands::stop(const CommandRow& /*row*/) {
     form_.state_.CancelState = kCancelStop;
 }
 
-// What an empty list says follows.
+// An empty list shows a hint that depends on the option.
 void WindowCommands::scanOption(const CommandRow& /*row*/) {
     if (form_.panes_.listShows()) form_.window_->refresh(form_.panes_.list());
 }
@@ -123,7 +123,7 @@ void WindowCommands::openHomepage(const CommandRow& /*row*/) {
     startUrl(form_.own_.addresses.homepage);
 }
 
-// A desktop may have no program for it.
+// Opens an address; the desktop may have no program for it.
 void WindowCommands::startUrl(std::string url) {
     const std::string lower = lowerCase(url);
     if (!lower.starts_with("https://") && !lower.starts_with("http://")) url.insert(0, "http://");
@@ -133,7 +133,7 @@ void WindowCommands::startUrl(std::string url) {
         form_.services_.texts.TL(9526, "'%1' kann nicht geöffnet werden.", {visible(url)}));
 }
 
-// Bars of another size: those of the lists may have room now, or none.
+// With other sizes of the bars, those of the lists may fit now, or no longer.
 void WindowCommands::largeIcons(const CommandRow& /*row*/) {
     Change_ToolbarIconSize(form_.bars_, form_.services_.diagnostics);
     form_.panes_.measureListBars();
@@ -211,7 +211,7 @@ void WindowCommands::fullView(const CommandRow& row) {
     const bool ofReport = row.command == kReportFullView;
     for (const Command panel :
          {kShowReport, kShowDrives, kShowFiles, kShowTop, kShowHardlinks, kShowJunctions})
-        // A list has its place to itself already: it hides the report and the drives alone.
+        // A list has its place to itself already, so only the report and the drives are hidden.
         if (ofReport ? panel != kShowReport : panel == kShowReport || panel == kShowDrives)
             form_.bars_.cbrMain.setChecked(idOf(panel), false);
     form_.panes_.Change_Info_Visibility();
@@ -243,7 +243,8 @@ void WindowCommands::reportRemoveAll(const CommandRow& /*row*/) {
     form_.reportView_->removeAll();
 }
 
-// What an error of our own has left out nobody can tell: it shall not replace an older report.
+// Tells the user, and returns true, if an error of the program may have left rows out: such a report must not
+// replace an older one.
 bool WindowCommands::tellIncomplete() {
     if (!form_.rowsMissing_) return false;
     form_.window_->message(

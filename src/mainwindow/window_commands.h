@@ -1,6 +1,6 @@
-// What the commands of the bars do. The rows of the table of commands name these routines.
+// Carries out the commands of the bars; the rows of the table of commands name these routines.
 //
-// Whatever escapes from a routine ends in the trap of its bar. Thread of the logic only.
+// An exception that leaves a routine ends in the trap of its bar. For the thread of the logic only.
 #pragma once
 
 #include <string>
@@ -15,13 +15,13 @@ class WindowForm;
 
 class WindowCommands {
   public:
-    /// `form` outlives it.
+    /// `form` must outlive it.
     explicit WindowCommands(WindowForm& form) : form_(form) {}
 
-    /// A command of a bar: its option first, then its routine. Nothing happens for one that the bar does not
-    /// have, or that is disabled.
+    /// Carries out a command of a bar: first its option, then its routine. Nothing happens if the bar does
+    /// not have the command, or if it is disabled.
     void execute(BarId bar, int id);
-    /// Return in a box: the routine of `id` runs, if it has one, and none while a scan runs.
+    /// Carries out Return in a box: runs the routine of `id`, if it has one and no scan is running.
     void returnIn(BarId bar, int id);
 
     // --- the main bar

@@ -16,7 +16,7 @@ namespace hl {
 namespace {
 constexpr const char* kModul = "frmMain";
 
-/// Without the separator at its end, which would have a link followed.
+/// Removes the separator at the end, because with it a link would be followed.
 std::string withoutSlash(std::string path) {
     while (path.size() > 1 && path.ends_with('/')) path.pop_back();
     return path;
@@ -25,8 +25,8 @@ std::string withoutSlash(std::string path) {
 
 // --- menus
 
-// What went since it was read has no menu, nor has what does not answer, and the user sees why. Nothing has
-// one if the window was closed meanwhile.
+// Returns true, and shows the user why, if the path is gone or does not answer. Also true if the window was
+// closed meanwhile.
 bool WindowForm::hasNoMenu(const char* routine, const std::string& path) {
     if (path.empty()) return false;
     std::string text;
@@ -73,7 +73,7 @@ void WindowForm::reportMenuCommand(int id, Row row) {
     }
 }
 
-// What the menu does, it does to the drive that was clicked.
+// The menu acts on the drive that was clicked, so that one is selected.
 void WindowForm::openDriveMenu(Row row, Point at) {
     lvwDiskinfo_.selectNone();
     lvwDiskinfo_.setSelected(row, true);

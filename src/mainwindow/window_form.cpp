@@ -1,5 +1,4 @@
-// The life of the window, and what happens in it. Sections: making; loading; on screen; closing;
-// events.
+// The life of the window, and what happens in it: making; loading; on screen; closing; events.
 #include "mainwindow/window_form.h"
 
 #include <algorithm>
@@ -151,7 +150,7 @@ void WindowForm::Form_Activate() {
     GetAllSavedComboFolders(
         cboOrdner_, services_.settings, drives, options_.ComboText,
         [this](const std::string& folder) {
-            // What a link leads to is not asked: it may lie on a server that is gone.
+            // The target of a link is not asked for, because it may be on a server that is gone.
             int notALink = 0;
             const PathFacts facts = services_.fileSystem.look(folder);
             return facts.isFolder || facts.error == kNoAnswerError ||
@@ -162,20 +161,20 @@ void WindowForm::Form_Activate() {
     sourcesChanged();
     EnableControls(scan_);
     setBusyPointer(false);
-    // What was handed over meanwhile comes after.
+    // Sources that were handed over meanwhile come after these.
     const std::vector<std::string> sources = GetFoldersFromCommand(own_.commandLine);
     state_.SourceQueue.insert(state_.SourceQueue.begin(), sources.begin(), sources.end());
 }
 
 void WindowForm::runQueue() {
-    // Some may come when the run has read its last source and is not over yet.
+    // More sources may come after a run has read its last one but before it has ended.
     while (!state_.SourceQueue.empty() && !state_.ScanActive && !unloaded_) {
         Ordnerliste_Abarbeiten(scan_);
         sourcesChanged();
     }
 }
 
-// Sources that were handed over while a command or a dialog was at work wait for its end.
+// Reads sources that were handed over during a command or a dialog, which they wait for.
 void WindowForm::readWaiting() {
     if (!ready_ || commands_ > 0) return;
     guarded(services_.diagnostics, "Ordnerliste_Abarbeiten", kModul, [&] { runQueue(); });
@@ -192,7 +191,7 @@ bool WindowForm::formQueryUnload() {
     return true;
 }
 
-// What an error kept from being loaded is left as the files have it.
+// Saves only what was loaded; if an error prevented loading, the files stay as they are.
 void WindowForm::saveState() {
     if (!loaded_) return;
     FensterpositionSpeichern(services_.settings, window_->state(), window_->normalGeometry(),
@@ -207,8 +206,8 @@ void WindowForm::saveState() {
     driveList_.Drives_SaveNetworkFolders();
 }
 
-// The window may have been closed in a pause of something that goes on using it: it is there, unseen, until
-// all of that has ended.
+// The window may be closed in a pause of something that still uses it: it stays, unseen, until that has
+// ended.
 void WindowForm::formUnload() {
     unloaded_ = true;
     state_.CancelState = kCancelStop;
@@ -317,7 +316,7 @@ void WindowForm::handOver(const std::string& commandLine) {
     readWaiting();
 }
 
-// Called in a catch block: what is in flight is told like any other error.
+// Reports the exception being handled like any other error; must be called in a catch block.
 void WindowForm::windowFault(const char* where) {
     const auto fault = std::current_exception();
     guarded(services_.diagnostics, where, kModul, [&] {

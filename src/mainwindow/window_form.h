@@ -1,10 +1,9 @@
 // frmMain with its window: its life from loading to the end of the process, its commands, and what a scan
 // shows in it.
 //
-// Four files: window_form.cpp has the life of the window and its events, window_scan.cpp what a scan and the
-// panes ask for, window_lists.cpp what the lists ask for, window_files.cpp what changes or opens files. What
-// the commands of the bars do is in mainwindow/window_commands.h.
-// Thread of the logic only.
+// window_form.cpp has the life of the window and its events, window_scan.cpp what a scan and the panes ask
+// for, window_lists.cpp what the lists ask for, window_files.cpp what changes or opens files. The commands of
+// the bars are in mainwindow/window_commands.h. For the thread of the logic only.
 #pragma once
 
 #include <functional>
@@ -33,21 +32,21 @@
 
 namespace hl {
 
-/// What a window needs beside FormServices. All of it outlives the form.
+/// What a window needs besides FormServices; all of it outlives the form.
 struct WindowServices {
     Drives& drives;
     FolderVerb& verb;
     FileOperations& operations;
-    std::string executable;     ///< The whole path.
-    std::string programFolder;  ///< Settings, log and Toolbar.dat.
+    std::string executable;     ///< The executable's full path.
+    std::string programFolder;  ///< The folder of settings, log and Toolbar.dat.
     std::string commandLine;
     std::string version;  ///< "0.1"
     Addresses addresses;
-    /// The window exists from here on, or no longer.
+    /// Is called when the window exists, and with null when it no longer does.
     std::function<void(Window*, MessagePump*)> windowThere;
-    /// The user sees it: what was to be told while it loaded can be told now.
+    /// Is called when the user sees the window: messages that waited for that can be shown now.
     std::function<void()> windowShown = {};
-    bool portable = true;  ///< Not installed by a package.
+    bool portable = true;  ///< True if no package installed the program.
 };
 
 class WindowForm final : public MainForm,
@@ -66,9 +65,9 @@ class WindowForm final : public MainForm,
     /// What the window shows, for the start of the module.
     WindowParts& parts() { return parts_; }
     bool restartPending() const { return RestartPending_; }
-    /// The window was closed; whoever hands sources over now would lose them.
+    /// Tells that the window was closed; sources handed over now would be lost.
     bool unloaded() const { return unloaded_; }
-    /// The window while a disk is waited for.
+    /// Locks the window while a disk is waited for.
     DiskWait& diskWait() { return *this; }
     void takeDriveAnswers() { driveList_.takeAnswers(); }
 
@@ -150,7 +149,7 @@ class WindowForm final : public MainForm,
     void setReportWidth(int pixels) override;
     void setFirstPanel(const std::string& text) override;
     void openRowsMenu(Point at) override;
-    void Preview_Reset_View() override { preview_.Preview_Reset_View(); }  ///< For the panes, too.
+    void Preview_Reset_View() override { preview_.Preview_Reset_View(); }  ///< The panes call it, too.
     void Report_ShellContextMenu(Row row, const std::string& path, Point at) override;
 
     // --- PaneHost
@@ -197,7 +196,8 @@ class WindowForm final : public MainForm,
     bool hasNoMenu(const char* routine, const std::string& path);
     void openDriveMenu(Row row, Point at);
     void reportMenuCommand(int id, Row row);
-    /// What is handed over while a command is on the stack waits for its end.
+    /// Marks a command as running while the result lives: sources that are handed over meanwhile wait for its
+    /// end.
     auto command() {
         ++commands_;
         return ScopeExit([this] { --commands_; });
@@ -217,32 +217,32 @@ class WindowForm final : public MainForm,
     Panes panes_;
     DriveList driveList_;
     ToolbarStore toolbars_;
-    bool ColumnDragGuard_ = false;  ///< The next click on a title ends the drag of a column border.
+    bool ColumnDragGuard_ = false;  ///< The next click on a title only ends the dragging of a column border.
     std::unique_ptr<ReportView> reportView_;
     std::unique_ptr<FilePictures> pictures_;
     std::unique_ptr<TypeNames> typeNames_;
     std::unique_ptr<ListViews> lists_;
     WindowParts parts_;
     WindowPreview preview_;
-    /// Nobody has chosen the width of the report: it starts narrower than its columns.
+    /// Nobody has chosen the width of the report yet: it starts narrower than its columns.
     bool reportWidthOpen_ = false;
-    int reportStart_ = 0;              ///< The width that nobody has chosen.
-    bool sourceUnseen_ = false;        ///< The row of the first source of a run was not shown yet.
-    std::uint64_t shownFolders_ = 0;   ///< Notices of a run to the report.
-    bool loaded_ = false;              ///< The form has taken over all that is saved at the end.
-    bool sourcesLoaded_ = false;       ///< And the box of sources.
-    bool ready_ = false;               ///< formActivate is over: sources may be read.
-    std::uint32_t errorsBefore_ = 0;   ///< Of the program, when the controls were locked.
+    int reportStart_ = 0;              ///< The width at the start, which nobody has chosen.
+    bool sourceUnseen_ = false;        ///< The row of a run's first source has not been shown yet.
+    std::uint64_t shownFolders_ = 0;   ///< How often a run has told the report to show new rows.
+    bool loaded_ = false;              ///< The form has taken over everything that is saved at the end.
+    bool sourcesLoaded_ = false;       ///< The box of sources has been loaded, too.
+    bool ready_ = false;               ///< formActivate has ended: sources may be read.
+    std::uint32_t errorsBefore_ = 0;   ///< The program's number of errors when the controls were locked.
     bool rowsMissing_ = false;         ///< An error of the program has ended what fills the report.
-    bool unloaded_ = false;            ///< What is on the stack then still ends; nothing new begins.
-    int commands_ = 0;                 ///< Commands on the stack, each perhaps with a dialog of its own.
+    bool unloaded_ = false;            ///< Running routines end after this, but nothing new begins.
+    int commands_ = 0;                 ///< Commands on the stack; each may have a dialog of its own.
     int diskWaits_ = 0;                ///< Waits for a disk on the stack.
-    bool lockedForDisk_ = false;       ///< The outermost of them has locked the window.
-    std::uint64_t diskWaitBegan_ = 0;  ///< Tick.
+    bool lockedForDisk_ = false;       ///< The outermost wait has locked the window.
+    std::uint64_t diskWaitBegan_ = 0;  ///< In ticks.
     std::string statusBeforeWait_;
     bool RestartPending_ = false;
     std::uint64_t lastStatusTick_ = 0;
-    std::string missing_;  ///< What a run has to say of sources that do not exist.
+    std::string missing_;  ///< What a run has to say about sources that do not exist.
 };
 
 }  // namespace hl

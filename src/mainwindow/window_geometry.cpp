@@ -11,9 +11,9 @@ namespace hl {
 namespace {
 
 constexpr int kSplitterInside = 2190;                  // Twips.
-constexpr double kLargest = 32767.0 * kTwipsPerPixel;  // No window system takes more pixels.
+constexpr double kLargest = 32767.0 * kTwipsPerPixel;  // In twips; no window system takes more pixels.
 
-// Twips that a window can have as a place.
+// Returns a number of twips that can be a window's place, or nothing.
 std::optional<double> twips(const IniText& settings, std::string_view key) {
     const auto number = parseNumber(settings.find(kSectionForm, key).value_or(""));
     if (!number || !(std::abs(*number) <= kLargest)) return std::nullopt;
@@ -29,7 +29,7 @@ int pixels(double twips) {
     return static_cast<int>(std::lround(twips / kTwipsPerPixel));
 }
 
-// One edge in pixels, `start` and `length` those of the screen.
+// Returns one edge in pixels; `start` and `length` are those of the screen.
 int edge(std::optional<double> stored, double windowTwips, int start, int length) {
     const int centred = start + pixels(length * kTwipsPerPixel / 2.0 - windowTwips / 2);
     const int wanted = stored ? pixels(*stored) : centred;

@@ -1,4 +1,5 @@
-// Where the window stands, in the section "Form" of the settings: lengths there in twips, 15 to a pixel.
+// The window's place in the section "Form" of the settings, where lengths are in twips (15 to a pixel). For
+// the thread of the logic.
 #pragma once
 
 #include "app/ini_file.h"
@@ -12,18 +13,18 @@ constexpr int kTwipsPerPixel = 15;
 /// In pixels.
 struct WindowPlace {
     Rect rect;
-    int splitter = 0;  ///< Position of splMain.
+    int splitter = 0;  ///< The position of splMain.
 };
 
-/// The place that was saved, on this screen. A window without one stands in the middle. One whose left or
-/// upper edge would lie outside of the screen has that edge at the screen's; a splitter beyond the window
-/// stands at 2190 twips. What is no number, or no size of a window, counts as not saved.
+/// Returns the saved place, adapted to this screen. Without one, the window is centred. A left or upper edge
+/// outside of the screen is moved to the screen's edge; a splitter beyond the window goes to 2190 twips. What
+/// is no number, or no possible size of a window, counts as not saved.
 WindowPlace savedPlace(const IniText& settings, const Rect& screen);
 
-/// The state for the first activation. A window that was closed minimised opens normal.
+/// Returns the state for the first activation. A window that was closed minimised opens normally.
 WindowState savedState(const IniText& settings);
 
-/// Saves where the window is: `normal` is its place when it is neither minimised nor maximised, in pixels.
+/// Saves where the window is. `normal` is its place in pixels when it is neither minimised nor maximised.
 void FensterpositionSpeichern(SettingsStore& settings, WindowState state, const Rect& normal, int splMain);
 
 }  // namespace hl

@@ -1,4 +1,4 @@
-// What the four lists ask of the window around them, and where their events go.
+// What the four lists ask of the window around them, and how their events reach them.
 #include "base/text.h"
 #include "mainwindow/view_options.h"
 #include "mainwindow/window_form.h"
@@ -7,7 +7,7 @@
 
 namespace hl {
 
-// Lists need the window: what they show is asked for as they are set up.
+// The lists need the window already while they are set up.
 void WindowForm::makeLists() {
     Init_FileList(lvwFiles_, options_, services_.texts);
     pictures_ = std::make_unique<FilePictures>(window_->fileTypes());
@@ -37,7 +37,7 @@ bool WindowForm::listShows(GridId list) {
     return !unloaded_ && panes_.listShows() && panes_.list() == list;
 }
 
-// A list that no scan fills, and a window without a source, say what to do about it.
+// Returns what to do about an empty list that no scan fills, or about a window without a source.
 std::string WindowForm::emptyHint(GridId id) const {
     const Texts& texts = services_.texts;
     const std::string start = texts.TL(3531, "Start");

@@ -1,4 +1,4 @@
-// The preview in the main form: which list it follows.
+// The preview of the main form, which follows the visible list. For the thread of the logic.
 #pragma once
 
 #include <array>
@@ -11,7 +11,7 @@ namespace hl {
 
 class WindowPreview final : private PreviewHost {
   public:
-    /// What the preview works with. All of it outlives it.
+    /// What the preview works with; all of it outlives it.
     struct Parts {
         const Panes& panes;
         const std::array<Grid*, kGridCount>& grids;
@@ -23,7 +23,7 @@ class WindowPreview final : private PreviewHost {
     explicit WindowPreview(const Parts& parts)
         : parts_(parts), preview_(*this, parts.texts, parts.log, parts.diagnostics) {}
 
-    /// The window and its pane exist from here on; null: no longer.
+    /// Tells that the window and its pane exist; null tells that they no longer do.
     void setWindow(Window* window);
     void Preview_ShowFile(bool force) { preview_.Preview_ShowFile(force); }
     void Preview_Reset_View() { preview_.Preview_Reset_View(); }

@@ -23,7 +23,7 @@ void WindowForm::setBusyPointer(bool busy) {
     window_->setBusyPointer(busy);
 }
 
-// The bar of the largest files stays: how many are wanted may be changed during a run.
+// The bar of the largest files is not locked, because their wanted number may be changed during a run.
 void WindowForm::lockControls(bool noStop) {
     errorsBefore_ = services_.diagnostics.errcount();
     rowsMissing_ = rowsMissing_ && tvwPL_.rowCount() > 0;
@@ -48,7 +48,7 @@ void WindowForm::unlockControls() {
     bars_.cbrMain.setEnabled(kStop, false);
 }
 
-// From here on rows come by the thousand: the window hears of them when a folder of the first level is done.
+// Rows come by the thousand now: the window hears of them when a folder of the first level is done.
 void WindowForm::statusOfRun() {
     for (Grid* each : {&tvwPL_, &lvwTOP_, &lvwHardlinks_, &lvwJunctions_}) each->setRedraw(false);
     sourceUnseen_ = true;
@@ -85,7 +85,7 @@ void WindowForm::folderEntered(std::string_view path) {
     setFirstPanel(std::string(path) + "*.*");
 }
 
-// Fitting costs about a millisecond: as often as their number doubles, the columns follow the rows.
+// Fitting the columns costs about a millisecond, so it is done each time the number of notices has doubled.
 void WindowForm::firstLevelFolderDone() {
     tvwPL_.setRedraw(true);
     tvwPL_.setRedraw(false);
@@ -96,7 +96,7 @@ void WindowForm::firstLevelFolderDone() {
 
 // --- a disk that has not answered at once
 
-// Nothing else may begin meanwhile, so the window is locked like for a run, unless one has locked it already.
+// Nothing else may begin meanwhile, so the window is locked as for a run, unless a run has locked it.
 void WindowForm::waitBegins(const std::string& path) {
     if (diskWaits_++ > 0) return;
     diskWaitBegan_ = services_.pump.GetTickCount();
@@ -113,8 +113,8 @@ void WindowForm::waitBegins(const std::string& path) {
     setBusyPointer(true);
 }
 
-// While the window loads its sources are asked for, of which some may lie on a disk that is gone: nobody
-// waits long for those.
+// While the window loads, its sources are looked for; if some are on a disk that is gone, the wait for them
+// is short.
 bool WindowForm::goesOnWaiting() {
     constexpr std::uint64_t kLongestAtStart = 1000;  // Milliseconds.
     state_.DiskSilent = true;
@@ -147,8 +147,8 @@ void WindowForm::reportResizeColumns() {
     if (tvwPL_.rowCount() > 0) reportWidthOpen_ = false;
 }
 
-// The first report of a user who has no layout of his own yet shows its columns, as far as the other panes
-// keep their share, until he moves the bar.
+// If the user has not chosen a layout yet, the first report gets the width that its columns need, as far as
+// the other panes keep their share, until the user moves the bar.
 void WindowForm::fitReportPane() {
     constexpr int kLargestShare = 55;  // Percent of the window.
     cSplitter& main = panes_.splitter(SplitterId::kMain);
@@ -183,7 +183,7 @@ void WindowForm::setFirstPanel(const std::string& text) {
     showStatus();
 }
 
-// A source that is handed over while the menu is open waits: its scan would select other rows.
+// A source that is handed over while the menu is open has to wait, because its scan would select other rows.
 void WindowForm::openRowsMenu(Point at) {
     {
         const ScopeExit over = command();
