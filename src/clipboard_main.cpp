@@ -1,6 +1,6 @@
-// The helper that keeps a text on the clipboard of an X server, where the text is the owner's to hand out: it
-// reads the text from standard input, ends once the text can be pasted, and leaves a process behind that ends
-// when something else is copied, or with the X server.
+// This helper keeps a text on the clipboard of an X server, where the owner of a text has to hand it out. It
+// reads the text from standard input and ends once the text can be pasted. It leaves a process behind, which
+// ends when something else is copied, or with the X server.
 #include <iostream>
 #include <iterator>
 

@@ -1,7 +1,6 @@
-// The program's entry: looks at the command line, puts the parts together, and takes one of the ways of
-// starting.
+// The program's entry: it reads the command line, puts the parts together, and starts in one of two ways.
 //
-// A line that begins with "-s" reads its sources and writes a report with no window. Everything else needs
+// A line that begins with "-s" reads its sources and writes a report without a window. Everything else needs
 // the window, which is a module of its own beside the program.
 #include <chrono>
 #include <csignal>
@@ -55,8 +54,8 @@ enum ExitStatus : int {
     kNoWindow = 3,
 };
 
-// The report of an error that the program does not survive. A signal handler has no other way to it than a
-// global; it is made once, before the handler is installed.
+// The report of an error that the program does not survive. It is global, because a signal handler cannot
+// reach it otherwise, and it is made once, before the handler is installed.
 std::optional<LastWords> lastWords;
 void sayLastWords(const char* description, const void* instruction) {
     lastWords->say(description, instruction);
@@ -78,7 +77,7 @@ std::string firstSet(SystemFacts& facts, std::initializer_list<const char*> name
     return {};
 }
 
-/// The pump of the window once there is one; nothing waits before.
+/// Forwards to the window's pump once there is a window; before, nothing waits for messages.
 class ProgramPump final : public MessagePump {
   public:
     void PumpMessages() override {
@@ -93,7 +92,7 @@ class ProgramPump final : public MessagePump {
     MessagePump* window_ = nullptr;
 };
 
-// "1.2", with the revision behind it where it is not 0.
+// Returns "1.2", followed by the revision if it is not 0.
 std::string shortVersion(const AppFacts& app) {
     const std::string text = std::to_string(app.major) + "." + std::to_string(app.minor);
     return app.revision == 0 ? text : text + "." + std::to_string(app.revision);
@@ -181,8 +180,8 @@ bool Program::wantsWindow() const {
            !isSilentLine(line_.text);
 }
 
-// A report needs no folder of the user's: without one there are no settings and no logs. What cannot be made
-// is done without.
+// Makes the user's folder of settings, unless the window is not installed: a report needs no settings or
+// logs. If the folder cannot be made, the program does without.
 void Program::makeUserFolder() {
     if (!places_.ofUser || !files_.exists(windowModule())) return;
     std::error_code error;
@@ -194,8 +193,8 @@ int Program::Main() {
     lastWords.emplace(joinPath(programFolder_, kErrorLogName, kPosixPaths), dates_.general(),
                       BuildLastReport(app_, facts_));
     LinuxFaultSignals().InstallExceptionFilter(sayLastWords);
-    // A pipe with no reader, and a file at the limit of its size, are errors of the write and not the end of
-    // the run.
+    // Writing to a pipe without a reader, or beyond the limit of a file's size, is an error of the write and
+    // must not end the program.
     for (const int signal : {SIGPIPE, SIGXFSZ}) std::signal(signal, SIG_IGN);
     if (wantsWindow()) {
         makeUserFolder();
@@ -315,7 +314,7 @@ WindowStart Program::windowStart(WindowForm& frmMain, LinuxInstances& instances,
             .handOverDescriptor = handOver,
             .handOverReady =
                 [&] {
-                    // Left unanswered, the other start goes on by itself.
+                    // Without an answer, the other start goes on by itself.
                     if (frmMain.unloaded()) return;
                     instances.receive([&](const std::string& line) { frmMain.handOver(line); });
                 },
@@ -343,7 +342,8 @@ void Program::windowThere(Window* window, MessagePump* pump) {
 int main(int argc, char** argv) {
     hl::occupyStandardDescriptors();
     const int status = hl::Program(std::vector<std::string>(argv + 1, argv + argc)).Main();
-    // A thread that was left behind may come back at any moment, and finds all in its place.
+    // A thread that was left behind may return at any moment and still needs everything, so nothing is
+    // destroyed.
     if (hl::HelperSlot::taken() > 0) std::_Exit(status);
     return status;
 }

@@ -1,5 +1,5 @@
-// The helper that decodes pages of PDF documents for the preview: the file is open when it starts, requests
-// come on standard input, answers go to standard output (platform/preview_protocol.h).
+// This helper decodes pages of PDF documents for the preview. The file is open when it starts; requests come
+// on standard input and answers go to standard output (platform/preview_protocol.h).
 #include "platform/linux/preview_confinement.h"
 #include "platform/preview_protocol.h"
 #include "platform/qt/preview_pdf_decoder.h"
