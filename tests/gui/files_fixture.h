@@ -19,6 +19,10 @@ class FilesTest : public ListsTest {
             file(path, size += 100);
     }
     void start() { session_.emplace(home.path(), at("src")); }
+    void startUnfolded() {
+        start();
+        s().click(Command::kReportUnfoldAll);
+    }
     /// With the list of src's files, by name.
     GridView& startWithList() {
         start();
@@ -103,9 +107,19 @@ class FilesTest : public ListsTest {
         view.sync();
         return {60, view.rowRect(*view.rows().find(row)).center().y()};
     }
-    void rightClick(GridView& view, Row row) {
-        QTest::mouseClick(view.viewport(), Qt::RightButton, {}, centerOf(view, row));
+    void click(GridView& view, Row row, Qt::MouseButton button, Qt::KeyboardModifiers keys = {}) {
+        QTest::mouseClick(view.viewport(), button, keys, centerOf(view, row));
         Session::settle();
+    }
+    void rightClick(GridView& view, Row row) { click(view, row, Qt::RightButton); }
+    /// A row of the report into the selection or out of it.
+    void toggleRow(const std::string& name) {
+        click(s().view(), s().row(name), Qt::LeftButton, Qt::ControlModifier);
+    }
+    /// Of a row of the report.
+    void chooseInMenu(const std::string& name, const char* entry) {
+        const MenuAnswer menu(entry);
+        rightClick(s().view(), s().row(name));
     }
 
     std::optional<ListSession> session_;

@@ -27,8 +27,7 @@ TEST_F(FilesTest, TheReportBesideTheListStaysFittedWhenAFileIsDeleted) {
     for (int level = 2; level <= 16; ++level) deep += "/" + std::to_string(level);
     folder(deep + "/17");
     for (const char* name : {"/x", "/y"}) file(deep + name, 5);
-    start();
-    s().click(Command::kReportUnfoldAll);
+    startUnfolded();
     s().clickRow("16");
     GridView& list = s().window().grid(GridId::kFiles);
     ListSession::clickOn(list, 1);
@@ -52,8 +51,7 @@ TEST_F(FilesTest, AFileThatStaysIsToldAndTheNextOneGoes) {
 }
 
 TEST_F(FilesTest, RecycledFilesLieInTheTrash) {
-    GridView& list = startWithList();
-    ListSession::clickOn(list, 0);
+    ListSession::clickOn(startWithList(), 0);
     deleteInList(Command::kFilesRecycle);
     EXPECT_FALSE(there("src/a.txt"));
     EXPECT_NE(protocol().find("PAPIERKORB: " + at("src/a.txt")), std::string::npos);
@@ -61,17 +59,12 @@ TEST_F(FilesTest, RecycledFilesLieInTheTrash) {
 }
 
 TEST_F(FilesTest, SelectedFoldersGoParentAndChildTogether) {
-    start();
-    s().click(Command::kReportUnfoldAll);
+    startUnfolded();
     s().clickRow("deep");
-    const Row sub = s().row("sub");
-    QTest::mouseClick(s().view().viewport(), Qt::LeftButton, Qt::ControlModifier, centerOf(s().view(), sub));
+    toggleRow("sub");
     // With messages that run while it works, as they do when a tree is large.
     s().operations().before = [](OperationWatch&) { Session::settle(); };
-    MenuAnswer menu("Markierte Ordner löschen");
-    QTest::mouseClick(s().view().viewport(), Qt::RightButton, {}, centerOf(s().view(), sub));
-    Session::settle();
-
+    chooseInMenu("sub", "Markierte Ordner löschen");
     EXPECT_TRUE(!there("src/sub") && there("src/a.txt"));
     for (const char* folder : {"src/sub", "src/sub/deep"})
         EXPECT_NE(protocol().find("GELÖSCHT: " + at(folder) + "\r\n"), std::string::npos) << folder;
@@ -79,29 +72,20 @@ TEST_F(FilesTest, SelectedFoldersGoParentAndChildTogether) {
 }
 
 TEST_F(FilesTest, ASourceHandedOverWhileAMenuIsOpenWaitsAndSelectsNothingThatIsDeleted) {
-    start();
-    s().click(Command::kReportUnfoldAll);
+    startUnfolded();
     s().clickRow("deep");
-    const Row sub = s().row("sub");
-    QTest::mouseClick(s().view().viewport(), Qt::LeftButton, Qt::ControlModifier, centerOf(s().view(), sub));
+    toggleRow("sub");
     MenuAnswer menu("Markierte Ordner löschen", [&] { s().form().handOver("\"" + at("src/other") + "\""); });
-    QTest::mouseClick(s().view().viewport(), Qt::RightButton, {}, centerOf(s().view(), sub));
-    Session::settle();
+    rightClick(s().view(), s().row("sub"));
     EXPECT_TRUE(!there("src/sub") && there("src/other"));
     EXPECT_EQ(s().grid().text(s().grid().currentRow()), at("src/other"));
 }
 
 TEST_F(FilesTest, WhatIsTakenOutOfTheSelectionStaysAndTheRestIsTold) {
-    start();
-    s().click(Command::kReportUnfoldAll);
-    const auto toggle = [&](const char* name) {
-        QTest::mouseClick(s().view().viewport(), Qt::LeftButton, Qt::ControlModifier,
-                          centerOf(s().view(), s().row(name)));
-        Session::settle();
-    };
+    startUnfolded();
     s().clickRow("sub");
-    toggle("other");
-    toggle("sub");
+    toggleRow("other");
+    toggleRow("sub");
     EXPECT_EQ(s().grid().selectedRows(), std::vector<Row>{s().row("other")});
     EXPECT_EQ(s().grid().currentRow(), s().row("other"));
     EXPECT_EQ(s().status(), at("src/other/"));
@@ -127,8 +111,7 @@ TEST_F(FilesTest, WhatIsTakenOutOfTheSelectionStaysAndTheRestIsTold) {
 }
 
 TEST_F(FilesTest, WhatHasVanishedHasNoMenuAndTheStatusSaysWhy) {
-    start();
-    s().click(Command::kReportUnfoldAll);
+    startUnfolded();
     fs::remove_all(at("src/sub"));
     const auto waited = [&](const std::string& path) {
         EXPECT_EQ(QApplication::activePopupWidget(), nullptr);
@@ -158,8 +141,6 @@ TEST_F(FilesTest, StopEndsBetweenTwoRowsAndNothingElseBeginsMeanwhile) {
         s().click(Command::kStop);
     };
     deleteInList();
-    s().operations().before = [](OperationWatch&) {};
-
     EXPECT_EQ(operations, 1);
     EXPECT_TRUE(there("src/a.txt") && there("src/b.txt") && !there("src/c.txt"));
     EXPECT_TRUE(s().enabled(Command::kStart));
@@ -167,8 +148,7 @@ TEST_F(FilesTest, StopEndsBetweenTwoRowsAndNothingElseBeginsMeanwhile) {
 
 TEST_F(FilesTest, StopEndsWithinAFolderWhoseRestIsReadAndTold) {
     for (int i = 0; i < 20'000; ++i) file("src/sub/deep/" + std::to_string(i), 0);
-    start();
-    s().click(Command::kReportUnfoldAll);
+    startUnfolded();
     s().clickRow("deep");
     s().operations().before = [&](OperationWatch&) {
         QTimer::singleShot(0, &s().frame(), [&] { s().click(Command::kStop); });
@@ -195,13 +175,11 @@ TEST_F(FilesTest, EscapeHeldDownInABoxEndsTheBoxAndNoDeleting) {
         watch.stillAt("/some/where", false);
     };
     deleteInList();
-    s().operations().before = [](OperationWatch&) {};
     EXPECT_FALSE(there("src/a.txt") || there("src/b.txt") || there("src/c.txt"));
 }
 
 TEST_F(FilesTest, TheMenuOfAFolderDeletesItAndTheNumbersFollow) {
-    start();
-    s().click(Command::kReportUnfoldAll);
+    startUnfolded();
     MenuAnswer menu("Ordner löschen");
     rightClick(s().view(), s().row("deep"));
     EXPECT_FALSE(there("src/sub/deep"));
@@ -310,8 +288,7 @@ TEST_F(FilesTest, ADoubleClickOpensAFileOfAnyNameAndAProgramNotWithoutAQuestion)
 TEST_F(FilesTest, TheFolderThatIsListedIsReadAgainWhicheverRowIsCurrent) {
     file("src/sub/deep/f.txt", 7);
     for (const char* folder : {"sub", "deep"}) {
-        start();
-        s().click(Command::kReportUnfoldAll);
+        startUnfolded();
         session_->open(kFileList);
         s().click(Command::kShowReport);
         s().clickRow(folder);

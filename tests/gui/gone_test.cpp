@@ -6,17 +6,15 @@ namespace {
 
 using namespace test;
 
-using GoneTest = FilesTest;
-
-/// A way to delete something below src, and what is gone then.
+/// Rows that a command deletes, and what is gone below src then.
 struct Deletion {
-    const char* name;
-    std::function<void()> act;
-    Names gone;
+    Command command;
+    Names rows, gone;
 };
 
-TEST_F(GoneTest, WhateverGoesNumbersAndListsAreThoseOfAFreshScan) {
-    const auto makeTree = [&] {
+class GoneTest : public FilesTest {
+  protected:
+    void makeTree() const {
         fs::remove_all(at("src"));
         for (const char* path : {"src/sub/deep", "src/other", "src/sub/lone/only"}) folder(path);
         int size = 0;
@@ -27,74 +25,64 @@ TEST_F(GoneTest, WhateverGoesNumbersAndListsAreThoseOfAFreshScan) {
         link("src/c.txt", "src/sub/c again");
         for (const char* path : {"src/sub/deep/e 2", "src/other/e 3"}) link("src/sub/deep/e.txt", path);
         fs::create_directory_symlink("../../other", at("src/sub/deep/to other"));
-    };
-    const auto menu = [&](const char* row, const char* command) {
-        const MenuAnswer answer(command);
-        rightClick(s().view(), s().row(row));
-    };
-    const auto inList = [&](const ListInfo& info, const Names& names, Command command) {
+    }
+    /// One after another to the trash and a single one by its menu, two by the command for the selected ones.
+    void removeInReport(const Deletion& one) {
+        if (one.command == Command::kRecycleFolders) {
+            for (const std::string& row : one.rows) chooseInMenu(row, "Ordner in den Papierkorb verschieben");
+            return;
+        }
+        if (one.rows.size() == 1) return chooseInMenu(one.rows[0], "Ordner löschen");
+        s().clickRow(one.rows[0]);
+        toggleRow(one.rows[1]);
+        s().execute(one.command);
+    }
+    void removeIn(const ListInfo& info, const Deletion& one) {
         GridView& list = session_->open(info);
         Grid& grid = *s().form().parts().grids[static_cast<std::size_t>(info.id)];
         grid.selectNone();
         for (Row row = grid.firstRoot(); row != kNoRow; row = grid.nextSibling(row))
-            if (std::ranges::count(names, grid.text(row)) > 0) grid.setSelected(row, true);
-        answer("Ja");
-        session_->click(command);
+            if (std::ranges::count(one.rows, grid.text(row)) > 0) grid.setSelected(row, true);
+        deleteInList(one.command);
         for (const std::string& name : ListSession::names(list))
-            EXPECT_EQ(std::ranges::count(names, name), 0);
-    };
+            EXPECT_EQ(std::ranges::count(one.rows, name), 0);
+    }
+};
+
+TEST_F(GoneTest, WhateverGoesNumbersAndListsAreThoseOfAFreshScan) {
+    using enum Command;
     const Deletion deletions[] = {
-        {"menu", [&] { menu("deep", "Ordner löschen"); }, {"sub/deep"}},
-        {"recycle",
-         [&] {
-             for (const char* row : {"deep", "other"}) menu(row, "Ordner in den Papierkorb verschieben");
-         },
-         {"sub/deep", "other"}},
-        {"last folder of a folder", [&] { menu("only", "Ordner löschen"); }, {"sub/lone/only"}},
-        {"link", [&] { menu("to other", "Ordner löschen"); }, {"sub/deep/to other"}},
-        {"several",
-         [&] {
-             s().clickRow("deep");
-             QTest::mouseClick(s().view().viewport(), Qt::LeftButton, Qt::ControlModifier,
-                               centerOf(s().view(), s().row("lone")));
-             s().execute(Command::kDeleteFolders);
-         },
-         {"sub/deep", "sub/lone"}},
-        {"a source within", [&] { menu("sub", "Ordner löschen"); }, {"sub"}},
-        {"files",
-         [&] {
-             inList(kFileList, {"a.txt", "c.txt"}, Command::kFilesDelete);
-         },
-         {"a.txt", "c.txt"}},
-        {"recycled files", [&] { inList(kFileList, {"c.txt"}, Command::kFilesRecycle); }, {"c.txt"}},
-        {"all files",
-         [&] {
-             inList(kFileList, {"a.txt", "b.txt", "c.txt"}, Command::kFilesDelete);
-         },
-         {"a.txt", "b.txt", "c.txt"}},
-        {"largest",
-         [&] {
-             inList(kTopList, {"e.txt", "f.txt"}, Command::kTopDelete);
-         },
-         {"sub/deep/e.txt", "sub/lone/f.txt"}},
-        {"hard links",
-         [&] {
-             inList(kHardlinkList, {"e.txt", "c again"}, Command::kHardlinksDelete);
-         },
-         {"sub/deep/e.txt", "sub/c again"}},
-    };
+        {kDeleteFolders, {"deep"}, {"sub/deep"}},
+        {kRecycleFolders, {"deep", "other"}, {"sub/deep", "other"}},
+        {kDeleteFolders, {"only"}, {"sub/lone/only"}},  // The last folder of a folder.
+        {kDeleteFolders, {"to other"}, {"sub/deep/to other"}},
+        {kDeleteFolders, {"deep", "lone"}, {"sub/deep", "sub/lone"}},
+        {kDeleteFolders, {"deep", "sub"}, {"sub"}},
+        {kDeleteFolders, {"sub"}, {"sub"}},  // With a source within.
+        {kFilesDelete, {"a.txt", "c.txt"}, {"a.txt", "c.txt"}},
+        {kFilesRecycle, {"c.txt"}, {"c.txt"}},
+        {kFilesDelete, {"a.txt", "b.txt", "c.txt"}, {"a.txt", "b.txt", "c.txt"}},
+        {kTopDelete, {"e.txt", "f.txt"}, {"sub/deep/e.txt", "sub/lone/f.txt"}},
+        {kHardlinksDelete, {"e.txt", "c again"}, {"sub/deep/e.txt", "sub/c again"}}};
     for (const bool once : {false, true}) {
         options(once ? "AddHardlinksOnlyOnce=1\r\nFolderShowPercentBar=1\r\n" : "");
-        for (const auto& [name, act, gone] : deletions) {
-            SCOPED_TRACE(std::string(name) + (once ? ", names count once" : ""));
+        for (const Deletion& one : deletions) {
+            SCOPED_TRACE(std::to_string(idOf(one.command)) + " " + one.rows[0] +
+                         (once ? ", names count once" : ""));
             makeTree();
             session_.emplace(home.path(), at("src/sub"));
             const Names others = {at("src/sub"), fs::path(s().trash()).parent_path()};
             s().scan(others[1]);
             s().scan(at("src"));
-            s().click(Command::kReportUnfoldAll);
-            act();
-            for (const std::string& path : gone) EXPECT_FALSE(there("src/" + path)) << path;
+            s().click(kReportUnfoldAll);
+            const auto* list = std::ranges::find(kWithFiles, barOf(one.command),
+                                                 [](const ListInfo& info) { return barOf(info.fullView); });
+            if (list == std::end(kWithFiles)) {
+                removeInReport(one);
+            } else {
+                removeIn(*list, one);
+            }
+            for (const std::string& path : one.gone) EXPECT_FALSE(there("src/" + path)) << path;
             expectNumbersOfAFreshScan(others);
             EXPECT_EQ(s().reports, Names());
             session_.reset();
@@ -104,12 +92,8 @@ TEST_F(GoneTest, WhateverGoesNumbersAndListsAreThoseOfAFreshScan) {
 
 TEST_F(GoneTest, ALinkToAFolderThatWentIsAFileAndNoJunction) {
     fs::create_directory_symlink("../sub", at("src/other/link"));
-    start();
-    s().click(Command::kReportUnfoldAll);
-    {
-        const MenuAnswer menu("Ordner löschen");
-        rightClick(s().view(), s().row("sub"));
-    }
+    startUnfolded();
+    chooseInMenu("sub", "Ordner löschen");
     EXPECT_EQ(s().row("link"), kNoRow);
     EXPECT_EQ(s().grid().number(s().row("other"), kFiles), 1);
     EXPECT_EQ(s().grid().number(s().row("src"), kSize), 606);
@@ -118,12 +102,9 @@ TEST_F(GoneTest, ALinkToAFolderThatWentIsAFileAndNoJunction) {
 }
 
 TEST_F(GoneTest, WhatIsLeftOfAFolderIsReadAgainAndToldOnce) {
-    start();
-    s().click(Command::kReportUnfoldAll);
+    startUnfolded();
     s().clickRow("deep");
-    for (const char* row : {"sub", "other"})
-        QTest::mouseClick(s().view().viewport(), Qt::LeftButton, Qt::ControlModifier,
-                          centerOf(s().view(), s().row(row)));
+    for (const char* row : {"sub", "other"}) toggleRow(row);
     s().operations().allows = [&](const fs::path& path) {
         fs::remove(at("src/sub/deep/e.txt"));
         return path.filename() == "other";
@@ -143,8 +124,7 @@ TEST_F(GoneTest, WhatIsLeftOfAFolderIsReadAgainAndToldOnce) {
 }
 
 TEST_F(GoneTest, WhatShowsADeletedFolderGoesOnWithTheFolderAboveIt) {
-    start();
-    s().click(Command::kReportUnfoldAll);
+    startUnfolded();
     s().clickRow("deep");
     s().execute(Command::kRecycleFolders);
     EXPECT_EQ(s().grid().currentRow(), s().row("sub"));
