@@ -28,6 +28,14 @@ TEST_F(ListsTest, FilesFollowTheSelectedFolderAndAreReadAgainOnlyWhenAsked) {
     EXPECT_EQ(s.names(view), Names{"y"});
     s.click(Command::kFilesRefresh);
     EXPECT_EQ(s.names(view), (Names{"y", "new"}));
+    s.click(Command::kShowTop);
+    s.clickRow("b");
+    EXPECT_EQ(s.names(view), Names()) << "a hidden list reads nothing";
+    s.click(Command::kShowFiles);
+    EXPECT_EQ(s.names(view), Names{"z"});
+    fs::remove_all(at("src/b"));
+    s.click(Command::kFilesRefresh);
+    EXPECT_EQ(s.secondPanel(), "0 Datei(en) mit insgesamt 0 Bytes");
 }
 
 TEST_F(ListsTest, EscapeInTheMiddleKeepsTheFilesThatWereReadWithTheirSum) {

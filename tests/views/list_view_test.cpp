@@ -118,22 +118,6 @@ struct Files : test::ListFixture {
     }
 };
 
-TEST_F(Files, ListsAFolderWhereItShowsAndNothingOfOneThatIsGone) {
-    filesView.List_Files_ScanFolder("/s", true);
-    EXPECT_EQ(textsOf(lvwFiles), (Lines{"g", "f"})) << "no folder, the largest first";
-    EXPECT_EQ(status, "2 Datei(en) mit insgesamt 4,001 Bytes");
-    EXPECT_EQ(filesView.pathOf(lvwFiles.rowAt(0)), "/s/g");
-    EXPECT_FALSE(state.ScanActive);
-    filesView.List_Files_ScanFolder("/nowhere", true);
-    EXPECT_EQ(status, "0 Datei(en) mit insgesamt 0 Bytes");
-    shows = false;
-    filesView.List_Files_ScanFolder("/t/", true);
-    EXPECT_EQ(lvwFiles.rowCount(), 0U) << "a hidden list stays empty";
-    shows = true;
-    filesView.List_Files_ScanFolder("/s/", true);
-    EXPECT_EQ(lvwFiles.rowCount(), 2U);
-}
-
 TEST_F(Files, EscapeEndsTheWaitForADiskThatDoesNotAnswer) {
     disk.waitsAt = 1;
     pump.onPump = [&] { state.CancelState = state.ScanActive ? kCancelEscape : kCancelNone; };
