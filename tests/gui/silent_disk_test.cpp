@@ -23,6 +23,9 @@ class SilentDisk : public FilesTest {
         session_->sortByName(list);
         return list;
     }
+    void SetUp() override {
+        if (!mount.missing().empty()) GTEST_SKIP() << mount.missing();
+    }
     void TearDown() override {
         session_.reset();
         mount.die();
@@ -60,7 +63,6 @@ class SilentDisk : public FilesTest {
 };
 
 TEST_F(SilentDisk, StopEndsMenusNamesListsAndDeleting) {
-    if (!mount.missing().empty()) GTEST_SKIP() << mount.missing();
     GridView& list = open();
     ListSession::clickOn(list, 0);
     expectEnds(
@@ -94,7 +96,6 @@ TEST_F(SilentDisk, StopEndsMenusNamesListsAndDeleting) {
 }
 
 TEST_F(SilentDisk, ThePreviewWaitsWithoutKeepingTheUserFromAnotherRow) {
-    if (!mount.missing().empty()) GTEST_SKIP() << mount.missing();
     GridView& list = open();
     session_->click(Command::kFilesPreview);
     auto* area = dynamic_cast<PreviewArea*>(s().frame().findChild<QWidget*>(QStringLiteral("preview")));
@@ -117,7 +118,6 @@ TEST_F(SilentDisk, ThePreviewWaitsWithoutKeepingTheUserFromAnotherRow) {
 }
 
 TEST_F(SilentDisk, TheWindowClosesAtOnceAndSavesItsSettings) {
-    if (!mount.missing().empty()) GTEST_SKIP() << mount.missing();
     const std::pair<const char*, std::function<void()>> acts[] = {
         {"deleting", [&] { deleteInList(); }},
         {"reading", [&] { s().scan(at("mount/sub")); }},
@@ -133,7 +133,6 @@ TEST_F(SilentDisk, TheWindowClosesAtOnceAndSavesItsSettings) {
 }
 
 TEST_F(SilentDisk, AScanSaysWhatItWaitsForAndStopEndsIt) {
-    if (!mount.missing().empty()) GTEST_SKIP() << mount.missing();
     open();
     mount.stopAnswering();
     QElapsedTimer sinceStop;
@@ -150,7 +149,6 @@ TEST_F(SilentDisk, AScanSaysWhatItWaitsForAndStopEndsIt) {
 }
 
 TEST_F(SilentDisk, TheStartKeepsASavedSourceThatCannotBeAskedFor) {
-    if (!mount.missing().empty()) GTEST_SKIP() << mount.missing();
     setSettings("[ComboOrdner]\r\n0O=" + at("mount/sub") + "\r\n");
     mount.stopAnswering();
     session_.emplace(home.path());

@@ -154,14 +154,7 @@ TEST_F(SourcesTest, ARightClickOnADriveChoosesItAlone) {
         ListSession::clickOn(drives, static_cast<std::size_t>(row),
                              row == 2 ? Qt::ControlModifier : Qt::NoModifier);
     ASSERT_EQ(drives.grid().selectedCount(), 2U);
-    QTimer::singleShot(20, &s.frame(), [&] {
-        auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
-        ASSERT_NE(menu, nullptr);
-        for (QAction* action : menu->actions())
-            if (action->text() == QLatin1String("Laufwerk einlesen"))
-                return QTest::mouseClick(menu, Qt::LeftButton, {}, menu->actionGeometry(action).center());
-        ADD_FAILURE() << "no such entry";
-    });
+    const MenuAnswer menu("Laufwerk einlesen");
     QTest::mouseClick(drives.viewport(), Qt::RightButton, {}, ListSession::place(drives, 2));
     s.settle();
     EXPECT_EQ(s.status(), "Die Quelle //nas/two/ gibt es nicht.");

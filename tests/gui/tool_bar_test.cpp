@@ -59,20 +59,17 @@ class ToolBarTest : public testing::Test {
     ToolBar tool_{bar_, icons_, events_, combo_};
 };
 
-TEST_F(ToolBarTest, AClickIsToldAndOnlyTheLogicSwitchesAnEntry) {
+TEST_F(ToolBarTest, AClickIsToldAndOnlyTheLogicSwitchesAnEntryOrDisablesIt) {
     QTest::mouseClick(find(kToggle), Qt::LeftButton);
     EXPECT_EQ(events_.told, Told{"execute 0 33"});
     EXPECT_FALSE(find(kToggle)->isChecked());
     events_.onExecute = [&](BarId, int id) { bar_.toggle(id); };
     QTest::mouseClick(find(kToggle), Qt::LeftButton);
     EXPECT_TRUE(find(kToggle)->isChecked());
-}
-
-TEST_F(ToolBarTest, ADisabledEntryCannotBePressedInAnyWay) {
     bar_.setEnabled(kToggle, false);
     QTest::mouseClick(find(kToggle), Qt::LeftButton);
     tool_.press(kToggle);
-    EXPECT_EQ(events_.told, Told());
+    EXPECT_EQ(events_.told.size(), 2U);
 }
 
 TEST_F(ToolBarTest, EveryEntryCanBeReachedAtAnyWidth) {
@@ -187,7 +184,7 @@ TEST(BarFlow, ARowThatHasRoomForNothingKeepsItsButton) {
     EXPECT_EQ(flow.extension.height(), 20);
 }
 
-class ToolBarOfTheWindow : public test::WindowBars {};
+using ToolBarOfTheWindow = test::WindowBars;
 
 TEST_F(ToolBarOfTheWindow, TheButtonOfTheLanguageIsItsListAndNothingElse) {
     show(1600);
