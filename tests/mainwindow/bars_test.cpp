@@ -12,69 +12,52 @@ namespace {
 
 class BarsTest : public testing::Test {
   protected:
-    explicit BarsTest(const std::string& locale = "de_DE.UTF-8") : texts(locale) {}
+    BarsTest() { initAllBars(bars, {texts.texts, options, texts.diagnostics}); }
 
-    void build() { initAllBars(bars, {texts.texts, options, texts.diagnostics}); }
-
-    // Every entry, those of lists and popups too.
-    void forEach(const std::function<void(const CommandBar&, const BarEntry&)>& visit) const {
-        for (const CommandBar* bar : bars.all()) {
-            walk(*bar, bar->entries(), visit);
-            walk(*bar, bar->popups(), visit);
-        }
-    }
-
-    static void walk(const CommandBar& bar, const std::vector<BarEntry>& entries,
-                     const std::function<void(const CommandBar&, const BarEntry&)>& visit) {
+    /// With those of their lists.
+    static void add(const std::vector<BarEntry>& entries, std::vector<BarEntry>& all) {
         for (const BarEntry& entry : entries) {
-            visit(bar, entry);
-            walk(bar, entry.list, visit);
+            all.push_back(entry);
+            add(entry.list, all);
         }
     }
 
-    test::TestTexts texts;
+    test::TestTexts texts{"en_GB.UTF-8"};
     Options options;
     Bars bars;
 };
 
-class EnglishBarsTest : public BarsTest {
-  protected:
-    EnglishBarsTest() : BarsTest("en_GB.UTF-8") {}
-};
-
-TEST_F(BarsTest, AnIdIsUniqueInItsBarAndAnAcceleratorInAllButForTheSearch) {
-    build();
+TEST_F(BarsTest, EveryEntryHasANameAndAnIdAndAcceleratorOfItsOwn) {
     std::set<std::pair<BarId, int>> ids;
     std::map<int, int> keys;
-    forEach([&](const CommandBar& bar, const BarEntry& entry) {
-        EXPECT_TRUE(ids.emplace(bar.id(), entry.id).second) << bar.name() << " " << entry.id;
-        if (entry.key == 0 || (entry.key == 'F' && bar.id() != BarId::kReport)) return;
-        EXPECT_EQ(++keys[entry.key], 1) << bar.name() << " " << entry.id;
-    });
+    for (const CommandBar* bar : bars.all()) {
+        std::vector<BarEntry> all;
+        add(bar->entries(), all);
+        add(bar->popups(), all);
+        for (const BarEntry& entry : all) {
+            EXPECT_TRUE(ids.emplace(bar->id(), entry.id).second) << bar->name() << " " << entry.id;
+            const bool popup = bar->id() == BarId::kMain && entry.id == idOf(Command::kMenuOfSelectedFolders);
+            EXPECT_EQ(entry.tooltip.empty(), popup) << bar->name() << " " << entry.id << ": its name";
+            EXPECT_EQ((entry.caption + entry.tooltip).find('%'), std::string::npos) << entry.caption;
+            if (entry.key == 0 || (entry.key == 'F' && bar->id() != BarId::kReport)) continue;
+            EXPECT_EQ(++keys[entry.key], 1) << bar->name() << " " << entry.id;
+        }
+    }
     EXPECT_GE(keys.size(), 15U);
     // Keys with which text is edited in the boxes of the bars.
     for (const char key : {'A', 'C', 'V', 'X', 'Y', 'Z'}) EXPECT_FALSE(keys.contains(key)) << key;
 }
 
-TEST_F(EnglishBarsTest, EverythingHasANameForThoseWhoCannotSeeIt) {
-    build();
-    forEach([](const CommandBar& bar, const BarEntry& entry) {
-        const std::string where = bar.name() + " " + std::to_string(entry.id);
-        const bool popup = bar.id() == BarId::kMain && entry.id == idOf(Command::kMenuOfSelectedFolders);
-        EXPECT_EQ(entry.tooltip.empty(), popup) << where;
-        EXPECT_EQ((entry.caption + entry.tooltip).find('%'), std::string::npos) << where;
-    });
+TEST_F(BarsTest, StartInTheLanguageInUseWithNothingToStop) {
     EXPECT_EQ(bars.cbrMain.find(idOf(Command::kNewSource))->caption, "New");
     EXPECT_EQ(bars.cbrReport.find(idOf(Command::kReportUnfold4))->caption, "Expand 4 folder levels");
-    EXPECT_TRUE(bars.cbrMain.isChecked(idOf(Command::kLanguageEnglish))) << "the language in use";
+    EXPECT_TRUE(bars.cbrMain.isChecked(idOf(Command::kLanguageEnglish)));
     EXPECT_FALSE(bars.cbrMain.isChecked(idOf(Command::kLanguageGerman)));
-    EXPECT_TRUE(!bars.cbrMain.find(idOf(Command::kStop))->enabled &&
-                bars.cbrMain.isChecked(idOf(Command::kShowReport)))
-        << "nothing to stop yet";
+    EXPECT_FALSE(bars.cbrMain.find(idOf(Command::kStop))->enabled);
+    EXPECT_TRUE(bars.cbrMain.isChecked(idOf(Command::kShowReport)));
 }
 
 TEST_F(BarsTest, AnEntryThatIsCheckedComesBackCheckedAndNoOther) {
-    build();
     std::vector<Command> kept;
     for (const CommandBar* bar : bars.all())
         for (const CommandRow& row : commandsOf(bar->id()))
@@ -100,7 +83,6 @@ TEST_F(BarsTest, AnEntryThatIsCheckedComesBackCheckedAndNoOther) {
 }
 
 TEST_F(BarsTest, IconSizeAndTextGoToAllBarsAndBack) {
-    build();
     for (const bool on : {true, false}) {
         bars.cbrMain.setChecked(idOf(Command::kLargeIcons), on);
         Change_ToolbarIconSize(bars, texts.diagnostics);

@@ -83,6 +83,13 @@ TEST_F(SaveReport, LevelsComeFromTheOrderOrTheControls) {
         EXPECT_EQ(linesIn(savedBy(frmSave, "r.csv", levels)), 1 + rows)
             << levels << " " << option << " '" << typed << "'";
     }
+    for (const char* typed : {"", "1x", "2147483648"}) {
+        SaveForm frmSave(services());
+        selectOption(frmSave.optLevels, kSomeFolderLevels);
+        frmSave.txtLevels.text = typed;
+        EXPECT_EQ(savedBy(frmSave, "r.csv"), test::kNotWritten) << typed;
+    }
+    EXPECT_EQ(texts->reports("Type mismatch") + texts->reports("Overflow"), 3U);
 }
 
 TEST_F(SaveReport, AllLevelsEndAtLevel999AndMessagesRunMeanwhile) {
@@ -127,17 +134,6 @@ TEST_F(SaveReport, DepthTakesNoStack) {
     pthread_join(thread, nullptr);
     pthread_attr_destroy(&attributes);
     EXPECT_EQ(linesIn(test::contentOf(pathOf("deep.csv"))), 1U + 3000U);
-}
-
-TEST_F(SaveReport, LevelsThatAreNoNumberAreAnError) {
-    sampleTree("/srv/data");
-    for (const char* typed : {"", "1x", "2147483648"}) {
-        SaveForm frmSave(services());
-        selectOption(frmSave.optLevels, kSomeFolderLevels);
-        frmSave.txtLevels.text = typed;
-        EXPECT_EQ(savedBy(frmSave, "r.csv"), test::kNotWritten) << typed;
-    }
-    EXPECT_EQ(texts->reports("Type mismatch") + texts->reports("Overflow"), 3U);
 }
 
 TEST_F(SaveReport, AnUnfinishedFileThatCannotBeRemovedIsNamed) {
