@@ -129,7 +129,7 @@ TEST_F(Files, EscapeEndsTheWaitForADiskThatDoesNotAnswer) {
 TEST_F(Files, AFolderAskedForMeanwhileTakesThePlaceOfTheEarlierOne) {
     bool first = true;
     pump.onPump = [&] {
-        if (std::exchange(first, false)) filesView.List_Files_ScanFolder("/t/", true);
+        if (std::exchange(first, false)) filesView.List_Files_ScanFolder("/t", true);
     };
     filesView.List_Files_ScanFolder("/s/", true);
     EXPECT_EQ(state.currentFolder, "/t/");
