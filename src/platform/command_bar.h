@@ -1,5 +1,5 @@
-// Command bars as plain data: the logic builds and switches entries, a window draws them and clicks, tests
-// do both by hand. Thread of the logic only.
+// Command bars as plain data: the logic builds them and switches entries; a window draws them and clicks;
+// tests do both by hand. For the thread of the logic only.
 #pragma once
 
 #include <cstdint>
@@ -15,10 +15,10 @@ constexpr std::size_t kBarCount = 7;
 
 enum class EntryKind : std::uint8_t {
     kButton = 1,
-    kSplitButton = 4,  ///< With a list below it.
-    kMenuButton = 5,   ///< Opens its list and does nothing else.
+    kSplitButton = 4,  ///< A button with a list below it.
+    kMenuButton = 5,   ///< A button that only opens its list.
     kEdit = 6,
-    kCustom = 7,  ///< A place for a control of the form: the combo box of sources.
+    kCustom = 7,  ///< A place for a control of the form, such as the combo box of sources.
     kLabel = 8,
     kCheckBox = 9,
 };
@@ -26,7 +26,7 @@ enum class EntryKind : std::uint8_t {
 constexpr int kNoIcon = 9999;
 
 struct BarEntry {
-    int id = 0;  ///< Unique in its bar; 0 for a label.
+    int id = 0;  ///< Unique within its bar; 0 for a label.
     EntryKind kind = EntryKind::kButton;
     std::string caption = {};
     std::string tooltip = {};
@@ -35,19 +35,21 @@ struct BarEntry {
     bool checked = false;
     bool visible = true;
     bool enabled = true;
-    int key = 0;            ///< Virtual key code of an accelerator, with Ctrl; a function key stands alone.
-    std::string text = {};  ///< What stands in an edit box.
-    std::vector<BarEntry> list = {};  ///< Below a split or menu button, or in a popup.
-    bool showsCaption = false;        ///< Beside its icon, where captions are not below all icons.
-    int width = 0;                    ///< Of an edit box, in pixels; 0: as the bar has room.
+    int key = 0;            ///< The virtual key code of its accelerator: a function key alone, any other key
+                            ///< with Ctrl.
+    std::string text = {};  ///< The text in an edit box.
+    std::vector<BarEntry> list = {};  ///< The entries below a split or menu button, or in a popup.
+    bool showsCaption = false;        ///< The caption stands beside the icon, unless all captions are below
+                                      ///< the icons.
+    int width = 0;                    ///< The width of an edit box in pixels; 0 fits it to the bar.
 };
 
 enum class BarEdge : std::uint8_t { kTop, kBottom, kLeft, kRight };
 
-/// Where a bar stands, as far as the user may move it.
+/// The parts of a bar's place that the user may change.
 struct BarPlace {
     BarEdge edge = BarEdge::kTop;
-    int order = 0;  ///< Among the bars of that edge.
+    int order = 0;  ///< Its rank among the bars of that edge.
     bool visible = true;
     bool operator==(const BarPlace&) const = default;
 };
@@ -57,9 +59,9 @@ class CommandBar;
 class BarObserver {
   public:
     virtual ~BarObserver() = default;
-    /// An entry's text or flags. Must not change the bar.
+    /// An entry's text or flags changed. The call must not change the bar.
     virtual void entryChanged(const CommandBar& bar, const BarEntry& entry) = 0;
-    /// Entries were added, or how all of them look has changed: build anew.
+    /// Entries were added, or the look of all of them changed: the window must build the bar anew.
     virtual void barChanged(const CommandBar& bar) = 0;
 };
 
@@ -74,28 +76,28 @@ class CommandBar {
     const std::vector<BarEntry>& entries() const { return entries_; }
     const std::vector<BarEntry>& popups() const { return popups_; }
 
-    /// Names the bar to those who cannot see it.
+    /// The title by which screen readers name the bar.
     const std::string& title() const { return title_; }
     void setTitle(std::string title) { title_ = std::move(title); }
 
-    /// Adds an entry at the end; below the split button or popup `parent` if that is not 0. The
-    /// reference is good until the next call. REQUIRES: the bar has `parent`.
+    /// Adds an entry at the end, or, if `parent` is not 0, below that split button or popup. The reference is
+    /// valid until the next call. REQUIRES: the bar has `parent`.
     BarEntry& add(BarEntry entry, int parent = 0);
-    /// A menu that is opened by its id and stands in no toolbar.
+    /// Adds a menu that is opened by its id and is in no toolbar.
     BarEntry& addPopup(BarEntry popup);
 
-    /// By id, also in lists and popups; the first one that matches. Null if there is none.
+    /// Returns the first entry with this id, also from lists and popups; null if there is none.
     const BarEntry* find(int id) const;
     bool isChecked(int id) const;
     std::string textOf(int id) const;
-    /// Nothing happens for an id that the bar does not have.
+    /// These do nothing for an id that the bar does not have.
     void setChecked(int id, bool on);
     void setEnabled(int id, bool on);
     void setVisible(int id, bool on);
     void setCaption(int id, std::string_view caption);
     void setText(int id, std::string_view text);
     void toggle(int id) { setChecked(id, !isChecked(id)); }
-    /// Every entry of the toolbar, its lists included; popups stay as they are.
+    /// Sets all entries of the toolbar, its lists included, but not the popups.
     void setAllEnabled(bool on);
 
     const BarPlace& place() const { return place_; }
@@ -106,10 +108,10 @@ class CommandBar {
     bool clips() const { return clips_; }
     void setLargeIcons(bool on);
     void setTextBelowIcons(bool on);
-    /// Parts that do not fit are behind a button at the end, instead of on a further row.
+    /// If set, entries that do not fit are behind a button at the end instead of on another row.
     void setClips(bool on);
 
-    /// One at a time; null takes it away.
+    /// Attaches the one observer; null detaches it.
     void attach(BarObserver* observer) { observer_ = observer; }
 
   private:

@@ -1,5 +1,5 @@
-// What a run with no window says to the person who started it: lines on standard output and standard error,
-// and on a terminal one line that shows how far it is.
+// What a run without a window tells the person who started it: lines on standard output and standard error,
+// and on a terminal one line that shows the progress. For the thread of the logic.
 #pragma once
 
 #include <string_view>
@@ -9,13 +9,13 @@ namespace hl {
 class Console {
   public:
     virtual ~Console() = default;
-    /// Lines may hold line breaks of the program's own; what comes from outside must be made visible before.
-    /// False if the line could not be written.
+    /// Writes a line, which may hold line breaks of the program's own; text from outside must be made visible
+    /// before. Returns false if the line could not be written.
     virtual bool outputLine(std::string_view line) = 0;
     virtual void errorLine(std::string_view line) = 0;
-    /// Whether standard error is a terminal; progress is dropped otherwise.
+    /// Tells whether standard error is a terminal; otherwise progress is dropped.
     virtual bool showsProgress() = 0;
-    /// Replaces the progress line; cut to the width of the terminal. An empty line takes it away.
+    /// Replaces the progress line and cuts it to the terminal's width. An empty line removes it.
     virtual void progress(std::string_view line) = 0;
 };
 

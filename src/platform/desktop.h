@@ -1,8 +1,8 @@
-// The desktop around the program: what opens files, and what shows them elsewhere.
+// The desktop around the program, which opens files and shows them elsewhere.
 //
-// Paths are bytes and arrive unchanged, whatever they hold; none is ever read by a shell. What is started
-// gets the user's own environment. Thread of the logic only. The file manager and the session bus are waited
-// for a second at most.
+// Paths are bytes and are passed on unchanged; no shell ever reads them. Programs are started with the user's
+// own environment. For the thread of the logic only. The file manager and the session bus are waited for at
+// most a second.
 #pragma once
 
 #include <string>
@@ -12,36 +12,39 @@ namespace hl {
 
 /// A program that can open files.
 struct DesktopProgram {
-    std::string id;    ///< Of its desktop entry: "org.gnome.gedit.desktop".
-    std::string name;  ///< As menus show it, in the user's language.
+    std::string id;    ///< The name of its desktop entry: "org.gnome.gedit.desktop".
+    std::string name;  ///< Its name in menus, in the user's language.
 };
 
-/// What comes of opening a file.
+/// The result of opening a file.
 enum class OpenResult {
     kStarted,
-    kNoProgram,  ///< None is set for its type.
+    kNoProgram,  ///< No program is set for the file's type.
     kFailed,
 };
 
 class Desktop {
   public:
     virtual ~Desktop() = default;
-    /// With the program that the user's desktop has set for its type; a folder with the file manager.
+    /// Opens a file with the program that the desktop has set for its type, or a folder with the file
+    /// manager.
     virtual OpenResult open(const std::string& path) = 0;
-    /// Those that can open all of the files (the desktop's own choice first), at most `most`.
+    /// Returns at most `most` programs that can open all of the files; the desktop's own choice comes first.
     virtual std::vector<DesktopProgram> programsFor(const std::vector<std::string>& paths,
                                                     std::size_t most) = 0;
-    /// All that open files, in the order of their names.
+    /// Returns all programs that open files, sorted by name.
     virtual std::vector<DesktopProgram> allPrograms() = 0;
-    /// False if the program is gone or cannot be started.
+    /// Returns false if the program is gone or cannot be started.
     virtual bool openWith(const std::string& id, const std::vector<std::string>& paths) = 0;
-    /// Whether opening the file runs what is in it: a program, a script that may be run, a desktop entry.
+    /// Tells whether opening the file would run its content: a program, an executable script, a desktop
+    /// entry.
     virtual bool runsWhenOpened(const std::string& path) = 0;
-    /// A file manager with these files selected; their folder if none can do that. False if there is none.
+    /// Opens a file manager with these files selected, or with their folder if no file manager can select.
+    /// Returns false if there is none.
     virtual bool showInFolder(const std::vector<std::string>& paths) = 0;
-    /// The file manager's own window of properties. False if there is none.
+    /// Opens the file manager's window of properties. Returns false if there is none.
     virtual bool showProperties(const std::vector<std::string>& paths) = 0;
-    /// To the clipboard, for pasting into a file manager.
+    /// Copies the files to the clipboard, for pasting into a file manager.
     virtual void copyFiles(const std::vector<std::string>& paths) = 0;
 };
 

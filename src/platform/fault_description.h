@@ -1,5 +1,5 @@
-// The description of a processor fault, made without memory from the heap and without locks, so that a signal
-// handler can make one.
+// Composes the description of a processor fault without heap memory or locks, so that a signal handler can do
+// it.
 #pragma once
 
 #include <cstdint>
@@ -9,12 +9,12 @@ namespace hl {
 
 enum class FaultOutcome { kGoesOn, kEnds };
 
-/// "An unhandled error (NAME) CR LF occurred at: ADDRESS. TEXT"
+/// The text is "An unhandled error (NAME) CR LF occurred at: ADDRESS. TEXT".
 class FaultDescription {
   public:
     /// A name that is too long is cut.
     FaultDescription(std::string_view name, std::uintptr_t address, FaultOutcome outcome);
-    /// Ends in a NUL.
+    /// The text ends in a NUL.
     const char* text() const { return text_; }
 
   private:

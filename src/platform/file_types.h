@@ -1,4 +1,4 @@
-// What the desktop knows of kinds of files: their names, and the icons that stand for them.
+// The desktop's knowledge of file types: their names and icons.
 #pragma once
 
 #include <algorithm>
@@ -9,32 +9,33 @@
 
 namespace hl {
 
-/// For the thread of the logic. Implementations keep what they have found for an ending: lists ask for rows
-/// by the thousand.
+/// For the thread of the logic. An implementation remembers what it found for an extension, because lists ask
+/// for thousands of rows.
 class FileTypes {
   public:
     virtual ~FileTypes() = default;
-    /// "PNG image", in the user's language; nothing where the file's name leaves a doubt.
+    /// Returns a name such as "PNG image" in the user's language; nothing if the file's name does not decide.
     virtual std::optional<std::string> typeName(std::string_view fileName) = 0;
-    /// By name and content, of which `beginning` has the first 4 KiB.
+    /// Decides by name and content; `beginning` is the first 4 KiB of the content.
     virtual std::string typeName(std::string_view fileName, std::string_view beginning) = 0;
-    /// Name of the icon in the desktop's theme ("image-png"), by the file's name alone: nothing is read.
-    /// Never empty.
+    /// Returns the name of the icon in the desktop's theme ("image-png"), by the file's name alone. Never
+    /// empty.
     virtual std::string iconName(std::string_view fileName) = 0;
 };
 
-/// Pictures of rows for kinds of files. A row holds a number; this hands numbers out and knows their icons.
-/// Below kFirst are the pictures of platform/icons.h. Owned by the main form; the window reads it.
+/// Hands out the numbers that rows hold as pictures for file types, and knows the icon of each. Numbers below
+/// kFirst are pictures of platform/icons.h. The main form owns it; the window reads it.
 class FilePictures {
   public:
     static constexpr int kFirst = 160;
-    static constexpr int kLast = 255;  ///< What a row can hold; kinds beyond it share this one.
+    static constexpr int kLast = 255;  ///< The largest number that a row can hold; all further types share
+                                       ///< it.
     static constexpr const char* kAnyFile = "text-x-generic";
 
     /// `types` must outlive it.
     explicit FilePictures(FileTypes& types) : types_(types) {}
 
-    /// The picture for a file of that name, which need not exist.
+    /// Returns the picture for a file of that name, which need not exist.
     int of(std::string_view fileName) {
         std::string icon = types_.iconName(fileName);
         const auto found = std::find(icons_.begin(), icons_.end(), icon);
@@ -43,7 +44,7 @@ class FilePictures {
         if (found == icons_.end()) icons_.push_back(std::move(icon));
         return number;
     }
-    /// Name of the theme's icon; empty for a number that is no picture of a file.
+    /// Returns the name of the theme's icon; empty for a number that was not handed out.
     std::string iconName(int picture) const {
         if (picture < kFirst || picture > kLast) return {};
         const auto index = static_cast<std::size_t>(picture - kFirst);

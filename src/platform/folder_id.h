@@ -1,11 +1,11 @@
-// What tells a folder from every other one, whatever its name.
+// Identifies a folder, whatever its name.
 #pragma once
 
 #include <cstdint>
 
 namespace hl {
 
-/// Device and inode. Both 0: not known.
+/// Both numbers are 0 if the folder is unknown.
 struct FolderId {
     std::uint64_t device = 0;
     std::uint64_t inode = 0;

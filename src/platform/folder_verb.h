@@ -1,5 +1,5 @@
-// The desktop's offer to open a folder with this program ("Open with"). It is one of several such offers and
-// never the program that opens folders by default.
+// The desktop's entry to open a folder with this program ("Open with"). It is one of several, and never makes
+// the program the default for folders.
 #pragma once
 
 #include <string>
@@ -8,23 +8,23 @@ namespace hl {
 
 /// What the desktop is told.
 struct FolderOffer {
-    std::string caption;     ///< As the menu shows it; UTF-8.
-    std::string executable;  ///< The whole path, any bytes.
+    std::string caption;     ///< The text in the menu; UTF-8.
+    std::string executable;  ///< The full path; any bytes.
 };
 
-/// What kept an offer from being made or withdrawn.
+/// The reason why an entry could not be added or removed.
 struct FolderVerbFailure {
-    int error = 0;     ///< Code of the system; 0 for success.
-    std::string path;  ///< What could not be made, written or removed.
+    int error = 0;     ///< The system's code; 0 for success.
+    std::string path;  ///< The path that could not be made, written or removed.
 };
 
 /// For the thread of the logic. Holds no state of its own.
 class FolderVerb {
   public:
     virtual ~FolderVerb() = default;
-    /// Makes the offer, or brings an older one up to date. One that stands already is left alone.
+    /// Adds the entry, or updates an older one. An entry that is right already is not written again.
     virtual FolderVerbFailure offer(const FolderOffer& offer) = 0;
-    /// Success as well where no offer stands; nothing is made or written then.
+    /// Removes the entry. It is a success, and nothing is written, if there is none.
     virtual FolderVerbFailure withdraw() = 0;
 };
 

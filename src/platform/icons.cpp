@@ -6,9 +6,9 @@
 namespace hl {
 namespace {
 
-// A theme's name stands here only where its meaning is that of the command. The buttons that switch views,
-// units and columns have our own drawings throughout, so that a row of them looks like one hand. "Start" has
-// none, as the themes' triangle means to play a recording.
+// A theme's name is here only if its meaning is that of the command. The buttons that switch views, units and
+// columns all have our own drawings, so that they match. "Start" has no theme name, because the themes'
+// triangle means playing a recording.
 constexpr IconNames kIcons[] = {
     {kIconDriveRemovable, "drive-removable-media", "drive-removable"},
     {kIconDriveFixed, "drive-harddisk", "drive-fixed"},

@@ -1,13 +1,13 @@
 // The numbers of the program's pictures, and the names of their drawings.
 //
-// A picture is taken from the desktop's icon theme by its first name where that has one, else from the
-// program's own drawings by its second.
+// A picture is the icon of the desktop's theme with its first name, or, if the theme has none, the program's
+// own drawing with its second name.
 #pragma once
 
 namespace hl {
 
 enum Icon : int {
-    // Pictures of rows; sources and drives lie below 9.
+    // The pictures of rows; those of sources and drives are below 9.
     kIconDriveRemovable = 1,
     kIconDriveFixed = 2,
     kIconDriveNetwork = 3,
@@ -69,11 +69,11 @@ enum Icon : int {
 
 struct IconNames {
     int number;
-    const char* theme;  ///< Name of the freedesktop icon naming scheme; null for none that fits.
+    const char* theme;  ///< The name in the freedesktop icon naming scheme; null if none fits.
     const char* own;    ///< data/icons/OWN.svg
 };
 
-/// Null for a number that has no picture.
+/// Returns null for a number without a picture.
 const IconNames* iconNames(int number);
 
 }  // namespace hl

@@ -1,4 +1,4 @@
-// The yield of the one thread of logic to the world outside it.
+// Lets the thread of the logic, during its work, handle what has arrived from outside. For that thread only.
 #pragma once
 
 #include <cstdint>
@@ -8,11 +8,12 @@ namespace hl {
 class MessagePump {
   public:
     virtual ~MessagePump() = default;
-    /// Runs what waits: input, timers, a second instance's message. Handlers that run here test ScanActive.
+    /// Handles what waits: input, timers, another start's message. Handlers that run here must test
+    /// ScanActive.
     virtual void PumpMessages() = 0;
-    /// Whether input waits. Cheap; may be asked thousands of times a second.
+    /// Tells whether input waits. It is cheap enough to be called thousands of times a second.
     virtual bool GetInputState() = 0;
-    /// Milliseconds of a clock that only goes forward.
+    /// Returns the milliseconds of a clock that never goes back.
     virtual std::uint64_t GetTickCount() = 0;
 };
 

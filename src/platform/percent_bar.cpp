@@ -14,7 +14,7 @@ int channel(std::uint32_t color, int shift) {
     return static_cast<int>(color >> shift & 0xFFU);
 }
 
-// The color whose channels are what `make` gives for each shift.
+// Composes a colour from its channels, for each of which `make` is called with the channel's shift.
 template <class Make>
 std::uint32_t eachChannel(Make make) {
     std::uint32_t color = 0;
@@ -34,7 +34,7 @@ BarEnds barEnds(std::uint32_t baseColor) {
 }
 
 int filledLength(double percent, int boxWidth) {
-    // One line is always there, so the percent has a say over the others.
+    // One line is always filled, so the percent decides only about the others.
     const int others = boxWidth - 2 * kBarInset - 1;
     if (std::isnan(percent) || others < 0) return 0;
     return 1 + static_cast<int>(std::nearbyint(std::clamp(percent, 0.0, 100.0) / 100 * others));

@@ -1,4 +1,5 @@
-// How large a picture is drawn. Plain numbers, so that the window, and who decodes for it, agree.
+// Computes how large a picture is drawn. The window and the helper that decodes for it both use these pure
+// functions.
 #pragma once
 
 namespace hl {
@@ -9,12 +10,12 @@ struct PictureSize {
 };
 
 struct ZoomedPicture {
-    PictureSize drawn;   ///< Never below 1 in a side.
-    PictureSize target;  ///< The box, perhaps made smaller.
+    PictureSize drawn;   ///< Each side is at least 1.
+    PictureSize target;  ///< The box, which may have been reduced.
 };
 
-/// A source that fits the target keeps its size; any other is made smaller, both sides by one factor, so that
-/// all of it shows. With `shrinkTarget` the target is no wider and no higher than what is drawn in it.
+/// A source that fits the target keeps its size; a larger one is reduced by one factor for both sides, so
+/// that all of it is visible. `shrinkTarget` reduces the target to what is drawn in it.
 ZoomedPicture ZoomPicture(PictureSize source, PictureSize target, bool shrinkTarget);
 
 }  // namespace hl

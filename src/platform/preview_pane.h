@@ -1,4 +1,4 @@
-// The pane that shows one file, as the logic sees it. On the thread of the logic.
+// The pane that shows one file, as the logic sees it. For the thread of the logic.
 #pragma once
 
 #include <cstdint>
@@ -6,66 +6,67 @@
 
 namespace hl {
 
-/// What a file is shown with.
+/// What shows a file.
 enum class PreviewViewer : std::uint8_t {
     kText,
     kRichText,
     kWebPage,
-    kPages,   ///< A document that has pages of its own.
-    kOffice,  ///< One that a converter makes pages of, if there is one.
+    kPages,   ///< A document with pages of its own.
+    kOffice,  ///< A document that a converter, if there is one, turns into pages.
     kPicture,
-    kPcx,       ///< Pictures that need a converter each: one of pixels,
-    kMetafile,  ///< and one of lines and texts.
+    kPcx,       ///< A picture of pixels that needs a converter.
+    kMetafile,  ///< A picture of lines and texts that needs a converter.
     kMedia,
 };
 
-/// Texts of the pane, in the user's language.
+/// The texts of the pane, in the user's language.
 struct PreviewTexts {
-    std::string name;                          ///< Of the pane, for assistive tools.
-    std::string cut;                           ///< Stands behind a text that goes on in the file.
-    std::string converting;                    ///< Stands in the pane until a document is converted.
-    std::string pageFailed;                    ///< Stands on a page that cannot be drawn.
-    std::string waiting;                       ///< Stands in the pane while the disk does not answer.
+    std::string name;                          ///< The pane's name for assistive tools.
+    std::string cut;                           ///< Follows a text of which the file has more.
+    std::string converting;                    ///< Is shown until a document is converted.
+    std::string pageFailed;                    ///< Is shown on a page that cannot be drawn.
+    std::string waiting;                       ///< Is shown while the disk does not answer.
     std::string page;                          ///< "Page %1 of %2", for assistive tools.
-    std::string play, stop, position, volume;  ///< Names of the player's controls.
+    std::string play, stop, position, volume;  ///< The names of the player's controls.
 };
 
 class PreviewTools;
 
-/// What a window needs for the pane. Without tools no file can be shown.
+/// What a window needs for the pane. Without `tools` no file can be shown.
 struct PreviewParts {
-    PreviewTools* tools = nullptr;  ///< Outlives the window.
+    PreviewTools* tools = nullptr;  ///< Must outlive the window.
     PreviewTexts texts;
 };
 
-/// What the pane tells, also long after it was asked to show the file.
+/// What the pane reports, even long after it was asked to show the file.
 class PreviewEvents {
   public:
     virtual ~PreviewEvents() = default;
-    /// The text that says that the file `path` cannot be shown. Called when the file that failed is the one
-    /// that is still wanted; the pane shows the text.
+    /// Returns the text that says that the file `path` cannot be shown; the pane shows it. Called only if the
+    /// failed file is still the wanted one.
     virtual std::string previewFailed(const std::string& path, const std::string& error) = 0;
-    /// The same for what is no regular file, and was not touched.
+    /// Returns the text for something that is no regular file and was not touched; the pane shows it.
     virtual std::string previewNoFile(const std::string& path) = 0;
-    /// A viewer is not there: a line for the log. The pane shows `previewUnknown` instead, where it has
-    /// nothing else to show the file with.
+    /// A viewer is missing; the log gets a line. If nothing else shows the file, the pane shows
+    /// `previewUnknown`.
     virtual void previewMissing(const std::string& what) = 0;
     virtual std::string previewUnknown() = 0;
-    /// The text that says which program of the system would show the file, and what it is a part of.
+    /// Returns the text that tells which program of the system would show the file, and which suite has it.
     virtual std::string previewNeeds(const std::string& program, const std::string& suite) = 0;
 };
 
-/// Shows at most one file; what was shown before goes, and what is still at work for it is ended. Nothing
-/// heavy exists before the first file that needs it.
+/// Shows at most one file; a new one replaces it and ends what is still being done for it. Nothing expensive
+/// is created before the first file that needs it.
 class PreviewPane {
   public:
     virtual ~PreviewPane() = default;
-    /// `events` outlives the pane, or is taken away with null.
+    /// `events` must outlive the pane, or be detached with null.
     virtual void setEvents(PreviewEvents* events) = 0;
-    /// `path` is bytes and is not decoded. False if the file cannot be opened, with the reason in `error`,
-    /// or is no regular file, with an empty one; what goes wrong later is told to the events.
+    /// Shows a file; `path` is bytes and is not decoded. Returns false if it cannot be opened, with the
+    /// reason in `error`, or if it is no regular file, with an empty `error`. Later failures are told to the
+    /// events.
     virtual bool showFile(PreviewViewer viewer, const std::string& path, std::string& error) = 0;
-    /// A text of the program's own.
+    /// Shows a text of the program's own.
     virtual void showNotice(const std::string& text) = 0;
     virtual void clear() = 0;
 };

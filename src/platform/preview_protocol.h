@@ -1,6 +1,6 @@
-// What passes between the window and the helper that decodes pictures and pages: requests as lines of text,
-// answers as a header with bytes behind it. Both sides are on one machine and of one build. The window trusts
-// no number of an answer before it has compared it with what it asked for.
+// What the window and the helper that decodes pictures and pages send each other: requests are lines of text;
+// answers are a header followed by bytes. Both sides are on one machine and from one build. The window trusts
+// no number in an answer before comparing it with its request.
 #pragma once
 
 #include <cstdint>
@@ -14,48 +14,48 @@ namespace hl {
 
 constexpr const char* kPictureHelper = "harborlantern-preview";
 constexpr const char* kPagesHelper = "harborlantern-preview-pdf";
-/// Where a helper finds the file.
+/// The descriptor of the file in a helper.
 constexpr int kHelperFile = 3;
 
-/// Bytes of one picture that passes, and sides of it.
+/// The limits of one picture that is sent: its bytes, and each of its sides in pixels.
 constexpr std::uint32_t kMaxPictureBytes = 96U << 20;
 constexpr int kMaxPictureSide = 32767;
-/// Pages of a document that are shown.
+/// The largest number of pages of a document that is shown.
 constexpr std::uint32_t kMaxPages = 100'000;
-/// Of a page so many units of the box are shown, and drawn; the rest of a higher one is squeezed into them.
+/// The largest height of a page, in units of the box; a higher page is squeezed into it.
 constexpr int kHighestPage = 20'000;
 
-/// A picture: `box` is the room for it, and `scale` the device's pixels in one unit of the box, in
-/// thousandths. A page: the width of the box counts alone.
+/// For a picture, `box` is the room for it, and `scale` is the number of device pixels in one unit of the
+/// box, in thousandths. For a page, only the width of the box counts.
 struct PreviewRequest {
     std::uint32_t page = 0;
     PictureSize box;
     int scale = 1000;
-    bool trimmed = false;  ///< Of a picture: without what is of one colour around it.
+    bool trimmed = false;  ///< For a picture: leave out a border of a single colour.
 };
 std::string requestLine(const PreviewRequest& request);
-/// Nothing for a line that is none, or that asks for sizes below 1 or above the largest.
+/// Returns nothing for a line that is no request, or that asks for sizes below 1 or above the largest.
 std::optional<PreviewRequest> requestOf(std::string_view line);
 
 enum class PreviewAnswer : std::uint32_t {
-    kFailed,   ///< `bytes` of text: why. Of a page alone if others can follow.
-    kPicture,  ///< Pixels, 0xAARRGGBB premultiplied, rows without gaps.
-    kPages,    ///< PageSize for each page.
+    kFailed,   ///< `bytes` of text tell why. Concerns only the page if others can follow.
+    kPicture,  ///< The pixels, 0xAARRGGBB premultiplied, in rows without gaps.
+    kPages,    ///< One PageSize for each page.
 };
 
 struct AnswerHeader {
     PreviewAnswer kind = PreviewAnswer::kFailed;
     std::uint32_t page = 0;
-    std::int32_t width = 0, height = 0;            ///< Pixels.
-    std::int32_t drawnWidth = 0, drawnHeight = 0;  ///< Units of the box.
-    std::uint32_t bytes = 0;                       ///< That follow.
+    std::int32_t width = 0, height = 0;            ///< In pixels.
+    std::int32_t drawnWidth = 0, drawnHeight = 0;  ///< In units of the box.
+    std::uint32_t bytes = 0;                       ///< The number of bytes that follow.
 };
 
 struct PageSize {
-    float width = 0, height = 0;  ///< Points.
+    float width = 0, height = 0;  ///< In points.
 };
 
-/// Whether the numbers of the header make sense with each other.
+/// Tells whether the numbers of the header are consistent.
 bool isSound(const AnswerHeader& header);
 
 }  // namespace hl

@@ -20,7 +20,7 @@ void requireIndex(int index) {
     require(index == 1 || index == 2);
 }
 
-// Sums of positions and sizes are made in 64 bits, since any of them may be as large as an int.
+// Positions and sizes are added in 64 bits, since each of them may be as large as an int.
 int narrowed(std::int64_t value) {
     using Limits = std::numeric_limits<int>;
     return static_cast<int>(std::clamp<std::int64_t>(value, Limits::min(), Limits::max()));
@@ -76,7 +76,7 @@ void cSplitter::Bind(PaneRef control1, PaneRef control2) {
     control_[0] = control1;
     control_[1] = control2;
     if (pbConfigured()) return Resize();
-    if (changed) changed();  // There is nothing to lay out, but an old pane has to go.
+    if (changed) changed();  // There is nothing to lay out, but an old pane has to be removed.
 }
 
 void cSplitter::setTotal(int total) {
@@ -97,7 +97,7 @@ void cSplitter::pApply() {
     Resize();
 }
 
-// The order decides: where the limits contradict each other, the later one wins.
+// The order matters: where the limits contradict each other, the later one wins.
 void cSplitter::pValidatePosition() {
     positionUnchecked_ = total_ <= 0;
     if (positionUnchecked_) return;
@@ -158,7 +158,7 @@ void cSplitter::MouseUp(int at) {
     if (AfterResize) AfterResize();
 }
 
-// The pointer counts as if it could not leave the container.
+// The pointer is treated as if it could not leave the container.
 void cSplitter::moveTo(int at) {
     position_ = narrowed(std::int64_t{dragPosition_} + std::clamp(at, 0, std::max(total_, 0)) - dragStart_);
     pValidatePosition();

@@ -1,4 +1,5 @@
-// What the error report says of the machine. A fact that cannot be had is empty or zero.
+// What the error report says about the machine. A fact that cannot be learned is empty or zero. For the
+// thread of the logic.
 #pragma once
 
 #include <cstdint>
@@ -19,7 +20,7 @@ struct SystemName {
     std::string identifier;  ///< "debian 12 B6.1.0-18-amd64"
 };
 
-/// In pixels, and bits per pixel; zeros with no screen.
+/// Pixels, and bits per pixel; all are 0 without a screen.
 struct ScreenFacts {
     int width = 0, height = 0, depth = 0;
 };
@@ -29,14 +30,14 @@ class SystemFacts {
     virtual ~SystemFacts() = default;
     virtual SystemName systemName() = 0;
     virtual MemoryFacts memory() = 0;
-    virtual std::uint64_t workingSet() = 0;     ///< Bytes of the process in memory.
-    virtual std::uint64_t upTimeSeconds() = 0;  ///< Of the system.
-    virtual std::string processorName() = 0;    ///< Several different ones joined with a tab.
+    virtual std::uint64_t workingSet() = 0;     ///< The bytes of the process in memory.
+    virtual std::uint64_t upTimeSeconds() = 0;  ///< How long the system has been running.
+    virtual std::string processorName() = 0;    ///< Different processors are joined with a tab.
     virtual std::string userName() = 0;
     virtual std::string computerName() = 0;
     virtual bool adminRights() = 0;
-    virtual bool emulated() = 0;  ///< A 32-bit process on a 64-bit system.
-    /// The system's text for one of its error codes ("Permission denied"); empty for a code it does not know.
+    virtual bool emulated() = 0;  ///< True for a 32-bit process on a 64-bit system.
+    /// Returns the system's text for an error code ("Permission denied"); empty for an unknown code.
     virtual std::string errorText(int code) = 0;
     virtual std::string environment(const std::string& name) = 0;
 };

@@ -1,4 +1,5 @@
-// The platform of a run with no window: nothing waits, nothing is shown. Tests use it as well.
+// The platform of a run without a window: no messages, and nothing is shown. Tests use it, too. For one
+// thread.
 #pragma once
 
 #include <string>
@@ -10,7 +11,7 @@
 
 namespace hl {
 
-/// No messages ever wait.
+/// A pump that never has messages.
 class HeadlessPump final : public MessagePump {
   public:
     void PumpMessages() override {}
@@ -18,7 +19,7 @@ class HeadlessPump final : public MessagePump {
     std::uint64_t GetTickCount() override;
 };
 
-/// Keeps what was said instead of showing it.
+/// Records what is written instead of showing it.
 class RecordingConsole final : public Console {
   public:
     bool outputLine(std::string_view line) override {
