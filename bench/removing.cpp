@@ -7,7 +7,7 @@
 #include <fstream>
 #include <string>
 
-#include "platform/linux/file_operations.h"
+#include "platform/linux/change/file_operations.h"
 
 namespace {
 

@@ -26,14 +26,14 @@
 #include "app/settings.h"
 #include "app/texts.h"
 #include "mainwindow/window_form.h"
-#include "platform/linux/console.h"
-#include "platform/linux/drives.h"
-#include "platform/linux/file_operations.h"
-#include "platform/linux/file_system.h"
-#include "platform/linux/files.h"
-#include "platform/linux/folder_verb.h"
-#include "platform/linux/programs.h"
-#include "platform/linux/system_facts.h"
+#include "platform/linux/change/file_operations.h"
+#include "platform/linux/change/files.h"
+#include "platform/linux/change/folder_verb.h"
+#include "platform/linux/drives/drives.h"
+#include "platform/linux/process/console.h"
+#include "platform/linux/process/programs.h"
+#include "platform/linux/process/system_facts.h"
+#include "platform/linux/scan/file_system.h"
 
 namespace hl::bench {
 

@@ -18,11 +18,11 @@
 #include <functional>
 #include <span>
 
-#include "platform/linux/preview_tools.h"
-#include "platform/qt/preview_area.h"
-#include "platform/qt/preview_pages.h"
-#include "platform/qt/preview_picture.h"
-#include "platform/qt/preview_texts.h"
+#include "platform/linux/preview/preview_tools.h"
+#include "platform/qt/preview/preview_area.h"
+#include "platform/qt/preview/preview_pages.h"
+#include "platform/qt/preview/preview_picture.h"
+#include "platform/qt/preview/preview_texts.h"
 #include "window_parts.h"
 
 namespace hl {

@@ -8,8 +8,8 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "platform/qt/icon_store.h"
-#include "platform/qt/print_preview.h"
+#include "platform/qt/bars/icon_store.h"
+#include "platform/qt/print/print_preview.h"
 #include "scan/records.h"
 #include "views/report_columns.h"
 #include "window_parts.h"

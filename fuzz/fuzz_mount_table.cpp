@@ -4,7 +4,7 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/linux/mount_table.h"
+#include "platform/linux/drives/mount_table.h"
 #include "require.h"
 
 using hl::fuzz::require;

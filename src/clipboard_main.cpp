@@ -4,8 +4,8 @@
 #include <iostream>
 #include <iterator>
 
-#include "platform/linux/background.h"
-#include "platform/qt/clipboard_holder.h"
+#include "platform/linux/process/background.h"
+#include "platform/qt/window/clipboard_holder.h"
 
 int main(int argc, char** argv) {
     const std::string text{std::istreambuf_iterator<char>(std::cin), {}};

@@ -1,12 +1,12 @@
 // This helper decodes pictures for the preview. The file is open when it starts; requests come on standard
 // input and answers go to standard output (platform/preview_protocol.h). It can also try out a page of the
-// web (platform/qt/preview_web.h).
+// web (platform/qt/preview/preview_web.h).
 #include <string_view>
 
-#include "platform/linux/preview_confinement.h"
+#include "platform/linux/preview/preview_confinement.h"
 #include "platform/preview_protocol.h"
-#include "platform/qt/preview_decoder.h"
-#include "platform/qt/preview_web.h"
+#include "platform/qt/preview/preview_decoder.h"
+#include "platform/qt/preview/preview_web.h"
 
 int main(int argc, char** argv) {
     constexpr std::uint64_t kMemory = std::uint64_t{1} << 30;

@@ -1,8 +1,8 @@
 // This helper decodes pages of PDF documents for the preview. The file is open when it starts; requests come
 // on standard input and answers go to standard output (platform/preview_protocol.h).
-#include "platform/linux/preview_confinement.h"
+#include "platform/linux/preview/preview_confinement.h"
 #include "platform/preview_protocol.h"
-#include "platform/qt/preview_pdf_decoder.h"
+#include "platform/qt/preview/preview_pdf_decoder.h"
 
 int main(int argc, char** argv) {
     constexpr std::uint64_t kMemory = std::uint64_t{1} << 30;

@@ -6,8 +6,8 @@
 
 #include <future>
 
-#include "platform/linux/descriptor.h"
-#include "platform/linux/files.h"
+#include "platform/linux/change/files.h"
+#include "platform/linux/process/descriptor.h"
 #include "support/program.h"
 #include "support/trashing.h"
 

@@ -12,9 +12,9 @@
 #include "app/language.h"
 #include "app/settings.h"
 #include "app/simple_value.h"
+#include "base/collection.h"
 #include "platform/files.h"
 #include "robustness/debug.h"
-#include "scan/collection/collection.h"
 
 namespace hl {
 

@@ -69,7 +69,7 @@ void Menus::runDesktopEntry(int id, const std::vector<std::string>& paths) {
             if (!desktop.showInFolder(paths)) cannotBeOpened(paths.front());
             return;
         case kCopyFiles:
-            return desktop.copyFiles(paths);
+            return ops_.window.copyFiles(paths);
         case kCopyPaths:
             for (const std::string& path : paths) joined += (joined.empty() ? "" : "\n") + path;
             return ops_.window.copyText(joined);

@@ -44,8 +44,6 @@ class Desktop {
     virtual bool showInFolder(const std::vector<std::string>& paths) = 0;
     /// Opens the file manager's window of properties. Returns false if there is none.
     virtual bool showProperties(const std::vector<std::string>& paths) = 0;
-    /// Copies the files to the clipboard, for pasting into a file manager.
-    virtual void copyFiles(const std::vector<std::string>& paths) = 0;
 };
 
 }  // namespace hl

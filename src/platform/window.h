@@ -167,6 +167,8 @@ class Window {
     // --- the desktop
     virtual bool openUrl(const std::string& url) = 0;
     virtual void copyText(const std::string& text) = 0;
+    /// Copies files, for pasting into a file manager.
+    virtual void copyFiles(const std::vector<std::string>& paths) = 0;
     /// Returns the desktop's file types; valid as long as the window lives.
     virtual FileTypes& fileTypes() = 0;
     /// Valid as long as the window lives.

@@ -7,9 +7,9 @@
 #include <map>
 #include <string>
 
+#include "base/collection.h"
 #include "base/size_value.h"
 #include "platform/folder_id.h"
-#include "scan/collection/collection.h"
 
 namespace hl {
 

@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "platform/linux/files.h"
+#include "platform/linux/change/files.h"
 
 namespace hl::test {
 

@@ -5,7 +5,7 @@
 
 #include "gui/grid_view_fixture.h"
 #include "gui/window_bars_fixture.h"
-#include "platform/qt/qt_convert.h"
+#include "platform/qt/common/qt_convert.h"
 
 namespace hl {
 namespace {

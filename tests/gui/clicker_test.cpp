@@ -15,7 +15,7 @@
 
 #include "gui/window_fixture.h"
 #include "mainwindow/view_options.h"
-#include "platform/qt/cell_editor.h"
+#include "platform/qt/grid/cell_editor.h"
 #include "support/trashing.h"
 
 namespace hl {

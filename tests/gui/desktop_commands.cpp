@@ -6,10 +6,10 @@
 #include <string>
 #include <vector>
 
-#include "platform/qt/desktop_programs.h"
-#include "platform/qt/gio_owned.h"
+#include "platform/desktop/desktop_programs.h"
+#include "platform/desktop/gio_owned.h"
 // GLib's headers before those of Qt.
-#include "platform/qt/desktop_settings.h"
+#include "platform/qt/window/desktop_settings.h"
 
 namespace hl::test {
 

@@ -1,5 +1,5 @@
 // The database of types of the machine, or the one that the toolkit brings along.
-#include "platform/qt/desktop_file_types.h"
+#include "platform/qt/window/desktop_file_types.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
 // Real desktop entries, programs that write down how they were started, and a session's bus of the test's
 // own.
-#include "platform/qt/desktop_programs.h"
+#include "platform/desktop/desktop_programs.h"
 
 #include <gtest/gtest.h>
 #include <sys/socket.h>
@@ -12,6 +12,7 @@
 #include <algorithm>
 
 #include "base/path.h"
+#include "platform/qt/window/clipboard.h"
 #include "support/patience.h"
 #include "support/temp_dir.h"
 #include "support/trees.h"
@@ -305,8 +306,7 @@ TEST_F(DesktopUser, NobodyWaitsForABusThatSaysNothing) {
 }
 
 TEST(DesktopPrograms, CopiedFilesCanBePastedIntoAFileManager) {
-    DesktopPrograms desktop;
-    desktop.copyFiles({"/a b/\xff%\n'~", "/ä"});
+    copyFilesToClipboard({"/a b/\xff%\n'~", "/ä"});
     const QMimeData* data = QGuiApplication::clipboard()->mimeData();
     ASSERT_NE(data, nullptr);
     EXPECT_EQ(data->data(QStringLiteral("text/uri-list")).toStdString(),

@@ -1,4 +1,4 @@
-#include "platform/qt/form_dialog.h"
+#include "platform/qt/forms/form_dialog.h"
 
 #include <gtest/gtest.h>
 
@@ -12,7 +12,7 @@
 #include <QTest>
 
 #include "gui/recording_events.h"
-#include "platform/qt/dialogs.h"
+#include "platform/qt/forms/dialogs.h"
 
 namespace hl {
 namespace {

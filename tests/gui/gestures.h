@@ -7,7 +7,7 @@
 #include <QTest>
 #include <initializer_list>
 
-#include "platform/qt/grid_view.h"
+#include "platform/qt/grid/grid_view.h"
 
 namespace hl::test {
 

@@ -4,7 +4,7 @@
 #include <QScrollBar>
 
 #include "gui/grid_view_fixture.h"
-#include "platform/qt/grid_colors.h"
+#include "platform/qt/grid/grid_colors.h"
 
 namespace hl {
 namespace {

@@ -8,7 +8,7 @@
 #include "app/language.h"
 #include "base/text.h"
 #include "gui/window_fixture.h"
-#include "platform/qt/tool_bar.h"
+#include "platform/qt/bars/tool_bar.h"
 
 namespace hl {
 namespace {

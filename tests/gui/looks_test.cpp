@@ -4,8 +4,8 @@
 
 #include "base/scope_exit.h"
 #include "gui/grid_view_fixture.h"
-#include "platform/qt/grid_colors.h"
-#include "platform/qt/splitter_widget.h"
+#include "platform/qt/grid/grid_colors.h"
+#include "platform/qt/window/splitter_widget.h"
 
 namespace hl {
 namespace {

@@ -3,7 +3,7 @@
 
 #include <QApplication>
 
-#include "platform/qt/desktop_settings.h"
+#include "platform/qt/window/desktop_settings.h"
 
 namespace hl::test {
 /// A session in a process of its own, for what a process does once: see program_window_test.cpp.

@@ -15,11 +15,11 @@
 #include <QScrollBar>
 #include <QTest>
 
-#include "platform/linux/preview_tools.h"
-#include "platform/qt/preview_area.h"
-#include "platform/qt/preview_pages.h"
-#include "platform/qt/preview_picture.h"
-#include "platform/qt/preview_texts.h"
+#include "platform/linux/preview/preview_tools.h"
+#include "platform/qt/preview/preview_area.h"
+#include "platform/qt/preview/preview_pages.h"
+#include "platform/qt/preview/preview_picture.h"
+#include "platform/qt/preview/preview_texts.h"
 #include "recording_events.h"
 #include "support/few_descriptors.h"
 #include "support/temp_dir.h"

@@ -1,8 +1,8 @@
 // The preview in the window: it follows the selection of the list.
 #include "gui/lists_fixture.h"
-#include "platform/linux/preview_tools.h"
-#include "platform/qt/preview_area.h"
-#include "platform/qt/preview_texts.h"
+#include "platform/linux/preview/preview_tools.h"
+#include "platform/qt/preview/preview_area.h"
+#include "platform/qt/preview/preview_texts.h"
 
 namespace hl::test {
 namespace {

@@ -10,8 +10,8 @@
 #include "base/text.h"
 #include "gui/recording_events.h"
 #include "gui/window_fixture.h"
-#include "platform/qt/print_columns.h"
-#include "platform/qt/print_preview.h"
+#include "platform/qt/print/print_columns.h"
+#include "platform/qt/print/print_preview.h"
 
 namespace hl {
 namespace {

@@ -6,7 +6,7 @@
 #include <regex>
 
 #include "gui/window_fixture.h"
-#include "platform/linux/programs.h"
+#include "platform/linux/process/programs.h"
 #include "support/patience.h"
 #include "support/program.h"
 

@@ -2,9 +2,9 @@
 #include <QElapsedTimer>
 
 #include "gui/files_fixture.h"
-#include "platform/linux/preview_tools.h"
-#include "platform/qt/preview_area.h"
-#include "platform/qt/preview_texts.h"
+#include "platform/linux/preview/preview_tools.h"
+#include "platform/qt/preview/preview_area.h"
+#include "platform/qt/preview/preview_texts.h"
 #include "support/fuse_mount.h"
 
 namespace hl::test {

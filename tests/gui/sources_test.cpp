@@ -3,9 +3,9 @@
 #include <QListView>
 
 #include "gui/lists_fixture.h"
-#include "platform/linux/preview_tools.h"
-#include "platform/qt/preview_area.h"
-#include "platform/qt/preview_texts.h"
+#include "platform/linux/preview/preview_tools.h"
+#include "platform/qt/preview/preview_area.h"
+#include "platform/qt/preview/preview_texts.h"
 
 namespace hl {
 namespace {

@@ -1,5 +1,5 @@
-#include "platform/qt/tool_bar.h"
-#include "platform/qt/bar_flow.h"
+#include "platform/qt/bars/tool_bar.h"
+#include "platform/qt/bars/bar_flow.h"
 
 #include <gtest/gtest.h>
 

@@ -11,7 +11,7 @@
 #include "gui/recording_events.h"
 #include "mainwindow/bars.h"
 #include "mainwindow/panes.h"
-#include "platform/qt/main_window.h"
+#include "platform/qt/window/main_window.h"
 #include "scan/records.h"
 #include "support/test_texts.h"
 #include "views/drive_list.h"

@@ -21,18 +21,19 @@
 #include "app/settings.h"
 #include "gui/entry_name.h"
 #include "gui/gestures.h"
-#include "mainwindow/program_errors.h"
 #include "mainwindow/window_form.h"
-#include "platform/headless/headless.h"
-#include "platform/linux/drives.h"
-#include "platform/linux/file_operations.h"
-#include "platform/linux/file_system.h"
-#include "platform/linux/files.h"
-#include "platform/linux/patience.h"
-#include "platform/linux/system_facts.h"
-#include "platform/qt/main_window.h"
-#include "platform/qt/qt_pump.h"
+#include "platform/linux/change/file_operations.h"
+#include "platform/linux/change/files.h"
+#include "platform/linux/drives/drives.h"
+#include "platform/linux/drives/patience.h"
+#include "platform/linux/process/system_facts.h"
+#include "platform/linux/scan/file_system.h"
+#include "platform/qt/window/main_window.h"
+#include "platform/qt/window/qt_pump.h"
 #include "robustness/fakes.h"
+#include "start/headless_pump.h"
+#include "start/program_errors.h"
+#include "support/recording_console.h"
 #include "support/temp_dir.h"
 #include "support/trees.h"
 #include "support/whole_files.h"
@@ -148,7 +149,6 @@ class RecordingDesktop final : public Desktop {
     bool runsWhenOpened(const std::string&) override { return runs; }
     bool showInFolder(const std::vector<std::string>&) override { return true; }
     bool showProperties(const std::vector<std::string>&) override { return false; }
-    void copyFiles(const std::vector<std::string>&) override {}
 };
 
 class NoFolderVerb final : public FolderVerb {

@@ -5,8 +5,8 @@
 #include <string>
 
 #include "output/save_report.h"
-#include "platform/headless/headless.h"
 #include "scan/records.h"
+#include "start/headless_pump.h"
 #include "support/test_texts.h"
 #include "support/whole_files.h"
 

@@ -75,6 +75,7 @@ class FakeWindow : public Window {
         return true;
     }
     void copyText(const std::string&) override {}
+    void copyFiles(const std::vector<std::string>&) override {}
     void leaveText(const std::string&) override {}
     /// No test with this window gets here.
     FileTypes& fileTypes() override { std::abort(); }

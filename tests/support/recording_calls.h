@@ -9,7 +9,7 @@
 #include <mutex>
 #include <string>
 
-#include "platform/linux/directory_calls.h"
+#include "platform/linux/scan/directory_calls.h"
 
 namespace hl::test {
 

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "base/size_text.h"
-#include "platform/linux/read_ahead.h"
+#include "platform/linux/scan/read_ahead.h"
 
 namespace hl::test {
 

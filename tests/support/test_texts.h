@@ -4,7 +4,7 @@
 #include <string>
 
 #include "app/texts.h"
-#include "platform/linux/files.h"
+#include "platform/linux/change/files.h"
 #include "robustness/fakes.h"
 #include "support/temp_dir.h"
 

@@ -9,7 +9,7 @@
 #include <filesystem>
 #include <regex>
 
-#include "platform/linux/trash.h"
+#include "platform/linux/change/trash.h"
 #include "support/temp_dir.h"
 #include "support/trees.h"
 #include "support/whole_files.h"

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "platform/linux/files.h"
+#include "platform/linux/change/files.h"
 #include "scan/records.h"
 #include "support/environment.h"
 #include "support/temp_dir.h"

@@ -1,0 +1,26 @@
+// The programs of a freedesktop desktop, by GIO, and its file manager, by D-Bus.
+#pragma once
+
+#include "platform/desktop.h"
+#include "platform/patience.h"
+
+namespace hl {
+
+class DesktopPrograms final : public Desktop {
+  public:
+    /// To be made before there are threads that look at the environment: it is changed for a moment.
+    /// `patience` (may be null: all disks answer) outlives it.
+    explicit DesktopPrograms(Patience* patience = nullptr);
+    OpenResult open(const std::string& path) override;
+    std::vector<DesktopProgram> programsFor(const std::vector<std::string>& paths, std::size_t most) override;
+    std::vector<DesktopProgram> allPrograms() override;
+    bool openWith(const std::string& id, const std::vector<std::string>& paths) override;
+    bool runsWhenOpened(const std::string& path) override;
+    bool showInFolder(const std::vector<std::string>& paths) override;
+    bool showProperties(const std::vector<std::string>& paths) override;
+
+  private:
+    Patience* patience_;
+};
+
+}  // namespace hl

@@ -1,0 +1,139 @@
+#include "platform/linux/change/file_operations.h"
+
+#include <errno.h>
+#include <fcntl.h>
+#include <pwd.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <utility>
+
+#include "platform/linux/change/beside.h"
+#include "platform/linux/change/moving.h"
+#include "platform/linux/change/opened_place.h"
+#include "platform/linux/change/tree_removal.h"
+
+namespace hl {
+
+namespace {
+
+constexpr int kLookFlags = O_PATH | O_DIRECTORY | O_CLOEXEC;
+
+/// Whether `folder` is the folder `inside`, or one above it.
+bool holds(DirectoryCalls& calls, const FolderId& folder, const std::string& inside) {
+    Descriptor at = openAt(AT_FDCWD, inside, kLookFlags);
+    FolderId id;
+    FolderId before;
+    while (at.isOpen() && calls.identity(at.number(), id) == 0) {
+        if (id == folder) return true;
+        if (id == before) return false;  // ".." of the root is the root.
+        before = id;
+        at = openAt(at.number(), "..", kLookFlags);
+    }
+    return false;
+}
+
+/// The folder itself, also where its name is a link.
+std::string inside(const std::string& folder) {
+    return folder + "/.";
+}
+
+}  // namespace
+
+LinuxFileOperations::LinuxFileOperations(std::shared_ptr<DirectoryCalls> calls, Settings settings,
+                                         SilentDisks* disks)
+    : tools_(std::make_shared<const Tools>(Tools{std::move(calls), std::move(settings)})), disks_(disks) {}
+
+/// What `work` answers; `none` if one of the disks of `paths` does not answer. A link at the end of a path is
+/// what is asked for.
+template <class Answer>
+Answer LinuxFileOperations::beside(const Places& paths, Answer none, OperationWatch& watch,
+                                   std::function<Answer(Whereabouts&)> work) {
+    std::vector<std::uint64_t> mayHang;
+    for (const std::string& path : paths) {
+        const std::uint64_t disk = disks_ != nullptr ? disks_->of(path, LastName::kItself) : 0;
+        if (disk != 0 && disks_->isSilent(disk)) return none;
+        if (disk != 0) mayHang.push_back(disk);
+    }
+    const auto answer = std::make_shared<Answer>();
+    std::shared_ptr<Helper> left;
+    const auto body = [answer, work = std::move(work)](Whereabouts& at) { *answer = work(at); };
+    if (runBeside(body, watch, !mayHang.empty(), &left)) return std::move(*answer);
+    for (const std::uint64_t disk : mayHang)
+        if (left) disks_->leaveBehind(disk, left);
+    return none;
+}
+
+int LinuxFileOperations::removeFile(const FilePlace& place, OperationWatch& watch) {
+    return beside<int>({pathOf(place)}, ETIMEDOUT, watch, [place](Whereabouts& whereabouts) {
+        whereabouts.at([&] { return pathOf(place); });
+        return hl::removeFile(place, whereabouts);
+    });
+}
+
+Removal LinuxFileOperations::removeTree(const FilePlace& place, OperationWatch& watch) {
+    Removal none{.failures = {{pathOf(place), ETIMEDOUT, true}}, .failureCount = 1, .unknown = true};
+    return beside<Removal>(
+        {pathOf(place)}, std::move(none), watch, [place, tools = tools_](Whereabouts& whereabouts) {
+            return TreeRemoval(*tools->calls, whereabouts, tools->settings.budget).run(place);
+        });
+}
+
+RecycleError LinuxFileOperations::recycle(const FilePlace& place, OperationWatch& watch, std::string& now) {
+    using Recycled = std::pair<RecycleError, std::string>;
+    auto answer = beside<Recycled>(
+        {pathOf(place), inside(tools_->settings.trash.homeTrash)}, {RecycleError::kNoAnswer, ""}, watch,
+        [place, tools = tools_](Whereabouts& whereabouts) {
+            whereabouts.at([&] { return pathOf(place); });
+            Recycled result;
+            result.first = moveToTrash(place, tools->settings.trash, &result.second, &whereabouts);
+            return result;
+        });
+    now = std::move(answer.second);
+    return answer.first;
+}
+
+int LinuxFileOperations::move(const FilePlace& from, const FilePlace& to, OperationWatch& watch) {
+    return beside<int>({pathOf(from), pathOf(to)}, ETIMEDOUT, watch,
+                       [from, to](Whereabouts& whereabouts) { return moveEntry(from, to, whereabouts); });
+}
+
+std::optional<bool> LinuxFileOperations::wouldReplace(const FilePlace& from, const FilePlace& to,
+                                                      OperationWatch& watch) {
+    return beside<std::optional<bool>>({pathOf(from), pathOf(to)}, std::nullopt, watch,
+                                       [from, to](Whereabouts&) { return hl::wouldReplace(from, to); });
+}
+
+Protection LinuxFileOperations::protectionOf(const FilePlace& place, OperationWatch& watch) {
+    std::vector<std::string> paths = {pathOf(place)};
+    if (!tools_->settings.home.empty()) paths.push_back(inside(tools_->settings.home));
+    for (const std::string& folder : tools_->settings.programFolders) paths.push_back(inside(folder));
+    return beside<Protection>(paths, Protection::kNoAnswer, watch,
+                              [place, tools = tools_](Whereabouts&) { return lookAt(*tools, place); });
+}
+
+Protection LinuxFileOperations::lookAt(const Tools& tools, const FilePlace& place) {
+    const OpenedPlace at = openPlace(place);
+    if (at.error == EBUSY) return Protection::kRoot;
+    if (at.error == ESTALE) return Protection::kOtherFolder;
+    if (at.error != 0) return Protection::kNone;
+    const Descriptor folder = openAt(at.folder.number(), at.name, kLookFlags | O_NOFOLLOW);
+    DirectoryCalls& calls = *tools.calls;
+    FolderId id;
+    if (!folder.isOpen() || calls.identity(folder.number(), id) != 0) return Protection::kNone;
+    if (holds(calls, id, "/")) return Protection::kRoot;
+    const Settings& settings = tools.settings;
+    if (!settings.home.empty() && holds(calls, id, settings.home)) return Protection::kHome;
+    for (const std::string& own : settings.programFolders)
+        if (holds(calls, id, own)) return Protection::kProgram;
+    return Protection::kNone;
+}
+
+std::string homeFolder() {
+    const char* home = ::getenv("HOME");
+    if (home != nullptr && home[0] == '/') return home;
+    const struct passwd* user = ::getpwuid(::geteuid());
+    return user != nullptr && user->pw_dir != nullptr ? user->pw_dir : "";
+}
+
+}  // namespace hl

@@ -1,0 +1,59 @@
+// Removing, recycling and moving on Linux: each operation beside the thread that asks for it, and left behind
+// if the user wants an end while its disk does not answer.
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "platform/file_operations.h"
+#include "platform/linux/change/trash.h"
+#include "platform/linux/drives/silent_disks.h"
+#include "platform/linux/scan/directory_calls.h"
+
+namespace hl {
+
+class LinuxFileOperations final : public FileOperations {
+  public:
+    struct Settings {
+        std::string home;                         ///< Of the user; empty if there is none.
+        std::vector<std::string> programFolders;  ///< Where the program lies, and where it writes.
+        TrashSettings trash;
+        std::size_t budget = 64;  ///< Folders open at once, at most.
+    };
+    /// `calls` is what removing a tree comes down to. `disks`, which outlives this, tells which disks may not
+    /// answer; with null all are trusted to.
+    LinuxFileOperations(std::shared_ptr<DirectoryCalls> calls, Settings settings,
+                        SilentDisks* disks = nullptr);
+
+    int removeFile(const FilePlace& place, OperationWatch& watch) override;
+    Removal removeTree(const FilePlace& place, OperationWatch& watch) override;
+    RecycleError recycle(const FilePlace& place, OperationWatch& watch, std::string& now) override;
+    int move(const FilePlace& from, const FilePlace& to, OperationWatch& watch) override;
+    std::optional<bool> wouldReplace(const FilePlace& from, const FilePlace& to,
+                                     OperationWatch& watch) override;
+    Protection protectionOf(const FilePlace& place, OperationWatch& watch) override;
+
+  private:
+    /// What operations use, also those that were left behind.
+    struct Tools {
+        std::shared_ptr<DirectoryCalls> calls;
+        Settings settings;
+    };
+    using Places = std::vector<std::string>;
+
+    template <class Answer>
+    Answer beside(const Places& paths, Answer none, OperationWatch& watch,
+                  std::function<Answer(Whereabouts&)> work);
+    static Protection lookAt(const Tools& tools, const FilePlace& place);
+
+    std::shared_ptr<const Tools> tools_;
+    SilentDisks* disks_;
+};
+
+/// Home of the user who runs this process: as the environment names it, else as the system knows it.
+std::string homeFolder();
+
+}  // namespace hl

@@ -1,0 +1,88 @@
+#include "platform/linux/change/files.h"
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <chrono>
+#include <thread>
+
+#include "platform/linux/change/patient_file.h"
+#include "platform/linux/change/replacing_files.h"
+#include "platform/linux/process/descriptor.h"
+
+namespace hl {
+
+namespace {
+// Anybody who may read a folder may lock it, and hold others up. This file is its owner's alone.
+constexpr const char* kLockName = ".harborlantern-lock";
+
+std::optional<std::string> beginningOf(const std::string& path, std::size_t count) {
+    const Descriptor file = openToLook(path, O_NOFOLLOW);
+    struct stat status {};
+    if (!file.isOpen() || fstat(file.number(), &status) != 0 || !S_ISREG(status.st_mode)) return std::nullopt;
+    std::string bytes(count, '\0');
+    const ssize_t got = pread(file.number(), bytes.data(), count, 0);
+    if (got < 0) return std::nullopt;
+    bytes.resize(static_cast<std::size_t>(got));
+    return bytes;
+}
+
+}  // namespace
+
+std::optional<std::string> LinuxFiles::readWhole(const std::string& path, std::size_t limit, int& error) {
+    // A pipe in the place of a file is refused instead of waiting for a writer.
+    const Descriptor file = openAt(AT_FDCWD, path, O_RDONLY | O_NONBLOCK);
+    std::string content;
+    struct stat status {};
+    error = !file.isOpen() || fstat(file.number(), &status) != 0 ? errno : 0;
+    if (error == 0) error = S_ISFIFO(status.st_mode) ? ESPIPE : readAll(file.number(), limit, content);
+    if (error != 0) return std::nullopt;
+    return content;
+}
+
+std::unique_ptr<ReplacingFile> LinuxFiles::replace(const std::string& path, int& error) {
+    const auto make = [path, unfinished = unfinished_, waits = waitsForReaders_](int& failed) {
+        return makeReplacingFile(path, unfinished, waits, failed);
+    };
+    return patience_ == nullptr ? make(error) : replacePatiently(*patience_, path, make, error);
+}
+
+int LinuxFiles::append(const std::string& path, std::string_view bytes) {
+    Descriptor file = openAt(AT_FDCWD, path, O_WRONLY | O_APPEND | O_CREAT | O_NONBLOCK, 0666);
+    if (!file.isOpen()) return errno;
+    const int written = writeAll(file.number(), bytes);
+    const int closed = file.close();
+    return written != 0 ? written : closed;
+}
+
+std::optional<std::string> LinuxFiles::beginning(const std::string& path, std::size_t count) {
+    return ask<std::optional<std::string>>(
+        patience_, path, std::nullopt, [path, count] { return beginningOf(path, count); }, LastName::kItself);
+}
+
+bool LinuxFiles::exists(const std::string& path) {
+    struct stat status {};
+    return stat(path.c_str(), &status) == 0;
+}
+
+std::shared_ptr<void> LinuxFiles::lockFolderOf(const std::string& path) {
+    using namespace std::chrono_literals;
+    auto file = std::make_shared<Descriptor>(
+        openAt(AT_FDCWD, folderOf(path) + "/" + kLockName, O_RDWR | O_CREAT | O_NOFOLLOW | O_NONBLOCK, 0600));
+    struct stat status {};
+    if (!file->isOpen() || fstat(file->number(), &status) != 0) return nullptr;
+    if (!S_ISREG(status.st_mode) || status.st_uid != geteuid()) return nullptr;
+    const auto end = std::chrono::steady_clock::now() + (waitedForLock_ ? 0s : 2s);
+    while (flock(file->number(), LOCK_EX | LOCK_NB) != 0) {
+        if (errno == EWOULDBLOCK && std::chrono::steady_clock::now() >= end) waitedForLock_ = true;
+        if (waitedForLock_ || (errno != EWOULDBLOCK && errno != EINTR)) return nullptr;
+        std::this_thread::sleep_for(5ms);
+    }
+    waitedForLock_ = false;
+    return file;
+}
+
+}  // namespace hl

@@ -1,0 +1,134 @@
+#include "platform/linux/change/folder_verb.h"
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+
+#include "base/text.h"
+#include "platform/linux/change/files.h"
+
+namespace hl {
+
+namespace {
+
+constexpr std::size_t kLargestEntry = 1 << 20;
+
+// A value of a key: what a line of text cannot hold, and blanks at the front, which a reader drops.
+std::string valueText(std::string_view text) {
+    std::string out;
+    for (const char c : text) {
+        switch (c) {
+            case '\\':
+                out += "\\\\";
+                break;
+            case '\n':
+                out += "\\n";
+                break;
+            case '\r':
+                out += "\\r";
+                break;
+            case '\t':
+                out += "\\t";
+                break;
+            default:
+                out += c == ' ' && out.empty() ? "\\s" : std::string(1, c);
+        }
+    }
+    return out;
+}
+
+// One argument of the command line. REQUIRES: no percent sign in it, which would begin a field code.
+std::string argument(std::string_view text) {
+    std::string out = "\"";
+    for (const char c : text) {
+        if (c == '"' || c == '`' || c == '$' || c == '\\') out += '\\';
+        out += c;
+    }
+    return out + '"';
+}
+
+bool isPlain(char c) {
+    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '/' || c == '.';
+}
+
+// An entry is a text, so a path with control characters or bytes that are no UTF-8 is spelled out for a
+// shell. So is one with a percent sign: there is a way to write it, but not all readers undo it before they
+// look whether the program exists (GLib 2.74 does not).
+bool canStandInText(std::string_view path) {
+    return visible(path) == path && path.find('%') == std::string_view::npos;
+}
+
+// For printf: three octal digits for a byte.
+std::string octal(std::string_view path) {
+    std::string out;
+    for (const char c : path) {
+        const auto byte = static_cast<unsigned char>(c);
+        if (isPlain(c)) {
+            out += c;
+        } else {
+            out += {'\\', static_cast<char>('0' + (byte >> 6)), static_cast<char>('0' + ((byte >> 3) & 7)),
+                    static_cast<char>('0' + (byte & 7))};
+        }
+    }
+    return out;
+}
+
+std::string command(const std::string& executable) {
+    if (canStandInText(executable)) return argument(executable) + " %F";
+    const std::string script = "exec \"$(printf '" + octal(executable) + "')\" \"$@\"";
+    return "/bin/sh -c " + argument(script) + " sh %F";
+}
+
+// Every folder on the way to `path`, and itself. System error code.
+int makeFolders(const std::string& path) {
+    for (std::size_t end = path.find('/', 1);; end = path.find('/', end + 1)) {
+        if (mkdir(path.substr(0, end).c_str(), 0700) != 0 && errno != EEXIST) return errno;
+        if (end == std::string::npos) return 0;
+    }
+}
+
+int writeWhole(Files& files, const std::string& path, std::string_view text) {
+    int error = 0;
+    const auto file = files.replace(path, error);
+    if (!file) return error;
+    error = file->write(text);
+    return error == 0 ? file->commit() : error;
+}
+
+std::string entriesFolder(const std::string& dataHome, const std::string& home) {
+    if (dataHome.starts_with('/')) return dataHome + "/applications";
+    return home.starts_with('/') ? home + "/.local/share/applications" : std::string();
+}
+
+}  // namespace
+
+LinuxFolderVerb::LinuxFolderVerb(std::string_view entryName, const std::string& dataHome,
+                                 const std::string& home)
+    : folder_(entriesFolder(dataHome, home)), path_(folder_ + "/" + std::string(entryName) + ".desktop") {}
+
+// The preference is for desktops that rank entries among which nobody has chosen: behind all others.
+std::string folderEntryText(const FolderOffer& offer) {
+    return "[Desktop Entry]\nType=Application\nName=" + valueText(decodable(offer.caption)) +
+           "\nExec=" + valueText(command(offer.executable)) +
+           "\nTerminal=false\nNoDisplay=true\nInitialPreference=0\nMimeType=inode/directory;\n";
+}
+
+FolderVerbFailure LinuxFolderVerb::offer(const FolderOffer& offer) {
+    if (folder_.empty()) return {ENOENT, folder_};
+    LinuxFiles files;
+    files.refuseUnreadPipes();
+    const std::string text = folderEntryText(offer);
+    int error = 0;
+    if (files.readWhole(path_, kLargestEntry, error) == text) return {};
+    if (error = makeFolders(folder_); error != 0) return {error, folder_};
+    error = writeWhole(files, path_, text);
+    return {error, error == 0 ? std::string() : path_};
+}
+
+FolderVerbFailure LinuxFolderVerb::withdraw() {
+    if (folder_.empty() || unlink(path_.c_str()) == 0 || errno == ENOENT || errno == ENOTDIR) return {};
+    return {errno, path_};
+}
+
+}  // namespace hl

@@ -1,0 +1,55 @@
+// Questions to disks that may not answer, on Linux.
+#pragma once
+
+#include <chrono>
+#include <memory>
+#include <string>
+#include <utility>
+
+#include "platform/folder_reader.h"
+#include "platform/linux/drives/silent_disks.h"
+#include "platform/patience.h"
+
+namespace hl {
+
+class LinuxPatience final : public Patience {
+  public:
+    static constexpr std::chrono::milliseconds kLimit{10'000};
+
+    /// `disks` outlives it.
+    explicit LinuxPatience(SilentDisks& disks, std::chrono::milliseconds limit = kLimit)
+        : disks_(disks), limit_(limit) {}
+    /// Whoever lets messages run meanwhile; null, as at first: nobody.
+    void setWait(DiskWait* wait) { wait_ = wait; }
+
+    bool run(const std::string& path, const std::function<void()>& work, LastName last) override;
+
+  private:
+    bool endsInTime(Helper& helper, const std::string& path) const;
+
+    SilentDisks& disks_;
+    std::chrono::milliseconds limit_;
+    DiskWait* wait_ = nullptr;
+};
+
+/// The file system of the machine, asked with patience: a path whose disk does not answer has the error
+/// ETIMEDOUT. Reading folders has patience of its own.
+class PatientFileSystem final : public FileSystem {
+  public:
+    PatientFileSystem(std::shared_ptr<FileSystem> disk, Patience& patience)
+        : disk_(std::move(disk)), patience_(patience) {}
+
+    std::unique_ptr<FolderReader> read(std::string_view source, const ReadOptions& options,
+                                       WaitCallback* wait) override {
+        return disk_->read(source, options, wait);
+    }
+    bool mayHang(std::string_view path) override { return disk_->mayHang(path); }
+    PathFacts look(std::string_view path) override;
+    std::string target(std::string_view path, int& error) override;
+
+  private:
+    std::shared_ptr<FileSystem> disk_;
+    Patience& patience_;
+};
+
+}  // namespace hl

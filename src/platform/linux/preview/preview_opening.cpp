@@ -1,0 +1,168 @@
+#include "platform/linux/preview/preview_opening.h"
+
+#include <sys/eventfd.h>
+#include <sys/mman.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <atomic>
+#include <cerrno>
+#include <cstring>
+#include <mutex>
+#include <utility>
+
+#include "platform/linux/process/descriptor.h"
+#include "platform/linux/process/helper.h"
+
+namespace hl {
+
+namespace {
+
+class LinuxOpenFile final : public OpenFile {
+  public:
+    LinuxOpenFile(Descriptor file, std::uint64_t size) : file_(std::move(file)), size_(size) {}
+    int descriptor() const override { return file_.number(); }
+    std::uint64_t size() const override { return size_; }
+    std::string head(std::size_t limit, int& error) const override {
+        std::string bytes(static_cast<std::size_t>(std::min<std::uint64_t>(limit, size_)), '\0');
+        std::size_t have = 0;
+        error = 0;
+        while (have < bytes.size()) {
+            const ssize_t got =
+                ::pread(file_.number(), bytes.data() + have, bytes.size() - have, static_cast<off_t>(have));
+            if (got < 0 && errno == EINTR) continue;
+            if (got < 0) error = errno;
+            if (got <= 0) break;
+            have += static_cast<std::size_t>(got);
+        }
+        bytes.resize(error == 0 ? have : 0);
+        return bytes;
+    }
+
+  private:
+    Descriptor file_;
+    std::uint64_t size_;
+};
+
+/// The first `bytes` of the file into `memory`. System error code.
+int copyBeginning(const OpenFile& file, const Descriptor& memory, std::uint64_t bytes,
+                  const std::atomic<bool>& dropped) {
+    std::string block(std::size_t{256} << 10, '\0');
+    for (std::uint64_t at = 0; at < bytes;) {
+        if (dropped.load()) return ECANCELED;
+        const auto wanted = static_cast<std::size_t>(std::min<std::uint64_t>(block.size(), bytes - at));
+        const ssize_t got = ::pread(file.descriptor(), block.data(), wanted, static_cast<off_t>(at));
+        if (got < 0 && errno == EINTR) continue;
+        if (got <= 0) return got < 0 ? errno : 0;
+        const auto read = std::string_view(block).substr(0, static_cast<std::size_t>(got));
+        if (const int error = writeAll(memory.number(), read); error != 0) return error;
+        at += static_cast<std::uint64_t>(got);
+    }
+    return 0;
+}
+
+}  // namespace
+
+std::unique_ptr<OpenFile> makeOpenFile(Descriptor file, std::uint64_t size) {
+    return std::make_unique<LinuxOpenFile>(std::move(file), size);
+}
+
+// To open what is no regular file would let a writer go on, or wind a tape back.
+std::unique_ptr<OpenFile> openForPreview(const std::string& path, int& error) {
+    struct stat facts {};
+    error = ::stat(path.c_str(), &facts) != 0 ? errno : 0;
+    if (error != 0 || !S_ISREG(facts.st_mode)) return nullptr;
+    Descriptor file = openToLook(path);
+    error = !file.isOpen() || ::fstat(file.number(), &facts) != 0 ? errno : 0;
+    // It may be another one by now.
+    if (error != 0 || !S_ISREG(facts.st_mode)) return nullptr;
+    return makeOpenFile(std::move(file), static_cast<std::uint64_t>(facts.st_size));
+}
+
+/// One file that is wanted. The helper writes `error` and `file` before it tells the event; the logic reads
+/// them after that, and only then.
+struct PreviewOpenings::Request {
+    std::string path;
+    bool beginning = false;
+    std::atomic<bool> dropped = false;
+    Descriptor event{::eventfd(0, EFD_NONBLOCK | EFD_CLOEXEC)};
+    int error = 0;
+    std::unique_ptr<OpenFile> file;
+
+    /// The file itself is closed here, too: that may hang like anything else.
+    void open() {
+        const auto there = openForPreview(path, error);
+        if (!there) return;
+        const std::uint64_t size = there->size();
+        if (!beginning && size > kMostBytes) error = EFBIG;
+        Descriptor memory(::memfd_create("preview", MFD_CLOEXEC));
+        if (error == 0 && !memory.isOpen()) error = errno;
+        if (error == 0)
+            error = copyBeginning(*there, memory, beginning ? std::min(size, kBeginning) : size, dropped);
+        if (error == 0 && ::lseek(memory.number(), 0, SEEK_SET) != 0) error = errno;
+        if (error == 0) file = makeOpenFile(std::move(memory), size);
+    }
+    void tell() const {
+        const std::uint64_t one = 1;
+        [[maybe_unused]] const ssize_t told = ::write(event.number(), &one, sizeof one);
+    }
+};
+
+struct PreviewOpenings::Desk {
+    std::mutex mutex;
+    bool working = false;
+    std::shared_ptr<Request> next;
+};
+
+class PreviewOpenings::Opening final : public PreviewOpening {
+  public:
+    explicit Opening(std::shared_ptr<Request> request) : request_(std::move(request)) {}
+    ~Opening() override { request_->dropped = true; }
+    int descriptor() const override { return request_->event.number(); }
+    std::unique_ptr<OpenFile> take(std::string& error) override {
+        std::uint64_t count = 0;
+        if (::read(request_->event.number(), &count, sizeof count) < 0) request_->error = errno;
+        error = request_->error != 0 ? std::strerror(request_->error) : "";
+        return std::move(request_->file);
+    }
+
+  private:
+    std::shared_ptr<Request> request_;
+};
+
+std::unique_ptr<PreviewOpening> PreviewOpenings::begin(std::uint64_t disk, const std::string& path,
+                                                       bool beginning) {
+    auto request = std::make_shared<Request>();
+    request->path = path;
+    request->beginning = beginning;
+    std::shared_ptr<Desk>& desk = desks_[disk];
+    if (!desk) desk = std::make_shared<Desk>();
+    const std::lock_guard lock(desk->mutex);
+    desk->next = request;
+    if (!desk->working) {
+        desk->working = Helper::start([desk = desk](Whereabouts&) { work(*desk); }, true) != nullptr;
+        if (!desk->working) {
+            request->error = EAGAIN;
+            request->tell();
+        }
+    }
+    return std::make_unique<Opening>(std::move(request));
+}
+
+void PreviewOpenings::work(Desk& desk) {
+    for (std::unique_lock lock(desk.mutex);; lock.lock()) {
+        const std::shared_ptr<Request> request = std::exchange(desk.next, nullptr);
+        desk.working = request != nullptr;
+        if (!desk.working) return;
+        lock.unlock();
+        try {
+            if (!request->dropped) request->open();
+        } catch (...) {  // No memory; there is nobody on this thread to tell.
+            request->error = ENOMEM;
+        }
+        request->tell();
+    }
+}
+
+}  // namespace hl

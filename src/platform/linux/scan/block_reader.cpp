@@ -1,0 +1,210 @@
+#include "platform/linux/scan/block_reader.h"
+
+#include <errno.h>
+#include <fcntl.h>
+#include <sys/stat.h>
+
+#include <array>
+#include <climits>
+#include <cstddef>
+#include <cstring>
+
+#include "base/size_text.h"
+
+namespace hl {
+
+namespace {
+
+constexpr std::size_t kRecordBytes = std::size_t{64} << 10;
+// Below this room a further call would bring too little to be worth it.
+constexpr std::size_t kLeastRoom = std::size_t{16} << 10;
+
+// The kernel's linux_dirent64.
+struct Record {
+    std::uint64_t inode;
+    std::int64_t cookie;
+    std::uint16_t length;
+    std::uint8_t type;
+    char name[1];
+};
+
+enum RecordType : std::uint8_t { kUnknown = 0, kFolder = 4, kLink = 10 };
+
+bool isDots(const char* name) {
+    return name[0] == '.' && (name[1] == '\0' || (name[1] == '.' && name[2] == '\0'));
+}
+
+std::uint32_t hiddenBit(std::string_view name) {
+    return name.starts_with('.') ? kAttributeHidden : 0U;
+}
+
+std::uint32_t attributesOf(const struct statx& facts) {
+    std::uint32_t bits = 0;
+    if ((facts.stx_mode & S_IWUSR) == 0) bits |= kAttributeReadOnly;
+    if ((facts.stx_attributes & STATX_ATTR_COMPRESSED) != 0) bits |= kAttributeCompressed;
+    if ((facts.stx_attributes & STATX_ATTR_ENCRYPTED) != 0) bits |= kAttributeEncrypted;
+    if (S_ISREG(facts.stx_mode) && facts.stx_blocks * 512 < facts.stx_size) bits |= kAttributeSparse;
+    if (S_ISLNK(facts.stx_mode)) bits |= kAttributeReparse;
+    return bits;
+}
+
+// The kernel's own numbers of devices have 12 bits and 20.
+std::uint32_t deviceNumber(const struct statx& facts) {
+    return facts.stx_dev_major << 20 | facts.stx_dev_minor;
+}
+
+template <class T>
+std::span<const T> copyTo(char*& place, const std::vector<T>& from) {
+    auto* start = reinterpret_cast<T*>(place);
+    if (!from.empty()) std::memcpy(start, from.data(), from.size() * sizeof(T));
+    place += from.size() * sizeof(T);
+    return {start, from.size()};
+}
+
+}  // namespace
+
+BlockReader::BlockReader(DirectoryCalls& calls, LinkLook& links, const ReadOptions& options)
+    : calls_(calls),
+      links_(links),
+      options_(options),
+      mask_(STATX_TYPE | STATX_SIZE),
+      records_(std::make_unique_for_overwrite<char[]>(kRecordBytes)) {
+    if (options.wantLinks) mask_ |= STATX_NLINK | STATX_INO;
+    if (options.wantTimes) mask_ |= STATX_MODE | STATX_BLOCKS | STATX_ATIME | STATX_MTIME | STATX_BTIME;
+}
+
+BlockReader::Fill BlockReader::fill(int folder) {
+    Fill result;
+    length_ = 0;
+    while (kRecordBytes - length_ >= kLeastRoom) {
+        const long got = calls_.readEntries(folder, records_.get() + length_, kRecordBytes - length_);
+        countAnswer();
+        if (got < 0) result.error = static_cast<int>(-got);
+        if (got <= 0) return result;
+        length_ += static_cast<std::size_t>(got);
+        result.nothing = false;
+    }
+    result.more = true;
+    for (std::size_t at = 0; at < length_;) {
+        const auto* record = reinterpret_cast<const Record*>(records_.get() + at);
+        result.cookie = record->cookie;
+        at += record->length;
+    }
+    return result;
+}
+
+// The hot loop of a scan: for each entry that is no folder one statx relative to the open folder, and nothing
+// else that enters the kernel. The type in the record saves the look at folders.
+std::shared_ptr<const Block> BlockReader::build(int folder, const LinkLook::GoOn& goOn) {
+    entries_.clear();
+    times_.clear();
+    entered_.clear();
+    names_.clear();
+    entryError_ = 0;
+    LinkLook::Place place{folder};
+    for (std::size_t at = 0; at < length_;) {
+        const auto* record = reinterpret_cast<const Record*>(records_.get() + at);
+        at += record->length;
+        if (isDots(record->name)) continue;
+        const std::size_t length = std::strlen(record->name);
+        if (record->type == kFolder) {
+            addFolder({record->name, length}, 0, kTagNone);
+        } else if (record->type == kLink) {
+            addLink(place, record->name, length, goOn);
+        } else {
+            addOther(folder, record->name, length);
+        }
+    }
+    return pack();
+}
+
+std::uint32_t BlockReader::keepName(std::string_view name) {
+    const auto offset = static_cast<std::uint32_t>(names_.size());
+    names_.append(name).push_back('\0');
+    return offset;
+}
+
+void BlockReader::noteError(int error) {
+    if (entryError_ == 0) entryError_ = error;
+}
+
+void BlockReader::addFolder(std::string_view name, std::uint32_t attributes, std::uint32_t tag) {
+    Entry entry;
+    entry.attributes = kAttributeDirectory | attributes | hiddenBit(name);
+    entry.tag = tag;
+    entry.nameLength = static_cast<std::uint16_t>(name.size());
+    entry.nameOffset = keepName(name);
+    if (options_.recursive && (tag == kTagNone || options_.followLinks))
+        entered_.push_back(static_cast<std::uint32_t>(entries_.size()));
+    entries_.push_back(entry);
+    if (options_.wantTimes) times_.emplace_back();
+}
+
+// A link is first asked where it leads: only one that leads to no folder needs a look of its own.
+void BlockReader::addLink(LinkLook::Place& place, const char* name, std::size_t length,
+                          const LinkLook::GoOn& goOn) {
+    const bool leadsToFolder = links_.leadsToFolder(place, name, goOn);
+    countAnswer();
+    if (!leadsToFolder) return addOther(place.folder, name, length);
+    addFolder({name, length}, kAttributeReparse, kTagSymbolicLink);
+    std::array<char, PATH_MAX> target;
+    const long got = calls_.readLink(place.folder, name, target.data(), target.size());
+    if (got <= 0) return;
+    // Behind the name and its NUL; the length says where it ends.
+    entries_.back().targetLength = static_cast<std::uint16_t>(got);
+    keepName({target.data(), static_cast<std::size_t>(got)});
+}
+
+void BlockReader::addOther(int folder, const char* name, std::size_t length) {
+    struct statx facts;
+    const int result = calls_.look(folder, name, false, mask_, facts);
+    countAnswer();
+    if (result == -ENOENT) return;  // Gone since its name was read.
+    const std::string_view text(name, length);
+    if (result < 0) {
+        noteError(-result);
+        facts = {};
+        facts.stx_nlink = 1;
+    } else if (S_ISDIR(facts.stx_mode)) {
+        return addFolder(text, 0, kTagNone);  // The file system gives no types with names.
+    }
+    addFile(facts, text);
+}
+
+void BlockReader::addFile(const struct statx& facts, std::string_view name) {
+    Entry entry;
+    entry.size = facts.stx_size;
+    if (options_.wantLinks) {
+        entry.inode = facts.stx_ino;
+        entry.device = deviceNumber(facts);
+        entry.links = facts.stx_nlink;
+    }
+    if (S_ISLNK(facts.stx_mode)) entry.tag = kTagSymbolicLink;
+    if (options_.wantTimes) {
+        entry.attributes = attributesOf(facts) | hiddenBit(name);
+        times_.push_back({facts.stx_mtime.tv_sec, facts.stx_btime.tv_sec, facts.stx_atime.tv_sec});
+    }
+    if (options_.wantFileNames) {
+        entry.nameLength = static_cast<std::uint16_t>(name.size());
+        entry.nameOffset = keepName(name);
+    }
+    entries_.push_back(entry);
+}
+
+std::shared_ptr<const Block> BlockReader::pack() {
+    auto block = std::make_shared<Block>();
+    const std::size_t bytes = entries_.size() * sizeof(Entry) + times_.size() * sizeof(EntryTimes) +
+                              entered_.size() * sizeof(std::uint32_t) + names_.size();
+    block->memory = std::make_unique_for_overwrite<char[]>(bytes);
+    block->bytes = bytes + sizeof(Block);
+    block->entryError = entryError_;
+    char* place = block->memory.get();
+    block->entries = copyTo(place, entries_);
+    block->times = copyTo(place, times_);
+    block->entered = copyTo(place, entered_);
+    std::memcpy(place, names_.data(), names_.size());
+    block->names = place;
+    return block;
+}
+
+}  // namespace hl

@@ -1,0 +1,79 @@
+// Turns the records of an open folder into a block of entries with their facts. Each reading thread has its
+// own reader.
+//
+// A block is read in two steps, so that a long folder can be shared: fill() takes the names from the kernel,
+// and once that is done another thread may already fill() the next block of the same folder with its reader;
+// build() then looks at each entry once.
+#pragma once
+
+#include <atomic>
+#include <cstdint>
+#include <memory>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "platform/folder_reader.h"
+#include "platform/linux/scan/directory_calls.h"
+#include "platform/linux/scan/link_look.h"
+
+namespace hl {
+
+/// What was read of one folder in one go. Immutable once built, so any thread may read it.
+struct Block {
+    std::unique_ptr<char[]> memory;  ///< Holds what the spans and `names` point to.
+    std::size_t bytes = 0;           ///< Everything included.
+    std::span<const Entry> entries;
+    std::span<const EntryTimes> times;
+    std::span<const std::uint32_t> entered;  ///< Indexes of the entries that the walk will enter.
+    const char* names = nullptr;             ///< Each name ends in a NUL.
+    int entryError = 0;  ///< System error code of the first entry that could not be looked at.
+};
+
+class BlockReader {
+  public:
+    /// `calls` and `links` must outlive it.
+    BlockReader(DirectoryCalls& calls, LinkLook& links, const ReadOptions& options);
+
+    struct Fill {
+        int error = 0;            ///< Positive system error code; what was read before it is kept.
+        bool nothing = true;      ///< Not one record was read.
+        bool more = false;        ///< There may be further records.
+        std::int64_t cookie = 0;  ///< Place behind the last record.
+    };
+    /// Takes the next records of the folder, from where its descriptor stands and as many as fit. `folder` is
+    /// an open descriptor and stays the caller's.
+    Fill fill(int folder);
+    /// The block of the records of the last fill(). Entries that are gone by now are not in it.
+    /// REQUIRES: fill() was called, and `folder` is open on the same folder.
+    /// `goOn` is asked where it has to wait for a disk to which a link leads (link_look.h).
+    std::shared_ptr<const Block> build(int folder, const LinkLook::GoOn& goOn);
+
+    /// How many answers the disk gave so far: names, and looks at entries. From any thread.
+    std::uint32_t answers() const { return answers_.load(std::memory_order_relaxed); }
+
+  private:
+    void countAnswer() { answers_.store(answers() + 1, std::memory_order_relaxed); }
+    void addFolder(std::string_view name, std::uint32_t attributes, std::uint32_t tag);
+    void addLink(LinkLook::Place& place, const char* name, std::size_t length, const LinkLook::GoOn& goOn);
+    void addOther(int folder, const char* name, std::size_t length);
+    void addFile(const struct statx& facts, std::string_view name);
+    std::uint32_t keepName(std::string_view name);
+    void noteError(int error);
+    std::shared_ptr<const Block> pack();
+
+    DirectoryCalls& calls_;
+    LinkLook& links_;
+    const ReadOptions options_;
+    unsigned mask_;
+    std::atomic<std::uint32_t> answers_{0};
+    std::unique_ptr<char[]> records_;
+    std::size_t length_ = 0;
+    std::vector<Entry> entries_;
+    std::vector<EntryTimes> times_;
+    std::vector<std::uint32_t> entered_;
+    std::string names_;
+    int entryError_ = 0;
+};
+
+}  // namespace hl

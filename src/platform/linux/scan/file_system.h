@@ -1,0 +1,36 @@
+// The file system of the machine. read() and what it gives belong to one thread, that of the logic; look()
+// and target() may be called from any.
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "platform/folder_reader.h"
+#include "platform/linux/drives/mount_table.h"
+#include "platform/linux/scan/directory_calls.h"
+#include "platform/linux/scan/read_ahead_limits.h"
+
+namespace hl {
+
+/// Limits for this machine. Helpers while folders come from the system's cache ("warm"): one for each
+/// processor beyond the first; while reads wait for a disk: up to eight, or more where there are more
+/// processors. Descriptors by the soft limit of the process, 8 to 512; where it leaves fewer than 8 there are
+/// no helpers. None either with `readAhead` false.
+ReadAheadLimits limitsOfThisMachine(bool readAhead);
+
+class LinuxFileSystem final : public FileSystem {
+  public:
+    explicit LinuxFileSystem(const ReadAheadLimits& limits) : limits_(limits) {}
+
+    std::unique_ptr<FolderReader> read(std::string_view source, const ReadOptions& options,
+                                       WaitCallback* wait) override;
+    bool mayHang(std::string_view path) override { return canHang(std::string(path)); }
+    PathFacts look(std::string_view path) override;
+    std::string target(std::string_view path, int& error) override;
+
+  private:
+    std::shared_ptr<DirectoryCalls> calls_ = std::make_shared<DirectoryCalls>();
+    ReadAheadLimits limits_;
+};
+
+}  // namespace hl

@@ -1,0 +1,25 @@
+// Which folders lie on the way down to a folder: what tells a circle of followed links and mounts.
+//
+// The kernel ends such a circle only along one path, and a scan opens its folders one by one.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "platform/linux/scan/open_folders.h"
+
+namespace hl {
+
+class WayDown {
+  public:
+    /// Learns the `levels` folders right above the source, which belong to every way down. An absolute path.
+    void begin(DirectoryCalls& calls, std::string source, std::uint32_t levels);
+    /// Whether a folder above has the device and inode of this one. REQUIRES: all of them got their ids.
+    bool leadsBack(const Folder* folder) const;
+
+  private:
+    std::vector<FolderId> aboveSource_;
+};
+
+}  // namespace hl

@@ -1,0 +1,62 @@
+#include "platform/qt/bars/bar_edit.h"
+
+#include <QFocusEvent>
+#include <QKeyEvent>
+#include <QToolButton>
+
+#include "platform/qt/common/qt_convert.h"
+#include "platform/qt/common/qt_guard.h"
+
+namespace hl {
+
+BarEdit::BarEdit(CommandBar& bar, const BarEntry& entry, WindowEvents& events, Within within,
+                 const QString& clear, QWidget* parent)
+    : QLineEdit(parent), bar_(bar), events_(events), within_(std::move(within)), id_(entry.id) {
+    setText(qtText(entry.text));
+    setPlaceholderText(qtText(entry.caption));
+    setAccessibleName(qtText(entry.caption.empty() ? entry.tooltip : entry.caption));
+    setToolTip(qtText(entry.tooltip));
+    setEnabled(entry.enabled);
+    setClearButtonEnabled(entry.width == 0);  // In a box of a few digits it would cover them.
+    if (auto* button = findChild<QToolButton*>()) button->setAccessibleName(clear);
+    showHint();
+    connect(this, &QLineEdit::textEdited, this, [this](const QString& text) {
+        qtGuard(events_, "BarEdit::textEdited", [&] {
+            bar_.setText(id_, utf8(text));
+            within_([&] { events_.editChanged(bar_.id(), id_, utf8(text)); });
+        });
+    });
+}
+
+/// Some dark palettes come without a colour for the hint, and then have a dark one.
+void BarEdit::showHint() {
+    QPalette own = palette();
+    for (const auto group : {QPalette::Active, QPalette::Inactive, QPalette::Disabled}) {
+        QColor hint = own.color(group, QPalette::Text);
+        hint.setAlphaF(0.6F);
+        own.setColor(group, QPalette::PlaceholderText, hint);
+    }
+    setPalette(own);
+}
+
+// A menu and another window give the focus back.
+void BarEdit::focusOutEvent(QFocusEvent* event) {
+    qtGuard(events_, "BarEdit::focusOutEvent", [&] {
+        QLineEdit::focusOutEvent(event);
+        if (event->reason() == Qt::PopupFocusReason || event->reason() == Qt::ActiveWindowFocusReason) return;
+        within_([&] { events_.editLeft(bar_.id(), id_); });
+    });
+}
+
+void BarEdit::keyPressEvent(QKeyEvent* event) {
+    qtGuard(events_, "BarEdit::keyPressEvent", [&] {
+        QLineEdit::keyPressEvent(event);
+        const int key = handledKey(*event);
+        if (key == 0) return;
+        // Return would go on to a default button, or close the menu that the box stands in.
+        if (key == kKeyReturn) event->accept();
+        within_([&] { events_.editKeyDown(bar_.id(), id_, key); });
+    });
+}
+
+}  // namespace hl

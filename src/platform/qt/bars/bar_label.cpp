@@ -1,0 +1,44 @@
+#include "platform/qt/bars/bar_label.h"
+
+#include <QHelpEvent>
+#include <QPainter>
+#include <QStyle>
+#include <QToolTip>
+
+#include "platform/qt/common/qt_guard.h"
+
+namespace hl {
+
+BarLabel::BarLabel(const QString& text, WindowEvents& events, QWidget* parent)
+    : QLabel(text, parent), events_(events) {
+    QFont bold = font();
+    bold.setBold(true);
+    setFont(bold);
+    setTextFormat(Qt::PlainText);
+    setContentsMargins(4, 0, 6, 0);
+}
+
+// Both ends of a path say more than its middle.
+QString BarLabel::shown() const {
+    return fontMetrics().elidedText(text(), Qt::ElideMiddle, contentsRect().width());
+}
+
+bool BarLabel::event(QEvent* event) {
+    return qtGuard(events_, "BarLabel::event", [&] {
+        if (event->type() != QEvent::ToolTip || shown() == text()) return QLabel::event(event);
+        // A name is never read as rich text.
+        QToolTip::showText(static_cast<QHelpEvent*>(event)->globalPos(),
+                           QStringLiteral("<p style='white-space:pre'>") + text().toHtmlEscaped(), this);
+        return true;
+    });
+}
+
+void BarLabel::paintEvent(QPaintEvent*) {
+    qtGuard(events_, "BarLabel::paintEvent", [this] {
+        QPainter painter(this);
+        style()->drawItemText(&painter, contentsRect(), Qt::AlignLeft | Qt::AlignVCenter, palette(),
+                              isEnabled(), shown(), foregroundRole());
+    });
+}
+
+}  // namespace hl

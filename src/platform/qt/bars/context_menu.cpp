@@ -1,0 +1,33 @@
+#include "platform/qt/bars/context_menu.h"
+
+#include <QMenu>
+
+#include "platform/qt/common/qt_convert.h"
+
+namespace hl {
+
+namespace {
+
+void fill(QMenu& menu, const std::vector<MenuEntry>& entries) {
+    for (const MenuEntry& entry : entries) {
+        const QString caption = qtText(entry.caption).replace(QLatin1Char('&'), QLatin1String("&&"));
+        if (!entry.entries.empty()) {
+            fill(*menu.addMenu(caption), entry.entries);
+        } else if (entry.id == 0) {
+            menu.addSeparator();
+        } else {
+            menu.addAction(caption)->setData(entry.id);
+        }
+    }
+}
+
+}  // namespace
+
+int askWithMenu(QWidget* parent, const std::vector<MenuEntry>& entries, const QPoint& at) {
+    QMenu menu(parent);
+    fill(menu, entries);
+    const QAction* chosen = menu.exec(at);
+    return chosen != nullptr ? chosen->data().toInt() : 0;
+}
+
+}  // namespace hl

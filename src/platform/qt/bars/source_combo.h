@@ -1,0 +1,36 @@
+// The combo box of sources: a list with icons, and a place to type another name.
+#pragma once
+
+#include <QComboBox>
+
+#include "platform/qt/bars/icon_store.h"
+#include "platform/window.h"
+
+namespace hl {
+
+/// Names longer than its list are cut in the middle there.
+class SourceComboBox final : public QComboBox {
+  public:
+    SourceComboBox(IconStore& icons, WindowEvents& events);
+
+    /// Tells nothing. `selected` is -1 where `text` was typed.
+    void setSources(const std::vector<ComboItem>& items, const std::string& text, int selected);
+
+    /// After a change of the palette.
+    void renewIcons();
+
+  protected:
+    void keyPressEvent(QKeyEvent* event) override;
+    void keyReleaseEvent(QKeyEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+  private:
+    bool standsOnItem() const;
+    bool removeInList();
+
+    IconStore& icons_;
+    WindowEvents& events_;
+    std::vector<int> images_;
+};
+
+}  // namespace hl

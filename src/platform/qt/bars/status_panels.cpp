@@ -1,0 +1,61 @@
+#include "platform/qt/bars/status_panels.h"
+
+#include <QPainter>
+
+#include "platform/qt/common/qt_convert.h"
+#include "platform/qt/common/qt_guard.h"
+
+namespace hl {
+
+/// A label for texts that change many times a second: a new text repaints it and lays out nothing.
+class StatusPanelBar::Panel final : public QWidget {
+  public:
+    Panel(WindowEvents& events, const char* name) : events_(events) {
+        setObjectName(QLatin1String(name));
+        setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    }
+    void setText(const QString& text) {
+        if (text == text_) return;
+        text_ = text;
+        setAccessibleName(text);
+        setToolTip(text);
+        update();
+    }
+    QSize sizeHint() const override { return {0, fontMetrics().height() + 4}; }
+    QSize minimumSizeHint() const override { return {0, fontMetrics().height() + 4}; }
+
+  protected:
+    void paintEvent(QPaintEvent*) override {
+        qtGuard(events_, "Panel::paintEvent", [this] {
+            QPainter painter(this);
+            const QRect room = rect().adjusted(kMargin, 0, -kMargin, 0);
+            const QString shown = fontMetrics().elidedText(text_, Qt::ElideMiddle, room.width());
+            painter.drawText(room, static_cast<int>(Qt::AlignLeft | Qt::AlignVCenter) | Qt::TextSingleLine,
+                             shown);
+        });
+    }
+
+  private:
+    static constexpr int kMargin = 4;
+
+    WindowEvents& events_;
+    QString text_;
+};
+
+StatusPanelBar::StatusPanelBar(WindowEvents& events)
+    : first_(new Panel(events, "panel1")), second_(new Panel(events, "panel2")) {
+    setObjectName(QStringLiteral("StatusBar"));
+    addWidget(first_, 1);
+    addWidget(second_, 1);
+}
+
+void StatusPanelBar::setPanels(const StatusPanels& panels) {
+    first_->setText(shownName(panels.first));
+    second_->setText(shownName(panels.second));
+    second_->setVisible(panels.secondVisible);
+    const bool all = panels.firstTakesAll || !panels.secondVisible;
+    // A fixed width only as far as there is room: the bar must not widen the window.
+    first_->setMaximumWidth(all ? QWIDGETSIZE_MAX : std::max(0, panels.firstWidth));
+}
+
+}  // namespace hl

@@ -1,0 +1,93 @@
+// A CommandBar as the window shows it.
+#pragma once
+
+#include <QToolButton>
+#include <functional>
+#include <vector>
+
+#include "platform/command_bar.h"
+#include "platform/qt/bars/bar_flow.h"
+#include "platform/qt/bars/bar_menu.h"
+#include "platform/window.h"
+
+namespace hl {
+
+/// Paints and clicks the entries of a bar and holds nothing of them: a click is told, and what it changes
+/// comes back through the bar. A check box is therefore switched by whoever executes its command.
+///
+/// Entries that are added one after another are built in one go, before the bar is next measured or shown.
+class ToolBar final : public QWidget, private BarObserver {
+  public:
+    /// `bar` outlives it. `custom` is put where the entry of kind kCustom stands and becomes the bar's child;
+    /// null for none.
+    ToolBar(CommandBar& bar, IconStore& icons, WindowEvents& events, QWidget* custom = nullptr);
+    ~ToolBar() override;
+
+    /// Presses an entry, wherever it stands; nothing happens if it is disabled, hidden or unknown.
+    void press(int id);
+    void focusEdit(int id);
+    /// Opens a popup of the bar at a place of the screen. Returns when it is closed.
+    void openPopup(int id, QPoint at);
+    /// For assistive tools: of the button behind which is what does not fit, and of those that empty edit
+    /// boxes. Before anything is built.
+    void setNames(const QString& more, const QString& clear);
+    /// With the icons of a new palette.
+    void rebuild();
+
+    bool hasHeightForWidth() const override { return true; }
+    int heightForWidth(int width) const override;
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override;
+    /// Adds the parts of the bar that the Tab key may stop at, in their order.
+    void addTabStops(std::vector<QWidget*>& stops) const;
+
+  protected:
+    bool event(QEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
+
+  private:
+    struct Part {
+        QWidget* widget = nullptr;
+        BarMenu* menu = nullptr;  ///< Of a split button.
+        int id = 0;
+        bool visible = true;
+    };
+
+    void entryChanged(const CommandBar& bar, const BarEntry& entry) override;
+    void barChanged(const CommandBar& bar) override;
+
+    void build();
+    void dropParts();
+    QWidget* make(const BarEntry& entry, Part& part);
+    QWidget* makeButton(const BarEntry& entry, Part& part);
+    QWidget* makeCheckBox(const BarEntry& entry);
+    void sync(Part& part, const BarEntry& entry);
+    void syncButton(QToolButton& button, const BarEntry& entry);
+    void addPlace(const BarEntry& entry, const Part& part, std::vector<FlowItem>& items) const;
+    Flow flow(int width, std::vector<std::size_t>* shown = nullptr) const;
+    void arrange();
+    void setBehindExtension(std::vector<std::size_t> parts);
+    BarMenu::Context menuContext();
+    void within(const std::function<void()>& telling);
+    void run(int id);
+    void focusEditBehind(int id);
+    void drop(QObject* old);
+
+    CommandBar& bar_;
+    IconStore& icons_;
+    WindowEvents& events_;
+    QWidget* custom_;
+    QToolButton* extension_;
+    QString clear_;
+    std::vector<Part> parts_;
+    std::vector<QRect> separators_;
+    std::vector<std::size_t> behindExtension_;  ///< Indexes of parts.
+    std::vector<QObject*> parked_;              ///< Replaced while a click on them may still be in work.
+    int running_ = 0;
+    int height_ = 0;
+    bool dirty_ = true;
+    BarMenu* popup_ = nullptr;  ///< The menu that was opened last; a child of the bar.
+};
+
+}  // namespace hl

@@ -1,0 +1,177 @@
+#include "platform/qt/forms/dialogs.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileDialog>
+#include <QFileIconProvider>
+#include <QFileInfo>
+#include <QFontDatabase>
+#include <QFontDialog>
+#include <QGuiApplication>
+#include <QInputDialog>
+#include <QMessageBox>
+#include <QMimeDatabase>
+#include <QPushButton>
+#include <QScreen>
+
+#include "base/text.h"
+#include "platform/qt/common/qt_convert.h"
+
+namespace hl {
+
+namespace {
+
+QMessageBox::Icon iconOf(MessageKind kind) {
+    switch (kind) {
+        case MessageKind::kInformation:
+            return QMessageBox::Information;
+        case MessageKind::kWarning:
+            return QMessageBox::Warning;
+        case MessageKind::kError:
+            return QMessageBox::Critical;
+        case MessageKind::kQuestion:
+            return QMessageBox::Question;
+    }
+    return QMessageBox::NoIcon;
+}
+
+/// The nearest folder at or above `path` that exists and that Qt can name; the user's home for none.
+std::string nameableFolder(std::string path) {
+    while (path.size() > 1) {
+        if (decodable(path) == path && QFileInfo(qtText(path)).isDir()) return path;
+        path.resize(std::max<std::size_t>(path.rfind('/') == std::string::npos ? 0 : path.rfind('/'), 1));
+    }
+    return path == "/" ? path : utf8(QDir::homePath());
+}
+
+/// A message has line breaks of its own.
+QString shownLines(const std::string& text) {
+    return shownName(replaceAll(text, "\r\n", "\n")).replace(QChar(0x240A), QLatin1Char('\n'));
+}
+
+/// "TXT (*.txt)" without what stands in brackets.
+QString withoutPattern(const QString& text) {
+    return text.section(QLatin1Char('('), 0, 0).trimmed();
+}
+
+/// Tells files by their names: the toolkit's own way opens them, and waits for ever for some of /proc.
+class NameIcons final : public QFileIconProvider {
+  public:
+    QIcon icon(const QFileInfo& info) const override {
+        return QFileIconProvider::icon(info.isDir() ? Folder : File);
+    }
+    QString type(const QFileInfo& info) const override {
+        return QMimeDatabase().mimeTypeForFile(info, QMimeDatabase::MatchExtension).comment();
+    }
+};
+
+/// `icons` outlives the dialog.
+void prepare(QFileDialog& dialog, NameIcons& icons, const std::string& start) {
+    dialog.setIconProvider(&icons);
+    dialog.setOption(QFileDialog::DontUseNativeDialog);
+    dialog.setDirectory(qtText(nameableFolder(start)));
+}
+
+/// Makes one of the toolkit's own dialogs no larger than the screen has room.
+void fitToScreen(QDialog& dialog) {
+    constexpr int kFrame = 32;  // The title and the edges.
+    const QSize room = dialog.screen()->availableSize() - QSize(kFrame, kFrame);
+    dialog.resize(dialog.sizeHint().boundedTo(room));
+}
+
+/// The first name chosen, as bytes; empty if the dialog was cancelled.
+std::string answerOf(QFileDialog& dialog) {
+    dropPictures(dialog);
+    fitToScreen(dialog);
+    if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return {};
+    return QFile::encodeName(dialog.selectedFiles().first()).toStdString();
+}
+
+}  // namespace
+
+void dropPictures(const QDialog& dialog) {
+    for (QPushButton* button : dialog.findChildren<QPushButton*>()) button->setIcon(QIcon());
+}
+
+QString qtFilter(const std::string& filter) {
+    const QStringList parts = qtText(filter).split(QLatin1Char('|'));
+    QStringList filters;
+    for (qsizetype i = 0; i + 1 < parts.size(); i += 2) {
+        const QString patterns = parts[i + 1].simplified().replace(QLatin1Char(';'), QLatin1Char(' '));
+        filters.push_back(QStringLiteral("%1 (%2)").arg(withoutPattern(parts[i]), patterns));
+    }
+    return filters.join(QStringLiteral(";;"));
+}
+
+bool showMessage(QWidget* parent, const DialogTexts& texts, MessageKind kind, const std::string& text) {
+    QMessageBox box(iconOf(kind), texts.name, shownLines(text), QMessageBox::NoButton, parent);
+    box.setTextFormat(Qt::PlainText);
+    const bool question = kind == MessageKind::kQuestion;
+    auto* yes = box.addButton(question ? texts.yes : texts.ok,
+                              question ? QMessageBox::YesRole : QMessageBox::AcceptRole);
+    // What is asked cannot be undone, mostly: Return alone does nothing.
+    QPushButton* no = question ? box.addButton(texts.no, QMessageBox::NoRole) : nullptr;
+    if (question) box.setEscapeButton(no);
+    box.setDefaultButton(question ? no : yes);
+    dropPictures(box);
+    box.exec();
+    return box.clickedButton() == yes || !question;
+}
+
+std::string askForText(QWidget* parent, const DialogTexts& texts, const std::string& prompt,
+                       const std::string& preset) {
+    QInputDialog dialog(parent);
+    dialog.setWindowTitle(texts.name);
+    dialog.setLabelText(qtText(prompt));
+    dialog.setTextValue(qtText(preset));
+    dialog.setOkButtonText(texts.ok);
+    dialog.setCancelButtonText(texts.cancel);
+    dropPictures(dialog);
+    if (dialog.exec() != QDialog::Accepted) return {};
+    const QString answer = dialog.textValue();
+    return answer == qtText(preset) ? preset : utf8(answer);
+}
+
+std::string askForFolder(QWidget* parent, const std::string& title, const std::string& start) {
+    NameIcons icons;
+    QFileDialog dialog(parent, qtText(title));
+    prepare(dialog, icons, start);
+    dialog.setFileMode(QFileDialog::Directory);
+    dialog.setOption(QFileDialog::ShowDirsOnly);
+    return answerOf(dialog);
+}
+
+std::string askForSavePath(QWidget* parent, const std::string& filter, const std::string& extension,
+                           const std::string& folder, const std::string& name) {
+    NameIcons icons;
+    QFileDialog dialog(parent);
+    prepare(dialog, icons, folder);
+    dialog.setAcceptMode(QFileDialog::AcceptSave);
+    dialog.setFileMode(QFileDialog::AnyFile);
+    dialog.setNameFilters(qtFilter(filter).split(QStringLiteral(";;")));
+    dialog.setDefaultSuffix(qtText(extension));
+    if (!name.empty()) dialog.selectFile(qtText(name));
+    return answerOf(dialog);
+}
+
+std::optional<GridFont> askForFont(QWidget* parent, const GridFont& start) {
+    QFontDialog dialog(qtFont(start), parent);
+    dialog.setOption(QFontDialog::DontUseNativeDialog);
+    dropPictures(dialog);
+    fitToScreen(dialog);
+    if (dialog.exec() != QDialog::Accepted) return std::nullopt;
+    const QFont chosen = dialog.selectedFont();
+    return GridFont{utf8(chosen.family()), chosen.pointSizeF(), chosen.bold(), chosen.italic()};
+}
+
+QFont qtFont(const GridFont& font) {
+    QFont wanted = QGuiApplication::font();
+    const QString name = qtText(font.name);
+    if (QFontDatabase::hasFamily(name)) wanted.setFamilies({name});
+    if (font.points > 0) wanted.setPointSizeF(font.points);
+    wanted.setBold(font.bold);
+    wanted.setItalic(font.italic);
+    return wanted;
+}
+
+}  // namespace hl

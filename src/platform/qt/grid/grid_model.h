@@ -1,0 +1,42 @@
+// A grid's visible rows and columns as the toolkit's table asks for them. It holds nothing of its own.
+#pragma once
+
+#include <QAbstractTableModel>
+#include <functional>
+#include <string>
+
+#include "platform/qt/grid/visible_rows.h"
+#include "platform/window.h"
+
+namespace hl {
+
+using CellTextFunction = std::function<std::string(GridId, std::size_t column, Row)>;
+
+class GridModel : public QAbstractTableModel {
+  public:
+    /// What is passed must outlive it.
+    GridModel(const Grid& grid, GridId id, const VisibleRows& rows, const CellTextFunction& cellText,
+              WindowEvents& events);
+
+    /// The list of rows is about to be made anew, or is.
+    void beginRows() { beginResetModel(); }
+    void endRows() { endResetModel(); }
+    void columnsChanged();
+
+    int rowCount(const QModelIndex& parent = {}) const override;
+    int columnCount(const QModelIndex& parent = {}) const override;
+    QVariant data(const QModelIndex& index, int role) const override;
+    QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
+
+  private:
+    QVariant titleData(std::size_t column, int role) const;
+
+    const Grid& grid_;
+    GridId id_;
+    const VisibleRows& rows_;
+    const CellTextFunction& cellText_;
+    WindowEvents& events_;
+    int columns_ = 0;
+};
+
+}  // namespace hl

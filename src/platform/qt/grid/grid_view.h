@@ -1,0 +1,206 @@
+// A grid on screen: a table over its visible rows, with the hierarchy drawn in its first column.
+//
+// Nothing of a row is copied. What the grid tells is gathered and applied once per turn of the event loop;
+// until then, and while Redraw is off, painting walks the grid from its top row, so it never shows a row that
+// is gone. What is picked, folded, current and on top lives in the grid; the toolkit's own selection stays
+// empty. While Redraw is off or the grid is disabled, keys and the mouse do nothing. Thread of the grid.
+//
+// Parts: grid_view.cpp (changes, columns, what the shell asks), grid_view_paint.cpp (drawing, tooltips),
+// grid_view_input.cpp (mouse and keys).
+#pragma once
+
+#include <QBasicTimer>
+#include <QElapsedTimer>
+#include <QTableView>
+#include <functional>
+#include <memory>
+
+#include "platform/qt/grid/grid_model.h"
+#include "platform/qt/grid/grid_selection.h"
+#include "platform/qt/grid/row_painter.h"
+
+namespace hl {
+
+class CellEditor;
+class GridHeader;
+
+class GridView : public QTableView, public GridObserver {
+  public:
+    /// Attaches itself to `grid`, which outlives it, as does `events`. `tree`: rows have a hierarchy.
+    GridView(Grid& grid, GridId id, bool tree, CellTextFunction cellText, WindowEvents& events,
+             QWidget* parent = nullptr);
+    ~GridView() override;
+
+    void setIconSource(IconSource icon);
+    /// What is written where rows would be, while there are none.
+    void setEmptyHint(std::function<QString()> hint) { emptyHint_ = std::move(hint); }
+    /// What a screen reader says in front of a row's level, which counts from 1.
+    void setLevelCaption(const QString& caption) { levelCaption_ = caption; }
+    const QString& levelCaption() const { return levelCaption_; }
+
+    // --- what the shell asks
+    /// Fits a column to its title, to the rows on screen, to a bounded sample from the top and to the root
+    /// rows. `margin` in twentieths of a point, 15 to a pixel. In a list, one column of texts leaves most of
+    /// the width to the others; the names of a hierarchy leave the others their widths.
+    void autosizeColumn(std::size_t column, int margin);
+    /// See Window::widthBesideColumns.
+    int widthBesideColumns();
+    /// Title row, all visible rows, the frame, and room for the scroll bar below: columns are fitted later,
+    /// and widths change, so that one may come at any time.
+    int heightOfRows();
+    /// Nothing while no row is on screen.
+    std::optional<RowRange> visibleRange();
+    /// Column at a place of the screen; right of them all their number.
+    std::size_t columnOf(const QPoint& global) const;
+    /// Unfolds what hides the row.
+    void scrollIntoView(Row row);
+    /// See Window::editCell.
+    void editText(Row row);
+    void refresh();
+    void focus() { setFocus(Qt::OtherFocusReason); }
+    /// As it was set; the size that shows where none was.
+    GridFont gridFont() const;
+    /// The application's own font where no font of that name is installed.
+    void setGridFont(const GridFont& font);
+    /// In coordinates of the viewport; kNoRow outside of all rows.
+    Row rowAt(const QPoint& point);
+
+    // --- for assistive tools
+    const Grid& grid() const { return grid_; }
+    GridId id() const { return id_; }
+    bool isTree() const { return tree_; }
+    WindowEvents& events() const { return events_; }
+    const VisibleRows& rows() const { return rows_; }
+    QString cellText(std::size_t column, Row row) const;
+    /// Applies what the grid told. False while Redraw is off: rows() may then be out of date.
+    bool sync();
+    /// Whether sync() would have nothing to do, and so would drop no object of an assistive tool.
+    bool upToDate() const { return !dirty_ && grid_.redraw(); }
+    /// Whether an assistive tool, or who acts for one, has asked for this view.
+    bool described() const { return described_; }
+    void setDescribed() { described_ = true; }
+    /// In coordinates of the viewport. REQUIRES: sync().
+    QRect rowRect(std::size_t index) const;
+    /// Where the text of a row's first column stands, from its first character to the end of the column.
+    /// Nothing for a row that is not shown, and while changes wait to be applied.
+    std::optional<QRect> nameRect(Row row) const;
+    /// In the order on screen.
+    std::vector<std::size_t> shownColumns() const;
+    /// As a click on the row, and on its branch mark, do.
+    void pickRow(std::size_t index);
+    void foldRow(std::size_t index, bool expand);
+
+    void gridChanged(const GridChange& change) override;
+
+  protected:
+    void paintEvent(QPaintEvent* event) override;
+    void timerEvent(QTimerEvent* event) override;
+    void scrollContentsBy(int dx, int dy) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void leaveEvent(QEvent* event) override;
+    void changeEvent(QEvent* event) override;
+    bool viewportEvent(QEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
+    void contextMenuEvent(QContextMenuEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void keyReleaseEvent(QKeyEvent* event) override;
+    void focusInEvent(QFocusEvent* event) override;
+    void focusOutEvent(QFocusEvent* event) override;
+
+  private:
+    /// While one lives, the grid's notices come from this view's own doing.
+    class OwnChange;
+
+    void setUp();
+    GridHeader* makeHeader();
+    bool takesInput() { return grid_.enabled() && sync(); }
+
+    // Changes.
+    void apply();
+    void applyColumns();
+    void applyRows();
+    void applyTop(int shown, bool structure);
+    void applyCurrent();
+    std::optional<std::size_t> sortedColumn() const;
+    void showSort();
+    void storeTop();
+    void setTopIndex(std::size_t index);
+    void ensureVisible(std::size_t index);
+    void showStartOf(Row row);
+    void storeWidth(std::size_t column, int width);
+    void measureRows();
+    int widest(const std::function<int(const RowPainter&, Row)>& widthOf) const;
+    int scrollBarWidth() const;
+    int besideNumbers(int fitting) const;
+    int fittingWidth(std::size_t column, int margin) const;
+    int widestFit(std::size_t column) const;
+    void setWidth(std::size_t column, int width);
+    void moveEditor();
+
+    // Drawing.
+    std::vector<PaintedColumn> paintedColumns() const;
+    void paintEmptyHint(QPainter& painter) const;
+    void paintRows(const QRect& dirty);
+    bool showTooltip(const QPoint& point, const QPoint& global);
+    int rowsOnPage() const;
+
+    // Input.
+    std::optional<std::size_t> indexAtPoint(const QPoint& point) const;
+    bool onBranch(const QPoint& point, std::size_t index) const;
+    void press(const QPoint& point, Qt::MouseButton button, Qt::KeyboardModifiers keys);
+    void dragTo(const QPoint& point);
+    /// As a click of the right button on the current row.
+    void openMenu();
+    void hover(Row row);
+    std::optional<std::size_t> currentIndexOfRow() const;
+    std::optional<std::size_t> keyTarget(int key) const;
+    bool pressMoveKey(const QKeyEvent& event);
+    bool pressTreeKey(int key);
+    bool pressOtherKey(const QKeyEvent& event);
+    bool pressTextKey(const QKeyEvent& event);
+    void unfoldAllBelow(std::size_t index);
+    void searchFor(const QString& typed);
+    std::optional<std::size_t> findText(const std::string& front, std::size_t from) const;
+    void pick(std::size_t index, Pick how);
+
+    Grid& grid_;
+    GridId id_;
+    bool tree_;
+    CellTextFunction cellText_;
+    WindowEvents& events_;
+    IconSource icon_;
+    std::function<QString()> emptyHint_;
+    QString levelCaption_;
+    VisibleRows rows_;
+    GridModel model_;
+    GridSelection selection_;
+    RowSources sources_;
+    GridFont font_;
+    int rowHeight_ = 1;
+
+    GridChange pending_;  ///< Ranges stay empty: any change of cells repaints what is on screen.
+    bool dirty_ = false;
+    bool own_ = false;
+    bool applying_ = false;
+    bool userScrolled_ = false;
+    bool described_ = false;
+    QBasicTimer timer_;
+    Row lastTop_ = kNoRow;
+    Row lastCurrent_ = kNoRow;
+
+    Qt::MouseButton pressed_ = Qt::NoButton;
+    QPoint pressPoint_;
+    bool dragging_ = false;
+    Row hovered_ = kNoRow;
+    int pressedKey_ = 0;
+    int movedBy_ = 0;  ///< The key that moved the current row or changed what is selected, until its release.
+    QString typed_;
+    QElapsedTimer typedAt_;
+
+    std::unique_ptr<CellEditor> editor_;  ///< Made for the first name that is edited, then kept.
+};
+
+}  // namespace hl

@@ -1,0 +1,279 @@
+#include "platform/qt/grid/row_painter.h"
+
+#include <QPaintEngine>
+#include <QStyle>
+#include <algorithm>
+#include <cmath>
+#include <optional>
+
+#include "base/scope_exit.h"
+#include "base/text.h"
+#include "platform/percent_bar.h"
+#include "platform/qt/grid/grid_colors.h"
+
+namespace hl {
+
+namespace {
+
+constexpr int kPadding = 4;
+constexpr int kGap = 4;
+constexpr std::uint32_t kBarColor = 0x0000FF;
+// In a dark palette a bar's colour is lightened by the first, then moved towards the ground by the others at
+// its left and its right end.
+constexpr int kDarkLightening = 80, kDarkLeft = 110, kDarkRight = 160;
+
+RowLook lookOf(const QWidget& widget) {
+    const QStyle& style = *widget.style();
+    return {.font = widget.font(),
+            .palette = widget.palette(),
+            .group = widget.hasFocus() ? QPalette::Active : QPalette::Inactive,
+            .step = style.pixelMetric(QStyle::PM_TreeViewIndentation, nullptr, &widget),
+            .iconSize = style.pixelMetric(QStyle::PM_SmallIconSize, nullptr, &widget),
+            .focus = widget.hasFocus()};
+}
+
+/// Drawn much smaller than it is, a picture loses its thin lines; so on a screen it is first made as small as
+/// it is seen. On paper and in a PDF it stays what it is.
+void paintFitted(QPainter& painter, const QRect& box, const QPixmap& picture) {
+    const QTransform toScreen = painter.deviceTransform();
+    const QRect seen = toScreen.mapRect(QRectF(box)).toRect();
+    const bool onScreen = painter.paintEngine()->type() == QPaintEngine::Raster;
+    if (!onScreen || seen.isEmpty() || seen.width() >= picture.width())
+        return painter.drawPixmap(box, picture);
+    const QImage fitted =
+        picture.toImage().scaled(seen.size(), Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    painter.drawImage(toScreen.inverted().mapRect(QRectF(seen)), fitted);
+}
+
+}  // namespace
+
+RowPainter::RowPainter(const RowSources& sources, const QWidget& widget)
+    : RowPainter(sources, lookOf(widget)) {}
+
+RowPainter::RowPainter(const RowSources& sources, const RowLook& look)
+    : sources_(sources), look_(look), metrics_(look.font), padding_(units(kPadding)), gap_(units(kGap)) {}
+
+int RowPainter::rowHeight(const QWidget& widget) {
+    return rowHeight(lookOf(widget));
+}
+
+int RowPainter::rowHeight(const RowLook& look) {
+    return std::max(QFontMetrics(look.font).height(), look.iconSize) +
+           static_cast<int>(std::lround(kPadding * look.pixel));
+}
+
+// --- widths
+
+int RowPainter::units(double pixels) const {
+    return static_cast<int>(std::lround(pixels * look_.pixel));
+}
+
+int RowPainter::indentation(Row row) const {
+    if (!sources_.tree) return padding_;
+    const std::uint32_t level = std::min(sources_.grid.level(row), look_.deepest);
+    return static_cast<int>(level + 1) * look_.step;
+}
+
+int RowPainter::iconWidth(Row row) const {
+    return sources_.grid.picture(row) > 0 ? look_.iconSize + gap_ : 0;
+}
+
+int RowPainter::barWidth() const {
+    return metrics_.horizontalAdvance(QStringLiteral("100%")) + units(16);
+}
+
+int RowPainter::barRoom(Row row) const {
+    return sources_.grid.barPicture(row) >= 0 ? barWidth() + gap_ : 0;
+}
+
+int RowPainter::contentWidth(Row row, std::size_t column) const {
+    // Cutting a text measures in fractions of a pixel, so a rounded width may be too small for it.
+    const double exact = QFontMetricsF(metrics_).horizontalAdvance(fullText(row, column));
+    const int text = static_cast<int>(std::ceil(exact)) + 1 + 2 * padding_;
+    if (column > 0)
+        return sources_.grid.columns()[column].barColor ? std::max(text, barWidth() + 2 * padding_) : text;
+    return indentation(row) + iconWidth(row) + barRoom(row) + text;
+}
+
+QRect RowPainter::textRect(Row row, const QRect& cell) const {
+    return cell.adjusted(indentation(row) + iconWidth(row) + barRoom(row), 0, -padding_, 0);
+}
+
+QRect RowPainter::branchRect(Row row, const QRect& cell) const {
+    return {cell.left() + indentation(row) - look_.step, cell.top(), look_.step, cell.height()};
+}
+
+// --- texts
+
+QString RowPainter::cellText(Row row, std::size_t column) const {
+    return QString::fromStdString(sources_.cellText(sources_.id, column, row));
+}
+
+QString RowPainter::note(Row row) const {
+    const std::string_view text = sources_.grid.rowNote(row);
+    return text.empty() ? QString() : QString::fromStdString(visible(trimBlanks(text)));
+}
+
+QString RowPainter::fullText(Row row, std::size_t column) const {
+    const QString text = cellText(row, column);
+    const QString more = column == 0 ? note(row) : QString();
+    return more.isEmpty() ? text : text + QStringLiteral("  ") + more;
+}
+
+// --- drawing
+
+RowPainter::Colors RowPainter::colorsOf(Row row) const {
+    if (look_.onScreen && sources_.grid.selected(row))
+        return {look_.palette.color(look_.group, QPalette::Highlight),
+                look_.palette.color(look_.group, QPalette::HighlightedText)};
+    const QColor text = look_.palette.color(look_.group, QPalette::Text);
+    const std::optional<std::uint32_t> own = sources_.grid.backColor(row);
+    if (!own) return {look_.palette.color(look_.group, QPalette::Base), text};
+    const QColor ground = rowBackground(*own, look_.palette);
+    return {ground, readableOn(ground, text)};
+}
+
+void RowPainter::paint(QPainter& painter, Row row, const QRect& area,
+                       const std::vector<PaintedColumn>& columns) const {
+    const Colors colors = colorsOf(row);
+    if (look_.onScreen || sources_.grid.backColor(row)) painter.fillRect(area, colors.ground);
+    painter.setPen(colors.text);
+    for (const PaintedColumn& column : columns) {
+        const QRect cell(column.left, area.top(), column.width, area.height());
+        const bool clips = look_.onScreen || (column.column == 0 && textRect(row, cell).width() <= 0);
+        if (clips) {
+            painter.save();
+            painter.setClipRect(cell, Qt::IntersectClip);
+        }
+        const ScopeExit restore([&painter, clips] {
+            if (clips) painter.restore();
+        });
+        if (column.column == 0) {
+            paintFirst(painter, row, cell, colors);
+        } else {
+            painter.setPen(colors.text);
+            paintOther(painter, row, column, cell);
+        }
+    }
+    if (row != sources_.grid.currentRow() || !look_.focus) return;
+    // Not the style's frame: some fill it, and so tint what is drawn below.
+    painter.setPen(QPen(tintTowards(colors.text, colors.ground, 90), 0, Qt::DotLine));
+    painter.setBrush(Qt::NoBrush);
+    painter.drawRect(area.adjusted(0, 0, -1, -1));
+}
+
+void RowPainter::paintFirst(QPainter& painter, Row row, const QRect& cell, const Colors& colors) const {
+    const Grid& grid = sources_.grid;
+    if (sources_.tree && grid.hasChildren(row))
+        paintBranch(painter, branchRect(row, cell), grid.expanded(row));
+    const int left = cell.left() + indentation(row);
+    if (const int picture = grid.picture(row); picture > 0) {
+        const QRect box(left, cell.top() + (cell.height() - look_.iconSize) / 2, look_.iconSize,
+                        look_.iconSize);
+        paintPicture(painter, row, box);
+    }
+    if (const int percent = grid.barPicture(row); percent >= 0) {
+        const QRect bar(left + iconWidth(row), cell.top() + units(1), barWidth(), cell.height() - units(2));
+        const std::uint32_t base = grid.columns()[0].barColor.value_or(kBarColor);
+        paintBar(painter, bar, {percent * 1.0, QString::number(percent) + QLatin1Char('%')}, base);
+    }
+    paintTexts(painter, row, textRect(row, cell), colors);
+}
+
+void RowPainter::paintPicture(QPainter& painter, Row row, const QRect& box) const {
+    if (!sources_.icon) return;
+    const QIcon icon = sources_.icon(sources_.grid.picture(row));
+    const bool light = look_.onScreen && sources_.grid.selected(row);
+    if (look_.pictureSide == 0)
+        return icon.paint(&painter, box, Qt::AlignCenter, light ? QIcon::Selected : QIcon::Normal);
+    const QPixmap picture = icon.pixmap(QSize(look_.pictureSide, look_.pictureSide), 1.0);
+    if (!picture.isNull()) paintFitted(painter, box, picture);
+}
+
+void RowPainter::paintTexts(QPainter& painter, Row row, const QRect& space, const Colors& colors) const {
+    if (space.width() <= 0) return;
+    // Of a path in a list the end says more than the middle; a row of the tree is a name.
+    const Qt::TextElideMode cut = sources_.tree ? Qt::ElideRight : Qt::ElideMiddle;
+    const QString text = metrics_.elidedText(cellText(row, 0), cut, space.width());
+    painter.setPen(colors.text);
+    painter.drawText(space, Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine, text);
+    const QString more = note(row);
+    if (more.isEmpty()) return;
+    const QRect rest = space.adjusted(metrics_.horizontalAdvance(text + QStringLiteral("  ")), 0, 0, 0);
+    if (rest.width() <= 0) return;
+    painter.setPen(tintTowards(colors.text, colors.ground, 90));
+    painter.drawText(rest, Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine,
+                     metrics_.elidedText(more, Qt::ElideRight, rest.width()));
+}
+
+void RowPainter::paintOther(QPainter& painter, Row row, const PaintedColumn& column,
+                            const QRect& cell) const {
+    const GridColumn& of = sources_.grid.columns()[column.column];
+    const QString text = cellText(row, column.column);
+    const QRect space = cell.adjusted(padding_, 0, -padding_, 0);
+    if (of.barColor && !text.isEmpty()) {
+        const double percent = sources_.grid.number(row, sources_.grid.cell(of.key));
+        return paintBar(painter, space.adjusted(0, units(1), 0, -units(1)), {percent, text}, *of.barColor);
+    }
+    const Qt::AlignmentFlag side = of.alignment == Alignment::kRight ? Qt::AlignRight : Qt::AlignLeft;
+    const Qt::Alignment place = side | Qt::AlignVCenter;
+    painter.drawText(space, static_cast<int>(place.toInt()) | static_cast<int>(Qt::TextSingleLine),
+                     metrics_.elidedText(text, Qt::ElideRight, space.width()));
+}
+
+// A triangle that points right when folded and down when open.
+void RowPainter::paintBranch(QPainter& painter, const QRect& box, bool open) const {
+    const double half = std::max(3.0 * look_.pixel, std::min(box.width(), box.height()) * 0.2);
+    const QPointF middle = QRectF(box).center();
+    QPolygonF triangle;
+    if (open) {
+        triangle << middle + QPointF(-half, -half / 2) << middle + QPointF(half, -half / 2)
+                 << middle + QPointF(0, half / 2);
+    } else {
+        triangle << middle + QPointF(-half / 2, -half) << middle + QPointF(half / 2, 0)
+                 << middle + QPointF(-half / 2, half);
+    }
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setBrush(painter.pen().color());
+    painter.setPen(Qt::NoPen);
+    painter.drawPolygon(triangle);
+    painter.restore();
+}
+
+// The tints lead towards the ground of the palette, so its text can be read on all of the bar.
+RowPainter::BarLook RowPainter::barLook(std::uint32_t base) const {
+    const QColor ground = look_.palette.color(QPalette::Base), ink = look_.palette.color(QPalette::Text);
+    if (ground.lightness() < ink.lightness()) {
+        const QColor color = QColor::fromRgb(tint(base, kDarkLightening));
+        return {ground, ink, readableTint(color, ground, ink, kDarkLeft),
+                readableTint(color, ground, ink, kDarkRight)};
+    }
+    const BarEnds ends = barEnds(base);
+    const QColor left = QColor::fromRgb(ends.left);
+    return {ground, readableOn(left, ink), left, QColor::fromRgb(ends.right)};
+}
+
+// Lengths are whole pixels of the device.
+void RowPainter::paintBar(QPainter& painter, const QRect& space, const Bar& bar, std::uint32_t base) const {
+    const BarLook look = barLook(base);
+    const double ratio = painter.device()->devicePixelRatioF() / look_.pixel;
+    const int length = filledLength(bar.percent, static_cast<int>(space.width() * ratio));
+    // Where a page is shown small a line of one of its pixels would be lost.
+    const double line = std::max(1 / ratio, 1 / std::abs(painter.deviceTransform().m11()));
+    const double inset = std::max(kBarInset / ratio, line);
+    const QRectF filled =
+        QRectF(space.left() + inset, space.top() + inset, length / ratio, space.height() - 2 * inset);
+    QLinearGradient gradient(filled.topLeft(), filled.topRight());
+    gradient.setColorAt(0, look.left);
+    gradient.setColorAt(1, look.right);
+    painter.fillRect(space, tintTowards(look.ink, look.ground, 150));
+    painter.fillRect(QRectF(space).adjusted(line, line, -line, -line), look.ground);
+    if (length > 0) painter.fillRect(filled, gradient);
+    const QPen before = painter.pen();
+    painter.setPen(look.ink);
+    painter.drawText(space, Qt::AlignCenter | Qt::TextSingleLine | Qt::TextDontClip, bar.text);
+    painter.setPen(before);
+}
+
+}  // namespace hl

@@ -1,0 +1,103 @@
+// Draws the rows of a grid, and says how much room a cell needs.
+//
+// The first column shows the hierarchy (indentation and branch mark), the row's picture, its percent bar, its
+// text and, dimmed, its note. All of it is drawn as lines and areas, so it is crisp at any scale. On a screen
+// a unit is a pixel; on paper a pixel has several of them.
+#pragma once
+
+#include <QFontMetrics>
+#include <QIcon>
+#include <QPainter>
+#include <QWidget>
+#include <functional>
+#include <vector>
+
+#include "platform/qt/grid/grid_model.h"
+
+namespace hl {
+
+/// The picture of a number of platform/icons.h; a null icon for none.
+using IconSource = std::function<QIcon(int)>;
+
+/// A column on screen.
+struct PaintedColumn {
+    std::size_t column;  ///< Of the grid.
+    int left, width;
+};
+
+/// How rows look, apart from what is in them.
+struct RowLook {
+    QFont font;
+    QPalette palette;
+    QPalette::ColorGroup group = QPalette::Active;
+    double pixel = 1;              ///< Units that a pixel has.
+    int step = 20, iconSize = 16;  ///< Of a level and of a picture, in units.
+    std::uint32_t deepest = 50;    ///< Deeper rows stand no further to the right.
+    bool focus = false;            ///< Around the current row.
+    int pictureSide = 0;   ///< Pixels that a picture is drawn from; 0: as many as it takes on the device.
+    bool onScreen = true;  ///< False: nothing is selected, and cells that are wide enough need no clip.
+};
+
+/// What a RowPainter needs of the view; outlives it.
+struct RowSources {
+    const Grid& grid;
+    GridId id;
+    bool tree;
+    const CellTextFunction& cellText;
+    const IconSource& icon;
+};
+
+class RowPainter {
+  public:
+    /// For one paint or one measurement: fonts, palette and style of `widget` are read once.
+    RowPainter(const RowSources& sources, const QWidget& widget);
+    RowPainter(const RowSources& sources, const RowLook& look);
+
+    static int rowHeight(const QWidget& widget);
+    static int rowHeight(const RowLook& look);
+
+    void paint(QPainter& painter, Row row, const QRect& area,
+               const std::vector<PaintedColumn>& columns) const;
+    /// Width that shows all of the cell.
+    int contentWidth(Row row, std::size_t column) const;
+    /// Where the branch mark of a row would be, in a first column that lies at `cell`.
+    QRect branchRect(Row row, const QRect& cell) const;
+    /// Where its text stands there.
+    QRect textRect(Row row, const QRect& cell) const;
+    /// The text that stands in the cell, with the note.
+    QString fullText(Row row, std::size_t column) const;
+
+  private:
+    struct Colors {
+        QColor ground, text;
+    };
+    Colors colorsOf(Row row) const;
+    void paintFirst(QPainter& painter, Row row, const QRect& cell, const Colors& colors) const;
+    void paintOther(QPainter& painter, Row row, const PaintedColumn& column, const QRect& cell) const;
+    void paintPicture(QPainter& painter, Row row, const QRect& box) const;
+    void paintBranch(QPainter& painter, const QRect& box, bool open) const;
+    void paintTexts(QPainter& painter, Row row, const QRect& space, const Colors& colors) const;
+    struct Bar {
+        double percent;
+        QString text;
+    };
+    struct BarLook {
+        QColor ground, ink, left, right;
+    };
+    BarLook barLook(std::uint32_t base) const;
+    void paintBar(QPainter& painter, const QRect& space, const Bar& bar, std::uint32_t base) const;
+    int units(double pixels) const;
+    int indentation(Row row) const;
+    int iconWidth(Row row) const;
+    int barWidth() const;
+    int barRoom(Row row) const;
+    QString cellText(Row row, std::size_t column) const;
+    QString note(Row row) const;
+
+    const RowSources& sources_;
+    RowLook look_;
+    QFontMetrics metrics_;
+    int padding_, gap_;
+};
+
+}  // namespace hl

@@ -1,0 +1,208 @@
+#include "platform/qt/preview/media_engine.h"
+
+#include <QAudioOutput>
+#include <QMediaPlayer>
+#include <QMutexLocker>
+#include <QUrl>
+#include <QVideoSink>
+#include <utility>
+
+#include "platform/qt/preview/media_sources.h"
+
+namespace hl {
+
+/// Lives on the player's thread, and so does all that it owns.
+class MediaEngine::Worker : public QObject {
+  public:
+    explicit Worker(MediaEngine& engine) : engine_(engine) {}
+
+    /// Why nothing can be played.
+    QString open();
+    void leave(QThread* thread);
+    void load(std::shared_ptr<OpenFile> file, int run);
+    void play();
+    void stop();
+    void close();
+    QMediaPlayer& player() { return parts_->player; }
+    QAudioOutput& audio() { return parts_->audio; }
+
+  private:
+    struct Parts {
+        QMediaPlayer player;
+        QAudioOutput audio;
+        QVideoSink sink;
+    };
+
+    void tellState();
+    /// `tell` runs on the thread of the window, with the number of what is played.
+    template <class Tell>
+    void post(Tell tell) {
+        QMetaObject::invokeMethod(
+            &engine_.home_, [tell, run = run_.load()] { tell(run); }, Qt::QueuedConnection);
+    }
+
+    MediaEngine& engine_;
+    std::unique_ptr<Parts> parts_;
+    std::shared_ptr<OpenFile> file_;
+    std::atomic<int> run_ = 0;
+    bool starts_ = false;  ///< Once it is loaded.
+};
+
+QString MediaEngine::Worker::open() {
+    parts_ = std::make_unique<Parts>();
+    QMediaPlayer& player = parts_->player;
+    player.setAudioOutput(&parts_->audio);
+    player.setVideoSink(&parts_->sink);
+    const auto changed = [this] { tellState(); };
+    connect(&player, &QMediaPlayer::positionChanged, this, changed);
+    connect(&player, &QMediaPlayer::durationChanged, this, changed);
+    connect(&player, &QMediaPlayer::playbackStateChanged, this, changed);
+    connect(&player, &QMediaPlayer::mediaStatusChanged, this, [this](QMediaPlayer::MediaStatus status) {
+        tellState();
+        if (status == QMediaPlayer::LoadedMedia && std::exchange(starts_, false)) parts_->player.play();
+    });
+    connect(&player, &QMediaPlayer::errorOccurred, this, [this](QMediaPlayer::Error, const QString& error) {
+        post([this, error](int run) { engine_.takeError(error, run); });
+    });
+    // On whichever thread has decoded the picture.
+    connect(
+        &parts_->sink, &QVideoSink::videoFrameChanged, this,
+        [this](const QVideoFrame& frame) { engine_.takeFrame(frame, run_); }, Qt::DirectConnection);
+    if (!player.isAvailable()) return player.errorString();
+    return allowLocalFilesAlone() ? QString() : QStringLiteral("GStreamer");
+}
+
+void MediaEngine::Worker::leave(QThread* thread) {
+    close();
+    parts_.reset();
+    moveToThread(thread);
+}
+
+void MediaEngine::Worker::tellState() {
+    const State state{.plays = player().playbackState() == QMediaPlayer::PlayingState,
+                      .loads = player().mediaStatus() == QMediaPlayer::LoadingMedia,
+                      .position = player().position(),
+                      .duration = player().duration()};
+    post([this, state](int run) { engine_.takeState(state, run); });
+}
+
+void MediaEngine::Worker::load(std::shared_ptr<OpenFile> file, int run) {
+    close();
+    run_ = run;
+    file_ = std::move(file);
+    // The player takes a name only; this one is the open file, whatever its true name is.
+    // It starts when it is loaded: an error that comes in the middle of a start may be lost.
+    starts_ = true;
+    player().setSource(QUrl(QStringLiteral("file:///proc/self/fd/%1").arg(file_->descriptor())));
+}
+
+void MediaEngine::Worker::play() {
+    starts_ = player().mediaStatus() == QMediaPlayer::LoadingMedia;
+    if (!starts_) player().play();
+}
+
+void MediaEngine::Worker::stop() {
+    starts_ = false;
+    player().stop();
+}
+
+void MediaEngine::Worker::close() {
+    starts_ = false;
+    player().stop();
+    player().setSource({});
+    file_.reset();
+}
+
+// --- on the thread of the window
+
+MediaEngine::MediaEngine() : worker_(std::make_unique<Worker>(*this)) {
+    worker_->moveToThread(&thread_);
+    thread_.start();
+    QMetaObject::invokeMethod(
+        worker_.get(), [this] { unavailable_ = worker_->open(); }, Qt::BlockingQueuedConnection);
+}
+
+MediaEngine::~MediaEngine() {
+    QThread* here = QThread::currentThread();
+    QMetaObject::invokeMethod(
+        worker_.get(), [this, here] { worker_->leave(here); }, Qt::BlockingQueuedConnection);
+    thread_.quit();
+    thread_.wait();
+}
+
+template <class Ask>
+void MediaEngine::post(Ask ask) {
+    QMetaObject::invokeMethod(worker_.get(), ask, Qt::QueuedConnection);
+}
+
+void MediaEngine::begin(State state) {
+    state_ = state;
+    const QMutexLocker lock(&mutex_);
+    ++run_;
+    frame_ = {};
+    frameTold_ = false;
+}
+
+void MediaEngine::load(std::shared_ptr<OpenFile> file) {
+    begin({.loads = true});
+    post([this, file = std::move(file), run = run_] { worker_->load(file, run); });
+}
+
+void MediaEngine::close() {
+    begin({});
+    post([this] { worker_->close(); });
+}
+
+void MediaEngine::play() {
+    post([this] { worker_->play(); });
+}
+
+void MediaEngine::pause() {
+    post([this] { worker_->player().pause(); });
+}
+
+void MediaEngine::stop() {
+    post([this] { worker_->stop(); });
+}
+
+void MediaEngine::setPosition(qint64 milliseconds) {
+    if (wanted_.exchange(milliseconds) != kNowhere) return;
+    post([this] { worker_->player().setPosition(wanted_.exchange(kNowhere)); });
+}
+
+void MediaEngine::setVolume(float volume) {
+    post([this, volume] { worker_->audio().setVolume(volume); });
+}
+
+QVideoFrame MediaEngine::frame() {
+    const QMutexLocker lock(&mutex_);
+    frameTold_ = false;
+    return frame_;
+}
+
+void MediaEngine::takeState(const State& state, int run) {
+    if (run != run_) return;
+    state_ = state;
+    if (onState) onState();
+}
+
+void MediaEngine::takeError(const QString& error, int run) {
+    if (run == run_ && onError) onError(error);
+}
+
+// --- on a thread of the player
+
+void MediaEngine::takeFrame(const QVideoFrame& frame, int run) {
+    const QMutexLocker lock(&mutex_);
+    if (run != run_) return;
+    frame_ = frame;
+    if (std::exchange(frameTold_, true)) return;
+    QMetaObject::invokeMethod(
+        &home_,
+        [this, run] {
+            if (run == run_ && onFrame) onFrame();
+        },
+        Qt::QueuedConnection);
+}
+
+}  // namespace hl

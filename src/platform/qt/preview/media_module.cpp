@@ -1,0 +1,241 @@
+#include "platform/qt/preview/media_module.h"
+
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPainter>
+#include <QSlider>
+#include <QTimer>
+#include <QToolButton>
+#include <QVBoxLayout>
+#include <algorithm>
+#include <limits>
+#include <utility>
+
+#include "platform/picture_size.h"
+#include "platform/qt/common/qt_convert.h"
+#include "platform/qt/common/qt_guard.h"
+#include "platform/qt/preview/media_engine.h"
+#include "platform/qt/preview/media_sources.h"
+
+namespace hl {
+
+namespace {
+
+constexpr int kVolumes = 100;
+constexpr float kFirstVolume = 0.7F;
+constexpr int kStep = 5000;  // Milliseconds; so too below.
+constexpr int kPatience = 8000;
+
+QString timeText(qint64 milliseconds) {
+    const qint64 seconds = milliseconds / 1000;
+    return QStringLiteral("%1:%2").arg(seconds / 60).arg(seconds % 60, 2, 10, QLatin1Char('0'));
+}
+
+/// The film's pictures, scaled to fit. Painted like anything else, so that it works on every screen.
+class FilmView final : public QWidget {
+  public:
+    FilmView(QWidget* parent, WindowEvents& events, MediaEngine& engine)
+        : QWidget(parent), events_(events), engine_(engine) {
+        setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Ignored);
+    }
+
+  protected:
+    void paintEvent(QPaintEvent*) override {
+        qtGuard(events_, "FilmView::paintEvent", [this] {
+            QPainter painter(this);
+            const QImage image = engine_.frame().toImage();
+            if (image.isNull() || width() < 1 || height() < 1) return;
+            const auto drawn = ZoomPicture({image.width(), image.height()}, {width(), height()}, false).drawn;
+            painter.setRenderHint(QPainter::SmoothPixmapTransform);
+            painter.drawImage(
+                QRect((width() - drawn.width) / 2, (height() - drawn.height) / 2, drawn.width, drawn.height),
+                image);
+        });
+    }
+
+  private:
+    WindowEvents& events_;
+    MediaEngine& engine_;
+};
+
+/// A button with a plain sign in the colour of texts: the style's own icons are black on a dark desktop too.
+class SignButton final : public QToolButton {
+  public:
+    enum Sign { kPlay, kPause, kStop };
+    SignButton(Sign sign, const std::string& name, QWidget* parent) : QToolButton(parent), sign_(sign) {
+        setAccessibleName(qtText(name));
+        setToolTip(qtText(name));
+        setAutoRaise(true);
+        setFocusPolicy(Qt::TabFocus);
+    }
+    void setSign(Sign sign) {
+        sign_ = sign;
+        update();
+    }
+
+  protected:
+    void paintEvent(QPaintEvent* event) override {
+        QToolButton::paintEvent(event);
+        QPainter painter(this);
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(palette().buttonText());
+        const qreal side = std::min(width(), height()) * 0.5;
+        painter.translate((width() - side) / 2, (height() - side) / 2);
+        if (sign_ == kPlay) painter.drawPolygon(QPolygonF({{0, 0}, {side, side / 2}, {0, side}}));
+        if (sign_ == kStop) painter.drawRect(QRectF(0, 0, side, side));
+        if (sign_ != kPause) return;
+        painter.drawRect(QRectF(0, 0, side * 0.35, side));
+        painter.drawRect(QRectF(side * 0.65, 0, side * 0.35, side));
+    }
+
+  private:
+    Sign sign_;
+};
+
+class Player final : public MediaView {
+  public:
+    explicit Player(const MediaStart& start);
+
+    std::string unavailable() const override;
+    void play(std::unique_ptr<OpenFile> file) override;
+    void close() override;
+
+  private:
+    void addControls(const PreviewTexts& texts);
+    SignButton* addButton(SignButton::Sign sign, const std::string& name);
+    QSlider* addSlider(const std::string& name, int most);
+    void connectPlayer();
+    void showState();
+    void playPressed();
+    void fail(const QString& error);
+    template <class Body>
+    auto guarded(const char* where, Body body) {
+        return [this, where, body](auto...) { qtGuard(events_, where, body); };
+    }
+
+    WindowEvents& events_;
+    MediaEngine engine_;
+    FilmView* film_;
+    QHBoxLayout* controls_ = nullptr;
+    SignButton* play_ = nullptr;
+    SignButton* stop_ = nullptr;
+    QSlider* position_ = nullptr;
+    QSlider* volume_ = nullptr;
+    QLabel* time_ = nullptr;
+    QTimer patience_;       ///< With a file that neither loads nor fails.
+    bool playing_ = false;  ///< And has not failed.
+};
+
+Player::Player(const MediaStart& start)
+    : MediaView(start.parent), events_(start.events), film_(new FilmView(this, start.events, engine_)) {
+    auto* rows = new QVBoxLayout(this);
+    rows->addWidget(film_, 1);
+    controls_ = new QHBoxLayout;
+    rows->addLayout(controls_);
+    addControls(start.texts);
+    engine_.setVolume(kFirstVolume);
+    connectPlayer();
+}
+
+SignButton* Player::addButton(SignButton::Sign sign, const std::string& name) {
+    auto* button = new SignButton(sign, name, this);
+    controls_->addWidget(button);
+    return button;
+}
+
+QSlider* Player::addSlider(const std::string& name, int most) {
+    auto* slider = new QSlider(Qt::Horizontal, this);
+    slider->setRange(0, most);
+    slider->setAccessibleName(qtText(name));
+    slider->setToolTip(qtText(name));
+    return slider;
+}
+
+void Player::addControls(const PreviewTexts& texts) {
+    play_ = addButton(SignButton::kPlay, texts.play);
+    play_->setObjectName(QStringLiteral("play"));
+    stop_ = addButton(SignButton::kStop, texts.stop);
+    stop_->setObjectName(QStringLiteral("stop"));
+    position_ = addSlider(texts.position, 0);
+    position_->setObjectName(QStringLiteral("position"));
+    position_->setSingleStep(kStep);
+    controls_->addWidget(position_, 1);
+    time_ = new QLabel(this);
+    controls_->addWidget(time_);
+    volume_ = addSlider(texts.volume, kVolumes);
+    volume_->setObjectName(QStringLiteral("volume"));
+    volume_->setValue(static_cast<int>(kFirstVolume * kVolumes));
+    volume_->setMaximumWidth(volume_->sizeHint().width());
+    controls_->addWidget(volume_);
+}
+
+void Player::connectPlayer() {
+    connect(play_, &QToolButton::clicked, this, guarded("play", [this] { playPressed(); }));
+    connect(stop_, &QToolButton::clicked, this, guarded("stop", [this] { engine_.stop(); }));
+    // Moved by the user, by mouse or keys; the player's own moves come with signals blocked.
+    connect(position_, &QSlider::valueChanged, this,
+            guarded("position", [this] { engine_.setPosition(position_->value()); }));
+    connect(volume_, &QSlider::valueChanged, this, guarded("volume", [this] {
+                engine_.setVolume(static_cast<float>(volume_->value()) / static_cast<float>(kVolumes));
+            }));
+    engine_.onFrame = guarded("frame", [this] { film_->update(); });
+    engine_.onState = guarded("state", [this] { showState(); });
+    engine_.onError = [this](const QString& error) { qtGuard(events_, "error", [&] { fail(error); }); };
+    patience_.setSingleShot(true);
+    connect(&patience_, &QTimer::timeout, this, guarded("timeout", [this] {
+        if (engine_.state().loads) fail({});
+    }));
+}
+
+void Player::fail(const QString& error) {
+    if (std::exchange(playing_, false) && failed) failed(utf8(error));
+}
+
+std::string Player::unavailable() const {
+    const QString& reason = engine_.unavailable();
+    return reason.isEmpty() ? std::string() : utf8(reason) + " (QtMultimedia)";
+}
+
+void Player::play(std::unique_ptr<OpenFile> file) {
+    playing_ = true;
+    patience_.start(kPatience);
+    engine_.load(std::move(file));
+}
+
+void Player::close() {
+    playing_ = false;
+    patience_.stop();
+    engine_.close();
+    showState();
+    film_->update();
+}
+
+void Player::playPressed() {
+    if (engine_.state().plays) {
+        engine_.pause();
+    } else {
+        engine_.play();
+    }
+}
+
+void Player::showState() {
+    constexpr qint64 kMost = std::numeric_limits<int>::max();
+    const MediaEngine::State& state = engine_.state();
+    play_->setSign(state.plays ? SignButton::kPause : SignButton::kPlay);
+    const QSignalBlocker quiet(position_);
+    position_->setMaximum(static_cast<int>(std::clamp<qint64>(state.duration, 0, kMost)));
+    if (!position_->isSliderDown())
+        position_->setValue(static_cast<int>(std::clamp<qint64>(state.position, 0, kMost)));
+    time_->setText(timeText(state.position) + QLatin1String(" / ") + timeText(state.duration));
+}
+
+}  // namespace
+
+}  // namespace hl
+
+hl::MediaView* harborlanternMedia(const hl::MediaStart& start) {
+    hl::GuardedRoutine::countWith(start.guardedDepth);
+    hl::prepareMediaLibrary(start.cache);
+    return new hl::Player(start);
+}

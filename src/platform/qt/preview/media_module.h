@@ -1,0 +1,7 @@
+// The one function of the module that plays.
+#pragma once
+
+#include "platform/qt/preview/media_view.h"
+
+extern "C" __attribute__((visibility("default"))) hl::MediaView* harborlanternMedia(
+    const hl::MediaStart& start);

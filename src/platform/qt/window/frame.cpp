@@ -1,0 +1,101 @@
+#include "platform/qt/window/frame.h"
+
+#include <QCloseEvent>
+#include <QCoreApplication>
+#include <QKeyEvent>
+#include <algorithm>
+
+#include "platform/qt/common/qt_convert.h"
+#include "platform/qt/common/qt_guard.h"
+
+namespace hl {
+
+void Frame::queue(const char* where, std::function<void()> what) {
+    QMetaObject::invokeMethod(
+        this, [this, where, what = std::move(what)] { qtGuard(events_, where, what); }, Qt::QueuedConnection);
+}
+
+bool Frame::event(QEvent* event) {
+    return qtGuard(events_, "Frame::event", [&] {
+        // A run may begin then, so not in here. Not every window becomes the active one: a window manager may
+        // keep the focus elsewhere, and there may be none.
+        const bool seen = event->type() == QEvent::Paint || event->type() == QEvent::WindowActivate;
+        if (seen && !std::exchange(seen_, true))
+            queue("Frame::formActivate", [this] {
+                if (!unloaded_) events_.formActivate();
+            });
+        if (event->type() == QEvent::WindowDeactivate) escapePressed_ = false;
+        return QMainWindow::event(event);
+    });
+}
+
+bool Frame::focusNextPrevChild(bool next) {
+    return qtGuard(events_, "Frame::focusNextPrevChild", [&] {
+        if (!tabStops) return QMainWindow::focusNextPrevChild(next);
+        std::vector<QWidget*> stops = tabStops();
+        if (!next) std::reverse(stops.begin(), stops.end());
+        const QWidget* now = focusWidget();
+        const auto holds = [now](const QWidget* stop) {
+            return stop == now || (now != nullptr && stop->isAncestorOf(now));
+        };
+        const auto at = std::find_if(stops.begin(), stops.end(), holds);
+        if (at != stops.end()) std::rotate(stops.begin(), at + 1, stops.end());
+        for (QWidget* stop : stops) {
+            if (!stop->isVisible() || !stop->isEnabled() || (stop->focusPolicy() & Qt::TabFocus) == 0)
+                continue;
+            stop->setFocus(next ? Qt::TabFocusReason : Qt::BacktabFocusReason);
+            return true;
+        }
+        return false;
+    });
+}
+
+void Frame::changeEvent(QEvent* event) {
+    qtGuard(events_, "Frame::changeEvent", [&] {
+        QMainWindow::changeEvent(event);
+        const auto type = event->type();
+        if ((type == QEvent::PaletteChange || type == QEvent::StyleChange) && looksChanged)
+            queue("Frame::looksChanged", looksChanged);
+    });
+}
+
+void Frame::closeEvent(QCloseEvent* event) {
+    qtGuard(events_, "Frame::closeEvent", [&] {
+        event->ignore();
+        if (!unloaded_ && !events_.formQueryUnload()) return;
+        if (!std::exchange(unloaded_, true)) events_.formUnload();
+        event->accept();
+        QCoreApplication::quit();
+    });
+}
+
+void Frame::resizeEvent(QResizeEvent* event) {
+    qtGuard(events_, "Frame::resizeEvent", [&] {
+        QMainWindow::resizeEvent(event);
+        events_.formResize();
+    });
+}
+
+void Frame::keyPressEvent(QKeyEvent* event) {
+    qtGuard(events_, "Frame::keyPressEvent", [&] {
+        const int key = virtualKey(*event);
+        const auto keys = event->modifiers() & ~Qt::KeypadModifier;
+        if (key == kKeyEscape && !event->isAutoRepeat()) escapePressed_ = true;
+        const bool plain = keys == Qt::NoModifier || keys == Qt::ControlModifier;
+        const bool pressed =
+            plain && key != 0 && pressAccelerator && pressAccelerator(key, keys == Qt::ControlModifier);
+        if (!pressed) QMainWindow::keyPressEvent(event);
+    });
+}
+
+/// A key that closed a menu or another window is released here, but was never pressed here; if it is held
+/// down, it repeats here before.
+void Frame::keyReleaseEvent(QKeyEvent* event) {
+    qtGuard(events_, "Frame::keyReleaseEvent", [&] {
+        QMainWindow::keyReleaseEvent(event);
+        if (event->isAutoRepeat() || virtualKey(*event) != kKeyEscape) return;
+        if (std::exchange(escapePressed_, false)) events_.formKeyUp(kKeyEscape);
+    });
+}
+
+}  // namespace hl

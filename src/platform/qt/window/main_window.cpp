@@ -1,0 +1,426 @@
+#include "platform/qt/window/main_window.h"
+#include "platform/qt/bars/context_menu.h"
+
+#include <QApplication>
+#include <QClipboard>
+#include <QDesktopServices>
+#include <QScreen>
+#include <QUrl>
+#include <QVBoxLayout>
+#include <algorithm>
+
+#include "platform/qt/common/qt_convert.h"
+#include "platform/qt/common/qt_guard.h"
+#include "platform/qt/forms/form_dialog.h"
+#include "platform/qt/print/print_preview.h"
+#include "platform/qt/window/clipboard.h"
+
+namespace hl {
+
+namespace {
+
+constexpr auto kRoot = static_cast<std::size_t>(SplitterId::kMain);
+constexpr int kFirstWidth = 1024, kFirstHeight = 700;
+
+Rect rectOf(const QRect& rect) {
+    return {rect.left(), rect.top(), rect.width(), rect.height()};
+}
+
+/// The report is the only grid with a hierarchy.
+bool isTree(std::size_t grid) {
+    return grid == static_cast<std::size_t>(GridId::kReport);
+}
+
+}  // namespace
+
+// --- building
+
+MainWindow::MainWindow(WindowParts& parts, WindowEvents& events)
+    : parts_(parts),
+      events_(events),
+      desktop_(parts.patience),
+      icons_(parts.dataFolder, parts.fileIcon),
+      paperIcons_(parts.dataFolder, parts.fileIcon, Qt::black),
+      texts_{qtText(parts.name), qtText(parts.yes), qtText(parts.no), qtText(parts.ok), qtText(parts.cancel)},
+      frame_(new Frame(events)) {
+    frame_->setObjectName(QStringLiteral("frmMain"));
+    frame_->setWindowTitle(texts_.name);
+    frame_->tabStops = [this] { return tabStops(); };
+    frame_->setWindowIcon(icons_.programIcon());
+    makePanes();
+    auto* center = new QWidget;
+    rows_ = new QVBoxLayout(center);
+    rows_->setContentsMargins(0, 0, 0, 0);
+    rows_->setSpacing(0);
+    rows_->addWidget(bars_[0]);
+    rows_->addWidget(splitters_[kRoot], 1);
+    frame_->setCentralWidget(center);
+    status_ = new StatusPanelBar(events_);
+    frame_->setStatusBar(status_);
+    frame_->resize(kFirstWidth, kFirstHeight);
+    frame_->looksChanged = [this] { renewLooks(); };
+    frame_->pressAccelerator = [this](int key, bool control) { return pressAccelerator(key, control); };
+}
+
+MainWindow::~MainWindow() {
+    setBusyPointer(false);
+    frame_->looksChanged = nullptr;
+}
+
+/// Every pane begins below the frame, hidden, until a splitter takes it.
+void MainWindow::makePanes() {
+    sources_ = new SourceComboBox(icons_, events_);
+    for (std::size_t i = 0; i < kBarCount; ++i) {
+        bars_[i] = new ToolBar(*parts_.bars[i], icons_, events_, i == 0 ? sources_ : nullptr);
+        bars_[i]->setParent(frame_.get());
+        bars_[i]->setNames(qtText(parts_.more), qtText(parts_.clear));
+        // The main bar has the name that its CommandBar gets later, the others that of their grid.
+        if (i > 0) bars_[i]->setAccessibleName(qtText(parts_.gridTitles[i - 1]));
+        if (i > 0) bars_[i]->hide();
+    }
+    for (std::size_t i = 0; i < kGridCount; ++i) makeGrid(i);
+    preview_ = new PreviewArea(parts_.preview, events_, frame_.get());
+    preview_->hide();
+    for (std::size_t i = 0; i < kSplitterCount; ++i) {
+        const auto factory = [this](const PaneRef& ref) { return pane(ref); };
+        splitters_[i] = new SplitterWidget(*parts_.splitters[i], factory, events_);
+        splitters_[i]->setParent(frame_.get());
+        if (i != kRoot) splitters_[i]->hide();
+    }
+}
+
+void MainWindow::makeGrid(std::size_t number) {
+    auto* view = new GridView(*parts_.grids[number], static_cast<GridId>(number), isTree(number),
+                              parts_.cellText, events_, frame_.get());
+    view->setObjectName(QLatin1String(parts_.gridNames[number]));
+    view->setAccessibleName(qtText(parts_.gridTitles[number]));
+    view->setLevelCaption(qtText(parts_.level));
+    view->setIconSource([this](int picture) { return icons_.icon(picture); });
+    view->setEmptyHint([this, id = static_cast<GridId>(number)] {
+        return parts_.emptyHint ? qtText(parts_.emptyHint(id)) : QString();
+    });
+    view->hide();
+    grids_[number] = view;
+}
+
+QWidget* MainWindow::pane(const PaneRef& ref) {
+    const auto number = static_cast<std::size_t>(ref.number);
+    switch (ref.kind) {
+        case PaneRef::Kind::kSplitter:
+            return splitters_[number];
+        case PaneRef::Kind::kBar:
+            return bars_[number];
+        case PaneRef::Kind::kGrid:
+            return grids_[number];
+        case PaneRef::Kind::kPreview:
+            return preview_;
+        case PaneRef::Kind::kNone:
+            break;
+    }
+    return nullptr;
+}
+
+void MainWindow::placeMainBar() {
+    const BarPlace& place = parts_.bars[0]->place();
+    const bool below = place.edge == BarEdge::kBottom;
+    rows_->removeWidget(bars_[0]);
+    rows_->insertWidget(below ? 1 : 0, bars_[0]);
+    bars_[0]->setVisible(place.visible);
+}
+
+void MainWindow::renewLooks() {
+    icons_.clear();
+    paperIcons_.clear();
+    for (ToolBar* bar : bars_) bar->rebuild();
+    for (GridView* grid : grids_) grid->viewport()->update();
+    sources_->renewIcons();
+}
+
+// --- accelerators
+
+std::optional<BarId> MainWindow::barOfFocus() const {
+    for (QWidget* at = QApplication::focusWidget(); at != nullptr; at = at->parentWidget()) {
+        const auto bar = std::find(bars_.begin(), bars_.end(), at);
+        if (bar != bars_.end()) return static_cast<BarId>(bar - bars_.begin());
+        // The bars of the grids follow the main one in the order of the grids.
+        const auto grid = std::find(grids_.begin(), grids_.end(), at);
+        if (grid != grids_.end()) return static_cast<BarId>(grid - grids_.begin() + 1);
+    }
+    return std::nullopt;
+}
+
+/// Bars of several panes may have the same key: the pane with the focus comes first, then the main bar, then
+/// the others that show.
+bool MainWindow::pressAccelerator(int key, bool control) {
+    constexpr int kF1 = 112, kF6 = 117, kF24 = 135;
+    const bool functionKey = key >= kF1 && key <= kF24;
+    if (functionKey == control) return false;
+    const auto focused = barOfFocus();
+    if (key == kF6) return focusNextPane(focused);
+    if (focused && pressIn(*focused, key)) return true;
+    if (pressIn(BarId::kMain, key)) return true;
+    for (std::size_t i = 1; i < kBarCount; ++i)
+        if (bars_[i]->isVisible() && pressIn(static_cast<BarId>(i), key)) return true;
+    return false;
+}
+
+/// From the main bar, which has the sources, to the grids that show, and around.
+bool MainWindow::focusNextPane(std::optional<BarId> focused) {
+    const std::size_t from = focused ? static_cast<std::size_t>(*focused) : 0;
+    for (std::size_t step = 1; step <= kBarCount; ++step) {
+        const std::size_t next = (from + step) % kBarCount;
+        QWidget* pane = next == 0 ? static_cast<QWidget*>(sources_) : grids_[next - 1];
+        if (!pane->isVisible() || !pane->isEnabled()) continue;
+        pane->setFocus(Qt::TabFocusReason);
+        return true;
+    }
+    return false;
+}
+
+bool MainWindow::pressIn(BarId id, int key) {
+    const auto& entries = parts_.bars[static_cast<std::size_t>(id)]->entries();
+    const auto fits = [key](const BarEntry& entry) {
+        return entry.key == key && entry.id != 0 && entry.visible && entry.enabled;
+    };
+    const auto found = std::find_if(entries.begin(), entries.end(), fits);
+    if (found == entries.end()) return false;
+    // Right behind an edit box stands its search; without a text the key leads to where it is typed.
+    const bool afterBox = found != entries.begin() && std::prev(found)->kind == EntryKind::kEdit;
+    if (afterBox && std::prev(found)->text.empty()) {
+        bar(id).focusEdit(std::prev(found)->id);
+    } else {
+        bar(id).press(found->id);
+    }
+    return true;
+}
+
+// --- the frame
+
+void MainWindow::setTitle(const std::string& title) {
+    frame_->setWindowTitle(shownName(title));
+}
+
+void MainWindow::setBusyPointer(bool busy) {
+    if (busy == std::exchange(busy_, busy)) return;
+    // Beside the arrow: during a run Stop and the panes can be clicked.
+    if (busy) {
+        frame_->setCursor(Qt::BusyCursor);
+    } else {
+        frame_->unsetCursor();
+    }
+}
+
+Rect MainWindow::screen() {
+    return rectOf(frame_->screen()->availableGeometry());
+}
+
+// What Qt calls the depth are the bits that make the colour: 24 of the 32 that each pixel has.
+ScreenFacts MainWindow::screenFacts() {
+    const QScreen& screen = *frame_->screen();
+    const QSizeF pixels = QSizeF(screen.size()) * screen.devicePixelRatio();
+    const int depth = screen.depth() > 16 ? 32 : screen.depth();
+    return {qRound(pixels.width()), qRound(pixels.height()), depth};
+}
+
+Rect MainWindow::normalGeometry() {
+    const bool normal = state() == WindowState::kNormal || !frame_->normalGeometry().isValid();
+    return rectOf(normal ? frame_->geometry() : frame_->normalGeometry());
+}
+
+// Title and frame stay on the screens; what is too large for them begins at their edge.
+void MainWindow::setGeometry(const Rect& rect) {
+    const int side = frame_->style()->pixelMetric(QStyle::PM_MdiSubWindowFrameWidth);
+    const int title = frame_->style()->pixelMetric(QStyle::PM_TitleBarHeight);
+    const QRect most =
+        frame_->screen()->availableVirtualGeometry().adjusted(side, title + side, -side, -side);
+    const QSize size = QSize(rect.width, rect.height).boundedTo(most.size());
+    const int left = size.width() < rect.width ? most.left() : std::max(rect.left, most.left());
+    const int top = size.height() < rect.height ? most.top() : std::max(rect.top, most.top());
+    frame_->setGeometry({QPoint(left, top), size});
+}
+
+WindowState MainWindow::state() {
+    if (frame_->isMinimized()) return WindowState::kMinimized;
+    return frame_->isMaximized() ? WindowState::kMaximized : WindowState::kNormal;
+}
+
+void MainWindow::setState(WindowState state) {
+    const auto flags = state == WindowState::kMinimized   ? Qt::WindowMinimized
+                       : state == WindowState::kMaximized ? Qt::WindowMaximized
+                                                          : Qt::WindowNoState;
+    frame_->setWindowState(flags);
+}
+
+// The Tab key goes from a bar to its grid, and from there to the next bar.
+std::vector<QWidget*> MainWindow::tabStops() const {
+    std::vector<QWidget*> stops;
+    bars_[0]->addTabStops(stops);
+    for (std::size_t i = 0; i < kGridCount; ++i) {
+        bars_[i + 1]->addTabStops(stops);
+        stops.push_back(grids_[i]);
+    }
+    preview_->addTabStops(stops);
+    return stops;
+}
+
+void MainWindow::show() {
+    placeMainBar();
+    frame_->show();
+}
+
+void MainWindow::close() {
+    frame_->close();
+}
+
+void MainWindow::bringToFront() {
+    frame_->setWindowState(frame_->windowState() & ~Qt::WindowMinimized);
+    frame_->show();
+    frame_->raise();
+    // The keyboard is a dialog's while there is one.
+    asker()->raise();
+    asker()->activateWindow();
+}
+
+void MainWindow::setStatus(const StatusPanels& panels) {
+    status_->setPanels(panels);
+}
+
+void MainWindow::setSources(const std::vector<ComboItem>& items, const std::string& text, int selected) {
+    sources_->setSources(items, text, selected);
+}
+
+// --- panes and grids
+
+int MainWindow::barHeight(BarId id) {
+    return bar(id).heightForWidth(bar(id).width());
+}
+
+int MainWindow::gridWidth(GridId id) {
+    return grid(id).contentsRect().width();
+}
+
+Rect MainWindow::clientArea() {
+    return rectOf(frame_->rect());
+}
+
+void MainWindow::autosizeColumn(GridId id, std::size_t column, int margin) {
+    grid(id).autosizeColumn(column, margin);
+}
+
+int MainWindow::widthBesideColumns(GridId id) {
+    return grid(id).widthBesideColumns();
+}
+
+int MainWindow::heightOfRows(GridId id) {
+    return grid(id).heightOfRows();
+}
+
+void MainWindow::scrollIntoView(GridId id, Row row) {
+    grid(id).scrollIntoView(row);
+}
+
+std::optional<RowRange> MainWindow::visibleRows(GridId id) {
+    return grid(id).visibleRange();
+}
+
+std::size_t MainWindow::columnAt(GridId id, Point at) {
+    return grid(id).columnOf({at.x, at.y});
+}
+
+void MainWindow::refresh(GridId id) {
+    grid(id).refresh();
+}
+
+void MainWindow::focusGrid(GridId id) {
+    grid(id).setFocus(Qt::OtherFocusReason);
+}
+
+void MainWindow::focusEdit(BarId id, int edit) {
+    bar(id).focusEdit(edit);
+}
+
+GridFont MainWindow::font(GridId id) {
+    return grid(id).gridFont();
+}
+
+void MainWindow::setFont(GridId id, const GridFont& font) {
+    grid(id).setGridFont(font);
+}
+
+// --- questions
+
+/// A question that is asked from within another one stands above that.
+QWidget* MainWindow::asker() {
+    QWidget* modal = QApplication::activeModalWidget();
+    return modal != nullptr ? modal : frame_.get();
+}
+
+void MainWindow::showForm(Form& form) {
+    FormDialog(form, events_, asker()).run();
+    // Where a form closes together with a window above it, a window manager may give the keyboard to neither.
+    if (asker() == frame_.get() && frame_->isVisible()) frame_->activateWindow();
+}
+
+bool MainWindow::message(MessageKind kind, const std::string& text) {
+    return showMessage(asker(), texts_, kind, text);
+}
+
+std::string MainWindow::askText(const std::string& prompt, const std::string& preset) {
+    return askForText(asker(), texts_, prompt, preset);
+}
+
+std::string MainWindow::askFolder(const std::string& title, const std::string& start) {
+    return askForFolder(asker(), title, start);
+}
+
+std::string MainWindow::askSavePath(const std::string& filter, const std::string& extension,
+                                    const std::string& folder) {
+    return askForSavePath(asker(), filter, extension, folder);
+}
+
+std::optional<GridFont> MainWindow::askFont(const GridFont& start) {
+    return askForFont(asker(), start);
+}
+
+void MainWindow::previewPrint(const PrintJob& job) {
+    PrintPreview(
+        job, [this](int picture) { return paperIcons_.icon(picture); }, texts_, events_, asker())
+        .exec();
+}
+
+void MainWindow::print(const PrintJob& job) {
+    const IconSource icon = [this](int picture) { return paperIcons_.icon(picture); };
+    askAndPrint({asker(), texts_}, job, icon, layOut(job, icon)->page());
+}
+
+void MainWindow::showPopup(BarId id, int popup, Point at) {
+    bar(id).openPopup(popup, {at.x, at.y});
+}
+
+int MainWindow::showMenu(const std::vector<MenuEntry>& entries, Point at) {
+    return askWithMenu(asker(), entries, {at.x, at.y});
+}
+
+void MainWindow::editCell(GridId id, Row row) {
+    grid(id).editText(row);
+}
+
+// --- the desktop
+
+bool MainWindow::openUrl(const std::string& url) {
+    return QDesktopServices::openUrl(QUrl::fromEncoded(QByteArray::fromStdString(url)));
+}
+
+void MainWindow::copyText(const std::string& text) {
+    QApplication::clipboard()->setText(qtText(text));
+}
+
+void MainWindow::copyFiles(const std::vector<std::string>& paths) {
+    copyFilesToClipboard(paths);
+}
+
+void MainWindow::leaveText(const std::string& text) {
+    leaveOnClipboard(text, parts_.clipboardHolder);
+}
+
+}  // namespace hl

@@ -1,0 +1,176 @@
+#include "platform/linux/change/files.h"
+
+#include <gtest/gtest.h>
+
+#include <cerrno>
+
+#include "support/temp_dir.h"
+#include "support/trees.h"
+#include "support/whole_files.h"
+
+namespace hl {
+namespace {
+
+namespace fs = std::filesystem;
+
+struct stat statusOf(const std::string& path) {
+    struct stat status {};
+    EXPECT_EQ(stat(path.c_str(), &status), 0) << path;
+    return status;
+}
+
+int replaceWith(Files& files, const std::string& path, std::string_view content) {
+    int error = 0;
+    const auto file = files.replace(path, error);
+    if (!file) return error;
+    error = file->write(content);
+    return error == 0 ? file->commit() : error;
+}
+
+std::size_t entriesOf(const std::string& folder) {
+    return static_cast<std::size_t>(std::distance(fs::directory_iterator(folder), {}));
+}
+
+/// Both ways in which an unfinished file can live.
+class Replacing : public testing::TestWithParam<Unfinished> {
+  protected:
+    test::TempDir dir;
+    LinuxFiles files{GetParam()};
+    std::string target = dir.path() + "/target";
+    int error = 0;
+};
+
+INSTANTIATE_TEST_SUITE_P(Unfinished, Replacing, testing::Values(Unfinished::kNameless, Unfinished::kNamed));
+
+TEST_P(Replacing, MakesANewFileWithTheModeThatTheUserWants) {
+    const mode_t before = umask(027);
+    EXPECT_EQ(replaceWith(files, target, "new"), 0);
+    umask(before);
+    EXPECT_EQ(test::contentOf(target), "new");
+    EXPECT_EQ(statusOf(target).st_mode & 07777, 0640U);
+    EXPECT_EQ(entriesOf(dir.path()), 1U);
+}
+
+TEST_P(Replacing, ShowsTheOldContentUntilTheLastMomentAndKeepsModeAndOwner) {
+    test::writeFile(target, "old");
+    const bool mayGiveAway = chown(target.c_str(), 1234, 4321) == 0;
+    EXPECT_EQ(mayGiveAway, geteuid() == 0);
+    chmod(target.c_str(), 0707);
+    const struct stat before = statusOf(target);
+    const auto file = files.replace(target, error);
+    EXPECT_EQ(file->write("new"), 0);
+    EXPECT_EQ(test::contentOf(target), "old");
+    EXPECT_EQ(file->commit(), 0);
+    EXPECT_EQ(test::contentOf(target), "new");
+    const struct stat after = statusOf(target);
+    EXPECT_EQ(std::tie(after.st_mode, after.st_uid, after.st_gid),
+              std::tie(before.st_mode, before.st_uid, before.st_gid));
+    EXPECT_EQ(entriesOf(dir.path()), 1U);
+}
+
+TEST_P(Replacing, LeavesNothingBehindWithoutACommitOrWhereTheCommitFails) {
+    const auto unused = files.replace(target, error);
+    EXPECT_EQ(entriesOf(dir.path()), 0U) << "a kill would leave it";
+    files.replace(target, error)->write("never");
+    EXPECT_EQ(entriesOf(dir.path()), 0U);
+    const auto file = files.replace(target, error);
+    fs::create_directory(target);  // Meanwhile, by somebody else.
+    EXPECT_EQ(file->commit(), EISDIR);
+    EXPECT_EQ(entriesOf(dir.path()), 1U);
+}
+
+TEST_P(Replacing, FollowsALinkAndKeepsIt) {
+    fs::create_directory(dir.path() + "/far");
+    fs::create_symlink("far/file", dir.path() + "/near");
+    fs::create_symlink(dir.path() + "/near", target);
+    for (const char* content : {"made where a dangling link points", "new"}) {
+        EXPECT_EQ(replaceWith(files, target, content), 0);
+        EXPECT_EQ(test::contentOf(dir.path() + "/far/file"), content);
+        EXPECT_TRUE(fs::is_symlink(target));
+        EXPECT_EQ(entriesOf(dir.path() + "/far"), 1U);
+    }
+}
+
+TEST_P(Replacing, RespectsWriteProtectionOfTheFileAndOfTheFolder) {
+    test::writeFile(target, "old");
+    chmod(target.c_str(), 0444);
+    const bool isRoot = geteuid() == 0;  // Whom no protection stops.
+    for (const mode_t mode : {0777U, 0555U}) {
+        ASSERT_EQ(chmod(dir.path().c_str(), mode), 0);
+        ASSERT_EQ(seteuid(isRoot ? test::kNobody : geteuid()), 0);
+        EXPECT_EQ(replaceWith(files, mode == 0777U ? target : dir.path() + "/new", "new"), EACCES);
+        ASSERT_EQ(seteuid(isRoot ? 0 : geteuid()), 0);
+    }
+    chmod(dir.path().c_str(), 0755);
+    EXPECT_EQ(test::contentOf(target), "old");
+}
+
+class WholeFiles : public testing::Test {
+  protected:
+    std::string in(const std::string& name) const { return dir.path() + "/" + name; }
+
+    test::TempDir dir;
+    LinuxFiles files;
+    int error = 0;
+};
+
+TEST_F(WholeFiles, SaysWhyAFileCannotBeReplaced) {
+    test::writeFile(in("file"), "");
+    fs::create_symlink("loop", in("loop"));
+    const std::pair<std::string, int> cases[] = {
+        {in("missing/file"), ENOENT}, {"", ENOENT},  {dir.path(), EISDIR},
+        {in("new/"), EISDIR},         {"/", EISDIR}, {in("file/below"), ENOTDIR},
+        {in("loop"), ELOOP}};
+    for (const auto& [path, expected] : cases) EXPECT_EQ(replaceWith(files, path, ""), expected) << path;
+}
+
+TEST_F(WholeFiles, WritesADeviceAsItIsAndRemembersAFailureUntilTheCommit) {
+    EXPECT_EQ(replaceWith(files, "/dev/null", "text"), 0);
+    EXPECT_TRUE(fs::is_character_file("/dev/null"));
+    const auto file = files.replace("/dev/full", error);
+    EXPECT_EQ(file->write("text"), ENOSPC);
+    EXPECT_EQ(file->commit(), ENOSPC);
+}
+
+TEST_F(WholeFiles, SurvivesAPipeWithoutAReaderAndDoesNotWaitForAWriter) {
+    const std::string pipe = in("pipe");
+    ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+    EXPECT_EQ(files.readWhole(pipe, 10, error), std::nullopt);
+    EXPECT_EQ(error, ESPIPE);
+    const int reader = open(pipe.c_str(), O_RDONLY | O_NONBLOCK);
+    const auto file = files.replace(pipe, error);
+    close(reader);
+    EXPECT_EQ(file->write("text"), EPIPE);
+    // The window would stand still for as long as nobody reads.
+    files.refuseUnreadPipes();
+    EXPECT_EQ(files.replace(pipe, error), nullptr);
+    EXPECT_EQ(error, ENXIO);
+}
+
+TEST_F(WholeFiles, ALockThatIsHeldIsWaitedForOnceAndNoFileOfAnotherUserIsALock) {
+    LinuxFiles others;
+    const auto lock = others.lockFolderOf(in("x"));
+    EXPECT_EQ(statusOf(in(".harborlantern-lock")).st_mode & 0777, 0600U);
+    const auto before = std::chrono::steady_clock::now();
+    for (int i = 0; i < 3; ++i) EXPECT_EQ(files.lockFolderOf(in("x")), nullptr);
+    EXPECT_LT(std::chrono::steady_clock::now() - before, std::chrono::seconds(3));
+    if (chown(in(".harborlantern-lock").c_str(), test::kNobody, test::kNobody) != 0) return;  // Not root.
+    EXPECT_EQ(LinuxFiles().lockFolderOf(in("x")), nullptr);
+}
+
+TEST_F(WholeFiles, ReadsAsMuchAsIsAllowedOrSaysWhyNot) {
+    const std::string content(200000, 'x');
+    test::writeFile(in("file"), content);
+    EXPECT_EQ(files.readWhole(in("file"), content.size(), error), content);
+    EXPECT_EQ(files.readWhole(in("file"), SIZE_MAX, error), content);
+    EXPECT_EQ(error, 0);
+    const std::pair<std::string, int> cases[] = {
+        {in("file"), EFBIG}, {"/dev/zero", EFBIG}, {in("missing"), ENOENT}, {dir.path(), EISDIR}};
+    for (const auto& [path, expected] : cases) {
+        EXPECT_EQ(files.readWhole(path, content.size() - 1, error), std::nullopt) << path;
+        EXPECT_EQ(error, expected) << path;
+    }
+}
+
+}  // namespace
+}  // namespace hl

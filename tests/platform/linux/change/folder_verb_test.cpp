@@ -1,0 +1,99 @@
+#include "platform/linux/change/folder_verb.h"
+
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+
+#include "support/temp_dir.h"
+#include "support/whole_files.h"
+
+namespace hl {
+namespace {
+
+namespace fs = std::filesystem;
+
+class FolderVerbTest : public testing::Test {
+  protected:
+    test::TempDir dir;
+    std::string file = dir.path() + "/data/applications/lantern.desktop";
+    LinuxFolderVerb verb{"lantern", dir.path() + "/data", dir.path()};
+};
+
+// The value of Exec as a reader of such files has it: escapes of values undone, field codes expanded.
+std::string commandIn(const std::string& entry) {
+    const std::size_t start = entry.find("\nExec=") + 6;
+    const std::string value = entry.substr(start, entry.find('\n', start) - start);
+    std::string text;
+    for (std::size_t i = 0; i < value.size(); ++i)
+        text += value[i] != '\\' ? value[i] : value[++i] == 'n' ? '\n' : value[i] == 't' ? '\t' : value[i];
+    std::string command;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        if (text[i] != '%')
+            command += text[i];
+        else if (text[++i] == '%')
+            command += '%';
+        else
+            command += "\"$FOLDERS\"";
+    }
+    return command;
+}
+
+// The quotes of a command line are a part of the shell's.
+TEST_F(FolderVerbTest, TheCommandStartsTheProgramWhateverItsPathHolds) {
+    int number = 0;
+    for (const char* name : {"plain", "two words", "a\"b", "it's", "$HOME", "`id`", "back\\slash", "100%F",
+                             "a\nb", "tab\t", "\xff\xfe", "ümlaut", "-x", "a;b&c"}) {
+        const std::string folder = dir.path() + "/" + name;
+        const std::string program = folder + "/lantern";
+        fs::create_directories(folder);
+        test::writeFile(program, "#!/bin/sh\nprintf %s \"$1\" > " + dir.path() + "/out\n");
+        chmod(program.c_str(), 0755);
+        const std::string wanted = "/some folder/" + std::to_string(++number);
+        setenv("FOLDERS", wanted.c_str(), 1);
+        const std::string command = commandIn(folderEntryText({"Lantern", program}));
+        EXPECT_EQ(std::system(command.c_str()), 0) << command;
+        EXPECT_EQ(test::contentOf(dir.path() + "/out"), wanted) << command;
+        EXPECT_EQ(folderEntryText({"Lantern", program}).find('\xff'), std::string::npos);
+    }
+    unsetenv("FOLDERS");
+}
+
+TEST_F(FolderVerbTest, AnOfferIsOneEntryAndNoChoiceOfDefaults) {
+    EXPECT_EQ(verb.withdraw().error, 0);
+    EXPECT_TRUE(fs::is_empty(dir.path())) << "to withdraw what is not there makes nothing";
+    for (const char* executable : {"/opt/lantern", "/usr/bin/lantern"}) {
+        EXPECT_EQ(verb.offer({"Lantern", executable}).error, 0);
+        const std::string entry = test::contentOf(file);
+        for (const char* line :
+             {"[Desktop Entry]\n", "\nNoDisplay=true\n", "\nMimeType=inode/directory;\n", executable})
+            EXPECT_NE(entry.find(line), std::string::npos) << line;
+    }
+    std::size_t files = 0;
+    for (const auto& entry : fs::recursive_directory_iterator(dir.path()))
+        files += entry.is_regular_file() ? 1 : 0;
+    EXPECT_EQ(files, 1U);
+    const auto before = fs::last_write_time(file) - std::chrono::hours(1);
+    fs::last_write_time(file, before);
+    EXPECT_EQ(verb.offer({"Lantern", "/usr/bin/lantern"}).error, 0);
+    EXPECT_EQ(fs::last_write_time(file), before) << "an offer that stands is left alone";
+    EXPECT_EQ(verb.withdraw().error, 0);
+    EXPECT_FALSE(fs::exists(file));
+}
+
+TEST_F(FolderVerbTest, FailuresAreToldWithTheirPlace) {
+    test::writeFile(dir.path() + "/data", "a file in the way");
+    const FolderVerbFailure failure = verb.offer({"Lantern", "/opt/lantern"});
+    EXPECT_EQ(failure.error, ENOTDIR);
+    EXPECT_EQ(failure.path, dir.path() + "/data/applications");
+    LinuxFolderVerb homeless("lantern", "relative", "");
+    EXPECT_EQ(homeless.offer({"Lantern", "/opt/lantern"}).error, ENOENT);
+    EXPECT_EQ(homeless.withdraw().error, 0);
+    EXPECT_EQ(LinuxFolderVerb("lantern", "relative", "/home/ada").folder(),
+              "/home/ada/.local/share/applications");
+}
+
+}  // namespace
+}  // namespace hl

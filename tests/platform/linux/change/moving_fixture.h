@@ -1,0 +1,70 @@
+// Things to be moved, places to move them to, and what is seen of them there.
+#pragma once
+
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <filesystem>
+
+#include "platform/linux/change/moving.h"
+#include "platform/linux/process/descriptor.h"
+#include "support/kinds.h"
+#include "support/mounted.h"
+#include "support/temp_dir.h"
+#include "support/whole_files.h"
+
+namespace hl::test {
+
+namespace fs = std::filesystem;
+inline int moveTo(const FilePlace& from, const FilePlace& to) {
+    Whereabouts whereabouts;
+    return moveEntry(from, to, whereabouts);
+}
+
+inline int moveTo(const std::string& from, const std::string& to) {
+    return moveTo(FilePlace{from}, FilePlace{to});
+}
+
+inline struct stat factsOf(const std::string& path) {
+    struct stat facts {};
+    if (lstat(path.c_str(), &facts) != 0) facts = {};
+    return facts;
+}
+
+// 0 if there is nothing.
+inline ino_t inodeOf(const std::string& path) {
+    return factsOf(path).st_ino;
+}
+
+inline std::set<std::string> namesIn(const std::string& folder) {
+    std::set<std::string> names;
+    for (const auto& entry : fs::directory_iterator(folder)) names.insert(entry.path().filename());
+    return names;
+}
+
+class MovingTest : public testing::Test {
+  protected:
+    MovingTest() {
+        fs::create_directory(at("sub"));
+        chmod(dir.path().c_str(), 0755);
+    }
+    std::string at(const std::string& name) const { return dir.path() + "/" + name; }
+
+    TempDir dir;
+};
+
+// A small file system on a folder of its own, or a folder of one that is there.
+class OtherMount {
+  public:
+    explicit OtherMount(const char* options) : mounted_("tmpfs", folder_.path(), "tmpfs", 0, options) {}
+    bool isMounted() const { return mounted_.done(); }
+    const std::string& path() const { return isMounted() ? folder_.path() : shared_.path(); }
+    std::string at(const std::string& name) const { return path() + "/" + name; }
+
+  private:
+    TempDir folder_, shared_{"/dev/shm"};
+    Mounted mounted_;
+};
+
+}  // namespace hl::test

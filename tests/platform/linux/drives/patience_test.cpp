@@ -1,0 +1,189 @@
+// Disks that do not answer, and what is asked of them.
+#include "platform/linux/drives/patience.h"
+
+#include <gtest/gtest.h>
+#include <poll.h>
+
+#include "platform/linux/change/file_operations.h"
+#include "platform/linux/change/files.h"
+#include "platform/linux/preview/preview_tools.h"
+#include "platform/linux/scan/file_system.h"
+#include "support/fuse_mount.h"
+#include "support/temp_dir.h"
+#include "support/whole_files.h"
+
+namespace hl {
+namespace {
+
+using namespace std::chrono_literals;
+using test::comes;
+
+struct Wait final : DiskWait {
+    int begins = 0, pauses = 0, most = 1 << 20;  ///< Pauses before nobody wants the answer.
+    void waitBegins(const std::string&) override { ++begins; }
+    bool goesOnWaiting() override { return ++pauses < most; }
+    void waitEnds() override { --begins; }
+};
+
+struct Watch final : OperationWatch {
+    int silent = 0;
+    bool stillAt(const std::string&, bool isSilent) override {
+        silent += isSilent ? 1 : 0;
+        return false;
+    }
+};
+
+class PatienceTest : public testing::Test {
+  protected:
+    PatienceTest() {
+        test::makeTree(dir.path(), {"shown/folder/a", "shown/folder/b", "shown/file"});
+        std::filesystem::create_symlink(dir.path() + "/mount", dir.path() + "/link");
+        mount.emplace(dir.path() + "/shown", dir.path() + "/mount");
+        patience.setWait(&wait);
+    }
+    ~PatienceTest() override {
+        mount->die();
+        EXPECT_TRUE(comes([] { return HelperSlot::taken() == 0; }));
+    }
+    int errorOf(const char* name) { return disk.look(dir.path() + "/" + name).error; }
+
+    test::TempDir dir;
+    std::optional<test::FuseMount> mount;
+    SilentDisks disks;
+    LinuxPatience patience{disks, 300ms};
+    Wait wait;
+    PatientFileSystem disk{std::make_shared<LinuxFileSystem>(limitsOfThisMachine(false)), patience};
+    LinuxFileOperations operations{std::make_shared<DirectoryCalls>(), {}, &disks};
+    LinuxPreviewTools tools{"", "", dir.path(), "", &disks};
+};
+
+TEST_F(PatienceTest, ADiskThatDoesNotAnswerIsWaitedForOnceAndAskedAgainWhenItDoes) {
+    if (!mount->missing().empty()) GTEST_SKIP() << mount->missing();
+    EXPECT_EQ(errorOf("mount/file"), 0);
+    const test::FuseMount later(dir.path() + "/shown", dir.path() + "/later");
+    EXPECT_TRUE(disks.of(dir.path() + "/later/x") != 0 && disks.of(dir.path() + "/shown") == 0);
+    mount->stopAnswering();
+    EXPECT_TRUE(errorOf("shown/file") == 0 && wait.pauses == 0) << "of another disk";
+    EXPECT_EQ(errorOf("link/file"), ETIMEDOUT);
+    EXPECT_TRUE(wait.pauses > 5 && wait.begins == 0) << wait.pauses;
+    const int pauses = wait.pauses;
+    for (int i = 0; i < 20; ++i) EXPECT_EQ(errorOf("mount/folder"), ETIMEDOUT);
+    EXPECT_EQ(wait.pauses, pauses) << "a helper hangs there already";
+    EXPECT_EQ(HelperSlot::taken(), 1U);
+    mount->answerAgain();
+    EXPECT_TRUE(comes([&] { return errorOf("mount/file") == 0; }));
+    EXPECT_EQ(errorOf("mount/none"), ENOENT);
+    mount->stopAnswering();
+    wait.most = 2;
+    wait.pauses = 0;
+    EXPECT_TRUE(errorOf("mount/file") == ETIMEDOUT && wait.pauses == 2) << "nobody wants it any more";
+}
+
+// Else a process would collect threads that hang.
+TEST_F(PatienceTest, NoMoreThanSixteenHelpersHang) {
+    if (!mount->missing().empty()) GTEST_SKIP() << mount->missing();
+    std::vector<HelperSlot> taken;
+    while (auto slot = HelperSlot::take()) taken.push_back(std::move(*slot));
+    EXPECT_EQ(taken.size(), 16U);
+    EXPECT_EQ(errorOf("mount/file"), ETIMEDOUT);
+    taken.pop_back();
+    EXPECT_EQ(errorOf("mount/file"), 0);
+}
+
+TEST_F(PatienceTest, WhatChangesFilesIsLeftBehindAtStopAndChangesNothingMoreWhenTheDiskComesBack) {
+    if (!mount->missing().empty()) GTEST_SKIP() << mount->missing();
+    Watch watch;
+    std::string now;
+    const FilePlace folder{dir.path() + "/mount/folder"}, file{dir.path() + "/mount/file"};
+    mount->stopAnswering();
+    EXPECT_EQ(operations.recycle(file, watch, now), RecycleError::kNoAnswer);
+    mount->answerAgain();
+    EXPECT_TRUE(comes([] { return HelperSlot::taken() == 0; }));
+    EXPECT_TRUE(std::filesystem::exists(dir.path() + "/shown/file"));
+    mount->stopAnswering();
+    EXPECT_TRUE(operations.removeTree(folder, watch).unknown);
+    EXPECT_GT(watch.silent, 0);
+    const int silent = watch.silent;
+    EXPECT_EQ(operations.removeFile(file, watch), ETIMEDOUT);
+    EXPECT_EQ(operations.recycle(file, watch, now), RecycleError::kNoAnswer);
+    EXPECT_EQ(operations.move(file, folder, watch), ETIMEDOUT);
+    EXPECT_EQ(operations.protectionOf(folder, watch), Protection::kNoAnswer);
+    EXPECT_EQ(operations.wouldReplace(file, folder, watch), std::nullopt);
+    EXPECT_EQ(watch.silent, silent) << "refused at once";
+    EXPECT_EQ(operations.removeFile({dir.path() + "/link"}, watch), 0) << "which lies on another disk";
+    mount->answerAgain();
+    EXPECT_TRUE(comes([] { return HelperSlot::taken() == 0; }));
+    for (const char* name : {"shown/folder/a", "shown/folder/b", "shown/file"})
+        EXPECT_TRUE(std::filesystem::exists(dir.path() + "/" + name)) << name;
+    EXPECT_TRUE(operations.removeTree(folder, watch).removed);
+}
+
+TEST_F(PatienceTest, AFileForThePreviewComesInMemoryAndTheOneThatIsWantedLastComesFirst) {
+    if (!mount->missing().empty()) GTEST_SKIP() << mount->missing();
+    const std::string shown = dir.path() + "/shown/", mounted = dir.path() + "/mount/";
+    test::writeFile(shown + "text", std::string(3 << 20, 'x'));
+    test::makeFile(shown + "large", (std::int64_t{64} << 20) + 1);
+    std::string error;
+    const auto opened = [&](PreviewOpening& opening) {
+        pollfd over{opening.descriptor(), POLLIN, 0};
+        EXPECT_EQ(::poll(&over, 1, 20000), 1);
+        return opening.take(error);
+    };
+    const auto open = [&](const char* name, bool beginning) {
+        return opened(*tools.openBeside(mounted + name, beginning));
+    };
+    EXPECT_EQ(tools.openBeside(shown + "text", true), nullptr) << "of a disk that answers";
+    auto text = open("text", true);
+    mount->stopAnswering();
+    int code = 0;
+    EXPECT_EQ(text->size(), 3U << 20);
+    EXPECT_EQ(text->head(2 << 20, code), std::string(1 << 20, 'x'));
+    text.reset();
+    auto first = tools.openBeside(mounted + "text", false);
+    auto second = tools.openBeside(mounted + "none", false);
+    first.reset();
+    auto third = tools.openBeside(mounted + "text", false);
+    EXPECT_EQ(HelperSlot::taken(), 1U);
+    mount->answerAgain();
+    EXPECT_EQ(opened(*third)->head(4 << 20, code).size(), 3U << 20);
+    EXPECT_EQ(open("large", false), nullptr);
+    EXPECT_EQ(error, strerror(EFBIG));
+    EXPECT_TRUE(open("folder", true) == nullptr && error.empty()) << "no regular file";
+}
+
+TEST_F(PatienceTest, SavingOnADiskThatDoesNotAnswerFailsAndLeavesTheOldFile) {
+    if (!mount->missing().empty()) GTEST_SKIP() << mount->missing();
+    LinuxFiles files;
+    files.setPatience(&patience);
+    const std::string report = dir.path() + "/mount/report", shown = dir.path() + "/shown/report";
+    const auto begin = [&](const char* text) {
+        int error = 0;
+        auto file = files.replace(report, error);
+        EXPECT_TRUE(file != nullptr && file->write(text) == 0) << error;
+        return file;
+    };
+    EXPECT_EQ(begin("old")->commit(), 0);
+    for (const bool commits : {false, true}) {
+        auto file = begin("new");
+        auto other = begin("other");
+        mount->stopAnswering();
+        EXPECT_EQ(commits ? file->commit() : file->write("more"), ETIMEDOUT);
+        EXPECT_EQ(file->commit(), ETIMEDOUT);
+        int error = 0;
+        EXPECT_EQ(files.replace(report, error), nullptr);
+        EXPECT_EQ(error, ETIMEDOUT);
+        file.reset();
+        mount->answerAgain();
+        EXPECT_TRUE(comes([] { return HelperSlot::taken() == 0; }));
+        EXPECT_EQ(other->write(" text"), 0);
+        EXPECT_TRUE(commits || test::contentOf(shown) == "old");
+        EXPECT_EQ(other->commit(), 0);
+        EXPECT_EQ(test::contentOf(shown), "other text");
+        EXPECT_EQ(begin("old")->commit(), 0);
+    }
+    for (const auto& entry : std::filesystem::directory_iterator(dir.path() + "/shown"))
+        EXPECT_FALSE(entry.path().filename().string().starts_with('.')) << entry.path();
+}
+
+}  // namespace
+}  // namespace hl

@@ -1,0 +1,26 @@
+// A console that keeps what was said.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/console.h"
+
+namespace hl {
+
+class RecordingConsole final : public Console {
+  public:
+    bool outputLine(std::string_view line) override {
+        output.emplace_back(line);
+        return true;
+    }
+    void errorLine(std::string_view line) override { errors.emplace_back(line); }
+    bool showsProgress() override { return false; }
+    void progress(std::string_view) override {}
+
+    std::vector<std::string> output;
+    std::vector<std::string> errors;
+};
+
+}  // namespace hl
