@@ -1,6 +1,6 @@
-// What the scripts of the project's folder do on a machine that has next to nothing. They run in a copy of
-// the folder, with a PATH that leads to tools of the shell alone; apt-get, and all that it installs, are
-// played.
+// Tests what the scripts of the project do on a machine with hardly any programs. They run in a copy of the
+// project's folder, with a PATH that leads only to tools of the shell; fakes play apt-get and all that it
+// installs.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -21,7 +21,7 @@ class BareMachine : public ::testing::Test {
             fs::create_directories(machine_.path() + "/" + folder);
         for (const std::string file : {"run", "check", "tools/setup.sh"})
             fs::copy_file(HARBORLANTERN_SOURCE_DIR "/" + file, folder() + "/" + file);
-        // As in the project's folder, where names of programs are names of folders too.
+        // In the project's folder, too, some folders are named like programs.
         makeTree(folder(), {"cmake/install.cmake", "src/main.cpp", "g++/"});
         for (const std::string tool :
              {"awk", "bash", "cat", "chmod", "cp", "dirname", "env", "find", "flock", "grep", "mkdir",
@@ -34,7 +34,7 @@ class BareMachine : public ::testing::Test {
     void put(const std::string& tool, const std::string& body) const {
         writeScript(machine_.path() + "/" + tool, "echo \"${0##*/} $*\" >>'" + calls() + "'\n" + body);
     }
-    /// The compiler and what belongs to it can be had from apt-get, which a user calls with sudo.
+    /// Lets apt-get, called through sudo, install the compiler and its companions.
     void putApt() const {
         put("bin/sudo", "exec \"$@\"");
         put("bin/apt-get",
@@ -51,7 +51,7 @@ class BareMachine : public ::testing::Test {
             "chmod +x build/release/src/harborlantern");
     }
 
-    /// Its exit status, and behind a blank what it says. The line begins in the project's folder.
+    /// Runs a line in the project's folder. Returns its exit status, a blank, and its output.
     std::string run(const std::string& line) const {
         const std::string said = machine_.path() + "/said";
         const std::string command = "cd '" + folder() + "' && /usr/bin/env -i 'PATH=" + machine_.path() +
@@ -59,7 +59,7 @@ class BareMachine : public ::testing::Test {
         const int status = std::system(command.c_str());
         return std::to_string(WEXITSTATUS(status)) + " " + contentOf(said);
     }
-    /// How many of the calls of played programs begin with `start` and have `part`.
+    /// Returns how many calls of faked programs begin with `start` and contain `part`.
     long count(const std::string& start, const std::string& part) const {
         std::istringstream lines(contentOf(calls()));
         long found = 0;

@@ -1,5 +1,5 @@
-// Who may include whom, and what the program needs of its machine. The table is the layout of src/ as
-// CONTRIBUTING.md tells it.
+// Tests which room includes which, and what the program needs of its machine. The table is the layout of src/
+// as CONTRIBUTING.md describes it.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -40,7 +40,8 @@ const Rooms kImplementations = {"platform/linux/process", "platform/linux/drives
                                 "platform/linux/change",  "platform/linux/preview", "platform/qt/preview",
                                 "platform/qt/window"};
 
-/// Each folder of src/, and what it may include beside itself. "" is src/ itself, that is, main.cpp.
+/// Each folder of src/, and the folders that it may include besides itself. "" is src/ itself, that is,
+/// main.cpp.
 const std::map<std::string, Rooms> kHouse = {
     {"base", {}},
     {"grid", {"base"}},
@@ -72,7 +73,7 @@ std::string roomOf(const std::string& path) {
     return fs::path(path).parent_path().string();
 }
 
-/// "<name" or "\"name" of an include line, empty for any other.
+/// Returns "<name" or "\"name" of an include line, or an empty text for any other line.
 std::string included(std::string line) {
     std::erase_if(line, [](char c) { return c == ' ' || c == '\t'; });
     if (!line.starts_with("#include")) return "";
@@ -80,20 +81,20 @@ std::string included(std::string line) {
     return rest.substr(0, rest.find_first_of(">\"", 1));
 }
 
-/// Standard C++ alone has headers without a ".h", and no folders.
+/// Only headers of standard C++ have no ".h" and no folder.
 bool isStandard(const std::string& header) {
     return std::all_of(header.begin(), header.end(),
                        [](char c) { return (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') || c == '_'; });
 }
 
-/// The room of all who may include a header that is not standard C++; the rooms in it may, too.
+/// Returns the only room, with the rooms in it, that may include this header, which is not standard C++.
 std::string ownerOf(const std::string& header) {
     if (header[0] == 'Q') return "platform/qt/";
     if (header.starts_with("gst/")) return "platform/qt/preview";
     return header.starts_with("gio/") ? "platform/desktop" : "platform/linux/";
 }
 
-/// What is wrong with one line of a file in `room`; empty if nothing is.
+/// Returns what is wrong with one line of a file in `room`, or an empty text.
 std::string fault(const std::string& room, const std::string& line) {
     const std::string include = included(line);
     if (include.empty()) return "";
@@ -108,7 +109,7 @@ std::string fault(const std::string& room, const std::string& line) {
     return other == room || kHouse.at(room).contains(other) ? "" : "not to be seen from here";
 }
 
-/// "FILE: LINE: what is wrong" for each fault in the sources below `src`.
+/// Returns "FILE: LINE: what is wrong" for each fault in the sources below `src`.
 std::vector<std::string> faultsBelow(const fs::path& src) {
     std::vector<std::string> found;
     for (const auto& file : fs::recursive_directory_iterator(src)) {
@@ -148,8 +149,8 @@ TEST(House, WrongIncludesAreFound) {
         EXPECT_EQ(!fault(room, line).empty(), wrong) << room << ": " << line;
 }
 
-// On a server that has the C++ library and nothing else it runs, too.
-/// The libraries that a file asks the loader for, up to the first point or dash: "libc", "libstdc++", "ld".
+// A machine that has only the C++ library must be able to run the program, too.
+/// Returns the libraries that a file needs, up to the first point or dash: "libc", "libstdc++", "ld".
 std::set<std::string> librariesOf(const std::string& file) {
     std::istringstream lines(hl::test::outputOf("LC_ALL=C readelf -d '" + file + "'"));
     std::set<std::string> names;

@@ -1,4 +1,4 @@
-// The program from outside where a disk does not answer.
+// Tests the program from outside with a disk that does not answer.
 #include <gtest/gtest.h>
 
 #include <thread>

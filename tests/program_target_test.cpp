@@ -1,4 +1,4 @@
-// Where the program writes: what stands at the target of a report before, and what is left there.
+// Tests where the program writes: what was at the target of a report before, and what is left there.
 #include <gtest/gtest.h>
 #include <linux/fs.h>
 #include <sys/file.h>
@@ -32,7 +32,7 @@ class ProgramTarget : public testing::Test {
 
 struct Trap {
     const char* name;
-    const char* protection;  ///< The kernel's, where it alone can refuse.
+    const char* protection;  ///< The kernel's protection, if nothing else can refuse.
     std::function<void(const std::string& path, const std::string& victim)> make;
 };
 const Trap kTraps[] = {
@@ -41,7 +41,8 @@ const Trap kTraps[] = {
     {"file", "regular", [](auto& path, auto&) { test::writeFile(path, "theirs"); }},
     {"pipe", "fifos", [](auto& path, auto&) { must(::mkfifo(path.c_str(), 0666)); }}};
 
-// With "-s", and as the window does it. What is ours, or the folder's owner's, is written.
+// Tests a run with "-s", and writing as the window does it. Only what belongs to the user, or to the folder's
+// owner, is written.
 TEST_F(ProgramTarget, InASharedFolderNothingOfAnotherUserIsFollowedOrWritten) {
     if (::geteuid() != 0) GTEST_SKIP() << "needs root, to be two users";
     const std::string shared = dir.path() + "/shared", victim = dir.path() + "/victim", x = shared + "/x.csv";
@@ -62,7 +63,7 @@ TEST_F(ProgramTarget, InASharedFolderNothingOfAnotherUserIsFollowedOrWritten) {
             must(::lchown(x.c_str(), owner, owner));
             const bool ours = owner == ::geteuid();
             if (ours && fs::is_fifo(fs::symlink_status(x))) continue;
-            // With a reader, else a fault would show as a run that never ends.
+            // Without a reader, a fault would show as a run that never ends.
             const Descriptor reader = fs::is_fifo(fs::symlink_status(x)) ? openToLook(x) : Descriptor();
             const std::string before = test::snapshotOf(dir.path());
             int error = 0;
@@ -86,7 +87,7 @@ TEST_F(ProgramTarget, IsFoundOutBeforeTheScan) {
         EXPECT_EQ(report(target).status, 1);
         EXPECT_EQ(test::contentOf(program.home("Harborlantern.log")).find("Einlesen"), std::string::npos);
     }
-    // A pipe is not opened for a try: its reader would take that for the end.
+    // The pipe must not be opened just to try it: its reader would take that for the end.
     must(::mkfifo(pipe.c_str(), 0600));
     auto reader = std::async(std::launch::async, [&] { return test::contentOf(pipe); });
     EXPECT_EQ(report(pipe).status, 0);
@@ -131,7 +132,7 @@ TEST_F(ProgramTarget, ATerminalGetsStandInsForControlCharacters) {
 
 TEST_F(ProgramTarget, ALockOnTheFolderOfTheSettingsHoldsNobodyUp) {
     const int folder = test::openFolder(program.home(""));
-    fs::remove(program.home("Harborlantern.ini"));  // So that the run has a setting to keep.
+    fs::remove(program.home("Harborlantern.ini"));  // Without it, the run has a setting to save.
     must(::flock(folder, LOCK_EX));
     const auto before = std::chrono::steady_clock::now();
     EXPECT_EQ(report(dir.path() + "/r.csv").status, 0);

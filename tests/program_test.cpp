@@ -1,4 +1,4 @@
-// The program from outside: what a report says of a tree, and how a run ends.
+// Tests the program from outside: what a report says of a tree, and how a run ends.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -27,7 +27,7 @@ std::ostream& operator<<(std::ostream& out, const Numbers& n) {
 }
 using Rows = std::map<std::string, Numbers>;
 
-/// A CSV report with the delimiter ",". Paths may hold anything, so rows are read from their ends.
+/// Reads a CSV report with the delimiter ",". Paths may hold anything, so rows are parsed from their ends.
 Rows readReport(const std::string& path) {
     const std::string text = readFile(path);
     Rows rows;
@@ -36,7 +36,7 @@ Rows readReport(const std::string& path) {
         std::size_t end = at;
         Numbers numbers;
         std::size_t middle = 0;
-        // The end of a row is the first line end behind `","digits",digits,digits`.
+        // A row ends at the first line end behind `","digits",digits,digits`.
         for (;;) {
             end = text.find("\r\n", end);
             if (end == std::string::npos) return rows;
@@ -56,7 +56,7 @@ Rows readReport(const std::string& path) {
     return rows;
 }
 
-/// Makes a random tree and keeps the truth about it.
+/// Makes a random tree and remembers the right result.
 class TreeMaker {
   public:
     explicit TreeMaker(unsigned seed) : random_(seed) {}
@@ -74,7 +74,7 @@ class TreeMaker {
             sum.files += below.files;
             sum.folders += below.folders + 1;
         }
-        if (pick(4) == 0) {  // A link to a folder counts as a folder with nothing in it.
+        if (pick(4) == 0) {  // A link to a folder counts as an empty folder.
             test::must(::symlink("..", (path + "/up").c_str()));
             truth[path + "/up"] = {};
             ++sum.folders;
@@ -150,7 +150,7 @@ TEST_F(ProgramRun, CountsEveryKindOfEntryAndEntersNoOtherMount) {
     test::makeFile(dir.path() + "/" + std::string(255, 'x'), 1);
     EXPECT_EQ(program.run({"-s", report, dir.path()}).status, 0);
     EXPECT_EQ(readReport(report)[dir.path()], (Numbers{78, 4, 0}));
-    // Wherever /dev/shm is a mount of its own, it is a row with nothing in it.
+    // If /dev/shm is a mount of its own, it is an empty row.
     struct stat above, mounted;
     if (::stat("/dev", &above) != 0 || ::stat("/dev/shm", &mounted) != 0 || above.st_dev == mounted.st_dev)
         return;
@@ -160,7 +160,7 @@ TEST_F(ProgramRun, CountsEveryKindOfEntryAndEntersNoOtherMount) {
     EXPECT_EQ(readReport(report).at("/dev/shm"), Numbers());
 }
 
-// Two links up would otherwise be followed in more ways than anybody can wait for.
+// Otherwise two links upwards would be followed in more ways than anybody can wait for.
 TEST_F(ProgramRun, EndsACircleOfLinksAndMountsWhereItComesBackToAFolderAbove) {
     const std::string& top = dir.path();
     test::makeTree(top, {"a/file", "a/b/mount/", "c/file"});
@@ -176,7 +176,7 @@ TEST_F(ProgramRun, EndsACircleOfLinksAndMountsWhereItComesBackToAFolderAbove) {
     EXPECT_NE(ended.errors.find("/a/b/up/: #40 - "), std::string::npos) << ended.errors;
     EXPECT_EQ(readReport(report)[top], (Numbers{3, 3, 7}));
 
-    // From below: behind a link the way leads through folders that are none, down to the source again.
+    // Below a link the path leads through folders that are not above the source, down to the source again.
     const std::string deep = dir.path() + "/deep";
     test::makeTree(deep, {"1/2/3/4/5/6/file"});
     for (const auto& [name, target] : {std::pair{"up1", ".."}, {"up2", "../.."}, {"up3", "../../.."}})
@@ -234,7 +234,7 @@ TEST_F(ProgramRun, KeepsAnOlderReportWhenTheNewOneCannotBeWritten) {
     oneFile();
     const std::string old = dir.path() + "/old.csv";
     writeFile(old, "precious");
-    // A file size limit stands for a disk that is full in the middle of writing.
+    // A limit of the file size plays a disk that becomes full during the writing.
     const auto full = [] {
         const struct rlimit limit = {16, 16};
         ::signal(SIGXFSZ, SIG_IGN);
@@ -296,7 +296,7 @@ TEST_F(ProgramRun, WritesItsReportToStandardOutputAndInTheFormatThatIsAskedFor) 
     const std::string txt = "Größe (Bytes)", csv = "\"Pfad\"", file = dir.path() + "/-";
     const std::tuple<std::vector<std::string>, std::string, int> cases[] = {
         {{"-s", "-", "."}, csv + ",", 6},
-        {{"-s3-d1", "-", "."}, csv + ";", 4},  // The source and three levels below it.
+        {{"-s3-d1", "-", "."}, csv + ";", 4},  // These are the source and three levels below it.
         {{"-s1", "--format=txt", "-d2", "-", "."}, txt + "\t", 2},
         {{"-s", "--", "-", "."}, csv, 6},
         {{"-s", "/dev/stdout", "."}, csv, 6}};

@@ -1,4 +1,4 @@
-// The texts in the code and the language libraries that are delivered say the same.
+// Tests that the texts in the code and in the delivered language libraries agree.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -16,7 +16,7 @@ namespace fs = std::filesystem;
 
 using Found = std::vector<std::pair<int, std::string>>;
 
-// Calls such as TL(3612, "Speichern"), adjacent literals joined.
+// Adds the texts of calls such as TL(3612, "Speichern"); adjacent literals are joined.
 void addTextsIn(const std::string& code, Found& found) {
     static const std::regex call(R"(\bTL\(\s*(\d+)\s*,\s*((?:"(?:[^"\\]|\\.)*"\s*)+))");
     static const std::regex literal(R"x("((?:[^"\\]|\\.)*)")x");
@@ -40,7 +40,7 @@ Found allTextsInCode() {
     return all;
 }
 
-// "%1", "%2", "%!", each as often as it stands there.
+// Returns "%1", "%2" and "%!", each as often as the text has it.
 std::multiset<std::string> placeholders(const std::string& text) {
     static const std::regex placeholder("%([0-9]+|!)");
     std::multiset<std::string> found;
@@ -49,7 +49,7 @@ std::multiset<std::string> placeholders(const std::string& text) {
     return found;
 }
 
-// Every language that has a library.
+// Returns every language that has a library.
 std::vector<Language> languagesWithLibrary() {
     constexpr int kPrimaryLanguages = 0x400;
     std::vector<Language> all;
@@ -62,7 +62,8 @@ std::string libraryText(std::string_view library) {
     return test::contentOf(HARBORLANTERN_SOURCE_DIR "/lang/" + std::string(library));
 }
 
-// A caption is cut where its buffer ends, a message later; German itself tells which a text can be.
+// Returns the longest length of a translation: captions and messages have different limits, and the German
+// text shows which one a text can be.
 std::size_t longest(std::string_view german) {
     constexpr std::size_t kCaption = 255, kMessage = 1023;
     return characterCount(german) <= kCaption ? kCaption : kMessage;
@@ -101,14 +102,14 @@ TEST_P(DeliveredLibrary, KeepsPlaceholdersOuterBlanksAndTheLengthThatIsRead) {
     }
 }
 
-// What stands behind the mark of a caption, in lower case.
+// Returns the letter behind the "&" of a caption, in lower case.
 std::string accelerator(std::string_view caption) {
     const std::string_view behind = caption.substr(std::min(caption.find('&'), caption.size() - 1) + 1);
     return lowerCase(firstCharacters(behind, 1));
 }
 
 TEST_P(DeliveredLibrary, MarksALetterWhereGermanDoesAndNoneTwiceInAForm) {
-    constexpr int kFirstOfPrintPreview = 9591;  // The other form with marks is the error report.
+    constexpr int kFirstOfPrintPreview = 9591;  // Before it, only the error report has marks.
     std::set<std::pair<bool, std::string>> taken;
     for (const auto& [id, text] : german.texts()) {
         const std::string translated = textOf(id);

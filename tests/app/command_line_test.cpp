@@ -22,7 +22,7 @@ TEST(JoinedArguments, QuoteAgainWhatTheShellUnquoted) {
         {{"-d2", "/a"}, "-d2 \"/a\""},
         {{"--", "-s", "--"}, "\"/cwd/-s\" \"/cwd/--\""},
         {{"a\"b", "\n\xFF"}, "\"/cwd/a\0b\" \"/cwd/\n\xFF\""s},
-        // The delimiter of a silent line goes first.
+        // The delimiter is put first in a silent line.
         {{"-s3-d1", "/r.csv", "/a"}, "-s3-d1 \"/r.csv\" \"/a\""},
         {{"-s", "/r-d1.csv", "/a"}, "-s-d0 \"/r-d1.csv\" \"/a\""},
         {{"-s2", "/r-d1", "/a", "-d3"}, "-s2-d3 \"/r-d1\" \"/a\""},
@@ -31,7 +31,7 @@ TEST(JoinedArguments, QuoteAgainWhatTheShellUnquoted) {
         {{"-s2", "-", "--format=txt", "/a"}, "-s2-d0 \"-\" --format=txt \"/a\""},
         {{"-s", "--", "-", "-"}, "-s-d0 \"-\" \"/cwd/-\""},
         {{"-s", "././-", "./-"}, "-s-d0 \"/cwd/-\" \"/cwd/-\""},
-        // What a link in the path of the report means is the system's to say.
+        // The system decides what a link in the report's path means.
         {{"-s", "a/../r", "a/../b"}, "-s-d0 \"/cwd/a/../r\" \"/cwd/b\""}};
     for (const auto& [arguments, line] : cases) {
         EXPECT_EQ(join(arguments).text, line);
@@ -100,7 +100,7 @@ TEST(SilentOrder, IsReadAsItIsTold) {
         {"-s-d", "", 0, 0, {}},
         {"-s7", "", 7, 0, {}},
         {"", "", 0, 0, {}},
-        // Every name comes through the joined line.
+        // The joined line delivers every name unchanged.
         {join({"-s4", "/r\"-d3\".csv", "/-d2", "/\n\xFF"}).text, "/r\"-d3\".csv", 4, 0, {"/-d2", "/\n\xFF"}}};
     for (const auto& [line, file, levels, delimiter, sources] : cases) {
         const SilentOrder order = KZGetFoldersFromCommand(line);

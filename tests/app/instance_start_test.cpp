@@ -8,7 +8,7 @@ namespace {
 
 struct FakeInstances : Instances {
     bool free = false, answers = true, goesMeanwhile = false;
-    int heldFor = 0;  ///< Questions until the mark is gone.
+    int heldFor = 0;  ///< How often isHeld answers yes before the mark is gone.
     std::vector<std::string> delivered;
 
     bool takeFirst() override { return free; }

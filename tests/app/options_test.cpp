@@ -90,7 +90,8 @@ TEST_F(OptionsFile, KeepsWhatBelongsToTheDialogAndTheLastTwoColumnsOfHardlinksWh
     EXPECT_EQ(stored("Instanz") + stored("DateFormat") + stored("Unknown"), "1yyyykept");
 }
 
-// Each key in turn is no number: at the end the file holds all that it held, but for what was set meanwhile.
+// Each key in turn is made no number. At the end the file must still hold everything but what was set
+// meanwhile.
 TEST_F(OptionsFile, LosesNothingToAReadingThatEndsEarly) {
     std::map<std::string, std::string> before;
     Options options = load();
@@ -126,8 +127,8 @@ TEST(OptionTable, NamesEachKeyOnce) {
     for (const OptionKey& key : kOptionTable) EXPECT_TRUE(keys.insert(key.key).second) << key.key;
 }
 
-/// Of each key that has an entry: `.BR Key ", " Other " (default)"`, or `.B Key` where there is none. A row
-/// of columns has the index in front of its key.
+/// Returns the default that the page tells for each key: `.BR Key ", " Other " (default)"`, or `.B Key`
+/// without a default. A row of columns has the index in front of its key.
 std::map<std::string, std::string, std::less<>> toldDefaults(const std::string& page) {
     std::map<std::string, std::string, std::less<>> told;
     std::istringstream lines(page);

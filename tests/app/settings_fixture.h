@@ -1,4 +1,4 @@
-// A settings file in a folder of its own, the program's files watched, and errors kept to be looked at.
+// Provides a settings file in a folder of its own, watches the program's files, and keeps reported errors.
 #pragma once
 
 #include <gtest/gtest.h>

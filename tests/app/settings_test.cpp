@@ -45,13 +45,13 @@ TEST_F(Settings, KeepANumberedListUntilTheFirstGap) {
     EXPECT_EQ(readNumberedList(store.read(), "ComboOrdner", "O"), std::vector<std::string>{"/e"});
     const IniText gap("[ComboOrdner]\n0o=/a\n1O=/b\n3O=/d\n");
     EXPECT_EQ(readNumberedList(gap, "ComboOrdner", "O"), (std::vector<std::string>{"/a", "/b"}));
-    IniText ini;  // The mark that ends a list is never written.
+    IniText ini;  // The mark that ends a list must never be written.
     writeNumberedList(ini, "S", "F", {"/a", std::string(kEndOfList), "/b"});
     EXPECT_EQ(ini.text(), "[S]\r\n0F=/a\r\n1F=/b\r\n");
     EXPECT_TRUE(readNumberedList(IniText("[S]\n0F=!(nix].-.\n1F=/b"), "S", "F").empty());
 }
 
-// Writes 50 keys with one number after the other, until it is killed.
+// Writes 50 keys with one number, again and again with the next number, until it is killed.
 [[noreturn]] void keepWriting(SettingsStore& store, int ready) {
     for (int number = 1;; ++number) {
         store.change([number](IniText& ini) {
@@ -69,12 +69,13 @@ TEST_F(Settings, AreWholeHoweverOftenAWriterIsKilled) {
         if (child == 0) keepWriting(store, ends[1]);
         char byte = 0;
         ASSERT_EQ(read(ends[0], &byte, 1), 1);
-        usleep(static_cast<useconds_t>(round * 37 % 2000));  // Another moment of a write each time.
+        usleep(static_cast<useconds_t>(round * 37 % 2000));  // The kill hits another moment of a write each
+                                                             // time.
         kill(child, SIGKILL);
         ASSERT_EQ(waitpid(child, nullptr, 0), child);
         close(ends[0]);
         close(ends[1]);
-        // All keys hold one number; nothing else is a file that was written whole.
+        // In a file that was written completely, all keys hold the same number.
         const auto values = store.read().section("S");
         ASSERT_EQ(values.size(), 50U) << "round " << round;
         for (const auto& [key, value] : values) ASSERT_EQ(value, values.begin()->second) << "round " << round;

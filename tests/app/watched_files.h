@@ -1,4 +1,4 @@
-// The system's files, with a count of what was written and errors where a test wants them.
+// The system's files; it counts what is written, and fails where a test wants that.
 #pragma once
 
 #include <string>
@@ -10,7 +10,7 @@ namespace hl::test {
 class WatchedFiles : public LinuxFiles {
   public:
     int replacements = 0;
-    /// If not 0, the error with which every reading fails.
+    /// If it is not 0, every reading fails with this error.
     int readError = 0;
 
     std::optional<std::string> readWhole(const std::string& path, std::size_t limit, int& error) override {

@@ -10,7 +10,7 @@
 
 namespace hl {
 
-// Looks at what no use of the collection may ever break, and no caller can see.
+// Checks what must always hold within the collection, which no caller can see.
 class CollectionInspector {
   public:
     static bool isRedBlackTree(const CStringCollection& c) {
@@ -40,7 +40,7 @@ std::string valuesOf(const CStringCollection& collection) {
     return all;
 }
 
-// The fault that `call` raises, as "number source: description".
+// Returns the fault that `call` raises, as "number source: description".
 std::string faultOf(const std::function<void()>& call) {
     try {
         call();
@@ -137,14 +137,14 @@ std::string folded(std::string_view key, unsigned mode) {
     return mode != 0 ? lowerCase(key) : std::string(key);
 }
 
-// A collection and, beside it, a plain list of what it should hold, driven by the same random calls.
+// Makes the same random calls to a collection and to a plain list of what it should hold.
 void useAtRandom(unsigned seed) {
     std::mt19937 random(seed);
     const unsigned mode = seed % 2;
     CStringCollection collection;
     collection.Init(4, 1.3F);
     collection.CompareMode(static_cast<std::int32_t>(mode));
-    std::vector<std::pair<std::string, std::string>> model;  // Keys and values.
+    std::vector<std::pair<std::string, std::string>> model;  // The keys and values.
     for (int step = 0; step < 1500; ++step) {
         static constexpr std::string_view kLetters[] = {"a", "A", "b", "Ö", "ö", "ж", "Ж", "\xFF", "z"};
         std::string key;

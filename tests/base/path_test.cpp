@@ -7,7 +7,7 @@
 namespace hl {
 namespace {
 
-// What each rule set makes of a path.
+// A path, and what each set of rules makes of it.
 struct Case {
     std::string_view path, posix, drive;
 };

@@ -43,7 +43,7 @@ TEST(Utf8, AndCaseAreTheSameAfterAWayThereAndBackForEveryCharacter) {
 }
 
 TEST(CompareFolded, OrdersAsTheFoldedTextsDoAndTakesNoStrayByteForACharacter) {
-    // In order; each is below all behind it.
+    // Each text sorts before all that follow it.
     const std::string_view order[] = {"",  "A", "a ",     "aa", "AB",   "b",    "ba",   "É",    "ž",
                                       "Α", "Я", "\u4E00", "😀",  "\x80", "\xC9", "\xE9", "\xFF", "\xFF\x61"};
     for (std::size_t i = 0; i < std::size(order); ++i)
@@ -68,7 +68,7 @@ TEST(CompareFolded, AgreesWithTheKeysOfTexts) {
             ++decided;
             ASSERT_EQ(foldedKey(a) < foldedKey(b), compareFolded(a, b) < 0) << a << " " << b;
         }
-    EXPECT_GT(decided, 80'000);  // Of 92,000.
+    EXPECT_GT(decided, 80'000);  // There are 92,000 pairs.
 }
 
 TEST(FoldedPart, IsFoundWithoutRegardToCase) {
@@ -102,7 +102,7 @@ TEST(ReplaceAll, ReplacesFromLeftToRightAndDoesNotSearchItsOwnText) {
 }
 
 TEST(Utf8, ReplacesTheBeginningOfACharacterAsOneAndAnyOtherByteThatIsNoTextByItself) {
-    // "~" for each U+FFFD.
+    // "~" stands for each U+FFFD.
     const Pairs broken = {
         {"\x80x\xC3x\xE2\x82x\xF0\x9F\x98", "~x~x~x~"},                       // stray or cut off
         {"\xC3(\xE2(\xA1\xE2\x82(\xC3\xC3\xA9", "~(~(~~(~\u00E9"},            // no continuation

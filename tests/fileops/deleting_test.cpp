@@ -1,4 +1,4 @@
-// What deleting tells, and in which order, with a disk that answers as it is told.
+// Tests what deleting reports, and in which order, with a scripted disk.
 #include "fileops/deleting.h"
 
 #include <algorithm>
@@ -53,7 +53,7 @@ class QuietHost final : public FileOpsHost {
 
 class DeletingTest : public ::testing::Test {
   protected:
-    /// /src(a(aa) b), 100 bytes and one file in aa, 10 bytes and two files in b.
+    /// The source is /src(a(aa) b), with 100 bytes and one file in aa, and 10 bytes and two files in b.
     DeletingTest() {
         bench_.disk.sources = {
             test::folder("/src", {test::folder("a", {test::folder("aa", {test::file("x", 100)})}),
@@ -114,7 +114,7 @@ TEST_F(DeletingTest, WhatStayedIsToldOnceWithReasonsAndReadAgain) {
          "Beim Verschieben des Ordners'/src/b' in den Papierkorb ist ein Fehler aufgetreten: Security "
          "settings denied access to the source. (120)"}};
     disk_.recycled = RecycleError::kAccess;
-    bench_.disk.find("/src/b/y")->facts.size = 1;  // What the removal has left of it.
+    bench_.disk.find("/src/b/y")->facts.size = 1;  // This is what the removal left of it.
     for (const auto& [removal, recycle, text] : cases) {
         disk_.removal = removal;
         window_.calls.clear();

@@ -35,7 +35,7 @@ TEST_F(GridTest, SortsByAnyCellInBothDirectionsAndEqualKeysByTheirTextsUnlessThe
         {"b1", 20, "Zoe"}, {"C", 100, "adam"}, {"a", 9, ""}, {"B2", 20, "ADAM"}, {"b0", 20, "Bea"}};
     for (const auto& [text, size, name] : rows) add(kNoRow, text, size, name);
     using Case = std::pair<LevelSort, Texts>;
-    // Each case starts from what the one before has left.
+    // Each case starts from the order that the one before has left.
     for (const auto& [sort, expected] :
          {Case{{"size", true, true, true}, {"C", "b1", "B2", "b0", "a"}},
           Case{{"size", true, true}, {"C", "B2", "b0", "b1", "a"}},
@@ -43,7 +43,7 @@ TEST_F(GridTest, SortsByAnyCellInBothDirectionsAndEqualKeysByTheirTextsUnlessThe
           Case{{"name", false, false}, {"a", "B2", "C", "b0", "b1"}},
           Case{{"name", false, true}, {"b1", "b0", "B2", "C", "a"}},
           Case{{"", false, false}, {"a", "b0", "b1", "B2", "C"}},
-          Case{{"sizeM", true, true}, {"B2", "C", "a", "b0", "b1"}},  // All of them 0.00.
+          Case{{"sizeM", true, true}, {"B2", "C", "a", "b0", "b1"}},  // All of them round to 0.00.
           Case{{"", false, true}, {"C", "B2", "b1", "b0", "a"}}}) {
         grid.levelSort(0) = sort;
         grid.sortLevels(0);
@@ -88,7 +88,7 @@ TEST_F(GridTest, SortsEachLevelByItsOwnSettingAndNoRowAwayFromItsParent) {
     EXPECT_EQ(levels, 2);
     EXPECT_EQ(texts(), (Texts{"b", "z", "deep", "y", "deep", "x", "deep",  //
                               "a", "z", "deep", "y", "deep", "x", "deep", "deeper"}));
-    grid.sortLevels(9);  // Deeper than any row.
+    grid.sortLevels(9);  // No row is that deep.
     EXPECT_EQ(texts().back(), "deep");
 }
 

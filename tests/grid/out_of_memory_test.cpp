@@ -1,5 +1,5 @@
-// Memory ends at each allocation of each operation in turn. The grid is whole after it, and the operation
-// done again comes out as if nothing had happened.
+// Tests every operation with memory running out at each of its allocations in turn. The grid must stay
+// consistent, and repeating the operation must succeed as if nothing had happened.
 #include <gtest/gtest.h>
 
 #include <cstdlib>
@@ -8,11 +8,11 @@
 #include "grid/grid.h"
 
 namespace {
-thread_local long allocationsLeft = -1;  // Of this thread; -1: not counted.
+thread_local long allocationsLeft = -1;  // For this thread; -1 means unlimited.
 }
 
-// All forms, since a sanitizer has its own of each. Inlined, the compiler would see malloc behind one of them
-// and the other not.
+// All forms are replaced, because a sanitizer has its own of each. They are not inlined, or else the compiler
+// would see malloc behind one form but not behind another.
 [[gnu::noinline]] void* operator new(std::size_t bytes, const std::nothrow_t& /*nothrow*/) noexcept {
     if (allocationsLeft > 0) --allocationsLeft;
     return allocationsLeft == 0 ? nullptr : std::malloc(bytes);
@@ -47,7 +47,7 @@ constexpr CellSpec kSpecs[] = {{"size", CellType::kSize},
 enum : CellId { kSizeCell, kPercentCell, kFlagCell, kNameCell };
 constexpr Row kParent = 3, kOther = 9;
 
-/// One block of rows, the last of them roots, the others below the first ten.
+/// Fills one block of rows: the last ones are roots, the others are below the first ten.
 void fill(Grid& grid) {
     for (Row i = 0; i < 256; ++i) {
         const Row row = grid.addRow(i < 10 || i > 100 ? kNoRow : i % 10,
@@ -60,7 +60,8 @@ void fill(Grid& grid) {
     grid.setCurrentRow(kParent);
 }
 
-/// All that the grid tells of its rows, one a line; and its links agree in both directions.
+/// Returns everything that the grid tells of its rows, one per line, and checks that its links agree in both
+/// directions.
 std::string told(const Grid& grid) {
     std::string all;
     std::size_t selected = 0;

@@ -78,7 +78,7 @@ TEST(TextStore, GivesBackEveryTextOfWhateverLengthAndMovesNone) {
     TextStore store;
     const std::string_view first = store.get(store.add("first"));
     std::vector<std::string> texts;
-    // Around the steps of the length's own length and of a block, and far beyond one.
+    // The lengths lie around the steps at which the stored length or the block grows, and far beyond one.
     for (const std::size_t length :
          {0, 1, 127, 128, 16383, 16384, 65532, 65533, 65534, 65536, 200'000, 5, 65533, 1})
         texts.emplace_back(length, static_cast<char>('a' + texts.size()));
@@ -107,7 +107,8 @@ TEST(TextStore, StoresOnceWhatManyRowsHaveInCommon) {
 TEST(TextStore, RaisesOverflowForMoreThanItCanAddressAndStaysUsable) {
     TextStore store;
     const TextRef kept = store.add("kept");
-    const std::string_view tooLong("x", std::size_t{5} << 30);  // Refused before a byte of it is read.
+    const std::string_view tooLong("x", std::size_t{5} << 30);  // It is refused before any byte of it is
+                                                                // read.
     EXPECT_THROW(store.add(tooLong), Fault);
     EXPECT_EQ(store.get(kept), "kept");
     EXPECT_EQ(store.get(store.add("next")), "next");
@@ -125,7 +126,7 @@ std::vector<Row> fromTheEnd(const RowTree& tree) {
     return rows;
 }
 
-/// The same in the plainest way: each parent's list of children; kNoRow's are the roots.
+/// The hierarchy in its simplest form: each parent's list of children, where kNoRow's children are the roots.
 struct Model {
     std::map<Row, std::vector<Row>> children;
     std::map<Row, Row> parents;

@@ -14,7 +14,7 @@ class BarsTest : public testing::Test {
   protected:
     BarsTest() { initAllBars(bars, {texts.texts, options, texts.diagnostics}); }
 
-    /// With those of their lists.
+    /// Adds the entries to `all`, and those of their lists.
     static void add(const std::vector<BarEntry>& entries, std::vector<BarEntry>& all) {
         for (const BarEntry& entry : entries) {
             all.push_back(entry);
@@ -44,7 +44,7 @@ TEST_F(BarsTest, EveryEntryHasANameAndAnIdAndAcceleratorOfItsOwn) {
         }
     }
     EXPECT_GE(keys.size(), 15U);
-    // Keys with which text is edited in the boxes of the bars.
+    // These keys edit text in the boxes of the bars.
     for (const char key : {'A', 'C', 'V', 'X', 'Y', 'Z'}) EXPECT_FALSE(keys.contains(key)) << key;
 }
 
@@ -101,7 +101,7 @@ struct Watcher : BarObserver {
     std::vector<int> changed;
 };
 
-// A label, a split button with a list of two, a button, and a popup of one.
+// The bar has a label, a split button with a list of two, a button, and a popup with one entry.
 TEST(CommandBarTest, TellsOfEachChangeOnceAndDisablingAllReachesListsButNoPopup) {
     CommandBar bar{BarId::kMain, "cbrMain"};
     bar.add({.id = 0, .kind = EntryKind::kLabel});

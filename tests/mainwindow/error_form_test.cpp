@@ -9,7 +9,7 @@
 namespace hl {
 namespace {
 
-/// Writes down what it is asked. With `broken`, a desktop that fails at everything but messages.
+/// Records what it is asked. With `broken` it fails at everything but messages.
 struct FakeDesk : ErrorDesk {
     bool broken = false;
     std::vector<std::string> asked;

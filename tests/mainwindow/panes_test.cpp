@@ -33,7 +33,7 @@ class Panel : public testing::Test, protected PaneHost {
         form = {0, 0, width, height};
         layOut();
     }
-    /// `hidden` panes keep no rectangle.
+    /// Hidden panes have no rectangle.
     void layOut() {
         if (form.width == 0) return;
         rects.clear();
@@ -127,7 +127,7 @@ TEST_F(Panel, ClickKeepsTheLastOneAndOneListAtMost) {
         {{kShowFiles, kShowTop, kShowJunctions}, kShowHardlinks, {kShowHardlinks}},
         {{kShowDrives, kShowReport, kShowFiles}, kShowDrives, {kShowReport, kShowFiles}},
         {{kShowReport, kShowFiles, kShowTop}, kShowTop, {kShowReport, kShowFiles}},
-        {{kShowReport, kShowFiles}, kLargeIcons, {kShowReport, kShowFiles}},  // No panel's entry.
+        {{kShowReport, kShowFiles}, kLargeIcons, {kShowReport, kShowFiles}},  // No entry of a panel.
     };
     show(800, 500);
     for (const auto& [before, click, after] : cases) {
@@ -181,7 +181,7 @@ TEST_F(Panel, SetShowsWhatIsCheckedAndTheOptionsSayIt) {
 TEST_F(Panel, ListFollowsTheEntriesOfItsOwnBar) {
     show(800, 500);
     for (const Command command :
-         {kFilesPreview, kFilesSplit, kHardlinksIdColumn + 8, kHardlinksIdColumn + 9})  // Of the same ids.
+         {kFilesPreview, kFilesSplit, kHardlinksIdColumn + 8, kHardlinksIdColumn + 9})  // Both have these.
         bar(barOf(command)).setChecked(idOf(command), true);
     const cSplitter& both = splitter(SplitterId::kFilesAndPreview);
     change({kShowFiles});

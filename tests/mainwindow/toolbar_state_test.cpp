@@ -23,7 +23,7 @@ class ToolbarStateTest : public testing::Test {
         EXPECT_EQ(store.save(texts.files, path), 0);
     }
 
-    // As at the start of the program.
+    // Does what the start of the program does.
     bool load(Bars& into) {
         build(into);
         ToolbarStore store;
@@ -64,7 +64,7 @@ class ToolbarStateTest : public testing::Test {
 };
 
 TEST_F(ToolbarStateTest, PlacesAndHiddenEntriesSurviveARestart) {
-    // An entry of the number 4711 was dropped since.
+    // The entry 4711 no longer exists.
     test::writeFile(path, replaceAll(arranged(), "Hidden=17", "Hidden=4711 17"));
     Bars bars;
     ASSERT_TRUE(load(bars));

@@ -11,7 +11,8 @@
 namespace hl {
 namespace {
 
-/// "a(b(c,d),e)" for the rows that show: a comma behind a sibling, brackets around what is below.
+/// Returns the visible rows as "a(b(c,d),e)": siblings are separated by commas, and brackets hold what is
+/// below a row.
 std::string shownRows(const Grid& grid, Row first) {
     std::string text;
     for (Row row = first; row != kNoRow; row = grid.nextSibling(row)) {
@@ -35,7 +36,7 @@ struct PrintReport : testing::Test {
     int zoom = 0;
     bool fromReport = false;
 
-    // Two sources; of the first one, the first folder is unfolded.
+    // There are two sources; the first folder of the first one is unfolded.
     PrintReport() {
         pump.input = true;
         Init_Tree(report, options, texts.texts);

@@ -1,4 +1,4 @@
-// A report grid made by hand, and all that it takes to save it.
+// A report grid made by hand, and everything needed to save it.
 #pragma once
 
 #include <memory>
@@ -12,10 +12,10 @@
 
 namespace hl::test {
 
-/// Stands for a report that was not written.
+/// Is returned in place of a report that was not written.
 inline constexpr const char* kNotWritten = "NOT WRITTEN";
 
-/// German, sizes in megabytes with decimals, paths with "/", until a test says otherwise.
+/// Uses German, sizes in megabytes with decimals, and paths with "/", unless a test changes that.
 struct SaveBench {
     SaveBench() {
         options.FileSizeFormat = 2;
@@ -34,7 +34,7 @@ struct SaveBench {
         grid.setNumber(row, kFiles, fileCount);
         return row;
     }
-    /// A small tree of three levels; returns its folder "Bilder".
+    /// Makes a small tree of three levels and returns its folder "Bilder".
     Row sampleTree(std::string_view rootText, std::string_view filesText = "Dateien") {
         const Row root = folder(kNoRow, rootText, 1302383820, 1337, 5);
         folder(root, "Musik", 1288490188, 1310, 1);
@@ -46,7 +46,7 @@ struct SaveBench {
         filesRow(root, filesText, 786432, 2);
         return bilder;
     }
-    /// A folder in a folder in a folder, `count` of them.
+    /// Makes `count` folders, each inside the one before.
     void chain(std::size_t count) {
         for (Row row = folder(kNoRow, "/c", 1024, 1, 1); count > 1; --count)
             row = folder(row, "f", 1024, 1, 1);
@@ -57,7 +57,7 @@ struct SaveBench {
                 state, *pump,   paths,        dialog,  target};
     }
     std::string pathOf(const std::string& name) const { return texts->dir.path() + "/" + name; }
-    /// The report as a run with no window writes it.
+    /// Saves the report as a run without a window does and returns it.
     std::string saved(const std::string& name, std::int32_t levels = 0, std::int32_t delimiter = -1) {
         SaveForm frmSave(services());
         return savedBy(frmSave, name, levels, delimiter);

@@ -1,4 +1,4 @@
-// output/save_files.h, against real files.
+// Tests output/save_files.h with real files.
 #include "output/save_files.h"
 
 #include <gtest/gtest.h>
@@ -19,7 +19,7 @@ struct SaveFiles : testing::Test, SaveDialog {
     NumberFormat numbers = numberFormatOf("de_DE.UTF-8");
     Grid list{kFileCells};
     std::string path = texts.dir.path() + "/list.txt";
-    std::string extension;  ///< That the dialog was asked with.
+    std::string extension;  ///< The extension that the dialog was given.
 
     SaveFiles() {
         options.DateFormat = "dd.MM.yyyy hh:nn:ss";
@@ -51,7 +51,7 @@ struct SaveFiles : testing::Test, SaveDialog {
     }
 };
 
-// The last column is shown, too, and is never written.
+// The last column is visible, too, but is never written.
 TEST_F(SaveFiles, WritesTheVisibleColumnsButTheLastInTheFormatChosen) {
     addFile("b\n\xFF.txt", 1536);
     addFile("c \"q\"", 0);

@@ -1,4 +1,4 @@
-// Whole reports, one for each feature of the formats, kept as files in tests/golden/.
+// Tests whole reports, one for each feature of the formats, against files in tests/golden/.
 #include <gtest/gtest.h>
 
 #include "output/save_bench.h"
@@ -7,8 +7,7 @@ namespace hl {
 namespace {
 
 /// Compares `actual` with the file, byte by byte. With HARBORLANTERN_RENEW_GOLDEN=1 a file that differs or is
-/// missing is written anew; the test fails all the same, so that nobody takes a renewed file for a test that
-/// passed.
+/// missing is written; the test fails even then, so that nobody takes a renewed file for a passed test.
 void expectGolden(const std::string& name, const std::string& actual) {
     const std::string path = HARBORLANTERN_SOURCE_DIR "/tests/golden/" + name;
     const std::string expected = test::contentOf(path);
@@ -37,7 +36,7 @@ TEST_F(SaveReportGolden, TextsAndSeparatorsFollowTheLocaleAndKeepTheColumns) {
     english();
     sampleTree("/srv/data", "Files");
     expectBoth("english");
-    numbers = numberFormatOf("ru_RU.UTF-8");  // Separators of several bytes.
+    numbers = numberFormatOf("ru_RU.UTF-8");  // Its separators have several bytes.
     options.FileSizeFormat = 0;
     expectGolden("wide_separators.txt", saved("r.txt", 0, kDelimiterTab));
 }

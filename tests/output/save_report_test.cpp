@@ -20,7 +20,7 @@ std::size_t linesIn(const std::string& text) {
     return static_cast<std::size_t>(std::count(text.begin(), text.end(), '\n'));
 }
 
-/// Answers with a path and keeps what it was asked.
+/// Answers with a path and records what it was asked.
 struct FakeDialog : SaveDialog {
     std::string answer;
     std::vector<SaveQuestion> asked;
@@ -40,7 +40,7 @@ TEST_F(SaveReport, LevelsTakeDigitsAndBackspaceOnly) {
 }
 
 TEST_F(SaveReport, OkSavesWhereTheDialogSaysOrNothingIfItIsCancelled) {
-    grid.setExpanded(sampleTree("/srv/data"), true);  // Within a folded one.
+    grid.setExpanded(sampleTree("/srv/data"), true);  // The unfolded row lies within a folded one.
     FakeDialog answers;
     dialog = &answers;
     const std::string filters[] = {"TXT (*.txt)|*.txt", "CSV (*.csv)|*.csv"};
@@ -71,10 +71,10 @@ TEST_F(SaveReport, TheNameDecidesTheFormatAndTheListTheDelimiter) {
 TEST_F(SaveReport, LevelsComeFromTheOrderOrTheControls) {
     sampleTree("/srv/data");
     const std::tuple<std::int32_t, FolderLevels, std::string, std::size_t> cases[] = {
-        {0, kUnfoldedLevels, "", 8},  // A silent run's 0: everything.
+        {0, kUnfoldedLevels, "", 8},  // In a silent run 0 means everything.
         {2, kUnfoldedLevels, "", 6},     {1, kAllFolderLevels, "", 4},  {-7, kUnfoldedLevels, "", 1},
         {-1, kAllFolderLevels, "", 8},   {-1, kUnfoldedLevels, "3", 1}, {-1, kSomeFolderLevels, "1", 4},
-        {-1, kSomeFolderLevels, "0", 1},  // As far as unfolded.
+        {-1, kSomeFolderLevels, "0", 1},  // 0 means what is unfolded.
         {-1, kSomeFolderLevels, "77", 8}};
     for (const auto& [levels, option, typed, rows] : cases) {
         SaveForm frmSave(services());
@@ -117,7 +117,7 @@ TEST_F(SaveReport, AnErrorThatCostsRowsLeavesTheOlderFile) {
     EXPECT_EQ(texts->reports("r.csv was not written"), 1U) << "in the window";
 }
 
-// The whole chain on a stack that has room for a few levels of anything that calls itself.
+// The whole chain is saved on a stack with room for only a few levels of a recursive function.
 TEST_F(SaveReport, DepthTakesNoStack) {
     chain(3000);
     const auto save = [](void* bench) -> void* {
@@ -182,7 +182,7 @@ void expectSame(const ReportNumber& number, const std::function<std::string(Size
         for (const std::int64_t base : {unit / 200, unit / 2, unit * 999, unit * 1000 - unit / 200})
             for (const std::int64_t around : {-1, 0, 1}) values.push_back(base + around);
     }
-    std::mt19937_64 random(7);  // A number of bits, then the number.
+    std::mt19937_64 random(7);  // The number of bits is chosen first, then the number.
     for (int i = 0; i < 2000; ++i)
         values.push_back(static_cast<std::int64_t>(random() >> (15 + random() % 49)));
     std::erase_if(values, [](std::int64_t value) { return value > SizeValue::kMaxBytes; });
@@ -202,7 +202,7 @@ TEST(ReportNumber, AreTheTextsOfTheSlowRoutinesForEveryModeAndLocale) {
                                return xFormatFileSizeWithSpacer(mode, size, 12, false, decimals, format);
                            });
                 if (divisorOf(mode) == 0) continue;
-                // In CSV they are the quotients with no separator of thousands.
+                // CSV has the quotients without separators of thousands.
                 expectSame(savedSize(mode, decimals, format), [&](SizeValue size) {
                     return formatQuotient(size, divisorOf(mode), {.grouped = false, .decimals = places},
                                           format);

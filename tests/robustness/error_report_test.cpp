@@ -1,4 +1,4 @@
-// The report of an error, and the texts that it and its mail are made of.
+// Tests the report of an error, and the texts that it and its mail consist of.
 #include "robustness/error_report.h"
 
 #include <gtest/gtest.h>
@@ -31,7 +31,7 @@ class ErrorReport : public testing::Test {
         return BuildErrorReport({"QuelleEinlesen", "frmMain", 42}, Fault(13, "", "Type mismatch"), app,
                                 system, now);
     }
-    /// The line that begins with `label`; empty if there is none.
+    /// Returns the line that begins with `label`, or an empty text.
     std::string line(const std::string& label) {
         const std::string report = "\r\n" + build() + "\r\n";
         const std::size_t at = report.find("\r\n" + label);

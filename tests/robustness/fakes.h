@@ -1,4 +1,4 @@
-// Stand-ins for what the error report asks and for where it goes.
+// Fakes of what the error report asks, and of where it goes.
 #pragma once
 
 #include <cerrno>
@@ -11,7 +11,7 @@
 
 namespace hl::test {
 
-/// A machine of which everything is known. With `broken`, one of which asking for anything fails.
+/// A machine about which everything is known. With `broken`, every question fails.
 class FakeSystemFacts : public SystemFacts {
   public:
     bool broken = false;
@@ -44,7 +44,7 @@ class FakeSystemFacts : public SystemFacts {
     }
 };
 
-/// Keeps what it is given. With `broken`, a log that cannot be written.
+/// Records what it is given. With `broken`, the log cannot be written.
 class FakeErrorSink : public ErrorSink {
   public:
     struct Entry {
@@ -62,7 +62,7 @@ class FakeErrorSink : public ErrorSink {
     void showReport(const std::string& text, const std::string&) override { shown.push_back(text); }
 };
 
-/// All that a trap works with.
+/// Everything that a trap works with.
 struct FakeDiagnostics {
     AppFacts app;
     FakeSystemFacts system;

@@ -29,7 +29,7 @@ class Driver : public test::ScanFixture {
 };
 
 TEST_F(Driver, ReadsTheQueueInItsOrderAsOneRunAndPassesOverWhatDoesNotExist) {
-    disk.at = {{1, [&] { state.SourceQueue.push_back("/a/"); }}};  // During the run.
+    disk.at = {{1, [&] { state.SourceQueue.push_back("/a/"); }}};  // This happens during the run.
     disk.lookErrors["/silent"] = EACCES;
     readSources({"/q/", "/missing/", "/silent/", "/m"});
     EXPECT_EQ(disk.reads, (Lines{"/q/", "/m/", "/a/"}));
@@ -46,7 +46,7 @@ TEST_F(Driver, ReadsTheQueueInItsOrderAsOneRunAndPassesOverWhatDoesNotExist) {
 
 TEST_F(Driver, KeepsWhatWasReadWhenTheSecondOfThreeSourcesIsStopped) {
     options.CreateListTOP = 1;
-    disk.at = {{4, [&] { state.CancelState = kCancelStop; }}};  // While /m/n is read.
+    disk.at = {{4, [&] { state.CancelState = kCancelStop; }}};  // This happens while /m/n is read.
     readSources({"/a/", "/m/", "/q/"});
     EXPECT_EQ(roots(), (Lines{"/a 3 2/1", "/m 0 0/1"}));
     EXPECT_EQ(textsOf(top), Lines());
@@ -146,7 +146,7 @@ TEST_F(Driver, StartsWithWhatTheComboShowsAndWithNothingIfItIsEmpty) {
     EXPECT_EQ(host.calls, Lines());
     EXPECT_TRUE(state.SourceQueue.empty() && state.CancelState == kCancelNone);
 
-    combo.text = "/a";  // Typed.
+    combo.text = "/a";  // The user typed it.
     StartSearchViaToolbar(scan);
     AddNewSearchPath(scan, "/q/");
     combo.select(0);

@@ -1,4 +1,4 @@
-// Report_Rescan of scan/driver.h.
+// Tests Report_Rescan of scan/driver.h.
 #include <algorithm>
 #include <random>
 
@@ -32,7 +32,8 @@ class Rescan : public test::ScanFixture {
     }
     void rescan(std::string_view row) { rescan(rowOf(row)); }
 
-    /// Every row with its path and all that a scan writes; sorted, since equal sizes may stand in any order.
+    /// Returns every row with its path and everything that a scan writes. They are sorted, since rows of
+    /// equal size may be in any order.
     static Lines factsOf(const ScanBench& bench) {
         const Grid& report = bench.report;
         Lines lines;

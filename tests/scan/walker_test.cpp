@@ -18,8 +18,8 @@ class Walk : public test::ScanFixture {
   protected:
     using Items = std::vector<Item>;
 
-    /// Reads a source into a fresh report: "size files/folders errors", and the rows below the source's own,
-    /// whose cells the caller of the walk writes.
+    /// Reads a source into a fresh report. Returns "size files/folders errors" and the rows below that of the
+    /// source, whose cells the caller of the walk sets.
     Lines walkSource(Item source) {
         for (Grid* grid : {&report, &top, &hardlinks, &junctions}) grid->clear();
         state.SeenLinkIds.Clear();
@@ -39,8 +39,8 @@ class Walk : public test::ScanFixture {
     }
     Lines walk(Items items) { return walkSource(folder("/s", std::move(items))); }
 
-    /// "  b 30 2/1 #26 [ ../x ]": the numbers, the picture if it is not the usual one, the note if there is
-    /// any.
+    /// Returns a line such as "  b 30 2/1 #26 [ ../x ]": the numbers, the picture if it is not the usual one,
+    /// and the note if there is one.
     std::string lineOf(Row row) const {
         const int picture = report.picture(row);
         const std::string note(report.rowNote(row));
@@ -181,13 +181,13 @@ TEST_F(Walk, KeepsPartialSumsAndMakesNoFilesRowWhereStopCutsAFolderShort) {
     const Lines whole = {"15 4/3 0", "  b 14 3/1", "    d 4 1/0", "    Dateien 10 2/0", "  g 0 0/0"};
     Lines wholeAndFiles = whole;
     wholeAndFiles.emplace_back("  Dateien 1 1/0");
-    // The block during which Stop is pressed.
+    // Each case has the number of the block during which Stop is pressed.
     const std::tuple<Items, int, Lines> cases[] = {
         {items, 1, {"0 0/0 0"}},
         {items, 2, {"1 1/1 0", "  b 0 0/0"}},
         {items, 3, {"3 2/2 0", "  b 2 1/1", "    d 0 0/0"}},
         {items, 4, whole},
-        {withoutLast, 4, wholeAndFiles}};  // The last entry was cut short, the folder itself was not.
+        {withoutLast, 4, wholeAndFiles}};  // The last entry was cut short, but not the folder itself.
     for (const auto& [source, block, expected] : cases) {
         disk.at = {{block, [&] { state.CancelState = kCancelStop; }}};
         EXPECT_EQ(walk(source), expected) << block;
@@ -245,7 +245,7 @@ TEST_F(Walk, EndsAFolderWhoseSumOverflowsAndGoesOnAboveIt) {
 }
 
 TEST_F(Walk, RaisesAFaultOfTheReaderInTheFolderThatItHappenedIn) {
-    // The folder whose block fails, and which block.
+    // Each case has the folder that fails, and the number of the block.
     const std::tuple<const char*, std::size_t, Lines> cases[] = {
         {"/s", 1, {"0 0/0 0"}},
         {"/s", 2, {"7 2/2 0", "  b 6 1/1", "    c 6 1/0"}},

@@ -1,4 +1,4 @@
-// Environment variables that a test sets and leaves as they were.
+// Sets environment variables for a test and restores them.
 #pragma once
 
 #include <stdlib.h>
@@ -12,7 +12,7 @@
 
 namespace hl::test {
 
-/// Values of some variables as long as it lives; null removes one. The time zone follows TZ.
+/// Sets variables while it lives; null removes one. The time zone follows TZ.
 class Environment {
   public:
     explicit Environment(std::initializer_list<std::pair<std::string, const char*>> values) {

@@ -1,4 +1,4 @@
-// A tree of folders in memory behind the interface of the file system, and a record of what was asked of it.
+// A tree of folders in memory behind the interface of the file system, with a record of the questions to it.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -9,20 +9,20 @@
 
 namespace hl::test {
 
-/// One entry, and of a folder all that lies below it.
+/// An entry, and for a folder everything below it.
 struct Item {
     std::string name;
-    Entry facts = {};  ///< Size, inode, links, attributes and tag.
+    Entry facts = {};  ///< The size, inode, links, attributes and tag.
     EntryTimes times = {};
-    std::string target = {};  ///< Of a link, or what is mounted.
+    std::string target = {};  ///< The target of a link, or what is mounted.
     bool isMount = false;
     std::vector<Item> items = {};
-    // How a folder is read.
+    // How the folder is read.
     int error = 0;
     int entryError = 0;
     int endError = 0;
-    std::size_t failingBlock = 0;   ///< From 1; its entries are lost.
-    std::size_t blockEntries = 99;  ///< Entries of a block.
+    std::size_t failingBlock = 0;   ///< Counted from 1; the block's entries are lost.
+    std::size_t blockEntries = 99;  ///< The number of entries in a block.
 
     bool isFolder() const { return (facts.attributes & kAttributeDirectory) != 0; }
     bool isLink() const { return (facts.attributes & kAttributeReparse) != 0; }
@@ -50,7 +50,7 @@ inline Item mountOf(std::string name, std::string source, std::vector<Item> item
     item.target = std::move(source);
     return item;
 }
-/// with(folder("a"), &Item::error, 13): with that field set.
+/// Returns the item with one field set, as in with(folder("a"), &Item::error, 13).
 template <class T>
 Item with(Item item, T Item::*field, std::type_identity_t<T> value) {
     item.*field = value;
@@ -59,22 +59,22 @@ Item with(Item item, T Item::*field, std::type_identity_t<T> value) {
 
 class FakeFileSystem : public FileSystem {
   public:
-    /// Named by their full paths, without a separator at the end.
+    /// They are named by their full paths, without a separator at the end.
     std::vector<Item> sources;
     char separator = '/';
-    /// What happens when the n-th block is asked for, from 1 on.
+    /// What happens when the n-th block is asked for, counted from 1.
     std::map<int, std::function<void()>> at;
-    int waitsAt = 0;  ///< The block, counted likewise, for which the reader has to wait,
-    int waits = 1;    ///< and how often it asks whether to go on.
-    std::vector<std::string> silentMounts;  ///< Told with the next block.
+    int waitsAt = 0;                        ///< The block for which the reader has to wait, counted from 1.
+    int waits = 1;                          ///< How often it asks whether to go on while it waits.
+    std::vector<std::string> silentMounts;  ///< These are told with the next block.
     std::map<std::string, int, std::less<>> lookErrors;
 
-    // What was asked.
+    // The record of questions.
     std::vector<std::string> reads;
     ReadOptions lastOptions;
-    std::vector<std::string> folders;  ///< Names, in the order of their first blocks.
+    std::vector<std::string> folders;  ///< The names, in the order of their first blocks.
     int blocks = 0;
-    int unread = 0;  ///< Blocks that a reader still had when it was given back.
+    int unread = 0;  ///< The blocks that a reader still had when it was destroyed.
 
     std::unique_ptr<FolderReader> read(std::string_view source, const ReadOptions& options,
                                        WaitCallback* wait) override;
@@ -91,7 +91,7 @@ class FakeFileSystem : public FileSystem {
         return item == nullptr ? "" : item->target;
     }
 
-    /// The item of a full path; null if there is none.
+    /// Returns the item of a full path; null if there is none.
     Item* find(std::string_view path) {
         if (path.starts_with("\\\\?\\")) path.remove_prefix(4);
         if (path.size() > 1 && path.ends_with(separator)) path.remove_suffix(1);
@@ -140,8 +140,8 @@ class FakeReader : public FolderReader {
     struct Open {
         const Item* item;
         bool started = false;
-        std::size_t next = 0;  ///< The entry behind the last that the walk has met,
-        std::size_t end = 0;   ///< and the one behind the last that was delivered.
+        std::size_t next = 0;  ///< The entry that the walk meets next.
+        std::size_t end = 0;   ///< The end of the entries that were delivered.
         std::size_t block = 0;
     };
 
@@ -156,7 +156,7 @@ class FakeReader : public FolderReader {
     }
     std::size_t entriesOf(const Open& open) const { return isShut(open) ? 0 : open.item->items.size(); }
 
-    /// Null behind the last block.
+    /// Returns null after the last block.
     std::unique_ptr<Listing> deliver() {
         while (!open_.empty()) {
             Open& open = open_.back();

@@ -1,4 +1,4 @@
-// A window that shows nothing: it keeps what it was asked, and answers as it was told.
+// A window that shows nothing: it records what it is asked, and answers as it was told.
 #pragma once
 
 #include <cstdlib>
@@ -14,9 +14,9 @@ namespace hl::test {
 class FakeWindow : public Window {
   public:
     std::vector<std::string> calls;
-    std::string answer;           ///< To questions for a text or a path.
-    std::vector<MenuEntry> menu;  ///< The one that was opened last.
-    int chosen = 0;               ///< In each menu.
+    std::string answer;           ///< The answer to questions for a text or a path.
+    std::vector<MenuEntry> menu;  ///< The menu that was opened last.
+    int chosen = 0;               ///< The answer of every menu.
     std::function<void(const PrintJob&)> onPrint;
 
     void setTitle(const std::string&) override {}
@@ -77,7 +77,7 @@ class FakeWindow : public Window {
     void copyText(const std::string&) override {}
     void copyFiles(const std::vector<std::string>&) override {}
     void leaveText(const std::string&) override {}
-    /// No test with this window gets here.
+    /// No test with this window needs these.
     FileTypes& fileTypes() override { std::abort(); }
     Desktop& desktop() override { std::abort(); }
 };

@@ -1,4 +1,4 @@
-// A process that has used up its open files.
+// Makes a process run out of file descriptors.
 #pragma once
 
 #include <fcntl.h>
@@ -9,7 +9,7 @@
 
 namespace hl::test {
 
-/// As long as it lives, the process may open `count` more files.
+/// While it lives, the process may open only `count` more files.
 class FewDescriptors {
   public:
     explicit FewDescriptors(int count) {

@@ -1,5 +1,5 @@
-// A mount that a process of the test's answers for, and what happens to such mounts: the process stops
-// answering, answers again, dies.
+// A mount that a process of the test serves, and what may happen to it: the process stops answering, answers
+// again, or dies.
 #pragma once
 
 #include <signal.h>
@@ -17,15 +17,15 @@ namespace hl::test {
 
 class FuseMount {
   public:
-    /// Shows the folder `of` at the folder `at`, which is made where it is missing. What lies below "hangs",
-    /// and its own list, is never answered: tests/support/fuse_server.cpp.
+    /// Shows the folder `of` at the folder `at`, which is made if missing. Questions for what lies below
+    /// "hangs", and for its entries, are never answered: see tests/support/fuse_server.cpp.
     FuseMount(const std::string& of, const std::string& at) : at_(at) {
         std::filesystem::create_directories(at);
         if (!missing_.empty()) return;
         const dev_t before = device();
         server_ = must(::fork());
         if (server_ == 0) {
-            ::dup2(must(::open("/dev/null", O_RDWR)), STDERR_FILENO);  // Of its advice to its developers.
+            ::dup2(must(::open("/dev/null", O_RDWR)), STDERR_FILENO);  // The library would advise.
             ::execl(server().c_str(), "fuse_server", of.c_str(), at.c_str(), nullptr);
             ::_exit(127);
         }
@@ -39,17 +39,17 @@ class FuseMount {
     FuseMount(const FuseMount&) = delete;
     FuseMount& operator=(const FuseMount&) = delete;
 
-    /// Why there is none, for GTEST_SKIP; empty if there is one.
+    /// Returns why there is no mount, for GTEST_SKIP; empty if there is one.
     const std::string& missing() const { return missing_; }
 
-    /// From now on each call on the mount hangs.
+    /// Makes each further call on the mount hang.
     void stopAnswering() const {
         ::kill(server_, SIGSTOP);
-        ::waitpid(server_, nullptr, WUNTRACED);  // Until the last of its threads has stopped.
+        ::waitpid(server_, nullptr, WUNTRACED);  // Waits until the last of its threads has stopped.
     }
-    /// What hangs is answered, and what comes.
+    /// Answers the hanging calls and all further ones.
     void answerAgain() const { ::kill(server_, SIGCONT); }
-    /// What hangs and what comes ends with an error (ENOTCONN, ECONNABORTED).
+    /// Ends the hanging calls and all further ones with an error (ENOTCONN, ECONNABORTED).
     void die() {
         if (server_ <= 0) return;
         ::kill(server_, SIGKILL);
@@ -58,7 +58,7 @@ class FuseMount {
     }
 
   private:
-    // It lies beside the tests.
+    // The server is beside the tests.
     static std::string server() {
         return std::filesystem::read_symlink("/proc/self/exe").parent_path() / "fuse_server";
     }

@@ -1,7 +1,7 @@
-// A file system that a process answers for, to be stopped, continued and killed by a test:
+// A file system served by a process, which a test can stop, continue and kill:
 //   fuse_server FOLDER MOUNT_POINT
-// shows FOLDER at MOUNT_POINT. What lies below an entry named "hangs", and the list of its own entries, is
-// never answered, while all else is. Nothing is kept in the kernel's memory, so each question comes here.
+// shows FOLDER at MOUNT_POINT. It never answers for what lies below an entry named "hangs", nor lists such an
+// entry; it answers everything else. Nothing is cached in the kernel, so each question comes here.
 #define FUSE_USE_VERSION 31
 #include <dirent.h>
 #include <fcntl.h>
@@ -23,7 +23,7 @@ std::string& root() {
     return path;
 }
 
-// "intr" of main() ends the pause when whoever asks is killed.
+// The option "intr" of main() ends the pause when the asking process is killed.
 bool hangs(std::string_view path) {
     if (path.find("/hangs/") == std::string_view::npos) return false;
     ::pause();
@@ -38,7 +38,7 @@ int resultOf(long value) {
     return value < 0 ? -errno : static_cast<int>(value);
 }
 
-/// One call for one path.
+/// Makes one call for one path.
 template <class Call>
 int answer(const char* path, Call&& call) {
     return hangs(path) ? -EINTR : resultOf(call(at(path).c_str()));
@@ -115,7 +115,8 @@ fuse_operations operations() {
 
 int main(int count, char* arguments[]) {
     if (count != 3) return 2;
-    ::prctl(PR_SET_PDEATHSIG, SIGKILL);  // A test that is killed leaves nothing behind that could hang.
+    ::prctl(PR_SET_PDEATHSIG, SIGKILL);  // If the test is killed, the server must not stay, because calls to
+                                         // it could hang.
     root() = arguments[1];
     std::string name = arguments[0], foreground = "-f";
     char* given[] = {name.data(), foreground.data(), arguments[2], nullptr};

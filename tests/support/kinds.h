@@ -1,4 +1,4 @@
-// Whatever may have a name in a folder, for tests that move, remove or recycle it.
+// All kinds of things that may be in a folder, for tests that move, remove or recycle them.
 #pragma once
 
 #include <sys/socket.h>

@@ -1,5 +1,5 @@
-// Something mounted on a folder or file of the test's own, which is made as a folder where it is missing.
-// Unmounted before the test removes that.
+// Mounts something on a folder or file of the test, which is made as a folder if missing, and unmounts it
+// before the test removes that.
 #pragma once
 
 #include <sys/mount.h>
@@ -19,13 +19,13 @@ class Mounted {
         done_ = mount(source.c_str(), at.c_str(), kind, flags, options) == 0;
     }
     ~Mounted() {
-        // Else the test would go on to remove what is mounted.
+        // Otherwise the test would go on and remove what is mounted.
         if (done_ && umount2(at_.c_str(), MNT_DETACH) != 0) abort();
     }
     Mounted(const Mounted&) = delete;
     Mounted& operator=(const Mounted&) = delete;
 
-    /// False where the test may not mount.
+    /// Returns false if the test may not mount.
     bool done() const { return done_; }
 
   private:

@@ -1,4 +1,4 @@
-// Waiting for what another process does.
+// Waits for what another process does.
 #pragma once
 
 #include <chrono>
@@ -7,7 +7,7 @@
 
 namespace hl::test {
 
-/// Whether it happens; half a minute is the end of all patience.
+/// Tells whether it happened within half a minute.
 inline bool comes(const std::function<bool()>& happened) {
     for (int i = 0; i < 3000 && !happened(); ++i) std::this_thread::sleep_for(std::chrono::milliseconds(10));
     return happened();

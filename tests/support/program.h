@@ -1,4 +1,4 @@
-// Runs the program as a user would: as a process of its own, with a program folder of its own.
+// Runs the program as a user would: as a separate process with a program folder of its own.
 #pragma once
 
 #include <fcntl.h>
@@ -23,7 +23,7 @@ inline std::string readFile(const std::string& path) {
     return contentOf(path);
 }
 
-/// What a command of the shell writes; empty if it fails.
+/// Returns the output of a shell command, or an empty text if it fails.
 inline std::string outputOf(const std::string& command) {
     std::string text;
     FILE* pipe = popen(command.c_str(), "r");
@@ -33,7 +33,7 @@ inline std::string outputOf(const std::string& command) {
 }
 
 struct Ended {
-    int status = -1;  ///< Exit status, or 128 + signal.
+    int status = -1;  ///< The exit status, or 128 + signal.
     std::string errors, output;
 };
 
@@ -46,7 +46,7 @@ class Program {
         setOptions({});
     }
 
-    /// Settings of the section Optionen, each "Key=value". The language is German.
+    /// Writes settings of the section Optionen, each "Key=value". The language is German.
     void setOptions(const std::vector<std::string>& options) const {
         std::string text = "[Allgemein]\r\nLang=7\r\n[Optionen]\r\n";
         for (const std::string& option : options) text += option + "\r\n";
@@ -54,7 +54,8 @@ class Program {
     }
     std::string home(const std::string& file) const { return home_.path() + "/" + file; }
 
-    /// `before` runs in the child before the program starts; C locale, German texts unless set otherwise.
+    /// Runs the program in the C locale, with German texts unless set otherwise. `before` runs in the child
+    /// first.
     Ended run(const std::vector<std::string>& arguments,
               const std::function<void()>& before = nullptr) const {
         const std::string errors = home("stderr.txt"), output = home("stdout.txt");
@@ -66,7 +67,7 @@ class Program {
                 readFile(output)};
     }
 
-    /// To be used as `before`: the user is not root.
+    /// Serves as `before`: the user is then not root.
     static void becomeNobody() {
         if (::geteuid() != 0) return;
         must(::setgroups(0, nullptr));
@@ -83,7 +84,7 @@ class Program {
             ::dup2(must(::open(file.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0666)), descriptor);
         ::setenv("HARBORLANTERN_HOME", home_.path().c_str(), 1);
         ::setenv("LC_ALL", "C", 1);
-        // No screen, and no other instance that would take the line over.
+        // There is no screen, and no other instance that would take the line over.
         ::setenv("XDG_RUNTIME_DIR", home("run").c_str(), 1);
         for (const char* screen : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"}) ::unsetenv(screen);
         if (before) before();

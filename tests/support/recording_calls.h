@@ -1,4 +1,4 @@
-// The real system calls of folder reading, counted, and bent where a test says so.
+// The real system calls for reading folders, counted, and changed where a test says so.
 #pragma once
 
 #include <errno.h>
@@ -15,12 +15,12 @@ namespace hl::test {
 
 class RecordingCalls : public DirectoryCalls {
   public:
-    // --- what was asked
+    // --- what was called
     std::atomic<int> opens = 0, closes = 0, looks = 0, ups = 0, blocks = 0;
     std::atomic<std::size_t> longestName = 0;
     std::map<std::string, int> looksAt, opensOf;  ///< How often, by name.
 
-    // --- what shall happen; return 0 for the real thing, else a negative error code
+    // --- what shall happen; 0 means the real call, a negative error code that error
     std::function<int(const std::string& name)> onOpen = [](const std::string&) { return 0; };
     std::function<int(const std::string& name)> onLook = [](const std::string&) { return 0; };
     std::function<int(int nth)> onRead = [](int) { return 0; };

@@ -1,5 +1,5 @@
-// All that a scan works with, in memory: a disk, four grids, a log, a host and a pump that keep what they are
-// told.
+// Everything that a scan works with, in memory: a disk, four grids, a log, and a host and a pump that record
+// what they are told.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -14,7 +14,7 @@
 
 namespace hl::test {
 
-/// Files that only grow.
+/// These files can only grow.
 class MemoryFiles : public Files {
   public:
     std::map<std::string, std::string> content;
@@ -35,7 +35,7 @@ class MemoryFiles : public Files {
     bool exists(const std::string& path) override { return content.contains(path); }
     std::shared_ptr<void> lockFolderOf(const std::string&) override { return nullptr; }
 
-    /// The lines of a log, less their stamps.
+    /// Returns the lines of a log without their time stamps.
     std::vector<std::string> logLines(const std::string& name) const {
         constexpr std::string_view kStamp = "1970-01-01 00:00 - ";
         std::vector<std::string> lines;
@@ -51,9 +51,10 @@ class RecordingHost : public ScanHost {
   public:
     explicit RecordingHost(const ScanState& state) : state_(state) {}
 
-    std::vector<std::string> calls;    ///< All but the two below; "+" in front while ScanActive is set.
-    std::vector<std::string> folders;  ///< folderEntered.
-    std::string type;                  ///< The answer to typeName.
+    std::vector<std::string> calls;    ///< All calls except typeName and folderEntered, with "+" in front
+                                       ///< while ScanActive is set.
+    std::vector<std::string> folders;  ///< The calls of folderEntered.
+    std::string type;                  ///< The answer of typeName.
 
     void setBusyPointer(bool busy) override { note(busy ? "busy" : "not busy"); }
     void lockControls(bool noStop) override { note(noStop ? "lock all" : "lock"); }
@@ -85,7 +86,7 @@ class RecordingHost : public ScanHost {
     const ScanState& state_;
 };
 
-/// Grids are sorted as the views set them up: by size, the largest first; junctions by their path.
+/// The grids are sorted as the views set them up: by size, the largest first; junctions by their path.
 class ScanBench {
   public:
     ScanBench() {
@@ -117,27 +118,27 @@ class ScanBench {
 
     std::vector<std::string> protocol() const { return files.logLines("Harborlantern.log"); }
 
-    /// Works through these sources as one run.
+    /// Reads these sources in one run.
     void readSources(std::initializer_list<const char*> sources) {
         state.SourceQueue.assign(sources.begin(), sources.end());
         Ordnerliste_Abarbeiten(scan);
     }
 
-    /// The first row of that text; kNoRow if there is none.
+    /// Returns the first row with that text; kNoRow if there is none.
     Row rowOf(std::string_view text) const {
         Row row = report.rowAt(0);
         for (std::size_t i = 0; row != kNoRow && report.text(row) != text; row = report.rowAt(++i)) continue;
         return row;
     }
 
-    /// "b 30 2/1": text, size, files, folders.
+    /// Returns "b 30 2/1": text, size, files, folders.
     std::string numbersOf(Row row) const {
         std::string line(report.text(row));
         for (const auto& [cell, before] : {std::pair(kSize, " "), {kFiles, " "}, {kFolders, "/"}})
             line += before + SimpleValue(report.number(row, cell)).text();
         return line;
     }
-    /// All rows as they stand, two blanks in front for each level.
+    /// Returns all rows in their order, with two blanks in front for each level.
     std::vector<std::string> rows() const {
         std::vector<std::string> lines;
         for (std::size_t i = 0; i < report.rowCount(); ++i) {

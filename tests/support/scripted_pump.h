@@ -1,4 +1,4 @@
-// A pump whose clock and waiting input a test sets, and that counts.
+// A pump that counts, and whose clock and waiting input a test sets.
 #pragma once
 
 #include <functional>
@@ -11,7 +11,7 @@ class ScriptedPump : public MessagePump {
   public:
     bool input = false;
     std::uint64_t tick = 0;
-    std::uint64_t tickStep = 0;  ///< Milliseconds that pass with each look at the clock.
+    std::uint64_t tickStep = 0;  ///< The milliseconds that pass with each call of the clock.
     std::function<void()> onPump = [] {};
     int pumps = 0;
     int looks = 0;

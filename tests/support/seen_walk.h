@@ -1,4 +1,4 @@
-// A walk over a reader of folders, and what it saw.
+// Walks over a reader of folders and records what it saw.
 #pragma once
 
 #include <memory>
@@ -12,10 +12,10 @@ namespace hl::test {
 
 /// What a walk over a reader saw, in order.
 struct Seen {
-    std::string text;  ///< A line for each entry: depth, kind, name, size.
+    std::string text;  ///< One line for each entry: depth, kind, name, size.
     std::uint64_t folders = 0, files = 0, bytes = 0, blocks = 0;
     std::vector<int> errors;
-    std::vector<std::string> silent;  ///< Mounts that did not answer where links lead.
+    std::vector<std::string> silent;  ///< The mounts that links lead to and that did not answer.
 };
 
 struct Walked {
@@ -64,7 +64,7 @@ inline ReadAheadLimits limits(unsigned helpers, std::size_t openFolders = 64) {
     return {helpers, helpers, 1 << 20, openFolders};
 }
 
-/// Calls that outlive every reader of the test.
+/// Shares calls that outlive every reader of the test.
 inline std::shared_ptr<DirectoryCalls> shared(DirectoryCalls& calls) {
     return {std::shared_ptr<DirectoryCalls>(), &calls};
 }

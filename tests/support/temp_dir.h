@@ -1,4 +1,4 @@
-// A fresh folder for one test, gone with it.
+// A fresh folder for one test, removed after it.
 #pragma once
 
 #include <stdlib.h>
@@ -11,7 +11,8 @@ namespace hl::test {
 
 class TempDir {
   public:
-    /// Below `base`; where that is none or takes no folder, below TMPDIR or /tmp.
+    /// Makes the folder below `base`, or, if that is empty or no folder can be made there, below TMPDIR or
+    /// /tmp.
     explicit TempDir(std::string_view base = {}) {
         const char* tmp = getenv("TMPDIR");
         if (!base.empty() && make(base)) return;

@@ -1,4 +1,4 @@
-// Texts and error reports for tests, with what they need around them.
+// Texts and error reports for tests, with what these need.
 #pragma once
 
 #include <string>
@@ -10,7 +10,7 @@
 
 namespace hl::test {
 
-/// German, or for another locale what the delivered library has for it.
+/// Texts in German, or for another locale from its delivered library.
 class TestTexts : public FakeDiagnostics {
   public:
     explicit TestTexts(const std::string& locale = "de_DE.UTF-8")
@@ -18,7 +18,7 @@ class TestTexts : public FakeDiagnostics {
         texts.Init_Sprache("", "");
     }
 
-    /// How many errors were reported whose report holds `part`.
+    /// Returns how many error reports contain `part`.
     std::size_t reports(const std::string& part) const {
         std::size_t count = 0;
         for (const std::string& report : sink.shown)

@@ -1,4 +1,4 @@
-// The trash as another program reads it, and a place to throw away from.
+// Reads the trash as another program does, and provides a place to throw files away from.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -16,7 +16,7 @@
 
 namespace hl {
 
-/// For the messages of failed tests.
+/// Prints the error in messages of failed tests.
 inline std::ostream& operator<<(std::ostream& out, RecycleError error) {
     return out << "RecycleError " << static_cast<int>(error);
 }
@@ -27,7 +27,7 @@ namespace hl::test {
 
 namespace fs = std::filesystem;
 
-/// Everything at and below `path`, a line each: what it is, its rights, its content or where it leads.
+/// Describes everything at and below `path`, one line each: the kind, the rights, and the content or target.
 inline std::string snapshotOf(const std::string& path) {
     struct stat status {};
     if (lstat(path.c_str(), &status) != 0) return "nothing\n";
@@ -56,10 +56,10 @@ inline std::string decoded(const std::string& text) {
     return out;
 }
 
-/// One trash as any other program reads it: names in files/ and the path that each came from.
+/// The content of a trash as any other program reads it: names in files/ and the path that each came from.
 using Content = std::map<std::string, std::string>;
 
-/// Fails the test for an info file that is not exact, or has no entry; for an entry that has no info file.
+/// Fails the test for an info file that is not exact or has no entry, and for an entry without an info file.
 inline Content contentOfTrash(const std::string& trash) {
     static const std::regex kForm(
         "\\[Trash Info\\]\nPath=([A-Za-z0-9._~/-]|%[0-9A-F]{2})+\n"
@@ -71,7 +71,7 @@ inline Content contentOfTrash(const std::string& trash) {
         const std::string text = contentOf(info.path().string());
         EXPECT_EQ(info.path().extension(), ".trashinfo");
         EXPECT_EQ(info.symlink_status().permissions(), fs::perms::owner_read | fs::perms::owner_write);
-        // The library's regular expressions recurse for every character of the long ones.
+        // The library's regular expressions recurse for every character, which long texts do not allow.
         if (text.size() < 3000) {
             EXPECT_TRUE(std::regex_match(text, kForm)) << text;
         }
@@ -85,7 +85,7 @@ inline Content contentOfTrash(const std::string& trash) {
     return content;
 }
 
-/// A home trash and a folder to throw away from, on one mount.
+/// A home trash and a folder to throw files away from, on one mount.
 class Trashing : public testing::Test {
   protected:
     explicit Trashing(std::string_view base = {}) : dir(base) { fs::create_directories(root); }

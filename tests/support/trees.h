@@ -1,4 +1,4 @@
-// Trees on the disk for tests. All made relative to open folders, so that no depth is too much.
+// Makes trees on the disk for tests, all of them relative to open folders, so that any depth is possible.
 #pragma once
 
 #include <fcntl.h>
@@ -14,7 +14,7 @@
 
 namespace hl::test {
 
-/// Aborts on failure: a test without its tree shows nothing.
+/// Aborts on failure, because a test without its tree shows nothing.
 inline int must(int result) {
     if (result < 0) std::abort();
     return result;
@@ -22,7 +22,8 @@ inline int must(int result) {
 
 inline constexpr uid_t kNobody = 65534;
 
-/// What `act` returns in a process of a user without rights; 255 if there can be none, -1 if it did not end.
+/// Returns what `act` returns in a process of a user without rights; 255 if there is no such process, -1 if
+/// it did not end normally.
 inline int asNobody(const std::function<int()>& act) {
     const pid_t child = must(::fork());
     if (child == 0) {
@@ -38,7 +39,7 @@ inline int openFolder(const std::string& path) {
     return must(::open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
 }
 
-/// A file of `size` bytes that takes no room on the disk.
+/// Makes a file of `size` bytes that takes no room on the disk.
 inline void makeFile(int folder, const std::string& name, off_t size) {
     const int file = must(::openat(folder, name.c_str(), O_CREAT | O_WRONLY | O_CLOEXEC, 0644));
     must(::ftruncate(file, size));
@@ -52,8 +53,8 @@ inline void makeFolder(const std::string& path) {
     must(::mkdir(path.c_str(), 0755));
 }
 
-/// Below `root` a folder for each path that ends in "/" and a file of one byte for each other, with what is
-/// above.
+/// Makes, below `root`, a folder for each path that ends in "/" and a file of one byte for any other, with
+/// all folders above.
 inline void makeTree(const std::string& root, std::initializer_list<std::string_view> paths) {
     for (const std::string_view path : paths) {
         const std::string whole = root + "/" + std::string(path);
@@ -62,8 +63,8 @@ inline void makeTree(const std::string& root, std::initializer_list<std::string_
     }
 }
 
-/// `depth` folders inside one another, named by `name`, each with one file of one byte; `beside` more empty
-/// folders at each level.
+/// Makes `depth` folders inside one another, all named `name`, each with a file of one byte, and `beside`
+/// more empty folders at each level.
 inline void makeChain(const std::string& root, int depth, const std::string& name, int beside = 0) {
     int at = openFolder(root);
     for (int level = 0; level < depth; ++level) {
@@ -77,9 +78,10 @@ inline void makeChain(const std::string& root, int depth, const std::string& nam
     ::close(at);
 }
 
-/// Removes what makeChain made. The library's own remove_all recurses.
+/// Removes what makeChain made. The library's remove_all would recurse.
 inline void removeChain(const std::string& root, int depth, const std::string& name, int beside = 0) {
-    // Each step lifts the rest of the chain to the top, under the name "lifted", and empties what was there.
+    // Each step moves the rest of the chain to the top, under the name "lifted", and empties the folder it
+    // was in.
     const int top = openFolder(root);
     const auto removeBeside = [&](int at) {
         ::unlinkat(at, "f", 0);

@@ -1,4 +1,4 @@
-// Files of a test, read and written at once.
+// Reads and writes whole files for tests.
 #pragma once
 
 #include <filesystem>
@@ -9,7 +9,7 @@
 
 namespace hl::test {
 
-/// Empty if there is no such file.
+/// Returns an empty text if there is no such file.
 inline std::string contentOf(const std::string& path) {
     std::ifstream in(path, std::ios::binary);
     return {std::istreambuf_iterator<char>(in), {}};
@@ -19,13 +19,13 @@ inline void writeFile(const std::string& path, std::string_view content) {
     std::ofstream(path, std::ios::binary) << content;
 }
 
-/// With the folders above it.
+/// Writes a file and makes the folders above it.
 inline void writeDeepFile(const std::filesystem::path& path, std::string_view content) {
     std::filesystem::create_directories(path.parent_path());
     writeFile(path.string(), content);
 }
 
-/// A program of the shell.
+/// Writes a shell script that can be executed.
 inline void writeScript(const std::string& path, const std::string& body) {
     writeFile(path, "#!/bin/sh\n" + body + "\n");
     std::filesystem::permissions(path, std::filesystem::perms::owner_all);

@@ -54,7 +54,7 @@ TEST_F(CellText, OfASizeTooSmallForItsUnitSaysSo) {
     Init_Tree(grid, options, texts.texts);
     Init_DiskInfo(drives, texts.texts);
     const Row row = grid.addRow(kNoRow, "a"), drive = drives.addRow(kNoRow, "/");
-    // In KB; half of a hundredth of it is 5.12 bytes. 508 bytes are less than half of one.
+    // Sizes are in KB; half of a hundredth of one is 5.12 bytes. 508 bytes are less than half of one.
     const std::tuple<int, const char*, const char*> cases[] = {
         {0, "", ""}, {5, "< 0,01", "< 1"}, {6, "0,01", "< 1"}, {508, "0,50", "< 1"}, {512, "0,50", "1"}};
     for (const auto& [bytes, withDecimals, without] : cases)
@@ -74,7 +74,7 @@ TEST_F(CellText, OfASizeTooSmallForItsUnitSaysSo) {
 }
 
 TEST_F(CellText, OfADateIsLocalTimeAndEmptyWhereThereIsNone) {
-    const test::Environment zone({{"TZ", "UTC-2"}});  // Two hours ahead.
+    const test::Environment zone({{"TZ", "UTC-2"}});  // The zone is two hours ahead.
     options.DateFormat = "dd/MM/yyyy hh:nn:ss";
     Grid grid(kFileCells);
     Init_TopList(grid, options, texts.texts);

@@ -20,9 +20,9 @@ namespace {
 class ScriptedDrives final : public Drives {
   public:
     std::vector<Drive> table;
-    std::map<std::string, Drive, std::less<>> shares;  ///< By UNC text.
+    std::map<std::string, Drive, std::less<>> shares;  ///< By their UNC texts.
     std::deque<std::pair<std::string, std::function<void(const DriveAnswer&)>>> questions;
-    std::map<std::string, DriveAnswer> space;  ///< By root; what is missing here does not answer.
+    std::map<std::string, DriveAnswer> space;  ///< By root; a root that is missing here does not answer.
 
     std::vector<Drive> drives() override { return table; }
     std::optional<Drive> network(std::string_view unc) override {
@@ -69,7 +69,7 @@ struct DriveListTest : testing::Test {
     std::string cellText(std::size_t row, std::size_t column) const {
         return ColumnText(grid, column, numbers).of(grid.rowAt(row));
     }
-    /// All columns of a row, "|" between them.
+    /// Returns all columns of a row with "|" between them.
     std::string rowText(std::size_t row) const {
         std::string text;
         for (std::size_t column = 0; column < grid.columns().size(); ++column)
@@ -123,8 +123,8 @@ TEST_F(DriveListTest, DropsAnswersForRowsThatAreGoneOrAskedAnew) {
     const auto old = std::exchange(drives.questions, {});
     ASSERT_EQ(old.size(), 3U);
     drives.table.resize(2);
-    list.Drives_GetAllDrives();             // The same rows, numbered as before.
-    list.Drives_AddUNCpath("//not/there");  // In the place of the third drive, and not asked.
+    list.Drives_GetAllDrives();             // The rows are the same and have the same numbers.
+    list.Drives_AddUNCpath("//not/there");  // It gets the place of the third drive and is not asked.
     for (const auto& [root, answered] : old) answered(DriveSpace{7, 1, 0});
     for (const std::size_t row : {0U, 1U, 2U}) EXPECT_EQ(cellText(row, kDriveListTotal), "");
     list.takeAnswers();
@@ -134,15 +134,16 @@ TEST_F(DriveListTest, DropsAnswersForRowsThatAreGoneOrAskedAnew) {
                          texts.diagnostics, kPosixPaths, numbers});
         other.Drives_GetAllDrives();
     }
-    drives.takeAnswers();  // Who asked is gone.
+    drives.takeAnswers();  // The row that asked is gone.
     EXPECT_EQ(cellText(0, kDriveListTotal), "");
 }
 
 TEST_F(DriveListTest, ShowsSizesOfAllMagnitudes) {
     constexpr std::uint64_t kMost = 922337203685477;
     const std::pair<DriveSpace, const char*> cases[] = {
-        {{1000, 0, 512}, "1,000||0%|1,000|100%|512 Bytes"},  // Full: a bar, though no size.
-        {{1000, 375, 0}, "1,000|375|38%|625|62%|"},          // Halves to the even one.
+        {{1000, 0, 512}, "1,000||0%|1,000|100%|512 Bytes"},  // The drive is full: there is a bar, though no
+                                                             // size.
+        {{1000, 375, 0}, "1,000|375|38%|625|62%|"},          // Halves are rounded to the even number.
         {{1000, 375, 0, 50}, "1,000|375|38%|575|58%|"},      // The rest is reserved.
         {{kMost, 1, 0}, "922,337,203,685,477|1|0%|922,337,203,685,476|100%|"},
         {{kMost + 1, 1, 4096}, "|||||"},
@@ -183,7 +184,7 @@ TEST_F(DriveListTest, ChangesTheUnitOfItsThreeSizeColumnsAndTheBar) {
         {1, 0, "1,572,864 KB|524,288 KB|1,048,576 KB"},
         {3, 1, "1.50 GB|0.50 GB|1.00 GB"},
         {3, 0, "2 GB|1 GB|1 GB"},
-        {4, 1, "1.50|0.50|1.00"},  // No such unit: the cells stay.
+        {4, 1, "1.50|0.50|1.00"},  // There is no such unit: the cells stay.
     };
     for (const auto& [mode, decimals, shown] : cases) {
         options.FileSizeFormatDrive = mode;
@@ -207,7 +208,7 @@ TEST_F(DriveListTest, AddsWhatIsAUncTextAndNothingElse) {
     EXPECT_EQ(host.preset, "\\\\");
     host.answer = "\\\\server\\share";
     list.Drives_AddUNCpath("");
-    list.Drives_AddUNCpath("\\\\server\\share\\");  // A second time: nobody objects.
+    list.Drives_AddUNCpath("\\\\server\\share\\");  // Adding it a second time is allowed.
     list.Drives_AddUNCpath("//nas/data");
     EXPECT_EQ(rowText(0), "\\\\server\\share\\||||||||?|");
     EXPECT_EQ(rowText(2), "//nas/data/||||||nas:/data|nfs|Netzlaufwerk|");
@@ -244,7 +245,8 @@ TEST_F(DriveListTest, SelectsTheDriveThatASourceLiesOnAndRefreshesOneThatIsAWhol
     list.Drives_GetAllDrives();
     list.Drives_AddUNCpath("\\\\S\\a");
     list.takeAnswers();
-    const char* const cases[][3] = {// The source, the row that is selected, and the drive that is asked.
+    const char* const cases[][3] = {// Each case has the source, the row that is selected, and the drive that
+                                    // is asked.
                                     {"/", "0", "/"},
                                     {"/home/x", "0", ""},
                                     {"/media/stick", "1", "/media/stick"},

@@ -1,4 +1,4 @@
-// The four lists with rows, and a host that keeps what it is asked.
+// The four lists with rows, and a host that records what it is asked.
 #pragma once
 
 #include <array>
@@ -13,7 +13,7 @@
 
 namespace hl::test {
 
-/// One icon for each ending.
+/// Has one icon for each extension.
 struct FakeTypes : FileTypes {
     std::optional<std::string> typeName(std::string_view) override { return {}; }
     std::string typeName(std::string_view, std::string_view) override { return {}; }
@@ -39,7 +39,7 @@ struct ListFixture : ScanFixture, ListHost {
         Grid& grid;
         CommandBar& bar;
         std::size_t sizeColumn = 0;
-        std::uint8_t* mode = nullptr;  ///< Of its sizes.
+        std::uint8_t* mode = nullptr;  ///< The unit of its sizes.
         Flag* decimals = nullptr;
     };
     List filesList{filesView,

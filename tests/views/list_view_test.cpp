@@ -1,4 +1,4 @@
-// views/list_view.h: what the four lists do alike, and where they differ.
+// Tests views/list_view.h: what the four lists have in common, and where they differ.
 #include "views/list_view.h"
 
 #include "views/list_fixture.h"

@@ -1,4 +1,4 @@
-// Which file the preview shows and with what, and when it leaves what it shows.
+// Tests which file the preview shows and with what, and when it stops showing it.
 #include "views/preview.h"
 
 #include "app/product.h"
@@ -10,7 +10,7 @@ namespace {
 
 struct RecordingPane : PreviewPane {
     std::vector<std::string> calls;
-    std::optional<std::string> refusal;  ///< Why nothing can be opened.
+    std::optional<std::string> refusal;  ///< The reason why nothing can be opened.
     PreviewEvents* events = nullptr;
 
     void setEvents(PreviewEvents* to) override { events = to; }
@@ -33,7 +33,7 @@ struct PreviewTest : ScanFixture, PreviewHost {
     bool previewShows() override { return shows; }
     std::string selectedFile() override { return selected; }
 
-    /// What the pane is told about the file.
+    /// Shows the file and returns what the pane was told.
     std::vector<std::string> show(const std::string& path, bool force = false) {
         selected = path;
         preview.Preview_ShowFile(force);

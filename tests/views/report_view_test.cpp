@@ -1,4 +1,4 @@
-// views/report_view.h, without a window.
+// Tests views/report_view.h without a window.
 #include "views/report_view.h"
 
 #include "app/command.h"
@@ -76,7 +76,7 @@ TEST_F(ReportTest, UnfoldsToALevelAndFoldsWhatLiesDeeper) {
     view.Report_ExpandSubFolders(true);
     EXPECT_EQ(expandedNames(), (Lines{"b", "Dateien", "c"}));
     EXPECT_FALSE(state.ScanActive);
-    // Stop ends it.
+    // Stop must end it.
     for (int i = 0; i < 5000; ++i) report.addRow(rowOf("e"), "more");
     pump.input = true;
     pump.onPump = [this] { state.CancelState = kCancelStop; };
