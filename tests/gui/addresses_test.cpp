@@ -1,4 +1,4 @@
-// What the window offers of the addresses that a build names, and of one that names none.
+// Tests which addresses the window offers, in a build in which all are set and in one in which none is.
 #include <QLabel>
 
 #include "gui/window_fixture.h"

@@ -1,4 +1,4 @@
-// Editing the name of a row in its cell, with real keys and clicks.
+// Tests editing the name of a row in its cell, with real keys and clicks.
 #include <QClipboard>
 #include <QScrollBar>
 #include <random>
@@ -17,7 +17,7 @@ TEST(EditableText, GivesEveryByteBack) {
     for (const char16_t alone : {u'\xD800', u'\xDC7F', u'\xDFFF'})
         EXPECT_EQ(bytesOfEditable(QString(QChar(alone)) + QLatin1Char('x')), "\xEF\xBF\xBDx");
     std::mt19937 random(7);
-    // Leads and continuations are likelier than in even bytes, so that whole characters come about.
+    // These bytes are likelier than others, so that whole characters come up.
     const std::string likely("\x80\xBF\xA4\xC3\xE2\xED\xF0\xF4\xFF\n\t\x01.a", 14);
     QLineEdit box;
     for (int round = 0; round < 20000; ++round) {
@@ -39,7 +39,7 @@ struct CellEditorTest : GridViewTest {
         which.activateWindow();
         ASSERT_TRUE(QTest::qWaitForWindowActive(&which));
     }
-    /// The view in a window beside a box that takes the focus.
+    /// Shows the view in a window beside a box that takes the focus.
     void showWindow(bool tree, std::size_t roots = 0) {
         showRoots(roots, tree);
         view->setParent(&window);
@@ -233,7 +233,7 @@ TEST_F(CellEditorTest, PastedLineBreaksBecomeBlanks) {
           Case{"Shift+Insert", [&] { press(Qt::Key_Insert, Qt::ShiftModifier); }},
           Case{"menu",
                [&] { inMenu([&] { box()->findChild<QAction*>(QStringLiteral("paste"))->trigger(); }); }},
-          // Where the desktop has such a selection: in an X server.
+          // Such a selection exists only in an X server.
           Case{"middle button", [&] {
                    QApplication::clipboard()->setText(pasted, QClipboard::Selection);
                    QTest::mouseClick(box(), Qt::MiddleButton, {}, {box()->width() - 4, box()->height() / 2});
@@ -281,7 +281,7 @@ TEST_F(CellEditorTest, FollowsItsRowAndEndsOutOfSight) {
     QWheelEvent wheel({5, 5}, box()->mapToGlobal(QPointF(5, 5)), {}, {0, 120}, {}, {}, Qt::NoScrollPhase,
                       false);
     const int before = bar->value();
-    QSpontaneKeyEvent::setSpontaneous(&wheel);  // Others do not go on to the view.
+    QSpontaneKeyEvent::setSpontaneous(&wheel);  // The view passes only spontaneous wheel events on.
     qApp->notify(box(), &wheel);
     EXPECT_NE(bar->value(), before);
     expectOnRow();
@@ -312,7 +312,7 @@ TEST_F(CellEditorInWindow, KeysOfTheEditDoNotReachTheWindow) {
         ASSERT_TRUE(box != nullptr && box->hasFocus()) << code;
         events.told.clear();
         QTest::keyPress(box, code);
-        // Held down for a while, then released: wherever the focus is by now.
+        // The key is held down for a while, then released, wherever the focus is by then.
         QKeyEvent repeated(QEvent::KeyPress, code, {}, {}, true);
         QApplication::sendEvent(QApplication::focusWidget(), &repeated);
         QTest::keyRelease(QApplication::focusWidget(), code);
@@ -322,7 +322,7 @@ TEST_F(CellEditorInWindow, KeysOfTheEditDoNotReachTheWindow) {
         if (box->isVisible()) QTest::keyClick(box, Qt::Key_Escape);
         EXPECT_TRUE(view.hasFocus()) << code;
     }
-    // Without a box it is the window's key again.
+    // Without a box, the key is for the window again.
     events.told.clear();
     QTest::keyClick(&view, Qt::Key_Escape);
     EXPECT_EQ(events.told, Log{"formKeyUp 27"});

@@ -1,5 +1,5 @@
-// A user who clicks on everything at any moment, also while something runs: by chance, and at the moments
-// that are known to be dangerous.
+// Plays a user who clicks on everything at any moment, even while something runs: at random, and at the
+// moments that are known to be dangerous.
 #include <sys/stat.h>
 
 #include <QEventLoop>
@@ -55,7 +55,7 @@ void makeTree(const std::string& root, const std::string& outside) {
     fs::create_hard_link(root + "/many/7.dat", root + "/many/seven");
 }
 
-/// Adds, removes and moves folders below `root`/moving for as long as it lives.
+/// Adds, removes and moves folders below `root`/moving while it lives.
 class Mover {
   public:
     Mover(std::string root, unsigned seed) : root_(std::move(root)), random_(seed) {}
@@ -69,7 +69,7 @@ class Mover {
             [&] { fs::remove_all(below + a, ignored); },
             [&] { fs::rename(below + a, below + b + "/moved", ignored); },
             [&] { fs::copy_file(root_ + "/many/9.dat", below + a + "/file", ignored); },
-            [&] {  // What the user deletes is followed by more.
+            [&] {  // What the user deletes is made again.
                 fs::create_directories(root_ + "/" + b, ignored);
                 fs::copy_file(root_ + "/many/9.dat", root_ + "/more.txt", ignored);
             }};
@@ -85,14 +85,14 @@ class Mover {
     }};
 };
 
-/// Bytes, files and folders. Links to folders are folders, and are not entered; nor is a folder that this
-/// user may not read.
+/// Returns bytes, files and folders. A link to a folder counts as a folder but is not entered; nor is a
+/// folder that this user may not read.
 std::array<double, 3> truthOf(const std::string& root) {
     std::array<double, 3> truth{};
     auto& [bytes, files, folders] = truth;
     constexpr auto kPassOver = fs::directory_options::skip_permission_denied;
     for (const auto& entry : fs::recursive_directory_iterator(root, kPassOver)) {
-        struct stat facts {};  // Of a link that leads nowhere its own.
+        struct stat facts {};  // For a dangling link these are the link's own.
         if (stat(entry.path().c_str(), &facts) != 0) lstat(entry.path().c_str(), &facts);
         const bool folder = S_ISDIR(facts.st_mode);
         (folder ? folders : files) += 1;
@@ -116,7 +116,7 @@ class Clicker {
     Clicker(Session& session, std::string tree, std::string home, unsigned seed)
         : s_(session), tree_(std::move(tree)), home_(std::move(home)), random_(seed) {}
 
-    /// Comes back when all is done and nothing is open or runs.
+    /// Returns when all actions are done and nothing is open or running.
     void run(int actions) {
         left_ = actions;
         QEventLoop loop;
@@ -129,7 +129,7 @@ class Clicker {
 
   private:
     static constexpr int kPausesOfARun = 500;
-    static constexpr int kDeepest = 6;  // Of actions that are on the stack, below menus, dialogs and runs.
+    static constexpr int kDeepest = 6;  // The most actions on the stack, below menus, dialogs and runs.
 
     bool runs() const { return s_.form().state().ScanActive; }
     int pick(int below) { return static_cast<int>(random_() % static_cast<unsigned>(below)); }
@@ -145,7 +145,7 @@ class Clicker {
         return {pick(std::max(1, widget.width())), pick(std::max(1, widget.height()))};
     }
 
-    // The next one is due before this one is over: whatever lets events run lets the user act.
+    // The next action is due before this one is over: whatever lets events run lets the user act.
     void next() {
         QTimer::singleShot(0, &context_, [this] { due(); });
     }
@@ -154,7 +154,7 @@ class Clicker {
         next();
         if (left_ == 0 && runs()) s_.execute(Command::kStop);
         if (left_ == 0 || depth_ >= kDeepest) return void(closeOpen());
-        if (runs() && pick(kPausesOfARun) > 0) return;  // Most commands wait for the end of a run.
+        if (runs() && pick(kPausesOfARun) > 0) return;  // Most commands have to wait for the end of a run.
         --left_;
         ++depth_;
         duringRuns += runs() ? 1 : 0;
@@ -179,7 +179,7 @@ class Clicker {
             return inDialog(*dialog);
         if (auto* editor = dynamic_cast<CellEditor*>(QApplication::focusWidget()))
             if (pick(2) == 0) return rename(*editor);
-        // Each with how often it comes, of 26 times.
+        // Each action has a weight; they add up to 26.
         const std::pair<int, std::function<void()>> actions[] = {
             {2, [&] { anyCommand(); }},
             {1, [&] { s_.frame().resize(60 + pick(1500), 60 + pick(1000)); }},
@@ -199,7 +199,7 @@ class Clicker {
             if ((chosen -= often) < 0) return action();
     }
 
-    /// Of any bar or list below a button, whether it shows or not.
+    /// Executes a command of any bar or of a list below a button, whether it is visible or not.
     void anyCommand() {
         const CommandBar& bar = *any(s_.form().parts().bars);
         const BarEntry* entry = &any(bar.entries());
@@ -218,7 +218,7 @@ class Clicker {
         const QPoint at(80, view.rowRect(index).center().y());
         QTest::mouseClick(view.viewport(), pick(3) == 0 ? Qt::RightButton : Qt::LeftButton, {}, at);
         if (pick(3) == 0) QTest::keyClick(&view, Qt::Key_F2);
-        // To the trash it follows, in the bars of lists, too.
+        // In the bars of lists, too, moving to the trash follows deleting.
         if (pick(3) == 0) s_.execute(commandOf(barOf(id), idOf(Command::kFilesDelete) + pick(2)));
         if (id == GridId::kReport && pick(4) == 0) s_.execute(Command::kDeleteFolders + pick(2));
     }
@@ -241,7 +241,7 @@ class Clicker {
         return shown.isEmpty() ? &top : any(shown);
     }
 
-    // A press may open a menu, and end all that is on the stack here only later.
+    // A press may open a menu and return only after all that is on the stack here.
     void clickOn(const QPointer<QWidget>& widget) {
         if (!widget || !widget->isVisible()) return;
         const Qt::MouseButton button = pick(5) == 0 ? Qt::RightButton : Qt::LeftButton;
@@ -290,7 +290,7 @@ class Clicker {
         if (menu) QTest::mouseRelease(menu, Qt::LeftButton, {}, at);
     }
 
-    // Keys in a file dialog could rename and delete what is shown there: it is only answered.
+    // Keys in a file dialog could rename and delete the files shown there, so it is only answered.
     void inDialog(QDialog& dialog) {
         ++dialogs;
         if (dialog.objectName() == QLatin1String("frmFehler")) return dialog.reject();
@@ -326,7 +326,7 @@ class Clicker {
 
 // --- by chance
 
-/// Of the environment, for longer and other runs.
+/// Returns a number from the environment, for longer and for other runs, or the usual one.
 unsigned given(const char* name, unsigned usual) {
     const char* text = std::getenv(name);
     return text != nullptr ? static_cast<unsigned>(std::strtoul(text, nullptr, 10)) : usual;
@@ -347,7 +347,7 @@ struct ClickerTest : WindowTest {
         using enum Command;
         for (const Command hidden :
              {kQuit, kLanguageGerman, kLanguageEnglish, kLanguageDutch, kLanguageItalian, kLanguageSwedish,
-              kLanguageRussian, kDrivesRead, kDrivesReadAll})  // A whole drive.
+              kLanguageRussian, kDrivesRead, kDrivesReadAll})  // These would read a whole drive.
             s.form().parts().bars[static_cast<std::size_t>(barOf(hidden))]->setVisible(idOf(hidden), false);
     }
 
@@ -363,7 +363,7 @@ TEST_F(ClickerTest, TwoThousandActionsOfChanceEndInAWindowThatCountsRight) {
     constexpr int kLongRun = 1000;
     s.fileSystem.beforeBlock = [&](int block) {
         if (block % 8 == 0) s.pump().PumpMessages();
-        if (block > kLongRun) s.execute(Command::kStop);  // The whole drive.
+        if (block > kLongRun) s.execute(Command::kStop);  // This stops the reading of a whole drive.
     };
     s.fileSystem.beforeFiles = [&](int) { s.pump().PumpMessages(); };
     int operations = 0;
@@ -380,7 +380,7 @@ TEST_F(ClickerTest, TwoThousandActionsOfChanceEndInAWindowThatCountsRight) {
     {
         const Mover mover(at("src"), seed);
         clicker.run(static_cast<int>(given("CLICKER_ACTIONS", 2000)));
-        for (int more = 0; operations == 0 && more < 10; ++more) clicker.run(500);  // As chance has it.
+        for (int more = 0; operations == 0 && more < 10; ++more) clicker.run(500);  // They come by chance.
     }
     EXPECT_GT(operations, 0);
     EXPECT_GT(clicker.duringRuns, 200);
@@ -390,7 +390,7 @@ TEST_F(ClickerTest, TwoThousandActionsOfChanceEndInAWindowThatCountsRight) {
     EXPECT_EQ(test::snapshotOf(outside.path()), before);
 
     Session::settle();  // A key that still waits would stop what follows.
-    // What was switched is as it was at the start.
+    // The switches are set as they were at the start.
     const Options& options = s.form().options();
     if (options.NoHardlinks != 0) s.execute(Command::kHideLinks);
     if (options.AddHardlinksOnlyOnce != 0) s.execute(Command::kCountHardlinksOnce);
@@ -401,12 +401,12 @@ TEST_F(ClickerTest, TwoThousandActionsOfChanceEndInAWindowThatCountsRight) {
     EXPECT_EQ(s.form().state().CancelState, kCancelNone) << "stopped";
     const Row root = s.grid().firstRoot();
     ASSERT_NE(root, kNoRow);
-    test::removeChain(at("src/deep"), kChain, kLink);  // Deeper than the library's walk can name.
+    test::removeChain(at("src/deep"), kChain, kLink);  // The chain is deeper than the library can name.
     auto truth = truthOf(at("src"));
     for (double& number : truth) number += kChain;
     const auto found = [&](CellId cell) { return s.grid().number(root, cell); };
     EXPECT_EQ((std::array{found(kSize), found(kFiles), found(kFolders)}), truth);
-    // A number of levels that is none is reported, as it is to be.
+    // A number of levels that is no number is rightly reported.
     std::erase_if(s.reports, [](const std::string& report) {
         return report.find("Err: 13 - Type mismatch") != std::string::npos;
     });

@@ -1,5 +1,4 @@
-// Ways to start the tests' executable as another process: GIO reads the user's folders once in the life of
-// one.
+// Starts the tests' executable as another process, because GIO reads the user's folders only once in each.
 #include <cstdlib>
 #include <fstream>
 #include <iostream>
@@ -8,7 +7,7 @@
 
 #include "platform/desktop/desktop_programs.h"
 #include "platform/desktop/gio_owned.h"
-// GLib's headers before those of Qt.
+// GLib's headers must come before those of Qt.
 #include "platform/qt/window/desktop_settings.h"
 
 namespace hl::test {
@@ -29,7 +28,7 @@ std::string idsOf(const std::vector<DesktopProgram>& programs) {
     return all;
 }
 
-/// Writes down each call, and answers it after a while.
+/// Records each call, and answers it after a while.
 struct Recorder {
     std::string file;
     unsigned long answersAfterMs;
@@ -66,8 +65,8 @@ void offer(GDBusConnection* bus, const char*, gpointer recorder) {
 
 }  // namespace
 
-/// VERB ARGUMENT...: one call, as in a session of the program whose folder HARBORLANTERN_HOME names. Prints
-/// what it gives.
+/// Makes one call, VERB ARGUMENT..., as a session of the program with the folder HARBORLANTERN_HOME would,
+/// and prints the result.
 int desktopCommand(int count, char** words) {
     const char* home = std::getenv("HARBORLANTERN_HOME");
     if (home == nullptr) return 2;
@@ -87,7 +86,8 @@ int desktopCommand(int count, char** words) {
     return 0;
 }
 
-/// FILE MILLISECONDS: a file manager that writes what it is asked for into FILE. Ends with the bus.
+/// Plays a file manager, with the arguments FILE MILLISECONDS: it records in FILE what it is asked for. It
+/// ends with the bus.
 int fileManager(int count, char** words) {
     if (count != 2) return 2;
     Recorder recorder{words[0], std::stoul(words[1])};

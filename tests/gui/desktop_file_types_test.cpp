@@ -1,4 +1,4 @@
-// The database of types of the machine, or the one that the toolkit brings along.
+// Tests file types with the machine's database of types, or with that of the toolkit.
 #include "platform/qt/window/desktop_file_types.h"
 
 #include <gtest/gtest.h>

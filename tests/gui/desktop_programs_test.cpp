@@ -1,5 +1,4 @@
-// Real desktop entries, programs that write down how they were started, and a session's bus of the test's
-// own.
+// Tests with real desktop entries, programs that record how they were started, and a session bus of the test.
 #include "platform/desktop/desktop_programs.h"
 
 #include <gtest/gtest.h>
@@ -26,14 +25,14 @@ using test::TempDir;
 using Words = std::vector<std::string>;
 using Variables = std::map<std::string, std::string>;
 
-/// A user with folders of their own, of which nothing is inherited but the types of files.
+/// A user whose folders are all their own; only the file types are inherited.
 struct DesktopUser : testing::Test {
     DesktopUser() {
         test::makeTree(folder_.path(),
                        {"data/applications/", "system/", "config/", "home/", "run/", "bin/", "files/"});
         test::must(::chmod(at("run").c_str(), 0700));
         fs::create_directory_symlink("/usr/share/mime", at("system/mime"));
-        // Written whole before it has its name: who waits for it must not see a part.
+        // It is complete before it gets its name, because whoever waits for it must not see a part of it.
         test::writeScript(at("bin/recorder"),
                           "out=\"$OUT/run/started\"\n{ printf '%s\\0' \"$@\"; } > \"$out.$$.new\"\n"
                           "env > \"$OUT/run/env\"\nmv \"$out.$$.new\" \"$out.$$\"\n");
@@ -52,7 +51,7 @@ struct DesktopUser : testing::Test {
         return at("files/" + name);
     }
 
-    /// A program that records: "text/plain;" are its types, "%f" its parameters.
+    /// Installs a program that records; `types` is for example "text/plain;", `parameters` "%f".
     void installs(const std::string& id, const std::string& types, const std::string& parameters,
                   const std::string& more = "") {
         test::writeFile(at("data/applications/" + id + ".desktop"),
@@ -69,7 +68,8 @@ struct DesktopUser : testing::Test {
         test::writeFile(at("config/mimeapps.list"), "[Default Applications]\n" + choices_);
     }
 
-    /// What the desktop answers in a process of this user's. `runner` starts it: {"dbus-run-session", "--"}.
+    /// Returns what the desktop answers in a process of this user. `runner` starts it, for example
+    /// {"dbus-run-session", "--"}.
     std::string asks(const Words& words, Words runner = {}) const {
         runner.insert(runner.end(), {fs::read_symlink("/proc/self/exe").string(), "--desktop"});
         runner.insert(runner.end(), words.begin(), words.end());
@@ -81,11 +81,11 @@ struct DesktopUser : testing::Test {
         return test::contentOf(at("run/answer"));
     }
 
-    /// Whether one program was started since then, with this argument alone.
+    /// Expects that one program was started since the last call, with this argument alone.
     void expectStarted(const std::string& argument) const {
         EXPECT_EQ(started(1), std::multiset<Words>({{argument}}));
     }
-    /// The arguments of each program that was started since the last call, in no order.
+    /// Returns the arguments of each program that was started since the last call, in no order.
     std::multiset<Words> started(std::size_t expected) const {
         std::multiset<Words> all;
         test::comes([&] {
@@ -102,7 +102,7 @@ struct DesktopUser : testing::Test {
         return all;
     }
 
-    /// Set for what is asked; the value "-" removes the variable.
+    /// Set for each question; the value "-" removes the variable.
     Variables environment;
 
   private:
@@ -120,7 +120,7 @@ struct DesktopUser : testing::Test {
         all.insert({{"DISPLAY", ":4711"}, {"LC_ALL", "C"}, {"PATH", at("bin") + ":/usr/bin:/bin"}});
         for (const auto& [name, value] : all)
             value == "-" ? ::unsetenv(name.c_str()) : ::setenv(name.c_str(), value.c_str(), 1);
-        ::alarm(60);  // One that hangs fails its test.
+        ::alarm(60);  // If it hangs, its test fails.
         std::vector<char*> argv;
         for (const std::string& word : words) argv.push_back(const_cast<char*>(word.c_str()));
         argv.push_back(nullptr);
@@ -137,7 +137,7 @@ TEST_F(DesktopUser, EachNameArrivesUnchangedWhateverItHolds) {
     const std::string names[] = {"plain.txt", "a b.txt",     "it's \"quoted\"", "$(touch x)", "`touch x`",
                                  "%f %U %%",  "line\nbreak", "\xff\xfe.txt",    "-n",         "back\\slash",
                                  ";#?&|<>*",  "~",           "\xc3\xa4\t"};
-    // A file on the disk is handed over by its path even to a program that takes URLs.
+    // A file on the disk is handed over by its path, even to a program that takes URLs.
     const std::pair<std::string, bool> cases[] = {
         {"%F", true}, {"%f", false}, {"%U", true}, {"%u", false}, {"", false}};
     Words paths, question = {"with", "program.desktop"};

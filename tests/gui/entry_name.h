@@ -1,4 +1,4 @@
-// The entries of the bars as widgets have them: "cbrMain.3".
+// Names the entries of the bars as their widgets are named: "cbrMain.3".
 #pragma once
 
 #include <QString>
@@ -10,7 +10,7 @@
 
 namespace hl {
 
-/// For messages of tests.
+/// Prints a command in messages of tests.
 inline std::ostream& operator<<(std::ostream& out, Command command) {
     return out << Bars().of(barOf(command)).name() << "." << idOf(command);
 }

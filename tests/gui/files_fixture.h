@@ -1,4 +1,4 @@
-// Deleting, recycling, renaming and the menus, in the window, on files of the disk.
+// A window on files of the disk, for tests of deleting, recycling, renaming and the menus.
 #pragma once
 
 #include "gui/lists_fixture.h"
@@ -10,7 +10,7 @@ namespace fs = std::filesystem;
 
 class FilesTest : public ListsTest {
   protected:
-    /// Sizes 100, 200, ... of a, b, ... below src, src/sub and src/sub/deep.
+    /// The files a, b, ... below src, src/sub and src/sub/deep have the sizes 100, 200, ...
     FilesTest() {
         for (const char* path : {"src/sub/deep", "src/other"}) folder(path);
         int size = 0;
@@ -23,14 +23,14 @@ class FilesTest : public ListsTest {
         start();
         s().click(Command::kReportUnfoldAll);
     }
-    /// With the list of src's files, by name.
+    /// Starts with the list of src's files, sorted by name.
     GridView& startWithList() {
         start();
         GridView& list = session_->open(kFileList);
         session_->sortByName(list);
         return list;
     }
-    /// Selects so many rows from the top.
+    /// Selects this many rows from the top.
     static void selectFirst(GridView& list, std::size_t count) {
         for (std::size_t i = 0; i < count; ++i)
             ListSession::clickOn(list, i, i > 0 ? Qt::ControlModifier : Qt::NoModifier);
@@ -46,7 +46,7 @@ class FilesTest : public ListsTest {
         answer("Ja");
         session_->click(command);
     }
-    /// Of these sources, in their order; those that are gone have no row.
+    /// Expects what a fresh scan shows of these sources, in their order; sources that are gone have no row.
     void expectNumbersOfAFreshScan(const Names& sources = {}) {
         const Names now = facts(s());
         s().execute(Command::kReportUnfoldAll);
@@ -65,7 +65,7 @@ class FilesTest : public ListsTest {
     Session& s() { return *session_; }
     bool there(const std::string& path) const { return fs::exists(fs::symlink_status(at(path))); }
     std::string protocol() const { return contentOf(home.path() + "/Harborlantern.log"); }
-    /// Presses the button in the dialog that opens next. `text` gets what it says.
+    /// Presses the button in the dialog that opens next. `text` receives the dialog's text.
     void answer(const char* button, std::string* text = nullptr) {
         s().answers.add([=](QDialog& dialog) {
             for (const QLabel* label : dialog.findChildren<QLabel*>())
@@ -73,7 +73,7 @@ class FilesTest : public ListsTest {
             pressIn(dialog, button);
         });
     }
-    /// Every cell that a scan writes, of the report and of the three lists.
+    /// Returns every cell that a scan writes, of the report and of the three lists.
     static Names facts(Session& s) {
         Names all;
         const Grid& report = s.grid();
@@ -86,7 +86,7 @@ class FilesTest : public ListsTest {
             const Grid& list = s.window().grid(id).grid();
             const auto begin = static_cast<std::ptrdiff_t>(all.size());
             for (Row row = list.firstRoot(); row != kNoRow; row = list.nextSibling(row))
-                // A file whose other names went keeps its row here.
+                // A file that lost its other names keeps its row here.
                 if (id != GridId::kHardlinks || list.number(row, kFileLinks) > 1)
                     all.push_back(std::string(list.text(row)) + cellsOf(list, row));
             std::sort(all.begin() + begin, all.end());

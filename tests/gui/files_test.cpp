@@ -1,4 +1,4 @@
-// Deleting, recycling, renaming and the menus, in the window, on files of the disk.
+// Tests deleting, recycling, renaming and the menus, in the window, on files of the disk.
 #include "gui/files_fixture.h"
 
 namespace hl {
@@ -62,7 +62,7 @@ TEST_F(FilesTest, SelectedFoldersGoParentAndChildTogether) {
     startUnfolded();
     s().clickRow("deep");
     toggleRow("sub");
-    // With messages that run while it works, as they do when a tree is large.
+    // Messages run while it works, as they do for a large tree.
     s().operations().before = [](OperationWatch&) { Session::settle(); };
     chooseInMenu("sub", "Markierte Ordner löschen");
     EXPECT_TRUE(!there("src/sub") && there("src/a.txt"));
@@ -93,7 +93,7 @@ TEST_F(FilesTest, WhatIsTakenOutOfTheSelectionStaysAndTheRestIsTold) {
     s().execute(Command::kDeleteFolders);
     EXPECT_TRUE(there("src/sub/deep") && !there("src/other"));
 
-    // By key, from row to row: what Ctrl passes over is not selected, and Space takes out.
+    // With Ctrl, keys move from row to row without selecting, and Space deselects.
     s().clickRow("src");
     const auto press = [&](Qt::Key key, Qt::KeyboardModifiers with) {
         QTest::keyClick(&s().view(), key, with);

@@ -17,7 +17,7 @@
 namespace hl {
 namespace {
 
-/// A form with a control of each kind, as its own routines see it.
+/// A form with a control of each kind, and with its routines.
 struct FormDialogTest : testing::Test {
     FormDialogTest() {
         const auto digits = [](char32_t c) { return c >= U'0' && c <= U'9' ? c : c == U',' ? U'.' : U'\0'; };

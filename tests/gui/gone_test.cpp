@@ -1,4 +1,4 @@
-// What the window shows after something went from the disk, compared with a fresh scan.
+// Tests what the window shows after something went from the disk, against a fresh scan.
 #include "gui/files_fixture.h"
 
 namespace hl {

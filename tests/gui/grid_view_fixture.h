@@ -15,7 +15,7 @@ using Log = std::vector<std::string>;
 using test::doubleClick;
 using test::dragBorder;
 
-/// Writes down what the view tells.
+/// Records what the view tells.
 struct Told : test::RecordingEvents {
     Log log;
     const Grid* grid = nullptr;
@@ -62,13 +62,13 @@ struct GridViewTest : testing::Test {
         view->setFocus();
         QTest::qWait(0);
     }
-    /// Roots "r0", "r1", ..., `count` of them.
+    /// Adds `count` roots "r0", "r1", ...
     void addRoots(std::size_t count) {
         for (std::size_t i = 0; i < count; ++i) grid.addRow(kNoRow, "r" + std::to_string(i));
     }
     void showRoots(std::size_t count, bool tree = true) { addRoots(count), show(tree); }
     void showTree() { addTree(), show(); }
-    /// a(aa(aaa) ab) b(ba) c, with `a` unfolded.
+    /// Adds a(aa(aaa) ab) b(ba) c, with `a` unfolded.
     void addTree() {
         const Row a = grid.addRow(kNoRow, "a");
         grid.addRow(grid.addRow(a, "aa"), "aaa");
@@ -104,12 +104,12 @@ struct GridViewTest : testing::Test {
         QTest::mouseClick(view->viewport(), button, keys, at(text));
     }
     void key(int code, Qt::KeyboardModifiers keys = {}) { QTest::keyClick(view.get(), Qt::Key(code), keys); }
-    /// In a first column with the usual indentation of its level.
+    /// Returns the place of the row's sign for folding, in a first column with the usual indentation.
     QPoint branchOf(std::string_view text) {
         const int step = view->style()->pixelMetric(QStyle::PM_TreeViewIndentation, nullptr, view.get());
         return at(text, static_cast<int>(grid.level(row(text))) * step + step / 2);
     }
-    /// The border behind a column, in the title row.
+    /// Returns the place of the border behind a column, in the title row.
     QPoint border(int column) {
         const QHeaderView* header = view->horizontalHeader();
         return {header->sectionViewportPosition(column) + header->sectionSize(column) - 1, 5};

@@ -1,5 +1,5 @@
-// What a view of a grid costs, what it shows of the changes of the grid, and what keys and the mouse do in
-// it.
+// Tests what a view of a grid costs, what it shows of the changes of the grid, and what keys and the mouse do
+// in it.
 #include <QContextMenuEvent>
 #include <QScrollBar>
 
@@ -136,7 +136,7 @@ TEST_F(GridViewTest, ATitleClickNamesTheGridsColumnAlsoBehindAHiddenOne) {
     const QPoint onFiles(view->horizontalHeader()->sectionViewportPosition(2) + 20, 5);
     QTest::mouseClick(titles, Qt::LeftButton, {}, onFiles);
     EXPECT_EQ(takeLog(), Log{"title 2"});
-    // A quick second click turns the order around like any other.
+    // A quick second click reverses the order like any other.
     doubleClick(titles, onFiles);
     EXPECT_EQ(takeLog(), (Log{"title 2", "title 2"}));
 }
@@ -172,7 +172,7 @@ TEST(GridColors, TextCanBeReadOnEveryShadeInALightAndADarkPalette) {
         palette.setColor(QPalette::Text, text);
         for (std::uint32_t grey = 0; grey < 256; ++grey)
             EXPECT_GE(contrast(rowBackground(grey * 0x010101, palette), text), 4.5) << grey;
-        // The first levels differ from one another, and from no shade at all.
+        // The first levels differ from one another, and from the background without a shade.
         EXPECT_NE(rowBackground(0xF9F9F9, palette), base);
         EXPECT_NE(rowBackground(0xF9F9F9, palette), rowBackground(0xF3F3F3, palette));
         for (const QColor bar : {QColor(0, 0, 255), QColor(91, 150, 60), QColor(Qt::yellow)})
@@ -185,7 +185,7 @@ TEST_F(GridViewTest, ClicksPickAsEveryListDoes) {
     showRoots(9);
     const auto control = Qt::ControlModifier, shift = Qt::ShiftModifier;
     using Step = std::tuple<const char*, Qt::KeyboardModifiers, Qt::MouseButton, const char*, const char*>;
-    // One after the other.
+    // The steps follow one another.
     for (const auto& [on, keys, button, now, log] :
          {Step{"r2", {}, Qt::LeftButton, "r2 @r2", "up r2 1"},
           Step{"r5", shift, Qt::LeftButton, "r2 r3 r4 r5 @r5", "up r5 1s"},
@@ -244,7 +244,8 @@ TEST_F(GridViewTest, TheLogicHearsOfTheReleaseOfKeysThatMoveOrAskOncePerPress) {
     for (const int code : {Qt::Key_Up, Qt::Key_Down, Qt::Key_F2, Qt::Key_Delete, Qt::Key_Home, Qt::Key_X})
         key(code);
     EXPECT_EQ(takeLog(), (Log{"key 38", "key 40", "key 113", "key 46", "key 40"}));
-    // Held down: the toolkit sends releases that are none. And a release whose press went elsewhere.
+    // While a key is held down, the toolkit sends false releases. The other release belongs to a press that
+    // went elsewhere.
     QTest::keyPress(view.get(), Qt::Key_Down);
     QKeyEvent repeated(QEvent::KeyRelease, Qt::Key_Down, {}, {}, true);
     QApplication::sendEvent(view.get(), &repeated);
@@ -275,7 +276,7 @@ TEST_F(GridViewTest, TypedTextFindsTheNextRowThatBeginsWithIt) {
          {Case{"Alpha", "b", "beta"}, Case{"Alpha", "br", "Bravo"}, Case{"beta", "b", "Bravo"},
           Case{"Alpha", "bb", "Bravo"}, Case{"b c", "a", "Alpha"}, Case{"Alpha", "b c", "b c"},
           Case{"Alpha", "x", "Alpha"}, Case{"Bravo", "BE", "beta"}}) {
-        view->clearFocus();  // Ends a search.
+        view->clearFocus();  // This ends a search.
         view->setFocus();
         grid.setCurrentRow(row(from));
         QTest::keyClicks(view.get(), typed);
@@ -314,7 +315,7 @@ TEST_F(GridViewTest, TheBranchMarkFoldsAndADoubleClickElsewhereIsLeftToTheLogic)
     doubleClick(view->viewport(), branchOf("b"));
     EXPECT_EQ(takeLog(), (Log{"fold aa", "fold b", "fold b"}));
     EXPECT_EQ(picked(), "@-");
-    // A row without children has none.
+    // A row without children has no such sign.
     QTest::mouseClick(view->viewport(), Qt::LeftButton, {}, branchOf("c"));
     EXPECT_EQ(picked(), "c @c");
     doubleClick(view->viewport(), at("b"));

@@ -1,4 +1,4 @@
-// The window with no mouse, and what a screen reader finds in it.
+// Tests the window without a mouse, and what a screen reader finds in it.
 #include <QAccessible>
 #include <QMenu>
 #include <QTimer>
@@ -22,7 +22,7 @@ class KeyboardTest : public test::WindowBars {
         QTest::keyClick(QApplication::focusWidget(), Qt::Key(code), keys);
         QApplication::processEvents();
     }
-    /// The names of all that has the focus on the way with the Tab key, once around.
+    /// Returns the names of everything that gets the focus when Tab goes once around.
     std::vector<std::string> stops() const {
         std::vector<std::string> names;
         QWidget* first = QApplication::focusWidget();
@@ -32,7 +32,7 @@ class KeyboardTest : public test::WindowBars {
         } while (QApplication::focusWidget() != first && names.size() < kMostStops);
         return names;
     }
-    /// Opens what belongs to the widget with the focus, and does `inside` with the menu.
+    /// Opens the menu of the widget with the focus, and does `inside` with it.
     void inMenu(const std::function<void(QMenu&)>& inside) {
         QTimer::singleShot(0, qApp, [&] {
             auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
@@ -42,7 +42,7 @@ class KeyboardTest : public test::WindowBars {
         });
         QWidget* button = QApplication::focusWidget();
         key(Qt::Key_Down);
-        // With no window manager, nobody gives the focus back.
+        // Without a window manager, nobody gives the focus back.
         const auto back = [] { return QApplication::focusWidget() != nullptr; };
         if (QGuiApplication::platformName() == QLatin1String("offscreen")) {
             window->frame().activateWindow();
@@ -50,7 +50,7 @@ class KeyboardTest : public test::WindowBars {
         }
         ASSERT_TRUE(QTest::qWaitFor(back));
     }
-    /// Chooses every line of a menu that opens with Down, one after another.
+    /// Chooses each line of a menu that opens with Down, one after another.
     void chooseAllBelow(QToolButton& button) {
         const auto unusable = [](const QAction* action) {
             return !action->isEnabled() || action->isSeparator();
@@ -63,7 +63,7 @@ class KeyboardTest : public test::WindowBars {
                 QTest::keyClick(&menu, Qt::Key_Return);
             });
     }
-    /// What stands in a menu and can be chosen, in the menus below it too, as if it had been.
+    /// Notes as chosen what can be chosen in a menu and the menus below it.
     void offered(const QString& barName, const QMenu& menu) {
         for (const QAction* action : menu.actions()) {
             if (!action->isEnabled()) continue;
@@ -73,7 +73,7 @@ class KeyboardTest : public test::WindowBars {
                     events.execute(bar->id(), action->data().toInt());
         }
     }
-    /// Walks once around with Tab, presses each button with Space, and what is in its list.
+    /// Goes once around with Tab, presses each button with Space, and chooses everything in its list.
     void pressAllWithKeys() {
         std::set<std::string> seen;
         for (int i = 0; i < kMostStops; ++i) {
@@ -135,7 +135,7 @@ TEST_F(KeyboardTest, TabGoesFromABarToItsGridAndOnToTheNextPane) {
     show();
     window->focusGrid(GridId::kReport);
     const std::vector<std::string> names = stops();
-    // The first stop of each pane, in order.
+    // The first stop of each pane is expected in this order.
     std::vector<std::string> panesInOrder;
     for (const std::string& name : names) {
         const std::string pane = name.substr(0, name.find('.'));
@@ -164,7 +164,7 @@ TEST_F(KeyboardTest, EveryAcceleratorPressesItsCommandFromWhereverTheFocusIs) {
             if (entry.key != 0 && entry.enabled) keys[entry.key] = command(*bar, entry);
     EXPECT_GT(keys.size(), 12U);
     bars.cbrReport.setText(idOf(Command::kReportSearchText),
-                           "a");  // A search with no text leads to its box instead.
+                           "a");  // Without a text, searching leads to its box instead.
     QWidget* const places[] = {
         &window->grid(GridId::kReport), &window->grid(GridId::kDrives),
         window->frame().findChild<QWidget*>(QStringLiteral("cboOrdner")),
@@ -198,7 +198,7 @@ class AccessibleTest : public test::WindowBars {
     using Object = QAccessibleInterface;
 
     AccessibleTest() {
-        // a(aa(aaa) ab) b, with `a` unfolded.
+        // The rows are a(aa(aaa) ab) b, with `a` unfolded.
         const Row a = report.addRow(kNoRow, "a");
         report.addRow(report.addRow(a, "aa"), "aaa");
         report.addRow(a, "ab");
@@ -210,7 +210,8 @@ class AccessibleTest : public test::WindowBars {
     Object* tree() { return of(window->grid(GridId::kReport)); }
     static std::string name(Object* object) { return utf8(object->text(QAccessible::Name)); }
 
-    /// "ROLE PATH" of every control below that has no name. Fillers and texts for the eye alone need none.
+    /// Finds "ROLE PATH" of every control below that has no name. Fillers, and texts that are only for the
+    /// eye, need none.
     static void findNameless(Object* object, const std::string& path, std::vector<std::string>& found) {
         static const std::set<QAccessible::Role> kNeedless = {QAccessible::Client,    QAccessible::Separator,
                                                               QAccessible::Window,    QAccessible::ScrollBar,
@@ -231,7 +232,7 @@ class AccessibleTest : public test::WindowBars {
         findNameless(of(window->frame()), "", found);
         return found;
     }
-    /// The rows as "NAME[LEVEL+]", + unfolded, - folded.
+    /// Returns the rows as "NAME[LEVEL+]", where + means unfolded and - folded.
     std::string rows() {
         std::string all;
         for (int i = 0; i < tree()->childCount(); ++i) {

@@ -1,4 +1,4 @@
-// In every language each dialog and each bar shows all of its texts.
+// Tests that in every language each dialog and each bar shows all of its texts.
 #include <QComboBox>
 #include <QLabel>
 #include <QPlainTextEdit>
@@ -23,13 +23,13 @@ std::vector<Language> allLanguages() {
     return all;
 }
 
-/// Whether it is one of these.
+/// Tells whether the widget is of one of these classes.
 template <class... Widgets>
 bool isAny(const QWidget& widget) {
     return (... || (dynamic_cast<const Widgets*>(&widget) != nullptr));
 }
 
-/// The controls that show in `box`, without their own parts.
+/// Adds the visible controls in `box`, without their own parts.
 void addControls(const QWidget& box, std::vector<const QWidget*>& controls) {
     for (const QObject* child : box.children()) {
         const auto* widget = dynamic_cast<const QWidget*>(child);
@@ -42,7 +42,7 @@ void addControls(const QWidget& box, std::vector<const QWidget*>& controls) {
     }
 }
 
-/// Room for all of its text, as the toolkit measures it: apart from the layout that gave it its place.
+/// Returns the room for all of its text, as the toolkit measures it, whatever place the layout gave it.
 QSize needed(const QWidget& widget) {
     const auto* label = dynamic_cast<const QLabel*>(&widget);
     if (label != nullptr && label->wordWrap()) return {0, label->heightForWidth(label->width())};
@@ -61,7 +61,8 @@ std::string textOf(const QWidget& widget) {
     return (text.isEmpty() ? widget.accessibleName() : text).toStdString();
 }
 
-/// Every control lies within `box`, on no other, and shows its whole text. Tells how many there are.
+/// Checks that every control lies within `box`, overlaps no other, and shows its whole text. Returns how many
+/// there are.
 std::size_t checkControls(const QWidget& box, const std::string& where) {
     SCOPED_TRACE(where);
     std::vector<const QWidget*> controls;
@@ -95,13 +96,13 @@ struct LanguagesTest : test::WindowTest, testing::WithParamInterface<Language> {
     }
 
     static std::string stored() { return "Lang=" + std::to_string(GetParam().id) + "\r\n"; }
-    /// The home that the session reads its language from.
+    /// Returns the home from which the session reads its language.
     std::string homeOfLanguage() const {
         test::writeFile(ini(), replaceAll(test::contentOf(ini()), "Lang=7\r\n", stored()));
         return home.path();
     }
 
-    /// Does what opens a dialog, looks at it, and closes it.
+    /// Does what opens a dialog, checks it, and closes it.
     void lookAt(const char* name, std::size_t controls, const std::function<void()>& open) {
         s.answers.add([=](QDialog& dialog) {
             SCOPED_TRACE(name);

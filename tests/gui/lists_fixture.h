@@ -1,5 +1,5 @@
 // The four lists in the window: files of a folder, largest files, hardlinks, junctions. Mouse and keys are
-// real, trees lie on the disk.
+// real, and the trees are on the disk.
 #pragma once
 
 #include <QComboBox>
@@ -13,10 +13,11 @@ namespace hl::test {
 
 using Names = std::vector<std::string>;
 
-/// Chooses an entry in the menu that opens next; the captions of all its entries, "-" for a separator.
+/// Chooses an entry in the menu that opens next, and records the captions of all its entries, "-" for a
+/// separator.
 class MenuAnswer {
   public:
-    /// `first` is done while it is open.
+    /// `first` is done while the menu is open.
     explicit MenuAnswer(
         std::string caption, std::function<void()> first = [] {})
         : caption_(std::move(caption)), first_(std::move(first)) {
@@ -48,7 +49,7 @@ class MenuAnswer {
 struct ListInfo {
     GridId id;
     Command panel, fullView, save, searchText;
-    Command icons = Command::kNone, columns = Command::kNone;  // The first of the columns.
+    Command icons = Command::kNone, columns = Command::kNone;  // The latter is the first of them.
 };
 inline constexpr ListInfo
     kFileList = {GridId::kFiles,           Command::kShowFiles,       Command::kFilesFullView,
@@ -70,18 +71,18 @@ inline const std::string kBytes = "\xff\xfe odd \x80 #%41?.txt";
 class ListSession : public Session {
   public:
     using Session::Session;
-    /// One that has started and read a folder.
+    /// Starts a session and reads a folder.
     ListSession(const std::string& home, const std::string& source) : Session(home) {
         start();
         scan(source);
     }
-    /// Wide enough for all entries of a bar. The screen of the offscreen platform is not.
+    /// Makes the window wide enough for all entries of a bar, unlike the screen of the offscreen platform.
     void start() {
         Session::start();
         frame().resize(1400, 900);
         settle();
     }
-    /// Shows it, and nothing beside it.
+    /// Shows the list, and nothing beside it.
     GridView& open(const ListInfo& list) {
         if (!window().grid(list.id).isVisible()) click(list.panel);
         click(list.fullView);
@@ -99,11 +100,11 @@ class ListSession : public Session {
             all.emplace_back(view.grid().text(view.rows().at(i)));
         return all;
     }
-    /// Folder and name.
+    /// Returns the folder and name of a row.
     static std::string path(const Grid& grid, Row row) {
         return std::string(grid.cellText(row, kFilePath)).append(grid.text(row));
     }
-    /// Upwards.
+    /// Sorts the rows by name, ascending.
     static void sortByName(GridView& view) {
         const auto less = [](const std::string& a, const std::string& b) { return compareFolded(a, b) < 0; };
         for (Names now = names(view); !std::is_sorted(now.begin(), now.end(), less); now = names(view))
@@ -120,7 +121,7 @@ class ListSession : public Session {
     static void doubleClickOn(GridView& view, std::size_t index) {
         doubleClick(view.viewport(), place(view, index));
     }
-    /// In the format of that letter.
+    /// Saves the list in the format of that letter and returns the file.
     std::string saved(const ListInfo& list, Qt::Key format, const std::string& target) {
         answers.add([&](QDialog& dialog) {
             EXPECT_EQ(dialog.objectName(), QStringLiteral("frmSaveFiles"));
@@ -133,7 +134,7 @@ class ListSession : public Session {
     }
 };
 
-/// Sizes in bytes, all lists filled, and no list of drives.
+/// Shows sizes in bytes, fills all lists, and hides the list of drives.
 class ListsTest : public WindowTest {
   protected:
     ListsTest() { options(""); }
@@ -148,7 +149,7 @@ class ListsTest : public WindowTest {
     void link(const std::string& from, const std::string& to) const {
         std::filesystem::create_hard_link(at(from), at(to));
     }
-    /// Files a to f of the sizes 600 to 100, those of two names, and links to folders.
+    /// Makes the files a to f of the sizes 600 to 100, files with two names, and links to folders.
     void someTree() const {
         for (const char* path : {"src/sub", "other"}) folder(path);
         for (int i = 0; i < 6; ++i) {

@@ -1,4 +1,4 @@
-// What mouse and keys do in the four lists.
+// Tests what mouse and keys do in the four lists.
 #include <QHelpEvent>
 #include <QToolTip>
 #include <QWheelEvent>
@@ -31,7 +31,7 @@ TEST_F(ListsTest, ASearchGoesOnBehindTheCurrentRowWrapsAroundAndKeepsTheFocusInI
     const struct {
         const ListInfo& list;
         const char* part;
-        std::vector<std::size_t> hits;  // One after another; the rows are sorted by name, upwards.
+        std::vector<std::size_t> hits;  // They come one by one; the rows are sorted by name, ascending.
     } cases[] = {{kFileList, ".TXT", {2, 4, 0, 2}}, {kFileList, "nowhere", {0}},
                  {kTopList, "src/sub", {0}},        {kHardlinkList, "src/SUB", {1, 2, 3, 4, 5, 6, 1}},
                  {kJunctionList, "to c", {2, 2}},   {kJunctionList, "/other", {1, 2, 0, 1}}};
@@ -136,7 +136,7 @@ TEST_F(ListsTest, TheStatusTellsTheListAndWhatIsSelected) {
         s.clickOn(view, i == 0 ? 1 : 2, Qt::ControlModifier);
         EXPECT_EQ(s.secondPanel(), with(both));
         s.key(view, Qt::Key_Up);
-        // Keys leave the status of hardlinks and junctions alone.
+        // Keys do not change the status of hardlinks and junctions.
         EXPECT_EQ(s.secondPanel(), with(i < 2 ? one : both));
         QTest::mouseClick(view.viewport(), Qt::LeftButton, {}, {20, view.viewport()->height() - 3});
         EXPECT_EQ(s.secondPanel(), whole[i]);

@@ -1,4 +1,4 @@
-// What the four lists hold, compared with what the system says of the tree, and what is saved of them.
+// Tests the content of the four lists against what the system says of the tree, and what is saved of them.
 
 #include <random>
 
@@ -90,7 +90,7 @@ TEST_F(ListsTest, TheLargestFilesAreThoseOfASortedListingOfTheLastSource) {
 
 TEST_F(ListsTest, HardlinksAreThoseOfTheInodesAndAnalyseStandsThemTogetherAndShadesThem) {
     for (const char* path : {"many/a", "many/b", "out"}) folder(path);
-    // Where they can be mounted, two disks on which the numbers of files are the same.
+    // If they can be mounted, the files of these two disks have the same inode numbers.
     const Mounted disks[] = {{"none", at("many/c"), "tmpfs"}, {"none", at("many/d"), "tmpfs"}};
     for (const char* file : {"many/c/x", "many/c/y", "many/d/x", "many/d/y"}) {
         makeFile(at(file), 1);

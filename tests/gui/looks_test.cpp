@@ -1,4 +1,5 @@
-// What a user would see at once: numbers that are cut, rows that are hidden, texts that cannot be read.
+// Tests what a user would notice at once: numbers that are cut, rows that are hidden, texts that are
+// unreadable.
 
 #include <QScrollBar>
 
@@ -21,7 +22,8 @@ struct LooksTest : GridViewTest {
         view->show();
         view->sync();
     }
-    /// What the ink can be read on worst, in a line of pixels but for the first and last three.
+    /// Returns the colour against which the ink has the least contrast, in a line of pixels without the first
+    /// and last three.
     QColor worst(const QColor& ink, const QRect& area) {
         const QImage image = view->viewport()->grab(area).toImage();
         std::vector<QColor> line;
@@ -41,7 +43,7 @@ TEST_F(LooksTest, FittedColumnCutsNoNumber) {
         for (int number = 1; number < 200; ++number) {
             text = std::to_string(number * 7919) + "." + std::to_string(number % 90 + 10) + " GB";
             view->autosizeColumn(1, 0);
-            constexpr int kEdges = 8;  // Left and right of every text, together.
+            constexpr int kEdges = 8;  // Left and right of every text together.
             const QString shown = QString::fromStdString(text);
             const int room = view->columnWidth(1) - kEdges;
             ASSERT_EQ(view->fontMetrics().elidedText(shown, Qt::ElideRight, room), shown) << points;

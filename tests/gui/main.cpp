@@ -1,4 +1,4 @@
-// Tests of the window: one QApplication for all of them, on no screen.
+// The entry of the window's tests: one QApplication for all of them, on no screen.
 #include <gtest/gtest.h>
 
 #include <QApplication>
@@ -6,10 +6,11 @@
 #include "platform/qt/window/desktop_settings.h"
 
 namespace hl::test {
-/// A session in a process of its own, for what a process does once: see program_window_test.cpp.
+/// These run a session in a process of its own, to test what a process does only once: see
+/// program_window_test.cpp.
 int wholeSession();
 int quitFromReport();
-/// What the desktop answers, and a file manager, in processes of their own: see desktop_commands.cpp.
+/// These answer as the desktop, and play a file manager, in processes of their own: see desktop_commands.cpp.
 int desktopCommand(int count, char** words);
 int fileManager(int count, char** words);
 }  // namespace hl::test
@@ -22,7 +23,7 @@ int main(int argc, char** argv) {
     if (argc > 2 && std::string_view(argv[1]) == "--file-manager")
         return hl::test::fileManager(argc - 2, argv + 2);
     testing::InitGoogleTest(&argc, argv);
-    hl::quietMessages();  // Hundreds of lines of the toolkit's would bury a failure.
+    hl::quietMessages();  // Hundreds of lines of the toolkit would hide a failure.
     if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
     QApplication application(argc, argv);
     QApplication::setStyle(QStringLiteral("Fusion"));

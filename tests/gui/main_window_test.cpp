@@ -1,4 +1,4 @@
-// The window at work: scans, the report, panels. Trees are read from the disk.
+// Tests the window at work: scans, the report, panels. Trees are read from the disk.
 #include <QFontDatabase>
 #include <QFontDialog>
 #include <algorithm>
@@ -14,7 +14,7 @@ using test::WindowTest;
 
 class MainWindowTest : public WindowTest {
   protected:
-    /// The window with src read, the report alone in it.
+    /// Starts the window, reads src, and shows only the report.
     void startWithReport() {
         s.start();
         s.click(Command::kReportFullView);
@@ -132,7 +132,7 @@ TEST_F(MainWindowTest, ThePaneOfTheReportIsAsWideAsItsColumnsAndTheBarThatShows)
 }
 
 TEST_F(MainWindowTest, AChosenFontIsBoldAndItalicInTheNextSessionToo) {
-    // The dialog offers what the machine has; not every one has a font that is both.
+    // The dialog offers the machine's fonts; not every machine has one that is both.
     QFont font;
     for (const char* style : {"Bold", "Bold Oblique", "Bold Italic"})
         for (const QString& family : QFontDatabase::families())
@@ -147,7 +147,7 @@ TEST_F(MainWindowTest, AChosenFontIsBoldAndItalicInTheNextSessionToo) {
     });
     s.click(Command::kReportFont);
     EXPECT_TRUE(s.view().font().bold() && s.view().font().italic() == font.italic());
-    s.click(Command::kLargerFont);  // A larger one.
+    s.click(Command::kLargerFont);  // It chooses a larger one.
     s.frame().close();
     Session next(home.path());
     next.start();

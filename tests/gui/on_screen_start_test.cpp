@@ -1,5 +1,5 @@
-// The program on a screen: its start where nobody makes its window the active one, and how another process
-// reads it over the accessibility bus, as a screen reader does.
+// Tests the program on a screen: its start when nobody activates its window, and how another process reads it
+// over the accessibility bus, as a screen reader does.
 #include <QProcess>
 
 #include "gui/window_fixture.h"
@@ -17,7 +17,7 @@ class OnScreenStart : public WindowTest {
     void SetUp() override {
         if (QGuiApplication::platformName() != QLatin1String("xcb")) GTEST_SKIP() << "needs an X server";
     }
-    /// Of a program with a folder of its own, and with no other instance that would take the line over.
+    /// Starts a program that has a folder of its own, and no other instance that would take the line over.
     void start(QProcess& program, const QStringList& line, const std::string& run,
                std::initializer_list<std::pair<const char*, QString>> more = {}) const {
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
@@ -64,7 +64,7 @@ TEST_F(OnScreenStart, AWindowThatDoesNotBecomeTheActiveOneReadsItsSourcesOnce) {
     EXPECT_EQ(s.grid().rowCount(), 6U);
 }
 
-// The process itself stays as long as the kernel holds one of its threads.
+// The process itself exists as long as the kernel holds one of its threads.
 TEST_F(OnScreenStart, AWindowThatIsClosedWhileADiskHangsIsInNoNewOnesWay) {
     folder("src/hangs/deep");
     FuseMount mount(at("src"), at("mount"));
@@ -103,7 +103,7 @@ using OnScreenReader = OnScreenStart;
 TEST_F(OnScreenReader, FindsTheRowsOfTheReportWithLevelFoldedStateAndCells) {
     writeDeepFile(at("big/inner/file"), std::string(3000, 'x'));
     writeDeepFile(at("small/file"), std::string(1000, 'x'));
-    std::filesystem::remove(ini());  // English.
+    std::filesystem::remove(ini());  // The language is then English.
     QProcess program;
     start(program, {QString::fromStdString(tree.path())}, home.path(),
           {{"QT_LINUX_ACCESSIBILITY_ALWAYS_ON", QStringLiteral("1")}, {"LC_ALL", QStringLiteral("C")}});

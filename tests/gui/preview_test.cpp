@@ -1,4 +1,4 @@
-// The preview's pane with real files of each kind, and with those that try to harm it.
+// Tests the preview's pane with real files of each kind, and with files that try to harm it.
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <netinet/in.h>
@@ -36,12 +36,12 @@ using V = PreviewViewer;
 
 const std::string kPrograms = fs::path(HARBORLANTERN_PROGRAM).parent_path().string();
 
-/// A port of this machine that nobody may come to.
+/// A port of this machine, to which nobody may connect.
 struct Listener {
     int socket = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
     std::string host;
     Listener() {
-        sockaddr_in address{};  // Of a free port.
+        sockaddr_in address{};  // It has a free port.
         socklen_t size = sizeof address;
         auto* plain = reinterpret_cast<sockaddr*>(&address);
         EXPECT_TRUE(listen(socket, 5) == 0 && getsockname(socket, plain, &size) == 0);
@@ -63,11 +63,11 @@ struct PreviewPaneTest : testing::Test, PreviewEvents {
     std::vector<std::string> failures, reasons, missing;
 
     void SetUp() override {
-        // Those of the tests before, whose tools are gone.
+        // These are the helpers of earlier tests, whose tools are gone.
         ASSERT_TRUE(soon([] { return waitpid(-1, nullptr, WNOHANG) < 0; }));
         open();
     }
-    /// A pane whose helpers lie in `folder`.
+    /// Makes a pane whose helpers are in `folder`.
     void open(const std::string& folder = kPrograms) {
         area.reset();
         tools = std::make_unique<LinuxPreviewTools>(folder, commands.path(), dir.path(), dir.path());
@@ -117,16 +117,16 @@ struct PreviewPaneTest : testing::Test, PreviewEvents {
         return view != nullptr ? view->toPlainText().toStdString() : "no text";
     }
     static bool soon(const std::function<bool()>& what) { return QTest::qWaitFor(what, 20'000); }
-    /// The library has nothing to play with. That its module does not load would be a fault.
+    /// Tells whether the library has nothing to play with. If its module does not load, that is a fault.
     bool hasNoPlayer() const { return !missing.empty() && missing[0].ends_with("(QtMultimedia)"); }
-    /// Whether it fails, or there is nothing to show it with.
+    /// Tells whether it fails, or nothing can show it.
     bool failsSoon() const {
         return soon([this] { return !failures.empty() || !missing.empty(); });
     }
     bool isTextSoon(const std::string& wanted) {
         return soon([&] { return text().starts_with(wanted); });
     }
-    /// Of the viewer of pictures, once it shows one.
+    /// Returns what the viewer of pictures shows, once it shows one.
     QImage shownPicture(V kind, const std::string& file) {
         show(kind, file);
         EXPECT_TRUE(soon([this] {
@@ -138,14 +138,14 @@ struct PreviewPaneTest : testing::Test, PreviewEvents {
     bool pageIsDrawn(std::size_t page) {
         return viewer<PagesView>() != nullptr && viewer<PagesView>()->isDrawn(page);
     }
-    /// A picture of one colour.
+    /// Makes a picture of one colour.
     std::string picture(const std::string& name, int width, int height, const QColor& color) const {
         QImage image(width, height, QImage::Format_RGB32);
         image.fill(color);
         EXPECT_TRUE(image.save(QString::fromStdString(path(name))));
         return path(name);
     }
-    /// The text of a page of the web, once there is one.
+    /// Returns the text of a page of the web, once it is shown.
     QString shownPage(V kind, const std::string& file) {
         show(kind, file);
         EXPECT_TRUE(soon([&] { return viewer<WebView>() != nullptr; }));
@@ -156,7 +156,7 @@ struct PreviewPaneTest : testing::Test, PreviewEvents {
         writeScript(programs.path() + "/harborlantern-preview", "PATH=/usr/bin:/bin\n" + body);
         open(programs.path());
     }
-    /// A few pages with a large dot of the colour.
+    /// Makes a few pages, each with a large dot of the colour.
     std::string pdf(const std::string& name, int pages) const {
         QPdfWriter writer(QString::fromStdString(path(name)));
         QPainter painter(&writer);
@@ -173,12 +173,12 @@ struct PreviewPaneTest : testing::Test, PreviewEvents {
                 if (image.pixelColor(x, y) == color) return true;
         return false;
     }
-    /// Whether the one helper has ended. Burying it is left to the tools.
+    /// Tells whether the only helper has ended; it is left for the tools to reap.
     static bool helperEnded() {
         siginfo_t info{};
         return waitid(P_ALL, 0, &info, WEXITED | WNOHANG | WNOWAIT) != 0 || info.si_pid != 0;
     }
-    /// The one helper ends, and the tools bury it when they start something.
+    /// Expects that the only helper ends, and that the tools reap it when they start something.
     void expectEndAndBurial() const {
         EXPECT_TRUE(soon([] { return helperEnded(); }));
         std::string error;
@@ -241,14 +241,14 @@ TEST_F(PreviewPaneTest, OfALongPageTheBeginningIsShownInItsEncoding) {
     page.resize(kMostMarkup - 8, 'x');
     page += "--><p>";
     page.resize(kMostMarkup - 1, 'y');
-    page += "\xC3\xBC</p>";  // The first byte of the letter is the last one of the part.
+    page += "\xC3\xBC</p>";  // The first byte of the letter is the last byte of the part.
     const QString shown = shownPage(V::kWebPage, file("a.html", page));
     EXPECT_TRUE(shown.startsWith(QStringLiteral("grün\n"))) << shown.left(100).toStdString();
     EXPECT_TRUE(shown.endsWith(QStringLiteral("[cut]"))) << shown.right(100).toStdString();
 }
 
 TEST_F(PreviewPaneTest, APageThatWouldTakeTooLongIsShownAsText) {
-    // Time doubles with each table inside another; it is quadratic in what floats.
+    // The time doubles with each nested table, and grows with the square of the floats.
     for (const auto& [piece, times] : std::initializer_list<std::pair<std::string, int>>{
              {"<table><tr><td>", 30}, {"<table style='float:left'><tr><td>x</table>", 10'000}}) {
         std::string page;
@@ -283,7 +283,7 @@ TEST_F(PreviewPaneTest, PicturesAreAsLargeAsFitsAndSharp) {
 }
 
 TEST_F(PreviewPaneTest, WhatIsNoneOfItsKindOrTooLargeCostsAMessage) {
-    // A BMP of 60,000 x 60,000 with a header and no pixels; a PNG of that size that breaks off.
+    // These are a BMP of 60,000 x 60,000 with a header and no pixels, and a truncated PNG of that size.
     std::string bmp("BM\0\0\0\0\0\0\0\0\x36\0\0\0\x28\0\0\0\x60\xEA\0\0\x60\xEA\0\0\1\0\x20\0\0\0\0\0", 34);
     bmp += std::string(20, '\0');
     const std::string png("\x89PNG\r\n\x1A\n\0\0\0\rIHDR\0\0\xEA\x60\0\0\xEA\x60\x08\2\0\0\0\x0C\xC6\x50\x8C",
@@ -329,7 +329,7 @@ TEST_F(PreviewPaneTest, WhereTheSystemHasNoRoomForAHelperItSaysSo) {
     for (const V kind : {V::kPicture, V::kPages, V::kRichText, V::kWebPage, V::kOffice}) {
         reasons.clear();
         {
-            // Enough for the file and half of the pipes.
+            // That is enough for the file and half of the pipes.
             const FewDescriptors few(3);
             show(kind, name);
         }
@@ -391,7 +391,7 @@ TEST_F(PreviewPaneTest, AnOfficeDocumentIsConvertedInAFolderThatGoes) {
     show(V::kOffice, office);
     EXPECT_EQ(text(), "needs soffice of LibreOffice");
     EXPECT_EQ(missing, std::vector<std::string>{"soffice"});
-    // It reads what comes with it, and nothing else of the disk.
+    // The converter reads its own files, and nothing else of the disk.
     const std::string made = commands.path() + "/made.pdf";
     fs::rename(pdf("made.pdf", 1), made);
     command("soffice",
@@ -426,7 +426,7 @@ TEST_F(PreviewPaneTest, PicturesThatNeedAConverterAreShownByItOrNameIt) {
     const std::string made = commands.path() + "/made.png";
     ASSERT_TRUE(page.save(QString::fromStdString(made)));
     command("soffice", "test \"$6\" = png && mkdir out && cp " + made + " out/document.png");
-    // The real one, where there is one; it writes this for the file above.
+    // If the real converter is there, it is used; it writes this for the file above.
     command("pcxtoppm",
             "test -x /usr/bin/pcxtoppm && exec pcxtoppm\n"
             "printf 'P6\\n2 1\\n255\\n\\377\\0\\0\\377\\0\\0'");
@@ -446,7 +446,7 @@ TEST_F(PreviewPaneTest, SoundPlaysStopsAndHasAPosition) {
         "RIFF\x24\xE2\4\0WAVEfmt \x10\0\0\0\1\0\1\0\x40\x1F\0\0\x80\x3E\0\0\2\0\x10\0data\0\xE2\4\0", 44);
     wav += std::string(320'000, '\0');
     show(V::kMedia, file("a.wav", wav));
-    EXPECT_EQ(area->viewer(), nullptr);  // Not yet: the user may only be passing by.
+    EXPECT_EQ(area->viewer(), nullptr);  // It does not exist yet, because the user may only be passing by.
     ASSERT_TRUE(soon([&] { return area->viewer() != nullptr || !missing.empty(); }));
     if (hasNoPlayer()) GTEST_SKIP() << "no player: " << missing[0];
     ASSERT_EQ(missing, std::vector<std::string>());
@@ -486,7 +486,8 @@ TEST_F(PreviewPaneTest, ASoundThatNamesOtherPlacesOpensNoneOfThem) {
         EXPECT_FALSE(server.wasAsked()) << content;
         EXPECT_EQ(::open(path("fifo").c_str(), O_WRONLY | O_NONBLOCK), -1) << "it is read: " << content;
     }
-    // Readers of lists come in packages that not everybody has. What they would open with has to be gone too.
+    // Readers of lists come in packages that not everybody has, so what they would open with has to be gone
+    // too.
     for (const char* scheme : {"http", "https", "icy", "rtsp", "rtspt", "rtmp", "srt", "udp", "tcp", "rtp",
                                "fd", "data", "resource", "v4l2", "cdda", "multifile", "splitmux"}) {
         GstElement* source = gst_element_make_from_uri(

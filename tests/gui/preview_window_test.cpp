@@ -1,4 +1,4 @@
-// The preview in the window: it follows the selection of the list.
+// Tests that the preview in the window follows the selection of the list.
 #include "gui/lists_fixture.h"
 #include "platform/linux/preview/preview_tools.h"
 #include "platform/qt/preview/preview_area.h"

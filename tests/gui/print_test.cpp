@@ -1,4 +1,4 @@
-// What is printed: pages, the PDF, and the preview.
+// Tests what is printed: pages, the PDF, and the preview.
 #include <QFontDatabase>
 #include <QMessageBox>
 #include <QPrintDialog>
@@ -66,19 +66,19 @@ int occurrences(const QString& text, const char* part) {
     return static_cast<int>(text.count(QString::fromUtf8(part)));
 }
 
-/// With what can be read in a PDF.
+/// Reads what a PDF contains.
 struct PdfTest : PrintTest {
     void SetUp() override {
         if (QStandardPaths::findExecutable(QStringLiteral("pdftotext")).isEmpty())
             GTEST_SKIP() << "no pdftotext";
     }
-    /// Of the one that all is written to.
+    /// Returns the text of the PDF that all tests write.
     QString writtenText() {
         PdfFailure failure;
         EXPECT_EQ(write(failure), PrintResult::kDone);
         return textOf(path);
     }
-    /// "row0" and so on, so many, stand once each.
+    /// Expects "row0" and so on, `count` of them, once each.
     static void expectEach(const QString& text, const char* front, int count) {
         const QStringList words = text.simplified().split(QLatin1Char(' '));
         for (int i = 0; i < count; ++i)
@@ -152,7 +152,7 @@ TEST_F(PrintTest, AWideListIsTurnedAcrossBeforeItRunsOver) {
 }
 
 TEST_F(PdfTest, NumbersAreNeverCutAndTheLongestTextDecides) {
-    // One row among many, where no sample would find it.
+    // One row among many is so wide; no sample would find it.
     for (int i = 0; i < 5000; ++i) {
         const Row row = grid.addRow(kNoRow, i == 3777 ? "a rather long name among short ones" : "r");
         grid.setNumber(row, 0, i == 2345 ? 123456789012.0 : i);

@@ -1,4 +1,4 @@
-// The program seen from outside: what it does to others, to a missing display and to its user's folders.
+// Tests the program from outside: what it does to others, without a display, and with its user's folders.
 #include <QClipboard>
 #include <QFileDialog>
 #include <QFontDialog>
@@ -16,7 +16,7 @@ namespace test {
 int wholeSession();
 int quitFromReport();
 
-/// The window's module with this logic, as the program starts it.
+/// Loads the window's module and runs it with this logic, as the program does.
 bool showWindow(Logic& logic) {
     std::string reason;
     const std::string folder = std::filesystem::path(HARBORLANTERN_PROGRAM).parent_path().string();
@@ -98,17 +98,17 @@ std::set<std::string> filesBelow(const std::string& folder) {
 
 struct ProgramWindow : testing::Test {
     const Program program;
-    std::string pid;  ///< Of the first one.
+    std::string pid;  ///< The number of the first process.
     std::thread first;
 
-    /// Shows no window.
+    /// Runs the program, which shows no window.
     test::Ended run(const std::vector<std::string>& arguments) const {
         return program.run(arguments, [this] {
             ::setenv("QT_QPA_PLATFORM", "offscreen", 1);
             test::writeFile(program.home("pid"), std::to_string(::getpid()));
         });
     }
-    /// The first one, which ends with this status.
+    /// Starts the first process, which must end with this status.
     void start(int status) {
         first = std::thread([this, status] { EXPECT_EQ(run({}).status, status); });
         EXPECT_TRUE(comes([&] { return fs::is_socket(program.home("run/harborlantern_APPLICATION")); }));
@@ -116,7 +116,8 @@ struct ProgramWindow : testing::Test {
     }
 };
 
-/// The tests' executable once more, as a process that does what `order` says. An empty variable is none.
+/// Starts the tests' executable again, as a process that does what `order` says. An empty value removes a
+/// variable.
 pid_t startAgain(const char* order, const std::vector<std::pair<const char*, std::string>>& variables) {
     const pid_t child = test::must(::fork());
     if (child != 0) return child;
@@ -143,13 +144,13 @@ TEST_F(ProgramWindow, ASecondStartHandsItsSourcesToTheFirstOrSaysThatItDoesNotAn
     first.join();
 }
 
-// Where `function` of the module begins in a running process.
+// Returns where `function` of the module begins in a running process.
 off_t addressOf(const std::string& pid, const std::string& module, const std::string& function) {
     std::ifstream maps("/proc/" + pid + "/maps");
     std::string line, path;
     while (path.empty() && std::getline(maps, line))
         if (line.ends_with("/" + module)) path = line.substr(line.find('/'));
-    // Exported or not.
+    // The function need not be exported.
     const std::string name = test::outputOf("nm '" + path + "' | grep -i ' t " + function + "$'");
     if (name.empty()) return 0;
     return static_cast<off_t>(std::stoull(line, nullptr, 16) + std::stoull(name, nullptr, 16));
@@ -161,14 +162,14 @@ TEST_F(ProgramWindow, AFaultInItsModuleIsReportedLikeAnyErrorAndOneThatEndsItLea
 #endif
     const auto log = [&] { return test::readFile(program.home("error.log")); };
     start(1);
-    // A function with nothing to destroy: others are covered for unwinding only where the compiler knows a
-    // load or a call.
+    // The function must have nothing to destroy: in others, the compiler covers only known loads and calls
+    // for unwinding.
     const off_t function = addressOf(
         pid, "harborlantern-gui.so",
         "_ZN2hl10MainWindow10setSourcesERKSt6vectorINS_9ComboItemESaIS2_EERKNSt7__cxx1112basic_stringIcSt11"
         "char_traitsIcESaIcEEEi");
     const int memory = test::must(::open(("/proc/" + pid + "/mem").c_str(), O_RDWR));
-    EXPECT_EQ(::pwrite(memory, "\x8b\x04\x25\0\0\0\0", 7, function), 7);  // Reads from address 0.
+    EXPECT_EQ(::pwrite(memory, "\x8b\x04\x25\0\0\0\0", 7, function), 7);  // It reads from address 0.
     ::close(memory);
     EXPECT_EQ(run({program.home("run")}).status, 0);
     EXPECT_TRUE(comes([&] { return log().find("\r\n\r\n") != std::string::npos; }));
@@ -190,7 +191,7 @@ TEST_F(ProgramWindow, AFaultInItsModuleIsReportedLikeAnyErrorAndOneThatEndsItLea
         << last;
 }
 
-// Processes of the user's that run this helper for that home.
+// Returns the user's processes that run this helper for that home.
 std::vector<std::string> helpersFor(const std::string& home) {
     std::vector<std::string> found;
     for (const auto& each : fs::directory_iterator("/proc")) {
@@ -230,9 +231,9 @@ TEST(OnScreenClipboard, HasTheReportWithWhichTheProgramWasQuitUntilSomethingElse
         const std::string open = fs::read_symlink(each.path()).string();
         EXPECT_TRUE(open[0] != '/' || open == "/dev/null") << open;
     }
-    // A copy counts from the last event that its program has seen, and is nothing new if that is the same
-    // millisecond in which the helper took the clipboard over: this window brings an event, as the user's
-    // keys would.
+    // A copy has the time of the last event that its program has seen, and counts as old if that is the
+    // millisecond in which the helper took the clipboard over: this window brings a newer event, as the
+    // user's keys would.
     QWidget window;
     window.show();
     EXPECT_TRUE(comes([&] {

@@ -1,4 +1,4 @@
-// A logic that writes down what the window tells it, and does what a test wants.
+// A logic that records what the window tells it, and does what a test wants.
 #pragma once
 
 #include <functional>
@@ -11,7 +11,7 @@ namespace hl::test {
 
 class RecordingEvents : public WindowEvents {
   public:
-    /// "execute 0 7" and the like, in order.
+    /// Has texts such as "execute 0 7", in order.
     std::vector<std::string> told;
     std::function<void(BarId, int)> onExecute = [](BarId, int) {};
     std::function<void(BarId)> onBarResized = [](BarId) {};

@@ -1,4 +1,4 @@
-// The window on a disk that does not answer: it goes on painting, Stop works, and it can be closed.
+// Tests the window on a disk that does not answer: it repaints, Stop works, and it can be closed.
 #include <QElapsedTimer>
 
 #include "gui/files_fixture.h"
@@ -12,7 +12,7 @@ namespace {
 
 class SilentDisk : public FilesTest {
   protected:
-    /// The source is read, and its files are listed.
+    /// Reads the source and lists its files.
     GridView& open() {
         session_.emplace(home.path());
         session_->form().parts().preview.tools = &tools;
@@ -31,7 +31,7 @@ class SilentDisk : public FilesTest {
         mount.die();
         EXPECT_TRUE(comes([] { return HelperSlot::taken() == 0; }));
     }
-    /// Does `act`, which waits for the disk. Meanwhile the window is alive, and `end` ends the wait.
+    /// Does `act`, which waits for the disk. Meanwhile the window must react, and `end` must end the wait.
     void expectEnds(const char* what, const std::function<void()>& act, const std::function<void()>& end) {
         QElapsedTimer time;
         QTimer tick;
@@ -90,7 +90,7 @@ TEST_F(SilentDisk, StopEndsMenusNamesListsAndDeleting) {
         "folder", [&] { s().execute(Command::kDeleteFolders); }, stop());
     answerAgain();
     EXPECT_NE(s().row("sub"), kNoRow);
-    // What the disk has in hand it may do: one file of the second command.
+    // The disk may still carry out what it has in hand: one file of the second command.
     for (const char* path : {"src/a.txt", "src/c.txt", "src/sub/d.txt", "src/sub/deep/e.txt"})
         EXPECT_TRUE(there(path)) << path;
 }

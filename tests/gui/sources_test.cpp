@@ -1,4 +1,4 @@
-// Sources and drives in the window: the box in which they stand, how they are typed, kept and removed.
+// Tests sources and drives in the window: how the box shows them, and how they are typed, kept and removed.
 #include <QLineEdit>
 #include <QListView>
 
@@ -14,7 +14,7 @@ using namespace test;
 
 class SourcesTest : public WindowTest {
   protected:
-    /// A session whose box has these saved sources.
+    /// Starts a session whose box has these saved sources.
     Session& start(const std::vector<std::string>& saved = {}) {
         std::string section = "[ComboOrdner]\r\n";
         for (std::size_t i = 0; i < saved.size(); ++i)
@@ -23,7 +23,7 @@ class SourcesTest : public WindowTest {
         setSettings(section);
         return startAgain();
     }
-    /// As the session before has left it.
+    /// Starts a session with what the former session left.
     Session& startAgain() {
         if (session_) session_->frame().close();
         session_.emplace(home.path());
@@ -32,7 +32,7 @@ class SourcesTest : public WindowTest {
     }
     QComboBox& box() { return *session_->frame().findChild<QComboBox*>(QStringLiteral("cboOrdner")); }
     std::string shown() { return box().currentText().toStdString(); }
-    /// The sources that the user has added.
+    /// Returns the sources that the user has added.
     Names listed() {
         Names all;
         for (int i = 1; i < box().count(); ++i) all.push_back(box().itemText(i).toStdString());
@@ -96,7 +96,7 @@ TEST_F(SourcesTest, DelRemovesAnEntryThatIsNotBeingEdited) {
         start({at("a/"), at("b/"), at("c/")});
         QLineEdit& edit = *box().lineEdit();
         box().setFocus();
-        for (int i = 0; i < 2; ++i) QTest::keyClick(&box(), Qt::Key_Down);  // From the drive to b.
+        for (int i = 0; i < 2; ++i) QTest::keyClick(&box(), Qt::Key_Down);  // They go from the drive to b.
         ASSERT_EQ(shown(), at("b/"));
         const auto end = static_cast<int>(at("b/").size());
         edit.setCursorPosition(where == kEnd || where == kTyped ? end : where == kInside ? 1 : 0);

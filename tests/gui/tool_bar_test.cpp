@@ -22,7 +22,7 @@ using Told = std::vector<std::string>;
 
 constexpr int kCombo = 50, kGo = 2, kFirstCheck = 60, kToggle = 33, kSearch = 29, kLast = 20;
 
-/// A bar with one entry of each kind, of its own width of some 600 pixels.
+/// A bar with one entry of each kind; it is some 600 pixels wide.
 class ToolBarTest : public testing::Test {
   protected:
     ToolBarTest() {
@@ -42,7 +42,8 @@ class ToolBarTest : public testing::Test {
         tool_.resize(width, tool_.heightForWidth(width));
         tool_.show();
         QApplication::processEvents();
-        // A window manager answers later, to each size in turn; the last answer must not meet the next size.
+        // A window manager answers each size later, in turn; its last answer must not come after the next
+        // size.
         if (QGuiApplication::platformName() != QLatin1String("offscreen")) QTest::qWait(40);
     }
     template <class Widget = QToolButton>
@@ -123,7 +124,7 @@ TEST_F(ToolBarTest, AnEditBoxBehindTheExtensionGetsTheKeyboardToo) {
     QTimer look;
     look.callOnTimeout([&] {
         QMenu* menu = extension()->menu();
-        // Where a popup's keys go.
+        // A popup's keys go there.
         if (menu->isVisible() && menu->focusWidget() != nullptr)
             QTest::keyClicks(menu->focusWidget(), QStringLiteral("ab"));
         menu->close();

@@ -1,4 +1,4 @@
-// The main window with all its bars and panes, and a logic that writes down what it is told.
+// The main window with all its bars and panes, and a logic that records what it is told.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -18,7 +18,8 @@
 
 namespace hl::test {
 
-/// English. Shows the report, the drives and the file list; every entry with work behind it is enabled.
+/// Uses English, and shows the report, the drives and the file list; every entry that has a routine is
+/// enabled.
 class WindowBars : public testing::Test, private PaneHost {
   protected:
     WindowBars() {

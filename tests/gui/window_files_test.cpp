@@ -1,4 +1,4 @@
-// What a session reads from files at its start and leaves in them: reports, settings, Toolbar.dat.
+// Tests what a session reads from files at its start and leaves in them: reports, settings, Toolbar.dat.
 #include <QComboBox>
 
 #include "gui/window_fixture.h"

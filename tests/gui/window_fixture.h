@@ -1,5 +1,5 @@
-// The program in this process: all that its main() puts together, with a window on no screen, driven by mouse
-// and keys. main() of the tests has made a QApplication.
+// The program in this process: everything that its main() puts together, with a window on no screen, driven
+// by mouse and keys. main() of the tests has made a QApplication.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -40,12 +40,12 @@
 
 namespace hl::test {
 
-/// Of a build that names all.
+/// The addresses of a build in which every address is set.
 inline const Addresses kAllAddresses = {"https://home.test/", "http://forum.test/", "give.test",
                                         "bugs@mail.test"};
 
-/// The machine's files. `beforeBlock` runs in front of each block of a scan, counted from 1 for each source;
-/// `beforeFiles` of a list of files.
+/// The machine's files. `beforeBlock` runs before each block of a scan, counted from 1 for each source;
+/// `beforeFiles` before each block of a list of files.
 class PausingFileSystem final : public FileSystem {
   public:
     explicit PausingFileSystem(Patience& patience)
@@ -82,15 +82,15 @@ class PausingFileSystem final : public FileSystem {
     PatientFileSystem disk_;
 };
 
-/// The machine's files, changed. `before` runs in front of each operation, with what the logic does
-/// meanwhile.
+/// Changes the machine's files. `before` runs before each operation, with the caller's watch.
 class PausingOperations final : public FileOperations {
   public:
     PausingOperations(const LinuxFileOperations::Settings& settings, SilentDisks& disks)
         : disk_(std::make_shared<DirectoryCalls>(), settings, &disks) {}
     std::function<void(OperationWatch&)> before = [](OperationWatch&) {};
 
-    /// Refuses what it says no to, links on the way followed. For users who delete by chance.
+    /// Operations are refused where it returns false; links on the way are followed. For users who delete at
+    /// random.
     std::function<bool(const std::filesystem::path&)> allows;
 
     int removeFile(const FilePlace& place, OperationWatch& watch) override {
@@ -129,13 +129,13 @@ class PausingOperations final : public FileOperations {
     LinuxFileOperations disk_;
 };
 
-/// A desktop on which everything can be opened.
+/// A desktop that can open everything.
 class RecordingDesktop final : public Desktop {
   public:
     std::vector<std::string> opened;
-    bool runs = false;  ///< All files are programs.
+    bool runs = false;  ///< All files count as programs.
     OpenResult result = OpenResult::kStarted;
-    std::vector<DesktopProgram> programs;  ///< All that there are.
+    std::vector<DesktopProgram> programs;  ///< All programs of the desktop.
 
     OpenResult open(const std::string& path) override {
         opened.push_back(path);
@@ -157,7 +157,7 @@ class NoFolderVerb final : public FolderVerb {
     FolderVerbFailure withdraw() override { return {}; }
 };
 
-/// Acts on the dialogs that open next, one after another. Each act closes its dialog, or opens the next.
+/// Acts on the dialogs that open next, one after another. Each act closes its dialog, or opens the next one.
 class Answers {
   public:
     using Act = std::function<void(QDialog&)>;
@@ -181,23 +181,23 @@ class Answers {
     }
     QObject context_;
     std::deque<Act> acts_;
-    QPointer<QDialog> last_;  ///< Null again once it is gone: the next one may lie where it lay.
+    QPointer<QDialog> last_;  ///< Null once it is gone, since the next one may have its address.
 };
 
-/// Presses the button of this caption.
+/// Presses the button with this caption.
 inline void pressIn(QWidget& dialog, const char* caption) {
     for (auto* button : dialog.findChildren<QAbstractButton*>())
         if (button->text().remove(QLatin1Char('&')) == QString::fromUtf8(caption)) return button->click();
     ADD_FAILURE() << "no button " << caption;
 }
-/// In a file dialog: chooses a path.
+/// Chooses a path in a file dialog.
 inline void choosePath(QDialog& dialog, const std::string& path) {
     auto* edit = dialog.findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
     edit->setText(QString::fromStdString(path));
     QTest::keyClick(edit, Qt::Key_Return);
 }
 
-/// Clicks an entry by its bar and id, Command::kReportFoldAll, in the bar or in a list of it.
+/// Clicks an entry, named by bar and id, in the bar or in one of its lists.
 inline void clickEntry(QWidget& frame, const QString& name) {
     auto* widget = frame.findChild<QWidget*>(name);
     if (widget != nullptr && widget->isVisible())
@@ -212,7 +212,7 @@ inline void clickEntry(QWidget& frame, const QString& name) {
     ADD_FAILURE() << "no entry " << name.toStdString();
 }
 
-/// The program without its window. German, unless its settings say otherwise.
+/// The program without its window. It speaks German, unless its settings say otherwise.
 class Logic : private ErrorSink, private MessagePump {
   public:
     explicit Logic(const std::string& home, const Addresses& addresses = {})
@@ -250,8 +250,8 @@ class Logic : private ErrorSink, private MessagePump {
     LinuxPatience patience{disks};
     PausingFileSystem fileSystem{patience};
     Answers answers;
-    std::vector<std::string> reports;  ///< Of errors.
-    std::function<void()> onThere;     ///< The window exists, and is not yet shown.
+    std::vector<std::string> reports;  ///< The reports of errors.
+    std::function<void()> onThere;     ///< Is called when the window exists but is not yet shown.
     std::function<void()> endProcess = [] { FAIL(); };
 
     WindowForm& form() { return *form_; }
@@ -284,7 +284,7 @@ class Logic : private ErrorSink, private MessagePump {
         if (onThere) onThere();
     }
 
-    TempDir machine_;  ///< Its mounts.
+    TempDir machine_;  ///< Holds the mounts.
     std::string home_, mail_;
     struct Facts : FakeSystemFacts {
         std::string errorText(int code) override { return LinuxSystemFacts().errorText(code); }
@@ -324,14 +324,14 @@ class Session : public Logic {
             return text;
         };
     }
-    /// `before` runs ahead of the loading of the form.
+    /// Shows the window; `before` runs before the form is loaded.
     void show() {
         window_ = std::make_unique<MainWindow>(form().parts(), form());
         qtPump_ = std::make_unique<QtPump>(form());
         form().formLoad(*window_, *qtPump_);
         window_->show();
     }
-    /// The same, and waits until it is the active one.
+    /// Shows the window and waits until it is active.
     void start() {
         show();
         EXPECT_TRUE(QTest::qWaitForWindowActive(&frame()));
@@ -342,7 +342,7 @@ class Session : public Logic {
         settle();
     }
 
-    std::set<std::string> painted;  ///< Names of rows that the window has asked for.
+    std::set<std::string> painted;  ///< The names of the rows that the window has asked for.
 
     MainWindow& window() { return *window_; }
     Frame& frame() { return window_->frame(); }
@@ -357,7 +357,7 @@ class Session : public Logic {
         clickEntry(frame(), entryName(command));
         settle();
     }
-    /// Without a click, whether its entry shows or not.
+    /// Executes a command without a click, whether its entry is visible or not.
     void execute(Command command) { form().execute(barOf(command), idOf(command)); }
     void key(QWidget& on, Qt::Key key) {
         QTest::keyClick(&on, key);
@@ -373,7 +373,7 @@ class Session : public Logic {
         key(*widget, end);
     }
     void scan(const std::string& folder) { type(QStringLiteral("cboOrdner"), folder, Qt::Key_Return); }
-    /// In the title row, where the column shows.
+    /// Returns the place of a column's title, scrolled into view.
     static QPoint title(GridView& view, int column) {
         const QHeaderView& header = *view.horizontalHeader();
         view.horizontalScrollBar()->setValue(header.sectionPosition(column));
@@ -401,7 +401,7 @@ class Session : public Logic {
     std::string status() {
         return frame().findChild<QWidget*>(QStringLiteral("panel1"))->accessibleName().toStdString();
     }
-    /// Names of the rows on screen; of a source the last part of its path.
+    /// Returns the names of the visible rows; for a source, the last part of its path.
     std::string rows() {
         view().sync();
         std::string all;
@@ -414,25 +414,25 @@ class Session : public Logic {
             if (nameOf(grid().rowAt(i)) == name) return grid().rowAt(i);
         return kNoRow;
     }
-    /// "Size|Files|Folders" of a row. A zero shows as nothing.
+    /// Returns "Size|Files|Folders" of a row. A zero shows as nothing.
     std::string numbers(Row row) {
         const auto cell = [&](std::size_t column) { return view().cellText(column, row).toStdString(); };
         return cell(1) + "|" + cell(3) + "|" + cell(4);
     }
     std::string numbers(const std::string& name) { return numbers(row(name)); }
-    /// Of the report's columns.
+    /// Returns the widths of the report's columns.
     std::vector<double> widths() {
         std::vector<double> all;
         for (const GridColumn& column : grid().columns()) all.push_back(column.width);
         return all;
     }
-    /// The columns are as wide as the command that fits them makes them.
+    /// Expects that the columns are as wide as the command that fits them makes them.
     void expectFitted() {
         const std::vector<double> found = widths();
         click(Command::kReportFit);
         EXPECT_EQ(found, widths());
     }
-    /// The grids that show.
+    /// Returns the visible grids.
     std::string panes() {
         std::string all;
         for (std::size_t i = 0; i < kGridCount; ++i) {
@@ -452,7 +452,7 @@ class Session : public Logic {
     std::unique_ptr<QtPump> qtPump_;
 };
 
-/// A fresh home with a window wide enough for all columns, and a place for trees.
+/// A fresh home, with a window wide enough for all columns, and a place for trees.
 class WindowTest : public testing::Test {
   protected:
     WindowTest() { setSettings(""); }
@@ -464,14 +464,14 @@ class WindowTest : public testing::Test {
     std::string at(const std::string& path) const { return tree.path() + "/" + path; }
     void folder(const std::string& path) const { std::filesystem::create_directories(at(path)); }
     void file(const std::string& path, int size) const { makeFile(at(path), size); }
-    /// `count` folders with one file of 10 bytes each.
+    /// Makes `count` folders with one file of 10 bytes each.
     void folders(int count) const {
         for (int i = 0; i < count; ++i) {
             folder("src/f" + std::to_string(i));
             file("src/f" + std::to_string(i) + "/x", 10);
         }
     }
-    /// src(a(aa(x 300) y 100) b(z 50) w 7)
+    /// Makes src(a(aa(x 300) y 100) b(z 50) w 7).
     void smallTree() const {
         folder("src/a/aa");
         folder("src/b");

@@ -1,4 +1,4 @@
-// The table of pictures against the drawings in data/icons.
+// Tests the table of pictures against the drawings in data/icons.
 #include "platform/icons.h"
 
 #include <gtest/gtest.h>
@@ -14,7 +14,8 @@ namespace fs = std::filesystem;
 
 const fs::path kFolder = fs::path(HARBORLANTERN_SOURCE_DIR) / "data" / "icons";
 
-/// What a drawing of 16 pixels must not have; empty if it is fit for both palettes and needs no other file.
+/// Returns what a drawing of 16 pixels must not have, or an empty text if it suits both palettes and needs no
+/// other file.
 std::string faultOf(const std::string& svg) {
     if (!svg.starts_with("<svg xmlns=\"http://www.w3.org/2000/svg\"")) return "no SVG";
     if (!svg.ends_with("</svg>\n")) return "cut off";
@@ -23,7 +24,8 @@ std::string faultOf(const std::string& svg) {
         "<(text|image|use|style|script|filter|\\w+Gradient)|href|url\\(|@import|<!");
     std::smatch match;
     if (std::regex_search(svg, match, foreign)) return "has " + match.str();
-    // Dark palettes have the strokes recoloured by their exact name; another grey would vanish there.
+    // For dark palettes the strokes are recoloured by their exact colour; another grey would be invisible
+    // there.
     static const std::regex paint(
         "(?:fill|stroke)=\"(?!none\"|#303030\"|#2f6fb5\"|#c0392b\"|#3a8f4d\")[^\"]*\"");
     if (std::regex_search(svg, match, paint)) return "has " + match.str();

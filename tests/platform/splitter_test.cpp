@@ -7,7 +7,7 @@ namespace {
 
 constexpr int kHuge = std::numeric_limits<int>::max();
 
-// Two grids, bar 4, no limits, and a record of what the window ("c") and the form ("r") are told.
+// Two grids, a bar of 4, no limits, and a record of what the window ("c") and the form ("r") are told.
 class Splitter : public testing::Test {
   protected:
     Splitter() {
@@ -21,7 +21,7 @@ class Splitter : public testing::Test {
         splitter.setPosition(position);
         told.clear();
     }
-    /// Start and size of what shows: "0+100 |100+4 104+96".
+    /// Returns the start and size of what is visible: "0+100 |100+4 104+96".
     std::string panes() const {
         const auto part = [](const cSplitter::Span& span) {
             return span.visible ? std::to_string(span.start) + "+" + std::to_string(span.size) : "-";
@@ -38,7 +38,7 @@ TEST_F(Splitter, KeepsThePositionWithinItsLimitsAndTheFirstMinimumAboveAll) {
         const char* what;
         int minimum1, maximum1, minimum2, maximum2, position, expected;
     };
-    // Total 200, bar 4: the panes share 196.
+    // The total is 200 and the bar 4, so the panes share 196.
     const Case cases[] = {{"no limits", 0, -1, 0, 0, 120, 120},
                           {"second too large", 0, -1, 0, 50, 100, 146},
                           {"first too large", 0, 60, 0, -1, 100, 60},

@@ -31,7 +31,7 @@ std::size_t entriesOf(const std::string& folder) {
     return static_cast<std::size_t>(std::distance(fs::directory_iterator(folder), {}));
 }
 
-/// Both ways in which an unfinished file can live.
+/// Tests both ways in which an unfinished file can exist.
 class Replacing : public testing::TestWithParam<Unfinished> {
   protected:
     test::TempDir dir;
@@ -74,7 +74,7 @@ TEST_P(Replacing, LeavesNothingBehindWithoutACommitOrWhereTheCommitFails) {
     files.replace(target, error)->write("never");
     EXPECT_EQ(entriesOf(dir.path()), 0U);
     const auto file = files.replace(target, error);
-    fs::create_directory(target);  // Meanwhile, by somebody else.
+    fs::create_directory(target);  // Somebody else makes it meanwhile.
     EXPECT_EQ(file->commit(), EISDIR);
     EXPECT_EQ(entriesOf(dir.path()), 1U);
 }
@@ -94,7 +94,7 @@ TEST_P(Replacing, FollowsALinkAndKeepsIt) {
 TEST_P(Replacing, RespectsWriteProtectionOfTheFileAndOfTheFolder) {
     test::writeFile(target, "old");
     chmod(target.c_str(), 0444);
-    const bool isRoot = geteuid() == 0;  // Whom no protection stops.
+    const bool isRoot = geteuid() == 0;  // No protection stops root.
     for (const mode_t mode : {0777U, 0555U}) {
         ASSERT_EQ(chmod(dir.path().c_str(), mode), 0);
         ASSERT_EQ(seteuid(isRoot ? test::kNobody : geteuid()), 0);
@@ -141,7 +141,7 @@ TEST_F(WholeFiles, SurvivesAPipeWithoutAReaderAndDoesNotWaitForAWriter) {
     const auto file = files.replace(pipe, error);
     close(reader);
     EXPECT_EQ(file->write("text"), EPIPE);
-    // The window would stand still for as long as nobody reads.
+    // Otherwise the window would stand still until somebody reads.
     files.refuseUnreadPipes();
     EXPECT_EQ(files.replace(pipe, error), nullptr);
     EXPECT_EQ(error, ENXIO);

@@ -22,7 +22,8 @@ class FolderVerbTest : public testing::Test {
     LinuxFolderVerb verb{"lantern", dir.path() + "/data", dir.path()};
 };
 
-// The value of Exec as a reader of such files has it: escapes of values undone, field codes expanded.
+// Returns the value of Exec as a reader of such files sees it: with the escapes of values undone and field
+// codes expanded.
 std::string commandIn(const std::string& entry) {
     const std::size_t start = entry.find("\nExec=") + 6;
     const std::string value = entry.substr(start, entry.find('\n', start) - start);
@@ -41,7 +42,7 @@ std::string commandIn(const std::string& entry) {
     return command;
 }
 
-// The quotes of a command line are a part of the shell's.
+// The quotes of a command line are a subset of the shell's.
 TEST_F(FolderVerbTest, TheCommandStartsTheProgramWhateverItsPathHolds) {
     int number = 0;
     for (const char* name : {"plain", "two words", "a\"b", "it's", "$HOME", "`id`", "back\\slash", "100%F",

@@ -1,4 +1,4 @@
-// Moving to another file system.
+// Tests moving to another file system.
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <linux/fs.h>
@@ -136,7 +136,7 @@ TEST_F(MovingAcrossTest, AFileThatChangesMeanwhileStays) {
     EXPECT_EQ(namesIn(other.path()), std::set<std::string>{"there"});
 }
 
-// A folder that takes new names but gives none away: that shows only when the old name should go.
+// The folder takes new names but gives none away, which is noticed only when the old name should go.
 TEST_F(MovingAcrossTest, IfTheOldNameCannotGoTheNewOneIsTakenBack) {
     const Descriptor folder = openAt(AT_FDCWD, at("sub"), O_RDONLY | O_DIRECTORY);
     const auto setFlags = [&](int flags) { return ioctl(folder.number(), FS_IOC_SETFLAGS, &flags) == 0; };
@@ -164,7 +164,7 @@ TEST_F(MovingAcrossTest, RightsAreLookedAtBeforeAnythingIsCopied) {
         {0755, 0644, EACCES, 0},
         {01777, 0644, EPERM, 0},
         {0777, 0600, EACCES, 0},
-        {0777, 06755, 0, 0755},  // Nobody lends what is not his.
+        {0777, 06755, 0, 0755},  // Nobody can give rights to what is not theirs.
         {0777, 0444, 0, 0444}};
     for (const auto& [folder, file, error, left] : cases) {
         makeText(at("sub/old"));
@@ -184,7 +184,7 @@ TEST_F(MovingAcrossTest, RightsAreLookedAtBeforeAnythingIsCopied) {
 
 constexpr off_t kMebi = off_t{1} << 20;
 
-// On two file systems where there are two, so that both ways of copying have their turn.
+// Tests between two file systems, if there are two, so that both ways of copying are used.
 class CopyingTest : public testing::Test {
   protected:
     test::TempDir dir;
@@ -247,7 +247,7 @@ TEST_F(CopyingTest, AnotherSizeThanToldIsBusy) {
     }
 }
 
-// A list that a folder lends to what is made in it: version 2, then tag, rights and id of each entry.
+// A list of rights that a folder passes on to new entries: version 2, then tag, rights and id of each entry.
 TEST_F(CopyingTest, NobodyGetsRightsFromTheNewFolder) {
     const unsigned char list[] = {2,  0, 0, 0,                           //
                                   1,  0, 7, 0, 0xff, 0xff, 0xff, 0xff,   // The owner.

@@ -1,4 +1,4 @@
-// Things to be moved, places to move them to, and what is seen of them there.
+// Things to move, places to move them to, and what is seen of them there.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -32,7 +32,7 @@ inline struct stat factsOf(const std::string& path) {
     return facts;
 }
 
-// 0 if there is nothing.
+// Returns 0 if there is nothing.
 inline ino_t inodeOf(const std::string& path) {
     return factsOf(path).st_ino;
 }
@@ -54,7 +54,7 @@ class MovingTest : public testing::Test {
     TempDir dir;
 };
 
-// A small file system on a folder of its own, or a folder of one that is there.
+// A small file system on a folder of its own, or a folder of one that exists.
 class OtherMount {
   public:
     explicit OtherMount(const char* options) : mounted_("tmpfs", folder_.path(), "tmpfs", 0, options) {}

@@ -24,7 +24,7 @@ TEST_F(MovingTest, WhateverItIsItIsTheSameUnderItsNewName) {
             EXPECT_EQ(moveTo(at("old"), at(name)), 0) << each.name << " to " << name;
             EXPECT_EQ(inodeOf(at("old")), 0U);
             EXPECT_EQ(inodeOf(at(name)), inode);
-            // And back, below an open base.
+            // It is also moved back, below an open base.
             EXPECT_EQ(moveTo({dir.path(), name}, {dir.path(), "old"}), 0) << each.name << " from " << name;
             EXPECT_EQ(inodeOf(at("old")), inode);
             fs::remove_all(at("old"));
@@ -112,7 +112,7 @@ TEST_F(MovingTest, WithoutTheRightToWriteAFolderNothingMoves) {
     chmod(dir.path().c_str(), 0755);
 }
 
-// Where case does not matter, the other spelling leads to the entry itself.
+// Where case does not matter, another spelling leads to the same entry.
 TEST(MovingCaseTest, AChangeOfCaseAloneIsDone) {
     const OtherMount folding("mode=0777,size=1m,casefold");
     const std::string folder = folding.at("folding");

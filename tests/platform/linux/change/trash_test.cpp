@@ -14,14 +14,14 @@ namespace {
 namespace fs = std::filesystem;
 using namespace test;
 
-/// Each kind of thing under its own name, and a file under each odd one.
+/// Each kind of thing is under its own name, and a file is under each odd name.
 TEST_F(Trashing, WhateverItIsItGoesWholeAndCanComeBackToWhereItWas) {
     std::string everyByte;
     for (int byte = 1; byte < 256; ++byte)
         if (byte != '/' && everyByte.size() < 245) everyByte += static_cast<char>(byte);
     std::vector<std::pair<std::string, const Kind*>> things;
     for (const Kind& each : kKinds) things.emplace_back(each.name, &each);
-    things.pop_back();  // Nothing.
+    things.pop_back();  // The last one is no thing at all.
     for (const std::string& odd :
          {std::string("a\nPath=etc\n"), std::string("100%41 \t#;"), std::string("\xff\xfe\x80 \xc3"),
           std::string("gone (deleted)"), std::string("x.trashinfo"), everyByte})
@@ -95,7 +95,7 @@ TEST_F(Trashing, LeavesWhatLiesInTheTrashWithoutAnInfoFile) {
 
 TEST_F(Trashing, ShortensANameUntilItsInfoFileHasOneToo) {
     const std::string beginning(243, 'n');
-    const std::string longest = beginning + "\u20AC\u20ACnnnnnn";  // Three bytes each.
+    const std::string longest = beginning + "\u20AC\u20ACnnnnnn";  // They have three bytes each.
     for (int i = 0; i < 2; ++i) {
         test::writeFile(root + "/" + longest, "");
         EXPECT_EQ(recycle(longest), RecycleError::kNone);
@@ -124,7 +124,7 @@ TEST_F(Trashing, NamesAPlaceThatIsLongerThanTheKernelTells) {
     for (int i = 0; i < kDepth; ++i) below += step + "/";
     EXPECT_EQ(recycle(below + "f"), RecycleError::kNone);
     EXPECT_TRUE(contentOfTrash(home) == (Content{{"f", root + "/" + below + "f"}})) << "long, so not printed";
-    // So long a place must be told by names alone.
+    // A place so long can only be told by names.
     EXPECT_EQ(moveToTrash({root, below + "../f", true}, settings), RecycleError::kUnknown);
     test::removeChain(root, kDepth + 1, step);
 }
@@ -183,7 +183,7 @@ TEST(TrashSettings, FollowTheEnvironmentWhereItNamesAbsoluteFolders) {
     EXPECT_TRUE(known.starts_with('/') && known.ends_with("/.local/share/Trash")) << known;
 }
 
-/// Another implementation has the last word: what we throw away it restores.
+/// Another implementation decides: it must restore what we throw away.
 TEST_F(Trashing, AnotherProgramRestoresIt) {
     const std::string data = dir.path() + "/data";
     const Environment set({{"XDG_DATA_HOME", data.c_str()},
@@ -210,7 +210,7 @@ TEST_F(Trashing, AnotherProgramRestoresIt) {
     }
 }
 
-/// In memory: the disk would take seconds.
+/// The files are in memory, because a disk would take seconds.
 class TrashingInMemory : public Trashing {
   protected:
     TrashingInMemory() : Trashing("/dev/shm") {}
@@ -237,7 +237,7 @@ TEST_F(TrashingInMemory, ASwappedFolderLeadsNowhereElse) {
     });
     std::map<RecycleError, int> results;
     for (int round = 0; round < kRounds; ++round) {
-        // A real folder under one of the names, a link to the precious one under the other.
+        // One name belongs to a real folder, the other to a link to the precious one.
         for (const std::string& name : {victim, other}) fs::remove_all(name);
         makeFull(fresh);
         moveTo(victim);
@@ -253,7 +253,7 @@ TEST_F(TrashingInMemory, ASwappedFolderLeadsNowhereElse) {
     EXPECT_EQ(results[RecycleError::kNone] + results[RecycleError::kInvalidPath], 3 * kRounds);
 }
 
-/// A mount of its own, with a home trash elsewhere.
+/// Has a mount of its own, and the home trash elsewhere.
 class TrashingOnAMount : public Trashing {
   protected:
     void SetUp() override {
@@ -284,7 +284,7 @@ TEST_F(TrashingOnAMount, GoesToItsOwnTrashWithAPathFromTheTop) {
     EXPECT_TRUE(fs::is_empty(home));
 }
 
-/// How ".Trash" and ".Trash-$uid" may be found, and which of them is used.
+/// The states in which ".Trash" and ".Trash-$uid" may be found, and which of the two is used then.
 TEST_F(TrashingOnAMount, UsesOnlyATrashThatNobodyElseCanTurnAgainstTheUser) {
     const std::string elsewhere = dir.path() + "/elsewhere";
     const auto makeSticky = [](const std::string& path) {
@@ -385,7 +385,7 @@ TEST_F(Trashing, AMountPointStaysAndWhatIsBoundThereHasATrashOfItsOwn) {
     const Mounted file(root + "/file", root + "/target", nullptr, MS_BIND);
     if (!bound.done()) GTEST_SKIP() << "may not mount";
     const Mounted deep("tmpfs", root + "/above/it/deep", "tmpfs");
-    const Mounted twice(root + "/above", root + "/twice", nullptr, MS_BIND);  // Without what lies deep.
+    const Mounted twice(root + "/above", root + "/twice", nullptr, MS_BIND);  // Without the mounts below.
     fs::create_directories(root + "/above/it/deeper");
     fs::create_directory_symlink("above", root + "/link");
     for (const char* name :

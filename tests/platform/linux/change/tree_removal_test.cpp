@@ -1,4 +1,4 @@
-// Removing trees on a real disk: what goes, what stays, and that nothing outside is touched.
+// Tests the removal of trees on a real disk: what goes, what stays, and that nothing outside is touched.
 #include "platform/linux/change/tree_removal.h"
 
 #include <gtest/gtest.h>
@@ -45,7 +45,7 @@ class TreeRemovalTest : public ::testing::Test {
     TempDir dir_;
 };
 
-// Everything that may lie in a folder.
+// Makes everything that may be in a folder.
 void fill(const std::string& root, const std::string& outside) {
     makeTree(root, {"sub/deeper/file", "empty/", "file", "bad \xFF\n name", std::string(255, 'n')});
     must(::chmod((root + "/file").c_str(), 0400));
@@ -170,11 +170,11 @@ TEST_F(TreeRemovalTest, FollowsNobodyWhoGoesOnAddingFiles) {
     const TempDir shm("/dev/shm");
     const std::string root = shm.path() + "/root";
     makeFolder(root);
-    constexpr int kMost = 100'000;  // So that a removal that follows ends as well.
+    constexpr int kMost = 100'000;  // With this limit, a removal that follows the new files ends as well.
     RecordingCalls calls;
     int added = 0;
     calls.onRead = [&](int) {
-        // Whoever adds keeps up: more come whenever those that came last are gone.
+        // The adder keeps up: more files come whenever the last ones are gone.
         const bool gone = !isThere(root + "/" + std::to_string(added - 1));
         for (int i = 0; gone && added < kMost && i < 1000; ++i)
             makeFile(root + "/" + std::to_string(added++), 0);
@@ -256,7 +256,7 @@ TEST_F(TreeRemovalTest, AThousandSwapsLoseNothingPrecious) {
     for (int round = 0; round < 1000; ++round) {
         makeTree(fresh, {"a/sub/x/f0", "a/sub/x/f1", "a/sub/x/f2", "a/sub/x/f3", "a/sub/x/f4"});
         must(::rename(fresh.c_str(), root.c_str()));
-        // What is swapped away just then is told and stays; the next attempt has it.
+        // A folder swapped away just then is reported and stays; the next attempt removes it.
         while (!removeTree({shm.path(), "root"}).removed) {
         }
     }

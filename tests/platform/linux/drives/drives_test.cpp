@@ -17,10 +17,10 @@ namespace {
 namespace fs = std::filesystem;
 using std::chrono::milliseconds;
 
-// Long enough that no question that is answered at once reaches it on a busy machine.
+// Long enough that no question that is answered at once takes so long, even on a busy machine.
 constexpr milliseconds kLimit(250);
 
-/// A machine of files: a mount table, /sys/block devices and labels.
+/// A machine that consists of files: a mount table, /sys/block devices and labels.
 class FakeMachine {
   public:
     const std::string& root() const { return dir_.path(); }
@@ -32,7 +32,7 @@ class FakeMachine {
         fs::create_directories(fs::path(root() + path).parent_path());
         fs::create_symlink(target, root() + path);
     }
-    /// A disk with one partition ("sda" and "sda1").
+    /// Adds a disk with one partition ("sda" and "sda1").
     void disk(const std::string& name, const std::string& number, bool removable) const {
         write("/sys/devices/" + name + "/removable", removable ? "1\n" : "0\n");
         write("/sys/devices/" + name + "/" + name + "1/partition", "1\n");
@@ -82,7 +82,7 @@ TEST(LinuxDrives, ListsEachDeviceOnceWhereItWasMountedFirst) {
     const FakeMachine machine;
     machine.write("/etc/hosts", "");
     machine.mounts({"0:2 / / rw - rootfs rootfs rw", "8:2 /x /etc/hosts rw - ext4 /dev/sda2 rw",
-                    "8:1 / / rw - ext4 /dev/sda1 rw",  // Hides the first line.
+                    "8:1 / / rw - ext4 /dev/sda1 rw",  // It hides the first line.
                     "8:2 / /data rw - ext4 /dev/sda2 rw", "8:1 /srv /again rw - ext4 /dev/sda1 rw",
                     "0:50 / /a rw - zfs tank/a rw", "0:51 / /b rw - zfs tank/b rw",
                     "0:52 / /c rw - zfs tan rw", "0:60 / /n1 rw - nfs server:/one rw",
@@ -144,12 +144,12 @@ TEST(LinuxDrives, FindsTheMountOfAUncText) {
     }
 }
 
-/// Drives that answer with the length of their path, but for "/dead...", which hang until they are let go.
+/// Drives that answer with the length of their path, except "/dead...", which hang until they are released.
 class AskedDrives : public testing::Test {
   protected:
     ~AskedDrives() override {
         letGo();
-        // The threads use this fixture's members until they have come back.
+        // The threads use this fixture's members until they have returned.
         std::unique_lock lock(mutex);
         moved.wait(lock, [&] { return inside == 0; });
     }
@@ -182,7 +182,7 @@ class AskedDrives : public testing::Test {
             answers[path] = answer ? static_cast<int>(answer->total) : -1;
         });
     }
-    /// Takes answers as they come until there were so many.
+    /// Takes answers as they come, until there are `wanted` of them.
     void await(LinuxDrives& drives, int wanted) const {
         while (calls < wanted) {
             pollfd ready = {.fd = drives.answersDescriptor(), .events = POLLIN, .revents = 0};
@@ -197,7 +197,7 @@ class AskedDrives : public testing::Test {
     bool released = false;
     std::map<std::string, int> asked;
     int calls = 0;
-    std::map<std::string, int> answers;  ///< -1 for none.
+    std::map<std::string, int> answers;  ///< -1 stands for no answer.
 };
 
 TEST_F(AskedDrives, AnswerEachQuestionOnceAndOnlyWhenTaken) {

@@ -1,4 +1,4 @@
-// Disks that do not answer, and what is asked of them.
+// Tests questions to disks that do not answer.
 #include "platform/linux/drives/patience.h"
 
 #include <gtest/gtest.h>
@@ -19,7 +19,7 @@ using namespace std::chrono_literals;
 using test::comes;
 
 struct Wait final : DiskWait {
-    int begins = 0, pauses = 0, most = 1 << 20;  ///< Pauses before nobody wants the answer.
+    int begins = 0, pauses = 0, most = 1 << 20;  ///< After `most` pauses nobody wants the answer any more.
     void waitBegins(const std::string&) override { ++begins; }
     bool goesOnWaiting() override { return ++pauses < most; }
     void waitEnds() override { --begins; }
@@ -79,7 +79,7 @@ TEST_F(PatienceTest, ADiskThatDoesNotAnswerIsWaitedForOnceAndAskedAgainWhenItDoe
     EXPECT_TRUE(errorOf("mount/file") == ETIMEDOUT && wait.pauses == 2) << "nobody wants it any more";
 }
 
-// Else a process would collect threads that hang.
+// Otherwise a process would collect threads that hang.
 TEST_F(PatienceTest, NoMoreThanSixteenHelpersHang) {
     if (!mount->missing().empty()) GTEST_SKIP() << mount->missing();
     std::vector<HelperSlot> taken;

@@ -1,4 +1,4 @@
-// What confined programs are refused, way by way, tried from within; and what still works there.
+// Tests what confined programs are refused, tried from within in many ways, and what still works there.
 #include "platform/linux/preview/preview_confinement.h"
 
 #include <fcntl.h>
@@ -25,8 +25,9 @@ namespace hl::test {
 namespace {
 
 constexpr std::uint64_t kMemory = std::uint64_t{1} << 30;
-// By the numbers of every machine, as a hostile program would call them.
-constexpr int kSeize = 0x4206;  // To look into a process that goes on.
+// The calls are made by their numbers, which are the same on every machine, as a hostile program would make
+// them.
+constexpr int kSeize = 0x4206;  // Looks into a process that keeps running.
 constexpr long kNewer[] = {424, 425, 426, 427, 428, 429, 430, 431, 432, 433, 434, 438, 440, 442,
                            444, 445, 446, 447, 448, 452, 457, 458, 463, 464, 465, 466, 467};
 constexpr long kOfAll[] = {
@@ -43,7 +44,8 @@ constexpr long kOfDecoders[] = {
     SYS_mq_open,      SYS_inotify_init1,   SYS_seccomp,   SYS_setpriority, SYS_sched_setaffinity,
     SYS_ioprio_set,   SYS_copy_file_range, SYS_sendfile};
 
-/// Of a child that has entered the confinement: what `body` says there, and how it ended if not well.
+/// Returns what `body` says in a child that entered the confinement, and how the child ended unless it ended
+/// well.
 template <class Enter, class Body>
 std::string saidWithin(Enter enter, Body body) {
     int ends[2];
@@ -68,7 +70,7 @@ struct Way {
     std::function<long()> attempt;
     int error;
 };
-/// Names those that did not end so.
+/// Returns the names of those that did not end so.
 std::string open(const std::vector<Way>& ways) {
     std::string said;
     for (const auto& [name, attempt, error] : ways) {
@@ -78,7 +80,7 @@ std::string open(const std::vector<Way>& ways) {
     }
     return said;
 }
-/// With arguments that name nothing, so that an allowed call fails otherwise.
+/// Makes the calls with arguments that name nothing, so that an allowed call fails in another way.
 std::string open(std::span<const long> calls, int error) {
     std::string said;
     for (const long call : calls) {
@@ -117,7 +119,7 @@ struct PreviewConfinement : testing::Test {
             if (!all.enterFiles() || !all.enterCalls()) _exit(2);
         };
     }
-    /// Through the parent or the terminal.
+    /// Returns ways that lead through the parent or the terminal.
     std::vector<Way> waysToOthers() const {
         return {
             {"limits of the parent", [this] { return prlimit(parent, RLIMIT_NOFILE, nullptr, nullptr); },

@@ -1,4 +1,4 @@
-// Files that are no files to read, helpers that do not behave, and folders that must not stay.
+// Tests files that are not to be read, helpers that misbehave, and folders that must not stay.
 #include "platform/linux/preview/preview_tools.h"
 
 #include <fcntl.h>
@@ -37,7 +37,7 @@ struct PreviewToolsTest : testing::Test {
         EXPECT_NE(process, nullptr) << error;
         return process;
     }
-    /// All that the helper says until its end.
+    /// Returns all output of the helper until its end.
     std::string outputOf(HelperProcess& process) {
         std::string output;
         pollfd wait{process.outputDescriptor(), POLLIN, 0};
@@ -99,13 +99,14 @@ TEST_F(PreviewToolsTest, AHelperGetsTheFileAndALittleOfEverythingElse) {
 }
 
 TEST_F(PreviewToolsTest, AConverterReachesItsInputItsOutputAndAFolderOfItsOwn) {
-    const TempDir elsewhere;  // Its own folder a program may read.
+    const TempDir elsewhere;  // A program may read its own folder, so the secret is elsewhere.
     const std::string secret = elsewhere.path() + "/secret";
     writeFile(secret, "secret\n");
     std::string error;
     const auto folder = tools.makeFolder(error);
     const auto input = tools.inMemory("input\n", error);
-    // By the shell's own commands: one that has no folder starts no other.
+    // The script uses only commands of the shell itself, because one without a folder starts no other
+    // program.
     const std::string program =
         script("converter", "read x && echo $x\nread y < " + secret +
                                 " && echo $y\nkill -0 $PPID && echo hit\n"
@@ -119,7 +120,7 @@ TEST_F(PreviewToolsTest, AConverterReachesItsInputItsOutputAndAFolderOfItsOwn) {
                               .limits = {.fileSize = 100},
                               .foreign = true});
         std::string output = outputOf(*process);
-        // Where the system cannot confine reading, that stays open.
+        // If the system cannot confine reading, the secret can be read.
         if (const auto read = output.find("secret\n");
             FileConfinement::version() < 1 && read != std::string::npos)
             output.erase(read, 7);
@@ -139,7 +140,7 @@ TEST_F(PreviewToolsTest, TheEndOfAHelperTakesItsChildrenAlong) {
     const pid_t child = std::stoi(output);
     ASSERT_EQ(kill(child, 0), 0);
     process.reset();
-    // Killed; whoever takes in orphans may be slow to bury it.
+    // It was killed, but whoever takes in orphans may be slow to reap it.
     EXPECT_TRUE(comes([state = "/proc/" + std::to_string(child) + "/stat"] {
         const std::string now = contentOf(state);
         return now.empty() || now.find(") Z") != std::string::npos || now.find(") X") != std::string::npos;

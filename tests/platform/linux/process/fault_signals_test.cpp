@@ -17,7 +17,7 @@ namespace {
 
 constexpr int kHungLimitSeconds = 60;
 
-// Faults that the compiler can neither see through nor leave out.
+// The compiler can neither see through these faults nor optimise them away.
 #define HL_RAW [[maybe_unused, gnu::noinline]] __attribute__((no_sanitize("address", "undefined", "thread")))
 
 volatile std::uintptr_t nullAddress = 0;
@@ -72,7 +72,7 @@ void onAThread(void (*body)()) {
     }).join();
 }
 
-// The signal comes where a fault of our own would be thrown.
+// The signal comes at a place where a fault of the program itself would be thrown.
 HL_RAW void beSentASignal() {
     if (fork() == 0) _exit(kill(getppid(), SIGSEGV));
     while (zero == 0) continue;
@@ -101,7 +101,7 @@ void exceptionThatUnwindsIntoAFault() {
     for (;;) pause();
 }
 
-// Says last words into the pipe to the parent.
+// Writes the last words into the pipe to the parent.
 int wordsPipe = -1;
 void sayWords(const char* description, const void*) {
     if (write(wordsPipe, description, std::strlen(description)) < 0) _exit(2);
@@ -121,7 +121,7 @@ void beKilledIfThisHangs() {
         _exit(3);
 }
 
-// The exit status of the child is what `body` returns, unless a fault ends it.
+// The child exits with what `body` returns, unless a fault ends it.
 Outcome runInChild(const std::function<int()>& body, FaultSignals::LastWords lastWords = sayWords) {
     int ends[2] = {};
     if (pipe(ends) != 0) return {};
@@ -141,7 +141,7 @@ Outcome runInChild(const std::function<int()>& body, FaultSignals::LastWords las
     return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, {words, static_cast<std::size_t>(length)}};
 }
 
-// A trap as the routines have it.
+// Runs the body in a trap like those of the routines.
 std::optional<Fault> trapped(const std::function<void()>& body) {
     try {
         GuardedRoutine guard;
@@ -152,8 +152,8 @@ std::optional<Fault> trapped(const std::function<void()>& body) {
     return std::nullopt;
 }
 
-#ifndef __SANITIZE_THREAD__  // It does not let a handler leave by an exception.
-// `body` returns 0 where all is as it should be.
+#ifndef __SANITIZE_THREAD__  // That sanitizer does not let a handler leave by an exception.
+// `body` returns 0 if everything is right.
 void expectToGoOn(const std::function<int()>& body) {
     const Outcome outcome = runInChild(body);
     EXPECT_EQ(outcome.exitStatus, 0);
@@ -199,7 +199,7 @@ TEST(ThrownFaults, InsideATrapGoToTheTrapAroundItAndALateAlarmDoesNothing) {
                 GuardedRoutine guard;
                 readAt(nullAddress);
             } catch (const Fault&) {
-                raise(SIGALRM);  // As in a dialog that stays open.
+                raise(SIGALRM);  // It comes as in a dialog that stays open.
                 if (!trapped([] { writeAt(nullAddress); })) _exit(10);
                 readAt(nonCanonicalAddress);
             }
@@ -251,7 +251,7 @@ const Case kFatal[] = {
     {"signalSentByAProcess", beSentASignal},
     {"abort", [] { abort(); }, "Unknown exception type"},
     {"exceptionThatNobodyCatches", [] { onAThread([] { throw Fault(1, "", "the cause"); }); }, "the cause"},
-// The thread sanitizer holds a signal back that comes while another one is handled.
+// The thread sanitizer holds back a signal that comes while another one is being handled.
 #ifndef __SANITIZE_THREAD__
     {"whenTheLastWordsFault", faultInTheLibrary, "An unhandled error", false,
      [](const char* words, const void* at) { sayWords(words, at), readAt(nullAddress); }},

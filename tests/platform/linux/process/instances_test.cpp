@@ -28,7 +28,7 @@ class InstancesTest : public testing::Test {
     std::string socket = dir.path() + "/prog_APPLICATION";
     LinuxInstances first{"prog", places}, later{"prog", places};
 
-    // What the first instance takes of what a later one sends.
+    // Returns what the first instance takes of what a later one sends.
     Lines handedOver(const std::function<bool()>& send) { return handedOver(first, send); }
     static Lines handedOver(LinuxInstances& taker, const std::function<bool()>& send) {
         auto sent = std::async(std::launch::async, send);
@@ -61,7 +61,7 @@ TEST_F(InstancesTest, TheMarkIsOnesAloneAndGoesWithItsHolder) {
     EXPECT_TRUE(!(later.isHeld() || fs::exists(socket)) && later.takeFirst());
 }
 
-// A process that the kernel holds has it all until it is let go.
+// A process that the kernel holds keeps mark and socket unless they are given up.
 TEST_F(InstancesTest, WhatIsLetGoIsFreeThoughAnotherProcessHasItToo) {
     ASSERT_TRUE(first.takeFirst() && first.listen() >= 0);
     const pid_t child = fork();
@@ -73,7 +73,7 @@ TEST_F(InstancesTest, WhatIsLetGoIsFreeThoughAnotherProcessHasItToo) {
     waitpid(child, nullptr, 0);
 }
 
-// Sent before the first instance listens, as a start right behind it does.
+// The line is sent before the first instance listens, as a start right behind it does.
 TEST_F(InstancesTest, ALineOfAnyBytesArrivesWhole) {
     ASSERT_TRUE(first.takeFirst());
     for (const std::string& line :
@@ -115,7 +115,7 @@ TEST_F(InstancesTest, ASenderThatStopsInTheMiddleLeavesNoLine) {
         close(peer);
         first.receive([](const std::string&) { FAIL(); });
     }
-    // Nor does one who says nothing keep anybody else out.
+    // Senders who say nothing do not keep anybody else out, either.
     int silent[6];
     for (int& each : silent) each = connected();
     for (std::size_t i = 0; i < std::size(silent); ++i) first.receive([](const std::string&) { FAIL(); });
@@ -126,7 +126,8 @@ TEST_F(InstancesTest, ASenderThatStopsInTheMiddleLeavesNoLine) {
 TEST_F(InstancesTest, LinesOfAnotherUserAreDropped) {
     if (geteuid() != 0) GTEST_SKIP() << "only root can be another user";
     ASSERT_TRUE(first.takeFirst() && first.listen() >= 0);
-    // Open to all, which the program never makes it: the folder must not be what keeps him out.
+    // The folder is open to all, which the program never does, because it must not be what keeps the other
+    // user out.
     ASSERT_EQ(chmod(dir.path().c_str(), 0777) | chmod(socket.c_str(), 0777), 0);
     ASSERT_EQ(seteuid(65534), 0);
     const int peer = connected();
@@ -146,7 +147,7 @@ TEST_F(InstancesTest, OnlyAFolderThatIsTheUsersAloneIsUsed) {
         {"one that others can read", [&] { mkdir(own.c_str(), 0750), chmod(own.c_str(), 0750); }, false},
         {"a link to a good one", [&] { fs::create_symlink(dir.path() + "/elsewhere", own); }, false},
         {"a file", [&] { test::writeFile(own, ""); }, false}};
-    chmod(dir.path().c_str(), 0755);  // So that the folder of the run is passed over.
+    chmod(dir.path().c_str(), 0755);  // So the folder of the run is skipped.
     for (const auto& [what, prepare, usable] : cases) {
         fs::remove_all(dir.path() + "/shared");
         fs::create_directories(dir.path() + "/shared");

@@ -1,4 +1,5 @@
-// Reading where a disk does not answer: shown with a file system whose process is stopped, continued, killed.
+// Tests reading from a disk that does not answer, with a file system whose process is stopped, continued and
+// killed.
 #include <gtest/gtest.h>
 
 #include <chrono>
@@ -17,7 +18,7 @@ using test::Seen;
 using Clock = std::chrono::steady_clock;
 
 constexpr auto kAnswer = 300ms;
-constexpr auto kAtOnce = 5s;  // On a machine with much else to do; what hangs takes longer.
+constexpr auto kAtOnce = 5s;  // Enough for a busy machine, while what hangs takes longer.
 
 ReadAheadLimits hasty(unsigned helpers) {
     ReadAheadLimits limits = test::limits(helpers);
@@ -25,7 +26,7 @@ ReadAheadLimits hasty(unsigned helpers) {
     return limits;
 }
 
-/// Calls `act` at the n-th look of who waits; false from it is Stop.
+/// Calls `act` at the n-th call of a waiting reader; if it returns false, that is Stop.
 struct Waiting final : WaitCallback {
     explicit Waiting(std::function<bool(int)> what) : act(std::move(what)) {}
     bool goOnWaiting() override { return act(++looks); }
@@ -86,7 +87,7 @@ TEST_F(ReadAheadHanging, ASlowDiskIsNotGivenUpWhileItAnswers) {
     EXPECT_EQ(test::walk(ahead, {}).errors, std::vector<int>());
 }
 
-// A machine with one processor has helpers for slow folders alone, and none of them at work behind those.
+// A machine with one processor has helpers only for slow folders, and none of them works behind those.
 TEST_F(ReadAheadHanging, HelpersThatHadRetiredReadWhatCanHang) {
     class SlowAtFirst final : public test::RecordingCalls {
         std::uint64_t timesWaited() override { return waited; }
@@ -173,7 +174,7 @@ TEST_F(ReadAheadHanging, WhatIsFollowedOntoSuchADiskIsReadByHelpersAlone) {
     std::filesystem::create_symlink(on_, dir_.path() + "/local/link");
     const ReadOptions follow{.followLinks = true};
     for (const unsigned helpers : {0U, 2U}) {
-        // The link and the mount itself; the folder of both shows the tree three times.
+        // The link and the mount are read themselves; the folder of both shows the tree three times.
         EXPECT_EQ(seen(dir_.path(), helpers, follow).files, 3U + 1U + 3U + 3U);
         Waiting stops([&](int) { return true; });
         ReadAhead ahead = reader(dir_.path(), helpers, &stops, follow);

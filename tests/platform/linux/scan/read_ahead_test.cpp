@@ -21,7 +21,7 @@ using test::TempDir;
 using test::walk;
 using test::walkOnce;
 
-/// Folders of many shapes: wide ones of several blocks, nested ones, empty ones, links and a pipe.
+/// Makes folders of many shapes: wide ones of several blocks, nested ones, empty ones, links and a pipe.
 void makeMixedTree(const std::string& root) {
     for (int i = 0; i < 40; ++i) {
         const std::string folder = root + "/d" + std::to_string(i);
@@ -106,7 +106,7 @@ TEST(ReadAhead, LooksOnceAtEachEntryAndOpensEachFolderOnce) {
 TEST(ReadAhead, ComesBackToFoldersThatHadToBeClosedByNoPathThatGrows) {
     const TempDir dir("/dev/shm");
     constexpr int kDepth = 3000;
-    test::makeChain(dir.path(), kDepth, "m", 2);  // With "b0" and "b1" still to be read at every level.
+    test::makeChain(dir.path(), kDepth, "m", 2);  // At every level "b0" and "b1" are still to be read.
     for (const unsigned helpers : {0U, 3U}) {
         RecordingCalls calls;
         {
@@ -151,7 +151,8 @@ TEST(ReadAhead, EndsAtAFollowedLinkToAnyFolderAboveItAlsoAClosedOneAndThoseAbove
 
 TEST(ReadAhead, MakesAnEntryOfEveryNameItReadWhateverIsMovedAway) {
     constexpr int kDepth = 400;
-    // Away at one place of the walk, back at another, several times; or for good, with the walk inside.
+    // A folder is moved away at one place of the walk and back at another, several times; or moved away for
+    // good, with the walk inside.
     for (const bool comesBack : {true, false}) {
         const TempDir dir("/dev/shm");
         test::makeFolder(dir.path() + "/in");
@@ -226,7 +227,8 @@ TEST(ReadAhead, StopsWaitingWhenItIsToldTo) {
     std::atomic<bool> release = false, hangs = false;
     const std::thread::id walker = std::this_thread::get_id();
     std::atomic<int> opens = 0;
-    // Helpers hang as on a dead share; the walk does not, but waits in its tenth folder until one does.
+    // Helpers hang as on a dead share; the walk does not, but waits in its tenth folder until one of them
+    // hangs.
     calls.onOpen = [&](const std::string&) {
         const bool isWalk = std::this_thread::get_id() == walker;
         if (!isWalk) hangs = true;
