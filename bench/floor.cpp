@@ -1,9 +1,9 @@
-// The bare floor of a walk: reads every folder below the one given and looks once at each entry that is no
-// folder. One thread, no names kept but those of folders still to be read, no report. What a disk-usage
-// program takes beyond this is its own doing.
+// The least that a walk costs: reads every folder below the given one and looks once at each entry that is no
+// folder. It has one thread, keeps no names but those of folders still to be read, and makes no report.
+// Whatever a disk-usage program takes beyond this is due to the program.
 //
-// Prints "FILES FOLDERS BYTES ERRORS": entries that are no folders, folders below the source, apparent sizes.
-// It stays on no file system and follows no link.
+// It prints "FILES FOLDERS BYTES ERRORS": entries that are no folders, folders below the source, apparent
+// sizes. It crosses into other file systems and follows no link.
 #include <dirent.h>
 #include <errno.h>
 #include <fcntl.h>
@@ -22,7 +22,7 @@ struct Totals {
     std::uint64_t files = 0, folders = 0, bytes = 0, errors = 0;
 };
 
-/// A folder that has been read, and its subfolders that have not; their names end in a NUL each.
+/// A folder that has been read, with its subfolders that have not; each of their names ends in a NUL.
 struct Level {
     int fd;
     std::string names;
@@ -30,7 +30,7 @@ struct Level {
     bool done() const { return next == names.size(); }
 };
 
-/// One buffer for all folders; as large as the C library's readers at most use.
+/// One buffer serves all folders; it is as large as the largest of the C library's readers.
 constexpr std::size_t kBufferBytes = 64 * 1024;
 alignas(dirent64) char buffer[kBufferBytes];
 
@@ -38,7 +38,7 @@ bool isDots(const char* name) {
     return name[0] == '.' && (name[1] == '\0' || (name[1] == '.' && name[2] == '\0'));
 }
 
-/// Adds the entry to the totals unless it is a folder. True for a folder.
+/// Adds the entry to the totals unless it is a folder. Returns true for a folder.
 bool look(int folder, const dirent64& entry, Totals& totals) {
     if (entry.d_type == DT_DIR) return true;
     struct statx facts;
@@ -46,7 +46,7 @@ bool look(int folder, const dirent64& entry, Totals& totals) {
         ++totals.errors;
         return false;
     }
-    if (S_ISDIR(facts.stx_mode)) return true;  // Some file systems tell no types in the listing.
+    if (S_ISDIR(facts.stx_mode)) return true;  // The listings of some file systems have no types.
     ++totals.files;
     totals.bytes += facts.stx_size;
     return false;
@@ -74,7 +74,7 @@ int openFolder(int above, const char* name) {
 }
 
 /// A folder whose last subfolder has been opened is closed before that one is read, so a chain of any length
-/// needs two open folders. A bushy tree needs one per level.
+/// needs two open folders. A bushy tree needs one for each level.
 void walk(int source, Totals& totals) {
     std::vector<Level> open;
     open.push_back(readFolder(source, totals));

@@ -1,8 +1,8 @@
-// Runs a command once, its output thrown away, and prints "STATUS WALL USER SYSTEM PEAK": exit status (128 +
-// signal if it was killed), microseconds, and the peak of its resident memory in KiB.
+// Runs a command once, drops its output, and prints "STATUS WALL USER SYSTEM PEAK": the exit status (128 +
+// signal if it was killed), the times in microseconds, and the peak of its resident memory in KiB.
 //
-// A program of its own because the kernel counts the memory of whoever starts a command into the command's
-// peak: this one is linked statically and has about half a MiB.
+// It is a program of its own because the kernel counts the memory of whoever starts a command into the
+// command's peak: this one is linked statically and has about half a MiB.
 #include <fcntl.h>
 #include <spawn.h>
 #include <stdio.h>

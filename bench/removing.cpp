@@ -1,6 +1,6 @@
-// Removes a tree as the window does, the thread of the logic looking on, and prints what it took:
-// "seconds", "entries", "waits" (how often the logic was asked), "longest_ms" (between two of these) and
-// "memory_kib" (what the process grew by).
+// Removes a tree as the window does, watched by the thread of the logic, and prints what it took: "seconds",
+// "entries", "waits" (how often the logic was called), "longest_ms" (the longest time between two calls) and
+// "memory_kib" (by how much the process grew).
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
@@ -17,7 +17,7 @@ double milliseconds(Clock::time_point from) {
     return std::chrono::duration<double, std::milli>(Clock::now() - from).count();
 }
 
-/// The peak so far. Not that of getrusage, in which the program that started this one counts, too.
+/// Returns the peak of this program. That of getrusage also counts the program that started this one.
 long peakKib() {
     std::ifstream status("/proc/self/status");
     for (std::string line; std::getline(status, line);)

@@ -31,7 +31,7 @@ void lists(WindowForm& form, const std::string& tree, bool all) {
                                         Command::kCreateListJunctions};
     begin(form);
     for (const Command command : kCreateLists)
-        if (all) run(form, command);  // The settings of a new home have none of them.
+        if (all) run(form, command);  // The settings of a new home switch none of them on.
     timed("scan", [&] { form.handOver('"' + tree + '"'); });
     tell("resident", residentBytes());
     for (const auto& [name, id] : {std::pair("top", GridId::kTop), std::pair("hardlinks", GridId::kHardlinks),
@@ -39,7 +39,8 @@ void lists(WindowForm& form, const std::string& tree, bool all) {
         tell(name, static_cast<double>(listOf(form, id).rowCount()));
 }
 
-// The run of the folder lists its files at the end, and is what a selection in the report would start from.
+// The run of the folder lists its files at the end; a selection in the report would list them in the same
+// way.
 void files(WindowForm& form, const std::string& folder) {
     begin(form);
     const double before = residentBytes();

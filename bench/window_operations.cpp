@@ -17,7 +17,7 @@ Grid& gridOf(WindowForm& form, GridId id) {
     return *form.parts().grids[static_cast<std::size_t>(id)];
 }
 
-/// Says yes to whatever is asked, as soon as it is.
+/// Answers every question with yes, as soon as it is asked.
 class YesSayer final : public QTimer {
   public:
     YesSayer() {
@@ -38,7 +38,7 @@ class MenuWatch final : public QObject {
         auto* menu = qobject_cast<QMenu*>(object);
         if (menu == nullptr || event->type() != QEvent::Paint || painted_) return false;
         painted_ = true;
-        // Behind the paint, which is in work now.
+        // This runs after the painting that is just going on.
         QTimer::singleShot(0, menu, [this, menu] {
             times_.push_back(secondsSince(clicked_) * 1e3);
             menu->close();

@@ -1,4 +1,4 @@
-// Measurements of what is done to files from the window. Each prints lines of a name and a number.
+// Measures what the window does to files. Each function prints lines of a name and a number.
 #pragma once
 
 #include <string>
@@ -7,11 +7,11 @@
 
 namespace hl::bench {
 
-/// Deletes FOLDER from the report: seconds, the longest times in milliseconds that input waited meanwhile,
-/// and the mebibytes that the process grew by at its peak.
+/// Deletes FOLDER from the report and measures the seconds, the longest times in milliseconds that input
+/// waited meanwhile, and the mebibytes by which the process grew at its peak.
 void deleteFolder(WindowForm& form, const std::string& folder);
-/// Milliseconds from a click of the right button on the first row of the report, of the drives and of the
-/// files until the menu is painted; FOLDER is the source.
+/// Measures the milliseconds from a click of the right button on the first row of the report, of the drives
+/// and of the files until the menu is painted; FOLDER is the source.
 void menus(WindowForm& form, const std::string& folder);
 
 }  // namespace hl::bench

@@ -1,5 +1,5 @@
-// What the measurements of the window share: the program's parts put together as main() does, a window with
-// the module of the program, and clocks. HARBORLANTERN_HOME names a folder that may be written to,
+// What the measurements of the window share: the program's parts, put together as main() does it, a window
+// with the module of the program, and clocks. HARBORLANTERN_HOME names a folder that may be written to,
 // HARBORLANTERN_MODULES the one with the module.
 #pragma once
 
@@ -54,7 +54,7 @@ class PrintedErrors final : public ErrorSink {
     void LogError(const std::string&, bool, bool) override {}
     void showReport(const std::string& text, const std::string&) override {
         std::fputs(text.c_str(), stderr);
-        std::exit(1);  // What was measured would be something else.
+        std::exit(1);  // After an error, something else would be measured.
     }
 };
 
@@ -116,7 +116,7 @@ class FirstPaint final : public QObject {
 
 using Measurement = std::function<void(WindowForm&)>;
 
-/// Shows the window, and does `measure` in it once it was painted.
+/// Shows the window, and does `measure` in it once it has been painted.
 inline int inWindow(Parts& parts, const Measurement& measure) {
     LinuxDrives drives;
     LinuxFolderVerb verb("harborlantern-bench", parts.home, parts.home);
@@ -156,7 +156,7 @@ inline QAbstractScrollArea& report() {
     std::exit(1);
 }
 
-/// Lets the window do all that waits, and paint.
+/// Lets the window do everything that waits, and paint.
 inline void settle() {
     for (int i = 0; i < 3; ++i) QApplication::processEvents();
     report().viewport()->repaint();
@@ -169,8 +169,8 @@ inline double peakMebibytes() {
     return 0;
 }
 
-/// Sends itself events from a thread, one every few milliseconds, and notes how long each waited. For the
-/// event loop they are what clicks are.
+/// Sends itself events from a thread, one every few milliseconds, and notes how long each waited. To the
+/// event loop they are like clicks.
 class ClickWatch final : public QObject {
   public:
     ClickWatch() : sender_([this](const std::stop_token& stop) { send(stop); }) {}
@@ -207,7 +207,7 @@ class ClickWatch final : public QObject {
     std::jthread sender_;
 };
 
-/// Names and sizes in no order, and the same each time.
+/// Names and sizes in a random order that is the same each time.
 class Disorder {
   public:
     std::uint32_t next() { return state_ = state_ * 1664525 + 1013904223; }
@@ -224,7 +224,7 @@ inline double residentBytes() {
     return resident * static_cast<double>(sysconf(_SC_PAGESIZE));
 }
 
-/// A command of a bar, as a click on its entry.
+/// Executes a command of a bar, as a click on its entry does.
 inline void run(WindowForm& form, Command command) {
     form.execute(barOf(command), idOf(command));
 }

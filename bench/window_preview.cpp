@@ -33,7 +33,7 @@ constexpr int kTimes = 7;
 constexpr int kLongestWait = 20'000;
 constexpr int kPlayed = 1500;
 
-// A picture that compresses as a photograph does, and not to nothing.
+// This picture compresses as a photograph does, and not to nothing.
 void makePicture(const std::string& path) {
     QImage image(4000, 3000, QImage::Format_RGB32);
     std::uint32_t noise = 1;
@@ -136,10 +136,10 @@ class Bench final : public PreviewEvents {
     }
 
     PreviewArea& area_;
-    bool broken_ = false;  ///< A file may be.
+    bool broken_ = false;  ///< The file may be broken.
 };
 
-/// The form is here for the errors of the pane alone.
+/// The form is only needed for the errors of the pane.
 int run(const std::string& folder, const std::string& programs, std::span<char*> films) {
     bench::Parts parts;
     LinuxDrives drives;

@@ -18,7 +18,7 @@ namespace hl {
 
 namespace {
 
-/// Folders by the thousand, each with folders of its own.
+/// Makes thousands of folders, each with folders of its own.
 void fill(Grid& grid, std::size_t rows) {
     bench::Disorder disorder;
     Row parent = kNoRow;
