@@ -1,5 +1,5 @@
-// Whatever stands in a language library: the ids are in range, each text is one line of the file, and the
-// texts written out again are read back.
+// Feeds any text as a language library: the ids must be in range, each text must be one line of the file, and
+// the texts written out again must be read back.
 #include "app/catalogue.h"
 #include "require.h"
 

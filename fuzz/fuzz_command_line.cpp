@@ -1,5 +1,5 @@
-// Whatever a line says, the parsers agree with one another; and whatever names the arguments hold, they come
-// through the joined line as they are.
+// Feeds any command line: the parsers must agree with one another, and any names in the arguments must come
+// through the joined line unchanged.
 #include <fuzzer/FuzzedDataProvider.h>
 
 #include <algorithm>
@@ -25,7 +25,8 @@ void readRawLine(const std::string& line) {
     }
 }
 
-// Absolute, as no join changes them: without NUL bytes, empty segments at the front and segments ".".
+// Returns an absolute name that joining does not change: without NUL bytes, empty segments at the front and
+// segments ".".
 std::string nameFrom(FuzzedDataProvider& input) {
     std::string name = input.ConsumeRandomLengthString(12);
     std::erase(name, '\0');
@@ -50,7 +51,7 @@ void joinNames(FuzzedDataProvider& input) {
     require(std::equal(names.begin() + 1, names.end(), order.sources.begin(), order.sources.end()));
 }
 
-// Arguments of any kind make a line that is a problem, or one in which every name is quoted.
+// Arguments of any kind must make a line that is a problem, or one in which every name is quoted.
 void joinAnything(FuzzedDataProvider& input) {
     std::vector<std::string> arguments;
     for (int count = input.ConsumeIntegralInRange(0, 5); count > 0; --count)

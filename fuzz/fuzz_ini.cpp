@@ -1,4 +1,5 @@
-// Whatever stands in an INI file: what is set is found, nothing else changes, what is removed is gone.
+// Feeds any text as an INI file: what is set must be found, nothing else may change, and what is removed must
+// be gone.
 #include <fuzzer/FuzzedDataProvider.h>
 
 #include "app/ini_file.h"

@@ -1,4 +1,4 @@
-// The table of mounts: any text is read without a fault, and what comes out of it makes sense.
+// Feeds any text as the table of mounts: it must be read without a fault, and the result must make sense.
 #include <cstddef>
 #include <cstdint>
 #include <string_view>

@@ -1,5 +1,5 @@
-// Whatever stands in a translator's file: each translation is a piece of it, and a list of what was read is
-// read the same again.
+// Feeds any text as a translator's file: each translation must be a piece of it, and a list of what was read
+// must be read the same again.
 #include "app/translator_file.h"
 #include "require.h"
 
@@ -13,7 +13,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     std::vector<hl::TranslatorRecord> quotable;
     for (const hl::TranslatorRecord& record : records) {
         require(content.find(record.text) != std::string::npos);
-        if (record.text.find('"') != std::string::npos) continue;  // Stood bare, and cannot stand in quotes.
+        if (record.text.find('"') != std::string::npos) continue;  // It cannot be quoted.
         quotable.push_back(record);
         written += std::to_string(record.id) + ",,\"" + record.text + "\"\r\n";
     }

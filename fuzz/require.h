@@ -1,4 +1,4 @@
-// A promise that a fuzz target holds its subject to, in every kind of build.
+// Checks, in every kind of build, what a fuzz target promises.
 #pragma once
 
 namespace hl::fuzz {
