@@ -21,7 +21,7 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-// Enough that a few shares of one dead server do not hold up the others.
+// Enough that a few shares of one dead server do not delay the other drives.
 constexpr unsigned kMostHelpers = 4;
 
 std::uint64_t product(std::uint64_t a, std::uint64_t b) {
@@ -29,7 +29,7 @@ std::uint64_t product(std::uint64_t a, std::uint64_t b) {
     return __builtin_mul_overflow(a, b, &result) ? UINT64_MAX : result;
 }
 
-// Back to unreadable. Whether it was readable.
+// Makes the descriptor unreadable again. Returns whether it was readable.
 bool reset(int descriptor) {
     std::uint64_t count = 0;
     return ::read(descriptor, &count, sizeof count) > 0;
@@ -50,11 +50,11 @@ DriveAnswer spaceAt(const std::string& path) {
                       product(reserved, cluster)};
 }
 
-/// What helpers and the logic both touch. All of it under the mutex but for what never changes.
+/// What helpers and the logic both use. The mutex guards all of it but what never changes.
 struct DriveProbe::Shared {
     enum class State : std::uint8_t { kWaiting, kRunning, kHanging };
     struct Question {
-        std::vector<std::uint64_t> numbers;  ///< Whom to answer.
+        std::vector<std::uint64_t> numbers;  ///< The questions to be answered.
         State state = State::kWaiting;
         Clock::time_point started = {};
     };
@@ -73,20 +73,20 @@ struct DriveProbe::Shared {
 
     mutable std::mutex mutex;
     std::unordered_map<std::string, Question> questions;  ///< By path.
-    std::deque<std::string> local, remote;                ///< Paths that nobody has taken.
+    std::deque<std::string> local, remote;                ///< The paths that no helper has taken.
     std::vector<Answer> answers;
-    unsigned helpers = 0;  ///< Without those that hang.
+    unsigned helpers = 0;  ///< Those that hang are not counted.
     bool timerRuns = false;
     bool stopped = false;
 
     void put(std::vector<std::uint64_t> numbers, const DriveAnswer& space) {
         answers.push_back({std::move(numbers), space});
         const std::uint64_t one = 1;
-        // Only a counter at its end could refuse, and then it is readable anyway.
+        // The write could fail only with the counter at its end, and then the descriptor is readable anyway.
         if (::write(event.number(), &one, sizeof one) < 0) return;
     }
 
-    /// The path of the next question, marked as running; empty if there is none.
+    /// Returns the path of the next question and marks it as running; empty if there is none.
     std::string take() {
         std::deque<std::string>& queue = local.empty() ? remote : local;
         if (stopped || queue.empty()) return {};
@@ -108,7 +108,7 @@ struct DriveProbe::Shared {
         timerRuns = true;
     }
 
-    /// False if the helper was given up meanwhile and has to end.
+    /// Returns false if the helper was abandoned meanwhile and must end.
     bool finish(const std::string& path, const DriveAnswer& space) {
         const auto found = questions.find(path);
         const bool wanted = found->second.state == State::kRunning;
@@ -117,7 +117,7 @@ struct DriveProbe::Shared {
         return wanted;
     }
 
-    /// Gives up what has run for too long, and sets the timer for what has not.
+    /// Abandons questions that have run for too long, and sets the timer for the others.
     void giveUp() {
         const Clock::time_point now = Clock::now();
         Clock::time_point oldest = Clock::time_point::max();
@@ -135,7 +135,7 @@ struct DriveProbe::Shared {
         if (oldest != Clock::time_point::max()) startTimer(oldest + limit - now);
     }
 
-    /// Answers all that waits with nothing.
+    /// Answers all waiting questions with nothing.
     void refuseWaiting() {
         for (std::deque<std::string>* queue : {&local, &remote}) {
             for (const std::string& path : *queue) {
@@ -174,13 +174,13 @@ void DriveProbe::ask(const std::string& path, bool remote, Answered answered) {
     startHelpers();
 }
 
-// One for each question that waits, up to the most; a helper that finds nothing to do ends.
+// Starts a helper for each waiting question, up to the limit; a helper without work ends.
 void DriveProbe::startHelpers() {
     const std::lock_guard lock(shared_->mutex);
     std::size_t waiting = shared_->local.size() + shared_->remote.size();
     for (; shared_->helpers < kMostHelpers && waiting > 0; --waiting) {
         const auto body = [shared = shared_](Whereabouts&) { help(shared); };
-        // None if the system gives no more threads, or too many hang on disks.
+        // It fails if the system gives no more threads, or if too many hang on disks.
         if (!Helper::start(body, true)) {
             if (shared_->helpers == 0) shared_->refuseWaiting();
             return;
@@ -196,7 +196,7 @@ void DriveProbe::help(const std::shared_ptr<Shared>& shared) {
         DriveAnswer space;
         try {
             space = shared->question(path);
-        } catch (...) {  // No answer; there is nobody on this thread to tell.
+        } catch (...) {  // This gives no answer; nobody on this thread could be told.
             space.reset();
         }
         lock.lock();
@@ -214,7 +214,7 @@ void DriveProbe::takeAnswers() {
         if (limitReached) shared_->giveUp();
         answers.swap(shared_->answers);
     }
-    startHelpers();  // In place of those that were given up.
+    startHelpers();  // They replace those that were abandoned.
     for (const Shared::Answer& answer : answers) {
         for (const std::uint64_t number : answer.numbers) {
             const auto found = answered_.extract(number);

@@ -66,7 +66,7 @@ bool isOfTheSystem(std::string_view mountPoint) {
 
 struct TableEntry {
     Mount mount;
-    std::string device;  ///< "8:1"; the major number is 0 where the kernel made it up.
+    std::string device;  ///< "8:1"; the major number is 0 if the kernel made the number up.
 
     bool hasBlockDevice() const { return !device.empty() && !device.starts_with("0:"); }
 };
@@ -88,7 +88,7 @@ std::string contentOf(const std::string& path, std::size_t limit) {
     return content;
 }
 
-// The third field of each line, by the first.
+// Returns the third field of each line by the first one.
 std::unordered_map<std::uint64_t, std::string> devicesOf(std::string_view table) {
     std::unordered_map<std::uint64_t, std::string> devices;
     while (!table.empty()) {
@@ -104,7 +104,7 @@ std::unordered_map<std::uint64_t, std::string> devicesOf(std::string_view table)
     return devices;
 }
 
-// Without those that a later mount at the same place hides.
+// Leaves out mounts that a later mount at the same place hides.
 std::vector<TableEntry> visibleMounts(const std::string& root) {
     const std::string text = contentOf(root + "/proc/self/mountinfo", kLongestMountTable);
     auto devices = devicesOf(text);
@@ -125,7 +125,7 @@ bool isRealFileSystem(const TableEntry& entry) {
     return entry.hasBlockDevice() && !isImage(mount.kind);
 }
 
-// What may stand in the list only once.
+// Returns a text of which the list may have only one entry.
 std::string identityOf(const TableEntry& entry) {
     const Mount& mount = entry.mount;
     if (isRemoteKind(mount.kind)) return mount.source;
@@ -133,8 +133,8 @@ std::string identityOf(const TableEntry& entry) {
     return entry.device;
 }
 
-// A single file can be mounted too, as containers do with /etc/hosts. The kernel has it in memory, so asking
-// waits for nothing, unless the way there leads over a mount that can hang.
+// Tells whether a single file is mounted, as containers do with /etc/hosts. The kernel has that in memory, so
+// asking does not wait, unless the path leads over a mount that can hang.
 bool isFile(const TableEntry& entry, const std::vector<std::string>& mayHang, const std::string& root) {
     if (entry.mount.root == "/" || kindCanHang(entry.mount.kind)) return false;
     const auto leadsOver = [&](const std::string& folder) { return isBelow(entry.mount.mountPoint, folder); };
@@ -145,7 +145,7 @@ bool isFile(const TableEntry& entry, const std::vector<std::string>& mayHang, co
 
 // --- what /sys and /dev know
 
-// "sda1", by the device's number, or by its name where the file system made its number up.
+// Returns "sda1", found by the device's number, or by its name if the file system made its number up.
 std::string deviceName(const TableEntry& entry, const std::string& root) {
     if (entry.hasBlockDevice())
         return std::string(lastName(linkTarget(root + "/sys/dev/block/" + entry.device)));
@@ -154,7 +154,7 @@ std::string deviceName(const TableEntry& entry, const std::string& root) {
     return std::string(lastName(target.empty() ? entry.mount.source : target));
 }
 
-// A partition has its disk's facts in the folder above its own.
+// For a partition, the facts of the disk are in the folder above its own.
 std::string diskFact(const std::string& folder, const char* fact) {
     const std::string own = contentOf(folder + "/" + fact, 64);
     return std::string(trimWhite(own.empty() ? contentOf(folder + "/../" + fact, 64) : own));
@@ -176,7 +176,7 @@ int hexDigit(char c) {
     return c >= '0' && c <= '9' ? c - '0' : c >= 'a' && c <= 'f' ? c - 'a' + 10 : -1;
 }
 
-// "\x20" and the like, as udev writes what cannot stand in a file's name.
+// Undoes "\x20" and the like, by which udev writes characters that cannot be in a file's name.
 std::string unescapedLabel(std::string_view name) {
     std::string label;
     while (!name.empty()) {
@@ -229,7 +229,8 @@ Drive driveOf(const TableEntry& entry, const Labels& labels, const std::string& 
 
 // --- shares by their names
 
-// "server/share/folder" of "\\server\share\folder", "//server/share", "server:/share", "user@server:folder".
+// Returns "server/share/folder" for "\\server\share\folder", "//server/share", "server:/share" and
+// "user@server:folder".
 std::string shareName(std::string_view source) {
     std::string name(source);
     std::replace(name.begin(), name.end(), '\\', '/');
@@ -246,7 +247,8 @@ std::string shareName(std::string_view source) {
     return lowerCase(clean.substr(0, server)) + clean.substr(server);
 }
 
-// The part of `unc` behind the share, beginning with "/" or empty; nothing if it is another share.
+// Returns the part of `unc` behind the share, which begins with "/" or is empty; nothing if it is another
+// share.
 std::optional<std::string> behindShare(const std::string& unc, const Mount& mount) {
     if (!isRemoteKind(mount.kind)) return std::nullopt;
     const std::string share = shareName(mount.source);

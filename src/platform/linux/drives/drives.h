@@ -1,12 +1,13 @@
-// The drives of a Linux machine: the mounted file systems that a user would call a drive.
+// The drives of a Linux machine: the mounted file systems that a user would call a drive. For the thread of
+// the logic.
 //
-// That is
-// - what has a block device behind it, but for images that are mounted as parts of the system (squashfs);
+// These are:
+// - file systems on a block device, except images that are mounted as parts of the system (squashfs);
 // - file systems with a pool of devices of their own (btrfs, zfs, bcachefs, mergerfs);
 // - network file systems, and folders of the host in a virtual machine;
 // - a memory disk (tmpfs) where users keep files, which is not below /dev, /proc, /run, /sys or /var/lib;
 // - whatever is mounted at "/", so also the overlay of a container or of a live system.
-// Never a file that is mounted over a file, nor what another mount at the same place hides.
+// A file that is mounted over a file is never one, nor is a mount that another one at the same place hides.
 //
 // A device is listed once, where it was mounted first. A pool of zfs is one device; so is each share, whoever
 // serves it.
@@ -23,7 +24,7 @@
 namespace hl {
 
 struct DriveSources {
-    /// In front of /proc, /sys and /dev; empty for those of the system.
+    /// Precedes /proc, /sys and /dev; empty for those of the system.
     std::string root;
     SpaceQuestion space = spaceAt;
     std::chrono::milliseconds limit = std::chrono::seconds(2);
@@ -38,7 +39,7 @@ class LinuxDrives final : public Drives {
     void ask(const Drive& drive, std::function<void(const DriveAnswer&)> answered) override;
     void takeAnswers() override { probe_.takeAnswers(); }
     int answersDescriptor() override { return probe_.descriptor(); }
-    /// Threads that a dead drive holds.
+    /// The number of threads that hang on dead drives.
     std::size_t hangingThreads() const { return probe_.hangingThreads(); }
 
   private:

@@ -19,7 +19,7 @@ bool octal(char c) {
     return c >= '0' && c <= '7';
 }
 
-// "\040" and the like: blank, tab, line break and backslash are written so.
+// Undoes "\040" and the like, by which the table writes blank, tab, line break and backslash.
 std::string unescaped(std::string_view text) {
     std::string out;
     while (!text.empty()) {
@@ -41,14 +41,14 @@ std::string_view nextField(std::string_view& line) {
     return field;
 }
 
-// 36 35 98:0 /root /point rw,noatime shared:1 - ext3 /dev/root rw,errors=continue
+// A line reads "36 35 98:0 /root /point rw,noatime shared:1 - ext3 /dev/root rw,errors=continue".
 bool parseLine(std::string_view line, Mount& mount) {
     const auto id = parseInteger(nextField(line));
     const auto parent = parseInteger(nextField(line));
     mount.device = nextField(line);
     mount.root = unescaped(nextField(line));
     mount.mountPoint = unescaped(nextField(line));
-    nextField(line);  // Options of the mount.
+    nextField(line);  // These are the options of the mount.
     while (!line.empty() && nextField(line) != "-") {
     }
     mount.kind = unescaped(nextField(line));
@@ -64,7 +64,7 @@ bool isBelow(std::string_view path, std::string_view folder) {
     return path.starts_with(folder) && (path.size() == folder.size() || path[folder.size()] == '/');
 }
 
-// The target of a link; empty if the path is none.
+// Returns the target of a link; empty if the path is no link.
 std::string linkTarget(const std::string& path) {
     std::array<char, PATH_MAX> target;
     const ssize_t length = ::readlink(path.c_str(), target.data(), target.size());
@@ -125,8 +125,8 @@ std::unordered_set<std::string> namesOfWhatCanHang(const std::vector<Mount>& mou
     return names;
 }
 
-// From mount to mount, as the kernel goes down a path: of those that lie in a mount, it enters the one whose
-// mount point comes first. One that is mounted over another at the same place lies in that one.
+// Goes from mount to mount, as the kernel goes down a path: of the mounts in a mount, it enters the one whose
+// mount point comes first. A mount that covers another one is in that one.
 const Mount* mountOf(const std::vector<Mount>& mounts, std::string_view path) {
     const auto isListed = [&](std::uint64_t id) {
         return std::any_of(mounts.begin(), mounts.end(), [&](const Mount& mount) { return mount.id == id; });
@@ -148,7 +148,8 @@ const Mount* mountOf(const std::vector<Mount>& mounts, std::string_view path) {
 
 namespace {
 
-// The mount of a path without links, if it can hang. Few mounts can: most paths are on none by their names.
+// Returns the mount that a path without links is on, if it can hang. Few mounts can: most paths are on none
+// of them by their names alone.
 const Mount* whichCanHang(const std::vector<Mount>& mounts, const std::string& path) {
     const auto mayHold = [&](const Mount& mount) { return mount.canHang && isBelow(path, mount.mountPoint); };
     if (std::none_of(mounts.begin(), mounts.end(), mayHold)) return nullptr;
@@ -163,7 +164,7 @@ const Mount* mountThatCanHang(const std::vector<Mount>& mounts, const std::strin
     const bool some = std::any_of(mounts.begin(), mounts.end(), [](const Mount& m) { return m.canHang; });
     if (!some) return nullptr;
     if (const Mount* root = whichCanHang(mounts, "/")) return root;
-    std::string at;  // What was gone so far; empty is "/".
+    std::string at;  // The path so far; empty means "/".
     std::string rest = path.starts_with('/') ? path : currentFolder() + "/" + path;
     for (int links = 0; !rest.empty();) {
         const std::size_t slash = rest.find('/');

@@ -1,4 +1,5 @@
-// The mounts that this process sees, from the text of /proc/self/mountinfo.
+// The mounts that this process sees, from the text of /proc/self/mountinfo. All functions may be called from
+// any thread.
 #pragma once
 
 #include <cstdint>
@@ -10,48 +11,48 @@
 namespace hl {
 
 struct Mount {
-    std::uint64_t id = 0;      ///< As statx answers it (STATX_MNT_ID).
+    std::uint64_t id = 0;      ///< The number that statx reports (STATX_MNT_ID).
     std::uint64_t parent = 0;  ///< The mount that holds the mount point.
-    std::string device;        ///< Of the file system, by number: "8:1".
-    std::string root;          ///< Folder of the file system that is mounted; "/" but for bind mounts.
+    std::string device;        ///< The number of the file system's device: "8:1".
+    std::string root;          ///< The folder of the file system that is mounted; "/" except for bind mounts.
     std::string mountPoint;
     std::string kind;      ///< "ext4", "tmpfs", ...
-    bool canHang = false;  ///< By its kind: kindCanHang().
-    std::string source;    ///< Device, "server:/share", or a name such as "tmpfs".
+    bool canHang = false;  ///< The value of kindCanHang() for its kind.
+    std::string source;    ///< A device, "server:/share", or a name such as "tmpfs".
 };
 
-/// Lines that make no sense are passed over. Escapes (\040) are undone.
+/// Parses the table; lines that make no sense are skipped, and escapes (\040) are undone.
 std::vector<Mount> parseMountTable(std::string_view text);
 
-/// What is mounted there: the source, and behind it the mounted folder where that is not the whole.
+/// Returns the source and, if only a folder of it is mounted, that folder behind it.
 std::string whatIsMounted(const Mount& mount);
 
-/// Reads the table. Empty if there is no /proc, or no descriptor. From any thread, as all here.
+/// Reads the table; empty if there is no /proc or no descriptor.
 std::vector<Mount> readMountTable();
 
-/// Whether the kind is one of the network's, in a process of its own or not.
+/// Tells whether the kind is a network's, served by the kernel or by a process.
 bool isRemoteKind(std::string_view kind);
 
-/// Whether a file system of this kind may leave a call unanswered for as long as it likes, since a server or
-/// a process of some user answers: the network's kinds, FUSE, and autofs, which waits for one of them.
+/// Tells whether a file system of this kind may leave a call unanswered for any time, because a server or a
+/// user's process answers: network kinds, FUSE, and autofs, which waits for one of them.
 bool kindCanHang(std::string_view kind);
 
-/// The last names of the mount points of those that can hang.
+/// Returns the last names of the mount points of mounts that can hang.
 std::unordered_set<std::string> namesOfWhatCanHang(const std::vector<Mount>& mounts);
 
-/// The mount that an absolute path lies on if none of its names is a link; null if the table does not tell.
-/// The table alone is asked.
+/// Returns the mount that an absolute path lies on if none of its names is a link; null if the table does not
+/// tell. Only the table is asked.
 const Mount* mountOf(const std::vector<Mount>& mounts, std::string_view path);
 
-/// Whether a call with this path may hang. Links are followed, the last one too, but only on mounts that
-/// cannot hang, so that the question itself never does; where the first mount that can hang is met the answer
-/// is yes. A path that somebody changes after the answer may lead anywhere.
+/// Tells whether a call with this path may hang. Links are followed, the last one too, but only on mounts
+/// that cannot hang, so that this question never does; at the first mount that can hang the answer is yes. If
+/// somebody changes the path after the answer, it may lead anywhere.
 bool canHang(const std::vector<Mount>& mounts, const std::string& path);
-/// The mount that can hang which such a call meets first; null for none. Without `followLast` the last name
-/// is taken for no link.
+/// Returns the first mount on the path that can hang; null if there is none. Without `followLast` the last
+/// name is not followed as a link.
 const Mount* mountThatCanHang(const std::vector<Mount>& mounts, const std::string& path,
                               bool followLast = true);
-/// The same by the table as it is now.
+/// Reads the table as it is now and asks that.
 bool canHang(const std::string& path);
 
 }  // namespace hl

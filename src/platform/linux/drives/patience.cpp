@@ -8,7 +8,7 @@ namespace hl {
 
 namespace {
 using std::chrono::milliseconds;
-constexpr milliseconds kUnseen{100};  // Nobody notices that long.
+constexpr milliseconds kUnseen{100};  // Nobody notices a wait that short.
 constexpr milliseconds kBetweenLooks{16};
 static_assert(kNoAnswerError == ETIMEDOUT);
 }  // namespace

@@ -1,4 +1,4 @@
-// Questions to disks that may not answer, on Linux.
+// Asks disks that may not answer, on Linux. For the thread of the logic.
 #pragma once
 
 #include <chrono>
@@ -16,10 +16,10 @@ class LinuxPatience final : public Patience {
   public:
     static constexpr std::chrono::milliseconds kLimit{10'000};
 
-    /// `disks` outlives it.
+    /// `disks` must outlive it.
     explicit LinuxPatience(SilentDisks& disks, std::chrono::milliseconds limit = kLimit)
         : disks_(disks), limit_(limit) {}
-    /// Whoever lets messages run meanwhile; null, as at first: nobody.
+    /// Sets who lets messages run meanwhile; null, as at first, means nobody.
     void setWait(DiskWait* wait) { wait_ = wait; }
 
     bool run(const std::string& path, const std::function<void()>& work, LastName last) override;
@@ -32,8 +32,8 @@ class LinuxPatience final : public Patience {
     DiskWait* wait_ = nullptr;
 };
 
-/// The file system of the machine, asked with patience: a path whose disk does not answer has the error
-/// ETIMEDOUT. Reading folders has patience of its own.
+/// The machine's file system, asked with patience: a path whose disk does not answer has the error ETIMEDOUT.
+/// The reading of folders has its own means against hanging.
 class PatientFileSystem final : public FileSystem {
   public:
     PatientFileSystem(std::shared_ptr<FileSystem> disk, Patience& patience)

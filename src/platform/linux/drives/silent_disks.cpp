@@ -12,7 +12,7 @@ std::uint64_t SilentDisks::of(const std::string& path, LastName last) {
     return mount != nullptr ? mount->id : 0;
 }
 
-// The open table becomes readable as "exceptional" once for each change since it was looked at.
+// The open table reports "exceptional" data once for each change since it was last checked.
 const std::vector<Mount>& SilentDisks::mounts() {
     if (!table_.isOpen()) {
         table_ = openAt(AT_FDCWD, "/proc/self/mountinfo", O_RDONLY | O_CLOEXEC);

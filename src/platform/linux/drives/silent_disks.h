@@ -1,4 +1,4 @@
-// Which disks may leave a call unanswered, and which do. Thread of the logic only.
+// Knows which disks may leave a call unanswered, and which ones do. For the thread of the logic only.
 #pragma once
 
 #include <cstdint>
@@ -16,13 +16,13 @@ namespace hl {
 
 class SilentDisks {
   public:
-    /// Number of the mount that a call with this path may hang on; 0 if there is none. Links on the way are
-    /// followed. The table of mounts is
-    /// read again when the system says that it has changed, so that to ask costs one call, and some more
-    /// where there is a mount that can hang. What is mounted after the answer may still come between.
+    /// Returns the number of the mount that a call with this path may hang on; 0 if there is none. Links on
+    /// the way are followed. The table of mounts is read again when the system reports a change, so that this
+    /// costs one call, and some more if there is a mount that can hang. Something mounted after the answer is
+    /// not covered.
     std::uint64_t of(const std::string& path, LastName last = LastName::kFollowed);
-    /// Whether a helper that was left behind still hangs there. Whoever asked next would hang beside it, so
-    /// nobody asks.
+    /// Tells whether a helper that was abandoned still hangs there. Another one would hang too, so nobody
+    /// asks that disk.
     bool isSilent(std::uint64_t disk);
     void leaveBehind(std::uint64_t disk, std::shared_ptr<Helper> helper);
 
@@ -31,7 +31,7 @@ class SilentDisks {
 
     Descriptor table_;
     std::vector<Mount> mounts_;
-    std::map<std::uint64_t, std::shared_ptr<Helper>> left_;  ///< By disk, the last one each.
+    std::map<std::uint64_t, std::shared_ptr<Helper>> left_;  ///< The last helper of each disk.
 };
 
 }  // namespace hl

@@ -10,7 +10,7 @@ namespace {
 
 constexpr int kReadyPipe = STDERR_FILENO + 1;
 
-// Leaves nothing open but the pipe.
+// Closes everything but the pipe.
 void letGoOfAll(int pipe) {
     ::setsid();
     [[maybe_unused]] const int moved = ::chdir("/");

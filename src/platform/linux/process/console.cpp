@@ -15,8 +15,8 @@ namespace {
 
 constexpr std::size_t kUsualWidth = 80;
 
-// A console that takes no more (a closed pipe) is no reason to stop. One that takes no more right now, as
-// somebody made it non-blocking, is waited for.
+// Writes the text. A console that takes no more (a closed pipe) is no reason to stop. One that takes no more
+// at the moment, because somebody made it non-blocking, is waited for.
 bool put(int descriptor, std::string_view text) {
     while (!text.empty()) {
         const ssize_t written = ::write(descriptor, text.data(), text.size());
@@ -42,7 +42,7 @@ std::size_t terminalWidth() {
 
 void occupyStandardDescriptors() {
     for (const int number : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
-        // The lowest free number is the one that is given. Children get it too.
+        // open() gives the lowest free number. Child processes inherit it.
         if (::fcntl(number, F_GETFD) < 0 && errno == EBADF) ::open("/dev/null", O_RDONLY);
     }
 }
@@ -65,7 +65,7 @@ void LinuxConsole::errorLine(std::string_view line) {
 
 void LinuxConsole::progress(std::string_view line) {
     if (!terminal_ || (line.empty() && !progressShown_)) return;
-    // Back to the left edge, the text, the rest of the line erased.
+    // The cursor goes to the left edge, the text is written, and the rest of the line is erased.
     put(STDERR_FILENO, "\r" + std::string(firstCharacters(line, terminalWidth() - 1)) + "\x1b[K");
     progressShown_ = !line.empty();
 }

@@ -6,12 +6,12 @@
 
 namespace hl {
 
-/// Gives those of the descriptors 0 to 2 that are closed something that nothing can be written to: else the
-/// files and sockets opened next would take their numbers, and what any library prints would land in them. To
-/// be called before anything is opened.
+/// Opens those of the descriptors 0 to 2 that are closed, in a way that nothing can be written to them.
+/// Otherwise the next files and sockets would get their numbers, and whatever a library prints would go into
+/// them. To be called before anything is opened.
 void occupyStandardDescriptors();
 
-/// Standard output and standard error of the process.
+/// The standard output and standard error of the process.
 class LinuxConsole final : public Console {
   public:
     LinuxConsole();

@@ -14,7 +14,8 @@ namespace hl {
 
 namespace {
 
-// Keeps SIGPIPE away from this thread. One that came up meanwhile is swallowed, one from before is left.
+// Keeps SIGPIPE away from this thread. A signal that comes meanwhile is dropped; an earlier one stays
+// pending.
 class NoBrokenPipeSignal {
   public:
     NoBrokenPipeSignal() {
@@ -39,7 +40,8 @@ class NoBrokenPipeSignal {
     bool wasPending_ = false;
 };
 
-// Bytes moved by `call`, repeated while it is interrupted; -1 with errno set if it fails.
+// Returns the bytes moved by `call`, which is repeated while it is interrupted; -1 with errno set if it
+// fails.
 template <class Call>
 ssize_t uninterrupted(Call call) {
     ssize_t moved = 0;
@@ -53,7 +55,7 @@ ssize_t uninterrupted(Call call) {
 
 int Descriptor::close() {
     if (number_ < 0) return 0;
-    // Linux has closed it also where it says EINTR.
+    // Linux has closed it even if it says EINTR.
     return ::close(std::exchange(number_, -1)) == 0 || errno == EINTR ? 0 : errno;
 }
 
@@ -82,7 +84,7 @@ int writeAll(int file, std::string_view bytes) {
     while (!bytes.empty()) {
         const ssize_t written = uninterrupted([&] { return write(file, bytes.data(), bytes.size()); });
         if (written < 0) return errno;
-        if (written == 0) return ENOSPC;  // Some devices say so when they take no more.
+        if (written == 0) return ENOSPC;  // Some devices report in this way that they take no more.
         bytes.remove_prefix(static_cast<std::size_t>(written));
     }
     return 0;
@@ -90,7 +92,8 @@ int writeAll(int file, std::string_view bytes) {
 
 int readAll(int file, std::size_t limit, std::string& out) {
     constexpr std::size_t kBuffer = 65536;
-    const auto buffer = std::make_unique_for_overwrite<char[]>(kBuffer);  // The stack may be small.
+    const auto buffer = std::make_unique_for_overwrite<char[]>(kBuffer);  // It is on the heap because the
+                                                                          // stack may be small.
     for (std::size_t total = 0;;) {
         const std::size_t room = limit - total;
         const std::size_t wanted = room < kBuffer ? room + 1 : kBuffer;

@@ -1,4 +1,5 @@
-// An open file that is closed with its owner, and the calls on it that go on after an interruption.
+// An open file that is closed with its owner, and calls on it that continue after an interruption. From any
+// thread.
 #pragma once
 
 #include <cstddef>
@@ -21,28 +22,28 @@ class Descriptor {
 
     int number() const { return number_; }
     bool isOpen() const { return number_ >= 0; }
-    /// System error code: a file system that writes behind tells of a failure only now.
+    /// Closes it. Returns a system error code: a file system that delays writing reports a failure only now.
     int close();
 
   private:
     int number_;
 };
 
-/// Opens `path` below the open folder `folder`, never as a controlling terminal. Not open, with errno set, if
-/// it fails.
+/// Opens `path` below the open folder `folder`, never as a controlling terminal. On failure the result is not
+/// open, and errno is set.
 Descriptor openAt(int folder, const std::string& path, int flags, unsigned mode = 0);
 
-/// Opens a file for a look that leaves no trace in its time of access (a column of the lists), where the
-/// system lets it: with files of one's own. Never waits for a writer. As above.
+/// Opens a file without changing its time of access (a column of the lists), if the system allows that: for
+/// the user's own files. Never waits for a writer. On failure the result is not open, and errno is set.
 Descriptor openToLook(const std::string& path, int flags = 0);
 
-/// The path of an open folder, as the kernel tells it; empty if it is too long for that.
+/// Returns the path of an open folder, as the kernel tells it; empty if it is too long for that.
 std::string pathOfFolder(const Descriptor& folder);
 
-/// Writes all of `bytes`. System error code. A pipe without a reader is EPIPE, and no signal.
+/// Writes all of `bytes`. Returns a system error code; a pipe without a reader gives EPIPE and no signal.
 int writeAll(int file, std::string_view bytes);
 
-/// Appends up to `limit` bytes of the file to `out`. System error code; EFBIG if there are more.
+/// Appends up to `limit` bytes of the file to `out`. Returns a system error code; EFBIG if there are more.
 int readAll(int file, std::size_t limit, std::string& out);
 
 }  // namespace hl

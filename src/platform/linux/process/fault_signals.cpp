@@ -1,19 +1,19 @@
-// A fault is thrown as an exception only if all of this holds; else the last words are said and the process
-// ends:
-//   - it is a bad access or a failed division, raised by an instruction and not sent by somebody;
+// A fault is thrown as an exception only if all of the following holds; otherwise the last words are said and
+// the process ends:
+//   - it is a bad access or a failed division, raised by an instruction and not sent by a process;
 //   - a guarded routine runs on this thread, so that a trap waits;
-//   - the instruction lies in our own text, the program's or that of a module of ours: a library may hold a
-//   lock, and has no tables for unwinding from there;
-//   - no call of a library lies between it and the innermost guarded routine: a toolkit that called us is not
-//   cleaned up on the way;
+//   - the instruction is in our own text, the program's or that of one of its modules: a library may hold a
+// lock, and has no tables for unwinding from there;
+//   - no call of a library is between it and the innermost guarded routine: a toolkit that called us would
+// not be cleaned up on the way;
 //   - no other exception is on its way on this thread;
 //   - the address is not near the stack pointer: then the stack is used up and unwinding would need more of
 //   it.
-// From the throw to the end of the trap an alarm clock runs. If it rings and the exception still has not been
-// caught, unwinding hangs, and the process ends the same way. What cannot be unwound (a function that is
-// noexcept) ends in the terminate handler, which does the same.
+// From the throw to the end of the trap an alarm clock runs. If it rings before the exception has been
+// caught, unwinding hangs, and the process ends in the same way. A function that cannot be unwound (because
+// it is noexcept) ends in the terminate handler, which does the same.
 //
-// The handler runs, and throws, on a stack of its own for each thread. Destructors and the trap run on the
+// The handler runs, and throws, on a separate stack for each thread. Destructors and the trap run on the
 // thread's normal stack again.
 #include "platform/linux/process/fault_signals.h"
 
@@ -46,7 +46,7 @@ struct Range {
     std::uintptr_t begin = 0, end = 0;
 };
 
-// Read by the handler while modules are added.
+// The handler may read it while modules are added.
 struct OwnText {
     std::array<Range, 16> ranges;
     std::atomic<std::size_t> count{0};
@@ -64,14 +64,14 @@ struct OwnText {
     }
 };
 
-// A signal handler has no other way to its state than a global.
+// A signal handler can reach its state only through a global.
 struct HandlerState {
     bool installed = false;
     FaultSignals::LastWords lastWords = nullptr;
     OwnText ownText;
     std::array<struct sigaction, kSignals.size()> formerActions;
     std::terminate_handler formerTerminate = nullptr;
-    // The last fault that was thrown, as it reads if it is not caught; where it was; its thread.
+    // The last fault that was thrown, as it is described if nobody catches it; its place; its thread.
     FaultDescription thrown{"", 0, FaultOutcome::kEnds};
     std::uintptr_t thrownAt = 0;
     std::atomic<pid_t> throwingThread{0};
@@ -84,7 +84,7 @@ thread_local volatile bool makingException = false;
     pid_t ending = 0;
     if (!state.endingThread.compare_exchange_strong(ending, gettid())) {
         if (ending == gettid()) _exit(1);  // The last words themselves failed.
-        for (;;) pause();                  // Until the other thread is done, or its alarm rings.
+        for (;;) pause();                  // Waits until the other thread is done, or its alarm rings.
     }
     alarm(kPatienceSeconds);
     if (state.lastWords != nullptr) state.lastWords(description, reinterpret_cast<const void*>(instruction));
@@ -95,7 +95,7 @@ bool exceptionOnItsWay() {
     return makingException || std::uncaught_exceptions() > 0;
 }
 
-// Runs the alarm clock for as long as it exists, that is until the trap that caught it is left.
+// Runs the alarm clock while it exists, which is until the trap that caught it is left.
 class ProcessorFault : public Fault {
   public:
     explicit ProcessorFault(const char* description)
@@ -122,7 +122,7 @@ Registers registersOf(const void* context) {
     return {machine.pc, machine.sp};
 #else
     static_cast<void>(machine);
-    return {};  // No address is in our text: every fault ends the process.
+    return {};  // Then no address counts as our text, and every fault ends the process.
 #endif
 }
 
@@ -176,8 +176,8 @@ _Unwind_Reason_Code lookAtFrame(_Unwind_Context* frame, void* walk) {
     auto& way = *static_cast<WayToGuard*>(walk);
     const std::uintptr_t at = _Unwind_GetIP(frame);
     way.begun = way.begun || at == way.instruction;
-    if (!way.begun) return _URC_NO_REASON;  // The handler's own frames.
-    // Here that is where the stack of the frame ends: behind the guard, its frame has been looked at.
+    if (!way.begun) return _URC_NO_REASON;  // These are the handler's own frames.
+    // The frame's stack ends here: if that is behind the guard, the guard's frame has been looked at.
     way.throughOwnText = _Unwind_GetCFA(frame) > way.guard;
     if (way.throughOwnText || !state.ownText.contains(at)) return _URC_END_OF_STACK;
     return _URC_NO_REASON;
@@ -236,7 +236,7 @@ void onAlarm(int, siginfo_t*, void*) {
     }
 }
 
-// Notes the executable segments of the module that `inside` lies in.
+// Notes the executable segments of the module that contains `inside`.
 int noteOwnText(dl_phdr_info* module, std::size_t, void* inside) {
     std::array<Range, 4> ranges;
     std::size_t count = 0;
@@ -263,7 +263,7 @@ void setActions() {
     }
 }
 
-// The handler's stack of one thread, in use from the first prepareThread to the thread's end.
+// The handler's stack of one thread, used from the first prepareThread until the thread ends.
 class HandlerStack {
   public:
     HandlerStack() : memory_(new char[kHandlerStackBytes]) {

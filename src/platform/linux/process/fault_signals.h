@@ -1,13 +1,14 @@
-// Processor faults by way of Linux signals.
+// Catches processor faults as Linux signals.
 //
-// What may be thrown out of the signal handler is decided by fixed rules; the implementation opens with them.
+// Fixed rules, at the top of the implementation, decide what may be thrown out of the signal handler.
 #pragma once
 
 #include "platform/fault_signals.h"
 
 namespace hl {
 
-/// The thread that installs is prepared by that; others prepare themselves. Uses the process's alarm clock.
+/// Installing prepares the installing thread; other threads prepare themselves. It uses the process's alarm
+/// clock.
 class LinuxFaultSignals : public FaultSignals {
   public:
     void InstallExceptionFilter(LastWords lastWords) override;

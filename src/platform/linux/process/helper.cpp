@@ -8,7 +8,8 @@
 
 namespace hl {
 
-// The work goes before its end is told: what it owns may lie on the disk, too, and hang where it is closed.
+// The work is destroyed before its end is reported: what it owns may be on the disk, too, and closing that
+// may hang.
 std::shared_ptr<Helper> Helper::start(Work work, bool mayHang) {
     std::shared_ptr<HelperSlot> slot;
     if (mayHang) {
@@ -22,7 +23,7 @@ std::shared_ptr<Helper> Helper::start(Work work, bool mayHang) {
         try {
             LinuxFaultSignals().prepareThread();
             work(helper->whereabouts_);
-        } catch (const LeftBehind&) {  // Nobody is there to be told.
+        } catch (const LeftBehind&) {  // Nobody is left to be told.
             failure = nullptr;
         } catch (...) {
             failure = std::current_exception();

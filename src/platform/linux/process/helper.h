@@ -1,5 +1,5 @@
-// Work on a thread of its own. Where it hangs on a disk that does not answer it is left behind: it is never
-// joined, owns all that it touches, and what it finds in the end is dropped.
+// Does work on a thread of its own. If it hangs on a disk that does not answer, it is abandoned: it is never
+// joined, owns everything that it uses, and its late result is dropped.
 #pragma once
 
 #include <atomic>
@@ -15,13 +15,13 @@
 
 namespace hl {
 
-/// Raised in work that was left behind, so that it does nothing more.
+/// Is thrown in work that was abandoned, so that it does nothing more.
 struct LeftBehind {};
 
-/// What the work tells of where it is. Telling costs a look at a flag as long as nobody asks.
+/// Tells what the work is doing. As long as nobody asks, that costs only a look at a flag.
 class Whereabouts {
   public:
-    /// For the working thread: `path()` is called only if somebody waits for an answer.
+    /// For the working thread: tells where it is. `path()` is called only if somebody waits for an answer.
     template <class Path>
     void at(Path&& path) {
         if (!asked_.load(std::memory_order_relaxed)) return;
@@ -30,22 +30,22 @@ class Whereabouts {
         path_ = path();
         asked_.store(false, std::memory_order_relaxed);
     }
-    /// For the waiting thread: what was told last; asks for more. `isNew`: something was told since it was
-    /// asked before.
+    /// For the waiting thread: returns what was told last, and asks for more. `isNew` tells whether something
+    /// was told since the last call.
     std::string now(bool& isNew) {
         const std::lock_guard lock(mutex_);
         isNew = !asked_.exchange(true, std::memory_order_relaxed);
         return path_;
     }
-    /// For the waiting thread: the work is to end, if it can.
+    /// For the waiting thread: asks the work to end, if it can.
     void end() { unwanted_.store(true, std::memory_order_relaxed); }
     bool unwanted() const { return unwanted_.load(std::memory_order_relaxed); }
-    /// For the working thread: whether nobody waits for it any more.
+    /// For the working thread: tells whether nobody waits for it any more.
     bool isLeft() {
         const std::lock_guard lock(mutex_);
         return left_;
     }
-    /// What is told next ends the work in any case.
+    /// Makes the work end when it next tells where it is.
     void leave() {
         end();
         const std::lock_guard lock(mutex_);
@@ -63,18 +63,18 @@ class Whereabouts {
 class Helper {
   public:
     using Work = std::function<void(Whereabouts&)>;
-    /// `mayHang`: the disk may not answer; the helper takes a slot then. Null if there is no thread, or no
-    /// slot.
+    /// Starts the work. With `mayHang`, if the disk may not answer, the helper takes a slot. Returns null if
+    /// there is no thread, or no slot.
     static std::shared_ptr<Helper> start(Work work, bool mayHang);
 
     Whereabouts& whereabouts() { return whereabouts_; }
-    /// Waits so long at most; whether it has ended.
+    /// Waits at most that long; returns whether the work has ended.
     bool endsWithin(std::chrono::milliseconds time);
-    /// Waits without end.
+    /// Waits without a limit.
     void join();
     /// Throws what the work threw. REQUIRES: it has ended.
     void rethrow();
-    /// Nobody waits for it any more. False if it has ended already.
+    /// Abandons the work. Returns false if it has ended already.
     bool leave();
 
   private:

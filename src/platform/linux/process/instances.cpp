@@ -24,14 +24,15 @@ namespace {
 using std::chrono::milliseconds;
 using Clock = std::chrono::steady_clock;
 
-constexpr std::uint64_t kLongestLine = 64 << 20;  // More than the system takes as arguments.
+constexpr std::uint64_t kLongestLine = 64 << 20;  // More than the system accepts as arguments.
 constexpr milliseconds kReceiveLimit{1000};
-// A sender sends at once. Who connects and says nothing holds the window up no longer than this.
+// A sender sends at once. If it connects and says nothing, it delays the window only this long.
 constexpr milliseconds kFirstByteLimit{100};
 constexpr milliseconds kRetry{10};
 constexpr int kMarkTries = 4;
 constexpr int kWaitingSenders = 64;
-// What fits into the address of a socket (108 bytes) behind "/proc/self/fd/NUMBER/" and before the ending.
+// The longest name that fits into a socket's address (108 bytes) between "/proc/self/fd/NUMBER/" and the
+// ending.
 constexpr std::size_t kLongestName = 48;
 constexpr char kTaken = 1;
 
@@ -48,7 +49,7 @@ Descriptor ownFolder(const std::string& path, int flags) {
     return folder.isOpen() && isOwnAlone(folder.number()) ? std::move(folder) : Descriptor();
 }
 
-// Somebody else may have made a folder, or a link, of this name before us: then there is no place.
+// If somebody else made a folder, or a link, of this name before us, there is no place.
 Descriptor chooseFolder(const std::string& name, const InstancePlaces& places) {
     if (places.runtimeFolder.starts_with('/')) {
         Descriptor folder = ownFolder(places.runtimeFolder, 0);
@@ -59,7 +60,7 @@ Descriptor chooseFolder(const std::string& name, const InstancePlaces& places) {
     return ownFolder(own, O_NOFOLLOW);
 }
 
-// A long name is cut, and a hash of the whole keeps it apart from others (FNV-1a).
+// A long name is cut, and a hash of the whole name (FNV-1a) distinguishes it from others.
 std::string shortName(const std::string& name) {
     if (name.size() <= kLongestName) return name;
     std::uint32_t hash = 2166136261;
@@ -81,7 +82,7 @@ class Deadline {
         return std::max(milliseconds(0), std::chrono::ceil<milliseconds>(end_ - Clock::now()));
     }
     bool passed() const { return left().count() == 0; }
-    /// Whether the socket can be read or written (`events`), waited for.
+    /// Waits until the socket can be read or written (`events`); returns whether it can.
     bool ready(int socket, short events) const {
         pollfd wait{socket, events, 0};
         int answer = 0;
@@ -97,8 +98,8 @@ class Deadline {
 
 // --- bytes over a socket that never blocks
 
-// Moves the whole block with `move(bytes)`, which answers as send and recv do. False if the other end is
-// gone or time is up.
+// Moves the whole block with `move(bytes)`, which returns what send and recv do. Returns false if the other
+// end is gone or time is up.
 template <class Byte, class Move>
 bool moveAll(int socket, std::span<Byte> bytes, short events, const Deadline& deadline, Move move) {
     while (!bytes.empty()) {
@@ -125,7 +126,7 @@ bool receiveAll(int socket, std::span<char> bytes, const Deadline& deadline) {
                    [socket](std::span<char> rest) { return recv(socket, rest.data(), rest.size(), 0); });
 }
 
-// The process at the other end, if it is of the same user; else 0.
+// Returns the process at the other end if it belongs to the same user; else 0.
 pid_t ownPeer(int socket) {
     ucred peer{};
     socklen_t size = sizeof peer;
@@ -162,18 +163,18 @@ Descriptor newSocket() {
     return Descriptor(socket(AF_UNIX, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0));
 }
 
-// `call` is bind or connect. System error code.
+// `call` is bind or connect. Returns a system error code.
 template <class Call>
 int atPath(Call call, int socket, const std::string& path) {
     sockaddr_un address{};
     address.sun_family = AF_UNIX;
     if (path.size() >= sizeof address.sun_path) return ENAMETOOLONG;
     std::memcpy(address.sun_path, path.data(), path.size());
-    // The one cast that the interface of sockets asks for.
+    // The interface of sockets requires this cast.
     return call(socket, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0 ? 0 : errno;
 }
 
-// False if nobody took the line. `process`: who might have.
+// Returns false if nobody took the line. `process` receives who might have.
 bool deliverTo(const std::string& socketPath, const std::string& commandLine, const Deadline& deadline,
                long& process) {
     const Descriptor peer = newSocket();
@@ -197,8 +198,8 @@ LinuxInstances::~LinuxInstances() {
     letGo();
 }
 
-// The socket goes before the mark does: who takes the mark next makes a socket of his own. A lock belongs to
-// all who have the open file, so that to close it here is not enough.
+// The socket is removed before the mark is given up, because the next holder of the mark makes a socket of
+// its own. A lock belongs to everybody who has the open file, so closing it here is not enough.
 void LinuxInstances::letGo() {
     if (socket_.isOpen()) {
         unlinkat(folder_.number(), (name_ + "_APPLICATION").c_str(), 0);
@@ -211,13 +212,13 @@ void LinuxInstances::letGo() {
 
 // --- the mark
 
-// The sticky bit keeps the file from those who tidy up folders for files of the run.
+// The sticky bit keeps the file from programs that tidy up folders for files of the run.
 bool LinuxInstances::takeFirst() {
     if (mark_.isOpen() || !folder_.isOpen()) return true;
     const std::string mark = name_ + "_APPLICATION_MUTEX";
     Descriptor file = openAt(folder_.number(), mark, O_RDWR | O_CREAT | O_NOFOLLOW, 0600);
     if (!file.isOpen()) return true;
-    // Who asks whether the mark is held has it for a moment, so a refusal is asked again.
+    // Whoever asks whether the mark is held has it for a moment, so after a refusal it is tried again.
     for (int i = 0; i < kMarkTries; ++i) {
         if (i > 0) pause(kRetry);
         if (flock(file.number(), LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK) continue;
@@ -238,7 +239,7 @@ bool LinuxInstances::isHeld() {
 
 // --- the sender
 
-// Through the open folder, whose own path may be too long for an address.
+// The path goes through the open folder, because the folder's own path may be too long for an address.
 std::string LinuxInstances::socketPath() const {
     return "/proc/self/fd/" + std::to_string(folder_.number()) + "/" + name_ + "_APPLICATION";
 }
@@ -246,8 +247,9 @@ std::string LinuxInstances::socketPath() const {
 bool LinuxInstances::deliver(const std::string& commandLine) {
     if (!folder_.isOpen()) return false;
     const Deadline deadline(deliveryLimit_);
-    // The first instance may have taken its mark only just now and not listen yet, or have many senders
-    // waiting; and who was held up between connecting and sending may have been dropped.
+    // It is tried again, because the first instance may have taken its mark only just now and not listen yet,
+    // or have many senders waiting; and a sender delayed between connecting and sending may have been
+    // dropped.
     process_ = 0;
     while (!deliverTo(socketPath(), commandLine, deadline, process_)) {
         if (deadline.passed() || !isHeld()) return false;
@@ -268,7 +270,7 @@ Descriptor LinuxInstances::bindSocket() const {
     return ::listen(made.number(), kWaitingSenders) == 0 ? std::move(made) : Descriptor();
 }
 
-// Only the holder of the mark gets here, so a socket that exists is left over from one that is gone.
+// Only the holder of the mark gets here, so an existing socket is left over from a process that is gone.
 int LinuxInstances::listen() {
     if (!mark_.isOpen()) return -1;
     if (!socket_.isOpen()) socket_ = bindSocket();

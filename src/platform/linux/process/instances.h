@@ -1,10 +1,11 @@
-// Instances by a locked file and a local socket, in a folder that is the user's alone.
+// Finds other instances by a locked file and a local socket, in a folder that only the user can enter. For
+// the thread of the logic.
 //
 //     NAME_APPLICATION_MUTEX    locked by the first instance for as long as it runs; the file itself stays
 //     NAME_APPLICATION          the socket on which it takes command lines
 //
 // A delivery is eight bytes with the length of the line, the lowest first, then the line; the answer is one
-// byte. A lock of a process that was killed is gone with it, and the socket it left is replaced.
+// byte. The lock of a process ends with it, even if it is killed, and the socket that it leaves is replaced.
 #pragma once
 
 #include <chrono>
@@ -16,11 +17,11 @@
 
 namespace hl {
 
-/// Where the marks may lie.
+/// The places where the mark and the socket may be.
 struct InstancePlaces {
     std::string
-        runtimeFolder;  ///< $XDG_RUNTIME_DIR; may be empty, and is passed over if it is not the user's.
-    std::string sharedFolder = "/tmp";  ///< A folder NAME-UID is made here where there is no such folder.
+        runtimeFolder;  ///< $XDG_RUNTIME_DIR; may be empty, and is skipped if it does not belong to the user.
+    std::string sharedFolder = "/tmp";  ///< A folder NAME-UID is made here if there is no runtime folder.
 };
 
 class LinuxInstances final : public Instances {
@@ -28,7 +29,7 @@ class LinuxInstances final : public Instances {
     using Milliseconds = std::chrono::milliseconds;
     static constexpr Milliseconds kDeliveryLimit{3000};
 
-    /// `name` is that of the executable, without an extension; instances of one name are instances of one
+    /// `name` is that of the executable without an extension; instances with the same name are of the same
     /// program.
     LinuxInstances(const std::string& name, const InstancePlaces& places,
                    Milliseconds deliveryLimit = kDeliveryLimit);
@@ -50,8 +51,8 @@ class LinuxInstances final : public Instances {
 
     std::string name_;
     Milliseconds deliveryLimit_;
-    long process_ = 0;   ///< Of the first instance, as the last delivery saw it.
-    Descriptor folder_;  ///< Not open where there is no safe place.
+    long process_ = 0;   ///< The first instance's process, as the last delivery found it.
+    Descriptor folder_;  ///< Not open if there is no safe place.
     Descriptor mark_;    ///< Open while this process is the first.
     Descriptor socket_;  ///< Open while it listens.
 };

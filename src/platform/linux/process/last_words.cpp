@@ -19,7 +19,8 @@ iovec piece(std::string_view text) {
     return {const_cast<char*>(text.data()), text.size()};
 }
 
-// A line of /proc/self/maps: "BEGIN-END MODE OFFSET DEVICE INODE   PATH", the first two in hexadecimal.
+// Tells whether a line of /proc/self/maps contains the address: "BEGIN-END MODE OFFSET DEVICE INODE   PATH",
+// where the first two are hexadecimal.
 bool mapsAddress(std::string_view line, std::uintptr_t address) {
     std::uintptr_t begin = 0, end = 0;
     const char* last = line.data() + line.size();
@@ -29,8 +30,7 @@ bool mapsAddress(std::string_view line, std::uintptr_t address) {
     return address >= begin && address < end;
 }
 
-// What the file of the module that `address` lies in is called; its name lies in `line`. "?" if none is
-// known.
+// Returns the file name of the module that contains `address`; the text is in `line`. "?" if none is known.
 std::string_view moduleAt(std::uintptr_t address, std::span<char> line) {
     const int maps = ::open("/proc/self/maps", O_RDONLY | O_CLOEXEC);
     std::string_view name = "?";
@@ -60,7 +60,7 @@ long zoneNow() {
     return localtime_r(&now, &fields) != nullptr ? fields.tm_gmtoff : 0;
 }
 
-// Nothing is done about a failure: nobody is left to tell.
+// A failure is ignored, because nobody is left to be told.
 template <std::size_t N>
 void write(int file, const iovec (&pieces)[N]) {
     [[maybe_unused]] const ssize_t written = ::writev(file, pieces, N);

@@ -1,7 +1,7 @@
 // The entry of error.log for an error that the program does not survive.
 //
-// All of it is made beforehand but for what only that moment knows: the time, the module, the description. So
-// a signal handler can write it, which may neither take memory nor wait for a lock.
+// Everything is made beforehand except what only that moment knows: the time, the module, the description. So
+// a signal handler, which must not allocate memory or wait for a lock, can write it.
 #pragma once
 
 #include <array>
@@ -13,14 +13,14 @@ namespace hl {
 
 class LastWords {
   public:
-    /// The report up to the time, up to the module, up to the description, and behind it.
+    /// The report up to the time, then up to the module, then up to the description, and then the rest.
     using Pieces = std::array<std::string, 4>;
 
-    /// `datePicture` is one for formatDate; the time is that of the time zone as it is now.
+    /// `datePicture` is one for formatDate. Times are in the time zone that is set now.
     LastWords(std::string log, std::string datePicture, Pieces pieces);
 
-    /// Adds the entry to the log, and one line to standard error. `instruction` lies in the module that is
-    /// named. From a signal handler.
+    /// Appends the entry to the log, and one line to standard error. The module that contains `instruction`
+    /// is named. May be called from a signal handler.
     void say(const char* description, const void* instruction) const noexcept;
 
   private:
@@ -28,7 +28,7 @@ class LastWords {
 
     std::string log_, datePicture_;
     Pieces pieces_;
-    long zone_;  ///< Seconds east of Greenwich.
+    long zone_;  ///< In seconds east of Greenwich.
 };
 
 }  // namespace hl

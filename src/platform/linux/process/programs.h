@@ -1,4 +1,4 @@
-// Other programs and modules: starting the one, loading the other.
+// Starts other programs, and loads modules. For the thread of the logic.
 #pragma once
 
 #include <string>
@@ -8,12 +8,12 @@
 
 namespace hl {
 
-/// Starts a program of its own, with this process's environment; nobody waits for it. System error code, 0
-/// for success.
+/// Starts another program with this process's environment; nobody waits for it. Returns a system error code,
+/// 0 for success.
 int startProgram(const std::string& executable, const std::vector<std::string>& arguments);
 
-/// The function of the module with the window; null if the file is missing, is no such module, or a library
-/// that it needs is not there, and `reason` says which.
+/// Returns the function of the module with the window; null if the file is missing, is no such module, or
+/// needs a library that is missing. Then `reason` says which.
 WindowModuleFunction loadWindowModule(const std::string& path, std::string& reason);
 
 }  // namespace hl

@@ -24,8 +24,8 @@ namespace {
 
 constexpr std::uint64_t kKilobyte = 1024;
 
-// The value behind the first separator of the first line that begins with `key`, blanks around the two
-// allowed; empty if there is none.
+// Returns the value behind the first separator of the first line that begins with `key`, which blanks may
+// surround; empty if there is none.
 std::string valueOf(std::string_view text, std::string_view key, char separator) {
     std::istringstream lines{std::string(text)};
     for (std::string line; std::getline(lines, line);) {
@@ -44,7 +44,7 @@ std::uint64_t memoryValue(const std::string& meminfo, std::string_view key) {
     return numberAtFront(valueOf(meminfo, key, ':')) * kKilobyte;
 }
 
-// The value of a shell assignment, as release files write them: its quotes and backslashes taken off.
+// Returns the value of a shell assignment, as release files write it, without its quotes and backslashes.
 std::string unquoted(std::string_view value) {
     if (value.size() >= 2 && (value[0] == '"' || value[0] == '\'') && value.back() == value[0]) {
         value = value.substr(1, value.size() - 2);
@@ -73,7 +73,7 @@ std::uint64_t pageSize() {
     return static_cast<std::uint64_t>(sysconf(_SC_PAGESIZE));
 }
 
-// Number `index` of the fields of /proc/self/statm, in bytes: 0 is the address space in use, 1 the memory.
+// Returns field `index` of /proc/self/statm, in bytes: 0 is the address space in use, 1 the memory.
 std::uint64_t statmBytes(const std::string& statm, int index) {
     std::istringstream fields(statm);
     std::uint64_t pages = 0;
@@ -81,7 +81,7 @@ std::uint64_t statmBytes(const std::string& statm, int index) {
     return pages * pageSize();
 }
 
-// What a process may address: its limit, or half of what 48 bits (or the bits of a pointer) can.
+// Returns what a process may address: its limit, or half of what 48 bits (or the bits of a pointer) can.
 std::uint64_t addressSpace() {
     const std::uint64_t whole = std::uint64_t{1} << std::min<std::size_t>(8 * sizeof(void*), 47);
     rlimit limit = {};
@@ -147,7 +147,7 @@ std::string LinuxSystemFacts::processorName() {
         if (!name.empty() && std::find(names.begin(), names.end(), name) == names.end())
             names.push_back(name);
     }
-    if (names.empty()) return kernel().machine;  // Not every architecture tells a name.
+    if (names.empty()) return kernel().machine;  // Some architectures do not tell a name.
     std::string joined = names[0];
     for (std::size_t i = 1; i < names.size(); ++i) joined += "\t" + names[i];
     return joined;
@@ -188,7 +188,7 @@ std::string LinuxSystemFacts::executablePath() {
     auto path = std::filesystem::read_symlink("/proc/self/exe", error);
     if (!error) return path.string();
     const char* told = reinterpret_cast<const char*>(getauxval(AT_EXECFN));
-    // As /proc would tell it: where links, such as a package's in /usr/bin, lead to.
+    // /proc would give the same: the place that links, such as a package's in /usr/bin, lead to.
     const auto absolute = std::filesystem::absolute(told != nullptr ? told : "harborlantern", error);
     path = std::filesystem::canonical(absolute, error);
     return error ? absolute.string() : path.string();

@@ -1,4 +1,4 @@
-// Facts about a Linux machine, from the files of the kernel and of the distribution.
+// Facts about a Linux machine, read from files of the kernel and of the distribution.
 #pragma once
 
 #include <string>
@@ -7,10 +7,10 @@
 
 namespace hl {
 
-/// Holds no state: each call looks anew. From any thread.
+/// It has no state: each call reads anew. From any thread.
 class LinuxSystemFacts : public SystemFacts {
   public:
-    /// `root` is put in front of the paths of the files that are read.
+    /// `root` precedes the paths of the files that are read.
     explicit LinuxSystemFacts(std::string root = "") : root_(std::move(root)) {}
 
     SystemName systemName() override;
@@ -18,14 +18,14 @@ class LinuxSystemFacts : public SystemFacts {
     std::uint64_t workingSet() override;
     std::uint64_t upTimeSeconds() override;
     std::string processorName() override;
-    std::string userName() override;  ///< The number of a user who has no name.
+    std::string userName() override;  ///< For a user without a name, the number.
     std::string computerName() override;
     bool adminRights() override;
     bool emulated() override;
-    /// In English, whatever the locale. Sets errno to EINVAL for a code that is not known.
+    /// The text is English, whatever the locale. For an unknown code errno is set to EINVAL.
     std::string errorText(int code) override;
     std::string environment(const std::string& name) override;
-    /// Of this program; where /proc is missing, as the kernel was told it when the program was started.
+    /// Returns the path of this program; without /proc, the path that the kernel was given at the start.
     static std::string executablePath();
 
   private:

@@ -16,10 +16,10 @@ namespace hl {
 namespace {
 
 constexpr std::size_t kRecordBytes = std::size_t{64} << 10;
-// Below this room a further call would bring too little to be worth it.
+// With less room than this a further call would bring too little.
 constexpr std::size_t kLeastRoom = std::size_t{16} << 10;
 
-// The kernel's linux_dirent64.
+// This is the kernel's linux_dirent64.
 struct Record {
     std::uint64_t inode;
     std::int64_t cookie;
@@ -48,7 +48,7 @@ std::uint32_t attributesOf(const struct statx& facts) {
     return bits;
 }
 
-// The kernel's own numbers of devices have 12 bits and 20.
+// The kernel's own device numbers have 12 and 20 bits.
 std::uint32_t deviceNumber(const struct statx& facts) {
     return facts.stx_dev_major << 20 | facts.stx_dev_minor;
 }
@@ -94,7 +94,7 @@ BlockReader::Fill BlockReader::fill(int folder) {
 }
 
 // The hot loop of a scan: for each entry that is no folder one statx relative to the open folder, and nothing
-// else that enters the kernel. The type in the record saves the look at folders.
+// else that enters the kernel. The type in the record saves the statx for folders.
 std::shared_ptr<const Block> BlockReader::build(int folder, const LinkLook::GoOn& goOn) {
     entries_.clear();
     times_.clear();
@@ -140,7 +140,7 @@ void BlockReader::addFolder(std::string_view name, std::uint32_t attributes, std
     if (options_.wantTimes) times_.emplace_back();
 }
 
-// A link is first asked where it leads: only one that leads to no folder needs a look of its own.
+// A link is first asked where it leads; only one that leads to no folder needs a statx of its own.
 void BlockReader::addLink(LinkLook::Place& place, const char* name, std::size_t length,
                           const LinkLook::GoOn& goOn) {
     const bool leadsToFolder = links_.leadsToFolder(place, name, goOn);
@@ -150,7 +150,7 @@ void BlockReader::addLink(LinkLook::Place& place, const char* name, std::size_t 
     std::array<char, PATH_MAX> target;
     const long got = calls_.readLink(place.folder, name, target.data(), target.size());
     if (got <= 0) return;
-    // Behind the name and its NUL; the length says where it ends.
+    // The target is behind the name and its NUL; the length tells where it ends.
     entries_.back().targetLength = static_cast<std::uint16_t>(got);
     keepName({target.data(), static_cast<std::size_t>(got)});
 }
@@ -159,7 +159,7 @@ void BlockReader::addOther(int folder, const char* name, std::size_t length) {
     struct statx facts;
     const int result = calls_.look(folder, name, false, mask_, facts);
     countAnswer();
-    if (result == -ENOENT) return;  // Gone since its name was read.
+    if (result == -ENOENT) return;  // It was removed since its name was read.
     const std::string_view text(name, length);
     if (result < 0) {
         noteError(-result);

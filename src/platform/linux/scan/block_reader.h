@@ -1,9 +1,9 @@
 // Turns the records of an open folder into a block of entries with their facts. Each reading thread has its
 // own reader.
 //
-// A block is read in two steps, so that a long folder can be shared: fill() takes the names from the kernel,
-// and once that is done another thread may already fill() the next block of the same folder with its reader;
-// build() then looks at each entry once.
+// A block is read in two steps, so that threads can share a long folder: fill() takes the names from the
+// kernel; once that is done, another thread may already call fill() with its own reader for the folder's next
+// block. build() then looks at each entry once.
 #pragma once
 
 #include <atomic>
@@ -19,15 +19,15 @@
 
 namespace hl {
 
-/// What was read of one folder in one go. Immutable once built, so any thread may read it.
+/// What was read of one folder at once. It does not change once built, so any thread may read it.
 struct Block {
     std::unique_ptr<char[]> memory;  ///< Holds what the spans and `names` point to.
     std::size_t bytes = 0;           ///< Everything included.
     std::span<const Entry> entries;
     std::span<const EntryTimes> times;
-    std::span<const std::uint32_t> entered;  ///< Indexes of the entries that the walk will enter.
+    std::span<const std::uint32_t> entered;  ///< The indexes of the entries that the walk will enter.
     const char* names = nullptr;             ///< Each name ends in a NUL.
-    int entryError = 0;  ///< System error code of the first entry that could not be looked at.
+    int entryError = 0;  ///< The system error code for the first entry that could not be looked at.
 };
 
 class BlockReader {
@@ -36,20 +36,20 @@ class BlockReader {
     BlockReader(DirectoryCalls& calls, LinkLook& links, const ReadOptions& options);
 
     struct Fill {
-        int error = 0;            ///< Positive system error code; what was read before it is kept.
-        bool nothing = true;      ///< Not one record was read.
+        int error = 0;            ///< A positive system error code; what was read before the error is kept.
+        bool nothing = true;      ///< No record was read.
         bool more = false;        ///< There may be further records.
-        std::int64_t cookie = 0;  ///< Place behind the last record.
+        std::int64_t cookie = 0;  ///< The place behind the last record.
     };
-    /// Takes the next records of the folder, from where its descriptor stands and as many as fit. `folder` is
-    /// an open descriptor and stays the caller's.
+    /// Reads the next records of the folder, from its descriptor's position on and as many as fit. `folder`
+    /// is open and stays the caller's.
     Fill fill(int folder);
-    /// The block of the records of the last fill(). Entries that are gone by now are not in it.
-    /// REQUIRES: fill() was called, and `folder` is open on the same folder.
-    /// `goOn` is asked where it has to wait for a disk to which a link leads (link_look.h).
+    /// Returns the block of the records of the last fill(), without entries that are gone by now. REQUIRES:
+    /// fill() was called, and `folder` is open on the same folder. `goOn` is called while it waits for a disk
+    /// to which a link leads (link_look.h).
     std::shared_ptr<const Block> build(int folder, const LinkLook::GoOn& goOn);
 
-    /// How many answers the disk gave so far: names, and looks at entries. From any thread.
+    /// Returns how many answers the disk has given so far: names, and looks at entries. From any thread.
     std::uint32_t answers() const { return answers_.load(std::memory_order_relaxed); }
 
   private:

@@ -20,14 +20,14 @@ namespace {
 
 constexpr int kFolderFlags = O_RDONLY | O_DIRECTORY | O_CLOEXEC;
 
-// Kernels before 5.6, and some sandboxes, lack openat2. Asked once; the answer does not change.
+// Kernels before 5.6, and some sandboxes, lack openat2. This is found out once, as it does not change.
 std::atomic<bool> openat2Works{true};
 
 int resultOf(long value) {
     return value < 0 ? -errno : static_cast<int>(value);
 }
 
-// Opens, then asks whether the folder is the root of a mount: for systems without openat2.
+// Opens the folder, then asks whether it is the root of a mount: for systems without openat2.
 int openAndAskForMount(int parent, const char* name, int flags) {
     const int folder = resultOf(::openat(parent, name, flags));
     if (folder < 0) return folder;
@@ -50,7 +50,7 @@ int openAndAskForMount(int parent, const char* name, int flags) {
 int DirectoryCalls::openSource(const std::string& path) {
     int folder = resultOf(::open(path.c_str(), kFolderFlags));
     if (folder != -ENAMETOOLONG) return folder;
-    // Longer than the kernel takes in one piece: in steps of whole names.
+    // The path is longer than the kernel takes at once, so it is opened in steps of whole names.
     folder = resultOf(::open(path.starts_with('/') ? "/" : ".", kFolderFlags));
     std::string_view rest = path;
     while (folder >= 0 && !rest.empty()) {
@@ -76,7 +76,7 @@ int DirectoryCalls::openChild(int parent, const char* name, bool followLinks, bo
         how.resolve = RESOLVE_NO_XDEV;
         const int folder = resultOf(::syscall(SYS_openat2, parent, name, &how, sizeof how));
         if (folder != -ENOSYS && folder != -EPERM) return folder;
-        // EPERM is how some sandboxes refuse the call as a whole; a plain open tells which it is.
+        // Some sandboxes refuse the call with EPERM; a plain open shows whether this is one.
         const int plain = openAndAskForMount(parent, name, flags);
         if (folder == -ENOSYS || plain >= 0) openat2Works.store(false, std::memory_order_relaxed);
         return plain;

@@ -1,7 +1,7 @@
-// The system calls that reading folders comes down to, behind one small seam.
+// The system calls that reading folders consists of.
 //
-// Everything is relative to an open folder; no call gets a path that grows with depth. Tests wrap it to
-// record what was asked and to make things fail or change between two calls. Safe from several threads.
+// Everything is relative to an open folder; no call gets a path that grows with the depth. Tests wrap it to
+// record calls, to make them fail, and to change something between two calls. Safe from several threads.
 #pragma once
 
 #include <cstddef>
@@ -17,28 +17,28 @@ namespace hl {
 class DirectoryCalls {
   public:
     virtual ~DirectoryCalls() = default;
-    // Each answers a negative system error code if it fails.
+    // Each returns a negative system error code if it fails.
 
-    /// Opens the source of a scan, links and mounts followed. A path of any length.
+    /// Opens the source of a scan; links and mounts are followed. The path may have any length.
     virtual int openSource(const std::string& path);
     /// Opens `name` below the open folder `parent`. A link is an error (-ELOOP or -ENOTDIR) unless
     /// `followLinks`; the root of another mount is -EXDEV unless `crossMounts`.
     virtual int openChild(int parent, const char* name, bool followLinks, bool crossMounts);
-    /// Opens the folder `levels` above the open folder. REQUIRES: levels is 1 to 1000.
+    /// Opens the folder `levels` levels above the open folder. REQUIRES: levels is 1 to 1000.
     virtual int openAbove(int folder, unsigned levels);
-    /// Fills `buffer` with records of the kernel's form (linux_dirent64); 0 at the end.
+    /// Fills `buffer` with records of the kernel's form (linux_dirent64); returns 0 at the end.
     virtual long readEntries(int folder, void* buffer, std::size_t bytes);
-    /// statx of an entry of the open folder, or of the folder itself for an empty name.
+    /// Calls statx for an entry of the open folder, or for the folder itself if the name is empty.
     virtual int look(int folder, const char* name, bool followLinks, unsigned mask, struct statx& out);
-    /// Where the open folder is, by names that are no links; empty if that is too long for the system. No
-    /// file system is asked.
+    /// Returns the path of the open folder, by names that are no links; empty if it is too long for the
+    /// system. No file system is asked.
     std::string pathOf(int folder);
     virtual long readLink(int folder, const char* name, char* buffer, std::size_t bytes);
     virtual int identity(int folder, FolderId& id);
-    /// Goes on reading entries behind the one with this cookie.
+    /// Continues reading entries behind the one with this cookie.
     virtual int seek(int folder, std::int64_t cookie);
     virtual void close(int folder);
-    /// How often this thread has waited for something (a disk, a server) so far.
+    /// Returns how often this thread has waited for something (a disk, a server) so far.
     virtual std::uint64_t timesWaited();
 };
 

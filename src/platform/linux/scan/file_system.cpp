@@ -16,7 +16,7 @@ namespace hl {
 
 namespace {
 
-// Descriptors left to the rest of the program.
+// The descriptors left to the rest of the program.
 constexpr rlim_t kOtherDescriptors = 32;
 constexpr rlim_t kMostOpenFolders = 512;
 constexpr rlim_t kLeastOpenFolders = 8;
@@ -38,7 +38,7 @@ ReadAheadLimits limitsOfThisMachine(bool readAhead) {
     if (::getrlimit(RLIMIT_NOFILE, &files) == 0) {
         const rlim_t free = files.rlim_cur > kOtherDescriptors ? files.rlim_cur - kOtherDescriptors : 0;
         limits.openFolders = std::clamp(free, kLeastOpenFolders, kMostOpenFolders);
-        // Each helper needs descriptors of its own; where there are hardly any, the walk reads alone.
+        // Each helper needs descriptors of its own; if there are hardly any, the walk reads alone.
         if (free < kLeastOpenFolders) limits.helpersWarm = limits.helpersCold = 0;
     }
     return limits;
@@ -55,7 +55,7 @@ PathFacts LinuxFileSystem::look(std::string_view path) {
     const unsigned mask = STATX_TYPE | STATX_INO | STATX_NLINK | STATX_SIZE;
     int error = calls_->look(AT_FDCWD, withoutTrailing(path).c_str(), false, mask, facts);
     if (error == -ENAMETOOLONG) {
-        // Too long for one call: what can be opened as a folder, step by step, exists as one.
+        // The path is too long for one call: if it can be opened as a folder, step by step, it exists as one.
         const int folder = calls_->openSource(withoutTrailing(path));
         error = folder < 0 ? folder : calls_->look(folder, "", false, mask, facts);
         if (folder >= 0) calls_->close(folder);

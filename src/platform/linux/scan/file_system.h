@@ -1,5 +1,5 @@
-// The file system of the machine. read() and what it gives belong to one thread, that of the logic; look()
-// and target() may be called from any.
+// The file system of the machine. read() and its result belong to one thread, that of the logic; look() and
+// target() may be called from any.
 #pragma once
 
 #include <memory>
@@ -12,10 +12,10 @@
 
 namespace hl {
 
-/// Limits for this machine. Helpers while folders come from the system's cache ("warm"): one for each
-/// processor beyond the first; while reads wait for a disk: up to eight, or more where there are more
-/// processors. Descriptors by the soft limit of the process, 8 to 512; where it leaves fewer than 8 there are
-/// no helpers. None either with `readAhead` false.
+/// Returns the limits for this machine. While folders come from the system's cache ("warm"), there is one
+/// helper for each processor beyond the first; while reads wait for a disk ("cold"), there are up to eight,
+/// or more if there are more processors. Descriptors are 8 to 512, by the soft limit of the process; if it
+/// leaves fewer than 8 there are no helpers. There are none either if `readAhead` is false.
 ReadAheadLimits limitsOfThisMachine(bool readAhead);
 
 class LinuxFileSystem final : public FileSystem {

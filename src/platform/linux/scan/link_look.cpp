@@ -30,7 +30,7 @@ LinkLook::LinkLook(std::shared_ptr<DirectoryCalls> calls, const std::vector<Moun
                    std::chrono::milliseconds limit)
     : calls_(std::move(calls)), mounts_(mounts), names_(namesOfWhatCanHang(mounts)), limit_(limit) {}
 
-// Who reads a folder that can hang is a helper and may ask on the same mount.
+// A folder that can hang is read by a helper, which may also ask on the same mount.
 bool LinkLook::leadsToFolder(Place& place, const char* name, const GoOn& goOn) {
     if (!someCanHang()) return isFolder(*calls_, place.folder, name);
     std::array<char, PATH_MAX> text;
@@ -38,7 +38,7 @@ bool LinkLook::leadsToFolder(Place& place, const char* name, const GoOn& goOn) {
     if (got <= 0) return false;
     const std::string target(text.data(), static_cast<std::size_t>(got));
     if (!place.known) learn(place);
-    if (place.path.empty()) return false;  // So deep that the system does not tell where it leads.
+    if (place.path.empty()) return false;  // It is so deep that the system does not tell where it leads.
     const Mount* mount = mountOfTarget(place, target);
     if (mount == nullptr) {
         struct statx facts;
@@ -56,8 +56,8 @@ void LinkLook::learn(Place& place) {
     place.mount = mountThatCanHang(mounts_, place.path, false);
 }
 
-// The mount that can hang on the way to the target, which may itself be a link. Most targets lie in a few
-// folders that are known by then, and none of the mounts has their name.
+// Returns the mount that can hang on the way to the target, which may itself be a link. Most targets are in a
+// few folders that are known by then, and have not the name of such a mount.
 const Mount* LinkLook::mountOfTarget(const Place& place, const std::string& target) {
     const std::size_t slash = target.rfind('/');
     const std::string last = target.substr(slash + 1);

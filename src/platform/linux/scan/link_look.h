@@ -1,8 +1,8 @@
-// Whether a link leads to a folder, asked so that no thread that reads folders hangs on it.
+// Finds out whether a link leads to a folder, without letting a thread that reads folders hang on that.
 //
-// The table of mounts and the texts of links tell where a link leads without asking there. What cannot hang
-// is then asked as ever. For the rest a thread asks, with a limit; when that is over, the link is a link, and
-// so is from then on each other one that leads to that mount.
+// The table of mounts and the texts of links tell where a link leads, without a question there. A place that
+// cannot hang is then asked directly. Any other is asked by a separate thread, with a time limit; after that
+// the link counts as a link, and so does every later one that leads to that mount.
 #pragma once
 
 #include <chrono>
@@ -22,26 +22,26 @@ namespace hl {
 /// Safe from several threads.
 class LinkLook {
   public:
-    /// Asked about every 50 ms while an answer is waited for; false gives up.
+    /// Is called about every 50 ms while an answer is waited for; returning false gives up.
     using GoOn = std::function<bool()>;
 
     LinkLook(std::shared_ptr<DirectoryCalls> calls, const std::vector<Mount>& mounts,
              std::chrono::milliseconds limit);
 
-    /// The folder in which links lie, as far as it had to be learned.
+    /// The folder that holds the links, as far as it had to be examined.
     struct Place {
-        int folder = -1;  ///< Open.
+        int folder = -1;  ///< A descriptor.
         bool known = false;
-        std::string path = {};         ///< Empty: too long for the system.
-        const Mount* mount = nullptr;  ///< If it can hang.
+        std::string path = {};         ///< Empty if it is too long for the system.
+        const Mount* mount = nullptr;  ///< Set if it can hang.
     };
 
     /// `name` is a link in the folder.
     bool leadsToFolder(Place& place, const char* name, const GoOn& goOn);
     bool someCanHang() const { return !names_.empty(); }
-    /// Whether a mount that can hang has this name.
+    /// Tells whether a mount that can hang has this name.
     bool isNameOfMount(const std::string& name) const { return names_.contains(name); }
-    /// Mount points that did not answer since this was asked last.
+    /// Returns the mount points that did not answer since the last call.
     std::vector<std::string> takeSilent();
 
   private:
@@ -55,7 +55,7 @@ class LinkLook {
     const std::unordered_set<std::string> names_;
     const std::chrono::milliseconds limit_;
     std::mutex mutex_;
-    std::set<std::string> silent_;  ///< Mount points.
+    std::set<std::string> silent_;  ///< By mount point.
     std::vector<std::string> untold_;
     std::unordered_set<std::string> harmless_;  ///< Folders on mounts that cannot hang.
 };

@@ -9,7 +9,8 @@
 namespace hl {
 
 namespace {
-constexpr unsigned kMostLevelsAtOnce = 1000;  // A path of ".." stays below the kernel's limit of 4096 bytes.
+constexpr unsigned kMostLevelsAtOnce = 1000;  // This keeps a path of ".." below the kernel's limit of 4096
+                                              // bytes.
 }
 
 bool isShortage(int result) {
@@ -148,9 +149,10 @@ void OpenFolders::reattach(Folder* folder, int descriptor) {
     attach(folder, descriptor, true);
 }
 
-// From the deepest folder above that is open, by the names that were read; true identity is asked at the end.
+// Goes down from the deepest open folder above, by the names that were read; the identity is checked at the
+// end.
 int OpenFolders::stepDown(Folder* folder, Lock* lock) {
-    if (folder->descriptor_ >= 0) return 0;  // Another thread was first, while the lock was given up.
+    if (folder->descriptor_ >= 0) return 0;  // Another thread was faster while the lock was released.
     std::vector<const Folder*> steps;
     Folder* start = folder;
     for (; start->descriptor_ < 0; start = start->parent_) {
@@ -171,7 +173,7 @@ int OpenFolders::stepDown(Folder* folder, Lock* lock) {
     if (folder->descriptor_ < 0) {
         reattach(folder, result);
     } else {
-        closable_.push_back(result);  // Another thread was first.
+        closable_.push_back(result);  // Another thread was faster.
     }
     return 0;
 }

@@ -11,7 +11,8 @@ ReadAhead::ReadAhead(std::shared_ptr<DirectoryCalls> calls, std::string source, 
                      const ReadAheadLimits& limits, WaitCallback* wait)
     : core_(std::make_shared<ReadAheadCore>(std::move(calls), std::move(source), options, limits, wait)) {}
 
-// To close a folder may hang like any other call. Where no helper may begin any more, what is open stays so.
+// Closing a folder may hang like any other call. If no helper may be started any more, open folders stay
+// open.
 ReadAhead::~ReadAhead() {
     core_->leave();
     if (!core_->mayHangWhenClosed()) return;

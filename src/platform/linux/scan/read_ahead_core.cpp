@@ -1,4 +1,4 @@
-// Sections: the lists; reading one item; the walk's side. What helpers do is in read_ahead_helpers.cpp.
+// The lists, the reading of one item, and the walk's side. The work of helpers is in read_ahead_helpers.cpp.
 #include "platform/linux/scan/read_ahead_core.h"
 
 #include <errno.h>
@@ -17,15 +17,16 @@ namespace hl {
 
 namespace {
 
-// The kernel follows this many links on one path and then says ELOOP. Folders are opened one by one here, so
-// that the chain is counted instead.
+// The kernel follows this many links on one path and then reports ELOOP. Folders are opened one by one here,
+// so the links of the chain are counted instead.
 constexpr std::uint32_t kMostLinks = 40;
-// No error code of the system: this reader may not open it.
+// This is no system error code: this reader may not open the folder.
 constexpr int kForAnother = -100'000;
 constexpr auto kWaitStep = std::chrono::milliseconds(50);
 
-// A block from the cache takes some 15 us and 2 us an entry; one that waits for a disk 100 us and more. Each
-// block that waited weighs as much as eight others, so that every ninth is enough; a single one is not.
+// A block from the cache takes some 15 us and 2 us for each entry; one that waits for a disk takes 100 us and
+// more. Each block that waited counts as much as eight others, so that every ninth is enough, but a single
+// one is not.
 constexpr auto kQuickBlock = std::chrono::microseconds(60);
 constexpr auto kQuickEntry = std::chrono::microseconds(5);
 
@@ -105,8 +106,8 @@ ReadAheadCore::Item* ReadAheadCore::firstFree() const {
     return item;
 }
 
-// A range gives its first subfolder: it becomes that item itself, and what is left of it a range behind it.
-// Whatever may fail for want of memory comes first; until then the item is free as before.
+// Takes the first subfolder of a range: the range's item becomes that folder's item, and a new range behind
+// it has the rest. Whatever may fail for lack of memory comes first; until then the item is free as before.
 ReadAheadCore::Item* ReadAheadCore::takeFrom(Item* item) {
     if (item->kind == Item::Kind::kRange) {
         Folder* parent = item->folder;
@@ -159,7 +160,7 @@ void ReadAheadCore::readItem(Item* item, Reader& reader, Lock& lock) {
     try {
         read = readLocked(item, reader, lock);
     } catch (...) {
-        // It goes on in the walk, with this item's block.
+        // The exception is raised again in the walk, with this item's block.
         if (!lock.owns_lock()) lock.lock();
         item->failure = std::current_exception();
     }
@@ -167,7 +168,7 @@ void ReadAheadCore::readItem(Item* item, Reader& reader, Lock& lock) {
     item->state = Item::State::kFree;
 }
 
-// False if another reader has to do it.
+// Returns false if another reader has to do it.
 bool ReadAheadCore::readLocked(Item* item, Reader& reader, Lock& lock) {
     const bool first = item->kind == Item::Kind::kFolder;
     const int descriptor = first ? openFolder(item, reader, lock) : folders_.pin(item->folder, &lock);
@@ -194,7 +195,7 @@ bool ReadAheadCore::readLocked(Item* item, Reader& reader, Lock& lock) {
     }
     item->block = reader.blocks.build(descriptor, [this, &reader] { return goOnReading(reader); });
     const bool tookLong = Clock::now() - start > kQuickBlock + kQuickEntry * item->block->entries.size();
-    // A long time alone may be the work of other programs.
+    // A long time alone may be due to other programs.
     const bool waited = mayJudge() && tookLong && calls_.timesWaited() != waits;
     lock.lock();
     folders_.unpin(item->folder);
@@ -231,14 +232,14 @@ int ReadAheadCore::openFolder(Item* item, Reader& reader, Lock& lock) {
     if (descriptor >= 0) descriptor = learnFolder(item, descriptor, lock);
     if (descriptor < 0) return descriptor;
     folders_.addNeed(folder);
-    if (parent == nullptr) folders_.addNeed(folder);  // Never dropped: the source stays open.
+    if (parent == nullptr) folders_.addNeed(folder);  // This need is never dropped: the source stays open.
     folders_.opened(folder, descriptor);
     return folders_.pin(folder);
 }
 
-// The folder that a reader will need after this one's parent may have been closed for want of descriptors:
-// the parent, still open, is the way back to it. A few items of the list suffice; who is missed is found by
-// name.
+// The folder that a reader needs after this one's parent may have been closed for lack of descriptors; the
+// parent, still open, is the way back to it. Looking at a few items of the list suffices; a folder missed
+// here is found by name.
 void ReadAheadCore::reopenNextNeeded(const Item* item, Folder* parent) {
     constexpr int kMostLooks = 64;
     const Item* next = item->givenUp ? nullptr : item->workNext;
@@ -265,23 +266,24 @@ int ReadAheadCore::openOnce(Item* item, int parent, Reader& reader, Lock& lock) 
     }
 }
 
-// The walk reads nothing there: a helper is wanted, also where all of them had retired.
+// The walk reads nothing there, so a helper is wanted, even if all of them had retired.
 void ReadAheadCore::meetWhatCanHang(Folder* folder) {
     folder->canHang = someCanHang_ = true;
     retiredWait_.notify_all();
 }
 
-// Asked of links, and of the few folders that have the name of a mount point. Already to open one of those
-// may hang, where the system has yet to mount something on it.
+// Asked for links, and for the few folders that have the name of a mount point: opening one of those may
+// already hang, if the system still has to mount something there.
 bool ReadAheadCore::leadsWhereItCanHang(const Folder* folder, int parent) const {
     if (folder->canHang || !links_.someCanHang()) return false;
     if (!folder->throughLink() && !links_.isNameOfMount(folder->name())) return false;
     const std::string above = calls_.pathOf(parent);
-    if (above.empty()) return options_.followLinks;  // Too deep for the system to tell.
+    if (above.empty()) return options_.followLinks;  // The folder is too deep for the system to tell.
     return hl::canHang(mounts_, above + "/" + folder->name());
 }
 
-// What has to be known of a folder that was just opened. The descriptor, or an error; then it is closed.
+// Learns what has to be known of a folder that was just opened. Returns the descriptor, or an error; then it
+// is closed.
 int ReadAheadCore::learnFolder(Item* item, int descriptor, Lock& lock) {
     Folder* folder = item->folder;
     if (!options_.followLinks && !folder->canHang) return descriptor;
@@ -298,8 +300,8 @@ int ReadAheadCore::learnFolder(Item* item, int descriptor, Lock& lock) {
     return -ELOOP;
 }
 
-// Rare, and under the lock: what is mounted at the item's folder, the root of another mount. What can hang is
-// not asked; the table of mounts knows it by its place.
+// Notes what is mounted at the item's folder, the root of another mount. This is rare and done under the
+// lock. A mount that can hang is not asked; the table of mounts knows it by its place.
 void ReadAheadCore::learnMount(Item* item, int parent) {
     const char* name = item->folder->name().c_str();
     const std::string above = links_.isNameOfMount(name) ? calls_.pathOf(parent) : "";
@@ -321,9 +323,9 @@ void ReadAheadCore::noteMount(Item* item, const struct statx& facts) {
         if (mount.id == facts.stx_mnt_id) item->mountSource = whatIsMounted(mount);
 }
 
-// Where links and mounts are followed: whether this one is a folder on the way down to it. Behind a link any
-// folder may be: the link leads above the source, and from there the way goes down to it again. The one look
-// that it takes for each folder tells mounts as well.
+// If links and mounts are followed: tells whether this folder is one on the way down to itself. Behind a link
+// any folder may be: the link leads above the source, and from there the way goes down to it again. The one
+// statx for each folder also tells mounts.
 bool ReadAheadCore::leadsBack(Item* item, const struct statx& facts) {
     const Folder* folder = item->folder;
     if (folder->parent() == nullptr || folder->linksAbove() > 0) return wayDown_.leadsBack(folder);
@@ -332,8 +334,7 @@ bool ReadAheadCore::leadsBack(Item* item, const struct statx& facts) {
     return wayDown_.leadsBack(folder);
 }
 
-// The next records of a long folder may be read by whoever is free while this reader looks at the entries it
-// has.
+// Lets another reader read the next records of a long folder while this one looks at the entries it has.
 void ReadAheadCore::offerRest(Item* item, const BlockReader::Fill& fill) {
     if (item->givenUp) return;
     item->more = true;
@@ -383,8 +384,8 @@ std::unique_ptr<Listing> ReadAheadCore::next() {
     return nullptr;
 }
 
-// What the walk may read while what it needs is in the hands of a helper. Where reads wait for a disk and
-// helpers take them, the walk reads nothing ahead, so that the window stays alive.
+// Returns what the walk may read while a helper reads what the walk needs. Where reads wait for a disk and
+// helpers make them, the walk reads nothing ahead, so that the window reacts.
 ReadAheadCore::Item* ReadAheadCore::freeForWalk() const {
     const bool waits = isSlow() && helpers_.size() > limits_.helpersWarm;
     Item* free = waits || !mayReadAhead() ? nullptr : firstFree();
@@ -410,7 +411,7 @@ bool ReadAheadCore::waitForFront(Lock& lock) {
     return goOn;
 }
 
-// Asked while a block waits to learn where a link leads.
+// Is called while a block waits to learn where a link leads.
 bool ReadAheadCore::goOnReading(const Reader& reader) {
     if (!reader.isHelper && wait_ != nullptr && !wait_->goOnWaiting()) stopped_ = true;
     return !stopped_;

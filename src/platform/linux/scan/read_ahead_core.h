@@ -1,27 +1,27 @@
-// What threads share that read folders ahead of the walk: see read_ahead.h.
+// What the threads that read folders ahead of the walk share: see read_ahead.h.
 //
-// The heart is a list of everything known but not yet read, in the order of the walk. A reader takes the
-// first item that nobody has taken, reads it, and puts the subfolders it found in its place. So whoever is
-// free reads what the walk needs next. The walk takes finished blocks from the front, and reads too when the
-// one it needs is not there.
+// The core is a list of everything known but not yet read, in the order of the walk. A reader takes the first
+// item that nobody has taken, reads it, and puts the subfolders it found in its place. So whoever is free
+// reads what the walk needs next. The walk takes finished blocks from the front, and reads too if the one it
+// needs is not there.
 //
-// Parts: `order_` has every item, finished ones too, and is what the walk consumes; `work_` has those still
-// to be read or in reading, in the same order, so that the first free one is at most as many steps away as
-// there are readers. Subfolders of one block are one item (a range) until somebody takes the first of them.
+// Lists: `order_` has every item, also finished ones, and is what the walk consumes; `work_` has those not
+// yet read, in the same order, so that the first free one is at most as many steps away as there are readers.
+// The subfolders of a block are one item (a range) until somebody takes the first of them.
 //
-// How many helpers read: one for each core beyond the first while folders come from the cache; while reads
-// wait for a disk or a server, up to helpersCold. Blocks that lie finished in front of the walk are bounded
-// in bytes; a helper above the bound waits, the walk itself never does.
+// Helpers: while folders come from the cache, there is one for each core beyond the first; while reads wait
+// for a disk or a server, up to helpersCold. The finished blocks ahead of the walk are limited in bytes;
+// above the limit helpers wait, but the walk never does.
 //
-// What can hang: a mount whose server or process does not answer holds whoever asks it for as long as it
-// likes. There the walk reads nothing, not even closes a folder; helpers alone do, and the walk waits for
-// them. An item that takes longer than the limit is given up: an item with an error takes its place, its
-// helper is left behind with it, another one takes over, and what the first finds in the end is dropped. Each
-// helper holds this object, so that it stays for as long as one of them needs it.
+// Hanging: a mount whose server or process does not answer holds whoever asks it for any time. There the walk
+// reads nothing and does not even close a folder; only helpers do, and the walk waits for them. An item that
+// takes longer than the limit is given up: an item with an error takes its place, its helper is abandoned
+// with it, another helper takes over, and the late result is dropped. Each helper holds this object, so that
+// it exists as long as one of them needs it.
 //
-// Locking: one mutex around all lists, folders and counts. The kernel is asked outside of it, but for quick
-// questions that cannot hang: closing a folder, opening it again, what is mounted there, where a link leads.
-// The order of items never depends on who reads.
+// Locking: one mutex guards all lists, folders and counts. System calls are made outside of it, except quick
+// ones that cannot hang: closing a folder, opening it again, what is mounted there, where a link leads. The
+// order of items never depends on who reads.
 #pragma once
 
 #include <atomic>
@@ -52,9 +52,9 @@ class ReadAheadCore : public std::enable_shared_from_this<ReadAheadCore> {
     ~ReadAheadCore();
 
     std::unique_ptr<Listing> next();
-    /// For the walk, which then asks no more: ends the helpers but for those that hang.
+    /// For the walk, which then asks no more: ends the helpers, except those that hang.
     void leave();
-    /// Whether folders are open that only a thread that may hang can close.
+    /// Tells whether folders are open that only a thread that may hang can close.
     bool mayHangWhenClosed();
 
     std::size_t mostOpen() const { return folders_.mostOpen(); }
@@ -127,34 +127,36 @@ class ReadAheadCore : public std::enable_shared_from_this<ReadAheadCore> {
     std::unique_ptr<Reader> walk_;
 
     std::mutex mutex_;
-    std::condition_variable workThere_;    ///< For helpers.
-    std::condition_variable retiredWait_;  ///< For helpers beyond the number that is wanted now.
-    std::condition_variable frontThere_;   ///< For the walk.
-    std::condition_variable helperEnded_;  ///< For leave(): one has ended, or is where it can hang.
+    std::condition_variable workThere_;    ///< Helpers wait here for items.
+    std::condition_variable retiredWait_;  ///< Helpers beyond the wanted number wait here.
+    std::condition_variable frontThere_;   ///< The walk waits here.
+    std::condition_variable helperEnded_;  ///< leave() waits here until a helper has ended, or is where it
+                                           ///< can hang.
     OpenFolders folders_;
     WayDown wayDown_;
     Folder* root_ = nullptr;  ///< The source; from it every folder can be found again by name.
     Item* orderFirst_ = nullptr;
     Item* workFirst_ = nullptr;
     std::size_t bytesAhead_ = 0;
-    std::atomic<std::uint32_t> changes_ = 0;  ///< Counts blocks finished and offered.
+    std::atomic<std::uint32_t> changes_ = 0;  ///< Counts the blocks that were finished or offered.
     unsigned idleHelpers_ = 0;
     bool walkWaits_ = false;
     std::atomic<bool> stopped_ = false;
-    int slowness_ = 0;  ///< 0: all from the cache. How many helpers it is worth: judge().
+    int slowness_ = 0;  ///< 0 if all comes from the cache; else how many helpers the reads are worth: see
+                        ///< judge().
     unsigned wantedHelpers_ = 0;
-    unsigned mostHelpers_ = ~0U;  ///< Fewer once the system refused a thread.
+    unsigned mostHelpers_ = ~0U;  ///< Reduced once the system refused a thread.
     std::uint64_t blocksRead_ = 0;
     bool someCanHang_ = false;  ///< A folder that can hang was met.
-    unsigned leftBehind_ = 0;   ///< Helpers of which others have taken the place.
+    unsigned leftBehind_ = 0;   ///< The number of abandoned helpers, which others have replaced.
     std::vector<std::unique_ptr<Reader>> helpers_;
 };
 
 struct ReadAheadCore::Item {
     enum class Kind : std::uint8_t {
-        kFolder,  ///< The first block of `folder`. Holds a need of its parent until the folder is open.
-        kRest,    ///< A further block of `folder`. Holds a need of it.
-        kRange,   ///< Subfolders of `folder`, from children->entered[nextChild] on. Holds a need of `folder`.
+        kFolder,  ///< The first block of `folder`; it holds a need of its parent until the folder is open.
+        kRest,    ///< A further block of `folder`; it holds a need of it.
+        kRange,   ///< Subfolders of `folder`, from children->entered[nextChild] on; it holds a need of it.
     };
     enum class State : std::uint8_t { kFree, kTaken, kDone };
 
@@ -162,39 +164,39 @@ struct ReadAheadCore::Item {
     State state = State::kFree;
     bool lastOfRange = false;
     bool more = false;
-    bool givenUp = false;  ///< In no list any more; belongs to the helper that hangs on it.
+    bool givenUp = false;  ///< It is in no list any more and belongs to the helper that hangs on it.
     FolderKind folderKind = FolderKind::kPlain;
     std::uint32_t nextChild = 0;
     int error = 0;
     int endError = 0;
-    Folder* folder = nullptr;  ///< One reference, until the item is done.
+    Folder* folder = nullptr;  ///< Holds one reference until the item is done.
     std::shared_ptr<const Block> children;
     std::shared_ptr<const Block> block;
     std::string mountSource;
-    FolderId source;  ///< Of the first item alone.
+    FolderId source;  ///< Set in the first item only.
     std::exception_ptr failure;
     Item* orderNext = nullptr;
     Item* workPrevious = nullptr;
     Item* workNext = nullptr;
 };
 
-/// One that reads: the walk, or a helper.
+/// A reader: the walk, or a helper.
 struct ReadAheadCore::Reader {
     Reader(ReadAheadCore& core, bool helper, unsigned n)
         : isHelper(helper), number(n), blocks(core.calls_, core.links_, core.options_) {}
 
     const bool isHelper;
-    const unsigned number;  ///< Of a helper.
+    const unsigned number;  ///< The number of a helper.
     BlockReader blocks;
-    // Of a helper, under the mutex.
+    // The rest is for helpers, under the mutex.
     std::thread thread;
     bool ended = false;
-    bool isLeft = false;  ///< Left behind: another has its place, and it ends when it comes back.
-    // While it is where it can hang:
+    bool isLeft = false;  ///< It was abandoned: another helper replaces it, and it ends when it returns.
+    // These are set while it is where it can hang.
     std::optional<HelperSlot> slot;
-    Item* item = nullptr;  ///< What it reads; null: it closes folders.
+    Item* item = nullptr;  ///< The item being read; null while it closes folders.
     Clock::time_point since = {};
-    std::uint32_t seen = 0;  ///< How many answers there were at that time.
+    std::uint32_t seen = 0;  ///< The number of answers at that time.
 };
 
 }  // namespace hl

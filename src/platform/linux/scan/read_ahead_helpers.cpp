@@ -14,20 +14,20 @@ namespace hl {
 
 namespace {
 
-// A tree of fewer blocks than this is read before a helper would have started.
+// A smaller tree is read before a helper would have started.
 constexpr std::uint64_t kBlocksBeforeHelpers = 4;
 constexpr auto kPatience = std::chrono::microseconds(30);
 constexpr int kSlowWeight = 8;
 constexpr int kSlow = 2 * kSlowWeight;
 constexpr int kSlownessPerHelper = 4;
-// What is merely slow answers within this time once nobody waits for it any more.
+// A disk that is merely slow answers within this time after nobody waits for it any more.
 constexpr auto kGrace = std::chrono::milliseconds(100);
 constexpr std::ptrdiff_t kMostInDanger = HelperSlot::kMost / 2;
 
 }  // namespace
 
-// A folder takes some 10 us from the cache, and to sleep and be woken takes longer: so first look for a
-// moment whether the lists change. True if they did.
+// Reading a folder takes some 10 us from the cache, while sleeping and being woken takes longer; so this
+// first watches for a moment whether the lists change. Returns true if they did.
 bool ReadAheadCore::changesSoon(Lock& lock) {
     if (limits_.helpersWarm == 0 || isSlow()) return false;
     const std::uint32_t before = changes_.load(std::memory_order_relaxed);
@@ -43,7 +43,7 @@ bool ReadAheadCore::isSlow() const {
     return slowness_ >= kSlow;
 }
 
-// The walk reads nothing of what can hang, so that one more helper is wanted there.
+// The walk reads nothing that can hang, so one more helper is wanted there.
 unsigned ReadAheadCore::helpersNow() const {
     return std::max(wantedHelpers_, someCanHang_ ? limits_.helpersWarm + 1 : 0) + leftBehind_;
 }
@@ -60,11 +60,12 @@ void ReadAheadCore::startHelpers() {
             helpers_.push_back(std::move(reader));
         }
     } catch (const std::exception&) {
-        mostHelpers_ = static_cast<unsigned>(helpers_.size());  // No more threads, or no memory.
+        mostHelpers_ = static_cast<unsigned>(helpers_.size());  // There are no more threads, or there is no
+                                                                // memory.
     }
 }
 
-// One is enough: who takes an item and leaves a free one wakes the next.
+// Waking one is enough: whoever takes an item and leaves a free one wakes the next.
 void ReadAheadCore::wakeReader() {
     if (walkWaits_ && freeForWalk() != nullptr) {
         frontThere_.notify_one();
@@ -73,7 +74,7 @@ void ReadAheadCore::wakeReader() {
     }
 }
 
-// The walk's next one also when enough was read ahead, where the walk itself may not read it.
+// Returns also the walk's next item when enough was read ahead, if the walk itself may not read it.
 ReadAheadCore::Item* ReadAheadCore::freeForHelper() const {
     if (mayReadAhead()) return firstFree();
     const bool mustHelp =
@@ -82,7 +83,8 @@ ReadAheadCore::Item* ReadAheadCore::freeForHelper() const {
 }
 
 // Whoever finishes an item goes on with the first free one. While folders take microseconds, waking another
-// pays only if there is a second: along a chain of single folders the readers would take turns in sleeping.
+// reader pays only if there is a second item: along a chain of single folders the readers would only take
+// turns in sleeping.
 bool ReadAheadCore::enoughForTwo() const {
     const Item* free = firstFree();
     if (free == nullptr || isSlow()) return free != nullptr;
@@ -92,7 +94,7 @@ bool ReadAheadCore::enoughForTwo() const {
     return free != nullptr;
 }
 
-// A helper that gets no memory ends, and none takes its place; the walk and the others read on.
+// A helper that gets no memory ends and is not replaced; the walk and the other helpers read on.
 void ReadAheadCore::helperLoop(Reader& reader) {
     Lock lock(mutex_);
     try {
@@ -158,7 +160,7 @@ bool ReadAheadCore::canHang(const Item* item) {
     return item->folder->canHang;
 }
 
-// False if there are as many threads in danger as there may be. A disk that answers leaves some to others.
+// Returns false if there are as many threads in danger as allowed. A disk that answers leaves some to others.
 bool ReadAheadCore::enterDanger(Reader& reader, Item* item) {
     const auto works = [](const auto& helper) { return helper->slot && !helper->isLeft; };
     if (!reader.slot) {
@@ -178,7 +180,7 @@ void ReadAheadCore::leaveDanger(Reader& reader) {
     if (!reader.isLeft) reader.slot.reset();
 }
 
-// Each answer starts the time anew: a slow disk with a long folder is none that hangs.
+// Each answer starts the time anew: a slow disk with a long folder does not count as hanging.
 void ReadAheadCore::giveUpWhatIsOverdue() {
     const auto now = Clock::now();
     for (const auto& helper : helpers_) {
@@ -189,7 +191,8 @@ void ReadAheadCore::giveUpWhatIsOverdue() {
     }
 }
 
-// Where one hangs others will: so each helper that may be had is wanted, and not one after the other.
+// Where one helper hangs others will, so all possible helpers are wanted at once, and not one after the
+// other.
 void ReadAheadCore::giveUp(Reader& reader) {
     reader.isLeft = true;
     ++leftBehind_;
@@ -212,7 +215,7 @@ void ReadAheadCore::giveUp(Reader& reader) {
     ++blocksRead_;
 }
 
-// Whether there is no helper for it, and none to be had.
+// Tells whether no helper reads it, and none is to be had.
 bool ReadAheadCore::isRefused(const Item* item) const {
     if (item->state != Item::State::kFree || !canHang(item)) return false;
     if (mostHelpers_ <= leftBehind_) return true;

@@ -1,4 +1,4 @@
-// What reading ahead may take of the machine.
+// Limits what reading ahead may take of the machine.
 #pragma once
 
 #include <chrono>
@@ -8,9 +8,9 @@ namespace hl {
 
 struct ReadAheadLimits {
     unsigned helpersWarm = 1;  ///< Helpers while folders come from the cache.
-    unsigned helpersCold = 8;  ///< The most while reads wait. With 0 in both the walk reads alone.
+    unsigned helpersCold = 8;  ///< The most while reads wait. If both are 0, the walk reads alone.
     std::size_t bytesAhead = std::size_t{1} << 20;
-    std::size_t openFolders = 64;  ///< Budget of descriptors.
+    std::size_t openFolders = 64;  ///< The budget of descriptors.
     /// How long a disk that can hang may take for one answer, and for the question where a link leads.
     std::chrono::milliseconds answer{30'000}, link{10'000};
 };

@@ -1,6 +1,7 @@
-// Which folders lie on the way down to a folder: what tells a circle of followed links and mounts.
+// Knows which folders are on the way down to a folder, to recognise a circle of followed links and mounts.
+// The caller holds the lock of OpenFolders.
 //
-// The kernel ends such a circle only along one path, and a scan opens its folders one by one.
+// The kernel recognises such a circle only along one path, while a scan opens its folders one by one.
 #pragma once
 
 #include <cstdint>
@@ -13,9 +14,11 @@ namespace hl {
 
 class WayDown {
   public:
-    /// Learns the `levels` folders right above the source, which belong to every way down. An absolute path.
+    /// Learns the `levels` folders right above the source, which belong to every way down. `source` is an
+    /// absolute path.
     void begin(DirectoryCalls& calls, std::string source, std::uint32_t levels);
-    /// Whether a folder above has the device and inode of this one. REQUIRES: all of them got their ids.
+    /// Tells whether a folder above has the device and inode of this one. REQUIRES: all of them have their
+    /// ids.
     bool leadsBack(const Folder* folder) const;
 
   private:
