@@ -1,8 +1,10 @@
 #include "app/command_line.h"
 
-#include "app/settings_fixture.h"
+#include <gtest/gtest.h>
+
 #include "app/usage.h"
 #include "base/text.h"
+#include "support/test_texts.h"
 
 namespace hl {
 namespace {
@@ -124,33 +126,20 @@ TEST(SilentLine, IsToldByItsFirstTwoCharacters) {
     for (const char* line : {"-S", " -s", "\"/a\" -s", ""}) EXPECT_FALSE(isSilentLine(line)) << line;
 }
 
-class Usage : public test::SettingsFixture {
-  protected:
-    Texts textsFor(const std::string& locale) {
-        Texts texts{files, store, diagnostics, {dir.path(), HARBORLANTERN_SOURCE_DIR "/lang", "", locale}};
-        texts.Init_Sprache("", "");
-        return texts;
-    }
-
-    Texts english = textsFor("en_GB");
-};
-
-TEST_F(Usage, FitsATerminalInEachLanguage) {
+TEST(Usage, FitsATerminalInEachLanguage) {
     for (const char* locale : {"de_DE", "en_GB", "it_IT", "nl_NL"}) {
-        const std::string usage = usageText(textsFor(locale));
+        const std::string usage = usageText(test::TestTexts(locale).texts);
         for (std::string_view text = usage; !text.empty(); text.remove_prefix(text.find('\n') + 1))
             EXPECT_LE(characterCount(text.substr(0, text.find('\n'))), 100U)
                 << text.substr(0, text.find('\n'));
     }
 }
 
-TEST_F(Usage, SaysWhatIsWrongWithALine) {
-    const auto problem = [&](const std::string& argument) {
-        return problemText(english, joinArguments({argument}, "/", kPosixPaths));
-    };
-    EXPECT_EQ(problem("-\n\xFF"),
+TEST(Usage, SaysWhatIsWrongWithALine) {
+    const test::TestTexts english("en_GB");
+    EXPECT_EQ(problemText(english.texts, join({"-\n\xFF"})),
               "Unknown option -␊\uFFFD. For a file or folder of that name, use ./-␊\uFFFD");
-    EXPECT_EQ(problem(""), "An argument is empty.");
+    EXPECT_EQ(problemText(english.texts, join({""})), "An argument is empty.");
 }
 
 }  // namespace

@@ -70,7 +70,7 @@ TEST(InstanceStart, TheNameIsThatOfTheFileWithoutItsExtension) {
     for (const auto& [executable, name] : cases) EXPECT_EQ(AppExeName(executable), name);
 }
 
-class SingleInstance : public test::SettingsFixture {};
+using SingleInstance = test::SettingsFixture;
 
 TEST_F(SingleInstance, IsTheDefaultAndOnlyANumberOfZeroTurnsItOff) {
     EXPECT_TRUE(singleInstanceWanted(store));

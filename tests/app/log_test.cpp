@@ -4,7 +4,7 @@
 
 #include <stdexcept>
 
-#include "app/watched_files.h"
+#include "platform/linux/change/files.h"
 #include "support/temp_dir.h"
 #include "support/whole_files.h"
 
@@ -16,7 +16,7 @@ class LogFiles : public testing::Test {
     std::string content(const std::string& name) const { return test::contentOf(dir.path() + "/" + name); }
 
     test::TempDir dir;
-    test::WatchedFiles files;
+    LinuxFiles files;
     DateFormat dates{"dd.MM.yyyy", "hh:nn:ss"};
     Log log{files, dir.path(), dates, [] { return LocalTime{2024, 2, 29, 7, 5, 9}; }};
 };

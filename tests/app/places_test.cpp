@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "app/watched_files.h"
+#include "platform/linux/change/files.h"
 #include "support/temp_dir.h"
 #include "support/trees.h"
 #include "support/whole_files.h"
@@ -31,7 +31,7 @@ TEST(Places, AreBesideTheExecutableUntilAPackagePutItThere) {
         if (installed) test::writeFile(beside + "/installed", "../../../share/harborlantern\nA package.\n");
         for (const Case& one : cases) {
             SCOPED_TRACE(one.what);
-            test::WatchedFiles files;
+            LinuxFiles files;
             const Places places = placesOf(files, {beside, one.named, one.configHome, one.home});
             EXPECT_EQ(places.own, installed ? one.installed : one.portable);
             EXPECT_EQ(std::pair(places.installed, places.ofUser),

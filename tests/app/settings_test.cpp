@@ -9,7 +9,7 @@
 namespace hl {
 namespace {
 
-class Settings : public test::SettingsFixture {};
+using Settings = test::SettingsFixture;
 
 TEST_F(Settings, GiveDefaultsWithoutAFileAndAreWrittenOnlyWhereSomethingChanges) {
     EXPECT_EQ(store.GetSettings("Optionen", "FontSize", 8.25F), "8.25");
