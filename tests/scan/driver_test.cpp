@@ -168,8 +168,6 @@ TEST_F(Driver, AnswersForPathsThatExistAndOthers) {
     EXPECT_EQ(xGetJunctionPath(scan, "/a/one", error), "");
 }
 
-using test::file, test::folder;
-
 class Rollup : public test::ScanFixture {
   protected:
     Row add(Row parent, std::string_view text, double size = 0) {
@@ -228,7 +226,7 @@ TEST_F(Rollup, RemovesTheWholeSourceOfTheCurrentRow) {
     report.setCurrentRow(rowOf("/t"));
     state.currentFolder = "/t/";
     Report_RemoveFolders(scan);
-    EXPECT_EQ(report.rowCount() + state.DeepestLevel + errors.log.size(), 0U);
+    EXPECT_EQ(report.rowCount() + state.DeepestLevel + sink.log.size(), 0U);
     EXPECT_TRUE(state.currentFolder.empty() && report.enabled());
 }
 

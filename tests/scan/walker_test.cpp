@@ -26,7 +26,7 @@ class Walk : public test::ScanFixture {
         state.SeenLinkIds.CompareMode(0);
         state.CancelState = kCancelNone;
         state.NeedLinkCount = options.AddHardlinksOnlyOnce == 1 || options.CreateListHardlink == 1;
-        errors.log.clear();
+        sink.log.clear();
         disk.sources = {std::move(source)};
         disk.blocks = disk.unread = 0;
         ScanTotals totals;
@@ -226,7 +226,7 @@ TEST_F(Walk, SaysOnceForAFolderThatItWaitsLongAndOnceWhichDiskDoesNotAnswer) {
             walk({folder("b", {file("c", 2)}), folder("d")});
             Lines calls = {"notice /mnt antwortet nicht. Verknüpfungen dorthin gelten als Dateien."};
             if (follow == 1)
-                calls.insert(calls.begin(), "not read /mnt: " + ApiErrorText(true, ETIMEDOUT, facts));
+                calls.insert(calls.begin(), "not read /mnt: " + ApiErrorText(true, ETIMEDOUT, system));
             if (waits == 20) calls.push_back("notice Warten auf /s/b/ ...");
             std::erase(host.calls, "first level");
             EXPECT_EQ(host.calls, calls);
@@ -240,8 +240,8 @@ TEST_F(Walk, EndsAFolderWhoseSumOverflowsAndGoesOnAboveIt) {
                      folder("c", {file("v", 3), folder("deep")}), linkTo("l", "/x"), mountOf("m", "dev")});
     EXPECT_EQ(walk({b, folder("g", {file("h", 16)}), file("i", 32)}),
               (Lines{"51 5/3 0", "  b 3 3/1", "    early 2 1/0", "  g 16 1/0", "  Dateien 32 1/0"}));
-    ASSERT_EQ(errors.log.size(), 1U);
-    EXPECT_NE(errors.log[0].text.find("Overflow"), std::string::npos);
+    ASSERT_EQ(sink.log.size(), 1U);
+    EXPECT_NE(sink.log[0].text.find("Overflow"), std::string::npos);
 }
 
 TEST_F(Walk, RaisesAFaultOfTheReaderInTheFolderThatItHappenedIn) {
@@ -257,7 +257,7 @@ TEST_F(Walk, RaisesAFaultOfTheReaderInTheFolderThatItHappenedIn) {
         disk.sources = {source};
         disk.find(path)->failingBlock = block;
         EXPECT_EQ(walkSource(disk.sources[0]), expected) << path << block;
-        EXPECT_EQ(errors.log.size(), 1U);
+        EXPECT_EQ(sink.log.size(), 1U);
     }
 }
 
@@ -274,8 +274,6 @@ TEST_F(Walk, LetsMessagesRunOnceAnIntervalAndWheneverInputWaits) {
         EXPECT_LT(pump.looks, 1000) << "the clock is not looked at for each file";
     }
 }
-
-using test::file, test::folder, test::Item, test::linkTo, test::mountOf;
 
 class Handover : public test::ScanFixture {
   protected:
@@ -306,7 +304,7 @@ TEST_F(Handover, KeepsTheLargestFilesAndOfEqualOnesThoseFoundFirstWhichGoByTheir
             EXPECT_EQ(textsOf(top), expected) << wanted << " of " << sizes;
         }
     }
-    EXPECT_EQ(errors.log.size(), 0U);
+    EXPECT_EQ(sink.log.size(), 0U);
 }
 
 TEST_F(Handover, CutsByTheOrderThatTheListIsSortedInAndTurnsEmptyFilesAwayFromAFullOne) {

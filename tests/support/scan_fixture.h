@@ -87,7 +87,7 @@ class RecordingHost : public ScanHost {
 };
 
 /// The grids are sorted as the views set them up: by size, the largest first; junctions by their path.
-class ScanBench {
+class ScanBench : public FakeDiagnostics {
   public:
     ScanBench() {
         for (std::uint32_t level = 0; level < Grid::kSortLevels; ++level)
@@ -104,17 +104,13 @@ class ScanBench {
     Options options;
     SourceCombo combo;
     Grid report{kFolderCells}, top{kFileCells}, hardlinks{kFileCells}, junctions{kJunctionCells};
-    AppFacts app;
-    FakeSystemFacts facts;
-    FakeErrorSink errors;
-    Diagnostics diagnostics{app, facts, errors};
     SettingsStore settings{files, "/home/x.ini"};
     Texts texts{files, settings, diagnostics, {}};
     Log log{files, "/home", {"yyyy-MM-dd", "hh:nn"}, [] { return LocalTime(); }};
     PathRules paths = kPosixPaths;
     NumberFormat numbers;
-    ScanContext scan{state, options, combo, report, top,   hardlinks,   junctions, disk,
-                     pump,  host,    texts, log,    facts, diagnostics, paths,     numbers};
+    ScanContext scan{state, options, combo, report, top,    hardlinks,   junctions, disk,
+                     pump,  host,    texts, log,    system, diagnostics, paths,     numbers};
 
     std::vector<std::string> protocol() const { return files.logLines("Harborlantern.log"); }
 
