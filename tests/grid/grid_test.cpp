@@ -167,23 +167,17 @@ struct Recorder : GridObserver {
     void gridChanged(const GridChange& change) override { changes.push_back(change); }
 };
 
-struct GridNotices : GridTest {
+TEST_F(GridTest, NoticesGatherWhileAGuardHoldsThemBackAndComeInOneWithTheOutermost) {
+    const Row first = add(kNoRow, "row"), second = add(kNoRow, "row");
     Recorder observer;
-    std::vector<Row> rows;
-    void SetUp() override {
-        for (int i = 0; i < 10; ++i) rows.push_back(add(kNoRow, "row"));
-        grid.attach(&observer);
-    }
-};
-
-TEST_F(GridNotices, GatherWhileAGuardHoldsThemBackAndComeInOneWithTheOutermost) {
+    grid.attach(&observer);
     {
         const NoRedraw outer(grid);
         {
             const NoRedraw inner(grid);
-            for (const std::size_t i : {7U, 2U}) grid.setPicture(rows[i], 1);
+            for (const Row row : {second, first}) grid.setPicture(row, 1);
         }
-        grid.setSelected(rows[0], true);
+        grid.setSelected(first, true);
         EXPECT_TRUE(observer.changes.empty());
     }
     grid.setRedraw(true);
@@ -192,10 +186,13 @@ TEST_F(GridNotices, GatherWhileAGuardHoldsThemBackAndComeInOneWithTheOutermost) 
     EXPECT_FALSE(observer.changes[0].structure || observer.changes[0].columns);
 }
 
-TEST_F(GridNotices, TellOfEveryChangeOfWhatStandsWhere) {
+TEST_F(GridTest, NoticesTellOfEveryChangeOfWhatStandsWhere) {
+    const Row row = add(kNoRow, "row");
+    Recorder observer;
+    grid.attach(&observer);
     for (const std::function<void()>& act : std::vector<std::function<void()>>{
-             [&] { add(rows[2], "child"); }, [&] { grid.removeChildren(rows[2]); },
-             [&] { grid.sortLevels(0); }, [&] { grid.setExpanded(rows[2], !grid.expanded(rows[2])); }}) {
+             [&] { add(row, "child"); }, [&] { grid.removeChildren(row); }, [&] { grid.sortLevels(0); },
+             [&] { grid.setExpanded(row, !grid.expanded(row)); }}) {
         observer.changes.clear();
         grid.setRedraw(false);
         act();

@@ -18,7 +18,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-class ErrorReport : public testing::Test {
+class ErrorReport : public testing::Test, protected test::FakeDiagnostics {
   protected:
     ErrorReport() {
         app.minor = 4;
@@ -39,8 +39,6 @@ class ErrorReport : public testing::Test {
     }
 
     std::chrono::system_clock::time_point now = std::chrono::system_clock::now();
-    AppFacts app;
-    test::FakeSystemFacts system;
 };
 
 TEST_F(ErrorReport, TellsAllItsLinesInOrderWithNoLineEndBehindTheLast) {

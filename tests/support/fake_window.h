@@ -1,4 +1,4 @@
-// A window that shows nothing: it records what it is asked, and answers as it was told.
+// A window that shows nothing: it records what it is asked, and gives no answers.
 #pragma once
 
 #include <cstdlib>
@@ -14,9 +14,6 @@ namespace hl::test {
 class FakeWindow : public Window {
   public:
     std::vector<std::string> calls;
-    std::string answer;           ///< The answer to questions for a text or a path.
-    std::vector<MenuEntry> menu;  ///< The menu that was opened last.
-    int chosen = 0;               ///< The answer of every menu.
     std::function<void(const PrintJob&)> onPrint;
 
     void setTitle(const std::string&) override {}
@@ -54,10 +51,10 @@ class FakeWindow : public Window {
         calls.push_back(text);
         return true;
     }
-    std::string askText(const std::string&, const std::string&) override { return answer; }
-    std::string askFolder(const std::string&, const std::string&) override { return answer; }
+    std::string askText(const std::string&, const std::string&) override { return {}; }
+    std::string askFolder(const std::string&, const std::string&) override { return {}; }
     std::string askSavePath(const std::string&, const std::string&, const std::string&) override {
-        return answer;
+        return {};
     }
     std::optional<GridFont> askFont(const GridFont&) override { return std::nullopt; }
     void previewPrint(const PrintJob& job) override {
@@ -66,10 +63,7 @@ class FakeWindow : public Window {
     }
     void print(const PrintJob& job) override { calls.push_back("print " + job.title); }
     void showPopup(BarId, int popup, Point) override { calls.push_back("popup " + std::to_string(popup)); }
-    int showMenu(const std::vector<MenuEntry>& entries, Point) override {
-        menu = entries;
-        return chosen;
-    }
+    int showMenu(const std::vector<MenuEntry>&, Point) override { return 0; }
     bool openUrl(const std::string& url) override {
         calls.push_back(url);
         return true;
