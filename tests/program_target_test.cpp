@@ -15,17 +15,17 @@ namespace hl {
 namespace {
 
 namespace fs = std::filesystem;
-using test::must;
+using namespace test;
 
 class ProgramTarget : public testing::Test {
   protected:
-    ProgramTarget() { test::makeFile(source + "/\x1b[31mred", 5); }
-    test::Ended report(const std::string& target, const std::function<void()>& before = nullptr) const {
+    ProgramTarget() { makeFile(source + "/\x1b[31mred", 5); }
+    Ended report(const std::string& target, const std::function<void()>& before = nullptr) const {
         return program.run({"-s", target, source}, before);
     }
 
-    const test::TempDir dir, away;
-    const test::Program program;
+    const TempDir dir, away;
+    const Program program;
     const std::string source =
         (fs::create_directory(away.path() + "/\x1b[32msource"), away.path() + "/\x1b[32msource");
 };
@@ -38,7 +38,7 @@ struct Trap {
 const Trap kTraps[] = {
     {"link to a file", nullptr, [](auto& path, auto& victim) { fs::create_symlink(victim, path); }},
     {"link to nothing", nullptr, [](auto& path, auto& victim) { fs::create_symlink(victim + "-new", path); }},
-    {"file", "regular", [](auto& path, auto&) { test::writeFile(path, "theirs"); }},
+    {"file", "regular", [](auto& path, auto&) { writeFile(path, "theirs"); }},
     {"pipe", "fifos", [](auto& path, auto&) { must(::mkfifo(path.c_str(), 0666)); }}};
 
 // Tests a run with "-s", and writing as the window does it. Only what belongs to the user, or to the folder's
@@ -46,37 +46,37 @@ const Trap kTraps[] = {
 TEST_F(ProgramTarget, InASharedFolderNothingOfAnotherUserIsFollowedOrWritten) {
     if (::geteuid() != 0) GTEST_SKIP() << "needs root, to be two users";
     const std::string shared = dir.path() + "/shared", victim = dir.path() + "/victim", x = shared + "/x.csv";
-    test::makeFolder(shared);
+    makeFolder(shared);
     must(::chmod(shared.c_str(), 01777));
-    test::writeFile(victim, "precious");
+    writeFile(victim, "precious");
     LinuxFiles files;
     files.refuseUnreadPipes();
     std::string missing;
     for (const auto& [name, protection, make] : kTraps) {
         const std::string settings = "/proc/sys/fs/protected_" + std::string(protection ? protection : "");
-        if (protection != nullptr && test::contentOf(settings) < "1") {
+        if (protection != nullptr && contentOf(settings) < "1") {
             missing += settings + " is 0. ";
             continue;
         }
         make(x, victim);
-        for (const uid_t owner : {test::kNobody, ::geteuid()}) {
+        for (const uid_t owner : {kNobody, ::geteuid()}) {
             must(::lchown(x.c_str(), owner, owner));
             const bool ours = owner == ::geteuid();
             if (ours && fs::is_fifo(fs::symlink_status(x))) continue;
             // Without a reader, a fault would show as a run that never ends.
             const Descriptor reader = fs::is_fifo(fs::symlink_status(x)) ? openToLook(x) : Descriptor();
-            const std::string before = test::snapshotOf(dir.path());
+            const std::string before = snapshotOf(dir.path());
             int error = 0;
             EXPECT_EQ(files.replace(x, error) != nullptr, ours) << name;
             EXPECT_EQ(error, ours ? 0 : EACCES) << name;
-            const test::Ended ended = report(x);
+            const Ended ended = report(x);
             EXPECT_EQ(ended.status, ours ? 0 : 1) << name << ended.errors;
             EXPECT_EQ(ended.errors.find("Permission denied") != std::string::npos, !ours) << ended.errors;
-            EXPECT_EQ(test::snapshotOf(dir.path()) == before, !ours) << name;
+            EXPECT_EQ(snapshotOf(dir.path()) == before, !ours) << name;
         }
         fs::remove(x);
         fs::remove(victim + "-new");
-        test::writeFile(victim, "precious");
+        writeFile(victim, "precious");
     }
     if (!missing.empty()) GTEST_SKIP() << "The kernel does not protect everything here: " << missing;
 }
@@ -85,19 +85,19 @@ TEST_F(ProgramTarget, IsFoundOutBeforeTheScan) {
     const std::string pipe = dir.path() + "/pipe", none = dir.path() + "/none/r.csv";
     for (const std::string& target : {none, dir.path()}) {
         EXPECT_EQ(report(target).status, 1);
-        EXPECT_EQ(test::contentOf(program.home("Harborlantern.log")).find("Einlesen"), std::string::npos);
+        EXPECT_EQ(contentOf(program.home("Harborlantern.log")).find("Einlesen"), std::string::npos);
     }
     // The pipe must not be opened just to try it: its reader would take that for the end.
     must(::mkfifo(pipe.c_str(), 0600));
-    auto reader = std::async(std::launch::async, [&] { return test::contentOf(pipe); });
+    auto reader = std::async(std::launch::async, [&] { return contentOf(pipe); });
     EXPECT_EQ(report(pipe).status, 0);
     EXPECT_NE(reader.get().find(",\"5\",1,0\r\n"), std::string::npos);
 }
 
 TEST_F(ProgramTarget, InAFolderThatOnlyGrowsNoRestIsLeft) {
-    const int folder = test::openFolder(dir.path());
+    const int folder = openFolder(dir.path());
     const auto setFlags = [&](int flags) { return ::ioctl(folder, FS_IOC_SETFLAGS, &flags) == 0; };
-    test::writeFile(dir.path() + "/old.csv", "old");
+    writeFile(dir.path() + "/old.csv", "old");
     int error = 0;
     const auto caught = LinuxFiles(Unfinished::kNamed).replace(dir.path() + "/old.csv", error);
     EXPECT_EQ(caught->write("new"), 0);
@@ -109,8 +109,8 @@ TEST_F(ProgramTarget, InAFolderThatOnlyGrowsNoRestIsLeft) {
     EXPECT_TRUE(fs::remove(caught->leftBehind())) << "is told of a rest that cannot be helped";
     EXPECT_EQ(refused, 1);
     EXPECT_EQ(made, 0);
-    EXPECT_EQ(test::contentOf(dir.path() + "/old.csv"), "old");
-    EXPECT_EQ(std::distance(fs::directory_iterator(dir.path()), {}), 2);
+    EXPECT_EQ(contentOf(dir.path() + "/old.csv"), "old");
+    EXPECT_EQ(namesIn(dir.path()).size(), 2U);
 }
 
 TEST_F(ProgramTarget, ATerminalGetsStandInsForControlCharacters) {
@@ -131,7 +131,7 @@ TEST_F(ProgramTarget, ATerminalGetsStandInsForControlCharacters) {
 }
 
 TEST_F(ProgramTarget, ALockOnTheFolderOfTheSettingsHoldsNobodyUp) {
-    const int folder = test::openFolder(program.home(""));
+    const int folder = openFolder(program.home(""));
     fs::remove(program.home("Harborlantern.ini"));  // Without it, the run has a setting to save.
     must(::flock(folder, LOCK_EX));
     const auto before = std::chrono::steady_clock::now();

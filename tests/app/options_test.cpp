@@ -27,7 +27,7 @@ class OptionsFile : public test::SettingsFixture {
         loadBarOptions(options, store, diagnostics, bar);
         return options;
     }
-    /// All that a session reads.
+    /// Reads everything that a session reads.
     Options loadAll() {
         Options options = load();
         for (const OptionBar bar :

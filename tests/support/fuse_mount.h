@@ -4,7 +4,6 @@
 
 #include <signal.h>
 #include <sys/mount.h>
-#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -22,14 +21,14 @@ class FuseMount {
     FuseMount(const std::string& of, const std::string& at) : at_(at) {
         std::filesystem::create_directories(at);
         if (!missing_.empty()) return;
-        const dev_t before = device();
+        const dev_t before = factsOf(at).st_dev;
         server_ = must(::fork());
         if (server_ == 0) {
             ::dup2(must(::open("/dev/null", O_RDWR)), STDERR_FILENO);  // The library would advise.
             ::execl(server().c_str(), "fuse_server", of.c_str(), at.c_str(), nullptr);
             ::_exit(127);
         }
-        mounted_ = comes([&] { return device() != before || ended(); }) && server_ > 0;
+        mounted_ = comes([&] { return factsOf(at).st_dev != before || ended(); }) && server_ > 0;
         if (!mounted_) missing_ = "the test may not mount";
     }
     ~FuseMount() {
@@ -66,10 +65,6 @@ class FuseMount {
         if (::access(server().c_str(), X_OK) != 0) return "libfuse3 was not there when the tests were built";
         if (::geteuid() != 0) return "only root mounts without a helper";
         return ::access("/dev/fuse", R_OK | W_OK) != 0 ? "there is no /dev/fuse" : "";
-    }
-    dev_t device() const {
-        struct stat facts {};
-        return ::stat(at_.c_str(), &facts) == 0 ? facts.st_dev : 0;
     }
     bool ended() {
         if (::waitpid(server_, nullptr, WNOHANG) != server_) return false;

@@ -2,10 +2,8 @@
 #pragma once
 
 #include <fcntl.h>
-#include <grp.h>
 #include <stdio.h>
 #include <sys/resource.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <cstdlib>
@@ -59,26 +57,13 @@ class Program {
     Ended run(const std::vector<std::string>& arguments,
               const std::function<void()>& before = nullptr) const {
         const std::string errors = home("stderr.txt"), output = home("stdout.txt");
-        const pid_t child = must(::fork());
-        if (child == 0) startInChild(arguments, before, errors, output);
-        int status = 0;
-        must(::waitpid(child, &status, 0));
-        return {WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status), readFile(errors),
-                readFile(output)};
-    }
-
-    /// Serves as `before`: the user is then not root.
-    static void becomeNobody() {
-        if (::geteuid() != 0) return;
-        must(::setgroups(0, nullptr));
-        must(::setgid(65534));
-        must(::setuid(65534));
+        const int status = inChild([&] { return start(arguments, before, errors, output); });
+        return {status, contentOf(errors), contentOf(output)};
     }
 
   private:
-    [[noreturn]] void startInChild(const std::vector<std::string>& arguments,
-                                   const std::function<void()>& before, const std::string& errors,
-                                   const std::string& output) const {
+    int start(const std::vector<std::string>& arguments, const std::function<void()>& before,
+              const std::string& errors, const std::string& output) const {
         for (const auto& [file, descriptor] :
              {std::pair(errors, STDERR_FILENO), std::pair(output, STDOUT_FILENO)})
             ::dup2(must(::open(file.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0666)), descriptor);
@@ -92,7 +77,7 @@ class Program {
         for (const std::string& argument : arguments) argv.push_back(const_cast<char*>(argument.c_str()));
         argv.push_back(nullptr);
         ::execv(HARBORLANTERN_PROGRAM, argv.data());
-        ::_exit(127);
+        return 127;
     }
 
     TempDir home_;

@@ -1,6 +1,7 @@
 // Walks over a reader of folders and records what it saw.
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -16,6 +17,14 @@ struct Seen {
     std::uint64_t folders = 0, files = 0, bytes = 0, blocks = 0;
     std::vector<int> errors;
     std::vector<std::string> silent;  ///< The mounts that links lead to and that did not answer.
+};
+
+/// Calls `act` at the n-th call of a waiting reader; if it returns false, that is Stop.
+struct Waiting final : WaitCallback {
+    explicit Waiting(std::function<bool(int)> what) : act(std::move(what)) {}
+    bool goOnWaiting() override { return act(++looks); }
+    std::function<bool(int)> act;
+    int looks = 0;
 };
 
 struct Walked {

@@ -2,10 +2,8 @@
 #pragma once
 
 #include <gtest/gtest.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <filesystem>
 #include <regex>
 
@@ -29,29 +27,23 @@ namespace fs = std::filesystem;
 
 /// Describes everything at and below `path`, one line each: the kind, the rights, and the content or target.
 inline std::string snapshotOf(const std::string& path) {
-    struct stat status {};
-    if (lstat(path.c_str(), &status) != 0) return "nothing\n";
+    const struct stat status = factsOf(path);
+    if (status.st_ino == 0) return "nothing\n";
     std::string line = std::to_string(status.st_mode) + " " + std::to_string(status.st_ino) + " ";
     if (S_ISREG(status.st_mode)) line += contentOf(path);
     if (S_ISLNK(status.st_mode)) line += fs::read_symlink(path).string();
     line += "\n";
     if (!S_ISDIR(status.st_mode)) return line;
-    std::vector<std::string> names;
-    for (const auto& entry : fs::directory_iterator(path)) names.push_back(entry.path().filename().string());
-    std::sort(names.begin(), names.end());
-    for (const std::string& name : names) line += name + ": " + snapshotOf(path + "/" + name);
+    for (const std::string& name : namesIn(path)) line += name + ": " + snapshotOf(path + "/" + name);
     return line;
 }
 
 inline std::string decoded(const std::string& text) {
     std::string out;
     for (std::size_t i = 0; i < text.size(); ++i) {
-        if (text[i] != '%') {
-            out += text[i];
-        } else {
-            out += static_cast<char>(std::stoi(text.substr(i + 1, 2), nullptr, 16));
-            i += 2;
-        }
+        const bool escaped = text[i] == '%';
+        out += escaped ? static_cast<char>(std::stoi(text.substr(i + 1, 2), nullptr, 16)) : text[i];
+        i += escaped ? 2 : 0;
     }
     return out;
 }
@@ -67,21 +59,20 @@ inline Content contentOfTrash(const std::string& trash) {
     constexpr std::size_t kBeforePath = std::string_view("[Trash Info]\nPath=").size();
     Content content;
     if (!fs::exists(trash + "/info")) return content;
-    for (const auto& info : fs::directory_iterator(trash + "/info")) {
-        const std::string text = contentOf(info.path().string());
-        EXPECT_EQ(info.path().extension(), ".trashinfo");
-        EXPECT_EQ(info.symlink_status().permissions(), fs::perms::owner_read | fs::perms::owner_write);
+    for (const fs::path info : namesIn(trash + "/info")) {
+        const std::string path = trash + "/info/" + info.string(), text = contentOf(path);
+        EXPECT_EQ(info.extension(), ".trashinfo");
+        EXPECT_EQ(fs::symlink_status(path).permissions(), fs::perms::owner_read | fs::perms::owner_write);
         // The library's regular expressions recurse for every character, which long texts do not allow.
         if (text.size() < 3000) {
             EXPECT_TRUE(std::regex_match(text, kForm)) << text;
         }
-        const std::string name = info.path().stem().string();
+        const std::string name = info.stem().string();
         const std::size_t end = text.find('\n', kBeforePath);
         content[name] = decoded(text.substr(kBeforePath, end - kBeforePath));
         EXPECT_TRUE(fs::exists(fs::symlink_status(trash + "/files/" + name))) << name;
     }
-    EXPECT_EQ(content.size(), static_cast<std::size_t>(std::distance(fs::directory_iterator(trash + "/files"),
-                                                                     fs::directory_iterator())));
+    EXPECT_EQ(content.size(), namesIn(trash + "/files").size());
     return content;
 }
 
@@ -91,9 +82,6 @@ class Trashing : public testing::Test {
     explicit Trashing(std::string_view base = {}) : dir(base) { fs::create_directories(root); }
 
     RecycleError recycle(const std::string& name) { return moveToTrash({root, name}, settings); }
-    std::string infoOf(const std::string& name) const {
-        return contentOf(home + "/info/" + name + ".trashinfo");
-    }
 
     TempDir dir;
     const std::string root = fs::canonical(dir.path()).string() + "/from";

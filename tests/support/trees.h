@@ -2,6 +2,7 @@
 #pragma once
 
 #include <fcntl.h>
+#include <grp.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -22,17 +23,35 @@ inline int must(int result) {
 
 inline constexpr uid_t kNobody = 65534;
 
-/// Returns what `act` returns in a process of a user without rights; 255 if there is no such process, -1 if
-/// it did not end normally.
-inline int asNobody(const std::function<int()>& act) {
+/// Takes all rights from this process that a plain user does not have.
+inline void becomeNobody() {
+    if (::geteuid() != 0) return;
+    must(::setgroups(0, nullptr));
+    must(::setgid(kNobody));
+    must(::setuid(kNobody));
+}
+
+/// Returns what `act` returns in a process of its own; 128 plus the signal if one ended it.
+inline int inChild(const std::function<int()>& act) {
     const pid_t child = must(::fork());
-    if (child == 0) {
-        const bool became = ::geteuid() != 0 || (::setgid(kNobody) == 0 && ::setuid(kNobody) == 0);
-        ::_exit(became ? act() : 255);
-    }
+    if (child == 0) ::_exit(act());
     int status = 0;
-    ::waitpid(child, &status, 0);
-    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    must(::waitpid(child, &status, 0));
+    return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
+}
+/// Does the same as a user without rights.
+inline int asNobody(const std::function<int()>& act) {
+    return inChild([&] { return becomeNobody(), act(); });
+}
+
+/// Returns the facts of the entry itself, also of a link; they are all 0 if there is none.
+inline struct stat factsOf(const std::string& path) {
+    struct stat facts {};
+    if (::lstat(path.c_str(), &facts) != 0) facts = {};
+    return facts;
+}
+inline ino_t inodeOf(const std::string& path) {
+    return factsOf(path).st_ino;
 }
 
 inline int openFolder(const std::string& path) {

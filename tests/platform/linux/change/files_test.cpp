@@ -12,12 +12,7 @@ namespace hl {
 namespace {
 
 namespace fs = std::filesystem;
-
-struct stat statusOf(const std::string& path) {
-    struct stat status {};
-    EXPECT_EQ(stat(path.c_str(), &status), 0) << path;
-    return status;
-}
+using namespace test;
 
 int replaceWith(Files& files, const std::string& path, std::string_view content) {
     int error = 0;
@@ -27,14 +22,10 @@ int replaceWith(Files& files, const std::string& path, std::string_view content)
     return error == 0 ? file->commit() : error;
 }
 
-std::size_t entriesOf(const std::string& folder) {
-    return static_cast<std::size_t>(std::distance(fs::directory_iterator(folder), {}));
-}
-
 /// Tests both ways in which an unfinished file can exist.
 class Replacing : public testing::TestWithParam<Unfinished> {
   protected:
-    test::TempDir dir;
+    TempDir dir;
     LinuxFiles files{GetParam()};
     std::string target = dir.path() + "/target";
     int error = 0;
@@ -46,37 +37,37 @@ TEST_P(Replacing, MakesANewFileWithTheModeThatTheUserWants) {
     const mode_t before = umask(027);
     EXPECT_EQ(replaceWith(files, target, "new"), 0);
     umask(before);
-    EXPECT_EQ(test::contentOf(target), "new");
-    EXPECT_EQ(statusOf(target).st_mode & 07777, 0640U);
-    EXPECT_EQ(entriesOf(dir.path()), 1U);
+    EXPECT_EQ(contentOf(target), "new");
+    EXPECT_EQ(factsOf(target).st_mode & 07777, 0640U);
+    EXPECT_EQ(namesIn(dir.path()).size(), 1U);
 }
 
 TEST_P(Replacing, ShowsTheOldContentUntilTheLastMomentAndKeepsModeAndOwner) {
-    test::writeFile(target, "old");
+    writeFile(target, "old");
     const bool mayGiveAway = chown(target.c_str(), 1234, 4321) == 0;
     EXPECT_EQ(mayGiveAway, geteuid() == 0);
     chmod(target.c_str(), 0707);
-    const struct stat before = statusOf(target);
+    const struct stat before = factsOf(target);
     const auto file = files.replace(target, error);
     EXPECT_EQ(file->write("new"), 0);
-    EXPECT_EQ(test::contentOf(target), "old");
+    EXPECT_EQ(contentOf(target), "old");
     EXPECT_EQ(file->commit(), 0);
-    EXPECT_EQ(test::contentOf(target), "new");
-    const struct stat after = statusOf(target);
+    EXPECT_EQ(contentOf(target), "new");
+    const struct stat after = factsOf(target);
     EXPECT_EQ(std::tie(after.st_mode, after.st_uid, after.st_gid),
               std::tie(before.st_mode, before.st_uid, before.st_gid));
-    EXPECT_EQ(entriesOf(dir.path()), 1U);
+    EXPECT_EQ(namesIn(dir.path()).size(), 1U);
 }
 
 TEST_P(Replacing, LeavesNothingBehindWithoutACommitOrWhereTheCommitFails) {
     const auto unused = files.replace(target, error);
-    EXPECT_EQ(entriesOf(dir.path()), 0U) << "a kill would leave it";
+    EXPECT_EQ(namesIn(dir.path()).size(), 0U) << "a kill would leave it";
     files.replace(target, error)->write("never");
-    EXPECT_EQ(entriesOf(dir.path()), 0U);
+    EXPECT_EQ(namesIn(dir.path()).size(), 0U);
     const auto file = files.replace(target, error);
     fs::create_directory(target);  // Somebody else makes it meanwhile.
     EXPECT_EQ(file->commit(), EISDIR);
-    EXPECT_EQ(entriesOf(dir.path()), 1U);
+    EXPECT_EQ(namesIn(dir.path()).size(), 1U);
 }
 
 TEST_P(Replacing, FollowsALinkAndKeepsIt) {
@@ -85,37 +76,37 @@ TEST_P(Replacing, FollowsALinkAndKeepsIt) {
     fs::create_symlink(dir.path() + "/near", target);
     for (const char* content : {"made where a dangling link points", "new"}) {
         EXPECT_EQ(replaceWith(files, target, content), 0);
-        EXPECT_EQ(test::contentOf(dir.path() + "/far/file"), content);
+        EXPECT_EQ(contentOf(dir.path() + "/far/file"), content);
         EXPECT_TRUE(fs::is_symlink(target));
-        EXPECT_EQ(entriesOf(dir.path() + "/far"), 1U);
+        EXPECT_EQ(namesIn(dir.path() + "/far").size(), 1U);
     }
 }
 
 TEST_P(Replacing, RespectsWriteProtectionOfTheFileAndOfTheFolder) {
-    test::writeFile(target, "old");
+    writeFile(target, "old");
     chmod(target.c_str(), 0444);
     const bool isRoot = geteuid() == 0;  // No protection stops root.
     for (const mode_t mode : {0777U, 0555U}) {
         ASSERT_EQ(chmod(dir.path().c_str(), mode), 0);
-        ASSERT_EQ(seteuid(isRoot ? test::kNobody : geteuid()), 0);
+        ASSERT_EQ(seteuid(isRoot ? kNobody : geteuid()), 0);
         EXPECT_EQ(replaceWith(files, mode == 0777U ? target : dir.path() + "/new", "new"), EACCES);
         ASSERT_EQ(seteuid(isRoot ? 0 : geteuid()), 0);
     }
     chmod(dir.path().c_str(), 0755);
-    EXPECT_EQ(test::contentOf(target), "old");
+    EXPECT_EQ(contentOf(target), "old");
 }
 
 class WholeFiles : public testing::Test {
   protected:
     std::string in(const std::string& name) const { return dir.path() + "/" + name; }
 
-    test::TempDir dir;
+    TempDir dir;
     LinuxFiles files;
     int error = 0;
 };
 
 TEST_F(WholeFiles, SaysWhyAFileCannotBeReplaced) {
-    test::writeFile(in("file"), "");
+    writeFile(in("file"), "");
     fs::create_symlink("loop", in("loop"));
     const std::pair<std::string, int> cases[] = {
         {in("missing/file"), ENOENT}, {"", ENOENT},  {dir.path(), EISDIR},
@@ -150,17 +141,17 @@ TEST_F(WholeFiles, SurvivesAPipeWithoutAReaderAndDoesNotWaitForAWriter) {
 TEST_F(WholeFiles, ALockThatIsHeldIsWaitedForOnceAndNoFileOfAnotherUserIsALock) {
     LinuxFiles others;
     const auto lock = others.lockFolderOf(in("x"));
-    EXPECT_EQ(statusOf(in(".harborlantern-lock")).st_mode & 0777, 0600U);
+    EXPECT_EQ(factsOf(in(".harborlantern-lock")).st_mode & 0777, 0600U);
     const auto before = std::chrono::steady_clock::now();
     for (int i = 0; i < 3; ++i) EXPECT_EQ(files.lockFolderOf(in("x")), nullptr);
     EXPECT_LT(std::chrono::steady_clock::now() - before, std::chrono::seconds(3));
-    if (chown(in(".harborlantern-lock").c_str(), test::kNobody, test::kNobody) != 0) return;  // Not root.
+    if (chown(in(".harborlantern-lock").c_str(), kNobody, kNobody) != 0) return;  // Not root.
     EXPECT_EQ(LinuxFiles().lockFolderOf(in("x")), nullptr);
 }
 
 TEST_F(WholeFiles, ReadsAsMuchAsIsAllowedOrSaysWhyNot) {
     const std::string content(200000, 'x');
-    test::writeFile(in("file"), content);
+    writeFile(in("file"), content);
     EXPECT_EQ(files.readWhole(in("file"), content.size(), error), content);
     EXPECT_EQ(files.readWhole(in("file"), SIZE_MAX, error), content);
     EXPECT_EQ(error, 0);

@@ -1,11 +1,8 @@
 #include "platform/linux/change/folder_verb.h"
 
 #include <gtest/gtest.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
 #include <cerrno>
-#include <cstdio>
 
 #include "support/temp_dir.h"
 #include "support/whole_files.h"
@@ -50,8 +47,7 @@ TEST_F(FolderVerbTest, TheCommandStartsTheProgramWhateverItsPathHolds) {
         const std::string folder = dir.path() + "/" + name;
         const std::string program = folder + "/lantern";
         fs::create_directories(folder);
-        test::writeFile(program, "#!/bin/sh\nprintf %s \"$1\" > " + dir.path() + "/out\n");
-        chmod(program.c_str(), 0755);
+        test::writeScript(program, "printf %s \"$1\" > " + dir.path() + "/out");
         const std::string wanted = "/some folder/" + std::to_string(++number);
         setenv("FOLDERS", wanted.c_str(), 1);
         const std::string command = commandIn(folderEntryText({"Lantern", program}));

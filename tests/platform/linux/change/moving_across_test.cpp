@@ -1,6 +1,5 @@
 // Tests moving to another file system.
 #include <fcntl.h>
-#include <gtest/gtest.h>
 #include <linux/fs.h>
 #include <sys/ioctl.h>
 #include <sys/xattr.h>
@@ -11,11 +10,7 @@
 #include <thread>
 
 #include "platform/linux/change/copying.h"
-#include "platform/linux/change/moving.h"
 #include "platform/linux/change/moving_fixture.h"
-#include "platform/linux/process/descriptor.h"
-#include "support/temp_dir.h"
-#include "support/whole_files.h"
 
 namespace hl {
 namespace {
@@ -187,8 +182,7 @@ constexpr off_t kMebi = off_t{1} << 20;
 // Tests between two file systems, if there are two, so that both ways of copying are used.
 class CopyingTest : public testing::Test {
   protected:
-    test::TempDir dir;
-    test::TempDir elsewhere{"/dev/shm"};
+    TempDir dir, elsewhere{"/dev/shm"};
     std::string sourcePath = dir.path() + "/source";
     Descriptor source = openAt(AT_FDCWD, sourcePath, O_RDWR | O_CREAT | O_EXCL, 0644);
 
@@ -222,12 +216,9 @@ TEST_F(CopyingTest, BytesAndHolesAreCopiedWhereTheyLie) {
             std::size_t asked = 0;
             EXPECT_EQ(copyContent(source.number(), target.number(), size, [&] { ++asked; }), 0) << name;
             EXPECT_TRUE(pieces.empty() || asked > pieces[0].bytes.size() / kMebi) << name << " in one go";
-            EXPECT_TRUE(test::contentOf(path) == test::contentOf(sourcePath)) << name << " in " << path;
-            struct stat before {};
-            struct stat after {};
-            fstat(source.number(), &before);
-            fstat(target.number(), &after);
-            EXPECT_LE(after.st_blocks, before.st_blocks + 4096) << name << ": holes were filled";
+            EXPECT_TRUE(contentOf(path) == contentOf(sourcePath)) << name << " in " << path;
+            EXPECT_LE(factsOf(path).st_blocks, factsOf(sourcePath).st_blocks + 4096)
+                << name << ": holes were filled";
         }
     }
 }
@@ -239,7 +230,7 @@ TEST_F(CopyingTest, AnotherSizeThanToldIsBusy) {
           Case{"told as empty", 0, 1}}) {
         for (const std::string& path : targets) {
             const std::string bytes(4 * kMebi, 'z');
-            test::writeFile(sourcePath, told > 0 ? bytes : "z");
+            writeFile(sourcePath, told > 0 ? bytes : "z");
             const Descriptor target = fresh(path);
             const auto change = [&, size = during] { EXPECT_EQ(ftruncate(source.number(), size), 0); };
             EXPECT_EQ(copyContent(source.number(), target.number(), told, change), EBUSY) << name;
@@ -260,15 +251,12 @@ TEST_F(CopyingTest, NobodyGetsRightsFromTheNewFolder) {
         GTEST_SKIP() << "no access lists here";
     const Descriptor target = fresh(folder + "/target");
     ASSERT_GT(fgetxattr(target.number(), "system.posix_acl_access", nullptr, 0), 0);
-    struct stat facts {};
     fchmod(source.number(), 0640);
     fremovexattr(source.number(), "system.posix_acl_access");
-    fstat(source.number(), &facts);
-    EXPECT_EQ(copyFacts(source.number(), target.number(), facts), 0);
+    EXPECT_EQ(copyFacts(source.number(), target.number(), factsOf(sourcePath)), 0);
     EXPECT_LT(fgetxattr(target.number(), "system.posix_acl_access", nullptr, 0), 0);
     fsetxattr(source.number(), "system.posix_acl_access", list, sizeof list, 0);
-    fstat(source.number(), &facts);
-    EXPECT_EQ(copyFacts(source.number(), target.number(), facts), 0);
+    EXPECT_EQ(copyFacts(source.number(), target.number(), factsOf(sourcePath)), 0);
     unsigned char copied[sizeof list] = {};
     EXPECT_EQ(fgetxattr(target.number(), "system.posix_acl_access", copied, sizeof copied),
               static_cast<ssize_t>(sizeof list));

@@ -26,23 +26,6 @@ inline int moveTo(const std::string& from, const std::string& to) {
     return moveTo(FilePlace{from}, FilePlace{to});
 }
 
-inline struct stat factsOf(const std::string& path) {
-    struct stat facts {};
-    if (lstat(path.c_str(), &facts) != 0) facts = {};
-    return facts;
-}
-
-// Returns 0 if there is nothing.
-inline ino_t inodeOf(const std::string& path) {
-    return factsOf(path).st_ino;
-}
-
-inline std::set<std::string> namesIn(const std::string& folder) {
-    std::set<std::string> names;
-    for (const auto& entry : fs::directory_iterator(folder)) names.insert(entry.path().filename());
-    return names;
-}
-
 class MovingTest : public testing::Test {
   protected:
     MovingTest() {

@@ -86,16 +86,14 @@ TEST_F(MovingTest, OfTwoNamesOfOneFileTheNewOneIsLeft) {
 
 TEST_F(MovingTest, TheLengthOfAPathHasNoLimit) {
     const std::string name(200, 'd');
-    FilePlace deep{.base = dir.path()};
+    FilePlace deep{dir.path(), "new"};
     makeChain(dir.path(), 100, name);
-    for (int i = 0; i < 100; ++i) deep.below += name + "/";
-    deep.below += "new";
+    for (int i = 0; i < 100; ++i) deep.below.insert(0, name + "/");
     makeText(at("old"));
     EXPECT_EQ(moveTo({at("old")}, deep), 0);
     EXPECT_FALSE(fs::exists(at("old")));
     EXPECT_EQ(moveTo(deep, {at("back")}), 0);
     EXPECT_EQ(contentOf(at("back")), "content of old");
-    removeChain(dir.path(), 100, name);
 }
 
 TEST_F(MovingTest, WithoutTheRightToWriteAFolderNothingMoves) {

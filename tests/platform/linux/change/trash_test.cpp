@@ -22,9 +22,8 @@ TEST_F(Trashing, WhateverItIsItGoesWholeAndCanComeBackToWhereItWas) {
     std::vector<std::pair<std::string, const Kind*>> things;
     for (const Kind& each : kKinds) things.emplace_back(each.name, &each);
     things.pop_back();  // The last one is no thing at all.
-    for (const std::string& odd :
-         {std::string("a\nPath=etc\n"), std::string("100%41 \t#;"), std::string("\xff\xfe\x80 \xc3"),
-          std::string("gone (deleted)"), std::string("x.trashinfo"), everyByte})
+    for (const std::string odd : {"a\nPath=etc\n", "100%41 \t#;", "\xff\xfe\x80 \xc3", "gone (deleted)",
+                                  "x.trashinfo", everyByte.c_str()})
         things.emplace_back(odd, &kind("file"));
     Content expected;
     for (const auto& [name, thing] : things) {
@@ -41,7 +40,7 @@ TEST_F(Trashing, WhateverItIsItGoesWholeAndCanComeBackToWhereItWas) {
 
 TEST_F(Trashing, MakesTheHomeTrashForNobodyElse) {
     const mode_t before = umask(0);
-    test::writeFile(root + "/file", "");
+    writeFile(root + "/file", "");
     EXPECT_EQ(recycle("file"), RecycleError::kNone);
     umask(before);
     for (const char* part : {"/data", "/data/Trash", "/data/Trash/files", "/data/Trash/info"})
@@ -49,7 +48,7 @@ TEST_F(Trashing, MakesTheHomeTrashForNobodyElse) {
 }
 
 TEST_F(Trashing, WritesTheLocalTime) {
-    test::writeFile(root + "/file", "");
+    writeFile(root + "/file", "");
     const auto farEast = [] {
         char text[32] = {};
         const time_t shifted = time(nullptr) + (5 * 60 + 17) * 60;
@@ -59,36 +58,33 @@ TEST_F(Trashing, WritesTheLocalTime) {
     const std::string before = farEast();
     const Environment zone({{"TZ", "XYZ-5:17"}, {"LC_ALL", "C"}});
     EXPECT_EQ(recycle("file"), RecycleError::kNone);
-    const std::string info = infoOf("file");
+    const std::string info = contentOf(home + "/info/file.trashinfo");
     const std::string date = info.substr(info.rfind('=') + 1, before.size());
     EXPECT_LE(before, date);
     EXPECT_LE(date, farEast());
 }
 
 TEST_F(Trashing, KeepsEntriesOfTheSameNameApart) {
-    fs::create_directories(root + "/a");
-    fs::create_directories(root + "/b/same/full");
-    test::writeFile(root + "/same", "1");
-    test::writeFile(root + "/a/same", "2");
+    makeTree(root, {"same", "b/same/full/"});
+    writeDeepFile(root + "/a/same", "2");
     for (const char* one : {"same", "a/same", "b/same"}) EXPECT_EQ(recycle(one), RecycleError::kNone) << one;
     EXPECT_EQ(
         contentOfTrash(home),
         (Content{{"same", root + "/same"}, {"same.2", root + "/a/same"}, {"same.3", root + "/b/same"}}));
-    EXPECT_EQ(test::contentOf(home + "/files/same.2"), "2");
+    EXPECT_EQ(contentOf(home + "/files/same.2"), "2");
     for (int i = 0; i < 120; ++i) {
-        test::writeFile(root + "/same", "");
+        writeFile(root + "/same", "");
         ASSERT_EQ(recycle("same"), RecycleError::kNone) << "behind many";
     }
     EXPECT_EQ(contentOfTrash(home).size(), 123U);
 }
 
 TEST_F(Trashing, LeavesWhatLiesInTheTrashWithoutAnInfoFile) {
-    fs::create_directories(home + "/files/name");
-    fs::create_directories(home + "/info");
+    makeTree(home, {"files/name/", "info/"});
     fs::create_symlink("/nowhere", home + "/files/name.2");
-    test::writeFile(root + "/name", "mine");
+    writeFile(root + "/name", "mine");
     EXPECT_EQ(recycle("name"), RecycleError::kNone);
-    EXPECT_EQ(test::contentOf(home + "/files/name.3"), "mine");
+    EXPECT_EQ(contentOf(home + "/files/name.3"), "mine");
     EXPECT_TRUE(fs::is_empty(home + "/files/name"));
     EXPECT_FALSE(fs::exists(home + "/info/name.trashinfo") || fs::exists(home + "/info/name.2.trashinfo"));
 }
@@ -97,7 +93,7 @@ TEST_F(Trashing, ShortensANameUntilItsInfoFileHasOneToo) {
     const std::string beginning(243, 'n');
     const std::string longest = beginning + "\u20AC\u20ACnnnnnn";  // They have three bytes each.
     for (int i = 0; i < 2; ++i) {
-        test::writeFile(root + "/" + longest, "");
+        writeFile(root + "/" + longest, "");
         EXPECT_EQ(recycle(longest), RecycleError::kNone);
     }
     const std::string from = root + "/" + longest;
@@ -106,9 +102,8 @@ TEST_F(Trashing, ShortensANameUntilItsInfoFileHasOneToo) {
 }
 
 TEST_F(Trashing, NamesThePlaceWithoutTheLinksOnTheWay) {
-    fs::create_directories(root + "/real");
+    makeTree(root, {"real/one", "real/two", "real/three"});
     fs::create_directory_symlink("real", root + "/link");
-    for (const char* name : {"one", "two", "three"}) test::writeFile(root + "/real/" + name, "");
     EXPECT_EQ(moveToTrash({root + "/link/one"}, settings), RecycleError::kNone);
     EXPECT_EQ(moveToTrash({root, "link/two", true}, settings), RecycleError::kNone);
     EXPECT_EQ(moveToTrash({root, "link/three"}, settings), RecycleError::kInvalidPath);
@@ -120,17 +115,16 @@ TEST_F(Trashing, NamesAPlaceThatIsLongerThanTheKernelTells) {
     const std::string step(200, 's');
     constexpr int kDepth = 30;
     std::string below;
-    test::makeChain(root, kDepth + 1, step);
+    makeChain(root, kDepth + 1, step);
     for (int i = 0; i < kDepth; ++i) below += step + "/";
     EXPECT_EQ(recycle(below + "f"), RecycleError::kNone);
     EXPECT_TRUE(contentOfTrash(home) == (Content{{"f", root + "/" + below + "f"}})) << "long, so not printed";
     // A place so long can only be told by names.
     EXPECT_EQ(moveToTrash({root, below + "../f", true}, settings), RecycleError::kUnknown);
-    test::removeChain(root, kDepth + 1, step);
 }
 
 TEST_F(Trashing, SaysWhatIsNotThere) {
-    test::writeFile(root + "/file", "");
+    writeFile(root + "/file", "");
     const std::pair<FilePlace, RecycleError> cases[] = {
         {{root, "vanished"}, RecycleError::kInvalidPath},
         {{root, "no/where"}, RecycleError::kInvalidPath},
@@ -147,7 +141,7 @@ TEST_F(Trashing, SaysWhatIsNotThere) {
 }
 
 TEST_F(Trashing, RefusesItselfAndWhatHoldsIt) {
-    for (const char* part : {"/files", "/info"}) fs::create_directories(home + part);
+    makeTree(home, {"files/", "info/"});
     const std::string before = snapshotOf(dir.path());
     for (const char* name : {"data", "data/Trash", "data/Trash/files", "data/Trash/info"})
         EXPECT_EQ(moveToTrash({dir.path(), name}, settings), RecycleError::kUnknown) << name;
@@ -159,22 +153,22 @@ TEST_F(Trashing, TakesNothingFromWhereTheUserMayNot) {
     fs::permissions(dir.path(), fs::perms(0755));
     fs::create_directories(home);
     if (user == kNobody) must(chown(home.c_str(), kNobody, kNobody));
-    test::writeFile(root + "/file", "kept");
+    writeFile(root + "/file", "kept");
     fs::permissions(root, fs::perms(0555));
     const auto recycled = [&] { return static_cast<int>(moveToTrash({root, "file"}, {home, user})); };
     EXPECT_EQ(asNobody(recycled), static_cast<int>(RecycleError::kAccess));
     fs::permissions(root, fs::perms(0755));
     EXPECT_EQ(contentOfTrash(home), Content());
-    EXPECT_EQ(test::contentOf(root + "/file"), "kept");
+    EXPECT_EQ(contentOf(root + "/file"), "kept");
 }
 
 TEST(TrashSettings, FollowTheEnvironmentWhereItNamesAbsoluteFolders) {
-    const char* const cases[][3] = {{"/data", "/home/me", "/data/Trash"},
-                                    {"data", "/home/me", "/home/me/.local/share/Trash"},
-                                    {"", "/home/me", "/home/me/.local/share/Trash"},
-                                    {nullptr, "/home/me", "/home/me/.local/share/Trash"}};
-    for (const auto& [data, home, expected] : cases) {
-        const Environment set({{"XDG_DATA_HOME", data}, {"HOME", home}});
+    const char* const cases[][2] = {{"/data", "/data/Trash"},
+                                    {"data", "/home/me/.local/share/Trash"},
+                                    {"", "/home/me/.local/share/Trash"},
+                                    {nullptr, "/home/me/.local/share/Trash"}};
+    for (const auto& [data, expected] : cases) {
+        const Environment set({{"XDG_DATA_HOME", data}, {"HOME", "/home/me"}});
         EXPECT_EQ(trashSettingsFromEnvironment().homeTrash, expected);
         EXPECT_EQ(trashSettingsFromEnvironment().user, geteuid());
     }
@@ -194,38 +188,28 @@ TEST_F(Trashing, AnotherProgramRestoresIt) {
     };
     if (judge("list trash:///") != 0)
         GTEST_SKIP() << "needs gio, its daemon for the trash, and dbus-run-session";
-    const std::map<std::string, std::string> addresses = {{"a file 100%.txt", "a%20file%20100%25.txt"},
-                                                          {"folder", "folder"}};
-    fs::create_directories(root + "/folder/in");
-    test::writeFile(root + "/folder/in/file", "inside");
-    test::writeFile(root + "/a file 100%.txt", "content");
-    for (const auto& [name, address] : addresses) {
-        const std::string path = root + "/" + name;
-        const std::string before = snapshotOf(path);
+    makeTree(root, {"folder/in/file", "a file 100%.txt"});
+    for (const auto& [name, address] :
+         {std::pair("a file 100%.txt", "a%20file%20100%25.txt"), {"folder", "folder"}}) {
+        const std::string path = root + "/" + name, before = snapshotOf(path);
         ASSERT_EQ(recycle(name), RecycleError::kNone);
         ASSERT_EQ(snapshotOf(path), "nothing\n");
-        EXPECT_EQ(judge("trash --restore 'trash:///" + address + "'"), 0);
+        EXPECT_EQ(judge("trash --restore 'trash:///" + std::string(address) + "'"), 0);
         EXPECT_EQ(snapshotOf(path), before);
         EXPECT_EQ(contentOfTrash(home), Content());
     }
 }
 
 /// The files are in memory, because a disk would take seconds.
-class TrashingInMemory : public Trashing {
-  protected:
+struct TrashingInMemory : Trashing {
     TrashingInMemory() : Trashing("/dev/shm") {}
 };
 
 TEST_F(TrashingInMemory, ASwappedFolderLeadsNowhereElse) {
     constexpr int kRounds = 1000;
-    const std::string precious = dir.path() + "/precious";
-    const std::string fresh = dir.path() + "/fresh";
-    const std::string victim = root + "/victim";
-    const std::string other = root + "/other";
-    const auto makeFull = [](const std::string& path) {
-        fs::create_directories(path + "/in");
-        for (const char* name : {"/child", "/in/child"}) test::writeFile(path + name, name);
-    };
+    const std::string precious = dir.path() + "/precious", fresh = dir.path() + "/fresh";
+    const std::string victim = root + "/victim", other = root + "/other";
+    const auto makeFull = [](const std::string& path) { makeTree(path, {"child", "in/child"}); };
     const auto moveTo = [&](const std::string& name) {
         return renameat2(AT_FDCWD, fresh.c_str(), AT_FDCWD, name.c_str(), RENAME_NOREPLACE) == 0;
     };
@@ -258,15 +242,13 @@ class TrashingOnAMount : public Trashing {
   protected:
     void SetUp() override {
         if (!mounted.done()) GTEST_SKIP() << "may not mount";
-        test::makeFolder(top + "/folder");
-        test::writeFile(top + "/folder/a b", "content");
+        writeDeepFile(top + "/folder/a b", "content");
     }
     RecycleError recycleIt() { return moveToTrash({top, "folder/a b"}, settings); }
 
     const std::string top = root + "/mounted";
     const std::string number = std::to_string(geteuid());
-    const std::string own = top + "/.Trash-" + number;
-    const std::string shared = top + "/.Trash";
+    const std::string own = top + "/.Trash-" + number, shared = top + "/.Trash";
     const Content theOne = {{"a b", "folder/a b"}};
     Mounted mounted{"tmpfs", top, "tmpfs"};
 };
@@ -279,7 +261,7 @@ TEST_F(TrashingOnAMount, GoesToItsOwnTrashWithAPathFromTheTop) {
     EXPECT_EQ(contentOfTrash(own), (Content{{"a b", "folder/a b"}, {"folder", "folder"}}));
     EXPECT_FALSE(fs::exists(home) || fs::exists(dir.path() + "/data"));
     fs::create_directories(home);
-    test::writeFile(top + "/another", "");
+    writeFile(top + "/another", "");
     EXPECT_EQ(moveToTrash({top + "/another"}, settings), RecycleError::kNone);
     EXPECT_TRUE(fs::is_empty(home));
 }
@@ -288,36 +270,34 @@ TEST_F(TrashingOnAMount, GoesToItsOwnTrashWithAPathFromTheTop) {
 TEST_F(TrashingOnAMount, UsesOnlyATrashThatNobodyElseCanTurnAgainstTheUser) {
     const std::string elsewhere = dir.path() + "/elsewhere";
     const auto makeSticky = [](const std::string& path) {
-        test::makeFolder(path);
+        makeFolder(path);
         fs::permissions(path, fs::perms(01777));
     };
     const auto makeForeign = [](const std::string& path) {
-        test::makeFolder(path);
+        makeFolder(path);
         must(chown(path.c_str(), kNobody, kNobody));
     };
     enum class Used { kNothing, kShared, kOwn };
     const std::tuple<const char*, std::function<void()>, Used> cases[] = {
         {"sticky", [&] { makeSticky(shared); }, Used::kShared},
-        {"sticky, user's folder there", [&] { makeSticky(shared), test::makeFolder(shared + "/" + number); },
+        {"sticky, user's folder there", [&] { makeSticky(shared), makeFolder(shared + "/" + number); },
          Used::kShared},
-        {"not sticky", [&] { test::makeFolder(shared); }, Used::kOwn},
+        {"not sticky", [&] { makeFolder(shared); }, Used::kOwn},
         {"shared is a link", [&] { fs::create_directory_symlink(elsewhere, shared); }, Used::kOwn},
-        {"shared is a file", [&] { test::writeFile(shared, ""); }, Used::kOwn},
+        {"shared is a file", [&] { writeFile(shared, ""); }, Used::kOwn},
         {"user's folder a link",
          [&] { makeSticky(shared), fs::create_directory_symlink(elsewhere, shared + "/" + number); },
          Used::kOwn},
         {"user's folder foreign", [&] { makeSticky(shared), makeForeign(shared + "/" + number); },
          Used::kOwn},
-        {"own there", [&] { test::makeFolder(own); }, Used::kOwn},
+        {"own there", [&] { makeFolder(own); }, Used::kOwn},
         {"own a link", [&] { fs::create_directory_symlink(elsewhere, own); }, Used::kNothing},
         {"own a dangling link", [&] { fs::create_symlink(elsewhere + "/not", own); }, Used::kNothing},
-        {"own a file", [&] { test::writeFile(own, ""); }, Used::kNothing},
+        {"own a file", [&] { writeFile(own, ""); }, Used::kNothing},
         {"own foreign", [&] { makeForeign(own); }, Used::kNothing},
-        {"files a link",
-         [&] { test::makeFolder(own), fs::create_directory_symlink(elsewhere, own + "/files"); },
+        {"files a link", [&] { makeFolder(own), fs::create_directory_symlink(elsewhere, own + "/files"); },
          Used::kNothing},
-        {"info a link",
-         [&] { test::makeFolder(own), fs::create_directory_symlink(elsewhere, own + "/info"); },
+        {"info a link", [&] { makeFolder(own), fs::create_directory_symlink(elsewhere, own + "/info"); },
          Used::kNothing}};
     for (const auto& [label, make, where] : cases) {
         SCOPED_TRACE(label);
@@ -332,13 +312,13 @@ TEST_F(TrashingOnAMount, UsesOnlyATrashThatNobodyElseCanTurnAgainstTheUser) {
         EXPECT_EQ(fs::exists(top + "/folder/a b"), !used);
         EXPECT_EQ(snapshotOf(elsewhere), before);
         for (const std::string& made : {shared, own, elsewhere}) fs::remove_all(made);
-        test::writeFile(top + "/folder/a b", "content");
+        writeFile(top + "/folder/a b", "content");
     }
 }
 
 TEST_F(TrashingOnAMount, SaysThatItIsReadOnly) {
     for (const bool withTrash : {false, true}) {
-        if (withTrash) fs::create_directories(own + "/files"), fs::create_directories(own + "/info");
+        if (withTrash) makeTree(own, {"files/", "info/"});
         must(mount("", top.c_str(), nullptr, MS_REMOUNT | MS_RDONLY, nullptr));
         EXPECT_EQ(recycleIt(), RecycleError::kReadOnly);
         must(mount("", top.c_str(), nullptr, MS_REMOUNT, nullptr));
@@ -347,40 +327,35 @@ TEST_F(TrashingOnAMount, SaysThatItIsReadOnly) {
 }
 
 TEST_F(TrashingOnAMount, AFullDiskLeavesNoInfoFileBehind) {
-    for (const char* part : {"/files", "/info"}) fs::create_directories(own + part);
+    makeTree(own, {"files/", "info/"});
     must(mount("", top.c_str(), nullptr, MS_REMOUNT, "size=64k"));
-    test::writeFile(top + "/filler", std::string(1 << 17, 'x'));
+    writeFile(top + "/filler", std::string(1 << 17, 'x'));
     EXPECT_EQ(recycleIt(), RecycleError::kUnknown);
     EXPECT_EQ(contentOfTrash(own), Content());
-    EXPECT_EQ(test::contentOf(top + "/folder/a b"), "content");
+    EXPECT_EQ(contentOf(top + "/folder/a b"), "content");
 }
 
-TEST_F(TrashingOnAMount, HomeTrashOfTheSameMountIsPreferred) {
+TEST_F(TrashingOnAMount, UsesAHomeTrashOfTheSameMountIfThatIsUsableAndElseItsOwn) {
+    writeDeepFile(top + "/broken/info", "");
+    for (const std::string& path :
+         {std::string(), std::string("relative/Trash"), top + "/broken/info/Trash", top + "/broken"}) {
+        settings.homeTrash = path;
+        writeFile(top + "/folder/a b", "content");
+        EXPECT_EQ(recycleIt(), RecycleError::kNone) << path;
+        EXPECT_EQ(contentOfTrash(own), theOne);
+        fs::remove_all(own);
+    }
     settings.homeTrash = top + "/home/data/Trash";
+    writeFile(top + "/folder/a b", "content");
     EXPECT_EQ(recycleIt(), RecycleError::kNone);
     EXPECT_EQ(contentOfTrash(settings.homeTrash), (Content{{"a b", top + "/folder/a b"}}));
     EXPECT_FALSE(fs::exists(own));
 }
 
-TEST_F(TrashingOnAMount, WithoutAUsableHomeTrashTheMountHasItsOwn) {
-    fs::create_directory(top + "/broken");
-    test::writeFile(top + "/broken/info", "");
-    for (const std::string& path :
-         {std::string(), std::string("relative/Trash"), top + "/broken/info/Trash", top + "/broken"}) {
-        settings.homeTrash = path;
-        test::writeFile(top + "/folder/a b", "content");
-        EXPECT_EQ(recycleIt(), RecycleError::kNone) << path;
-        EXPECT_EQ(contentOfTrash(own), theOne);
-        fs::remove_all(own);
-    }
-}
-
 TEST_F(Trashing, AMountPointStaysAndWhatIsBoundThereHasATrashOfItsOwn) {
-    for (const char* name : {"/file", "/target"}) test::writeFile(root + name, name);
-    const std::string source = root + "/source";
-    const std::string top = root + "/bound";
-    fs::create_directories(source + "/folder");
-    test::writeFile(source + "/folder/file", "content");
+    for (const char* name : {"/file", "/target"}) writeFile(root + name, name);
+    const std::string source = root + "/source", top = root + "/bound";
+    writeDeepFile(source + "/folder/file", "content");
     const Mounted bound(source, top, nullptr, MS_BIND);
     const Mounted file(root + "/file", root + "/target", nullptr, MS_BIND);
     if (!bound.done()) GTEST_SKIP() << "may not mount";
@@ -400,8 +375,8 @@ TEST_F(Trashing, AMountPointStaysAndWhatIsBoundThereHasATrashOfItsOwn) {
 
 TEST_F(TrashingOnAMount, WhatCannotBeRenamedWithinItsMountStays) {
     const std::string over = dir.path() + "/over";
-    for (const char* name : {"/lower/folder", "/upper", "/work"}) fs::create_directories(top + name);
-    test::writeFile(top + "/lower/folder/file", "content");
+    makeTree(top, {"upper/", "work/"});
+    writeDeepFile(top + "/lower/folder/file", "content");
     const std::string options =
         "lowerdir=" + top + "/lower,upperdir=" + top + "/upper,workdir=" + top + "/work,redirect_dir=off";
     const Mounted overlay("overlay", over, "overlay", 0, options.c_str());
@@ -410,7 +385,7 @@ TEST_F(TrashingOnAMount, WhatCannotBeRenamedWithinItsMountStays) {
     EXPECT_EQ(moveToTrash({over, "folder"}, settings), RecycleError::kNoTrash);
     EXPECT_EQ(contentOfTrash(settings.homeTrash), Content());
     EXPECT_EQ(contentOfTrash(over + "/.Trash-" + number), Content());
-    EXPECT_EQ(test::contentOf(over + "/folder/file"), "content");
+    EXPECT_EQ(contentOf(over + "/folder/file"), "content");
     EXPECT_EQ(moveToTrash({over, "folder/file"}, settings), RecycleError::kNone);
 }
 

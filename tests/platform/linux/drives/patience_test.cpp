@@ -41,9 +41,15 @@ class PatienceTest : public testing::Test {
         mount.emplace(dir.path() + "/shown", dir.path() + "/mount");
         patience.setWait(&wait);
     }
+    void SetUp() override {
+        if (!mount->missing().empty()) GTEST_SKIP() << mount->missing();
+    }
     ~PatienceTest() override {
         mount->die();
-        EXPECT_TRUE(comes([] { return HelperSlot::taken() == 0; }));
+        EXPECT_TRUE(noHelperHangs());
+    }
+    static bool noHelperHangs() {
+        return comes([] { return HelperSlot::taken() == 0; });
     }
     int errorOf(const char* name) { return disk.look(dir.path() + "/" + name).error; }
 
@@ -58,7 +64,6 @@ class PatienceTest : public testing::Test {
 };
 
 TEST_F(PatienceTest, ADiskThatDoesNotAnswerIsWaitedForOnceAndAskedAgainWhenItDoes) {
-    if (!mount->missing().empty()) GTEST_SKIP() << mount->missing();
     EXPECT_EQ(errorOf("mount/file"), 0);
     const test::FuseMount later(dir.path() + "/shown", dir.path() + "/later");
     EXPECT_TRUE(disks.of(dir.path() + "/later/x") != 0 && disks.of(dir.path() + "/shown") == 0);
@@ -81,7 +86,6 @@ TEST_F(PatienceTest, ADiskThatDoesNotAnswerIsWaitedForOnceAndAskedAgainWhenItDoe
 
 // Otherwise a process would collect threads that hang.
 TEST_F(PatienceTest, NoMoreThanSixteenHelpersHang) {
-    if (!mount->missing().empty()) GTEST_SKIP() << mount->missing();
     std::vector<HelperSlot> taken;
     while (auto slot = HelperSlot::take()) taken.push_back(std::move(*slot));
     EXPECT_EQ(taken.size(), 16U);
@@ -91,14 +95,13 @@ TEST_F(PatienceTest, NoMoreThanSixteenHelpersHang) {
 }
 
 TEST_F(PatienceTest, WhatChangesFilesIsLeftBehindAtStopAndChangesNothingMoreWhenTheDiskComesBack) {
-    if (!mount->missing().empty()) GTEST_SKIP() << mount->missing();
     Watch watch;
     std::string now;
     const FilePlace folder{dir.path() + "/mount/folder"}, file{dir.path() + "/mount/file"};
     mount->stopAnswering();
     EXPECT_EQ(operations.recycle(file, watch, now), RecycleError::kNoAnswer);
     mount->answerAgain();
-    EXPECT_TRUE(comes([] { return HelperSlot::taken() == 0; }));
+    EXPECT_TRUE(noHelperHangs());
     EXPECT_TRUE(std::filesystem::exists(dir.path() + "/shown/file"));
     mount->stopAnswering();
     EXPECT_TRUE(operations.removeTree(folder, watch).unknown);
@@ -112,14 +115,13 @@ TEST_F(PatienceTest, WhatChangesFilesIsLeftBehindAtStopAndChangesNothingMoreWhen
     EXPECT_EQ(watch.silent, silent) << "refused at once";
     EXPECT_EQ(operations.removeFile({dir.path() + "/link"}, watch), 0) << "which lies on another disk";
     mount->answerAgain();
-    EXPECT_TRUE(comes([] { return HelperSlot::taken() == 0; }));
+    EXPECT_TRUE(noHelperHangs());
     for (const char* name : {"shown/folder/a", "shown/folder/b", "shown/file"})
         EXPECT_TRUE(std::filesystem::exists(dir.path() + "/" + name)) << name;
     EXPECT_TRUE(operations.removeTree(folder, watch).removed);
 }
 
 TEST_F(PatienceTest, AFileForThePreviewComesInMemoryAndTheOneThatIsWantedLastComesFirst) {
-    if (!mount->missing().empty()) GTEST_SKIP() << mount->missing();
     const std::string shown = dir.path() + "/shown/", mounted = dir.path() + "/mount/";
     test::writeFile(shown + "text", std::string(3 << 20, 'x'));
     test::makeFile(shown + "large", (std::int64_t{64} << 20) + 1);
@@ -152,7 +154,6 @@ TEST_F(PatienceTest, AFileForThePreviewComesInMemoryAndTheOneThatIsWantedLastCom
 }
 
 TEST_F(PatienceTest, SavingOnADiskThatDoesNotAnswerFailsAndLeavesTheOldFile) {
-    if (!mount->missing().empty()) GTEST_SKIP() << mount->missing();
     LinuxFiles files;
     files.setPatience(&patience);
     const std::string report = dir.path() + "/mount/report", shown = dir.path() + "/shown/report";
@@ -174,7 +175,7 @@ TEST_F(PatienceTest, SavingOnADiskThatDoesNotAnswerFailsAndLeavesTheOldFile) {
         EXPECT_EQ(error, ETIMEDOUT);
         file.reset();
         mount->answerAgain();
-        EXPECT_TRUE(comes([] { return HelperSlot::taken() == 0; }));
+        EXPECT_TRUE(noHelperHangs());
         EXPECT_EQ(other->write(" text"), 0);
         EXPECT_TRUE(commits || test::contentOf(shown) == "old");
         EXPECT_EQ(other->commit(), 0);

@@ -4,7 +4,6 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <poll.h>
-#include <sys/stat.h>
 #include <sys/wait.h>
 
 #include <cerrno>
@@ -13,6 +12,7 @@
 #include "platform/preview_protocol.h"
 #include "support/patience.h"
 #include "support/temp_dir.h"
+#include "support/trees.h"
 #include "support/whole_files.h"
 
 namespace hl::test {
@@ -20,6 +20,7 @@ namespace {
 
 struct PreviewToolsTest : testing::Test {
     TempDir dir;
+    std::string error;
     LinuxPreviewTools tools{dir.path(), "relative:" + dir.path() + ":/usr/bin:/bin", dir.path()};
 
     std::string path(const std::string& name) const { return dir.path() + "/" + name; }
@@ -28,20 +29,20 @@ struct PreviewToolsTest : testing::Test {
         return path(name);
     }
     std::string errorOf(const std::string& file) {
-        std::string error;
+        error.clear();
         return tools.open(file, error) != nullptr ? "opened" : error;
     }
     std::unique_ptr<HelperProcess> start(const ProcessOrder& order) {
-        std::string error;
         auto process = tools.start(order, error);
         EXPECT_NE(process, nullptr) << error;
         return process;
     }
-    /// Returns all output of the helper until its end.
-    std::string outputOf(HelperProcess& process) {
+    /// Returns all output of the helper until its end, or only until its first line is there.
+    static std::string outputOf(HelperProcess& process, bool firstLine = false) {
         std::string output;
         pollfd wait{process.outputDescriptor(), POLLIN, 0};
-        while (process.readOutput(output, 100'000)) ::poll(&wait, 1, 10'000);
+        while (process.readOutput(output, 100'000) && !(firstLine && output.find('\n') != output.npos))
+            ::poll(&wait, 1, 10'000);
         return output;
     }
 };
@@ -49,7 +50,6 @@ struct PreviewToolsTest : testing::Test {
 TEST_F(PreviewToolsTest, OpensRegularFilesOfAnyNameAndNothingElse) {
     const std::string odd = path("a\xFF\n.txt");
     writeFile(odd, "content");
-    std::string error;
     const auto file = tools.open(odd, error);
     ASSERT_NE(file, nullptr) << error;
     int code = 0;
@@ -73,7 +73,6 @@ TEST_F(PreviewToolsTest, FindsCommandsInAbsoluteFoldersOnly) {
 
 TEST_F(PreviewToolsTest, AHelperGetsTheFileAndALittleOfEverythingElse) {
     writeFile(path("file"), "content");
-    std::string error;
     const auto file = tools.open(path("file"), error);
     const auto folder = tools.makeFolder(error);
     const int leak = open("/dev/null", O_RDONLY);
@@ -102,7 +101,6 @@ TEST_F(PreviewToolsTest, AConverterReachesItsInputItsOutputAndAFolderOfItsOwn) {
     const TempDir elsewhere;  // A program may read its own folder, so the secret is elsewhere.
     const std::string secret = elsewhere.path() + "/secret";
     writeFile(secret, "secret\n");
-    std::string error;
     const auto folder = tools.makeFolder(error);
     const auto input = tools.inMemory("input\n", error);
     // The script uses only commands of the shell itself, because one without a folder starts no other
@@ -131,13 +129,8 @@ TEST_F(PreviewToolsTest, AConverterReachesItsInputItsOutputAndAFolderOfItsOwn) {
 }
 
 TEST_F(PreviewToolsTest, TheEndOfAHelperTakesItsChildrenAlong) {
-    const std::string program = script("helper", "sleep 1000 & echo $!; wait");
-    auto process = start({.program = program});
-    std::string output;
-    pollfd wait{process->outputDescriptor(), POLLIN, 0};
-    while (process->readOutput(output, 100) && output.find('\n') == std::string::npos)
-        ::poll(&wait, 1, 10'000);
-    const pid_t child = std::stoi(output);
+    auto process = start({.program = script("helper", "sleep 1000 & echo $!; wait")});
+    const pid_t child = std::stoi(outputOf(*process, true));
     ASSERT_EQ(kill(child, 0), 0);
     process.reset();
     // It was killed, but whoever takes in orphans may be slow to reap it.
@@ -149,13 +142,10 @@ TEST_F(PreviewToolsTest, TheEndOfAHelperTakesItsChildrenAlong) {
 
 TEST_F(PreviewToolsTest, APrivateFolderGoesWithAllThatIsInIt) {
     writeFile(path("file"), std::string(300'000, 'x'));
-    std::string error;
     const auto file = tools.open(path("file"), error);
     auto folder = tools.makeFolder(error);
     const std::string home = folder->path();
-    struct stat facts {};
-    ASSERT_EQ(stat(home.c_str(), &facts), 0);
-    EXPECT_EQ(facts.st_mode & 0777U, 0700U);
+    EXPECT_EQ(factsOf(home).st_mode & 0777U, 0700U);
     EXPECT_EQ(folder->copy(*file, "copy", 299'999), EFBIG);
     EXPECT_EQ(folder->copy(*file, "copy", 300'000), 0);
     EXPECT_EQ(contentOf(home + "/copy"), contentOf(path("file")));
@@ -168,7 +158,6 @@ TEST_F(PreviewToolsTest, APrivateFolderGoesWithAllThatIsInIt) {
 }
 
 TEST_F(PreviewToolsTest, AFolderThatCannotBeMadeSaysWhy) {
-    std::string error;
     LinuxPreviewTools nowhere(dir.path(), "", path("none"));
     EXPECT_EQ(nowhere.makeFolder(error), nullptr);
     EXPECT_EQ(error, tools.errorText(ENOENT));

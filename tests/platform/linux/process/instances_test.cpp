@@ -11,6 +11,7 @@
 #include <future>
 
 #include "support/temp_dir.h"
+#include "support/trees.h"
 #include "support/whole_files.h"
 
 namespace hl {
@@ -28,8 +29,7 @@ class InstancesTest : public testing::Test {
     std::string socket = dir.path() + "/prog_APPLICATION";
     LinuxInstances first{"prog", places}, later{"prog", places};
 
-    // Returns what the first instance takes of what a later one sends.
-    Lines handedOver(const std::function<bool()>& send) { return handedOver(first, send); }
+    // Returns what an instance takes of what a later one sends.
     static Lines handedOver(LinuxInstances& taker, const std::function<bool()>& send) {
         auto sent = std::async(std::launch::async, send);
         Lines lines;
@@ -41,8 +41,7 @@ class InstancesTest : public testing::Test {
     }
 
     int connected() const {
-        sockaddr_un address{};
-        address.sun_family = AF_UNIX;
+        sockaddr_un address{AF_UNIX, {}};
         socket.copy(address.sun_path, sizeof address.sun_path - 1);
         const int peer = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
         EXPECT_EQ(connect(peer, reinterpret_cast<const sockaddr*>(&address), sizeof address), 0);
@@ -78,22 +77,19 @@ TEST_F(InstancesTest, ALineOfAnyBytesArrivesWhole) {
     ASSERT_TRUE(first.takeFirst());
     for (const std::string& line :
          {std::string(), std::string("\"/a\0b\" \"\xff\n\"", 11), std::string(3 << 20, 'x')}) {
-        EXPECT_TRUE(handedOver([&] { return later.deliver(line); }) == Lines{line}) << line.size();
+        EXPECT_TRUE(handedOver(first, [&] { return later.deliver(line); }) == Lines{line}) << line.size();
     }
 }
 
 TEST_F(InstancesTest, WhatAKilledInstanceLeftIsInNobodysWay) {
-    const pid_t child = fork();
-    if (child == 0) {
+    const auto beginAndDie = [&]() -> int {
         LinuxInstances killed("prog", places);
         _exit(killed.takeFirst() && killed.listen() >= 0 ? 0 : 1);
-    }
-    int status = 1;
-    ASSERT_EQ(waitpid(child, &status, 0), child);
-    ASSERT_TRUE(status == 0 && fs::exists(socket));
+    };
+    ASSERT_TRUE(test::inChild(beginAndDie) == 0 && fs::exists(socket));
     EXPECT_FALSE(later.deliver("lost"));
     ASSERT_TRUE(first.takeFirst());
-    EXPECT_EQ(handedOver([&] { return later.deliver("line"); }), Lines{"line"});
+    EXPECT_EQ(handedOver(first, [&] { return later.deliver("line"); }), Lines{"line"});
 }
 
 TEST_F(InstancesTest, AnInstanceThatDoesNotAnswerIsGivenUp) {
@@ -119,7 +115,7 @@ TEST_F(InstancesTest, ASenderThatStopsInTheMiddleLeavesNoLine) {
     int silent[6];
     for (int& each : silent) each = connected();
     for (std::size_t i = 0; i < std::size(silent); ++i) first.receive([](const std::string&) { FAIL(); });
-    EXPECT_EQ(handedOver([&] { return later.deliver("line"); }), Lines{"line"});
+    EXPECT_EQ(handedOver(first, [&] { return later.deliver("line"); }), Lines{"line"});
     for (const int each : silent) close(each);
 }
 

@@ -14,7 +14,7 @@ namespace hl {
 namespace {
 
 using namespace std::chrono_literals;
-using test::Seen;
+using test::Seen, test::Waiting;
 using Clock = std::chrono::steady_clock;
 
 constexpr auto kAnswer = 300ms;
@@ -25,14 +25,6 @@ ReadAheadLimits hasty(unsigned helpers) {
     limits.answer = limits.link = kAnswer;
     return limits;
 }
-
-/// Calls `act` at the n-th call of a waiting reader; if it returns false, that is Stop.
-struct Waiting final : WaitCallback {
-    explicit Waiting(std::function<bool(int)> what) : act(std::move(what)) {}
-    bool goOnWaiting() override { return act(++looks); }
-    std::function<bool(int)> act;
-    int looks = 0;
-};
 
 class ReadAheadHanging : public testing::Test {
   protected:

@@ -13,32 +13,26 @@
 namespace hl {
 namespace {
 
-using test::limits;
-using test::RecordingCalls;
-using test::Seen;
-using test::shared;
-using test::TempDir;
-using test::walk;
-using test::walkOnce;
+using namespace test;
 
 /// Makes folders of many shapes: wide ones of several blocks, nested ones, empty ones, links and a pipe.
 void makeMixedTree(const std::string& root) {
     for (int i = 0; i < 40; ++i) {
         const std::string folder = root + "/d" + std::to_string(i);
-        test::makeFolder(folder);
-        for (int j = 0; j < i % 7; ++j) test::makeFile(folder + "/f" + std::to_string(j), i * 100 + j);
+        makeFolder(folder);
+        for (int j = 0; j < i % 7; ++j) makeFile(folder + "/f" + std::to_string(j), i * 100 + j);
         for (int j = 0; j < i % 5; ++j) {
-            test::makeFolder(folder + "/s" + std::to_string(j));
-            test::makeFile(folder + "/s" + std::to_string(j) + "/x", j);
+            makeFolder(folder + "/s" + std::to_string(j));
+            makeFile(folder + "/s" + std::to_string(j) + "/x", j);
         }
     }
-    test::makeFolder(root + "/wide");
+    makeFolder(root + "/wide");
     for (int i = 0; i < 6000; ++i)
-        test::makeFile(root + "/wide/a file with a rather long name " + std::to_string(i), i);
-    for (int i = 0; i < 300; ++i) test::makeFolder(root + "/wide/folder " + std::to_string(i));
-    test::must(::symlink("wide", (root + "/link").c_str()));
-    test::must(::symlink("gone", (root + "/dead").c_str()));
-    test::must(::mkfifo((root + "/pipe").c_str(), 0600));
+        makeFile(root + "/wide/a file with a rather long name " + std::to_string(i), i);
+    for (int i = 0; i < 300; ++i) makeFolder(root + "/wide/folder " + std::to_string(i));
+    must(::symlink("wide", (root + "/link").c_str()));
+    must(::symlink("gone", (root + "/dead").c_str()));
+    must(::mkfifo((root + "/pipe").c_str(), 0600));
 }
 
 TEST(ReadAhead, GivesTheSameInTheSameOrderWhoeverReads) {
@@ -61,10 +55,8 @@ TEST(ReadAhead, GivesTheSameInTheSameOrderWhoeverReads) {
 TEST(ReadAhead, AFolderSwappedForALinkIsNotRead) {
     const TempDir dir("/dev/shm");
     const std::string root = dir.path() + "/root", sub = root + "/sub", other = root + "/other";
-    for (const std::string& folder : {dir.path() + "/precious", root, sub}) test::makeFolder(folder);
-    test::makeFile(dir.path() + "/precious/precious", 1);
-    test::makeFile(sub + "/own", 1);
-    test::must(::symlink((dir.path() + "/precious").c_str(), other.c_str()));
+    makeTree(dir.path(), {"precious/precious", "root/sub/own"});
+    must(::symlink((dir.path() + "/precious").c_str(), other.c_str()));
     std::atomic<bool> ends{false};
     std::thread hostile([&] {
         while (!ends) ::renameat2(AT_FDCWD, sub.c_str(), AT_FDCWD, other.c_str(), RENAME_EXCHANGE);
@@ -86,11 +78,8 @@ TEST(ReadAhead, AFolderSwappedForALinkIsNotRead) {
 TEST(ReadAhead, LooksOnceAtEachEntryAndOpensEachFolderOnce) {
     const TempDir dir;
     const std::string root = dir.path();
-    for (int i = 0; i < 50; ++i) {
-        test::makeFolder(root + "/folder" + std::to_string(i));
-        test::makeFile(root + "/folder" + std::to_string(i) + "/file" + std::to_string(i), 1);
-    }
-    test::must(::symlink("folder1", (root + "/to folder").c_str()));
+    for (int i = 0; i < 50; ++i) makeTree(root + "/folder" + std::to_string(i), {"file" + std::to_string(i)});
+    must(::symlink("folder1", (root + "/to folder").c_str()));
     for (const unsigned helpers : {0U, 3U}) {
         RecordingCalls calls;
         walkOnce(calls, root, limits(helpers));
@@ -106,7 +95,7 @@ TEST(ReadAhead, LooksOnceAtEachEntryAndOpensEachFolderOnce) {
 TEST(ReadAhead, ComesBackToFoldersThatHadToBeClosedByNoPathThatGrows) {
     const TempDir dir("/dev/shm");
     constexpr int kDepth = 3000;
-    test::makeChain(dir.path(), kDepth, "m", 2);  // At every level "b0" and "b1" are still to be read.
+    makeChain(dir.path(), kDepth, "m", 2);  // At every level "b0" and "b1" are still to be read.
     for (const unsigned helpers : {0U, 3U}) {
         RecordingCalls calls;
         {
@@ -120,20 +109,19 @@ TEST(ReadAhead, ComesBackToFoldersThatHadToBeClosedByNoPathThatGrows) {
         EXPECT_LT(calls.opens, 20 * kDepth) << "coming back is to cost a few steps, not the whole way down";
         EXPECT_EQ(calls.opens, calls.closes);
     }
-    test::removeChain(dir.path(), kDepth, "m", 2);
 }
 
 TEST(ReadAhead, EndsAtAFollowedLinkToAnyFolderAboveItAlsoAClosedOneAndThoseAboveTheSource) {
     const TempDir dir("/dev/shm");
     constexpr int kDepth = 100;
-    test::makeChain(dir.path(), kDepth, "m", 2);
+    makeChain(dir.path(), kDepth, "m", 2);
     std::string source = dir.path();
     for (int i = 0; i < kDepth / 2; ++i) source += "/m";
     std::string end = source;
     for (int i = 0; i < kDepth / 2; ++i) end += "/m";
     for (const auto& [name, target] :
          {std::pair("top", dir.path()), {"middle", source + "/m"}, {"self", end}})
-        test::must(::symlink(target.c_str(), (end + "/" + name).c_str()));
+        must(::symlink(target.c_str(), (end + "/" + name).c_str()));
     for (const unsigned helpers : {0U, 3U}) {
         RecordingCalls calls;
         Seen seen = walkOnce(calls, dir.path(), limits(helpers, 4), {.followLinks = true});
@@ -145,8 +133,6 @@ TEST(ReadAhead, EndsAtAFollowedLinkToAnyFolderAboveItAlsoAClosedOneAndThoseAbove
         EXPECT_EQ(seen.folders, 3U * kDepth / 2 + 3);
         EXPECT_EQ(calls.opens, calls.closes);
     }
-    for (const char* link : {"/top", "/middle", "/self"}) ::unlink((end + link).c_str());
-    test::removeChain(dir.path(), kDepth, "m", 2);
 }
 
 TEST(ReadAhead, MakesAnEntryOfEveryNameItReadWhateverIsMovedAway) {
@@ -155,34 +141,29 @@ TEST(ReadAhead, MakesAnEntryOfEveryNameItReadWhateverIsMovedAway) {
     // good, with the walk inside.
     for (const bool comesBack : {true, false}) {
         const TempDir dir("/dev/shm");
-        test::makeFolder(dir.path() + "/in");
-        test::makeChain(dir.path() + "/in", kDepth, "m", 1);
+        makeFolder(dir.path() + "/in");
+        makeChain(dir.path() + "/in", kDepth, "m", 1);
         const std::string here = dir.path() + "/in/m/m", away = dir.path() + "/away";
         RecordingCalls calls;
         int reads = 0;
         calls.onRead = [&](int) {
             ++reads;
-            if (comesBack ? reads % 200 == 50 : reads == 150)
-                test::must(::rename(here.c_str(), away.c_str()));
-            if (comesBack && reads % 200 == 150) test::must(::rename(away.c_str(), here.c_str()));
+            if (comesBack ? reads % 200 == 50 : reads == 150) must(::rename(here.c_str(), away.c_str()));
+            if (comesBack && reads % 200 == 150) must(::rename(away.c_str(), here.c_str()));
             return 0;
         };
         const Seen seen = walkOnce(calls, dir.path() + "/in", limits(0, 8));
         EXPECT_EQ(seen.folders, 2U * kDepth);
         EXPECT_EQ(calls.opens, calls.closes);
         EXPECT_TRUE(seen.errors.empty() || !comesBack);
-        ::rename(away.c_str(), here.c_str());
-        test::removeChain(dir.path() + "/in", kDepth, "m", 1);
     }
 }
 
 TEST(ReadAhead, ReportsWhatCannotBeRead) {
     const TempDir dir;
-    test::makeFolder(dir.path() + "/denied");
-    test::makeFile(dir.path() + "/denied/inside", 5);
-    test::makeFile(dir.path() + "/unseen", 7);
-    test::makeFile(dir.path() + "/gone", 9);
-    test::makeFile(dir.path() + "/plain", 11);
+    makeTree(dir.path(), {"denied/inside"});
+    for (const auto& [name, size] : {std::pair("/unseen", 7), {"/gone", 9}, {"/plain", 11}})
+        makeFile(dir.path() + name, size);
     RecordingCalls calls;
     calls.onOpen = [](const std::string& name) { return name == "denied" ? -EACCES : 0; };
     calls.onLook = [](const std::string& name) {
@@ -216,13 +197,9 @@ TEST(ReadAhead, LeavesNothingBehindWhenItIsStopped) {
     }
 }
 
-struct GiveUp : WaitCallback {
-    bool goOnWaiting() override { return false; }
-};
-
 TEST(ReadAhead, StopsWaitingWhenItIsToldTo) {
     const TempDir dir;
-    for (int i = 0; i < 30; ++i) test::makeFolder(dir.path() + "/d" + std::to_string(i));
+    for (int i = 0; i < 30; ++i) makeFolder(dir.path() + "/d" + std::to_string(i));
     RecordingCalls calls;
     std::atomic<bool> release = false, hangs = false;
     const std::thread::id walker = std::this_thread::get_id();
@@ -235,7 +212,7 @@ TEST(ReadAhead, StopsWaitingWhenItIsToldTo) {
         while (isWalk ? ++opens >= 10 && !hangs : !release.load()) std::this_thread::yield();
         return 0;
     };
-    GiveUp giveUp;
+    Waiting giveUp([](int) { return false; });
     ReadAhead reader(shared(calls), dir.path(), {}, limits(2), &giveUp);
     int blocks = 0;
     while (reader.next() != nullptr && blocks < 31) ++blocks;
