@@ -7,11 +7,11 @@ namespace hl {
 namespace {
 
 using Clock = std::chrono::steady_clock;
-// A click is taken within a frame of the screen.
+// So a click is noticed within a frame of the screen.
 constexpr std::chrono::milliseconds kBetweenLooks{16};
 constexpr std::chrono::seconds kSilent{1};
 
-// False if it is left behind.
+// Returns false if the work is abandoned.
 bool watchUntilEnded(Helper& helper, OperationWatch& watch, bool mayHang) {
     auto heard = Clock::now();
     while (!helper.endsWithin(kBetweenLooks)) {
@@ -35,7 +35,7 @@ bool runBeside(const Helper::Work& work, OperationWatch& watch, bool mayHang, st
         if (!mayHang) work(here);
         return !mayHang;
     }
-    // Whatever the watch throws, the work is not left alone with what lies on this stack.
+    // Even if the watch throws, the work must not be left alone with what is on this stack.
     try {
         if (!watchUntilEnded(*helper, watch, mayHang)) {
             if (left != nullptr) *left = helper;

@@ -1,4 +1,4 @@
-// A change of files that may take long, done beside the thread that asked for it.
+// Makes a change of files that may take long on another thread than the one that asks for it.
 #pragma once
 
 #include <functional>
@@ -11,12 +11,12 @@
 namespace hl {
 
 /// Runs `work` on a thread of its own and returns true when it has ended; what it throws is thrown here.
-/// Meanwhile `watch` is asked for what waits. Where no thread can be had the work is done here. Thread of the
-/// logic only.
+/// Meanwhile `watch` is called, so that messages can run. If there is no thread, the work is done here. For
+/// the thread of the logic only.
 ///
-/// `mayHang`: it is at a disk that may not answer. Then it is left behind, and the answer is false, if the
-/// watch wants an end and nothing was heard of it for a second; or it is not begun, where there is no thread
-/// or no slot. `left` (may be null) gets the helper that was left behind.
+/// `mayHang` means that the disk may not answer. Then the work is abandoned, and the result is false, if the
+/// watch wants an end and nothing was heard of the work for a second; or the work is not begun, if there is
+/// no thread or no slot. `left` (may be null) receives the helper that was abandoned.
 bool runBeside(const Helper::Work& work, OperationWatch& watch, bool mayHang,
                std::shared_ptr<Helper>* left = nullptr);
 

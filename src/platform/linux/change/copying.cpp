@@ -30,22 +30,22 @@ class RangeCopier {
             between_();
             const ssize_t moved = copySome(start, static_cast<std::size_t>(std::min(kBlock, end - start)));
             if (moved < 0) return errno;
-            if (moved == 0) return EBUSY;  // It has become shorter.
+            if (moved == 0) return EBUSY;  // The file has become shorter.
             start += moved;
         }
         return 0;
     }
 
   private:
-    // Bytes copied; -1 with errno set.
+    // Returns the bytes copied; -1 with errno set.
     ssize_t copySome(off_t at, std::size_t count) {
         if (inKernel_) {
             off_t from = at;
             off_t to = at;
             const ssize_t moved = copy_file_range(source_, &from, target_, &to, count, 0);
             if (moved > 0) return moved;
-            // It fails between many pairs of file systems, and some files it takes for empty. Where reading
-            // and writing fail as well, they tell why.
+            // Copying in the kernel fails between many pairs of file systems, and takes some files for empty.
+            // If reading and writing fail as well, they tell why.
             inKernel_ = false;
             buffer_ = std::make_unique_for_overwrite<char[]>(static_cast<std::size_t>(kBlock));
         }
@@ -86,7 +86,7 @@ struct Range {
     off_t end = 0;
 };
 
-// The next bytes of the file that are no hole; all the rest where the file system tells nothing of holes.
+// Returns the next part of the file that is no hole; if the file system tells nothing of holes, all the rest.
 Range nextData(int file, off_t at, off_t size) {
     const off_t start = lseek(file, at, SEEK_DATA);
     if (start < 0) return errno == ENXIO ? Range{size, size} : Range{at, size};
@@ -94,18 +94,18 @@ Range nextData(int file, off_t at, off_t size) {
     return {std::min(start, size), end > start ? std::min(end, size) : size};
 }
 
-// What file systems say that keep nothing of the kind.
+// File systems without the facility in question report these.
 bool isUnsupported(int error) {
     return error == ENOTSUP || error == ENOSYS;
 }
 
-// EINVAL: an owner who has no number here, in a container.
+// EINVAL means an owner who has no number here, in a container.
 bool isNoOwnerToGive(int error) {
     return error == EPERM || error == EINVAL || isUnsupported(error);
 }
 
-// `chownTo(owner, group)` as chown(). Takes the bits out of `mode` that would lend what is not the owner's or
-// the group's any more.
+// `chownTo(owner, group)` does what chown() does. If owner or group cannot be kept, the bits of `mode` that
+// would give their rights are cleared.
 template <class Chown>
 int giveOwner(Chown chownTo, const struct stat& facts, mode_t& mode) {
     if (chownTo(facts.st_uid, facts.st_gid) == 0) return 0;
@@ -117,7 +117,8 @@ int giveOwner(Chown chownTo, const struct stat& facts, mode_t& mode) {
     return 0;
 }
 
-// The names of all extended attributes, the user's own first: what follows may take the right to write them.
+// Returns the names of all extended attributes, the user's own first, because copying the others may remove
+// the right to write them.
 int attributeNames(int file, std::vector<std::string>& names) {
     std::vector<char> list(XATTR_LIST_MAX);
     const ssize_t length = flistxattr(file, list.data(), list.size());
@@ -139,7 +140,7 @@ bool mayStayBehind(const std::string& name, int error) {
     return error == EPERM && (name.starts_with("trusted.") || name.starts_with("security."));
 }
 
-// Sets errno.
+// Sets errno on failure.
 bool copyAttribute(int source, int target, const std::string& name, std::vector<char>& buffer) {
     const ssize_t length = fgetxattr(source, name.c_str(), buffer.data(), buffer.size());
     if (length < 0) return false;
@@ -151,10 +152,10 @@ int copyAttributes(int source, int target, mode_t& mode) {
     if (const int error = attributeNames(source, names); error != 0) return error;
     std::vector<char> buffer(names.empty() ? 0 : XATTR_SIZE_MAX);
     for (const std::string& name : names) {
-        // What the policy of the new place says holds there.
+        // The policy of the new place decides about this one.
         if (name == "security.selinux" || copyAttribute(source, target, name, buffer)) continue;
         if (!mayStayBehind(name, errno)) return errno;
-        // With an access list the bits of the group are the most that anybody in the list may.
+        // With an access list, the bits of the group are the most that anybody in the list may do.
         if (name == kAccessList) mode &= ~static_cast<mode_t>(S_IRWXG);
     }
     return 0;
@@ -169,8 +170,8 @@ int copyContent(int source, int target, off_t size, const std::function<void()>&
         if (const int error = copier.copy(data.start, data.end); error != 0) return error;
         at = data.end;
     }
-    if (ftruncate(target, size) != 0) return errno;  // A hole at the end.
-    // Some file systems say 0 of a file whose size they do not know.
+    if (ftruncate(target, size) != 0) return errno;  // The file ends in a hole.
+    // Some file systems report 0 for a file whose size they do not know.
     char byte = 0;
     const ssize_t more = pread(source, &byte, 1, size);
     return more == 0 ? 0 : more > 0 ? EBUSY : errno;
@@ -178,7 +179,7 @@ int copyContent(int source, int target, off_t size, const std::function<void()>&
 
 int copyFacts(int source, int target, const struct stat& facts) {
     mode_t mode = facts.st_mode & 07777;
-    // A folder may lend a list to what is made in it; the file comes with its own or none.
+    // A folder may pass a list on to new files; the copy gets its own or none.
     fremovexattr(target, kAccessList);
     int error =
         giveOwner([&](uid_t owner, gid_t group) { return fchown(target, owner, group); }, facts, mode);

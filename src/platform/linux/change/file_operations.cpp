@@ -19,21 +19,21 @@ namespace {
 
 constexpr int kLookFlags = O_PATH | O_DIRECTORY | O_CLOEXEC;
 
-/// Whether `folder` is the folder `inside`, or one above it.
+/// Tells whether `folder` is the folder `inside`, or one above it.
 bool holds(DirectoryCalls& calls, const FolderId& folder, const std::string& inside) {
     Descriptor at = openAt(AT_FDCWD, inside, kLookFlags);
     FolderId id;
     FolderId before;
     while (at.isOpen() && calls.identity(at.number(), id) == 0) {
         if (id == folder) return true;
-        if (id == before) return false;  // ".." of the root is the root.
+        if (id == before) return false;  // ".." of the root is the root itself.
         before = id;
         at = openAt(at.number(), "..", kLookFlags);
     }
     return false;
 }
 
-/// The folder itself, also where its name is a link.
+/// Returns a path to the folder itself, even if its name is a link.
 std::string inside(const std::string& folder) {
     return folder + "/.";
 }
@@ -44,8 +44,8 @@ LinuxFileOperations::LinuxFileOperations(std::shared_ptr<DirectoryCalls> calls, 
                                          SilentDisks* disks)
     : tools_(std::make_shared<const Tools>(Tools{std::move(calls), std::move(settings)})), disks_(disks) {}
 
-/// What `work` answers; `none` if one of the disks of `paths` does not answer. A link at the end of a path is
-/// what is asked for.
+/// Returns what `work` returns, or `none` if one of the disks of `paths` does not answer. A link at the end
+/// of a path is not followed.
 template <class Answer>
 Answer LinuxFileOperations::beside(const Places& paths, Answer none, OperationWatch& watch,
                                    std::function<Answer(Whereabouts&)> work) {

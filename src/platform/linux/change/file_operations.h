@@ -1,5 +1,5 @@
-// Removing, recycling and moving on Linux: each operation beside the thread that asks for it, and left behind
-// if the user wants an end while its disk does not answer.
+// Removes, recycles and moves on Linux. Each operation works on a helper thread, and is abandoned if the user
+// wants an end while its disk does not answer. For the thread of the logic.
 #pragma once
 
 #include <functional>
@@ -18,13 +18,13 @@ namespace hl {
 class LinuxFileOperations final : public FileOperations {
   public:
     struct Settings {
-        std::string home;                         ///< Of the user; empty if there is none.
-        std::vector<std::string> programFolders;  ///< Where the program lies, and where it writes.
+        std::string home;                         ///< The user's home; empty if there is none.
+        std::vector<std::string> programFolders;  ///< The folders where the program is, and where it writes.
         TrashSettings trash;
-        std::size_t budget = 64;  ///< Folders open at once, at most.
+        std::size_t budget = 64;  ///< The largest number of folders open at once.
     };
-    /// `calls` is what removing a tree comes down to. `disks`, which outlives this, tells which disks may not
-    /// answer; with null all are trusted to.
+    /// Trees are removed through `calls`. `disks`, which must outlive this object, tells which disks may not
+    /// answer; null means that all do.
     LinuxFileOperations(std::shared_ptr<DirectoryCalls> calls, Settings settings,
                         SilentDisks* disks = nullptr);
 
@@ -37,7 +37,7 @@ class LinuxFileOperations final : public FileOperations {
     Protection protectionOf(const FilePlace& place, OperationWatch& watch) override;
 
   private:
-    /// What operations use, also those that were left behind.
+    /// What operations use, also those that were abandoned.
     struct Tools {
         std::shared_ptr<DirectoryCalls> calls;
         Settings settings;
@@ -53,7 +53,8 @@ class LinuxFileOperations final : public FileOperations {
     SilentDisks* disks_;
 };
 
-/// Home of the user who runs this process: as the environment names it, else as the system knows it.
+/// Returns the home of the user who runs this process: as the environment names it, or else as the system
+/// knows it.
 std::string homeFolder();
 
 }  // namespace hl

@@ -16,7 +16,8 @@
 namespace hl {
 
 namespace {
-// Anybody who may read a folder may lock it, and hold others up. This file is its owner's alone.
+// Anybody who may read a folder may lock it and delay others, so this file, which only its owner can read, is
+// locked.
 constexpr const char* kLockName = ".harborlantern-lock";
 
 std::optional<std::string> beginningOf(const std::string& path, std::size_t count) {
@@ -33,7 +34,7 @@ std::optional<std::string> beginningOf(const std::string& path, std::size_t coun
 }  // namespace
 
 std::optional<std::string> LinuxFiles::readWhole(const std::string& path, std::size_t limit, int& error) {
-    // A pipe in the place of a file is refused instead of waiting for a writer.
+    // If a pipe has the name, it is refused instead of being waited for.
     const Descriptor file = openAt(AT_FDCWD, path, O_RDONLY | O_NONBLOCK);
     std::string content;
     struct stat status {};

@@ -14,7 +14,8 @@ namespace {
 
 constexpr std::size_t kLargestEntry = 1 << 20;
 
-// A value of a key: what a line of text cannot hold, and blanks at the front, which a reader drops.
+// Returns the value of a key, with escapes for what a line of text cannot hold, and for blanks at the front,
+// which a reader drops.
 std::string valueText(std::string_view text) {
     std::string out;
     for (const char c : text) {
@@ -38,7 +39,7 @@ std::string valueText(std::string_view text) {
     return out;
 }
 
-// One argument of the command line. REQUIRES: no percent sign in it, which would begin a field code.
+// Returns one argument of the command line. REQUIRES: it has no percent sign, which would begin a field code.
 std::string argument(std::string_view text) {
     std::string out = "\"";
     for (const char c : text) {
@@ -53,13 +54,13 @@ bool isPlain(char c) {
 }
 
 // An entry is a text, so a path with control characters or bytes that are no UTF-8 is spelled out for a
-// shell. So is one with a percent sign: there is a way to write it, but not all readers undo it before they
+// shell. So is a path with a percent sign: it could be escaped, but not all readers undo that before they
 // look whether the program exists (GLib 2.74 does not).
 bool canStandInText(std::string_view path) {
     return visible(path) == path && path.find('%') == std::string_view::npos;
 }
 
-// For printf: three octal digits for a byte.
+// Spells the path for printf, with three octal digits for each byte.
 std::string octal(std::string_view path) {
     std::string out;
     for (const char c : path) {
@@ -80,7 +81,7 @@ std::string command(const std::string& executable) {
     return "/bin/sh -c " + argument(script) + " sh %F";
 }
 
-// Every folder on the way to `path`, and itself. System error code.
+// Makes every folder on the way to `path`, and `path` itself. Returns a system error code.
 int makeFolders(const std::string& path) {
     for (std::size_t end = path.find('/', 1);; end = path.find('/', end + 1)) {
         if (mkdir(path.substr(0, end).c_str(), 0700) != 0 && errno != EEXIST) return errno;
@@ -107,7 +108,8 @@ LinuxFolderVerb::LinuxFolderVerb(std::string_view entryName, const std::string& 
                                  const std::string& home)
     : folder_(entriesFolder(dataHome, home)), path_(folder_ + "/" + std::string(entryName) + ".desktop") {}
 
-// The preference is for desktops that rank entries among which nobody has chosen: behind all others.
+// The preference is for desktops that rank entries among which nobody has chosen: ours comes behind all
+// others.
 std::string folderEntryText(const FolderOffer& offer) {
     return "[Desktop Entry]\nType=Application\nName=" + valueText(decodable(offer.caption)) +
            "\nExec=" + valueText(command(offer.executable)) +

@@ -1,7 +1,8 @@
-// The offer for folders as an entry of the freedesktop menus, in the user's own folder of such entries.
+// Makes the desktop's entry for folders, in the user's own folder of freedesktop menu entries. For the thread
+// of the logic.
 //
-// The entry names the kind of files it opens and is in no menu. No list of the user's choices is touched:
-// which program opens folders by default stays with what he or the desktop has chosen there.
+// The entry names the type of files it opens and is in no menu. No list of the user's choices is changed: the
+// user or the desktop decides which program opens folders by default.
 #pragma once
 
 #include <string>
@@ -20,7 +21,7 @@ class LinuxFolderVerb final : public FolderVerb {
     FolderVerbFailure offer(const FolderOffer& offer) override;
     FolderVerbFailure withdraw() override;
 
-    /// The folder of the entries; empty if neither variable names one.
+    /// Returns the folder of the entries; empty if neither variable names one.
     const std::string& folder() const { return folder_; }
 
   private:
@@ -28,7 +29,7 @@ class LinuxFolderVerb final : public FolderVerb {
     std::string path_;
 };
 
-/// The content of the entry.
+/// Returns the content of the entry.
 std::string folderEntryText(const FolderOffer& offer);
 
 }  // namespace hl

@@ -1,4 +1,4 @@
-// In three parts: renaming, another spelling of a name, and moving to another file system.
+// Moves an entry: by renaming, to another spelling of its name, or to another file system.
 #include "platform/linux/change/moving.h"
 
 #include <errno.h>
@@ -28,7 +28,7 @@ bool sameFile(const struct stat& a, const struct stat& b) {
     return a.st_dev == b.st_dev && a.st_ino == b.st_ino;
 }
 
-// Sets errno.
+// Sets errno on failure.
 bool look(int folder, const std::string& name, struct stat& found) {
     return fstatat(folder, name.c_str(), &found, AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT) == 0;
 }
@@ -48,7 +48,7 @@ bool lacksFlags(int error) {
     return error == EINVAL || error == ENOSYS;
 }
 
-// Calls `use` with names of ours, which nobody guesses, until one is free. System error code.
+// Calls `use` with names that nobody can guess until one is free. Returns a system error code.
 template <class Use>
 int withFreshName(std::string& name, Use use) {
     for (int i = 0; i < kMostTries; ++i) {
@@ -66,8 +66,8 @@ int withFreshName(std::string& name, Use use) {
 
 // Renaming ------------------------------------------------------------------------------------------------
 
-// Replaces nothing: EEXIST. Where the file system cannot promise that, what comes to lie there after the look
-// is replaced as far as rename() does it.
+// Renames unless the new name is taken (EEXIST). If the file system cannot guarantee that, an entry that gets
+// the name after the look is replaced, as rename() does it.
 int renameToFree(int folder, const std::string& name, int toFolder, const std::string& toName) {
     if (renameat2(folder, name.c_str(), toFolder, toName.c_str(), RENAME_NOREPLACE) == 0) return 0;
     if (!lacksFlags(errno)) return errno;
@@ -80,8 +80,9 @@ int takeAway(const OpenedPlace& place) {
     return unlinkat(place.folder.number(), place.name.c_str(), 0) == 0 ? 0 : errno;
 }
 
-// Two names in one folder that lead to the same: either two entries, or one where case does not matter. Only
-// with the old name out of the way does that come out. For one entry rename() does nothing.
+// Handles two names in one folder that lead to the same file: these are either two entries, or one entry if
+// case does not matter. Only moving the old name out of the way shows which, because rename() does nothing
+// for one entry.
 int respell(const OpenedPlace& old, const OpenedPlace& fresh) {
     const int folder = old.folder.number();
     std::string aside;
@@ -113,7 +114,7 @@ int renameFolder(const OpenedPlace& old, const OpenedPlace& fresh) {
 int renameFile(const OpenedPlace& old, const OpenedPlace& fresh) {
     if (renameat(old.folder.number(), old.name.c_str(), fresh.folder.number(), fresh.name.c_str()) != 0)
         return errno;
-    // Two names of one file the kernel leaves as they are.
+    // The kernel leaves two names of one file as they are.
     struct stat still {};
     struct stat there {};
     if (!lookAt(old, still) || !lookAt(fresh, there) || !sameFile(still, there)) return 0;
@@ -123,8 +124,8 @@ int renameFile(const OpenedPlace& old, const OpenedPlace& fresh) {
 
 // To another file system ----------------------------------------------------------------------------------
 
-// Whether the old name can go, before anything is copied. What is not seen here (rights that root lacks, a
-// disk that fails) shows when it is removed. System error code.
+// Tells whether the old name can be removed, before anything is copied. What cannot be seen here (rights that
+// root lacks, a disk that fails) shows when it is removed. Returns a system error code.
 int mayBeTakenAway(const OpenedPlace& old, int entry, const struct stat& facts) {
     if (faccessat(old.folder.number(), ".", W_OK | X_OK, AT_EACCESS) != 0) return errno;
     struct stat folder {};
@@ -138,7 +139,7 @@ int mayBeTakenAway(const OpenedPlace& old, int entry, const struct stat& facts) 
     return (more.stx_attributes & STATX_ATTR_MOUNT_ROOT) != 0 ? EBUSY : 0;
 }
 
-// An entry in a folder under a name of ours, removed with its owner.
+// An entry with a temporary name in a folder; it is removed with this object.
 class TemporaryEntry {
   public:
     explicit TemporaryEntry(int folder) : folder_(folder) {}
@@ -148,7 +149,7 @@ class TemporaryEntry {
     TemporaryEntry(const TemporaryEntry&) = delete;
     TemporaryEntry& operator=(const TemporaryEntry&) = delete;
 
-    // `make(name)`: system error code, EEXIST if the name is taken.
+    // `make(name)` returns a system error code, EEXIST if the name is taken.
     template <class Make>
     int make(Make make) {
         const int error = withFreshName(name_, [&] { return make(name_); });
@@ -164,13 +165,13 @@ class TemporaryEntry {
     std::string name_;
 };
 
-// The entry that moves, held open so that its number is not given to another meanwhile.
+// The entry that moves, held open so that its inode number is not given to another one meanwhile.
 struct Source {
     const OpenedPlace& place;
-    Descriptor entry = Descriptor();  // O_PATH.
+    Descriptor entry = Descriptor();  // Opened with O_PATH.
     struct stat facts = {};
 
-    // System error code; EBUSY if it is another one than `expected`.
+    // Returns a system error code; EBUSY if it is another entry than `expected`.
     int open(const struct stat& expected) {
         entry = openAt(place.folder.number(), place.name, O_PATH | O_NOFOLLOW);
         if (!entry.isOpen() || fstat(entry.number(), &facts) != 0) return errno;
@@ -187,7 +188,7 @@ struct Source {
                    ? 0
                    : EBUSY;
     }
-    // What has taken the name meanwhile is left alone.
+    // Another entry that has got the name meanwhile is left alone.
     int removeName() const {
         struct stat now {};
         if (!lookAt(place, now)) return errno == ENOENT ? 0 : errno;
@@ -197,7 +198,7 @@ struct Source {
     }
 };
 
-// The file, for reading. Its owner alone may leave the time of access as it is.
+// Opens the file for reading. Only its owner may leave the time of access unchanged.
 int openForReading(const Source& source, Descriptor& file) {
     constexpr int kFlags = O_RDONLY | O_NOFOLLOW | O_NONBLOCK;
     const int folder = source.place.folder.number();
@@ -230,13 +231,13 @@ int copyEntry(const Source& source, TemporaryEntry& copy, const std::function<vo
     });
 }
 
-// Gives the copy its name. A file of that name is kept under a name of ours until the move is through.
+// Gives the copy its name. A file that had the name is kept under a temporary one until the move is complete.
 class Placing {
   public:
     Placing(TemporaryEntry& copy, const OpenedPlace& place)
         : copy_(copy), place_(place), second_(copy.folder()) {}
 
-    // System error code.
+    // Returns a system error code.
     int place() {
         if (!look(copy_.folder(), copy_.name(), facts_)) return errno;
         for (int i = 0; i < kMostTries; ++i) {  // Others may make and remove the name meanwhile.
@@ -250,7 +251,7 @@ class Placing {
         return EBUSY;
     }
 
-    // After a success of place(): all as it was, as far as others left it.
+    // Undoes a successful place(), as far as others did not change anything.
     void undo() {
         struct stat now {};
         if (!lookAt(place_, now) || !sameFile(now, facts_)) return copy_.release(), second_.release();
@@ -278,7 +279,7 @@ class Placing {
         undo();
         return EISDIR;
     }
-    // Where names cannot be swapped, a second name keeps the file, if it can be had.
+    // If names cannot be swapped, the file is kept under a second name, if it can get one.
     int replace() {
         const int folder = copy_.folder();
         struct stat before {};
@@ -303,13 +304,13 @@ class Placing {
     State state_ = State::kNone;
 };
 
-// The names in the folder, to the disk. System error code.
+// Writes the names in the folder to the disk. Returns a system error code.
 int flushNames(int folder) {
     const Descriptor readable = openAt(folder, ".", O_RDONLY | O_DIRECTORY);
-    // A folder that one may write but not read cannot be flushed by itself.
+    // A folder that may be written but not read cannot be flushed by itself.
     if (!readable.isOpen() && errno == EACCES) return sync(), 0;
     if (!readable.isOpen()) return errno;
-    // Some file systems flush no folders.
+    // Some file systems cannot flush folders.
     return fsync(readable.number()) == 0 || errno == EINVAL || errno == ENOTSUP ? 0 : errno;
 }
 

@@ -1,4 +1,4 @@
-// Gives a file or a folder another name or place. From any thread; no state.
+// Gives a file or a folder another name or place. It has no state and may be used from any thread.
 #pragma once
 
 #include "platform/file_operations.h"
@@ -6,22 +6,22 @@
 
 namespace hl {
 
-/// As FileOperations::move. System error code, 0 for success.
+/// Moves as FileOperations::move does. Returns a system error code, 0 for success.
 ///
-/// On one file system the kernel does it in one step. A folder replaces nothing, not even an empty folder
-/// (EEXIST); what is no folder replaces a file, but no folder (EISDIR). Of two names of one file, moved onto
-/// each other, the new one is left. A change of case alone works where names differ by more than that, too;
-/// there the entry has a name of ours for a moment.
+/// Within one file system the kernel does it in one step. A folder replaces nothing, not even an empty folder
+/// (EEXIST); anything else replaces a file, but no folder (EISDIR). If two names of one file are moved onto
+/// each other, the new one stays. A change of case alone works even if case matters; the entry has a
+/// temporary name for a moment then.
 ///
-/// To another file system a regular file or a symbolic link is copied, under a name of ours until it is
-/// complete and on the disk; anything else is EXDEV. EBUSY if the file changes meanwhile; what is written
+/// To another file system a regular file or a symbolic link is copied, under a temporary name until it is
+/// complete and on the disk; anything else gives EXDEV. EBUSY if the file changes meanwhile; what is written
 /// between the last look and the removal of the old name, some microseconds, is lost. If the old name cannot
-/// go, the new one is taken back and a file replaced by it put in its place again; only where the file system
-/// can neither swap two names nor give a file a second one are both files there then, and the replaced one
-/// gone. `whereabouts` is told between the blocks of a copy.
+/// be removed, the new one is removed again, and a file replaced by it gets its place back. Only if the file
+/// system can neither swap two names nor give a file a second one, both files exist then, and the replaced
+/// one is lost. `whereabouts` is told between the blocks of a copy.
 int moveEntry(const FilePlace& from, const FilePlace& to, Whereabouts& whereabouts);
 
-/// Whether moveEntry would replace a file by another one.
+/// Tells whether moveEntry would replace a file by another one.
 bool wouldReplace(const FilePlace& from, const FilePlace& to);
 
 }  // namespace hl

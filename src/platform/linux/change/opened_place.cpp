@@ -19,7 +19,7 @@ std::string_view withoutEnd(std::string_view path) {
     return path;
 }
 
-/// Opens `names` below `folder`, one after the other. System error code.
+/// Opens `names` below `folder`, one after the other. Returns a system error code.
 int stepDown(Descriptor& folder, std::string_view names, bool followLinks) {
     while (!names.empty()) {
         const std::size_t end = std::min(names.find('/'), names.size());
@@ -33,7 +33,8 @@ int stepDown(Descriptor& folder, std::string_view names, bool followLinks) {
     return 0;
 }
 
-/// Whether `name` in the folder, or the folder itself for ".", is a folder and not the one that was meant.
+/// Tells whether `name` in the folder, or the folder itself for ".", is a folder but not the one that was
+/// meant.
 bool isAnother(const Descriptor& folder, const std::string& name, const FolderId& meant) {
     struct stat facts {};
     return meant.isKnown() && ::fstatat(folder.number(), name.c_str(), &facts, AT_SYMLINK_NOFOLLOW) == 0 &&

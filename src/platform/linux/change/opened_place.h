@@ -1,4 +1,4 @@
-// From the name of a place to the open folder above it. From any thread; no state.
+// Opens the folder that holds a place. It has no state and may be used from any thread.
 #pragma once
 
 #include <string>
@@ -8,21 +8,20 @@
 
 namespace hl {
 
-/// The folder that holds an entry, opened for nothing but names below it (O_PATH), and the entry's name in
-/// it.
+/// The folder that holds an entry, opened only to reach names below it (O_PATH), and the entry's name in it.
 struct OpenedPlace {
     Descriptor folder;
     std::string name;
-    /// System error code, 0 for success. EBUSY for "/", which no folder holds; EINVAL where the last name is
+    /// A system error code, 0 for success. EBUSY for "/", which is in no folder; EINVAL if the last name is
     /// empty, "." or "..".
     int error = 0;
 };
 
-/// Goes name by name, so that neither depth nor length has a limit. Below the base a link on the way is
-/// ENOTDIR unless links are followed. ESTALE if the base is a folder, and not the one that it is to be.
+/// Opens name by name, so that neither depth nor length has a limit. Below the base a link on the way gives
+/// ENOTDIR unless links are followed. ESTALE if the base is a folder but not the expected one.
 OpenedPlace openPlace(const FilePlace& place);
 
-/// As messages show it.
+/// Returns the path as messages show it.
 std::string pathOf(const FilePlace& place);
 
 }  // namespace hl

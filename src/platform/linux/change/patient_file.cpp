@@ -9,7 +9,7 @@ namespace hl {
 
 namespace {
 
-/// Shared with the helper that touches it, which may be left behind with it.
+/// A helper that uses the file shares it, because it may be abandoned with it.
 using Held = std::shared_ptr<std::unique_ptr<ReplacingFile>>;
 
 class PatientFile final : public ReplacingFile {
@@ -19,8 +19,8 @@ class PatientFile final : public ReplacingFile {
     PatientFile(const PatientFile&) = delete;
     PatientFile& operator=(const PatientFile&) = delete;
 
-    // A helper that hangs with the file closes it in the end. Where none could begin it stays open: to close
-    // it here could hang.
+    // A helper that hangs with the file closes it in the end. If no helper could begin, the file stays open,
+    // because closing it here could hang.
     ~PatientFile() override {
         bool closed = false;
         try {

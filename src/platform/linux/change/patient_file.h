@@ -1,4 +1,4 @@
-// A file that is written where the disk may not answer. Thread of the logic only.
+// Writes a file whose disk may not answer. For the thread of the logic only.
 #pragma once
 
 #include <functional>
@@ -10,9 +10,10 @@
 
 namespace hl {
 
-/// The file that `make` gives for `path`, a null one and the system's error code where it gives none. All
-/// that touches the disk, closing too, is done by `patience`, which outlives the file. A disk that does not
-/// answer is ETIMEDOUT, and nothing more is written then; what the disk has in hand it may still do.
+/// Returns the file that `make` returns for `path`; null and the system's error code if there is none.
+/// `patience`, which must outlive the file, does everything that touches the disk, closing too. If the disk
+/// does not answer, the error is ETIMEDOUT, and nothing more is written; the disk may still carry out what it
+/// has in hand.
 std::unique_ptr<ReplacingFile> replacePatiently(
     Patience& patience, const std::string& path,
     std::function<std::unique_ptr<ReplacingFile>(int& error)> make, int& error);

@@ -21,10 +21,10 @@ namespace hl {
 
 namespace {
 
-constexpr int kMostLinks = 40;  // As many as the kernel follows.
+constexpr int kMostLinks = 40;  // The kernel follows as many.
 constexpr int kMostTries = 100;
 
-// With 64 random bits a name that exists already is not to be expected.
+// With 64 random bits, the name is not expected to exist already.
 std::string uniqueName() {
     std::uint64_t number = 0;
     if (getrandom(&number, sizeof number, 0) != static_cast<ssize_t>(sizeof number)) number = 0;
@@ -33,7 +33,7 @@ std::string uniqueName() {
     return name;
 }
 
-// Calls `make` with fresh names until one is free. System error code.
+// Calls `make` with fresh names until one is free. Returns a system error code.
 template <class Make>
 int withUniqueName(std::string& name, Make make) {
     for (int i = 0; i < kMostTries; ++i) {
@@ -48,16 +48,16 @@ std::string nameOf(const std::string& path) {
     return path.substr(path.rfind('/') + 1);
 }
 
-// What a path names once the links at its end are followed, be there a file or not: an open folder and a name
-// in it.
+// What a path names after the links at its end are followed, whether there is a file or not: an open folder
+// and a name in it.
 struct Target {
-    Descriptor folder;  // Not open where it cannot be reached.
+    Descriptor folder;  // Not open if it cannot be reached.
     std::string name;
-    int error = 0;  // Why it cannot be used.
+    int error = 0;  // The reason why it cannot be used.
 };
 
 // A link in a folder that others may write to, such as /tmp, may be a trap. The kernel can be told to follow
-// none there but those of the user and of the folder's owner; the same holds here, whatever it was told.
+// only links of the user and of the folder's owner there; the same holds here, whatever the kernel does.
 bool mayFollow(int folder, const struct stat& link) {
     struct stat above {};
     if (fstat(folder, &above) != 0) return false;
@@ -65,7 +65,7 @@ bool mayFollow(int folder, const struct stat& link) {
     return !isShared || link.st_uid == geteuid() || link.st_uid == above.st_uid;
 }
 
-// Links in the folder part of the path are left to the system.
+// The system follows the links in the folder part of the path.
 Target followLinks(const std::string& path) {
     constexpr int kFolderFlags = O_PATH | O_DIRECTORY;
     Target at{openAt(AT_FDCWD, folderOf(path), kFolderFlags), nameOf(path)};
@@ -95,15 +95,15 @@ bool names(const Target& target, const struct stat& file) {
            found.st_dev == file.st_dev && found.st_ino == file.st_ino;
 }
 
-// Whether nothing can be renamed or removed in the folder, as chattr +a has it.
+// Tells whether nothing can be renamed or removed in the folder, as after chattr +a.
 bool onlyGrows(int folder) {
     struct statx facts {};
     return statx(folder, "", AT_EMPTY_PATH, 0, &facts) == 0 &&
            (facts.stx_attributes & STATX_ATTR_APPEND) != 0;
 }
 
-// Owner first: giving a file away takes some bits of the mode with it. Where the owner may not be kept, the
-// bits that lend his rights are not either.
+// The owner comes first, because giving a file away clears some bits of its mode. If the owner cannot be
+// kept, the bits that give the owner's rights are cleared as well.
 void takeOverModeOf(const struct stat& old, int file) {
     const bool owned = fchown(file, old.st_uid, old.st_gid) == 0;
     const bool grouped = owned || fchown(file, static_cast<uid_t>(-1), old.st_gid) == 0;
@@ -113,7 +113,7 @@ void takeOverModeOf(const struct stat& old, int file) {
     fchmod(file, mode);
 }
 
-// Written as it is, from its beginning if it is a file.
+// A target that is written directly, from its beginning if it is a file.
 class DirectFile final : public ReplacingFile {
   public:
     explicit DirectFile(Descriptor file, bool isFile = false) : file_(std::move(file)), isFile_(isFile) {}
@@ -131,7 +131,7 @@ class DirectFile final : public ReplacingFile {
     bool isTerminal() const override { return isatty(file_.number()) == 1; }
 
   private:
-    // What was there stays until the first byte comes.
+    // The old content stays until the first byte comes.
     int begin() { return std::exchange(isFile_, false) && ftruncate(file_.number(), 0) != 0 ? errno : 0; }
 
     Descriptor file_;
@@ -139,7 +139,7 @@ class DirectFile final : public ReplacingFile {
     int error_ = 0;
 };
 
-// A file without a name, or from its first byte on with one of its own in `temporary_`, until commit() gives
+// A file without a name, or after its first byte with a name of its own in `temporary_`, until commit() gives
 // it the target's name.
 class RegularFile final : public ReplacingFile {
   public:
@@ -150,7 +150,7 @@ class RegularFile final : public ReplacingFile {
     RegularFile(const RegularFile&) = delete;
     RegularFile& operator=(const RegularFile&) = delete;
 
-    /// System error code: what can be known before there is anything to write.
+    /// Returns a system error code: what can be known before there is anything to write.
     int open(Unfinished unfinished) {
         const bool grows = onlyGrows(folder_.number());
         if (grows && old_) return EPERM;
@@ -174,7 +174,7 @@ class RegularFile final : public ReplacingFile {
         if (error_ == 0) error_ = begin();
         if (error_ == 0) error_ = place();
         const int result = error_;
-        if (error_ == 0) error_ = EBADF;  // There is no second time.
+        if (error_ == 0) error_ = EBADF;  // It cannot be committed twice.
         dropTemporary();
         return result;
     }
@@ -199,7 +199,7 @@ class RegularFile final : public ReplacingFile {
     int place() {
         if (temporary_.empty()) {
             if (!old_ && giveName(name_) == 0) return 0;
-            // The name that comes next could not be taken back there.
+            // In such a folder the next name could not be removed again.
             if (onlyGrows(folder_.number())) return EPERM;
             const int error = withUniqueName(temporary_, [&] { return giveName(temporary_); });
             if (error != 0) temporary_.clear();
@@ -233,9 +233,9 @@ class RegularFile final : public ReplacingFile {
     int error_ = 0;
 };
 
-// Opens what exists so that the kernel has its say: what is write-protected, and what another user has put
-// into a shared folder, is refused, the latter only where a file might be made. Nothing is changed. Where
-// waiting is not wanted, a pipe without a reader is refused, too; writing waits all the same.
+// Opens an existing target so that the kernel can refuse: if it is write-protected, or if another user has
+// put it into a shared folder; the kernel checks the latter only if a file might be made. Nothing is changed.
+// If waiting is not wanted, a pipe without a reader is refused, too; writing waits all the same.
 Descriptor openExisting(const std::string& path, bool waits) {
     Descriptor file = openAt(AT_FDCWD, path, O_WRONLY | O_CREAT | (waits ? 0 : O_NONBLOCK), 0666);
     if (file.isOpen() && !waits) fcntl(file.number(), F_SETFL, 0);
@@ -250,7 +250,7 @@ std::string folderOf(const std::string& path) {
     return slash == 0 ? "/" : path.substr(0, slash);
 }
 
-// "-", "/dev/stdout" and the like: the number of the open descriptor that the path names.
+// Returns the number of the open descriptor that the path ("-", "/dev/stdout" and the like) names.
 static std::optional<int> descriptorNamed(std::string_view path) {
     if (path == kStandardOutput || path == "/dev/stdout") return STDOUT_FILENO;
     if (path == "/dev/stderr") return STDERR_FILENO;
@@ -272,7 +272,8 @@ std::unique_ptr<ReplacingFile> makeReplacingFile(const std::string& path, Unfini
         return nullptr;
     };
     if (path.empty()) return fail(ENOENT);
-    // What is open already is written on, wherever it leads: a redirection may append, and has other writers.
+    // A descriptor that is open already is written to, wherever it leads: a redirection may append, and may
+    // have other writers.
     if (const auto open = descriptorNamed(path)) {
         Descriptor copy(fcntl(*open, F_DUPFD_CLOEXEC, 0));
         if (copy.number() < 0) return fail(errno);
@@ -289,7 +290,7 @@ std::unique_ptr<ReplacingFile> makeReplacingFile(const std::string& path, Unfini
         Descriptor there = openExisting(path, waitsForReaders);
         if (!there.isOpen() || fstat(there.number(), &status) != 0) return fail(errno);
         if (!S_ISREG(status.st_mode)) return std::make_unique<DirectFile>(std::move(there));
-        // A file without a name, reached through /proc: /dev/stdout of a redirection to a deleted file.
+        // This is a file without a name, reached through /proc: /dev/stdout redirected to a deleted file.
         if (status.st_nlink == 0) return std::make_unique<DirectFile>(std::move(there), true);
         if (!names(target, status)) return fail(EBUSY);  // Somebody has changed the links meanwhile.
         old = status;

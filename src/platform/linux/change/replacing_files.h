@@ -1,7 +1,7 @@
-// The two kinds of a file that is written by replacing: a regular one, which takes the place of the older
-// when it is complete, and what is written directly: a device, a pipe, a socket, and a descriptor that is
-// open already ("-", "/dev/stdout", "/dev/fd/3"). Making files is safe from any thread; each file belongs to
-// one.
+// The two kinds of a file that is written by replacing: a regular file, which takes the place of the older
+// one when it is complete, and a target that is written directly: a device, a pipe, a socket, or a descriptor
+// that is open already ("-", "/dev/stdout", "/dev/fd/3"). Any thread may make files; each file is for one
+// thread.
 #pragma once
 
 #include <memory>
@@ -11,17 +11,16 @@
 
 namespace hl {
 
-/// A file for `path`, whichever kind fits it; null and a positive system error code in `error` if it cannot
-/// be made. Links at the end of the path are followed, but in a sticky folder that others may write to only
-/// those of the user and of the folder's owner (EACCES). An older file that the user may not write, or that
-/// the kernel keeps from being opened there (fs.protected_regular, fs.protected_fifos), is not replaced, even
-/// where the folder would allow it. The file keeps its descriptors until it is destroyed;
-/// `unfinished` matters to the regular kind alone. A pipe that nobody reads waits for its reader or, where
-/// that is not wanted, is ENXIO.
+/// Returns a file of the fitting kind for `path`; null and a positive system error code in `error` if it
+/// cannot be made. Links at the end of the path are followed, but in a sticky folder that others may write to
+/// only those of the user and of the folder's owner (EACCES). An older file that the user may not write, or
+/// that the kernel protects there (fs.protected_regular, fs.protected_fifos), is not replaced, even if the
+/// folder would allow it. The file keeps its descriptors until it is destroyed; `unfinished` matters only to
+/// the regular kind. A pipe without a reader is waited for or, if that is not wanted, gives ENXIO.
 std::unique_ptr<ReplacingFile> makeReplacingFile(const std::string& path, Unfinished unfinished,
                                                  bool waitsForReaders, int& error);
 
-/// The folder part of a path: "." for a bare name, "/" for one below the root.
+/// Returns the folder part of a path: "." for a bare name, "/" for a name below the root.
 std::string folderOf(const std::string& path);
 
 }  // namespace hl

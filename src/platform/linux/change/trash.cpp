@@ -1,8 +1,8 @@
-// In this order: looking at entries; opening a trash; the text of an info file; moving an entry into an open
-// trash; choosing the trash.
+// The trash, in this order: looking at entries; opening a trash; the text of an info file; moving an entry
+// into an open trash; choosing the trash.
 //
-// An info file is made before its entry arrives and taken back if that fails, so nobody sees an entry in the
-// trash of which it is not known whence it came. Whoever makes the info file NAME.trashinfo owns NAME.
+// An info file is made before its entry arrives and removed if that fails, so nobody sees an entry in the
+// trash whose origin is unknown. Whoever makes the info file NAME.trashinfo owns NAME.
 
 #include "platform/linux/change/trash.h"
 
@@ -35,11 +35,11 @@ constexpr int kOwnFolderFlags = kFolderFlags | O_NOFOLLOW;
 constexpr mode_t kOwnerOnly = 0700;
 constexpr std::string_view kInfoEnding = ".trashinfo";
 constexpr std::size_t kLongestName = 255;
-constexpr unsigned kNamesInTurn = 100;  ///< "name", "name.2", ...; from there on at random.
+constexpr unsigned kNamesInTurn = 100;  ///< "name", "name.2", ...; after that the numbers are random.
 constexpr unsigned kMostNames = 200;
 
 struct Entry {
-    std::uint64_t mount = 0;  ///< The device where the kernel does not tell mounts apart.
+    std::uint64_t mount = 0;  ///< The device, if the kernel does not distinguish mounts.
     std::uint64_t device = 0;
     std::uint64_t inode = 0;
     unsigned mode = 0;
@@ -50,7 +50,8 @@ struct Entry {
     }
 };
 
-/// Looks at an entry of an open folder, or at the folder itself for an empty name. System error code.
+/// Looks at an entry of an open folder, or at the folder itself if the name is empty. Returns a system error
+/// code.
 int look(int folder, const std::string& name, Entry& entry) {
     constexpr unsigned kWanted = STATX_TYPE | STATX_MODE | STATX_UID | STATX_INO | STATX_MNT_ID;
     struct statx facts {};
@@ -65,7 +66,7 @@ int look(int folder, const std::string& name, Entry& entry) {
     return 0;
 }
 
-/// The names of a path; empty ones and "." are left out.
+/// Returns the names of a path, without empty ones and ".".
 std::vector<std::string> namesOf(std::string_view path) {
     std::vector<std::string> names;
     while (!path.empty()) {
@@ -76,7 +77,7 @@ std::vector<std::string> namesOf(std::string_view path) {
     return names;
 }
 
-/// Opens `name` in the open folder, which is replaced. System error code.
+/// Opens `name` in the open folder, which it replaces. Returns a system error code.
 int stepTo(Descriptor& folder, const std::string& name, int flags) {
     Descriptor next = openAt(folder.number(), name, flags);
     if (!next.isOpen()) return errno;
@@ -84,14 +85,14 @@ int stepTo(Descriptor& folder, const std::string& name, int flags) {
     return 0;
 }
 
-/// The same for a real folder, which is made if nothing is there.
+/// Goes to `name` like stepTo, but only to a real folder, which is made if nothing is there.
 int stepMaking(Descriptor& folder, const std::string& name) {
     if (mkdirat(folder.number(), name.c_str(), kOwnerOnly) != 0 && errno != EEXIST) return errno;
     return stepTo(folder, name, kOwnFolderFlags);
 }
 
-/// The same, and EACCES if the folder is not the user's: its owner could put anything in the place of what
-/// goes there.
+/// Goes to `name` like stepMaking, but gives EACCES if the folder is not the user's: its owner could replace
+/// what is moved there.
 int stepToOwn(Descriptor& folder, const std::string& name, unsigned user) {
     if (const int error = stepMaking(folder, name); error != 0) return error;
     Entry own;
@@ -105,7 +106,7 @@ int expectMount(const Descriptor& folder, std::uint64_t mount) {
     return found.mount == mount ? 0 : EXDEV;
 }
 
-/// System error code; EXDEV if the home trash is not on this mount, nor can be made there.
+/// Returns a system error code; EXDEV if the home trash is not on this mount and cannot be made there.
 int openHomeTrash(const std::string& path, std::uint64_t mount, Descriptor& trash) {
     if (!path.starts_with('/')) return ENOENT;
     trash = openAt(AT_FDCWD, "/", kFolderFlags);
@@ -121,7 +122,7 @@ int openHomeTrash(const std::string& path, std::uint64_t mount, Descriptor& tras
     return expectMount(trash, mount);
 }
 
-/// Opens the folder that all users share for their trashes. Its sticky bit keeps them from one another.
+/// Opens the folder that all users share for their trashes. Its sticky bit protects them from one another.
 int stepToShared(Descriptor& folder) {
     if (const int error = stepTo(folder, ".Trash", kOwnFolderFlags); error != 0) return error;
     Entry shared;
@@ -129,7 +130,7 @@ int stepToShared(Descriptor& folder) {
     return (shared.mode & S_ISVTX) != 0 ? 0 : EACCES;
 }
 
-/// The user's trash at the top of a mount. System error code.
+/// Opens the user's trash at the top of a mount. Returns a system error code.
 int openMountTrash(const Descriptor& top, unsigned user, Descriptor& trash) {
     const std::string number = std::to_string(user);
     trash = openAt(top.number(), ".", kFolderFlags);
@@ -139,7 +140,8 @@ int openMountTrash(const Descriptor& top, unsigned user, Descriptor& trash) {
     return trash.isOpen() ? stepToOwn(trash, ".Trash-" + number, user) : errno;
 }
 
-/// Goes up from an open folder to the top of its mount. System error code; `levels` says how far that was.
+/// Goes up from an open folder to the top of its mount. Returns a system error code; `levels` receives how
+/// far that was.
 int climbToTop(Descriptor& folder, std::size_t& levels) {
     Entry here;
     if (const int error = look(folder.number(), "", here); error != 0) return error;
@@ -154,9 +156,9 @@ int climbToTop(Descriptor& folder, std::size_t& levels) {
     }
 }
 
-/// The names from "/" to the entry. The kernel knows them with all links resolved; what it cannot tell (no
-/// /proc, more than a page of text) the place has to. For a folder that was removed it tells nonsense, but
-/// nothing can be moved from there.
+/// Returns the names from "/" to the entry. The kernel knows them with all links resolved; if it cannot tell
+/// (no /proc, more than a page of text), they come from the place. For a removed folder it tells nonsense,
+/// but nothing can be moved from there.
 std::vector<std::string> truePath(const OpenedPlace& opened, const FilePlace& place) {
     const std::string folder = pathOfFolder(opened.folder);
     if (folder.empty()) return namesOf(place.below.empty() ? place.base : place.base + "/" + place.below);
@@ -171,7 +173,7 @@ bool isInside(const Names& inner, const Names& folder) {
     return std::mismatch(folder.begin(), folder.end(), inner.begin(), inner.end()).first == folder.end();
 }
 
-/// A path as its file system has it, which may be mounted at several places, or a part of it.
+/// Returns the path within its file system, which may be mounted at several places, or in part.
 Names placeIn(const Mount& mount, const Names& path) {
     Names names = namesOf(mount.root);
     const auto above = static_cast<std::ptrdiff_t>(namesOf(mount.mountPoint).size());
@@ -179,9 +181,9 @@ Names placeIn(const Mount& mount, const Names& path) {
     return names;
 }
 
-/// Whether something is mounted at the path on the mount `id` or below it, also by way of another mount of
-/// the same file system: it would move along, and go with what is in the trash. Where there is no table of
-/// mounts nobody knows, and the answer is yes.
+/// Tells whether something is mounted at the path on the mount `id` or below it, even on another mount of the
+/// same file system: it would be moved along, and deleted with the trash. If there is no table of mounts, the
+/// answer is yes.
 bool holdsMount(const Names& path, std::uint64_t id) {
     const std::vector<Mount> mounts = readMountTable();
     const auto own = std::ranges::find(mounts, id, &Mount::id);
@@ -207,7 +209,7 @@ void appendEncoded(std::string& out, std::string_view bytes) {
     }
 }
 
-/// The last `count` names, encoded; empty if there are not as many, or if one leads up.
+/// Returns the last `count` names, encoded; empty if there are fewer, or if one leads up.
 std::string encodedEnd(const std::vector<std::string>& names, std::size_t count) {
     if (count > names.size()) return {};
     std::string out;
@@ -227,7 +229,7 @@ std::string infoText(const std::string& encodedPath) {
     return "[Trash Info]\nPath=" + encodedPath + "\nDeletionDate=" + date + "\n";
 }
 
-/// System error code; after one there is no file of ours.
+/// Returns a system error code; after an error there is no file of ours.
 int writeInfo(const Descriptor& folder, const std::string& name, const std::string& text) {
     Descriptor file =
         openAt(folder.number(), name, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW, S_IRUSR | S_IWUSR);
@@ -239,8 +241,8 @@ int writeInfo(const Descriptor& folder, const std::string& name, const std::stri
     return written != 0 ? written : closed;
 }
 
-/// System error code; EEXIST if the new name is taken. Some file systems cannot refuse by themselves; there
-/// the info file is what keeps others of our kind away.
+/// Returns a system error code; EEXIST if the new name is taken. Some file systems cannot check that
+/// themselves; there the info file keeps other programs away.
 int renameAnew(const Descriptor& from, const std::string& name, const Descriptor& to,
                const std::string& newName) {
     if (renameat2(from.number(), name.c_str(), to.number(), newName.c_str(), RENAME_NOREPLACE) == 0) return 0;
@@ -251,8 +253,8 @@ int renameAnew(const Descriptor& from, const std::string& name, const Descriptor
     return renameat(from.number(), name.c_str(), to.number(), newName.c_str()) == 0 ? 0 : errno;
 }
 
-/// What an entry is called in the trash, cut behind a character where it is so long that its info file would
-/// have no name.
+/// Returns the name of an entry in the trash, cut behind a character if its info file's name would be too
+/// long.
 std::string nameInTrash(const std::string& name, unsigned attempt) {
     timespec now{};
     clock_gettime(CLOCK_MONOTONIC, &now);
@@ -269,7 +271,7 @@ std::string nameInTrash(const std::string& name, unsigned attempt) {
     return name.substr(0, kept) + ending;
 }
 
-/// For an error at the entry.
+/// Translates an error at the entry.
 RecycleError entryFault(int error) {
     switch (error) {
         case 0:
@@ -294,20 +296,21 @@ RecycleError entryFault(int error) {
     }
 }
 
-/// For an error at the trash: what cannot be reached or used there says nothing of the entry.
+/// Translates an error at the trash: if the trash cannot be reached or used, that says nothing about the
+/// entry.
 RecycleError trashFault(int error) {
     const RecycleError fault = entryFault(error);
     const bool notOfTheEntry = fault == RecycleError::kInvalidPath || fault == RecycleError::kAccess;
     return notOfTheEntry ? RecycleError::kNoTrash : fault;
 }
 
-/// A trash with its two folders open.
+/// A trash whose two folders are open.
 struct Trash {
     Descriptor files;
     Descriptor info;
 };
 
-/// System error code.
+/// Returns a system error code.
 int openParts(Descriptor folder, Trash& trash) {
     trash.info = openAt(folder.number(), ".", kFolderFlags);
     if (!trash.info.isOpen()) return errno;
@@ -316,7 +319,7 @@ int openParts(Descriptor folder, Trash& trash) {
     return stepMaking(trash.files, "files");
 }
 
-/// What is moved, and whom it is told.
+/// What is moved, and who is told.
 struct Order {
     const OpenedPlace& from;
     const Entry& entry;
@@ -347,12 +350,13 @@ RecycleError moveInto(const Trash& trash, const Order& order, const std::string&
     return RecycleError::kUnknown;
 }
 
-/// `folder`: the open trash.
+/// `folder` is the open trash.
 RecycleError moveInto(Descriptor folder, const Order& order, const std::string& encodedPath) {
     Trash trash;
     if (const int error = openParts(std::move(folder), trash); error != 0) return trashFault(error);
     Entry info;
-    // The kernel refuses to move the other folder of the trash and what is above into itself, but not this.
+    // The kernel refuses to move the trash's other folder, and the folders above, into themselves, but not
+    // this one.
     if (look(trash.info.number(), "", info) != 0 || info.is(order.entry)) return RecycleError::kUnknown;
     return moveInto(trash, order, infoText(encodedPath));
 }
@@ -363,13 +367,13 @@ RecycleError moveToMountTrash(const Order& order, unsigned user, const std::vect
     std::size_t levels = 0;
     if (const int error = climbToTop(top, levels); error != 0) return entryFault(error);
     const std::string path = encodedEnd(names, levels + 1);
-    if (path.empty()) return RecycleError::kUnknown;  // The text of the place leads there by links only.
+    if (path.empty()) return RecycleError::kUnknown;  // The text of the place leads there only by links.
     Descriptor trash;
     if (const int error = openMountTrash(top, user, trash); error != 0) return trashFault(error);
     return moveInto(std::move(trash), order, path);
 }
 
-/// The home folder that the system knows for a user; empty if it knows none.
+/// Returns the home folder that the system knows for a user; empty if it knows none.
 std::string homeOf(uid_t user) {
     std::vector<char> buffer(1024);
     passwd entry = {};
@@ -379,7 +383,7 @@ std::string homeOf(uid_t user) {
     return found != nullptr ? found->pw_dir : "";
 }
 
-/// Empty unless it is an absolute path.
+/// Returns an empty text unless the value is an absolute path.
 std::string folderFromEnvironment(const char* name) {
     const char* value = std::getenv(name);
     return value != nullptr && value[0] == '/' ? value : "";
@@ -415,7 +419,7 @@ RecycleError moveToTrash(const FilePlace& place, const TrashSettings& settings, 
         const std::string path = encodedEnd(names, names.size());
         if (path.empty()) return RecycleError::kUnknown;
         const RecycleError result = moveInto(std::move(home), order, "/" + path);
-        // One file system may be several to a rename: mounted twice, or laid over another one.
+        // To a rename, one file system may be several: if it is mounted twice, or laid over another one.
         if (result != RecycleError::kNoTrash) return result;
     }
     return moveToMountTrash(order, settings.user, names);

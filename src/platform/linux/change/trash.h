@@ -1,7 +1,8 @@
-// The freedesktop trash: where something that was thrown away waits to be restored.
+// The freedesktop trash, where things that were thrown away can be restored.
 //
-// All goes through open folders. Nothing is ever copied or removed: an entry is renamed into the trash of the
-// mount it lies on, or it stays. From any thread; no state. Others may use the same trash meanwhile.
+// All access goes through open folders. Nothing is ever copied or removed: an entry is renamed into the trash
+// of its mount, or it stays. It has no state and may be used from any thread. Others may use the same trash
+// meanwhile.
 #pragma once
 
 #include <string>
@@ -14,19 +15,20 @@ namespace hl {
 struct TrashSettings {
     /// "$XDG_DATA_HOME/Trash", absolute; links in it are followed. Empty if the user has none.
     std::string homeTrash;
-    /// Who must own the trash of another mount, and part of its name.
+    /// The user who must own the trash of another mount; the number is part of its name.
     unsigned user = 0;
 };
 
-/// Those of the user that this process acts for. REQUIRES: no other thread changes the environment.
+/// Returns the settings of the user that this process acts for. REQUIRES: no other thread changes the
+/// environment.
 TrashSettings trashSettingsFromEnvironment();
 
-/// Moves what lies at `place` to the home trash if that is (or can be made) on the same mount, else to the
-/// trash at the top of the mount, which is made if need be. The entry itself is never followed. After an
-/// error it lies where it was, and the trash holds nothing new; folders made for a trash stay. A folder with
-/// something mounted on it, or below it, is kRoot: whoever empties the trash would delete what is mounted.
+/// Moves what is at `place` to the home trash if that is (or can be made) on the same mount, else to the
+/// trash at the top of the mount, which is made if missing. The entry itself is never followed. After an
+/// error it is where it was, and the trash holds nothing new; folders made for a trash stay. A folder with
+/// something mounted on it, or below it, gives kRoot: whoever empties the trash would delete what is mounted.
 /// `now` may be null; see FileOperations::recycle. `whereabouts` (may be null) is told before anything is
-/// changed: one that was left behind changes nothing more.
+/// changed, so that abandoned work changes nothing more.
 RecycleError moveToTrash(const FilePlace& place, const TrashSettings& settings, std::string* now = nullptr,
                          Whereabouts* whereabouts = nullptr);
 

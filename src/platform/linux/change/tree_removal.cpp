@@ -1,4 +1,4 @@
-// Sections: the way through the tree; entries; folders; what could not go.
+// The removal of a tree: the way through it; entries; folders; what could not be removed.
 #include "platform/linux/change/tree_removal.h"
 
 #include <dirent.h>
@@ -18,9 +18,9 @@ namespace hl {
 
 namespace {
 
-constexpr std::size_t kMostKept = 10'000;  // Names of one folder, about 1 MB.
+constexpr std::size_t kMostKept = 10'000;  // These are names of one folder, about 1 MB.
 constexpr std::size_t kRecordBytes = std::size_t{64} * 1024;
-// Up to here a removal ends by itself, and no folder is asked when it was made.
+// Up to these limits a removal ends by itself, and no folder's time of birth is asked for.
 constexpr std::uint64_t kManyGone = 100'000;
 constexpr std::size_t kDeep = 500;
 
@@ -44,7 +44,8 @@ int unlinkError(int folder, const char* name, int flags) {
     return ::unlinkat(folder, name, flags) == 0 ? 0 : errno;
 }
 
-/// Lets the owner read, write and enter the folder. False if it is not ours, or was so before.
+/// Lets the owner read, write and enter the folder. Returns false if it is not ours, or allowed all that
+/// already.
 bool giveOwnerAll(int folder, const char* changeBy) {
     struct stat facts;
     if (::fstat(folder, &facts) != 0 || facts.st_uid != ::geteuid()) return false;
@@ -52,7 +53,7 @@ bool giveOwnerAll(int folder, const char* changeBy) {
     return (mode & S_IRWXU) != S_IRWXU && ::chmod(changeBy, mode | S_IRWXU) == 0;
 }
 
-/// Without openat2 the opening alone does not tell it.
+/// Tells whether the folder is the root of another mount, which without openat2 the opening does not tell.
 bool isOtherMount(int parent, int folder) {
     struct statx facts;
     if (::statx(folder, "", AT_EMPTY_PATH, 0, &facts) == 0 &&
@@ -67,7 +68,7 @@ std::int64_t nanoseconds(std::int64_t seconds, std::int64_t rest) {
     return seconds * 1'000'000'000 + rest;
 }
 
-/// By the clock that file systems stamp their files with.
+/// Returns the time of the clock that file systems use for their stamps.
 std::int64_t fileTime() {
     struct timespec time;
     ::clock_gettime(CLOCK_REALTIME_COARSE, &time);
@@ -131,7 +132,7 @@ void TreeRemoval::enterNext() {
     folders_.unpin(pinned);
 }
 
-// What stands there may have become something else since its record was read: it goes as what it is now.
+// The entry may have become something else since its record was read: it is removed as what it is now.
 void TreeRemoval::enter(int parent, const std::string& name) {
     const int folder = openFolder(parent, name);
     if (folder >= 0 && isLater(folder)) {
@@ -160,15 +161,16 @@ int TreeRemoval::openFolder(int parent, const std::string& name) {
     while (isShortage(folder) && folders_.closeOne())
         folder = calls_.openChild(parent, name.c_str(), false, false);
     if (folder != -EACCES) return folder;
-    // One of our own that may not be read. It is opened for nothing but that, so no link can be meant.
+    // This is a folder of ours that may not be read. The descriptor is used for nothing else, so no link can
+    // be meant.
     const Descriptor own = openAt(parent, name, O_PATH | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
     if (own.isOpen() && isOtherMount(parent, own.number())) return -EXDEV;
     if (!own.isOpen() || !giveOwnerAll(own.number(), byDescriptor(own.number()).c_str())) return folder;
     return calls_.openChild(parent, name.c_str(), false, false);
 }
 
-/// Whether it was made since the removal began, as far as that matters and can be told. What the clock has
-/// ahead of now was made when the clock was wrong.
+/// Tells whether the folder was made after the removal began, as far as that matters and can be told. A time
+/// in the future means that the clock was wrong then.
 bool TreeRemoval::isLater(int folder) {
     if (levels_.empty() || (result_.entries < kManyGone && levels_.size() < kDeep)) return false;
     struct statx facts;
@@ -180,9 +182,9 @@ bool TreeRemoval::isLater(int folder) {
 
 // --- entries
 
-// Removing while reading may leave some out on some file systems: those are found in another pass. Who adds
-// as fast as entries go is not followed for ever: a folder with more than a few is counted, and no more than
-// that is taken.
+// Removing while reading skips some entries on some file systems; another pass finds those. Somebody who adds
+// entries as fast as they are removed is not followed forever: a folder with more than a few entries is
+// counted, and only that many are removed.
 void TreeRemoval::removeBlock() {
     Level& level = levels_.back();
     const int folder = folders_.pin(level.folder);
@@ -211,7 +213,7 @@ void TreeRemoval::removeRecords(int folder, long bytes) {
     }
 }
 
-// What went before is not in it any more. Counting is much faster than adding.
+// Entries removed before are not counted. Counting is much faster than adding.
 void TreeRemoval::countTheRest(Level& level, int folder) {
     level.counted = true;
     if (calls_.seek(folder, 0) < 0) return;
@@ -251,7 +253,7 @@ void TreeRemoval::leave() {
     drop();
 }
 
-// False if there is more to do in it.
+// Returns false if there is more to do in it.
 bool TreeRemoval::removeFolder(Level& level, int folder) {
     const std::string name = level.folder->name();
     whereabouts_.at([&] { return pathOf(""); });
@@ -277,7 +279,7 @@ bool TreeRemoval::removeFolder(Level& level, int folder) {
     return true;
 }
 
-// Not the folder above the chosen one: nothing outside is changed.
+// The folder above the chosen one is not changed, because it is outside.
 int TreeRemoval::removeEmpty(int parent, const std::string& name) {
     int error = unlinkError(parent, name.c_str(), AT_REMOVEDIR);
     if (isRefusal(error) && parent != top_.folder.number() &&
@@ -287,7 +289,7 @@ int TreeRemoval::removeEmpty(int parent, const std::string& name) {
 }
 
 bool TreeRemoval::startAgain(Level& level, int folder) {
-    if (level.kept && level.kept->size() >= kMostKept) return false;  // Some would be tried, and told, again.
+    if (level.kept && level.kept->size() >= kMostKept) return false;  // Some would be tried twice.
     if (!level.removedSome || level.left == 0 || calls_.seek(folder, 0) < 0) return false;
     level.removedSome = false;
     level.atEnd = false;
@@ -308,7 +310,8 @@ void TreeRemoval::gone() {
     if (!levels_.empty()) levels_.back().removedSome = true;
 }
 
-// `name`: of an entry of the current folder; empty for the folder itself, which the one above then keeps.
+// `name` is that of an entry of the current folder; empty for the folder itself, which the folder above then
+// keeps.
 void TreeRemoval::failed(const std::string& name, int error, bool folder) {
     ++result_.failureCount;
     if (result_.failures.size() < Removal::kMostFailures)

@@ -1,16 +1,16 @@
 // Removes a folder with everything in it, relative to open folders.
 //
 // Every step names an entry of a folder that is held open, so nothing that others swap meanwhile leads out of
-// the chosen folder: what has become a link is removed as a link. Nothing recurses, and only so many folders
-// are open as OpenFolders may keep; depth and width have no limit. Held in memory are the names of one block
-// of a folder's records for each level on the way, and the few that could not go.
+// the chosen folder: what has become a link is removed as a link. Nothing recurses, and only as many folders
+// are open as OpenFolders may keep; depth and width have no limit. Memory holds the names of one block of a
+// folder's records for each level on the way, and the few that could not be removed.
 //
-// It ends, whoever goes on adding: of each folder it takes so many entries as it had, and some thousand more,
-// and once much is gone it enters no folder that was made after the removal began (on file systems that know
-// when that was). It can be ended between two entries.
+// It ends even if somebody keeps adding: of each folder it removes as many entries as it had, and some
+// thousand more, and once much is removed it enters no folder that was made after the removal began (on file
+// systems that know when that was). It can be ended between two entries.
 //
-// Why it is fast: an entry costs one unlinkat, its kind being known from the record; a folder costs opening,
-// reading and closing it, and no look (docs/performance.md has it against rm).
+// It is fast because an entry costs one unlinkat, as its kind is known from the record, and a folder costs
+// opening, reading and closing it, without a look (docs/performance.md compares it with rm).
 #pragma once
 
 #include <cstdint>
@@ -27,10 +27,10 @@
 
 namespace hl {
 
-/// For one removal. One thread.
+/// Is for one removal, on one thread.
 class TreeRemoval {
   public:
-    /// `budget`: open folders at most. All of it outlives the removal.
+    /// `budget` is the largest number of open folders. The arguments must outlive the removal.
     TreeRemoval(DirectoryCalls& calls, Whereabouts& whereabouts, std::size_t budget);
     ~TreeRemoval();
     TreeRemoval(const TreeRemoval&) = delete;
@@ -43,13 +43,13 @@ class TreeRemoval {
 
     struct Level {
         Folder* folder = nullptr;
-        std::vector<std::string> folders = {};  ///< Read, and not yet entered.
-        /// Names that could not go: another pass leaves them alone. Null for none.
+        std::vector<std::string> folders = {};  ///< The folders that were read but not yet entered.
+        /// The names that could not be removed; another pass skips them. Null if there are none.
         std::unique_ptr<std::unordered_set<std::string>> kept = {};
-        /// Records that may still be looked at; see removeBlock.
+        /// The number of records that may still be looked at; see removeBlock.
         std::uint64_t left = kFewRecords;
         bool counted = false;
-        bool removedSome = false;  ///< In this pass.
+        bool removedSome = false;  ///< Something was removed in this pass.
         bool madeWritable = false;
         bool atEnd = false;
     };
@@ -77,15 +77,15 @@ class TreeRemoval {
     DirectoryCalls& calls_;
     Whereabouts& whereabouts_;
     OpenFolders folders_;
-    std::string path_;  ///< Of the chosen folder.
+    std::string path_;  ///< The path of the chosen folder.
     OpenedPlace top_;
     std::vector<Level> levels_;
     std::unique_ptr<char[]> records_;
-    const std::int64_t begin_;  ///< Nanoseconds since 1970, as file systems stamp their files.
+    const std::int64_t begin_;  ///< In nanoseconds since 1970, by the clock of file systems.
     Removal result_;
 };
 
-/// Removes what is no folder. System error code, 0 for success.
+/// Removes anything but a folder. Returns a system error code, 0 for success.
 int removeFile(const FilePlace& place, Whereabouts& whereabouts);
 
 }  // namespace hl

@@ -16,10 +16,10 @@ constexpr std::uint32_t kMachine = AUDIT_ARCH_X86_64;
 #elif defined(__aarch64__)
 constexpr std::uint32_t kMachine = AUDIT_ARCH_AARCH64;
 #else
-constexpr std::uint32_t kMachine = 0;  // Calls are not filtered.
+constexpr std::uint32_t kMachine = 0;  // Calls are not filtered on this machine.
 #endif
 
-/// From here on the numbers are those of another table of the same machine, which names the same calls.
+/// From this number on the calls are those of another table of the same machine, which has the same calls.
 constexpr std::uint32_t kOtherTable = 0x4000'0000;
 constexpr std::uint32_t kAllowed = SECCOMP_RET_ALLOW;
 constexpr std::uint32_t kRefused = SECCOMP_RET_ERRNO | EPERM;
@@ -29,7 +29,7 @@ constexpr std::uint32_t kHidden = SECCOMP_RET_ERRNO | ENOSYS;
 sock_filter statement(std::uint16_t code, std::uint32_t value) {
     return {code, 0, 0, value};
 }
-// Skips so many statements.
+// Skips that many statements.
 sock_filter jump(std::uint16_t code, std::uint32_t value, std::size_t ifSo, std::size_t ifNot) {
     return {code, static_cast<std::uint8_t>(ifSo), static_cast<std::uint8_t>(ifNot), value};
 }
@@ -40,7 +40,7 @@ constexpr std::uint16_t kAtLeast = BPF_JMP | BPF_JGE | BPF_K;
 constexpr std::uint16_t kAnyBit = BPF_JMP | BPF_JSET | BPF_K;
 constexpr std::uint16_t kReturn = BPF_RET | BPF_K;
 
-/// Holds the number of the call between two rules.
+/// Loads the number of the call; between two rules it is always loaded.
 sock_filter loadCall() {
     return statement(kLoad, offsetof(seccomp_data, nr));
 }

@@ -1,6 +1,6 @@
-// A filter of the system's calls, for a process and all that it starts: built rule by rule, entered once, for
-// good. A call is tried with the rules in their order, and the first that fits decides. Arguments are
-// compared by their lower half, which is all that the calls in question look at.
+// Filters the system calls of a process and all that it starts. A filter is built rule by rule and entered
+// once, for good. The first rule that fits a call decides. Arguments are compared by their lower half, which
+// is all that the calls in question use. For one thread.
 #pragma once
 
 #include <linux/filter.h>
@@ -14,27 +14,27 @@ namespace hl {
 
 class CallFilter {
   public:
-    /// Calls of another machine's table end the process.
+    /// A call by another machine's table ends the process.
     CallFilter();
     void allow(std::span<const long> calls);
-    /// They fail with EPERM.
+    /// These calls fail with EPERM.
     void refuse(std::span<const long> calls);
-    /// As if the system did not have it: the library then takes the older call.
+    /// The system seems not to have the call, so that the library uses the older one.
     void hide(long call);
-    /// Hides all from this number on.
+    /// Hides all calls from this number on.
     void hideFrom(long call);
-    /// They do nothing and say that all went well.
+    /// These calls do nothing and report success.
     void pretend(std::initializer_list<long> calls);
     void allowIfOneOf(long call, unsigned argument, std::initializer_list<std::uint32_t> values);
     void refuseIfOneOf(long call, unsigned argument, std::initializer_list<std::uint32_t> values);
-    /// Decides on the call for good.
+    /// Decides about the call for good.
     void allowIfNoneOfTheBits(long call, unsigned argument, std::uint32_t bits);
     void allowIfABitOf(long call, unsigned argument, std::uint32_t bits);
     void refuseOthers();
     void allowOthers();
 
-    /// Allocates nothing. False if the system refuses. REQUIRES: the others are decided on, and
-    /// PR_SET_NO_NEW_PRIVS.
+    /// Enters the filter and allocates nothing. Returns false if the system refuses. REQUIRES: the other
+    /// calls are decided, and PR_SET_NO_NEW_PRIVS is set.
     bool enter() const;
 
   private:

@@ -12,7 +12,7 @@ namespace hl {
 
 namespace {
 
-// Written out, as the headers of an older system lack them. The numbers are those of every machine.
+// The headers of an older system lack these. The numbers are the same on every machine.
 constexpr long kCreate = 444, kAddRule = 445, kRestrictSelf = 446;
 constexpr unsigned kAskVersion = 1;
 constexpr int kBelowPath = 1;
@@ -29,7 +29,7 @@ struct [[gnu::packed]] PathRule {
     std::int32_t place;
 };
 
-// Each version knows more ways to a file, one bit for each.
+// Each version knows more ways to a file, with one bit for each.
 std::uint64_t knownToVersion(int version) {
     constexpr unsigned kFirst = 13;
     unsigned bits = kFirst;
@@ -61,7 +61,7 @@ int FileConfinement::version() {
 
 FileConfinement::FileConfinement() : version_(version()) {
     if (version_ < 1) return;
-    constexpr std::uint64_t kBoth = 3;  // To bind and to connect; sockets and signals.
+    constexpr std::uint64_t kBoth = 3;  // Binding and connecting in the network; sockets and signals.
     const RulesetWish wish{knownToVersion(version_), kBoth, kBoth};
     const std::size_t size = version_ >= 6 ? 24 : version_ >= 4 ? 16 : 8;
     rules_ = Descriptor(static_cast<int>(::syscall(kCreate, &wish, size, 0)));

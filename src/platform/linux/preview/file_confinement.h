@@ -1,7 +1,7 @@
-// The files that a process and those it starts may reach from a moment on, by the system's Landlock. Where
-// the system has none, nothing is confined. Names and facts of files stay to be seen, and so does what is
-// open already. It also takes away the looking into processes outside, and from newer systems on TCP, sockets
-// without a name on the disk, and signals to processes outside.
+// Limits, by the system's Landlock, which files a process and those it starts can reach. If the system has no
+// Landlock, nothing is confined. Names and facts of files stay visible, and open files stay usable. It also
+// forbids looking into processes outside, and on newer systems TCP, sockets without a name on the disk, and
+// signals to processes outside. For one thread.
 #pragma once
 
 #include <string>
@@ -16,13 +16,13 @@ class FileConfinement {
 
     /// Allows nothing yet.
     FileConfinement();
-    /// The file, or all below the folder. What does not exist is left out.
+    /// Allows the file, or everything below the folder. A path that does not exist is ignored.
     void allow(const std::string& path, Use use) const;
-    /// Of the calling thread, for good. Allocates nothing. False if the system has Landlock and refuses.
-    /// REQUIRES: PR_SET_NO_NEW_PRIVS.
+    /// Confines the calling thread for good and allocates nothing. Returns false if the system has Landlock
+    /// and refuses. REQUIRES: PR_SET_NO_NEW_PRIVS is set.
     bool enter() const;
 
-    /// Of the system's Landlock; 0 if it has none, or has it turned off.
+    /// Returns the version of the system's Landlock; 0 if it has none, or it is turned off.
     static int version();
 
   private:

@@ -40,7 +40,7 @@ bool makePipe(Pipe& pipe) {
     return true;
 }
 
-// What the child needs, made before the fork: behind it nothing may allocate.
+// What the child needs. It is made before the fork, because after that nothing may allocate.
 struct Start {
     std::vector<std::string> words, environment;
     std::vector<char*> argv, envp;
@@ -53,7 +53,8 @@ std::string variable(const char* name) {
     return value != nullptr ? std::string(name) + "=" + value : std::string();
 }
 
-// Little of the user's environment: what a library reads from it is one way less into the helper.
+// Little of the user's environment is passed on, because what a library reads from it is a way into the
+// helper.
 std::vector<std::string> environmentFor(const ProcessOrder& order) {
     std::vector<std::string> all;
     for (const char* name : {"PATH", "LANG", "LC_ALL", "LC_CTYPE", "LD_LIBRARY_PATH", "QT_PLUGIN_PATH",
@@ -80,7 +81,8 @@ void limit(__rlimit_resource resource, std::uint64_t value) {
 
 void setLimits(const ProcessLimits& limits) {
     if (limits.memory > 0) limit(RLIMIT_AS, limits.memory);
-    // At the soft limit a signal ends it, so the hard one is never reached by those that raise nothing.
+    // At the soft limit a signal ends the process; so one that does not raise the limit never reaches the
+    // hard one.
     if (limits.cpuSeconds > 0) {
         const rlimit both{limits.cpuSeconds, RLIM_INFINITY};
         ::setrlimit(RLIMIT_CPU, &both);
@@ -89,9 +91,9 @@ void setLimits(const ProcessLimits& limits) {
     limit(RLIMIT_CORE, 0);
 }
 
-// In the child. What fails here is told by its status. A session of its own has no terminal to type into. A
-// network namespace of its own has no network at all; where the system does not allow that, the program's own
-// settings have to do.
+// Runs in the child, which reports failures by its status. Its own session has no terminal to type into. Its
+// own network namespace has no network at all; if the system does not allow that, the program's own settings
+// have to suffice.
 [[noreturn]] void become(const Start& start, const ProcessOrder& order, int input, int output, int file) {
     ::setsid();
     ::prctl(PR_SET_PDEATHSIG, SIGKILL);
@@ -101,7 +103,7 @@ void setLimits(const ProcessLimits& limits) {
     const int nowhere = ::open("/dev/null", O_WRONLY);
     if (start.confinement && !start.confinement->enterFiles()) ::_exit(kNotStarted);
     static_assert(kHelperFile == STDERR_FILENO + 1);
-    // Above all that will be overwritten.
+    // These numbers are above all that will be overwritten.
     const auto above = [](int number) { return number >= 0 ? ::fcntl(number, F_DUPFD, 10) : -1; };
     const int kept[] = {above(input), above(output), above(nowhere), above(file)};
     for (const int number : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO, kHelperFile})
@@ -167,7 +169,7 @@ bool LinuxHelperProcess::readOutput(std::string& to, std::size_t limit) {
 }
 
 bool LinuxHelperProcess::send(std::string_view text) {
-    // A request is shorter than a page, and so goes whole or not at all.
+    // A request is shorter than a page, so it is written completely or not at all.
     return writeAll(input_.number(), text) == 0;
 }
 

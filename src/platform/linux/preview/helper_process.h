@@ -1,4 +1,5 @@
-// A process of the preview: started with its limits set, ended with all that it has started.
+// A process of the preview: started with its limits set, and ended with all that it has started. For the
+// thread of the logic.
 #pragma once
 
 #include <sys/types.h>
@@ -12,8 +13,8 @@ namespace hl {
 
 class LinuxHelperProcess final : public HelperProcess {
   public:
-    /// Null with errno set if no process can be made. One that is killed and does not end at once is added to
-    /// `ending`, which outlives the process.
+    /// Returns null, with errno set, if no process can be made. A process that is killed and does not end at
+    /// once is added to `ending`, which must outlive this object.
     static std::unique_ptr<HelperProcess> start(const ProcessOrder& order, std::vector<pid_t>& ending);
     ~LinuxHelperProcess() override;
     LinuxHelperProcess(const LinuxHelperProcess&) = delete;

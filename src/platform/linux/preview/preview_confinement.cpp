@@ -27,18 +27,18 @@ constexpr bool kSanitized =
 constexpr bool kSanitized = false;
 #endif
 
-// Newer calls than the headers of an older system have, by the numbers of every machine.
+// Calls that the headers of an older system lack; the numbers are the same on every machine.
 constexpr long kFirstOfNewer = 424;
 constexpr long kClone3 = 435, kOpenAt2 = 437, kFileAccess2 = 439;
 constexpr long kNewer[] = {
-    424, 438, 440, 448,            // Signals and descriptors by the open process, advice on its memory.
+    424, 438, 440, 448,            // Signals and descriptors through an open process, advice on its memory.
     425, 426, 427,                 // Rings of calls that no filter sees.
-    428, 429, 430, 431, 432, 433,  // Mounting, in its newer form,
-    442, 457, 458, 467,            // and what was added to it.
+    428, 429, 430, 431, 432, 433,  // The newer form of mounting.
+    442, 457, 458, 467,            // Later additions to mounting.
 };
 
 constexpr long kDecoding[] = {
-    // The open file and the pipes. A file can be opened for reading alone, below.
+    // These work on the open file and the pipes. A rule below lets files be opened for reading only.
     SYS_read,
     SYS_pread64,
     SYS_readv,
@@ -54,7 +54,7 @@ constexpr long kDecoding[] = {
     SYS_ppoll,
     SYS_pselect6,
     SYS_fadvise64,
-    // What is told of files.
+    // These tell facts of files.
     SYS_newfstatat,
     SYS_fstat,
     SYS_statx,
@@ -65,7 +65,7 @@ constexpr long kDecoding[] = {
     SYS_getcwd,
     SYS_statfs,
     SYS_fstatfs,
-    // Memory and threads. A new process is none of them, below.
+    // These are for memory and threads. A rule below excludes new processes.
     SYS_mmap,
     SYS_mprotect,
     SYS_munmap,
@@ -85,7 +85,7 @@ constexpr long kDecoding[] = {
     SYS_sched_getscheduler,
     SYS_sched_get_priority_max,
     SYS_sched_get_priority_min,
-    // Its own signals and time.
+    // These are for its own signals and time.
     SYS_rt_sigaction,
     SYS_rt_sigprocmask,
     SYS_rt_sigreturn,
@@ -100,7 +100,7 @@ constexpr long kDecoding[] = {
     SYS_setitimer,
     SYS_getitimer,
     SYS_getrusage,
-    // Who it is.
+    // These tell who it is.
     SYS_getpid,
     SYS_getppid,
     SYS_gettid,
@@ -114,7 +114,7 @@ constexpr long kDecoding[] = {
     SYS_uname,
     SYS_sysinfo,
     SYS_getrandom,
-#ifdef SYS_stat  // The older forms of some machines.
+#ifdef SYS_stat  // Only some machines have the older forms.
     SYS_stat,
     SYS_lstat,
     SYS_access,
@@ -131,12 +131,12 @@ constexpr long kDecoding[] = {
 #endif
 };
 
-/// To look for leaks a sanitizer stops the process from a copy of it.
+/// To look for leaks, a sanitizer stops the process from a copy of it.
 constexpr long kSanitizing[] = {SYS_ptrace, SYS_wait4, SYS_process_vm_readv, SYS_personality, SYS_prctl};
 
-/// What a converter with processes and files of its own has no use for.
+/// Calls that a converter with its own processes and files does not need.
 constexpr long kDepths[] = {
-    // Looks into other processes, and signals to them.
+    // These look into other processes, and send them signals.
     SYS_ptrace,
     SYS_process_vm_readv,
     SYS_process_vm_writev,
@@ -155,7 +155,7 @@ constexpr long kDepths[] = {
     SYS_sched_setattr,
     SYS_migrate_pages,
     SYS_move_pages,
-    // What programs of one user share.
+    // Programs of one user share memory by these.
     SYS_shmget,
     SYS_shmat,
     SYS_shmctl,
@@ -169,11 +169,11 @@ constexpr long kDepths[] = {
     SYS_msgctl,
     SYS_mq_open,
     SYS_mq_unlink,
-    // Files by other ways than names.
+    // These reach files in other ways than by name.
     SYS_name_to_handle_at,
     SYS_open_by_handle_at,
     SYS_execveat,
-    // The system itself.
+    // These change the system itself.
     SYS_mount,
     SYS_umount2,
     SYS_pivot_root,
@@ -220,15 +220,15 @@ void allowDecoding(CallFilter& calls) {
 #ifdef SYS_open
     calls.allowIfNoneOfTheBits(SYS_open, 1, kWrites);
 #endif
-    // Threads are no processes. What the newer call is asked for lies in memory, where no filter sees it.
+    // Threads are not processes. The arguments of the newer call are in memory, where no filter sees them.
     calls.hide(kClone3);
     if constexpr (kSanitized) calls.allowIfNoneOfTheBits(SYS_clone, 0, kNewSpaces);
     calls.allowIfABitOf(SYS_clone, 0, CLONE_THREAD);
-    // Of itself alone: limits can be set for other processes too.
+    // It may set limits only for itself, not for other processes.
     calls.allowIfOneOf(SYS_prlimit64, 0, {0});
-    // Not who gets the signals of a descriptor.
+    // It may not change who gets the signals of a descriptor.
     calls.allowIfOneOf(SYS_fcntl, 1, {F_DUPFD, F_DUPFD_CLOEXEC, F_GETFD, F_SETFD, F_GETFL, F_SETFL});
-    // Not to type into a terminal, nor the flags of a file.
+    // It may neither type into a terminal nor change the flags of a file.
     calls.allowIfOneOf(SYS_ioctl, 1, {TCGETS, FIONREAD, FIOCLEX, FIONCLEX, TIOCGWINSZ});
     calls.allowIfOneOf(SYS_prctl, 0, {PR_SET_NAME, PR_GET_NAME, PR_GET_DUMPABLE, PR_SET_PDEATHSIG});
 }
@@ -249,7 +249,7 @@ void refuseDepths(CallFilter& calls) {
     calls.refuseIfOneOf(SYS_fcntl, 1, {F_SETOWN, F_SETOWN_EX, F_SETSIG});
     calls.refuseIfOneOf(SYS_ioctl, 1, {TIOCSTI, TIOCLINUX, TIOCSCTTY, TIOCSETD, FIOSETOWN, SIOCSPGRP});
     calls.allowIfOneOf(SYS_socket, 0, {AF_UNIX});
-    // The office offers itself to later starts by a socket in /tmp, and ends where it cannot.
+    // The office program waits for later starts with a socket in /tmp, and would end if it could not.
     calls.pretend({SYS_bind, SYS_listen});
     calls.allowOthers();
 }
@@ -283,7 +283,7 @@ ForeignConfinement::ForeignConfinement(const std::string& program, const std::st
     allowLibraries(files_, Use::kRun);
     files_.allow(program, Use::kRun);
     if (home.empty()) return;
-    // What is unpacked anywhere has its libraries beside it.
+    // An unpacked program has its libraries beside it.
     std::error_code none;
     files_.allow(std::filesystem::canonical(program, none).parent_path().string(), Use::kRun);
     files_.allow(home, Use::kAll);
@@ -310,7 +310,7 @@ void confineHelper(std::uint64_t bytes) {
     const FileConfinement files;
     allowLibraries(files, Use::kRead);
     CallFilter calls;
-    // abort() sends its signal so.
+    // abort() sends its signal in this way.
     calls.allowIfOneOf(SYS_tgkill, 0, {static_cast<std::uint32_t>(::getpid())});
     allowDecoding(calls);
     refuseRest(calls);

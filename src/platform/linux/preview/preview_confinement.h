@@ -1,7 +1,7 @@
-// What programs that look at a stranger's file are forbidden before they read the first byte of it: our own
-// helpers by themselves, others between the fork and their start.
+// Confines programs that read files from strangers, before they read the first byte: our own helpers do it
+// themselves, for others it is done between fork and start.
 //
-// Files are kept away by the system's Landlock (file_confinement.h), which a system may lack.
+// The system's Landlock (file_confinement.h), which a system may lack, restricts the files.
 #pragma once
 
 #include <cstdint>
@@ -12,24 +12,24 @@
 
 namespace hl {
 
-/// Only what decoding takes is allowed: memory, threads, the open file, and to read the system's libraries
-/// and fonts. All else fails with EPERM, or ENOSYS if it is newer. abort() works. Memory is limited to
-/// `bytes` of address space, but with a sanitizer in the program, which also needs some calls more. Of the
-/// whole process, for good; descriptors that were open for writing stay so. Ends the process if the system
-/// refuses.
+/// Confines the whole process for good. It allows only what decoding needs: memory, threads, the open file,
+/// and reading the system's libraries and fonts. All else fails with EPERM, or with ENOSYS if it is newer.
+/// abort() works. Memory is limited to `bytes` of address space, except with a sanitizer, which also needs
+/// some more calls. Descriptors that were open for writing stay so. Ends the process if the system refuses.
 void confineHelper(std::uint64_t bytes);
 
-/// Of a program that is not ours. Made before the fork.
+/// The confinement of a program that is not ours. It is made before the fork.
 class ForeignConfinement {
   public:
-    /// With no `home` it gets what a helper of ours gets, and may start. With one it may also start
-    /// processes, and write below that folder; what traces other processes, signals them by kill(), shares
-    /// memory with them, or reaches the network or the depths of the system fails with EPERM. It may signal
-    /// their threads by tgkill() where Landlock does not keep it from that.
+    /// Without `home` the program may do what our helpers may, and start. With `home` it may also start
+    /// processes, and write below that folder. Tracing other processes, signalling them by kill(), sharing
+    /// memory with them, and reaching the network or the system's internals fails with EPERM. It may signal
+    /// their threads by tgkill() unless Landlock prevents that.
     ForeignConfinement(const std::string& program, const std::string& home);
-    // In the child, one after the other. They allocate nothing, and are false if the system refuses.
+    // These are called in the child, in this order. They allocate nothing, and return false if the system
+    // refuses.
     bool enterFiles() const;
-    /// As the last thing before it starts the program.
+    /// Must be the last call before the program is started.
     bool enterCalls() const;
 
   private:
@@ -37,11 +37,11 @@ class ForeignConfinement {
     FileConfinement files_;
 };
 
-/// `seconds` more of the processor, counted from now; the process ends when they are used up.
+/// Allows `seconds` more of processor time from now on; after that the process ends.
 void allowSeconds(unsigned seconds);
 
-/// The process ends when its own code has used the processor for so long from now on; time in the system
-/// does not count.
+/// Ends the process when its own code has used that much processor time from now on; time in the system does
+/// not count.
 void endAfter(unsigned milliseconds);
 
 }  // namespace hl

@@ -45,7 +45,7 @@ class LinuxOpenFile final : public OpenFile {
     std::uint64_t size_;
 };
 
-/// The first `bytes` of the file into `memory`. System error code.
+/// Copies the first `bytes` of the file into `memory`. Returns a system error code.
 int copyBeginning(const OpenFile& file, const Descriptor& memory, std::uint64_t bytes,
                   const std::atomic<bool>& dropped) {
     std::string block(std::size_t{256} << 10, '\0');
@@ -68,20 +68,20 @@ std::unique_ptr<OpenFile> makeOpenFile(Descriptor file, std::uint64_t size) {
     return std::make_unique<LinuxOpenFile>(std::move(file), size);
 }
 
-// To open what is no regular file would let a writer go on, or wind a tape back.
+// Only a regular file is opened, because opening anything else could wake a writer, or rewind a tape.
 std::unique_ptr<OpenFile> openForPreview(const std::string& path, int& error) {
     struct stat facts {};
     error = ::stat(path.c_str(), &facts) != 0 ? errno : 0;
     if (error != 0 || !S_ISREG(facts.st_mode)) return nullptr;
     Descriptor file = openToLook(path);
     error = !file.isOpen() || ::fstat(file.number(), &facts) != 0 ? errno : 0;
-    // It may be another one by now.
+    // It may be another file by now.
     if (error != 0 || !S_ISREG(facts.st_mode)) return nullptr;
     return makeOpenFile(std::move(file), static_cast<std::uint64_t>(facts.st_size));
 }
 
-/// One file that is wanted. The helper writes `error` and `file` before it tells the event; the logic reads
-/// them after that, and only then.
+/// A file that is wanted. The helper sets `error` and `file` before it signals the event; only after that the
+/// logic reads them.
 struct PreviewOpenings::Request {
     std::string path;
     bool beginning = false;
@@ -90,7 +90,7 @@ struct PreviewOpenings::Request {
     int error = 0;
     std::unique_ptr<OpenFile> file;
 
-    /// The file itself is closed here, too: that may hang like anything else.
+    /// The file itself is also closed here, because closing may hang as well.
     void open() {
         const auto there = openForPreview(path, error);
         if (!there) return;
@@ -158,7 +158,7 @@ void PreviewOpenings::work(Desk& desk) {
         lock.unlock();
         try {
             if (!request->dropped) request->open();
-        } catch (...) {  // No memory; there is nobody on this thread to tell.
+        } catch (...) {  // There is no memory; nobody on this thread could be told.
             request->error = ENOMEM;
         }
         request->tell();

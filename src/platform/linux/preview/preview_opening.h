@@ -1,5 +1,5 @@
-// Opens files for the preview on disks that may not answer. Thread of the logic only; one helper a disk stays
-// behind it.
+// Opens files for the preview on disks that may not answer. For the thread of the logic only; each disk has
+// one helper thread.
 #pragma once
 
 #include <cstdint>
@@ -15,16 +15,18 @@ class Descriptor;
 
 std::unique_ptr<OpenFile> makeOpenFile(Descriptor file, std::uint64_t size);
 
-/// The file, opened for a look. Null with the system's error code, or with 0 for what is no regular file.
+/// Opens the file without changing its time of access. Returns null with the system's error code, or with 0
+/// if it is no regular file.
 std::unique_ptr<OpenFile> openForPreview(const std::string& path, int& error);
 
 class PreviewOpenings {
   public:
-    /// Larger files are not read whole.
+    /// Larger files are not read completely.
     static constexpr std::uint64_t kMostBytes = std::uint64_t{64} << 20;
     static constexpr std::uint64_t kBeginning = std::uint64_t{1} << 20;
 
-    /// What was asked of the same disk before is dropped: nobody looks at it any more.
+    /// Begins to open a file. Earlier requests for the same disk are dropped, since nobody waits for them any
+    /// more.
     std::unique_ptr<PreviewOpening> begin(std::uint64_t disk, const std::string& path, bool beginning);
 
   private:

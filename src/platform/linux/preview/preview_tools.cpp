@@ -136,7 +136,7 @@ std::string LinuxPreviewTools::command(const std::string& name) {
         const std::size_t end = std::min(rest.find(':'), rest.size());
         const std::string_view folder = rest.substr(0, end);
         rest.remove_prefix(std::min(end + 1, rest.size()));
-        // A relative folder would find what lies beside the file.
+        // A relative folder would find what is beside the file.
         if (!folder.starts_with('/')) continue;
         if (std::string path = std::string(folder) + "/" + name; isProgram(path)) return path;
     }

@@ -1,4 +1,4 @@
-// The preview's files and helper processes on Linux.
+// The preview's files and helper processes on Linux. For the thread of the logic.
 #pragma once
 
 #include <sys/types.h>
@@ -14,9 +14,10 @@ namespace hl {
 
 class LinuxPreviewTools final : public PreviewTools {
   public:
-    /// `programFolder` has the helpers and modules, `path` the folders of commands with a colon between them.
-    /// Private folders are made below `temporary`; with an empty one, below /tmp. `cache`: cacheFolder().
-    /// `disks`, which outlives this, tells which disks may not answer; with null all are trusted to.
+    /// `programFolder` has the helpers and modules, `path` the folders of commands, separated by colons.
+    /// Private folders are made below `temporary`, or below /tmp if that is empty. `cache` is returned by
+    /// cacheFolder(). `disks`, which must outlive this object, tells which disks may not answer; null means
+    /// that all do.
     LinuxPreviewTools(std::string programFolder, std::string path, std::string temporary,
                       std::string cache = {}, SilentDisks* disks = nullptr);
     ~LinuxPreviewTools() override;
@@ -33,8 +34,8 @@ class LinuxPreviewTools final : public PreviewTools {
     std::string cacheFolder() const override { return cache_; }
     void* moduleFunction(const std::string& module, const char* function, std::string& reason) override;
 
-    /// Processes that were killed and have not ended yet: one that waits for a dead disk may take long. They
-    /// are looked at with each start.
+    /// Returns how many killed processes have not ended yet: one that waits for a dead disk may take long.
+    /// Each start looks at them again.
     std::size_t ending() const { return ending_.size(); }
 
   private:

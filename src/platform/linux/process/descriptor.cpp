@@ -92,8 +92,7 @@ int writeAll(int file, std::string_view bytes) {
 
 int readAll(int file, std::size_t limit, std::string& out) {
     constexpr std::size_t kBuffer = 65536;
-    const auto buffer = std::make_unique_for_overwrite<char[]>(kBuffer);  // It is on the heap because the
-                                                                          // stack may be small.
+    const auto buffer = std::make_unique_for_overwrite<char[]>(kBuffer);  // The stack may be small.
     for (std::size_t total = 0;;) {
         const std::size_t room = limit - total;
         const std::size_t wanted = room < kBuffer ? room + 1 : kBuffer;

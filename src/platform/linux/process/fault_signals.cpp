@@ -3,9 +3,9 @@
 //   - it is a bad access or a failed division, raised by an instruction and not sent by a process;
 //   - a guarded routine runs on this thread, so that a trap waits;
 //   - the instruction is in our own text, the program's or that of one of its modules: a library may hold a
-// lock, and has no tables for unwinding from there;
+//   lock, and has no tables for unwinding from there;
 //   - no call of a library is between it and the innermost guarded routine: a toolkit that called us would
-// not be cleaned up on the way;
+//   not be cleaned up on the way;
 //   - no other exception is on its way on this thread;
 //   - the address is not near the stack pointer: then the stack is used up and unwinding would need more of
 //   it.

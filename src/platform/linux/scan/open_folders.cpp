@@ -9,8 +9,7 @@
 namespace hl {
 
 namespace {
-constexpr unsigned kMostLevelsAtOnce = 1000;  // This keeps a path of ".." below the kernel's limit of 4096
-                                              // bytes.
+constexpr unsigned kMostLevelsAtOnce = 1000;  // Keeps a path of ".." below the kernel's limit of 4096 bytes.
 }
 
 bool isShortage(int result) {

@@ -54,8 +54,7 @@ class Folder {
     std::uint32_t depth_ = 0;
     std::uint32_t linksAbove_ = 0;
     std::uint32_t references_ = 1;
-    std::uint32_t needs_ = 0;  ///< The number of things below it still to be opened, or of entries to be
-                               ///< read.
+    std::uint32_t needs_ = 0;  ///< Things below it still to be opened, or entries to be read.
     std::uint32_t pins_ = 0;   ///< The number of threads that are using the descriptor.
     int descriptor_ = -1;
     int lost_ = 0;  ///< The error that ended the attempts to open it again.

@@ -130,8 +130,7 @@ class ReadAheadCore : public std::enable_shared_from_this<ReadAheadCore> {
     std::condition_variable workThere_;    ///< Helpers wait here for items.
     std::condition_variable retiredWait_;  ///< Helpers beyond the wanted number wait here.
     std::condition_variable frontThere_;   ///< The walk waits here.
-    std::condition_variable helperEnded_;  ///< leave() waits here until a helper has ended, or is where it
-                                           ///< can hang.
+    std::condition_variable helperEnded_;  ///< leave() waits here until helpers have ended or may hang.
     OpenFolders folders_;
     WayDown wayDown_;
     Folder* root_ = nullptr;  ///< The source; from it every folder can be found again by name.
@@ -142,8 +141,7 @@ class ReadAheadCore : public std::enable_shared_from_this<ReadAheadCore> {
     unsigned idleHelpers_ = 0;
     bool walkWaits_ = false;
     std::atomic<bool> stopped_ = false;
-    int slowness_ = 0;  ///< 0 if all comes from the cache; else how many helpers the reads are worth: see
-                        ///< judge().
+    int slowness_ = 0;  ///< 0 if all comes from the cache; else the helpers that the reads are worth.
     unsigned wantedHelpers_ = 0;
     unsigned mostHelpers_ = ~0U;  ///< Reduced once the system refused a thread.
     std::uint64_t blocksRead_ = 0;

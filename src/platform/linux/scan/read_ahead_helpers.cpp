@@ -60,8 +60,7 @@ void ReadAheadCore::startHelpers() {
             helpers_.push_back(std::move(reader));
         }
     } catch (const std::exception&) {
-        mostHelpers_ = static_cast<unsigned>(helpers_.size());  // There are no more threads, or there is no
-                                                                // memory.
+        mostHelpers_ = static_cast<unsigned>(helpers_.size());  // No more threads, or no memory.
     }
 }
 
