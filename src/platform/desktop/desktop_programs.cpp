@@ -18,23 +18,23 @@ namespace {
 
 using Programs = std::vector<DesktopProgram>;
 
-/// Beyond that many files their names alone tell their types: none is opened.
+/// With more files than this their types come from their names alone; none is opened.
 constexpr std::size_t kMostLookedInto = 200;
 
-/// What opening a file depends on. Of a link, what it leads to.
+/// What opening a file depends on; for a link, the facts of its target.
 struct FileKind {
     std::string type;  ///< "text/plain", "inode/directory"
     bool regular = false;
-    bool mayRun = false;  ///< By its permissions and its file system.
+    bool mayRun = false;  ///< Its permissions and its file system allow running it.
 };
 
-/// By the machine's own file system: what is mounted by the desktop itself has a path there too, and asking
-/// for more would start services of the desktop.
+/// Uses the machine's own file system: what the desktop itself mounts has a path there too, and asking for
+/// more would start services of the desktop.
 Owned<GFile> fileAt(const std::string& path) {
     return Owned<GFile>(g_vfs_get_file_for_path(g_vfs_get_local(), path.c_str()));
 }
 
-/// Nothing if there is no such file, or a link that leads nowhere. What is no regular file is not opened.
+/// Returns nothing if there is no such file, or for a dangling link. Only a regular file is opened.
 std::optional<FileKind> lookAt(const std::string& path, bool lookInto) {
     const char* type =
         lookInto ? G_FILE_ATTRIBUTE_STANDARD_CONTENT_TYPE : G_FILE_ATTRIBUTE_STANDARD_FAST_CONTENT_TYPE;
@@ -50,14 +50,13 @@ std::optional<FileKind> lookAt(const std::string& path, bool lookInto) {
         g_file_info_get_attribute_boolean(info.get(), G_FILE_ATTRIBUTE_ACCESS_CAN_EXECUTE) != FALSE};
 }
 
-/// The same; nothing, too, if the disk does not answer.
+/// Looks as lookAt does; returns nothing, too, if the disk does not answer.
 std::optional<FileKind> kindOf(Patience* patience, const std::string& path, bool lookInto = true) {
     return ask<std::optional<FileKind>>(patience, path, std::nullopt,
                                         [path, lookInto] { return lookAt(path, lookInto); });
 }
 
-/// The user's own environment: what our libraries must not see of it, or be told instead, is told to us
-/// alone.
+/// Makes the user's own environment: changes in it that are meant for our libraries are undone.
 Owned<GAppLaunchContext> usersEnvironment() {
     constexpr const char* kBus = "DBUS_SESSION_BUS_ADDRESS";
     Owned<GAppLaunchContext> context(g_app_launch_context_new());
@@ -88,7 +87,8 @@ void addProgram(GAppInfo* program, Programs& programs) {
     programs.push_back({std::move(id), gioText(g_app_info_get_display_name(program))});
 }
 
-/// The desktop's own choice, then those for the very type, then those for what it is a kind of.
+/// Returns first the desktop's own choice, then the programs for exactly this type, then those for more
+/// general types.
 Programs programsForType(const std::string& type) {
     Programs programs;
     addProgram(Owned<GAppInfo>(g_app_info_get_default_for_type(type.c_str(), FALSE)).get(), programs);
@@ -110,7 +110,7 @@ bool isOneOf(const std::string& type, std::initializer_list<const char*> kinds) 
                        [&](const char* kind) { return g_content_type_is_a(type.c_str(), kind) != FALSE; });
 }
 
-/// What runs by the program that is set for it, whatever its permissions.
+/// Tells whether the program set for the file runs what is in it, whatever the file's permissions.
 bool runsByItsProgram(const std::string& path, const std::string& type) {
     return path.ends_with(".desktop") ||
            isOneOf(type, {"application/x-desktop", "application/x-ms-dos-executable",
@@ -118,7 +118,7 @@ bool runsByItsProgram(const std::string& path, const std::string& type) {
                           "application/vnd.microsoft.portable-executable"});
 }
 
-/// Where every file may be run (as on a stick with FAT), a text is a script only by its first characters.
+/// If every file may be run (as on a stick with FAT), a text is a script only by its first characters.
 bool namesItsInterpreter(const std::string& path) {
     const auto file = fileAt(path);
     const Owned<GFileInputStream> stream(g_file_read(file.get(), nullptr, nullptr));
@@ -136,8 +136,8 @@ std::string folderOf(const std::string& path) {
 
 }  // namespace
 
-// What the desktop puts below GIO for files that are elsewhere waits for the session bus without end, and GIO
-// asks for it even where a file is known to be here. It is chosen once, at the first question.
+// For files elsewhere, the desktop's extension of GIO waits for the session bus without end, and GIO asks it
+// even if a file is known to be here. GIO chooses the extension once, at the first question.
 DesktopPrograms::DesktopPrograms(Patience* patience) : patience_(patience) {
     constexpr const char* kChoice = "GIO_USE_VFS";
     const char* before = g_getenv(kChoice);

@@ -1,4 +1,5 @@
-// The programs of a freedesktop desktop, by GIO, and its file manager, by D-Bus.
+// The programs of a freedesktop desktop, through GIO, and its file manager, through D-Bus. For the thread of
+// the logic.
 #pragma once
 
 #include "platform/desktop.h"
@@ -8,8 +9,8 @@ namespace hl {
 
 class DesktopPrograms final : public Desktop {
   public:
-    /// To be made before there are threads that look at the environment: it is changed for a moment.
-    /// `patience` (may be null: all disks answer) outlives it.
+    /// Must be made before there are threads that read the environment, which is changed for a moment.
+    /// `patience` (null if all disks answer) must outlive it.
     explicit DesktopPrograms(Patience* patience = nullptr);
     OpenResult open(const std::string& path) override;
     std::vector<DesktopProgram> programsFor(const std::vector<std::string>& paths, std::size_t most) override;

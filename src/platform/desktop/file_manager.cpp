@@ -10,7 +10,7 @@ constexpr int kPatienceMs = 1000;
 constexpr const char* kService = "org.freedesktop.FileManager1";
 constexpr const char* kObject = "/org/freedesktop/FileManager1";
 
-/// One wait for the bus, in a context of its own: nothing else of the program runs meanwhile.
+/// One wait for the bus, in a context of its own, so that nothing else of the program runs meanwhile.
 struct BusWait {
     Owned<GCancellable> patience{g_cancellable_new()};
     Owned<GDBusConnection> connection;
@@ -46,7 +46,8 @@ bool ranOutOfTime(const GError& error) {
            g_error_matches(&error, G_DBUS_ERROR, G_DBUS_ERROR_TIMEOUT) != FALSE;
 }
 
-/// (URLs of the files, no id of a started program), as both methods take it. Floating.
+/// Returns the arguments that both methods take: the URLs of the files, and no id of a started program. The
+/// value is floating.
 GVariant* argumentsFor(const std::vector<std::string>& paths) {
     std::vector<GVariant*> urls;
     urls.reserve(paths.size());

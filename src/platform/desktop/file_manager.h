@@ -1,6 +1,6 @@
-// The session's bus, and the file manager behind it.
+// The session bus, and the file manager behind it.
 //
-// Thread of the logic only. To be included before any header of Qt, as gio_owned.h.
+// For the thread of the logic only. Must be included before any header of Qt, like gio_owned.h.
 #pragma once
 
 #include <string>
@@ -10,14 +10,14 @@
 
 namespace hl {
 
-/// Held while something is done with it: a bus that goes away meanwhile does not end the program.
+/// Must be held while the bus is used: then the program survives if the bus goes away.
 class SessionBus {
   public:
-    /// Waits for it for a second at most. None is started where there is none.
+    /// Waits for the bus a second at most. If there is none, none is started.
     SessionBus();
-    /// Null if there is none.
+    /// Returns null if there is no bus.
     GDBusConnection* connection() const { return connection_.get(); }
-    /// It is there and says nothing. Whoever asks it, in whatever library, waits for long.
+    /// Tells that the bus exists but does not answer. Whoever uses it, in whatever library, waits for long.
     bool silent() const { return silent_; }
 
   private:
@@ -26,12 +26,12 @@ class SessionBus {
 };
 
 enum class Ask {
-    kShowItems,           ///< A window with these files selected.
-    kShowItemProperties,  ///< Its window with their properties.
+    kShowItems,           ///< Opens a window with these files selected.
+    kShowItemProperties,  ///< Opens the window with their properties.
 };
 
-/// False if there is no file manager that does it. One that has not answered within a second is still
-/// starting, and counts as one that does. REQUIRES: absolute paths.
+/// Returns false if no file manager can do it. One that has not answered within a second is still starting,
+/// and counts as able. REQUIRES: absolute paths.
 bool askFileManager(const SessionBus& bus, Ask what, const std::vector<std::string>& paths);
 
 }  // namespace hl

@@ -1,4 +1,4 @@
-// What GLib and GIO hand out, owned. To be included before any header of Qt, for which `signals` is a
+// Owns what GLib and GIO hand out. Must be included before any header of Qt, for which `signals` is a
 // keyword.
 #pragma once
 
@@ -15,14 +15,14 @@ struct GioRelease {
     void operator()(GVariant* value) const { g_variant_unref(value); }
     void operator()(GMainContext* context) const { g_main_context_unref(context); }
     void operator()(GSource* source) const { g_source_unref(source); }
-    /// A list that owns its objects.
+    /// Releases a list that owns its objects.
     void operator()(GList* objects) const { g_list_free_full(objects, g_object_unref); }
 };
 
 template <typename T>
 using Owned = std::unique_ptr<T, GioRelease>;
 
-/// Empty for null.
+/// Returns an empty text for null.
 inline std::string gioText(const char* text) {
     return text != nullptr ? text : "";
 }

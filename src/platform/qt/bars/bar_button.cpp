@@ -25,7 +25,7 @@ void BarButton::keyPressEvent(QKeyEvent* event) {
     });
 }
 
-/// Styles mark what is checked by a shade alone, which a dark palette swallows.
+/// Styles mark a checked button only by a shade, which is invisible in a dark palette.
 void BarButton::paintEvent(QPaintEvent* event) {
     qtGuard(events_, "BarButton::paintEvent", [&] {
         if (!isChecked()) return QToolButton::paintEvent(event);

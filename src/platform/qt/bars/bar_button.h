@@ -1,4 +1,4 @@
-// A button of a bar.
+// A button of a bar. For the window's thread.
 #pragma once
 
 #include <QToolButton>
@@ -7,7 +7,7 @@
 
 namespace hl {
 
-/// Opens its list also with the Down key, as a combo box does, and shows that it is checked in any palette.
+/// Opens its list with the Down key, too, as a combo box does, and shows in any palette that it is checked.
 class BarButton final : public QToolButton {
   public:
     BarButton(WindowEvents& events, QWidget* parent);

@@ -28,7 +28,7 @@ BarEdit::BarEdit(CommandBar& bar, const BarEntry& entry, WindowEvents& events, W
     });
 }
 
-/// Some dark palettes come without a colour for the hint, and then have a dark one.
+/// Some dark palettes have no colour for the hint, which is then dark.
 void BarEdit::showHint() {
     QPalette own = palette();
     for (const auto group : {QPalette::Active, QPalette::Inactive, QPalette::Disabled}) {
@@ -39,7 +39,7 @@ void BarEdit::showHint() {
     setPalette(own);
 }
 
-// A menu and another window give the focus back.
+// When a menu or another window closes, the focus comes back.
 void BarEdit::focusOutEvent(QFocusEvent* event) {
     qtGuard(events_, "BarEdit::focusOutEvent", [&] {
         QLineEdit::focusOutEvent(event);
@@ -53,7 +53,7 @@ void BarEdit::keyPressEvent(QKeyEvent* event) {
         QLineEdit::keyPressEvent(event);
         const int key = handledKey(*event);
         if (key == 0) return;
-        // Return would go on to a default button, or close the menu that the box stands in.
+        // Otherwise Return would reach a default button, or close the menu that contains the box.
         if (key == kKeyReturn) event->accept();
         within_([&] { events_.editKeyDown(bar_.id(), id_, key); });
     });

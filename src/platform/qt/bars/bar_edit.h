@@ -1,4 +1,4 @@
-// An edit box of a bar.
+// An edit box of a bar. For the window's thread.
 #pragma once
 
 #include <QLineEdit>
@@ -9,13 +9,14 @@
 
 namespace hl {
 
-/// What is typed goes into the entry first and is told then.
+/// Text that is typed is stored in the entry first and reported then.
 class BarEdit final : public QLineEdit {
   public:
-    /// Runs what tells the logic, which may take long and build the bar anew meanwhile.
+    /// Runs what tells the logic; that may take long, and the bar may be built anew meanwhile.
     using Within = std::function<void(const std::function<void()>&)>;
 
-    /// `bar` outlives it. `entry` need not. `clear` names the button that empties it, for assistive tools.
+    /// `bar` must outlive it; `entry` need not. `clear` names the button that empties it, for assistive
+    /// tools.
     BarEdit(CommandBar& bar, const BarEntry& entry, WindowEvents& events, Within within, const QString& clear,
             QWidget* parent);
 

@@ -6,7 +6,7 @@ namespace hl {
 
 namespace {
 
-/// Fills one row after the other; a row's heights are settled when it is full.
+/// Fills one row after the other; the heights in a row are set when it is full.
 class Filler {
   public:
     Filler(const std::vector<FlowItem>& items, int width, const FlowRule& rule)
@@ -26,7 +26,7 @@ class Filler {
         return finished();
     }
 
-    /// One row: what has no room gets no place, and the button behind which it is has one.
+    /// Makes one row: an item without room gets no place, and the button that shows the rest gets one.
     Flow clipped() {
         bool full = false;
         end_ = width_ - rule_.margin - rule_.extensionWidth;
@@ -39,7 +39,7 @@ class Filler {
                 full = true;
             }
         }
-        // Where no item has room, the row is as high as the highest, for the button that has them all.
+        // If no item has room, the row is as high as the highest item, for the button that shows them all.
         if (row_.empty()) {
             int highest = 0;
             for (const FlowItem& item : items_) highest = std::max(highest, item.size.height());
@@ -59,13 +59,13 @@ class Filler {
         return items_[i].beginGroup ? rule_.groupGap : rule_.spacing;
     }
 
-    /// Room for the item behind this one that must stay on its row.
+    /// Returns the room for the next item, if it must stay on the same row.
     int joinedBehind(std::size_t i) const {
         const bool joined = i + 1 < items_.size() && items_[i + 1].joined;
         return joined ? rule_.spacing + items_[i + 1].smallest : 0;
     }
 
-    /// Room that items must have which are never left out and still come.
+    /// Returns the room for later items that are never left out.
     int reservedBehind(std::size_t i) const {
         int room = 0;
         for (std::size_t later = i + 1; later < items_.size(); ++later)
@@ -98,7 +98,7 @@ class Filler {
         x_ = rule_.margin;
     }
 
-    /// Gives what the row has left to the first item that grows.
+    /// Gives the rest of the row to the first item that grows.
     void growInRow() {
         const int left = end() - x_;
         const auto grower =
@@ -127,7 +127,7 @@ class Filler {
     int end_ = -1;
 };
 
-/// Width of everything in one row, at its smallest.
+/// Returns the width of all items in one row, at their smallest.
 int smallestRow(const std::vector<FlowItem>& items, const FlowRule& rule) {
     int width = 2 * rule.margin;
     for (std::size_t i = 0; i < items.size(); ++i) {

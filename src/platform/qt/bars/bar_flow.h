@@ -1,5 +1,5 @@
-// Where the parts of a bar stand: in rows that wrap, or in one row with a button for what does not fit.
-// Pixels. No widget is touched here.
+// Computes the places of a bar's parts: in rows that wrap, or in one row with a button for what does not fit.
+// Lengths are in pixels. The functions are pure and touch no widget.
 #pragma once
 
 #include <QRect>
@@ -9,11 +9,11 @@
 namespace hl {
 
 struct FlowItem {
-    QSize size;        ///< What it would like to have.
-    int smallest = 0;  ///< Width down to which it may shrink.
+    QSize size;        ///< The size that it would like to have.
+    int smallest = 0;  ///< The smallest possible width.
     bool beginGroup = false;
-    bool joined = false;  ///< Stays on the row of the item before it, if a pixel is left there.
-    bool grows = false;   ///< Takes what its row has left, and always has a place.
+    bool joined = false;  ///< Stays on the row of the item before it if any pixel is left there.
+    bool grows = false;   ///< Takes the rest of its row, and always has a place.
 };
 
 struct FlowRule {
@@ -25,13 +25,13 @@ struct FlowRule {
 };
 
 struct Flow {
-    std::vector<QRect> places;      ///< One for each item; null for one that does not fit.
-    std::vector<QRect> separators;  ///< In the middle of each gap between groups, one pixel wide.
-    QRect extension;                ///< Null if everything fits.
+    std::vector<QRect> places;      ///< One for each item; null for an item that does not fit.
+    std::vector<QRect> separators;  ///< One pixel wide, in the middle of each gap between groups.
+    QRect extension;                ///< The place of the button that shows the rest; null if everything fits.
     int height = 0;
 };
 
-/// Nothing is ever wider than `width` or lost: an item that alone is too wide is cut to it.
+/// Never makes anything wider than `width` or loses an item: an item that is too wide by itself is cut to it.
 Flow flowOf(const std::vector<FlowItem>& items, int width, const FlowRule& rule);
 
 }  // namespace hl

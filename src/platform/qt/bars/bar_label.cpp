@@ -18,7 +18,7 @@ BarLabel::BarLabel(const QString& text, WindowEvents& events, QWidget* parent)
     setContentsMargins(4, 0, 6, 0);
 }
 
-// Both ends of a path say more than its middle.
+// The ends of a path say more than its middle.
 QString BarLabel::shown() const {
     return fontMetrics().elidedText(text(), Qt::ElideMiddle, contentsRect().width());
 }
@@ -26,7 +26,7 @@ QString BarLabel::shown() const {
 bool BarLabel::event(QEvent* event) {
     return qtGuard(events_, "BarLabel::event", [&] {
         if (event->type() != QEvent::ToolTip || shown() == text()) return QLabel::event(event);
-        // A name is never read as rich text.
+        // A name must never be read as rich text.
         QToolTip::showText(static_cast<QHelpEvent*>(event)->globalPos(),
                            QStringLiteral("<p style='white-space:pre'>") + text().toHtmlEscaped(), this);
         return true;

@@ -1,4 +1,4 @@
-// The title of a bar.
+// The title of a bar. For the window's thread.
 #pragma once
 
 #include <QLabel>
@@ -7,10 +7,10 @@
 
 namespace hl {
 
-/// Bold. What has no room ends in an ellipsis, and is told whole when it is pointed at.
+/// A bold text. If it does not fit, it is cut in the middle with an ellipsis, and a tooltip shows all of it.
 class BarLabel final : public QLabel {
   public:
-    /// `events` outlives it.
+    /// `events` must outlive it.
     BarLabel(const QString& text, WindowEvents& events, QWidget* parent);
 
   protected:

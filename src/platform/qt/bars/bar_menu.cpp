@@ -50,7 +50,7 @@ void BarMenu::focusWhenOpen(int id) {
     for (QAction* action : actions()) {
         auto* holder = dynamic_cast<QWidgetAction*>(action);
         if (holder == nullptr || holder->data() != id) continue;
-        // The menu takes the keyboard as it opens.
+        // The menu takes the keyboard when it opens.
         QTimer::singleShot(0, holder, [this, holder] {
             qtGuard(context_.events, "BarMenu::focusWhenOpen", [&] {
                 if (!isVisible()) return;
@@ -61,7 +61,7 @@ void BarMenu::focusWhenOpen(int id) {
     }
 }
 
-/// What a split button without a place of its own does at a click is the first line of its list.
+/// The first line of the list does what a split button does when it is clicked outside of a menu.
 void BarMenu::addList(const BarEntry& entry) {
     auto* list = new BarMenu(context_, {}, this);
     BarEntry itself = entry;
@@ -80,14 +80,14 @@ void BarMenu::addList(const BarEntry& entry) {
 
 void BarMenu::show(QAction& action, const BarEntry& entry) const {
     const std::string& text = entry.caption.empty() ? entry.tooltip : entry.caption;
-    // Behind a tab a menu shows keys without taking them: that is for the window to do.
+    // Behind a tab a menu only shows keys; the window handles them.
     const QString keys = acceleratorOf(entry.key).toString(QKeySequence::NativeText);
     action.setText(captionText(text) + (keys.isEmpty() ? QString() : QLatin1Char('\t') + keys));
     action.setToolTip(qtText(entry.tooltip));
     action.setIcon(context_.icons.icon(entry.icon));
     action.setEnabled(entry.enabled);
     action.setVisible(entry.visible);
-    // A button that is down has a mark, too, but a click on it closes the menu.
+    // A pressed button has a mark, too, but a click on it closes the menu.
     action.setCheckable(entry.checked || action.property(kCheckBox).toBool());
     action.setChecked(entry.checked);
 }

@@ -1,4 +1,4 @@
-// The lists below split buttons, and the popups of a bar, as menus.
+// The lists below split buttons, and the popups of a bar, as menus. For the window's thread.
 #pragma once
 
 #include <QMenu>
@@ -11,11 +11,11 @@
 
 namespace hl {
 
-/// A menu in which check boxes can be switched one after another: a click on one, or Space, leaves it open.
-/// Every action carries the id of its entry as its data.
+/// A menu that stays open when a check box in it is clicked, or switched with Space, so that several can be
+/// switched. The data of each action is the id of its entry.
 class BarMenu final : public QMenu {
   public:
-    /// What the entries need. Whatever tells the logic of a choice runs inside `within`.
+    /// What the entries need. Calls that tell the logic of a choice run inside `within`.
     struct Context {
         CommandBar& bar;
         IconStore& icons;
@@ -26,11 +26,11 @@ class BarMenu final : public QMenu {
 
     BarMenu(const Context& context, const std::vector<BarEntry>& entries, QWidget* parent);
 
-    /// Adds one entry at the end; an edit box as one that can be typed into.
+    /// Adds an entry at the end; an edit box can be typed into.
     void add(const BarEntry& entry);
-    /// To be called before it opens: what is typed then goes into this edit box.
+    /// Must be called before it opens: this edit box then gets what is typed.
     void focusWhenOpen(int id);
-    /// Shows the entries as they are now. Their number is as it was.
+    /// Shows the entries as they are now. Their number must not have changed.
     void sync();
     void syncEntry(const BarEntry& entry);
 

@@ -1,4 +1,4 @@
-// A menu that is made when it is opened. Thread of the window.
+// A menu that is made when it is opened. For the window's thread.
 #pragma once
 
 #include <vector>
@@ -10,7 +10,7 @@ class QWidget;
 
 namespace hl {
 
-/// Shows the entries at a place of the screen; the id of what was chosen, 0 if nothing was.
+/// Shows the entries at a place of the screen; returns the id of the chosen entry, 0 if none was chosen.
 int askWithMenu(QWidget* parent, const std::vector<MenuEntry>& entries, const QPoint& at);
 
 }  // namespace hl

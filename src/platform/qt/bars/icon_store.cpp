@@ -15,9 +15,9 @@ namespace hl {
 
 namespace {
 
-/// What a drawing has where the text's colour belongs.
+/// The drawings have this colour where the text's colour is wanted.
 constexpr const char* kInk = "#303030";
-/// Numbers below are pictures of rows.
+/// Smaller numbers are pictures of rows.
 constexpr int kFirstCommand = 100;
 constexpr qreal kDisabledOpacity = 0.4;
 
@@ -26,11 +26,11 @@ QColor inkFor(QIcon::Mode mode) {
     return palette.color(mode == QIcon::Selected ? QPalette::HighlightedText : QPalette::WindowText);
 }
 
-/// Draws an SVG anew for each size; QIcon and the style keep no pixmap of it, so a change of scale factor
-/// needs nothing.
+/// Draws an SVG anew for each size; neither QIcon nor the style caches a pixmap of it, so nothing is to be
+/// done when the scale factor changes.
 class SvgEngine final : public QIconEngine {
   public:
-    /// Without an `ink` it draws with that of the palette.
+    /// Without an `ink` it uses that of the palette.
     SvgEngine(QByteArray svg, std::optional<QColor> ink) : svg_(std::move(svg)), ink_(ink) {}
 
     void paint(QPainter* painter, const QRect& rect, QIcon::Mode mode, QIcon::State state) override {
@@ -43,7 +43,7 @@ class SvgEngine final : public QIconEngine {
             if (const auto found = drawn_.constFind(key); found != drawn_.constEnd()) return *found;
             return *drawn_.insert(key, draw(size, mode));
         } catch (...) {
-            return {};  // The toolkit, which calls this, lets no error through.
+            return {};  // The toolkit, which calls this, must not get an exception.
         }
     }
     QIconEngine* clone() const override { return new SvgEngine(svg_, ink_); }
@@ -69,7 +69,7 @@ class SvgEngine final : public QIconEngine {
     QHash<std::pair<int, int>, QPixmap> drawn_;
 };
 
-/// Null if the file cannot be read.
+/// Returns a null icon if the file cannot be read.
 QIcon iconOfFile(const std::string& path, std::optional<QColor> ink) {
     std::ifstream in(path, std::ios::binary);
     const std::string svg{std::istreambuf_iterator<char>(in), {}};

@@ -1,4 +1,5 @@
-// The program's pictures by number, sharp at every size and scale factor, in the colours of the palette.
+// The program's pictures by number, sharp at every size and scale factor, in the colours of the palette. For
+// the thread of the logic only.
 #pragma once
 
 #include <QColor>
@@ -10,22 +11,22 @@
 
 namespace hl {
 
-/// Pictures of rows come from the desktop's icon theme where that has them; all others are drawings of the
-/// program's own. Thread of the logic only.
+/// Pictures of rows are icons of the desktop's theme, if it has them; all others are drawings of the
+/// program's own.
 class IconStore {
   public:
-    /// `dataFolder` holds the drawings, in "icons".
-    /// `fileIcon`: name of the theme's icon for a number that platform/icons.h does not have; empty for none.
-    /// `ink`: what the drawings are drawn with in place of the palette's colour of text.
+    /// `dataFolder` holds the drawings, in "icons". `fileIcon` returns the theme's icon name for a number
+    /// that platform/icons.h does not have; empty for none. `ink` replaces the palette's text colour in
+    /// drawings.
     explicit IconStore(std::string dataFolder, std::function<std::string(int)> fileIcon = {},
                        std::optional<QColor> ink = {})
         : folder_(std::move(dataFolder) + "/icons/"), fileIcon_(std::move(fileIcon)), ink_(ink) {}
 
-    /// A null icon for a number that has no picture.
+    /// Returns a null icon for a number without a picture.
     QIcon icon(int number);
-    /// Of the program itself.
+    /// The icon of the program itself.
     QIcon programIcon();
-    /// To be called when the palette or the theme changes; icons handed out before keep their colours.
+    /// Must be called when the palette or the theme changes; icons handed out before keep their colours.
     void clear() { cache_.clear(); }
 
   private:

@@ -17,7 +17,7 @@ namespace {
 constexpr int kSmallestCharacters = 12;
 constexpr int kRowsOfList = 20;
 
-/// The toolkit's own has what stands in the box as its name, and so no name at all.
+/// The toolkit's own accessible object gives the box's text as its name, and so no real name.
 class SourceComboAccessible final : public QAccessibleWidget {
   public:
     explicit SourceComboAccessible(SourceComboBox& box)
@@ -57,7 +57,7 @@ class SourceComboAccessible final : public QAccessibleWidget {
     SourceComboBox& box_;
 };
 
-/// With Shift or Ctrl it cuts, or deletes a word.
+/// With Shift or Ctrl, Del cuts, or deletes a word.
 bool isDel(const QKeyEvent& event) {
     return event.key() == Qt::Key_Delete && (event.modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier;
 }
@@ -106,7 +106,7 @@ void SourceComboBox::setSources(const std::vector<ComboItem>& items, const std::
     setToolTip(shown);
 }
 
-/// Whether Del means the item and not its text: nobody is about to change that.
+/// Tells whether Del means the item and not its text, because nobody is editing the text.
 bool SourceComboBox::standsOnItem() const {
     const QLineEdit& edit = *lineEdit();
     const QString text = edit.text();
@@ -115,7 +115,7 @@ bool SourceComboBox::standsOnItem() const {
     return edit.cursorPosition() == 0 || edit.cursorPosition() == text.size();
 }
 
-/// The open list stands on the item behind it then.
+/// The open list then selects the next item.
 bool SourceComboBox::removeInList() {
     const int row = view()->currentIndex().row();
     if (!events_.comboRemove(row)) return false;
@@ -132,7 +132,7 @@ void SourceComboBox::keyPressEvent(QKeyEvent* event) {
     qtGuard(events_, "SourceComboBox::keyPressEvent", [&] {
         if (isDel(*event) && standsOnItem() && events_.comboRemove(currentIndex())) return;
         QComboBox::keyPressEvent(event);
-        // The box takes it for nothing; the window has a use for it.
+        // The box does nothing with it, but the window does.
         if (event->key() == Qt::Key_Escape) event->ignore();
         const int key = handledKey(*event);
         if (key != 0) events_.comboKeyDown(key);

@@ -1,4 +1,4 @@
-// The combo box of sources: a list with icons, and a place to type another name.
+// The combo box of sources: a list with icons, and a field to type another name. For the window's thread.
 #pragma once
 
 #include <QComboBox>
@@ -8,15 +8,15 @@
 
 namespace hl {
 
-/// Names longer than its list are cut in the middle there.
+/// Names that are longer than the list is wide are cut in the middle there.
 class SourceComboBox final : public QComboBox {
   public:
     SourceComboBox(IconStore& icons, WindowEvents& events);
 
-    /// Tells nothing. `selected` is -1 where `text` was typed.
+    /// Sets the sources without telling the logic. `selected` is -1 if `text` was typed.
     void setSources(const std::vector<ComboItem>& items, const std::string& text, int selected);
 
-    /// After a change of the palette.
+    /// Must be called after a change of the palette.
     void renewIcons();
 
   protected:

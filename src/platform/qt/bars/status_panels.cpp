@@ -7,7 +7,7 @@
 
 namespace hl {
 
-/// A label for texts that change many times a second: a new text repaints it and lays out nothing.
+/// A label for texts that change many times a second: a new text only repaints it and changes no layout.
 class StatusPanelBar::Panel final : public QWidget {
   public:
     Panel(WindowEvents& events, const char* name) : events_(events) {
@@ -54,7 +54,7 @@ void StatusPanelBar::setPanels(const StatusPanels& panels) {
     second_->setText(shownName(panels.second));
     second_->setVisible(panels.secondVisible);
     const bool all = panels.firstTakesAll || !panels.secondVisible;
-    // A fixed width only as far as there is room: the bar must not widen the window.
+    // The width is fixed only as far as there is room, because the bar must not widen the window.
     first_->setMaximumWidth(all ? QWIDGETSIZE_MAX : std::max(0, panels.firstWidth));
 }
 

@@ -1,4 +1,5 @@
 // The status bar with its two panels. Texts that do not fit are cut in the middle, where a path says least.
+// For the window's thread.
 #pragma once
 
 #include <QLabel>

@@ -36,8 +36,8 @@ QString tooltipOf(const BarEntry& entry) {
     return keys.isEmpty() ? text : text + QStringLiteral(" (") + keys + QLatin1Char(')');
 }
 
-/// With no texts below the icons, few entries have theirs beside the icon; the others tell it when they are
-/// pointed at.
+/// Without texts below the icons, only few entries have theirs beside the icon; the others show it as a
+/// tooltip.
 Qt::ToolButtonStyle styleOf(const BarEntry& entry, bool textBelow) {
     if (entry.icon == kNoIcon) return textBelow ? Qt::ToolButtonTextUnderIcon : Qt::ToolButtonTextOnly;
     if (textBelow) return Qt::ToolButtonTextUnderIcon;
@@ -62,7 +62,8 @@ ToolBar::ToolBar(CommandBar& bar, IconStore& icons, WindowEvents& events, QWidge
     bar_.attach(this);
 }
 
-// An edit box that has the focus tells of leaving it as it goes: the bar must still be one then.
+// An edit box with the focus reports that it is left when it is destroyed: the bar must still be complete
+// then.
 ToolBar::~ToolBar() {
     bar_.attach(nullptr);
     qDeleteAll(findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly));
@@ -87,7 +88,7 @@ void ToolBar::rebuild() {
     barChanged(bar_);
 }
 
-/// What was clicked may be on the stack, below a whole run; it goes when that is over.
+/// The object that was clicked may be on the stack, below a whole run; then it is deleted after that.
 void ToolBar::drop(QObject* old) {
     if (running_ > 0) {
         parked_.push_back(old);
@@ -192,7 +193,7 @@ void ToolBar::entryChanged(const CommandBar&, const BarEntry& entry) {
     }
     if (!moves) return;
     updateGeometry();
-    arrange();  // Last: whoever is told the new height may have the bar built anew.
+    arrange();  // This is done last, because whoever is told the new height may have the bar built anew.
 }
 
 void ToolBar::sync(Part& part, const BarEntry& entry) {
@@ -234,7 +235,8 @@ void ToolBar::addPlace(const BarEntry& entry, const Part& part, std::vector<Flow
         item.smallest = std::min(item.size.width(), kEditSmallest);
     }
     if (entry.kind == EntryKind::kLabel) {
-        // In the one row of a bar that clips, the buttons behind it say more than the end of a long label.
+        // In the single row of a bar that clips, the buttons after a label say more than the end of a long
+        // label.
         if (bar_.clips()) item.size.setWidth(std::min(item.size.width(), kLabelSmallest));
         item.smallest = std::min(item.smallest, kLabelSmallest);
     }
@@ -246,18 +248,18 @@ void ToolBar::addPlace(const BarEntry& entry, const Part& part, std::vector<Flow
     items.push_back(item);
 }
 
-/// `shown` takes the indexes of the parts that the places belong to.
+/// `shown` receives the indexes of the parts that the places belong to.
 Flow ToolBar::flow(int width, std::vector<std::size_t>* shown) const {
     std::vector<FlowItem> items;
     bool group = false;
     for (std::size_t i = 0; i < parts_.size(); ++i) {
         const BarEntry& entry = bar_.entries()[i];
-        // A group begins also where its first entry is hidden.
+        // A group begins even if its first entry is hidden.
         group = group || entry.beginGroup;
         if (parts_[i].widget == nullptr || !entry.visible) continue;
         addPlace(entry, parts_[i], items);
         items.back().beginGroup = std::exchange(group, false);
-        // The button that starts a search stays beside its text.
+        // The button that starts a search stays beside the search's text.
         items.back().joined = i > 0 && !entry.beginGroup && bar_.entries()[i - 1].kind == EntryKind::kEdit;
         if (shown != nullptr) shown->push_back(i);
     }
@@ -366,7 +368,7 @@ void ToolBar::within(const std::function<void()>& telling) {
     telling();
 }
 
-/// Qt has switched a check box at the click; what counts is what the command made of it.
+/// Qt has switched a check box at the click, but its command decides.
 void ToolBar::run(int id) {
     within([&] { events_.execute(bar_.id(), id); });
     const BarEntry* entry = bar_.find(id);
@@ -396,8 +398,8 @@ void ToolBar::focusEditBehind(int id) {
 void ToolBar::openPopup(int id, QPoint at) {
     for (const BarEntry& popup : bar_.popups()) {
         if (popup.id != id) continue;
-        // It lives until the next one: its command lets messages run, and the menu is still on the stack
-        // then.
+        // The menu exists until the next one is opened, because its command lets messages run while the menu
+        // is still on the stack.
         if (popup_ != nullptr) popup_->deleteLater();
         popup_ = new BarMenu(menuContext(), popup.list, this);
         popup_->exec(at);

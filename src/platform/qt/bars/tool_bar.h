@@ -1,4 +1,4 @@
-// A CommandBar as the window shows it.
+// Shows a CommandBar in the window. For the window's thread.
 #pragma once
 
 #include <QToolButton>
@@ -12,26 +12,26 @@
 
 namespace hl {
 
-/// Paints and clicks the entries of a bar and holds nothing of them: a click is told, and what it changes
-/// comes back through the bar. A check box is therefore switched by whoever executes its command.
+/// Paints the entries of a bar and handles clicks, but stores nothing: a click is reported, and its effects
+/// come back through the bar. So the command of a check box switches it.
 ///
-/// Entries that are added one after another are built in one go, before the bar is next measured or shown.
+/// Entries that are added one after another are built together, before the bar is next measured or shown.
 class ToolBar final : public QWidget, private BarObserver {
   public:
-    /// `bar` outlives it. `custom` is put where the entry of kind kCustom stands and becomes the bar's child;
-    /// null for none.
+    /// `bar` must outlive it. `custom` is shown in the place of the entry of kind kCustom and becomes the
+    /// bar's child; null for none.
     ToolBar(CommandBar& bar, IconStore& icons, WindowEvents& events, QWidget* custom = nullptr);
     ~ToolBar() override;
 
-    /// Presses an entry, wherever it stands; nothing happens if it is disabled, hidden or unknown.
+    /// Presses an entry, wherever it is; nothing happens if it is disabled, hidden or unknown.
     void press(int id);
     void focusEdit(int id);
-    /// Opens a popup of the bar at a place of the screen. Returns when it is closed.
+    /// Opens a popup of the bar at a place of the screen; returns when it is closed.
     void openPopup(int id, QPoint at);
-    /// For assistive tools: of the button behind which is what does not fit, and of those that empty edit
-    /// boxes. Before anything is built.
+    /// Sets the names, for assistive tools, of the button that shows the entries that do not fit, and of
+    /// those that empty edit boxes. Must be called before anything is built.
     void setNames(const QString& more, const QString& clear);
-    /// With the icons of a new palette.
+    /// Builds the bar anew, with the icons of a new palette.
     void rebuild();
 
     bool hasHeightForWidth() const override { return true; }
@@ -49,7 +49,7 @@ class ToolBar final : public QWidget, private BarObserver {
   private:
     struct Part {
         QWidget* widget = nullptr;
-        BarMenu* menu = nullptr;  ///< Of a split button.
+        BarMenu* menu = nullptr;  ///< The menu of a split button.
         int id = 0;
         bool visible = true;
     };
@@ -82,8 +82,8 @@ class ToolBar final : public QWidget, private BarObserver {
     QString clear_;
     std::vector<Part> parts_;
     std::vector<QRect> separators_;
-    std::vector<std::size_t> behindExtension_;  ///< Indexes of parts.
-    std::vector<QObject*> parked_;              ///< Replaced while a click on them may still be in work.
+    std::vector<std::size_t> behindExtension_;  ///< The indexes of the parts behind the extension button.
+    std::vector<QObject*> parked_;              ///< Replaced objects that may still be handling a click.
     int running_ = 0;
     int height_ = 0;
     bool dirty_ = true;

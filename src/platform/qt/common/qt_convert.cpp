@@ -13,11 +13,11 @@ namespace hl {
 namespace {
 
 constexpr int kF1 = 112, kF24 = 135;
-/// Where the stand-ins begin for bytes that are no UTF-8; those below 0x80 always are.
+/// Here the stand-ins for bytes that are no UTF-8 begin; bytes below 0x80 always are.
 constexpr char32_t kStrayByte = 0xDC00, kFirstStray = 0xDC80, kLastStray = 0xDCFF;
 constexpr char32_t kReplacement = 0xFFFD;
 
-/// Virtual key codes that differ from Qt's; letters and digits are the same in both.
+/// The virtual key codes that differ from Qt's; letters and digits are the same in both.
 constexpr std::array<std::pair<int, int>, 25> kKeys = {{
     {8, Qt::Key_Backspace},       {9, Qt::Key_Tab},        {kKeyReturn, Qt::Key_Return},
     {kKeyEscape, Qt::Key_Escape}, {32, Qt::Key_Space},     {33, Qt::Key_PageUp},

@@ -1,5 +1,5 @@
-// The trap of the window's own overrides and slots: no error leaves them into the toolkit, whose frames would
-// not be cleaned up on the way.
+// The trap for the window's own overrides and slots: no exception leaves them into the toolkit, whose frames
+// would not be cleaned up on the way. For the window's thread.
 #pragma once
 
 #include <type_traits>
@@ -10,8 +10,8 @@
 
 namespace hl {
 
-/// Runs `body` and returns what it returns, or after an error, which `events` hears of, its result type's
-/// value-initialised value. `where` names the routine.
+/// Runs `body` and returns what it returns, or a value-initialised result after an error, which is reported
+/// to `events`. `where` names the routine.
 template <class Body>
 auto qtGuard(WindowEvents& events, const char* where, Body&& body) -> std::invoke_result_t<Body> {
     try {

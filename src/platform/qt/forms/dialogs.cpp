@@ -35,7 +35,7 @@ QMessageBox::Icon iconOf(MessageKind kind) {
     return QMessageBox::NoIcon;
 }
 
-/// The nearest folder at or above `path` that exists and that Qt can name; the user's home for none.
+/// Returns the nearest folder at or above `path` that exists and that Qt can name, or the user's home.
 std::string nameableFolder(std::string path) {
     while (path.size() > 1) {
         if (decodable(path) == path && QFileInfo(qtText(path)).isDir()) return path;
@@ -44,17 +44,18 @@ std::string nameableFolder(std::string path) {
     return path == "/" ? path : utf8(QDir::homePath());
 }
 
-/// A message has line breaks of its own.
+/// The line breaks of a message are the program's own.
 QString shownLines(const std::string& text) {
     return shownName(replaceAll(text, "\r\n", "\n")).replace(QChar(0x240A), QLatin1Char('\n'));
 }
 
-/// "TXT (*.txt)" without what stands in brackets.
+/// Returns "TXT (*.txt)" without the part in brackets.
 QString withoutPattern(const QString& text) {
     return text.section(QLatin1Char('('), 0, 0).trimmed();
 }
 
-/// Tells files by their names: the toolkit's own way opens them, and waits for ever for some of /proc.
+/// Chooses icons by the names of files, because the toolkit opens files to choose, and waits forever for some
+/// in /proc.
 class NameIcons final : public QFileIconProvider {
   public:
     QIcon icon(const QFileInfo& info) const override {
@@ -65,21 +66,21 @@ class NameIcons final : public QFileIconProvider {
     }
 };
 
-/// `icons` outlives the dialog.
+/// `icons` must outlive the dialog.
 void prepare(QFileDialog& dialog, NameIcons& icons, const std::string& start) {
     dialog.setIconProvider(&icons);
     dialog.setOption(QFileDialog::DontUseNativeDialog);
     dialog.setDirectory(qtText(nameableFolder(start)));
 }
 
-/// Makes one of the toolkit's own dialogs no larger than the screen has room.
+/// Makes one of the toolkit's own dialogs no larger than the screen allows.
 void fitToScreen(QDialog& dialog) {
-    constexpr int kFrame = 32;  // The title and the edges.
+    constexpr int kFrame = 32;  // In pixels, for the title bar and the edges.
     const QSize room = dialog.screen()->availableSize() - QSize(kFrame, kFrame);
     dialog.resize(dialog.sizeHint().boundedTo(room));
 }
 
-/// The first name chosen, as bytes; empty if the dialog was cancelled.
+/// Returns the first name chosen, as bytes; empty if the dialog was cancelled.
 std::string answerOf(QFileDialog& dialog) {
     dropPictures(dialog);
     fitToScreen(dialog);
@@ -109,7 +110,7 @@ bool showMessage(QWidget* parent, const DialogTexts& texts, MessageKind kind, co
     const bool question = kind == MessageKind::kQuestion;
     auto* yes = box.addButton(question ? texts.yes : texts.ok,
                               question ? QMessageBox::YesRole : QMessageBox::AcceptRole);
-    // What is asked cannot be undone, mostly: Return alone does nothing.
+    // Most questions are about something that cannot be undone, so Return alone does nothing.
     QPushButton* no = question ? box.addButton(texts.no, QMessageBox::NoRole) : nullptr;
     if (question) box.setEscapeButton(no);
     box.setDefaultButton(question ? no : yes);

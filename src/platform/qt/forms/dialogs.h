@@ -1,4 +1,5 @@
-// The window's own questions. Each returns when it is answered; texts are UTF-8, names of files bytes.
+// The window's own questions. Each call returns when the question is answered; texts are UTF-8, names of
+// files are bytes. For the window's thread.
 #pragma once
 
 #include <QDialog>
@@ -9,32 +10,32 @@
 
 namespace hl {
 
-/// Captions of the buttons, in the user's language.
+/// The captions of the buttons, in the user's language.
 struct DialogTexts {
-    QString name;  ///< Of the program, in the title.
+    QString name;  ///< The program's name, for the title.
     QString yes, no, ok, cancel;
 };
 
-/// True for yes and for a message that is no question.
+/// Returns true for yes, and for a message that is no question.
 bool showMessage(QWidget* parent, const DialogTexts& texts, MessageKind kind, const std::string& text);
-/// Empty if it was cancelled.
+/// Returns an empty text if the user cancelled.
 std::string askForText(QWidget* parent, const DialogTexts& texts, const std::string& prompt,
                        const std::string& preset);
-/// The folder dialogs begin at `start` or, where that is gone or has a name that is not UTF-8, above it; what
-/// the user leaves as it was comes back in the bytes it had.
+/// The dialog begins at `start`, or above it if that is gone or has a name that is not UTF-8. If the user
+/// changes nothing, the bytes of `start` come back.
 std::string askForFolder(QWidget* parent, const std::string& title, const std::string& start);
-/// `filter` is "TXT (*.txt)|*.txt". A name typed without an extension gets `extension`; an existing file is
-/// asked about. `name` is what the dialog proposes; empty: nothing.
+/// `filter` is "TXT (*.txt)|*.txt". A name typed without an extension gets `extension`; before an existing
+/// file is replaced, the user is asked. `name` is what the dialog proposes; may be empty.
 std::string askForSavePath(QWidget* parent, const std::string& filter, const std::string& extension,
                            const std::string& folder, const std::string& name = {});
 std::optional<GridFont> askForFont(QWidget* parent, const GridFont& start);
 
-/// The toolkit's own dialogs put pictures of the theme on their buttons, where all others have none.
+/// Removes pictures of the theme, which only the toolkit's own dialogs put on their buttons.
 void dropPictures(const QDialog& dialog);
 
 QFont qtFont(const GridFont& font);
 
-/// "TXT (*.txt)|*.txt|All|*" as Qt has it: "TXT (*.txt);;All (*)".
+/// Converts "TXT (*.txt)|*.txt|All|*" to Qt's form "TXT (*.txt);;All (*)".
 QString qtFilter(const std::string& filter);
 
 }  // namespace hl

@@ -22,13 +22,13 @@ namespace hl {
 
 namespace {
 
-/// How often `loaded` and `hourglass` are looked at while a routine of the form pumps.
+/// How often `loaded` and `hourglass` are checked while a routine of the form lets messages run.
 constexpr int kWatchMilliseconds = 50;
 constexpr int kWrapCharacters = 70;
 constexpr int kLinesWidth = 60, kLinesHeight = 12, kTextWidth = 32;  ///< In characters and lines.
-constexpr int kFewestLines = 3;                                      ///< Where a screen is too low for more.
+constexpr int kFewestLines = 3;                                      ///< On a screen with little room.
 
-/// A line that passes what is typed through the form's filter.
+/// An edit box that passes what is typed through the form's filter.
 class FilteredEdit final : public QLineEdit {
   public:
     FilteredEdit(const FormItem& item, WindowEvents& events) : item_(item), events_(events) {}
@@ -51,7 +51,7 @@ class FilteredEdit final : public QLineEdit {
     WindowEvents& events_;
 };
 
-/// A text that would like to have so many lines, and gets by with few.
+/// A text that would like to have a number of lines, but works with few.
 class LinesEdit final : public QPlainTextEdit {
   public:
     LinesEdit(int lines, QWidget* parent) : QPlainTextEdit(parent), lines_(lines) {

@@ -1,4 +1,4 @@
-// Any Form as a modal dialog.
+// Shows any Form as a modal dialog. For the window's thread.
 #pragma once
 
 #include <QButtonGroup>
@@ -14,12 +14,12 @@
 
 namespace hl {
 
-/// Writes into the controls what the user does, calls what they have for it, and then shows all of them as
-/// they are. It closes when the form's `loaded` turns false; a form without one is closed by a button or by
-/// Esc. Makes itself as large as its texts need.
+/// Stores what the user does in the controls, calls their callbacks, and then shows all controls as they are.
+/// It closes when the form's `loaded` becomes false; a form without that is closed by a button or by Esc. It
+/// makes itself as large as its texts need.
 class FormDialog final : public QDialog {
   public:
-    /// `form` outlives it.
+    /// `form` must outlive it.
     FormDialog(Form& form, WindowEvents& events, QWidget* parent);
     ~FormDialog() override;
     /// Returns when the form is closed.
@@ -42,7 +42,7 @@ class FormDialog final : public QDialog {
     void addItem(const FormItem& item);
     void addButtons();
     void nameByLabel(QWidget& widget, const FormItem& item);
-    /// The user has changed a control: `write` puts that into it.
+    /// Must be called when the user has changed a control: `write` stores the change in it.
     template <class Write>
     void told(const FormItem& item, Write write);
     void selectOnly(OptionButton& option, int group);
@@ -57,7 +57,7 @@ class FormDialog final : public QDialog {
     std::map<int, QButtonGroup*> groups_;
     QLabel* lastLabel_ = nullptr;
     QTimer watch_;
-    bool waiting_ = false;  ///< The hourglass is shown.
+    bool waiting_ = false;  ///< The hourglass is visible.
     bool refreshing_ = false;
     bool started_ = false;
 };

@@ -18,16 +18,16 @@ namespace hl {
 
 namespace {
 
-/// What QLineEdit keeps free between its frame and its text.
+/// The distance that QLineEdit keeps between its frame and its text.
 constexpr int kTextMargin = 2;
-/// Room for the frame left of the name, in which no picture is.
+/// The room for the frame left of the name, if there is no picture.
 constexpr int kLeftRoom = 4;
-/// Behind the text for what is typed, and of the whole box, in characters.
+/// The room for typing behind the text, and the least width of the box, in characters.
 constexpr int kRoom = 3, kLeast = 12;
-/// How often watch() looks, in milliseconds.
+/// How often watch() checks, in milliseconds.
 constexpr int kWatch = 100;
 
-/// Of a file's name, the part in front of its extension.
+/// Returns the length of a file name without its extension.
 int stemLength(const QString& name) {
     const qsizetype dot = name.lastIndexOf(QLatin1Char('.'));
     return static_cast<int>(dot > 0 ? dot : name.size());
@@ -42,9 +42,9 @@ QString inOneLine(QString text) {
 
 CellEditor::CellEditor(GridView& view) : QLineEdit(view.viewport()), view_(view) {
     setObjectName(QStringLiteral("cellEditor"));
-    // A name is never cut.
+    // A name must never be cut.
     setMaxLength(std::numeric_limits<int>::max());
-    // What is dropped may have lines.
+    // A dropped text could have several lines.
     setAcceptDrops(false);
     hide();
     connect(this, &QLineEdit::textChanged, this,
@@ -61,7 +61,7 @@ void CellEditor::begin(Row row) {
     if (open_) {
         const std::size_t before = view_.rows().rebuilds();
         commit();
-        // Whoever heard of that may have removed the row.
+        // Whoever was told of that may have removed the row.
         const bool sameRows = view_.sync() && view_.rows().rebuilds() == before;
         if (!sameRows && !view_.rows().find(row)) return;
     }
@@ -96,13 +96,13 @@ void CellEditor::cancel() {
     timer_.stop();
     if (endKey_ == 0) qApp->removeEventFilter(this);
     for (auto* menu : findChildren<QMenu*>()) menu->close();
-    // Before it is hidden, or the focus would go on to the next stop of the Tab key.
+    // This comes before it is hidden, or else the focus would go to the next stop of the Tab key.
     if (window()->focusWidget() == this) view_.focus();
     hide();
 }
 
 void CellEditor::commit() {
-    // Applying what the grid has told ends the edit if rows have come or gone.
+    // Applying what the grid has told ends the edit if rows were added or removed.
     if (!usable() || !view_.sync()) cancel();
     if (!open_) return;
     const std::string bytes = bytesOfEditable(text());
@@ -110,11 +110,11 @@ void CellEditor::commit() {
     view_.events().GridCellAfterEditing(view_.id(), row_, bytes);
 }
 
-// Redraw that is off for a moment, for a change of cells say, ends nothing.
+// A redraw that is off only for a moment, such as for a change of cells, ends nothing.
 void CellEditor::watch() {
     const bool before = std::exchange(locked_, !view_.grid().redraw());
     if (!usable() || (before && locked_)) return cancel();
-    // Of a window in the background nobody tells that its focus has moved.
+    // In a window in the background nobody reports that the focus has moved.
     if (window()->focusWidget() != this) commit();
 }
 
@@ -136,7 +136,7 @@ void CellEditor::follow() {
     setGeometry(place);
 }
 
-// Its text stands where the name stood, if the style's frame is not too wide for that.
+// The text is placed where the name was, unless the style's frame is too wide for that.
 QRect CellEditor::placeOver(const QRect& name) const {
     QStyleOptionFrame option;
     initStyleOption(&option);
@@ -163,12 +163,12 @@ void CellEditor::keyPressEvent(QKeyEvent* event) {
         } else {
             QLineEdit::keyPressEvent(event);
         }
-        // No key goes on to the grid, or to the commands of the window.
+        // No key is passed on to the grid, or to the commands of the window.
         event->accept();
     });
 }
 
-// A key that began the edit may still be held down.
+// The key that began the edit may still be held down.
 void CellEditor::pressEndKey(const QKeyEvent& event) {
     if (event.isAutoRepeat()) return;
     endKey_ = event.key();
@@ -179,13 +179,14 @@ void CellEditor::pressEndKey(const QKeyEvent& event) {
     }
 }
 
-// The toolkit asks this for the Tab key.
+// The toolkit calls this for the Tab key.
 bool CellEditor::focusNextPrevChild(bool) {
     qtGuard(view_.events(), "CellEditor::focusNextPrevChild", [&] { commit(); });
     return true;
 }
 
-/// The rest of a key that has ended an edit, wherever the focus is by now: its repeats and its release.
+/// Handles the remaining events of a key that ended an edit, wherever the focus is by now: its repeats and
+/// its release.
 bool CellEditor::swallows(const QKeyEvent& event) {
     if (endKey_ == 0 || event.key() != endKey_) return false;
     if (event.isAutoRepeat()) return true;
@@ -212,7 +213,7 @@ bool CellEditor::isElsewhere(const QWidget& pressed) const {
     return &pressed != this && !isAncestorOf(&pressed) && pressed.window() == window();
 }
 
-// A menu and another window give the focus back.
+// When a menu or another window closes, the focus comes back.
 void CellEditor::focusOutEvent(QFocusEvent* event) {
     qtGuard(view_.events(), "CellEditor::focusOutEvent", [&] {
         QLineEdit::focusOutEvent(event);
@@ -221,7 +222,7 @@ void CellEditor::focusOutEvent(QFocusEvent* event) {
     });
 }
 
-// --- pasting: the toolkit's own keeps line breaks, which show as blanks but would go into the name
+// --- pasting; the toolkit's own would keep line breaks, which look like blanks, in the name
 
 void CellEditor::pasteFrom(QClipboard::Mode mode) {
     const QString text = inOneLine(QGuiApplication::clipboard()->text(mode));
@@ -238,7 +239,7 @@ void CellEditor::mouseReleaseEvent(QMouseEvent* event) {
     });
 }
 
-/// The standard entry has no name but its text.
+/// The standard entry can be recognised only by its text.
 void CellEditor::replacePaste(QMenu& menu) {
     for (QAction* standard : menu.actions()) {
         if (!standard->text().startsWith(QLineEdit::tr("&Paste"))) continue;

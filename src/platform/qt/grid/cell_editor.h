@@ -1,8 +1,9 @@
 // The box in which the name of a row is edited, over the row's text in its cell.
 //
-// One box per view, hidden between edits. Each edit ends once: by Return, Tab and by leaving the box, which
-// tell WindowEvents::GridCellAfterEditing, or by cancel(), which tells nothing. The box watches by itself for
-// what no notice comes of: a grid that was disabled, or whose Redraw stays off. Thread of the grid.
+// There is one box for each view, hidden between edits. Each edit ends once: by Return, Tab or leaving the
+// box, which call WindowEvents::GridCellAfterEditing, or by cancel(), which does not. The box itself watches
+// for states that are not reported: a grid that was disabled, or whose redraw stays off. For the grid's
+// thread.
 #pragma once
 
 #include <QBasicTimer>
@@ -17,16 +18,16 @@ class GridView;
 
 class CellEditor final : public QLineEdit {
   public:
-    /// A child of the view's viewport, which outlives it.
+    /// It is a child of the view's viewport. The view must outlive it.
     explicit CellEditor(GridView& view);
 
-    /// Ends another edit as leaving it does, scrolls the row into sight and opens over its name. Nothing if
-    /// the view is disabled or hidden, or shows no names. REQUIRES: the row exists.
+    /// Ends another edit as leaving it does, scrolls to the row and opens over its name. Does nothing if the
+    /// view is disabled or hidden, or shows no names. REQUIRES: the row exists.
     void begin(Row row);
-    /// Ends the edit, if there is one; tells nothing.
+    /// Ends the edit, if there is one, without telling anybody.
     void cancel();
-    /// Goes where the row is now, or ends the edit if that is out of sight. Nothing while the view has
-    /// changes to apply.
+    /// Moves to where the row is now, or ends the edit if the row is out of sight. Does nothing while the
+    /// view has changes to apply.
     void follow();
 
   protected:
@@ -53,8 +54,8 @@ class CellEditor final : public QLineEdit {
     GridView& view_;
     Row row_ = kNoRow;
     bool open_ = false;
-    bool locked_ = false;  ///< Redraw was off when watch() last looked.
-    int endKey_ = 0;       ///< That ended an edit and is still held down.
+    bool locked_ = false;  ///< Redraw was off when watch() last checked.
+    int endKey_ = 0;       ///< The key that ended an edit and is still held down.
     QBasicTimer timer_;
 };
 

@@ -14,7 +14,8 @@ namespace {
 
 using Ids = std::unordered_map<std::size_t, QAccessible::Id>;
 
-// The object with this key, made if there is none yet. The toolkit owns it; `ids` knows it by its number.
+// Returns the object with this key, which is made if there is none yet. The toolkit owns it; `ids` knows it
+// by its number.
 template <class Object, class... Arguments>
 QAccessibleInterface* objectOf(Ids& ids, std::size_t key, Arguments&&... arguments) {
     const auto known = ids.find(key);
@@ -44,8 +45,8 @@ class RowPart : public QAccessibleInterface {
     void setText(QAccessible::Text, const QString&) override {}
 
   protected:
-    /// The grid's row; nothing while changes wait to be applied. (Applying them here would drop this very
-    /// object.)
+    /// Returns the grid's row; nothing while changes wait to be applied. (Applying them here would destroy
+    /// this very object.)
     std::optional<Row> row() const {
         if (!view_.upToDate() || index_ >= view_.rows().count()) return std::nullopt;
         return view_.rows().at(index_);
@@ -213,7 +214,7 @@ void RowAccessible::doAction(const QString& action) {
     guarded("RowAccessible::doAction", [&] {
         const auto shown = row();
         if (!shown) return;
-        // Folding drops the objects of all rows, this one too: nothing may follow it.
+        // Folding destroys the objects of all rows, this one too, so nothing may follow it.
         if (action == QAccessibleActionInterface::toggleAction())
             return view_.foldRow(index_, !view_.grid().expanded(*shown));
         if (action != QAccessibleActionInterface::setFocusAction()) return;
@@ -288,8 +289,8 @@ void installGridAccessible() {
     QAccessible::installFactory(makeGridAccessible);
 }
 
-// No ObjectReorder follows: for that the toolkit sends a message for each of the children, be they a million.
-// It has told of a new model already, as for any table.
+// No ObjectReorder is sent, because the toolkit would send a message for each of the children, perhaps a
+// million. It has reported a new model already, as for any table.
 void accessibleRowsChanged(GridView& view) {
     if (!view.described()) return;
     if (auto* list = dynamic_cast<GridAccessible*>(QAccessible::queryAccessibleInterface(&view)))
@@ -305,7 +306,7 @@ void accessibleCurrentChanged(GridView& view, std::size_t index) {
     }
 }
 
-// The bridge of Qt 6.4 passes on no change of the state itself; with the focus the row is read again.
+// The bridge of Qt 6.4 does not pass on a change of the state; when the row gets the focus, it is read again.
 void accessibleFoldChanged(GridView& view, std::size_t index) {
     if (!QAccessible::isActive()) return;
     QAccessible::State changed;

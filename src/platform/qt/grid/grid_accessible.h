@@ -1,8 +1,9 @@
 // A grid for assistive tools: a tree (or a list) whose children are the visible rows, each with its cells.
+// For the window's thread.
 //
-// The names of cells are what they show, their descriptions the titles of their columns. A row's name is its
-// first cell, its description its level; folded and unfolded are states. Objects are made when they are asked
-// for and go with the next change of the grid's structure.
+// The name of a cell is its text, its description the title of its column. The name of a row is its first
+// cell, its description the level; folded and unfolded are states. Objects are made when they are asked for
+// and destroyed at the next change of the grid's structure.
 #pragma once
 
 #include <cstddef>
@@ -11,10 +12,10 @@ namespace hl {
 
 class GridView;
 
-/// Once or more; every GridView is known from then on.
+/// Makes every GridView known from then on. May be called more than once.
 void installGridAccessible();
 
-/// Tell assistive tools, if there are any.
+/// These tell assistive tools, if there are any, of a change.
 void accessibleRowsChanged(GridView& view);
 void accessibleCurrentChanged(GridView& view, std::size_t index);
 void accessibleFoldChanged(GridView& view, std::size_t index);

@@ -8,7 +8,7 @@ namespace hl {
 namespace {
 
 constexpr double kReadable = 4.5;
-// Of 255: further from the base colour no grey goes.
+// The largest distance of a grey from the base colour, of 255.
 constexpr int kDeepestGrey = 80;
 
 double linear(double channel) {
@@ -43,7 +43,7 @@ QColor rowBackground(std::uint32_t rgb, const QPalette& palette) {
     const QColor own = QColor::fromRgb(0xFF000000 | rgb);
     if (own.red() != own.green() || own.green() != own.blue()) return own;
     const QColor base = palette.color(QPalette::Base), text = palette.color(QPalette::Text);
-    // On the way from the text's colour to the base.
+    // The tint lies between the text's colour and the base.
     return readableTint(text, base, text, 255 - std::min(255 - own.red(), kDeepestGrey));
 }
 

@@ -1,4 +1,4 @@
-// Colours of a grid that suit the palette of the desktop, a light one and a dark one.
+// The colours of a grid, which suit a light and a dark palette of the desktop. Pure functions.
 #pragma once
 
 #include <QColor>
@@ -7,20 +7,21 @@
 
 namespace hl {
 
-/// `color` moved towards `ground`: each channel keeps (255 - amount) parts in 255. On white this lightens.
+/// Returns `color` moved towards `ground`: each channel keeps (255 - amount) parts in 255. On white this
+/// lightens it.
 QColor tintTowards(const QColor& color, const QColor& ground, int amount);
 
-/// Ratio of the brightness of two colours, 1 to 21. Text is read with ease from 4.5 on.
+/// Returns the ratio of the brightness of two colours, 1 to 21. From 4.5 on, text is easy to read.
 double contrast(const QColor& a, const QColor& b);
 
-/// The tint nearest to this one, on the way to `ground`, on which `ink` can be read with ease.
+/// Returns the tint nearest to this one, on the way to `ground`, on which `ink` is easy to read.
 QColor readableTint(const QColor& color, const QColor& ground, const QColor& ink, int amount);
 
-/// A row's own background. Shades of grey are how far a row is from the view's base colour, so in a dark
-/// palette they brighten where in a light one they darken; they stop where text would be hard to read.
+/// Returns a row's own background. A shade of grey is its distance from the view's base colour, so in a dark
+/// palette it brightens where it darkens in a light one; it stops where text would be hard to read.
 QColor rowBackground(std::uint32_t rgb, const QPalette& palette);
 
-/// `wanted` if it can be read on `ground`, else black or white.
+/// Returns `wanted` if it is readable on `ground`, else black or white.
 QColor readableOn(const QColor& ground, const QColor& wanted);
 
 }  // namespace hl

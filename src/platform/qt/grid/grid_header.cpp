@@ -15,8 +15,7 @@ GridHeader::GridHeader(HeaderCalls calls, WindowEvents& events, QWidget* parent)
     setSectionResizeMode(QHeaderView::Interactive);
     setTextElideMode(Qt::ElideRight);
     connect(this, &QHeaderView::sectionClicked, this, [this](int column) { calls_.click(column); });
-    // The second click of two quick ones arrives as this alone.
-    // Right of the last title it has no column.
+    // The second of two quick clicks arrives only as this. Right of the last title it has no column.
     connect(this, &QHeaderView::sectionDoubleClicked, this, [this](int column) {
         if (column >= 0) calls_.click(column);
     });
@@ -28,7 +27,7 @@ GridHeader::GridHeader(HeaderCalls calls, WindowEvents& events, QWidget* parent)
 void GridHeader::sectionSized(int column, int oldWidth, int width) {
     if (!moving_ || oldWidth == width) return;
     qtGuard(events_, "GridHeader::sectionSized", [&] {
-        // The width first: what is told then may bring the columns up to date, and would undo the drag.
+        // The width comes first: the other call may bring the columns up to date, which would undo the drag.
         calls_.sized(column, width);
         if (std::exchange(dragged_, column) < 0) calls_.sizing();
     });
@@ -52,7 +51,7 @@ void GridHeader::mouseMoveEvent(QMouseEvent* event) {
 void GridHeader::mouseReleaseEvent(QMouseEvent* event) {
     qtGuard(events_, "GridHeader::mouseReleaseEvent", [&] {
         QHeaderView::mouseReleaseEvent(event);
-        // The toolkit makes no click of a release that ends a drag.
+        // The toolkit does not report a click when a release ends a drag.
         if (const int column = std::exchange(dragged_, -1); column >= 0) calls_.click(column);
     });
 }

@@ -1,4 +1,5 @@
-// The title row of a grid: tells clicks on titles from drags of borders.
+// The title row of a grid, which distinguishes clicks on titles from drags of borders. For the window's
+// thread.
 #pragma once
 
 #include <QHeaderView>
@@ -11,10 +12,10 @@ namespace hl {
 /// What the title row tells its grid.
 struct HeaderCalls {
     std::function<void(int column)> click;
-    /// Once per drag of a border, before `click` for the same column, which ends the drag.
+    /// Called once for each drag of a border, before the `click` on the same column that ends the drag.
     std::function<void()> sizing;
     std::function<void(int column, int width)> sized;
-    std::function<void(int column)> fit;  ///< Double click on the border behind the column.
+    std::function<void(int column)> fit;  ///< Called for a double click on the border behind the column.
 };
 
 class GridHeader : public QHeaderView {
@@ -31,7 +32,7 @@ class GridHeader : public QHeaderView {
 
     HeaderCalls calls_;
     WindowEvents& events_;
-    /// A width that changes then is of a drag. One that a click on a title has brought about is not.
+    /// While it is set, a changed width comes from a drag; one that a click on a title causes does not.
     bool moving_ = false;
     int dragged_ = -1;
 };

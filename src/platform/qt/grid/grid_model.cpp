@@ -40,7 +40,7 @@ QVariant GridModel::data(const QModelIndex& index, int role) const {
 QVariant GridModel::titleData(std::size_t column, int role) const {
     const GridColumn& of = grid_.columns().at(column);
     if (role == Qt::DisplayRole) {
-        // The title of the next column begins where this one ends.
+        // Without it, the next column's title would begin where this one ends.
         const QString title = QString::fromStdString(of.title);
         return of.alignment == Alignment::kRight ? title + QChar(QChar::Nbsp) : title;
     }

@@ -1,4 +1,5 @@
-// A grid's visible rows and columns as the toolkit's table asks for them. It holds nothing of its own.
+// A grid's visible rows and columns as the toolkit's table asks for them. It stores nothing. For the window's
+// thread.
 #pragma once
 
 #include <QAbstractTableModel>
@@ -14,11 +15,11 @@ using CellTextFunction = std::function<std::string(GridId, std::size_t column, R
 
 class GridModel : public QAbstractTableModel {
   public:
-    /// What is passed must outlive it.
+    /// The arguments must outlive it.
     GridModel(const Grid& grid, GridId id, const VisibleRows& rows, const CellTextFunction& cellText,
               WindowEvents& events);
 
-    /// The list of rows is about to be made anew, or is.
+    /// These enclose the rebuilding of the list of rows.
     void beginRows() { beginResetModel(); }
     void endRows() { endResetModel(); }
     void columnsChanged();

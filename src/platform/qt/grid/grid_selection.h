@@ -1,7 +1,8 @@
-// Picking rows as every list does it: one, some, a stretch, all. What is picked is kept by the grid.
+// Selects rows as every list does: one, some, a range, all. The grid stores the selection. For the grid's
+// thread.
 //
-// REQUIRES, for every routine: the list of visible rows is up to date, and Redraw is on. Each tells the
-// grid's observer once, however many rows it picks.
+// REQUIRES, for every routine: the list of visible rows is up to date, and redraw is on. Each tells the
+// grid's observer once, however many rows it selects.
 #pragma once
 
 #include "platform/qt/grid/visible_rows.h"
@@ -9,11 +10,11 @@
 namespace hl {
 
 enum class Pick {
-    kOnly,          ///< This row alone.
-    kToggle,        ///< This row changes sides.
-    kStretch,       ///< From the anchor to this row, and nothing else.
-    kAddedStretch,  ///< From the anchor to this row, beside what is picked.
-    kNone,          ///< It becomes the current row, no more.
+    kOnly,          ///< Selects only this row.
+    kToggle,        ///< Selects or deselects this row.
+    kStretch,       ///< Selects from the anchor to this row, and nothing else.
+    kAddedStretch,  ///< Adds the rows from the anchor to this row to the selection.
+    kNone,          ///< Only makes it the current row.
 };
 
 class GridSelection {
@@ -21,9 +22,10 @@ class GridSelection {
     /// Both must outlive it.
     GridSelection(Grid& grid, const VisibleRows& rows) : grid_(grid), rows_(rows) {}
 
-    /// The row at `index` becomes current. The anchor is the row that was last picked by itself.
+    /// Makes the row at `index` current and selects as `how` says. The anchor is the row that was last picked
+    /// by itself.
     void pick(std::size_t index, Pick how);
-    /// All visible rows.
+    /// Selects all visible rows.
     void pickAll();
     void pickNone();
 

@@ -19,14 +19,15 @@ namespace {
 
 constexpr int kTwipsPerPixel = 15;
 constexpr int kFitMargin = 96;
-// How many rows from the top, and how many root rows, a column is measured by.
+// The number of rows from the top, and of root rows, by which a column is measured.
 constexpr int kSample = 256;
 constexpr int kWidestColumn = 4000;
-// In a list, of the view's width in percent, but no less than this. The latter holds in a hierarchy, too.
+// In a list, the column of texts keeps this percentage of the view's width, but at least this many pixels;
+// the latter holds in a hierarchy, too.
 constexpr int kTextShare = 40, kTextAtLeast = 160;
-// Of a column that nobody has measured yet.
+// The widths of columns that were not measured yet.
 constexpr int kFirstWidth = 220, kOtherWidth = 90;
-// How soon a change that came while Redraw was off is looked at again, in milliseconds.
+// After how many milliseconds a change that came while redraw was off is checked again.
 constexpr int kRetry = 30;
 
 }  // namespace
@@ -54,9 +55,9 @@ GridView::GridView(Grid& grid, GridId id, bool tree, CellTextFunction cellText, 
 }
 
 GridView::~GridView() {
-    editor_.reset();  // It would still be told of the focus, and ask a view that is half gone.
+    editor_.reset();  // It would still be told of the focus, and would ask a view that is half destroyed.
     grid_.attach(nullptr);
-    // The model is a member, and would be gone before the base class lets go of it.
+    // The model is a member, and would be destroyed before the base class releases it.
     setModel(nullptr);
 }
 
@@ -87,7 +88,7 @@ GridHeader* GridView::makeHeader() {
     calls.click = [this](int column) {
         qtGuard(events_, "GridView::titleClick", [&] {
             if (takesInput()) events_.gridTitleClick(id_, static_cast<std::size_t>(column));
-            // The toolkit has turned its mark at the click, whatever came of that.
+            // The toolkit has turned its mark at the click, whatever the click did.
             showSort();
         });
     };
@@ -120,7 +121,7 @@ void GridView::gridChanged(const GridChange& change) {
     pending_.columns |= change.columns;
     pending_.current |= change.current;
     dirty_ = true;
-    // A scan turns Redraw on for this one notice: what is drawn next walks the grid as it stands.
+    // A scan switches redraw on for this one notice: painting walks the grid as it is now.
     viewport()->update();
     if (!timer_.isActive()) timer_.start(0, this);
 }
@@ -158,8 +159,8 @@ void GridView::apply() {
     moveEditor();
 }
 
-// The column by which the rows are sorted; of a tree, those below the sources. Sizes are sorted by their
-// bytes, whatever the unit in which they show. The drives have an order of their own.
+// Returns the column by which the rows are sorted; in a tree, those below the sources. Sizes are sorted by
+// their bytes, whatever the unit they are shown in. The drives have an order of their own.
 std::optional<std::size_t> GridView::sortedColumn() const {
     if (id_ == GridId::kDrives) return std::nullopt;
     const std::string& key = grid_.levelSort(tree_ ? 1 : 0).key;
@@ -197,7 +198,7 @@ void GridView::applyRows() {
     updateGeometries();
 }
 
-// The first row stays first for a user who has not scrolled; any other top row stays where it is.
+// If the user has not scrolled, the first row stays first; any other top row stays where it is.
 void GridView::applyTop(int shown, bool structure) {
     const Row wanted = grid_.topRow();
     const bool moved = wanted != lastTop_;
@@ -230,8 +231,8 @@ void GridView::applyCurrent() {
     }
 }
 
-// The logic, which is told of a scroll, may let messages run and the rows go: nothing is asked of them
-// behind.
+// The logic, which is told of scrolling, may let messages run and rows be removed: afterwards nothing is
+// asked about them.
 void GridView::ensureVisible(std::size_t index) {
     showStartOf(rows_.at(index));
     const auto top = static_cast<std::size_t>(verticalScrollBar()->value());
@@ -243,7 +244,7 @@ void GridView::ensureVisible(std::size_t index) {
     }
 }
 
-// Of a deep row, whose name may begin right of what is on screen.
+// Scrolls sideways for a deep row, whose name may begin to the right of what is visible.
 void GridView::showStartOf(Row row) {
     if (!tree_ || isColumnHidden(0)) return;
     constexpr int kOfName = 160;
@@ -257,7 +258,7 @@ void GridView::showStartOf(Row row) {
 void GridView::scrollContentsBy(int dx, int dy) {
     qtGuard(events_, "GridView::scrollContentsBy", [&] {
         QTableView::scrollContentsBy(dx, dy);
-        // Drawing starts at the grid's top row, which need not be what was on screen.
+        // Drawing starts at the grid's top row, which may differ from what was visible.
         viewport()->update();
         moveEditor();
         if (dy == 0 || applying_) return;
@@ -299,7 +300,7 @@ void GridView::storeWidth(std::size_t column, int width) {
     grid_.changeColumn(column).width = width;
 }
 
-// Walks the grid, not the list: callers measure while Redraw is off, too.
+// Walks the grid, not the list, because callers also measure while redraw is off.
 int GridView::widest(const std::function<int(const RowPainter&, Row)>& widthOf) const {
     const RowPainter painter(sources_, *this);
     int widest = 0;
@@ -321,7 +322,7 @@ void GridView::autosizeColumn(std::size_t column, int margin) {
     setWidth(column, tree_ && column == 0 ? besideNumbers(fitting) : std::min(fitting, widestFit(column)));
 }
 
-// One long name must not push the sizes out of sight; nor may a deep folder lose its name.
+// A long name must not push the sizes out of sight, but a deep folder must not lose its name.
 int GridView::besideNumbers(int fitting) const {
     int room = contentsRect().width() - scrollBarWidth();
     for (std::size_t column = 1; column < grid_.columns().size(); ++column)
@@ -344,7 +345,7 @@ int GridView::fittingWidth(std::size_t column, int margin) const {
     return std::clamp(std::max(content, title), horizontalHeader()->minimumSectionSize(), kWidestColumn);
 }
 
-// A number that is cut says something else; a name that is cut says so.
+// A number that is cut looks like another number; a name that is cut shows it.
 int GridView::widestFit(std::size_t column) const {
     const GridColumn& of = grid_.columns()[column];
     if (tree_ || of.alignment == Alignment::kRight || of.barColor) return kWidestColumn;
@@ -358,7 +359,7 @@ void GridView::setWidth(std::size_t column, int width) {
         setColumnWidth(section, width);
 }
 
-// Of the vertical one; 0 while the rows fit.
+// Returns the width of the vertical scroll bar; 0 while the rows fit.
 int GridView::scrollBarWidth() const {
     return verticalScrollBar()->maximum() > 0 ? verticalScrollBar()->sizeHint().width() : 0;
 }

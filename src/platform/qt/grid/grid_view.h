@@ -1,12 +1,13 @@
-// A grid on screen: a table over its visible rows, with the hierarchy drawn in its first column.
+// A grid on screen: a table of its visible rows, with the hierarchy drawn in its first column. For the grid's
+// thread.
 //
-// Nothing of a row is copied. What the grid tells is gathered and applied once per turn of the event loop;
-// until then, and while Redraw is off, painting walks the grid from its top row, so it never shows a row that
-// is gone. What is picked, folded, current and on top lives in the grid; the toolkit's own selection stays
-// empty. While Redraw is off or the grid is disabled, keys and the mouse do nothing. Thread of the grid.
+// Nothing of a row is copied. The grid's notices are gathered and applied once in each turn of the event
+// loop; until then, and while redraw is off, painting walks the grid from its top row, so it never shows a
+// row that is gone. The grid stores what is selected, folded, current and on top; the toolkit's own selection
+// stays empty. While redraw is off or the grid is disabled, keys and the mouse do nothing.
 //
-// Parts: grid_view.cpp (changes, columns, what the shell asks), grid_view_paint.cpp (drawing, tooltips),
-// grid_view_input.cpp (mouse and keys).
+// The files are grid_view.cpp (changes, columns, what the window asks), grid_view_paint.cpp (drawing,
+// tooltips) and grid_view_input.cpp (mouse and keys).
 #pragma once
 
 #include <QBasicTimer>
@@ -26,43 +27,44 @@ class GridHeader;
 
 class GridView : public QTableView, public GridObserver {
   public:
-    /// Attaches itself to `grid`, which outlives it, as does `events`. `tree`: rows have a hierarchy.
+    /// Attaches itself to `grid`; `grid` and `events` must outlive it. `tree` means that rows have a
+    /// hierarchy.
     GridView(Grid& grid, GridId id, bool tree, CellTextFunction cellText, WindowEvents& events,
              QWidget* parent = nullptr);
     ~GridView() override;
 
     void setIconSource(IconSource icon);
-    /// What is written where rows would be, while there are none.
+    /// The text that is shown while there are no rows.
     void setEmptyHint(std::function<QString()> hint) { emptyHint_ = std::move(hint); }
-    /// What a screen reader says in front of a row's level, which counts from 1.
+    /// What a screen reader says before a row's level, which counts from 1.
     void setLevelCaption(const QString& caption) { levelCaption_ = caption; }
     const QString& levelCaption() const { return levelCaption_; }
 
-    // --- what the shell asks
-    /// Fits a column to its title, to the rows on screen, to a bounded sample from the top and to the root
-    /// rows. `margin` in twentieths of a point, 15 to a pixel. In a list, one column of texts leaves most of
-    /// the width to the others; the names of a hierarchy leave the others their widths.
+    // --- what the window asks
+    /// Fits a column to its title, the visible rows, a limited sample from the top and the root rows.
+    /// `margin` is in twentieths of a point, 15 to a pixel. In a list, one column of texts leaves most of the
+    /// width to the others; in a hierarchy, the names leave the others their widths.
     void autosizeColumn(std::size_t column, int margin);
     /// See Window::widthBesideColumns.
     int widthBesideColumns();
-    /// Title row, all visible rows, the frame, and room for the scroll bar below: columns are fitted later,
-    /// and widths change, so that one may come at any time.
+    /// Returns the height of the title row, all visible rows, the frame, and the scroll bar below, for which
+    /// there is always room, because columns may need it at any time.
     int heightOfRows();
-    /// Nothing while no row is on screen.
+    /// Returns nothing while no row is visible.
     std::optional<RowRange> visibleRange();
-    /// Column at a place of the screen; right of them all their number.
+    /// Returns the column at a place of the screen; to the right of all columns, their number.
     std::size_t columnOf(const QPoint& global) const;
-    /// Unfolds what hides the row.
+    /// Scrolls to the row and unfolds the rows that hide it.
     void scrollIntoView(Row row);
     /// See Window::editCell.
     void editText(Row row);
     void refresh();
     void focus() { setFocus(Qt::OtherFocusReason); }
-    /// As it was set; the size that shows where none was.
+    /// Returns the font that was set, or, if none was, one with the size that is shown.
     GridFont gridFont() const;
-    /// The application's own font where no font of that name is installed.
+    /// Sets the font; if no font of that name is installed, the application's own is used.
     void setGridFont(const GridFont& font);
-    /// In coordinates of the viewport; kNoRow outside of all rows.
+    /// `point` is in coordinates of the viewport; returns kNoRow outside of all rows.
     Row rowAt(const QPoint& point);
 
     // --- for assistive tools
@@ -72,21 +74,21 @@ class GridView : public QTableView, public GridObserver {
     WindowEvents& events() const { return events_; }
     const VisibleRows& rows() const { return rows_; }
     QString cellText(std::size_t column, Row row) const;
-    /// Applies what the grid told. False while Redraw is off: rows() may then be out of date.
+    /// Applies what the grid told. Returns false while redraw is off: rows() may then be out of date.
     bool sync();
-    /// Whether sync() would have nothing to do, and so would drop no object of an assistive tool.
+    /// Tells whether sync() would do nothing, and so would destroy no object of an assistive tool.
     bool upToDate() const { return !dirty_ && grid_.redraw(); }
-    /// Whether an assistive tool, or who acts for one, has asked for this view.
+    /// Tells whether an assistive tool, or somebody acting for one, has asked for this view.
     bool described() const { return described_; }
     void setDescribed() { described_ = true; }
-    /// In coordinates of the viewport. REQUIRES: sync().
+    /// Returns coordinates of the viewport. REQUIRES: sync() was called.
     QRect rowRect(std::size_t index) const;
-    /// Where the text of a row's first column stands, from its first character to the end of the column.
-    /// Nothing for a row that is not shown, and while changes wait to be applied.
+    /// Returns the place of the text in the row's first column, from its first character to the end of the
+    /// column. Nothing for a row that is not shown, and while changes wait to be applied.
     std::optional<QRect> nameRect(Row row) const;
-    /// In the order on screen.
+    /// Returns them in the order on screen.
     std::vector<std::size_t> shownColumns() const;
-    /// As a click on the row, and on its branch mark, do.
+    /// These do what a click on the row, and on its sign for folding, does.
     void pickRow(std::size_t index);
     void foldRow(std::size_t index, bool expand);
 
@@ -111,7 +113,7 @@ class GridView : public QTableView, public GridObserver {
     void focusOutEvent(QFocusEvent* event) override;
 
   private:
-    /// While one lives, the grid's notices come from this view's own doing.
+    /// While one exists, the view itself causes the grid's notices.
     class OwnChange;
 
     void setUp();
@@ -152,7 +154,7 @@ class GridView : public QTableView, public GridObserver {
     bool onBranch(const QPoint& point, std::size_t index) const;
     void press(const QPoint& point, Qt::MouseButton button, Qt::KeyboardModifiers keys);
     void dragTo(const QPoint& point);
-    /// As a click of the right button on the current row.
+    /// Does what a click of the right button on the current row does.
     void openMenu();
     void hover(Row row);
     std::optional<std::size_t> currentIndexOfRow() const;
@@ -181,7 +183,7 @@ class GridView : public QTableView, public GridObserver {
     GridFont font_;
     int rowHeight_ = 1;
 
-    GridChange pending_;  ///< Ranges stay empty: any change of cells repaints what is on screen.
+    GridChange pending_;  ///< It has no ranges: any change of cells repaints everything visible.
     bool dirty_ = false;
     bool own_ = false;
     bool applying_ = false;
@@ -196,7 +198,7 @@ class GridView : public QTableView, public GridObserver {
     bool dragging_ = false;
     Row hovered_ = kNoRow;
     int pressedKey_ = 0;
-    int movedBy_ = 0;  ///< The key that moved the current row or changed what is selected, until its release.
+    int movedBy_ = 0;  ///< The key that moved the current row or changed the selection, until its release.
     QString typed_;
     QElapsedTimer typedAt_;
 

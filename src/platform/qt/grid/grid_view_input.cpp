@@ -1,4 +1,4 @@
-// Keys and the mouse. What a row's own keys and clicks do is done here; then the logic is told.
+// Keys and the mouse. The view first does what a row's own keys and clicks do; then the logic is told.
 #include <QApplication>
 #include <QContextMenuEvent>
 #include <QKeyEvent>
@@ -21,7 +21,7 @@ struct KeyName {
     int toolkit, code;
 };
 
-// The keys whose release the logic hears of.
+// The logic is told of the release of these keys.
 constexpr KeyName kToldKeys[] = {{Qt::Key_Up, kKeyUp},         {Qt::Key_Down, kKeyDown},
                                  {Qt::Key_F2, kKeyF2},         {Qt::Key_Delete, kKeyDelete},
                                  {Qt::Key_PageUp, kKeyPageUp}, {Qt::Key_PageDown, kKeyPageDown}};
@@ -170,11 +170,11 @@ void GridView::leaveEvent(QEvent* event) {
 }
 
 void GridView::hover(Row row) {
-    // The same number may be another row by now.
+    // The same number may belong to another row by now.
     if (std::exchange(hovered_, row) != kNoRow || row != kNoRow) events_.gridMouseMove(id_, row);
 }
 
-// Picks from the row that was pressed to the one below the pointer, and scrolls at the edges.
+// Selects from the pressed row to the one below the pointer, and scrolls at the edges.
 void GridView::dragTo(const QPoint& point) {
     if ((point - pressPoint_).manhattanLength() >= QApplication::startDragDistance()) dragging_ = true;
     if (!dragging_ || !indexAtPoint(pressPoint_) || rows_.count() == 0) return;
@@ -190,14 +190,14 @@ void GridView::mouseReleaseEvent(QMouseEvent* event) {
         const auto button = buttonOf(event->button());
         if (!button) return;
         Row row = rowAt(event->position().toPoint());
-        // A drag over the edge ends at the row it reached.
+        // A drag beyond the edge ends at the row it reached.
         if (std::exchange(dragging_, false) && row == kNoRow) row = grid_.currentRow();
         const QPoint at = event->globalPosition().toPoint();
         events_.gridMouseUp(id_, row, *button, shiftOrControl(event->modifiers()), {at.x(), at.y()});
     });
 }
 
-// The press of a double click; its release tells nothing.
+// This is the press of a double click, whose release is not reported.
 void GridView::mouseDoubleClickEvent(QMouseEvent* event) {
     qtGuard(events_, "GridView::mouseDoubleClickEvent", [&] {
         pressed_ = Qt::NoButton;
@@ -214,7 +214,7 @@ void GridView::mouseDoubleClickEvent(QMouseEvent* event) {
     });
 }
 
-// The menu key: as a right click on the current row. With the mouse the release has told it already.
+// The menu key acts like a right click on the current row. For the mouse, its release has done that already.
 void GridView::contextMenuEvent(QContextMenuEvent* event) {
     qtGuard(events_, "GridView::contextMenuEvent", [&] {
         event->accept();
@@ -231,7 +231,7 @@ void GridView::openMenu() {
     } else {
         pick(*index, Pick::kOnly);
     }
-    if (currentIndexOfRow() != index || rows_.at(*index) != row) return;  // It went while it was scrolled to.
+    if (currentIndexOfRow() != index || rows_.at(*index) != row) return;  // The scrolling removed it.
     const QPoint at = viewport()->mapToGlobal(QPoint(rowHeight_, rowRect(*index).bottom()));
     events_.gridMouseUp(id_, row, MouseButton::kRight, false, {at.x(), at.y()});
 }
@@ -255,7 +255,7 @@ void GridView::keyPressEvent(QKeyEvent* event) {
     });
 }
 
-/// Where a key that moves leads to; nothing for another key. REQUIRES: there are rows.
+/// Returns the row that a key moves to; nothing for other keys. REQUIRES: there are rows.
 std::optional<std::size_t> GridView::keyTarget(int key) const {
     const std::size_t last = rows_.count() - 1;
     const auto page = static_cast<std::size_t>(std::max(1, viewport()->height() / rowHeight_ - 1));
@@ -348,8 +348,8 @@ bool GridView::pressTextKey(const QKeyEvent& event) {
     return true;
 }
 
-// Quick keys search for a longer text from the current row on; a first one, and a key that is pressed again
-// and again, goes on to the next row.
+// Keys typed quickly search for a longer text from the current row on; a first key, and one that is pressed
+// repeatedly, goes to the next matching row.
 void GridView::searchFor(const QString& typed) {
     if (!typedAt_.isValid() || typedAt_.elapsed() > QApplication::keyboardInputInterval()) typed_.clear();
     typedAt_.start();
@@ -364,7 +364,8 @@ void GridView::searchFor(const QString& typed) {
     if (found) pick(*found, Pick::kOnly);
 }
 
-// The first row from `from` on, and around, whose text begins with `front` without regard to case.
+// Returns the first row from `from` on, and then from the top, whose text begins with `front` without regard
+// to case.
 std::optional<std::size_t> GridView::findText(const std::string& front, std::size_t from) const {
     const std::size_t length = characterCount(front), count = rows_.count();
     for (std::size_t i = 0; i < count; ++i) {
@@ -380,7 +381,7 @@ std::optional<std::size_t> GridView::findText(const std::string& front, std::siz
 void GridView::keyReleaseEvent(QKeyEvent* event) {
     qtGuard(events_, "GridView::keyReleaseEvent", [&] {
         auto code = toldKey(event->key());
-        // Home, End, a letter that searches, "select all": to the logic a key that moves like any other.
+        // Home, End, a letter that searches, "select all": for the logic, all of these are keys that move.
         const bool moved = movedBy_ == event->key();
         if (!code && !moved) return event->ignore();
         if (event->isAutoRepeat()) return;
@@ -391,7 +392,7 @@ void GridView::keyReleaseEvent(QKeyEvent* event) {
     });
 }
 
-// The toolkit's own would choose a current row of its own.
+// The toolkit's own method would choose a current row by itself.
 void GridView::focusInEvent(QFocusEvent* event) {
     qtGuard(events_, "GridView::focusInEvent", [&] {
         QAbstractScrollArea::focusInEvent(event);  // NOLINT(bugprone-parent-virtual-call)

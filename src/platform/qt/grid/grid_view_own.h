@@ -1,4 +1,4 @@
-// Shared by the parts of GridView: marks changes of the grid that the view makes itself.
+// Marks changes of the grid that the view makes itself; for the files of GridView.
 #pragma once
 
 #include <utility>

@@ -80,7 +80,7 @@ QString GridView::cellText(std::size_t column, Row row) const {
     return QString::fromStdString(cellText_(id_, column, row));
 }
 
-// The full text of a cell that does not show all of it, else the note of the row.
+// Shows the full text of a cell that does not show all of it, else the note of the row.
 bool GridView::showTooltip(const QPoint& point, const QPoint& global) {
     const int section = columnAt(point.x());
     const auto index = sync() && section >= 0 ? indexAtPoint(point) : std::nullopt;
@@ -93,7 +93,7 @@ bool GridView::showTooltip(const QPoint& point, const QPoint& global) {
         else
             text = shownName(grid_.rowNote(rows_.at(*index)));
     }
-    // A name is never read as rich text.
+    // A name must never be read as rich text.
     if (!text.isEmpty()) text = QStringLiteral("<p style='white-space:pre'>") + text.toHtmlEscaped();
     QToolTip::showText(global, text, this);
     return true;

@@ -18,8 +18,8 @@ namespace {
 constexpr int kPadding = 4;
 constexpr int kGap = 4;
 constexpr std::uint32_t kBarColor = 0x0000FF;
-// In a dark palette a bar's colour is lightened by the first, then moved towards the ground by the others at
-// its left and its right end.
+// In a dark palette a bar's colour is lightened by the first, and then moved towards the ground by the second
+// at its left end, by the third at its right end.
 constexpr int kDarkLightening = 80, kDarkLeft = 110, kDarkRight = 160;
 
 RowLook lookOf(const QWidget& widget) {
@@ -32,8 +32,8 @@ RowLook lookOf(const QWidget& widget) {
             .focus = widget.hasFocus()};
 }
 
-/// Drawn much smaller than it is, a picture loses its thin lines; so on a screen it is first made as small as
-/// it is seen. On paper and in a PDF it stays what it is.
+/// A picture drawn much smaller than it is loses its thin lines; so on a screen it is first reduced to the
+/// size it is seen at. On paper and in a PDF it stays as it is.
 void paintFitted(QPainter& painter, const QRect& box, const QPixmap& picture) {
     const QTransform toScreen = painter.deviceTransform();
     const QRect seen = toScreen.mapRect(QRectF(box)).toRect();
@@ -87,7 +87,7 @@ int RowPainter::barRoom(Row row) const {
 }
 
 int RowPainter::contentWidth(Row row, std::size_t column) const {
-    // Cutting a text measures in fractions of a pixel, so a rounded width may be too small for it.
+    // Cutting a text measures fractions of a pixel, so a rounded width may be too small for it.
     const double exact = QFontMetricsF(metrics_).horizontalAdvance(fullText(row, column));
     const int text = static_cast<int>(std::ceil(exact)) + 1 + 2 * padding_;
     if (column > 0)
@@ -156,7 +156,7 @@ void RowPainter::paint(QPainter& painter, Row row, const QRect& area,
         }
     }
     if (row != sources_.grid.currentRow() || !look_.focus) return;
-    // Not the style's frame: some fill it, and so tint what is drawn below.
+    // Some styles fill their frame, and would so tint what is drawn below.
     painter.setPen(QPen(tintTowards(colors.text, colors.ground, 90), 0, Qt::DotLine));
     painter.setBrush(Qt::NoBrush);
     painter.drawRect(area.adjusted(0, 0, -1, -1));
@@ -192,7 +192,7 @@ void RowPainter::paintPicture(QPainter& painter, Row row, const QRect& box) cons
 
 void RowPainter::paintTexts(QPainter& painter, Row row, const QRect& space, const Colors& colors) const {
     if (space.width() <= 0) return;
-    // Of a path in a list the end says more than the middle; a row of the tree is a name.
+    // The end of a path in a list says more than its middle; a row of the tree is a name.
     const Qt::TextElideMode cut = sources_.tree ? Qt::ElideRight : Qt::ElideMiddle;
     const QString text = metrics_.elidedText(cellText(row, 0), cut, space.width());
     painter.setPen(colors.text);
@@ -221,7 +221,7 @@ void RowPainter::paintOther(QPainter& painter, Row row, const PaintedColumn& col
                      metrics_.elidedText(text, Qt::ElideRight, space.width()));
 }
 
-// A triangle that points right when folded and down when open.
+// Draws a triangle that points right if folded and down if open.
 void RowPainter::paintBranch(QPainter& painter, const QRect& box, bool open) const {
     const double half = std::max(3.0 * look_.pixel, std::min(box.width(), box.height()) * 0.2);
     const QPointF middle = QRectF(box).center();
@@ -241,7 +241,7 @@ void RowPainter::paintBranch(QPainter& painter, const QRect& box, bool open) con
     painter.restore();
 }
 
-// The tints lead towards the ground of the palette, so its text can be read on all of the bar.
+// The tints lead towards the palette's ground, so that its text is readable on the whole bar.
 RowPainter::BarLook RowPainter::barLook(std::uint32_t base) const {
     const QColor ground = look_.palette.color(QPalette::Base), ink = look_.palette.color(QPalette::Text);
     if (ground.lightness() < ink.lightness()) {
@@ -259,7 +259,7 @@ void RowPainter::paintBar(QPainter& painter, const QRect& space, const Bar& bar,
     const BarLook look = barLook(base);
     const double ratio = painter.device()->devicePixelRatioF() / look_.pixel;
     const int length = filledLength(bar.percent, static_cast<int>(space.width() * ratio));
-    // Where a page is shown small a line of one of its pixels would be lost.
+    // If a page is shown small, a line of one of its pixels would disappear.
     const double line = std::max(1 / ratio, 1 / std::abs(painter.deviceTransform().m11()));
     const double inset = std::max(kBarInset / ratio, line);
     const QRectF filled =

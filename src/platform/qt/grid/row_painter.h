@@ -1,8 +1,8 @@
-// Draws the rows of a grid, and says how much room a cell needs.
+// Draws the rows of a grid, and tells how much room a cell needs. For the window's thread.
 //
-// The first column shows the hierarchy (indentation and branch mark), the row's picture, its percent bar, its
-// text and, dimmed, its note. All of it is drawn as lines and areas, so it is crisp at any scale. On a screen
-// a unit is a pixel; on paper a pixel has several of them.
+// The first column shows the hierarchy (indentation and sign for folding), the row's picture, its percent
+// bar, its text and, dimmed, its note. Everything is drawn as lines and areas, so it is crisp at any scale.
+// On a screen a unit is a pixel; on paper a pixel has several units.
 #pragma once
 
 #include <QFontMetrics>
@@ -16,29 +16,29 @@
 
 namespace hl {
 
-/// The picture of a number of platform/icons.h; a null icon for none.
+/// Returns the picture of a number of platform/icons.h; a null icon for none.
 using IconSource = std::function<QIcon(int)>;
 
 /// A column on screen.
 struct PaintedColumn {
-    std::size_t column;  ///< Of the grid.
+    std::size_t column;  ///< The index of the grid's column.
     int left, width;
 };
 
-/// How rows look, apart from what is in them.
+/// How rows look, apart from their content.
 struct RowLook {
     QFont font;
     QPalette palette;
     QPalette::ColorGroup group = QPalette::Active;
-    double pixel = 1;              ///< Units that a pixel has.
-    int step = 20, iconSize = 16;  ///< Of a level and of a picture, in units.
-    std::uint32_t deepest = 50;    ///< Deeper rows stand no further to the right.
-    bool focus = false;            ///< Around the current row.
-    int pictureSide = 0;   ///< Pixels that a picture is drawn from; 0: as many as it takes on the device.
-    bool onScreen = true;  ///< False: nothing is selected, and cells that are wide enough need no clip.
+    double pixel = 1;              ///< The units in a pixel.
+    int step = 20, iconSize = 16;  ///< The width of a level and of a picture, in units.
+    std::uint32_t deepest = 50;    ///< Deeper rows are not indented further.
+    bool focus = false;            ///< Draws a frame around the current row.
+    int pictureSide = 0;           ///< Pixels that a picture is drawn from; 0 means those of the device.
+    bool onScreen = true;          ///< If false, nothing is selected, and wide enough cells need no clipping.
 };
 
-/// What a RowPainter needs of the view; outlives it.
+/// What a RowPainter needs of the view; it must outlive the painter.
 struct RowSources {
     const Grid& grid;
     GridId id;
@@ -49,7 +49,7 @@ struct RowSources {
 
 class RowPainter {
   public:
-    /// For one paint or one measurement: fonts, palette and style of `widget` are read once.
+    /// Is for one painting or one measurement: fonts, palette and style of `widget` are read once.
     RowPainter(const RowSources& sources, const QWidget& widget);
     RowPainter(const RowSources& sources, const RowLook& look);
 
@@ -58,13 +58,13 @@ class RowPainter {
 
     void paint(QPainter& painter, Row row, const QRect& area,
                const std::vector<PaintedColumn>& columns) const;
-    /// Width that shows all of the cell.
+    /// Returns the width that shows all of the cell.
     int contentWidth(Row row, std::size_t column) const;
-    /// Where the branch mark of a row would be, in a first column that lies at `cell`.
+    /// Returns the place of a row's sign for folding in a first column at `cell`.
     QRect branchRect(Row row, const QRect& cell) const;
-    /// Where its text stands there.
+    /// Returns the place of a row's text in a first column at `cell`.
     QRect textRect(Row row, const QRect& cell) const;
-    /// The text that stands in the cell, with the note.
+    /// Returns the text of the cell, with the note.
     QString fullText(Row row, std::size_t column) const;
 
   private:

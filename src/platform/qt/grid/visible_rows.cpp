@@ -7,8 +7,8 @@ namespace hl {
 void VisibleRows::rebuild() {
     ++rebuilds_;
     rows_.clear();
-    // Memory that is never written to is never given by the system, so folded rows cost nothing here; and a
-    // list that grew by doubling would take twice its size for a moment.
+    // The system provides no memory that is never written to, so folded rows cost nothing here; a list that
+    // grew by doubling would take twice its size for a moment.
     rows_.reserve(grid_.rowCount());
     if (const auto sorted = grid_.tree().sortedRoots(); !sorted.empty()) {
         rows_.assign(sorted.begin(), sorted.end());

@@ -11,12 +11,12 @@
 
 namespace hl {
 
-/// Lives on the player's thread, and so does all that it owns.
+/// Lives on the player's thread, with everything that it owns.
 class MediaEngine::Worker : public QObject {
   public:
     explicit Worker(MediaEngine& engine) : engine_(engine) {}
 
-    /// Why nothing can be played.
+    /// Returns why nothing can be played.
     QString open();
     void leave(QThread* thread);
     void load(std::shared_ptr<OpenFile> file, int run);
@@ -34,7 +34,7 @@ class MediaEngine::Worker : public QObject {
     };
 
     void tellState();
-    /// `tell` runs on the thread of the window, with the number of what is played.
+    /// `tell` runs on the window's thread, with the number of what is played.
     template <class Tell>
     void post(Tell tell) {
         QMetaObject::invokeMethod(
@@ -45,7 +45,7 @@ class MediaEngine::Worker : public QObject {
     std::unique_ptr<Parts> parts_;
     std::shared_ptr<OpenFile> file_;
     std::atomic<int> run_ = 0;
-    bool starts_ = false;  ///< Once it is loaded.
+    bool starts_ = false;  ///< Plays the file once it is loaded.
 };
 
 QString MediaEngine::Worker::open() {
@@ -64,7 +64,7 @@ QString MediaEngine::Worker::open() {
     connect(&player, &QMediaPlayer::errorOccurred, this, [this](QMediaPlayer::Error, const QString& error) {
         post([this, error](int run) { engine_.takeError(error, run); });
     });
-    // On whichever thread has decoded the picture.
+    // This runs on the thread that decoded the picture.
     connect(
         &parts_->sink, &QVideoSink::videoFrameChanged, this,
         [this](const QVideoFrame& frame) { engine_.takeFrame(frame, run_); }, Qt::DirectConnection);
@@ -90,8 +90,8 @@ void MediaEngine::Worker::load(std::shared_ptr<OpenFile> file, int run) {
     close();
     run_ = run;
     file_ = std::move(file);
-    // The player takes a name only; this one is the open file, whatever its true name is.
-    // It starts when it is loaded: an error that comes in the middle of a start may be lost.
+    // The player only takes a name; this one means the open file, whatever its real name is. Playing starts
+    // when it is loaded, because an error during a start may be lost.
     starts_ = true;
     player().setSource(QUrl(QStringLiteral("file:///proc/self/fd/%1").arg(file_->descriptor())));
 }

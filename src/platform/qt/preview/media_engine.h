@@ -1,5 +1,5 @@
-// The library's player on a thread of its own, since its calls hold up whoever makes them: to let go of a
-// broken film takes it up to a second. All of it is called, and calls back, on the thread of the window.
+// Runs the library's player on a thread of its own, because its calls may block: releasing a broken film
+// takes up to a second. All calls and callbacks are on the window's thread.
 #pragma once
 
 #include <QMutex>
@@ -16,48 +16,48 @@ namespace hl {
 
 class MediaEngine {
   public:
-    /// What it is at. Times are milliseconds; a duration of 0 is not known.
+    /// What the player is doing. Times are in milliseconds; a duration of 0 is unknown.
     struct State {
         bool plays = false;
-        bool loads = false;  ///< Neither loaded nor failed yet.
+        bool loads = false;  ///< The file has neither been loaded nor failed yet.
         qint64 position = 0, duration = 0;
     };
 
-    /// Returns when the player is there; the first one of a run loads what the system has for it.
+    /// Returns when the player exists; the first one of a process loads what the system has for it.
     MediaEngine();
-    /// Waits until the player has let go of its file.
+    /// Waits until the player has released its file.
     ~MediaEngine();
     MediaEngine(const MediaEngine&) = delete;
     MediaEngine& operator=(const MediaEngine&) = delete;
 
-    /// Why nothing can be played at all; empty if it can.
+    /// Tells why nothing can be played at all; empty if that is possible.
     const QString& unavailable() const { return unavailable_; }
 
-    /// Plays it once it is loaded. `file` stays open until the player has let go of it.
+    /// Plays the file once it is loaded. `file` stays open until the player has released it.
     void load(std::shared_ptr<OpenFile> file);
-    /// Forgets the file. What it still tells of it is not passed on.
+    /// Forgets the file. What the player still reports about it is dropped.
     void close();
     void play();
     void pause();
-    /// A file that is still being loaded then does not start.
+    /// Stops; a file that is still being loaded then does not start.
     void stop();
-    /// Of many wishes that come at once, as from a slider that is dragged, the last one counts.
+    /// Of many calls at once, as from a slider that is dragged, the last one counts.
     void setPosition(qint64 milliseconds);
-    /// From 0 to 1, linear.
+    /// `volume` is from 0 to 1, linear.
     void setVolume(float volume);
 
     const State& state() const { return state_; }
-    /// The film's picture of this moment; null for none.
+    /// Returns the film's current picture; null for none.
     QVideoFrame frame();
 
-    // What happened, one after the other; not after close().
+    // These report what happened, one after the other; not after close().
     std::function<void()> onFrame, onState;
     std::function<void(const QString& error)> onError;
 
   private:
     class Worker;
     static constexpr qint64 kNowhere = -1;
-    /// `ask` runs on the player's thread, after what was asked before.
+    /// `ask` runs on the player's thread, after all earlier ones.
     template <class Ask>
     void post(Ask ask);
     void begin(State state);
@@ -66,16 +66,16 @@ class MediaEngine {
     void takeError(const QString& error, int run);
 
     QThread thread_;
-    QObject home_;  ///< Stands for the thread of the window.
+    QObject home_;  ///< Stands for the window's thread.
     std::unique_ptr<Worker> worker_;
     QString unavailable_;
     State state_;
 
-    QMutex mutex_;  // Of what the player's threads look at.
+    QMutex mutex_;  // Guards what the player's threads read.
     QVideoFrame frame_;
-    bool frameTold_ = false;                 ///< One notice waits at most, however busy the window is.
-    std::atomic<qint64> wanted_ = kNowhere;  ///< The position that is wished, until it is set.
-    int run_ = 0;  ///< Counts what is played; what is told of another one than the last is dropped.
+    bool frameTold_ = false;                 ///< At most one notice waits, however busy the window is.
+    std::atomic<qint64> wanted_ = kNowhere;  ///< The wanted position, until it is set.
+    int run_ = 0;  ///< Counts the files; a report about another one than the last is dropped.
 };
 
 }  // namespace hl

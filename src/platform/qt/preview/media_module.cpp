@@ -23,7 +23,7 @@ namespace {
 
 constexpr int kVolumes = 100;
 constexpr float kFirstVolume = 0.7F;
-constexpr int kStep = 5000;  // Milliseconds; so too below.
+constexpr int kStep = 5000;  // In milliseconds, like the next ones.
 constexpr int kPatience = 8000;
 
 QString timeText(qint64 milliseconds) {
@@ -31,7 +31,8 @@ QString timeText(qint64 milliseconds) {
     return QStringLiteral("%1:%2").arg(seconds / 60).arg(seconds % 60, 2, 10, QLatin1Char('0'));
 }
 
-/// The film's pictures, scaled to fit. Painted like anything else, so that it works on every screen.
+/// Shows the film's pictures, scaled to fit. They are painted like anything else, so that it works on every
+/// screen.
 class FilmView final : public QWidget {
   public:
     FilmView(QWidget* parent, WindowEvents& events, MediaEngine& engine)
@@ -58,7 +59,7 @@ class FilmView final : public QWidget {
     MediaEngine& engine_;
 };
 
-/// A button with a plain sign in the colour of texts: the style's own icons are black on a dark desktop too.
+/// A button with a plain sign in the text's colour; the style's own icons are black even on a dark desktop.
 class SignButton final : public QToolButton {
   public:
     enum Sign { kPlay, kPause, kStop };
@@ -123,8 +124,8 @@ class Player final : public MediaView {
     QSlider* position_ = nullptr;
     QSlider* volume_ = nullptr;
     QLabel* time_ = nullptr;
-    QTimer patience_;       ///< With a file that neither loads nor fails.
-    bool playing_ = false;  ///< And has not failed.
+    QTimer patience_;       ///< Limits the time of a file that neither loads nor fails.
+    bool playing_ = false;  ///< A file is played and has not failed.
 };
 
 Player::Player(const MediaStart& start)
@@ -173,7 +174,7 @@ void Player::addControls(const PreviewTexts& texts) {
 void Player::connectPlayer() {
     connect(play_, &QToolButton::clicked, this, guarded("play", [this] { playPressed(); }));
     connect(stop_, &QToolButton::clicked, this, guarded("stop", [this] { engine_.stop(); }));
-    // Moved by the user, by mouse or keys; the player's own moves come with signals blocked.
+    // The user moved it, by mouse or keys; the player moves it with signals blocked.
     connect(position_, &QSlider::valueChanged, this,
             guarded("position", [this] { engine_.setPosition(position_->value()); }));
     connect(volume_, &QSlider::valueChanged, this, guarded("volume", [this] {

@@ -1,4 +1,4 @@
-// The one function of the module that plays.
+// The one function of the module that plays. For the window's thread.
 #pragma once
 
 #include "platform/qt/preview/media_view.h"

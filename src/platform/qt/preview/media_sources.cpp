@@ -14,8 +14,8 @@ namespace {
 
 using List = std::unique_ptr<GList, decltype(&gst_plugin_feature_list_free)>;
 
-/// A word between slashes of what an element says of its kind. Adaptive are the readers of lists, whose parts
-/// they fetch; editing ones read projects that name files.
+/// Words between slashes in an element's description of its kind. "Adaptive" elements read lists and fetch
+/// their parts; "Editing" ones read projects that name files.
 constexpr std::array<std::string_view, 4> kOutwards = {"Source", "Network", "Adaptive", "Editing"};
 
 bool hasWord(std::string_view kind, std::string_view word) {
@@ -31,7 +31,7 @@ bool opensPlaces(gpointer feature) {
     if (!GST_IS_ELEMENT_FACTORY(feature)) return false;
     auto* factory = GST_ELEMENT_FACTORY(feature);
     const std::string_view name = GST_OBJECT_NAME(factory);
-    // The second one chooses among the sources there are.
+    // The second one chooses among the existing sources.
     if (name == "filesrc" || name == "urisourcebin") return false;
     if (gst_element_factory_get_uri_type(factory) == GST_URI_SRC) return true;
     const char* kind = gst_element_factory_get_metadata(factory, GST_ELEMENT_METADATA_KLASS);
@@ -48,7 +48,7 @@ List featuresOf(GstRegistry* registry, const char* plugin) {
     return {gst_registry_get_feature_list_by_plugin(registry, plugin), &gst_plugin_feature_list_free};
 }
 
-// A plugin adds what it lacks when it is loaded, so it is loaded first, or goes as a whole.
+// A plugin adds elements when it is loaded, so it is loaded first, or else removed as a whole.
 void leaveInside(GstRegistry* registry, GstPlugin* plugin) {
     const char* name = gst_plugin_get_name(plugin);
     bool opens = false, doesMore = false;
@@ -67,7 +67,7 @@ void leaveInside(GstRegistry* registry, GstPlugin* plugin) {
 
 void prepareMediaLibrary(const std::string& folder) {
     qputenv("QT_MEDIA_BACKEND", "gstreamer");
-    // Below what is no folder nothing can be made.
+    // Nothing can be created below something that is no folder.
     const std::string place = folder.empty() ? "/dev/null" : folder;
     qputenv("GST_REGISTRY_1_0", QByteArray::fromStdString(place + "/mediaplugins.cache"));
 }

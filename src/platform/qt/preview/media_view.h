@@ -1,5 +1,5 @@
-// The border between the window and its module that plays sound and film, which is loaded at the first such
-// file.
+// The interface between the window and its module that plays sound and film, which is loaded at the first
+// such file.
 #pragma once
 
 #include <QWidget>
@@ -17,18 +17,18 @@ namespace hl {
 constexpr const char* kMediaModuleName = "harborlantern-media.so";
 constexpr const char* kMediaModuleFunction = "harborlanternMedia";
 
-/// A player with its controls. Thread of the window.
+/// A player with its controls. For the window's thread.
 class MediaView : public QWidget {
   public:
     using QWidget::QWidget;
-    /// Why nothing can be played at all; empty if it can.
+    /// Tells why nothing can be played at all; empty if that is possible.
     virtual std::string unavailable() const = 0;
-    /// The file stays open until the player has let go of it, which may be after close().
+    /// Plays a file, which stays open until the player has released it, perhaps only after close().
     virtual void play(std::unique_ptr<OpenFile> file) = 0;
-    /// What it would still tell of the file is not told.
+    /// Forgets the file; what the player still reports about it is dropped.
     virtual void close() = 0;
 
-    /// What was to be played cannot be.
+    /// Called when the file cannot be played.
     std::function<void(const std::string& error)> failed;
 };
 
@@ -36,7 +36,7 @@ struct MediaStart {
     const PreviewTexts& texts;
     WindowEvents& events;
     QWidget* parent;
-    std::string cache;  ///< PreviewTools::cacheFolder().
+    std::string cache;  ///< The value of PreviewTools::cacheFolder().
     GuardedRoutine::Counter guardedDepth = GuardedRoutine::counter();
 };
 using MediaModuleFunction = MediaView* (*)(const MediaStart&);

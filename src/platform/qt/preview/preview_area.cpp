@@ -19,9 +19,9 @@
 namespace hl {
 
 namespace {
-constexpr int kRestBeforeMedia = 300;  // Milliseconds: longer than a held key repeats.
-constexpr int kUnnoticed = 500;        // Milliseconds that a disk may take without a word,
-constexpr int kPatience = 30'000;      // and before it is given up.
+constexpr int kRestBeforeMedia = 300;  // In milliseconds; longer than the repetition of a held key.
+constexpr int kUnnoticed = 500;        // How many milliseconds a disk may take before the user is told.
+constexpr int kPatience = 30'000;      // How many milliseconds a disk may take before it is given up.
 }  // namespace
 
 PreviewArea::PreviewArea(const PreviewParts& parts, WindowEvents& events, QWidget* parent)
@@ -35,7 +35,7 @@ PreviewArea::PreviewArea(const PreviewParts& parts, WindowEvents& events, QWidge
     setAutoFillBackground(true);
     setBackgroundRole(QPalette::Base);
     stack_->setContentsMargins(0, 0, 0, 0);
-    // Whatever a viewer would like to have, the splitter decides.
+    // The splitter decides, whatever a viewer would like to have.
     stack_->setSizeConstraint(QLayout::SetNoConstraint);
     stack_->addWidget(nothing_);
     mediaRest_.setSingleShot(true);
@@ -190,7 +190,7 @@ void PreviewArea::showOpened(PreviewViewer viewer) {
     }
 }
 
-// Nothing, and the message is shown, if it cannot be read.
+// Returns nothing, and shows the message, if the file cannot be read.
 std::optional<PreviewArea::Head> PreviewArea::head(std::size_t limit) {
     int code = 0;
     std::string bytes = file_->head(limit, code);
@@ -209,7 +209,7 @@ void PreviewArea::showText() {
         bring(text_, "rtfVorschau").showBytes(text->bytes, text->cut, parts_.texts.cut);
 }
 
-// A helper tries the page out: one that would keep the window busy, or take it down, is shown as a text.
+// A helper first tries the page out: a page that would keep the window busy, or crash it, is shown as a text.
 void PreviewArea::showMarkup(const Head& page) {
     const std::string markup = withoutLinks(decodedText(page.bytes, page.cut));
     const auto done = [this, markup, note = noteIf(page.cut)](bool well) {
@@ -278,7 +278,7 @@ MediaView* PreviewArea::media() {
     return media_;
 }
 
-// One that the user only passes by on his way through a list is not opened.
+// A file that the user only passes by in a list is not opened.
 void PreviewArea::playMedia() {
     mediaRest_.start(kRestBeforeMedia);
 }
@@ -297,7 +297,7 @@ void PreviewArea::stopMedia() {
 
 // --- what goes wrong
 
-// Shown here and not asked about: the user has gone on to something else in the meantime.
+// Shows the message here without a question, because the user has gone on to something else meanwhile.
 void PreviewArea::fail(const std::string& error) {
     stopMedia();
     file_.reset();

@@ -1,4 +1,5 @@
-// The preview's pane in the window: one viewer at a time, each made for the first file that needs it.
+// The preview's pane in the window: one viewer at a time, each made for the first file that needs it. For the
+// window's thread.
 #pragma once
 
 #include <QSocketNotifier>
@@ -26,7 +27,7 @@ class WebView;
 
 class PreviewArea final : public QWidget, public PreviewPane {
   public:
-    /// `parts` and `events` outlive it.
+    /// `parts` and `events` must outlive it.
     PreviewArea(const PreviewParts& parts, WindowEvents& events, QWidget* parent);
     ~PreviewArea() override;
 
@@ -36,13 +37,13 @@ class PreviewArea final : public QWidget, public PreviewPane {
     void showNotice(const std::string& text) override;
     void clear() override;
 
-    /// The viewer that shows; null for none.
+    /// Returns the visible viewer; null for none.
     QWidget* viewer() const;
-    /// What the Tab key stops at, in its order.
+    /// Adds what the Tab key stops at, in its order.
     void addTabStops(std::vector<QWidget*>& stops) const;
 
   private:
-    /// The first part of the file; `cut`: it goes on.
+    /// The first part of the file; `cut` tells that the file has more.
     struct Head {
         std::string bytes;
         bool cut = false;
@@ -62,7 +63,7 @@ class PreviewArea final : public QWidget, public PreviewPane {
     void showPages(std::unique_ptr<OpenFile> file);
     void playMedia();
     void startMedia();
-    /// Null if nothing can be played, with the reason in mediaMissing_.
+    /// Returns null if nothing can be played; then mediaMissing_ has the reason.
     MediaView* media();
     void stopMedia();
     void fail(const std::string& error);
@@ -78,7 +79,7 @@ class PreviewArea final : public QWidget, public PreviewPane {
     const PreviewParts& parts_;
     WindowEvents& windowEvents_;
     PreviewEvents* events_ = nullptr;
-    std::unique_ptr<PreviewContext> context_;  ///< None without tools.
+    std::unique_ptr<PreviewContext> context_;  ///< Null without tools.
     std::unique_ptr<PreviewConverter> converter_;
     QStackedLayout* stack_;
     QWidget* nothing_;
@@ -90,12 +91,12 @@ class PreviewArea final : public QWidget, public PreviewPane {
     std::string mediaMissing_;
     QTimer mediaRest_;  ///< Runs while a film waits for its start.
     std::string path_;
-    std::unique_ptr<PreviewOpening> opening_;  ///< Of a disk that may not answer.
+    std::unique_ptr<PreviewOpening> opening_;  ///< The file of a disk that may not answer.
     QSocketNotifier* openingOver_ = nullptr;
     QTimer openingLate_;
-    bool openingNoted_ = false;  ///< The user sees that it is waited for.
+    bool openingNoted_ = false;  ///< The user has been told that the disk is waited for.
     std::unique_ptr<OpenFile> file_;
-    std::set<std::string> reported_;  ///< What is missing is told once.
+    std::set<std::string> reported_;  ///< What is missing is reported once.
 };
 
 }  // namespace hl

@@ -14,15 +14,15 @@ namespace {
 constexpr const char* kRichTextCommand = "unrtf";
 constexpr std::chrono::milliseconds kFilterTime{10'000}, kPageTime{10'000}, kOfficeTime{60'000};
 constexpr std::uint64_t kLargestDocument = 128U << 20;
-constexpr std::size_t kMostWords = 64U << 10;  // What a converter may say.
+constexpr std::size_t kMostWords = 64U << 10;  // The limit of a converter's output.
 
-constexpr std::size_t kMostPixels = 128U << 20;  // Bytes of a picture, three to a pixel.
+constexpr std::size_t kMostPixels = 128U << 20;  // The bytes of a picture, three to a pixel.
 
 constexpr ProcessLimits kFilterLimits = {.memory = 512U << 20, .cpuSeconds = 10, .fileSize = 0};
 constexpr ProcessLimits kOfficeLimits = {
     .memory = std::uint64_t{6} << 30, .cpuSeconds = 60, .fileSize = 256U << 20};
 
-// No macros at all, and nothing that the document links to from elsewhere.
+// These forbid macros, and everything elsewhere that the document links to.
 constexpr const char* kOfficeSettings = R"(<?xml version="1.0" encoding="UTF-8"?>
 <oor:items xmlns:oor="http://openoffice.org/2001/registry">
 <item oor:path="/org.openoffice.Office.Common/Security/Scripting"><prop oor:name="MacroSecurityLevel" oor:op="fuse"><value>3</value></prop></item>
@@ -54,7 +54,7 @@ void PreviewConverter::start(const ProcessOrder& order, std::size_t limit, std::
 }
 
 bool PreviewConverter::richText(const OpenFile& file, const Converted& done) {
-    // It names the pictures of a document on the disk otherwise.
+    // Without the option it would write the pictures of a document to the disk.
     return filter(kRichTextCommand, {"--html", "--nopict", "--quiet"}, file, kMostMarkup, done);
 }
 
@@ -62,7 +62,7 @@ bool PreviewConverter::pcx(const OpenFile& file, const Converted& done) {
     return filter(kPcxProgram.name, {}, file, kMostPixels, done);
 }
 
-// The program reads the file from standard input and writes, at most `limit` bytes, to standard output.
+// The program reads the file from standard input and writes at most `limit` bytes to standard output.
 bool PreviewConverter::filter(const char* program, const std::vector<std::string>& arguments,
                               const OpenFile& file, std::size_t limit, const Converted& done) {
     clear();
@@ -101,8 +101,8 @@ bool PreviewConverter::tryPage(const std::string& markup, std::function<void(boo
     return true;
 }
 
-// A folder with the document and the settings. The document is copied: the converter puts its lock beside
-// what it reads, and names that are no text would not reach it.
+// Makes a folder with the document and the settings. The document is copied, because the converter puts its
+// lock beside the file, and cannot take a name that is no valid text.
 bool PreviewConverter::prepare(const OpenFile& file, const std::string& document, std::string& error) {
     folder_ = context_.tools.makeFolder(error);
     if (!folder_) return false;
@@ -131,7 +131,7 @@ bool PreviewConverter::office(const OpenFile& file, const std::string& extension
            .limits = kOfficeLimits,
            .foreign = true},
           kMostWords, kOfficeTime, [this, done, format](bool) {
-              // Its status says little: what counts is the file.
+              // Its exit status says little: the file decides.
               std::string none;
               auto converted = context_.tools.open(folder_->path() + "/out/document." + format, none);
               clear();

@@ -1,6 +1,6 @@
-// Has a document made into what the preview can show, by a program of the system, if it is there. That
-// program gets no network where the system allows to take it away, a home of its own that is removed
-// afterwards, and little time.
+// Converts a document to something that the preview can show, with a program of the system, if it is
+// installed. That program gets no network if the system can prevent it, a home of its own that is removed
+// afterwards, and little time. For the window's thread.
 #pragma once
 
 #include <functional>
@@ -11,7 +11,7 @@
 
 namespace hl {
 
-/// A command of the system, and the collection that has it.
+/// A command of the system, and the suite that contains it.
 struct ConverterProgram {
     const char* name;
     const char* suite;
@@ -28,20 +28,20 @@ class PreviewConverter {
     PreviewConverter(const PreviewConverter&) = delete;
     PreviewConverter& operator=(const PreviewConverter&) = delete;
 
-    // False if the program is not there. What the system refuses is told to the context as a failure of the
-    // file, before they return; `done` is not called then.
+    // These return false if the program is not installed. If the system refuses, they report a failure of the
+    // file to the context before they return, and `done` is not called.
 
-    /// Rich text as a page of the web; empty if nothing came of it.
+    /// Converts rich text to a page of the web; empty if that failed.
     bool richText(const OpenFile& file, const Converted& done);
-    /// A PCX picture as one that the picture's helper reads; empty if nothing came of it.
+    /// Converts a PCX picture to one that the picture's helper reads; empty if that failed.
     bool pcx(const OpenFile& file, const Converted& done);
-    /// What the office reads, as a "pdf" or a "png"; null if nothing came of it. `extension` is plain
-    /// letters.
+    /// Converts a document of an office program to "pdf" or "png"; null if that failed. `extension` has only
+    /// plain letters.
     bool office(const OpenFile& file, const std::string& extension, const std::string& format,
                 const std::function<void(std::unique_ptr<OpenFile> converted)>& done);
-    /// Has a helper lay out a page of the web: whether that ends, soon and well.
+    /// Lets a helper lay out a page of the web, and reports whether that ended soon and well.
     bool tryPage(const std::string& markup, std::function<void(bool well)> done);
-    /// Ends what is at work.
+    /// Ends everything that is running.
     void clear();
 
   private:

@@ -15,10 +15,10 @@ namespace hl {
 
 namespace {
 
-/// Megabytes of the largest picture as it lies in memory while it is read. One that cannot be made smaller on
-/// the way, such as a BMP, has all its pixels there.
+/// The limit, in megabytes, of a picture in memory while it is read. A picture that cannot be reduced while
+/// it is read, such as a BMP, has all its pixels there.
 constexpr int kMostMegabytes = 512;
-// An SVG can name other files and hold whole documents; it is no picture for this purpose.
+// SVG is excluded, because it can name other files and contain whole documents.
 constexpr std::array kFormats = {"bmp", "gif", "ico",  "cur",  "jpeg", "jpg",
                                  "png", "tif", "tiff", "webp", "tga",  "ppm"};
 
@@ -26,7 +26,7 @@ bool isKnown(const QByteArray& format) {
     return std::ranges::any_of(kFormats, [&](const char* one) { return format == one; });
 }
 
-// Icons come in several sizes.
+// An icon file has several sizes.
 void chooseLargest(QImageReader& reader) {
     if (reader.format() != "ico" && reader.format() != "cur") return;
     int best = 0, width = 0;
@@ -47,7 +47,7 @@ bool isTooLarge(QSize size) {
     return qint64{size.width()} * size.height() > kMostMegabytes * kMegabyte / kPixelBytes;
 }
 
-// The office puts a drawing on a whole page.
+// The office program puts a drawing on a whole page.
 QImage withoutMargins(const QImage& image) {
     const QRgb paper = image.pixel(0, 0);
     QRect drawing;
@@ -57,7 +57,7 @@ QImage withoutMargins(const QImage& image) {
     return drawing.isEmpty() ? image : image.copy(drawing);
 }
 
-// A picture of few pixels is not made larger here: whoever paints it does that.
+// A small picture is not enlarged here: whoever paints it does that.
 PictureSize pixelsOf(PictureSize source, PictureSize drawn, int scale) {
     const auto side = [scale](int whole, int shown) {
         return std::clamp(static_cast<int>(std::lround(shown * scale / 1000.0)), 1, whole);
@@ -121,7 +121,7 @@ DecodedPicture decodePicture(QIODevice& file, const PreviewRequest& request) {
     reader.setAutoTransform(true);
     if (!reader.canRead() || !isKnown(reader.format())) return {};
     chooseLargest(reader);
-    QSize size = request.trimmed ? QSize() : reader.size();  // Only its pixels tell.
+    QSize size = request.trimmed ? QSize() : reader.size();  // Only the pixels tell it.
     if (turnsSides(reader)) size.transpose();
     PictureSize drawn, pixels;
     if (!size.isEmpty()) {
@@ -133,7 +133,7 @@ DecodedPicture decodePicture(QIODevice& file, const PreviewRequest& request) {
         if (pixels != source) reader.setScaledSize(wanted);
     }
     QImage image = reader.read();
-    // What a decoder says of a picture that it finds no room for would mislead.
+    // What a decoder says of a picture for which it has no room would be misleading.
     if (image.isNull()) return {{}, {}, isTooLarge(size) ? std::string() : utf8(reader.errorString())};
     if (request.trimmed) image = withoutMargins(image);
     if (size.isEmpty()) {

@@ -22,7 +22,7 @@ PreviewJob::PreviewJob(std::unique_ptr<HelperProcess> process, std::size_t limit
 void PreviewJob::read() {
     const bool more = process_->readOutput(output_, limit_);
     if (const auto told = onOutput) told();
-    // Whoever takes output makes room; one that does not get it all has too much.
+    // Whoever takes output makes room; if the output does not fit even then, it is too much.
     if (!process_) return;
     if (!more) return end(process_->endedWell());
     if (output_.size() >= limit_) end(false);

@@ -1,4 +1,5 @@
-// A helper of the preview at work: its output is read as it comes, within a bound and a time.
+// A running helper of the preview, whose output is read as it comes, within limits of size and time. For the
+// window's thread.
 #pragma once
 
 #include <QObject>
@@ -14,35 +15,36 @@
 
 namespace hl {
 
-/// What the viewers have in common. All of it outlives them.
+/// What the viewers have in common; all of it outlives them.
 struct PreviewContext {
     PreviewTools& tools;
     WindowEvents& events;
     const PreviewTexts& texts;
-    /// The file that is shown cannot be shown.
+    /// The current file cannot be shown.
     std::function<void(const std::string& error)> failed;
-    /// A helper or a library is not there.
+    /// A helper or a library is missing.
     std::function<void(const std::string& what)> missing;
 };
 
 class PreviewJob final : public QObject {
   public:
-    /// `limit`: bytes of output that may wait to be taken. Ends the process with it.
+    /// `limit` is the number of output bytes that may wait to be taken. The destructor ends the process.
     PreviewJob(std::unique_ptr<HelperProcess> process, std::size_t limit, WindowEvents& events);
 
-    /// New output is there.
+    /// There is new output.
     std::function<void()> onOutput;
-    /// No more comes: the process has ended, its time is over, or its output is too much. Called once.
+    /// There will be no more output: the process has ended, its time is over, or it wrote too much. Called
+    /// once.
     std::function<void(bool well)> onEnd;
 
     std::string& output() { return output_; }
     bool send(const std::string& text) { return process_->send(text); }
-    /// The time in which it has to come to its end, or to the next call of this.
+    /// Sets the time until the process must end, or until the next call of this.
     void setTime(std::chrono::milliseconds time) { timer_.start(time); }
     void stopTime() { timer_.stop(); }
 
-    /// Ends the process now, and the object once whoever calls has returned. Nothing is told any more. Null
-    /// does nothing.
+    /// Ends the process now, and deletes the object after the caller has returned. Nothing is reported any
+    /// more. Null does nothing.
     static void drop(PreviewJob*& job);
 
   private:
@@ -57,8 +59,8 @@ class PreviewJob final : public QObject {
     QTimer timer_;
 };
 
-/// Starts a helper that answers requests about the file; null once the context has been told why not. The
-/// time until its first answer runs. To be dropped by the caller.
+/// Starts a helper that answers requests about the file. The time until its first answer begins. The caller
+/// must drop the result; it is null once the context has been told why not.
 PreviewJob* startDecoder(const PreviewContext& context, const char* helper, const OpenFile& file,
                          std::chrono::milliseconds time);
 

@@ -16,9 +16,9 @@ namespace {
 constexpr std::chrono::milliseconds kTimeToOpen{10'000}, kTimeForPage{5'000};
 constexpr int kMargin = 8, kStep = 48;
 constexpr int kWidestPage = 1600;
-/// Beside the pages that show, which may need more.
+/// The limit without the visible pages, which may need more.
 constexpr std::size_t kKeptBytes = 64U << 20;
-/// A document on which the helper ends again and again is given up.
+/// If the helper ends more often than this, the document is given up.
 constexpr int kMostRestarts = 10;
 
 }  // namespace
@@ -82,7 +82,7 @@ void PagesView::place() {
     viewport()->update();
 }
 
-// The first page that shows, and the one behind the last.
+// Returns the first visible page, and the one after the last.
 std::pair<std::size_t, std::size_t> PagesView::visiblePages() const {
     if (pages_.empty()) return {0, 0};
     const int top = verticalScrollBar()->value(), bottom = top + viewport()->height();
@@ -122,7 +122,7 @@ void PagesView::requestNext() {
         if (isDrawn(page) || failed_.contains(page)) continue;
         if (job_ == nullptr) {
             startHelper();
-            return;  // It asks when it is ready.
+            return;  // The helper asks when it is ready.
         }
         if (!ready_) return;
         asked_ = PreviewRequest{.page = static_cast<std::uint32_t>(page),
@@ -139,7 +139,7 @@ void PagesView::answers() {
     }
 }
 
-// Takes one answer off the output; false if there is none yet.
+// Takes one answer from the output; returns false if there is none yet.
 bool PagesView::answer() {
     std::string& output = job_->output();
     AnswerHeader header;
@@ -179,7 +179,7 @@ bool PagesView::answer() {
 void PagesView::takePicture(const AnswerHeader& header, const char* bytes) {
     QImage image(header.width, header.height, QImage::Format_ARGB32_Premultiplied);
     if (image.isNull()) {
-        // No memory for it: it would be asked for again and again.
+        // There is no memory for it; it would be asked for again and again.
         failed_.insert(header.page);
         return;
     }
@@ -201,8 +201,8 @@ void PagesView::evict() {
     }
 }
 
-// The helper has crashed, was too slow or said nonsense. The page it was at is to blame; others are drawn by
-// another one.
+// The helper has crashed, was too slow or sent nonsense. The page being drawn is to blame; another helper
+// draws the others.
 void PagesView::ended() {
     PreviewJob::drop(job_);
     if (pages_.empty() || ++restarts_ > kMostRestarts) return fail({});

@@ -1,4 +1,5 @@
-// A document as a column of pages. A helper draws those that show; few more are kept.
+// A document as a column of pages. A helper draws the visible ones; few others are kept. For the window's
+// thread.
 #pragma once
 
 #include <QAbstractScrollArea>
@@ -23,9 +24,9 @@ class PagesView final : public QAbstractScrollArea {
     void clear();
 
     std::size_t pageCount() const { return pages_.size(); }
-    /// Whether the page is drawn as it should be.
+    /// Tells whether the page is drawn as it should be.
     bool isDrawn(std::size_t page) const;
-    /// Bytes of all pages that are kept.
+    /// The bytes of all pages that are kept.
     std::size_t keptBytes() const;
 
   protected:
@@ -36,7 +37,7 @@ class PagesView final : public QAbstractScrollArea {
   private:
     struct Drawn {
         QImage image;
-        int width = 0;  ///< Units of the request that it answers.
+        int width = 0;  ///< In units of the request that it answers.
         int scale = 0;
     };
 
@@ -59,7 +60,7 @@ class PagesView final : public QAbstractScrollArea {
     std::unique_ptr<OpenFile> file_;
     PreviewJob* job_ = nullptr;
     std::vector<PageSize> pages_;
-    std::vector<int> tops_;  ///< Of each page, and behind the last one.
+    std::vector<int> tops_;  ///< The place of each page, and of the end of the last one.
     std::map<std::size_t, Drawn> drawn_;
     std::set<std::size_t> failed_;
     std::optional<PreviewRequest> asked_;

@@ -55,7 +55,7 @@ DecodedPicture PdfDecoder::decode(const PreviewRequest& request) {
     const int width = request.box.width;
     const int height =
         std::clamp(static_cast<int>(std::lround(width * points.height() / points.width())), 1, kHighestPage);
-    // A scale that the pixels of the page have room for.
+    // The scale must leave room for the page's pixels.
     double scale = request.scale / 1000.0;
     const double bytes = 4.0 * width * scale * height * scale;
     if (bytes > kMaxPictureBytes) scale *= std::sqrt(kMaxPictureBytes / bytes);

@@ -1,4 +1,4 @@
-// Pages of a PDF as pictures, for the helper. Needs Qt's PDF library.
+// Draws pages of a PDF as pictures, for the helper. It needs Qt's PDF library. For the helper's only thread.
 #pragma once
 
 #include <QFile>
@@ -20,7 +20,8 @@ class PdfDecoder final : public PreviewDecoder {
     QPdfDocument document_;
 };
 
-/// As answerForPictures. `beforeEach` runs also before the document is opened, which reads much of it.
+/// Does everything that main() of the helper for PDF does, as answerForPictures does it for pictures.
+/// `beforeEach` also runs before the document is opened, which reads much of it.
 int answerForPdf(int argc, char** argv, int descriptor, const std::function<void()>& beforeEach);
 
 }  // namespace hl

@@ -48,7 +48,7 @@ void PictureView::clear() {
     update();
 }
 
-// Each time from the file: the picture in all its size is nowhere kept.
+// The picture is read from the file each time, because it is not kept in its full size.
 void PictureView::request() {
     if (!file_) return;
     PreviewJob::drop(job_);
@@ -90,7 +90,7 @@ void PictureView::paintEvent(QPaintEvent*) {
         QPainter painter(this);
         painter.fillRect(rect(), palette().base());
         if (image_.isNull()) return;
-        // While a new size is being decoded the old pixels stand in for it.
+        // While a new size is being decoded, the old pixels are shown.
         const ZoomedPicture now =
             ZoomPicture({drawn_.width(), drawn_.height()}, {side(width()), side(height())}, false);
         const QRect place((width() - now.drawn.width) / 2, (height() - now.drawn.height) / 2, now.drawn.width,
@@ -101,7 +101,7 @@ void PictureView::paintEvent(QPaintEvent*) {
 }
 
 void PictureView::resizeEvent(QResizeEvent*) {
-    // One in its own size stays as it is while it fits.
+    // A picture in its own size does not change while it fits.
     const bool own = drawn_.width() < asked_.width() && drawn_.height() < asked_.height();
     const bool fits = drawn_.width() <= width() && drawn_.height() <= height();
     if (!file_ || (size() == asked_ && !job_) || (!image_.isNull() && own && fits)) return;

@@ -1,4 +1,4 @@
-// Shows one picture, made smaller to fit; a helper decodes it.
+// Shows one picture, reduced to fit; a helper decodes it. For the window's thread.
 #pragma once
 
 #include <QImage>
@@ -16,7 +16,7 @@ class PictureView final : public QWidget {
     PictureView(const PreviewContext& context, QWidget* parent);
     ~PictureView() override;
 
-    /// `trimmed`: without what is of one colour around it.
+    /// `trimmed` leaves out a border of a single colour.
     void showFile(std::unique_ptr<OpenFile> file, bool trimmed);
     void clear();
     /// Null until it is decoded.
@@ -38,7 +38,7 @@ class PictureView final : public QWidget {
     QTimer settle_;  ///< Runs while the size still changes.
     QImage image_;
     QSize drawn_;  ///< In units of the widget.
-    QSize asked_;  ///< The room that it was decoded for.
+    QSize asked_;  ///< The room that the picture was decoded for.
 };
 
 }  // namespace hl

@@ -10,7 +10,7 @@ namespace hl {
 
 namespace {
 
-/// Characters of a line that the toolkit lays out in no time; a longer one is shown as several.
+/// The most characters in a line that the toolkit lays out quickly; a longer line is shown as several.
 constexpr qsizetype kLongestLine = 8192;
 
 /// The toolkit needs some two microseconds for each.
@@ -44,7 +44,7 @@ QString splitLines(const QString& text, bool& cut) {
     return out;
 }
 
-// Pages choose some of their colours and count on white paper for the rest.
+// Pages set some of their colours and expect white paper for the rest.
 QPalette paper(QPalette palette) {
     palette.setColor(QPalette::Base, Qt::white);
     palette.setColor(QPalette::Text, Qt::black);

@@ -66,7 +66,7 @@ int tryPage(int argc, char** argv, int descriptor, const std::function<void()>& 
     QFile file;
     if (!file.open(descriptor, QIODevice::ReadOnly, QFileDevice::DontCloseHandle)) return 1;
     const QString markup = QString::fromUtf8(file.readAll());
-    TriedDocument().layOut(QStringLiteral("<b>x</b><i>x</i>"));  // Has the fonts found.
+    TriedDocument().layOut(QStringLiteral("<b>x</b><i>x</i>"));  // This lets the fonts be found.
     ready();
     TriedDocument().layOut(markup);
     return std::puts(kPageTried) >= 0 ? 0 : 1;

@@ -12,12 +12,12 @@ namespace hl {
 
 namespace {
 
-constexpr std::size_t kSample = 500;  ///< Rows from all parts.
+constexpr std::size_t kSample = 500;  ///< Rows from all parts of the grid.
 constexpr std::size_t kLongest = 32;  ///< Rows with the longest texts, by each way of counting.
-// Of the page, in percent: how wide the first column is at least and at most where it is repeated.
+// The least and the largest width of a first column that is repeated, in percent of the page.
 constexpr int kRepeatedLeast = 20, kRepeatedMost = 40;
 
-/// The rows with the largest of some number, kLongest of them.
+/// Keeps the kLongest rows with the largest values of some number.
 class Largest {
   public:
     void see(double size, Row row) {
@@ -56,7 +56,7 @@ class Candidates {
     }
 
   private:
-    // A level is worth some three characters.
+    // A level counts as some three characters.
     void seeText(Row row, std::string_view text) {
         const double indentation = first_ ? 3.0 * grid_.level(row) : 0;
         const std::string_view note = first_ ? grid_.rowNote(row) : std::string_view();

@@ -1,4 +1,4 @@
-// The pages of a grid.
+// Lays out and paints the pages of a grid.
 #include <QHash>
 #include <cmath>
 
@@ -12,9 +12,9 @@ namespace {
 
 constexpr double kPixelsPerInch = 96;
 constexpr int kStepPixels = 14, kIconPixels = 14;
-/// Pixels of a picture: enough for paper, and few enough to be put into a file.
+/// The pixels of a picture: enough for paper, and few enough to be put into a file.
 constexpr int kPictureSide = 64;
-/// Of the page's width, in percent: how far to the right the deepest rows stand.
+/// How far right the deepest rows are indented, in percent of the page's width.
 constexpr int kDeepestShare = 40;
 constexpr int kTitlePadding = 4;  // In pixels.
 
@@ -71,7 +71,7 @@ class GridPages final : public PrintPages {
     int units(double pixels) const { return static_cast<int>(std::lround(pixels * pixel_)); }
     int titleHeight() const { return rowHeight_ + units(kTitlePadding); }
 
-    // The shorter side of the page decides, so that the widths are good for both ways of holding it.
+    // The page's shorter side decides, so that the widths suit both orientations.
     void measure() {
         const int shorter = std::min(room().width(), room().height());
         const int deepest = shorter * kDeepestShare / 100 / std::max(1, look_.step);
@@ -105,7 +105,7 @@ class GridPages final : public PrintPages {
         painter.fillRect(QRect(0, line, columns.back().left + columns.back().width, units(1)), Qt::black);
     }
 
-    // The same picture each time, so that a PDF holds it once.
+    // The same object is used each time, so that a PDF contains it once.
     QIcon picture(int number) const {
         if (const auto found = pictures_.constFind(number); found != pictures_.constEnd()) return *found;
         const QIcon icon = icon_ ? icon_(number) : QIcon();
@@ -113,7 +113,7 @@ class GridPages final : public PrintPages {
         return *pictures_.insert(number, drawn.isNull() ? QIcon() : QIcon(drawn));
     }
 
-    double pixel_;  ///< Units that a pixel has at this zoom.
+    double pixel_;  ///< The units of a pixel at this zoom.
     VisibleRows rows_;
     CellTextFunction text_;
     IconSource icon_, picture_;

@@ -1,4 +1,4 @@
-// Sections: a PDF; a printer; what the user sees of it.
+// The output of pages: a PDF; a printer; what the user sees of it.
 #include "platform/qt/print/print_output.h"
 
 #include <QApplication>
@@ -22,7 +22,7 @@ namespace {
 
 constexpr int kProgressAfterMilliseconds = 400;
 
-/// A file in the making as the toolkit writes to it. After the first failure it takes nothing more.
+/// An incomplete file, as the toolkit writes to it. After the first failure it takes nothing more.
 class FileDevice final : public QIODevice {
   public:
     explicit FileDevice(ReplacingFile& file) : file_(file) { open(QIODevice::WriteOnly); }
@@ -104,8 +104,8 @@ PrintResult writePdf(const PrintPages& pages, PageRange range, const std::string
 
 namespace {
 
-/// The toolkit sends what it has of a job when it is left, also after abort(). So the print service is asked
-/// for pages that cannot be, and refuses the job.
+/// When it is destroyed, the toolkit sends what it has of a job, even after abort(). So the print service is
+/// asked for pages that cannot exist, and refuses the job.
 void drop(QPrinter& printer) {
     printer.abort();
     constexpr auto kServiceOptions = static_cast<QPrintEngine::PrintEnginePropertyKey>(0xfe00);
@@ -138,7 +138,7 @@ PrintResult printPages(const PrintPages& pages, QPrinter& printer, const PageWat
 
 namespace {
 
-/// How far it is, from the moment when it takes long. Each copy begins anew.
+/// Shows the progress of a job that takes long. Each copy begins anew.
 class Progress {
   public:
     Progress(const PrintDesk& desk, const PrintPages& pages, PageRange range)
@@ -151,7 +151,7 @@ class Progress {
         dialog_.setMinimumDuration(kProgressAfterMilliseconds);
         dialog_.setAutoReset(false);
     }
-    /// The toolkit lets events be handled as the value is set.
+    /// The toolkit handles events when the value is set.
     bool at(int page) {
         dialog_.setLabelText(text_.arg(page + 1).arg(count_));
         dialog_.setValue(done_++ % steps_);
@@ -197,7 +197,7 @@ bool askAndPrint(const PrintDesk& desk, const PrintJob& job, const IconSource& i
     QPrintDialog dialog(&printer, desk.parent);
     dialog.setOption(QAbstractPrintDialog::PrintPageRange);
     dropPictures(dialog);
-    // It looks into files to tell their kinds, and so waits for ever in /proc.
+    // The completer looks into files to find their types, and so would wait forever in /proc.
     for (auto* edit : dialog.findChildren<QLineEdit*>()) edit->setCompleter(nullptr);
     if (dialog.exec() != QDialog::Accepted) return false;
     printer.setFullPage(true);
@@ -210,7 +210,7 @@ bool askAndPrint(const PrintDesk& desk, const PrintJob& job, const IconSource& i
         Progress progress(desk, *pages, wantedOf(*pages, printer));
         result = printPages(*pages, printer, progress.watch());
     }
-    // The toolkit says nothing of a print service that has ended meanwhile.
+    // The toolkit does not report a print service that has ended meanwhile.
     if (result == PrintResult::kDone && QPrinterInfo::printerInfo(printer.printerName()).isNull())
         result = PrintResult::kFailed;
     if (result == PrintResult::kFailed)

@@ -15,9 +15,9 @@ namespace {
 
 constexpr double kPointsPerInch = 72;
 constexpr double kTenthsPerInch = 254;
-constexpr double kFramePoints = 9;                     ///< Of the head and the foot of a page.
-constexpr double kApart = 1.0 / 64;                    ///< A unit's least part that counts for the toolkit.
-constexpr int kSmallestZoom = 10, kLargestZoom = 400;  ///< Percent.
+constexpr double kFramePoints = 9;                     ///< For the head and the foot of a page.
+constexpr double kApart = 1.0 / 64;                    ///< A part of a unit that the toolkit still sees.
+constexpr int kSmallestZoom = 10, kLargestZoom = 400;  ///< In percent.
 
 int unitsOfTenths(int tenths) {
     return static_cast<int>(std::lround(std::max(tenths, 0) * kUnitsPerInch / kTenthsPerInch));
@@ -27,7 +27,7 @@ QFont frameFont() {
     return paperFont({.name = {}, .points = kFramePoints}, 100);
 }
 
-/// Line of text and the white below or above it.
+/// Returns the height of a line of text and the white below or above it.
 int frameHeight() {
     return QFontMetrics(frameFont()).height() * 3 / 2;
 }
@@ -105,8 +105,8 @@ QFont paperFont(const GridFont& font, int zoom) {
     found.setPixelSize(std::max(1, static_cast<int>(std::lround(size))));
     // Widths must not depend on how a screen would round them.
     found.setHintingPreference(QFont::PreferNoHinting);
-    // Letters that are set apart, be it by next to nothing, are not joined into one: what is copied or
-    // searched in a PDF has the "fi" of a file's name as two.
+    // Letters that are set apart, even by almost nothing, are not joined to ligatures: so in a PDF the "fi"
+    // of a file's name is copied and searched as two letters.
     found.setLetterSpacing(QFont::AbsoluteSpacing, kApart);
     return found;
 }

@@ -15,8 +15,8 @@ namespace hl {
 namespace {
 
 constexpr int kFirstWidth = 860, kFirstHeight = 920;
-constexpr int kAroundSheet = 12;  ///< Pixels of ground around the page.
-/// Choices of the view: two that follow the window, then percents.
+constexpr int kAroundSheet = 12;  ///< The pixels of background around the page.
+/// The choices of the view: two that follow the window, then percents.
 enum ViewChoice { kWholePage, kPageWidth, kFirstPercent };
 constexpr int kPercents[] = {50, 75, 100, 150, 200, 400};
 
@@ -202,7 +202,7 @@ void PrintPreview::turn(QPageLayout::Orientation orientation) {
     showPage();
 }
 
-// What is left of a page is scrolled to first.
+// A key first scrolls to the rest of the page.
 bool PrintPreview::pageKey(int key) {
     QScrollBar& bar = *area_->verticalScrollBar();
     switch (key) {

@@ -1,4 +1,5 @@
-// The preview of what is printed: one page at a time, laid out and painted when it is looked at.
+// The preview of what is printed: one page at a time, laid out and painted when it is looked at. For the
+// window's thread.
 #pragma once
 
 #include <QComboBox>
@@ -14,11 +15,11 @@
 
 namespace hl {
 
-/// Paints one page on a sheet of white, as large as it is told.
+/// Paints one page on a white sheet of the given size.
 class PageView final : public QWidget {
   public:
     explicit PageView(WindowEvents& events) : events_(events) {}
-    /// `pages` outlives the view, or is replaced. `factor` is 1 for the size that the paper has.
+    /// `pages` must outlive the view, or be replaced. `factor` is 1 for the real size of the paper.
     void show(const PrintPages& pages, int number, double factor);
     QSize sizeHint() const override { return size_; }
 
@@ -29,13 +30,13 @@ class PageView final : public QWidget {
     WindowEvents& events_;
     const PrintPages* pages_ = nullptr;
     int number_ = 0;
-    double scale_ = 1;  ///< Pixels of a unit.
+    double scale_ = 1;  ///< The pixels of a unit.
     QSize size_;
 };
 
 class PrintPreview final : public QDialog {
   public:
-    /// What is passed outlives it.
+    /// The arguments must outlive it.
     PrintPreview(const PrintJob& job, IconSource icon, const DialogTexts& texts, WindowEvents& events,
                  QWidget* parent);
     ~PrintPreview() override;
@@ -45,7 +46,7 @@ class PrintPreview final : public QDialog {
 
   protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
-    /// From the buttons.
+    /// The buttons pass keys on to it.
     void keyPressEvent(QKeyEvent* event) override;
 
   private:
@@ -53,7 +54,7 @@ class PrintPreview final : public QDialog {
     QLayout* makeLower();
     QPushButton* button(const std::string& caption, const char* name, std::function<void()> press);
     QLabel* label(const std::string& caption, QWidget* buddy);
-    /// `scrolled`: where the vertical scroll bar stands then; 0 is the head of the page.
+    /// `scrolled` is the value of the vertical scroll bar; 0 shows the head of the page.
     void goTo(int page, int scrolled = 0);
     void turn(QPageLayout::Orientation orientation);
     void showPage();

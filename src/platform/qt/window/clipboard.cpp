@@ -15,7 +15,7 @@ namespace hl {
 
 namespace {
 
-// Milliseconds.
+// In milliseconds.
 constexpr int kPatience = 3000;
 constexpr int kTimeToFetch = 1000;
 
@@ -32,7 +32,7 @@ bool handOver(const QString& program, const QStringList& arguments, const QByteA
            process.exitCode() == 0;
 }
 
-/// Each with `before` in front and `after` behind it.
+/// Returns one line for each path, with `before` in front and `after` behind it.
 template <typename Text>
 QByteArray lines(const std::vector<std::string>& paths, Text text, const char* before, const char* after) {
     QByteArray all;
@@ -57,7 +57,7 @@ void leaveOnClipboard(const std::string& text, const std::string& holder) {
     QGuiApplication::clipboard()->setText(qtText(text));
     const QString platform = QGuiApplication::platformName();
     const QByteArray bytes = qtText(text).toUtf8();
-    bool held = true;  // Other platforms share no clipboard with other programs.
+    bool held = true;  // Other platforms do not share a clipboard with other programs.
     if (platform == QLatin1String("xcb"))
         held = handOver(QString::fromStdString(holder), {QStringLiteral("-platform"), platform}, bytes);
     if (platform.startsWith(QLatin1String("wayland")))

@@ -6,7 +6,7 @@
 namespace hl {
 
 int holdOnClipboard(int argc, char** argv, const std::string& text, const std::function<void()>& held) {
-    qunsetenv("SESSION_MANAGER");  // It would start the helper again with the next session.
+    qunsetenv("SESSION_MANAGER");  // The session manager would start the helper again with the next session.
     QGuiApplication application(argc, argv);
     QClipboard& clipboard = *QGuiApplication::clipboard();
     clipboard.setText(QString::fromStdString(text));

@@ -14,11 +14,11 @@ namespace {
 
 constexpr int kLongestFirstEnding = 4;
 
-/// "tar.gz" of "x.tar.gz", else the part behind the last dot; empty for a name without one.
+/// Returns "tar.gz" for "x.tar.gz", else the part behind the last dot; empty for a name without a dot.
 QString endingOf(const QString& name) {
     const auto last = name.lastIndexOf(QLatin1Char('.'));
     if (last < 0) return {};
-    if (last == 0) return QLatin1Char('/') + name;  // ".gz" is not what "x.gz" is.
+    if (last == 0) return QLatin1Char('/') + name;  // A file ".gz" is not of the type of "x.gz".
     const auto first = name.lastIndexOf(QLatin1Char('.'), last - 1);
     const auto between = QStringView(name).mid(first + 1, last - first - 1);
     const bool letters = std::all_of(between.begin(), between.end(), [](QChar c) { return c.isLetter(); });
@@ -53,13 +53,13 @@ std::string DesktopFileTypes::iconName(std::string_view fileName) {
     return kindOf(fileName).icon;
 }
 
-// Names that decide as a whole are kept too, up to a bound. The others without an ending are all alike.
+// Names that decide as a whole are also kept, up to a limit. All other names without an extension are alike.
 const DesktopFileTypes::Kind& DesktopFileTypes::kindOf(std::string_view fileName) {
     constexpr qsizetype kMostKinds = 20'000;
     if (kinds_.isEmpty() && literals_.isEmpty()) readPatterns();
     const QString name = qtText(fileName);
     QString key = wholeNameDecides(name) ? name : endingOf(name);
-    if (key.isEmpty() && literals_.isEmpty()) key = name;  // No list tells which names decide.
+    if (key.isEmpty() && literals_.isEmpty()) key = name;  // Without a list, any name may decide.
     if (const auto found = kinds_.find(key); found != kinds_.end()) return *found;
     if (kinds_.size() >= kMostKinds) kinds_.clear();
     const QList<QMimeType> types = database_.mimeTypesForFileName(name);
@@ -70,7 +70,7 @@ const DesktopFileTypes::Kind& DesktopFileTypes::kindOf(std::string_view fileName
     return *kinds_.insert(key, kind);
 }
 
-// Lines of the list: "weight:type:pattern[:flags]". Nearly all patterns are plain endings, "*.png".
+// The lines of the list are "weight:type:pattern[:flags]". Nearly all patterns are plain extensions, "*.png".
 void DesktopFileTypes::readPatterns() {
     const auto lists =
         QStandardPaths::locateAll(QStandardPaths::GenericDataLocation, QStringLiteral("mime/globs2"));

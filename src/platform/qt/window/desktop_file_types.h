@@ -1,4 +1,4 @@
-// The kinds of files by the shared MIME database of the desktop.
+// Finds file types in the desktop's shared MIME database. For the thread of the logic only.
 #pragma once
 
 #include <QHash>
@@ -10,8 +10,8 @@
 
 namespace hl {
 
-/// The database is read at the first question. What a name's ending says is asked for once: a question costs
-/// about 30 microseconds, an answer that is known less than one. Thread of the logic only.
+/// The database is read at the first question. What a name's extension says is looked up once: that takes
+/// about 30 microseconds, and a known answer less than one.
 class DesktopFileTypes final : public FileTypes {
   public:
     std::optional<std::string> typeName(std::string_view fileName) override;
@@ -19,11 +19,11 @@ class DesktopFileTypes final : public FileTypes {
     std::string iconName(std::string_view fileName) override;
 
   private:
-    /// What the names with one ending have in common.
+    /// What all names with one extension have in common.
     struct Kind {
-        bool decided = false;  ///< The ending leaves no doubt.
-        std::string name;      ///< "PNG image"; empty if not decided.
-        std::string icon;      ///< By the likeliest type.
+        bool decided = false;  ///< The extension alone decides.
+        std::string name;      ///< A name such as "PNG image"; empty if not decided.
+        std::string icon;      ///< The icon of the likeliest type.
     };
 
     const Kind& kindOf(std::string_view fileName);
@@ -32,7 +32,7 @@ class DesktopFileTypes final : public FileTypes {
 
     QMimeDatabase database_;
     QHash<QString, Kind> kinds_;
-    /// Patterns of names that are no plain endings: "makefile", "README*".
+    /// Patterns of names that are no plain extensions: "makefile", "README*".
     QSet<QString> literals_;
     QRegularExpression patterns_;
 };

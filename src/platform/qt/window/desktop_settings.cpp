@@ -18,7 +18,7 @@ namespace hl {
 namespace {
 
 constexpr const char* kCacheHome = "XDG_CACHE_HOME";
-/// Of the offscreen platform, and of a desktop that sets none.
+/// Used by the offscreen platform, and on a desktop that sets no theme.
 constexpr const char* kThemeOfLastResort = "Adwaita";
 
 QtMessageHandler previousHandler = nullptr;
@@ -67,7 +67,8 @@ WritesLedTo::WritesLedTo(const std::string& folder) {
     wantNoBusOfItsOwn();
     if (qEnvironmentVariableIsSet(kCacheHome)) cacheHome_ = qgetenv(kCacheHome);
     qputenv(kCacheHome, QByteArray::fromStdString(folder));
-    // What the file dialog keeps. XDG_CONFIG_HOME would do the same and hide the desktop's settings as well.
+    // The file dialog keeps its settings there. XDG_CONFIG_HOME would have the same effect but also hide the
+    // desktop's settings.
     const QString path = qtText(folder);
     QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, path);
     QSettings::setPath(QSettings::IniFormat, QSettings::UserScope, path);
@@ -90,10 +91,10 @@ void quietMessages() {
 }
 
 void followDesktop(const WindowParts& parts) {
-    // QApplication has set the user's locale for the C library, where a comma may stand in a number.
+    // QApplication has set the user's locale for the C library, where a comma may be the decimal separator.
     std::setlocale(LC_NUMERIC, "C");
     QApplication::setApplicationName(qtText(parts.name));
-    QApplication::setDesktopFileName(QStringLiteral("harborlantern"));  // For the icon, with Wayland.
+    QApplication::setDesktopFileName(QStringLiteral("harborlantern"));  // Wayland finds the icon by it.
     QApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
     chooseStyle();
     chooseIconTheme();

@@ -1,4 +1,5 @@
-// How the window fits into the desktop, and what Qt and its libraries would otherwise write or say.
+// Fits the window into the desktop, and controls what Qt and its libraries write or print. For the window's
+// thread.
 #pragma once
 
 #include <QByteArray>
@@ -9,10 +10,10 @@
 
 namespace hl {
 
-/// Leads into `folder` what Qt and fontconfig write. The user's own settings of the desktop are still read
-/// from where they are, and programs started later get the user's environment.
+/// Makes Qt and fontconfig write into `folder`. The user's own settings of the desktop are still read from
+/// their place, and programs started later get the user's environment.
 ///
-/// Made before the QApplication; settle() once that lives.
+/// Must be made before the QApplication; settle() must be called once that exists.
 class WritesLedTo {
   public:
     explicit WritesLedTo(const std::string& folder);
@@ -26,11 +27,11 @@ class WritesLedTo {
     bool settled_ = false;
 };
 
-/// Drops messages of Qt that tell nothing to the user of a terminal. Stays for the life of the process.
+/// Drops messages of Qt that tell nothing to the user of a terminal, for the rest of the process.
 void quietMessages();
 
-/// Style, icon theme and the texts of Qt's own dialogs. Numbers keep the form they have in a run with no
-/// window. REQUIRES: a QApplication lives.
+/// Sets style, icon theme and the texts of Qt's own dialogs. Numbers keep the form that they have in a run
+/// without a window. REQUIRES: there is a QApplication.
 void followDesktop(const WindowParts& parts);
 
 }  // namespace hl

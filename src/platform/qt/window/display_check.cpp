@@ -9,7 +9,7 @@ namespace hl {
 
 namespace {
 
-/// Calls a server's connect routine out of a library that need not be installed.
+/// Calls the connect routine of the X server's library, which need not be installed.
 bool xServerAnswers() {
     using Connect = void* (*)(const char*, int*);
     using HasError = int (*)(void*);
@@ -25,7 +25,7 @@ bool xServerAnswers() {
     return answers;
 }
 
-/// Whether a plugin of that name is installed; a "*" stands for anything.
+/// Tells whether a plugin of that name is installed; a "*" matches anything.
 bool pluginInstalled(const QString& name) {
     const QDir plugins(QLibraryInfo::path(QLibraryInfo::PluginsPath) + QStringLiteral("/platforms"));
     return !plugins.entryList({QStringLiteral("libq%1.so").arg(name)}).isEmpty();
@@ -46,12 +46,12 @@ bool waylandAnswers() {
     return true;
 }
 
-/// Whether a platform plugin as QT_QPA_PLATFORM names it ("xcb", "offscreen:size=800x600") can start.
+/// Tells whether a platform plugin, named as in QT_QPA_PLATFORM ("xcb", "offscreen:size=800x600"), can start.
 bool platformStarts(const QString& name) {
     const QString plugin = name.section(QLatin1Char(':'), 0, 0);
     if (plugin == QLatin1String("xcb")) return xServerAnswers();
     if (plugin.startsWith(QLatin1String("wayland"))) return waylandAnswers();
-    // A folder of somebody's own may have what the toolkit's has not.
+    // A folder of the user's may have plugins that the toolkit's folder has not.
     return qEnvironmentVariableIsSet("QT_QPA_PLATFORM_PLUGIN_PATH") || pluginInstalled(plugin);
 }
 
@@ -64,7 +64,7 @@ std::optional<std::string> displayPlatform() {
             if (platformStarts(name)) return std::string();
         return std::nullopt;
     }
-    // Left to itself, Qt tries one of the two alone in some kinds of sessions.
+    // In some kinds of sessions Qt by itself tries only one of the two.
     const bool prefersWayland = qEnvironmentVariable("XDG_SESSION_TYPE") == QLatin1String("wayland");
     if (prefersWayland && waylandAnswers()) return "wayland";
     if (xServerAnswers()) return "xcb";

@@ -1,5 +1,5 @@
-// Whether there is a screen to show a window on. To be asked before a QApplication is made, which would end
-// the process otherwise.
+// Finds out whether there is a screen for a window. Must be called before a QApplication is made, which would
+// end the process without a screen.
 #pragma once
 
 #include <optional>
@@ -7,7 +7,7 @@
 
 namespace hl {
 
-/// The platform to name to Qt, empty where Qt finds it itself; nothing if there is no screen.
+/// Returns the platform to name to Qt, empty if Qt finds it by itself; nothing if there is no screen.
 std::optional<std::string> displayPlatform();
 
 }  // namespace hl

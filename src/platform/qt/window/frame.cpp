@@ -17,8 +17,8 @@ void Frame::queue(const char* where, std::function<void()> what) {
 
 bool Frame::event(QEvent* event) {
     return qtGuard(events_, "Frame::event", [&] {
-        // A run may begin then, so not in here. Not every window becomes the active one: a window manager may
-        // keep the focus elsewhere, and there may be none.
+        // A run may begin then, so it is not called from here. Not every window becomes active: a window
+        // manager may keep the focus elsewhere, or there may be none.
         const bool seen = event->type() == QEvent::Paint || event->type() == QEvent::WindowActivate;
         if (seen && !std::exchange(seen_, true))
             queue("Frame::formActivate", [this] {
@@ -89,7 +89,7 @@ void Frame::keyPressEvent(QKeyEvent* event) {
 }
 
 /// A key that closed a menu or another window is released here, but was never pressed here; if it is held
-/// down, it repeats here before.
+/// down, it first repeats here.
 void Frame::keyReleaseEvent(QKeyEvent* event) {
     qtGuard(events_, "Frame::keyReleaseEvent", [&] {
         QMainWindow::keyReleaseEvent(event);

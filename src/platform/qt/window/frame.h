@@ -1,4 +1,5 @@
-// The frame of the window: closing, activation, size, and the keys that no control takes.
+// The frame of the window: closing, activation, size, and the keys that no control takes. For the window's
+// thread.
 #pragma once
 
 #include <QMainWindow>
@@ -9,20 +10,20 @@
 
 namespace hl {
 
-/// Tells the logic what happens to the window and holds nothing else. Ends the event loop when it is closed.
+/// Reports to the logic what happens to the window. Closing it ends the event loop.
 class Frame final : public QMainWindow {
   public:
     explicit Frame(WindowEvents& events) : events_(events) {}
 
-    /// Whether it was closed for good.
+    /// Tells whether it was closed for good.
     bool unloaded() const { return unloaded_; }
 
-    /// Presses what an accelerator stands for; false if it stands for nothing now.
+    /// Presses what an accelerator stands for; returns false if it stands for nothing now.
     std::function<bool(int key, bool control)> pressAccelerator;
-    /// Where the Tab key may stop, in this order; what is hidden or disabled is passed over. The toolkit's
-    /// own order follows neither panes that change places nor bars that are made anew.
+    /// Returns where the Tab key may stop, in this order; hidden and disabled widgets are skipped. The
+    /// toolkit's own order does not follow panes that change places, or bars that are built anew.
     std::function<std::vector<QWidget*>()> tabStops;
-    /// Colours or the style have changed.
+    /// Is called when colours or the style have changed.
     std::function<void()> looksChanged;
 
   protected:
@@ -38,7 +39,7 @@ class Frame final : public QMainWindow {
     void queue(const char* where, std::function<void()> what);
 
     WindowEvents& events_;
-    bool seen_ = false;  ///< It was painted, or made the active window.
+    bool seen_ = false;  ///< It was painted, or activated.
     bool escapePressed_ = false;
     bool unloaded_ = false;
 };

@@ -26,7 +26,7 @@ Rect rectOf(const QRect& rect) {
     return {rect.left(), rect.top(), rect.width(), rect.height()};
 }
 
-/// The report is the only grid with a hierarchy.
+/// Only the report has a hierarchy.
 bool isTree(std::size_t grid) {
     return grid == static_cast<std::size_t>(GridId::kReport);
 }
@@ -67,14 +67,14 @@ MainWindow::~MainWindow() {
     frame_->looksChanged = nullptr;
 }
 
-/// Every pane begins below the frame, hidden, until a splitter takes it.
+/// Every pane is first a hidden child of the frame, until a splitter takes it.
 void MainWindow::makePanes() {
     sources_ = new SourceComboBox(icons_, events_);
     for (std::size_t i = 0; i < kBarCount; ++i) {
         bars_[i] = new ToolBar(*parts_.bars[i], icons_, events_, i == 0 ? sources_ : nullptr);
         bars_[i]->setParent(frame_.get());
         bars_[i]->setNames(qtText(parts_.more), qtText(parts_.clear));
-        // The main bar has the name that its CommandBar gets later, the others that of their grid.
+        // The main bar gets the name of its CommandBar later; the others have that of their grid.
         if (i > 0) bars_[i]->setAccessibleName(qtText(parts_.gridTitles[i - 1]));
         if (i > 0) bars_[i]->hide();
     }
@@ -150,7 +150,7 @@ std::optional<BarId> MainWindow::barOfFocus() const {
 }
 
 /// Bars of several panes may have the same key: the pane with the focus comes first, then the main bar, then
-/// the others that show.
+/// the other visible ones.
 bool MainWindow::pressAccelerator(int key, bool control) {
     constexpr int kF1 = 112, kF6 = 117, kF24 = 135;
     const bool functionKey = key >= kF1 && key <= kF24;
@@ -164,7 +164,7 @@ bool MainWindow::pressAccelerator(int key, bool control) {
     return false;
 }
 
-/// From the main bar, which has the sources, to the grids that show, and around.
+/// Moves the focus from the main bar, which has the sources, to the visible grids in turn, and around.
 bool MainWindow::focusNextPane(std::optional<BarId> focused) {
     const std::size_t from = focused ? static_cast<std::size_t>(*focused) : 0;
     for (std::size_t step = 1; step <= kBarCount; ++step) {
@@ -184,7 +184,7 @@ bool MainWindow::pressIn(BarId id, int key) {
     };
     const auto found = std::find_if(entries.begin(), entries.end(), fits);
     if (found == entries.end()) return false;
-    // Right behind an edit box stands its search; without a text the key leads to where it is typed.
+    // The button behind an edit box starts its search; without a text the key leads to the box.
     const bool afterBox = found != entries.begin() && std::prev(found)->kind == EntryKind::kEdit;
     if (afterBox && std::prev(found)->text.empty()) {
         bar(id).focusEdit(std::prev(found)->id);
@@ -202,7 +202,7 @@ void MainWindow::setTitle(const std::string& title) {
 
 void MainWindow::setBusyPointer(bool busy) {
     if (busy == std::exchange(busy_, busy)) return;
-    // Beside the arrow: during a run Stop and the panes can be clicked.
+    // This pointer has an arrow, too, because Stop and the panes can be clicked during a run.
     if (busy) {
         frame_->setCursor(Qt::BusyCursor);
     } else {
@@ -214,7 +214,7 @@ Rect MainWindow::screen() {
     return rectOf(frame_->screen()->availableGeometry());
 }
 
-// What Qt calls the depth are the bits that make the colour: 24 of the 32 that each pixel has.
+// What Qt calls the depth are the bits of the colour: 24 of the 32 in each pixel.
 ScreenFacts MainWindow::screenFacts() {
     const QScreen& screen = *frame_->screen();
     const QSizeF pixels = QSizeF(screen.size()) * screen.devicePixelRatio();
@@ -227,7 +227,7 @@ Rect MainWindow::normalGeometry() {
     return rectOf(normal ? frame_->geometry() : frame_->normalGeometry());
 }
 
-// Title and frame stay on the screens; what is too large for them begins at their edge.
+// Title and frame stay on the screens; a window that is too large for them begins at their edge.
 void MainWindow::setGeometry(const Rect& rect) {
     const int side = frame_->style()->pixelMetric(QStyle::PM_MdiSubWindowFrameWidth);
     const int title = frame_->style()->pixelMetric(QStyle::PM_TitleBarHeight);
@@ -276,7 +276,7 @@ void MainWindow::bringToFront() {
     frame_->setWindowState(frame_->windowState() & ~Qt::WindowMinimized);
     frame_->show();
     frame_->raise();
-    // The keyboard is a dialog's while there is one.
+    // While there is a dialog, it has the keyboard.
     asker()->raise();
     asker()->activateWindow();
 }
@@ -349,7 +349,7 @@ void MainWindow::setFont(GridId id, const GridFont& font) {
 
 // --- questions
 
-/// A question that is asked from within another one stands above that.
+/// A question that is asked from within another one is shown above that.
 QWidget* MainWindow::asker() {
     QWidget* modal = QApplication::activeModalWidget();
     return modal != nullptr ? modal : frame_.get();
@@ -357,7 +357,7 @@ QWidget* MainWindow::asker() {
 
 void MainWindow::showForm(Form& form) {
     FormDialog(form, events_, asker()).run();
-    // Where a form closes together with a window above it, a window manager may give the keyboard to neither.
+    // If a form closes together with a window above it, a window manager may give the keyboard to neither.
     if (asker() == frame_.get() && frame_->isVisible()) frame_->activateWindow();
 }
 

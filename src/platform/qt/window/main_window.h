@@ -1,4 +1,4 @@
-// The main window: a frame with the main bar, the panes, and the status bar.
+// The main window: a frame with the main bar, the panes, and the status bar. For the thread of the logic.
 #pragma once
 
 #include <array>
@@ -21,8 +21,8 @@ class QVBoxLayout;
 
 namespace hl {
 
-/// Shows the parts and asks what the logic asks. Makes every pane once; the splitters decide which ones show.
-/// REQUIRES: a QApplication lives; `parts` and `events` outlive the window. Thread of the logic.
+/// Shows the parts and asks what the logic asks. It makes every pane once; the splitters decide which ones
+/// are visible. REQUIRES: there is a QApplication; `parts` and `events` outlive the window.
 class MainWindow final : public Window {
   public:
     MainWindow(WindowParts& parts, WindowEvents& events);

@@ -10,8 +10,8 @@ namespace hl {
 namespace {
 
 constexpr int kDeepest = 12;
-/// One turn of the loop takes one kind of event only; turns follow one another while there is more, for at
-/// most so many milliseconds.
+/// One turn of the loop handles only one kind of event; turns follow one another while there are more, for at
+/// most this many milliseconds.
 constexpr int kTurnsMilliseconds = 8;
 
 }  // namespace

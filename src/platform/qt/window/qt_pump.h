@@ -1,4 +1,5 @@
-// The message pump of a run with a window: Qt's event loop, one turn at a time.
+// The message pump of a run with a window: Qt's event loop, one turn at a time. For the thread of the logic
+// only.
 #pragma once
 
 #include <chrono>
@@ -8,15 +9,15 @@
 
 namespace hl {
 
-/// Input counts as waiting when kQuiet has gone by since the last pump: to ask the display would cost more
-/// than to pump. REQUIRES: a QApplication lives. Thread of the logic only.
+/// Input counts as waiting when kQuiet has passed since the last pump, because asking the display would cost
+/// more than pumping. REQUIRES: there is a QApplication.
 class QtPump final : public MessagePump {
   public:
     static constexpr std::chrono::milliseconds kQuiet{15};
 
     explicit QtPump(WindowEvents& events) : events_(events) {}
-    /// A handler that runs here may pump in its turn; beyond some depth that does nothing, so that a user who
-    /// clicks on cannot use up the stack.
+    /// A handler that runs here may pump in turn; below some depth that does nothing, so that a user who
+    /// keeps clicking cannot use up the stack.
     void PumpMessages() override;
     bool GetInputState() override { return Clock::now() - lastPump_ > kQuiet; }
     std::uint64_t GetTickCount() override;

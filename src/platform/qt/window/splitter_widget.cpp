@@ -9,8 +9,8 @@
 
 namespace hl {
 
-/// The bar between the panes. What can be dragged has at least kGrip pixels for the pointer, which reach over
-/// the panes.
+/// The bar between the panes. If it can be dragged, it has at least kGrip pixels for the pointer, which
+/// extend over the panes.
 class SplitterWidget::Handle final : public QWidget {
   public:
     Handle(cSplitter& splitter, WindowEvents& events, QWidget* parent)
@@ -72,7 +72,7 @@ class SplitterWidget::Handle final : public QWidget {
         hovered_ = on && splitter_.ShowGripper();
         update();
     }
-    /// A line of one pixel along the bar.
+    /// Returns a line of one pixel along the bar.
     QRect middle(const QSize& size) const {
         return sideBySide() ? QRect(size.width() / 2, 0, 1, size.height())
                             : QRect(0, size.height() / 2, size.width(), 1);
@@ -111,11 +111,11 @@ int SplitterWidget::along(const QSize& size) const {
 
 void SplitterWidget::follow() {
     const int total = along(size());
-    // Turned by 90 degrees: the other measure counts, and its layout comes back here.
+    // It was turned by 90 degrees: the other size counts now, and setTotal leads back here.
     if (splitter_.total() != total && splitter_.total() > 0 && isVisible()) splitter_.setTotal(total);
     bind(panes_[0], splitter_.Control1());
     bind(panes_[1], splitter_.Control2());
-    // Placing the first pane may wrap a bar in it, which moves the rest: what comes after asks anew.
+    // Placing the first pane may wrap a bar in it, which moves the rest; so the layout is asked for again.
     place(panes_[0], splitter_.layout().first);
     place(panes_[1], splitter_.layout().second);
     handle_->place(splitter_.layout().bar, size());
@@ -142,7 +142,7 @@ void SplitterWidget::place(QWidget* pane, const cSplitter::Span& span) {
 void SplitterWidget::resizeEvent(QResizeEvent*) {
     qtGuard(events_, "SplitterWidget::resizeEvent", [this] {
         splitter_.setTotal(along(size()));
-        // Its own measure may be unchanged; the panes follow in the other.
+        // The size along the axis may be unchanged, but the panes follow the other one.
         follow();
     });
 }

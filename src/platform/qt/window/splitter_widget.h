@@ -1,4 +1,4 @@
-// Two panes and the bar between them: a cSplitter as a widget.
+// Two panes and the bar between them: a cSplitter as a widget. For the window's thread.
 #pragma once
 
 #include <QWidget>
@@ -9,14 +9,14 @@
 
 namespace hl {
 
-/// Tells the splitter its size and the mouse, and puts the panes where it says. Follows when other panes are
-/// bound to it; a pane that leaves is hidden, unless another splitter already has it.
+/// Tells the splitter its size and the mouse, and puts the panes where it says. It follows when other panes
+/// are bound to the splitter; a pane that leaves is hidden, unless another splitter already has it.
 class SplitterWidget final : public QWidget {
   public:
-    /// The widget of a pane, null for none; it stays with who made it.
+    /// Returns the widget of a pane, null for none; whoever made it still owns it.
     using PaneFactory = std::function<QWidget*(const PaneRef&)>;
 
-    /// `splitter` outlives it; its `changed` belongs to the widget.
+    /// `splitter` must outlive it; the widget sets its `changed`.
     SplitterWidget(cSplitter& splitter, PaneFactory factory, WindowEvents& events);
     ~SplitterWidget() override;
 

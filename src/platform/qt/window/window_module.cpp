@@ -14,7 +14,7 @@ namespace hl {
 
 namespace {
 
-/// The command line as Qt wants to have it: the program, and the platform where it has to be named.
+/// The command line as Qt expects it: the program, and the platform if that has to be named.
 class QtArguments {
   public:
     QtArguments(std::string executable, const std::string& platform)
@@ -35,7 +35,7 @@ class QtArguments {
     int count_ = 1;
 };
 
-/// Null if there is nothing to listen to.
+/// Returns null if there is nothing to listen to.
 std::unique_ptr<QSocketNotifier> listenTo(int descriptor, const std::function<void()>& ready,
                                           WindowEvents& events) {
     if (descriptor < 0 || !ready) return nullptr;

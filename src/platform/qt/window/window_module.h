@@ -1,4 +1,4 @@
-// What the module exports. The border itself is platform/window_module.h.
+// The function that the module exports; platform/window_module.h has the interface.
 #pragma once
 
 #include "platform/window_module.h"
