@@ -36,7 +36,7 @@ class Totals:
 
 
 def file_size(rng):
-    """Log-normal with a median of 4 KiB, so that few large files hold most of the bytes; one in thirty is empty."""
+    """Returns a log-normal size with a median of 4 KiB: few large files hold most of the bytes. One in 30 is empty."""
     return 0 if rng.random() < 1 / 30 else min(int(rng.lognormvariate(8.3, 2.2)), LARGEST_FILE)
 
 
@@ -52,7 +52,7 @@ class Filler:
     def __init__(self, rng, options, totals):
         self.rng, self.options, self.totals = rng, options, totals
         self.number = 0
-        self.linkable = []  # (path, size) of some files that may get a further name
+        self.linkable = []  # (path, size) of some files that may get another name
 
     def fill(self, path, count):
         fd = os.open(path, os.O_RDONLY | os.O_DIRECTORY)
@@ -85,7 +85,7 @@ class Filler:
 
 
 def make_folders(rng, top, count, totals):
-    """Folders of level 1 to 12, most of them at 3 to 6. All of them, DIR first."""
+    """Makes folders of level 1 to 12, most of them at 3 to 6. Returns all of them, DIR first."""
     levels = [[top]]
     folders = [top]
     for number in range(count):
@@ -102,7 +102,7 @@ def make_folders(rng, top, count, totals):
 
 
 def share_out(rng, files, folders):
-    """How many files each folder gets: many get none or a few, some get hundreds."""
+    """Returns how many files each folder gets: many get none or a few, some get hundreds."""
     bounds = list(itertools.accumulate(rng.lognormvariate(0, 1.2) for _ in range(folders)))
     counts = [0] * folders
     for _ in range(files):

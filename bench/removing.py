@@ -4,8 +4,8 @@
     bench/removing.py DIR                      200,000 files in 20,000 folders, made anew in DIR for each round
     bench/removing.py DIR --folders 100000 --rounds 3
 
-The two take turns in who comes first, so that what else goes on on the machine, and what the file system has still to
-write, hits both alike. Shown are medians.
+The two take turns in coming first, so that other work on the machine, and pending writes of the file system, affect
+both alike. The table shows medians.
 """
 import argparse
 import os

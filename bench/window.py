@@ -5,10 +5,10 @@
     bench/window.py TREE --rounds 5 --only scan,start,clicks,rows,lists,files,analyse,preview,operations,printing,others
     bench/window.py TREE --wide FOLDER    FOLDER holds 500,000 files, such as DIR/wide: for "files"
 
-All but "others" runs on no screen (Qt's "offscreen"), with the module of the built program. "others" starts the
-whole program, qdirstat and baobab, where they are installed, on a screen of Xvfb with openbox, and takes for the end of a scan the
-moment from which their processes use no CPU. What is compared runs in turn, round after round, so that what else goes on
-on the machine hits all alike. Shown are medians.
+Everything except "others" runs on no screen (Qt's "offscreen"), with the module of the built program. "others" starts
+the whole program, and qdirstat and baobab if they are installed, on a screen of Xvfb with openbox; a scan has ended
+when their processes use no CPU any more. The commands run in turn, round after round, so that other work on the
+machine affects all alike. The table shows medians.
 """
 import argparse
 import os
@@ -27,10 +27,10 @@ ROOT = pathlib.Path(__file__).resolve().parent.parent
 STARTS = 15
 IDLE_SECONDS = 1.5
 LONGEST_SECONDS = 120
-# Shares of a processor below this are a blinking cursor, not a scan.
+# Smaller shares of a processor are due to a blinking cursor, not to a scan.
 BUSY_SHARE = 0.2
 LOOK_SECONDS = 0.05
-# Of CPU: who used less has not read the tree.
+# The CPU time in seconds; a program that used less has not read the tree.
 LEAST_SCAN_SECONDS = 1
 
 
@@ -274,7 +274,7 @@ def parsed():
 def main():
     options = parsed()
     sys.stdout.reconfigure(line_buffering=True)
-    signal.signal(signal.SIGTERM, lambda *_: sys.exit(143))  # So that the folder goes.
+    signal.signal(signal.SIGTERM, lambda *_: sys.exit(143))  # So the folder is removed.
     with tempfile.TemporaryDirectory(prefix="harborlantern-window.") as home:
         bench = Bench(options, pathlib.Path(home))
         print("| what | measured | at most |\n|---|---|---|")

@@ -1,12 +1,13 @@
-// Measures the preview: milliseconds from the choice of a file until it is drawn. bench/window.py runs it:
+// Measures the preview: the milliseconds from the choice of a file until it is drawn. bench/window.py runs
+// it:
 //
-//     bench_preview FOLDER PROGRAMS            FOLDER gets the files; PROGRAMS holds the helpers of the
-//     preview bench_preview FOLDER PROGRAMS FILM...    for each film, whole or broken: the longest time in
-//     which no click
-//                                              was taken while it was opened, played and let go of
+//     bench_preview FOLDER PROGRAMS            shows files of its own
+//     bench_preview FOLDER PROGRAMS FILM...    plays films, which may be broken
 //
-// It makes a text of 1 MB, a JPEG of 12 megapixels and a PDF of 20 pages, and shows each several times, the
-// first time with whatever that has to load.
+// FOLDER gets the files: a text of 1 MB, a JPEG of 12 megapixels and a PDF of 20 pages. Each is shown several
+// times, the first time with whatever that has to load. PROGRAMS holds the helpers of the preview. For each
+// film it prints the longest time in which no click was handled while the film was opened, played and
+// released.
 #include <QApplication>
 #include <QElapsedTimer>
 #include <QImage>

@@ -1,9 +1,9 @@
-// Measures printing: seconds until the first page of the preview is painted, and until a PDF stands.
+// Measures printing: the seconds until the first page of the preview is painted, and until a PDF is complete.
 // bench/window.py runs it:
 //
 //     bench_print preview|pdf ROWS FILE
 //
-// The rows are those of a report of folders, all of them unfolded, five columns wide.
+// The rows are those of a report of folders with five columns, all of them unfolded.
 #include <QApplication>
 #include <cstdlib>
 #include <cstring>

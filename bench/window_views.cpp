@@ -6,15 +6,15 @@
 //     window_views silent TREE          seconds of a run with no window, without its report
 //     window_views rows                 work on 1,000,000 rows
 //     window_views lists TREE           seconds of a run that fills the lists that a run can fill
-//     window_views nolists TREE         the same with none of them
+//     window_views nolists TREE         seconds of a run that fills none of these lists
 //     window_views files FOLDER         seconds until the files of one folder are listed, and of sorts
 //     window_views fileclicks FOLDER    the longest times in milliseconds that input waited meanwhile
-//     window_views delete FOLDER        the same while FOLDER, the only one beside its like, is deleted
+//     window_views delete FOLDER        seconds and longest waits of deleting FOLDER, alone in its folder
 //     window_views menus FOLDER         milliseconds from a click until a menu is painted
 //     window_views analyse              seconds to bring the names of each file together, among 200,000
 //
-// The parts are put together as the program does, and the module with the window is that of the program, so
-// what is measured is what users have. HARBORLANTERN_HOME names a folder that may be written to,
+// The parts are put together as in the program, and the module with the window is the program's, so this
+// measures what users have. HARBORLANTERN_HOME names a folder that may be written to,
 // HARBORLANTERN_MODULES the one with the module.
 #include "window_lists.h"
 #include "window_operations.h"
