@@ -1,5 +1,5 @@
-# Where things lie once they are installed: two components, "program" for the run with no window, "window" for the
-# window on top of it. src/app/places.h finds them again.
+# Where the parts are installed. There are two components: "program" for the run without a window, and
+# "window" for the window on top of it. src/app/places.h finds the parts.
 include(GNUInstallDirs)
 set(own ${CMAKE_INSTALL_LIBDIR}/harborlantern)
 set(shared ${CMAKE_INSTALL_DATADIR}/harborlantern)
@@ -28,7 +28,8 @@ install(FILES ${completions}/_harborlantern DESTINATION ${CMAKE_INSTALL_DATADIR}
 install(FILES ${completions}/harborlantern.fish DESTINATION ${CMAKE_INSTALL_DATADIR}/fish/vendor_completions.d
         COMPONENT program)
 
-# What only those know who publish it is left out of the entry for catalogues of programs where they do not say it.
+# If the publisher does not provide what only the publisher knows, it is left out of the entry for software
+# catalogues.
 set(HARBORLANTERN_SCREENSHOTS "" CACHE STRING "Address below which a catalogue finds the pictures of docs/")
 set(metainfo_url)
 if(HARBORLANTERN_HOMEPAGE)
@@ -45,7 +46,8 @@ if(HARBORLANTERN_SCREENSHOTS)
 endif()
 
 if(HARBORLANTERN_WINDOW)
-  # The window's command is the program's; it is there so that what starts a window comes with the window.
+  # The window's command is the program itself; it is a separate file so that what starts a window comes with
+  # the window.
   install(FILES ${PROJECT_BINARY_DIR}/link/harborlantern-gui DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT window)
   configure_file(packaging/harborlantern.metainfo.xml.in harborlantern.metainfo.xml @ONLY)
   foreach(part harborlantern-gui harborlantern-clipboard harborlantern-media harborlantern-preview

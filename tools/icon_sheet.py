@@ -3,8 +3,8 @@
 
     tools/icon_sheet.py [SHEET.png]
 
-Each icon stands there at 16, 32 and 64 pixels, at the left on light ground and at the right on dark ground; the dark
-half has the strokes in the colour that the program gives them there. Needs ImageMagick, and rsvg-convert (package
+Each icon is drawn at 16, 32 and 64 pixels, on the left on a light ground and on the right on a dark one; the dark half
+has the strokes in the colour that the program gives them there. Needs ImageMagick, and rsvg-convert (package
 librsvg2-bin) for the drawing: ImageMagick's own reader of SVG puts black lines around filled shapes.
 """
 import argparse
@@ -31,7 +31,7 @@ def draw(svg, size, png):
 
 
 def half(icon, ground, folder):
-    """The three sizes of an icon in a row, above its name, on one ground."""
+    """Returns the three sizes of an icon in a row, above its name, on one ground."""
     text = icon.read_text()
     if ground == "dark":
         text = text.replace(stroke, stroke_on_dark)

@@ -22,7 +22,7 @@ shift
 openbox >/dev/null 2>&1 &
 manager=$!
 trap 'kill "$manager" 2>/dev/null || true' EXIT
-# Before it answers, a window that is shown never becomes the active one.
+# Until the window manager answers, a window that is shown never becomes active.
 for ((i = 0; i < 100; i++)); do
     xprop -root _NET_SUPPORTING_WM_CHECK 2>/dev/null | grep -q 'window id' && break
     sleep 0.05

@@ -1,11 +1,13 @@
 #!/usr/bin/env bash
-# Installs the packages of a folder into a fresh Debian of the same release as this one, tries them there as a user
-# without rights, and removes them again. The last line says "N passed, N failed"; status 0 only if none failed.
+# Installs the packages of a folder into a fresh Debian of the same release as this one, tries them there as a
+# user without rights, and removes them again. The last line says "N passed, N failed"; the status is 0 only
+# if none failed.
 #
 #   tools/package_test.sh FOLDER
 #
-# Needs root, and the network for debootstrap and for the libraries of the window. What was downloaded is kept in
-# build/package/debs for the next time. Mounts and processes live in a namespace of their own and end with it.
+# Needs root, and the network for debootstrap and for the libraries of the window. Downloads are kept in
+# build/package/debs for the next time. Mounts and processes are in namespaces of their own and end with the
+# script.
 set -euo pipefail
 
 root=$(dirname "$(dirname "$(readlink -f "${BASH_SOURCE[0]}")")")
@@ -39,7 +41,7 @@ work=$system/home/ada
 ada=(chroot --userspec=ada:ada "$system" env -i HOME=/home/ada PATH=/usr/bin:/bin LC_ALL=C.UTF-8)
 passed=0 failed=0
 
-# check PROMISE COMMAND...
+# check PROMISE COMMAND...: runs the command and counts whether the promise is kept.
 check() {
     local output
     if output=$("${@:2}" 2>&1 </dev/null); then passed=$((passed + 1)); else
@@ -52,7 +54,8 @@ asRoot() { chroot "$system" env -i PATH=/usr/sbin:/usr/bin:/sbin:/bin DEBIAN_FRO
 asUser() { "${ada[@]}" "$@"; }
 apt() { asRoot apt-get -q -y --no-install-recommends "$@"; }
 
-# ends STATUS TEXT COMMAND...: with this status, and says something with TEXT in it.
+# ends STATUS TEXT COMMAND...: checks that the command ends with this status and prints something with TEXT in
+# it.
 ends() {
     local output status=0
     output=$("${@:3}" 2>&1) || status=$?
@@ -63,14 +66,16 @@ ends() {
 isReport() { [[ $(head -n 1 "$1") == '"Path","Size (Bytes)","Files","Folders"'* ]] && grep -q '^"/usr/share",' "$1"; }
 isAbsent() { ! compgen -G "$1" && [[ ! -e $1 ]]; }
 
-# No file of the system has our name. What users have stays, and so does what tells what was installed once.
+# Checks that no file of the system has our name. The users' own files stay, and so do records of former
+# installations.
 hasNoTraces() {
     local folder passedOver=()
     for folder in home tmp srv var/log var/cache/apt; do passedOver+=(-o -path "$system/$folder"); done
     [[ -z $(find "$system" -xdev \( "${passedOver[@]:1}" \) -prune -o -iname '*harborlantern*' -print | tee /dev/stderr) ]]
 }
 
-# writesOnlyBelow FOLDER COMMAND...: the user's home is as before but for this folder.
+# writesOnlyBelow FOLDER COMMAND...: checks that the command changes nothing in the user's home outside of
+# this folder.
 writesOnlyBelow() {
     local before
     before=$(cd "$work" && find . -mindepth 1 -path "./$1" -prune -o -printf '%p %T@ %s\n' | sort)
@@ -86,7 +91,8 @@ hasOnlyTheseLibraries() {
     return 1
 }
 
-# showsPage FILE TEXT: a page of the manual, put into TEXT without a warning.
+# showsPage FILE TEXT: checks that a page of the manual is shown without a warning; the shown page is written
+# to TEXT.
 showsPage() {
     local warnings
     warnings=$(LC_ALL=C.UTF-8 man --warnings -P cat "$1" 2>&1 >"$2") && [[ -z $warnings ]] && return
@@ -105,7 +111,7 @@ namesNoPath() {
     done
 }
 
-# knowsSwitches FILE: each switch that the help tells.
+# knowsSwitches FILE: checks that the file has each switch that the help tells.
 knowsSwitches() {
     local file=$1 switch told
     told=$(asUser harborlantern --help | grep -oE '(^  |, )-[-a-zA-Z]+' | tr -d ' ,N')
@@ -119,7 +125,7 @@ knowsSwitches() {
     done
 }
 
-# The pages and the pictures that they show.
+# Checks that the pages are there, with the pictures that they show.
 hasDocs() {
     local folder=$system/usr/share/doc/harborlantern file
     for file in $(cd "$root/docs" && ls ./*.md) $(grep -ohE '\]\([-a-z]+\.png' "$root"/docs/*.md | sed 's/](//'); do
@@ -127,8 +133,9 @@ hasDocs() {
     done
 }
 
-# What the build makes safer has reached the program, the modules and the helpers that open strangers' files. A file
-# whose calls were all proven safe has no checked one in it, so that for this the commands of the build are asked.
+# Checks that the program, the modules and the helpers that open strangers' files have been hardened. A file
+# all of whose calls were proven safe contains no checked call, so for that the commands of the build are
+# examined.
 isHardened() {
     local file facts wanted soft=0
     for file in "$system"/usr/lib/harborlantern/harborlantern*; do
@@ -141,7 +148,7 @@ isHardened() {
     return "$soft"
 }
 
-# Not even with what it recommends; it is not installed yet.
+# Checks that no viewer comes along, even with recommended packages. It is not installed yet.
 bringsNoViewer() {
     local wouldBe
     wouldBe=$(asRoot apt-get -s -o APT::Install-Recommends=true install "$1") || return
@@ -149,7 +156,7 @@ bringsNoViewer() {
         ! grep -E '^Inst (gstreamer|libqt6(pdf|multimedia)|libreoffice|unrtf)' <<<"$wouldBe"
 }
 
-# startsItsOwn PACKAGE FILE: the commands of a desktop entry are the package's.
+# startsItsOwn PACKAGE FILE: checks that the commands of a desktop entry belong to the package.
 startsItsOwn() {
     local command
     for command in $(sed -nE 's/^(Try)?Exec=([^ ]*).*/\2/p' "$2"); do
@@ -157,14 +164,14 @@ startsItsOwn() {
     done
 }
 
-# Errors; and warnings, but for those that a package outside of Debian cannot help.
+# Prints errors, and warnings except those that a package outside of Debian cannot avoid.
 lintianFinds() {
     lintian --allow-root --no-cfg --tag-display-limit 0 --fail-on error \
         --suppress-tags bogus-mail-host,bogus-mail-host-in-debian-changelog,initial-upload-closes-no-bugs "$packages"/*.deb
 }
 
 startScreen() {
-    # Without -noreset it is away for a moment each time that its only client leaves.
+    # Without -noreset the server would be away for a moment each time that its only client leaves.
     Xvfb -displayfd 3 -screen 0 1000x700x24 -ac -noreset -nolisten tcp 3>"$system/display" >/dev/null 2>&1 &
     for ((i = 0; i < 100; i++)); do [[ -s $system/display ]] && break; sleep 0.1; done
     display=:$(<"$system/display")
@@ -172,7 +179,8 @@ startScreen() {
     mount --bind /tmp/.X11-unix "$system/tmp/.X11-unix"
 }
 
-# showsWindow EDITION COMMAND...: within 20 seconds one with this behind its version; the program is ended then.
+# showsWindow EDITION COMMAND...: checks that within 20 seconds a window appears whose version is followed by
+# EDITION; then the program is ended.
 showsWindow() {
     local window=1 program
     "${ada[@]}" "DISPLAY=$display" "${@:2}" &
@@ -234,7 +242,7 @@ check "nobody else looks into them" test "$(stat -c %a "$work/.config/harborlant
 check "the desktop entry is valid" desktop-file-validate "$system/usr/share/applications/harborlantern.desktop"
 check "the desktop entry starts what comes with it" startsItsOwn harborlantern-gui \
     "$system/usr/share/applications/harborlantern.desktop"
-# An id by the name of a domain would need a domain.
+# An id that follows from a domain name would need a domain.
 check "the catalogue entry is valid" appstreamcli validate --no-net --override=cid-desktopapp-is-not-rdns=info "$system"/usr/share/metainfo/*harborlantern*
 for size in 16 512; do
     check "there is an icon of $size" test -s "$system/usr/share/icons/hicolor/${size}x$size/apps/harborlantern.png"

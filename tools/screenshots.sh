@@ -1,11 +1,11 @@
 #!/usr/bin/env bash
-# Makes the pictures of docs/: the window with the finished report of a small tree, on a light desktop and on a dark
-# one, and what the guide shows of it. Usage: tools/screenshots.sh [PROGRAM]
+# Makes the pictures of docs/: the window with the finished report of a small tree, on a light and on a dark
+# desktop, and what the guide shows of it. Usage: tools/screenshots.sh [PROGRAM]
 #
-# Needs Xvfb, openbox, xdotool, import and convert (ImageMagick), installs none of them, and says which one is missing.
-# Look at the pictures afterwards: keys lead to what they show, and a key that went astray makes another picture.
-# As root, what is mounted beside the root, and is not needed here, is left out of the list of drives; else that list is
-# left out.
+# Needs Xvfb, openbox, xdotool, import and convert (ImageMagick), installs none of them, and says which one is
+# missing. Look at the pictures afterwards: keys select what they show, and a key that gets lost makes another
+# picture. As root, mounts that are not needed here are left out of the list of drives; otherwise the list
+# itself is left out.
 set -eu
 cd "$(dirname "$0")/.."
 program=$(realpath -e "${1:-build/release/src/harborlantern}") || { echo "$0: build the program first" >&2; exit 1; }
@@ -14,7 +14,7 @@ for tool in Xvfb openbox xdotool import convert; do command -v "$tool" >/dev/nul
 [ -z "$missing" ] || { echo "$0: not installed:$missing" >&2; exit 1; }
 
 work=$(mktemp -d)
-tree=${TMPDIR:-/tmp}/archive  # Shows in the pictures.
+tree=${TMPDIR:-/tmp}/archive  # The pictures show this path.
 mkdir "$tree" || { rm -rf "$work"; exit 1; }
 started=
 cleanUp() {
@@ -23,7 +23,7 @@ cleanUp() {
 }
 trap cleanUp EXIT
 
-# file NAME MEGABYTES; sparse, so that it takes no room.
+# file NAME MEGABYTES: makes a sparse file, which takes no room.
 file() { mkdir -p "$(dirname "$tree/$1")"; truncate -s "$(($2 * 1048576 + 5417))" "$tree/$1"; }
 for year in 2022 2023 2024; do
     for month in 03 06 07 12; do
@@ -56,14 +56,14 @@ done
 printf '%s\n' 'Pictures: by year.' 'Videos: the films of the harbour.' \
     'Backups: one folder a day. What did not change is a hard link' 'to the copy of the day before.' > "$tree/read me first.txt"
 
-# Numbers in twentieths of a point; the languages: 9 is English.
+# Numbers are in twentieths of a point; language 9 is English.
 export HARBORLANTERN_HOME=$work/home XDG_RUNTIME_DIR=$work/run
 mkdir -p "$HARBORLANTERN_HOME" "$work/config"
 mkdir -m 700 "$XDG_RUNTIME_DIR"
 printf '%s\r\n' '[Allgemein]' 'Lang=9' '[Optionen]' 'FolderShowPercentBar=1' '[Form]' 'Width=15600' \
     'Height=10200' 'Left=0' 'Top=0' 'TVW=8400' > "$work/settings"
 
-# A dark desktop, as the settings of one of the desktops tell it.
+# Makes a dark desktop, by the settings of one of the desktops.
 cat > "$work/config/kdeglobals" <<'COLORS'
 [Colors:Window]
 BackgroundNormal=42,46,50
@@ -100,7 +100,8 @@ else
     sed -i 's/^FolderShow/DiskinfoVisible=0\r\n&/' "$work/settings"
 fi
 
-# start SETTINGS [ENVIRONMENT...]; lines of the section for the options, one blank between two
+# start SETTINGS [ENVIRONMENT...]: SETTINGS are lines of the section for the options, with one blank between
+# two.
 start() {
     local options=$1
     shift
@@ -111,7 +112,7 @@ start() {
         window=$(xdotool search --onlyvisible --name '^Harborlantern ' 2>/dev/null | head -n 1) && [ -n "$window" ] && break
         sleep 0.1
     done
-    sleep 3  # The scan, and the answers of the drives.
+    sleep 3  # Waits for the scan, and for the answers of the drives.
     xdotool windowactivate --sync "$window" key F8
     sleep 1
 }
@@ -119,7 +120,7 @@ press() {
     xdotool key --delay 100 "$@"
     sleep 1
 }
-# picture NAME COLOURS [WIDTHxHEIGHT+LEFT+TOP] [WINDOW]; without the last, of the whole screen
+# picture NAME COLOURS [WIDTHxHEIGHT+LEFT+TOP] [WINDOW]: without WINDOW, it is of the whole screen.
 picture() {
     local to=docs/$1.png
     timeout 10 import -window "${4:-root}" -strip "$work/picture.png"
@@ -138,7 +139,7 @@ press Down Down Down Down Menu
 picture folder-menu 64 560x430+0+80
 press Escape ctrl+s
 picture save 64 "" "$(xdotool getactivewindow)"
-press Escape ctrl+p Return shift+Tab Down  # The width of the page.
+press Escape ctrl+p Return shift+Tab Down  # Selects the width of the page.
 window=$(xdotool getactivewindow)
 xdotool windowsize --sync "$window" 660 460
 sleep 1

@@ -1,9 +1,9 @@
-# What run and check share: installing packages, configuring, building. To be sourced, with `root` set to the
-# project's folder. Every step says one line on standard error, and nothing where there is nothing to do.
+# What run and check share: installing packages, configuring, building. It is sourced, with `root` set to the
+# project's folder. Every step that has something to do writes one line to standard error.
 # shellcheck shell=bash
 # shellcheck disable=SC2034,SC2125,SC2154,SC2191  # root comes from, and lists go to, who sources this; they have patterns in them
 
-# Status of a run that ends before the program starts; the program's own are 0 to 3.
+# The status of a run that ends before the program starts; the program's own are 0 to 3.
 readonly kSetupFailed=4
 
 say() { printf '%s\n' "$*" >&2; }
@@ -15,19 +15,20 @@ fail() {
 
 onTerminal() { [[ -t 2 && ${TERM-dumb} != dumb ]]; }
 
-# showLast: passes its input on; on a terminal the last line of it stands there meanwhile.
+# showLast: passes its input on; a terminal meanwhile shows its last line.
 showLast() {
     local line
     onTerminal || exec cat
     while IFS= read -r line; do
-        line=${line%$'\r'}  # A terminal's line, which sudo makes.
+        line=${line%$'\r'}  # A line from a terminal, which sudo makes, ends in CR.
         printf '%s\n' "$line"
         printf '\r\e[K%.79s' "${line##*$'\r'}" >&2
     done
     printf '\r\e[K' >&2
 }
 
-# quietly COMMAND...: keeps the output back, and shows it if the command fails, without ninja's lines of what went well.
+# quietly COMMAND...: withholds the output and shows it if the command fails, without ninja's lines about what
+# went well.
 quietly() {
     local output status=0
     output=$("$@" 2>&1 </dev/null | showLast) || status=$?
@@ -35,7 +36,8 @@ quietly() {
     return "$status"
 }
 
-# isThere PROOF: a program of the PATH, or patterns of full paths, one of which fits a file, with a colon between them.
+# isThere PROOF: tells whether a proof exists. It is a program of the PATH, or patterns of full paths with
+# colons between them, one of which must fit a file.
 isThere() {
     local pattern patterns
     if [[ $1 != /* ]]; then
@@ -47,9 +49,9 @@ isThere() {
     return 1
 }
 
-# Packages with their proofs. What the program alone is built with; what the window needs to be built and to look well,
-# any of the usual fonts and icon themes does; and, marked with "?", what is wanted and not needed: the texts of the
-# toolkit's own dialogs, and viewers of the preview.
+# The packages with their proofs: those that the program alone is built with; those that the window needs to
+# be built and to look well (any of the usual fonts and icon themes suffices); and, marked with "?", those
+# that are wanted but not necessary: the texts of the toolkit's own dialogs, and viewers of the preview.
 readonly kProgramPackages=(g++=g++ cmake=cmake ninja-build=ninja)
 readonly kFonts=/usr/share/fonts/*/*
 readonly kIcons=/usr/share/icons
@@ -66,22 +68,23 @@ readonly kWindowPackages=(
     '?qt6-translations-l10n=/usr/share/qt6/translations/qtbase_de.qm' "?qt6-pdf-dev=$kPdfConfig" '?unrtf=unrtf'
     '?qt6-image-formats-plugins=/usr/lib/*/qt6/plugins/imageformats/libqtiff.so')
 
-# The player of the preview doubles the number of packages, so ./run leaves it to the user; what is checked and what is
-# packed has it.
+# The player of the preview doubles the number of packages, so ./run leaves it to the user; checks and
+# packages include it.
 readonly kPlugins=/usr/lib/*/gstreamer-1.0
 readonly kPlayerPackages=(
     "?qt6-multimedia-dev=$kMediaConfig" "?libgstreamer1.0-dev=$kGStreamer"
     "?gstreamer1.0-plugins-base=$kPlugins/libgstplayback.so"
     "?gstreamer1.0-plugins-good=$kPlugins/libgstisomp4.so" "?gstreamer1.0-libav=$kPlugins/libgstlibav.so")
 
-# aptGet ARGUMENT...: as root, in English.
+# aptGet ARGUMENT...: runs apt-get as root, in English.
 aptGet() {
     local asRoot=()
     if ((EUID != 0)); then asRoot=(sudo); fi
     "${asRoot[@]}" env LC_ALL=C DEBIAN_FRONTEND=noninteractive apt-get -q -o DPkg::Lock::Timeout=300 "$@"
 }
 
-# amount PACKAGE...: how much it is to install them; status 1 if apt-get cannot. --print-uris installs nothing.
+# amount PACKAGE...: prints how much there is to install; the status is 1 if apt-get cannot. --print-uris
+# installs nothing.
 amount() {
     LC_ALL=C apt-get install -q --no-install-recommends --print-uris "$@" 2>/dev/null | awk '
         / newly installed, / { told = 1; packages = $1 + $3 }
@@ -93,7 +96,7 @@ amount() {
         }'
 }
 
-# mayInstall PACKAGE...: says so if there is no way to.
+# mayInstall PACKAGE...: tells the user if installing is impossible.
 mayInstall() {
     if ! isThere apt-get; then
         say "Missing: $*. This can install packages on Debian only; please install them yourself."
@@ -105,8 +108,8 @@ mayInstall() {
     return 1
 }
 
-# install [?]PACKAGE=PROOF...: installs each package whose proof is not there, all of them at once. One that is marked
-# is left out where it cannot be had.
+# install [?]PACKAGE=PROOF...: installs all packages whose proof is missing at once. A marked one is left out
+# if it is not available.
 install() {
     local pair needed=() missing=() told=
     for pair in "$@"; do
@@ -133,14 +136,16 @@ install() {
         fail "Installing failed: apt-get install ${missing[*]}"
 }
 
-# viewerIsNew FOLDER: a library for a viewer was missing when the build was configured, and is there now.
+# viewerIsNew FOLDER: tells whether a library for a viewer was missing when the build was configured, and is
+# there now.
 viewerIsNew() {
     { isThere "$kPdfConfig" && ! grep -q '^Qt6Pdf_DIR:PATH=/' "$1/CMakeCache.txt"; } ||
         { isThere "$kMediaConfig" && isThere "$kGStreamer" &&
             ! grep -q '^GStreamer_FOUND:INTERNAL=1' "$1/CMakeCache.txt"; }
 }
 
-# Configured without the window where Qt was missing then, without the tests where only the program was wanted.
+# needsConfiguring FOLDER TESTS WINDOW: a build may have been configured without the window because Qt was
+# missing, or without the tests because only the program was wanted.
 needsConfiguring() {
     local folder=$1 tests=$2 window=$3 cache=$1/CMakeCache.txt
     [[ ! -e $folder/build.ninja ]] && return 0
@@ -149,9 +154,9 @@ needsConfiguring() {
     [[ $window == ON ]] && ! { grep -q '^Qt6_DIR:PATH=/' "$cache" && grep -q 'harborlantern-gui' "$folder/build.ninja"; }
 }
 
-# build PRESET TESTS TARGET...: builds the targets in build/PRESET, which is configured first if that was not done
-# yet. TESTS is ON or OFF; OFF leaves tests on where they were on. Whether the window can be built is found out
-# when a target needs it: "all", or the module.
+# build PRESET TESTS TARGET...: builds the targets in build/PRESET, which is configured first if it was not
+# yet. TESTS is ON or OFF; OFF does not switch tests off that were on. Whether the window can be built is
+# found out when a target needs it: "all", or the module.
 build() {
     local preset=$1 tests=$2 folder=$root/build/$1 window=OFF lock target
     shift 2
@@ -160,7 +165,7 @@ build() {
     flock -n "$lock" || { say "Waiting for another build ..." && flock "$lock"; }
 
     if [[ " $* " == *" all "* || " $* " == *" harborlantern-gui "* ]]; then window=ON; fi
-    # In place once the build has succeeded: a source that was changed since this moment is newer.
+    # It is moved into place after the build: a source that was changed since this moment is newer.
     touch "$folder/built.begun"
     if needsConfiguring "$folder" "$tests" "$window"; then
         say "Configuring build/$preset ..."
@@ -173,8 +178,8 @@ build() {
     exec {lock}>&-
 }
 
-# upToDate PRESET TARGET...: whether nothing that the build reads was changed since these targets were built. Folders
-# count too, so that a file that was removed is noticed.
+# upToDate PRESET TARGET...: tells whether nothing that the build reads was changed since these targets were
+# built. Folders count too, so that a removed file is noticed.
 upToDate() {
     local folder=$root/build/$1 target built
     if [[ " $* " == *" harborlantern-gui "* ]] && viewerIsNew "$folder"; then return 1; fi

@@ -1,12 +1,11 @@
 #!/usr/bin/env python3
-"""Runs clang-tidy over src/ of a build folder, two groups of files at a time; prints what it finds, status 1 if anything.
+"""Runs clang-tidy over src/ for a build folder, two groups of files at a time; prints findings, and has status 1 then.
 
     tools/tidy.py build/release
     tools/tidy.py build/release --deep    with the static analyzer, which takes as long again
 
-A file is looked at again only if it, a header of ours that it includes, .clang-tidy or clang-tidy itself changed:
-a file that was clean leaves an empty mark build/tidy/HASH. Needs a finished build, whose record of included
-headers it reads.
+A file is checked again only if it, a header of ours that it includes, .clang-tidy or clang-tidy itself changed:
+a clean file leaves an empty mark build/tidy/HASH. It reads the included headers from the record of a finished build.
 """
 import collections
 import concurrent.futures
@@ -20,7 +19,7 @@ import sys
 
 root = pathlib.Path(__file__).resolve().parent.parent
 marks = root / "build" / "tidy"
-# Options that g++ alone knows are no finding, and g++ judges warnings already.
+# Options that only g++ knows are no finding, and g++ checks warnings already.
 checks = [] if "--deep" in sys.argv else ["--checks=-clang-analyzer-*"]
 most_in_group = 10
 Job = collections.namedtuple("Job", "source mark options")
@@ -33,7 +32,7 @@ def output(*command):
 
 
 def included_headers(folder):
-    """Object file -> files of this project that were read for it."""
+    """Maps each object file to the files of this project that were read for it."""
     headers, current = {}, None
     for line in output("ninja", "-C", str(folder), "-t", "deps").splitlines():
         if line and not line.startswith((" ", "ninja:")):
@@ -53,7 +52,7 @@ def key_of(source, headers, common):
 
 
 def own_names(source):
-    """What a source defines for itself alone. Two sources that share such a name cannot be one translation unit."""
+    """Returns the names that a source defines for itself. Sources that share one cannot be one translation unit."""
     names, inside = set(), False
     for line in source.read_text().splitlines():
         inside = inside and line != "}  // namespace" or line == "namespace {"
@@ -64,7 +63,7 @@ def own_names(source):
 
 
 def grouped(jobs):
-    """Sources with the same options, a few together: most of the time goes into the headers, once for each group."""
+    """Groups a few sources with the same options: most of the time goes into the headers, once for each group."""
     groups = []
     for job in jobs:
         names = own_names(job.source)
@@ -84,8 +83,8 @@ def clang_tidy(source, *arguments):
 
 
 def look(group):
-    """The findings in the files of a group, each with its lines of explanation. They are looked for in one file at a
-    time if the group has any, or does not compile as one."""
+    """Returns the findings in the files of a group, each with its lines of explanation. If the group has any, or does
+    not compile as one, its files are checked one at a time."""
     if len(group.jobs) > 1:
         whole = marks / f"{group.jobs[0].mark.name}.cpp"
         whole.write_text("".join(f'#include "{job.source}"  // NOLINT\n' for job in group.jobs))
@@ -117,7 +116,7 @@ def main():
         if not mark.exists():
             jobs.append(Job(source, mark, shlex.split(options)))
     with concurrent.futures.ThreadPoolExecutor(2) as pool:
-        # What is wrong in a header is found once for each file that includes it.
+        # A fault in a header is found once for each file that includes the header.
         findings = dict.fromkeys(text for found in pool.map(look, grouped(jobs)) for text in found)
     for mark in marks.iterdir():
         if mark.name not in keys:
