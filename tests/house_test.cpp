@@ -24,8 +24,8 @@ const Rooms kFormsUse = kViewsUse + Rooms{"views"};
 const Rooms kFrameUses = kFormsUse + Rooms{"fileops", "output"};
 const Rooms kStartUses = kFrameUses + Rooms{"mainwindow"};
 
-/// What an implementation of platform may include: the interfaces, and the wings of its own that lie below
-/// it.
+/// Returns what an implementation of platform may include: the interfaces, and those of its own folders that
+/// are lower.
 Rooms wing(const Rooms& below = {}) {
     return Rooms{"base", "grid", "platform"} + below;
 }
@@ -35,7 +35,7 @@ const Rooms kQtGridUses = wing({"platform/qt/common", "platform/qt/forms"});
 const Rooms kQtWindowUses = kQtGridUses + Rooms{"platform/qt/grid", "platform/qt/bars", "platform/qt/preview",
                                                 "platform/qt/print", "platform/desktop"};
 
-/// All the others that `main.cpp` may name.
+/// The other implementations that `main.cpp` may name.
 const Rooms kImplementations = {"platform/linux/process", "platform/linux/drives",  "platform/linux/scan",
                                 "platform/linux/change",  "platform/linux/preview", "platform/qt/preview",
                                 "platform/qt/window"};

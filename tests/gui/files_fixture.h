@@ -112,11 +112,11 @@ class FilesTest : public ListsTest {
         Session::settle();
     }
     void rightClick(GridView& view, Row row) { click(view, row, Qt::RightButton); }
-    /// A row of the report into the selection or out of it.
+    /// Selects or deselects a row of the report.
     void toggleRow(const std::string& name) {
         click(s().view(), s().row(name), Qt::LeftButton, Qt::ControlModifier);
     }
-    /// Of a row of the report.
+    /// Chooses an entry in the menu of a row of the report.
     void chooseInMenu(const std::string& name, const char* entry) {
         const MenuAnswer menu(entry);
         rightClick(s().view(), s().row(name));

@@ -6,7 +6,7 @@ namespace {
 
 using namespace test;
 
-/// Rows that a command deletes, and what is gone below src then.
+/// The rows that a command deletes, and what is gone below src then.
 struct Deletion {
     Command command;
     Names rows, gone;
@@ -26,7 +26,7 @@ class GoneTest : public FilesTest {
         for (const char* path : {"src/sub/deep/e 2", "src/other/e 3"}) link("src/sub/deep/e.txt", path);
         fs::create_directory_symlink("../../other", at("src/sub/deep/to other"));
     }
-    /// One after another to the trash and a single one by its menu, two by the command for the selected ones.
+    /// Recycles rows one after another, and deletes a single one, by their menus; deletes two by the command.
     void removeInReport(const Deletion& one) {
         if (one.command == Command::kRecycleFolders) {
             for (const std::string& row : one.rows) chooseInMenu(row, "Ordner in den Papierkorb verschieben");
@@ -54,11 +54,11 @@ TEST_F(GoneTest, WhateverGoesNumbersAndListsAreThoseOfAFreshScan) {
     const Deletion deletions[] = {
         {kDeleteFolders, {"deep"}, {"sub/deep"}},
         {kRecycleFolders, {"deep", "other"}, {"sub/deep", "other"}},
-        {kDeleteFolders, {"only"}, {"sub/lone/only"}},  // The last folder of a folder.
+        {kDeleteFolders, {"only"}, {"sub/lone/only"}},  // It is the last folder of its folder.
         {kDeleteFolders, {"to other"}, {"sub/deep/to other"}},
         {kDeleteFolders, {"deep", "lone"}, {"sub/deep", "sub/lone"}},
         {kDeleteFolders, {"deep", "sub"}, {"sub"}},
-        {kDeleteFolders, {"sub"}, {"sub"}},  // With a source within.
+        {kDeleteFolders, {"sub"}, {"sub"}},  // There is a source in it.
         {kFilesDelete, {"a.txt", "c.txt"}, {"a.txt", "c.txt"}},
         {kFilesRecycle, {"c.txt"}, {"c.txt"}},
         {kFilesDelete, {"a.txt", "b.txt", "c.txt"}, {"a.txt", "b.txt", "c.txt"}},

@@ -14,7 +14,7 @@ using test::writeFile;
 class WindowFilesTest : public WindowTest {
   protected:
     std::string toolbars() const { return home.path() + "/Toolbar.dat"; }
-    /// In the report of an error, which comes when the window shows.
+    /// Goes on after the report of an error, which comes when the window is visible.
     static void goOn(Session& s) {
         s.answers.add([&s](QDialog& dialog) {
             EXPECT_TRUE(dialog.objectName() == QLatin1String("frmFehler") && s.frame().isVisible());

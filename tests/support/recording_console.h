@@ -1,4 +1,4 @@
-// A console that keeps what was said.
+// A console that records what is written.
 #pragma once
 
 #include <string>

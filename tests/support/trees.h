@@ -39,7 +39,7 @@ inline int inChild(const std::function<int()>& act) {
     must(::waitpid(child, &status, 0));
     return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
 }
-/// Does the same as a user without rights.
+/// Returns what inChild does, for a user without rights.
 inline int asNobody(const std::function<int()>& act) {
     return inChild([&] { return becomeNobody(), act(); });
 }

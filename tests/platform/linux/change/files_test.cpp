@@ -145,7 +145,7 @@ TEST_F(WholeFiles, ALockThatIsHeldIsWaitedForOnceAndNoFileOfAnotherUserIsALock) 
     const auto before = std::chrono::steady_clock::now();
     for (int i = 0; i < 3; ++i) EXPECT_EQ(files.lockFolderOf(in("x")), nullptr);
     EXPECT_LT(std::chrono::steady_clock::now() - before, std::chrono::seconds(3));
-    if (chown(in(".harborlantern-lock").c_str(), kNobody, kNobody) != 0) return;  // Not root.
+    if (chown(in(".harborlantern-lock").c_str(), kNobody, kNobody) != 0) return;  // This is not root.
     EXPECT_EQ(LinuxFiles().lockFolderOf(in("x")), nullptr);
 }
 
