@@ -22,7 +22,7 @@ class IniText {
 
     const std::string& text() const { return text_; }
 
-    /// The value, or nothing if there is no such key.
+    /// Returns the value, or nothing if there is no such key.
     std::optional<std::string> find(std::string_view section, std::string_view key) const;
     /// Returns all values of a section by their keys in lower case.
     std::map<std::string, std::string, std::less<>> section(std::string_view section) const;

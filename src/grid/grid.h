@@ -58,7 +58,7 @@ struct GridColumn {
 
 /// How the rows of one level are sorted.
 struct LevelSort {
-    std::string key;      ///< Cell to sort by; empty for the row's text.
+    std::string key;      ///< The key of the cell to sort by; empty for the row's text.
     bool numbers = true;  ///< Sorts a text by the number at its front; if false, as text without regard to
                           ///< case.
     bool descending = true;
@@ -168,7 +168,7 @@ class Grid {
         pending_ = {};
     }
 
-    /// Bytes taken by the texts of rows, notes and cells.
+    /// Returns the bytes taken by the texts of rows, notes and cells.
     std::size_t textBytes() const { return texts_.bytesUsed(); }
 
   private:

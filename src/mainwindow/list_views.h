@@ -1,4 +1,4 @@
-// The four lists of the main form, and what they share. Thread of the logic only.
+// The four lists of the main form, and what they share. For the thread of the logic only.
 #pragma once
 
 #include "views/files_view.h"

@@ -7,9 +7,9 @@
 //         splFiles             the bar of a list above
 //           splFilesAndPreview   that list, and the preview
 //
-// The four lists share one place: one of them has it at a time. Which panes show is decided by the checked
-// entries of cbrMain; the panes follow them and keep no second record. Lengths are pixels. Thread of the
-// logic only.
+// The four lists share one place, which one of them has at a time. The checked entries of cbrMain decide
+// which panes are visible; the panes keep no second record of that. Lengths are in pixels. For the thread of
+// the logic only.
 #pragma once
 
 #include <array>

@@ -235,8 +235,8 @@ class WindowForm final : public MainForm,
     std::uint32_t errorsBefore_ = 0;   ///< The program's number of errors when the controls were locked.
     bool rowsMissing_ = false;         ///< An error of the program has ended what fills the report.
     bool unloaded_ = false;            ///< Running routines end after this, but nothing new begins.
-    int commands_ = 0;                 ///< Commands on the stack; each may have a dialog of its own.
-    int diskWaits_ = 0;                ///< Waits for a disk on the stack.
+    int commands_ = 0;                 ///< The number of commands on the stack; each may have a dialog.
+    int diskWaits_ = 0;                ///< The number of waits for a disk on the stack.
     bool lockedForDisk_ = false;       ///< The outermost wait has locked the window.
     std::uint64_t diskWaitBegan_ = 0;  ///< In ticks.
     std::string statusBeforeWait_;

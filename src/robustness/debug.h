@@ -39,7 +39,7 @@ class Diagnostics {
     void Debug(const char* func, const char* modul, std::uint_least32_t line, const Fault& fault,
                const DebugValues& debugValues = {}) noexcept;
 
-    /// Errors since the start of the process.
+    /// Returns the number of errors since the start of the process.
     std::uint32_t errcount() const { return errcount_; }
 
   private:

@@ -21,7 +21,7 @@ namespace hl {
 
 namespace trap_detail {
 
-/// Hands the exception in work to `Debug`. REQUIRES: called while one is handled.
+/// Hands the exception being handled to `Debug`. REQUIRES: it is called in a catch block.
 void reportCurrent(Diagnostics& diagnostics, const char* func, const char* modul, std::uint_least32_t line,
                    const std::function<DebugValues()>& debugValues) noexcept;
 

@@ -1,4 +1,4 @@
-// The list of known sources, as plain data. Thread of the logic only.
+// The list of known sources, as plain data. For the thread of the logic only.
 #pragma once
 
 #include <cstddef>

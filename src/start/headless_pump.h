@@ -1,11 +1,11 @@
-// The message pump of a run with no window.
+// The message pump of a run without a window. For one thread.
 #pragma once
 
 #include "platform/message_pump.h"
 
 namespace hl {
 
-/// No messages ever wait.
+/// It never has messages.
 class HeadlessPump final : public MessagePump {
   public:
     void PumpMessages() override {}

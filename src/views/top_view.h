@@ -1,4 +1,4 @@
-// lvwTOP, the largest files of the source that was read last. Thread of the logic only.
+// lvwTOP, the largest files of the source that was read last. For the thread of the logic only.
 #pragma once
 
 #include "views/list_view.h"

@@ -72,7 +72,7 @@ struct DriveProbe::Shared {
     const Descriptor timer{::timerfd_create(CLOCK_MONOTONIC, TFD_NONBLOCK | TFD_CLOEXEC)};
 
     mutable std::mutex mutex;
-    std::unordered_map<std::string, Question> questions;  ///< By path.
+    std::unordered_map<std::string, Question> questions;  ///< Their keys are the paths.
     std::deque<std::string> local, remote;                ///< The paths that no helper has taken.
     std::vector<Answer> answers;
     unsigned helpers = 0;  ///< Those that hang are not counted.

@@ -56,7 +56,7 @@ class DriveProbe {
 
     std::shared_ptr<Shared> shared_;
     Descriptor ready_;
-    std::unordered_map<std::uint64_t, Answered> answered_;  ///< By the number of the question.
+    std::unordered_map<std::uint64_t, Answered> answered_;  ///< The keys are the numbers of the questions.
     std::uint64_t lastNumber_ = 0;
 };
 

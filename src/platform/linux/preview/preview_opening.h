@@ -35,7 +35,7 @@ class PreviewOpenings {
     class Opening;
     static void work(Desk& desk);
 
-    std::map<std::uint64_t, std::shared_ptr<Desk>> desks_;  ///< By disk.
+    std::map<std::uint64_t, std::shared_ptr<Desk>> desks_;  ///< The keys are the disks.
 };
 
 }  // namespace hl

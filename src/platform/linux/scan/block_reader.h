@@ -22,7 +22,7 @@ namespace hl {
 /// What was read of one folder at once. It does not change once built, so any thread may read it.
 struct Block {
     std::unique_ptr<char[]> memory;  ///< Holds what the spans and `names` point to.
-    std::size_t bytes = 0;           ///< Everything included.
+    std::size_t bytes = 0;           ///< The size of everything here.
     std::span<const Entry> entries;
     std::span<const EntryTimes> times;
     std::span<const std::uint32_t> entered;  ///< The indexes of the entries that the walk will enter.

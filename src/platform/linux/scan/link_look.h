@@ -55,7 +55,7 @@ class LinkLook {
     const std::unordered_set<std::string> names_;
     const std::chrono::milliseconds limit_;
     std::mutex mutex_;
-    std::set<std::string> silent_;  ///< By mount point.
+    std::set<std::string> silent_;  ///< The mount points of disks that did not answer.
     std::vector<std::string> untold_;
     std::unordered_set<std::string> harmless_;  ///< Folders on mounts that cannot hang.
 };

@@ -8,7 +8,7 @@ namespace hl {
 
 void WayDown::begin(DirectoryCalls& calls, std::string source, std::uint32_t levels) {
     while (source.size() > 1 && source.ends_with('/')) source.pop_back();
-    std::vector<std::string> names;  // Of the folders to learn except the highest, and of the source.
+    std::vector<std::string> names;  // Those of all folders to learn but the highest, and of the source.
     for (; levels > 0 && source.size() > 1; --levels) {
         const std::size_t slash = source.rfind('/');
         names.push_back(source.substr(slash + 1));
