@@ -1,5 +1,5 @@
-// What the error report says about the machine. A fact that cannot be learned is empty or zero. For the
-// thread of the logic.
+// What the error report says about the machine. A fact that cannot be learned is empty or zero. From
+// any thread.
 #pragma once
 
 #include <cstdint>

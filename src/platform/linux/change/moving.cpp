@@ -124,8 +124,8 @@ int renameFile(const OpenedPlace& old, const OpenedPlace& fresh) {
 
 // To another file system ----------------------------------------------------------------------------------
 
-// Tells whether the old name can be removed, before anything is copied. What cannot be seen here (rights that
-// root lacks, a disk that fails) shows when it is removed. Returns a system error code.
+// Checks whether the old name can be removed, before anything is copied. What cannot be seen here (rights
+// that root lacks, a disk that fails) shows when it is removed. Returns a system error code.
 int mayBeTakenAway(const OpenedPlace& old, int entry, const struct stat& facts) {
     if (faccessat(old.folder.number(), ".", W_OK | X_OK, AT_EACCESS) != 0) return errno;
     struct stat folder {};

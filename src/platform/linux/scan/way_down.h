@@ -1,5 +1,5 @@
 // Knows which folders are on the way down to a folder, to recognise a circle of followed links and mounts.
-// The caller holds the lock of OpenFolders.
+// begin() runs before any helper reads; leadsBack() needs the lock of OpenFolders.
 //
 // The kernel recognises such a circle only along one path, while a scan opens its folders one by one.
 #pragma once

@@ -1,4 +1,4 @@
-// What the window and its helper have in common for a page of the web. It needs no widgets. From any thread.
+// What the window and its helper have in common for a page of the web. It needs no widgets.
 #pragma once
 
 #include <QVariant>
