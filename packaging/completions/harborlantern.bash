@@ -1,9 +1,9 @@
-# Completion of harborlantern for bash. -s comes first, or anything else asks for the window.
+# Completes command lines of harborlantern in bash. -s must come first; without it the line asks for the window.
 # shellcheck shell=bash
 
 _harborlantern() {
     local word=${COMP_WORDS[COMP_CWORD]} index options="-- -TLMODUS"
-    # "=" is a word of its own to bash.
+    # To bash, "=" is a separate word.
     local option=${COMP_WORDS[*]:COMP_CWORD-2:2}
     if [[ $word == = ]]; then option=${COMP_WORDS[COMP_CWORD - 1]}\ = word=; fi
     for ((index = 1; index < COMP_CWORD; index++)); do

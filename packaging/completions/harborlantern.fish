@@ -1,4 +1,4 @@
-# Completion of harborlantern for fish. -s comes first, or anything else asks for the window.
+# Completes command lines of harborlantern in fish. -s must come first; without it the line asks for the window.
 
 function __harborlantern_first
     test (count (commandline -opc)) -eq 1
