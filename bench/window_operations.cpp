@@ -48,7 +48,7 @@ class MenuWatch final : public QObject {
     void click(WindowForm& form, GridId grid, Row row) {
         painted_ = false;
         clicked_ = Clock::now();
-        form.gridMouseUp(grid, row, MouseButton::kRight, false, {100, 100});
+        form.gridEvents(grid).MouseUp(row, MouseButton::kRight, false, {100, 100});
         if (!painted_) std::exit(1);
     }
     void tellMedian(const char* name) {

@@ -128,7 +128,7 @@ inline int inWindow(Parts& parts, const Measurement& measure) {
         std::fflush(stdout);
         std::_Exit(0);
     };
-    const auto windowThere = [&](Window* window, MessagePump* pump) {
+    const auto windowThere = [&](const Window* window, MessagePump* pump) {
         parts.pump.window = pump;
         if (window != nullptr) first = std::make_unique<FirstPaint>(body);
     };

@@ -148,7 +148,8 @@ int run(const std::string& folder, const std::string& programs, std::span<char*>
     LinuxFileOperations operations(std::make_shared<DirectoryCalls>(), {parts.home, {}, {}, 64});
     WindowForm form(
         parts.services(),
-        {drives, verb, operations, "bench_preview", parts.home, "", "0", {}, [](Window*, MessagePump*) {}});
+        {drives, verb, operations, "bench_preview", parts.home, "", "0", {}, [](const Window*, MessagePump*) {
+         }});
     LinuxPreviewTools tools(programs, "", folder);
     PreviewParts preview;
     preview.tools = &tools;

@@ -71,7 +71,8 @@ int run(bool preview, std::size_t rows, const std::string& path) {
     const FormServices services = parts.services();
     WindowForm form(
         services,
-        {drives, verb, operations, "bench_print", parts.home, "", "0", {}, [](Window*, MessagePump*) {}});
+        {drives, verb, operations, "bench_print", parts.home, "", "0", {}, [](const Window*, MessagePump*) {
+         }});
     Grid report(kFolderCells);
     Options options;
     options.ColPercentVisible = options.ColFileVisible = options.ColFolderVisible = 1;

@@ -124,10 +124,10 @@ void rows(WindowForm& form) {
     timed("expand", [&] { run(form, Command::kReportUnfoldAll); });
     tell("bytes", (residentBytes() - before) / static_cast<double>(form.scan().tvwPL.rowCount()));
     scrollPages();
-    timed("sort_numbers", [&] { form.gridTitleClick(GridId::kReport, kSizeColumn); });
-    timed("sort_numbers_again", [&] { form.gridTitleClick(GridId::kReport, kSizeColumn); });
-    timed("sort_texts", [&] { form.gridTitleClick(GridId::kReport, kName); });
-    timed("sort_texts_again", [&] { form.gridTitleClick(GridId::kReport, kName); });
+    timed("sort_numbers", [&] { form.gridEvents(GridId::kReport).GridColumnTitleClick(kSizeColumn); });
+    timed("sort_numbers_again", [&] { form.gridEvents(GridId::kReport).GridColumnTitleClick(kSizeColumn); });
+    timed("sort_texts", [&] { form.gridEvents(GridId::kReport).GridColumnTitleClick(kName); });
+    timed("sort_texts_again", [&] { form.gridEvents(GridId::kReport).GridColumnTitleClick(kName); });
     search(form);
     timed("collapse", [&] { run(form, Command::kReportFoldAll); });
 }

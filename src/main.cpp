@@ -120,7 +120,7 @@ class Program {
     int openWindow(LinuxInstances& instances, bool& restart);
     WindowStart windowStart(WindowForm& frmMain, LinuxInstances& instances, LinuxDrives& drives);
     FormServices formServices(FileSystem& fileSystem);
-    void windowThere(Window* window, MessagePump* pump);
+    void windowThere(const Window* window, MessagePump* pump);
     bool wantsWindow() const;
     void makeUserFolder();
     std::string windowModule() const { return folderOf(executable_) + "/" + kWindowModuleName; }
@@ -290,7 +290,7 @@ int Program::openWindow(LinuxInstances& instances, bool& restart) {
     WindowForm frmMain(formServices(fileSystem),
                        {drives, verb, operations, executable_.string(), programFolder_, line_.text,
                         shortVersion(app_), Init_Textbausteine(texts_.languageId()),
-                        [this](Window* window, MessagePump* pump) { windowThere(window, pump); },
+                        [this](const Window* window, MessagePump* pump) { windowThere(window, pump); },
                         [this] { errors_.windowShown(); }, app_.portable});
     app_.cancelState = [&frmMain] { return frmMain.state().CancelState; };
     patience.setWait(&frmMain.diskWait());
@@ -323,11 +323,11 @@ WindowStart Program::windowStart(WindowForm& frmMain, LinuxInstances& instances,
             .executable = executable_.string()};
 }
 
-void Program::windowThere(Window* window, MessagePump* pump) {
+void Program::windowThere(const Window* window, MessagePump* pump) {
     pump_.setWindow(pump);
     app_.screen = nullptr;
     if (window == nullptr) return errors_.setDialog(nullptr);
-    app_.screen = [window] { return window->screenFacts(); };
+    app_.screen = [window] { return window->frame.screenFacts(); };
     texts_.storeLanguage();
     desk_ = std::make_unique<WindowDesk>(*window);
     reports_ = std::make_unique<ErrorReports>(ErrorFormServices{

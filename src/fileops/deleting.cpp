@@ -70,7 +70,7 @@ class Stayed {
         if (count_ > texts_.size())
             all += "\n" +
                    ops.scan.texts.TL(9555, "... und %1 weitere", {std::to_string(count_ - texts_.size())});
-        ops.window.message(MessageKind::kWarning, all);
+        ops.window.dialogs.message(MessageKind::kWarning, all);
     }
 
   private:
@@ -228,7 +228,8 @@ void List_DeleteFiles(const FileOps& ops, ListView& list, bool recycle) {
         std::vector<std::string> paths;
         for (const Row row : list.grid().selectedRows()) paths.push_back(list.pathOf(row));
         if (paths.empty() || ops.scan.state.ScanActive) return;
-        if (!ops.window.message(MessageKind::kQuestion, ops.scan.texts.TL(9572, "Löschvorgang durchführen?")))
+        if (!ops.window.dialogs.message(MessageKind::kQuestion,
+                                        ops.scan.texts.TL(9572, "Löschvorgang durchführen?")))
             return;
         Gone gone(ops, recycle);
         Stayed stayed;

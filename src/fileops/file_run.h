@@ -29,7 +29,7 @@ class FileOpsHost {
 struct FileOps {
     ScanContext& scan;
     FileOperations& operations;
-    Window& window;
+    const Window& window;
     FileOpsHost& host;
 };
 

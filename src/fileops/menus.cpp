@@ -26,7 +26,7 @@ void append(std::vector<MenuEntry>& entries, std::vector<MenuEntry> more) {
 // --- the desktop's part
 
 std::vector<MenuEntry> Menus::desktopPart(const std::vector<std::string>& paths) {
-    programs_ = ops_.window.desktop().programsFor(paths, kMostPrograms);
+    programs_ = ops_.window.desktop.programsFor(paths, kMostPrograms);
     std::vector<MenuEntry> with;
     for (const DesktopProgram& program : programs_)
         with.push_back({kFirstProgram + static_cast<int>(with.size()), visible(program.name)});
@@ -46,14 +46,14 @@ int Menus::show(std::vector<MenuEntry> desktop, std::vector<MenuEntry> own,
                 const std::vector<std::string>& paths, Point at) {
     if (ops_.host.closed()) return 0;  // Closed while the files were looked at.
     append(desktop, std::move(own));
-    const int chosen = ops_.window.showMenu(desktop, at);
+    const int chosen = ops_.window.dialogs.showMenu(desktop, at);
     if (chosen >= report_menu::kReadAgain) return chosen;
     if (chosen > 0) runDesktopEntry(chosen, paths);
     return 0;
 }
 
 void Menus::runDesktopEntry(int id, const std::vector<std::string>& paths) {
-    Desktop& desktop = ops_.window.desktop();
+    Desktop& desktop = ops_.window.desktop;
     const auto program = static_cast<std::size_t>(id - kFirstProgram);
     if (id >= kFirstProgram && program < programs_.size()) {
         if (!desktop.openWith(programs_[program].id, paths)) cannotBeOpened(paths.front());
@@ -69,14 +69,15 @@ void Menus::runDesktopEntry(int id, const std::vector<std::string>& paths) {
             if (!desktop.showInFolder(paths)) cannotBeOpened(paths.front());
             return;
         case kCopyFiles:
-            return ops_.window.copyFiles(paths);
+            return ops_.window.clipboard.copyFiles(paths);
         case kCopyPaths:
             for (const std::string& path : paths) joined += (joined.empty() ? "" : "\n") + path;
-            return ops_.window.copyText(joined);
+            return ops_.window.clipboard.copyText(joined);
         case kProperties:
             if (!desktop.showProperties(paths))
-                ops_.window.message(MessageKind::kInformation,
-                                    text(9568, "Es gibt keinen Dateimanager, der Eigenschaften zeigt."));
+                ops_.window.dialogs.message(
+                    MessageKind::kInformation,
+                    text(9568, "Es gibt keinen Dateimanager, der Eigenschaften zeigt."));
             return;
         default:
             return;
@@ -135,7 +136,7 @@ void Menus::openFile(const std::string& path) {
 // Returns false if the user or the desktop refuses.
 bool Menus::openOne(const std::string& path) {
     if (!wantsToRun(path)) return false;
-    switch (ops_.window.desktop().open(path)) {
+    switch (ops_.window.desktop.open(path)) {
         case OpenResult::kStarted:
             return true;
         case OpenResult::kNoProgram:
@@ -146,30 +147,30 @@ bool Menus::openOne(const std::string& path) {
 }
 
 void Menus::showInFolder(const std::string& path) {
-    if (!ops_.window.desktop().showInFolder({path})) cannotBeOpened(path);
+    if (!ops_.window.desktop.showInFolder({path})) cannotBeOpened(path);
 }
 
 void Menus::openAll(const std::vector<std::string>& paths) {
     constexpr std::size_t kManyPrograms = 10;
     if (paths.size() > kManyPrograms &&
-        !ops_.window.message(MessageKind::kQuestion,
-                             ops_.scan.texts.TL(9557, "%1 Dateien öffnen?", {paths.size()})))
+        !ops_.window.dialogs.message(MessageKind::kQuestion,
+                                     ops_.scan.texts.TL(9557, "%1 Dateien öffnen?", {paths.size()})))
         return;
     for (const std::string& path : paths)
         if (!openOne(path)) return;
 }
 
 bool Menus::wantsToRun(const std::string& path) {
-    if (!ops_.window.desktop().runsWhenOpened(path)) return true;
+    if (!ops_.window.desktop.runsWhenOpened(path)) return true;
     if (ops_.host.closed()) return false;
-    return ops_.window.message(
+    return ops_.window.dialogs.message(
         MessageKind::kQuestion,
         ops_.scan.texts.TL(9556, "'%1' ist ein Programm oder startet eines. Trotzdem öffnen?",
                            {visible(path)}));
 }
 
 void Menus::openWithOther(const std::vector<std::string>& paths) {
-    const std::vector<DesktopProgram> all = ops_.window.desktop().allPrograms();
+    const std::vector<DesktopProgram> all = ops_.window.desktop.allPrograms();
     if (all.empty()) return cannotBeOpened(paths.front());
     std::string caption =
         ops_.scan.texts.TL(9567, "Womit soll '%1' geöffnet werden?", {visible(paths.front())});
@@ -188,15 +189,15 @@ void Menus::openWithOther(const std::vector<std::string>& paths) {
                     {.control = &CancelButton, .changed = [&] { loaded = false; }}};
     form.cancel = [&] { loaded = false; };
     form.loaded = &loaded;
-    ops_.window.showForm(form);
+    ops_.window.dialogs.showForm(form);
     const auto chosen = static_cast<std::size_t>(cboProgram.index);
-    if (accepted && chosen < all.size() && !ops_.window.desktop().openWith(all[chosen].id, paths))
+    if (accepted && chosen < all.size() && !ops_.window.desktop.openWith(all[chosen].id, paths))
         cannotBeOpened(paths.front());
 }
 
 void Menus::cannotBeOpened(const std::string& path) {
     if (ops_.host.closed()) return;
-    ops_.window.message(
+    ops_.window.dialogs.message(
         MessageKind::kError,
         ops_.scan.texts.TL(9525, "Die Datei '%1' kann nicht geöffnet werden.", {visible(path)}));
 }

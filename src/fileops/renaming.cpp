@@ -93,7 +93,7 @@ bool rename(const FileOps& ops, Grid& grid, Row row, const std::string& folder, 
         if (!inReport) showName(grid, row, old, name);
         return true;
     }
-    ops.window.message(MessageKind::kWarning, visible(error));
+    ops.window.dialogs.message(MessageKind::kWarning, visible(error));
     return false;
 }
 

@@ -37,18 +37,18 @@ class ErrorDesk {
 /// text.
 class WindowDesk final : public ErrorDesk {
   public:
-    explicit WindowDesk(Window& window) : window_(window) {}
-    void copyText(const std::string& text) override { window_.copyText(text); }
-    void leaveText(const std::string& text) override { window_.leaveText(text); }
-    void openUrl(const std::string& url) override { window_.openUrl(url); }
+    explicit WindowDesk(const Window& window) : window_(window) {}
+    void copyText(const std::string& text) override { window_.clipboard.copyText(text); }
+    void leaveText(const std::string& text) override { window_.clipboard.leaveText(text); }
+    void openUrl(const std::string& url) override { window_.frame.openUrl(url); }
     void inform(MessageKind kind, const std::string& title, const std::string& text) override {
-        window_.message(kind, title.empty() ? text : title + "\n\n" + text);
+        window_.dialogs.message(kind, title.empty() ? text : title + "\n\n" + text);
     }
-    void print(const PrintJob& job) override { window_.print(job); }
-    void showForm(Form& form) override { window_.showForm(form); }
+    void print(const PrintJob& job) override { window_.dialogs.print(job); }
+    void showForm(Form& form) override { window_.dialogs.showForm(form); }
 
   private:
-    Window& window_;
+    const Window& window_;
 };
 
 /// What the form uses; everything outlives it.

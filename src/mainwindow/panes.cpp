@@ -62,11 +62,11 @@ void setUp(cSplitter& splitter, const StartValues& start) {
 }
 
 // A bar above a view, and the splitter whose first pane holds the bar.
-struct BarPane {
+struct PaneOfBar {
     BarId bar;
     SplitterId splitter;
 };
-constexpr BarPane kBarPanes[] = {
+constexpr PaneOfBar kPanesOfBars[] = {
     {BarId::kReport, SplitterId::kReport},   {BarId::kDrives, SplitterId::kDrives},
     {BarId::kFiles, SplitterId::kFiles},     {BarId::kTop, SplitterId::kFiles},
     {BarId::kHardlinks, SplitterId::kFiles}, {BarId::kJunctions, SplitterId::kFiles},
@@ -297,8 +297,8 @@ void Panes::followPreviewEntries(GridId grid) {
 // --- sizes
 
 void Panes::cbrResize(BarId id) {
-    const auto* found = std::ranges::find(kBarPanes, id, &BarPane::bar);
-    if (found == std::end(kBarPanes)) return;
+    const auto* found = std::ranges::find(kPanesOfBars, id, &PaneOfBar::bar);
+    if (found == std::end(kPanesOfBars)) return;
     bool& running = barResizes_[static_cast<std::size_t>(id)];
     cSplitter& holder = splitter(found->splitter);
     if (running || holder.Control1() != pane(id)) return;
@@ -375,7 +375,7 @@ void Panes::splInfo_AfterResize() {
     const ScopeExit done([&] { infoResizes_ = false; });
     guarded(parts_.diagnostics, "splInfo_AfterResize", kModul, [&] {
         keepBothInSight(SplitterId::kInfo, kLeastLists);
-        for (const BarPane& one : kBarPanes) cbrResize(one.bar);
+        for (const PaneOfBar& one : kPanesOfBars) cbrResize(one.bar);
         if (!splitter(SplitterId::kInfo).Control2Visible()) return;
         for (const GridId list : {GridId::kFiles, GridId::kTop, GridId::kHardlinks})
             parts_.host.SetFileIcons(list);

@@ -71,7 +71,7 @@ void WindowCommands::returnIn(BarId id, int command) {
 // --- the main bar
 
 void WindowCommands::newSource(const CommandRow& /*row*/) {
-    const std::string folder = form_.window_->askFolder("", "/");
+    const std::string folder = form_.window_->dialogs.askFolder("", "/");
     if (folder.empty()) return;
     AddNewSearchPath(form_.scan_, folder);
     form_.sourcesChanged();
@@ -88,7 +88,7 @@ void WindowCommands::stop(const CommandRow& /*row*/) {
 
 // An empty list shows a hint that depends on the option.
 void WindowCommands::scanOption(const CommandRow& /*row*/) {
-    if (form_.panes_.listShows()) form_.window_->refresh(form_.panes_.list());
+    if (form_.panes_.listShows()) form_.window_->grid(form_.panes_.list()).refresh();
 }
 
 void WindowCommands::showPanel(const CommandRow& row) {
@@ -100,7 +100,7 @@ void WindowCommands::showOptions(const CommandRow& /*row*/) {
     OptionsForm frmOptionen({services.settings, services.texts, services.log, services.facts,
                              services.diagnostics, form_.own_.verb, form_.own_.executable});
     Form form = frmOptionen.form();
-    form_.window_->showForm(form);
+    form_.window_->dialogs.showForm(form);
     OptionenLadenMain(form_.options_, services.settings, services.diagnostics, true);
     Init_FileList_DateFormat(form_.lvwFiles_, form_.options_);
     Init_HardlinksList_DateFormat(form_.lvwHardlinks_, form_.options_);
@@ -116,7 +116,7 @@ void WindowCommands::showAbout(const CommandRow& /*row*/) {
     AboutForm frmInfo({form_.services_.texts, form_.own_.addresses, form_.own_.version,
                        [this](const std::string& url) { startUrl(url); }, form_.own_.portable});
     Form form = frmInfo.form();
-    form_.window_->showForm(form);
+    form_.window_->dialogs.showForm(form);
 }
 
 void WindowCommands::openHomepage(const CommandRow& /*row*/) {
@@ -127,8 +127,8 @@ void WindowCommands::openHomepage(const CommandRow& /*row*/) {
 void WindowCommands::startUrl(std::string url) {
     const std::string lower = lowerCase(url);
     if (!lower.starts_with("https://") && !lower.starts_with("http://")) url.insert(0, "http://");
-    if (form_.window_->openUrl(url)) return;
-    form_.window_->message(
+    if (form_.window_->frame.openUrl(url)) return;
+    form_.window_->dialogs.message(
         MessageKind::kWarning,
         form_.services_.texts.TL(9526, "'%1' kann nicht geöffnet werden.", {visible(url)}));
 }
@@ -146,13 +146,13 @@ void WindowCommands::iconText(const CommandRow& /*row*/) {
 
 void WindowCommands::setFont(GridId id, const GridFont& font) {
     setFontOf(form_.options_, id, font);
-    form_.window_->setFont(id, font);
+    form_.window_->grid(id).setGridFont(font);
 }
 
 void WindowCommands::changeFontSize(const CommandRow& row) {
     for (std::size_t i = 0; i < kGridCount; ++i) {
         const auto id = static_cast<GridId>(i);
-        GridFont font = form_.window_->font(id);
+        GridFont font = form_.window_->grid(id).gridFont();
         font.points = std::clamp<double>(font.points + row.value, kFontSmallest, kFontLargest);
         setFont(id, font);
     }
@@ -161,7 +161,7 @@ void WindowCommands::changeFontSize(const CommandRow& row) {
 }
 
 void WindowCommands::changeFontOfAll(const CommandRow& /*row*/) {
-    const auto font = form_.window_->askFont(form_.window_->font(GridId::kReport));
+    const auto font = form_.window_->dialogs.askFont(form_.window_->grid(GridId::kReport).gridFont());
     if (!font) return;
     for (std::size_t i = 0; i < kGridCount; ++i) setFont(static_cast<GridId>(i), *font);
     form_.resizeAllColumns();
@@ -171,11 +171,11 @@ void WindowCommands::changeFontOfAll(const CommandRow& /*row*/) {
 void WindowCommands::changeLanguage(const CommandRow& row) {
     form_.services_.settings.StoreSettings(kKeyLanguage.section, kKeyLanguage.key, row.value);
     form_.RestartPending_ = true;
-    form_.window_->close();
+    form_.window_->frame.close();
 }
 
 void WindowCommands::quit(const CommandRow& /*row*/) {
-    form_.window_->close();
+    form_.window_->frame.close();
 }
 
 void WindowCommands::deleteFolders(const CommandRow& /*row*/) {
@@ -191,18 +191,18 @@ void WindowCommands::recycleFolders(const CommandRow& /*row*/) {
 void WindowCommands::showSizes(const CommandRow& row) {
     const BarId id = barOf(row.command);
     if (id == BarId::kReport) return form_.reportView_->Report_Set_SizeFormat();
-    if (id == BarId::kDrives) return form_.driveList_.Drives_ChangeSizeFormat();
+    if (id == BarId::kDrives) return form_.driveList_->Drives_ChangeSizeFormat();
     list(row).Set_SizeFormat();
 }
 
 void WindowCommands::changeFont(const CommandRow& row) {
     const GridId id = gridOf(barOf(row.command));
-    const auto font = form_.window_->askFont(form_.window_->font(id));
+    const auto font = form_.window_->dialogs.askFont(form_.window_->grid(id).gridFont());
     if (!font) return;
     setFont(id, *font);
     if (id == GridId::kReport) return form_.reportView_->Report_Resize_Columns(true);
     if (id != GridId::kDrives) return list(row).Resize_Columns(true);
-    form_.driveList_.Drives_Resize_Columns(true);
+    form_.driveList_->Drives_Resize_Columns(true);
     form_.Drives_ResizeTableHeight();
 }
 
@@ -247,7 +247,7 @@ void WindowCommands::reportRemoveAll(const CommandRow& /*row*/) {
 // replace an older one.
 bool WindowCommands::tellIncomplete() {
     if (!form_.rowsMissing_) return false;
-    form_.window_->message(
+    form_.window_->dialogs.message(
         MessageKind::kWarning,
         form_.services_.texts.TL(9644,
                                  "Beim Einlesen ist ein unerwarteter Fehler aufgetreten. Was "
@@ -263,7 +263,7 @@ void WindowCommands::reportSave(const CommandRow& /*row*/) {
                                   services.files, services.diagnostics, form_.state_, services.pump,
                                   services.paths, &form_});
     Form form = frmSave.form();
-    form_.window_->showForm(form);
+    form_.window_->dialogs.showForm(form);
 }
 
 void WindowCommands::reportPrint(const CommandRow& /*row*/) {
@@ -271,7 +271,7 @@ void WindowCommands::reportPrint(const CommandRow& /*row*/) {
     PrintForm frmPrint({form_.tvwPL_, form_.options_, form_.printSources(), form_.services_.numbers,
                         form_.services_.diagnostics, form_.state_, form_.services_.pump, *form_.window_});
     Form form = frmPrint.form();
-    form_.window_->showForm(form);
+    form_.window_->dialogs.showForm(form);
 }
 
 void WindowCommands::reportColumn(const CommandRow& row) {
@@ -290,19 +290,19 @@ void WindowCommands::reportSearch(const CommandRow& /*row*/) {
 // --- the drives
 
 void WindowCommands::drivesRefresh(const CommandRow& /*row*/) {
-    form_.driveList_.Drives_GetAllDrives();
+    form_.driveList_->Drives_GetAllDrives();
 }
 
 void WindowCommands::drivesRead(const CommandRow& /*row*/) {
-    form_.driveList_.Drives_ScanDrives(true);
+    form_.driveList_->Drives_ScanDrives(true);
 }
 
 void WindowCommands::drivesReadAll(const CommandRow& /*row*/) {
-    form_.driveList_.Drives_ScanDrives(false);
+    form_.driveList_->Drives_ScanDrives(false);
 }
 
 void WindowCommands::drivesAdd(const CommandRow& /*row*/) {
-    form_.driveList_.Drives_AddUNCpath("");
+    form_.driveList_->Drives_AddUNCpath("");
 }
 
 // --- the lists

@@ -67,7 +67,7 @@ void WindowForm::reportMenuCommand(int id, Row row) {
         case kUnfoldAll:
             return reportView_->Report_ExpandSubFolders(id == kUnfoldAll);
         case kRename:
-            return reportView_->tvwPL_KeyUp(kKeyF2);
+            return reportView_->KeyUp(kKeyF2);
         default:
             return;
     }
@@ -82,7 +82,7 @@ void WindowForm::openDriveMenu(Row row, Point at) {
         const FileOps ops = fileOps();
         const ScopeExit over = command();
         const int chosen = Menus(ops).ofDrive(std::string(lvwDiskinfo_.text(row)), at);
-        if (chosen == kDriveMenuRead && !unloaded_) driveList_.Drives_ScanDrives(true);
+        if (chosen == kDriveMenuRead && !unloaded_) driveList_->Drives_ScanDrives(true);
     }
     readWaiting();
 }
@@ -122,12 +122,7 @@ void WindowForm::openFile(const std::string& path) {
 
 // --- names
 
-void WindowForm::beginRename(GridId id, Row row) {
-    window_->editCell(id, row);
-}
-
-void WindowForm::GridCellAfterEditing(GridId id, Row row, const std::string& value) {
-    if (unloaded_) return;
+void WindowForm::nameEdited(GridId id, Row row, const std::string& value) {
     {
         const ScopeExit over = command();
         if (id == GridId::kReport) renameInReport(fileOps(), row, value);
@@ -137,7 +132,7 @@ void WindowForm::GridCellAfterEditing(GridId id, Row row, const std::string& val
 }
 
 std::string WindowForm::askSavePath(const SaveQuestion& question) {
-    return window_->askSavePath(question.filter, question.defaultExtension, question.initialFolder);
+    return window_->dialogs.askSavePath(question.filter, question.defaultExtension, question.initialFolder);
 }
 
 // --- FileOpsHost

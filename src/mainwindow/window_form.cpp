@@ -31,8 +31,6 @@ WindowForm::WindowForm(const FormServices& services, const WindowServices& windo
       lvwFiles_(kFileCells),
       lvwDiskinfo_(kDriveCells),
       panes_({bars_.all(), tvwPL_, options_, state_, services.paths, status_, *this, services.diagnostics}),
-      driveList_({lvwDiskinfo_, tvwPL_, window.drives, *this, services.settings, options_, services.texts,
-                  services.facts, services.diagnostics, services.paths, services.numbers}),
       preview_({panes_, parts_.grids, state_, services.texts, services.log, services.diagnostics}) {
     const Texts& texts = services.texts;
     parts_.grids = {&tvwPL_, &lvwDiskinfo_, &lvwFiles_, &lvwTOP_, &lvwHardlinks_, &lvwJunctions_};
@@ -41,6 +39,8 @@ WindowForm::WindowForm(const FormServices& services, const WindowServices& windo
                          texts.TL(3645, "Dateiliste"),  texts.TL(3724, "Größte Dateien"),
                          texts.TL(3740, "Hardlinks"),   texts.TL(3742, "Junctions")};
     parts_.bars = bars_.all();
+    parts_.barEvents = this;
+    parts_.sourceEvents = this;
     parts_.splitters = panes_.all();
     parts_.cellText = [this](GridId id, std::size_t column, Row row) {
         return ColumnText(grid(id), column, services_.numbers).of(row);
@@ -66,7 +66,7 @@ WindowForm::~WindowForm() = default;
 
 // --- loading
 
-void WindowForm::formLoad(Window& window, MessagePump& pump) {
+void WindowForm::formLoad(const Window& window, MessagePump& pump) {
     window_ = &window;
     preview_.setWindow(&window);
     guarded(services_.diagnostics, "windowThere", kModul, [&] { own_.windowThere(&window, &pump); });
@@ -74,19 +74,16 @@ void WindowForm::formLoad(Window& window, MessagePump& pump) {
 }
 
 void WindowForm::Form_Load_Window() {
-    window_->setTitle(std::string(kProductName) + " " + own_.version +
-                      std::string(own_.portable ? kPortableEdition : ""));
+    window_->frame.setTitle(std::string(kProductName) + " " + own_.version +
+                            std::string(own_.portable ? kPortableEdition : ""));
     Form_Load();
-    Init_DiskInfo(lvwDiskinfo_, services_.texts);
-    reportView_ = std::make_unique<ReportView>(scan_, options_, bars_.cbrReport, *window_,
-                                               static_cast<ReportHost&>(*this), ColumnDragGuard_);
-    makeLists();
+    makeViews();
     initAllBars(bars_, {services_.texts, options_, services_.diagnostics, !own_.addresses.homepage.empty()});
     loadToolbars();
     panes_.ShowFirstList();
     const IniText settings = services_.settings.read();
-    const WindowPlace place = savedPlace(settings, window_->screen());
-    window_->setGeometry(place.rect);
+    const WindowPlace place = savedPlace(settings, window_->frame.screen());
+    window_->frame.setGeometry(place.rect);
     applyFonts();
     initGrids();
     panes_.Change_Info_Visibility();
@@ -109,21 +106,21 @@ void WindowForm::loadToolbars() {
 
 void WindowForm::initGrids() {
     reportView_->Report_Set_SizeFormat();
-    driveList_.Drives_ChangeSizeFormat();
+    driveList_->Drives_ChangeSizeFormat();
     for (const GridId id : kListGrids) lists_->of(id)->Set_SizeFormat();
     resizeAllColumns();
 }
 
 void WindowForm::resizeAllColumns() {
     for (const GridId id : kListGrids) lists_->of(id)->Resize_Columns(false);
-    driveList_.Drives_Resize_Columns(true);
+    driveList_->Drives_Resize_Columns(true);
     reportView_->Report_Resize_Columns(true);
 }
 
 void WindowForm::applyFonts() {
     for (std::size_t i = 0; i < kGridCount; ++i) {
         const auto id = static_cast<GridId>(i);
-        window_->setFont(id, fontOf(options_, id));
+        window_->grid(id).setGridFont(fontOf(options_, id));
     }
 }
 
@@ -139,9 +136,9 @@ void WindowForm::formActivate() {
 }
 
 void WindowForm::Form_Activate() {
-    window_->setState(savedState(services_.settings.read()));
+    window_->frame.setState(savedState(services_.settings.read()));
     reportView_->Report_Resize_Columns(false);
-    driveList_.Drives_GetAllDrives();
+    driveList_->Drives_GetAllDrives();
     for (const GridId id : kListGrids) lists_->of(id)->Resize_Columns(false);
     Drives_ResizeTableHeight();
     const std::vector<Drive> drives = own_.drives.drives();
@@ -194,7 +191,7 @@ bool WindowForm::formQueryUnload() {
 // Saves only what was loaded; if an error prevented loading, the files stay as they are.
 void WindowForm::saveState() {
     if (!loaded_) return;
-    FensterpositionSpeichern(services_.settings, window_->state(), window_->normalGeometry(),
+    FensterpositionSpeichern(services_.settings, window_->frame.state(), window_->frame.normalGeometry(),
                              panes_.splitter(SplitterId::kMain).Position());
     ToolbarStore store;
     for (CommandBar* each : bars_.all()) ExchangeState(store, *each);
@@ -203,7 +200,7 @@ void WindowForm::saveState() {
     if (sourcesLoaded_) options_.ComboText = cboOrdner_.text;
     OptionenSpeichernMain(options_, services_.settings);
     if (sourcesLoaded_) SaveAllComboFolders(cboOrdner_, services_.settings);
-    driveList_.Drives_SaveNetworkFolders();
+    driveList_->Drives_SaveNetworkFolders();
 }
 
 // The window may be closed in a pause of something that still uses it: it stays, unseen, until that has
@@ -213,6 +210,7 @@ void WindowForm::formUnload() {
     state_.CancelState = kCancelStop;
     ++state_.FileListRun;
     preview_.setWindow(nullptr);
+    for (GridPane* pane : window_->grids) pane->setEvents(nullptr);
     guarded(services_.diagnostics, "Form_Unload", kModul, [&] { own_.windowThere(nullptr, nullptr); });
 }
 
@@ -272,44 +270,9 @@ bool WindowForm::comboRemove(int index) {
     return removed;
 }
 
-void WindowForm::gridMouseUp(GridId id, Row row, MouseButton button, bool shift, Point at) {
-    if (id == GridId::kReport) return reportView_->tvwPL_MouseUp(row, button, shift, at);
-    if (ListView* list = lists_->of(id)) return list->MouseUp(row, button, at);
-    if (id != GridId::kDrives || state_.ScanActive || row == kNoRow) return;
-    guarded(services_.diagnostics, "lvwDiskinfo_MouseUp", kModul, [&] {
-        window_->focusGrid(id);
-        if (button == MouseButton::kRight) openDriveMenu(row, at);
-    });
-}
-
-void WindowForm::gridDoubleClick(GridId id) {
-    if (id == GridId::kReport) reportView_->tvwPL_DblClick();
-    if (ListView* list = lists_->of(id)) list->ItemDblClick();
-}
-
-void WindowForm::gridKeyUp(GridId id, int key) {
-    if (id == GridId::kReport) reportView_->tvwPL_KeyUp(key);
-    if (ListView* list = lists_->of(id)) list->KeyUp(key);
-    if (id == GridId::kDrives && !state_.ScanActive) driveList_.lvwDiskinfo_KeyUp(key);
-}
-
-void WindowForm::gridTitleClick(GridId id, std::size_t column) {
-    if (id == GridId::kReport) reportView_->tvwPL_GridColumnTitleClick(column);
-    if (ListView* list = lists_->of(id)) list->GridColumnTitleClick(column);
-}
-
-void WindowForm::gridColumnSizing(GridId id) {
-    if (id == GridId::kReport) reportView_->columnSizing();
-    if (ListView* list = lists_->of(id)) list->columnSizing();
-}
-
-void WindowForm::gridExpanded(GridId id, Row) {
-    if (id == GridId::kReport) reportView_->expandedByUser();
-}
-
 void WindowForm::handOver(const std::string& commandLine) {
     guarded(services_.diagnostics, "ISubclass_WindowProc", kModul, [&] {
-        window_->bringToFront();
+        window_->frame.bringToFront();
         for (std::string& source : GetFoldersFromCommand(commandLine))
             state_.SourceQueue.push_back(std::move(source));
     });

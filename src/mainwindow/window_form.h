@@ -43,7 +43,7 @@ struct WindowServices {
     std::string version;  ///< "0.1"
     Addresses addresses;
     /// Is called when the window exists, and with null when it no longer does.
-    std::function<void(Window*, MessagePump*)> windowThere;
+    std::function<void(const Window*, MessagePump*)> windowThere;
     /// Is called when the user sees the window: messages that waited for that can be shown now.
     std::function<void()> windowShown = {};
     bool portable = true;  ///< True if no package installed the program.
@@ -51,6 +51,8 @@ struct WindowServices {
 
 class WindowForm final : public MainForm,
                          public WindowEvents,
+                         public BarEvents,
+                         public SourceEvents,
                          private ReportHost,
                          private PaneHost,
                          private DriveListHost,
@@ -67,37 +69,36 @@ class WindowForm final : public MainForm,
     bool restartPending() const { return RestartPending_; }
     /// Tells that the window was closed; sources handed over now would be lost.
     bool unloaded() const { return unloaded_; }
+    /// What a grid tells the logic, for whoever acts without a mouse. REQUIRES: formLoad was called.
+    GridEvents& gridEvents(GridId id);
     /// Locks the window while a disk is waited for.
     DiskWait& diskWait() { return *this; }
-    void takeDriveAnswers() { driveList_.takeAnswers(); }
+    void takeDriveAnswers() {
+        if (driveList_) driveList_->takeAnswers();
+    }
 
     // WindowEvents
-    void formLoad(Window& window, MessagePump& pump) override;
+    void formLoad(const Window& window, MessagePump& pump) override;
     void formActivate() override;
     bool formQueryUnload() override;
     void formUnload() override;
     void formResize() override;
     void formKeyUp(int key) override;
+    void handOver(const std::string& commandLine) override;
+    void windowFault(const char* where) override;
+
+    // BarEvents
     void execute(BarId bar, int id) override { commandsOfBars_.execute(bar, id); }
     void editChanged(BarId bar, int id, const std::string& text) override;
     void editKeyDown(BarId bar, int id, int key) override;
     void editLeft(BarId bar, int id) override;
     void barResized(BarId bar) override;
+
+    // SourceEvents
     void comboText(const std::string& text) override;
     void comboSelected(int index) override;
     void comboKeyDown(int key) override;
     bool comboRemove(int index) override;
-    void gridMouseUp(GridId grid, Row row, MouseButton button, bool shift, Point at) override;
-    void gridDoubleClick(GridId grid) override;
-    void gridKeyUp(GridId grid, int key) override;
-    void GridCellAfterEditing(GridId grid, Row row, const std::string& value) override;
-    void gridTitleClick(GridId grid, std::size_t column) override;
-    void gridColumnSizing(GridId grid) override;
-    void gridScrolled(GridId grid) override;
-    void gridMouseMove(GridId grid, Row row) override;
-    void gridExpanded(GridId grid, Row row) override;
-    void handOver(const std::string& commandLine) override;
-    void windowFault(const char* where) override;
 
   private:
     friend class WindowCommands;
@@ -105,7 +106,7 @@ class WindowForm final : public MainForm,
     // --- life
     void Form_Load_Window();
     void Form_Activate();
-    void makeLists();
+    void makeViews();
     void initGrids();
     void saveState();
     void loadToolbars();
@@ -119,7 +120,7 @@ class WindowForm final : public MainForm,
     void readWaiting();
     void fitReportPane();
     void sourcesChanged();
-    void showStatus() { window_->setStatus(status_); }
+    void showStatus() { window_->frame.setStatus(status_); }
 
     // --- ScanHost
     void setBusyPointer(bool busy) override;
@@ -153,16 +154,16 @@ class WindowForm final : public MainForm,
     void Report_ShellContextMenu(Row row, const std::string& path, Point at) override;
 
     // --- PaneHost
-    int barHeight(BarId bar) override { return window_->barHeight(bar); }
-    int gridWidth(GridId grid) override { return window_->gridWidth(grid); }
-    int formWidth() override { return window_->clientArea().width; }
-    void refresh(GridId grid) override { window_->refresh(grid); }
+    int barHeight(BarId bar) override { return window_->bar(bar).wrappedHeight(); }
+    int gridWidth(GridId grid) override { return window_->grid(grid).innerWidth(); }
+    int formWidth() override { return window_->frame.clientArea().width; }
+    void refresh(GridId grid) override { window_->grid(grid).refresh(); }
     void fitColumns(GridId list) override;
     void SetFileIcons(GridId list) override;
     void ShowFileStat(GridId list) override;
     void List_Files_ScanFolder(const std::string& folder) override { showFilesOf(folder); }
     void Drives_ResizeTableHeight() override;
-    void Drives_Resize_Columns(bool withRedraw) override { driveList_.Drives_Resize_Columns(withRedraw); }
+    void Drives_Resize_Columns(bool withRedraw) override { driveList_->Drives_Resize_Columns(withRedraw); }
     void Preview_ShowFile() override { preview_.Preview_ShowFile(false); }
     void statusChanged() override { showStatus(); }
 
@@ -170,14 +171,12 @@ class WindowForm final : public MainForm,
     std::string askSavePath(const SaveQuestion& question) override;
 
     // --- ListHost
-    std::optional<RowRange> visibleRows(GridId list) override;
-    std::size_t columnAt(GridId list, Point at) override;
     bool listShows(GridId list) override;
     void setSecondPanel(const std::string& text) override;
     void showPreview(GridId, bool force) override { preview_.Preview_ShowFile(force); }
     void openFile(const std::string& path) override;
     void ShellContextMenuFileList(GridId list, Point at) override;
-    void beginRename(GridId grid, Row row) override;
+    void nameEdited(GridId grid, Row row, const std::string& name) override;  ///< Of the report, too.
 
     // --- FileOpsHost
     void removeFromLists(const std::function<bool(const std::string& path)>& went) override;
@@ -189,12 +188,10 @@ class WindowForm final : public MainForm,
     void waitEnds() override;
 
     // --- DriveListHost
-    void autosizeDriveColumn(std::size_t column, int margin) override;
-    std::string askText(const std::string& prompt, const std::string& preset) override;
     void readSources(const std::vector<std::string>& sources) override;
+    void openDriveMenu(Row row, Point at) override;
 
     bool hasNoMenu(const char* routine, const std::string& path);
-    void openDriveMenu(Row row, Point at);
     void reportMenuCommand(int id, Row row);
     /// Marks a command as running while the result lives: sources that are handed over meanwhile wait for its
     /// end.
@@ -209,13 +206,13 @@ class WindowForm final : public MainForm,
 
     WindowServices own_;
     WindowCommands commandsOfBars_{*this};
-    Window* window_ = nullptr;
+    const Window* window_ = nullptr;
     Bars bars_;
     Grid lvwFiles_;
     Grid lvwDiskinfo_;
     StatusPanels status_;
     Panes panes_;
-    DriveList driveList_;
+    std::unique_ptr<DriveList> driveList_;
     ToolbarStore toolbars_;
     bool ColumnDragGuard_ = false;  ///< The next click on a title only ends the dragging of a column border.
     std::unique_ptr<ReportView> reportView_;

@@ -7,16 +7,31 @@
 
 namespace hl {
 
-// The lists need the window already while they are set up.
-void WindowForm::makeLists() {
+// The views need the window already while they are set up. From here on each hears of its own grid.
+void WindowForm::makeViews() {
+    Init_DiskInfo(lvwDiskinfo_, services_.texts);
+    reportView_ = std::make_unique<ReportView>(scan_, options_, bars_.cbrReport, *window_,
+                                               static_cast<ReportHost&>(*this), ColumnDragGuard_);
+    driveList_ = std::make_unique<DriveList>(DriveListServices{
+        lvwDiskinfo_, tvwPL_, own_.drives, *window_, *this, state_, services_.settings, options_,
+        services_.texts, services_.facts, services_.diagnostics, services_.paths, services_.numbers});
     Init_FileList(lvwFiles_, options_, services_.texts);
-    pictures_ = std::make_unique<FilePictures>(window_->fileTypes());
-    typeNames_ = std::make_unique<TypeNames>(window_->fileTypes(), services_.files);
+    pictures_ = std::make_unique<FilePictures>(window_->fileTypes);
+    typeNames_ = std::make_unique<TypeNames>(window_->fileTypes, services_.files);
     const ListParts parts{scan_, options_, *window_, *this, *pictures_, ColumnDragGuard_};
     lists_.reset(new ListViews{{parts, lvwFiles_, bars_.cbrFiles},
                                {parts, lvwTOP_, bars_.cbrTOP},
                                {parts, lvwHardlinks_, bars_.cbrHardlinks},
                                {parts, lvwJunctions_, bars_.cbrJunctions}});
+    window_->grid(GridId::kReport).setEvents(reportView_.get());
+    window_->grid(GridId::kDrives).setEvents(driveList_.get());
+    for (const GridId id : kListGrids) window_->grid(id).setEvents(lists_->of(id));
+}
+
+GridEvents& WindowForm::gridEvents(GridId id) {
+    if (id == GridId::kReport) return *reportView_;
+    if (id == GridId::kDrives) return *driveList_;
+    return *lists_->of(id);
 }
 
 ListView* WindowForm::listThatShows() {
@@ -24,14 +39,6 @@ ListView* WindowForm::listThatShows() {
 }
 
 // --- ListHost
-
-std::optional<RowRange> WindowForm::visibleRows(GridId list) {
-    return listShows(list) ? window_->visibleRows(list) : std::nullopt;
-}
-
-std::size_t WindowForm::columnAt(GridId list, Point at) {
-    return window_->columnAt(list, at);
-}
 
 bool WindowForm::listShows(GridId list) {
     return !unloaded_ && panes_.listShows() && panes_.list() == list;
@@ -91,16 +98,6 @@ std::string WindowForm::typeName(const std::string& path) {
 }
 
 // --- events
-
-void WindowForm::gridScrolled(GridId id) {
-    if (unloaded_) return;
-    if (ListView* list = lists_->of(id)) list->VScroll();
-}
-
-void WindowForm::gridMouseMove(GridId id, Row row) {
-    if (unloaded_) return;
-    if (ListView* list = lists_->of(id)) list->MouseMove(row);
-}
 
 void WindowForm::editLeft(BarId id, int entry) {
     if (commandOf(id, entry) == Command::kTopCount && !unloaded_) lists_->top.countLeft();

@@ -4,8 +4,8 @@
 
 namespace hl {
 
-void WindowPreview::setWindow(Window* window) {
-    preview_.setPane(window != nullptr ? window->previewPane() : nullptr);
+void WindowPreview::setWindow(const Window* window) {
+    preview_.setPane(window != nullptr ? window->preview : nullptr);
 }
 
 bool WindowPreview::previewShows() {

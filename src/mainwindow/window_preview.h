@@ -24,7 +24,7 @@ class WindowPreview final : private PreviewHost {
         : parts_(parts), preview_(*this, parts.texts, parts.log, parts.diagnostics) {}
 
     /// Tells that the window and its pane exist; null tells that they no longer do.
-    void setWindow(Window* window);
+    void setWindow(const Window* window);
     void Preview_ShowFile(bool force) { preview_.Preview_ShowFile(force); }
     void Preview_Reset_View() { preview_.Preview_Reset_View(); }
 

@@ -20,7 +20,7 @@ constexpr std::uint64_t kStatusInterval = 100;  // Milliseconds between two chan
 // --- the frame of a run
 
 void WindowForm::setBusyPointer(bool busy) {
-    window_->setBusyPointer(busy);
+    window_->frame.setBusyPointer(busy);
 }
 
 // The bar of the largest files is not locked, because their wanted number may be changed during a run.
@@ -61,7 +61,7 @@ void WindowForm::statusOfRun() {
 void WindowForm::statusAfterRun(const std::string& text) {
     status_.secondVisible = true;
     status_.firstTakesAll = false;
-    status_.firstWidth = window_->gridWidth(GridId::kReport);
+    status_.firstWidth = window_->grid(GridId::kReport).innerWidth();
     setFirstPanel(missing_.empty() ? text : std::exchange(missing_, {}));
 }
 
@@ -161,11 +161,11 @@ void WindowForm::fitReportPane() {
 }
 
 void WindowForm::selectDriveOf(Row row) {
-    driveList_.Drives_SelectDrive(row);
+    driveList_->Drives_SelectDrive(row);
 }
 
 void WindowForm::refreshDriveOf(Row row) {
-    driveList_.Drives_RefreshDrive(row);
+    driveList_->Drives_RefreshDrive(row);
 }
 
 void WindowForm::clearStatus() {
@@ -187,7 +187,7 @@ void WindowForm::setFirstPanel(const std::string& text) {
 void WindowForm::openRowsMenu(Point at) {
     {
         const ScopeExit over = command();
-        window_->showPopup(BarId::kMain, idOf(Command::kMenuOfSelectedFolders), at);
+        window_->bar(BarId::kMain).showPopup(idOf(Command::kMenuOfSelectedFolders), at);
     }
     readWaiting();
 }
@@ -197,15 +197,7 @@ void WindowForm::Drives_ResizeTableHeight() {
     constexpr int kBelowRows = 5;
     panes_.splitter(SplitterId::kInfo)
         .setPosition(panes_.splitter(SplitterId::kDrives).Position() +
-                     window_->heightOfRows(GridId::kDrives) + kBelowRows);
-}
-
-void WindowForm::autosizeDriveColumn(std::size_t column, int margin) {
-    window_->autosizeColumn(GridId::kDrives, column, margin);
-}
-
-std::string WindowForm::askText(const std::string& prompt, const std::string& preset) {
-    return window_->askText(prompt, preset);
+                     window_->grid(GridId::kDrives).heightOfRows() + kBelowRows);
 }
 
 void WindowForm::readSources(const std::vector<std::string>& sources) {
@@ -218,7 +210,7 @@ void WindowForm::sourcesChanged() {
     items.reserve(cboOrdner_.items().size());
     for (const SourceItem& item : cboOrdner_.items()) items.push_back({visible(item.text), item.image});
     const auto selected = cboOrdner_.selectedIndex();
-    window_->setSources(items, visible(cboOrdner_.text), selected ? static_cast<int>(*selected) : -1);
+    window_->frame.setSources(items, visible(cboOrdner_.text), selected ? static_cast<int>(*selected) : -1);
 }
 
 }  // namespace hl

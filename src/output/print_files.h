@@ -11,6 +11,6 @@ namespace hl {
 /// Shows the print preview of the list, unless it has no rows. The list is read for as long as the preview is
 /// open.
 void Print_Files(const PrintSources& sources, const std::string& title, Grid& grid, GridId id,
-                 const NumberFormat& numbers, Window& window);
+                 const NumberFormat& numbers, const Window& window);
 
 }  // namespace hl

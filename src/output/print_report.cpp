@@ -167,7 +167,7 @@ void PrintForm::prepare(Run& run) {
 // No window shows the copy, so its columns are measured when the pages are laid out.
 void PrintForm::fitColumns() {
     for (std::size_t column = 0; column < services_.tvwPL.columns().size() && loaded; ++column) {
-        services_.window.autosizeColumn(GridId::kReport, column, column == 0 ? 0 : kFourPixels);
+        services_.window.grid(GridId::kReport).autosizeColumn(column, column == 0 ? 0 : kFourPixels);
         services_.pump.PumpMessages();
     }
 }
@@ -188,11 +188,12 @@ void PrintForm::Report_print() {
             prepare(run);
         }
         if (!loaded) return;
-        PrintJob job = printedGrid(services_.sources, services_.sources.texts.TL(3641, "Ordnerliste"),
-                                   *run.grid, services_.numbers, services_.window.font(GridId::kReport));
+        PrintJob job =
+            printedGrid(services_.sources, services_.sources.texts.TL(3641, "Ordnerliste"), *run.grid,
+                        services_.numbers, services_.window.grid(GridId::kReport).gridFont());
         job.tree = true;
         job.zoom = run.zoom;
-        services_.window.previewPrint(job);
+        services_.window.dialogs.previewPrint(job);
         loaded = false;
     };
     guarded(services_.diagnostics, kRoutine, "frmPrint", body, [&] { return run.values(); });

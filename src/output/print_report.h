@@ -30,7 +30,7 @@ struct PrintServices {
     Diagnostics& diagnostics;
     ScanState& state;
     MessagePump& pump;
-    Window& window;
+    const Window& window;
 };
 
 class PrintForm {

@@ -182,11 +182,11 @@ void SaveFilesForm::write(const std::string& path) const {
         raiseFileError(file.error(), path, leftBehindText(services_.texts, target->leftBehind()));
 }
 
-void Save_Files(const SaveFilesServices& services, Window& window) {
+void Save_Files(const SaveFilesServices& services, const Window& window) {
     if (services.grid.rowCount() == 0) return;
     SaveFilesForm frmSaveFiles(services);
     Form form = frmSaveFiles.form();
-    window.showForm(form);
+    window.dialogs.showForm(form);
 }
 
 }  // namespace hl

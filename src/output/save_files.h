@@ -64,6 +64,6 @@ class SaveFilesForm {
 };
 
 /// Asks the user and saves. Nothing happens for a list without rows.
-void Save_Files(const SaveFilesServices& services, Window& window);
+void Save_Files(const SaveFilesServices& services, const Window& window);
 
 }  // namespace hl

@@ -12,7 +12,7 @@
 namespace hl {
 
 /// To be raised when either side of the interface changes; a module refuses a program with another number.
-constexpr int kWindowModuleVersion = 5;
+constexpr int kWindowModuleVersion = 6;
 constexpr const char* kWindowModuleName = "harborlantern-gui.so";
 constexpr const char* kWindowModuleFunction = "harborlanternWindow";
 

@@ -14,7 +14,6 @@
 #include "base/text.h"
 #include "grid/no_redraw.h"
 #include "platform/icons.h"
-#include "platform/window.h"
 #include "robustness/api_error_text.h"
 #include "robustness/trap.h"
 #include "scan/scan_host.h"
@@ -204,7 +203,7 @@ void DriveList::addShareRow(std::string path) {
 void DriveList::Drives_AddUNCpath(std::string path) {
     guarded(services_.diagnostics, "Drives_AddUNCpath", kModule, [&] {
         if (path.empty()) {
-            path = services_.host.askText(
+            path = services_.window.dialogs.askText(
                 services_.texts.TL(9411, "UNC-Pfad einer Laufwerksfreigabe im Netzwerk:"), "\\\\");
         }
         if (!isNetworkPath(path) || path.size() == 2) return;
@@ -373,8 +372,7 @@ void DriveList::Drives_ChangeSizeFormat() {
             column.mask = std::string(picture).append(known ? kUnits[mode] : "").append(";;;");
             if (known) column.key = std::string(size.key).append(kSuffixes[mode]);
         }
-        for (const SizeColumn& size : kSizeColumns)
-            services_.host.autosizeDriveColumn(size.column, kSizeColumnMargin);
+        for (const SizeColumn& size : kSizeColumns) pane().autosizeColumn(size.column, kSizeColumnMargin);
     });
 }
 
@@ -384,11 +382,22 @@ void DriveList::Drives_Resize_Columns(bool withRedraw) {
         std::optional<NoRedraw> off;
         if (withRedraw) off.emplace(grid);
         for (std::size_t column = 0; column < grid.columns().size(); ++column)
-            services_.host.autosizeDriveColumn(column, 0);
+            pane().autosizeColumn(column, 0);
     });
 }
 
-void DriveList::lvwDiskinfo_KeyUp(int key) {
+// --- what the user does
+
+void DriveList::MouseUp(Row row, MouseButton button, bool /*shift*/, Point at) {
+    if (services_.state.ScanActive || row == kNoRow) return;
+    guarded(services_.diagnostics, "lvwDiskinfo_MouseUp", kModule, [&] {
+        pane().focus();
+        if (button == MouseButton::kRight) services_.host.openDriveMenu(row, at);
+    });
+}
+
+void DriveList::KeyUp(int key) {
+    if (services_.state.ScanActive) return;
     guarded(services_.diagnostics, "lvwDiskinfo_KeyUp", kModule, [&] {
         Grid& grid = services_.lvwDiskinfo;
         const Row row = key == kKeyDelete ? firstSelected(grid) : kNoRow;

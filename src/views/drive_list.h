@@ -23,7 +23,9 @@
 #include "platform/command_bar.h"
 #include "platform/drives.h"
 #include "platform/system_facts.h"
+#include "platform/window.h"
 #include "robustness/debug.h"
+#include "scan/scan_state.h"
 
 namespace hl {
 
@@ -91,13 +93,12 @@ class DriveListHost {
   public:
     virtual ~DriveListHost() = default;
     virtual void setBusyPointer(bool busy) = 0;
-    virtual void autosizeDriveColumn(std::size_t column, int margin) = 0;
     /// Makes the pane just high enough for the rows.
     virtual void Drives_ResizeTableHeight() = 0;
-    /// Returns an empty text if the user cancelled.
-    virtual std::string askText(const std::string& prompt, const std::string& preset) = 0;
     /// Appends the sources to the queue and works through it.
     virtual void readSources(const std::vector<std::string>& sources) = 0;
+    /// The menu of a drive.
+    virtual void openDriveMenu(Row row, Point at) = 0;
 };
 
 /// What the list uses; everything outlives it.
@@ -105,7 +106,9 @@ struct DriveListServices {
     Grid& lvwDiskinfo;  ///< Must have been made with kDriveCells; only the list adds and removes rows.
     const Grid& tvwPL;  ///< The folder report.
     Drives& drives;
+    const Window& window;
     DriveListHost& host;
+    const ScanState& state;
     SettingsStore& settings;
     const Options& options;
     const Texts& texts;
@@ -116,7 +119,7 @@ struct DriveListServices {
 };
 
 /// For the thread of the logic only. It may be destroyed before its Drives are.
-class DriveList {
+class DriveList final : public GridEvents {
   public:
     explicit DriveList(const DriveListServices& services) : services_(services) {}
     DriveList(const DriveList&) = delete;
@@ -143,14 +146,18 @@ class DriveList {
     /// Sets mask and cell of the size columns, and the buttons of the bar, by the options.
     void Drives_ChangeSizeFormat();
     void Drives_Resize_Columns(bool withRedraw);
+
+    // --- what the user does; ignored while a scan runs
+    void MouseUp(Row row, MouseButton button, bool shift, Point at) override;
     /// The Delete key removes the first selected row if it is a share with a UNC text.
-    void lvwDiskinfo_KeyUp(int key);
+    void KeyUp(int key) override;
 
     /// Delivers the answers that have arrived, and fits the columns once. To be called when
     /// Drives::answersDescriptor() is readable.
     void takeAnswers();
 
   private:
+    GridPane& pane() { return services_.window.grid(GridId::kDrives); }
     void addDriveRow(std::string_view text, const Drive& drive);
     void addShareRow(std::string path);
     void answer(Row row, const DriveAnswer& space);

@@ -43,7 +43,7 @@ std::string JunctionsView::targetOf(Row row) const {
 }
 
 void JunctionsView::beforeMenu(Point at) {
-    menuForTargets_ = parts_.host.columnAt(GridId::kJunctions, at) == kJunctionListTarget;
+    menuForTargets_ = pane_.columnAt(at) == kJunctionListTarget;
 }
 
 std::string JunctionsView::total() const {

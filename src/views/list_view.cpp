@@ -18,13 +18,13 @@ constexpr int kMargin = 32;
 }  // namespace
 
 ListView::ListView(const ListTraits& traits, const ListParts& parts, Grid& grid, CommandBar& bar)
-    : traits_(traits), parts_(parts), grid_(grid), bar_(bar) {}
+    : traits_(traits), parts_(parts), grid_(grid), pane_(parts.window.grid(traits.grid)), bar_(bar) {}
 
 // --- commands
 
 void ListView::iconsSwitched() {
     SetFileIcons(true);
-    parts_.window.autosizeColumn(traits_.grid, 0, kMargin);
+    pane_.autosizeColumn(0, kMargin);
 }
 
 void ListView::showColumn(std::size_t column, bool shows) {
@@ -45,7 +45,7 @@ void ListView::StartSearch() {
         std::size_t hit = firstHit(part, from, count - 1);
         if (hit == count && from > 0) hit = firstHit(part, 0, from);
         if (hit != count) showHit(grid_.rowAt(hit));
-        parts_.window.focusEdit(barOf(traits_.searchText), idOf(traits_.searchText));
+        parts_.window.bar(barOf(traits_.searchText)).focusEdit(idOf(traits_.searchText));
     });
 }
 
@@ -68,7 +68,7 @@ std::size_t ListView::firstHit(const std::string& part, std::size_t from, std::s
 
 void ListView::showHit(Row row) {
     selectOnly(row);
-    parts_.window.scrollIntoView(traits_.grid, row);
+    pane_.scrollIntoView(row);
     if (traits_.hitLoadsIcons) SetFileIcons(false);
     if (traits_.hitShowsPreview) showPreview(false);
 }
@@ -109,7 +109,7 @@ void ListView::sortBy(const LevelSort& sort) {
     sortRows();
 }
 
-void ListView::MouseUp(Row row, MouseButton button, Point at) {
+void ListView::MouseUp(Row row, MouseButton button, bool /*shift*/, Point at) {
     trapped(traits_.mouseUp, [&] {
         if (ignoresInput()) return;
         if (row == kNoRow) {
@@ -128,7 +128,7 @@ void ListView::MouseUp(Row row, MouseButton button, Point at) {
     });
 }
 
-void ListView::ItemDblClick() {
+void ListView::DblClick() {
     trapped(event("ItemDblClick"), [&] {
         if (ignoresInput() || !traits_.hasFiles || grid_.selectedCount() == 0) return;
         const Row current = grid_.currentRow();
@@ -141,8 +141,7 @@ void ListView::KeyUp(int key) {
     trapped(event("KeyUp"), [&] {
         if (ignoresInput() || !traits_.hasFiles) return;
         if (key == kKeyF2) {
-            if (grid_.selectedCount() == 1)
-                parts_.host.beginRename(traits_.grid, grid_.selectedRows().front());
+            if (grid_.selectedCount() == 1) pane_.editCell(grid_.selectedRows().front());
             return;
         }
         if (key != kKeyUp && key != kKeyDown && key != kKeyPageUp && key != kKeyPageDown) return;
@@ -168,7 +167,7 @@ void ListView::SetFileIcons(bool clear) {
             return;
         }
         if (IconsLoaded_ == grid_.rowCount()) return;
-        const auto rows = parts_.host.visibleRows(traits_.grid);
+        const auto rows = parts_.host.listShows(traits_.grid) ? pane_.visibleRows() : std::nullopt;
         if (!rows || rows == iconRows_) return;
         loadIcons(*rows);
         iconRows_ = rows;
@@ -254,7 +253,7 @@ void ListView::Resize_Columns(bool withRedraw) {
         std::optional<NoRedraw> off;
         if (withRedraw) off.emplace(grid_);
         for (std::size_t column = 0; column < grid_.columns().size(); ++column)
-            parts_.window.autosizeColumn(traits_.grid, column, kMargin);
+            pane_.autosizeColumn(column, kMargin);
     });
 }
 
@@ -262,7 +261,7 @@ void ListView::Set_SizeFormat() {
     if (traits_.sizeMode == nullptr) return;
     trapped(routine("Set_SizeFormat"), [&] {
         traits_.setSizeFormat(grid_, parts_.options, parts_.scan.texts);
-        parts_.window.autosizeColumn(traits_.grid, traits_.sizeColumn, kMargin);
+        pane_.autosizeColumn(traits_.sizeColumn, kMargin);
         ShowFileStat();
     });
 }

@@ -27,11 +27,6 @@ namespace hl {
 class ListHost {
   public:
     virtual ~ListHost() = default;
-    /// Returns nothing if the list is hidden or has no rows.
-    virtual std::optional<RowRange> visibleRows(GridId list) = 0;
-    /// Returns the column at a place of the screen, counted from 0. To the right of all columns it is one
-    /// that does not exist.
-    virtual std::size_t columnAt(GridId list, Point at) = 0;
     virtual bool listShows(GridId list) = 0;
     /// Sets the second panel of the status bar.
     virtual void setSecondPanel(const std::string& text) = 0;
@@ -39,8 +34,8 @@ class ListHost {
     virtual void showPreview(GridId list, bool force) = 0;
     virtual void openFile(const std::string& path) = 0;
     virtual void ShellContextMenuFileList(GridId list, Point at) = 0;
-    /// Begins the editing of the row's name in its cell.
-    virtual void beginRename(GridId list, Row row) = 0;
+    /// The row's name was edited; `name` is the new name as bytes, perhaps unchanged.
+    virtual void nameEdited(GridId list, Row row, const std::string& name) = 0;
 };
 
 /// What distinguishes a list from the others.
@@ -71,17 +66,16 @@ struct ListTraits {
 struct ListParts {
     ScanContext& scan;
     Options& options;
-    Window& window;
+    const Window& window;
     ListHost& host;
     FilePictures& pictures;
     bool& ColumnDragGuard;  ///< The next click on a title only ends the dragging of a column border. All
                             ///< lists share the flag.
 };
 
-class ListView {
+class ListView : public GridEvents {
   public:
     ListView(const ListTraits& traits, const ListParts& parts, Grid& grid, CommandBar& bar);
-    virtual ~ListView() = default;
     ListView(const ListView&) = delete;
     ListView& operator=(const ListView&) = delete;
 
@@ -98,14 +92,15 @@ class ListView {
 
     // --- what the user does
     /// Each click reverses the order, whatever the column.
-    void GridColumnTitleClick(std::size_t column);
-    void columnSizing() { parts_.ColumnDragGuard = true; }
-    void MouseUp(Row row, MouseButton button, Point at);
-    void ItemDblClick();
-    void KeyUp(int key);
-    void VScroll() { SetFileIcons(false); }
-    /// The pointer moved to another row, or off the rows.
-    virtual void MouseMove(Row) {}
+    void GridColumnTitleClick(std::size_t column) override;
+    void columnSizing() override { parts_.ColumnDragGuard = true; }
+    void MouseUp(Row row, MouseButton button, bool shift, Point at) override;
+    void DblClick() override;
+    void KeyUp(int key) override;
+    void VScroll() override { SetFileIcons(false); }
+    void GridCellAfterEditing(Row row, const std::string& value) override {
+        parts_.host.nameEdited(traits_.grid, row, value);
+    }
 
     // --- what the list shows
     /// Loads the icons of the visible rows, once for each row. If icons are switched off, it does nothing, or
@@ -159,6 +154,7 @@ class ListView {
     const ListTraits& traits_;
     ListParts parts_;
     Grid& grid_;
+    GridPane& pane_;
     CommandBar& bar_;
 
   private:

@@ -37,7 +37,7 @@ void ReportView::Report_Resize_Width() {
         double width = 0;
         for (const GridColumn& column : grid_.columns())
             if (column.visible) width += column.width;
-        host_.setReportWidth(static_cast<int>(width) + window_.widthBesideColumns(GridId::kReport));
+        host_.setReportWidth(static_cast<int>(width) + pane_.widthBesideColumns());
     });
 }
 
@@ -45,18 +45,18 @@ void ReportView::Report_Resize_Columns(bool withRedraw) {
     guarded(scan_.diagnostics, "Report_Resize_Columns", kModul, [&] {
         // The column of names comes last, because it gets the width that the numbers leave.
         for (std::size_t column = grid_.columns().size(); column-- > 0;)
-            window_.autosizeColumn(GridId::kReport, column, kUsualMargin);
-        if (withRedraw) window_.refresh(GridId::kReport);
+            pane_.autosizeColumn(column, kUsualMargin);
+        if (withRedraw) pane_.refresh();
     });
 }
 
 void ReportView::Report_ChangeColVisible(std::size_t column, bool visible) {
     guarded(scan_.diagnostics, "Report_ChangeColVisible", kModul, [&] {
         grid_.changeColumn(column).visible = visible;
-        window_.autosizeColumn(GridId::kReport, column, kUsualMargin);
+        pane_.autosizeColumn(column, kUsualMargin);
         Report_Resize_Width();
         const auto selected = grid_.selectedRows();
-        if (!selected.empty()) window_.scrollIntoView(GridId::kReport, selected.front());
+        if (!selected.empty()) pane_.scrollIntoView(selected.front());
     });
 }
 
@@ -66,8 +66,8 @@ void ReportView::Report_Set_SizeFormat() {
             const NoRedraw off(grid_);
             hl::Report_Set_SizeFormat(grid_, options_, scan_.texts);
         }
-        window_.autosizeColumn(GridId::kReport, kReportSize, kSizeMargin);
-        window_.autosizeColumn(GridId::kReport, kReportPercent, kSizeMargin);
+        pane_.autosizeColumn(kReportSize, kSizeMargin);
+        pane_.autosizeColumn(kReportPercent, kSizeMargin);
     });
 }
 
@@ -144,7 +144,7 @@ void ReportView::Report_ExpandSubFolders(bool expand) {
     });
 }
 
-void ReportView::expandedByUser() {
+void ReportView::expandedByUser(Row /*row*/) {
     if (!scan_.state.ScanActive) Report_Resize_Columns(true);
     guarded(scan_.diagnostics, "leaveHiddenRows", kModul, [&] { leaveHiddenRows(); });
 }
@@ -186,7 +186,7 @@ void ReportView::Report_StartSearch() {
         Row start = grid_.currentRow();
         if (start == kNoRow && grid_.selectedCount() > 0) start = grid_.selectedRows().front();
         searchFromStart(start == kNoRow ? grid_.rowAt(0) : start, part);
-        window_.focusEdit(BarId::kReport, kSearchBox);
+        barPane_.focusEdit(kSearchBox);
     });
 }
 
@@ -208,7 +208,7 @@ void ReportView::showHit(Row row) {
         grid_.setSelected(row, true);
         grid_.setCurrentRow(row);
     }
-    window_.scrollIntoView(GridId::kReport, row);
+    pane_.scrollIntoView(row);
     scan_.host.showFilesOf(Report_GetFullpathOfNode(grid_, folderOf(row), true, scan_.paths));
     scan_.host.refreshPreview();
 }
@@ -224,7 +224,7 @@ void ReportView::removeAll() {
 
 // --- what the user does
 
-void ReportView::tvwPL_GridColumnTitleClick(std::size_t column) {
+void ReportView::GridColumnTitleClick(std::size_t column) {
     guarded(scan_.diagnostics, "tvwPL_GridColumnTitleClick", kModul, [&] {
         if (grid_.rowCount() == 0 || !grid_.redraw() || scan_.state.ScanActive) return;
         if (std::exchange(ColumnDragGuard_, false) || column >= std::size(kSortColumns)) return;
@@ -250,7 +250,7 @@ void ReportView::sortAgain(const std::string& key, bool numbers) {
     grid_.sortLevels(scan_.state.DeepestLevel);
 }
 
-void ReportView::tvwPL_MouseUp(Row row, MouseButton button, bool shift, Point at) {
+void ReportView::MouseUp(Row row, MouseButton button, bool shift, Point at) {
     guarded(scan_.diagnostics, "tvwPL_MouseUp", kModul, [&] {
         if (grid_.rowCount() == 0 || !grid_.redraw() || scan_.state.ScanActive) return;
         if (row == kNoRow) {
@@ -307,11 +307,11 @@ void ReportView::tellOf(Row row, MouseButton button, Point at) {
         return;
     host_.setFirstPanel(path);
     scan_.host.refreshPreview();
-    window_.focusGrid(GridId::kReport);
+    pane_.focus();
     if (button == MouseButton::kRight && folder) host_.Report_ShellContextMenu(row, path, at);
 }
 
-void ReportView::tvwPL_DblClick() {
+void ReportView::DblClick() {
     guarded(scan_.diagnostics, "tvwPL_DblClick", kModul, [&] {
         if (grid_.rowCount() == 0 || grid_.selectedCount() == 0 || scan_.state.ScanActive) return;
         const Row row = grid_.selectedRows().front();
@@ -320,7 +320,7 @@ void ReportView::tvwPL_DblClick() {
     });
 }
 
-void ReportView::tvwPL_KeyUp(int key) {
+void ReportView::KeyUp(int key) {
     guarded(scan_.diagnostics, "tvwPL_KeyUp", kModul, [&] {
         if (grid_.selectedCount() == 0 || scan_.state.ScanActive) return;
         const Row first = grid_.selectedRows().front();
@@ -328,7 +328,7 @@ void ReportView::tvwPL_KeyUp(int key) {
         if (key == kKeyUp || key == kKeyDown) tellOf(first, MouseButton::kLeft, {});
         if (key == kKeyF2 && grid_.selectedCount() == 1 && grid_.level(first) > 0 &&
             grid_.number(first, kIsFolder) == 1)
-            host_.beginRename(GridId::kReport, first);
+            pane_.editCell(first);
     });
 }
 

@@ -23,22 +23,23 @@ class ReportHost {
     virtual void Preview_Reset_View() = 0;
     /// Opens the menu for several selected rows.
     virtual void openRowsMenu(Point at) = 0;
-    /// Begins the editing of the row's name in its cell.
-    virtual void beginRename(GridId grid, Row row) = 0;
+    /// The row's name was edited; `name` is the new name as bytes, perhaps unchanged.
+    virtual void nameEdited(GridId grid, Row row, const std::string& name) = 0;
     /// Opens the menu of a folder, the current row. `path` ends in a separator.
     virtual void Report_ShellContextMenu(Row row, const std::string& path, Point at) = 0;
 };
 
-class ReportView {
+class ReportView final : public GridEvents {
   public:
     /// The arguments must outlive the view.
-    ReportView(ScanContext& scan, Options& options, CommandBar& cbrReport, Window& window, ReportHost& host,
-               bool& ColumnDragGuard)
+    ReportView(ScanContext& scan, Options& options, CommandBar& cbrReport, const Window& window,
+               ReportHost& host, bool& ColumnDragGuard)
         : scan_(scan),
           grid_(scan.tvwPL),
           options_(options),
           bar_(cbrReport),
-          window_(window),
+          pane_(window.grid(GridId::kReport)),
+          barPane_(window.bar(BarId::kReport)),
           host_(host),
           ColumnDragGuard_(ColumnDragGuard) {}
 
@@ -67,19 +68,22 @@ class ReportView {
 
     // --- what the user does; ignored while a scan or a loop over all rows is running
     /// Sorts all levels by the column; each click reverses the order.
-    void tvwPL_GridColumnTitleClick(std::size_t column);
+    void GridColumnTitleClick(std::size_t column) override;
     /// A click on a title that ends the dragging of a column border does not sort.
-    void columnSizing() { ColumnDragGuard_ = true; }
+    void columnSizing() override { ColumnDragGuard_ = true; }
     /// If one row is selected, lists and status bar now show its folder. kNoRow means a click beside all
     /// rows.
-    void tvwPL_MouseUp(Row row, MouseButton button, bool shift, Point at);
+    void MouseUp(Row row, MouseButton button, bool shift, Point at) override;
     /// Folds or unfolds the first selected row.
-    void tvwPL_DblClick();
+    void DblClick() override;
     /// Up and Down act for the first selected row like a click, but do not change the current row; F2 renames
     /// a folder that is no source.
-    void tvwPL_KeyUp(int key);
+    void KeyUp(int key) override;
     /// Fits the columns to the rows that are visible now; rows that are hidden now lose their selection.
-    void expandedByUser();
+    void expandedByUser(Row row) override;
+    void GridCellAfterEditing(Row row, const std::string& value) override {
+        host_.nameEdited(GridId::kReport, row, value);
+    }
 
   private:
     enum class Folding { kExpandAll, kCollapseAll, kByLevel };
@@ -102,7 +106,8 @@ class ReportView {
     Grid& grid_;
     Options& options_;
     CommandBar& bar_;
-    Window& window_;
+    GridPane& pane_;
+    BarPane& barPane_;
     ReportHost& host_;
     bool& ColumnDragGuard_;  ///< All lists that are sorted by clicks on their titles share it.
 };

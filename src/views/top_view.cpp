@@ -55,7 +55,7 @@ void TopView::countLeft() {
         countTyped(bar_.textOf(idOf(Command::kTopCount)));
         bar_.setText(idOf(Command::kTopCount), std::to_string(parts_.options.TOPmaxcount));
         const bool usable = typed && *typed >= kLeastTopCount;  // False for NaN, too.
-        if (!usable) parts_.window.focusEdit(BarId::kTop, idOf(Command::kTopCount));
+        if (!usable) parts_.window.bar(BarId::kTop).focusEdit(idOf(Command::kTopCount));
     });
 }
 

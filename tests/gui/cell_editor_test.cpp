@@ -55,7 +55,7 @@ struct CellEditorTest : GridViewTest {
     QLineEdit* box() const { return view->findChild<QLineEdit*>(QStringLiteral("cellEditor")); }
     bool editing() const { return box() != nullptr && box()->isVisible(); }
     QLineEdit& edit(std::string_view text) {
-        view->editText(row(text));
+        view->editCell(row(text));
         EXPECT_TRUE(editing() && box()->hasFocus()) << text;
         return *box();
     }
@@ -119,7 +119,7 @@ TEST_F(CellEditorTest, KeysAndClicksElsewhereEndItOnceAndAllButEscapeTellTheName
           Click{&window, {650, 320}}, Click{&other, {5, 5}}})
         ends([on = on, at = at] { QTest::mouseClick(on, Qt::LeftButton, {}, at); }, true, on != &other,
              "click");
-    ends([&] { view->editText(row("r2")), press(Qt::Key_Escape); }, true, true, "another edit");
+    ends([&] { view->editCell(row("r2")), press(Qt::Key_Escape); }, true, true, "another edit");
 }
 
 TEST_F(CellEditorTest, EndsUntoldWhereTheGridChangesUnderItAlsoWithAReturnAtOnce) {
@@ -186,7 +186,7 @@ TEST_F(CellEditorTest, DoesNotOpenWhereNobodyCouldWork) {
         [&](bool on) { grid.changeColumn(0).visible = on, QTest::qWait(1); }};
     for (const auto& let : cases) {
         let(false);
-        view->editText(row("r1"));
+        view->editCell(row("r1"));
         EXPECT_FALSE(editing()) << &let - cases;
         let(true);
     }
@@ -307,7 +307,7 @@ TEST_F(CellEditorInWindow, KeysOfTheEditDoNotReachTheWindow) {
     show();
     QWidget& view = window->grid(GridId::kReport);
     for (const Qt::Key code : {Qt::Key_Escape, Qt::Key_F5, Qt::Key_Delete, Qt::Key_Return}) {
-        window->editCell(GridId::kReport, row);
+        window->grid(GridId::kReport).editCell(row);
         auto* box = view.findChild<QLineEdit*>(QStringLiteral("cellEditor"));
         ASSERT_TRUE(box != nullptr && box->hasFocus()) << code;
         events.told.clear();

@@ -306,7 +306,7 @@ TEST_F(DesktopUser, NobodyWaitsForABusThatSaysNothing) {
 }
 
 TEST(DesktopPrograms, CopiedFilesCanBePastedIntoAFileManager) {
-    copyFilesToClipboard({"/a b/\xff%\n'~", "/ä"});
+    WindowClipboard("").copyFiles({"/a b/\xff%\n'~", "/ä"});
     const QMimeData* data = QGuiApplication::clipboard()->mimeData();
     ASSERT_NE(data, nullptr);
     EXPECT_EQ(data->data(QStringLiteral("text/uri-list")).toStdString(),

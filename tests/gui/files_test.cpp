@@ -168,7 +168,7 @@ TEST_F(FilesTest, EscapeHeldDownInABoxEndsTheBoxAndNoDeleting) {
     selectFirst(list, 3);
     s().operations().before = [&](OperationWatch& watch) {
         s().answers.add([](QDialog& dialog) { QTest::keyPress(&dialog, Qt::Key_Escape); });
-        s().window().message(MessageKind::kWarning, "box");
+        s().window().window().dialogs.message(MessageKind::kWarning, "box");
         QKeyEvent repeated(QEvent::KeyPress, Qt::Key_Escape, {}, {}, true);
         QApplication::sendEvent(&s().frame(), &repeated);
         QTest::keyRelease(&s().frame(), Qt::Key_Escape);

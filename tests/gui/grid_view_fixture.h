@@ -21,17 +21,17 @@ struct Told : test::RecordingEvents {
     const Grid* grid = nullptr;
     std::string name(Row row) const { return row == kNoRow ? "-" : std::string(grid->text(row)); }
 
-    void gridMouseUp(GridId, Row row, MouseButton button, bool shift, Point) override {
+    void MouseUp(Row row, MouseButton button, bool shift, Point) override {
         log.push_back("up " + name(row) + " " + std::to_string(static_cast<int>(button)) +
                       (shift ? "s" : ""));
     }
-    void gridDoubleClick(GridId) override { log.push_back("double"); }
-    void gridKeyUp(GridId, int key) override { log.push_back("key " + std::to_string(key)); }
-    void gridTitleClick(GridId, std::size_t column) override {
+    void DblClick() override { log.push_back("double"); }
+    void KeyUp(int key) override { log.push_back("key " + std::to_string(key)); }
+    void GridColumnTitleClick(std::size_t column) override {
         log.push_back("title " + std::to_string(column));
     }
-    void gridColumnSizing(GridId) override { log.push_back("sizing"); }
-    void gridExpanded(GridId, Row row) override { log.push_back("fold " + name(row)); }
+    void columnSizing() override { log.push_back("sizing"); }
+    void expandedByUser(Row row) override { log.push_back("fold " + name(row)); }
     void windowFault(const char* where) override { log.push_back(std::string("fault ") + where); }
 };
 
@@ -57,6 +57,7 @@ struct GridViewTest : testing::Test {
             return column == 0 ? std::string(grid.text(row)) : std::to_string(grid.number(row, 0));
         };
         view = std::make_unique<GridView>(grid, GridId::kReport, tree, text, told);
+        view->setEvents(&told);
         view->resize(600, 300);
         view->show();
         view->setFocus();

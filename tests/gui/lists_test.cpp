@@ -65,7 +65,7 @@ TEST_F(ListsTest, OnlyRowsThatShowGetTheirIcons) {
             for (std::size_t i = 0; i < view.grid().rowCount(); ++i) {
                 const bool has = view.grid().picture(view.grid().rowAt(i)) != 0;
                 count += has ? 1 : 0;
-                const RowRange shown = *view.visibleRange();
+                const RowRange shown = *view.visibleRows();
                 EXPECT_TRUE(has || most == 0 || i < shown.first || i > shown.last)
                     << static_cast<int>(list.id) << when;
             }

@@ -136,7 +136,7 @@ TEST_F(ListsTest, HardlinksAreThoseOfTheInodesAndAnalyseStandsThemTogetherAndSha
     }
     EXPECT_EQ(shown, truth);
     const QImage painted = view.viewport()->grab().toImage();
-    const RowRange rows = *view.visibleRange();
+    const RowRange rows = *view.visibleRows();
     for (std::size_t i = rows.first; i < rows.last; ++i)
         EXPECT_EQ(painted.pixel(1, view.rowRect(i).top() + 2) & 0xFFFFFF, grid.backColor(grid.rowAt(i))) << i;
 }

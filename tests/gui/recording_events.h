@@ -9,14 +9,14 @@
 
 namespace hl::test {
 
-class RecordingEvents : public WindowEvents {
+class RecordingEvents : public WindowEvents, public BarEvents, public SourceEvents, public GridEvents {
   public:
     /// Has texts such as "execute 0 7", in order.
     std::vector<std::string> told;
     std::function<void(BarId, int)> onExecute = [](BarId, int) {};
     std::function<void(BarId)> onBarResized = [](BarId) {};
 
-    void formLoad(Window&, MessagePump&) override {}
+    void formLoad(const Window&, MessagePump&) override {}
     void formActivate() override {}
     bool formQueryUnload() override { return true; }
     void formUnload() override {}
@@ -38,17 +38,9 @@ class RecordingEvents : public WindowEvents {
     void comboSelected(int) override {}
     void comboKeyDown(int) override {}
     bool comboRemove(int) override { return false; }
-    void gridMouseUp(GridId, Row, MouseButton, bool, Point) override {}
-    void gridDoubleClick(GridId) override {}
-    void gridKeyUp(GridId, int) override {}
-    void GridCellAfterEditing(GridId, Row row, const std::string& value) override {
+    void GridCellAfterEditing(Row row, const std::string& value) override {
         told.push_back("edited " + std::to_string(row) + " " + value);
     }
-    void gridTitleClick(GridId, std::size_t) override {}
-    void gridColumnSizing(GridId) override {}
-    void gridScrolled(GridId) override {}
-    void gridMouseMove(GridId, Row) override {}
-    void gridExpanded(GridId, Row) override {}
     void handOver(const std::string&) override {}
     void windowFault(const char* where) override { told.push_back(std::string("fault ") + where); }
 

@@ -57,7 +57,7 @@ class ToolBarTest : public testing::Test {
     CommandBar bar_{BarId::kMain, "cbrMain"};
     IconStore icons_{HARBORLANTERN_SOURCE_DIR "/data"};
     QComboBox* combo_ = new QComboBox;
-    ToolBar tool_{bar_, icons_, events_, combo_};
+    ToolBar tool_{bar_, icons_, events_, events_, combo_};
 };
 
 TEST_F(ToolBarTest, AClickIsToldAndOnlyTheLogicSwitchesAnEntryOrDisablesIt) {

@@ -71,6 +71,8 @@ class WindowBars : public testing::Test, private PaneHost {
             grid->setColumns(
                 {{.title = "Name", .key = {}, .mask = {}}, {.title = "Note", .key = {}, .mask = {}}});
         parts.bars = bars.all();
+        parts.barEvents = &events;
+        parts.sourceEvents = &events;
         parts.splitters = panes->all();
         parts.cellText = [this](GridId id, std::size_t column, Row row) {
             const Grid& grid = *parts.grids[static_cast<std::size_t>(id)];
@@ -83,8 +85,8 @@ class WindowBars : public testing::Test, private PaneHost {
         parts.dataFolder = HARBORLANTERN_SOURCE_DIR "/data";
     }
 
-    int barHeight(BarId bar) override { return window->barHeight(bar); }
-    int gridWidth(GridId grid) override { return window->gridWidth(grid); }
+    int barHeight(BarId bar) override { return window->bar(bar).wrappedHeight(); }
+    int gridWidth(GridId grid) override { return window->grid(grid).innerWidth(); }
     int formWidth() override { return window->clientArea().width; }
     void fitColumns(GridId) override {}
     void refresh(GridId) override {}

@@ -34,6 +34,7 @@
 #include "start/headless_pump.h"
 #include "start/program_errors.h"
 #include "support/recording_console.h"
+#include "support/recording_desktop.h"
 #include "support/temp_dir.h"
 #include "support/trees.h"
 #include "support/whole_files.h"
@@ -129,28 +130,6 @@ class PausingOperations final : public FileOperations {
     LinuxFileOperations disk_;
 };
 
-/// A desktop that can open everything.
-class RecordingDesktop final : public Desktop {
-  public:
-    std::vector<std::string> opened;
-    bool runs = false;  ///< All files count as programs.
-    OpenResult result = OpenResult::kStarted;
-    std::vector<DesktopProgram> programs;  ///< All programs of the desktop.
-
-    OpenResult open(const std::string& path) override {
-        opened.push_back(path);
-        return result;
-    }
-    std::vector<DesktopProgram> programsFor(const std::vector<std::string>&, std::size_t) override {
-        return {{"editor.desktop", "Editor"}};
-    }
-    std::vector<DesktopProgram> allPrograms() override { return programs; }
-    bool openWith(const std::string&, const std::vector<std::string>&) override { return true; }
-    bool runsWhenOpened(const std::string&) override { return runs; }
-    bool showInFolder(const std::vector<std::string>&) override { return true; }
-    bool showProperties(const std::vector<std::string>&) override { return false; }
-};
-
 class NoFolderVerb final : public FolderVerb {
   public:
     FolderVerbFailure offer(const FolderOffer&) override { return {}; }
@@ -236,7 +215,7 @@ class Logic : private ErrorSink, private MessagePump {
                          numbers_,
                          {userHome() + "/now", userHome()}},
             WindowServices{drives_, verb_, operations_, HARBORLANTERN_PROGRAM, home, "", "0.1", addresses,
-                           [this](Window* window, MessagePump* pump) { there(window, pump); },
+                           [this](const Window* window, MessagePump* pump) { there(window, pump); },
                            [this] { errors_.windowShown(); }});
         form_->parts().dataFolder = HARBORLANTERN_SOURCE_DIR "/data";
         form_->parts().desktop = &desktop;
@@ -274,7 +253,7 @@ class Logic : private ErrorSink, private MessagePump {
     bool GetInputState() override { return pump_ != nullptr && pump_->GetInputState(); }
     std::uint64_t GetTickCount() override { return headless_.GetTickCount(); }
 
-    void there(Window* window, MessagePump* pump) {
+    void there(const Window* window, MessagePump* pump) {
         pump_ = pump;
         if (window == nullptr) return errors_.setDialog(nullptr);
         desk_ = std::make_unique<WindowDesk>(*window);
@@ -328,7 +307,7 @@ class Session : public Logic {
     void show() {
         window_ = std::make_unique<MainWindow>(form().parts(), form());
         qtPump_ = std::make_unique<QtPump>(form());
-        form().formLoad(*window_, *qtPump_);
+        form().formLoad(window_->window(), *qtPump_);
         window_->show();
     }
     /// Shows the window and waits until it is active.
@@ -389,7 +368,7 @@ class Session : public Logic {
         view().sync();
         const auto index = view().rows().find(row(name));
         ASSERT_TRUE(index) << name;
-        window().scrollIntoView(GridId::kReport, row(name));
+        view().scrollIntoView(row(name));
         const QPoint at(view().columnViewportPosition(0) + view().columnWidth(0) / 2,
                         view().rowRect(*index).center().y());
         QTest::mouseClick(view().viewport(), Qt::LeftButton, {}, at);

@@ -1,79 +1,136 @@
-// A window that shows nothing: it records what it is asked, and gives no answers.
+// A window that shows nothing: it keeps what it was asked, and answers as it was told.
 #pragma once
 
-#include <cstdlib>
 #include <functional>
 #include <optional>
 #include <string>
 #include <vector>
 
+#include "base/path.h"
 #include "platform/window.h"
+#include "support/recording_desktop.h"
 
 namespace hl::test {
 
-class FakeWindow : public Window {
-  public:
-    std::vector<std::string> calls;
-    std::function<void(const PrintJob&)> onPrint;
+/// One icon for each ending, and no names of types.
+struct FakeTypes : FileTypes {
+    std::optional<std::string> typeName(std::string_view) override { return {}; }
+    std::string typeName(std::string_view, std::string_view) override { return {}; }
+    std::string iconName(std::string_view fileName) override { return "icon-" + xGetExtension(fileName); }
+};
 
+/// What the parts of the window were asked, and what they answer.
+struct FakeAnswers {
+    std::vector<std::string> calls;
+    std::string answer;  ///< What the user types when asked for a text.
+    std::optional<RowRange> visibleRows;
+    std::size_t columnUnderPointer = 0;
+    std::string prompt, preset;  ///< What the last question for a text said.
+    std::function<void(const PrintJob&)> onPrint = [](const PrintJob&) {};
+    std::function<void(Row)> onRename = [](Row) {};
+};
+
+struct FakeFrame : WindowFrame {
+    explicit FakeFrame(FakeAnswers& answers) : all(answers) {}
     void setTitle(const std::string&) override {}
     void setBusyPointer(bool) override {}
     Rect screen() override { return {0, 0, 1280, 900}; }
-    ScreenFacts screenFacts() override { return {1280, 900, 32}; }
     Rect normalGeometry() override { return {0, 0, 780, 540}; }
     void setGeometry(const Rect&) override {}
+    Rect clientArea() override { return {0, 0, 780, 500}; }
     WindowState state() override { return WindowState::kNormal; }
     void setState(WindowState) override {}
     void show() override {}
-    void close() override { calls.emplace_back("close"); }
-    void bringToFront() override { calls.emplace_back("front"); }
+    void close() override { all.calls.emplace_back("close"); }
+    void bringToFront() override { all.calls.emplace_back("front"); }
     void setStatus(const StatusPanels&) override {}
     void setSources(const std::vector<ComboItem>&, const std::string&, int) override {}
-    int barHeight(BarId) override { return 24; }
-    int gridWidth(GridId) override { return 245; }
-    Rect clientArea() override { return {0, 0, 780, 500}; }
-    void autosizeColumn(GridId, std::size_t column, int margin) override {
-        calls.push_back("fit " + std::to_string(column) + " " + std::to_string(margin));
-    }
-    int widthBesideColumns(GridId) override { return 0; }
-    int heightOfRows(GridId) override { return 60; }
-    void scrollIntoView(GridId, Row) override { calls.emplace_back("scroll"); }
-    std::optional<RowRange> visibleRows(GridId) override { return std::nullopt; }
-    std::size_t columnAt(GridId, Point) override { return 0; }
-    void refresh(GridId) override {}
-    void focusGrid(GridId) override { calls.emplace_back("focus"); }
-    void focusEdit(BarId, int id) override { calls.push_back("edit " + std::to_string(id)); }
-    void editCell(GridId, Row) override { calls.emplace_back("rename"); }
-    GridFont font(GridId) override { return {}; }
-    void setFont(GridId, const GridFont&) override {}
-    void showForm(Form&) override { calls.emplace_back("form"); }
-    bool message(MessageKind, const std::string& text) override {
-        calls.push_back(text);
+    bool openUrl(const std::string& url) override {
+        all.calls.push_back(url);
         return true;
     }
-    std::string askText(const std::string&, const std::string&) override { return {}; }
+    ScreenFacts screenFacts() override { return {1280, 900, 32}; }
+    FakeAnswers& all;
+};
+
+struct FakeGridPane : GridPane {
+    explicit FakeGridPane(FakeAnswers& answers) : all(answers) {}
+    void setEvents(GridEvents*) override {}
+    void autosizeColumn(std::size_t column, int margin) override {
+        all.calls.push_back("fit " + std::to_string(column) + " " + std::to_string(margin));
+    }
+    int widthBesideColumns() override { return 0; }
+    int innerWidth() override { return 245; }
+    int heightOfRows() override { return 60; }
+    void scrollIntoView(Row) override { all.calls.emplace_back("scroll"); }
+    std::optional<RowRange> visibleRows() override { return all.visibleRows; }
+    std::size_t columnAt(Point) override { return all.columnUnderPointer; }
+    void refresh() override {}
+    void focus() override { all.calls.emplace_back("focus"); }
+    void editCell(Row row) override { all.onRename(row); }
+    GridFont gridFont() const override { return {}; }
+    void setGridFont(const GridFont&) override {}
+    FakeAnswers& all;
+};
+
+struct FakeBarPane : BarPane {
+    explicit FakeBarPane(FakeAnswers& answers) : all(answers) {}
+    int wrappedHeight() override { return 24; }
+    void focusEdit(int id) override { all.calls.push_back("edit " + std::to_string(id)); }
+    void showPopup(int popup, Point) override { all.calls.push_back("popup " + std::to_string(popup)); }
+    FakeAnswers& all;
+};
+
+struct FakeDialogs : Dialogs {
+    explicit FakeDialogs(FakeAnswers& answers) : all(answers) {}
+    void showForm(Form&) override { all.calls.emplace_back("form"); }
+    bool message(MessageKind, const std::string& text) override {
+        all.calls.push_back(text);
+        return true;
+    }
+    std::string askText(const std::string& prompt, const std::string& preset) override {
+        all.prompt = prompt;
+        all.preset = preset;
+        return all.answer;
+    }
     std::string askFolder(const std::string&, const std::string&) override { return {}; }
     std::string askSavePath(const std::string&, const std::string&, const std::string&) override {
         return {};
     }
     std::optional<GridFont> askFont(const GridFont&) override { return std::nullopt; }
     void previewPrint(const PrintJob& job) override {
-        calls.push_back("preview " + job.title);
-        if (onPrint) onPrint(job);
+        all.calls.push_back("preview " + job.title);
+        all.onPrint(job);
     }
-    void print(const PrintJob& job) override { calls.push_back("print " + job.title); }
-    void showPopup(BarId, int popup, Point) override { calls.push_back("popup " + std::to_string(popup)); }
+    void print(const PrintJob& job) override { all.calls.push_back("print " + job.title); }
     int showMenu(const std::vector<MenuEntry>&, Point) override { return 0; }
-    bool openUrl(const std::string& url) override {
-        calls.push_back(url);
-        return true;
-    }
+    FakeAnswers& all;
+};
+
+struct FakeClipboard : Clipboard {
     void copyText(const std::string&) override {}
     void copyFiles(const std::vector<std::string>&) override {}
     void leaveText(const std::string&) override {}
-    /// No test with this window needs these.
-    FileTypes& fileTypes() override { std::abort(); }
-    Desktop& desktop() override { std::abort(); }
+};
+
+/// The parts come before the Window that names them.
+struct FakeParts : FakeAnswers {
+    FakeFrame frame_{*this};
+    FakeGridPane pane_{*this};  ///< Stands for all grids.
+    FakeBarPane bar_{*this};    ///< Stands for all bars.
+    FakeDialogs dialogs_{*this};
+    FakeClipboard clipboard_;
+    FakeTypes types_;
+    RecordingDesktop desktop_;
+};
+
+struct FakeWindow : FakeParts, Window {
+    FakeWindow() : Window{frame_, {}, {}, dialogs_, clipboard_, types_, desktop_} {
+        grids.fill(&pane_);
+        bars.fill(&bar_);
+    }
+    FakeWindow(const FakeWindow&) = delete;
+    FakeWindow& operator=(const FakeWindow&) = delete;
 };
 
 }  // namespace hl::test

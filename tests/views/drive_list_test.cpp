@@ -9,6 +9,7 @@
 #include "platform/icons.h"
 #include "platform/window.h"
 #include "scan/records.h"
+#include "support/fake_window.h"
 #include "support/test_texts.h"
 #include "views/cell_text.h"
 #include "views/drive_combo.h"
@@ -40,19 +41,13 @@ class ScriptedDrives final : public Drives {
 
 class RecordingDriveHost final : public DriveListHost {
   public:
-    std::string answer, prompt, preset;
     std::vector<std::string> sources;
     bool busy = false;
 
     void setBusyPointer(bool on) override { busy = on; }
-    void autosizeDriveColumn(std::size_t, int) override {}
     void Drives_ResizeTableHeight() override {}
-    std::string askText(const std::string& asked, const std::string& start) override {
-        prompt = asked;
-        preset = start;
-        return answer;
-    }
     void readSources(const std::vector<std::string>& read) override { sources = read; }
+    void openDriveMenu(Row, Point) override {}
 };
 
 struct DriveListTest : testing::Test {
@@ -94,9 +89,11 @@ struct DriveListTest : testing::Test {
     NumberFormat numbers;
     Grid grid{kDriveCells}, report{kFolderCells};
     ScriptedDrives drives;
+    test::FakeWindow window;
     RecordingDriveHost host;
-    DriveList list{{grid, report, drives, host, texts.store, options, texts.texts, texts.system,
-                    texts.diagnostics, kPosixPaths, numbers}};
+    ScanState state;
+    DriveList list{{grid, report, drives, window, host, state, texts.store, options, texts.texts,
+                    texts.system, texts.diagnostics, kPosixPaths, numbers}};
 };
 
 constexpr std::uint64_t kGiB = std::uint64_t{1} << 30;
@@ -130,8 +127,8 @@ TEST_F(DriveListTest, DropsAnswersForRowsThatAreGoneOrAskedAnew) {
     list.takeAnswers();
     EXPECT_EQ(cellText(0, kDriveListTotal), "100");
     {
-        DriveList other({grid, report, drives, host, texts.store, options, texts.texts, texts.system,
-                         texts.diagnostics, kPosixPaths, numbers});
+        DriveList other({grid, report, drives, window, host, state, texts.store, options, texts.texts,
+                         texts.system, texts.diagnostics, kPosixPaths, numbers});
         other.Drives_GetAllDrives();
     }
     drives.takeAnswers();  // The row that asked is gone.
@@ -200,13 +197,13 @@ TEST_F(DriveListTest, ChangesTheUnitOfItsThreeSizeColumnsAndTheBar) {
 TEST_F(DriveListTest, AddsWhatIsAUncTextAndNothingElse) {
     drives.shares["//nas/data/"] = {"/net", DriveType::kRemote, "nfs", "nas:/data", 0};
     for (const char* answer : {"", "\\\\", "//", "C:\\", "/mnt", "\\server"}) {
-        host.answer = answer;
+        window.answer = answer;
         list.Drives_AddUNCpath("");
         EXPECT_EQ(grid.rowCount(), 0U) << answer;
     }
-    EXPECT_EQ(host.prompt, "UNC-Pfad einer Laufwerksfreigabe im Netzwerk:");
-    EXPECT_EQ(host.preset, "\\\\");
-    host.answer = "\\\\server\\share";
+    EXPECT_EQ(window.prompt, "UNC-Pfad einer Laufwerksfreigabe im Netzwerk:");
+    EXPECT_EQ(window.preset, "\\\\");
+    window.answer = "\\\\server\\share";
     list.Drives_AddUNCpath("");
     list.Drives_AddUNCpath("\\\\server\\share\\");  // Adding it a second time is allowed.
     list.Drives_AddUNCpath("//nas/data");
@@ -225,10 +222,10 @@ TEST_F(DriveListTest, KeepsSharesInTheSettingsAndLosesThoseNotSaved) {
     EXPECT_EQ(roots(), (std::vector<std::string>{"/", "/media/stick", "/media/stick2", "\\\\a\\1\\", "//b/2/",
                                                  "\\\\c\\3\\"}));
     grid.setSelected(grid.rowAt(3), true);
-    list.lvwDiskinfo_KeyUp(kKeyReturn);
+    list.KeyUp(kKeyReturn);
     EXPECT_EQ(grid.rowCount(), 6U);
-    list.lvwDiskinfo_KeyUp(kKeyDelete);
-    list.lvwDiskinfo_KeyUp(kKeyDelete);  // Nothing is selected any more.
+    list.KeyUp(kKeyDelete);
+    list.KeyUp(kKeyDelete);  // Nothing is selected any more.
     EXPECT_EQ(grid.rowCount(), 5U);
     list.Drives_SaveNetworkFolders();
     list.Drives_AddUNCpath("\\\\d\\4");
@@ -236,7 +233,7 @@ TEST_F(DriveListTest, KeepsSharesInTheSettingsAndLosesThoseNotSaved) {
     EXPECT_EQ(saved(), (std::vector<std::string>{"//b/2/", "\\\\c\\3\\"}));
     EXPECT_EQ(roots().back(), "\\\\c\\3\\");
     grid.setSelected(grid.rowAt(0), true);
-    list.lvwDiskinfo_KeyUp(kKeyDelete);
+    list.KeyUp(kKeyDelete);
     EXPECT_EQ(grid.rowCount(), 5U) << "a local drive stays";
 }
 

@@ -13,13 +13,6 @@
 
 namespace hl::test {
 
-/// Has one icon for each extension.
-struct FakeTypes : FileTypes {
-    std::optional<std::string> typeName(std::string_view) override { return {}; }
-    std::string typeName(std::string_view, std::string_view) override { return {}; }
-    std::string iconName(std::string_view fileName) override { return "icon-" + xGetExtension(fileName); }
-};
-
 struct ListFixture : ScanFixture, ListHost {
     FakeWindow window;
     FakeTypes types;
@@ -66,10 +59,11 @@ struct ListFixture : ScanFixture, ListHost {
     // What the lists ask, and the answers.
     Lines asked;
     std::string status;
-    std::size_t columnUnderPointer = 0;
     bool shows = true;
 
     ListFixture() {
+        window.visibleRows = RowRange{0, 99};
+        window.onRename = [this](Row) { asked.emplace_back("rename"); };
         Init_FileList(lvwFiles, options, texts);
         Init_TopList(top, options, texts);
         Init_HardlinksList(hardlinks, options, texts);
@@ -89,14 +83,12 @@ struct ListFixture : ScanFixture, ListHost {
             junctions.setCellText(junctions.addRow(kNoRow, name), kJunctionTarget, std::string("/to") + name);
     }
 
-    std::optional<RowRange> visibleRows(GridId) override { return RowRange{0, 99}; }
-    std::size_t columnAt(GridId, Point) override { return columnUnderPointer; }
     bool listShows(GridId) override { return shows; }
     void setSecondPanel(const std::string& text) override { status = text; }
     void showPreview(GridId, bool force) override { asked.emplace_back(force ? "preview!" : "preview"); }
     void openFile(const std::string& path) override { asked.push_back("open " + path); }
     void ShellContextMenuFileList(GridId, Point) override { asked.emplace_back("menu"); }
-    void beginRename(GridId, Row) override { asked.emplace_back("rename"); }
+    void nameEdited(GridId, Row, const std::string& name) override { asked.push_back("name " + name); }
 
     static void select(Grid& grid, std::initializer_list<std::size_t> rows) {
         grid.selectNone();

@@ -49,15 +49,15 @@ TEST_F(Lists, KeepASelectionForTheMenuAndDropItOutsideOfTheRows) {
     for (const List* list : all) {
         const auto withPreview = [&](const Lines& calls) { return list == &junctionsList ? Lines() : calls; };
         select(list->grid, {0, 1});
-        list->view.MouseUp(list->grid.rowAt(1), MouseButton::kRight, {});
+        list->view.MouseUp(list->grid.rowAt(1), MouseButton::kRight, false, {});
         EXPECT_EQ(selectedIn(list->grid).size(), 2U);
         EXPECT_EQ(taken(), list == &junctionsList ? Lines{"menu"} : (Lines{"preview", "menu"}));
-        list->view.MouseUp(list->grid.rowAt(2), MouseButton::kRight, {});
+        list->view.MouseUp(list->grid.rowAt(2), MouseButton::kRight, false, {});
         EXPECT_EQ(selectedIn(list->grid), Lines{std::string(list->grid.text(list->grid.rowAt(2)))});
         EXPECT_EQ(taken(), list == &junctionsList ? Lines{"menu"} : (Lines{"preview", "menu"}));
-        list->view.MouseUp(list->grid.rowAt(2), MouseButton::kMiddle, {});
+        list->view.MouseUp(list->grid.rowAt(2), MouseButton::kMiddle, false, {});
         EXPECT_EQ(taken(), withPreview({"preview!"}));
-        list->view.MouseUp(kNoRow, MouseButton::kLeft, {});
+        list->view.MouseUp(kNoRow, MouseButton::kLeft, false, {});
         EXPECT_EQ(list->grid.selectedCount(), 0U);
         EXPECT_EQ(taken(), withPreview({"preview"}));
     }
@@ -78,7 +78,7 @@ TEST_F(Lists, AnswerKeysAndDoubleClicksWhereTheyHaveFiles) {
         list.view.KeyUp(kKeyF2);
         EXPECT_EQ(taken(), renamed);
         select(list.grid, {1, 0});
-        list.view.ItemDblClick();
+        list.view.DblClick();
         EXPECT_EQ(taken(), opened) << "of two the current one";
         list.view.KeyUp(kKeyF2);
         EXPECT_EQ(taken(), Lines()) << "one row has a name to edit, two have not";
@@ -91,10 +91,10 @@ TEST_F(Lists, IgnoreTheUserWhileTheWindowIsLocked) {
         const Lines before = textsOf(list->grid);
         select(list->grid, {1});
         list->view.GridColumnTitleClick(0);
-        list->view.MouseUp(kNoRow, MouseButton::kLeft, {});
-        list->view.MouseUp(list->grid.rowAt(0), MouseButton::kRight, {});
+        list->view.MouseUp(kNoRow, MouseButton::kLeft, false, {});
+        list->view.MouseUp(list->grid.rowAt(0), MouseButton::kRight, false, {});
         list->view.KeyUp(kKeyDown);
-        list->view.ItemDblClick();
+        list->view.DblClick();
         EXPECT_EQ(textsOf(list->grid), before);
         EXPECT_EQ(list->grid.selectedCount(), 1U);
         EXPECT_EQ(taken(), Lines());
@@ -140,8 +140,8 @@ TEST_F(Files, AFolderAskedForMeanwhileTakesThePlaceOfTheEarlierOne) {
 TEST_F(Lists, OpenTheMenuOfTheTargetsOnlyInTheirColumn) {
     select(junctions, {0, 1});
     for (const std::size_t column : {1U, 0U, 2U, 9U}) {
-        columnUnderPointer = column;
-        junctionsView.MouseUp(junctions.rowAt(0), MouseButton::kRight, {});
+        window.columnUnderPointer = column;
+        junctionsView.MouseUp(junctions.rowAt(0), MouseButton::kRight, false, {});
         EXPECT_EQ(junctionsView.menuPaths(),
                   column == 1 ? (Lines{"/to/s/b", "/to/s/C"}) : (Lines{"/s/b", "/s/C"}));
     }

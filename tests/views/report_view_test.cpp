@@ -20,6 +20,7 @@ struct ReportTest : test::ScanFixture, ReportHost {
     std::vector<std::string> asked;
 
     ReportTest() {
+        window.onRename = [this](Row row) { asked.push_back("rename " + std::to_string(row)); };
         bar.add({.id = idOf(Command::kReportSearchText), .kind = EntryKind::kEdit});
         Init_Tree(report, options, texts);
         disk.sources = {folder("/s", {file("f", 1), folder("b", {file("x", 40), folder("c", {file("y", 8)})}),
@@ -33,7 +34,7 @@ struct ReportTest : test::ScanFixture, ReportHost {
     void setFirstPanel(const std::string& text) override { asked.push_back(text); }
     void Preview_Reset_View() override { asked.emplace_back("no preview"); }
     void openRowsMenu(Point) override { asked.emplace_back("rows menu"); }
-    void beginRename(GridId, Row row) override { asked.push_back("rename " + std::to_string(row)); }
+    void nameEdited(GridId, Row, const std::string& name) override { asked.push_back("name " + name); }
     void Report_ShellContextMenu(Row, const std::string& path, Point) override {
         asked.push_back("menu " + path);
     }
@@ -45,23 +46,23 @@ struct ReportTest : test::ScanFixture, ReportHost {
         return names;
     }
     void click(std::string_view name, MouseButton button = MouseButton::kLeft, bool shift = false) {
-        view.tvwPL_MouseUp(name.empty() ? kNoRow : rowOf(name), button, shift, {});
+        view.MouseUp(name.empty() ? kNoRow : rowOf(name), button, shift, {});
     }
 };
 
 TEST_F(ReportTest, TurnsTheOrderAroundWithEachTitleClickWhateverTheColumn) {
     const Lines largestFirst = textsOf(report);
     ASSERT_EQ(largestFirst[1], "b");
-    view.tvwPL_GridColumnTitleClick(kReportSize);
+    view.GridColumnTitleClick(kReportSize);
     EXPECT_EQ(textsOf(report)[1], "Ce");
-    view.tvwPL_GridColumnTitleClick(kReportRowName);
+    view.GridColumnTitleClick(kReportRowName);
     EXPECT_EQ(textsOf(report)[1], "e") << "a click on another column is the same toggle";
-    view.tvwPL_GridColumnTitleClick(kReportRowName);
+    view.GridColumnTitleClick(kReportRowName);
     EXPECT_EQ(textsOf(report)[1], "b");
     EXPECT_EQ(report.currentRow(), report.rowAt(0));
     EXPECT_EQ(selectedIn(report), Lines{"/s"});
     view.columnSizing();
-    view.tvwPL_GridColumnTitleClick(kReportSize);
+    view.GridColumnTitleClick(kReportSize);
     EXPECT_EQ(textsOf(report)[1], "b") << "the end of a column's drag is no title click";
 }
 
@@ -124,9 +125,9 @@ TEST_F(ReportTest, IgnoresTheUserDuringAScanAndInAnEmptyReport) {
         host.calls.clear();
         asked.clear();
         click("b");
-        view.tvwPL_GridColumnTitleClick(kReportSize);
-        view.tvwPL_DblClick();
-        view.tvwPL_KeyUp(kKeyDown);
+        view.GridColumnTitleClick(kReportSize);
+        view.DblClick();
+        view.KeyUp(kKeyDown);
         return host.calls.empty() && asked.empty();
     };
     report.setSelected(rowOf("b"), true);

@@ -9,9 +9,14 @@
 
 namespace hl {
 
-BarEdit::BarEdit(CommandBar& bar, const BarEntry& entry, WindowEvents& events, Within within,
-                 const QString& clear, QWidget* parent)
-    : QLineEdit(parent), bar_(bar), events_(events), within_(std::move(within)), id_(entry.id) {
+BarEdit::BarEdit(CommandBar& bar, const BarEntry& entry, WindowEvents& faults, BarEvents& events,
+                 Within within, const QString& clear, QWidget* parent)
+    : QLineEdit(parent),
+      bar_(bar),
+      faults_(faults),
+      events_(events),
+      within_(std::move(within)),
+      id_(entry.id) {
     setText(qtText(entry.text));
     setPlaceholderText(qtText(entry.caption));
     setAccessibleName(qtText(entry.caption.empty() ? entry.tooltip : entry.caption));
@@ -21,7 +26,7 @@ BarEdit::BarEdit(CommandBar& bar, const BarEntry& entry, WindowEvents& events, W
     if (auto* button = findChild<QToolButton*>()) button->setAccessibleName(clear);
     showHint();
     connect(this, &QLineEdit::textEdited, this, [this](const QString& text) {
-        qtGuard(events_, "BarEdit::textEdited", [&] {
+        qtGuard(faults_, "BarEdit::textEdited", [&] {
             bar_.setText(id_, utf8(text));
             within_([&] { events_.editChanged(bar_.id(), id_, utf8(text)); });
         });
@@ -41,7 +46,7 @@ void BarEdit::showHint() {
 
 // When a menu or another window closes, the focus comes back.
 void BarEdit::focusOutEvent(QFocusEvent* event) {
-    qtGuard(events_, "BarEdit::focusOutEvent", [&] {
+    qtGuard(faults_, "BarEdit::focusOutEvent", [&] {
         QLineEdit::focusOutEvent(event);
         if (event->reason() == Qt::PopupFocusReason || event->reason() == Qt::ActiveWindowFocusReason) return;
         within_([&] { events_.editLeft(bar_.id(), id_); });
@@ -49,7 +54,7 @@ void BarEdit::focusOutEvent(QFocusEvent* event) {
 }
 
 void BarEdit::keyPressEvent(QKeyEvent* event) {
-    qtGuard(events_, "BarEdit::keyPressEvent", [&] {
+    qtGuard(faults_, "BarEdit::keyPressEvent", [&] {
         QLineEdit::keyPressEvent(event);
         const int key = handledKey(*event);
         if (key == 0) return;

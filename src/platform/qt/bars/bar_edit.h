@@ -15,10 +15,10 @@ class BarEdit final : public QLineEdit {
     /// Runs what tells the logic; that may take long, and the bar may be built anew meanwhile.
     using Within = std::function<void(const std::function<void()>&)>;
 
-    /// `bar` must outlive it; `entry` need not. `clear` names the button that empties it, for assistive
-    /// tools.
-    BarEdit(CommandBar& bar, const BarEntry& entry, WindowEvents& events, Within within, const QString& clear,
-            QWidget* parent);
+    /// `bar`, `faults` and `events` must outlive it; `entry` need not. `faults` hears of errors. `clear`
+    /// names the button that empties it, for assistive tools.
+    BarEdit(CommandBar& bar, const BarEntry& entry, WindowEvents& faults, BarEvents& events, Within within,
+            const QString& clear, QWidget* parent);
 
   protected:
     void focusOutEvent(QFocusEvent* event) override;
@@ -28,7 +28,8 @@ class BarEdit final : public QLineEdit {
     void showHint();
 
     CommandBar& bar_;
-    WindowEvents& events_;
+    WindowEvents& faults_;
+    BarEvents& events_;
     Within within_;
     int id_;
 };

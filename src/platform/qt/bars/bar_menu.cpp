@@ -19,7 +19,7 @@ BarMenu::BarMenu(const Context& context, const std::vector<BarEntry>& entries, Q
     setToolTipsVisible(true);
     for (const BarEntry& entry : entries) add(entry);
     connect(this, &QMenu::aboutToShow, this,
-            [this] { qtGuard(context_.events, "BarMenu::aboutToShow", [this] { sync(); }); });
+            [this] { qtGuard(context_.faults, "BarMenu::aboutToShow", [this] { sync(); }); });
 }
 
 void BarMenu::add(const BarEntry& entry) {
@@ -31,7 +31,7 @@ void BarMenu::add(const BarEntry& entry) {
     action->setProperty(kCheckBox, entry.kind == EntryKind::kCheckBox);
     show(*action, entry);
     connect(action, &QAction::triggered, this, [this, id = entry.id] {
-        qtGuard(context_.events, "BarMenu::triggered", [&] {
+        qtGuard(context_.faults, "BarMenu::triggered", [&] {
             context_.within([&] { context_.events.execute(context_.bar.id(), id); });
             if (const BarEntry* after = context_.bar.find(id)) syncEntry(*after);
         });
@@ -40,8 +40,8 @@ void BarMenu::add(const BarEntry& entry) {
 
 void BarMenu::addEdit(const BarEntry& entry) {
     auto* holder = new QWidgetAction(this);
-    holder->setDefaultWidget(
-        new BarEdit(context_.bar, entry, context_.events, context_.within, context_.clear, this));
+    holder->setDefaultWidget(new BarEdit(context_.bar, entry, context_.faults, context_.events,
+                                         context_.within, context_.clear, this));
     holder->setData(entry.id);
     addAction(holder);
 }
@@ -52,7 +52,7 @@ void BarMenu::focusWhenOpen(int id) {
         if (holder == nullptr || holder->data() != id) continue;
         // The menu takes the keyboard when it opens.
         QTimer::singleShot(0, holder, [this, holder] {
-            qtGuard(context_.events, "BarMenu::focusWhenOpen", [&] {
+            qtGuard(context_.faults, "BarMenu::focusWhenOpen", [&] {
                 if (!isVisible()) return;
                 setActiveAction(holder);
                 holder->defaultWidget()->setFocus(Qt::ShortcutFocusReason);
@@ -113,13 +113,13 @@ bool BarMenu::switchCheckBox(QAction* action) {
 }
 
 void BarMenu::mouseReleaseEvent(QMouseEvent* event) {
-    qtGuard(context_.events, "BarMenu::mouseReleaseEvent", [&] {
+    qtGuard(context_.faults, "BarMenu::mouseReleaseEvent", [&] {
         if (!switchCheckBox(actionAt(event->position().toPoint()))) QMenu::mouseReleaseEvent(event);
     });
 }
 
 void BarMenu::keyPressEvent(QKeyEvent* event) {
-    qtGuard(context_.events, "BarMenu::keyPressEvent", [&] {
+    qtGuard(context_.faults, "BarMenu::keyPressEvent", [&] {
         const bool space = event->key() == Qt::Key_Space;
         if (!space || !switchCheckBox(activeAction())) QMenu::keyPressEvent(event);
     });

@@ -19,7 +19,8 @@ class BarMenu final : public QMenu {
     struct Context {
         CommandBar& bar;
         IconStore& icons;
-        WindowEvents& events;
+        WindowEvents& faults;
+        BarEvents& events;
         BarEdit::Within within;
         QString clear;  ///< See BarEdit.
     };

@@ -69,7 +69,8 @@ QAccessibleInterface* sourceComboInterface(const QString&, QObject* object) {
 
 }  // namespace
 
-SourceComboBox::SourceComboBox(IconStore& icons, WindowEvents& events) : icons_(icons), events_(events) {
+SourceComboBox::SourceComboBox(IconStore& icons, WindowEvents& faults, SourceEvents& events)
+    : icons_(icons), faults_(faults), events_(events) {
     QAccessible::installFactory(sourceComboInterface);
     setObjectName(QStringLiteral("cboOrdner"));
     setEditable(true);
@@ -81,10 +82,10 @@ SourceComboBox::SourceComboBox(IconStore& icons, WindowEvents& events) : icons_(
     view()->setTextElideMode(Qt::ElideMiddle);
     view()->installEventFilter(this);
     connect(this, &QComboBox::activated, this, [this](int index) {
-        qtGuard(events_, "SourceComboBox::activated", [&] { events_.comboSelected(index); });
+        qtGuard(faults_, "SourceComboBox::activated", [&] { events_.comboSelected(index); });
     });
     connect(lineEdit(), &QLineEdit::textEdited, this, [this](const QString& text) {
-        qtGuard(events_, "SourceComboBox::textEdited", [&] { events_.comboText(utf8(text)); });
+        qtGuard(faults_, "SourceComboBox::textEdited", [&] { events_.comboText(utf8(text)); });
     });
 }
 
@@ -129,7 +130,7 @@ void SourceComboBox::renewIcons() {
 }
 
 void SourceComboBox::keyPressEvent(QKeyEvent* event) {
-    qtGuard(events_, "SourceComboBox::keyPressEvent", [&] {
+    qtGuard(faults_, "SourceComboBox::keyPressEvent", [&] {
         if (isDel(*event) && standsOnItem() && events_.comboRemove(currentIndex())) return;
         QComboBox::keyPressEvent(event);
         // The box does nothing with it, but the window does.
@@ -140,7 +141,7 @@ void SourceComboBox::keyPressEvent(QKeyEvent* event) {
 }
 
 bool SourceComboBox::eventFilter(QObject* watched, QEvent* event) {
-    return qtGuard(events_, "SourceComboBox::eventFilter", [&] {
+    return qtGuard(faults_, "SourceComboBox::eventFilter", [&] {
         const bool key = watched == view() && event->type() == QEvent::KeyPress;
         if (key && isDel(static_cast<QKeyEvent&>(*event)) && removeInList()) return true;
         return QComboBox::eventFilter(watched, event);
@@ -148,7 +149,7 @@ bool SourceComboBox::eventFilter(QObject* watched, QEvent* event) {
 }
 
 void SourceComboBox::keyReleaseEvent(QKeyEvent* event) {
-    qtGuard(events_, "SourceComboBox::keyReleaseEvent", [&] {
+    qtGuard(faults_, "SourceComboBox::keyReleaseEvent", [&] {
         QComboBox::keyReleaseEvent(event);
         if (event->key() == Qt::Key_Escape) event->ignore();
     });

@@ -11,7 +11,8 @@ namespace hl {
 /// Names that are longer than the list is wide are cut in the middle there.
 class SourceComboBox final : public QComboBox {
   public:
-    SourceComboBox(IconStore& icons, WindowEvents& events);
+    /// What is passed in outlives it; `faults` hears of errors.
+    SourceComboBox(IconStore& icons, WindowEvents& faults, SourceEvents& events);
 
     /// Sets the sources without telling the logic. `selected` is -1 if `text` was typed.
     void setSources(const std::vector<ComboItem>& items, const std::string& text, int selected);
@@ -29,7 +30,8 @@ class SourceComboBox final : public QComboBox {
     bool removeInList();
 
     IconStore& icons_;
-    WindowEvents& events_;
+    WindowEvents& faults_;
+    SourceEvents& events_;
     std::vector<int> images_;
 };
 

@@ -50,8 +50,13 @@ QString nameOf(const BarEntry& entry) {
 
 }  // namespace
 
-ToolBar::ToolBar(CommandBar& bar, IconStore& icons, WindowEvents& events, QWidget* custom)
-    : bar_(bar), icons_(icons), events_(events), custom_(custom), extension_(new BarButton(events, this)) {
+ToolBar::ToolBar(CommandBar& bar, IconStore& icons, WindowEvents& faults, BarEvents& events, QWidget* custom)
+    : bar_(bar),
+      icons_(icons),
+      faults_(faults),
+      events_(events),
+      custom_(custom),
+      extension_(new BarButton(faults, this)) {
     QAccessible::installFactory(toolBarInterface);
     setObjectName(qtText(bar.name()));
     extension_->setObjectName(objectName() + QStringLiteral(".extension"));
@@ -137,11 +142,11 @@ void ToolBar::addTabStops(std::vector<QWidget*>& stops) const {
 QWidget* ToolBar::make(const BarEntry& entry, Part& part) {
     switch (entry.kind) {
         case EntryKind::kEdit:
-            return new BarEdit(bar_, entry, events_, menuContext().within, clear_, this);
+            return new BarEdit(bar_, entry, faults_, events_, menuContext().within, clear_, this);
         case EntryKind::kCustom:
             return custom_;
         case EntryKind::kLabel:
-            return new BarLabel(qtText(entry.caption), events_, this);
+            return new BarLabel(qtText(entry.caption), faults_, this);
         case EntryKind::kCheckBox:
             if (entry.icon == kNoIcon) return makeCheckBox(entry);
             [[fallthrough]];
@@ -156,12 +161,12 @@ QWidget* ToolBar::make(const BarEntry& entry, Part& part) {
 QWidget* ToolBar::makeCheckBox(const BarEntry& entry) {
     auto* box = new QCheckBox(this);
     connect(box, &QCheckBox::clicked, this,
-            [this, id = entry.id] { qtGuard(events_, "ToolBar::clicked", [&] { run(id); }); });
+            [this, id = entry.id] { qtGuard(faults_, "ToolBar::clicked", [&] { run(id); }); });
     return box;
 }
 
 QWidget* ToolBar::makeButton(const BarEntry& entry, Part& part) {
-    auto* button = new BarButton(events_, this);
+    auto* button = new BarButton(faults_, this);
     const int side = bar_.largeIcons() ? kLargeIcon : kSmallIcon;
     button->setIconSize(QSize(side, side));
     button->setToolButtonStyle(styleOf(entry, bar_.textBelowIcons()));
@@ -174,7 +179,7 @@ QWidget* ToolBar::makeButton(const BarEntry& entry, Part& part) {
         if (menuAlone) return button;
     }
     connect(button, &QToolButton::clicked, this,
-            [this, id = entry.id] { qtGuard(events_, "ToolBar::clicked", [&] { run(id); }); });
+            [this, id = entry.id] { qtGuard(faults_, "ToolBar::clicked", [&] { run(id); }); });
     return button;
 }
 
@@ -306,7 +311,7 @@ void ToolBar::setBehindExtension(std::vector<std::size_t> parts) {
 }
 
 int ToolBar::heightForWidth(int width) const {
-    return qtGuard(events_, "ToolBar::heightForWidth", [&] {
+    return qtGuard(faults_, "ToolBar::heightForWidth", [&] {
         const_cast<ToolBar*>(this)->build();
         return flow(width).height;
     });
@@ -323,7 +328,7 @@ QSize ToolBar::minimumSizeHint() const {
 // --- events
 
 bool ToolBar::event(QEvent* event) {
-    return qtGuard(events_, "ToolBar::event", [&] {
+    return qtGuard(faults_, "ToolBar::event", [&] {
         const auto type = event->type();
         if (type == QEvent::LayoutRequest || type == QEvent::Show) {
             build();
@@ -335,14 +340,14 @@ bool ToolBar::event(QEvent* event) {
 }
 
 void ToolBar::resizeEvent(QResizeEvent*) {
-    qtGuard(events_, "ToolBar::resizeEvent", [this] {
+    qtGuard(faults_, "ToolBar::resizeEvent", [this] {
         build();
         arrange();
     });
 }
 
 void ToolBar::paintEvent(QPaintEvent*) {
-    qtGuard(events_, "ToolBar::paintEvent", [this] {
+    qtGuard(faults_, "ToolBar::paintEvent", [this] {
         QPainter painter(this);
         QColor line = palette().color(QPalette::WindowText);
         line.setAlphaF(0.25F);
@@ -356,7 +361,9 @@ void ToolBar::press(int id) {
 }
 
 BarMenu::Context ToolBar::menuContext() {
-    return {bar_, icons_, events_, [this](const std::function<void()>& telling) { within(telling); }, clear_};
+    return {
+        bar_,  icons_, faults_, events_, [this](const std::function<void()>& telling) { within(telling); },
+        clear_};
 }
 
 void ToolBar::within(const std::function<void()>& telling) {
@@ -395,14 +402,14 @@ void ToolBar::focusEditBehind(int id) {
     extension_->showMenu();
 }
 
-void ToolBar::openPopup(int id, QPoint at) {
+void ToolBar::showPopup(int id, Point at) {
     for (const BarEntry& popup : bar_.popups()) {
         if (popup.id != id) continue;
         // The menu exists until the next one is opened, because its command lets messages run while the menu
         // is still on the stack.
         if (popup_ != nullptr) popup_->deleteLater();
         popup_ = new BarMenu(menuContext(), popup.list, this);
-        popup_->exec(at);
+        popup_->exec({at.x, at.y});
         return;
     }
 }

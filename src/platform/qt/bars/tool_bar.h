@@ -16,18 +16,21 @@ namespace hl {
 /// come back through the bar. So the command of a check box switches it.
 ///
 /// Entries that are added one after another are built together, before the bar is next measured or shown.
-class ToolBar final : public QWidget, private BarObserver {
+class ToolBar final : public QWidget, public BarPane, private BarObserver {
   public:
-    /// `bar` must outlive it. `custom` is shown in the place of the entry of kind kCustom and becomes the
-    /// bar's child; null for none.
-    ToolBar(CommandBar& bar, IconStore& icons, WindowEvents& events, QWidget* custom = nullptr);
+    /// `bar`, `faults` and `events` must outlive it; `faults` hears of errors. `custom` is shown in the place
+    /// of the entry of kind kCustom and becomes the bar's child; null for none.
+    ToolBar(CommandBar& bar, IconStore& icons, WindowEvents& faults, BarEvents& events,
+            QWidget* custom = nullptr);
     ~ToolBar() override;
 
     /// Presses an entry, wherever it is; nothing happens if it is disabled, hidden or unknown.
     void press(int id);
-    void focusEdit(int id);
-    /// Opens a popup of the bar at a place of the screen; returns when it is closed.
-    void openPopup(int id, QPoint at);
+    // --- BarPane
+    int wrappedHeight() override { return heightForWidth(width()); }
+    void focusEdit(int id) override;
+    void showPopup(int id, Point at) override;
+
     /// Sets the names, for assistive tools, of the button that shows the entries that do not fit, and of
     /// those that empty edit boxes. Must be called before anything is built.
     void setNames(const QString& more, const QString& clear);
@@ -76,7 +79,8 @@ class ToolBar final : public QWidget, private BarObserver {
 
     CommandBar& bar_;
     IconStore& icons_;
-    WindowEvents& events_;
+    WindowEvents& faults_;
+    BarEvents& events_;
     QWidget* custom_;
     QToolButton* extension_;
     QString clear_;

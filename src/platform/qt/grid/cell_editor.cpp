@@ -107,7 +107,7 @@ void CellEditor::commit() {
     if (!open_) return;
     const std::string bytes = bytesOfEditable(text());
     cancel();
-    view_.events().GridCellAfterEditing(view_.id(), row_, bytes);
+    view_.listener().GridCellAfterEditing(row_, bytes);
 }
 
 // A redraw that is off only for a moment, such as for a change of cells, ends nothing.

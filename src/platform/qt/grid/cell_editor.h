@@ -1,7 +1,7 @@
 // The box in which the name of a row is edited, over the row's text in its cell.
 //
 // There is one box for each view, hidden between edits. Each edit ends once: by Return, Tab or leaving the
-// box, which call WindowEvents::GridCellAfterEditing, or by cancel(), which does not. The box itself watches
+// box, which call GridEvents::GridCellAfterEditing, or by cancel(), which does not. The box itself watches
 // for states that are not reported: a grid that was disabled, or whose redraw stays off. For the grid's
 // thread.
 #pragma once

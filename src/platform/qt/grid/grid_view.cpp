@@ -87,13 +87,13 @@ GridHeader* GridView::makeHeader() {
     HeaderCalls calls;
     calls.click = [this](int column) {
         qtGuard(events_, "GridView::titleClick", [&] {
-            if (takesInput()) events_.gridTitleClick(id_, static_cast<std::size_t>(column));
+            if (takesInput()) listener_->GridColumnTitleClick(static_cast<std::size_t>(column));
             // The toolkit has turned its mark at the click, whatever the click did.
             showSort();
         });
     };
     calls.sizing = [this] {
-        if (takesInput()) events_.gridColumnSizing(id_);
+        if (takesInput()) listener_->columnSizing();
     };
     calls.sized = [this](int column, int width) { storeWidth(static_cast<std::size_t>(column), width); };
     calls.fit = [this](int column) {
@@ -266,7 +266,7 @@ void GridView::scrollContentsBy(int dx, int dy) {
             userScrolled_ = true;
         } else {
             storeTop();
-            events_.gridScrolled(id_);
+            listener_->VScroll();
         }
     });
 }
@@ -276,19 +276,19 @@ void GridView::resizeEvent(QResizeEvent* event) {
         QTableView::resizeEvent(event);
         moveEditor();
         if (event->size().height() > event->oldSize().height() && grid_.rowCount() > 0 && upToDate())
-            events_.gridScrolled(id_);
+            listener_->VScroll();
     });
 }
 
-std::optional<RowRange> GridView::visibleRange() {
+std::optional<RowRange> GridView::visibleRows() {
     if (!isVisible() || !sync() || rows_.count() == 0) return std::nullopt;
     const auto first = static_cast<std::size_t>(verticalScrollBar()->value());
     const std::size_t last = first + static_cast<std::size_t>(rowsOnPage()) - 1;
     return RowRange{first, std::min(last, rows_.count() - 1)};
 }
 
-std::size_t GridView::columnOf(const QPoint& global) const {
-    const int section = columnAt(viewport()->mapFromGlobal(global).x());
+std::size_t GridView::columnAt(Point at) {
+    const int section = QTableView::columnAt(viewport()->mapFromGlobal(QPoint(at.x, at.y)).x());
     return section < 0 ? grid_.columns().size() : static_cast<std::size_t>(section);
 }
 
@@ -424,7 +424,7 @@ void GridView::changeEvent(QEvent* event) {
 
 // --- editing
 
-void GridView::editText(Row row) {
+void GridView::editCell(Row row) {
     if (!editor_) editor_ = std::make_unique<CellEditor>(*this);
     editor_->begin(row);
 }

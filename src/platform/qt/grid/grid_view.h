@@ -25,10 +25,10 @@ namespace hl {
 class CellEditor;
 class GridHeader;
 
-class GridView : public QTableView, public GridObserver {
+class GridView : public QTableView, public GridObserver, public GridPane {
   public:
-    /// Attaches itself to `grid`; `grid` and `events` must outlive it. `tree` means that rows have a
-    /// hierarchy.
+    /// Attaches itself to `grid`; `grid` and `events` must outlive it. `events` hears of errors alone: what
+    /// the user does is reported to the object that setEvents names. `tree` means that rows have a hierarchy.
     GridView(Grid& grid, GridId id, bool tree, CellTextFunction cellText, WindowEvents& events,
              QWidget* parent = nullptr);
     ~GridView() override;
@@ -40,30 +40,27 @@ class GridView : public QTableView, public GridObserver {
     void setLevelCaption(const QString& caption) { levelCaption_ = caption; }
     const QString& levelCaption() const { return levelCaption_; }
 
-    // --- what the window asks
+    // --- GridPane
+    void setEvents(GridEvents* events) override { listener_ = events != nullptr ? events : &nobody_; }
     /// Fits a column to its title, the visible rows, a limited sample from the top and the root rows.
     /// `margin` is in twentieths of a point, 15 to a pixel. In a list, one column of texts leaves most of the
     /// width to the others; in a hierarchy, the names leave the others their widths.
-    void autosizeColumn(std::size_t column, int margin);
-    /// See Window::widthBesideColumns.
-    int widthBesideColumns();
+    void autosizeColumn(std::size_t column, int margin) override;
+    int widthBesideColumns() override;
+    int innerWidth() override { return contentsRect().width(); }
     /// Returns the height of the title row, all visible rows, the frame, and the scroll bar below, for which
     /// there is always room, because columns may need it at any time.
-    int heightOfRows();
-    /// Returns nothing while no row is visible.
-    std::optional<RowRange> visibleRange();
-    /// Returns the column at a place of the screen; to the right of all columns, their number.
-    std::size_t columnOf(const QPoint& global) const;
-    /// Scrolls to the row and unfolds the rows that hide it.
-    void scrollIntoView(Row row);
-    /// See Window::editCell.
-    void editText(Row row);
-    void refresh();
-    void focus() { setFocus(Qt::OtherFocusReason); }
+    int heightOfRows() override;
+    std::optional<RowRange> visibleRows() override;
+    std::size_t columnAt(Point at) override;
+    void scrollIntoView(Row row) override;
+    void editCell(Row row) override;
+    void refresh() override;
+    void focus() override { setFocus(Qt::OtherFocusReason); }
     /// Returns the font that was set, or, if none was, one with the size that is shown.
-    GridFont gridFont() const;
+    GridFont gridFont() const override;
     /// Sets the font; if no font of that name is installed, the application's own is used.
-    void setGridFont(const GridFont& font);
+    void setGridFont(const GridFont& font) override;
     /// `point` is in coordinates of the viewport; returns kNoRow outside of all rows.
     Row rowAt(const QPoint& point);
 
@@ -72,6 +69,7 @@ class GridView : public QTableView, public GridObserver {
     GridId id() const { return id_; }
     bool isTree() const { return tree_; }
     WindowEvents& events() const { return events_; }
+    GridEvents& listener() const { return *listener_; }
     const VisibleRows& rows() const { return rows_; }
     QString cellText(std::size_t column, Row row) const;
     /// Applies what the grid told. Returns false while redraw is off: rows() may then be out of date.
@@ -173,6 +171,8 @@ class GridView : public QTableView, public GridObserver {
     bool tree_;
     CellTextFunction cellText_;
     WindowEvents& events_;
+    GridEvents nobody_;
+    GridEvents* listener_ = &nobody_;
     IconSource icon_;
     std::function<QString()> emptyHint_;
     QString levelCaption_;

@@ -106,7 +106,7 @@ void GridView::foldRow(std::size_t index, bool expand) {
     grid_.setExpanded(row, expand);
     sync();
     accessibleFoldChanged(*this, index);
-    events_.gridExpanded(id_, row);
+    listener_->expandedByUser(row);
 }
 
 void GridView::unfoldAllBelow(std::size_t index) {
@@ -123,7 +123,7 @@ void GridView::unfoldAllBelow(std::size_t index) {
         } while (below != kNoRow && grid_.level(below) > level);
     }
     sync();
-    events_.gridExpanded(id_, row);
+    listener_->expandedByUser(row);
 }
 
 // --- mouse
@@ -171,7 +171,7 @@ void GridView::leaveEvent(QEvent* event) {
 
 void GridView::hover(Row row) {
     // The same number may belong to another row by now.
-    if (std::exchange(hovered_, row) != kNoRow || row != kNoRow) events_.gridMouseMove(id_, row);
+    if (std::exchange(hovered_, row) != kNoRow || row != kNoRow) listener_->MouseMove(row);
 }
 
 // Selects from the pressed row to the one below the pointer, and scrolls at the edges.
@@ -193,7 +193,7 @@ void GridView::mouseReleaseEvent(QMouseEvent* event) {
         // A drag beyond the edge ends at the row it reached.
         if (std::exchange(dragging_, false) && row == kNoRow) row = grid_.currentRow();
         const QPoint at = event->globalPosition().toPoint();
-        events_.gridMouseUp(id_, row, *button, shiftOrControl(event->modifiers()), {at.x(), at.y()});
+        listener_->MouseUp(row, *button, shiftOrControl(event->modifiers()), {at.x(), at.y()});
     });
 }
 
@@ -209,7 +209,7 @@ void GridView::mouseDoubleClickEvent(QMouseEvent* event) {
         } else if (onBranch(point, *index)) {
             foldRow(*index, !grid_.expanded(rows_.at(*index)));
         } else {
-            events_.gridDoubleClick(id_);
+            listener_->DblClick();
         }
     });
 }
@@ -233,7 +233,7 @@ void GridView::openMenu() {
     }
     if (currentIndexOfRow() != index || rows_.at(*index) != row) return;  // The scrolling removed it.
     const QPoint at = viewport()->mapToGlobal(QPoint(rowHeight_, rowRect(*index).bottom()));
-    events_.gridMouseUp(id_, row, MouseButton::kRight, false, {at.x(), at.y()});
+    listener_->MouseUp(row, MouseButton::kRight, false, {at.x(), at.y()});
 }
 
 // --- keys
@@ -388,7 +388,7 @@ void GridView::keyReleaseEvent(QKeyEvent* event) {
         if (moved) movedBy_ = 0;
         if (code && std::exchange(pressedKey_, 0) != event->key()) return;
         if (!code) code = kKeyDown;
-        if (takesInput()) events_.gridKeyUp(id_, *code);
+        if (takesInput()) listener_->KeyUp(*code);
     });
 }
 

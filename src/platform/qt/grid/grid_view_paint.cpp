@@ -82,7 +82,7 @@ QString GridView::cellText(std::size_t column, Row row) const {
 
 // Shows the full text of a cell that does not show all of it, else the note of the row.
 bool GridView::showTooltip(const QPoint& point, const QPoint& global) {
-    const int section = columnAt(point.x());
+    const int section = QTableView::columnAt(point.x());
     const auto index = sync() && section >= 0 ? indexAtPoint(point) : std::nullopt;
     QString text;
     if (index) {

@@ -43,7 +43,11 @@ QByteArray lines(const std::vector<std::string>& paths, Text text, const char* b
 
 }  // namespace
 
-void copyFilesToClipboard(const std::vector<std::string>& paths) {
+void WindowClipboard::copyText(const std::string& text) {
+    QGuiApplication::clipboard()->setText(qtText(text));
+}
+
+void WindowClipboard::copyFiles(const std::vector<std::string>& paths) {
     const auto url = [](const std::string& path) { return fileUrl(path); };
     const auto itself = [](const std::string& path) { return path; };
     auto* data = new QMimeData;
@@ -53,13 +57,13 @@ void copyFilesToClipboard(const std::vector<std::string>& paths) {
     QGuiApplication::clipboard()->setMimeData(data);
 }
 
-void leaveOnClipboard(const std::string& text, const std::string& holder) {
-    QGuiApplication::clipboard()->setText(qtText(text));
+void WindowClipboard::leaveText(const std::string& text) {
+    copyText(text);
     const QString platform = QGuiApplication::platformName();
     const QByteArray bytes = qtText(text).toUtf8();
     bool held = true;  // Other platforms do not share a clipboard with other programs.
     if (platform == QLatin1String("xcb"))
-        held = handOver(QString::fromStdString(holder), {QStringLiteral("-platform"), platform}, bytes);
+        held = handOver(QString::fromStdString(holder_), {QStringLiteral("-platform"), platform}, bytes);
     if (platform.startsWith(QLatin1String("wayland")))
         held = handOver(QStandardPaths::findExecutable(QStringLiteral("wl-copy")),
                         {QStringLiteral("--type"), QStringLiteral("text/plain")}, bytes);

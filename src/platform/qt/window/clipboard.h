@@ -1,19 +1,25 @@
 // The clipboard: files for a file manager, and a text that outlives the process. For the window's thread.
 #pragma once
 
-#include <string>
-#include <vector>
+#include "platform/clipboard.h"
 
 namespace hl {
 
-/// Puts files on the clipboard, for pasting into a file manager; as text, these are their paths, one per
-/// line.
-void copyFilesToClipboard(const std::vector<std::string>& paths);
+class WindowClipboard final : public Clipboard {
+  public:
+    /// `holder` is the program that takes a text over on X when this process ends (clipboard_main.cpp).
+    explicit WindowClipboard(std::string holder) : holder_(std::move(holder)) {}
 
-/// Puts `text` on the clipboard so that it can be pasted even after this process has ended; returns when that
-/// is so, or after some seconds. On X and Wayland a text belongs to the process that copied it: on X,
-/// `holder` is the program that takes it over (clipboard_main.cpp); on Wayland, where only the active program
-/// may copy, "wl-copy" does that if it is installed, or else the desktop gets time to fetch the text.
-void leaveOnClipboard(const std::string& text, const std::string& holder);
+    void copyText(const std::string& text) override;
+    /// As text, the clipboard gets the paths, one per line.
+    void copyFiles(const std::vector<std::string>& paths) override;
+    /// On X and Wayland a text belongs to the process that copied it: on X, the holder takes it over; on
+    /// Wayland, where only the active program may copy, "wl-copy" does that if it is installed, or else the
+    /// desktop gets time to fetch the text.
+    void leaveText(const std::string& text) override;
+
+  private:
+    std::string holder_;
+};
 
 }  // namespace hl

@@ -1,8 +1,6 @@
 #include "platform/qt/window/main_window.h"
-#include "platform/qt/bars/context_menu.h"
 
 #include <QApplication>
-#include <QClipboard>
 #include <QDesktopServices>
 #include <QScreen>
 #include <QUrl>
@@ -11,9 +9,6 @@
 
 #include "platform/qt/common/qt_convert.h"
 #include "platform/qt/common/qt_guard.h"
-#include "platform/qt/forms/form_dialog.h"
-#include "platform/qt/print/print_preview.h"
-#include "platform/qt/window/clipboard.h"
 
 namespace hl {
 
@@ -40,11 +35,11 @@ MainWindow::MainWindow(WindowParts& parts, WindowEvents& events)
       events_(events),
       desktop_(parts.patience),
       icons_(parts.dataFolder, parts.fileIcon),
-      paperIcons_(parts.dataFolder, parts.fileIcon, Qt::black),
-      texts_{qtText(parts.name), qtText(parts.yes), qtText(parts.no), qtText(parts.ok), qtText(parts.cancel)},
-      frame_(new Frame(events)) {
+      frame_(new Frame(events)),
+      dialogs_(parts, events, *frame_),
+      clipboard_(parts.clipboardHolder) {
     frame_->setObjectName(QStringLiteral("frmMain"));
-    frame_->setWindowTitle(texts_.name);
+    frame_->setWindowTitle(qtText(parts.name));
     frame_->tabStops = [this] { return tabStops(); };
     frame_->setWindowIcon(icons_.programIcon());
     makePanes();
@@ -59,6 +54,7 @@ MainWindow::MainWindow(WindowParts& parts, WindowEvents& events)
     frame_->setStatusBar(status_);
     frame_->resize(kFirstWidth, kFirstHeight);
     frame_->looksChanged = [this] { renewLooks(); };
+    makeWindow();
     frame_->pressAccelerator = [this](int key, bool control) { return pressAccelerator(key, control); };
 }
 
@@ -69,9 +65,10 @@ MainWindow::~MainWindow() {
 
 /// Every pane is first a hidden child of the frame, until a splitter takes it.
 void MainWindow::makePanes() {
-    sources_ = new SourceComboBox(icons_, events_);
+    sources_ = new SourceComboBox(icons_, events_, *parts_.sourceEvents);
     for (std::size_t i = 0; i < kBarCount; ++i) {
-        bars_[i] = new ToolBar(*parts_.bars[i], icons_, events_, i == 0 ? sources_ : nullptr);
+        bars_[i] =
+            new ToolBar(*parts_.bars[i], icons_, events_, *parts_.barEvents, i == 0 ? sources_ : nullptr);
         bars_[i]->setParent(frame_.get());
         bars_[i]->setNames(qtText(parts_.more), qtText(parts_.clear));
         // The main bar gets the name of its CommandBar later; the others have that of their grid.
@@ -103,6 +100,16 @@ void MainWindow::makeGrid(std::size_t number) {
     grids_[number] = view;
 }
 
+void MainWindow::makeWindow() {
+    std::array<GridPane*, kGridCount> grids{};
+    std::array<BarPane*, kBarCount> bars{};
+    std::ranges::copy(grids_, grids.begin());
+    std::ranges::copy(bars_, bars.begin());
+    Desktop& desktop = parts_.desktop != nullptr ? *parts_.desktop : desktop_;
+    window_ = std::make_unique<Window>(
+        Window{*this, grids, bars, dialogs_, clipboard_, fileTypes_, desktop, preview_});
+}
+
 QWidget* MainWindow::pane(const PaneRef& ref) {
     const auto number = static_cast<std::size_t>(ref.number);
     switch (ref.kind) {
@@ -130,7 +137,7 @@ void MainWindow::placeMainBar() {
 
 void MainWindow::renewLooks() {
     icons_.clear();
-    paperIcons_.clear();
+    dialogs_.renewIcons();
     for (ToolBar* bar : bars_) bar->rebuild();
     for (GridView* grid : grids_) grid->viewport()->update();
     sources_->renewIcons();
@@ -277,8 +284,9 @@ void MainWindow::bringToFront() {
     frame_->show();
     frame_->raise();
     // While there is a dialog, it has the keyboard.
-    asker()->raise();
-    asker()->activateWindow();
+    QWidget* asker = dialogs_.asker();
+    asker->raise();
+    asker->activateWindow();
 }
 
 void MainWindow::setStatus(const StatusPanels& panels) {
@@ -289,138 +297,12 @@ void MainWindow::setSources(const std::vector<ComboItem>& items, const std::stri
     sources_->setSources(items, text, selected);
 }
 
-// --- panes and grids
-
-int MainWindow::barHeight(BarId id) {
-    return bar(id).heightForWidth(bar(id).width());
-}
-
-int MainWindow::gridWidth(GridId id) {
-    return grid(id).contentsRect().width();
-}
-
 Rect MainWindow::clientArea() {
     return rectOf(frame_->rect());
 }
 
-void MainWindow::autosizeColumn(GridId id, std::size_t column, int margin) {
-    grid(id).autosizeColumn(column, margin);
-}
-
-int MainWindow::widthBesideColumns(GridId id) {
-    return grid(id).widthBesideColumns();
-}
-
-int MainWindow::heightOfRows(GridId id) {
-    return grid(id).heightOfRows();
-}
-
-void MainWindow::scrollIntoView(GridId id, Row row) {
-    grid(id).scrollIntoView(row);
-}
-
-std::optional<RowRange> MainWindow::visibleRows(GridId id) {
-    return grid(id).visibleRange();
-}
-
-std::size_t MainWindow::columnAt(GridId id, Point at) {
-    return grid(id).columnOf({at.x, at.y});
-}
-
-void MainWindow::refresh(GridId id) {
-    grid(id).refresh();
-}
-
-void MainWindow::focusGrid(GridId id) {
-    grid(id).setFocus(Qt::OtherFocusReason);
-}
-
-void MainWindow::focusEdit(BarId id, int edit) {
-    bar(id).focusEdit(edit);
-}
-
-GridFont MainWindow::font(GridId id) {
-    return grid(id).gridFont();
-}
-
-void MainWindow::setFont(GridId id, const GridFont& font) {
-    grid(id).setGridFont(font);
-}
-
-// --- questions
-
-/// A question that is asked from within another one is shown above that.
-QWidget* MainWindow::asker() {
-    QWidget* modal = QApplication::activeModalWidget();
-    return modal != nullptr ? modal : frame_.get();
-}
-
-void MainWindow::showForm(Form& form) {
-    FormDialog(form, events_, asker()).run();
-    // If a form closes together with a window above it, a window manager may give the keyboard to neither.
-    if (asker() == frame_.get() && frame_->isVisible()) frame_->activateWindow();
-}
-
-bool MainWindow::message(MessageKind kind, const std::string& text) {
-    return showMessage(asker(), texts_, kind, text);
-}
-
-std::string MainWindow::askText(const std::string& prompt, const std::string& preset) {
-    return askForText(asker(), texts_, prompt, preset);
-}
-
-std::string MainWindow::askFolder(const std::string& title, const std::string& start) {
-    return askForFolder(asker(), title, start);
-}
-
-std::string MainWindow::askSavePath(const std::string& filter, const std::string& extension,
-                                    const std::string& folder) {
-    return askForSavePath(asker(), filter, extension, folder);
-}
-
-std::optional<GridFont> MainWindow::askFont(const GridFont& start) {
-    return askForFont(asker(), start);
-}
-
-void MainWindow::previewPrint(const PrintJob& job) {
-    PrintPreview(
-        job, [this](int picture) { return paperIcons_.icon(picture); }, texts_, events_, asker())
-        .exec();
-}
-
-void MainWindow::print(const PrintJob& job) {
-    const IconSource icon = [this](int picture) { return paperIcons_.icon(picture); };
-    askAndPrint({asker(), texts_}, job, icon, layOut(job, icon)->page());
-}
-
-void MainWindow::showPopup(BarId id, int popup, Point at) {
-    bar(id).openPopup(popup, {at.x, at.y});
-}
-
-int MainWindow::showMenu(const std::vector<MenuEntry>& entries, Point at) {
-    return askWithMenu(asker(), entries, {at.x, at.y});
-}
-
-void MainWindow::editCell(GridId id, Row row) {
-    grid(id).editText(row);
-}
-
-// --- the desktop
-
 bool MainWindow::openUrl(const std::string& url) {
     return QDesktopServices::openUrl(QUrl::fromEncoded(QByteArray::fromStdString(url)));
-}
-
-void MainWindow::copyText(const std::string& text) {
-    QApplication::clipboard()->setText(qtText(text));
-}
-
-void MainWindow::copyFiles(const std::vector<std::string>& paths) {
-    copyFilesToClipboard(paths);
-}
-
-void MainWindow::leaveText(const std::string& text) {
-    leaveOnClipboard(text, parts_.clipboardHolder);
 }
 
 }  // namespace hl

@@ -48,7 +48,7 @@ std::unique_ptr<QSocketNotifier> listenTo(int descriptor, const std::function<vo
 void runWindow(const WindowStart& start) {
     QtPump pump(start.events);
     MainWindow window(start.parts, start.events);
-    qtGuard(start.events, "formLoad", [&] { start.events.formLoad(window, pump); });
+    qtGuard(start.events, "formLoad", [&] { start.events.formLoad(window.window(), pump); });
     if (window.frame().unloaded()) return;
     const auto handOver = listenTo(start.handOverDescriptor, start.handOverReady, start.events);
     const auto answers = listenTo(start.answersDescriptor, start.answersReady, start.events);

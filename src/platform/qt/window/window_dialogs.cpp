@@ -1,0 +1,65 @@
+#include "platform/qt/window/window_dialogs.h"
+
+#include <QApplication>
+
+#include "platform/qt/bars/context_menu.h"
+#include "platform/qt/common/qt_convert.h"
+#include "platform/qt/forms/form_dialog.h"
+#include "platform/qt/print/print_preview.h"
+
+namespace hl {
+
+WindowDialogs::WindowDialogs(const WindowParts& parts, WindowEvents& events, QWidget& frame)
+    : events_(events),
+      frame_(frame),
+      texts_{qtText(parts.name), qtText(parts.yes), qtText(parts.no), qtText(parts.ok), qtText(parts.cancel)},
+      paperIcons_(parts.dataFolder, parts.fileIcon, Qt::black) {}
+
+QWidget* WindowDialogs::asker() {
+    QWidget* modal = QApplication::activeModalWidget();
+    return modal != nullptr ? modal : &frame_;
+}
+
+void WindowDialogs::showForm(Form& form) {
+    FormDialog(form, events_, asker()).run();
+    // If a form closes together with a window above it, a window manager may give the keyboard to neither.
+    if (asker() == &frame_ && frame_.isVisible()) frame_.activateWindow();
+}
+
+bool WindowDialogs::message(MessageKind kind, const std::string& text) {
+    return showMessage(asker(), texts_, kind, text);
+}
+
+std::string WindowDialogs::askText(const std::string& prompt, const std::string& preset) {
+    return askForText(asker(), texts_, prompt, preset);
+}
+
+std::string WindowDialogs::askFolder(const std::string& title, const std::string& start) {
+    return askForFolder(asker(), title, start);
+}
+
+std::string WindowDialogs::askSavePath(const std::string& filter, const std::string& extension,
+                                       const std::string& folder) {
+    return askForSavePath(asker(), filter, extension, folder);
+}
+
+std::optional<GridFont> WindowDialogs::askFont(const GridFont& start) {
+    return askForFont(asker(), start);
+}
+
+void WindowDialogs::previewPrint(const PrintJob& job) {
+    PrintPreview(
+        job, [this](int picture) { return paperIcons_.icon(picture); }, texts_, events_, asker())
+        .exec();
+}
+
+void WindowDialogs::print(const PrintJob& job) {
+    const IconSource icon = [this](int picture) { return paperIcons_.icon(picture); };
+    askAndPrint({asker(), texts_}, job, icon, layOut(job, icon)->page());
+}
+
+int WindowDialogs::showMenu(const std::vector<MenuEntry>& entries, Point at) {
+    return askWithMenu(asker(), entries, {at.x, at.y});
+}
+
+}  // namespace hl

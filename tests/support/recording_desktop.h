@@ -1,0 +1,32 @@
+// A desktop that can open everything.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "platform/desktop.h"
+
+namespace hl::test {
+
+class RecordingDesktop final : public Desktop {
+  public:
+    std::vector<std::string> opened;
+    bool runs = false;  ///< All files count as programs.
+    OpenResult result = OpenResult::kStarted;
+    std::vector<DesktopProgram> programs;  ///< All programs of the desktop.
+
+    OpenResult open(const std::string& path) override {
+        opened.push_back(path);
+        return result;
+    }
+    std::vector<DesktopProgram> programsFor(const std::vector<std::string>&, std::size_t) override {
+        return {{"editor.desktop", "Editor"}};
+    }
+    std::vector<DesktopProgram> allPrograms() override { return programs; }
+    bool openWith(const std::string&, const std::vector<std::string>&) override { return true; }
+    bool runsWhenOpened(const std::string&) override { return runs; }
+    bool showInFolder(const std::vector<std::string>&) override { return true; }
+    bool showProperties(const std::vector<std::string>&) override { return false; }
+};
+
+}  // namespace hl::test
