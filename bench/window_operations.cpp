@@ -75,7 +75,7 @@ void read(WindowForm& form, const std::string& source) {
 
 void deleteFolder(WindowForm& form, const std::string& folder) {
     read(form, folder.substr(0, folder.rfind('/')));
-    Grid& grid = form.scan().tvwPL;
+    Grid& grid = form.form().session.tvwPL;
     grid.selectNone();
     const Row row = grid.firstChild(grid.firstChild(kNoRow));
     grid.setSelected(row, true);

@@ -75,7 +75,7 @@ class WindowPump final : public MessagePump {
 class Parts {
   public:
     Parts() { texts_.Init_Sprache("", std::string(kTranslatorFileName)); }
-    FormServices services() {
+    Services services() {
         return {settings_, texts_, log_,         files_,      fileSystem_, pump,
                 console_,  facts_, diagnostics_, kPosixPaths, numbers_};
     }
@@ -226,7 +226,7 @@ inline double residentBytes() {
 
 /// Executes a command of a bar, as a click on its entry does.
 inline void run(WindowForm& form, Command command) {
-    form.execute(barOf(command), idOf(command));
+    form.parts().barEvents->execute(barOf(command), idOf(command));
 }
 
 inline void timed(const char* what, const std::function<void()>& body) {

@@ -68,7 +68,7 @@ int run(bool preview, std::size_t rows, const std::string& path) {
     LinuxDrives drives;
     LinuxFolderVerb verb("harborlantern-bench", parts.home, parts.home);
     LinuxFileOperations operations(std::make_shared<DirectoryCalls>(), {parts.home, {}, {}, 64});
-    const FormServices services = parts.services();
+    const Services services = parts.services();
     WindowForm form(
         services,
         {drives, verb, operations, "bench_print", parts.home, "", "0", {}, [](const Window*, MessagePump*) {

@@ -16,6 +16,7 @@
 // The parts are put together as in the program, and the module with the window is the program's, so this
 // measures what users have. HARBORLANTERN_HOME names a folder that may be written to,
 // HARBORLANTERN_MODULES the one with the module.
+#include "mainwindow/silent_run.h"
 #include "window_lists.h"
 #include "window_operations.h"
 #include "window_parts.h"
@@ -35,15 +36,15 @@ void scan(WindowForm& form, const std::string& tree) {
     settle();
     tell("scan", secondsSince(start));
     tell("peak", peakMebibytes());
-    tell("rows", static_cast<double>(form.scan().tvwPL.rowCount()));
+    tell("rows", static_cast<double>(form.form().session.tvwPL.rowCount()));
 }
 
 void silent(Parts& parts, const std::string& tree) {
-    MainForm form(parts.services(), true);
-    form.Form_Load();
-    form.state().SourceQueue.push_back(tree);
+    SilentRun silentRun(parts.services());
+    silentRun.load();
+    silentRun.session().state.SourceQueue.push_back(tree);
     const auto start = Clock::now();
-    Ordnerliste_Abarbeiten(form.scan());
+    Ordnerliste_Abarbeiten(silentRun.scan());
     tell("silent", secondsSince(start));
 }
 
@@ -81,14 +82,14 @@ void addBelow(Grid& grid, Row parent, std::uint32_t level, Disorder& numbers) {
 }
 
 void fill(WindowForm& form) {
-    Grid& grid = form.scan().tvwPL;
+    Grid& grid = form.form().session.tvwPL;
     Disorder numbers;
     grid.setRedraw(false);
     const Row root = addFolder(grid, kNoRow, numbers);
     grid.setCurrentRow(root);
     grid.setSelected(root, true);
     addBelow(grid, root, 1, numbers);
-    form.state().DeepestLevel = kDeepest;
+    form.form().session.state.DeepestLevel = kDeepest;
 }
 
 void scrollPages() {
@@ -109,8 +110,8 @@ void scrollPages() {
 
 void search(WindowForm& form) {
     constexpr int kSearchBox = idOf(Command::kReportSearchText);
-    form.editChanged(BarId::kReport, kSearchBox, "nothing has this name");
-    timed("search", [&] { form.editKeyDown(BarId::kReport, kSearchBox, kKeyReturn); });
+    form.parts().barEvents->editChanged(BarId::kReport, kSearchBox, "nothing has this name");
+    timed("search", [&] { form.parts().barEvents->editKeyDown(BarId::kReport, kSearchBox, kKeyReturn); });
 }
 
 void rows(WindowForm& form) {
@@ -119,10 +120,10 @@ void rows(WindowForm& form) {
     settle();
     fill(form);
     const double before = residentBytes();
-    form.scan().tvwPL.setRedraw(true);
+    form.form().session.tvwPL.setRedraw(true);
     settle();
     timed("expand", [&] { run(form, Command::kReportUnfoldAll); });
-    tell("bytes", (residentBytes() - before) / static_cast<double>(form.scan().tvwPL.rowCount()));
+    tell("bytes", (residentBytes() - before) / static_cast<double>(form.form().session.tvwPL.rowCount()));
     scrollPages();
     timed("sort_numbers", [&] { form.gridEvents(GridId::kReport).GridColumnTitleClick(kSizeColumn); });
     timed("sort_numbers_again", [&] { form.gridEvents(GridId::kReport).GridColumnTitleClick(kSizeColumn); });

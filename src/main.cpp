@@ -25,7 +25,7 @@
 #include "app/usage.h"
 #include "base/scope_exit.h"
 #include "base/text.h"
-#include "mainwindow/main_form.h"
+#include "mainwindow/silent_run.h"
 #include "mainwindow/window_form.h"
 #include "platform/linux/change/file_operations.h"
 #include "platform/linux/change/files.h"
@@ -119,7 +119,7 @@ class Program {
     int tellOfSilentInstance(long process);
     int openWindow(LinuxInstances& instances, bool& restart);
     WindowStart windowStart(WindowForm& frmMain, LinuxInstances& instances, LinuxDrives& drives);
-    FormServices formServices(FileSystem& fileSystem);
+    Services services(FileSystem& fileSystem);
     void windowThere(const Window* window, MessagePump* pump);
     bool wantsWindow() const;
     void makeUserFolder();
@@ -215,7 +215,7 @@ int Program::Main() {
     return status;
 }
 
-FormServices Program::formServices(FileSystem& fileSystem) {
+Services Program::services(FileSystem& fileSystem) {
     return {settings_, texts_, log_,         files_,      fileSystem, pump_,
             console_,  facts_, diagnostics_, kPosixPaths, numbers_,   {currentFolder(), homeFolder()}};
 }
@@ -224,10 +224,10 @@ int Program::runSilent() {
     texts_.storeLanguage();
     const bool readAhead = facts_.environment("HARBORLANTERN_READ_AHEAD") != "0";
     LinuxFileSystem fileSystem(limitsOfThisMachine(readAhead));
-    MainForm frmMain(formServices(fileSystem), true);
-    app_.cancelState = [&frmMain] { return frmMain.state().CancelState; };
-    frmMain.Form_Load();
-    const bool whole = frmMain.runSilent(line_.text);
+    SilentRun run(services(fileSystem));
+    app_.cancelState = [&run] { return run.session().state.CancelState; };
+    run.load();
+    const bool whole = run.run(line_.text);
     app_.cancelState = nullptr;
     return whole ? kWritten : kSomethingFailed;
 }
@@ -287,7 +287,7 @@ int Program::openWindow(LinuxInstances& instances, bool& restart) {
                                    &disks);
     LinuxPreviewTools previewTools(folderOf(executable_), facts_.environment("PATH"),
                                    facts_.environment("TMPDIR"), places_.own, &disks);
-    WindowForm frmMain(formServices(fileSystem),
+    WindowForm frmMain(services(fileSystem),
                        {drives, verb, operations, executable_.string(), programFolder_, line_.text,
                         shortVersion(app_), Init_Textbausteine(texts_.languageId()),
                         [this](const Window* window, MessagePump* pump) { windowThere(window, pump); },

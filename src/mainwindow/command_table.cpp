@@ -4,14 +4,14 @@
 #include <array>
 #include <iterator>
 
-#include "mainwindow/window_commands.h"
+#include "mainwindow/commands.h"
 #include "views/report_columns.h"
 
 namespace hl {
 
 namespace {
 
-using C = WindowCommands;
+namespace C = commands;
 using enum Command;
 
 /// Has the name of Texts::TL, so that texts in the table are written like texts elsewhere in the code.
@@ -139,7 +139,7 @@ constexpr auto units(Command bytes, Command decimals, Field mode, Field showsDec
 }
 
 /// The search box, and the button behind it.
-constexpr auto search(Command text, Command button, void (C::*run)(const CommandRow&)) {
+constexpr auto search(Command text, Command button, void (*run)(MainForm&, const CommandRow&)) {
     return rows({
         {text, kEdit, kSearch, {}, -1, kGroup, {}, run},
         {button, kButton, kStartSearch, {}, kIconSearch, kSame, "F", run},

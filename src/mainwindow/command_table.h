@@ -13,7 +13,7 @@
 
 namespace hl {
 
-class WindowCommands;
+struct MainForm;
 
 /// A text that is looked up when the bar is built.
 struct RowText {
@@ -48,7 +48,7 @@ struct CommandRow {  // NOLINT(clang-analyzer-optin.performance.Padding)
     Group group = Group::kGoesOn;
     /// "F1" to "F12", or a character that is pressed with Ctrl; empty for none.
     std::string_view key = {};
-    void (WindowCommands::*run)(const CommandRow& row) = nullptr;
+    void (*run)(MainForm& form, const CommandRow& row) = nullptr;
     KeptOption kept = {};
     Command parent = Command::kNone;  ///< The entry or popup that contains it.
     int value = 0;                    ///< Its meaning depends on the routine; it also replaces "%1" in the

@@ -1,95 +1,76 @@
-// frmMain owns what a run of the program works with, above all grids and state. For the thread of the logic
-// only.
-//
-// It answers what a scan asks of the window around it. In a run without a window it only keeps data: there
-// are no status panels, the lists stay empty, and what could not be read goes to standard error, one line
-// each.
+// frmMain: the data of the main window, and its controllers, one for each subject. It is data alone: what
+// happens is in the controllers, which find each other here. For the thread of the logic only.
 #pragma once
 
+#include <functional>
 #include <string>
 
-#include "app/command_line.h"
-#include "output/save_report.h"
-#include "platform/console.h"
-#include "platform/files.h"
-#include "scan/driver.h"
-#include "scan/records.h"
-#include "scan/scan_context.h"
+#include "app/addresses.h"
+#include "mainwindow/bar_control.h"
+#include "mainwindow/bars.h"
+#include "mainwindow/disk_waiting.h"
+#include "mainwindow/drives_control.h"
+#include "mainwindow/files_control.h"
+#include "mainwindow/lists_control.h"
+#include "mainwindow/looks_control.h"
+#include "mainwindow/preview_control.h"
+#include "mainwindow/report_control.h"
+#include "mainwindow/run_display.h"
+#include "mainwindow/session.h"
+#include "mainwindow/sources_control.h"
+#include "mainwindow/status_line.h"
+#include "platform/drives.h"
+#include "platform/file_operations.h"
+#include "platform/folder_verb.h"
+#include "platform/window.h"
 
 namespace hl {
 
-/// What main gives the form; all of it outlives the form.
-struct FormServices {
-    SettingsStore& settings;
-    const Texts& texts;
-    Log& log;
-    Files& files;
-    FileSystem& fileSystem;
-    MessagePump& pump;
-    Console& console;
-    SystemFacts& facts;
-    Diagnostics& diagnostics;
-    const PathRules& paths;
-    const NumberFormat& numbers;
-    PathBases bases = {};  ///< What a typed source is relative to.
+/// What a window needs besides Services; all of it outlives the form.
+struct WindowServices {
+    Drives& drives;
+    FolderVerb& verb;
+    FileOperations& operations;
+    std::string executable;     ///< The executable's full path.
+    std::string programFolder;  ///< The folder of settings, log and Toolbar.dat.
+    std::string commandLine;
+    std::string version;  ///< "0.1"
+    Addresses addresses;
+    /// Is called when the window exists, and with null when it no longer does.
+    std::function<void(const Window*, MessagePump*)> windowThere;
+    /// Is called when the user sees the window: messages that waited for that can be shown now.
+    std::function<void()> windowShown = {};
+    bool portable = true;  ///< True if no package installed the program.
 };
 
-class MainForm : public ScanHost {
-  public:
-    MainForm(const FormServices& services, bool silentRun);
+struct MainForm {
+    MainForm(const Services& services, const WindowServices& window);
+    MainForm(const MainForm&) = delete;
+    MainForm& operator=(const MainForm&) = delete;
 
-    /// Reads the options and sets up the grids.
-    void Form_Load();
-    /// Reads the sources of a silent command line and writes the report. The report's target is opened before
-    /// anything is read. Returns true if everything was read and the report was written completely; anything
-    /// that failed has then been reported. REQUIRES: Form_Load was called.
-    bool runSilent(const std::string& commandLine);
+    const Services& services() const { return session.services; }
+    CommandBar& bar(BarId id) { return bars.of(id); }
 
-    ScanState& state() { return state_; }
-    ScanContext& scan() { return scan_; }
-    const Options& options() const { return options_; }
-
-    // ScanHost
-    void setBusyPointer(bool) override {}
-    void lockControls(bool noStop) override;
-    void unlockControls() override;
-    void statusOfRun() override {}
-    void statusAfterRun(const std::string& text) override;
-    void folderEntered(std::string_view path) override;
-    void firstLevelFolderDone() override {}
-    void sourceMissing(const std::string& source, const std::string& reason) override;
-    void scanNotice(const std::string& text) override;
-    void notRead(std::string_view path, const std::string& reason) override;
-    std::string typeName(const std::string&) override { return {}; }
-    void topListTitle(const std::string& title) override { topTitle_ = title; }
-    void listsFilled() override {}
-    void reportResizeColumns() override {}
-    void selectDriveOf(Row) override {}
-    void refreshDriveOf(Row) override {}
-    void showFilesOf(const std::string& folder) override { state_.currentFolder = folder; }
-    void refreshPreview() override {}
-    void showFileStat() override {}
-    void clearStatus() override { panel1_.clear(); }
-
-  protected:
-    FormServices services_;
-    ScanState state_;
-    Options options_;
-    SourceCombo cboOrdner_;
-    Grid tvwPL_{kFolderCells};
-    Grid lvwTOP_{kFileCells};
-    Grid lvwHardlinks_{kFileCells};
-    Grid lvwJunctions_{kJunctionCells};
-    ScanContext scan_;
-
-  private:
-    bool writeReport(const SilentOrder& order, ReplacingFile& target);
-    bool reportNotWritten(const std::string& file, const std::string& reason);
-
-    std::string panel1_;
-    std::string topTitle_;
-    std::uint64_t lastProgressTick_ = 0;
-    bool somethingFailed_ = false;
+    Session session;
+    WindowServices own;
+    const Window* window = nullptr;  ///< Null before the window is loaded.
+    bool closed = false;  ///< The window is gone. What is on the stack then still ends; nothing new begins.
+    bool restartPending = false;   ///< The program is to start again when it has ended.
+    bool columnDragGuard = false;  ///< The next click on a title only ends the dragging of a column border.
+    Bars bars;
+    StatusLine status{*this};
+    RunDisplay run{*this};
+    ScanContext scan;
+    DiskWaiting diskWaiting{*this};
+    LooksControl looks{*this};
+    PreviewControl preview{*this};
+    ReportControl report{*this};
+    DrivesControl drives{*this};
+    ListsControl lists{*this};
+    FilesControl files{*this};
+    SourcesControl sources{*this};
+    BarControl barControl{*this};
+    WindowParts parts;  ///< What the window shows.
 };
 
 }  // namespace hl

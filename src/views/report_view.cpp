@@ -316,7 +316,7 @@ void ReportView::DblClick() {
         if (grid_.rowCount() == 0 || grid_.selectedCount() == 0 || scan_.state.ScanActive) return;
         const Row row = grid_.selectedRows().front();
         grid_.setExpanded(row, !grid_.expanded(row));
-        expandedByUser();
+        expandedByUser(row);
     });
 }
 

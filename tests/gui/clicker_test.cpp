@@ -204,7 +204,7 @@ class Clicker {
         const CommandBar& bar = *any(s_.form().parts().bars);
         const BarEntry* entry = &any(bar.entries());
         if (!entry->list.empty() && pick(3) > 0) entry = &any(entry->list);
-        if (entry->visible) s_.form().execute(bar.id(), entry->id);
+        if (entry->visible) s_.form().parts().barEvents->execute(bar.id(), entry->id);
     }
     /// Selects a row, and renames it, opens its menu or deletes it.
     void onRow() {
@@ -391,7 +391,7 @@ TEST_F(ClickerTest, TwoThousandActionsOfChanceEndInAWindowThatCountsRight) {
 
     Session::settle();  // A key that still waits would stop what follows.
     // The switches are set as they were at the start.
-    const Options& options = s.form().options();
+    const Options& options = s.form().form().session.options;
     if (options.NoHardlinks != 0) s.execute(Command::kHideLinks);
     if (options.AddHardlinksOnlyOnce != 0) s.execute(Command::kCountHardlinksOnce);
     if (options.ScanHardlinks != 0) s.execute(Command::kFollowLinks);

@@ -63,7 +63,7 @@ TEST_F(FilesTest, SelectedFoldersGoParentAndChildTogether) {
     s().clickRow("deep");
     toggleRow("sub");
     // Messages run while it works, as they do for a large tree.
-    s().operations().before = [](OperationWatch&) { Session::settle(); };
+    s().operations().before = [](OperationWatch&) { test::Session::settle(); };
     chooseInMenu("sub", "Markierte Ordner löschen");
     EXPECT_TRUE(!there("src/sub") && there("src/a.txt"));
     for (const char* folder : {"src/sub", "src/sub/deep"})
@@ -97,7 +97,7 @@ TEST_F(FilesTest, WhatIsTakenOutOfTheSelectionStaysAndTheRestIsTold) {
     s().clickRow("src");
     const auto press = [&](Qt::Key key, Qt::KeyboardModifiers with) {
         QTest::keyClick(&s().view(), key, with);
-        Session::settle();
+        test::Session::settle();
     };
     for (const Qt::Key pressed : {Qt::Key_Down, Qt::Key_Down, Qt::Key_Space})
         press(pressed, Qt::ControlModifier);

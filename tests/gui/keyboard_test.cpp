@@ -133,7 +133,7 @@ TEST_F(OnScreenKeyboardTest, EveryCommandIsReachedWhereTheWindowIsNarrowAndBarsC
 
 TEST_F(KeyboardTest, TabGoesFromABarToItsGridAndOnToTheNextPane) {
     show();
-    window->focusGrid(GridId::kReport);
+    window->grid(GridId::kReport).focus();
     const std::vector<std::string> names = stops();
     // The first stop of each pane is expected in this order.
     std::vector<std::string> panesInOrder;
@@ -147,7 +147,7 @@ TEST_F(KeyboardTest, TabGoesFromABarToItsGridAndOnToTheNextPane) {
 
 TEST_F(KeyboardTest, F6GoesAroundThePanesThatShow) {
     show();
-    window->focusGrid(GridId::kReport);
+    window->grid(GridId::kReport).focus();
     std::string way;
     for (int i = 0; i < 5; ++i) {
         way += nameOf(QApplication::focusWidget()) + " ";
@@ -185,7 +185,7 @@ TEST_F(KeyboardTest, ASearchWithNoTextLeadsToItsBox) {
     show();
     for (const auto& [from, box] : {std::pair{GridId::kDrives, Command::kReportSearchText},
                                     std::pair{GridId::kFiles, Command::kFilesSearchText}}) {
-        window->focusGrid(from);
+        window->grid(from).focus();
         events.told.clear();
         key(Qt::Key_F, Qt::ControlModifier);
         EXPECT_EQ(nameOf(QApplication::focusWidget()), test::entryName(box).toStdString());
@@ -302,7 +302,7 @@ TEST_F(AccessibleTest, ARowHasACellForEachColumnThatShows) {
 }
 
 TEST_F(AccessibleTest, TheRowWithTheFocusIsFound) {
-    window->focusGrid(GridId::kReport);
+    window->grid(GridId::kReport).focus();
     QTest::keyClick(&window->grid(GridId::kReport), Qt::Key_Home);
     QTest::keyClick(&window->grid(GridId::kReport), Qt::Key_Down);
     ASSERT_NE(tree()->focusChild(), nullptr);

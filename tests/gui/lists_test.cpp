@@ -177,7 +177,7 @@ TEST_F(ListsTest, TheLengthOfTheListFollowsOneRuleInSettingsBoxAndAtTheEnd) {
         EXPECT_EQ(box.width(), 50);
         s.type(Command::kTopCount, text, Qt::Key_Home);
         EXPECT_EQ(box.text().toStdString(), text) << "nobody types into what is being typed";
-        EXPECT_EQ(std::to_string(s.form().options().TOPmaxcount), count) << text;
+        EXPECT_EQ(std::to_string(s.form().form().session.options.TOPmaxcount), count) << text;
         s.frame().close();
         EXPECT_NE(contentOf(ini()).find(std::string("TOPmaxcount=") + count + "\r\n"), std::string::npos)
             << text;

@@ -52,9 +52,9 @@ TEST_F(OnScreenStart, AWindowThatDoesNotBecomeTheActiveOneReadsItsSourcesOnce) {
     other.show();
     other.activateWindow();
     ASSERT_TRUE(QTest::qWaitForWindowActive(&other));
-    Session s(home.path());
+    test::Session s(home.path());
     s.onThere = [&] { s.frame().setAttribute(Qt::WA_ShowWithoutActivating); };
-    s.form().state().SourceQueue.push_back(at("src"));
+    s.form().form().session.state.SourceQueue.push_back(at("src"));
     s.show();
     EXPECT_TRUE(QTest::qWaitFor([&] { return s.grid().rowCount() > 0 && s.enabled(Command::kStart); }));
     EXPECT_FALSE(s.frame().isActiveWindow());

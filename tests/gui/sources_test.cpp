@@ -15,7 +15,7 @@ using namespace test;
 class SourcesTest : public WindowTest {
   protected:
     /// Starts a session whose box has these saved sources.
-    Session& start(const std::vector<std::string>& saved = {}) {
+    test::Session& start(const std::vector<std::string>& saved = {}) {
         std::string section = "[ComboOrdner]\r\n";
         for (std::size_t i = 0; i < saved.size(); ++i)
             section += std::to_string(i) + "O=" + saved[i] + "\r\n";
@@ -24,7 +24,7 @@ class SourcesTest : public WindowTest {
         return startAgain();
     }
     /// Starts a session with what the former session left.
-    Session& startAgain() {
+    test::Session& startAgain() {
         if (session_) session_->frame().close();
         session_.emplace(home.path());
         session_->start();
@@ -39,7 +39,7 @@ class SourcesTest : public WindowTest {
         return all;
     }
 
-    std::optional<Session> session_;
+    std::optional<test::Session> session_;
 };
 
 TEST_F(SourcesTest, ALinkToAFolderIsKeptFromStartToStart) {
@@ -54,7 +54,7 @@ TEST_F(SourcesTest, ALinkToAFolderIsKeptFromStartToStart) {
 }
 
 TEST_F(SourcesTest, WhatIsTypedIsMadeAbsoluteFirst) {
-    Session& s = start();
+    test::Session& s = start();
     for (const char* name : {"/now/a", "/b"}) std::filesystem::create_directories(s.userHome() + name);
     const char* const cases[][2] = {
         {"a", "/now/a"}, {"./a/../../b/", "/b"}, {"~/b", "/b"}, {"..", ""}, {"~", ""}};
@@ -72,7 +72,7 @@ TEST_F(SourcesTest, WhatIsTypedIsMadeAbsoluteFirst) {
 
 TEST_F(SourcesTest, TheBoxShowsEachSourceInWorkAndThoseThatAreMissingAreTold) {
     for (const char* name : {"a", "b"}) folder(name);
-    Session& s = start();
+    test::Session& s = start();
     Names inWork;
     s.fileSystem.beforeBlock = [&](int block) {
         s.settle();
@@ -148,7 +148,7 @@ TEST_F(SourcesTest, AnEntryThatTheSettingsCannotHoldIsNotSaved) {
 
 TEST_F(SourcesTest, ARightClickOnADriveChoosesItAlone) {
     setSettings("[DriveFolders]\r\n0F=//nas/one/\r\n1F=//nas/two/\r\n");
-    Session& s = startAgain();
+    test::Session& s = startAgain();
     GridView& drives = s.window().grid(GridId::kDrives);
     for (const int row : {1, 2})
         ListSession::clickOn(drives, static_cast<std::size_t>(row),
@@ -165,7 +165,7 @@ TEST_F(SourcesTest, RemovingAllOfThemClearsThePreviewOfAFileThatAListStillHas) {
     folder("src");
     file("src/a.txt", 3);
     setSettings("[Optionen]\r\nCreateListTOP=1\r\n");
-    Session& s = startAgain();
+    test::Session& s = startAgain();
     LinuxPreviewTools tools(std::filesystem::path(HARBORLANTERN_PROGRAM).parent_path().string(), "", at(""));
     s.form().parts().preview.tools = &tools;
     s.scan(at("src"));

@@ -31,6 +31,7 @@ class WindowBars : public testing::Test, private PaneHost {
             PaneParts{bars.all(), report, options, state, kPosixPaths, status, *this, texts.diagnostics});
         fillParts();
         window = std::make_unique<MainWindow>(parts, events);
+        for (GridPane* pane : window->window().grids) pane->setEvents(&events);
         events.onBarResized = [this](BarId bar) { panes->cbrResize(bar); };
         panes->ShowFirstList();
         panes->Change_Info_Visibility();

@@ -202,18 +202,18 @@ class Logic : private ErrorSink, private MessagePump {
         texts_.Init_Sprache("", "");
         texts_.storeLanguage();
         form_.emplace(
-            FormServices{settings_,
-                         texts_,
-                         log_,
-                         files_,
-                         fileSystem,
-                         *this,
-                         console_,
-                         facts_,
-                         diagnostics_,
-                         kPosixPaths,
-                         numbers_,
-                         {userHome() + "/now", userHome()}},
+            Services{settings_,
+                     texts_,
+                     log_,
+                     files_,
+                     fileSystem,
+                     *this,
+                     console_,
+                     facts_,
+                     diagnostics_,
+                     kPosixPaths,
+                     numbers_,
+                     {userHome() + "/now", userHome()}},
             WindowServices{drives_, verb_, operations_, HARBORLANTERN_PROGRAM, home, "", "0.1", addresses,
                            [this](const Window* window, MessagePump* pump) { there(window, pump); },
                            [this] { errors_.windowShown(); }});
@@ -337,7 +337,7 @@ class Session : public Logic {
         settle();
     }
     /// Executes a command without a click, whether its entry is visible or not.
-    void execute(Command command) { form().execute(barOf(command), idOf(command)); }
+    void execute(Command command) { form().parts().barEvents->execute(barOf(command), idOf(command)); }
     void key(QWidget& on, Qt::Key key) {
         QTest::keyClick(&on, key);
         settle();

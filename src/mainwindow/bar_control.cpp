@@ -1,0 +1,66 @@
+#include "mainwindow/bar_control.h"
+
+#include "mainwindow/command_table.h"
+#include "mainwindow/main_form.h"
+#include "robustness/trap.h"
+
+namespace hl {
+
+namespace {
+constexpr const char* kModul = "frmMain";
+}  // namespace
+
+void BarControl::execute(BarId id, int command) {
+    form_.sources.duringCommand([&] {
+        const CommandBar& bar = form_.bar(id);
+        guarded(form_.services().diagnostics, (bar.name() + "_Execute").c_str(), kModul, [&] {
+            const BarEntry* entry = bar.find(command);
+            const CommandRow* row = commandRow(commandOf(id, command));
+            if (entry == nullptr || row == nullptr || !entry->enabled || form_.closed) return;
+            keep(*row);
+            if (row->run != nullptr) row->run(form_, *row);
+        });
+    });
+}
+
+// Changes the option of the clicked entry.
+void BarControl::keep(const CommandRow& row) {
+    using Use = KeptOption::Use;
+    Options& options = form_.session.options;
+    CommandBar& bar = form_.bar(barOf(row.command));
+    if (row.kept.use == Use::kToggles || row.kept.use == Use::kDecimals) {
+        bar.toggle(idOf(row.command));
+        row.kept.field(options) = bar.isChecked(idOf(row.command)) ? 1 : 0;
+    }
+    if (row.kept.use != Use::kChooses) return;
+    row.kept.field(options) = static_cast<Flag>(row.value);
+    for (const CommandRow& other : commandsOf(bar.id()))
+        if (other.kept.field == row.kept.field) bar.setChecked(idOf(other.command), &other == &row);
+}
+
+void BarControl::returnIn(Command command) {
+    const CommandRow* row = commandRow(command);
+    if (row != nullptr && row->run != nullptr && !form_.session.state.ScanActive) row->run(form_, *row);
+}
+
+void BarControl::editChanged(BarId id, int entry, const std::string& text) {
+    guarded(form_.services().diagnostics, "editChanged", kModul, [&] {
+        form_.bar(id).setText(entry, text);
+        if (commandOf(id, entry) == Command::kTopCount) form_.lists.top().countTyped(text);
+    });
+}
+
+void BarControl::editKeyDown(BarId id, int entry, int key) {
+    if (key == kKeyReturn) returnIn(commandOf(id, entry));
+}
+
+void BarControl::editLeft(BarId id, int entry) {
+    if (commandOf(id, entry) == Command::kTopCount && !form_.closed) form_.lists.top().countLeft();
+}
+
+void BarControl::barResized(BarId id) {
+    if (form_.closed) return;
+    guarded(form_.services().diagnostics, "cbr_Resize", kModul, [&] { form_.looks.panes().cbrResize(id); });
+}
+
+}  // namespace hl

@@ -1,0 +1,164 @@
+// Menus; names; what the commands ask.
+#include "mainwindow/files_control.h"
+
+#include "base/text.h"
+#include "fileops/deleting.h"
+#include "fileops/menus.h"
+#include "fileops/renaming.h"
+#include "mainwindow/main_form.h"
+#include "robustness/trap.h"
+#include "scan/driver.h"
+#include "scan/file_system_calls.h"
+#include "scan/rollup.h"
+
+namespace hl {
+
+namespace {
+
+constexpr const char* kModul = "frmMain";
+
+/// Removes the separator at the end, because with it a link would be followed.
+std::string withoutSlash(std::string path) {
+    while (path.size() > 1 && path.ends_with('/')) path.pop_back();
+    return path;
+}
+
+}  // namespace
+
+FileOps FilesControl::ops() {
+    return {form_.scan, form_.own.operations, *form_.window, *this};
+}
+
+PrintSources FilesControl::printSources() {
+    return {form_.services().texts, form_.services().files, form_.services().facts};
+}
+
+// --- menus
+
+// Returns true, and shows the user why, if the path is gone or does not answer. Also true if the window was
+// closed meanwhile.
+bool FilesControl::hasNoMenu(const char* routine, const std::string& path) {
+    if (path.empty()) return false;
+    std::string text;
+    if (hasVanished(form_.scan, path)) {
+        text = form_.services().texts.TL(9640, "'%1' ist nicht mehr da.", {path});
+    } else if (isSilent(form_.scan, path)) {
+        text = form_.services().texts.TL(
+            9655, "Der Datenträger von '%1' antwortet nicht; es wurde nichts verändert.", {path});
+    }
+    if (form_.closed || text.empty()) return form_.closed;
+    form_.services().log.LogDebug(routine, {visible(text)});
+    form_.status.setFirst(text);
+    return true;
+}
+
+void FilesControl::openReportMenu(Row row, const std::string& path, Point at) {
+    form_.sources.duringCommand([&] {
+        guarded(form_.services().diagnostics, "Report_ShellContextMenu", kModul, [&] {
+            if (path.empty() || hasNoMenu("Report_ShellContextMenu", withoutSlash(path))) return;
+            const FileOps files = ops();
+            const int chosen = Menus(files).ofReport(row, withoutSlash(path), at);
+            if (!form_.closed) reportMenuCommand(chosen, row);
+        });
+    });
+}
+
+void FilesControl::reportMenuCommand(int id, Row row) {
+    using namespace report_menu;
+    switch (id) {
+        case kReadAgain:
+            return Report_Rescan(form_.scan);
+        case kRemoveSource:
+            return Report_RemoveFolders(form_.scan);
+        case kRecycle:
+        case kDelete:
+            return DeleteFolders(ops(), {row}, id == kRecycle);
+        case kFoldAll:
+        case kUnfoldAll:
+            return form_.report.view().Report_ExpandSubFolders(id == kUnfoldAll);
+        case kRename:
+            return form_.report.view().KeyUp(kKeyF2);
+        default:
+            return;
+    }
+}
+
+// The commands of the menu act on the drive that was clicked.
+void FilesControl::openDriveMenu(Row row, Point at) {
+    Grid& drives = form_.session.lvwDiskinfo;
+    drives.selectNone();
+    drives.setSelected(row, true);
+    drives.setCurrentRow(row);
+    form_.sources.duringCommand([&] {
+        const FileOps files = ops();
+        const int chosen = Menus(files).ofDrive(std::string(drives.text(row)), at);
+        if (chosen == kDriveMenuRead && !form_.closed) form_.drives.list().Drives_ScanDrives(true);
+    });
+}
+
+void FilesControl::openListMenu(GridId id, Point at) {
+    form_.sources.duringCommand([&] {
+        guarded(form_.services().diagnostics, "ShellContextMenuFileList", kModul,
+                [&] { listMenu(id, *form_.lists.of(id), at); });
+    });
+}
+
+void FilesControl::listMenu(GridId id, ListView& list, Point at) {
+    const FileOps files = ops();
+    Menus menus(files);
+    const std::vector<std::string> paths = list.menuPaths();
+    if (!paths.empty() && hasNoMenu("ShellContextMenuFileList", paths.front())) return;
+    const int chosen = menus.ofList(id, paths, at);
+    if (form_.closed) return;
+    switch (chosen) {
+        case list_menu::kRecycle:
+        case list_menu::kDelete:
+            return List_DeleteFiles(files, list, chosen == list_menu::kRecycle);
+        case list_menu::kRename:
+            return list.KeyUp(kKeyF2);
+        case list_menu::kShowInFolder:
+            return menus.showInFolder(paths.front());
+        default:
+            return;
+    }
+}
+
+void FilesControl::openFile(const std::string& path) {
+    const FileOps files = ops();
+    Menus(files).openFile(path);
+}
+
+// --- names
+
+void FilesControl::renameFolder(Row row, const std::string& name) {
+    form_.sources.duringCommand([&] { renameInReport(ops(), row, name); });
+}
+
+void FilesControl::renameFile(ListView& list, Row row, const std::string& name) {
+    form_.sources.duringCommand([&] { renameInList(ops(), list, row, name); });
+}
+
+std::string FilesControl::askSavePath(const SaveQuestion& question) {
+    return form_.window->dialogs.askSavePath(question.filter, question.defaultExtension,
+                                             question.initialFolder);
+}
+
+// --- FileOpsHost
+
+void FilesControl::setFirstPanel(const std::string& text) {
+    form_.status.setFirst(text);
+}
+
+void FilesControl::Preview_ShowFile() {
+    form_.preview.Preview_ShowFile(false);
+}
+
+void FilesControl::removeFromLists(const std::function<bool(const std::string& path)>& went) {
+    for (const GridId id : kListGrids) form_.lists.of(id)->removeRows(went);
+}
+
+bool FilesControl::closed() {
+    return form_.closed;
+}
+
+}  // namespace hl

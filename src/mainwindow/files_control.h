@@ -1,0 +1,53 @@
+// What changes or opens files: the menus of report, drives and lists, names edited in their cells, and what
+// the commands of fileops/ ask of the window. For the thread of the logic only.
+#pragma once
+
+#include <functional>
+#include <string>
+
+#include "fileops/file_run.h"
+#include "output/print_job.h"
+#include "output/save_report.h"
+
+namespace hl {
+
+struct MainForm;
+class ListView;
+
+class FilesControl final : public FileOpsHost, public SaveDialog {
+  public:
+    explicit FilesControl(MainForm& form) : form_(form) {}
+
+    /// What the commands of fileops/ work with. REQUIRES: the window exists.
+    FileOps ops();
+    PrintSources printSources();
+
+    // --- menus; sources that are handed over while one is open are read afterwards
+    /// `path` ends in a separator.
+    void openReportMenu(Row row, const std::string& path, Point at);
+    void openDriveMenu(Row row, Point at);
+    void openListMenu(GridId list, Point at);
+
+    void openFile(const std::string& path);
+    /// `name` is the new name as bytes.
+    void renameFolder(Row row, const std::string& name);
+    void renameFile(ListView& list, Row row, const std::string& name);
+
+    // --- SaveDialog
+    std::string askSavePath(const SaveQuestion& question) override;
+
+    // --- FileOpsHost
+    void setFirstPanel(const std::string& text) override;
+    void Preview_ShowFile() override;
+    void removeFromLists(const std::function<bool(const std::string& path)>& went) override;
+    bool closed() override;
+
+  private:
+    bool hasNoMenu(const char* routine, const std::string& path);
+    void reportMenuCommand(int id, Row row);
+    void listMenu(GridId id, ListView& list, Point at);
+
+    MainForm& form_;
+};
+
+}  // namespace hl

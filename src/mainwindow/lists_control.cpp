@@ -1,0 +1,117 @@
+// The views; what a run asks; commands; what the lists ask.
+#include "mainwindow/lists_control.h"
+
+#include "mainwindow/main_form.h"
+#include "output/print_files.h"
+#include "output/save_files.h"
+#include "views/file_list.h"
+#include "views/list_columns.h"
+
+namespace hl {
+
+// --- the views
+
+void ListsControl::makeLists() {
+    Session& session = form_.session;
+    const Services& services = session.services;
+    Init_FileList(session.lvwFiles, session.options, services.texts);
+    pictures_ = std::make_unique<FilePictures>(form_.window->fileTypes);
+    typeNames_ = std::make_unique<TypeNames>(form_.window->fileTypes, services.files);
+    const ListParts parts{form_.scan, session.options, *form_.window,
+                          *this,      *pictures_,      form_.columnDragGuard};
+    lists_.reset(new ListViews{{parts, session.lvwFiles, form_.bars.cbrFiles},
+                               {parts, session.lvwTOP, form_.bars.cbrTOP},
+                               {parts, session.lvwHardlinks, form_.bars.cbrHardlinks},
+                               {parts, session.lvwJunctions, form_.bars.cbrJunctions}});
+    for (const GridId id : kListGrids) form_.window->grid(id).setEvents(lists_->of(id));
+}
+
+ListView* ListsControl::shown() {
+    const Panes& panes = form_.looks.panes();
+    return panes.listShows() ? lists_->of(panes.list()) : nullptr;
+}
+
+std::string ListsControl::emptyHint(GridId id) const {
+    const Texts& texts = form_.services().texts;
+    const Options& options = form_.session.options;
+    const std::string start = texts.TL(3531, "Start");
+    if (id == GridId::kReport)
+        return texts.TL(9299, "Wählen Sie mit \"%1\" einen Ordner, und drücken Sie \"%2\".",
+                        {texts.TL(3529, "Neu"), start});
+    const bool off = (id == GridId::kTop && options.CreateListTOP == 0) ||
+                     (id == GridId::kHardlinks && options.CreateListHardlink == 0) ||
+                     (id == GridId::kJunctions && options.CreateListJunction == 0);
+    if (!off) return {};
+    return texts.TL(9298,
+                    "Diese Liste ist ausgeschaltet. Schalten Sie sie in der Liste unter \"%1\" ein, und "
+                    "lesen Sie die Quelle neu ein.",
+                    {start});
+}
+
+std::string ListsControl::iconName(int picture) const {
+    return pictures_ ? pictures_->iconName(picture) : std::string();
+}
+
+// --- what a run asks
+
+void ListsControl::typesBegin() {
+    typeNames_->restart();
+}
+
+std::string ListsControl::typeName(const std::string& path) {
+    return typeNames_->of(path);
+}
+
+void ListsControl::filled() {
+    for (const GridId id : {GridId::kTop, GridId::kHardlinks, GridId::kJunctions})
+        lists_->of(id)->rowsChanged();
+}
+
+void ListsControl::showFilesOf(const std::string& folder) {
+    lists_->files.List_Files_ScanFolder(folder, !form_.session.state.ScanActive);
+}
+
+// --- commands
+
+void ListsControl::save(ListView& list) {
+    if (form_.run.tellIncomplete()) return;
+    const Services& services = form_.services();
+    Save_Files({list.grid(), services.texts, services.numbers, services.settings, services.files,
+                services.diagnostics, services.paths, form_.files},
+               *form_.window);
+}
+
+void ListsControl::print(GridId id) {
+    if (form_.session.state.ScanActive) return;  // The scan would wait for the preview.
+    Print_Files(form_.files.printSources(), form_.parts.gridTitles[static_cast<std::size_t>(id)],
+                form_.session.grid(id), id, form_.services().numbers, *form_.window);
+}
+
+// --- ListHost
+
+bool ListsControl::listShows(GridId list) {
+    const Panes& panes = form_.looks.panes();
+    return !form_.closed && panes.listShows() && panes.list() == list;
+}
+
+void ListsControl::setSecondPanel(const std::string& text) {
+    form_.status.setSecond(text);
+}
+
+void ListsControl::showPreview(GridId /*list*/, bool force) {
+    form_.preview.Preview_ShowFile(force);
+}
+
+void ListsControl::openFile(const std::string& path) {
+    form_.files.openFile(path);
+}
+
+void ListsControl::ShellContextMenuFileList(GridId list, Point at) {
+    form_.files.openListMenu(list, at);
+}
+
+void ListsControl::nameEdited(GridId list, Row row, const std::string& name) {
+    form_.files.renameFile(*lists_->of(list), row, name);
+}
+
+}  // namespace hl

@@ -1,0 +1,58 @@
+// The four lists of the main window, and what they ask of the rest of the window. For the thread of the logic
+// only.
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "mainwindow/list_views.h"
+#include "views/type_names.h"
+
+namespace hl {
+
+struct MainForm;
+
+class ListsControl final : public ListHost {
+  public:
+    explicit ListsControl(MainForm& form) : form_(form) {}
+
+    /// Makes the lists, which hear of their grids from now on. REQUIRES: the window exists.
+    void makeLists();
+    /// Returns null for a grid that is none of the four. REQUIRES: makeLists() was called.
+    ListView* of(GridId grid) { return lists_->of(grid); }
+    TopView& top() { return lists_->top; }
+    /// Returns the list that has the lists' place, null if that place is hidden.
+    ListView* shown();
+
+    /// Returns what to do about an empty list that no scan fills, or about a window without a source.
+    std::string emptyHint(GridId grid) const;
+    /// Returns the theme's icon name for a picture of a file; empty for none.
+    std::string iconName(int picture) const;
+
+    // --- what a run asks
+    void typesBegin();
+    std::string typeName(const std::string& path);
+    /// The three lists that a scan fills have other rows.
+    void filled();
+    void showFilesOf(const std::string& folder);
+
+    // --- commands
+    void save(ListView& list);
+    void print(GridId grid);
+
+    // --- ListHost
+    bool listShows(GridId list) override;
+    void setSecondPanel(const std::string& text) override;
+    void showPreview(GridId list, bool force) override;
+    void openFile(const std::string& path) override;
+    void ShellContextMenuFileList(GridId list, Point at) override;
+    void nameEdited(GridId list, Row row, const std::string& name) override;
+
+  private:
+    MainForm& form_;
+    std::unique_ptr<FilePictures> pictures_;
+    std::unique_ptr<TypeNames> typeNames_;
+    std::unique_ptr<ListViews> lists_;
+};
+
+}  // namespace hl

@@ -1,0 +1,95 @@
+// The view and its pane; saving and printing; what the view asks.
+#include "mainwindow/report_control.h"
+
+#include <algorithm>
+
+#include "mainwindow/main_form.h"
+#include "output/print_report.h"
+#include "output/save_report.h"
+
+namespace hl {
+
+void ReportControl::makeView() {
+    Session& session = form_.session;
+    view_ = std::make_unique<ReportView>(form_.scan, session.options, form_.bars.cbrReport, *form_.window,
+                                         static_cast<ReportHost&>(*this), form_.columnDragGuard);
+    form_.window->grid(GridId::kReport).setEvents(view_.get());
+}
+
+// --- the pane
+
+void ReportControl::widthIsChosen(bool chosen) {
+    widthOpen_ = !chosen;
+    startWidth_ = form_.looks.panes().splitter(SplitterId::kMain).Position();
+}
+
+void ReportControl::fitPane() {
+    constexpr int kLargestShare = 55;  // Percent of the window.
+    const bool empty = form_.session.tvwPL.rowCount() == 0;
+    cSplitter& main = form_.looks.panes().splitter(SplitterId::kMain);
+    widthOpen_ = widthOpen_ && main.Position() == startWidth_;
+    if (!widthOpen_ || empty || !main.Control2Visible()) return;
+    view_->Report_Resize_Width();
+    const int most = std::max(startWidth_, form_.window->frame.clientArea().width * kLargestShare / 100);
+    if (main.Position() > most) main.setPosition(most);
+    startWidth_ = main.Position();
+}
+
+void ReportControl::rowsArrived() {
+    view_->Report_Resize_Columns(false);
+    fitPane();
+    if (form_.session.tvwPL.rowCount() > 0) widthOpen_ = false;
+}
+
+// --- saving and printing
+
+void ReportControl::save() {
+    Session& session = form_.session;
+    if (session.tvwPL.rowCount() == 0 || form_.run.tellIncomplete()) return;
+    const Services& services = session.services;
+    SaveForm frmSave(SaveServices{session.tvwPL, session.options, services.texts, services.numbers,
+                                  services.files, services.diagnostics, session.state, services.pump,
+                                  services.paths, &form_.files});
+    Form form = frmSave.form();
+    form_.window->dialogs.showForm(form);
+}
+
+void ReportControl::print() {
+    Session& session = form_.session;
+    if (session.tvwPL.rowCount() == 0) return;
+    const Services& services = session.services;
+    PrintForm frmPrint({session.tvwPL, session.options, form_.files.printSources(), services.numbers,
+                        services.diagnostics, session.state, services.pump, *form_.window});
+    Form form = frmPrint.form();
+    form_.window->dialogs.showForm(form);
+}
+
+// --- ReportHost
+
+void ReportControl::setReportWidth(int pixels) {
+    form_.looks.panes().splitter(SplitterId::kMain).setPosition(pixels);
+}
+
+void ReportControl::setFirstPanel(const std::string& text) {
+    form_.status.setFirst(text);
+}
+
+void ReportControl::Preview_Reset_View() {
+    form_.preview.Preview_Reset_View();
+}
+
+// A source that is handed over while the menu is open has to wait, because its scan would select other rows.
+void ReportControl::openRowsMenu(Point at) {
+    form_.sources.duringCommand(
+        [&] { form_.window->bar(BarId::kMain).showPopup(idOf(Command::kMenuOfSelectedFolders), at); });
+}
+
+void ReportControl::nameEdited(GridId /*grid*/, Row row, const std::string& name) {
+    form_.files.renameFolder(row, name);
+}
+
+void ReportControl::Report_ShellContextMenu(Row row, const std::string& path, Point at) {
+    form_.files.openReportMenu(row, path, at);
+}
+
+}  // namespace hl

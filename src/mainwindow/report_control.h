@@ -1,0 +1,50 @@
+// The folder report in the main window: its view, its pane, and what it asks of the rest of the window. For
+// the thread of the logic only.
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "views/report_view.h"
+
+namespace hl {
+
+struct MainForm;
+
+class ReportControl final : public ReportHost {
+  public:
+    explicit ReportControl(MainForm& form) : form_(form) {}
+
+    /// Makes the view, which hears of its grid from now on. REQUIRES: the window exists.
+    void makeView();
+    /// REQUIRES: makeView() was called.
+    ReportView& view() { return *view_; }
+
+    /// `chosen` tells that the settings have a width for the report.
+    void widthIsChosen(bool chosen);
+    /// If the user has not chosen a layout yet, the first report gets the width that its columns need, as far
+    /// as the other panes keep their share, until the user moves the bar.
+    void fitPane();
+    /// All rows of a run are there: fits the columns, and the pane for the last time.
+    void rowsArrived();
+
+    void save();
+    void print();
+
+    // --- ReportHost
+    void setReportWidth(int pixels) override;
+    void setFirstPanel(const std::string& text) override;
+    void Preview_Reset_View() override;
+    void openRowsMenu(Point at) override;
+    void nameEdited(GridId grid, Row row, const std::string& name) override;
+    void Report_ShellContextMenu(Row row, const std::string& path, Point at) override;
+
+  private:
+    MainForm& form_;
+    std::unique_ptr<ReportView> view_;
+    /// Nobody has chosen the width of the report yet: it starts narrower than its columns.
+    bool widthOpen_ = false;
+    int startWidth_ = 0;  ///< The width at the start, which nobody has chosen.
+};
+
+}  // namespace hl

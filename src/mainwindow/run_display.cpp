@@ -1,0 +1,155 @@
+// The frame of a run; during the walk; what the views are asked.
+#include "mainwindow/run_display.h"
+
+#include <bit>
+#include <exception>
+#include <utility>
+
+#include "base/text.h"
+#include "mainwindow/main_form.h"
+
+namespace hl {
+
+namespace {
+
+constexpr int kStop = idOf(Command::kStop);
+constexpr std::uint64_t kStatusInterval = 100;  // Milliseconds between two changes of the running path.
+/// The bar of the largest files is not locked, because their wanted number may be changed during a run.
+constexpr BarId kLockedBars[] = {BarId::kMain,  BarId::kReport,    BarId::kDrives,
+                                 BarId::kFiles, BarId::kHardlinks, BarId::kJunctions};
+
+}  // namespace
+
+// --- the frame of a run
+
+void RunDisplay::setBusyPointer(bool busy) {
+    form_.window->frame.setBusyPointer(busy);
+}
+
+void RunDisplay::lockControls(bool noStop) {
+    errorsBefore_ = form_.services().diagnostics.errcount();
+    rowsMissing_ = rowsMissing_ && form_.session.tvwPL.rowCount() > 0;
+    for (Grid* each : form_.parts.grids) each->setEnabled(false);
+    for (const BarId id : kLockedBars) form_.bar(id).setAllEnabled(false);
+    form_.bars.cbrMain.setEnabled(kStop, !noStop);
+}
+
+void RunDisplay::unlockControls() {
+    // An error on its way to a trap is not counted yet.
+    if (form_.services().diagnostics.errcount() != errorsBefore_ || std::uncaught_exceptions() > 0)
+        rowsMissing_ = true;
+    for (Grid* each : form_.parts.grids) {
+        each->setRedraw(true);
+        each->setEnabled(true);
+    }
+    for (const BarId id : kLockedBars) form_.bar(id).setAllEnabled(true);
+    form_.bars.cbrMain.setEnabled(kStop, false);
+}
+
+// Rows come by the thousand now: the window hears of them when a folder of the first level is done.
+void RunDisplay::statusOfRun() {
+    for (Grid* each : {&form_.session.tvwPL, &form_.session.lvwTOP, &form_.session.lvwHardlinks,
+                       &form_.session.lvwJunctions})
+        each->setRedraw(false);
+    sourceUnseen_ = true;
+    shownFolders_ = 0;
+    form_.status.beginRun();
+}
+
+void RunDisplay::statusAfterRun(const std::string& text) {
+    form_.status.endRun(missing_.empty() ? text : std::exchange(missing_, {}));
+}
+
+void RunDisplay::sourceMissing(const std::string& source, const std::string& reason) {
+    const Texts& texts = form_.services().texts;
+    missing_ += missing_.empty() ? "" : " ";
+    missing_ += reason.empty() ? texts.TL(9021, "Die Quelle %1 gibt es nicht.", {source})
+                               : texts.TL(9022, "Nicht gelesen: %1: %2", {source, reason});
+}
+
+void RunDisplay::scanNotice(const std::string& text) {
+    lastStatusTick_ = form_.services().pump.GetTickCount();
+    form_.status.setFirst(text);
+}
+
+void RunDisplay::folderEntered(std::string_view path) {
+    if (std::exchange(sourceUnseen_, false)) firstLevelFolderDone();
+    const std::uint64_t tick = form_.services().pump.GetTickCount();
+    if (tick < lastStatusTick_ + kStatusInterval) return;
+    lastStatusTick_ = tick;
+    form_.status.setFirst(std::string(path) + "*.*");
+}
+
+// Fitting the columns costs about a millisecond, so it is done each time the number of notices has doubled.
+void RunDisplay::firstLevelFolderDone() {
+    form_.session.tvwPL.setRedraw(true);
+    form_.session.tvwPL.setRedraw(false);
+    if (!std::has_single_bit(++shownFolders_)) return;
+    form_.report.view().Report_Resize_Columns(false);
+    form_.report.fitPane();
+}
+
+// Tells the user, and returns true, if an error of the program may have left rows out: such a report must not
+// replace an older one.
+bool RunDisplay::tellIncomplete() {
+    if (!rowsMissing_) return false;
+    form_.window->dialogs.message(
+        MessageKind::kWarning,
+        form_.services().texts.TL(9644,
+                                  "Beim Einlesen ist ein unerwarteter Fehler aufgetreten. Was "
+                                  "fehlt, ist nicht bekannt, darum wird nichts gespeichert. "
+                                  "Leeren Sie den Bericht und lesen Sie neu ein."));
+    return true;
+}
+
+// --- what the views are asked
+
+void RunDisplay::sourceChosen() {
+    form_.sources.changed();
+}
+
+void RunDisplay::typesBegin() {
+    form_.lists.typesBegin();
+}
+
+std::string RunDisplay::typeName(const std::string& path) {
+    return form_.lists.typeName(path);
+}
+
+void RunDisplay::topListTitle(const std::string& title) {
+    form_.bars.cbrTOP.setCaption(idOf(Command::kTopTitle), title);
+}
+
+void RunDisplay::listsFilled() {
+    form_.lists.filled();
+}
+
+void RunDisplay::reportResizeColumns() {
+    form_.report.rowsArrived();
+}
+
+void RunDisplay::selectDriveOf(Row row) {
+    form_.drives.list().Drives_SelectDrive(row);
+}
+
+void RunDisplay::refreshDriveOf(Row row) {
+    form_.drives.list().Drives_RefreshDrive(row);
+}
+
+void RunDisplay::showFilesOf(const std::string& folder) {
+    form_.lists.showFilesOf(folder);
+}
+
+void RunDisplay::showFileStat() {
+    if (ListView* list = form_.lists.shown()) list->ShowFileStat();
+}
+
+void RunDisplay::refreshPreview() {
+    form_.preview.Preview_ShowFile(true);
+}
+
+void RunDisplay::clearStatus() {
+    form_.status.setFirst("");
+}
+
+}  // namespace hl

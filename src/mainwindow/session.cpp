@@ -1,0 +1,36 @@
+#include "mainwindow/session.h"
+
+#include <array>
+
+#include "views/list_columns.h"
+#include "views/report_columns.h"
+
+namespace hl {
+
+Grid& Session::grid(GridId id) {
+    const std::array<Grid*, kGridCount> all = {&tvwPL,  &lvwDiskinfo,  &lvwFiles,
+                                               &lvwTOP, &lvwHardlinks, &lvwJunctions};
+    return *all[static_cast<std::size_t>(id)];
+}
+
+void Form_Load(Session& session) {
+    const Services& services = session.services;
+    OptionenLadenMain(session.options, services.settings, services.diagnostics, false);
+    for (const OptionBar bar : {OptionBar::kMain, OptionBar::kFiles, OptionBar::kTop, OptionBar::kHardlinks})
+        loadBarOptions(session.options, services.settings, services.diagnostics, bar);
+    Init_Tree(session.tvwPL, session.options, services.texts);
+    Init_TopList(session.lvwTOP, session.options, services.texts);
+    Init_HardlinksList(session.lvwHardlinks, session.options, services.texts);
+    Init_JunctionList(session.lvwJunctions, services.texts);
+}
+
+ScanContext scanContext(Session& session, ScanHost& host) {
+    const Services& services = session.services;
+    return {
+        session.state,        session.options,      session.cboOrdner,   session.tvwPL,        session.lvwTOP,
+        session.lvwHardlinks, session.lvwJunctions, services.fileSystem, services.pump,        host,
+        services.texts,       services.log,         services.facts,      services.diagnostics, services.paths,
+        services.numbers,     services.bases};
+}
+
+}  // namespace hl

@@ -1,0 +1,104 @@
+#include "mainwindow/silent_run.h"
+
+#include <cerrno>
+
+#include "base/text.h"
+#include "output/report_file.h"
+#include "robustness/api_error_text.h"
+
+namespace hl {
+
+namespace {
+constexpr std::uint64_t kProgressInterval = 200;  // Milliseconds between two changes of the progress line.
+}
+
+SilentRun::SilentRun(const Services& services) : session_(services), scan_(scanContext(session_, *this)) {
+    session_.state.SilentRun = true;
+}
+
+// --- a run with no window
+
+bool SilentRun::run(const std::string& commandLine) {
+    const SilentOrder order = KZGetFoldersFromCommand(commandLine);
+    int error = 0;
+    const auto target = services().files.replace(order.outputFile, error);
+    if (!target) return reportNotWritten(order.outputFile, ApiErrorText(false, error, services().facts));
+    session_.state.SourceQueue.assign(order.sources.begin(), order.sources.end());
+    const std::uint32_t errorsBefore = services().diagnostics.errcount();
+    Ordnerliste_Abarbeiten(scan_);
+    services().console.progress("");
+    // Nobody knows what an error of the program has left out, so an older report is worth more.
+    const bool whole = services().diagnostics.errcount() == errorsBefore;
+    if (!whole) reportNotWritten(order.outputFile, services().texts.TL(9611, "ein unerwarteter Fehler"));
+    const bool written = whole && writeReport(order, *target);
+    return written && !somethingFailed_ && services().diagnostics.errcount() == 0;
+}
+
+bool SilentRun::writeReport(const SilentOrder& order, ReplacingFile& target) {
+    const Texts& texts = services().texts;
+    if (session_.tvwPL.rowCount() == 0)
+        return reportNotWritten(order.outputFile, texts.TL(9610, "es wurde nichts eingelesen"));
+    SaveForm frmSave(SaveServices{session_.tvwPL, session_.options, services().texts, services().numbers,
+                                  services().files, services().diagnostics, session_.state, services().pump,
+                                  services().paths, nullptr, &target});
+    frmSave.format = order.format;
+    std::string path = order.outputFile;
+    if (frmSave.SPEICHERN(path, order.levels, order.delimiterIndex)) return true;
+    const int error = frmSave.fileError();
+    // The reader of a pipe may leave when it has read enough; that is no failure to report.
+    if (error == EPIPE) return false;
+    const std::string reason =
+        error != 0 ? ApiErrorText(false, error, services().facts) : texts.TL(9611, "ein unerwarteter Fehler");
+    return reportNotWritten(path, reason + leftBehindText(texts, frmSave.leftBehind()));
+}
+
+// Reports that the report was not written; returns false for the caller to return.
+bool SilentRun::reportNotWritten(const std::string& file, const std::string& reason) {
+    const Texts& texts = services().texts;
+    const std::string name = file == kStandardOutput ? texts.TL(9612, "(Standardausgabe)") : visible(file);
+    services().console.errorLine(
+        texts.TL(9020, "Der Bericht %1 wurde nicht geschrieben: %2", {name, reason}));
+    return false;
+}
+
+// --- what a scan tells
+
+void SilentRun::lockControls(bool) {
+    for (Grid* grid : {&session_.tvwPL, &session_.lvwTOP, &session_.lvwHardlinks, &session_.lvwJunctions})
+        grid->setEnabled(false);
+}
+
+void SilentRun::unlockControls() {
+    for (Grid* grid : {&session_.tvwPL, &session_.lvwTOP, &session_.lvwHardlinks, &session_.lvwJunctions})
+        grid->setEnabled(true);
+}
+
+void SilentRun::statusAfterRun(const std::string&) {
+    services().console.progress("");
+}
+
+void SilentRun::folderEntered(std::string_view path) {
+    if (!services().console.showsProgress()) return;
+    const std::uint64_t tick = services().pump.GetTickCount();
+    if (tick < lastProgressTick_ + kProgressInterval) return;
+    lastProgressTick_ = tick;
+    services().console.progress(visible(path));
+}
+
+void SilentRun::sourceMissing(const std::string& source, const std::string& reason) {
+    if (!reason.empty()) return notRead(source, reason);
+    services().console.errorLine(
+        services().texts.TL(9021, "Die Quelle %1 gibt es nicht.", {visible(source)}));
+    somethingFailed_ = true;
+}
+
+void SilentRun::scanNotice(const std::string& text) {
+    services().console.errorLine(text);
+}
+
+void SilentRun::notRead(std::string_view path, const std::string& reason) {
+    services().console.errorLine(services().texts.TL(9022, "Nicht gelesen: %1: %2", {visible(path), reason}));
+    somethingFailed_ = true;
+}
+
+}  // namespace hl

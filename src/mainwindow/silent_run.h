@@ -1,0 +1,63 @@
+// A run without a window: reads sources and writes a report. There are no status panels, the lists stay
+// empty, and what could not be read goes to standard error, one line each. For the thread of the logic only.
+#pragma once
+
+#include <string>
+
+#include "app/command_line.h"
+#include "mainwindow/session.h"
+#include "output/save_report.h"
+#include "platform/files.h"
+#include "scan/driver.h"
+
+namespace hl {
+
+class SilentRun final : public ScanHost {
+  public:
+    explicit SilentRun(const Services& services);
+
+    /// Reads the options and sets up the grids.
+    void load() { Form_Load(session_); }
+
+    /// Reads the sources of a silent command line and writes the report. The report's target is opened before
+    /// anything is read. Returns true if everything was read and the report was written completely; anything
+    /// that failed has then been reported. REQUIRES: load() was called.
+    bool run(const std::string& commandLine);
+
+    Session& session() { return session_; }
+    ScanContext& scan() { return scan_; }
+
+    // ScanHost
+    void setBusyPointer(bool) override {}
+    void lockControls(bool noStop) override;
+    void unlockControls() override;
+    void statusOfRun() override {}
+    void statusAfterRun(const std::string& text) override;
+    void folderEntered(std::string_view path) override;
+    void firstLevelFolderDone() override {}
+    void sourceMissing(const std::string& source, const std::string& reason) override;
+    void scanNotice(const std::string& text) override;
+    void notRead(std::string_view path, const std::string& reason) override;
+    std::string typeName(const std::string&) override { return {}; }
+    void topListTitle(const std::string&) override {}
+    void listsFilled() override {}
+    void reportResizeColumns() override {}
+    void selectDriveOf(Row) override {}
+    void refreshDriveOf(Row) override {}
+    void showFilesOf(const std::string& folder) override { session_.state.currentFolder = folder; }
+    void refreshPreview() override {}
+    void showFileStat() override {}
+    void clearStatus() override {}
+
+  private:
+    const Services& services() const { return session_.services; }
+    bool writeReport(const SilentOrder& order, ReplacingFile& target);
+    bool reportNotWritten(const std::string& file, const std::string& reason);
+
+    Session session_;
+    ScanContext scan_;
+    std::uint64_t lastProgressTick_ = 0;
+    bool somethingFailed_ = false;
+};
+
+}  // namespace hl

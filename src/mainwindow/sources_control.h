@@ -1,0 +1,75 @@
+// The box of sources, and the queue of those that are to be read. For the thread of the logic only.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "platform/window.h"
+
+namespace hl {
+
+struct MainForm;
+
+class SourcesControl final : public SourceEvents {
+  public:
+    /// A command is on the stack, perhaps with a dialog of its own, as long as this lives: sources that are
+    /// handed over meanwhile are not read.
+    class AtWork {
+      public:
+        explicit AtWork(SourcesControl& sources) : sources_(sources) { ++sources_.commands_; }
+        ~AtWork() { --sources_.commands_; }
+        AtWork(const AtWork&) = delete;
+        AtWork& operator=(const AtWork&) = delete;
+
+      private:
+        SourcesControl& sources_;
+    };
+
+    explicit SourcesControl(MainForm& form) : form_(form) {}
+
+    // --- SourceEvents
+    void comboText(const std::string& text) override;
+    void comboSelected(int index) override;
+    void comboKeyDown(int key) override;
+    bool comboRemove(int index) override;
+
+    // --- the box
+    /// Fills the box with the drives and with the saved sources.
+    void load();
+    /// Tells whether load() has ended. Until then nothing of the box is saved.
+    bool loaded() const { return loaded_; }
+    void save();
+    /// The window shows the box as it is now.
+    void changed();
+
+    // --- the queue
+    /// Queues the sources of the program's own command line before those that were handed over meanwhile.
+    void queueOwn();
+    /// Queues the sources of the command line of another start, and reads them unless a command is at work.
+    void handOver(const std::string& commandLine);
+    /// Queues the sources and reads the queue.
+    void read(const std::vector<std::string>& sources);
+    /// Sources may be read from now on.
+    void ready() { ready_ = true; }
+    /// Reads what waits in the queue, unless a command is at work.
+    void readWaiting();
+    /// Runs a command, and reads then what was handed over meanwhile.
+    template <class Body>
+    void duringCommand(Body&& body) {
+        {
+            const AtWork work(*this);
+            body();
+        }
+        readWaiting();
+    }
+
+  private:
+    void runQueue();
+
+    MainForm& form_;
+    bool loaded_ = false;
+    bool ready_ = false;
+    int commands_ = 0;  ///< The number of commands on the stack.
+};
+
+}  // namespace hl
