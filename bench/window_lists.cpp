@@ -3,7 +3,6 @@
 #include "scan/list_handover.h"
 #include "scan/records.h"
 #include "views/file_list.h"
-#include "views/list_columns.h"
 #include "window_parts.h"
 
 namespace hl::bench {
@@ -51,10 +50,10 @@ void files(WindowForm& form, const std::string& folder) {
     tell("rows", count);
     tell("bytes", (residentBytes() - before) / count);
     timed("list", [&] { run(form, Command::kFilesRefresh); });
-    sortBy(form, "sort_numbers", kFileListSize);
-    sortBy(form, "sort_names", kFileListName);
-    sortBy(form, "sort_types", kFileListType);
-    sortBy(form, "sort_dates", kFileListDate);
+    sortBy(form, "sort_numbers", kFilesTable.columnOf(kFileSize));
+    sortBy(form, "sort_names", kFilesTable.columnOf(kNoCell));
+    sortBy(form, "sort_types", kFilesTable.columnOf(kFileType));
+    sortBy(form, "sort_dates", kFilesTable.columnOf(kFileDate));
 }
 
 void fileClicks(WindowForm& form, const std::string& folder) {

@@ -36,16 +36,15 @@ enum class LoadStep {
 /// number with a fraction, the length of a list, or a text. A row of columns has one key for each column: the
 /// column's index, followed by the key of the table.
 using OptionField = std::variant<Flag Options::*, float Options::*, std::int32_t Options::*,
-                                 std::string Options::*, std::array<Flag, 7> Options::*,
-                                 std::array<Flag, 8> Options::*, std::array<Flag, 10> Options::*>;
+                                 std::string Options::*, ColumnFlags Options::*>;
 
 struct OptionKey {
     std::string_view key;
     std::string_view defaultValue;
     OptionField field;
     LoadStep step;
-    std::size_t savedColumns = 0;  ///< In a row of columns: the number of columns that can be chosen and are
-                                   ///< saved.
+    std::size_t columns = 0;         ///< In a row of columns: the number of columns.
+    std::size_t unsavedColumns = 0;  ///< The number of those at its end that are read and never saved.
 };
 
 // clang-format off
@@ -96,7 +95,7 @@ inline constexpr auto kOptionTable = [] {
         {"FontNameJunctions", "Tahoma", &Options::FontNameJunctions, kFontNames},
         {"FileColumn", "1", &Options::FileColumn, kListColumns, 7},
         {"TopColumn", "1", &Options::TopColumn, kListColumns, 8},
-        {"HardlinkColumn", "1", &Options::HardlinkColumn, kListColumns, 8},
+        {"HardlinkColumn", "1", &Options::HardlinkColumn, kListColumns, 10, 2},
         {"BigIcons", "0", &Options::BigIcons, kBarMain},
         {"SymbolText", "0", &Options::SymbolText, kBarMain},
         {"FilePreview", "0", &Options::FilePreview, kBarFiles},

@@ -71,9 +71,8 @@ class Loader {
         options_.keysRead.emplace(key.key);
     }
 
-    template <std::size_t N>
-    void read(const OptionKey& key, std::array<Flag, N>& columns) {
-        for (std::size_t i = 0; i < N; ++i) readOne(key, columnKey(i, key), columns[i]);
+    void read(const OptionKey& key, ColumnFlags& columns) {
+        for (std::size_t i = 0; i < key.columns; ++i) readOne(key, columnKey(i, key), columns[i]);
     }
 
     template <class Field>
@@ -108,9 +107,9 @@ class Saver {
         saveOne(std::string(key.key), field, unset);
     }
 
-    template <std::size_t N>
-    void save(const OptionKey& key, const std::array<Flag, N>& columns, const std::array<Flag, N>& unset) {
-        for (std::size_t i = 0; i < key.savedColumns; ++i) saveOne(columnKey(i, key), columns[i], unset[i]);
+    void save(const OptionKey& key, const ColumnFlags& columns, const ColumnFlags& unset) {
+        for (std::size_t i = 0; i + key.unsavedColumns < key.columns; ++i)
+            saveOne(columnKey(i, key), columns[i], unset[i]);
     }
 
     template <class Field>

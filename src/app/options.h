@@ -14,6 +14,9 @@ namespace hl {
 
 /// 1 means on. A file that was edited by hand may hold any number from 0 to 255.
 using Flag = std::uint8_t;
+/// One flag for each column of a list but the first, from the left. option_table.h tells how many of them a
+/// list uses.
+using ColumnFlags = std::array<Flag, 16>;
 
 struct Options {
     // What a scan collects and counts.
@@ -42,10 +45,8 @@ struct Options {
     /// "bold", "italic", both with a blank between them, or empty; anything else is read as empty.
     std::string FontStyle, FontStyleDisk, FontStyleFiles, FontStyleTOP, FontStyleHardlinks,
         FontStyleJunctions;
-    // Which columns are shown, by their index.
-    std::array<Flag, 7> FileColumn{};
-    std::array<Flag, 8> TopColumn{};
-    std::array<Flag, 10> HardlinkColumn{};
+    // Which columns are shown.
+    ColumnFlags FileColumn{}, TopColumn{}, HardlinkColumn{};
     // These are read when the bars are built.
     Flag BigIcons = 0, SymbolText = 0;
     Flag FilePreview = 0, FilelistTile = 0, FilePreviewTOP = 0, FilelistTileTOP = 0, HardlinkPreview = 0,
@@ -57,6 +58,22 @@ struct Options {
 
     /// The keys that were read from the file. All other fields are zero or empty until something sets them.
     std::set<std::string, std::less<>> keysRead;
+};
+
+/// Names one flag of the options: a field, or a place in a field of columns.
+struct OptionFlag {
+    Flag Options::*field = nullptr;
+    ColumnFlags Options::*columns = nullptr;
+    std::size_t column = 0;
+
+    constexpr bool operator==(const OptionFlag&) const = default;
+    /// REQUIRES: it names a flag.
+    Flag& operator()(Options& options) const {
+        return columns == nullptr ? options.*field : (options.*columns)[column];
+    }
+    Flag operator()(const Options& options) const {
+        return columns == nullptr ? options.*field : (options.*columns)[column];
+    }
 };
 
 inline constexpr std::int32_t kLeastTopCount = 5;

@@ -34,8 +34,7 @@ std::string formatNumber(double value, Picture picture, const NumberFormat& form
 std::string formatQuotient(SizeValue value, std::int64_t divisor, Picture picture,
                            const NumberFormat& format);
 
-/// Rounds `value` to two decimals, ties to even. The cells sizeK, sizeM, sizeG and percent are rounded like
-/// this.
+/// Rounds `value` to two decimals, ties to even. Sizes in larger units and percents are rounded like this.
 double roundToHundredths(double value);
 
 }  // namespace hl

@@ -4,21 +4,8 @@
 #include <cmath>
 
 #include "base/fault.h"
-#include "base/number_format.h"
 
 namespace hl {
-
-namespace {
-
-// The ids of the computed cells begin here; they are in the order of the table below.
-constexpr CellId kFirstComputed = 0x100;
-struct Computed {
-    std::string_view key;
-    double divisor;
-};
-constexpr Computed kComputed[] = {{"sizeK", 1024.0}, {"sizeM", 1048576.0}, {"sizeG", 1073741824.0}};
-
-}  // namespace
 
 CellTable::CellTable(std::span<const CellSpec> cells) : specs_(cells) {
     const auto place = [](auto& columns) {
@@ -26,7 +13,6 @@ CellTable::CellTable(std::span<const CellSpec> cells) : specs_(cells) {
         return static_cast<std::uint16_t>(columns.size() - 1);
     };
     for (const CellSpec& spec : cells) {
-        if (spec.key == "size") size_ = static_cast<CellId>(stores_.size());
         const std::size_t bytes = cellBytes(spec.type);
         const std::uint16_t slot = bytes == 8   ? place(wide_)
                                    : bytes == 4 ? place(medium_)
@@ -39,8 +25,6 @@ CellTable::CellTable(std::span<const CellSpec> cells) : specs_(cells) {
 CellId CellTable::find(std::string_view key) const {
     for (std::size_t i = 0; i < specs_.size(); ++i)
         if (specs_[i].key == key) return static_cast<CellId>(i);
-    for (std::size_t i = 0; size_ != kNoCell && i < std::size(kComputed); ++i)
-        if (kComputed[i].key == key) return static_cast<CellId>(kFirstComputed + i);
     return kNoCell;
 }
 
@@ -66,10 +50,6 @@ void CellTable::addRow(Row row) {
 }
 
 double CellTable::number(Row row, CellId cell) const {
-    if (cell >= kFirstComputed) {
-        const double bytes = static_cast<double>(wide_[stores_[size_].slot][row]);
-        return roundToHundredths(bytes / kComputed[cell - kFirstComputed].divisor);
-    }
     const Store store = stores_[cell];
     switch (store.type) {
         case CellType::kSize:

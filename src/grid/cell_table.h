@@ -1,8 +1,5 @@
 // The keyed cells of a grid's rows, in one column for each key, of the smallest type that fits. For one
 // thread.
-//
-// "sizeK", "sizeM" and "sizeG" of a grid that has "size" are read like cells but computed from it, rounded to
-// two decimals, ties to even; nothing is stored for them.
 #pragma once
 
 #include <cstdint>
@@ -54,8 +51,7 @@ constexpr std::size_t cellBytes(std::span<const CellSpec> cells) {
     return bytes;
 }
 
-/// The id of a cell's key, looked up once, so that reading a cell needs no search. Computed cells have ids as
-/// well.
+/// The id of a cell's key, looked up once, so that reading a cell needs no search.
 using CellId = std::uint16_t;
 inline constexpr CellId kNoCell = 0xFFFF;
 
@@ -75,8 +71,7 @@ class CellTable {
     void addRow(Row row);
     /// Returns the cell as a number; 0 for a text. REQUIRES: cell is not kNoCell; the row exists.
     double number(Row row, CellId cell) const;
-    /// Raises kFaultOverflow for a value outside the type's range. REQUIRES: the cell is neither computed nor
-    /// text.
+    /// Raises kFaultOverflow for a value outside the type's range. REQUIRES: the cell is no text.
     void setNumber(Row row, CellId cell, double value);
     TextRef text(Row row, CellId cell) const;
     void setText(Row row, CellId cell, TextRef text);
@@ -89,7 +84,6 @@ class CellTable {
     };
     std::span<const CellSpec> specs_;
     std::vector<Store> stores_;
-    CellId size_ = kNoCell;
     std::vector<Column<std::int64_t>> wide_;
     std::vector<Column<std::uint32_t>> medium_;
     std::vector<Column<std::uint16_t>> narrow_;

@@ -19,6 +19,7 @@
 #include <utility>
 #include <vector>
 
+#include "base/size_text.h"
 #include "grid/cell_table.h"
 #include "grid/row_tree.h"
 #include "grid/text_store.h"
@@ -54,6 +55,11 @@ struct GridColumn {
     /// The base colour (0xRRGGBB) of a percent bar (platform/percent_bar.h) that the cell's text is drawn in.
     /// A cell without a text has no bar.
     std::optional<std::uint32_t> barColor = {};
+    /// The unit in which a cell of bytes is shown and saved. Any other cell has kModeBytes.
+    SizeMode unit = kModeBytes;
+    /// A size in a larger unit is rounded to two decimals, ties to even, before the mask rounds it.
+    bool roundsUnit = true;
+    bool saved = true;  ///< The column is written where the rows are saved, if it is visible.
 };
 
 /// How the rows of one level are sorted.

@@ -5,6 +5,8 @@
 #include <iterator>
 
 #include "mainwindow/commands.h"
+#include "scan/file_columns.h"
+#include "views/drive_list.h"
 #include "views/report_columns.h"
 
 namespace hl {
@@ -13,11 +15,6 @@ namespace {
 
 namespace C = commands;
 using enum Command;
-
-/// Has the name of Texts::TL, so that texts in the table are written like texts elsewhere in the code.
-constexpr RowText TL(int id, std::string_view german) {
-    return {id, german};
-}
 
 constexpr auto kButton = EntryKind::kButton;
 constexpr auto kSplitButton = EntryKind::kSplitButton;
@@ -29,20 +26,10 @@ constexpr auto kCheckBox = EntryKind::kCheckBox;
 constexpr auto kGroup = Group::kBegins;
 constexpr auto kSame = Group::kGoesOn;
 
-using Field = Flag& (*)(Options&);
 template <auto Member>
-Flag& field(Options& options) {
-    return options.*Member;
-}
-template <auto Member, std::size_t N>
-Flag& fieldOf(Options& options) {
-    return (options.*Member)[N];
-}
-
+constexpr KeptOption toggles = {KeptOption::Use::kToggles, {Member}};
 template <auto Member>
-constexpr KeptOption toggles = {KeptOption::Use::kToggles, field<Member>};
-template <auto Member>
-constexpr KeptOption byRoutine = {KeptOption::Use::kByRoutine, field<Member>};
+constexpr KeptOption byRoutine = {KeptOption::Use::kByRoutine, {Member}};
 
 /// Joins several parts into one table.
 template <std::size_t... N>
@@ -87,20 +74,6 @@ constexpr RowText kPreview = TL(9277, "Vorschau");
 constexpr RowText kShowPreview = TL(9278, "Dateivorschau einblenden");
 constexpr RowText kSplit = TL(9279, "Teilung");
 constexpr RowText kTurnSplit = TL(9280, "Fensterteilung umschalten");
-constexpr RowText kSize = TL(3623, "Größe");
-constexpr RowText kColumnSize = TL(9283, "Spalte 'Größe'");
-constexpr RowText kExtension = TL(9103, "Endung");
-constexpr RowText kColumnExtension = TL(9284, "Spalte 'Endung'");
-constexpr RowText kType = TL(9104, "Typ");
-constexpr RowText kColumnType = TL(9285, "Spalte 'Typ'");
-constexpr RowText kAttributes = TL(9105, "Attribute");
-constexpr RowText kColumnAttributes = TL(9286, "Spalte 'Attribute'");
-constexpr RowText kModified = TL(9287, "Änderung");
-constexpr RowText kColumnModified = TL(9288, "Spalte 'Änderungsdatum'");
-constexpr RowText kCreated = TL(9289, "Erstellt");
-constexpr RowText kColumnCreated = TL(9290, "Spalte 'Erstellungsdatum'");
-constexpr RowText kAccessed = TL(9291, "Zugriff");
-constexpr RowText kColumnAccessed = TL(9292, "Spalte 'Zugriffsdatum'");
 
 // A language is given by its number in the settings.
 constexpr CommandRow language(Command command, RowText name, int number) {
@@ -114,9 +87,9 @@ constexpr CommandRow unfold(int levels) {
     return {command, kButton, name, {}, -1, kSame, {}, &C::reportUnfold, {}, kReportUnfoldAll, levels};
 }
 
-/// The entries for the units of a view's sizes, and for their decimals.
-constexpr auto units(Command bytes, Command decimals, Field mode, Field showsDecimals) {
-    const KeptOption chooses = {KeptOption::Use::kChooses, mode};
+/// The entries for the units of a list's sizes, and for their decimals.
+constexpr auto units(Command bytes, Command decimals, const ListTable& list) {
+    const KeptOption chooses = {KeptOption::Use::kChooses, {list.sizeMode}};
     const auto unit = [&](int n, RowText name, int icon) {
         return CommandRow{bytes + n, kButton,       name,    name, icon, n == 0 ? kGroup : kSame,
                           {},        &C::showSizes, chooses, {},   n};
@@ -134,7 +107,7 @@ constexpr auto units(Command bytes, Command decimals, Field mode, Field showsDec
          kSame,
          {},
          &C::showSizes,
-         {KeptOption::Use::kDecimals, showsDecimals}},
+         {KeptOption::Use::kDecimals, {list.decimals}}},
     });
 }
 
@@ -146,21 +119,28 @@ constexpr auto search(Command text, Command button, void (*run)(MainForm&, const
     });
 }
 
-/// The entry of the `n`-th column behind the name; `first` is the command of the first of these.
-template <auto Columns, std::size_t N>
-constexpr CommandRow column(Command first, RowText name, RowText tooltip) {
-    constexpr int kNumber = static_cast<int>(N);
-    return {first + kNumber,
-            kButton,
-            name,
-            tooltip,
-            -1,
-            N == 0 ? kGroup : kSame,
-            {},
-            &C::listColumn,
-            {KeptOption::Use::kToggles, fieldOf<Columns, N>},
-            {},
-            kNumber + 1};
+/// The entries that show and hide the columns of a list.
+template <const ListTable& List>
+constexpr auto columns(void (*run)(MainForm&, const CommandRow&)) {
+    constexpr auto kCount =
+        List.columns.size() - std::ranges::count(List.columns, kNone, &ListColumn::command);
+    std::array<CommandRow, kCount> all{};
+    std::size_t filled = 0;
+    for (std::size_t i = 0; i < List.columns.size(); ++i) {
+        const ListColumn& column = List.columns[i];
+        if (column.command == kNone) continue;
+        all[filled] = {.command = column.command,
+                       .kind = kButton,
+                       .caption = column.button,
+                       .tooltip = column.tooltip,
+                       .icon = column.icon,
+                       .group = filled == 0 ? kGroup : kSame,
+                       .run = run,
+                       .kept = {KeptOption::Use::kToggles, column.shown},
+                       .value = static_cast<int>(i)};
+        ++filled;
+    }
+    return all;
 }
 
 // clang-format off
@@ -215,12 +195,10 @@ constexpr auto kReportRows = joined(rows({
     {kReportRemoveAll, kButton, TL(9243, "Alle entfernen"), TL(9244, "Alle Quellen entfernen"), kIconRemoveAll, kSame, {}, &C::reportRemoveAll},
     {kReportSave, kButton, kSave, TL(9245, "Ordnerliste in eine Textdatei speichern"), kIconSave, kGroup, "S", &C::reportSave},
     {kReportPrint, kButton, kPrint, TL(9246, "Ordnerliste drucken"), kIconPrint, kGroup, "P", &C::reportPrint},
-    {kReportPercentColumn, kButton, TL(9101, "Prozent"), TL(9247, "Spalte 'Prozent' anzeigen"), kIconPercent, kGroup, {}, &C::reportColumn, toggles<&Options::ColPercentVisible>, {}, kReportPercent},
-    {kReportFilesColumn, kButton, TL(3624, "Dateien"), TL(9248, "Spalte 'Dateianzahl' anzeigen"), kIconFiles, kSame, {}, &C::reportColumn, toggles<&Options::ColFileVisible>, {}, kReportFiles},
-    {kReportFoldersColumn, kButton, TL(3625, "Ordner"), TL(9249, "Spalte 'Ordneranzahl' anzeigen"), kIconFolder, kSame, {}, &C::reportColumn, toggles<&Options::ColFolderVisible>, {}, kReportFolders},
+}), columns<kReportTable>(&C::reportColumn), rows({
     {kReportFit, kButton, kFit, kFitColumns, kIconFit, kSame, {}, &C::reportFit},
     {kReportFont, kButton, kFont, kChooseFont, kIconFont, kSame, {}, &C::changeFont},
-}), units(kReportBytes, kReportDecimals, field<&Options::FileSizeFormat>, field<&Options::SizeFormatNachkommastellenFolders>),
+}), units(kReportBytes, kReportDecimals, kReportTable),
     search(kReportSearchText, kReportSearch, &C::reportSearch));
 
 constexpr auto kDrivesRows = joined(rows({
@@ -230,7 +208,7 @@ constexpr auto kDrivesRows = joined(rows({
     {kDrivesReadAll, kButton, TL(9264, "Alle einlesen"), TL(9265, "Alle Laufwerke einlesen"), kIconReadAll, kSame, {}, &C::drivesReadAll},
     {kDrivesAdd, kButton, TL(9266, "Hinzufügen"), TL(9267, "UNC-Pfad hinzufügen"), kIconAdd, kGroup, {}, &C::drivesAdd},
     {kDrivesFont, kButton, kFont, kChooseFont, kIconFont, kGroup, {}, &C::changeFont},
-}), units(kDrivesBytes, kDrivesDecimals, field<&Options::FileSizeFormatDrive>, field<&Options::SizeFormatNachkommastellenDrive>));
+}), units(kDrivesBytes, kDrivesDecimals, kDrivesTable));
 
 constexpr auto kFilesRows = joined(rows({
     {kFilesTitle, kLabel, TL(3514, "Dateien")},
@@ -245,15 +223,7 @@ constexpr auto kFilesRows = joined(rows({
     {kFilesFont, kButton, kFont, kChooseFont, kIconFont, kSame, {}, &C::changeFont},
     {kFilesSave, kButton, kSave, kSaveList, kIconSave, kGroup, {}, &C::listSave},
     {kFilesPrint, kButton, kPrint, kPrintList, kIconPrint, kGroup, {}, &C::listPrint},
-}), units(kFilesBytes, kFilesDecimals, field<&Options::FileSizeFormatFiles>, field<&Options::SizeFormatNachkommastellenFiles>), rows({
-    column<&Options::FileColumn, 0>(kFilesSizeColumn, kSize, kColumnSize),
-    column<&Options::FileColumn, 1>(kFilesSizeColumn, kExtension, kColumnExtension),
-    column<&Options::FileColumn, 2>(kFilesSizeColumn, kType, kColumnType),
-    column<&Options::FileColumn, 3>(kFilesSizeColumn, kAttributes, kColumnAttributes),
-    column<&Options::FileColumn, 4>(kFilesSizeColumn, kModified, kColumnModified),
-    column<&Options::FileColumn, 5>(kFilesSizeColumn, kCreated, kColumnCreated),
-    column<&Options::FileColumn, 6>(kFilesSizeColumn, kAccessed, kColumnAccessed),
-}), search(kFilesSearchText, kFilesSearch, &C::listSearch));
+}), units(kFilesBytes, kFilesDecimals, kFilesTable), columns<kFilesTable>(&C::listColumn), search(kFilesSearchText, kFilesSearch, &C::listSearch));
 
 constexpr int kCountWidth = 50;
 
@@ -270,16 +240,7 @@ constexpr auto kTopRows = joined(rows({
     {kTopFont, kButton, kFont, kChooseFont, kIconFont, kSame, {}, &C::changeFont},
     {kTopSave, kButton, kSave, TL(9294, "Dateiliste in eine Textdatei speichern"), kIconSave, kGroup, {}, &C::listSave},
     {kTopPrint, kButton, kPrint, TL(9295, "Dateiliste drucken"), kIconPrint, kGroup, {}, &C::listPrint},
-}), units(kTopBytes, kTopDecimals, field<&Options::FileSizeFormatTop>, field<&Options::SizeFormatNachkommastellenTop>), rows({
-    column<&Options::TopColumn, 0>(kTopSizeColumn, kSize, kColumnSize),
-    column<&Options::TopColumn, 1>(kTopSizeColumn, TL(3626, "Pfad"), TL(9296, "Spalte 'Pfad'")),
-    column<&Options::TopColumn, 2>(kTopSizeColumn, kExtension, kColumnExtension),
-    column<&Options::TopColumn, 3>(kTopSizeColumn, kType, kColumnType),
-    column<&Options::TopColumn, 4>(kTopSizeColumn, kAttributes, kColumnAttributes),
-    column<&Options::TopColumn, 5>(kTopSizeColumn, kModified, kColumnModified),
-    column<&Options::TopColumn, 6>(kTopSizeColumn, kCreated, kColumnCreated),
-    column<&Options::TopColumn, 7>(kTopSizeColumn, kAccessed, kColumnAccessed),
-}), search(kTopSearchText, kTopSearch, &C::listSearch));
+}), units(kTopBytes, kTopDecimals, kTopTable), columns<kTopTable>(&C::listColumn), search(kTopSearchText, kTopSearch, &C::listSearch));
 
 constexpr auto kHardlinksRows = joined(rows({
     {kHardlinksTitle, kLabel, TL(3740, "Hardlinks")},
@@ -294,18 +255,7 @@ constexpr auto kHardlinksRows = joined(rows({
     {kHardlinksFont, kButton, kFont, kChooseFont, kIconFont, kSame, {}, &C::changeFont},
     {kHardlinksSave, kButton, kSave, kSaveList, kIconSave, kGroup, {}, &C::listSave},
     {kHardlinksPrint, kButton, kPrint, kPrintList, kIconPrint, kGroup, {}, &C::listPrint},
-}), units(kHardlinksBytes, kHardlinksDecimals, field<&Options::FileSizeFormatHardlinks>, field<&Options::SizeFormatNachkommastellenHardlinks>), rows({
-    column<&Options::HardlinkColumn, 0>(kHardlinksIdColumn, TL(9109, "ID"), TL(9302, "Spalte 'ID'")),
-    column<&Options::HardlinkColumn, 1>(kHardlinksIdColumn, TL(3740, "Hardlinks"), TL(9303, "Spalte 'Hardlinks'")),
-    column<&Options::HardlinkColumn, 2>(kHardlinksIdColumn, TL(3625, "Ordner"), TL(9304, "Spalte 'Ordner'")),
-    column<&Options::HardlinkColumn, 3>(kHardlinksIdColumn, kSize, kColumnSize),
-    column<&Options::HardlinkColumn, 4>(kHardlinksIdColumn, kExtension, kColumnExtension),
-    column<&Options::HardlinkColumn, 5>(kHardlinksIdColumn, kType, kColumnType),
-    column<&Options::HardlinkColumn, 6>(kHardlinksIdColumn, kAttributes, kColumnAttributes),
-    column<&Options::HardlinkColumn, 7>(kHardlinksIdColumn, kModified, kColumnModified),
-    column<&Options::HardlinkColumn, 8>(kHardlinksIdColumn, kCreated, kColumnCreated),
-    column<&Options::HardlinkColumn, 9>(kHardlinksIdColumn, kAccessed, kColumnAccessed),
-}), search(kHardlinksSearchText, kHardlinksSearch, &C::listSearch));
+}), units(kHardlinksBytes, kHardlinksDecimals, kHardlinksTable), columns<kHardlinksTable>(&C::listColumn), search(kHardlinksSearchText, kHardlinksSearch, &C::listSearch));
 
 constexpr auto kJunctionsRows = joined(rows({
     {kJunctionsTitle, kLabel, TL(3742, "Junctions")},

@@ -9,17 +9,12 @@
 
 #include "app/command.h"
 #include "app/options.h"
+#include "app/row_text.h"
 #include "platform/icons.h"
 
 namespace hl {
 
 struct MainForm;
-
-/// A text that is looked up when the bar is built.
-struct RowText {
-    int id = 0;
-    std::string_view german = {};
-};
 
 /// A type of its own, so that it cannot be mistaken for another flag.
 enum class Group : bool { kGoesOn, kBegins };
@@ -35,7 +30,7 @@ struct KeptOption {
         kChooses,    ///< A click sets the option to the row's `value`; nothing is saved from the entry.
     };
     Use use = Use::kNone;
-    Flag& (*field)(Options&) = nullptr;
+    OptionFlag field = {};
 };
 
 // The fields are in the order in which a row of the table is read.

@@ -77,9 +77,9 @@ void showOptions(MainForm& form, const CommandRow& /*row*/) {
     Form dialog = frmOptionen.form();
     form.window->dialogs.showForm(dialog);
     OptionenLadenMain(session.options, services.settings, services.diagnostics, true);
-    Init_FileList_DateFormat(session.lvwFiles, session.options);
-    Init_HardlinksList_DateFormat(session.lvwHardlinks, session.options);
-    Init_TopList_DateFormat(session.lvwTOP, session.options);
+    setDateFormat(session.lvwFiles, kFilesTable, session.options);
+    setDateFormat(session.lvwHardlinks, kHardlinksTable, session.options);
+    setDateFormat(session.lvwTOP, kTopTable, session.options);
 }
 
 void showLog(MainForm& form, const CommandRow& /*row*/) {

@@ -1,13 +1,14 @@
 #include "mainwindow/drives_control.h"
 
 #include "mainwindow/main_form.h"
+#include "views/list_columns.h"
 
 namespace hl {
 
 void DrivesControl::makeList() {
     Session& session = form_.session;
     const Services& services = session.services;
-    Init_DiskInfo(session.lvwDiskinfo, services.texts);
+    Init_List(session.lvwDiskinfo, kDrivesTable, session.options, services.texts);
     list_ = std::make_unique<DriveList>(
         DriveListServices{session.lvwDiskinfo, session.tvwPL, form_.own.drives, *form_.window, *this,
                           session.state, services.settings, session.options, services.texts, services.facts,

@@ -14,7 +14,7 @@ namespace hl {
 void ListsControl::makeLists() {
     Session& session = form_.session;
     const Services& services = session.services;
-    Init_FileList(session.lvwFiles, session.options, services.texts);
+    Init_List(session.lvwFiles, kFilesTable, session.options, services.texts);
     pictures_ = std::make_unique<FilePictures>(form_.window->fileTypes);
     typeNames_ = std::make_unique<TypeNames>(form_.window->fileTypes, services.files);
     const ListParts parts{form_.scan, session.options, *form_.window,

@@ -19,9 +19,9 @@ void Form_Load(Session& session) {
     for (const OptionBar bar : {OptionBar::kMain, OptionBar::kFiles, OptionBar::kTop, OptionBar::kHardlinks})
         loadBarOptions(session.options, services.settings, services.diagnostics, bar);
     Init_Tree(session.tvwPL, session.options, services.texts);
-    Init_TopList(session.lvwTOP, session.options, services.texts);
-    Init_HardlinksList(session.lvwHardlinks, session.options, services.texts);
-    Init_JunctionList(session.lvwJunctions, services.texts);
+    Init_List(session.lvwTOP, kTopTable, session.options, services.texts);
+    Init_List(session.lvwHardlinks, kHardlinksTable, session.options, services.texts);
+    Init_List(session.lvwJunctions, kJunctionsTable, session.options, services.texts);
 }
 
 ScanContext scanContext(Session& session, ScanHost& host) {

@@ -16,6 +16,7 @@
 #include "platform/grid_pane.h"
 #include "platform/message_pump.h"
 #include "platform/system_facts.h"
+#include "scan/file_columns.h"
 #include "scan/records.h"
 #include "scan/scan_context.h"
 #include "views/drive_list.h"

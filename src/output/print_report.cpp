@@ -9,8 +9,8 @@
 #include "grid/no_redraw.h"
 #include "robustness/trap.h"
 #include "scan/records.h"
+#include "views/list_columns.h"
 #include "views/report_columns.h"
-#include "views/size_display.h"
 
 namespace hl {
 
@@ -155,7 +155,7 @@ void PrintForm::prepare(Run& run) {
     }
     run.grid = &tvwPL_.emplace(kFolderCells);
     Init_Tree(*run.grid, services_.options, services_.sources.texts);
-    Report_Set_SizeFormat(*run.grid, services_.options, services_.sources.texts);
+    showSizes(*run.grid, kReportTable, services_.options, services_.sources.texts);
     // The grid's columns are used, because the options learn only at the end which ones the user switched
     // off.
     for (std::size_t column = 0; column < run.grid->columns().size(); ++column)

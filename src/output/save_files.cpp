@@ -31,8 +31,8 @@ class Fields {
           delimiter_(delimiter),
           formulasAsText_(formulasAsText) {
         const auto& columns = grid.columns();
-        for (std::size_t i = 0; i + 1 < columns.size(); ++i)
-            if (i == 0 || columns[i].visible)
+        for (std::size_t i = 0; i < columns.size(); ++i)
+            if (columns[i].saved && (i == 0 || columns[i].visible))
                 fields_.push_back({i, grid.cell(columns[i].key), ColumnText(grid, i, numbers)});
     }
 
@@ -63,7 +63,7 @@ class Fields {
         if (field.cell == kNoCell) return written(grid_.text(row));
         if (grid_.cells().isText(field.cell)) return written(grid_.cellText(row, field.cell));
         if (grid_.cells().isDate(field.cell)) return std::string(trimBlanks(field.shown.of(row)));
-        const double number = grid_.number(row, field.cell);
+        const double number = field.shown.number(row);
         return std::isnan(number) ? "" : replaceAll(SimpleValue(number).text(), ".", numbers_.decimal);
     }
 

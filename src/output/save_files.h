@@ -2,7 +2,7 @@
 //
 // TXT has no header and no quotes; CSV has both, with all fields in double quotes and no escape for a double
 // quote in a name. The user chooses the format, whatever the file's name. Numbers are written as the cells
-// hold them, dates as the list shows them. The first column is always written, the last one never. An office
+// hold them, dates as the list shows them. The first column is always written. An office
 // program takes a CSV text that begins with =, +, -, @, a tab or CR for a formula, quoted or not, and anybody
 // can give a file such a name: if asked to, the form puts a ' in front of such texts. The older file stays
 // until the new one is complete. For the thread of the logic.

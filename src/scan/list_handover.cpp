@@ -2,44 +2,32 @@
 
 #include <algorithm>
 
-#include "base/size_text.h"
-#include "base/text.h"
 #include "scan/records.h"
 
 namespace hl {
 
 namespace {
 
-// Fills everything but the links and the id, which is alike in both lists.
-void fillRow(Grid& list, Row row, const FoundFile& file, const std::string& type) {
-    list.setCellText(row, kFilePath, file.folder);
-    list.setNumber(row, kFileSize, static_cast<double>(file.entry.size));
-    list.setNumber(row, kFileDate, static_cast<double>(file.times.written));
-    list.setNumber(row, kFileDateCreated, static_cast<double>(file.times.created));
-    list.setNumber(row, kFileDateAccessed, static_cast<double>(file.times.accessed));
-    if (!type.empty()) list.setCellText(row, kFileType, type);
-    list.setCellText(row, kFileExt, upperCase(xGetExtension(file.name)));
-    list.setCellText(row, kFileAttr, xFormatFileAttribute(file.entry.attributes, false, ""));
-}
-
 // The type is asked for before the row is added, because messages may run meanwhile.
-std::string typeOf(ScanContext& scan, const FoundFile& file) {
-    return scan.host.typeName(std::string(file.folder).append(file.name));
+Row addRow(ScanContext& scan, const ListTable& table, Grid& list, FoundFile file) {
+    const std::string type = scan.host.typeName(std::string(file.folder).append(file.name));
+    file.type = type;
+    const Row row = list.addRow(kNoRow, file.name);
+    fillRow(table, list, row, file);
+    return row;
 }
 
 void offerToTopList(ScanContext& scan, const FoundFile& file) {
     ScanState& state = scan.state;
     const SizeValue size = SizeValue::fromBytes(file.entry.size);
     if (state.TopCount >= state.TopMaxCount && size <= state.TopSmallest) return;
-    const std::string type = typeOf(scan, file);
-    const Row row = scan.lvwTOP.addRow(kNoRow, file.name);
+    addRow(scan, kTopTable, scan.lvwTOP, file);
     state.TopCount = addCount(state.TopCount, 1);
     if (size > state.TopLargest) {
         state.TopLargest = size;
     } else if (size < state.TopSmallest) {
         state.TopSmallest = size;
     }
-    fillRow(scan.lvwTOP, row, file, type);
     if (state.TopCount - kTopTrimSlack <= state.TopMaxCount) return;
     trimTopList(scan);
     // A list whose wanted length is 0 has no last row: then only a file larger than all before is still
@@ -54,21 +42,11 @@ void offerToTopList(ScanContext& scan, const FoundFile& file) {
 
 }  // namespace
 
-std::string fileId(std::uint64_t inode) {
-    const auto low = static_cast<std::int32_t>(inode & 0xFFFFFFFF);
-    const auto high = static_cast<std::int32_t>(inode >> 32);
-    return std::to_string(low) + "-" + std::to_string(high);
-}
-
 void handOverFile(ScanContext& scan, const FoundFile& file) {
     if (scan.options.CreateListTOP == 1) offerToTopList(scan, file);
     if (scan.options.CreateListHardlink != 1 || file.links <= 0) return;
-    const std::string type = typeOf(scan, file);
-    const Row row = scan.lvwHardlinks.addRow(kNoRow, file.name);
-    scan.lvwHardlinks.setNumber(row, kFileLinks, file.links);
-    scan.lvwHardlinks.setCellText(row, kFileId, fileId(file.entry.inode));
+    const Row row = addRow(scan, kHardlinksTable, scan.lvwHardlinks, file);
     scan.lvwHardlinks.setNumber(row, kFileDevice, static_cast<std::int32_t>(file.entry.device));
-    fillRow(scan.lvwHardlinks, row, file, type);
 }
 
 void handOverJunction(ScanContext& scan, std::string_view path, std::string_view target, std::uint32_t tag) {

@@ -3,10 +3,9 @@
 #pragma once
 
 #include <cstdint>
-#include <string>
 #include <string_view>
 
-#include "platform/folder_reader.h"
+#include "scan/file_columns.h"
 #include "scan/scan_context.h"
 
 namespace hl {
@@ -14,20 +13,8 @@ namespace hl {
 /// The list of the largest files may overrun the wanted length by this many rows before it is first cut.
 inline constexpr std::int32_t kTopTrimSlack = 100;
 
-/// Returns "low word - high word" of an inode, both as signed decimals.
-std::string fileId(std::uint64_t inode);
-
-/// A file as the walk hands it over.
-struct FoundFile {
-    const Entry& entry;
-    const EntryTimes& times;
-    std::string_view name;
-    std::string_view folder;  ///< With a trailing separator.
-    std::int32_t links;       ///< 0 for a file with one name.
-};
-
-/// Adds the file to the largest files and to the hardlinks, if they are collected and it qualifies. A list of
-/// the largest files whose wanted length is 0 is empty when the scan is done.
+/// Adds the file to the largest files and to the hardlinks, if they are collected and it qualifies; its type
+/// is looked up here. A list of the largest files whose wanted length is 0 is empty when the scan is done.
 void handOverFile(ScanContext& scan, const FoundFile& file);
 /// Adds a row. `path` has no trailing separator. REQUIRES: junctions are collected.
 void handOverJunction(ScanContext& scan, std::string_view path, std::string_view target, std::uint32_t tag);

@@ -1,5 +1,5 @@
-// The cells of the rows that a scan makes. A cell's id is its place in the table, so that the walk needs no
-// search.
+// The cells of the rows that a scan makes for folders and for links; file_columns.h has those of files. A
+// cell's id is its place in the table, so that the walk needs no search.
 #pragma once
 
 #include "grid/cell_table.h"
@@ -30,29 +30,6 @@ inline constexpr CellSpec kFolderCells[] = {
 // A row takes 49 bytes, its name and one byte more. That is what a million folders cost.
 inline constexpr std::size_t kFolderRowBytes = Grid::kRowBytes + cellBytes(kFolderCells);
 static_assert(kFolderRowBytes == 49);
-
-/// A row of the largest files or of the hardlinks; only the latter fill links, id and device.
-enum FileCell : CellId {
-    kFilePath,
-    kFileSize,
-    kFileDate,
-    kFileDateCreated,
-    kFileDateAccessed,
-    kFileType,
-    kFileExt,
-    kFileAttr,
-    kFileLinks,
-    kFileId,
-    kFileDevice,
-};
-inline constexpr CellSpec kFileCells[] = {
-    {"path", CellType::kText},  // The folder of the file, with a trailing separator.
-    {"size", CellType::kSize},    {"date", CellType::kDate},   {"dateE", CellType::kDate},
-    {"dateZ", CellType::kDate},   {"type", CellType::kText},   {"ext", CellType::kText},
-    {"attr", CellType::kText},    {"links", CellType::kCount}, {"id", CellType::kText},
-    {"device", CellType::kCount},  // Shown in no column; the same id means the same file only on the same
-                                   // device.
-};
 
 /// A row of the junctions and links; its text is the full path of the folder.
 enum JunctionCell : CellId { kJunctionTarget, kJunctionType };

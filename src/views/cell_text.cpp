@@ -31,33 +31,33 @@ ColumnText::ColumnText(const Grid& grid, std::size_t column, const NumberFormat&
       column_(grid.columns().at(column)),
       numbers_(numbers),
       cell_(grid.cell(column_.key)),
-      mask_(parseMask(column_.mask)) {
-    // For example "sizeK" is "size" in kilobytes, and "FsizeM" is "Fsize" in megabytes.
-    constexpr std::string_view kLetters = "KMG";
-    const std::string_view key = column_.key;
-    const std::size_t unit = key.empty() ? std::string_view::npos : kLetters.find(key.back());
-    if (unit == std::string_view::npos) return;
-    mode_ = kModeKilobytes + static_cast<int>(unit);
-    bytes_ = grid.cell(key.substr(0, key.size() - 1));
-}
+      mask_(parseMask(column_.mask)) {}
 
 std::string ColumnText::of(Row row) const {
     if (column_.key.empty()) return visible(grid_.text(row));
     if (cell_ == kNoCell) return {};
     if (grid_.cells().isText(cell_)) return visible(grid_.cellText(row, cell_));
     if (showsBelowLastDigit(row)) return belowLastDigit(mask_->number.decimals, numbers_) + mask_->suffix;
-    const double value = grid_.number(row, cell_);
+    const double value = number(row);
     if (grid_.cells().isDate(cell_) && mask_) {
         return value == 0 ? std::string() : maskedDate(*mask_, localTime(static_cast<std::int64_t>(value)));
     }
     return ofNumber(value);
 }
 
+double ColumnText::number(Row row) const {
+    const double value = grid_.number(row, cell_);
+    if (column_.unit == kModeBytes) return value;
+    const double inUnit = value / static_cast<double>(divisorOf(column_.unit));
+    return column_.roundsUnit ? roundToHundredths(inUnit) : inUnit;
+}
+
 bool ColumnText::showsBelowLastDigit(Row row) const {
-    if (bytes_ == kNoCell || !mask_) return false;
-    const double bytes = grid_.number(row, bytes_);
-    return bytes > 0 && isBelowLastDigit(mode_, SizeValue::fromBytes(static_cast<std::uint64_t>(bytes)),
-                                         mask_->number.decimals);
+    if (column_.unit == kModeBytes || !mask_) return false;
+    const double bytes = grid_.number(row, cell_);
+    return bytes > 0 &&
+           isBelowLastDigit(column_.unit, SizeValue::fromBytes(static_cast<std::uint64_t>(bytes)),
+                            mask_->number.decimals);
 }
 
 std::string ColumnText::ofNumber(double value) const {

@@ -25,6 +25,8 @@ class ColumnText {
     /// Returns an empty text for a cell that the grid does not have. Control characters in a text are made
     /// visible.
     std::string of(Row row) const;
+    /// Returns the cell as a number, a size in the column's unit. REQUIRES: the grid has the cell.
+    double number(Row row) const;
 
   private:
     bool showsBelowLastDigit(Row row) const;
@@ -35,9 +37,6 @@ class ColumnText {
     const NumberFormat& numbers_;
     CellId cell_;
     std::optional<Mask> mask_;
-    // For a size in a unit: the unit, and the cell of the bytes. For any other column: 0 and kNoCell.
-    int mode_ = 0;
-    CellId bytes_ = kNoCell;
 };
 
 }  // namespace hl

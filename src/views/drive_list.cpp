@@ -1,7 +1,6 @@
 #include "views/drive_list.h"
 
 #include <algorithm>
-#include <array>
 #include <cerrno>
 #include <cmath>
 #include <optional>
@@ -17,7 +16,7 @@
 #include "robustness/api_error_text.h"
 #include "robustness/trap.h"
 #include "scan/scan_host.h"
-#include "views/column_masks.h"
+#include "views/list_columns.h"
 
 namespace hl {
 
@@ -26,43 +25,6 @@ namespace {
 constexpr const char* kModule = "frmMain";
 constexpr std::size_t kLongestLabel = 13;  // Characters.
 constexpr int kSizeColumnMargin = 32;
-constexpr std::uint32_t kFreeColor = 0x5B963C;
-constexpr std::uint32_t kUsedColor = 0x0000FF;
-// A full drive shows 0 % free and a bar. A drive that does not answer has NaN for its percents and shows no
-// bar.
-constexpr std::string_view kBarMask = "*##0*%;";
-
-struct SizeColumn {
-    DriveListColumn column;
-    std::string_view key;
-};
-constexpr SizeColumn kSizeColumns[] = {
-    {kDriveListTotal, "Gsize"}, {kDriveListFree, "Fsize"}, {kDriveListUsed, "Bsize"}};
-
-GridColumn textColumn(std::string title, std::string_view key) {
-    return {.title = std::move(title), .key = std::string(key), .mask = {}};
-}
-
-GridColumn sizeColumn(std::string title, std::string_view key) {
-    GridColumn column = textColumn(std::move(title), key);
-    column.mask = kSizeMask;
-    column.alignment = Alignment::kRight;
-    return column;
-}
-
-GridColumn barColumn(std::string title, std::string_view key, std::uint32_t color) {
-    GridColumn column = sizeColumn(std::move(title), key);
-    column.mask = kBarMask;
-    column.barColor = color;
-    return column;
-}
-
-// Sets the cells of one size; those for bytes, K, M and G follow one another from `cell` on.
-void setSizes(Grid& grid, Row row, DriveCell cell, double bytes) {
-    grid.setNumber(row, cell, bytes);
-    for (const int mode : {kModeKilobytes, kModeMegabytes, kModeGigabytes})
-        grid.setNumber(row, static_cast<CellId>(cell + mode), bytes / static_cast<double>(divisorOf(mode)));
-}
 
 bool isSeparator(char c) {
     return c == '/' || c == '\\';
@@ -91,23 +53,6 @@ bool leadsTo(const std::string& root, const std::string& path, const PathRules& 
 }
 
 }  // namespace
-
-void Init_DiskInfo(Grid& grid, const Texts& texts) {
-    const NoRedraw off(grid);
-    grid.clear();
-    grid.setColumns({
-        textColumn(texts.TL(9400, "Laufwerk"), ""),
-        sizeColumn(texts.TL(9401, "Gesamt"), "Gsize"),
-        sizeColumn(texts.TL(9402, "Frei"), "Fsize"),
-        barColumn(texts.TL(9402, "Frei"), "FsizeP", kFreeColor),
-        sizeColumn(texts.TL(9403, "Belegt"), "Bsize"),
-        barColumn(texts.TL(9403, "Belegt"), "BsizeP", kUsedColor),
-        textColumn(texts.TL(9100, "Name"), "label"),
-        textColumn(texts.TL(9404, "Dateisystem"), "filesystem"),
-        textColumn(texts.TL(9104, "Typ"), "type"),
-        textColumn(texts.TL(9405, "Cluster"), "cluster"),
-    });
-}
 
 // --- what is known of a drive
 
@@ -269,9 +214,9 @@ void DriveList::Drives_AddSizeValues(Row row, const DriveSpace& space) {
     const auto total = static_cast<double>(space.total);
     const double free = space.total == 0 ? 0 : static_cast<double>(space.free);
     const double used = std::max(0.0, total - free - static_cast<double>(space.reserved));
-    setSizes(grid, row, kBsize, used);
-    setSizes(grid, row, kFsize, free);
-    setSizes(grid, row, kGsize, total);
+    grid.setNumber(row, kBsize, used);
+    grid.setNumber(row, kFsize, free);
+    grid.setNumber(row, kGsize, total);
     // With a total of 0 both are NaN, and no bar is drawn.
     grid.setNumber(row, kFsizeP, std::nearbyint(free * 100 / total));
     grid.setNumber(row, kBsizeP, std::nearbyint(used * 100 / total));
@@ -356,23 +301,13 @@ void DriveList::Drives_ScanDrives(bool selectedOnly) {
 
 void DriveList::Drives_ChangeSizeFormat() {
     guarded(services_.diagnostics, "Drives_ChangeSizeFormat", kModule, [&] {
-        constexpr std::array<std::string_view, 4> kSuffixes = {"", "K", "M", "G"};
-        constexpr std::array<std::string_view, 4> kUnits = {"", " KB", " MB", " GB"};
         Grid& grid = services_.lvwDiskinfo;
-        const std::size_t mode = services_.options.FileSizeFormatDrive;
-        const Flag decimals = services_.options.SizeFormatNachkommastellenDrive;
-        const bool known = mode < kSuffixes.size();
         grid.setEnabled(false);
         const ScopeExit usable([&grid] { grid.setEnabled(true); });
         const NoRedraw off(grid);
-        for (const SizeColumn& size : kSizeColumns) {
-            GridColumn& column = grid.changeColumn(size.column);
-            const std::string_view picture =
-                decimals != 0 && mode != kModeBytes ? "*###,###,##0.00*" : "*###,###,##0*";
-            column.mask = std::string(picture).append(known ? kUnits[mode] : "").append(";;;");
-            if (known) column.key = std::string(size.key).append(kSuffixes[mode]);
-        }
-        for (const SizeColumn& size : kSizeColumns) pane().autosizeColumn(size.column, kSizeColumnMargin);
+        showSizes(grid, kDrivesTable, services_.options, services_.texts);
+        for (const DriveListColumn column : {kDriveListTotal, kDriveListFree, kDriveListUsed})
+            pane().autosizeColumn(column, kSizeColumnMargin);
     });
 }
 

@@ -25,6 +25,7 @@
 #include "platform/system_facts.h"
 #include "platform/window.h"
 #include "robustness/debug.h"
+#include "scan/list_column.h"
 #include "scan/scan_state.h"
 
 namespace hl {
@@ -32,18 +33,9 @@ namespace hl {
 /// A row of the drive list. Its text is where the drive is mounted, or a UNC text with a separator at its
 /// end. For a drive that has not answered, all sizes are 0 and the percents are NaN.
 enum DriveCell : CellId {
-    kGsize,  ///< The total, in bytes and in larger units, not rounded.
-    kGsizeK,
-    kGsizeM,
-    kGsizeG,
-    kFsize,  ///< The free space.
-    kFsizeK,
-    kFsizeM,
-    kFsizeG,
-    kBsize,  ///< The used space: what is not free.
-    kBsizeK,
-    kBsizeM,
-    kBsizeG,
+    kGsize,   ///< The total.
+    kFsize,   ///< The free space.
+    kBsize,   ///< The used space: what is not free.
     kFsizeP,  ///< The percents are whole and of the total.
     kBsizeP,
     kDriveLabel,
@@ -52,10 +44,7 @@ enum DriveCell : CellId {
     kDriveCluster,
 };
 inline constexpr CellSpec kDriveCells[] = {
-    {"Gsize", CellType::kSize},      {"GsizeK", CellType::kReal}, {"GsizeM", CellType::kReal},
-    {"GsizeG", CellType::kReal},     {"Fsize", CellType::kSize},  {"FsizeK", CellType::kReal},
-    {"FsizeM", CellType::kReal},     {"FsizeG", CellType::kReal}, {"Bsize", CellType::kSize},
-    {"BsizeK", CellType::kReal},     {"BsizeM", CellType::kReal}, {"BsizeG", CellType::kReal},
+    {"Gsize", CellType::kSize},      {"Fsize", CellType::kSize},  {"Bsize", CellType::kSize},
     {"FsizeP", CellType::kReal},     {"BsizeP", CellType::kReal}, {"label", CellType::kText},
     {"filesystem", CellType::kText}, {"type", CellType::kText},   {"cluster", CellType::kText},
 };
@@ -73,9 +62,20 @@ enum DriveListColumn : std::size_t {
     kDriveListType,
     kDriveListCluster,
 };
-
-/// Empties the grid and gives it its columns, with sizes in bytes until Drives_ChangeSizeFormat is called.
-void Init_DiskInfo(Grid& grid, const Texts& texts);
+inline constexpr ListColumn kDrivesColumns[] = {
+    {.title = TL(9400, "Laufwerk")},
+    {.cell = kGsize, .kind = ColumnKind::kSizeWithUnit, .title = TL(9401, "Gesamt")},
+    {.cell = kFsize, .kind = ColumnKind::kSizeWithUnit, .title = TL(9402, "Frei")},
+    {.cell = kFsizeP, .kind = ColumnKind::kBar, .title = TL(9402, "Frei"), .barColor = 0x5B963C},
+    {.cell = kBsize, .kind = ColumnKind::kSizeWithUnit, .title = TL(9403, "Belegt")},
+    {.cell = kBsizeP, .kind = ColumnKind::kBar, .title = TL(9403, "Belegt"), .barColor = 0x0000FF},
+    {.cell = kDriveLabel, .title = TL(9100, "Name")},
+    {.cell = kDriveFileSystem, .title = TL(9404, "Dateisystem")},
+    {.cell = kDriveType, .title = TL(9104, "Typ")},
+    {.cell = kDriveCluster, .title = TL(9405, "Cluster")}};
+inline constexpr ListTable kDrivesTable = {kDriveCells, kDrivesColumns, kNoCell,
+                                           &Options::FileSizeFormatDrive,
+                                           &Options::SizeFormatNachkommastellenDrive};
 
 std::string xGetDriveTypeString(DriveType type, const Texts& texts);
 /// Returns a drive's label, or "(no label)". It is empty and `errorText` is set if the labels cannot be read

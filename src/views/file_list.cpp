@@ -1,10 +1,8 @@
 #include "views/file_list.h"
 
 #include "base/scope_exit.h"
-#include "base/size_text.h"
-#include "base/text.h"
 #include "robustness/trap.h"
-#include "scan/records.h"
+#include "scan/file_columns.h"
 #include "scan/yield.h"
 
 namespace hl {
@@ -12,19 +10,14 @@ namespace hl {
 namespace {
 
 void addFileRow(Grid& list, const Listing& listing, std::size_t index, const std::string& type) {
+    static constexpr EntryTimes kNoTimes;
     const Entry& entry = listing.entries[index];
-    const std::string_view name = listing.name(entry);
-    const Row row = list.addRow(kNoRow, name);
-    list.setNumber(row, kFileSize, static_cast<double>(entry.size));
-    if (listing.times != nullptr) {
-        const EntryTimes& times = listing.times[index];
-        list.setNumber(row, kFileDate, static_cast<double>(times.written));
-        list.setNumber(row, kFileDateCreated, static_cast<double>(times.created));
-        list.setNumber(row, kFileDateAccessed, static_cast<double>(times.accessed));
-    }
-    if (!type.empty()) list.setCellText(row, kFileType, type);
-    list.setCellText(row, kFileExt, upperCase(xGetExtension(name)));
-    list.setCellText(row, kFileAttr, xFormatFileAttribute(entry.attributes, false, ""));
+    const FoundFile file = {.entry = entry,
+                            .times = listing.times == nullptr ? kNoTimes : listing.times[index],
+                            .name = listing.name(entry),
+                            .folder = {},
+                            .type = type};
+    fillRow(kFilesTable, list, list.addRow(kNoRow, file.name), file);
 }
 
 /// One filling of the list; messages run while it reads or waits. Esc and Stop end it, and so does a later

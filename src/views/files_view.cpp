@@ -3,7 +3,6 @@
 #include "base/scope_exit.h"
 #include "scan/driver.h"
 #include "views/file_list.h"
-#include "views/list_columns.h"
 #include "views/size_display.h"
 
 namespace hl {
@@ -17,9 +16,7 @@ const ListTraits kTraits = {
     .mouseUp = "lvwFiles_MouseUp",
     .fileStat = "List_Files_ShowFileStat",
     .searchText = Command::kFilesSearchText,
-    .sizeColumn = kFileListSize,
-    .sizeMode = &Options::FileSizeFormatFiles,
-    .setSizeFormat = List_Files_Set_SizeFormat,
+    .table = kFilesTable,
     .showIcons = &Options::ShowIcons,
     .iconsDuringScan = true,
     .hitLoadsIcons = true,

@@ -5,8 +5,6 @@
 
 #include "grid/no_redraw.h"
 #include "scan/list_handover.h"
-#include "views/list_columns.h"
-#include "views/size_display.h"
 
 namespace hl {
 
@@ -19,9 +17,7 @@ const ListTraits kTraits = {
     .mouseUp = "lvwHardlinks_MouseUp",
     .fileStat = "List_Hardlinks_ShowFileStat",
     .searchText = Command::kHardlinksSearchText,
-    .sizeColumn = kHardlinksSize,
-    .sizeMode = &Options::FileSizeFormatHardlinks,
-    .setSizeFormat = List_Hardlinks_Set_SizeFormat,
+    .table = kHardlinksTable,
     .showIcons = &Options::ShowIconsHardlinks,
     .searched = kFilePath,
 };

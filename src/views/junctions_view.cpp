@@ -13,6 +13,7 @@ const ListTraits kTraits = {
     .mouseUp = "lvwjunctions_MouseUp",
     .fileStat = "List_Hardlinks_ShowFileStat",
     .searchText = Command::kJunctionsSearchText,
+    .table = kJunctionsTable,
     .hasFiles = false,
     .searched = kJunctionTarget,
 };
@@ -43,7 +44,7 @@ std::string JunctionsView::targetOf(Row row) const {
 }
 
 void JunctionsView::beforeMenu(Point at) {
-    menuForTargets_ = pane_.columnAt(at) == kJunctionListTarget;
+    menuForTargets_ = pane_.columnAt(at) == kJunctionsTable.columnOf(kJunctionTarget);
 }
 
 std::string JunctionsView::total() const {

@@ -1,105 +1,121 @@
 #include "views/list_columns.h"
 
-#include <span>
+#include <algorithm>
 
+#include "app/option_table.h"
 #include "grid/no_redraw.h"
+#include "scan/file_columns.h"
 #include "views/column_masks.h"
 
 namespace hl {
 
 namespace {
 
-GridColumn column(std::string title, std::string_view key) {
-    return {.title = std::move(title), .key = std::string(key), .mask = {}};
+using enum ColumnKind;
+
+// A column without a key in the table of options would never show.
+template <std::size_t N>
+constexpr bool areKept(const std::array<ListColumn, N>& columns) {
+    return std::ranges::any_of(kOptionTable, [&](const OptionKey& key) {
+        const auto* const flags = std::get_if<ColumnFlags Options::*>(&key.field);
+        return flags != nullptr && *flags == columns.back().shown.columns && key.columns == N - 1;
+    });
+}
+static_assert(areKept(kFilesColumns) && areKept(kTopColumns) && areKept(kHardlinksColumns),
+              "option_table.h must have the number of a list's columns but the first");
+
+/// How sizes are shown. Only modes from 0 to 3 are known.
+struct SizeStyle {
+    int mode = kModeBytes;
+    bool decimals = false;
+};
+
+std::string unitText(int mode, const Texts& texts) {
+    switch (mode) {
+        case kModeBytes:
+            return texts.TL(3515, "Bytes");
+        case kModeKilobytes:
+            return texts.TL(3516, "KB");
+        case kModeMegabytes:
+            return texts.TL(3517, "MB");
+        case kModeGigabytes:
+            return texts.TL(3518, "GB");
+        default:
+            return {};
+    }
 }
 
-GridColumn sizeColumn(const Texts& texts) {
-    GridColumn size = column(texts.TL(3519, "Größe (%1)", {texts.TL(3515, "Bytes")}), "size");
-    size.mask = kSizeMask;
-    size.alignment = Alignment::kRight;
-    return size;
+// Sets what the unit and the decimals decide.
+void styleSizes(GridColumn& shown, const ListColumn& column, const SizeStyle& style, const Texts& texts) {
+    if (column.kind == kPercent) shown.mask = style.decimals ? kPercentMaskDecimals : kPercentMask;
+    if (column.kind != kSize && column.kind != kSizeWithUnit) return;
+    const bool known = style.mode >= kModeBytes && style.mode <= kModeGigabytes;
+    if (known) shown.unit = static_cast<SizeMode>(style.mode);
+    const bool behind = column.kind == kSizeWithUnit && known && style.mode != kModeBytes;
+    shown.mask = sizeMask(style.decimals && style.mode != kModeBytes, behind ? unitOf(style.mode) : "");
+    if (column.kind == kSize)
+        shown.title = texts.TL(column.title.id, column.title.german, {unitText(style.mode, texts)});
 }
 
-// Appends the columns that follow the size in both lists of files, except for the path.
-void appendFileColumns(std::vector<GridColumn>& columns, const Texts& texts) {
-    columns.push_back(column(texts.TL(9103, "Endung"), "ext"));
-    columns.push_back(column(texts.TL(9104, "Typ"), "type"));
-    columns.push_back(column(texts.TL(9105, "Attribute"), "attr"));
-    columns.push_back(column(texts.TL(9106, "Änderungsdatum"), "date"));
-    columns.push_back(column(texts.TL(9107, "Erstellungsdatum"), "dateE"));
-    columns.push_back(column(texts.TL(9108, "Zugriffsdatum"), "dateZ"));
+std::string maskOf(const ListColumn& column, const Options& options, const Texts& texts) {
+    switch (column.kind) {
+        case kCount:
+            return std::string(kCountMask);
+        case kDate:
+            return dateMask(options.DateFormat);
+        case kBar:
+            return std::string(kBarMask);
+        case kWords: {
+            std::string mask;
+            for (const RowText& word : column.words) mask += texts.TL(word.id, word.german) + ";";
+            return mask;
+        }
+        default:
+            return {};
+    }
 }
 
-void setDateMasks(Grid& grid, const Options& options, std::initializer_list<std::size_t> columns) {
-    if (grid.columns().empty()) return;
-    for (const std::size_t index : columns) grid.changeColumn(index).mask = dateMask(options.DateFormat);
+bool isNumber(ColumnKind kind) {
+    return kind == kSize || kind == kSizeWithUnit || kind == kPercent || kind == kCount || kind == kBar;
 }
 
-void hideColumns(std::vector<GridColumn>& columns, std::span<const Flag> shown) {
-    for (std::size_t i = 0; i < shown.size(); ++i) columns[i + 1].visible = shown[i] != 0;
-}
-
-void build(Grid& grid, std::vector<GridColumn> columns, std::string_view sortKey) {
-    grid.clear();
-    grid.setColumns(std::move(columns));
-    grid.levelSort(0) = {.key = std::string(sortKey), .numbers = true, .descending = true};
+GridColumn columnOf(const ListTable& table, const ListColumn& column, const Options& options,
+                    const Texts& texts) {
+    GridColumn shown = {.title = texts.TL(column.title.id, column.title.german),
+                        .key = std::string(table.keyOf(column.cell)),
+                        .mask = maskOf(column, options, texts),
+                        .alignment = isNumber(column.kind) ? Alignment::kRight : Alignment::kLeft,
+                        .visible = column.command == Command::kNone || column.shown(options) != 0,
+                        .roundsUnit = column.kind != kSizeWithUnit,
+                        .saved = column.saved};
+    if (column.kind == kBar) shown.barColor = column.barColor;
+    styleSizes(shown, column, {}, texts);
+    return shown;
 }
 
 }  // namespace
 
-void Init_FileList(Grid& grid, const Options& options, const Texts& texts) {
-    std::vector<GridColumn> columns = {column(texts.TL(9102, "Dateiname"), ""), sizeColumn(texts)};
-    appendFileColumns(columns, texts);
-    hideColumns(columns, options.FileColumn);
+void Init_List(Grid& grid, const ListTable& table, const Options& options, const Texts& texts) {
     const NoRedraw off(grid);
-    build(grid, std::move(columns), "size");
-    Init_FileList_DateFormat(grid, options);
+    grid.clear();
+    std::vector<GridColumn> columns;
+    for (const ListColumn& column : table.columns) columns.push_back(columnOf(table, column, options, texts));
+    grid.setColumns(std::move(columns));
+    grid.levelSort(0) = {
+        .key = std::string(table.keyOf(table.sortedBy)), .numbers = true, .descending = true};
 }
 
-void Init_TopList(Grid& grid, const Options& options, const Texts& texts) {
-    std::vector<GridColumn> columns = {column(texts.TL(9102, "Dateiname"), ""), sizeColumn(texts),
-                                       column(texts.TL(3626, "Pfad"), "path")};
-    appendFileColumns(columns, texts);
-    hideColumns(columns, options.TopColumn);
+void setDateFormat(Grid& grid, const ListTable& table, const Options& options) {
+    if (grid.columns().empty()) return;
+    for (std::size_t i = 0; i < table.columns.size(); ++i)
+        if (table.columns[i].kind == kDate) grid.changeColumn(i).mask = dateMask(options.DateFormat);
+}
+
+void showSizes(Grid& grid, const ListTable& table, const Options& options, const Texts& texts) {
+    const SizeStyle style = {options.*table.sizeMode, options.*table.decimals != 0};
     const NoRedraw off(grid);
-    build(grid, std::move(columns), "size");
-    Init_TopList_DateFormat(grid, options);
-}
-
-void Init_HardlinksList(Grid& grid, const Options& options, const Texts& texts) {
-    std::vector<GridColumn> columns = {column(texts.TL(9102, "Dateiname"), ""),
-                                       column(texts.TL(9109, "ID"), "id"),
-                                       column(texts.TL(3740, "Hardlinks"), "links"),
-                                       column(texts.TL(3626, "Pfad"), "path"), sizeColumn(texts)};
-    appendFileColumns(columns, texts);
-    hideColumns(columns, options.HardlinkColumn);
-    const NoRedraw off(grid);
-    build(grid, std::move(columns), "size");
-    Init_HardlinksList_DateFormat(grid, options);
-}
-
-void Init_JunctionList(Grid& grid, const Texts& texts) {
-    std::vector<GridColumn> columns = {column(texts.TL(9111, "Junction"), ""),
-                                       column(texts.TL(9112, "Zielordner"), "target"),
-                                       column(texts.TL(9104, "Typ"), "type")};
-    // These are the texts for a positive number, a negative one and 0.
-    columns[kJunctionListType].mask = texts.TL(9113, "Abzweigungspunkt") + ";" +
-                                      texts.TL(9114, "Verknüpfung") + ";" +
-                                      texts.TL(9115, "Symbolischer Link") + ";";
-    const NoRedraw off(grid);
-    build(grid, std::move(columns), "");
-}
-
-void Init_FileList_DateFormat(Grid& grid, const Options& options) {
-    setDateMasks(grid, options, {kFileListDate, kFileListDateCreated, kFileListDateAccessed});
-}
-
-void Init_TopList_DateFormat(Grid& grid, const Options& options) {
-    setDateMasks(grid, options, {kTopDate, kTopDateCreated, kTopDateAccessed});
-}
-
-void Init_HardlinksList_DateFormat(Grid& grid, const Options& options) {
-    setDateMasks(grid, options, {kHardlinksDate, kHardlinksDateCreated, kHardlinksDateAccessed});
+    for (std::size_t i = 0; i < table.columns.size(); ++i)
+        styleSizes(grid.changeColumn(i), table.columns[i], style, texts);
 }
 
 }  // namespace hl

@@ -1,65 +1,37 @@
-// The columns of the four lists (files of a folder, largest files, hardlinks, junctions), and how their rows
-// are sorted. For the thread of the logic.
+// Gives a grid the columns of its table (scan/list_column.h), and changes them when options change. The table
+// of the junctions is here. For the thread of the logic.
 #pragma once
 
 #include "app/options.h"
 #include "app/texts.h"
 #include "grid/grid.h"
+#include "scan/list_column.h"
+#include "scan/records.h"
 
 namespace hl {
 
-enum FileListColumn : std::size_t {
-    kFileListName,
-    kFileListSize,
-    kFileListExt,
-    kFileListType,
-    kFileListAttr,
-    kFileListDate,
-    kFileListDateCreated,
-    kFileListDateAccessed,
-};
-
-enum TopListColumn : std::size_t {
-    kTopName,
-    kTopSize,
-    kTopPath,
-    kTopExt,
-    kTopType,
-    kTopAttr,
-    kTopDate,
-    kTopDateCreated,
-    kTopDateAccessed,
-};
-
-enum HardlinksListColumn : std::size_t {
-    kHardlinksName,
-    kHardlinksId,
-    kHardlinksLinks,
-    kHardlinksPath,
-    kHardlinksSize,
-    kHardlinksExt,
-    kHardlinksType,
-    kHardlinksAttr,
-    kHardlinksDate,
-    kHardlinksDateCreated,
-    kHardlinksDateAccessed,
-};
-
-enum JunctionListColumn : std::size_t { kJunctionListPath, kJunctionListTarget, kJunctionListType };
-
-/// Each empties the grid and gives it its columns, with sizes in bytes. Files are sorted by size, the largest
-/// first; in that order the list of the largest files is cut. Flag n of the options shows or hides column n +
-/// 1.
-void Init_FileList(Grid& grid, const Options& options, const Texts& texts);
-void Init_TopList(Grid& grid, const Options& options, const Texts& texts);
-void Init_HardlinksList(Grid& grid, const Options& options, const Texts& texts);
+inline constexpr RowText kJunctionWords[] = {TL(9113, "Abzweigungspunkt"), TL(9114, "Verknüpfung"),
+                                             TL(9115, "Symbolischer Link")};
+inline constexpr ListColumn kJunctionsColumns[] = {{.title = TL(9111, "Junction")},
+                                                   {.cell = kJunctionTarget, .title = TL(9112, "Zielordner")},
+                                                   {.cell = kJunctionType,
+                                                    .kind = ColumnKind::kWords,
+                                                    .title = TL(9104, "Typ"),
+                                                    .saved = false,
+                                                    .words = kJunctionWords}};
 /// The rows are sorted downwards by the number at the front of the text. Paths have none, so the bytes of the
 /// paths decide.
-void Init_JunctionList(Grid& grid, const Texts& texts);
+inline constexpr ListTable kJunctionsTable = {kJunctionCells, kJunctionsColumns};
 
-/// These give the date columns the format of the options. Nothing happens if the list has no columns yet.
-void Init_FileList_DateFormat(Grid& grid, const Options& options);
-void Init_TopList_DateFormat(Grid& grid, const Options& options);
-void Init_HardlinksList_DateFormat(Grid& grid, const Options& options);
+/// Empties the grid and gives it the columns of the table, with sizes in bytes, and the order of its rows.
+/// The options tell which columns are visible, and how dates are written.
+void Init_List(Grid& grid, const ListTable& table, const Options& options, const Texts& texts);
+
+/// Gives the date columns the format of the options. Nothing happens if the list has no columns yet.
+void setDateFormat(Grid& grid, const ListTable& table, const Options& options);
+
+/// Gives the columns of sizes and shares the unit and the decimals of the options. Bytes never show decimals.
+/// With a mode outside 0 to 3 the unit stays, and none is named. REQUIRES: the grid has the table's columns.
+void showSizes(Grid& grid, const ListTable& table, const Options& options, const Texts& texts);
 
 }  // namespace hl

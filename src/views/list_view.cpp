@@ -4,9 +4,11 @@
 #include <algorithm>
 #include <optional>
 
+#include "base/scope_exit.h"
 #include "base/size_text.h"
 #include "base/text.h"
 #include "grid/no_redraw.h"
+#include "views/list_columns.h"
 #include "views/size_display.h"
 
 namespace hl {
@@ -90,9 +92,7 @@ void ListView::GridColumnTitleClick(std::size_t column) {
     trapped(event("GridColumnTitleClick"), [&] {
         if (ignoresInput() || std::exchange(parts_.ColumnDragGuard, false)) return;
         const BusyPointer busy(parts_.scan.host);
-        // Sizes are sorted by their bytes, whatever the unit they are shown in.
-        const bool sizes = traits_.sizeColumn != 0 && column == traits_.sizeColumn;
-        const std::string key = sizes ? "size" : grid_.columns().at(column).key;
+        const std::string key = grid_.columns().at(column).key;
         const bool text = key.empty() || grid_.cells().isText(grid_.cell(key));
         {
             const NoRedraw off(grid_);
@@ -232,7 +232,7 @@ std::string ListView::selectedFiles() const {
     SizeValue sum;
     for (const Row row : grid_.selectedRows())
         sum += SizeValue::fromBytes(static_cast<std::uint64_t>(grid_.number(row, kFileSize)));
-    const int mode = parts_.options.*traits_.sizeMode;
+    const int mode = parts_.options.*traits_.table.sizeMode;
     return parts_.scan.texts.TL(
         9521, "%1 ausgewählte Datei(en) mit %2",
         {grid_.selectedCount(),
@@ -258,10 +258,14 @@ void ListView::Resize_Columns(bool withRedraw) {
 }
 
 void ListView::Set_SizeFormat() {
-    if (traits_.sizeMode == nullptr) return;
+    if (traits_.table.sizeMode == nullptr) return;
     trapped(routine("Set_SizeFormat"), [&] {
-        traits_.setSizeFormat(grid_, parts_.options, parts_.scan.texts);
-        pane_.autosizeColumn(traits_.sizeColumn, kMargin);
+        {
+            grid_.setEnabled(false);
+            const ScopeExit usable([this] { grid_.setEnabled(true); });
+            showSizes(grid_, traits_.table, parts_.options, parts_.scan.texts);
+        }
+        pane_.autosizeColumn(traits_.table.columnOf(kFileSize), kMargin);
         ShowFileStat();
     });
 }

@@ -18,6 +18,7 @@
 #include "platform/file_types.h"
 #include "platform/window.h"
 #include "robustness/trap.h"
+#include "scan/file_columns.h"
 #include "scan/records.h"
 #include "scan/scan_context.h"
 
@@ -48,9 +49,7 @@ struct ListTraits {
     const char* fileStat;
     Command searchText;  ///< The search box of its bar.
 
-    std::size_t sizeColumn = 0;  ///< 0 means that the list has no sizes; then the next two fields are unused.
-    std::uint8_t Options::*sizeMode = nullptr;
-    void (*setSizeFormat)(Grid&, const Options&, const Texts&) = nullptr;
+    const ListTable& table;  ///< Its columns.
     Flag Options::*showIcons = nullptr;
     bool iconsDuringScan = false;  ///< Icons are also loaded during a run.
 

@@ -4,13 +4,45 @@
 #include "app/options.h"
 #include "app/texts.h"
 #include "grid/grid.h"
+#include "platform/icons.h"
+#include "scan/list_column.h"
+#include "scan/records.h"
 
 namespace hl {
 
 enum ReportColumn : std::size_t { kReportRowName, kReportSize, kReportPercent, kReportFiles, kReportFolders };
+inline constexpr ListColumn kReportColumns[] = {
+    {.title = TL(9100, "Name")},
+    {.cell = kSize, .kind = ColumnKind::kSize, .title = TL(3519, "Größe (%1)")},
+    {.cell = kPercent,
+     .kind = ColumnKind::kPercent,
+     .title = TL(9101, "Prozent"),
+     .button = TL(9101, "Prozent"),
+     .tooltip = TL(9247, "Spalte 'Prozent' anzeigen"),
+     .icon = kIconPercent,
+     .command = Command::kReportPercentColumn,
+     .shown = {&Options::ColPercentVisible}},
+    {.cell = kFiles,
+     .kind = ColumnKind::kCount,
+     .title = TL(3624, "Dateien"),
+     .button = TL(3624, "Dateien"),
+     .tooltip = TL(9248, "Spalte 'Dateianzahl' anzeigen"),
+     .icon = kIconFiles,
+     .command = Command::kReportFilesColumn,
+     .shown = {&Options::ColFileVisible}},
+    {.cell = kFolders,
+     .kind = ColumnKind::kCount,
+     .title = TL(3625, "Ordner"),
+     .button = TL(3625, "Ordner"),
+     .tooltip = TL(9249, "Spalte 'Ordneranzahl' anzeigen"),
+     .icon = kIconFolder,
+     .command = Command::kReportFoldersColumn,
+     .shown = {&Options::ColFolderVisible}}};
+inline constexpr ListTable kReportTable = {kFolderCells, kReportColumns, kSize, &Options::FileSizeFormat,
+                                           &Options::SizeFormatNachkommastellenFolders};
 
-/// Empties the grid and gives it its columns, with sizes in bytes until Report_Set_SizeFormat is called. Each
-/// level is sorted by size, the largest first.
+/// Empties the grid and gives it its columns, with sizes in bytes until showSizes is called. Each level is
+/// sorted by size, the largest first.
 void Init_Tree(Grid& grid, const Options& options, const Texts& texts);
 
 }  // namespace hl

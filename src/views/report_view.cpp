@@ -8,8 +8,8 @@
 #include "scan/driver.h"
 #include "scan/records.h"
 #include "scan/rollup.h"
+#include "views/list_columns.h"
 #include "views/report_columns.h"
-#include "views/size_display.h"
 
 namespace hl {
 
@@ -19,13 +19,6 @@ constexpr const char* kModul = "frmMain";
 constexpr int kSearchBox = idOf(Command::kReportSearchText);
 constexpr int kUsualMargin = 96;
 constexpr int kSizeMargin = 32;
-
-struct SortColumn {
-    const char* key;
-    bool numbers;
-};
-constexpr SortColumn kSortColumns[] = {
-    {"", false}, {"size", true}, {"percent", true}, {"files", true}, {"folders", true}};
 
 }  // namespace
 
@@ -62,10 +55,7 @@ void ReportView::Report_ChangeColVisible(std::size_t column, bool visible) {
 
 void ReportView::Report_Set_SizeFormat() {
     guarded(scan_.diagnostics, "Report_Set_SizeFormat", kModul, [&] {
-        {
-            const NoRedraw off(grid_);
-            hl::Report_Set_SizeFormat(grid_, options_, scan_.texts);
-        }
+        showSizes(grid_, kReportTable, options_, scan_.texts);
         pane_.autosizeColumn(kReportSize, kSizeMargin);
         pane_.autosizeColumn(kReportPercent, kSizeMargin);
     });
@@ -227,11 +217,12 @@ void ReportView::removeAll() {
 void ReportView::GridColumnTitleClick(std::size_t column) {
     guarded(scan_.diagnostics, "tvwPL_GridColumnTitleClick", kModul, [&] {
         if (grid_.rowCount() == 0 || !grid_.redraw() || scan_.state.ScanActive) return;
-        if (std::exchange(ColumnDragGuard_, false) || column >= std::size(kSortColumns)) return;
+        if (std::exchange(ColumnDragGuard_, false) || column >= grid_.columns().size()) return;
         const BusyPointer busy(scan_.host);
         {
             const NoRedraw off(grid_);
-            sortAgain(kSortColumns[column].key, kSortColumns[column].numbers);
+            const std::string key = grid_.columns()[column].key;
+            sortAgain(key, !key.empty());
             grid_.selectNone();
             grid_.setCurrentRow(grid_.rowAt(0));
             grid_.setSelected(grid_.rowAt(0), true);

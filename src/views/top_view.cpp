@@ -1,8 +1,6 @@
 #include "views/top_view.h"
 
 #include "base/text.h"
-#include "views/list_columns.h"
-#include "views/size_display.h"
 
 namespace hl {
 
@@ -15,9 +13,7 @@ const ListTraits kTraits = {
     .mouseUp = "lvwTOP_MouseUp",
     .fileStat = "List_TOP_ShowFileStat",
     .searchText = Command::kTopSearchText,
-    .sizeColumn = kTopSize,
-    .sizeMode = &Options::FileSizeFormatTop,
-    .setSizeFormat = List_TOP_Set_SizeFormat,
+    .table = kTopTable,
     .showIcons = &Options::ShowIconsTop,
     .hitLoadsIcons = true,
     .keysShowStatus = true,

@@ -87,7 +87,7 @@ TEST_F(OptionsFile, BringsBackWhatWasSaved) {
     const Options again = loadAll();
     EXPECT_EQ(stored("FontSizeDisk") + again.FontNameTOP, "8.25Noto Sans");
     EXPECT_EQ(std::pair(again.FontSizeDisk, again.TOPmaxcount), std::pair(8.25F, 50));
-    EXPECT_EQ(again.FileColumn, (std::array<Flag, 7>{1, 1, 1, 1, 1, 1, 0}));
+    EXPECT_EQ(again.FileColumn, (ColumnFlags{1, 1, 1, 1, 1, 1, 0}));
 }
 
 TEST_F(OptionsFile, KeepsWhatBelongsToTheDialogAndTheLastTwoColumnsOfHardlinksWhenItIsSaved) {

@@ -43,17 +43,6 @@ TEST_F(CellTableTest, KeepsEveryValueOfATypesRangeAndRaisesOverflowBeyond) {
     EXPECT_THROW(stored("name", 1), Fault) << "texts and numbers are different types";
     EXPECT_THROW(table.setText(0, table.find("count"), 1), Fault);
     EXPECT_EQ(table.text(0, table.find("count")), 0U);
-}
-
-TEST_F(CellTableTest, ComputesTheLargerUnitsWithTiesToEven) {
-    const std::tuple<double, double, double, double> cases[] = {
-        {128, 0.12, 0, 0}, {384, 0.38, 0, 0}, {131072, 128, 0.12, 0}, {1610612736, 1572864, 1536, 1.5}};
-    for (const auto& [bytes, kilobytes, megabytes, gigabytes] : cases) {
-        stored("size", bytes);
-        EXPECT_EQ(table.number(0, table.find("sizeK")), kilobytes) << bytes;
-        EXPECT_EQ(table.number(0, table.find("sizeM")), megabytes) << bytes;
-        EXPECT_EQ(table.number(0, table.find("sizeG")), gigabytes) << bytes;
-    }
     for (const char* key : {"", "Size", "sizeT", "siz"}) EXPECT_EQ(table.find(key), kNoCell) << key;
 }
 

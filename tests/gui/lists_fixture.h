@@ -7,6 +7,7 @@
 
 #include "base/text.h"
 #include "gui/window_fixture.h"
+#include "scan/file_columns.h"
 #include "scan/records.h"
 
 namespace hl::test {

@@ -12,6 +12,7 @@
 #include "mainwindow/bars.h"
 #include "mainwindow/panes.h"
 #include "platform/qt/window/main_window.h"
+#include "scan/file_columns.h"
 #include "scan/records.h"
 #include "support/test_texts.h"
 #include "views/drive_list.h"

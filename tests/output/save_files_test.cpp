@@ -3,12 +3,11 @@
 
 #include <gtest/gtest.h>
 
-#include "scan/records.h"
+#include "scan/file_columns.h"
 #include "support/fake_window.h"
 #include "support/test_texts.h"
 #include "support/whole_files.h"
 #include "views/list_columns.h"
-#include "views/size_display.h"
 
 namespace hl {
 namespace {
@@ -24,9 +23,9 @@ struct SaveFiles : testing::Test, SaveDialog {
     SaveFiles() {
         options.DateFormat = "dd.MM.yyyy hh:nn:ss";
         options.FileColumn = {1, 0, 1, 0, 1, 0, 1};
-        Init_FileList(list, options, texts.texts);
+        Init_List(list, kFilesTable, options, texts.texts);
         options.FileSizeFormatFiles = 1;
-        List_Files_Set_SizeFormat(list, options, texts.texts);
+        showSizes(list, kFilesTable, options, texts.texts);
     }
     std::string askSavePath(const SaveQuestion& question) override {
         extension = question.defaultExtension;
@@ -51,8 +50,8 @@ struct SaveFiles : testing::Test, SaveDialog {
     }
 };
 
-// The last column is visible, too, but is never written.
-TEST_F(SaveFiles, WritesTheVisibleColumnsButTheLastInTheFormatChosen) {
+// The column of the last access is visible, too, but is never written.
+TEST_F(SaveFiles, WritesTheVisibleColumnsButTheLastAccessInTheFormatChosen) {
     addFile("b\n\xFF.txt", 1536);
     addFile("c \"q\"", 0);
     list.setNumber(list.rowAt(0), kFileDate, 86400 * 365 + 43200);

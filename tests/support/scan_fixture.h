@@ -6,6 +6,7 @@
 
 #include "robustness/fakes.h"
 #include "scan/driver.h"
+#include "scan/file_columns.h"
 #include "scan/records.h"
 #include "scan/rollup.h"
 #include "scan/scan_context.h"

@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "platform/linux/change/files.h"
-#include "scan/records.h"
+#include "scan/file_columns.h"
 #include "support/environment.h"
 #include "support/temp_dir.h"
 #include "support/test_texts.h"
@@ -11,7 +11,6 @@
 #include "views/drive_list.h"
 #include "views/list_columns.h"
 #include "views/report_columns.h"
-#include "views/size_display.h"
 #include "views/type_names.h"
 
 namespace hl {
@@ -44,15 +43,42 @@ TEST_F(CellText, OfTheReportFollowsTheUnit) {
     for (const auto& [decimals, text] : cases) {
         options.FileSizeFormat = 2;
         options.SizeFormatNachkommastellenFolders = decimals;
-        Report_Set_SizeFormat(grid, options, texts.texts);
+        showSizes(grid, kReportTable, options, texts.texts);
         EXPECT_EQ(of(grid, row, kReportSize) + " " + of(grid, row, kReportPercent), text);
+    }
+}
+
+// What lists save and show is rounded to hundredths first, with ties to even; what the drives show is not.
+TEST_F(CellText, OfASizeIsRoundedInItsUnitAsItsListWantsIt) {
+    Grid grid(kFileCells), drives(kDriveCells);
+    Init_List(grid, kTopTable, options, texts.texts);
+    Init_List(drives, kDrivesTable, options, texts.texts);
+    options.SizeFormatNachkommastellenDrive = 1;
+    const std::size_t column = kTopTable.columnOf(kFileSize);
+    const Row row = grid.addRow(kNoRow, "a"), drive = drives.addRow(kNoRow, "/");
+    const std::tuple<double, std::array<double, 3>, const char*> cases[] = {
+        {128, {0.12, 0, 0}, "0,13 KB"},
+        {384, {0.38, 0, 0}, "0,38 KB"},
+        {131072, {128, 0.12, 0}, "128,00 KB"},
+        {1610612736, {1572864, 1536, 1.5}, "1.572.864,00 KB"}};
+    for (const auto& [bytes, inUnits, ofDrive] : cases) {
+        grid.setNumber(row, kFileSize, bytes);
+        for (const int mode : {1, 2, 3}) {
+            options.FileSizeFormatTop = static_cast<Flag>(mode);
+            showSizes(grid, kTopTable, options, texts.texts);
+            EXPECT_EQ(ColumnText(grid, column, numbers).number(row), inUnits.at(mode - 1)) << bytes;
+        }
+        options.FileSizeFormatDrive = 1;
+        showSizes(drives, kDrivesTable, options, texts.texts);
+        drives.setNumber(drive, kGsize, bytes);
+        EXPECT_EQ(of(drives, drive, kDriveListTotal), ofDrive);
     }
 }
 
 TEST_F(CellText, OfASizeTooSmallForItsUnitSaysSo) {
     Grid grid(kFolderCells), drives(kDriveCells);
     Init_Tree(grid, options, texts.texts);
-    Init_DiskInfo(drives, texts.texts);
+    Init_List(drives, kDrivesTable, options, texts.texts);
     const Row row = grid.addRow(kNoRow, "a"), drive = drives.addRow(kNoRow, "/");
     // Sizes are in KB; half of a hundredth of one is 5.12 bytes. 508 bytes are less than half of one.
     const std::tuple<int, const char*, const char*> cases[] = {
@@ -62,13 +88,13 @@ TEST_F(CellText, OfASizeTooSmallForItsUnitSaysSo) {
             const std::string text = decimals == 1 ? withDecimals : without;
             options.FileSizeFormat = 1;
             options.SizeFormatNachkommastellenFolders = decimals;
-            Report_Set_SizeFormat(grid, options, texts.texts);
+            showSizes(grid, kReportTable, options, texts.texts);
             grid.setNumber(row, kSize, bytes);
             EXPECT_EQ(of(grid, row, kReportSize), text) << bytes;
-            drives.changeColumn(kDriveListFree).key = "FsizeK";
-            drives.changeColumn(kDriveListFree).mask = decimals == 1 ? "*0.00* KB;;;" : "*0* KB;;;";
+            options.FileSizeFormatDrive = 1;
+            options.SizeFormatNachkommastellenDrive = decimals;
+            showSizes(drives, kDrivesTable, options, texts.texts);
             drives.setNumber(drive, kFsize, bytes);
-            drives.setNumber(drive, drives.cell("FsizeK"), bytes / 1024.0);
             EXPECT_EQ(of(drives, drive, kDriveListFree), text.empty() ? "" : text + " KB") << bytes;
         }
 }
@@ -77,30 +103,31 @@ TEST_F(CellText, OfADateIsLocalTimeAndEmptyWhereThereIsNone) {
     const test::Environment zone({{"TZ", "UTC-2"}});  // The zone is two hours ahead.
     options.DateFormat = "dd/MM/yyyy hh:nn:ss";
     Grid grid(kFileCells);
-    Init_TopList(grid, options, texts.texts);
+    Init_List(grid, kTopTable, options, texts.texts);
     const Row row = grid.addRow(kNoRow, "file");
     grid.setNumber(row, kFileDate, 1700000000);
     grid.setNumber(row, kFileDateCreated, -86400);
-    EXPECT_EQ(of(grid, row, kTopDate), "15/11/2023 00:13:20 ");
-    EXPECT_EQ(of(grid, row, kTopDateCreated), "31/12/1969 02:00:00 ") << "before 1970 is a date";
-    EXPECT_EQ(of(grid, row, kTopDateAccessed), "") << "not set";
+    EXPECT_EQ(of(grid, row, kTopTable.columnOf(kFileDate)), "15/11/2023 00:13:20 ");
+    EXPECT_EQ(of(grid, row, kTopTable.columnOf(kFileDateCreated)), "31/12/1969 02:00:00 ")
+        << "before 1970 is a date";
+    EXPECT_EQ(of(grid, row, kTopTable.columnOf(kFileDateAccessed)), "") << "not set";
 }
 
 TEST_F(CellText, OfTextsIsWhatTheyHoldAndOfAJunctionsKindAWord) {
     Grid links(kJunctionCells);
-    Init_JunctionList(links, texts.texts);
+    Init_List(links, kJunctionsTable, options, texts.texts);
     for (const auto& [type, word] : {std::pair(0, "Symbolischer Link"), {1, "Abzweigungspunkt"}}) {
         const Row link = links.addRow(kNoRow, "/srv/link");
         links.setNumber(link, kJunctionType, type);
-        EXPECT_EQ(of(links, link, kJunctionListType), word);
+        EXPECT_EQ(of(links, link, kJunctionsTable.columnOf(kJunctionType)), word);
     }
     Grid grid(kFileCells);
-    Init_HardlinksList(grid, options, texts.texts);
+    Init_List(grid, kHardlinksTable, options, texts.texts);
     const Row row = grid.addRow(kNoRow, "file");
     grid.setCellText(row, kFilePath, "/srv/\x1b[31m/");
     grid.setNumber(row, kFileLinks, 1234);
-    EXPECT_EQ(of(grid, row, kHardlinksPath), "/srv/\xE2\x90\x9B[31m/");
-    EXPECT_EQ(of(grid, row, kHardlinksLinks), "1234") << "no mask, no separators";
+    EXPECT_EQ(of(grid, row, kHardlinksTable.columnOf(kFilePath)), "/srv/\xE2\x90\x9B[31m/");
+    EXPECT_EQ(of(grid, row, kHardlinksTable.columnOf(kFileLinks)), "1234") << "no mask, no separators";
 }
 
 struct DecidesDots : FileTypes {

@@ -13,6 +13,7 @@
 #include "support/test_texts.h"
 #include "views/cell_text.h"
 #include "views/drive_combo.h"
+#include "views/list_columns.h"
 
 namespace hl {
 namespace {
@@ -52,7 +53,7 @@ class RecordingDriveHost final : public DriveListHost {
 
 struct DriveListTest : testing::Test {
     DriveListTest() {
-        Init_DiskInfo(grid, texts.texts);
+        Init_List(grid, kDrivesTable, options, texts.texts);
         options.FileSizeFormatDrive = 3;
         options.SizeFormatNachkommastellenDrive = 1;
         drives.table = {{"/", DriveType::kFixed, "ext4", "root", 0},

@@ -38,19 +38,19 @@ struct ListFixture : ScanFixture, ListHost {
     List filesList{filesView,
                    lvwFiles,
                    cbrFiles,
-                   kFileListSize,
+                   kFilesTable.columnOf(kFileSize),
                    &options.FileSizeFormatFiles,
                    &options.SizeFormatNachkommastellenFiles},
         topList{topView,
                 top,
                 cbrTOP,
-                kTopSize,
+                kTopTable.columnOf(kFileSize),
                 &options.FileSizeFormatTop,
                 &options.SizeFormatNachkommastellenTop},
         hardlinksList{hardlinksView,
                       hardlinks,
                       cbrHardlinks,
-                      kHardlinksSize,
+                      kHardlinksTable.columnOf(kFileSize),
                       &options.FileSizeFormatHardlinks,
                       &options.SizeFormatNachkommastellenHardlinks},
         junctionsList{junctionsView, junctions, cbrJunctions};
@@ -64,10 +64,10 @@ struct ListFixture : ScanFixture, ListHost {
     ListFixture() {
         window.visibleRows = RowRange{0, 99};
         window.onRename = [this](Row) { asked.emplace_back("rename"); };
-        Init_FileList(lvwFiles, options, texts);
-        Init_TopList(top, options, texts);
-        Init_HardlinksList(hardlinks, options, texts);
-        Init_JunctionList(junctions, texts);
+        Init_List(lvwFiles, kFilesTable, options, texts);
+        Init_List(top, kTopTable, options, texts);
+        Init_List(hardlinks, kHardlinksTable, options, texts);
+        Init_List(junctions, kJunctionsTable, options, texts);
         for (const List* list : all)
             for (const Command box : {Command::kFilesSearchText, Command::kTopCount})
                 list->bar.add({.id = idOf(box)});

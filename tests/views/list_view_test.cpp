@@ -2,7 +2,6 @@
 #include "views/list_view.h"
 
 #include "views/list_fixture.h"
-#include "views/size_display.h"
 
 namespace hl {
 namespace {
@@ -33,7 +32,7 @@ TEST_F(Lists, ShowSizesInTheUnitOfTheirCommandAndSumThemInTheStatus) {
         *list->decimals = 1;
         list->view.Set_SizeFormat();
         const GridColumn& column = list->grid.columns()[list->sizeColumn];
-        EXPECT_EQ(column.key, "sizeK");
+        EXPECT_EQ(column.unit, kModeKilobytes);
         EXPECT_NE(column.mask.find("0.00"), std::string::npos);
         EXPECT_NE(status.find(" / 2 ausgewählte Datei(en) mit 6.00 KB"), std::string::npos) << status;
         list->view.GridColumnTitleClick(list->sizeColumn);

@@ -159,16 +159,13 @@ void GridView::apply() {
     moveEditor();
 }
 
-// Returns the column by which the rows are sorted; in a tree, those below the sources. Sizes are sorted by
-// their bytes, whatever the unit they are shown in. The drives have an order of their own.
+// Returns the column by which the rows are sorted; in a tree, those below the sources. The drives have an
+// order of their own.
 std::optional<std::size_t> GridView::sortedColumn() const {
     if (id_ == GridId::kDrives) return std::nullopt;
     const std::string& key = grid_.levelSort(tree_ ? 1 : 0).key;
-    const auto sorted = [&key](const GridColumn& column) {
-        return column.key == key || (key == "size" && column.key.starts_with(key));
-    };
     const std::vector<GridColumn>& columns = grid_.columns();
-    const auto found = std::find_if(columns.begin(), columns.end(), sorted);
+    const auto found = std::ranges::find(columns, key, &GridColumn::key);
     return found == columns.end() ? std::nullopt : std::optional<std::size_t>(found - columns.begin());
 }
 
