@@ -34,6 +34,7 @@
 #include "platform/linux/process/programs.h"
 #include "platform/linux/process/system_facts.h"
 #include "platform/linux/scan/file_system.h"
+#include "start/program_core.h"
 
 namespace hl::bench {
 
@@ -49,53 +50,45 @@ inline void tell(const char* what, double value) {
 
 // --- the program's parts
 
-class PrintedErrors final : public ErrorSink {
-  public:
-    void LogError(const std::string&, bool, bool) override {}
-    void showReport(const std::string& text, const std::string&) override {
-        std::fputs(text.c_str(), stderr);
-        std::exit(1);  // After an error, something else would be measured.
-    }
-};
-
-class WindowPump final : public MessagePump {
-  public:
-    void PumpMessages() override {
-        if (window != nullptr) window->PumpMessages();
-    }
-    bool GetInputState() override { return window != nullptr && window->GetInputState(); }
-    std::uint64_t GetTickCount() override {
-        return static_cast<std::uint64_t>(
-            std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now().time_since_epoch()).count());
-    }
-
-    MessagePump* window = nullptr;
-};
-
 class Parts {
   public:
-    Parts() { texts_.Init_Sprache("", std::string(kTranslatorFileName)); }
-    Services services() {
-        return {settings_, texts_, log_,         files_,      fileSystem_, pump,
-                console_,  facts_, diagnostics_, kPosixPaths, numbers_};
-    }
+    Parts() { core.texts().Init_Sprache("", std::string(kTranslatorFileName)); }
+    Services services() { return core.services(fileSystem_); }
+    WindowServices windowServices() { return core.windowServices(drives, verb_, operations_, {}); }
 
     const std::string home = std::getenv("HARBORLANTERN_HOME");
     const std::string modules = std::getenv("HARBORLANTERN_MODULES");
-    WindowPump pump;
+    LinuxDrives drives;
 
   private:
+    // After an error, something else would be measured.
+    static void stop(const std::string& report) {
+        std::fputs(report.c_str(), stderr);
+        std::exit(1);
+    }
+
     LinuxSystemFacts facts_;
     LinuxFiles files_;
     LinuxConsole console_;
-    SettingsStore settings_{files_, home + "/" + std::string(kIniName)};
-    Log log_{files_, home, dateFormatOf("C")};
-    PrintedErrors errors_;
-    AppFacts app_;
-    Diagnostics diagnostics_{app_, facts_, errors_};
-    Texts texts_{files_, settings_, diagnostics_, {home, modules, "", "C"}};
-    NumberFormat numbers_ = numberFormatOf("C");
+    LinuxFolderVerb verb_{"harborlantern-bench", home, home};
+    LinuxFileOperations operations_{std::make_shared<DirectoryCalls>(), {home, {}, {}, 64}};
     LinuxFileSystem fileSystem_{limitsOfThisMachine(true)};
+
+  public:
+    ProgramCore core{{facts_,
+                      files_,
+                      console_,
+                      home,
+                      modules,
+                      "",
+                      "bench",
+                      true,
+                      numberFormatOf("C"),
+                      dateFormatOf("C"),
+                      "C",
+                      {},
+                      stop,
+                      {}}};
 };
 
 /// Calls `painted` once, when the first window was painted.
@@ -118,9 +111,6 @@ using Measurement = std::function<void(WindowForm&)>;
 
 /// Shows the window, and does `measure` in it once it has been painted.
 inline int inWindow(Parts& parts, const Measurement& measure) {
-    LinuxDrives drives;
-    LinuxFolderVerb verb("harborlantern-bench", parts.home, parts.home);
-    LinuxFileOperations operations(std::make_shared<DirectoryCalls>(), {parts.home, {}, {}, 64});
     WindowForm* shown = nullptr;
     std::unique_ptr<FirstPaint> first;
     const auto body = [&] {
@@ -128,12 +118,12 @@ inline int inWindow(Parts& parts, const Measurement& measure) {
         std::fflush(stdout);
         std::_Exit(0);
     };
-    const auto windowThere = [&](const Window* window, MessagePump* pump) {
-        parts.pump.window = pump;
+    WindowServices services = parts.windowServices();
+    services.windowThere = [&](const Window* window, MessagePump* pump) {
+        parts.core.windowThere(window, pump, {});
         if (window != nullptr) first = std::make_unique<FirstPaint>(body);
     };
-    WindowForm form(parts.services(),
-                    {drives, verb, operations, "window_views", parts.home, "", "0", {}, windowThere});
+    WindowForm form(parts.services(), services);
     shown = &form;
     form.parts().dataFolder = parts.modules;
     std::string reason;
@@ -142,7 +132,7 @@ inline int inWindow(Parts& parts, const Measurement& measure) {
     show({.parts = form.parts(),
           .events = form,
           .handOverReady = {},
-          .answersDescriptor = drives.answersDescriptor(),
+          .answersDescriptor = parts.drives.answersDescriptor(),
           .answersReady = [&] { form.takeDriveAnswers(); },
           .executable = "window_views"});
     std::fputs("No window was shown.\n", stderr);

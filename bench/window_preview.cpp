@@ -143,13 +143,7 @@ class Bench final : public PreviewEvents {
 /// The form is only needed for the errors of the pane.
 int run(const std::string& folder, const std::string& programs, std::span<char*> films) {
     bench::Parts parts;
-    LinuxDrives drives;
-    LinuxFolderVerb verb("harborlantern-bench", parts.home, parts.home);
-    LinuxFileOperations operations(std::make_shared<DirectoryCalls>(), {parts.home, {}, {}, 64});
-    WindowForm form(
-        parts.services(),
-        {drives, verb, operations, "bench_preview", parts.home, "", "0", {}, [](const Window*, MessagePump*) {
-         }});
+    WindowForm form(parts.services(), parts.windowServices());
     LinuxPreviewTools tools(programs, "", folder);
     PreviewParts preview;
     preview.tools = &tools;

@@ -65,14 +65,8 @@ void measurePdf(const PrintJob& job, const IconSource& icon, const std::string& 
 
 int run(bool preview, std::size_t rows, const std::string& path) {
     bench::Parts parts;
-    LinuxDrives drives;
-    LinuxFolderVerb verb("harborlantern-bench", parts.home, parts.home);
-    LinuxFileOperations operations(std::make_shared<DirectoryCalls>(), {parts.home, {}, {}, 64});
     const Services services = parts.services();
-    WindowForm form(
-        services,
-        {drives, verb, operations, "bench_print", parts.home, "", "0", {}, [](const Window*, MessagePump*) {
-         }});
+    WindowForm form(services, parts.windowServices());
     Grid report(kFolderCells);
     Options options;
     options.ColPercentVisible = options.ColFileVisible = options.ColFolderVisible = 1;

@@ -41,8 +41,7 @@
 #include "platform/linux/process/programs.h"
 #include "platform/linux/process/system_facts.h"
 #include "platform/linux/scan/file_system.h"
-#include "start/headless_pump.h"
-#include "start/program_errors.h"
+#include "start/program_core.h"
 
 namespace hl {
 namespace {
@@ -77,27 +76,6 @@ std::string firstSet(SystemFacts& facts, std::initializer_list<const char*> name
     return {};
 }
 
-/// Forwards to the window's pump once there is a window; before, nothing waits for messages.
-class ProgramPump final : public MessagePump {
-  public:
-    void PumpMessages() override {
-        if (window_ != nullptr) window_->PumpMessages();
-    }
-    bool GetInputState() override { return window_ != nullptr && window_->GetInputState(); }
-    std::uint64_t GetTickCount() override { return headless_.GetTickCount(); }
-    void setWindow(MessagePump* window) { window_ = window; }
-
-  private:
-    HeadlessPump headless_;
-    MessagePump* window_ = nullptr;
-};
-
-// Returns "1.2", followed by the revision if it is not 0.
-std::string shortVersion(const AppFacts& app) {
-    const std::string text = std::to_string(app.major) + "." + std::to_string(app.minor);
-    return app.revision == 0 ? text : text + "." + std::to_string(app.revision);
-}
-
 std::string noWindowText(const Texts& texts, WindowResult result) {
     if (result == WindowResult::kOtherVersion)
         return texts.TL(9025,
@@ -119,8 +97,7 @@ class Program {
     int tellOfSilentInstance(long process);
     int openWindow(LinuxInstances& instances, bool& restart);
     WindowStart windowStart(WindowForm& frmMain, LinuxInstances& instances, LinuxDrives& drives);
-    Services services(FileSystem& fileSystem);
-    void windowThere(const Window* window, MessagePump* pump);
+    CoreParts coreParts();
     bool wantsWindow() const;
     void makeUserFolder();
     std::string windowModule() const { return folderOf(executable_) + "/" + kWindowModuleName; }
@@ -128,21 +105,10 @@ class Program {
     LinuxSystemFacts facts_;
     LinuxFiles files_;
     LinuxConsole console_;
-    ProgramPump pump_;
     const std::filesystem::path executable_ = LinuxSystemFacts::executablePath();
     const JoinedLine line_;
     const Places places_;
-    const std::string programFolder_ = places_.own;
-    const NumberFormat numbers_ = numberFormatOf(firstSet(facts_, {"LC_ALL", "LC_NUMERIC", "LANG"}));
-    const DateFormat dates_ = dateFormatOf(firstSet(facts_, {"LC_ALL", "LC_TIME", "LANG"}));
-    SettingsStore settings_;
-    Log log_;
-    ProgramErrors errors_;
-    AppFacts app_;
-    Diagnostics diagnostics_;
-    Texts texts_;
-    std::unique_ptr<WindowDesk> desk_;
-    std::unique_ptr<ErrorReports> reports_;
+    ProgramCore core_;
 };
 
 PlaceFacts placeFacts(SystemFacts& facts, const std::filesystem::path& executable) {
@@ -158,21 +124,23 @@ PlaceFacts placeFacts(SystemFacts& facts, const std::filesystem::path& executabl
 Program::Program(const std::vector<std::string>& arguments)
     : line_(joinArguments(arguments, currentFolder(), kPosixPaths)),
       places_(placesOf(files_, placeFacts(facts_, executable_))),
-      settings_(files_, joinPath(programFolder_, kIniName, kPosixPaths)),
-      log_(files_, programFolder_, dates_),
-      errors_({log_, console_, texts_, joinPath(programFolder_, kErrorLogName, kPosixPaths)}),
-      diagnostics_(app_, facts_, errors_),
-      texts_(files_, settings_, diagnostics_,
-             {programFolder_, places_.texts, line_.text,
-              messageLocale([this](const std::string& name) { return facts_.environment(name); })}) {
-    std::sscanf(HARBORLANTERN_VERSION, "%d.%d.%d", &app_.major, &app_.minor, &app_.revision);
-    app_.executable = visible(executable_.string());
-    app_.dataFolder = programFolder_;
-    app_.portable = !places_.installed;
-    app_.commandLine = visible(line_.text);
-    app_.dates = dates_;
-    app_.numbers = numbers_;
-    app_.languageId = [this] { return texts_.languageId(); };
+      core_(coreParts()) {}
+
+CoreParts Program::coreParts() {
+    return {facts_,
+            files_,
+            console_,
+            places_.own,
+            places_.texts,
+            line_.text,
+            executable_.string(),
+            !places_.installed,
+            numberFormatOf(firstSet(facts_, {"LC_ALL", "LC_NUMERIC", "LANG"})),
+            dateFormatOf(firstSet(facts_, {"LC_ALL", "LC_TIME", "LANG"})),
+            messageLocale([this](const std::string& name) { return facts_.environment(name); }),
+            {currentFolder(), homeFolder()},
+            {},
+            [] { std::_Exit(kSomethingFailed); }};
 }
 
 bool Program::wantsWindow() const {
@@ -185,50 +153,45 @@ bool Program::wantsWindow() const {
 void Program::makeUserFolder() {
     if (!places_.ofUser || !files_.exists(windowModule())) return;
     std::error_code error;
-    if (!std::filesystem::create_directories(programFolder_, error)) return;
-    std::filesystem::permissions(programFolder_, std::filesystem::perms::owner_all, error);
+    if (!std::filesystem::create_directories(places_.own, error)) return;
+    std::filesystem::permissions(places_.own, std::filesystem::perms::owner_all, error);
 }
 
 int Program::Main() {
-    lastWords.emplace(joinPath(programFolder_, kErrorLogName, kPosixPaths), dates_.general(),
-                      BuildLastReport(app_, facts_));
+    lastWords.emplace(joinPath(places_.own, kErrorLogName, kPosixPaths), core_.app().dates.general(),
+                      BuildLastReport(core_.app(), facts_));
     LinuxFaultSignals().InstallExceptionFilter(sayLastWords);
     // Writing to a pipe without a reader, or beyond the limit of a file's size, is an error of the write and
     // must not end the program.
     for (const int signal : {SIGPIPE, SIGXFSZ}) std::signal(signal, SIG_IGN);
     if (wantsWindow()) {
         makeUserFolder();
-        errors_.waitForWindow(true);
+        core_.errors().waitForWindow(true);
     }
-    texts_.Init_Sprache("", std::string(kTranslatorFileName));
+    core_.texts().Init_Sprache("", std::string(kTranslatorFileName));
     if (line_.asksForHelp || line_.asksForVersion) {
-        const std::string answer = line_.asksForHelp ? usageText(texts_) : versionText();
+        const std::string answer = line_.asksForHelp ? usageText(core_.texts()) : versionText();
         return console_.outputLine(answer.substr(0, answer.size() - 1)) ? kWritten : kSomethingFailed;
     }
     if (line_.problem != LineProblem::kNone) {
-        console_.errorLine(problemText(texts_, line_));
+        console_.errorLine(problemText(core_.texts(), line_));
         return kBadCommandLine;
     }
     if (isSilentLine(line_.text)) return runSilent();
     const int status = runWindow();
-    errors_.waitForWindow(false);
+    core_.errors().waitForWindow(false);
     return status;
 }
 
-Services Program::services(FileSystem& fileSystem) {
-    return {settings_, texts_, log_,         files_,      fileSystem, pump_,
-            console_,  facts_, diagnostics_, kPosixPaths, numbers_,   {currentFolder(), homeFolder()}};
-}
-
 int Program::runSilent() {
-    texts_.storeLanguage();
+    core_.texts().storeLanguage();
     const bool readAhead = facts_.environment("HARBORLANTERN_READ_AHEAD") != "0";
     LinuxFileSystem fileSystem(limitsOfThisMachine(readAhead));
-    SilentRun run(services(fileSystem));
-    app_.cancelState = [&run] { return run.session().state.CancelState; };
+    SilentRun run(core_.services(fileSystem));
+    core_.app().cancelState = [&run] { return run.session().state.CancelState; };
     run.load();
     const bool whole = run.run(line_.text);
-    app_.cancelState = nullptr;
+    core_.app().cancelState = nullptr;
     return whole ? kWritten : kSomethingFailed;
 }
 
@@ -242,8 +205,9 @@ int Program::runWindow() {
         LinuxInstances instances(AppExeName(executable_.filename().string()),
                                  {facts_.environment("XDG_RUNTIME_DIR")});
         const auto sleep = [](std::chrono::milliseconds time) { std::this_thread::sleep_for(time); };
-        if (isRestart(line_.text) && !WaitForMutexGone(instances, pump_, sleep)) return kSomethingFailed;
-        const auto decision = CheckVBinstance(line_.text, singleInstanceWanted(settings_), instances);
+        if (isRestart(line_.text) && !WaitForMutexGone(instances, core_.pump(), sleep))
+            return kSomethingFailed;
+        const auto decision = CheckVBinstance(line_.text, singleInstanceWanted(core_.settings()), instances);
         if (decision == StartDecision::kHandedOver) return kWritten;
         if (decision == StartDecision::kNoAnswer) return tellOfSilentInstance(instances.process());
         status = openWindow(instances, restart);
@@ -254,8 +218,8 @@ int Program::runWindow() {
 }
 
 int Program::tellOfSilentInstance(long process) {
-    console_.errorLine(texts_.TL(9653, "Harborlantern läuft schon (Prozess %1), antwortet aber nicht.",
-                                 {process != 0 ? std::to_string(process) : "?"}));
+    console_.errorLine(core_.texts().TL(9653, "Harborlantern läuft schon (Prozess %1), antwortet aber nicht.",
+                                        {process != 0 ? std::to_string(process) : "?"}));
     return kSomethingFailed;
 }
 
@@ -264,10 +228,11 @@ int Program::openWindow(LinuxInstances& instances, bool& restart) {
     const auto show = loadWindowModule(windowModule(), reason);
     if (show == nullptr) {
         if (places_.installed && !files_.exists(windowModule())) reason = kWindowPackage;
-        console_.errorLine(texts_.TL(9023,
-                                     "Das Fenster ist nicht installiert (%1). Ein Bericht ohne Fenster: "
-                                     "harborlantern -s DATEI ORDNER...",
-                                     {visible(reason)}));
+        console_.errorLine(
+            core_.texts().TL(9023,
+                             "Das Fenster ist nicht installiert (%1). Ein Bericht ohne Fenster: "
+                             "harborlantern -s DATEI ORDNER...",
+                             {visible(reason)}));
         return kNoWindow;
     }
     const bool readAhead = facts_.environment("HARBORLANTERN_READ_AHEAD") != "0";
@@ -282,28 +247,26 @@ int Program::openWindow(LinuxInstances& instances, bool& restart) {
                          facts_.environment("HOME"));
     LinuxFileOperations operations(std::make_shared<DirectoryCalls>(),
                                    {.home = homeFolder(),
-                                    .programFolders = {folderOf(executable_), programFolder_},
+                                    .programFolders = {folderOf(executable_), places_.own},
                                     .trash = trashSettingsFromEnvironment()},
                                    &disks);
     LinuxPreviewTools previewTools(folderOf(executable_), facts_.environment("PATH"),
                                    facts_.environment("TMPDIR"), places_.own, &disks);
-    WindowForm frmMain(services(fileSystem),
-                       {drives, verb, operations, executable_.string(), programFolder_, line_.text,
-                        shortVersion(app_), Init_Textbausteine(texts_.languageId()),
-                        [this](const Window* window, MessagePump* pump) { windowThere(window, pump); },
-                        [this] { errors_.windowShown(); }, app_.portable});
-    app_.cancelState = [&frmMain] { return frmMain.state().CancelState; };
+    WindowForm frmMain(
+        core_.services(fileSystem),
+        core_.windowServices(drives, verb, operations, Init_Textbausteine(core_.texts().languageId())));
+    core_.app().cancelState = [&frmMain] { return frmMain.state().CancelState; };
     patience.setWait(&frmMain.diskWait());
     frmMain.parts().patience = &patience;
     frmMain.parts().dataFolder = places_.data;
     frmMain.parts().clipboardHolder = folderOf(executable_) + "/harborlantern-clipboard";
     frmMain.parts().preview.tools = &previewTools;
     const WindowResult result = show(windowStart(frmMain, instances, drives));
-    windowThere(nullptr, nullptr);
-    app_.cancelState = nullptr;
+    core_.windowThere(nullptr, nullptr, {});
+    core_.app().cancelState = nullptr;
     restart = frmMain.restartPending();
     if (result == WindowResult::kClosed) return kWritten;
-    console_.errorLine(noWindowText(texts_, result));
+    console_.errorLine(noWindowText(core_.texts(), result));
     return kNoWindow;
 }
 
@@ -321,19 +284,6 @@ WindowStart Program::windowStart(WindowForm& frmMain, LinuxInstances& instances,
             .answersDescriptor = drives.answersDescriptor(),
             .answersReady = [&] { frmMain.takeDriveAnswers(); },
             .executable = executable_.string()};
-}
-
-void Program::windowThere(const Window* window, MessagePump* pump) {
-    pump_.setWindow(pump);
-    app_.screen = nullptr;
-    if (window == nullptr) return errors_.setDialog(nullptr);
-    app_.screen = [window] { return window->frame.screenFacts(); };
-    texts_.storeLanguage();
-    desk_ = std::make_unique<WindowDesk>(*window);
-    reports_ = std::make_unique<ErrorReports>(ErrorFormServices{
-        texts_, files_, facts_, *desk_, kPosixPaths, programFolder_, shortVersion(app_),
-        Init_Textbausteine(texts_.languageId()).mail, [] { std::_Exit(kSomethingFailed); }});
-    errors_.setDialog(reports_.get());
 }
 
 }  // namespace

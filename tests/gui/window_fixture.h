@@ -31,8 +31,7 @@
 #include "platform/qt/window/main_window.h"
 #include "platform/qt/window/qt_pump.h"
 #include "robustness/fakes.h"
-#include "start/headless_pump.h"
-#include "start/program_errors.h"
+#include "start/program_core.h"
 #include "support/recording_console.h"
 #include "support/recording_desktop.h"
 #include "support/temp_dir.h"
@@ -192,31 +191,20 @@ inline void clickEntry(QWidget& frame, const QString& name) {
 }
 
 /// The program without its window. It speaks German, unless its settings say otherwise.
-class Logic : private ErrorSink, private MessagePump {
+class Logic {
   public:
-    explicit Logic(const std::string& home, const Addresses& addresses = {})
-        : home_(home), mail_(addresses.mail) {
+    explicit Logic(const std::string& home, const Addresses& addresses = {}) : home_(home) {
         std::filesystem::create_directories(machine_.path() + "/proc/self");
         writeFile(machine_.path() + "/proc/self/mountinfo", "21 1 0:2 / / rw - overlay overlay rw\n");
-        errors_.waitForWindow(true);
-        texts_.Init_Sprache("", "");
-        texts_.storeLanguage();
-        form_.emplace(
-            Services{settings_,
-                     texts_,
-                     log_,
-                     files_,
-                     fileSystem,
-                     *this,
-                     console_,
-                     facts_,
-                     diagnostics_,
-                     kPosixPaths,
-                     numbers_,
-                     {userHome() + "/now", userHome()}},
-            WindowServices{drives_, verb_, operations_, HARBORLANTERN_PROGRAM, home, "", "0.1", addresses,
-                           [this](const Window* window, MessagePump* pump) { there(window, pump); },
-                           [this] { errors_.windowShown(); }});
+        core_.errors().waitForWindow(true);
+        core_.texts().Init_Sprache("", "");
+        core_.texts().storeLanguage();
+        WindowServices services = core_.windowServices(drives_, verb_, operations_, addresses);
+        services.windowThere = [this, mail = addresses.mail](const Window* window, MessagePump* pump) {
+            core_.windowThere(window, pump, mail);
+            if (window != nullptr && onThere) onThere();
+        };
+        form_.emplace(core_.services(fileSystem), services);
         form_->parts().dataFolder = HARBORLANTERN_SOURCE_DIR "/data";
         form_->parts().desktop = &desktop;
         files_.setPatience(&patience);
@@ -234,61 +222,43 @@ class Logic : private ErrorSink, private MessagePump {
     std::function<void()> endProcess = [] { FAIL(); };
 
     WindowForm& form() { return *form_; }
-    MessagePump& pump() { return *this; }
-    const Texts& texts() const { return texts_; }
+    MessagePump& pump() { return core_.pump(); }
+    const Texts& texts() { return core_.texts(); }
     RecordingDesktop desktop;
     PausingOperations& operations() { return operations_; }
     std::string userHome() const { return machine_.path() + "/home/user"; }
     std::string trash() const { return machine_.path() + "/Trash"; }
 
   private:
-    void LogError(const std::string&, bool, bool) override {}
-    void showReport(const std::string& text, const std::string& summary) override {
-        reports.push_back(text);
-        errors_.showReport(text, summary);
-    }
-    void PumpMessages() override {
-        if (pump_ != nullptr) pump_->PumpMessages();
-    }
-    bool GetInputState() override { return pump_ != nullptr && pump_->GetInputState(); }
-    std::uint64_t GetTickCount() override { return headless_.GetTickCount(); }
-
-    void there(const Window* window, MessagePump* pump) {
-        pump_ = pump;
-        if (window == nullptr) return errors_.setDialog(nullptr);
-        desk_ = std::make_unique<WindowDesk>(*window);
-        dialogs_ = std::make_unique<ErrorReports>(ErrorFormServices{
-            texts_, files_, facts_, *desk_, kPosixPaths, home_, "0.1", mail_, [this] { endProcess(); }});
-        errors_.setDialog(dialogs_.get());
-        if (onThere) onThere();
-    }
-
     TempDir machine_;  ///< Holds the mounts.
-    std::string home_, mail_;
+    std::string home_;
     struct Facts : FakeSystemFacts {
         std::string errorText(int code) override { return LinuxSystemFacts().errorText(code); }
     };
     Facts facts_;
     LinuxFiles files_;
     RecordingConsole console_;
-    HeadlessPump headless_;
-    MessagePump* pump_ = nullptr;
-    NumberFormat numbers_ = numberFormatOf("de_DE.UTF-8");
-    SettingsStore settings_{files_, home_ + "/Harborlantern.ini"};
-    Log log_{files_, home_, dateFormatOf("de_DE.UTF-8")};
-    AppFacts app_;
-    Diagnostics diagnostics_{app_, facts_, *this};
-    Texts texts_{files_, settings_, diagnostics_, {home_, HARBORLANTERN_SOURCE_DIR "/lang", "", "de_DE"}};
+    ProgramCore core_{{facts_,
+                       files_,
+                       console_,
+                       home_,
+                       HARBORLANTERN_SOURCE_DIR "/lang",
+                       "",
+                       HARBORLANTERN_PROGRAM,
+                       true,
+                       numberFormatOf("de_DE.UTF-8"),
+                       dateFormatOf("de_DE.UTF-8"),
+                       "de_DE",
+                       {userHome() + "/now", userHome()},
+                       [this](const std::string& report) { reports.push_back(report); },
+                       [this] { endProcess(); }}};
     LinuxDrives drives_{{.root = machine_.path(), .space = [](const std::string&) {
                              return DriveSpace{4000, 1000, 4};
                          }}};
-    ProgramErrors errors_{{log_, console_, texts_, home_ + "/error.log"}};
     NoFolderVerb verb_;
     PausingOperations operations_{
         {.home = userHome(), .programFolders = {home_}, .trash = {machine_.path() + "/Trash", ::geteuid()}},
         disks};
-    std::unique_ptr<WindowDesk> desk_;
-    std::unique_ptr<ErrorReports> dialogs_;
     std::optional<WindowForm> form_;
 };
 
