@@ -17,8 +17,7 @@ void ListsControl::makeLists() {
     Init_List(session.lvwFiles, kFilesTable, session.options, services.texts);
     pictures_ = std::make_unique<FilePictures>(form_.window->fileTypes);
     typeNames_ = std::make_unique<TypeNames>(form_.window->fileTypes, services.files);
-    const ListParts parts{form_.scan, session.options, *form_.window,
-                          *this,      *pictures_,      form_.columnDragGuard};
+    const ListParts parts{form_.scan, session.options, *form_.window, *this, *pictures_, columnDragGuard_};
     lists_.reset(new ListViews{{parts, session.lvwFiles, form_.bars.cbrFiles},
                                {parts, session.lvwTOP, form_.bars.cbrTOP},
                                {parts, session.lvwHardlinks, form_.bars.cbrHardlinks},

@@ -36,6 +36,10 @@ class ListsControl final : public ListHost {
     void filled();
     void showFilesOf(const std::string& folder);
 
+    /// True if the next click on a title of a list or of the report only ends the dragging of a column
+    /// border.
+    bool& columnDragGuard() { return columnDragGuard_; }
+
     // --- commands
     void save(ListView& list);
     void print(GridId grid);
@@ -53,6 +57,7 @@ class ListsControl final : public ListHost {
     std::unique_ptr<FilePictures> pictures_;
     std::unique_ptr<TypeNames> typeNames_;
     std::unique_ptr<ListViews> lists_;
+    bool columnDragGuard_ = false;
 };
 
 }  // namespace hl

@@ -55,8 +55,7 @@ struct MainForm {
     WindowServices own;
     const Window* window = nullptr;  ///< Null before the window is loaded.
     bool closed = false;  ///< The window is gone. What is on the stack then still ends; nothing new begins.
-    bool restartPending = false;   ///< The program is to start again when it has ended.
-    bool columnDragGuard = false;  ///< The next click on a title only ends the dragging of a column border.
+    bool restartPending = false;  ///< The program is to start again when it has ended.
     Bars bars;
     StatusLine status{*this};
     RunDisplay run{*this};

@@ -12,7 +12,7 @@ namespace hl {
 void ReportControl::makeView() {
     Session& session = form_.session;
     view_ = std::make_unique<ReportView>(form_.scan, session.options, form_.bars.cbrReport, *form_.window,
-                                         static_cast<ReportHost&>(*this), form_.columnDragGuard);
+                                         static_cast<ReportHost&>(*this), form_.lists.columnDragGuard());
     form_.window->grid(GridId::kReport).setEvents(view_.get());
 }
 
