@@ -11,10 +11,12 @@ using hl::fuzz::require;
 
 namespace {
 
+constexpr std::string_view kFormats[] = {"txt", "csv"};
+
 void readRawLine(const std::string& line) {
     const auto sources = hl::GetFoldersFromCommand(line);
     for (const std::string& source : sources) require(source.size() <= line.size());
-    const hl::SilentOrder order = hl::KZGetFoldersFromCommand("-s" + line);
+    const hl::SilentOrder order = hl::KZGetFoldersFromCommand("-s" + line, kFormats);
     require(order.levels >= 0 && order.levels <= hl::kMostLevels);
     require(order.delimiterIndex >= 0 && order.delimiterIndex <= 9);
     if (line.find('"') == std::string::npos) {
@@ -43,9 +45,9 @@ void joinNames(FuzzedDataProvider& input) {
     for (int count = input.ConsumeIntegralInRange(2, 5); count > 0; --count) names.push_back(nameFrom(input));
     arguments.insert(arguments.end(), names.begin(), names.end());
 
-    const hl::JoinedLine line = hl::joinArguments(arguments, "/", hl::kPosixPaths);
+    const hl::JoinedLine line = hl::joinArguments(arguments, "/", hl::kPosixPaths, kFormats);
     require(line.problem == hl::LineProblem::kNone && hl::isSilentLine(line.text));
-    const hl::SilentOrder order = hl::KZGetFoldersFromCommand(line.text);
+    const hl::SilentOrder order = hl::KZGetFoldersFromCommand(line.text, kFormats);
     require(order.levels == levels && order.delimiterIndex == delimiter);
     require(order.outputFile == names[0]);
     require(std::equal(names.begin() + 1, names.end(), order.sources.begin(), order.sources.end()));
@@ -58,7 +60,7 @@ void joinAnything(FuzzedDataProvider& input) {
         arguments.push_back(input.ConsumeRandomLengthString(12));
     for (const hl::PathRules* rules : {&hl::kPosixPaths, &hl::kDrivePaths}) {
         const hl::JoinedLine line =
-            hl::joinArguments(arguments, rules == &hl::kPosixPaths ? "/" : "C:\\", *rules);
+            hl::joinArguments(arguments, rules == &hl::kPosixPaths ? "/" : "C:\\", *rules, kFormats);
         require(std::ranges::count(line.text, '"') % 2 == 0);
         if (line.problem == hl::LineProblem::kNone)
             require(line.text.empty() || line.text[0] == '"' || line.text[0] == '-');

@@ -22,11 +22,11 @@
 #include "app/product.h"
 #include "app/settings.h"
 #include "app/texts.h"
-#include "app/usage.h"
 #include "base/scope_exit.h"
 #include "base/text.h"
 #include "mainwindow/silent_run.h"
 #include "mainwindow/window_form.h"
+#include "output/report_formats.h"
 #include "platform/linux/change/file_operations.h"
 #include "platform/linux/change/files.h"
 #include "platform/linux/change/folder_verb.h"
@@ -42,6 +42,7 @@
 #include "platform/linux/process/system_facts.h"
 #include "platform/linux/scan/file_system.h"
 #include "start/program_core.h"
+#include "start/usage.h"
 
 namespace hl {
 namespace {
@@ -122,7 +123,7 @@ PlaceFacts placeFacts(SystemFacts& facts, const std::filesystem::path& executabl
 }
 
 Program::Program(const std::vector<std::string>& arguments)
-    : line_(joinArguments(arguments, currentFolder(), kPosixPaths)),
+    : line_(joinArguments(arguments, currentFolder(), kPosixPaths, formatNames())),
       places_(placesOf(files_, placeFacts(facts_, executable_))),
       core_(coreParts()) {}
 

@@ -13,7 +13,7 @@ namespace {
 
 constexpr char kQuoteInName = '\0';
 constexpr std::string_view kFormat = "--format";
-constexpr std::string_view kFormatTxt = "--format=txt", kFormatCsv = "--format=csv";
+constexpr std::string_view kFormatNamed = "--format=";
 
 bool isDigit(char c) {
     return c >= '0' && c <= '9';
@@ -23,8 +23,9 @@ bool isDelimiterSwitch(std::string_view argument) {
     return argument.size() == 3 && argument.starts_with("-d") && isDigit(argument[2]);
 }
 
-bool isFormatSwitch(std::string_view argument) {
-    return argument == kFormatTxt || argument == kFormatCsv;
+bool isFormatSwitch(std::string_view argument, FormatNames formats) {
+    return argument.starts_with(kFormatNamed) &&
+           std::ranges::count(formats, argument.substr(kFormatNamed.size())) != 0;
 }
 
 // A switch stands in the line without quotes; a double quote in it would begin a name.
@@ -33,16 +34,15 @@ bool isSilentSwitch(std::string_view argument) {
 }
 
 bool isSwitch(std::string_view argument) {
-    return isSilentSwitch(argument) || isDelimiterSwitch(argument) || isFormatSwitch(argument) ||
-           argument == "-RESTART" || argument == "-TLMODUS" || argument == "--help" || argument == "-h" ||
-           argument == "--version";
+    return isSilentSwitch(argument) || isDelimiterSwitch(argument) || argument == "-RESTART" ||
+           argument == "-TLMODUS" || argument == "--help" || argument == "-h" || argument == "--version";
 }
 
 // Tells whether the line holds only switches with blanks between them, or nothing.
 bool areSwitches(std::string_view line) {
     while (!line.empty()) {
         const std::string_view argument = line.substr(0, line.find(' '));
-        if (!argument.empty() && !isSwitch(argument)) return false;
+        if (!argument.empty() && !isSwitch(argument) && !argument.starts_with(kFormatNamed)) return false;
         line.remove_prefix(std::min(argument.size() + 1, line.size()));
     }
     return true;
@@ -70,14 +70,15 @@ struct Piece {
 
 class Joiner {
   public:
-    Joiner(std::string_view cwd, const PathRules& rules) : cwd_(cwd), rules_(rules) {}
+    Joiner(std::string_view cwd, const PathRules& rules, FormatNames formats)
+        : cwd_(cwd), rules_(rules), formats_(formats) {}
 
     void add(const std::string& argument) {
         if (switches_ && argument == "--") {
             switches_ = false;
         } else if (argument.empty()) {
             complain(LineProblem::kEmptyArgument, argument);
-        } else if (switches_ && isSwitch(argument)) {
+        } else if (switches_ && (isSwitch(argument) || isFormatSwitch(argument, formats_))) {
             line_.asksForHelp |= argument == "--help" || argument == "-h";
             line_.asksForVersion |= argument == "--version";
             pieces_.push_back({argument, true});
@@ -96,8 +97,9 @@ class Joiner {
     }
 
     JoinedLine take() {
-        const auto format = std::ranges::find_if(
-            pieces_, [](const Piece& piece) { return piece.isSwitch && isFormatSwitch(piece.text); });
+        const auto format = std::ranges::find_if(pieces_, [](const Piece& piece) {
+            return piece.isSwitch && piece.text.starts_with(kFormatNamed);
+        });
         if (!isSilent() && format != pieces_.end()) complain(LineProblem::kNotForWindow, format->text);
         if (isSilent() && names_ < 2) complain(LineProblem::kIncompleteReport, "");
         if (isSilent()) fixDelimiter();
@@ -136,6 +138,7 @@ class Joiner {
 
     std::string cwd_;
     const PathRules& rules_;
+    FormatNames formats_;
     bool switches_ = true;
     std::size_t names_ = 0;
     std::vector<Piece> pieces_;
@@ -158,16 +161,24 @@ std::optional<std::vector<std::string>> quotedTexts(std::string_view line) {
     return texts;
 }
 
-ReportLayout formatIn(std::string_view line) {
+// Returns the longest name of a format that the text begins with.
+std::string_view leadingFormat(std::string_view text, FormatNames formats) {
+    std::string_view longest;
+    for (const std::string_view name : formats)
+        if (text.starts_with(name) && name.size() > longest.size()) longest = name;
+    return longest;
+}
+
+std::string formatIn(std::string_view line, FormatNames formats) {
     // A format counts only outside of double quotes; inside of them are names, which may hold anything.
     bool bare = true;
     for (std::size_t at = 0; at < line.size(); ++at) {
         if (line[at] == '"') bare = !bare;
-        if (!bare) continue;
-        if (line.substr(at).starts_with(kFormatTxt)) return ReportLayout::kTxt;
-        if (line.substr(at).starts_with(kFormatCsv)) return ReportLayout::kCsv;
+        if (!bare || !line.substr(at).starts_with(kFormatNamed)) continue;
+        const std::string_view name = leadingFormat(line.substr(at + kFormatNamed.size()), formats);
+        if (!name.empty()) return std::string(name);
     }
-    return ReportLayout::kByName;
+    return {};
 }
 
 std::int32_t leadingNumber(std::string_view text) {
@@ -182,8 +193,8 @@ std::int32_t leadingNumber(std::string_view text) {
 }  // namespace
 
 JoinedLine joinArguments(const std::vector<std::string>& arguments, std::string_view cwd,
-                         const PathRules& rules) {
-    Joiner joiner(cwd, rules);
+                         const PathRules& rules, FormatNames formats) {
+    Joiner joiner(cwd, rules, formats);
     for (const std::string& argument : arguments) joiner.add(argument);
     return joiner.take();
 }
@@ -198,7 +209,7 @@ std::vector<std::string> GetFoldersFromCommand(std::string_view line) {
     return {std::string(line)};
 }
 
-SilentOrder KZGetFoldersFromCommand(std::string_view line) {
+SilentOrder KZGetFoldersFromCommand(std::string_view line, FormatNames formats) {
     SilentOrder order;
     std::string_view rest = trimBlanks(line);
     rest.remove_prefix(std::min<std::size_t>(2, rest.size()));
@@ -206,7 +217,7 @@ SilentOrder KZGetFoldersFromCommand(std::string_view line) {
     const std::size_t delimiter = rest.find("-d");
     if (delimiter != std::string_view::npos && delimiter + 2 < rest.size() && isDigit(rest[delimiter + 2]))
         order.delimiterIndex = rest[delimiter + 2] - '0';
-    order.format = formatIn(rest);
+    order.format = formatIn(rest, formats);
     const auto texts = quotedTexts(rest);
     if (!texts || texts->empty()) return order;
     order.outputFile = texts->front();

@@ -10,6 +10,7 @@
 #pragma once
 
 #include <cstdint>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -36,16 +37,19 @@ struct JoinedLine {
     std::string badArgument;  ///< The first argument that is a problem.
 };
 
+/// The names of the formats of reports: "csv" for "--format=csv".
+using FormatNames = std::span<const std::string_view>;
+
 /// Joins the arguments. Switches are "-s" and whatever begins with it and has no double quote, "-d" and a
-/// digit, "--format=txt", "--format=csv", "-RESTART", "-TLMODUS", "--help", "-h" and "--version"; behind "--"
-/// nothing is a switch. Everything else is a path, which `cwd` makes absolute; a source's path is also
+/// digit, "--format=" and one of `formats`, "-RESTART", "-TLMODUS", "--help", "-h" and "--version"; behind
+/// "--" nothing is a switch. Everything else is a path, which `cwd` makes absolute; a source's path is also
 /// resolved by its text (base/absolute_path.h). "-" as the file of a silent line, even behind "--", means
 /// standard output and stays as it is; "./-" is a file of that name.
 ///
 /// The delimiter switch of a silent line is moved right behind "-s", or "-d0" is put there if there is none,
 /// so that a "-d" in a path is never taken for it. REQUIRES: cwd is absolute, or empty if there is none.
 JoinedLine joinArguments(const std::vector<std::string>& arguments, std::string_view cwd,
-                         const PathRules& rules);
+                         const PathRules& rules, FormatNames formats);
 
 /// Tells whether the line asks for a report without a window.
 bool isSilentLine(std::string_view line);
@@ -54,16 +58,13 @@ bool isSilentLine(std::string_view line);
 /// quote. A source whose closing quote is missing is dropped; switches alone are no source.
 std::vector<std::string> GetFoldersFromCommand(std::string_view line);
 
-/// The layout of a report. kByName chooses it by the name of the file.
-enum class ReportLayout { kByName, kTxt, kCsv };
-
 /// What a silent line asks for.
 struct SilentOrder {
     std::string outputFile;   ///< kStandardOutput (platform/files.h) or a path.
     std::int32_t levels = 0;  ///< 0 if the line gives none.
     /// 0 comma, 1 semicolon, 2 tab, 3 blank; with 4 to 9, which are possible, the report chooses.
     std::int32_t delimiterIndex = 0;
-    ReportLayout format = ReportLayout::kByName;
+    std::string format;  ///< The name of one; empty if the name of the file decides.
     /// Empty if the line lacks the file or a source: then nothing is to be done.
     std::vector<std::string> sources;
 };
@@ -75,6 +76,6 @@ inline constexpr std::int32_t kMostLevels = 999'999'999;
 /// digit behind the first "-d" is the delimiter, a format is outside of double quotes, the first text in
 /// double quotes is the file, and the others are the sources. What is missing keeps its default. REQUIRES:
 /// isSilentLine(line), but for blanks in front of it.
-SilentOrder KZGetFoldersFromCommand(std::string_view line);
+SilentOrder KZGetFoldersFromCommand(std::string_view line, FormatNames formats);
 
 }  // namespace hl

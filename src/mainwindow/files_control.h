@@ -6,8 +6,8 @@
 #include <string>
 
 #include "fileops/file_run.h"
+#include "output/format_choice.h"
 #include "output/print_job.h"
-#include "output/save_report.h"
 
 namespace hl {
 

@@ -46,10 +46,7 @@ void ReportControl::rowsArrived() {
 void ReportControl::save() {
     Session& session = form_.session;
     if (session.tvwPL.rowCount() == 0 || form_.run.tellIncomplete()) return;
-    const Services& services = session.services;
-    SaveForm frmSave(SaveServices{session.tvwPL, session.options, services.texts, services.numbers,
-                                  services.files, services.diagnostics, session.state, services.pump,
-                                  services.paths, &form_.files});
+    SaveForm frmSave(reportSources(session), session.services.files, form_.files);
     Form form = frmSave.form();
     form_.window->dialogs.showForm(form);
 }

@@ -33,4 +33,10 @@ ScanContext scanContext(Session& session, ScanHost& host) {
         services.numbers,     services.bases};
 }
 
+ReportSources reportSources(Session& session) {
+    const Services& services = session.services;
+    return {session.tvwPL,        session.options, services.texts, services.numbers,
+            services.diagnostics, session.state,   services.pump,  services.paths};
+}
+
 }  // namespace hl

@@ -10,6 +10,7 @@
 #include "base/number_format.h"
 #include "base/path.h"
 #include "grid/grid.h"
+#include "output/report_order.h"
 #include "platform/console.h"
 #include "platform/files.h"
 #include "platform/folder_reader.h"
@@ -63,5 +64,7 @@ void Form_Load(Session& session);
 
 /// Puts together what a scan works with. `session` and `host` must outlive the context.
 ScanContext scanContext(Session& session, ScanHost& host);
+/// Puts together what a report is written from. `session` must outlive it.
+ReportSources reportSources(Session& session);
 
 }  // namespace hl

@@ -19,37 +19,33 @@ SilentRun::SilentRun(const Services& services) : session_(services), scan_(scanC
 // --- a run with no window
 
 bool SilentRun::run(const std::string& commandLine) {
-    const SilentOrder order = KZGetFoldersFromCommand(commandLine);
+    const SilentOrder line = KZGetFoldersFromCommand(commandLine, formatNames());
+    const ReportOrder order = orderOf(line);
     int error = 0;
-    const auto target = services().files.replace(order.outputFile, error);
-    if (!target) return reportNotWritten(order.outputFile, ApiErrorText(false, error, services().facts));
-    session_.state.SourceQueue.assign(order.sources.begin(), order.sources.end());
+    const auto target = services().files.replace(order.path, error);
+    if (!target) return reportNotWritten(order.path, ApiErrorText(false, error, services().facts));
+    session_.state.SourceQueue.assign(line.sources.begin(), line.sources.end());
     const std::uint32_t errorsBefore = services().diagnostics.errcount();
     Ordnerliste_Abarbeiten(scan_);
     services().console.progress("");
     // Nobody knows what an error of the program has left out, so an older report is worth more.
     const bool whole = services().diagnostics.errcount() == errorsBefore;
-    if (!whole) reportNotWritten(order.outputFile, services().texts.TL(9611, "ein unerwarteter Fehler"));
+    if (!whole) reportNotWritten(order.path, services().texts.TL(9611, "ein unerwarteter Fehler"));
     const bool written = whole && writeReport(order, *target);
     return written && !somethingFailed_ && services().diagnostics.errcount() == 0;
 }
 
-bool SilentRun::writeReport(const SilentOrder& order, ReplacingFile& target) {
+bool SilentRun::writeReport(const ReportOrder& order, ReplacingFile& target) {
     const Texts& texts = services().texts;
     if (session_.tvwPL.rowCount() == 0)
-        return reportNotWritten(order.outputFile, texts.TL(9610, "es wurde nichts eingelesen"));
-    SaveForm frmSave(SaveServices{session_.tvwPL, session_.options, services().texts, services().numbers,
-                                  services().files, services().diagnostics, session_.state, services().pump,
-                                  services().paths, nullptr, &target});
-    frmSave.format = order.format;
-    std::string path = order.outputFile;
-    if (frmSave.SPEICHERN(path, order.levels, order.delimiterIndex)) return true;
-    const int error = frmSave.fileError();
+        return reportNotWritten(order.path, texts.TL(9610, "es wurde nichts eingelesen"));
+    const ReportOutcome outcome = SPEICHERN(reportSources(session_), order, target);
+    if (outcome.written) return true;
     // The reader of a pipe may leave when it has read enough; that is no failure to report.
-    if (error == EPIPE) return false;
-    const std::string reason =
-        error != 0 ? ApiErrorText(false, error, services().facts) : texts.TL(9611, "ein unerwarteter Fehler");
-    return reportNotWritten(path, reason + leftBehindText(texts, frmSave.leftBehind()));
+    if (outcome.error == EPIPE) return false;
+    const std::string reason = outcome.error != 0 ? ApiErrorText(false, outcome.error, services().facts)
+                                                  : texts.TL(9611, "ein unerwarteter Fehler");
+    return reportNotWritten(order.path, reason + leftBehindText(texts, outcome.leftBehind));
 }
 
 // Reports that the report was not written; returns false for the caller to return.

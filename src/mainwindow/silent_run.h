@@ -4,9 +4,8 @@
 
 #include <string>
 
-#include "app/command_line.h"
 #include "mainwindow/session.h"
-#include "output/save_report.h"
+#include "output/report_order.h"
 #include "platform/files.h"
 #include "scan/driver.h"
 
@@ -51,7 +50,7 @@ class SilentRun final : public ScanHost {
 
   private:
     const Services& services() const { return session_.services; }
-    bool writeReport(const SilentOrder& order, ReplacingFile& target);
+    bool writeReport(const ReportOrder& order, ReplacingFile& target);
     bool reportNotWritten(const std::string& file, const std::string& reason);
 
     Session session_;

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <array>
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -13,6 +14,9 @@ namespace hl {
 /// The indexes of the option buttons of both forms.
 enum FolderScope : int { kAllFolders, kSelectedFolder };
 enum FolderLevels : int { kAllFolderLevels, kSomeFolderLevels, kUnfoldedLevels };
+
+/// The number of levels that stands for all of them.
+inline constexpr std::int32_t kAllLevels = 999;
 
 /// The controls of the question; the form owns them.
 struct FolderChoice {

@@ -17,7 +17,6 @@ namespace hl {
 namespace {
 
 constexpr const char* kRoutine = "Report_print";
-constexpr std::int32_t kAllLevels = 999;
 constexpr std::int32_t kAsUnfolded = -1;
 constexpr int kUsualZoom = 100;
 constexpr int kFourPixels = 4 * 15;  // In twips.

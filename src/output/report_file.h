@@ -15,8 +15,6 @@ namespace hl {
 
 /// The name of both forms' saving routine, as faults give it.
 inline constexpr const char* kSaveRoutine = "SPEICHERN";
-/// The delimiters, by their index in the form's box.
-inline constexpr std::string_view kDelimiters = ",;\t ";
 
 /// Returns the sentence that a message ends with if an unfinished file could not be removed; empty if there
 /// is none.

@@ -25,17 +25,6 @@ std::int64_t ReportNumber::roundedQuotient(std::int64_t value) const {
     return scaled / divisor_ + (rest >= divisor_ - rest ? 1 : 0);
 }
 
-std::size_t ReportNumber::separatorsIn(std::size_t digits) const {
-    return grouped_ ? (digits - 1) / 3 : 0;
-}
-
-void ReportNumber::appendWhole(std::string& out, std::string_view digits) const {
-    const std::size_t groups = separatorsIn(digits.size());
-    std::size_t at = digits.size() - groups * 3;
-    out.append(digits, 0, at);
-    for (; at < digits.size(); at += 3) out.append(format_.thousands).append(digits, at, 3);
-}
-
 void ReportNumber::append(std::string& out, std::int64_t value) const {
     if (divisor_ == 0) {
         out.append(width_, ' ');
@@ -47,11 +36,13 @@ void ReportNumber::append(std::string& out, std::int64_t value) const {
     const std::string_view digits(whole, static_cast<std::size_t>(end - whole));
 
     const bool negative = value < 0 && quotient != 0;
-    const std::size_t length =
-        negative + digits.size() + separatorsIn(digits.size()) * thousandsLength_ + fractionLength_;
+    const std::size_t separators = grouped_ ? (digits.size() - 1) / 3 : 0;
+    const std::size_t length = negative + digits.size() + separators * thousandsLength_ + fractionLength_;
     if (length < width_) out.append(width_ - length, ' ');
     if (negative) out += '-';
-    appendWhole(out, digits);
+    std::size_t at = digits.size() - separators * 3;
+    out.append(digits.data(), at);
+    for (; at < digits.size(); at += 3) out.append(format_.thousands).append(digits.data() + at, 3);
     if (scale_ == 1) return;
     const std::int64_t hundredths = quotient % scale_;
     out.append(format_.decimal);

@@ -23,8 +23,6 @@ class ReportNumber {
 
   private:
     std::int64_t roundedQuotient(std::int64_t value) const;
-    std::size_t separatorsIn(std::size_t digits) const;
-    void appendWhole(std::string& out, std::string_view digits) const;
 
     std::int64_t divisor_;
     std::int64_t scale_;  ///< How many of the last digit make one: 1, or 100 for hundredths.

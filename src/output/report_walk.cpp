@@ -16,13 +16,13 @@ SizeValue sizeOf(const Grid& grid, Row row) {
 
 }  // namespace
 
-ReportWalk::ReportWalk(const Grid& tvwPL, const PathRules& paths, const ReportLines& lines, ReportFile& file,
-                       Yield& yield, Diagnostics& diagnostics)
-    : tvwPL_(tvwPL), paths_(paths), lines_(lines), file_(file), yield_(yield), diagnostics_(diagnostics) {}
+ReportWalk::ReportWalk(const Grid& tvwPL, const PathRules& paths, const ReportWriter& writer,
+                       ReportFile& file, Yield& yield, Diagnostics& diagnostics)
+    : tvwPL_(tvwPL), paths_(paths), writer_(writer), file_(file), yield_(yield), diagnostics_(diagnostics) {}
 
 void ReportWalk::writeTree(Row start, std::int32_t levels) {
     path_.clear();
-    lines_.appendName(path_, tvwPL_.text(start));
+    writer_.appendText(path_, tvwPL_.text(start));
     writeLine(start, true);
     if (descends(start, levels)) TreeViewSpeichernR(start, levels);
 }
@@ -81,16 +81,17 @@ void ReportWalk::appendToPath(Row row, bool folder) {
     path_.resize(parents_.back());
     if (!path_.ends_with(paths_.separator)) path_ += paths_.separator;
     if (!folder) path_ += '[';
-    lines_.appendName(path_, tvwPL_.text(row));
+    writer_.appendText(path_, tvwPL_.text(row));
     if (!folder) path_ += ']';
 }
 
 // The row of a folder's own files counts no folders.
 void ReportWalk::writeLine(Row row, bool folder) {
-    const ReportRow facts = {.size = sizeOf(tvwPL_, row),
-                             .files = static_cast<std::int64_t>(tvwPL_.number(row, kFiles)),
-                             .folders = folder ? static_cast<std::int64_t>(tvwPL_.number(row, kFolders)) : 0};
-    lines_.appendRow(file_.block(), path_, facts);
+    fields_[kPathField].text = path_;
+    fields_[kSizeField].number = static_cast<double>(sizeOf(tvwPL_, row).bytes());
+    fields_[kFilesField].number = tvwPL_.number(row, kFiles);
+    fields_[kFoldersField].number = folder ? tvwPL_.number(row, kFolders) : 0;
+    writer_.row(file_.block(), fields_);
     file_.endLine();
     ++rowsWritten_;
 }

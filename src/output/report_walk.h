@@ -12,16 +12,19 @@
 #include "base/path.h"
 #include "grid/grid.h"
 #include "output/report_file.h"
-#include "output/report_lines.h"
+#include "output/report_writer.h"
 #include "robustness/debug.h"
 #include "scan/yield.h"
 
 namespace hl {
 
+/// The fields of a report's row, in the order in which they are handed to a writer.
+enum ReportFieldIndex : std::size_t { kPathField, kSizeField, kFilesField, kFoldersField, kReportFields };
+
 class ReportWalk {
   public:
     /// All arguments must outlive it. REQUIRES: the grid has kFolderCells.
-    ReportWalk(const Grid& tvwPL, const PathRules& paths, const ReportLines& lines, ReportFile& file,
+    ReportWalk(const Grid& tvwPL, const PathRules& paths, const ReportWriter& writer, ReportFile& file,
                Yield& yield, Diagnostics& diagnostics);
 
     /// Writes the row and what is below it, down to the grid's level `levels` (sources have level 0, whatever
@@ -42,13 +45,14 @@ class ReportWalk {
 
     const Grid& tvwPL_;
     const PathRules& paths_;
-    const ReportLines& lines_;
+    const ReportWriter& writer_;
     ReportFile& file_;
     Yield& yield_;
     Diagnostics& diagnostics_;
     std::string path_;                  ///< The path of the current row, as the report shows it.
     std::vector<std::size_t> parents_;  ///< For each level, how many of its bytes are the path of the row's
                                         ///< parent.
+    ReportRow fields_ = ReportRow(kReportFields);
     std::uint64_t rowsWritten_ = 0;
 };
 

@@ -1,11 +1,10 @@
 // Saving a flat list: the fields of a line, and the form.
 #include "output/save_files.h"
 
-#include <cmath>
+#include <utility>
 #include <vector>
 
 #include "app/setting_keys.h"
-#include "app/simple_value.h"
 #include "base/text.h"
 #include "output/report_file.h"
 #include "robustness/trap.h"
@@ -15,88 +14,74 @@ namespace hl {
 
 namespace {
 
-constexpr std::string_view kLineEnd = "\r\n";
-constexpr std::string_view kReplacement = "\xEF\xBF\xBD";  // U+FFFD
-constexpr std::string_view kFormulaStarts = "=+-@\t\r";
-
-// --- the fields of a line
-
-/// The columns that are written, each with its cell.
-class Fields {
+/// The columns of a list that are written, and the fields of its rows.
+class ListFields {
   public:
-    Fields(const Grid& grid, const NumberFormat& numbers, bool text, char delimiter, bool formulasAsText)
-        : grid_(grid),
-          numbers_(numbers),
-          isText_(text),
-          delimiter_(delimiter),
-          formulasAsText_(formulasAsText) {
+    ListFields(const Grid& grid, const NumberFormat& numbers) : grid_(grid) {
         const auto& columns = grid.columns();
         for (std::size_t i = 0; i < columns.size(); ++i)
             if (columns[i].saved && (i == 0 || columns[i].visible))
-                fields_.push_back({i, grid.cell(columns[i].key), ColumnText(grid, i, numbers)});
+                sources_.push_back({i, grid.cell(columns[i].key), ColumnText(grid, i, numbers), {}});
+        fields_.resize(sources_.size());
     }
 
-    void appendHeader(std::string& out) const {
-        for (const Field& field : fields_) append(out, field, grid_.columns()[field.column].title);
-        out.append(kLineEnd);
+    std::vector<TableColumn> columns() const {
+        std::vector<TableColumn> columns;
+        for (const Source& source : sources_)
+            columns.push_back({grid_.columns()[source.column].title, kindOf(source.cell)});
+        return columns;
     }
-    void appendRow(std::string& out, Row row) const {
-        for (const Field& field : fields_) append(out, field, valueOf(field, row));
-        out.append(kLineEnd);
+
+    /// Returns the fields of a row; the next call changes them.
+    const ReportRow& of(Row row, const ReportWriter& writer) {
+        for (std::size_t i = 0; i < sources_.size(); ++i) {
+            Source& source = sources_[i];
+            if (kindOf(source.cell) == FieldKind::kValue) {
+                fields_[i].number = source.shown.number(row);
+                continue;
+            }
+            source.text.clear();
+            appendText(source, row, writer);
+            fields_[i].text = source.text;
+        }
+        return fields_;
     }
 
   private:
-    struct Field {
+    struct Source {
         std::size_t column;
         CellId cell;  ///< kNoCell stands for the row's text.
         ColumnText shown;
+        std::string text;  ///< The field of the current row.
     };
 
-    void append(std::string& out, const Field& field, const std::string& value) const {
-        if (field.column != 0) out += delimiter_;
-        if (!isText_) out += '"';
-        out.append(value);
-        if (!isText_) out += '"';
+    FieldKind kindOf(CellId cell) const {
+        const bool isText = cell == kNoCell || grid_.cells().isText(cell) || grid_.cells().isDate(cell);
+        return isText ? FieldKind::kText : FieldKind::kValue;
     }
 
-    std::string valueOf(const Field& field, Row row) const {
-        if (field.cell == kNoCell) return written(grid_.text(row));
-        if (grid_.cells().isText(field.cell)) return written(grid_.cellText(row, field.cell));
-        if (grid_.cells().isDate(field.cell)) return std::string(trimBlanks(field.shown.of(row)));
-        const double number = field.shown.number(row);
-        return std::isnan(number) ? "" : replaceAll(SimpleValue(number).text(), ".", numbers_.decimal);
-    }
-
-    // In TXT each row must stay on one line, whatever a name holds.
-    std::string written(std::string_view name) const {
-        std::string text = decodable(name);
-        if (formulasAsText_ && !text.empty() && kFormulaStarts.find(text.front()) != std::string_view::npos)
-            text.insert(0, "'");
-        return isText_ ? replaceAll(replaceAll(text, "\r", kReplacement), "\n", kReplacement) : text;
+    void appendText(Source& source, Row row, const ReportWriter& writer) const {
+        if (source.cell == kNoCell)
+            writer.appendText(source.text, grid_.text(row));
+        else if (grid_.cells().isText(source.cell))
+            writer.appendText(source.text, grid_.cellText(row, source.cell));
+        else
+            writer.appendText(source.text, trimBlanks(source.shown.of(row)));
     }
 
     const Grid& grid_;
-    const NumberFormat& numbers_;
-    const bool isText_;
-    const char delimiter_;
-    const bool formulasAsText_;
-    std::vector<Field> fields_;
+    std::vector<Source> sources_;
+    ReportRow fields_;
 };
 
 }  // namespace
 
 // --- the form
 
-SaveFilesForm::SaveFilesForm(const SaveFilesServices& services) : services_(services) {
+SaveFilesForm::SaveFilesForm(const SaveFilesServices& services)
+    : FormatChoice(services.texts), services_(services) {
     const Texts& texts = services_.texts;
     caption = texts.TL(3612, "Speichern");
-    lblFormat = texts.TL(3647, "Dateiformat:");
-    cboFormat.items = {"TXT", "CSV"};
-    cboFormat.index = kFormatTxt;
-    lblDelimiter = texts.TL(3734, "Trennzeichen:");
-    cboDelimiter.items = {texts.TL(3730, "Komma"), texts.TL(3731, "Semikolon"), texts.TL(3732, "Tabulator"),
-                          texts.TL(3733, "Leerzeichen")};
-    cboDelimiter.index = kDelimiterTab;
     chkFormulas.caption = texts.TL(9645, "Texten mit =, +, - oder @ am Anfang ein ' voranstellen");
     chkFormulas.enabled = false;
     const std::string kept = services_.settings.GetSettings(
@@ -107,16 +92,11 @@ SaveFilesForm::SaveFilesForm(const SaveFilesServices& services) : services_(serv
 }
 
 Form SaveFilesForm::form() {
+    std::vector<FormItem> items = formatItems(0, 1);
+    items.push_back({.control = &chkFormulas, .row = 2, .columnSpan = 2});
     return {.name = "frmSaveFiles",
             .caption = caption,
-            .items = {{.control = &lblFormat},
-                      {.control = &cboFormat,
-                       .column = 1,
-                       .changed = [this] { cboFormat_Click(); },
-                       .name = lblFormat},
-                      {.control = &lblDelimiter, .row = 1},
-                      {.control = &cboDelimiter, .row = 1, .column = 1, .name = lblDelimiter},
-                      {.control = &chkFormulas, .row = 2, .columnSpan = 2}},
+            .items = std::move(items),
             .buttons = {{.control = &OKButton, .changed = [this] { OKButton_Click(); }},
                         {.control = &CancelButton, .changed = [this] { CancelButton_Click(); }}},
             .cancel = [this] { CancelButton_Click(); },
@@ -125,14 +105,14 @@ Form SaveFilesForm::form() {
 }
 
 void SaveFilesForm::cboFormat_Click() {
-    cboDelimiter.index = cboFormat.index == kFormatTxt ? kDelimiterTab : kDelimiterSemicolon;
-    chkFormulas.enabled = cboFormat.index == kFormatCsv;
+    FormatChoice::cboFormat_Click();
+    chkFormulas.enabled = chosenFormat().hasFormulas;
 }
 
 bool SaveFilesForm::SPEICHERN() {
     return guarded(services_.diagnostics, kSaveRoutine, "frmSaveFiles", [&] {
         hourglass = true;
-        const std::string path = askPath();
+        const std::string path = askPath(services_.dialog, services_.paths);
         if (!path.empty()) {
             setControlsEnabled(false);
             keepSetting();
@@ -145,39 +125,35 @@ bool SaveFilesForm::SPEICHERN() {
     });
 }
 
-std::string SaveFilesForm::askPath() const {
-    const std::string root(1, services_.paths.separator);
-    if (cboFormat.index == kFormatTxt)
-        return services_.dialog.askSavePath({"TXT (*.txt)|*.txt", "txt", root});
-    return services_.dialog.askSavePath({"CSV (*.csv)|*.csv", "csv", root});
-}
-
 void SaveFilesForm::setControlsEnabled(bool enabled) {
     OKButton.enabled = CancelButton.enabled = cboFormat.enabled = cboDelimiter.enabled = enabled;
-    chkFormulas.enabled = enabled && cboFormat.index == kFormatCsv;
+    chkFormulas.enabled = enabled && chosenFormat().hasFormulas;
 }
 
 void SaveFilesForm::keepSetting() {
-    if (cboFormat.index == kFormatCsv)
+    if (chosenFormat().hasFormulas)
         services_.settings.StoreSettings(kKeyCsvEscapeFormulas.section, kKeyCsvEscapeFormulas.key,
                                          chkFormulas.checked ? 1 : 0);
 }
 
 void SaveFilesForm::write(const std::string& path) const {
-    const bool text = cboFormat.index == kFormatTxt;
-    const char delimiter = kDelimiters.at(static_cast<std::size_t>(cboDelimiter.index));
-    const Fields fields(services_.grid, services_.numbers, text, delimiter, !text && chkFormulas.checked);
-
     int error = 0;
     const auto target = services_.files.replace(path, error);
     if (!target) raiseFileError(error, path, {});
-    ReportFile file(*target);
-    if (!text) fields.appendHeader(file.block());
     const Grid& grid = services_.grid;
+    ListFields fields(grid, services_.numbers);
+    const auto writer = chosenFormat().writer({.columns = fields.columns(),
+                                               .delimiter = chosenDelimiter(),
+                                               .forTerminal = target->isTerminal(),
+                                               .formulasAsText = chkFormulas.checked},
+                                              services_.numbers);
+    ReportFile file(*target);
+    writer->begin(file.block());
     for (Row row = grid.firstRoot(); row != kNoRow && file.error() == 0; row = grid.nextSibling(row)) {
-        fields.appendRow(file.block(), row);
+        writer->row(file.block(), fields.of(row, *writer));
         file.endLine();
     }
+    writer->end(file.block());
     if (file.commit() != 0)
         raiseFileError(file.error(), path, leftBehindText(services_.texts, target->leftBehind()));
 }

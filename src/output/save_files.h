@@ -1,18 +1,22 @@
 // frmSaveFiles saves a flat list to a file as its grid stands, row by row, with the visible columns.
 //
-// TXT has no header and no quotes; CSV has both, with all fields in double quotes and no escape for a double
-// quote in a name. The user chooses the format, whatever the file's name. Numbers are written as the cells
-// hold them, dates as the list shows them. The first column is always written. An office
-// program takes a CSV text that begins with =, +, -, @, a tab or CR for a formula, quoted or not, and anybody
-// can give a file such a name: if asked to, the form puts a ' in front of such texts. The older file stays
+// The user chooses the format, whatever the file's name. Numbers are written as the cells hold them, dates as
+// the list shows them. The first column is always written. Anybody can give a file a name that an office
+// program takes for a formula: if asked to, the form puts a ' in front of such texts. The older file stays
 // until the new one is complete. For the thread of the logic.
 #pragma once
 
 #include <string>
 
 #include "app/settings.h"
-#include "output/save_report.h"
+#include "app/texts.h"
+#include "base/number_format.h"
+#include "grid/grid.h"
+#include "output/format_choice.h"
+#include "platform/files.h"
+#include "platform/form.h"
 #include "platform/window.h"
+#include "robustness/debug.h"
 
 namespace hl {
 
@@ -28,12 +32,10 @@ struct SaveFilesServices {
     SaveDialog& dialog;
 };
 
-class SaveFilesForm {
+class SaveFilesForm : public FormatChoice {
   public:
     /// Makes the form with translated texts and preset values.
     explicit SaveFilesForm(const SaveFilesServices& services);
-    SaveFilesForm(const SaveFilesForm&) = delete;
-    SaveFilesForm& operator=(const SaveFilesForm&) = delete;
 
     /// Asks for the path and writes the list as the controls say; without a path nothing is written. Returns
     /// true if it was written. An error is reported; the form then stays, with its controls disabled.
@@ -41,15 +43,12 @@ class SaveFilesForm {
 
     void OKButton_Click() { SPEICHERN(); }
     void CancelButton_Click() { loaded = false; }
-    /// Chooses the delimiter that belongs to the format.
-    void cboFormat_Click();
+    void cboFormat_Click() override;
     /// Tells a window how to show the form. The result refers to this object's controls.
     Form form();
 
     std::string caption;
-    std::string lblFormat, lblDelimiter;
-    ComboBox cboFormat, cboDelimiter;
-    CheckBox chkFormulas;  ///< The value of kKeyCsvEscapeFormulas; it counts for CSV only.
+    CheckBox chkFormulas;  ///< The value of kKeyCsvEscapeFormulas; it counts only for a format with formulas.
     CommandButton OKButton, CancelButton;
     bool hourglass = false;  ///< The pointer shows that the program is working.
     bool loaded = true;      ///< False once the form is done with.
@@ -57,7 +56,6 @@ class SaveFilesForm {
   private:
     void setControlsEnabled(bool enabled);
     void keepSetting();
-    std::string askPath() const;
     void write(const std::string& path) const;
 
     SaveFilesServices services_;

@@ -2,18 +2,16 @@
 
 #include <gtest/gtest.h>
 
-#include "app/usage.h"
-#include "base/text.h"
-#include "support/test_texts.h"
-
 namespace hl {
 namespace {
 
 using Arguments = std::vector<std::string>;
 using namespace std::string_literals;
 
+constexpr std::string_view kFormats[] = {"csv", "tx", "txt"};
+
 JoinedLine join(const Arguments& arguments) {
-    return joinArguments(arguments, "/cwd", kPosixPaths);
+    return joinArguments(arguments, "/cwd", kPosixPaths, kFormats);
 }
 
 TEST(JoinedArguments, QuoteAgainWhatTheShellUnquoted) {
@@ -45,7 +43,7 @@ TEST(JoinedArguments, MakePathsAbsolute) {
     const std::pair<std::string, std::string> cases[] = {
         {".", "/cwd"}, {"../a", "/a"}, {"a/", "/cwd/a/"}, {"~", "/cwd/~"}, {"//s/./x", "//s/./x"}};
     for (const auto& [path, absolute] : cases) EXPECT_EQ(join({path}).text, "\"" + absolute + "\"");
-    EXPECT_EQ(joinArguments({"D:\\.\\a", ".\\a", "\\\\srv\\x"}, "C:\\cwd", kDrivePaths).text,
+    EXPECT_EQ(joinArguments({"D:\\.\\a", ".\\a", "\\\\srv\\x"}, "C:\\cwd", kDrivePaths, {}).text,
               "\"D:\\a\" \"C:\\cwd\\a\" \"\\\\srv\\x\"");
 }
 
@@ -62,6 +60,7 @@ TEST(JoinedArguments, NameTheFirstThatMakesNoSense) {
         {{"-s2"}, LineProblem::kIncompleteReport, ""},
         {{"-s", "--format=pdf", "-", "/a"}, LineProblem::kUnknownFormat, "--format=pdf"},
         {{"-s", "--format", "-", "/a"}, LineProblem::kUnknownFormat, "--format"},
+        {{"-s", "--format=txtx", "-", "/a"}, LineProblem::kUnknownFormat, "--format=txtx"},
         {{"--format=txt", "-s", "/r", "/a"}, LineProblem::kNotForWindow, "--format=txt"}};
     for (const auto& [arguments, problem, bad] : cases) {
         const JoinedLine line = join(arguments);
@@ -105,7 +104,7 @@ TEST(SilentOrder, IsReadAsItIsTold) {
         // The joined line delivers every name unchanged.
         {join({"-s4", "/r\"-d3\".csv", "/-d2", "/\n\xFF"}).text, "/r\"-d3\".csv", 4, 0, {"/-d2", "/\n\xFF"}}};
     for (const auto& [line, file, levels, delimiter, sources] : cases) {
-        const SilentOrder order = KZGetFoldersFromCommand(line);
+        const SilentOrder order = KZGetFoldersFromCommand(line, kFormats);
         EXPECT_EQ(std::tie(order.outputFile, order.levels, order.delimiterIndex, order.sources),
                   std::tie(file, levels, delimiter, sources))
             << line;
@@ -113,33 +112,18 @@ TEST(SilentOrder, IsReadAsItIsTold) {
 }
 
 TEST(SilentOrder, HasAFormatWhereOneStandsOutsideOfTheNames) {
-    const std::pair<std::string, ReportLayout> cases[] = {
-        {"-s --format=txt \"/r\" \"/a\"", ReportLayout::kTxt},
-        {"-s2-d1 \"/r\" \"/--format=txt\" --format=csv", ReportLayout::kCsv},
-        {"-s \"/r --format=txt\" \"/a\"", ReportLayout::kByName},
-        {join({"-s--format=csv", "-", "/a\"--format=txt"}).text, ReportLayout::kCsv}};
-    for (const auto& [line, format] : cases) EXPECT_EQ(KZGetFoldersFromCommand(line).format, format) << line;
+    const std::pair<std::string, std::string> cases[] = {
+        {"-s --format=txt \"/r\" \"/a\"", "txt"},
+        {"-s2-d1 \"/r\" \"/--format=txt\" --format=csv", "csv"},
+        {"-s \"/r --format=txt\" \"/a\"", ""},
+        {join({"-s--format=csv", "-", "/a\"--format=txt"}).text, "csv"}};
+    for (const auto& [line, format] : cases)
+        EXPECT_EQ(KZGetFoldersFromCommand(line, kFormats).format, format) << line;
 }
 
 TEST(SilentLine, IsToldByItsFirstTwoCharacters) {
     for (const char* line : {"-s", "-sudden \"/a\""}) EXPECT_TRUE(isSilentLine(line)) << line;
     for (const char* line : {"-S", " -s", "\"/a\" -s", ""}) EXPECT_FALSE(isSilentLine(line)) << line;
-}
-
-TEST(Usage, FitsATerminalInEachLanguage) {
-    for (const char* locale : {"de_DE", "en_GB", "it_IT", "nl_NL"}) {
-        const std::string usage = usageText(test::TestTexts(locale).texts);
-        for (std::string_view text = usage; !text.empty(); text.remove_prefix(text.find('\n') + 1))
-            EXPECT_LE(characterCount(text.substr(0, text.find('\n'))), 100U)
-                << text.substr(0, text.find('\n'));
-    }
-}
-
-TEST(Usage, SaysWhatIsWrongWithALine) {
-    const test::TestTexts english("en_GB");
-    EXPECT_EQ(problemText(english.texts, join({"-\n\xFF"})),
-              "Unknown option -␊\uFFFD. For a file or folder of that name, use ./-␊\uFFFD");
-    EXPECT_EQ(problemText(english.texts, join({""})), "An argument is empty.");
 }
 
 }  // namespace

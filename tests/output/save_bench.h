@@ -16,7 +16,7 @@ namespace hl::test {
 inline constexpr const char* kNotWritten = "NOT WRITTEN";
 
 /// Uses German, sizes in megabytes with decimals, and paths with "/", unless a test changes that.
-struct SaveBench {
+struct SaveBench : SaveDialog {
     SaveBench() {
         options.FileSizeFormat = 2;
         options.SizeFormatNachkommastellenFolders = 1;
@@ -52,20 +52,29 @@ struct SaveBench {
             row = folder(row, "f", 1024, 1, 1);
     }
 
-    SaveServices services() {
-        return {grid,  options, texts->texts, numbers, texts->files, texts->diagnostics,
-                state, *pump,   paths,        dialog,  target};
+    ReportSources sources() {
+        return {grid, options, texts->texts, numbers, texts->diagnostics, state, *pump, paths};
     }
     std::string pathOf(const std::string& name) const { return texts->dir.path() + "/" + name; }
+    std::string askSavePath(const SaveQuestion& question) override {
+        asked.push_back(question);
+        return answer;
+    }
     /// Saves the report as a run without a window does and returns it.
     std::string saved(const std::string& name, std::int32_t levels = 0, std::int32_t delimiter = -1) {
-        SaveForm frmSave(services());
-        return savedBy(frmSave, name, levels, delimiter);
+        SilentOrder line;
+        line.outputFile = pathOf(name);
+        line.levels = levels;
+        line.delimiterIndex = delimiter;
+        int error = 0;
+        const auto target = texts->files.replace(line.outputFile, error);
+        return SPEICHERN(sources(), orderOf(line), *target).written ? contentOf(line.outputFile)
+                                                                    : kNotWritten;
     }
-    std::string savedBy(SaveForm& frmSave, const std::string& name, std::int32_t levels = -1,
-                        std::int32_t delimiter = -1) {
-        std::string path = pathOf(name);
-        return frmSave.SPEICHERN(path, levels, delimiter) ? contentOf(path) : kNotWritten;
+    /// Saves the report as the form's controls say, and returns it.
+    std::string savedBy(SaveForm& frmSave, const std::string& name) {
+        answer = pathOf(name);
+        return frmSave.SPEICHERN() ? contentOf(answer) : kNotWritten;
     }
     void english() {
         texts = std::make_unique<TestTexts>("en_US.UTF-8");
@@ -80,8 +89,8 @@ struct SaveBench {
     ScanState state;
     HeadlessPump silence;
     MessagePump* pump = &silence;
-    SaveDialog* dialog = nullptr;
-    ReplacingFile* target = nullptr;
+    std::string answer;               ///< The path that the dialog answers.
+    std::vector<SaveQuestion> asked;  ///< What the dialog was asked.
 };
 
 }  // namespace hl::test

@@ -6,7 +6,7 @@
 #include <random>
 
 #include "base/size_text.h"
-#include "output/report_lines.h"
+#include "output/csv_writer.h"
 #include "output/report_number.h"
 #include "output/save_bench.h"
 #include "support/scripted_pump.h"
@@ -20,16 +20,6 @@ std::size_t linesIn(const std::string& text) {
     return static_cast<std::size_t>(std::count(text.begin(), text.end(), '\n'));
 }
 
-/// Answers with a path and records what it was asked.
-struct FakeDialog : SaveDialog {
-    std::string answer;
-    std::vector<SaveQuestion> asked;
-    std::string askSavePath(const SaveQuestion& question) override {
-        asked.push_back(question);
-        return answer;
-    }
-};
-
 class SaveReport : public testing::Test, public test::SaveBench {};
 
 TEST_F(SaveReport, LevelsTakeDigitsAndBackspaceOnly) {
@@ -41,20 +31,18 @@ TEST_F(SaveReport, LevelsTakeDigitsAndBackspaceOnly) {
 
 TEST_F(SaveReport, OkSavesWhereTheDialogSaysOrNothingIfItIsCancelled) {
     grid.setExpanded(sampleTree("/srv/data"), true);  // The unfolded row lies within a folded one.
-    FakeDialog answers;
-    dialog = &answers;
     const std::string filters[] = {"TXT (*.txt)|*.txt", "CSV (*.csv)|*.csv"};
     for (const int format : {kFormatTxt, kFormatCsv}) {
-        SaveForm frmSave(services());
+        SaveForm frmSave(sources(), texts->files, *this);
         frmSave.cboFormat.index = format;
         frmSave.OKButton_Click();
-        EXPECT_EQ(answers.asked.back().filter, filters[format]);
-        EXPECT_EQ(answers.asked.back().defaultExtension, format == kFormatTxt ? "txt" : "csv");
+        EXPECT_EQ(asked.back().filter, filters[format]);
+        EXPECT_EQ(asked.back().defaultExtension, format == kFormatTxt ? "txt" : "csv");
         EXPECT_FALSE(frmSave.loaded || frmSave.hourglass);
         EXPECT_TRUE(frmSave.OKButton.enabled && texts->sink.shown.empty());
-        answers.answer = pathOf("chosen.csv");
+        answer = pathOf("chosen.csv");
     }
-    EXPECT_EQ(linesIn(test::contentOf(answers.answer)), 2U) << "the view is folded: header and source";
+    EXPECT_EQ(linesIn(test::contentOf(answer)), 2U) << "the view is folded: header and source";
 }
 
 TEST_F(SaveReport, TheNameDecidesTheFormatAndTheListTheDelimiter) {
@@ -62,7 +50,7 @@ TEST_F(SaveReport, TheNameDecidesTheFormatAndTheListTheDelimiter) {
     for (const char* name : {"a.txt", "A.TXT"}) EXPECT_TRUE(saved(name).starts_with("Größe")) << name;
     for (const char* name : {"a.csv", "a", "a.txt.bak", "txt"})
         EXPECT_TRUE(saved(name, 0, 4).starts_with("\"Pfad\"\t")) << name << ", no delimiter has number 4";
-    SaveForm frmSave(services());
+    SaveForm frmSave(sources(), texts->files, *this);
     frmSave.cboFormat.index = kFormatCsv;
     frmSave.cboFormat_Click();
     EXPECT_TRUE(savedBy(frmSave, "r.txt").starts_with("Größe (MB);Dateien;Ordner;Pfad\r\n"));
@@ -70,21 +58,23 @@ TEST_F(SaveReport, TheNameDecidesTheFormatAndTheListTheDelimiter) {
 
 TEST_F(SaveReport, LevelsComeFromTheOrderOrTheControls) {
     sampleTree("/srv/data");
-    const std::tuple<std::int32_t, FolderLevels, std::string, std::size_t> cases[] = {
-        {0, kUnfoldedLevels, "", 8},  // In a silent run 0 means everything.
-        {2, kUnfoldedLevels, "", 6},     {1, kAllFolderLevels, "", 4},  {-7, kUnfoldedLevels, "", 1},
-        {-1, kAllFolderLevels, "", 8},   {-1, kUnfoldedLevels, "3", 1}, {-1, kSomeFolderLevels, "1", 4},
-        {-1, kSomeFolderLevels, "0", 1},  // 0 means what is unfolded.
-        {-1, kSomeFolderLevels, "77", 8}};
-    for (const auto& [levels, option, typed, rows] : cases) {
-        SaveForm frmSave(services());
+    const std::pair<std::int32_t, std::size_t> orders[] = {{0, 8}, {2, 6}, {1, 4}, {-7, 1}};
+    for (const auto& [levels, rows] : orders)
+        EXPECT_EQ(linesIn(saved("r.csv", levels)), 1 + rows) << levels << ", 0 means everything";
+    const std::tuple<FolderLevels, std::string, std::size_t> cases[] = {
+        {kAllFolderLevels, "", 8},
+        {kUnfoldedLevels, "3", 1},
+        {kSomeFolderLevels, "1", 4},
+        {kSomeFolderLevels, "0", 1},  // 0 means what is unfolded.
+        {kSomeFolderLevels, "77", 8}};
+    for (const auto& [option, typed, rows] : cases) {
+        SaveForm frmSave(sources(), texts->files, *this);
         selectOption(frmSave.optLevels, static_cast<std::size_t>(option));
         frmSave.txtLevels.text = typed;
-        EXPECT_EQ(linesIn(savedBy(frmSave, "r.csv", levels)), 1 + rows)
-            << levels << " " << option << " '" << typed << "'";
+        EXPECT_EQ(linesIn(savedBy(frmSave, "r.csv")), 1 + rows) << option << " '" << typed << "'";
     }
     for (const char* typed : {"", "1x", "2147483648"}) {
-        SaveForm frmSave(services());
+        SaveForm frmSave(sources(), texts->files, *this);
         selectOption(frmSave.optLevels, kSomeFolderLevels);
         frmSave.txtLevels.text = typed;
         EXPECT_EQ(savedBy(frmSave, "r.csv"), test::kNotWritten) << typed;
@@ -108,10 +98,10 @@ TEST_F(SaveReport, AnErrorThatCostsRowsLeavesTheOlderFile) {
     failing.input = true;
     failing.onPump = [] { throw std::bad_alloc(); };
     pump = &failing;
-    FakeDialog window;
-    for (const bool inWindow : {false, true}) {
-        dialog = inWindow ? &window : nullptr;
-        EXPECT_EQ(saved("r.csv"), test::kNotWritten);
+    SaveForm frmSave(sources(), texts->files, *this);
+    selectOption(frmSave.optLevels, kAllFolderLevels);
+    for (const std::string& result : {saved("r.csv"), savedBy(frmSave, "r.csv")}) {
+        EXPECT_EQ(result, test::kNotWritten);
         EXPECT_EQ(test::contentOf(pathOf("r.csv")), "older");
     }
     EXPECT_EQ(texts->reports("r.csv was not written"), 1U) << "in the window";
@@ -121,9 +111,7 @@ TEST_F(SaveReport, AnErrorThatCostsRowsLeavesTheOlderFile) {
 TEST_F(SaveReport, DepthTakesNoStack) {
     chain(3000);
     const auto save = [](void* bench) -> void* {
-        SaveForm frmSave(static_cast<SaveBench*>(bench)->services());
-        std::string path = static_cast<SaveBench*>(bench)->pathOf("deep.csv");
-        frmSave.SPEICHERN(path, 20000, -1);
+        static_cast<SaveBench*>(bench)->saved("deep.csv", 20000);
         return nullptr;
     };
     pthread_attr_t attributes;
@@ -141,31 +129,34 @@ TEST_F(SaveReport, AnUnfinishedFileThatCannotBeRemovedIsNamed) {
         int write(std::string_view) override { return 0; }
         int commit() override { return EPERM; }
         std::string leftBehind() const override { return "/far/rest\n"; }
+    };
+    struct StuckFiles : LinuxFiles {
+        std::unique_ptr<ReplacingFile> replace(const std::string&, int&) override {
+            return std::make_unique<Stuck>();
+        }
     } stuck;
-    FakeDialog window;
     sampleTree("/srv/data");
-    target = &stuck;
-    dialog = &window;
-    EXPECT_EQ(saved("r.csv"), test::kNotWritten);
+    SaveForm frmSave(sources(), stuck, *this);
+    EXPECT_EQ(savedBy(frmSave, "r.csv"), test::kNotWritten);
     EXPECT_EQ(texts->reports("not permitted Die unfertige Datei /far/rest\u240A ließ sich nicht löschen."),
               1U);
 }
 
 TEST_F(SaveReport, AFailureIsReportedWithItsCauseOrTheNameOfTheFile) {
-    FakeDialog window;
-    dialog = &window;
+    const auto fails = [&](const std::string& path, const std::string& cause) {
+        SaveForm frmSave(sources(), texts->files, *this);
+        answer = path;
+        EXPECT_FALSE(frmSave.SPEICHERN());
+        EXPECT_EQ(texts->reports(cause), 1U) << cause;
+        return frmSave.OKButton.enabled;
+    };
+    fails(pathOf("r.csv"), "Nothing was read");
     EXPECT_EQ(saved("r.csv"), test::kNotWritten);
     EXPECT_FALSE(fs::exists(pathOf("r.csv")));
-    EXPECT_EQ(texts->reports("Nothing was read"), 1U);
     sampleTree("/srv/data");
-    std::string path = "/dev/full";
-    SaveForm frmSave(services());
-    EXPECT_FALSE(frmSave.SPEICHERN(path, 0, 0));
-    EXPECT_EQ(texts->reports("/dev/full: No space left on device"), 1U);
+    EXPECT_FALSE(fails("/dev/full", "/dev/full: No space left on device")) << "the form serves once";
     EXPECT_EQ(texts->reports("FileSizeFormat=2"), 1U) << "the local values";
-    EXPECT_FALSE(frmSave.OKButton.enabled) << "the form serves once";
-    EXPECT_EQ(saved("no/such/folder/r.csv"), test::kNotWritten);
-    EXPECT_EQ(texts->reports("folder/r.csv: No such file or directory"), 1U);
+    fails(pathOf("no/such/folder/r.csv"), "folder/r.csv: No such file or directory");
 }
 
 std::string appended(const ReportNumber& number, std::int64_t value) {
@@ -203,7 +194,7 @@ TEST(ReportNumber, AreTheTextsOfTheSlowRoutinesForEveryModeAndLocale) {
                            });
                 if (divisorOf(mode) == 0) continue;
                 // CSV has the quotients without separators of thousands.
-                expectSame(savedSize(mode, decimals, format), [&](SizeValue size) {
+                expectSame(FormatFileSizeSave(mode, decimals, format), [&](SizeValue size) {
                     return formatQuotient(size, divisorOf(mode), {.grouped = false, .decimals = places},
                                           format);
                 });

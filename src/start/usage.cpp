@@ -1,10 +1,11 @@
-#include "app/usage.h"
+#include "start/usage.h"
 
 #include <algorithm>
 #include <string_view>
 
 #include "app/product.h"
 #include "base/text.h"
+#include "output/report_formats.h"
 
 namespace hl {
 
@@ -34,9 +35,8 @@ std::string usageText(const Texts& texts) {
                        texts.TL(9006, "Die Quellen und so viele Ordnerebenen darunter; ohne Zahl 999"));
     text +=
         optionLine("-dN", texts.TL(9007, "Trennzeichen: 0 Komma, 1 Semikolon, 2 Tabulator, 3 Leerzeichen"));
-    text += optionLine("--format=F", texts.TL(9613, "txt oder csv, wie auch immer der Name endet"));
-    text += optionLine(
-        file, texts.TL(9008, "Endet der Name auf .txt: eine Texttabelle, sonst CSV; -: Standardausgabe"));
+    text += optionLine("--format=F", formatHelp(texts));
+    text += optionLine(file, formatByNameHelp(texts));
     text += optionLine("--", texts.TL(9009, "Danach folgen nur noch Namen, auch solche mit - am Anfang"));
     text += optionLine("-h, --help", texts.TL(9010, "Diese Hilfe"));
     text += optionLine("--version", texts.TL(9011, "Die Version"));
@@ -64,8 +64,7 @@ std::string problemText(const Texts& texts, const JoinedLine& line) {
         case LineProblem::kEmptyArgument:
             return texts.TL(9014, "Ein Argument ist leer.");
         case LineProblem::kUnknownFormat:
-            return texts.TL(9614, "Unbekanntes Format %1. Es gibt --format=txt und --format=csv.",
-                            {visible(line.badArgument)});
+            return unknownFormatText(texts, visible(line.badArgument));
         case LineProblem::kNotForWindow:
             return texts.TL(9615, "%1 gilt für einen Bericht: davor muss -s stehen.", {line.badArgument});
         case LineProblem::kIncompleteReport:

@@ -1,0 +1,136 @@
+#include "output/report_order.h"
+
+#include <array>
+#include <utility>
+
+#include "base/size_text.h"
+#include "base/text.h"
+#include "output/report_file.h"
+#include "output/report_walk.h"
+#include "robustness/trap.h"
+#include "scan/records.h"
+#include "scan/yield.h"
+
+namespace hl {
+
+namespace {
+
+// Mode 4 has the unit of mode 5 here. Neither can be chosen.
+std::string_view unitInTitle(int sizeMode) {
+    constexpr std::array<std::string_view, 5> kUnits = {" (Bytes)", " (KB)", " (MB)", " (GB)", " (TB)"};
+    return sizeMode < static_cast<int>(kUnits.size()) ? kUnits[static_cast<std::size_t>(sizeMode)] : "";
+}
+
+}  // namespace
+
+ReportOrder orderOf(const SilentOrder& line) {
+    const auto delimiter = static_cast<std::size_t>(line.delimiterIndex);
+    return {.path = line.outputFile,
+            .format = formatNamed(line.format),
+            .scope = kAllFolders,
+            .levels = line.levels == 0 ? kAllLevels : line.levels,
+            .delimiter = delimiter < kDelimiters.size() ? kDelimiters[delimiter] : '\t'};
+}
+
+DebugValues ReportRun::values() const {
+    const bool isText = order.format != nullptr && order.format == &reportFormats()[kFormatTxt];
+    return {"path=" + visible(order.path),
+            "scope=" + std::to_string(order.scope),
+            "levels=" + std::to_string(order.levels),
+            "delimiter=" + std::to_string(order.delimiter),
+            "start=" + std::to_string(std::int64_t{start_}),
+            "IsTextFormat=" + std::to_string(isText),
+            "FileSizeFormat=" + std::to_string(sizeMode_),
+            "decimals=" + std::to_string(decimals_),
+            "rows=" + std::to_string(rows_),
+            "written=" + std::to_string(written_)};
+}
+
+void ReportRun::findStart() {
+    const Grid& report = sources_.tvwPL;
+    if (order.scope != kSelectedFolder)
+        start_ = report.firstRoot();
+    else if (const auto selected = report.selectedRows(); !selected.empty())
+        start_ = selected.front();
+    if (start_ == kNoRow)
+        throw Fault(kFaultInvalidCall, kSaveRoutine, "Nothing was read: there is no row to save");
+}
+
+int ReportRun::write(Files& files) {
+    takeLayout();
+    int error = 0;
+    const auto target = files.replace(order.path, error);
+    return target == nullptr ? error : writeRows(*target);
+}
+
+int ReportRun::write(ReplacingFile& target) {
+    takeLayout();
+    return writeRows(target);
+}
+
+void ReportRun::takeLayout() {
+    if (order.format == nullptr) order.format = &formatOfFile(order.path);
+    sizeMode_ = sources_.options.FileSizeFormat;
+    decimals_ = sources_.options.SizeFormatNachkommastellenFolders;
+}
+
+// The start row alone decides the widths. Those of the counts are measured in the mode of the sizes, which
+// makes them too small; a number wider than its column is not cut.
+ReportTable ReportRun::table(bool forTerminal) const {
+    const Texts& texts = sources_.texts;
+    const NumberFormat& numbers = sources_.numbers;
+    const auto cell = [&](FolderCell id) {
+        const auto value = static_cast<std::int64_t>(sources_.tvwPL.number(start_, id));
+        return SizeValue::fromBytes(static_cast<std::uint64_t>(value));
+    };
+    const auto countWidth = [&](FolderCell id) {
+        return characterCount(FormatSizeForMode(sizeMode_, cell(id), false, false, numbers));
+    };
+    const std::size_t sizeWidth =
+        characterCount(xFormatFileSizeWithSpacer(sizeMode_, cell(kSize), 1, false, decimals_, numbers));
+    ReportTable table{.isTree = true,
+                      .delimiter = order.delimiter,
+                      .forTerminal = forTerminal,
+                      .sizeMode = sizeMode_,
+                      .decimals = decimals_};
+    table.columns.resize(kReportFields);
+    table.columns[kPathField] = {texts.TL(3626, "Pfad")};
+    table.columns[kSizeField] = {texts.TL(3623, "Größe").append(unitInTitle(sizeMode_)), FieldKind::kSize,
+                                 sizeWidth};
+    table.columns[kFilesField] = {texts.TL(3624, "Dateien"), FieldKind::kCount, countWidth(kFiles)};
+    table.columns[kFoldersField] = {texts.TL(3625, "Ordner"), FieldKind::kCount, countWidth(kFolders)};
+    return table;
+}
+
+int ReportRun::writeRows(ReplacingFile& target) {
+    const auto writer = order.format->writer(table(target.isTerminal()), sources_.numbers);
+    ReportFile file(target);
+    writer->begin(file.block());
+
+    const std::uint32_t errorsBefore = sources_.diagnostics.errcount();
+    Yield yield(sources_.state, sources_.pump);
+    ReportWalk walk(sources_.tvwPL, sources_.paths, *writer, file, yield, sources_.diagnostics);
+    for (Row root = start_; root != kNoRow && file.error() == 0; root = sources_.tvwPL.nextSibling(root)) {
+        walk.writeTree(root, order.levels);
+        rows_ = walk.rowsWritten();
+        if (order.scope == kSelectedFolder) break;
+    }
+    writer->end(file.block());
+    const bool whole = sources_.diagnostics.errcount() == errorsBefore;
+    const int error = whole ? file.commit() : kNotWhole;
+    leftBehind_ = target.leftBehind();
+    written_ = error == 0;
+    return error;
+}
+
+ReportOutcome SPEICHERN(const ReportSources& sources, const ReportOrder& order, ReplacingFile& target) {
+    ReportRun run(sources, order);
+    const auto body = [&]() -> ReportOutcome {
+        run.findStart();
+        const int error = run.write(target);
+        return {error == 0, error == ReportRun::kNotWhole ? 0 : error, run.leftBehind()};
+    };
+    return guarded(sources.diagnostics, kSaveRoutine, "frmSave", body, [&] { return run.values(); });
+}
+
+}  // namespace hl

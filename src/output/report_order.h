@@ -1,0 +1,95 @@
+// A report order says what of the folder report is to be written, where, and in which format; a command line
+// or a dialog makes one. Orders are carried out on the thread of the logic; messages run meanwhile.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "app/command_line.h"
+#include "app/options.h"
+#include "app/texts.h"
+#include "base/number_format.h"
+#include "base/path.h"
+#include "grid/grid.h"
+#include "output/folder_choice.h"
+#include "output/report_formats.h"
+#include "platform/files.h"
+#include "platform/message_pump.h"
+#include "robustness/debug.h"
+#include "scan/scan_state.h"
+
+namespace hl {
+
+/// What is written of the report, whatever has its rows; everything outlives the writing.
+struct ReportSources {
+    const Grid& tvwPL;
+    const Options& options;
+    const Texts& texts;
+    const NumberFormat& numbers;
+    Diagnostics& diagnostics;
+    ScanState& state;
+    MessagePump& pump;
+    const PathRules& paths;
+};
+
+struct ReportOrder {
+    std::string path = {};
+    const ReportFormat* format = nullptr;  ///< Null leaves it to the end of the file's name.
+    int scope = -1;                        ///< A FolderScope.
+    std::int32_t levels = -1;              ///< The last level that is written; 0 writes what is unfolded.
+    char delimiter = ',';
+};
+
+/// Makes the order of a command line: the whole report, all levels if the line has no number, and a tab where
+/// it names no known delimiter.
+ReportOrder orderOf(const SilentOrder& line);
+
+/// Carries out one order. Errors of the program are thrown; those of the file are returned.
+class ReportRun {
+  public:
+    /// Is returned in place of the system's code if an error lost rows: then nothing is written, because an
+    /// older report is worth more.
+    static constexpr int kNotWhole = -1;
+
+    explicit ReportRun(const ReportSources& sources, ReportOrder wanted = {})
+        : order(std::move(wanted)), sources_(sources) {}
+
+    /// Finds the first row. Throws a Fault if there is none.
+    void findStart();
+    /// Opens the order's file and writes it. Returns the system's code, 0 for success, or kNotWhole.
+    int write(Files& files);
+    /// The same, with a file that is open already.
+    int write(ReplacingFile& target);
+
+    /// The path of an unfinished file that could not be removed; see ReplacingFile.
+    const std::string& leftBehind() const { return leftBehind_; }
+    /// What an error report tells of the run.
+    DebugValues values() const;
+
+    ReportOrder order;  ///< A dialog fills it in step by step.
+
+  private:
+    void takeLayout();
+    ReportTable table(bool forTerminal) const;
+    int writeRows(ReplacingFile& target);
+
+    ReportSources sources_;
+    Row start_ = kNoRow;
+    int sizeMode_ = 0;
+    int decimals_ = 0;
+    std::uint64_t rows_ = 0;
+    bool written_ = false;
+    std::string leftBehind_;
+};
+
+struct ReportOutcome {
+    bool written = false;
+    int error = 0;           ///< The system's code if the file could not be written; else 0.
+    std::string leftBehind;  ///< See ReportRun::leftBehind.
+};
+
+/// Carries out an order without a dialog. An error of the program is reported; what kept the file from being
+/// written is told by the outcome.
+ReportOutcome SPEICHERN(const ReportSources& sources, const ReportOrder& order, ReplacingFile& target);
+
+}  // namespace hl
