@@ -25,19 +25,24 @@ enum ReparseTag : std::uint32_t {
     kTagSymbolicLink = 0xa000000c,
 };
 
+/// A bit of Entry::attributes that no file system has: the reader enters the entry and returns its blocks.
+inline constexpr std::uint32_t kEntered = 0x8000'0000;
+
 /// The facts of one entry. "." and ".." are never entries.
 struct Entry {
     std::uint64_t size = 0;    ///< The apparent size in bytes; 0 for a folder.
     std::uint64_t inode = 0;   ///< 0 unless the options ask for links.
     std::uint32_t device = 0;  ///< The number of the disk, or 0 as for inode. Both together identify a file.
     std::uint32_t links = 1;   ///< The number of the file's names.
-    std::uint32_t attributes = 0;  ///< AttributeBits (base/size_text.h).
+    std::uint32_t attributes = 0;  ///< AttributeBits (base/size_text.h), and kEntered.
     std::uint32_t tag = kTagNone;  ///< The tag of a symbolic link, wherever it leads. A mount point is
                                    ///< recognised by its block.
     std::uint32_t nameOffset = 0;
     std::uint16_t nameLength = 0;
     std::uint16_t targetLength = 0;  ///< The length of a link's text, if it leads to a folder; the text is
                                      ///< behind the name.
+
+    bool isEntered() const { return (attributes & kEntered) != 0; }
 };
 
 // The size counts, since millions of entries pass from the readers to the walk.
@@ -51,7 +56,7 @@ struct EntryTimes {
 /// What a block tells about its folder.
 enum class FolderKind : std::uint8_t {
     kPlain,
-    kMountRoot,  ///< The root of another mount. It is read only if the reader follows links.
+    kMountRoot,  ///< The root of another mount.
 };
 
 /// A block of entries of one folder. It owns the memory that names and targets point into.
@@ -72,6 +77,8 @@ class Listing {
     /// Another block of the same folder follows this one.
     bool more = false;
     FolderKind kind = FolderKind::kPlain;
+    /// The folder is not read after all, although it was entered; this is its only block, and it is empty.
+    bool leftOut = false;
     /// The identity of the source; set in its first block.
     FolderId source;
     /// What is mounted there, if the folder is a mount root.
@@ -109,11 +116,10 @@ class FolderReader {
 
     /// Returns the next block in the order of the walk: first the source's own; then, each time the walk
     /// meets an entry that is entered, the first block of that folder; and after the last entry of a block
-    /// with `more`, the next block of the same folder. Every directory entry that is no link is entered, and
-    /// with followLinks also links to folders (their first block comes like that of any folder). A directory
-    /// that turns out to be another mount has one block, of kind kMountRoot, which is empty unless
-    /// followLinks is set. A link or a mount that is one of the folders above it has one empty block, with
-    /// the error of too many links.
+    /// with `more`, the next block of the same folder. Which entries are entered is the reader's decision
+    /// alone: with `recursive` every folder, and with followLinks also links to folders. A folder that turns
+    /// out to be another mount has the kind kMountRoot, and is left out unless followLinks is set. A link or
+    /// a mount that is one of the folders above it has one empty block, with the error of too many links.
     ///
     /// It may wait for a disk. Meanwhile it calls the reader's wait callback about every 50 ms; if that
     /// returns false, the result is null, and the reader must not be called again.

@@ -137,7 +137,7 @@ bool holdsLinkedFiles(ScanContext& scan, const std::string& folder) {
             const Entry& entry = block->entries[next++];
             if ((entry.attributes & kAttributeDirectory) == 0) {
                 if (entry.links > 1) return true;
-            } else if ((entry.attributes & kAttributeReparse) == 0) {
+            } else if (entry.isEntered()) {
                 open.emplace_back(reader->next(), 0);
             }
         } else if (block->more) {

@@ -60,7 +60,7 @@ class FolderWalk {
           path_(path),
           follow_(scan.options.ScanHardlinks == 1),
           listLinks_(scan.options.CreateListJunction == 1 && !scan.state.SilentRun),
-          skipLinks_(scan.options.NoHardlinks != 0 && !follow_) {
+          skipLinks_(scan.options.NoHardlinks != 0) {
         ReadOptions options;
         options.followLinks = follow_;
         options.levelsAbove = levelsAbove;
@@ -237,7 +237,7 @@ void FolderWalk::folderEntry(const Entry& entry) {
     path_.append(name).push_back(scan_.paths.separator);
 
     // Only its first block tells whether a folder is the root of another mount.
-    if (!isLink || follow_) {
+    if (entry.isEntered()) {
         scan_.host.folderEntered(path_);
         pending_ = nextListing();
         if (pending_ == nullptr) {
@@ -245,21 +245,22 @@ void FolderWalk::folderEntry(const Entry& entry) {
             return leave(true);
         }
     }
-    const bool isMount = !isLink && pending_->kind == FolderKind::kMountRoot;
+    const bool isRead = pending_ != nullptr && !pending_->leftOut;
+    const bool isMount = !isLink && pending_ != nullptr && pending_->kind == FolderKind::kMountRoot;
     const bool isReparse = isLink || isMount;
     const std::string leadsTo(isMount ? std::string_view(pending_->mountSource) : target);
     lastTag_ = isMount ? kTagMountPoint : entry.tag;
-    if (isReparse && skipLinks_) return folderDone(kNoRow, true, leadsTo);
+    if (isReparse && !isRead && skipLinks_) return folderDone(kNoRow, true, leadsTo);
 
     level.totals.folders = addCount(level.totals.folders, 1);
     const Row row = addFolderRow(name, isReparse ? lastTag_ : kTagNone, leadsTo);
-    if (isReparse && !follow_) return folderDone(row, true, leadsTo);
+    if (!isRead) return folderDone(row, isReparse, leadsTo);
     enter(row, std::move(pending_), isReparse, leadsTo);
 }
 
 // Takes and drops the blocks below a level that has ended, because the reader returns them in its order.
 void FolderWalk::drainFolder(const Entry& entry) {
-    if ((entry.attributes & kAttributeReparse) != 0 && !follow_) return;
+    if (!entry.isEntered()) return;
     std::unique_ptr<Listing> block = nextListing();
     if (block == nullptr) return leave(true);
     enter(kNoRow, std::move(block), false, {});

@@ -151,9 +151,13 @@ class FakeReader : public FolderReader {
         std::string nameBytes;
     };
 
-    bool isShut(const Open& open) const {
-        return open.item->error != 0 || (open.item->isMount && open_.size() > 1 && !options_.followLinks);
+    bool isEntered(const Item& item) const {
+        return item.isFolder() && options_.recursive && (!item.isLink() || options_.followLinks);
     }
+    bool isLeftOut(const Open& open) const {
+        return open.item->isMount && open_.size() > 1 && !options_.followLinks;
+    }
+    bool isShut(const Open& open) const { return open.item->error != 0 || isLeftOut(open); }
     std::size_t entriesOf(const Open& open) const { return isShut(open) ? 0 : open.item->items.size(); }
 
     /// Returns null after the last block.
@@ -164,8 +168,7 @@ class FakeReader : public FolderReader {
             if (first_) return blockOf(open);
             while (open.next < open.end) {
                 const Item& entry = open.item->items[open.next++];
-                if (!entry.isFolder() || !options_.recursive || (entry.isLink() && !options_.followLinks))
-                    continue;
+                if (!isEntered(entry)) continue;
                 open_.push_back({&entry, true});
                 first_ = true;
                 return blockOf(open_.back());
@@ -189,6 +192,7 @@ class FakeReader : public FolderReader {
         block->error = open.block == 1 ? item.error : 0;
         block->entryError = item.entryError;
         block->endError = block->more ? 0 : item.endError;
+        block->leftOut = isLeftOut(open);
         if (item.isMount && open_.size() > 1) {
             block->kind = FolderKind::kMountRoot;
             block->mountSource = item.target;
@@ -202,6 +206,7 @@ class FakeReader : public FolderReader {
 
     void add(Block& block, const Item& item) {
         Entry entry = item.facts;
+        if (isEntered(item)) entry.attributes |= kEntered;
         if (!options_.wantLinks) entry.inode = 0, entry.device = 0, entry.links = 1;
         const bool named = item.isFolder() || options_.wantFileNames;
         entry.nameOffset = static_cast<std::uint32_t>(block.nameBytes.size());

@@ -39,7 +39,7 @@ inline void noteBlock(const Listing& block, Seen& seen) {
         if (error != 0) seen.errors.push_back(error);
 }
 
-inline Seen walk(FolderReader& reader, const ReadOptions& options, bool withText = true) {
+inline Seen walk(FolderReader& reader, bool withText = true) {
     Seen seen;
     std::vector<Walked> levels;
     const auto enter = [&] {
@@ -63,7 +63,7 @@ inline Seen walk(FolderReader& reader, const ReadOptions& options, bool withText
             if (withText)
                 seen.text += std::to_string(levels.size()) + (folder ? " d " : " f ") +
                              std::string(level.block->name(entry)) + " " + std::to_string(entry.size) + "\n";
-            if (folder && (entry.tag == kTagNone || options.followLinks)) enter();
+            if (entry.isEntered()) enter();
         }
     }
     return seen;
@@ -81,7 +81,7 @@ inline std::shared_ptr<DirectoryCalls> shared(DirectoryCalls& calls) {
 inline Seen walkOnce(DirectoryCalls& calls, const std::string& root, const ReadAheadLimits& limits,
                      const ReadOptions& options = {}) {
     ReadAhead reader(shared(calls), root, options, limits, nullptr);
-    return walk(reader, options);
+    return walk(reader);
 }
 
 }  // namespace hl::test

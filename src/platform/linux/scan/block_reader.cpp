@@ -128,14 +128,21 @@ void BlockReader::noteError(int error) {
     if (entryError_ == 0) entryError_ = error;
 }
 
+// Nothing else decides which entries are entered. What is another mount is known only when it is opened.
+bool BlockReader::enters(std::uint32_t tag) const {
+    return options_.recursive && (tag == kTagNone || options_.followLinks);
+}
+
 void BlockReader::addFolder(std::string_view name, std::uint32_t attributes, std::uint32_t tag) {
     Entry entry;
     entry.attributes = kAttributeDirectory | attributes | hiddenBit(name);
     entry.tag = tag;
     entry.nameLength = static_cast<std::uint16_t>(name.size());
     entry.nameOffset = keepName(name);
-    if (options_.recursive && (tag == kTagNone || options_.followLinks))
+    if (enters(tag)) {
+        entry.attributes |= kEntered;
         entered_.push_back(static_cast<std::uint32_t>(entries_.size()));
+    }
     entries_.push_back(entry);
     if (options_.wantTimes) times_.emplace_back();
 }

@@ -25,7 +25,7 @@ struct Block {
     std::size_t bytes = 0;           ///< The size of everything here.
     std::span<const Entry> entries;
     std::span<const EntryTimes> times;
-    std::span<const std::uint32_t> entered;  ///< The indexes of the entries that the walk will enter.
+    std::span<const std::uint32_t> entered;  ///< The indexes of the entries that are entered.
     const char* names = nullptr;             ///< Each name ends in a NUL.
     int entryError = 0;  ///< The system error code for the first entry that could not be looked at.
 };
@@ -54,6 +54,7 @@ class BlockReader {
 
   private:
     void countAnswer() { answers_.store(answers() + 1, std::memory_order_relaxed); }
+    bool enters(std::uint32_t tag) const;
     void addFolder(std::string_view name, std::uint32_t attributes, std::uint32_t tag);
     void addLink(LinkLook::Place& place, const char* name, std::size_t length, const LinkLook::GoOn& goOn);
     void addOther(int folder, const char* name, std::size_t length);

@@ -40,6 +40,7 @@ class ReadAheadCore::BlockListing final : public Listing {
         more = item.more;
         failure = item.failure;
         kind = item.folderKind;
+        leftOut = item.leftOut;
         mountSource = std::move(item.mountSource);
         source = item.source;
         if (block_ == nullptr) return;
@@ -175,7 +176,8 @@ bool ReadAheadCore::readLocked(Item* item, Reader& reader, Lock& lock) {
     if (descriptor == kForAnother) return false;
     if (descriptor < 0) {
         if (!first) folders_.dropNeed(item->folder);
-        if (descriptor != -EXDEV) (first ? item->error : item->endError) = -descriptor;
+        item->leftOut = descriptor == -EXDEV;
+        if (!item->leftOut) (first ? item->error : item->endError) = -descriptor;
         return true;
     }
     if (item->givenUp || options_.onlyOpen) {

@@ -164,6 +164,7 @@ struct ReadAheadCore::Item {
     bool more = false;
     bool givenUp = false;  ///< It is in no list any more and belongs to the helper that hangs on it.
     FolderKind folderKind = FolderKind::kPlain;
+    bool leftOut = false;
     std::uint32_t nextChild = 0;
     int error = 0;
     int endError = 0;

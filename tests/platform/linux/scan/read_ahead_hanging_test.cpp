@@ -45,7 +45,7 @@ class ReadAheadHanging : public testing::Test {
     Seen seen(const std::string& source, unsigned helpers, const ReadOptions& options = {},
               WaitCallback* wait = nullptr) const {
         ReadAhead ahead = reader(source, helpers, wait, options);
-        return test::walk(ahead, options);
+        return test::walk(ahead);
     }
 
     const test::TempDir dir_;
@@ -76,7 +76,7 @@ TEST_F(ReadAheadHanging, ASlowDiskIsNotGivenUpWhileItAnswers) {
         return 0;
     };
     ReadAhead ahead(slow, on_, {}, hasty(1), nullptr);
-    EXPECT_EQ(test::walk(ahead, {}).errors, std::vector<int>());
+    EXPECT_EQ(test::walk(ahead).errors, std::vector<int>());
 }
 
 // A machine with one processor has helpers only for slow folders, and none of them works behind those.

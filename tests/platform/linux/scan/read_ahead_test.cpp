@@ -100,7 +100,7 @@ TEST(ReadAhead, ComesBackToFoldersThatHadToBeClosedByNoPathThatGrows) {
         RecordingCalls calls;
         {
             ReadAhead reader(shared(calls), dir.path(), {}, limits(helpers, 8), nullptr);
-            const Seen seen = walk(reader, {}, false);
+            const Seen seen = walk(reader, false);
             EXPECT_EQ(seen.folders, 3U * kDepth);
             EXPECT_TRUE(seen.errors.empty());
             EXPECT_LE(reader.mostOpen(), 8U + 2 * (helpers + 1));
