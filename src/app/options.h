@@ -100,7 +100,8 @@ void loadComboText(Options& options, const SettingsStore& store);
 
 /// Saves all fields but those of the options dialog, in one step. A field that was neither read nor set since
 /// is left as the file has it, so that a reading that ended early loses nothing. Of the ten columns of
-/// hardlinks eight are saved; the last two cannot be chosen in the window and stay as the file has them.
+/// hardlinks eight are saved; what is chosen for the last two lasts as long as the window, and the file keeps
+/// what it has.
 void OptionenSpeichernMain(const Options& options, SettingsStore& store);
 
 }  // namespace hl
