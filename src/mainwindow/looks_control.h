@@ -19,8 +19,6 @@ class LooksControl final : private PaneHost {
     // --- fonts; REQUIRES: the window exists
     /// Gives every grid the font that the options have for it.
     void applyFonts();
-    /// Sets the font of a grid in the window and in the options; the columns stay as they are.
-    void setFont(GridId grid, const GridFont& font);
     /// Asks for a font for one grid, and fits its columns.
     void chooseFont(GridId grid);
     void chooseFontOfAll();
@@ -35,6 +33,9 @@ class LooksControl final : private PaneHost {
     void fullView(BarId bar);
 
   private:
+    /// Sets the font of a grid in the window and in the options; the columns stay as they are.
+    void setFont(GridId grid, const GridFont& font);
+
     // --- PaneHost
     int barHeight(BarId bar) override;
     int gridWidth(GridId grid) override;

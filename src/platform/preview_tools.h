@@ -105,8 +105,8 @@ class PreviewTools {
     virtual std::unique_ptr<PrivateFolder> makeFolder(std::string& error) = 0;
     /// Returns null if no process can be made.
     virtual std::unique_ptr<HelperProcess> start(const ProcessOrder& order, std::string& error) = 0;
-    /// Returns where a loaded library may cache what it found out about the system; empty for nowhere.
-    virtual std::string cacheFolder() const { return {}; }
+    /// Returns the folder in which a loaded library keeps its cache; empty if it must not write one.
+    virtual std::string cacheFolder() const = 0;
     /// Returns a function of a module beside the program, which stays loaded; null, with the reason, if that
     /// fails.
     virtual void* moduleFunction(const std::string& module, const char* function, std::string& reason) = 0;
