@@ -216,10 +216,10 @@ void RowAccessible::doAction(const QString& action) {
         if (!shown) return;
         // Folding destroys the objects of all rows, this one too, so nothing may follow it.
         if (action == QAccessibleActionInterface::toggleAction())
-            return view_.foldRow(index_, !view_.grid().expanded(*shown));
+            return view_.actions().foldRow(index_, !view_.grid().expanded(*shown));
         if (action != QAccessibleActionInterface::setFocusAction()) return;
         view_.focus();
-        view_.pickRow(index_);
+        view_.actions().pickRow(index_);
     });
 }
 

@@ -1,0 +1,146 @@
+#include "platform/qt/grid/grid_sync.h"
+
+#include <QScrollBar>
+
+#include "base/scope_exit.h"
+#include "platform/qt/common/qt_guard.h"
+#include "platform/qt/grid/grid_accessible.h"
+#include "platform/qt/grid/grid_view.h"
+
+namespace hl {
+
+namespace {
+// After how many milliseconds a change that came while redraw was off is checked again.
+constexpr int kRetry = 30;
+}  // namespace
+
+GridSync::GridSync(GridView& view, Grid& grid, GridId id, const CellTextFunction& cellText,
+                   WindowEvents& events)
+    : view_(view), grid_(grid), events_(events), rows_(grid), model_(grid, id, rows_, cellText, events) {
+    timer_.setSingleShot(true);
+    QObject::connect(&timer_, &QTimer::timeout, &timer_, [this] {
+        qtGuard(events_, "GridSync::timeout", [&] {
+            if (!sync()) timer_.start(kRetry);
+        });
+    });
+}
+
+GridSync::~GridSync() {
+    grid_.attach(nullptr);
+}
+
+void GridSync::start() {
+    grid_.attach(this);
+    GridChange all;
+    all.structure = all.columns = all.current = true;
+    gridChanged(all);
+}
+
+// --- the notices
+
+void GridSync::gridChanged(const GridChange& change) {
+    // A scan switches redraw on for this one notice: painting walks the grid as it is now.
+    view_.viewport()->update();
+    if (own_ && !change.structure) return;
+    pending_.structure |= change.structure;
+    pending_.columns |= change.columns;
+    pending_.current |= change.current;
+    dirty_ = true;
+    if (!timer_.isActive()) timer_.start(0);
+}
+
+bool GridSync::sync() {
+    if (!grid_.redraw()) return false;
+    if (dirty_ && !applying_) apply();
+    return true;
+}
+
+void GridSync::apply() {
+    applying_ = true;
+    const ScopeExit done([this] { applying_ = false; });
+    const OwnChange own(*this);
+    timer_.stop();
+    dirty_ = false;
+    const GridChange change = std::exchange(pending_, {});
+    const int shown = view_.verticalScrollBar()->value();
+    if (change.columns) {
+        model_.columnsChanged();
+        view_.columns().apply();
+    }
+    if (change.structure) applyRows();
+    applyTop(shown, change.structure);
+    applyCurrent();
+    view_.columns().showSort();
+    view_.viewport()->update();
+    if (change.structure) accessibleRowsChanged(view_);
+    view_.moveEditor(change.structure);
+}
+
+void GridSync::applyRows() {
+    model_.beginRows();
+    rows_.rebuild();
+    model_.endRows();
+    view_.layOut();
+}
+
+// --- the top row
+
+// If the user has not scrolled, the first row stays first; any other top row stays where it is.
+void GridSync::applyTop(int shown, bool structure) {
+    const Row wanted = grid_.topRow();
+    const bool moved = wanted != lastTop_;
+    const bool scrolled = std::exchange(userScrolled_, false);
+    if (!structure && !moved && !scrolled) return;
+    std::optional<std::size_t> index;
+    if (wanted != kNoRow && (moved || (shown > 0 && !scrolled))) index = rows_.findShown(wanted);
+    setTopIndex(index.value_or(static_cast<std::size_t>(shown)));
+}
+
+void GridSync::setTopIndex(std::size_t index) {
+    view_.verticalScrollBar()->setValue(static_cast<int>(index));
+    storeTop();
+}
+
+void GridSync::storeTop() {
+    const std::size_t index = view_.places().topIndex();
+    const OwnChange own(*this);
+    lastTop_ = index < rows_.count() ? rows_.at(index) : kNoRow;
+    if (grid_.topRow() != lastTop_) grid_.setTopRow(lastTop_);
+}
+
+void GridSync::scrolled() {
+    if (applying_) return;
+    if (!upToDate()) {
+        userScrolled_ = true;
+    } else {
+        storeTop();
+        view_.listener().VScroll();
+    }
+}
+
+// --- the current row
+
+void GridSync::applyCurrent() {
+    if (grid_.currentRow() == lastCurrent_) return;
+    currentIsKnown();
+    if (lastCurrent_ == kNoRow) return;
+    if (const auto index = rows_.find(lastCurrent_)) {
+        ensureVisible(*index);
+        accessibleCurrentChanged(view_, *index);
+    }
+}
+
+// The name of a deep row may begin to the right of what is visible.
+void GridSync::ensureVisible(std::size_t index) {
+    if (const int beyond = view_.places().beyondRight(rows_.at(index)); beyond > 0)
+        view_.horizontalScrollBar()->setValue(view_.horizontalScrollBar()->value() + beyond);
+    const std::size_t top = view_.places().topIndex();
+    const auto page = static_cast<std::size_t>(view_.places().wholeRowsOnPage());
+    if (index < top) {
+        setTopIndex(index);
+    } else if (index >= top + page) {
+        setTopIndex(index - page + 1);
+    }
+}
+
+}  // namespace hl

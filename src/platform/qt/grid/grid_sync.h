@@ -1,0 +1,76 @@
+// Keeps a view in step with its grid. It gathers the grid's notices and applies them once in each turn of the
+// event loop; it stores in the grid which row is on top, and brings a new current row into sight. For the
+// grid's thread.
+#pragma once
+
+#include <QTimer>
+#include <utility>
+
+#include "platform/qt/grid/grid_model.h"
+
+namespace hl {
+
+class GridView;
+
+class GridSync : public GridObserver {
+  public:
+    /// While one exists, the view itself causes the grid's notices.
+    class OwnChange {
+      public:
+        explicit OwnChange(GridSync& sync) : sync_(sync), before_(std::exchange(sync.own_, true)) {}
+        ~OwnChange() { sync_.own_ = before_; }
+        OwnChange(const OwnChange&) = delete;
+        OwnChange& operator=(const OwnChange&) = delete;
+
+      private:
+        GridSync& sync_;
+        bool before_;
+    };
+
+    /// The arguments must outlive it.
+    GridSync(GridView& view, Grid& grid, GridId id, const CellTextFunction& cellText, WindowEvents& events);
+    ~GridSync() override;
+
+    /// Attaches itself to the grid, whose whole content then counts as changed.
+    void start();
+    /// Applies what the grid told. Returns false while redraw is off: rows() may then be out of date.
+    bool sync();
+    /// Tells whether sync() would do nothing.
+    bool upToDate() const { return !dirty_ && grid_.redraw(); }
+    const VisibleRows& rows() const { return rows_; }
+    GridModel& model() { return model_; }
+
+    /// Scrolls so that the row is visible. The logic, which is told of scrolling, may let messages run and
+    /// rows be removed: afterwards nothing may be asked about them.
+    void ensureVisible(std::size_t index);
+    /// Is called when the user scrolled up or down, or a routine here did.
+    void scrolled();
+    /// Makes the grid's current row no new one any more; it is in sight already.
+    void currentIsKnown() { lastCurrent_ = grid_.currentRow(); }
+
+    void gridChanged(const GridChange& change) override;
+
+  private:
+    void apply();
+    void applyRows();
+    void applyTop(int shown, bool structure);
+    void applyCurrent();
+    void storeTop();
+    void setTopIndex(std::size_t index);
+
+    GridView& view_;
+    Grid& grid_;
+    WindowEvents& events_;
+    VisibleRows rows_;
+    GridModel model_;
+    GridChange pending_;
+    bool dirty_ = false;
+    bool own_ = false;
+    bool applying_ = false;
+    bool userScrolled_ = false;
+    QTimer timer_;
+    Row lastTop_ = kNoRow;
+    Row lastCurrent_ = kNoRow;
+};
+
+}  // namespace hl
