@@ -20,8 +20,6 @@ namespace hl {
 
 namespace {
 constexpr int kRestBeforeMedia = 300;  // In milliseconds; longer than the repetition of a held key.
-constexpr int kUnnoticed = 500;        // How many milliseconds a disk may take before the user is told.
-constexpr int kPatience = 30'000;      // How many milliseconds a disk may take before it is given up.
 }  // namespace
 
 PreviewArea::PreviewArea(const PreviewParts& parts, WindowEvents& events, QWidget* parent)
@@ -29,7 +27,8 @@ PreviewArea::PreviewArea(const PreviewParts& parts, WindowEvents& events, QWidge
       parts_(parts),
       windowEvents_(events),
       stack_(new QStackedLayout(this)),
-      nothing_(new QWidget(this)) {
+      nothing_(new QWidget(this)),
+      wait_(events) {
     setObjectName(QStringLiteral("preview"));
     setAccessibleName(qtText(parts.texts.name));
     setAutoFillBackground(true);
@@ -41,9 +40,6 @@ PreviewArea::PreviewArea(const PreviewParts& parts, WindowEvents& events, QWidge
     mediaRest_.setSingleShot(true);
     connect(&mediaRest_, &QTimer::timeout, this,
             [this] { qtGuard(windowEvents_, "PreviewArea::startMedia", [this] { startMedia(); }); });
-    openingLate_.setSingleShot(true);
-    connect(&openingLate_, &QTimer::timeout, this,
-            [this] { qtGuard(windowEvents_, "PreviewArea::openingIsLate", [this] { openingIsLate(); }); });
     if (parts.tools == nullptr) return;
     context_ = std::make_unique<PreviewContext>(
         PreviewContext{*parts.tools, events, parts.texts, [this](const std::string& error) { fail(error); },
@@ -52,7 +48,6 @@ PreviewArea::PreviewArea(const PreviewParts& parts, WindowEvents& events, QWidge
 }
 
 PreviewArea::~PreviewArea() {
-    dropOpening();
     stopMedia();
 }
 
@@ -66,8 +61,8 @@ bool PreviewArea::showFile(PreviewViewer viewer, const std::string& path, std::s
         return true;
     }
     const bool beginning = viewer == PreviewViewer::kText || viewer == PreviewViewer::kWebPage;
-    opening_ = context_->tools.openBeside(path, beginning);
-    if (opening_) return waitForOpening(viewer), true;
+    if (auto opening = context_->tools.openBeside(path, beginning))
+        return waitFor(std::move(opening), viewer), true;
     file_ = context_->tools.open(path, error);
     if (!file_) return false;
     setAccessibleDescription(shownName(path));
@@ -81,7 +76,7 @@ void PreviewArea::showNotice(const std::string& text) {
 
 void PreviewArea::clear() {
     stopMedia();
-    dropOpening();
+    wait_.stop();
     if (converter_) converter_->clear();
     if (text_ != nullptr) text_->clear();
     if (web_ != nullptr) web_->clear();
@@ -95,19 +90,18 @@ void PreviewArea::clear() {
 
 // --- a file whose disk may not answer
 
-void PreviewArea::waitForOpening(PreviewViewer viewer) {
-    openingOver_ = new QSocketNotifier(opening_->descriptor(), QSocketNotifier::Read, this);
-    connect(openingOver_, &QSocketNotifier::activated, this, [this, viewer] {
-        qtGuard(windowEvents_, "PreviewArea::opened", [this, viewer] { opened(viewer); });
-    });
-    openingNoted_ = false;
-    openingLate_.start(kUnnoticed);
+void PreviewArea::waitFor(std::unique_ptr<PreviewOpening> opening, PreviewViewer viewer) {
+    PreviewWait::Calls calls;
+    calls.opened = [this, viewer](std::unique_ptr<OpenFile> file, const std::string& error) {
+        file_ = std::move(file);
+        opened(viewer, error);
+    };
+    calls.noticed = [this] { showNotice(parts_.texts.waiting); };
+    calls.givenUp = [this] { fail(context_->tools.errorText(ETIMEDOUT)); };
+    wait_.start(std::move(opening), std::move(calls));
 }
 
-void PreviewArea::opened(PreviewViewer viewer) {
-    std::string error;
-    file_ = opening_->take(error);
-    dropOpening();
+void PreviewArea::opened(PreviewViewer viewer, const std::string& error) {
     stack_->setCurrentWidget(nothing_);
     if (file_) {
         setAccessibleDescription(shownName(path_));
@@ -115,25 +109,6 @@ void PreviewArea::opened(PreviewViewer viewer) {
     }
     if (!error.empty()) return fail(error);
     if (events_ != nullptr) showNotice(events_->previewNoFile(path_));
-}
-
-void PreviewArea::openingIsLate() {
-    if (!std::exchange(openingNoted_, true)) {
-        showNotice(parts_.texts.waiting);
-        return openingLate_.start(kPatience);
-    }
-    dropOpening();
-    fail(context_->tools.errorText(ETIMEDOUT));
-}
-
-void PreviewArea::dropOpening() {
-    openingLate_.stop();
-    if (QSocketNotifier* over = std::exchange(openingOver_, nullptr)) {
-        over->setEnabled(false);
-        over->disconnect();
-        over->deleteLater();
-    }
-    opening_.reset();
 }
 
 QWidget* PreviewArea::viewer() const {

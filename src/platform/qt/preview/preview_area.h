@@ -2,7 +2,6 @@
 // window's thread.
 #pragma once
 
-#include <QSocketNotifier>
 #include <QTimer>
 #include <QWidget>
 #include <memory>
@@ -14,6 +13,7 @@
 #include "platform/preview_pane.h"
 #include "platform/qt/preview/preview_converter.h"
 #include "platform/qt/preview/preview_job.h"
+#include "platform/qt/preview/preview_wait.h"
 
 class QStackedLayout;
 
@@ -49,10 +49,8 @@ class PreviewArea final : public QWidget, public PreviewPane {
         bool cut = false;
     };
 
-    void waitForOpening(PreviewViewer viewer);
-    void opened(PreviewViewer viewer);
-    void openingIsLate();
-    void dropOpening();
+    void waitFor(std::unique_ptr<PreviewOpening> opening, PreviewViewer viewer);
+    void opened(PreviewViewer viewer, const std::string& error);
     void showOpened(PreviewViewer viewer);
     void showText();
     void showMarkup(const Head& page);
@@ -91,10 +89,7 @@ class PreviewArea final : public QWidget, public PreviewPane {
     std::string mediaMissing_;
     QTimer mediaRest_;  ///< Runs while a film waits for its start.
     std::string path_;
-    std::unique_ptr<PreviewOpening> opening_;  ///< The file of a disk that may not answer.
-    QSocketNotifier* openingOver_ = nullptr;
-    QTimer openingLate_;
-    bool openingNoted_ = false;  ///< The user has been told that the disk is waited for.
+    PreviewWait wait_;
     std::unique_ptr<OpenFile> file_;
     std::set<std::string> reported_;  ///< What is missing is reported once.
 };
