@@ -5,9 +5,8 @@
 // reads what the walk needs next. The walk takes finished blocks from the front, and reads too if the one it
 // needs is not there.
 //
-// Lists: `order_` has every item, also finished ones, and is what the walk consumes; `work_` has those not
-// yet read, in the same order, so that the first free one is at most as many steps away as there are readers.
-// The subfolders of a block are one item (a range) until somebody takes the first of them.
+// Parts: ReadAheadOrder has the lists, ReadAheadPace says how many helpers are worth it, FolderOpener opens
+// what is read.
 //
 // Helpers: while folders come from the cache, there is one for each core beyond the first; while reads wait
 // for a disk or a server, up to helpersCold. The finished blocks ahead of the walk are limited in bytes;
@@ -27,7 +26,6 @@
 #include <atomic>
 #include <chrono>
 #include <condition_variable>
-#include <exception>
 #include <memory>
 #include <mutex>
 #include <optional>
@@ -36,12 +34,9 @@
 #include <vector>
 
 #include "platform/folder_reader.h"
-#include "platform/linux/drives/mount_table.h"
 #include "platform/linux/process/helper_slot.h"
-#include "platform/linux/scan/block_reader.h"
-#include "platform/linux/scan/link_look.h"
-#include "platform/linux/scan/read_ahead_limits.h"
-#include "platform/linux/scan/way_down.h"
+#include "platform/linux/scan/folder_opener.h"
+#include "platform/linux/scan/read_ahead_pace.h"
 
 namespace hl {
 
@@ -60,71 +55,42 @@ class ReadAheadCore : public std::enable_shared_from_this<ReadAheadCore> {
     std::size_t mostOpen() const { return folders_.mostOpen(); }
 
   private:
-    struct Item;
     struct Reader;
-    class BlockListing;
     using Clock = std::chrono::steady_clock;
     using Lock = std::unique_lock<std::mutex>;
 
-    // The lists.
-    Item* append(Item* before, Item* made);
-    void unlinkWork(Item* item);
-    Item* firstFree() const;
-    Item* freeForWalk() const;
-    Item* takeFrom(Item* item);
-    void putChildren(Item* item);
-    void discard(Item* item);
-
     // Reading one item.
-    void readItem(Item* item, Reader& reader, Lock& lock);
-    bool readLocked(Item* item, Reader& reader, Lock& lock);
-    int openFolder(Item* item, Reader& reader, Lock& lock);
-    int openOnce(Item* item, int parent, Reader& reader, Lock& lock);
-    void meetWhatCanHang(Folder* folder);
-    bool leadsWhereItCanHang(const Folder* folder, int parent) const;
-    int learnFolder(Item* item, int descriptor, Lock& lock);
-    void learnMount(Item* item, int parent);
-    void noteMount(Item* item, const struct statx& facts);
-    bool leadsBack(Item* item, const struct statx& facts);
-    void offerRest(Item* item, const BlockReader::Fill& fill);
-    void reopenNextNeeded(const Item* item, Folder* parent);
-    void finish(Item* item);
+    void readItem(ReadItem* item, Reader& reader, Lock& lock);
+    bool readLocked(ReadItem* item, Reader& reader, Lock& lock);
+    void build(ReadItem* item, Reader& reader, int descriptor, Lock& lock);
+    void offerRest(ReadItem* item, const BlockReader::Fill& fill);
+    void finish(ReadItem* item);
 
     // What can hang.
-    static bool canHang(const Item* item);
-    bool enterDanger(Reader& reader, Item* item);
+    bool enterDanger(Reader& reader, ReadItem* item);
     static void leaveDanger(Reader& reader);
-    bool isRefused(const Item* item) const;
-    void refuse(Item* item);
+    bool isRefused(const ReadItem* item) const;
+    void refuse(ReadItem* item);
     void giveUpWhatIsOverdue();
     void giveUp(Reader& reader);
 
-    // Helpers.
-    unsigned helpersNow() const;
-    void startHelpers();
-    void wakeReader();
-    bool enoughForTwo() const;
-    bool isSlow() const;
-    void helperLoop(Reader& reader);
-    void helpUntilStopped(Reader& reader, Lock& lock);
-    Item* freeForHelper() const;
-    bool mayJudge() const { return limits_.helpersCold > limits_.helpersWarm; }
-    void judge(bool waited);
-    bool mayReadAhead() const { return bytesAhead_ < limits_.bytesAhead; }
-    bool changesSoon(Lock& lock);
+    // The walk.
+    ReadItem* freeForWalk() const;
     bool waitForFront(Lock& lock);
     bool goOnReading(const Reader& reader);
-    std::unique_ptr<Listing> handOver(Item* item);
+    std::unique_ptr<Listing> handOver();
 
-    const std::shared_ptr<DirectoryCalls> keptCalls_;
-    DirectoryCalls& calls_;
-    const std::string source_;
-    const ReadOptions options_;
+    // Helpers.
+    void startHelpers();
+    void wakeReader();
+    void helperLoop(Reader& reader);
+    void helpUntilStopped(Reader& reader, Lock& lock);
+    ReadItem* freeForHelper() const;
+    bool changesSoon(Lock& lock);
+
+    const std::shared_ptr<DirectoryCalls> calls_;
     const ReadAheadLimits limits_;
     WaitCallback* const wait_;
-    const std::vector<Mount> mounts_;
-    LinkLook links_;
-    std::unique_ptr<Reader> walk_;
 
     std::mutex mutex_;
     std::condition_variable workThere_;    ///< Helpers wait here for items.
@@ -132,58 +98,34 @@ class ReadAheadCore : public std::enable_shared_from_this<ReadAheadCore> {
     std::condition_variable frontThere_;   ///< The walk waits here.
     std::condition_variable helperEnded_;  ///< leave() waits here until helpers have ended or may hang.
     OpenFolders folders_;
-    WayDown wayDown_;
-    Folder* root_ = nullptr;  ///< The source; from it every folder can be found again by name.
-    Item* orderFirst_ = nullptr;
-    Item* workFirst_ = nullptr;
-    std::size_t bytesAhead_ = 0;
+    FolderOpener opener_;
+    ReadAheadOrder order_;
+    ReadAheadPace pace_;
+    Folder* root_;  ///< The source; from it every folder can be found again by name.
     std::atomic<std::uint32_t> changes_ = 0;  ///< Counts the blocks that were finished or offered.
     unsigned idleHelpers_ = 0;
     bool walkWaits_ = false;
     std::atomic<bool> stopped_ = false;
-    int slowness_ = 0;  ///< 0 if all comes from the cache; else the helpers that the reads are worth.
-    unsigned wantedHelpers_ = 0;
-    unsigned mostHelpers_ = ~0U;  ///< Reduced once the system refused a thread.
-    std::uint64_t blocksRead_ = 0;
-    bool someCanHang_ = false;  ///< A folder that can hang was met.
-    unsigned leftBehind_ = 0;   ///< The number of abandoned helpers, which others have replaced.
+    std::unique_ptr<Reader> walk_;
     std::vector<std::unique_ptr<Reader>> helpers_;
 };
 
-struct ReadAheadCore::Item {
-    enum class Kind : std::uint8_t {
-        kFolder,  ///< The first block of `folder`; it holds a need of its parent until the folder is open.
-        kRest,    ///< A further block of `folder`; it holds a need of it.
-        kRange,   ///< Subfolders of `folder`, from children->entered[nextChild] on; it holds a need of it.
-    };
-    enum class State : std::uint8_t { kFree, kTaken, kDone };
-
-    Kind kind = Kind::kFolder;
-    State state = State::kFree;
-    bool lastOfRange = false;
-    bool more = false;
-    bool givenUp = false;  ///< It is in no list any more and belongs to the helper that hangs on it.
-    FolderKind folderKind = FolderKind::kPlain;
-    bool leftOut = false;
-    std::uint32_t nextChild = 0;
-    int error = 0;
-    int endError = 0;
-    Folder* folder = nullptr;  ///< Holds one reference until the item is done.
-    std::shared_ptr<const Block> children;
-    std::shared_ptr<const Block> block;
-    std::string mountSource;
-    FolderId source;  ///< Set in the first item only.
-    std::exception_ptr failure;
-    Item* orderNext = nullptr;
-    Item* workPrevious = nullptr;
-    Item* workNext = nullptr;
-};
-
 /// A reader: the walk, or a helper.
-struct ReadAheadCore::Reader {
-    Reader(ReadAheadCore& core, bool helper, unsigned n)
-        : isHelper(helper), number(n), blocks(core.calls_, core.links_, core.options_) {}
+struct ReadAheadCore::Reader final : FolderOpener::Reader {
+    Reader(ReadAheadCore& of, bool helper, unsigned n)
+        : core(of),
+          isHelper(helper),
+          number(n),
+          blocks(*of.calls_, of.opener_.links(), of.opener_.options()) {}
 
+    // The walk reads nothing that can hang, so a helper is wanted there, even if all of them had retired.
+    bool enter(ReadItem* what) override {
+        core.pace_.meetWhatCanHang();
+        core.retiredWait_.notify_all();
+        return isHelper && core.enterDanger(*this, what);
+    }
+
+    ReadAheadCore& core;
     const bool isHelper;
     const unsigned number;  ///< The number of a helper.
     BlockReader blocks;
@@ -193,7 +135,7 @@ struct ReadAheadCore::Reader {
     bool isLeft = false;  ///< It was abandoned: another helper replaces it, and it ends when it returns.
     // These are set while it is where it can hang.
     std::optional<HelperSlot> slot;
-    Item* item = nullptr;  ///< The item being read; null while it closes folders.
+    ReadItem* item = nullptr;  ///< The item being read; null while it closes folders.
     Clock::time_point since = {};
     std::uint32_t seen = 0;  ///< The number of answers at that time.
 };
