@@ -147,7 +147,7 @@ void loadTrapped(Options& options, const SettingsStore& store, Diagnostics& diag
                  const Routine& routine) {
     Loader loader(options);
     guarded(
-        diagnostics, routine.name, "frmMain", [&] { loader.load(store, routine.first, routine.last); },
+        diagnostics, {.routine = routine.name}, [&] { loader.load(store, routine.first, routine.last); },
         [&] { return loader.debugValues(); });
 }
 

@@ -37,7 +37,7 @@ int languageNumber(const std::string& text) {
 }  // namespace
 
 void Texts::Init_Sprache(const std::string& helpFile, const std::string& translatorFile) {
-    guarded(diagnostics_, "Init_Sprache", kModule, [&] {
+    guarded(diagnostics_, {.module = kModule}, [&] {
         chooseLanguage(helpFile);
         if (sources_.commandLine.find("-TLMODUS") == std::string::npos) return;
         translator_ = true;
@@ -80,7 +80,7 @@ bool Texts::loadLibrary(const Language& language) {
 }
 
 void Texts::LoadTextFromFile(const std::string& path) {
-    guarded(diagnostics_, "LoadTextFromFile", kModule, [&] {
+    guarded(diagnostics_, {.module = kModule}, [&] {
         int error = 0;
         const auto content = files_.readWhole(path, kLargestTextFile, error);
         if (!content) return;
@@ -101,7 +101,7 @@ std::string Texts::lookUp(std::int64_t id, std::size_t limit) const {
 
 std::string Texts::TL(std::int32_t id, std::string_view defaultText,
                       std::initializer_list<SimpleValue> arguments) const {
-    return guarded(diagnostics_, "TL", kModule, [&] {
+    return guarded(diagnostics_, {.module = kModule}, [&] {
         std::string text;
         if ((translator_ || language_ != kGerman) && id > 0) text = lookUp(id, kLongestText);
         if (text.empty()) text = defaultText;

@@ -18,8 +18,6 @@ namespace hl {
 
 namespace {
 
-constexpr const char* kModul = "frmMain";
-
 std::string statusOf(const FileOps& ops, bool recycle) {
     const Texts& texts = ops.scan.texts;
     return recycle ? texts.TL(9550, "In den Papierkorb: %1") : texts.TL(9549, "Wird gelöscht: %1");
@@ -201,7 +199,7 @@ void deleteAll(const FileOps& ops, FileRun& run, const std::vector<std::string>&
 }  // namespace
 
 void DeleteFolders(const FileOps& ops, const std::vector<Row>& rows, bool recycle) {
-    guarded(ops.scan.diagnostics, "DeleteFolders", kModul, [&] {
+    guarded(ops.scan.diagnostics, [&] {
         const Grid& report = ops.scan.tvwPL;
         // A row that sums up files is no folder, even if there is one of that name on the disk.
         std::vector<std::string> paths;
@@ -224,7 +222,7 @@ void DeleteFolders(const FileOps& ops, const std::vector<Row>& rows, bool recycl
 // --- the lists
 
 void List_DeleteFiles(const FileOps& ops, ListView& list, bool recycle) {
-    guarded(ops.scan.diagnostics, list.routine("DeleteFiles").c_str(), kModul, [&] {
+    guarded(ops.scan.diagnostics, {.routine = list.routine("DeleteFiles").c_str()}, [&] {
         std::vector<std::string> paths;
         for (const Row row : list.grid().selectedRows()) paths.push_back(list.pathOf(row));
         if (paths.empty() || ops.scan.state.ScanActive) return;

@@ -18,8 +18,6 @@ namespace hl {
 
 namespace {
 
-constexpr const char* kModul = "frmMain";
-
 /// What a move did to a file that had the name before.
 enum class Former : std::uint8_t { kNone, kInTrash, kReplaced };
 
@@ -109,7 +107,7 @@ std::string xMoveFile_W(const FileOps& ops, FileRun& run, const std::string& fro
 }
 
 void renameInList(const FileOps& ops, ListView& list, Row row, const std::string& name) {
-    guarded(ops.scan.diagnostics, list.event("GridCellAfterEditing").c_str(), kModul, [&] {
+    guarded(ops.scan.diagnostics, {.routine = list.event("GridCellAfterEditing").c_str()}, [&] {
         const std::string old(list.grid().text(row));
         if (name == old || ops.scan.state.ScanActive) return;
         const std::string path = list.pathOf(row);
@@ -118,7 +116,7 @@ void renameInList(const FileOps& ops, ListView& list, Row row, const std::string
 }
 
 void renameInReport(const FileOps& ops, Row row, const std::string& name) {
-    guarded(ops.scan.diagnostics, "tvwPL_GridCellAfterEditing", kModul, [&] {
+    guarded(ops.scan.diagnostics, {.routine = "tvwPL_GridCellAfterEditing"}, [&] {
         Grid& report = ops.scan.tvwPL;
         if (name == report.text(row) || report.level(row) == 0 || ops.scan.state.ScanActive) return;
         // A row that sums up files is no folder, even if there is one of that name on the disk.

@@ -6,14 +6,10 @@
 
 namespace hl {
 
-namespace {
-constexpr const char* kModul = "frmMain";
-}  // namespace
-
 void BarControl::execute(BarId id, int command) {
     form_.sources.duringCommand([&] {
         const CommandBar& bar = form_.bar(id);
-        guarded(form_.services().diagnostics, (bar.name() + "_Execute").c_str(), kModul, [&] {
+        guarded(form_.services().diagnostics, {.routine = (bar.name() + "_Execute").c_str()}, [&] {
             const BarEntry* entry = bar.find(command);
             const CommandRow* row = commandRow(commandOf(id, command));
             if (entry == nullptr || row == nullptr || !entry->enabled || form_.closed) return;
@@ -44,7 +40,7 @@ void BarControl::returnIn(Command command) {
 }
 
 void BarControl::editChanged(BarId id, int entry, const std::string& text) {
-    guarded(form_.services().diagnostics, "editChanged", kModul, [&] {
+    guarded(form_.services().diagnostics, [&] {
         form_.bar(id).setText(entry, text);
         if (commandOf(id, entry) == Command::kTopCount) form_.lists.top().countTyped(text);
     });
@@ -60,7 +56,8 @@ void BarControl::editLeft(BarId id, int entry) {
 
 void BarControl::barResized(BarId id) {
     if (form_.closed) return;
-    guarded(form_.services().diagnostics, "cbr_Resize", kModul, [&] { form_.looks.panes().cbrResize(id); });
+    guarded(form_.services().diagnostics, {.routine = "cbr_Resize"},
+            [&] { form_.looks.panes().cbrResize(id); });
 }
 
 }  // namespace hl

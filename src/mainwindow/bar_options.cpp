@@ -36,14 +36,14 @@ void barsToOptions(const Bars& bars, Options& options) {
 }
 
 void Change_ToolbarIconSize(Bars& bars, Diagnostics& diagnostics) {
-    guarded(diagnostics, "Change_ToolbarIconSize", "frmMain", [&] {
+    guarded(diagnostics, [&] {
         const bool large = bars.cbrMain.isChecked(idOf(Command::kLargeIcons));
         for (CommandBar* bar : bars.all()) bar->setLargeIcons(large);
     });
 }
 
 void Change_Toolbar_IconText(Bars& bars, Diagnostics& diagnostics) {
-    guarded(diagnostics, "Change_Toolbar_IconText", "frmMain", [&] {
+    guarded(diagnostics, [&] {
         const bool text = bars.cbrMain.isChecked(idOf(Command::kIconText));
         for (CommandBar* bar : bars.all()) bar->setTextBelowIcons(text);
     });

@@ -11,7 +11,6 @@ namespace hl {
 
 namespace {
 
-constexpr const char* kModul = "frmMain";
 constexpr int kKeyF1 = 112;
 constexpr int kFunctionKeys = 12;
 
@@ -57,7 +56,7 @@ void checkMain(CommandBar& bar, int language) {
 }
 
 void buildBar(CommandBar& bar, const BarSources& sources) {
-    guarded(sources.diagnostics, kBuilders[static_cast<std::size_t>(bar.id())], kModul, [&] {
+    guarded(sources.diagnostics, {.routine = kBuilders[static_cast<std::size_t>(bar.id())]}, [&] {
         if (bar.id() == BarId::kMain) bar.addPopup({.id = idOf(Command::kMenuOfSelectedFolders)});
         for (const CommandRow& row : commandsOf(bar.id()))
             if (row.command != Command::kHomepage || sources.homepage)
@@ -68,7 +67,7 @@ void buildBar(CommandBar& bar, const BarSources& sources) {
 }
 
 void Init_Commandbar(Bars& bars, const BarSources& sources) {
-    guarded(sources.diagnostics, "Init_Commandbar", kModul, [&] {
+    guarded(sources.diagnostics, [&] {
         bars.cbrMain.setTitle(sources.texts.TL(9227, "Symbolleiste"));
         for (CommandBar* bar : bars.all()) {
             bar->setLargeIcons(false);

@@ -15,8 +15,6 @@ namespace hl {
 
 namespace {
 
-constexpr const char* kModul = "frmMain";
-
 /// Removes the separator at the end, because with it a link would be followed.
 std::string withoutSlash(std::string path) {
     while (path.size() > 1 && path.ends_with('/')) path.pop_back();
@@ -54,7 +52,7 @@ bool FilesControl::hasNoMenu(const char* routine, const std::string& path) {
 
 void FilesControl::openReportMenu(Row row, const std::string& path, Point at) {
     form_.sources.duringCommand([&] {
-        guarded(form_.services().diagnostics, "Report_ShellContextMenu", kModul, [&] {
+        guarded(form_.services().diagnostics, {.routine = "Report_ShellContextMenu"}, [&] {
             if (path.empty() || hasNoMenu("Report_ShellContextMenu", withoutSlash(path))) return;
             const FileOps files = ops();
             const int chosen = Menus(files).ofReport(row, withoutSlash(path), at);
@@ -98,7 +96,7 @@ void FilesControl::openDriveMenu(Row row, Point at) {
 
 void FilesControl::openListMenu(GridId id, Point at) {
     form_.sources.duringCommand([&] {
-        guarded(form_.services().diagnostics, "ShellContextMenuFileList", kModul,
+        guarded(form_.services().diagnostics, {.routine = "ShellContextMenuFileList"},
                 [&] { listMenu(id, *form_.lists.of(id), at); });
     });
 }

@@ -24,7 +24,7 @@ std::string_view defaultDateFormat() {
 }  // namespace
 
 OptionsForm::OptionsForm(const OptionsServices& services) : services_(services) {
-    guarded(services_.diagnostics, "Form_Load", kModule, [&] {
+    guarded(services_.diagnostics, {.routine = "Form_Load", .module = kModule}, [&] {
         const Texts& texts = services_.texts;
         caption = texts.TL(3597, "Optionen");
         chkKontextmenu.caption = texts.TL(9450, "Harborlantern im Windows Explorer Kontextmenü anzeigen");
@@ -54,7 +54,7 @@ Form OptionsForm::form() {
 }
 
 void OptionsForm::cmdOK_Click() {
-    guarded(services_.diagnostics, "cmdOK_Click", kModule, [&] {
+    guarded(services_.diagnostics, {.module = kModule}, [&] {
         if (changed_) OptionenSpeichern();
     });
     loaded = false;

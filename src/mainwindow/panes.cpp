@@ -13,8 +13,6 @@ namespace hl {
 
 namespace {
 
-constexpr const char* kModul = "frmMain";
-
 constexpr Command kPanels[] = {Command::kShowReport, Command::kShowDrives,    Command::kShowFiles,
                                Command::kShowTop,    Command::kShowHardlinks, Command::kShowJunctions};
 
@@ -209,7 +207,7 @@ void Panes::PanelToggle(Command panel) {
 }
 
 void Panes::Change_Info_Visibility() {
-    guarded(parts_.diagnostics, "Change_Info_Visibility", kModul, [&] {
+    guarded(parts_.diagnostics, [&] {
         const ListPane* list = listOn();
         const bool drives = panelOn(Command::kShowDrives);
         panelsToOptions(list);
@@ -304,7 +302,7 @@ void Panes::cbrResize(BarId id) {
     if (running || holder.Control1() != pane(id)) return;
     running = true;
     const ScopeExit done([&] { running = false; });
-    guarded(parts_.diagnostics, (bar(id).name() + "_Resize").c_str(), kModul, [&] {
+    guarded(parts_.diagnostics, {.routine = (bar(id).name() + "_Resize").c_str()}, [&] {
         const int before = holder.Position();
         const int height = fitBar(id, holder);
         holder.setMinimumSize(1, height);
@@ -337,7 +335,7 @@ int Panes::fitBar(BarId id, const cSplitter& holder) {
 }
 
 void Panes::splMain_AfterResize() {
-    guarded(parts_.diagnostics, "splMain_AfterResize", kModul, [&] {
+    guarded(parts_.diagnostics, [&] {
         if (keepBothInSight(SplitterId::kMain, kLeastBeside)) return;
         // The report's grid may not have its new width yet, so the width is taken from the splitter.
         const cSplitter::Span pane = splitter(SplitterId::kMain).layout().first;
@@ -373,7 +371,7 @@ void Panes::splInfo_AfterResize() {
     if (infoResizes_) return;
     infoResizes_ = true;
     const ScopeExit done([&] { infoResizes_ = false; });
-    guarded(parts_.diagnostics, "splInfo_AfterResize", kModul, [&] {
+    guarded(parts_.diagnostics, [&] {
         keepBothInSight(SplitterId::kInfo, kLeastLists);
         for (const PaneOfBar& one : kPanesOfBars) cbrResize(one.bar);
         if (!splitter(SplitterId::kInfo).Control2Visible()) return;
@@ -384,7 +382,7 @@ void Panes::splInfo_AfterResize() {
 
 void Panes::Form_Resize() {
     if (!parts_.state.ScanActive) return;
-    guarded(parts_.diagnostics, "Form_Resize", kModul, [&] {
+    guarded(parts_.diagnostics, [&] {
         if (listShows()) parts_.host.refresh(list());
         parts_.host.refresh(GridId::kReport);
         const bool drives =

@@ -12,21 +12,17 @@
 
 namespace hl {
 
-namespace {
-constexpr const char* kModul = "frmMain";
-}  // namespace
-
 // --- the box
 
 void SourcesControl::comboText(const std::string& text) {
-    guarded(form_.services().diagnostics, "cboOrdner_Change", kModul, [&] {
+    guarded(form_.services().diagnostics, {.routine = "cboOrdner_Change"}, [&] {
         form_.session.cboOrdner.text = text;
         form_.session.cboOrdner.selectNone();
     });
 }
 
 void SourcesControl::comboSelected(int index) {
-    guarded(form_.services().diagnostics, "cboOrdner_Click", kModul, [&] {
+    guarded(form_.services().diagnostics, {.routine = "cboOrdner_Click"}, [&] {
         SourceCombo& box = form_.session.cboOrdner;
         if (index >= 0 && static_cast<std::size_t>(index) < box.items().size())
             box.select(static_cast<std::size_t>(index));
@@ -35,7 +31,7 @@ void SourcesControl::comboSelected(int index) {
 
 void SourcesControl::comboKeyDown(int key) {
     if (form_.session.state.ScanActive) return;
-    guarded(form_.services().diagnostics, "cboOrdner_KeyDown", kModul, [&] {
+    guarded(form_.services().diagnostics, {.routine = "cboOrdner_KeyDown"}, [&] {
         if (key == kKeyReturn) form_.barControl.returnIn(Command::kStart);
     });
     readWaiting();
@@ -43,7 +39,7 @@ void SourcesControl::comboKeyDown(int key) {
 
 bool SourcesControl::comboRemove(int index) {
     bool removed = false;
-    guarded(form_.services().diagnostics, "cboOrdner_KeyDown", kModul, [&] {
+    guarded(form_.services().diagnostics, {.routine = "cboOrdner_KeyDown"}, [&] {
         removed = !form_.session.state.ScanActive && index >= 0 &&
                   form_.session.cboOrdner.remove(static_cast<std::size_t>(index));
         if (removed) changed();
@@ -93,7 +89,7 @@ void SourcesControl::queueOwn() {
 }
 
 void SourcesControl::handOver(const std::string& commandLine) {
-    guarded(form_.services().diagnostics, "ISubclass_WindowProc", kModul, [&] {
+    guarded(form_.services().diagnostics, {.routine = "ISubclass_WindowProc"}, [&] {
         form_.window->frame.bringToFront();
         for (std::string& source : GetFoldersFromCommand(commandLine))
             form_.session.state.SourceQueue.push_back(std::move(source));
@@ -108,7 +104,7 @@ void SourcesControl::read(const std::vector<std::string>& sources) {
 
 void SourcesControl::readWaiting() {
     if (!ready_ || commands_ > 0) return;
-    guarded(form_.services().diagnostics, "Ordnerliste_Abarbeiten", kModul, [&] { runQueue(); });
+    guarded(form_.services().diagnostics, {.routine = "Ordnerliste_Abarbeiten"}, [&] { runQueue(); });
 }
 
 // Sources may be added when the run has read its last source but is not over yet.

@@ -13,18 +13,14 @@
 
 namespace hl {
 
-namespace {
-constexpr const char* kModul = "frmMain";
-}  // namespace
-
 // --- loading
 
 void WindowForm::formLoad(const Window& window, MessagePump& pump) {
     Diagnostics& diagnostics = form_.services().diagnostics;
     form_.window = &window;
     form_.preview.setWindow(&window);
-    guarded(diagnostics, "windowThere", kModul, [&] { form_.own.windowThere(&window, &pump); });
-    guarded(diagnostics, "Form_Load", kModul, [&] { load(); });
+    guarded(diagnostics, {.routine = "windowThere"}, [&] { form_.own.windowThere(&window, &pump); });
+    guarded(diagnostics, {.routine = "Form_Load"}, [&] { load(); });
 }
 
 void WindowForm::load() {
@@ -76,8 +72,8 @@ void WindowForm::initGrids() {
 
 void WindowForm::formActivate() {
     Diagnostics& diagnostics = form_.services().diagnostics;
-    guarded(diagnostics, "Form_Activate", kModul, [&] { activate(); });
-    guarded(diagnostics, "windowShown", kModul, [&] {
+    guarded(diagnostics, {.routine = "Form_Activate"}, [&] { activate(); });
+    guarded(diagnostics, {.routine = "windowShown"}, [&] {
         if (form_.own.windowShown) form_.own.windowShown();
     });
     form_.sources.ready();
@@ -104,7 +100,7 @@ bool WindowForm::formQueryUnload() {
         state.CancelState = kCancelStop;
         return false;
     }
-    guarded(form_.services().diagnostics, "Form_QueryUnload", kModul, [&] { saveState(); });
+    guarded(form_.services().diagnostics, {.routine = "Form_QueryUnload"}, [&] { saveState(); });
     return true;
 }
 
@@ -134,7 +130,7 @@ void WindowForm::formUnload() {
     ++form_.session.state.FileListRun;
     form_.preview.setWindow(nullptr);
     for (GridPane* pane : form_.window->grids) pane->setEvents(nullptr);
-    guarded(form_.services().diagnostics, "Form_Unload", kModul,
+    guarded(form_.services().diagnostics, {.routine = "Form_Unload"},
             [&] { form_.own.windowThere(nullptr, nullptr); });
 }
 
@@ -148,7 +144,8 @@ GridEvents& WindowForm::gridEvents(GridId id) {
 
 void WindowForm::formResize() {
     if (form_.closed) return;
-    guarded(form_.services().diagnostics, "Form_Resize", kModul, [&] { form_.looks.panes().Form_Resize(); });
+    guarded(form_.services().diagnostics, {.routine = "Form_Resize"},
+            [&] { form_.looks.panes().Form_Resize(); });
 }
 
 void WindowForm::formKeyUp(int key) {
@@ -159,7 +156,7 @@ void WindowForm::formKeyUp(int key) {
 // Called in a catch block: what is in flight is told like any other error.
 void WindowForm::windowFault(const char* where) {
     const auto fault = std::current_exception();
-    guarded(form_.services().diagnostics, where, kModul, [&] {
+    guarded(form_.services().diagnostics, {.routine = where}, [&] {
         if (fault) std::rethrow_exception(fault);
     });
 }

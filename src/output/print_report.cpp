@@ -195,7 +195,7 @@ void PrintForm::Report_print() {
         services_.window.dialogs.previewPrint(job);
         loaded = false;
     };
-    guarded(services_.diagnostics, kRoutine, "frmPrint", body, [&] { return run.values(); });
+    guarded(services_.diagnostics, {.module = "frmPrint"}, body, [&] { return run.values(); });
 }
 
 }  // namespace hl

@@ -130,7 +130,7 @@ ReportOutcome SPEICHERN(const ReportSources& sources, const ReportOrder& order, 
         const int error = run.write(target);
         return {error == 0, error == ReportRun::kNotWhole ? 0 : error, run.leftBehind()};
     };
-    return guarded(sources.diagnostics, kSaveRoutine, "frmSave", body, [&] { return run.values(); });
+    return guarded(sources.diagnostics, {.module = "frmSave"}, body, [&] { return run.values(); });
 }
 
 }  // namespace hl

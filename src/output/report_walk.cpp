@@ -32,7 +32,7 @@ void ReportWalk::TreeViewSpeichernR(Row start, std::int32_t levels) {
     parents_.assign(1, path_.size());
     Row row = tvwPL_.firstChild(start);
     while (row != kNoRow) {
-        const bool whole = guarded(diagnostics_, "TreeViewSpeichernR", "frmSave", [&] {
+        const bool whole = guarded(diagnostics_, {.module = "frmSave"}, [&] {
             writeFrom(row, start, levels);
             return true;
         });

@@ -110,7 +110,7 @@ void SaveFilesForm::cboFormat_Click() {
 }
 
 bool SaveFilesForm::SPEICHERN() {
-    return guarded(services_.diagnostics, kSaveRoutine, "frmSaveFiles", [&] {
+    return guarded(services_.diagnostics, {.module = "frmSaveFiles"}, [&] {
         hourglass = true;
         const std::string path = askPath(services_.dialog, services_.paths);
         if (!path.empty()) {

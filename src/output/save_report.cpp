@@ -63,7 +63,7 @@ bool SaveForm::SPEICHERN() {
         loaded = false;
         return written;
     };
-    return guarded(sources_.diagnostics, kSaveRoutine, "frmSave", body, [&] { return run.values(); });
+    return guarded(sources_.diagnostics, {.module = "frmSave"}, body, [&] { return run.values(); });
 }
 
 std::int32_t SaveForm::wantedLevels() const {

@@ -22,13 +22,13 @@ std::string Diagnostics::compose(const TrapPlace& place, const Fault& fault, con
     return text;
 }
 
-void Diagnostics::Debug(const char* func, const char* modul, std::uint_least32_t line, const Fault& fault,
-                        const DebugValues& debugValues) noexcept {
+void Diagnostics::Debug(const TrapPlace& place, const Fault& fault, const DebugValues& debugValues) noexcept {
     // Errors in this block are dropped, since nobody is left to report them to.
     ++errcount_;
     std::string text;
-    attempt([&] { text = compose({func, modul, line}, fault, debugValues); });
-    if (text.empty()) attempt([&] { text = std::string(modul) + "." + func + ": " + fault.description(); });
+    attempt([&] { text = compose(place, fault, debugValues); });
+    if (text.empty())
+        attempt([&] { text = std::string(place.module) + "." + place.routine + ": " + fault.description(); });
     attempt([&] { sink_.LogError(text, true, true); });
     // The first value tells the most: the setting or the path.
     attempt([&] {

@@ -36,8 +36,7 @@ class Diagnostics {
 
     /// Reports an error and never throws. A log that cannot be written does not keep the report from being
     /// shown.
-    void Debug(const char* func, const char* modul, std::uint_least32_t line, const Fault& fault,
-               const DebugValues& debugValues = {}) noexcept;
+    void Debug(const TrapPlace& place, const Fault& fault, const DebugValues& debugValues = {}) noexcept;
 
     /// Returns the number of errors since the start of the process.
     std::uint32_t errcount() const { return errcount_; }

@@ -55,8 +55,8 @@ std::string colourDepthText(int depth) {
 }
 
 void addFailure(Lines& lines, const TrapPlace& place, const Fault& fault) {
-    lines.add("Modul: ", place.modul);
-    lines.add("Func: ", place.func);
+    lines.add("Modul: ", place.module);
+    lines.add("Func: ", place.routine);
     lines.add("Line: ", std::to_string(place.line));
     lines.add("Err: ", std::to_string(fault.number()) + " - " + fault.description());
 }

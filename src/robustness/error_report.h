@@ -33,11 +33,14 @@ struct AppFacts {
     std::function<ScreenFacts()> screen;  ///< Empty in a run without a window.
 };
 
-/// Where an error was caught: the routine, its module and the line.
+/// Where an error was caught, as reports name it. What is not given is taken from the place in the code where
+/// this is made; the routines of most subjects are told as the main form's. The texts are not copied.
+///
+/// (The compiler is asked by builtins, since clang 14 has no std::source_location.)
 struct TrapPlace {
-    std::string_view func;
-    std::string_view modul;
-    std::uint_least32_t line = 0;
+    const char* routine = __builtin_FUNCTION();
+    const char* module = "frmMain";
+    std::uint_least32_t line = __builtin_LINE();
 };
 
 /// Returns "True" or "False".

@@ -40,9 +40,9 @@ Fault currentFaultOrNoMemory() noexcept {
 
 }  // namespace
 
-void reportCurrent(Diagnostics& diagnostics, const char* func, const char* modul, std::uint_least32_t line,
+void reportCurrent(Diagnostics& diagnostics, const TrapPlace& place,
                    const std::function<DebugValues()>& debugValues) noexcept {
-    diagnostics.Debug(func, modul, line, currentFaultOrNoMemory(), attempt(debugValues));
+    diagnostics.Debug(place, currentFaultOrNoMemory(), attempt(debugValues));
 }
 
 }  // namespace hl::trap_detail

@@ -18,7 +18,6 @@ namespace hl {
 
 namespace {
 
-constexpr const char* kModul = "frmMain";
 constexpr int kSourceImages = 9;  // Smaller numbers are images of the sources' list.
 constexpr int kBarOfWhole = 100;
 
@@ -139,7 +138,7 @@ void AddNewSearchPath(ScanContext& scan, std::string_view path) {
 }
 
 void StartSearchViaToolbar(ScanContext& scan) {
-    guarded(scan.diagnostics, "StartSearchViaToolbar", kModul, [&] {
+    guarded(scan.diagnostics, [&] {
         scan.state.CancelState = kCancelNone;
         scan.state.SourceQueue.clear();
         if (scan.cboOrdner.text.empty()) return;
@@ -151,7 +150,7 @@ void StartSearchViaToolbar(ScanContext& scan) {
 }
 
 void Ordnerliste_Abarbeiten(ScanContext& scan) {
-    guarded(scan.diagnostics, "Ordnerliste_Abarbeiten", kModul, [&] {
+    guarded(scan.diagnostics, [&] {
         // A Stop of something earlier, such as a list of files, must not end this run.
         scan.state.CancelState = kCancelNone;
         std::optional<BusyPointer<ScanHost>> busy(std::in_place, scan.host);
@@ -180,7 +179,7 @@ void Ordnerliste_Abarbeiten(ScanContext& scan) {
 // --- one source
 
 Row QuelleEinlesen(ScanContext& scan, const std::string& source, int imageIndex, Row row) {
-    guarded(scan.diagnostics, "QuelleEinlesen", kModul, [&] {
+    guarded(scan.diagnostics, [&] {
         if (row == kNoRow) row = addSourceRow(scan, source, imageIndex);
         const std::string folder = Report_GetFullpathOfNode(scan.tvwPL, row, true, scan.paths);
         resetForSource(scan);

@@ -140,7 +140,7 @@ void Report_ReadAgain(ScanContext& scan, Row row) {
 }
 
 void Report_Rescan(ScanContext& scan) {
-    guarded(scan.diagnostics, "Report_Rescan", "frmMain", [&] {
+    guarded(scan.diagnostics, [&] {
         if (scan.tvwPL.rowCount() != 0 && scan.tvwPL.currentRow() != kNoRow) rescanCurrent(scan);
     });
 }

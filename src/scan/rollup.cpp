@@ -10,7 +10,6 @@ namespace hl {
 
 namespace {
 
-constexpr const char* kModul = "frmMain";
 // The list of bar pictures has one for each whole percent from 0 to 100, and one more at its end.
 constexpr int kBarPictures = 102;
 
@@ -22,7 +21,7 @@ void Report_SetNodeSizeAndFilecount(Grid& tvwPL, Row row, SizeValue size, std::i
 }
 
 void Report_ChangePercentValue(ScanContext& scan, Row row) {
-    guarded(scan.diagnostics, "Report_ChangePercentValue", kModul, [&] {
+    guarded(scan.diagnostics, [&] {
         Grid& report = scan.tvwPL;
         const double whole = report.number(row, kSize);
         for (Row child = report.firstChild(row); child != kNoRow; child = report.nextSibling(child)) {
@@ -38,7 +37,7 @@ void Report_ChangePercentValue(ScanContext& scan, Row row) {
 }
 
 void Report_Sort(ScanContext& scan) {
-    guarded(scan.diagnostics, "Report_Sort", kModul, [&] {
+    guarded(scan.diagnostics, [&] {
         Yield yield(scan.state, scan.pump);
         scan.tvwPL.sortLevels(scan.state.DeepestLevel, [&] { yield.now(); });
     });
@@ -57,7 +56,7 @@ std::string Report_GetFullpathOfNode(const Grid& tvwPL, Row row, bool addSlash, 
 }
 
 void Report_RemoveFolders(ScanContext& scan) {
-    guarded(scan.diagnostics, "Report_RemoveFolders", kModul, [&] {
+    guarded(scan.diagnostics, [&] {
         Grid& report = scan.tvwPL;
         Row row = report.currentRow();
         if (report.rowCount() == 0 || row == kNoRow) return;

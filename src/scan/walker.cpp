@@ -26,8 +26,6 @@ namespace hl {
 
 namespace {
 
-constexpr const char* kModul = "frmMain";
-
 // Returns the background of rows, one step darker for each level. The formula becomes negative below level
 // 41; deeper rows keep its last grey.
 std::uint32_t greyOf(std::uint32_t level) {
@@ -128,7 +126,7 @@ ScanTotals FolderWalk::run(Row row) {
     bool entered = false;
     bool done = false;
     while (!done) {
-        done = guarded(scan_.diagnostics, "Report_ScanFolders", kModul, [&] {
+        done = guarded(scan_.diagnostics, {.routine = "Report_ScanFolders"}, [&] {
             if (!std::exchange(entered, true)) enterSource(row);
             while (!levels_.empty()) step();
             return true;

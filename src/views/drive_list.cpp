@@ -22,7 +22,6 @@ namespace hl {
 
 namespace {
 
-constexpr const char* kModule = "frmMain";
 constexpr std::size_t kLongestLabel = 13;  // Characters.
 constexpr int kSizeColumnMargin = 32;
 
@@ -110,7 +109,7 @@ const Drive* driveOfPath(std::string_view path, const std::vector<Drive>& drives
 
 // Nothing here waits for a drive, so no messages need to run meanwhile.
 void DriveList::Drives_GetAllDrives() {
-    guarded(services_.diagnostics, "Drives_GetAllDrives", kModule, [&] {
+    guarded(services_.diagnostics, [&] {
         const BusyPointer busy(services_.host);
         sharesLoaded_ = false;
         {
@@ -146,7 +145,7 @@ void DriveList::addShareRow(std::string path) {
 }
 
 void DriveList::Drives_AddUNCpath(std::string path) {
-    guarded(services_.diagnostics, "Drives_AddUNCpath", kModule, [&] {
+    guarded(services_.diagnostics, [&] {
         if (path.empty()) {
             path = services_.window.dialogs.askText(
                 services_.texts.TL(9411, "UNC-Pfad einer Laufwerksfreigabe im Netzwerk:"), "\\\\");
@@ -159,7 +158,7 @@ void DriveList::Drives_AddUNCpath(std::string path) {
 }
 
 void DriveList::Drives_LoadSavedNetworkFolders() {
-    guarded(services_.diagnostics, "Drives_LoadSavedNetworkFolders", kModule, [&] {
+    guarded(services_.diagnostics, [&] {
         // An empty value is skipped, since it would ask the user.
         for (std::string& path :
              readNumberedList(services_.settings.read(), kSectionDriveFolders, kDriveFolderSuffix))
@@ -170,7 +169,7 @@ void DriveList::Drives_LoadSavedNetworkFolders() {
 
 void DriveList::Drives_SaveNetworkFolders() {
     if (!sharesLoaded_) return;
-    guarded(services_.diagnostics, "Drives_SaveNetworkFolders", kModule, [&] {
+    guarded(services_.diagnostics, [&] {
         const Grid& grid = services_.lvwDiskinfo;
         std::vector<std::string> shares;
         for (Row row = grid.firstRoot(); row != kNoRow; row = grid.nextSibling(row))
@@ -201,7 +200,7 @@ void DriveList::Drives_GetDriveFreeSpace(const Drive& drive, Row row) {
 }
 
 void DriveList::answer(Row row, const DriveAnswer& space) {
-    guarded(services_.diagnostics, "Drives_GetDriveFreeSpace", kModule, [&] {
+    guarded(services_.diagnostics, {.routine = "Drives_GetDriveFreeSpace"}, [&] {
         constexpr auto kLimit = static_cast<std::uint64_t>(SizeValue::kMaxBytes);
         if (!space) services_.lvwDiskinfo.setCellText(row, kDriveLabel, "");
         const bool known = space && std::max({space->total, space->free, space->clusterSize}) <= kLimit;
@@ -227,7 +226,7 @@ void DriveList::Drives_AddSizeValues(Row row, const DriveSpace& space) {
 }
 
 void DriveList::takeAnswers() {
-    guarded(services_.diagnostics, "takeAnswers", kModule, [&] {
+    guarded(services_.diagnostics, [&] {
         const std::size_t before = waiting_->size();
         {
             const NoRedraw off(services_.lvwDiskinfo);
@@ -248,7 +247,7 @@ Row DriveList::rowOf(std::string_view text, const PathRules& rules) const {
 }
 
 void DriveList::Drives_SelectDrive(Row reportRow) {
-    guarded(services_.diagnostics, "Drives_SelectDrive", kModule, [&] {
+    guarded(services_.diagnostics, [&] {
         Grid& grid = services_.lvwDiskinfo;
         const std::string source(services_.tvwPL.text(rootOf(services_.tvwPL, reportRow)));
         if (isNetworkPath(source)) return;
@@ -272,7 +271,7 @@ Drive DriveList::driveOfRow(std::string_view text) {
 }
 
 void DriveList::Drives_RefreshDrive(Row reportRow) {
-    guarded(services_.diagnostics, "Drives_RefreshDrive", kModule, [&] {
+    guarded(services_.diagnostics, [&] {
         const Grid& report = services_.tvwPL;
         std::string source(report.text(rootOf(report, reportRow)));
         if (isNetworkPath(source)) source = asShare(std::move(source));
@@ -284,7 +283,7 @@ void DriveList::Drives_RefreshDrive(Row reportRow) {
 }
 
 void DriveList::Drives_ScanDrives(bool selectedOnly) {
-    guarded(services_.diagnostics, "Drives_ScanDrives", kModule, [&] {
+    guarded(services_.diagnostics, [&] {
         const Grid& grid = services_.lvwDiskinfo;
         std::vector<std::string> sources;
         Row row = selectedOnly ? firstSelected(grid) : grid.firstRoot();
@@ -300,7 +299,7 @@ void DriveList::Drives_ScanDrives(bool selectedOnly) {
 // --- how it looks
 
 void DriveList::Drives_ChangeSizeFormat() {
-    guarded(services_.diagnostics, "Drives_ChangeSizeFormat", kModule, [&] {
+    guarded(services_.diagnostics, [&] {
         Grid& grid = services_.lvwDiskinfo;
         grid.setEnabled(false);
         const ScopeExit usable([&grid] { grid.setEnabled(true); });
@@ -312,7 +311,7 @@ void DriveList::Drives_ChangeSizeFormat() {
 }
 
 void DriveList::Drives_Resize_Columns(bool withRedraw) {
-    guarded(services_.diagnostics, "Drives_Resize_Columns", kModule, [&] {
+    guarded(services_.diagnostics, [&] {
         Grid& grid = services_.lvwDiskinfo;
         std::optional<NoRedraw> off;
         if (withRedraw) off.emplace(grid);
@@ -325,7 +324,7 @@ void DriveList::Drives_Resize_Columns(bool withRedraw) {
 
 void DriveList::MouseUp(Row row, MouseButton button, bool /*shift*/, Point at) {
     if (services_.state.ScanActive || row == kNoRow) return;
-    guarded(services_.diagnostics, "lvwDiskinfo_MouseUp", kModule, [&] {
+    guarded(services_.diagnostics, {.routine = "lvwDiskinfo_MouseUp"}, [&] {
         pane().focus();
         if (button == MouseButton::kRight) services_.host.openDriveMenu(row, at);
     });
@@ -333,7 +332,7 @@ void DriveList::MouseUp(Row row, MouseButton button, bool /*shift*/, Point at) {
 
 void DriveList::KeyUp(int key) {
     if (services_.state.ScanActive) return;
-    guarded(services_.diagnostics, "lvwDiskinfo_KeyUp", kModule, [&] {
+    guarded(services_.diagnostics, {.routine = "lvwDiskinfo_KeyUp"}, [&] {
         Grid& grid = services_.lvwDiskinfo;
         const Row row = key == kKeyDelete ? firstSelected(grid) : kNoRow;
         if (row == kNoRow || !isNetworkPath(grid.text(row))) return;

@@ -64,7 +64,7 @@ void readRows(ScanContext& scan, Grid& list, const std::string& folder, Filling&
 
 void List_Files_ScanFolderR(ScanContext& scan, Grid& lvwFiles, const std::string& path,
                             SizeValue& FilesTotalSize) {
-    guarded(scan.diagnostics, "List_Files_ScanFolderR", "frmMain", [&] {
+    guarded(scan.diagnostics, [&] {
         scan.state.CancelState = kCancelNone;
         Filling filling(scan);
         FilesTotalSize = SizeValue();

@@ -30,7 +30,7 @@ FilesView::FilesView(const ListParts& parts, Grid& lvwFiles, CommandBar& cbrFile
     : ListView(kTraits, parts, lvwFiles, cbrFiles) {}
 
 void FilesView::List_Files_ScanFolder(const std::string& path, bool lockControls) {
-    trapped("List_Files_ScanFolder", [&] {
+    guarded(parts_.scan.diagnostics, [&] {
         const ScanContext& scan = parts_.scan;
         if (path.empty() || !parts_.host.listShows(GridId::kFiles)) return empty();
         const std::string folder = AddTrailingSlash(path, scan.paths);
@@ -74,7 +74,7 @@ void FilesView::list(const std::string& folder) {
 }
 
 void FilesView::List_Files_Refresh() {
-    trapped("List_Files_Refresh", [&] {
+    guarded(parts_.scan.diagnostics, [&] {
         if (grid_.rowCount() == 0) return;
         const std::string folder = std::exchange(parts_.scan.state.currentFolder, {});
         List_Files_ScanFolder(folder, true);

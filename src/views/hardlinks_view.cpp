@@ -32,7 +32,7 @@ void HardlinksView::sortRows() {
 }
 
 void HardlinksView::List_Hardlinks_ShowDups() {
-    trapped("List_Hardlinks_ShowDups", [&] {
+    guarded(parts_.scan.diagnostics, [&] {
         if (grid_.rowCount() < 2) return;
         const BusyPointer busy(parts_.scan.host);
         {

@@ -37,7 +37,7 @@ void ListView::showColumn(std::size_t column, bool shows) {
 // --- search
 
 void ListView::StartSearch() {
-    trapped(routine("StartSearch"), [&] {
+    trapped(traits_.family, [&] {
         const std::string part = bar_.textOf(idOf(traits_.searchText));
         if (grid_.rowCount() == 0 || part.empty()) return;
         const BusyPointer busy(parts_.scan.host);
@@ -89,7 +89,7 @@ bool ListView::ignoresInput() const {
 }
 
 void ListView::GridColumnTitleClick(std::size_t column) {
-    trapped(event("GridColumnTitleClick"), [&] {
+    trapped(traits_.events, [&] {
         if (ignoresInput() || std::exchange(parts_.ColumnDragGuard, false)) return;
         const BusyPointer busy(parts_.scan.host);
         const std::string key = grid_.columns().at(column).key;
@@ -110,7 +110,7 @@ void ListView::sortBy(const LevelSort& sort) {
 }
 
 void ListView::MouseUp(Row row, MouseButton button, bool /*shift*/, Point at) {
-    trapped(traits_.mouseUp, [&] {
+    guarded(parts_.scan.diagnostics, {.routine = traits_.mouseUp}, [&] {
         if (ignoresInput()) return;
         if (row == kNoRow) {
             grid_.selectNone();
@@ -129,7 +129,7 @@ void ListView::MouseUp(Row row, MouseButton button, bool /*shift*/, Point at) {
 }
 
 void ListView::DblClick() {
-    trapped(event("ItemDblClick"), [&] {
+    guarded(parts_.scan.diagnostics, {.routine = event("ItemDblClick").c_str()}, [&] {
         if (ignoresInput() || !traits_.hasFiles || grid_.selectedCount() == 0) return;
         const Row current = grid_.currentRow();
         const bool chosen = current != kNoRow && grid_.selected(current);
@@ -138,7 +138,7 @@ void ListView::DblClick() {
 }
 
 void ListView::KeyUp(int key) {
-    trapped(event("KeyUp"), [&] {
+    trapped(traits_.events, [&] {
         if (ignoresInput() || !traits_.hasFiles) return;
         if (key == kKeyF2) {
             if (grid_.selectedCount() == 1) pane_.editCell(grid_.selectedRows().front());
@@ -160,7 +160,7 @@ void ListView::showPreview(bool force) {
 
 void ListView::SetFileIcons(bool clear) {
     if (traits_.showIcons == nullptr) return;
-    trapped(routine("SetFileIcons"), [&] {
+    trapped(traits_.family, [&] {
         if (parts_.scan.state.ScanActive && !traits_.iconsDuringScan) return;
         if (parts_.options.*traits_.showIcons == 0) {
             if (clear) takeIconsAway();
@@ -241,7 +241,7 @@ std::string ListView::selectedFiles() const {
 }
 
 void ListView::ShowFileStat() {
-    trapped(traits_.fileStat, [&] {
+    guarded(parts_.scan.diagnostics, {.routine = traits_.fileStat}, [&] {
         std::string text = total();
         if (traits_.hasFiles && grid_.selectedCount() > 0) text += " / " + selectedFiles();
         parts_.host.setSecondPanel(text);
@@ -249,7 +249,7 @@ void ListView::ShowFileStat() {
 }
 
 void ListView::Resize_Columns(bool withRedraw) {
-    trapped(routine("Resize_Columns"), [&] {
+    trapped(traits_.family, [&] {
         std::optional<NoRedraw> off;
         if (withRedraw) off.emplace(grid_);
         for (std::size_t column = 0; column < grid_.columns().size(); ++column)
@@ -259,7 +259,7 @@ void ListView::Resize_Columns(bool withRedraw) {
 
 void ListView::Set_SizeFormat() {
     if (traits_.table.sizeMode == nullptr) return;
-    trapped(routine("Set_SizeFormat"), [&] {
+    trapped(traits_.family, [&] {
         {
             grid_.setEnabled(false);
             const ScopeExit usable([this] { grid_.setEnabled(true); });

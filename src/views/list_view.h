@@ -145,9 +145,11 @@ class ListView : public GridEvents {
     void sortBy(const LevelSort& sort);
     /// Sorts the rows by the list's sort, for sortBy.
     virtual void sortRows() { grid_.sortLevels(0); }
+    /// Guards the routine that calls it, for error reports under its name behind `prefix`.
     template <class Body>
-    void trapped(const std::string& routine, Body&& body) {
-        guarded(parts_.scan.diagnostics, routine.c_str(), "frmMain", std::forward<Body>(body));
+    void trapped(const char* prefix, Body&& body, const char* name = __builtin_FUNCTION()) {
+        guarded(parts_.scan.diagnostics, {.routine = (std::string(prefix) + name).c_str()},
+                std::forward<Body>(body));
     }
 
     const ListTraits& traits_;

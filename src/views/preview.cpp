@@ -8,8 +8,6 @@ namespace hl {
 
 namespace {
 
-constexpr const char* kModul = "frmMain";
-
 // The lists are searched in this order. A png is shown by the browser.
 constexpr struct {
     PreviewKind kind;
@@ -93,7 +91,7 @@ void Preview::setPane(PreviewPane* pane) {
 }
 
 void Preview::Preview_ShowFile(bool force) {
-    guarded(diagnostics_, "Preview_ShowFile", kModul, [&] {
+    guarded(diagnostics_, [&] {
         if (pane_ == nullptr) return;
         const std::string path = host_.previewShows() ? host_.selectedFile() : std::string();
         if (path.empty()) return Preview_Reset_View();
@@ -120,7 +118,7 @@ void Preview::showUnknown() {
 }
 
 void Preview::Preview_Reset_View() {
-    guarded(diagnostics_, "Preview_Reset_View", kModul, [&] {
+    guarded(diagnostics_, [&] {
         shownPath_.clear();
         if (pane_ != nullptr) pane_->clear();
     });

@@ -15,7 +15,6 @@ namespace hl {
 
 namespace {
 
-constexpr const char* kModul = "frmMain";
 constexpr int kSearchBox = idOf(Command::kReportSearchText);
 constexpr int kUsualMargin = 96;
 constexpr int kSizeMargin = 32;
@@ -25,7 +24,7 @@ constexpr int kSizeMargin = 32;
 // --- columns
 
 void ReportView::Report_Resize_Width() {
-    guarded(scan_.diagnostics, "Report_Resize_Width", kModul, [&] {
+    guarded(scan_.diagnostics, [&] {
         if (grid_.rowCount() == 0) return;
         double width = 0;
         for (const GridColumn& column : grid_.columns())
@@ -35,7 +34,7 @@ void ReportView::Report_Resize_Width() {
 }
 
 void ReportView::Report_Resize_Columns(bool withRedraw) {
-    guarded(scan_.diagnostics, "Report_Resize_Columns", kModul, [&] {
+    guarded(scan_.diagnostics, [&] {
         // The column of names comes last, because it gets the width that the numbers leave.
         for (std::size_t column = grid_.columns().size(); column-- > 0;)
             pane_.autosizeColumn(column, kUsualMargin);
@@ -44,7 +43,7 @@ void ReportView::Report_Resize_Columns(bool withRedraw) {
 }
 
 void ReportView::Report_ChangeColVisible(std::size_t column, bool visible) {
-    guarded(scan_.diagnostics, "Report_ChangeColVisible", kModul, [&] {
+    guarded(scan_.diagnostics, [&] {
         grid_.changeColumn(column).visible = visible;
         pane_.autosizeColumn(column, kUsualMargin);
         Report_Resize_Width();
@@ -54,7 +53,7 @@ void ReportView::Report_ChangeColVisible(std::size_t column, bool visible) {
 }
 
 void ReportView::Report_Set_SizeFormat() {
-    guarded(scan_.diagnostics, "Report_Set_SizeFormat", kModul, [&] {
+    guarded(scan_.diagnostics, [&] {
         showSizes(grid_, kReportTable, options_, scan_.texts);
         pane_.autosizeColumn(kReportSize, kSizeMargin);
         pane_.autosizeColumn(kReportPercent, kSizeMargin);
@@ -72,7 +71,7 @@ void ReportView::Report_ExpandFolderLevels(std::uint32_t level) {
 }
 
 void ReportView::fold(const char* routine, Folding how, std::uint32_t level) {
-    guarded(scan_.diagnostics, routine, kModul, [&] {
+    guarded(scan_.diagnostics, {.routine = routine}, [&] {
         if (grid_.rowCount() < 2) return;
         const BusyPointer busy(scan_.host);
         DisableControls(scan_, false);
@@ -116,7 +115,7 @@ bool ReportView::progress(std::size_t done, std::size_t all) {
 }
 
 void ReportView::Report_ExpandSubFolders(bool expand) {
-    guarded(scan_.diagnostics, "Report_ExpandSubFolders", kModul, [&] {
+    guarded(scan_.diagnostics, [&] {
         const Row top = grid_.currentRow();
         if (top == kNoRow) return;
         {
@@ -136,7 +135,7 @@ void ReportView::Report_ExpandSubFolders(bool expand) {
 
 void ReportView::expandedByUser(Row /*row*/) {
     if (!scan_.state.ScanActive) Report_Resize_Columns(true);
-    guarded(scan_.diagnostics, "leaveHiddenRows", kModul, [&] { leaveHiddenRows(); });
+    guarded(scan_.diagnostics, {.routine = "leaveHiddenRows"}, [&] { leaveHiddenRows(); });
 }
 
 // Returns the row itself, or the highest of the folded rows that hide it.
@@ -169,7 +168,7 @@ void ReportView::leaveHiddenRows() {
 // --- commands
 
 void ReportView::Report_StartSearch() {
-    guarded(scan_.diagnostics, "Report_StartSearch", kModul, [&] {
+    guarded(scan_.diagnostics, [&] {
         const std::string part = bar_.textOf(kSearchBox);
         if (grid_.rowCount() == 0 || part.empty()) return;
         const BusyPointer busy(scan_.host);
@@ -215,7 +214,7 @@ void ReportView::removeAll() {
 // --- what the user does
 
 void ReportView::GridColumnTitleClick(std::size_t column) {
-    guarded(scan_.diagnostics, "tvwPL_GridColumnTitleClick", kModul, [&] {
+    guarded(scan_.diagnostics, {.routine = "tvwPL_GridColumnTitleClick"}, [&] {
         if (grid_.rowCount() == 0 || !grid_.redraw() || scan_.state.ScanActive) return;
         if (std::exchange(ColumnDragGuard_, false) || column >= grid_.columns().size()) return;
         const BusyPointer busy(scan_.host);
@@ -242,7 +241,7 @@ void ReportView::sortAgain(const std::string& key, bool numbers) {
 }
 
 void ReportView::MouseUp(Row row, MouseButton button, bool shift, Point at) {
-    guarded(scan_.diagnostics, "tvwPL_MouseUp", kModul, [&] {
+    guarded(scan_.diagnostics, {.routine = "tvwPL_MouseUp"}, [&] {
         if (grid_.rowCount() == 0 || !grid_.redraw() || scan_.state.ScanActive) return;
         if (row == kNoRow) {
             if (!shift && grid_.selectedCount() > 0) dropSelection();
@@ -279,7 +278,7 @@ Row ReportView::folderOf(Row row) const {
 }
 
 void ReportView::Report_MouseClick(Row row, MouseButton button, Point at) {
-    guarded(scan_.diagnostics, "Report_MouseClick", kModul, [&] {
+    guarded(scan_.diagnostics, [&] {
         grid_.setSelected(row, true);
         grid_.setCurrentRow(row);
         tellOf(row, button, at);
@@ -303,7 +302,7 @@ void ReportView::tellOf(Row row, MouseButton button, Point at) {
 }
 
 void ReportView::DblClick() {
-    guarded(scan_.diagnostics, "tvwPL_DblClick", kModul, [&] {
+    guarded(scan_.diagnostics, {.routine = "tvwPL_DblClick"}, [&] {
         if (grid_.rowCount() == 0 || grid_.selectedCount() == 0 || scan_.state.ScanActive) return;
         const Row row = grid_.selectedRows().front();
         grid_.setExpanded(row, !grid_.expanded(row));
@@ -312,7 +311,7 @@ void ReportView::DblClick() {
 }
 
 void ReportView::KeyUp(int key) {
-    guarded(scan_.diagnostics, "tvwPL_KeyUp", kModul, [&] {
+    guarded(scan_.diagnostics, {.routine = "tvwPL_KeyUp"}, [&] {
         if (grid_.selectedCount() == 0 || scan_.state.ScanActive) return;
         const Row first = grid_.selectedRows().front();
         // The current row stays, because with Ctrl and Shift the keys move it and go on from it.

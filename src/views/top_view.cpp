@@ -25,11 +25,11 @@ TopView::TopView(const ListParts& parts, Grid& lvwTOP, CommandBar& cbrTOP)
     : ListView(kTraits, parts, lvwTOP, cbrTOP) {}
 
 void TopView::Toplist_ShowSelectedFilesize() {
-    trapped("Toplist_ShowSelectedFilesize", [&] { parts_.host.setSecondPanel(selectedFiles()); });
+    guarded(parts_.scan.diagnostics, [&] { parts_.host.setSecondPanel(selectedFiles()); });
 }
 
 void TopView::MouseMove(Row row) {
-    trapped("lvwTOP_MouseMove", [&] {
+    guarded(parts_.scan.diagnostics, {.routine = "lvwTOP_MouseMove"}, [&] {
         // If the noted row is gone, it has no note; another row may have its number now.
         if (grid_.rowCount() == 0 || (row == noted_ && (row == kNoRow || !grid_.rowNote(row).empty())))
             return;
@@ -46,7 +46,7 @@ void TopView::countTyped(const std::string& text) {
 }
 
 void TopView::countLeft() {
-    trapped("cbrTOP_ControlNotify", [&] {
+    guarded(parts_.scan.diagnostics, {.routine = "cbrTOP_ControlNotify"}, [&] {
         const auto typed = parseNumber(bar_.textOf(idOf(Command::kTopCount)));
         countTyped(bar_.textOf(idOf(Command::kTopCount)));
         bar_.setText(idOf(Command::kTopCount), std::to_string(parts_.options.TOPmaxcount));

@@ -117,6 +117,11 @@ void fail() {
     throw Fault(5, "", "the cause");
 }
 
+constexpr int kTrapLine = __LINE__ + 2;
+void QuelleEinlesen(Diagnostics& diagnostics) {
+    guarded(diagnostics, [] { throw Fault(9, "", "Subscript out of range"); });
+}
+
 class Trap : public testing::Test, protected test::FakeDiagnostics {
   protected:
     bool shows(const std::string& text) const {
@@ -125,7 +130,7 @@ class Trap : public testing::Test, protected test::FakeDiagnostics {
     /// Runs `body` in a trap.
     template <class Body>
     auto run(Body body) {
-        return guarded(diagnostics, "SomeRoutine", "SomeModule", body);
+        return guarded(diagnostics, {.routine = "SomeRoutine", .module = "SomeModule"}, body);
     }
 };
 
@@ -143,8 +148,8 @@ TEST_F(Trap, ReturnsTheResultOrAfterAnErrorAnEmptyOneAndHidesItFromTheRoutineAro
 }
 
 TEST_F(Trap, ReportsRoutineModuleAndTheLineOfTheTrap) {
-    guarded(diagnostics, "QuelleEinlesen", "frmMain", [] { throw Fault(9, "", "Subscript out of range"); });
-    EXPECT_TRUE(shows("\r\nModul: frmMain\r\nFunc: QuelleEinlesen\r\nLine: " + std::to_string(__LINE__ - 1) +
+    QuelleEinlesen(diagnostics);
+    EXPECT_TRUE(shows("\r\nModul: frmMain\r\nFunc: QuelleEinlesen\r\nLine: " + std::to_string(kTrapLine) +
                       "\r\nErr: 9 - Subscript out of range\r\n"))
         << sink.shown.back();
 }
@@ -168,8 +173,8 @@ TEST_F(Trap, LogsWhatItShowsWithTheStateOfTheProgramAndWithValuesAskedForOnlyAft
     int asked = 0;
     const auto values = [&] { return DebugValues{"/home", std::to_string(++asked)}; };
     guarded(
-        diagnostics, "f", "m", [] {}, values);
-    guarded(diagnostics, "f", "m", fail, values);
+        diagnostics, {}, [] {}, values);
+    guarded(diagnostics, {}, fail, values);
     EXPECT_TRUE(sink.shown.back().ends_with(
         "\r\nComp: engine\r\nApptitle: Harborlantern\r\nDatapath: /opt/data\r\nAdmin: True"
         "\r\nErrcount: 1\r\nLang: 9\r\nStop:3,0\r\nDebug0: /home\r\nDebug1: 1"))
@@ -180,7 +185,7 @@ TEST_F(Trap, LogsWhatItShowsWithTheStateOfTheProgramAndWithValuesAskedForOnlyAft
 
 TEST_F(Trap, ShowsTheErrorWhateverElseFails) {
     const auto noValues = []() -> DebugValues { throw Fault(6, "", "second"); };
-    guarded(diagnostics, "f", "m", fail, noValues);
+    guarded(diagnostics, {}, fail, noValues);
     EXPECT_TRUE(shows("Err: 5 - the cause"));
     sink.broken = true;
     run(fail);

@@ -10,13 +10,15 @@
 
 namespace hl {
 
+constexpr QtGuard kGuard{"BarButton"};
+
 BarButton::BarButton(WindowEvents& events, QWidget* parent) : QToolButton(parent), events_(events) {
     setAutoRaise(true);
     setFocusPolicy(Qt::TabFocus);
 }
 
 void BarButton::keyPressEvent(QKeyEvent* event) {
-    qtGuard(events_, "BarButton::keyPressEvent", [&] {
+    kGuard(events_, [&] {
         const bool opens = event->key() == Qt::Key_Down || event->key() == Qt::Key_F4;
         if (menu() != nullptr && opens) return showMenu();
         const bool enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
@@ -27,7 +29,7 @@ void BarButton::keyPressEvent(QKeyEvent* event) {
 
 /// Styles mark a checked button only by a shade, which is invisible in a dark palette.
 void BarButton::paintEvent(QPaintEvent* event) {
-    qtGuard(events_, "BarButton::paintEvent", [&] {
+    kGuard(events_, [&] {
         if (!isChecked()) return QToolButton::paintEvent(event);
         QStyleOptionToolButton option;
         initStyleOption(&option);

@@ -9,6 +9,8 @@
 
 namespace hl {
 
+constexpr QtGuard kGuard{"BarEdit"};
+
 BarEdit::BarEdit(CommandBar& bar, const BarEntry& entry, WindowEvents& faults, BarEvents& events,
                  Within within, const QString& clear, QWidget* parent)
     : QLineEdit(parent),
@@ -26,7 +28,7 @@ BarEdit::BarEdit(CommandBar& bar, const BarEntry& entry, WindowEvents& faults, B
     if (auto* button = findChild<QToolButton*>()) button->setAccessibleName(clear);
     showHint();
     connect(this, &QLineEdit::textEdited, this, [this](const QString& text) {
-        qtGuard(faults_, "BarEdit::textEdited", [&] {
+        kGuard(faults_, "textEdited", [&] {
             bar_.setText(id_, utf8(text));
             within_([&] { events_.editChanged(bar_.id(), id_, utf8(text)); });
         });
@@ -46,7 +48,7 @@ void BarEdit::showHint() {
 
 // When a menu or another window closes, the focus comes back.
 void BarEdit::focusOutEvent(QFocusEvent* event) {
-    qtGuard(faults_, "BarEdit::focusOutEvent", [&] {
+    kGuard(faults_, [&] {
         QLineEdit::focusOutEvent(event);
         if (event->reason() == Qt::PopupFocusReason || event->reason() == Qt::ActiveWindowFocusReason) return;
         within_([&] { events_.editLeft(bar_.id(), id_); });
@@ -54,7 +56,7 @@ void BarEdit::focusOutEvent(QFocusEvent* event) {
 }
 
 void BarEdit::keyPressEvent(QKeyEvent* event) {
-    qtGuard(faults_, "BarEdit::keyPressEvent", [&] {
+    kGuard(faults_, [&] {
         QLineEdit::keyPressEvent(event);
         const int key = handledKey(*event);
         if (key == 0) return;

@@ -9,6 +9,8 @@
 
 namespace hl {
 
+constexpr QtGuard kGuard{"BarLabel"};
+
 BarLabel::BarLabel(const QString& text, WindowEvents& events, QWidget* parent)
     : QLabel(text, parent), events_(events) {
     QFont bold = font();
@@ -24,7 +26,7 @@ QString BarLabel::shown() const {
 }
 
 bool BarLabel::event(QEvent* event) {
-    return qtGuard(events_, "BarLabel::event", [&] {
+    return kGuard(events_, [&] {
         if (event->type() != QEvent::ToolTip || shown() == text()) return QLabel::event(event);
         // A name must never be read as rich text.
         QToolTip::showText(static_cast<QHelpEvent*>(event)->globalPos(),
@@ -34,7 +36,7 @@ bool BarLabel::event(QEvent* event) {
 }
 
 void BarLabel::paintEvent(QPaintEvent*) {
-    qtGuard(events_, "BarLabel::paintEvent", [this] {
+    kGuard(events_, [this] {
         QPainter painter(this);
         style()->drawItemText(&painter, contentsRect(), Qt::AlignLeft | Qt::AlignVCenter, palette(),
                               isEnabled(), shown(), foregroundRole());

@@ -11,15 +11,17 @@
 namespace hl {
 
 namespace {
+
+constexpr QtGuard kGuard{"BarMenu"};
 constexpr const char* kCheckBox = "isCheckBox";
-}
+}  // namespace
 
 BarMenu::BarMenu(const Context& context, const std::vector<BarEntry>& entries, QWidget* parent)
     : QMenu(parent), context_(context) {
     setToolTipsVisible(true);
     for (const BarEntry& entry : entries) add(entry);
     connect(this, &QMenu::aboutToShow, this,
-            [this] { qtGuard(context_.faults, "BarMenu::aboutToShow", [this] { sync(); }); });
+            [this] { kGuard(context_.faults, "aboutToShow", [this] { sync(); }); });
 }
 
 void BarMenu::add(const BarEntry& entry) {
@@ -31,7 +33,7 @@ void BarMenu::add(const BarEntry& entry) {
     action->setProperty(kCheckBox, entry.kind == EntryKind::kCheckBox);
     show(*action, entry);
     connect(action, &QAction::triggered, this, [this, id = entry.id] {
-        qtGuard(context_.faults, "BarMenu::triggered", [&] {
+        kGuard(context_.faults, "triggered", [&] {
             context_.within([&] { context_.events.execute(context_.bar.id(), id); });
             if (const BarEntry* after = context_.bar.find(id)) syncEntry(*after);
         });
@@ -52,7 +54,7 @@ void BarMenu::focusWhenOpen(int id) {
         if (holder == nullptr || holder->data() != id) continue;
         // The menu takes the keyboard when it opens.
         QTimer::singleShot(0, holder, [this, holder] {
-            qtGuard(context_.faults, "BarMenu::focusWhenOpen", [&] {
+            kGuard(context_.faults, "focusWhenOpen", [&] {
                 if (!isVisible()) return;
                 setActiveAction(holder);
                 holder->defaultWidget()->setFocus(Qt::ShortcutFocusReason);
@@ -113,13 +115,13 @@ bool BarMenu::switchCheckBox(QAction* action) {
 }
 
 void BarMenu::mouseReleaseEvent(QMouseEvent* event) {
-    qtGuard(context_.faults, "BarMenu::mouseReleaseEvent", [&] {
+    kGuard(context_.faults, [&] {
         if (!switchCheckBox(actionAt(event->position().toPoint()))) QMenu::mouseReleaseEvent(event);
     });
 }
 
 void BarMenu::keyPressEvent(QKeyEvent* event) {
-    qtGuard(context_.faults, "BarMenu::keyPressEvent", [&] {
+    kGuard(context_.faults, [&] {
         const bool space = event->key() == Qt::Key_Space;
         if (!space || !switchCheckBox(activeAction())) QMenu::keyPressEvent(event);
     });

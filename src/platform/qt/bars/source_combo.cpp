@@ -14,6 +14,8 @@ namespace hl {
 
 namespace {
 
+constexpr QtGuard kGuard{"SourceComboBox"};
+
 constexpr int kSmallestCharacters = 12;
 constexpr int kRowsOfList = 20;
 
@@ -81,11 +83,10 @@ SourceComboBox::SourceComboBox(IconStore& icons, WindowEvents& faults, SourceEve
     setMaxVisibleItems(kRowsOfList);
     view()->setTextElideMode(Qt::ElideMiddle);
     view()->installEventFilter(this);
-    connect(this, &QComboBox::activated, this, [this](int index) {
-        qtGuard(faults_, "SourceComboBox::activated", [&] { events_.comboSelected(index); });
-    });
+    connect(this, &QComboBox::activated, this,
+            [this](int index) { kGuard(faults_, "activated", [&] { events_.comboSelected(index); }); });
     connect(lineEdit(), &QLineEdit::textEdited, this, [this](const QString& text) {
-        qtGuard(faults_, "SourceComboBox::textEdited", [&] { events_.comboText(utf8(text)); });
+        kGuard(faults_, "textEdited", [&] { events_.comboText(utf8(text)); });
     });
 }
 
@@ -130,7 +131,7 @@ void SourceComboBox::renewIcons() {
 }
 
 void SourceComboBox::keyPressEvent(QKeyEvent* event) {
-    qtGuard(faults_, "SourceComboBox::keyPressEvent", [&] {
+    kGuard(faults_, [&] {
         if (isDel(*event) && standsOnItem() && events_.comboRemove(currentIndex())) return;
         QComboBox::keyPressEvent(event);
         // The box does nothing with it, but the window does.
@@ -141,7 +142,7 @@ void SourceComboBox::keyPressEvent(QKeyEvent* event) {
 }
 
 bool SourceComboBox::eventFilter(QObject* watched, QEvent* event) {
-    return qtGuard(faults_, "SourceComboBox::eventFilter", [&] {
+    return kGuard(faults_, [&] {
         const bool key = watched == view() && event->type() == QEvent::KeyPress;
         if (key && isDel(static_cast<QKeyEvent&>(*event)) && removeInList()) return true;
         return QComboBox::eventFilter(watched, event);
@@ -149,7 +150,7 @@ bool SourceComboBox::eventFilter(QObject* watched, QEvent* event) {
 }
 
 void SourceComboBox::keyReleaseEvent(QKeyEvent* event) {
-    qtGuard(faults_, "SourceComboBox::keyReleaseEvent", [&] {
+    kGuard(faults_, [&] {
         QComboBox::keyReleaseEvent(event);
         if (event->key() == Qt::Key_Escape) event->ignore();
     });

@@ -7,6 +7,8 @@
 
 namespace hl {
 
+constexpr QtGuard kGuard{"Panel"};
+
 /// A label for texts that change many times a second: a new text only repaints it and changes no layout.
 class StatusPanelBar::Panel final : public QWidget {
   public:
@@ -26,7 +28,7 @@ class StatusPanelBar::Panel final : public QWidget {
 
   protected:
     void paintEvent(QPaintEvent*) override {
-        qtGuard(events_, "Panel::paintEvent", [this] {
+        kGuard(events_, [this] {
             QPainter painter(this);
             const QRect room = rect().adjusted(kMargin, 0, -kMargin, 0);
             const QString shown = fontMetrics().elidedText(text_, Qt::ElideMiddle, room.width());

@@ -20,6 +20,8 @@ namespace hl {
 
 namespace {
 
+constexpr QtGuard kGuard{"ToolBar"};
+
 constexpr int kSmallIcon = 16, kLargeIcon = 32;
 constexpr int kLabelSmallest = 150;
 constexpr int kEditWidth = 150, kEditSmallest = 70;
@@ -161,7 +163,7 @@ QWidget* ToolBar::make(const BarEntry& entry, Part& part) {
 QWidget* ToolBar::makeCheckBox(const BarEntry& entry) {
     auto* box = new QCheckBox(this);
     connect(box, &QCheckBox::clicked, this,
-            [this, id = entry.id] { qtGuard(faults_, "ToolBar::clicked", [&] { run(id); }); });
+            [this, id = entry.id] { kGuard(faults_, "clicked", [&] { run(id); }); });
     return box;
 }
 
@@ -179,7 +181,7 @@ QWidget* ToolBar::makeButton(const BarEntry& entry, Part& part) {
         if (menuAlone) return button;
     }
     connect(button, &QToolButton::clicked, this,
-            [this, id = entry.id] { qtGuard(faults_, "ToolBar::clicked", [&] { run(id); }); });
+            [this, id = entry.id] { kGuard(faults_, "clicked", [&] { run(id); }); });
     return button;
 }
 
@@ -311,7 +313,7 @@ void ToolBar::setBehindExtension(std::vector<std::size_t> parts) {
 }
 
 int ToolBar::heightForWidth(int width) const {
-    return qtGuard(faults_, "ToolBar::heightForWidth", [&] {
+    return kGuard(faults_, [&] {
         const_cast<ToolBar*>(this)->build();
         return flow(width).height;
     });
@@ -328,7 +330,7 @@ QSize ToolBar::minimumSizeHint() const {
 // --- events
 
 bool ToolBar::event(QEvent* event) {
-    return qtGuard(faults_, "ToolBar::event", [&] {
+    return kGuard(faults_, [&] {
         const auto type = event->type();
         if (type == QEvent::LayoutRequest || type == QEvent::Show) {
             build();
@@ -340,14 +342,14 @@ bool ToolBar::event(QEvent* event) {
 }
 
 void ToolBar::resizeEvent(QResizeEvent*) {
-    qtGuard(faults_, "ToolBar::resizeEvent", [this] {
+    kGuard(faults_, [this] {
         build();
         arrange();
     });
 }
 
 void ToolBar::paintEvent(QPaintEvent*) {
-    qtGuard(faults_, "ToolBar::paintEvent", [this] {
+    kGuard(faults_, [this] {
         QPainter painter(this);
         QColor line = palette().color(QPalette::WindowText);
         line.setAlphaF(0.25F);

@@ -22,6 +22,9 @@ namespace hl {
 
 namespace {
 
+constexpr QtGuard kGuard{"FormDialog"};
+constexpr QtGuard kEditGuard{"FilteredEdit"};
+
 /// How often `loaded` and `hourglass` are checked while a routine of the form lets messages run.
 constexpr int kWatchMilliseconds = 50;
 constexpr int kWrapCharacters = 70;
@@ -35,7 +38,7 @@ class FilteredEdit final : public QLineEdit {
 
   protected:
     void keyPressEvent(QKeyEvent* event) override {
-        qtGuard(events_, "FilteredEdit::keyPressEvent", [&] {
+        kEditGuard(events_, [&] {
             const auto typed = event->text().toUcs4();
             const bool command = (event->modifiers() & (Qt::ControlModifier | Qt::AltModifier)) != 0;
             if (!item_.keyPress || typed.size() != 1 || typed[0] < U' ' || typed[0] == 127 || command)
@@ -156,8 +159,7 @@ FormDialog::FormDialog(Form& form, WindowEvents& events, QWidget* parent)
     if (std::none_of(shown_.begin(), shown_.end(), grows)) rows->setSizeConstraint(QLayout::SetFixedSize);
     refresh();
     form_.redraw = [this] { refresh(); };
-    connect(&watch_, &QTimer::timeout, this,
-            [this] { qtGuard(events_, "FormDialog::watch", [this] { follow(); }); });
+    connect(&watch_, &QTimer::timeout, this, [this] { kGuard(events_, "watch", [this] { follow(); }); });
     watch_.start(kWatchMilliseconds);
 }
 
@@ -171,7 +173,7 @@ FormDialog::~FormDialog() {
 template <class Write>
 void FormDialog::told(const FormItem& item, Write write) {
     if (refreshing_) return;
-    qtGuard(events_, "FormDialog::changed", [&] {
+    kGuard(events_, "changed", [&] {
         write();
         if (item.changed) item.changed();
         refresh();
@@ -323,7 +325,7 @@ void FormDialog::run() {
 }
 
 void FormDialog::reject() {
-    qtGuard(events_, "FormDialog::reject", [this] {
+    kGuard(events_, [this] {
         if (form_.cancel) form_.cancel();
         refresh();
         if (form_.loaded == nullptr || isClosed()) QDialog::reject();
@@ -331,19 +333,18 @@ void FormDialog::reject() {
 }
 
 void FormDialog::showEvent(QShowEvent* event) {
-    qtGuard(events_, "FormDialog::showEvent", [&] {
+    kGuard(events_, [&] {
         QDialog::showEvent(event);
         if (std::exchange(started_, true)) return;
         if (form_.activated) form_.activated();
         refresh();
         QMetaObject::invokeMethod(
-            this, [this] { qtGuard(events_, "FormDialog::follow", [this] { follow(); }); },
-            Qt::QueuedConnection);
+            this, [this] { kGuard(events_, "follow", [this] { follow(); }); }, Qt::QueuedConnection);
     });
 }
 
 bool FormDialog::eventFilter(QObject* watched, QEvent* event) {
-    return qtGuard(events_, "FormDialog::eventFilter", [&] {
+    return kGuard(events_, [&] {
         const bool comes = event->type() == QEvent::Enter || event->type() == QEvent::FocusIn;
         if (!comes) return QDialog::eventFilter(watched, event);
         for (const auto& [item, widget] : shown_)

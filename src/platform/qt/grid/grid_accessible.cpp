@@ -12,6 +12,10 @@ namespace hl {
 
 namespace {
 
+constexpr QtGuard kRowGuard{"RowAccessible"};
+constexpr QtGuard kGridGuard{"GridAccessible"};
+constexpr QtGuard kCellGuard{"CellAccessible"};
+
 using Ids = std::unordered_map<std::size_t, QAccessible::Id>;
 
 // Returns the object with this key, which is made if there is none yet. The toolkit owns it; `ids` knows it
@@ -51,10 +55,6 @@ class RowPart : public QAccessibleInterface {
         if (!view_.upToDate() || index_ >= view_.rows().count()) return std::nullopt;
         return view_.rows().at(index_);
     }
-    template <class Body>
-    auto guarded(const char* where, Body&& body) const {
-        return qtGuard(view_.events(), where, std::forward<Body>(body));
-    }
     QRect onScreen(const QRect& inViewport) const {
         return {view_.viewport()->mapToGlobal(inViewport.topLeft()), inViewport.size()};
     }
@@ -69,7 +69,7 @@ class CellAccessible final : public RowPart {
         : RowPart(view, index), column_(column) {}
 
     QAccessibleInterface* parent() const override {
-        return guarded("CellAccessible::parent", [&]() -> QAccessibleInterface* {
+        return kCellGuard(view_.events(), [&]() -> QAccessibleInterface* {
             QAccessibleInterface* list = QAccessible::queryAccessibleInterface(&view_);
             return list != nullptr ? list->child(static_cast<int>(index_)) : nullptr;
         });
@@ -80,7 +80,7 @@ class CellAccessible final : public RowPart {
     int indexOfChild(const QAccessibleInterface*) const override { return -1; }
     QAccessible::Role role() const override { return QAccessible::Cell; }
     QRect rect() const override {
-        return guarded("CellAccessible::rect", [&] {
+        return kCellGuard(view_.events(), [&] {
             const int section = static_cast<int>(column_);
             QRect cell = view_.rowRect(index_);
             cell.setLeft(view_.columnViewportPosition(section));
@@ -89,7 +89,7 @@ class CellAccessible final : public RowPart {
         });
     }
     QString text(QAccessible::Text kind) const override {
-        return guarded("CellAccessible::text", [&]() -> QString {
+        return kCellGuard(view_.events(), [&]() -> QString {
             const auto shown = row();
             if (!shown || column_ >= view_.grid().columns().size()) return {};
             if (kind == QAccessible::Name) return view_.cellText(column_, *shown);
@@ -98,7 +98,7 @@ class CellAccessible final : public RowPart {
         });
     }
     QAccessible::State state() const override {
-        return guarded("CellAccessible::state", [&] {
+        return kCellGuard(view_.events(), [&] {
             QAccessible::State state;
             const auto shown = row();
             state.invalid = !shown;
@@ -118,11 +118,10 @@ class RowAccessible final : public RowPart, public QAccessibleActionInterface {
     ~RowAccessible() override { dropAll(cells_); }
 
     QAccessibleInterface* parent() const override {
-        return guarded("RowAccessible::parent",
-                       [&] { return QAccessible::queryAccessibleInterface(&view_); });
+        return kRowGuard(view_.events(), [&] { return QAccessible::queryAccessibleInterface(&view_); });
     }
     QAccessibleInterface* child(int number) const override {
-        return guarded("RowAccessible::child", [&]() -> QAccessibleInterface* {
+        return kRowGuard(view_.events(), [&]() -> QAccessibleInterface* {
             const std::vector<std::size_t> columns = view_.shownColumns();
             if (number < 0 || static_cast<std::size_t>(number) >= columns.size()) return nullptr;
             const std::size_t column = columns[static_cast<std::size_t>(number)];
@@ -130,18 +129,17 @@ class RowAccessible final : public RowPart, public QAccessibleActionInterface {
         });
     }
     QAccessibleInterface* childAt(int x, int y) const override {
-        return guarded("RowAccessible::childAt", [&]() -> QAccessibleInterface* {
+        return kRowGuard(view_.events(), [&]() -> QAccessibleInterface* {
             for (int i = 0; i < childCount(); ++i)
                 if (child(i)->rect().contains(x, y)) return child(i);
             return nullptr;
         });
     }
     int childCount() const override {
-        return guarded("RowAccessible::childCount",
-                       [&] { return static_cast<int>(view_.shownColumns().size()); });
+        return kRowGuard(view_.events(), [&] { return static_cast<int>(view_.shownColumns().size()); });
     }
     int indexOfChild(const QAccessibleInterface* sought) const override {
-        return guarded("RowAccessible::indexOfChild", [&] {
+        return kRowGuard(view_.events(), [&] {
             const std::vector<std::size_t> columns = view_.shownColumns();
             for (std::size_t i = 0; i < columns.size(); ++i)
                 if (sought != nullptr && objectAt(cells_, columns[i]) == sought) return static_cast<int>(i);
@@ -152,7 +150,7 @@ class RowAccessible final : public RowPart, public QAccessibleActionInterface {
         return view_.isTree() ? QAccessible::TreeItem : QAccessible::ListItem;
     }
     QRect rect() const override {
-        return guarded("RowAccessible::rect", [&] { return onScreen(view_.rowRect(index_)); });
+        return kRowGuard(view_.events(), [&] { return onScreen(view_.rowRect(index_)); });
     }
     QString text(QAccessible::Text kind) const override;
     QAccessible::State state() const override;
@@ -174,7 +172,7 @@ class RowAccessible final : public RowPart, public QAccessibleActionInterface {
 };
 
 QString RowAccessible::text(QAccessible::Text kind) const {
-    return guarded("RowAccessible::text", [&]() -> QString {
+    return kRowGuard(view_.events(), [&]() -> QString {
         const auto shown = row();
         if (!shown) return {};
         if (kind == QAccessible::Name) return view_.cellText(0, *shown);
@@ -184,7 +182,7 @@ QString RowAccessible::text(QAccessible::Text kind) const {
 }
 
 QAccessible::State RowAccessible::state() const {
-    return guarded("RowAccessible::state", [&] {
+    return kRowGuard(view_.events(), [&] {
         QAccessible::State state;
         const auto shown = row();
         state.invalid = !shown;
@@ -203,7 +201,7 @@ QAccessible::State RowAccessible::state() const {
 }
 
 QStringList RowAccessible::actionNames() const {
-    return guarded("RowAccessible::actionNames", [&] {
+    return kRowGuard(view_.events(), [&] {
         QStringList names{QAccessibleActionInterface::setFocusAction()};
         if (hasBranch()) names << QAccessibleActionInterface::toggleAction();
         return names;
@@ -211,7 +209,7 @@ QStringList RowAccessible::actionNames() const {
 }
 
 void RowAccessible::doAction(const QString& action) {
-    guarded("RowAccessible::doAction", [&] {
+    kRowGuard(view_.events(), [&] {
         const auto shown = row();
         if (!shown) return;
         // Folding destroys the objects of all rows, this one too, so nothing may follow it.
@@ -233,14 +231,14 @@ class GridAccessible final : public QAccessibleWidget {
 
     int childCount() const override { return static_cast<int>(view_.rows().count()); }
     QAccessibleInterface* child(int number) const override {
-        return qtGuard(view_.events(), "GridAccessible::child", [&]() -> QAccessibleInterface* {
+        return kGridGuard(view_.events(), [&]() -> QAccessibleInterface* {
             if (!view_.upToDate() || number < 0 || number >= childCount()) return nullptr;
             const auto index = static_cast<std::size_t>(number);
             return objectOf<RowAccessible>(rows_, index, view_, index);
         });
     }
     QAccessibleInterface* childAt(int x, int y) const override {
-        return qtGuard(view_.events(), "GridAccessible::childAt", [&]() -> QAccessibleInterface* {
+        return kGridGuard(view_.events(), [&]() -> QAccessibleInterface* {
             const QPoint point = view_.viewport()->mapFromGlobal(QPoint(x, y));
             const Row row = view_.upToDate() ? view_.rowAt(point) : kNoRow;
             const auto index = row == kNoRow ? std::nullopt : view_.rows().find(row);
@@ -248,21 +246,21 @@ class GridAccessible final : public QAccessibleWidget {
         });
     }
     int indexOfChild(const QAccessibleInterface* sought) const override {
-        return qtGuard(view_.events(), "GridAccessible::indexOfChild", [&] {
+        return kGridGuard(view_.events(), [&] {
             for (const auto& [index, id] : rows_)
                 if (QAccessible::accessibleInterface(id) == sought) return static_cast<int>(index);
             return -1;
         });
     }
     QAccessibleInterface* focusChild() const override {
-        return qtGuard(view_.events(), "GridAccessible::focusChild", [&]() -> QAccessibleInterface* {
+        return kGridGuard(view_.events(), [&]() -> QAccessibleInterface* {
             if (!view_.hasFocus() || !view_.upToDate()) return nullptr;
             const auto index = view_.rows().find(view_.grid().currentRow());
             return index ? child(static_cast<int>(*index)) : nullptr;
         });
     }
     QAccessible::State state() const override {
-        return qtGuard(view_.events(), "GridAccessible::state", [&] {
+        return kGridGuard(view_.events(), [&] {
             QAccessible::State state = QAccessibleWidget::state();
             state.multiSelectable = state.extSelectable = true;
             return state;
@@ -277,7 +275,7 @@ class GridAccessible final : public QAccessibleWidget {
 QAccessibleInterface* makeGridAccessible(const QString&, QObject* object) {
     auto* view = dynamic_cast<GridView*>(object);
     if (view == nullptr) return nullptr;
-    return qtGuard(view->events(), "makeGridAccessible", [&]() -> QAccessibleInterface* {
+    return QtGuard()(view->events(), [&]() -> QAccessibleInterface* {
         view->setDescribed();
         return new GridAccessible(*view);
     });

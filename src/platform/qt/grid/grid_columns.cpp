@@ -11,6 +11,8 @@ namespace hl {
 
 namespace {
 
+constexpr QtGuard kGuard{"GridView"};
+
 constexpr int kTwipsPerPixel = 15;
 constexpr int kFitMargin = 96;
 // The number of rows from the top, and of root rows, by which a column is measured.
@@ -29,14 +31,14 @@ constexpr int kFirstWidth = 220, kOtherWidth = 90;
 GridHeader* GridColumns::makeHeader() {
     HeaderCalls calls;
     calls.click = [this](int column) {
-        qtGuard(view_.events(), "GridView::titleClick", [&] { clicked(static_cast<std::size_t>(column)); });
+        kGuard(view_.events(), "titleClick", [&] { clicked(static_cast<std::size_t>(column)); });
     };
     calls.sizing = [this] {
         if (view_.takesInput()) view_.listener().columnSizing();
     };
     calls.sized = [this](int column, int width) { store(static_cast<std::size_t>(column), width); };
     calls.fit = [this](int column) {
-        qtGuard(view_.events(), "GridView::fitColumn", [&] {
+        kGuard(view_.events(), "fitColumn", [&] {
             const auto fitted = static_cast<std::size_t>(column);
             setWidth(fitted, fittingWidth(fitted, kFitMargin));
         });

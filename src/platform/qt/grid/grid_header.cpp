@@ -7,6 +7,8 @@
 
 namespace hl {
 
+constexpr QtGuard kGuard{"GridHeader"};
+
 GridHeader::GridHeader(HeaderCalls calls, WindowEvents& events, QWidget* parent)
     : QHeaderView(Qt::Horizontal, parent), calls_(std::move(calls)), events_(events) {
     setSectionsClickable(true);
@@ -26,7 +28,7 @@ GridHeader::GridHeader(HeaderCalls calls, WindowEvents& events, QWidget* parent)
 
 void GridHeader::sectionSized(int column, int oldWidth, int width) {
     if (!moving_ || oldWidth == width) return;
-    qtGuard(events_, "GridHeader::sectionSized", [&] {
+    kGuard(events_, [&] {
         // The width comes first: the other call may bring the columns up to date, which would undo the drag.
         calls_.sized(column, width);
         if (std::exchange(dragged_, column) < 0) calls_.sizing();
@@ -34,14 +36,14 @@ void GridHeader::sectionSized(int column, int oldWidth, int width) {
 }
 
 void GridHeader::mousePressEvent(QMouseEvent* event) {
-    qtGuard(events_, "GridHeader::mousePressEvent", [&] {
+    kGuard(events_, [&] {
         dragged_ = -1;
         QHeaderView::mousePressEvent(event);
     });
 }
 
 void GridHeader::mouseMoveEvent(QMouseEvent* event) {
-    qtGuard(events_, "GridHeader::mouseMoveEvent", [&] {
+    kGuard(events_, [&] {
         const bool outer = std::exchange(moving_, (event->buttons() & Qt::LeftButton) != 0);
         QHeaderView::mouseMoveEvent(event);
         moving_ = outer;
@@ -49,7 +51,7 @@ void GridHeader::mouseMoveEvent(QMouseEvent* event) {
 }
 
 void GridHeader::mouseReleaseEvent(QMouseEvent* event) {
-    qtGuard(events_, "GridHeader::mouseReleaseEvent", [&] {
+    kGuard(events_, [&] {
         QHeaderView::mouseReleaseEvent(event);
         // The toolkit does not report a click when a release ends a drag.
         if (const int column = std::exchange(dragged_, -1); column >= 0) calls_.click(column);

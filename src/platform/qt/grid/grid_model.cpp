@@ -4,6 +4,8 @@
 
 namespace hl {
 
+constexpr QtGuard kGuard{"GridModel"};
+
 GridModel::GridModel(const Grid& grid, GridId id, const VisibleRows& rows, const CellTextFunction& cellText,
                      WindowEvents& events)
     : grid_(grid), id_(id), rows_(rows), cellText_(cellText), events_(events) {}
@@ -29,7 +31,7 @@ int GridModel::columnCount(const QModelIndex& parent) const {
 
 QVariant GridModel::data(const QModelIndex& index, int role) const {
     if (role != Qt::DisplayRole && role != Qt::EditRole) return {};
-    return qtGuard(events_, "GridModel::data", [&]() -> QVariant {
+    return kGuard(events_, [&]() -> QVariant {
         const auto row = static_cast<std::size_t>(index.row());
         const auto column = static_cast<std::size_t>(index.column());
         if (!grid_.redraw() || row >= rows_.count() || column >= grid_.columns().size()) return {};
@@ -51,7 +53,7 @@ QVariant GridModel::titleData(std::size_t column, int role) const {
 
 QVariant GridModel::headerData(int section, Qt::Orientation orientation, int role) const {
     if (orientation != Qt::Horizontal || section < 0) return {};
-    return qtGuard(events_, "GridModel::headerData", [&]() -> QVariant {
+    return kGuard(events_, [&]() -> QVariant {
         const auto column = static_cast<std::size_t>(section);
         return column < grid_.columns().size() ? titleData(column, role) : QVariant();
     });

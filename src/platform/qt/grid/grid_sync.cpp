@@ -10,6 +10,8 @@
 namespace hl {
 
 namespace {
+
+constexpr QtGuard kGuard{"GridSync"};
 // After how many milliseconds a change that came while redraw was off is checked again.
 constexpr int kRetry = 30;
 }  // namespace
@@ -19,7 +21,7 @@ GridSync::GridSync(GridView& view, Grid& grid, GridId id, const CellTextFunction
     : view_(view), grid_(grid), events_(events), rows_(grid), model_(grid, id, rows_, cellText, events) {
     timer_.setSingleShot(true);
     QObject::connect(&timer_, &QTimer::timeout, &timer_, [this] {
-        qtGuard(events_, "GridSync::timeout", [&] {
+        kGuard(events_, "timeout", [&] {
             if (!sync()) timer_.start(kRetry);
         });
     });

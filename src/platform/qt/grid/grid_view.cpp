@@ -19,6 +19,8 @@
 
 namespace hl {
 
+constexpr QtGuard kGuard{"GridView"};
+
 // --- life
 
 GridView::GridView(Grid& grid, GridId id, bool tree, CellTextFunction cellText, WindowEvents& events,
@@ -90,7 +92,7 @@ void GridView::measureRows() {
 }
 
 void GridView::changeEvent(QEvent* event) {
-    qtGuard(events_, "GridView::changeEvent", [&] {
+    kGuard(events_, [&] {
         QTableView::changeEvent(event);
         const QEvent::Type type = event->type();
         if (type == QEvent::FontChange || type == QEvent::StyleChange) measureRows();
@@ -185,7 +187,7 @@ void GridView::moveEditor(bool newRows) {
 // --- painting
 
 void GridView::paintEvent(QPaintEvent* event) {
-    qtGuard(events_, "GridView::paintEvent", [&] { paintRows(event->rect()); });
+    kGuard(events_, [&] { paintRows(event->rect()); });
 }
 
 void GridView::paintRows(const QRect& dirty) {
@@ -228,7 +230,7 @@ QString GridView::tooltipAt(const QPoint& point) {
 }
 
 bool GridView::viewportEvent(QEvent* event) {
-    return qtGuard(events_, "GridView::viewportEvent", [&] {
+    return kGuard(events_, [&] {
         if (event->type() != QEvent::ToolTip) return QTableView::viewportEvent(event);
         const auto* help = static_cast<QHelpEvent*>(event);
         QString text = tooltipAt(help->pos());
@@ -242,7 +244,7 @@ bool GridView::viewportEvent(QEvent* event) {
 // --- scrolling and size
 
 void GridView::scrollContentsBy(int dx, int dy) {
-    qtGuard(events_, "GridView::scrollContentsBy", [&] {
+    kGuard(events_, [&] {
         QTableView::scrollContentsBy(dx, dy);
         // Drawing starts at the grid's top row, which may differ from what was visible.
         viewport()->update();
@@ -252,7 +254,7 @@ void GridView::scrollContentsBy(int dx, int dy) {
 }
 
 void GridView::resizeEvent(QResizeEvent* event) {
-    qtGuard(events_, "GridView::resizeEvent", [&] {
+    kGuard(events_, [&] {
         QTableView::resizeEvent(event);
         moveEditor();
         if (event->size().height() > event->oldSize().height() && grid_.rowCount() > 0 && upToDate())
@@ -263,23 +265,23 @@ void GridView::resizeEvent(QResizeEvent* event) {
 // --- the mouse and the keys
 
 void GridView::mousePressEvent(QMouseEvent* event) {
-    qtGuard(events_, "GridView::mousePressEvent", [&] { mouse_.press(*event); });
+    kGuard(events_, [&] { mouse_.press(*event); });
 }
 
 void GridView::mouseMoveEvent(QMouseEvent* event) {
-    qtGuard(events_, "GridView::mouseMoveEvent", [&] { mouse_.move(*event); });
+    kGuard(events_, [&] { mouse_.move(*event); });
 }
 
 void GridView::mouseReleaseEvent(QMouseEvent* event) {
-    qtGuard(events_, "GridView::mouseReleaseEvent", [&] { mouse_.release(*event); });
+    kGuard(events_, [&] { mouse_.release(*event); });
 }
 
 void GridView::mouseDoubleClickEvent(QMouseEvent* event) {
-    qtGuard(events_, "GridView::mouseDoubleClickEvent", [&] { mouse_.doubleClick(*event); });
+    kGuard(events_, [&] { mouse_.doubleClick(*event); });
 }
 
 void GridView::leaveEvent(QEvent* event) {
-    qtGuard(events_, "GridView::leaveEvent", [&] {
+    kGuard(events_, [&] {
         QTableView::leaveEvent(event);
         if (takesInput()) mouse_.hover(kNoRow);
     });
@@ -287,30 +289,30 @@ void GridView::leaveEvent(QEvent* event) {
 
 // The menu key acts like a right click on the current row. For the mouse, its release has done that already.
 void GridView::contextMenuEvent(QContextMenuEvent* event) {
-    qtGuard(events_, "GridView::contextMenuEvent", [&] {
+    kGuard(events_, [&] {
         event->accept();
         if (event->reason() == QContextMenuEvent::Keyboard && takesInput()) actions_.openMenu();
     });
 }
 
 void GridView::keyPressEvent(QKeyEvent* event) {
-    qtGuard(events_, "GridView::keyPressEvent", [&] { keys_.press(*event); });
+    kGuard(events_, [&] { keys_.press(*event); });
 }
 
 void GridView::keyReleaseEvent(QKeyEvent* event) {
-    qtGuard(events_, "GridView::keyReleaseEvent", [&] { keys_.release(*event); });
+    kGuard(events_, [&] { keys_.release(*event); });
 }
 
 // The toolkit's own method would choose a current row by itself.
 void GridView::focusInEvent(QFocusEvent* event) {
-    qtGuard(events_, "GridView::focusInEvent", [&] {
+    kGuard(events_, [&] {
         QAbstractScrollArea::focusInEvent(event);  // NOLINT(bugprone-parent-virtual-call)
         viewport()->update();
     });
 }
 
 void GridView::focusOutEvent(QFocusEvent* event) {
-    qtGuard(events_, "GridView::focusOutEvent", [&] {
+    kGuard(events_, [&] {
         QAbstractScrollArea::focusOutEvent(event);  // NOLINT(bugprone-parent-virtual-call)
         keys_.focusLeft();
         viewport()->update();

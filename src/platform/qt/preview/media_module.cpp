@@ -21,6 +21,9 @@ namespace hl {
 
 namespace {
 
+constexpr QtGuard kGuard{};
+constexpr QtGuard kFilmGuard{"FilmView"};
+
 constexpr int kVolumes = 100;
 constexpr float kFirstVolume = 0.7F;
 constexpr int kStep = 5000;  // In milliseconds, like the next ones.
@@ -42,7 +45,7 @@ class FilmView final : public QWidget {
 
   protected:
     void paintEvent(QPaintEvent*) override {
-        qtGuard(events_, "FilmView::paintEvent", [this] {
+        kFilmGuard(events_, [this] {
             QPainter painter(this);
             const QImage image = engine_.frame().toImage();
             if (image.isNull() || width() < 1 || height() < 1) return;
@@ -112,7 +115,7 @@ class Player final : public MediaView {
     void fail(const QString& error);
     template <class Body>
     auto guarded(const char* where, Body body) {
-        return [this, where, body](auto...) { qtGuard(events_, where, body); };
+        return [this, where, body](auto...) { kGuard(events_, where, body); };
     }
 
     WindowEvents& events_;
@@ -182,7 +185,7 @@ void Player::connectPlayer() {
             }));
     engine_.onFrame = guarded("frame", [this] { film_->update(); });
     engine_.onState = guarded("state", [this] { showState(); });
-    engine_.onError = [this](const QString& error) { qtGuard(events_, "error", [&] { fail(error); }); };
+    engine_.onError = [this](const QString& error) { kGuard(events_, "error", [&] { fail(error); }); };
     patience_.setSingleShot(true);
     connect(&patience_, &QTimer::timeout, this, guarded("timeout", [this] {
         if (engine_.state().loads) fail({});

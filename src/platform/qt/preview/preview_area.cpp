@@ -19,6 +19,8 @@
 namespace hl {
 
 namespace {
+
+constexpr QtGuard kGuard{"PreviewArea"};
 constexpr int kRestBeforeMedia = 300;  // In milliseconds; longer than the repetition of a held key.
 }  // namespace
 
@@ -39,7 +41,7 @@ PreviewArea::PreviewArea(const PreviewParts& parts, WindowEvents& events, QWidge
     stack_->addWidget(nothing_);
     mediaRest_.setSingleShot(true);
     connect(&mediaRest_, &QTimer::timeout, this,
-            [this] { qtGuard(windowEvents_, "PreviewArea::startMedia", [this] { startMedia(); }); });
+            [this] { kGuard(windowEvents_, "startMedia", [this] { startMedia(); }); });
     if (parts.tools == nullptr) return;
     context_ = std::make_unique<PreviewContext>(
         PreviewContext{*parts.tools, events, parts.texts, [this](const std::string& error) { fail(error); },

@@ -7,6 +7,8 @@
 
 namespace hl {
 
+constexpr QtGuard kGuard{"PreviewJob"};
+
 PreviewJob::PreviewJob(std::unique_ptr<HelperProcess> process, std::size_t limit, WindowEvents& events)
     : process_(std::move(process)),
       limit_(limit),
@@ -14,9 +16,8 @@ PreviewJob::PreviewJob(std::unique_ptr<HelperProcess> process, std::size_t limit
       notifier_(std::make_unique<QSocketNotifier>(process_->outputDescriptor(), QSocketNotifier::Read)) {
     timer_.setSingleShot(true);
     connect(notifier_.get(), &QSocketNotifier::activated, this,
-            [this] { qtGuard(events_, "PreviewJob::read", [this] { read(); }); });
-    connect(&timer_, &QTimer::timeout, this,
-            [this] { qtGuard(events_, "PreviewJob::timeout", [this] { end(false); }); });
+            [this] { kGuard(events_, "read", [this] { read(); }); });
+    connect(&timer_, &QTimer::timeout, this, [this] { kGuard(events_, "timeout", [this] { end(false); }); });
 }
 
 void PreviewJob::read() {

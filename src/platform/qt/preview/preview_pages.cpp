@@ -13,6 +13,8 @@ namespace hl {
 
 namespace {
 
+constexpr QtGuard kGuard{"PagesView"};
+
 constexpr std::chrono::milliseconds kTimeToOpen{10'000}, kTimeForPage{5'000};
 constexpr int kMargin = 8, kStep = 48;
 constexpr int kWidestPage = 1600;
@@ -223,7 +225,7 @@ void PagesView::tellPage() {
 }
 
 void PagesView::paintEvent(QPaintEvent*) {
-    qtGuard(context_.events, "PagesView::paintEvent", [this] { paint(); });
+    kGuard(context_.events, [this] { paint(); });
 }
 
 void PagesView::paint() {
@@ -247,7 +249,7 @@ void PagesView::paint() {
 
 // What was at the top of the window stays there.
 void PagesView::resizeEvent(QResizeEvent*) {
-    qtGuard(context_.events, "PagesView::resizeEvent", [this] {
+    kGuard(context_.events, [this] {
         if (pages_.empty()) return;
         const std::size_t page = visiblePages().first;
         const double height = tops_[page + 1] - tops_[page];
@@ -260,7 +262,7 @@ void PagesView::resizeEvent(QResizeEvent*) {
 }
 
 void PagesView::scrollContentsBy(int, int) {
-    qtGuard(context_.events, "PagesView::scrollContentsBy", [this] {
+    kGuard(context_.events, [this] {
         tellPage();
         requestNext();
         viewport()->update();

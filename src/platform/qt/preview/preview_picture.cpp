@@ -13,6 +13,8 @@ namespace hl {
 
 namespace {
 
+constexpr QtGuard kGuard{"PictureView"};
+
 constexpr std::chrono::milliseconds kTime{10'000}, kSettle{150};
 
 int side(int pixels) {
@@ -26,7 +28,7 @@ PictureView::PictureView(const PreviewContext& context, QWidget* parent)
     settle_.setSingleShot(true);
     settle_.setInterval(kSettle);
     connect(&settle_, &QTimer::timeout, this,
-            [this] { qtGuard(context_.events, "PictureView::request", [this] { request(); }); });
+            [this] { kGuard(context_.events, "request", [this] { request(); }); });
 }
 
 PictureView::~PictureView() {
@@ -86,7 +88,7 @@ void PictureView::fail(const std::string& error) {
 }
 
 void PictureView::paintEvent(QPaintEvent*) {
-    qtGuard(context_.events, "PictureView::paintEvent", [this] {
+    kGuard(context_.events, [this] {
         QPainter painter(this);
         painter.fillRect(rect(), palette().base());
         if (image_.isNull()) return;

@@ -14,6 +14,10 @@ namespace hl {
 
 namespace {
 
+constexpr QtGuard kGuard{};
+constexpr QtGuard kPreviewGuard{"PrintPreview"};
+constexpr QtGuard kPageGuard{"PageView"};
+
 constexpr int kFirstWidth = 860, kFirstHeight = 920;
 constexpr int kAroundSheet = 12;  ///< The pixels of background around the page.
 /// The choices of the view: two that follow the window, then percents.
@@ -35,7 +39,7 @@ void PageView::show(const PrintPages& pages, int number, double factor) {
 }
 
 void PageView::paintEvent(QPaintEvent*) {
-    qtGuard(events_, "PageView::paintEvent", [&] {
+    kPageGuard(events_, [&] {
         QPainter painter(this);
         painter.fillRect(rect(), Qt::white);
         if (pages_ != nullptr && number_ < pages_->count()) {
@@ -93,7 +97,7 @@ QPushButton* PrintPreview::button(const std::string& caption, const char* name, 
     made->setObjectName(QLatin1String(name));
     made->setAutoDefault(false);
     connect(made, &QPushButton::clicked, this,
-            [this, name, press = std::move(press)] { qtGuard(events_, name, press); });
+            [this, name, press = std::move(press)] { kGuard(events_, name, press); });
     return made;
 }
 
@@ -111,15 +115,15 @@ QLayout* PrintPreview::makeUpper() {
     layout_->addItems({qtText(texts.upright), qtText(texts.across)});
     layout_->setCurrentIndex(pages_->page().orientation() == QPageLayout::Portrait ? 0 : 1);
     connect(layout_, &QComboBox::activated, this, [this](int index) {
-        qtGuard(events_, "PrintPreview::turn",
-                [&] { turn(index == 0 ? QPageLayout::Portrait : QPageLayout::Landscape); });
+        kPreviewGuard(events_, "turn",
+                      [&] { turn(index == 0 ? QPageLayout::Portrait : QPageLayout::Landscape); });
     });
     view_ = new QComboBox;
     view_->setObjectName(QStringLiteral("view"));
     view_->addItems({qtText(texts.wholePage), qtText(texts.pageWidth)});
     for (const int percent : kPercents) view_->addItem(QString::number(percent) + QStringLiteral(" %"));
     connect(view_, &QComboBox::activated, this,
-            [this] { qtGuard(events_, "PrintPreview::view", [&] { showPage(); }); });
+            [this] { kPreviewGuard(events_, "view", [&] { showPage(); }); });
     auto* line = new QHBoxLayout;
     line->addWidget(
         button(texts.print, "print", [this] { askAndPrint(desk(), job_, icon_, pages_->page()); }));
@@ -142,7 +146,7 @@ QLayout* PrintPreview::makeLower() {
     number_->setObjectName(QStringLiteral("number"));
     number_->setKeyboardTracking(false);
     connect(number_, &QSpinBox::valueChanged, this,
-            [this](int value) { qtGuard(events_, "PrintPreview::number", [&] { goTo(value - 1); }); });
+            [this](int value) { kPreviewGuard(events_, "number", [&] { goTo(value - 1); }); });
     auto* line = new QHBoxLayout;
     for (QWidget* each : std::initializer_list<QWidget*>{first_, previous_, number_, next_, last_})
         line->addWidget(each);
@@ -190,7 +194,7 @@ void PrintPreview::goTo(int page, int scrolled) {
 }
 
 void PrintPreview::keyPressEvent(QKeyEvent* event) {
-    qtGuard(events_, "PrintPreview::keyPressEvent", [&] {
+    kPreviewGuard(events_, [&] {
         if (!pageKey(event->key())) QDialog::keyPressEvent(event);
     });
 }
@@ -224,7 +228,7 @@ bool PrintPreview::pageKey(int key) {
 }
 
 bool PrintPreview::eventFilter(QObject* watched, QEvent* event) {
-    return qtGuard(events_, "PrintPreview::eventFilter", [&] {
+    return kPreviewGuard(events_, [&] {
         if (event->type() == QEvent::Resize && watched == area_ && view_->currentIndex() < kFirstPercent)
             sheet_->show(*pages_, page_, factor());
         const bool turns = watched == area_ || watched == layout_ || watched == view_;

@@ -10,18 +10,20 @@
 
 namespace hl {
 
+constexpr QtGuard kGuard{"Frame"};
+
 void Frame::queue(const char* where, std::function<void()> what) {
     QMetaObject::invokeMethod(
-        this, [this, where, what = std::move(what)] { qtGuard(events_, where, what); }, Qt::QueuedConnection);
+        this, [this, where, what = std::move(what)] { kGuard(events_, where, what); }, Qt::QueuedConnection);
 }
 
 bool Frame::event(QEvent* event) {
-    return qtGuard(events_, "Frame::event", [&] {
+    return kGuard(events_, [&] {
         // A run may begin then, so it is not called from here. Not every window becomes active: a window
         // manager may keep the focus elsewhere, or there may be none.
         const bool seen = event->type() == QEvent::Paint || event->type() == QEvent::WindowActivate;
         if (seen && !std::exchange(seen_, true))
-            queue("Frame::formActivate", [this] {
+            queue("formActivate", [this] {
                 if (!unloaded_) events_.formActivate();
             });
         if (event->type() == QEvent::WindowDeactivate) escapePressed_ = false;
@@ -30,7 +32,7 @@ bool Frame::event(QEvent* event) {
 }
 
 bool Frame::focusNextPrevChild(bool next) {
-    return qtGuard(events_, "Frame::focusNextPrevChild", [&] {
+    return kGuard(events_, [&] {
         if (!tabStops) return QMainWindow::focusNextPrevChild(next);
         std::vector<QWidget*> stops = tabStops();
         if (!next) std::reverse(stops.begin(), stops.end());
@@ -51,16 +53,16 @@ bool Frame::focusNextPrevChild(bool next) {
 }
 
 void Frame::changeEvent(QEvent* event) {
-    qtGuard(events_, "Frame::changeEvent", [&] {
+    kGuard(events_, [&] {
         QMainWindow::changeEvent(event);
         const auto type = event->type();
         if ((type == QEvent::PaletteChange || type == QEvent::StyleChange) && looksChanged)
-            queue("Frame::looksChanged", looksChanged);
+            queue("looksChanged", looksChanged);
     });
 }
 
 void Frame::closeEvent(QCloseEvent* event) {
-    qtGuard(events_, "Frame::closeEvent", [&] {
+    kGuard(events_, [&] {
         event->ignore();
         if (!unloaded_ && !events_.formQueryUnload()) return;
         if (!std::exchange(unloaded_, true)) events_.formUnload();
@@ -70,14 +72,14 @@ void Frame::closeEvent(QCloseEvent* event) {
 }
 
 void Frame::resizeEvent(QResizeEvent* event) {
-    qtGuard(events_, "Frame::resizeEvent", [&] {
+    kGuard(events_, [&] {
         QMainWindow::resizeEvent(event);
         events_.formResize();
     });
 }
 
 void Frame::keyPressEvent(QKeyEvent* event) {
-    qtGuard(events_, "Frame::keyPressEvent", [&] {
+    kGuard(events_, [&] {
         const int key = virtualKey(*event);
         const auto keys = event->modifiers() & ~Qt::KeypadModifier;
         if (key == kKeyEscape && !event->isAutoRepeat()) escapePressed_ = true;
@@ -91,7 +93,7 @@ void Frame::keyPressEvent(QKeyEvent* event) {
 /// A key that closed a menu or another window is released here, but was never pressed here; if it is held
 /// down, it first repeats here.
 void Frame::keyReleaseEvent(QKeyEvent* event) {
-    qtGuard(events_, "Frame::keyReleaseEvent", [&] {
+    kGuard(events_, [&] {
         QMainWindow::keyReleaseEvent(event);
         if (event->isAutoRepeat() || virtualKey(*event) != kKeyEscape) return;
         if (std::exchange(escapePressed_, false)) events_.formKeyUp(kKeyEscape);

@@ -9,6 +9,8 @@ namespace hl {
 
 namespace {
 
+constexpr QtGuard kGuard{};
+
 constexpr int kDeepest = 12;
 /// One turn of the loop handles only one kind of event; turns follow one another while there are more, for at
 /// most this many milliseconds.
@@ -23,8 +25,7 @@ void QtPump::PumpMessages() {
         --depth_;
         lastPump_ = Clock::now();
     });
-    qtGuard(events_, "PumpMessages",
-            [] { QCoreApplication::processEvents(QEventLoop::AllEvents, kTurnsMilliseconds); });
+    kGuard(events_, [] { QCoreApplication::processEvents(QEventLoop::AllEvents, kTurnsMilliseconds); });
 }
 
 std::uint64_t QtPump::GetTickCount() {

@@ -9,6 +9,9 @@
 
 namespace hl {
 
+constexpr QtGuard kHandleGuard{"Handle"};
+constexpr QtGuard kGuard{"SplitterWidget"};
+
 /// The bar between the panes. If it can be dragged, it has at least kGrip pixels for the pointer, which
 /// extend over the panes.
 class SplitterWidget::Handle final : public QWidget {
@@ -30,17 +33,17 @@ class SplitterWidget::Handle final : public QWidget {
 
   protected:
     void mousePressEvent(QMouseEvent* event) override {
-        qtGuard(events_, "Handle::mousePressEvent", [&] {
+        kHandleGuard(events_, [&] {
             if (event->button() == Qt::LeftButton && splitter_.ShowGripper()) splitter_.MouseDown(at(*event));
         });
     }
     void mouseMoveEvent(QMouseEvent* event) override {
-        qtGuard(events_, "Handle::mouseMoveEvent", [&] {
+        kHandleGuard(events_, [&] {
             if (splitter_.dragging()) splitter_.MouseMove(at(*event));
         });
     }
     void mouseReleaseEvent(QMouseEvent* event) override {
-        qtGuard(events_, "Handle::mouseReleaseEvent", [&] {
+        kHandleGuard(events_, [&] {
             if (splitter_.dragging()) splitter_.MouseUp(at(*event));
         });
     }
@@ -48,7 +51,7 @@ class SplitterWidget::Handle final : public QWidget {
     void leaveEvent(QEvent*) override { hover(false); }
 
     void paintEvent(QPaintEvent*) override {
-        qtGuard(events_, "Handle::paintEvent", [this] {
+        kHandleGuard(events_, [this] {
             if (!splitter_.ShowGripper()) return;
             QPainter painter(this);
             QColor ink = palette().color(hovered_ ? QPalette::Highlight : QPalette::WindowText);
@@ -98,7 +101,7 @@ SplitterWidget::SplitterWidget(cSplitter& splitter, PaneFactory factory, WindowE
       events_(events),
       handle_(new Handle(splitter, events, this)) {
     handle_->hide();
-    splitter_.changed = [this] { qtGuard(events_, "SplitterWidget::follow", [this] { follow(); }); };
+    splitter_.changed = [this] { kGuard(events_, "follow", [this] { follow(); }); };
 }
 
 SplitterWidget::~SplitterWidget() {
@@ -140,7 +143,7 @@ void SplitterWidget::place(QWidget* pane, const cSplitter::Span& span) {
 }
 
 void SplitterWidget::resizeEvent(QResizeEvent*) {
-    qtGuard(events_, "SplitterWidget::resizeEvent", [this] {
+    kGuard(events_, [this] {
         splitter_.setTotal(along(size()));
         // The size along the axis may be unchanged, but the panes follow the other one.
         follow();
