@@ -11,7 +11,8 @@ constexpr int commandNumber(BarId bar, int id) {
     return static_cast<int>(bar) * 1000 + id;
 }
 
-/// All commands. New ones take ids from 400 up.
+/// The commands that code names; a command that only its row in the table of commands needs to know has no
+/// name. New ones take ids from 500 up: those from 400 to 499 are given to what is found at the start.
 enum class Command : int {
     kNone = 0,
 
@@ -31,12 +32,7 @@ enum class Command : int {
     kLargerFont = commandNumber(BarId::kMain, 32),
     kShowReport = commandNumber(BarId::kMain, 33),
     kIconText = commandNumber(BarId::kMain, 34),
-    kLanguageGerman = commandNumber(BarId::kMain, 35),
-    kLanguageEnglish = commandNumber(BarId::kMain, 36),
-    kLanguageDutch = commandNumber(BarId::kMain, 37),
-    kLanguageItalian = commandNumber(BarId::kMain, 38),
-    kLanguageSwedish = commandNumber(BarId::kMain, 39),
-    kLanguageRussian = commandNumber(BarId::kMain, 40),
+    kLanguageGerman = commandNumber(BarId::kMain, 35),  ///< The other languages follow.
     kSourceBox = commandNumber(BarId::kMain, 50),
     kCreateListTop = commandNumber(BarId::kMain, 60),
     kCreateListHardlinks = commandNumber(BarId::kMain, 61),
@@ -62,10 +58,7 @@ enum class Command : int {
     kReportPrint = commandNumber(BarId::kReport, 6),
     kReportRemove = commandNumber(BarId::kReport, 7),
     kReportRemoveAll = commandNumber(BarId::kReport, 9),
-    kReportBytes = commandNumber(BarId::kReport, 10),
-    kReportKilobytes,
-    kReportMegabytes,
-    kReportGigabytes,
+    kReportBytes = commandNumber(BarId::kReport, 10),  ///< The other units follow.
     kReportFilesColumn = commandNumber(BarId::kReport, 22),
     kReportFoldersColumn = commandNumber(BarId::kReport, 23),
     kReportFoldAll = commandNumber(BarId::kReport, 24),
@@ -85,11 +78,8 @@ enum class Command : int {
     // The drives.
     kDrivesTitle = commandNumber(BarId::kDrives, 0),
     kDrivesRefresh = commandNumber(BarId::kDrives, 200),
-    kDrivesBytes = commandNumber(BarId::kDrives, 201),
-    kDrivesKilobytes,
-    kDrivesMegabytes,
-    kDrivesGigabytes,
-    kDrivesDecimals,
+    kDrivesBytes = commandNumber(BarId::kDrives, 201),  ///< The other units follow.
+    kDrivesDecimals = commandNumber(BarId::kDrives, 205),
     kDrivesRead = commandNumber(BarId::kDrives, 206),
     kDrivesReadAll = commandNumber(BarId::kDrives, 207),
     kDrivesAdd = commandNumber(BarId::kDrives, 208),
@@ -99,10 +89,7 @@ enum class Command : int {
     // columns.
     kFilesTitle = commandNumber(BarId::kFiles, 0),
     kFilesRefresh = commandNumber(BarId::kFiles, 300),
-    kFilesBytes,
-    kFilesKilobytes,
-    kFilesMegabytes,
-    kFilesGigabytes,
+    kFilesBytes = commandNumber(BarId::kFiles, 301),  ///< The other units follow.
     kFilesIcons = commandNumber(BarId::kFiles, 305),
     kFilesSearchText = commandNumber(BarId::kFiles, 307),
     kFilesSearch,
@@ -120,11 +107,8 @@ enum class Command : int {
 
     // The largest files.
     kTopTitle = commandNumber(BarId::kTop, 0),
-    kTopBytes = commandNumber(BarId::kTop, 301),
-    kTopKilobytes,
-    kTopMegabytes,
-    kTopGigabytes,
-    kTopIcons,
+    kTopBytes = commandNumber(BarId::kTop, 301),  ///< The other units follow.
+    kTopIcons = commandNumber(BarId::kTop, 305),
     kTopSearchText = commandNumber(BarId::kTop, 307),
     kTopSearch,
     kTopDecimals,
@@ -143,11 +127,8 @@ enum class Command : int {
     // The hardlinks. The first of their column commands is that of the id.
     kHardlinksTitle = commandNumber(BarId::kHardlinks, 0),
     kHardlinksAnalyze = commandNumber(BarId::kHardlinks, 300),
-    kHardlinksBytes,
-    kHardlinksKilobytes,
-    kHardlinksMegabytes,
-    kHardlinksGigabytes,
-    kHardlinksIcons,
+    kHardlinksBytes = commandNumber(BarId::kHardlinks, 301),  ///< The other units follow.
+    kHardlinksIcons = commandNumber(BarId::kHardlinks, 305),
     kHardlinksSearchText = commandNumber(BarId::kHardlinks, 307),
     kHardlinksSearch,
     kHardlinksDecimals,

@@ -13,7 +13,6 @@ namespace hl {
 
 namespace {
 
-constexpr std::size_t kLargestTextFile = 16 << 20;
 constexpr std::size_t kLongestText = 1023;    // Characters.
 constexpr std::size_t kLongestCaption = 255;  // Characters.
 constexpr const char* kModule = "z_Translate";
@@ -46,9 +45,11 @@ void Texts::Init_Sprache(const std::string& helpFile, const std::string& transla
 }
 
 void Texts::chooseLanguage(const std::string& helpFile) {
+    languages_ = findLanguages(files_, {sources_.settingsFolder, sources_.executableFolder});
     const std::string stored = settings_.GetSettings(kKeyLanguage.section, kKeyLanguage.key, "");
     const int wanted = languageNumber(stored.empty() ? std::to_string(kKeyLanguage.defaultValue) : stored);
-    const Language& language = languageOf(wanted == 0 ? systemLanguageId(sources_.messageLocale) : wanted);
+    const Language& language =
+        languageOf(languages_, wanted == 0 ? systemLanguageId(languages_, sources_.messageLocale) : wanted);
     language_ = language.id;
     if (language.id != kGerman) {
         if (loadLibrary(language)) {
@@ -70,7 +71,7 @@ void Texts::storeLanguage() {
 bool Texts::loadLibrary(const Language& language) {
     for (const std::string* folder : {&sources_.settingsFolder, &sources_.executableFolder}) {
         int error = 0;
-        const std::string path = *folder + "/" + std::string(language.library);
+        const std::string path = *folder + "/" + language.library;
         const auto content = files_.readWhole(path, kLargestTextFile, error);
         if (!content) continue;
         library_ = Catalogue(*content, language.code);

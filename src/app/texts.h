@@ -7,6 +7,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "app/catalogue.h"
 #include "app/language.h"
@@ -52,6 +53,8 @@ class Texts {
     std::string TranslateControlText(std::string_view id) const;
 
     int languageId() const { return language_; }
+    /// All that the user can choose, in the order of the menu. Empty until Init_Sprache is called.
+    const std::vector<Language>& languages() const { return languages_; }
     const std::string& helpFile() const { return helpFile_; }
 
   private:
@@ -64,6 +67,7 @@ class Texts {
     SettingsStore& settings_;
     Diagnostics& diagnostics_;
     TextSources sources_;
+    std::vector<Language> languages_;
     int language_ = kGerman;
     std::optional<std::string> stored_;  ///< What the settings say; nothing if it made no sense.
     bool translator_ = false;

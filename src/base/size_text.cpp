@@ -1,55 +1,29 @@
 #include "base/size_text.h"
 
-#include <array>
-
 #include "base/text.h"
 
 namespace hl {
 
 namespace {
 
-struct Unit {
-    std::int64_t divisor;
-    std::string_view name;
-};
-
-constexpr std::int64_t kKilobyte = 1024;
-constexpr std::int64_t kMegabyte = kKilobyte * 1024;
-constexpr std::int64_t kGigabyte = kMegabyte * 1024;
-constexpr std::int64_t kTerabyte = kGigabyte * 1024;
-/// Gigabytes begin early, so that no text that chooses its unit by itself shows more than 999.00 MB.
-constexpr std::int64_t kLastMegabyte = 999 * kMegabyte;
-
-constexpr std::array<Unit, 6> kUnits = {{
-    {1, "Bytes"},
-    {kKilobyte, "KB"},
-    {kMegabyte, "MB"},
-    {kGigabyte, "GB"},
-    {0, ""},
-    {kTerabyte, "TB"},
-}};
-
-Unit unitRow(int mode) {
-    if (mode < 0 || mode >= static_cast<int>(kUnits.size())) return kUnits[kModeDynamic];
-    return kUnits[static_cast<std::size_t>(mode)];
-}
-
-// A value that equals a step keeps the smaller unit.
+// A value that equals a step keeps the smaller unit. Gigabytes begin early, so that no text that chooses its
+// unit by itself shows more than 999.00 MB.
 int fittingMode(SizeValue value, bool terabytes) {
     const std::int64_t bytes = value.bytes();
-    if (terabytes && bytes > kTerabyte) return kModeTerabytes;
-    if (bytes > kLastMegabyte) return kModeGigabytes;
-    if (bytes > kMegabyte) return kModeMegabytes;
-    if (bytes > kKilobyte) return kModeKilobytes;
+    const auto above = [bytes](SizeMode mode) { return bytes > sizeUnit(mode).divisor; };
+    if (terabytes && above(kModeTerabytes)) return kModeTerabytes;
+    if (bytes > 999 * sizeUnit(kModeMegabytes).divisor) return kModeGigabytes;
+    if (above(kModeMegabytes)) return kModeMegabytes;
+    if (above(kModeKilobytes)) return kModeKilobytes;
     return kModeBytes;
 }
 
 // Formats a value in one unit; bytes never show decimals. A mode without a unit gives an empty text.
 std::string inUnit(int mode, SizeValue value, int decimals, bool withUnit, const NumberFormat& format,
                    std::string_view bytesUnit = "Bytes") {
-    const Unit unit = unitRow(mode);
+    const SizeUnit unit = sizeUnit(mode);
     if (unit.divisor == 0) return {};
-    const Picture picture{.grouped = true, .decimals = mode == kModeBytes ? 0 : decimals};
+    const Picture picture{.grouped = true, .decimals = unit.decimals ? decimals : 0};
     std::string text = formatQuotient(value, unit.divisor, picture, format);
     if (withUnit) text.append(" ").append(mode == kModeBytes ? bytesUnit : unit.name);
     return text;
@@ -74,16 +48,9 @@ constexpr AttributeLetter kLetters[] = {
 
 }  // namespace
 
-std::int64_t divisorOf(int mode) {
-    return unitRow(mode).divisor;
-}
-std::string_view unitOf(int mode) {
-    return unitRow(mode).name;
-}
-
 bool isBelowLastDigit(int mode, SizeValue value, int decimals) {
     const std::int64_t halves = value.bytes() * (decimals == 0 ? 2 : 200);
-    return mode != kModeBytes && value.bytes() > 0 && halves < divisorOf(mode);
+    return sizeUnit(mode).decimals && value.bytes() > 0 && halves < sizeUnit(mode).divisor;
 }
 
 std::string belowLastDigit(int decimals, const NumberFormat& format) {
@@ -103,11 +70,10 @@ std::string FormatSizeAuto(SizeValue value, bool withUnit, const NumberFormat& f
 
 std::string formatViewSize(int mode, SizeValue value, bool withUnit, bool pad, bool withBytesUnit,
                            const NumberFormat& format) {
-    constexpr std::array<std::size_t, 4> kWidths = {15, 17, 13, 9};
-    if (mode < kModeBytes || mode > kModeGigabytes) return {};
+    if (sizeUnit(mode).caption.id == 0) return {};
     const bool unit = withUnit && (withBytesUnit || mode != kModeBytes);
     const std::string text = inUnit(mode, value, 2, unit, format);
-    return pad ? padded(text, kWidths[static_cast<std::size_t>(mode)]) : text;
+    return pad ? padded(text, sizeUnit(mode).width) : text;
 }
 
 std::string xFormatFileSizeWithSpacer(int mode, SizeValue value, std::size_t width, bool withUnit,

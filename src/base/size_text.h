@@ -6,28 +6,14 @@
 #include <string_view>
 
 #include "base/number_format.h"
+#include "base/size_unit.h"
 #include "base/size_value.h"
 
 namespace hl {
 
-/// The unit that a size is shown in. The user can choose bytes to gigabytes; only these routines know the
-/// other two.
-enum SizeMode : int {
-    kModeBytes = 0,
-    kModeKilobytes = 1,
-    kModeMegabytes = 2,
-    kModeGigabytes = 3,
-    kModeDynamic = 4,
-    kModeTerabytes = 5,
-};
-
-/// Returns the bytes in one unit of the mode; 0 for kModeDynamic and for any other number.
-std::int64_t divisorOf(int mode);
-/// Returns "Bytes", "KB", "MB", "GB" or "TB", or an empty text for any other mode.
-std::string_view unitOf(int mode);
-
-/// Formats a size in a mode from 0 to 5; any other gives an empty text. kModeDynamic always appends a unit,
-/// whatever `withUnit` says, and has no step for terabytes. `shortBytes` writes the unit of bytes as "BS".
+/// Formats a size in a unit of the table; a mode without one gives an empty text. kModeDynamic always appends
+/// a unit, whatever `withUnit` says, and has no step for terabytes. `shortBytes` writes the unit of bytes as
+/// "BS".
 std::string FormatSizeForMode(int mode, SizeValue value, bool withUnit, bool shortBytes,
                               const NumberFormat& format);
 
@@ -39,8 +25,9 @@ std::string belowLastDigit(int decimals, const NumberFormat& format);
 /// Formats a size in the unit that fits it, terabytes included; the unit is shown only with `withUnit`.
 std::string FormatSizeAuto(SizeValue value, bool withUnit, const NumberFormat& format);
 
-/// Formats a size in a view's mode. Modes 1 to 3 show two decimals, whatever the view's decimals flag says.
-/// `pad` puts blanks in front up to the mode's width. " Bytes" needs both `withUnit` and `withBytesUnit`.
+/// Formats a size in a unit that can be chosen. Larger units than bytes show two decimals, whatever the
+/// view's decimals flag says. `pad` puts blanks in front up to the mode's width. " Bytes" needs both
+/// `withUnit` and `withBytesUnit`.
 std::string formatViewSize(int mode, SizeValue value, bool withUnit, bool pad, bool withBytesUnit,
                            const NumberFormat& format);
 

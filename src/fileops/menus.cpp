@@ -1,12 +1,9 @@
-// The menus: the desktop's part, the program's own entries, and the opening of files.
+// The desktop's part of the menus, and the opening of files.
 #include "fileops/menus.h"
 
-#include <algorithm>
 #include <iterator>
 
-#include "base/path.h"
 #include "base/text.h"
-#include "scan/records.h"
 
 namespace hl {
 
@@ -16,10 +13,6 @@ namespace {
 enum DesktopId { kOpen = 1, kOtherProgram, kShowInFolder, kCopyFiles, kCopyPaths, kProperties };
 constexpr int kFirstProgram = 100;
 constexpr std::size_t kMostPrograms = 20;
-
-void append(std::vector<MenuEntry>& entries, std::vector<MenuEntry> more) {
-    std::move(more.begin(), more.end(), std::back_inserter(entries));
-}
 
 }  // namespace
 
@@ -42,12 +35,12 @@ std::vector<MenuEntry> Menus::desktopPart(const std::vector<std::string>& paths)
             {kProperties, text(9566, "Eigenschaften")}};
 }
 
-int Menus::show(std::vector<MenuEntry> desktop, std::vector<MenuEntry> own,
-                const std::vector<std::string>& paths, Point at) {
+int Menus::show(const std::vector<std::string>& paths, std::vector<MenuEntry> own, Point at) {
+    std::vector<MenuEntry> entries = desktopPart(paths);
     if (ops_.host.closed()) return 0;  // Closed while the files were looked at.
-    append(desktop, std::move(own));
-    const int chosen = ops_.window.dialogs.showMenu(desktop, at);
-    if (chosen >= report_menu::kReadAgain) return chosen;
+    std::move(own.begin(), own.end(), std::back_inserter(entries));
+    const int chosen = ops_.window.dialogs.showMenu(entries, at);
+    if (chosen >= kFirstOwn) return chosen;
     if (chosen > 0) runDesktopEntry(chosen, paths);
     return 0;
 }
@@ -82,49 +75,6 @@ void Menus::runDesktopEntry(int id, const std::vector<std::string>& paths) {
         default:
             return;
     }
-}
-
-// --- own entries
-
-int Menus::ofReport(Row row, const std::string& path, Point at) {
-    using namespace report_menu;
-    const bool source = ops_.scan.tvwPL.level(row) == 0;
-    std::vector<MenuEntry> own;
-    if (!source)
-        own = {{},
-               {kRecycle, text(9573, "Ordner in den Papierkorb verschieben")},
-               {kDelete, text(9574, "Ordner löschen")},
-               {},
-               {kRename, text(9575, "Ordner umbenennen")}};
-    append(own, {{},
-                 {kFoldAll, text(9576, "Alle Unterordner zuklappen")},
-                 {kUnfoldAll, text(9577, "Alle Unterordner aufklappen")},
-                 {}});
-    if (source) own.push_back({kRemoveSource, text(9578, "Quelle entfernen")});
-    own.push_back({kReadAgain, text(9579, "Ordner neu einlesen")});
-    const std::vector<std::string> paths{path};
-    return show(desktopPart(paths), std::move(own), paths, at);
-}
-
-int Menus::ofDrive(const std::string& path, Point at) {
-    const std::vector<std::string> paths{path};
-    return show(desktopPart(paths), {{}, {kDriveMenuRead, text(9584, "Laufwerk einlesen")}}, paths, at);
-}
-
-int Menus::ofList(GridId list, const std::vector<std::string>& paths, Point at) {
-    using namespace list_menu;
-    if (paths.empty() || paths.front().empty()) return 0;
-    std::vector<MenuEntry> own;
-    if (list != GridId::kJunctions)
-        own = {{},
-               {kRecycle, text(9580, "Datei(en) in den Papierkorb verschieben")},
-               {kDelete, text(9581, "Datei(en) löschen")}};
-    if (list != GridId::kJunctions && paths.size() == 1)
-        append(own, {{},
-                     {kRename, text(9582, "Datei umbenennen")},
-                     {},
-                     {list_menu::kShowInFolder, text(9583, "Dateipfad öffnen")}});
-    return show(desktopPart(paths), std::move(own), paths, at);
 }
 
 // --- opening

@@ -1,5 +1,5 @@
-// The menus of report, drives and lists: first the desktop's part, then the program's own entries. They also
-// open files, for double clicks too.
+// What all menus of files and folders have: the desktop's part, which is carried out here. It also opens
+// files for double clicks.
 //
 // A menu acts on the rows for which it was opened: whoever opens it must not let rows change until it is
 // answered. For the thread of the logic only.
@@ -12,37 +12,15 @@
 
 namespace hl {
 
-class ListView;
-
-/// The ids of the program's own entries, for each menu.
-namespace report_menu {
-enum Id {
-    kReadAgain = 999,
-    kRemoveSource = 1000,
-    kRecycle = 1003,
-    kDelete = 1004,
-    kFoldAll = 1006,
-    kUnfoldAll = 1007,
-    kRename = 1008,
-};
-}  // namespace report_menu
-
-namespace list_menu {
-enum Id { kRecycle = 1000, kDelete = 1001, kRename = 1004, kShowInFolder = 1006 };
-}  // namespace list_menu
-
-constexpr int kDriveMenuRead = 2000;
-
 class Menus {
   public:
     explicit Menus(const FileOps& ops) : ops_(ops) {}
 
-    /// Shows the menu of a folder's row of the report. Returns the id of the own entry that was chosen, else
-    /// 0: entries of the desktop's part are carried out here.
-    int ofReport(Row row, const std::string& path, Point at);
-    int ofDrive(const std::string& path, Point at);
-    /// Shows the menu of a list's selected rows; returns as ofReport does.
-    int ofList(GridId list, const std::vector<std::string>& paths, Point at);
+    /// Shows the menu of files or folders: the desktop's part, and then `own`. Returns the id of the own
+    /// entry that was chosen, else 0: entries of the desktop's part are carried out here. REQUIRES: own ids
+    /// are at least kFirstOwn.
+    int show(const std::vector<std::string>& paths, std::vector<MenuEntry> own, Point at);
+    static constexpr int kFirstOwn = 1000;
 
     /// Opens the file with the desktop's program for it, or asks for one if there is none. A file that would
     /// be executed is opened only after a question.
@@ -51,8 +29,6 @@ class Menus {
 
   private:
     std::vector<MenuEntry> desktopPart(const std::vector<std::string>& paths);
-    int show(std::vector<MenuEntry> desktop, std::vector<MenuEntry> own,
-             const std::vector<std::string>& paths, Point at);
     void runDesktopEntry(int id, const std::vector<std::string>& paths);
     bool openOne(const std::string& path);
     void openAll(const std::vector<std::string>& paths);

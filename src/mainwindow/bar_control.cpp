@@ -1,18 +1,31 @@
 #include "mainwindow/bar_control.h"
 
+#include <optional>
+
 #include "mainwindow/command_table.h"
 #include "mainwindow/main_form.h"
 #include "robustness/trap.h"
 
 namespace hl {
 
+namespace {
+
+std::optional<CommandRow> rowOf(Command command, const Texts& texts) {
+    if (const CommandRow* row = commandRow(command)) return *row;
+    for (const CommandRow& row : languageCommands(texts.languages()))
+        if (row.command == command) return row;
+    return std::nullopt;
+}
+
+}  // namespace
+
 void BarControl::execute(BarId id, int command) {
     form_.sources.duringCommand([&] {
         const CommandBar& bar = form_.bar(id);
         guarded(form_.services().diagnostics, {.routine = (bar.name() + "_Execute").c_str()}, [&] {
             const BarEntry* entry = bar.find(command);
-            const CommandRow* row = commandRow(commandOf(id, command));
-            if (entry == nullptr || row == nullptr || !entry->enabled || form_.closed) return;
+            const auto row = rowOf(commandOf(id, command), form_.services().texts);
+            if (entry == nullptr || !row || !entry->enabled || form_.closed) return;
             keep(*row);
             if (row->run != nullptr) row->run(form_, *row);
         });
@@ -31,7 +44,8 @@ void BarControl::keep(const CommandRow& row) {
     if (row.kept.use != Use::kChooses) return;
     row.kept.field(options) = static_cast<Flag>(row.value);
     for (const CommandRow& other : commandsOf(bar.id()))
-        if (other.kept.field == row.kept.field) bar.setChecked(idOf(other.command), &other == &row);
+        if (other.kept.field == row.kept.field)
+            bar.setChecked(idOf(other.command), other.command == row.command);
 }
 
 void BarControl::returnIn(Command command) {

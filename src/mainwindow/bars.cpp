@@ -14,11 +14,6 @@ namespace {
 constexpr int kKeyF1 = 112;
 constexpr int kFunctionKeys = 12;
 
-// The names of the building routines, by BarId.
-constexpr const char* kBuilders[kBarCount] = {
-    "Init_ToolbarMain", "Init_Toolbar_Folders",   "Init_Toolbar_Drives",   "Init_Toolbar_Files",
-    "Init_Toolbar_TOP", "Init_Toolbar_Hardlinks", "Init_Toolbar_Junctions"};
-
 int keyCodeOf(std::string_view key) {
     if (key.empty()) return 0;
     const auto number = key.front() == 'F' ? parseInteger(key.substr(1)) : std::nullopt;
@@ -46,22 +41,27 @@ BarEntry entryOf(const CommandRow& row, const Texts& texts) {
     return entry;
 }
 
-// Checks entries that belong to no option: the language in use, and the report, which always shows at the
-// start.
-void checkMain(CommandBar& bar, int language) {
+// Sets what belongs to no option: at the start there is nothing to stop, and the report always shows.
+void checkMain(CommandBar& bar) {
     bar.setEnabled(idOf(Command::kStop), false);
     bar.setChecked(idOf(Command::kShowReport), true);
-    for (const CommandRow& row : commandsOf(BarId::kMain))
-        if (row.parent == Command::kLanguages) bar.setChecked(idOf(row.command), row.value == language);
+}
+
+void addLanguages(CommandBar& bar, const Texts& texts) {
+    for (const CommandRow& row : languageCommands(texts.languages())) {
+        bar.add(entryOf(row, texts), idOf(row.parent));
+        bar.setChecked(idOf(row.command), row.value == texts.languageId());
+    }
 }
 
 void buildBar(CommandBar& bar, const BarSources& sources) {
-    guarded(sources.diagnostics, {.routine = kBuilders[static_cast<std::size_t>(bar.id())]}, [&] {
+    guarded(sources.diagnostics, {.routine = barRows()[static_cast<std::size_t>(bar.id())].builder}, [&] {
         if (bar.id() == BarId::kMain) bar.addPopup({.id = idOf(Command::kMenuOfSelectedFolders)});
         for (const CommandRow& row : commandsOf(bar.id()))
             if (row.command != Command::kHomepage || sources.homepage)
                 bar.add(entryOf(row, sources.texts), idOf(row.parent));
-        if (bar.id() == BarId::kMain) checkMain(bar, sources.texts.languageId());
+        if (bar.id() == BarId::kMain) addLanguages(bar, sources.texts);
+        if (bar.id() == BarId::kMain) checkMain(bar);
         optionsToBar(sources.options, bar);
     });
 }
@@ -78,6 +78,13 @@ void Init_Commandbar(Bars& bars, const BarSources& sources) {
 }
 
 }  // namespace
+
+std::array<CommandBar, kBarCount> Bars::named() {
+    return [&]<std::size_t... I>(std::index_sequence<I...>) {
+        return std::array<CommandBar, kBarCount>{CommandBar(static_cast<BarId>(I), barRows()[I].name)...};
+    }
+    (std::make_index_sequence<kBarCount>());
+}
 
 void initAllBars(Bars& bars, const BarSources& sources) {
     Init_Commandbar(bars, sources);

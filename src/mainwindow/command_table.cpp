@@ -4,6 +4,7 @@
 #include <array>
 #include <iterator>
 
+#include "base/size_unit.h"
 #include "mainwindow/commands.h"
 #include "scan/file_columns.h"
 #include "views/drive_list.h"
@@ -56,10 +57,6 @@ constexpr RowText kSave = TL(3612, "Speichern");
 constexpr RowText kSaveList = TL(9281, "Liste in eine Textdatei speichern");
 constexpr RowText kPrint = TL(3619, "Drucken");
 constexpr RowText kPrintList = TL(9282, "Liste drucken");
-constexpr RowText kBytes = TL(3515, "Bytes");
-constexpr RowText kKilobytes = TL(9252, "Kilobytes");
-constexpr RowText kMegabytes = TL(9253, "Megabytes");
-constexpr RowText kGigabytes = TL(9254, "Gigabytes");
 constexpr RowText kDecimals = TL(9255, "Dezimal");
 constexpr RowText kShowDecimals = TL(9256, "Nachkommastellen anzeigen");
 constexpr RowText kSearch = TL(9257, "Suchen");
@@ -75,11 +72,6 @@ constexpr RowText kShowPreview = TL(9278, "Dateivorschau einblenden");
 constexpr RowText kSplit = TL(9279, "Teilung");
 constexpr RowText kTurnSplit = TL(9280, "Fensterteilung umschalten");
 
-// A language is given by its number in the settings.
-constexpr CommandRow language(Command command, RowText name, int number) {
-    return {command, kButton, name, {}, -1, kSame, {}, &C::changeLanguage, {}, kLanguages, number};
-}
-
 constexpr CommandRow unfold(int levels) {
     const RowText name =
         levels == 1 ? TL(9239, "1 Ordnerebene aufklappen") : TL(9240, "%1 Ordnerebenen aufklappen");
@@ -87,28 +79,40 @@ constexpr CommandRow unfold(int levels) {
     return {command, kButton, name, {}, -1, kSame, {}, &C::reportUnfold, {}, kReportUnfoldAll, levels};
 }
 
-/// The entries for the units of a list's sizes, and for their decimals.
+constexpr std::size_t kChosenUnits = static_cast<std::size_t>(
+    std::ranges::count_if(kSizeUnits, [](const SizeUnit& unit) { return unit.caption.id != 0; }));
+
+/// The entries for the units of a list's sizes, and for their decimals. The first four have ids one after the
+/// other; for others there is room from 400 up.
 constexpr auto units(Command bytes, Command decimals, const ListTable& list) {
-    const KeptOption chooses = {KeptOption::Use::kChooses, {list.sizeMode}};
-    const auto unit = [&](int n, RowText name, int icon) {
-        return CommandRow{bytes + n, kButton,       name,    name, icon, n == 0 ? kGroup : kSame,
-                          {},        &C::showSizes, chooses, {},   n};
-    };
-    return rows({
-        unit(0, kBytes, kIconBytes),
-        unit(1, kKilobytes, kIconKilobytes),
-        unit(2, kMegabytes, kIconMegabytes),
-        unit(3, kGigabytes, kIconGigabytes),
-        {decimals,
-         kButton,
-         kDecimals,
-         kShowDecimals,
-         kIconDecimals,
-         kSame,
-         {},
-         &C::showSizes,
-         {KeptOption::Use::kDecimals, {list.decimals}}},
-    });
+    constexpr std::array kIcons = {kIconBytes, kIconKilobytes, kIconMegabytes, kIconGigabytes};
+    constexpr int kFirstFurtherId = 400;
+    std::array<CommandRow, kChosenUnits + 1> all{};
+    std::size_t filled = 0;
+    for (std::size_t mode = 0; mode < kSizeUnits.size(); ++mode) {
+        const RowText name = kSizeUnits[mode].caption;
+        if (name.id == 0) continue;
+        const int n = static_cast<int>(filled);
+        const bool further = filled >= kIcons.size();
+        all[filled] = {.command = further ? commandOf(barOf(bytes), kFirstFurtherId + n) : bytes + n,
+                       .kind = kButton,
+                       .caption = name,
+                       .tooltip = name,
+                       .icon = further ? -1 : static_cast<int>(kIcons[filled]),
+                       .group = filled == 0 ? kGroup : kSame,
+                       .run = &C::showSizes,
+                       .kept = {KeptOption::Use::kChooses, {list.sizeMode}},
+                       .value = static_cast<int>(mode)};
+        ++filled;
+    }
+    all[filled] = {.command = decimals,
+                   .kind = kButton,
+                   .caption = kDecimals,
+                   .tooltip = kShowDecimals,
+                   .icon = kIconDecimals,
+                   .run = &C::showSizes,
+                   .kept = {KeptOption::Use::kDecimals, {list.decimals}}};
+    return all;
 }
 
 /// The search box, and the button behind it.
@@ -170,12 +174,6 @@ constexpr auto kMainRows = rows({
     {kSmallerFont, kButton, TL(3650, "Kleiner"), TL(9222, "Schrift verkleinern"), kIconSmaller, kSame, {}, &C::changeFontSize, {}, {}, -1},
     {kFontOfAll, kButton, kFont, kChooseFont, kIconFont, kSame, {}, &C::changeFontOfAll},
     {kLanguages, kMenuButton, TL(9224, "Sprache"), TL(9225, "Sprache der Benutzeroberfläche ändern"), kIconLanguage, kGroup},
-    language(kLanguageGerman, TL(3703, "Deutsch"), 7),
-    language(kLanguageEnglish, TL(3704, "Englisch"), 9),
-    language(kLanguageDutch, TL(3784, "Niederländisch"), 19),
-    language(kLanguageItalian, TL(3785, "Italienisch"), 16),
-    language(kLanguageSwedish, TL(3786, "Schwedisch"), 29),
-    language(kLanguageRussian, TL(3705, "Russisch"), 25),
     {kLog, kButton, TL(3549, "Protokoll"), TL(3549, "Protokoll"), kIconLog, kGroup, "L", &C::showLog},
     {kInfo, kButton, TL(3551, "Info"), TL(3551, "Info"), kIconInfo, kGroup, "F1", &C::showAbout},
     {kHomepage, kButton, TL(3553, "Homepage"), TL(3553, "Homepage"), kIconHomepage, kSame, {}, &C::openHomepage},
@@ -265,20 +263,49 @@ constexpr auto kJunctionsRows = joined(rows({
     {kJunctionsSave, kButton, kSave, kSaveList, kIconSave, kGroup, {}, &C::listSave},
     {kJunctionsPrint, kButton, kPrint, kPrintList, kIconPrint, kGroup, {}, &C::listPrint},
 }), search(kJunctionsSearchText, kJunctionsSearch, &C::listSearch));
+
+constexpr BarRow kBars[kBarCount] = {
+    {"cbrMain", "Init_ToolbarMain", kMainRows},
+    {"cbrReport", "Init_Toolbar_Folders", kReportRows},
+    {"cbrDrives", "Init_Toolbar_Drives", kDrivesRows},
+    {"cbrFiles", "Init_Toolbar_Files", kFilesRows},
+    {"cbrTOP", "Init_Toolbar_TOP", kTopRows},
+    {"cbrHardlinks", "Init_Toolbar_Hardlinks", kHardlinksRows},
+    {"cbrJunctions", "Init_Toolbar_Junctions", kJunctionsRows},
+};
 // clang-format on
 
 }  // namespace
 
+std::span<const BarRow, kBarCount> barRows() {
+    return kBars;
+}
+
 std::span<const CommandRow> commandsOf(BarId bar) {
-    constexpr std::span<const CommandRow> kBars[kBarCount] = {
-        kMainRows, kReportRows, kDrivesRows, kFilesRows, kTopRows, kHardlinksRows, kJunctionsRows};
-    return kBars[static_cast<std::size_t>(bar)];
+    return kBars[static_cast<std::size_t>(bar)].commands;
 }
 
 const CommandRow* commandRow(Command command) {
     const auto all = commandsOf(barOf(command));
     const auto found = std::ranges::find(all, command, &CommandRow::command);
     return found != all.end() ? &*found : nullptr;
+}
+
+// The languages that come with the program keep their ids.
+std::vector<CommandRow> languageCommands(const std::vector<Language>& languages) {
+    constexpr int kFirstId = 35, kShipped = 6, kFirstFurtherId = 400;
+    std::vector<CommandRow> rows;
+    int id = kFirstId;
+    for (const Language& language : languages) {
+        rows.push_back({.command = commandOf(BarId::kMain, id),
+                        .kind = kButton,
+                        .caption = {language.nameId, language.name},
+                        .run = &C::changeLanguage,
+                        .parent = kLanguages,
+                        .value = language.id});
+        id = ++id == kFirstId + kShipped ? kFirstFurtherId : id;
+    }
+    return rows;
 }
 
 }  // namespace hl

@@ -6,10 +6,12 @@
 #include <cstdint>
 #include <span>
 #include <string_view>
+#include <vector>
 
 #include "app/command.h"
+#include "app/language.h"
 #include "app/options.h"
-#include "app/row_text.h"
+#include "base/row_text.h"
 #include "platform/icons.h"
 
 namespace hl {
@@ -51,9 +53,20 @@ struct CommandRow {  // NOLINT(clang-analyzer-optin.performance.Padding)
     int width = 0;                    ///< See BarEntry.
 };
 
+struct BarRow {
+    const char* name;     ///< In the window and in the file of toolbars.
+    const char* builder;  ///< The name in error reports of the routine that builds it.
+    std::span<const CommandRow> commands;
+};
+
+/// Returns the rows of all bars, in the order of BarId.
+std::span<const BarRow, kBarCount> barRows();
 /// Returns all rows of a bar, in the order of its entries.
 std::span<const CommandRow> commandsOf(BarId bar);
-/// Returns null for a command that does not exist.
+/// Returns the rows of the menu of languages, which are part of no bar's table. The texts of `languages` must
+/// outlive them.
+std::vector<CommandRow> languageCommands(const std::vector<Language>& languages);
+/// Returns null for a command that is in no bar's table.
 const CommandRow* commandRow(Command command);
 
 }  // namespace hl

@@ -8,7 +8,7 @@
 #include "mainwindow/about_form.h"
 #include "mainwindow/main_form.h"
 #include "mainwindow/options_form.h"
-#include "mainwindow/view_options.h"
+#include "mainwindow/pane_table.h"
 #include "scan/driver.h"
 #include "scan/rollup.h"
 #include "views/list_columns.h"

@@ -2,14 +2,12 @@
 #include "mainwindow/files_control.h"
 
 #include "base/text.h"
-#include "fileops/deleting.h"
 #include "fileops/menus.h"
 #include "fileops/renaming.h"
+#include "mainwindow/context_menus.h"
 #include "mainwindow/main_form.h"
 #include "robustness/trap.h"
-#include "scan/driver.h"
 #include "scan/file_system_calls.h"
-#include "scan/rollup.h"
 
 namespace hl {
 
@@ -54,31 +52,9 @@ void FilesControl::openReportMenu(Row row, const std::string& path, Point at) {
     form_.sources.duringCommand([&] {
         guarded(form_.services().diagnostics, {.routine = "Report_ShellContextMenu"}, [&] {
             if (path.empty() || hasNoMenu("Report_ShellContextMenu", withoutSlash(path))) return;
-            const FileOps files = ops();
-            const int chosen = Menus(files).ofReport(row, withoutSlash(path), at);
-            if (!form_.closed) reportMenuCommand(chosen, row);
+            showContextMenu({form_, GridId::kReport, row, {withoutSlash(path)}}, at);
         });
     });
-}
-
-void FilesControl::reportMenuCommand(int id, Row row) {
-    using namespace report_menu;
-    switch (id) {
-        case kReadAgain:
-            return Report_Rescan(form_.scan);
-        case kRemoveSource:
-            return Report_RemoveFolders(form_.scan);
-        case kRecycle:
-        case kDelete:
-            return DeleteFolders(ops(), {row}, id == kRecycle);
-        case kFoldAll:
-        case kUnfoldAll:
-            return form_.report.view().Report_ExpandSubFolders(id == kUnfoldAll);
-        case kRename:
-            return form_.report.view().KeyUp(kKeyF2);
-        default:
-            return;
-    }
 }
 
 // The commands of the menu act on the drive that was clicked.
@@ -88,37 +64,19 @@ void FilesControl::openDriveMenu(Row row, Point at) {
     drives.setSelected(row, true);
     drives.setCurrentRow(row);
     form_.sources.duringCommand([&] {
-        const FileOps files = ops();
-        const int chosen = Menus(files).ofDrive(std::string(drives.text(row)), at);
-        if (chosen == kDriveMenuRead && !form_.closed) form_.drives.list().Drives_ScanDrives(true);
+        showContextMenu({form_, GridId::kDrives, row, {std::string(drives.text(row))}}, at);
     });
 }
 
 void FilesControl::openListMenu(GridId id, Point at) {
     form_.sources.duringCommand([&] {
-        guarded(form_.services().diagnostics, {.routine = "ShellContextMenuFileList"},
-                [&] { listMenu(id, *form_.lists.of(id), at); });
+        guarded(form_.services().diagnostics, {.routine = "ShellContextMenuFileList"}, [&] {
+            const std::vector<std::string> paths = form_.lists.of(id)->menuPaths();
+            if (paths.empty() || paths.front().empty()) return;
+            if (hasNoMenu("ShellContextMenuFileList", paths.front())) return;
+            showContextMenu({form_, id, kNoRow, paths}, at);
+        });
     });
-}
-
-void FilesControl::listMenu(GridId id, ListView& list, Point at) {
-    const FileOps files = ops();
-    Menus menus(files);
-    const std::vector<std::string> paths = list.menuPaths();
-    if (!paths.empty() && hasNoMenu("ShellContextMenuFileList", paths.front())) return;
-    const int chosen = menus.ofList(id, paths, at);
-    if (form_.closed) return;
-    switch (chosen) {
-        case list_menu::kRecycle:
-        case list_menu::kDelete:
-            return List_DeleteFiles(files, list, chosen == list_menu::kRecycle);
-        case list_menu::kRename:
-            return list.KeyUp(kKeyF2);
-        case list_menu::kShowInFolder:
-            return menus.showInFolder(paths.front());
-        default:
-            return;
-    }
 }
 
 void FilesControl::openFile(const std::string& path) {

@@ -44,8 +44,6 @@ class FilesControl final : public FileOpsHost, public SaveDialog {
 
   private:
     bool hasNoMenu(const char* routine, const std::string& path);
-    void reportMenuCommand(int id, Row row);
-    void listMenu(GridId id, ListView& list, Point at);
 
     MainForm& form_;
 };

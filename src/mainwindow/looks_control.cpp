@@ -5,7 +5,7 @@
 
 #include "mainwindow/bar_options.h"
 #include "mainwindow/main_form.h"
-#include "mainwindow/view_options.h"
+#include "mainwindow/pane_table.h"
 
 namespace hl {
 
@@ -87,11 +87,12 @@ void LooksControl::iconTextSwitched() {
 void LooksControl::fullView(BarId bar) {
     using enum Command;
     const bool ofReport = bar == BarId::kReport;
-    for (const Command panel :
-         {kShowReport, kShowDrives, kShowFiles, kShowTop, kShowHardlinks, kShowJunctions})
+    for (const PaneRow& pane : paneRows()) {
+        const Command panel = pane.shownBy;
         // A list has its place to itself already, so only the report and the drives are hidden.
         if (ofReport ? panel != kShowReport : panel == kShowReport || panel == kShowDrives)
             form_.bars.cbrMain.setChecked(idOf(panel), false);
+    }
     panes_.Change_Info_Visibility();
 }
 

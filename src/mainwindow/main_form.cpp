@@ -2,6 +2,7 @@
 
 #include "app/language.h"
 #include "app/product.h"
+#include "mainwindow/pane_table.h"
 #include "views/cell_text.h"
 
 namespace hl {
@@ -9,11 +10,12 @@ namespace hl {
 MainForm::MainForm(const Services& services, const WindowServices& given)
     : session(services), own(given), scan(scanContext(session, run)) {
     const Texts& texts = services.texts;
-    for (std::size_t i = 0; i < kGridCount; ++i) parts.grids[i] = &session.grid(static_cast<GridId>(i));
-    parts.gridNames = {"tvwPL", "lvwDiskinfo", "lvwFiles", "lvwTOP", "lvwHardlinks", "lvwJunctions"};
-    parts.gridTitles = {texts.TL(3641, "Ordnerliste"), texts.TL(3643, "Laufwerksliste"),
-                        texts.TL(3645, "Dateiliste"),  texts.TL(3724, "Größte Dateien"),
-                        texts.TL(3740, "Hardlinks"),   texts.TL(3742, "Junctions")};
+    for (std::size_t i = 0; i < kGridCount; ++i) {
+        const PaneRow& pane = paneRows()[i];
+        parts.grids[i] = &(session.*pane.grid);
+        parts.gridNames[i] = pane.name;
+        parts.gridTitles[i] = texts.TL(pane.title.id, pane.title.german);
+    }
     parts.bars = bars.all();
     parts.barEvents = &barControl;
     parts.sourceEvents = &sources;
@@ -31,7 +33,7 @@ MainForm::MainForm(const Services& services, const WindowServices& given)
     parts.more = texts.TL(9508, "Weitere Befehle");
     parts.clear = texts.TL(9509, "Text löschen");
     parts.name = kProductName;
-    parts.language = languageOf(texts.languageId()).code;
+    parts.language = languageOf(texts.languages(), texts.languageId()).code;
     parts.folder = own.programFolder;
     parts.preview.texts = previewTexts(texts);
 }

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "base/scope_exit.h"
+#include "mainwindow/pane_table.h"
 #include "mainwindow/window_geometry.h"
 #include "robustness/trap.h"
 #include "scan/records.h"
@@ -12,9 +13,6 @@
 namespace hl {
 
 namespace {
-
-constexpr Command kPanels[] = {Command::kShowReport, Command::kShowDrives,    Command::kShowFiles,
-                               Command::kShowTop,    Command::kShowHardlinks, Command::kShowJunctions};
 
 // In twips. Bars are clipped instead of wrapped: those beside the report if it leaves less than the first,
 // cbrReport if the report is narrower than the second.
@@ -103,13 +101,15 @@ const Panes::ListPane Panes::kLists[4] = {
 
 bool PanelToggle(CommandBar& cbrMain, Command panel) {
     const auto isOn = [&](Command one) { return cbrMain.isChecked(idOf(one)); };
-    if (std::ranges::find(kPanels, panel) == std::end(kPanels)) return false;
-    if (std::ranges::none_of(kPanels, [&](Command other) { return other != panel && isOn(other); }))
+    const auto panes = paneRows();
+    if (std::ranges::find(panes, panel, &PaneRow::shownBy) == panes.end()) return false;
+    if (std::ranges::none_of(
+            panes, [&](Command other) { return other != panel && isOn(other); }, &PaneRow::shownBy))
         return false;
     cbrMain.toggle(idOf(panel));
     if (!isList(panel) || !isOn(panel)) return true;
-    for (const Command other : kPanels)
-        if (isList(other) && other != panel) cbrMain.setChecked(idOf(other), false);
+    for (const PaneRow& other : panes)
+        if (isList(other.shownBy) && other.shownBy != panel) cbrMain.setChecked(idOf(other.shownBy), false);
     return true;
 }
 

@@ -1,16 +1,13 @@
 #include "mainwindow/session.h"
 
-#include <array>
-
+#include "mainwindow/pane_table.h"
 #include "views/list_columns.h"
 #include "views/report_columns.h"
 
 namespace hl {
 
 Grid& Session::grid(GridId id) {
-    const std::array<Grid*, kGridCount> all = {&tvwPL,  &lvwDiskinfo,  &lvwFiles,
-                                               &lvwTOP, &lvwHardlinks, &lvwJunctions};
-    return *all[static_cast<std::size_t>(id)];
+    return this->*paneRows()[static_cast<std::size_t>(id)].grid;
 }
 
 void Form_Load(Session& session) {

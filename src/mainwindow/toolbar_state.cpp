@@ -10,6 +10,7 @@
 
 #include "app/ini_file.h"
 #include "base/text.h"
+#include "mainwindow/command_table.h"
 
 namespace hl {
 
@@ -21,8 +22,6 @@ constexpr std::string_view kFormatSection = "Format";
 constexpr std::string_view kFormatKey = "HarborlanternToolbars";
 constexpr std::string_view kFormat = "1";
 
-constexpr const char* kSections[kBarCount] = {"cbrMain", "cbrReport",    "cbrDrives",   "cbrFiles",
-                                              "cbrTOP",  "cbrHardlinks", "cbrJunctions"};
 constexpr std::string_view kEdges[] = {"top", "bottom", "left", "right"};
 
 using Values = std::map<std::string, std::string, std::less<>>;
@@ -92,7 +91,7 @@ bool ToolbarStore::load(Files& files, const std::string& path) {
     if (ini.find(kFormatSection, kFormatKey) != kFormat) return false;
     std::array<BarState, kBarCount> states;
     for (std::size_t i = 0; i < kBarCount; ++i) {
-        auto state = stateIn(ini.section(kSections[i]));
+        auto state = stateIn(ini.section(barRows()[i].name));
         if (!state) return false;
         states[i] = *std::move(state);
     }
@@ -103,7 +102,7 @@ bool ToolbarStore::load(Files& files, const std::string& path) {
 
 int ToolbarStore::save(Files& files, const std::string& path) const {
     IniText ini;
-    for (std::size_t i = 0; i < kBarCount; ++i) writeState(ini, kSections[i], states_[i]);
+    for (std::size_t i = 0; i < kBarCount; ++i) writeState(ini, barRows()[i].name, states_[i]);
     ini.set(kFormatSection, kFormatKey, kFormat);
     int error = 0;
     // If there is a pipe instead of the file, writing would wait for a reader.

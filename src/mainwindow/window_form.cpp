@@ -136,12 +136,6 @@ void WindowForm::formUnload() {
 
 // --- events
 
-GridEvents& WindowForm::gridEvents(GridId id) {
-    if (id == GridId::kReport) return form_.report.view();
-    if (id == GridId::kDrives) return form_.drives.list();
-    return *form_.lists.of(id);
-}
-
 void WindowForm::formResize() {
     if (form_.closed) return;
     guarded(form_.services().diagnostics, {.routine = "Form_Resize"},

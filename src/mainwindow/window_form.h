@@ -22,8 +22,6 @@ class WindowForm final : public WindowEvents {
     void takeDriveAnswers() { form_.drives.takeAnswers(); }
     /// Data and controllers, for whoever acts without mouse and keys.
     MainForm& form() { return form_; }
-    /// What a grid tells the logic. REQUIRES: formLoad was called.
-    GridEvents& gridEvents(GridId id);
 
     // --- WindowEvents
     void formLoad(const Window& window, MessagePump& pump) override;

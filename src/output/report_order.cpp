@@ -16,11 +16,6 @@ namespace hl {
 namespace {
 
 // Mode 4 has the unit of mode 5 here. Neither can be chosen.
-std::string_view unitInTitle(int sizeMode) {
-    constexpr std::array<std::string_view, 5> kUnits = {" (Bytes)", " (KB)", " (MB)", " (GB)", " (TB)"};
-    return sizeMode < static_cast<int>(kUnits.size()) ? kUnits[static_cast<std::size_t>(sizeMode)] : "";
-}
-
 }  // namespace
 
 ReportOrder orderOf(const SilentOrder& line) {
@@ -95,8 +90,8 @@ ReportTable ReportRun::table(bool forTerminal) const {
                       .decimals = decimals_};
     table.columns.resize(kReportFields);
     table.columns[kPathField] = {texts.TL(3626, "Pfad")};
-    table.columns[kSizeField] = {texts.TL(3623, "Größe").append(unitInTitle(sizeMode_)), FieldKind::kSize,
-                                 sizeWidth};
+    table.columns[kSizeField] = {texts.TL(3623, "Größe").append(sizeUnit(sizeMode_).reportTitle),
+                                 FieldKind::kSize, sizeWidth};
     table.columns[kFilesField] = {texts.TL(3624, "Dateien"), FieldKind::kCount, countWidth(kFiles)};
     table.columns[kFoldersField] = {texts.TL(3625, "Ordner"), FieldKind::kCount, countWidth(kFolders)};
     return table;

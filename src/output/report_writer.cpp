@@ -13,13 +13,13 @@ namespace {
 
 // Bytes never show decimals.
 Picture sizePicture(bool grouped, int sizeMode, int decimals) {
-    return {.grouped = grouped, .decimals = decimals == 1 && sizeMode != kModeBytes ? 2 : 0};
+    return {.grouped = grouped, .decimals = decimals == 1 && sizeUnit(sizeMode).decimals ? 2 : 0};
 }
 
 }  // namespace
 
 ReportNumber FormatFileSizeSave(int sizeMode, int decimals, const NumberFormat& format) {
-    return {divisorOf(sizeMode), sizePicture(false, sizeMode, decimals), format};
+    return {sizeUnit(sizeMode).divisor, sizePicture(false, sizeMode, decimals), format};
 }
 
 ReportWriter::ReportWriter(ReportTable table, const NumberFormat& format, Numbers numbers)
@@ -28,7 +28,7 @@ ReportWriter::ReportWriter(ReportTable table, const NumberFormat& format, Number
     for (const TableColumn& column : table_.columns) {
         const std::size_t width = aligned ? column.width : 0;
         if (column.kind == FieldKind::kSize)
-            numbers_.emplace_back(divisorOf(table_.sizeMode),
+            numbers_.emplace_back(sizeUnit(table_.sizeMode).divisor,
                                   sizePicture(aligned, table_.sizeMode, table_.decimals), format, width);
         else
             numbers_.emplace_back(1, Picture{.grouped = aligned}, format, width);

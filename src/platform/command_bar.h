@@ -7,11 +7,9 @@
 #include <string_view>
 #include <vector>
 
-namespace hl {
+#include "platform/pane_ids.h"
 
-/// The seven bars of the main window, the main one first.
-enum class BarId : std::uint8_t { kMain, kReport, kDrives, kFiles, kTop, kHardlinks, kJunctions };
-constexpr std::size_t kBarCount = 7;
+namespace hl {
 
 enum class EntryKind : std::uint8_t {
     kButton = 1,

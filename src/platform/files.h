@@ -6,6 +6,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace hl {
 
@@ -43,6 +44,8 @@ class Files {
     virtual std::unique_ptr<ReplacingFile> replace(const std::string& path, int& error) = 0;
     /// Opens the file, appends in one write, and closes it. Returns a system error code.
     virtual int append(const std::string& path, std::string_view bytes) = 0;
+    /// Returns the names of what is in a folder, in the order of their bytes; none if it cannot be read.
+    virtual std::vector<std::string> namesIn(const std::string& folder) = 0;
     virtual bool exists(const std::string& path) = 0;
     /// Locks a folder until the result is destroyed: others who use the lock do not change its files
     /// meanwhile. A lock that is not free within two seconds is ignored, and not waited for again.

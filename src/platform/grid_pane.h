@@ -7,13 +7,10 @@
 
 #include "grid/grid.h"
 #include "platform/geometry.h"
+#include "platform/pane_ids.h"
 #include "platform/print.h"
 
 namespace hl {
-
-/// The six grids, in the order in which the window is locked and fonts are stored.
-enum class GridId : std::uint8_t { kReport, kDrives, kFiles, kTop, kHardlinks, kJunctions };
-constexpr std::size_t kGridCount = 6;
 
 /// The virtual key codes that handlers know.
 enum KeyCode : int {

@@ -9,7 +9,7 @@
 
 #include "app/command.h"
 #include "app/options.h"
-#include "app/row_text.h"
+#include "base/row_text.h"
 #include "grid/grid.h"
 
 namespace hl {

@@ -48,7 +48,7 @@ std::string ColumnText::of(Row row) const {
 double ColumnText::number(Row row) const {
     const double value = grid_.number(row, cell_);
     if (column_.unit == kModeBytes) return value;
-    const double inUnit = value / static_cast<double>(divisorOf(column_.unit));
+    const double inUnit = value / static_cast<double>(sizeUnit(column_.unit).divisor);
     return column_.roundsUnit ? roundToHundredths(inUnit) : inUnit;
 }
 

@@ -24,37 +24,24 @@ constexpr bool areKept(const std::array<ListColumn, N>& columns) {
 static_assert(areKept(kFilesColumns) && areKept(kTopColumns) && areKept(kHardlinksColumns),
               "option_table.h must have the number of a list's columns but the first");
 
-/// How sizes are shown. Only modes from 0 to 3 are known.
+/// How sizes are shown.
 struct SizeStyle {
     int mode = kModeBytes;
     bool decimals = false;
 };
 
-std::string unitText(int mode, const Texts& texts) {
-    switch (mode) {
-        case kModeBytes:
-            return texts.TL(3515, "Bytes");
-        case kModeKilobytes:
-            return texts.TL(3516, "KB");
-        case kModeMegabytes:
-            return texts.TL(3517, "MB");
-        case kModeGigabytes:
-            return texts.TL(3518, "GB");
-        default:
-            return {};
-    }
-}
-
 // Sets what the unit and the decimals decide.
 void styleSizes(GridColumn& shown, const ListColumn& column, const SizeStyle& style, const Texts& texts) {
     if (column.kind == kPercent) shown.mask = style.decimals ? kPercentMaskDecimals : kPercentMask;
     if (column.kind != kSize && column.kind != kSizeWithUnit) return;
-    const bool known = style.mode >= kModeBytes && style.mode <= kModeGigabytes;
+    const SizeUnit unit = sizeUnit(style.mode);
+    const bool known = unit.caption.id != 0;  // A mode that cannot be chosen leaves the unit as it is.
     if (known) shown.unit = static_cast<SizeMode>(style.mode);
-    const bool behind = column.kind == kSizeWithUnit && known && style.mode != kModeBytes;
-    shown.mask = sizeMask(style.decimals && style.mode != kModeBytes, behind ? unitOf(style.mode) : "");
+    const bool behind = column.kind == kSizeWithUnit && known && unit.decimals;
+    shown.mask = sizeMask(style.decimals && unit.decimals, behind ? unit.name : "");
     if (column.kind == kSize)
-        shown.title = texts.TL(column.title.id, column.title.german, {unitText(style.mode, texts)});
+        shown.title =
+            texts.TL(column.title.id, column.title.german, {texts.TL(unit.title.id, unit.title.german)});
 }
 
 std::string maskOf(const ListColumn& column, const Options& options, const Texts& texts) {

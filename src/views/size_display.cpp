@@ -6,7 +6,7 @@ namespace hl {
 
 std::string orBelowLastDigit(std::string text, int mode, SizeValue value, const NumberFormat& format) {
     if (!isBelowLastDigit(mode, value, 2)) return text;
-    return belowLastDigit(2, format).append(" ").append(unitOf(mode));
+    return belowLastDigit(2, format).append(" ").append(sizeUnit(mode).name);
 }
 
 std::string List_Files_FormatSize(const Options& options, SizeValue value, bool withUnit, bool pad,

@@ -7,6 +7,7 @@
 #include "app/catalogue.h"
 #include "app/language.h"
 #include "base/text.h"
+#include "platform/linux/change/files.h"
 #include "support/whole_files.h"
 
 namespace hl {
@@ -51,10 +52,9 @@ std::multiset<std::string> placeholders(const std::string& text) {
 
 // Returns every language that has a library.
 std::vector<Language> languagesWithLibrary() {
-    constexpr int kPrimaryLanguages = 0x400;
-    std::vector<Language> all;
-    for (int id = 1; id < kPrimaryLanguages; ++id)
-        if (const Language& one = languageOf(id); one.id == id && !one.library.empty()) all.push_back(one);
+    LinuxFiles files;
+    std::vector<Language> all = findLanguages(files, {HARBORLANTERN_SOURCE_DIR "/lang"});
+    std::erase_if(all, [](const Language& one) { return one.library.empty(); });
     return all;
 }
 
@@ -129,7 +129,7 @@ TEST_P(DeliveredLibrary, NamesTheArgumentsOfTheCommandLineAlikeAndEndsNoItemOfAL
 }
 
 INSTANTIATE_TEST_SUITE_P(Languages, DeliveredLibrary, testing::ValuesIn(languagesWithLibrary()),
-                         [](const auto& one) { return std::string(one.param.code); });
+                         [](const auto& one) { return one.param.code; });
 
 }  // namespace
 }  // namespace hl

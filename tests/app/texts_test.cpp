@@ -76,6 +76,16 @@ TEST_F(TextsOf, EachLanguageComeFromItsOwnLibraryAndTheSettingsFolderFirst) {
     EXPECT_EQ(storedNow(), "29");
 }
 
+TEST_F(TextsOf, ALibraryThatTellsItsNumberIsALanguageMore) {
+    library("aaa.dll", "[1]\nen=No language\n");
+    library("pol.dll", "[Language]\nLang=21\ncode=pl\nname=Polski\n[1]\npl=Zapisz\n");
+    library("qqq.dll", "[Language]\nLang=9\ncode=qq\n[1]\nqq=A number that is taken\n");
+    EXPECT_EQ(start("pl_PL.UTF-8").TL(1, "Speichern"), "Zapisz");
+    EXPECT_EQ(storedNow(), "21");
+    ASSERT_EQ(texts->languages().size(), 7U);
+    EXPECT_EQ(texts->languages()[6].name, "Polski");
+}
+
 TEST_F(TextsOf, ABadNumberOfALanguageAreReportedAndGerman) {
     for (const char* bad : {"english", "70000"}) {
         sink.shown.clear();
@@ -163,17 +173,21 @@ TEST(TranslatorFile, IsReadFieldByField) {
 }
 
 TEST(Language, FollowsTheLocaleOfTheSystemAndIsElseEnglish) {
+    LinuxFiles files;
+    const std::vector<Language> all = findLanguages(files, {});
     const std::pair<const char*, int> cases[] = {{"de_DE.UTF-8", 7},   {"de_AT@euro", 7}, {"de", 7},
                                                  {"DE_ch", 7},         {"it_IT", 16},     {"nl_BE.UTF-8", 19},
                                                  {"ru_RU.KOI8-R", 25}, {"sv_SE", 29},     {"de-DE", 7},
                                                  {"fr_FR.UTF-8", 9},   {"C.UTF-8", 9},    {"", 9},
                                                  {"deutsch", 9},       {"_", 9},          {"\xFF", 9}};
-    for (const auto& [locale, id] : cases) EXPECT_EQ(systemLanguageId(locale), id) << locale;
+    for (const auto& [locale, id] : cases) EXPECT_EQ(systemLanguageId(all, locale), id) << locale;
 }
 
 TEST(Language, ReadsEveryOtherIdAsEnglish) {
-    for (const int id : {7, 9, 16, 19, 25, 29}) EXPECT_EQ(languageOf(id).id, id);
-    for (const int id : {0, 8, -7, 1031}) EXPECT_EQ(languageOf(id).id, kEnglish);
+    LinuxFiles files;
+    const std::vector<Language> all = findLanguages(files, {});
+    for (const int id : {7, 9, 16, 19, 25, 29}) EXPECT_EQ(languageOf(all, id).id, id);
+    for (const int id : {0, 8, -7, 1031}) EXPECT_EQ(languageOf(all, id).id, kEnglish);
 }
 
 TEST(Language, TakesTheFirstVariableThatIsNotEmpty) {

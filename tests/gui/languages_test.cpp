@@ -8,6 +8,7 @@
 #include "app/language.h"
 #include "base/text.h"
 #include "gui/window_fixture.h"
+#include "platform/linux/change/files.h"
 #include "platform/qt/bars/tool_bar.h"
 
 namespace hl {
@@ -16,11 +17,8 @@ namespace {
 using test::Session;
 
 std::vector<Language> allLanguages() {
-    constexpr int kPrimaryLanguages = 0x400;
-    std::vector<Language> all;
-    for (int id = 1; id < kPrimaryLanguages; ++id)
-        if (languageOf(id).id == id) all.push_back(languageOf(id));
-    return all;
+    LinuxFiles files;
+    return findLanguages(files, {HARBORLANTERN_SOURCE_DIR "/lang"});
 }
 
 /// Tells whether the widget is of one of these classes.

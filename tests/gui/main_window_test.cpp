@@ -74,7 +74,7 @@ TEST_F(MainWindowTest, AReportIsUnfoldedSortedAndSearched) {
     EXPECT_EQ(s.rows(), "src Dateien b a");
     s.type(Command::kReportSearchText, "AA", Qt::Key_Return);
     EXPECT_EQ(s.rows(), "src Dateien b a Dateien aa");
-    s.click(Command::kReportKilobytes);
+    s.click(Command::kReportBytes + 1);
     EXPECT_EQ(s.numbers("src").substr(0, 5), "0,45|");
 }
 

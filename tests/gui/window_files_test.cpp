@@ -66,13 +66,13 @@ TEST_F(WindowFilesTest, ARestartForAnotherLanguageKeepsSourcesBarsPanesAndPlace)
         s.start();
         s.scan(at("src"));
         s.scan(at("src2"));
-        for (const Command entry : {Command::kReportFilesColumn, Command::kReportKilobytes,
+        for (const Command entry : {Command::kReportFilesColumn, Command::kReportBytes + 1,
                                     Command::kShowDrives, Command::kShowHardlinks, Command::kIconText})
             s.click(entry);
         s.frame().setGeometry(30, 40, 700, 650);
         Session::settle();
         place = qRect(s.window().normalGeometry());
-        s.click(Command::kLanguageEnglish);
+        s.click(Command::kLanguageGerman + 1);
         EXPECT_TRUE(s.form().restartPending() && s.frame().unloaded());
     }
     const std::string bars = contentOf(toolbars());
@@ -89,6 +89,23 @@ TEST_F(WindowFilesTest, ARestartForAnotherLanguageKeepsSourcesBarsPanesAndPlace)
     EXPECT_EQ(qRect(s.window().normalGeometry()), place);
     s.frame().close();
     EXPECT_EQ(contentOf(toolbars()), bars);
+}
+
+TEST_F(WindowFilesTest, ALanguageIsInTheMenuAsSoonAsItsFileIsThere) {
+    const Command polish = commandOf(BarId::kMain, 400);
+    writeFile(home.path() + "/pol.dll",
+              "[Language]\nLang=21\ncode=pl\nname=Polski\n[3515]\nde=Bytes\npl=Bajty\n");
+    {
+        Session s(home.path());
+        s.start();
+        EXPECT_EQ(s.form().parts().bars[0]->find(idOf(polish))->caption, "Polski");
+        s.click(polish);
+        EXPECT_TRUE(s.form().restartPending());
+    }
+    Session s(home.path());
+    s.start();
+    EXPECT_EQ(s.grid().columns()[1].title, "Größe (Bajty)");
+    EXPECT_TRUE(s.form().parts().bars[0]->isChecked(idOf(polish)));
 }
 
 TEST_F(WindowFilesTest, AWindowThatWasLeftOffTheScreenComesBackOntoIt) {

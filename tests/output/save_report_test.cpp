@@ -169,7 +169,7 @@ std::string appended(const ReportNumber& number, std::int64_t value) {
 void expectSame(const ReportNumber& number, const std::function<std::string(SizeValue)>& slow) {
     std::vector<std::int64_t> values = {0, 9, 10, 999, 1000, SizeValue::kMaxBytes};
     for (const int mode : {1, 2, 3}) {
-        const std::int64_t unit = divisorOf(mode);
+        const std::int64_t unit = sizeUnit(mode).divisor;
         for (const std::int64_t base : {unit / 200, unit / 2, unit * 999, unit * 1000 - unit / 200})
             for (const std::int64_t around : {-1, 0, 1}) values.push_back(base + around);
     }
@@ -188,15 +188,16 @@ TEST(ReportNumber, AreTheTextsOfTheSlowRoutinesForEveryModeAndLocale) {
             for (const int decimals : {0, 1}) {
                 SCOPED_TRACE(locale + std::to_string(mode) + std::to_string(decimals));
                 const int places = decimals == 1 && mode != 0 ? 2 : 0;
-                expectSame(ReportNumber(divisorOf(mode), {.grouped = true, .decimals = places}, format, 12),
-                           [&](SizeValue size) {
-                               return xFormatFileSizeWithSpacer(mode, size, 12, false, decimals, format);
-                           });
-                if (divisorOf(mode) == 0) continue;
+                expectSame(
+                    ReportNumber(sizeUnit(mode).divisor, {.grouped = true, .decimals = places}, format, 12),
+                    [&](SizeValue size) {
+                        return xFormatFileSizeWithSpacer(mode, size, 12, false, decimals, format);
+                    });
+                if (sizeUnit(mode).divisor == 0) continue;
                 // CSV has the quotients without separators of thousands.
                 expectSame(FormatFileSizeSave(mode, decimals, format), [&](SizeValue size) {
-                    return formatQuotient(size, divisorOf(mode), {.grouped = false, .decimals = places},
-                                          format);
+                    return formatQuotient(size, sizeUnit(mode).divisor,
+                                          {.grouped = false, .decimals = places}, format);
                 });
             }
         }

@@ -33,6 +33,7 @@ class MemoryFiles : public Files {
         content[path] += bytes;
         return 0;
     }
+    std::vector<std::string> namesIn(const std::string&) override { return {}; }
     bool exists(const std::string& path) override { return content.contains(path); }
     std::shared_ptr<void> lockFolderOf(const std::string&) override { return nullptr; }
 

@@ -5,8 +5,10 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <chrono>
+#include <filesystem>
 #include <thread>
 
 #include "platform/linux/change/patient_file.h"
@@ -62,6 +64,15 @@ int LinuxFiles::append(const std::string& path, std::string_view bytes) {
 std::optional<std::string> LinuxFiles::beginning(const std::string& path, std::size_t count) {
     return ask<std::optional<std::string>>(
         patience_, path, std::nullopt, [path, count] { return beginningOf(path, count); }, LastName::kItself);
+}
+
+std::vector<std::string> LinuxFiles::namesIn(const std::string& folder) {
+    std::vector<std::string> names;
+    std::error_code error;
+    for (std::filesystem::directory_iterator at(folder, error), end; !error && at != end; at.increment(error))
+        names.push_back(at->path().filename().string());
+    std::ranges::sort(names);
+    return names;
 }
 
 bool LinuxFiles::exists(const std::string& path) {

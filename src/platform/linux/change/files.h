@@ -33,6 +33,7 @@ class LinuxFiles : public Files {
     std::optional<std::string> beginning(const std::string& path, std::size_t count) override;
     std::unique_ptr<ReplacingFile> replace(const std::string& path, int& error) override;
     int append(const std::string& path, std::string_view bytes) override;
+    std::vector<std::string> namesIn(const std::string& folder) override;
     bool exists(const std::string& path) override;
     /// Locks a hidden file in the folder, which stays. Returns null if the lock cannot be had; after waiting
     /// for one in vain, it does not wait again until it got one. Must not be nested for one folder, because

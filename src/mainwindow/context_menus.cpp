@@ -1,0 +1,106 @@
+#include "mainwindow/context_menus.h"
+
+#include <span>
+
+#include "base/row_text.h"
+#include "fileops/deleting.h"
+#include "fileops/menus.h"
+#include "mainwindow/main_form.h"
+#include "scan/driver.h"
+#include "scan/rollup.h"
+
+namespace hl {
+
+namespace {
+
+struct OwnEntry {
+    int group;  ///< A separator stands where another group begins.
+    RowText caption;
+    bool (*shows)(const MenuTarget& on);
+    void (*run)(const MenuTarget& on);
+};
+
+bool always(const MenuTarget& /*on*/) {
+    return true;
+}
+bool isSource(const MenuTarget& on) {
+    return on.form.scan.tvwPL.level(on.row) == 0;
+}
+bool isNoSource(const MenuTarget& on) {
+    return !isSource(on);
+}
+bool hasFiles(const MenuTarget& on) {
+    return on.grid != GridId::kJunctions;
+}
+bool isOneFile(const MenuTarget& on) {
+    return hasFiles(on) && on.paths.size() == 1;
+}
+
+void remove(const MenuTarget& on, bool recycle) {
+    const FileOps ops = on.form.files.ops();
+    if (on.grid == GridId::kReport) return DeleteFolders(ops, {on.row}, recycle);
+    List_DeleteFiles(ops, *on.form.lists.of(on.grid), recycle);
+}
+void recycle(const MenuTarget& on) {
+    remove(on, true);
+}
+void deleteForGood(const MenuTarget& on) {
+    remove(on, false);
+}
+void showInFolder(const MenuTarget& on) {
+    const FileOps ops = on.form.files.ops();
+    Menus(ops).showInFolder(on.paths.front());
+}
+void unfold(const MenuTarget& on, bool unfolds) {
+    on.form.report.view().Report_ExpandSubFolders(unfolds);
+}
+
+// clang-format off
+constexpr OwnEntry kReportMenu[] = {
+    {1, TL(9573, "Ordner in den Papierkorb verschieben"), isNoSource, recycle},
+    {1, TL(9574, "Ordner löschen"), isNoSource, deleteForGood},
+    {2, TL(9575, "Ordner umbenennen"), isNoSource, [](const MenuTarget& on) { on.form.report.view().KeyUp(kKeyF2); }},
+    {3, TL(9576, "Alle Unterordner zuklappen"), always, [](const MenuTarget& on) { unfold(on, false); }},
+    {3, TL(9577, "Alle Unterordner aufklappen"), always, [](const MenuTarget& on) { unfold(on, true); }},
+    {4, TL(9578, "Quelle entfernen"), isSource, [](const MenuTarget& on) { Report_RemoveFolders(on.form.scan); }},
+    {4, TL(9579, "Ordner neu einlesen"), always, [](const MenuTarget& on) { Report_Rescan(on.form.scan); }},
+};
+
+constexpr OwnEntry kDriveMenu[] = {
+    {1, TL(9584, "Laufwerk einlesen"), always, [](const MenuTarget& on) { on.form.drives.list().Drives_ScanDrives(true); }},
+};
+
+constexpr OwnEntry kListMenu[] = {
+    {1, TL(9580, "Datei(en) in den Papierkorb verschieben"), hasFiles, recycle},
+    {1, TL(9581, "Datei(en) löschen"), hasFiles, deleteForGood},
+    {2, TL(9582, "Datei umbenennen"), isOneFile, [](const MenuTarget& on) { on.form.lists.of(on.grid)->KeyUp(kKeyF2); }},
+    {3, TL(9583, "Dateipfad öffnen"), isOneFile, showInFolder},
+};
+// clang-format on
+
+std::span<const OwnEntry> ownEntriesOf(GridId grid) {
+    if (grid == GridId::kReport) return kReportMenu;
+    if (grid == GridId::kDrives) return kDriveMenu;
+    return kListMenu;
+}
+
+}  // namespace
+
+void showContextMenu(const MenuTarget& on, Point at) {
+    const std::span<const OwnEntry> table = ownEntriesOf(on.grid);
+    std::vector<MenuEntry> own;
+    int group = 0;
+    for (std::size_t i = 0; i < table.size(); ++i) {
+        const OwnEntry& entry = table[i];
+        if (!entry.shows(on)) continue;
+        if (entry.group != group) own.push_back({});
+        group = entry.group;
+        own.push_back({Menus::kFirstOwn + static_cast<int>(i),
+                       on.form.services().texts.TL(entry.caption.id, entry.caption.german)});
+    }
+    const FileOps ops = on.form.files.ops();
+    const int chosen = Menus(ops).show(on.paths, std::move(own), at);
+    if (chosen != 0 && !on.form.closed) table[static_cast<std::size_t>(chosen - Menus::kFirstOwn)].run(on);
+}
+
+}  // namespace hl
