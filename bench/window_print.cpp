@@ -72,8 +72,7 @@ int run(bool preview, std::size_t rows, const std::string& path) {
     options.ColPercentVisible = options.ColFileVisible = options.ColFolderVisible = 1;
     Init_Tree(report, options, services.texts);
     fill(report, rows);
-    PrintJob job =
-        printedGrid({services.texts, services.files, services.facts}, "Report", report, services.numbers, {});
+    PrintJob job = printedGrid(services, "Report", report, {});
     job.tree = true;
     IconStore icons(parts.modules);
     const IconSource icon = [&icons](int picture) { return icons.icon(picture); };

@@ -20,13 +20,13 @@ FileRun::FileRun(const FileOps& ops, std::string status)
     : ops_(ops), status_(std::move(status)), stopped_(ops.host.closed()) {
     ops_.scan.state.CancelState = kCancelNone;
     DisableControls(ops_.scan, false);
-    ops_.scan.host.setBusyPointer(true);
+    ops_.scan.controls.setBusyPointer(true);
 }
 
 FileRun::~FileRun() {
     ops_.scan.state.CancelState = kCancelNone;
     EnableControls(ops_.scan);
-    ops_.scan.host.setBusyPointer(false);
+    ops_.scan.controls.setBusyPointer(false);
     if (lastStatus_ != 0) ops_.host.setFirstPanel(ops_.scan.texts.TL(3525, "OK."));
 }
 

@@ -19,8 +19,10 @@ class FileOpsHost {
     virtual void setFirstPanel(const std::string& text) = 0;
     /// Makes the preview show the file that is selected now.
     virtual void Preview_ShowFile() = 0;
-    /// Removes the rows for whose path `went` returns true from all lists.
-    virtual void removeFromLists(const std::function<bool(const std::string& path)>& went) = 0;
+    /// Takes the rows for whose path `went` returns true out of all lists, and shows the report's new sizes.
+    virtual void filesWent(const std::function<bool(const std::string& path)>& went) = 0;
+    /// Another folder became the current one. `row` is kNoRow and `folder` empty if there is none.
+    virtual void folderShown(Row row, const std::string& folder) = 0;
     /// Tells that the window was closed while something waited for an answer: nothing may begin any more.
     virtual bool closed() = 0;
 };

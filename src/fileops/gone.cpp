@@ -94,12 +94,9 @@ void Gone::readTrash(ReportChanges& changes) const {
 // --- lists, panels and preview
 
 void Gone::show() {
-    ScanContext& scan = ops_.scan;
     if (nothing() || ops_.host.closed()) return;
     if (!recycled_) takeNames();
-    ops_.host.removeFromLists([this](const std::string& path) { return went(path); });
-    showTopTitle(scan);
-    scan.host.reportResizeColumns();
+    ops_.host.filesWent([this](const std::string& path) { return went(path); });
     followReport();
     if (!ops_.host.closed()) ops_.host.Preview_ShowFile();
 }
@@ -134,15 +131,9 @@ void Gone::followReport() {
         if (report.selectedCount() == 0) report.setSelected(row, true);
     }
     if (!moved && (listed.empty() || !went(listed.substr(0, listed.size() - 1)))) return;
-    if (row == kNoRow) {
-        ops_.host.setFirstPanel("");
-        return scan.host.showFilesOf("");
-    }
+    if (row == kNoRow) return ops_.host.folderShown(kNoRow, "");
     if (report.number(row, kIsFolder) != 1) row = report.parent(row);
-    const std::string folder = Report_GetFullpathOfNode(report, row, true, scan.paths);
-    ops_.host.setFirstPanel(folder);
-    scan.host.selectDriveOf(row);
-    scan.host.showFilesOf(folder);
+    ops_.host.folderShown(row, Report_GetFullpathOfNode(report, row, true, scan.paths));
 }
 
 /// Returns the row of the folder, or of the nearest folder above it that has one, or else the first row.

@@ -72,8 +72,7 @@ void showPanel(MainForm& form, const CommandRow& row) {
 void showOptions(MainForm& form, const CommandRow& /*row*/) {
     Session& session = form.session;
     const Services& services = session.services;
-    OptionsForm frmOptionen({services.settings, services.texts, services.log, services.facts,
-                             services.diagnostics, form.own.verb, form.own.executable});
+    OptionsForm frmOptionen(services, form.own.verb, form.own.executable);
     Form dialog = frmOptionen.form();
     form.window->dialogs.showForm(dialog);
     OptionenLadenMain(session.options, services.settings, services.diagnostics, true);

@@ -7,21 +7,14 @@ namespace hl {
 
 void DrivesControl::makeList() {
     Session& session = form_.session;
-    const Services& services = session.services;
-    Init_List(session.lvwDiskinfo, kDrivesTable, session.options, services.texts);
-    list_ = std::make_unique<DriveList>(
-        DriveListServices{session.lvwDiskinfo, session.tvwPL, form_.own.drives, *form_.window, *this,
-                          session.state, services.settings, session.options, services.texts, services.facts,
-                          services.diagnostics, services.paths, services.numbers});
+    Init_List(session.lvwDiskinfo, kDrivesTable, session.options, session.services.texts);
+    list_ = std::make_unique<DriveList>(form_.scan, session.lvwDiskinfo, form_.own.drives, *form_.window,
+                                        static_cast<DriveListHost&>(*this));
     form_.window->grid(GridId::kDrives).setEvents(list_.get());
 }
 
 void DrivesControl::takeAnswers() {
     if (list_) list_->takeAnswers();
-}
-
-void DrivesControl::setBusyPointer(bool busy) {
-    form_.run.setBusyPointer(busy);
 }
 
 void DrivesControl::Drives_ResizeTableHeight() {

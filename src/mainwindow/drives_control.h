@@ -24,7 +24,6 @@ class DrivesControl final : public DriveListHost {
     void takeAnswers();
 
     // --- DriveListHost
-    void setBusyPointer(bool busy) override;
     void Drives_ResizeTableHeight() override;
     void readSources(const std::vector<std::string>& sources) override;
     void openDriveMenu(Row row, Point at) override;

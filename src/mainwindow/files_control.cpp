@@ -25,10 +25,6 @@ FileOps FilesControl::ops() {
     return {form_.scan, form_.own.operations, *form_.window, *this};
 }
 
-PrintSources FilesControl::printSources() {
-    return {form_.services().texts, form_.services().files, form_.services().facts};
-}
-
 // --- menus
 
 // Returns true, and shows the user why, if the path is gone or does not answer. Also true if the window was
@@ -109,8 +105,16 @@ void FilesControl::Preview_ShowFile() {
     form_.preview.Preview_ShowFile(false);
 }
 
-void FilesControl::removeFromLists(const std::function<bool(const std::string& path)>& went) {
+void FilesControl::filesWent(const std::function<bool(const std::string& path)>& went) {
     for (const GridId id : kListGrids) form_.lists.of(id)->removeRows(went);
+    form_.lists.showTopTitle();
+    form_.report.rowsArrived();
+}
+
+void FilesControl::folderShown(Row row, const std::string& folder) {
+    form_.status.setFirst(folder);
+    if (row != kNoRow) form_.drives.list().Drives_SelectDrive(row);
+    form_.lists.showFilesOf(folder);
 }
 
 bool FilesControl::closed() {

@@ -7,7 +7,6 @@
 
 #include "fileops/file_run.h"
 #include "output/format_choice.h"
-#include "output/print_job.h"
 
 namespace hl {
 
@@ -20,7 +19,6 @@ class FilesControl final : public FileOpsHost, public SaveDialog {
 
     /// What the commands of fileops/ work with. REQUIRES: the window exists.
     FileOps ops();
-    PrintSources printSources();
 
     // --- menus; sources that are handed over while one is open are read afterwards
     /// `path` ends in a separator.
@@ -39,7 +37,8 @@ class FilesControl final : public FileOpsHost, public SaveDialog {
     // --- FileOpsHost
     void setFirstPanel(const std::string& text) override;
     void Preview_ShowFile() override;
-    void removeFromLists(const std::function<bool(const std::string& path)>& went) override;
+    void filesWent(const std::function<bool(const std::string& path)>& went) override;
+    void folderShown(Row row, const std::string& folder) override;
     bool closed() override;
 
   private:

@@ -1,9 +1,10 @@
-// The views; what a run asks; commands; what the lists ask.
+// The views; what is shown of a run; commands; what the lists ask.
 #include "mainwindow/lists_control.h"
 
 #include "mainwindow/main_form.h"
 #include "output/print_files.h"
 #include "output/save_files.h"
+#include "scan/list_handover.h"
 #include "views/file_list.h"
 #include "views/list_columns.h"
 
@@ -17,6 +18,7 @@ void ListsControl::makeLists() {
     Init_List(session.lvwFiles, kFilesTable, session.options, services.texts);
     pictures_ = std::make_unique<FilePictures>(form_.window->fileTypes);
     typeNames_ = std::make_unique<TypeNames>(form_.window->fileTypes, services.files);
+    form_.scan.types = typeNames_.get();
     const ListParts parts{form_.scan, session.options, *form_.window, *this, *pictures_, columnDragGuard_};
     lists_.reset(new ListViews{{parts, session.lvwFiles, form_.bars.cbrFiles},
                                {parts, session.lvwTOP, form_.bars.cbrTOP},
@@ -51,19 +53,17 @@ std::string ListsControl::iconName(int picture) const {
     return pictures_ ? pictures_->iconName(picture) : std::string();
 }
 
-// --- what a run asks
-
-void ListsControl::typesBegin() {
-    typeNames_->restart();
-}
-
-std::string ListsControl::typeName(const std::string& path) {
-    return typeNames_->of(path);
-}
+// --- what is shown of a run
 
 void ListsControl::filled() {
     for (const GridId id : {GridId::kTop, GridId::kHardlinks, GridId::kJunctions})
         lists_->of(id)->rowsChanged();
+    showTopTitle();
+}
+
+void ListsControl::showTopTitle() {
+    const std::string title = topTitle(form_.scan);
+    if (!title.empty()) form_.bars.cbrTOP.setCaption(idOf(Command::kTopTitle), title);
 }
 
 void ListsControl::showFilesOf(const std::string& folder) {
@@ -74,16 +74,13 @@ void ListsControl::showFilesOf(const std::string& folder) {
 
 void ListsControl::save(ListView& list) {
     if (form_.run.tellIncomplete()) return;
-    const Services& services = form_.services();
-    Save_Files({list.grid(), services.texts, services.numbers, services.settings, services.files,
-                services.diagnostics, services.paths, form_.files},
-               *form_.window);
+    Save_Files(form_.services(), list.grid(), form_.files, *form_.window);
 }
 
 void ListsControl::print(GridId id) {
     if (form_.session.state.ScanActive) return;  // The scan would wait for the preview.
-    Print_Files(form_.files.printSources(), form_.parts.gridTitles[static_cast<std::size_t>(id)],
-                form_.session.grid(id), id, form_.services().numbers, *form_.window);
+    Print_Files(form_.services(), form_.parts.gridTitles[static_cast<std::size_t>(id)],
+                form_.session.grid(id), id, *form_.window);
 }
 
 // --- ListHost

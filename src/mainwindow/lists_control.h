@@ -29,11 +29,11 @@ class ListsControl final : public ListHost {
     /// Returns the theme's icon name for a picture of a file; empty for none.
     std::string iconName(int picture) const;
 
-    // --- what a run asks
-    void typesBegin();
-    std::string typeName(const std::string& path);
+    // --- what is shown of a run
     /// The three lists that a scan fills have other rows.
     void filled();
+    void showTopTitle();
+    /// Lists the files of a folder; an empty path empties the list.
     void showFilesOf(const std::string& folder);
 
     /// True if the next click on a title of a list or of the report only ends the dragging of a column

@@ -23,7 +23,8 @@ std::string_view defaultDateFormat() {
 
 }  // namespace
 
-OptionsForm::OptionsForm(const OptionsServices& services) : services_(services) {
+OptionsForm::OptionsForm(const Services& services, FolderVerb& verb, const std::string& executable)
+    : services_(services), verb_(verb), executable_(executable) {
     guarded(services_.diagnostics, {.routine = "Form_Load", .module = kModule}, [&] {
         const Texts& texts = services_.texts;
         caption = texts.TL(3597, "Optionen");
@@ -80,9 +81,8 @@ void OptionsForm::OptionenSpeichern() {
 }
 
 void OptionsForm::ApplyExplorerVerb(bool offered) {
-    FolderVerb& verb = services_.verb;
     const FolderVerbFailure failure =
-        offered ? verb.offer({std::string(kProductName), services_.executable}) : verb.withdraw();
+        offered ? verb_.offer({std::string(kProductName), executable_}) : verb_.withdraw();
     if (failure.error == 0) return;
     services_.log.LogDebug("ApplyExplorerVerb: ",
                            {ApiErrorText(true, failure.error, services_.facts), failure.path});

@@ -6,31 +6,16 @@
 
 #include <string>
 
-#include "app/log.h"
-#include "app/settings.h"
-#include "app/texts.h"
+#include "app/services.h"
 #include "platform/folder_verb.h"
 #include "platform/form.h"
-#include "platform/system_facts.h"
-#include "robustness/debug.h"
 
 namespace hl {
-
-/// What the form uses; everything outlives it.
-struct OptionsServices {
-    SettingsStore& settings;
-    const Texts& texts;
-    Log& log;
-    SystemFacts& facts;
-    Diagnostics& diagnostics;
-    FolderVerb& verb;
-    std::string executable;  ///< The executable's full path.
-};
 
 class OptionsForm {
   public:
     /// Makes the form with translated texts and the values of the file.
-    explicit OptionsForm(const OptionsServices& services);
+    OptionsForm(const Services& services, FolderVerb& verb, const std::string& executable);
     OptionsForm(const OptionsForm&) = delete;
     OptionsForm& operator=(const OptionsForm&) = delete;
 
@@ -59,7 +44,9 @@ class OptionsForm {
     /// Adds the desktop's entry for folders, or removes it. A failure goes to the debug log only.
     void ApplyExplorerVerb(bool offered);
 
-    OptionsServices services_;
+    const Services& services_;
+    FolderVerb& verb_;
+    std::string executable_;
     bool activated_ = false;
     bool changed_ = false;
 };

@@ -44,19 +44,15 @@ void ReportControl::rowsArrived() {
 // --- saving and printing
 
 void ReportControl::save() {
-    Session& session = form_.session;
-    if (session.tvwPL.rowCount() == 0 || form_.run.tellIncomplete()) return;
-    SaveForm frmSave(reportSources(session), session.services.files, form_.files);
+    if (form_.session.tvwPL.rowCount() == 0 || form_.run.tellIncomplete()) return;
+    SaveForm frmSave(form_.scan, form_.files);
     Form form = frmSave.form();
     form_.window->dialogs.showForm(form);
 }
 
 void ReportControl::print() {
-    Session& session = form_.session;
-    if (session.tvwPL.rowCount() == 0) return;
-    const Services& services = session.services;
-    PrintForm frmPrint({session.tvwPL, session.options, form_.files.printSources(), services.numbers,
-                        services.diagnostics, session.state, services.pump, *form_.window});
+    if (form_.session.tvwPL.rowCount() == 0) return;
+    PrintForm frmPrint(form_.scan, *form_.window);
     Form form = frmPrint.form();
     form_.window->dialogs.showForm(form);
 }
@@ -69,6 +65,18 @@ void ReportControl::setReportWidth(int pixels) {
 
 void ReportControl::setFirstPanel(const std::string& text) {
     form_.status.setFirst(text);
+}
+
+void ReportControl::selectDriveOf(Row row) {
+    form_.drives.list().Drives_SelectDrive(row);
+}
+
+void ReportControl::showFilesOf(const std::string& folder) {
+    form_.lists.showFilesOf(folder);
+}
+
+void ReportControl::refreshPreview() {
+    form_.preview.Preview_ShowFile(true);
 }
 
 void ReportControl::Preview_Reset_View() {

@@ -34,6 +34,9 @@ class ReportControl final : public ReportHost {
     // --- ReportHost
     void setReportWidth(int pixels) override;
     void setFirstPanel(const std::string& text) override;
+    void selectDriveOf(Row row) override;
+    void showFilesOf(const std::string& folder) override;
+    void refreshPreview() override;
     void Preview_Reset_View() override;
     void openRowsMenu(Point at) override;
     void nameEdited(GridId grid, Row row, const std::string& name) override;

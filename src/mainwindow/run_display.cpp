@@ -1,4 +1,4 @@
-// The frame of a run; during the walk; what the views are asked.
+// The lock of the window; a run; a source; the walk; what is missing.
 #include "mainwindow/run_display.h"
 
 #include <bit>
@@ -20,7 +20,7 @@ constexpr BarId kLockedBars[] = {BarId::kMain,  BarId::kReport,    BarId::kDrive
 
 }  // namespace
 
-// --- the frame of a run
+// --- the lock of the window
 
 void RunDisplay::setBusyPointer(bool busy) {
     form_.window->frame.setBusyPointer(busy);
@@ -46,8 +46,10 @@ void RunDisplay::unlockControls() {
     form_.bars.cbrMain.setEnabled(kStop, false);
 }
 
+// --- a run
+
 // Rows come by the thousand now: the window hears of them when a folder of the first level is done.
-void RunDisplay::statusOfRun() {
+void RunDisplay::runBegan() {
     for (Grid* each : {&form_.session.tvwPL, &form_.session.lvwTOP, &form_.session.lvwHardlinks,
                        &form_.session.lvwJunctions})
         each->setRedraw(false);
@@ -56,9 +58,27 @@ void RunDisplay::statusOfRun() {
     form_.status.beginRun();
 }
 
-void RunDisplay::statusAfterRun(const std::string& text) {
+void RunDisplay::runEnded(bool whole) {
+    if (whole) {
+        form_.report.rowsArrived();
+        form_.lists.filled();
+        if (ListView* list = form_.lists.shown()) list->ShowFileStat();
+    }
+    const std::string text = whole ? form_.services().texts.TL(3525, "OK.") : std::string();
     form_.status.endRun(missing_.empty() ? text : std::exchange(missing_, {}));
 }
+
+void RunDisplay::selectionGone() {
+    form_.lists.showFilesOf("");
+    form_.preview.Preview_ShowFile(true);
+    form_.status.setFirst("");
+}
+
+void RunDisplay::folderShown(const std::string& folder) {
+    form_.lists.showFilesOf(folder);
+}
+
+// --- a source
 
 void RunDisplay::sourceMissing(const std::string& source, const std::string& reason) {
     const Texts& texts = form_.services().texts;
@@ -67,7 +87,25 @@ void RunDisplay::sourceMissing(const std::string& source, const std::string& rea
                                : texts.TL(9022, "Nicht gelesen: %1: %2", {source, reason});
 }
 
-void RunDisplay::scanNotice(const std::string& text) {
+void RunDisplay::sourceBegan() {
+    form_.sources.changed();
+}
+
+void RunDisplay::listsFilled() {
+    form_.lists.filled();
+}
+
+void RunDisplay::sourceDone(Row row) {
+    form_.drives.list().Drives_SelectDrive(row);
+}
+
+void RunDisplay::sourceChanged(Row row) {
+    form_.drives.list().Drives_RefreshDrive(row);
+}
+
+// --- the walk
+
+void RunDisplay::diskSilent(const std::string& text) {
     lastStatusTick_ = form_.services().pump.GetTickCount();
     form_.status.setFirst(text);
 }
@@ -89,6 +127,8 @@ void RunDisplay::firstLevelFolderDone() {
     form_.report.fitPane();
 }
 
+// --- what is missing
+
 // Tells the user, and returns true, if an error of the program may have left rows out: such a report must not
 // replace an older one.
 bool RunDisplay::tellIncomplete() {
@@ -100,56 +140,6 @@ bool RunDisplay::tellIncomplete() {
                                   "fehlt, ist nicht bekannt, darum wird nichts gespeichert. "
                                   "Leeren Sie den Bericht und lesen Sie neu ein."));
     return true;
-}
-
-// --- what the views are asked
-
-void RunDisplay::sourceChosen() {
-    form_.sources.changed();
-}
-
-void RunDisplay::typesBegin() {
-    form_.lists.typesBegin();
-}
-
-std::string RunDisplay::typeName(const std::string& path) {
-    return form_.lists.typeName(path);
-}
-
-void RunDisplay::topListTitle(const std::string& title) {
-    form_.bars.cbrTOP.setCaption(idOf(Command::kTopTitle), title);
-}
-
-void RunDisplay::listsFilled() {
-    form_.lists.filled();
-}
-
-void RunDisplay::reportResizeColumns() {
-    form_.report.rowsArrived();
-}
-
-void RunDisplay::selectDriveOf(Row row) {
-    form_.drives.list().Drives_SelectDrive(row);
-}
-
-void RunDisplay::refreshDriveOf(Row row) {
-    form_.drives.list().Drives_RefreshDrive(row);
-}
-
-void RunDisplay::showFilesOf(const std::string& folder) {
-    form_.lists.showFilesOf(folder);
-}
-
-void RunDisplay::showFileStat() {
-    if (ListView* list = form_.lists.shown()) list->ShowFileStat();
-}
-
-void RunDisplay::refreshPreview() {
-    form_.preview.Preview_ShowFile(true);
-}
-
-void RunDisplay::clearStatus() {
-    form_.status.setFirst("");
 }
 
 }  // namespace hl

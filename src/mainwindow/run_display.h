@@ -5,13 +5,14 @@
 #include <cstdint>
 #include <string>
 
+#include "scan/controls.h"
 #include "scan/scan_host.h"
 
 namespace hl {
 
 struct MainForm;
 
-class RunDisplay final : public ScanHost {
+class RunDisplay final : public ScanHost, public Controls {
   public:
     explicit RunDisplay(MainForm& form) : form_(form) {}
 
@@ -19,28 +20,23 @@ class RunDisplay final : public ScanHost {
     bool tellIncomplete();
 
     // --- ScanHost
+    void runBegan() override;
+    void runEnded(bool whole) override;
+    void selectionGone() override;
+    void folderShown(const std::string& folder) override;
+    void sourceMissing(const std::string& source, const std::string& reason) override;
+    void sourceBegan() override;
+    void listsFilled() override;
+    void sourceDone(Row row) override;
+    void sourceChanged(Row row) override;
+    void folderEntered(std::string_view path) override;
+    void firstLevelFolderDone() override;
+    void diskSilent(const std::string& text) override;
+
+    // --- Controls
     void setBusyPointer(bool busy) override;
     void lockControls(bool noStop) override;
     void unlockControls() override;
-    void statusOfRun() override;
-    void statusAfterRun(const std::string& text) override;
-    void folderEntered(std::string_view path) override;
-    void firstLevelFolderDone() override;
-    void sourceChosen() override;
-    void sourceMissing(const std::string& source, const std::string& reason) override;
-    void scanNotice(const std::string& text) override;
-    void notRead(std::string_view, const std::string&) override {}
-    void typesBegin() override;
-    std::string typeName(const std::string& path) override;
-    void topListTitle(const std::string& title) override;
-    void listsFilled() override;
-    void reportResizeColumns() override;
-    void selectDriveOf(Row row) override;
-    void refreshDriveOf(Row row) override;
-    void showFilesOf(const std::string& folder) override;
-    void showFileStat() override;
-    void refreshPreview() override;
-    void clearStatus() override;
 
   private:
     MainForm& form_;

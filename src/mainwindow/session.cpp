@@ -21,19 +21,17 @@ void Form_Load(Session& session) {
     Init_List(session.lvwJunctions, kJunctionsTable, session.options, services.texts);
 }
 
-ScanContext scanContext(Session& session, ScanHost& host) {
-    const Services& services = session.services;
-    return {
-        session.state,        session.options,      session.cboOrdner,   session.tvwPL,        session.lvwTOP,
-        session.lvwHardlinks, session.lvwJunctions, services.fileSystem, services.pump,        host,
-        services.texts,       services.log,         services.facts,      services.diagnostics, services.paths,
-        services.numbers,     services.bases};
-}
-
-ReportSources reportSources(Session& session) {
-    const Services& services = session.services;
-    return {session.tvwPL,        session.options, services.texts, services.numbers,
-            services.diagnostics, session.state,   services.pump,  services.paths};
+ScanContext scanContext(Session& session, ScanHost& host, Controls& controls) {
+    return {session.services,
+            session.state,
+            session.options,
+            session.cboOrdner,
+            session.tvwPL,
+            session.lvwTOP,
+            session.lvwHardlinks,
+            session.lvwJunctions,
+            host,
+            controls};
 }
 
 }  // namespace hl

@@ -2,43 +2,16 @@
 // its sources and its grids. For the thread of the logic only.
 #pragma once
 
-#include "app/log.h"
 #include "app/options.h"
-#include "app/settings.h"
-#include "app/texts.h"
-#include "base/absolute_path.h"
-#include "base/number_format.h"
-#include "base/path.h"
+#include "app/services.h"
 #include "grid/grid.h"
-#include "output/report_order.h"
-#include "platform/console.h"
-#include "platform/files.h"
-#include "platform/folder_reader.h"
 #include "platform/grid_pane.h"
-#include "platform/message_pump.h"
-#include "platform/system_facts.h"
 #include "scan/file_columns.h"
 #include "scan/records.h"
 #include "scan/scan_context.h"
 #include "views/drive_list.h"
 
 namespace hl {
-
-/// What main gives a run; all of it outlives the run.
-struct Services {
-    SettingsStore& settings;
-    const Texts& texts;
-    Log& log;
-    Files& files;
-    FileSystem& fileSystem;
-    MessagePump& pump;
-    Console& console;
-    SystemFacts& facts;
-    Diagnostics& diagnostics;
-    const PathRules& paths;
-    const NumberFormat& numbers;
-    PathBases bases = {};  ///< What a typed source is relative to.
-};
 
 struct Session {
     explicit Session(const Services& given) : services(given) {}
@@ -62,9 +35,7 @@ struct Session {
 /// Reads the options and gives the report and the three lists of a scan their columns.
 void Form_Load(Session& session);
 
-/// Puts together what a scan works with. `session` and `host` must outlive the context.
-ScanContext scanContext(Session& session, ScanHost& host);
-/// Puts together what a report is written from. `session` must outlive it.
-ReportSources reportSources(Session& session);
+/// Puts together what a scan works with. The arguments must outlive the context.
+ScanContext scanContext(Session& session, ScanHost& host, Controls& controls);
 
 }  // namespace hl

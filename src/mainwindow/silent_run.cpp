@@ -12,7 +12,8 @@ namespace {
 constexpr std::uint64_t kProgressInterval = 200;  // Milliseconds between two changes of the progress line.
 }
 
-SilentRun::SilentRun(const Services& services) : session_(services), scan_(scanContext(session_, *this)) {
+SilentRun::SilentRun(const Services& services)
+    : session_(services), scan_(scanContext(session_, *this, *this)) {
     session_.state.SilentRun = true;
 }
 
@@ -39,7 +40,7 @@ bool SilentRun::writeReport(const ReportOrder& order, ReplacingFile& target) {
     const Texts& texts = services().texts;
     if (session_.tvwPL.rowCount() == 0)
         return reportNotWritten(order.path, texts.TL(9610, "es wurde nichts eingelesen"));
-    const ReportOutcome outcome = SPEICHERN(reportSources(session_), order, target);
+    const ReportOutcome outcome = SPEICHERN(scan_, order, target);
     if (outcome.written) return true;
     // The reader of a pipe may leave when it has read enough; that is no failure to report.
     if (outcome.error == EPIPE) return false;
@@ -69,7 +70,7 @@ void SilentRun::unlockControls() {
         grid->setEnabled(true);
 }
 
-void SilentRun::statusAfterRun(const std::string&) {
+void SilentRun::runEnded(bool) {
     services().console.progress("");
 }
 
@@ -88,7 +89,7 @@ void SilentRun::sourceMissing(const std::string& source, const std::string& reas
     somethingFailed_ = true;
 }
 
-void SilentRun::scanNotice(const std::string& text) {
+void SilentRun::diskSilent(const std::string& text) {
     services().console.errorLine(text);
 }
 

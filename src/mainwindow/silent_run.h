@@ -11,7 +11,7 @@
 
 namespace hl {
 
-class SilentRun final : public ScanHost {
+class SilentRun final : public ScanHost, public Controls {
   public:
     explicit SilentRun(const Services& services);
 
@@ -27,26 +27,16 @@ class SilentRun final : public ScanHost {
     ScanContext& scan() { return scan_; }
 
     // ScanHost
+    void runEnded(bool whole) override;
+    void folderEntered(std::string_view path) override;
+    void sourceMissing(const std::string& source, const std::string& reason) override;
+    void diskSilent(const std::string& text) override;
+    void notRead(std::string_view path, const std::string& reason) override;
+
+    // Controls
     void setBusyPointer(bool) override {}
     void lockControls(bool noStop) override;
     void unlockControls() override;
-    void statusOfRun() override {}
-    void statusAfterRun(const std::string& text) override;
-    void folderEntered(std::string_view path) override;
-    void firstLevelFolderDone() override {}
-    void sourceMissing(const std::string& source, const std::string& reason) override;
-    void scanNotice(const std::string& text) override;
-    void notRead(std::string_view path, const std::string& reason) override;
-    std::string typeName(const std::string&) override { return {}; }
-    void topListTitle(const std::string&) override {}
-    void listsFilled() override {}
-    void reportResizeColumns() override {}
-    void selectDriveOf(Row) override {}
-    void refreshDriveOf(Row) override {}
-    void showFilesOf(const std::string& folder) override { session_.state.currentFolder = folder; }
-    void refreshPreview() override {}
-    void showFileStat() override {}
-    void clearStatus() override {}
 
   private:
     const Services& services() const { return session_.services; }

@@ -10,7 +10,7 @@ namespace hl {
 
 /// Shows the print preview of the list, unless it has no rows. The list is read for as long as the preview is
 /// open.
-void Print_Files(const PrintSources& sources, const std::string& title, Grid& grid, GridId id,
-                 const NumberFormat& numbers, const Window& window);
+void Print_Files(const Services& services, const std::string& title, Grid& grid, GridId id,
+                 const Window& window);
 
 }  // namespace hl

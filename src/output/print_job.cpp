@@ -34,37 +34,37 @@ PrintTexts printTexts(const Texts& texts) {
             .pageWidth = texts.TL(9605, "Seitenbreite")};
 }
 
-PrintJob emptyJob(const PrintSources& sources, const std::string& title) {
+PrintJob emptyJob(const Services& services, const std::string& title) {
     PrintJob job;
     job.title = title;
-    job.texts = printTexts(sources.texts);
-    job.files = &sources.files;
-    job.failure = [sources](const std::string& name, int error, const std::string& rest) {
+    job.texts = printTexts(services.texts);
+    job.files = &services.files;
+    job.failure = [services](const std::string& name, int error, const std::string& rest) {
         const std::string where = visible(name);
-        if (error == 0) return sources.texts.TL(9606, "Das Drucken mit '%1' ist fehlgeschlagen.", {where});
-        return sources.texts.TL(9607, "Die Datei wurde nicht geschrieben: %1",
-                                {where + ": " + ApiErrorText(false, error, sources.facts)}) +
-               leftBehindText(sources.texts, rest);
+        if (error == 0) return services.texts.TL(9606, "Das Drucken mit '%1' ist fehlgeschlagen.", {where});
+        return services.texts.TL(9607, "Die Datei wurde nicht geschrieben: %1",
+                                 {where + ": " + ApiErrorText(false, error, services.facts)}) +
+               leftBehindText(services.texts, rest);
     };
     return job;
 }
 
 }  // namespace
 
-PrintJob printedText(const PrintSources& sources, const std::string& title, std::string_view text) {
-    PrintJob job = emptyJob(sources, title);
+PrintJob printedText(const Services& services, const std::string& title, std::string_view text) {
+    PrintJob job = emptyJob(services, title);
     job.text = text;
     return job;
 }
 
-PrintJob printedGrid(const PrintSources& sources, const std::string& title, const Grid& grid,
-                     const NumberFormat& numbers, const GridFont& font) {
-    PrintJob job = emptyJob(sources, title);
+PrintJob printedGrid(const Services& services, const std::string& title, const Grid& grid,
+                     const GridFont& font) {
+    PrintJob job = emptyJob(services, title);
     job.grid = &grid;
     job.font = font;
     job.columnGap = kColumnGap;
     const auto columns = std::make_shared<std::vector<ColumnText>>();
-    for (std::size_t i = 0; i < grid.columns().size(); ++i) columns->emplace_back(grid, i, numbers);
+    for (std::size_t i = 0; i < grid.columns().size(); ++i) columns->emplace_back(grid, i, services.numbers);
     job.cellText = [columns](std::size_t column, Row row) { return (*columns)[column].of(row); };
     return job;
 }

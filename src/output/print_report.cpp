@@ -49,16 +49,16 @@ struct PrintForm::Run {
 
 // --- the form
 
-PrintForm::PrintForm(const PrintServices& services) : services_(services) {
+PrintForm::PrintForm(ScanContext& scan, const Window& window) : scan_(scan), window_(window) {
     fillControls();
     selectOption(optWasDrucken, kAllFolders);
-    optWasDrucken[kSelectedFolder].enabled = services_.tvwPL.selectedCount() > 0;
+    optWasDrucken[kSelectedFolder].enabled = scan_.tvwPL.selectedCount() > 0;
     selectOption(optLevels, kUnfoldedLevels);
     txtZoom.text = std::to_string(kUsualZoom);
 }
 
 void PrintForm::fillControls() {
-    const Texts& texts = services_.sources.texts;
+    const Texts& texts = scan_.texts;
     caption = texts.TL(3619, "Drucken");
     lblWasDrucken = texts.TL(3706, "Was soll gedruckt werden?");
     optWasDrucken[kAllFolders].caption = texts.TL(3707, "Alle Ordner");
@@ -114,12 +114,12 @@ std::int32_t PrintForm::wantedLevels() const {
 // Goes from row to row by their links; `parents` are the copies of the rows above. Levels are counted from
 // `start`.
 void PrintForm::copyRows(Run& run) {
-    const Grid& report = services_.tvwPL;
+    const Grid& report = scan_.tvwPL;
     const bool one = run.scope == kSelectedFolder;
     if (one && report.selectedCount() == 0) throw Fault(kFaultInvalidCall, kRoutine, "No folder is selected");
     const Row start = one ? report.selectedRows().front() : report.firstRoot();
     const std::uint32_t top = report.level(start);
-    Yield yield(services_.state, services_.pump);
+    Yield yield(scan_.state, scan_.pump);
     std::vector<Row> parents;
     for (Row row = start; row != kNoRow && loaded; row = report.tree().following(row)) {
         const std::uint32_t level = report.level(row);
@@ -135,8 +135,8 @@ void PrintForm::copyRows(Run& run) {
 void PrintForm::unfold(Run& run) {
     const std::string before = caption;
     const ScopeExit restore([&] { caption = before; });
-    const std::string counted = before + services_.sources.texts.TL(3622, " - Ordner werden aufgeklappt...(");
-    Yield yield(services_.state, services_.pump);
+    const std::string counted = before + scan_.texts.TL(3622, " - Ordner werden aufgeklappt...(");
+    Yield yield(scan_.state, scan_.pump);
     for (Row row = tvwPL_->firstRoot(); row != kNoRow && loaded; row = tvwPL_->tree().following(row)) {
         tvwPL_->setExpanded(row, static_cast<std::int64_t>(tvwPL_->level(row)) < run.levels);
         caption = counted + std::to_string(++run.rows) + ")";
@@ -148,26 +148,26 @@ void PrintForm::unfold(Run& run) {
 
 void PrintForm::prepare(Run& run) {
     if (run.levels == kAsUnfolded && run.scope == kAllFolders) {
-        run.grid = &services_.tvwPL;
+        run.grid = &scan_.tvwPL;
         const NoRedraw off(*run.grid);
         return fitColumns();
     }
     run.grid = &tvwPL_.emplace(kFolderCells);
-    Init_Tree(*run.grid, services_.options, services_.sources.texts);
-    showSizes(*run.grid, kReportTable, services_.options, services_.sources.texts);
+    Init_Tree(*run.grid, scan_.options, scan_.texts);
+    showSizes(*run.grid, kReportTable, scan_.options, scan_.texts);
     // The grid's columns are used, because the options learn only at the end which ones the user switched
     // off.
     for (std::size_t column = 0; column < run.grid->columns().size(); ++column)
-        run.grid->changeColumn(column).visible = services_.tvwPL.columns()[column].visible;
+        run.grid->changeColumn(column).visible = scan_.tvwPL.columns()[column].visible;
     copyRows(run);
     if (run.levels != kAsUnfolded) unfold(run);
 }
 
 // No window shows the copy, so its columns are measured when the pages are laid out.
 void PrintForm::fitColumns() {
-    for (std::size_t column = 0; column < services_.tvwPL.columns().size() && loaded; ++column) {
-        services_.window.grid(GridId::kReport).autosizeColumn(column, column == 0 ? 0 : kFourPixels);
-        services_.pump.PumpMessages();
+    for (std::size_t column = 0; column < scan_.tvwPL.columns().size() && loaded; ++column) {
+        window_.grid(GridId::kReport).autosizeColumn(column, column == 0 ? 0 : kFourPixels);
+        scan_.pump.PumpMessages();
     }
 }
 
@@ -187,15 +187,14 @@ void PrintForm::Report_print() {
             prepare(run);
         }
         if (!loaded) return;
-        PrintJob job =
-            printedGrid(services_.sources, services_.sources.texts.TL(3641, "Ordnerliste"), *run.grid,
-                        services_.numbers, services_.window.grid(GridId::kReport).gridFont());
+        PrintJob job = printedGrid(scan_, scan_.texts.TL(3641, "Ordnerliste"), *run.grid,
+                                   window_.grid(GridId::kReport).gridFont());
         job.tree = true;
         job.zoom = run.zoom;
-        services_.window.dialogs.previewPrint(job);
+        window_.dialogs.previewPrint(job);
         loaded = false;
     };
-    guarded(services_.diagnostics, {.module = "frmPrint"}, body, [&] { return run.values(); });
+    guarded(scan_.diagnostics, {.module = "frmPrint"}, body, [&] { return run.values(); });
 }
 
 }  // namespace hl

@@ -9,34 +9,19 @@
 #include <optional>
 #include <string>
 
-#include "app/options.h"
 #include "output/folder_choice.h"
 #include "output/print_job.h"
 #include "platform/form.h"
-#include "platform/message_pump.h"
 #include "platform/window.h"
-#include "robustness/debug.h"
-#include "scan/scan_state.h"
+#include "scan/scan_context.h"
 #include "scan/yield.h"
 
 namespace hl {
 
-/// What the form uses; everything outlives it.
-struct PrintServices {
-    Grid& tvwPL;
-    const Options& options;
-    PrintSources sources;
-    const NumberFormat& numbers;
-    Diagnostics& diagnostics;
-    ScanState& state;
-    MessagePump& pump;
-    const Window& window;
-};
-
 class PrintForm {
   public:
     /// Makes the form with translated texts and preset values.
-    explicit PrintForm(const PrintServices& services);
+    PrintForm(ScanContext& scan, const Window& window);
     PrintForm(const PrintForm&) = delete;
     PrintForm& operator=(const PrintForm&) = delete;
 
@@ -69,7 +54,8 @@ class PrintForm {
     void unfold(Run& run);
     void fitColumns();
 
-    PrintServices services_;
+    ScanContext& scan_;
+    const Window& window_;
     std::optional<Grid> tvwPL_;  ///< The copy that is printed but not shown.
 };
 

@@ -42,7 +42,7 @@ DebugValues ReportRun::values() const {
 }
 
 void ReportRun::findStart() {
-    const Grid& report = sources_.tvwPL;
+    const Grid& report = scan_.tvwPL;
     if (order.scope != kSelectedFolder)
         start_ = report.firstRoot();
     else if (const auto selected = report.selectedRows(); !selected.empty())
@@ -65,17 +65,17 @@ int ReportRun::write(ReplacingFile& target) {
 
 void ReportRun::takeLayout() {
     if (order.format == nullptr) order.format = &formatOfFile(order.path);
-    sizeMode_ = sources_.options.FileSizeFormat;
-    decimals_ = sources_.options.SizeFormatNachkommastellenFolders;
+    sizeMode_ = scan_.options.FileSizeFormat;
+    decimals_ = scan_.options.SizeFormatNachkommastellenFolders;
 }
 
 // The start row alone decides the widths. Those of the counts are measured in the mode of the sizes, which
 // makes them too small; a number wider than its column is not cut.
 ReportTable ReportRun::table(bool forTerminal) const {
-    const Texts& texts = sources_.texts;
-    const NumberFormat& numbers = sources_.numbers;
+    const Texts& texts = scan_.texts;
+    const NumberFormat& numbers = scan_.numbers;
     const auto cell = [&](FolderCell id) {
-        const auto value = static_cast<std::int64_t>(sources_.tvwPL.number(start_, id));
+        const auto value = static_cast<std::int64_t>(scan_.tvwPL.number(start_, id));
         return SizeValue::fromBytes(static_cast<std::uint64_t>(value));
     };
     const auto countWidth = [&](FolderCell id) {
@@ -98,34 +98,34 @@ ReportTable ReportRun::table(bool forTerminal) const {
 }
 
 int ReportRun::writeRows(ReplacingFile& target) {
-    const auto writer = order.format->writer(table(target.isTerminal()), sources_.numbers);
+    const auto writer = order.format->writer(table(target.isTerminal()), scan_.numbers);
     ReportFile file(target);
     writer->begin(file.block());
 
-    const std::uint32_t errorsBefore = sources_.diagnostics.errcount();
-    Yield yield(sources_.state, sources_.pump);
-    ReportWalk walk(sources_.tvwPL, sources_.paths, *writer, file, yield, sources_.diagnostics);
-    for (Row root = start_; root != kNoRow && file.error() == 0; root = sources_.tvwPL.nextSibling(root)) {
+    const std::uint32_t errorsBefore = scan_.diagnostics.errcount();
+    Yield yield(scan_.state, scan_.pump);
+    ReportWalk walk(scan_.tvwPL, scan_.paths, *writer, file, yield, scan_.diagnostics);
+    for (Row root = start_; root != kNoRow && file.error() == 0; root = scan_.tvwPL.nextSibling(root)) {
         walk.writeTree(root, order.levels);
         rows_ = walk.rowsWritten();
         if (order.scope == kSelectedFolder) break;
     }
     writer->end(file.block());
-    const bool whole = sources_.diagnostics.errcount() == errorsBefore;
+    const bool whole = scan_.diagnostics.errcount() == errorsBefore;
     const int error = whole ? file.commit() : kNotWhole;
     leftBehind_ = target.leftBehind();
     written_ = error == 0;
     return error;
 }
 
-ReportOutcome SPEICHERN(const ReportSources& sources, const ReportOrder& order, ReplacingFile& target) {
-    ReportRun run(sources, order);
+ReportOutcome SPEICHERN(ScanContext& scan, const ReportOrder& order, ReplacingFile& target) {
+    ReportRun run(scan, order);
     const auto body = [&]() -> ReportOutcome {
         run.findStart();
         const int error = run.write(target);
         return {error == 0, error == ReportRun::kNotWhole ? 0 : error, run.leftBehind()};
     };
-    return guarded(sources.diagnostics, {.module = "frmSave"}, body, [&] { return run.values(); });
+    return guarded(scan.diagnostics, {.module = "frmSave"}, body, [&] { return run.values(); });
 }
 
 }  // namespace hl

@@ -6,31 +6,13 @@
 #include <string>
 
 #include "app/command_line.h"
-#include "app/options.h"
-#include "app/texts.h"
-#include "base/number_format.h"
-#include "base/path.h"
-#include "grid/grid.h"
 #include "output/folder_choice.h"
 #include "output/report_formats.h"
 #include "platform/files.h"
-#include "platform/message_pump.h"
 #include "robustness/debug.h"
-#include "scan/scan_state.h"
+#include "scan/scan_context.h"
 
 namespace hl {
-
-/// What is written of the report, whatever has its rows; everything outlives the writing.
-struct ReportSources {
-    const Grid& tvwPL;
-    const Options& options;
-    const Texts& texts;
-    const NumberFormat& numbers;
-    Diagnostics& diagnostics;
-    ScanState& state;
-    MessagePump& pump;
-    const PathRules& paths;
-};
 
 struct ReportOrder {
     std::string path = {};
@@ -51,8 +33,7 @@ class ReportRun {
     /// older report is worth more.
     static constexpr int kNotWhole = -1;
 
-    explicit ReportRun(const ReportSources& sources, ReportOrder wanted = {})
-        : order(std::move(wanted)), sources_(sources) {}
+    explicit ReportRun(ScanContext& scan, ReportOrder wanted = {}) : order(std::move(wanted)), scan_(scan) {}
 
     /// Finds the first row. Throws a Fault if there is none.
     void findStart();
@@ -73,7 +54,7 @@ class ReportRun {
     ReportTable table(bool forTerminal) const;
     int writeRows(ReplacingFile& target);
 
-    ReportSources sources_;
+    ScanContext& scan_;
     Row start_ = kNoRow;
     int sizeMode_ = 0;
     int decimals_ = 0;
@@ -90,6 +71,6 @@ struct ReportOutcome {
 
 /// Carries out an order without a dialog. An error of the program is reported; what kept the file from being
 /// written is told by the outcome.
-ReportOutcome SPEICHERN(const ReportSources& sources, const ReportOrder& order, ReplacingFile& target);
+ReportOutcome SPEICHERN(ScanContext& scan, const ReportOrder& order, ReplacingFile& target);
 
 }  // namespace hl

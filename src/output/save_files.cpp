@@ -78,8 +78,8 @@ class ListFields {
 
 // --- the form
 
-SaveFilesForm::SaveFilesForm(const SaveFilesServices& services)
-    : FormatChoice(services.texts), services_(services) {
+SaveFilesForm::SaveFilesForm(const Services& services, const Grid& list, SaveDialog& dialog)
+    : FormatChoice(services.texts), services_(services), list_(list), dialog_(dialog) {
     const Texts& texts = services_.texts;
     caption = texts.TL(3612, "Speichern");
     chkFormulas.caption = texts.TL(9645, "Texten mit =, +, - oder @ am Anfang ein ' voranstellen");
@@ -112,7 +112,7 @@ void SaveFilesForm::cboFormat_Click() {
 bool SaveFilesForm::SPEICHERN() {
     return guarded(services_.diagnostics, {.module = "frmSaveFiles"}, [&] {
         hourglass = true;
-        const std::string path = askPath(services_.dialog, services_.paths);
+        const std::string path = askPath(dialog_, services_.paths);
         if (!path.empty()) {
             setControlsEnabled(false);
             keepSetting();
@@ -140,8 +140,7 @@ void SaveFilesForm::write(const std::string& path) const {
     int error = 0;
     const auto target = services_.files.replace(path, error);
     if (!target) raiseFileError(error, path, {});
-    const Grid& grid = services_.grid;
-    ListFields fields(grid, services_.numbers);
+    ListFields fields(list_, services_.numbers);
     const auto writer = chosenFormat().writer({.columns = fields.columns(),
                                                .delimiter = chosenDelimiter(),
                                                .forTerminal = target->isTerminal(),
@@ -149,7 +148,7 @@ void SaveFilesForm::write(const std::string& path) const {
                                               services_.numbers);
     ReportFile file(*target);
     writer->begin(file.block());
-    for (Row row = grid.firstRoot(); row != kNoRow && file.error() == 0; row = grid.nextSibling(row)) {
+    for (Row row = list_.firstRoot(); row != kNoRow && file.error() == 0; row = list_.nextSibling(row)) {
         writer->row(file.block(), fields.of(row, *writer));
         file.endLine();
     }
@@ -158,9 +157,9 @@ void SaveFilesForm::write(const std::string& path) const {
         raiseFileError(file.error(), path, leftBehindText(services_.texts, target->leftBehind()));
 }
 
-void Save_Files(const SaveFilesServices& services, const Window& window) {
-    if (services.grid.rowCount() == 0) return;
-    SaveFilesForm frmSaveFiles(services);
+void Save_Files(const Services& services, const Grid& list, SaveDialog& dialog, const Window& window) {
+    if (list.rowCount() == 0) return;
+    SaveFilesForm frmSaveFiles(services, list, dialog);
     Form form = frmSaveFiles.form();
     window.dialogs.showForm(form);
 }

@@ -8,34 +8,18 @@
 
 #include <string>
 
-#include "app/settings.h"
-#include "app/texts.h"
-#include "base/number_format.h"
+#include "app/services.h"
 #include "grid/grid.h"
 #include "output/format_choice.h"
-#include "platform/files.h"
 #include "platform/form.h"
 #include "platform/window.h"
-#include "robustness/debug.h"
 
 namespace hl {
-
-/// What the form uses; everything outlives it.
-struct SaveFilesServices {
-    const Grid& grid;  ///< The list that is saved.
-    const Texts& texts;
-    const NumberFormat& numbers;
-    SettingsStore& settings;
-    Files& files;
-    Diagnostics& diagnostics;
-    const PathRules& paths;
-    SaveDialog& dialog;
-};
 
 class SaveFilesForm : public FormatChoice {
   public:
     /// Makes the form with translated texts and preset values.
-    explicit SaveFilesForm(const SaveFilesServices& services);
+    SaveFilesForm(const Services& services, const Grid& list, SaveDialog& dialog);
 
     /// Asks for the path and writes the list as the controls say; without a path nothing is written. Returns
     /// true if it was written. An error is reported; the form then stays, with its controls disabled.
@@ -58,10 +42,12 @@ class SaveFilesForm : public FormatChoice {
     void keepSetting();
     void write(const std::string& path) const;
 
-    SaveFilesServices services_;
+    const Services& services_;
+    const Grid& list_;
+    SaveDialog& dialog_;
 };
 
 /// Asks the user and saves. Nothing happens for a list without rows.
-void Save_Files(const SaveFilesServices& services, const Window& window);
+void Save_Files(const Services& services, const Grid& list, SaveDialog& dialog, const Window& window);
 
 }  // namespace hl

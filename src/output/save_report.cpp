@@ -8,16 +8,16 @@
 
 namespace hl {
 
-SaveForm::SaveForm(const ReportSources& sources, Files& files, SaveDialog& dialog)
-    : FormatChoice(sources.texts), sources_(sources), files_(files), dialog_(dialog) {
+SaveForm::SaveForm(ScanContext& scan, SaveDialog& dialog)
+    : FormatChoice(scan.texts), scan_(scan), dialog_(dialog) {
     fillControls();
     selectOption(optWasSpeichern, kAllFolders);
-    optWasSpeichern[kSelectedFolder].enabled = sources_.tvwPL.selectedCount() > 0;
+    optWasSpeichern[kSelectedFolder].enabled = scan_.tvwPL.selectedCount() > 0;
     selectOption(optLevels, kUnfoldedLevels);
 }
 
 void SaveForm::fillControls() {
-    const Texts& texts = sources_.texts;
+    const Texts& texts = scan_.texts;
     caption = texts.TL(3612, "Speichern");
     lblWasSpeichern = texts.TL(3709, "Was soll gespeichert werden?");
     optWasSpeichern[kAllFolders].caption = texts.TL(3710, "Alle Ordner");
@@ -45,14 +45,14 @@ Form SaveForm::form() {
 }
 
 bool SaveForm::SPEICHERN() {
-    ReportRun run(sources_);
+    ReportRun run(scan_);
     const auto body = [&] {
         run.order.scope = GetOptionButtonSelectedIndex(optWasSpeichern);
         run.order.levels = wantedLevels();
         run.order.delimiter = chosenDelimiter();
         hourglass = true;
         run.findStart();
-        run.order.path = askPath(dialog_, sources_.paths);
+        run.order.path = askPath(dialog_, scan_.paths);
         bool written = false;
         if (!run.order.path.empty()) {
             setButtonsEnabled(false);
@@ -63,7 +63,7 @@ bool SaveForm::SPEICHERN() {
         loaded = false;
         return written;
     };
-    return guarded(sources_.diagnostics, {.module = "frmSave"}, body, [&] { return run.values(); });
+    return guarded(scan_.diagnostics, {.module = "frmSave"}, body, [&] { return run.values(); });
 }
 
 std::int32_t SaveForm::wantedLevels() const {
@@ -89,10 +89,10 @@ void SaveForm::setButtonsEnabled(bool enabled) {
 }
 
 bool SaveForm::write(ReportRun& run) {
-    const int error = run.write(files_);
+    const int error = run.write(scan_.files);
     if (error == ReportRun::kNotWhole)
         throw Fault(kFaultInvalidCall, kSaveRoutine, run.order.path + " was not written");
-    if (error != 0) raiseFileError(error, run.order.path, leftBehindText(sources_.texts, run.leftBehind()));
+    if (error != 0) raiseFileError(error, run.order.path, leftBehindText(scan_.texts, run.leftBehind()));
     return true;
 }
 

@@ -11,7 +11,6 @@
 #include "output/folder_choice.h"
 #include "output/format_choice.h"
 #include "output/report_order.h"
-#include "platform/files.h"
 #include "platform/form.h"
 
 namespace hl {
@@ -19,7 +18,7 @@ namespace hl {
 class SaveForm : public FormatChoice {
   public:
     /// Makes the form with translated texts and preset values. Everything given outlives it.
-    SaveForm(const ReportSources& sources, Files& files, SaveDialog& dialog);
+    SaveForm(ScanContext& scan, SaveDialog& dialog);
 
     /// Asks for the path and writes the report as the controls say; without a path nothing is written.
     /// Returns true if it was written. Errors are reported. If an error loses rows, nothing is written
@@ -51,8 +50,7 @@ class SaveForm : public FormatChoice {
     void setButtonsEnabled(bool enabled);
     bool write(ReportRun& run);
 
-    ReportSources sources_;
-    Files& files_;
+    ScanContext& scan_;
     SaveDialog& dialog_;
 };
 

@@ -33,7 +33,7 @@ void resetForSource(ScanContext& scan) {
     state.TopLargest = state.TopSmallest = SizeValue();
     state.TopMaxCount = scan.options.TOPmaxcount;
     for (Grid* list : {&scan.lvwTOP, &scan.lvwJunctions, &scan.lvwHardlinks}) list->clear();
-    scan.host.typesBegin();
+    if (scan.types != nullptr) scan.types->restart();
     state.SeenLinkIds.Clear();
     state.SeenLinkIds.AllowDuplicateKeys = false;
     state.SeenLinkIds.CompareMode(0);
@@ -55,7 +55,6 @@ void finishLists(ScanContext& scan, const std::string& source) {
     scan.state.TopSource = source;
     scan.lvwJunctions.sortLevels(0);
     sortHardlinks(scan.lvwHardlinks);
-    showTopTitle(scan);
     scan.host.listsFilled();
 }
 
@@ -100,7 +99,7 @@ Row readHead(ScanContext& scan, std::string& lastSource) {
     }
     if (scan.state.CancelState == kCancelStop) return kNoRow;  // Stopped while its disk was waited for.
     scan.cboOrdner.addOrSelect(head, scan.paths);
-    scan.host.sourceChosen();
+    scan.host.sourceBegan();
     const SourceItem item = *scan.cboOrdner.selected();
     lastSource = item.tag;
     const Row row = QuelleEinlesen(scan, item.tag, item.image, kNoRow);
@@ -119,9 +118,8 @@ void workThroughQueue(ScanContext& scan) {
         state.SourceQueue.pop_front();
     }
     state.SourceQueue.clear();
-    if (!state.SilentRun && !lastSource.empty()) scan.host.showFilesOf(lastSource);
+    if (!state.SilentRun && !lastSource.empty()) scan.host.folderShown(lastSource);
     Report_Sort(scan);
-    scan.host.reportResizeColumns();
     if (lastRow == kNoRow) return;
     // Clicks made while the files were being listed have selected rows that the list does not show.
     scan.tvwPL.selectNone();
@@ -153,7 +151,7 @@ void Ordnerliste_Abarbeiten(ScanContext& scan) {
     guarded(scan.diagnostics, [&] {
         // A Stop of something earlier, such as a list of files, must not end this run.
         scan.state.CancelState = kCancelNone;
-        std::optional<BusyPointer<ScanHost>> busy(std::in_place, scan.host);
+        std::optional<BusyPointer> busy(scan.controls);
         bool done = false;
         {
             // The window is unlocked however the run ends, because a locked window could not even be closed.
@@ -162,17 +160,15 @@ void Ordnerliste_Abarbeiten(ScanContext& scan) {
                 EnableControls(scan);
                 if (done) return;
                 scan.state.SourceQueue.clear();
-                scan.host.statusAfterRun({});
+                scan.host.runEnded(false);
             });
             DisableControls(scan, false);
-            scan.host.statusOfRun();
+            scan.host.runBegan();
             workThroughQueue(scan);
             done = true;
         }
-        scan.host.listsFilled();
-        scan.host.showFileStat();
         busy.reset();
-        scan.host.statusAfterRun(scan.texts.TL(3525, "OK."));
+        scan.host.runEnded(true);
     });
 }
 
@@ -189,7 +185,7 @@ Row QuelleEinlesen(ScanContext& scan, const std::string& source, int imageIndex,
         if (scan.options.FolderShowPercentBar == 1) scan.tvwPL.setBarPicture(row, kBarOfWhole);
         readWholeSource(scan, source, folder, row);
         scan.state.SeenLinkIds.Clear();
-        scan.host.selectDriveOf(row);
+        scan.host.sourceDone(row);
     });
     return row;
 }
@@ -198,12 +194,12 @@ Row QuelleEinlesen(ScanContext& scan, const std::string& source, int imageIndex,
 
 void DisableControls(ScanContext& scan, bool noStop) {
     scan.state.ScanActive = true;
-    scan.host.lockControls(noStop);
+    scan.controls.lockControls(noStop);
     scan.pump.PumpMessages();
 }
 
 void EnableControls(ScanContext& scan) {
-    scan.host.unlockControls();
+    scan.controls.unlockControls();
     scan.state.ScanActive = false;
 }
 

@@ -38,7 +38,7 @@ bool xExistFolder_W(ScanContext& scan, std::string_view path, int* error) {
 }
 
 void tellOfWait(ScanContext& scan, std::string_view path) {
-    scan.host.scanNotice(scan.texts.TL(9631, "Warten auf %1 ...", {visible(path)}));
+    scan.host.diskSilent(scan.texts.TL(9631, "Warten auf %1 ...", {visible(path)}));
 }
 
 bool hasVanished(const ScanContext& scan, std::string_view path) {

@@ -10,7 +10,8 @@ namespace {
 
 // The type is asked for before the row is added, because messages may run meanwhile.
 Row addRow(ScanContext& scan, const ListTable& table, Grid& list, FoundFile file) {
-    const std::string type = scan.host.typeName(std::string(file.folder).append(file.name));
+    const std::string type =
+        scan.types != nullptr ? scan.types->of(std::string(file.folder).append(file.name)) : std::string();
     file.type = type;
     const Row row = list.addRow(kNoRow, file.name);
     fillRow(table, list, row, file);
@@ -70,10 +71,10 @@ void sortHardlinks(Grid& lvwHardlinks) {
     sort = wanted;
 }
 
-void showTopTitle(ScanContext& scan) {
-    if (scan.state.TopSource.empty()) return;
-    scan.host.topListTitle(scan.texts.TL(3723, "%1 größten Dateien von '%2'",
-                                         {scan.lvwTOP.rowCount(), visible(scan.state.TopSource)}));
+std::string topTitle(const ScanContext& scan) {
+    if (scan.state.TopSource.empty()) return {};
+    return scan.texts.TL(3723, "%1 größten Dateien von '%2'",
+                         {scan.lvwTOP.rowCount(), visible(scan.state.TopSource)});
 }
 
 void trimTopList(ScanContext& scan) {

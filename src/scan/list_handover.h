@@ -20,8 +20,8 @@ void handOverFile(ScanContext& scan, const FoundFile& file);
 void handOverJunction(ScanContext& scan, std::string_view path, std::string_view target, std::uint32_t tag);
 /// Sorts the hardlinks. Sorted by id, names of one file stand together even if another disk uses the same id.
 void sortHardlinks(Grid& lvwHardlinks);
-/// Shows in the title how many files are listed, and of which source.
-void showTopTitle(ScanContext& scan);
+/// Returns how many of the largest files are listed, and of which source; empty before the first scan.
+std::string topTitle(const ScanContext& scan);
 /// Sorts the largest files and removes those behind the wanted length.
 void trimTopList(ScanContext& scan);
 

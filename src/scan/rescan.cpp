@@ -83,9 +83,8 @@ void makeCurrent(Grid& report, std::size_t formerIndex, const std::string& forme
 
 void rescanCurrent(ScanContext& scan) {
     Grid& report = scan.tvwPL;
-    std::optional<BusyPointer<ScanHost>> busy(std::in_place, scan.host);
-    scan.host.showFilesOf("");
-    scan.host.refreshPreview();
+    std::optional<BusyPointer> busy(scan.controls);
+    scan.host.selectionGone();
     Row row = kNoRow;
     std::size_t formerIndex = 0;
     std::string formerText;
@@ -94,26 +93,25 @@ void rescanCurrent(ScanContext& scan) {
         const ScopeExit unlock([&] {
             scan.state.CancelState = kCancelNone;  // A Stop of this reading must not end what comes next.
             EnableControls(scan);
-            if (!done) scan.host.statusAfterRun({});
+            if (!done) scan.host.runEnded(false);
         });
         DisableControls(scan, false);
         row = report.currentRow();
         if (report.number(row, kIsFolder) == 0 && report.parent(row) != kNoRow) row = report.parent(row);
         formerIndex = report.indexOf(report.currentRow());
         formerText = report.text(row);
-        scan.host.statusOfRun();
+        scan.host.runBegan();
         report.setCurrentRow(row);
         readAgain(scan, row);
-        scan.host.refreshDriveOf(row);
+        scan.host.sourceChanged(row);
         done = true;
     }
     busy.reset();
     makeCurrent(report, formerIndex, formerText, row);
-    scan.host.reportResizeColumns();
-    scan.host.statusAfterRun(scan.texts.TL(3525, "OK."));
+    scan.host.runEnded(true);
     scan.state.currentFolder.clear();
     if (scan.state.SourceQueue.empty()) {
-        scan.host.showFilesOf(Report_GetFullpathOfNode(report, row, true, scan.paths));
+        scan.host.folderShown(Report_GetFullpathOfNode(report, row, true, scan.paths));
     } else {
         Ordnerliste_Abarbeiten(scan);
     }

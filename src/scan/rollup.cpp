@@ -67,9 +67,7 @@ void Report_RemoveFolders(ScanContext& scan) {
         report.setEnabled(false);
         report.removeRow(row);
         report.setEnabled(true);
-        scan.host.showFilesOf("");
-        scan.host.refreshPreview();
-        scan.host.clearStatus();
+        scan.host.selectionGone();
         if (report.rowCount() == 0) scan.state.DeepestLevel = 0;
     });
 }

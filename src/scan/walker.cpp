@@ -143,7 +143,7 @@ void FolderWalk::tellOfSilence(const std::string& disk) {
     const std::string text = scan_.texts.TL(
         9632, "%1 antwortet nicht. Verknüpfungen dorthin gelten als Dateien.", {visible(disk)});
     scan_.log.LogProtokoll(text);
-    scan_.host.scanNotice(text);
+    scan_.host.diskSilent(text);
 }
 
 std::unique_ptr<Listing> FolderWalk::nextListing() {

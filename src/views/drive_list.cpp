@@ -15,7 +15,6 @@
 #include "platform/icons.h"
 #include "robustness/api_error_text.h"
 #include "robustness/trap.h"
-#include "scan/scan_host.h"
 #include "views/list_columns.h"
 
 namespace hl {
@@ -109,31 +108,30 @@ const Drive* driveOfPath(std::string_view path, const std::vector<Drive>& drives
 
 // Nothing here waits for a drive, so no messages need to run meanwhile.
 void DriveList::Drives_GetAllDrives() {
-    guarded(services_.diagnostics, [&] {
-        const BusyPointer busy(services_.host);
+    guarded(scan_.diagnostics, [&] {
+        const BusyPointer busy(scan_.controls);
         sharesLoaded_ = false;
         {
-            const NoRedraw off(services_.lvwDiskinfo);
+            const NoRedraw off(grid_);
             waiting_->clear();
-            services_.lvwDiskinfo.clear();
-            for (const Drive& drive : services_.drives.drives()) addDriveRow(drive.root, drive);
+            grid_.clear();
+            for (const Drive& drive : drives_.drives()) addDriveRow(drive.root, drive);
         }
-        services_.host.Drives_ResizeTableHeight();
+        host_.Drives_ResizeTableHeight();
         Drives_LoadSavedNetworkFolders();
-        services_.host.Drives_ResizeTableHeight();
+        host_.Drives_ResizeTableHeight();
         Drives_Resize_Columns(false);
     });
 }
 
 void DriveList::addDriveRow(std::string_view text, const Drive& drive) {
-    Grid& grid = services_.lvwDiskinfo;
-    const Row row = grid.addRow(kNoRow, text);
+    const Row row = grid_.addRow(kNoRow, text);
     std::string ignored;
     if (drive.type != DriveType::kNoRoot)
-        grid.setCellText(row, kDriveLabel, xGetDriveLabel(drive, services_.texts, services_.facts, ignored));
-    grid.setCellText(row, kDriveFileSystem, drive.fileSystem);
-    grid.setCellText(row, kDriveType, xGetDriveTypeString(drive.type, services_.texts));
-    grid.setPicture(row, drivePicture(drive.type));
+        grid_.setCellText(row, kDriveLabel, xGetDriveLabel(drive, scan_.texts, scan_.facts, ignored));
+    grid_.setCellText(row, kDriveFileSystem, drive.fileSystem);
+    grid_.setCellText(row, kDriveType, xGetDriveTypeString(drive.type, scan_.texts));
+    grid_.setPicture(row, drivePicture(drive.type));
     Drives_AddSizeValues(row, {});
     Drives_GetDriveFreeSpace(drive, row);
 }
@@ -145,23 +143,23 @@ void DriveList::addShareRow(std::string path) {
 }
 
 void DriveList::Drives_AddUNCpath(std::string path) {
-    guarded(services_.diagnostics, [&] {
+    guarded(scan_.diagnostics, [&] {
         if (path.empty()) {
-            path = services_.window.dialogs.askText(
-                services_.texts.TL(9411, "UNC-Pfad einer Laufwerksfreigabe im Netzwerk:"), "\\\\");
+            path = window_.dialogs.askText(
+                scan_.texts.TL(9411, "UNC-Pfad einer Laufwerksfreigabe im Netzwerk:"), "\\\\");
         }
         if (!isNetworkPath(path) || path.size() == 2) return;
         addShareRow(std::move(path));
-        services_.host.Drives_ResizeTableHeight();
+        host_.Drives_ResizeTableHeight();
         Drives_Resize_Columns(false);
     });
 }
 
 void DriveList::Drives_LoadSavedNetworkFolders() {
-    guarded(services_.diagnostics, [&] {
+    guarded(scan_.diagnostics, [&] {
         // An empty value is skipped, since it would ask the user.
         for (std::string& path :
-             readNumberedList(services_.settings.read(), kSectionDriveFolders, kDriveFolderSuffix))
+             readNumberedList(scan_.settings.read(), kSectionDriveFolders, kDriveFolderSuffix))
             if (!path.empty()) Drives_AddUNCpath(std::move(path));
         sharesLoaded_ = true;
     });
@@ -169,12 +167,11 @@ void DriveList::Drives_LoadSavedNetworkFolders() {
 
 void DriveList::Drives_SaveNetworkFolders() {
     if (!sharesLoaded_) return;
-    guarded(services_.diagnostics, [&] {
-        const Grid& grid = services_.lvwDiskinfo;
+    guarded(scan_.diagnostics, [&] {
         std::vector<std::string> shares;
-        for (Row row = grid.firstRoot(); row != kNoRow; row = grid.nextSibling(row))
-            if (isNetworkPath(grid.text(row))) shares.emplace_back(grid.text(row));
-        services_.settings.change(
+        for (Row row = grid_.firstRoot(); row != kNoRow; row = grid_.nextSibling(row))
+            if (isNetworkPath(grid_.text(row))) shares.emplace_back(grid_.text(row));
+        scan_.settings.change(
             [&](IniText& ini) { writeNumberedList(ini, kSectionDriveFolders, kDriveFolderSuffix, shares); });
     });
 }
@@ -188,49 +185,48 @@ void DriveList::Drives_GetDriveFreeSpace(const Drive& drive, Row row) {
     }
     const std::uint64_t question = ++lastQuestion_;
     waiting_->insert_or_assign(row, question);
-    services_.drives.ask(
-        drive, [this, row, question, list = std::weak_ptr<Waiting>(waiting_)](const DriveAnswer& space) {
-            const std::shared_ptr<Waiting> waiting = list.lock();
-            if (waiting == nullptr) return;
-            const auto found = waiting->find(row);
-            if (found == waiting->end() || found->second != question) return;
-            waiting->erase(found);
-            answer(row, space);
-        });
+    drives_.ask(drive,
+                [this, row, question, list = std::weak_ptr<Waiting>(waiting_)](const DriveAnswer& space) {
+                    const std::shared_ptr<Waiting> waiting = list.lock();
+                    if (waiting == nullptr) return;
+                    const auto found = waiting->find(row);
+                    if (found == waiting->end() || found->second != question) return;
+                    waiting->erase(found);
+                    answer(row, space);
+                });
 }
 
 void DriveList::answer(Row row, const DriveAnswer& space) {
-    guarded(services_.diagnostics, {.routine = "Drives_GetDriveFreeSpace"}, [&] {
+    guarded(scan_.diagnostics, {.routine = "Drives_GetDriveFreeSpace"}, [&] {
         constexpr auto kLimit = static_cast<std::uint64_t>(SizeValue::kMaxBytes);
-        if (!space) services_.lvwDiskinfo.setCellText(row, kDriveLabel, "");
+        if (!space) grid_.setCellText(row, kDriveLabel, "");
         const bool known = space && std::max({space->total, space->free, space->clusterSize}) <= kLimit;
         Drives_AddSizeValues(row, known ? *space : DriveSpace());
     });
 }
 
 void DriveList::Drives_AddSizeValues(Row row, const DriveSpace& space) {
-    Grid& grid = services_.lvwDiskinfo;
     const auto total = static_cast<double>(space.total);
     const double free = space.total == 0 ? 0 : static_cast<double>(space.free);
     const double used = std::max(0.0, total - free - static_cast<double>(space.reserved));
-    grid.setNumber(row, kBsize, used);
-    grid.setNumber(row, kFsize, free);
-    grid.setNumber(row, kGsize, total);
+    grid_.setNumber(row, kBsize, used);
+    grid_.setNumber(row, kFsize, free);
+    grid_.setNumber(row, kGsize, total);
     // With a total of 0 both are NaN, and no bar is drawn.
-    grid.setNumber(row, kFsizeP, std::nearbyint(free * 100 / total));
-    grid.setNumber(row, kBsizeP, std::nearbyint(used * 100 / total));
-    grid.setCellText(row, kDriveCluster,
-                     space.clusterSize == 0
-                         ? ""
-                         : FormatSizeAuto(SizeValue::fromBytes(space.clusterSize), true, services_.numbers));
+    grid_.setNumber(row, kFsizeP, std::nearbyint(free * 100 / total));
+    grid_.setNumber(row, kBsizeP, std::nearbyint(used * 100 / total));
+    grid_.setCellText(row, kDriveCluster,
+                      space.clusterSize == 0
+                          ? ""
+                          : FormatSizeAuto(SizeValue::fromBytes(space.clusterSize), true, scan_.numbers));
 }
 
 void DriveList::takeAnswers() {
-    guarded(services_.diagnostics, [&] {
+    guarded(scan_.diagnostics, [&] {
         const std::size_t before = waiting_->size();
         {
-            const NoRedraw off(services_.lvwDiskinfo);
-            services_.drives.takeAnswers();
+            const NoRedraw off(grid_);
+            drives_.takeAnswers();
         }
         if (waiting_->size() != before) Drives_Resize_Columns(false);
     });
@@ -239,83 +235,78 @@ void DriveList::takeAnswers() {
 // --- following the report
 
 Row DriveList::rowOf(std::string_view text, const PathRules& rules) const {
-    const Grid& grid = services_.lvwDiskinfo;
     const std::string key = identityKey(text, rules);
-    for (Row row = grid.firstRoot(); row != kNoRow; row = grid.nextSibling(row))
-        if (identityKey(grid.text(row), rules) == key) return row;
+    for (Row row = grid_.firstRoot(); row != kNoRow; row = grid_.nextSibling(row))
+        if (identityKey(grid_.text(row), rules) == key) return row;
     return kNoRow;
 }
 
 void DriveList::Drives_SelectDrive(Row reportRow) {
-    guarded(services_.diagnostics, [&] {
-        Grid& grid = services_.lvwDiskinfo;
-        const std::string source(services_.tvwPL.text(rootOf(services_.tvwPL, reportRow)));
+    guarded(scan_.diagnostics, [&] {
+        const std::string source(scan_.tvwPL.text(rootOf(scan_.tvwPL, reportRow)));
         if (isNetworkPath(source)) return;
         std::vector<Drive> drives;
-        for (Row row = grid.firstRoot(); row != kNoRow; row = grid.nextSibling(row))
-            if (!isNetworkPath(grid.text(row))) drives.push_back({.root = std::string(grid.text(row))});
-        const Drive* drive = driveOfPath(source, drives, services_.paths);
+        for (Row row = grid_.firstRoot(); row != kNoRow; row = grid_.nextSibling(row))
+            if (!isNetworkPath(grid_.text(row))) drives.push_back({.root = std::string(grid_.text(row))});
+        const Drive* drive = driveOfPath(source, drives, scan_.paths);
         if (drive == nullptr) return;
-        grid.selectNone();
-        grid.setSelected(rowOf(drive->root, services_.paths), true);
+        grid_.selectNone();
+        grid_.setSelected(rowOf(drive->root, scan_.paths), true);
     });
 }
 
 // Returns the drive as the machine has it now; if it is not mounted, the drive has no root.
 Drive DriveList::driveOfRow(std::string_view text) {
     if (isNetworkPath(text))
-        return services_.drives.network(text).value_or(Drive{.root = {}, .type = DriveType::kNoRoot});
-    for (Drive& drive : services_.drives.drives())
+        return drives_.network(text).value_or(Drive{.root = {}, .type = DriveType::kNoRoot});
+    for (Drive& drive : drives_.drives())
         if (drive.root == text) return std::move(drive);
     return Drive{.root = {}, .type = DriveType::kNoRoot};
 }
 
 void DriveList::Drives_RefreshDrive(Row reportRow) {
-    guarded(services_.diagnostics, [&] {
-        const Grid& report = services_.tvwPL;
+    guarded(scan_.diagnostics, [&] {
+        const Grid& report = scan_.tvwPL;
         std::string source(report.text(rootOf(report, reportRow)));
         if (isNetworkPath(source)) source = asShare(std::move(source));
-        const Row row = rowOf(source, services_.paths);
+        const Row row = rowOf(source, scan_.paths);
         if (row == kNoRow) return;
-        Drives_GetDriveFreeSpace(driveOfRow(services_.lvwDiskinfo.text(row)), row);
+        Drives_GetDriveFreeSpace(driveOfRow(grid_.text(row)), row);
         Drives_Resize_Columns(false);
     });
 }
 
 void DriveList::Drives_ScanDrives(bool selectedOnly) {
-    guarded(services_.diagnostics, [&] {
-        const Grid& grid = services_.lvwDiskinfo;
+    guarded(scan_.diagnostics, [&] {
         std::vector<std::string> sources;
-        Row row = selectedOnly ? firstSelected(grid) : grid.firstRoot();
-        for (; row != kNoRow; row = selectedOnly ? kNoRow : grid.nextSibling(row)) {
-            const std::string text(grid.text(row));
-            const auto share = isNetworkPath(text) ? services_.drives.network(text) : std::nullopt;
+        Row row = selectedOnly ? firstSelected(grid_) : grid_.firstRoot();
+        for (; row != kNoRow; row = selectedOnly ? kNoRow : grid_.nextSibling(row)) {
+            const std::string text(grid_.text(row));
+            const auto share = isNetworkPath(text) ? drives_.network(text) : std::nullopt;
             sources.push_back(share ? share->root : text);
         }
-        if (!sources.empty()) services_.host.readSources(sources);
+        if (!sources.empty()) host_.readSources(sources);
     });
 }
 
 // --- how it looks
 
 void DriveList::Drives_ChangeSizeFormat() {
-    guarded(services_.diagnostics, [&] {
-        Grid& grid = services_.lvwDiskinfo;
-        grid.setEnabled(false);
-        const ScopeExit usable([&grid] { grid.setEnabled(true); });
-        const NoRedraw off(grid);
-        showSizes(grid, kDrivesTable, services_.options, services_.texts);
+    guarded(scan_.diagnostics, [&] {
+        grid_.setEnabled(false);
+        const ScopeExit usable([this] { grid_.setEnabled(true); });
+        const NoRedraw off(grid_);
+        showSizes(grid_, kDrivesTable, scan_.options, scan_.texts);
         for (const DriveListColumn column : {kDriveListTotal, kDriveListFree, kDriveListUsed})
             pane().autosizeColumn(column, kSizeColumnMargin);
     });
 }
 
 void DriveList::Drives_Resize_Columns(bool withRedraw) {
-    guarded(services_.diagnostics, [&] {
-        Grid& grid = services_.lvwDiskinfo;
+    guarded(scan_.diagnostics, [&] {
         std::optional<NoRedraw> off;
-        if (withRedraw) off.emplace(grid);
-        for (std::size_t column = 0; column < grid.columns().size(); ++column)
+        if (withRedraw) off.emplace(grid_);
+        for (std::size_t column = 0; column < grid_.columns().size(); ++column)
             pane().autosizeColumn(column, 0);
     });
 }
@@ -323,22 +314,21 @@ void DriveList::Drives_Resize_Columns(bool withRedraw) {
 // --- what the user does
 
 void DriveList::MouseUp(Row row, MouseButton button, bool /*shift*/, Point at) {
-    if (services_.state.ScanActive || row == kNoRow) return;
-    guarded(services_.diagnostics, {.routine = "lvwDiskinfo_MouseUp"}, [&] {
+    if (scan_.state.ScanActive || row == kNoRow) return;
+    guarded(scan_.diagnostics, {.routine = "lvwDiskinfo_MouseUp"}, [&] {
         pane().focus();
-        if (button == MouseButton::kRight) services_.host.openDriveMenu(row, at);
+        if (button == MouseButton::kRight) host_.openDriveMenu(row, at);
     });
 }
 
 void DriveList::KeyUp(int key) {
-    if (services_.state.ScanActive) return;
-    guarded(services_.diagnostics, {.routine = "lvwDiskinfo_KeyUp"}, [&] {
-        Grid& grid = services_.lvwDiskinfo;
-        const Row row = key == kKeyDelete ? firstSelected(grid) : kNoRow;
-        if (row == kNoRow || !isNetworkPath(grid.text(row))) return;
+    if (scan_.state.ScanActive) return;
+    guarded(scan_.diagnostics, {.routine = "lvwDiskinfo_KeyUp"}, [&] {
+        const Row row = key == kKeyDelete ? firstSelected(grid_) : kNoRow;
+        if (row == kNoRow || !isNetworkPath(grid_.text(row))) return;
         waiting_->erase(row);
-        grid.removeRow(row);
-        services_.host.Drives_ResizeTableHeight();
+        grid_.removeRow(row);
+        host_.Drives_ResizeTableHeight();
         Drives_Resize_Columns(false);
     });
 }

@@ -15,18 +15,13 @@
 #include <vector>
 
 #include "app/options.h"
-#include "app/settings.h"
 #include "app/texts.h"
-#include "base/number_format.h"
-#include "base/path.h"
 #include "grid/grid.h"
-#include "platform/command_bar.h"
 #include "platform/drives.h"
 #include "platform/system_facts.h"
 #include "platform/window.h"
-#include "robustness/debug.h"
 #include "scan/list_column.h"
-#include "scan/scan_state.h"
+#include "scan/scan_context.h"
 
 namespace hl {
 
@@ -92,7 +87,6 @@ const Drive* driveOfPath(std::string_view path, const std::vector<Drive>& drives
 class DriveListHost {
   public:
     virtual ~DriveListHost() = default;
-    virtual void setBusyPointer(bool busy) = 0;
     /// Makes the pane just high enough for the rows.
     virtual void Drives_ResizeTableHeight() = 0;
     /// Appends the sources to the queue and works through it.
@@ -101,27 +95,13 @@ class DriveListHost {
     virtual void openDriveMenu(Row row, Point at) = 0;
 };
 
-/// What the list uses; everything outlives it.
-struct DriveListServices {
-    Grid& lvwDiskinfo;  ///< Must have been made with kDriveCells; only the list adds and removes rows.
-    const Grid& tvwPL;  ///< The folder report.
-    Drives& drives;
-    const Window& window;
-    DriveListHost& host;
-    const ScanState& state;
-    SettingsStore& settings;
-    const Options& options;
-    const Texts& texts;
-    SystemFacts& facts;
-    Diagnostics& diagnostics;
-    const PathRules& paths;
-    const NumberFormat& numbers;
-};
-
 /// For the thread of the logic only. It may be destroyed before its Drives are.
 class DriveList final : public GridEvents {
   public:
-    explicit DriveList(const DriveListServices& services) : services_(services) {}
+    /// `lvwDiskinfo` was made with kDriveCells; only the list adds and removes rows. The arguments must
+    /// outlive the list.
+    DriveList(ScanContext& scan, Grid& lvwDiskinfo, Drives& drives, const Window& window, DriveListHost& host)
+        : scan_(scan), grid_(lvwDiskinfo), drives_(drives), window_(window), host_(host) {}
     DriveList(const DriveList&) = delete;
     DriveList& operator=(const DriveList&) = delete;
 
@@ -157,14 +137,18 @@ class DriveList final : public GridEvents {
     void takeAnswers();
 
   private:
-    GridPane& pane() { return services_.window.grid(GridId::kDrives); }
+    GridPane& pane() { return window_.grid(GridId::kDrives); }
     void addDriveRow(std::string_view text, const Drive& drive);
     void addShareRow(std::string path);
     void answer(Row row, const DriveAnswer& space);
     Drive driveOfRow(std::string_view text);
     Row rowOf(std::string_view text, const PathRules& rules) const;
 
-    DriveListServices services_;
+    ScanContext& scan_;
+    Grid& grid_;
+    Drives& drives_;
+    const Window& window_;
+    DriveListHost& host_;
     /// The rows that wait, with the number of the question. Answers find this through a weak pointer.
     using Waiting = std::unordered_map<Row, std::uint64_t>;
     std::shared_ptr<Waiting> waiting_ = std::make_shared<Waiting>();

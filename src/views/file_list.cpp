@@ -51,7 +51,9 @@ void readRows(ScanContext& scan, Grid& list, const std::string& folder, Filling&
             const Entry& entry = listing->entries[i];
             if ((entry.attributes & kAttributeDirectory) != 0) continue;
             // Messages may have run while the file was looked into.
-            const std::string type = scan.host.typeName(std::string(folder).append(listing->name(entry)));
+            std::string type;
+            if (scan.types != nullptr)
+                type = scan.types->of(std::string(folder).append(listing->name(entry)));
             if (!filling.isLatest()) return;
             addFileRow(list, *listing, i, type);
             total += SizeValue::fromBytes(entry.size);
@@ -72,7 +74,7 @@ void List_Files_ScanFolderR(ScanContext& scan, Grid& lvwFiles, const std::string
         // The rows must be seen even if another reading, which this one interrupted, has switched redraw off.
         const ScopeExit on([&] { lvwFiles.setRedraw(true); });
         lvwFiles.clear();
-        scan.host.typesBegin();
+        if (scan.types != nullptr) scan.types->restart();
         readRows(scan, lvwFiles, path, filling, FilesTotalSize);
         if (filling.isLatest()) lvwFiles.sortLevels(0);
     });

@@ -60,7 +60,7 @@ void FilesView::empty() {
 }
 
 void FilesView::listLocked(const std::string& folder) {
-    const BusyPointer busy(parts_.scan.host);
+    const BusyPointer busy(parts_.scan.controls);
     DisableControls(parts_.scan, false);
     const ScopeExit unlock([&] { EnableControls(parts_.scan); });
     list(folder);

@@ -34,7 +34,7 @@ void HardlinksView::sortRows() {
 void HardlinksView::List_Hardlinks_ShowDups() {
     guarded(parts_.scan.diagnostics, [&] {
         if (grid_.rowCount() < 2) return;
-        const BusyPointer busy(parts_.scan.host);
+        const BusyPointer busy(parts_.scan.controls);
         {
             const NoRedraw off(grid_);
             // The ids are sorted as texts, because two of them may begin with the same number.

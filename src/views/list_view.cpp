@@ -40,7 +40,7 @@ void ListView::StartSearch() {
     trapped(traits_.family, [&] {
         const std::string part = bar_.textOf(idOf(traits_.searchText));
         if (grid_.rowCount() == 0 || part.empty()) return;
-        const BusyPointer busy(parts_.scan.host);
+        const BusyPointer busy(parts_.scan.controls);
         const std::size_t count = grid_.rowCount();
         const std::size_t behind = grid_.indexOf(searchedFrom()) + 1;
         const std::size_t from = behind < count ? behind : 0;
@@ -91,7 +91,7 @@ bool ListView::ignoresInput() const {
 void ListView::GridColumnTitleClick(std::size_t column) {
     trapped(traits_.events, [&] {
         if (ignoresInput() || std::exchange(parts_.ColumnDragGuard, false)) return;
-        const BusyPointer busy(parts_.scan.host);
+        const BusyPointer busy(parts_.scan.controls);
         const std::string key = grid_.columns().at(column).key;
         const bool text = key.empty() || grid_.cells().isText(grid_.cell(key));
         {

@@ -73,7 +73,7 @@ void ReportView::Report_ExpandFolderLevels(std::uint32_t level) {
 void ReportView::fold(const char* routine, Folding how, std::uint32_t level) {
     guarded(scan_.diagnostics, {.routine = routine}, [&] {
         if (grid_.rowCount() < 2) return;
-        const BusyPointer busy(scan_.host);
+        const BusyPointer busy(scan_.controls);
         DisableControls(scan_, false);
         {
             const ScopeExit unlock([this] { EnableControls(scan_); });
@@ -171,7 +171,7 @@ void ReportView::Report_StartSearch() {
     guarded(scan_.diagnostics, [&] {
         const std::string part = bar_.textOf(kSearchBox);
         if (grid_.rowCount() == 0 || part.empty()) return;
-        const BusyPointer busy(scan_.host);
+        const BusyPointer busy(scan_.controls);
         Row start = grid_.currentRow();
         if (start == kNoRow && grid_.selectedCount() > 0) start = grid_.selectedRows().front();
         searchFromStart(start == kNoRow ? grid_.rowAt(0) : start, part);
@@ -198,13 +198,13 @@ void ReportView::showHit(Row row) {
         grid_.setCurrentRow(row);
     }
     pane_.scrollIntoView(row);
-    scan_.host.showFilesOf(Report_GetFullpathOfNode(grid_, folderOf(row), true, scan_.paths));
-    scan_.host.refreshPreview();
+    host_.showFilesOf(Report_GetFullpathOfNode(grid_, folderOf(row), true, scan_.paths));
+    host_.refreshPreview();
 }
 
 void ReportView::removeAll() {
     grid_.clear();
-    scan_.host.showFilesOf("");
+    host_.showFilesOf("");
     scan_.state.DeepestLevel = 0;
     scan_.state.currentFolder.clear();
     host_.setFirstPanel("");
@@ -217,7 +217,7 @@ void ReportView::GridColumnTitleClick(std::size_t column) {
     guarded(scan_.diagnostics, {.routine = "tvwPL_GridColumnTitleClick"}, [&] {
         if (grid_.rowCount() == 0 || !grid_.redraw() || scan_.state.ScanActive) return;
         if (std::exchange(ColumnDragGuard_, false) || column >= grid_.columns().size()) return;
-        const BusyPointer busy(scan_.host);
+        const BusyPointer busy(scan_.controls);
         {
             const NoRedraw off(grid_);
             const std::string key = grid_.columns()[column].key;
@@ -287,16 +287,16 @@ void ReportView::Report_MouseClick(Row row, MouseButton button, Point at) {
 
 void ReportView::tellOf(Row row, MouseButton button, Point at) {
     const Row current = grid_.currentRow();
-    scan_.host.selectDriveOf(row);
+    host_.selectDriveOf(row);
     const bool folder = grid_.number(row, kIsFolder) == 1;
     const std::string path = Report_GetFullpathOfNode(grid_, folderOf(row), true, scan_.paths);
-    scan_.host.showFilesOf(path);
+    host_.showFilesOf(path);
     // Messages have run: another row may be current now, and this one may be gone.
     if (grid_.currentRow() != current || !grid_.selected(row) || scan_.state.ScanActive ||
         Report_GetFullpathOfNode(grid_, folderOf(row), true, scan_.paths) != path)
         return;
     host_.setFirstPanel(path);
-    scan_.host.refreshPreview();
+    host_.refreshPreview();
     pane_.focus();
     if (button == MouseButton::kRight && folder) host_.Report_ShellContextMenu(row, path, at);
 }

@@ -19,6 +19,11 @@ class ReportHost {
     /// Sets the width of the report's pane, in pixels.
     virtual void setReportWidth(int pixels) = 0;
     virtual void setFirstPanel(const std::string& text) = 0;
+    /// Selects the drive that the row lies on.
+    virtual void selectDriveOf(Row row) = 0;
+    /// Lists the files of a folder; an empty path empties the list. Messages may run meanwhile.
+    virtual void showFilesOf(const std::string& folder) = 0;
+    virtual void refreshPreview() = 0;
     /// Empties the preview.
     virtual void Preview_Reset_View() = 0;
     /// Opens the menu for several selected rows.

@@ -47,7 +47,8 @@ class QuietHost final : public FileOpsHost {
     std::string panel;
     void setFirstPanel(const std::string& text) override { panel = text; }
     void Preview_ShowFile() override {}
-    void removeFromLists(const std::function<bool(const std::string&)>&) override {}
+    void filesWent(const std::function<bool(const std::string&)>&) override {}
+    void folderShown(Row, const std::string&) override {}
     bool closed() override { return false; }
 };
 

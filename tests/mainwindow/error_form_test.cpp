@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "mainwindow/options_form.h"
-#include "support/test_texts.h"
+#include "support/test_scan.h"
 #include "support/whole_files.h"
 
 namespace hl {
@@ -134,21 +134,19 @@ struct FakeVerb : FolderVerb {
 class Options_Form : public testing::Test {
   protected:
     test::TestTexts texts;
-    Log log{texts.files, texts.dir.path(), DateFormat()};
+    test::TestScan parts{texts};
     FakeVerb verb;
-    OptionsServices services{texts.store,       texts.texts, log,           texts.system,
-                             texts.diagnostics, verb,        "/opt/lantern"};
 
     std::string ini() const { return test::contentOf(texts.dir.path() + "/Harborlantern.ini"); }
 };
 
 TEST_F(Options_Form, OpensWithTheFileAndRepairsTheOffer) {
-    OptionsForm fresh(services);
+    OptionsForm fresh(parts.services, verb, "/opt/lantern");
     EXPECT_TRUE(!fresh.chkKontextmenu.checked && fresh.chkInstanz.checked);
     EXPECT_EQ(fresh.txtDateFormat.text, "dd/MM/yyyy hh:nn:ss");
     test::writeFile(texts.dir.path() + "/Harborlantern.ini",
                     "[Optionen]\nKontextmenu=1\nInstanz=0\nDateFormat=yyyy\n");
-    OptionsForm form(services);
+    OptionsForm form(parts.services, verb, "/opt/lantern");
     EXPECT_TRUE(form.chkKontextmenu.checked && !form.chkInstanz.checked);
     EXPECT_EQ(form.txtDateFormat.text, "yyyy");
     EXPECT_EQ(verb.calls, (std::vector<std::string>{"withdrawn", "/opt/lantern"}));
@@ -160,7 +158,7 @@ TEST_F(Options_Form, SavesOnOkWhatTheUserChangedAndNothingElse) {
                              {true, true, false, false},
                              {true, true, true, true}};
     for (const auto& [activated, changed, ok, saves] : cases) {
-        OptionsForm frmOptionen(services);
+        OptionsForm frmOptionen(parts.services, verb, "/opt/lantern");
         Form form = frmOptionen.form();
         if (activated) form.activated();
         frmOptionen.chkKontextmenu.checked = true;
@@ -176,7 +174,7 @@ TEST_F(Options_Form, SavesOnOkWhatTheUserChangedAndNothingElse) {
 
 TEST_F(Options_Form, AnOfferThatFailsIsTheDebugLogsMatterAlone) {
     verb.failure = {13, "/home/ada/entry"};
-    OptionsForm form(services);
+    OptionsForm form(parts.services, verb, "/opt/lantern");
     const std::string debug = test::contentOf(texts.dir.path() + "/debug.log");
     EXPECT_NE(debug.find("#13 - Permission denied"), std::string::npos) << debug;
     EXPECT_NE(debug.find("/home/ada/entry"), std::string::npos) << debug;

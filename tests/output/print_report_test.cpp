@@ -2,10 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include "scan/records.h"
 #include "support/fake_window.h"
-#include "support/scripted_pump.h"
-#include "support/test_texts.h"
+#include "support/test_scan.h"
 #include "views/report_columns.h"
 
 namespace hl {
@@ -26,11 +24,10 @@ std::string shownRows(const Grid& grid, Row first) {
 
 struct PrintReport : testing::Test {
     test::TestTexts texts;
-    Options options;
-    NumberFormat numbers = numberFormatOf("de_DE.UTF-8");
-    Grid report{kFolderCells};
-    ScanState state;
-    test::ScriptedPump pump;
+    test::TestScan parts{texts};
+    Options& options = parts.options;
+    Grid& report = parts.report;
+    test::ScriptedPump& pump = parts.pump;
     test::FakeWindow window;
     std::string printed;
     int zoom = 0;
@@ -58,12 +55,8 @@ struct PrintReport : testing::Test {
         report.setPicture(row, kPictureFolder);
         return row;
     }
-    PrintServices services() {
-        return {report, options, {texts.texts, texts.files, texts.system}, numbers, texts.diagnostics, state,
-                pump,   window};
-    }
     std::string print(int scope, int levels, const std::string& number = "") {
-        PrintForm frmPrint(services());
+        PrintForm frmPrint(parts.scan, window);
         selectOption(frmPrint.optWasDrucken, static_cast<std::size_t>(scope));
         selectOption(frmPrint.optLevels, static_cast<std::size_t>(levels));
         frmPrint.txtLevels.text = number;
@@ -76,9 +69,10 @@ struct PrintReport : testing::Test {
 };
 
 TEST_F(PrintReport, PrintsWhatScopeAndLevelsSay) {
-    EXPECT_FALSE(PrintForm(services()).optWasDrucken[kSelectedFolder].enabled) << "nothing is selected";
+    EXPECT_FALSE(PrintForm(parts.scan, window).optWasDrucken[kSelectedFolder].enabled)
+        << "nothing is selected";
     report.setSelected(report.firstChild(report.firstRoot()), true);
-    EXPECT_TRUE(PrintForm(services()).optWasDrucken[kSelectedFolder].enabled);
+    EXPECT_TRUE(PrintForm(parts.scan, window).optWasDrucken[kSelectedFolder].enabled);
     const std::tuple<int, int, const char*, const char*, bool> cases[] = {
         {kAllFolders, kUnfoldedLevels, "", "s(a,d),t", true},
         {kSelectedFolder, kUnfoldedLevels, "", "a", false},
@@ -118,7 +112,7 @@ TEST_F(PrintReport, ZoomIsWhatIsTypedAndAHundredWithout) {
     const std::pair<const char*, int> cases[] = {
         {"", 100}, {"80", 80}, {"x", 100}, {"99999999999", 2147483647}};
     for (const auto& [text, wanted] : cases) {
-        PrintForm frmPrint(services());
+        PrintForm frmPrint(parts.scan, window);
         EXPECT_EQ(frmPrint.txtZoom.text, "100");
         frmPrint.txtZoom.text = text;
         frmPrint.Report_print();
@@ -135,7 +129,7 @@ TEST_F(PrintReport, LevelsThatAreNoNumberAreReportedAndNothingIsPrinted) {
 TEST_F(PrintReport, TheCaptionCountsWhatIsUnfoldedUntilItIsDoneOrCancelled) {
     for (int i = 0; i < 500; ++i) add(report.firstRoot(), "more");
     for (const bool cancels : {false, true}) {
-        PrintForm frmPrint(services());
+        PrintForm frmPrint(parts.scan, window);
         selectOption(frmPrint.optLevels, kAllFolderLevels);
         std::vector<std::string> captions;
         pump.onPump = [&] {
@@ -154,7 +148,7 @@ TEST_F(PrintReport, TheCaptionCountsWhatIsUnfoldedUntilItIsDoneOrCancelled) {
 }
 
 TEST_F(PrintReport, AFailureNamesTheFileAndTheReason) {
-    const PrintJob job = printedText({texts.texts, texts.files, texts.system}, "", "");
+    const PrintJob job = printedText(parts.services, "", "");
     EXPECT_EQ(job.failure("/tmp/a\n.pdf", 13, "/tmp/rest"),
               "Die Datei wurde nicht geschrieben: /tmp/a\u240A.pdf: " + texts.system.errorText(13) +
                   " Die unfertige Datei /tmp/rest ließ sich nicht löschen.");

@@ -2,12 +2,13 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string>
+#include <vector>
 
 #include "output/save_report.h"
-#include "scan/records.h"
 #include "start/headless_pump.h"
-#include "support/test_texts.h"
+#include "support/test_scan.h"
 #include "support/whole_files.h"
 
 namespace hl::test {
@@ -52,8 +53,13 @@ struct SaveBench : SaveDialog {
             row = folder(row, "f", 1024, 1, 1);
     }
 
-    ReportSources sources() {
-        return {grid, options, texts->texts, numbers, texts->diagnostics, state, *pump, paths};
+    /// What is saved; valid until the next call.
+    ScanContext& sources() {
+        const Services services{texts->store,       texts->texts, parts.log,     *files,
+                                parts.disk,         *pump,        parts.console, texts->system,
+                                texts->diagnostics, parts.paths,  numbers};
+        return scan_.emplace(ScanContext{services, parts.state, options, parts.combo, grid, parts.top,
+                                         parts.hardlinks, parts.junctions, parts.host, parts.controls});
     }
     std::string pathOf(const std::string& name) const { return texts->dir.path() + "/" + name; }
     std::string askSavePath(const SaveQuestion& question) override {
@@ -77,20 +83,27 @@ struct SaveBench : SaveDialog {
         return frmSave.SPEICHERN() ? contentOf(answer) : kNotWritten;
     }
     void english() {
-        texts = std::make_unique<TestTexts>("en_US.UTF-8");
+        english_ = std::make_unique<TestTexts>("en_US.UTF-8");
+        texts = english_.get();
+        files = &texts->files;
         numbers = numberFormatOf("en_US.UTF-8");
     }
 
-    std::unique_ptr<TestTexts> texts = std::make_unique<TestTexts>();
-    Options options;
-    NumberFormat numbers = numberFormatOf("de_DE.UTF-8");
-    PathRules paths = kPosixPaths;
-    Grid grid{kFolderCells};
-    ScanState state;
+    TestTexts german;
+    TestScan parts{german};
+    TestTexts* texts = &german;
+    Files* files = &german.files;
+    Options& options = parts.options;
+    Grid& grid = parts.report;
+    NumberFormat numbers = parts.numbers;
     HeadlessPump silence;
     MessagePump* pump = &silence;
     std::string answer;               ///< The path that the dialog answers.
     std::vector<SaveQuestion> asked;  ///< What the dialog was asked.
+
+  private:
+    std::unique_ptr<TestTexts> english_;
+    std::optional<ScanContext> scan_;
 };
 
 }  // namespace hl::test

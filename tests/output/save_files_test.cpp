@@ -3,9 +3,8 @@
 
 #include <gtest/gtest.h>
 
-#include "scan/file_columns.h"
 #include "support/fake_window.h"
-#include "support/test_texts.h"
+#include "support/test_scan.h"
 #include "support/whole_files.h"
 #include "views/list_columns.h"
 
@@ -14,8 +13,8 @@ namespace {
 
 struct SaveFiles : testing::Test, SaveDialog {
     test::TestTexts texts;
-    Options options;
-    NumberFormat numbers = numberFormatOf("de_DE.UTF-8");
+    test::TestScan parts{texts};
+    Options& options = parts.options;
     Grid list{kFileCells};
     std::string path = texts.dir.path() + "/list.txt";
     std::string extension;  ///< The extension that the dialog was given.
@@ -31,16 +30,13 @@ struct SaveFiles : testing::Test, SaveDialog {
         extension = question.defaultExtension;
         return path;
     }
-    SaveFilesServices services() {
-        return {list, texts.texts, numbers, texts.store, texts.files, texts.diagnostics, kPosixPaths, *this};
-    }
     void addFile(std::string_view name, double size) {
         const Row row = list.addRow(kNoRow, name);
         list.setNumber(row, kFileSize, size);
         list.setCellText(row, kFileType, "Text");
     }
     std::string saved(SaveFormat format) {
-        SaveFilesForm frmSaveFiles(services());
+        SaveFilesForm frmSaveFiles(parts.services, list, *this);
         frmSaveFiles.cboFormat.index = format;
         frmSaveFiles.cboFormat_Click();
         EXPECT_EQ(frmSaveFiles.cboDelimiter.index,
@@ -80,7 +76,7 @@ TEST_F(SaveFiles, CsvMakesNoTextAFormulaWhenAskedToAndKeepsThat) {
         EXPECT_NE(all.find("\"" + mark + "=T\""), std::string::npos);
     };
     startsAs(kFormatCsv, "");
-    SaveFilesForm form(services());
+    SaveFilesForm form(parts.services, list, *this);
     EXPECT_FALSE(form.chkFormulas.checked || form.chkFormulas.enabled);
     form.cboFormat.index = kFormatCsv;
     form.cboFormat_Click();
@@ -94,21 +90,21 @@ TEST_F(SaveFiles, CsvMakesNoTextAFormulaWhenAskedToAndKeepsThat) {
 TEST_F(SaveFiles, WritesNothingWithoutAPathAndReportsOneThatCannotBeWritten) {
     addFile("a", 1);
     path.clear();
-    SaveFilesForm cancelled(services());
+    SaveFilesForm cancelled(parts.services, list, *this);
     EXPECT_FALSE(cancelled.SPEICHERN() || cancelled.loaded || cancelled.hourglass);
     EXPECT_EQ(texts.reports("SPEICHERN"), 0U);
     path = texts.dir.path() + "/nowhere/list.txt";
-    SaveFilesForm refused(services());
+    SaveFilesForm refused(parts.services, list, *this);
     EXPECT_FALSE(refused.SPEICHERN());
     EXPECT_EQ(texts.reports("SPEICHERN"), 1U);
 }
 
 TEST_F(SaveFiles, AsksNothingForAListWithoutRows) {
     test::FakeWindow window;
-    Save_Files(services(), window);
+    Save_Files(parts.services, list, *this, window);
     EXPECT_TRUE(window.calls.empty());
     addFile("a", 1);
-    Save_Files(services(), window);
+    Save_Files(parts.services, list, *this, window);
     EXPECT_EQ(window.calls, std::vector<std::string>{"form"});
 }
 

@@ -84,7 +84,7 @@ TEST_F(SaveReportGolden, ASelectedFolderIsReportedAloneAndUnderItsOwnName) {
     folder(kNoRow, "/other", 1, 1, 0);
     grid.setSelected(bilder, true);
     grid.setExpanded(bilder, true);
-    SaveForm frmSave(sources(), texts->files, *this);
+    SaveForm frmSave(sources(), *this);
     selectOption(frmSave.optWasSpeichern, kSelectedFolder);
     expectGolden("selected.txt", savedBy(frmSave, "r.txt"));
 }

@@ -33,7 +33,7 @@ TEST_F(SaveReport, OkSavesWhereTheDialogSaysOrNothingIfItIsCancelled) {
     grid.setExpanded(sampleTree("/srv/data"), true);  // The unfolded row lies within a folded one.
     const std::string filters[] = {"TXT (*.txt)|*.txt", "CSV (*.csv)|*.csv"};
     for (const int format : {kFormatTxt, kFormatCsv}) {
-        SaveForm frmSave(sources(), texts->files, *this);
+        SaveForm frmSave(sources(), *this);
         frmSave.cboFormat.index = format;
         frmSave.OKButton_Click();
         EXPECT_EQ(asked.back().filter, filters[format]);
@@ -50,7 +50,7 @@ TEST_F(SaveReport, TheNameDecidesTheFormatAndTheListTheDelimiter) {
     for (const char* name : {"a.txt", "A.TXT"}) EXPECT_TRUE(saved(name).starts_with("Größe")) << name;
     for (const char* name : {"a.csv", "a", "a.txt.bak", "txt"})
         EXPECT_TRUE(saved(name, 0, 4).starts_with("\"Pfad\"\t")) << name << ", no delimiter has number 4";
-    SaveForm frmSave(sources(), texts->files, *this);
+    SaveForm frmSave(sources(), *this);
     frmSave.cboFormat.index = kFormatCsv;
     frmSave.cboFormat_Click();
     EXPECT_TRUE(savedBy(frmSave, "r.txt").starts_with("Größe (MB);Dateien;Ordner;Pfad\r\n"));
@@ -68,13 +68,13 @@ TEST_F(SaveReport, LevelsComeFromTheOrderOrTheControls) {
         {kSomeFolderLevels, "0", 1},  // 0 means what is unfolded.
         {kSomeFolderLevels, "77", 8}};
     for (const auto& [option, typed, rows] : cases) {
-        SaveForm frmSave(sources(), texts->files, *this);
+        SaveForm frmSave(sources(), *this);
         selectOption(frmSave.optLevels, static_cast<std::size_t>(option));
         frmSave.txtLevels.text = typed;
         EXPECT_EQ(linesIn(savedBy(frmSave, "r.csv")), 1 + rows) << option << " '" << typed << "'";
     }
     for (const char* typed : {"", "1x", "2147483648"}) {
-        SaveForm frmSave(sources(), texts->files, *this);
+        SaveForm frmSave(sources(), *this);
         selectOption(frmSave.optLevels, kSomeFolderLevels);
         frmSave.txtLevels.text = typed;
         EXPECT_EQ(savedBy(frmSave, "r.csv"), test::kNotWritten) << typed;
@@ -98,7 +98,7 @@ TEST_F(SaveReport, AnErrorThatCostsRowsLeavesTheOlderFile) {
     failing.input = true;
     failing.onPump = [] { throw std::bad_alloc(); };
     pump = &failing;
-    SaveForm frmSave(sources(), texts->files, *this);
+    SaveForm frmSave(sources(), *this);
     selectOption(frmSave.optLevels, kAllFolderLevels);
     for (const std::string& result : {saved("r.csv"), savedBy(frmSave, "r.csv")}) {
         EXPECT_EQ(result, test::kNotWritten);
@@ -136,7 +136,8 @@ TEST_F(SaveReport, AnUnfinishedFileThatCannotBeRemovedIsNamed) {
         }
     } stuck;
     sampleTree("/srv/data");
-    SaveForm frmSave(sources(), stuck, *this);
+    files = &stuck;
+    SaveForm frmSave(sources(), *this);
     EXPECT_EQ(savedBy(frmSave, "r.csv"), test::kNotWritten);
     EXPECT_EQ(texts->reports("not permitted Die unfertige Datei /far/rest\u240A ließ sich nicht löschen."),
               1U);
@@ -144,7 +145,7 @@ TEST_F(SaveReport, AnUnfinishedFileThatCannotBeRemovedIsNamed) {
 
 TEST_F(SaveReport, AFailureIsReportedWithItsCauseOrTheNameOfTheFile) {
     const auto fails = [&](const std::string& path, const std::string& cause) {
-        SaveForm frmSave(sources(), texts->files, *this);
+        SaveForm frmSave(sources(), *this);
         answer = path;
         EXPECT_FALSE(frmSave.SPEICHERN());
         EXPECT_EQ(texts->reports(cause), 1U) << cause;

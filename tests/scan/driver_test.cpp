@@ -36,7 +36,7 @@ TEST_F(Driver, ReadsTheQueueInItsOrderAsOneRunAndPassesOverWhatDoesNotExist) {
     EXPECT_EQ(roots(), (Lines{"/q 16 1/0", "/m 12 2/1", "/a 3 2/1"})) << "sorted at the end";
     EXPECT_TRUE(state.SourceQueue.empty());
     EXPECT_EQ(report.selectedRows(), std::vector<Row>{rowOf("/a")}) << "the row read last";
-    EXPECT_EQ(callsOf("+lock") + callsOf("+unlock") + callsOf("status OK."), 3U);
+    EXPECT_EQ(callsOf("+lock") + callsOf("+unlock") + callsOf("ended"), 3U);
     EXPECT_EQ(callsOf("+missing /missing/") + callsOf("+missing /silent/#13 - Permission denied"), 2U);
     for (const std::string& line : protocol()) EXPECT_EQ(line.find("missing"), std::string::npos);
     readSources({"/q"});
@@ -51,7 +51,7 @@ TEST_F(Driver, KeepsWhatWasReadWhenTheSecondOfThreeSourcesIsStopped) {
     EXPECT_EQ(roots(), (Lines{"/a 3 2/1", "/m 0 0/1"}));
     EXPECT_EQ(textsOf(top), Lines());
     EXPECT_EQ(protocol().back(), "Der Vorgang wurde vom Anwender abgebrochen!");
-    EXPECT_EQ(host.calls.back(), "status OK.");
+    EXPECT_EQ(host.calls.back(), "ended");
     EXPECT_TRUE(state.SourceQueue.empty() && state.CancelState == kCancelNone && !state.ScanActive);
 }
 
@@ -59,19 +59,19 @@ TEST_F(Driver, LocksTheWindowWhileItReadsAndShowsNeitherListsNorFilesOfASilentRu
     pump.onPump = [&] { EXPECT_TRUE(state.ScanActive); };
     readSources({"/a/"});
     EXPECT_EQ((Lines{host.calls[0], host.calls[1]}), (Lines{"busy", "+lock"}));
-    EXPECT_EQ(callsOf("+files of '/a/'") + callsOf("+lists") + callsOf("+unlock"), 3U);
+    EXPECT_EQ(callsOf("+folder '/a/'") + callsOf("+lists") + callsOf("+unlock"), 3U);
     EXPECT_EQ(pump.pumps, 1);
     state.SilentRun = true;
     host.calls.clear();
     readSources({"/a/"});
-    EXPECT_EQ(callsOf("+files of '/a/'") + callsOf("+lists"), 0U);
+    EXPECT_EQ(callsOf("+folder '/a/'") + callsOf("+lists"), 0U);
     EXPECT_EQ(roots(), (Lines{"/a 3 2/1", "/a 3 2/1"}));
 }
 
 TEST_F(Driver, LeavesTheWindowFreeAfterAFaultThatNoInnerTrapCatches) {
     pump.onPump = [] { throw std::runtime_error("no"); };
     readSources({"/a/"});
-    EXPECT_EQ(host.calls, (Lines{"busy", "+lock", "+unlock", "status ", "not busy"}));
+    EXPECT_EQ(host.calls, (Lines{"busy", "+lock", "+unlock", "broken off", "not busy"}));
     EXPECT_FALSE(state.ScanActive);
 }
 
@@ -220,7 +220,7 @@ TEST_F(Rollup, RemovesTheWholeSourceOfTheCurrentRow) {
     state.currentFolder = "/s/b/";
     for (int i = 0; i < 2; ++i) Report_RemoveFolders(scan);  // The second time no row is current.
     EXPECT_EQ(rows(), (Lines{"/t 6 1/1", "  Dateien 6 1/0", "  d 0 0/0"}));
-    EXPECT_EQ(host.calls, (Lines{"files of ''", "preview", "clear status"}));
+    EXPECT_EQ(host.calls, Lines(1, "selection gone"));
     EXPECT_EQ(state.currentFolder, "/s/b/") << "another folder than the source itself";
     EXPECT_EQ(textsOf(top), Lines{"g"}) << "the lists keep what they hold";
     report.setCurrentRow(rowOf("/t"));

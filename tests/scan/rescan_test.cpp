@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <random>
 
+#include "scan/list_handover.h"
 #include "support/scan_fixture.h"
 
 namespace hl {
@@ -102,7 +103,7 @@ TEST_F(Rescan, StaysAtTheFormerPlaceIfARowOfThatTextStandsThereNow) {
     rescan(report.rowAt(3));
     EXPECT_EQ(rows(), (Lines{"/t 80 2/3", "  e 60 1/0", "  g 20 1/1", "    e 20 1/0"}));
     EXPECT_EQ(report.indexOf(report.currentRow()), 3U);
-    EXPECT_EQ(host.calls.back(), "files of '/t/e/'");
+    EXPECT_EQ(host.calls.back(), "folder '/t/e/'");
 }
 
 TEST_F(Rescan, ShowsAFolderThatHasVanishedWithZerosAndTheError) {
@@ -126,9 +127,10 @@ TEST_F(Rescan, LocksTheWindowFillsTheListsFromTheFolderAloneAndReadsWhatWasQueue
     EXPECT_EQ(host.calls, Lines()) << "no row is current";
     options.CreateListTOP = 1;
     rescan("e");
-    for (const char* call : {"+lock", "+title 1 größten Dateien von '/s/e'", "+lists", "+unlock", "not busy"})
+    for (const char* call : {"+lock", "+lists", "+unlock", "not busy"})
         EXPECT_EQ(std::count(host.calls.begin(), host.calls.end(), call), 1) << call;
     EXPECT_EQ(textsOf(top), Lines{"z"});
+    EXPECT_EQ(topTitle(scan), "1 größten Dateien von '/s/e'");
     disk.sources.push_back(folder("/t", {file("g", 1)}));
     disk.at = {{disk.blocks + 1, [&] { state.SourceQueue.push_back("/t"); }}};
     rescan("e");
@@ -139,8 +141,7 @@ TEST_F(Rescan, LocksTheWindowFillsTheListsFromTheFolderAloneAndReadsWhatWasQueue
 TEST_F(Rescan, LeavesTheWindowFreeAfterAFaultThatNoInnerTrapCatches) {
     pump.onPump = [] { throw std::runtime_error("no"); };
     rescan("e");
-    EXPECT_EQ(host.calls,
-              (Lines{"busy", "files of ''", "preview", "+lock", "+unlock", "status ", "not busy"}));
+    EXPECT_EQ(host.calls, (Lines{"busy", "selection gone", "+lock", "+unlock", "broken off", "not busy"}));
     EXPECT_FALSE(state.ScanActive);
 }
 

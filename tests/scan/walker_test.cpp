@@ -224,10 +224,10 @@ TEST_F(Walk, SaysOnceForAFolderThatItWaitsLongAndOnceWhichDiskDoesNotAnswer) {
             disk.waits = waits;
             disk.silentMounts = {"/mnt"};
             walk({folder("b", {file("c", 2)}), folder("d")});
-            Lines calls = {"notice /mnt antwortet nicht. Verknüpfungen dorthin gelten als Dateien."};
+            Lines calls = {"silent /mnt antwortet nicht. Verknüpfungen dorthin gelten als Dateien."};
             if (follow == 1)
                 calls.insert(calls.begin(), "not read /mnt: " + ApiErrorText(true, ETIMEDOUT, system));
-            if (waits == 20) calls.push_back("notice Warten auf /s/b/ ...");
+            if (waits == 20) calls.push_back("silent Warten auf /s/b/ ...");
             std::erase(host.calls, "first level");
             EXPECT_EQ(host.calls, calls);
         }

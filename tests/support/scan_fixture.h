@@ -11,6 +11,7 @@
 #include "scan/rollup.h"
 #include "scan/scan_context.h"
 #include "support/fake_file_system.h"
+#include "support/recording_console.h"
 #include "support/scripted_pump.h"
 
 namespace hl::test {
@@ -49,39 +50,39 @@ class MemoryFiles : public Files {
     }
 };
 
-class RecordingHost : public ScanHost {
+class RecordingHost : public ScanHost, public Controls, public FileTypeNames {
   public:
     explicit RecordingHost(const ScanState& state) : state_(state) {}
 
-    std::vector<std::string> calls;    ///< All calls except typeName and folderEntered, with "+" in front
-                                       ///< while ScanActive is set.
+    std::vector<std::string> calls;    ///< All calls except folderEntered and those for types, with "+" in
+                                       ///< front while ScanActive is set.
     std::vector<std::string> folders;  ///< The calls of folderEntered.
-    std::string type;                  ///< The answer of typeName.
+    std::string type;                  ///< The type of every file.
+
+    void runBegan() override { note("began"); }
+    void runEnded(bool whole) override { note(whole ? "ended" : "broken off"); }
+    void selectionGone() override { note("selection gone"); }
+    void folderShown(const std::string& folder) override { note("folder '" + folder + "'"); }
+    void sourceMissing(const std::string& source, const std::string& reason) override {
+        note("missing " + source + reason);
+    }
+    void sourceBegan() override { note("source began"); }
+    void listsFilled() override { note("lists"); }
+    void sourceDone(Row row) override { note("source done " + std::to_string(row)); }
+    void sourceChanged(Row row) override { note("source changed " + std::to_string(row)); }
+    void folderEntered(std::string_view path) override { folders.emplace_back(path); }
+    void firstLevelFolderDone() override { note("first level"); }
+    void notRead(std::string_view path, const std::string& reason) override {
+        note("not read " + std::string(path) + ": " + reason);
+    }
+    void diskSilent(const std::string& text) override { note("silent " + text); }
 
     void setBusyPointer(bool busy) override { note(busy ? "busy" : "not busy"); }
     void lockControls(bool noStop) override { note(noStop ? "lock all" : "lock"); }
     void unlockControls() override { note("unlock"); }
-    void statusOfRun() override { note("status of run"); }
-    void statusAfterRun(const std::string& text) override { note("status " + text); }
-    void folderEntered(std::string_view path) override { folders.emplace_back(path); }
-    void firstLevelFolderDone() override { note("first level"); }
-    void sourceMissing(const std::string& source, const std::string& reason) override {
-        note("missing " + source + reason);
-    }
-    void scanNotice(const std::string& text) override { note("notice " + text); }
-    void notRead(std::string_view path, const std::string& reason) override {
-        note("not read " + std::string(path) + ": " + reason);
-    }
-    std::string typeName(const std::string&) override { return type; }
-    void topListTitle(const std::string& title) override { note("title " + title); }
-    void listsFilled() override { note("lists"); }
-    void reportResizeColumns() override { note("resize"); }
-    void selectDriveOf(Row row) override { note("select drive of " + std::to_string(row)); }
-    void refreshDriveOf(Row row) override { note("refresh drive of " + std::to_string(row)); }
-    void showFilesOf(const std::string& folder) override { note("files of '" + folder + "'"); }
-    void refreshPreview() override { note("preview"); }
-    void showFileStat() override { note("file stat"); }
-    void clearStatus() override { note("clear status"); }
+
+    void restart() override {}
+    std::string of(const std::string& /*path*/) override { return type; }
 
   private:
     void note(const std::string& call) { calls.push_back((state_.ScanActive ? "+" : "") + call); }
@@ -111,8 +112,9 @@ class ScanBench : public FakeDiagnostics {
     Log log{files, "/home", {"yyyy-MM-dd", "hh:nn"}, [] { return LocalTime(); }};
     PathRules paths = kPosixPaths;
     NumberFormat numbers;
-    ScanContext scan{state, options, combo, report, top,    hardlinks,   junctions, disk,
-                     pump,  host,    texts, log,    system, diagnostics, paths,     numbers};
+    RecordingConsole console;
+    Services services{settings, texts, log, files, disk, pump, console, system, diagnostics, paths, numbers};
+    ScanContext scan{services, state, options, combo, report, top, hardlinks, junctions, host, host, &host};
 
     std::vector<std::string> protocol() const { return files.logLines("Harborlantern.log"); }
 

@@ -8,9 +8,8 @@
 #include "app/setting_keys.h"
 #include "platform/icons.h"
 #include "platform/window.h"
-#include "scan/records.h"
 #include "support/fake_window.h"
-#include "support/test_texts.h"
+#include "support/test_scan.h"
 #include "views/cell_text.h"
 #include "views/drive_combo.h"
 #include "views/list_columns.h"
@@ -43,9 +42,7 @@ class ScriptedDrives final : public Drives {
 class RecordingDriveHost final : public DriveListHost {
   public:
     std::vector<std::string> sources;
-    bool busy = false;
 
-    void setBusyPointer(bool on) override { busy = on; }
     void Drives_ResizeTableHeight() override {}
     void readSources(const std::vector<std::string>& read) override { sources = read; }
     void openDriveMenu(Row, Point) override {}
@@ -53,6 +50,7 @@ class RecordingDriveHost final : public DriveListHost {
 
 struct DriveListTest : testing::Test {
     DriveListTest() {
+        numbers = {};
         Init_List(grid, kDrivesTable, options, texts.texts);
         options.FileSizeFormatDrive = 3;
         options.SizeFormatNachkommastellenDrive = 1;
@@ -86,15 +84,16 @@ struct DriveListTest : testing::Test {
     }
 
     test::TestTexts texts;
-    Options options;
-    NumberFormat numbers;
-    Grid grid{kDriveCells}, report{kFolderCells};
+    test::TestScan parts{texts};
+    Options& options = parts.options;
+    NumberFormat& numbers = parts.numbers;
+    Grid& report = parts.report;
+    Grid grid{kDriveCells};
     ScriptedDrives drives;
     test::FakeWindow window;
     RecordingDriveHost host;
-    ScanState state;
-    DriveList list{{grid, report, drives, window, host, state, texts.store, options, texts.texts,
-                    texts.system, texts.diagnostics, kPosixPaths, numbers}};
+    ScanState& state = parts.state;
+    DriveList list{parts.scan, grid, drives, window, host};
 };
 
 constexpr std::uint64_t kGiB = std::uint64_t{1} << 30;
@@ -112,7 +111,7 @@ TEST_F(DriveListTest, HasARowForEachDriveAtOnceAndItsSizesLater) {
     EXPECT_EQ(rowText(0),
               "/|10,737,418,240|4,294,967,296|40%|6,442,450,944|60%|root|ext4|Lokaler Datenträger|4.00 KB");
     EXPECT_EQ(rowText(1), "/media/stick|||||||vfat|Wechseldatenträger|") << "a drive that does not answer";
-    EXPECT_TRUE(grid.redraw() && !host.busy);
+    EXPECT_TRUE(grid.redraw() && !parts.controls.busy);
 }
 
 TEST_F(DriveListTest, DropsAnswersForRowsThatAreGoneOrAskedAnew) {
@@ -128,8 +127,7 @@ TEST_F(DriveListTest, DropsAnswersForRowsThatAreGoneOrAskedAnew) {
     list.takeAnswers();
     EXPECT_EQ(cellText(0, kDriveListTotal), "100");
     {
-        DriveList other({grid, report, drives, window, host, state, texts.store, options, texts.texts,
-                         texts.system, texts.diagnostics, kPosixPaths, numbers});
+        DriveList other(parts.scan, grid, drives, window, host);
         other.Drives_GetAllDrives();
     }
     drives.takeAnswers();  // The row that asked is gone.
