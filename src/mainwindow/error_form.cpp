@@ -129,7 +129,7 @@ void ErrorForm::cmdSpeichern_Click() {
 void ErrorForm::cmdDrucken_Click() {
     attempt([this] {
         services_.desk.print(
-            printedText({services_.texts, services_.files, services_.facts}, caption, txtInfo.text));
+            printedText(services_.texts, services_.files, services_.facts, caption, txtInfo.text));
     });
 }
 

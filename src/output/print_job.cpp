@@ -34,32 +34,33 @@ PrintTexts printTexts(const Texts& texts) {
             .pageWidth = texts.TL(9605, "Seitenbreite")};
 }
 
-PrintJob emptyJob(const Services& services, const std::string& title) {
+PrintJob emptyJob(const Texts& texts, Files& files, SystemFacts& facts, const std::string& title) {
     PrintJob job;
     job.title = title;
-    job.texts = printTexts(services.texts);
-    job.files = &services.files;
-    job.failure = [services](const std::string& name, int error, const std::string& rest) {
+    job.texts = printTexts(texts);
+    job.files = &files;
+    job.failure = [&texts, &facts](const std::string& name, int error, const std::string& rest) {
         const std::string where = visible(name);
-        if (error == 0) return services.texts.TL(9606, "Das Drucken mit '%1' ist fehlgeschlagen.", {where});
-        return services.texts.TL(9607, "Die Datei wurde nicht geschrieben: %1",
-                                 {where + ": " + ApiErrorText(false, error, services.facts)}) +
-               leftBehindText(services.texts, rest);
+        if (error == 0) return texts.TL(9606, "Das Drucken mit '%1' ist fehlgeschlagen.", {where});
+        return texts.TL(9607, "Die Datei wurde nicht geschrieben: %1",
+                        {where + ": " + ApiErrorText(false, error, facts)}) +
+               leftBehindText(texts, rest);
     };
     return job;
 }
 
 }  // namespace
 
-PrintJob printedText(const Services& services, const std::string& title, std::string_view text) {
-    PrintJob job = emptyJob(services, title);
+PrintJob printedText(const Texts& texts, Files& files, SystemFacts& facts, const std::string& title,
+                     std::string_view text) {
+    PrintJob job = emptyJob(texts, files, facts, title);
     job.text = text;
     return job;
 }
 
 PrintJob printedGrid(const Services& services, const std::string& title, const Grid& grid,
                      const GridFont& font) {
-    PrintJob job = emptyJob(services, title);
+    PrintJob job = emptyJob(services.texts, services.files, services.facts, title);
     job.grid = &grid;
     job.font = font;
     job.columnGap = kColumnGap;

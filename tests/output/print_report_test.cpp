@@ -148,7 +148,7 @@ TEST_F(PrintReport, TheCaptionCountsWhatIsUnfoldedUntilItIsDoneOrCancelled) {
 }
 
 TEST_F(PrintReport, AFailureNamesTheFileAndTheReason) {
-    const PrintJob job = printedText(parts.services, "", "");
+    const PrintJob job = printedText(texts.texts, texts.files, texts.system, "", "");
     EXPECT_EQ(job.failure("/tmp/a\n.pdf", 13, "/tmp/rest"),
               "Die Datei wurde nicht geschrieben: /tmp/a\u240A.pdf: " + texts.system.errorText(13) +
                   " Die unfertige Datei /tmp/rest ließ sich nicht löschen.");
