@@ -3,7 +3,8 @@
 // Sections and keys are found without regard to case. Of two with the same name only the first counts.
 // Comments (";") and lines that make no sense are kept. A value that begins or ends with a blank or a double
 // quote is written in double quotes. A value with control characters or bytes that are no UTF-8 (a folder's
-// name may hold any) is written as $'...' with the escapes \n \r \\ \' and \xNN.
+// name may hold any) is written as $'...' with the escapes \n \r \\ \' and \xNN. From
+// any thread, but one object from one thread at a time.
 #pragma once
 
 #include <map>

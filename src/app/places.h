@@ -3,7 +3,7 @@
 // If the program was only unpacked or built, everything lies beside the executable and is written there. A
 // package puts a file named `installed` beside the executable: its first line names the folder of the
 // read-only files, relative to the executable's ("../../share/harborlantern"), and each user has a folder of
-// settings. The only access to the disk is to read that file.
+// settings. The only access to the disk is to read that file. For the thread that starts the program.
 #pragma once
 
 #include <string>

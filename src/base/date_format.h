@@ -1,4 +1,5 @@
-// Formats dates and times as text. All of them are in local time with a resolution of one second.
+// Formats dates and times as text. All of them are in local time with a resolution of one second. The
+// functions may be called from any thread.
 #pragma once
 
 #include <chrono>

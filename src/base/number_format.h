@@ -1,4 +1,5 @@
-// Formats numbers as the user's locale writes them.
+// Formats numbers as the user's locale writes them. The functions keep nothing and may be called from any
+// thread.
 #pragma once
 
 #include <cstdint>

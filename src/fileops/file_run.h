@@ -38,7 +38,8 @@ struct FileOps {
 /// Lives as long as a command works. Meanwhile nothing else may begin, so rows stay where they are.
 class FileRun final : public OperationWatch {
   public:
-    /// `status` is the text for the status bar; "%1" in it stands for the path that is being worked on.
+    /// `ops` must outlive it. `status` is the text for the status bar; "%1" in it stands for the path that is
+    /// being worked on.
     FileRun(const FileOps& ops, std::string status);
     ~FileRun() override;
     FileRun(const FileRun&) = delete;

@@ -16,6 +16,7 @@ class ReportChanges;
 class Gone {
   public:
     /// With `recycled`, files keep all their names, one of which is in the trash now.
+    /// `ops` must outlive it.
     Gone(const FileOps& ops, bool recycled) : ops_(ops), recycled_(recycled) {}
 
     /// Is called before the path is removed, while it can still be looked at.

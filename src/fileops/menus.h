@@ -14,6 +14,7 @@ namespace hl {
 
 class Menus {
   public:
+    /// `ops` must outlive it.
     explicit Menus(const FileOps& ops) : ops_(ops) {}
 
     /// Shows the menu of files or folders: the desktop's part, and then `own`. Returns the id of the own

@@ -22,7 +22,7 @@ bool savesOption(const CommandRow& row) {
 
 }  // namespace
 
-void optionsToBar(Options& options, CommandBar& bar) {
+void optionsToBar(const Options& options, CommandBar& bar) {
     for (const CommandRow& row : commandsOf(bar.id()))
         if (row.kept.use != Use::kNone) bar.setChecked(idOf(row.command), isOn(row, row.kept.field(options)));
     if (bar.id() == BarId::kTop) bar.setText(idOf(Command::kTopCount), std::to_string(options.TOPmaxcount));

@@ -8,9 +8,9 @@
 
 namespace hl {
 
-/// Checks the entries of one bar and fills its boxes by the options, which do not change. Any number but 0
+/// Checks the entries of one bar and fills its boxes by the options. Any number but 0
 /// means on, but "Dezimal" needs a 1. For a number outside 0 to 3 none of the four size modes is checked.
-void optionsToBar(Options& options, CommandBar& bar);
+void optionsToBar(const Options& options, CommandBar& bar);
 
 /// Reads all bars back; must be called before OptionenSpeichernMain. Options that no entry keeps (size modes,
 /// fonts, dates) do not change. REQUIRES: the bars were built.

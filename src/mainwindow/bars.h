@@ -49,7 +49,7 @@ class Bars {
 /// What the bars are built from; it must outlive the call.
 struct BarSources {
     const Texts& texts;
-    Options& options;  ///< They are only read.
+    const Options& options;
     Diagnostics& diagnostics;
     bool homepage = false;  ///< There is a homepage to open.
 };

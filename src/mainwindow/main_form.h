@@ -53,7 +53,9 @@ struct MainForm {
 
     Session session;
     WindowServices own;
-    const Window* window = nullptr;  ///< Null before the window is loaded.
+    /// Null before the window is loaded. It can be used until the window's module returns, also after
+    /// `closed`.
+    const Window* window = nullptr;
     bool closed = false;  ///< The window is gone. What is on the stack then still ends; nothing new begins.
     bool restartPending = false;  ///< The program is to start again when it has ended.
     Bars bars;

@@ -1,4 +1,5 @@
-// The question that both forms for saving have in common: which format, and which delimiter.
+// The question that both forms for saving have in common: which format, and which delimiter. For the
+// thread of the logic only.
 #pragma once
 
 #include <string>

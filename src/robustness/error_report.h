@@ -15,8 +15,8 @@
 
 namespace hl {
 
-/// What the report says of the program itself. main owns it and fills it before the first trap; then it is
-/// constant.
+/// What the report says of the program itself. ProgramCore owns it and fills it before the first trap;
+/// `cancelState` and `screen` follow the run and the window.
 struct AppFacts {
     std::string title = "Harborlantern";
     int major = 0, minor = 0, revision = 0;

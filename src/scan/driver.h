@@ -24,14 +24,17 @@ void Ordnerliste_Abarbeiten(ScanContext& scan);
 /// Reads one source into a new root row, or into `row` if that is given. Returns the row.
 Row QuelleEinlesen(ScanContext& scan, const std::string& source, int imageIndex, Row row);
 
-/// Reads the folder of the current row again and corrects all rows above by the difference.
+/// Reads the folder of the current row again, corrects all rows above by the difference, and fills the three
+/// lists of a scan from this folder alone.
 void Report_Rescan(ScanContext& scan);
 
 /// Reads the folder of a row again and corrects the sums above by the difference. The caller has to update
 /// the shares above, the order of rows and the three lists.
 void Report_ReadAgain(ScanContext& scan, Row row);
 
+/// Locks the window except for Stop, and with `noStop` for Stop too, sets ScanActive, and lets messages run.
 void DisableControls(ScanContext& scan, bool noStop);
+/// Undoes DisableControls.
 void EnableControls(ScanContext& scan);
 
 }  // namespace hl

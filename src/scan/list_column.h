@@ -1,5 +1,5 @@
 // What a list is made of: a table with one row for each of its columns. The columns of the grid, the buttons
-// that show and hide them, and the filling of rows come from it.
+// that show and hide them, and the filling of rows come from it. The tables are constants.
 #pragma once
 
 #include <algorithm>

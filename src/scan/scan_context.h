@@ -1,4 +1,5 @@
-// Everything that the routines of a scan work with. It owns nothing, and all of it outlives the scan.
+// Everything that the routines of a scan work with. It owns nothing, and all of it outlives the scan. For the
+// thread of the logic only.
 #pragma once
 
 #include "app/options.h"

@@ -1,4 +1,4 @@
-// What a scan keeps between its steps. The main form owns it; for the thread of the logic only.
+// What a scan keeps between its steps. A Session owns it; for the thread of the logic only.
 #pragma once
 
 #include <cstdint>
@@ -31,8 +31,11 @@ enum CancelValue : std::int32_t {
 struct ScanState {
     std::deque<std::string> SourceQueue;  ///< First in, first out; the head stays in it until it is done.
     std::int32_t CancelState = kCancelNone;
-    bool ScanActive = false;  ///< Handlers that run in a pause of the scan test it.
-    bool SilentRun = false;   ///< There is no window; the lists stay empty.
+    /// The window is locked: a scan, a delete, the reading of a list, folding or a wait is under way.
+    /// Handlers that run in a pause of it test this.
+    bool ScanActive = false;
+    /// The walk fills no lists: there is no window, or Report_ReadAgain reads a folder.
+    bool SilentRun = false;
     /// The current work waits for a disk that does not answer. It may be abandoned, so the window can be
     /// closed.
     bool DiskSilent = false;

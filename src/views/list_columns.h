@@ -19,7 +19,7 @@ inline constexpr ListColumn kJunctionsColumns[] = {{.title = TL(9111, "Junction"
                                                     .title = TL(9104, "Typ"),
                                                     .saved = false,
                                                     .words = kJunctionWords}};
-/// The rows are sorted downwards by the number at the front of the text. Paths have none, so the bytes of the
+/// Like every list it is sorted by number, the largest first; a path begins with none, so the bytes of the
 /// paths decide.
 inline constexpr ListTable kJunctionsTable = {kJunctionCells, kJunctionsColumns};
 

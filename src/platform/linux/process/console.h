@@ -1,3 +1,5 @@
+// The standard streams of a run: the lines of its output and errors, and the descriptors 0 to 2. For the
+// thread of the logic only.
 #pragma once
 
 #include <string>

@@ -1,5 +1,5 @@
 // Finds out whether there is a screen for a window. Must be called before a QApplication is made, which would
-// end the process without a screen.
+// end the process without a screen. For the thread of the window.
 #pragma once
 
 #include <optional>

@@ -1,4 +1,4 @@
-// The questions of the window, asked in front of it.
+// The questions of the window, asked in front of it. For the thread of the window.
 #pragma once
 
 #include "platform/dialogs.h"
