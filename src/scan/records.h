@@ -4,17 +4,18 @@
 
 #include "grid/cell_table.h"
 #include "grid/grid.h"
+#include "platform/icons.h"
 
 namespace hl {
 
-/// The pictures of rows, as indexes into the program's image list.
+/// The pictures of the rows of the report and of links.
 enum RowPicture : int {
-    kPictureSource = 8,
-    kPictureFolder = 23,
-    kPictureLink = 26,
-    kPictureFilesRow = 51,
-    kPictureMountPoint = 62,
-    kPictureAccessError = 69,
+    kPictureSource = kIconSource,
+    kPictureFolder = kIconFolder,
+    kPictureLink = kIconLink,
+    kPictureFilesRow = kIconFilesRow,
+    kPictureMountPoint = kIconMountPoint,
+    kPictureAccessError = kIconAccessError,
 };
 
 /// A row of the folder report: a folder, or (with IsFolder 0) the one row that stands for all files directly
