@@ -19,9 +19,9 @@ void begin(WindowForm& form) {
 }
 
 void sortBy(WindowForm& form, const char* name, std::size_t column) {
-    timed(name, [&] { form.gridEvents(GridId::kFiles).GridColumnTitleClick(column); });
+    timed(name, [&] { form.form().lists.of(GridId::kFiles)->GridColumnTitleClick(column); });
     timed((name + std::string("_again")).c_str(),
-          [&] { form.gridEvents(GridId::kFiles).GridColumnTitleClick(column); });
+          [&] { form.form().lists.of(GridId::kFiles)->GridColumnTitleClick(column); });
 }
 
 }  // namespace

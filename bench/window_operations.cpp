@@ -45,10 +45,10 @@ class MenuWatch final : public QObject {
         });
         return false;
     }
-    void click(WindowForm& form, GridId grid, Row row) {
+    void click(GridEvents& grid, Row row) {
         painted_ = false;
         clicked_ = Clock::now();
-        form.gridEvents(grid).MouseUp(row, MouseButton::kRight, false, {100, 100});
+        grid.MouseUp(row, MouseButton::kRight, false, {100, 100});
         if (!painted_) std::exit(1);
     }
     void tellMedian(const char* name) {
@@ -92,15 +92,19 @@ void deleteFolder(WindowForm& form, const std::string& folder) {
 void menus(WindowForm& form, const std::string& folder) {
     read(form, folder);
     MenuWatch watch;
-    for (const auto& [name, id] : {std::pair("report", GridId::kReport), std::pair("drives", GridId::kDrives),
-                                   std::pair("files", GridId::kFiles)}) {
+    MainForm& parts = form.form();
+    const std::tuple<const char*, GridId, GridEvents*> menus[] = {
+        {"report", GridId::kReport, &parts.report.view()},
+        {"drives", GridId::kDrives, &parts.drives.list()},
+        {"files", GridId::kFiles, parts.lists.of(GridId::kFiles)}};
+    for (const auto& [name, id, events] : menus) {
         Grid& grid = gridOf(form, id);
         if (grid.rowCount() == 0) continue;
         const Row row = grid.rowAt(0);
         grid.selectNone();
         grid.setSelected(row, true);
         grid.setCurrentRow(row);
-        for (int i = 0; i < kMenusOfAKind; ++i) watch.click(form, id, row);
+        for (int i = 0; i < kMenusOfAKind; ++i) watch.click(*events, row);
         watch.tellMedian(name);
     }
 }

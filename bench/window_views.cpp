@@ -125,10 +125,10 @@ void rows(WindowForm& form) {
     timed("expand", [&] { run(form, Command::kReportUnfoldAll); });
     tell("bytes", (residentBytes() - before) / static_cast<double>(form.form().session.tvwPL.rowCount()));
     scrollPages();
-    timed("sort_numbers", [&] { form.gridEvents(GridId::kReport).GridColumnTitleClick(kSizeColumn); });
-    timed("sort_numbers_again", [&] { form.gridEvents(GridId::kReport).GridColumnTitleClick(kSizeColumn); });
-    timed("sort_texts", [&] { form.gridEvents(GridId::kReport).GridColumnTitleClick(kName); });
-    timed("sort_texts_again", [&] { form.gridEvents(GridId::kReport).GridColumnTitleClick(kName); });
+    timed("sort_numbers", [&] { form.form().report.view().GridColumnTitleClick(kSizeColumn); });
+    timed("sort_numbers_again", [&] { form.form().report.view().GridColumnTitleClick(kSizeColumn); });
+    timed("sort_texts", [&] { form.form().report.view().GridColumnTitleClick(kName); });
+    timed("sort_texts_again", [&] { form.form().report.view().GridColumnTitleClick(kName); });
     search(form);
     timed("collapse", [&] { run(form, Command::kReportFoldAll); });
 }
