@@ -65,8 +65,8 @@ class ListFields {
             writer.appendText(source.text, grid_.text(row));
         else if (grid_.cells().isText(source.cell))
             writer.appendText(source.text, grid_.cellText(row, source.cell));
-        else
-            writer.appendText(source.text, trimBlanks(source.shown.of(row)));
+        else  // A date is written as the format of the options makes it.
+            source.text += trimBlanks(source.shown.of(row));
     }
 
     const Grid& grid_;
