@@ -61,8 +61,8 @@ struct CellEditorTest : GridViewTest {
     }
     void press(int code, Qt::KeyboardModifiers keys = {}) { QTest::keyClick(box(), Qt::Key(code), keys); }
     void type(const char* text) { QTest::keyClicks(box(), QLatin1String(text)); }
-    Log takeTold() { return std::exchange(told.told, {}); }
-    Log edited(std::string_view text, const std::string& bytes) const {
+    LogLines takeTold() { return std::exchange(told.told, {}); }
+    LogLines edited(std::string_view text, const std::string& bytes) const {
         return {"edited " + std::to_string(row(text)) + " " + bytes};
     }
     /// Edits r1, and does what ends that.
@@ -72,7 +72,7 @@ struct CellEditorTest : GridViewTest {
         end();
         EXPECT_FALSE(editing()) << how;
         QTest::qWait(1);
-        EXPECT_EQ(takeTold(), tells ? edited("r1", "new") : Log{}) << how;
+        EXPECT_EQ(takeTold(), tells ? edited("r1", "new") : LogLines{}) << how;
         EXPECT_EQ(view->hasFocus(), focusInGrid) << how;
         view->setFocus();
         QTest::qWait(1);
@@ -172,7 +172,7 @@ TEST_F(CellEditorTest, StaysThroughWhatDoesNotLeaveIt) {
         type("new");
         happens();
         EXPECT_TRUE(editing()) << name;
-        EXPECT_EQ(takeTold(), Log{}) << name;
+        EXPECT_EQ(takeTold(), LogLines{}) << name;
         press(Qt::Key_Return);
         EXPECT_EQ(takeTold(), edited("r1", "new")) << name;
     }
@@ -201,7 +201,7 @@ TEST_F(CellEditorTest, KeysStayInTheBox) {
                            Qt::Key_Home, Qt::Key_End, Qt::Key_F5, Qt::Key_Plus})
         press(code);
     EXPECT_EQ(picked(), "@r0");
-    EXPECT_EQ(takeLog(), Log{});
+    EXPECT_EQ(takeLog(), LogLines{});
     EXPECT_EQ(box()->text(), QStringLiteral("+"));
 }
 
@@ -287,7 +287,7 @@ TEST_F(CellEditorTest, FollowsItsRowAndEndsOutOfSight) {
     expectOnRow();
     bar->setValue(0);
     EXPECT_FALSE(editing());
-    EXPECT_EQ(takeTold(), Log{});
+    EXPECT_EQ(takeTold(), LogLines{});
     EXPECT_TRUE(view->hasFocus());
 }
 
@@ -295,7 +295,7 @@ TEST_F(CellEditorTest, AViewMayGoInTheMiddleOfAnEdit) {
     showWindow(false, 3);
     edit("r1");
     view.reset();
-    EXPECT_EQ(takeTold(), Log{});
+    EXPECT_EQ(takeTold(), LogLines{});
 }
 
 // --- in the window
@@ -317,15 +317,15 @@ TEST_F(CellEditorInWindow, KeysOfTheEditDoNotReachTheWindow) {
         QApplication::sendEvent(QApplication::focusWidget(), &repeated);
         QTest::keyRelease(QApplication::focusWidget(), code);
         QTest::qWait(1);
-        const Log expected = {"edited " + std::to_string(row) + " folder"};
-        EXPECT_EQ(events.told, code == Qt::Key_Return ? expected : Log{}) << code;
+        const LogLines expected = {"edited " + std::to_string(row) + " folder"};
+        EXPECT_EQ(events.told, code == Qt::Key_Return ? expected : LogLines{}) << code;
         if (box->isVisible()) QTest::keyClick(box, Qt::Key_Escape);
         EXPECT_TRUE(view.hasFocus()) << code;
     }
     // Without a box, the key is for the window again.
     events.told.clear();
     QTest::keyClick(&view, Qt::Key_Escape);
-    EXPECT_EQ(events.told, Log{"formKeyUp 27"});
+    EXPECT_EQ(events.told, LogLines{"formKeyUp 27"});
 }
 
 }  // namespace

@@ -11,13 +11,13 @@
 namespace hl {
 
 inline constexpr CellSpec kSpecs[] = {{"size", CellType::kSize}};
-using Log = std::vector<std::string>;
+using LogLines = std::vector<std::string>;
 using test::doubleClick;
 using test::dragBorder;
 
 /// Records what the view tells.
 struct Told : test::RecordingEvents {
-    Log log;
+    LogLines log;
     const Grid* grid = nullptr;
     std::string name(Row row) const { return row == kNoRow ? "-" : std::string(grid->text(row)); }
 
@@ -115,7 +115,7 @@ struct GridViewTest : testing::Test {
         const QHeaderView* header = view->horizontalHeader();
         return {header->sectionViewportPosition(column) + header->sectionSize(column) - 1, 5};
     }
-    Log takeLog() { return std::exchange(told.log, {}); }
+    LogLines takeLog() { return std::exchange(told.log, {}); }
 };
 
 }  // namespace hl

@@ -112,7 +112,7 @@ TEST_F(GridViewTest, ARepaintWhileRedrawIsOffShowsNoRowThatIsGone) {
     EXPECT_EQ(view->rowAt({50, 2}), kNoRow);
     grid.setRedraw(true);
     EXPECT_EQ(told.name(view->rowAt({50, 2})), "left");
-    EXPECT_EQ(takeLog(), Log{});
+    EXPECT_EQ(takeLog(), LogLines{});
 }
 
 TEST_F(GridViewTest, AnErrorInAPaintIsToldAndTheViewGoesOn) {
@@ -124,7 +124,7 @@ TEST_F(GridViewTest, AnErrorInAPaintIsToldAndTheViewGoesOn) {
     asked.clear();
     view->grab();
     EXPECT_EQ(asked.size(), 5U);
-    EXPECT_EQ(takeLog(), Log{});
+    EXPECT_EQ(takeLog(), LogLines{});
 }
 
 TEST_F(GridViewTest, ATitleClickNamesTheGridsColumnAlsoBehindAHiddenOne) {
@@ -135,20 +135,20 @@ TEST_F(GridViewTest, ATitleClickNamesTheGridsColumnAlsoBehindAHiddenOne) {
     auto* titles = view->horizontalHeader()->viewport();
     const QPoint onFiles(view->horizontalHeader()->sectionViewportPosition(2) + 20, 5);
     QTest::mouseClick(titles, Qt::LeftButton, {}, onFiles);
-    EXPECT_EQ(takeLog(), Log{"title 2"});
+    EXPECT_EQ(takeLog(), LogLines{"title 2"});
     // A quick second click reverses the order like any other.
     doubleClick(titles, onFiles);
-    EXPECT_EQ(takeLog(), (Log{"title 2", "title 2"}));
+    EXPECT_EQ(takeLog(), (LogLines{"title 2", "title 2"}));
 }
 
 TEST_F(GridViewTest, ADragOfABorderIsToldOnceBeforeTheClickThatEndsIt) {
     showTree();
     const int before = view->columnWidth(0);
     dragBorder(*view, border(0), {5, 12, 30});
-    EXPECT_EQ(takeLog(), (Log{"sizing", "title 0"}));
+    EXPECT_EQ(takeLog(), (LogLines{"sizing", "title 0"}));
     EXPECT_EQ(grid.columns()[0].width, before + 30);
     QTest::mouseClick(view->horizontalHeader()->viewport(), Qt::LeftButton, {}, border(0));
-    EXPECT_EQ(takeLog(), Log{});
+    EXPECT_EQ(takeLog(), LogLines{});
 }
 
 TEST_F(GridViewTest, ADoubleClickOnABorderFitsTheColumnAndBesideTheTitlesDoesNothing) {
@@ -161,7 +161,7 @@ TEST_F(GridViewTest, ADoubleClickOnABorderFitsTheColumnAndBesideTheTitlesDoesNot
     doubleClick(view->horizontalHeader()->viewport(), border(0));
     EXPECT_EQ(grid.columns()[0].width, fitting);
     doubleClick(view->horizontalHeader()->viewport(), {view->horizontalHeader()->length() + 20, 5});
-    EXPECT_EQ(takeLog(), Log{});
+    EXPECT_EQ(takeLog(), LogLines{});
 }
 
 TEST(GridColors, TextCanBeReadOnEveryShadeInALightAndADarkPalette) {
@@ -200,7 +200,7 @@ TEST_F(GridViewTest, ClicksPickAsEveryListDoes) {
           Step{"none", {}, Qt::LeftButton, "@r0", "up - 1"}}) {
         click(on, keys, button);
         EXPECT_EQ(picked(), now) << on;
-        EXPECT_EQ(takeLog(), Log{log});
+        EXPECT_EQ(takeLog(), LogLines{log});
     }
 }
 
@@ -212,7 +212,7 @@ TEST_F(GridViewTest, ADragPicksTheRowsItPassesAndEndsAtTheLastOne) {
     QTest::mouseMove(view->viewport(), {150, -20});
     QTest::mouseRelease(view->viewport(), Qt::LeftButton, {}, {150, -20});
     EXPECT_EQ(picked(), "r0 r1 r2 @r0");
-    EXPECT_EQ(takeLog(), Log{"up r0 1"});
+    EXPECT_EQ(takeLog(), LogLines{"up r0 1"});
 }
 
 TEST_F(GridViewTest, KeysMoveAndPick) {
@@ -243,29 +243,29 @@ TEST_F(GridViewTest, TheLogicHearsOfTheReleaseOfKeysThatMoveOrAskOncePerPress) {
     showRoots(3);
     for (const int code : {Qt::Key_Up, Qt::Key_Down, Qt::Key_F2, Qt::Key_Delete, Qt::Key_Home, Qt::Key_X})
         key(code);
-    EXPECT_EQ(takeLog(), (Log{"key 38", "key 40", "key 113", "key 46", "key 40"}));
+    EXPECT_EQ(takeLog(), (LogLines{"key 38", "key 40", "key 113", "key 46", "key 40"}));
     // While a key is held down, the toolkit sends false releases. The other release belongs to a press that
     // went elsewhere.
     QTest::keyPress(view.get(), Qt::Key_Down);
     QKeyEvent repeated(QEvent::KeyRelease, Qt::Key_Down, {}, {}, true);
     QApplication::sendEvent(view.get(), &repeated);
-    EXPECT_EQ(takeLog(), Log{});
+    EXPECT_EQ(takeLog(), LogLines{});
     QTest::keyRelease(view.get(), Qt::Key_Down);
     QTest::keyRelease(view.get(), Qt::Key_Up);
-    EXPECT_EQ(takeLog(), Log{"key 40"});
+    EXPECT_EQ(takeLog(), LogLines{"key 40"});
 }
 
 TEST_F(GridViewTest, TheMenuKeyAndShiftF10AreARightClickOnTheCurrentRow) {
     showRoots(3);
     QContextMenuEvent menu(QContextMenuEvent::Keyboard, {5, 5}, {5, 5});
     QApplication::sendEvent(view->viewport(), &menu);
-    EXPECT_EQ(takeLog(), Log{});
+    EXPECT_EQ(takeLog(), LogLines{});
     grid.setCurrentRow(grid.rowAt(1));
     QApplication::sendEvent(view->viewport(), &menu);
-    EXPECT_EQ(takeLog(), Log{"up r1 2"});
+    EXPECT_EQ(takeLog(), LogLines{"up r1 2"});
     EXPECT_EQ(picked(), "r1 @r1");
     QTest::keyClick(view.get(), Qt::Key_F10, Qt::ShiftModifier);
-    EXPECT_EQ(takeLog(), Log{"up r1 2"});
+    EXPECT_EQ(takeLog(), LogLines{"up r1 2"});
 }
 
 TEST_F(GridViewTest, TypedTextFindsTheNextRowThatBeginsWithIt) {
@@ -286,7 +286,7 @@ TEST_F(GridViewTest, TypedTextFindsTheNextRowThatBeginsWithIt) {
 
 TEST_F(GridViewTest, TreeKeysFoldAndMove) {
     showTree();
-    using Step = std::tuple<int, const char*, const char*, Log>;
+    using Step = std::tuple<int, const char*, const char*, LogLines>;
     grid.setCurrentRow(row("a"));
     for (const auto& [code, now, rows, log] :
          {Step{Qt::Key_Right, "aa @aa", "a aa ab b c ", {"key 40"}},
@@ -313,14 +313,14 @@ TEST_F(GridViewTest, TheBranchMarkFoldsAndADoubleClickElsewhereIsLeftToTheLogic)
     QTest::mouseClick(view->viewport(), Qt::LeftButton, {}, branchOf("aa"));
     EXPECT_EQ(shown(), "a aa aaa ab b c ");
     doubleClick(view->viewport(), branchOf("b"));
-    EXPECT_EQ(takeLog(), (Log{"fold aa", "fold b", "fold b"}));
+    EXPECT_EQ(takeLog(), (LogLines{"fold aa", "fold b", "fold b"}));
     EXPECT_EQ(picked(), "@-");
     // A row without children has no such sign.
     QTest::mouseClick(view->viewport(), Qt::LeftButton, {}, branchOf("c"));
     EXPECT_EQ(picked(), "c @c");
     doubleClick(view->viewport(), at("b"));
     doubleClick(view->viewport(), at("none"));
-    EXPECT_EQ(takeLog(), (Log{"up c 1", "up b 1", "double", "up - 1", "up - 1"}));
+    EXPECT_EQ(takeLog(), (LogLines{"up c 1", "up b 1", "double", "up - 1", "up - 1"}));
     EXPECT_EQ(shown(), "a aa aaa ab b c ");
 }
 
@@ -335,7 +335,7 @@ TEST_F(GridViewTest, InputDoesNothingWhileTheGridIsLocked) {
         for (const int code : {Qt::Key_Down, Qt::Key_Asterisk, Qt::Key_F2, Qt::Key_B}) key(code);
         QTest::mouseClick(view->horizontalHeader()->viewport(), Qt::LeftButton, {}, {20, 5});
         EXPECT_EQ(picked(), "@-");
-        EXPECT_EQ(takeLog(), Log{});
+        EXPECT_EQ(takeLog(), LogLines{});
         grid.setRedraw(true);
         EXPECT_EQ(shown(), "a aa ab b c ");
     }

@@ -26,7 +26,7 @@ class SaveReportGolden : public testing::Test, protected test::SaveBench {
 };
 
 TEST_F(SaveReportGolden, TextIsATableThatEndsInThePathAndCsvBeginsWithIt) {
-    paths = kDrivePaths;
+    parts.paths = kDrivePaths;
     sampleTree("C:\\Data");
     expectGolden("table.txt", saved("r.txt", 0, kDelimiterTab));
     expectGolden("values.csv", saved("r.csv", 0, kDelimiterSemicolon));

@@ -24,10 +24,10 @@ struct TrapNames : test::ListFixture, ReportHost {
         GuardedRoutine::countWith([]() -> GuardedRoutine::Count& { throw Fault(1, "", "in every routine"); });
         call();
         std::string names;
-        for (const std::string& report : sink.shown) {
+        for (const std::string& shown : sink.shown) {
             const auto valueOf = [&](const std::string& key) {
-                const std::size_t from = report.find(key) + key.size();
-                return report.substr(from, report.find('\r', from) - from);
+                const std::size_t from = shown.find(key) + key.size();
+                return shown.substr(from, shown.find('\r', from) - from);
             };
             names += (names.empty() ? "" : " ") + valueOf("Modul: ") + "." + valueOf("Func: ");
         }
@@ -36,6 +36,9 @@ struct TrapNames : test::ListFixture, ReportHost {
 
     void setReportWidth(int) override {}
     void setFirstPanel(const std::string&) override {}
+    void selectDriveOf(Row) override {}
+    void showFilesOf(const std::string&) override {}
+    void refreshPreview() override {}
     void Preview_Reset_View() override {}
     void openRowsMenu(Point) override {}
     void nameEdited(GridId, Row, const std::string&) override {}
