@@ -16,12 +16,16 @@ struct TrapNames : test::ListFixture, ReportHost {
     CommandBar cbrReport{BarId::kReport, ""};
     ReportView reportView{scan, options, cbrReport, window, *this, dragGuard};
 
-    /// Returns what is reported when every trap that `call` enters fails at once.
+    /// Returns what is reported when the first trap that `call` enters fails at once.
     std::string reportedBy(const std::function<void()>& call) {
         sink.shown.clear();
-        const GuardedRoutine::Counter before = GuardedRoutine::counter();
-        const ScopeExit restored([before] { GuardedRoutine::countWith(before); });
-        GuardedRoutine::countWith([]() -> GuardedRoutine::Count& { throw Fault(1, "", "in every routine"); });
+        static GuardedRoutine::Counter before;
+        before = GuardedRoutine::counter();
+        const ScopeExit restored([] { GuardedRoutine::countWith(before); });
+        GuardedRoutine::countWith([]() -> GuardedRoutine::Count& {
+            GuardedRoutine::countWith(before);
+            throw Fault(1, "", "in the routine");
+        });
         call();
         std::string names;
         for (const std::string& shown : sink.shown) {
