@@ -87,8 +87,7 @@ class Bench final : public PreviewEvents {
             QApplication::processEvents();
             QElapsedTimer timer;
             timer.start();
-            std::string error;
-            if (!area_.showFile(viewer, path, error) || !wait(drawn)) give(path + " was not drawn " + error);
+            if (!area_.showFile(viewer, path) || !wait(drawn)) give(path + " was not drawn");
             area_.repaint();
             times.push_back(static_cast<double>(timer.nsecsElapsed()) / 1e6);
         }
@@ -101,8 +100,9 @@ class Bench final : public PreviewEvents {
         broken_ = true;
         double longest = 0;
         for (int i = 0; i < kTimes; ++i) {
-            std::string error;
-            longest = std::max(longest, took([&] { area_.showFile(PreviewViewer::kMedia, film, error); }));
+            longest = std::max(longest, took([&] {
+                                   if (!area_.showFile(PreviewViewer::kMedia, film)) give(film);
+                               }));
             QElapsedTimer timer;
             timer.start();
             while (timer.elapsed() < kPlayed)
@@ -112,9 +112,9 @@ class Bench final : public PreviewEvents {
         std::printf("film_wait %.6f %s\n", longest, film.c_str());
     }
 
-    std::string previewFailed(const std::string& path, const std::string& error) override {
-        if (!broken_) give(path + ": " + error);
-        return error;
+    std::string previewFailed(const std::string& path, const Error& error) override {
+        if (!broken_) give(path + ": " + error.text);
+        return error.text;
     }
     void previewMissing(const std::string& what) override { give(what); }
     std::string previewNoFile(const std::string&) override { return give("no file"), std::string(); }

@@ -9,6 +9,7 @@
 #include "platform/linux/change/files.h"
 #include "platform/linux/process/descriptor.h"
 #include "support/program.h"
+#include "support/results.h"
 #include "support/trashing.h"
 
 namespace hl {
@@ -66,9 +67,7 @@ TEST_F(ProgramTarget, InASharedFolderNothingOfAnotherUserIsFollowedOrWritten) {
             // Without a reader, a fault would show as a run that never ends.
             const Descriptor reader = fs::is_fifo(fs::symlink_status(x)) ? openToLook(x) : Descriptor();
             const std::string before = snapshotOf(dir.path());
-            int error = 0;
-            EXPECT_EQ(files.replace(x, error) != nullptr, ours) << name;
-            EXPECT_EQ(error, ours ? 0 : EACCES) << name;
+            EXPECT_EQ(numberOf(files.replace(x)), ours ? 0 : EACCES) << name;
             const Ended ended = report(x);
             EXPECT_EQ(ended.status, ours ? 0 : 1) << name << ended.errors;
             EXPECT_EQ(ended.errors.find("Permission denied") != std::string::npos, !ours) << ended.errors;
@@ -98,11 +97,10 @@ TEST_F(ProgramTarget, InAFolderThatOnlyGrowsNoRestIsLeft) {
     const int folder = openFolder(dir.path());
     const auto setFlags = [&](int flags) { return ::ioctl(folder, FS_IOC_SETFLAGS, &flags) == 0; };
     writeFile(dir.path() + "/old.csv", "old");
-    int error = 0;
-    const auto caught = LinuxFiles(Unfinished::kNamed).replace(dir.path() + "/old.csv", error);
-    EXPECT_EQ(caught->write("new"), 0);
+    const auto caught = *LinuxFiles(Unfinished::kNamed).replace(dir.path() + "/old.csv");
+    EXPECT_TRUE(caught->write("new"));
     if (!setFlags(FS_APPEND_FL)) GTEST_SKIP() << "no folders here that only grow";
-    EXPECT_EQ(caught->commit(), EPERM);
+    EXPECT_EQ(numberOf(caught->commit()), EPERM);
     const int refused = report(dir.path() + "/old.csv").status, made = report(dir.path() + "/new.csv").status;
     setFlags(0);
     ::close(folder);

@@ -21,8 +21,7 @@ void addFrom(std::vector<Language>& all, Files& files, const std::string& folder
              const std::string& library) {
     if (!library.ends_with(".dll")) return;
     if (std::ranges::find(all, library, &Language::library) != all.end()) return;
-    int error = 0;
-    const IniText text(files.readWhole(folder + "/" + library, kLargestTextFile, error).value_or(""));
+    const IniText text(files.readWhole(folder + "/" + library, kLargestTextFile).valueOr(""));
     const auto fact = [&](std::string_view key) { return text.find("Language", key).value_or(""); };
     const auto id = parseInteger(fact("Lang"));
     if (!id || *id <= 0 || *id > std::numeric_limits<std::int16_t>::max() || fact("code").empty()) return;

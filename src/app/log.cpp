@@ -31,7 +31,8 @@ void Log::LogDebug(std::string_view text, const std::vector<SimpleValue>& detail
 void Log::add(std::string_view file, std::string_view entry, bool stamp) {
     std::string line = stamp ? formatDate(clock_(), dates_.general()) + " - " : std::string();
     line += decodable(entry) + "\r\n";
-    files_.append(folder_ + "/" + std::string(file), line);
+    // There is nowhere left to tell that the log cannot be written.
+    static_cast<void>(files_.append(folder_ + "/" + std::string(file), line));
 }
 
 }  // namespace hl

@@ -10,8 +10,7 @@ namespace {
 
 // Returns the folder that the first line of the file `installed` names.
 std::string sharedFolder(Files& files, const std::string& file, const std::string& beside) {
-    int error = 0;
-    const std::string text = files.readWhole(file, 4096, error).value_or("");
+    const std::string text = files.readWhole(file, 4096).valueOr("");
     return absoluteSource(text.substr(0, text.find('\n')), {.current = beside, .home = ""}, kPosixPaths);
 }
 

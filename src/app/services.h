@@ -12,7 +12,6 @@
 #include "platform/files.h"
 #include "platform/folder_reader.h"
 #include "platform/message_pump.h"
-#include "platform/system_facts.h"
 #include "robustness/debug.h"
 
 namespace hl {
@@ -25,7 +24,6 @@ struct Services {
     FileSystem& fileSystem;
     MessagePump& pump;
     Console& console;
-    SystemFacts& facts;
     Diagnostics& diagnostics;
     const PathRules& paths;
     const NumberFormat& numbers;

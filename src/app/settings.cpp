@@ -1,6 +1,5 @@
 #include "app/settings.h"
 
-#include <cerrno>
 #include <optional>
 
 #include "base/text.h"
@@ -11,14 +10,6 @@ namespace {
 
 constexpr std::size_t kLargestIni = 4 << 20;  // Larger files are ignored, since no real settings take that
                                               // much.
-
-int writeWhole(Files& files, const std::string& path, std::string_view text) {
-    int error = 0;
-    const auto file = files.replace(path, error);
-    if (!file) return error;
-    error = file->write(text);
-    return error == 0 ? file->commit() : error;
-}
 
 }  // namespace
 
@@ -43,19 +34,19 @@ void SettingsStore::StoreSettings(std::string_view section, std::string_view key
 }
 
 IniText SettingsStore::read(const std::string& file) const {
-    int error = 0;
-    return IniText(files_.readWhole(pathOf(file), kLargestIni, error).value_or(std::string()));
+    return IniText(files_.readWhole(pathOf(file), kLargestIni).valueOr(""));
 }
 
 void SettingsStore::change(const std::function<void(IniText&)>& change, const std::string& file) {
     const std::string& path = pathOf(file);
     const auto lock = files_.lockFolderOf(path);
-    int error = 0;
-    const auto before = files_.readWhole(path, kLargestIni, error);
-    if (!before && error != ENOENT) return;
-    IniText ini(before.value_or(std::string()));
+    auto found = files_.readWhole(path, kLargestIni);
+    if (!found && !found.failedAs(ErrorKind::kNotFound)) return;
+    const std::string before = std::move(found).valueOr("");
+    IniText ini(before);
     change(ini);
-    if (ini.text() != before.value_or(std::string())) writeWhole(files_, path, ini.text());
+    // A file that cannot be written costs its settings, and nothing else.
+    if (ini.text() != before) static_cast<void>(replaceWhole(files_, path, ini.text()));
 }
 
 std::vector<std::string> readNumberedList(const IniText& ini, std::string_view section,

@@ -70,9 +70,8 @@ void Texts::storeLanguage() {
 // A file without any text of the language does not count as its library.
 bool Texts::loadLibrary(const Language& language) {
     for (const std::string* folder : {&sources_.settingsFolder, &sources_.executableFolder}) {
-        int error = 0;
         const std::string path = *folder + "/" + language.library;
-        const auto content = files_.readWhole(path, kLargestTextFile, error);
+        const auto content = files_.readWhole(path, kLargestTextFile);
         if (!content) continue;
         library_ = Catalogue(*content, language.code);
         if (!library_.empty()) return true;
@@ -82,8 +81,7 @@ bool Texts::loadLibrary(const Language& language) {
 
 void Texts::LoadTextFromFile(const std::string& path) {
     guarded(diagnostics_, {.module = kModule}, [&] {
-        int error = 0;
-        const auto content = files_.readWhole(path, kLargestTextFile, error);
+        const auto content = files_.readWhole(path, kLargestTextFile);
         if (!content) return;
         translator_ = true;
         table_.Clear();

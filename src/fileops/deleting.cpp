@@ -7,7 +7,6 @@
 #include "base/text.h"
 #include "fileops/gone.h"
 #include "fileops/recycle_texts.h"
-#include "platform/patience.h"
 #include "robustness/trap.h"
 #include "scan/file_system_calls.h"
 #include "scan/records.h"
@@ -30,11 +29,10 @@ std::string unanswered(const FileOps& ops, FileRun& run, const std::string& path
 
 /// Moves it to the trash. Returns an empty text on success, else "REASON (CODE)".
 std::string recycled(const FileOps& ops, FileRun& run, const std::string& path, bool folder, Gone& gone) {
-    std::string now;
-    const RecycleError error = ops.operations.recycle(placeOf(ops.scan, path), run, now);
-    if (error == RecycleError::kNone) return gone.trashed(now, folder), std::string();
-    if (error == RecycleError::kNoAnswer) return unanswered(ops, run, path);
-    const int code = static_cast<int>(error);
+    const auto now = ops.operations.recycle(placeOf(ops.scan, path), run);
+    if (now) return gone.trashed(*now, folder), std::string();
+    if (now.failedAs(ErrorKind::kNoAnswer)) return unanswered(ops, run, path);
+    const int code = now.error().number;
     return xGetErrorTextFromSH(code, false) + " (" + std::to_string(code) + ")";
 }
 
@@ -102,12 +100,11 @@ std::string protectedReason(const FileOps& ops, FileRun& run, const std::string&
 // --- files
 
 bool xDeleteFile_W(const FileOps& ops, FileRun& run, const std::string& path, std::string& errorText) {
-    constexpr int kNotFound = 2;  // A file that is gone already counts as deleted.
-    const int error = ops.operations.removeFile(placeOf(ops.scan, path), run);
-    if (error == 0 || error == kNotFound) return true;
-    if (error == kNoAnswerError) return errorText = unanswered(ops, run, path), false;
-    errorText = error == kOtherFolderError ? otherFolderText(ops, path)
-                                           : ops.scan.facts.errorText(error) + " (" + path + ")";
+    const Result<> removed = ops.operations.removeFile(placeOf(ops.scan, path), run);
+    if (removed || removed.failedAs(ErrorKind::kNotFound)) return true;  // It may have been gone already.
+    if (removed.failedAs(ErrorKind::kNoAnswer)) return errorText = unanswered(ops, run, path), false;
+    errorText = removed.failedAs(ErrorKind::kOtherFolder) ? otherFolderText(ops, path)
+                                                          : removed.error().text + " (" + path + ")";
     return false;
 }
 
@@ -140,9 +137,8 @@ bool xDeleteFolder_W(const FileOps& ops, FileRun& run, const std::string& path, 
     if (removal.removed) return true;
     if (removal.unknown) errorText = unanswered(ops, run, path);
     if (removal.vanished || removal.unknown) return false;
-    for (const RemovalFailure& failure : removal.failures)
-        errorText += ops.scan.facts.errorText(failure.error) + (failure.folder ? "(" : " (") +
-                     cut(failure.path) + ") ";
+    for (const auto& [error, isFolder] : removal.failures)
+        errorText += error.text + (isFolder ? "(" : " (") + cut(error.name) + ") ";
     if (removal.failureCount > removal.failures.size())
         errorText += ops.scan.texts.TL(9555, "... und %1 weitere",
                                        {std::to_string(removal.failureCount - removal.failures.size())});

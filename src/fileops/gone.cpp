@@ -32,7 +32,11 @@ std::string pathOfFile(const Grid& list, Row row) {
 void Gone::about(const std::string& path, bool folder) {
     ScanContext& scan = ops_.scan;
     if (scan.options.AddHardlinksOnlyOnce != 1) return;
-    if (folder ? holdsLinkedFiles(scan, path) : scan.fileSystem.look(path).links > 1) linked_.insert(path);
+    const auto isLinked = [&] {
+        const auto facts = scan.fileSystem.look(path);
+        return facts && facts->links > 1;
+    };
+    if (folder ? holdsLinkedFiles(scan, path) : isLinked()) linked_.insert(path);
 }
 
 void Gone::trashed(const std::string& now, bool folder) {

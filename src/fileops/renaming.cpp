@@ -7,7 +7,6 @@
 #include "base/text.h"
 #include "fileops/gone.h"
 #include "fileops/recycle_texts.h"
-#include "platform/patience.h"
 #include "robustness/trap.h"
 #include "scan/file_system_calls.h"
 #include "scan/records.h"
@@ -29,17 +28,18 @@ std::string makeRoom(const FileOps& ops, FileRun& run, const std::string& from, 
     const auto replaces = ops.operations.wouldReplace(placeOf(ops.scan, from), place, run);
     if (!replaces) return noAnswerText(ops, to);
     if (!*replaces || run.stopped()) return {};
-    const RecycleError error = ops.operations.recycle(place, run, now);
-    if (error == RecycleError::kNone) {
+    const auto recycled = ops.operations.recycle(place, run);
+    if (recycled) {
+        now = *recycled;
         former = Former::kInTrash;
         ops.scan.log.LogProtokoll(ops.scan.texts.TL(3760, "PAPIERKORB: %1", {to}));
         return {};
     }
     former = Former::kReplaced;
-    if (error == RecycleError::kNoTrash) return {};
+    if (recycled.failedAs(ErrorKind::kNoTrash)) return {};
     former = Former::kNone;
-    if (error == RecycleError::kNoAnswer) return noAnswerText(ops, to);
-    const int code = static_cast<int>(error);
+    if (recycled.failedAs(ErrorKind::kNoAnswer)) return noAnswerText(ops, to);
+    const int code = recycled.error().number;
     return to + ": " + xGetErrorTextFromSH(code, false) + " (" + std::to_string(code) + ")";
 }
 
@@ -98,12 +98,12 @@ bool rename(const FileOps& ops, Grid& grid, Row row, const std::string& folder, 
 }  // namespace
 
 std::string xMoveFile_W(const FileOps& ops, FileRun& run, const std::string& from, const std::string& to) {
-    const int error = ops.operations.move(placeOf(ops.scan, from), placeOf(ops.scan, to), run);
-    if (error == 0) return {};
-    if (error == kNoAnswerError) return noAnswerText(ops, from);
-    if (error == kOtherFolderError) return otherFolderText(ops, from);
-    const std::string text = ops.scan.facts.errorText(error);
-    return text.empty() ? std::to_string(error) : text;
+    const Result<> moved = ops.operations.move(placeOf(ops.scan, from), placeOf(ops.scan, to), run);
+    if (moved) return {};
+    if (moved.failedAs(ErrorKind::kNoAnswer)) return noAnswerText(ops, from);
+    if (moved.failedAs(ErrorKind::kOtherFolder)) return otherFolderText(ops, from);
+    const Error& error = moved.error();
+    return error.text.empty() ? std::to_string(error.number) : error.text;
 }
 
 void renameInList(const FileOps& ops, ListView& list, Row row, const std::string& name) {

@@ -1,6 +1,5 @@
 #include "mainwindow/error_form.h"
 
-#include <cerrno>
 #include <cstdio>
 
 #include "app/product.h"
@@ -28,16 +27,12 @@ std::string freePath(Files& files, const std::string& folder, const PathRules& p
     return joinPath(folder, "ERR.txt", paths);
 }
 
-// Writes the text to a new file. Returns a system error code.
-int writeNew(Files& files, const std::string& folder, const PathRules& paths, std::string_view text,
-             std::string& path) {
+// Writes the text to a new file; `path` receives its path.
+Result<> writeNew(Files& files, const std::string& folder, const PathRules& paths, std::string_view text,
+                  std::string& path) {
     const auto lock = files.lockFolderOf(joinPath(folder, "ERR.txt", paths));
     path = freePath(files, folder, paths);
-    int error = 0;
-    const auto file = files.replace(path, error);
-    if (!file) return error;
-    error = file->write(text);
-    return error == 0 ? file->commit() : error;
+    return replaceWhole(files, path, text);
 }
 
 }  // namespace
@@ -118,18 +113,17 @@ void ErrorForm::cmdBeenden_Click() {
 
 void ErrorForm::cmdSpeichern_Click() {
     std::string path;
-    const int error =
+    const Result<> saved =
         writeNew(services_.files, services_.dataFolder, services_.paths, txtInfo.text + "\r\n", path);
-    if (error == 0) return services_.desk.inform(MessageKind::kInformation, "", visible(path));
-    const std::string reason = visible(path) + ": " + ApiErrorText(false, error, services_.facts);
+    if (saved) return services_.desk.inform(MessageKind::kInformation, "", visible(path));
+    const std::string reason = visible(path) + ": " + ApiErrorText(false, saved.error());
     services_.desk.inform(MessageKind::kError, "",
                           services_.texts.TL(9459, "Der Fehlerreport wurde nicht gespeichert: %1", {reason}));
 }
 
 void ErrorForm::cmdDrucken_Click() {
     attempt([this] {
-        services_.desk.print(
-            printedText(services_.texts, services_.files, services_.facts, caption, txtInfo.text));
+        services_.desk.print(printedText(services_.texts, services_.files, caption, txtInfo.text));
     });
 }
 

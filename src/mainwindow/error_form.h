@@ -12,7 +12,6 @@
 #include "base/path.h"
 #include "platform/files.h"
 #include "platform/form.h"
-#include "platform/system_facts.h"
 #include "platform/window.h"
 
 namespace hl {
@@ -55,7 +54,6 @@ class WindowDesk final : public ErrorDesk {
 struct ErrorFormServices {
     const Texts& texts;
     Files& files;
-    SystemFacts& facts;
     ErrorDesk& desk;
     const PathRules& paths;
     std::string dataFolder;  ///< The folder where reports are saved.

@@ -81,11 +81,9 @@ void OptionsForm::OptionenSpeichern() {
 }
 
 void OptionsForm::ApplyExplorerVerb(bool offered) {
-    const FolderVerbFailure failure =
-        offered ? verb_.offer({std::string(kProductName), executable_}) : verb_.withdraw();
-    if (failure.error == 0) return;
-    services_.log.LogDebug("ApplyExplorerVerb: ",
-                           {ApiErrorText(true, failure.error, services_.facts), failure.path});
+    const Result<> done = offered ? verb_.offer({std::string(kProductName), executable_}) : verb_.withdraw();
+    if (done) return;
+    services_.log.LogDebug("ApplyExplorerVerb: ", {ApiErrorText(true, done.error()), done.error().name});
 }
 
 }  // namespace hl

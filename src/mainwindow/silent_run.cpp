@@ -1,7 +1,5 @@
 #include "mainwindow/silent_run.h"
 
-#include <cerrno>
-
 #include "base/text.h"
 #include "output/report_file.h"
 #include "robustness/api_error_text.h"
@@ -22,9 +20,8 @@ SilentRun::SilentRun(const Services& services)
 bool SilentRun::run(const std::string& commandLine) {
     const SilentOrder line = KZGetFoldersFromCommand(commandLine, formatNames());
     const ReportOrder order = orderOf(line);
-    int error = 0;
-    const auto target = services().files.replace(order.path, error);
-    if (!target) return reportNotWritten(order.path, ApiErrorText(false, error, services().facts));
+    const auto target = services().files.replace(order.path);
+    if (!target) return reportNotWritten(order.path, ApiErrorText(false, target.error()));
     session_.state.SourceQueue.assign(line.sources.begin(), line.sources.end());
     const std::uint32_t errorsBefore = services().diagnostics.errcount();
     Ordnerliste_Abarbeiten(scan_);
@@ -32,7 +29,7 @@ bool SilentRun::run(const std::string& commandLine) {
     // Nobody knows what an error of the program has left out, so an older report is worth more.
     const bool whole = services().diagnostics.errcount() == errorsBefore;
     if (!whole) reportNotWritten(order.path, services().texts.TL(9611, "ein unerwarteter Fehler"));
-    const bool written = whole && writeReport(order, *target);
+    const bool written = whole && writeReport(order, **target);
     return written && !somethingFailed_ && services().diagnostics.errcount() == 0;
 }
 
@@ -43,9 +40,9 @@ bool SilentRun::writeReport(const ReportOrder& order, ReplacingFile& target) {
     const ReportOutcome outcome = SPEICHERN(scan_, order, target);
     if (outcome.written) return true;
     // The reader of a pipe may leave when it has read enough; that is no failure to report.
-    if (outcome.error == EPIPE) return false;
-    const std::string reason = outcome.error != 0 ? ApiErrorText(false, outcome.error, services().facts)
-                                                  : texts.TL(9611, "ein unerwarteter Fehler");
+    if (outcome.error && outcome.error->kind == ErrorKind::kReaderGone) return false;
+    const std::string reason =
+        outcome.error ? ApiErrorText(false, *outcome.error) : texts.TL(9611, "ein unerwarteter Fehler");
     return reportNotWritten(order.path, reason + leftBehindText(texts, outcome.leftBehind));
 }
 

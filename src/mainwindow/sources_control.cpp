@@ -57,10 +57,9 @@ void SourcesControl::load() {
         session.cboOrdner, services.settings, drives, session.options.ComboText,
         [&services](const std::string& folder) {
             // The target of a link is not looked at: it may be on a server that is gone.
-            int notALink = 0;
-            const PathFacts facts = services.fileSystem.look(folder);
-            return facts.isFolder || facts.error == kNoAnswerError ||
-                   !services.fileSystem.target(folder, notALink).empty();
+            const auto facts = services.fileSystem.look(folder);
+            return facts ? facts->isFolder || !services.fileSystem.target(folder).valueOr("").empty()
+                         : facts.failedAs(ErrorKind::kNoAnswer);
         },
         services.paths);
     loaded_ = true;

@@ -1,7 +1,6 @@
 #include "mainwindow/toolbar_state.h"
 
 #include <algorithm>
-#include <cerrno>
 #include <iterator>
 #include <limits>
 #include <map>
@@ -84,8 +83,7 @@ void addHidden(const std::vector<BarEntry>& entries, std::vector<int>& hidden) {
 }  // namespace
 
 bool ToolbarStore::load(Files& files, const std::string& path) {
-    int error = 0;
-    const auto content = files.readWhole(path, kLargestFile, error);
+    const auto content = files.readWhole(path, kLargestFile);
     if (!content) return false;
     const IniText ini(*content);
     if (ini.find(kFormatSection, kFormatKey) != kFormat) return false;
@@ -100,17 +98,14 @@ bool ToolbarStore::load(Files& files, const std::string& path) {
     return true;
 }
 
-int ToolbarStore::save(Files& files, const std::string& path) const {
+Result<> ToolbarStore::save(Files& files, const std::string& path) const {
     IniText ini;
     for (std::size_t i = 0; i < kBarCount; ++i) writeState(ini, barRows()[i].name, states_[i]);
     ini.set(kFormatSection, kFormatKey, kFormat);
-    int error = 0;
     // If there is a pipe instead of the file, writing would wait for a reader.
-    if (!files.readWhole(path, kLargestFile, error) && error == ESPIPE) return error;
-    const auto file = files.replace(path, error);
-    if (file == nullptr) return error != 0 ? error : EIO;
-    error = file->write(ini.text());
-    return error != 0 ? error : file->commit();
+    if (const auto old = files.readWhole(path, kLargestFile); old.failedAs(ErrorKind::kUnsuited))
+        return old.error();
+    return replaceWhole(files, path, ini.text());
 }
 
 void ExchangeState(ToolbarStore& store, CommandBar& bar) {

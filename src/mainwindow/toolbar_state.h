@@ -29,9 +29,8 @@ class ToolbarStore {
 
     /// Returns false and changes nothing if the file is missing, unreadable, damaged or of another kind.
     bool load(Files& files, const std::string& path);
-    /// Replaces the file in one step; after an error the old file is still there. Returns a system error
-    /// code, 0 for success.
-    int save(Files& files, const std::string& path) const;
+    /// Replaces the file in one step; after an error the old file is still there.
+    Result<> save(Files& files, const std::string& path) const;
 
     BarState& of(BarId bar) { return states_[static_cast<std::size_t>(bar)]; }
     const BarState& of(BarId bar) const { return states_[static_cast<std::size_t>(bar)]; }

@@ -114,7 +114,9 @@ void WindowForm::saveState() {
                              form_.looks.panes().splitter(SplitterId::kMain).Position());
     ToolbarStore store;
     for (CommandBar* each : form_.bars.all()) ExchangeState(store, *each);
-    store.save(services.files, joinPath(form_.own.programFolder, kToolbarStateName, services.paths));
+    // If it cannot be written, the bars stand as before at the next start.
+    const std::string file = joinPath(form_.own.programFolder, kToolbarStateName, services.paths);
+    static_cast<void>(store.save(services.files, file));
     barsToOptions(form_.bars, session.options);
     if (form_.sources.loaded()) session.options.ComboText = session.cboOrdner.text;
     OptionenSpeichernMain(session.options, services.settings);

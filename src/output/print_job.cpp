@@ -34,16 +34,17 @@ PrintTexts printTexts(const Texts& texts) {
             .pageWidth = texts.TL(9605, "Seitenbreite")};
 }
 
-PrintJob emptyJob(const Texts& texts, Files& files, SystemFacts& facts, const std::string& title) {
+PrintJob emptyJob(const Texts& texts, Files& files, const std::string& title) {
     PrintJob job;
     job.title = title;
     job.texts = printTexts(texts);
     job.files = &files;
-    job.failure = [&texts, &facts](const std::string& name, int error, const std::string& rest) {
+    job.failure = [&texts](const std::string& name, const std::optional<Error>& error,
+                           const std::string& rest) {
         const std::string where = visible(name);
-        if (error == 0) return texts.TL(9606, "Das Drucken mit '%1' ist fehlgeschlagen.", {where});
+        if (!error) return texts.TL(9606, "Das Drucken mit '%1' ist fehlgeschlagen.", {where});
         return texts.TL(9607, "Die Datei wurde nicht geschrieben: %1",
-                        {where + ": " + ApiErrorText(false, error, facts)}) +
+                        {where + ": " + ApiErrorText(false, *error)}) +
                leftBehindText(texts, rest);
     };
     return job;
@@ -51,16 +52,15 @@ PrintJob emptyJob(const Texts& texts, Files& files, SystemFacts& facts, const st
 
 }  // namespace
 
-PrintJob printedText(const Texts& texts, Files& files, SystemFacts& facts, const std::string& title,
-                     std::string_view text) {
-    PrintJob job = emptyJob(texts, files, facts, title);
+PrintJob printedText(const Texts& texts, Files& files, const std::string& title, std::string_view text) {
+    PrintJob job = emptyJob(texts, files, title);
     job.text = text;
     return job;
 }
 
 PrintJob printedGrid(const Services& services, const std::string& title, const Grid& grid,
                      const GridFont& font) {
-    PrintJob job = emptyJob(services.texts, services.files, services.facts, title);
+    PrintJob job = emptyJob(services.texts, services.files, title);
     job.grid = &grid;
     job.font = font;
     job.columnGap = kColumnGap;

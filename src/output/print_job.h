@@ -10,8 +10,7 @@
 namespace hl {
 
 /// Makes a job that prints a text under a title.
-PrintJob printedText(const Texts& texts, Files& files, SystemFacts& facts, const std::string& title,
-                     std::string_view text);
+PrintJob printedText(const Texts& texts, Files& files, const std::string& title, std::string_view text);
 
 /// Makes a job that prints the unfolded rows of a grid in its visible columns. The columns must not change
 /// while the job is used. REQUIRES: the grid and what `services` names outlive the job.

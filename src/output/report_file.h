@@ -4,11 +4,11 @@
 
 #include <string>
 #include <string_view>
-#include <system_error>
 
 #include "app/texts.h"
 #include "base/text.h"
 #include "platform/files.h"
+#include "robustness/api_error_text.h"
 #include "robustness/trap.h"
 
 namespace hl {
@@ -23,10 +23,10 @@ inline std::string leftBehindText(const Texts& texts, const std::string& path) {
     return " " + texts.TL(9616, "Die unfertige Datei %1 ließ sich nicht löschen.", {visible(path)});
 }
 
-/// Raises the fault for a file that cannot be written; `error` is the system's code, `rest` the result of
-/// leftBehindText.
-[[noreturn]] inline void raiseFileError(int error, const std::string& path, const std::string& rest) {
-    throw Fault(error, kSaveRoutine, visible(path) + ": " + std::generic_category().message(error) + rest);
+/// Raises the fault for a file that cannot be written; `rest` is the result of leftBehindText.
+[[noreturn]] inline void raiseFileError(const Error& error, const std::string& path,
+                                        const std::string& rest) {
+    throw Fault(error.number, kSaveRoutine, visible(path) + ": " + ApiErrorText(false, error) + rest);
 }
 
 class ReportFile {
@@ -41,24 +41,24 @@ class ReportFile {
     void endLine() {
         if (block_.size() >= kBlockBytes) writeBlock();
     }
-    /// The system's error code; 0 if there was no error. After an error nothing more is written.
-    int error() const { return error_; }
-    /// Writes what is left and puts the file in place. Returns the system's error code.
-    int commit() {
+    /// Tells whether all could be written so far. After an error nothing more is written.
+    bool isFine() const { return bool{state_}; }
+    /// Writes what is left and puts the file in place.
+    Result<> commit() {
         writeBlock();
-        if (error_ == 0) error_ = file_.commit();
-        return error_;
+        if (state_) state_ = file_.commit();
+        return state_;
     }
 
   private:
     void writeBlock() {
-        if (error_ == 0 && !block_.empty()) error_ = file_.write(block_);
+        if (state_ && !block_.empty()) state_ = file_.write(block_);
         block_.clear();
     }
 
     ReplacingFile& file_;
     std::string block_;
-    int error_ = 0;
+    Result<> state_;
 };
 
 }  // namespace hl

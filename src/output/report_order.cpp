@@ -51,14 +51,13 @@ void ReportRun::findStart() {
         throw Fault(kFaultInvalidCall, kSaveRoutine, "Nothing was read: there is no row to save");
 }
 
-int ReportRun::write(Files& files) {
+ReportOutcome ReportRun::write(Files& files) {
     takeLayout();
-    int error = 0;
-    const auto target = files.replace(order.path, error);
-    return target == nullptr ? error : writeRows(*target);
+    const auto target = files.replace(order.path);
+    return target ? writeRows(**target) : ReportOutcome{.error = target.error()};
 }
 
-int ReportRun::write(ReplacingFile& target) {
+ReportOutcome ReportRun::write(ReplacingFile& target) {
     takeLayout();
     return writeRows(target);
 }
@@ -97,7 +96,7 @@ ReportTable ReportRun::table(bool forTerminal) const {
     return table;
 }
 
-int ReportRun::writeRows(ReplacingFile& target) {
+ReportOutcome ReportRun::writeRows(ReplacingFile& target) {
     const auto writer = order.format->writer(table(target.isTerminal()), scan_.numbers);
     ReportFile file(target);
     writer->begin(file.block());
@@ -105,25 +104,28 @@ int ReportRun::writeRows(ReplacingFile& target) {
     const std::uint32_t errorsBefore = scan_.diagnostics.errcount();
     Yield yield(scan_.state, scan_.pump);
     ReportWalk walk(scan_.tvwPL, scan_.paths, *writer, file, yield, scan_.diagnostics);
-    for (Row root = start_; root != kNoRow && file.error() == 0; root = scan_.tvwPL.nextSibling(root)) {
+    for (Row root = start_; root != kNoRow && file.isFine(); root = scan_.tvwPL.nextSibling(root)) {
         walk.writeTree(root, order.levels);
         rows_ = walk.rowsWritten();
         if (order.scope == kSelectedFolder) break;
     }
     writer->end(file.block());
     const bool whole = scan_.diagnostics.errcount() == errorsBefore;
-    const int error = whole ? file.commit() : kNotWhole;
-    leftBehind_ = target.leftBehind();
-    written_ = error == 0;
-    return error;
+    ReportOutcome outcome;
+    if (whole) {
+        const Result<> committed = file.commit();
+        outcome.written = written_ = bool{committed};
+        if (!committed) outcome.error = committed.error();
+    }
+    outcome.leftBehind = target.leftBehind();
+    return outcome;
 }
 
 ReportOutcome SPEICHERN(ScanContext& scan, const ReportOrder& order, ReplacingFile& target) {
     ReportRun run(scan, order);
-    const auto body = [&]() -> ReportOutcome {
+    const auto body = [&] {
         run.findStart();
-        const int error = run.write(target);
-        return {error == 0, error == ReportRun::kNotWhole ? 0 : error, run.leftBehind()};
+        return run.write(target);
     };
     return guarded(scan.diagnostics, {.module = "frmSave"}, body, [&] { return run.values(); });
 }

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 
 #include "app/command_line.h"
@@ -26,24 +27,26 @@ struct ReportOrder {
 /// it names no known delimiter.
 ReportOrder orderOf(const SilentOrder& line);
 
-/// Carries out one order. Errors of the program are thrown; those of the file are returned.
+struct ReportOutcome {
+    bool written = false;
+    /// Why the file could not be written. If there is no reason, an error of the program lost rows: then
+    /// nothing is written, because an older report is worth more.
+    std::optional<Error> error = {};
+    std::string leftBehind = {};  ///< The path of an unfinished file that could not be removed.
+};
+
+/// Carries out one order. Errors of the program are thrown.
 class ReportRun {
   public:
-    /// Is returned in place of the system's code if an error lost rows: then nothing is written, because an
-    /// older report is worth more.
-    static constexpr int kNotWhole = -1;
-
     explicit ReportRun(ScanContext& scan, ReportOrder wanted = {}) : order(std::move(wanted)), scan_(scan) {}
 
     /// Finds the first row. Throws a Fault if there is none.
     void findStart();
-    /// Opens the order's file and writes it. Returns the system's code, 0 for success, or kNotWhole.
-    int write(Files& files);
+    /// Opens the order's file and writes it.
+    ReportOutcome write(Files& files);
     /// The same, with a file that is open already.
-    int write(ReplacingFile& target);
+    ReportOutcome write(ReplacingFile& target);
 
-    /// The path of an unfinished file that could not be removed; see ReplacingFile.
-    const std::string& leftBehind() const { return leftBehind_; }
     /// What an error report tells of the run.
     DebugValues values() const;
 
@@ -52,7 +55,7 @@ class ReportRun {
   private:
     void takeLayout();
     ReportTable table(bool forTerminal) const;
-    int writeRows(ReplacingFile& target);
+    ReportOutcome writeRows(ReplacingFile& target);
 
     ScanContext& scan_;
     Row start_ = kNoRow;
@@ -60,13 +63,6 @@ class ReportRun {
     int decimals_ = 0;
     std::uint64_t rows_ = 0;
     bool written_ = false;
-    std::string leftBehind_;
-};
-
-struct ReportOutcome {
-    bool written = false;
-    int error = 0;           ///< The system's code if the file could not be written; else 0.
-    std::string leftBehind;  ///< See ReportRun::leftBehind.
 };
 
 /// Carries out an order without a dialog. An error of the program is reported; what kept the file from being

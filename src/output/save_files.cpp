@@ -137,24 +137,24 @@ void SaveFilesForm::keepSetting() {
 }
 
 void SaveFilesForm::write(const std::string& path) const {
-    int error = 0;
-    const auto target = services_.files.replace(path, error);
-    if (!target) raiseFileError(error, path, {});
+    const auto made = services_.files.replace(path);
+    if (!made) raiseFileError(made.error(), path, {});
+    ReplacingFile& target = **made;
     ListFields fields(list_, services_.numbers);
     const auto writer = chosenFormat().writer({.columns = fields.columns(),
                                                .delimiter = chosenDelimiter(),
-                                               .forTerminal = target->isTerminal(),
+                                               .forTerminal = target.isTerminal(),
                                                .formulasAsText = chkFormulas.checked},
                                               services_.numbers);
-    ReportFile file(*target);
+    ReportFile file(target);
     writer->begin(file.block());
-    for (Row row = list_.firstRoot(); row != kNoRow && file.error() == 0; row = list_.nextSibling(row)) {
+    for (Row row = list_.firstRoot(); row != kNoRow && file.isFine(); row = list_.nextSibling(row)) {
         writer->row(file.block(), fields.of(row, *writer));
         file.endLine();
     }
     writer->end(file.block());
-    if (file.commit() != 0)
-        raiseFileError(file.error(), path, leftBehindText(services_.texts, target->leftBehind()));
+    if (const Result<> written = file.commit(); !written)
+        raiseFileError(written.error(), path, leftBehindText(services_.texts, target.leftBehind()));
 }
 
 void Save_Files(const Services& services, const Grid& list, SaveDialog& dialog, const Window& window) {

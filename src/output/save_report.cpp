@@ -89,11 +89,10 @@ void SaveForm::setButtonsEnabled(bool enabled) {
 }
 
 bool SaveForm::write(ReportRun& run) {
-    const int error = run.write(scan_.files);
-    if (error == ReportRun::kNotWhole)
-        throw Fault(kFaultInvalidCall, kSaveRoutine, run.order.path + " was not written");
-    if (error != 0) raiseFileError(error, run.order.path, leftBehindText(scan_.texts, run.leftBehind()));
-    return true;
+    const ReportOutcome outcome = run.write(scan_.files);
+    if (outcome.written) return true;
+    if (!outcome.error) throw Fault(kFaultInvalidCall, kSaveRoutine, run.order.path + " was not written");
+    raiseFileError(*outcome.error, run.order.path, leftBehindText(scan_.texts, outcome.leftBehind));
 }
 
 }  // namespace hl

@@ -11,6 +11,8 @@
 #include <string_view>
 #include <vector>
 
+#include "base/result.h"
+
 namespace hl {
 
 enum class DriveType : std::uint8_t {
@@ -27,10 +29,9 @@ enum class DriveType : std::uint8_t {
 struct Drive {
     std::string root;  ///< Where it is mounted; for a folder of a share, the path of that folder.
     DriveType type = DriveType::kUnknown;
-    std::string fileSystem = {};  ///< Empty if unknown.
-    std::string label = {};       ///< Of any length; a share's label is its source. Empty for a drive without
-                                  ///< a label.
-    int labelError = 0;           ///< System error code if the labels cannot be read.
+    std::string fileSystem = {};     ///< Empty if unknown.
+    Result<std::string> label = "";  ///< Of any length; a share's label is its source. Empty for a drive
+                                     ///< without a label; an error if the labels cannot be read.
 };
 
 /// Sizes in bytes.
@@ -41,8 +42,7 @@ struct DriveSpace {
     std::uint64_t reserved = 0;  ///< Bytes that are neither used nor free for this user.
 };
 
-/// Nothing for a drive that does not answer.
-using DriveAnswer = std::optional<DriveSpace>;
+using DriveAnswer = Result<DriveSpace>;
 
 /// For the thread of the logic only; an implementation may have helper threads.
 class Drives {

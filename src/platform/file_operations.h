@@ -4,20 +4,17 @@
 // meanwhile cannot lead the operation elsewhere. The last name is never followed: if it is a link, the link
 // itself is removed, recycled or moved. Each operation works on another thread, while the caller's thread
 // calls OperationWatch; there is only one operation at a time. If a disk does not answer, the error is
-// ETIMEDOUT (110).
+// kNoAnswer, and if the base of a place has become another folder, kOtherFolder.
 #pragma once
 
 #include <cstdint>
-#include <optional>
 #include <string>
 #include <vector>
 
+#include "base/result.h"
 #include "platform/folder_id.h"
 
 namespace hl {
-
-/// The system error code (ESTALE) for a place whose base has become another folder.
-inline constexpr int kOtherFolderError = 116;
 
 /// Where a file or a folder lies.
 struct FilePlace {
@@ -28,7 +25,7 @@ struct FilePlace {
     std::string below = {};
     /// Links to folders in `below` are followed, except for the last name.
     bool followLinks = false;
-    /// The folder that `base` was when the user saw it. If it is another one now, the error is ESTALE (116).
+    /// The folder that `base` was when the user saw it.
     FolderId id = {};
 };
 
@@ -45,8 +42,7 @@ class OperationWatch {
 };
 
 struct RemovalFailure {
-    std::string path;
-    int error = 0;  ///< The system's code; EBUSY for the root of another mount.
+    Error error;  ///< With the path as its name.
     bool folder = false;
 };
 
@@ -62,19 +58,6 @@ struct Removal {
     bool unknown = false;  ///< Its disk does not answer: the removal was abandoned, or never begun.
 };
 
-/// Why something could not be moved to the trash. The user sees the numbers.
-enum class RecycleError : int {
-    kNone = 0,
-    kRoot = 0x74,    ///< It is the root of a file system, or a mount point.
-    kAccess = 0x78,  ///< There is no right to remove it from its place.
-    kNameTooLong = 0x81,
-    kInvalidPath = 0x7C,  ///< It does not exist.
-    kReadOnly = 0x86,     ///< The file system is read-only.
-    kUnknown = 0x402,
-    kNoTrash = 0x10000,   ///< The mount has no trash, and none can be made.
-    kNoAnswer = 0x10079,  ///< The disk does not answer; the result is unknown.
-};
-
 /// The reasons not to remove a folder, or move it to the trash; they also apply to a folder that contains
 /// such a one. kNoAnswer means that the disk does not tell what the folder is.
 enum class Protection : std::uint8_t { kNone, kRoot, kHome, kProgram, kNoAnswer, kOtherFolder };
@@ -82,25 +65,23 @@ enum class Protection : std::uint8_t { kNone, kRoot, kHome, kProgram, kNoAnswer,
 class FileOperations {
   public:
     virtual ~FileOperations() = default;
-    /// Removes anything but a folder. Returns a system error code, 0 for success; EISDIR for a folder.
-    virtual int removeFile(const FilePlace& place, OperationWatch& watch) = 0;
+    /// Removes anything but a folder.
+    virtual Result<> removeFile(const FilePlace& place, OperationWatch& watch) = 0;
     /// Removes a folder with everything in it; a link or a file in its place is removed as such. Failures are
-    /// reported, and the rest is removed. Links are not followed, other mounts not entered. If a folder
-    /// belongs to the caller but is not writable, it is made writable first. Files that others add meanwhile
-    /// may stay: then the folder above is reported as not empty.
+    /// reported, and the rest is removed. Links are not followed; other mounts are not entered but busy. If a
+    /// folder belongs to the caller but is not writable, it is made writable first. Files that others add
+    /// meanwhile may stay: then the folder above is reported as not empty.
     virtual Removal removeTree(const FilePlace& place, OperationWatch& watch) = 0;
-    /// Moves it to the trash of its mount. Nothing is ever copied, and nothing removed instead. `now`
-    /// receives its absolute path there, "TRASH/files/NAME"; it is empty after an error, and if the system
-    /// does not tell.
-    virtual RecycleError recycle(const FilePlace& place, OperationWatch& watch, std::string& now) = 0;
-    /// Moves or renames it. A file in the new place is replaced, a folder is not (EEXIST). Onto another mount
+    /// Moves it to the trash of its mount. Nothing is ever copied, and nothing removed instead. Returns its
+    /// absolute path there, "TRASH/files/NAME", which is empty if the system does not tell. An error has no
+    /// text: its number is not one of the system, but one of those that users of a trash know.
+    virtual Result<std::string> recycle(const FilePlace& place, OperationWatch& watch) = 0;
+    /// Moves or renames it. A file in the new place is replaced, a folder is not. Onto another mount
     /// only something that is no folder can be moved: it is copied, flushed to the disk, and then removed
-    /// here. Returns a system error code; after a failure everything is as before.
-    virtual int move(const FilePlace& from, const FilePlace& to, OperationWatch& watch) = 0;
+    /// here. After a failure everything is as before.
+    virtual Result<> move(const FilePlace& from, const FilePlace& to, OperationWatch& watch) = 0;
     /// Tells whether a move would replace a file, that is, another one than `from` itself under another name.
-    /// Nothing if the disk does not answer.
-    virtual std::optional<bool> wouldReplace(const FilePlace& from, const FilePlace& to,
-                                             OperationWatch& watch) = 0;
+    virtual Result<bool> wouldReplace(const FilePlace& from, const FilePlace& to, OperationWatch& watch) = 0;
     /// Decides by what the folder is, not by its name, so a link or another mount of the same folder makes no
     /// difference.
     virtual Protection protectionOf(const FilePlace& place, OperationWatch& watch) = 0;

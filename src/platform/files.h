@@ -8,6 +8,8 @@
 #include <string_view>
 #include <vector>
 
+#include "base/result.h"
+
 namespace hl {
 
 /// As the path of a file to be written, this means standard output.
@@ -20,11 +22,10 @@ inline constexpr std::string_view kStandardOutput = "-";
 class ReplacingFile {
   public:
     virtual ~ReplacingFile() = default;
-    /// Returns a system error code, 0 for success. After a failure the file can no longer be committed.
-    virtual int write(std::string_view bytes) = 0;
-    /// Puts the file in place, with the mode of the file it replaces. Returns a system error code, 0 for
-    /// success.
-    virtual int commit() = 0;
+    /// After a failure the file can no longer be committed.
+    virtual Result<> write(std::string_view bytes) = 0;
+    /// Puts the file in place, with the mode of the file it replaces.
+    virtual Result<> commit() = 0;
     /// Tells whether the text goes to a terminal, which obeys control characters.
     virtual bool isTerminal() const { return false; }
     /// Returns the path of an unfinished file that could not be removed after a failed commit; else empty.
@@ -34,16 +35,16 @@ class ReplacingFile {
 class Files {
   public:
     virtual ~Files() = default;
-    /// Returns the content; nothing, with `error` set, if it cannot be read, has more than `limit` bytes, or
-    /// is a pipe, which might wait for its writer.
-    virtual std::optional<std::string> readWhole(const std::string& path, std::size_t limit, int& error) = 0;
+    /// Returns the content. It is an error if there are more than `limit` bytes; a pipe, which might wait for
+    /// its writer, is kUnsuited.
+    virtual Result<std::string> readWhole(const std::string& path, std::size_t limit) = 0;
     /// Returns at most the first `count` bytes of a regular file; nothing if it is none or cannot be read.
     /// Does not wait, and does not follow a link.
     virtual std::optional<std::string> beginning(const std::string& path, std::size_t count) = 0;
-    /// Returns null and sets `error` if no file can be made beside `path`. A link as the target is followed.
-    virtual std::unique_ptr<ReplacingFile> replace(const std::string& path, int& error) = 0;
-    /// Opens the file, appends in one write, and closes it. Returns a system error code.
-    virtual int append(const std::string& path, std::string_view bytes) = 0;
+    /// Begins a file that replaces `path`; it is never null. A link as the target is followed.
+    virtual Result<std::unique_ptr<ReplacingFile>> replace(const std::string& path) = 0;
+    /// Opens the file, appends in one write, and closes it.
+    virtual Result<> append(const std::string& path, std::string_view bytes) = 0;
     /// Returns the names of what is in a folder, in the order of their bytes; none if it cannot be read.
     virtual std::vector<std::string> namesIn(const std::string& folder) = 0;
     virtual bool exists(const std::string& path) = 0;
@@ -51,5 +52,13 @@ class Files {
     /// meanwhile. A lock that is not free within two seconds is ignored, and not waited for again.
     virtual std::shared_ptr<void> lockFolderOf(const std::string& path) = 0;
 };
+
+/// Replaces a file by one with this content.
+inline Result<> replaceWhole(Files& files, const std::string& path, std::string_view content) {
+    const auto file = files.replace(path);
+    if (!file) return file.error();
+    if (Result<> written = (*file)->write(content); !written) return written;
+    return (*file)->commit();
+}
 
 }  // namespace hl

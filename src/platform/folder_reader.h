@@ -10,10 +10,12 @@
 #include <cstdint>
 #include <exception>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "base/result.h"
 #include "platform/folder_id.h"
 
 namespace hl {
@@ -64,14 +66,12 @@ class Listing {
   public:
     virtual ~Listing() = default;
 
-    /// The system error code if the folder could not be opened or its first entries could not be read, else
-    /// 0.
-    int error = 0;
-    /// The system error code for the first entry whose facts could not be learned; that entry counts 0 bytes.
-    int entryError = 0;
-    /// The system error code if the listing ended before the end of the folder; the entries until then are
-    /// here.
-    int endError = 0;
+    /// Why the folder could not be opened, or its first entries could not be read.
+    std::optional<Error> error;
+    /// Why the facts of an entry could not be learned, for the first such entry; it counts 0 bytes.
+    std::optional<Error> entryError;
+    /// Why the listing ended before the end of the folder; the entries until then are here.
+    std::optional<Error> endError;
     /// A fault that happened while this block was read; the walk raises it again when it gets here.
     std::exception_ptr failure;
     /// Another block of the same folder follows this one.
@@ -83,9 +83,9 @@ class Listing {
     FolderId source;
     /// What is mounted there, if the folder is a mount root.
     std::string mountSource;
-    /// The mount points of disks that links lead to and that did not answer; each is told once in a scan.
-    /// Such a link is an entry as if it led nowhere.
-    std::vector<std::string> silentMounts;
+    /// The disks, named by their mount points, that links lead to and that did not answer; each is told once
+    /// in a scan. Such a link is an entry as if it led nowhere.
+    std::vector<Error> silentMounts;
 
     const Entry* entries = nullptr;
     std::size_t count = 0;
@@ -135,7 +135,6 @@ class WaitCallback {
 
 /// Facts of a single path.
 struct PathFacts {
-    int error = 0;  ///< 0 if the path exists; a dangling link does.
     bool isFolder = false;
     std::uint64_t inode = 0;
     std::uint32_t links = 0;
@@ -150,11 +149,10 @@ class FileSystem {
     /// must outlive the reader.
     virtual std::unique_ptr<FolderReader> read(std::string_view source, const ReadOptions& options,
                                                WaitCallback* wait) = 0;
-    /// Looks at the path; a link at its end is not followed.
-    virtual PathFacts look(std::string_view path) = 0;
-    /// Returns the target of a link, or what is mounted on a mount point; if it is neither, the result is
-    /// empty and `error` is set.
-    virtual std::string target(std::string_view path, int& error) = 0;
+    /// Looks at the path; a link at its end is not followed, so a dangling one exists.
+    virtual Result<PathFacts> look(std::string_view path) = 0;
+    /// Returns the target of a link, or what is mounted on a mount point; it is an error if it is neither.
+    virtual Result<std::string> target(std::string_view path) = 0;
     /// Tells whether look() may wait as long as the disk does; a reader never does.
     virtual bool mayHang(std::string_view) { return false; }
 };

@@ -4,6 +4,8 @@
 
 #include <string>
 
+#include "base/result.h"
+
 namespace hl {
 
 /// What the desktop is told.
@@ -12,20 +14,15 @@ struct FolderOffer {
     std::string executable;  ///< The full path; any bytes.
 };
 
-/// The reason why an entry could not be added or removed.
-struct FolderVerbFailure {
-    int error = 0;     ///< The system's code; 0 for success.
-    std::string path;  ///< The path that could not be made, written or removed.
-};
-
-/// For the thread of the logic. Holds no state of its own.
+/// An error has the name of what could not be made, written or removed. For the thread of the logic. Holds no
+/// state of its own.
 class FolderVerb {
   public:
     virtual ~FolderVerb() = default;
     /// Adds the entry, or updates an older one. An entry that is right already is not written again.
-    virtual FolderVerbFailure offer(const FolderOffer& offer) = 0;
+    virtual Result<> offer(const FolderOffer& offer) = 0;
     /// Removes the entry. It is a success, and nothing is written, if there is none.
-    virtual FolderVerbFailure withdraw() = 0;
+    virtual Result<> withdraw() = 0;
 };
 
 }  // namespace hl

@@ -4,13 +4,11 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <utility>
 
 namespace hl {
-
-/// The system error code for a call that a disk did not answer (ETIMEDOUT).
-inline constexpr int kNoAnswerError = 110;
 
 /// What the logic does while a disk is waited for.
 class DiskWait {
@@ -43,9 +41,9 @@ template <class Answer>
 Answer ask(Patience* patience, const std::string& path, Answer none, std::function<Answer()> question,
            LastName last = LastName::kFollowed) {
     if (patience == nullptr) return question();
-    const auto answer = std::make_shared<Answer>();
-    const auto work = [answer, question = std::move(question)] { *answer = question(); };
-    return patience->run(path, work, last) ? std::move(*answer) : std::move(none);
+    const auto answer = std::make_shared<std::optional<Answer>>();
+    const auto work = [answer, question = std::move(question)] { answer->emplace(question()); };
+    return patience->run(path, work, last) ? **std::move(answer) : std::move(none);
 }
 
 }  // namespace hl

@@ -4,6 +4,8 @@
 #include <cstdint>
 #include <string>
 
+#include "base/result.h"
+
 namespace hl {
 
 /// What shows a file.
@@ -44,7 +46,7 @@ class PreviewEvents {
     virtual ~PreviewEvents() = default;
     /// Returns the text that says that the file `path` cannot be shown; the pane shows it. Called only if the
     /// failed file is still the wanted one.
-    virtual std::string previewFailed(const std::string& path, const std::string& error) = 0;
+    virtual std::string previewFailed(const std::string& path, const Error& error) = 0;
     /// Returns the text for something that is no regular file and was not touched; the pane shows it.
     virtual std::string previewNoFile(const std::string& path) = 0;
     /// A viewer is missing; the log gets a line. If nothing else shows the file, the pane shows
@@ -62,10 +64,9 @@ class PreviewPane {
     virtual ~PreviewPane() = default;
     /// `events` must outlive the pane, or be detached with null.
     virtual void setEvents(PreviewEvents* events) = 0;
-    /// Shows a file; `path` is bytes and is not decoded. Returns false if it cannot be opened, with the
-    /// reason in `error`, or if it is no regular file, with an empty `error`. Later failures are told to the
-    /// events.
-    virtual bool showFile(PreviewViewer viewer, const std::string& path, std::string& error) = 0;
+    /// Shows a file; `path` is bytes and is not decoded. It is an error if it cannot be opened, kUnsuited if
+    /// it is no regular file. Later failures are told to the events.
+    virtual Result<> showFile(PreviewViewer viewer, const std::string& path) = 0;
     /// Shows a text of the program's own.
     virtual void showNotice(const std::string& text) = 0;
     virtual void clear() = 0;

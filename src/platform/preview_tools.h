@@ -8,6 +8,8 @@
 #include <string_view>
 #include <vector>
 
+#include "base/result.h"
+
 namespace hl {
 
 /// A regular file, open for reading; it is closed with this object.
@@ -17,9 +19,8 @@ class OpenFile {
     virtual int descriptor() const = 0;
     /// The number of bytes when it was opened.
     virtual std::uint64_t size() const = 0;
-    /// Returns at most `limit` bytes from its beginning; empty, with the system's error code, if it cannot be
-    /// read.
-    virtual std::string head(std::size_t limit, int& error) const = 0;
+    /// Returns at most `limit` bytes from its beginning.
+    virtual Result<std::string> head(std::size_t limit) const = 0;
 };
 
 /// A file that is being opened on another thread.
@@ -29,7 +30,9 @@ class PreviewOpening {
     /// A descriptor that becomes readable when the opening is over.
     virtual int descriptor() const = 0;
     /// Returns what PreviewTools::open does. REQUIRES: the opening is over.
-    virtual std::unique_ptr<OpenFile> take(std::string& error) = 0;
+    virtual Result<std::unique_ptr<OpenFile>> take() = 0;
+    /// The error of an opening that is given up before it is over.
+    virtual Error givenUp() const = 0;
 };
 
 /// A folder that only this user can look into; it is removed with this object, with everything in it. It
@@ -38,11 +41,10 @@ class PrivateFolder {
   public:
     virtual ~PrivateFolder() = default;
     virtual const std::string& path() const = 0;
-    // All of these return a system error code.
-    virtual int makeFolder(const std::string& name) = 0;
-    virtual int write(const std::string& name, std::string_view content) = 0;
+    virtual Result<> makeFolder(const std::string& name) = 0;
+    virtual Result<> write(const std::string& name, std::string_view content) = 0;
     /// Copies a file. It is an error if the file is larger than `limit`, or has become shorter.
-    virtual int copy(const OpenFile& file, const std::string& name, std::uint64_t limit) = 0;
+    virtual Result<> copy(const OpenFile& file, const std::string& name, std::uint64_t limit) = 0;
 };
 
 struct ProcessLimits {
@@ -86,30 +88,26 @@ class HelperProcess {
 class PreviewTools {
   public:
     virtual ~PreviewTools() = default;
-    /// Opens a file; a link is followed. Returns null if it cannot be opened, or, with an empty `error`, if
-    /// it is no regular file, which is not touched.
-    virtual std::unique_ptr<OpenFile> open(const std::string& path, std::string& error) = 0;
+    /// Opens a file; a link is followed. What is no regular file is kUnsuited.
+    virtual Result<std::unique_ptr<OpenFile>> open(const std::string& path) = 0;
     /// Opens a file whose disk may not answer, on another thread; null if the disk always answers, and then
     /// open() must be used. The file is read into memory, so that nothing waits for the disk any more: a file
     /// that is too large for that fails, but with `beginning` only the first MiB of any file is read.
     virtual std::unique_ptr<PreviewOpening> openBeside(const std::string& path, bool beginning) = 0;
     /// Opens the same file again, with a reading position of its own.
-    virtual std::unique_ptr<OpenFile> again(const OpenFile& file, std::string& error) = 0;
-    /// Makes a nameless file with these bytes; null if there is no room for it.
-    virtual std::unique_ptr<OpenFile> inMemory(std::string_view content, std::string& error) = 0;
-    virtual std::string errorText(int code) = 0;
+    virtual Result<std::unique_ptr<OpenFile>> again(const OpenFile& file) = 0;
+    /// Makes a nameless file with these bytes.
+    virtual Result<std::unique_ptr<OpenFile>> inMemory(std::string_view content) = 0;
     /// Returns the path of a program of our own, which is beside the main one; empty if it is missing.
     virtual std::string helper(const std::string& name) = 0;
     /// Returns the path of a command of the system; empty if there is none.
     virtual std::string command(const std::string& name) = 0;
-    virtual std::unique_ptr<PrivateFolder> makeFolder(std::string& error) = 0;
-    /// Returns null if no process can be made.
-    virtual std::unique_ptr<HelperProcess> start(const ProcessOrder& order, std::string& error) = 0;
+    virtual Result<std::unique_ptr<PrivateFolder>> makeFolder() = 0;
+    virtual Result<std::unique_ptr<HelperProcess>> start(const ProcessOrder& order) = 0;
     /// Returns the folder in which a loaded library keeps its cache; empty if it must not write one.
     virtual std::string cacheFolder() const = 0;
-    /// Returns a function of a module beside the program, which stays loaded; null, with the reason, if that
-    /// fails.
-    virtual void* moduleFunction(const std::string& module, const char* function, std::string& reason) = 0;
+    /// Returns a function of a module beside the program, which stays loaded.
+    virtual Result<void*> moduleFunction(const std::string& module, const char* function) = 0;
 };
 
 }  // namespace hl

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -51,9 +52,11 @@ struct PrintJob {
     int zoom = 100;  ///< In percent; scales everything that a row shows, but not the head and foot of a page.
     PrintTexts texts;
     Files* files = nullptr;  ///< Writes PDF files; must outlive the printing.
-    /// Returns the message for a PDF or a printer that failed; `error` is a system error code, 0 if there is
-    /// none. `rest` is the path of an unfinished file that could not be removed, or empty.
-    std::function<std::string(const std::string& name, int error, const std::string& rest)> failure;
+    /// Returns the message for a printer that failed, or for a PDF with the `error` that it had. `rest` is
+    /// the path of an unfinished file that could not be removed, or empty.
+    std::function<std::string(const std::string& name, const std::optional<Error>& error,
+                              const std::string& rest)>
+        failure;
 };
 
 }  // namespace hl

@@ -37,8 +37,6 @@ class SystemFacts {
     virtual std::string computerName() = 0;
     virtual bool adminRights() = 0;
     virtual bool emulated() = 0;  ///< True for a 32-bit process on a 64-bit system.
-    /// Returns the system's text for an error code ("Permission denied"); empty for an unknown code.
-    virtual std::string errorText(int code) = 0;
     virtual std::string environment(const std::string& name) = 0;
 };
 

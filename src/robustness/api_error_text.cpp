@@ -1,7 +1,5 @@
 #include "robustness/api_error_text.h"
 
-#include <cerrno>
-
 #include "base/text.h"
 
 namespace hl {
@@ -15,14 +13,12 @@ std::string onOneLine(std::string text) {
 
 }  // namespace
 
-std::string ApiErrorText(bool withNumber, int code, SystemFacts& facts) {
-    if (code == kLastError) code = errno;
-    if (code == 0) return "#0 - No information available";
-    std::string text = onOneLine(facts.errorText(code));
-    if (text.empty()) {
-        text = "Formatmessage Error " + std::to_string(errno) + " (" + std::to_string(code) + ")";
-    }
-    return withNumber ? "#" + std::to_string(code) + " - " + text : text;
+std::string ApiErrorText(bool withNumber, const Error& error) {
+    const std::string number = std::to_string(error.number);
+    std::string text = onOneLine(error.text);
+    if (error.number == 0) return text.empty() ? "#0 - No information available" : text;
+    if (text.empty()) text = "Formatmessage Error 22 (" + number + ")";
+    return withNumber ? "#" + number + " - " + text : text;
 }
 
 }  // namespace hl

@@ -1,18 +1,15 @@
-// Finds the text for an error code of the system, as rows, logs and messages show it.
+// The text of an error, as rows, logs and messages show it.
 #pragma once
 
 #include <string>
 
-#include "platform/system_facts.h"
+#include "base/result.h"
 
 namespace hl {
 
-/// This code stands for the last error of this thread (errno).
-inline constexpr int kLastError = -1;
-
-/// Returns "Permission denied", or with `withNumber` "#13 - Permission denied". Code 0 always gives "#0 - No
-/// information available". A code that the system does not know gives "Formatmessage Error", the error of
-/// that question, and the code in parentheses.
-std::string ApiErrorText(bool withNumber, int code, SystemFacts& facts);
+/// Returns "Permission denied", or with `withNumber` "#13 - Permission denied". Number 0 without a text gives
+/// "#0 - No information available", any other number without one "Formatmessage Error 22" and the number in
+/// parentheses.
+std::string ApiErrorText(bool withNumber, const Error& error);
 
 }  // namespace hl

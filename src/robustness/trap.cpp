@@ -1,6 +1,5 @@
 #include "robustness/trap.h"
 
-#include <cerrno>
 #include <new>
 #include <system_error>
 
@@ -11,7 +10,7 @@ namespace hl::trap_detail {
 namespace {
 
 Fault outOfMemory() {
-    return {ENOMEM, "", "Out of memory"};
+    return {static_cast<int>(std::errc::not_enough_memory), "", "Out of memory"};
 }  // Short enough to need no memory itself.
 
 Fault currentFault() {

@@ -93,8 +93,9 @@ void readWholeSource(ScanContext& scan, const std::string& source, const std::st
 // Reads the source at the head of the queue; returns kNoRow if it does not exist.
 Row readHead(ScanContext& scan, std::string& lastSource) {
     const std::string head = scan.state.SourceQueue.front();
-    if (int error = 0; !xExistFolder_W(scan, head, &error)) {
-        scan.host.sourceMissing(head, isNotThere(error) ? "" : ApiErrorText(true, error, scan.facts));
+    if (const Result<> exists = xExistFolder_W(scan, head); !exists) {
+        const Error& error = exists.error();
+        scan.host.sourceMissing(head, isNotThere(error) ? "" : ApiErrorText(true, error));
         return kNoRow;
     }
     if (scan.state.CancelState == kCancelStop) return kNoRow;  // Stopped while its disk was waited for.

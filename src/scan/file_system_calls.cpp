@@ -1,7 +1,6 @@
 #include "scan/file_system_calls.h"
 
 #include "base/text.h"
-#include "platform/patience.h"
 #include "robustness/api_error_text.h"
 #include "scan/list_handover.h"
 #include "scan/yield.h"
@@ -9,32 +8,38 @@
 namespace hl {
 
 namespace {
-constexpr int kNotFound = 2, kFolderNotFound = 20;
 
-// Returns why a folder does not exist. One that cannot be read for another reason does exist, so that gives
-// 0.
-int errorOfFolder(ScanContext& scan, std::string_view path) {
+// A folder that cannot be read does exist, unless its disk does not answer.
+Result<> lookAtFolder(ScanContext& scan, std::string_view path) {
     const std::string whole = ToLongPath(path, scan.paths);
-    if (!scan.fileSystem.mayHang(whole)) return scan.fileSystem.look(whole).error;
+    if (!scan.fileSystem.mayHang(whole)) {
+        const auto facts = scan.fileSystem.look(whole);
+        return facts ? Result<>() : facts.error();
+    }
     Yield yield(scan.state, scan.pump);
     ReaderWait wait(yield, scan.pump, [&] { tellOfWait(scan, path); });
     const auto reader = scan.fileSystem.read(whole, {.onlyOpen = true}, &wait);
     const auto block = reader->next();
-    const int error = block == nullptr ? 0 : block->error;
-    return error == kNotFound || error == kNoAnswerError ? error : 0;
+    if (block == nullptr || !block->error) return {};
+    const ErrorKind kind = block->error->kind;
+    return kind == ErrorKind::kNotFound || kind == ErrorKind::kNoAnswer ? *block->error : Result<>();
 }
 
 }  // namespace
 
 bool xExistFile(ScanContext& scan, std::string_view path) {
-    return !path.empty() && scan.fileSystem.look(ToLongPath(path, scan.paths)).error == 0;
+    return !path.empty() && scan.fileSystem.look(ToLongPath(path, scan.paths));
 }
 
-bool xExistFolder_W(ScanContext& scan, std::string_view path, int* error) {
+Result<> xExistFolder_W(ScanContext& scan, std::string_view path) {
     if (path.size() > 1 && path.ends_with(scan.paths.separator)) path.remove_suffix(1);
-    if (error == nullptr) return xExistFile(scan, path);
-    *error = path.empty() ? kNotFound : errorOfFolder(scan, path);
-    return *error == 0;
+    if (path.empty()) return Error{.kind = ErrorKind::kNotFound};
+    return lookAtFolder(scan, path);
+}
+
+bool isFolder(const ScanContext& scan, std::string_view path) {
+    const auto facts = scan.fileSystem.look(path);
+    return facts && facts->isFolder;
 }
 
 void tellOfWait(ScanContext& scan, std::string_view path) {
@@ -42,35 +47,35 @@ void tellOfWait(ScanContext& scan, std::string_view path) {
 }
 
 bool hasVanished(const ScanContext& scan, std::string_view path) {
-    return isNotThere(scan.fileSystem.look(ToLongPath(path, scan.paths)).error);
+    const auto facts = scan.fileSystem.look(ToLongPath(path, scan.paths));
+    return !facts && isNotThere(facts.error());
 }
 
-bool isNotThere(int error) {
-    return error == kNotFound || error == kFolderNotFound;
+bool isNotThere(const Error& error) {
+    return error.kind == ErrorKind::kNotFound || error.kind == ErrorKind::kNoFolder;
 }
 
 bool isSilent(const ScanContext& scan, std::string_view path) {
-    return scan.fileSystem.look(ToLongPath(path, scan.paths)).error == kNoAnswerError;
+    return scan.fileSystem.look(ToLongPath(path, scan.paths)).failedAs(ErrorKind::kNoAnswer);
 }
 
 std::int32_t xGetHardlinkCount(ScanContext& scan, const std::string& path, std::string* id,
                                std::string& error) {
-    const PathFacts facts = scan.fileSystem.look(ToLongPath(path, scan.paths));
-    if (facts.error != 0) {
+    const auto facts = scan.fileSystem.look(ToLongPath(path, scan.paths));
+    if (!facts) {
         error = scan.texts.TL(
             4071, "Die Datei '%1' konnte nicht geöffnet werden. (xGetHardlinkCount\\CreateFileWide: %2)",
-            {path, ApiErrorText(true, facts.error, scan.facts)});
+            {path, ApiErrorText(true, facts.error())});
         return 0;
     }
-    if (id != nullptr) *id = fileId(facts.inode);
-    return facts.links == 1 ? 0 : static_cast<std::int32_t>(facts.links);
+    if (id != nullptr) *id = fileId(facts->inode);
+    return facts->links == 1 ? 0 : static_cast<std::int32_t>(facts->links);
 }
 
 std::string xGetJunctionPath(ScanContext& scan, const std::string& path, std::string& error) {
-    int code = 0;
-    std::string target = scan.fileSystem.target(path, code);
-    if (code != 0) error = ApiErrorText(true, code, scan.facts) + " (CreateFile)";
-    return target;
+    const auto target = scan.fileSystem.target(path);
+    if (!target) error = ApiErrorText(true, target.error()) + " (CreateFile)";
+    return target.valueOr("");
 }
 
 }  // namespace hl

@@ -11,17 +11,18 @@ namespace hl {
 
 /// Tells whether something of that name exists; a dangling link does, an empty path does not.
 bool xExistFile(ScanContext& scan, std::string_view path);
-/// Tells whether the path, without one trailing separator, exists; it need not be a folder. `error` (may be
-/// null) receives the system error code. If the disk may hang, the folder is opened while messages run; if
-/// Stop ends that, the folder counts as existing.
-bool xExistFolder_W(ScanContext& scan, std::string_view path, int* error = nullptr);
+/// Succeeds if the path, without one trailing separator, exists; it need not be a folder. If the disk may
+/// hang, the folder is opened while messages run; if Stop ends that, the folder counts as existing.
+Result<> xExistFolder_W(ScanContext& scan, std::string_view path);
+/// Tells whether the path, as it is, is a folder, and no link to one.
+bool isFolder(const ScanContext& scan, std::string_view path);
 /// Tells the user that the disk of `path` is waited for.
 void tellOfWait(ScanContext& scan, std::string_view path);
 
 /// Tells whether the path is gone, and not merely out of reach.
 bool hasVanished(const ScanContext& scan, std::string_view path);
-/// Tells whether a system error code, from looking at a path, means that nothing is there.
-bool isNotThere(int error);
+/// Tells whether an error from looking at a path means that nothing is there.
+bool isNotThere(const Error& error);
 /// Tells whether the path's disk does not answer. If that was asked only just now, it is not waited for
 /// again.
 bool isSilent(const ScanContext& scan, std::string_view path);

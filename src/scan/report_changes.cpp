@@ -232,7 +232,7 @@ void ReportChanges::folderCame(std::string_view path) {
         drives_.insert(root);
         const std::string_view name = rest.substr(0, rest.find(scan_.paths.separator));
         // Whether a link is a folder here is decided as in the walk.
-        if (scan_.fileSystem.look(path.substr(0, path.size() - rest.size() + name.size())).isFolder) {
+        if (isFolder(scan_, path.substr(0, path.size() - rest.size() + name.size()))) {
             addFolder(row, name);
         } else {
             readAgain(row);
@@ -291,7 +291,7 @@ bool ReportChanges::readFiles(Row row, const std::string& folder) {
     for (bool more = true; more;) {
         const std::unique_ptr<Listing> block = reader->next();
         if (block == nullptr) return true;
-        if (block->error != 0) return readAgain(row), true;
+        if (block->error) return readAgain(row), true;
         for (std::size_t i = 0; i < block->count; ++i) {
             const Entry& entry = block->entries[i];
             yield.perEntry();

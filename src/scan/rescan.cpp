@@ -4,6 +4,7 @@
 #include "base/scope_exit.h"
 #include "robustness/trap.h"
 #include "scan/driver.h"
+#include "scan/file_system_calls.h"
 #include "scan/records.h"
 #include "scan/rollup.h"
 #include "scan/walker.h"
@@ -44,12 +45,9 @@ void forgetAccessError(ScanContext& scan, Row row, const std::string& path) {
         return report.setPicture(row, item == nullptr ? kPictureSource : item->image);
     }
     const std::string longPath = ToLongPath(path, scan.paths);
-    int error = 0;
-    const std::string target = scan.fileSystem.target(longPath, error);
-    const ReparseTag tag = error != 0                                ? kTagNone
-                           : scan.fileSystem.look(longPath).isFolder ? kTagMountPoint
-                                                                     : kTagSymbolicLink;
-    Report_ShowFolderKind(report, row, tag, target);
+    const auto target = scan.fileSystem.target(longPath);
+    const ReparseTag tag = !target ? kTagNone : isFolder(scan, longPath) ? kTagMountPoint : kTagSymbolicLink;
+    Report_ShowFolderKind(report, row, tag, target.valueOr(""));
 }
 
 void correctAbove(Grid& report, Row row, const FolderNumbers& before) {

@@ -8,12 +8,12 @@
 #include <algorithm>
 #include <cstring>
 #include <memory>
+#include <optional>
 #include <utility>
 #include <vector>
 
 #include "base/size_text.h"
 #include "base/text.h"
-#include "platform/patience.h"
 #include "robustness/api_error_text.h"
 #include "robustness/trap.h"
 #include "scan/file_system_calls.h"
@@ -77,14 +77,14 @@ class FolderWalk {
         std::unique_ptr<Listing> block;
         std::size_t next = 0;  ///< The index of the next entry.
         std::size_t pathLength = 0;
-        int error = 0;
+        std::optional<Error> error;
         SizeValue filesSize;  ///< The size of the files directly in the folder, as far as they count.
         std::int32_t filesCount = 0;
         ScanTotals totals;
         std::string target;  ///< The target of a link that was followed.
     };
 
-    void tellOfSilence(const std::string& disk);
+    void tellOfSilence(const Error& disk);
     std::unique_ptr<Listing> nextListing();
     void enterSource(Row row);
     void step();
@@ -138,10 +138,10 @@ ScanTotals FolderWalk::run(Row row) {
 
 // If links are followed, what lies behind this one is missing in the report; otherwise links are shown as
 // files.
-void FolderWalk::tellOfSilence(const std::string& disk) {
-    if (follow_) scan_.host.notRead(disk, ApiErrorText(true, kNoAnswerError, scan_.facts));
+void FolderWalk::tellOfSilence(const Error& disk) {
+    if (follow_) scan_.host.notRead(disk.name, ApiErrorText(true, disk));
     const std::string text = scan_.texts.TL(
-        9632, "%1 antwortet nicht. Verknüpfungen dorthin gelten als Dateien.", {visible(disk)});
+        9632, "%1 antwortet nicht. Verknüpfungen dorthin gelten als Dateien.", {visible(disk.name)});
     scan_.log.LogProtokoll(text);
     scan_.host.diskSilent(text);
 }
@@ -150,7 +150,7 @@ std::unique_ptr<Listing> FolderWalk::nextListing() {
     wait_.begins();
     std::unique_ptr<Listing> block = reader_->next();
     if (block == nullptr) return block;
-    for (const std::string& disk : block->silentMounts) tellOfSilence(disk);
+    for (const Error& disk : block->silentMounts) tellOfSilence(disk);
     return block;
 }
 
@@ -172,16 +172,16 @@ void FolderWalk::enter(Row row, std::unique_ptr<Listing> block, bool isReparse, 
     level.pathLength = path_.size();
     level.target = std::move(target);
     level.error = block->error;
-    if (block->error == 0) lastTag_ = kTagNone;  // The folder's "." and ".." count as read.
+    if (!block->error) lastTag_ = kTagNone;  // The folder's "." and ".." count as read.
     takeBlock(level, std::move(block));
 }
 
 void FolderWalk::takeBlock(Level& level, std::unique_ptr<Listing> block) {
     level.block = std::move(block);
     level.next = 0;
-    if (level.error == 0 && level.block->entryError != 0) level.error = level.block->entryError;
-    if (level.block->endError != 0) {
-        const std::string reason = ApiErrorText(true, level.block->endError, scan_.facts);
+    if (!level.error) level.error = level.block->entryError;
+    if (level.block->endError) {
+        const std::string reason = ApiErrorText(true, *level.block->endError);
         scan_.log.LogDebug("Report_ScanFolders\\next", {reason, visible(path_)});
         scan_.host.notRead(path_, reason);
     }
@@ -317,7 +317,7 @@ void FolderWalk::leave(bool cutShort) {
     {
         Level& level = levels_.back();
         if (!level.ended && !cutShort) {
-            if (level.error != 0) accessError(level);
+            if (level.error) accessError(level);
             addFilesRow(level);
         }
     }
@@ -340,7 +340,7 @@ void FolderWalk::leave(bool cutShort) {
 }
 
 void FolderWalk::accessError(Level& level) {
-    const std::string text = ApiErrorText(true, level.error, scan_.facts);
+    const std::string text = ApiErrorText(true, *level.error);
     scan_.tvwPL.setPicture(level.row, kPictureAccessError);
     scan_.tvwPL.setRowNote(level.row, text);
     scan_.log.LogProtokoll("ERROR: " + text + " (" + visible(path_) + ")");

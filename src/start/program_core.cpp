@@ -26,8 +26,8 @@ ProgramCore::ProgramCore(const CoreParts& parts)
 }
 
 Services ProgramCore::services(FileSystem& fileSystem) {
-    return {settings_,      texts_,       log_,         parts_.files, fileSystem,     pump_,
-            parts_.console, parts_.facts, diagnostics_, kPosixPaths,  parts_.numbers, parts_.bases};
+    return {settings_,      texts_,       log_,        parts_.files,   fileSystem,  pump_,
+            parts_.console, diagnostics_, kPosixPaths, parts_.numbers, parts_.bases};
 }
 
 WindowServices ProgramCore::windowServices(Drives& drives, FolderVerb& verb, FileOperations& operations,
@@ -54,9 +54,8 @@ void ProgramCore::windowThere(const Window* window, MessagePump* pump, const std
     app_.screen = [window] { return window->frame.screenFacts(); };
     texts_.storeLanguage();
     desk_ = std::make_unique<WindowDesk>(*window);
-    reports_ = std::make_unique<ErrorReports>(ErrorFormServices{texts_, parts_.files, parts_.facts, *desk_,
-                                                                kPosixPaths, parts_.ownFolder, version(),
-                                                                mail, parts_.endProcess});
+    reports_ = std::make_unique<ErrorReports>(ErrorFormServices{
+        texts_, parts_.files, *desk_, kPosixPaths, parts_.ownFolder, version(), mail, parts_.endProcess});
     errors_.setDialog(reports_.get());
 }
 

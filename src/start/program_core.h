@@ -14,6 +14,7 @@
 #include "mainwindow/session.h"
 #include "platform/console.h"
 #include "platform/files.h"
+#include "platform/system_facts.h"
 #include "start/headless_pump.h"
 #include "start/program_errors.h"
 

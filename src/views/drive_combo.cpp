@@ -14,8 +14,9 @@ namespace {
 
 SourceItem itemOf(const Drive& drive, const PathRules& paths) {
     const std::string folder = AddTrailingSlash(drive.root, paths);
-    const std::string label = drive.label.empty() ? "" : " [" + drive.label + "]";
-    return {identityKey(folder, paths), drive.root + label, folder, drivePicture(drive.type)};
+    const std::string label = drive.label.valueOr("");
+    return {identityKey(folder, paths), drive.root + (label.empty() ? "" : " [" + label + "]"), folder,
+            drivePicture(drive.type)};
 }
 
 }  // namespace

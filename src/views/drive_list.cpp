@@ -1,7 +1,6 @@
 #include "views/drive_list.h"
 
 #include <algorithm>
-#include <cerrno>
 #include <cmath>
 #include <optional>
 #include <utility>
@@ -71,12 +70,10 @@ std::string xGetDriveTypeString(DriveType type, const Texts& texts) {
     }
 }
 
-std::string xGetDriveLabel(const Drive& drive, const Texts& texts, SystemFacts& facts,
-                           std::string& errorText) {
-    const int error = characterCount(drive.label) > kLongestLabel ? EOVERFLOW : drive.labelError;
-    errorText = error == 0 ? "" : ApiErrorText(false, error, facts);
-    if (error != 0) return {};
-    return drive.label.empty() ? texts.TL(9410, "(no label)") : drive.label;
+Result<std::string> xGetDriveLabel(const Drive& drive, const Texts& texts) {
+    if (!drive.label) return drive.label;
+    if (characterCount(*drive.label) > kLongestLabel) return Error{.text = "Too long", .name = *drive.label};
+    return drive.label->empty() ? texts.TL(9410, "(no label)") : *drive.label;
 }
 
 int drivePicture(DriveType type) {
@@ -126,9 +123,8 @@ void DriveList::Drives_GetAllDrives() {
 
 void DriveList::addDriveRow(std::string_view text, const Drive& drive) {
     const Row row = grid_.addRow(kNoRow, text);
-    std::string ignored;
     if (drive.type != DriveType::kNoRoot)
-        grid_.setCellText(row, kDriveLabel, xGetDriveLabel(drive, scan_.texts, scan_.facts, ignored));
+        grid_.setCellText(row, kDriveLabel, xGetDriveLabel(drive, scan_.texts).valueOr(""));
     grid_.setCellText(row, kDriveFileSystem, drive.fileSystem);
     grid_.setCellText(row, kDriveType, xGetDriveTypeString(drive.type, scan_.texts));
     grid_.setPicture(row, drivePicture(drive.type));

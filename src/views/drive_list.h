@@ -18,7 +18,6 @@
 #include "app/texts.h"
 #include "grid/grid.h"
 #include "platform/drives.h"
-#include "platform/system_facts.h"
 #include "platform/window.h"
 #include "scan/list_column.h"
 #include "scan/scan_context.h"
@@ -73,10 +72,9 @@ inline constexpr ListTable kDrivesTable = {kDriveCells, kDrivesColumns, kNoCell,
                                            &Options::SizeFormatNachkommastellenDrive};
 
 std::string xGetDriveTypeString(DriveType type, const Texts& texts);
-/// Returns a drive's label, or "(no label)". It is empty and `errorText` is set if the labels cannot be read
-/// or the label has more than 13 characters.
-std::string xGetDriveLabel(const Drive& drive, const Texts& texts, SystemFacts& facts,
-                           std::string& errorText);
+/// Returns a drive's label, or "(no label)". It is an error if the labels cannot be read or the label has
+/// more than 13 characters.
+Result<std::string> xGetDriveLabel(const Drive& drive, const Texts& texts);
 /// Returns the picture of a row (platform/icons.h).
 int drivePicture(DriveType type);
 /// Returns the drive that a path lies on: the one with the longest root that leads to it. Null if there is

@@ -2,6 +2,7 @@
 
 #include "base/path.h"
 #include "base/text.h"
+#include "robustness/api_error_text.h"
 #include "robustness/trap.h"
 
 namespace hl {
@@ -105,11 +106,11 @@ void Preview::show(const std::string& path) {
     pane_->clear();
     const auto viewer = previewViewerOf(fileNameOf(path, kPosixPaths));
     if (!viewer) return showUnknown();
-    std::string error;
-    if (pane_->showFile(*viewer, path, error)) return;
+    const Result<> shown = pane_->showFile(*viewer, path);
+    if (shown) return;
     // The user cannot do anything about a pipe or a device.
-    if (error.empty()) return pane_->showNotice(previewNoFile(path));
-    pane_->showNotice(failure(path, error));
+    const bool isFile = !shown.failedAs(ErrorKind::kUnsuited);
+    pane_->showNotice(isFile ? failure(path, shown.error()) : previewNoFile(path));
 }
 
 void Preview::showUnknown() {
@@ -124,14 +125,16 @@ void Preview::Preview_Reset_View() {
     });
 }
 
-std::string Preview::failure(const std::string& path, const std::string& error) {
+std::string Preview::failure(const std::string& path, const Error& error) {
     const std::string reason = visible(
-        error.empty() ? texts_.TL(9548, "Sie ist beschädigt oder zu groß, oder es dauert zu lange.") : error);
+        !error.text.empty() ? error.text
+        : error.number != 0 ? ApiErrorText(false, error)
+                            : texts_.TL(9548, "Sie ist beschädigt oder zu groß, oder es dauert zu lange."));
     log_.LogProtokoll("ERROR: Preview_ShowFile " + reason + " (" + visible(path) + ")");
     return texts_.TL(9547, "Die Datei '%1' kann nicht angezeigt werden!%!%!", {visible(path)}) + reason;
 }
 
-std::string Preview::previewFailed(const std::string& path, const std::string& error) {
+std::string Preview::previewFailed(const std::string& path, const Error& error) {
     return failure(path, error);
 }
 

@@ -57,9 +57,9 @@ class Preview final : private PreviewEvents {
   private:
     void show(const std::string& path);
     void showUnknown();
-    std::string failure(const std::string& path, const std::string& error);
+    std::string failure(const std::string& path, const Error& error);
 
-    std::string previewFailed(const std::string& path, const std::string& error) override;
+    std::string previewFailed(const std::string& path, const Error& error) override;
     std::string previewNoFile(const std::string& path) override;
     void previewMissing(const std::string& what) override;
     std::string previewUnknown() override;

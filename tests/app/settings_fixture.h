@@ -5,6 +5,7 @@
 
 #include "app/settings.h"
 #include "platform/linux/change/files.h"
+#include "platform/linux/process/system_error.h"
 #include "robustness/fakes.h"
 #include "support/temp_dir.h"
 #include "support/whole_files.h"
@@ -18,13 +19,13 @@ class WatchedFiles : public LinuxFiles {
     /// If it is not 0, every reading fails with this error.
     int readError = 0;
 
-    std::optional<std::string> readWhole(const std::string& path, std::size_t limit, int& error) override {
-        error = readError;
-        return readError != 0 ? std::nullopt : LinuxFiles::readWhole(path, limit, error);
+    Result<std::string> readWhole(const std::string& path, std::size_t limit) override {
+        if (readError != 0) return systemError(readError);
+        return LinuxFiles::readWhole(path, limit);
     }
-    std::unique_ptr<ReplacingFile> replace(const std::string& path, int& error) override {
+    Result<std::unique_ptr<ReplacingFile>> replace(const std::string& path) override {
         ++replacements;
-        return LinuxFiles::replace(path, error);
+        return LinuxFiles::replace(path);
     }
 };
 

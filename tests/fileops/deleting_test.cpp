@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "fileops/renaming.h"
+#include "platform/linux/change/trash.h"
 #include "support/fake_window.h"
 #include "support/scan_fixture.h"
 
@@ -15,23 +16,25 @@ using namespace test;
 class ScriptedOperations final : public FileOperations {
   public:
     Removal removal{.removed = true};
-    RecycleError recycled = RecycleError::kNone;
-    int error = 0;
-    std::optional<bool> replaces = false;
+    Result<std::string> recycled = "";
+    Result<> moved;
+    Result<bool> replaces = false;
     Protection protection = Protection::kNone;
     std::vector<std::string> asked;
 
-    int removeFile(const FilePlace& place, OperationWatch&) override { return note("file", place), error; }
+    Result<> removeFile(const FilePlace& place, OperationWatch&) override {
+        return note("file", place), moved;
+    }
     Removal removeTree(const FilePlace& place, OperationWatch&) override {
         return note("tree", place), removal;
     }
-    RecycleError recycle(const FilePlace& place, OperationWatch&, std::string&) override {
+    Result<std::string> recycle(const FilePlace& place, OperationWatch&) override {
         return note("recycle", place), recycled;
     }
-    int move(const FilePlace& from, const FilePlace& to, OperationWatch&) override {
-        return note("move", from), note("to", to), error;
+    Result<> move(const FilePlace& from, const FilePlace& to, OperationWatch&) override {
+        return note("move", from), note("to", to), moved;
     }
-    std::optional<bool> wouldReplace(const FilePlace&, const FilePlace&, OperationWatch&) override {
+    Result<bool> wouldReplace(const FilePlace&, const FilePlace&, OperationWatch&) override {
         return replaces;
     }
     Protection protectionOf(const FilePlace&, OperationWatch&) override { return protection; }
@@ -91,14 +94,16 @@ TEST_F(DeletingTest, APlaceBeginsAtTheLongestSourceThatHoldsIt) {
 
 TEST_F(DeletingTest, WhatStayedIsToldOnceWithReasonsAndReadAgain) {
     const std::string stays = "Beim Löschen des Ordners '/src/b' ist ein Fehler aufgetreten: ";
-    const Removal partly = {.failures = {{"/src/b/x", 13}, {"/src/b", 13, true}}, .failureCount = 4};
+    const Removal partly = {
+        .failures = {{systemError(EACCES, "/src/b/x")}, {systemError(EACCES, "/src/b"), true}},
+        .failureCount = 4};
     const std::tuple<Removal, bool, std::string> cases[] = {
         {partly, false, stays + "Permission denied (/src/b/x) Permission denied(/src/b) ... und 2 weitere"},
         {{},
          true,
          "Beim Verschieben des Ordners'/src/b' in den Papierkorb ist ein Fehler aufgetreten: Security "
          "settings denied access to the source. (120)"}};
-    operations_.recycled = RecycleError::kAccess;
+    operations_.recycled = recycleError(RecycleError::kAccess);
     disk.find("/src/b/y")->facts.size = 1;  // This is what the removal left of it.
     for (const auto& [removal, recycle, text] : cases) {
         operations_.removal = removal;
@@ -124,7 +129,7 @@ TEST_F(DeletingTest, ManyThatStayAreToldUpToANumber) {
         many.push_back(report.addRow(b_, std::to_string(i)));
         report.setNumber(many.back(), kIsFolder, 1);
     }
-    operations_.removal = {.failures = {{"/x", 13}}, .failureCount = 1};
+    operations_.removal = {.failures = {{systemError(EACCES, "/x")}}, .failureCount = 1};
     DeleteFolders(ops_, many, false);
     ASSERT_EQ(window_.calls.size(), 1u);
     EXPECT_EQ(std::ranges::count(window_.calls[0], '\n'), 10);
@@ -156,13 +161,13 @@ TEST_F(DeletingTest, ARowThatSumsUpFilesIsPassedOver) {
 
 TEST_F(DeletingTest, AFileOfTheNewNameGoesToTheTrashAndIsReplacedOnlyWhereThereIsNone) {
     operations_.replaces = true;
-    const std::tuple<RecycleError, bool, std::string> cases[] = {
-        {RecycleError::kNone, true, "Die frühere Datei '/src/z' liegt jetzt im Papierkorb."},
-        {RecycleError::kNoTrash, true,
+    const std::tuple<Result<std::string>, bool, std::string> cases[] = {
+        {"", true, "Die frühere Datei '/src/z' liegt jetzt im Papierkorb."},
+        {recycleError(RecycleError::kNoTrash), true,
          "Die frühere Datei '/src/z' wurde ersetzt; hier gibt es keinen Papierkorb."},
-        {RecycleError::kNameTooLong, false, ""}};
-    for (const auto& [error, moved, told] : cases) {
-        operations_.recycled = error;
+        {recycleError(RecycleError::kNameTooLong), false, ""}};
+    for (const auto& [recycled, moved, told] : cases) {
+        operations_.recycled = recycled;
         operations_.asked.clear();
         window_.calls.clear();
         host_.panel.clear();
@@ -173,7 +178,7 @@ TEST_F(DeletingTest, AFileOfTheNewNameGoesToTheTrashAndIsReplacedOnlyWhereThereI
         EXPECT_EQ(host_.panel, told);
         EXPECT_EQ(window_.calls.empty(), moved);
     }
-    operations_.replaces = std::nullopt;
+    operations_.replaces = systemError(ETIMEDOUT);
     operations_.asked.clear();
     renameInReport(ops_, b_, "y");
     EXPECT_TRUE(operations_.asked.empty()) << "nobody knows what it would replace";
@@ -182,11 +187,11 @@ TEST_F(DeletingTest, AFileOfTheNewNameGoesToTheTrashAndIsReplacedOnlyWhereThereI
 TEST_F(DeletingTest, ARenamedFolderIsWhereTheListLooksNext) {
     renameInReport(ops_, a_, "a");
     EXPECT_TRUE(operations_.asked.empty());
-    operations_.error = 13;
+    operations_.moved = systemError(EACCES);
     renameInReport(ops_, a_, "z");
     EXPECT_EQ(window_.calls, (Lines{"Permission denied"}));
     EXPECT_EQ(report.text(a_), "a");
-    operations_.error = 0;
+    operations_.moved = {};
     state.currentFolder = "/src/a/aa/";
     renameInReport(ops_, a_, "z");
     EXPECT_EQ(operations_.asked.back(), "to /src|z");

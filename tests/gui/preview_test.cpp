@@ -84,9 +84,9 @@ struct PreviewPaneTest : testing::Test, PreviewEvents {
         EXPECT_EQ(told.told, std::vector<std::string>()) << "faults of the window";
     }
 
-    std::string previewFailed(const std::string& path, const std::string& error) override {
+    std::string previewFailed(const std::string& path, const Error& error) override {
         failures.push_back(fs::path(path).filename().string());
-        reasons.push_back(error);
+        reasons.push_back(error.text);
         return "failed";
     }
     std::string previewNoFile(const std::string&) override { return "no file"; }
@@ -104,10 +104,7 @@ struct PreviewPaneTest : testing::Test, PreviewEvents {
     void command(const std::string& name, const std::string& body) const {
         writeScript(commands.path() + "/" + name, "PATH=/usr/bin:/bin\n" + body);
     }
-    void show(V viewer, const std::string& file) {
-        std::string error;
-        EXPECT_TRUE(area->showFile(viewer, file, error)) << error;
-    }
+    void show(V viewer, const std::string& file) { EXPECT_TRUE(area->showFile(viewer, file)) << file; }
     template <class Viewer>
     Viewer* viewer() {
         return dynamic_cast<Viewer*>(area->viewer());
@@ -181,8 +178,7 @@ struct PreviewPaneTest : testing::Test, PreviewEvents {
     /// Expects that the only helper ends, and that the tools reap it when they start something.
     void expectEndAndBurial() const {
         EXPECT_TRUE(soon([] { return helperEnded(); }));
-        std::string error;
-        const auto process = tools->start({.program = "/bin/true"}, error);
+        const auto process = tools->start({.program = "/bin/true"});
         EXPECT_EQ(tools->ending(), 0);
     }
 };
@@ -333,7 +329,7 @@ TEST_F(PreviewPaneTest, WhereTheSystemHasNoRoomForAHelperItSaysSo) {
             const FewDescriptors few(3);
             show(kind, name);
         }
-        EXPECT_EQ(reasons, std::vector<std::string>{tools->errorText(EMFILE)}) << static_cast<int>(kind);
+        EXPECT_EQ(reasons, std::vector<std::string>{"Too many open files"}) << static_cast<int>(kind);
         EXPECT_EQ(text(), "failed");
     }
     EXPECT_EQ(missing, std::vector<std::string>());
@@ -511,12 +507,9 @@ TEST_F(PreviewPaneTest, WithoutHelpersAndModulesEachKindIsToldOnce) {
 TEST_F(PreviewPaneTest, WhatCannotBeOpenedIsRefusedAtOnce) {
     ASSERT_EQ(mkfifo(path("fifo.txt").c_str(), 0600), 0);
     for (const V kind : {V::kText, V::kPicture, V::kPages, V::kMedia})
-        for (const auto& [name, reason] : std::initializer_list<std::pair<const char*, std::string>>{
-                 {"fifo.txt", ""}, {"none.txt", tools->errorText(ENOENT)}}) {
-            std::string error;
-            EXPECT_FALSE(area->showFile(kind, path(name), error)) << name;
-            EXPECT_EQ(error, reason) << name;
-        }
+        for (const auto& [name, reason] :
+             {std::pair("fifo.txt", ErrorKind::kUnsuited), std::pair("none.txt", ErrorKind::kNotFound)})
+            EXPECT_TRUE(area->showFile(kind, path(name)).failedAs(reason)) << name;
 }
 
 TEST_F(PreviewPaneTest, ADocumentIsConvertedByTheRealOfficeToo) {

@@ -48,8 +48,8 @@ struct PrintTest : testing::Test {
         job.cellText = [this](std::size_t column, Row row) {
             return column == 0 ? visible(grid.text(row)) : std::to_string(row);
         };
-        job.failure = [](const std::string& name, int error, const std::string&) {
-            return name + ": " + std::to_string(error);
+        job.failure = [](const std::string& name, const std::optional<Error>& error, const std::string&) {
+            return name + ": " + std::to_string(error ? error->number : 0);
         };
     }
     void addRows(int count) {
@@ -200,7 +200,7 @@ TEST_F(PrintTest, AnOlderPdfStaysWhereTheNewOneIsCancelledOrCannotBeWritten) {
     EXPECT_EQ(test::contentOf(path).substr(0, 5), "%PDF-");
     path = "/dev/full";
     EXPECT_EQ(write(failure), PrintResult::kFailed);
-    EXPECT_EQ(failure.error, ENOSPC);
+    EXPECT_TRUE(failure.error && failure.error->number == ENOSPC);
 }
 
 // --- the preview

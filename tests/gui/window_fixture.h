@@ -26,6 +26,7 @@
 #include "platform/linux/change/files.h"
 #include "platform/linux/drives/drives.h"
 #include "platform/linux/drives/patience.h"
+#include "platform/linux/process/system_error.h"
 #include "platform/linux/process/system_facts.h"
 #include "platform/linux/scan/file_system.h"
 #include "platform/qt/window/main_window.h"
@@ -59,8 +60,8 @@ class PausingFileSystem final : public FileSystem {
         return std::make_unique<Reader>(std::move(reader), options.recursive ? beforeBlock : beforeFiles);
     }
     bool mayHang(std::string_view path) override { return disk_.mayHang(path); }
-    PathFacts look(std::string_view path) override { return beforeLook(), disk_.look(path); }
-    std::string target(std::string_view path, int& error) override { return disk_.target(path, error); }
+    Result<PathFacts> look(std::string_view path) override { return beforeLook(), disk_.look(path); }
+    Result<std::string> target(std::string_view path) override { return disk_.target(path); }
 
   private:
     class Reader final : public FolderReader {
@@ -93,24 +94,23 @@ class PausingOperations final : public FileOperations {
     /// random.
     std::function<bool(const std::filesystem::path&)> allows;
 
-    int removeFile(const FilePlace& place, OperationWatch& watch) override {
-        if (refused(place)) return EACCES;
+    Result<> removeFile(const FilePlace& place, OperationWatch& watch) override {
+        if (refused(place)) return systemError(EACCES);
         return before(watch), disk_.removeFile(place, watch);
     }
     Removal removeTree(const FilePlace& place, OperationWatch& watch) override {
-        if (refused(place)) return {.failures = {{place.base, EACCES, true}}, .failureCount = 1};
+        if (refused(place)) return {.failures = {{systemError(EACCES, place.base), true}}, .failureCount = 1};
         return before(watch), disk_.removeTree(place, watch);
     }
-    RecycleError recycle(const FilePlace& place, OperationWatch& watch, std::string& now) override {
-        if (refused(place)) return RecycleError::kAccess;
-        return before(watch), disk_.recycle(place, watch, now);
+    Result<std::string> recycle(const FilePlace& place, OperationWatch& watch) override {
+        if (refused(place)) return recycleError(RecycleError::kAccess);
+        return before(watch), disk_.recycle(place, watch);
     }
-    int move(const FilePlace& from, const FilePlace& to, OperationWatch& watch) override {
-        if (refused(from) || refused(to)) return EACCES;
+    Result<> move(const FilePlace& from, const FilePlace& to, OperationWatch& watch) override {
+        if (refused(from) || refused(to)) return systemError(EACCES);
         return before(watch), disk_.move(from, to, watch);
     }
-    std::optional<bool> wouldReplace(const FilePlace& from, const FilePlace& to,
-                                     OperationWatch& watch) override {
+    Result<bool> wouldReplace(const FilePlace& from, const FilePlace& to, OperationWatch& watch) override {
         return disk_.wouldReplace(from, to, watch);
     }
     Protection protectionOf(const FilePlace& place, OperationWatch& watch) override {
@@ -131,8 +131,8 @@ class PausingOperations final : public FileOperations {
 
 class NoFolderVerb final : public FolderVerb {
   public:
-    FolderVerbFailure offer(const FolderOffer&) override { return {}; }
-    FolderVerbFailure withdraw() override { return {}; }
+    Result<> offer(const FolderOffer&) override { return {}; }
+    Result<> withdraw() override { return {}; }
 };
 
 /// Acts on the dialogs that open next, one after another. Each act closes its dialog, or opens the next one.
@@ -232,10 +232,7 @@ class Logic {
   private:
     TempDir machine_;  ///< Holds the mounts.
     std::string home_;
-    struct Facts : FakeSystemFacts {
-        std::string errorText(int code) override { return LinuxSystemFacts().errorText(code); }
-    };
-    Facts facts_;
+    FakeSystemFacts facts_;
     LinuxFiles files_;
     RecordingConsole console_;
     ProgramCore core_{{facts_,

@@ -35,9 +35,9 @@ class ErrorFormTest : public testing::Test {
     test::TestTexts texts;
     FakeDesk desk;
     int ended = 0;
-    ErrorFormServices services{texts.texts, texts.files,      texts.system,
-                               desk,        kPosixPaths,      texts.dir.path(),
-                               "1.2",       "bugs@mail.test", [this] { ++ended; }};
+    ErrorFormServices services{texts.texts,      texts.files,        desk,
+                               kPosixPaths,      texts.dir.path(),   "1.2",
+                               "bugs@mail.test", [this] { ++ended; }};
     ErrorForm frmFehler{services, "the\r\nreport"};
 };
 
@@ -119,15 +119,15 @@ TEST_F(ErrorFormTest, AReportThatComesWhileOneIsShownTakesItsPlace) {
 }
 
 struct FakeVerb : FolderVerb {
-    FolderVerbFailure failure;
+    Result<> result;
     std::vector<std::string> calls;
-    FolderVerbFailure offer(const FolderOffer& offer) override {
+    Result<> offer(const FolderOffer& offer) override {
         calls.push_back(offer.executable);
-        return failure;
+        return result;
     }
-    FolderVerbFailure withdraw() override {
+    Result<> withdraw() override {
         calls.push_back("withdrawn");
-        return failure;
+        return result;
     }
 };
 
@@ -173,7 +173,7 @@ TEST_F(Options_Form, SavesOnOkWhatTheUserChangedAndNothingElse) {
 }
 
 TEST_F(Options_Form, AnOfferThatFailsIsTheDebugLogsMatterAlone) {
-    verb.failure = {13, "/home/ada/entry"};
+    verb.result = Error{13, "Permission denied", "/home/ada/entry"};
     OptionsForm form(parts.services, verb, "/opt/lantern");
     const std::string debug = test::contentOf(texts.dir.path() + "/debug.log");
     EXPECT_NE(debug.find("#13 - Permission denied"), std::string::npos) << debug;

@@ -148,11 +148,11 @@ TEST_F(PrintReport, TheCaptionCountsWhatIsUnfoldedUntilItIsDoneOrCancelled) {
 }
 
 TEST_F(PrintReport, AFailureNamesTheFileAndTheReason) {
-    const PrintJob job = printedText(texts.texts, texts.files, texts.system, "", "");
-    EXPECT_EQ(job.failure("/tmp/a\n.pdf", 13, "/tmp/rest"),
-              "Die Datei wurde nicht geschrieben: /tmp/a\u240A.pdf: " + texts.system.errorText(13) +
-                  " Die unfertige Datei /tmp/rest ließ sich nicht löschen.");
-    EXPECT_EQ(job.failure("Laser", 0, ""), "Das Drucken mit 'Laser' ist fehlgeschlagen.");
+    const PrintJob job = printedText(texts.texts, texts.files, "", "");
+    EXPECT_EQ(job.failure("/tmp/a\n.pdf", Error{13, "Permission denied"}, "/tmp/rest"),
+              "Die Datei wurde nicht geschrieben: /tmp/a\u240A.pdf: Permission denied"
+              " Die unfertige Datei /tmp/rest ließ sich nicht löschen.");
+    EXPECT_EQ(job.failure("Laser", std::nullopt, ""), "Das Drucken mit 'Laser' ist fehlgeschlagen.");
 }
 
 }  // namespace

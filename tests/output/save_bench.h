@@ -55,9 +55,8 @@ struct SaveBench : SaveDialog {
 
     /// What is saved; valid until the next call.
     ScanContext& sources() {
-        const Services services{texts->store,       texts->texts, parts.log,     *files,
-                                parts.disk,         *pump,        parts.console, texts->system,
-                                texts->diagnostics, parts.paths,  numbers};
+        const Services services{texts->store, texts->texts,  parts.log,          *files,      parts.disk,
+                                *pump,        parts.console, texts->diagnostics, parts.paths, numbers};
         return scan_.emplace(ScanContext{services, parts.state, options, parts.combo, grid, parts.top,
                                          parts.hardlinks, parts.junctions, parts.host, parts.controls});
     }
@@ -72,10 +71,9 @@ struct SaveBench : SaveDialog {
         line.outputFile = pathOf(name);
         line.levels = levels;
         line.delimiterIndex = delimiter;
-        int error = 0;
-        const auto target = texts->files.replace(line.outputFile, error);
-        return SPEICHERN(sources(), orderOf(line), *target).written ? contentOf(line.outputFile)
-                                                                    : kNotWritten;
+        const auto target = texts->files.replace(line.outputFile);
+        return SPEICHERN(sources(), orderOf(line), **target).written ? contentOf(line.outputFile)
+                                                                     : kNotWritten;
     }
     /// Saves the report as the form's controls say, and returns it.
     std::string savedBy(SaveForm& frmSave, const std::string& name) {

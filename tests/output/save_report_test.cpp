@@ -9,6 +9,7 @@
 #include "output/csv_writer.h"
 #include "output/report_number.h"
 #include "output/save_bench.h"
+#include "platform/linux/process/system_error.h"
 #include "support/scripted_pump.h"
 
 namespace hl {
@@ -126,12 +127,12 @@ TEST_F(SaveReport, DepthTakesNoStack) {
 
 TEST_F(SaveReport, AnUnfinishedFileThatCannotBeRemovedIsNamed) {
     struct Stuck : ReplacingFile {
-        int write(std::string_view) override { return 0; }
-        int commit() override { return EPERM; }
+        Result<> write(std::string_view) override { return {}; }
+        Result<> commit() override { return systemError(EPERM); }
         std::string leftBehind() const override { return "/far/rest\n"; }
     };
     struct StuckFiles : LinuxFiles {
-        std::unique_ptr<ReplacingFile> replace(const std::string&, int&) override {
+        Result<std::unique_ptr<ReplacingFile>> replace(const std::string&) override {
             return std::make_unique<Stuck>();
         }
     } stuck;

@@ -72,17 +72,15 @@ TEST_F(ErrorReport, ComesOutWithAllItsLinesWhenNothingCanBeLearned) {
     EXPECT_EQ(line("SysUp: "), "SysUp: 0:00:00");
 }
 
-TEST(ApiErrorText, ReadsAsTheUserSeesItAndTakesTheLastErrorForMinusOne) {
-    const std::tuple<bool, int, const char*> cases[] = {{false, 13, "Permission denied"},
-                                                        {true, kLastError, "#13 - Permission denied"},
-                                                        {false, 0, "#0 - No information available"},
-                                                        {false, 14, "Bad address."},
-                                                        {true, -7, "#-7 - Formatmessage Error 22 (-7)"}};
-    test::FakeSystemFacts facts;
-    for (const auto& [withNumber, code, text] : cases) {
-        errno = EACCES;
-        EXPECT_EQ(ApiErrorText(withNumber, code, facts), text) << code;
-    }
+TEST(ApiErrorText, ReadsAsTheUserSeesIt) {
+    const std::tuple<bool, Error, const char*> cases[] = {
+        {false, {13, "Permission denied"}, "Permission denied"},
+        {true, {13, "Permission denied"}, "#13 - Permission denied"},
+        {false, {}, "#0 - No information available"},
+        {true, {0, "a tool's own words"}, "a tool's own words"},
+        {false, {14, std::string("  Bad\r\n address.\r\n\0", 20)}, "Bad address."},
+        {true, {-7}, "#-7 - Formatmessage Error 22 (-7)"}};
+    for (const auto& [withNumber, error, text] : cases) EXPECT_EQ(ApiErrorText(withNumber, error), text);
 }
 
 TEST(ErrorMail, EscapesByItsTableAndNothingElse) {

@@ -1,7 +1,6 @@
 // Fakes of what the error report asks, and of where it goes.
 #pragma once
 
-#include <cerrno>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -28,12 +27,6 @@ class FakeSystemFacts : public SystemFacts {
     std::string computerName() override { return known(std::string("engine")); }
     bool adminRights() override { return known(true); }
     bool emulated() override { return known(false); }
-    std::string errorText(int code) override {
-        errno = EINVAL;
-        return code == 13   ? "Permission denied"
-               : code == 14 ? std::string("  Bad\r\n address.\r\n\0", 20)
-                            : "";
-    }
     std::string environment(const std::string&) override { return {}; }
 
   private:

@@ -111,7 +111,7 @@ TEST_F(Rescan, ShowsAFolderThatHasVanishedWithZerosAndTheError) {
     rescan("b");
     EXPECT_EQ(rows(), (Lines{"/s 116 2/2", "  Dateien 100 1/0", "  e 16 1/0", "  b 0 0/0"}));
     EXPECT_EQ(report.picture(rowOf("b")), 69);
-    EXPECT_EQ(protocol()[2], "ERROR: #2 - Formatmessage Error 22 (2) (/s/b/)");
+    EXPECT_EQ(protocol()[2], "ERROR: #2 - No such file or directory (/s/b/)");
 }
 
 TEST_F(Rescan, CorrectsTheRowsAboveByThePartialDifferenceAfterStop) {

@@ -6,6 +6,7 @@
 #include "base/fault.h"
 #include "base/size_text.h"
 #include "platform/folder_reader.h"
+#include "platform/linux/process/system_error.h"
 
 namespace hl::test {
 
@@ -64,9 +65,9 @@ class FakeFileSystem : public FileSystem {
     char separator = '/';
     /// What happens when the n-th block is asked for, counted from 1.
     std::map<int, std::function<void()>> at;
-    int waitsAt = 0;                        ///< The block for which the reader has to wait, counted from 1.
-    int waits = 1;                          ///< How often it asks whether to go on while it waits.
-    std::vector<std::string> silentMounts;  ///< These are told with the next block.
+    int waitsAt = 0;                  ///< The block for which the reader has to wait, counted from 1.
+    int waits = 1;                    ///< How often it asks whether to go on while it waits.
+    std::vector<Error> silentMounts;  ///< These are told with the next block.
     std::map<std::string, int, std::less<>> lookErrors;
 
     // The record of questions.
@@ -78,17 +79,18 @@ class FakeFileSystem : public FileSystem {
 
     std::unique_ptr<FolderReader> read(std::string_view source, const ReadOptions& options,
                                        WaitCallback* wait) override;
-    PathFacts look(std::string_view path) override {
-        if (const auto error = lookErrors.find(path); error != lookErrors.end()) return {error->second};
+    Result<PathFacts> look(std::string_view path) override {
+        if (const auto error = lookErrors.find(path); error != lookErrors.end())
+            return systemError(error->second);
         const Item* item = find(path);
-        if (item == nullptr) return {.error = 2};
-        return {0, item->isFolder() && !item->isLink(), item->facts.inode, item->facts.links,
-                item->facts.size};
+        if (item == nullptr) return systemError(ENOENT);
+        return PathFacts{item->isFolder() && !item->isLink(), item->facts.inode, item->facts.links,
+                         item->facts.size};
     }
-    std::string target(std::string_view path, int& error) override {
+    Result<std::string> target(std::string_view path) override {
         const Item* item = find(path);
-        error = item == nullptr ? 2 : item->target.empty() ? 22 : 0;
-        return item == nullptr ? "" : item->target;
+        if (item == nullptr || item->target.empty()) return systemError(item == nullptr ? ENOENT : EINVAL);
+        return item->target;
     }
 
     /// Returns the item of a full path; null if there is none.
@@ -189,9 +191,9 @@ class FakeReader : public FolderReader {
         }
         for (; open.end < end; ++open.end) add(*block, item.items[open.end]);
         block->more = open.end < entriesOf(open);
-        block->error = open.block == 1 ? item.error : 0;
-        block->entryError = item.entryError;
-        block->endError = block->more ? 0 : item.endError;
+        if (open.block == 1 && item.error != 0) block->error = systemError(item.error);
+        if (item.entryError != 0) block->entryError = systemError(item.entryError);
+        if (!block->more && item.endError != 0) block->endError = systemError(item.endError);
         block->leftOut = isLeftOut(open);
         if (item.isMount && open_.size() > 1) {
             block->kind = FolderKind::kMountRoot;

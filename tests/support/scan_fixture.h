@@ -21,18 +21,14 @@ class MemoryFiles : public Files {
   public:
     std::map<std::string, std::string> content;
 
-    std::optional<std::string> readWhole(const std::string&, std::size_t, int& error) override {
-        error = 2;
-        return std::nullopt;
-    }
+    Result<std::string> readWhole(const std::string&, std::size_t) override { return systemError(ENOENT); }
     std::optional<std::string> beginning(const std::string&, std::size_t) override { return std::nullopt; }
-    std::unique_ptr<ReplacingFile> replace(const std::string&, int& error) override {
-        error = 13;
-        return nullptr;
+    Result<std::unique_ptr<ReplacingFile>> replace(const std::string&) override {
+        return systemError(EACCES);
     }
-    int append(const std::string& path, std::string_view bytes) override {
+    Result<> append(const std::string& path, std::string_view bytes) override {
         content[path] += bytes;
-        return 0;
+        return {};
     }
     std::vector<std::string> namesIn(const std::string&) override { return {}; }
     bool exists(const std::string& path) override { return content.contains(path); }
@@ -113,7 +109,7 @@ class ScanBench : public FakeDiagnostics {
     PathRules paths = kPosixPaths;
     NumberFormat numbers;
     RecordingConsole console;
-    Services services{settings, texts, log, files, disk, pump, console, system, diagnostics, paths, numbers};
+    Services services{settings, texts, log, files, disk, pump, console, diagnostics, paths, numbers};
     ScanContext scan{services, state, options, combo, report, top, hardlinks, junctions, host, host, &host};
 
     std::vector<std::string> protocol() const { return files.logLines("Harborlantern.log"); }

@@ -34,9 +34,9 @@ struct Walked {
 
 inline void noteBlock(const Listing& block, Seen& seen) {
     ++seen.blocks;
-    seen.silent.insert(seen.silent.end(), block.silentMounts.begin(), block.silentMounts.end());
-    for (const int error : {block.error, block.entryError, block.endError})
-        if (error != 0) seen.errors.push_back(error);
+    for (const Error& mount : block.silentMounts) seen.silent.push_back(mount.name);
+    for (const auto* error : {&block.error, &block.entryError, &block.endError})
+        if (*error) seen.errors.push_back((*error)->number);
 }
 
 inline Seen walk(FolderReader& reader, bool withText = true) {

@@ -32,8 +32,8 @@ struct TestScan {
     ScriptedPump pump;
     RecordingConsole console;
     PathRules paths = kPosixPaths;
-    Services services{texts.store,  texts.texts,       log,   texts.files, disk, pump, console,
-                      texts.system, texts.diagnostics, paths, numbers};
+    Services services{texts.store, texts.texts,       log,   texts.files, disk, pump,
+                      console,     texts.diagnostics, paths, numbers};
     ScanState state;
     Options options;
     SourceCombo combo;

@@ -23,7 +23,7 @@ class ScriptedDrives final : public Drives {
     std::vector<Drive> table;
     std::map<std::string, Drive, std::less<>> shares;  ///< By their UNC texts.
     std::deque<std::pair<std::string, std::function<void(const DriveAnswer&)>>> questions;
-    std::map<std::string, DriveAnswer> space;  ///< By root; a root that is missing here does not answer.
+    std::map<std::string, DriveSpace> space;  ///< By root; a root that is missing here does not answer.
 
     std::vector<Drive> drives() override { return table; }
     std::optional<Drive> network(std::string_view unc) override {
@@ -34,7 +34,8 @@ class ScriptedDrives final : public Drives {
         questions.emplace_back(drive.root, std::move(answered));
     }
     void takeAnswers() override {
-        for (auto& [root, answered] : std::exchange(questions, {})) answered(space[root]);
+        for (auto& [root, answered] : std::exchange(questions, {}))
+            answered(space.contains(root) ? DriveAnswer(space[root]) : Error());
     }
     int answersDescriptor() override { return -1; }
 };
@@ -54,9 +55,9 @@ struct DriveListTest : testing::Test {
         Init_List(grid, kDrivesTable, options, texts.texts);
         options.FileSizeFormatDrive = 3;
         options.SizeFormatNachkommastellenDrive = 1;
-        drives.table = {{"/", DriveType::kFixed, "ext4", "root", 0},
-                        {"/media/stick", DriveType::kRemovable, "vfat", "", 0},
-                        {"/media/stick2", DriveType::kDisc, "udf", "", 2}};
+        drives.table = {{"/", DriveType::kFixed, "ext4", "root"},
+                        {"/media/stick", DriveType::kRemovable, "vfat", ""},
+                        {"/media/stick2", DriveType::kDisc, "udf", Error{2}}};
     }
     ~DriveListTest() override { EXPECT_EQ(texts.diagnostics.errcount(), 0U); }
 
@@ -157,17 +158,16 @@ TEST_F(DriveListTest, ShowsSizesOfAllMagnitudes) {
 }
 
 TEST_F(DriveListTest, HidesLabelsOfMoreThanThirteenCharacters) {
-    const std::tuple<const char*, int, const char*, bool> cases[] = {
-        {"1234567890123", 0, "1234567890123", false},
-        {"12345678901234", 0, "", true},
-        {"äöüäöüäöüäöüä", 0, "äöüäöüäöüäöüä", false},
-        {"", 0, "(no label)", false},
-        {"", 13, "", true}};
-    for (const auto& [label, code, shown, fails] : cases) {
-        std::string error = "old";
-        EXPECT_EQ(xGetDriveLabel({"/", DriveType::kFixed, "", label, code}, texts.texts, texts.system, error),
-                  shown);
-        EXPECT_EQ(!error.empty(), fails) << label;
+    const std::tuple<Result<std::string>, const char*, bool> cases[] = {
+        {"1234567890123", "1234567890123", false},
+        {"12345678901234", "", true},
+        {"äöüäöüäöüäöüä", "äöüäöüäöüäöüä", false},
+        {"", "(no label)", false},
+        {Error{13}, "", true}};
+    for (const auto& [label, shown, fails] : cases) {
+        const auto result = xGetDriveLabel({"/", DriveType::kFixed, "", label}, texts.texts);
+        EXPECT_EQ(result.valueOr(""), shown);
+        EXPECT_EQ(!result, fails) << shown;
     }
 }
 
@@ -194,7 +194,7 @@ TEST_F(DriveListTest, ChangesTheUnitOfItsThreeSizeColumnsAndTheBar) {
 }
 
 TEST_F(DriveListTest, AddsWhatIsAUncTextAndNothingElse) {
-    drives.shares["//nas/data/"] = {"/net", DriveType::kRemote, "nfs", "nas:/data", 0};
+    drives.shares["//nas/data/"] = {"/net", DriveType::kRemote, "nfs", "nas:/data"};
     for (const char* answer : {"", "\\\\", "//", "C:\\", "/mnt", "\\server"}) {
         window.answer = answer;
         list.Drives_AddUNCpath("");
@@ -237,7 +237,7 @@ TEST_F(DriveListTest, KeepsSharesInTheSettingsAndLosesThoseNotSaved) {
 }
 
 TEST_F(DriveListTest, SelectsTheDriveThatASourceLiesOnAndRefreshesOneThatIsAWholeSource) {
-    drives.shares["\\\\S\\a\\"] = {"/net/a", DriveType::kRemote, "cifs", "//s/a", 0};
+    drives.shares["\\\\S\\a\\"] = {"/net/a", DriveType::kRemote, "cifs", "//s/a"};
     list.Drives_GetAllDrives();
     list.Drives_AddUNCpath("\\\\S\\a");
     list.takeAnswers();
@@ -268,7 +268,7 @@ TEST_F(DriveListTest, ReadsTheFirstSelectedDriveOrAllOfThem) {
     list.Drives_ScanDrives(false);
     list.Drives_ScanDrives(true);
     EXPECT_TRUE(host.sources.empty());
-    drives.shares["//s/a/"] = {"/net/a", DriveType::kRemote, "cifs", "//s/a", 0};
+    drives.shares["//s/a/"] = {"/net/a", DriveType::kRemote, "cifs", "//s/a"};
     list.Drives_GetAllDrives();
     list.Drives_AddUNCpath("//s/a");
     list.Drives_AddUNCpath("//not/there");
@@ -284,9 +284,9 @@ TEST_F(DriveListTest, ReadsTheFirstSelectedDriveOrAllOfThem) {
 }
 
 const std::vector<Drive> kDrives = {
-    {"/boot", DriveType::kFixed, "ext4", "", 0},      {"/", DriveType::kFixed, "ext4", "root", 0},
-    {"/net", DriveType::kRemote, "nfs", "nas:/x", 0}, {"/tmp", DriveType::kRam, "tmpfs", "", 0},
-    {"/no", DriveType::kNoRoot, "", "", 0},           {"/what", DriveType::kUnknown, "", "", 0}};
+    {"/boot", DriveType::kFixed, "ext4", ""},      {"/", DriveType::kFixed, "ext4", "root"},
+    {"/net", DriveType::kRemote, "nfs", "nas:/x"}, {"/tmp", DriveType::kRam, "tmpfs", ""},
+    {"/no", DriveType::kNoRoot, "", ""},           {"/what", DriveType::kUnknown, "", ""}};
 
 struct DriveCombo : testing::Test {
     std::string selected() const { return combo.selected() == nullptr ? "" : combo.selected()->text; }

@@ -10,14 +10,13 @@ namespace {
 
 struct RecordingPane : PreviewPane {
     std::vector<std::string> calls;
-    std::optional<std::string> refusal;  ///< The reason why nothing can be opened.
+    Result<> opened;
     PreviewEvents* events = nullptr;
 
     void setEvents(PreviewEvents* to) override { events = to; }
-    bool showFile(PreviewViewer viewer, const std::string& path, std::string& error) override {
+    Result<> showFile(PreviewViewer viewer, const std::string& path) override {
         calls.push_back(std::to_string(static_cast<int>(viewer)) + " " + path);
-        error = refusal.value_or("");
-        return !refusal;
+        return opened;
     }
     void showNotice(const std::string& text) override { calls.push_back(text); }
     void clear() override { calls.emplace_back("-"); }
@@ -89,17 +88,17 @@ TEST_F(PreviewTest, WithNothingSelectedOrNoPaneTheFileIsLeftAndComesBack) {
 }
 
 TEST_F(PreviewTest, AFileThatCannotBeOpenedIsToldInThePaneAndTheLogOneThatIsNoneInThePaneAlone) {
-    pane.refusal = "";
+    pane.opened = Error{.kind = ErrorKind::kUnsuited};
     EXPECT_EQ(show("/s/pipe\n.txt"),
               (Calls{"-", "0 /s/pipe\n.txt", "'/s/pipe\u240A.txt' ist keine gewöhnliche Datei."}));
-    pane.refusal = "Keine Berechtigung";
+    pane.opened = Error{.number = 13, .text = "Keine Berechtigung"};
     const std::string text =
         "Die Datei '/s/a\u240A.txt' kann nicht angezeigt werden!\r\n\r\nKeine Berechtigung";
     EXPECT_EQ(show("/s/a\n.txt"), (Calls{"-", "0 /s/a\n.txt", text}));
     EXPECT_EQ(show("/s/a\n.txt"), Calls()) << "each key and click would log it again";
     EXPECT_EQ(files.logLines(std::string(kProtocolName)),
               Calls{"ERROR: Preview_ShowFile Keine Berechtigung (/s/a\u240A.txt)"});
-    EXPECT_NE(pane.events->previewFailed("/s/a.jpg", "").find("'/s/a.jpg'"), std::string::npos) << "later";
+    EXPECT_NE(pane.events->previewFailed("/s/a.jpg", {}).find("'/s/a.jpg'"), std::string::npos) << "later";
     EXPECT_EQ(files.logLines(std::string(kProtocolName)).back(),
               "ERROR: Preview_ShowFile Sie ist beschädigt oder zu groß, oder es dauert zu lange. (/s/a.jpg)");
 }

@@ -6,12 +6,14 @@
 #include <unistd.h>
 
 #include <cstdlib>
+#include <optional>
 #include <utility>
 
 #include "platform/linux/change/beside.h"
 #include "platform/linux/change/moving.h"
 #include "platform/linux/change/opened_place.h"
 #include "platform/linux/change/tree_removal.h"
+#include "platform/linux/process/system_error.h"
 
 namespace hl {
 
@@ -55,53 +57,55 @@ Answer LinuxFileOperations::beside(const Places& paths, Answer none, OperationWa
         if (disk != 0 && disks_->isSilent(disk)) return none;
         if (disk != 0) mayHang.push_back(disk);
     }
-    const auto answer = std::make_shared<Answer>();
+    const auto answer = std::make_shared<std::optional<Answer>>();
     std::shared_ptr<Helper> left;
-    const auto body = [answer, work = std::move(work)](Whereabouts& at) { *answer = work(at); };
-    if (runBeside(body, watch, !mayHang.empty(), &left)) return std::move(*answer);
+    const auto body = [answer, work = std::move(work)](Whereabouts& at) { answer->emplace(work(at)); };
+    if (runBeside(body, watch, !mayHang.empty(), &left)) return **std::move(answer);
     for (const std::uint64_t disk : mayHang)
         if (left) disks_->leaveBehind(disk, left);
     return none;
 }
 
-int LinuxFileOperations::removeFile(const FilePlace& place, OperationWatch& watch) {
-    return beside<int>({pathOf(place)}, ETIMEDOUT, watch, [place](Whereabouts& whereabouts) {
-        whereabouts.at([&] { return pathOf(place); });
-        return hl::removeFile(place, whereabouts);
-    });
+Result<> LinuxFileOperations::removeFile(const FilePlace& place, OperationWatch& watch) {
+    return beside<Result<>>({pathOf(place)}, systemError(ETIMEDOUT), watch,
+                            [place](Whereabouts& whereabouts) {
+                                whereabouts.at([&] { return pathOf(place); });
+                                return systemResult(hl::removeFile(place, whereabouts));
+                            });
 }
 
 Removal LinuxFileOperations::removeTree(const FilePlace& place, OperationWatch& watch) {
-    Removal none{.failures = {{pathOf(place), ETIMEDOUT, true}}, .failureCount = 1, .unknown = true};
+    Removal none{
+        .failures = {{systemError(ETIMEDOUT, pathOf(place)), true}}, .failureCount = 1, .unknown = true};
     return beside<Removal>(
         {pathOf(place)}, std::move(none), watch, [place, tools = tools_](Whereabouts& whereabouts) {
             return TreeRemoval(*tools->calls, whereabouts, tools->settings.budget).run(place);
         });
 }
 
-RecycleError LinuxFileOperations::recycle(const FilePlace& place, OperationWatch& watch, std::string& now) {
-    using Recycled = std::pair<RecycleError, std::string>;
-    auto answer = beside<Recycled>(
-        {pathOf(place), inside(tools_->settings.trash.homeTrash)}, {RecycleError::kNoAnswer, ""}, watch,
-        [place, tools = tools_](Whereabouts& whereabouts) {
+Result<std::string> LinuxFileOperations::recycle(const FilePlace& place, OperationWatch& watch) {
+    using Recycled = Result<std::string>;
+    return beside<Recycled>(
+        {pathOf(place), inside(tools_->settings.trash.homeTrash)}, recycleError(RecycleError::kNoAnswer),
+        watch, [place, tools = tools_](Whereabouts& whereabouts) -> Recycled {
             whereabouts.at([&] { return pathOf(place); });
-            Recycled result;
-            result.first = moveToTrash(place, tools->settings.trash, &result.second, &whereabouts);
-            return result;
+            std::string now;
+            const RecycleError reason = moveToTrash(place, tools->settings.trash, &now, &whereabouts);
+            if (reason != RecycleError::kNone) return recycleError(reason);
+            return now;
         });
-    now = std::move(answer.second);
-    return answer.first;
 }
 
-int LinuxFileOperations::move(const FilePlace& from, const FilePlace& to, OperationWatch& watch) {
-    return beside<int>({pathOf(from), pathOf(to)}, ETIMEDOUT, watch,
-                       [from, to](Whereabouts& whereabouts) { return moveEntry(from, to, whereabouts); });
+Result<> LinuxFileOperations::move(const FilePlace& from, const FilePlace& to, OperationWatch& watch) {
+    return beside<Result<>>(
+        {pathOf(from), pathOf(to)}, systemError(ETIMEDOUT), watch,
+        [from, to](Whereabouts& whereabouts) { return systemResult(moveEntry(from, to, whereabouts)); });
 }
 
-std::optional<bool> LinuxFileOperations::wouldReplace(const FilePlace& from, const FilePlace& to,
-                                                      OperationWatch& watch) {
-    return beside<std::optional<bool>>({pathOf(from), pathOf(to)}, std::nullopt, watch,
-                                       [from, to](Whereabouts&) { return hl::wouldReplace(from, to); });
+Result<bool> LinuxFileOperations::wouldReplace(const FilePlace& from, const FilePlace& to,
+                                               OperationWatch& watch) {
+    return beside<Result<bool>>({pathOf(from), pathOf(to)}, systemError(ETIMEDOUT), watch,
+                                [from, to](Whereabouts&) { return hl::wouldReplace(from, to); });
 }
 
 Protection LinuxFileOperations::protectionOf(const FilePlace& place, OperationWatch& watch) {

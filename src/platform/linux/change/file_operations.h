@@ -4,7 +4,6 @@
 
 #include <functional>
 #include <memory>
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -28,12 +27,11 @@ class LinuxFileOperations final : public FileOperations {
     LinuxFileOperations(std::shared_ptr<DirectoryCalls> calls, Settings settings,
                         SilentDisks* disks = nullptr);
 
-    int removeFile(const FilePlace& place, OperationWatch& watch) override;
+    Result<> removeFile(const FilePlace& place, OperationWatch& watch) override;
     Removal removeTree(const FilePlace& place, OperationWatch& watch) override;
-    RecycleError recycle(const FilePlace& place, OperationWatch& watch, std::string& now) override;
-    int move(const FilePlace& from, const FilePlace& to, OperationWatch& watch) override;
-    std::optional<bool> wouldReplace(const FilePlace& from, const FilePlace& to,
-                                     OperationWatch& watch) override;
+    Result<std::string> recycle(const FilePlace& place, OperationWatch& watch) override;
+    Result<> move(const FilePlace& from, const FilePlace& to, OperationWatch& watch) override;
+    Result<bool> wouldReplace(const FilePlace& from, const FilePlace& to, OperationWatch& watch) override;
     Protection protectionOf(const FilePlace& place, OperationWatch& watch) override;
 
   private:

@@ -14,6 +14,7 @@
 #include "platform/linux/change/patient_file.h"
 #include "platform/linux/change/replacing_files.h"
 #include "platform/linux/process/descriptor.h"
+#include "platform/linux/process/system_error.h"
 
 namespace hl {
 
@@ -35,30 +36,30 @@ std::optional<std::string> beginningOf(const std::string& path, std::size_t coun
 
 }  // namespace
 
-std::optional<std::string> LinuxFiles::readWhole(const std::string& path, std::size_t limit, int& error) {
+Result<std::string> LinuxFiles::readWhole(const std::string& path, std::size_t limit) {
     // If a pipe has the name, it is refused instead of being waited for.
     const Descriptor file = openAt(AT_FDCWD, path, O_RDONLY | O_NONBLOCK);
     std::string content;
     struct stat status {};
-    error = !file.isOpen() || fstat(file.number(), &status) != 0 ? errno : 0;
+    int error = !file.isOpen() || fstat(file.number(), &status) != 0 ? errno : 0;
     if (error == 0) error = S_ISFIFO(status.st_mode) ? ESPIPE : readAll(file.number(), limit, content);
-    if (error != 0) return std::nullopt;
+    if (error != 0) return systemError(error);
     return content;
 }
 
-std::unique_ptr<ReplacingFile> LinuxFiles::replace(const std::string& path, int& error) {
-    const auto make = [path, unfinished = unfinished_, waits = waitsForReaders_](int& failed) {
-        return makeReplacingFile(path, unfinished, waits, failed);
+Result<std::unique_ptr<ReplacingFile>> LinuxFiles::replace(const std::string& path) {
+    const auto make = [path, unfinished = unfinished_, waits = waitsForReaders_] {
+        return makeReplacingFile(path, unfinished, waits);
     };
-    return patience_ == nullptr ? make(error) : replacePatiently(*patience_, path, make, error);
+    return patience_ == nullptr ? make() : replacePatiently(*patience_, path, make);
 }
 
-int LinuxFiles::append(const std::string& path, std::string_view bytes) {
+Result<> LinuxFiles::append(const std::string& path, std::string_view bytes) {
     Descriptor file = openAt(AT_FDCWD, path, O_WRONLY | O_APPEND | O_CREAT | O_NONBLOCK, 0666);
-    if (!file.isOpen()) return errno;
+    if (!file.isOpen()) return systemError(errno);
     const int written = writeAll(file.number(), bytes);
     const int closed = file.close();
-    return written != 0 ? written : closed;
+    return systemResult(written != 0 ? written : closed);
 }
 
 std::optional<std::string> LinuxFiles::beginning(const std::string& path, std::size_t count) {

@@ -29,10 +29,10 @@ class LinuxFiles : public Files {
     /// From now on a pipe without a reader is refused as a target (ENXIO); before, its reader is waited for.
     void refuseUnreadPipes() { waitsForReaders_ = false; }
 
-    std::optional<std::string> readWhole(const std::string& path, std::size_t limit, int& error) override;
+    Result<std::string> readWhole(const std::string& path, std::size_t limit) override;
     std::optional<std::string> beginning(const std::string& path, std::size_t count) override;
-    std::unique_ptr<ReplacingFile> replace(const std::string& path, int& error) override;
-    int append(const std::string& path, std::string_view bytes) override;
+    Result<std::unique_ptr<ReplacingFile>> replace(const std::string& path) override;
+    Result<> append(const std::string& path, std::string_view bytes) override;
     std::vector<std::string> namesIn(const std::string& folder) override;
     bool exists(const std::string& path) override;
     /// Locks a hidden file in the folder, which stays. Returns null if the lock cannot be had; after waiting

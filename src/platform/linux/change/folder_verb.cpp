@@ -7,6 +7,7 @@
 
 #include "base/text.h"
 #include "platform/linux/change/files.h"
+#include "platform/linux/process/system_error.h"
 
 namespace hl {
 
@@ -89,14 +90,6 @@ int makeFolders(const std::string& path) {
     }
 }
 
-int writeWhole(Files& files, const std::string& path, std::string_view text) {
-    int error = 0;
-    const auto file = files.replace(path, error);
-    if (!file) return error;
-    error = file->write(text);
-    return error == 0 ? file->commit() : error;
-}
-
 std::string entriesFolder(const std::string& dataHome, const std::string& home) {
     if (dataHome.starts_with('/')) return dataHome + "/applications";
     return home.starts_with('/') ? home + "/.local/share/applications" : std::string();
@@ -116,21 +109,23 @@ std::string folderEntryText(const FolderOffer& offer) {
            "\nTerminal=false\nNoDisplay=true\nInitialPreference=0\nMimeType=inode/directory;\n";
 }
 
-FolderVerbFailure LinuxFolderVerb::offer(const FolderOffer& offer) {
-    if (folder_.empty()) return {ENOENT, folder_};
+Result<> LinuxFolderVerb::offer(const FolderOffer& offer) {
+    if (folder_.empty()) return systemError(ENOENT);
     LinuxFiles files;
     files.refuseUnreadPipes();
     const std::string text = folderEntryText(offer);
-    int error = 0;
-    if (files.readWhole(path_, kLargestEntry, error) == text) return {};
-    if (error = makeFolders(folder_); error != 0) return {error, folder_};
-    error = writeWhole(files, path_, text);
-    return {error, error == 0 ? std::string() : path_};
+    if (const auto old = files.readWhole(path_, kLargestEntry); old && *old == text) return {};
+    if (const int error = makeFolders(folder_); error != 0) return systemError(error, folder_);
+    const Result<> written = replaceWhole(files, path_, text);
+    if (written) return {};
+    Error error = written.error();
+    error.name = path_;
+    return error;
 }
 
-FolderVerbFailure LinuxFolderVerb::withdraw() {
+Result<> LinuxFolderVerb::withdraw() {
     if (folder_.empty() || unlink(path_.c_str()) == 0 || errno == ENOENT || errno == ENOTDIR) return {};
-    return {errno, path_};
+    return systemError(errno, path_);
 }
 
 }  // namespace hl

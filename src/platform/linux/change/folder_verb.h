@@ -18,8 +18,8 @@ class LinuxFolderVerb final : public FolderVerb {
     /// is absolute; `home` is $HOME.
     LinuxFolderVerb(std::string_view entryName, const std::string& dataHome, const std::string& home);
 
-    FolderVerbFailure offer(const FolderOffer& offer) override;
-    FolderVerbFailure withdraw() override;
+    Result<> offer(const FolderOffer& offer) override;
+    Result<> withdraw() override;
 
     /// Returns the folder of the entries; empty if neither variable names one.
     const std::string& folder() const { return folder_; }

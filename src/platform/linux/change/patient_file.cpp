@@ -2,8 +2,9 @@
 
 #include <cerrno>
 #include <string_view>
-#include <tuple>
 #include <utility>
+
+#include "platform/linux/process/system_error.h"
 
 namespace hl {
 
@@ -31,22 +32,26 @@ class PatientFile final : public ReplacingFile {
         if (!closed && held_.use_count() == 1) static_cast<void>(held_->release());
     }
 
-    int write(std::string_view bytes) override {
-        if (error_ == 0)
-            error_ = ask<int>(&patience_, path_, ETIMEDOUT,
+    Result<> write(std::string_view bytes) override {
+        if (state_)
+            state_ =
+                ask<Result<>>(&patience_, path_, systemError(ETIMEDOUT),
                               [held = held_, text = std::string(bytes)] { return (*held)->write(text); });
-        return error_;
+        return state_;
     }
 
-    int commit() override {
-        if (error_ == ETIMEDOUT) return error_;
-        using Outcome = std::pair<int, std::string>;
-        std::tie(error_, leftBehind_) =
-            ask<Outcome>(&patience_, path_, Outcome(ETIMEDOUT, ""), [held = held_] {
-                const int error = (*held)->commit();
-                return Outcome(error, (*held)->leftBehind());
-            });
-        return error_;
+    Result<> commit() override {
+        if (state_.failedAs(ErrorKind::kNoAnswer)) return state_;
+        struct Outcome {
+            Result<> result;
+            std::string leftBehind = {};
+        };
+        const auto outcome = ask<Outcome>(&patience_, path_, Outcome{systemError(ETIMEDOUT)}, [held = held_] {
+            Result<> committed = (*held)->commit();
+            return Outcome{std::move(committed), (*held)->leftBehind()};
+        });
+        leftBehind_ = outcome.leftBehind;
+        return state_ = outcome.result;
     }
 
     bool isTerminal() const override { return isTerminal_; }
@@ -58,25 +63,23 @@ class PatientFile final : public ReplacingFile {
     const Held held_;
     const bool isTerminal_;
     std::string leftBehind_;
-    int error_ = 0;
+    Result<> state_;
 };
 
 }  // namespace
 
-std::unique_ptr<ReplacingFile> replacePatiently(
+Result<std::unique_ptr<ReplacingFile>> replacePatiently(
     Patience& patience, const std::string& path,
-    std::function<std::unique_ptr<ReplacingFile>(int& error)> make, int& error) {
-    using Made = std::pair<Held, int>;
-    auto [held, code] = ask<Made>(&patience, path, Made(nullptr, ETIMEDOUT), [make = std::move(make)] {
-        int failed = 0;
-        auto file = make(failed);
-        return Made(file ? std::make_shared<std::unique_ptr<ReplacingFile>>(std::move(file)) : nullptr,
-                    failed);
+    std::function<Result<std::unique_ptr<ReplacingFile>>()> make) {
+    using Made = Result<Held>;
+    Made held = ask<Made>(&patience, path, systemError(ETIMEDOUT), [make = std::move(make)]() -> Made {
+        auto file = make();
+        if (!file) return file.error();
+        return std::make_shared<std::unique_ptr<ReplacingFile>>(*std::move(file));
     });
-    error = code;
-    if (!held) return nullptr;
-    const bool isTerminal = (*held)->isTerminal();
-    return std::make_unique<PatientFile>(patience, path, std::move(held), isTerminal);
+    if (!held) return held.error();
+    const bool isTerminal = (**held)->isTerminal();
+    return {std::make_unique<PatientFile>(patience, path, *std::move(held), isTerminal)};
 }
 
 }  // namespace hl

@@ -10,12 +10,11 @@
 
 namespace hl {
 
-/// Returns the file that `make` returns for `path`; null and the system's error code if there is none.
-/// `patience`, which must outlive the file, does everything that touches the disk, closing too. If the disk
-/// does not answer, the error is ETIMEDOUT, and nothing more is written; the disk may still carry out what it
-/// has in hand.
-std::unique_ptr<ReplacingFile> replacePatiently(
+/// Returns the file that `make` returns for `path`. `patience`, which must outlive the file, does everything
+/// that touches the disk, closing too. If the disk does not answer, the error is kNoAnswer, and nothing more
+/// is written; the disk may still carry out what it has in hand.
+Result<std::unique_ptr<ReplacingFile>> replacePatiently(
     Patience& patience, const std::string& path,
-    std::function<std::unique_ptr<ReplacingFile>(int& error)> make, int& error);
+    std::function<Result<std::unique_ptr<ReplacingFile>>()> make);
 
 }  // namespace hl

@@ -16,6 +16,7 @@
 #include <utility>
 
 #include "platform/linux/process/descriptor.h"
+#include "platform/linux/process/system_error.h"
 
 namespace hl {
 
@@ -118,15 +119,15 @@ class DirectFile final : public ReplacingFile {
   public:
     explicit DirectFile(Descriptor file, bool isFile = false) : file_(std::move(file)), isFile_(isFile) {}
 
-    int write(std::string_view bytes) override {
+    Result<> write(std::string_view bytes) override {
         if (error_ == 0) error_ = begin();
         if (error_ == 0) error_ = writeAll(file_.number(), bytes);
-        return error_;
+        return systemResult(error_);
     }
-    int commit() override {
+    Result<> commit() override {
         if (error_ == 0) error_ = begin();
         const int closed = file_.close();
-        return error_ != 0 ? error_ : closed;
+        return systemResult(error_ != 0 ? error_ : closed);
     }
     bool isTerminal() const override { return isatty(file_.number()) == 1; }
 
@@ -164,16 +165,16 @@ class RegularFile final : public ReplacingFile {
         return faccessat(folder_.number(), ".", W_OK | X_OK, AT_EACCESS) == 0 ? 0 : errno;
     }
 
-    int write(std::string_view bytes) override {
+    Result<> write(std::string_view bytes) override {
         if (error_ == 0) error_ = begin();
         if (error_ == 0) error_ = writeAll(file_.number(), bytes);
-        return error_;
+        return systemResult(error_);
     }
 
-    int commit() override {
+    Result<> commit() override {
         if (error_ == 0) error_ = begin();
         if (error_ == 0) error_ = place();
-        const int result = error_;
+        Result<> result = systemResult(error_);
         if (error_ == 0) error_ = EBADF;  // It cannot be committed twice.
         dropTemporary();
         return result;
@@ -265,39 +266,35 @@ static std::optional<int> descriptorNamed(std::string_view path) {
     return std::nullopt;
 }
 
-std::unique_ptr<ReplacingFile> makeReplacingFile(const std::string& path, Unfinished unfinished,
-                                                 bool waitsForReaders, int& error) {
-    const auto fail = [&error](int code) {
-        error = code;
-        return nullptr;
-    };
-    if (path.empty()) return fail(ENOENT);
+Result<std::unique_ptr<ReplacingFile>> makeReplacingFile(const std::string& path, Unfinished unfinished,
+                                                         bool waitsForReaders) {
+    if (path.empty()) return systemError(ENOENT);
     // A descriptor that is open already is written to, wherever it leads: a redirection may append, and may
     // have other writers.
     if (const auto open = descriptorNamed(path)) {
         Descriptor copy(fcntl(*open, F_DUPFD_CLOEXEC, 0));
-        if (copy.number() < 0) return fail(errno);
-        return std::make_unique<DirectFile>(std::move(copy));
+        if (copy.number() < 0) return systemError(errno);
+        return {std::make_unique<DirectFile>(std::move(copy))};
     }
     struct stat status {};
     const bool exists = stat(path.c_str(), &status) == 0;
-    if (!exists && errno != ENOENT) return fail(errno);
-    if (path.ends_with('/') || (exists && S_ISDIR(status.st_mode))) return fail(EISDIR);
+    if (!exists && errno != ENOENT) return systemError(errno);
+    if (path.ends_with('/') || (exists && S_ISDIR(status.st_mode))) return systemError(EISDIR);
     Target target = followLinks(path);
-    if (target.error != 0 && (target.folder.isOpen() || !exists)) return fail(target.error);
+    if (target.error != 0 && (target.folder.isOpen() || !exists)) return systemError(target.error);
     std::optional<struct stat> old;
     if (exists) {
         Descriptor there = openExisting(path, waitsForReaders);
-        if (!there.isOpen() || fstat(there.number(), &status) != 0) return fail(errno);
-        if (!S_ISREG(status.st_mode)) return std::make_unique<DirectFile>(std::move(there));
+        if (!there.isOpen() || fstat(there.number(), &status) != 0) return systemError(errno);
+        if (!S_ISREG(status.st_mode)) return {std::make_unique<DirectFile>(std::move(there))};
         // This is a file without a name, reached through /proc: /dev/stdout redirected to a deleted file.
-        if (status.st_nlink == 0) return std::make_unique<DirectFile>(std::move(there), true);
-        if (!names(target, status)) return fail(EBUSY);  // Somebody has changed the links meanwhile.
+        if (status.st_nlink == 0) return {std::make_unique<DirectFile>(std::move(there), true)};
+        if (!names(target, status)) return systemError(EBUSY);  // Somebody has changed the links meanwhile.
         old = status;
     }
     auto file = std::make_unique<RegularFile>(std::move(target), old);
-    error = file->open(unfinished);
-    return error == 0 ? std::move(file) : nullptr;
+    if (const int error = file->open(unfinished); error != 0) return systemError(error);
+    return {std::move(file)};
 }
 
 }  // namespace hl

@@ -11,14 +11,14 @@
 
 namespace hl {
 
-/// Returns a file of the fitting kind for `path`; null and a positive system error code in `error` if it
-/// cannot be made. Links at the end of the path are followed, but in a sticky folder that others may write to
-/// only those of the user and of the folder's owner (EACCES). An older file that the user may not write, or
-/// that the kernel protects there (fs.protected_regular, fs.protected_fifos), is not replaced, even if the
-/// folder would allow it. The file keeps its descriptors until it is destroyed; `unfinished` matters only to
-/// the regular kind. A pipe without a reader is waited for or, if that is not wanted, gives ENXIO.
-std::unique_ptr<ReplacingFile> makeReplacingFile(const std::string& path, Unfinished unfinished,
-                                                 bool waitsForReaders, int& error);
+/// Returns a file of the fitting kind for `path`. Links at the end of the path are followed, but in a sticky
+/// folder that others may write to only those of the user and of the folder's owner (EACCES). An older file
+/// that the user may not write, or that the kernel protects there (fs.protected_regular, fs.protected_fifos),
+/// is not replaced, even if the folder would allow it. The file keeps its descriptors until it is destroyed;
+/// `unfinished` matters only to the regular kind. A pipe without a reader is waited for or, if that is not
+/// wanted, gives ENXIO.
+Result<std::unique_ptr<ReplacingFile>> makeReplacingFile(const std::string& path, Unfinished unfinished,
+                                                         bool waitsForReaders);
 
 /// Returns the folder part of a path: "." for a bare name, "/" for a name below the root.
 std::string folderOf(const std::string& path);

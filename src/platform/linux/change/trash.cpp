@@ -402,6 +402,13 @@ TrashSettings trashSettingsFromEnvironment() {
     return {data.empty() ? "" : data + "/Trash", user};
 }
 
+Error recycleError(RecycleError reason) {
+    const ErrorKind kind = reason == RecycleError::kNoTrash    ? ErrorKind::kNoTrash
+                           : reason == RecycleError::kNoAnswer ? ErrorKind::kNoAnswer
+                                                               : ErrorKind::kOther;
+    return {.number = static_cast<int>(reason), .kind = kind};
+}
+
 RecycleError moveToTrash(const FilePlace& place, const TrashSettings& settings, std::string* now,
                          Whereabouts* whereabouts) {
     const OpenedPlace from = openPlace(place);

@@ -7,6 +7,7 @@
 
 #include <string>
 
+#include "base/result.h"
 #include "platform/file_operations.h"
 #include "platform/linux/process/helper.h"
 
@@ -19,6 +20,22 @@ struct TrashSettings {
     unsigned user = 0;
 };
 
+/// Why something could not be moved to the trash. The user sees the numbers.
+enum class RecycleError : int {
+    kNone = 0,
+    kRoot = 0x74,    ///< It is the root of a file system, or a mount point.
+    kAccess = 0x78,  ///< There is no right to remove it from its place.
+    kNameTooLong = 0x81,
+    kInvalidPath = 0x7C,  ///< It does not exist.
+    kReadOnly = 0x86,     ///< The file system is read-only.
+    kUnknown = 0x402,
+    kNoTrash = 0x10000,   ///< The mount has no trash, and none can be made.
+    kNoAnswer = 0x10079,  ///< The disk does not answer; the result is unknown.
+};
+
+/// Returns the error for any of them but kNone.
+Error recycleError(RecycleError reason);
+
 /// Returns the settings of the user that this process acts for. REQUIRES: no other thread changes the
 /// environment.
 TrashSettings trashSettingsFromEnvironment();
@@ -27,7 +44,7 @@ TrashSettings trashSettingsFromEnvironment();
 /// trash at the top of the mount, which is made if missing. The entry itself is never followed. After an
 /// error it is where it was, and the trash holds nothing new; folders made for a trash stay. A folder with
 /// something mounted on it, or below it, gives kRoot: whoever empties the trash would delete what is mounted.
-/// `now` may be null; see FileOperations::recycle. `whereabouts` (may be null) is told before anything is
+/// `now` (may be null) receives the new path. `whereabouts` (may be null) is told before anything is
 /// changed, so that abandoned work changes nothing more.
 RecycleError moveToTrash(const FilePlace& place, const TrashSettings& settings, std::string* now = nullptr,
                          Whereabouts* whereabouts = nullptr);

@@ -14,6 +14,8 @@
 #include <cstring>
 #include <utility>
 
+#include "platform/linux/process/system_error.h"
+
 namespace hl {
 
 namespace {
@@ -315,7 +317,7 @@ void TreeRemoval::gone() {
 void TreeRemoval::failed(const std::string& name, int error, bool folder) {
     ++result_.failureCount;
     if (result_.failures.size() < Removal::kMostFailures)
-        result_.failures.push_back({pathOf(name), error, folder});
+        result_.failures.push_back({systemError(error, pathOf(name)), folder});
     if (!name.empty() && !levels_.empty()) {
         keep(levels_.back(), name);
     } else if (levels_.size() > 1) {

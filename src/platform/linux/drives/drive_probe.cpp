@@ -14,6 +14,7 @@
 #include <vector>
 
 #include "platform/linux/process/helper.h"
+#include "platform/linux/process/system_error.h"
 
 namespace hl {
 
@@ -43,7 +44,7 @@ DriveAnswer spaceAt(const std::string& path) {
     do {
         result = ::statvfs(path.c_str(), &facts);
     } while (result != 0 && errno == EINTR);
-    if (result != 0) return std::nullopt;
+    if (result != 0) return systemError(errno);
     const std::uint64_t cluster = facts.f_frsize != 0 ? facts.f_frsize : facts.f_bsize;
     const auto reserved = facts.f_bfree - std::min(facts.f_bfree, facts.f_bavail);
     return DriveSpace{product(facts.f_blocks, cluster), product(facts.f_bavail, cluster), cluster,
@@ -126,7 +127,7 @@ struct DriveProbe::Shared {
             if (now - asked.started >= limit) {
                 asked.state = State::kHanging;
                 --helpers;
-                put(std::exchange(asked.numbers, {}), std::nullopt);
+                put(std::exchange(asked.numbers, {}), systemError(ETIMEDOUT));
             } else {
                 oldest = std::min(oldest, asked.started);
             }
@@ -139,7 +140,7 @@ struct DriveProbe::Shared {
     void refuseWaiting() {
         for (std::deque<std::string>* queue : {&local, &remote}) {
             for (const std::string& path : *queue) {
-                put(std::move(questions.at(path).numbers), std::nullopt);
+                put(std::move(questions.at(path).numbers), systemError(ETIMEDOUT));
                 questions.erase(path);
             }
             queue->clear();
@@ -166,7 +167,8 @@ void DriveProbe::ask(const std::string& path, bool remote, Answered answered) {
     {
         const std::lock_guard lock(shared_->mutex);
         const auto [found, isNew] = shared_->questions.try_emplace(path);
-        if (found->second.state == Shared::State::kHanging) return shared_->put({number}, std::nullopt);
+        if (found->second.state == Shared::State::kHanging)
+            return shared_->put({number}, systemError(ETIMEDOUT));
         found->second.numbers.push_back(number);
         if (!isNew) return;
         (remote ? shared_->remote : shared_->local).push_back(path);
@@ -193,11 +195,10 @@ void DriveProbe::help(const std::shared_ptr<Shared>& shared) {
     std::unique_lock lock(shared->mutex);
     for (std::string path = shared->take(); !path.empty(); path = shared->take()) {
         lock.unlock();
-        DriveAnswer space;
+        DriveAnswer space = systemError(ETIMEDOUT);
         try {
             space = shared->question(path);
         } catch (...) {  // This gives no answer; nobody on this thread could be told.
-            space.reset();
         }
         lock.lock();
         if (!shared->finish(path, space)) return;

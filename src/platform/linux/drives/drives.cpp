@@ -14,6 +14,7 @@
 #include <utility>
 
 #include "base/text.h"
+#include "platform/linux/process/system_error.h"
 
 namespace hl {
 
@@ -215,7 +216,7 @@ void setLabel(Drive& drive, const Mount& mount, const std::string& device, const
     } else if (!device.empty()) {
         const auto found = labels.byDevice.find(device);
         if (found != labels.byDevice.end()) drive.label = found->second;
-        drive.labelError = labels.error;
+        if (labels.error != 0) drive.label = systemError(labels.error);
     }
 }
 

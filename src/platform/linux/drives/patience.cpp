@@ -3,6 +3,7 @@
 #include <cerrno>
 
 #include "base/scope_exit.h"
+#include "platform/linux/process/system_error.h"
 
 namespace hl {
 
@@ -10,7 +11,6 @@ namespace {
 using std::chrono::milliseconds;
 constexpr milliseconds kUnseen{100};  // Nobody notices a wait that short.
 constexpr milliseconds kBetweenLooks{16};
-static_assert(kNoAnswerError == ETIMEDOUT);
 }  // namespace
 
 bool LinuxPatience::run(const std::string& path, const std::function<void()>& work, LastName last) {
@@ -35,26 +35,18 @@ bool LinuxPatience::endsInTime(Helper& helper, const std::string& path) const {
     return true;
 }
 
-PathFacts PatientFileSystem::look(std::string_view path) {
+Result<PathFacts> PatientFileSystem::look(std::string_view path) {
     const std::string at(path);
-    return ask<PathFacts>(
-        &patience_, at, {.error = ETIMEDOUT}, [disk = disk_, at] { return disk->look(at); },
+    return ask<Result<PathFacts>>(
+        &patience_, at, systemError(ETIMEDOUT), [disk = disk_, at] { return disk->look(at); },
         LastName::kItself);
 }
 
-std::string PatientFileSystem::target(std::string_view path, int& error) {
-    using Target = std::pair<std::string, int>;
+Result<std::string> PatientFileSystem::target(std::string_view path) {
     const std::string at(path);
-    auto found = ask<Target>(
-        &patience_, at, Target("", ETIMEDOUT),
-        [disk = disk_, at] {
-            int code = 0;
-            std::string text = disk->target(at, code);
-            return Target(std::move(text), code);
-        },
+    return ask<Result<std::string>>(
+        &patience_, at, systemError(ETIMEDOUT), [disk = disk_, at] { return disk->target(at); },
         LastName::kItself);
-    error = found.second;
-    return std::move(found.first);
 }
 
 }  // namespace hl

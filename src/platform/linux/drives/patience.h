@@ -32,7 +32,7 @@ class LinuxPatience final : public Patience {
     DiskWait* wait_ = nullptr;
 };
 
-/// The machine's file system, asked with patience: a path whose disk does not answer has the error ETIMEDOUT.
+/// The machine's file system, asked with patience: a path whose disk does not answer has the error kNoAnswer.
 /// The reading of folders has its own means against hanging.
 class PatientFileSystem final : public FileSystem {
   public:
@@ -44,8 +44,8 @@ class PatientFileSystem final : public FileSystem {
         return disk_->read(source, options, wait);
     }
     bool mayHang(std::string_view path) override { return disk_->mayHang(path); }
-    PathFacts look(std::string_view path) override;
-    std::string target(std::string_view path, int& error) override;
+    Result<PathFacts> look(std::string_view path) override;
+    Result<std::string> target(std::string_view path) override;
 
   private:
     std::shared_ptr<FileSystem> disk_;

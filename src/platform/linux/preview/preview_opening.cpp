@@ -8,12 +8,12 @@
 #include <algorithm>
 #include <atomic>
 #include <cerrno>
-#include <cstring>
 #include <mutex>
 #include <utility>
 
 #include "platform/linux/process/descriptor.h"
 #include "platform/linux/process/helper.h"
+#include "platform/linux/process/system_error.h"
 
 namespace hl {
 
@@ -24,19 +24,18 @@ class LinuxOpenFile final : public OpenFile {
     LinuxOpenFile(Descriptor file, std::uint64_t size) : file_(std::move(file)), size_(size) {}
     int descriptor() const override { return file_.number(); }
     std::uint64_t size() const override { return size_; }
-    std::string head(std::size_t limit, int& error) const override {
+    Result<std::string> head(std::size_t limit) const override {
         std::string bytes(static_cast<std::size_t>(std::min<std::uint64_t>(limit, size_)), '\0');
         std::size_t have = 0;
-        error = 0;
         while (have < bytes.size()) {
             const ssize_t got =
                 ::pread(file_.number(), bytes.data() + have, bytes.size() - have, static_cast<off_t>(have));
             if (got < 0 && errno == EINTR) continue;
-            if (got < 0) error = errno;
-            if (got <= 0) break;
+            if (got < 0) return systemError(errno);
+            if (got == 0) break;
             have += static_cast<std::size_t>(got);
         }
-        bytes.resize(error == 0 ? have : 0);
+        bytes.resize(have);
         return bytes;
     }
 
@@ -69,39 +68,40 @@ std::unique_ptr<OpenFile> makeOpenFile(Descriptor file, std::uint64_t size) {
 }
 
 // Only a regular file is opened, because opening anything else could wake a writer, or rewind a tape.
-std::unique_ptr<OpenFile> openForPreview(const std::string& path, int& error) {
+Result<std::unique_ptr<OpenFile>> openForPreview(const std::string& path) {
+    const Error unsuited = {.kind = ErrorKind::kUnsuited};
     struct stat facts {};
-    error = ::stat(path.c_str(), &facts) != 0 ? errno : 0;
-    if (error != 0 || !S_ISREG(facts.st_mode)) return nullptr;
+    if (::stat(path.c_str(), &facts) != 0) return systemError(errno);
+    if (!S_ISREG(facts.st_mode)) return unsuited;
     Descriptor file = openToLook(path);
-    error = !file.isOpen() || ::fstat(file.number(), &facts) != 0 ? errno : 0;
-    // It may be another file by now.
-    if (error != 0 || !S_ISREG(facts.st_mode)) return nullptr;
+    if (!file.isOpen() || ::fstat(file.number(), &facts) != 0) return systemError(errno);
+    if (!S_ISREG(facts.st_mode)) return unsuited;  // It may be another file by now.
     return makeOpenFile(std::move(file), static_cast<std::uint64_t>(facts.st_size));
 }
 
-/// A file that is wanted. The helper sets `error` and `file` before it signals the event; only after that the
-/// logic reads them.
+/// A file that is wanted. The helper sets `file` before it signals the event; only after that the logic reads
+/// it.
 struct PreviewOpenings::Request {
     std::string path;
     bool beginning = false;
     std::atomic<bool> dropped = false;
     Descriptor event{::eventfd(0, EFD_NONBLOCK | EFD_CLOEXEC)};
-    int error = 0;
-    std::unique_ptr<OpenFile> file;
+    /// At first this is the error that remains if the helper has no memory even for an error.
+    Result<std::unique_ptr<OpenFile>> file = systemError(ENOMEM);
 
     /// The file itself is also closed here, because closing may hang as well.
-    void open() {
-        const auto there = openForPreview(path, error);
-        if (!there) return;
-        const std::uint64_t size = there->size();
-        if (!beginning && size > kMostBytes) error = EFBIG;
+    Result<std::unique_ptr<OpenFile>> open() const {
+        auto there = openForPreview(path);
+        if (!there) return there;
+        const std::uint64_t size = (*there)->size();
+        if (!beginning && size > kMostBytes) return systemError(EFBIG);
         Descriptor memory(::memfd_create("preview", MFD_CLOEXEC));
-        if (error == 0 && !memory.isOpen()) error = errno;
-        if (error == 0)
-            error = copyBeginning(*there, memory, beginning ? std::min(size, kBeginning) : size, dropped);
-        if (error == 0 && ::lseek(memory.number(), 0, SEEK_SET) != 0) error = errno;
-        if (error == 0) file = makeOpenFile(std::move(memory), size);
+        if (!memory.isOpen()) return systemError(errno);
+        const std::uint64_t wanted = beginning ? std::min(size, kBeginning) : size;
+        if (const int error = copyBeginning(**there, memory, wanted, dropped); error != 0)
+            return systemError(error);
+        if (::lseek(memory.number(), 0, SEEK_SET) != 0) return systemError(errno);
+        return makeOpenFile(std::move(memory), size);
     }
     void tell() const {
         const std::uint64_t one = 1;
@@ -120,12 +120,12 @@ class PreviewOpenings::Opening final : public PreviewOpening {
     explicit Opening(std::shared_ptr<Request> request) : request_(std::move(request)) {}
     ~Opening() override { request_->dropped = true; }
     int descriptor() const override { return request_->event.number(); }
-    std::unique_ptr<OpenFile> take(std::string& error) override {
+    Result<std::unique_ptr<OpenFile>> take() override {
         std::uint64_t count = 0;
-        if (::read(request_->event.number(), &count, sizeof count) < 0) request_->error = errno;
-        error = request_->error != 0 ? std::strerror(request_->error) : "";
+        if (::read(request_->event.number(), &count, sizeof count) < 0) return systemError(errno);
         return std::move(request_->file);
     }
+    Error givenUp() const override { return systemError(ETIMEDOUT); }
 
   private:
     std::shared_ptr<Request> request_;
@@ -143,7 +143,7 @@ std::unique_ptr<PreviewOpening> PreviewOpenings::begin(std::uint64_t disk, const
     if (!desk->working) {
         desk->working = Helper::start([desk = desk](Whereabouts&) { work(*desk); }, true) != nullptr;
         if (!desk->working) {
-            request->error = EAGAIN;
+            request->file = systemError(EAGAIN);
             request->tell();
         }
     }
@@ -157,9 +157,8 @@ void PreviewOpenings::work(Desk& desk) {
         if (!desk.working) return;
         lock.unlock();
         try {
-            if (!request->dropped) request->open();
-        } catch (...) {  // There is no memory; nobody on this thread could be told.
-            request->error = ENOMEM;
+            if (!request->dropped) request->file = request->open();
+        } catch (...) {  // There is no memory, which is what the request says already.
         }
         request->tell();
     }

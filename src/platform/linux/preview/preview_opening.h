@@ -15,9 +15,8 @@ class Descriptor;
 
 std::unique_ptr<OpenFile> makeOpenFile(Descriptor file, std::uint64_t size);
 
-/// Opens the file without changing its time of access. Returns null with the system's error code, or with 0
-/// if it is no regular file.
-std::unique_ptr<OpenFile> openForPreview(const std::string& path, int& error);
+/// Opens the file without changing its time of access. What is no regular file is kUnsuited.
+Result<std::unique_ptr<OpenFile>> openForPreview(const std::string& path);
 
 class PreviewOpenings {
   public:

@@ -10,12 +10,12 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstdlib>
-#include <cstring>
 #include <filesystem>
 
 #include "platform/linux/preview/helper_process.h"
 #include "platform/linux/process/descriptor.h"
 #include "platform/linux/process/fault_signals.h"
+#include "platform/linux/process/system_error.h"
 
 namespace hl {
 
@@ -34,17 +34,17 @@ class LinuxPrivateFolder final : public PrivateFolder {
         std::filesystem::remove_all(path_, ignored);
     }
     const std::string& path() const override { return path_; }
-    int makeFolder(const std::string& name) override {
-        return ::mkdir((path_ + "/" + name).c_str(), 0700) == 0 ? 0 : errno;
+    Result<> makeFolder(const std::string& name) override {
+        return systemResult(::mkdir((path_ + "/" + name).c_str(), 0700) == 0 ? 0 : errno);
     }
-    int write(const std::string& name, std::string_view content) override {
+    Result<> write(const std::string& name, std::string_view content) override {
         const Descriptor file = make(name);
-        return file.isOpen() ? writeAll(file.number(), content) : errno;
+        return systemResult(file.isOpen() ? writeAll(file.number(), content) : errno);
     }
-    int copy(const OpenFile& from, const std::string& name, std::uint64_t limit) override {
-        if (from.size() > limit) return EFBIG;
+    Result<> copy(const OpenFile& from, const std::string& name, std::uint64_t limit) override {
+        if (from.size() > limit) return systemError(EFBIG);
         const Descriptor file = make(name);
-        if (!file.isOpen()) return errno;
+        if (!file.isOpen()) return systemError(errno);
         std::uint64_t left = from.size();
         off_t at = 0;
         while (left > 0) {
@@ -53,7 +53,7 @@ class LinuxPrivateFolder final : public PrivateFolder {
             if (moved <= 0) break;
             left -= static_cast<std::uint64_t>(moved);
         }
-        return left == 0 ? 0 : copyByHand(from, file, at, left);
+        return systemResult(left == 0 ? 0 : copyByHand(from, file, at, left));
     }
 
   private:
@@ -94,11 +94,8 @@ LinuxPreviewTools::~LinuxPreviewTools() {
     reap();
 }
 
-std::unique_ptr<OpenFile> LinuxPreviewTools::open(const std::string& path, std::string& error) {
-    int code = 0;
-    auto file = openForPreview(path, code);
-    error = code != 0 ? errorText(code) : std::string();
-    return file;
+Result<std::unique_ptr<OpenFile>> LinuxPreviewTools::open(const std::string& path) {
+    return openForPreview(path);
 }
 
 std::unique_ptr<PreviewOpening> LinuxPreviewTools::openBeside(const std::string& path, bool beginning) {
@@ -106,23 +103,16 @@ std::unique_ptr<PreviewOpening> LinuxPreviewTools::openBeside(const std::string&
     return disk != 0 ? openings_.begin(disk, path, beginning) : nullptr;
 }
 
-std::unique_ptr<OpenFile> LinuxPreviewTools::again(const OpenFile& file, std::string& error) {
-    return open("/proc/self/fd/" + std::to_string(file.descriptor()), error);
+Result<std::unique_ptr<OpenFile>> LinuxPreviewTools::again(const OpenFile& file) {
+    return open("/proc/self/fd/" + std::to_string(file.descriptor()));
 }
 
-std::unique_ptr<OpenFile> LinuxPreviewTools::inMemory(std::string_view content, std::string& error) {
+Result<std::unique_ptr<OpenFile>> LinuxPreviewTools::inMemory(std::string_view content) {
     Descriptor file(::memfd_create("preview", MFD_CLOEXEC));
     int code = file.isOpen() ? writeAll(file.number(), content) : errno;
     if (code == 0 && ::lseek(file.number(), 0, SEEK_SET) != 0) code = errno;
-    if (code != 0) {
-        error = errorText(code);
-        return nullptr;
-    }
+    if (code != 0) return systemError(code);
     return makeOpenFile(std::move(file), content.size());
-}
-
-std::string LinuxPreviewTools::errorText(int code) {
-    return std::strerror(code);
 }
 
 std::string LinuxPreviewTools::helper(const std::string& name) {
@@ -143,19 +133,16 @@ std::string LinuxPreviewTools::command(const std::string& name) {
     return {};
 }
 
-std::unique_ptr<PrivateFolder> LinuxPreviewTools::makeFolder(std::string& error) {
+Result<std::unique_ptr<PrivateFolder>> LinuxPreviewTools::makeFolder() {
     std::string path = (temporary_.empty() ? "/tmp" : temporary_) + "/harborlantern-preview.XXXXXX";
-    if (::mkdtemp(path.data()) == nullptr) {
-        error = errorText(errno);
-        return nullptr;
-    }
+    if (::mkdtemp(path.data()) == nullptr) return systemError(errno);
     return std::make_unique<LinuxPrivateFolder>(path);
 }
 
-std::unique_ptr<HelperProcess> LinuxPreviewTools::start(const ProcessOrder& order, std::string& error) {
+Result<std::unique_ptr<HelperProcess>> LinuxPreviewTools::start(const ProcessOrder& order) {
     reap();
     auto process = LinuxHelperProcess::start(order, ending_);
-    if (!process) error = errorText(errno);
+    if (!process) return systemError(errno);
     return process;
 }
 
@@ -163,17 +150,15 @@ void LinuxPreviewTools::reap() {
     std::erase_if(ending_, [](pid_t process) { return ::waitpid(process, nullptr, WNOHANG) != 0; });
 }
 
-void* LinuxPreviewTools::moduleFunction(const std::string& module, const char* function,
-                                        std::string& reason) {
+Result<void*> LinuxPreviewTools::moduleFunction(const std::string& module, const char* function) {
     void* loaded = ::dlopen((programFolder_ + "/" + module).c_str(), RTLD_NOW | RTLD_LOCAL);
     void* found = loaded != nullptr ? ::dlsym(loaded, function) : nullptr;
     if (found != nullptr) {
         LinuxFaultSignals().addOwnModule(found);
         return found;
     }
-    const char* error = ::dlerror();
-    reason = error != nullptr ? error : module;
-    return nullptr;
+    const char* reason = ::dlerror();
+    return Error{.text = reason != nullptr ? reason : module, .name = module};
 }
 
 }  // namespace hl

@@ -22,17 +22,16 @@ class LinuxPreviewTools final : public PreviewTools {
                       std::string cache = {}, SilentDisks* disks = nullptr);
     ~LinuxPreviewTools() override;
 
-    std::unique_ptr<OpenFile> open(const std::string& path, std::string& error) override;
+    Result<std::unique_ptr<OpenFile>> open(const std::string& path) override;
     std::unique_ptr<PreviewOpening> openBeside(const std::string& path, bool beginning) override;
-    std::unique_ptr<OpenFile> again(const OpenFile& file, std::string& error) override;
-    std::unique_ptr<OpenFile> inMemory(std::string_view content, std::string& error) override;
-    std::string errorText(int code) override;
+    Result<std::unique_ptr<OpenFile>> again(const OpenFile& file) override;
+    Result<std::unique_ptr<OpenFile>> inMemory(std::string_view content) override;
     std::string helper(const std::string& name) override;
     std::string command(const std::string& name) override;
-    std::unique_ptr<PrivateFolder> makeFolder(std::string& error) override;
-    std::unique_ptr<HelperProcess> start(const ProcessOrder& order, std::string& error) override;
+    Result<std::unique_ptr<PrivateFolder>> makeFolder() override;
+    Result<std::unique_ptr<HelperProcess>> start(const ProcessOrder& order) override;
     std::string cacheFolder() const override { return cache_; }
-    void* moduleFunction(const std::string& module, const char* function, std::string& reason) override;
+    Result<void*> moduleFunction(const std::string& module, const char* function) override;
 
     /// Returns how many killed processes have not ended yet: one that waits for a dead disk may take long.
     /// Each start looks at them again.

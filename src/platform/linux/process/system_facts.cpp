@@ -7,7 +7,6 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <cerrno>
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
@@ -175,12 +174,6 @@ bool LinuxSystemFacts::adminRights() {
 bool LinuxSystemFacts::emulated() {
     const std::string machine = kernel().machine;
     return sizeof(void*) == 4 && machine.find("64") != std::string::npos;
-}
-
-std::string LinuxSystemFacts::errorText(int code) {
-    if (const char* text = strerrordesc_np(code)) return text;
-    errno = EINVAL;
-    return {};
 }
 
 std::string LinuxSystemFacts::executablePath() {

@@ -22,8 +22,6 @@ class LinuxSystemFacts : public SystemFacts {
     std::string computerName() override;
     bool adminRights() override;
     bool emulated() override;
-    /// The text is English, whatever the locale. For an unknown code errno is set to EINVAL.
-    std::string errorText(int code) override;
     std::string environment(const std::string& name) override;
     /// Returns the path of this program; without /proc, the path that the kernel was given at the start.
     static std::string executablePath();

@@ -10,6 +10,7 @@
 #include <climits>
 #include <thread>
 
+#include "platform/linux/process/system_error.h"
 #include "platform/linux/scan/read_ahead.h"
 
 namespace hl {
@@ -49,8 +50,7 @@ std::unique_ptr<FolderReader> LinuxFileSystem::read(std::string_view source, con
     return std::make_unique<ReadAhead>(calls_, std::string(source), options, limits_, wait);
 }
 
-PathFacts LinuxFileSystem::look(std::string_view path) {
-    PathFacts result;
+Result<PathFacts> LinuxFileSystem::look(std::string_view path) {
     struct statx facts;
     const unsigned mask = STATX_TYPE | STATX_INO | STATX_NLINK | STATX_SIZE;
     int error = calls_->look(AT_FDCWD, withoutTrailing(path).c_str(), false, mask, facts);
@@ -60,33 +60,24 @@ PathFacts LinuxFileSystem::look(std::string_view path) {
         error = folder < 0 ? folder : calls_->look(folder, "", false, mask, facts);
         if (folder >= 0) calls_->close(folder);
     }
-    if (error < 0) {
-        result.error = -error;
-        return result;
-    }
-    result.isFolder = S_ISDIR(facts.stx_mode);
-    result.inode = facts.stx_ino;
-    result.links = facts.stx_nlink;
-    result.size = facts.stx_size;
-    return result;
+    if (error < 0) return systemError(-error);
+    return PathFacts{.isFolder = S_ISDIR(facts.stx_mode),
+                     .inode = facts.stx_ino,
+                     .links = facts.stx_nlink,
+                     .size = facts.stx_size};
 }
 
-std::string LinuxFileSystem::target(std::string_view path, int& error) {
+Result<std::string> LinuxFileSystem::target(std::string_view path) {
     const std::string plain = withoutTrailing(path);
     std::array<char, PATH_MAX> text;
     const long got = calls_->readLink(AT_FDCWD, plain.c_str(), text.data(), text.size());
-    error = got < 0 ? static_cast<int>(-got) : 0;
-    if (got >= 0) return {text.data(), static_cast<std::size_t>(got)};
+    if (got >= 0) return std::string(text.data(), static_cast<std::size_t>(got));
     struct statx facts;
-    if (calls_->look(AT_FDCWD, plain.c_str(), false, STATX_MNT_ID, facts) < 0 ||
-        (facts.stx_attributes & STATX_ATTR_MOUNT_ROOT) == 0)
-        return {};
-    for (const Mount& mount : readMountTable()) {
-        if (mount.id != facts.stx_mnt_id) continue;
-        error = 0;
-        return whatIsMounted(mount);
-    }
-    return {};
+    if (calls_->look(AT_FDCWD, plain.c_str(), false, STATX_MNT_ID, facts) == 0 &&
+        (facts.stx_attributes & STATX_ATTR_MOUNT_ROOT) != 0)
+        for (const Mount& mount : readMountTable())
+            if (mount.id == facts.stx_mnt_id) return whatIsMounted(mount);
+    return systemError(static_cast<int>(-got));
 }
 
 }  // namespace hl

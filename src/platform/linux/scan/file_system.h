@@ -25,8 +25,8 @@ class LinuxFileSystem final : public FileSystem {
     std::unique_ptr<FolderReader> read(std::string_view source, const ReadOptions& options,
                                        WaitCallback* wait) override;
     bool mayHang(std::string_view path) override { return canHang(std::string(path)); }
-    PathFacts look(std::string_view path) override;
-    std::string target(std::string_view path, int& error) override;
+    Result<PathFacts> look(std::string_view path) override;
+    Result<std::string> target(std::string_view path) override;
 
   private:
     std::shared_ptr<DirectoryCalls> calls_ = std::make_shared<DirectoryCalls>();

@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "platform/fault_signals.h"
+#include "platform/linux/process/system_error.h"
 
 namespace hl {
 
@@ -185,7 +186,8 @@ bool ReadAheadCore::goOnReading(const Reader& reader) {
 std::unique_ptr<Listing> ReadAheadCore::handOver() {
     const bool wasFull = !order_.mayReadAhead();
     auto listing = order_.handOver();
-    listing->silentMounts = opener_.links().takeSilent();
+    for (std::string& mount : opener_.links().takeSilent())
+        listing->silentMounts.push_back(systemError(ETIMEDOUT, std::move(mount)));
     if (wasFull && order_.mayReadAhead()) wakeReader();
     return listing;
 }

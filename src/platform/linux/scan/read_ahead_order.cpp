@@ -4,6 +4,8 @@
 
 #include <utility>
 
+#include "platform/linux/process/system_error.h"
+
 namespace hl {
 
 namespace {
@@ -11,8 +13,8 @@ namespace {
 class BlockListing final : public Listing {
   public:
     explicit BlockListing(ReadItem& item) : block_(std::move(item.block)) {
-        error = item.error;
-        endError = item.endError;
+        error = errorOf(item.error);
+        endError = errorOf(item.endError);
         more = item.more;
         failure = item.failure;
         kind = item.folderKind;
@@ -20,7 +22,7 @@ class BlockListing final : public Listing {
         mountSource = std::move(item.mountSource);
         source = item.source;
         if (block_ == nullptr) return;
-        entryError = block_->entryError;
+        entryError = errorOf(block_->entryError);
         entries = block_->entries.data();
         count = block_->entries.size();
         times = block_->times.empty() ? nullptr : block_->times.data();
@@ -28,6 +30,10 @@ class BlockListing final : public Listing {
     }
 
   private:
+    static std::optional<Error> errorOf(int number) {
+        return number == 0 ? std::nullopt : std::optional(systemError(number));
+    }
+
     std::shared_ptr<const Block> block_;
 };
 

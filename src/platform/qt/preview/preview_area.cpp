@@ -1,7 +1,6 @@
 #include "platform/qt/preview/preview_area.h"
 
 #include <QStackedLayout>
-#include <cerrno>
 #include <utility>
 
 #include "base/path.h"
@@ -44,7 +43,7 @@ PreviewArea::PreviewArea(const PreviewParts& parts, WindowEvents& events, QWidge
             [this] { kGuard(windowEvents_, "startMedia", [this] { startMedia(); }); });
     if (parts.tools == nullptr) return;
     context_ = std::make_unique<PreviewContext>(
-        PreviewContext{*parts.tools, events, parts.texts, [this](const std::string& error) { fail(error); },
+        PreviewContext{*parts.tools, events, parts.texts, [this](const Error& error) { fail(error); },
                        [this](const std::string& what) { missing(what); }});
     converter_ = std::make_unique<PreviewConverter>(*context_);
 }
@@ -55,21 +54,19 @@ PreviewArea::~PreviewArea() {
 
 // --- what is asked
 
-bool PreviewArea::showFile(PreviewViewer viewer, const std::string& path, std::string& error) {
+Result<> PreviewArea::showFile(PreviewViewer viewer, const std::string& path) {
     clear();
     path_ = path;
-    if (!context_) {
-        showUnknown();
-        return true;
-    }
+    if (!context_) return showUnknown(), Result<>();
     const bool beginning = viewer == PreviewViewer::kText || viewer == PreviewViewer::kWebPage;
     if (auto opening = context_->tools.openBeside(path, beginning))
-        return waitFor(std::move(opening), viewer), true;
-    file_ = context_->tools.open(path, error);
-    if (!file_) return false;
+        return waitFor(std::move(opening), viewer), Result<>();
+    auto file = context_->tools.open(path);
+    if (!file) return file.error();
+    file_ = *std::move(file);
     setAccessibleDescription(shownName(path));
     showOpened(viewer);
-    return true;
+    return {};
 }
 
 void PreviewArea::showNotice(const std::string& text) {
@@ -94,22 +91,21 @@ void PreviewArea::clear() {
 
 void PreviewArea::waitFor(std::unique_ptr<PreviewOpening> opening, PreviewViewer viewer) {
     PreviewWait::Calls calls;
-    calls.opened = [this, viewer](std::unique_ptr<OpenFile> file, const std::string& error) {
-        file_ = std::move(file);
-        opened(viewer, error);
+    calls.opened = [this, viewer](Result<std::unique_ptr<OpenFile>> file) {
+        opened(viewer, std::move(file));
     };
     calls.noticed = [this] { showNotice(parts_.texts.waiting); };
-    calls.givenUp = [this] { fail(context_->tools.errorText(ETIMEDOUT)); };
     wait_.start(std::move(opening), std::move(calls));
 }
 
-void PreviewArea::opened(PreviewViewer viewer, const std::string& error) {
+void PreviewArea::opened(PreviewViewer viewer, Result<std::unique_ptr<OpenFile>> file) {
     stack_->setCurrentWidget(nothing_);
-    if (file_) {
+    if (file) {
+        file_ = *std::move(file);
         setAccessibleDescription(shownName(path_));
         return showOpened(viewer);
     }
-    if (!error.empty()) return fail(error);
+    if (!file.failedAs(ErrorKind::kUnsuited)) return fail(file.error());
     if (events_ != nullptr) showNotice(events_->previewNoFile(path_));
 }
 
@@ -169,12 +165,10 @@ void PreviewArea::showOpened(PreviewViewer viewer) {
 
 // Returns nothing, and shows the message, if the file cannot be read.
 std::optional<PreviewArea::Head> PreviewArea::head(std::size_t limit) {
-    int code = 0;
-    std::string bytes = file_->head(limit, code);
-    const bool cut = file_->size() > bytes.size();
-    if (code == 0) return Head{std::move(bytes), cut};
-    fail(context_->tools.errorText(code));
-    return std::nullopt;
+    auto bytes = file_->head(limit);
+    if (!bytes) return fail(bytes.error()), std::nullopt;
+    const bool cut = file_->size() > bytes->size();
+    return Head{*std::move(bytes), cut};
 }
 
 std::string PreviewArea::noteIf(bool cut) const {
@@ -220,10 +214,10 @@ void PreviewArea::showOffice(const std::string& format) {
 
 void PreviewArea::showPcx() {
     const auto done = [this](const std::string& pixels) {
-        std::string error;
-        auto picture = pixels.empty() ? nullptr : context_->tools.inMemory(pixels, error);
-        if (!picture) return fail(error);
-        showPicture(std::move(picture));
+        if (pixels.empty()) return fail({});
+        auto picture = context_->tools.inMemory(pixels);
+        if (!picture) return fail(picture.error());
+        showPicture(*std::move(picture));
     };
     if (!converter_->pcx(*file_, done)) needs(kPcxProgram);
 }
@@ -241,16 +235,16 @@ void PreviewArea::showPages(std::unique_ptr<OpenFile> file) {
 MediaView* PreviewArea::media() {
     if (media_ != nullptr || !mediaMissing_.empty()) return media_;
     std::string& reason = mediaMissing_;
-    void* found = context_->tools.moduleFunction(kMediaModuleName, kMediaModuleFunction, reason);
-    if (found == nullptr) return nullptr;
-    const auto make = reinterpret_cast<MediaModuleFunction>(found);
+    const auto found = context_->tools.moduleFunction(kMediaModuleName, kMediaModuleFunction);
+    if (!found) return reason = found.error().text, nullptr;
+    const auto make = reinterpret_cast<MediaModuleFunction>(*found);
     std::unique_ptr<MediaView> made(make({parts_.texts, windowEvents_, this, context_->tools.cacheFolder()}));
     reason = made->unavailable();
     if (!reason.empty()) return nullptr;
     media_ = made.release();
     media_->setObjectName(QStringLiteral("MPlayer4"));
     media_->setAccessibleName(qtText(parts_.texts.name));
-    media_->failed = [this](const std::string& error) { fail(error); };
+    media_->failed = [this](const std::string& error) { fail({.text = error}); };
     stack_->addWidget(media_);
     return media_;
 }
@@ -275,7 +269,7 @@ void PreviewArea::stopMedia() {
 // --- what goes wrong
 
 // Shows the message here without a question, because the user has gone on to something else meanwhile.
-void PreviewArea::fail(const std::string& error) {
+void PreviewArea::fail(const Error& error) {
     stopMedia();
     file_.reset();
     if (events_ != nullptr) showNotice(events_->previewFailed(path_, error));

@@ -33,7 +33,7 @@ class PreviewArea final : public QWidget, public PreviewPane {
 
     // PreviewPane
     void setEvents(PreviewEvents* events) override { events_ = events; }
-    bool showFile(PreviewViewer viewer, const std::string& path, std::string& error) override;
+    Result<> showFile(PreviewViewer viewer, const std::string& path) override;
     void showNotice(const std::string& text) override;
     void clear() override;
 
@@ -50,7 +50,7 @@ class PreviewArea final : public QWidget, public PreviewPane {
     };
 
     void waitFor(std::unique_ptr<PreviewOpening> opening, PreviewViewer viewer);
-    void opened(PreviewViewer viewer, const std::string& error);
+    void opened(PreviewViewer viewer, Result<std::unique_ptr<OpenFile>> file);
     void showOpened(PreviewViewer viewer);
     void showText();
     void showMarkup(const Head& page);
@@ -64,7 +64,7 @@ class PreviewArea final : public QWidget, public PreviewPane {
     /// Returns null if nothing can be played; then mediaMissing_ has the reason.
     MediaView* media();
     void stopMedia();
-    void fail(const std::string& error);
+    void fail(const Error& error);
     void reportMissing(const std::string& what);
     void missing(const std::string& what);
     void needs(const ConverterProgram& converter);

@@ -38,17 +38,16 @@ void PreviewConverter::clear() {
     folder_.reset();
 }
 
-void PreviewConverter::fail(const std::string& error) {
+void PreviewConverter::fail(const Error& error) {
     clear();
     context_.failed(error);
 }
 
 void PreviewConverter::start(const ProcessOrder& order, std::size_t limit, std::chrono::milliseconds time,
                              std::function<void(bool well)> onEnd) {
-    std::string error;
-    auto process = context_.tools.start(order, error);
-    if (!process) return fail(error);
-    job_ = new PreviewJob(std::move(process), limit, context_.events);
+    auto process = context_.tools.start(order);
+    if (!process) return fail(process.error());
+    job_ = new PreviewJob(*std::move(process), limit, context_.events);
     job_->onEnd = std::move(onEnd);
     job_->setTime(time);
 }
@@ -68,12 +67,11 @@ bool PreviewConverter::filter(const char* program, const std::vector<std::string
     clear();
     const std::string command = context_.tools.command(program);
     if (command.empty()) return false;
-    std::string error;
-    const auto input = context_.tools.again(file, error);
-    if (!input) return fail(error), true;
+    const auto input = context_.tools.again(file);
+    if (!input) return fail(input.error()), true;
     start({.program = command,
            .arguments = arguments,
-           .input = input.get(),
+           .input = input->get(),
            .inputIsStandard = true,
            .limits = kFilterLimits,
            .foreign = true},
@@ -89,10 +87,9 @@ bool PreviewConverter::tryPage(const std::string& markup, std::function<void(boo
     clear();
     const std::string helper = context_.tools.helper(kPictureHelper);
     if (helper.empty()) return false;
-    std::string error;
-    const auto page = context_.tools.inMemory(markup, error);
-    if (!page) return fail(error), true;
-    start({.program = helper, .arguments = {kTryPage}, .input = page.get()}, kMostWords, kPageTime,
+    const auto page = context_.tools.inMemory(markup);
+    if (!page) return fail(page.error()), true;
+    start({.program = helper, .arguments = {kTryPage}, .input = page->get()}, kMostWords, kPageTime,
           [this, done = std::move(done)](bool well) {
               const bool tried = well && job_->output().starts_with(kPageTried);
               clear();
@@ -103,15 +100,15 @@ bool PreviewConverter::tryPage(const std::string& markup, std::function<void(boo
 
 // Makes a folder with the document and the settings. The document is copied, because the converter puts its
 // lock beside the file, and cannot take a name that is no valid text.
-bool PreviewConverter::prepare(const OpenFile& file, const std::string& document, std::string& error) {
-    folder_ = context_.tools.makeFolder(error);
-    if (!folder_) return false;
-    int code = folder_->copy(file, document, kLargestDocument);
-    if (code == 0) code = folder_->makeFolder("profile");
-    if (code == 0) code = folder_->makeFolder("profile/user");
-    if (code == 0) code = folder_->write("profile/user/registrymodifications.xcu", kOfficeSettings);
-    if (code != 0) error = context_.tools.errorText(code);
-    return code == 0;
+Result<> PreviewConverter::prepare(const OpenFile& file, const std::string& document) {
+    auto made = context_.tools.makeFolder();
+    if (!made) return made.error();
+    folder_ = *std::move(made);
+    Result<> done = folder_->copy(file, document, kLargestDocument);
+    if (done) done = folder_->makeFolder("profile");
+    if (done) done = folder_->makeFolder("profile/user");
+    if (done) done = folder_->write("profile/user/registrymodifications.xcu", kOfficeSettings);
+    return done;
 }
 
 bool PreviewConverter::office(const OpenFile& file, const std::string& extension, const std::string& format,
@@ -120,8 +117,7 @@ bool PreviewConverter::office(const OpenFile& file, const std::string& extension
     const std::string command = context_.tools.command(kOfficeProgram.name);
     if (command.empty()) return false;
     const std::string document = "document." + extension;
-    std::string error;
-    if (!prepare(file, document, error)) return fail(error), true;
+    if (const Result<> prepared = prepare(file, document); !prepared) return fail(prepared.error()), true;
     const std::string& home = folder_->path();
     start({.program = command,
            .arguments = {"-env:UserInstallation=" + fileUrl(home + "/profile"), "--headless", "--norestore",
@@ -132,10 +128,9 @@ bool PreviewConverter::office(const OpenFile& file, const std::string& extension
            .foreign = true},
           kMostWords, kOfficeTime, [this, done, format](bool) {
               // Its exit status says little: the file decides.
-              std::string none;
-              auto converted = context_.tools.open(folder_->path() + "/out/document." + format, none);
+              auto converted = context_.tools.open(folder_->path() + "/out/document." + format);
               clear();
-              done(std::move(converted));
+              done(converted ? *std::move(converted) : nullptr);
           });
     return true;
 }

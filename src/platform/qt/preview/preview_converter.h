@@ -49,8 +49,8 @@ class PreviewConverter {
                std::function<void(bool well)> onEnd);
     bool filter(const char* program, const std::vector<std::string>& arguments, const OpenFile& file,
                 std::size_t limit, const Converted& done);
-    void fail(const std::string& error);
-    bool prepare(const OpenFile& file, const std::string& document, std::string& error);
+    void fail(const Error& error);
+    Result<> prepare(const OpenFile& file, const std::string& document);
 
     const PreviewContext& context_;
     std::unique_ptr<PrivateFolder> folder_;

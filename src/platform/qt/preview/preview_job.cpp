@@ -54,15 +54,12 @@ PreviewJob* startDecoder(const PreviewContext& context, const char* helper, cons
         context.missing(helper);
         return nullptr;
     }
-    std::string error;
-    const auto input = context.tools.again(file, error);
-    auto process = input ? context.tools.start({.program = program, .input = input.get()}, error) : nullptr;
-    if (!process) {
-        context.failed(error);
-        return nullptr;
-    }
+    const auto input = context.tools.again(file);
+    if (!input) return context.failed(input.error()), nullptr;
+    auto process = context.tools.start({.program = program, .input = input->get()});
+    if (!process) return context.failed(process.error()), nullptr;
     constexpr std::size_t kLongestAnswer = sizeof(AnswerHeader) + kMaxPictureBytes;
-    auto* job = new PreviewJob(std::move(process), kLongestAnswer + 1, context.events);
+    auto* job = new PreviewJob(*std::move(process), kLongestAnswer + 1, context.events);
     job->setTime(time);
     return job;
 }

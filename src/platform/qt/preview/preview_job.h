@@ -21,7 +21,7 @@ struct PreviewContext {
     WindowEvents& events;
     const PreviewTexts& texts;
     /// The current file cannot be shown.
-    std::function<void(const std::string& error)> failed;
+    std::function<void(const Error& error)> failed;
     /// A helper or a library is missing.
     std::function<void(const std::string& what)> missing;
 };

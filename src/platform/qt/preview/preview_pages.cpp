@@ -59,7 +59,7 @@ void PagesView::clear() {
 
 void PagesView::fail(const std::string& error) {
     clear();
-    context_.failed(error);
+    context_.failed({.text = error});
 }
 
 // --- where the pages are

@@ -84,7 +84,7 @@ void PictureView::answer() {
 
 void PictureView::fail(const std::string& error) {
     clear();
-    context_.failed(error);
+    context_.failed({.text = error});
 }
 
 void PictureView::paintEvent(QPaintEvent*) {

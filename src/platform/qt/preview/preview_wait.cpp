@@ -27,7 +27,7 @@ void PreviewWait::start(std::unique_ptr<PreviewOpening> opening, Calls calls) {
     noticed_ = false;
     answer_ = new QSocketNotifier(opening_->descriptor(), QSocketNotifier::Read, &late_);
     QObject::connect(answer_, &QSocketNotifier::activated, &late_,
-                     [this] { kGuard(events_, "over", [this] { over(); }); });
+                     [this] { kGuard(events_, "over", [this] { endWith(opening_->take()); }); });
     late_.start(kUnnoticed);
 }
 
@@ -42,22 +42,17 @@ void PreviewWait::stop() {
 }
 
 // Whoever is told may start the next wait, which sets other calls.
-void PreviewWait::over() {
-    std::string error;
-    std::unique_ptr<OpenFile> file = opening_->take(error);
+void PreviewWait::endWith(Result<std::unique_ptr<OpenFile>> file) {
     stop();
     const auto opened = std::move(calls_.opened);
-    opened(std::move(file), error);
+    opened(std::move(file));
 }
 
 void PreviewWait::late() {
-    const Calls calls = calls_;
-    if (!std::exchange(noticed_, true)) {
-        late_.start(kPatience);
-        return calls.noticed();
-    }
-    stop();
-    calls.givenUp();
+    if (std::exchange(noticed_, true)) return endWith(opening_->givenUp());
+    late_.start(kPatience);
+    const auto noticed = calls_.noticed;
+    noticed();
 }
 
 }  // namespace hl

@@ -16,12 +16,10 @@ class PreviewWait {
   public:
     /// What is told of a wait.
     struct Calls {
-        /// The wait is over; `file` is null for a file that cannot be opened.
-        std::function<void(std::unique_ptr<OpenFile> file, const std::string& error)> opened;
+        /// The wait is over.
+        std::function<void(Result<std::unique_ptr<OpenFile>> file)> opened;
         /// The wait takes long enough for the user to notice it; the wait goes on.
         std::function<void()> noticed;
-        /// The wait is over without an answer.
-        std::function<void()> givenUp;
     };
 
     /// `events` must outlive it.
@@ -36,7 +34,7 @@ class PreviewWait {
     void stop();
 
   private:
-    void over();
+    void endWith(Result<std::unique_ptr<OpenFile>> file);
     void late();
 
     WindowEvents& events_;

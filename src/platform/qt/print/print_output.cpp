@@ -11,7 +11,6 @@
 #include <QPrinterInfo>
 #include <QProgressDialog>
 #include <algorithm>
-#include <cerrno>
 
 #include "base/text.h"
 #include "platform/qt/common/qt_convert.h"
@@ -22,27 +21,32 @@ namespace {
 
 constexpr int kProgressAfterMilliseconds = 400;
 
+/// The toolkit does not tell why it made no whole document.
+Error incomplete() {
+    return {.text = "Input/output error"};
+}
+
 /// An incomplete file, as the toolkit writes to it. After the first failure it takes nothing more.
 class FileDevice final : public QIODevice {
   public:
     explicit FileDevice(ReplacingFile& file) : file_(file) { open(QIODevice::WriteOnly); }
     bool isSequential() const override { return true; }
-    int error() const { return error_; }
+    const Result<>& state() const { return state_; }
 
   protected:
     qint64 readData(char*, qint64) override { return -1; }
     qint64 writeData(const char* bytes, qint64 count) override {
         try {
-            if (error_ == 0) error_ = file_.write({bytes, static_cast<std::size_t>(count)});
+            if (state_) state_ = file_.write({bytes, static_cast<std::size_t>(count)});
         } catch (...) {
-            error_ = EIO;
+            state_ = incomplete();
         }
-        return error_ == 0 ? count : -1;
+        return state_ ? count : -1;
     }
 
   private:
     ReplacingFile& file_;
-    int error_ = 0;
+    Result<> state_;
 };
 
 PrintResult writePages(const PrintPages& pages, PageRange range, QPdfWriter& writer, const FileDevice& device,
@@ -53,7 +57,7 @@ PrintResult writePages(const PrintPages& pages, PageRange range, QPdfWriter& wri
         if (watch && !watch(number)) return PrintResult::kCancelled;
         if (number > range.first) writer.newPage();
         pages.paint(painter, number);
-        if (device.error() != 0) return PrintResult::kFailed;
+        if (!device.state()) return PrintResult::kFailed;
     }
     return painter.end() ? PrintResult::kDone : PrintResult::kFailed;
 }
@@ -81,9 +85,9 @@ PageRange wantedOf(const PrintPages& pages, const QPrinter& printer) {
 PrintResult writePdf(const PrintPages& pages, PageRange range, const std::string& path,
                      const PageWatch& watch, PdfFailure& failure) {
     failure = {};
-    const auto file = pages.job().files->replace(path, failure.error);
-    if (!file) return PrintResult::kFailed;
-    FileDevice device(*file);
+    const auto file = pages.job().files->replace(path);
+    if (!file) return failure.error = file.error(), PrintResult::kFailed;
+    FileDevice device(**file);
     PrintResult result = PrintResult::kFailed;
     {
         QPdfWriter writer(&device);
@@ -94,10 +98,10 @@ PrintResult writePdf(const PrintPages& pages, PageRange range, const std::string
         result = writePages(pages, range, writer, device, watch);
     }
     if (result == PrintResult::kCancelled) return result;
-    failure.error = device.error();
-    if (failure.error == 0) failure.error = result == PrintResult::kDone ? file->commit() : EIO;
-    failure.rest = file->leftBehind();
-    return failure.error == 0 ? PrintResult::kDone : PrintResult::kFailed;
+    Result<> written = device.state();
+    if (written) written = result == PrintResult::kDone ? (*file)->commit() : incomplete();
+    if (!written) failure = {written.error(), (*file)->leftBehind()};
+    return written ? PrintResult::kDone : PrintResult::kFailed;
 }
 
 // --- a printer
@@ -215,7 +219,7 @@ bool askAndPrint(const PrintDesk& desk, const PrintJob& job, const IconSource& i
         result = PrintResult::kFailed;
     if (result == PrintResult::kFailed)
         showMessage(desk.parent, desk.texts, MessageKind::kError,
-                    job.failure(utf8(printer.printerName()), 0, {}));
+                    job.failure(utf8(printer.printerName()), std::nullopt, {}));
     return result == PrintResult::kDone;
 }
 

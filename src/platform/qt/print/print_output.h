@@ -25,7 +25,7 @@ PageRange wantedOf(const PrintPages& pages, const QPrinter& printer);
 
 /// Why there is no PDF.
 struct PdfFailure {
-    int error = 0;     ///< A system error code.
+    std::optional<Error> error;
     std::string rest;  ///< The path of an unfinished file that could not be removed; else empty.
 };
 /// Writes a PDF. An older file stays until the new one is complete.

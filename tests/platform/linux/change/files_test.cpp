@@ -4,6 +4,7 @@
 
 #include <cerrno>
 
+#include "support/results.h"
 #include "support/temp_dir.h"
 #include "support/trees.h"
 #include "support/whole_files.h"
@@ -15,11 +16,7 @@ namespace fs = std::filesystem;
 using namespace test;
 
 int replaceWith(Files& files, const std::string& path, std::string_view content) {
-    int error = 0;
-    const auto file = files.replace(path, error);
-    if (!file) return error;
-    error = file->write(content);
-    return error == 0 ? file->commit() : error;
+    return numberOf(replaceWhole(files, path, content));
 }
 
 /// Tests both ways in which an unfinished file can exist.
@@ -28,7 +25,6 @@ class Replacing : public testing::TestWithParam<Unfinished> {
     TempDir dir;
     LinuxFiles files{GetParam()};
     std::string target = dir.path() + "/target";
-    int error = 0;
 };
 
 INSTANTIATE_TEST_SUITE_P(Unfinished, Replacing, testing::Values(Unfinished::kNameless, Unfinished::kNamed));
@@ -48,10 +44,10 @@ TEST_P(Replacing, ShowsTheOldContentUntilTheLastMomentAndKeepsModeAndOwner) {
     EXPECT_EQ(mayGiveAway, geteuid() == 0);
     chmod(target.c_str(), 0707);
     const struct stat before = factsOf(target);
-    const auto file = files.replace(target, error);
-    EXPECT_EQ(file->write("new"), 0);
+    const auto file = *files.replace(target);
+    EXPECT_EQ(numberOf(file->write("new")), 0);
     EXPECT_EQ(contentOf(target), "old");
-    EXPECT_EQ(file->commit(), 0);
+    EXPECT_EQ(numberOf(file->commit()), 0);
     EXPECT_EQ(contentOf(target), "new");
     const struct stat after = factsOf(target);
     EXPECT_EQ(std::tie(after.st_mode, after.st_uid, after.st_gid),
@@ -60,13 +56,13 @@ TEST_P(Replacing, ShowsTheOldContentUntilTheLastMomentAndKeepsModeAndOwner) {
 }
 
 TEST_P(Replacing, LeavesNothingBehindWithoutACommitOrWhereTheCommitFails) {
-    const auto unused = files.replace(target, error);
+    const auto unused = files.replace(target);
     EXPECT_EQ(namesIn(dir.path()).size(), 0U) << "a kill would leave it";
-    files.replace(target, error)->write("never");
+    EXPECT_TRUE((*files.replace(target))->write("never"));
     EXPECT_EQ(namesIn(dir.path()).size(), 0U);
-    const auto file = files.replace(target, error);
+    const auto file = *files.replace(target);
     fs::create_directory(target);  // Somebody else makes it meanwhile.
-    EXPECT_EQ(file->commit(), EISDIR);
+    EXPECT_EQ(numberOf(file->commit()), EISDIR);
     EXPECT_EQ(namesIn(dir.path()).size(), 1U);
 }
 
@@ -102,7 +98,6 @@ class WholeFiles : public testing::Test {
 
     TempDir dir;
     LinuxFiles files;
-    int error = 0;
 };
 
 TEST_F(WholeFiles, SaysWhyAFileCannotBeReplaced) {
@@ -118,24 +113,22 @@ TEST_F(WholeFiles, SaysWhyAFileCannotBeReplaced) {
 TEST_F(WholeFiles, WritesADeviceAsItIsAndRemembersAFailureUntilTheCommit) {
     EXPECT_EQ(replaceWith(files, "/dev/null", "text"), 0);
     EXPECT_TRUE(fs::is_character_file("/dev/null"));
-    const auto file = files.replace("/dev/full", error);
-    EXPECT_EQ(file->write("text"), ENOSPC);
-    EXPECT_EQ(file->commit(), ENOSPC);
+    const auto file = *files.replace("/dev/full");
+    EXPECT_EQ(numberOf(file->write("text")), ENOSPC);
+    EXPECT_EQ(numberOf(file->commit()), ENOSPC);
 }
 
 TEST_F(WholeFiles, SurvivesAPipeWithoutAReaderAndDoesNotWaitForAWriter) {
     const std::string pipe = in("pipe");
     ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
-    EXPECT_EQ(files.readWhole(pipe, 10, error), std::nullopt);
-    EXPECT_EQ(error, ESPIPE);
+    EXPECT_EQ(numberOf(files.readWhole(pipe, 10)), ESPIPE);
     const int reader = open(pipe.c_str(), O_RDONLY | O_NONBLOCK);
-    const auto file = files.replace(pipe, error);
+    const auto file = *files.replace(pipe);
     close(reader);
-    EXPECT_EQ(file->write("text"), EPIPE);
+    EXPECT_EQ(numberOf(file->write("text")), EPIPE);
     // Otherwise the window would stand still until somebody reads.
     files.refuseUnreadPipes();
-    EXPECT_EQ(files.replace(pipe, error), nullptr);
-    EXPECT_EQ(error, ENXIO);
+    EXPECT_EQ(numberOf(files.replace(pipe)), ENXIO);
 }
 
 TEST_F(WholeFiles, ALockThatIsHeldIsWaitedForOnceAndNoFileOfAnotherUserIsALock) {
@@ -152,15 +145,12 @@ TEST_F(WholeFiles, ALockThatIsHeldIsWaitedForOnceAndNoFileOfAnotherUserIsALock) 
 TEST_F(WholeFiles, ReadsAsMuchAsIsAllowedOrSaysWhyNot) {
     const std::string content(200000, 'x');
     writeFile(in("file"), content);
-    EXPECT_EQ(files.readWhole(in("file"), content.size(), error), content);
-    EXPECT_EQ(files.readWhole(in("file"), SIZE_MAX, error), content);
-    EXPECT_EQ(error, 0);
+    EXPECT_EQ(*files.readWhole(in("file"), content.size()), content);
+    EXPECT_EQ(*files.readWhole(in("file"), SIZE_MAX), content);
     const std::pair<std::string, int> cases[] = {
         {in("file"), EFBIG}, {"/dev/zero", EFBIG}, {in("missing"), ENOENT}, {dir.path(), EISDIR}};
-    for (const auto& [path, expected] : cases) {
-        EXPECT_EQ(files.readWhole(path, content.size() - 1, error), std::nullopt) << path;
-        EXPECT_EQ(error, expected) << path;
-    }
+    for (const auto& [path, expected] : cases)
+        EXPECT_EQ(numberOf(files.readWhole(path, content.size() - 1)), expected) << path;
 }
 
 }  // namespace

@@ -4,6 +4,7 @@
 
 #include <cerrno>
 
+#include "support/results.h"
 #include "support/temp_dir.h"
 #include "support/whole_files.h"
 
@@ -59,10 +60,10 @@ TEST_F(FolderVerbTest, TheCommandStartsTheProgramWhateverItsPathHolds) {
 }
 
 TEST_F(FolderVerbTest, AnOfferIsOneEntryAndNoChoiceOfDefaults) {
-    EXPECT_EQ(verb.withdraw().error, 0);
+    EXPECT_EQ(test::numberOf(verb.withdraw()), 0);
     EXPECT_TRUE(fs::is_empty(dir.path())) << "to withdraw what is not there makes nothing";
     for (const char* executable : {"/opt/lantern", "/usr/bin/lantern"}) {
-        EXPECT_EQ(verb.offer({"Lantern", executable}).error, 0);
+        EXPECT_EQ(test::numberOf(verb.offer({"Lantern", executable})), 0);
         const std::string entry = test::contentOf(file);
         for (const char* line :
              {"[Desktop Entry]\n", "\nNoDisplay=true\n", "\nMimeType=inode/directory;\n", executable})
@@ -74,20 +75,20 @@ TEST_F(FolderVerbTest, AnOfferIsOneEntryAndNoChoiceOfDefaults) {
     EXPECT_EQ(files, 1U);
     const auto before = fs::last_write_time(file) - std::chrono::hours(1);
     fs::last_write_time(file, before);
-    EXPECT_EQ(verb.offer({"Lantern", "/usr/bin/lantern"}).error, 0);
+    EXPECT_EQ(test::numberOf(verb.offer({"Lantern", "/usr/bin/lantern"})), 0);
     EXPECT_EQ(fs::last_write_time(file), before) << "an offer that stands is left alone";
-    EXPECT_EQ(verb.withdraw().error, 0);
+    EXPECT_EQ(test::numberOf(verb.withdraw()), 0);
     EXPECT_FALSE(fs::exists(file));
 }
 
 TEST_F(FolderVerbTest, FailuresAreToldWithTheirPlace) {
     test::writeFile(dir.path() + "/data", "a file in the way");
-    const FolderVerbFailure failure = verb.offer({"Lantern", "/opt/lantern"});
-    EXPECT_EQ(failure.error, ENOTDIR);
-    EXPECT_EQ(failure.path, dir.path() + "/data/applications");
+    const Error failure = verb.offer({"Lantern", "/opt/lantern"}).error();
+    EXPECT_EQ(failure.number, ENOTDIR);
+    EXPECT_EQ(failure.name, dir.path() + "/data/applications");
     LinuxFolderVerb homeless("lantern", "relative", "");
-    EXPECT_EQ(homeless.offer({"Lantern", "/opt/lantern"}).error, ENOENT);
-    EXPECT_EQ(homeless.withdraw().error, 0);
+    EXPECT_EQ(test::numberOf(homeless.offer({"Lantern", "/opt/lantern"})), ENOENT);
+    EXPECT_EQ(test::numberOf(homeless.withdraw()), 0);
     EXPECT_EQ(LinuxFolderVerb("lantern", "relative", "/home/ada").folder(),
               "/home/ada/.local/share/applications");
 }

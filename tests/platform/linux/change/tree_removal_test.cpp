@@ -37,7 +37,7 @@ class TreeRemovalTest : public ::testing::Test {
     void make(std::initializer_list<std::string_view> paths) const { makeTree(dir_.path(), paths); }
     static std::vector<int> errorsOf(const Removal& removal) {
         std::vector<int> errors;
-        for (const RemovalFailure& failure : removal.failures) errors.push_back(failure.error);
+        for (const RemovalFailure& failure : removal.failures) errors.push_back(failure.error.number);
         return errors;
     }
 
@@ -115,10 +115,10 @@ TEST_F(TreeRemovalTest, WhatAnotherUserOwnsStaysWithItsReasonAndTheRestGoes) {
     const int result = asNobody([&] {
         const Removal removal = removeTree({in("root")});
         if (removal.removed || removal.failures.size() != 5) return 1;
-        for (const RemovalFailure& failure : removal.failures) {
-            const bool refused = failure.path == in("root/theirs/file")   ? failure.error == EACCES
-                                 : failure.path == in("root/sticky/file") ? failure.error == EPERM
-                                                                          : failure.folder;
+        for (const auto& [error, isFolder] : removal.failures) {
+            const bool refused = error.name == in("root/theirs/file")   ? error.number == EACCES
+                                 : error.name == in("root/sticky/file") ? error.number == EPERM
+                                                                        : isFolder;
             if (!refused) return 2;
         }
         return 0;

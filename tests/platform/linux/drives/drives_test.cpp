@@ -116,12 +116,11 @@ TEST(LinuxDrives, KnowsTypeAndLabelWithoutAsking) {
         const auto drives = LinuxDrives({.root = machine.root()}).drives();
         ASSERT_EQ(drives.size(), 1U) << line;
         EXPECT_EQ(drives[0].type, type) << line;
-        EXPECT_EQ(drives[0].label, label) << line;
-        EXPECT_EQ(drives[0].labelError, 0) << line;
+        EXPECT_EQ(drives[0].label.valueOr("?"), label) << line;
     }
     fs::remove_all(machine.root() + "/dev/disk");
     machine.mounts({"8:1 / / rw - ext4 /dev/sda1 rw"});
-    EXPECT_EQ(LinuxDrives({.root = machine.root()}).drives()[0].labelError, ENOENT);
+    EXPECT_TRUE(LinuxDrives({.root = machine.root()}).drives()[0].label.failedAs(ErrorKind::kNotFound));
 }
 
 TEST(LinuxDrives, FindsTheMountOfAUncText) {
@@ -168,7 +167,7 @@ class AskedDrives : public testing::Test {
         --inside;
         moved.notify_all();
         if (path == "/throws") throw std::runtime_error("no");
-        if (path == "/failing") return std::nullopt;
+        if (path == "/failing") return Error();
         return DriveSpace{path.size(), 1, 512};
     }
     void letGo() {

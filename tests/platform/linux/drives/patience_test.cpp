@@ -9,6 +9,7 @@
 #include "platform/linux/preview/preview_tools.h"
 #include "platform/linux/scan/file_system.h"
 #include "support/fuse_mount.h"
+#include "support/results.h"
 #include "support/temp_dir.h"
 #include "support/whole_files.h"
 
@@ -51,7 +52,7 @@ class PatienceTest : public testing::Test {
     static bool noHelperHangs() {
         return comes([] { return HelperSlot::taken() == 0; });
     }
-    int errorOf(const char* name) { return disk.look(dir.path() + "/" + name).error; }
+    int errorOf(const char* name) { return test::numberOf(disk.look(dir.path() + "/" + name)); }
 
     test::TempDir dir;
     std::optional<test::FuseMount> mount;
@@ -95,11 +96,11 @@ TEST_F(PatienceTest, NoMoreThanSixteenHelpersHang) {
 }
 
 TEST_F(PatienceTest, WhatChangesFilesIsLeftBehindAtStopAndChangesNothingMoreWhenTheDiskComesBack) {
+    using test::numberOf;
     Watch watch;
-    std::string now;
     const FilePlace folder{dir.path() + "/mount/folder"}, file{dir.path() + "/mount/file"};
     mount->stopAnswering();
-    EXPECT_EQ(operations.recycle(file, watch, now), RecycleError::kNoAnswer);
+    EXPECT_TRUE(operations.recycle(file, watch).failedAs(ErrorKind::kNoAnswer));
     mount->answerAgain();
     EXPECT_TRUE(noHelperHangs());
     EXPECT_TRUE(std::filesystem::exists(dir.path() + "/shown/file"));
@@ -107,13 +108,13 @@ TEST_F(PatienceTest, WhatChangesFilesIsLeftBehindAtStopAndChangesNothingMoreWhen
     EXPECT_TRUE(operations.removeTree(folder, watch).unknown);
     EXPECT_GT(watch.silent, 0);
     const int silent = watch.silent;
-    EXPECT_EQ(operations.removeFile(file, watch), ETIMEDOUT);
-    EXPECT_EQ(operations.recycle(file, watch, now), RecycleError::kNoAnswer);
-    EXPECT_EQ(operations.move(file, folder, watch), ETIMEDOUT);
+    EXPECT_EQ(numberOf(operations.removeFile(file, watch)), ETIMEDOUT);
+    EXPECT_TRUE(operations.recycle(file, watch).failedAs(ErrorKind::kNoAnswer));
+    EXPECT_EQ(numberOf(operations.move(file, folder, watch)), ETIMEDOUT);
     EXPECT_EQ(operations.protectionOf(folder, watch), Protection::kNoAnswer);
-    EXPECT_EQ(operations.wouldReplace(file, folder, watch), std::nullopt);
+    EXPECT_EQ(numberOf(operations.wouldReplace(file, folder, watch)), ETIMEDOUT);
     EXPECT_EQ(watch.silent, silent) << "refused at once";
-    EXPECT_EQ(operations.removeFile({dir.path() + "/link"}, watch), 0) << "which lies on another disk";
+    EXPECT_TRUE(operations.removeFile({dir.path() + "/link"}, watch)) << "which lies on another disk";
     mount->answerAgain();
     EXPECT_TRUE(noHelperHangs());
     for (const char* name : {"shown/folder/a", "shown/folder/b", "shown/file"})
@@ -125,21 +126,19 @@ TEST_F(PatienceTest, AFileForThePreviewComesInMemoryAndTheOneThatIsWantedLastCom
     const std::string shown = dir.path() + "/shown/", mounted = dir.path() + "/mount/";
     test::writeFile(shown + "text", std::string(3 << 20, 'x'));
     test::makeFile(shown + "large", (std::int64_t{64} << 20) + 1);
-    std::string error;
     const auto opened = [&](PreviewOpening& opening) {
         pollfd over{opening.descriptor(), POLLIN, 0};
         EXPECT_EQ(::poll(&over, 1, 20000), 1);
-        return opening.take(error);
+        return opening.take();
     };
     const auto open = [&](const char* name, bool beginning) {
         return opened(*tools.openBeside(mounted + name, beginning));
     };
     EXPECT_EQ(tools.openBeside(shown + "text", true), nullptr) << "of a disk that answers";
-    auto text = open("text", true);
+    auto text = *open("text", true);
     mount->stopAnswering();
-    int code = 0;
     EXPECT_EQ(text->size(), 3U << 20);
-    EXPECT_EQ(text->head(2 << 20, code), std::string(1 << 20, 'x'));
+    EXPECT_EQ(*text->head(2 << 20), std::string(1 << 20, 'x'));
     text.reset();
     auto first = tools.openBeside(mounted + "text", false);
     auto second = tools.openBeside(mounted + "none", false);
@@ -147,40 +146,37 @@ TEST_F(PatienceTest, AFileForThePreviewComesInMemoryAndTheOneThatIsWantedLastCom
     auto third = tools.openBeside(mounted + "text", false);
     EXPECT_EQ(HelperSlot::taken(), 1U);
     mount->answerAgain();
-    EXPECT_EQ(opened(*third)->head(4 << 20, code).size(), 3U << 20);
-    EXPECT_EQ(open("large", false), nullptr);
-    EXPECT_EQ(error, strerror(EFBIG));
-    EXPECT_TRUE(open("folder", true) == nullptr && error.empty()) << "no regular file";
+    EXPECT_EQ((*opened(*third))->head(4 << 20).valueOr("").size(), 3U << 20);
+    EXPECT_EQ(test::numberOf(open("large", false)), EFBIG);
+    EXPECT_TRUE(open("folder", true).failedAs(ErrorKind::kUnsuited)) << "no regular file";
 }
 
 TEST_F(PatienceTest, SavingOnADiskThatDoesNotAnswerFailsAndLeavesTheOldFile) {
     LinuxFiles files;
     files.setPatience(&patience);
     const std::string report = dir.path() + "/mount/report", shown = dir.path() + "/shown/report";
+    using test::numberOf;
     const auto begin = [&](const char* text) {
-        int error = 0;
-        auto file = files.replace(report, error);
-        EXPECT_TRUE(file != nullptr && file->write(text) == 0) << error;
+        auto file = *files.replace(report);
+        EXPECT_TRUE(file->write(text));
         return file;
     };
-    EXPECT_EQ(begin("old")->commit(), 0);
+    EXPECT_TRUE(begin("old")->commit());
     for (const bool commits : {false, true}) {
         auto file = begin("new");
         auto other = begin("other");
         mount->stopAnswering();
-        EXPECT_EQ(commits ? file->commit() : file->write("more"), ETIMEDOUT);
-        EXPECT_EQ(file->commit(), ETIMEDOUT);
-        int error = 0;
-        EXPECT_EQ(files.replace(report, error), nullptr);
-        EXPECT_EQ(error, ETIMEDOUT);
+        EXPECT_EQ(numberOf(commits ? file->commit() : file->write("more")), ETIMEDOUT);
+        EXPECT_EQ(numberOf(file->commit()), ETIMEDOUT);
+        EXPECT_EQ(numberOf(files.replace(report)), ETIMEDOUT);
         file.reset();
         mount->answerAgain();
         EXPECT_TRUE(noHelperHangs());
-        EXPECT_EQ(other->write(" text"), 0);
+        EXPECT_TRUE(other->write(" text"));
         EXPECT_TRUE(commits || test::contentOf(shown) == "old");
-        EXPECT_EQ(other->commit(), 0);
+        EXPECT_TRUE(other->commit());
         EXPECT_EQ(test::contentOf(shown), "other text");
-        EXPECT_EQ(begin("old")->commit(), 0);
+        EXPECT_TRUE(begin("old")->commit());
     }
     for (const auto& entry : std::filesystem::directory_iterator(dir.path() + "/shown"))
         EXPECT_FALSE(entry.path().filename().string().starts_with('.')) << entry.path();

@@ -11,6 +11,7 @@
 #include "platform/linux/preview/file_confinement.h"
 #include "platform/preview_protocol.h"
 #include "support/patience.h"
+#include "support/results.h"
 #include "support/temp_dir.h"
 #include "support/trees.h"
 #include "support/whole_files.h"
@@ -20,7 +21,6 @@ namespace {
 
 struct PreviewToolsTest : testing::Test {
     TempDir dir;
-    std::string error;
     LinuxPreviewTools tools{dir.path(), "relative:" + dir.path() + ":/usr/bin:/bin", dir.path()};
 
     std::string path(const std::string& name) const { return dir.path() + "/" + name; }
@@ -29,13 +29,12 @@ struct PreviewToolsTest : testing::Test {
         return path(name);
     }
     std::string errorOf(const std::string& file) {
-        error.clear();
-        return tools.open(file, error) != nullptr ? "opened" : error;
+        const auto opened = tools.open(file);
+        return opened ? "opened" : opened.error().text;
     }
     std::unique_ptr<HelperProcess> start(const ProcessOrder& order) {
-        auto process = tools.start(order, error);
-        EXPECT_NE(process, nullptr) << error;
-        return process;
+        auto process = tools.start(order);
+        return process ? *std::move(process) : nullptr;
     }
     /// Returns all output of the helper until its end, or only until its first line is there.
     static std::string outputOf(HelperProcess& process, bool firstLine = false) {
@@ -50,17 +49,15 @@ struct PreviewToolsTest : testing::Test {
 TEST_F(PreviewToolsTest, OpensRegularFilesOfAnyNameAndNothingElse) {
     const std::string odd = path("a\xFF\n.txt");
     writeFile(odd, "content");
-    const auto file = tools.open(odd, error);
-    ASSERT_NE(file, nullptr) << error;
-    int code = 0;
-    EXPECT_EQ(file->head(4, code), "cont");
-    EXPECT_EQ(tools.again(*file, error)->head(100, code), "content");
+    const auto file = *tools.open(odd);
+    EXPECT_EQ(*file->head(4), "cont");
+    EXPECT_EQ(*(*tools.again(*file))->head(100), "content");
     ASSERT_EQ(symlink(odd.c_str(), path("link").c_str()), 0);
     EXPECT_EQ(errorOf(path("link")), "opened");
     ASSERT_EQ(mkfifo(path("fifo").c_str(), 0600), 0);
     for (const std::string& bad : {path("fifo"), dir.path(), std::string("/dev/zero")})
-        EXPECT_EQ(errorOf(bad), "") << bad;
-    EXPECT_EQ(errorOf(path("none")), tools.errorText(ENOENT));
+        EXPECT_TRUE(tools.open(bad).failedAs(ErrorKind::kUnsuited)) << bad;
+    EXPECT_EQ(errorOf(path("none")), "No such file or directory");
 }
 
 TEST_F(PreviewToolsTest, FindsCommandsInAbsoluteFoldersOnly) {
@@ -73,8 +70,8 @@ TEST_F(PreviewToolsTest, FindsCommandsInAbsoluteFoldersOnly) {
 
 TEST_F(PreviewToolsTest, AHelperGetsTheFileAndALittleOfEverythingElse) {
     writeFile(path("file"), "content");
-    const auto file = tools.open(path("file"), error);
-    const auto folder = tools.makeFolder(error);
+    const auto file = *tools.open(path("file"));
+    const auto folder = *tools.makeFolder();
     const int leak = open("/dev/null", O_RDONLY);
     ASSERT_EQ(dup2(leak, 77), 77);
     const std::string program =
@@ -101,8 +98,8 @@ TEST_F(PreviewToolsTest, AConverterReachesItsInputItsOutputAndAFolderOfItsOwn) {
     const TempDir elsewhere;  // A program may read its own folder, so the secret is elsewhere.
     const std::string secret = elsewhere.path() + "/secret";
     writeFile(secret, "secret\n");
-    const auto folder = tools.makeFolder(error);
-    const auto input = tools.inMemory("input\n", error);
+    const auto folder = *tools.makeFolder();
+    const auto input = *tools.inMemory("input\n");
     // The script uses only commands of the shell itself, because one without a folder starts no other
     // program.
     const std::string program =
@@ -142,25 +139,24 @@ TEST_F(PreviewToolsTest, TheEndOfAHelperTakesItsChildrenAlong) {
 
 TEST_F(PreviewToolsTest, APrivateFolderGoesWithAllThatIsInIt) {
     writeFile(path("file"), std::string(300'000, 'x'));
-    const auto file = tools.open(path("file"), error);
-    auto folder = tools.makeFolder(error);
+    const auto file = *tools.open(path("file"));
+    auto folder = *tools.makeFolder();
     const std::string home = folder->path();
     EXPECT_EQ(factsOf(home).st_mode & 0777U, 0700U);
-    EXPECT_EQ(folder->copy(*file, "copy", 299'999), EFBIG);
-    EXPECT_EQ(folder->copy(*file, "copy", 300'000), 0);
+    EXPECT_EQ(numberOf(folder->copy(*file, "copy", 299'999)), EFBIG);
+    EXPECT_EQ(numberOf(folder->copy(*file, "copy", 300'000)), 0);
     EXPECT_EQ(contentOf(home + "/copy"), contentOf(path("file")));
-    EXPECT_EQ(folder->makeFolder("sub"), 0);
-    EXPECT_EQ(folder->makeFolder("sub"), EEXIST);
-    EXPECT_EQ(folder->write("sub/x", "x"), 0);
-    EXPECT_EQ(folder->write("none/x", "x"), ENOENT);
+    EXPECT_EQ(numberOf(folder->makeFolder("sub")), 0);
+    EXPECT_EQ(numberOf(folder->makeFolder("sub")), EEXIST);
+    EXPECT_EQ(numberOf(folder->write("sub/x", "x")), 0);
+    EXPECT_EQ(numberOf(folder->write("none/x", "x")), ENOENT);
     folder.reset();
     EXPECT_FALSE(std::filesystem::exists(home));
 }
 
 TEST_F(PreviewToolsTest, AFolderThatCannotBeMadeSaysWhy) {
     LinuxPreviewTools nowhere(dir.path(), "", path("none"));
-    EXPECT_EQ(nowhere.makeFolder(error), nullptr);
-    EXPECT_EQ(error, tools.errorText(ENOENT));
+    EXPECT_EQ(numberOf(nowhere.makeFolder()), ENOENT);
 }
 
 TEST(PreviewProtocol, AnswersThatMakeNoSenseAreRefused) {

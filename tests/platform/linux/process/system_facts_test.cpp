@@ -7,6 +7,7 @@
 #include <cerrno>
 #include <cstdlib>
 
+#include "platform/linux/process/system_error.h"
 #include "support/temp_dir.h"
 #include "support/whole_files.h"
 
@@ -74,12 +75,13 @@ TEST(LinuxSystemFacts, AreKnownOnTheRealMachine) {
     EXPECT_EQ(facts.adminRights(), geteuid() == 0);
     EXPECT_EQ(facts.environment("PATH"), getenv("PATH"));
     EXPECT_EQ(facts.environment("HARBORLANTERN_UNSET_VALUE"), "");
-    EXPECT_EQ(facts.errorText(EACCES), "Permission denied");
-    for (const int unknown : {99999, -5}) {
-        errno = 0;
-        EXPECT_EQ(facts.errorText(unknown), "");
-        EXPECT_EQ(errno, EINVAL);
-    }
+}
+
+TEST(SystemError, HasTheNumberTheNameAndAnEnglishTextIfThereIsOne) {
+    const Error error = systemError(EACCES, "/x");
+    EXPECT_TRUE(error.number == EACCES && error.name == "/x" && error.text == "Permission denied");
+    for (const int unknown : {99999, -5}) EXPECT_EQ(systemError(unknown).text, "");
+    EXPECT_TRUE(systemResult(0) && systemResult(ENOTDIR).failedAs(ErrorKind::kNoFolder));
 }
 
 }  // namespace

@@ -121,7 +121,7 @@ TEST_F(ReadAheadHanging, AStopEndsTheWaitAndLeavesTheHelperBehindButNeverMoreTha
         const auto block = ahead.next();
         ASSERT_EQ(block == nullptr, i < 16) << i;
         if (block != nullptr) {
-            EXPECT_EQ(block->error, ETIMEDOUT) << "nothing is left to wait with";
+            EXPECT_TRUE(block->error && block->error->number == ETIMEDOUT) << "nothing is left to wait with";
         }
     }
     EXPECT_EQ(HelperSlot::taken(), 16U);
@@ -174,7 +174,7 @@ TEST_F(ReadAheadHanging, WhatIsFollowedOntoSuchADiskIsReadByHelpersAlone) {
         mount_->stopAnswering();
         std::vector<int> errors;
         while (const auto block = ahead.next())
-            if (block->error != 0) errors.push_back(block->error);
+            if (block->error) errors.push_back(block->error->number);
         EXPECT_GE(errors.size(), 1U);
         for (const int error : errors) EXPECT_EQ(error, ETIMEDOUT);
         EXPECT_GT(stops.looks, 0) << "messages run meanwhile";
