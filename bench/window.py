@@ -94,6 +94,9 @@ class Bench:
                 ("sort by a title click, texts, s", "sort_texts", 1.2, 1),
                 ("the same again, the other way round, s", "sort_texts_again", 1.2, 1),
                 ("scroll by a page, ms", "page", 10, 1e3),
+                ("a changed cell until painted, ms", "cell", None, 1),
+                ("a folder folded or unfolded until painted, ms", "fold", None, 1),
+                ("a row added and removed until painted, ms", "add_remove", None, 1),
                 ("search that finds nothing, s", "search", 0.3, 1),
                 ("memory of the view, bytes a row", "bytes", 16, 1)):
             yield name, median_of(runs, key) * factor, limit

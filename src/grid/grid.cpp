@@ -38,7 +38,7 @@ Row Grid::addRow(Row parent, TextRef text) {
     text_[row] = text;
     picture_[row] = 0;
     flags_[row] = 0;
-    changed(&GridChange::structure);
+    noteAdded(row);
     return row;
 }
 
@@ -94,6 +94,7 @@ void Grid::packTexts() {
 
 void Grid::removeRow(Row row) {
     std::vector<Row> removed;
+    noteGapBefore(row);
     tree_.remove(row, removed);
     forget(removed);
 }
@@ -122,7 +123,7 @@ void Grid::clear() {
     selected_.clear();
     current_ = top_ = kNoRow;
     wasteBytes_ = 0;
-    changed(&GridChange::structure);
+    changedOrder();
 }
 
 // --- what a row shows
@@ -131,7 +132,7 @@ void Grid::setText(Row row, std::string_view text) {
     const TextRef added = texts_.add(text);
     wasteBytes_ += this->text(row).size();
     text_[row] = added;
-    changed(&GridChange::cells);
+    changedCells(row);
 }
 
 std::string_view Grid::rowNote(Row row) const {
@@ -143,18 +144,18 @@ void Grid::setRowNote(Row row, std::string_view note) {
     const std::size_t waste = rowNote(row).size();
     notes_[row] = texts_.add(note);
     wasteBytes_ += waste;
-    changed(&GridChange::cells);
+    changedCells(row);
 }
 
 void Grid::setPicture(Row row, int picture) {
     picture_[row] = static_cast<std::uint8_t>(picture);
-    changed(&GridChange::cells);
+    changedCells(row);
 }
 
 void Grid::setBarPicture(Row row, int index) {
     bar_.ensure(row);
     bar_[row] = static_cast<std::uint8_t>(index + 1);
-    changed(&GridChange::cells);
+    changedCells(row);
 }
 
 std::optional<std::uint32_t> Grid::backColor(Row row) const {
@@ -166,21 +167,21 @@ std::optional<std::uint32_t> Grid::backColor(Row row) const {
 void Grid::setBackColor(Row row, std::uint32_t color) {
     backColor_.ensure(row);
     backColor_[row] = color + 1;
-    changed(&GridChange::cells);
+    changedCells(row);
 }
 
 // --- cells
 
 void Grid::setNumber(Row row, CellId cell, double value) {
     cells_.setNumber(row, cell, value);
-    changed(&GridChange::cells);
+    changedCells(row);
 }
 
 void Grid::setCellText(Row row, CellId cell, std::string_view text) {
     const std::size_t waste = cellText(row, cell).size();
     cells_.setText(row, cell, texts_.addShared(text));
     wasteBytes_ += waste;
-    changed(&GridChange::cells);
+    changedCells(row);
 }
 
 // --- state
@@ -188,6 +189,7 @@ void Grid::setCellText(Row row, CellId cell, std::string_view text) {
 void Grid::setExpanded(Row row, bool on) {
     if (expanded(row) == on) return;
     flags_[row] = static_cast<std::uint8_t>(on ? flags_[row] | kExpanded : flags_[row] & ~kExpanded);
+    pending_.folded.add(row);
     changed(&GridChange::structure);
 }
 
@@ -246,10 +248,44 @@ void Grid::changed(bool GridChange::*what) {
     if (redraw_) notify();
 }
 
+void Grid::changedCells(Row row) {
+    if (observer_ == nullptr) return;
+    pending_.cells.add(row);
+    if (redraw_) notify();
+}
+
+void Grid::changedOrder() {
+    pending_.added.addAll();
+    changed(&GridChange::structure);
+}
+
+// A row behind or below an added one needs no gap: the rows that follow the gap of that one come to it, too.
+void Grid::noteAdded(Row row) {
+    if (observer_ != nullptr && !pending_.added.isAll()) {
+        const Row above = parent(row), before = tree_.previousSibling(row);
+        const bool follows = (before != kNoRow && pending_.added.contains(before)) ||
+                             (above != kNoRow && pending_.added.contains(above));
+        if (!follows) noteGapBefore(row);
+        pending_.added.add(row);
+    }
+    changed(&GridChange::structure);
+}
+
+void Grid::noteGapBefore(Row row) {
+    if (observer_ == nullptr || pending_.newList()) return;
+    Row before = parent(row);
+    for (Row above = before; above != kNoRow; above = parent(above))
+        if (!expanded(above)) return;  // The row is hidden.
+    if (const Row sibling = tree_.previousSibling(row); sibling != kNoRow) {
+        before = sibling;
+        while (expanded(before) && hasChildren(before)) before = tree_.lastChild(before);
+    }
+    pending_.gaps.add(before);
+}
+
 void Grid::notify() {
-    const GridChange change = std::exchange(pending_, {});
-    if (observer_ != nullptr && (change.structure || change.columns || change.current || change.cells))
-        observer_->gridChanged(change);
+    if (observer_ != nullptr && !pending_.isEmpty()) observer_->gridChanged(pending_);
+    pending_.clear();
 }
 
 }  // namespace hl

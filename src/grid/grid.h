@@ -21,27 +21,11 @@
 
 #include "base/size_text.h"
 #include "grid/cell_table.h"
+#include "grid/grid_change.h"
 #include "grid/row_tree.h"
 #include "grid/text_store.h"
 
 namespace hl {
-
-/// What changed since the last notice. It does not tell which rows: whoever paints asks for the few visible
-/// ones.
-struct GridChange {
-    bool structure = false;  ///< Rows were added, removed, moved or folded: all indexes may be new.
-    bool columns = false;    ///< The columns, their titles or their masks changed.
-    bool current = false;    ///< The current row, the selection or the top row changed.
-    bool cells = false;      ///< What rows show changed.
-};
-
-class GridObserver {
-  public:
-    virtual ~GridObserver() = default;
-    /// Tells of changes. While redraw is off they gather, and one call tells of all of them when it goes on.
-    /// The call must not change the grid.
-    virtual void gridChanged(const GridChange& change) = 0;
-};
 
 enum class Alignment : std::uint8_t { kLeft, kRight };
 
@@ -184,6 +168,10 @@ class Grid {
     void packTexts();
     void sortChildren(Row parent, const LevelSort& sort, CellId cell);
     void changed(bool GridChange::*what);
+    void changedCells(Row row);
+    void changedOrder();
+    void noteAdded(Row row);
+    void noteGapBefore(Row row);
     void notify();
 
     RowTree tree_;

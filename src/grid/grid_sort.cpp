@@ -161,7 +161,7 @@ void Grid::sortChildren(Row parent, const LevelSort& sort, CellId cell) {
 void Grid::sortLevels(std::uint32_t deepest, const std::function<void()>& between) {
     const auto [parents, ends] = parentsByLevel(*this, deepest);
     // The observer is told even if memory runs out, since some levels are sorted by then.
-    const ScopeExit tell([this] { changed(&GridChange::structure); });
+    const ScopeExit tell([this] { changedOrder(); });
     for (std::uint32_t level = 0; level <= deepest; ++level) {
         const LevelSort& sort = levelSort(level);
         const CellId cell = sort.key.empty() ? kNoCell : cells_.find(sort.key);

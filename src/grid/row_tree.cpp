@@ -48,6 +48,7 @@ void RowTree::remove(Row row, std::vector<Row>& removed) {
     unlink(row);
     removed.insert(removed.end(), rows.rbegin(), rows.rend());
     free_.insert(free_.end(), rows.rbegin(), rows.rend());
+    for (const Row gone : rows) links_[gone].level = kGone;
     count_ -= rows.size();
     changed();
 }

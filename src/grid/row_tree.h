@@ -37,7 +37,11 @@ class RowTree {
     Row firstChild(Row row) const { return row == kNoRow ? firstRoot_ : links_[row].first; }
     Row lastChild(Row row) const { return row == kNoRow ? lastRoot_ : links_[row].last; }
     Row nextSibling(Row row) const { return links_[row].next; }
+    /// Returns the sibling before; kNoRow for a first one.
+    Row previousSibling(Row row) const { return links_[row].previous; }
     std::uint32_t level(Row row) const { return links_[row].level; }
+    /// Tells whether the number belongs to a row now. Everything else may be asked of such rows only.
+    bool exists(Row row) const { return row < limit_ && links_[row].level != kGone; }
     /// Returns the next row from the top, which is the row's first child if it has one; kNoRow after the last
     /// row.
     Row following(Row row) const;
@@ -61,6 +65,7 @@ class RowTree {
         std::uint32_t level;
     };
     static_assert(sizeof(Links) == kRowBytes);
+    static constexpr std::uint32_t kGone = 0xFFFFFFFF;  ///< The level of a number that belongs to no row.
 
     void unlink(Row row);
     void listRows() const;

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <random>
+#include <set>
 
 #include "grid/no_redraw.h"
 
@@ -182,7 +183,8 @@ TEST_F(GridTest, NoticesGatherWhileAGuardHoldsThemBackAndComeInOneWithTheOutermo
     }
     grid.setRedraw(true);
     ASSERT_EQ(observer.changes.size(), 1U);
-    EXPECT_TRUE(observer.changes[0].cells && observer.changes[0].current);
+    EXPECT_EQ(observer.changes[0].cells.size(), 2U);
+    EXPECT_TRUE(observer.changes[0].current);
     EXPECT_FALSE(observer.changes[0].structure || observer.changes[0].columns);
 }
 
@@ -200,6 +202,32 @@ TEST_F(GridTest, NoticesTellOfEveryChangeOfWhatStandsWhere) {
         ASSERT_EQ(observer.changes.size(), 1U);
         EXPECT_TRUE(observer.changes[0].structure);
     }
+}
+
+TEST(RowSet, HoldsWhatWasAddedInRangesThatDoNotTouchUntilThereAreTooManyOfThem) {
+    std::mt19937 random(3);
+    for (int round = 0; round < 300; ++round) {
+        RowSet set, other;
+        std::set<Row> all;
+        const Row limit = round % 2 == 0 ? 70 : 2000;
+        for (int i = 0; i < 60; ++i) {
+            const auto number = static_cast<Row>(random());
+            const Row row = i % 9 == 0 ? kNoRow - number % 3 : number % limit;
+            (i % 3 == 0 ? other : set).add(row);
+            all.insert(row);
+        }
+        set.add(other);
+        if (set.isAll()) continue;
+        EXPECT_EQ(set.size(), all.size());
+        for (const Row row : all) EXPECT_TRUE(set.contains(row));
+        for (std::size_t i = 1; i < set.ranges().size(); ++i)
+            EXPECT_GT(set.ranges()[i].first, std::size_t{set.ranges()[i - 1].last} + 1);
+    }
+    RowSet full;
+    for (Row row = 0; row < 2 * RowSet::kMost; row += 2) full.add(row);
+    EXPECT_FALSE(full.isAll() || full.contains(1));
+    full.add(2 * RowSet::kMost);
+    EXPECT_TRUE(full.isAll() && full.contains(1));
 }
 
 }  // namespace

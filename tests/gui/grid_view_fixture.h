@@ -63,6 +63,10 @@ struct GridViewTest : testing::Test {
         view->setFocus();
         QTest::qWait(0);
     }
+    /// Waits until the view has applied what the grid told, and painted that.
+    static void settle() {
+        for (int i = 0; i < 3; ++i) QTest::qWait(0);
+    }
     /// Adds `count` roots "r0", "r1", ...
     void addRoots(std::size_t count) {
         for (std::size_t i = 0; i < count; ++i) grid.addRow(kNoRow, "r" + std::to_string(i));

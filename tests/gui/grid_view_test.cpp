@@ -1,7 +1,9 @@
 // Tests what a view of a grid costs, what it shows of the changes of the grid, and what keys and the mouse do
 // in it.
 #include <QContextMenuEvent>
+#include <QScreen>
 #include <QScrollBar>
+#include <random>
 
 #include "gui/grid_view_fixture.h"
 #include "platform/qt/grid/grid_colors.h"
@@ -21,17 +23,87 @@ TEST_F(GridViewTest, PaintingAsksForTheTextsOfRowsOnScreenAlone) {
 TEST_F(GridViewTest, ManyChangesCostOneListOfRowsWithRedrawOnAndOff) {
     show();
     for (const bool redraw : {true, false}) {
-        const std::size_t before = view->rows().rebuilds();
+        const std::size_t before = view->rows().changes();
         grid.setRedraw(redraw);
         addRoots(10000);
         for (int i = 0; i < 50; ++i) grid.setCurrentRow(grid.firstRoot());
         grid.setRedraw(true);
         QTest::qWait(0);
-        EXPECT_EQ(view->rows().rebuilds(), before + 1);
-        grid.setPicture(grid.rowAt(5), 3);
-        QTest::qWait(0);
-        EXPECT_EQ(view->rows().rebuilds(), before + 1);
+        EXPECT_EQ(view->rows().changes(), before + 1);
     }
+}
+
+TEST_F(GridViewTest, AChangeCostsThePaintingOfItsRowAndTheListingOfItsBranch) {
+    showTree();
+    addRoots(500);
+    const Row branch = row("b"), last = row("r499");
+    for (int i = 0; i < 100; ++i) grid.addRow(branch, "child");
+    settle();
+    for (const Row changed : {row("ab"), last}) {
+        asked.clear();
+        grid.setNumber(changed, 0, 7);
+        settle();
+        EXPECT_EQ(asked, changed == last ? std::set<Row>() : std::set{changed});
+    }
+    const std::size_t before = view->rows().rebuilds();
+    grid.setExpanded(branch, true);
+    view->sync();
+    EXPECT_EQ(view->rows().count(), 505U + 101U);
+    grid.removeRow(grid.firstChild(branch));
+    grid.removeRow(row("a"));
+    grid.addRow(kNoRow, "new");
+    EXPECT_EQ(shown().substr(0, 8), "b child ");
+    EXPECT_EQ(view->rows().rebuilds(), before);
+}
+
+/// Changes a small tree again and again without any order.
+struct Changer {
+    Grid& grid;
+    std::mt19937 random{7};
+
+    std::size_t below(std::size_t limit) { return random() % limit; }
+    Row any() { return grid.rowCount() == 0 ? kNoRow : grid.rowAt(below(grid.rowCount())); }
+    void change() {
+        const Row row = any();
+        const std::size_t what = below(row == kNoRow ? 2 : 12);
+        if (what < 4 && grid.rowCount() < 60) {
+            grid.addRow(below(5) == 0 ? kNoRow : row, "n" + std::to_string(below(1000)));
+        } else if (row == kNoRow || what < 6) {
+            if (row != kNoRow) grid.removeRow(row);
+        } else if (what < 9) {
+            grid.setExpanded(row, !grid.expanded(row));
+        } else if (what == 9) {
+            grid.setText(row, "t" + std::to_string(below(1000)));
+        } else if (what == 10) {
+            grid.setBackColor(row, 0xFFCC00);
+        } else {
+            grid.setRowNote(row, "note" + std::to_string(below(9)));
+        }
+    }
+};
+
+TEST_F(GridViewTest, AfterAnyChangesTheScreenShowsWhatAFreshViewPaints) {
+    showTree();
+    Changer changer{grid};
+    VisibleRows fresh(grid);
+    std::size_t updates = 0;
+    for (int step = 0; step < 200 && !HasFailure(); ++step) {
+        const std::size_t before = view->rows().rebuilds();
+        grid.setRedraw(changer.below(3) == 0);
+        for (std::size_t i = changer.below(8); i > 0; --i) changer.change();
+        grid.setRedraw(true);
+        if (changer.below(2) == 0) changer.change();
+        if (changer.below(9) == 0) grid.sortLevels(2);
+        settle();
+        fresh.rebuild();
+        ASSERT_EQ(view->rows().count(), fresh.count()) << step;
+        for (std::size_t i = 0; i < fresh.count(); ++i) ASSERT_EQ(view->rows().at(i), fresh.at(i)) << step;
+        EXPECT_EQ(view->model()->rowCount(), view->verticalHeader()->count());
+        const QImage there = view->screen()->grabWindow(view->winId()).toImage();
+        ASSERT_EQ(there, view->grab().toImage().convertToFormat(there.format())) << step;
+        updates += view->rows().rebuilds() == before ? 1 : 0;
+    }
+    EXPECT_GT(updates, 100U);
 }
 
 TEST_F(GridViewTest, AColumnIsMeasuredByABoundedSampleAndByTheRootRows) {

@@ -61,10 +61,10 @@ bool CellEditor::usable() const {
 
 void CellEditor::begin(Row row) {
     if (open_) {
-        const std::size_t before = view_.rows().rebuilds();
+        const std::size_t before = view_.rows().changes();
         commit();
         // Whoever was told of that may have removed the row.
-        const bool sameRows = view_.sync() && view_.rows().rebuilds() == before;
+        const bool sameRows = view_.sync() && view_.rows().changes() == before;
         if (!sameRows && !view_.rows().find(row)) return;
     }
     if (row == kNoRow || !usable() || !view_.isVisible()) return;

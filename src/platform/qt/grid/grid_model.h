@@ -13,7 +13,7 @@ namespace hl {
 
 using CellTextFunction = std::function<std::string(GridId, std::size_t column, Row)>;
 
-class GridModel : public QAbstractTableModel {
+class GridModel : public QAbstractTableModel, public RowListObserver {
   public:
     /// The arguments must outlive it.
     GridModel(const Grid& grid, GridId id, const VisibleRows& rows, const CellTextFunction& cellText,
@@ -23,6 +23,14 @@ class GridModel : public QAbstractTableModel {
     void beginRows() { beginResetModel(); }
     void endRows() { endResetModel(); }
     void columnsChanged();
+    void beforeRemoval(std::size_t first, std::size_t last) override {
+        beginRemoveRows({}, static_cast<int>(first), static_cast<int>(last));
+    }
+    void afterRemoval() override { endRemoveRows(); }
+    void beforeInsertion(std::size_t first, std::size_t last) override {
+        beginInsertRows({}, static_cast<int>(first), static_cast<int>(last));
+    }
+    void afterInsertion() override { endInsertRows(); }
 
     int rowCount(const QModelIndex& parent = {}) const override;
     int columnCount(const QModelIndex& parent = {}) const override;

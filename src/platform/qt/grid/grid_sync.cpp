@@ -35,25 +35,36 @@ void GridSync::start() {
     grid_.attach(this);
     GridChange all;
     all.structure = all.columns = all.current = true;
+    all.added.addAll();
     gridChanged(all);
 }
 
 // --- the notices
 
 void GridSync::gridChanged(const GridChange& change) {
-    // A scan switches redraw on for this one notice: painting walks the grid as it is now.
-    view_.viewport()->update();
+    repaint(change);
     if (own_ && !change.structure) return;
-    pending_.structure |= change.structure;
-    pending_.columns |= change.columns;
-    pending_.current |= change.current;
+    pending_.add(change);
     dirty_ = true;
     if (!timer_.isActive()) timer_.start(0);
 }
 
+// This comes at once, because a scan switches redraw on for this one notice. Painting walks the grid as it is
+// then; changed cells leave the other rows as they are on screen.
+void GridSync::repaint(const GridChange& change) {
+    QWidget& viewport = *view_.viewport();
+    if (!change.cellsAlone() || change.cells.isAll()) return viewport.update();
+    const int height = view_.places().rowHeight();
+    Row row = VisibleRows::firstPainted(grid_);
+    for (int top = 0; row != kNoRow && top < viewport.height(); top += height) {
+        if (change.cells.contains(row)) viewport.update(0, top, viewport.width(), height);
+        row = VisibleRows::following(grid_, row);
+    }
+}
+
 bool GridSync::sync() {
     if (!grid_.redraw()) return false;
-    if (dirty_ && !applying_) apply();
+    if ((dirty_ || listing_) && !applying_) apply();
     return true;
 }
 
@@ -63,25 +74,30 @@ void GridSync::apply() {
     const OwnChange own(*this);
     timer_.stop();
     dirty_ = false;
-    const GridChange change = std::exchange(pending_, {});
+    GridChange change = std::exchange(pending_, {});
+    if (listing_) change.structure = true, change.added.addAll();
     const int shown = view_.verticalScrollBar()->value();
     if (change.columns) {
         model_.columnsChanged();
         view_.columns().apply();
     }
-    if (change.structure) applyRows();
+    if (change.structure) applyRows(change);
     applyTop(shown, change.structure);
     applyCurrent();
     view_.columns().showSort();
-    view_.viewport()->update();
+    if (!change.cellsAlone()) view_.viewport()->update();
     if (change.structure) accessibleRowsChanged(view_);
     view_.moveEditor(change.structure);
 }
 
-void GridSync::applyRows() {
-    model_.beginRows();
-    rows_.rebuild();
-    model_.endRows();
+void GridSync::applyRows(const GridChange& change) {
+    listing_ = true;
+    if (!rows_.update(change, model_)) {
+        model_.beginRows();
+        rows_.rebuild();
+        model_.endRows();
+    }
+    listing_ = false;
     view_.layOut();
 }
 

@@ -36,7 +36,7 @@ class GridSync : public GridObserver {
     /// Applies what the grid told. Returns false while redraw is off: rows() may then be out of date.
     bool sync();
     /// Tells whether sync() would do nothing.
-    bool upToDate() const { return !dirty_ && grid_.redraw(); }
+    bool upToDate() const { return !dirty_ && !listing_ && grid_.redraw(); }
     const VisibleRows& rows() const { return rows_; }
     GridModel& model() { return model_; }
 
@@ -52,7 +52,8 @@ class GridSync : public GridObserver {
 
   private:
     void apply();
-    void applyRows();
+    void applyRows(const GridChange& change);
+    void repaint(const GridChange& change);
     void applyTop(int shown, bool structure);
     void applyCurrent();
     void storeTop();
@@ -67,6 +68,7 @@ class GridSync : public GridObserver {
     bool dirty_ = false;
     bool own_ = false;
     bool applying_ = false;
+    bool listing_ = false;  ///< The list of rows is being changed, or an error ended that.
     bool userScrolled_ = false;
     QTimer timer_;
     Row lastTop_ = kNoRow;

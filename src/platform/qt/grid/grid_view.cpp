@@ -202,7 +202,7 @@ void GridView::paintRows(const QRect& dirty) {
     });
     const RowPainter rows(sources_, *this);
     const int left = -horizontalScrollBar()->value();
-    Row row = grid_.topRow() != kNoRow ? grid_.topRow() : grid_.firstRoot();
+    Row row = VisibleRows::firstPainted(grid_);
     for (int top = 0; row != kNoRow && top <= dirty.bottom(); top += places_.rowHeight()) {
         const QRect area(left, top, right - left, places_.rowHeight());
         if (area.bottom() >= dirty.top()) rows.paint(painter, row, area, columns);
