@@ -34,8 +34,8 @@ inline constexpr NumberKey kKeyCsvEscapeFormulas{kSectionOptions, "CsvEscapeForm
 
 // The window's place and size in twips (1/1440 inch). Left and Top have no default: the window is centred.
 inline constexpr NumberKey kKeyWindowState{kSectionForm, "WindowState", 0};
-inline constexpr NumberKey kKeyWidth{kSectionForm, "Width", 11715};
-inline constexpr NumberKey kKeyHeight{kSectionForm, "Height", 8190};
+inline constexpr std::string_view kKeyWidth = "Width";
+inline constexpr std::string_view kKeyHeight = "Height";
 inline constexpr NumberKey kKeySplitter{kSectionForm, "TVW", 3675};
 inline constexpr std::string_view kKeyLeft = "Left";
 inline constexpr std::string_view kKeyTop = "Top";

@@ -1,5 +1,6 @@
 #include "mainwindow/window_geometry.h"
 
+#include <algorithm>
 #include <cmath>
 #include <optional>
 
@@ -10,6 +11,8 @@ namespace hl {
 
 namespace {
 
+constexpr int kFirstShare = 80;                        // Percent of the screen that the first window takes.
+constexpr int kFirstWidth = 1280, kFirstHeight = 800;  // In pixels; it is not larger.
 constexpr int kSplitterInside = 2190;                  // Twips.
 constexpr double kLargest = 32767.0 * kTwipsPerPixel;  // In twips; no window system takes more pixels.
 
@@ -20,9 +23,11 @@ std::optional<double> twips(const IniText& settings, std::string_view key) {
     return number;
 }
 
-double size(const IniText& settings, const NumberKey& key) {
-    const double stored = twips(settings, key.key).value_or(0);
-    return stored >= kTwipsPerPixel ? stored : key.defaultValue;
+// Returns a width or height in twips. `most` and `screen` are in pixels.
+double size(const IniText& settings, std::string_view key, int most, int screen) {
+    const double stored = twips(settings, key).value_or(0);
+    if (stored >= kTwipsPerPixel) return stored;
+    return std::min(most, screen * kFirstShare / 100) * kTwipsPerPixel;
 }
 
 int pixels(double twips) {
@@ -39,8 +44,8 @@ int edge(std::optional<double> stored, double windowTwips, int start, int length
 }  // namespace
 
 WindowPlace savedPlace(const IniText& settings, const Rect& screen) {
-    const double height = size(settings, kKeyHeight);
-    const double width = size(settings, kKeyWidth);
+    const double height = size(settings, kKeyHeight, kFirstHeight, screen.height);
+    const double width = size(settings, kKeyWidth, kFirstWidth, screen.width);
     const double stored = twips(settings, kKeySplitter.key).value_or(kKeySplitter.defaultValue);
     const double splitter = stored > width || stored < 0 ? kSplitterInside : stored;
     return {{.left = edge(twips(settings, kKeyLeft), width, screen.left, screen.width),
@@ -64,8 +69,8 @@ void FensterpositionSpeichern(SettingsStore& settings, WindowState state, const 
         set(kKeyWindowState.key, static_cast<int>(state));
         set(kKeyLeft, std::int64_t{normal.left} * kTwipsPerPixel);
         set(kKeyTop, std::int64_t{normal.top} * kTwipsPerPixel);
-        set(kKeyWidth.key, std::int64_t{normal.width} * kTwipsPerPixel);
-        set(kKeyHeight.key, std::int64_t{normal.height} * kTwipsPerPixel);
+        set(kKeyWidth, std::int64_t{normal.width} * kTwipsPerPixel);
+        set(kKeyHeight, std::int64_t{normal.height} * kTwipsPerPixel);
         set(kKeySplitter.key, std::int64_t{splMain} * kTwipsPerPixel);
     });
 }

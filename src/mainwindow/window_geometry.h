@@ -16,7 +16,8 @@ struct WindowPlace {
     int splitter = 0;  ///< The position of splMain.
 };
 
-/// Returns the saved place, adapted to this screen. Without one, the window is centred. A left or upper edge
+/// Returns the saved place, adapted to this screen. Without one, the window takes 80
+/// percent of the screen, at most 1280 by 800, and is centred. A left or upper edge
 /// outside of the screen is moved to the screen's edge; a splitter beyond the window goes to 2190 twips. What
 /// is no number, or no possible size of a window, counts as not saved.
 WindowPlace savedPlace(const IniText& settings, const Rect& screen);

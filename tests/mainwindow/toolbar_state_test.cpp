@@ -112,21 +112,22 @@ class WindowGeometry : public test::SettingsFixture {
 
 TEST_F(WindowGeometry, OpensWhereItFitsWhateverTheFileHolds) {
     const std::pair<const char*, const char*> cases[] = {
-        {"", "570 267 781 546 245 "},
+        {"", "320 140 1280 800 245 "},
         {"Width=15000\nHeight=7500", "460 290 1000 500 245 "},
-        {"Left=99999\nTop=450", "0 30 781 546 245 "},
-        {"Left=-15\nTop=16200", "0 0 781 546 245 "},
-        {"Left=28785\nTop=16185", "1919 1079 781 546 245 "},
+        {"Left=99999\nTop=450", "0 30 1280 800 245 "},
+        {"Left=-15\nTop=16200", "0 0 1280 800 245 "},
+        {"Left=28785\nTop=16185", "1919 1079 1280 800 245 "},
         {"Width=45000\nHeight=30000", "0 0 3000 2000 245 "},
-        {"TVW=11716", "570 267 781 546 146 "},
-        {"TVW=-1", "570 267 781 546 146 "},
-        {"TVW=11715", "570 267 781 546 781 "},
-        {"Left=x\nTop=\nWidth=0\nHeight=-15\nTVW=1e9", "570 267 781 546 245 "},
-        {"Left=99999999999\nWidth=99999999999", "570 267 781 546 245 "}};
+        {"TVW=19201", "320 140 1280 800 146 "},
+        {"TVW=-1", "320 140 1280 800 146 "},
+        {"TVW=19200", "320 140 1280 800 1280 "},
+        {"Left=x\nTop=\nWidth=0\nHeight=-15\nTVW=1e9", "320 140 1280 800 245 "},
+        {"Left=99999999999\nWidth=99999999999", "320 140 1280 800 245 "}};
     for (const auto& [lines, place] : cases)
         EXPECT_EQ(shown(savedPlace(IniText(std::string("[Form]\n") + lines), kScreen)), place) << lines;
+    EXPECT_EQ(shown(savedPlace(IniText(""), {0, 0, 800, 600})), "80 60 640 480 245 ");
     const Rect second{-1920, 40, 1920, 1040};
-    EXPECT_EQ(shown(savedPlace(IniText("[Form]\nLeft=-1500\nTop=0"), second)), "-100 40 781 546 245 ");
+    EXPECT_EQ(shown(savedPlace(IniText("[Form]\nLeft=-1500\nTop=0"), second)), "-100 40 1280 800 245 ");
 }
 
 TEST_F(WindowGeometry, ComesBackAsItWasSaved) {
