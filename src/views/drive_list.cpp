@@ -317,8 +317,13 @@ void DriveList::MouseUp(Row row, MouseButton button, bool /*shift*/, Point at) {
     });
 }
 
+void DriveList::DblClick() {
+    if (!scan_.state.ScanActive) Drives_ScanDrives(true);
+}
+
 void DriveList::KeyUp(int key) {
     if (scan_.state.ScanActive) return;
+    if (key == kKeyReturn) return DblClick();
     guarded(scan_.diagnostics, {.routine = "lvwDiskinfo_KeyUp"}, [&] {
         const Row row = key == kKeyDelete ? firstSelected(grid_) : kNoRow;
         if (row == kNoRow || !isNetworkPath(grid_.text(row))) return;

@@ -127,7 +127,10 @@ class DriveList final : public GridEvents {
 
     // --- what the user does; ignored while a scan runs
     void MouseUp(Row row, MouseButton button, bool shift, Point at) override;
-    /// The Delete key removes the first selected row if it is a share with a UNC text.
+    /// Reads the first selected drive.
+    void DblClick() override;
+    /// Return reads the first selected drive. The Delete key removes the first selected row if it is a share
+    /// with a UNC text.
     void KeyUp(int key) override;
 
     /// Delivers the answers that have arrived, and fits the columns once. To be called when

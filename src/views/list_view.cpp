@@ -140,6 +140,7 @@ void ListView::DblClick() {
 void ListView::KeyUp(int key) {
     trapped(traits_.events, [&] {
         if (ignoresInput() || !traits_.hasFiles) return;
+        if (key == kKeyReturn) return DblClick();
         if (key == kKeyF2) {
             if (grid_.selectedCount() == 1) pane_.editCell(grid_.selectedRows().front());
             return;

@@ -313,6 +313,7 @@ void ReportView::DblClick() {
 void ReportView::KeyUp(int key) {
     guarded(scan_.diagnostics, {.routine = "tvwPL_KeyUp"}, [&] {
         if (grid_.selectedCount() == 0 || scan_.state.ScanActive) return;
+        if (key == kKeyReturn) return DblClick();
         const Row first = grid_.selectedRows().front();
         // The current row stays, because with Ctrl and Shift the keys move it and go on from it.
         if (key == kKeyUp || key == kKeyDown) tellOf(first, MouseButton::kLeft, {});

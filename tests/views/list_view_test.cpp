@@ -79,6 +79,8 @@ TEST_F(Lists, AnswerKeysAndDoubleClicksWhereTheyHaveFiles) {
         select(list.grid, {1, 0});
         list.view.DblClick();
         EXPECT_EQ(taken(), opened) << "of two the current one";
+        list.view.KeyUp(kKeyReturn);
+        EXPECT_EQ(taken(), opened);
         list.view.KeyUp(kKeyF2);
         EXPECT_EQ(taken(), Lines()) << "one row has a name to edit, two have not";
     }

@@ -16,7 +16,8 @@ struct KeyName {
 };
 
 // The logic is told of the release of these keys.
-constexpr KeyName kToldKeys[] = {{Qt::Key_Up, kKeyUp},         {Qt::Key_Down, kKeyDown},
+constexpr KeyName kToldKeys[] = {{Qt::Key_Return, kKeyReturn}, {Qt::Key_Enter, kKeyReturn},
+                                 {Qt::Key_Up, kKeyUp},         {Qt::Key_Down, kKeyDown},
                                  {Qt::Key_F2, kKeyF2},         {Qt::Key_Delete, kKeyDelete},
                                  {Qt::Key_PageUp, kKeyPageUp}, {Qt::Key_PageDown, kKeyPageDown}};
 
