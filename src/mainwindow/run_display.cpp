@@ -5,6 +5,7 @@
 #include <exception>
 #include <utility>
 
+#include "base/path.h"
 #include "base/text.h"
 #include "mainwindow/main_form.h"
 
@@ -55,17 +56,19 @@ void RunDisplay::runBegan() {
         each->setRedraw(false);
     sourceUnseen_ = true;
     shownFolders_ = 0;
+    progress_->begin(form_.services().pump.GetTickCount());
     form_.status.beginRun();
 }
 
-void RunDisplay::runEnded(bool whole) {
-    if (whole) {
-        form_.report.rowsArrived();
-        form_.lists.filled();
-        if (ListView* list = form_.lists.shown()) list->ShowFileStat();
-    }
-    const std::string text = whole ? form_.services().texts.TL(3525, "OK.") : std::string();
+void RunDisplay::runEnded(RunEnd end) {
+    if (end == RunEnd::kBrokenOff) return form_.status.endRun(std::exchange(missing_, {}));
+    const Services& services = form_.services();
+    const std::string text = progress_->ended(services.pump.GetTickCount(), end == RunEnd::kStopped,
+                                              services.texts, services.numbers);
+    form_.report.rowsArrived();
+    form_.lists.filled();
     form_.status.endRun(missing_.empty() ? text : std::exchange(missing_, {}));
+    if (ListView* list = form_.lists.shown()) list->ShowFileStat();
 }
 
 void RunDisplay::selectionGone() {
@@ -89,6 +92,23 @@ void RunDisplay::sourceMissing(const std::string& source, const std::string& rea
 
 void RunDisplay::sourceBegan() {
     form_.sources.changed();
+    ++sources_;
+    progress_->beginSource(form_.services().pump.GetTickCount());
+    if (const SourceItem* source = form_.session.cboOrdner.selected()) askDrive(source->tag);
+}
+
+// A drive that is read whole tells how much there is to read. It may answer late, or never.
+void RunDisplay::askDrive(const std::string& source) {
+    const PathRules& paths = form_.services().paths;
+    for (const Drive& drive : form_.own.drives.drives()) {
+        if (identityKey(AddTrailingSlash(drive.root, paths), paths) != identityKey(source, paths)) continue;
+        form_.own.drives.ask(drive, [this, asked = sources_, alive = std::weak_ptr<RunProgress>(progress_)](
+                                        const DriveAnswer& space) {
+            const std::shared_ptr<RunProgress> progress = alive.lock();
+            if (progress == nullptr || !space || sources_ != asked) return;
+            progress->expect(space->usedEntries, space->total - space->free - space->reserved);
+        });
+    }
 }
 
 void RunDisplay::listsFilled() {
@@ -96,6 +116,8 @@ void RunDisplay::listsFilled() {
 }
 
 void RunDisplay::sourceDone(Row row) {
+    const ScanTotals& totals = form_.session.state.lastTotals;
+    progress_->endSource({totals.files, totals.folders, static_cast<double>(totals.size.bytes())});
     form_.drives.list().Drives_SelectDrive(row);
 }
 
@@ -116,6 +138,15 @@ void RunDisplay::folderEntered(std::string_view path) {
     if (tick < lastStatusTick_ + kStatusInterval) return;
     lastStatusTick_ = tick;
     form_.status.setFirst(std::string(path) + "*.*");
+}
+
+void RunDisplay::entriesCame(const ScanProgress& progress) {
+    const Services& services = form_.services();
+    const std::uint64_t tick = services.pump.GetTickCount();
+    if (tick < lastCountTick_ + kStatusInterval) return;
+    lastCountTick_ = tick;
+    progress_->found(progress.soFar(), tick);
+    form_.status.setSecond(progress_->running(tick, services.texts, services.numbers));
 }
 
 // Fitting the columns costs about a millisecond, so it is done each time the number of notices has doubled.

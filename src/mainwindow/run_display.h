@@ -3,8 +3,10 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <string>
 
+#include "mainwindow/run_progress.h"
 #include "scan/controls.h"
 #include "scan/scan_host.h"
 
@@ -21,7 +23,7 @@ class RunDisplay final : public ScanHost, public Controls {
 
     // --- ScanHost
     void runBegan() override;
-    void runEnded(bool whole) override;
+    void runEnded(RunEnd end) override;
     void selectionGone() override;
     void folderShown(const std::string& folder) override;
     void sourceMissing(const std::string& source, const std::string& reason) override;
@@ -31,6 +33,7 @@ class RunDisplay final : public ScanHost, public Controls {
     void sourceChanged(Row row) override;
     void folderEntered(std::string_view path) override;
     void firstLevelFolderDone() override;
+    void entriesCame(const ScanProgress& progress) override;
     void diskSilent(const std::string& text) override;
 
     // --- Controls
@@ -39,13 +42,19 @@ class RunDisplay final : public ScanHost, public Controls {
     void unlockControls() override;
 
   private:
+    void askDrive(const std::string& source);
+
     MainForm& form_;
     bool sourceUnseen_ = false;       ///< The row of the first source of a run was not shown yet.
     std::uint64_t shownFolders_ = 0;  ///< The number of notices of a run to the report.
     std::uint32_t errorsBefore_ = 0;  ///< The program's errors when the controls were locked.
     bool rowsMissing_ = false;        ///< An error of the program interrupted the filling of the report.
     std::uint64_t lastStatusTick_ = 0;
-    std::string missing_;  ///< What a run has to say of sources that do not exist.
+    std::uint64_t lastCountTick_ = 0;
+    /// Answers of drives find it through weak pointers.
+    std::shared_ptr<RunProgress> progress_ = std::make_shared<RunProgress>();
+    std::uint64_t sources_ = 0;  ///< The number of sources that were begun.
+    std::string missing_;        ///< What a run has to say of sources that do not exist.
 };
 
 }  // namespace hl

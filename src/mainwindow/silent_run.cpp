@@ -67,7 +67,7 @@ void SilentRun::unlockControls() {
         grid->setEnabled(true);
 }
 
-void SilentRun::runEnded(bool) {
+void SilentRun::runEnded(RunEnd /*end*/) {
     services().console.progress("");
 }
 

@@ -27,7 +27,7 @@ class SilentRun final : public ScanHost, public Controls {
     ScanContext& scan() { return scan_; }
 
     // ScanHost
-    void runEnded(bool whole) override;
+    void runEnded(RunEnd end) override;
     void folderEntered(std::string_view path) override;
     void sourceMissing(const std::string& source, const std::string& reason) override;
     void diskSilent(const std::string& text) override;

@@ -16,13 +16,13 @@ void StatusLine::setSecond(const std::string& text) {
 }
 
 void StatusLine::beginRun() {
-    panels_.secondVisible = false;
+    panels_.second.clear();
     panels_.firstTakesAll = true;
     show();
 }
 
 void StatusLine::endRun(const std::string& text) {
-    panels_.secondVisible = true;
+    panels_.second.clear();
     panels_.firstTakesAll = false;
     panels_.firstWidth = form_.window->grid(GridId::kReport).innerWidth();
     setFirst(text);

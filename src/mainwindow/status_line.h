@@ -18,9 +18,9 @@ class StatusLine {
     void setSecond(const std::string& text);
     const std::string& first() const { return panels_.first; }
 
-    /// The first panel gets the whole width, for the running path of a run.
+    /// The panels share the width: the first has the path that is read, the second what was found.
     void beginRun();
-    /// Both panels are visible again, the first one with `text`.
+    /// The first panel gets its own width again, and `text`; the second is empty.
     void endRun(const std::string& text);
 
     /// What the panes change: the width of the first panel and the text of the second. They call show() then.

@@ -40,6 +40,8 @@ struct DriveSpace {
     std::uint64_t free = 0;  ///< In bytes, for this user.
     std::uint64_t clusterSize = 0;
     std::uint64_t reserved = 0;  ///< Bytes that are neither used nor free for this user.
+    /// The number of files and folders; 0 if the file system does not count them.
+    std::uint64_t usedEntries = 0;
 };
 
 using DriveAnswer = Result<DriveSpace>;

@@ -130,6 +130,10 @@ void workThroughQueue(ScanContext& scan) {
 
 }  // namespace
 
+RunEnd endOf(const ScanState& state) {
+    return state.CancelState == kCancelStop ? RunEnd::kStopped : RunEnd::kDone;
+}
+
 // --- the queue
 
 void AddNewSearchPath(ScanContext& scan, std::string_view path) {
@@ -153,23 +157,23 @@ void Ordnerliste_Abarbeiten(ScanContext& scan) {
         // A Stop of something earlier, such as a list of files, must not end this run.
         scan.state.CancelState = kCancelNone;
         std::optional<BusyPointer> busy(scan.controls);
-        bool done = false;
+        RunEnd end = RunEnd::kBrokenOff;
         {
             // The window is unlocked however the run ends, because a locked window could not even be closed.
             const ScopeExit unlock([&] {
                 scan.state.CancelState = kCancelNone;
                 EnableControls(scan);
-                if (done) return;
+                if (end != RunEnd::kBrokenOff) return;
                 scan.state.SourceQueue.clear();
-                scan.host.runEnded(false);
+                scan.host.runEnded(end);
             });
             DisableControls(scan, false);
             scan.host.runBegan();
             workThroughQueue(scan);
-            done = true;
+            end = endOf(scan.state);
         }
         busy.reset();
-        scan.host.runEnded(true);
+        scan.host.runEnded(end);
     });
 }
 

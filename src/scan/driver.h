@@ -32,6 +32,9 @@ void Report_Rescan(ScanContext& scan);
 /// the shares above, the order of rows and the three lists.
 void Report_ReadAgain(ScanContext& scan, Row row);
 
+/// Returns how a run ends that no error breaks off. REQUIRES: CancelState is still as the run left it.
+RunEnd endOf(const ScanState& state);
+
 /// Locks the window except for Stop, and with `noStop` for Stop too, sets ScanActive, and lets messages run.
 void DisableControls(ScanContext& scan, bool noStop);
 /// Undoes DisableControls.

@@ -86,12 +86,12 @@ void rescanCurrent(ScanContext& scan) {
     Row row = kNoRow;
     std::size_t formerIndex = 0;
     std::string formerText;
-    bool done = false;
+    RunEnd end = RunEnd::kBrokenOff;
     {
         const ScopeExit unlock([&] {
             scan.state.CancelState = kCancelNone;  // A Stop of this reading must not end what comes next.
             EnableControls(scan);
-            if (!done) scan.host.runEnded(false);
+            if (end == RunEnd::kBrokenOff) scan.host.runEnded(end);
         });
         DisableControls(scan, false);
         row = report.currentRow();
@@ -102,11 +102,11 @@ void rescanCurrent(ScanContext& scan) {
         report.setCurrentRow(row);
         readAgain(scan, row);
         scan.host.sourceChanged(row);
-        done = true;
+        end = endOf(scan.state);
     }
     busy.reset();
     makeCurrent(report, formerIndex, formerText, row);
-    scan.host.runEnded(true);
+    scan.host.runEnded(end);
     scan.state.currentFolder.clear();
     if (scan.state.SourceQueue.empty()) {
         scan.host.folderShown(Report_GetFullpathOfNode(report, row, true, scan.paths));

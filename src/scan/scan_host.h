@@ -2,12 +2,34 @@
 // routine does nothing unless it is overridden. For the thread of the logic only. Calls must not throw.
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 
 #include "grid/row_tree.h"
 
 namespace hl {
+
+struct ScanCounts {
+    std::int64_t files = 0;
+    std::int64_t folders = 0;
+    double bytes = 0;
+};
+
+/// A walk that is under way.
+class ScanProgress {
+  public:
+    virtual ~ScanProgress() = default;
+    /// Returns what was found up to now. The cost is a sum over the levels of the current folder.
+    virtual ScanCounts soFar() const = 0;
+};
+
+/// How a run ended.
+enum class RunEnd : std::uint8_t {
+    kDone,
+    kStopped,    ///< By the user, so the last source is incomplete.
+    kBrokenOff,  ///< By an error of the program.
+};
 
 class ScanHost {
   public:
@@ -16,8 +38,8 @@ class ScanHost {
     // --- a run: several sources, or a folder that is read again
     /// A run begins: from now on rows come by the thousand.
     virtual void runBegan() {}
-    /// The run is over, and the controls are unlocked. `whole` is false if an error broke it off.
-    virtual void runEnded(bool /*whole*/) {}
+    /// The run is over, and the controls are unlocked.
+    virtual void runEnded(RunEnd /*end*/) {}
     /// What was selected is gone or is about to be read again.
     virtual void selectionGone() {}
     /// The run made this folder the current one. `folder` ends with a separator.
@@ -39,6 +61,8 @@ class ScanHost {
     /// A folder is entered. `path` ends with a separator and is valid during the call.
     virtual void folderEntered(std::string_view /*path*/) {}
     virtual void firstLevelFolderDone() {}
+    /// More entries are there: of a folder that was just entered, or of a large one.
+    virtual void entriesCame(const ScanProgress& /*progress*/) {}
     /// Something could not be read, for the reason given.
     virtual void notRead(std::string_view /*path*/, const std::string& /*reason*/) {}
     /// A disk lets the walk wait, or is given up; the text says which.

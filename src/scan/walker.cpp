@@ -47,7 +47,7 @@ void shade(ScanContext& scan, Row row) {
     scan.tvwPL.setBackColor(row, greyOf(scan.tvwPL.level(scan.tvwPL.parent(row))));
 }
 
-class FolderWalk {
+class FolderWalk final : public ScanProgress {
   public:
     /// `levelsAbove` is the level of the row that the folder is read into.
     FolderWalk(ScanContext& scan, const std::string& path, std::uint32_t levelsAbove)
@@ -68,6 +68,7 @@ class FolderWalk {
     }
 
     ScanTotals run(Row row);
+    ScanCounts soFar() const override;
 
   private:
     struct Level {
@@ -151,7 +152,18 @@ std::unique_ptr<Listing> FolderWalk::nextListing() {
     std::unique_ptr<Listing> block = reader_->next();
     if (block == nullptr) return block;
     for (const Error& disk : block->silentMounts) tellOfSilence(disk);
+    scan_.host.entriesCame(*this);
     return block;
+}
+
+ScanCounts FolderWalk::soFar() const {
+    ScanCounts sum;
+    for (const Level& level : levels_) {
+        sum.files += level.totals.files;
+        sum.folders += level.totals.folders;
+        sum.bytes += static_cast<double>(level.totals.size.bytes());
+    }
+    return sum;
 }
 
 void FolderWalk::enterSource(Row row) {

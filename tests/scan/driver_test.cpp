@@ -52,7 +52,7 @@ TEST_F(Driver, KeepsWhatWasReadWhenTheSecondOfThreeSourcesIsStopped) {
     EXPECT_EQ(roots(), (Lines{"/a 3 2/1", "/m 0 0/1"}));
     EXPECT_EQ(textsOf(top), Lines());
     EXPECT_EQ(protocol().back(), "Der Vorgang wurde vom Anwender abgebrochen!");
-    EXPECT_EQ(host.calls.back(), "ended");
+    EXPECT_EQ(host.calls.back(), "stopped");
     EXPECT_TRUE(state.SourceQueue.empty() && state.CancelState == kCancelNone && !state.ScanActive);
 }
 

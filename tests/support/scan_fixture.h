@@ -56,7 +56,9 @@ class RecordingHost : public ScanHost, public Controls, public FileTypeNames {
     std::string type;                  ///< The type of every file.
 
     void runBegan() override { note("began"); }
-    void runEnded(bool whole) override { note(whole ? "ended" : "broken off"); }
+    void runEnded(RunEnd end) override {
+        note(end == RunEnd::kDone ? "ended" : end == RunEnd::kStopped ? "stopped" : "broken off");
+    }
     void selectionGone() override { note("selection gone"); }
     void folderShown(const std::string& folder) override { note("folder '" + folder + "'"); }
     void sourceMissing(const std::string& source, const std::string& reason) override {

@@ -48,7 +48,7 @@ DriveAnswer spaceAt(const std::string& path) {
     const std::uint64_t cluster = facts.f_frsize != 0 ? facts.f_frsize : facts.f_bsize;
     const auto reserved = facts.f_bfree - std::min(facts.f_bfree, facts.f_bavail);
     return DriveSpace{product(facts.f_blocks, cluster), product(facts.f_bavail, cluster), cluster,
-                      product(reserved, cluster)};
+                      product(reserved, cluster), facts.f_files - std::min(facts.f_files, facts.f_ffree)};
 }
 
 /// What helpers and the logic both use. The mutex guards all of it but what never changes.
