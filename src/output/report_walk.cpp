@@ -42,7 +42,7 @@ void ReportWalk::TreeViewSpeichernR(Row start, std::int32_t levels) {
 }
 
 void ReportWalk::writeFrom(Row& row, Row start, std::int32_t levels) {
-    while (row != kNoRow && file_.error() == 0) {
+    while (row != kNoRow && file_.isFine()) {
         yield_.perEntry();
         const bool folder = tvwPL_.number(row, kIsFolder) == 1;
         appendToPath(row, folder);

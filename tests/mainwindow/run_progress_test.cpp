@@ -67,7 +67,7 @@ TEST_F(RunProgressTest, TheTimeLeftIsToldWhenTwoEstimatesAgree) {
     progress.found({450, 0, 0}, 7000);  // 8.6 s.
     EXPECT_EQ(progress.secondsLeft(7000), 9U);
     EXPECT_EQ(progress.secondsLeft(9000), 7U) << "it runs on between two estimates";
-    EXPECT_EQ(running(7000), "450 files, 0 bytes, 7 s, 45 %, about 9 s left");
+    EXPECT_EQ(running(7000), "450 files, 0 Bytes, 7 s, 45 %, about 9 s left");
 }
 
 }  // namespace

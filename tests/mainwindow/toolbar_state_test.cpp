@@ -20,7 +20,7 @@ class ToolbarStateTest : public testing::Test {
     void save(Bars& from) {
         ToolbarStore store;
         for (CommandBar* bar : from.all()) ExchangeState(store, *bar);
-        EXPECT_EQ(store.save(texts.files, path), 0);
+        EXPECT_TRUE(store.save(texts.files, path));
     }
 
     // Does what the start of the program does.
