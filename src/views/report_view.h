@@ -81,8 +81,8 @@ class ReportView final : public GridEvents {
     void MouseUp(Row row, MouseButton button, bool shift, Point at) override;
     /// Folds or unfolds the first selected row.
     void DblClick() override;
-    /// Up and Down act for the first selected row like a click, but do not change the current row; Return acts
-    /// like a double click; F2 renames a folder that is no source.
+    /// Up and Down act for the first selected row like a click, but do not change the current row; Return
+    /// acts like a double click; F2 renames a folder that is no source.
     void KeyUp(int key) override;
     /// Fits the columns to the rows that are visible now; rows that are hidden now lose their selection.
     void expandedByUser(Row row) override;
