@@ -17,8 +17,9 @@ using enum ColumnKind;
 template <std::size_t N>
 constexpr bool areKept(const std::array<ListColumn, N>& columns) {
     return std::ranges::any_of(kOptionTable, [&](const OptionKey& key) {
-        const auto* const flags = std::get_if<ColumnFlags Options::*>(&key.field);
-        return flags != nullptr && *flags == columns.back().shown.columns && key.columns == N - 1;
+        using Flags = ColumnFlags Options::*;
+        return std::holds_alternative<Flags>(key.field) &&
+               std::get<Flags>(key.field) == columns.back().shown.columns && key.columns == N - 1;
     });
 }
 static_assert(areKept(kFilesColumns) && areKept(kTopColumns) && areKept(kHardlinksColumns),
