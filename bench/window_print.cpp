@@ -8,6 +8,7 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "output/print_job.h"
 #include "platform/qt/bars/icon_store.h"
 #include "platform/qt/print/print_preview.h"
 #include "scan/records.h"
