@@ -31,12 +31,15 @@ struct Error {
     ErrorKind kind = ErrorKind::kOther;
 };
 
+template <class U, class T>
+concept ValueFor = std::is_convertible_v<U, T> && !std::is_convertible_v<U, Error>;
+
 /// A value, or the reason why there is none.
 template <class T = void>
 class [[nodiscard]] Result {
   public:
-    template <class U = T>
-    requires(std::is_convertible_v<U, T> && !std::is_convertible_v<U, Error>) Result(U&& value)
+    template <ValueFor<T> U = T>
+    Result(U&& value)  // NOLINT(bugprone-forwarding-reference-overload): no Result is a ValueFor.
         : is_(std::in_place_index<0>, std::forward<U>(value)) {}
     Result(Error error) : is_(std::in_place_index<1>, std::move(error)) {}
 
