@@ -87,7 +87,9 @@ def look(group):
     not compile as one, its files are checked one at a time."""
     if len(group.jobs) > 1:
         whole = marks / f"{group.jobs[0].mark.name}.cpp"
-        whole.write_text("".join(f'#include "{job.source}"  // NOLINT\n' for job in group.jobs))
+        # Most files of the window have a guard of this name.
+        whole.write_text("".join(f'#define kGuard kGuard{number}\n#include "{job.source}"  // NOLINT\n#undef kGuard\n'
+                                 for number, job in enumerate(group.jobs)))
         clean = clang_tidy(whole, "--", *group.options).returncode == 0
         whole.unlink()
     findings = []
