@@ -14,7 +14,7 @@ namespace hl {
 namespace {
 
 constexpr int kStop = idOf(Command::kStop);
-constexpr std::uint64_t kStatusInterval = 100;  // Milliseconds between two changes of the running path.
+constexpr std::uint64_t kStatusInterval = 100;  // Milliseconds between two changes of a panel during a run.
 /// The bar of the largest files is not locked, because their wanted number may be changed during a run.
 constexpr BarId kLockedBars[] = {BarId::kMain,  BarId::kReport,    BarId::kDrives,
                                  BarId::kFiles, BarId::kHardlinks, BarId::kJunctions};
@@ -54,13 +54,15 @@ void RunDisplay::runBegan() {
     for (Grid* each : {&form_.session.tvwPL, &form_.session.lvwTOP, &form_.session.lvwHardlinks,
                        &form_.session.lvwJunctions})
         each->setRedraw(false);
-    sourceUnseen_ = true;
+    sourceUnseen_ = runs_ = true;
     shownFolders_ = 0;
+    ++asked_;
     progress_->begin(form_.services().pump.GetTickCount());
     form_.status.beginRun();
 }
 
 void RunDisplay::runEnded(RunEnd end) {
+    runs_ = false;
     if (end == RunEnd::kBrokenOff) return form_.status.endRun(std::exchange(missing_, {}));
     const Services& services = form_.services();
     const std::string text = progress_->ended(services.pump.GetTickCount(), end == RunEnd::kStopped,
@@ -92,7 +94,7 @@ void RunDisplay::sourceMissing(const std::string& source, const std::string& rea
 
 void RunDisplay::sourceBegan() {
     form_.sources.changed();
-    ++sources_;
+    ++asked_;
     progress_->beginSource(form_.services().pump.GetTickCount());
     if (const SourceItem* source = form_.session.cboOrdner.selected()) askDrive(source->tag);
 }
@@ -102,10 +104,10 @@ void RunDisplay::askDrive(const std::string& source) {
     const PathRules& paths = form_.services().paths;
     for (const Drive& drive : form_.own.drives.drives()) {
         if (identityKey(AddTrailingSlash(drive.root, paths), paths) != identityKey(source, paths)) continue;
-        form_.own.drives.ask(drive, [this, asked = sources_, alive = std::weak_ptr<RunProgress>(progress_)](
+        form_.own.drives.ask(drive, [this, asked = asked_, alive = std::weak_ptr<RunProgress>(progress_)](
                                         const DriveAnswer& space) {
             const std::shared_ptr<RunProgress> progress = alive.lock();
-            if (progress == nullptr || !space || sources_ != asked) return;
+            if (progress == nullptr || !space || asked_ != asked) return;
             progress->expect(space->usedEntries, space->total - space->free - space->reserved);
         });
     }
@@ -143,7 +145,7 @@ void RunDisplay::folderEntered(std::string_view path) {
 void RunDisplay::entriesCame(const ScanProgress& progress) {
     const Services& services = form_.services();
     const std::uint64_t tick = services.pump.GetTickCount();
-    if (tick < lastCountTick_ + kStatusInterval) return;
+    if (!runs_ || tick < lastCountTick_ + kStatusInterval) return;
     lastCountTick_ = tick;
     progress_->found(progress.soFar(), tick);
     form_.status.setSecond(progress_->running(tick, services.texts, services.numbers));

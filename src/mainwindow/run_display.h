@@ -51,10 +51,11 @@ class RunDisplay final : public ScanHost, public Controls {
     bool rowsMissing_ = false;        ///< An error of the program interrupted the filling of the report.
     std::uint64_t lastStatusTick_ = 0;
     std::uint64_t lastCountTick_ = 0;
+    bool runs_ = false;  ///< A run is under way, and no other reading, such as that after a delete.
     /// Answers of drives find it through weak pointers.
     std::shared_ptr<RunProgress> progress_ = std::make_shared<RunProgress>();
-    std::uint64_t sources_ = 0;  ///< The number of sources that were begun.
-    std::string missing_;        ///< What a run has to say of sources that do not exist.
+    std::uint64_t asked_ = 0;  ///< An answer of a drive counts only if nothing was begun since.
+    std::string missing_;      ///< What a run has to say of sources that do not exist.
 };
 
 }  // namespace hl

@@ -119,6 +119,7 @@ TEST_F(GoneTest, WhatIsLeftOfAFolderIsReadAgainAndToldOnce) {
     }
     EXPECT_NE(protocol().find("GELÖSCHT: " + at("src/other") + "\r\n"), std::string::npos);
     EXPECT_EQ(s().grid().selectedCount(), 2u) << "what stayed";
+    EXPECT_EQ(s().secondPanel().find(" Dateien, "), std::string::npos) << "it is no run";
     EXPECT_TRUE(s().grid().expanded(s().row("sub")));
     expectNumbersOfAFreshScan();
 }

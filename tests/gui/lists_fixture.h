@@ -91,9 +91,6 @@ class ListSession : public Session {
         return window().grid(list.id);
     }
     QLineEdit& edit(Command box) { return *frame().findChild<QLineEdit*>(entryName(box)); }
-    std::string secondPanel() {
-        return frame().findChild<QWidget*>(QStringLiteral("panel2"))->accessibleName().toStdString();
-    }
     static Names names(GridView& view) {
         Names all;
         view.sync();

@@ -35,10 +35,12 @@ TEST_F(MainWindowTest, FoldersOfTheFirstLevelAppearWhileTheScanRuns) {
         for (const Command entry : {Command::kStart, Command::kReportRescan, Command::kDrivesRefresh})
             EXPECT_FALSE(s.enabled(entry)) << entry;
         EXPECT_EQ(s.status().substr(0, at("src").size()), at("src"));
+        EXPECT_NE(s.secondPanel().find(" Dateien, "), std::string::npos) << s.secondPanel();
     };
     startWithReport();
     EXPECT_EQ(shown, 14U);
     EXPECT_TRUE(!s.enabled(Command::kStop) && s.enabled(Command::kStart));
+    EXPECT_TRUE(s.status().starts_with("OK. 20 Dateien in ")) << s.status();
 }
 
 TEST_F(MainWindowTest, StopInTheMiddleKeepsWhatWasRead) {
@@ -54,6 +56,8 @@ TEST_F(MainWindowTest, StopInTheMiddleKeepsWhatWasRead) {
     }
     EXPECT_TRUE(read >= 10 && read < 20) << read;
     EXPECT_EQ(s.grid().number(s.row("src"), kFiles), read);
+    EXPECT_TRUE(s.status().starts_with("Abgebrochen. " + std::to_string(read) + " Dateien in "))
+        << s.status();
 }
 
 TEST_F(MainWindowTest, ClosingDuringARunOnlyCancelsItAndTheNextCloseGoesThrough) {

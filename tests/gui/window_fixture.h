@@ -344,9 +344,8 @@ class Session : public Logic {
 
     // --- what the user sees
     bool enabled(Command command) { return frame().findChild<QWidget*>(entryName(command))->isEnabled(); }
-    std::string status() {
-        return frame().findChild<QWidget*>(QStringLiteral("panel1"))->accessibleName().toStdString();
-    }
+    std::string status() { return panel("panel1"); }
+    std::string secondPanel() { return panel("panel2"); }
     /// Returns the names of the visible rows; for a source, the last part of its path.
     std::string rows() {
         view().sync();
@@ -389,6 +388,9 @@ class Session : public Logic {
     }
 
   private:
+    std::string panel(const char* name) {
+        return frame().findChild<QWidget*>(QLatin1String(name))->accessibleName().toStdString();
+    }
     std::string nameOf(Row row) {
         const std::string text(grid().text(row));
         return grid().parent(row) == kNoRow ? text.substr(text.rfind('/') + 1) : text;
