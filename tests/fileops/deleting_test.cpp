@@ -63,7 +63,7 @@ class DeletingTest : public ScanFixture {
                                         folder("b", {file("x", 4), file("y", 6)})})};
         readSources({"/src"});
         src_ = rowOf("/src"), a_ = rowOf("a"), b_ = rowOf("b");
-        files.content.clear();
+        clearProtocol();
     }
 
     ScriptedOperations operations_;

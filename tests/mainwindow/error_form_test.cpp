@@ -131,22 +131,20 @@ struct FakeVerb : FolderVerb {
     }
 };
 
-class Options_Form : public testing::Test {
+class Options_Form : public testing::Test, protected test::TestScan {
   protected:
-    test::TestTexts texts;
-    test::TestScan parts{texts};
     FakeVerb verb;
 
-    std::string ini() const { return test::contentOf(texts.dir.path() + "/Harborlantern.ini"); }
+    std::string ini() const { return test::contentOf(dir.path() + "/Harborlantern.ini"); }
 };
 
 TEST_F(Options_Form, OpensWithTheFileAndRepairsTheOffer) {
-    OptionsForm fresh(parts.services, verb, "/opt/lantern");
+    OptionsForm fresh(services, verb, "/opt/lantern");
     EXPECT_TRUE(!fresh.chkKontextmenu.checked && fresh.chkInstanz.checked);
     EXPECT_EQ(fresh.txtDateFormat.text, "dd/MM/yyyy hh:nn:ss");
-    test::writeFile(texts.dir.path() + "/Harborlantern.ini",
+    test::writeFile(dir.path() + "/Harborlantern.ini",
                     "[Optionen]\nKontextmenu=1\nInstanz=0\nDateFormat=yyyy\n");
-    OptionsForm form(parts.services, verb, "/opt/lantern");
+    OptionsForm form(services, verb, "/opt/lantern");
     EXPECT_TRUE(form.chkKontextmenu.checked && !form.chkInstanz.checked);
     EXPECT_EQ(form.txtDateFormat.text, "yyyy");
     EXPECT_EQ(verb.calls, (std::vector<std::string>{"withdrawn", "/opt/lantern"}));
@@ -158,7 +156,7 @@ TEST_F(Options_Form, SavesOnOkWhatTheUserChangedAndNothingElse) {
                              {true, true, false, false},
                              {true, true, true, true}};
     for (const auto& [activated, changed, ok, saves] : cases) {
-        OptionsForm frmOptionen(parts.services, verb, "/opt/lantern");
+        OptionsForm frmOptionen(services, verb, "/opt/lantern");
         Form form = frmOptionen.form();
         if (activated) form.activated();
         frmOptionen.chkKontextmenu.checked = true;
@@ -174,11 +172,11 @@ TEST_F(Options_Form, SavesOnOkWhatTheUserChangedAndNothingElse) {
 
 TEST_F(Options_Form, AnOfferThatFailsIsTheDebugLogsMatterAlone) {
     verb.result = Error{13, "Permission denied", "/home/ada/entry"};
-    OptionsForm form(parts.services, verb, "/opt/lantern");
-    const std::string debug = test::contentOf(texts.dir.path() + "/debug.log");
+    OptionsForm form(services, verb, "/opt/lantern");
+    const std::string debug = test::contentOf(dir.path() + "/debug.log");
     EXPECT_NE(debug.find("#13 - Permission denied"), std::string::npos) << debug;
     EXPECT_NE(debug.find("/home/ada/entry"), std::string::npos) << debug;
-    EXPECT_TRUE(texts.sink.shown.empty());
+    EXPECT_TRUE(sink.shown.empty());
 }
 
 }  // namespace

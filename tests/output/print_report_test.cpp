@@ -22,12 +22,7 @@ std::string shownRows(const Grid& grid, Row first) {
     return text;
 }
 
-struct PrintReport : testing::Test {
-    test::TestTexts texts;
-    test::TestScan parts{texts};
-    Options& options = parts.options;
-    Grid& report = parts.report;
-    test::ScriptedPump& pump = parts.pump;
+struct PrintReport : testing::Test, test::TestScan {
     test::FakeWindow window;
     std::string printed;
     int zoom = 0;
@@ -36,7 +31,7 @@ struct PrintReport : testing::Test {
     // There are two sources; the first folder of the first one is unfolded.
     PrintReport() {
         pump.input = true;
-        Init_Tree(report, options, texts.texts);
+        Init_Tree(report, options, texts);
         const Row first = add(kNoRow, "s"), a = add(first, "a"), b = add(a, "b");
         add(b, "c");
         add(first, "d");
@@ -56,7 +51,7 @@ struct PrintReport : testing::Test {
         return row;
     }
     std::string print(int scope, int levels, const std::string& number = "") {
-        PrintForm frmPrint(parts.scan, window);
+        PrintForm frmPrint(scan, window);
         selectOption(frmPrint.optWasDrucken, static_cast<std::size_t>(scope));
         selectOption(frmPrint.optLevels, static_cast<std::size_t>(levels));
         frmPrint.txtLevels.text = number;
@@ -69,10 +64,9 @@ struct PrintReport : testing::Test {
 };
 
 TEST_F(PrintReport, PrintsWhatScopeAndLevelsSay) {
-    EXPECT_FALSE(PrintForm(parts.scan, window).optWasDrucken[kSelectedFolder].enabled)
-        << "nothing is selected";
+    EXPECT_FALSE(PrintForm(scan, window).optWasDrucken[kSelectedFolder].enabled) << "nothing is selected";
     report.setSelected(report.firstChild(report.firstRoot()), true);
-    EXPECT_TRUE(PrintForm(parts.scan, window).optWasDrucken[kSelectedFolder].enabled);
+    EXPECT_TRUE(PrintForm(scan, window).optWasDrucken[kSelectedFolder].enabled);
     const std::tuple<int, int, const char*, const char*, bool> cases[] = {
         {kAllFolders, kUnfoldedLevels, "", "s(a,d),t", true},
         {kSelectedFolder, kUnfoldedLevels, "", "a", false},
@@ -88,7 +82,7 @@ TEST_F(PrintReport, PrintsWhatScopeAndLevelsSay) {
         EXPECT_EQ(fromReport, own) << scope << levels << number;
     }
     EXPECT_EQ(shownRows(report, report.firstRoot()), "s(a,d),t") << "the report stays as it was";
-    EXPECT_TRUE(texts.sink.shown.empty());
+    EXPECT_TRUE(sink.shown.empty());
 }
 
 TEST_F(PrintReport, TheCopyShowsWhatTheReportShows) {
@@ -112,7 +106,7 @@ TEST_F(PrintReport, ZoomIsWhatIsTypedAndAHundredWithout) {
     const std::pair<const char*, int> cases[] = {
         {"", 100}, {"80", 80}, {"x", 100}, {"99999999999", 2147483647}};
     for (const auto& [text, wanted] : cases) {
-        PrintForm frmPrint(parts.scan, window);
+        PrintForm frmPrint(scan, window);
         EXPECT_EQ(frmPrint.txtZoom.text, "100");
         frmPrint.txtZoom.text = text;
         frmPrint.Report_print();
@@ -123,13 +117,13 @@ TEST_F(PrintReport, ZoomIsWhatIsTypedAndAHundredWithout) {
 TEST_F(PrintReport, LevelsThatAreNoNumberAreReportedAndNothingIsPrinted) {
     for (const char* text : {"", "99999999999"})
         EXPECT_EQ(print(kAllFolders, kSomeFolderLevels, text), "nothing");
-    EXPECT_EQ(texts.reports("Report_print"), 2U);
+    EXPECT_EQ(reports("Report_print"), 2U);
 }
 
 TEST_F(PrintReport, TheCaptionCountsWhatIsUnfoldedUntilItIsDoneOrCancelled) {
     for (int i = 0; i < 500; ++i) add(report.firstRoot(), "more");
     for (const bool cancels : {false, true}) {
-        PrintForm frmPrint(parts.scan, window);
+        PrintForm frmPrint(scan, window);
         selectOption(frmPrint.optLevels, kAllFolderLevels);
         std::vector<std::string> captions;
         pump.onPump = [&] {
@@ -148,7 +142,7 @@ TEST_F(PrintReport, TheCaptionCountsWhatIsUnfoldedUntilItIsDoneOrCancelled) {
 }
 
 TEST_F(PrintReport, AFailureNamesTheFileAndTheReason) {
-    const PrintJob job = printedText(texts.texts, texts.files, "", "");
+    const PrintJob job = printedText(texts, files, "", "");
     EXPECT_EQ(job.failure("/tmp/a\n.pdf", Error{13, "Permission denied"}, "/tmp/rest"),
               "Die Datei wurde nicht geschrieben: /tmp/a\u240A.pdf: Permission denied"
               " Die unfertige Datei /tmp/rest ließ sich nicht löschen.");

@@ -1,15 +1,11 @@
 // A report grid made by hand, and everything needed to save it.
 #pragma once
 
-#include <memory>
-#include <optional>
 #include <string>
 #include <vector>
 
 #include "output/save_report.h"
-#include "start/headless_pump.h"
 #include "support/test_scan.h"
-#include "support/whole_files.h"
 
 namespace hl::test {
 
@@ -17,22 +13,22 @@ namespace hl::test {
 inline constexpr const char* kNotWritten = "NOT WRITTEN";
 
 /// Uses German, sizes in megabytes with decimals, and paths with "/", unless a test changes that.
-struct SaveBench : SaveDialog {
-    SaveBench() {
+struct SaveBench : TestScan, SaveDialog {
+    explicit SaveBench(const std::string& locale = "de_DE.UTF-8") : TestScan(locale) {
         options.FileSizeFormat = 2;
         options.SizeFormatNachkommastellenFolders = 1;
     }
 
     Row folder(Row parent, std::string_view name, std::int64_t size, int fileCount, int folderCount) {
         const Row row = filesRow(parent, name, size, fileCount);
-        grid.setNumber(row, kIsFolder, 1);
-        grid.setNumber(row, kFolders, folderCount);
+        report.setNumber(row, kIsFolder, 1);
+        report.setNumber(row, kFolders, folderCount);
         return row;
     }
     Row filesRow(Row parent, std::string_view name, std::int64_t size, int fileCount) {
-        const Row row = grid.addRow(parent, name);
-        grid.setNumber(row, kSize, static_cast<double>(size));
-        grid.setNumber(row, kFiles, fileCount);
+        const Row row = report.addRow(parent, name);
+        report.setNumber(row, kSize, static_cast<double>(size));
+        report.setNumber(row, kFiles, fileCount);
         return row;
     }
     /// Makes a small tree of three levels and returns its folder "Bilder".
@@ -53,14 +49,7 @@ struct SaveBench : SaveDialog {
             row = folder(row, "f", 1024, 1, 1);
     }
 
-    /// What is saved; valid until the next call.
-    ScanContext& sources() {
-        const Services services{texts->store, texts->texts,  parts.log,          *files,      parts.disk,
-                                *pump,        parts.console, texts->diagnostics, parts.paths, numbers};
-        return scan_.emplace(ScanContext{services, parts.state, options, parts.combo, grid, parts.top,
-                                         parts.hardlinks, parts.junctions, parts.host, parts.controls});
-    }
-    std::string pathOf(const std::string& name) const { return texts->dir.path() + "/" + name; }
+    std::string pathOf(const std::string& name) const { return dir.path() + "/" + name; }
     std::string askSavePath(const SaveQuestion& question) override {
         asked.push_back(question);
         return answer;
@@ -71,37 +60,17 @@ struct SaveBench : SaveDialog {
         line.outputFile = pathOf(name);
         line.levels = levels;
         line.delimiterIndex = delimiter;
-        const auto target = texts->files.replace(line.outputFile);
-        return SPEICHERN(sources(), orderOf(line), **target).written ? contentOf(line.outputFile)
-                                                                     : kNotWritten;
+        const auto target = files.replace(line.outputFile);
+        return SPEICHERN(scan, orderOf(line), **target).written ? contentOf(line.outputFile) : kNotWritten;
     }
     /// Saves the report as the form's controls say, and returns it.
     std::string savedBy(SaveForm& frmSave, const std::string& name) {
         answer = pathOf(name);
         return frmSave.SPEICHERN() ? contentOf(answer) : kNotWritten;
     }
-    void english() {
-        english_ = std::make_unique<TestTexts>("en_US.UTF-8");
-        texts = english_.get();
-        files = &texts->files;
-        numbers = numberFormatOf("en_US.UTF-8");
-    }
 
-    TestTexts german;
-    TestScan parts{german};
-    TestTexts* texts = &german;
-    Files* files = &german.files;
-    Options& options = parts.options;
-    Grid& grid = parts.report;
-    NumberFormat numbers = parts.numbers;
-    HeadlessPump silence;
-    MessagePump* pump = &silence;
     std::string answer;               ///< The path that the dialog answers.
     std::vector<SaveQuestion> asked;  ///< What the dialog was asked.
-
-  private:
-    std::unique_ptr<TestTexts> english_;
-    std::optional<ScanContext> scan_;
 };
 
 }  // namespace hl::test

@@ -11,20 +11,17 @@
 namespace hl {
 namespace {
 
-struct SaveFiles : testing::Test, SaveDialog {
-    test::TestTexts texts;
-    test::TestScan parts{texts};
-    Options& options = parts.options;
+struct SaveFiles : testing::Test, test::TestScan, SaveDialog {
     Grid list{kFileCells};
-    std::string path = texts.dir.path() + "/list.txt";
+    std::string path = dir.path() + "/list.txt";
     std::string extension;  ///< The extension that the dialog was given.
 
     SaveFiles() {
         options.DateFormat = "dd.MM.yyyy hh:nn:ss";
         options.FileColumn = {1, 0, 1, 0, 1, 0, 1};
-        Init_List(list, kFilesTable, options, texts.texts);
+        Init_List(list, kFilesTable, options, texts);
         options.FileSizeFormatFiles = 1;
-        showSizes(list, kFilesTable, options, texts.texts);
+        showSizes(list, kFilesTable, options, texts);
     }
     std::string askSavePath(const SaveQuestion& question) override {
         extension = question.defaultExtension;
@@ -36,7 +33,7 @@ struct SaveFiles : testing::Test, SaveDialog {
         list.setCellText(row, kFileType, "Text");
     }
     std::string saved(SaveFormat format) {
-        SaveFilesForm frmSaveFiles(parts.services, list, *this);
+        SaveFilesForm frmSaveFiles(services, list, *this);
         frmSaveFiles.cboFormat.index = format;
         frmSaveFiles.cboFormat_Click();
         EXPECT_EQ(frmSaveFiles.cboDelimiter.index,
@@ -76,7 +73,7 @@ TEST_F(SaveFiles, CsvMakesNoTextAFormulaWhenAskedToAndKeepsThat) {
         EXPECT_NE(all.find("\"" + mark + "=T\""), std::string::npos);
     };
     startsAs(kFormatCsv, "");
-    SaveFilesForm form(parts.services, list, *this);
+    SaveFilesForm form(services, list, *this);
     EXPECT_FALSE(form.chkFormulas.checked || form.chkFormulas.enabled);
     form.cboFormat.index = kFormatCsv;
     form.cboFormat_Click();
@@ -90,21 +87,21 @@ TEST_F(SaveFiles, CsvMakesNoTextAFormulaWhenAskedToAndKeepsThat) {
 TEST_F(SaveFiles, WritesNothingWithoutAPathAndReportsOneThatCannotBeWritten) {
     addFile("a", 1);
     path.clear();
-    SaveFilesForm cancelled(parts.services, list, *this);
+    SaveFilesForm cancelled(services, list, *this);
     EXPECT_FALSE(cancelled.SPEICHERN() || cancelled.loaded || cancelled.hourglass);
-    EXPECT_EQ(texts.reports("SPEICHERN"), 0U);
-    path = texts.dir.path() + "/nowhere/list.txt";
-    SaveFilesForm refused(parts.services, list, *this);
+    EXPECT_EQ(reports("SPEICHERN"), 0U);
+    path = dir.path() + "/nowhere/list.txt";
+    SaveFilesForm refused(services, list, *this);
     EXPECT_FALSE(refused.SPEICHERN());
-    EXPECT_EQ(texts.reports("SPEICHERN"), 1U);
+    EXPECT_EQ(reports("SPEICHERN"), 1U);
 }
 
 TEST_F(SaveFiles, AsksNothingForAListWithoutRows) {
     test::FakeWindow window;
-    Save_Files(parts.services, list, *this, window);
+    Save_Files(services, list, *this, window);
     EXPECT_TRUE(window.calls.empty());
     addFile("a", 1);
-    Save_Files(parts.services, list, *this, window);
+    Save_Files(services, list, *this, window);
     EXPECT_EQ(window.calls, std::vector<std::string>{"form"});
 }
 

@@ -17,8 +17,8 @@ void expectGolden(const std::string& name, const std::string& actual) {
     if (actual != expected && renew != nullptr && *renew == '1') test::writeFile(path, actual);
 }
 
-class SaveReportGolden : public testing::Test, protected test::SaveBench {
-  protected:
+struct SaveReportGolden : testing::Test, test::SaveBench {
+    using SaveBench::SaveBench;
     void expectBoth(const std::string& name) {
         expectGolden(name + ".txt", saved("r.txt"));
         expectGolden(name + ".csv", saved("r.csv"));
@@ -26,14 +26,17 @@ class SaveReportGolden : public testing::Test, protected test::SaveBench {
 };
 
 TEST_F(SaveReportGolden, TextIsATableThatEndsInThePathAndCsvBeginsWithIt) {
-    parts.paths = kDrivePaths;
+    paths = kDrivePaths;
     sampleTree("C:\\Data");
     expectGolden("table.txt", saved("r.txt", 0, kDelimiterTab));
     expectGolden("values.csv", saved("r.csv", 0, kDelimiterSemicolon));
 }
 
-TEST_F(SaveReportGolden, TextsAndSeparatorsFollowTheLocaleAndKeepTheColumns) {
-    english();
+struct SaveReportEnglish : SaveReportGolden {
+    SaveReportEnglish() : SaveReportGolden("en_US.UTF-8") {}
+};
+
+TEST_F(SaveReportEnglish, TextsAndSeparatorsFollowTheLocaleAndKeepTheColumns) {
     sampleTree("/srv/data", "Files");
     expectBoth("english");
     numbers = numberFormatOf("ru_RU.UTF-8");  // Its separators have several bytes.
@@ -82,19 +85,19 @@ TEST_F(SaveReportGolden, CountsWidenTheirColumnsByTheirTextInTheSizeMode) {
 TEST_F(SaveReportGolden, ASelectedFolderIsReportedAloneAndUnderItsOwnName) {
     const Row bilder = sampleTree("/srv/data");
     folder(kNoRow, "/other", 1, 1, 0);
-    grid.setSelected(bilder, true);
-    grid.setExpanded(bilder, true);
-    SaveForm frmSave(sources(), *this);
+    report.setSelected(bilder, true);
+    report.setExpanded(bilder, true);
+    SaveForm frmSave(scan, *this);
     selectOption(frmSave.optWasSpeichern, kSelectedFolder);
     expectGolden("selected.txt", savedBy(frmSave, "r.txt"));
 }
 
 TEST_F(SaveReportGolden, EveryDelimiter) {
     sampleTree("/srv/data");
-    std::string report;
+    std::string all;
     for (std::int32_t delimiter = 0; delimiter < 4; ++delimiter)
-        report += saved("r.txt", 1, delimiter) + saved("r.csv", 1, delimiter);
-    expectGolden("delimiters.txt", report);
+        all += saved("r.txt", 1, delimiter) + saved("r.csv", 1, delimiter);
+    expectGolden("delimiters.txt", all);
 }
 
 }  // namespace

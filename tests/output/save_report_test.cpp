@@ -10,7 +10,6 @@
 #include "output/report_number.h"
 #include "output/save_bench.h"
 #include "platform/linux/process/system_error.h"
-#include "support/scripted_pump.h"
 
 namespace hl {
 namespace {
@@ -31,16 +30,16 @@ TEST_F(SaveReport, LevelsTakeDigitsAndBackspaceOnly) {
 }
 
 TEST_F(SaveReport, OkSavesWhereTheDialogSaysOrNothingIfItIsCancelled) {
-    grid.setExpanded(sampleTree("/srv/data"), true);  // The unfolded row lies within a folded one.
+    report.setExpanded(sampleTree("/srv/data"), true);  // The unfolded row lies within a folded one.
     const std::string filters[] = {"TXT (*.txt)|*.txt", "CSV (*.csv)|*.csv"};
     for (const int format : {kFormatTxt, kFormatCsv}) {
-        SaveForm frmSave(sources(), *this);
+        SaveForm frmSave(scan, *this);
         frmSave.cboFormat.index = format;
         frmSave.OKButton_Click();
         EXPECT_EQ(asked.back().filter, filters[format]);
         EXPECT_EQ(asked.back().defaultExtension, format == kFormatTxt ? "txt" : "csv");
         EXPECT_FALSE(frmSave.loaded || frmSave.hourglass);
-        EXPECT_TRUE(frmSave.OKButton.enabled && texts->sink.shown.empty());
+        EXPECT_TRUE(frmSave.OKButton.enabled && sink.shown.empty());
         answer = pathOf("chosen.csv");
     }
     EXPECT_EQ(linesIn(test::contentOf(answer)), 2U) << "the view is folded: header and source";
@@ -51,7 +50,7 @@ TEST_F(SaveReport, TheNameDecidesTheFormatAndTheListTheDelimiter) {
     for (const char* name : {"a.txt", "A.TXT"}) EXPECT_TRUE(saved(name).starts_with("Größe")) << name;
     for (const char* name : {"a.csv", "a", "a.txt.bak", "txt"})
         EXPECT_TRUE(saved(name, 0, 4).starts_with("\"Pfad\"\t")) << name << ", no delimiter has number 4";
-    SaveForm frmSave(sources(), *this);
+    SaveForm frmSave(scan, *this);
     frmSave.cboFormat.index = kFormatCsv;
     frmSave.cboFormat_Click();
     EXPECT_TRUE(savedBy(frmSave, "r.txt").starts_with("Größe (MB);Dateien;Ordner;Pfad\r\n"));
@@ -69,43 +68,39 @@ TEST_F(SaveReport, LevelsComeFromTheOrderOrTheControls) {
         {kSomeFolderLevels, "0", 1},  // 0 means what is unfolded.
         {kSomeFolderLevels, "77", 8}};
     for (const auto& [option, typed, rows] : cases) {
-        SaveForm frmSave(sources(), *this);
+        SaveForm frmSave(scan, *this);
         selectOption(frmSave.optLevels, static_cast<std::size_t>(option));
         frmSave.txtLevels.text = typed;
         EXPECT_EQ(linesIn(savedBy(frmSave, "r.csv")), 1 + rows) << option << " '" << typed << "'";
     }
     for (const char* typed : {"", "1x", "2147483648"}) {
-        SaveForm frmSave(sources(), *this);
+        SaveForm frmSave(scan, *this);
         selectOption(frmSave.optLevels, kSomeFolderLevels);
         frmSave.txtLevels.text = typed;
         EXPECT_EQ(savedBy(frmSave, "r.csv"), test::kNotWritten) << typed;
     }
-    EXPECT_EQ(texts->reports("Type mismatch") + texts->reports("Overflow"), 3U);
+    EXPECT_EQ(reports("Type mismatch") + reports("Overflow"), 3U);
 }
 
 TEST_F(SaveReport, AllLevelsEndAtLevel999AndMessagesRunMeanwhile) {
     chain(1200);
-    test::ScriptedPump counting;
-    counting.input = true;
-    pump = &counting;
+    pump.input = true;
     EXPECT_EQ(linesIn(saved("r.csv")), 1U + 1000U);
-    EXPECT_GE(counting.pumps, 10);
+    EXPECT_GE(pump.pumps, 10);
 }
 
 TEST_F(SaveReport, AnErrorThatCostsRowsLeavesTheOlderFile) {
     chain(1200);
     test::writeFile(pathOf("r.csv"), "older");
-    test::ScriptedPump failing;
-    failing.input = true;
-    failing.onPump = [] { throw std::bad_alloc(); };
-    pump = &failing;
-    SaveForm frmSave(sources(), *this);
+    pump.input = true;
+    pump.onPump = [] { throw std::bad_alloc(); };
+    SaveForm frmSave(scan, *this);
     selectOption(frmSave.optLevels, kAllFolderLevels);
     for (const std::string& result : {saved("r.csv"), savedBy(frmSave, "r.csv")}) {
         EXPECT_EQ(result, test::kNotWritten);
         EXPECT_EQ(test::contentOf(pathOf("r.csv")), "older");
     }
-    EXPECT_EQ(texts->reports("r.csv was not written"), 1U) << "in the window";
+    EXPECT_EQ(reports("r.csv was not written"), 1U) << "in the window";
 }
 
 // The whole chain is saved on a stack with room for only a few levels of a recursive function.
@@ -137,19 +132,19 @@ TEST_F(SaveReport, AnUnfinishedFileThatCannotBeRemovedIsNamed) {
         }
     } stuck;
     sampleTree("/srv/data");
-    files = &stuck;
-    SaveForm frmSave(sources(), *this);
+    const Services other{store, texts, log, stuck, disk, pump, console, diagnostics, paths, numbers};
+    ScanContext full{other, state, options, combo, report, top, hardlinks, junctions, host, host};
+    SaveForm frmSave(full, *this);
     EXPECT_EQ(savedBy(frmSave, "r.csv"), test::kNotWritten);
-    EXPECT_EQ(texts->reports("not permitted Die unfertige Datei /far/rest\u240A ließ sich nicht löschen."),
-              1U);
+    EXPECT_EQ(reports("not permitted Die unfertige Datei /far/rest\u240A ließ sich nicht löschen."), 1U);
 }
 
 TEST_F(SaveReport, AFailureIsReportedWithItsCauseOrTheNameOfTheFile) {
     const auto fails = [&](const std::string& path, const std::string& cause) {
-        SaveForm frmSave(sources(), *this);
+        SaveForm frmSave(scan, *this);
         answer = path;
         EXPECT_FALSE(frmSave.SPEICHERN());
-        EXPECT_EQ(texts->reports(cause), 1U) << cause;
+        EXPECT_EQ(reports(cause), 1U) << cause;
         return frmSave.OKButton.enabled;
     };
     fails(pathOf("r.csv"), "Nothing was read");
@@ -157,7 +152,7 @@ TEST_F(SaveReport, AFailureIsReportedWithItsCauseOrTheNameOfTheFile) {
     EXPECT_FALSE(fs::exists(pathOf("r.csv")));
     sampleTree("/srv/data");
     EXPECT_FALSE(fails("/dev/full", "/dev/full: No space left on device")) << "the form serves once";
-    EXPECT_EQ(texts->reports("FileSizeFormat=2"), 1U) << "the local values";
+    EXPECT_EQ(reports("FileSizeFormat=2"), 1U) << "the local values";
     fails(pathOf("no/such/folder/r.csv"), "folder/r.csv: No such file or directory");
 }
 

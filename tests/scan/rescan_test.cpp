@@ -24,7 +24,7 @@ class Rescan : public test::ScanFixture {
         readSources({path.c_str()});
         host.calls.clear();
         host.folders.clear();
-        files.content.clear();
+        clearProtocol();
     }
     Item& at(std::string_view path) { return *disk.find(path); }
     void rescan(Row row) {

@@ -169,7 +169,7 @@ TEST_F(Walk, KeepsWhatItHasOfAFolderWhoseListingBreaksOff) {
     const Lines lines = walk({with(folder("b", {file("x", 4), folder("c")}), &Item::endError, 13)});
     EXPECT_EQ(lines, (Lines{"4 1/2 0", "  b 4 1/1", "    c 0 0/0", "    Dateien 4 1/0"}));
     EXPECT_EQ(protocol(), Lines());
-    EXPECT_EQ(files.logLines("debug.log"), Lines{"Report_ScanFolders\\next, #13 - Permission denied, /s/b/"});
+    EXPECT_EQ(logLines("debug.log"), Lines{"Report_ScanFolders\\next, #13 - Permission denied, /s/b/"});
     EXPECT_EQ(host.calls.front(), "not read /s/b/: #13 - Permission denied");
 }
 

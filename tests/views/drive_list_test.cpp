@@ -49,17 +49,17 @@ class RecordingDriveHost final : public DriveListHost {
     void openDriveMenu(Row, Point) override {}
 };
 
-struct DriveListTest : testing::Test {
+struct DriveListTest : testing::Test, test::TestScan {
     DriveListTest() {
         numbers = {};
-        Init_List(grid, kDrivesTable, options, texts.texts);
+        Init_List(grid, kDrivesTable, options, texts);
         options.FileSizeFormatDrive = 3;
         options.SizeFormatNachkommastellenDrive = 1;
         drives.table = {{"/", DriveType::kFixed, "ext4", "root"},
                         {"/media/stick", DriveType::kRemovable, "vfat", ""},
                         {"/media/stick2", DriveType::kDisc, "udf", Error{2}}};
     }
-    ~DriveListTest() override { EXPECT_EQ(texts.diagnostics.errcount(), 0U); }
+    ~DriveListTest() override { EXPECT_EQ(diagnostics.errcount(), 0U); }
 
     std::string cellText(std::size_t row, std::size_t column) const {
         return ColumnText(grid, column, numbers).of(grid.rowAt(row));
@@ -77,24 +77,18 @@ struct DriveListTest : testing::Test {
         return all;
     }
     std::vector<std::string> saved() const {
-        return readNumberedList(texts.store.read(), kSectionDriveFolders, kDriveFolderSuffix);
+        return readNumberedList(store.read(), kSectionDriveFolders, kDriveFolderSuffix);
     }
     void save(const std::vector<std::string>& shares) {
-        texts.store.change(
+        store.change(
             [&](IniText& ini) { writeNumberedList(ini, kSectionDriveFolders, kDriveFolderSuffix, shares); });
     }
 
-    test::TestTexts texts;
-    test::TestScan parts{texts};
-    Options& options = parts.options;
-    NumberFormat& numbers = parts.numbers;
-    Grid& report = parts.report;
     Grid grid{kDriveCells};
     ScriptedDrives drives;
     test::FakeWindow window;
     RecordingDriveHost host;
-    ScanState& state = parts.state;
-    DriveList list{parts.scan, grid, drives, window, host};
+    DriveList list{scan, grid, drives, window, host};
 };
 
 constexpr std::uint64_t kGiB = std::uint64_t{1} << 30;
@@ -112,7 +106,7 @@ TEST_F(DriveListTest, HasARowForEachDriveAtOnceAndItsSizesLater) {
     EXPECT_EQ(rowText(0),
               "/|10,737,418,240|4,294,967,296|40%|6,442,450,944|60%|root|ext4|Lokaler Datenträger|4.00 KB");
     EXPECT_EQ(rowText(1), "/media/stick|||||||vfat|Wechseldatenträger|") << "a drive that does not answer";
-    EXPECT_TRUE(grid.redraw() && !parts.controls.busy);
+    EXPECT_TRUE(grid.redraw() && TestScan::host.calls.back() == "not busy");
 }
 
 TEST_F(DriveListTest, DropsAnswersForRowsThatAreGoneOrAskedAnew) {
@@ -128,7 +122,7 @@ TEST_F(DriveListTest, DropsAnswersForRowsThatAreGoneOrAskedAnew) {
     list.takeAnswers();
     EXPECT_EQ(cellText(0, kDriveListTotal), "100");
     {
-        DriveList other(parts.scan, grid, drives, window, host);
+        DriveList other(scan, grid, drives, window, host);
         other.Drives_GetAllDrives();
     }
     drives.takeAnswers();  // The row that asked is gone.
@@ -165,7 +159,7 @@ TEST_F(DriveListTest, HidesLabelsOfMoreThanThirteenCharacters) {
         {"", "(no label)", false},
         {Error{13}, "", true}};
     for (const auto& [label, shown, fails] : cases) {
-        const auto result = xGetDriveLabel({"/", DriveType::kFixed, "", label}, texts.texts);
+        const auto result = xGetDriveLabel({"/", DriveType::kFixed, "", label}, texts);
         EXPECT_EQ(result.valueOr(""), shown);
         EXPECT_EQ(!result, fails) << shown;
     }
