@@ -111,7 +111,10 @@ TEST_F(GoneTest, WhatIsLeftOfAFolderIsReadAgainAndToldOnce) {
     };
     std::string text;
     answer("OK", &text);
+    s().click(Command::kReportFullView);
+    QTest::qWait(150);  // A panel shows the progress of a run at most every 100 ms.
     s().execute(Command::kDeleteFolders);
+    EXPECT_EQ(s().secondPanel(), "") << "it is no run";
     for (const char* folder : {"src/sub", "src/sub/deep"}) {
         const std::string line = "Beim Löschen des Ordners '" + at(folder) + "'";
         EXPECT_NE(text.find(line), std::string::npos) << text;
@@ -119,7 +122,6 @@ TEST_F(GoneTest, WhatIsLeftOfAFolderIsReadAgainAndToldOnce) {
     }
     EXPECT_NE(protocol().find("GELÖSCHT: " + at("src/other") + "\r\n"), std::string::npos);
     EXPECT_EQ(s().grid().selectedCount(), 2u) << "what stayed";
-    EXPECT_EQ(s().secondPanel().find(" Dateien, "), std::string::npos) << "it is no run";
     EXPECT_TRUE(s().grid().expanded(s().row("sub")));
     expectNumbersOfAFreshScan();
 }
