@@ -39,6 +39,7 @@
 #include "platform/linux/process/instances.h"
 #include "platform/linux/process/last_words.h"
 #include "platform/linux/process/programs.h"
+#include "platform/linux/process/stop_signals.h"
 #include "platform/linux/process/system_facts.h"
 #include "platform/linux/scan/file_system.h"
 #include "start/program_core.h"
@@ -189,10 +190,15 @@ int Program::runSilent() {
     const bool readAhead = facts_.environment("HARBORLANTERN_READ_AHEAD") != "0";
     LinuxFileSystem fileSystem(limitsOfThisMachine(readAhead));
     SilentRun run(core_.services(fileSystem));
+    HeadlessPump pump(stopAsked, [&run] { run.session().state.CancelState = kCancelStop; });
+    core_.setPump(&pump);
+    const ScopeExit noPump([this] { core_.setPump(nullptr); });
+    noteStopSignals();
     core_.app().cancelState = [&run] { return run.session().state.CancelState; };
     run.load();
     const bool whole = run.run(line_.text);
     core_.app().cancelState = nullptr;
+    endAsAsked();
     return whole ? kWritten : kSomethingFailed;
 }
 

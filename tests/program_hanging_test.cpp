@@ -31,6 +31,7 @@ TEST(ProgramHanging, AReportSaysWhatItWaitsForAndGoesOnOrEndsWhenItIsTold) {
         later.join();
         EXPECT_EQ(ended.status, goesOn ? 0 : 128 + SIGINT);
         EXPECT_NE(ended.errors.find("Warten auf " + source), std::string::npos) << ended.errors;
+        EXPECT_EQ(ended.errors.find("wurde nicht geschrieben: angehalten") == std::string::npos, goesOn);
         EXPECT_EQ(contentOf(report).find("/mount/a\"") != std::string::npos, goesOn);
         mount.answerAgain();
     }

@@ -45,11 +45,15 @@ enum class Command : int {
     kMenuOfSelectedFolders = commandNumber(BarId::kMain, 100),  ///< A popup.
     kDeleteFolders = commandNumber(BarId::kMain, 101),
     kRecycleFolders = commandNumber(BarId::kMain, 102),
+    kMenuOfStatus = commandNumber(BarId::kMain, 562),  ///< A popup that is never opened: the status bar has
+                                                       ///< its entries.
     kShowFiles = commandNumber(BarId::kMain, 306),
     kShowTop = commandNumber(BarId::kMain, 307),
     kShowHardlinks = commandNumber(BarId::kMain, 308),
     kShowJunctions = commandNumber(BarId::kMain, 309),
     kFontOfAll = commandNumber(BarId::kMain, 328),
+    kTakeBack = commandNumber(BarId::kMain, 560),
+    kShowNotRead = commandNumber(BarId::kMain, 561),
 
     // The report. A bar's title is a label; its id is 0.
     kReportTitle = commandNumber(BarId::kReport, 0),

@@ -30,6 +30,9 @@ enum class LoadStep {
     kBarTop,
     kBarHardlinks,
     kElsewhere,  ///< Whoever needs the key reads it from the file.
+    // A value that makes no sense in one of these steps is replaced by the default; no other is lost.
+    kAskBeforeDelete,
+    kLast = kAskBeforeDelete,
 };
 
 /// The field that a value goes to. Its type decides how the value is read: as a whole number from 0 to 255, a
@@ -112,6 +115,7 @@ inline constexpr auto kOptionTable = [] {
         {"FontStyleTOP", "", &Options::FontStyleTOP, kFontNames},
         {"FontStyleHardlinks", "", &Options::FontStyleHardlinks, kFontNames},
         {"FontStyleJunctions", "", &Options::FontStyleJunctions, kFontNames},
+        {"AskBeforeDelete", "1", &Options::AskBeforeDelete, kAskBeforeDelete},
     });
 }();
 // clang-format on

@@ -37,6 +37,11 @@ void convert(const std::string& text, std::string& field) {
     field = text;
 }
 
+bool isFlag(const std::string& text) {
+    const auto number = parseNumber(text);
+    return number && *number >= 0 && *number <= std::numeric_limits<Flag>::max();
+}
+
 std::string columnKey(std::size_t index, const OptionKey& key) {
     return std::to_string(index).append(key.key);
 }
@@ -79,7 +84,8 @@ class Loader {
     void readOne(const OptionKey& key, const std::string& name, Field& field) {
         const std::string text = value(key, name);
         at_ = name + "=" + text;
-        convert(text, field);
+        const bool fallsBack = key.step > LoadStep::kElsewhere && !isFlag(text);
+        convert(fallsBack ? std::string(key.defaultValue) : text, field);
         options_.keysRead.insert(name);
     }
 
@@ -123,6 +129,11 @@ class Saver {
     IniText& ini_;
 };
 
+/// Tells whether the options dialog saves what is read in this step.
+bool isOfDialog(LoadStep step) {
+    return step == LoadStep::kDateFormat || step == LoadStep::kAskBeforeDelete;
+}
+
 struct Routine {
     LoadStep first, last;
     const char* name;
@@ -162,9 +173,11 @@ std::int32_t topCountOf(std::string_view text) {
 }
 
 void OptionenLadenMain(Options& options, const SettingsStore& store, Diagnostics& diagnostics,
-                       bool onlyDateFormat) {
-    const LoadStep last = onlyDateFormat ? LoadStep::kDateFormat : LoadStep::kLastOfMain;
+                       bool onlyDialog) {
+    const LoadStep last = onlyDialog ? LoadStep::kDateFormat : LoadStep::kLastOfMain;
     loadTrapped(options, store, diagnostics, {LoadStep::kDateFormat, last, "OptionenLadenMain"});
+    loadTrapped(options, store, diagnostics,
+                {LoadStep::kAskBeforeDelete, LoadStep::kLast, "OptionenLadenMain"});
 }
 
 void loadBarOptions(Options& options, const SettingsStore& store, Diagnostics& diagnostics, OptionBar bar) {
@@ -181,7 +194,7 @@ void OptionenSpeichernMain(const Options& options, SettingsStore& store) {
     store.change([&](IniText& ini) {
         Saver saver(options, ini);
         for (const OptionKey& key : kOptionTable)
-            if (key.step != LoadStep::kDateFormat) saver.save(key);  // The options dialog saves it.
+            if (!isOfDialog(key.step)) saver.save(key);
     });
 }
 

@@ -53,6 +53,8 @@ struct Options {
          HardlinksTile = 0;
     /// Length of the list of the largest files.
     std::int32_t TOPmaxcount = 0;
+    /// Deleting for good asks first.
+    Flag AskBeforeDelete = 1;
     /// The picture (for formatDate) by which the lists show dates.
     std::string DateFormat;
 
@@ -87,10 +89,10 @@ enum class OptionBar { kMain, kFiles, kTop, kHardlinks };
 /// Fills the fields that the main window reads, from one reading of the file. A value that is no number, or
 /// does not fit, raises an error, which is trapped: the fields behind it stay as they were, and the error
 /// report names the key and its value. The order is that of the load steps in option_table.h, DateFormat
-/// first; with `onlyDateFormat` only that is read. The lists take over the new date format after this has
-/// returned.
+/// first; with `onlyDialog` only what the options dialog has is read. The lists take over the new date format
+/// after this has returned.
 void OptionenLadenMain(Options& options, const SettingsStore& store, Diagnostics& diagnostics,
-                       bool onlyDateFormat);
+                       bool onlyDialog);
 
 /// Fills the fields of one bar, with errors as in OptionenLadenMain. TOPmaxcount never raises one.
 void loadBarOptions(Options& options, const SettingsStore& store, Diagnostics& diagnostics, OptionBar bar);

@@ -28,6 +28,7 @@ inline constexpr NumberKey kKeyLanguage{kSectionGeneral, "Lang", 0};
 // The options dialog reads and writes these; the start of the program reads the second one, too.
 inline constexpr NumberKey kKeyExplorerVerb{kSectionOptions, "Kontextmenu", 0};
 inline constexpr NumberKey kKeySingleInstance{kSectionOptions, "Instanz", 1};
+inline constexpr NumberKey kKeyAskBeforeDelete{kSectionOptions, "AskBeforeDelete", 1};
 
 // The dialog that saves a list reads and writes this.
 inline constexpr NumberKey kKeyCsvEscapeFormulas{kSectionOptions, "CsvEscapeFormulas", 0};

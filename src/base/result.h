@@ -22,6 +22,8 @@ enum class ErrorKind : std::uint8_t {
     kUnsuited,     ///< It is a pipe, or another thing that must not be opened; it was not touched.
     kReaderGone,   ///< What reads a pipe has left.
     kNoTrash,      ///< The mount has no trash, and none can be made.
+    kTaken,        ///< Something else has that name.
+    kMovedOn,      ///< It is no longer where it was left, or something else is there now.
 };
 
 struct Error {

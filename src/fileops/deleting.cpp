@@ -1,12 +1,15 @@
 // Deletes and recycles files, folders, and rows of lists.
 #include "fileops/deleting.h"
 
+#include <algorithm>
 #include <utility>
 #include <vector>
 
 #include "base/text.h"
+#include "fileops/delete_question.h"
 #include "fileops/gone.h"
 #include "fileops/recycle_texts.h"
+#include "fileops/stayed.h"
 #include "robustness/trap.h"
 #include "scan/file_system_calls.h"
 #include "scan/records.h"
@@ -29,8 +32,9 @@ std::string unanswered(const FileOps& ops, FileRun& run, const std::string& path
 
 /// Moves it to the trash. Returns an empty text on success, else "REASON (CODE)".
 std::string recycled(const FileOps& ops, FileRun& run, const std::string& path, bool folder, Gone& gone) {
-    const auto now = ops.operations.recycle(placeOf(ops.scan, path), run);
-    if (now) return gone.trashed(*now, folder), std::string();
+    const FilePlace place = placeOf(ops.scan, path);
+    const auto now = ops.operations.recycle(place, run);
+    if (now) return gone.trashed({path, place, *now, folder}), std::string();
     if (now.failedAs(ErrorKind::kNoAnswer)) return unanswered(ops, run, path);
     const int code = now.error().number;
     return xGetErrorTextFromSH(code, false) + " (" + std::to_string(code) + ")";
@@ -42,38 +46,23 @@ void logGone(const FileOps& ops, const std::string& path, bool recycle) {
                                       : texts.TL(3761, "GELÖSCHT: %1", {path}));
 }
 
-/// Shortens a path, since no screen shows more of it.
-std::string cut(const std::string& path) {
-    constexpr std::size_t kFront = 300, kBack = 200;
-    if (path.size() <= kFront + kBack) return path;
-    return path.substr(0, kFront) + " ... " + path.substr(path.size() - kBack);
+/// Tells in the status bar what went, and where to.
+void tellWent(const FileOps& ops, const std::vector<std::string>& went, bool recycle, const Gone& gone) {
+    if (went.empty() || ops.host.closed()) return;
+    const Texts& texts = ops.scan.texts;
+    const std::string trash = visible(gone.trash());
+    if (!recycle)
+        return ops.host.setFirstPanel(
+            went.size() == 1 ? texts.TL(9792, "'%1' wurde gelöscht.", {visible(went.front())})
+                             : texts.TL(9793, "%1 Einträge wurden gelöscht.",
+                                        {countText(static_cast<double>(went.size()), ops.scan.numbers)}));
+    const std::string text =
+        went.size() == 1
+            ? texts.TL(9790, "'%1' liegt jetzt im Papierkorb (%2).", {visible(went.front()), trash})
+            : texts.TL(9791, "%1 Einträge liegen jetzt im Papierkorb (%2).",
+                       {countText(static_cast<double>(went.size()), ops.scan.numbers), trash});
+    trash.empty() ? ops.host.setFirstPanel(text) : ops.host.offerTakeBack(text);
 }
-
-/// Collects what could not be deleted, for one message at the end.
-class Stayed {
-  public:
-    /// Adds a text to the message and writes it to the log.
-    void add(const FileOps& ops, const std::string& text) {
-        ops.scan.log.LogProtokoll(text);
-        ++count_;
-        if (texts_.size() < kMostTexts) texts_.push_back(text);
-    }
-    void tell(const FileOps& ops) const {
-        if (count_ == 0 || ops.host.closed()) return;
-        std::string all;
-        for (const std::string& text : texts_)
-            all += (all.empty() ? "" : "\n") + visible(count_ == 1 ? text : cut(text));
-        if (count_ > texts_.size())
-            all += "\n" +
-                   ops.scan.texts.TL(9555, "... und %1 weitere", {std::to_string(count_ - texts_.size())});
-        ops.window.dialogs.message(MessageKind::kWarning, all);
-    }
-
-  private:
-    static constexpr std::size_t kMostTexts = 10;
-    std::vector<std::string> texts_;
-    std::size_t count_ = 0;
-};
 
 /// Returns why a folder must not be removed, or an empty text if it may be.
 std::string protectedReason(const FileOps& ops, FileRun& run, const std::string& path) {
@@ -166,10 +155,12 @@ std::string deleteFolder(const FileOps& ops, FileRun& run, const std::string& pa
                               {path, reason});
 }
 
-void deleteAll(const FileOps& ops, FileRun& run, const std::vector<std::string>& paths, bool recycle,
-               Gone& gone, Stayed& stayed) {
+/// Returns what went.
+std::vector<std::string> deleteAll(const FileOps& ops, FileRun& run, const std::vector<std::string>& paths,
+                                   bool recycle, Gone& gone, Stayed& stayed) {
+    std::vector<std::string> all;
     for (const std::string& path : paths) {
-        if (run.stopped()) return;
+        if (run.stopped()) return all;
         run.unanswered = false;
         if (gone.went(path)) {
             logGone(ops, path, recycle);
@@ -181,15 +172,16 @@ void deleteAll(const FileOps& ops, FileRun& run, const std::vector<std::string>&
             continue;
         }
         gone.about(path, true);
-        if (run.stopped()) return;  // Stopped while it was looked at, so nothing of this folder is gone.
+        if (run.stopped()) return all;  // Stopped while it was looked at, so nothing of this folder is gone.
         const std::string failure = deleteFolder(ops, run, path, recycle, gone);
         if (failure.empty() || hasVanished(ops.scan, path)) {
             gone.folder(path);
         } else if (!recycle && !run.unanswered) {
             gone.part(path);  // A folder goes to the trash as a whole or not at all.
         }
-        if (!failure.empty()) stayed.add(ops, failure);
+        failure.empty() ? all.push_back(path) : stayed.add(ops, failure);
     }
+    return all;
 }
 
 }  // namespace
@@ -197,20 +189,30 @@ void deleteAll(const FileOps& ops, FileRun& run, const std::vector<std::string>&
 void DeleteFolders(const FileOps& ops, const std::vector<Row>& rows, bool recycle) {
     guarded(ops.scan.diagnostics, [&] {
         const Grid& report = ops.scan.tvwPL;
+        if (ops.scan.state.ScanActive) return;
+        if (std::ranges::any_of(rows, [&](Row row) { return report.level(row) == 0; }))
+            return ops.host.setFirstPanel(
+                ops.scan.texts.TL(9803, "Eine Quelle wird nicht gelöscht. \"%1\" nimmt sie aus dem Bericht.",
+                                  {ops.scan.texts.TL(9241, "Entfernen")}));
         // A row that sums up files is no folder, even if there is one of that name on the disk.
         std::vector<std::string> paths;
-        for (const Row row : rows)
-            if (report.number(row, kIsFolder) == 1 || report.level(row) == 0)
-                paths.push_back(Report_GetFullpathOfNode(report, row, false, ops.scan.paths));
-        if (paths.empty() || ops.scan.state.ScanActive) return;
+        std::vector<Row> folders;
+        for (const Row row : rows) {
+            if (report.number(row, kIsFolder) != 1) continue;
+            folders.push_back(row);
+            paths.push_back(Report_GetFullpathOfNode(report, row, false, ops.scan.paths));
+        }
+        if (paths.empty() || (!recycle && !wantsToDelete(ops, foldersOf(report, folders)))) return;
         Gone gone(ops, recycle);
         Stayed stayed;
+        std::vector<std::string> went;
         {
             FileRun run(ops, statusOf(ops, recycle));
-            deleteAll(ops, run, paths, recycle, gone, stayed);
+            went = deleteAll(ops, run, paths, recycle, gone, stayed);
             gone.readWhatIsLeft();
         }
         gone.show();
+        tellWent(ops, went, recycle, gone);
         stayed.tell(ops);
     });
 }
@@ -219,14 +221,12 @@ void DeleteFolders(const FileOps& ops, const std::vector<Row>& rows, bool recycl
 
 void List_DeleteFiles(const FileOps& ops, ListView& list, bool recycle) {
     guarded(ops.scan.diagnostics, {.routine = list.routine("DeleteFiles").c_str()}, [&] {
-        std::vector<std::string> paths;
-        for (const Row row : list.grid().selectedRows()) paths.push_back(list.pathOf(row));
+        std::vector<std::string> paths = list.menuPaths();
         if (paths.empty() || ops.scan.state.ScanActive) return;
-        if (!ops.window.dialogs.message(MessageKind::kQuestion,
-                                        ops.scan.texts.TL(9572, "Löschvorgang durchführen?")))
-            return;
+        if (!recycle && !wantsToDelete(ops, filesOf(list))) return;
         Gone gone(ops, recycle);
         Stayed stayed;
+        std::vector<std::string> went;
         {
             FileRun run(ops, statusOf(ops, recycle));
             for (auto path = paths.rbegin(); path != paths.rend() && !run.stopped(); ++path) {
@@ -234,11 +234,12 @@ void List_DeleteFiles(const FileOps& ops, ListView& list, bool recycle) {
                 if (run.stopped()) break;  // Stopped while it was looked at, so the file is still there.
                 const std::string failure = Delete_Files(ops, run, *path, recycle, gone);
                 if (failure.empty() || hasVanished(ops.scan, *path)) gone.file(*path);
-                if (!failure.empty()) stayed.add(ops, failure);
+                failure.empty() ? went.push_back(*path) : stayed.add(ops, failure);
             }
             gone.readWhatIsLeft();
         }
         gone.show();
+        tellWent(ops, went, recycle, gone);
         stayed.tell(ops);
     });
 }

@@ -15,11 +15,13 @@ namespace hl {
 class Gone;
 class ListView;
 
-/// Deletes folders of the report without a question; rows that sum up files are skipped. Of a folder and one
-/// above it both may be given. What is left of a folder that did not go wholly is read again.
+/// Deletes folders of the report; rows that sum up files are skipped. Of a folder and one above it both may
+/// be given. Asks before it deletes for good, unless the user has switched that off. If one of the rows is a
+/// source, nothing is deleted, and the status bar says how a source leaves the report. What is left of a
+/// folder that did not go wholly is read again.
 void DeleteFolders(const FileOps& ops, const std::vector<Row>& rows, bool recycle);
 
-/// Deletes the files of the selected rows of a list, after a question.
+/// Deletes the files of the selected rows of a list, with the same question.
 void List_DeleteFiles(const FileOps& ops, ListView& list, bool recycle);
 
 /// Deletes one file and logs it. Returns an empty text if it went, else the line for the log and the user.

@@ -12,15 +12,21 @@
 
 namespace hl {
 
+class UndoSteps;
+
 /// What a command asks of the rest of the main form.
 class FileOpsHost {
   public:
     virtual ~FileOpsHost() = default;
     virtual void setFirstPanel(const std::string& text) = 0;
+    /// Sets the first panel like setFirstPanel; it offers to take back the last step.
+    virtual void offerTakeBack(const std::string& text) = 0;
     /// Makes the preview show the file that is selected now.
     virtual void Preview_ShowFile() = 0;
     /// Takes the rows for whose path `went` returns true out of all lists, and shows the report's new sizes.
     virtual void filesWent(const std::function<bool(const std::string& path)>& went) = 0;
+    /// A file has another name: rows of lists follow.
+    virtual void fileRenamed(const std::string& from, const std::string& to) = 0;
     /// Another folder became the current one. `row` is kNoRow and `folder` empty if there is none.
     virtual void folderShown(Row row, const std::string& folder) = 0;
     /// Tells that the window was closed while something waited for an answer: nothing may begin any more.
@@ -33,6 +39,7 @@ struct FileOps {
     FileOperations& operations;
     const Window& window;
     FileOpsHost& host;
+    UndoSteps& undo;
 };
 
 /// Lives as long as a command works. Meanwhile nothing else may begin, so rows stay where they are.

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "base/path.h"
+#include "base/scope_exit.h"
 #include "grid/no_redraw.h"
 #include "scan/file_system_calls.h"
 #include "scan/list_handover.h"
@@ -39,12 +40,15 @@ void Gone::about(const std::string& path, bool folder) {
     if (folder ? holdsLinkedFiles(scan, path) : isLinked()) linked_.insert(path);
 }
 
-void Gone::trashed(const std::string& now, bool folder) {
+void Gone::trashed(TrashedItem item) {
+    const std::string& now = item.moved.now.base;
     if (now.empty()) return;
     const std::string files = folderOf(now);
+    trash_ = folderOf(files);
     trashes_.insert(files);
-    trashes_.insert(folderOf(files) + "/info");
-    if (folder) trashed_.insert(now);
+    trashes_.insert(trash_ + "/info");
+    if (item.folder) trashed_.insert(now);
+    step_.trashed.push_back(std::move(item));
 }
 
 // Tells whether `folders` holds the path itself or a folder above it.
@@ -64,11 +68,13 @@ bool Gone::went(const std::string& path) const {
 
 void Gone::readWhatIsLeft() {
     ScanContext& scan = ops_.scan;
+    const ScopeExit keep([this] { ops_.undo.add(std::move(step_)); });
     if (nothing() || ops_.host.closed()) return;
     Row current = scan.tvwPL.currentRow();
     if (current != kNoRow && scan.tvwPL.number(current, kIsFolder) != 1 && scan.tvwPL.level(current) > 0)
         current = scan.tvwPL.parent(current);
     if (current != kNoRow) current_ = Report_GetFullpathOfNode(scan.tvwPL, current, false, scan.paths);
+    findNext(current);
     // The Stop that ended the command is reset here, so that pressing it again ends the reading.
     scan.state.CancelState = kCancelNone;
     const NoRedraw off(scan.tvwPL);
@@ -82,7 +88,26 @@ void Gone::readWhatIsLeft() {
     readTrash(changes);
     for (const std::string& path : linked_)
         if (went(path)) changes.sourcesChanged(path);
-    files_.merge(changes.finish());
+    auto links = changes.finish();
+    step_.links.assign(links.begin(), links.end());
+    files_.merge(links);
+}
+
+// The next is the first folder behind the current one that stays, or else the last one before it.
+void Gone::findNext(Row current) {
+    const Grid& report = ops_.scan.tvwPL;
+    if (current == kNoRow || report.parent(current) == kNoRow) return;
+    const auto stays = [&](Row row) {
+        if (report.number(row, kIsFolder) != 1) return false;
+        std::string path = Report_GetFullpathOfNode(report, row, false, ops_.scan.paths);
+        if (went(path)) return false;
+        next_ = std::move(path);
+        return true;
+    };
+    for (Row row = report.nextSibling(current); row != kNoRow; row = report.nextSibling(row))
+        if (stays(row)) return;
+    for (Row row = report.firstChild(report.parent(current)); row != current; row = report.nextSibling(row))
+        stays(row);
 }
 
 // The trash may lie in a folder of the report; then recycling frees nothing there.
@@ -121,14 +146,14 @@ void Gone::takeNames() {
     }
 }
 
-// If the current row went, the folder above it becomes current, and the file list shows its files.
+// If the current row went, the next one becomes current, and the file list shows its files.
 void Gone::followReport() {
     ScanContext& scan = ops_.scan;
     Grid& report = scan.tvwPL;
     const std::string listed = scan.state.currentFolder;
     Row row = report.currentRow();
     const bool moved = row == kNoRow && !current_.empty();
-    if (moved) row = nearestRow(current_);
+    if (moved) row = nearestRow(next_.empty() ? current_ : next_);
     if (row != kNoRow) {
         const NoRedraw off(report);
         report.setCurrentRow(row);

@@ -6,8 +6,10 @@
 #include <set>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "fileops/file_run.h"
+#include "fileops/undo_steps.h"
 
 namespace hl {
 
@@ -24,15 +26,20 @@ class Gone {
     /// Notes that the file or folder is no longer there.
     void file(const std::string& path) { files_.insert(path); }
     void folder(const std::string& path) { folders_.insert(path); }
-    /// Notes that it is now in the trash, at this path (FileOperations::recycle); the report may show that
-    /// place.
-    void trashed(const std::string& now, bool folder);
+    /// Notes that it is now in the trash, a place that the report may show.
+    void trashed(TrashedItem item);
     /// Notes that the folder is still there, but perhaps with less in it.
     void part(const std::string& path) { parts_.insert(path); }
     /// Tells whether the path went, by itself or with a folder above it.
     bool went(const std::string& path) const;
 
-    /// Brings the report up to date. REQUIRES: the window is locked by a FileRun.
+    /// Notes that what is in the trash had the name that this has now.
+    void renamed(RenamedItem item) { step_.renamed = std::move(item); }
+    /// Returns the folder of the trash that something went to last; empty if nothing did.
+    const std::string& trash() const { return trash_; }
+
+    /// Brings the report up to date; what went to the trash is a step of `ops.undo` then. REQUIRES: the
+    /// window is locked by a FileRun.
     void readWhatIsLeft();
     /// Updates the lists, panels and preview; the window must be free. Messages run at its end.
     void show();
@@ -43,6 +50,7 @@ class Gone {
     void readTrash(ReportChanges& changes) const;
     static bool isIn(const Paths& folders, std::string_view path);
     bool nothing() const { return files_.empty() && folders_.empty() && parts_.empty(); }
+    void findNext(Row current);
     void takeNames();
     void followReport();
     Row nearestRow(std::string path) const;
@@ -54,6 +62,9 @@ class Gone {
     /// Files that count only once however many names they have, or folders with such files.
     Paths linked_;
     std::string current_;  ///< The folder of the row that was current; empty for none.
+    std::string next_;     ///< The folder whose row is current then; empty for the one above.
+    UndoStep step_;
+    std::string trash_;
 };
 
 }  // namespace hl

@@ -20,17 +20,17 @@ namespace {
 /// What a move did to a file that had the name before.
 enum class Former : std::uint8_t { kNone, kInTrash, kReplaced };
 
-/// Makes room for `from` at `to`. Returns an empty text if it may go there, else why not. `now` receives
-/// where the former file is.
+/// Makes room for `from` at `to`. Returns an empty text if it may go there, else why not. `trashed` receives
+/// the former file.
 std::string makeRoom(const FileOps& ops, FileRun& run, const std::string& from, const std::string& to,
-                     Former& former, std::string& now) {
+                     Former& former, TrashedItem& trashed) {
     const FilePlace place = placeOf(ops.scan, to);
     const auto replaces = ops.operations.wouldReplace(placeOf(ops.scan, from), place, run);
     if (!replaces) return noAnswerText(ops, to);
     if (!*replaces || run.stopped()) return {};
     const auto recycled = ops.operations.recycle(place, run);
     if (recycled) {
-        now = *recycled;
+        trashed = {to, place, *recycled, false};
         former = Former::kInTrash;
         ops.scan.log.LogProtokoll(ops.scan.texts.TL(3760, "PAPIERKORB: %1", {to}));
         return {};
@@ -46,7 +46,7 @@ std::string makeRoom(const FileOps& ops, FileRun& run, const std::string& from, 
 void tellOfFormer(const FileOps& ops, const std::string& path, Former former) {
     const Texts& texts = ops.scan.texts;
     if (former == Former::kInTrash)
-        return ops.host.setFirstPanel(
+        return ops.host.offerTakeBack(
             texts.TL(9641, "Die frühere Datei '%1' liegt jetzt im Papierkorb.", {path}));
     const std::string text =
         texts.TL(9642, "Die frühere Datei '%1' wurde ersetzt; hier gibt es keinen Papierkorb.", {path});
@@ -65,23 +65,26 @@ bool rename(const FileOps& ops, Grid& grid, Row row, const std::string& folder, 
     const std::string old(grid.text(row)), from = folder + old, to = folder + name;
     const bool inReport = &grid == &ops.scan.tvwPL;
     Former former = Former::kNone;
-    std::string error, now;
+    std::string error;
+    TrashedItem trashed;
+    Moved moved;
     std::optional<Gone> gone;
     {
         FileRun run(ops, ops.scan.texts.TL(9551, "Wird verschoben: %1"));
         const bool taken = !hasVanished(ops.scan, to);
         if (run.stopped()) return false;
-        error = makeRoom(ops, run, from, to, former, now);
+        error = makeRoom(ops, run, from, to, former, trashed);
         // If the former file is already in the trash, the move is done in spite of a Stop.
         if (error.empty() && run.stopped() && former != Former::kInTrash) return false;
-        if (error.empty()) error = xMoveFile_W(ops, run, from, to);
+        if (error.empty()) error = xMoveFile_W(ops, run, from, to, &moved);
         if (former == Former::kReplaced && !error.empty()) former = Former::kNone;
         if (error.empty() && inReport) grid.setText(row, name);
         // Both were names of one file, and the system removed the old one.
         const bool oneName = taken && former == Former::kNone && error.empty() && hasVanished(ops.scan, from);
         if (former != Former::kNone || oneName) {
             gone.emplace(ops, former == Former::kInTrash).file(oneName ? from : to);
-            gone->trashed(now, false);
+            gone->trashed(trashed);
+            if (error.empty()) gone->renamed({from, to, placeOf(ops.scan, from), moved});
             gone->readWhatIsLeft();
         }
     }
@@ -97,8 +100,10 @@ bool rename(const FileOps& ops, Grid& grid, Row row, const std::string& folder, 
 
 }  // namespace
 
-std::string xMoveFile_W(const FileOps& ops, FileRun& run, const std::string& from, const std::string& to) {
-    const Result<> moved = ops.operations.move(placeOf(ops.scan, from), placeOf(ops.scan, to), run);
+std::string xMoveFile_W(const FileOps& ops, FileRun& run, const std::string& from, const std::string& to,
+                        Moved* now) {
+    const Result<Moved> moved = ops.operations.move(placeOf(ops.scan, from), placeOf(ops.scan, to), run);
+    if (moved && now != nullptr) *now = *moved;
     if (moved) return {};
     if (moved.failedAs(ErrorKind::kNoAnswer)) return noAnswerText(ops, from);
     if (moved.failedAs(ErrorKind::kOtherFolder)) return otherFolderText(ops, from);

@@ -10,8 +10,9 @@ namespace hl {
 class ListView;
 
 /// Moves `from` to `to`; see FileOperations::move. Returns an empty text on success, else the system's
-/// message.
-std::string xMoveFile_W(const FileOps& ops, FileRun& run, const std::string& from, const std::string& to);
+/// message. `now` (may be null) receives what is at `to` now.
+std::string xMoveFile_W(const FileOps& ops, FileRun& run, const std::string& from, const std::string& to,
+                        Moved* now = nullptr);
 
 /// Renames a file of a list. Another file of that name goes to the trash; where there is none it is replaced,
 /// and the status bar says so. If the renaming fails, a message tells why. Other cells of the row, and rows

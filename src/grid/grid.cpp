@@ -48,6 +48,7 @@ void Grid::forget(const std::vector<Row>& removed) {
         for (std::size_t cell = 0; cell < cells_.count(); ++cell)
             wasteBytes_ += cellText(row, static_cast<CellId>(cell)).size();
         if (!notes_.empty()) notes_.erase(row);
+        if (!marks_.empty()) marks_.erase(row);
         if (!selected_.empty()) selected_.erase(row);
         if (bar_.valueOr(row, 0) != 0) bar_[row] = 0;
         if (backColor_.valueOr(row, 0) != 0) backColor_[row] = 0;
@@ -120,6 +121,7 @@ void Grid::clear() {
     bar_.clear();
     backColor_.clear();
     notes_.clear();
+    marks_.clear();
     selected_.clear();
     current_ = top_ = kNoRow;
     wasteBytes_ = 0;
@@ -132,6 +134,21 @@ void Grid::setText(Row row, std::string_view text) {
     const TextRef added = texts_.add(text);
     wasteBytes_ += this->text(row).size();
     text_[row] = added;
+    changedCells(row);
+}
+
+std::uint32_t Grid::mark(Row row) const {
+    if (marks_.empty()) return 0;
+    const auto mark = marks_.find(row);
+    return mark == marks_.end() ? 0 : mark->second;
+}
+
+void Grid::setMark(Row row, std::uint32_t mark) {
+    if (mark == this->mark(row)) return;
+    if (mark == 0)
+        marks_.erase(row);
+    else
+        marks_.insert_or_assign(row, mark);
     changedCells(row);
 }
 

@@ -5,7 +5,7 @@
 // is for one thread only.
 //
 // A row takes kRowBytes, its cells (cellBytes), its text and one byte more. Side tables hold what few rows
-// have (a note, a selection); the column of colours exists only once a colour was set.
+// have (a note, a mark, a selection); the column of colours exists only once a colour was set.
 #pragma once
 
 #include <array>
@@ -95,6 +95,9 @@ class Grid {
     void setText(Row row, std::string_view text);
     std::string_view rowNote(Row row) const;
     void setRowNote(Row row, std::string_view note);
+    /// A number that few rows have; a row that has one carries a small mark at its picture. 0 for none.
+    std::uint32_t mark(Row row) const;
+    void setMark(Row row, std::uint32_t mark);
     int picture(Row row) const { return picture_[row]; }
     void setPicture(Row row, int picture);
     /// The index of the percent bar's picture in front of the text; -1 for none.
@@ -183,6 +186,7 @@ class Grid {
     Column<std::uint8_t> bar_;         ///< Index + 1; it has no block until the first bar is set.
     Column<std::uint32_t> backColor_;  ///< Colour + 1; it has no block until the first colour is set.
     std::unordered_map<Row, TextRef> notes_;
+    std::unordered_map<Row, std::uint32_t> marks_;
     std::unordered_set<Row> selected_;
     Row current_ = kNoRow;
     Row top_ = kNoRow;

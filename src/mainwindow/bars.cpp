@@ -41,9 +41,10 @@ BarEntry entryOf(const CommandRow& row, const Texts& texts) {
     return entry;
 }
 
-// Sets what belongs to no option: at the start there is nothing to stop, and the report always shows.
+// Sets what belongs to no option: at the start there is nothing to stop or to take back, and the report
+// always shows.
 void checkMain(CommandBar& bar) {
-    bar.setEnabled(idOf(Command::kStop), false);
+    for (const Command command : {Command::kStop, Command::kTakeBack}) bar.setEnabled(idOf(command), false);
     bar.setChecked(idOf(Command::kShowReport), true);
 }
 
@@ -56,7 +57,9 @@ void addLanguages(CommandBar& bar, const Texts& texts) {
 
 void buildBar(CommandBar& bar, const BarSources& sources) {
     guarded(sources.diagnostics, {.routine = barRows()[static_cast<std::size_t>(bar.id())].builder}, [&] {
-        if (bar.id() == BarId::kMain) bar.addPopup({.id = idOf(Command::kMenuOfSelectedFolders)});
+        if (bar.id() == BarId::kMain)
+            for (const Command popup : {Command::kMenuOfSelectedFolders, Command::kMenuOfStatus})
+                bar.addPopup({.id = idOf(popup)});
         for (const CommandRow& row : commandsOf(bar.id()))
             if (row.command != Command::kHomepage || sources.homepage)
                 bar.add(entryOf(row, sources.texts), idOf(row.parent));

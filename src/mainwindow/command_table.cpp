@@ -167,6 +167,7 @@ constexpr auto kMainRows = rows({
     {kShowTop, kButton, TL(3724, "Größte Dateien"), TL(9216, "Liste mit den größten Dateien anzeigen"), kIconTop, kSame, "4", &C::showPanel, byRoutine<&Options::ToplistVisible>},
     {kShowHardlinks, kButton, TL(3740, "Hardlinks"), TL(9217, "Liste mit Hardlinks anzeigen"), kIconHardlinks, kSame, "5", &C::showPanel, byRoutine<&Options::HardlinksVisible>},
     {kShowJunctions, kButton, TL(3742, "Junctions"), TL(9218, "Liste mit Junctions anzeigen"), kIconJunctions, kSame, "6", &C::showPanel, byRoutine<&Options::JunctionsVisible>},
+    {kTakeBack, kButton, TL(9794, "Zurückholen"), TL(9808, "Zurückholen, was zuletzt in den Papierkorb kam"), kIconTakeBack, kGroup, "Z", &C::takeBack},
     {kOptions, kButton, TL(3547, "Optionen"), TL(3547, "Optionen"), kIconOptions, kGroup, "O", &C::showOptions},
     {kLargeIcons, kButton, TL(3627, "Symbolgröße"), TL(9219, "Symbole vergrößern"), kIconIconSize, kGroup, {}, &C::largeIcons, toggles<&Options::BigIcons>},
     {kIconText, kButton, TL(3690, "Symboltext"), TL(9220, "Symboltext anzeigen"), kIconIconText, kSame, {}, &C::iconText, toggles<&Options::SymbolText>},
@@ -179,7 +180,8 @@ constexpr auto kMainRows = rows({
     {kHomepage, kButton, TL(3553, "Homepage"), TL(3553, "Homepage"), kIconHomepage, kSame, {}, &C::openHomepage},
     {kQuit, kButton, TL(3557, "Beenden"), TL(9226, "Programm beenden"), kIconQuit, kGroup, "Q", &C::quit},
     {kDeleteFolders, kButton, TL(3780, "Markierte Ordner löschen"), {}, kIconDelete, kSame, {}, &C::deleteFolders, {}, kMenuOfSelectedFolders},
-    {kRecycleFolders, kButton, TL(3781, "Markierte Ordner in den Papierkorb verschieben"), {}, kIconRecycle, kSame, {}, &C::recycleFolders, {}, kMenuOfSelectedFolders},
+    {kRecycleFolders, kButton, TL(3781, "Markierte Ordner in den Papierkorb verschieben"), {}, kIconRecycle, kGroup, {}, &C::recycleFolders, {}, kMenuOfSelectedFolders},
+    {kShowNotRead, kButton, TL(9809, "Nicht gelesene Ordner"), {}, kIconAccessError, kSame, {}, &C::showNotRead, {}, kMenuOfStatus},
 });
 
 constexpr auto kReportRows = joined(rows({

@@ -4,7 +4,6 @@
 #include "app/product.h"
 #include "app/setting_keys.h"
 #include "base/text.h"
-#include "fileops/deleting.h"
 #include "mainwindow/about_form.h"
 #include "mainwindow/main_form.h"
 #include "mainwindow/options_form.h"
@@ -124,11 +123,19 @@ void quit(MainForm& form, const CommandRow& /*row*/) {
 }
 
 void deleteFolders(MainForm& form, const CommandRow& /*row*/) {
-    DeleteFolders(form.files.ops(), form.session.tvwPL.selectedRows(), false);
+    form.files.deleteFolders(true);
 }
 
 void recycleFolders(MainForm& form, const CommandRow& /*row*/) {
-    DeleteFolders(form.files.ops(), form.session.tvwPL.selectedRows(), true);
+    form.files.deleteFolders(false);
+}
+
+void takeBack(MainForm& form, const CommandRow& /*row*/) {
+    form.files.takeBack();
+}
+
+void showNotRead(MainForm& form, const CommandRow& /*row*/) {
+    form.report.showNotRead();
 }
 
 // --- several views
@@ -219,11 +226,11 @@ void listOwnCommand(MainForm& form, const CommandRow& row) {
 }
 
 void listDelete(MainForm& form, const CommandRow& row) {
-    List_DeleteFiles(form.files.ops(), listOf(form, row), false);
+    form.files.deleteFiles(gridOf(row), true);
 }
 
 void listRecycle(MainForm& form, const CommandRow& row) {
-    List_DeleteFiles(form.files.ops(), listOf(form, row), true);
+    form.files.deleteFiles(gridOf(row), false);
 }
 
 void listIcons(MainForm& form, const CommandRow& row) {

@@ -28,6 +28,8 @@ void changeLanguage(MainForm& form, const CommandRow& row);
 void quit(MainForm& form, const CommandRow& row);
 void deleteFolders(MainForm& form, const CommandRow& row);
 void recycleFolders(MainForm& form, const CommandRow& row);
+void takeBack(MainForm& form, const CommandRow& row);
+void showNotRead(MainForm& form, const CommandRow& row);
 
 // --- several views
 void showSizes(MainForm& form, const CommandRow& row);

@@ -6,6 +6,7 @@
 #include "fileops/deleting.h"
 #include "fileops/menus.h"
 #include "mainwindow/main_form.h"
+#include "platform/icons.h"
 #include "scan/driver.h"
 #include "scan/rollup.h"
 
@@ -16,6 +17,7 @@ namespace {
 struct OwnEntry {
     int group;  ///< A separator stands where another group begins.
     RowText caption;
+    int icon;  ///< -1 means none.
     bool (*shows)(const MenuTarget& on);
     void (*run)(const MenuTarget& on);
 };
@@ -57,24 +59,24 @@ void unfold(const MenuTarget& on, bool unfolds) {
 
 // clang-format off
 constexpr OwnEntry kReportMenu[] = {
-    {1, TL(9573, "Ordner in den Papierkorb verschieben"), isNoSource, recycle},
-    {1, TL(9574, "Ordner löschen"), isNoSource, deleteForGood},
-    {2, TL(9575, "Ordner umbenennen"), isNoSource, [](const MenuTarget& on) { on.form.report.view().KeyUp(kKeyF2); }},
-    {3, TL(9576, "Alle Unterordner zuklappen"), always, [](const MenuTarget& on) { unfold(on, false); }},
-    {3, TL(9577, "Alle Unterordner aufklappen"), always, [](const MenuTarget& on) { unfold(on, true); }},
-    {4, TL(9578, "Quelle entfernen"), isSource, [](const MenuTarget& on) { Report_RemoveFolders(on.form.scan); }},
-    {4, TL(9579, "Ordner neu einlesen"), always, [](const MenuTarget& on) { Report_Rescan(on.form.scan); }},
+    {1, TL(9573, "Ordner in den Papierkorb verschieben"), kIconRecycle, isNoSource, recycle},
+    {2, TL(9574, "Ordner löschen"), kIconDelete, isNoSource, deleteForGood},
+    {3, TL(9575, "Ordner umbenennen"), -1, isNoSource, [](const MenuTarget& on) { on.form.report.view().KeyUp(kKeyF2); }},
+    {4, TL(9576, "Alle Unterordner zuklappen"), -1, always, [](const MenuTarget& on) { unfold(on, false); }},
+    {4, TL(9577, "Alle Unterordner aufklappen"), -1, always, [](const MenuTarget& on) { unfold(on, true); }},
+    {5, TL(9578, "Quelle entfernen"), -1, isSource, [](const MenuTarget& on) { Report_RemoveFolders(on.form.scan); }},
+    {5, TL(9579, "Ordner neu einlesen"), -1, always, [](const MenuTarget& on) { Report_Rescan(on.form.scan); }},
 };
 
 constexpr OwnEntry kDriveMenu[] = {
-    {1, TL(9584, "Laufwerk einlesen"), always, [](const MenuTarget& on) { on.form.drives.list().Drives_ScanDrives(true); }},
+    {1, TL(9584, "Laufwerk einlesen"), -1, always, [](const MenuTarget& on) { on.form.drives.list().Drives_ScanDrives(true); }},
 };
 
 constexpr OwnEntry kListMenu[] = {
-    {1, TL(9580, "Datei(en) in den Papierkorb verschieben"), hasFiles, recycle},
-    {1, TL(9581, "Datei(en) löschen"), hasFiles, deleteForGood},
-    {2, TL(9582, "Datei umbenennen"), isOneFile, [](const MenuTarget& on) { on.form.lists.of(on.grid)->KeyUp(kKeyF2); }},
-    {3, TL(9583, "Dateipfad öffnen"), isOneFile, showInFolder},
+    {1, TL(9580, "Datei(en) in den Papierkorb verschieben"), kIconRecycle, hasFiles, recycle},
+    {2, TL(9581, "Datei(en) löschen"), kIconDelete, hasFiles, deleteForGood},
+    {3, TL(9582, "Datei umbenennen"), -1, isOneFile, [](const MenuTarget& on) { on.form.lists.of(on.grid)->KeyUp(kKeyF2); }},
+    {4, TL(9583, "Dateipfad öffnen"), -1, isOneFile, showInFolder},
 };
 // clang-format on
 
@@ -96,7 +98,9 @@ void showContextMenu(const MenuTarget& on, Point at) {
         if (entry.group != group) own.push_back({});
         group = entry.group;
         own.push_back({Menus::kFirstOwn + static_cast<int>(i),
-                       on.form.services().texts.TL(entry.caption.id, entry.caption.german)});
+                       on.form.services().texts.TL(entry.caption.id, entry.caption.german),
+                       {},
+                       entry.icon});
     }
     const FileOps ops = on.form.files.ops();
     const int chosen = Menus(ops).show(on.paths, std::move(own), at);

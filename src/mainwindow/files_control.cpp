@@ -2,8 +2,10 @@
 #include "mainwindow/files_control.h"
 
 #include "base/text.h"
+#include "fileops/deleting.h"
 #include "fileops/menus.h"
 #include "fileops/renaming.h"
+#include "fileops/take_back.h"
 #include "mainwindow/context_menus.h"
 #include "mainwindow/main_form.h"
 #include "robustness/trap.h"
@@ -22,7 +24,7 @@ std::string withoutSlash(std::string path) {
 }  // namespace
 
 FileOps FilesControl::ops() {
-    return {form_.scan, form_.own.operations, *form_.window, *this};
+    return {form_.scan, form_.own.operations, *form_.window, *this, undo_};
 }
 
 // --- menus
@@ -80,6 +82,24 @@ void FilesControl::openFile(const std::string& path) {
     Menus(files).openFile(path);
 }
 
+// --- deleting
+
+void FilesControl::deleteFolders(bool forGood) {
+    form_.sources.duringCommand([&] { DeleteFolders(ops(), form_.session.tvwPL.selectedRows(), !forGood); });
+}
+
+void FilesControl::deleteFiles(GridId list, bool forGood) {
+    form_.sources.duringCommand([&] { List_DeleteFiles(ops(), *form_.lists.of(list), !forGood); });
+}
+
+void FilesControl::takeBack() {
+    form_.sources.duringCommand([&] { TakeBack(ops()); });
+}
+
+void FilesControl::showCanTakeBack() {
+    form_.bars.cbrMain.setEnabled(idOf(Command::kTakeBack), !undo_.isEmpty());
+}
+
 // --- names
 
 void FilesControl::renameFolder(Row row, const std::string& name) {
@@ -101,14 +121,22 @@ void FilesControl::setFirstPanel(const std::string& text) {
     form_.status.setFirst(text);
 }
 
+void FilesControl::offerTakeBack(const std::string& text) {
+    form_.status.offerTakeBack(text);
+}
+
 void FilesControl::Preview_ShowFile() {
     form_.preview.Preview_ShowFile(false);
 }
 
 void FilesControl::filesWent(const std::function<bool(const std::string& path)>& went) {
     for (const GridId id : kListGrids) form_.lists.of(id)->removeRows(went);
-    form_.lists.showTopTitle();
+    form_.lists.showTitles();
     form_.report.rowsArrived();
+}
+
+void FilesControl::fileRenamed(const std::string& from, const std::string& to) {
+    for (const GridId id : kListGrids) form_.lists.of(id)->renameRows(from, to);
 }
 
 void FilesControl::folderShown(Row row, const std::string& folder) {

@@ -6,6 +6,7 @@
 #include <string>
 
 #include "fileops/file_run.h"
+#include "fileops/undo_steps.h"
 #include "output/format_choice.h"
 
 namespace hl {
@@ -27,6 +28,12 @@ class FilesControl final : public FileOpsHost, public SaveDialog {
     void openListMenu(GridId list, Point at);
 
     void openFile(const std::string& path);
+    /// These act on what is selected; without `forGood` it goes to the trash.
+    void deleteFolders(bool forGood);
+    void deleteFiles(GridId list, bool forGood);
+    void takeBack();
+    /// The command that takes back can be chosen if there is something to take back.
+    void showCanTakeBack();
     /// `name` is the new name as bytes.
     void renameFolder(Row row, const std::string& name);
     void renameFile(ListView& list, Row row, const std::string& name);
@@ -36,8 +43,10 @@ class FilesControl final : public FileOpsHost, public SaveDialog {
 
     // --- FileOpsHost
     void setFirstPanel(const std::string& text) override;
+    void offerTakeBack(const std::string& text) override;
     void Preview_ShowFile() override;
     void filesWent(const std::function<bool(const std::string& path)>& went) override;
+    void fileRenamed(const std::string& from, const std::string& to) override;
     void folderShown(Row row, const std::string& folder) override;
     bool closed() override;
 
@@ -45,6 +54,7 @@ class FilesControl final : public FileOpsHost, public SaveDialog {
     bool hasNoMenu(const char* routine, const std::string& path);
 
     MainForm& form_;
+    UndoSteps undo_;
 };
 
 }  // namespace hl

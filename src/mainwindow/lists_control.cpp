@@ -58,12 +58,22 @@ std::string ListsControl::iconName(int picture) const {
 void ListsControl::filled() {
     for (const GridId id : {GridId::kTop, GridId::kHardlinks, GridId::kJunctions})
         lists_->of(id)->rowsChanged();
-    showTopTitle();
+    showTitles();
 }
 
-void ListsControl::showTopTitle() {
-    const std::string title = topTitle(form_.scan);
-    if (!title.empty()) form_.bars.cbrTOP.setCaption(idOf(Command::kTopTitle), title);
+void ListsControl::showTitles() {
+    const Texts& texts = form_.services().texts;
+    const auto show = [&](CommandBar& bar, Command label, const std::string& title) {
+        if (!title.empty()) bar.setCaption(idOf(label), markedTitle(title));
+    };
+    show(form_.bars.cbrTOP, Command::kTopTitle, topTitle(form_.scan));
+    show(form_.bars.cbrHardlinks, Command::kHardlinksTitle, texts.TL(3740, "Hardlinks"));
+    show(form_.bars.cbrJunctions, Command::kJunctionsTitle, texts.TL(3742, "Junctions"));
+}
+
+std::string ListsControl::markedTitle(const std::string& title) const {
+    if (!form_.session.state.ListsIncomplete) return title;
+    return form_.services().texts.TL(9815, "%1 (unvollständig)", {title});
 }
 
 void ListsControl::showFilesOf(const std::string& folder) {
@@ -79,7 +89,11 @@ void ListsControl::save(ListView& list) {
 
 void ListsControl::print(GridId id) {
     if (form_.session.state.ScanActive) return;  // The scan would wait for the preview.
-    Print_Files(form_.services(), form_.parts.gridTitles[static_cast<std::size_t>(id)],
+    const std::string& title = form_.parts.gridTitles[static_cast<std::size_t>(id)];
+    Print_Files(form_.services(),
+                id == GridId::kTop || id == GridId::kHardlinks || id == GridId::kJunctions
+                    ? markedTitle(title)
+                    : title,
                 form_.session.grid(id), id, *form_.window);
 }
 
@@ -100,6 +114,10 @@ void ListsControl::showPreview(GridId /*list*/, bool force) {
 
 void ListsControl::openFile(const std::string& path) {
     form_.files.openFile(path);
+}
+
+void ListsControl::deleteFiles(GridId list, bool forGood) {
+    form_.files.deleteFiles(list, forGood);
 }
 
 void ListsControl::ShellContextMenuFileList(GridId list, Point at) {

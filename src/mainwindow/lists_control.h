@@ -32,7 +32,8 @@ class ListsControl final : public ListHost {
     // --- what is shown of a run
     /// The three lists that a scan fills have other rows.
     void filled();
-    void showTopTitle();
+    /// The titles of the lists that a scan fills; they say if its reading was stopped.
+    void showTitles();
     /// Lists the files of a folder; an empty path empties the list.
     void showFilesOf(const std::string& folder);
 
@@ -49,10 +50,13 @@ class ListsControl final : public ListHost {
     void setSecondPanel(const std::string& text) override;
     void showPreview(GridId list, bool force) override;
     void openFile(const std::string& path) override;
+    void deleteFiles(GridId list, bool forGood) override;
     void ShellContextMenuFileList(GridId list, Point at) override;
     void nameEdited(GridId list, Row row, const std::string& name) override;
 
   private:
+    std::string markedTitle(const std::string& title) const;
+
     MainForm& form_;
     std::unique_ptr<FilePictures> pictures_;
     std::unique_ptr<TypeNames> typeNames_;

@@ -23,6 +23,12 @@ MainForm::MainForm(const Services& services, const WindowServices& given)
     parts.cellText = [this](GridId id, std::size_t column, Row row) {
         return ColumnText(session.grid(id), column, this->services().numbers).of(row);
     };
+    parts.markNote = [&services = this->services()](std::uint32_t folders) {
+        const Texts& all = services.texts;
+        return folders == 1 ? all.TL(9813, "1 Ordner darunter wurde nicht gelesen.")
+                            : all.TL(9814, "%1 Ordner darunter wurden nicht gelesen.",
+                                     {formatNumber(folders, {}, services.numbers)});
+    };
     parts.emptyHint = [this](GridId id) { return lists.emptyHint(id); };
     parts.fileIcon = [this](int picture) { return lists.iconName(picture); };
     parts.yes = texts.TL(9500, "Ja");

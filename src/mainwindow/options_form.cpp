@@ -30,6 +30,7 @@ OptionsForm::OptionsForm(const Services& services, FolderVerb& verb, const std::
         caption = texts.TL(3597, "Optionen");
         chkKontextmenu.caption = texts.TL(9450, "Harborlantern im Windows Explorer Kontextmenü anzeigen");
         chkInstanz.caption = texts.TL(9451, "Nur eine Programminstanz von Harborlantern starten");
+        chkAskBeforeDelete.caption = texts.TL(9806, "Vor dem Löschen für immer fragen");
         lblDateFormat = texts.TL(9452, "Datumsformat für den Zeitstempel von Dateien:");
         cmdOK.caption = texts.TL(3610, "OK");
         cmdCancel.caption = texts.TL(3609, "Abbrechen");
@@ -42,9 +43,12 @@ Form OptionsForm::form() {
             .caption = caption,
             .items = {{.control = &chkKontextmenu, .changed = [this] { chkKontextmenu_Click(); }},
                       {.control = &chkInstanz, .row = 1, .changed = [this] { chkInstanz_Click(); }},
-                      {.control = &lblDateFormat, .row = 2},
+                      {.control = &chkAskBeforeDelete,
+                       .row = 2,
+                       .changed = [this] { chkAskBeforeDelete_Click(); }},
+                      {.control = &lblDateFormat, .row = 3},
                       {.control = &txtDateFormat,
-                       .row = 3,
+                       .row = 4,
                        .changed = [this] { txtDateFormat_Change(); },
                        .name = lblDateFormat}},
             .buttons = {{.control = &cmdOK, .changed = [this] { cmdOK_Click(); }},
@@ -67,6 +71,9 @@ void OptionsForm::OptionenLaden() {
     const std::string state = settings.GetSettings(verb.section, verb.key, verb.defaultValue);
     chkKontextmenu.checked = parseInteger(state) == 1;
     chkInstanz.checked = singleInstanceWanted(settings);
+    const auto& ask = kKeyAskBeforeDelete;
+    chkAskBeforeDelete.checked =
+        parseInteger(settings.GetSettings(ask.section, ask.key, ask.defaultValue)).value_or(1) != 0;
     txtDateFormat.text = settings.GetSettings(kSectionOptions, kDateFormat, defaultDateFormat());
     ApplyExplorerVerb(chkKontextmenu.checked);
 }
@@ -75,6 +82,7 @@ void OptionsForm::OptionenSpeichern() {
     services_.settings.change([&](IniText& ini) {
         ini.set(kKeyExplorerVerb.section, kKeyExplorerVerb.key, chkKontextmenu.checked ? "1" : "0");
         ini.set(kKeySingleInstance.section, kKeySingleInstance.key, chkInstanz.checked ? "1" : "0");
+        ini.set(kKeyAskBeforeDelete.section, kKeyAskBeforeDelete.key, chkAskBeforeDelete.checked ? "1" : "0");
         ini.set(kSectionOptions, kDateFormat, txtDateFormat.text);
     });
     ApplyExplorerVerb(chkKontextmenu.checked);

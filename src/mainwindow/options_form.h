@@ -26,14 +26,15 @@ class OptionsForm {
     void Form_Activate() { activated_ = true; }
     void chkKontextmenu_Click() { changed_ |= activated_; }
     void chkInstanz_Click() { changed_ |= activated_; }
+    void chkAskBeforeDelete_Click() { changed_ |= activated_; }
     void txtDateFormat_Change() { changed_ |= activated_; }
     /// Saves if anything was changed. A change of the number of instances takes effect at the next start. The
-    /// caller must load the date format again, whichever button was pressed.
+    /// caller must load the dialog's options again, whichever button was pressed.
     void cmdOK_Click();
     void cmdCancel_Click() { loaded = false; }
 
     std::string caption, lblDateFormat;
-    CheckBox chkKontextmenu, chkInstanz;
+    CheckBox chkKontextmenu, chkInstanz, chkAskBeforeDelete;
     TextBox txtDateFormat{.text = "dd/mm/yyyy hh:nn:ss"};
     CommandButton cmdOK, cmdCancel;
     bool loaded = true;  ///< False once the form is done with.

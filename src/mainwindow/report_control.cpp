@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "mainwindow/main_form.h"
+#include "mainwindow/not_read_form.h"
 #include "output/print_report.h"
 #include "output/save_report.h"
 
@@ -57,6 +58,12 @@ void ReportControl::print() {
     form_.window->dialogs.showForm(form);
 }
 
+void ReportControl::showNotRead() {
+    NotReadForm frmNotRead(form_.services(), form_.session.tvwPL, form_.files, *form_.window);
+    Form form = frmNotRead.form();
+    form_.window->dialogs.showForm(form);
+}
+
 // --- ReportHost
 
 void ReportControl::setReportWidth(int pixels) {
@@ -81,6 +88,10 @@ void ReportControl::refreshPreview() {
 
 void ReportControl::Preview_Reset_View() {
     form_.preview.Preview_Reset_View();
+}
+
+void ReportControl::deleteFolders(bool forGood) {
+    form_.files.deleteFolders(forGood);
 }
 
 // A source that is handed over while the menu is open has to wait, because its scan would select other rows.

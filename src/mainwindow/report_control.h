@@ -30,6 +30,8 @@ class ReportControl final : public ReportHost {
 
     void save();
     void print();
+    /// Lists the folders that were not read, with the reasons.
+    void showNotRead();
 
     // --- ReportHost
     void setReportWidth(int pixels) override;
@@ -38,6 +40,7 @@ class ReportControl final : public ReportHost {
     void showFilesOf(const std::string& folder) override;
     void refreshPreview() override;
     void Preview_Reset_View() override;
+    void deleteFolders(bool forGood) override;
     void openRowsMenu(Point at) override;
     void nameEdited(GridId grid, Row row, const std::string& name) override;
     void Report_ShellContextMenu(Row row, const std::string& path, Point at) override;

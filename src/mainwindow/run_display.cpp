@@ -45,6 +45,7 @@ void RunDisplay::unlockControls() {
     }
     for (const BarId id : kLockedBars) form_.bar(id).setAllEnabled(true);
     form_.bars.cbrMain.setEnabled(kStop, false);
+    form_.files.showCanTakeBack();
 }
 
 // --- a run

@@ -28,8 +28,11 @@ bool SilentRun::run(const std::string& commandLine) {
     services().console.progress("");
     // Nobody knows what an error of the program has left out, so an older report is worth more.
     const bool whole = services().diagnostics.errcount() == errorsBefore;
-    if (!whole) reportNotWritten(order.path, services().texts.TL(9611, "ein unerwarteter Fehler"));
-    const bool written = whole && writeReport(order, **target);
+    if (!whole)
+        reportNotWritten(order.path, services().texts.TL(9611, "ein unerwarteter Fehler"));
+    else if (stopped_)
+        reportNotWritten(order.path, services().texts.TL(9810, "angehalten"));
+    const bool written = whole && !stopped_ && writeReport(order, **target);
     return written && !somethingFailed_ && services().diagnostics.errcount() == 0;
 }
 
@@ -67,7 +70,8 @@ void SilentRun::unlockControls() {
         grid->setEnabled(true);
 }
 
-void SilentRun::runEnded(RunEnd /*end*/) {
+void SilentRun::runEnded(RunEnd end) {
+    stopped_ = end == RunEnd::kStopped;
     services().console.progress("");
 }
 

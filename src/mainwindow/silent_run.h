@@ -20,7 +20,8 @@ class SilentRun final : public ScanHost, public Controls {
 
     /// Reads the sources of a silent command line and writes the report. The report's target is opened before
     /// anything is read. Returns true if everything was read and the report was written completely; anything
-    /// that failed has then been reported. REQUIRES: load() was called.
+    /// that failed has then been reported. After a stop no report is written, and an older one stays.
+    /// REQUIRES: load() was called.
     bool run(const std::string& commandLine);
 
     Session& session() { return session_; }
@@ -47,6 +48,7 @@ class SilentRun final : public ScanHost, public Controls {
     ScanContext scan_;
     std::uint64_t lastProgressTick_ = 0;
     bool somethingFailed_ = false;
+    bool stopped_ = false;
 };
 
 }  // namespace hl

@@ -2,11 +2,32 @@
 
 #include "base/text.h"
 #include "mainwindow/main_form.h"
+#include "scan/not_read.h"
 
 namespace hl {
 
 void StatusLine::setFirst(const std::string& text) {
     panels_.first = visible(text);
+    takeBack_ = false;
+    showButtons();
+}
+
+void StatusLine::offerTakeBack(const std::string& text) {
+    panels_.first = visible(text);
+    takeBack_ = true;
+    showButtons();
+}
+
+void StatusLine::showButtons() {
+    panels_.buttons.clear();
+    const Services& services = form_.services();
+    const auto add = [&](Command command, const std::string& caption) {
+        panels_.buttons.push_back({idOf(command), caption});
+    };
+    if (takeBack_) add(Command::kTakeBack, services.texts.TL(9794, "Zurückholen"));
+    if (const std::uint32_t folders = foldersNotRead(form_.session.tvwPL); folders > 0)
+        add(Command::kShowNotRead, services.texts.TL(9807, "%1 Ordner nicht gelesen",
+                                                     {formatNumber(folders, {}, services.numbers)}));
     show();
 }
 

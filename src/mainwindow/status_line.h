@@ -13,8 +13,10 @@ class StatusLine {
   public:
     explicit StatusLine(MainForm& form) : form_(form) {}
 
-    /// Control characters of the texts are made visible.
+    /// Control characters of the texts are made visible. The next text of the first panel takes the button
+    /// away that offers to take back.
     void setFirst(const std::string& text);
+    void offerTakeBack(const std::string& text);
     void setSecond(const std::string& text);
     const std::string& first() const { return panels_.first; }
 
@@ -28,8 +30,12 @@ class StatusLine {
     void show();
 
   private:
+    /// The buttons: to take back, and to list the folders of the report that were not read.
+    void showButtons();
+
     MainForm& form_;
     StatusPanels panels_;
+    bool takeBack_ = false;
 };
 
 }  // namespace hl

@@ -8,6 +8,7 @@
 #include "base/text.h"
 #include "grid/no_redraw.h"
 #include "robustness/trap.h"
+#include "scan/not_read.h"
 #include "scan/records.h"
 #include "views/list_columns.h"
 #include "views/report_columns.h"
@@ -28,6 +29,7 @@ void copyRow(const Grid& from, Row row, Grid& to, Row copy) {
     to.setExpanded(copy, from.expanded(row));
     if (from.barPicture(row) >= 0) to.setBarPicture(copy, from.barPicture(row));
     if (const auto color = from.backColor(row)) to.setBackColor(copy, *color);
+    to.setMark(copy, from.mark(row));
     if (const auto note = from.rowNote(row); !note.empty()) to.setRowNote(copy, note);
 }
 
@@ -187,8 +189,10 @@ void PrintForm::Report_print() {
             prepare(run);
         }
         if (!loaded) return;
-        PrintJob job = printedGrid(scan_, scan_.texts.TL(3641, "Ordnerliste"), *run.grid,
-                                   window_.grid(GridId::kReport).gridFont());
+        const std::string title = scan_.texts.TL(3641, "Ordnerliste");
+        const bool whole = !isIncomplete(scan_.tvwPL);
+        PrintJob job = printedGrid(scan_, whole ? title : scan_.texts.TL(9815, "%1 (unvollständig)", {title}),
+                                   *run.grid, window_.grid(GridId::kReport).gridFont());
         job.tree = true;
         job.zoom = run.zoom;
         window_.dialogs.previewPrint(job);

@@ -5,6 +5,7 @@
 #include "base/text.h"
 #include "output/report_file.h"
 #include "robustness/trap.h"
+#include "scan/not_read.h"
 
 namespace hl {
 
@@ -20,6 +21,10 @@ void SaveForm::fillControls() {
     const Texts& texts = scan_.texts;
     caption = texts.TL(3612, "Speichern");
     lblWasSpeichern = texts.TL(3709, "Was soll gespeichert werden?");
+    if (isIncomplete(scan_.tvwPL))
+        lblWasSpeichern =
+            texts.TL(9816, "Der Bericht ist unvollständig, denn das Einlesen wurde angehalten.") + "\n" +
+            lblWasSpeichern;
     optWasSpeichern[kAllFolders].caption = texts.TL(3710, "Alle Ordner");
     optWasSpeichern[kSelectedFolder].caption = texts.TL(3711, "Ausgewählter Ordner");
     lblLevels = texts.TL(3524, "Wieviele Ordnerebenen sollen gespeichert werden?");

@@ -19,6 +19,7 @@ struct MenuEntry {
     int id = 0;                           ///< 0 means a separator.
     std::string caption;                  ///< UTF-8, control characters visible; "&" is a plain character.
     std::vector<MenuEntry> entries = {};  ///< The entries of a submenu, whose own id can then not be chosen.
+    int icon = -1;                        ///< See platform/icons.h; -1 for none.
 };
 
 class Dialogs {
@@ -27,6 +28,9 @@ class Dialogs {
     virtual void showForm(Form& form) = 0;
     /// Returns true for yes; Return alone does not mean that. A message that is no question has one button.
     virtual bool message(MessageKind kind, const std::string& text) = 0;
+    /// Asks before something that cannot be undone. `action` is the caption of the button that does it;
+    /// the other one, which is the default, cancels. Returns true if it is to be done.
+    virtual bool confirm(const std::string& text, const std::string& action) = 0;
     /// Returns an empty text if the user cancelled.
     virtual std::string askText(const std::string& prompt, const std::string& preset) = 0;
     virtual std::string askFolder(const std::string& title, const std::string& start) = 0;

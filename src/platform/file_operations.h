@@ -29,6 +29,13 @@ struct FilePlace {
     FolderId id = {};
 };
 
+/// Something that was moved, so that it can be put back.
+struct Moved {
+    FilePlace now = {};    ///< Where it is. The base is empty if the system does not tell.
+    FolderId id = {};      ///< What it is.
+    bool inTrash = false;  ///< `now` is "TRASH/files/NAME".
+};
+
 /// What the caller does during an operation.
 class OperationWatch {
   public:
@@ -72,14 +79,17 @@ class FileOperations {
     /// folder belongs to the caller but is not writable, it is made writable first. Files that others add
     /// meanwhile may stay: then the folder above is reported as not empty.
     virtual Removal removeTree(const FilePlace& place, OperationWatch& watch) = 0;
-    /// Moves it to the trash of its mount. Nothing is ever copied, and nothing removed instead. Returns its
-    /// absolute path there, "TRASH/files/NAME", which is empty if the system does not tell. An error has no
-    /// text: its number is not one of the system, but one of those that users of a trash know.
-    virtual Result<std::string> recycle(const FilePlace& place, OperationWatch& watch) = 0;
+    /// Moves it to the trash of its mount. Nothing is ever copied, and nothing removed instead. An error has
+    /// no text: its number is not one of the system, but one of those that users of a trash know.
+    virtual Result<Moved> recycle(const FilePlace& place, OperationWatch& watch) = 0;
+    /// Moves to `to` what was moved before, and out of the trash wholly. Nothing is replaced (kTaken), and no
+    /// folder is made (kNotFound, kNoFolder). kMovedOn if it has left the place or changed into something
+    /// else. After a failure everything is as before.
+    virtual Result<> putBack(const Moved& what, const FilePlace& to, OperationWatch& watch) = 0;
     /// Moves or renames it. A file in the new place is replaced, a folder is not. Onto another mount
     /// only something that is no folder can be moved: it is copied, flushed to the disk, and then removed
     /// here. After a failure everything is as before.
-    virtual Result<> move(const FilePlace& from, const FilePlace& to, OperationWatch& watch) = 0;
+    virtual Result<Moved> move(const FilePlace& from, const FilePlace& to, OperationWatch& watch) = 0;
     /// Tells whether a move would replace a file, that is, another one than `from` itself under another name.
     virtual Result<bool> wouldReplace(const FilePlace& from, const FilePlace& to, OperationWatch& watch) = 0;
     /// Decides by what the folder is, not by its name, so a link or another mount of the same folder makes no

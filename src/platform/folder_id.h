@@ -1,11 +1,11 @@
-// Identifies a folder, whatever its name.
+// Identifies a folder or a file, whatever its name.
 #pragma once
 
 #include <cstdint>
 
 namespace hl {
 
-/// Both numbers are 0 if the folder is unknown.
+/// Both numbers are 0 if it is unknown.
 struct FolderId {
     std::uint64_t device = 0;
     std::uint64_t inode = 0;

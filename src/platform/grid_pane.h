@@ -36,6 +36,8 @@ class GridEvents {
     virtual void MouseUp(Row /*row*/, MouseButton /*button*/, bool /*shift*/, Point /*at*/) {}
     virtual void DblClick() {}
     virtual void KeyUp(int /*key*/) {}
+    /// Del was pressed anew, with Shift if `forGood`.
+    virtual void deletePressed(bool /*forGood*/) {}
     /// The row's text was edited; `value` is the new text as bytes, perhaps unchanged.
     virtual void GridCellAfterEditing(Row /*row*/, const std::string& /*value*/) {}
     virtual void GridColumnTitleClick(std::size_t /*column*/) {}

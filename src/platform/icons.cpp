@@ -21,6 +21,7 @@ constexpr IconNames kIcons[] = {
     {kIconFilesRow, nullptr, "files-row"},
     {kIconMountPoint, nullptr, "mount-point"},
     {kIconAccessError, "emblem-unreadable", "access-error"},
+    {kIconIncomplete, nullptr, "incomplete"},
     {kIconNew, "document-new", "new"},
     {kIconStart, nullptr, "start"},
     {kIconStop, "process-stop", "stop"},
@@ -66,6 +67,7 @@ constexpr IconNames kIcons[] = {
     {kIconPreview, nullptr, "preview"},
     {kIconSplit, nullptr, "split"},
     {kIconAnalyze, nullptr, "analyze"},
+    {kIconTakeBack, "edit-undo", "take-back"},
 };
 
 }  // namespace

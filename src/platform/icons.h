@@ -19,6 +19,7 @@ enum Icon : int {
     kIconFilesRow = 51,
     kIconMountPoint = 62,
     kIconAccessError = 69,
+    kIconIncomplete = 70,
     // Commands.
     kIconNew = 100,
     kIconStart,
@@ -65,6 +66,8 @@ enum Icon : int {
     kIconPreview,
     kIconSplit,
     kIconAnalyze,
+    kIconTakeBack,
+    kIconLast = kIconTakeBack,
 };
 
 struct IconNames {

@@ -31,12 +31,20 @@ constexpr std::size_t kSplitterCount = 6;
 
 enum class WindowState : std::uint8_t { kNormal, kMinimized, kMaximized };
 
+struct StatusButton {
+    int id = 0;  ///< Of the entry of the main bar that a click carries out.
+    std::string caption;
+    bool operator==(const StatusButton&) const = default;
+};
+
 /// The two panels of the status bar.
 struct StatusPanels {
     std::string first, second;
     bool secondVisible = true;
     bool firstTakesAll = false;
     int firstWidth = 100;  ///< In pixels; counts unless the first panel takes all.
+    /// Commands of the main bar that have a button behind the panels, with their captions.
+    std::vector<StatusButton> buttons = {};
 };
 
 /// An item of the list of sources.
@@ -129,6 +137,8 @@ struct WindowParts {
     std::array<cSplitter*, kSplitterCount> splitters{};
     /// Returns what a cell shows, with control characters made visible. For any visible column.
     std::function<std::string(GridId, std::size_t column, Row)> cellText;
+    /// Returns what the mark of a row means (Grid::mark), for its tooltip.
+    std::function<std::string(std::uint32_t mark)> markNote;
     /// Returns the text for a grid without rows; empty for none.
     std::function<std::string(GridId)> emptyHint;
     /// Returns the theme's icon name for a picture that platform/icons.h does not have; empty for none.

@@ -53,6 +53,7 @@ void finishLists(ScanContext& scan, const std::string& source) {
     trimTopList(scan);
     scan.lvwTOP.sortLevels(0);
     scan.state.TopSource = source;
+    scan.state.ListsIncomplete = scan.state.CancelState == kCancelStop;
     scan.lvwJunctions.sortLevels(0);
     sortHardlinks(scan.lvwHardlinks);
     scan.host.listsFilled();

@@ -16,6 +16,7 @@ enum RowPicture : int {
     kPictureFilesRow = kIconFilesRow,
     kPictureMountPoint = kIconMountPoint,
     kPictureAccessError = kIconAccessError,
+    kPictureIncomplete = kIconIncomplete,
 };
 
 /// A row of the folder report: a folder, or (with IsFolder 0) the one row that stands for all files directly

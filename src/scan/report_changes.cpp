@@ -11,6 +11,7 @@
 #include "base/size_text.h"
 #include "scan/driver.h"
 #include "scan/file_system_calls.h"
+#include "scan/not_read.h"
 #include "scan/records.h"
 #include "scan/rollup.h"
 #include "scan/walker.h"
@@ -188,6 +189,7 @@ void ReportChanges::takeOut(Row row) {
         add(report, above, kSize, -report.number(row, kSize));
         add(report, above, kFiles, -report.number(row, kFiles));
         add(report, above, kFolders, -report.number(row, kFolders) - 1);
+        report.setMark(above, report.mark(above) - foldersNotRead(report, row));
     }
     forgetBelow(row);
     report.removeRow(row);

@@ -5,6 +5,7 @@
 #include "robustness/trap.h"
 #include "scan/driver.h"
 #include "scan/file_system_calls.h"
+#include "scan/not_read.h"
 #include "scan/records.h"
 #include "scan/rollup.h"
 #include "scan/walker.h"
@@ -15,10 +16,12 @@ namespace {
 
 struct FolderNumbers {
     double size = 0, files = 0, folders = 0;
+    std::uint32_t notRead = 0;
 };
 
 FolderNumbers numbersOf(const Grid& report, Row row) {
-    return {report.number(row, kSize), report.number(row, kFiles), report.number(row, kFolders)};
+    return {report.number(row, kSize), report.number(row, kFiles), report.number(row, kFolders),
+            foldersNotRead(report, row)};
 }
 
 void addTo(Grid& report, Row row, double size, double files) {
@@ -33,11 +36,11 @@ void forRowAndAbove(const Grid& report, Row row, Do&& act) {
     for (; row != kNoRow && !report.text(row).empty(); row = report.parent(row)) act(row);
 }
 
-// Restores the picture of a folder that could not be read before. If it still cannot be, the walk says so
+// Restores the picture of a folder that was not read, or not wholly. If it still is not, the walk says so
 // again.
-void forgetAccessError(ScanContext& scan, Row row, const std::string& path) {
+void forgetNotRead(ScanContext& scan, Row row, const std::string& path) {
     Grid& report = scan.tvwPL;
-    if (report.picture(row) != kPictureAccessError) return;
+    if (!isNotRead(report, row)) return;
     report.setRowNote(row, "");
     if (report.level(row) == 0) {
         const SourceItem* item =
@@ -55,6 +58,7 @@ void correctAbove(Grid& report, Row row, const FolderNumbers& before) {
     forRowAndAbove(report, report.parent(row), [&](Row above) {
         addTo(report, above, now.size - before.size, now.files - before.files);
         report.setNumber(above, kFolders, report.number(above, kFolders) - before.folders + now.folders);
+        report.setMark(above, report.mark(above) - before.notRead + now.notRead);
     });
 }
 
@@ -63,7 +67,7 @@ void readAgain(ScanContext& scan, Row row) {
     const FolderNumbers before = numbersOf(report, row);
     report.removeChildren(row);
     const std::string path = Report_GetFullpathOfNode(report, row, false, scan.paths);
-    forgetAccessError(scan, row, path);
+    forgetNotRead(scan, row, path);
     QuelleEinlesen(scan, path, -1, row);
     if (report.level(row) >= 1) correctAbove(report, row, before);
     forRowAndAbove(report, row, [&](Row above) { Report_ChangePercentValue(scan, above); });
@@ -121,7 +125,7 @@ void Report_ReadAgain(ScanContext& scan, Row row) {
     Grid& report = scan.tvwPL;
     const FolderNumbers before = numbersOf(report, row);
     report.removeChildren(row);
-    forgetAccessError(scan, row, Report_GetFullpathOfNode(report, row, false, scan.paths));
+    forgetNotRead(scan, row, Report_GetFullpathOfNode(report, row, false, scan.paths));
     // In a silent run the walk fills no lists.
     const ScopeExit lists([&, was = scan.state.SilentRun] { scan.state.SilentRun = was; });
     scan.state.SilentRun = true;

@@ -58,6 +58,7 @@ struct ScanState {
     std::int32_t TopCount = 0;     ///< The rows added to the largest files; cutting the list does not lower
                                    ///< it.
     std::int32_t TopMaxCount = 0;  ///< The wanted number of rows.
+    bool ListsIncomplete = false;  ///< The reading that filled the three lists was stopped.
     SizeValue TopLargest;
     SizeValue TopSmallest;  ///< Once the list is full, a file must be larger than this.
     bool NeedLinkCount = false;

@@ -102,6 +102,7 @@ class FolderWalk final : public ScanProgress {
     void accessError(Level& level);
     void folderDone(Row row, bool isReparse, std::string_view target);
     void endByFault();
+    void markIncomplete(Row row);
 
     ScanContext& scan_;
     Yield yield_;
@@ -119,6 +120,7 @@ class FolderWalk final : public ScanProgress {
     std::unique_ptr<Listing> pending_;  ///< The first block of the folder about to be entered.
     std::vector<Level> levels_;
     ScanTotals result_;
+    bool cut_ = false;  ///< Stop ended the walk.
 };
 
 // --- the walk's levels
@@ -134,6 +136,7 @@ ScanTotals FolderWalk::run(Row row) {
         });
         if (!done) endByFault();
     }
+    if (cut_) markIncomplete(row);
     return result_;
 }
 
@@ -176,7 +179,10 @@ void FolderWalk::enterSource(Row row) {
 }
 
 void FolderWalk::enter(Row row, std::unique_ptr<Listing> block, bool isReparse, std::string target) {
-    if (block == nullptr) return;  // Stopped while the source itself was waited for.
+    if (block == nullptr) {  // Stopped while the source itself was waited for.
+        cut_ = true;
+        return;
+    }
     Level& level = levels_.emplace_back();
     level.row = row;
     level.ended = row == kNoRow;
@@ -328,6 +334,9 @@ bool FolderWalk::sizeCounts(const Entry& entry, std::int32_t links) {
 void FolderWalk::leave(bool cutShort) {
     {
         Level& level = levels_.back();
+        cut_ |= cutShort;
+        if (level.row != kNoRow)
+            scan_.tvwPL.setMark(level.row, static_cast<std::uint32_t>(level.totals.errors));
         if (!level.ended && !cutShort) {
             if (level.error) accessError(level);
             addFilesRow(level);
@@ -358,6 +367,12 @@ void FolderWalk::accessError(Level& level) {
     scan_.log.LogProtokoll("ERROR: " + text + " (" + visible(path_) + ")");
     level.totals.errors = addCount(level.totals.errors, 1);
     scan_.host.notRead(path_, text);
+}
+
+// What is missing below the row is not known.
+void FolderWalk::markIncomplete(Row row) {
+    scan_.tvwPL.setPicture(row, kPictureIncomplete);
+    scan_.tvwPL.setRowNote(row, scan_.texts.TL(9811, "angehalten: unvollständig"));
 }
 
 void FolderWalk::addFilesRow(const Level& level) {

@@ -55,6 +55,9 @@ class ProgramCore {
     /// it, and its pump runs the messages.
     void windowThere(const Window* window, MessagePump* pump, const std::string& mail);
 
+    /// Has the messages of a run without a window run by this pump; null takes it away.
+    void setPump(MessagePump* pump) { pump_.window = pump; }
+
     Texts& texts() { return texts_; }
     SettingsStore& settings() { return settings_; }
     ProgramErrors& errors() { return errors_; }

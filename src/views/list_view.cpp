@@ -214,13 +214,23 @@ void ListView::removeRows(const std::function<bool(const std::string& path)>& we
     for (Row row = grid_.firstRoot(); row != kNoRow; row = grid_.nextSibling(row))
         if (went(pathOf(row))) rows.push_back(row);
     if (rows.empty()) return;
+    const std::vector<Row> selected = grid_.selectedRows();
+    const std::size_t first = selected.empty() ? 0 : grid_.indexOf(selected.front());
     {
         const NoRedraw off(grid_);
         for (const Row row : rows) grid_.removeRow(row);
+        // If all that was selected went, the row behind it is the next.
+        if (!selected.empty() && grid_.selectedCount() == 0 && grid_.rowCount() > 0)
+            selectOnly(grid_.rowAt(std::min(first, grid_.rowCount() - 1)));
     }
     rowsRemoved();
     rowsChanged();
     if (parts_.host.listShows(traits_.grid)) ShowFileStat();
+}
+
+void ListView::renameRows(const std::string& from, const std::string& to) {
+    for (Row row = grid_.firstRoot(); row != kNoRow; row = grid_.nextSibling(row))
+        if (pathOf(row) == from) grid_.setText(row, to.substr(to.rfind('/') + 1));
 }
 
 // --- what the list shows

@@ -34,6 +34,8 @@ class ListHost {
     /// Makes the preview show the first selected file; with `force` even if it is shown already.
     virtual void showPreview(GridId list, bool force) = 0;
     virtual void openFile(const std::string& path) = 0;
+    /// Moves the selected files to the trash, or deletes them for good.
+    virtual void deleteFiles(GridId list, bool forGood) = 0;
     virtual void ShellContextMenuFileList(GridId list, Point at) = 0;
     /// The row's name was edited; `name` is the new name as bytes, perhaps unchanged.
     virtual void nameEdited(GridId list, Row row, const std::string& name) = 0;
@@ -96,6 +98,9 @@ class ListView : public GridEvents {
     void MouseUp(Row row, MouseButton button, bool shift, Point at) override;
     void DblClick() override;
     void KeyUp(int key) override;
+    void deletePressed(bool forGood) override {
+        if (!ignoresInput() && traits_.hasFiles) parts_.host.deleteFiles(traits_.grid, forGood);
+    }
     void VScroll() override { SetFileIcons(false); }
     void GridCellAfterEditing(Row row, const std::string& value) override {
         parts_.host.nameEdited(traits_.grid, row, value);
@@ -115,11 +120,15 @@ class ListView : public GridEvents {
     /// Removes the rows for whose paths `went` returns true.
     void removeRows(const std::function<bool(const std::string& path)>& went);
 
+    /// Rows of the file `from` get the name that it has in `to`, a path in the same folder.
+    void renameRows(const std::string& from, const std::string& to);
+
     /// Returns the full path of the row's file or folder.
     virtual std::string pathOf(Row row) const;
     /// Returns the paths that the list's menu is for: those of the selected rows, in the order of the view.
     virtual std::vector<std::string> menuPaths() const;
     Grid& grid() { return grid_; }
+    const Grid& grid() const { return grid_; }
     /// Returns the name of a routine in error reports: "List_Files_DeleteFiles".
     std::string routine(const char* name) const { return std::string(traits_.family) + name; }
     /// Returns the name of an event: "lvwFiles_GridCellAfterEditing".

@@ -26,6 +26,8 @@ class ReportHost {
     virtual void refreshPreview() = 0;
     /// Empties the preview.
     virtual void Preview_Reset_View() = 0;
+    /// Moves what is selected to the trash, or deletes it for good.
+    virtual void deleteFolders(bool forGood) = 0;
     /// Opens the menu for several selected rows.
     virtual void openRowsMenu(Point at) = 0;
     /// The row's name was edited; `name` is the new name as bytes, perhaps unchanged.
@@ -84,6 +86,9 @@ class ReportView final : public GridEvents {
     /// Up and Down act for the first selected row like a click, but do not change the current row; Return
     /// acts like a double click; F2 renames a folder that is no source.
     void KeyUp(int key) override;
+    void deletePressed(bool forGood) override {
+        if (!scan_.state.ScanActive) host_.deleteFolders(forGood);
+    }
     /// Fits the columns to the rows that are visible now; rows that are hidden now lose their selection.
     void expandedByUser(Row row) override;
     void GridCellAfterEditing(Row row, const std::string& value) override {

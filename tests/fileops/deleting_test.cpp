@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "fileops/renaming.h"
+#include "fileops/undo_steps.h"
 #include "platform/linux/change/trash.h"
 #include "support/fake_window.h"
 #include "support/scan_fixture.h"
@@ -16,7 +17,7 @@ using namespace test;
 class ScriptedOperations final : public FileOperations {
   public:
     Removal removal{.removed = true};
-    Result<std::string> recycled = "";
+    Result<Moved> recycled = Moved{};
     Result<> moved;
     Result<bool> replaces = false;
     Protection protection = Protection::kNone;
@@ -28,11 +29,16 @@ class ScriptedOperations final : public FileOperations {
     Removal removeTree(const FilePlace& place, OperationWatch&) override {
         return note("tree", place), removal;
     }
-    Result<std::string> recycle(const FilePlace& place, OperationWatch&) override {
+    Result<Moved> recycle(const FilePlace& place, OperationWatch&) override {
         return note("recycle", place), recycled;
     }
-    Result<> move(const FilePlace& from, const FilePlace& to, OperationWatch&) override {
-        return note("move", from), note("to", to), moved;
+    Result<> putBack(const Moved&, const FilePlace& to, OperationWatch&) override {
+        return note("back", to), moved;
+    }
+    Result<Moved> move(const FilePlace& from, const FilePlace& to, OperationWatch&) override {
+        note("move", from), note("to", to);
+        if (!moved) return moved.error();
+        return Moved{};
     }
     Result<bool> wouldReplace(const FilePlace&, const FilePlace&, OperationWatch&) override {
         return replaces;
@@ -49,8 +55,10 @@ class QuietHost final : public FileOpsHost {
   public:
     std::string panel;
     void setFirstPanel(const std::string& text) override { panel = text; }
+    void offerTakeBack(const std::string& text) override { panel = text; }
     void Preview_ShowFile() override {}
     void filesWent(const std::function<bool(const std::string&)>&) override {}
+    void fileRenamed(const std::string&, const std::string&) override {}
     void folderShown(Row, const std::string&) override {}
     bool closed() override { return false; }
 };
@@ -62,6 +70,7 @@ class DeletingTest : public ScanFixture {
         disk.sources = {folder("/src", {folder("a", {folder("aa", {file("x", 100)})}),
                                         folder("b", {file("x", 4), file("y", 6)})})};
         readSources({"/src"});
+        options.AskBeforeDelete = 0;
         src_ = rowOf("/src"), a_ = rowOf("a"), b_ = rowOf("b");
         clearProtocol();
     }
@@ -69,7 +78,8 @@ class DeletingTest : public ScanFixture {
     ScriptedOperations operations_;
     FakeWindow window_;
     QuietHost host_;
-    FileOps ops_{scan, operations_, window_, host_};
+    UndoSteps undo_;
+    FileOps ops_{scan, operations_, window_, host_, undo_};
     Row src_, a_, b_;
 };
 
@@ -161,8 +171,8 @@ TEST_F(DeletingTest, ARowThatSumsUpFilesIsPassedOver) {
 
 TEST_F(DeletingTest, AFileOfTheNewNameGoesToTheTrashAndIsReplacedOnlyWhereThereIsNone) {
     operations_.replaces = true;
-    const std::tuple<Result<std::string>, bool, std::string> cases[] = {
-        {"", true, "Die frühere Datei '/src/z' liegt jetzt im Papierkorb."},
+    const std::tuple<Result<Moved>, bool, std::string> cases[] = {
+        {Moved{}, true, "Die frühere Datei '/src/z' liegt jetzt im Papierkorb."},
         {recycleError(RecycleError::kNoTrash), true,
          "Die frühere Datei '/src/z' wurde ersetzt; hier gibt es keinen Papierkorb."},
         {recycleError(RecycleError::kNameTooLong), false, ""}};

@@ -16,6 +16,7 @@
 #include "gui/window_fixture.h"
 #include "mainwindow/pane_table.h"
 #include "platform/qt/grid/cell_editor.h"
+#include "scan/rollup.h"
 #include "support/trashing.h"
 
 namespace hl {
@@ -125,7 +126,7 @@ class Clicker {
         loop.exec();
     }
 
-    int duringRuns = 0, dialogs = 0, refusedCloses = 0;
+    int duringRuns = 0, dialogs = 0, refusedCloses = 0, takenBack = 0;
 
   private:
     static constexpr int kPausesOfARun = 500;
@@ -221,6 +222,29 @@ class Clicker {
         // In the bars of lists, too, moving to the trash follows deleting.
         if (pick(3) == 0) s_.execute(commandOf(barOf(id), idOf(Command::kFilesDelete) + pick(2)));
         if (id == GridId::kReport && pick(4) == 0) s_.execute(Command::kDeleteFolders + pick(2));
+        if (pick(3) == 0) trashAndTakeBack(id);
+    }
+    /// What goes to the trash and comes back is as it was, unless the user does something between.
+    void trashAndTakeBack(GridId id) {
+        const std::vector<Row> rows = s_.window().grid(id).grid().selectedRows();
+        if (id == GridId::kDrives || id == GridId::kJunctions || rows.size() != 1) return;
+        const Grid& grid = s_.window().grid(id).grid();
+        const std::string path =
+            id == GridId::kReport ? Report_GetFullpathOfNode(grid, rows[0], false, kPosixPaths)
+                                  : std::string(grid.cellText(rows[0], kFilePath)).append(grid.text(rows[0]));
+        if (path.find("moving") != std::string::npos || path.find("/deep") != std::string::npos) return;
+        const std::string before = test::snapshotOf(path);
+        const int left = left_;
+        if (id == GridId::kReport)
+            s_.execute(Command::kRecycleFolders);
+        else
+            s_.execute(commandOf(barOf(id), idOf(Command::kFilesRecycle)));
+        const bool went = test::snapshotOf(path) == "nothing\n" && before != "nothing\n";
+        if (pick(2) == 0 || !went || left != left_) return;
+        s_.execute(Command::kTakeBack);
+        if (left != left_) return;
+        ++takenBack;
+        EXPECT_EQ(test::snapshotOf(path), before) << path;
     }
     std::string folder() {
         const std::string names[] = {"", "/" + kBytes, "/" + kLongest, "/moving/2moving", "/none", "/many"};

@@ -42,10 +42,7 @@ class FilesTest : public ListsTest {
         box->setText(name);
         s().key(*box, Qt::Key_Return);
     }
-    void deleteInList(Command command = Command::kFilesDelete) {
-        answer("Ja");
-        session_->click(command);
-    }
+    void deleteInList(Command command = Command::kFilesDelete) { session_->click(command); }
     /// Expects what a fresh scan shows of these sources, in their order; sources that are gone have no row.
     void expectNumbersOfAFreshScan(const Names& sources = {}) {
         const Names now = facts(s());
@@ -62,6 +59,20 @@ class FilesTest : public ListsTest {
             EXPECT_EQ(rows, fresh.rows());
         }
     }
+    /// Expects the report that a fresh scan shows. The three lists only lose rows.
+    void expectReportOfAFreshScan(const Names& others = {}) {
+        const Names now = reportFacts(s());
+        Session fresh(home.path());
+        fresh.start();
+        for (const std::string& source : others) fresh.scan(source);
+        fresh.scan(at("src"));
+        EXPECT_EQ(now, reportFacts(fresh));
+    }
+    /// Returns null if the button does not show.
+    QPushButton* statusButton(Command command) {
+        auto* button = s().frame().findChild<QPushButton*>(QStringLiteral("status.%1").arg(idOf(command)));
+        return button != nullptr && button->isVisible() ? button : nullptr;
+    }
     Session& s() { return *session_; }
     bool there(const std::string& path) const { return fs::exists(fs::symlink_status(at(path))); }
     std::string protocol() const { return contentOf(home.path() + "/Harborlantern.log"); }
@@ -73,15 +84,20 @@ class FilesTest : public ListsTest {
             pressIn(dialog, button);
         });
     }
-    /// Returns every cell that a scan writes, of the report and of the three lists.
-    static Names facts(Session& s) {
+    /// Returns every cell that a scan writes of the report.
+    static Names reportFacts(Session& s) {
         Names all;
         const Grid& report = s.grid();
         for (Row row = report.firstRoot(); row != kNoRow; row = report.tree().following(row))
             all.push_back(Report_GetFullpathOfNode(report, row, false, kPosixPaths) + " " +
-                          std::to_string(report.picture(row)) + std::string(report.rowNote(row)) +
-                          cellsOf(report, row));
+                          std::to_string(report.picture(row)) + std::string(report.rowNote(row)) + " " +
+                          std::to_string(report.mark(row)) + cellsOf(report, row));
         std::sort(all.begin(), all.end());
+        return all;
+    }
+    /// Returns every cell that a scan writes, of the report and of the three lists.
+    static Names facts(Session& s) {
+        Names all = reportFacts(s);
         for (const GridId id : {GridId::kTop, GridId::kHardlinks, GridId::kJunctions}) {
             const Grid& list = s.window().grid(id).grid();
             const auto begin = static_cast<std::ptrdiff_t>(all.size());

@@ -27,6 +27,7 @@ struct Told : test::RecordingEvents {
     }
     void DblClick() override { log.push_back("double"); }
     void KeyUp(int key) override { log.push_back("key " + std::to_string(key)); }
+    void deletePressed(bool forGood) override { log.push_back(forGood ? "delete for good" : "delete"); }
     void GridColumnTitleClick(std::size_t column) override {
         log.push_back("title " + std::to_string(column));
     }

@@ -315,7 +315,7 @@ TEST_F(GridViewTest, TheLogicHearsOfTheReleaseOfKeysThatMoveOrAskOncePerPress) {
     showRoots(3);
     for (const int code : {Qt::Key_Up, Qt::Key_Down, Qt::Key_F2, Qt::Key_Delete, Qt::Key_Home, Qt::Key_X})
         key(code);
-    EXPECT_EQ(takeLog(), (LogLines{"key 38", "key 40", "key 113", "key 46", "key 40"}));
+    EXPECT_EQ(takeLog(), (LogLines{"key 38", "key 40", "key 113", "delete", "key 40"}));
     // While a key is held down, the toolkit sends false releases. The other release belongs to a press that
     // went elsewhere.
     QTest::keyPress(view.get(), Qt::Key_Down);

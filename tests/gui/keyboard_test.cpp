@@ -176,7 +176,12 @@ TEST_F(KeyboardTest, EveryAcceleratorPressesItsCommandFromWhereverTheFocusIs) {
             events.told.clear();
             const bool function = code >= 112;
             key(function ? Qt::Key_F1 + code - 112 : code, function ? Qt::NoModifier : Qt::ControlModifier);
-            EXPECT_EQ(events.told, std::vector<std::string>{executed}) << nameOf(place);
+            // In a box, Ctrl+Z takes back what was typed.
+            const bool ofBox = code == 'Z' && dynamic_cast<GridView*>(place) == nullptr;
+            if (ofBox)
+                EXPECT_EQ(events.told, std::vector<std::string>{});
+            else
+                EXPECT_EQ(events.told, std::vector<std::string>{executed}) << nameOf(place);
         }
     }
 }

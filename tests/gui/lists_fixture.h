@@ -142,6 +142,7 @@ class ListsTest : public WindowTest {
             text += std::string(on) + "=1\r\n";
         for (const char* list : {"Files", "Top", "Hardlinks"})
             text += std::string("FileSizeFormat") + list + "=0\r\n";
+        if (more.find("AskBeforeDelete") == std::string::npos) text += "AskBeforeDelete=0\r\n";
         setSettings(text + more);
     }
     void link(const std::string& from, const std::string& to) const {

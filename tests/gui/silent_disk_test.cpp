@@ -74,7 +74,6 @@ TEST_F(SilentDisk, StopEndsMenusNamesListsAndDeleting) {
         "name", [&] { rename(list, "new.txt"); }, stop());
     answerAgain();
     std::string text;
-    answer("Ja");
     answer("OK", &text);
     expectEnds(
         "files", [&] { session_->click(Command::kFilesDelete); }, stop());

@@ -102,11 +102,15 @@ class PausingOperations final : public FileOperations {
         if (refused(place)) return {.failures = {{systemError(EACCES, place.base), true}}, .failureCount = 1};
         return before(watch), disk_.removeTree(place, watch);
     }
-    Result<std::string> recycle(const FilePlace& place, OperationWatch& watch) override {
+    Result<Moved> recycle(const FilePlace& place, OperationWatch& watch) override {
         if (refused(place)) return recycleError(RecycleError::kAccess);
         return before(watch), disk_.recycle(place, watch);
     }
-    Result<> move(const FilePlace& from, const FilePlace& to, OperationWatch& watch) override {
+    Result<> putBack(const Moved& what, const FilePlace& to, OperationWatch& watch) override {
+        if (refused(to)) return systemError(EACCES);
+        return before(watch), disk_.putBack(what, to, watch);
+    }
+    Result<Moved> move(const FilePlace& from, const FilePlace& to, OperationWatch& watch) override {
         if (refused(from) || refused(to)) return systemError(EACCES);
         return before(watch), disk_.move(from, to, watch);
     }

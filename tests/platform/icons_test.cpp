@@ -34,11 +34,11 @@ std::string faultOf(const std::string& svg) {
 }
 
 TEST(Icons, EachNumberHasADrawingOfItsOwn) {
-    std::vector<int> numbers = {hl::kIconDriveRemovable, hl::kIconDriveFixed, hl::kIconDriveNetwork,
-                                hl::kIconDriveDisc,      hl::kIconDriveOther, hl::kIconSource,
-                                hl::kIconFolder,         hl::kIconLink,       hl::kIconFilesRow,
-                                hl::kIconMountPoint,     hl::kIconAccessError};
-    for (int command = hl::kIconNew; command <= hl::kIconAnalyze; ++command) numbers.push_back(command);
+    std::vector<int> numbers = {hl::kIconDriveRemovable, hl::kIconDriveFixed,  hl::kIconDriveNetwork,
+                                hl::kIconDriveDisc,      hl::kIconDriveOther,  hl::kIconSource,
+                                hl::kIconFolder,         hl::kIconLink,        hl::kIconFilesRow,
+                                hl::kIconMountPoint,     hl::kIconAccessError, hl::kIconIncomplete};
+    for (int command = hl::kIconNew; command <= hl::kIconLast; ++command) numbers.push_back(command);
     std::set<std::string> used;
     for (const int number : numbers) {
         const hl::IconNames* names = hl::iconNames(number);
@@ -49,7 +49,7 @@ TEST(Icons, EachNumberHasADrawingOfItsOwn) {
         ASSERT_TRUE(fs::is_regular_file(file)) << file;
         EXPECT_EQ(faultOf(hl::test::contentOf(file)), "") << file;
     }
-    for (const int number : {-1, 0, 9, 24, hl::kIconNew - 1, hl::kIconAnalyze + 1, 9999})
+    for (const int number : {-1, 0, 9, 24, hl::kIconNew - 1, hl::kIconLast + 1, 9999})
         EXPECT_EQ(hl::iconNames(number), nullptr) << number;
 }
 

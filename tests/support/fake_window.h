@@ -22,6 +22,7 @@ struct FakeTypes : FileTypes {
 /// What the parts of the window were asked, and what they answer.
 struct FakeAnswers {
     std::vector<std::string> calls;
+    bool confirms = true;
     std::string answer;  ///< What the user types when asked for a text.
     std::optional<RowRange> visibleRows;
     std::size_t columnUnderPointer = 0;
@@ -87,6 +88,10 @@ struct FakeDialogs : Dialogs {
     bool message(MessageKind, const std::string& text) override {
         all.calls.push_back(text);
         return true;
+    }
+    bool confirm(const std::string& text, const std::string& action) override {
+        all.calls.push_back(action + ": " + text);
+        return all.confirms;
     }
     std::string askText(const std::string& prompt, const std::string& preset) override {
         all.prompt = prompt;

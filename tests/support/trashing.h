@@ -25,11 +25,13 @@ namespace hl::test {
 
 namespace fs = std::filesystem;
 
-/// Describes everything at and below `path`, one line each: the kind, the rights, and the content or target.
+/// Describes everything at and below `path`, one line each: the kind, the rights, the time of what is no
+/// folder, and the content or target.
 inline std::string snapshotOf(const std::string& path) {
     const struct stat status = factsOf(path);
     if (status.st_ino == 0) return "nothing\n";
     std::string line = std::to_string(status.st_mode) + " " + std::to_string(status.st_ino) + " ";
+    if (!S_ISDIR(status.st_mode)) line += std::to_string(status.st_mtime) + " ";
     if (S_ISREG(status.st_mode)) line += contentOf(path);
     if (S_ISLNK(status.st_mode)) line += fs::read_symlink(path).string();
     line += "\n";

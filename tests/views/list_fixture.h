@@ -86,6 +86,9 @@ struct ListFixture : ScanFixture, ListHost {
     bool listShows(GridId) override { return shows; }
     void setSecondPanel(const std::string& text) override { status = text; }
     void showPreview(GridId, bool force) override { asked.emplace_back(force ? "preview!" : "preview"); }
+    void deleteFiles(GridId list, bool forGood) override {
+        asked.push_back("delete " + std::to_string(static_cast<int>(list)) + (forGood ? " for good" : ""));
+    }
     void openFile(const std::string& path) override { asked.push_back("open " + path); }
     void ShellContextMenuFileList(GridId, Point) override { asked.emplace_back("menu"); }
     void nameEdited(GridId, Row, const std::string& name) override { asked.push_back("name " + name); }

@@ -36,6 +36,7 @@ struct ReportTest : test::ScanFixture, ReportHost {
     void showFilesOf(const std::string& folder) override { asked.push_back("files of " + folder); }
     void refreshPreview() override { asked.emplace_back("preview"); }
     void Preview_Reset_View() override { asked.emplace_back("no preview"); }
+    void deleteFolders(bool forGood) override { asked.emplace_back(forGood ? "delete" : "recycle"); }
     void openRowsMenu(Point) override { asked.emplace_back("rows menu"); }
     void nameEdited(GridId, Row, const std::string& name) override { asked.push_back("name " + name); }
     void Report_ShellContextMenu(Row, const std::string& path, Point) override {

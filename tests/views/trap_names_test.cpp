@@ -44,6 +44,7 @@ struct TrapNames : test::ListFixture, ReportHost {
     void showFilesOf(const std::string&) override {}
     void refreshPreview() override {}
     void Preview_Reset_View() override {}
+    void deleteFolders(bool) override {}
     void openRowsMenu(Point) override {}
     void nameEdited(GridId, Row, const std::string&) override {}
     void Report_ShellContextMenu(Row, const std::string&, Point) override {}

@@ -10,8 +10,10 @@
 #include <utility>
 
 #include "platform/linux/change/beside.h"
+#include "platform/linux/change/found_entry.h"
 #include "platform/linux/change/moving.h"
 #include "platform/linux/change/opened_place.h"
+#include "platform/linux/change/restoring.h"
 #include "platform/linux/change/tree_removal.h"
 #include "platform/linux/process/system_error.h"
 
@@ -33,6 +35,14 @@ bool holds(DirectoryCalls& calls, const FolderId& folder, const std::string& ins
         at = openAt(at.number(), "..", kLookFlags);
     }
     return false;
+}
+
+/// Returns what is at the place; unknown if that cannot be told.
+FolderId idOf(const FilePlace& place) {
+    const OpenedPlace at = openPlace(place);
+    FoundEntry entry;
+    const bool found = at.error == 0 && look(at.folder.number(), at.name, entry) == 0;
+    return found ? entry.id() : FolderId{};
 }
 
 /// Returns a path to the folder itself, even if its name is a link.
@@ -83,23 +93,31 @@ Removal LinuxFileOperations::removeTree(const FilePlace& place, OperationWatch& 
         });
 }
 
-Result<std::string> LinuxFileOperations::recycle(const FilePlace& place, OperationWatch& watch) {
-    using Recycled = Result<std::string>;
-    return beside<Recycled>(
+Result<Moved> LinuxFileOperations::recycle(const FilePlace& place, OperationWatch& watch) {
+    return beside<Result<Moved>>(
         {pathOf(place), inside(tools_->settings.trash.homeTrash)}, recycleError(RecycleError::kNoAnswer),
-        watch, [place, tools = tools_](Whereabouts& whereabouts) -> Recycled {
+        watch, [place, tools = tools_](Whereabouts& whereabouts) -> Result<Moved> {
             whereabouts.at([&] { return pathOf(place); });
-            std::string now;
+            Moved now;
             const RecycleError reason = moveToTrash(place, tools->settings.trash, &now, &whereabouts);
             if (reason != RecycleError::kNone) return recycleError(reason);
             return now;
         });
 }
 
-Result<> LinuxFileOperations::move(const FilePlace& from, const FilePlace& to, OperationWatch& watch) {
+Result<> LinuxFileOperations::putBack(const Moved& what, const FilePlace& to, OperationWatch& watch) {
     return beside<Result<>>(
-        {pathOf(from), pathOf(to)}, systemError(ETIMEDOUT), watch,
-        [from, to](Whereabouts& whereabouts) { return systemResult(moveEntry(from, to, whereabouts)); });
+        {pathOf(what.now), pathOf(to)}, systemError(ETIMEDOUT), watch,
+        [what, to](Whereabouts& whereabouts) { return hl::putBack(what, to, whereabouts); });
+}
+
+Result<Moved> LinuxFileOperations::move(const FilePlace& from, const FilePlace& to, OperationWatch& watch) {
+    return beside<Result<Moved>>({pathOf(from), pathOf(to)}, systemError(ETIMEDOUT), watch,
+                                 [from, to](Whereabouts& whereabouts) -> Result<Moved> {
+                                     const int error = moveEntry(from, to, whereabouts);
+                                     if (error != 0) return systemError(error);
+                                     return Moved{.now = to, .id = idOf(to)};
+                                 });
 }
 
 Result<bool> LinuxFileOperations::wouldReplace(const FilePlace& from, const FilePlace& to,

@@ -29,8 +29,9 @@ class LinuxFileOperations final : public FileOperations {
 
     Result<> removeFile(const FilePlace& place, OperationWatch& watch) override;
     Removal removeTree(const FilePlace& place, OperationWatch& watch) override;
-    Result<std::string> recycle(const FilePlace& place, OperationWatch& watch) override;
-    Result<> move(const FilePlace& from, const FilePlace& to, OperationWatch& watch) override;
+    Result<Moved> recycle(const FilePlace& place, OperationWatch& watch) override;
+    Result<> putBack(const Moved& what, const FilePlace& to, OperationWatch& watch) override;
+    Result<Moved> move(const FilePlace& from, const FilePlace& to, OperationWatch& watch) override;
     Result<bool> wouldReplace(const FilePlace& from, const FilePlace& to, OperationWatch& watch) override;
     Protection protectionOf(const FilePlace& place, OperationWatch& watch) override;
 

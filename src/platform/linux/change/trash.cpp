@@ -11,7 +11,6 @@
 #include <pwd.h>
 #include <stdio.h>
 #include <sys/stat.h>
-#include <sys/sysmacros.h>
 #include <time.h>
 #include <unistd.h>
 
@@ -23,6 +22,7 @@
 #include <vector>
 
 #include "base/text.h"
+#include "platform/linux/change/found_entry.h"
 #include "platform/linux/change/opened_place.h"
 #include "platform/linux/drives/mount_table.h"
 
@@ -33,38 +33,9 @@ namespace {
 constexpr int kFolderFlags = O_PATH | O_DIRECTORY;
 constexpr int kOwnFolderFlags = kFolderFlags | O_NOFOLLOW;
 constexpr mode_t kOwnerOnly = 0700;
-constexpr std::string_view kInfoEnding = ".trashinfo";
 constexpr std::size_t kLongestName = 255;
 constexpr unsigned kNamesInTurn = 100;  ///< "name", "name.2", ...; after that the numbers are random.
 constexpr unsigned kMostNames = 200;
-
-struct Entry {
-    std::uint64_t mount = 0;  ///< The device, if the kernel does not distinguish mounts.
-    std::uint64_t device = 0;
-    std::uint64_t inode = 0;
-    unsigned mode = 0;
-    unsigned owner = 0;
-
-    bool is(const Entry& other) const {
-        return mount == other.mount && device == other.device && inode == other.inode;
-    }
-};
-
-/// Looks at an entry of an open folder, or at the folder itself if the name is empty. Returns a system error
-/// code.
-int look(int folder, const std::string& name, Entry& entry) {
-    constexpr unsigned kWanted = STATX_TYPE | STATX_MODE | STATX_UID | STATX_INO | STATX_MNT_ID;
-    struct statx facts {};
-    if (statx(folder, name.c_str(), AT_EMPTY_PATH | AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT, kWanted, &facts) !=
-        0)
-        return errno;
-    entry.device = makedev(facts.stx_dev_major, facts.stx_dev_minor);
-    entry.mount = (facts.stx_mask & STATX_MNT_ID) != 0 ? facts.stx_mnt_id : entry.device;
-    entry.inode = facts.stx_ino;
-    entry.mode = facts.stx_mode;
-    entry.owner = facts.stx_uid;
-    return 0;
-}
 
 /// Returns the names of a path, without empty ones and ".".
 std::vector<std::string> namesOf(std::string_view path) {
@@ -95,13 +66,13 @@ int stepMaking(Descriptor& folder, const std::string& name) {
 /// what is moved there.
 int stepToOwn(Descriptor& folder, const std::string& name, unsigned user) {
     if (const int error = stepMaking(folder, name); error != 0) return error;
-    Entry own;
+    FoundEntry own;
     if (const int error = look(folder.number(), "", own); error != 0) return error;
     return own.owner == user ? 0 : EACCES;
 }
 
 int expectMount(const Descriptor& folder, std::uint64_t mount) {
-    Entry found;
+    FoundEntry found;
     if (const int error = look(folder.number(), "", found); error != 0) return error;
     return found.mount == mount ? 0 : EXDEV;
 }
@@ -125,7 +96,7 @@ int openHomeTrash(const std::string& path, std::uint64_t mount, Descriptor& tras
 /// Opens the folder that all users share for their trashes. Its sticky bit protects them from one another.
 int stepToShared(Descriptor& folder) {
     if (const int error = stepTo(folder, ".Trash", kOwnFolderFlags); error != 0) return error;
-    Entry shared;
+    FoundEntry shared;
     if (const int error = look(folder.number(), "", shared); error != 0) return error;
     return (shared.mode & S_ISVTX) != 0 ? 0 : EACCES;
 }
@@ -143,12 +114,12 @@ int openMountTrash(const Descriptor& top, unsigned user, Descriptor& trash) {
 /// Goes up from an open folder to the top of its mount. Returns a system error code; `levels` receives how
 /// far that was.
 int climbToTop(Descriptor& folder, std::size_t& levels) {
-    Entry here;
+    FoundEntry here;
     if (const int error = look(folder.number(), "", here); error != 0) return error;
     for (levels = 0;; ++levels) {
         Descriptor above = openAt(folder.number(), "..", kFolderFlags);
         if (!above.isOpen()) return errno;
-        Entry there;
+        FoundEntry there;
         if (const int error = look(above.number(), "", there); error != 0) return error;
         if (there.mount != here.mount || there.is(here)) return 0;
         folder = std::move(above);
@@ -241,18 +212,6 @@ int writeInfo(const Descriptor& folder, const std::string& name, const std::stri
     return written != 0 ? written : closed;
 }
 
-/// Returns a system error code; EEXIST if the new name is taken. Some file systems cannot check that
-/// themselves; there the info file keeps other programs away.
-int renameAnew(const Descriptor& from, const std::string& name, const Descriptor& to,
-               const std::string& newName) {
-    if (renameat2(from.number(), name.c_str(), to.number(), newName.c_str(), RENAME_NOREPLACE) == 0) return 0;
-    if (errno != EINVAL && errno != ENOSYS) return errno;
-    Entry there;
-    if (const int error = look(to.number(), newName, there); error != ENOENT)
-        return error == 0 ? EEXIST : error;
-    return renameat(from.number(), name.c_str(), to.number(), newName.c_str()) == 0 ? 0 : errno;
-}
-
 /// Returns the name of an entry in the trash, cut behind a character if its info file's name would be too
 /// long.
 std::string nameInTrash(const std::string& name, unsigned attempt) {
@@ -322,11 +281,18 @@ int openParts(Descriptor folder, Trash& trash) {
 /// What is moved, and who is told.
 struct Order {
     const OpenedPlace& from;
-    const Entry& entry;
-    std::string* now;
+    const FoundEntry& entry;
+    Moved* now;
     Whereabouts* whereabouts;
     std::string path;
 };
+
+Moved movedTo(const Trash& trash, const std::string& name, const FoundEntry& entry) {
+    const std::string files = pathOfFolder(trash.files);
+    Moved moved{.id = entry.id(), .inTrash = true};
+    if (!files.empty()) moved.now.base = files + "/" + name;
+    return moved;
+}
 
 RecycleError moveInto(const Trash& trash, const Order& order, const std::string& text) {
     const OpenedPlace& from = order.from;
@@ -340,8 +306,7 @@ RecycleError moveInto(const Trash& trash, const Order& order, const std::string&
         error = order.whereabouts != nullptr && order.whereabouts->isLeft() ? ECANCELED : 0;
         if (error == 0) error = renameAnew(from.folder, from.name, trash.files, name);
         if (error == 0) {
-            const std::string files = order.now != nullptr ? pathOfFolder(trash.files) : "";
-            if (!files.empty()) *order.now = std::string(files).append("/").append(name);
+            if (order.now != nullptr) *order.now = movedTo(trash, name, order.entry);
             return RecycleError::kNone;
         }
         unlinkat(trash.info.number(), info.c_str(), 0);
@@ -354,7 +319,7 @@ RecycleError moveInto(const Trash& trash, const Order& order, const std::string&
 RecycleError moveInto(Descriptor folder, const Order& order, const std::string& encodedPath) {
     Trash trash;
     if (const int error = openParts(std::move(folder), trash); error != 0) return trashFault(error);
-    Entry info;
+    FoundEntry info;
     // The kernel refuses to move the trash's other folder, and the folders above, into themselves, but not
     // this one.
     if (look(trash.info.number(), "", info) != 0 || info.is(order.entry)) return RecycleError::kUnknown;
@@ -409,12 +374,12 @@ Error recycleError(RecycleError reason) {
     return {.number = static_cast<int>(reason), .kind = kind};
 }
 
-RecycleError moveToTrash(const FilePlace& place, const TrashSettings& settings, std::string* now,
+RecycleError moveToTrash(const FilePlace& place, const TrashSettings& settings, Moved* now,
                          Whereabouts* whereabouts) {
     const OpenedPlace from = openPlace(place);
     if (from.error != 0) return entryFault(from.error);
-    Entry folder;
-    Entry entry;
+    FoundEntry folder;
+    FoundEntry entry;
     if (const int error = look(from.folder.number(), "", folder); error != 0) return entryFault(error);
     if (const int error = look(from.folder.number(), from.name, entry); error != 0) return entryFault(error);
     if (entry.mount != folder.mount) return RecycleError::kRoot;

@@ -44,9 +44,9 @@ TrashSettings trashSettingsFromEnvironment();
 /// trash at the top of the mount, which is made if missing. The entry itself is never followed. After an
 /// error it is where it was, and the trash holds nothing new; folders made for a trash stay. A folder with
 /// something mounted on it, or below it, gives kRoot: whoever empties the trash would delete what is mounted.
-/// `now` (may be null) receives the new path. `whereabouts` (may be null) is told before anything is
+/// `now` (may be null) receives where it is. `whereabouts` (may be null) is told before anything is
 /// changed, so that abandoned work changes nothing more.
-RecycleError moveToTrash(const FilePlace& place, const TrashSettings& settings, std::string* now = nullptr,
+RecycleError moveToTrash(const FilePlace& place, const TrashSettings& settings, Moved* now = nullptr,
                          Whereabouts* whereabouts = nullptr);
 
 }  // namespace hl

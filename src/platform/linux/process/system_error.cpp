@@ -15,6 +15,8 @@ ErrorKind kindOf(int number) {
             return ErrorKind::kNotFound;
         case ENOTDIR:
             return ErrorKind::kNoFolder;
+        case EEXIST:
+            return ErrorKind::kTaken;
         case ETIMEDOUT:
             return ErrorKind::kNoAnswer;
         case ESTALE:

@@ -8,24 +8,24 @@ namespace hl {
 
 namespace {
 
-void fill(QMenu& menu, const std::vector<MenuEntry>& entries) {
+void fill(QMenu& menu, const std::vector<MenuEntry>& entries, IconStore& icons) {
     for (const MenuEntry& entry : entries) {
         const QString caption = qtText(entry.caption).replace(QLatin1Char('&'), QLatin1String("&&"));
         if (!entry.entries.empty()) {
-            fill(*menu.addMenu(caption), entry.entries);
+            fill(*menu.addMenu(caption), entry.entries, icons);
         } else if (entry.id == 0) {
             menu.addSeparator();
         } else {
-            menu.addAction(caption)->setData(entry.id);
+            menu.addAction(icons.icon(entry.icon), caption)->setData(entry.id);
         }
     }
 }
 
 }  // namespace
 
-int askWithMenu(QWidget* parent, const std::vector<MenuEntry>& entries, const QPoint& at) {
+int askWithMenu(QWidget* parent, const std::vector<MenuEntry>& entries, IconStore& icons, const QPoint& at) {
     QMenu menu(parent);
-    fill(menu, entries);
+    fill(menu, entries, icons);
     const QAction* chosen = menu.exec(at);
     return chosen != nullptr ? chosen->data().toInt() : 0;
 }

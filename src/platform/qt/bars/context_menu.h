@@ -3,6 +3,7 @@
 
 #include <vector>
 
+#include "platform/qt/bars/icon_store.h"
 #include "platform/window.h"
 
 class QPoint;
@@ -10,7 +11,8 @@ class QWidget;
 
 namespace hl {
 
-/// Shows the entries at a place of the screen; returns the id of the chosen entry, 0 if none was chosen.
-int askWithMenu(QWidget* parent, const std::vector<MenuEntry>& entries, const QPoint& at);
+/// Shows the entries at a place of the screen, with icons from `icons`; returns the id of the chosen entry, 0
+/// if none was chosen.
+int askWithMenu(QWidget* parent, const std::vector<MenuEntry>& entries, IconStore& icons, const QPoint& at);
 
 }  // namespace hl

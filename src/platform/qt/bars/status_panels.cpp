@@ -1,6 +1,7 @@
 #include "platform/qt/bars/status_panels.h"
 
 #include <QPainter>
+#include <algorithm>
 
 #include "platform/qt/common/qt_convert.h"
 #include "platform/qt/common/qt_guard.h"
@@ -44,8 +45,11 @@ class StatusPanelBar::Panel final : public QWidget {
     QString text_;
 };
 
-StatusPanelBar::StatusPanelBar(WindowEvents& events)
-    : first_(new Panel(events, "panel1")), second_(new Panel(events, "panel2")) {
+StatusPanelBar::StatusPanelBar(WindowEvents& events, BarEvents& barEvents)
+    : events_(events),
+      barEvents_(barEvents),
+      first_(new Panel(events, "panel1")),
+      second_(new Panel(events, "panel2")) {
     setObjectName(QStringLiteral("StatusBar"));
     addWidget(first_, 1);
     addWidget(second_, 1);
@@ -55,9 +59,29 @@ void StatusPanelBar::setPanels(const StatusPanels& panels) {
     first_->setText(shownName(panels.first));
     second_->setText(shownName(panels.second));
     second_->setVisible(panels.secondVisible);
+    setButtons(panels.buttons);
     const bool all = panels.firstTakesAll || !panels.secondVisible;
     // The width is fixed only as far as there is room, because the bar must not widen the window.
     first_->setMaximumWidth(all ? QWIDGETSIZE_MAX : std::max(0, panels.firstWidth));
+}
+
+void StatusPanelBar::setButtons(const std::vector<StatusButton>& buttons) {
+    for (const auto& [id, button] : buttons_)
+        button->setVisible(std::ranges::find(buttons, id, &StatusButton::id) != buttons.end());
+    for (const StatusButton& each : buttons) {
+        QPushButton*& button = buttons_[each.id];
+        if (button == nullptr) button = makeButton(each.id);
+        button->setText(qtText(each.caption));
+    }
+}
+
+QPushButton* StatusPanelBar::makeButton(int id) {
+    auto* button = new QPushButton(this);
+    button->setObjectName(QStringLiteral("status.%1").arg(id));
+    connect(button, &QPushButton::clicked, this,
+            [this, id] { kGuard(events_, [this, id] { barEvents_.execute(BarId::kMain, id); }); });
+    addWidget(button);
+    return button;
 }
 
 }  // namespace hl

@@ -119,6 +119,19 @@ bool showMessage(QWidget* parent, const DialogTexts& texts, MessageKind kind, co
     return box.clickedButton() == yes || !question;
 }
 
+bool askToConfirm(QWidget* parent, const DialogTexts& texts, const std::string& text,
+                  const std::string& action) {
+    QMessageBox box(QMessageBox::Warning, texts.name, shownLines(text), QMessageBox::NoButton, parent);
+    box.setTextFormat(Qt::PlainText);
+    const auto* yes = box.addButton(qtText(action), QMessageBox::AcceptRole);
+    auto* no = box.addButton(texts.cancel, QMessageBox::RejectRole);
+    box.setEscapeButton(no);
+    box.setDefaultButton(no);
+    dropPictures(box);
+    box.exec();
+    return box.clickedButton() == yes;
+}
+
 std::string askForText(QWidget* parent, const DialogTexts& texts, const std::string& prompt,
                        const std::string& preset) {
     QInputDialog dialog(parent);

@@ -177,7 +177,10 @@ QString RowAccessible::text(QAccessible::Text kind) const {
         if (!shown) return {};
         if (kind == QAccessible::Name) return view_.cellText(0, *shown);
         if (kind != QAccessible::Description || !view_.isTree()) return {};
-        return view_.levelCaption() + QLatin1Char(' ') + QString::number(view_.grid().level(*shown) + 1);
+        const QString level =
+            view_.levelCaption() + QLatin1Char(' ') + QString::number(view_.grid().level(*shown) + 1);
+        const QString mark = view_.markNote(*shown);
+        return mark.isEmpty() ? level : level + QLatin1String(". ") + mark;
     });
 }
 

@@ -16,10 +16,10 @@ struct KeyName {
 };
 
 // The logic is told of the release of these keys.
-constexpr KeyName kToldKeys[] = {{Qt::Key_Return, kKeyReturn}, {Qt::Key_Enter, kKeyReturn},
-                                 {Qt::Key_Up, kKeyUp},         {Qt::Key_Down, kKeyDown},
-                                 {Qt::Key_F2, kKeyF2},         {Qt::Key_Delete, kKeyDelete},
-                                 {Qt::Key_PageUp, kKeyPageUp}, {Qt::Key_PageDown, kKeyPageDown}};
+constexpr KeyName kToldKeys[] = {
+    {Qt::Key_Return, kKeyReturn},    {Qt::Key_Enter, kKeyReturn}, {Qt::Key_Up, kKeyUp},
+    {Qt::Key_Down, kKeyDown},        {Qt::Key_F2, kKeyF2},        {Qt::Key_PageUp, kKeyPageUp},
+    {Qt::Key_PageDown, kKeyPageDown}};
 
 std::optional<int> toldKey(int key) {
     for (const KeyName& known : kToldKeys)
@@ -35,6 +35,13 @@ void GridKeys::press(QKeyEvent& event) {
     event.ignore();
     // With Alt or Meta a key belongs to the menus and to the desktop.
     if ((event.modifiers() & (Qt::AltModifier | Qt::MetaModifier)) != 0 || !view_.takesInput()) return;
+    if (event.key() == Qt::Key_Delete && !event.modifiers().testFlag(Qt::ControlModifier)) {
+        event.accept();
+        // A key that is held would delete one row after another.
+        if (!event.isAutoRepeat())
+            view_.listener().deletePressed(event.modifiers().testFlag(Qt::ShiftModifier));
+        return;
+    }
     if (toldKey(event.key())) pressed_ = event.key();
     const Grid& grid = view_.grid();
     const Row current = grid.currentRow();

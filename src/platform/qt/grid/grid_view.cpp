@@ -218,7 +218,13 @@ void GridView::paintEmptyHint(QPainter& painter) const {
                      Qt::AlignHCenter | Qt::AlignTop | Qt::TextWordWrap, emptyHint_());
 }
 
-// Returns the full text of a cell that does not show all of it, else the note of the row.
+QString GridView::markNote(Row row) const {
+    const std::uint32_t mark = grid_.mark(row);
+    return mark == 0 || !markNote_ ? QString() : markNote_(mark);
+}
+
+// Returns the full text of a cell that does not show all of it, else the note of the row; then what its mark
+// means.
 QString GridView::tooltipAt(const QPoint& point) {
     const int section = QTableView::columnAt(point.x());
     const Row row = section >= 0 ? rowAt(point) : kNoRow;
@@ -226,7 +232,9 @@ QString GridView::tooltipAt(const QPoint& point) {
     const RowPainter painter(sources_, *this);
     const auto column = static_cast<std::size_t>(section);
     const bool cut = painter.contentWidth(row, column) > columnWidth(section);
-    return cut ? painter.fullText(row, column) : shownName(grid_.rowNote(row));
+    const QString text = cut ? painter.fullText(row, column) : shownName(grid_.rowNote(row));
+    const QString mark = markNote(row);
+    return text.isEmpty() || mark.isEmpty() ? text + mark : text + QLatin1Char('\n') + mark;
 }
 
 bool GridView::viewportEvent(QEvent* event) {

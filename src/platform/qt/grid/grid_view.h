@@ -36,6 +36,9 @@ class GridView : public QTableView, public GridPane {
     void setIconSource(IconSource icon);
     /// The text that is shown while there are no rows.
     void setEmptyHint(std::function<QString()> hint) { emptyHint_ = std::move(hint); }
+    /// Returns what the mark of a row means.
+    void setMarkNote(std::function<QString(std::uint32_t mark)> note) { markNote_ = std::move(note); }
+    QString markNote(Row row) const;
     /// What a screen reader says before a row's level, which counts from 1.
     void setLevelCaption(const QString& caption) { levelCaption_ = caption; }
     const QString& levelCaption() const { return levelCaption_; }
@@ -125,6 +128,7 @@ class GridView : public QTableView, public GridPane {
     GridEvents nobody_;
     GridEvents* listener_ = &nobody_;
     std::function<QString()> emptyHint_;
+    std::function<QString(std::uint32_t)> markNote_;
     QString levelCaption_;
     GridFont font_;
     bool described_ = false;

@@ -171,6 +171,7 @@ void RowPainter::paintFirst(QPainter& painter, Row row, const QRect& cell, const
         const QRect box(left, cell.top() + (cell.height() - look_.iconSize) / 2, look_.iconSize,
                         look_.iconSize);
         paintPicture(painter, row, box);
+        if (grid.mark(row) > 0) paintMark(painter, box);
     }
     if (const int percent = grid.barPicture(row); percent >= 0) {
         const QRect bar(left + iconWidth(row), cell.top() + units(1), barWidth(), cell.height() - units(2));
@@ -188,6 +189,18 @@ void RowPainter::paintPicture(QPainter& painter, Row row, const QRect& box) cons
         return icon.paint(&painter, box, Qt::AlignCenter, light ? QIcon::Selected : QIcon::Normal);
     const QPixmap picture = icon.pixmap(QSize(look_.pictureSide, look_.pictureSide), 1.0);
     if (!picture.isNull()) paintFitted(painter, box, picture);
+}
+
+// A disc with an edge in the ground's colour, so that it is seen on any picture.
+void RowPainter::paintMark(QPainter& painter, const QRect& box) const {
+    const double side = box.width() * 0.5;
+    const QRectF disc(box.right() + 1 - side, box.bottom() + 1 - side, side, side);
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(QPen(look_.palette.color(QPalette::Base), look_.pixel));
+    painter.setBrush(QColor(0xc0392b));
+    painter.drawEllipse(disc);
+    painter.restore();
 }
 
 void RowPainter::paintTexts(QPainter& painter, Row row, const QRect& space, const Colors& colors) const {

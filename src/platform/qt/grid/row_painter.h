@@ -75,6 +75,7 @@ class RowPainter {
     void paintFirst(QPainter& painter, Row row, const QRect& cell, const Colors& colors) const;
     void paintOther(QPainter& painter, Row row, const PaintedColumn& column, const QRect& cell) const;
     void paintPicture(QPainter& painter, Row row, const QRect& box) const;
+    void paintMark(QPainter& painter, const QRect& box) const;
     void paintBranch(QPainter& painter, const QRect& box, bool open) const;
     void paintTexts(QPainter& painter, Row row, const QRect& space, const Colors& colors) const;
     struct Bar {

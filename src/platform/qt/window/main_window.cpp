@@ -50,7 +50,7 @@ MainWindow::MainWindow(WindowParts& parts, WindowEvents& events)
     rows_->addWidget(bars_[0]);
     rows_->addWidget(splitters_[kRoot], 1);
     frame_->setCentralWidget(center);
-    status_ = new StatusPanelBar(events_);
+    status_ = new StatusPanelBar(events_, *parts_.barEvents);
     frame_->setStatusBar(status_);
     frame_->resize(kFirstWidth, kFirstHeight);
     frame_->looksChanged = [this] { renewLooks(); };
@@ -96,6 +96,8 @@ void MainWindow::makeGrid(std::size_t number) {
     view->setEmptyHint([this, id = static_cast<GridId>(number)] {
         return parts_.emptyHint ? qtText(parts_.emptyHint(id)) : QString();
     });
+    view->setMarkNote(
+        [this](std::uint32_t mark) { return parts_.markNote ? qtText(parts_.markNote(mark)) : QString(); });
     view->hide();
     grids_[number] = view;
 }

@@ -13,6 +13,7 @@ WindowDialogs::WindowDialogs(const WindowParts& parts, WindowEvents& events, QWi
     : events_(events),
       frame_(frame),
       texts_{qtText(parts.name), qtText(parts.yes), qtText(parts.no), qtText(parts.ok), qtText(parts.cancel)},
+      icons_(parts.dataFolder, parts.fileIcon),
       paperIcons_(parts.dataFolder, parts.fileIcon, Qt::black) {}
 
 QWidget* WindowDialogs::asker() {
@@ -28,6 +29,10 @@ void WindowDialogs::showForm(Form& form) {
 
 bool WindowDialogs::message(MessageKind kind, const std::string& text) {
     return showMessage(asker(), texts_, kind, text);
+}
+
+bool WindowDialogs::confirm(const std::string& text, const std::string& action) {
+    return askToConfirm(asker(), texts_, text, action);
 }
 
 std::string WindowDialogs::askText(const std::string& prompt, const std::string& preset) {
@@ -59,7 +64,7 @@ void WindowDialogs::print(const PrintJob& job) {
 }
 
 int WindowDialogs::showMenu(const std::vector<MenuEntry>& entries, Point at) {
-    return askWithMenu(asker(), entries, {at.x, at.y});
+    return askWithMenu(asker(), entries, icons_, {at.x, at.y});
 }
 
 }  // namespace hl

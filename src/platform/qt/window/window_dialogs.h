@@ -16,10 +16,14 @@ class WindowDialogs final : public Dialogs {
     /// What the next question stands in front of: the question that is asked now, else the window.
     QWidget* asker();
     /// To be called after a change of the palette.
-    void renewIcons() { paperIcons_.clear(); }
+    void renewIcons() {
+        icons_.clear();
+        paperIcons_.clear();
+    }
 
     void showForm(Form& form) override;
     bool message(MessageKind kind, const std::string& text) override;
+    bool confirm(const std::string& text, const std::string& action) override;
     std::string askText(const std::string& prompt, const std::string& preset) override;
     std::string askFolder(const std::string& title, const std::string& start) override;
     std::string askSavePath(const std::string& filter, const std::string& extension,
@@ -33,6 +37,7 @@ class WindowDialogs final : public Dialogs {
     WindowEvents& events_;
     QWidget& frame_;
     DialogTexts texts_;
+    IconStore icons_;       ///< In the colours of the palette.
     IconStore paperIcons_;  ///< In the colours of paper.
 };
 

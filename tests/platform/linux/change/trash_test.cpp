@@ -3,6 +3,7 @@
 #include <atomic>
 #include <thread>
 
+#include "platform/linux/change/restoring.h"
 #include "support/environment.h"
 #include "support/kinds.h"
 #include "support/mounted.h"
@@ -25,17 +26,47 @@ TEST_F(Trashing, WhateverItIsItGoesWholeAndCanComeBackToWhereItWas) {
     for (const std::string odd : {"a\nPath=etc\n", "100%41 \t#;", "\xff\xfe\x80 \xc3", "gone (deleted)",
                                   "x.trashinfo", everyByte.c_str()})
         things.emplace_back(odd, &kind("file"));
-    Content expected;
     for (const auto& [name, thing] : things) {
         const std::string path = root + "/" + name;
         thing->make(path);
         const std::string before = snapshotOf(path);
-        ASSERT_EQ(recycle(name), RecycleError::kNone) << name;
+        Moved moved;
+        ASSERT_EQ(moveToTrash({root, name}, settings, &moved), RecycleError::kNone) << name;
         EXPECT_EQ(snapshotOf(path), "nothing\n") << name;
-        expected[name] = path;
-        EXPECT_EQ(contentOfTrash(home), expected);
+        EXPECT_EQ(contentOfTrash(home), (Content{{name, path}}));
         EXPECT_EQ(snapshotOf(home + "/files/" + name), before);
+        Whereabouts whereabouts;
+        EXPECT_TRUE(putBack(moved, {root, name}, whereabouts)) << name;
+        EXPECT_EQ(snapshotOf(path), before);
+        EXPECT_EQ(contentOfTrash(home), Content());
     }
+}
+
+TEST_F(Trashing, PutsNothingBackOverSomethingElse) {
+    makeTree(root, {"a", "folder/in", "sub/b"});
+    Moved a, folder, b;
+    for (const auto& [name, moved] : {std::pair("a", &a), {"folder", &folder}, {"sub/b", &b}})
+        ASSERT_EQ(moveToTrash({root, name}, settings, moved), RecycleError::kNone);
+    const std::string all = snapshotOf(home);
+    const auto kindOf = [&](const Moved& moved, const char* name) {
+        Whereabouts whereabouts;
+        return putBack(moved, {root, name}, whereabouts).error().kind;
+    };
+    fs::create_directory(root + "/folder");
+    writeFile(root + "/a", "new");
+    EXPECT_EQ(kindOf(a, "a"), ErrorKind::kTaken);
+    EXPECT_EQ(kindOf(folder, "folder"), ErrorKind::kTaken) << "not even over an empty folder";
+    fs::remove(root + "/sub");
+    EXPECT_EQ(kindOf(b, "sub/b"), ErrorKind::kNotFound);
+    writeFile(root + "/sub", "");
+    EXPECT_EQ(kindOf(b, "sub/b"), ErrorKind::kNoFolder);
+    EXPECT_EQ(snapshotOf(home), all);
+    // Something else has the place in the trash, or nothing.
+    fs::rename(home + "/files/b", home + "/files/elsewhere");
+    EXPECT_EQ(kindOf(b, "b"), ErrorKind::kMovedOn);
+    writeFile(home + "/files/b", "other");
+    EXPECT_EQ(kindOf(b, "b"), ErrorKind::kMovedOn);
+    EXPECT_EQ(contentOf(root + "/a"), "new");
 }
 
 TEST_F(Trashing, MakesTheHomeTrashForNobodyElse) {

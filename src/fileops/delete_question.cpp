@@ -1,0 +1,77 @@
+#include "fileops/delete_question.h"
+
+#include <algorithm>
+
+#include "base/size_text.h"
+#include "base/text.h"
+#include "scan/file_columns.h"
+#include "scan/records.h"
+#include "views/list_view.h"
+
+namespace hl {
+
+namespace {
+
+constexpr std::size_t kMostNames = 8;
+
+std::string countedNames(const ToDelete& what, const Texts& texts) {
+    std::string all;
+    for (std::size_t i = 0; i < std::min(kMostNames, what.names.size()); ++i)
+        all += "\n" + visible(what.names[i]);
+    if (what.names.size() > kMostNames)
+        all += "\n" + texts.TL(9555, "... und %1 weitere", {std::to_string(what.names.size() - kMostNames)});
+    return all;
+}
+
+bool liesBelow(const Grid& report, Row row, const std::vector<Row>& rows) {
+    for (row = report.parent(row); row != kNoRow; row = report.parent(row))
+        if (std::ranges::binary_search(rows, row)) return true;
+    return false;
+}
+
+}  // namespace
+
+ToDelete foldersOf(const Grid& report, const std::vector<Row>& rows) {
+    ToDelete what{.folders = true};
+    std::vector<Row> sorted = rows;
+    std::ranges::sort(sorted);
+    for (const Row row : rows) {
+        if (liesBelow(report, row, sorted)) continue;
+        what.names.emplace_back(report.text(row));
+        what.files += report.number(row, kFiles);
+        what.bytes += report.number(row, kSize);
+    }
+    return what;
+}
+
+ToDelete filesOf(const ListView& list) {
+    ToDelete what;
+    const Grid& grid = list.grid();
+    for (const Row row : grid.selectedRows()) {
+        what.names.emplace_back(grid.text(row));
+        ++what.files;
+        what.bytes += grid.number(row, kFileSize);
+    }
+    return what;
+}
+
+bool wantsToDelete(const FileOps& ops, const ToDelete& what) {
+    if (ops.scan.options.AskBeforeDelete == 0) return true;
+    const Texts& texts = ops.scan.texts;
+    const NumberFormat& numbers = ops.scan.numbers;
+    const std::string files = countText(what.files, numbers);
+    const double most = static_cast<double>(SizeValue::kMaxBytes);
+    const std::string bytes = FormatSizeAuto(
+        SizeValue::fromBytes(static_cast<std::uint64_t>(std::min(what.bytes, most))), true, numbers);
+    const std::string asked =
+        what.folders ? texts.TL(9804, "%1 Ordner mit %2 Datei(en), %3, für immer löschen?",
+                                {countText(static_cast<double>(what.names.size()), numbers), files, bytes})
+                     : texts.TL(9805, "%1 Datei(en), %2, für immer löschen?", {files, bytes});
+    return ops.window.dialogs.confirm(asked + "\n" + countedNames(what, texts), texts.TL(9271, "Löschen"));
+}
+
+std::string countText(double number, const NumberFormat& numbers) {
+    return formatNumber(number, {}, numbers);
+}
+
+}  // namespace hl

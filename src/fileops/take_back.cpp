@@ -1,0 +1,210 @@
+// Putting back; the report; the command.
+#include "fileops/take_back.h"
+
+#include <set>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "base/path.h"
+#include "fileops/delete_question.h"
+#include "fileops/stayed.h"
+#include "fileops/undo_steps.h"
+#include "grid/no_redraw.h"
+#include "robustness/trap.h"
+#include "scan/file_system_calls.h"
+#include "scan/records.h"
+#include "scan/report_changes.h"
+#include "scan/rollup.h"
+
+namespace hl {
+
+namespace {
+
+using Paths = std::set<std::string, std::less<>>;
+
+std::string folderOf(const std::string& path) {
+    const std::size_t slash = path.rfind('/');
+    return path.substr(0, slash == 0 ? 1 : slash);
+}
+
+/// Returns the highest folder above the path that is not there; empty if all are.
+std::string missingFolder(const FileOps& ops, const std::string& path) {
+    std::string missing;
+    for (std::string folder = folderOf(path); folder.size() > 1 && hasVanished(ops.scan, folder);
+         folder = folderOf(folder))
+        missing = folder;
+    return missing;
+}
+
+std::string reasonOf(const FileOps& ops, const std::string& path, const Error& error) {
+    const Texts& texts = ops.scan.texts;
+    switch (error.kind) {
+        case ErrorKind::kTaken:
+            return texts.TL(9801, "dort gibt es inzwischen etwas anderes mit diesem Namen.");
+        case ErrorKind::kMovedOn:
+            return texts.TL(9802, "es ist nicht mehr, wo es zuletzt lag, oder es ist etwas anderes.");
+        case ErrorKind::kOtherFolder:
+            return otherFolderText(ops, path);
+        case ErrorKind::kNoAnswer:
+            return noAnswerText(ops, path);
+        default:
+            break;
+    }
+    const std::string missing = missingFolder(ops, path);
+    if (!missing.empty()) return texts.TL(9800, "der Ordner '%1' fehlt.", {missing});
+    return error.text.empty() ? std::to_string(error.number) : error.text;
+}
+
+/// Puts the parts of one step back, and shows them.
+class PuttingBack {
+  public:
+    PuttingBack(const FileOps& ops, UndoStep step) : ops_(ops), step_(std::move(step)) {}
+
+    void run(FileRun& run);
+    /// Brings the report up to date. REQUIRES: the window is locked by a FileRun.
+    void readAgain();
+    /// Updates panels and lists; the window must be free.
+    void show();
+
+  private:
+    bool put(FileRun& run, const std::string& path, const Moved& moved, const FilePlace& to);
+    bool renameBack(FileRun& run);
+    void selectRow();
+
+    const FileOps& ops_;
+    UndoStep step_;
+    std::vector<TrashedItem> back_;
+    bool renamedBack_ = false;
+    Stayed stayed_;
+};
+
+// --- putting back
+
+bool PuttingBack::put(FileRun& run, const std::string& path, const Moved& moved, const FilePlace& to) {
+    const Result<> done = ops_.operations.putBack(moved, to, run);
+    const Texts& texts = ops_.scan.texts;
+    if (done)
+        ops_.scan.log.LogProtokoll(texts.TL(9799, "ZURÜCKGEHOLT: %1", {path}));
+    else
+        stayed_.add(ops_, texts.TL(9798, "'%1' wurde nicht zurückgeholt: %2",
+                                   {path, reasonOf(ops_, path, done.error())}));
+    return static_cast<bool>(done);
+}
+
+// Returns false if the name is not free for what is in the trash.
+bool PuttingBack::renameBack(FileRun& run) {
+    if (!step_.renamed) return true;
+    renamedBack_ = put(run, step_.renamed->from, step_.renamed->moved, step_.renamed->place);
+    return renamedBack_;
+}
+
+// What went last comes first, because it may have lain in what went before.
+void PuttingBack::run(FileRun& run) {
+    if (!renameBack(run)) return;
+    std::vector<TrashedItem>& all = step_.trashed;
+    while (!all.empty() && !run.stopped()) {
+        TrashedItem item = std::move(all.back());
+        all.pop_back();
+        if (put(run, item.path, item.moved, item.place)) back_.push_back(std::move(item));
+    }
+    if (all.empty()) return;
+    UndoStep rest;
+    rest.trashed = std::move(all);
+    rest.links = step_.links;
+    ops_.undo.add(std::move(rest));
+}
+
+// --- the report
+
+void PuttingBack::readAgain() {
+    ScanContext& scan = ops_.scan;
+    if ((back_.empty() && !renamedBack_) || ops_.host.closed()) return;
+    scan.state.CancelState = kCancelNone;
+    const NoRedraw off(scan.tvwPL);
+    ReportChanges changes(scan);
+    Paths files;
+    if (renamedBack_) {
+        if (isFolder(scan, step_.renamed->from)) {
+            changes.folderWent(step_.renamed->to);
+            changes.folderCame(step_.renamed->from);
+        }
+        files.insert(folderOf(step_.renamed->from));
+    }
+    for (const TrashedItem& item : back_) {
+        // The trash may lie in a folder of the report.
+        if (item.folder) changes.folderWent(item.moved.now.base);
+        const std::string trash = folderOf(item.moved.now.base);
+        files.insert({trash, folderOf(trash) + "/info"});
+        if (item.folder) changes.folderCame(item.path);
+        if (!item.folder) files.insert(folderOf(item.path));
+        if (scan.options.AddHardlinksOnlyOnce != 1) continue;
+        changes.sourcesChanged(item.path);
+        changes.sourcesChanged(trash);
+    }
+    for (const std::string& folder : files) changes.filesChanged(folder);
+    for (const std::string& link : step_.links) changes.folderChanged(folderOf(link));
+    changes.finish();
+}
+
+// --- what is shown
+
+/// Selects the first folder that is back; files are shown by the file list of their folder.
+void PuttingBack::selectRow() {
+    Grid& report = ops_.scan.tvwPL;
+    for (auto item = back_.rbegin(); item != back_.rend(); ++item) {
+        if (!item->folder) continue;
+        for (Row root = report.firstRoot(); root != kNoRow; root = report.nextSibling(root)) {
+            const Row row = rowOfFolder(report, root, item->path, ops_.scan.paths);
+            if (row == kNoRow) continue;
+            {
+                const NoRedraw off(report);
+                report.selectNone();
+                report.setSelected(row, true);
+                report.setCurrentRow(row);
+            }
+            ops_.window.grid(GridId::kReport).scrollIntoView(row);
+            return ops_.host.folderShown(row, AddTrailingSlash(item->path, ops_.scan.paths));
+        }
+    }
+    // A folder that is shown already would not be listed anew.
+    const std::string listed = std::exchange(ops_.scan.state.currentFolder, {});
+    if (!listed.empty()) ops_.host.folderShown(kNoRow, listed);
+}
+
+void PuttingBack::show() {
+    if (ops_.host.closed()) return;
+    if (renamedBack_) ops_.host.fileRenamed(step_.renamed->to, step_.renamed->from);
+    if (!back_.empty() || renamedBack_) {
+        ops_.host.filesWent([](const std::string&) { return false; });
+        selectRow();
+        if (ops_.host.closed()) return;
+        ops_.host.Preview_ShowFile();
+        const Texts& texts = ops_.scan.texts;
+        const auto count = static_cast<double>(back_.size());
+        ops_.host.setFirstPanel(
+            back_.size() == 1
+                ? texts.TL(9796, "'%1' ist wieder da.", {back_.front().path})
+                : texts.TL(9797, "%1 Einträge sind wieder da.", {countText(count, ops_.scan.numbers)}));
+    }
+    stayed_.tell(ops_);
+}
+
+}  // namespace
+
+// --- the command
+
+void TakeBack(const FileOps& ops) {
+    guarded(ops.scan.diagnostics, [&] {
+        if (ops.undo.isEmpty() || ops.scan.state.ScanActive) return;
+        PuttingBack back(ops, ops.undo.take());
+        {
+            FileRun run(ops, ops.scan.texts.TL(9795, "Wird zurückgeholt: %1"));
+            back.run(run);
+            back.readAgain();
+        }
+        back.show();
+    });
+}
+
+}  // namespace hl
