@@ -78,7 +78,7 @@ class Bench:
 
     def start(self):
         times = [self.inside("start", str(time.monotonic_ns()))["start"] for _ in range(STARTS)]
-        yield "from start to the first painted window, ms", statistics.median(times), 150
+        yield "from start to the first painted window, ms", statistics.median(times), 60
 
     def clicks(self):
         runs = [self.inside("clicks", self.options.tree) for _ in range(self.options.rounds)]

@@ -21,6 +21,7 @@ std::optional<CommandRow> rowOf(Command command, const Texts& texts) {
 
 void BarControl::execute(BarId id, int command) {
     form_.sources.duringCommand([&] {
+        if (id != BarId::kMain && !form_.session.state.ScanActive) followGrid(gridOf(id));
         const CommandBar& bar = form_.bar(id);
         guarded(form_.services().diagnostics, {.routine = (bar.name() + "_Execute").c_str()}, [&] {
             const BarEntry* entry = bar.find(command);
@@ -51,6 +52,20 @@ void BarControl::keep(const CommandRow& row) {
 void BarControl::returnIn(Command command) {
     const CommandRow* row = commandRow(command);
     if (row != nullptr && row->run != nullptr && !form_.session.state.ScanActive) row->run(form_, *row);
+}
+
+void BarControl::followGrid(GridId id) {
+    const Grid& grid = form_.session.grid(id);
+    CommandBar& bar = form_.bar(barOf(id));
+    for (const CommandRow& row : commandsOf(bar.id())) {
+        if (row.needs == Needs::kNothing) continue;
+        const std::size_t there = row.needs == Needs::kRows ? grid.rowCount() : grid.selectedCount();
+        bar.setEnabled(idOf(row.command), there > 0);
+    }
+}
+
+void BarControl::followAllGrids() {
+    for (std::size_t i = 0; i < kGridCount; ++i) followGrid(static_cast<GridId>(i));
 }
 
 void BarControl::editChanged(BarId id, int entry, const std::string& text) {

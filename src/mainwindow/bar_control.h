@@ -27,6 +27,10 @@ class BarControl final : public BarEvents {
 
     /// Return was pressed in a box: runs the routine of `command`, if it has one, but not while a scan runs.
     void returnIn(Command command);
+    /// Enables the entries above a grid that have something to work on, and disables the others. Must not be
+    /// called while the window is locked.
+    void followGrid(GridId grid);
+    void followAllGrids();
 
   private:
     void keep(const CommandRow& row);

@@ -37,6 +37,7 @@ BarEntry entryOf(const CommandRow& row, const Texts& texts) {
     entry.beginGroup = row.group == Group::kBegins;
     entry.key = keyCodeOf(row.key);
     entry.width = row.width;
+    entry.rank = row.rank;
     entry.showsCaption = showsCaption(row.command);
     return entry;
 }

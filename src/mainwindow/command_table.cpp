@@ -45,6 +45,19 @@ constexpr auto rows(const CommandRow (&part)[N]) {
     return std::to_array(part);
 }
 
+constexpr CommandRow withRows(CommandRow row) {
+    row.needs = Needs::kRows;
+    return row;
+}
+constexpr CommandRow withSelection(CommandRow row) {
+    row.needs = Needs::kSelection;
+    return row;
+}
+constexpr CommandRow ranked(Rank rank, CommandRow row) {
+    row.rank = rank;
+    return row;
+}
+
 // Texts that several bars share.
 constexpr RowText kRefresh = TL(9230, "Aktualisieren");
 constexpr RowText kFullView = TL(9232, "Vollansicht");
@@ -76,7 +89,8 @@ constexpr CommandRow unfold(int levels) {
     const RowText name =
         levels == 1 ? TL(9239, "1 Ordnerebene aufklappen") : TL(9240, "%1 Ordnerebenen aufklappen");
     const Command command = kReportUnfold1 + (levels - 1);
-    return {command, kButton, name, {}, -1, kSame, {}, &C::reportUnfold, {}, kReportUnfoldAll, levels};
+    return withRows(
+        {command, kButton, name, {}, -1, kSame, {}, &C::reportUnfold, {}, kReportUnfoldAll, levels});
 }
 
 constexpr std::size_t kChosenUnits = static_cast<std::size_t>(
@@ -102,7 +116,8 @@ constexpr auto units(Command bytes, Command decimals, const ListTable& list) {
                        .group = filled == 0 ? kGroup : kSame,
                        .run = &C::showSizes,
                        .kept = {KeptOption::Use::kChooses, {list.sizeMode}},
-                       .value = static_cast<int>(mode)};
+                       .value = static_cast<int>(mode),
+                       .rank = kGoesEarly};
         ++filled;
     }
     all[filled] = {.command = decimals,
@@ -111,15 +126,16 @@ constexpr auto units(Command bytes, Command decimals, const ListTable& list) {
                    .tooltip = kShowDecimals,
                    .icon = kIconDecimals,
                    .run = &C::showSizes,
-                   .kept = {KeptOption::Use::kDecimals, {list.decimals}}};
+                   .kept = {KeptOption::Use::kDecimals, {list.decimals}},
+                   .rank = kGoesEarly};
     return all;
 }
 
 /// The search box, and the button behind it.
 constexpr auto search(Command text, Command button, void (*run)(MainForm&, const CommandRow&)) {
     return rows({
-        {text, kEdit, kSearch, {}, -1, kGroup, {}, run},
-        {button, kButton, kStartSearch, {}, kIconSearch, kSame, "F", run},
+        ranked(kStaysLongest, {text, kEdit, kSearch, {}, -1, kGroup, {}, run}),
+        ranked(kStaysLongest, {button, kButton, kStartSearch, {}, kIconSearch, kSame, "F", run}),
     });
 }
 
@@ -141,7 +157,8 @@ constexpr auto columns(void (*run)(MainForm&, const CommandRow&)) {
                        .group = filled == 0 ? kGroup : kSame,
                        .run = run,
                        .kept = {KeptOption::Use::kToggles, column.shown},
-                       .value = static_cast<int>(i)};
+                       .value = static_cast<int>(i),
+                       .rank = kGoesFirst};
         ++filled;
     }
     return all;
@@ -150,8 +167,8 @@ constexpr auto columns(void (*run)(MainForm&, const CommandRow&)) {
 // clang-format off
 constexpr auto kMainRows = rows({
     {kSourceBox, kCustom, {}, TL(9228, "Einzulesende Quelle")},
-    {kNewSource, kButton, TL(3529, "Neu"), TL(9210, "Neue Quelle auswählen"), kIconNew, kSame, "N", &C::newSource},
-    {kStart, kSplitButton, TL(3531, "Start"), TL(9211, "Quelle einlesen"), kIconStart, kSame, "R", &C::start},
+    ranked(kStaysLongest, {kNewSource, kButton, TL(3529, "Neu"), TL(9210, "Neue Quelle auswählen"), kIconNew, kSame, "N", &C::newSource}),
+    ranked(kStaysLongest, {kStart, kSplitButton, TL(3531, "Start"), TL(9211, "Quelle einlesen"), kIconStart, kSame, "R", &C::start}),
     {kCreateListTop, kCheckBox, TL(3754, "Liste mit den größten Dateien erstellen (langsamer)"), {}, -1, kSame, {}, &C::scanOption, toggles<&Options::CreateListTOP>, kStart},
     {kCreateListHardlinks, kCheckBox, TL(3755, "Liste mit Hardlinks erstellen (langsamer)"), {}, -1, kSame, {}, &C::scanOption, toggles<&Options::CreateListHardlink>, kStart},
     {kCreateListJunctions, kCheckBox, TL(3756, "Liste mit Junctions erstellen (langsamer)"), {}, -1, kSame, {}, &C::scanOption, toggles<&Options::CreateListJunction>, kStart},
@@ -160,7 +177,7 @@ constexpr auto kMainRows = rows({
     {kHideLinks, kCheckBox, TL(3590, "Keine Junctions in der Ordnerliste anzeigen"), {}, -1, kSame, {}, &C::scanOption, toggles<&Options::NoHardlinks>, kStart},
     {kColorFade, kCheckBox, TL(3621, "Ordnerebenen farblich voneinander abgrenzen"), {}, -1, kGroup, {}, &C::scanOption, toggles<&Options::FolderColorFade>, kStart},
     {kPercentBar, kCheckBox, TL(3772, "Prozentbalken vor dem Ordnernamen anzeigen"), {}, -1, kSame, {}, &C::scanOption, toggles<&Options::FolderShowPercentBar>, kStart},
-    {kStop, kButton, TL(3533, "Stop"), TL(9212, "Einlesen beenden"), kIconStop, kSame, "T", &C::stop},
+    ranked(kStaysLongest, {kStop, kButton, TL(3533, "Stop"), TL(9212, "Einlesen beenden"), kIconStop, kSame, "T", &C::stop}),
     {kShowReport, kButton, TL(3641, "Ordnerliste"), TL(9213, "Ordnerliste anzeigen"), kIconReport, kGroup, "1", &C::showPanel},
     {kShowDrives, kButton, TL(3643, "Laufwerksliste"), TL(9214, "Laufwerksliste anzeigen"), kIconDrives, kSame, "2", &C::showPanel, byRoutine<&Options::DiskinfoVisible>},
     {kShowFiles, kButton, TL(3645, "Dateiliste"), TL(9215, "Dateiliste anzeigen"), kIconFiles, kGroup, "3", &C::showPanel, byRoutine<&Options::FilelistVisible>},
@@ -169,13 +186,13 @@ constexpr auto kMainRows = rows({
     {kShowJunctions, kButton, TL(3742, "Junctions"), TL(9218, "Liste mit Junctions anzeigen"), kIconJunctions, kSame, "6", &C::showPanel, byRoutine<&Options::JunctionsVisible>},
     {kTakeBack, kButton, TL(9794, "Zurückholen"), TL(9808, "Zurückholen, was zuletzt in den Papierkorb kam"), kIconTakeBack, kGroup, "Z", &C::takeBack},
     {kOptions, kButton, TL(3547, "Optionen"), TL(3547, "Optionen"), kIconOptions, kGroup, "O", &C::showOptions},
-    {kLargeIcons, kButton, TL(3627, "Symbolgröße"), TL(9219, "Symbole vergrößern"), kIconIconSize, kGroup, {}, &C::largeIcons, toggles<&Options::BigIcons>},
-    {kIconText, kButton, TL(3690, "Symboltext"), TL(9220, "Symboltext anzeigen"), kIconIconText, kSame, {}, &C::iconText, toggles<&Options::SymbolText>},
-    {kLargerFont, kButton, TL(3672, "Größer"), TL(9221, "Schrift vergrößern"), kIconLarger, kGroup, {}, &C::changeFontSize, {}, {}, 1},
-    {kSmallerFont, kButton, TL(3650, "Kleiner"), TL(9222, "Schrift verkleinern"), kIconSmaller, kSame, {}, &C::changeFontSize, {}, {}, -1},
-    {kFontOfAll, kButton, kFont, kChooseFont, kIconFont, kSame, {}, &C::changeFontOfAll},
-    {kLanguages, kMenuButton, TL(9224, "Sprache"), TL(9225, "Sprache der Benutzeroberfläche ändern"), kIconLanguage, kGroup},
-    {kLog, kButton, TL(3549, "Protokoll"), TL(3549, "Protokoll"), kIconLog, kGroup, "L", &C::showLog},
+    ranked(kGoesEarly, {kLargeIcons, kButton, TL(3627, "Symbolgröße"), TL(9219, "Symbole vergrößern"), kIconIconSize, kGroup, {}, &C::largeIcons, toggles<&Options::BigIcons>}),
+    ranked(kGoesEarly, {kIconText, kButton, TL(3690, "Symboltext"), TL(9220, "Symboltext anzeigen"), kIconIconText, kSame, {}, &C::iconText, toggles<&Options::SymbolText>}),
+    ranked(kGoesEarly, {kLargerFont, kButton, TL(3672, "Größer"), TL(9221, "Schrift vergrößern"), kIconLarger, kGroup, {}, &C::changeFontSize, {}, {}, 1}),
+    ranked(kGoesEarly, {kSmallerFont, kButton, TL(3650, "Kleiner"), TL(9222, "Schrift verkleinern"), kIconSmaller, kSame, {}, &C::changeFontSize, {}, {}, -1}),
+    ranked(kGoesEarly, {kFontOfAll, kButton, kFont, kChooseFont, kIconFont, kSame, {}, &C::changeFontOfAll}),
+    ranked(kGoesEarly, {kLanguages, kMenuButton, TL(9224, "Sprache"), TL(9225, "Sprache der Benutzeroberfläche ändern"), kIconLanguage, kGroup}),
+    ranked(kGoesEarly, {kLog, kButton, TL(3549, "Protokoll"), TL(3549, "Protokoll"), kIconLog, kGroup, "L", &C::showLog}),
     {kInfo, kButton, TL(3551, "Info"), TL(3551, "Info"), kIconInfo, kGroup, "F1", &C::showAbout},
     {kHomepage, kButton, TL(3553, "Homepage"), TL(3553, "Homepage"), kIconHomepage, kSame, {}, &C::openHomepage},
     {kQuit, kButton, TL(3557, "Beenden"), TL(9226, "Programm beenden"), kIconQuit, kGroup, "Q", &C::quit},
@@ -185,85 +202,85 @@ constexpr auto kMainRows = rows({
 });
 
 constexpr auto kReportRows = joined(rows({
-    {kReportTitle, kLabel, TL(3625, "Ordner")},
-    {kReportRescan, kButton, kRefresh, TL(9231, "Ausgewählter Ordner neu einlesen"), kIconRefresh, kGroup, "F5", &C::reportRescan},
+    ranked(kStaysLongest, {kReportTitle, kLabel, TL(3625, "Ordner")}),
+    withRows({kReportRescan, kButton, kRefresh, TL(9231, "Ausgewählter Ordner neu einlesen"), kIconRefresh, kGroup, "F5", &C::reportRescan}),
     {kReportFullView, kButton, kFullView, TL(9233, "Alle anderen Listen ausblenden"), kIconFullView, kGroup, "F11", &C::fullView},
-    {kReportFoldAll, kButton, TL(9235, "Zuklappen"), TL(9236, "Alle Ordner zuklappen"), kIconCollapse, kGroup, "F7", &C::reportFoldAll},
-    {kReportUnfoldAll, kSplitButton, TL(9237, "Aufklappen"), TL(9238, "Alle Ordner aufklappen"), kIconExpand, kSame, "F8", &C::reportUnfoldAll},
+    withRows({kReportFoldAll, kButton, TL(9235, "Zuklappen"), TL(9236, "Alle Ordner zuklappen"), kIconCollapse, kGroup, "F7", &C::reportFoldAll}),
+    withRows({kReportUnfoldAll, kSplitButton, TL(9237, "Aufklappen"), TL(9238, "Alle Ordner aufklappen"), kIconExpand, kSame, "F8", &C::reportUnfoldAll}),
     unfold(1), unfold(2), unfold(3), unfold(4), unfold(5), unfold(6), unfold(7), unfold(8), unfold(9), unfold(10),
-    {kReportRemove, kButton, TL(9241, "Entfernen"), TL(9242, "Ausgewählte Quelle entfernen"), kIconRemove, kGroup, {}, &C::reportRemove},
-    {kReportRemoveAll, kButton, TL(9243, "Alle entfernen"), TL(9244, "Alle Quellen entfernen"), kIconRemoveAll, kSame, {}, &C::reportRemoveAll},
-    {kReportSave, kButton, kSave, TL(9245, "Ordnerliste in eine Textdatei speichern"), kIconSave, kGroup, "S", &C::reportSave},
-    {kReportPrint, kButton, kPrint, TL(9246, "Ordnerliste drucken"), kIconPrint, kGroup, "P", &C::reportPrint},
+    withSelection({kReportRemove, kButton, TL(9241, "Entfernen"), TL(9242, "Ausgewählte Quelle entfernen"), kIconRemove, kGroup, {}, &C::reportRemove}),
+    withRows({kReportRemoveAll, kButton, TL(9243, "Alle entfernen"), TL(9244, "Alle Quellen entfernen"), kIconRemoveAll, kSame, {}, &C::reportRemoveAll}),
+    withRows({kReportSave, kButton, kSave, TL(9245, "Ordnerliste in eine Textdatei speichern"), kIconSave, kGroup, "S", &C::reportSave}),
+    withRows({kReportPrint, kButton, kPrint, TL(9246, "Ordnerliste drucken"), kIconPrint, kGroup, "P", &C::reportPrint}),
 }), columns<kReportTable>(&C::reportColumn), rows({
-    {kReportFit, kButton, kFit, kFitColumns, kIconFit, kSame, {}, &C::reportFit},
-    {kReportFont, kButton, kFont, kChooseFont, kIconFont, kSame, {}, &C::changeFont},
+    ranked(kGoesFirst, {kReportFit, kButton, kFit, kFitColumns, kIconFit, kSame, {}, &C::reportFit}),
+    ranked(kGoesFirst, {kReportFont, kButton, kFont, kChooseFont, kIconFont, kSame, {}, &C::changeFont}),
 }), units(kReportBytes, kReportDecimals, kReportTable),
     search(kReportSearchText, kReportSearch, &C::reportSearch));
 
 constexpr auto kDrivesRows = joined(rows({
-    {kDrivesTitle, kLabel, TL(9260, "Laufwerke")},
+    ranked(kStaysLongest, {kDrivesTitle, kLabel, TL(9260, "Laufwerke")}),
     {kDrivesRefresh, kButton, kRefresh, TL(9261, "Laufwerksliste neu einlesen"), kIconRefresh, kGroup, {}, &C::drivesRefresh},
-    {kDrivesRead, kButton, TL(9262, "Einlesen"), TL(9263, "Ausgewähltes Laufwerk einlesen"), kIconRead, kGroup, {}, &C::drivesRead},
-    {kDrivesReadAll, kButton, TL(9264, "Alle einlesen"), TL(9265, "Alle Laufwerke einlesen"), kIconReadAll, kSame, {}, &C::drivesReadAll},
+    withSelection({kDrivesRead, kButton, TL(9262, "Einlesen"), TL(9263, "Ausgewähltes Laufwerk einlesen"), kIconRead, kGroup, {}, &C::drivesRead}),
+    withRows({kDrivesReadAll, kButton, TL(9264, "Alle einlesen"), TL(9265, "Alle Laufwerke einlesen"), kIconReadAll, kSame, {}, &C::drivesReadAll}),
     {kDrivesAdd, kButton, TL(9266, "Hinzufügen"), TL(9267, "UNC-Pfad hinzufügen"), kIconAdd, kGroup, {}, &C::drivesAdd},
-    {kDrivesFont, kButton, kFont, kChooseFont, kIconFont, kGroup, {}, &C::changeFont},
+    ranked(kGoesFirst, {kDrivesFont, kButton, kFont, kChooseFont, kIconFont, kGroup, {}, &C::changeFont}),
 }), units(kDrivesBytes, kDrivesDecimals, kDrivesTable));
 
 constexpr auto kFilesRows = joined(rows({
-    {kFilesTitle, kLabel, TL(3514, "Dateien")},
+    ranked(kStaysLongest, {kFilesTitle, kLabel, TL(3514, "Dateien")}),
     {kFilesRefresh, kButton, kRefresh, TL(9270, "Dateiliste neu einlesen"), kIconRefresh, kGroup, {}, &C::listOwnCommand},
-    {kFilesDelete, kButton, kDelete, kDeleteFiles, kIconDelete, kGroup, {}, &C::listDelete},
-    {kFilesRecycle, kButton, kRecycle, kRecycleFiles, kIconRecycle, kSame, {}, &C::listRecycle},
+    withSelection({kFilesDelete, kButton, kDelete, kDeleteFiles, kIconDelete, kGroup, {}, &C::listDelete}),
+    withSelection({kFilesRecycle, kButton, kRecycle, kRecycleFiles, kIconRecycle, kSame, {}, &C::listRecycle}),
     {kFilesIcons, kButton, kSymbols, kShowSymbols, kIconSymbols, kGroup, {}, &C::listIcons, toggles<&Options::ShowIcons>},
     {kFilesFullView, kButton, kFullView, kHideOtherLists, kIconFullView, kGroup, {}, &C::fullView},
     {kFilesPreview, kButton, kPreview, kShowPreview, kIconPreview, kSame, {}, &C::listPreview, toggles<&Options::FilePreview>},
     {kFilesSplit, kButton, kSplit, kTurnSplit, kIconSplit, kSame, {}, &C::listSplit, toggles<&Options::FilelistTile>},
-    {kFilesFit, kButton, kFit, kFitColumns, kIconFit, kGroup, {}, &C::listFit},
-    {kFilesFont, kButton, kFont, kChooseFont, kIconFont, kSame, {}, &C::changeFont},
-    {kFilesSave, kButton, kSave, kSaveList, kIconSave, kGroup, {}, &C::listSave},
-    {kFilesPrint, kButton, kPrint, kPrintList, kIconPrint, kGroup, {}, &C::listPrint},
+    ranked(kGoesFirst, {kFilesFit, kButton, kFit, kFitColumns, kIconFit, kGroup, {}, &C::listFit}),
+    ranked(kGoesFirst, {kFilesFont, kButton, kFont, kChooseFont, kIconFont, kSame, {}, &C::changeFont}),
+    withRows({kFilesSave, kButton, kSave, kSaveList, kIconSave, kGroup, {}, &C::listSave}),
+    withRows({kFilesPrint, kButton, kPrint, kPrintList, kIconPrint, kGroup, {}, &C::listPrint}),
 }), units(kFilesBytes, kFilesDecimals, kFilesTable), columns<kFilesTable>(&C::listColumn), search(kFilesSearchText, kFilesSearch, &C::listSearch));
 
 constexpr int kCountWidth = 50;
 
 constexpr auto kTopRows = joined(rows({
-    {kTopTitle, kLabel, TL(9293, "Größten Dateien")},
+    ranked(kStaysLongest, {kTopTitle, kLabel, TL(9293, "Größten Dateien")}),
     {kTopCount, kEdit, {}, TL(9297, "Anzahl der Dateien in der Liste"), -1, kGroup, {}, nullptr, {}, {}, 0, kCountWidth},
-    {kTopDelete, kButton, kDelete, kDeleteFiles, kIconDelete, kGroup, {}, &C::listDelete},
-    {kTopRecycle, kButton, kRecycle, kRecycleFiles, kIconRecycle, kSame, {}, &C::listRecycle},
+    withSelection({kTopDelete, kButton, kDelete, kDeleteFiles, kIconDelete, kGroup, {}, &C::listDelete}),
+    withSelection({kTopRecycle, kButton, kRecycle, kRecycleFiles, kIconRecycle, kSame, {}, &C::listRecycle}),
     {kTopIcons, kButton, kSymbols, kShowSymbols, kIconSymbols, kGroup, {}, &C::listIcons, toggles<&Options::ShowIconsTop>},
     {kTopFullView, kButton, kFullView, kHideOtherLists, kIconFullView, kGroup, {}, &C::fullView},
     {kTopPreview, kButton, kPreview, kShowPreview, kIconPreview, kSame, {}, &C::listPreview, toggles<&Options::FilePreviewTOP>},
     {kTopSplit, kButton, kSplit, kTurnSplit, kIconSplit, kSame, {}, &C::listSplit, toggles<&Options::FilelistTileTOP>},
-    {kTopFit, kButton, kFit, kFitColumns, kIconFit, kGroup, {}, &C::listFit},
-    {kTopFont, kButton, kFont, kChooseFont, kIconFont, kSame, {}, &C::changeFont},
-    {kTopSave, kButton, kSave, TL(9294, "Dateiliste in eine Textdatei speichern"), kIconSave, kGroup, {}, &C::listSave},
-    {kTopPrint, kButton, kPrint, TL(9295, "Dateiliste drucken"), kIconPrint, kGroup, {}, &C::listPrint},
+    ranked(kGoesFirst, {kTopFit, kButton, kFit, kFitColumns, kIconFit, kGroup, {}, &C::listFit}),
+    ranked(kGoesFirst, {kTopFont, kButton, kFont, kChooseFont, kIconFont, kSame, {}, &C::changeFont}),
+    withRows({kTopSave, kButton, kSave, TL(9294, "Dateiliste in eine Textdatei speichern"), kIconSave, kGroup, {}, &C::listSave}),
+    withRows({kTopPrint, kButton, kPrint, TL(9295, "Dateiliste drucken"), kIconPrint, kGroup, {}, &C::listPrint}),
 }), units(kTopBytes, kTopDecimals, kTopTable), columns<kTopTable>(&C::listColumn), search(kTopSearchText, kTopSearch, &C::listSearch));
 
 constexpr auto kHardlinksRows = joined(rows({
-    {kHardlinksTitle, kLabel, TL(3740, "Hardlinks")},
-    {kHardlinksAnalyze, kButton, TL(9300, "Analysieren"), TL(9301, "Hardlinks sortieren und farblich abgrenzen"), kIconAnalyze, kGroup, {}, &C::listOwnCommand},
-    {kHardlinksDelete, kButton, kDelete, kDeleteFiles, kIconDelete, kGroup, {}, &C::listDelete},
-    {kHardlinksRecycle, kButton, kRecycle, kRecycleFiles, kIconRecycle, kSame, {}, &C::listRecycle},
+    ranked(kStaysLongest, {kHardlinksTitle, kLabel, TL(3740, "Hardlinks")}),
+    withRows({kHardlinksAnalyze, kButton, TL(9300, "Analysieren"), TL(9301, "Hardlinks sortieren und farblich abgrenzen"), kIconAnalyze, kGroup, {}, &C::listOwnCommand}),
+    withSelection({kHardlinksDelete, kButton, kDelete, kDeleteFiles, kIconDelete, kGroup, {}, &C::listDelete}),
+    withSelection({kHardlinksRecycle, kButton, kRecycle, kRecycleFiles, kIconRecycle, kSame, {}, &C::listRecycle}),
     {kHardlinksIcons, kButton, kSymbols, kShowSymbols, kIconSymbols, kGroup, {}, &C::listIcons, toggles<&Options::ShowIconsHardlinks>},
     {kHardlinksFullView, kButton, kFullView, kHideOtherLists, kIconFullView, kGroup, {}, &C::fullView},
     {kHardlinksPreview, kButton, kPreview, kShowPreview, kIconPreview, kSame, {}, &C::listPreview, toggles<&Options::HardlinkPreview>},
     {kHardlinksSplit, kButton, kSplit, kTurnSplit, kIconSplit, kSame, {}, &C::listSplit, toggles<&Options::HardlinksTile>},
-    {kHardlinksFit, kButton, kFit, kFitColumns, kIconFit, kGroup, {}, &C::listFit},
-    {kHardlinksFont, kButton, kFont, kChooseFont, kIconFont, kSame, {}, &C::changeFont},
-    {kHardlinksSave, kButton, kSave, kSaveList, kIconSave, kGroup, {}, &C::listSave},
-    {kHardlinksPrint, kButton, kPrint, kPrintList, kIconPrint, kGroup, {}, &C::listPrint},
+    ranked(kGoesFirst, {kHardlinksFit, kButton, kFit, kFitColumns, kIconFit, kGroup, {}, &C::listFit}),
+    ranked(kGoesFirst, {kHardlinksFont, kButton, kFont, kChooseFont, kIconFont, kSame, {}, &C::changeFont}),
+    withRows({kHardlinksSave, kButton, kSave, kSaveList, kIconSave, kGroup, {}, &C::listSave}),
+    withRows({kHardlinksPrint, kButton, kPrint, kPrintList, kIconPrint, kGroup, {}, &C::listPrint}),
 }), units(kHardlinksBytes, kHardlinksDecimals, kHardlinksTable), columns<kHardlinksTable>(&C::listColumn), search(kHardlinksSearchText, kHardlinksSearch, &C::listSearch));
 
 constexpr auto kJunctionsRows = joined(rows({
-    {kJunctionsTitle, kLabel, TL(3742, "Junctions")},
+    ranked(kStaysLongest, {kJunctionsTitle, kLabel, TL(3742, "Junctions")}),
     {kJunctionsFullView, kButton, kFullView, kHideOtherLists, kIconFullView, kGroup, {}, &C::fullView},
-    {kJunctionsFit, kButton, kFit, kFitColumns, kIconFit, kGroup, {}, &C::listFit},
-    {kJunctionsFont, kButton, kFont, kChooseFont, kIconFont, kSame, {}, &C::changeFont},
-    {kJunctionsSave, kButton, kSave, kSaveList, kIconSave, kGroup, {}, &C::listSave},
-    {kJunctionsPrint, kButton, kPrint, kPrintList, kIconPrint, kGroup, {}, &C::listPrint},
+    ranked(kGoesFirst, {kJunctionsFit, kButton, kFit, kFitColumns, kIconFit, kGroup, {}, &C::listFit}),
+    ranked(kGoesFirst, {kJunctionsFont, kButton, kFont, kChooseFont, kIconFont, kSame, {}, &C::changeFont}),
+    withRows({kJunctionsSave, kButton, kSave, kSaveList, kIconSave, kGroup, {}, &C::listSave}),
+    withRows({kJunctionsPrint, kButton, kPrint, kPrintList, kIconPrint, kGroup, {}, &C::listPrint}),
 }), search(kJunctionsSearchText, kJunctionsSearch, &C::listSearch));
 
 constexpr BarRow kBars[kBarCount] = {

@@ -35,6 +35,16 @@ struct KeptOption {
     OptionFlag field = {};
 };
 
+/// What a command works on: without it, its entry is disabled.
+enum class Needs : std::uint8_t {
+    kNothing,
+    kRows,       ///< Rows in the grid of its bar.
+    kSelection,  ///< Selected rows in the grid of its bar.
+};
+
+/// How soon an entry goes behind the button at the end of its bar where there is little room.
+enum Rank : std::uint8_t { kStaysLongest, kUsualRank, kGoesEarly, kGoesFirst };
+
 // The fields are in the order in which a row of the table is read.
 struct CommandRow {  // NOLINT(clang-analyzer-optin.performance.Padding)
     Command command;
@@ -51,6 +61,8 @@ struct CommandRow {  // NOLINT(clang-analyzer-optin.performance.Padding)
     int value = 0;                    ///< Its meaning depends on the routine; it also replaces "%1" in the
                                       ///< caption.
     int width = 0;                    ///< See BarEntry.
+    Needs needs = Needs::kNothing;
+    Rank rank = kUsualRank;
 };
 
 struct BarRow {

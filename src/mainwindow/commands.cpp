@@ -50,8 +50,11 @@ void newSource(MainForm& form, const CommandRow& /*row*/) {
 }
 
 void start(MainForm& form, const CommandRow& /*row*/) {
-    if (!form.session.state.ScanActive) StartSearchViaToolbar(form.scan);
+    if (form.session.state.ScanActive) return form.sources.changed();
+    StartSearchViaToolbar(form.scan);
     form.sources.changed();
+    // The box is ready to mend what was typed.
+    if (form.run.sourceMissed() && form.window->sources != nullptr) form.window->sources->focusBox();
 }
 
 void stop(MainForm& form, const CommandRow& /*row*/) {

@@ -14,7 +14,9 @@ void DrivesControl::makeList() {
 }
 
 void DrivesControl::takeAnswers() {
-    if (list_) list_->takeAnswers();
+    if (!list_) return;
+    list_->takeAnswers();
+    form_.sources.start().show();
 }
 
 void DrivesControl::Drives_ResizeTableHeight() {

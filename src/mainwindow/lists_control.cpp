@@ -36,9 +36,6 @@ std::string ListsControl::emptyHint(GridId id) const {
     const Texts& texts = form_.services().texts;
     const Options& options = form_.session.options;
     const std::string start = texts.TL(3531, "Start");
-    if (id == GridId::kReport)
-        return texts.TL(9299, "Wählen Sie mit \"%1\" einen Ordner, und drücken Sie \"%2\".",
-                        {texts.TL(3529, "Neu"), start});
     const bool off = (id == GridId::kTop && options.CreateListTOP == 0) ||
                      (id == GridId::kHardlinks && options.CreateListHardlink == 0) ||
                      (id == GridId::kJunctions && options.CreateListJunction == 0);

@@ -24,7 +24,7 @@ class ListsControl final : public ListHost {
     /// Returns the list that has the lists' place, null if that place is hidden.
     ListView* shown();
 
-    /// Returns what to do about an empty list that no scan fills, or about a window without a source.
+    /// Returns what to do about an empty list that no scan fills.
     std::string emptyHint(GridId grid) const;
     /// Returns the theme's icon name for a picture of a file; empty for none.
     std::string iconName(int picture) const;

@@ -2,6 +2,7 @@
 #include "mainwindow/looks_control.h"
 
 #include <algorithm>
+#include <cmath>
 
 #include "mainwindow/bar_options.h"
 #include "mainwindow/main_form.h"
@@ -14,6 +15,8 @@ namespace {
 // In points.
 constexpr int kFontSmallest = 5;
 constexpr int kFontLargest = 40;
+// The fonts of bars and status bar differ by so much from that of the desktop.
+constexpr int kMostSmaller = -3, kMostLarger = 12;
 
 }  // namespace
 
@@ -29,6 +32,25 @@ void LooksControl::applyFonts() {
         const auto id = static_cast<GridId>(i);
         form_.window->grid(id).setGridFont(fontOf(form_.session.options, id));
     }
+    followFonts();
+}
+
+// No option of their own is needed: they are larger by what all grids are larger than at the first start.
+void LooksControl::followFonts() {
+    constexpr double kFirstSize = 9;
+    double least = kFontLargest, most = kFontSmallest;
+    for (std::size_t i = 0; i < kGridCount; ++i) {
+        double points = fontOf(form_.session.options, static_cast<GridId>(i)).points;
+        if (points < kFontSmallest) points = kFirstSize;  // It could not be read.
+        least = std::min(least, points);
+        most = std::max(most, points);
+    }
+    const double common = least > kFirstSize ? least : most < kFirstSize ? most : kFirstSize;
+    const int largerBy =
+        std::clamp(static_cast<int>(std::lround(common - kFirstSize)), kMostSmaller, kMostLarger);
+    for (CommandBar* bar : form_.bars.all()) bar->setLargerBy(largerBy);
+    form_.status.panels().largerBy = largerBy;
+    form_.status.show();
 }
 
 void LooksControl::setFont(GridId id, const GridFont& font) {
@@ -40,6 +62,7 @@ void LooksControl::chooseFont(GridId id) {
     const auto font = form_.window->dialogs.askFont(form_.window->grid(id).gridFont());
     if (!font) return;
     setFont(id, *font);
+    followFonts();
     if (id == GridId::kReport) return form_.report.view().Report_Resize_Columns(true);
     if (ListView* list = form_.lists.of(id)) return list->Resize_Columns(true);
     form_.drives.list().Drives_Resize_Columns(true);
@@ -50,6 +73,7 @@ void LooksControl::chooseFontOfAll() {
     const auto font = form_.window->dialogs.askFont(form_.window->grid(GridId::kReport).gridFont());
     if (!font) return;
     for (std::size_t i = 0; i < kGridCount; ++i) setFont(static_cast<GridId>(i), *font);
+    followFonts();
     resizeAllColumns();
     Drives_ResizeTableHeight();
 }
@@ -61,6 +85,7 @@ void LooksControl::changeFontSizes(int points) {
         font.points = std::clamp<double>(font.points + points, kFontSmallest, kFontLargest);
         setFont(id, font);
     }
+    followFonts();
     resizeAllColumns();
     Drives_ResizeTableHeight();
 }

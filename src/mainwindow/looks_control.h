@@ -35,6 +35,8 @@ class LooksControl final : private PaneHost {
   private:
     /// Sets the font of a grid in the window and in the options; the columns stay as they are.
     void setFont(GridId grid, const GridFont& font);
+    /// The fonts of bars and status bar follow what the grids' fonts have in common.
+    void followFonts();
 
     // --- PaneHost
     int barHeight(BarId bar) override;

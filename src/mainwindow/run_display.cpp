@@ -33,6 +33,7 @@ void RunDisplay::lockControls(bool noStop) {
     for (Grid* each : form_.parts.grids) each->setEnabled(false);
     for (const BarId id : kLockedBars) form_.bar(id).setAllEnabled(false);
     form_.bars.cbrMain.setEnabled(kStop, !noStop);
+    form_.sources.start().lock(true);
 }
 
 void RunDisplay::unlockControls() {
@@ -46,6 +47,8 @@ void RunDisplay::unlockControls() {
     for (const BarId id : kLockedBars) form_.bar(id).setAllEnabled(true);
     form_.bars.cbrMain.setEnabled(kStop, false);
     form_.files.showCanTakeBack();
+    form_.barControl.followAllGrids();
+    form_.sources.start().lock(false);
 }
 
 // --- a run
@@ -56,6 +59,7 @@ void RunDisplay::runBegan() {
                        &form_.session.lvwJunctions})
         each->setRedraw(false);
     sourceUnseen_ = runs_ = true;
+    sourceMissed_ = false;
     shownFolders_ = 0;
     ++asked_;
     progress_->begin(form_.services().pump.GetTickCount());
@@ -64,6 +68,7 @@ void RunDisplay::runBegan() {
 
 void RunDisplay::runEnded(RunEnd end) {
     runs_ = false;
+    if (end == RunEnd::kStopped) form_.sources.runStopped();
     if (end == RunEnd::kBrokenOff) return form_.status.endRun(std::exchange(missing_, {}));
     const Services& services = form_.services();
     const std::string text = progress_->ended(services.pump.GetTickCount(), end == RunEnd::kStopped,
@@ -88,6 +93,7 @@ void RunDisplay::folderShown(const std::string& folder) {
 
 void RunDisplay::sourceMissing(const std::string& source, const std::string& reason) {
     const Texts& texts = form_.services().texts;
+    sourceMissed_ = true;
     missing_ += missing_.empty() ? "" : " ";
     missing_ += reason.empty() ? texts.TL(9021, "Die Quelle %1 gibt es nicht.", {source})
                                : texts.TL(9022, "Nicht gelesen: %1: %2", {source, reason});
@@ -97,7 +103,10 @@ void RunDisplay::sourceBegan() {
     form_.sources.changed();
     ++asked_;
     progress_->beginSource(form_.services().pump.GetTickCount());
-    if (const SourceItem* source = form_.session.cboOrdner.selected()) askDrive(source->tag);
+    if (const SourceItem* source = form_.session.cboOrdner.selected()) {
+        form_.sources.start().sourceBegan(source->tag);
+        askDrive(source->tag);
+    }
 }
 
 // A drive that is read whole tells how much there is to read. It may answer late, or never.

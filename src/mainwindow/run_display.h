@@ -20,6 +20,8 @@ class RunDisplay final : public ScanHost, public Controls {
 
     /// Tells the user that rows are missing, so that nothing is saved, and returns true; false if none are.
     bool tellIncomplete();
+    /// Tells whether the last run was asked for a source that does not exist.
+    bool sourceMissed() const { return sourceMissed_; }
 
     // --- ScanHost
     void runBegan() override;
@@ -56,6 +58,7 @@ class RunDisplay final : public ScanHost, public Controls {
     std::shared_ptr<RunProgress> progress_ = std::make_shared<RunProgress>();
     std::uint64_t asked_ = 0;  ///< An answer of a drive counts only if nothing was begun since.
     std::string missing_;      ///< What a run has to say of sources that do not exist.
+    bool sourceMissed_ = false;
 };
 
 }  // namespace hl

@@ -1,16 +1,31 @@
-// The box and its events; the queue.
+// The box and its events; the queue; what is dropped.
 #include "mainwindow/sources_control.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "app/command_line.h"
 #include "base/text.h"
 #include "mainwindow/main_form.h"
+#include "robustness/api_error_text.h"
 #include "robustness/trap.h"
 #include "scan/driver.h"
+#include "scan/file_system_calls.h"
+#include "scan/rollup.h"
 #include "views/drive_combo.h"
 
 namespace hl {
+
+namespace {
+
+/// Tells whether the path is a link, or a chain of links, that ends at a folder.
+bool leadsToFolder(FileSystem& fileSystem, const std::string& path) {
+    if (fileSystem.target(path).valueOr("").empty()) return false;
+    const auto block = fileSystem.read(path, {.recursive = false, .onlyOpen = true}, nullptr)->next();
+    return block != nullptr && !block->error;
+}
+
+}  // namespace
 
 // --- the box
 
@@ -63,6 +78,7 @@ void SourcesControl::load() {
         },
         services.paths);
     loaded_ = true;
+    start_.sourcesLoaded();
     changed();
 }
 
@@ -77,6 +93,7 @@ void SourcesControl::changed() {
     for (const SourceItem& item : box.items()) items.push_back({visible(item.text), item.image});
     const auto selected = box.selectedIndex();
     form_.window->frame.setSources(items, visible(box.text), selected ? static_cast<int>(*selected) : -1);
+    start_.show();
 }
 
 // --- the queue
@@ -109,9 +126,77 @@ void SourcesControl::readWaiting() {
 // Sources may be added when the run has read its last source but is not over yet.
 void SourcesControl::runQueue() {
     const ScanState& state = form_.session.state;
-    while (!state.SourceQueue.empty() && !state.ScanActive && !form_.closed) {
+    while (!state.ScanActive && !form_.closed) {
+        queueDropped();
+        if (state.SourceQueue.empty() || form_.closed) return;
         Ordnerliste_Abarbeiten(form_.scan);
         changed();
+        selectDroppedFiles();
+    }
+}
+
+// --- what is dropped
+
+void SourcesControl::dropped(const std::vector<DroppedPlace>& places) {
+    dropped_.insert(dropped_.end(), places.begin(), places.end());
+    readWaiting();
+}
+
+// While this looks at the disk or shows its message, messages run, and more may be dropped.
+void SourcesControl::queueDropped() {
+    while (!dropped_.empty()) {
+        std::string unread;
+        for (const DroppedPlace& place : std::exchange(dropped_, {})) {
+            const std::string reason = queuePlace(place);
+            if (!reason.empty())
+                unread += "\n" + visible(place.path.empty() ? place.address : place.path) + ": " + reason;
+        }
+        if (unread.empty()) continue;
+        const AtWork work(*this);
+        form_.window->dialogs.message(MessageKind::kWarning,
+                                      form_.services().texts.TL(9696, "Nicht eingelesen:") + "\n" + unread);
+    }
+}
+
+// Queues a folder, or the folder of a file. Returns why it cannot be read; empty if it can.
+std::string SourcesControl::queuePlace(const DroppedPlace& place) {
+    const Services& services = form_.services();
+    if (place.path.empty()) return services.texts.TL(9697, "kein Ordner dieses Rechners");
+    auto& queue = form_.session.state.SourceQueue;
+    const auto file = services.fileSystem.look(place.path);
+    if (file && (file->isFolder || leadsToFolder(services.fileSystem, place.path)))
+        return queue.push_back(place.path), "";
+    if (!file)
+        return isNotThere(file.error()) ? services.texts.TL(9698, "gibt es nicht")
+                                        : ApiErrorText(true, file.error());
+    const std::string folder = place.path.substr(0, place.path.rfind(services.paths.separator) + 1);
+    if (std::ranges::find(queue, folder) == queue.end()) queue.push_back(folder);
+    droppedFiles_.push_back(place.path);
+    return {};
+}
+
+// Selects the row of the folder that the last of them lies in, and those of its files in the list of files.
+void SourcesControl::selectDroppedFiles() {
+    const std::vector<std::string> files = std::exchange(droppedFiles_, {});
+    if (files.empty() || form_.closed) return;
+    Grid& report = form_.session.tvwPL;
+    Grid& list = form_.session.lvwFiles;
+    const std::string folder =
+        files.back().substr(0, files.back().rfind(form_.services().paths.separator) + 1);
+    Row row = report.firstRoot();
+    while (row != kNoRow && Report_GetFullpathOfNode(report, row, true, form_.services().paths) != folder)
+        row = report.nextSibling(row);
+    if (row == kNoRow) return;
+    report.selectNone();
+    report.setSelected(row, true);
+    report.setCurrentRow(row);
+    if (form_.session.state.currentFolder != folder) form_.lists.showFilesOf(folder);
+    list.selectNone();
+    for (Row file = list.firstRoot(); file != kNoRow; file = list.nextSibling(file)) {
+        const std::string path = folder + std::string(list.text(file));
+        if (std::ranges::find(files, path) == files.end()) continue;
+        list.setSelected(file, true);
+        if (path == files.back()) list.setCurrentRow(file);
     }
 }
 

@@ -1,9 +1,11 @@
-// The box of sources, and the queue of those that are to be read. For the thread of the logic only.
+// The box of sources, what is dropped on the window, and the queue of what is to be read. For the thread of
+// the logic only.
 #pragma once
 
 #include <string>
 #include <vector>
 
+#include "mainwindow/start_control.h"
 #include "platform/window.h"
 
 namespace hl {
@@ -25,13 +27,17 @@ class SourcesControl final : public SourceEvents {
         SourcesControl& sources_;
     };
 
-    explicit SourcesControl(MainForm& form) : form_(form) {}
+    explicit SourcesControl(MainForm& form) : form_(form), start_(form) {}
+
+    StartControl& start() { return start_; }
 
     // --- SourceEvents
     void comboText(const std::string& text) override;
     void comboSelected(int index) override;
     void comboKeyDown(int key) override;
     bool comboRemove(int index) override;
+    void startChosen(const std::string& tag) override { start_.chosen(tag); }
+    void dropped(const std::vector<DroppedPlace>& places) override;
 
     // --- the box
     /// Fills the box with the drives and with the saved sources.
@@ -49,6 +55,8 @@ class SourcesControl final : public SourceEvents {
     void handOver(const std::string& commandLine);
     /// Queues the sources and reads the queue.
     void read(const std::vector<std::string>& sources);
+    /// The run was stopped: what was dropped meanwhile is not read, as little as what waits in the queue.
+    void runStopped() { dropped_.clear(); }
     /// Sources may be read from now on.
     void ready() { ready_ = true; }
     /// Reads what waits in the queue, unless a command is at work.
@@ -65,8 +73,14 @@ class SourcesControl final : public SourceEvents {
 
   private:
     void runQueue();
+    void queueDropped();
+    std::string queuePlace(const DroppedPlace& place);
+    void selectDroppedFiles();
 
     MainForm& form_;
+    StartControl start_;
+    std::vector<DroppedPlace> dropped_;      ///< What was dropped and not looked at yet.
+    std::vector<std::string> droppedFiles_;  ///< Paths of files whose folders are to be read.
     bool loaded_ = false;
     bool ready_ = false;
     int commands_ = 0;  ///< The number of commands on the stack.

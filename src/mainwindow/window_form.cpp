@@ -50,6 +50,8 @@ void WindowForm::load() {
     Change_Toolbar_IconText(form_.bars, services.diagnostics);
     panes.hideByOptions();
     form_.status.setFirst(services.texts.TL(3525, "OK."));
+    form_.barControl.followAllGrids();
+    form_.sources.start().show();
     loaded_ = true;
 }
 
@@ -142,6 +144,14 @@ void WindowForm::formResize() {
     if (form_.closed) return;
     guarded(form_.services().diagnostics, {.routine = "Form_Resize"},
             [&] { form_.looks.panes().Form_Resize(); });
+}
+
+void WindowForm::gridChanged(GridId grid) {
+    if (form_.closed || !loaded_) return;
+    guarded(form_.services().diagnostics, [&] {
+        if (!form_.session.state.ScanActive) form_.barControl.followGrid(grid);
+        if (grid == GridId::kReport || grid == GridId::kDrives) form_.sources.start().show();
+    });
 }
 
 void WindowForm::formKeyUp(int key) {

@@ -102,6 +102,10 @@ void CommandBar::setTextBelowIcons(bool on) {
     changeLook(textBelowIcons_, on);
 }
 
+void CommandBar::setLargerBy(int points) {
+    changeLook(largerBy_, points);
+}
+
 void CommandBar::setClips(bool on) {
     changeLook(clips_, on);
 }

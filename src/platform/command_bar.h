@@ -40,6 +40,8 @@ struct BarEntry {
     bool showsCaption = false;        ///< The caption stands beside the icon, unless all captions are below
                                       ///< the icons.
     int width = 0;                    ///< The width of an edit box in pixels; 0 fits it to the bar.
+    int rank = 1;                     ///< Where there is little room, the entries of the largest rank are the
+                                      ///< first that go behind the button at the end.
 };
 
 enum class BarEdge : std::uint8_t { kTop, kBottom, kLeft, kRight };
@@ -103,10 +105,13 @@ class CommandBar {
 
     bool largeIcons() const { return largeIcons_; }
     bool textBelowIcons() const { return textBelowIcons_; }
+    int largerBy() const { return largerBy_; }
     bool clips() const { return clips_; }
     void setLargeIcons(bool on);
     void setTextBelowIcons(bool on);
-    /// If set, entries that do not fit are behind a button at the end instead of on another row.
+    /// By how many points the bar's font is larger than that of the desktop.
+    void setLargerBy(int points);
+    /// If set, the bar has one row and not two. What does not fit is behind a button at the end.
     void setClips(bool on);
 
     /// Attaches the one observer; null detaches it.
@@ -128,6 +133,7 @@ class CommandBar {
     bool largeIcons_ = false;
     bool textBelowIcons_ = false;
     bool clips_ = false;
+    int largerBy_ = 0;
     BarObserver* observer_ = nullptr;
 };
 

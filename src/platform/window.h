@@ -22,6 +22,7 @@
 #include "platform/patience.h"
 #include "platform/preview_pane.h"
 #include "platform/splitter.h"
+#include "platform/start_page.h"
 #include "platform/system_facts.h"
 
 namespace hl {
@@ -45,6 +46,7 @@ struct StatusPanels {
     int firstWidth = 100;  ///< In pixels; counts unless the first panel takes all.
     /// Commands of the main bar that have a button behind the panels, with their captions.
     std::vector<StatusButton> buttons = {};
+    int largerBy = 0;  ///< By how many points its font is larger than that of the desktop.
 };
 
 /// An item of the list of sources.
@@ -90,6 +92,7 @@ struct Window {
     FileTypes& fileTypes;  ///< The desktop's kinds of files.
     Desktop& desktop;
     PreviewPane* preview = nullptr;  ///< Null for a window that has none.
+    SourcePane* sources = nullptr;   ///< Null for a window that has none.
 
     GridPane& grid(GridId id) const { return *grids[static_cast<std::size_t>(id)]; }
     BarPane& bar(BarId id) const { return *bars[static_cast<std::size_t>(id)]; }
@@ -109,13 +112,22 @@ class WindowEvents {
     virtual void formUnload() = 0;
     virtual void formResize() = 0;
     virtual void formKeyUp(int key) = 0;
+    /// A grid got its first row or lost its last one, or its selection did. Told at once, but not before
+    /// redraw is on.
+    virtual void gridChanged(GridId /*grid*/) {}
     /// Another start of the program handed its command line over.
     virtual void handOver(const std::string& commandLine) = 0;
     /// An exception escaped in the window's own routine `where`; called inside a catch block.
     virtual void windowFault(const char* where) = 0;
 };
 
-/// What the box of sources tells. No routine throws.
+/// What was dropped on the window.
+struct DroppedPlace {
+    std::string address;  ///< As it came, such as "sftp://host/folder".
+    std::string path;     ///< Its bytes; empty if it is not on this machine.
+};
+
+/// What the box of sources and the start page tell. No routine throws.
 class SourceEvents {
   public:
     virtual ~SourceEvents() = default;
@@ -124,6 +136,10 @@ class SourceEvents {
     virtual void comboKeyDown(int key) = 0;
     /// The user pressed Del on an item of the list. Returns whether it was removed.
     virtual bool comboRemove(int index) = 0;
+    /// A button of the start page was pressed; it has this tag.
+    virtual void startChosen(const std::string& tag) = 0;
+    /// Files and folders were dropped on the window, in this order.
+    virtual void dropped(const std::vector<DroppedPlace>& places) = 0;
 };
 
 /// What the window shows. The main form owns it; it outlives the window.

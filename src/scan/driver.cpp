@@ -109,7 +109,7 @@ Row readHead(ScanContext& scan, std::string& lastSource) {
     return row;
 }
 
-void workThroughQueue(ScanContext& scan) {
+RunEnd workThroughQueue(ScanContext& scan) {
     ScanState& state = scan.state;
     std::string lastSource;
     Row lastRow = kNoRow;
@@ -120,13 +120,15 @@ void workThroughQueue(ScanContext& scan) {
         state.SourceQueue.pop_front();
     }
     state.SourceQueue.clear();
+    const RunEnd end = endOf(state);  // The files that are listed next take a stop back.
     if (!state.SilentRun && !lastSource.empty()) scan.host.folderShown(lastSource);
     Report_Sort(scan);
-    if (lastRow == kNoRow) return;
+    if (lastRow == kNoRow) return end;
     // Clicks made while the files were being listed have selected rows that the list does not show.
     scan.tvwPL.selectNone();
     scan.tvwPL.setSelected(lastRow, true);
     scan.tvwPL.setCurrentRow(lastRow);
+    return end;
 }
 
 }  // namespace
@@ -170,8 +172,7 @@ void Ordnerliste_Abarbeiten(ScanContext& scan) {
             });
             DisableControls(scan, false);
             scan.host.runBegan();
-            workThroughQueue(scan);
-            end = endOf(scan.state);
+            end = workThroughQueue(scan);
         }
         busy.reset();
         scan.host.runEnded(end);

@@ -98,30 +98,46 @@ TEST_F(OnScreenStart, AWindowThatIsClosedWhileADiskHangsIsInNoNewOnesWay) {
     second.waitForFinished();
 }
 
-using OnScreenReader = OnScreenStart;
+struct OnScreenReader : OnScreenStart {
+    /// Returns what a screen reader finds of the program that is started with `line`, and the reader's exit
+    /// code.
+    std::pair<std::string, int> read(const QStringList& line, const QStringList& sought) const {
+        QProcess program, reader;
+        start(program, line, home.path(),
+              {{"QT_LINUX_ACCESSIBILITY_ALWAYS_ON", QStringLiteral("1")}, {"LC_ALL", QStringLiteral("C")}});
+        reader.start(QStringLiteral("/usr/bin/python3"),
+                     QStringList{QStringLiteral(HARBORLANTERN_SOURCE_DIR "/tests/gui/read_window.py"),
+                                 QString::number(program.processId())} +
+                         sought);
+        EXPECT_TRUE(reader.waitForFinished(40000));
+        program.kill();
+        program.waitForFinished();
+        return {reader.readAllStandardOutput().toStdString(), reader.exitCode()};
+    }
+};
 
 TEST_F(OnScreenReader, FindsTheRowsOfTheReportWithLevelFoldedStateAndCells) {
     writeDeepFile(at("big/inner/file"), std::string(3000, 'x'));
     writeDeepFile(at("small/file"), std::string(1000, 'x'));
     std::filesystem::remove(ini());  // The language is then English.
-    QProcess program;
-    start(program, {QString::fromStdString(tree.path())}, home.path(),
-          {{"QT_LINUX_ACCESSIBILITY_ALWAYS_ON", QStringLiteral("1")}, {"LC_ALL", QStringLiteral("C")}});
-    QProcess reader;
-    reader.start(QStringLiteral("/usr/bin/python3"),
-                 {QStringLiteral(HARBORLANTERN_SOURCE_DIR "/tests/gui/read_window.py"),
-                  QString::number(program.processId()), QStringLiteral("3")});
-    const bool ended = reader.waitForFinished(40000);
-    program.kill();
-    program.waitForFinished();
-    ASSERT_TRUE(ended);
-    const std::string found = reader.readAllStandardOutput().toStdString();
-    if (reader.exitCode() == 77) GTEST_SKIP() << found;
+    const auto [found, status] = read({QString::fromStdString(tree.path())}, {QStringLiteral("3")});
+    if (status == 77) GTEST_SKIP() << found;
     EXPECT_EQ(found, "tree item\t" + tree.path() + "\tLevel 1\texpanded\t" + tree.path() +
                          "\t4,000\t100.00%\t2\t3\n"
                          "tree item\tbig\tLevel 2\tcollapsed\tbig\t3,000\t75.00%\t1\t1\n"
-                         "tree item\tsmall\tLevel 2\t-\tsmall\t1,000\t25.00%\t1\t\n")
-        << reader.readAllStandardError().toStdString();
+                         "tree item\tsmall\tLevel 2\t-\tsmall\t1,000\t25.00%\t1\t\n");
+}
+
+TEST_F(OnScreenReader, FindsTheButtonsOfTheStartPage) {
+    folder("kept");
+    writeFile(ini(), "[ComboOrdner]\r\n0O=" + at("kept/") + "\r\n");
+    const auto [found, status] =
+        read({}, {QStringLiteral("4"), QStringLiteral("What would you like to scan?")});
+    if (status == 77) GTEST_SKIP() << found;
+    const std::string first = "push button\tHome folder\t", second = "push button\tChoose a folder ...\t\n";
+    EXPECT_EQ(found.substr(0, first.size()), first);
+    EXPECT_NE(found.find(second + "push button\t/"), std::string::npos) << found;
+    EXPECT_NE(found.find("\npush button\t" + at("kept/") + "\t"), std::string::npos) << found;
 }
 
 }  // namespace

@@ -38,6 +38,8 @@ class RecordingEvents : public WindowEvents, public BarEvents, public SourceEven
     void comboSelected(int) override {}
     void comboKeyDown(int) override {}
     bool comboRemove(int) override { return false; }
+    void startChosen(const std::string& tag) override { told.push_back("start " + tag); }
+    void dropped(const std::vector<DroppedPlace>&) override {}
     void GridCellAfterEditing(Row row, const std::string& value) override {
         told.push_back("edited " + std::to_string(row) + " " + value);
     }

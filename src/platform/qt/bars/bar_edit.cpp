@@ -1,7 +1,9 @@
 #include "platform/qt/bars/bar_edit.h"
 
+#include <QDragEnterEvent>
 #include <QFocusEvent>
 #include <QKeyEvent>
+#include <QMimeData>
 #include <QToolButton>
 
 #include "platform/qt/common/qt_convert.h"
@@ -24,14 +26,32 @@ BarEdit::BarEdit(CommandBar& bar, const BarEntry& entry, WindowEvents& faults, B
     setAccessibleName(qtText(entry.caption.empty() ? entry.tooltip : entry.caption));
     setToolTip(qtText(entry.tooltip));
     setEnabled(entry.enabled);
-    setClearButtonEnabled(entry.width == 0);  // In a box of a few digits it would cover them.
-    if (auto* button = findChild<QToolButton*>()) button->setAccessibleName(clear);
     showHint();
+    // The first button to clear a box makes the toolkit load its readers of all kinds of pictures, so there
+    // is none before there is a text. In a box of a few digits it would cover them.
+    if (entry.width == 0) {
+        const auto follow = [this, clear] {
+            if (isClearButtonEnabled() || text().isEmpty()) return;
+            setClearButtonEnabled(true);
+            if (auto* button = findChild<QToolButton*>()) button->setAccessibleName(clear);
+        };
+        connect(this, &QLineEdit::textChanged, this,
+                [this, follow] { kGuard(faults_, "textChanged", follow); });
+        follow();
+    }
     connect(this, &QLineEdit::textEdited, this, [this](const QString& text) {
         kGuard(faults_, "textEdited", [&] {
             bar_.setText(id_, utf8(text));
             within_([&] { events_.editChanged(bar_.id(), id_, utf8(text)); });
         });
+    });
+}
+
+/// Files are for the window, which reads them.
+void BarEdit::dragEnterEvent(QDragEnterEvent* event) {
+    kGuard(faults_, [&] {
+        if (event->mimeData()->hasUrls()) return event->ignore();
+        QLineEdit::dragEnterEvent(event);
     });
 }
 

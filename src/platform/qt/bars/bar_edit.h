@@ -21,6 +21,7 @@ class BarEdit final : public QLineEdit {
             const QString& clear, QWidget* parent);
 
   protected:
+    void dragEnterEvent(QDragEnterEvent* event) override;
     void focusOutEvent(QFocusEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
 

@@ -1,6 +1,7 @@
 #include "platform/qt/bars/bar_flow.h"
 
 #include <algorithm>
+#include <functional>
 
 namespace hl {
 
@@ -9,50 +10,52 @@ namespace {
 /// Fills one row after the other; the heights in a row are set when it is full.
 class Filler {
   public:
-    Filler(const std::vector<FlowItem>& items, int width, const FlowRule& rule)
-        : items_(items), width_(std::max(width, 2 * rule.margin + 1)), rule_(rule) {
+    /// Places the items that `stays` tells. With `tight` each is as narrow as it may be.
+    Filler(const std::vector<FlowItem>& items, const std::vector<bool>& stays, int width,
+           const FlowRule& rule, bool tight)
+        : items_(items),
+          stays_(stays),
+          width_(std::max(width, 2 * rule.margin + 1)),
+          rule_(rule),
+          tight_(tight),
+          leavesOut_(std::ranges::find(stays, false) != stays.end()) {
         flow_.places.resize(items.size());
         flow_.height = rule.margin;
     }
 
-    Flow wrapped() {
+    void fill() {
         for (std::size_t i = 0; i < items_.size(); ++i) {
+            if (!stays_[i]) continue;
             const int behind = joinedBehind(i);
             const bool fits = x_ + gapBefore(i) + items_[i].smallest + behind <= end();
             const bool stays = items_[i].joined && x_ + gapBefore(i) < end();
             if (!row_.empty() && !fits && !stays) endRow();
             put(i, end() - behind);
         }
-        return finished();
-    }
-
-    /// Makes one row: an item without room gets no place, and the button that shows the rest gets one.
-    Flow clipped() {
-        bool full = false;
-        end_ = width_ - rule_.margin - rule_.extensionWidth;
-        for (std::size_t i = 0; i < items_.size(); ++i) {
-            const int limit = end() - reservedBehind(i);
-            const bool fits = !full && x_ + gapBefore(i) + items_[i].smallest <= limit;
-            if (fits || items_[i].grows) {
-                put(i, limit);
-            } else {
-                full = true;
-            }
-        }
         // If no item has room, the row is as high as the highest item, for the button that shows them all.
-        if (row_.empty()) {
-            int highest = 0;
-            for (const FlowItem& item : items_) highest = std::max(highest, item.size.height());
-            flow_.height += highest + rule_.spacing;
+        if (leavesOut_ && row_.empty()) {
+            for (const FlowItem& item : items_) lastHeight_ = std::max(lastHeight_, item.size.height());
+            flow_.height += lastHeight_ + rule_.spacing;
         }
-        Flow flow = finished();
-        flow.extension = QRect(width_ - rule_.margin - rule_.extensionWidth, rule_.margin,
-                               rule_.extensionWidth, std::max(0, flow.height - 2 * rule_.margin));
-        return flow;
+        endRow();
+    }
+    /// Tells whether the rule allows so many rows, and whether no item that might be left out was cut.
+    bool fits() const { return rows_ <= rule_.mostRows && !cut_; }
+
+    Flow finished() {
+        flow_.height += rule_.margin - (flow_.height > rule_.margin ? rule_.spacing : 0);
+        if (leavesOut_)
+            flow_.extension =
+                QRect(width_ - rule_.margin - rule_.extensionWidth, flow_.height - rule_.margin - lastHeight_,
+                      rule_.extensionWidth, lastHeight_);
+        return std::move(flow_);
     }
 
   private:
-    int end() const { return end_ >= 0 ? end_ : width_ - rule_.margin; }
+    /// There is room for the button that shows what is left out, in any row, since any may be the last.
+    int end() const {
+        return width_ - rule_.margin - (leavesOut_ ? rule_.extensionWidth + rule_.spacing : 0);
+    }
 
     int gapBefore(std::size_t i) const {
         if (row_.empty()) return 0;
@@ -61,16 +64,8 @@ class Filler {
 
     /// Returns the room for the next item, if it must stay on the same row.
     int joinedBehind(std::size_t i) const {
-        const bool joined = i + 1 < items_.size() && items_[i + 1].joined;
+        const bool joined = i + 1 < items_.size() && items_[i + 1].joined && stays_[i + 1];
         return joined ? rule_.spacing + items_[i + 1].smallest : 0;
-    }
-
-    /// Returns the room for later items that are never left out.
-    int reservedBehind(std::size_t i) const {
-        int room = 0;
-        for (std::size_t later = i + 1; later < items_.size(); ++later)
-            if (items_[later].grows) room += items_[later].smallest + rule_.groupGap;
-        return room;
     }
 
     void put(std::size_t i, int limit) {
@@ -78,7 +73,9 @@ class Filler {
         if (gap == rule_.groupGap && items_[i].beginGroup) separatorsOfRow_.push_back(x_ + gap / 2);
         const int left = std::min(x_ + gap, std::max(rule_.margin, end() - 1));
         const int room = std::max(1, std::max(limit, left + items_[i].smallest) - left);
-        const int width = std::max(1, std::min({items_[i].size.width(), room, end() - left}));
+        const int wanted = tight_ ? items_[i].smallest : items_[i].size.width();
+        const int width = std::max(1, std::min({wanted, room, end() - left}));
+        cut_ = cut_ || (width < items_[i].smallest && !items_[i].grows);
         flow_.places[i] = QRect(left, flow_.height, width, items_[i].size.height());
         x_ = left + width;
         row_.push_back(i);
@@ -93,6 +90,8 @@ class Filler {
         for (const int x : separatorsOfRow_)
             flow_.separators.emplace_back(x, flow_.height + 2, 1, height - 4);
         flow_.height += height + rule_.spacing;
+        lastHeight_ = height;
+        ++rows_;
         row_.clear();
         separatorsOfRow_.clear();
         x_ = rule_.margin;
@@ -111,37 +110,44 @@ class Filler {
             if (x > from) x += left;
     }
 
-    Flow finished() {
-        endRow();
-        flow_.height += rule_.margin - (flow_.height > rule_.margin ? rule_.spacing : 0);
-        return std::move(flow_);
-    }
-
     const std::vector<FlowItem>& items_;
+    const std::vector<bool>& stays_;
     const int width_;
     const FlowRule& rule_;
+    const bool tight_;
+    const bool leavesOut_;
     Flow flow_;
     std::vector<std::size_t> row_;
     std::vector<int> separatorsOfRow_;
     int x_ = rule_.margin;
-    int end_ = -1;
+    int rows_ = 0;  ///< The number of full rows.
+    int lastHeight_ = 0;
+    bool cut_ = false;
 };
 
-/// Returns the width of all items in one row, at their smallest.
-int smallestRow(const std::vector<FlowItem>& items, const FlowRule& rule) {
-    int width = 2 * rule.margin;
-    for (std::size_t i = 0; i < items.size(); ++i) {
-        if (i > 0) width += items[i].beginGroup ? rule.groupGap : rule.spacing;
-        width += items[i].smallest;
-    }
-    return width;
+/// Returns the items in the order in which they are left out: those of the largest rank first, and of one
+/// rank the last first.
+std::vector<std::size_t> leavingOrder(const std::vector<FlowItem>& items) {
+    std::vector<std::size_t> order;
+    for (std::size_t i = items.size(); i-- > 0;)
+        if (!items[i].grows) order.push_back(i);
+    std::ranges::stable_sort(order, std::greater(), [&](std::size_t i) { return items[i].rank; });
+    return order;
 }
 
 }  // namespace
 
 Flow flowOf(const std::vector<FlowItem>& items, int width, const FlowRule& rule) {
-    Filler filler(items, width, rule);
-    return rule.clips && smallestRow(items, rule) > width ? filler.clipped() : filler.wrapped();
+    std::vector<bool> stays(items.size(), true);
+    const std::vector<std::size_t> order = leavingOrder(items);
+    for (std::size_t left = 0;; ++left) {
+        for (const bool tight : {false, true}) {
+            Filler filler(items, stays, width, rule, tight);
+            filler.fill();
+            if (filler.fits() || (tight && left == order.size())) return filler.finished();
+        }
+        stays[order[left]] = false;
+    }
 }
 
 }  // namespace hl

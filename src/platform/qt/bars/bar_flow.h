@@ -1,4 +1,4 @@
-// Computes the places of a bar's parts: in rows that wrap, or in one row with a button for what does not fit.
+// Computes the places of a bar's parts: in a few rows, with a button for what does not fit.
 // Lengths are in pixels. The functions are pure and touch no widget.
 #pragma once
 
@@ -14,6 +14,7 @@ struct FlowItem {
     bool beginGroup = false;
     bool joined = false;  ///< Stays on the row of the item before it if any pixel is left there.
     bool grows = false;   ///< Takes the rest of its row, and always has a place.
+    int rank = 0;         ///< Items of the largest rank are the first that are left out.
 };
 
 struct FlowRule {
@@ -21,7 +22,7 @@ struct FlowRule {
     int spacing = 1;
     int groupGap = 9;
     int extensionWidth = 16;
-    bool clips = false;
+    int mostRows = 2;
 };
 
 struct Flow {
@@ -31,7 +32,8 @@ struct Flow {
     int height = 0;
 };
 
-/// Never makes anything wider than `width` or loses an item: an item that is too wide by itself is cut to it.
+/// Leaves out as few items as the rule allows. Those that stay keep their order. Only an item that is never
+/// left out is cut to `width`, if it is too wide by itself.
 Flow flowOf(const std::vector<FlowItem>& items, int width, const FlowRule& rule);
 
 }  // namespace hl

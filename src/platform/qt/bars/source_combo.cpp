@@ -2,8 +2,10 @@
 
 #include <QAbstractItemView>
 #include <QAccessibleWidget>
+#include <QDragEnterEvent>
 #include <QKeyEvent>
 #include <QLineEdit>
+#include <QMimeData>
 #include <QSignalBlocker>
 #include <algorithm>
 
@@ -83,6 +85,7 @@ SourceComboBox::SourceComboBox(IconStore& icons, WindowEvents& faults, SourceEve
     setMaxVisibleItems(kRowsOfList);
     view()->setTextElideMode(Qt::ElideMiddle);
     view()->installEventFilter(this);
+    lineEdit()->installEventFilter(this);
     connect(this, &QComboBox::activated, this,
             [this](int index) { kGuard(faults_, "activated", [&] { events_.comboSelected(index); }); });
     connect(lineEdit(), &QLineEdit::textEdited, this, [this](const QString& text) {
@@ -143,6 +146,11 @@ void SourceComboBox::keyPressEvent(QKeyEvent* event) {
 
 bool SourceComboBox::eventFilter(QObject* watched, QEvent* event) {
     return kGuard(faults_, [&] {
+        if (watched == lineEdit() && event->type() == QEvent::DragEnter &&
+            static_cast<QDragEnterEvent&>(*event).mimeData()->hasUrls()) {
+            event->ignore();  // Files are for the window, which reads them.
+            return true;
+        }
         const bool key = watched == view() && event->type() == QEvent::KeyPress;
         if (key && isDel(static_cast<QKeyEvent&>(*event)) && removeInList()) return true;
         return QComboBox::eventFilter(watched, event);

@@ -2,6 +2,7 @@
 
 #include <QPainter>
 #include <algorithm>
+#include <utility>
 
 #include "platform/qt/common/qt_convert.h"
 #include "platform/qt/common/qt_guard.h"
@@ -56,6 +57,7 @@ StatusPanelBar::StatusPanelBar(WindowEvents& events, BarEvents& barEvents)
 }
 
 void StatusPanelBar::setPanels(const StatusPanels& panels) {
+    if (std::exchange(largerBy_, panels.largerBy) != panels.largerBy) setFont(desktopFont(largerBy_));
     first_->setText(shownName(panels.first));
     second_->setText(shownName(panels.second));
     second_->setVisible(panels.secondVisible);

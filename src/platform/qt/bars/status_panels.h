@@ -30,6 +30,7 @@ class StatusPanelBar final : public QStatusBar {
     Panel* second_;
     std::map<int, QPushButton*>
         buttons_;  ///< By the ids of their entries; those that do not show are hidden.
+    int largerBy_ = 0;
 };
 
 }  // namespace hl

@@ -79,6 +79,7 @@ ToolBar::~ToolBar() {
 // --- building
 
 void ToolBar::barChanged(const CommandBar&) {
+    if (std::exchange(largerBy_, bar_.largerBy()) != bar_.largerBy()) setFont(desktopFont(largerBy_));
     if (dirty_) return;
     dirty_ = true;
     updateGeometry();
@@ -237,6 +238,7 @@ void ToolBar::addPlace(const BarEntry& entry, const Part& part, std::vector<Flow
     item.size = part.widget->sizeHint();
     item.smallest = item.size.width();
     item.beginGroup = entry.beginGroup;
+    item.rank = entry.rank;
     if (entry.kind == EntryKind::kEdit) {
         item.size.setWidth(entry.width != 0 ? entry.width : kEditWidth);
         item.smallest = std::min(item.size.width(), kEditSmallest);
@@ -249,7 +251,7 @@ void ToolBar::addPlace(const BarEntry& entry, const Part& part, std::vector<Flow
     }
     if (entry.kind == EntryKind::kCustom) {
         item.size.setWidth(kCustomWidth);
-        item.smallest = kCustomSmallest;
+        item.smallest = std::max(kCustomSmallest, part.widget->minimumSizeHint().width());
         item.grows = true;
     }
     items.push_back(item);
@@ -271,7 +273,7 @@ Flow ToolBar::flow(int width, std::vector<std::size_t>* shown) const {
         if (shown != nullptr) shown->push_back(i);
     }
     FlowRule rule;
-    rule.clips = bar_.clips();
+    if (bar_.clips()) rule.mostRows = 1;
     rule.extensionWidth = extension_->sizeHint().width();
     return flowOf(items, width, rule);
 }

@@ -90,6 +90,7 @@ class ToolBar final : public QWidget, public BarPane, private BarObserver {
     std::vector<QObject*> parked_;              ///< Replaced objects that may still be handling a click.
     int running_ = 0;
     int height_ = 0;
+    int largerBy_ = 0;
     bool dirty_ = true;
     BarMenu* popup_ = nullptr;  ///< The menu that was opened last; a child of the bar.
 };

@@ -1,5 +1,7 @@
 #include "platform/qt/common/qt_convert.h"
 
+#include <QFontInfo>
+#include <QGuiApplication>
 #include <algorithm>
 #include <array>
 #include <iterator>
@@ -87,6 +89,16 @@ std::string bytesOfEditable(const QString& text) {
         appendUtf8(bytes, QChar::isSurrogate(c) ? kReplacement : c);
     }
     return bytes;
+}
+
+QFont desktopFont(int largerBy) {
+    constexpr qreal kSmallest = 5;
+    QFont font;
+    if (largerBy == 0) return font;
+    // A font with nothing but a size leaves the rest to the desktop.
+    const qreal points = QFontInfo(QGuiApplication::font()).pointSizeF();
+    font.setPointSizeF(std::max(kSmallest, points + largerBy));
+    return font;
 }
 
 int virtualKey(const QKeyEvent& event) {

@@ -1,6 +1,7 @@
 // Converts texts, names and keys between the logic and Qt. Pure functions.
 #pragma once
 
+#include <QFont>
 #include <QKeyEvent>
 #include <QKeySequence>
 #include <QString>
@@ -22,6 +23,9 @@ QString editableText(std::string_view bytes);
 /// The exact inverse of editableText, for any bytes. A lone surrogate that editableText never makes becomes
 /// U+FFFD.
 std::string bytesOfEditable(const QString& text);
+
+/// Returns a font that differs from the desktop's by so many points, for a widget and what is in it.
+QFont desktopFont(int largerBy);
 
 /// Returns the virtual key code of a key that handlers may know; 0 for any other.
 int virtualKey(const QKeyEvent& event);

@@ -18,7 +18,12 @@ constexpr int kRetry = 30;
 
 GridSync::GridSync(GridView& view, Grid& grid, GridId id, const CellTextFunction& cellText,
                    WindowEvents& events)
-    : view_(view), grid_(grid), events_(events), rows_(grid), model_(grid, id, rows_, cellText, events) {
+    : view_(view),
+      grid_(grid),
+      id_(id),
+      events_(events),
+      rows_(grid),
+      model_(grid, id, rows_, cellText, events) {
     timer_.setSingleShot(true);
     QObject::connect(&timer_, &QTimer::timeout, &timer_, [this] {
         kGuard(events_, "timeout", [&] {
@@ -43,10 +48,19 @@ void GridSync::start() {
 
 void GridSync::gridChanged(const GridChange& change) {
     repaint(change);
+    tellLogic();
     if (own_ && !change.structure) return;
     pending_.add(change);
     dirty_ = true;
     if (!timer_.isActive()) timer_.start(0);
+}
+
+void GridSync::tellLogic() {
+    const bool rows = grid_.rowCount() > 0, selection = grid_.selectedCount() > 0;
+    if (rows == hasRows_ && selection == hasSelection_) return;
+    hasRows_ = rows;
+    hasSelection_ = selection;
+    events_.gridChanged(id_);
 }
 
 // This comes at once, because a scan switches redraw on for this one notice. Painting walks the grid as it is

@@ -51,6 +51,7 @@ class GridSync : public GridObserver {
     void gridChanged(const GridChange& change) override;
 
   private:
+    void tellLogic();
     void apply();
     void applyRows(const GridChange& change);
     void repaint(const GridChange& change);
@@ -61,6 +62,7 @@ class GridSync : public GridObserver {
 
     GridView& view_;
     Grid& grid_;
+    const GridId id_;
     WindowEvents& events_;
     VisibleRows rows_;
     GridModel model_;
@@ -70,6 +72,7 @@ class GridSync : public GridObserver {
     bool applying_ = false;
     bool listing_ = false;  ///< The list of rows is being changed, or an error ended that.
     bool userScrolled_ = false;
+    bool hasRows_ = false, hasSelection_ = false;  ///< What the logic was told last.
     QTimer timer_;
     Row lastTop_ = kNoRow;
     Row lastCurrent_ = kNoRow;

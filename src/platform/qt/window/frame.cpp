@@ -2,11 +2,13 @@
 
 #include <QCloseEvent>
 #include <QCoreApplication>
+#include <QDropEvent>
 #include <QKeyEvent>
 #include <algorithm>
 
 #include "platform/qt/common/qt_convert.h"
 #include "platform/qt/common/qt_guard.h"
+#include "platform/qt/window/dropped_places.h"
 
 namespace hl {
 
@@ -75,6 +77,24 @@ void Frame::resizeEvent(QResizeEvent* event) {
     kGuard(events_, [&] {
         QMainWindow::resizeEvent(event);
         events_.formResize();
+    });
+}
+
+void Frame::dragEnterEvent(QDragEnterEvent* event) {
+    kGuard(events_, [&] { acceptPlaces(*event); });
+}
+
+void Frame::dragMoveEvent(QDragMoveEvent* event) {
+    kGuard(events_, [&] { acceptPlaces(*event); });
+}
+
+/// The other program waits for the end of this, and what is dropped may take long to read.
+void Frame::dropEvent(QDropEvent* event) {
+    kGuard(events_, [&] {
+        if (!acceptPlaces(*event)) return;
+        queue("dropped", [this, places = placesOf(*event->mimeData())] {
+            if (dropped && !unloaded_) dropped(places);
+        });
     });
 }
 

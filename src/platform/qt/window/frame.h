@@ -13,7 +13,7 @@ namespace hl {
 /// Reports to the logic what happens to the window. Closing it ends the event loop.
 class Frame final : public QMainWindow {
   public:
-    explicit Frame(WindowEvents& events) : events_(events) {}
+    explicit Frame(WindowEvents& events) : events_(events) { setAcceptDrops(true); }
 
     /// Tells whether it was closed for good.
     bool unloaded() const { return unloaded_; }
@@ -23,6 +23,8 @@ class Frame final : public QMainWindow {
     /// Returns where the Tab key may stop, in this order; hidden and disabled widgets are skipped. The
     /// toolkit's own order does not follow panes that change places, or bars that are built anew.
     std::function<std::vector<QWidget*>()> tabStops;
+    /// Is called when files or folders were dropped on the window.
+    std::function<void(const std::vector<DroppedPlace>&)> dropped;
     /// Is called when colours or the style have changed.
     std::function<void()> looksChanged;
 
@@ -32,6 +34,9 @@ class Frame final : public QMainWindow {
     void changeEvent(QEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dragMoveEvent(QDragMoveEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void keyReleaseEvent(QKeyEvent* event) override;
 

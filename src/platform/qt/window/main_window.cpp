@@ -2,6 +2,8 @@
 
 #include <QApplication>
 #include <QDesktopServices>
+#include <QGridLayout>
+#include <QLineEdit>
 #include <QScreen>
 #include <QUrl>
 #include <QVBoxLayout>
@@ -54,6 +56,9 @@ MainWindow::MainWindow(WindowParts& parts, WindowEvents& events)
     frame_->setStatusBar(status_);
     frame_->resize(kFirstWidth, kFirstHeight);
     frame_->looksChanged = [this] { renewLooks(); };
+    frame_->dropped = [this](const std::vector<DroppedPlace>& places) {
+        parts_.sourceEvents->dropped(places);
+    };
     makeWindow();
     frame_->pressAccelerator = [this](int key, bool control) { return pressAccelerator(key, control); };
 }
@@ -76,6 +81,7 @@ void MainWindow::makePanes() {
         if (i > 0) bars_[i]->hide();
     }
     for (std::size_t i = 0; i < kGridCount; ++i) makeGrid(i);
+    makeStartPage();
     preview_ = new PreviewArea(parts_.preview, events_, frame_.get());
     preview_->hide();
     for (std::size_t i = 0; i < kSplitterCount; ++i) {
@@ -102,6 +108,18 @@ void MainWindow::makeGrid(std::size_t number) {
     grids_[number] = view;
 }
 
+void MainWindow::makeStartPage() {
+    reportPane_ = new QWidget(frame_.get());
+    start_ = new StartView(icons_, events_, *parts_.sourceEvents, grid(GridId::kReport));
+    auto* both = new QGridLayout(reportPane_);
+    both->setContentsMargins(0, 0, 0, 0);
+    GridView& report = grid(GridId::kReport);
+    for (QWidget* each : {static_cast<QWidget*>(&report), static_cast<QWidget*>(start_)})
+        both->addWidget(each, 0, 0);
+    report.show();
+    reportPane_->hide();
+}
+
 void MainWindow::makeWindow() {
     std::array<GridPane*, kGridCount> grids{};
     std::array<BarPane*, kBarCount> bars{};
@@ -109,7 +127,7 @@ void MainWindow::makeWindow() {
     std::ranges::copy(bars_, bars.begin());
     Desktop& desktop = parts_.desktop != nullptr ? *parts_.desktop : desktop_;
     window_ = std::make_unique<Window>(
-        Window{*this, grids, bars, dialogs_, clipboard_, fileTypes_, desktop, preview_});
+        Window{*this, grids, bars, dialogs_, clipboard_, fileTypes_, desktop, preview_, this});
 }
 
 QWidget* MainWindow::pane(const PaneRef& ref) {
@@ -120,6 +138,7 @@ QWidget* MainWindow::pane(const PaneRef& ref) {
         case PaneRef::Kind::kBar:
             return bars_[number];
         case PaneRef::Kind::kGrid:
+            if (number == static_cast<std::size_t>(GridId::kReport)) return reportPane_;
             return grids_[number];
         case PaneRef::Kind::kPreview:
             return preview_;
@@ -145,10 +164,33 @@ void MainWindow::renewLooks() {
     sources_->renewIcons();
 }
 
+// --- the start page
+
+bool MainWindow::startPageShows() const {
+    return !start_->isHidden();
+}
+
+// The keyboard stays in the pane: on the page while that can be used, else on the report.
+void MainWindow::setStartPage(const StartPage& page) {
+    const QWidget* focus = frame_->focusWidget();
+    GridView& report = grid(GridId::kReport);
+    const bool usable = !page.groups.empty() && page.enabled;
+    if (!usable && focus != nullptr && start_->isAncestorOf(focus)) report.setFocus(Qt::OtherFocusReason);
+    start_->setPage(page);
+    start_->raise();
+    if (usable && focus == &report) start_->focusFirst();
+}
+
+void MainWindow::focusBox() {
+    sources_->setFocus(Qt::OtherFocusReason);
+    sources_->lineEdit()->selectAll();
+}
+
 // --- accelerators
 
 std::optional<BarId> MainWindow::barOfFocus() const {
     for (QWidget* at = QApplication::focusWidget(); at != nullptr; at = at->parentWidget()) {
+        if (at == reportPane_) return BarId::kReport;
         const auto bar = std::find(bars_.begin(), bars_.end(), at);
         if (bar != bars_.end()) return static_cast<BarId>(bar - bars_.begin());
         // The bars of the grids follow the main one in the order of the grids.
@@ -180,7 +222,12 @@ bool MainWindow::focusNextPane(std::optional<BarId> focused) {
         const std::size_t next = (from + step) % kBarCount;
         QWidget* pane = next == 0 ? static_cast<QWidget*>(sources_) : grids_[next - 1];
         if (!pane->isVisible() || !pane->isEnabled()) continue;
-        pane->setFocus(Qt::TabFocusReason);
+        const bool onPage = pane == grids_[static_cast<std::size_t>(GridId::kReport)] && startPageShows();
+        if (onPage) {
+            start_->focusFirst();
+        } else {
+            pane->setFocus(Qt::TabFocusReason);
+        }
         return true;
     }
     return false;
@@ -266,7 +313,11 @@ std::vector<QWidget*> MainWindow::tabStops() const {
     bars_[0]->addTabStops(stops);
     for (std::size_t i = 0; i < kGridCount; ++i) {
         bars_[i + 1]->addTabStops(stops);
-        stops.push_back(grids_[i]);
+        if (i == static_cast<std::size_t>(GridId::kReport) && startPageShows()) {
+            start_->addTabStops(stops);
+        } else {
+            stops.push_back(grids_[i]);
+        }
     }
     preview_->addTabStops(stops);
     return stops;

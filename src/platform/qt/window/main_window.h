@@ -15,6 +15,7 @@
 #include "platform/qt/window/desktop_file_types.h"
 #include "platform/qt/window/frame.h"
 #include "platform/qt/window/splitter_widget.h"
+#include "platform/qt/window/start_view.h"
 #include "platform/qt/window/window_dialogs.h"
 #include "platform/window.h"
 
@@ -24,7 +25,7 @@ namespace hl {
 
 /// Shows the parts and asks what the logic asks. It makes every pane once; the splitters decide which ones
 /// are visible. REQUIRES: there is a QApplication; `parts` and `events` outlive the window.
-class MainWindow final : public WindowFrame {
+class MainWindow final : public WindowFrame, public SourcePane {
   public:
     MainWindow(WindowParts& parts, WindowEvents& events);
     ~MainWindow() override;
@@ -50,6 +51,9 @@ class MainWindow final : public WindowFrame {
     void setStatus(const StatusPanels& panels) override;
     void setSources(const std::vector<ComboItem>& items, const std::string& text, int selected) override;
     bool openUrl(const std::string& url) override;
+    // --- SourcePane
+    void setStartPage(const StartPage& page) override;
+    void focusBox() override;
 
   private:
     std::vector<QWidget*> tabStops() const;
@@ -57,6 +61,8 @@ class MainWindow final : public WindowFrame {
     void makeWindow();
     void makeGrid(std::size_t number);
     QWidget* pane(const PaneRef& ref);
+    void makeStartPage();
+    bool startPageShows() const;
     void placeMainBar();
     void renewLooks();
     bool pressAccelerator(int key, bool control);
@@ -75,6 +81,8 @@ class MainWindow final : public WindowFrame {
     std::unique_ptr<Window> window_;
     QVBoxLayout* rows_ = nullptr;
     SourceComboBox* sources_ = nullptr;
+    QWidget* reportPane_ = nullptr;  ///< Holds the report, and over it the start page.
+    StartView* start_ = nullptr;
     StatusPanelBar* status_ = nullptr;
     PreviewArea* preview_ = nullptr;
     std::array<ToolBar*, kBarCount> bars_{};
