@@ -21,13 +21,14 @@ void StatusLine::offerTakeBack(const std::string& text) {
 void StatusLine::showButtons() {
     panels_.buttons.clear();
     const Services& services = form_.services();
-    const auto add = [&](Command command, const std::string& caption) {
-        panels_.buttons.push_back({idOf(command), caption});
+    const auto add = [&](Command command, const std::string& caption, bool ofFirst) {
+        panels_.buttons.push_back({idOf(command), caption, ofFirst});
     };
-    if (takeBack_) add(Command::kTakeBack, services.texts.TL(9794, "Zurückholen"));
+    if (takeBack_) add(Command::kTakeBack, services.texts.TL(9794, "Zurückholen"), true);
     if (const std::uint32_t folders = foldersNotRead(form_.session.tvwPL); folders > 0)
-        add(Command::kShowNotRead, services.texts.TL(9807, "%1 Ordner nicht gelesen",
-                                                     {formatNumber(folders, {}, services.numbers)}));
+        add(Command::kShowNotRead,
+            services.texts.TL(9807, "%1 Ordner nicht gelesen", {formatNumber(folders, {}, services.numbers)}),
+            false);
     show();
 }
 

@@ -35,7 +35,7 @@ enum class WindowState : std::uint8_t { kNormal, kMinimized, kMaximized };
 struct StatusButton {
     int id = 0;  ///< Of the entry of the main bar that a click carries out.
     std::string caption;
-    bool operator==(const StatusButton&) const = default;
+    bool ofFirst = false;  ///< It stands behind the first panel, else behind the second.
 };
 
 /// The two panels of the status bar.
@@ -44,7 +44,7 @@ struct StatusPanels {
     bool secondVisible = true;
     bool firstTakesAll = false;
     int firstWidth = 100;  ///< In pixels; counts unless the first panel takes all.
-    /// Commands of the main bar that have a button behind the panels, with their captions.
+    /// Commands of the main bar that have a button behind a panel, with their captions.
     std::vector<StatusButton> buttons = {};
     int largerBy = 0;  ///< By how many points its font is larger than that of the desktop.
 };

@@ -72,17 +72,20 @@ void StatusPanelBar::setButtons(const std::vector<StatusButton>& buttons) {
         button->setVisible(std::ranges::find(buttons, id, &StatusButton::id) != buttons.end());
     for (const StatusButton& each : buttons) {
         QPushButton*& button = buttons_[each.id];
-        if (button == nullptr) button = makeButton(each.id);
+        if (button == nullptr) button = makeButton(each);
         button->setText(qtText(each.caption));
     }
 }
 
-QPushButton* StatusPanelBar::makeButton(int id) {
+QPushButton* StatusPanelBar::makeButton(const StatusButton& made) {
     auto* button = new QPushButton(this);
-    button->setObjectName(QStringLiteral("status.%1").arg(id));
+    button->setObjectName(QStringLiteral("status.%1").arg(made.id));
     connect(button, &QPushButton::clicked, this,
-            [this, id] { kGuard(events_, [this, id] { barEvents_.execute(BarId::kMain, id); }); });
-    addWidget(button);
+            [this, id = made.id] { kGuard(events_, [this, id] { barEvents_.execute(BarId::kMain, id); }); });
+    if (made.ofFirst)
+        insertWidget(1, button);
+    else
+        addWidget(button);
     return button;
 }
 

@@ -22,7 +22,7 @@ class StatusPanelBar final : public QStatusBar {
     class Panel;
 
     void setButtons(const std::vector<StatusButton>& buttons);
-    QPushButton* makeButton(int id);
+    QPushButton* makeButton(const StatusButton& made);
 
     WindowEvents& events_;
     BarEvents& barEvents_;
