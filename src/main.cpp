@@ -193,7 +193,7 @@ int Program::runSilent() {
     HeadlessPump pump(stopAsked, [&run] { run.session().state.CancelState = kCancelStop; });
     core_.setPump(&pump);
     const ScopeExit noPump([this] { core_.setPump(nullptr); });
-    noteStopSignals();
+    run.noteStop = [](bool on) { on ? noteStopSignals() : endNotingStopSignals(); };
     core_.app().cancelState = [&run] { return run.session().state.CancelState; };
     run.load();
     const bool whole = run.run(line_.text);

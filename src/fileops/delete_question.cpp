@@ -1,11 +1,13 @@
 #include "fileops/delete_question.h"
 
 #include <algorithm>
+#include <set>
 
 #include "base/size_text.h"
 #include "base/text.h"
 #include "scan/file_columns.h"
 #include "scan/records.h"
+#include "scan/rollup.h"
 #include "views/list_view.h"
 
 namespace hl {
@@ -23,21 +25,34 @@ std::string countedNames(const ToDelete& what, const Texts& texts) {
     return all;
 }
 
-bool liesBelow(const Grid& report, Row row, const std::vector<Row>& rows) {
-    for (row = report.parent(row); row != kNoRow; row = report.parent(row))
-        if (std::ranges::binary_search(rows, row)) return true;
+using Paths = std::set<std::string, std::less<>>;
+
+/// `paths` are those of folders.
+bool liesBelow(std::string path, const Paths& paths) {
+    for (std::size_t slash = path.rfind('/'); slash != std::string::npos && slash > 0;
+         slash = path.rfind('/')) {
+        path.resize(slash);
+        if (paths.contains(path)) return true;
+    }
     return false;
 }
 
 }  // namespace
 
-ToDelete foldersOf(const Grid& report, const std::vector<Row>& rows) {
+// Two sources may show the same folder. Of a link, or of what is mounted on a folder, nothing goes but
+// itself.
+ToDelete foldersOf(const FileOps& ops, const std::vector<Row>& rows) {
     ToDelete what{.folders = true};
-    std::vector<Row> sorted = rows;
-    std::ranges::sort(sorted);
+    const Grid& report = ops.scan.tvwPL;
+    const auto pathOf = [&](Row row) { return Report_GetFullpathOfNode(report, row, false, ops.scan.paths); };
+    Paths paths, told;
+    for (const Row row : rows) paths.insert(pathOf(row));
     for (const Row row : rows) {
-        if (liesBelow(report, row, sorted)) continue;
+        const std::string path = pathOf(row);
+        if (liesBelow(path, paths) || !told.insert(path).second) continue;
         what.names.emplace_back(report.text(row));
+        const int picture = report.picture(row);
+        if (picture == kPictureLink || picture == kPictureMountPoint) continue;
         what.files += report.number(row, kFiles);
         what.bytes += report.number(row, kSize);
     }

@@ -19,7 +19,8 @@ struct ToDelete {
     double bytes = 0;
 };
 
-ToDelete foldersOf(const Grid& report, const std::vector<Row>& rows);
+/// `rows` are those of folders in the report.
+ToDelete foldersOf(const FileOps& ops, const std::vector<Row>& rows);
 /// Returns what is selected in the list.
 ToDelete filesOf(const ListView& list);
 

@@ -50,18 +50,19 @@ void logGone(const FileOps& ops, const std::string& path, bool recycle) {
 void tellWent(const FileOps& ops, const std::vector<std::string>& went, bool recycle, const Gone& gone) {
     if (went.empty() || ops.host.closed()) return;
     const Texts& texts = ops.scan.texts;
-    const std::string trash = visible(gone.trash());
     if (!recycle)
         return ops.host.setFirstPanel(
             went.size() == 1 ? texts.TL(9792, "'%1' wurde gelöscht.", {visible(went.front())})
                              : texts.TL(9793, "%1 Einträge wurden gelöscht.",
                                         {countText(static_cast<double>(went.size()), ops.scan.numbers)}));
+    const std::string trash = visible(gone.trash());
     const std::string text =
         went.size() == 1
             ? texts.TL(9790, "'%1' liegt jetzt im Papierkorb (%2).", {visible(went.front()), trash})
             : texts.TL(9791, "%1 Einträge liegen jetzt im Papierkorb (%2).",
                        {countText(static_cast<double>(went.size()), ops.scan.numbers), trash});
-    trash.empty() ? ops.host.setFirstPanel(text) : ops.host.offerTakeBack(text);
+    // Where the system does not tell the place in the trash, nothing can be taken back.
+    trash.empty() ? ops.host.setFirstPanel(texts.TL(3525, "OK.")) : ops.host.offerTakeBack(text);
 }
 
 /// Returns why a folder must not be removed, or an empty text if it may be.
@@ -202,7 +203,7 @@ void DeleteFolders(const FileOps& ops, const std::vector<Row>& rows, bool recycl
             folders.push_back(row);
             paths.push_back(Report_GetFullpathOfNode(report, row, false, ops.scan.paths));
         }
-        if (paths.empty() || (!recycle && !wantsToDelete(ops, foldersOf(report, folders)))) return;
+        if (paths.empty() || (!recycle && !wantsToDelete(ops, foldersOf(ops, folders)))) return;
         Gone gone(ops, recycle);
         Stayed stayed;
         std::vector<std::string> went;

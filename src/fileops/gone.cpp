@@ -78,6 +78,8 @@ void Gone::readWhatIsLeft() {
     // The Stop that ended the command is reset here, so that pressing it again ends the reading.
     scan.state.CancelState = kCancelNone;
     const NoRedraw off(scan.tvwPL);
+    for (Row root = scan.tvwPL.firstRoot(); root != kNoRow; root = scan.tvwPL.nextSibling(root))
+        if (isIn(folders_, scan.tvwPL.text(root))) step_.sources.emplace_back(scan.tvwPL.text(root));
     ReportChanges changes(scan);
     for (const std::string& path : folders_) changes.folderWent(path);
     for (const std::string& path : parts_)

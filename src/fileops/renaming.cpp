@@ -43,11 +43,14 @@ std::string makeRoom(const FileOps& ops, FileRun& run, const std::string& from, 
     return to + ": " + xGetErrorTextFromSH(code, false) + " (" + std::to_string(code) + ")";
 }
 
-void tellOfFormer(const FileOps& ops, const std::string& path, Former former) {
+/// `isKnown` tells whether the place in the trash is known, so that the file can come back.
+void tellOfFormer(const FileOps& ops, const std::string& path, Former former, bool isKnown) {
     const Texts& texts = ops.scan.texts;
-    if (former == Former::kInTrash)
-        return ops.host.offerTakeBack(
-            texts.TL(9641, "Die frühere Datei '%1' liegt jetzt im Papierkorb.", {path}));
+    if (former == Former::kInTrash) {
+        const std::string inTrash =
+            texts.TL(9641, "Die frühere Datei '%1' liegt jetzt im Papierkorb.", {path});
+        return isKnown ? ops.host.offerTakeBack(inTrash) : ops.host.setFirstPanel(inTrash);
+    }
     const std::string text =
         texts.TL(9642, "Die frühere Datei '%1' wurde ersetzt; hier gibt es keinen Papierkorb.", {path});
     ops.scan.log.LogProtokoll(text);
@@ -84,12 +87,12 @@ bool rename(const FileOps& ops, Grid& grid, Row row, const std::string& folder, 
         if (former != Former::kNone || oneName) {
             gone.emplace(ops, former == Former::kInTrash).file(oneName ? from : to);
             gone->trashed(trashed);
-            if (error.empty()) gone->renamed({from, to, placeOf(ops.scan, from), moved});
+            if (error.empty()) gone->renamed({from, to, placeOf(ops.scan, from), moved, inReport});
             gone->readWhatIsLeft();
         }
     }
     if (gone) gone->show();
-    if (former != Former::kNone) tellOfFormer(ops, to, former);
+    if (former != Former::kNone) tellOfFormer(ops, to, former, !trashed.moved.now.base.empty());
     if (error.empty()) {
         if (!inReport) showName(grid, row, old, name);
         return true;

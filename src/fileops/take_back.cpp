@@ -68,9 +68,12 @@ class PuttingBack {
     void show();
 
   private:
-    bool put(FileRun& run, const std::string& path, const Moved& moved, const FilePlace& to);
+    Result<> put(FileRun& run, const std::string& path, const Moved& moved, const FilePlace& to);
+    void tellStayed(const std::string& path, const Error& error);
     bool renameBack(FileRun& run);
+    bool selectFolder(const std::string& path);
     void selectRow();
+    void tellBack();
 
     const FileOps& ops_;
     UndoStep step_;
@@ -81,37 +84,49 @@ class PuttingBack {
 
 // --- putting back
 
-bool PuttingBack::put(FileRun& run, const std::string& path, const Moved& moved, const FilePlace& to) {
-    const Result<> done = ops_.operations.putBack(moved, to, run);
-    const Texts& texts = ops_.scan.texts;
+Result<> PuttingBack::put(FileRun& run, const std::string& path, const Moved& moved, const FilePlace& to) {
+    Result<> done = ops_.operations.putBack(moved, to, run);
     if (done)
-        ops_.scan.log.LogProtokoll(texts.TL(9799, "ZURÜCKGEHOLT: %1", {path}));
+        ops_.scan.log.LogProtokoll(ops_.scan.texts.TL(9799, "ZURÜCKGEHOLT: %1", {path}));
     else
-        stayed_.add(ops_, texts.TL(9798, "'%1' wurde nicht zurückgeholt: %2",
-                                   {path, reasonOf(ops_, path, done.error())}));
-    return static_cast<bool>(done);
+        tellStayed(path, done.error());
+    return done;
+}
+
+void PuttingBack::tellStayed(const std::string& path, const Error& error) {
+    stayed_.add(ops_, ops_.scan.texts.TL(9798, "'%1' wurde nicht zurückgeholt: %2",
+                                         {path, reasonOf(ops_, path, error)}));
 }
 
 // Returns false if the name is not free for what is in the trash.
 bool PuttingBack::renameBack(FileRun& run) {
     if (!step_.renamed) return true;
-    renamedBack_ = put(run, step_.renamed->from, step_.renamed->moved, step_.renamed->place);
-    return renamedBack_;
+    const Result<> done = put(run, step_.renamed->from, step_.renamed->moved, step_.renamed->place);
+    renamedBack_ = static_cast<bool>(done);
+    if (done) return true;
+    for (const TrashedItem& item : step_.trashed) tellStayed(item.path, {.kind = ErrorKind::kTaken});
+    if (done.failedAs(ErrorKind::kMovedOn)) step_.renamed.reset();
+    ops_.undo.addOldest(std::move(step_));
+    return false;
 }
 
-// What went last comes first, because it may have lain in what went before.
+// What went last comes first, because it may have lain in what went before. What fails can be tried again
+// when all other steps are taken back, unless the trash no longer holds it.
 void PuttingBack::run(FileRun& run) {
     if (!renameBack(run)) return;
     std::vector<TrashedItem>& all = step_.trashed;
+    UndoStep failed{.links = step_.links}, rest{.links = step_.links};
     while (!all.empty() && !run.stopped()) {
         TrashedItem item = std::move(all.back());
         all.pop_back();
-        if (put(run, item.path, item.moved, item.place)) back_.push_back(std::move(item));
+        const Result<> done = put(run, item.path, item.moved, item.place);
+        if (done)
+            back_.push_back(std::move(item));
+        else if (!done.failedAs(ErrorKind::kMovedOn))
+            failed.trashed.insert(failed.trashed.begin(), std::move(item));
     }
-    if (all.empty()) return;
-    UndoStep rest;
+    ops_.undo.addOldest(std::move(failed));
     rest.trashed = std::move(all);
-    rest.links = step_.links;
     ops_.undo.add(std::move(rest));
 }
 
@@ -125,7 +140,7 @@ void PuttingBack::readAgain() {
     ReportChanges changes(scan);
     Paths files;
     if (renamedBack_) {
-        if (isFolder(scan, step_.renamed->from)) {
+        if (step_.renamed->folder) {
             changes.folderWent(step_.renamed->to);
             changes.folderCame(step_.renamed->from);
         }
@@ -138,7 +153,9 @@ void PuttingBack::readAgain() {
         files.insert({trash, folderOf(trash) + "/info"});
         if (item.folder) changes.folderCame(item.path);
         if (!item.folder) files.insert(folderOf(item.path));
-        if (scan.options.AddHardlinksOnlyOnce != 1) continue;
+        // Where names of one file count once, a folder with such files changes what others count.
+        if (scan.options.AddHardlinksOnlyOnce != 1 || !item.folder || !holdsLinkedFiles(scan, item.path))
+            continue;
         changes.sourcesChanged(item.path);
         changes.sourcesChanged(trash);
     }
@@ -149,27 +166,44 @@ void PuttingBack::readAgain() {
 
 // --- what is shown
 
+/// Selects the folder if the report shows it.
+bool PuttingBack::selectFolder(const std::string& path) {
+    Grid& report = ops_.scan.tvwPL;
+    Row row = kNoRow;
+    for (Row root = report.firstRoot(); root != kNoRow && row == kNoRow; root = report.nextSibling(root))
+        row = rowOfFolder(report, root, path, ops_.scan.paths);
+    if (row == kNoRow) return false;
+    {
+        const NoRedraw off(report);
+        report.selectNone();
+        report.setSelected(row, true);
+        report.setCurrentRow(row);
+    }
+    ops_.window.grid(GridId::kReport).scrollIntoView(row);
+    ops_.host.folderShown(row, AddTrailingSlash(path, ops_.scan.paths));
+    return true;
+}
+
 /// Selects the first folder that is back; files are shown by the file list of their folder.
 void PuttingBack::selectRow() {
-    Grid& report = ops_.scan.tvwPL;
-    for (auto item = back_.rbegin(); item != back_.rend(); ++item) {
-        if (!item->folder) continue;
-        for (Row root = report.firstRoot(); root != kNoRow; root = report.nextSibling(root)) {
-            const Row row = rowOfFolder(report, root, item->path, ops_.scan.paths);
-            if (row == kNoRow) continue;
-            {
-                const NoRedraw off(report);
-                report.selectNone();
-                report.setSelected(row, true);
-                report.setCurrentRow(row);
-            }
-            ops_.window.grid(GridId::kReport).scrollIntoView(row);
-            return ops_.host.folderShown(row, AddTrailingSlash(item->path, ops_.scan.paths));
-        }
-    }
+    if (renamedBack_ && step_.renamed->folder && selectFolder(step_.renamed->from)) return;
+    for (auto item = back_.rbegin(); item != back_.rend(); ++item)
+        if (item->folder && selectFolder(item->path)) return;
     // A folder that is shown already would not be listed anew.
     const std::string listed = std::exchange(ops_.scan.state.currentFolder, {});
     if (!listed.empty()) ops_.host.folderShown(kNoRow, listed);
+}
+
+void PuttingBack::tellBack() {
+    const Texts& texts = ops_.scan.texts;
+    std::vector<std::string> paths;
+    if (renamedBack_) paths.push_back(step_.renamed->from);
+    for (const TrashedItem& item : back_) paths.push_back(item.path);
+    const auto count = static_cast<double>(paths.size());
+    ops_.host.setFirstPanel(paths.empty()       ? texts.TL(3525, "OK.")
+                            : paths.size() == 1 ? texts.TL(9796, "'%1' ist wieder da.", {paths.front()})
+                                                : texts.TL(9797, "%1 Einträge sind wieder da.",
+                                                           {countText(count, ops_.scan.numbers)}));
 }
 
 void PuttingBack::show() {
@@ -180,13 +214,10 @@ void PuttingBack::show() {
         selectRow();
         if (ops_.host.closed()) return;
         ops_.host.Preview_ShowFile();
-        const Texts& texts = ops_.scan.texts;
-        const auto count = static_cast<double>(back_.size());
-        ops_.host.setFirstPanel(
-            back_.size() == 1
-                ? texts.TL(9796, "'%1' ist wieder da.", {back_.front().path})
-                : texts.TL(9797, "%1 Einträge sind wieder da.", {countText(count, ops_.scan.numbers)}));
+        // Sources that lay in what went are read when the command has ended.
+        for (const std::string& source : step_.sources) ops_.scan.state.SourceQueue.push_back(source);
     }
+    tellBack();
     stayed_.tell(ops_);
 }
 

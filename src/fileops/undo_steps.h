@@ -25,14 +25,16 @@ struct RenamedItem {
     std::string from, to;
     FilePlace place;  ///< Of `from`.
     Moved moved;
+    bool folder = false;  ///< It has a row in the report, like a folder or a link to one.
 };
 
 /// What one command did.
 struct UndoStep {
-    std::vector<TrashedItem> trashed;    ///< In the order in which they went.
-    std::optional<RenamedItem> renamed;  ///< Took the name of what went to the trash.
+    std::vector<TrashedItem> trashed = {};    ///< In the order in which they went.
+    std::optional<RenamedItem> renamed = {};  ///< Took the name of what went to the trash.
     /// Links that led into a folder that went: without it they count as files.
-    std::vector<std::string> links;
+    std::vector<std::string> links = {};
+    std::vector<std::string> sources = {};  ///< Of the report, that were or lay in a folder that went.
 };
 
 class UndoSteps {
@@ -43,10 +45,13 @@ class UndoSteps {
     /// Adds the step that is taken back next. A step that put nothing into the trash is not kept; when there
     /// are too many, the oldest is forgotten.
     void add(UndoStep step) {
-        std::erase_if(step.trashed, [](const TrashedItem& item) { return item.moved.now.base.empty(); });
-        if (step.trashed.empty()) return;
+        if (!isKept(step)) return;
         if (steps_.size() == kMost) steps_.pop_front();
         steps_.push_back(std::move(step));
+    }
+    /// Adds a step that is taken back after all others, if there is room.
+    void addOldest(UndoStep step) {
+        if (isKept(step) && steps_.size() < kMost) steps_.push_front(std::move(step));
     }
     /// REQUIRES: there is a step.
     UndoStep take() {
@@ -56,6 +61,12 @@ class UndoSteps {
     }
 
   private:
+    /// Forgets what the system does not tell the place of.
+    static bool isKept(UndoStep& step) {
+        std::erase_if(step.trashed, [](const TrashedItem& item) { return item.moved.now.base.empty(); });
+        return !step.trashed.empty();
+    }
+
     std::deque<UndoStep> steps_;
 };
 

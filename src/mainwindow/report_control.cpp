@@ -59,6 +59,7 @@ void ReportControl::print() {
 }
 
 void ReportControl::showNotRead() {
+    if (form_.session.state.ScanActive) return;  // The scan would wait for the dialog.
     NotReadForm frmNotRead(form_.services(), form_.session.tvwPL, form_.files, *form_.window);
     Form form = frmNotRead.form();
     form_.window->dialogs.showForm(form);

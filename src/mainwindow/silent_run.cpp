@@ -24,7 +24,7 @@ bool SilentRun::run(const std::string& commandLine) {
     if (!target) return reportNotWritten(order.path, ApiErrorText(false, target.error()));
     session_.state.SourceQueue.assign(line.sources.begin(), line.sources.end());
     const std::uint32_t errorsBefore = services().diagnostics.errcount();
-    Ordnerliste_Abarbeiten(scan_);
+    read();
     services().console.progress("");
     // Nobody knows what an error of the program has left out, so an older report is worth more.
     const bool whole = services().diagnostics.errcount() == errorsBefore;
@@ -34,6 +34,15 @@ bool SilentRun::run(const std::string& commandLine) {
         reportNotWritten(order.path, services().texts.TL(9810, "angehalten"));
     const bool written = whole && !stopped_ && writeReport(order, **target);
     return written && !somethingFailed_ && services().diagnostics.errcount() == 0;
+}
+
+// A wish to stop that comes after the last pause of the reading counts, too.
+void SilentRun::read() {
+    if (noteStop) noteStop(true);
+    Ordnerliste_Abarbeiten(scan_);
+    services().pump.PumpMessages();
+    stopped_ = stopped_ || session_.state.CancelState == kCancelStop;
+    if (noteStop) noteStop(false);
 }
 
 bool SilentRun::writeReport(const ReportOrder& order, ReplacingFile& target) {

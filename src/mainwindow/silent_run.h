@@ -2,6 +2,7 @@
 // empty, and what could not be read goes to standard error, one line each. For the thread of the logic only.
 #pragma once
 
+#include <functional>
 #include <string>
 
 #include "mainwindow/session.h"
@@ -24,6 +25,10 @@ class SilentRun final : public ScanHost, public Controls {
     /// REQUIRES: load() was called.
     bool run(const std::string& commandLine);
 
+    /// Is called with true before something is read, and with false after it: meanwhile a wish to stop must
+    /// reach the pump instead of ending the process. May be empty.
+    std::function<void(bool on)> noteStop;
+
     Session& session() { return session_; }
     ScanContext& scan() { return scan_; }
 
@@ -41,6 +46,7 @@ class SilentRun final : public ScanHost, public Controls {
 
   private:
     const Services& services() const { return session_.services; }
+    void read();
     bool writeReport(const ReportOrder& order, ReplacingFile& target);
     bool reportNotWritten(const std::string& file, const std::string& reason);
 

@@ -25,7 +25,9 @@ void StatusLine::showButtons() {
         panels_.buttons.push_back({idOf(command), caption, ofFirst});
     };
     if (takeBack_) add(Command::kTakeBack, services.texts.TL(9794, "Zurückholen"), true);
-    if (const std::uint32_t folders = foldersNotRead(form_.session.tvwPL); folders > 0)
+    // During a scan the number grows, and the list could not be shown.
+    const bool idle = !form_.session.state.ScanActive;
+    if (const std::uint32_t folders = foldersNotRead(form_.session.tvwPL); idle && folders > 0)
         add(Command::kShowNotRead,
             services.texts.TL(9807, "%1 Ordner nicht gelesen", {formatNumber(folders, {}, services.numbers)}),
             false);

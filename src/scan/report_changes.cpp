@@ -292,7 +292,7 @@ bool ReportChanges::readFiles(Row row, const std::string& folder) {
     double size = 0, files = 0;
     for (bool more = true; more;) {
         const std::unique_ptr<Listing> block = reader->next();
-        if (block == nullptr) return true;
+        if (block == nullptr) return markIncomplete(row), true;
         if (block->error) return readAgain(row), true;
         for (std::size_t i = 0; i < block->count; ++i) {
             const Entry& entry = block->entries[i];
@@ -306,6 +306,15 @@ bool ReportChanges::readFiles(Row row, const std::string& folder) {
     }
     writeFiles(row, size, files);
     return true;
+}
+
+// Stop ended the reading of the row's files, so its numbers are those of before.
+void ReportChanges::markIncomplete(Row row) {
+    Grid& report = scan_.tvwPL;
+    if (isNotRead(report, row)) return;
+    Report_MarkIncomplete(scan_, row);
+    for (Row above = report.parent(row); above != kNoRow; above = report.parent(above))
+        report.setMark(above, report.mark(above) + 1);
 }
 
 void ReportChanges::writeFiles(Row row, double size, double files) {

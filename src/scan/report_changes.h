@@ -56,6 +56,7 @@ class ReportChanges {
     void forgetBelow(Row row);
     bool showsFoldersTwice(Row root) const;
     bool readFiles(Row row, const std::string& folder);
+    void markIncomplete(Row row);
     void writeFiles(Row row, double size, double files);
 
     ScanContext& scan_;

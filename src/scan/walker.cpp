@@ -102,7 +102,6 @@ class FolderWalk final : public ScanProgress {
     void accessError(Level& level);
     void folderDone(Row row, bool isReparse, std::string_view target);
     void endByFault();
-    void markIncomplete(Row row);
 
     ScanContext& scan_;
     Yield yield_;
@@ -136,7 +135,7 @@ ScanTotals FolderWalk::run(Row row) {
         });
         if (!done) endByFault();
     }
-    if (cut_) markIncomplete(row);
+    if (cut_) Report_MarkIncomplete(scan_, row);
     return result_;
 }
 
@@ -170,6 +169,7 @@ ScanCounts FolderWalk::soFar() const {
 }
 
 void FolderWalk::enterSource(Row row) {
+    scan_.tvwPL.setMark(row, 0);
     scan_.host.folderEntered(path_);
     std::unique_ptr<Listing> first = nextListing();
     const Grid& report = scan_.tvwPL;
@@ -369,12 +369,6 @@ void FolderWalk::accessError(Level& level) {
     scan_.host.notRead(path_, text);
 }
 
-// What is missing below the row is not known.
-void FolderWalk::markIncomplete(Row row) {
-    scan_.tvwPL.setPicture(row, kPictureIncomplete);
-    scan_.tvwPL.setRowNote(row, scan_.texts.TL(9811, "angehalten: unvollständig"));
-}
-
 void FolderWalk::addFilesRow(const Level& level) {
     Grid& report = scan_.tvwPL;
     if (level.filesCount == 0 || !report.hasChildren(level.row)) return;
@@ -388,6 +382,12 @@ void FolderWalk::addFilesRow(const Level& level) {
 
 void Report_ScanFolders(ScanContext& scan, const std::string& path, Row row, ScanTotals& totals) {
     totals = FolderWalk(scan, path, scan.tvwPL.level(row)).run(row);
+}
+
+// What is missing below the row is not known.
+void Report_MarkIncomplete(ScanContext& scan, Row row) {
+    scan.tvwPL.setPicture(row, kPictureIncomplete);
+    scan.tvwPL.setRowNote(row, scan.texts.TL(9811, "angehalten: unvollständig"));
 }
 
 void Report_ShowFolderKind(Grid& tvwPL, Row row, std::uint32_t tag, std::string_view target) {

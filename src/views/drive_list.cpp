@@ -323,9 +323,13 @@ void DriveList::DblClick() {
 
 void DriveList::KeyUp(int key) {
     if (scan_.state.ScanActive) return;
-    if (key == kKeyReturn) return DblClick();
+    if (key == kKeyReturn) DblClick();
+}
+
+void DriveList::deletePressed(bool /*forGood*/) {
+    if (scan_.state.ScanActive) return;
     guarded(scan_.diagnostics, {.routine = "lvwDiskinfo_KeyUp"}, [&] {
-        const Row row = key == kKeyDelete ? firstSelected(grid_) : kNoRow;
+        const Row row = firstSelected(grid_);
         if (row == kNoRow || !isNetworkPath(grid_.text(row))) return;
         waiting_->erase(row);
         grid_.removeRow(row);

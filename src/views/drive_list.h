@@ -132,6 +132,7 @@ class DriveList final : public GridEvents {
     /// Return reads the first selected drive. The Delete key removes the first selected row if it is a share
     /// with a UNC text.
     void KeyUp(int key) override;
+    void deletePressed(bool forGood) override;
 
     /// Delivers the answers that have arrived, and fits the columns once. To be called when
     /// Drives::answersDescriptor() is readable.

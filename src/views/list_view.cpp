@@ -230,7 +230,8 @@ void ListView::removeRows(const std::function<bool(const std::string& path)>& we
 
 void ListView::renameRows(const std::string& from, const std::string& to) {
     for (Row row = grid_.firstRoot(); row != kNoRow; row = grid_.nextSibling(row))
-        if (pathOf(row) == from) grid_.setText(row, to.substr(to.rfind('/') + 1));
+        if (pathOf(row) == from)
+            grid_.setText(row, grid_.text(row) == from ? to : to.substr(to.rfind('/') + 1));
 }
 
 // --- what the list shows

@@ -59,7 +59,7 @@ TEST_F(TakeBackTest, StepByStepTreeAndNumbersAreThoseOfBefore) {
     for (const bool once : {false, true}) {
         options(once ? "AddHardlinksOnlyOnce=1\r\n" : "");
         session_.emplace(home.path(), at("src/sub/deep"));
-        const Names others = {fs::path(s().trash()).parent_path()};
+        const Names others = {fs::path(s().trash()).parent_path(), at("src/sub/deep")};
         s().scan(others[0]);
         s().scan(at("src"));
         s().click(Command::kReportUnfoldAll);
@@ -136,7 +136,10 @@ TEST_F(TakeBackTest, WhatCannotComeBackIsNamedAndTheRestIsBack) {
     EXPECT_EQ(fs::file_size(at("src/c.txt")), 300u);
     EXPECT_EQ(s().status(), "'" + at("src/c.txt") + "' ist wieder da.");
     EXPECT_EQ(statusButton(Command::kTakeBack), nullptr);
-    EXPECT_TRUE(fs::exists(s().trash() + "/files/a.txt")) << "what stays can still be restored elsewhere";
+    EXPECT_TRUE(fs::exists(s().trash() + "/files/a.txt"));
+    fs::remove(at("src/a.txt"));
+    takeBack();
+    EXPECT_EQ(fs::file_size(at("src/a.txt")), 100u) << "the place is free now";
 
     s().click(Command::kShowReport);
     s().click(Command::kReportUnfoldAll);

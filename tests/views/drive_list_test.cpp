@@ -215,8 +215,8 @@ TEST_F(DriveListTest, KeepsSharesInTheSettingsAndLosesThoseNotSaved) {
     EXPECT_EQ(roots(), (std::vector<std::string>{"/", "/media/stick", "/media/stick2", "\\\\a\\1\\", "//b/2/",
                                                  "\\\\c\\3\\"}));
     grid.setSelected(grid.rowAt(3), true);
-    list.KeyUp(kKeyDelete);
-    list.KeyUp(kKeyDelete);  // Nothing is selected any more.
+    list.deletePressed(false);
+    list.deletePressed(false);  // Nothing is selected any more.
     EXPECT_EQ(grid.rowCount(), 5U);
     list.Drives_SaveNetworkFolders();
     list.Drives_AddUNCpath("\\\\d\\4");
@@ -224,7 +224,7 @@ TEST_F(DriveListTest, KeepsSharesInTheSettingsAndLosesThoseNotSaved) {
     EXPECT_EQ(saved(), (std::vector<std::string>{"//b/2/", "\\\\c\\3\\"}));
     EXPECT_EQ(roots().back(), "\\\\c\\3\\");
     grid.setSelected(grid.rowAt(0), true);
-    list.KeyUp(kKeyDelete);
+    list.deletePressed(false);
     EXPECT_EQ(grid.rowCount(), 5U) << "a local drive stays";
 }
 

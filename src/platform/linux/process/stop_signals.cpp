@@ -2,11 +2,13 @@
 
 #include <signal.h>
 
-#include <initializer_list>
+#include <array>
 
 namespace hl {
 
 namespace {
+
+constexpr std::array kStopSignals = {SIGINT, SIGTERM, SIGHUP};
 
 volatile sig_atomic_t asked = 0;  ///< The signal; 0 for none.
 
@@ -17,7 +19,7 @@ void note(int signal) {
 }  // namespace
 
 void noteStopSignals() {
-    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+    for (const int signal : kStopSignals) {
         struct sigaction before {};
         if (sigaction(signal, nullptr, &before) != 0 || before.sa_handler == SIG_IGN) continue;
         struct sigaction action {};
@@ -28,11 +30,18 @@ void noteStopSignals() {
     }
 }
 
+void endNotingStopSignals() {
+    for (const int signal : kStopSignals) {
+        struct sigaction now {};
+        if (sigaction(signal, nullptr, &now) == 0 && now.sa_handler == note) ::signal(signal, SIG_DFL);
+    }
+}
+
 bool stopAsked() {
     return asked != 0;
 }
 
-// The first signal has brought the default action back.
+// The first signal, or the end of noting, has brought the default action back.
 void endAsAsked() {
     if (asked != 0) raise(static_cast<int>(asked));
 }

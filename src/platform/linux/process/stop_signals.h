@@ -8,6 +8,9 @@ namespace hl {
 /// Those that the process was started to ignore stay ignored.
 void noteStopSignals();
 
+/// Ends noting: from now on such a signal ends the process.
+void endNotingStopSignals();
+
 /// Tells whether such a signal has come.
 bool stopAsked();
 

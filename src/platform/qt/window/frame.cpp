@@ -103,7 +103,8 @@ void Frame::keyPressEvent(QKeyEvent* event) {
         const int key = virtualKey(*event);
         const auto keys = event->modifiers() & ~Qt::KeypadModifier;
         if (key == kKeyEscape && !event->isAutoRepeat()) escapePressed_ = true;
-        const bool plain = keys == Qt::NoModifier || keys == Qt::ControlModifier;
+        // A key that is held would carry a command out again and again.
+        const bool plain = (keys == Qt::NoModifier || keys == Qt::ControlModifier) && !event->isAutoRepeat();
         const bool pressed =
             plain && key != 0 && pressAccelerator && pressAccelerator(key, keys == Qt::ControlModifier);
         if (!pressed) QMainWindow::keyPressEvent(event);
