@@ -101,6 +101,10 @@ std::string formatNumber(double value, Picture picture, const NumberFormat& form
                    format);
 }
 
+std::string formatCount(std::uint64_t count, const NumberFormat& format) {
+    return written(false, std::to_string(count), {}, format);
+}
+
 std::string formatQuotient(SizeValue value, std::int64_t divisor, Picture picture,
                            const NumberFormat& format) {
     static_assert(SizeValue::kMaxBytes < INT64_MAX / 100, "hundredths of the largest size need 64 bits");

@@ -30,6 +30,8 @@ struct Picture {
 
 /// Formats `value` by the picture; halves are rounded away from zero.
 std::string formatNumber(double value, Picture picture, const NumberFormat& format);
+/// Formats a number of things, with separators of thousands.
+std::string formatCount(std::uint64_t count, const NumberFormat& format);
 /// Formats `value` divided by `divisor`. The quotient is rounded exactly (no double is involved), halves away
 /// from zero. REQUIRES: divisor > 0, picture.decimals is 0 or 2.
 std::string formatQuotient(SizeValue value, std::int64_t divisor, Picture picture,

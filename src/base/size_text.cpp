@@ -8,7 +8,7 @@ namespace {
 
 // A value that equals a step keeps the smaller unit. Gigabytes begin early, so that no text that chooses its
 // unit by itself shows more than 999.00 MB.
-int fittingMode(SizeValue value, bool terabytes) {
+int fitting(SizeValue value, bool terabytes) {
     const std::int64_t bytes = value.bytes();
     const auto above = [bytes](SizeMode mode) { return bytes > sizeUnit(mode).divisor; };
     if (terabytes && above(kModeTerabytes)) return kModeTerabytes;
@@ -59,20 +59,27 @@ std::string belowLastDigit(int decimals, const NumberFormat& format) {
 
 std::string FormatSizeForMode(int mode, SizeValue value, bool withUnit, bool shortBytes,
                               const NumberFormat& format) {
+    if (mode == kModeAuto && withUnit) return FormatSizeAuto(value, true, format);
     const bool dynamic = mode == kModeDynamic;
-    return inUnit(dynamic ? fittingMode(value, false) : mode, value, 2, withUnit || dynamic, format,
+    return inUnit(dynamic ? fitting(value, false) : mode, value, 2, withUnit || dynamic, format,
                   shortBytes ? "BS" : "Bytes");
 }
 
-std::string FormatSizeAuto(SizeValue value, bool withUnit, const NumberFormat& format) {
-    return inUnit(fittingMode(value, true), value, 2, withUnit, format);
+int fittingMode(SizeValue value) {
+    return fitting(value, true);
+}
+
+std::string FormatSizeAuto(SizeValue value, bool withUnit, const NumberFormat& format, int decimals) {
+    return inUnit(fittingMode(value), value, decimals, withUnit, format);
 }
 
 std::string formatViewSize(int mode, SizeValue value, bool withUnit, bool pad, bool withBytesUnit,
                            const NumberFormat& format) {
     if (sizeUnit(mode).caption.id == 0) return {};
     const bool unit = withUnit && (withBytesUnit || mode != kModeBytes);
-    const std::string text = inUnit(mode, value, 2, unit, format);
+    const bool chosen = mode == kModeAuto && withUnit;
+    const std::string text =
+        chosen ? FormatSizeAuto(value, true, format) : inUnit(mode, value, 2, unit, format);
     return pad ? padded(text, sizeUnit(mode).width) : text;
 }
 

@@ -12,8 +12,8 @@
 namespace hl {
 
 /// Formats a size in a unit of the table; a mode without one gives an empty text. kModeDynamic always appends
-/// a unit, whatever `withUnit` says, and has no step for terabytes. `shortBytes` writes the unit of bytes as
-/// "BS".
+/// a unit, whatever `withUnit` says, and has no step for terabytes; kModeAuto without a unit means bytes.
+/// `shortBytes` writes the unit of bytes as "BS".
 std::string FormatSizeForMode(int mode, SizeValue value, bool withUnit, bool shortBytes,
                               const NumberFormat& format);
 
@@ -22,8 +22,11 @@ bool isBelowLastDigit(int mode, SizeValue value, int decimals);
 /// Returns what views show for such a size, without a unit: "< 0.01", or "< 1" without decimals.
 std::string belowLastDigit(int decimals, const NumberFormat& format);
 
+/// Returns the mode that FormatSizeAuto writes a size in.
+int fittingMode(SizeValue value);
 /// Formats a size in the unit that fits it, terabytes included; the unit is shown only with `withUnit`.
-std::string FormatSizeAuto(SizeValue value, bool withUnit, const NumberFormat& format);
+/// Larger units than bytes show 0 or 2 decimals.
+std::string FormatSizeAuto(SizeValue value, bool withUnit, const NumberFormat& format, int decimals = 2);
 
 /// Formats a size in a unit that can be chosen. Larger units than bytes show two decimals, whatever the
 /// view's decimals flag says. `pad` puts blanks in front up to the mode's width. " Bytes" needs both

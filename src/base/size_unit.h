@@ -18,6 +18,7 @@ enum SizeMode : int {
     kModeGigabytes = 3,
     kModeDynamic = 4,
     kModeTerabytes = 5,
+    kModeAuto = 6,
 };
 
 struct SizeUnit {
@@ -28,10 +29,12 @@ struct SizeUnit {
     RowText title = {};            ///< Stands in the title of a list's column.
     RowText caption = {};          ///< Of the button that chooses the unit; without one it cannot be chosen.
     std::size_t width = 0;         ///< To which a size is filled up by formatViewSize.
+    RowText tooltip = {};          ///< Of the button; without one it is the caption.
 };
 
 /// By the numbers of the units; a new unit stands at the end. Saved reports in mode 4 have a title without a
-/// size.
+/// size. Views show each size of kModeAuto in the unit that fits it (FormatSizeAuto); what is saved has
+/// bytes.
 inline constexpr auto kSizeUnits = std::to_array<SizeUnit>({
     {1, "Bytes", " (Bytes)", false, TL(3515, "Bytes"), TL(3515, "Bytes"), 15},
     {1LL << 10, "KB", " (KB)", true, TL(3516, "KB"), TL(9252, "Kilobytes"), 17},
@@ -39,6 +42,14 @@ inline constexpr auto kSizeUnits = std::to_array<SizeUnit>({
     {1LL << 30, "GB", " (GB)", true, TL(3518, "GB"), TL(9254, "Gigabytes"), 9},
     {0, "", " (TB)"},
     {1LL << 40, "TB", ""},
+    {1,
+     "Bytes",
+     " (Bytes)",
+     false,
+     {},
+     TL(9720, "Auto"),
+     15,
+     TL(9721, "Jede Größe in der passenden Einheit")},
 });
 
 /// Returns the unit with this number, or for any other number one that has neither divisor nor texts.

@@ -36,6 +36,10 @@ bool CellTable::isDate(CellId cell) const {
     return cell < stores_.size() && stores_[cell].type == CellType::kDate;
 }
 
+bool CellTable::isSize(CellId cell) const {
+    return cell < stores_.size() && stores_[cell].type == CellType::kSize;
+}
+
 void CellTable::addRow(Row row) {
     const auto renew = [row](auto& columns) {
         for (auto& column : columns) {

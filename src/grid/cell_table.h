@@ -66,6 +66,7 @@ class CellTable {
     std::size_t count() const { return stores_.size(); }
     bool isText(CellId cell) const;
     bool isDate(CellId cell) const;
+    bool isSize(CellId cell) const;
 
     /// Makes room for the row; its cells are 0 and empty.
     void addRow(Row row);

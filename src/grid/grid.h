@@ -39,8 +39,14 @@ struct GridColumn {
     /// The base colour (0xRRGGBB) of a percent bar (platform/percent_bar.h) that the cell's text is drawn in.
     /// A cell without a text has no bar.
     std::optional<std::uint32_t> barColor = {};
+    bool barBehind = false;  ///< The bar has no edge, and the text stands where it would without a bar.
+    /// The key of a cell with a further percent, which the bar shows in a third tone behind the first; empty
+    /// for none.
+    std::string barMoreKey = {};
     /// The unit in which a cell of bytes is shown and saved. Any other cell has kModeBytes.
     SizeMode unit = kModeBytes;
+    /// The title where the rows are saved, if it is another: sizes of kModeAuto are saved in bytes.
+    std::string savedTitle = {};
     /// A size in a larger unit is rounded to two decimals, ties to even, before the mask rounds it.
     bool roundsUnit = true;
     bool saved = true;  ///< The column is written where the rows are saved, if it is visible.

@@ -99,20 +99,22 @@ constexpr std::size_t kChosenUnits = static_cast<std::size_t>(
 /// The entries for the units of a list's sizes, and for their decimals. The first four have ids one after the
 /// other; for others there is room from 400 up.
 constexpr auto units(Command bytes, Command decimals, const ListTable& list) {
-    constexpr std::array kIcons = {kIconBytes, kIconKilobytes, kIconMegabytes, kIconGigabytes};
-    constexpr int kFirstFurtherId = 400;
+    constexpr std::array kIcons = {kIconBytes, kIconKilobytes, kIconMegabytes, kIconGigabytes, kIconAutoUnit};
+    constexpr int kFirstUnits = 4, kFirstFurtherId = 400;
+    static_assert(kIcons.size() == kChosenUnits);
     std::array<CommandRow, kChosenUnits + 1> all{};
     std::size_t filled = 0;
     for (std::size_t mode = 0; mode < kSizeUnits.size(); ++mode) {
         const RowText name = kSizeUnits[mode].caption;
         if (name.id == 0) continue;
         const int n = static_cast<int>(filled);
-        const bool further = filled >= kIcons.size();
+        const RowText tooltip = kSizeUnits[mode].tooltip;
+        const bool further = n >= kFirstUnits;
         all[filled] = {.command = further ? commandOf(barOf(bytes), kFirstFurtherId + n) : bytes + n,
                        .kind = kButton,
                        .caption = name,
-                       .tooltip = name,
-                       .icon = further ? -1 : static_cast<int>(kIcons[filled]),
+                       .tooltip = tooltip.id != 0 ? tooltip : name,
+                       .icon = kIcons[filled],
                        .group = filled == 0 ? kGroup : kSame,
                        .run = &C::showSizes,
                        .kept = {KeptOption::Use::kChooses, {list.sizeMode}},

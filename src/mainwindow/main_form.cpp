@@ -4,6 +4,7 @@
 #include "app/product.h"
 #include "mainwindow/pane_table.h"
 #include "views/cell_text.h"
+#include "views/cell_tip.h"
 
 namespace hl {
 
@@ -28,6 +29,9 @@ MainForm::MainForm(const Services& services, const WindowServices& given)
         return folders == 1 ? all.TL(9813, "1 Ordner darunter wurde nicht gelesen.")
                             : all.TL(9814, "%1 Ordner darunter wurden nicht gelesen.",
                                      {formatNumber(folders, {}, services.numbers)});
+    };
+    parts.cellTip = [this](GridId id, std::size_t column, Row row) {
+        return cellTip(session.grid(id), column, row, this->services().texts, this->services().numbers);
     };
     parts.emptyHint = [this](GridId id) { return lists.emptyHint(id); };
     parts.fileIcon = [this](int picture) { return lists.iconName(picture); };

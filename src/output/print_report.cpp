@@ -141,7 +141,7 @@ void PrintForm::unfold(Run& run) {
     Yield yield(scan_.state, scan_.pump);
     for (Row row = tvwPL_->firstRoot(); row != kNoRow && loaded; row = tvwPL_->tree().following(row)) {
         tvwPL_->setExpanded(row, static_cast<std::int64_t>(tvwPL_->level(row)) < run.levels);
-        caption = counted + std::to_string(++run.rows) + ")";
+        caption = counted + formatCount(++run.rows, scan_.numbers) + ")";
         yield.perEntry();
     }
 }

@@ -27,8 +27,11 @@ class ListFields {
 
     std::vector<TableColumn> columns() const {
         std::vector<TableColumn> columns;
-        for (const Source& source : sources_)
-            columns.push_back({grid_.columns()[source.column].title, kindOf(source.cell)});
+        for (const Source& source : sources_) {
+            const GridColumn& shown = grid_.columns()[source.column];
+            columns.push_back(
+                {shown.savedTitle.empty() ? shown.title : shown.savedTitle, kindOf(source.cell)});
+        }
         return columns;
     }
 

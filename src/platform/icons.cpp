@@ -56,6 +56,7 @@ constexpr IconNames kIcons[] = {
     {kIconKilobytes, nullptr, "kilobytes"},
     {kIconMegabytes, nullptr, "megabytes"},
     {kIconGigabytes, nullptr, "gigabytes"},
+    {kIconAutoUnit, nullptr, "auto-unit"},
     {kIconDecimals, nullptr, "decimals"},
     {kIconSearch, "edit-find", "search"},
     {kIconRead, nullptr, "read"},

@@ -55,6 +55,7 @@ enum Icon : int {
     kIconKilobytes,
     kIconMegabytes,
     kIconGigabytes,
+    kIconAutoUnit,
     kIconDecimals,
     kIconSearch,
     kIconRead,

@@ -155,6 +155,9 @@ struct WindowParts {
     std::function<std::string(GridId, std::size_t column, Row)> cellText;
     /// Returns what the mark of a row means (Grid::mark), for its tooltip.
     std::function<std::string(std::uint32_t mark)> markNote;
+    /// Returns what a cell's tooltip tells besides the cell's text, such as a size in all units; empty for
+    /// nothing. May be null.
+    std::function<std::string(GridId, std::size_t column, Row)> cellTip;
     /// Returns the text for a grid without rows; empty for none.
     std::function<std::string(GridId)> emptyHint;
     /// Returns the theme's icon name for a picture that platform/icons.h does not have; empty for none.

@@ -81,6 +81,7 @@ inline constexpr ListColumn kIdColumn = {
     .tooltip = TL(9302, "Spalte 'ID'")};
 inline constexpr ListColumn kLinksColumn = {
     .cell = kFileLinks,
+    .kind = ColumnKind::kCount,
     .title = TL(3740, "Hardlinks"),
     .fill = [](const CellPlace& to, const FoundFile& file) { to.set(file.links); },
     .button = TL(3740, "Hardlinks"),

@@ -53,6 +53,7 @@ struct ListColumn {
     OptionFlag shown = {};
 
     std::uint32_t barColor = 0;           ///< See GridColumn; for kBar only.
+    CellId barMore = kNoCell;             ///< See GridColumn::barMoreKey; for kBar only.
     std::span<const RowText> words = {};  ///< For kWords only.
 };
 

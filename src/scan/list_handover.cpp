@@ -74,7 +74,7 @@ void sortHardlinks(Grid& lvwHardlinks) {
 std::string topTitle(const ScanContext& scan) {
     if (scan.state.TopSource.empty()) return {};
     return scan.texts.TL(3723, "%1 größten Dateien von '%2'",
-                         {scan.lvwTOP.rowCount(), visible(scan.state.TopSource)});
+                         {formatCount(scan.lvwTOP.rowCount(), scan.numbers), visible(scan.state.TopSource)});
 }
 
 void trimTopList(ScanContext& scan) {

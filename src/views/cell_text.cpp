@@ -37,6 +37,9 @@ std::string ColumnText::of(Row row) const {
     if (column_.key.empty()) return visible(grid_.text(row));
     if (cell_ == kNoCell) return {};
     if (grid_.cells().isText(cell_)) return visible(grid_.cellText(row, cell_));
+    if (column_.unit == kModeAuto && mask_ && grid_.number(row, cell_) > 0)
+        return FormatSizeAuto(SizeValue::fromBytes(static_cast<std::uint64_t>(grid_.number(row, cell_))),
+                              true, numbers_, mask_->number.decimals);
     if (showsBelowLastDigit(row)) return belowLastDigit(mask_->number.decimals, numbers_) + mask_->suffix;
     const double value = number(row);
     if (grid_.cells().isDate(cell_) && mask_) {
@@ -47,13 +50,13 @@ std::string ColumnText::of(Row row) const {
 
 double ColumnText::number(Row row) const {
     const double value = grid_.number(row, cell_);
-    if (column_.unit == kModeBytes) return value;
+    if (sizeUnit(column_.unit).divisor == 1) return value;
     const double inUnit = value / static_cast<double>(sizeUnit(column_.unit).divisor);
     return column_.roundsUnit ? roundToHundredths(inUnit) : inUnit;
 }
 
 bool ColumnText::showsBelowLastDigit(Row row) const {
-    if (column_.unit == kModeBytes || !mask_) return false;
+    if (!mask_) return false;
     const double bytes = grid_.number(row, cell_);
     return bytes > 0 &&
            isBelowLastDigit(column_.unit, SizeValue::fromBytes(static_cast<std::uint64_t>(bytes)),

@@ -204,13 +204,17 @@ void DriveList::answer(Row row, const DriveAnswer& space) {
 void DriveList::Drives_AddSizeValues(Row row, const DriveSpace& space) {
     const auto total = static_cast<double>(space.total);
     const double free = space.total == 0 ? 0 : static_cast<double>(space.free);
-    const double used = std::max(0.0, total - free - static_cast<double>(space.reserved));
+    const double reserved =
+        space.total == 0 ? 0 : std::min(static_cast<double>(space.reserved), std::max(0.0, total - free));
+    const double used = std::max(0.0, total - free - reserved);
     grid_.setNumber(row, kBsize, used);
     grid_.setNumber(row, kFsize, free);
     grid_.setNumber(row, kGsize, total);
     // With a total of 0 both are NaN, and no bar is drawn.
     grid_.setNumber(row, kFsizeP, std::nearbyint(free * 100 / total));
     grid_.setNumber(row, kBsizeP, std::nearbyint(used * 100 / total));
+    grid_.setNumber(row, kRsize, reserved);
+    grid_.setNumber(row, kRsizeP, reserved * 100 / total);
     grid_.setCellText(row, kDriveCluster,
                       space.clusterSize == 0
                           ? ""

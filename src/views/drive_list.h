@@ -29,20 +29,23 @@ namespace hl {
 enum DriveCell : CellId {
     kGsize,   ///< The total.
     kFsize,   ///< The free space.
-    kBsize,   ///< The used space: what is not free.
+    kBsize,   ///< The used space.
     kFsizeP,  ///< The percents are whole and of the total.
     kBsizeP,
     kDriveLabel,
     kDriveFileSystem,
     kDriveType,
     kDriveCluster,
+    kRsize,   ///< What is neither used nor free for this user.
+    kRsizeP,  ///< With its fraction.
 };
 inline constexpr CellSpec kDriveCells[] = {
     {"Gsize", CellType::kSize},      {"Fsize", CellType::kSize},  {"Bsize", CellType::kSize},
     {"FsizeP", CellType::kReal},     {"BsizeP", CellType::kReal}, {"label", CellType::kText},
     {"filesystem", CellType::kText}, {"type", CellType::kText},   {"cluster", CellType::kText},
+    {"Rsize", CellType::kSize},      {"RsizeP", CellType::kReal},
 };
-static_assert(std::size(kDriveCells) == kDriveCluster + 1);
+static_assert(std::size(kDriveCells) == kRsizeP + 1);
 
 enum DriveListColumn : std::size_t {
     kDriveListRoot,
@@ -62,7 +65,11 @@ inline constexpr ListColumn kDrivesColumns[] = {
     {.cell = kFsize, .kind = ColumnKind::kSizeWithUnit, .title = TL(9402, "Frei")},
     {.cell = kFsizeP, .kind = ColumnKind::kBar, .title = TL(9402, "Frei"), .barColor = 0x5B963C},
     {.cell = kBsize, .kind = ColumnKind::kSizeWithUnit, .title = TL(9403, "Belegt")},
-    {.cell = kBsizeP, .kind = ColumnKind::kBar, .title = TL(9403, "Belegt"), .barColor = 0x0000FF},
+    {.cell = kBsizeP,
+     .kind = ColumnKind::kBar,
+     .title = TL(9403, "Belegt"),
+     .barColor = 0x0000FF,
+     .barMore = kRsizeP},
     {.cell = kDriveLabel, .title = TL(9100, "Name")},
     {.cell = kDriveFileSystem, .title = TL(9404, "Dateisystem")},
     {.cell = kDriveType, .title = TL(9104, "Typ")},

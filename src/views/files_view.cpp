@@ -21,7 +21,7 @@ const ListTraits kTraits = {
     .iconsDuringScan = true,
     .hitLoadsIcons = true,
     .hitShowsPreview = true,
-    .keysShowStatus = true,
+    .keysShowPreview = true,
 };
 
 }  // namespace
@@ -96,10 +96,9 @@ void FilesView::rowsRemoved() {
 std::string FilesView::total() const {
     if (parts_.scan.state.currentFolder.empty()) return {};
     const NumberFormat& numbers = parts_.scan.numbers;
-    const std::string size =
-        orBelowLastDigit(List_Files_FormatSize(parts_.options, FilesTotalSize_, true, false, true, numbers),
-                         parts_.options.FileSizeFormatFiles, FilesTotalSize_, numbers);
-    return parts_.scan.texts.TL(9523, "%1 Datei(en) mit insgesamt %2", {grid_.rowCount(), size});
+    return parts_.scan.texts.TL(9523, "%1 Datei(en) mit insgesamt %2",
+                                {formatCount(grid_.rowCount(), numbers),
+                                 shownSize(parts_.options.FileSizeFormatFiles, FilesTotalSize_, numbers)});
 }
 
 }  // namespace hl

@@ -48,7 +48,7 @@ void JunctionsView::beforeMenu(Point at) {
 }
 
 std::string JunctionsView::total() const {
-    return parts_.scan.texts.TL(9524, "%1 Junction(s)", {grid_.rowCount()});
+    return parts_.scan.texts.TL(9524, "%1 Junction(s)", {formatCount(grid_.rowCount(), parts_.scan.numbers)});
 }
 
 }  // namespace hl

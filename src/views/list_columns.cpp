@@ -31,6 +31,9 @@ struct SizeStyle {
     bool decimals = false;
 };
 
+constexpr std::uint32_t kShareColor = 0x0000FF;
+constexpr RowText kSizeAlone = TL(3623, "Größe");
+
 // Sets what the unit and the decimals decide.
 void styleSizes(GridColumn& shown, const ListColumn& column, const SizeStyle& style, const Texts& texts) {
     if (column.kind == kPercent) shown.mask = style.decimals ? kPercentMaskDecimals : kPercentMask;
@@ -38,11 +41,15 @@ void styleSizes(GridColumn& shown, const ListColumn& column, const SizeStyle& st
     const SizeUnit unit = sizeUnit(style.mode);
     const bool known = unit.caption.id != 0;  // A mode that cannot be chosen leaves the unit as it is.
     if (known) shown.unit = static_cast<SizeMode>(style.mode);
+    const bool fitting = style.mode == kModeAuto;
     const bool behind = column.kind == kSizeWithUnit && known && unit.decimals;
-    shown.mask = sizeMask(style.decimals && unit.decimals, behind ? unit.name : "");
-    if (column.kind == kSize)
-        shown.title =
-            texts.TL(column.title.id, column.title.german, {texts.TL(unit.title.id, unit.title.german)});
+    shown.mask = sizeMask(style.decimals && (unit.decimals || fitting), behind ? unit.name : "");
+    if (column.kind != kSize) return;
+    const RowText named = (fitting ? sizeUnit(kModeBytes) : unit).title;
+    const std::string title =
+        texts.TL(column.title.id, column.title.german, {texts.TL(named.id, named.german)});
+    shown.savedTitle = fitting ? title : "";
+    shown.title = fitting ? texts.TL(kSizeAlone.id, kSizeAlone.german) : title;
 }
 
 std::string maskOf(const ListColumn& column, const Options& options, const Texts& texts) {
@@ -77,6 +84,8 @@ GridColumn columnOf(const ListTable& table, const ListColumn& column, const Opti
                         .roundsUnit = column.kind != kSizeWithUnit,
                         .saved = column.saved};
     if (column.kind == kBar) shown.barColor = column.barColor;
+    if (column.barMore != kNoCell) shown.barMoreKey = table.keyOf(column.barMore);
+    if (column.kind == kPercent) shown.barColor = kShareColor, shown.barBehind = true;
     styleSizes(shown, column, {}, texts);
     return shown;
 }

@@ -31,7 +31,8 @@ void Init_List(Grid& grid, const ListTable& table, const Options& options, const
 void setDateFormat(Grid& grid, const ListTable& table, const Options& options);
 
 /// Gives the columns of sizes and shares the unit and the decimals of the options. Bytes never show decimals.
-/// With a mode outside 0 to 3 the unit stays, and none is named. REQUIRES: the grid has the table's columns.
+/// With a mode that cannot be chosen the unit stays, and none is named. REQUIRES: the grid has the table's
+/// columns.
 void showSizes(Grid& grid, const ListTable& table, const Options& options, const Texts& texts);
 
 }  // namespace hl

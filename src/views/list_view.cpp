@@ -5,7 +5,6 @@
 #include <optional>
 
 #include "base/scope_exit.h"
-#include "base/size_text.h"
 #include "base/text.h"
 #include "grid/no_redraw.h"
 #include "views/list_columns.h"
@@ -147,9 +146,8 @@ void ListView::KeyUp(int key) {
         }
         if (key != kKeyUp && key != kKeyDown && key != kKeyPageUp && key != kKeyPageDown) return;
         SetFileIcons(false);
-        if (!traits_.keysShowStatus) return;
         showSelection();
-        showPreview(false);
+        if (traits_.keysShowPreview) showPreview(false);
     });
 }
 
@@ -237,19 +235,17 @@ void ListView::renameRows(const std::string& from, const std::string& to) {
 // --- what the list shows
 
 std::string ListView::total() const {
-    return parts_.scan.texts.TL(9520, "%1 Datei(en)", {grid_.rowCount()});
+    return parts_.scan.texts.TL(9520, "%1 Datei(en)", {formatCount(grid_.rowCount(), parts_.scan.numbers)});
 }
 
 std::string ListView::selectedFiles() const {
     SizeValue sum;
     for (const Row row : grid_.selectedRows())
         sum += SizeValue::fromBytes(static_cast<std::uint64_t>(grid_.number(row, kFileSize)));
-    const int mode = parts_.options.*traits_.table.sizeMode;
-    return parts_.scan.texts.TL(
-        9521, "%1 ausgewählte Datei(en) mit %2",
-        {grid_.selectedCount(),
-         orBelowLastDigit(FormatSizeForMode(mode, sum, true, false, parts_.scan.numbers), mode, sum,
-                          parts_.scan.numbers)});
+    const NumberFormat& numbers = parts_.scan.numbers;
+    return parts_.scan.texts.TL(9521, "%1 ausgewählte Datei(en) mit %2",
+                                {formatCount(grid_.selectedCount(), numbers),
+                                 shownSize(parts_.options.*traits_.table.sizeMode, sum, numbers)});
 }
 
 void ListView::ShowFileStat() {

@@ -60,7 +60,7 @@ struct ListTraits {
     CellId searched = kNoCell;   ///< A text cell that is searched besides the rows' texts.
     bool hitLoadsIcons = false;  ///< Icons are loaded when a search has found a row.
     bool hitShowsPreview = false;
-    bool keysShowStatus = false;  ///< Keys that move the selection update status and preview.
+    bool keysShowPreview = false;  ///< Keys that move the selection update the preview, too.
 };
 
 /// What the lists use; everything outlives them.

@@ -10,6 +10,7 @@
 #include "scan/rollup.h"
 #include "views/list_columns.h"
 #include "views/report_columns.h"
+#include "views/selection_sum.h"
 
 namespace hl {
 
@@ -161,8 +162,9 @@ void ReportView::leaveHiddenRows() {
         }
         if (grid_.currentRow() != kNoRow) grid_.setCurrentRow(shownFor(grid_.currentRow()));
     }
-    if (moved && grid_.selectedCount() == 1 && !scan_.state.ScanActive)
-        tellOf(grid_.selectedRows().front(), MouseButton::kLeft, {});
+    if (!moved || scan_.state.ScanActive) return;
+    if (grid_.selectedCount() == 1) return tellOf(grid_.selectedRows().front(), MouseButton::kLeft, {});
+    showSelection({});
 }
 
 // --- commands
@@ -244,17 +246,22 @@ void ReportView::MouseUp(Row row, MouseButton button, bool shift, Point at) {
     guarded(scan_.diagnostics, {.routine = "tvwPL_MouseUp"}, [&] {
         if (grid_.rowCount() == 0 || !grid_.redraw() || scan_.state.ScanActive) return;
         if (row == kNoRow) {
-            if (!shift && grid_.selectedCount() > 0) dropSelection();
+            if (shift || grid_.selectedCount() == 0) return;
+            if (grid_.selectedCount() > 1) host_.setFirstPanel("");
+            dropSelection();
         } else if (button == MouseButton::kLeft) {
             // If Ctrl removed the clicked row from the selection, this is another row.
-            if (grid_.selectedCount() == 1) Report_MouseClick(grid_.selectedRows().front(), button, at);
+            if (grid_.selectedCount() == 1)
+                return Report_MouseClick(grid_.selectedRows().front(), button, at);
+            showSelection({});
         } else {
             selectOther(row, button, shift);
             if (grid_.selectedCount() == 1) {
                 Report_MouseClick(row, button, at);
-            } else if (button == MouseButton::kRight) {
-                host_.openRowsMenu(at);
+                return;
             }
+            showSelection({});
+            if (button == MouseButton::kRight) host_.openRowsMenu(at);
         }
     });
 }
@@ -295,10 +302,19 @@ void ReportView::tellOf(Row row, MouseButton button, Point at) {
     if (grid_.currentRow() != current || !grid_.selected(row) || scan_.state.ScanActive ||
         Report_GetFullpathOfNode(grid_, folderOf(row), true, scan_.paths) != path)
         return;
-    host_.setFirstPanel(path);
+    showSelection(path);
     host_.refreshPreview();
     pane_.focus();
     if (button == MouseButton::kRight && folder) host_.Report_ShellContextMenu(row, path, at);
+}
+
+// Shows the sum of several rows, or of one row the path; nothing changes for an empty path.
+void ReportView::showSelection(const std::string& path) {
+    if (grid_.selectedCount() > 1) {
+        host_.setFirstPanel(selectionSum(grid_, options_, scan_.texts, scan_.numbers));
+    } else if (!path.empty()) {
+        host_.setFirstPanel(path);
+    }
 }
 
 void ReportView::DblClick() {
@@ -317,6 +333,7 @@ void ReportView::KeyUp(int key) {
         const Row first = grid_.selectedRows().front();
         // The current row stays, because with Ctrl and Shift the keys move it and go on from it.
         if (key == kKeyUp || key == kKeyDown) tellOf(first, MouseButton::kLeft, {});
+        if (key == kKeyPageUp || key == kKeyPageDown) showSelection({});
         if (key == kKeyF2 && grid_.selectedCount() == 1 && grid_.level(first) > 0 &&
             grid_.number(first, kIsFolder) == 1)
             pane_.editCell(first);

@@ -108,6 +108,7 @@ class ReportView final : public GridEvents {
     void tellOf(Row row, MouseButton button, Point at);
     void selectOther(Row row, MouseButton button, bool shift);
     void dropSelection();
+    void showSelection(const std::string& path);
     Row folderOf(Row row) const;
     void searchFromStart(Row start, const std::string& part);
     void showHit(Row row);

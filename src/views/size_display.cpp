@@ -4,14 +4,11 @@
 
 namespace hl {
 
-std::string orBelowLastDigit(std::string text, int mode, SizeValue value, const NumberFormat& format) {
-    if (!isBelowLastDigit(mode, value, 2)) return text;
-    return belowLastDigit(2, format).append(" ").append(sizeUnit(mode).name);
-}
-
-std::string List_Files_FormatSize(const Options& options, SizeValue value, bool withUnit, bool pad,
-                                  bool withBytesUnit, const NumberFormat& format) {
-    return formatViewSize(options.FileSizeFormatFiles, value, withUnit, pad, withBytesUnit, format);
+std::string shownSize(int mode, SizeValue value, const NumberFormat& format) {
+    if (isBelowLastDigit(mode, value, 2))
+        return belowLastDigit(2, format).append(" ").append(sizeUnit(mode).name);
+    const bool hasUnit = mode == kModeDynamic || sizeUnit(mode).divisor != 0;
+    return FormatSizeForMode(hasUnit ? mode : kModeBytes, value, true, false, format);
 }
 
 }  // namespace hl

@@ -16,7 +16,7 @@ const ListTraits kTraits = {
     .table = kTopTable,
     .showIcons = &Options::ShowIconsTop,
     .hitLoadsIcons = true,
-    .keysShowStatus = true,
+    .keysShowPreview = true,
 };
 
 }  // namespace

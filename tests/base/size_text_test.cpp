@@ -20,7 +20,8 @@ TEST(FormatSizeForMode, WritesEachModeInItsUnit) {
         {5120, 0, false, true, "5,120"},    {1536, 1, true, true, "1.50 KB"},
         {1536, 1, false, false, "1.50"},    {kMB, 2, true, false, "1.00 MB"},
         {kGB, 3, true, false, "1.00 GB"},   {5 * kTB, 5, true, false, "5.00 TB"},
-        {1536, 6, true, false, ""},         {1536, -1, true, false, ""},
+        {1536, 6, true, false, "1.50 KB"},  {1536, 6, false, false, "1,536"},
+        {1536, 7, true, false, ""},         {1536, -1, true, false, ""},
         {1025, 4, false, false, "1.00 KB"}, {1024, 4, false, true, "1,024 BS"}};
     for (const auto& [size, mode, withUnit, shortBytes, text] : cases)
         EXPECT_EQ(FormatSizeForMode(mode, bytes(size), withUnit, shortBytes, kEnglish), text);
@@ -37,6 +38,7 @@ TEST(FormatSizeAuto, ChoosesTheUnitAsTheDynamicModeAndTerabytesToo) {
     EXPECT_EQ(FormatSizeForMode(kModeDynamic, bytes(kTB + 1), true, false, kEnglish), "1,024.00 GB");
     EXPECT_EQ(FormatSizeAuto(bytes(kTB + 1), true, kEnglish), "1.00 TB");
     EXPECT_EQ(FormatSizeAuto(bytes(1024), false, kEnglish), "1,024");
+    EXPECT_EQ(FormatSizeAuto(bytes(1536), true, kEnglish, 0), "2 KB");
 }
 
 TEST(FormatViewSize, PadsToTheWidthOfTheModeAndNeverCuts) {

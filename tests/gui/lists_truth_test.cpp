@@ -82,7 +82,7 @@ TEST_F(ListsTest, TheLargestFilesAreThoseOfASortedListingOfTheLastSource) {
         ASSERT_EQ(grid.rowCount(), wanted);
         for (std::size_t i = 0; i < wanted; ++i) EXPECT_EQ(s.path(grid, grid.rowAt(i)), at(all[i].second));
         EXPECT_EQ(s.form().parts().bars[static_cast<std::size_t>(BarId::kTop)]->find(0)->caption,
-                  std::to_string(wanted) + " größten Dateien von '" + at("src/") + "'");
+                  formatCount(wanted, numberFormatOf("de_DE")) + " größten Dateien von '" + at("src/") + "'");
         s.form().handOver("\"" + at("src2") + "\"");
         EXPECT_EQ(grid.rowCount(), 1U) << "the last source alone";
     }

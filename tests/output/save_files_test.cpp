@@ -59,6 +59,19 @@ TEST_F(SaveFiles, WritesTheVisibleColumnsButTheLastAccessInTheFormatChosen) {
     EXPECT_EQ(extension, "csv");
 }
 
+TEST_F(SaveFiles, SizesOfTheUnitThatFitsThemAreWrittenAsBytes) {
+    addFile("a", 1536);
+    std::string bytes;
+    for (const std::uint8_t mode : {std::uint8_t{0}, std::uint8_t{6}}) {
+        options.FileSizeFormatFiles = mode;
+        options.SizeFormatNachkommastellenFiles = mode == 0 ? 0 : 1;
+        showSizes(list, kFilesTable, options, texts);
+        const std::string text = saved(kFormatCsv) + saved(kFormatTxt);
+        if (mode == 0) bytes = text;
+        EXPECT_EQ(text, bytes);
+    }
+}
+
 TEST_F(SaveFiles, CsvMakesNoTextAFormulaWhenAskedToAndKeepsThat) {
     const std::string names[] = {"=1+1", "+1", "-1", "@a", "\tb", "\rc", "a=", "'d"};
     for (const std::string& name : names) addFile(name, 0);

@@ -53,6 +53,10 @@ TEST_F(SaveReportGolden, EverySizeModeWithAndWithoutDecimals) {
         text += saved("r.txt", 1);
         csv += saved("r.csv", 1);
     }
+    options.FileSizeFormat = 0;
+    const std::string bytes = saved("r.txt", 1) + saved("r.csv", 1);
+    options.FileSizeFormat = kModeAuto;
+    EXPECT_EQ(saved("r.txt", 1) + saved("r.csv", 1), bytes);
     expectGolden("size_modes.txt", text);
     expectGolden("size_modes.csv", csv);
 }

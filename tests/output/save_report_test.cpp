@@ -184,7 +184,7 @@ TEST(ReportNumber, AreTheTextsOfTheSlowRoutinesForEveryModeAndLocale) {
         for (int mode = 0; mode <= 6; ++mode) {
             for (const int decimals : {0, 1}) {
                 SCOPED_TRACE(locale + std::to_string(mode) + std::to_string(decimals));
-                const int places = decimals == 1 && mode != 0 ? 2 : 0;
+                const int places = decimals == 1 && sizeUnit(mode).decimals ? 2 : 0;
                 expectSame(
                     ReportNumber(sizeUnit(mode).divisor, {.grouped = true, .decimals = places}, format, 12),
                     [&](SizeValue size) {

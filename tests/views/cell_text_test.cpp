@@ -99,6 +99,38 @@ TEST_F(CellText, OfASizeTooSmallForItsUnitSaysSo) {
         }
 }
 
+TEST_F(CellText, OfASizeInTheUnitThatFitsItIsSavedInBytes) {
+    const std::tuple<double, const char*, const char*> cases[] = {{0, "", ""},
+                                                                  {214, "214 Bytes", "214 Bytes"},
+                                                                  {12897485, "12,30 MB", "12 MB"},
+                                                                  {1, "1 Bytes", "1 Bytes"}};
+    options.FileSizeFormat = options.FileSizeFormatDrive = options.FileSizeFormatFiles =
+        options.FileSizeFormatTop = options.FileSizeFormatHardlinks = 6;
+    const std::tuple<const ListTable&, std::span<const CellSpec>, CellId> lists[] = {
+        {kReportTable, kFolderCells, kSize},
+        {kDrivesTable, kDriveCells, kGsize},
+        {kFilesTable, kFileCells, kFileSize},
+        {kTopTable, kFileCells, kFileSize},
+        {kHardlinksTable, kFileCells, kFileSize}};
+    for (const auto& [table, cells, cell] : lists) {
+        Grid grid(cells);
+        Init_List(grid, table, options, texts.texts);
+        const Row row = grid.addRow(kNoRow, "a");
+        const std::size_t column = table.columnOf(cell);
+        for (const Flag decimals : {Flag{1}, Flag{0}}) {
+            options.*table.decimals = decimals;
+            showSizes(grid, table, options, texts.texts);
+            for (const auto& [bytes, with, without] : cases) {
+                grid.setNumber(row, cell, bytes);
+                EXPECT_EQ(of(grid, row, column), decimals == 1 ? with : without);
+                EXPECT_EQ(ColumnText(grid, column, numbers).number(row), bytes);
+            }
+        }
+        if (&table == &kDrivesTable) continue;
+        EXPECT_EQ(grid.columns()[column].title + grid.columns()[column].savedTitle, "GrößeGröße (Bytes)");
+    }
+}
+
 TEST_F(CellText, OfADateIsLocalTimeAndEmptyWhereThereIsNone) {
     const test::Environment zone({{"TZ", "UTC-2"}});  // The zone is two hours ahead.
     options.DateFormat = "dd/MM/yyyy hh:nn:ss";
@@ -127,7 +159,7 @@ TEST_F(CellText, OfTextsIsWhatTheyHoldAndOfAJunctionsKindAWord) {
     grid.setCellText(row, kFilePath, "/srv/\x1b[31m/");
     grid.setNumber(row, kFileLinks, 1234);
     EXPECT_EQ(of(grid, row, kHardlinksTable.columnOf(kFilePath)), "/srv/\xE2\x90\x9B[31m/");
-    EXPECT_EQ(of(grid, row, kHardlinksTable.columnOf(kFileLinks)), "1234") << "no mask, no separators";
+    EXPECT_EQ(of(grid, row, kHardlinksTable.columnOf(kFileLinks)), "1.234");
 }
 
 struct DecidesDots : FileTypes {

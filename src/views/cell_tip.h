@@ -1,0 +1,17 @@
+// What the tooltip of a cell tells besides the cell's text. For the thread of the logic.
+#pragma once
+
+#include <string>
+
+#include "app/texts.h"
+#include "base/number_format.h"
+#include "grid/grid.h"
+
+namespace hl {
+
+/// Returns a size in all units, a line for each. Of a drive, its sizes and bars also tell what is reserved.
+/// Empty for a cell without a text, and for all others. REQUIRES: the column exists.
+std::string cellTip(const Grid& grid, std::size_t column, Row row, const Texts& texts,
+                    const NumberFormat& numbers);
+
+}  // namespace hl
