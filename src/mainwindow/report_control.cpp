@@ -30,8 +30,10 @@ void ReportControl::fitPane() {
     cSplitter& main = form_.looks.panes().splitter(SplitterId::kMain);
     widthOpen_ = widthOpen_ && main.Position() == startWidth_;
     if (!widthOpen_ || empty || !main.Control2Visible()) return;
-    view_->Report_Resize_Width();
     const int most = std::max(startWidth_, form_.window->frame.clientArea().width * kLargestShare / 100);
+    main.setPosition(most);  // In a narrower pane the names would give way before it is fitted to them.
+    view_->Report_Resize_Columns(false);
+    view_->Report_Resize_Width();
     if (main.Position() > most) main.setPosition(most);
     startWidth_ = main.Position();
 }

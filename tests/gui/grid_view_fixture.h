@@ -10,7 +10,7 @@
 
 namespace hl {
 
-inline constexpr CellSpec kSpecs[] = {{"size", CellType::kSize}};
+inline constexpr CellSpec kSpecs[] = {{"size", CellType::kSize}, {"more", CellType::kReal}};
 using LogLines = std::vector<std::string>;
 using test::doubleClick;
 using test::dragBorder;

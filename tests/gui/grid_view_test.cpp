@@ -242,8 +242,11 @@ TEST(GridColors, TextCanBeReadOnEveryShadeInALightAndADarkPalette) {
         QPalette palette;
         palette.setColor(QPalette::Base, base);
         palette.setColor(QPalette::Text, text);
-        for (std::uint32_t grey = 0; grey < 256; ++grey)
-            EXPECT_GE(contrast(rowBackground(grey * 0x010101, palette), text), 4.5) << grey;
+        for (std::uint32_t grey = 0; grey < 256; ++grey) {
+            const QColor ground = rowBackground(grey * 0x010101, palette);
+            EXPECT_GE(contrast(ground, text), 4.5) << grey;
+            EXPECT_GE(contrast(ground, dimmedOn(ground, text)), 4.5) << grey << ", for a note";
+        }
         // The first levels differ from one another, and from the background without a shade.
         EXPECT_NE(rowBackground(0xF9F9F9, palette), base);
         EXPECT_NE(rowBackground(0xF9F9F9, palette), rowBackground(0xF3F3F3, palette));

@@ -51,6 +51,39 @@ TEST_F(LooksTest, FittedColumnCutsNoNumber) {
     }
 }
 
+TEST_F(LooksTest, ANumberThatGrowsWidensItsColumnAndADragDoesNotCutIt) {
+    grid.addRow(kNoRow, "r");
+    showList(600, 200);
+    const auto wide = [this] {
+        view->viewport()->grab();
+        settle();
+        return view->columnWidth(1) >=
+               view->fontMetrics().horizontalAdvance(QString::fromStdString(text)) + 8;
+    };
+    text = "922.337.203.685.477 Bytes";
+    EXPECT_TRUE(wide());
+    dragBorder(*view, border(1), {-20, -60});
+    EXPECT_TRUE(wide());
+}
+
+TEST_F(LooksTest, ABarWithAThirdToneShowsItBehindTheFirst) {
+    const CellId more = 1;
+    grid.changeColumn(1).barColor = 0x0000FF;
+    grid.changeColumn(1).barMoreKey = "more";
+    grid.setNumber(grid.addRow(kNoRow, "r"), 0, 40);
+    grid.setNumber(grid.rowAt(0), more, 20);
+    showList(600, 200);
+    const QRect cell(view->columnViewportPosition(1), view->rowRect(0).top(), view->columnWidth(1),
+                     view->rowRect(0).height());
+    const QImage image = view->viewport()->grab(cell).toImage();
+    const auto at = [&](double part) {
+        return image.pixelColor(static_cast<int>(image.width() * part), image.height() / 2);
+    };
+    EXPECT_GT(at(0.2).blue(), at(0.2).red() + 40) << "used";
+    EXPECT_TRUE(at(0.55).red() == at(0.55).blue() && at(0.55) != at(0.8)) << "reserved";
+    EXPECT_EQ(at(0.8), view->palette().color(QPalette::Base)) << "free";
+}
+
 TEST_F(LooksTest, LongPathLeavesRoomForTheOtherColumnsOfAList) {
     grid.addRow(kNoRow, "r");
     text = std::string(300, 'w');
@@ -89,16 +122,25 @@ TEST_F(LooksTest, BarsCanBeReadInBothPalettes) {
     grid.setNumber(grid.addRow(kNoRow, "r"), 0, 100);
     for (const QPalette& palette : {before, dark}) {
         QApplication::setPalette(palette);
-        for (const std::uint32_t color : {0x0000FFU, 0x5B963CU, 0xFF0000U}) {
+        for (const auto& [color, behind, selected] : {std::tuple(0x0000FFU, false, false),
+                                                      {0x5B963CU, false, false},
+                                                      {0xFF0000U, false, false},
+                                                      {0x0000FFU, true, false},
+                                                      {0x0000FFU, true, true}}) {
             grid.changeColumn(1).barColor = color;
+            grid.changeColumn(1).barBehind = behind;
+            grid.setSelected(grid.rowAt(0), selected);
             showList(600, 200);
             QRect cell = view->rowRect(0);
             cell.setLeft(view->columnViewportPosition(1) + 4);
             cell.setWidth(view->columnWidth(1) - 8);
-            const QColor ink = palette.color(QPalette::Text);
+            const QPalette::ColorGroup group = view->hasFocus() ? QPalette::Active : QPalette::Inactive;
+            const QColor ink = palette.color(group, selected ? QPalette::HighlightedText : QPalette::Text);
             const QColor ground = worst(ink, cell);
-            EXPECT_GE(contrast(ground, ink), 4.5) << color << " " << ground.name().toStdString();
-            EXPECT_NE(ground.rgb(), palette.color(QPalette::Base).rgb()) << "no bar was drawn";
+            const QColor plain = palette.color(group, selected ? QPalette::Highlight : QPalette::Base);
+            EXPECT_GE(contrast(ground, ink), std::min(4.5, contrast(plain, ink)))
+                << color << " " << ground.name().toStdString();
+            EXPECT_NE(ground.rgb(), plain.rgb()) << "no bar was drawn";
         }
     }
 }

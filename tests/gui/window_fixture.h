@@ -254,7 +254,7 @@ class Logic {
                        [this](const std::string& report) { reports.push_back(report); },
                        [this] { endProcess(); }}};
     LinuxDrives drives_{{.root = machine_.path(), .space = [](const std::string&) {
-                             return DriveSpace{4000, 1000, 4};
+                             return DriveSpace{4000, 1000, 4, 500};
                          }}};
     NoFolderVerb verb_;
     PausingOperations operations_{

@@ -8,6 +8,7 @@ namespace hl {
 namespace {
 
 constexpr double kReadable = 4.5;
+constexpr int kDimmed = 90;
 // The largest distance of a grey from the base colour, of 255.
 constexpr int kDeepestGrey = 80;
 
@@ -35,8 +36,15 @@ double contrast(const QColor& a, const QColor& b) {
 }
 
 QColor readableTint(const QColor& color, const QColor& ground, const QColor& ink, int amount) {
-    while (amount < 255 && contrast(tintTowards(color, ground, amount), ink) < kReadable) ++amount;
+    const double wanted = std::min(kReadable, contrast(ground, ink));
+    while (amount < 255 && contrast(tintTowards(color, ground, amount), ink) < wanted) ++amount;
     return tintTowards(color, ground, amount);
+}
+
+QColor dimmedOn(const QColor& ground, const QColor& ink) {
+    int amount = kDimmed;
+    while (amount > 0 && contrast(tintTowards(ink, ground, amount), ground) < kReadable) --amount;
+    return tintTowards(ink, ground, amount);
 }
 
 QColor rowBackground(std::uint32_t rgb, const QPalette& palette) {

@@ -14,8 +14,12 @@ QColor tintTowards(const QColor& color, const QColor& ground, int amount);
 /// Returns the ratio of the brightness of two colours, 1 to 21. From 4.5 on, text is easy to read.
 double contrast(const QColor& a, const QColor& b);
 
-/// Returns the tint nearest to this one, on the way to `ground`, on which `ink` is easy to read.
+/// Returns the tint nearest to this one, on the way to `ground`, on which `ink` is easy to read, or at least
+/// not harder than on the ground.
 QColor readableTint(const QColor& color, const QColor& ground, const QColor& ink, int amount);
+
+/// Returns `ink` dimmed towards `ground`, as far as it stays easy to read on it.
+QColor dimmedOn(const QColor& ground, const QColor& ink);
 
 /// Returns a row's own background. A shade of grey is its distance from the view's base colour, so in a dark
 /// palette it brightens where it darkens in a light one; it stops where text would be hard to read.

@@ -1,5 +1,6 @@
 #include "platform/qt/grid/grid_columns.h"
 
+#include <QGuiApplication>
 #include <QStyle>
 #include <algorithm>
 
@@ -18,9 +19,10 @@ constexpr int kFitMargin = 96;
 // The number of rows from the top, and of root rows, by which a column is measured.
 constexpr int kSample = 256;
 constexpr int kWidestColumn = 4000;
-// In a list, the column of texts keeps this percentage of the view's width, but at least this many pixels;
-// the latter holds in a hierarchy, too.
+// In a list, the column of texts keeps this percentage of the view's width, but at least this many pixels.
 constexpr int kTextShare = 40, kTextAtLeast = 160;
+// In a hierarchy, the pixels that a name of the first level keeps.
+constexpr int kNameAtLeast = 100;
 // The widths of columns that were not measured yet.
 constexpr int kFirstWidth = 220, kOtherWidth = 90;
 
@@ -36,7 +38,10 @@ GridHeader* GridColumns::makeHeader() {
     calls.sizing = [this] {
         if (view_.takesInput()) view_.listener().columnSizing();
     };
-    calls.sized = [this](int column, int width) { store(static_cast<std::size_t>(column), width); };
+    calls.sized = [this](int column, int width) {
+        if (column == 0) wantedName_ = width;
+        store(static_cast<std::size_t>(column), width);
+    };
     calls.fit = [this](int column) {
         kGuard(view_.events(), "fitColumn", [&] {
             const auto fitted = static_cast<std::size_t>(column);
@@ -52,6 +57,7 @@ GridHeader* GridColumns::makeHeader() {
 void GridColumns::clicked(std::size_t column) {
     if (view_.takesInput()) view_.listener().GridColumnTitleClick(column);
     showSort();
+    view_.viewport()->update();  // A drag that has ended may have cut numbers.
 }
 
 // Returns the column by which the rows are sorted; in a tree, those below the sources. The drives have an
@@ -99,18 +105,32 @@ void GridColumns::setWidth(std::size_t column, int width) {
 
 void GridColumns::autosize(std::size_t column, int margin) {
     const int fitting = fittingWidth(column, margin);
-    const bool name = sources_.tree && column == 0;
-    setWidth(column, name ? besideNumbers(fitting) : std::min(fitting, widestFit(column)));
+    if (!sources_.tree || column > 0) return setWidth(column, std::min(fitting, widestFit(column)));
+    wantedName_ = fitting;
+    nameGivesWay();
+}
+
+void GridColumns::widenNumbers() {
+    if (QGuiApplication::mouseButtons() != Qt::NoButton) return;  // A border is being dragged.
+    for (const std::size_t column : view_.places().shownColumns())
+        if (hasNumbers(column))
+            setWidth(column,
+                     std::max(view_.columnWidth(static_cast<int>(column)), fittingWidth(column, kFitMargin)));
+    nameGivesWay();
+}
+
+void GridColumns::nameGivesWay() {
+    if (sources_.tree && wantedName_ > 0) setWidth(0, besideNumbers(wantedName_));
 }
 
 // Walks the grid, not the list, because callers also measure while redraw is off.
-int GridColumns::widest(const std::function<int(const RowPainter&, Row)>& widthOf) const {
+int GridColumns::widest(std::size_t column) const {
     const Grid& grid = sources_.grid;
     const RowPainter painter(sources_, view_);
     int widest = 0;
     const auto measure = [&](Row from, int count, auto&& next) {
         for (Row row = from; row != kNoRow && count > 0; row = next(row), --count)
-            widest = std::max(widest, widthOf(painter, row));
+            widest = std::max(widest, painter.contentWidth(row, column));
     };
     const auto shownNext = [&grid](Row row) { return VisibleRows::following(grid, row); };
     measure(grid.firstRoot(), kSample, shownNext);
@@ -120,10 +140,7 @@ int GridColumns::widest(const std::function<int(const RowPainter&, Row)>& widthO
 }
 
 int GridColumns::fittingWidth(std::size_t column, int margin) const {
-    const auto whole = [column](const RowPainter& painter, Row row) {
-        return painter.contentWidth(row, column);
-    };
-    const int content = widest(whole) + (margin + kTwipsPerPixel - 1) / kTwipsPerPixel;
+    const int content = widest(column) + (margin + kTwipsPerPixel - 1) / kTwipsPerPixel;
     const QHeaderView& header = *view_.horizontalHeader();
     const auto pixels = [this](QStyle::PixelMetric of) {
         return view_.style()->pixelMetric(of, nullptr, &view_);
@@ -134,21 +151,24 @@ int GridColumns::fittingWidth(std::size_t column, int margin) const {
     return std::clamp(std::max(content, title), header.minimumSectionSize(), kWidestColumn);
 }
 
-// A long name must not push the sizes out of sight, but a deep folder must not lose its name.
+// Neither a long name nor a deep folder must push the sizes out of sight.
 int GridColumns::besideNumbers(int fitting) const {
     const std::vector<GridColumn>& columns = sources_.grid.columns();
     int room = view_.innerWidth() - view_.places().scrollBarWidth();
     for (std::size_t column = 1; column < columns.size(); ++column)
         if (columns[column].visible) room -= static_cast<int>(columns[column].width);
-    if (fitting <= room) return fitting;
-    const auto start = [](const RowPainter& painter, Row row) { return painter.textRect(row, {}).left(); };
-    return std::min(fitting, std::max(room, widest(start) + kTextAtLeast));
+    const int least = RowPainter(sources_, view_).firstLevelStart() + kNameAtLeast;
+    return std::min(fitting, std::max(room, least));
+}
+
+bool GridColumns::hasNumbers(std::size_t column) const {
+    const GridColumn& of = sources_.grid.columns()[column];
+    return column > 0 && (of.alignment == Alignment::kRight || of.barColor);
 }
 
 // A number that is cut looks like another number; a name that is cut shows it.
 int GridColumns::widestFit(std::size_t column) const {
-    const GridColumn& of = sources_.grid.columns()[column];
-    if (sources_.tree || of.alignment == Alignment::kRight || of.barColor) return kWidestColumn;
+    if (sources_.tree || hasNumbers(column)) return kWidestColumn;
     return std::max(kTextAtLeast, view_.innerWidth() * kTextShare / 100);
 }
 

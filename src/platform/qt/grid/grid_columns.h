@@ -2,7 +2,6 @@
 // grid stores the widths. For the grid's thread.
 #pragma once
 
-#include <functional>
 #include <optional>
 
 #include "platform/qt/grid/row_painter.h"
@@ -25,19 +24,25 @@ class GridColumns {
     void showSort();
     /// See GridPane::autosizeColumn; `column` exists.
     void autosize(std::size_t column, int margin);
+    /// Makes columns of numbers as wide as the numbers of the visible rows need; none becomes narrower.
+    void widenNumbers();
+    /// In a hierarchy, gives the names the width that they want, as far as the numbers stay in sight.
+    void nameGivesWay();
 
   private:
     std::optional<std::size_t> sortedColumn() const;
     void clicked(std::size_t column);
     void store(std::size_t column, int width);
     void setWidth(std::size_t column, int width);
-    int widest(const std::function<int(const RowPainter&, Row)>& widthOf) const;
+    int widest(std::size_t column) const;
     int fittingWidth(std::size_t column, int margin) const;
     int besideNumbers(int fitting) const;
     int widestFit(std::size_t column) const;
+    bool hasNumbers(std::size_t column) const;
 
     GridView& view_;
     const RowSources& sources_;
+    int wantedName_ = 0;  ///< The width that the names would take; 0 until it is known.
 };
 
 }  // namespace hl

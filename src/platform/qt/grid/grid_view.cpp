@@ -201,13 +201,27 @@ void GridView::paintRows(const QRect& dirty) {
         return column.left > dirty.right() || column.left + column.width <= dirty.left();
     });
     const RowPainter rows(sources_, *this);
+    bool whole = true;
     const int left = -horizontalScrollBar()->value();
     Row row = VisibleRows::firstPainted(grid_);
     for (int top = 0; row != kNoRow && top <= dirty.bottom(); top += places_.rowHeight()) {
         const QRect area(left, top, right - left, places_.rowHeight());
-        if (area.bottom() >= dirty.top()) rows.paint(painter, row, area, columns);
+        if (area.bottom() >= dirty.top()) whole = rows.paint(painter, row, area, columns) && whole;
         row = VisibleRows::following(grid_, row);
     }
+    if (!whole) widenLater();
+}
+
+// Painting changes nothing by itself.
+void GridView::widenLater() {
+    if (std::exchange(widening_, true)) return;
+    const auto widen = [this] {
+        widening_ = false;
+        kGuard(events_, "widenNumbers", [&] {
+            if (sync()) columns_.widenNumbers();
+        });
+    };
+    QMetaObject::invokeMethod(this, widen, Qt::QueuedConnection);
 }
 
 void GridView::paintEmptyHint(QPainter& painter) const {
@@ -223,16 +237,18 @@ QString GridView::markNote(Row row) const {
     return mark == 0 || !markNote_ ? QString() : markNote_(mark);
 }
 
-// Returns the full text of a cell that does not show all of it, else the note of the row; then what its mark
-// means.
+// Returns what there is to tell of a cell, such as a size in all units; else the full text of one that does
+// not show all of it, else the note of the row. Then what the row's mark means.
 QString GridView::tooltipAt(const QPoint& point) {
     const int section = QTableView::columnAt(point.x());
     const Row row = section >= 0 ? rowAt(point) : kNoRow;
     if (row == kNoRow) return {};
     const RowPainter painter(sources_, *this);
     const auto column = static_cast<std::size_t>(section);
-    const bool cut = painter.contentWidth(row, column) > columnWidth(section);
-    const QString text = cut ? painter.fullText(row, column) : shownName(grid_.rowNote(row));
+    QString text = cellTip_ ? QString::fromStdString(cellTip_(sources_.id, column, row)) : QString();
+    if (text.isEmpty())
+        text = painter.isCut(row, column, columnWidth(section)) ? painter.fullText(row, column)
+                                                                : shownName(grid_.rowNote(row));
     const QString mark = markNote(row);
     return text.isEmpty() || mark.isEmpty() ? text + mark : text + QLatin1Char('\n') + mark;
 }
@@ -264,6 +280,7 @@ void GridView::scrollContentsBy(int dx, int dy) {
 void GridView::resizeEvent(QResizeEvent* event) {
     kGuard(events_, [&] {
         QTableView::resizeEvent(event);
+        if (event->size().width() != event->oldSize().width()) columns_.nameGivesWay();
         moveEditor();
         if (event->size().height() > event->oldSize().height() && grid_.rowCount() > 0 && upToDate())
             listener_->VScroll();

@@ -34,6 +34,8 @@ class GridView : public QTableView, public GridPane {
     ~GridView() override;
 
     void setIconSource(IconSource icon);
+    /// What a cell's tooltip tells besides the cell's text.
+    void setCellTip(CellTextFunction tip) { cellTip_ = std::move(tip); }
     /// The text that is shown while there are no rows.
     void setEmptyHint(std::function<QString()> hint) { emptyHint_ = std::move(hint); }
     /// Returns what the mark of a row means.
@@ -47,7 +49,8 @@ class GridView : public QTableView, public GridPane {
     void setEvents(GridEvents* events) override { listener_ = events != nullptr ? events : &nobody_; }
     /// Fits a column to its title, the visible rows, a limited sample from the top and the root rows.
     /// `margin` is in twentieths of a point, 15 to a pixel. In a list, one column of texts leaves most of the
-    /// width to the others; in a hierarchy, the names leave the others their widths.
+    /// width to the others; in a hierarchy, the names leave the others their widths. Later, columns of
+    /// numbers grow as soon as one does not fit, and the names of a hierarchy give way.
     void autosizeColumn(std::size_t column, int margin) override;
     int widthBesideColumns() override;
     int innerWidth() override { return contentsRect().width(); }
@@ -119,9 +122,10 @@ class GridView : public QTableView, public GridPane {
     void paintEmptyHint(QPainter& painter) const;
     void paintRows(const QRect& dirty);
     QString tooltipAt(const QPoint& point);
+    void widenLater();
 
     Grid& grid_;
-    CellTextFunction cellText_;
+    CellTextFunction cellText_, cellTip_;
     IconSource icon_;
     RowSources sources_;
     WindowEvents& events_;
@@ -132,6 +136,7 @@ class GridView : public QTableView, public GridPane {
     QString levelCaption_;
     GridFont font_;
     bool described_ = false;
+    bool widening_ = false;  ///< Columns of numbers are to be made wider soon.
 
     GridSync sync_;
     GridPlaces places_;

@@ -21,6 +21,10 @@ constexpr std::uint32_t kBarColor = 0x0000FF;
 // In a dark palette a bar's colour is lightened by the first, and then moved towards the ground by the second
 // at its left end, by the third at its right end.
 constexpr int kDarkLightening = 80, kDarkLeft = 110, kDarkRight = 160;
+// How far a bar behind a text, and the third tone of a bar, are moved towards the ground.
+constexpr int kBehindTone = 160, kMoreTone = 185;
+// The room in pixels that even the deepest name keeps.
+constexpr int kNameAtLeast = 100;
 
 RowLook lookOf(const QWidget& widget) {
     const QStyle& style = *widget.style();
@@ -68,10 +72,24 @@ int RowPainter::units(double pixels) const {
     return static_cast<int>(std::lround(pixels * look_.pixel));
 }
 
-int RowPainter::indentation(Row row) const {
+int RowPainter::wholeIndentation(Row row) const {
     if (!sources_.tree) return padding_;
     const std::uint32_t level = std::min(sources_.grid.level(row), look_.deepest);
     return static_cast<int>(level + 1) * look_.step;
+}
+
+// In half of the room beside the names a level has its whole step; from there on the steps get smaller and
+// smaller, so that the deepest name has its room, too. A row's place depends on its level alone, so it stays
+// where it is whatever is unfolded.
+int RowPainter::indentation(Row row, int width) const {
+    const int whole = wholeIndentation(row);
+    if (!sources_.tree || !look_.onScreen) return whole;
+    const int room = width - units(kNameAtLeast) - look_.iconSize - gap_ - barRoom(row);
+    const int from = std::max(look_.step, room / 2), most = std::max(from, room);
+    if (whole <= from) return whole;
+    if (most == from) return from;
+    const double span = most - from;
+    return from + static_cast<int>(span * (1 - std::exp(-(whole - from) / span)));
 }
 
 int RowPainter::iconWidth(Row row) const {
@@ -86,21 +104,30 @@ int RowPainter::barRoom(Row row) const {
     return sources_.grid.barPicture(row) >= 0 ? barWidth() + gap_ : 0;
 }
 
-int RowPainter::contentWidth(Row row, std::size_t column) const {
+int RowPainter::textWidth(const QString& shown) const {
     // Cutting a text measures fractions of a pixel, so a rounded width may be too small for it.
-    const double exact = QFontMetricsF(metrics_).horizontalAdvance(fullText(row, column));
-    const int text = static_cast<int>(std::ceil(exact)) + 1 + 2 * padding_;
+    return static_cast<int>(std::ceil(QFontMetricsF(metrics_).horizontalAdvance(shown))) + 1 + 2 * padding_;
+}
+
+// The note of a list's row comes and goes with the pointer, and must not move the columns.
+int RowPainter::contentWidth(Row row, std::size_t column) const {
+    const int text = textWidth(sources_.tree ? fullText(row, column) : cellText(row, column));
     if (column > 0)
         return sources_.grid.columns()[column].barColor ? std::max(text, barWidth() + 2 * padding_) : text;
-    return indentation(row) + iconWidth(row) + barRoom(row) + text;
+    return wholeIndentation(row) + iconWidth(row) + barRoom(row) + text;
+}
+
+bool RowPainter::isCut(Row row, std::size_t column, int width) const {
+    const int text = textWidth(fullText(row, column));
+    return column == 0 ? textRect(row, {0, 0, width, 0}).left() + text - padding_ > width : text > width;
 }
 
 QRect RowPainter::textRect(Row row, const QRect& cell) const {
-    return cell.adjusted(indentation(row) + iconWidth(row) + barRoom(row), 0, -padding_, 0);
+    return cell.adjusted(indentation(row, cell.width()) + iconWidth(row) + barRoom(row), 0, -padding_, 0);
 }
 
 QRect RowPainter::branchRect(Row row, const QRect& cell) const {
-    return {cell.left() + indentation(row) - look_.step, cell.top(), look_.step, cell.height()};
+    return {cell.left() + indentation(row, cell.width()) - look_.step, cell.top(), look_.step, cell.height()};
 }
 
 // --- texts
@@ -133,11 +160,12 @@ RowPainter::Colors RowPainter::colorsOf(Row row) const {
     return {ground, readableOn(ground, text)};
 }
 
-void RowPainter::paint(QPainter& painter, Row row, const QRect& area,
+bool RowPainter::paint(QPainter& painter, Row row, const QRect& area,
                        const std::vector<PaintedColumn>& columns) const {
     const Colors colors = colorsOf(row);
     if (look_.onScreen || sources_.grid.backColor(row)) painter.fillRect(area, colors.ground);
     painter.setPen(colors.text);
+    bool whole = true;
     for (const PaintedColumn& column : columns) {
         const QRect cell(column.left, area.top(), column.width, area.height());
         const bool clips = look_.onScreen || (column.column == 0 && textRect(row, cell).width() <= 0);
@@ -152,21 +180,22 @@ void RowPainter::paint(QPainter& painter, Row row, const QRect& area,
             paintFirst(painter, row, cell, colors);
         } else {
             painter.setPen(colors.text);
-            paintOther(painter, row, column, cell);
+            whole = paintOther(painter, row, column, cell, colors) && whole;
         }
     }
-    if (row != sources_.grid.currentRow() || !look_.focus) return;
+    if (row != sources_.grid.currentRow() || !look_.focus) return whole;
     // Some styles fill their frame, and would so tint what is drawn below.
     painter.setPen(QPen(tintTowards(colors.text, colors.ground, 90), 0, Qt::DotLine));
     painter.setBrush(Qt::NoBrush);
     painter.drawRect(area.adjusted(0, 0, -1, -1));
+    return whole;
 }
 
 void RowPainter::paintFirst(QPainter& painter, Row row, const QRect& cell, const Colors& colors) const {
     const Grid& grid = sources_.grid;
     if (sources_.tree && grid.hasChildren(row))
         paintBranch(painter, branchRect(row, cell), grid.expanded(row));
-    const int left = cell.left() + indentation(row);
+    const int left = cell.left() + indentation(row, cell.width());
     if (const int picture = grid.picture(row); picture > 0) {
         const QRect box(left, cell.top() + (cell.height() - look_.iconSize) / 2, look_.iconSize,
                         look_.iconSize);
@@ -176,7 +205,7 @@ void RowPainter::paintFirst(QPainter& painter, Row row, const QRect& cell, const
     if (const int percent = grid.barPicture(row); percent >= 0) {
         const QRect bar(left + iconWidth(row), cell.top() + units(1), barWidth(), cell.height() - units(2));
         const std::uint32_t base = grid.columns()[0].barColor.value_or(kBarColor);
-        paintBar(painter, bar, {percent * 1.0, QString::number(percent) + QLatin1Char('%')}, base);
+        paintBar(painter, bar, {percent * 1.0, 0, QString::number(percent) + QLatin1Char('%')}, base);
     }
     paintTexts(painter, row, textRect(row, cell), colors);
 }
@@ -205,33 +234,45 @@ void RowPainter::paintMark(QPainter& painter, const QRect& box) const {
 
 void RowPainter::paintTexts(QPainter& painter, Row row, const QRect& space, const Colors& colors) const {
     if (space.width() <= 0) return;
-    // The end of a path in a list says more than its middle; a row of the tree is a name.
-    const Qt::TextElideMode cut = sources_.tree ? Qt::ElideRight : Qt::ElideMiddle;
-    const QString text = metrics_.elidedText(cellText(row, 0), cut, space.width());
+    // The end of a name or a path says more than its middle.
+    const QString text = metrics_.elidedText(cellText(row, 0), Qt::ElideMiddle, space.width());
     painter.setPen(colors.text);
     painter.drawText(space, Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine, text);
     const QString more = note(row);
     if (more.isEmpty()) return;
     const QRect rest = space.adjusted(metrics_.horizontalAdvance(text + QStringLiteral("  ")), 0, 0, 0);
     if (rest.width() <= 0) return;
-    painter.setPen(tintTowards(colors.text, colors.ground, 90));
+    painter.setPen(dimmedOn(colors.ground, colors.text));
     painter.drawText(rest, Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine,
                      metrics_.elidedText(more, Qt::ElideRight, rest.width()));
 }
 
-void RowPainter::paintOther(QPainter& painter, Row row, const PaintedColumn& column,
-                            const QRect& cell) const {
+// A column that is empty for a row has NaN for its percent, or no such cell.
+double RowPainter::percentOf(Row row, const std::string& key) const {
+    const CellId cell = key.empty() ? kNoCell : sources_.grid.cell(key);
+    return cell == kNoCell ? 0 : sources_.grid.number(row, cell);
+}
+
+// Returns false if the text is a number that does not fit.
+bool RowPainter::paintOther(QPainter& painter, Row row, const PaintedColumn& column, const QRect& cell,
+                            const Colors& colors) const {
     const GridColumn& of = sources_.grid.columns()[column.column];
     const QString text = cellText(row, column.column);
     const QRect space = cell.adjusted(padding_, 0, -padding_, 0);
+    const bool number = of.alignment == Alignment::kRight;
     if (of.barColor && !text.isEmpty()) {
-        const double percent = sources_.grid.number(row, sources_.grid.cell(of.key));
-        return paintBar(painter, space.adjusted(0, units(1), 0, -units(1)), {percent, text}, *of.barColor);
+        const QRect bar = space.adjusted(0, units(1), 0, -units(1));
+        const double percent = percentOf(row, of.key);
+        if (!of.barBehind) {
+            paintBar(painter, bar, {percent, percentOf(row, of.barMoreKey), text}, *of.barColor);
+            return true;
+        }
+        paintBehind(painter, bar, percent, *of.barColor, colors);
     }
-    const Qt::AlignmentFlag side = of.alignment == Alignment::kRight ? Qt::AlignRight : Qt::AlignLeft;
-    const Qt::Alignment place = side | Qt::AlignVCenter;
-    painter.drawText(space, static_cast<int>(place.toInt()) | static_cast<int>(Qt::TextSingleLine),
-                     metrics_.elidedText(text, Qt::ElideRight, space.width()));
+    const QString shown = metrics_.elidedText(text, number ? Qt::ElideRight : Qt::ElideMiddle, space.width());
+    const Qt::Alignment place = (number ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter;
+    painter.drawText(space, static_cast<int>(place.toInt()) | static_cast<int>(Qt::TextSingleLine), shown);
+    return !number || shown == text;
 }
 
 // Draws a triangle that points right if folded and down if open.
@@ -260,11 +301,22 @@ RowPainter::BarLook RowPainter::barLook(std::uint32_t base) const {
     if (ground.lightness() < ink.lightness()) {
         const QColor color = QColor::fromRgb(tint(base, kDarkLightening));
         return {ground, ink, readableTint(color, ground, ink, kDarkLeft),
-                readableTint(color, ground, ink, kDarkRight)};
+                readableTint(color, ground, ink, kDarkRight), readableTint(ink, ground, ink, kMoreTone)};
     }
     const BarEnds ends = barEnds(base);
     const QColor left = QColor::fromRgb(ends.left);
-    return {ground, readableOn(left, ink), left, QColor::fromRgb(ends.right)};
+    return {ground, readableOn(left, ink), left, QColor::fromRgb(ends.right),
+            readableTint(ink, ground, ink, kMoreTone)};
+}
+
+// The bar's tint is made for the row's own ground and text: it may be selected, or have a colour.
+void RowPainter::paintBehind(QPainter& painter, const QRect& space, double percent, std::uint32_t base,
+                             const Colors& colors) const {
+    const bool dark = colors.ground.lightness() < colors.text.lightness();
+    const QColor color = dark ? QColor::fromRgb(tint(base, kDarkLightening)) : QColor::fromRgb(base);
+    const double part = std::clamp(percent / 100, 0.0, 1.0);
+    const QRectF filled(space.left(), space.top(), space.width() * part, space.height());
+    if (part > 0) painter.fillRect(filled, readableTint(color, colors.ground, colors.text, kBehindTone));
 }
 
 // Lengths are whole pixels of the device.
@@ -283,6 +335,10 @@ void RowPainter::paintBar(QPainter& painter, const QRect& space, const Bar& bar,
     painter.fillRect(space, tintTowards(look.ink, look.ground, 150));
     painter.fillRect(QRectF(space).adjusted(line, line, -line, -line), look.ground);
     if (length > 0) painter.fillRect(filled, gradient);
+    if (const int both = filledLength(bar.percent + bar.more, static_cast<int>(space.width() * ratio));
+        bar.more > 0 && both > length)
+        painter.fillRect(QRectF(filled.topRight(), QSizeF((both - length) / ratio, filled.height())),
+                         look.more);
     const QPen before = painter.pen();
     painter.setPen(look.ink);
     painter.drawText(space, Qt::AlignCenter | Qt::TextSingleLine | Qt::TextDontClip, bar.text);

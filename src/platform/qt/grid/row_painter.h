@@ -56,10 +56,15 @@ class RowPainter {
     static int rowHeight(const QWidget& widget);
     static int rowHeight(const RowLook& look);
 
-    void paint(QPainter& painter, Row row, const QRect& area,
+    /// Returns false if a number does not fit its column.
+    bool paint(QPainter& painter, Row row, const QRect& area,
                const std::vector<PaintedColumn>& columns) const;
-    /// Returns the width that shows all of the cell.
+    /// Returns the width that shows all of the cell, with the whole indentation of its level.
     int contentWidth(Row row, std::size_t column) const;
+    /// Tells whether a column of this width does not show all of the cell.
+    bool isCut(Row row, std::size_t column, int width) const;
+    /// Returns where the names of the first level below the sources begin.
+    int firstLevelStart() const { return 2 * look_.step + look_.iconSize + gap_; }
     /// Returns the place of a row's sign for folding in a first column at `cell`.
     QRect branchRect(Row row, const QRect& cell) const;
     /// Returns the place of a row's text in a first column at `cell`.
@@ -73,22 +78,29 @@ class RowPainter {
     };
     Colors colorsOf(Row row) const;
     void paintFirst(QPainter& painter, Row row, const QRect& cell, const Colors& colors) const;
-    void paintOther(QPainter& painter, Row row, const PaintedColumn& column, const QRect& cell) const;
+    bool paintOther(QPainter& painter, Row row, const PaintedColumn& column, const QRect& cell,
+                    const Colors& colors) const;
     void paintPicture(QPainter& painter, Row row, const QRect& box) const;
     void paintMark(QPainter& painter, const QRect& box) const;
     void paintBranch(QPainter& painter, const QRect& box, bool open) const;
     void paintTexts(QPainter& painter, Row row, const QRect& space, const Colors& colors) const;
     struct Bar {
         double percent;
+        double more;  ///< What follows in the third tone, in percent.
         QString text;
     };
     struct BarLook {
-        QColor ground, ink, left, right;
+        QColor ground, ink, left, right, more;
     };
     BarLook barLook(std::uint32_t base) const;
     void paintBar(QPainter& painter, const QRect& space, const Bar& bar, std::uint32_t base) const;
+    void paintBehind(QPainter& painter, const QRect& space, double percent, std::uint32_t base,
+                     const Colors& colors) const;
     int units(double pixels) const;
-    int indentation(Row row) const;
+    int textWidth(const QString& shown) const;
+    int wholeIndentation(Row row) const;
+    int indentation(Row row, int width) const;
+    double percentOf(Row row, const std::string& key) const;
     int iconWidth(Row row) const;
     int barWidth() const;
     int barRoom(Row row) const;

@@ -39,12 +39,15 @@ class Largest {
 class Candidates {
   public:
     Candidates(const Grid& grid, std::size_t column)
-        : grid_(grid), cell_(grid.cell(grid.columns()[column].key)), first_(column == 0) {}
+        : grid_(grid),
+          cell_(grid.cell(grid.columns()[column].key)),
+          first_(column == 0),
+          auto_(grid.columns()[column].unit == kModeAuto) {}
 
     void see(Row row) {
         if (cell_ == kNoCell) return seeText(row, grid_.text(row));
         if (grid_.cells().isText(cell_)) return seeText(row, grid_.cellText(row, cell_));
-        const double number = grid_.number(row, cell_);
+        const double number = shownNumber(row);
         if (std::isnan(number)) return;
         one_.see(number, row);
         other_.see(-number, row);
@@ -66,9 +69,17 @@ class Candidates {
                    row);
     }
 
+    // In the unit that fits it, a smaller size may have the longer text.
+    double shownNumber(Row row) const {
+        const double number = grid_.number(row, cell_);
+        if (!auto_ || !(number > 0)) return number;
+        const auto size = SizeValue::fromBytes(static_cast<std::uint64_t>(number));
+        return number / static_cast<double>(sizeUnit(fittingMode(size)).divisor);
+    }
+
     const Grid& grid_;
     CellId cell_;
-    bool first_;
+    bool first_, auto_;
     Largest one_, other_;
 };
 

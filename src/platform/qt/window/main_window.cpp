@@ -99,6 +99,7 @@ void MainWindow::makeGrid(std::size_t number) {
     view->setAccessibleName(qtText(parts_.gridTitles[number]));
     view->setLevelCaption(qtText(parts_.level));
     view->setIconSource([this](int picture) { return icons_.icon(picture); });
+    view->setCellTip(parts_.cellTip);
     view->setEmptyHint([this, id = static_cast<GridId>(number)] {
         return parts_.emptyHint ? qtText(parts_.emptyHint(id)) : QString();
     });
