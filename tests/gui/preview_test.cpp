@@ -286,12 +286,21 @@ TEST_F(PreviewPaneTest, WhatIsNoneOfItsKindOrTooLargeCostsAMessage) {
                           33);
     const std::string svg = "<svg xmlns='http://www.w3.org/2000/svg'><rect width='9' height='9'/></svg>";
     const std::string film("\0\0\0\30ftypmp42\0\0\0\0mp42isom\0\0\1\0moov", 32);
+    // A sound that no decoder is known for.
+    std::string sound(
+        "RIFF\x24\x10\0\0WAVEfmt \x10\0\0\0\x75\0\1\0\x40\x1F\0\0\x80\x3E\0\0\2\0\x10\0data\0\x10\0\0", 44);
+    sound += std::string(4096, '\1');
     const bool media = fs::exists(kPrograms + "/harborlantern-media.so");
     const std::tuple<V, std::string, std::string> cases[] = {
-        {V::kPicture, "a.bmp", bmp},    {V::kPicture, "a.png", png},
-        {V::kPicture, "empty.png", ""}, {V::kPicture, "svg.gif", svg},
-        {V::kPages, "empty.pdf", ""},   {V::kPages, "cut.pdf", contentOf(pdf("whole.pdf", 3)).substr(0, 300)},
-        {V::kMedia, "cut.mp4", film},   {V::kMedia, "text.avi", "text"}};
+        {V::kPicture, "a.bmp", bmp},
+        {V::kPicture, "a.png", png},
+        {V::kPicture, "empty.png", ""},
+        {V::kPicture, "svg.gif", svg},
+        {V::kPages, "empty.pdf", ""},
+        {V::kPages, "cut.pdf", contentOf(pdf("whole.pdf", 3)).substr(0, 300)},
+        {V::kMedia, "cut.mp4", film},
+        {V::kMedia, "text.avi", "text"},
+        {V::kMedia, "unknown.wav", sound}};
     for (const auto& [kind, name, content] : cases) {
         if ((kind == V::kPages && !hasPdf()) || (kind == V::kMedia && !media)) continue;
         failures.clear();

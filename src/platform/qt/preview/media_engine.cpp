@@ -34,6 +34,8 @@ class MediaEngine::Worker : public QObject {
     };
 
     void tellState();
+    bool isLoadedInVain(QMediaPlayer::MediaStatus status);
+    void failLater();
     /// `tell` runs on the window's thread, with the number of what is played.
     template <class Tell>
     void post(Tell tell) {
@@ -59,6 +61,7 @@ QString MediaEngine::Worker::open() {
     connect(&player, &QMediaPlayer::playbackStateChanged, this, changed);
     connect(&player, &QMediaPlayer::mediaStatusChanged, this, [this](QMediaPlayer::MediaStatus status) {
         tellState();
+        if (status == QMediaPlayer::InvalidMedia || isLoadedInVain(status)) return failLater();
         if (status == QMediaPlayer::LoadedMedia && std::exchange(starts_, false)) parts_->player.play();
     });
     connect(&player, &QMediaPlayer::errorOccurred, this, [this](QMediaPlayer::Error, const QString& error) {
@@ -84,6 +87,23 @@ void MediaEngine::Worker::tellState() {
                       .position = player().position(),
                       .duration = player().duration()};
     post([this, state](int run) { engine_.takeState(state, run); });
+}
+
+// Without a decoder for anything in the file, the player loads it without an error and then plays nothing.
+bool MediaEngine::Worker::isLoadedInVain(QMediaPlayer::MediaStatus status) {
+    return status == QMediaPlayer::LoadedMedia && !player().hasAudio() && !player().hasVideo();
+}
+
+// An error that the player reports itself comes at once, says more, and counts first.
+void MediaEngine::Worker::failLater() {
+    starts_ = false;
+    QMetaObject::invokeMethod(
+        this,
+        [this, failed = run_.load()] {
+            if (run_ != failed) return;
+            post([this, error = player().errorString()](int run) { engine_.takeError(error, run); });
+        },
+        Qt::QueuedConnection);
 }
 
 void MediaEngine::Worker::load(std::shared_ptr<OpenFile> file, int run) {
