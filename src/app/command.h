@@ -52,6 +52,8 @@ enum class Command : int {
     kShowHardlinks = commandNumber(BarId::kMain, 308),
     kShowJunctions = commandNumber(BarId::kMain, 309),
     kFontOfAll = commandNumber(BarId::kMain, 328),
+    kGuide = commandNumber(BarId::kMain, 530),
+    kColumnsMenu = commandNumber(BarId::kMain, 531),  ///< A popup; each bar with columns has one of this id.
     kTakeBack = commandNumber(BarId::kMain, 560),
     kShowNotRead = commandNumber(BarId::kMain, 561),
 

@@ -4,6 +4,7 @@
 #include <iterator>
 
 #include "base/text.h"
+#include "fileops/properties.h"
 
 namespace hl {
 
@@ -29,7 +30,7 @@ std::vector<MenuEntry> Menus::desktopPart(const std::vector<std::string>& paths)
             {0, text(9561, "Öffnen mit"), std::move(with)},
             {kShowInFolder, text(9563, "Im Dateimanager zeigen")},
             {},
-            {kCopyFiles, text(9564, "Kopieren")},
+            {kCopyFiles, text(9564, "Kopieren"), {}, "Ctrl+C"},
             {kCopyPaths, text(9565, "Pfad kopieren")},
             {},
             {kProperties, text(9566, "Eigenschaften")}};
@@ -67,10 +68,7 @@ void Menus::runDesktopEntry(int id, const std::vector<std::string>& paths) {
             for (const std::string& path : paths) joined += (joined.empty() ? "" : "\n") + path;
             return ops_.window.clipboard.copyText(joined);
         case kProperties:
-            if (!desktop.showProperties(paths))
-                ops_.window.dialogs.message(
-                    MessageKind::kInformation,
-                    text(9568, "Es gibt keinen Dateimanager, der Eigenschaften zeigt."));
+            if (!desktop.showProperties(paths) && !ops_.host.closed()) showProperties(ops_, paths);
             return;
         default:
             return;

@@ -54,6 +54,10 @@ void BarControl::returnIn(Command command) {
     if (row != nullptr && row->run != nullptr && !form_.session.state.ScanActive) row->run(form_, *row);
 }
 
+void BarControl::openColumnsMenu(BarId bar, Point at) {
+    form_.sources.duringCommand([&] { form_.window->bar(bar).showPopup(idOf(Command::kColumnsMenu), at); });
+}
+
 void BarControl::followGrid(GridId id) {
     const Grid& grid = form_.session.grid(id);
     CommandBar& bar = form_.bar(barOf(id));

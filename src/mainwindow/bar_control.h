@@ -27,6 +27,8 @@ class BarControl final : public BarEvents {
 
     /// Return was pressed in a box: runs the routine of `command`, if it has one, but not while a scan runs.
     void returnIn(Command command);
+    /// Opens the menu that switches the columns of the bar's grid; nothing happens if it has none.
+    void openColumnsMenu(BarId bar, Point at);
     /// Enables the entries above a grid that have something to work on, and disables the others. Must not be
     /// called while the window is locked.
     void followGrid(GridId grid);

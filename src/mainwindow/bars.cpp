@@ -56,6 +56,17 @@ void addLanguages(CommandBar& bar, const Texts& texts) {
     }
 }
 
+// The entries are those of the bar once more: the first one with an id keeps what is checked.
+void addColumnsMenu(CommandBar& bar, const Texts& texts) {
+    BarEntry popup{.id = idOf(Command::kColumnsMenu)};
+    for (const CommandRow& row : commandsOf(bar.id())) {
+        if (!switchesColumn(row)) continue;
+        popup.list.push_back(entryOf(row, texts));
+        popup.list.back().beginGroup = false;
+    }
+    if (!popup.list.empty()) bar.addPopup(std::move(popup));
+}
+
 void buildBar(CommandBar& bar, const BarSources& sources) {
     guarded(sources.diagnostics, {.routine = barRows()[static_cast<std::size_t>(bar.id())].builder}, [&] {
         if (bar.id() == BarId::kMain)
@@ -64,6 +75,7 @@ void buildBar(CommandBar& bar, const BarSources& sources) {
         for (const CommandRow& row : commandsOf(bar.id()))
             if (row.command != Command::kHomepage || sources.homepage)
                 bar.add(entryOf(row, sources.texts), idOf(row.parent));
+        addColumnsMenu(bar, sources.texts);
         if (bar.id() == BarId::kMain) addLanguages(bar, sources.texts);
         if (bar.id() == BarId::kMain) checkMain(bar);
         optionsToBar(sources.options, bar);

@@ -195,7 +195,8 @@ constexpr auto kMainRows = rows({
     ranked(kGoesEarly, {kFontOfAll, kButton, kFont, kChooseFont, kIconFont, kSame, {}, &C::changeFontOfAll}),
     ranked(kGoesEarly, {kLanguages, kMenuButton, TL(9224, "Sprache"), TL(9225, "Sprache der Benutzeroberfläche ändern"), kIconLanguage, kGroup}),
     ranked(kGoesEarly, {kLog, kButton, TL(3549, "Protokoll"), TL(3549, "Protokoll"), kIconLog, kGroup, "L", &C::showLog}),
-    {kInfo, kButton, TL(3551, "Info"), TL(3551, "Info"), kIconInfo, kGroup, "F1", &C::showAbout},
+    {kGuide, kButton, TL(9757, "Anleitung"), TL(9758, "Anleitung öffnen"), kIconGuide, kGroup, "F1", &C::openGuide},
+    {kInfo, kButton, TL(3551, "Info"), TL(3551, "Info"), kIconInfo, kSame, {}, &C::showAbout},
     {kHomepage, kButton, TL(3553, "Homepage"), TL(3553, "Homepage"), kIconHomepage, kSame, {}, &C::openHomepage},
     {kQuit, kButton, TL(3557, "Beenden"), TL(9226, "Programm beenden"), kIconQuit, kGroup, "Q", &C::quit},
     {kDeleteFolders, kButton, TL(3780, "Markierte Ordner löschen"), {}, kIconDelete, kSame, {}, &C::deleteFolders, {}, kMenuOfSelectedFolders},
@@ -304,6 +305,10 @@ std::span<const BarRow, kBarCount> barRows() {
 
 std::span<const CommandRow> commandsOf(BarId bar) {
     return kBars[static_cast<std::size_t>(bar)].commands;
+}
+
+bool switchesColumn(const CommandRow& row) {
+    return row.run == &C::reportColumn || row.run == &C::listColumn;
 }
 
 const CommandRow* commandRow(Command command) {

@@ -78,6 +78,8 @@ std::span<const CommandRow> commandsOf(BarId bar);
 /// Returns the rows of the menu of languages, which are part of no bar's table. The texts of `languages` must
 /// outlive them.
 std::vector<CommandRow> languageCommands(const std::vector<Language>& languages);
+/// Tells whether the command shows and hides a column.
+bool switchesColumn(const CommandRow& row);
 /// Returns null for a command that is in no bar's table.
 const CommandRow* commandRow(Command command);
 

@@ -26,6 +26,15 @@ void startUrl(MainForm& form, std::string url) {
         form.services().texts.TL(9526, "'%1' kann nicht geöffnet werden.", {visible(url)}));
 }
 
+// Returns the path of the guide where it is installed, built or unpacked; empty if it is nowhere.
+std::string guideOf(const MainForm& form) {
+    for (const char* folder : {"/../doc/harborlantern", "/../docs", "/docs"}) {
+        std::string path = form.parts.dataFolder + folder + "/guide.md";
+        if (form.services().files.exists(path)) return path;
+    }
+    return {};
+}
+
 bool isOn(MainForm& form, const CommandRow& row) {
     return row.kept.field(form.session.options) != 0;
 }
@@ -86,6 +95,14 @@ void showOptions(MainForm& form, const CommandRow& /*row*/) {
 void showLog(MainForm& form, const CommandRow& /*row*/) {
     const std::string path = joinPath(form.own.programFolder, kProtocolName, form.services().paths);
     if (form.services().files.exists(path)) form.files.openFile(path);
+}
+
+void openGuide(MainForm& form, const CommandRow& /*row*/) {
+    const std::string path = guideOf(form);
+    if (!path.empty()) return form.files.openFile(path);
+    form.window->dialogs.message(
+        MessageKind::kInformation,
+        form.services().texts.TL(9759, "Die Anleitung (guide.md) ist nicht installiert."));
 }
 
 void showAbout(MainForm& form, const CommandRow& /*row*/) {

@@ -18,6 +18,7 @@ void scanOption(MainForm& form, const CommandRow& row);
 void showPanel(MainForm& form, const CommandRow& row);
 void showOptions(MainForm& form, const CommandRow& row);
 void showLog(MainForm& form, const CommandRow& row);
+void openGuide(MainForm& form, const CommandRow& row);
 void showAbout(MainForm& form, const CommandRow& row);
 void openHomepage(MainForm& form, const CommandRow& row);
 void largeIcons(MainForm& form, const CommandRow& row);

@@ -1,5 +1,6 @@
 #include "mainwindow/context_menus.h"
 
+#include <algorithm>
 #include <span>
 
 #include "base/row_text.h"
@@ -20,6 +21,7 @@ struct OwnEntry {
     int icon;  ///< -1 means none.
     bool (*shows)(const MenuTarget& on);
     void (*run)(const MenuTarget& on);
+    const char* key = "";  ///< The key that does the same.
 };
 
 bool always(const MenuTarget& /*on*/) {
@@ -53,30 +55,52 @@ void showInFolder(const MenuTarget& on) {
     const FileOps ops = on.form.files.ops();
     Menus(ops).showInFolder(on.paths.front());
 }
+bool isOne(const MenuTarget& on) {
+    return on.paths.size() == 1;
+}
+std::string folderAbove(const std::string& path) {
+    return path.substr(0, std::max<std::size_t>(1, path.rfind('/')));
+}
+// Rows of the junctions are folders, and so are those of the report and of the drives.
+void openTerminal(const MenuTarget& on) {
+    const bool file = on.grid != GridId::kReport && on.grid != GridId::kDrives && hasFiles(on);
+    const std::string folder = file ? folderAbove(on.paths.front()) : on.paths.front();
+    if (on.form.window->desktop.openTerminal(folder) || on.form.closed) return;
+    on.form.status.setFirst(
+        on.form.services().texts.TL(9760, "In '%1' kann kein Terminal geöffnet werden.", {folder}));
+}
+// A link to a folder may have no row of its own.
+void showInReport(const MenuTarget& on) {
+    on.form.report.goTo(hasFiles(on) ? folderAbove(on.paths.front()) : on.paths.front());
+}
 void unfold(const MenuTarget& on, bool unfolds) {
     on.form.report.view().Report_ExpandSubFolders(unfolds);
 }
 
 // clang-format off
 constexpr OwnEntry kReportMenu[] = {
-    {1, TL(9573, "Ordner in den Papierkorb verschieben"), kIconRecycle, isNoSource, recycle},
-    {2, TL(9574, "Ordner löschen"), kIconDelete, isNoSource, deleteForGood},
-    {3, TL(9575, "Ordner umbenennen"), -1, isNoSource, [](const MenuTarget& on) { on.form.report.view().KeyUp(kKeyF2); }},
+    {1, TL(9573, "Ordner in den Papierkorb verschieben"), kIconRecycle, isNoSource, recycle, "Del"},
+    {2, TL(9574, "Ordner löschen"), kIconDelete, isNoSource, deleteForGood, "Shift+Del"},
+    {3, TL(9575, "Ordner umbenennen"), -1, isNoSource, [](const MenuTarget& on) { on.form.report.view().KeyUp(kKeyF2); }, "F2"},
     {4, TL(9576, "Alle Unterordner zuklappen"), -1, always, [](const MenuTarget& on) { unfold(on, false); }},
     {4, TL(9577, "Alle Unterordner aufklappen"), -1, always, [](const MenuTarget& on) { unfold(on, true); }},
     {5, TL(9578, "Quelle entfernen"), -1, isSource, [](const MenuTarget& on) { Report_RemoveFolders(on.form.scan); }},
-    {5, TL(9579, "Ordner neu einlesen"), -1, always, [](const MenuTarget& on) { Report_Rescan(on.form.scan); }},
+    {5, TL(9579, "Ordner neu einlesen"), -1, always, [](const MenuTarget& on) { Report_Rescan(on.form.scan); }, "F5"},
+    {6, TL(9755, "Terminal hier öffnen"), -1, always, openTerminal},
 };
 
 constexpr OwnEntry kDriveMenu[] = {
-    {1, TL(9584, "Laufwerk einlesen"), -1, always, [](const MenuTarget& on) { on.form.drives.list().Drives_ScanDrives(true); }},
+    {1, TL(9584, "Laufwerk einlesen"), -1, always, [](const MenuTarget& on) { on.form.drives.list().Drives_ScanDrives(true); }, "Return"},
+    {2, TL(9755, "Terminal hier öffnen"), -1, always, openTerminal},
 };
 
 constexpr OwnEntry kListMenu[] = {
-    {1, TL(9580, "Datei(en) in den Papierkorb verschieben"), kIconRecycle, hasFiles, recycle},
-    {2, TL(9581, "Datei(en) löschen"), kIconDelete, hasFiles, deleteForGood},
-    {3, TL(9582, "Datei umbenennen"), -1, isOneFile, [](const MenuTarget& on) { on.form.lists.of(on.grid)->KeyUp(kKeyF2); }},
+    {1, TL(9580, "Datei(en) in den Papierkorb verschieben"), kIconRecycle, hasFiles, recycle, "Del"},
+    {2, TL(9581, "Datei(en) löschen"), kIconDelete, hasFiles, deleteForGood, "Shift+Del"},
+    {3, TL(9582, "Datei umbenennen"), -1, isOneFile, [](const MenuTarget& on) { on.form.lists.of(on.grid)->KeyUp(kKeyF2); }, "F2"},
     {4, TL(9583, "Dateipfad öffnen"), -1, isOneFile, showInFolder},
+    {4, TL(9756, "In der Ordnerliste zeigen"), -1, isOne, showInReport},
+    {4, TL(9755, "Terminal hier öffnen"), -1, isOne, openTerminal},
 };
 // clang-format on
 
@@ -100,6 +124,7 @@ void showContextMenu(const MenuTarget& on, Point at) {
         own.push_back({Menus::kFirstOwn + static_cast<int>(i),
                        on.form.services().texts.TL(entry.caption.id, entry.caption.german),
                        {},
+                       entry.key,
                        entry.icon});
     }
     const FileOps ops = on.form.files.ops();

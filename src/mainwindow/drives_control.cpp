@@ -32,6 +32,10 @@ void DrivesControl::readSources(const std::vector<std::string>& sources) {
     form_.sources.read(sources);
 }
 
+void DrivesControl::copyPaths(const std::vector<std::string>& paths) {
+    form_.window->clipboard.copyFiles(paths);
+}
+
 void DrivesControl::openDriveMenu(Row row, Point at) {
     form_.files.openDriveMenu(row, at);
 }

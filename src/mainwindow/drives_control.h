@@ -26,6 +26,7 @@ class DrivesControl final : public DriveListHost {
     // --- DriveListHost
     void Drives_ResizeTableHeight() override;
     void readSources(const std::vector<std::string>& sources) override;
+    void copyPaths(const std::vector<std::string>& paths) override;
     void openDriveMenu(Row row, Point at) override;
 
   private:

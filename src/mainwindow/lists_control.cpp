@@ -1,6 +1,9 @@
 // The views; what is shown of a run; commands; what the lists ask.
 #include "mainwindow/lists_control.h"
 
+#include <algorithm>
+
+#include "mainwindow/list_filling.h"
 #include "mainwindow/main_form.h"
 #include "output/print_files.h"
 #include "output/save_files.h"
@@ -17,7 +20,7 @@ void ListsControl::makeLists() {
     const Services& services = session.services;
     Init_List(session.lvwFiles, kFilesTable, session.options, services.texts);
     pictures_ = std::make_unique<FilePictures>(form_.window->fileTypes);
-    typeNames_ = std::make_unique<TypeNames>(form_.window->fileTypes, services.files);
+    typeNames_ = std::make_unique<TypeNames>(form_.window->fileTypes, services.files, services.texts);
     form_.scan.types = typeNames_.get();
     const ListParts parts{form_.scan, session.options, *form_.window, *this, *pictures_, columnDragGuard_};
     lists_.reset(new ListViews{{parts, session.lvwFiles, form_.bars.cbrFiles},
@@ -32,18 +35,36 @@ ListView* ListsControl::shown() {
     return panes.listShows() ? lists_->of(panes.list()) : nullptr;
 }
 
+bool ListsControl::isOff(GridId id) const {
+    const Options& options = form_.session.options;
+    return (id == GridId::kTop && options.CreateListTOP == 0) ||
+           (id == GridId::kHardlinks && options.CreateListHardlink == 0) ||
+           (id == GridId::kJunctions && options.CreateListJunction == 0);
+}
+
+bool ListsControl::isFilledNow(GridId id) const {
+    return std::ranges::find(filledNow_, id) != filledNow_.end();
+}
+
 std::string ListsControl::emptyHint(GridId id) const {
     const Texts& texts = form_.services().texts;
-    const Options& options = form_.session.options;
     const std::string start = texts.TL(3531, "Start");
-    const bool off = (id == GridId::kTop && options.CreateListTOP == 0) ||
-                     (id == GridId::kHardlinks && options.CreateListHardlink == 0) ||
-                     (id == GridId::kJunctions && options.CreateListJunction == 0);
-    if (!off) return {};
+    if (id == GridId::kFiles)
+        return lists_ && lists_->files.foundNone()
+                   ? texts.TL(9753, "Direkt in diesem Ordner liegen keine Dateien.")
+                   : std::string();
+    if (isFilledNow(id)) return texts.TL(9754, "Dafür wurde nichts gefunden.");
+    if (!isOff(id)) return {};
     return texts.TL(9298,
                     "Diese Liste ist ausgeschaltet. Schalten Sie sie in der Liste unter \"%1\" ein, und "
                     "lesen Sie die Quelle neu ein.",
                     {start});
+}
+
+std::string ListsControl::emptyButton(GridId id) const {
+    const bool fills = isOff(id) && !isFilledNow(id) && form_.session.tvwPL.rowCount() > 0 &&
+                       !form_.session.state.ScanActive;
+    return fills ? form_.services().texts.TL(9752, "Jetzt füllen") : std::string();
 }
 
 std::string ListsControl::iconName(int picture) const {
@@ -53,8 +74,11 @@ std::string ListsControl::iconName(int picture) const {
 // --- what is shown of a run
 
 void ListsControl::filled() {
-    for (const GridId id : {GridId::kTop, GridId::kHardlinks, GridId::kJunctions})
+    filledNow_.clear();
+    for (const GridId id : {GridId::kTop, GridId::kHardlinks, GridId::kJunctions}) {
         lists_->of(id)->rowsChanged();
+        form_.window->grid(id).refresh();
+    }
     showTitles();
 }
 
@@ -119,6 +143,25 @@ void ListsControl::deleteFiles(GridId list, bool forGood) {
 
 void ListsControl::ShellContextMenuFileList(GridId list, Point at) {
     form_.files.openListMenu(list, at);
+}
+
+void ListsControl::openColumnsMenu(GridId list, Point at) {
+    form_.barControl.openColumnsMenu(barOf(list), at);
+}
+
+void ListsControl::copyPaths(const std::vector<std::string>& paths) {
+    form_.window->clipboard.copyFiles(paths);
+}
+
+void ListsControl::fillNow(GridId list) {
+    if (form_.session.state.ScanActive || !isOff(list)) return;
+    form_.sources.duringCommand([&] {
+        const bool whole = ListFilling(form_).fill(list);
+        if (form_.closed) return;
+        filled();
+        if (whole) filledNow_ = {list};
+        if (ListView* view = shown()) view->ShowFileStat();
+    });
 }
 
 void ListsControl::nameEdited(GridId list, Row row, const std::string& name) {

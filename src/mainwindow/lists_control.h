@@ -4,6 +4,7 @@
 
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "mainwindow/list_views.h"
 #include "views/type_names.h"
@@ -24,8 +25,10 @@ class ListsControl final : public ListHost {
     /// Returns the list that has the lists' place, null if that place is hidden.
     ListView* shown();
 
-    /// Returns what to do about an empty list that no scan fills.
+    /// Returns why a list is empty and what to do about it.
     std::string emptyHint(GridId grid) const;
+    /// Returns the caption of the button that fills a list that is switched off; empty for none.
+    std::string emptyButton(GridId grid) const;
     /// Returns the theme's icon name for a picture of a file; empty for none.
     std::string iconName(int picture) const;
 
@@ -52,12 +55,18 @@ class ListsControl final : public ListHost {
     void openFile(const std::string& path) override;
     void deleteFiles(GridId list, bool forGood) override;
     void ShellContextMenuFileList(GridId list, Point at) override;
+    void openColumnsMenu(GridId list, Point at) override;
+    void copyPaths(const std::vector<std::string>& paths) override;
+    void fillNow(GridId list) override;
     void nameEdited(GridId list, Row row, const std::string& name) override;
 
   private:
+    bool isOff(GridId grid) const;
+    bool isFilledNow(GridId grid) const;
     std::string markedTitle(const std::string& title) const;
 
     MainForm& form_;
+    std::vector<GridId> filledNow_;  ///< The lists that are switched off and were filled since the last run.
     std::unique_ptr<FilePictures> pictures_;
     std::unique_ptr<TypeNames> typeNames_;
     std::unique_ptr<ListViews> lists_;

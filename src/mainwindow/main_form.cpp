@@ -34,6 +34,7 @@ MainForm::MainForm(const Services& services, const WindowServices& given)
         return cellTip(session.grid(id), column, row, this->services().texts, this->services().numbers);
     };
     parts.emptyHint = [this](GridId id) { return lists.emptyHint(id); };
+    parts.emptyButton = [this](GridId id) { return lists.emptyButton(id); };
     parts.fileIcon = [this](int picture) { return lists.iconName(picture); };
     parts.yes = texts.TL(9500, "Ja");
     parts.no = texts.TL(9501, "Nein");

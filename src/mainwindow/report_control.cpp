@@ -42,6 +42,7 @@ void ReportControl::rowsArrived() {
     view_->Report_Resize_Columns(false);
     fitPane();
     if (form_.session.tvwPL.rowCount() > 0) widthOpen_ = false;
+    view_->selectionArrived();
 }
 
 // --- saving and printing
@@ -58,6 +59,13 @@ void ReportControl::print() {
     PrintForm frmPrint(form_.scan, *form_.window);
     Form form = frmPrint.form();
     form_.window->dialogs.showForm(form);
+}
+
+void ReportControl::goTo(const std::string& path) {
+    const int panel = idOf(Command::kShowReport);
+    if (!form_.bars.cbrMain.isChecked(panel)) form_.looks.panes().PanelToggle(Command::kShowReport);
+    if (view_->goTo(path)) return form_.window->grid(GridId::kReport).focus();
+    form_.status.setFirst(form_.services().texts.TL(9751, "'%1' steht nicht in der Ordnerliste.", {path}));
 }
 
 void ReportControl::showNotRead() {
@@ -101,6 +109,14 @@ void ReportControl::deleteFolders(bool forGood) {
 void ReportControl::openRowsMenu(Point at) {
     form_.sources.duringCommand(
         [&] { form_.window->bar(BarId::kMain).showPopup(idOf(Command::kMenuOfSelectedFolders), at); });
+}
+
+void ReportControl::openColumnsMenu(GridId grid, Point at) {
+    form_.barControl.openColumnsMenu(barOf(grid), at);
+}
+
+void ReportControl::copyPaths(const std::vector<std::string>& paths) {
+    form_.window->clipboard.copyFiles(paths);
 }
 
 void ReportControl::nameEdited(GridId /*grid*/, Row row, const std::string& name) {

@@ -30,6 +30,8 @@ class ReportControl final : public ReportHost {
 
     void save();
     void print();
+    /// Shows the report and selects the row of a folder in it, or, if there is none, says so.
+    void goTo(const std::string& path);
     /// Lists the folders that were not read, with the reasons.
     void showNotRead();
 
@@ -42,6 +44,8 @@ class ReportControl final : public ReportHost {
     void Preview_Reset_View() override;
     void deleteFolders(bool forGood) override;
     void openRowsMenu(Point at) override;
+    void openColumnsMenu(GridId grid, Point at) override;
+    void copyPaths(const std::vector<std::string>& paths) override;
     void nameEdited(GridId grid, Row row, const std::string& name) override;
     void Report_ShellContextMenu(Row row, const std::string& path, Point at) override;
 

@@ -29,6 +29,8 @@ class BarPane {
     /// Returns the height of the bar, with all its rows, at its present width.
     virtual int wrappedHeight() = 0;
     virtual void focusEdit(int id) = 0;
+    /// Marks the text of an edit box as one that was not found, until it changes; false takes the mark away.
+    virtual void markEdit(int id, bool notFound) = 0;
     /// Opens a popup of the bar at a place of the screen; the choice arrives as BarEvents::execute. Returns
     /// when that has run, or when the popup was closed.
     virtual void showPopup(int popup, Point at) = 0;

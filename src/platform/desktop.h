@@ -5,6 +5,8 @@
 // most a second.
 #pragma once
 
+#include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -21,6 +23,18 @@ enum class OpenResult {
     kStarted,
     kNoProgram,  ///< No program is set for the file's type.
     kFailed,
+};
+
+/// What the system tells of a file or folder; of a link itself, not of its target. Times are in seconds since
+/// 1970; 0 means that the file system has none.
+struct FileFacts {
+    std::string type;         ///< Its kind in the user's language: "PNG image".
+    std::uint64_t size = 0;   ///< As its content says.
+    std::uint64_t space = 0;  ///< What it takes on the disk.
+    std::int64_t modified = 0, created = 0, accessed = 0;
+    std::string owner, group;
+    std::uint32_t mode = 0;  ///< Kind and permissions, as the system has them.
+    std::uint32_t links = 0;
 };
 
 class Desktop {
@@ -44,6 +58,11 @@ class Desktop {
     virtual bool showInFolder(const std::vector<std::string>& paths) = 0;
     /// Opens the file manager's window of properties. Returns false if there is none.
     virtual bool showProperties(const std::vector<std::string>& paths) = 0;
+    /// Starts the user's terminal with the folder as its working directory. Returns false if there is none,
+    /// or if the folder cannot be entered.
+    virtual bool openTerminal(const std::string& folder) = 0;
+    /// Returns nothing if the path is gone or its disk does not answer.
+    virtual std::optional<FileFacts> facts(const std::string& path) = 0;
 };
 
 }  // namespace hl

@@ -19,6 +19,7 @@ struct MenuEntry {
     int id = 0;                           ///< 0 means a separator.
     std::string caption;                  ///< UTF-8, control characters visible; "&" is a plain character.
     std::vector<MenuEntry> entries = {};  ///< The entries of a submenu, whose own id can then not be chosen.
+    std::string key = {};                 ///< The key that does the same without the menu: "F2", "Ctrl+C".
     int icon = -1;                        ///< See platform/icons.h; -1 for none.
 };
 

@@ -16,7 +16,8 @@ class FileTypes {
     virtual ~FileTypes() = default;
     /// Returns a name such as "PNG image" in the user's language; nothing if the file's name does not decide.
     virtual std::optional<std::string> typeName(std::string_view fileName) = 0;
-    /// Decides by name and content; `beginning` is the first 4 KiB of the content.
+    /// Decides by name and content; `beginning` is the first 4 KiB of the content. Empty if they do not tell
+    /// the type.
     virtual std::string typeName(std::string_view fileName, std::string_view beginning) = 0;
     /// Returns the name of the icon in the desktop's theme ("image-png"), by the file's name alone. Never
     /// empty.

@@ -24,6 +24,13 @@ enum KeyCode : int {
     kKeyF2 = 113,
 };
 
+/// What a combination of keys in a grid asks for.
+enum class GridShortcut : std::uint8_t {
+    kCopy,     ///< Ctrl+C
+    kBack,     ///< Alt+Left
+    kForward,  ///< Alt+Right
+};
+
 enum class MouseButton : std::uint8_t { kLeft = 1, kRight = 2, kMiddle = 4 };
 
 /// What a grid of the window tells the view that it belongs to. No routine throws; what a view does not
@@ -36,11 +43,16 @@ class GridEvents {
     virtual void MouseUp(Row /*row*/, MouseButton /*button*/, bool /*shift*/, Point /*at*/) {}
     virtual void DblClick() {}
     virtual void KeyUp(int /*key*/) {}
+    virtual void Shortcut(GridShortcut /*what*/) {}
+    /// The button of a grid without rows was pressed.
+    virtual void emptyButtonPressed() {}
     /// Del was pressed anew, with Shift if `forGood`.
     virtual void deletePressed(bool /*forGood*/) {}
     /// The row's text was edited; `value` is the new text as bytes, perhaps unchanged.
     virtual void GridCellAfterEditing(Row /*row*/, const std::string& /*value*/) {}
     virtual void GridColumnTitleClick(std::size_t /*column*/) {}
+    /// The title row was clicked with the right button.
+    virtual void columnMenu(Point /*at*/) {}
     /// The user dragged the border of a column; comes before the click on the title that ends the drag.
     virtual void columnSizing() {}
     /// Other rows are visible now: the grid was scrolled or resized.
@@ -71,6 +83,8 @@ class GridPane {
     virtual int heightOfRows() = 0;
     /// Unfolds the rows that hide this one.
     virtual void scrollIntoView(Row row) = 0;
+    /// Unfolds the rows that hide this one, and scrolls it to the middle of what is visible.
+    virtual void scrollToMiddle(Row row) = 0;
     /// Returns nothing while the grid is hidden or has no rows.
     virtual std::optional<RowRange> visibleRows() = 0;
     /// Returns the column at a place of the screen, counted from 0; to the right of all columns their number.

@@ -68,6 +68,7 @@ constexpr IconNames kIcons[] = {
     {kIconPreview, nullptr, "preview"},
     {kIconSplit, nullptr, "split"},
     {kIconAnalyze, nullptr, "analyze"},
+    {kIconGuide, "help-contents", "guide"},
     {kIconTakeBack, "edit-undo", "take-back"},
 };
 

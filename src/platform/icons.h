@@ -67,6 +67,7 @@ enum Icon : int {
     kIconPreview,
     kIconSplit,
     kIconAnalyze,
+    kIconGuide,
     kIconTakeBack,
     kIconLast = kIconTakeBack,
 };

@@ -160,6 +160,8 @@ struct WindowParts {
     std::function<std::string(GridId, std::size_t column, Row)> cellTip;
     /// Returns the text for a grid without rows; empty for none.
     std::function<std::string(GridId)> emptyHint;
+    /// Returns the caption of the button below that text; empty for none.
+    std::function<std::string(GridId)> emptyButton;
     /// Returns the theme's icon name for a picture that platform/icons.h does not have; empty for none.
     std::function<std::string(int picture)> fileIcon;
     /// The captions of the buttons in the window's own questions, in the user's language.

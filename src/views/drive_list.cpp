@@ -325,6 +325,15 @@ void DriveList::DblClick() {
     if (!scan_.state.ScanActive) Drives_ScanDrives(true);
 }
 
+void DriveList::Shortcut(GridShortcut what) {
+    guarded(scan_.diagnostics, {.routine = "lvwDiskinfo_Shortcut"}, [&] {
+        if (what != GridShortcut::kCopy || grid_.selectedCount() == 0 || scan_.state.ScanActive) return;
+        std::vector<std::string> roots;
+        for (const Row row : grid_.selectedRows()) roots.emplace_back(grid_.text(row));
+        host_.copyPaths(roots);
+    });
+}
+
 void DriveList::KeyUp(int key) {
     if (scan_.state.ScanActive) return;
     if (key == kKeyReturn) DblClick();

@@ -96,6 +96,8 @@ class DriveListHost {
     virtual void Drives_ResizeTableHeight() = 0;
     /// Appends the sources to the queue and works through it.
     virtual void readSources(const std::vector<std::string>& sources) = 0;
+    /// Puts folders on the clipboard, as files and as text.
+    virtual void copyPaths(const std::vector<std::string>& paths) = 0;
     /// The menu of a drive.
     virtual void openDriveMenu(Row row, Point at) = 0;
 };
@@ -139,6 +141,7 @@ class DriveList final : public GridEvents {
     /// Return reads the first selected drive. The Delete key removes the first selected row if it is a share
     /// with a UNC text.
     void KeyUp(int key) override;
+    void Shortcut(GridShortcut what) override;
     void deletePressed(bool forGood) override;
 
     /// Delivers the answers that have arrived, and fits the columns once. To be called when

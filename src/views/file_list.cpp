@@ -42,31 +42,33 @@ class Filling final : public WaitCallback {
     Yield yield_;
 };
 
-void readRows(ScanContext& scan, Grid& list, const std::string& folder, Filling& filling, SizeValue& total) {
+// Returns true if all files were read.
+bool readRows(ScanContext& scan, Grid& list, const std::string& folder, Filling& filling, SizeValue& total) {
     const auto reader = scan.fileSystem.read(
         folder, {.recursive = false, .wantTimes = true, .wantFileNames = true}, &filling);
     while (const auto listing = reader->next()) {
         for (std::size_t i = 0; i < listing->count; ++i) {
-            if (!filling.goesOn()) return;
+            if (!filling.goesOn()) return false;
             const Entry& entry = listing->entries[i];
             if ((entry.attributes & kAttributeDirectory) != 0) continue;
             // Messages may have run while the file was looked into.
             std::string type;
             if (scan.types != nullptr)
                 type = scan.types->of(std::string(folder).append(listing->name(entry)));
-            if (!filling.isLatest()) return;
+            if (!filling.isLatest()) return false;
             addFileRow(list, *listing, i, type);
             total += SizeValue::fromBytes(entry.size);
         }
-        if (!listing->more) return;
+        if (!listing->more) return !listing->endError && !listing->error;
     }
+    return false;
 }
 
 }  // namespace
 
-void List_Files_ScanFolderR(ScanContext& scan, Grid& lvwFiles, const std::string& path,
+bool List_Files_ScanFolderR(ScanContext& scan, Grid& lvwFiles, const std::string& path,
                             SizeValue& FilesTotalSize) {
-    guarded(scan.diagnostics, [&] {
+    return guarded(scan.diagnostics, [&] {
         scan.state.CancelState = kCancelNone;
         Filling filling(scan);
         FilesTotalSize = SizeValue();
@@ -75,8 +77,9 @@ void List_Files_ScanFolderR(ScanContext& scan, Grid& lvwFiles, const std::string
         const ScopeExit on([&] { lvwFiles.setRedraw(true); });
         lvwFiles.clear();
         if (scan.types != nullptr) scan.types->restart();
-        readRows(scan, lvwFiles, path, filling, FilesTotalSize);
+        const bool all = readRows(scan, lvwFiles, path, filling, FilesTotalSize);
         if (filling.isLatest()) lvwFiles.sortLevels(0);
+        return all && filling.isLatest();
     });
 }
 

@@ -36,6 +36,7 @@ void FilesView::List_Files_ScanFolder(const std::string& path, bool lockControls
         const std::string folder = AddTrailingSlash(path, scan.paths);
         if (identityKey(folder, scan.paths) == identityKey(scan.state.currentFolder, scan.paths)) return;
         scan.state.currentFolder = folder;
+        all_ = false;
         // While messages run, rows of the former folder must not be taken for those of the new one.
         FilesTotalSize_ = SizeValue();
         grid_.clear();
@@ -68,7 +69,7 @@ void FilesView::listLocked(const std::string& folder) {
 
 void FilesView::list(const std::string& folder) {
     parts_.host.setSecondPanel(parts_.scan.texts.TL(9522, "Dateiliste wird geladen... (Abbruch: ESC-Taste)"));
-    List_Files_ScanFolderR(parts_.scan, grid_, folder, FilesTotalSize_);
+    all_ = List_Files_ScanFolderR(parts_.scan, grid_, folder, FilesTotalSize_);
     ShowFileStat();
     rowsReplaced();
 }

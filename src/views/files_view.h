@@ -19,6 +19,11 @@ class FilesView final : public ListView {
     /// Reads the folder again, unless the list has no rows.
     void List_Files_Refresh();
 
+    /// Tells whether the folder was read to its end and has no files directly in it.
+    bool foundNone() const {
+        return all_ && grid_.rowCount() == 0 && !parts_.scan.state.currentFolder.empty();
+    }
+
     std::string pathOf(Row row) const override;
     void ownCommand() override { List_Files_Refresh(); }
 
@@ -29,6 +34,7 @@ class FilesView final : public ListView {
     void list(const std::string& folder);
     void listLocked(const std::string& folder);
 
+    bool all_ = false;          ///< All files of the folder were read.
     SizeValue FilesTotalSize_;  ///< The size of all files that are listed.
 };
 

@@ -45,8 +45,14 @@ void ListView::StartSearch() {
         const std::size_t from = behind < count ? behind : 0;
         std::size_t hit = firstHit(part, from, count - 1);
         if (hit == count && from > 0) hit = firstHit(part, 0, from);
-        if (hit != count) showHit(grid_.rowAt(hit));
-        parts_.window.bar(barOf(traits_.searchText)).focusEdit(idOf(traits_.searchText));
+        BarPane& bar = parts_.window.bar(barOf(traits_.searchText));
+        bar.markEdit(idOf(traits_.searchText), hit == count);
+        if (hit != count) {
+            showHit(grid_.rowAt(hit));
+        } else {
+            parts_.host.setSecondPanel(parts_.scan.texts.TL(9750, "'%1' wurde nicht gefunden.", {part}));
+        }
+        bar.focusEdit(idOf(traits_.searchText));
     });
 }
 
@@ -69,8 +75,9 @@ std::size_t ListView::firstHit(const std::string& part, std::size_t from, std::s
 
 void ListView::showHit(Row row) {
     selectOnly(row);
-    pane_.scrollIntoView(row);
+    pane_.scrollToMiddle(row);
     if (traits_.hitLoadsIcons) SetFileIcons(false);
+    showSelection();
     if (traits_.hitShowsPreview) showPreview(false);
 }
 
@@ -148,6 +155,15 @@ void ListView::KeyUp(int key) {
         SetFileIcons(false);
         showSelection();
         if (traits_.keysShowPreview) showPreview(false);
+    });
+}
+
+void ListView::Shortcut(GridShortcut what) {
+    trapped(traits_.events, [&] {
+        if (ignoresInput() || what != GridShortcut::kCopy || grid_.selectedCount() == 0) return;
+        std::vector<std::string> paths;
+        for (const Row row : grid_.selectedRows()) paths.push_back(pathOf(row));
+        parts_.host.copyPaths(paths);
     });
 }
 

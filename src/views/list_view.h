@@ -37,6 +37,12 @@ class ListHost {
     /// Moves the selected files to the trash, or deletes them for good.
     virtual void deleteFiles(GridId list, bool forGood) = 0;
     virtual void ShellContextMenuFileList(GridId list, Point at) = 0;
+    /// Opens the menu in which columns are switched.
+    virtual void openColumnsMenu(GridId list, Point at) = 0;
+    /// Puts files on the clipboard, as files and as text.
+    virtual void copyPaths(const std::vector<std::string>& paths) = 0;
+    /// Fills a list that is switched off.
+    virtual void fillNow(GridId list) = 0;
     /// The row's name was edited; `name` is the new name as bytes, perhaps unchanged.
     virtual void nameEdited(GridId list, Row row, const std::string& name) = 0;
 };
@@ -98,6 +104,9 @@ class ListView : public GridEvents {
     void MouseUp(Row row, MouseButton button, bool shift, Point at) override;
     void DblClick() override;
     void KeyUp(int key) override;
+    void Shortcut(GridShortcut what) override;
+    void columnMenu(Point at) override { parts_.host.openColumnsMenu(traits_.grid, at); }
+    void emptyButtonPressed() override { parts_.host.fillNow(traits_.grid); }
     void deletePressed(bool forGood) override {
         if (!ignoresInput() && traits_.hasFiles) parts_.host.deleteFiles(traits_.grid, forGood);
     }

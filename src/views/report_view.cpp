@@ -1,12 +1,15 @@
 // The report's view: columns; folding; commands; the user's actions.
 #include "views/report_view.h"
 
+#include <algorithm>
+
 #include "app/command.h"
 #include "base/scope_exit.h"
 #include "grid/no_redraw.h"
 #include "robustness/trap.h"
 #include "scan/driver.h"
 #include "scan/records.h"
+#include "scan/report_changes.h"
 #include "scan/rollup.h"
 #include "views/list_columns.h"
 #include "views/report_columns.h"
@@ -187,10 +190,12 @@ void ReportView::searchFromStart(Row start, const std::string& part) {
     if (from > last) from = 0;
     Row hit = grid_.find(part, from, last);
     if (hit == kNoRow && from >= 1) hit = grid_.find(part, 0, from);
-    if (hit != kNoRow) showHit(hit);
+    barPane_.markEdit(kSearchBox, hit == kNoRow);
+    if (hit != kNoRow) return show(hit);
+    host_.setFirstPanel(scan_.texts.TL(9750, "'%1' wurde nicht gefunden.", {part}));
 }
 
-void ReportView::showHit(Row row) {
+void ReportView::show(Row row) {
     {
         const NoRedraw off(grid_);
         for (Row above = grid_.parent(row); above != kNoRow; above = grid_.parent(above))
@@ -199,9 +204,18 @@ void ReportView::showHit(Row row) {
         grid_.setSelected(row, true);
         grid_.setCurrentRow(row);
     }
-    pane_.scrollIntoView(row);
-    host_.showFilesOf(Report_GetFullpathOfNode(grid_, folderOf(row), true, scan_.paths));
-    host_.refreshPreview();
+    pane_.scrollToMiddle(row);
+    follow(row);
+}
+
+bool ReportView::goTo(const std::string& path) {
+    return guarded(scan_.diagnostics, {.routine = "goTo"}, [&] {
+        const Row row = scan_.state.ScanActive ? kNoRow : rowOf(path);
+        if (row == kNoRow) return false;
+        show(row);
+        Report_Resize_Columns(true);
+        return true;
+    });
 }
 
 void ReportView::removeAll() {
@@ -293,19 +307,63 @@ void ReportView::Report_MouseClick(Row row, MouseButton button, Point at) {
 }
 
 void ReportView::tellOf(Row row, MouseButton button, Point at) {
+    if (!follow(row)) return;
+    pane_.focus();
+    const bool folder = grid_.number(row, kIsFolder) == 1;
+    if (button == MouseButton::kRight && folder)
+        host_.Report_ShellContextMenu(row, AddTrailingSlash(pathOf(row), scan_.paths), at);
+}
+
+// Makes drives, lists, preview and status show the folder of a row. Messages run meanwhile; returns false if
+// another row is selected then.
+bool ReportView::follow(Row row) {
     const Row current = grid_.currentRow();
     host_.selectDriveOf(row);
-    const bool folder = grid_.number(row, kIsFolder) == 1;
     const std::string path = Report_GetFullpathOfNode(grid_, folderOf(row), true, scan_.paths);
     host_.showFilesOf(path);
-    // Messages have run: another row may be current now, and this one may be gone.
+    // Another row may be current now, and this one may be gone.
     if (grid_.currentRow() != current || !grid_.selected(row) || scan_.state.ScanActive ||
         Report_GetFullpathOfNode(grid_, folderOf(row), true, scan_.paths) != path)
-        return;
+        return false;
+    history_.visited(pathOf(row));
     showSelection(path);
     host_.refreshPreview();
-    pane_.focus();
-    if (button == MouseButton::kRight && folder) host_.Report_ShellContextMenu(row, path, at);
+    return true;
+}
+
+std::string ReportView::pathOf(Row row) const {
+    return Report_GetFullpathOfNode(grid_, folderOf(row), false, scan_.paths);
+}
+
+Row ReportView::rowOf(const std::string& path) const {
+    for (Row root = grid_.firstRoot(); root != kNoRow; root = grid_.nextSibling(root))
+        if (const Row row = rowOfFolder(grid_, root, path, scan_.paths); row != kNoRow) return row;
+    return kNoRow;
+}
+
+void ReportView::selectionArrived() {
+    if (grid_.selectedCount() == 1) history_.visited(pathOf(grid_.selectedRows().front()));
+}
+
+void ReportView::Shortcut(GridShortcut what) {
+    guarded(scan_.diagnostics, {.routine = "tvwPL_Shortcut"}, [&] {
+        if (grid_.rowCount() == 0 || scan_.state.ScanActive) return;
+        if (what == GridShortcut::kCopy) return copySelected();
+        const std::string path =
+            history_.step(what == GridShortcut::kBack ? -1 : 1,
+                          [this](const std::string& one) { return rowOf(one) != kNoRow; });
+        if (!path.empty()) goTo(path);
+    });
+}
+
+// The row of a folder's files stands for the folder, which may be selected, too.
+void ReportView::copySelected() {
+    std::vector<std::string> paths;
+    for (const Row row : grid_.selectedRows()) {
+        std::string path = pathOf(row);
+        if (std::ranges::find(paths, path) == paths.end()) paths.push_back(std::move(path));
+    }
+    if (!paths.empty()) host_.copyPaths(paths);
 }
 
 // Shows the sum of several rows, or of one row the path; nothing changes for an empty path.

@@ -5,10 +5,12 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "platform/command_bar.h"
 #include "platform/window.h"
 #include "scan/scan_context.h"
+#include "views/path_history.h"
 
 namespace hl {
 
@@ -30,6 +32,10 @@ class ReportHost {
     virtual void deleteFolders(bool forGood) = 0;
     /// Opens the menu for several selected rows.
     virtual void openRowsMenu(Point at) = 0;
+    /// Opens the menu in which columns are switched.
+    virtual void openColumnsMenu(GridId grid, Point at) = 0;
+    /// Puts files on the clipboard, as files and as text.
+    virtual void copyPaths(const std::vector<std::string>& paths) = 0;
     /// The row's name was edited; `name` is the new name as bytes, perhaps unchanged.
     virtual void nameEdited(GridId grid, Row row, const std::string& name) = 0;
     /// Opens the menu of a folder, the current row. `path` ends in a separator.
@@ -72,6 +78,11 @@ class ReportView final : public GridEvents {
     void Report_StartSearch();
     /// Empties the report.
     void removeAll();
+    /// Selects the row of a folder, and what hides it is unfolded; the window follows as after a click.
+    /// Returns false if no source shows the folder. `path` ends in no separator.
+    bool goTo(const std::string& path);
+    /// Going back leads to what is selected now, from whatever is selected later.
+    void selectionArrived();
 
     // --- what the user does; ignored while a scan or a loop over all rows is running
     /// Sorts all levels by the column; each click reverses the order.
@@ -86,6 +97,9 @@ class ReportView final : public GridEvents {
     /// Up and Down act for the first selected row like a click, but do not change the current row; Return
     /// acts like a double click; F2 renames a folder that is no source.
     void KeyUp(int key) override;
+    /// Copies the paths of the selected folders, or goes through those that were selected one by one.
+    void Shortcut(GridShortcut what) override;
+    void columnMenu(Point at) override { host_.openColumnsMenu(GridId::kReport, at); }
     void deletePressed(bool forGood) override {
         if (!scan_.state.ScanActive) host_.deleteFolders(forGood);
     }
@@ -106,12 +120,16 @@ class ReportView final : public GridEvents {
     void sortAgain(const std::string& key, bool numbers);
     void Report_MouseClick(Row row, MouseButton button, Point at);
     void tellOf(Row row, MouseButton button, Point at);
+    bool follow(Row row);
+    std::string pathOf(Row row) const;
+    Row rowOf(const std::string& path) const;
+    void copySelected();
     void selectOther(Row row, MouseButton button, bool shift);
     void dropSelection();
     void showSelection(const std::string& path);
     Row folderOf(Row row) const;
     void searchFromStart(Row start, const std::string& part);
-    void showHit(Row row);
+    void show(Row row);
 
     ScanContext& scan_;
     Grid& grid_;
@@ -120,6 +138,7 @@ class ReportView final : public GridEvents {
     GridPane& pane_;
     BarPane& barPane_;
     ReportHost& host_;
+    PathHistory history_;
     bool& ColumnDragGuard_;  ///< All lists that are sorted by clicks on their titles share it.
 };
 

@@ -82,6 +82,7 @@ int desktopCommand(int count, char** words) {
     if (verb == "all") std::cout << idsOf(desktop.allPrograms());
     if (verb == "with") std::cout << truth(desktop.openWith(rest.at(0), tail()));
     if (verb == "show") std::cout << truth(desktop.showInFolder(rest));
+    if (verb == "terminal") std::cout << truth(desktop.openTerminal(rest.at(0)));
     if (verb == "properties") std::cout << truth(desktop.showProperties(rest));
     return 0;
 }

@@ -35,7 +35,7 @@ struct DesktopUser : testing::Test {
         // It is complete before it gets its name, because whoever waits for it must not see a part of it.
         test::writeScript(at("bin/recorder"),
                           "out=\"$OUT/run/started\"\n{ printf '%s\\0' \"$@\"; } > \"$out.$$.new\"\n"
-                          "env > \"$OUT/run/env\"\nmv \"$out.$$.new\" \"$out.$$\"\n");
+                          "env > \"$OUT/run/env\"\npwd > \"$OUT/run/cwd\"\nmv \"$out.$$.new\" \"$out.$$\"\n");
         test::writeScript(at("bin/dbus-launch"), "touch \"$OUT/run/launched\"\n");
     }
     std::string at(const std::string& name) const { return folder_.path() + "/" + name; }
@@ -211,6 +211,39 @@ TEST_F(DesktopUser, WhatIsStartedGetsTheUsersOwnEnvironment) {
         }
     }
     EXPECT_FALSE(fs::exists(at("run/launched")));
+}
+
+TEST_F(DesktopUser, ATerminalStartsInItsFolderAndTheDesktopsChoiceComesFirst) {
+    const std::string odd = at("files/$(touch x) 'a\"b");
+    test::makeFolder(odd);
+    EXPECT_EQ(asks({"terminal", at("files/gone")}), "false");
+    for (const std::string name : {"x-terminal-emulator", "own-terminal", "xdg-terminal-exec"}) {
+        test::writeScript(at("bin/" + name), "exec recorder " + name + "\n");
+        environment = {{"TERMINAL", name == "x-terminal-emulator" ? "missing" : "own-terminal"}};
+        EXPECT_EQ(asks({"terminal", odd}), "true");
+        expectStarted(name);
+        EXPECT_EQ(test::contentOf(at("run/cwd")), odd + "\n");
+    }
+    EXPECT_EQ(asks({"terminal", at("files/gone")}), "false");
+    EXPECT_EQ(started(0).size(), 0U);
+}
+
+TEST_F(DesktopUser, FactsAreThoseOfTheSystem) {
+    DesktopPrograms desktop;
+    const std::string path = file("facts", std::string(5000, 'x'), 0640);
+    test::must(::link(path.c_str(), at("files/other").c_str()));
+    const auto facts = desktop.facts(path);
+    struct stat real;
+    test::must(::stat(path.c_str(), &real));
+    ASSERT_TRUE(facts);
+    EXPECT_EQ(facts->size, 5000U);
+    EXPECT_EQ(facts->space, static_cast<std::uint64_t>(real.st_blocks) * 512);
+    EXPECT_EQ(facts->mode, real.st_mode);
+    EXPECT_EQ(facts->links, 2U);
+    EXPECT_EQ(facts->modified, real.st_mtime);
+    EXPECT_FALSE(facts->owner.empty() || facts->group.empty());
+    EXPECT_EQ(desktop.facts(link("a link", path))->mode & S_IFMT, static_cast<mode_t>(S_IFLNK));
+    EXPECT_FALSE(desktop.facts(at("files/gone")));
 }
 
 TEST_F(DesktopUser, OnlyWhatCanRunRunsWhenOpened) {

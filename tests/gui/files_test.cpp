@@ -178,10 +178,11 @@ TEST_F(FilesTest, TheMenuOfAFolderDeletesItAndTheNumbersFollow) {
     EXPECT_FALSE(there("src/sub/deep"));
     expectNumbersOfAFreshScan();
     EXPECT_NE(protocol().find("GELÖSCHT: " + at("src/sub/deep") + "\r\n"), std::string::npos);
-    const Names own(menu.entries().end() - 11, menu.entries().end());
-    EXPECT_EQ(own, (Names{"-", "Ordner in den Papierkorb verschieben", "-", "Ordner löschen", "-",
-                          "Ordner umbenennen", "-", "Alle Unterordner zuklappen",
-                          "Alle Unterordner aufklappen", "-", "Ordner neu einlesen"}));
+    const Names own(menu.entries().end() - 13, menu.entries().end());
+    EXPECT_EQ(own,
+              (Names{"-", "Ordner in den Papierkorb verschieben", "-", "Ordner löschen", "-",
+                     "Ordner umbenennen", "-", "Alle Unterordner zuklappen", "Alle Unterordner aufklappen",
+                     "-", "Ordner neu einlesen", "-", "Terminal hier öffnen"}));
 }
 
 TEST_F(FilesTest, AFolderThatHoldsTheHomeStaysAndTheUserIsToldWhy) {
@@ -301,9 +302,10 @@ TEST_F(FilesTest, AListsMenuIsForOneOrForSeveral) {
     {
         const MenuAnswer menu("Datei umbenennen");
         rightClick(list, list.grid().rowAt(0));
-        const Names own(menu.entries().end() - 8, menu.entries().end());
+        const Names own(menu.entries().end() - 10, menu.entries().end());
         EXPECT_EQ(own, (Names{"-", "Datei(en) in den Papierkorb verschieben", "-", "Datei(en) löschen", "-",
-                              "Datei umbenennen", "-", "Dateipfad öffnen"}));
+                              "Datei umbenennen", "-", "Dateipfad öffnen", "In der Ordnerliste zeigen",
+                              "Terminal hier öffnen"}));
         auto* box = list.viewport()->findChild<QLineEdit*>();
         ASSERT_NE(box, nullptr);
         s().key(*box, Qt::Key_Escape);

@@ -64,6 +64,7 @@ struct FakeGridPane : GridPane {
     int innerWidth() override { return 245; }
     int heightOfRows() override { return 60; }
     void scrollIntoView(Row) override { all.calls.emplace_back("scroll"); }
+    void scrollToMiddle(Row) override { all.calls.emplace_back("middle"); }
     std::optional<RowRange> visibleRows() override { return all.visibleRows; }
     std::size_t columnAt(Point) override { return all.columnUnderPointer; }
     void refresh() override {}
@@ -78,6 +79,9 @@ struct FakeBarPane : BarPane {
     explicit FakeBarPane(FakeAnswers& answers) : all(answers) {}
     int wrappedHeight() override { return 24; }
     void focusEdit(int id) override { all.calls.push_back("edit " + std::to_string(id)); }
+    void markEdit(int id, bool notFound) override {
+        if (notFound) all.calls.push_back("not found " + std::to_string(id));
+    }
     void showPopup(int popup, Point) override { all.calls.push_back("popup " + std::to_string(popup)); }
     FakeAnswers& all;
 };

@@ -1,6 +1,7 @@
 // A desktop that can open everything.
 #pragma once
 
+#include <map>
 #include <string>
 #include <vector>
 
@@ -11,7 +12,10 @@ namespace hl::test {
 class RecordingDesktop final : public Desktop {
   public:
     std::vector<std::string> opened;
-    bool runs = false;  ///< All files count as programs.
+    std::vector<std::string> terminals;  ///< The folders that terminals were opened in.
+    bool hasTerminal = true;
+    std::map<std::string, FileFacts> known;  ///< By the path.
+    bool runs = false;                       ///< All files count as programs.
     OpenResult result = OpenResult::kStarted;
     std::vector<DesktopProgram> programs;  ///< All programs of the desktop.
 
@@ -27,6 +31,14 @@ class RecordingDesktop final : public Desktop {
     bool runsWhenOpened(const std::string&) override { return runs; }
     bool showInFolder(const std::vector<std::string>&) override { return true; }
     bool showProperties(const std::vector<std::string>&) override { return false; }
+    bool openTerminal(const std::string& folder) override {
+        terminals.push_back(folder);
+        return hasTerminal;
+    }
+    std::optional<FileFacts> facts(const std::string& path) override {
+        const auto found = known.find(path);
+        return found == known.end() ? std::nullopt : std::optional(found->second);
+    }
 };
 
 }  // namespace hl::test

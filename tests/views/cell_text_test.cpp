@@ -168,28 +168,34 @@ struct DecidesDots : FileTypes {
         return "by name";
     }
     std::string typeName(std::string_view, std::string_view beginning) override {
-        return "by " + std::string(beginning);
+        return beginning.empty() ? "" : "by " + std::string(beginning);
     }
     std::string iconName(std::string_view) override { return "icon"; }
 };
 
-TEST(TypeNames, LookIntoSoManyFilesOfAListWhoseNamesDecideNothing) {
+TEST(TypeNames, LookIntoSoManyFilesOfAListWhoseNamesDecideNothingAndCallTheOthersFiles) {
     const test::TempDir folder;
     test::writeFile(folder.path() + "/plain", "content");
     test::writeFile(folder.path() + "/x.y", "content");
     LinuxFiles files;
     DecidesDots types;
-    TypeNames names(types, files);
+    const test::TestTexts texts;
+    TypeNames names(types, files, texts.texts);
     for (int list = 0; list < 2; ++list) {
         names.restart();
-        int looked = 0;
+        int looked = 0, called = 0;
         for (int i = 0; i < TypeNames::kMostLooks + 9; ++i) {
             EXPECT_EQ(names.of(folder.path() + "/x.y"), "by name");
-            looked += names.of(folder.path() + "/plain") == "by content" ? 1 : 0;
+            const std::string name = names.of(folder.path() + "/plain");
+            looked += name == "by content" ? 1 : 0;
+            called += name == "Datei" ? 1 : 0;
         }
         EXPECT_EQ(looked, TypeNames::kMostLooks);
+        EXPECT_EQ(called, 9);
     }
     names.restart();
+    test::writeFile(folder.path() + "/unknown", "");
+    EXPECT_EQ(names.of(folder.path() + "/unknown"), "Datei");
     EXPECT_EQ(names.of(folder.path() + "/missing"), "");
 }
 

@@ -47,6 +47,8 @@ class RecordingDriveHost final : public DriveListHost {
     void Drives_ResizeTableHeight() override {}
     void readSources(const std::vector<std::string>& read) override { sources = read; }
     void openDriveMenu(Row, Point) override {}
+    void copyPaths(const std::vector<std::string>& paths) override { copied = paths; }
+    std::vector<std::string> copied;
 };
 
 struct DriveListTest : testing::Test, test::TestScan {
@@ -216,6 +218,8 @@ TEST_F(DriveListTest, KeepsSharesInTheSettingsAndLosesThoseNotSaved) {
     EXPECT_EQ(roots(), (std::vector<std::string>{"/", "/media/stick", "/media/stick2", "\\\\a\\1\\", "//b/2/",
                                                  "\\\\c\\3\\"}));
     grid.setSelected(grid.rowAt(3), true);
+    list.Shortcut(GridShortcut::kCopy);
+    EXPECT_EQ(host.copied.size(), 1U);
     list.deletePressed(false);
     list.deletePressed(false);  // Nothing is selected any more.
     EXPECT_EQ(grid.rowCount(), 5U);

@@ -91,6 +91,11 @@ struct ListFixture : ScanFixture, ListHost {
     }
     void openFile(const std::string& path) override { asked.push_back("open " + path); }
     void ShellContextMenuFileList(GridId, Point) override { asked.emplace_back("menu"); }
+    void openColumnsMenu(GridId, Point) override { asked.emplace_back("columns menu"); }
+    void copyPaths(const std::vector<std::string>& copied) override {
+        for (const std::string& path : copied) asked.push_back("copy " + path);
+    }
+    void fillNow(GridId) override { asked.emplace_back("fill"); }
     void nameEdited(GridId, Row, const std::string& name) override { asked.push_back("name " + name); }
 
     static void select(Grid& grid, std::initializer_list<std::size_t> rows) {

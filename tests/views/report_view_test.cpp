@@ -38,6 +38,10 @@ struct ReportTest : test::ScanFixture, ReportHost {
     void Preview_Reset_View() override { asked.emplace_back("no preview"); }
     void deleteFolders(bool forGood) override { asked.emplace_back(forGood ? "delete" : "recycle"); }
     void openRowsMenu(Point) override { asked.emplace_back("rows menu"); }
+    void openColumnsMenu(GridId, Point) override { asked.emplace_back("columns menu"); }
+    void copyPaths(const std::vector<std::string>& copied) override {
+        for (const std::string& path : copied) asked.push_back("copy " + path);
+    }
     void nameEdited(GridId, Row, const std::string& name) override { asked.push_back("name " + name); }
     void Report_ShellContextMenu(Row, const std::string& path, Point) override {
         asked.push_back("menu " + path);
@@ -141,6 +145,18 @@ TEST_F(ReportTest, IgnoresTheUserDuringAScanAndInAnEmptyReport) {
     view.removeAll();
     EXPECT_EQ(report.rowCount() + state.DeepestLevel, 0U);
     EXPECT_TRUE(tryAll() && report.levelSort(0).descending);
+}
+
+TEST(PathHistory, IsBoundedAndForgetsWhatFollowedANewPath) {
+    PathHistory history;
+    const auto there = [](const std::string&) { return true; };
+    for (std::size_t i = 0; i < PathHistory::kMost + 20; ++i) history.visited(std::to_string(i));
+    std::string oldest, next;
+    while (!(next = history.step(-1, there)).empty()) oldest = next;
+    EXPECT_EQ(oldest, "20");
+    history.visited("new");
+    EXPECT_EQ(history.step(1, there), "");
+    EXPECT_EQ(history.step(-1, there), "20");
 }
 
 }  // namespace

@@ -46,6 +46,8 @@ struct TrapNames : test::ListFixture, ReportHost {
     void Preview_Reset_View() override {}
     void deleteFolders(bool) override {}
     void openRowsMenu(Point) override {}
+    void openColumnsMenu(GridId, Point) override {}
+    void copyPaths(const std::vector<std::string>&) override {}
     void nameEdited(GridId, Row, const std::string&) override {}
     void Report_ShellContextMenu(Row, const std::string&, Point) override {}
 };

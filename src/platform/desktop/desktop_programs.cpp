@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <array>
+#include <memory>
 #include <optional>
 #include <set>
 #include <string_view>
@@ -129,6 +130,62 @@ bool namesItsInterpreter(const std::string& path) {
     return std::string_view(mark.data(), read) == "#!";
 }
 
+/// Returns the terminals to try: the desktop's choice, the user's, the system's, and some well-known ones.
+std::vector<std::string> terminals() {
+    std::vector<std::string> names = {"xdg-terminal-exec"};
+    if (std::string own = gioText(g_getenv("TERMINAL")); !own.empty()) names.push_back(std::move(own));
+    for (const char* known : {"x-terminal-emulator", "gnome-terminal", "konsole", "kgx", "ptyxis",
+                              "xfce4-terminal", "mate-terminal", "lxterminal", "qterminal", "tilix",
+                              "alacritty", "kitty", "foot", "urxvt", "xterm"})
+        names.emplace_back(known);
+    return names;
+}
+
+/// Starts the first terminal that is there; the folder's name is no part of the command.
+bool startTerminal(const std::string& folder) {
+    const auto user = usersEnvironment();
+    const std::unique_ptr<char*, decltype(&g_strfreev)> environment(
+        g_app_launch_context_get_environment(user.get()), g_strfreev);
+    constexpr auto kFlags = static_cast<GSpawnFlags>(G_SPAWN_SEARCH_PATH | G_SPAWN_STDOUT_TO_DEV_NULL |
+                                                     G_SPAWN_STDERR_TO_DEV_NULL);
+    for (std::string& name : terminals()) {
+        char* words[] = {name.data(), nullptr};
+        GError* failure = nullptr;
+        const bool started = g_spawn_async(folder.c_str(), words, environment.get(), kFlags, nullptr, nullptr,
+                                           nullptr, &failure) != FALSE;
+        const Owned<GError> error(failure);
+        if (started) return true;
+        if (error && g_error_matches(error.get(), G_SPAWN_ERROR, G_SPAWN_ERROR_CHDIR) != FALSE) return false;
+    }
+    return false;
+}
+
+/// Returns nothing for a path that is gone. A link is not followed.
+std::optional<FileFacts> readFacts(const std::string& path) {
+    const auto file = fileAt(path);
+    const Owned<GFileInfo> info(g_file_query_info(file.get(), "standard::*,time::*,unix::*,owner::*",
+                                                  G_FILE_QUERY_INFO_NOFOLLOW_SYMLINKS, nullptr, nullptr));
+    if (!info) return std::nullopt;
+    const auto number = [&](const char* name) { return g_file_info_get_attribute_uint64(info.get(), name); };
+    const auto small = [&](const char* name) { return g_file_info_get_attribute_uint32(info.get(), name); };
+    const auto text = [&](const char* name) {
+        return gioText(g_file_info_get_attribute_string(info.get(), name));
+    };
+    const auto time = [&](const char* name) { return static_cast<std::int64_t>(number(name)); };
+    const std::unique_ptr<char, decltype(&g_free)> type(
+        g_content_type_get_description(text(G_FILE_ATTRIBUTE_STANDARD_CONTENT_TYPE).c_str()), g_free);
+    return FileFacts{.type = gioText(type.get()),
+                     .size = number(G_FILE_ATTRIBUTE_STANDARD_SIZE),
+                     .space = number(G_FILE_ATTRIBUTE_STANDARD_ALLOCATED_SIZE),
+                     .modified = time(G_FILE_ATTRIBUTE_TIME_MODIFIED),
+                     .created = time(G_FILE_ATTRIBUTE_TIME_CREATED),
+                     .accessed = time(G_FILE_ATTRIBUTE_TIME_ACCESS),
+                     .owner = text(G_FILE_ATTRIBUTE_OWNER_USER),
+                     .group = text(G_FILE_ATTRIBUTE_OWNER_GROUP),
+                     .mode = small(G_FILE_ATTRIBUTE_UNIX_MODE),
+                     .links = small(G_FILE_ATTRIBUTE_UNIX_NLINK)};
+}
+
 std::string folderOf(const std::string& path) {
     const auto slash = path.rfind('/', path.size() - 2);
     return slash == std::string::npos || slash == 0 ? "/" : path.substr(0, slash);
@@ -224,6 +281,15 @@ bool DesktopPrograms::showInFolder(const std::vector<std::string>& paths) {
 
 bool DesktopPrograms::showProperties(const std::vector<std::string>& paths) {
     return askFileManager(SessionBus(), Ask::kShowItemProperties, paths);
+}
+
+bool DesktopPrograms::openTerminal(const std::string& folder) {
+    return ask<bool>(patience_, folder, false, [folder] { return startTerminal(folder); });
+}
+
+std::optional<FileFacts> DesktopPrograms::facts(const std::string& path) {
+    return ask<std::optional<FileFacts>>(
+        patience_, path, std::nullopt, [path] { return readFacts(path); }, LastName::kItself);
 }
 
 }  // namespace hl

@@ -19,6 +19,8 @@ class DesktopPrograms final : public Desktop {
     bool runsWhenOpened(const std::string& path) override;
     bool showInFolder(const std::vector<std::string>& paths) override;
     bool showProperties(const std::vector<std::string>& paths) override;
+    bool openTerminal(const std::string& folder) override;
+    std::optional<FileFacts> facts(const std::string& path) override;
 
   private:
     Patience* patience_;

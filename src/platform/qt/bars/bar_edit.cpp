@@ -5,6 +5,7 @@
 #include <QKeyEvent>
 #include <QMimeData>
 #include <QToolButton>
+#include <utility>
 
 #include "platform/qt/common/qt_convert.h"
 #include "platform/qt/common/qt_guard.h"
@@ -27,6 +28,7 @@ BarEdit::BarEdit(CommandBar& bar, const BarEntry& entry, WindowEvents& faults, B
     setToolTip(qtText(entry.tooltip));
     setEnabled(entry.enabled);
     showHint();
+    connect(this, &QLineEdit::textChanged, this, [this] { setNotFound(false); });
     // The first button to clear a box makes the toolkit load its readers of all kinds of pictures, so there
     // is none before there is a text. In a box of a few digits it would cover them.
     if (entry.width == 0) {
@@ -63,6 +65,21 @@ void BarEdit::showHint() {
         hint.setAlphaF(0.6F);
         own.setColor(group, QPalette::PlaceholderText, hint);
     }
+    setPalette(own);
+}
+
+/// The colour lies between red and the ground, so that the text can be read in any palette.
+void BarEdit::setNotFound(bool notFound) {
+    if (std::exchange(notFound_, notFound) == notFound) return;
+    setPalette(QPalette());
+    showHint();
+    if (!notFound) return;
+    constexpr int kRed = 220, kOther = 30;
+    QPalette own = palette();
+    const QColor ground = own.color(QPalette::Base);
+    const auto mixed = [](int channel, int towards) { return (2 * channel + towards) / 3; };
+    own.setColor(QPalette::Base,
+                 {mixed(ground.red(), kRed), mixed(ground.green(), kOther), mixed(ground.blue(), kOther)});
     setPalette(own);
 }
 

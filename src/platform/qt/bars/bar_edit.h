@@ -20,6 +20,10 @@ class BarEdit final : public QLineEdit {
     BarEdit(CommandBar& bar, const BarEntry& entry, WindowEvents& faults, BarEvents& events, Within within,
             const QString& clear, QWidget* parent);
 
+    int id() const { return id_; }
+    /// Marks the text as one that was not found, until it changes.
+    void setNotFound(bool notFound);
+
   protected:
     void dragEnterEvent(QDragEnterEvent* event) override;
     void focusOutEvent(QFocusEvent* event) override;
@@ -33,6 +37,7 @@ class BarEdit final : public QLineEdit {
     BarEvents& events_;
     Within within_;
     int id_;
+    bool notFound_ = false;
 };
 
 }  // namespace hl

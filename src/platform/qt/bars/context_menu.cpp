@@ -1,5 +1,6 @@
 #include "platform/qt/bars/context_menu.h"
 
+#include <QKeySequence>
 #include <QMenu>
 
 #include "platform/qt/common/qt_convert.h"
@@ -16,7 +17,9 @@ void fill(QMenu& menu, const std::vector<MenuEntry>& entries, IconStore& icons) 
         } else if (entry.id == 0) {
             menu.addSeparator();
         } else {
-            menu.addAction(icons.icon(entry.icon), caption)->setData(entry.id);
+            QAction* action = menu.addAction(icons.icon(entry.icon), caption);
+            action->setData(entry.id);
+            action->setShortcut(QKeySequence::fromString(qtText(entry.key), QKeySequence::PortableText));
         }
     }
 }

@@ -58,13 +58,15 @@ ToolBar::ToolBar(CommandBar& bar, IconStore& icons, WindowEvents& faults, BarEve
       faults_(faults),
       events_(events),
       custom_(custom),
-      extension_(new BarButton(faults, this)) {
+      extension_(new BarButton(faults, this)),
+      focus_([this] { return placesOfFocus(); }, faults) {
     QAccessible::installFactory(toolBarInterface);
     setObjectName(qtText(bar.name()));
     extension_->setObjectName(objectName() + QStringLiteral(".extension"));
     extension_->setText(QStringLiteral("\u00BB"));
     extension_->setPopupMode(QToolButton::InstantPopup);
     extension_->hide();
+    focus_.watch(*extension_);
     if (custom_ != nullptr) custom_->setParent(this);
     bar_.attach(this);
 }
@@ -129,17 +131,12 @@ void ToolBar::build() {
         if (part.widget == nullptr) continue;
         if (part.widget->objectName().isEmpty())
             part.widget->setObjectName(objectName() + QStringLiteral(".%1").arg(entry.id));
+        focus_.watch(*part.widget);
         sync(part, entry);
         if (focused != 0 && entry.id == focused) part.widget->setFocus();
     }
     if (accessibleName().isEmpty()) setAccessibleName(qtText(bar_.title()));
     arrange();
-}
-
-void ToolBar::addTabStops(std::vector<QWidget*>& stops) const {
-    for (const Part& part : parts_)
-        if (part.widget != nullptr) stops.push_back(part.widget);
-    stops.push_back(extension_);
 }
 
 QWidget* ToolBar::make(const BarEntry& entry, Part& part) {
@@ -406,6 +403,11 @@ void ToolBar::focusEditBehind(int id) {
     extension_->showMenu();
 }
 
+void ToolBar::markEdit(int id, bool notFound) {
+    for (BarEdit* edit : findChildren<BarEdit*>())
+        if (edit->id() == id) edit->setNotFound(notFound);
+}
+
 void ToolBar::showPopup(int id, Point at) {
     for (const BarEntry& popup : bar_.popups()) {
         if (popup.id != id) continue;
@@ -416,6 +418,15 @@ void ToolBar::showPopup(int id, Point at) {
         popup_->exec({at.x, at.y});
         return;
     }
+}
+
+// Returns all parts in their order, the button for the rest at the end.
+std::vector<QWidget*> ToolBar::placesOfFocus() const {
+    std::vector<QWidget*> all;
+    for (const Part& part : parts_)
+        if (part.widget != nullptr) all.push_back(part.widget);
+    all.push_back(extension_);
+    return all;
 }
 
 }  // namespace hl

@@ -7,6 +7,7 @@
 
 #include "platform/command_bar.h"
 #include "platform/qt/bars/bar_flow.h"
+#include "platform/qt/bars/bar_focus.h"
 #include "platform/qt/bars/bar_menu.h"
 #include "platform/window.h"
 
@@ -29,6 +30,7 @@ class ToolBar final : public QWidget, public BarPane, private BarObserver {
     // --- BarPane
     int wrappedHeight() override { return heightForWidth(width()); }
     void focusEdit(int id) override;
+    void markEdit(int id, bool notFound) override;
     void showPopup(int id, Point at) override;
 
     /// Sets the names, for assistive tools, of the button that shows the entries that do not fit, and of
@@ -41,8 +43,9 @@ class ToolBar final : public QWidget, public BarPane, private BarObserver {
     int heightForWidth(int width) const override;
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
-    /// Adds the parts of the bar that the Tab key may stop at, in their order.
-    void addTabStops(std::vector<QWidget*>& stops) const;
+    /// Adds the one part that the Tab key may stop at: that which had the focus last. The arrow keys lead
+    /// from there to the others.
+    void addTabStops(std::vector<QWidget*>& stops) const { focus_.addTabStops(stops); }
 
   protected:
     bool event(QEvent* event) override;
@@ -75,6 +78,7 @@ class ToolBar final : public QWidget, public BarPane, private BarObserver {
     void within(const std::function<void()>& telling);
     void run(int id);
     void focusEditBehind(int id);
+    std::vector<QWidget*> placesOfFocus() const;
     void drop(QObject* old);
 
     CommandBar& bar_;
@@ -83,6 +87,7 @@ class ToolBar final : public QWidget, public BarPane, private BarObserver {
     BarEvents& events_;
     QWidget* custom_;
     QToolButton* extension_;
+    BarFocus focus_;
     QString clear_;
     std::vector<Part> parts_;
     std::vector<QRect> separators_;

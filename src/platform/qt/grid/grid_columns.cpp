@@ -38,6 +38,9 @@ GridHeader* GridColumns::makeHeader() {
     calls.sizing = [this] {
         if (view_.takesInput()) view_.listener().columnSizing();
     };
+    calls.menu = [this](const QPoint& at) {
+        if (view_.takesInput()) view_.listener().columnMenu({at.x(), at.y()});
+    };
     calls.sized = [this](int column, int width) {
         if (column == 0) wantedName_ = width;
         store(static_cast<std::size_t>(column), width);

@@ -1,5 +1,6 @@
 #include "platform/qt/grid/grid_header.h"
 
+#include <QContextMenuEvent>
 #include <QMouseEvent>
 #include <utility>
 
@@ -55,6 +56,13 @@ void GridHeader::mouseReleaseEvent(QMouseEvent* event) {
         QHeaderView::mouseReleaseEvent(event);
         // The toolkit does not report a click when a release ends a drag.
         if (const int column = std::exchange(dragged_, -1); column >= 0) calls_.click(column);
+    });
+}
+
+void GridHeader::contextMenuEvent(QContextMenuEvent* event) {
+    kGuard(events_, [&] {
+        event->accept();
+        calls_.menu(event->globalPos());
     });
 }
 

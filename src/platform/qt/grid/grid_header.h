@@ -15,6 +15,7 @@ struct HeaderCalls {
     /// Called once for each drag of a border, before the `click` on the same column that ends the drag.
     std::function<void()> sizing;
     std::function<void(int column, int width)> sized;
+    std::function<void(const QPoint& at)> menu;  ///< Called for a right click; `at` is a place of the screen.
     std::function<void(int column)> fit;  ///< Called for a double click on the border behind the column.
 };
 
@@ -26,6 +27,7 @@ class GridHeader : public QHeaderView {
     void mousePressEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
+    void contextMenuEvent(QContextMenuEvent* event) override;
 
   private:
     void sectionSized(int column, int oldWidth, int width);

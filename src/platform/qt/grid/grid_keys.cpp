@@ -21,6 +21,14 @@ constexpr KeyName kToldKeys[] = {
     {Qt::Key_Down, kKeyDown},        {Qt::Key_F2, kKeyF2},        {Qt::Key_PageUp, kKeyPageUp},
     {Qt::Key_PageDown, kKeyPageDown}};
 
+std::optional<GridShortcut> shortcutOf(const QKeyEvent& event) {
+    if (event.matches(QKeySequence::Copy)) return GridShortcut::kCopy;
+    if ((event.modifiers() & ~Qt::KeypadModifier) != Qt::AltModifier) return std::nullopt;
+    if (event.key() == Qt::Key_Left) return GridShortcut::kBack;
+    if (event.key() == Qt::Key_Right) return GridShortcut::kForward;
+    return std::nullopt;
+}
+
 std::optional<int> toldKey(int key) {
     for (const KeyName& known : kToldKeys)
         if (known.toolkit == key) return known.code;
@@ -33,6 +41,12 @@ std::optional<int> toldKey(int key) {
 
 void GridKeys::press(QKeyEvent& event) {
     event.ignore();
+    if (const auto shortcut = shortcutOf(event)) {
+        event.accept();
+        // The logic may let messages run meanwhile: repetitions of a held key would run inside each other.
+        if (!event.isAutoRepeat() && view_.takesInput()) view_.listener().Shortcut(*shortcut);
+        return;
+    }
     // With Alt or Meta a key belongs to the menus and to the desktop.
     if ((event.modifiers() & (Qt::AltModifier | Qt::MetaModifier)) != 0 || !view_.takesInput()) return;
     if (event.key() == Qt::Key_Delete && !event.modifiers().testFlag(Qt::ControlModifier)) {
@@ -124,7 +138,8 @@ bool GridKeys::pressTreeKey(const QKeyEvent& event) {
             }
             return true;
         case Qt::Key_Left:
-            if (open) {
+        case Qt::Key_Backspace:
+            if (open && event.key() == Qt::Key_Left) {
                 actions.foldRow(*index, false);
             } else if (const auto above = view_.rows().find(view_.grid().parent(row))) {
                 actions.pick(*above, Pick::kOnly);

@@ -1,6 +1,7 @@
 #include "platform/qt/grid/grid_sync.h"
 
 #include <QScrollBar>
+#include <algorithm>
 
 #include "base/scope_exit.h"
 #include "platform/qt/common/qt_guard.h"
@@ -173,6 +174,12 @@ void GridSync::ensureVisible(std::size_t index) {
     } else if (index >= top + page) {
         setTopIndex(index - page + 1);
     }
+}
+
+void GridSync::showInMiddle(std::size_t index) {
+    ensureVisible(index);
+    const auto half = static_cast<std::size_t>(view_.places().wholeRowsOnPage() / 2);
+    setTopIndex(index - std::min(index, half));
 }
 
 }  // namespace hl

@@ -43,6 +43,8 @@ class GridSync : public GridObserver {
     /// Scrolls so that the row is visible. The logic, which is told of scrolling, may let messages run and
     /// rows be removed: afterwards nothing may be asked about them.
     void ensureVisible(std::size_t index);
+    /// Scrolls like that so that the row is in the middle of what is visible, as far as there are rows.
+    void showInMiddle(std::size_t index);
     /// Is called when the user scrolled up or down, or a routine here did.
     void scrolled();
     /// Makes the grid's current row no new one any more; it is in sight already.

@@ -2,6 +2,7 @@
 // parts.
 #include "platform/qt/grid/grid_view.h"
 
+#include <QApplication>
 #include <QContextMenuEvent>
 #include <QHelpEvent>
 #include <QPaintEvent>
@@ -21,6 +22,12 @@ namespace hl {
 
 constexpr QtGuard kGuard{"GridView"};
 
+namespace {
+
+constexpr int kFrame = 2;  // In pixels; so wide, the frame of the view with the focus is seen.
+
+}  // namespace
+
 // --- life
 
 GridView::GridView(Grid& grid, GridId id, bool tree, CellTextFunction cellText, WindowEvents& events,
@@ -30,6 +37,7 @@ GridView::GridView(Grid& grid, GridId id, bool tree, CellTextFunction cellText, 
       cellText_(std::move(cellText)),
       sources_{grid, id, tree, cellText_, icon_},
       events_(events),
+      hint_(*this),
       levelCaption_(QStringLiteral("Level")),
       sync_(*this, grid, id, cellText_, events),
       places_(*this, sources_, sync_.rows()),
@@ -48,6 +56,10 @@ GridView::~GridView() {
 }
 
 void GridView::setUp() {
+    setFrameStyle(static_cast<int>(QFrame::Box) | static_cast<int>(QFrame::Plain));
+    setLineWidth(kFrame);
+    connect(qApp, &QApplication::focusChanged, this,
+            [this](QWidget*, QWidget* to) { kGuard(events_, "focusMoved", [&] { focusMoved(to); }); });
     installGridAccessible();
     setHorizontalHeader(columns_.makeHeader());
     verticalHeader()->hide();
@@ -147,6 +159,12 @@ void GridView::scrollIntoView(Row row) {
     if (const auto index = rows().find(row)) sync_.ensureVisible(*index);
 }
 
+void GridView::scrollToMiddle(Row row) {
+    scrollIntoView(row);
+    if (row == kNoRow || !sync()) return;
+    if (const auto index = rows().find(row)) sync_.showInMiddle(*index);
+}
+
 void GridView::refresh() {
     sync();
     viewport()->update();
@@ -173,6 +191,12 @@ QString GridView::cellText(std::size_t column, Row row) const {
     return QString::fromStdString(cellText_(sources_.id, column, row));
 }
 
+// The button comes first: it lies in the view, which would otherwise be taken for it.
+void GridView::addTabStops(std::vector<QWidget*>& stops) {
+    if (hint_.button() != nullptr) stops.push_back(hint_.button());
+    stops.push_back(this);
+}
+
 void GridView::layOut() {
     executeDelayedItemsLayout();
     updateGeometries();
@@ -186,6 +210,34 @@ void GridView::moveEditor(bool newRows) {
 
 // --- painting
 
+bool GridView::event(QEvent* event) {
+    return kGuard(events_, [&] {
+        const bool known = QTableView::event(event);
+        if (event->type() == QEvent::Paint) paintFrame();
+        return known;
+    });
+}
+
+// The frame of the view with the focus is wider and has the colour of selected rows.
+void GridView::paintFrame() {
+    QPainter painter(this);
+    const auto fill = [&](const QRect& outer, const QRect& inner, const QColor& color) {
+        painter.setClipRegion(QRegion(outer) - inner);
+        painter.fillRect(outer, color);
+    };
+    const QRect line = contentsRect().adjusted(-1, -1, 1, 1);
+    if (holdsFocus_) return fill(rect(), contentsRect(), palette().color(QPalette::Highlight));
+    fill(rect(), line, palette().color(QPalette::Window));
+    fill(line, contentsRect(), palette().color(QPalette::Mid));
+}
+
+void GridView::focusMoved(const QWidget* to) {
+    const bool holds = to == this || (to != nullptr && isAncestorOf(to));
+    if (std::exchange(holdsFocus_, holds) == holds) return;
+    update();
+    viewport()->update();
+}
+
 void GridView::paintEvent(QPaintEvent* event) {
     kGuard(events_, [&] { paintRows(event->rect()); });
 }
@@ -193,7 +245,8 @@ void GridView::paintEvent(QPaintEvent* event) {
 void GridView::paintRows(const QRect& dirty) {
     QPainter painter(viewport());
     painter.fillRect(dirty, palette().color(QPalette::Base));
-    if (grid_.firstRoot() == kNoRow) return paintEmptyHint(painter);
+    if (grid_.firstRoot() == kNoRow) return hint_.paint(painter);
+    hint_.rowsPainted();
     std::vector<PaintedColumn> columns = places_.paintedColumns();
     if (columns.empty()) return;
     const int right = columns.back().left + columns.back().width;
@@ -222,14 +275,6 @@ void GridView::widenLater() {
         });
     };
     QMetaObject::invokeMethod(this, widen, Qt::QueuedConnection);
-}
-
-void GridView::paintEmptyHint(QPainter& painter) const {
-    if (!emptyHint_) return;
-    constexpr int kMargin = 12;
-    painter.setPen(palette().color(QPalette::PlaceholderText));
-    painter.drawText(viewport()->rect().adjusted(kMargin, kMargin, -kMargin, -kMargin),
-                     Qt::AlignHCenter | Qt::AlignTop | Qt::TextWordWrap, emptyHint_());
 }
 
 QString GridView::markNote(Row row) const {
@@ -332,7 +377,6 @@ void GridView::keyReleaseEvent(QKeyEvent* event) {
 void GridView::focusInEvent(QFocusEvent* event) {
     kGuard(events_, [&] {
         QAbstractScrollArea::focusInEvent(event);  // NOLINT(bugprone-parent-virtual-call)
-        viewport()->update();
     });
 }
 
@@ -340,7 +384,6 @@ void GridView::focusOutEvent(QFocusEvent* event) {
     kGuard(events_, [&] {
         QAbstractScrollArea::focusOutEvent(event);  // NOLINT(bugprone-parent-virtual-call)
         keys_.focusLeft();
-        viewport()->update();
     });
 }
 

@@ -16,6 +16,7 @@
 
 #include "platform/qt/grid/grid_actions.h"
 #include "platform/qt/grid/grid_columns.h"
+#include "platform/qt/grid/grid_hint.h"
 #include "platform/qt/grid/grid_keys.h"
 #include "platform/qt/grid/grid_mouse.h"
 #include "platform/qt/grid/grid_places.h"
@@ -36,8 +37,8 @@ class GridView : public QTableView, public GridPane {
     void setIconSource(IconSource icon);
     /// What a cell's tooltip tells besides the cell's text.
     void setCellTip(CellTextFunction tip) { cellTip_ = std::move(tip); }
-    /// The text that is shown while there are no rows.
-    void setEmptyHint(std::function<QString()> hint) { emptyHint_ = std::move(hint); }
+    /// What is shown while there are no rows.
+    GridHint& hint() { return hint_; }
     /// Returns what the mark of a row means.
     void setMarkNote(std::function<QString(std::uint32_t mark)> note) { markNote_ = std::move(note); }
     QString markNote(Row row) const;
@@ -60,6 +61,7 @@ class GridView : public QTableView, public GridPane {
     std::optional<RowRange> visibleRows() override;
     std::size_t columnAt(Point at) override;
     void scrollIntoView(Row row) override;
+    void scrollToMiddle(Row row) override;
     void editCell(Row row) override;
     void refresh() override;
     void focus() override { setFocus(Qt::OtherFocusReason); }
@@ -91,6 +93,10 @@ class GridView : public QTableView, public GridPane {
     /// See GridPlaces. Nothing for a row that is not shown, and while changes wait to be applied.
     std::optional<QRect> nameRect(Row row) const;
     std::vector<std::size_t> shownColumns() const { return places_.shownColumns(); }
+    /// Tells whether the view, or something in it, has the keyboard's focus.
+    bool holdsFocus() const { return holdsFocus_; }
+    /// Adds the parts that the Tab key may stop at.
+    void addTabStops(std::vector<QWidget*>& stops);
     /// Tells whether an assistive tool, or somebody acting for one, has asked for this view.
     bool described() const { return described_; }
     void setDescribed() { described_ = true; }
@@ -100,6 +106,7 @@ class GridView : public QTableView, public GridPane {
     void moveEditor(bool newRows = false);
 
   protected:
+    bool event(QEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     void scrollContentsBy(int dx, int dy) override;
     void resizeEvent(QResizeEvent* event) override;
@@ -119,7 +126,8 @@ class GridView : public QTableView, public GridPane {
   private:
     void setUp();
     void measureRows();
-    void paintEmptyHint(QPainter& painter) const;
+    void focusMoved(const QWidget* to);
+    void paintFrame();
     void paintRows(const QRect& dirty);
     QString tooltipAt(const QPoint& point);
     void widenLater();
@@ -131,11 +139,12 @@ class GridView : public QTableView, public GridPane {
     WindowEvents& events_;
     GridEvents nobody_;
     GridEvents* listener_ = &nobody_;
-    std::function<QString()> emptyHint_;
+    GridHint hint_;
     std::function<QString(std::uint32_t)> markNote_;
     QString levelCaption_;
     GridFont font_;
     bool described_ = false;
+    bool holdsFocus_ = false;
     bool widening_ = false;  ///< Columns of numbers are to be made wider soon.
 
     GridSync sync_;

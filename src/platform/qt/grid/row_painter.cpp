@@ -1,5 +1,6 @@
 #include "platform/qt/grid/row_painter.h"
 
+#include <QApplication>
 #include <QPaintEngine>
 #include <QStyle>
 #include <algorithm>
@@ -17,6 +18,7 @@ namespace {
 
 constexpr int kPadding = 4;
 constexpr int kGap = 4;
+constexpr int kPale = 170;  // How far a pale selection is on the way from its colour to the ground, of 255.
 constexpr std::uint32_t kBarColor = 0x0000FF;
 // In a dark palette a bar's colour is lightened by the first, and then moved towards the ground by the second
 // at its left end, by the third at its right end.
@@ -28,12 +30,14 @@ constexpr int kNameAtLeast = 100;
 
 RowLook lookOf(const QWidget& widget) {
     const QStyle& style = *widget.style();
+    const QWidget* holder = QApplication::focusWidget();
+    const bool focus = holder != nullptr && (holder == &widget || widget.isAncestorOf(holder));
     return {.font = widget.font(),
             .palette = widget.palette(),
-            .group = widget.hasFocus() ? QPalette::Active : QPalette::Inactive,
+            .group = focus ? QPalette::Active : QPalette::Inactive,
             .step = style.pixelMetric(QStyle::PM_TreeViewIndentation, nullptr, &widget),
             .iconSize = style.pixelMetric(QStyle::PM_SmallIconSize, nullptr, &widget),
-            .focus = widget.hasFocus()};
+            .focus = focus};
 }
 
 /// A picture drawn much smaller than it is loses its thin lines; so on a screen it is first reduced to the
@@ -150,10 +154,18 @@ QString RowPainter::fullText(Row row, std::size_t column) const {
 // --- drawing
 
 RowPainter::Colors RowPainter::colorsOf(Row row) const {
-    if (look_.onScreen && sources_.grid.selected(row))
+    const bool selected = look_.onScreen && sources_.grid.selected(row);
+    if (selected && look_.focus)
         return {look_.palette.color(look_.group, QPalette::Highlight),
                 look_.palette.color(look_.group, QPalette::HighlightedText)};
     const QColor text = look_.palette.color(look_.group, QPalette::Text);
+    if (selected) {
+        // Where the keys do not go, a selection is pale.
+        const QColor base = look_.palette.color(look_.group, QPalette::Base);
+        const QColor pale =
+            readableTint(look_.palette.color(QPalette::Active, QPalette::Highlight), base, text, kPale);
+        return {pale, text};
+    }
     const std::optional<std::uint32_t> own = sources_.grid.backColor(row);
     if (!own) return {look_.palette.color(look_.group, QPalette::Base), text};
     const QColor ground = rowBackground(*own, look_.palette);
@@ -213,7 +225,7 @@ void RowPainter::paintFirst(QPainter& painter, Row row, const QRect& cell, const
 void RowPainter::paintPicture(QPainter& painter, Row row, const QRect& box) const {
     if (!sources_.icon) return;
     const QIcon icon = sources_.icon(sources_.grid.picture(row));
-    const bool light = look_.onScreen && sources_.grid.selected(row);
+    const bool light = look_.onScreen && look_.focus && sources_.grid.selected(row);
     if (look_.pictureSide == 0)
         return icon.paint(&painter, box, Qt::AlignCenter, light ? QIcon::Selected : QIcon::Normal);
     const QPixmap picture = icon.pixmap(QSize(look_.pictureSide, look_.pictureSide), 1.0);

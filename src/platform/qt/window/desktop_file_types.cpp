@@ -46,7 +46,8 @@ std::optional<std::string> DesktopFileTypes::typeName(std::string_view fileName)
 
 std::string DesktopFileTypes::typeName(std::string_view fileName, std::string_view beginning) {
     const QByteArray bytes(beginning.data(), static_cast<qsizetype>(beginning.size()));
-    return database_.mimeTypeForFileNameAndData(qtText(fileName), bytes).comment().toStdString();
+    const QMimeType type = database_.mimeTypeForFileNameAndData(qtText(fileName), bytes);
+    return type.isDefault() ? std::string() : type.comment().toStdString();
 }
 
 std::string DesktopFileTypes::iconName(std::string_view fileName) {

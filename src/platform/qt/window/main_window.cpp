@@ -100,9 +100,11 @@ void MainWindow::makeGrid(std::size_t number) {
     view->setLevelCaption(qtText(parts_.level));
     view->setIconSource([this](int picture) { return icons_.icon(picture); });
     view->setCellTip(parts_.cellTip);
-    view->setEmptyHint([this, id = static_cast<GridId>(number)] {
-        return parts_.emptyHint ? qtText(parts_.emptyHint(id)) : QString();
-    });
+    const auto id = static_cast<GridId>(number);
+    view->hint().text = [this, id] { return parts_.emptyHint ? qtText(parts_.emptyHint(id)) : QString(); };
+    view->hint().buttonCaption = [this, id] {
+        return parts_.emptyButton ? qtText(parts_.emptyButton(id)) : QString();
+    };
     view->setMarkNote(
         [this](std::uint32_t mark) { return parts_.markNote ? qtText(parts_.markNote(mark)) : QString(); });
     view->hide();
@@ -317,7 +319,7 @@ std::vector<QWidget*> MainWindow::tabStops() const {
         if (i == static_cast<std::size_t>(GridId::kReport) && startPageShows()) {
             start_->addTabStops(stops);
         } else {
-            stops.push_back(grids_[i]);
+            grids_[i]->addTabStops(stops);
         }
     }
     preview_->addTabStops(stops);
