@@ -63,6 +63,9 @@ class Desktop {
     virtual bool openTerminal(const std::string& folder) = 0;
     /// Returns nothing if the path is gone or its disk does not answer.
     virtual std::optional<FileFacts> facts(const std::string& path) = 0;
+    /// Shows in the program's entry of the task bar how far a run is, in percent, or with nothing that none
+    /// is under way. Waits for nobody.
+    virtual void showProgress(std::optional<int> /*percent*/) {}
 };
 
 }  // namespace hl

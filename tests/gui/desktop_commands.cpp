@@ -63,6 +63,34 @@ void offer(GDBusConnection* bus, const char*, gpointer recorder) {
     g_dbus_node_info_unref(node);
 }
 
+void printUpdate(GDBusConnection*, const char*, const char*, const char*, const char*, GVariant* parameters,
+                 gpointer count) {
+    char* text = g_variant_print(parameters, FALSE);
+    std::cout << text << std::endl;
+    g_free(text);
+    ++*static_cast<int*>(count);
+}
+
+/// Tells a run's progress, "-" for none under way: with `listens` until the bus has passed it on, else once.
+void tellProgress(DesktopPrograms& desktop, const std::vector<std::string>& percents, bool listens) {
+    int heard = 0, wanted = 0;
+    const Owned<GDBusConnection> bus(listens ? g_bus_get_sync(G_BUS_TYPE_SESSION, nullptr, nullptr)
+                                             : nullptr);
+    if (bus)
+        g_dbus_connection_signal_subscribe(bus.get(), nullptr, "com.canonical.Unity.LauncherEntry", "Update",
+                                           nullptr, nullptr, G_DBUS_SIGNAL_FLAGS_NONE, printUpdate, &heard,
+                                           nullptr);
+    for (const std::string& percent : percents) {
+        ++wanted;
+        do {
+            desktop.showProgress(percent == "-" ? std::nullopt : std::optional(std::stoi(percent)));
+            g_usleep(1000);
+            while (g_main_context_iteration(nullptr, FALSE) != FALSE) {
+            }
+        } while (bus && heard < wanted);
+    }
+}
+
 }  // namespace
 
 /// Makes one call, VERB ARGUMENT..., as a session of the program with the folder HARBORLANTERN_HOME would,
@@ -84,6 +112,7 @@ int desktopCommand(int count, char** words) {
     if (verb == "show") std::cout << truth(desktop.showInFolder(rest));
     if (verb == "terminal") std::cout << truth(desktop.openTerminal(rest.at(0)));
     if (verb == "properties") std::cout << truth(desktop.showProperties(rest));
+    if (verb == "progress" || verb == "unheard") tellProgress(desktop, rest, verb == "progress");
     return 0;
 }
 

@@ -315,6 +315,16 @@ TEST_F(DesktopUser, TheFileManagerIsAskedForTheFilesAndMayTakeItsTime) {
     }
 }
 
+TEST_F(DesktopUser, TheTaskBarShowsARunUntilItsEnd) {
+    if (::access("/usr/bin/dbus-run-session", X_OK) != 0) GTEST_SKIP() << "There is no dbus-run-session.";
+    const std::string program = "('application://harborlantern.desktop', {'progress': <";
+    EXPECT_EQ(asks({"progress", "25", "50", "-"}, {"dbus-run-session", "--"}),
+              program + "0.25>, 'progress-visible': <true>})\n" + program +
+                  "0.5>, 'progress-visible': <true>})\n" + program + "0.0>, 'progress-visible': <false>})\n");
+    EXPECT_EQ(asks({"unheard", "7", "-"}), "") << "with no bus";
+    EXPECT_FALSE(fs::exists(at("run/launched")));
+}
+
 TEST_F(DesktopUser, NobodyWaitsForABusThatSaysNothing) {
     installs("a", "text/plain;inode/directory;", "%f");
     const int bus = test::must(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));
@@ -325,11 +335,10 @@ TEST_F(DesktopUser, NobodyWaitsForABusThatSaysNothing) {
     test::must(::listen(bus, 8));
     environment = {{"DBUS_SESSION_BUS_ADDRESS", "unix:path=" + at("run/silent")}};
     const std::string path = file("x.txt");
-    const std::pair<Words, std::string> cases[] = {{{"open", path}, "failed"},
-                                                   {{"with", "a.desktop", path}, "false"},
-                                                   {{"show", path}, "false"},
-                                                   {{"properties", path}, "false"},
-                                                   {{"programs", "9", path}, "a.desktop=The a"}};
+    const std::pair<Words, std::string> cases[] = {
+        {{"open", path}, "failed"},  {{"with", "a.desktop", path}, "false"},
+        {{"show", path}, "false"},   {{"properties", path}, "false"},
+        {{"unheard", "7", "-"}, ""}, {{"programs", "9", path}, "a.desktop=The a"}};
     for (const auto& [question, answer] : cases) {
         const auto before = std::chrono::steady_clock::now();
         EXPECT_EQ(asks(question), answer) << question[0];

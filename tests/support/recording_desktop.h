@@ -39,6 +39,8 @@ class RecordingDesktop final : public Desktop {
         const auto found = known.find(path);
         return found == known.end() ? std::nullopt : std::optional(found->second);
     }
+    std::vector<std::optional<int>> progress;  ///< What showProgress was told.
+    void showProgress(std::optional<int> percent) override { progress.push_back(percent); }
 };
 
 }  // namespace hl::test

@@ -3,6 +3,7 @@
 #include <gio/gdesktopappinfo.h>
 #include "platform/desktop/file_manager.h"
 #include "platform/desktop/gio_owned.h"
+#include "platform/desktop/launcher_entry.h"
 
 #include <algorithm>
 #include <array>
@@ -195,7 +196,8 @@ std::string folderOf(const std::string& path) {
 
 // For files elsewhere, the desktop's extension of GIO waits for the session bus without end, and GIO asks it
 // even if a file is known to be here. GIO chooses the extension once, at the first question.
-DesktopPrograms::DesktopPrograms(Patience* patience) : patience_(patience) {
+DesktopPrograms::DesktopPrograms(Patience* patience)
+    : patience_(patience), entry_(std::make_unique<LauncherEntry>()) {
     constexpr const char* kChoice = "GIO_USE_VFS";
     const char* before = g_getenv(kChoice);
     const std::optional<std::string> own =
@@ -208,6 +210,8 @@ DesktopPrograms::DesktopPrograms(Patience* patience) : patience_(patience) {
         g_unsetenv(kChoice);
     }
 }
+
+DesktopPrograms::~DesktopPrograms() = default;
 
 OpenResult DesktopPrograms::open(const std::string& path) {
     const auto kind = kindOf(patience_, path);
@@ -290,6 +294,10 @@ bool DesktopPrograms::openTerminal(const std::string& folder) {
 std::optional<FileFacts> DesktopPrograms::facts(const std::string& path) {
     return ask<std::optional<FileFacts>>(
         patience_, path, std::nullopt, [path] { return readFacts(path); }, LastName::kItself);
+}
+
+void DesktopPrograms::showProgress(std::optional<int> percent) {
+    entry_->show(percent);
 }
 
 }  // namespace hl
