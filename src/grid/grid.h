@@ -61,6 +61,13 @@ struct LevelSort {
     bool keepsTies = false;  ///< Rows of equal keys keep their order.
 };
 
+/// What the user may do in a grid.
+enum class GridAccess : std::uint8_t {
+    kLocked,   ///< Scroll.
+    kLooking,  ///< What changes no row, too: pick and unfold rows, drag columns. Rows come meanwhile.
+    kFull,
+};
+
 class Grid {
   public:
     static constexpr std::size_t kSortLevels = 256;
@@ -134,9 +141,11 @@ class Grid {
     void setCurrentRow(Row row);
     Row topRow() const { return top_; }
     void setTopRow(Row row);
+    GridAccess access() const { return access_; }
+    void setAccess(GridAccess access) { access_ = access; }
     /// Tells whether the user may work in the grid.
-    bool enabled() const { return enabled_; }
-    void setEnabled(bool on) { enabled_ = on; }
+    bool enabled() const { return access_ == GridAccess::kFull; }
+    void setEnabled(bool on) { access_ = on ? GridAccess::kFull : GridAccess::kLocked; }
     bool redraw() const { return redraw_; }
     /// While it is off, changes gather; when it goes on, one notice tells of all of them.
     void setRedraw(bool on);
@@ -156,6 +165,8 @@ class Grid {
     /// ascending; if there is a cell "IsFolder", those with 0 in it come last. `between` (may be null) runs
     /// after each level.
     void sortLevels(std::uint32_t deepest, const std::function<void()>& between = nullptr);
+    /// Sorts the children of one row (the roots for kNoRow) alone, by the setting of their level.
+    void sortChildren(Row parent);
     /// Returns the first row with an index from `from` to `to`, both included, whose text holds `part`
     /// without regard to case; kNoRow if there is none.
     Row find(std::string_view part, std::size_t from, std::size_t to) const;
@@ -175,7 +186,7 @@ class Grid {
 
     void forget(const std::vector<Row>& removed);
     void packTexts();
-    void sortChildren(Row parent, const LevelSort& sort, CellId cell);
+    bool sortChildren(Row parent, const LevelSort& sort, CellId cell);
     void changed(bool GridChange::*what);
     void changedCells(Row row);
     void changedOrder();
@@ -196,7 +207,7 @@ class Grid {
     std::unordered_set<Row> selected_;
     Row current_ = kNoRow;
     Row top_ = kNoRow;
-    bool enabled_ = true;
+    GridAccess access_ = GridAccess::kFull;
     bool redraw_ = true;
     std::size_t wasteBytes_ = 0;
     std::vector<GridColumn> columns_;

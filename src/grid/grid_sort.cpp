@@ -126,9 +126,10 @@ Parents parentsByLevel(const Grid& grid, std::uint32_t deepest) {
 
 }  // namespace
 
-void Grid::sortChildren(Row parent, const LevelSort& sort, CellId cell) {
+/// Returns false if the rows were in order already.
+bool Grid::sortChildren(Row parent, const LevelSort& sort, CellId cell) {
     const Row first = firstChild(parent);
-    if (first == kNoRow || nextSibling(first) == kNoRow) return;
+    if (first == kNoRow || nextSibling(first) == kNoRow) return false;
     const auto keyed = [&](auto keyOf) {
         Keyed<decltype(keyOf(first))> all;
         if (parent == kNoRow) all.reserve(rowCount());
@@ -149,13 +150,21 @@ void Grid::sortChildren(Row parent, const LevelSort& sort, CellId cell) {
     const bool isText = cell == kNoCell || cells_.isText(cell);
     if (isText && !sort.numbers) {
         auto texts = keyed([&](Row row) { return TextKey{foldedKey(textOf(row)), textOf(row)}; });
-        if (sortKeyed(texts, sort.descending, before)) tree_.reorder(parent, rowsOf(texts));
-        return;
+        if (!sortKeyed(texts, sort.descending, before)) return false;
+        tree_.reorder(parent, rowsOf(texts));
+        return true;
     }
     auto numbers = keyed([&](Row row) {
         return numberKey(isText ? leadingNumber(textOf(row)) : number(row, cell), sort.descending);
     });
-    if (sortKeyed(numbers, before)) tree_.reorder(parent, rowsOf(numbers));
+    if (!sortKeyed(numbers, before)) return false;
+    tree_.reorder(parent, rowsOf(numbers));
+    return true;
+}
+
+void Grid::sortChildren(Row parent) {
+    const LevelSort& sort = levelSort(parent == kNoRow ? 0 : level(parent) + 1);
+    if (sortChildren(parent, sort, sort.key.empty() ? kNoCell : cells_.find(sort.key))) changedOrder();
 }
 
 void Grid::sortLevels(std::uint32_t deepest, const std::function<void()>& between) {
@@ -171,7 +180,9 @@ void Grid::sortLevels(std::uint32_t deepest, const std::function<void()>& betwee
             for (std::size_t i = level == 1 ? 0 : ends[level - 2]; i < ends[level - 1]; ++i)
                 sortChildren(parents[i], sort, cell);
         }
-        if (between) between();
+        if (!between) continue;
+        changedOrder();  // What runs between the levels may show the grid.
+        between();
     }
 }
 

@@ -132,7 +132,7 @@ void FilesControl::Preview_ShowFile() {
 void FilesControl::filesWent(const std::function<bool(const std::string& path)>& went) {
     for (const GridId id : kListGrids) form_.lists.of(id)->removeRows(went);
     form_.lists.showTitles();
-    form_.report.rowsArrived();
+    form_.report.rowsArrived(true);
 }
 
 void FilesControl::fileRenamed(const std::string& from, const std::string& to) {

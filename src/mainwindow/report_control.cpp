@@ -38,8 +38,8 @@ void ReportControl::fitPane() {
     startWidth_ = main.Position();
 }
 
-void ReportControl::rowsArrived() {
-    view_->Report_Resize_Columns(false);
+void ReportControl::rowsArrived(bool columns) {
+    if (columns) view_->Report_Resize_Columns(false);
     fitPane();
     if (form_.session.tvwPL.rowCount() > 0) widthOpen_ = false;
     view_->selectionArrived();
@@ -121,6 +121,10 @@ void ReportControl::copyPaths(const std::vector<std::string>& paths) {
 
 void ReportControl::nameEdited(GridId /*grid*/, Row row, const std::string& name) {
     form_.files.renameFolder(row, name);
+}
+
+void ReportControl::looked(Look what) {
+    form_.run.looked(what);
 }
 
 void ReportControl::Report_ShellContextMenu(Row row, const std::string& path, Point at) {

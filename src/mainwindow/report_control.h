@@ -25,8 +25,8 @@ class ReportControl final : public ReportHost {
     /// If the user has not chosen a layout yet, the first report gets the width that its columns need, as far
     /// as the other panes keep their share, until the user moves the bar.
     void fitPane();
-    /// All rows of a run are there: fits the columns, and the pane for the last time.
-    void rowsArrived();
+    /// All rows of a run are there: fits the pane for the last time, and with `columns` the columns.
+    void rowsArrived(bool columns);
 
     void save();
     void print();
@@ -47,6 +47,7 @@ class ReportControl final : public ReportHost {
     void openColumnsMenu(GridId grid, Point at) override;
     void copyPaths(const std::vector<std::string>& paths) override;
     void nameEdited(GridId grid, Row row, const std::string& name) override;
+    void looked(Look what) override;
     void Report_ShellContextMenu(Row row, const std::string& path, Point at) override;
 
   private:

@@ -1,6 +1,7 @@
 // The lock of the window; a run; a source; the walk; what is missing.
 #include "mainwindow/run_display.h"
 
+#include <algorithm>
 #include <bit>
 #include <exception>
 #include <utility>
@@ -15,6 +16,11 @@ namespace {
 
 constexpr int kStop = idOf(Command::kStop);
 constexpr std::uint64_t kStatusInterval = 100;  // Milliseconds between two changes of a panel during a run.
+constexpr std::uint64_t kFirstShow = 250;       // Milliseconds from the start of a source.
+constexpr std::uint64_t kShowInterval = 1000;
+/// With very many folders, which take a microsecond each and less, the report is shown less often.
+constexpr std::uint64_t kFoldersPerMs = 30;
+constexpr GridId kLookedAt[] = {GridId::kReport, GridId::kDrives, GridId::kFiles};
 /// The bar of the largest files is not locked, because their wanted number may be changed during a run.
 constexpr BarId kLockedBars[] = {BarId::kMain,  BarId::kReport,    BarId::kDrives,
                                  BarId::kFiles, BarId::kHardlinks, BarId::kJunctions};
@@ -53,11 +59,14 @@ void RunDisplay::unlockControls() {
 
 // --- a run
 
-// Rows come by the thousand now: the window hears of them when a folder of the first level is done.
+// Rows come by the thousand now: the window hears of them when a folder of the first level is done. The lists
+// that a run fills stay locked, because they have no order before it ends.
 void RunDisplay::runBegan() {
     for (Grid* each : {&form_.session.tvwPL, &form_.session.lvwTOP, &form_.session.lvwHardlinks,
                        &form_.session.lvwJunctions})
         each->setRedraw(false);
+    for (const GridId id : kLookedAt) form_.session.grid(id).setAccess(GridAccess::kLooking);
+    look_ = {};
     sourceUnseen_ = runs_ = true;
     sourceMissed_ = false;
     shownFolders_ = 0;
@@ -69,14 +78,18 @@ void RunDisplay::runBegan() {
 void RunDisplay::runEnded(RunEnd end) {
     runs_ = false;
     if (end == RunEnd::kStopped) form_.sources.runStopped();
+    tellDesktop({});
     if (end == RunEnd::kBrokenOff) return form_.status.endRun(std::exchange(missing_, {}));
     const Services& services = form_.services();
     const std::string text = progress_->ended(services.pump.GetTickCount(), end == RunEnd::kStopped,
                                               services.texts, services.numbers);
-    form_.report.rowsArrived();
+    form_.report.rowsArrived(!look_.hasSetWidths());
     form_.lists.filled();
     form_.status.endRun(missing_.empty() ? text : std::exchange(missing_, {}));
     if (ListView* list = form_.lists.shown()) list->ShowFileStat();
+    if (!form_.session.state.RowPicked || form_.session.tvwPL.currentRow() == kNoRow) return;
+    form_.report.selectDriveOf(form_.session.tvwPL.currentRow());
+    form_.preview.Preview_ShowFile(true);
 }
 
 void RunDisplay::selectionGone() {
@@ -85,8 +98,14 @@ void RunDisplay::selectionGone() {
     form_.status.setFirst("");
 }
 
+// Messages run while the files are listed. If the user picked another row then, the list would not show it.
 void RunDisplay::folderShown(const std::string& folder) {
-    form_.lists.showFilesOf(folder);
+    const Row current = form_.session.tvwPL.currentRow();
+    if (runs_)
+        for (const GridId id : kLookedAt) form_.session.grid(id).setAccess(GridAccess::kLocked);
+    form_.lists.showFilesOf(form_.session.state.RowPicked && current != kNoRow
+                                ? form_.report.view().folderPath(current)
+                                : folder);
 }
 
 // --- a source
@@ -107,6 +126,14 @@ void RunDisplay::sourceBegan() {
         form_.sources.start().sourceBegan(source->tag);
         askDrive(source->tag);
     }
+}
+
+void RunDisplay::readingInto(Row row) {
+    sourceRow_ = row;
+    toTop_ = form_.session.tvwPL.level(row) == 0;
+    look_.beginSource();
+    nextShow_ = form_.services().pump.GetTickCount() + kFirstShow;
+    showReport();
 }
 
 // A drive that is read whole tells how much there is to read. It may answer late, or never.
@@ -159,13 +186,46 @@ void RunDisplay::entriesCame(const ScanProgress& progress) {
     lastCountTick_ = tick;
     progress_->found(progress.soFar(), tick);
     form_.status.setSecond(progress_->running(tick, services.texts, services.numbers));
+    if (tick >= nextShow_) showRows(progress, tick);
+}
+
+void RunDisplay::showRows(const ScanProgress& progress, std::uint64_t tick) {
+    const bool holds = look_.holdsRows(tick) || form_.window->grid(GridId::kReport).underPointer();
+    const std::size_t folders = progress.showSoFar(!holds);
+    // Sizes grow, and a number that is cut looks like another one.
+    if (!look_.hasSetWidths()) form_.report.view().Report_Resize_Columns(false);
+    showReport();
+    tellDesktop(progress_->percent());
+    nextShow_ = tick + std::max<std::uint64_t>(kShowInterval, folders / kFoldersPerMs);
+}
+
+// The rows that are there are shown at once. As long as the user looks at nothing else, the source's row
+// climbs to the top with the rows that come below it.
+void RunDisplay::showReport() {
+    Grid& report = form_.session.tvwPL;
+    toTop_ = toTop_ && !look_.hasMoved();
+    if (toTop_) report.setTopRow(sourceRow_);
+    report.setRedraw(true);
+    form_.window->grid(GridId::kReport).refresh();
+    report.setRedraw(false);
+    toTop_ = toTop_ && report.topRow() != sourceRow_;
+}
+
+void RunDisplay::tellDesktop(std::optional<int> percent) {
+    if (percent || desktopShows_) form_.window->desktop.showProgress(percent);
+    desktopShows_ = percent.has_value();
+}
+
+void RunDisplay::looked(Look what) {
+    look_.did(what, form_.services().pump.GetTickCount());
+    form_.session.state.RowPicked |= what == Look::kPick;
 }
 
 // Fitting the columns costs about a millisecond, so it is done each time the number of notices has doubled.
 void RunDisplay::firstLevelFolderDone() {
     form_.session.tvwPL.setRedraw(true);
     form_.session.tvwPL.setRedraw(false);
-    if (!std::has_single_bit(++shownFolders_)) return;
+    if (!std::has_single_bit(++shownFolders_) || look_.hasSetWidths()) return;
     form_.report.view().Report_Resize_Columns(false);
     form_.report.fitPane();
 }

@@ -6,6 +6,7 @@
 #include <memory>
 #include <string>
 
+#include "mainwindow/run_look.h"
 #include "mainwindow/run_progress.h"
 #include "scan/controls.h"
 #include "scan/scan_host.h"
@@ -22,6 +23,8 @@ class RunDisplay final : public ScanHost, public Controls {
     bool tellIncomplete();
     /// Tells whether the last run was asked for a source that does not exist.
     bool sourceMissed() const { return sourceMissed_; }
+    /// The user looks around in the report.
+    void looked(Look what);
 
     // --- ScanHost
     void runBegan() override;
@@ -30,6 +33,7 @@ class RunDisplay final : public ScanHost, public Controls {
     void folderShown(const std::string& folder) override;
     void sourceMissing(const std::string& source, const std::string& reason) override;
     void sourceBegan() override;
+    void readingInto(Row row) override;
     void listsFilled() override;
     void sourceDone(Row row) override;
     void sourceChanged(Row row) override;
@@ -45,6 +49,9 @@ class RunDisplay final : public ScanHost, public Controls {
 
   private:
     void askDrive(const std::string& source);
+    void showRows(const ScanProgress& progress, std::uint64_t tick);
+    void showReport();
+    void tellDesktop(std::optional<int> percent);
 
     MainForm& form_;
     bool sourceUnseen_ = false;       ///< The row of the first source of a run was not shown yet.
@@ -59,6 +66,11 @@ class RunDisplay final : public ScanHost, public Controls {
     std::uint64_t asked_ = 0;  ///< An answer of a drive counts only if nothing was begun since.
     std::string missing_;      ///< What a run has to say of sources that do not exist.
     bool sourceMissed_ = false;
+    RunLook look_;
+    Row sourceRow_ = kNoRow;
+    bool toTop_ = false;  ///< The source's row belongs at the top, but there are too few rows below it yet.
+    std::uint64_t nextShow_ = 0;  ///< The tick from which the report is shown anew.
+    bool desktopShows_ = false;   ///< The desktop was told of a run's progress.
 };
 
 }  // namespace hl

@@ -33,6 +33,14 @@ enum class GridShortcut : std::uint8_t {
 
 enum class MouseButton : std::uint8_t { kLeft = 1, kRight = 2, kMiddle = 4 };
 
+/// What the user does in a grid that may only be looked at (GridAccess::kLooking).
+enum class Look : std::uint8_t {
+    kKey,     ///< Presses a key that means something there.
+    kPick,    ///< Picks a row, which is the current one now.
+    kScroll,  ///< Scrolls, or folds or unfolds a row.
+    kColumn,  ///< Sets the width of a column.
+};
+
 /// What a grid of the window tells the view that it belongs to. No routine throws; what a view does not
 /// override it does not care for.
 class GridEvents {
@@ -61,6 +69,8 @@ class GridEvents {
     virtual void MouseMove(Row /*row*/) {}
     /// The user folded or unfolded a row. Rows that are hidden now are still selected.
     virtual void expandedByUser(Row /*row*/) {}
+    /// While a grid may only be looked at, this and expandedByUser alone tell of what the user does.
+    virtual void looked(Look /*what*/) {}
 };
 
 /// A grid as the window shows it. It paints what the Grid that it observes tells.
@@ -89,6 +99,8 @@ class GridPane {
     virtual std::optional<RowRange> visibleRows() = 0;
     /// Returns the column at a place of the screen, counted from 0; to the right of all columns their number.
     virtual std::size_t columnAt(Point at) = 0;
+    /// Tells whether the pointer rests on the grid.
+    virtual bool underPointer() = 0;
     /// Takes over what the grid has told, and repaints it soon.
     virtual void refresh() = 0;
     virtual void focus() = 0;

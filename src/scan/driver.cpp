@@ -29,6 +29,7 @@ std::string rowTextOf(const std::string& source) {
 
 void resetForSource(ScanContext& scan) {
     ScanState& state = scan.state;
+    state.RowPicked = false;
     state.TopCount = 0;
     state.TopLargest = state.TopSmallest = SizeValue();
     state.TopMaxCount = scan.options.TOPmaxcount;
@@ -123,8 +124,7 @@ RunEnd workThroughQueue(ScanContext& scan) {
     const RunEnd end = endOf(state);  // The files that are listed next take a stop back.
     if (!state.SilentRun && !lastSource.empty()) scan.host.folderShown(lastSource);
     Report_Sort(scan);
-    if (lastRow == kNoRow) return end;
-    // Clicks made while the files were being listed have selected rows that the list does not show.
+    if (lastRow == kNoRow || state.RowPicked) return end;
     scan.tvwPL.selectNone();
     scan.tvwPL.setSelected(lastRow, true);
     scan.tvwPL.setCurrentRow(lastRow);
@@ -190,6 +190,7 @@ Row QuelleEinlesen(ScanContext& scan, const std::string& source, int imageIndex,
         scan.tvwPL.setCurrentRow(row);
         scan.tvwPL.setNumber(row, kIsFolder, 1);
         if (scan.options.FolderShowPercentBar == 1) scan.tvwPL.setBarPicture(row, kBarOfWhole);
+        scan.host.readingInto(row);
         readWholeSource(scan, source, folder, row);
         scan.state.SeenLinkIds.Clear();
         scan.host.sourceDone(row);

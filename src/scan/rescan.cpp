@@ -109,7 +109,7 @@ void rescanCurrent(ScanContext& scan) {
         end = endOf(scan.state);
     }
     busy.reset();
-    makeCurrent(report, formerIndex, formerText, row);
+    if (!scan.state.RowPicked) makeCurrent(report, formerIndex, formerText, row);
     scan.host.runEnded(end);
     scan.state.currentFolder.clear();
     if (scan.state.SourceQueue.empty()) {

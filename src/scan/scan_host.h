@@ -22,6 +22,10 @@ class ScanProgress {
     virtual ~ScanProgress() = default;
     /// Returns what was found up to now. The cost is a sum over the levels of the current folder.
     virtual ScanCounts soFar() const = 0;
+    /// Writes what was found up to now into the row that is read into and into its direct children, with
+    /// their shares, and sorts these if `sort` is set. Returns how many children there are; they
+    /// make the cost.
+    virtual std::size_t showSoFar(bool sort) const = 0;
 };
 
 /// How a run ended.
@@ -50,6 +54,9 @@ class ScanHost {
     virtual void sourceMissing(const std::string& /*source*/, const std::string& /*reason*/) {}
     /// A source is read now; the box of sources has selected it.
     virtual void sourceBegan() {}
+    /// The row that a source, or a folder that is read again, is read into is the current row now. It has no
+    /// rows below it yet.
+    virtual void readingInto(Row /*row*/) {}
     /// The lists of the largest files, hardlinks and junctions have all rows of the source or folder.
     virtual void listsFilled() {}
     /// All rows of a source, or of a folder that is read again, are there. `row` is its row.

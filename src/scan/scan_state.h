@@ -54,6 +54,7 @@ struct ScanState {
     std::map<std::string, FolderId, std::less<>> sourceIds;
 
     // The rest is set anew for each source.
+    bool RowPicked = false;        ///< The user has picked a row, which stays the current one at the end.
     std::string TopSource;         ///< The source whose largest files are listed.
     std::int32_t TopCount = 0;     ///< The rows added to the largest files; cutting the list does not lower
                                    ///< it.

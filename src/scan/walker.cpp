@@ -41,6 +41,13 @@ std::string linkKey(const Entry& entry) {
     return key;
 }
 
+void addTotals(ScanTotals& sum, const ScanTotals& more) {
+    sum.size += more.size;
+    sum.files = addCount(sum.files, more.files);
+    sum.folders = addCount(sum.folders, more.folders);
+    sum.errors = addCount(sum.errors, more.errors);
+}
+
 // All rows below a folder share its grey.
 void shade(ScanContext& scan, Row row) {
     if (scan.options.FolderColorFade != 1) return;
@@ -69,6 +76,7 @@ class FolderWalk final : public ScanProgress {
 
     ScanTotals run(Row row);
     ScanCounts soFar() const override;
+    std::size_t showSoFar(bool sort) const override;
 
   private:
     struct Level {
@@ -166,6 +174,26 @@ ScanCounts FolderWalk::soFar() const {
         sum.bytes += static_cast<double>(level.totals.size.bytes());
     }
     return sum;
+}
+
+// What lies below the folder of the first level that is being walked is in the sums of the deeper levels.
+std::size_t FolderWalk::showSoFar(bool sort) const {
+    if (levels_.empty() || levels_.front().row == kNoRow) return 0;
+    Grid& report = scan_.tvwPL;
+    ScanTotals sum;
+    for (std::size_t i = levels_.size(); i-- > 0;) {
+        const Row row = levels_[i].row;
+        addTotals(sum, levels_[i].totals);
+        if (i > 1 || row == kNoRow) continue;
+        Report_SetNodeSizeAndFilecount(report, row, sum.size, sum.files);
+        report.setNumber(row, kFolders, sum.folders);
+    }
+    const Row top = levels_.front().row;
+    Report_ChangePercentValue(scan_, top);
+    if (sort) report.sortChildren(top);
+    std::size_t children = 0;
+    for (Row row = report.firstChild(top); row != kNoRow; row = report.nextSibling(row)) ++children;
+    return children;
 }
 
 void FolderWalk::enterSource(Row row) {
@@ -352,11 +380,7 @@ void FolderWalk::leave(bool cutShort) {
     Report_SetNodeSizeAndFilecount(scan_.tvwPL, level.row, level.totals.size, level.totals.files);
     Report_ChangePercentValue(scan_, level.row);
     scan_.tvwPL.setNumber(level.row, kFolders, level.totals.folders);
-    ScanTotals& sum = levels_.back().totals;
-    sum.size += level.totals.size;
-    sum.files = addCount(sum.files, level.totals.files);
-    sum.folders = addCount(sum.folders, level.totals.folders);
-    sum.errors = addCount(sum.errors, level.totals.errors);
+    addTotals(levels_.back().totals, level.totals);
     folderDone(level.row, level.isReparse, level.target);
 }
 

@@ -298,6 +298,10 @@ Row ReportView::folderOf(Row row) const {
     return files ? grid_.parent(row) : row;
 }
 
+std::string ReportView::folderPath(Row row) const {
+    return Report_GetFullpathOfNode(grid_, folderOf(row), true, scan_.paths);
+}
+
 void ReportView::Report_MouseClick(Row row, MouseButton button, Point at) {
     guarded(scan_.diagnostics, [&] {
         grid_.setSelected(row, true);

@@ -38,6 +38,8 @@ class ReportHost {
     virtual void copyPaths(const std::vector<std::string>& paths) = 0;
     /// The row's name was edited; `name` is the new name as bytes, perhaps unchanged.
     virtual void nameEdited(GridId grid, Row row, const std::string& name) = 0;
+    /// The user looks around in the report while a run fills it.
+    virtual void looked(Look /*what*/) {}
     /// Opens the menu of a folder, the current row. `path` ends in a separator.
     virtual void Report_ShellContextMenu(Row row, const std::string& path, Point at) = 0;
 };
@@ -73,6 +75,9 @@ class ReportView final : public GridEvents {
     /// Unfolds or folds the current row with everything below it.
     void Report_ExpandSubFolders(bool expand);
 
+    /// Returns the path of a row's folder, which for a files row is the one above, with a separator.
+    std::string folderPath(Row row) const;
+
     // --- commands
     /// Searches for the text of the bar's search box behind the current row, then from the top.
     void Report_StartSearch();
@@ -105,6 +110,7 @@ class ReportView final : public GridEvents {
     }
     /// Fits the columns to the rows that are visible now; rows that are hidden now lose their selection.
     void expandedByUser(Row row) override;
+    void looked(Look what) override { host_.looked(what); }
     void GridCellAfterEditing(Row row, const std::string& value) override {
         host_.nameEdited(GridId::kReport, row, value);
     }

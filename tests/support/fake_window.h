@@ -57,6 +57,7 @@ struct FakeFrame : WindowFrame {
 struct FakeGridPane : GridPane {
     explicit FakeGridPane(FakeAnswers& answers) : all(answers) {}
     void setEvents(GridEvents*) override {}
+    bool underPointer() override { return false; }
     void autosizeColumn(std::size_t column, int margin) override {
         all.calls.push_back("fit " + std::to_string(column) + " " + std::to_string(margin));
     }

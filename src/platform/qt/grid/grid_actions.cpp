@@ -28,10 +28,12 @@ void GridActions::pick(std::size_t index, Pick how) {
     view_.changes().currentIsKnown();
     view_.changes().ensureVisible(index);
     accessibleCurrentChanged(view_, index);
+    if (view_.looksOnly()) view_.listener().looked(Look::kPick);
 }
 
 void GridActions::pickRow(std::size_t index) {
-    if (view_.takesInput() && index < rows_.count()) pick(index, Pick::kOnly);
+    const GridSync::Glance glance(view_.changes());
+    if (view_.takesLooks() && index < rows_.count()) pick(index, Pick::kOnly);
 }
 
 void GridActions::pickAll() {
@@ -63,12 +65,14 @@ void GridActions::openMenu() {
 // --- folding
 
 void GridActions::foldRow(std::size_t index, bool expand) {
-    if (!view_.takesInput() || index >= rows_.count()) return;
+    const GridSync::Glance glance(view_.changes());
+    if (!view_.takesLooks() || index >= rows_.count()) return;
     const Row row = rows_.at(index);
     if (!grid_.hasChildren(row) || grid_.expanded(row) == expand) return;
     grid_.setExpanded(row, expand);
     view_.sync();
     accessibleFoldChanged(view_, index);
+    if (view_.looksOnly()) view_.listener().looked(Look::kScroll);
     view_.listener().expandedByUser(row);
 }
 

@@ -36,6 +36,7 @@ GridHeader* GridColumns::makeHeader() {
         kGuard(view_.events(), "titleClick", [&] { clicked(static_cast<std::size_t>(column)); });
     };
     calls.sizing = [this] {
+        if (view_.looksOnly()) return view_.listener().looked(Look::kColumn);
         if (view_.takesInput()) view_.listener().columnSizing();
     };
     calls.menu = [this](const QPoint& at) {
@@ -49,6 +50,7 @@ GridHeader* GridColumns::makeHeader() {
         kGuard(view_.events(), "fitColumn", [&] {
             const auto fitted = static_cast<std::size_t>(column);
             setWidth(fitted, fittingWidth(fitted, kFitMargin));
+            if (view_.looksOnly()) view_.listener().looked(Look::kColumn);
         });
     };
     auto* header = new GridHeader(std::move(calls), view_.events(), &view_);

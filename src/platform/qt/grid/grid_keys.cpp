@@ -29,6 +29,10 @@ std::optional<GridShortcut> shortcutOf(const QKeyEvent& event) {
     return std::nullopt;
 }
 
+// These look around and change no row.
+constexpr int kLookKeys[] = {Qt::Key_Up,  Qt::Key_Down, Qt::Key_PageUp, Qt::Key_PageDown, Qt::Key_Home,
+                             Qt::Key_End, Qt::Key_Left, Qt::Key_Right,  Qt::Key_Plus,     Qt::Key_Minus};
+
 std::optional<int> toldKey(int key) {
     for (const KeyName& known : kToldKeys)
         if (known.toolkit == key) return known.code;
@@ -48,7 +52,9 @@ void GridKeys::press(QKeyEvent& event) {
         return;
     }
     // With Alt or Meta a key belongs to the menus and to the desktop.
-    if ((event.modifiers() & (Qt::AltModifier | Qt::MetaModifier)) != 0 || !view_.takesInput()) return;
+    if ((event.modifiers() & (Qt::AltModifier | Qt::MetaModifier)) != 0) return;
+    if (view_.looksOnly()) return look(event);
+    if (!view_.takesInput()) return;
     if (event.key() == Qt::Key_Delete && !event.modifiers().testFlag(Qt::ControlModifier)) {
         event.accept();
         // A key that is held would delete one row after another.
@@ -64,6 +70,14 @@ void GridKeys::press(QKeyEvent& event) {
         toldKey(event.key()))
         event.accept();
     if (current != grid.currentRow() || selected != grid.selectedCount()) movedBy_ = event.key();
+}
+
+// The logic is not told of the release, so that nothing follows what is picked.
+void GridKeys::look(QKeyEvent& event) {
+    if (std::ranges::find(kLookKeys, event.key()) == std::end(kLookKeys)) return;
+    const GridSync::Glance glance(view_.changes());
+    view_.listener().looked(Look::kKey);
+    if (pressMoveKey(event) || pressTreeKey(event) || pressOtherKey(event)) event.accept();
 }
 
 void GridKeys::release(QKeyEvent& event) {

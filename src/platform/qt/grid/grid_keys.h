@@ -23,6 +23,7 @@ class GridKeys {
     void focusLeft();
 
   private:
+    void look(QKeyEvent& event);
     std::optional<std::size_t> moveTarget(int key) const;
     bool pressMoveKey(const QKeyEvent& event);
     bool pressTreeKey(const QKeyEvent& event);

@@ -29,7 +29,19 @@ std::optional<MouseButton> buttonOf(const QMouseEvent& event) {
 void GridMouse::press(const QMouseEvent& event) {
     pressed_ = Qt::NoButton;
     dragging_ = false;
+    if (view_.looksOnly()) return lookAt(event, false);
     if (view_.takesInput() && buttonOf(event)) pressAt(event);
+}
+
+// The logic is not told of a release, so that nothing follows what is picked.
+void GridMouse::lookAt(const QMouseEvent& event, bool twice) {
+    const GridSync::Glance glance(view_.changes());
+    const QPoint point = event.position().toPoint();
+    const auto index = view_.places().indexAt(point);
+    if (event.button() != Qt::LeftButton || !index) return;
+    if (twice || view_.places().onBranch(point, *index))
+        return view_.actions().foldRow(*index, !view_.grid().expanded(view_.rows().at(*index)));
+    view_.actions().pick(*index, pickOf(event.modifiers(), Pick::kToggle));
 }
 
 void GridMouse::pressAt(const QMouseEvent& event) {
@@ -87,6 +99,7 @@ void GridMouse::release(const QMouseEvent& event) {
 
 void GridMouse::doubleClick(const QMouseEvent& event) {
     pressed_ = Qt::NoButton;
+    if (view_.looksOnly()) return lookAt(event, true);
     if (!view_.takesInput()) return;
     const QPoint point = event.position().toPoint();
     const auto index = view_.places().indexAt(point);

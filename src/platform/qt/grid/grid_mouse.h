@@ -26,6 +26,7 @@ class GridMouse {
 
   private:
     void pressAt(const QMouseEvent& event);
+    void lookAt(const QMouseEvent& event, bool twice);
     void dragTo(const QPoint& point);
 
     GridView& view_;

@@ -17,6 +17,17 @@ constexpr QtGuard kGuard{"GridSync"};
 constexpr int kRetry = 30;
 }  // namespace
 
+GridSync::Glance::Glance(GridSync& sync)
+    : grid_(sync.view_.looksOnly() && !sync.grid_.redraw() ? &sync.grid_ : nullptr) {
+    if (grid_ == nullptr) return;
+    grid_->setRedraw(true);
+    sync.sync();
+}
+
+GridSync::Glance::~Glance() {
+    if (grid_ != nullptr) grid_->setRedraw(false);
+}
+
 GridSync::GridSync(GridView& view, Grid& grid, GridId id, const CellTextFunction& cellText,
                    WindowEvents& events)
     : view_(view),
@@ -28,6 +39,8 @@ GridSync::GridSync(GridView& view, Grid& grid, GridId id, const CellTextFunction
     timer_.setSingleShot(true);
     QObject::connect(&timer_, &QTimer::timeout, &timer_, [this] {
         kGuard(events_, "timeout", [&] {
+            // Otherwise rows that come are shown when the logic says so.
+            if (userScrolled_) const Glance glance(*this);
             if (!sync()) timer_.start(kRetry);
         });
     });
@@ -145,10 +158,12 @@ void GridSync::scrolled() {
     if (applying_) return;
     if (!upToDate()) {
         userScrolled_ = true;
+        if (view_.looksOnly()) timer_.start(0);
     } else {
         storeTop();
         view_.listener().VScroll();
     }
+    if (view_.looksOnly()) view_.listener().looked(Look::kScroll);
 }
 
 // --- the current row

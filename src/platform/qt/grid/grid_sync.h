@@ -27,6 +27,19 @@ class GridSync : public GridObserver {
         bool before_;
     };
 
+    /// While one exists, a grid that may only be looked at is redrawn, and rows() is up to date, although
+    /// rows are coming. REQUIRES: no messages run meanwhile.
+    class Glance {
+      public:
+        explicit Glance(GridSync& sync);
+        ~Glance();
+        Glance(const Glance&) = delete;
+        Glance& operator=(const Glance&) = delete;
+
+      private:
+        Grid* grid_;  ///< Null for a grid that needs nothing.
+    };
+
     /// The arguments must outlive it.
     GridSync(GridView& view, Grid& grid, GridId id, const CellTextFunction& cellText, WindowEvents& events);
     ~GridSync() override;

@@ -285,6 +285,7 @@ QString GridView::markNote(Row row) const {
 // Returns what there is to tell of a cell, such as a size in all units; else the full text of one that does
 // not show all of it, else the note of the row. Then what the row's mark means.
 QString GridView::tooltipAt(const QPoint& point) {
+    const GridSync::Glance glance(sync_);
     const int section = QTableView::columnAt(point.x());
     const Row row = section >= 0 ? rowAt(point) : kNoRow;
     if (row == kNoRow) return {};

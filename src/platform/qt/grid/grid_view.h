@@ -3,7 +3,8 @@
 //
 // Nothing of a row is copied. The grid stores what is selected, folded, current and on top; the toolkit's own
 // selection stays empty. Painting walks the grid from its top row, so it never shows a row that is gone, also
-// while redraw is off. While redraw is off or the grid is disabled, keys and the mouse do nothing.
+// while redraw is off. While redraw is off or the grid is locked, keys and the mouse do nothing, unless the
+// grid may be looked at: then redraw goes on for the moment that a handler needs (GridSync::Glance).
 //
 // The view is put together from parts, each with a subject: GridSync applies what the grid tells, GridColumns
 // has the columns, GridPlaces knows where rows stand; GridMouse and GridKeys do with GridActions what the
@@ -63,6 +64,7 @@ class GridView : public QTableView, public GridPane {
     void scrollIntoView(Row row) override;
     void scrollToMiddle(Row row) override;
     void editCell(Row row) override;
+    bool underPointer() override { return underMouse(); }
     void refresh() override;
     void focus() override { setFocus(Qt::OtherFocusReason); }
     /// Returns the font that was set, or, if none was, one with the size that is shown.
@@ -85,6 +87,9 @@ class GridView : public QTableView, public GridPane {
     bool upToDate() const { return sync_.upToDate(); }
     /// Tells whether the user may work in the grid now. After `true`, rows() is up to date.
     bool takesInput() { return grid_.enabled() && sync(); }
+    bool looksOnly() const { return grid_.access() == GridAccess::kLooking; }
+    /// The same for what changes no row.
+    bool takesLooks() { return grid_.access() != GridAccess::kLocked && sync(); }
     QString cellText(std::size_t column, Row row) const;
     /// `point` is in coordinates of the viewport; returns kNoRow outside of all rows.
     Row rowAt(const QPoint& point);
