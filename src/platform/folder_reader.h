@@ -121,7 +121,7 @@ class FolderReader {
     /// out to be another mount has the kind kMountRoot, and is left out unless followLinks is set. A link or
     /// a mount that is one of the folders above it has one empty block, with the error of too many links.
     ///
-    /// It may wait for a disk. Meanwhile it calls the reader's wait callback about every 50 ms; if that
+    /// It may wait for a disk. Meanwhile it calls the reader's wait callback about every 15 ms; if that
     /// returns false, the result is null, and the reader must not be called again.
     virtual std::unique_ptr<Listing> next() = 0;
 };

@@ -12,7 +12,7 @@ void Yield::now() {
     }
 }
 
-// The reader calls this every 50 milliseconds while it waits; a longer gap means that it got something
+// The reader calls this every 15 milliseconds while it waits; a longer gap means that it got something
 // meanwhile.
 bool Yield::goOnWaiting() {
     constexpr std::uint64_t kGap = 200, kSilent = 1000;

@@ -13,7 +13,7 @@ namespace hl {
 
 namespace {
 
-constexpr auto kWaitStep = std::chrono::milliseconds(50);
+constexpr auto kWaitStep = std::chrono::milliseconds(15);  // A click must not wait longer for a slow disk.
 
 // A block from the cache takes some 15 us and 2 us for each entry; one that waits for a disk takes 100 us and
 // more.
