@@ -2,7 +2,7 @@
 """Measures the window against what it has to reach; prints a Markdown table.
 
     bench/window.py TREE                 TREE as bench/run DIR --keep leaves it, such as DIR/1m
-    bench/window.py TREE --rounds 5 --only scan,start,clicks,rows,lists,files,analyse,preview,operations,printing,others
+    bench/window.py TREE --rounds 5 --only scan,start,clicks,looks,rows,lists,files,analyse,preview,operations,printing,others
     bench/window.py TREE --wide FOLDER    FOLDER holds 500,000 files, such as DIR/wide: for "files"
 
 Everything except "others" runs on no screen (Qt's "offscreen"), with the module of the built program. "others" starts
@@ -84,6 +84,12 @@ class Bench:
         runs = [self.inside("clicks", self.options.tree) for _ in range(self.options.rounds)]
         yield "longest wait of a click during the run, ms", median_of(runs, "longest"), 50
         yield "99 of 100 wait less than, ms", median_of(runs, "of100"), None
+
+    def looks(self):
+        runs = [self.inside("looks", self.options.tree) for _ in range(self.options.rounds)]
+        yield "a click or the wheel during the run until painted, 95 of 100 take less than, ms", median_of(runs, "of20"), 50
+        yield "half of them", median_of(runs, "half"), None
+        yield "the longest", median_of(runs, "longest"), None
 
     def rows(self):
         runs = [self.inside("rows") for _ in range(self.options.rounds)]
@@ -266,7 +272,7 @@ def parsed():
     parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
     parser.add_argument("tree", metavar="TREE")
     parser.add_argument("--rounds", type=int, default=5)
-    parser.add_argument("--only", default="scan,start,clicks,rows,lists,files,analyse,preview,operations,printing,others")
+    parser.add_argument("--only", default="scan,start,clicks,looks,rows,lists,files,analyse,preview,operations,printing,others")
     parser.add_argument("--wide", metavar="FOLDER")
     parser.add_argument("--build", default=str(ROOT / "build" / "release"))
     options = parser.parse_args()

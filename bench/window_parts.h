@@ -8,8 +8,10 @@
 
 #include <QAbstractScrollArea>
 #include <QApplication>
+#include <QMouseEvent>
 #include <QScrollBar>
 #include <QTimer>
+#include <QWheelEvent>
 #include <algorithm>
 #include <atomic>
 #include <cstdio>
@@ -195,6 +197,70 @@ class ClickWatch final : public QObject {
     std::atomic<bool> waiting_ = false;
     Clock::time_point sent_;
     std::jthread sender_;
+};
+
+/// Clicks on rows of the report and turns the wheel over it in turn, from a thread, and notes how long it
+/// took until the report was painted. The last painting counts from its start, and for one more turn of the
+/// loop.
+class LookWatch final : public QObject {
+  public:
+    explicit LookWatch(QWidget& viewport) : viewport_(viewport) { viewport_.installEventFilter(this); }
+    ~LookWatch() override { sender_ = {}; }
+
+    bool event(QEvent* event) override {
+        if (event->type() != QEvent::User) return QObject::event(event);
+        ++looks_ % 2 == 0 ? click() : turnWheel();
+        looked_ = true;
+        return true;
+    }
+    bool eventFilter(QObject*, QEvent* event) override {
+        if (event->type() != QEvent::Paint || !std::exchange(looked_, false)) return false;
+        QTimer::singleShot(0, this, [this] {
+            waits_.push_back(secondsSince(sent_) * 1e3);
+            waiting_ = false;
+        });
+        return false;
+    }
+    void tellWaits() {
+        if (waits_.empty()) std::exit(1);
+        std::sort(waits_.begin(), waits_.end());
+        tell("looks", static_cast<double>(waits_.size()));
+        tell("longest", waits_.back());
+        tell("of20", waits_[waits_.size() * 95 / 100]);
+        tell("half", waits_[waits_.size() / 2]);
+    }
+
+  private:
+    void click() {
+        const QPointF at(viewport_.width() / 2.0, 8 + 24 * (looks_ / 2 % 8));
+        QMouseEvent press(QEvent::MouseButtonPress, at, viewport_.mapToGlobal(at), Qt::LeftButton,
+                          Qt::LeftButton, {});
+        QApplication::sendEvent(&viewport_, &press);
+    }
+    void turnWheel() {
+        constexpr int kNotch = 120;
+        const QPointF at = viewport_.rect().center();
+        QWheelEvent turn(at, viewport_.mapToGlobal(at), {}, {0, looks_ / 2 % 2 == 0 ? -kNotch : kNotch}, {},
+                         {}, Qt::NoScrollPhase, false);
+        QApplication::sendEvent(&viewport_, &turn);
+    }
+    void send(const std::stop_token& stop) {
+        while (!stop.stop_requested()) {
+            if (!waiting_.exchange(true)) {
+                sent_ = Clock::now();
+                QApplication::postEvent(this, new QEvent(QEvent::User));
+            }
+            std::this_thread::sleep_for(std::chrono::milliseconds(7));
+        }
+    }
+
+    QWidget& viewport_;
+    unsigned looks_ = 0;
+    bool looked_ = false;
+    std::vector<double> waits_;
+    std::atomic<bool> waiting_ = false;
+    Clock::time_point sent_;
+    std::jthread sender_{[this](const std::stop_token& stop) { send(stop); }};
 };
 
 /// Names and sizes in a random order that is the same each time.

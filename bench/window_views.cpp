@@ -3,6 +3,7 @@
 //     window_views start NANOSECONDS    milliseconds from that time of CLOCK_MONOTONIC to the first paint
 //     window_views scan TREE            seconds of a run in the window, and its peak memory
 //     window_views clicks TREE          the longest times in milliseconds that input waited meanwhile
+//     window_views looks TREE           milliseconds from a click or a turn of the wheel until it is painted
 //     window_views silent TREE          seconds of a run with no window, without its report
 //     window_views rows                 work on 1,000,000 rows
 //     window_views lists TREE           seconds of a run that fills the lists that a run can fill
@@ -54,6 +55,14 @@ void clicks(WindowForm& form, const std::string& tree) {
     ClickWatch watch;
     form.handOver('"' + tree + '"');
     settle();
+    watch.tellWaits();
+}
+
+void looks(WindowForm& form, const std::string& tree) {
+    form.formActivate();
+    settle();
+    LookWatch watch(*report().viewport());
+    form.handOver('"' + tree + '"');
     watch.tellWaits();
 }
 
@@ -170,6 +179,7 @@ int run(const std::vector<std::string>& words) {
     if (mode == "start") return inWindow(parts, start);
     if (mode == "scan") return inWindow(parts, [&](WindowForm& form) { scan(form, subject); });
     if (mode == "clicks") return inWindow(parts, [&](WindowForm& form) { clicks(form, subject); });
+    if (mode == "looks") return inWindow(parts, [&](WindowForm& form) { looks(form, subject); });
     if (mode == "rows") return inWindow(parts, rows);
     if (mode == "lists" || mode == "nolists")
         return inWindow(parts, [&](WindowForm& form) { lists(form, subject, mode == "lists"); });
