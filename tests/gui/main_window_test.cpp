@@ -200,5 +200,19 @@ TEST_F(MainWindowTest, ARescanOfALinkToAFolderAboveFindsThatItIsOneAgain) {
     EXPECT_EQ(look(), scanned);
 }
 
+// The whole file system is one drive; the reading is stopped as soon as the desktop was told.
+TEST_F(MainWindowTest, TheDesktopIsToldHowMuchOfADriveIsReadAndThenThatNothingIs) {
+    s.start();
+    s.fileSystem.beforeBlock = [&](int block) {
+        QTest::qWait(20);
+        s.form().takeDriveAnswers();
+        if (block > 100 || !s.desktop.progress.empty()) s.execute(Command::kStop);
+    };
+    s.scan("/");
+    ASSERT_EQ(s.desktop.progress.size(), 2U);
+    EXPECT_LE(s.desktop.progress[0].value_or(100), 99);
+    EXPECT_FALSE(s.desktop.progress[1]);
+}
+
 }  // namespace
 }  // namespace hl
