@@ -34,6 +34,7 @@ struct LookingTest : WindowTest {
         s.start();
         s.frame().resize(1200, 400);
         Session::settle();
+        point(false);  // The pointer may rest where another test left it.
     }
     /// Reads the sources; before a block of the last one, what is named for it is done.
     void read(const std::map<int, std::function<void()>>& acts, const std::string& sources = "src") {
