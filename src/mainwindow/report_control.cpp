@@ -89,8 +89,9 @@ void ReportControl::selectDriveOf(Row row) {
     form_.drives.list().Drives_SelectDrive(row);
 }
 
+// Sources that are handed over while the files are listed are read afterwards.
 void ReportControl::showFilesOf(const std::string& folder) {
-    form_.lists.showFilesOf(folder);
+    form_.sources.duringCommand([&] { form_.lists.showFilesOf(folder); });
 }
 
 void ReportControl::refreshPreview() {

@@ -162,7 +162,8 @@ std::unique_ptr<Listing> FolderWalk::nextListing() {
     std::unique_ptr<Listing> block = reader_->next();
     if (block == nullptr) return block;
     for (const Error& disk : block->silentMounts) tellOfSilence(disk);
-    scan_.host.entriesCame(*this);
+    // If what is shown fails, the walk must not lose this block, which the reader has handed out.
+    guarded(scan_.diagnostics, {.routine = "entriesCame"}, [&] { scan_.host.entriesCame(*this); });
     return block;
 }
 

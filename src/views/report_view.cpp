@@ -165,6 +165,7 @@ void ReportView::leaveHiddenRows() {
         }
         if (grid_.currentRow() != kNoRow) grid_.setCurrentRow(shownFor(grid_.currentRow()));
     }
+    if (moved && scan_.state.ScanActive) scan_.state.RowPicked = true;  // What shows stays at the run's end.
     if (!moved || scan_.state.ScanActive) return;
     if (grid_.selectedCount() == 1) return tellOf(grid_.selectedRows().front(), MouseButton::kLeft, {});
     showSelection({});

@@ -256,5 +256,17 @@ TEST_F(LookingTest, ASourceBeginsAtTheTopAndNothingIsScrolledForAUserWhoHasScrol
     EXPECT_EQ(s.grid().text(s.grid().currentRow()), at("src3"));
 }
 
+TEST_F(LookingTest, AFolderThatIsFoldedWhileOneInItIsReadAgainIsTheOnlySelectedRow) {
+    start();
+    read({});
+    s.click(Command::kReportUnfoldAll);
+    s.clickRow("in");
+    const Row above = s.grid().parent(s.row("in"));
+    s.fileSystem.beforeBlock = [&](int) { clickBranch(*view().rows().find(above)); };
+    s.click(Command::kReportRescan);
+    EXPECT_FALSE(s.grid().expanded(above));
+    EXPECT_EQ(s.grid().selectedRows(), std::vector<Row>{above});
+}
+
 }  // namespace
 }  // namespace hl

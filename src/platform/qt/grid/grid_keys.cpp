@@ -76,6 +76,7 @@ void GridKeys::press(QKeyEvent& event) {
 void GridKeys::look(QKeyEvent& event) {
     if (std::ranges::find(kLookKeys, event.key()) == std::end(kLookKeys)) return;
     const GridSync::Glance glance(view_.changes());
+    if (!view_.takesLooks()) return;
     view_.listener().looked(Look::kKey);
     if (pressMoveKey(event) || pressTreeKey(event) || pressOtherKey(event)) event.accept();
 }

@@ -36,6 +36,7 @@ void GridMouse::press(const QMouseEvent& event) {
 // The logic is not told of a release, so that nothing follows what is picked.
 void GridMouse::lookAt(const QMouseEvent& event, bool twice) {
     const GridSync::Glance glance(view_.changes());
+    if (!view_.takesLooks()) return;
     const QPoint point = event.position().toPoint();
     const auto index = view_.places().indexAt(point);
     if (event.button() != Qt::LeftButton || !index) return;
