@@ -24,7 +24,8 @@ void StartButton::show(const StartEntry& entry) {
     note_ = shownName(entry.note);
     percent_ = entry.percent;
     setAccessibleName(caption_);
-    setAccessibleDescription(note_);
+    // Without a description a screen reader would read the tooltip with its marks.
+    setAccessibleDescription(note_.isEmpty() ? caption_ : note_);
     // A name must never be read as rich text.
     setToolTip(QStringLiteral("<p style='white-space:pre'>") + caption_.toHtmlEscaped() +
                (note_.isEmpty() ? QString() : QStringLiteral("<br>") + note_.toHtmlEscaped()));
