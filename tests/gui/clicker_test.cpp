@@ -232,7 +232,10 @@ class Clicker {
         const std::string path =
             id == GridId::kReport ? Report_GetFullpathOfNode(grid, rows[0], false, kPosixPaths)
                                   : std::string(grid.cellText(rows[0], kFilePath)).append(grid.text(rows[0]));
-        if (path.find("moving") != std::string::npos || path.find("/deep") != std::string::npos) return;
+        // A whole drive may be in the report, and other folders are changed by others.
+        if (!path.starts_with(tree_ + "/") || path.find("moving") != std::string::npos ||
+            path.find("/deep") != std::string::npos)
+            return;
         const std::string before = test::snapshotOf(path);
         const int left = left_;
         if (id == GridId::kReport)
