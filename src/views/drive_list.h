@@ -138,10 +138,10 @@ class DriveList final : public GridEvents {
     void MouseUp(Row row, MouseButton button, bool shift, Point at) override;
     /// Reads the first selected drive.
     void DblClick() override;
-    /// Return reads the first selected drive. The Delete key removes the first selected row if it is a share
-    /// with a UNC text.
+    /// Return reads the first selected drive.
     void KeyUp(int key) override;
     void Shortcut(GridShortcut what) override;
+    /// Removes the first selected row from the list if it is a share with a UNC text.
     void deletePressed(bool forGood) override;
 
     /// Delivers the answers that have arrived, and fits the columns once. To be called when

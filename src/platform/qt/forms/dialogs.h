@@ -18,11 +18,10 @@ struct DialogTexts {
 
 /// Returns true for yes, and for a message that is no question.
 bool showMessage(QWidget* parent, const DialogTexts& texts, MessageKind kind, const std::string& text);
-/// Returns an empty text if the user cancelled.
 /// Returns true if the button with the caption `action` was pressed; the other one is the default.
 bool askToConfirm(QWidget* parent, const DialogTexts& texts, const std::string& text,
                   const std::string& action);
-
+/// Returns an empty text if the user cancelled.
 std::string askForText(QWidget* parent, const DialogTexts& texts, const std::string& prompt,
                        const std::string& preset);
 /// The dialog begins at `start`, or above it if that is gone or has a name that is not UTF-8. If the user
