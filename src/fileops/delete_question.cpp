@@ -16,12 +16,13 @@ namespace {
 
 constexpr std::size_t kMostNames = 8;
 
-std::string countedNames(const ToDelete& what, const Texts& texts) {
+std::string countedNames(const ToDelete& what, const Texts& texts, const NumberFormat& numbers) {
     std::string all;
     for (std::size_t i = 0; i < std::min(kMostNames, what.names.size()); ++i)
         all += "\n" + visible(what.names[i]);
     if (what.names.size() > kMostNames)
-        all += "\n" + texts.TL(9555, "... und %1 weitere", {std::to_string(what.names.size() - kMostNames)});
+        all += "\n" +
+               texts.TL(9555, "... und %1 weitere", {formatCount(what.names.size() - kMostNames, numbers)});
     return all;
 }
 
@@ -74,19 +75,16 @@ bool wantsToDelete(const FileOps& ops, const ToDelete& what) {
     if (ops.scan.options.AskBeforeDelete == 0) return true;
     const Texts& texts = ops.scan.texts;
     const NumberFormat& numbers = ops.scan.numbers;
-    const std::string files = countText(what.files, numbers);
+    const std::string files = formatNumber(what.files, {}, numbers);
     const double most = static_cast<double>(SizeValue::kMaxBytes);
     const std::string bytes = FormatSizeAuto(
         SizeValue::fromBytes(static_cast<std::uint64_t>(std::min(what.bytes, most))), true, numbers);
-    const std::string asked =
-        what.folders ? texts.TL(9804, "%1 Ordner mit %2 Datei(en), %3, für immer löschen?",
-                                {countText(static_cast<double>(what.names.size()), numbers), files, bytes})
-                     : texts.TL(9805, "%1 Datei(en), %2, für immer löschen?", {files, bytes});
-    return ops.window.dialogs.confirm(asked + "\n" + countedNames(what, texts), texts.TL(9271, "Löschen"));
-}
-
-std::string countText(double number, const NumberFormat& numbers) {
-    return formatNumber(number, {}, numbers);
+    const std::string asked = what.folders
+                                  ? texts.TL(9804, "%1 Ordner mit %2 Datei(en), %3, für immer löschen?",
+                                             {formatCount(what.names.size(), numbers), files, bytes})
+                                  : texts.TL(9805, "%1 Datei(en), %2, für immer löschen?", {files, bytes});
+    return ops.window.dialogs.confirm(asked + "\n" + countedNames(what, texts, numbers),
+                                      texts.TL(9271, "Löschen"));
 }
 
 }  // namespace hl

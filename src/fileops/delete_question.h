@@ -27,7 +27,4 @@ ToDelete filesOf(const ListView& list);
 /// Returns true at once if the user has switched the question off (AskBeforeDelete).
 bool wantsToDelete(const FileOps& ops, const ToDelete& what);
 
-/// Returns a number of things with its separators.
-std::string countText(double number, const NumberFormat& numbers);
-
 }  // namespace hl

@@ -51,16 +51,15 @@ void tellWent(const FileOps& ops, const std::vector<std::string>& went, bool rec
     if (went.empty() || ops.host.closed()) return;
     const Texts& texts = ops.scan.texts;
     if (!recycle)
-        return ops.host.setFirstPanel(
-            went.size() == 1 ? texts.TL(9792, "'%1' wurde gelöscht.", {visible(went.front())})
-                             : texts.TL(9793, "%1 Einträge wurden gelöscht.",
-                                        {countText(static_cast<double>(went.size()), ops.scan.numbers)}));
+        return ops.host.setFirstPanel(went.size() == 1
+                                          ? texts.TL(9792, "'%1' wurde gelöscht.", {visible(went.front())})
+                                          : texts.TL(9793, "%1 Einträge wurden gelöscht.",
+                                                     {formatCount(went.size(), ops.scan.numbers)}));
     const std::string trash = visible(gone.trash());
-    const std::string text =
-        went.size() == 1
-            ? texts.TL(9790, "'%1' liegt jetzt im Papierkorb (%2).", {visible(went.front()), trash})
-            : texts.TL(9791, "%1 Einträge liegen jetzt im Papierkorb (%2).",
-                       {countText(static_cast<double>(went.size()), ops.scan.numbers), trash});
+    const std::string text = went.size() == 1 ? texts.TL(9790, "'%1' liegt jetzt im Papierkorb (%2).",
+                                                         {visible(went.front()), trash})
+                                              : texts.TL(9791, "%1 Einträge liegen jetzt im Papierkorb (%2).",
+                                                         {formatCount(went.size(), ops.scan.numbers), trash});
     // Where the system does not tell the place in the trash, nothing can be taken back.
     trash.empty() ? ops.host.setFirstPanel(texts.TL(3525, "OK.")) : ops.host.offerTakeBack(text);
 }
@@ -130,8 +129,9 @@ bool xDeleteFolder_W(const FileOps& ops, FileRun& run, const std::string& path, 
     for (const auto& [error, isFolder] : removal.failures)
         errorText += error.text + (isFolder ? "(" : " (") + cut(error.name) + ") ";
     if (removal.failureCount > removal.failures.size())
-        errorText += ops.scan.texts.TL(9555, "... und %1 weitere",
-                                       {std::to_string(removal.failureCount - removal.failures.size())});
+        errorText += ops.scan.texts.TL(
+            9555, "... und %1 weitere",
+            {formatCount(removal.failureCount - removal.failures.size(), ops.scan.numbers)});
     return false;
 }
 

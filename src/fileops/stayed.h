@@ -31,8 +31,8 @@ class Stayed {
         for (const std::string& text : texts_)
             all += (all.empty() ? "" : "\n") + visible(count_ == 1 ? text : cut(text));
         if (count_ > texts_.size())
-            all += "\n" +
-                   ops.scan.texts.TL(9555, "... und %1 weitere", {std::to_string(count_ - texts_.size())});
+            all += "\n" + ops.scan.texts.TL(9555, "... und %1 weitere",
+                                            {formatCount(count_ - texts_.size(), ops.scan.numbers)});
         ops.window.dialogs.message(MessageKind::kWarning, all);
     }
 

@@ -7,7 +7,6 @@
 #include <vector>
 
 #include "base/path.h"
-#include "fileops/delete_question.h"
 #include "fileops/stayed.h"
 #include "fileops/undo_steps.h"
 #include "grid/no_redraw.h"
@@ -199,11 +198,10 @@ void PuttingBack::tellBack() {
     std::vector<std::string> paths;
     if (renamedBack_) paths.push_back(step_.renamed->from);
     for (const TrashedItem& item : back_) paths.push_back(item.path);
-    const auto count = static_cast<double>(paths.size());
     ops_.host.setFirstPanel(paths.empty()       ? texts.TL(3525, "OK.")
                             : paths.size() == 1 ? texts.TL(9796, "'%1' ist wieder da.", {paths.front()})
                                                 : texts.TL(9797, "%1 Einträge sind wieder da.",
-                                                           {countText(count, ops_.scan.numbers)}));
+                                                           {formatCount(paths.size(), ops_.scan.numbers)}));
 }
 
 void PuttingBack::show() {
