@@ -116,6 +116,18 @@ TEST_F(TakeBackTest, ARenamingThatReplacedAFileIsOneStep) {
     expectReportOfAFreshScan();
 }
 
+TEST_F(TakeBackTest, ASmallWindowBecomesWideEnoughForTheButton) {
+    startUnfolded();
+    s().clickRow("sub");
+    s().frame().resize(60, 60);
+    const int width = s().frame().width();
+    pressed(s().view(), Qt::Key_Delete);
+    ASSERT_NE(statusButton(Command::kTakeBack), nullptr);
+    EXPECT_GT(s().frame().width(), width);
+    statusButton(Command::kTakeBack)->click();
+    EXPECT_TRUE(there("src/sub"));
+}
+
 TEST_F(TakeBackTest, WhatCannotComeBackIsNamedAndTheRestIsBack) {
     GridView& list = startWithList();
     selectFirst(list, 3);

@@ -67,26 +67,28 @@ void StatusPanelBar::setPanels(const StatusPanels& panels) {
     first_->setMaximumWidth(all ? QWIDGETSIZE_MAX : std::max(0, panels.firstWidth));
 }
 
+// A button that is added or shown may make the window wider, and its panes then set the panels again, while
+// this still runs. So a button is known before it is laid out, and nothing is held across that.
 void StatusPanelBar::setButtons(const std::vector<StatusButton>& buttons) {
+    for (const StatusButton& each : buttons) {
+        if (!buttons_.contains(each.id)) addButton(each);
+        buttons_.at(each.id)->setText(qtText(each.caption));
+    }
     for (const auto& [id, button] : buttons_)
         button->setVisible(std::ranges::find(buttons, id, &StatusButton::id) != buttons.end());
-    for (const StatusButton& each : buttons) {
-        QPushButton*& button = buttons_[each.id];
-        if (button == nullptr) button = makeButton(each);
-        button->setText(qtText(each.caption));
-    }
 }
 
-QPushButton* StatusPanelBar::makeButton(const StatusButton& made) {
+void StatusPanelBar::addButton(const StatusButton& added) {
     auto* button = new QPushButton(this);
-    button->setObjectName(QStringLiteral("status.%1").arg(made.id));
+    button->setObjectName(QStringLiteral("status.%1").arg(added.id));
+    button->hide();  // Otherwise the layout shows it before it has its text.
     connect(button, &QPushButton::clicked, this,
-            [this, id = made.id] { kGuard(events_, [this, id] { barEvents_.execute(BarId::kMain, id); }); });
-    if (made.ofFirst)
+            [this, id = added.id] { kGuard(events_, [this, id] { barEvents_.execute(BarId::kMain, id); }); });
+    buttons_.emplace(added.id, button);
+    if (added.ofFirst)
         insertWidget(1, button);
     else
         addWidget(button);
-    return button;
 }
 
 }  // namespace hl

@@ -22,7 +22,7 @@ class StatusPanelBar final : public QStatusBar {
     class Panel;
 
     void setButtons(const std::vector<StatusButton>& buttons);
-    QPushButton* makeButton(const StatusButton& made);
+    void addButton(const StatusButton& added);
 
     WindowEvents& events_;
     BarEvents& barEvents_;
