@@ -161,35 +161,35 @@ inline double peakMebibytes() {
     return 0;
 }
 
-/// Sends itself events from a thread, one every few milliseconds, and notes how long each waited. To the
-/// event loop they are like clicks.
-class ClickWatch final : public QObject {
+/// Sends itself an event from a thread, waits until it is answered, and sends the next one a pause later.
+/// Notes how long each answer took.
+class WaitWatch : public QObject {
   public:
-    ClickWatch() : sender_([this](const std::stop_token& stop) { send(stop); }) {}
-    ~ClickWatch() override { sender_ = {}; }
+    ~WaitWatch() override { sender_ = {}; }
 
-    bool event(QEvent* event) override {
-        if (event->type() != QEvent::User) return QObject::event(event);
+  protected:
+    explicit WaitWatch(std::chrono::milliseconds pause)
+        : sender_([this, pause](const std::stop_token& stop) { send(stop, pause); }) {}
+
+    void answered() {
         waits_.push_back(secondsSince(sent_) * 1e3);
         waiting_ = false;
-        return true;
     }
-
-    void tellWaits() {
+    /// Returns the waits in milliseconds, the shortest first. Ends the program if there are none.
+    const std::vector<double>& sortedWaits() {
+        if (waits_.empty()) std::exit(1);
         std::sort(waits_.begin(), waits_.end());
-        tell("longest", waits_.back());
-        tell("of100", waits_[waits_.size() * 99 / 100]);
-        tell("half", waits_[waits_.size() / 2]);
+        return waits_;
     }
 
   private:
-    void send(const std::stop_token& stop) {
+    void send(const std::stop_token& stop, std::chrono::milliseconds pause) {
         while (!stop.stop_requested()) {
             if (!waiting_.exchange(true)) {
                 sent_ = Clock::now();
                 QApplication::postEvent(this, new QEvent(QEvent::User));
             }
-            std::this_thread::sleep_for(std::chrono::milliseconds(3));
+            std::this_thread::sleep_for(pause);
         }
     }
 
@@ -199,13 +199,32 @@ class ClickWatch final : public QObject {
     std::jthread sender_;
 };
 
-/// Clicks on rows of the report and turns the wheel over it in turn, from a thread, and notes how long it
-/// took until the report was painted. The last painting counts from its start, and for one more turn of the
-/// loop.
-class LookWatch final : public QObject {
+/// Its events are like clicks to the event loop.
+class ClickWatch final : public WaitWatch {
   public:
-    explicit LookWatch(QWidget& viewport) : viewport_(viewport) { viewport_.installEventFilter(this); }
-    ~LookWatch() override { sender_ = {}; }
+    ClickWatch() : WaitWatch(std::chrono::milliseconds(3)) {}
+
+    bool event(QEvent* event) override {
+        if (event->type() != QEvent::User) return QObject::event(event);
+        answered();
+        return true;
+    }
+
+    void tellWaits() {
+        const std::vector<double>& waits = sortedWaits();
+        tell("longest", waits.back());
+        tell("of100", waits[waits.size() * 99 / 100]);
+        tell("half", waits[waits.size() / 2]);
+    }
+};
+
+/// Clicks on rows of the report and turns the wheel over it in turn; the answer is that the report is
+/// painted. The last painting counts from its start, and for one more turn of the loop.
+class LookWatch final : public WaitWatch {
+  public:
+    explicit LookWatch(QWidget& viewport) : WaitWatch(std::chrono::milliseconds(7)), viewport_(viewport) {
+        viewport_.installEventFilter(this);
+    }
 
     bool event(QEvent* event) override {
         if (event->type() != QEvent::User) return QObject::event(event);
@@ -215,19 +234,15 @@ class LookWatch final : public QObject {
     }
     bool eventFilter(QObject*, QEvent* event) override {
         if (event->type() != QEvent::Paint || !std::exchange(looked_, false)) return false;
-        QTimer::singleShot(0, this, [this] {
-            waits_.push_back(secondsSince(sent_) * 1e3);
-            waiting_ = false;
-        });
+        QTimer::singleShot(0, this, [this] { answered(); });
         return false;
     }
     void tellWaits() {
-        if (waits_.empty()) std::exit(1);
-        std::sort(waits_.begin(), waits_.end());
-        tell("looks", static_cast<double>(waits_.size()));
-        tell("longest", waits_.back());
-        tell("of20", waits_[waits_.size() * 95 / 100]);
-        tell("half", waits_[waits_.size() / 2]);
+        const std::vector<double>& waits = sortedWaits();
+        tell("looks", static_cast<double>(waits.size()));
+        tell("longest", waits.back());
+        tell("of20", waits[waits.size() * 95 / 100]);
+        tell("half", waits[waits.size() / 2]);
     }
 
   private:
@@ -244,23 +259,10 @@ class LookWatch final : public QObject {
                          {}, Qt::NoScrollPhase, false);
         QApplication::sendEvent(&viewport_, &turn);
     }
-    void send(const std::stop_token& stop) {
-        while (!stop.stop_requested()) {
-            if (!waiting_.exchange(true)) {
-                sent_ = Clock::now();
-                QApplication::postEvent(this, new QEvent(QEvent::User));
-            }
-            std::this_thread::sleep_for(std::chrono::milliseconds(7));
-        }
-    }
 
     QWidget& viewport_;
     unsigned looks_ = 0;
     bool looked_ = false;
-    std::vector<double> waits_;
-    std::atomic<bool> waiting_ = false;
-    Clock::time_point sent_;
-    std::jthread sender_{[this](const std::stop_token& stop) { send(stop); }};
 };
 
 /// Names and sizes in a random order that is the same each time.

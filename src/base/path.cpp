@@ -1,5 +1,7 @@
 #include "base/path.h"
 
+#include <algorithm>
+
 #include "base/text.h"
 
 namespace hl {
@@ -33,6 +35,12 @@ std::string AddTrailingSlash(std::string_view path, const PathRules& rules) {
 
 std::string_view fileNameOf(std::string_view path, const PathRules& rules) {
     return path.substr(path.rfind(rules.separator) + 1);
+}
+
+std::string folderAbove(std::string_view path, const PathRules& rules) {
+    const std::size_t at = path.rfind(rules.separator);
+    if (at == std::string_view::npos || path.size() == 1) return {};
+    return std::string(path.substr(0, std::max<std::size_t>(1, at)));
 }
 
 std::string xGetExtension(std::string_view name) {

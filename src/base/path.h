@@ -30,6 +30,9 @@ std::string TrimAtNul(std::string_view text);
 std::string AddTrailingSlash(std::string_view path, const PathRules& rules);
 /// Returns what follows the last separator, or the whole path if it has none.
 std::string_view fileNameOf(std::string_view path, const PathRules& rules);
+/// Returns the folder that holds `path`, without a separator at its end unless it is the root. Empty for the
+/// root and for a path without a separator. REQUIRES: `path` has no separator at its end, or is the root.
+std::string folderAbove(std::string_view path, const PathRules& rules);
 /// Returns what follows the last point of a file name, or an empty text.
 std::string xGetExtension(std::string_view name);
 

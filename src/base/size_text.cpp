@@ -73,16 +73,6 @@ std::string FormatSizeAuto(SizeValue value, bool withUnit, const NumberFormat& f
     return inUnit(fittingMode(value), value, decimals, withUnit, format);
 }
 
-std::string formatViewSize(int mode, SizeValue value, bool withUnit, bool pad, bool withBytesUnit,
-                           const NumberFormat& format) {
-    if (sizeUnit(mode).caption.id == 0) return {};
-    const bool unit = withUnit && (withBytesUnit || mode != kModeBytes);
-    const bool chosen = mode == kModeAuto && withUnit;
-    const std::string text =
-        chosen ? FormatSizeAuto(value, true, format) : inUnit(mode, value, 2, unit, format);
-    return pad ? padded(text, sizeUnit(mode).width) : text;
-}
-
 std::string xFormatFileSizeWithSpacer(int mode, SizeValue value, std::size_t width, bool withUnit,
                                       int decimals, const NumberFormat& format) {
     return padded(inUnit(mode, value, decimals == 1 ? 2 : 0, withUnit, format), width);

@@ -28,12 +28,6 @@ int fittingMode(SizeValue value);
 /// Larger units than bytes show 0 or 2 decimals.
 std::string FormatSizeAuto(SizeValue value, bool withUnit, const NumberFormat& format, int decimals = 2);
 
-/// Formats a size in a unit that can be chosen. Larger units than bytes show two decimals, whatever the
-/// view's decimals flag says. `pad` puts blanks in front up to the mode's width. " Bytes" needs both
-/// `withUnit` and `withBytesUnit`.
-std::string formatViewSize(int mode, SizeValue value, bool withUnit, bool pad, bool withBytesUnit,
-                           const NumberFormat& format);
-
 /// Formats a size for saved reports: blanks in front fill it up to `width` characters, and it is never cut.
 /// Mode 4 and any unknown one give nothing but blanks. Decimals are shown if `decimals` is 1 and the mode is
 /// not bytes.

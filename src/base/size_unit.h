@@ -28,7 +28,6 @@ struct SizeUnit {
     bool decimals = true;          ///< Sizes can have decimals.
     RowText title = {};            ///< Stands in the title of a list's column.
     RowText caption = {};          ///< Of the button that chooses the unit; without one it cannot be chosen.
-    std::size_t width = 0;         ///< To which a size is filled up by formatViewSize.
     RowText tooltip = {};          ///< Of the button; without one it is the caption.
 };
 
@@ -36,20 +35,13 @@ struct SizeUnit {
 /// size. Views show each size of kModeAuto in the unit that fits it (FormatSizeAuto); what is saved has
 /// bytes.
 inline constexpr auto kSizeUnits = std::to_array<SizeUnit>({
-    {1, "Bytes", " (Bytes)", false, TL(3515, "Bytes"), TL(3515, "Bytes"), 15},
-    {1LL << 10, "KB", " (KB)", true, TL(3516, "KB"), TL(9252, "Kilobytes"), 17},
-    {1LL << 20, "MB", " (MB)", true, TL(3517, "MB"), TL(9253, "Megabytes"), 13},
-    {1LL << 30, "GB", " (GB)", true, TL(3518, "GB"), TL(9254, "Gigabytes"), 9},
+    {1, "Bytes", " (Bytes)", false, TL(3515, "Bytes"), TL(3515, "Bytes")},
+    {1LL << 10, "KB", " (KB)", true, TL(3516, "KB"), TL(9252, "Kilobytes")},
+    {1LL << 20, "MB", " (MB)", true, TL(3517, "MB"), TL(9253, "Megabytes")},
+    {1LL << 30, "GB", " (GB)", true, TL(3518, "GB"), TL(9254, "Gigabytes")},
     {0, "", " (TB)"},
     {1LL << 40, "TB", ""},
-    {1,
-     "Bytes",
-     " (Bytes)",
-     false,
-     {},
-     TL(9720, "Auto"),
-     15,
-     TL(9721, "Jede Größe in der passenden Einheit")},
+    {1, "Bytes", " (Bytes)", false, {}, TL(9720, "Auto"), TL(9721, "Jede Größe in der passenden Einheit")},
 });
 
 /// Returns the unit with this number, or for any other number one that has neither divisor nor texts.

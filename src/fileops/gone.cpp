@@ -17,13 +17,6 @@ namespace hl {
 
 namespace {
 
-/// Returns the folder without a separator at its end; empty above the root.
-std::string folderOf(std::string_view path) {
-    if (path.size() <= 1) return {};
-    const std::size_t at = path.rfind('/');
-    return std::string(path.substr(0, at == 0 ? 1 : at));
-}
-
 std::string pathOfFile(const Grid& list, Row row) {
     return std::string(list.cellText(row, kFilePath)).append(list.text(row));
 }
@@ -43,8 +36,8 @@ void Gone::about(const std::string& path, bool folder) {
 void Gone::trashed(TrashedItem item) {
     const std::string& now = item.moved.now.base;
     if (now.empty()) return;
-    const std::string files = folderOf(now);
-    trash_ = folderOf(files);
+    const std::string files = folderAbove(now, kPosixPaths);
+    trash_ = folderAbove(files, kPosixPaths);
     trashes_.insert(files);
     trashes_.insert(trash_ + "/info");
     if (item.folder) trashed_.insert(now);
@@ -54,7 +47,7 @@ void Gone::trashed(TrashedItem item) {
 // Tells whether `folders` holds the path itself or a folder above it.
 bool Gone::isIn(const Paths& folders, std::string_view path) {
     if (folders.empty()) return false;
-    for (std::string above(path); !above.empty(); above = folderOf(above))
+    for (std::string above(path); !above.empty(); above = folderAbove(above, kPosixPaths))
         if (folders.contains(above)) return true;
     return false;
 }
@@ -83,9 +76,9 @@ void Gone::readWhatIsLeft() {
     ReportChanges changes(scan);
     for (const std::string& path : folders_) changes.folderWent(path);
     for (const std::string& path : parts_)
-        if (!isIn(parts_, folderOf(path))) changes.folderChanged(path);
+        if (!isIn(parts_, folderAbove(path, kPosixPaths))) changes.folderChanged(path);
     Paths folders;
-    for (const std::string& path : files_) folders.insert(folderOf(path));
+    for (const std::string& path : files_) folders.insert(folderAbove(path, kPosixPaths));
     for (const std::string& folder : folders) changes.filesChanged(folder);
     readTrash(changes);
     for (const std::string& path : linked_)
@@ -170,7 +163,7 @@ void Gone::followReport() {
 /// Returns the row of the folder, or of the nearest folder above it that has one, or else the first row.
 Row Gone::nearestRow(std::string path) const {
     const Grid& report = ops_.scan.tvwPL;
-    for (; !path.empty(); path = folderOf(path))
+    for (; !path.empty(); path = folderAbove(path, kPosixPaths))
         for (Row root = report.firstRoot(); root != kNoRow; root = report.nextSibling(root))
             if (const Row row = rowOfFolder(report, root, path, ops_.scan.paths); row != kNoRow) return row;
     return report.firstRoot();

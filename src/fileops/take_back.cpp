@@ -22,16 +22,11 @@ namespace {
 
 using Paths = std::set<std::string, std::less<>>;
 
-std::string folderOf(const std::string& path) {
-    const std::size_t slash = path.rfind('/');
-    return path.substr(0, slash == 0 ? 1 : slash);
-}
-
 /// Returns the highest folder above the path that is not there; empty if all are.
 std::string missingFolder(const FileOps& ops, const std::string& path) {
     std::string missing;
-    for (std::string folder = folderOf(path); folder.size() > 1 && hasVanished(ops.scan, folder);
-         folder = folderOf(folder))
+    for (std::string folder = folderAbove(path, kPosixPaths);
+         folder.size() > 1 && hasVanished(ops.scan, folder); folder = folderAbove(folder, kPosixPaths))
         missing = folder;
     return missing;
 }
@@ -143,15 +138,15 @@ void PuttingBack::readAgain() {
             changes.folderWent(step_.renamed->to);
             changes.folderCame(step_.renamed->from);
         }
-        files.insert(folderOf(step_.renamed->from));
+        files.insert(folderAbove(step_.renamed->from, kPosixPaths));
     }
     for (const TrashedItem& item : back_) {
         // The trash may lie in a folder of the report.
         if (item.folder) changes.folderWent(item.moved.now.base);
-        const std::string trash = folderOf(item.moved.now.base);
-        files.insert({trash, folderOf(trash) + "/info"});
+        const std::string trash = folderAbove(item.moved.now.base, kPosixPaths);
+        files.insert({trash, folderAbove(trash, kPosixPaths) + "/info"});
         if (item.folder) changes.folderCame(item.path);
-        if (!item.folder) files.insert(folderOf(item.path));
+        if (!item.folder) files.insert(folderAbove(item.path, kPosixPaths));
         // Where names of one file count once, a folder with such files changes what others count.
         if (scan.options.AddHardlinksOnlyOnce != 1 || !item.folder || !holdsLinkedFiles(scan, item.path))
             continue;
@@ -159,7 +154,7 @@ void PuttingBack::readAgain() {
         changes.sourcesChanged(trash);
     }
     for (const std::string& folder : files) changes.filesChanged(folder);
-    for (const std::string& link : step_.links) changes.folderChanged(folderOf(link));
+    for (const std::string& link : step_.links) changes.folderChanged(folderAbove(link, kPosixPaths));
     changes.finish();
 }
 

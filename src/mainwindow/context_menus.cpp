@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <span>
 
+#include "base/path.h"
 #include "base/row_text.h"
 #include "fileops/deleting.h"
 #include "fileops/menus.h"
@@ -58,20 +59,17 @@ void showInFolder(const MenuTarget& on) {
 bool isOne(const MenuTarget& on) {
     return on.paths.size() == 1;
 }
-std::string folderAbove(const std::string& path) {
-    return path.substr(0, std::max<std::size_t>(1, path.rfind('/')));
-}
 // Rows of the junctions are folders, and so are those of the report and of the drives.
 void openTerminal(const MenuTarget& on) {
     const bool file = on.grid != GridId::kReport && on.grid != GridId::kDrives && hasFiles(on);
-    const std::string folder = file ? folderAbove(on.paths.front()) : on.paths.front();
+    const std::string folder = file ? folderAbove(on.paths.front(), kPosixPaths) : on.paths.front();
     if (on.form.window->desktop.openTerminal(folder) || on.form.closed) return;
     on.form.status.setFirst(
         on.form.services().texts.TL(9760, "In '%1' kann kein Terminal geöffnet werden.", {folder}));
 }
 // A link to a folder may have no row of its own.
 void showInReport(const MenuTarget& on) {
-    on.form.report.goTo(hasFiles(on) ? folderAbove(on.paths.front()) : on.paths.front());
+    on.form.report.goTo(hasFiles(on) ? folderAbove(on.paths.front(), kPosixPaths) : on.paths.front());
 }
 void unfold(const MenuTarget& on, bool unfolds) {
     on.form.report.view().Report_ExpandSubFolders(unfolds);

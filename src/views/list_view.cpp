@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <optional>
 
+#include "base/path.h"
 #include "base/scope_exit.h"
 #include "base/text.h"
 #include "grid/no_redraw.h"
@@ -245,7 +246,7 @@ void ListView::removeRows(const std::function<bool(const std::string& path)>& we
 void ListView::renameRows(const std::string& from, const std::string& to) {
     for (Row row = grid_.firstRoot(); row != kNoRow; row = grid_.nextSibling(row))
         if (pathOf(row) == from)
-            grid_.setText(row, grid_.text(row) == from ? to : to.substr(to.rfind('/') + 1));
+            grid_.setText(row, grid_.text(row) == from ? to : std::string(fileNameOf(to, parts_.scan.paths)));
 }
 
 // --- what the list shows

@@ -324,11 +324,11 @@ void ReportView::tellOf(Row row, MouseButton button, Point at) {
 bool ReportView::follow(Row row) {
     const Row current = grid_.currentRow();
     host_.selectDriveOf(row);
-    const std::string path = Report_GetFullpathOfNode(grid_, folderOf(row), true, scan_.paths);
+    const std::string path = folderPath(row);
     host_.showFilesOf(path);
     // Another row may be current now, and this one may be gone.
     if (grid_.currentRow() != current || !grid_.selected(row) || scan_.state.ScanActive ||
-        Report_GetFullpathOfNode(grid_, folderOf(row), true, scan_.paths) != path)
+        folderPath(row) != path)
         return false;
     history_.visited(pathOf(row));
     showSelection(path);

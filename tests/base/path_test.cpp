@@ -35,6 +35,13 @@ TEST(JoinPath, PutsOneSeparatorBetweenParentAndName) {
     EXPECT_EQ(joinPath("C:\\a", "b", kDrivePaths), "C:\\a\\b");
 }
 
+TEST(FolderAbove, IsTheRootAtLastAndThenNothing) {
+    const std::pair<std::string_view, std::string_view> cases[] = {
+        {"/a/b", "/a"}, {"/a", "/"}, {"/", ""}, {"", ""}, {"a", ""}, {"/a/\xFF ", "/a"}};
+    for (const auto& [path, folder] : cases) EXPECT_EQ(folderAbove(path, kPosixPaths), folder) << path;
+    EXPECT_EQ(folderAbove("\\\\s\\a\\b", kDrivePaths), "\\\\s\\a");
+}
+
 TEST(IdentityKey, FoldsOnlyWhereThePlatformDoes) {
     EXPECT_EQ(identityKey("/Home/Ärger/\xFF", kPosixPaths), "/Home/Ärger/\xFF");
     EXPECT_EQ(identityKey("C:\\Home\\Ärger\\\xFF", kDrivePaths), "c:\\home\\ärger\\\xFF");

@@ -41,12 +41,18 @@ TEST(FormatSizeAuto, ChoosesTheUnitAsTheDynamicModeAndTerabytesToo) {
     EXPECT_EQ(FormatSizeAuto(bytes(1536), true, kEnglish, 0), "2 KB");
 }
 
-TEST(FormatViewSize, PadsToTheWidthOfTheModeAndNeverCuts) {
-    const char* texts[] = {"", "      5,242,880", "         5,120.00", "         5.00", "     0.00", "", ""};
-    for (int mode = -1; mode <= 5; ++mode)
-        EXPECT_EQ(formatViewSize(mode, bytes(5'242'880), false, true, false, kEnglish), texts[mode + 1]);
-    EXPECT_EQ(formatViewSize(3, bytes(kGB), true, true, false, kEnglish), "  1.00 GB");
-    EXPECT_EQ(formatViewSize(3, bytes(900'000'000'000'000), false, true, false, kEnglish), "838,190.32");
+TEST(FileSizeWithSpacer, PadsToTheWidthAndNeverCuts) {
+    const std::tuple<int, std::size_t, const char*> cases[] = {{-1, 0, ""},
+                                                               {0, 15, "      5,242,880"},
+                                                               {1, 17, "         5,120.00"},
+                                                               {2, 13, "         5.00"},
+                                                               {3, 9, "     0.00"},
+                                                               {4, 0, ""},
+                                                               {5, 9, "     0.00"}};
+    for (const auto& [mode, width, text] : cases)
+        EXPECT_EQ(xFormatFileSizeWithSpacer(mode, bytes(5'242'880), width, false, 1, kEnglish), text);
+    EXPECT_EQ(xFormatFileSizeWithSpacer(3, bytes(kGB), 9, true, 1, kEnglish), "  1.00 GB");
+    EXPECT_EQ(xFormatFileSizeWithSpacer(3, bytes(900'000'000'000'000), 9, false, 1, kEnglish), "838,190.32");
 }
 
 TEST(FileSizeWithSpacer, PadsInCharactersEachModeWithOrWithoutDecimals) {

@@ -13,7 +13,7 @@ namespace hl {
 namespace {
 
 constexpr QtGuard kGuard{"StartButton"};
-constexpr int kMargin = 8, kGap = 8, kIcon = 24, kBar = 5, kWidest = 420, kNarrowest = 120;
+constexpr int kMargin = 8, kGap = 8, kIcon = 24, kBar = 5, kBarGap = 3, kWidest = 420, kNarrowest = 120;
 constexpr qreal kSmallestNote = 0.75;
 constexpr int kNearlyFull = 90;  // Percent; from there on the bar warns.
 
@@ -33,10 +33,13 @@ void StartButton::show(const StartEntry& entry) {
     update();
 }
 
+// The height of the lines and of the bar below them.
+int StartButton::linesHeight() const {
+    return (note_.isEmpty() ? 1 : 2) * fontMetrics().height() + (percent_ < 0 ? 0 : kBar + kBarGap);
+}
+
 QSize StartButton::sizeHint() const {
-    const int line = fontMetrics().height();
-    const int lines = (note_.isEmpty() ? 1 : 2) * line + (percent_ < 0 ? 0 : kBar + 3);
-    return {kWidest, std::max(lines, kIcon) + 2 * kMargin};
+    return {kWidest, std::max(linesHeight(), kIcon) + 2 * kMargin};
 }
 
 QSize StartButton::minimumSizeHint() const {
@@ -77,8 +80,7 @@ void StartButton::paintContents() {
     icon().paint(&painter, picture, Qt::AlignCenter, isEnabled() ? QIcon::Normal : QIcon::Disabled);
     room.setLeft(picture.right() + kGap);
     const int line = fontMetrics().height();
-    const int height = (note_.isEmpty() ? 1 : 2) * line + (percent_ < 0 ? 0 : kBar + 3);
-    QRect row(room.left(), room.center().y() - height / 2, room.width(), line);
+    QRect row(room.left(), room.center().y() - linesHeight() / 2, room.width(), line);
     const auto text = [&](const QString& whole) {
         painter.drawText(row, static_cast<int>(Qt::AlignLeft | Qt::AlignVCenter) | Qt::TextSingleLine,
                          painter.fontMetrics().elidedText(whole, Qt::ElideMiddle, row.width()));
@@ -91,7 +93,7 @@ void StartButton::paintContents() {
     painter.setPen(ink);
     painter.setFont(noteFont(row.width()));
     if (!note_.isEmpty()) text(note_);
-    if (percent_ >= 0) paintFill(painter, {row.left(), row.top() + 3, row.width(), kBar});
+    if (percent_ >= 0) paintFill(painter, {row.left(), row.top() + kBarGap, row.width(), kBar});
     if (!hasFocus()) return;
     painter.setPen(QPen(option.palette.color(QPalette::Highlight), 2));
     painter.setBrush(Qt::NoBrush);
@@ -99,7 +101,7 @@ void StartButton::paintContents() {
     painter.drawRoundedRect(QRectF(rect()).adjusted(2, 2, -2, -2), 3, 3);
 }
 
-/// Numbers are not cut: they become smaller, within bounds.
+// Numbers are not cut: they become smaller, within bounds.
 QFont StartButton::noteFont(int room) const {
     QFont font = this->font();
     const int width = fontMetrics().horizontalAdvance(note_);

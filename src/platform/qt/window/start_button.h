@@ -26,6 +26,7 @@ class StartButton final : public QPushButton {
     void changeEvent(QEvent* event) override;
 
   private:
+    int linesHeight() const;
     void paintContents();
     QFont noteFont(int room) const;
     void paintFill(QPainter& painter, const QRect& bar) const;
