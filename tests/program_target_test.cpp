@@ -31,12 +31,12 @@ class ProgramTarget : public testing::Test {
         (fs::create_directory(away.path() + "/\x1b[32msource"), away.path() + "/\x1b[32msource");
 };
 
-struct Trap {
+struct Obstacle {
     const char* name;
     const char* protection;  ///< The kernel's protection, if nothing else can refuse.
     std::function<void(const std::string& path, const std::string& victim)> make;
 };
-const Trap kTraps[] = {
+const Obstacle kObstacles[] = {
     {"link to a file", nullptr, [](auto& path, auto& victim) { fs::create_symlink(victim, path); }},
     {"link to nothing", nullptr, [](auto& path, auto& victim) { fs::create_symlink(victim + "-new", path); }},
     {"file", "regular", [](auto& path, auto&) { writeFile(path, "theirs"); }},
@@ -53,7 +53,7 @@ TEST_F(ProgramTarget, InASharedFolderNothingOfAnotherUserIsFollowedOrWritten) {
     LinuxFiles files;
     files.refuseUnreadPipes();
     std::string missing;
-    for (const auto& [name, protection, make] : kTraps) {
+    for (const auto& [name, protection, make] : kObstacles) {
         const std::string settings = "/proc/sys/fs/protected_" + std::string(protection ? protection : "");
         if (protection != nullptr && contentOf(settings) < "1") {
             missing += settings + " is 0. ";

@@ -10,14 +10,14 @@ namespace hl {
 
 namespace {
 
-struct LocaleRow {
+struct DateLocale {
     std::string_view name;
     std::string_view shortDate;
     std::string_view longTime;
 };
 
 // A country that differs from its language must come before the language.
-constexpr LocaleRow kLocales[] = {
+constexpr DateLocale kDateLocales[] = {
     {"de", "dd.MM.yyyy", "hh:nn:ss"},         {"en_AU", "dd/MM/yyyy", "hh:nn:ss"},
     {"en_CA", "yyyy-MM-dd", "h:nn:ss AM/PM"}, {"en_GB", "dd/MM/yyyy", "hh:nn:ss"},
     {"en_IE", "dd/MM/yyyy", "hh:nn:ss"},      {"en_NZ", "dd/MM/yyyy", "hh:nn:ss"},
@@ -104,7 +104,7 @@ void applyPicture(const LocalTime& time, std::string_view picture, Append append
 }  // namespace
 
 DateFormat dateFormatOf(std::string_view locale) {
-    for (const LocaleRow& row : kLocales) {
+    for (const DateLocale& row : kDateLocales) {
         if (belongsTo(locale, row.name)) return {std::string(row.shortDate), std::string(row.longTime)};
     }
     return {};

@@ -11,7 +11,7 @@ namespace hl {
 
 namespace {
 
-struct LocaleRow {
+struct NumberLocale {
     std::string_view name;
     std::string_view thousands;
     std::string_view decimal;
@@ -21,7 +21,7 @@ constexpr std::string_view kNoBreakSpace = "\u00A0";
 constexpr std::string_view kApostrophe = "\u2019";
 
 // A country that differs from its language must come before the language.
-constexpr LocaleRow kLocales[] = {
+constexpr NumberLocale kNumberLocales[] = {
     {"de_CH", kApostrophe, "."},
     {"de_LI", kApostrophe, "."},
     {"de", ".", ","},
@@ -86,7 +86,7 @@ std::string written(bool negative, std::string digits, Picture picture, const Nu
 }  // namespace
 
 NumberFormat numberFormatOf(std::string_view locale) {
-    for (const LocaleRow& row : kLocales) {
+    for (const NumberLocale& row : kNumberLocales) {
         if (belongsTo(locale, row.name)) return {std::string(row.thousands), std::string(row.decimal)};
     }
     return {};

@@ -9,7 +9,7 @@ namespace hl {
 
 namespace {
 
-const ListTraits kTraits = {
+const ListTraits kFilesTraits = {
     .grid = GridId::kFiles,
     .family = "List_Files_",
     .events = "lvwFiles_",
@@ -27,7 +27,7 @@ const ListTraits kTraits = {
 }  // namespace
 
 FilesView::FilesView(const ListParts& parts, Grid& lvwFiles, CommandBar& cbrFiles)
-    : ListView(kTraits, parts, lvwFiles, cbrFiles) {}
+    : ListView(kFilesTraits, parts, lvwFiles, cbrFiles) {}
 
 void FilesView::List_Files_ScanFolder(const std::string& path, bool lockControls) {
     guarded(parts_.scan.diagnostics, [&] {

@@ -10,7 +10,7 @@ namespace hl {
 
 namespace {
 
-const ListTraits kTraits = {
+const ListTraits kHardlinksTraits = {
     .grid = GridId::kHardlinks,
     .family = "List_Hardlinks_",
     .events = "lvwHardlinks_",
@@ -25,7 +25,7 @@ const ListTraits kTraits = {
 }  // namespace
 
 HardlinksView::HardlinksView(const ListParts& parts, Grid& lvwHardlinks, CommandBar& cbrHardlinks)
-    : ListView(kTraits, parts, lvwHardlinks, cbrHardlinks) {}
+    : ListView(kHardlinksTraits, parts, lvwHardlinks, cbrHardlinks) {}
 
 void HardlinksView::sortRows() {
     sortHardlinks(grid_);

@@ -6,7 +6,7 @@ namespace hl {
 
 namespace {
 
-const ListTraits kTraits = {
+const ListTraits kJunctionsTraits = {
     .grid = GridId::kJunctions,
     .family = "List_Junctions_",
     .events = "lvwJunctions_",
@@ -21,7 +21,7 @@ const ListTraits kTraits = {
 }  // namespace
 
 JunctionsView::JunctionsView(const ListParts& parts, Grid& lvwJunctions, CommandBar& cbrJunctions)
-    : ListView(kTraits, parts, lvwJunctions, cbrJunctions) {}
+    : ListView(kJunctionsTraits, parts, lvwJunctions, cbrJunctions) {}
 
 std::string JunctionsView::pathOf(Row row) const {
     return std::string(grid_.text(row));

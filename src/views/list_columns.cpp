@@ -11,8 +11,6 @@ namespace hl {
 
 namespace {
 
-using enum ColumnKind;
-
 // A column without a key in the table of options would never show.
 template <std::size_t N>
 constexpr bool areKept(const std::array<ListColumn, N>& columns) {
@@ -36,6 +34,7 @@ constexpr RowText kSizeAlone = TL(3623, "Größe");
 
 // Sets what the unit and the decimals decide.
 void styleSizes(GridColumn& shown, const ListColumn& column, const SizeStyle& style, const Texts& texts) {
+    using enum ColumnKind;
     if (column.kind == kPercent) shown.mask = style.decimals ? kPercentMaskDecimals : kPercentMask;
     if (column.kind != kSize && column.kind != kSizeWithUnit) return;
     const SizeUnit unit = sizeUnit(style.mode);
@@ -53,6 +52,7 @@ void styleSizes(GridColumn& shown, const ListColumn& column, const SizeStyle& st
 }
 
 std::string maskOf(const ListColumn& column, const Options& options, const Texts& texts) {
+    using enum ColumnKind;
     switch (column.kind) {
         case kCount:
             return std::string(kCountMask);
@@ -71,6 +71,7 @@ std::string maskOf(const ListColumn& column, const Options& options, const Texts
 }
 
 bool isNumber(ColumnKind kind) {
+    using enum ColumnKind;
     return kind == kSize || kind == kSizeWithUnit || kind == kPercent || kind == kCount || kind == kBar;
 }
 
@@ -81,11 +82,11 @@ GridColumn columnOf(const ListTable& table, const ListColumn& column, const Opti
                         .mask = maskOf(column, options, texts),
                         .alignment = isNumber(column.kind) ? Alignment::kRight : Alignment::kLeft,
                         .visible = column.command == Command::kNone || column.shown(options) != 0,
-                        .roundsUnit = column.kind != kSizeWithUnit,
+                        .roundsUnit = column.kind != ColumnKind::kSizeWithUnit,
                         .saved = column.saved};
-    if (column.kind == kBar) shown.barColor = column.barColor;
+    if (column.kind == ColumnKind::kBar) shown.barColor = column.barColor;
     if (column.barMore != kNoCell) shown.barMoreKey = table.keyOf(column.barMore);
-    if (column.kind == kPercent) shown.barColor = kShareColor, shown.barBehind = true;
+    if (column.kind == ColumnKind::kPercent) shown.barColor = kShareColor, shown.barBehind = true;
     styleSizes(shown, column, {}, texts);
     return shown;
 }
@@ -105,7 +106,8 @@ void Init_List(Grid& grid, const ListTable& table, const Options& options, const
 void setDateFormat(Grid& grid, const ListTable& table, const Options& options) {
     if (grid.columns().empty()) return;
     for (std::size_t i = 0; i < table.columns.size(); ++i)
-        if (table.columns[i].kind == kDate) grid.changeColumn(i).mask = dateMask(options.DateFormat);
+        if (table.columns[i].kind == ColumnKind::kDate)
+            grid.changeColumn(i).mask = dateMask(options.DateFormat);
 }
 
 void showSizes(Grid& grid, const ListTable& table, const Options& options, const Texts& texts) {

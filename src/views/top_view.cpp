@@ -6,7 +6,7 @@ namespace hl {
 
 namespace {
 
-const ListTraits kTraits = {
+const ListTraits kTopTraits = {
     .grid = GridId::kTop,
     .family = "List_TOP_",
     .events = "lvwTOP_",
@@ -22,7 +22,7 @@ const ListTraits kTraits = {
 }  // namespace
 
 TopView::TopView(const ListParts& parts, Grid& lvwTOP, CommandBar& cbrTOP)
-    : ListView(kTraits, parts, lvwTOP, cbrTOP) {}
+    : ListView(kTopTraits, parts, lvwTOP, cbrTOP) {}
 
 void TopView::Toplist_ShowSelectedFilesize() {
     guarded(parts_.scan.diagnostics, [&] { parts_.host.setSecondPanel(selectedFiles()); });

@@ -7,7 +7,7 @@
 namespace hl {
 namespace {
 
-const NumberFormat kEnglish = {",", "."};
+const NumberFormat kEnglishText = {",", "."};
 constexpr std::uint64_t kMB = 1'048'576, kGB = 1'073'741'824, kTB = 1'099'511'627'776;
 
 SizeValue bytes(std::uint64_t count) {
@@ -24,7 +24,7 @@ TEST(FormatSizeForMode, WritesEachModeInItsUnit) {
         {1536, 7, true, false, ""},         {1536, -1, true, false, ""},
         {1025, 4, false, false, "1.00 KB"}, {1024, 4, false, true, "1,024 BS"}};
     for (const auto& [size, mode, withUnit, shortBytes, text] : cases)
-        EXPECT_EQ(FormatSizeForMode(mode, bytes(size), withUnit, shortBytes, kEnglish), text);
+        EXPECT_EQ(FormatSizeForMode(mode, bytes(size), withUnit, shortBytes, kEnglishText), text);
 }
 
 TEST(FormatSizeAuto, ChoosesTheUnitAsTheDynamicModeAndTerabytesToo) {
@@ -32,13 +32,13 @@ TEST(FormatSizeAuto, ChoosesTheUnitAsTheDynamicModeAndTerabytesToo) {
         {1024, "1,024 Bytes"},    {1025, "1.00 KB"},          {kMB, "1,024.00 KB"}, {kMB + 1, "1.00 MB"},
         {999 * kMB, "999.00 MB"}, {999 * kMB + 1, "0.98 GB"}, {kGB, "1.00 GB"},     {kTB, "1,024.00 GB"}};
     for (const auto& [size, text] : cases) {
-        EXPECT_EQ(FormatSizeForMode(kModeDynamic, bytes(size), true, false, kEnglish), text);
-        EXPECT_EQ(FormatSizeAuto(bytes(size), true, kEnglish), text);
+        EXPECT_EQ(FormatSizeForMode(kModeDynamic, bytes(size), true, false, kEnglishText), text);
+        EXPECT_EQ(FormatSizeAuto(bytes(size), true, kEnglishText), text);
     }
-    EXPECT_EQ(FormatSizeForMode(kModeDynamic, bytes(kTB + 1), true, false, kEnglish), "1,024.00 GB");
-    EXPECT_EQ(FormatSizeAuto(bytes(kTB + 1), true, kEnglish), "1.00 TB");
-    EXPECT_EQ(FormatSizeAuto(bytes(1024), false, kEnglish), "1,024");
-    EXPECT_EQ(FormatSizeAuto(bytes(1536), true, kEnglish, 0), "2 KB");
+    EXPECT_EQ(FormatSizeForMode(kModeDynamic, bytes(kTB + 1), true, false, kEnglishText), "1,024.00 GB");
+    EXPECT_EQ(FormatSizeAuto(bytes(kTB + 1), true, kEnglishText), "1.00 TB");
+    EXPECT_EQ(FormatSizeAuto(bytes(1024), false, kEnglishText), "1,024");
+    EXPECT_EQ(FormatSizeAuto(bytes(1536), true, kEnglishText, 0), "2 KB");
 }
 
 TEST(FileSizeWithSpacer, PadsToTheWidthAndNeverCuts) {
@@ -50,9 +50,10 @@ TEST(FileSizeWithSpacer, PadsToTheWidthAndNeverCuts) {
                                                                {4, 0, ""},
                                                                {5, 9, "     0.00"}};
     for (const auto& [mode, width, text] : cases)
-        EXPECT_EQ(xFormatFileSizeWithSpacer(mode, bytes(5'242'880), width, false, 1, kEnglish), text);
-    EXPECT_EQ(xFormatFileSizeWithSpacer(3, bytes(kGB), 9, true, 1, kEnglish), "  1.00 GB");
-    EXPECT_EQ(xFormatFileSizeWithSpacer(3, bytes(900'000'000'000'000), 9, false, 1, kEnglish), "838,190.32");
+        EXPECT_EQ(xFormatFileSizeWithSpacer(mode, bytes(5'242'880), width, false, 1, kEnglishText), text);
+    EXPECT_EQ(xFormatFileSizeWithSpacer(3, bytes(kGB), 9, true, 1, kEnglishText), "  1.00 GB");
+    EXPECT_EQ(xFormatFileSizeWithSpacer(3, bytes(900'000'000'000'000), 9, false, 1, kEnglishText),
+              "838,190.32");
 }
 
 TEST(FileSizeWithSpacer, PadsInCharactersEachModeWithOrWithoutDecimals) {
@@ -63,7 +64,8 @@ TEST(FileSizeWithSpacer, PadsInCharactersEachModeWithOrWithoutDecimals) {
         {3, kGB, 0, true, 0, "1 GB"},        {5, kTB, 9, true, 1, "  1.00 TB"},
         {4, 1536, 3, true, 1, "   "},        {7, 1536, 0, true, 1, ""}};
     for (const auto& [mode, size, width, withUnit, decimals, text] : cases)
-        EXPECT_EQ(xFormatFileSizeWithSpacer(mode, bytes(size), width, withUnit, decimals, kEnglish), text);
+        EXPECT_EQ(xFormatFileSizeWithSpacer(mode, bytes(size), width, withUnit, decimals, kEnglishText),
+                  text);
     EXPECT_EQ(xFormatFileSizeWithSpacer(0, bytes(1234567), 12, false, 0, {"\u00A0", ","}),
               "   1\u00A0234\u00A0567");
 }

@@ -14,7 +14,7 @@ namespace {
 constexpr CellSpec kSpecs[] = {
     {"size", CellType::kSize}, {"name", CellType::kText}, {"same", CellType::kFlag}};
 enum : CellId { kSizeCell, kNameCell };
-using Texts = std::vector<std::string>;
+using RowTexts = std::vector<std::string>;
 
 struct GridTest : testing::Test {
     Grid grid{kSpecs};
@@ -25,8 +25,8 @@ struct GridTest : testing::Test {
         grid.setCellText(row, kNameCell, name);
         return row;
     }
-    Texts texts() const {
-        Texts all;
+    RowTexts texts() const {
+        RowTexts all;
         for (std::size_t i = 0; i < grid.rowCount(); ++i) all.emplace_back(grid.text(grid.rowAt(i)));
         return all;
     }
@@ -36,7 +36,7 @@ TEST_F(GridTest, SortsByAnyCellInBothDirectionsAndEqualKeysByTheirTextsUnlessThe
     const std::tuple<const char*, double, const char*> rows[] = {
         {"b1", 20, "Zoe"}, {"C", 100, "adam"}, {"a", 9, ""}, {"B2", 20, "ADAM"}, {"b0", 20, "Bea"}};
     for (const auto& [text, size, name] : rows) add(kNoRow, text, size, name);
-    using Case = std::pair<LevelSort, Texts>;
+    using Case = std::pair<LevelSort, RowTexts>;
     // Each case starts from the order that the one before has left.
     for (const auto& [sort, expected] : {Case{{"size", true, true, true}, {"C", "b1", "B2", "b0", "a"}},
                                          Case{{"size", true, true}, {"C", "B2", "b0", "b1", "a"}},
@@ -87,8 +87,8 @@ TEST_F(GridTest, SortsEachLevelByItsOwnSettingAndNoRowAwayFromItsParent) {
     int levels = 0;
     grid.sortLevels(1, [&] { ++levels; });
     EXPECT_EQ(levels, 2);
-    EXPECT_EQ(texts(), (Texts{"b", "z", "deep", "y", "deep", "x", "deep",  //
-                              "a", "z", "deep", "y", "deep", "x", "deep", "deeper"}));
+    EXPECT_EQ(texts(), (RowTexts{"b", "z", "deep", "y", "deep", "x", "deep",  //
+                                 "a", "z", "deep", "y", "deep", "x", "deep", "deeper"}));
     grid.sortLevels(9);  // No row is that deep.
     EXPECT_EQ(texts().back(), "deep");
 }

@@ -40,11 +40,11 @@ thread_local long allocationsLeft = -1;  // For this thread; -1 means unlimited.
 namespace hl {
 namespace {
 
-constexpr CellSpec kSpecs[] = {{"size", CellType::kSize},
-                               {"percent", CellType::kPercent},
-                               {"flag", CellType::kFlag},
-                               {"name", CellType::kText}};
-enum : CellId { kSizeCell, kPercentCell, kFlagCell, kNameCell };
+constexpr CellSpec kScarceSpecs[] = {{"size", CellType::kSize},
+                                     {"percent", CellType::kPercent},
+                                     {"flag", CellType::kFlag},
+                                     {"name", CellType::kText}};
+enum : CellId { kScarceSize, kPercentCell, kFlagCell, kScarceName };
 constexpr Row kParent = 3, kOther = 9;
 
 /// Fills one block of rows: the last ones are roots, the others are below the first ten.
@@ -52,8 +52,8 @@ void fill(Grid& grid) {
     for (Row i = 0; i < 256; ++i) {
         const Row row = grid.addRow(i < 10 || i > 100 ? kNoRow : i % 10,
                                     std::to_string(i * 37 % 256) + std::string(20, 't'));
-        grid.setNumber(row, kSizeCell, i * 37 % 256);
-        if (i % 8 == 0) grid.setCellText(row, kNameCell, "name" + std::to_string(i));
+        grid.setNumber(row, kScarceSize, i * 37 % 256);
+        if (i % 8 == 0) grid.setCellText(row, kScarceName, "name" + std::to_string(i));
         if (i % 8 == 0) grid.setRowNote(row, "note");
         if (i % 8 == 3) grid.setSelected(row, true);
     }
@@ -71,9 +71,9 @@ std::string told(const Grid& grid) {
         EXPECT_LT(row, grid.tree().limit());
         EXPECT_EQ(grid.level(row), parent == kNoRow ? 0 : grid.level(parent) + 1);
         all += std::to_string(parent) + ' ' + std::string(grid.text(row).substr(0, 5)) + ' ' +
-               std::to_string(grid.text(row).size()) + ' ' + std::to_string(grid.number(row, kSizeCell)) +
+               std::to_string(grid.text(row).size()) + ' ' + std::to_string(grid.number(row, kScarceSize)) +
                std::to_string(grid.number(row, kPercentCell) + grid.number(row, kFlagCell)) +
-               std::string(grid.cellText(row, kNameCell)) + ' ' + std::string(grid.rowNote(row)) +
+               std::string(grid.cellText(row, kScarceName)) + ' ' + std::string(grid.rowNote(row)) +
                std::to_string(grid.picture(row)) + ' ' + std::to_string(grid.barPicture(row)) +
                std::to_string(grid.backColor(row).value_or(1)) + (grid.expanded(row) ? 'e' : ' ') +
                (grid.selected(row) ? 's' : ' ') + (grid.currentRow() == row ? "c\n" : "\n");
@@ -95,7 +95,7 @@ TEST(OutOfMemory, AnywhereLeavesTheGridWholeAndTheOperationCanBeDoneAgain) {
         {"a row of a new block", [&](Grid& grid) { grid.addRow(kParent, longText); }},
         {"its text", [&](Grid& grid) { grid.setText(kParent, longText); }},
         {"a note", [&](Grid& grid) { grid.setRowNote(kOther, "other"); }},
-        {"a text that is shared", [&](Grid& grid) { grid.setCellText(kOther, kNameCell, longText); }},
+        {"a text that is shared", [&](Grid& grid) { grid.setCellText(kOther, kScarceName, longText); }},
         {"a bar", [](Grid& grid) { grid.setBarPicture(200, 5); }},
         {"a colour", [](Grid& grid) { grid.setBackColor(200, 0x123456); }},
         {"a selection", [](Grid& grid) { grid.setSelected(kOther, true); }},
@@ -129,13 +129,13 @@ TEST(OutOfMemory, AnywhereLeavesTheGridWholeAndTheOperationCanBeDoneAgain) {
          }},
     };
     for (const auto& [what, operation] : operations) {
-        Grid expected(kSpecs);
+        Grid expected(kScarceSpecs);
         fill(expected);
         operation(expected);
         EXPECT_LT(expected.textBytes(), 5 * longText.size()) << "packed";
         long failed = 0;
         for (bool done = false; !done; ++failed) {
-            Grid grid(kSpecs);
+            Grid grid(kScarceSpecs);
             fill(grid);
             allocationsLeft = failed + 1;
             try {

@@ -12,13 +12,13 @@
 namespace hl {
 namespace {
 
-constexpr CellSpec kSpecs[] = {{"flag", CellType::kFlag},       {"size", CellType::kSize},
-                               {"percent", CellType::kPercent}, {"count", CellType::kCount},
-                               {"date", CellType::kDate},       {"name", CellType::kText},
-                               {"second", CellType::kCount}};
+constexpr CellSpec kPartSpecs[] = {{"flag", CellType::kFlag},       {"size", CellType::kSize},
+                                   {"percent", CellType::kPercent}, {"count", CellType::kCount},
+                                   {"date", CellType::kDate},       {"name", CellType::kText},
+                                   {"second", CellType::kCount}};
 
 struct CellTableTest : testing::Test {
-    CellTable table{kSpecs};
+    CellTable table{kPartSpecs};
     void SetUp() override { table.addRow(0); }
     double stored(std::string_view key, double value) {
         table.setNumber(0, table.find(key), value);

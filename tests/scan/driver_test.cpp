@@ -179,8 +179,8 @@ class Rollup : public test::ScanFixture {
 };
 
 TEST_F(Rollup, GivesEachChildItsShareOfTheParentRoundedToEvenAndTheBarOfItsWholePart) {
-    using Numbers = std::vector<double>;
-    using Case = std::tuple<double, Numbers, Numbers, Numbers>;
+    using Values = std::vector<double>;
+    using Case = std::tuple<double, Values, Values, Values>;
     for (const auto& [whole, parts, shares, filled] :
          {Case{3, {1, 2}, {33.33, 66.67}, {33, 66}}, Case{0, {0, 7}, {0, 0}, {0, 0}},
           Case{800, {1, 3, 796}, {0.12, 0.38, 99.5}, {0, 0, 99}},
@@ -190,14 +190,14 @@ TEST_F(Rollup, GivesEachChildItsShareOfTheParentRoundedToEvenAndTheBarOfItsWhole
             const Row parent = add(kNoRow, "p", whole);
             for (const double part : parts) add(add(parent, "c", part), "grandchild", part);
             Report_ChangePercentValue(scan, parent);
-            Numbers percents, pictures;
+            Values percents, pictures;
             for (Row row = report.firstChild(parent); row != kNoRow; row = report.nextSibling(row)) {
                 percents.push_back(report.number(row, kPercent));
                 pictures.push_back(report.barPicture(row));
                 EXPECT_EQ(report.number(report.firstChild(row), kPercent), 0) << "only direct children";
             }
             EXPECT_EQ(percents, shares);
-            EXPECT_EQ(pictures, bars == 1 ? filled : Numbers(filled.size(), -1));
+            EXPECT_EQ(pictures, bars == 1 ? filled : Values(filled.size(), -1));
         }
     }
 }

@@ -9,8 +9,8 @@ namespace hl {
 namespace {
 
 constexpr const char* kProgram = "application://harborlantern.desktop";
-constexpr const char* kInterface = "com.canonical.Unity.LauncherEntry";
-constexpr const char* kObject = "/com/canonical/unity/launcherentry/harborlantern";
+constexpr const char* kEntryInterface = "com.canonical.Unity.LauncherEntry";
+constexpr const char* kEntryObject = "/com/canonical/unity/launcherentry/harborlantern";
 
 /// Returns an empty text if there is no session bus. No bus is started.
 std::string busAddress() {
@@ -80,7 +80,7 @@ void LauncherEntry::send(std::optional<int> percent) const {
                           g_variant_new_double(percent.value_or(0) / kWhole));
     g_variant_builder_add(&properties, "{sv}", "progress-visible",
                           g_variant_new_boolean(percent ? TRUE : FALSE));
-    g_dbus_connection_emit_signal(bus_->connection.get(), nullptr, kObject, kInterface, "Update",
+    g_dbus_connection_emit_signal(bus_->connection.get(), nullptr, kEntryObject, kEntryInterface, "Update",
                                   g_variant_new("(sa{sv})", kProgram, &properties), nullptr);
 }
 

@@ -27,10 +27,6 @@ bool oneOf(std::string_view text, const std::array<std::string_view, Size>& list
     return std::find(list.begin(), list.end(), text) != list.end();
 }
 
-bool isBelow(std::string_view path, std::string_view folder) {
-    return path.starts_with(folder) && (path.size() == folder.size() || path[folder.size()] == '/');
-}
-
 // --- kinds of file systems
 
 bool foldsNames(std::string_view kind) {
@@ -60,7 +56,7 @@ bool isOfTheSystem(std::string_view mountPoint) {
     constexpr auto kFolders =
         std::to_array<std::string_view>({"/dev", "/proc", "/run", "/sys", "/var/run", "/var/lib"});
     return std::any_of(kFolders.begin(), kFolders.end(),
-                       [&](std::string_view folder) { return isBelow(mountPoint, folder); });
+                       [&](std::string_view folder) { return isAtOrBelow(mountPoint, folder); });
 }
 
 // --- the table
@@ -74,12 +70,6 @@ struct TableEntry {
 
 std::string_view lastName(std::string_view path) {
     return path.substr(path.rfind('/') + 1);
-}
-
-std::string linkTarget(const std::string& link) {
-    std::array<char, 4096> target;
-    const ssize_t length = ::readlink(link.c_str(), target.data(), target.size());
-    return length > 0 ? std::string(target.data(), static_cast<std::size_t>(length)) : std::string();
 }
 
 std::string contentOf(const std::string& path, std::size_t limit) {
@@ -138,7 +128,9 @@ std::string identityOf(const TableEntry& entry) {
 // asking does not wait, unless the path leads over a mount that can hang.
 bool isFile(const TableEntry& entry, const std::vector<std::string>& mayHang, const std::string& root) {
     if (entry.mount.root == "/" || kindCanHang(entry.mount.kind)) return false;
-    const auto leadsOver = [&](const std::string& folder) { return isBelow(entry.mount.mountPoint, folder); };
+    const auto leadsOver = [&](const std::string& folder) {
+        return isAtOrBelow(entry.mount.mountPoint, folder);
+    };
     if (std::any_of(mayHang.begin(), mayHang.end(), leadsOver)) return false;
     struct stat facts = {};
     return ::lstat((root + entry.mount.mountPoint).c_str(), &facts) == 0 && !S_ISDIR(facts.st_mode);

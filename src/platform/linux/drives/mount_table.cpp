@@ -59,24 +59,23 @@ bool parseLine(std::string_view line, Mount& mount) {
     return id.value_or(0) > 0 && mount.mountPoint.starts_with('/') && !mount.kind.empty();
 }
 
-bool isBelow(std::string_view path, std::string_view folder) {
-    if (folder == "/") return true;
-    return path.starts_with(folder) && (path.size() == folder.size() || path[folder.size()] == '/');
-}
-
-// Returns the target of a link; empty if the path is no link.
-std::string linkTarget(const std::string& path) {
-    std::array<char, PATH_MAX> target;
-    const ssize_t length = ::readlink(path.c_str(), target.data(), target.size());
-    return length > 0 ? std::string(target.data(), static_cast<std::size_t>(length)) : std::string();
-}
-
 std::string currentFolder() {
     std::array<char, PATH_MAX> path;
     return ::getcwd(path.data(), path.size()) == nullptr ? "/" : path.data();
 }
 
 }  // namespace
+
+bool isAtOrBelow(std::string_view path, std::string_view folder) {
+    if (folder == "/") return true;
+    return path.starts_with(folder) && (path.size() == folder.size() || path[folder.size()] == '/');
+}
+
+std::string linkTarget(const std::string& path) {
+    std::array<char, PATH_MAX> target;
+    const ssize_t length = ::readlink(path.c_str(), target.data(), target.size());
+    return length > 0 ? std::string(target.data(), static_cast<std::size_t>(length)) : std::string();
+}
 
 std::vector<Mount> parseMountTable(std::string_view text) {
     std::vector<Mount> mounts;
@@ -137,7 +136,7 @@ const Mount* mountOf(const std::vector<Mount>& mounts, std::string_view path) {
         for (const Mount& mount : mounts) {
             const bool liesHere = at == nullptr ? mount.parent == mount.id || !isListed(mount.parent)
                                                 : mount.parent == at->id && &mount != at;
-            if (!liesHere || !isBelow(path, mount.mountPoint)) continue;
+            if (!liesHere || !isAtOrBelow(path, mount.mountPoint)) continue;
             if (next == nullptr || mount.mountPoint.size() < next->mountPoint.size()) next = &mount;
         }
         if (next == nullptr) break;
@@ -151,7 +150,9 @@ namespace {
 // Returns the mount that a path without links is on, if it can hang. Few mounts can: most paths are on none
 // of them by their names alone.
 const Mount* whichCanHang(const std::vector<Mount>& mounts, const std::string& path) {
-    const auto mayHold = [&](const Mount& mount) { return mount.canHang && isBelow(path, mount.mountPoint); };
+    const auto mayHold = [&](const Mount& mount) {
+        return mount.canHang && isAtOrBelow(path, mount.mountPoint);
+    };
     if (std::none_of(mounts.begin(), mounts.end(), mayHold)) return nullptr;
     const Mount* mount = mountOf(mounts, path);
     return mount != nullptr && mount->canHang ? mount : nullptr;

@@ -24,6 +24,12 @@ struct Mount {
 /// Parses the table; lines that make no sense are skipped, and escapes (\040) are undone.
 std::vector<Mount> parseMountTable(std::string_view text);
 
+/// Tells whether an absolute path is the folder or lies below it.
+bool isAtOrBelow(std::string_view path, std::string_view folder);
+
+/// Returns the target of a link as it stands there; empty if the path is no link.
+std::string linkTarget(const std::string& path);
+
 /// Returns the source and, if only a folder of it is mounted, that folder behind it.
 std::string whatIsMounted(const Mount& mount);
 

@@ -17,7 +17,7 @@ namespace hl {
 
 namespace {
 
-constexpr std::chrono::milliseconds kWaitStep{50};
+constexpr std::chrono::milliseconds kLookStep{50};
 
 bool isFolder(DirectoryCalls& calls, int folder, const std::string& name) {
     struct statx facts;
@@ -93,7 +93,7 @@ bool LinkLook::askBeside(int folder, const char* name, const Mount& mount, const
     if (const auto helper = Helper::start(question, true)) {
         const auto end = std::chrono::steady_clock::now() + limit_;
         do {
-            if (helper->endsWithin(std::min(kWaitStep, limit_))) return *found;
+            if (helper->endsWithin(std::min(kLookStep, limit_))) return *found;
             if (!goOn()) return false;
         } while (std::chrono::steady_clock::now() < end);
     }

@@ -13,7 +13,7 @@ namespace hl {
 
 namespace {
 
-constexpr auto kWaitStep = std::chrono::milliseconds(15);  // A click must not wait longer for a slow disk.
+constexpr auto kFrontStep = std::chrono::milliseconds(15);  // A click must not wait longer for a slow disk.
 
 // A block from the cache takes some 15 us and 2 us for each entry; one that waits for a disk takes 100 us and
 // more.
@@ -166,7 +166,7 @@ bool ReadAheadCore::waitForFront(Lock& lock) {
         if (order_.front()->isFree()) workThere_.notify_one();
     }
     walkWaits_ = true;
-    const bool there = frontThere_.wait_for(lock, kWaitStep, [&] {
+    const bool there = frontThere_.wait_for(lock, kFrontStep, [&] {
         return order_.front()->state == ReadItem::State::kDone || freeForWalk() != nullptr;
     });
     walkWaits_ = false;

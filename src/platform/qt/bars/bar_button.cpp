@@ -10,7 +10,7 @@
 
 namespace hl {
 
-constexpr QtGuard kGuard{"BarButton"};
+constexpr QtGuard kBarButtonGuard{"BarButton"};
 
 BarButton::BarButton(WindowEvents& events, QWidget* parent) : QToolButton(parent), events_(events) {
     setAutoRaise(true);
@@ -18,7 +18,7 @@ BarButton::BarButton(WindowEvents& events, QWidget* parent) : QToolButton(parent
 }
 
 void BarButton::keyPressEvent(QKeyEvent* event) {
-    kGuard(events_, [&] {
+    kBarButtonGuard(events_, [&] {
         const bool opens = event->key() == Qt::Key_Down || event->key() == Qt::Key_F4;
         if (menu() != nullptr && opens) return showMenu();
         const bool enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
@@ -29,7 +29,7 @@ void BarButton::keyPressEvent(QKeyEvent* event) {
 
 /// Styles mark a checked button only by a shade, which is invisible in a dark palette.
 void BarButton::paintEvent(QPaintEvent* event) {
-    kGuard(events_, [&] {
+    kBarButtonGuard(events_, [&] {
         if (!isChecked()) return QToolButton::paintEvent(event);
         QStyleOptionToolButton option;
         initStyleOption(&option);

@@ -12,7 +12,7 @@
 
 namespace hl {
 
-constexpr QtGuard kGuard{"BarEdit"};
+constexpr QtGuard kBarEditGuard{"BarEdit"};
 
 BarEdit::BarEdit(CommandBar& bar, const BarEntry& entry, WindowEvents& faults, BarEvents& events,
                  Within within, const QString& clear, QWidget* parent)
@@ -38,11 +38,11 @@ BarEdit::BarEdit(CommandBar& bar, const BarEntry& entry, WindowEvents& faults, B
             if (auto* button = findChild<QToolButton*>()) button->setAccessibleName(clear);
         };
         connect(this, &QLineEdit::textChanged, this,
-                [this, follow] { kGuard(faults_, "textChanged", follow); });
+                [this, follow] { kBarEditGuard(faults_, "textChanged", follow); });
         follow();
     }
     connect(this, &QLineEdit::textEdited, this, [this](const QString& text) {
-        kGuard(faults_, "textEdited", [&] {
+        kBarEditGuard(faults_, "textEdited", [&] {
             bar_.setText(id_, utf8(text));
             within_([&] { events_.editChanged(bar_.id(), id_, utf8(text)); });
         });
@@ -51,7 +51,7 @@ BarEdit::BarEdit(CommandBar& bar, const BarEntry& entry, WindowEvents& faults, B
 
 /// Files are for the window, which reads them.
 void BarEdit::dragEnterEvent(QDragEnterEvent* event) {
-    kGuard(faults_, [&] {
+    kBarEditGuard(faults_, [&] {
         if (event->mimeData()->hasUrls()) return event->ignore();
         QLineEdit::dragEnterEvent(event);
     });
@@ -85,7 +85,7 @@ void BarEdit::setNotFound(bool notFound) {
 
 // When a menu or another window closes, the focus comes back.
 void BarEdit::focusOutEvent(QFocusEvent* event) {
-    kGuard(faults_, [&] {
+    kBarEditGuard(faults_, [&] {
         QLineEdit::focusOutEvent(event);
         if (event->reason() == Qt::PopupFocusReason || event->reason() == Qt::ActiveWindowFocusReason) return;
         within_([&] { events_.editLeft(bar_.id(), id_); });
@@ -93,7 +93,7 @@ void BarEdit::focusOutEvent(QFocusEvent* event) {
 }
 
 void BarEdit::keyPressEvent(QKeyEvent* event) {
-    kGuard(faults_, [&] {
+    kBarEditGuard(faults_, [&] {
         QLineEdit::keyPressEvent(event);
         const int key = handledKey(*event);
         if (key == 0) return;

@@ -11,7 +11,7 @@ namespace hl {
 
 namespace {
 
-constexpr QtGuard kGuard{"BarFocus"};
+constexpr QtGuard kBarFocusGuard{"BarFocus"};
 
 bool takesFocus(const QWidget* widget) {
     return widget->isVisible() && widget->isEnabled() && (widget->focusPolicy() & Qt::TabFocus) != 0;
@@ -41,7 +41,7 @@ void BarFocus::addTabStops(std::vector<QWidget*>& stops) const {
 }
 
 bool BarFocus::eventFilter(QObject* watched, QEvent* event) {
-    return kGuard(faults_, [&] {
+    return kBarFocusGuard(faults_, [&] {
         auto* part = qobject_cast<QWidget*>(watched);
         if (event->type() == QEvent::FocusIn) last_ = part;
         if (event->type() != QEvent::KeyPress) return false;

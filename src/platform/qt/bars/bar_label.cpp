@@ -9,7 +9,7 @@
 
 namespace hl {
 
-constexpr QtGuard kGuard{"BarLabel"};
+constexpr QtGuard kBarLabelGuard{"BarLabel"};
 
 BarLabel::BarLabel(const QString& text, WindowEvents& events, QWidget* parent)
     : QLabel(text, parent), events_(events) {
@@ -26,7 +26,7 @@ QString BarLabel::shown() const {
 }
 
 bool BarLabel::event(QEvent* event) {
-    return kGuard(events_, [&] {
+    return kBarLabelGuard(events_, [&] {
         if (event->type() != QEvent::ToolTip || shown() == text()) return QLabel::event(event);
         // A name must never be read as rich text.
         QToolTip::showText(static_cast<QHelpEvent*>(event)->globalPos(),
@@ -36,7 +36,7 @@ bool BarLabel::event(QEvent* event) {
 }
 
 void BarLabel::paintEvent(QPaintEvent*) {
-    kGuard(events_, [this] {
+    kBarLabelGuard(events_, [this] {
         QPainter painter(this);
         style()->drawItemText(&painter, contentsRect(), Qt::AlignLeft | Qt::AlignVCenter, palette(),
                               isEnabled(), shown(), foregroundRole());

@@ -12,7 +12,7 @@ namespace hl {
 
 namespace {
 
-constexpr QtGuard kGuard{"BarMenu"};
+constexpr QtGuard kBarMenuGuard{"BarMenu"};
 constexpr const char* kCheckBox = "isCheckBox";
 }  // namespace
 
@@ -21,7 +21,7 @@ BarMenu::BarMenu(const Context& context, const std::vector<BarEntry>& entries, Q
     setToolTipsVisible(true);
     for (const BarEntry& entry : entries) add(entry);
     connect(this, &QMenu::aboutToShow, this,
-            [this] { kGuard(context_.faults, "aboutToShow", [this] { sync(); }); });
+            [this] { kBarMenuGuard(context_.faults, "aboutToShow", [this] { sync(); }); });
 }
 
 void BarMenu::add(const BarEntry& entry) {
@@ -33,7 +33,7 @@ void BarMenu::add(const BarEntry& entry) {
     action->setProperty(kCheckBox, entry.kind == EntryKind::kCheckBox);
     show(*action, entry);
     connect(action, &QAction::triggered, this, [this, id = entry.id] {
-        kGuard(context_.faults, "triggered", [&] {
+        kBarMenuGuard(context_.faults, "triggered", [&] {
             context_.within([&] { context_.events.execute(context_.bar.id(), id); });
             if (const BarEntry* after = context_.bar.find(id)) syncEntry(*after);
         });
@@ -54,7 +54,7 @@ void BarMenu::focusWhenOpen(int id) {
         if (holder == nullptr || holder->data() != id) continue;
         // The menu takes the keyboard when it opens.
         QTimer::singleShot(0, holder, [this, holder] {
-            kGuard(context_.faults, "focusWhenOpen", [&] {
+            kBarMenuGuard(context_.faults, "focusWhenOpen", [&] {
                 if (!isVisible()) return;
                 setActiveAction(holder);
                 holder->defaultWidget()->setFocus(Qt::ShortcutFocusReason);
@@ -115,13 +115,13 @@ bool BarMenu::switchCheckBox(QAction* action) {
 }
 
 void BarMenu::mouseReleaseEvent(QMouseEvent* event) {
-    kGuard(context_.faults, [&] {
+    kBarMenuGuard(context_.faults, [&] {
         if (!switchCheckBox(actionAt(event->position().toPoint()))) QMenu::mouseReleaseEvent(event);
     });
 }
 
 void BarMenu::keyPressEvent(QKeyEvent* event) {
-    kGuard(context_.faults, [&] {
+    kBarMenuGuard(context_.faults, [&] {
         const bool space = event->key() == Qt::Key_Space;
         if (!space || !switchCheckBox(activeAction())) QMenu::keyPressEvent(event);
     });

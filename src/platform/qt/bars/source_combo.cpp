@@ -16,7 +16,7 @@ namespace hl {
 
 namespace {
 
-constexpr QtGuard kGuard{"SourceComboBox"};
+constexpr QtGuard kSourceComboBoxGuard{"SourceComboBox"};
 
 constexpr int kSmallestCharacters = 12;
 constexpr int kRowsOfList = 20;
@@ -86,10 +86,11 @@ SourceComboBox::SourceComboBox(IconStore& icons, WindowEvents& faults, SourceEve
     view()->setTextElideMode(Qt::ElideMiddle);
     view()->installEventFilter(this);
     lineEdit()->installEventFilter(this);
-    connect(this, &QComboBox::activated, this,
-            [this](int index) { kGuard(faults_, "activated", [&] { events_.comboSelected(index); }); });
+    connect(this, &QComboBox::activated, this, [this](int index) {
+        kSourceComboBoxGuard(faults_, "activated", [&] { events_.comboSelected(index); });
+    });
     connect(lineEdit(), &QLineEdit::textEdited, this, [this](const QString& text) {
-        kGuard(faults_, "textEdited", [&] { events_.comboText(utf8(text)); });
+        kSourceComboBoxGuard(faults_, "textEdited", [&] { events_.comboText(utf8(text)); });
     });
 }
 
@@ -134,7 +135,7 @@ void SourceComboBox::renewIcons() {
 }
 
 void SourceComboBox::keyPressEvent(QKeyEvent* event) {
-    kGuard(faults_, [&] {
+    kSourceComboBoxGuard(faults_, [&] {
         if (isDel(*event) && standsOnItem() && events_.comboRemove(currentIndex())) return;
         QComboBox::keyPressEvent(event);
         // The box does nothing with it, but the window does.
@@ -145,7 +146,7 @@ void SourceComboBox::keyPressEvent(QKeyEvent* event) {
 }
 
 bool SourceComboBox::eventFilter(QObject* watched, QEvent* event) {
-    return kGuard(faults_, [&] {
+    return kSourceComboBoxGuard(faults_, [&] {
         if (watched == lineEdit() && event->type() == QEvent::DragEnter &&
             static_cast<QDragEnterEvent&>(*event).mimeData()->hasUrls()) {
             event->ignore();  // Files are for the window, which reads them.
@@ -158,7 +159,7 @@ bool SourceComboBox::eventFilter(QObject* watched, QEvent* event) {
 }
 
 void SourceComboBox::keyReleaseEvent(QKeyEvent* event) {
-    kGuard(faults_, [&] {
+    kSourceComboBoxGuard(faults_, [&] {
         QComboBox::keyReleaseEvent(event);
         if (event->key() == Qt::Key_Escape) event->ignore();
     });

@@ -9,7 +9,7 @@
 
 namespace hl {
 
-constexpr QtGuard kGuard{"Panel"};
+constexpr QtGuard kPanelGuard{"Panel"};
 
 /// A label for texts that change many times a second: a new text only repaints it and changes no layout.
 class StatusPanelBar::Panel final : public QWidget {
@@ -30,7 +30,7 @@ class StatusPanelBar::Panel final : public QWidget {
 
   protected:
     void paintEvent(QPaintEvent*) override {
-        kGuard(events_, [this] {
+        kPanelGuard(events_, [this] {
             QPainter painter(this);
             const QRect room = rect().adjusted(kMargin, 0, -kMargin, 0);
             const QString shown = fontMetrics().elidedText(text_, Qt::ElideMiddle, room.width());
@@ -82,8 +82,9 @@ void StatusPanelBar::addButton(const StatusButton& added) {
     auto* button = new QPushButton(this);
     button->setObjectName(QStringLiteral("status.%1").arg(added.id));
     button->hide();  // Otherwise the layout shows it before it has its text.
-    connect(button, &QPushButton::clicked, this,
-            [this, id = added.id] { kGuard(events_, [this, id] { barEvents_.execute(BarId::kMain, id); }); });
+    connect(button, &QPushButton::clicked, this, [this, id = added.id] {
+        kPanelGuard(events_, [this, id] { barEvents_.execute(BarId::kMain, id); });
+    });
     buttons_.emplace(added.id, button);
     if (added.ofFirst)
         insertWidget(1, button);

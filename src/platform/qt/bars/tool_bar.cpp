@@ -20,7 +20,7 @@ namespace hl {
 
 namespace {
 
-constexpr QtGuard kGuard{"ToolBar"};
+constexpr QtGuard kToolBarGuard{"ToolBar"};
 
 constexpr int kSmallIcon = 16, kLargeIcon = 32;
 constexpr int kLabelSmallest = 150;
@@ -161,7 +161,7 @@ QWidget* ToolBar::make(const BarEntry& entry, Part& part) {
 QWidget* ToolBar::makeCheckBox(const BarEntry& entry) {
     auto* box = new QCheckBox(this);
     connect(box, &QCheckBox::clicked, this,
-            [this, id = entry.id] { kGuard(faults_, "clicked", [&] { run(id); }); });
+            [this, id = entry.id] { kToolBarGuard(faults_, "clicked", [&] { run(id); }); });
     return box;
 }
 
@@ -179,7 +179,7 @@ QWidget* ToolBar::makeButton(const BarEntry& entry, Part& part) {
         if (menuAlone) return button;
     }
     connect(button, &QToolButton::clicked, this,
-            [this, id = entry.id] { kGuard(faults_, "clicked", [&] { run(id); }); });
+            [this, id = entry.id] { kToolBarGuard(faults_, "clicked", [&] { run(id); }); });
     return button;
 }
 
@@ -312,7 +312,7 @@ void ToolBar::setBehindExtension(std::vector<std::size_t> parts) {
 }
 
 int ToolBar::heightForWidth(int width) const {
-    return kGuard(faults_, [&] {
+    return kToolBarGuard(faults_, [&] {
         const_cast<ToolBar*>(this)->build();
         return flow(width).height;
     });
@@ -329,7 +329,7 @@ QSize ToolBar::minimumSizeHint() const {
 // --- events
 
 bool ToolBar::event(QEvent* event) {
-    return kGuard(faults_, [&] {
+    return kToolBarGuard(faults_, [&] {
         const auto type = event->type();
         if (type == QEvent::LayoutRequest || type == QEvent::Show) {
             build();
@@ -341,14 +341,14 @@ bool ToolBar::event(QEvent* event) {
 }
 
 void ToolBar::resizeEvent(QResizeEvent*) {
-    kGuard(faults_, [this] {
+    kToolBarGuard(faults_, [this] {
         build();
         arrange();
     });
 }
 
 void ToolBar::paintEvent(QPaintEvent*) {
-    kGuard(faults_, [this] {
+    kToolBarGuard(faults_, [this] {
         QPainter painter(this);
         QColor line = palette().color(QPalette::WindowText);
         line.setAlphaF(0.25F);

@@ -22,7 +22,7 @@ namespace hl {
 
 namespace {
 
-constexpr QtGuard kGuard{"FormDialog"};
+constexpr QtGuard kFormDialogGuard{"FormDialog"};
 constexpr QtGuard kEditGuard{"FilteredEdit"};
 
 /// How often `loaded` and `hourglass` are checked while a routine of the form lets messages run.
@@ -159,7 +159,8 @@ FormDialog::FormDialog(Form& form, WindowEvents& events, QWidget* parent)
     if (std::none_of(shown_.begin(), shown_.end(), grows)) rows->setSizeConstraint(QLayout::SetFixedSize);
     refresh();
     form_.redraw = [this] { refresh(); };
-    connect(&watch_, &QTimer::timeout, this, [this] { kGuard(events_, "watch", [this] { follow(); }); });
+    connect(&watch_, &QTimer::timeout, this,
+            [this] { kFormDialogGuard(events_, "watch", [this] { follow(); }); });
     watch_.start(kWatchMilliseconds);
 }
 
@@ -173,7 +174,7 @@ FormDialog::~FormDialog() {
 template <class Write>
 void FormDialog::told(const FormItem& item, Write write) {
     if (refreshing_) return;
-    kGuard(events_, "changed", [&] {
+    kFormDialogGuard(events_, "changed", [&] {
         write();
         if (item.changed) item.changed();
         refresh();
@@ -325,7 +326,7 @@ void FormDialog::run() {
 }
 
 void FormDialog::reject() {
-    kGuard(events_, [this] {
+    kFormDialogGuard(events_, [this] {
         if (form_.cancel) form_.cancel();
         refresh();
         if (form_.loaded == nullptr || isClosed()) QDialog::reject();
@@ -333,18 +334,19 @@ void FormDialog::reject() {
 }
 
 void FormDialog::showEvent(QShowEvent* event) {
-    kGuard(events_, [&] {
+    kFormDialogGuard(events_, [&] {
         QDialog::showEvent(event);
         if (std::exchange(started_, true)) return;
         if (form_.activated) form_.activated();
         refresh();
         QMetaObject::invokeMethod(
-            this, [this] { kGuard(events_, "follow", [this] { follow(); }); }, Qt::QueuedConnection);
+            this, [this] { kFormDialogGuard(events_, "follow", [this] { follow(); }); },
+            Qt::QueuedConnection);
     });
 }
 
 bool FormDialog::eventFilter(QObject* watched, QEvent* event) {
-    return kGuard(events_, [&] {
+    return kFormDialogGuard(events_, [&] {
         const bool comes = event->type() == QEvent::Enter || event->type() == QEvent::FocusIn;
         if (!comes) return QDialog::eventFilter(watched, event);
         for (const auto& [item, widget] : shown_)

@@ -18,7 +18,7 @@ namespace hl {
 
 namespace {
 
-constexpr QtGuard kGuard{"CellEditor"};
+constexpr QtGuard kCellEditorGuard{"CellEditor"};
 
 /// The distance that QLineEdit keeps between its frame and its text.
 constexpr int kTextMargin = 2;
@@ -50,7 +50,7 @@ CellEditor::CellEditor(GridView& view) : QLineEdit(view.viewport()), view_(view)
     setAcceptDrops(false);
     hide();
     connect(this, &QLineEdit::textChanged, this,
-            [this] { kGuard(view_.events(), "textChanged", [&] { follow(); }); });
+            [this] { kCellEditorGuard(view_.events(), "textChanged", [&] { follow(); }); });
 }
 
 // --- life of an edit
@@ -121,7 +121,7 @@ void CellEditor::watch() {
 }
 
 void CellEditor::timerEvent(QTimerEvent* event) {
-    kGuard(view_.events(), [&] {
+    kCellEditorGuard(view_.events(), [&] {
         if (event->timerId() != timer_.timerId()) return QLineEdit::timerEvent(event);
         watch();
     });
@@ -154,7 +154,7 @@ QRect CellEditor::placeOver(const QRect& name) const {
 // --- keys
 
 void CellEditor::keyPressEvent(QKeyEvent* event) {
-    kGuard(view_.events(), [&] {
+    kCellEditorGuard(view_.events(), [&] {
         const int key = event->key();
         if (key == Qt::Key_Return || key == Qt::Key_Enter || key == Qt::Key_Escape) {
             pressEndKey(*event);
@@ -183,7 +183,7 @@ void CellEditor::pressEndKey(const QKeyEvent& event) {
 
 // The toolkit calls this for the Tab key.
 bool CellEditor::focusNextPrevChild(bool) {
-    kGuard(view_.events(), [&] { commit(); });
+    kCellEditorGuard(view_.events(), [&] { commit(); });
     return true;
 }
 
@@ -203,7 +203,7 @@ bool CellEditor::eventFilter(QObject* object, QEvent* event) {
     const QEvent::Type type = event->type();
     const bool key = type == QEvent::KeyPress || type == QEvent::KeyRelease;
     if (!key && type != QEvent::MouseButtonPress) return false;
-    return kGuard(view_.events(), [&] {
+    return kCellEditorGuard(view_.events(), [&] {
         if (key) return swallows(*static_cast<QKeyEvent*>(event));
         if (object->isWidgetType() && isElsewhere(*static_cast<QWidget*>(object))) commit();
         return false;
@@ -217,7 +217,7 @@ bool CellEditor::isElsewhere(const QWidget& pressed) const {
 
 // When a menu or another window closes, the focus comes back.
 void CellEditor::focusOutEvent(QFocusEvent* event) {
-    kGuard(view_.events(), [&] {
+    kCellEditorGuard(view_.events(), [&] {
         QLineEdit::focusOutEvent(event);
         if (event->reason() == Qt::PopupFocusReason || event->reason() == Qt::ActiveWindowFocusReason) return;
         commit();
@@ -232,7 +232,7 @@ void CellEditor::pasteFrom(QClipboard::Mode mode) {
 }
 
 void CellEditor::mouseReleaseEvent(QMouseEvent* event) {
-    kGuard(view_.events(), [&] {
+    kCellEditorGuard(view_.events(), [&] {
         const bool paste =
             event->button() == Qt::MiddleButton && QGuiApplication::clipboard()->supportsSelection();
         if (!paste) return QLineEdit::mouseReleaseEvent(event);
@@ -248,15 +248,16 @@ void CellEditor::replacePaste(QMenu& menu) {
         auto* paste = new QAction(standard->icon(), standard->text(), &menu);
         paste->setObjectName(QStringLiteral("paste"));
         paste->setEnabled(standard->isEnabled());
-        connect(paste, &QAction::triggered, this,
-                [this] { kGuard(view_.events(), "paste", [&] { pasteFrom(QClipboard::Clipboard); }); });
+        connect(paste, &QAction::triggered, this, [this] {
+            kCellEditorGuard(view_.events(), "paste", [&] { pasteFrom(QClipboard::Clipboard); });
+        });
         menu.insertAction(standard, paste);
         menu.removeAction(standard);
     }
 }
 
 void CellEditor::contextMenuEvent(QContextMenuEvent* event) {
-    kGuard(view_.events(), [&] {
+    kCellEditorGuard(view_.events(), [&] {
         QMenu* menu = createStandardContextMenu();
         menu->setAttribute(Qt::WA_DeleteOnClose);
         replacePaste(*menu);

@@ -12,7 +12,7 @@ namespace hl {
 
 namespace {
 
-constexpr QtGuard kGuard{"GridView"};
+constexpr QtGuard kGridColumnsGuard{"GridView"};
 
 constexpr int kTwipsPerPixel = 15;
 constexpr int kFitMargin = 96;
@@ -33,7 +33,7 @@ constexpr int kFirstWidth = 220, kOtherWidth = 90;
 GridHeader* GridColumns::makeHeader() {
     HeaderCalls calls;
     calls.click = [this](int column) {
-        kGuard(view_.events(), "titleClick", [&] { clicked(static_cast<std::size_t>(column)); });
+        kGridColumnsGuard(view_.events(), "titleClick", [&] { clicked(static_cast<std::size_t>(column)); });
     };
     calls.sizing = [this] {
         if (view_.looksOnly()) return view_.listener().looked(Look::kColumn);
@@ -47,7 +47,7 @@ GridHeader* GridColumns::makeHeader() {
         store(static_cast<std::size_t>(column), width);
     };
     calls.fit = [this](int column) {
-        kGuard(view_.events(), "fitColumn", [&] {
+        kGridColumnsGuard(view_.events(), "fitColumn", [&] {
             const auto fitted = static_cast<std::size_t>(column);
             setWidth(fitted, fittingWidth(fitted, kFitMargin));
             if (view_.looksOnly()) view_.listener().looked(Look::kColumn);

@@ -8,7 +8,7 @@
 
 namespace hl {
 
-constexpr QtGuard kGuard{"GridHeader"};
+constexpr QtGuard kGridHeaderGuard{"GridHeader"};
 
 GridHeader::GridHeader(HeaderCalls calls, WindowEvents& events, QWidget* parent)
     : QHeaderView(Qt::Horizontal, parent), calls_(std::move(calls)), events_(events) {
@@ -29,7 +29,7 @@ GridHeader::GridHeader(HeaderCalls calls, WindowEvents& events, QWidget* parent)
 
 void GridHeader::sectionSized(int column, int oldWidth, int width) {
     if (!moving_ || oldWidth == width) return;
-    kGuard(events_, [&] {
+    kGridHeaderGuard(events_, [&] {
         // The width comes first: the other call may bring the columns up to date, which would undo the drag.
         calls_.sized(column, width);
         if (std::exchange(dragged_, column) < 0) calls_.sizing();
@@ -37,14 +37,14 @@ void GridHeader::sectionSized(int column, int oldWidth, int width) {
 }
 
 void GridHeader::mousePressEvent(QMouseEvent* event) {
-    kGuard(events_, [&] {
+    kGridHeaderGuard(events_, [&] {
         dragged_ = -1;
         QHeaderView::mousePressEvent(event);
     });
 }
 
 void GridHeader::mouseMoveEvent(QMouseEvent* event) {
-    kGuard(events_, [&] {
+    kGridHeaderGuard(events_, [&] {
         const bool outer = std::exchange(moving_, (event->buttons() & Qt::LeftButton) != 0);
         QHeaderView::mouseMoveEvent(event);
         moving_ = outer;
@@ -52,7 +52,7 @@ void GridHeader::mouseMoveEvent(QMouseEvent* event) {
 }
 
 void GridHeader::mouseReleaseEvent(QMouseEvent* event) {
-    kGuard(events_, [&] {
+    kGridHeaderGuard(events_, [&] {
         QHeaderView::mouseReleaseEvent(event);
         // The toolkit does not report a click when a release ends a drag.
         if (const int column = std::exchange(dragged_, -1); column >= 0) calls_.click(column);
@@ -60,7 +60,7 @@ void GridHeader::mouseReleaseEvent(QMouseEvent* event) {
 }
 
 void GridHeader::contextMenuEvent(QContextMenuEvent* event) {
-    kGuard(events_, [&] {
+    kGridHeaderGuard(events_, [&] {
         event->accept();
         calls_.menu(event->globalPos());
     });

@@ -13,7 +13,7 @@ namespace hl {
 
 namespace {
 
-constexpr QtGuard kGuard{"GridHint"};
+constexpr QtGuard kGridHintGuard{"GridHint"};
 constexpr int kMargin = 12;
 
 }  // namespace
@@ -40,7 +40,7 @@ QWidget* GridHint::button() const {
 void GridHint::followLater() {
     if (std::exchange(waits_, true)) return;
     QTimer::singleShot(0, &context_, [this] {
-        kGuard(view_.events(), "follow", [this] {
+        kGridHintGuard(view_.events(), "follow", [this] {
             waits_ = false;
             follow();
         });
@@ -67,7 +67,7 @@ void GridHint::makeButton() {
     button_->setObjectName(view_.objectName() + QStringLiteral(".fill"));
     button_->setCursor(Qt::ArrowCursor);
     QObject::connect(button_, &QPushButton::clicked, &context_, [this] {
-        kGuard(view_.events(), "clicked", [this] {
+        kGridHintGuard(view_.events(), "clicked", [this] {
             if (view_.takesInput()) view_.listener().emptyButtonPressed();
         });
     });

@@ -4,7 +4,7 @@
 
 namespace hl {
 
-constexpr QtGuard kGuard{"GridModel"};
+constexpr QtGuard kGridModelGuard{"GridModel"};
 
 GridModel::GridModel(const Grid& grid, GridId id, const VisibleRows& rows, const CellTextFunction& cellText,
                      WindowEvents& events)
@@ -31,7 +31,7 @@ int GridModel::columnCount(const QModelIndex& parent) const {
 
 QVariant GridModel::data(const QModelIndex& index, int role) const {
     if (role != Qt::DisplayRole && role != Qt::EditRole) return {};
-    return kGuard(events_, [&]() -> QVariant {
+    return kGridModelGuard(events_, [&]() -> QVariant {
         const auto row = static_cast<std::size_t>(index.row());
         const auto column = static_cast<std::size_t>(index.column());
         if (!grid_.redraw() || row >= rows_.count() || column >= grid_.columns().size()) return {};
@@ -53,7 +53,7 @@ QVariant GridModel::titleData(std::size_t column, int role) const {
 
 QVariant GridModel::headerData(int section, Qt::Orientation orientation, int role) const {
     if (orientation != Qt::Horizontal || section < 0) return {};
-    return kGuard(events_, [&]() -> QVariant {
+    return kGridModelGuard(events_, [&]() -> QVariant {
         const auto column = static_cast<std::size_t>(section);
         return column < grid_.columns().size() ? titleData(column, role) : QVariant();
     });

@@ -12,7 +12,7 @@ namespace hl {
 
 namespace {
 
-constexpr QtGuard kGuard{"GridSync"};
+constexpr QtGuard kGridSyncGuard{"GridSync"};
 // After how many milliseconds a change that came while redraw was off is checked again.
 constexpr int kRetry = 30;
 }  // namespace
@@ -38,7 +38,7 @@ GridSync::GridSync(GridView& view, Grid& grid, GridId id, const CellTextFunction
       model_(grid, id, rows_, cellText, events) {
     timer_.setSingleShot(true);
     QObject::connect(&timer_, &QTimer::timeout, &timer_, [this] {
-        kGuard(events_, "timeout", [&] {
+        kGridSyncGuard(events_, "timeout", [&] {
             // Otherwise rows that come are shown when the logic says so.
             if (userScrolled_) const Glance glance(*this);
             if (!sync()) timer_.start(kRetry);

@@ -20,7 +20,7 @@
 
 namespace hl {
 
-constexpr QtGuard kGuard{"GridView"};
+constexpr QtGuard kGridViewGuard{"GridView"};
 
 namespace {
 
@@ -58,8 +58,9 @@ GridView::~GridView() {
 void GridView::setUp() {
     setFrameStyle(static_cast<int>(QFrame::Box) | static_cast<int>(QFrame::Plain));
     setLineWidth(kFrame);
-    connect(qApp, &QApplication::focusChanged, this,
-            [this](QWidget*, QWidget* to) { kGuard(events_, "focusMoved", [&] { focusMoved(to); }); });
+    connect(qApp, &QApplication::focusChanged, this, [this](QWidget*, QWidget* to) {
+        kGridViewGuard(events_, "focusMoved", [&] { focusMoved(to); });
+    });
     installGridAccessible();
     setHorizontalHeader(columns_.makeHeader());
     verticalHeader()->hide();
@@ -104,7 +105,7 @@ void GridView::measureRows() {
 }
 
 void GridView::changeEvent(QEvent* event) {
-    kGuard(events_, [&] {
+    kGridViewGuard(events_, [&] {
         QTableView::changeEvent(event);
         const QEvent::Type type = event->type();
         if (type == QEvent::FontChange || type == QEvent::StyleChange) measureRows();
@@ -211,7 +212,7 @@ void GridView::moveEditor(bool newRows) {
 // --- painting
 
 bool GridView::event(QEvent* event) {
-    return kGuard(events_, [&] {
+    return kGridViewGuard(events_, [&] {
         const bool known = QTableView::event(event);
         if (event->type() == QEvent::Paint) paintFrame();
         return known;
@@ -239,7 +240,7 @@ void GridView::focusMoved(const QWidget* to) {
 }
 
 void GridView::paintEvent(QPaintEvent* event) {
-    kGuard(events_, [&] { paintRows(event->rect()); });
+    kGridViewGuard(events_, [&] { paintRows(event->rect()); });
 }
 
 void GridView::paintRows(const QRect& dirty) {
@@ -270,7 +271,7 @@ void GridView::widenLater() {
     if (std::exchange(widening_, true)) return;
     const auto widen = [this] {
         widening_ = false;
-        kGuard(events_, "widenNumbers", [&] {
+        kGridViewGuard(events_, "widenNumbers", [&] {
             if (sync()) columns_.widenNumbers();
         });
     };
@@ -300,7 +301,7 @@ QString GridView::tooltipAt(const QPoint& point) {
 }
 
 bool GridView::viewportEvent(QEvent* event) {
-    return kGuard(events_, [&] {
+    return kGridViewGuard(events_, [&] {
         if (event->type() != QEvent::ToolTip) return QTableView::viewportEvent(event);
         const auto* help = static_cast<QHelpEvent*>(event);
         QString text = tooltipAt(help->pos());
@@ -314,7 +315,7 @@ bool GridView::viewportEvent(QEvent* event) {
 // --- scrolling and size
 
 void GridView::scrollContentsBy(int dx, int dy) {
-    kGuard(events_, [&] {
+    kGridViewGuard(events_, [&] {
         QTableView::scrollContentsBy(dx, dy);
         // Drawing starts at the grid's top row, which may differ from what was visible.
         viewport()->update();
@@ -324,7 +325,7 @@ void GridView::scrollContentsBy(int dx, int dy) {
 }
 
 void GridView::resizeEvent(QResizeEvent* event) {
-    kGuard(events_, [&] {
+    kGridViewGuard(events_, [&] {
         QTableView::resizeEvent(event);
         if (event->size().width() != event->oldSize().width()) columns_.nameGivesWay();
         moveEditor();
@@ -336,23 +337,23 @@ void GridView::resizeEvent(QResizeEvent* event) {
 // --- the mouse and the keys
 
 void GridView::mousePressEvent(QMouseEvent* event) {
-    kGuard(events_, [&] { mouse_.press(*event); });
+    kGridViewGuard(events_, [&] { mouse_.press(*event); });
 }
 
 void GridView::mouseMoveEvent(QMouseEvent* event) {
-    kGuard(events_, [&] { mouse_.move(*event); });
+    kGridViewGuard(events_, [&] { mouse_.move(*event); });
 }
 
 void GridView::mouseReleaseEvent(QMouseEvent* event) {
-    kGuard(events_, [&] { mouse_.release(*event); });
+    kGridViewGuard(events_, [&] { mouse_.release(*event); });
 }
 
 void GridView::mouseDoubleClickEvent(QMouseEvent* event) {
-    kGuard(events_, [&] { mouse_.doubleClick(*event); });
+    kGridViewGuard(events_, [&] { mouse_.doubleClick(*event); });
 }
 
 void GridView::leaveEvent(QEvent* event) {
-    kGuard(events_, [&] {
+    kGridViewGuard(events_, [&] {
         QTableView::leaveEvent(event);
         if (takesInput()) mouse_.hover(kNoRow);
     });
@@ -360,29 +361,29 @@ void GridView::leaveEvent(QEvent* event) {
 
 // The menu key acts like a right click on the current row. For the mouse, its release has done that already.
 void GridView::contextMenuEvent(QContextMenuEvent* event) {
-    kGuard(events_, [&] {
+    kGridViewGuard(events_, [&] {
         event->accept();
         if (event->reason() == QContextMenuEvent::Keyboard && takesInput()) actions_.openMenu();
     });
 }
 
 void GridView::keyPressEvent(QKeyEvent* event) {
-    kGuard(events_, [&] { keys_.press(*event); });
+    kGridViewGuard(events_, [&] { keys_.press(*event); });
 }
 
 void GridView::keyReleaseEvent(QKeyEvent* event) {
-    kGuard(events_, [&] { keys_.release(*event); });
+    kGridViewGuard(events_, [&] { keys_.release(*event); });
 }
 
 // The toolkit's own method would choose a current row by itself.
 void GridView::focusInEvent(QFocusEvent* event) {
-    kGuard(events_, [&] {
+    kGridViewGuard(events_, [&] {
         QAbstractScrollArea::focusInEvent(event);  // NOLINT(bugprone-parent-virtual-call)
     });
 }
 
 void GridView::focusOutEvent(QFocusEvent* event) {
-    kGuard(events_, [&] {
+    kGridViewGuard(events_, [&] {
         QAbstractScrollArea::focusOutEvent(event);  // NOLINT(bugprone-parent-virtual-call)
         keys_.focusLeft();
     });

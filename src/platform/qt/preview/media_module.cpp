@@ -21,7 +21,7 @@ namespace hl {
 
 namespace {
 
-constexpr QtGuard kGuard{};
+constexpr QtGuard kMediaModuleGuard{};
 constexpr QtGuard kFilmGuard{"FilmView"};
 
 constexpr int kVolumes = 100;
@@ -115,7 +115,7 @@ class Player final : public MediaView {
     void fail(const QString& error);
     template <class Body>
     auto guarded(const char* where, Body body) {
-        return [this, where, body](auto...) { kGuard(events_, where, body); };
+        return [this, where, body](auto...) { kMediaModuleGuard(events_, where, body); };
     }
 
     WindowEvents& events_;
@@ -185,7 +185,9 @@ void Player::connectPlayer() {
             }));
     engine_.onFrame = guarded("frame", [this] { film_->update(); });
     engine_.onState = guarded("state", [this] { showState(); });
-    engine_.onError = [this](const QString& error) { kGuard(events_, "error", [&] { fail(error); }); };
+    engine_.onError = [this](const QString& error) {
+        kMediaModuleGuard(events_, "error", [&] { fail(error); });
+    };
     patience_.setSingleShot(true);
     connect(&patience_, &QTimer::timeout, this, guarded("timeout", [this] {
         if (engine_.state().loads) fail({});

@@ -19,7 +19,7 @@ namespace hl {
 
 namespace {
 
-constexpr QtGuard kGuard{"PreviewArea"};
+constexpr QtGuard kPreviewAreaGuard{"PreviewArea"};
 constexpr int kRestBeforeMedia = 300;  // In milliseconds; longer than the repetition of a held key.
 }  // namespace
 
@@ -40,7 +40,7 @@ PreviewArea::PreviewArea(const PreviewParts& parts, WindowEvents& events, QWidge
     stack_->addWidget(nothing_);
     mediaRest_.setSingleShot(true);
     connect(&mediaRest_, &QTimer::timeout, this,
-            [this] { kGuard(windowEvents_, "startMedia", [this] { startMedia(); }); });
+            [this] { kPreviewAreaGuard(windowEvents_, "startMedia", [this] { startMedia(); }); });
     if (parts.tools == nullptr) return;
     context_ = std::make_unique<PreviewContext>(
         PreviewContext{*parts.tools, events, parts.texts, [this](const Error& error) { fail(error); },

@@ -7,7 +7,7 @@
 
 namespace hl {
 
-constexpr QtGuard kGuard{"PreviewJob"};
+constexpr QtGuard kPreviewJobGuard{"PreviewJob"};
 
 PreviewJob::PreviewJob(std::unique_ptr<HelperProcess> process, std::size_t limit, WindowEvents& events)
     : process_(std::move(process)),
@@ -16,8 +16,9 @@ PreviewJob::PreviewJob(std::unique_ptr<HelperProcess> process, std::size_t limit
       notifier_(std::make_unique<QSocketNotifier>(process_->outputDescriptor(), QSocketNotifier::Read)) {
     timer_.setSingleShot(true);
     connect(notifier_.get(), &QSocketNotifier::activated, this,
-            [this] { kGuard(events_, "read", [this] { read(); }); });
-    connect(&timer_, &QTimer::timeout, this, [this] { kGuard(events_, "timeout", [this] { end(false); }); });
+            [this] { kPreviewJobGuard(events_, "read", [this] { read(); }); });
+    connect(&timer_, &QTimer::timeout, this,
+            [this] { kPreviewJobGuard(events_, "timeout", [this] { end(false); }); });
 }
 
 void PreviewJob::read() {

@@ -13,7 +13,7 @@ namespace hl {
 
 namespace {
 
-constexpr QtGuard kGuard{"PagesView"};
+constexpr QtGuard kPagesViewGuard{"PagesView"};
 
 constexpr std::chrono::milliseconds kTimeToOpen{10'000}, kTimeForPage{5'000};
 constexpr int kMargin = 8, kStep = 48;
@@ -225,7 +225,7 @@ void PagesView::tellPage() {
 }
 
 void PagesView::paintEvent(QPaintEvent*) {
-    kGuard(context_.events, [this] { paint(); });
+    kPagesViewGuard(context_.events, [this] { paint(); });
 }
 
 void PagesView::paint() {
@@ -249,7 +249,7 @@ void PagesView::paint() {
 
 // What was at the top of the window stays there.
 void PagesView::resizeEvent(QResizeEvent*) {
-    kGuard(context_.events, [this] {
+    kPagesViewGuard(context_.events, [this] {
         if (pages_.empty()) return;
         const std::size_t page = visiblePages().first;
         const double height = tops_[page + 1] - tops_[page];
@@ -262,7 +262,7 @@ void PagesView::resizeEvent(QResizeEvent*) {
 }
 
 void PagesView::scrollContentsBy(int, int) {
-    kGuard(context_.events, [this] {
+    kPagesViewGuard(context_.events, [this] {
         tellPage();
         requestNext();
         viewport()->update();

@@ -13,7 +13,7 @@ namespace hl {
 
 namespace {
 
-constexpr QtGuard kGuard{"PictureView"};
+constexpr QtGuard kPictureViewGuard{"PictureView"};
 
 constexpr std::chrono::milliseconds kTime{10'000}, kSettle{150};
 
@@ -28,7 +28,7 @@ PictureView::PictureView(const PreviewContext& context, QWidget* parent)
     settle_.setSingleShot(true);
     settle_.setInterval(kSettle);
     connect(&settle_, &QTimer::timeout, this,
-            [this] { kGuard(context_.events, "request", [this] { request(); }); });
+            [this] { kPictureViewGuard(context_.events, "request", [this] { request(); }); });
 }
 
 PictureView::~PictureView() {
@@ -88,7 +88,7 @@ void PictureView::fail(const std::string& error) {
 }
 
 void PictureView::paintEvent(QPaintEvent*) {
-    kGuard(context_.events, [this] {
+    kPictureViewGuard(context_.events, [this] {
         QPainter painter(this);
         painter.fillRect(rect(), palette().base());
         if (image_.isNull()) return;

@@ -8,7 +8,7 @@ namespace hl {
 
 namespace {
 
-constexpr QtGuard kGuard{"PreviewWait"};
+constexpr QtGuard kPreviewWaitGuard{"PreviewWait"};
 
 constexpr int kUnnoticed = 500;    // How many milliseconds a disk may take before the user is told.
 constexpr int kPatience = 30'000;  // How many milliseconds a disk may take before it is given up.
@@ -18,7 +18,7 @@ constexpr int kPatience = 30'000;  // How many milliseconds a disk may take befo
 PreviewWait::PreviewWait(WindowEvents& events) : events_(events) {
     late_.setSingleShot(true);
     QObject::connect(&late_, &QTimer::timeout, &late_,
-                     [this] { kGuard(events_, "late", [this] { late(); }); });
+                     [this] { kPreviewWaitGuard(events_, "late", [this] { late(); }); });
 }
 
 void PreviewWait::start(std::unique_ptr<PreviewOpening> opening, Calls calls) {
@@ -27,7 +27,7 @@ void PreviewWait::start(std::unique_ptr<PreviewOpening> opening, Calls calls) {
     noticed_ = false;
     answer_ = new QSocketNotifier(opening_->descriptor(), QSocketNotifier::Read, &late_);
     QObject::connect(answer_, &QSocketNotifier::activated, &late_,
-                     [this] { kGuard(events_, "over", [this] { endWith(opening_->take()); }); });
+                     [this] { kPreviewWaitGuard(events_, "over", [this] { endWith(opening_->take()); }); });
     late_.start(kUnnoticed);
 }
 

@@ -14,7 +14,7 @@ namespace hl {
 
 namespace {
 
-constexpr QtGuard kGuard{};
+constexpr QtGuard kPrintPreviewGuard{};
 constexpr QtGuard kPreviewGuard{"PrintPreview"};
 constexpr QtGuard kPageGuard{"PageView"};
 
@@ -97,7 +97,7 @@ QPushButton* PrintPreview::button(const std::string& caption, const char* name, 
     made->setObjectName(QLatin1String(name));
     made->setAutoDefault(false);
     connect(made, &QPushButton::clicked, this,
-            [this, name, press = std::move(press)] { kGuard(events_, name, press); });
+            [this, name, press = std::move(press)] { kPrintPreviewGuard(events_, name, press); });
     return made;
 }
 

@@ -12,15 +12,16 @@
 
 namespace hl {
 
-constexpr QtGuard kGuard{"Frame"};
+constexpr QtGuard kFrameGuard{"Frame"};
 
 void Frame::queue(const char* where, std::function<void()> what) {
     QMetaObject::invokeMethod(
-        this, [this, where, what = std::move(what)] { kGuard(events_, where, what); }, Qt::QueuedConnection);
+        this, [this, where, what = std::move(what)] { kFrameGuard(events_, where, what); },
+        Qt::QueuedConnection);
 }
 
 bool Frame::event(QEvent* event) {
-    return kGuard(events_, [&] {
+    return kFrameGuard(events_, [&] {
         // A run may begin then, so it is not called from here. Not every window becomes active: a window
         // manager may keep the focus elsewhere, or there may be none.
         const bool seen = event->type() == QEvent::Paint || event->type() == QEvent::WindowActivate;
@@ -34,7 +35,7 @@ bool Frame::event(QEvent* event) {
 }
 
 bool Frame::focusNextPrevChild(bool next) {
-    return kGuard(events_, [&] {
+    return kFrameGuard(events_, [&] {
         if (!tabStops) return QMainWindow::focusNextPrevChild(next);
         std::vector<QWidget*> stops = tabStops();
         if (!next) std::reverse(stops.begin(), stops.end());
@@ -55,7 +56,7 @@ bool Frame::focusNextPrevChild(bool next) {
 }
 
 void Frame::changeEvent(QEvent* event) {
-    kGuard(events_, [&] {
+    kFrameGuard(events_, [&] {
         QMainWindow::changeEvent(event);
         const auto type = event->type();
         if ((type == QEvent::PaletteChange || type == QEvent::StyleChange) && looksChanged)
@@ -64,7 +65,7 @@ void Frame::changeEvent(QEvent* event) {
 }
 
 void Frame::closeEvent(QCloseEvent* event) {
-    kGuard(events_, [&] {
+    kFrameGuard(events_, [&] {
         event->ignore();
         if (!unloaded_ && !events_.formQueryUnload()) return;
         if (!std::exchange(unloaded_, true)) events_.formUnload();
@@ -74,23 +75,23 @@ void Frame::closeEvent(QCloseEvent* event) {
 }
 
 void Frame::resizeEvent(QResizeEvent* event) {
-    kGuard(events_, [&] {
+    kFrameGuard(events_, [&] {
         QMainWindow::resizeEvent(event);
         events_.formResize();
     });
 }
 
 void Frame::dragEnterEvent(QDragEnterEvent* event) {
-    kGuard(events_, [&] { acceptPlaces(*event); });
+    kFrameGuard(events_, [&] { acceptPlaces(*event); });
 }
 
 void Frame::dragMoveEvent(QDragMoveEvent* event) {
-    kGuard(events_, [&] { acceptPlaces(*event); });
+    kFrameGuard(events_, [&] { acceptPlaces(*event); });
 }
 
 /// The other program waits for the end of this, and what is dropped may take long to read.
 void Frame::dropEvent(QDropEvent* event) {
-    kGuard(events_, [&] {
+    kFrameGuard(events_, [&] {
         if (!acceptPlaces(*event)) return;
         queue("dropped", [this, places = placesOf(*event->mimeData())] {
             if (dropped && !unloaded_) dropped(places);
@@ -99,7 +100,7 @@ void Frame::dropEvent(QDropEvent* event) {
 }
 
 void Frame::keyPressEvent(QKeyEvent* event) {
-    kGuard(events_, [&] {
+    kFrameGuard(events_, [&] {
         const int key = virtualKey(*event);
         const auto keys = event->modifiers() & ~Qt::KeypadModifier;
         if (key == kKeyEscape && !event->isAutoRepeat()) escapePressed_ = true;
@@ -114,7 +115,7 @@ void Frame::keyPressEvent(QKeyEvent* event) {
 /// A key that closed a menu or another window is released here, but was never pressed here; if it is held
 /// down, it first repeats here.
 void Frame::keyReleaseEvent(QKeyEvent* event) {
-    kGuard(events_, [&] {
+    kFrameGuard(events_, [&] {
         QMainWindow::keyReleaseEvent(event);
         if (event->isAutoRepeat() || virtualKey(*event) != kKeyEscape) return;
         if (std::exchange(escapePressed_, false)) events_.formKeyUp(kKeyEscape);

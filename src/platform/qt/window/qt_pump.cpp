@@ -9,7 +9,7 @@ namespace hl {
 
 namespace {
 
-constexpr QtGuard kGuard{};
+constexpr QtGuard kQtPumpGuard{};
 
 constexpr int kDeepest = 12;
 /// One turn of the loop handles only one kind of event; turns follow one another while there are more, for at
@@ -25,7 +25,7 @@ void QtPump::PumpMessages() {
         --depth_;
         lastPump_ = Clock::now();
     });
-    kGuard(events_, [] { QCoreApplication::processEvents(QEventLoop::AllEvents, kTurnsMilliseconds); });
+    kQtPumpGuard(events_, [] { QCoreApplication::processEvents(QEventLoop::AllEvents, kTurnsMilliseconds); });
 }
 
 std::uint64_t QtPump::GetTickCount() {

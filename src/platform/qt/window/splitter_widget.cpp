@@ -10,7 +10,7 @@
 namespace hl {
 
 constexpr QtGuard kHandleGuard{"Handle"};
-constexpr QtGuard kGuard{"SplitterWidget"};
+constexpr QtGuard kSplitterWidgetGuard{"SplitterWidget"};
 
 /// The bar between the panes. If it can be dragged, it has at least kGrip pixels for the pointer, which
 /// extend over the panes.
@@ -101,7 +101,7 @@ SplitterWidget::SplitterWidget(cSplitter& splitter, PaneFactory factory, WindowE
       events_(events),
       handle_(new Handle(splitter, events, this)) {
     handle_->hide();
-    splitter_.changed = [this] { kGuard(events_, "follow", [this] { follow(); }); };
+    splitter_.changed = [this] { kSplitterWidgetGuard(events_, "follow", [this] { follow(); }); };
 }
 
 SplitterWidget::~SplitterWidget() {
@@ -143,7 +143,7 @@ void SplitterWidget::place(QWidget* pane, const cSplitter::Span& span) {
 }
 
 void SplitterWidget::resizeEvent(QResizeEvent*) {
-    kGuard(events_, [this] {
+    kSplitterWidgetGuard(events_, [this] {
         splitter_.setTotal(along(size()));
         // The size along the axis may be unchanged, but the panes follow the other one.
         follow();

@@ -12,8 +12,9 @@ namespace hl {
 
 namespace {
 
-constexpr QtGuard kGuard{"StartButton"};
-constexpr int kMargin = 8, kGap = 8, kIcon = 24, kBar = 5, kBarGap = 3, kWidest = 420, kNarrowest = 120;
+constexpr QtGuard kStartButtonGuard{"StartButton"};
+constexpr int kButtonMargin = 8, kIconGap = 8, kIcon = 24, kBar = 5, kBarGap = 3, kWidest = 420,
+              kNarrowest = 120;
 constexpr qreal kSmallestNote = 0.75;
 constexpr int kNearlyFull = 90;  // Percent; from there on the bar warns.
 
@@ -39,7 +40,7 @@ int StartButton::linesHeight() const {
 }
 
 QSize StartButton::sizeHint() const {
-    return {kWidest, std::max(linesHeight(), kIcon) + 2 * kMargin};
+    return {kWidest, std::max(linesHeight(), kIcon) + 2 * kButtonMargin};
 }
 
 QSize StartButton::minimumSizeHint() const {
@@ -47,7 +48,7 @@ QSize StartButton::minimumSizeHint() const {
 }
 
 void StartButton::keyPressEvent(QKeyEvent* event) {
-    kGuard(faults_, [&] {
+    kStartButtonGuard(faults_, [&] {
         const bool enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
         if (enter && !event->isAutoRepeat()) return click();
         const int key = event->key();
@@ -59,14 +60,14 @@ void StartButton::keyPressEvent(QKeyEvent* event) {
 }
 
 void StartButton::changeEvent(QEvent* event) {
-    kGuard(faults_, [&] {
+    kStartButtonGuard(faults_, [&] {
         QPushButton::changeEvent(event);
         if (event->type() == QEvent::FontChange) updateGeometry();
     });
 }
 
 void StartButton::paintEvent(QPaintEvent*) {
-    kGuard(faults_, [&] { paintContents(); });
+    kStartButtonGuard(faults_, [&] { paintContents(); });
 }
 
 void StartButton::paintContents() {
@@ -75,10 +76,10 @@ void StartButton::paintContents() {
     initStyleOption(&option);
     option.icon = {};
     style()->drawControl(QStyle::CE_PushButtonBevel, &option, &painter, this);
-    QRect room = rect().adjusted(kMargin, kMargin, -kMargin, -kMargin);
+    QRect room = rect().adjusted(kButtonMargin, kButtonMargin, -kButtonMargin, -kButtonMargin);
     const QRect picture(room.left(), room.center().y() - kIcon / 2, kIcon, kIcon);
     icon().paint(&painter, picture, Qt::AlignCenter, isEnabled() ? QIcon::Normal : QIcon::Disabled);
-    room.setLeft(picture.right() + kGap);
+    room.setLeft(picture.right() + kIconGap);
     const int line = fontMetrics().height();
     QRect row(room.left(), room.center().y() - linesHeight() / 2, room.width(), line);
     const auto text = [&](const QString& whole) {

@@ -14,8 +14,8 @@ namespace hl {
 
 namespace {
 
-constexpr QtGuard kGuard{"StartView"};
-constexpr int kMargin = 8, kGap = 4, kGroupGap = 12;
+constexpr QtGuard kStartViewGuard{"StartView"};
+constexpr int kPageMargin = 8, kRowGap = 4, kGroupGap = 12;
 constexpr qreal kTitleScale = 1.25;
 
 /// The page without what may change while its buttons stay.
@@ -74,8 +74,8 @@ void StartView::build() {
     page->setAccessibleName(qtText(page_.title));
     setAccessibleName(qtText(page_.title));
     auto* rows = new QVBoxLayout(page);
-    rows->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
-    rows->setSpacing(kGap);
+    rows->setContentsMargins(kPageMargin, kPageMargin, kPageMargin, kPageMargin);
+    rows->setSpacing(kRowGap);
     title_ = addLabel(page_.title, *rows);
     for (const StartGroup& group : page_.groups) addGroup(group, *rows);
     rows->addSpacing(kGroupGap);
@@ -94,7 +94,7 @@ void StartView::showFont() {
 }
 
 bool StartView::eventFilter(QObject* watched, QEvent* event) {
-    return kGuard(faults_, [&] {
+    return kStartViewGuard(faults_, [&] {
         if (watched == &report_ && event->type() == QEvent::FontChange) showFont();
         return QScrollArea::eventFilter(watched, event);
     });
@@ -111,7 +111,7 @@ void StartView::addGroup(const StartGroup& group, QVBoxLayout& rows) {
         buttons_.push_back(button);
         // A run lasts long, and rebuilds the page: the button must not be on the stack meanwhile.
         const auto press = [this, tag = entry.tag] {
-            kGuard(faults_, "clicked", [&] { events_.startChosen(tag); });
+            kStartViewGuard(faults_, "clicked", [&] { events_.startChosen(tag); });
         };
         connect(button, &QPushButton::clicked, this, press, Qt::QueuedConnection);
     }
@@ -136,7 +136,7 @@ void StartView::focusFirst() {
 
 // Keys that no button takes come here.
 void StartView::keyPressEvent(QKeyEvent* event) {
-    kGuard(faults_, [&] {
+    kStartViewGuard(faults_, [&] {
         const auto now = std::ranges::find_if(buttons_, [](StartButton* each) { return each->hasFocus(); });
         const bool down = event->key() == Qt::Key_Down || event->key() == Qt::Key_Right;
         const bool up = event->key() == Qt::Key_Up || event->key() == Qt::Key_Left;

@@ -14,7 +14,7 @@ namespace hl {
 
 namespace {
 
-constexpr QtGuard kGuard{};
+constexpr QtGuard kWindowModuleGuard{};
 
 /// The command line as Qt expects it: the program, and the platform if that has to be named.
 class QtArguments {
@@ -43,14 +43,14 @@ std::unique_ptr<QSocketNotifier> listenTo(int descriptor, const std::function<vo
     if (descriptor < 0 || !ready) return nullptr;
     auto notifier = std::make_unique<QSocketNotifier>(descriptor, QSocketNotifier::Read);
     QObject::connect(notifier.get(), &QSocketNotifier::activated, notifier.get(),
-                     [&] { kGuard(events, "QSocketNotifier::activated", ready); });
+                     [&] { kWindowModuleGuard(events, "QSocketNotifier::activated", ready); });
     return notifier;
 }
 
 void runWindow(const WindowStart& start) {
     QtPump pump(start.events);
     MainWindow window(start.parts, start.events);
-    kGuard(start.events, "formLoad", [&] { start.events.formLoad(window.window(), pump); });
+    kWindowModuleGuard(start.events, "formLoad", [&] { start.events.formLoad(window.window(), pump); });
     if (window.frame().unloaded()) return;
     const auto handOver = listenTo(start.handOverDescriptor, start.handOverReady, start.events);
     const auto answers = listenTo(start.answersDescriptor, start.answersReady, start.events);

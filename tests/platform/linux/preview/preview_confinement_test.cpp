@@ -71,7 +71,7 @@ struct Way {
     int error;
 };
 /// Returns the names of those that did not end so.
-std::string open(const std::vector<Way>& ways) {
+std::string stillOpen(const std::vector<Way>& ways) {
     std::string said;
     for (const auto& [name, attempt, error] : ways) {
         errno = 0;
@@ -81,11 +81,11 @@ std::string open(const std::vector<Way>& ways) {
     return said;
 }
 /// Makes the calls with arguments that name nothing, so that an allowed call fails in another way.
-std::string open(std::span<const long> calls, int error) {
+std::string stillOpen(std::span<const long> calls, int error) {
     std::string said;
     for (const long call : calls) {
         const std::string name = "call " + std::to_string(call);
-        said += open({{name.c_str(), [call] { return syscall(call, -1, -1, -1, -1, -1, -1); }, error}});
+        said += stillOpen({{name.c_str(), [call] { return syscall(call, -1, -1, -1, -1, -1, -1); }, error}});
     }
     return said;
 }
@@ -156,21 +156,23 @@ struct PreviewConfinement : testing::Test {
 TEST_F(PreviewConfinement, ADecoderHasNoWayOut) {
     for (const bool foreign : {false, true}) {
         const auto ways = [this] {
-            return open(kOfAll, EPERM) + open(kOfDecoders, EPERM) + open(kNewer, ENOSYS) +
-                   open(waysToOthers()) + open(waysOfDecoders());
+            return stillOpen(kOfAll, EPERM) + stillOpen(kOfDecoders, EPERM) + stillOpen(kNewer, ENOSYS) +
+                   stillOpen(waysToOthers()) + stillOpen(waysOfDecoders());
         };
         EXPECT_EQ(foreign ? saidWithin(asForeign(false), ways) : saidWithin(asHelper(), ways), "") << foreign;
     }
-    EXPECT_EQ(saidWithin(asHelper(), [] { return open(std::array{long{SYS_execve}}, EPERM); }), "");
+    EXPECT_EQ(saidWithin(asHelper(), [] { return stillOpen(std::array{long{SYS_execve}}, EPERM); }), "");
 }
 
 TEST_F(PreviewConfinement, AConverterWithAFolderHasNoneButItsFiles) {
     static constexpr long kRefused[] = {424, 425, 426, 427, 428, 429, 430, 431, 432,
                                         433, 438, 440, 442, 448, 457, 458, 467};
-    EXPECT_EQ(
-        saidWithin(asForeign(true),
-                   [this] { return open(kOfAll, EPERM) + open(kRefused, EPERM) + open(waysToOthers()); }),
-        "");
+    EXPECT_EQ(saidWithin(asForeign(true),
+                         [this] {
+                             return stillOpen(kOfAll, EPERM) + stillOpen(kRefused, EPERM) +
+                                    stillOpen(waysToOthers());
+                         }),
+              "");
 }
 
 TEST_F(PreviewConfinement, ReadsTheSystemsLibrariesAndNothingElse) {
@@ -193,9 +195,9 @@ TEST_F(PreviewConfinement, ReadsTheSystemsLibrariesAndNothingElse) {
                                    {"write", [this] { return ::open(file.c_str(), O_WRONLY); }, EACCES},
                                    {"delete", [this] { return unlink(file.c_str()); }, EACCES},
                                    {"memory", reads(memory), EACCES}};
-    EXPECT_EQ(saidWithin(asHelper(), [&] { return open(all) + open(narrow); }), "");
-    EXPECT_EQ(saidWithin(asForeign(false), [&] { return open(all) + open(narrow); }), "");
-    EXPECT_EQ(saidWithin(asForeign(true), [&] { return open(all) + open(wide); }), "");
+    EXPECT_EQ(saidWithin(asHelper(), [&] { return stillOpen(all) + stillOpen(narrow); }), "");
+    EXPECT_EQ(saidWithin(asForeign(false), [&] { return stillOpen(all) + stillOpen(narrow); }), "");
+    EXPECT_EQ(saidWithin(asForeign(true), [&] { return stillOpen(all) + stillOpen(wide); }), "");
 }
 
 TEST_F(PreviewConfinement, LeavesThreadsMemoryAndItsOwnEnd) {
