@@ -79,6 +79,9 @@ enum class Command : int {
     kReportUnfold4 = kReportUnfold1 + 3,
     kReportUnfold10 = kReportUnfold1 + 9,
     kReportFullView = commandNumber(BarId::kReport, 323),
+    kReportDiskColumn = commandNumber(BarId::kReport, 500),
+    kReportNewestColumn,
+    kReckonOnDisk,
     kReportFont = commandNumber(BarId::kReport, 328),
 
     // The drives.
@@ -110,6 +113,7 @@ enum class Command : int {
     kFilesSave,
     kFilesPrint,
     kFilesFont = commandNumber(BarId::kFiles, 328),
+    kFilesDiskColumn = commandNumber(BarId::kFiles, 500),
 
     // The largest files.
     kTopTitle = commandNumber(BarId::kTop, 0),
@@ -129,6 +133,7 @@ enum class Command : int {
     kTopSave,
     kTopPrint,
     kTopFont = commandNumber(BarId::kTop, 328),
+    kTopDiskColumn = commandNumber(BarId::kTop, 500),
 
     // The hardlinks. The first of their column commands is that of the id.
     kHardlinksTitle = commandNumber(BarId::kHardlinks, 0),
@@ -148,6 +153,7 @@ enum class Command : int {
     kHardlinksFit,
     kHardlinksFullView,
     kHardlinksFont,
+    kHardlinksDiskColumn = commandNumber(BarId::kHardlinks, 500),
 
     // The junctions.
     kJunctionsTitle = commandNumber(BarId::kJunctions, 0),

@@ -32,7 +32,7 @@ enum class LoadStep {
     kElsewhere,  ///< Whoever needs the key reads it from the file.
     // A value that makes no sense in one of these steps is replaced by the default; no other is lost.
     kAskBeforeDelete,
-    kLast = kAskBeforeDelete,
+    kOnDisk,
 };
 
 /// The field that a value goes to. Its type decides how the value is read: as a whole number from 0 to 255, a
@@ -46,8 +46,10 @@ struct OptionKey {
     std::string_view defaultValue;
     OptionField field;
     LoadStep step;
-    std::size_t columns = 0;         ///< In a row of columns: the number of columns.
-    std::size_t unsavedColumns = 0;  ///< The number of those at its end that are read and never saved.
+    std::size_t columns = 0;  ///< In a row of columns: the number of columns.
+    // Sets of a row's columns, bit n standing for column n.
+    std::uint32_t unsaved = 0;  ///< They are read and never saved.
+    std::uint32_t off = 0;      ///< They are off by default.
 };
 
 // clang-format off
@@ -96,9 +98,9 @@ inline constexpr auto kOptionTable = [] {
         {"FontNameTOP", "Tahoma", &Options::FontNameTOP, kFontNames},
         {"FontNameHardlinks", "Tahoma", &Options::FontNameHardlinks, kFontNames},
         {"FontNameJunctions", "Tahoma", &Options::FontNameJunctions, kFontNames},
-        {"FileColumn", "1", &Options::FileColumn, kListColumns, 7},
-        {"TopColumn", "1", &Options::TopColumn, kListColumns, 8},
-        {"HardlinkColumn", "1", &Options::HardlinkColumn, kListColumns, 10, 2},
+        {"FileColumn", "1", &Options::FileColumn, kListColumns, 8, 0, 1U << 7},
+        {"TopColumn", "1", &Options::TopColumn, kListColumns, 9, 0, 1U << 8},
+        {"HardlinkColumn", "1", &Options::HardlinkColumn, kListColumns, 11, 3U << 8, 1U << 10},
         {"BigIcons", "0", &Options::BigIcons, kBarMain},
         {"SymbolText", "0", &Options::SymbolText, kBarMain},
         {"FilePreview", "0", &Options::FilePreview, kBarFiles},
@@ -116,6 +118,9 @@ inline constexpr auto kOptionTable = [] {
         {"FontStyleHardlinks", "", &Options::FontStyleHardlinks, kFontNames},
         {"FontStyleJunctions", "", &Options::FontStyleJunctions, kFontNames},
         {"AskBeforeDelete", "1", &Options::AskBeforeDelete, kAskBeforeDelete},
+        {"ColDiskVisible", "0", &Options::ColDiskVisible, kOnDisk},
+        {"ColNewestVisible", "0", &Options::ColNewestVisible, kOnDisk},
+        {"ReckonOnDisk", "0", &Options::ReckonOnDisk, kOnDisk},
     });
 }();
 // clang-format on

@@ -77,7 +77,11 @@ class Loader {
     }
 
     void read(const OptionKey& key, ColumnFlags& columns) {
-        for (std::size_t i = 0; i < key.columns; ++i) readOne(key, columnKey(i, key), columns[i]);
+        for (std::size_t i = 0; i < key.columns; ++i) {
+            OptionKey column = key;
+            if ((key.off >> i & 1U) != 0) column.defaultValue = "0";
+            readOne(column, columnKey(i, key), columns[i]);
+        }
     }
 
     template <class Field>
@@ -114,8 +118,8 @@ class Saver {
     }
 
     void save(const OptionKey& key, const ColumnFlags& columns, const ColumnFlags& unset) {
-        for (std::size_t i = 0; i + key.unsavedColumns < key.columns; ++i)
-            saveOne(columnKey(i, key), columns[i], unset[i]);
+        for (std::size_t i = 0; i < key.columns; ++i)
+            if ((key.unsaved >> i & 1U) == 0) saveOne(columnKey(i, key), columns[i], unset[i]);
     }
 
     template <class Field>
@@ -176,8 +180,11 @@ void OptionenLadenMain(Options& options, const SettingsStore& store, Diagnostics
                        bool onlyDialog) {
     const LoadStep last = onlyDialog ? LoadStep::kDateFormat : LoadStep::kLastOfMain;
     loadTrapped(options, store, diagnostics, {LoadStep::kDateFormat, last, "OptionenLadenMain"});
-    loadTrapped(options, store, diagnostics,
-                {LoadStep::kAskBeforeDelete, LoadStep::kLast, "OptionenLadenMain"});
+    const auto loadStep = [&](LoadStep step) {
+        loadTrapped(options, store, diagnostics, {step, step, "OptionenLadenMain"});
+    };
+    loadStep(LoadStep::kAskBeforeDelete);
+    if (!onlyDialog) loadStep(LoadStep::kOnDisk);
 }
 
 void loadBarOptions(Options& options, const SettingsStore& store, Diagnostics& diagnostics, OptionBar bar) {

@@ -25,6 +25,9 @@ struct Options {
     // What the folder report shows.
     Flag FolderColorFade = 0, FolderShowPercentBar = 0;
     Flag ColFileVisible = 0, ColFolderVisible = 0, ColPercentVisible = 0;
+    Flag ColDiskVisible = 0, ColNewestVisible = 0;
+    /// Shares, bars and the order go by what files take on the disk.
+    Flag ReckonOnDisk = 0;
     // Which panels are visible.
     Flag DiskinfoVisible = 0, FilelistVisible = 0, ToplistVisible = 0, HardlinksVisible = 0,
          JunctionsVisible = 0;

@@ -30,6 +30,8 @@ DateFormat dateFormatOf(std::string_view locale);
 
 LocalTime localTime(std::chrono::system_clock::time_point moment);
 LocalTime localTime(std::int64_t secondsSinceEpoch);
+/// Returns the seconds from 1970 to now.
+std::int64_t secondsNow();
 
 /// Applies a picture such as "dd/MM/yyyy hh:nn:ss": d dd day, m M mm MM month, yy yyyy year, h hh hour, n nn
 /// minute, s ss second, AM/PM (hours then count to 12). Letters are read without regard to case; all else is

@@ -87,6 +87,7 @@ void showOptions(MainForm& form, const CommandRow& /*row*/) {
     Form dialog = frmOptionen.form();
     form.window->dialogs.showForm(dialog);
     OptionenLadenMain(session.options, services.settings, services.diagnostics, true);
+    setDateFormat(session.tvwPL, kReportTable, session.options);
     setDateFormat(session.lvwFiles, kFilesTable, session.options);
     setDateFormat(session.lvwHardlinks, kHardlinksTable, session.options);
     setDateFormat(session.lvwTOP, kTopTable, session.options);
@@ -211,6 +212,10 @@ void reportPrint(MainForm& form, const CommandRow& /*row*/) {
 
 void reportColumn(MainForm& form, const CommandRow& row) {
     form.report.view().Report_ChangeColVisible(static_cast<std::size_t>(row.value), isOn(form, row));
+}
+
+void reckonOnDisk(MainForm& form, const CommandRow& /*row*/) {
+    form.report.view().reckonAnew();
 }
 
 void reportFit(MainForm& form, const CommandRow& /*row*/) {

@@ -47,6 +47,7 @@ void reportRemoveAll(MainForm& form, const CommandRow& row);
 void reportSave(MainForm& form, const CommandRow& row);
 void reportPrint(MainForm& form, const CommandRow& row);
 void reportColumn(MainForm& form, const CommandRow& row);
+void reckonOnDisk(MainForm& form, const CommandRow& row);
 void reportFit(MainForm& form, const CommandRow& row);
 void reportSearch(MainForm& form, const CommandRow& row);
 

@@ -13,11 +13,6 @@
 
 namespace hl {
 
-namespace {
-
-// Mode 4 has the unit of mode 5 here. Neither can be chosen.
-}  // namespace
-
 ReportOrder orderOf(const SilentOrder& line) {
     const auto delimiter = static_cast<std::size_t>(line.delimiterIndex);
     return {.path = line.outputFile,
@@ -80,19 +75,24 @@ ReportTable ReportRun::table(bool forTerminal) const {
     const auto countWidth = [&](FolderCell id) {
         return characterCount(FormatSizeForMode(sizeMode_, cell(id), false, false, numbers));
     };
-    const std::size_t sizeWidth =
-        characterCount(xFormatFileSizeWithSpacer(sizeMode_, cell(kSize), 1, false, decimals_, numbers));
+    const auto sizeWidth = [&](FolderCell id) {
+        return characterCount(xFormatFileSizeWithSpacer(sizeMode_, cell(id), 1, false, decimals_, numbers));
+    };
+    const std::string unit(sizeUnit(sizeMode_).reportTitle);
     ReportTable table{.isTree = true,
                       .delimiter = order.delimiter,
                       .forTerminal = forTerminal,
                       .sizeMode = sizeMode_,
                       .decimals = decimals_};
-    table.columns.resize(kReportFields);
+    table.columns.resize(order.withSpace ? kAllFields : kUsualFields);
     table.columns[kPathField] = {texts.TL(3626, "Pfad")};
-    table.columns[kSizeField] = {texts.TL(3623, "Größe").append(sizeUnit(sizeMode_).reportTitle),
-                                 FieldKind::kSize, sizeWidth};
+    table.columns[kSizeField] = {texts.TL(3623, "Größe") + unit, FieldKind::kSize, sizeWidth(kSize)};
     table.columns[kFilesField] = {texts.TL(3624, "Dateien"), FieldKind::kCount, countWidth(kFiles)};
     table.columns[kFoldersField] = {texts.TL(3625, "Ordner"), FieldKind::kCount, countWidth(kFolders)};
+    if (!order.withSpace) return table;
+    table.columns[kDiskField] = {texts.TL(9821, "Auf Datenträger") + unit, FieldKind::kSize,
+                                 sizeWidth(kDisk)};
+    table.columns[kNewestField] = {texts.TL(9824, "Neueste Änderung")};
     return table;
 }
 
@@ -103,7 +103,8 @@ ReportOutcome ReportRun::writeRows(ReplacingFile& target) {
 
     const std::uint32_t errorsBefore = scan_.diagnostics.errcount();
     Yield yield(scan_.state, scan_.pump);
-    ReportWalk walk(scan_.tvwPL, scan_.paths, *writer, file, yield, scan_.diagnostics);
+    const std::string dates = order.withSpace ? scan_.options.DateFormat : "";
+    ReportWalk walk(scan_.tvwPL, scan_.paths, *writer, file, yield, scan_.diagnostics, dates);
     for (Row root = start_; root != kNoRow && file.isFine(); root = scan_.tvwPL.nextSibling(root)) {
         walk.writeTree(root, order.levels);
         rows_ = walk.rowsWritten();

@@ -21,6 +21,7 @@ struct ReportOrder {
     int scope = -1;                        ///< A FolderScope.
     std::int32_t levels = -1;              ///< The last level that is written; 0 writes what is unfolded.
     char delimiter = ',';
+    bool withSpace = false;  ///< Adds the space on the disk and the newest change.
 };
 
 /// Makes the order of a command line: the whole report, all levels if the line has no number, and a tab where

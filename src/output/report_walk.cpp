@@ -1,6 +1,7 @@
 // In the loop, parents_ always has one length for each level, from the start's children to the current row.
 #include "output/report_walk.h"
 
+#include "base/date_format.h"
 #include "robustness/trap.h"
 #include "scan/records.h"
 
@@ -9,16 +10,24 @@ namespace hl {
 namespace {
 
 // A size below 0 is out of range, as is one that is too large.
-SizeValue sizeOf(const Grid& grid, Row row) {
-    const auto bytes = static_cast<std::int64_t>(grid.number(row, kSize));
-    return SizeValue::fromBytes(static_cast<std::uint64_t>(bytes));
+double sizeOf(const Grid& grid, Row row, CellId cell) {
+    const auto bytes = static_cast<std::int64_t>(grid.number(row, cell));
+    return static_cast<double>(SizeValue::fromBytes(static_cast<std::uint64_t>(bytes)).bytes());
 }
 
 }  // namespace
 
 ReportWalk::ReportWalk(const Grid& tvwPL, const PathRules& paths, const ReportWriter& writer,
-                       ReportFile& file, Yield& yield, Diagnostics& diagnostics)
-    : tvwPL_(tvwPL), paths_(paths), writer_(writer), file_(file), yield_(yield), diagnostics_(diagnostics) {}
+                       ReportFile& file, Yield& yield, Diagnostics& diagnostics,
+                       const std::string& datePicture)
+    : tvwPL_(tvwPL),
+      paths_(paths),
+      writer_(writer),
+      file_(file),
+      yield_(yield),
+      diagnostics_(diagnostics),
+      datePicture_(datePicture),
+      fields_(datePicture.empty() ? kUsualFields : kAllFields) {}
 
 void ReportWalk::writeTree(Row start, std::int32_t levels) {
     path_.clear();
@@ -85,12 +94,20 @@ void ReportWalk::appendToPath(Row row, bool folder) {
     if (!folder) path_ += ']';
 }
 
+void ReportWalk::addSpace(Row row) {
+    fields_[kDiskField].number = sizeOf(tvwPL_, row, kDisk);
+    const auto newest = static_cast<std::int64_t>(tvwPL_.number(row, kNewest));
+    newest_ = newest == 0 ? "" : formatDate(localTime(newest), datePicture_);
+    fields_[kNewestField].text = newest_;
+}
+
 // The row of a folder's own files counts no folders.
 void ReportWalk::writeLine(Row row, bool folder) {
     fields_[kPathField].text = path_;
-    fields_[kSizeField].number = static_cast<double>(sizeOf(tvwPL_, row).bytes());
+    fields_[kSizeField].number = sizeOf(tvwPL_, row, kSize);
     fields_[kFilesField].number = tvwPL_.number(row, kFiles);
     fields_[kFoldersField].number = folder ? tvwPL_.number(row, kFolders) : 0;
+    if (!datePicture_.empty()) addSpace(row);
     writer_.row(file_.block(), fields_);
     file_.endLine();
     ++rowsWritten_;

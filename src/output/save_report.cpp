@@ -31,6 +31,7 @@ void SaveForm::fillControls() {
     optLevels[kAllFolderLevels].caption = texts.TL(3608, "Alle Ordnerebenen");
     lblLevelsUnit = texts.TL(3611, "Ordnerebenen");
     optLevels[kUnfoldedLevels].caption = texts.TL(3607, "Aktuelle Ordneransicht");
+    chkSpace.caption = texts.TL(9828, "Auch den Platz auf dem Datenträger und die neueste Änderung");
     OKButton.caption = texts.TL(3610, "OK");
     CancelButton.caption = texts.TL(3609, "Abbrechen");
 }
@@ -38,7 +39,8 @@ void SaveForm::fillControls() {
 Form SaveForm::form() {
     std::vector<FormItem> items =
         itemsOf({lblWasSpeichern, optWasSpeichern, lblLevels, optLevels, txtLevels, lblLevelsUnit});
-    for (FormItem& item : formatItems(kRowsOfChoice, 2)) items.push_back(std::move(item));
+    items.push_back({.control = &chkSpace, .row = kRowsOfChoice, .columnSpan = 3});
+    for (FormItem& item : formatItems(kRowsOfChoice + 1, 2)) items.push_back(std::move(item));
     return {.name = "frmSave",
             .caption = caption,
             .items = std::move(items),
@@ -55,6 +57,7 @@ bool SaveForm::SPEICHERN() {
         run.order.scope = GetOptionButtonSelectedIndex(optWasSpeichern);
         run.order.levels = wantedLevels();
         run.order.delimiter = chosenDelimiter();
+        run.order.withSpace = chkSpace.checked;
         hourglass = true;
         run.findStart();
         run.order.path = askPath(dialog_, scan_.paths);

@@ -40,6 +40,7 @@ class SaveForm : public FormatChoice {
     std::array<OptionButton, 2> optWasSpeichern;
     std::array<OptionButton, 3> optLevels;
     TextBox txtLevels;
+    CheckBox chkSpace;  ///< Adds the space on the disk and the newest change.
     CommandButton OKButton, CancelButton;
     bool hourglass = false;  ///< The pointer shows that the program is working.
     bool loaded = true;      ///< False once the form is done with.

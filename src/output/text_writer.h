@@ -32,7 +32,7 @@ class TextWriter final : public ReportWriter {
         for (const std::size_t column : order_) {
             if (column != order_.front()) out += table_.delimiter;
             if (table_.columns[column].kind == FieldKind::kText)
-                out.append(fields[column].text);
+                appendPadded(out, column, fields[column].text);
             else
                 appendNumber(out, column, fields[column].number);
         }
@@ -48,6 +48,12 @@ class TextWriter final : public ReportWriter {
     }
 
   private:
+    void appendPadded(std::string& out, std::size_t column, std::string_view text) const {
+        out.append(text);
+        if (!table_.isTree || column == order_.back()) return;
+        out.append(
+            table_.columns[column].width - std::min(table_.columns[column].width, characterCount(text)), ' ');
+    }
     // Makes title and numbers of a column equally wide. Nothing stands behind the path, so it needs no width.
     static ReportTable fitted(ReportTable table) {
         for (std::size_t i = 1; i < table.columns.size(); ++i) {

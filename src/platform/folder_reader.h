@@ -50,9 +50,13 @@ struct Entry {
 // The size counts, since millions of entries pass from the readers to the walk.
 static_assert(sizeof(Entry) == 40);
 
-/// The times of an entry in seconds since 1970; they are there only if asked for.
-struct EntryTimes {
+/// The unit of EntryDetails::blocks, whatever the file system's own blocks are.
+inline constexpr std::uint64_t kBlockBytes = 512;
+
+/// Facts of an entry that are there only if asked for; times are in seconds since 1970.
+struct EntryDetails {
     std::int64_t written = 0, created = 0, accessed = 0;
+    std::uint64_t blocks = 0;  ///< What the file takes on the disk, in units of kBlockBytes.
 };
 
 /// What a block tells about its folder.
@@ -89,8 +93,8 @@ class Listing {
 
     const Entry* entries = nullptr;
     std::size_t count = 0;
-    const EntryTimes* times = nullptr;  ///< One for each entry, or null.
-    const char* names = nullptr;        ///< Each name ends in a NUL.
+    const EntryDetails* details = nullptr;  ///< One for each entry, or null.
+    const char* names = nullptr;            ///< Each name ends in a NUL.
 
     std::string_view name(const Entry& e) const { return {names + e.nameOffset, e.nameLength}; }
     std::string_view target(const Entry& e) const {
@@ -106,7 +110,8 @@ struct ReadOptions {
     /// down.
     std::uint32_t levelsAbove = 0;
     bool wantLinks = false;     ///< Fills inode, device and links.
-    bool wantTimes = false;     ///< Fills the times and all attributes.
+    bool wantSpace = false;     ///< Fills the blocks and the time of the last writing.
+    bool wantTimes = false;     ///< Fills all details and all attributes.
     bool wantFileNames = true;  ///< If false, the names of entries that are no folders may be empty.
 };
 

@@ -70,6 +70,9 @@ constexpr IconNames kIcons[] = {
     {kIconAnalyze, nullptr, "analyze"},
     {kIconGuide, "help-contents", "guide"},
     {kIconTakeBack, "edit-undo", "take-back"},
+    {kIconOnDisk, nullptr, "on-disk"},
+    {kIconNewest, nullptr, "newest"},
+    {kIconReckonOnDisk, nullptr, "reckon-on-disk"},
 };
 
 }  // namespace

@@ -69,7 +69,10 @@ enum Icon : int {
     kIconAnalyze,
     kIconGuide,
     kIconTakeBack,
-    kIconLast = kIconTakeBack,
+    kIconOnDisk,
+    kIconNewest,
+    kIconReckonOnDisk,
+    kIconLast = kIconReckonOnDisk,
 };
 
 struct IconNames {

@@ -3,6 +3,7 @@
 
 #include <optional>
 
+#include "base/date_format.h"
 #include "base/scope_exit.h"
 #include "base/size_text.h"
 #include "base/text.h"
@@ -39,6 +40,8 @@ void resetForSource(ScanContext& scan) {
     state.SeenLinkIds.AllowDuplicateKeys = false;
     state.SeenLinkIds.CompareMode(0);
     state.NeedLinkCount = scan.options.AddHardlinksOnlyOnce == 1 || scan.options.CreateListHardlink == 1;
+    state.NeedSpace = !state.SilentRun || scan.options.ReckonOnDisk == 1;
+    state.Started = secondsNow();
 }
 
 Row addSourceRow(ScanContext& scan, const std::string& source, int imageIndex) {
@@ -58,11 +61,6 @@ void finishLists(ScanContext& scan, const std::string& source) {
     scan.lvwJunctions.sortLevels(0);
     sortHardlinks(scan.lvwHardlinks);
     scan.host.listsFilled();
-}
-
-void writeTotals(ScanContext& scan, Row row, const ScanTotals& totals) {
-    Report_SetNodeSizeAndFilecount(scan.tvwPL, row, totals.size, totals.files);
-    scan.tvwPL.setNumber(row, kFolders, totals.folders);
 }
 
 void logTotals(ScanContext& scan, const ScanTotals& totals) {
@@ -88,7 +86,7 @@ void readWholeSource(ScanContext& scan, const std::string& source, const std::st
     scan.log.LogProtokoll(scan.texts.TL(3777, "Einlesen: %1", {visible(source)}));
     Report_ScanFolders(scan, folder, row, scan.state.lastTotals);
     if (!scan.state.SilentRun) finishLists(scan, source);
-    writeTotals(scan, row, scan.state.lastTotals);
+    Report_SetTotals(scan.tvwPL, row, scan.state.lastTotals);
     logTotals(scan, scan.state.lastTotals);
 }
 

@@ -27,20 +27,28 @@ enum FileCell : CellId {
     kFileLinks,
     kFileId,
     kFileDevice,
+    kFileDisk,
 };
 inline constexpr CellSpec kFileCells[] = {
     {"path", CellType::kText},  // The folder of the file, with a trailing separator.
-    {"size", CellType::kSize},    {"date", CellType::kDate},   {"dateE", CellType::kDate},
-    {"dateZ", CellType::kDate},   {"type", CellType::kText},   {"ext", CellType::kText},
-    {"attr", CellType::kText},    {"links", CellType::kCount}, {"id", CellType::kText},
+    {"size", CellType::kSize},
+    {"date", CellType::kDate},
+    {"dateE", CellType::kDate},
+    {"dateZ", CellType::kDate},
+    {"type", CellType::kText},
+    {"ext", CellType::kText},
+    {"attr", CellType::kText},
+    {"links", CellType::kCount},
+    {"id", CellType::kText},
     {"device", CellType::kCount},  // Shown in no column; the same id means the same file only on the same
                                    // device.
+    {"disk", CellType::kSize},
 };
 
 /// A file that gets a row.
 struct FoundFile {
     const Entry& entry;
-    const EntryTimes& times;
+    const EntryDetails& details;
     std::string_view name;
     std::string_view folder;     ///< With a trailing separator.
     std::int32_t links = 0;      ///< 0 for a file with one name.
@@ -110,7 +118,7 @@ inline constexpr ListColumn kModifiedColumn = {
     .kind = ColumnKind::kDate,
     .title = TL(9106, "Änderungsdatum"),
     .fill = [](const CellPlace& to,
-               const FoundFile& file) { to.set(static_cast<double>(file.times.written)); },
+               const FoundFile& file) { to.set(static_cast<double>(file.details.written)); },
     .button = TL(9287, "Änderung"),
     .tooltip = TL(9288, "Spalte 'Änderungsdatum'")};
 inline constexpr ListColumn kCreatedColumn = {
@@ -118,7 +126,7 @@ inline constexpr ListColumn kCreatedColumn = {
     .kind = ColumnKind::kDate,
     .title = TL(9107, "Erstellungsdatum"),
     .fill = [](const CellPlace& to,
-               const FoundFile& file) { to.set(static_cast<double>(file.times.created)); },
+               const FoundFile& file) { to.set(static_cast<double>(file.details.created)); },
     .button = TL(9289, "Erstellt"),
     .tooltip = TL(9290, "Spalte 'Erstellungsdatum'")};
 inline constexpr ListColumn kAccessedColumn = {
@@ -126,10 +134,20 @@ inline constexpr ListColumn kAccessedColumn = {
     .kind = ColumnKind::kDate,
     .title = TL(9108, "Zugriffsdatum"),
     .fill = [](const CellPlace& to,
-               const FoundFile& file) { to.set(static_cast<double>(file.times.accessed)); },
+               const FoundFile& file) { to.set(static_cast<double>(file.details.accessed)); },
     .saved = false,
     .button = TL(9291, "Zugriff"),
     .tooltip = TL(9292, "Spalte 'Zugriffsdatum'")};
+
+inline constexpr ListColumn kDiskColumn = {
+    .cell = kFileDisk,
+    .kind = ColumnKind::kSize,
+    .title = TL(9820, "Auf Datenträger (%1)"),
+    .titleAlone = TL(9821, "Auf Datenträger"),
+    .fill = [](const CellPlace& to,
+               const FoundFile& file) { to.set(static_cast<double>(file.details.blocks * kBlockBytes)); },
+    .button = TL(9821, "Auf Datenträger"),
+    .tooltip = TL(9822, "Spalte 'Auf Datenträger'")};
 
 // --- the lists
 
@@ -155,15 +173,18 @@ constexpr ListColumn with(Command command, ListColumn column) {
 inline constexpr auto kFilesColumns =
     shownBy(&Options::FileColumn, Command::kFilesSizeColumn,
             std::to_array({kNameColumn, kSizeColumn, kExtensionColumn, kTypeColumn, kAttributesColumn,
-                           kModifiedColumn, kCreatedColumn, kAccessedColumn}));
+                           kModifiedColumn, kCreatedColumn, kAccessedColumn,
+                           with(Command::kFilesDiskColumn, kDiskColumn)}));
 inline constexpr auto kTopColumns =
     shownBy(&Options::TopColumn, Command::kTopSizeColumn,
             std::to_array({kNameColumn, kSizeColumn, kPathColumn, kExtensionColumn, kTypeColumn,
-                           kAttributesColumn, kModifiedColumn, kCreatedColumn, kAccessedColumn}));
-inline constexpr auto kHardlinksColumns = shownBy(
-    &Options::HardlinkColumn, Command::kHardlinksIdColumn,
-    std::to_array({kNameColumn, kIdColumn, kLinksColumn, kFolderColumn, kSizeColumn, kExtensionColumn,
-                   kTypeColumn, kAttributesColumn, kModifiedColumn, kCreatedColumn, kAccessedColumn}));
+                           kAttributesColumn, kModifiedColumn, kCreatedColumn, kAccessedColumn,
+                           with(Command::kTopDiskColumn, kDiskColumn)}));
+inline constexpr auto kHardlinksColumns =
+    shownBy(&Options::HardlinkColumn, Command::kHardlinksIdColumn,
+            std::to_array({kNameColumn, kIdColumn, kLinksColumn, kFolderColumn, kSizeColumn, kExtensionColumn,
+                           kTypeColumn, kAttributesColumn, kModifiedColumn, kCreatedColumn, kAccessedColumn,
+                           with(Command::kHardlinksDiskColumn, kDiskColumn)}));
 
 inline constexpr ListTable kFilesTable = {kFileCells, kFilesColumns, kFileSize, &Options::FileSizeFormatFiles,
                                           &Options::SizeFormatNachkommastellenFiles};

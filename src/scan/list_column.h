@@ -42,6 +42,7 @@ struct ListColumn {
     CellId cell = kNoCell;  ///< kNoCell stands for the text of the row.
     ColumnKind kind = ColumnKind::kPlain;
     RowText title = {};
+    RowText titleAlone = {};  ///< Of a size in the unit that fits it; without one it is "Größe".
     /// Fills the cell of a row of files; null for a cell that something else fills.
     void (*fill)(const CellPlace& to, const FoundFile& file) = nullptr;
     bool saved = true;  ///< See GridColumn.

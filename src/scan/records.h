@@ -21,17 +21,19 @@ enum RowPicture : int {
 
 /// A row of the folder report: a folder, or (with IsFolder 0) the one row that stands for all files directly
 /// in a folder that also has subfolders.
-enum FolderCell : CellId { kIsFolder, kPercent, kSize, kFiles, kFolders };
+enum FolderCell : CellId { kIsFolder, kPercent, kSize, kFiles, kFolders, kDisk, kNewest };
 inline constexpr CellSpec kFolderCells[] = {
     {"IsFolder", CellType::kFlag},    //
     {"percent", CellType::kPercent},  // The share of the parent's size.
     {"size", CellType::kSize},        //
     {"files", CellType::kCount},      // The files below the folder, on all levels.
     {"folders", CellType::kCount},    // The folders below it, on all levels, without itself.
+    {"disk", CellType::kSize},        // What the files below take on the disk, in bytes.
+    {"newest", CellType::kDate},      // The last writing of a file below that was before the scan.
 };
-// A row takes 49 bytes, its name and one byte more. That is what a million folders cost.
+// A row takes 65 bytes, its name and one byte more. That is what a million folders cost.
 inline constexpr std::size_t kFolderRowBytes = Grid::kRowBytes + cellBytes(kFolderCells);
-static_assert(kFolderRowBytes == 49);
+static_assert(kFolderRowBytes == 65);
 
 /// A row of the junctions and links; its text is the full path of the folder.
 enum JunctionCell : CellId { kJunctionTarget, kJunctionType };

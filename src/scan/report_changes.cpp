@@ -8,6 +8,7 @@
 #include <utility>
 #include <vector>
 
+#include "base/date_format.h"
 #include "base/size_text.h"
 #include "scan/driver.h"
 #include "scan/file_system_calls.h"
@@ -52,6 +53,17 @@ bool hasFolders(const Grid& report, Row row) {
 
 void add(Grid& report, Row row, CellId cell, double value) {
     report.setNumber(row, cell, report.number(row, cell) + value);
+}
+
+// Returns the numbers of a row, without those of folders.
+ScanTotals totalsOf(const Grid& report, Row row) {
+    const auto bytes = [&](CellId cell) {
+        return SizeValue::fromBytes(static_cast<std::uint64_t>(report.number(row, cell)));
+    };
+    return {.size = bytes(kSize),
+            .disk = bytes(kDisk),
+            .newest = static_cast<std::int64_t>(report.number(row, kNewest)),
+            .files = static_cast<std::int32_t>(report.number(row, kFiles))};
 }
 
 /// Remembers what the user unfolded and selected below a row, and the current row, because reading a folder
@@ -187,12 +199,14 @@ void ReportChanges::takeOut(Row row) {
     const Row parent = report.parent(row);
     for (Row above = parent; above != kNoRow; above = report.parent(above)) {
         add(report, above, kSize, -report.number(row, kSize));
+        add(report, above, kDisk, -report.number(row, kDisk));
         add(report, above, kFiles, -report.number(row, kFiles));
         add(report, above, kFolders, -report.number(row, kFolders) - 1);
         report.setMark(above, report.mark(above) - foldersNotRead(report, row));
     }
     forgetBelow(row);
     report.removeRow(row);
+    Report_UpdateNewest(report, parent);
     // A folder without subfolders has no row for its files; its own row counts them.
     const Row files = hasFolders(report, parent) ? kNoRow : filesRowBelow(report, parent);
     if (files != kNoRow) report.removeRow(files);
@@ -245,7 +259,7 @@ void ReportChanges::folderCame(std::string_view path) {
 void ReportChanges::addFolder(Row above, std::string_view name) {
     Grid& report = scan_.tvwPL;
     const bool first = !hasFolders(report, above);
-    const double size = report.number(above, kSize), files = report.number(above, kFiles);
+    const ScanTotals files = totalsOf(report, above);
     const auto grey = first ? std::nullopt : report.backColor(report.firstChild(above));
     const Row row = report.addRow(above, name);
     if (grey) report.setBackColor(row, *grey);
@@ -253,18 +267,17 @@ void ReportChanges::addFolder(Row above, std::string_view name) {
     report.setPicture(row, kPictureFolder);
     scan_.state.DeepestLevel = std::max(scan_.state.DeepestLevel, report.level(row));
     for (Row each = above; each != kNoRow; each = report.parent(each)) add(report, each, kFolders, 1);
+    if (first && files.files > 0) addFilesRow(above, files);
     Report_ReadAgain(scan_, row);
-    if (first && files > 0) addFilesRow(above, size, files);
     touched_.insert(row);
 }
 
-void ReportChanges::addFilesRow(Row row, double size, double files) {
+void ReportChanges::addFilesRow(Row row, const ScanTotals& files) {
     Grid& report = scan_.tvwPL;
     const Row made = report.addRow(row, scan_.texts.TL(3514, "Dateien"));
     report.setPicture(made, kPictureFilesRow);
     if (const auto grey = report.backColor(report.firstChild(row))) report.setBackColor(made, *grey);
-    report.setNumber(made, kSize, size);
-    report.setNumber(made, kFiles, files);
+    Report_SetTotals(report, made, files);
 }
 
 // Tells whether a row's folder is read: links and other mounts are not, unless the user wants them followed.
@@ -288,8 +301,9 @@ bool ReportChanges::readFiles(Row row, const std::string& folder) {
     const bool once = scan_.options.AddHardlinksOnlyOnce == 1;
     Yield yield(scan_.state, scan_.pump);
     const auto reader = scan_.fileSystem.read(
-        folder, {.recursive = false, .wantLinks = once, .wantFileNames = false}, &yield);
-    double size = 0, files = 0;
+        folder, {.recursive = false, .wantLinks = once, .wantSpace = true, .wantFileNames = false}, &yield);
+    ScanTotals files;
+    const std::int64_t now = secondsNow();
     for (bool more = true; more;) {
         const std::unique_ptr<Listing> block = reader->next();
         if (block == nullptr) return markIncomplete(row), true;
@@ -299,12 +313,13 @@ bool ReportChanges::readFiles(Row row, const std::string& folder) {
             yield.perEntry();
             if ((entry.attributes & kAttributeDirectory) != 0) continue;
             if (once && entry.links > 1) return false;
-            size += static_cast<double>(entry.size);
-            ++files;
+            files.files = addCount(files.files, 1);
+            files.size += SizeValue::fromBytes(entry.size);
+            addSpace(files, block->details[i], now, true);
         }
         more = block->more;
     }
-    writeFiles(row, size, files);
+    writeFiles(row, files);
     return true;
 }
 
@@ -317,25 +332,27 @@ void ReportChanges::markIncomplete(Row row) {
         report.setMark(above, report.mark(above) + 1);
 }
 
-void ReportChanges::writeFiles(Row row, double size, double files) {
+void ReportChanges::writeFiles(Row row, const ScanTotals& files) {
     Grid& report = scan_.tvwPL;
     const bool ownRow = hasFolders(report, row);
     const Row filesRow = ownRow ? filesRowBelow(report, row) : row;
-    const double sizeBefore = filesRow == kNoRow ? 0 : report.number(filesRow, kSize);
-    const double filesBefore = filesRow == kNoRow ? 0 : report.number(filesRow, kFiles);
+    const ScanTotals before = filesRow == kNoRow ? ScanTotals() : totalsOf(report, filesRow);
     for (Row above = row; above != kNoRow; above = report.parent(above)) {
-        add(report, above, kSize, size - sizeBefore);
-        add(report, above, kFiles, files - filesBefore);
+        add(report, above, kSize, files.size.asDouble() - before.size.asDouble());
+        add(report, above, kDisk, files.disk.asDouble() - before.disk.asDouble());
+        add(report, above, kFiles, files.files - before.files);
     }
     touched_.insert(row);
-    if (!ownRow) return;
-    if (files == 0) {
-        if (filesRow != kNoRow) report.removeRow(filesRow);
-        return;
+    if (!ownRow) {
+        report.setNumber(row, kNewest, static_cast<double>(files.newest));
+    } else if (filesRow == kNoRow) {
+        if (files.files > 0) addFilesRow(row, files);
+    } else if (files.files == 0) {
+        report.removeRow(filesRow);
+    } else {
+        Report_SetTotals(report, filesRow, files);
     }
-    if (filesRow == kNoRow) return addFilesRow(row, size, files);
-    report.setNumber(filesRow, kSize, size);
-    report.setNumber(filesRow, kFiles, files);
+    Report_UpdateNewest(report, ownRow ? row : report.parent(row));
 }
 
 void ReportChanges::folderChanged(std::string_view path) {

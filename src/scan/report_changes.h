@@ -50,14 +50,14 @@ class ReportChanges {
     void takeOutSource(Row root);
     std::set<std::string, std::less<>> loseLinks();
     void addFolder(Row above, std::string_view name);
-    void addFilesRow(Row row, double size, double files);
+    void addFilesRow(Row row, const ScanTotals& files);
     bool isEntered(Row row) const;
     void readAgain(Row row);
     void forgetBelow(Row row);
     bool showsFoldersTwice(Row root) const;
     bool readFiles(Row row, const std::string& folder);
     void markIncomplete(Row row);
-    void writeFiles(Row row, double size, double files);
+    void writeFiles(Row row, const ScanTotals& files);
 
     ScanContext& scan_;
     bool folderWent_ = false;

@@ -1,6 +1,7 @@
 // Reads one folder of the report again: Report_Rescan of driver.h.
 #include <optional>
 
+#include "base/date_format.h"
 #include "base/scope_exit.h"
 #include "robustness/trap.h"
 #include "scan/driver.h"
@@ -15,13 +16,13 @@ namespace hl {
 namespace {
 
 struct FolderNumbers {
-    double size = 0, files = 0, folders = 0;
+    double size = 0, disk = 0, files = 0, folders = 0;
     std::uint32_t notRead = 0;
 };
 
 FolderNumbers numbersOf(const Grid& report, Row row) {
-    return {report.number(row, kSize), report.number(row, kFiles), report.number(row, kFolders),
-            foldersNotRead(report, row)};
+    return {report.number(row, kSize), report.number(row, kDisk), report.number(row, kFiles),
+            report.number(row, kFolders), foldersNotRead(report, row)};
 }
 
 void addTo(Grid& report, Row row, double size, double files) {
@@ -57,9 +58,11 @@ void correctAbove(Grid& report, Row row, const FolderNumbers& before) {
     const FolderNumbers now = numbersOf(report, row);
     forRowAndAbove(report, report.parent(row), [&](Row above) {
         addTo(report, above, now.size - before.size, now.files - before.files);
+        report.setNumber(above, kDisk, report.number(above, kDisk) - before.disk + now.disk);
         report.setNumber(above, kFolders, report.number(above, kFolders) - before.folders + now.folders);
         report.setMark(above, report.mark(above) - before.notRead + now.notRead);
     });
+    Report_UpdateNewest(report, report.parent(row));
 }
 
 void readAgain(ScanContext& scan, Row row) {
@@ -130,12 +133,13 @@ void Report_ReadAgain(ScanContext& scan, Row row) {
     const ScopeExit lists([&, was = scan.state.SilentRun] { scan.state.SilentRun = was; });
     scan.state.SilentRun = true;
     scan.state.NeedLinkCount = scan.options.AddHardlinksOnlyOnce == 1;
+    scan.state.NeedSpace = true;
+    scan.state.Started = secondsNow();
     scan.state.SeenLinkIds.Clear();
     ScanTotals totals;
     Report_ScanFolders(scan, Report_GetFullpathOfNode(report, row, true, scan.paths), row, totals);
     scan.state.SeenLinkIds.Clear();
-    Report_SetNodeSizeAndFilecount(report, row, totals.size, totals.files);
-    report.setNumber(row, kFolders, totals.folders);
+    Report_SetTotals(report, row, totals);
     correctAbove(report, row, before);
 }
 

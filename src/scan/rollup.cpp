@@ -1,5 +1,6 @@
 #include "scan/rollup.h"
 
+#include <algorithm>
 #include <vector>
 
 #include "robustness/trap.h"
@@ -20,12 +21,38 @@ void Report_SetNodeSizeAndFilecount(Grid& tvwPL, Row row, SizeValue size, std::i
     tvwPL.setNumber(row, kFiles, files);
 }
 
+void Report_SetTotals(Grid& tvwPL, Row row, const ScanTotals& totals) {
+    Report_SetNodeSizeAndFilecount(tvwPL, row, totals.size, totals.files);
+    tvwPL.setNumber(row, kFolders, totals.folders);
+    tvwPL.setNumber(row, kDisk, totals.disk.asDouble());
+    tvwPL.setNumber(row, kNewest, static_cast<double>(totals.newest));
+}
+
+void addSpace(ScanTotals& totals, const EntryDetails& file, std::int64_t started, bool counts) {
+    if (counts) totals.disk += SizeValue::fromBytes(file.blocks * kBlockBytes);
+    if (file.written <= started) totals.newest = std::max(totals.newest, file.written);
+}
+
+CellId reckonedCell(const Options& options) {
+    return options.ReckonOnDisk == 1 ? kDisk : kSize;
+}
+
+void Report_UpdateNewest(Grid& tvwPL, Row row) {
+    for (; row != kNoRow; row = tvwPL.parent(row)) {
+        double newest = 0;
+        for (Row child = tvwPL.firstChild(row); child != kNoRow; child = tvwPL.nextSibling(child))
+            newest = std::max(newest, tvwPL.number(child, kNewest));
+        tvwPL.setNumber(row, kNewest, newest);
+    }
+}
+
 void Report_ChangePercentValue(ScanContext& scan, Row row) {
     guarded(scan.diagnostics, [&] {
         Grid& report = scan.tvwPL;
-        const double whole = report.number(row, kSize);
+        const CellId size = reckonedCell(scan.options);
+        const double whole = report.number(row, size);
         for (Row child = report.firstChild(row); child != kNoRow; child = report.nextSibling(child)) {
-            const double part = report.number(child, kSize);
+            const double part = report.number(child, size);
             const double percent = whole == 0 || part == 0 ? 0 : roundToHundredths(part * 100 / whole);
             report.setNumber(child, kPercent, percent);
             if (scan.options.FolderShowPercentBar != 1) continue;
@@ -34,6 +61,18 @@ void Report_ChangePercentValue(ScanContext& scan, Row row) {
             report.setBarPicture(child, static_cast<int>(percent));
         }
     });
+}
+
+void Report_ReckonAnew(ScanContext& scan) {
+    Grid& report = scan.tvwPL;
+    const std::string_view reckoned = kFolderCells[reckonedCell(scan.options)].key;
+    for (std::uint32_t level = 0; level < Grid::kSortLevels; ++level) {
+        std::string& key = report.levelSort(level).key;
+        if (key == kFolderCells[kSize].key || key == kFolderCells[kDisk].key) key = reckoned;
+    }
+    for (Row row = report.firstRoot(); row != kNoRow; row = report.tree().following(row))
+        if (report.hasChildren(row)) Report_ChangePercentValue(scan, row);
+    report.sortLevels(scan.state.DeepestLevel);
 }
 
 void Report_Sort(ScanContext& scan) {

@@ -10,9 +10,26 @@ namespace hl {
 
 /// Writes the row's size and number of files.
 void Report_SetNodeSizeAndFilecount(Grid& tvwPL, Row row, SizeValue size, std::int32_t files);
+/// Writes all numbers of the row but its share.
+void Report_SetTotals(Grid& tvwPL, Row row, const ScanTotals& totals);
+
+/// Adds what a file takes on the disk, if it `counts`, and when it was written, unless that was after
+/// `started`.
+void addSpace(ScanTotals& totals, const EntryDetails& file, std::int64_t started, bool counts);
+
+/// Returns the cell that shares, bars and the order go by: the size, or what is taken on the disk.
+CellId reckonedCell(const Options& options);
+
+/// Makes the time of the newest change of the row, and of each row above it, that of its children. For rows
+/// that have lost or got one.
+void Report_UpdateNewest(Grid& tvwPL, Row row);
 
 /// Computes the share of `row` that each of its direct children has; it is 0 if either size is 0.
 void Report_ChangePercentValue(ScanContext& scan, Row row);
+
+/// Computes all shares anew, after another size is reckoned with. Levels that were sorted by a size are
+/// sorted by that one.
+void Report_ReckonAnew(ScanContext& scan);
 
 /// Sorts every level by its setting.
 void Report_Sort(ScanContext& scan);

@@ -16,6 +16,8 @@ namespace hl {
 /// What the walk of a folder found.
 struct ScanTotals {
     SizeValue size;
+    SizeValue disk;           ///< What the files take on the disk; 0 unless NeedSpace is set.
+    std::int64_t newest = 0;  ///< When the last of them was written, in seconds since 1970; 0 is "none".
     std::int32_t files = 0;
     std::int32_t folders = 0;
     std::int32_t errors = 0;
@@ -63,6 +65,9 @@ struct ScanState {
     SizeValue TopLargest;
     SizeValue TopSmallest;  ///< Once the list is full, a file must be larger than this.
     bool NeedLinkCount = false;
+    bool NeedSpace = false;    ///< Somebody shows or reckons with what files take on the disk.
+    std::int64_t Started = 0;  ///< When the reading began, in seconds since 1970. A file that was written
+                               ///< later is no news about the time before.
     CStringCollection SeenLinkIds;  ///< The keys are bytes: device and inode of a file with several names.
 };
 

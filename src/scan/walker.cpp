@@ -43,6 +43,8 @@ std::string linkKey(const Entry& entry) {
 
 void addTotals(ScanTotals& sum, const ScanTotals& more) {
     sum.size += more.size;
+    sum.disk += more.disk;
+    sum.newest = std::max(sum.newest, more.newest);
     sum.files = addCount(sum.files, more.files);
     sum.folders = addCount(sum.folders, more.folders);
     sum.errors = addCount(sum.errors, more.errors);
@@ -70,6 +72,7 @@ class FolderWalk final : public ScanProgress {
         options.followLinks = follow_;
         options.levelsAbove = levelsAbove;
         options.wantLinks = scan.state.NeedLinkCount;
+        options.wantSpace = scan.state.NeedSpace;
         options.wantTimes = options.wantFileNames = !scan.state.SilentRun;
         reader_ = scan.fileSystem.read(ToLongPath(path, scan.paths), options, &wait_);
     }
@@ -87,9 +90,8 @@ class FolderWalk final : public ScanProgress {
         std::size_t next = 0;  ///< The index of the next entry.
         std::size_t pathLength = 0;
         std::optional<Error> error;
-        SizeValue filesSize;  ///< The size of the files directly in the folder, as far as they count.
-        std::int32_t filesCount = 0;
-        ScanTotals totals;
+        ScanTotals files;    ///< Of the files directly in the folder, as far as they count.
+        ScanTotals totals;   ///< Of all else.
         std::string target;  ///< The target of a link that was followed.
     };
 
@@ -169,11 +171,12 @@ std::unique_ptr<Listing> FolderWalk::nextListing() {
 
 ScanCounts FolderWalk::soFar() const {
     ScanCounts sum;
-    for (const Level& level : levels_) {
-        sum.files += level.totals.files;
-        sum.folders += level.totals.folders;
-        sum.bytes += static_cast<double>(level.totals.size.bytes());
-    }
+    for (const Level& level : levels_)
+        for (const ScanTotals* part : {&level.files, &level.totals}) {
+            sum.files += part->files;
+            sum.folders += part->folders;
+            sum.bytes += static_cast<double>(part->size.bytes());
+        }
     return sum;
 }
 
@@ -184,10 +187,9 @@ std::size_t FolderWalk::showSoFar(bool sort) const {
     ScanTotals sum;
     for (std::size_t i = levels_.size(); i-- > 0;) {
         const Row row = levels_[i].row;
+        addTotals(sum, levels_[i].files);
         addTotals(sum, levels_[i].totals);
-        if (i > 1 || row == kNoRow) continue;
-        Report_SetNodeSizeAndFilecount(report, row, sum.size, sum.files);
-        report.setNumber(row, kFolders, sum.folders);
+        if (i <= 1 && row != kNoRow) Report_SetTotals(report, row, sum);
     }
     const Row top = levels_.front().row;
     Report_ChangePercentValue(scan_, top);
@@ -236,7 +238,7 @@ void FolderWalk::takeBlock(Level& level, std::unique_ptr<Listing> block) {
 }
 
 // Reads files until a folder is entered, the level ends, or Stop is pressed. Each file costs one addition to
-// two sums and to two counts; all else is decided outside of the loop or by options that do not change.
+// a sum and to a count; all else is decided outside of the loop or by options that do not change.
 void FolderWalk::step() {
     Level& level = levels_.back();
     if (level.next == level.block->count) {
@@ -336,19 +338,16 @@ void FolderWalk::folderDone(Row row, bool isReparse, std::string_view target) {
 void FolderWalk::fileEntry(Level& level, const Entry& entry) {
     const SizeValue size = SizeValue::fromBytes(entry.size);
     lastTag_ = entry.tag;
-    level.filesCount = addCount(level.filesCount, 1);
-    level.totals.files = addCount(level.totals.files, 1);
+    level.files.files = addCount(level.files.files, 1);
     const std::int32_t links =
         scan_.state.NeedLinkCount && entry.links != 1 ? static_cast<std::int32_t>(entry.links) : 0;
-    if (sizeCounts(entry, links)) {
-        level.filesSize += size;
-        level.totals.size += size;
-    }
-    if (scan_.state.SilentRun) return;
-    static constexpr EntryTimes kNoTimes;
-    const EntryTimes* times = level.block->times;
-    handOverFile(scan_, {entry, times == nullptr ? kNoTimes : times[level.next - 1], level.block->name(entry),
-                         path_, links});
+    const bool counts = sizeCounts(entry, links);
+    if (counts) level.files.size += size;
+    static constexpr EntryDetails kNoDetails;
+    const EntryDetails* details = level.block->details;
+    const EntryDetails& known = details == nullptr ? kNoDetails : details[level.next - 1];
+    if (scan_.state.NeedSpace) addSpace(level.files, known, scan_.state.Started, counts);
+    if (!scan_.state.SilentRun) handOverFile(scan_, {entry, known, level.block->name(entry), path_, links});
 }
 
 // The name of a file that is met first counts; further names within the same source do not.
@@ -373,14 +372,14 @@ void FolderWalk::leave(bool cutShort) {
     }
     Level level = std::move(levels_.back());
     levels_.pop_back();
+    addTotals(level.totals, level.files);
     if (levels_.empty()) {
         result_ = level.totals;
         return;
     }
     if (level.row == kNoRow) return;
-    Report_SetNodeSizeAndFilecount(scan_.tvwPL, level.row, level.totals.size, level.totals.files);
+    Report_SetTotals(scan_.tvwPL, level.row, level.totals);
     Report_ChangePercentValue(scan_, level.row);
-    scan_.tvwPL.setNumber(level.row, kFolders, level.totals.folders);
     addTotals(levels_.back().totals, level.totals);
     folderDone(level.row, level.isReparse, level.target);
 }
@@ -396,9 +395,9 @@ void FolderWalk::accessError(Level& level) {
 
 void FolderWalk::addFilesRow(const Level& level) {
     Grid& report = scan_.tvwPL;
-    if (level.filesCount == 0 || !report.hasChildren(level.row)) return;
+    if (level.files.files == 0 || !report.hasChildren(level.row)) return;
     const Row row = report.addRow(level.row, filesText_);
-    Report_SetNodeSizeAndFilecount(report, row, level.filesSize, level.filesCount);
+    Report_SetTotals(report, row, level.files);
     report.setPicture(row, kPictureFilesRow);
     shade(scan_, row);
 }

@@ -10,10 +10,10 @@ namespace hl {
 namespace {
 
 void addFileRow(Grid& list, const Listing& listing, std::size_t index, const std::string& type) {
-    static constexpr EntryTimes kNoTimes;
+    static constexpr EntryDetails kNoDetails;
     const Entry& entry = listing.entries[index];
     const FoundFile file = {.entry = entry,
-                            .times = listing.times == nullptr ? kNoTimes : listing.times[index],
+                            .details = listing.details == nullptr ? kNoDetails : listing.details[index],
                             .name = listing.name(entry),
                             .folder = {},
                             .type = type};

@@ -44,11 +44,12 @@ void styleSizes(GridColumn& shown, const ListColumn& column, const SizeStyle& st
     const bool behind = column.kind == kSizeWithUnit && known && unit.decimals;
     shown.mask = sizeMask(style.decimals && (unit.decimals || fitting), behind ? unit.name : "");
     if (column.kind != kSize) return;
+    const RowText alone = column.titleAlone.id != 0 ? column.titleAlone : kSizeAlone;
     const RowText named = (fitting ? sizeUnit(kModeBytes) : unit).title;
     const std::string title =
         texts.TL(column.title.id, column.title.german, {texts.TL(named.id, named.german)});
     shown.savedTitle = fitting ? title : "";
-    shown.title = fitting ? texts.TL(kSizeAlone.id, kSizeAlone.german) : title;
+    shown.title = fitting ? texts.TL(alone.id, alone.german) : title;
 }
 
 std::string maskOf(const ListColumn& column, const Options& options, const Texts& texts) {

@@ -10,7 +10,15 @@
 
 namespace hl {
 
-enum ReportColumn : std::size_t { kReportRowName, kReportSize, kReportPercent, kReportFiles, kReportFolders };
+enum ReportColumn : std::size_t {
+    kReportRowName,
+    kReportSize,
+    kReportPercent,
+    kReportFiles,
+    kReportFolders,
+    kReportDisk,
+    kReportNewest,
+};
 inline constexpr ListColumn kReportColumns[] = {
     {.title = TL(9100, "Name")},
     {.cell = kSize, .kind = ColumnKind::kSize, .title = TL(3519, "Größe (%1)")},
@@ -37,12 +45,29 @@ inline constexpr ListColumn kReportColumns[] = {
      .tooltip = TL(9249, "Spalte 'Ordneranzahl' anzeigen"),
      .icon = kIconFolder,
      .command = Command::kReportFoldersColumn,
-     .shown = {&Options::ColFolderVisible}}};
+     .shown = {&Options::ColFolderVisible}},
+    {.cell = kDisk,
+     .kind = ColumnKind::kSize,
+     .title = TL(9820, "Auf Datenträger (%1)"),
+     .titleAlone = TL(9821, "Auf Datenträger"),
+     .button = TL(9821, "Auf Datenträger"),
+     .tooltip = TL(9823, "Spalte 'Auf Datenträger' anzeigen"),
+     .icon = kIconOnDisk,
+     .command = Command::kReportDiskColumn,
+     .shown = {&Options::ColDiskVisible}},
+    {.cell = kNewest,
+     .kind = ColumnKind::kDate,
+     .title = TL(9824, "Neueste Änderung"),
+     .button = TL(9824, "Neueste Änderung"),
+     .tooltip = TL(9825, "Spalte 'Neueste Änderung' anzeigen"),
+     .icon = kIconNewest,
+     .command = Command::kReportNewestColumn,
+     .shown = {&Options::ColNewestVisible}}};
 inline constexpr ListTable kReportTable = {kFolderCells, kReportColumns, kSize, &Options::FileSizeFormat,
                                            &Options::SizeFormatNachkommastellenFolders};
 
 /// Empties the grid and gives it its columns, with sizes in bytes until showSizes is called. Each level is
-/// sorted by size, the largest first.
+/// sorted by the size that is reckoned with, the largest first.
 void Init_Tree(Grid& grid, const Options& options, const Texts& texts);
 
 }  // namespace hl

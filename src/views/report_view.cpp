@@ -248,6 +248,15 @@ void ReportView::GridColumnTitleClick(std::size_t column) {
     });
 }
 
+void ReportView::reckonAnew() {
+    guarded(scan_.diagnostics, {.routine = "Report_ReckonAnew"}, [&] {
+        if (grid_.rowCount() == 0) return;
+        const BusyPointer busy(scan_.controls);
+        const NoRedraw off(grid_);
+        Report_ReckonAnew(scan_);
+    });
+}
+
 // Each click reverses all levels, whatever the column.
 void ReportView::sortAgain(const std::string& key, bool numbers) {
     for (std::uint32_t level = 0; level < Grid::kSortLevels && level <= scan_.state.DeepestLevel; ++level) {

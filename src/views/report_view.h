@@ -91,6 +91,8 @@ class ReportView final : public GridEvents {
 
     // --- what the user does; ignored while a scan or a loop over all rows is running
     /// Sorts all levels by the column; each click reverses the order.
+    /// Shows shares and order anew, after another size is reckoned with.
+    void reckonAnew();
     void GridColumnTitleClick(std::size_t column) override;
     /// A click on a title that ends the dragging of a column border does not sort.
     void columnSizing() override { ColumnDragGuard_ = true; }

@@ -2,6 +2,7 @@
 
 #include "base/text.h"
 #include "scan/records.h"
+#include "scan/rollup.h"
 #include "views/size_display.h"
 
 namespace hl {
@@ -28,11 +29,13 @@ Row lowestAbove(const Grid& grid, Row a, Row b) {
 
 struct Sum {
     double size = 0, files = 0, folders = 0;
+    double share = 0;     ///< Of the size that is reckoned with.
     Row holder = kNoRow;  ///< The folder that all rows lie in; kNoRow if that is none.
 
-    void add(const Grid& grid, Row row) {
+    void add(const Grid& grid, Row row, CellId reckoned) {
         holder = rows_++ == 0 ? grid.parent(row) : lowestAbove(grid, holder, grid.parent(row));
         size += grid.number(row, kSize);
+        share += grid.number(row, reckoned);
         files += grid.number(row, kFiles);
         folders += grid.number(row, kFolders);
     }
@@ -41,11 +44,11 @@ struct Sum {
     std::size_t rows_ = 0;
 };
 
-double sizeOf(const Grid& grid, Row holder) {
-    if (holder != kNoRow) return grid.number(holder, kSize);
+double sizeOf(const Grid& grid, Row holder, CellId reckoned) {
+    if (holder != kNoRow) return grid.number(holder, reckoned);
     double all = 0;
     for (Row row = grid.firstRoot(); row != kNoRow; row = grid.nextSibling(row))
-        all += grid.number(row, kSize);
+        all += grid.number(row, reckoned);
     return all;
 }
 
@@ -53,15 +56,16 @@ double sizeOf(const Grid& grid, Row holder) {
 
 std::string selectionSum(const Grid& tvwPL, const Options& options, const Texts& texts,
                          const NumberFormat& numbers) {
+    const CellId reckoned = reckonedCell(options);
     Sum sum;
     for (const Row row : tvwPL.selectedRows())
-        if (!hasSelectedAbove(tvwPL, row)) sum.add(tvwPL, row);
-    const double all = sizeOf(tvwPL, sum.holder);
+        if (!hasSelectedAbove(tvwPL, row)) sum.add(tvwPL, row, reckoned);
+    const double all = sizeOf(tvwPL, sum.holder, reckoned);
     const SizeValue bytes = SizeValue::fromBytes(static_cast<std::uint64_t>(sum.size));
     const std::string size = shownSize(options.FileSizeFormat, bytes, numbers);
     const int decimals = options.SizeFormatNachkommastellenFolders != 0 ? 2 : 0;
     const std::string share =
-        formatNumber(all > 0 ? sum.size * 100 / all : 0, {.decimals = decimals}, numbers);
+        formatNumber(all > 0 ? sum.share * 100 / all : 0, {.decimals = decimals}, numbers);
     const auto count = [&](double number) {
         return formatCount(static_cast<std::uint64_t>(number), numbers);
     };

@@ -14,7 +14,6 @@
 #include <thread>
 
 #include "gui/window_fixture.h"
-#include "mainwindow/pane_table.h"
 #include "platform/qt/grid/cell_editor.h"
 #include "scan/rollup.h"
 #include "support/trashing.h"

@@ -130,7 +130,7 @@ TEST_F(KeysTest, TheMenuOfATitleSwitchesColumns) {
     Names entries;
     choose(s().view(), "Dateien", &entries);
     EXPECT_EQ(columns[kReportFiles].visible, !shown);
-    EXPECT_EQ(entries, (Names{"Prozent", "Dateien", "Ordner"}));
+    EXPECT_EQ(entries, (Names{"Prozent", "Dateien", "Ordner", "Auf Datenträger", "Neueste Änderung"}));
     GridView& list = session_->open(kTopList);
     const std::size_t type = kTopTable.columnOf(kFileType);
     const bool typeShown = list.grid().columns()[type].visible;

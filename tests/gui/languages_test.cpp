@@ -130,7 +130,7 @@ TEST_P(LanguagesTest, NoDialogCutsATextOff) {
     lookAt("frmOptionen", 6, [&] { s.click(kOptions); });
     lookAt("frmInfo", 10, [&] { s.click(kInfo); });
     s.scan(at("src"));
-    lookAt("frmSave", 15, [&] { s.click(kReportSave); });
+    lookAt("frmSave", 16, [&] { s.click(kReportSave); });
     lookAt("frmPrint", 12, [&] { s.click(kReportPrint); });
     s.clickRow("a");
     lookAt("frmSaveFiles", 6, [&] { s.click(kFilesSave); });

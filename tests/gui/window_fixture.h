@@ -21,6 +21,7 @@
 #include "app/settings.h"
 #include "gui/entry_name.h"
 #include "gui/gestures.h"
+#include "mainwindow/pane_table.h"
 #include "mainwindow/window_form.h"
 #include "platform/linux/change/file_operations.h"
 #include "platform/linux/change/files.h"

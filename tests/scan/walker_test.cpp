@@ -62,6 +62,33 @@ TEST_F(Walk, GivesEachFolderARowWithAllThatLiesBelowAndItsFilesOneIfAnotherIsBes
     EXPECT_EQ(report.number(rowOf("Dateien"), kPercent), 100);
 }
 
+TEST_F(Walk, SpaceOnTheDiskCountsAsSizesDoAndTheNewestChangeIsTheLastBeforeTheScan) {
+    const auto written = [](Item item, std::int64_t when, std::uint64_t blocks) {
+        item.details = {.written = when, .blocks = blocks};
+        return item;
+    };
+    state.NeedSpace = true;
+    state.Started = 1000;
+    for (const bool once : {false, true}) {
+        options.AddHardlinksOnlyOnce = once ? 1 : 0;
+        walk({written(file("a", 1, 7, 2), 100, 8),
+              folder("b", {written(file("again", 1, 7, 2), 100, 8), written(file("during", 5, 8), 1001, 16),
+                           folder("c", {written(file("sparse", 1 << 20, 9), 1000, 0)})})});
+        Lines found;
+        for (std::size_t i = 1; i < report.rowCount(); ++i) {
+            const Row row = report.rowAt(i);
+            found.push_back(std::string(report.text(row)) + " " +
+                            SimpleValue(report.number(row, kDisk)).text() + " " +
+                            SimpleValue(report.number(row, kNewest)).text());
+        }
+        EXPECT_EQ(found, once ? (Lines{"b 8192 1000", "c 0 1000", "Dateien 8192 100", "Dateien 4096 100"})
+                              : (Lines{"b 12288 1000", "c 0 1000", "Dateien 12288 100", "Dateien 4096 100"}));
+    }
+    state.NeedSpace = false;
+    walk({written(file("a", 1), 100, 8)});
+    EXPECT_FALSE(disk.lastOptions.wantSpace) << "the disk is not asked for what nobody needs";
+}
+
 TEST_F(Walk, ReadsALongFolderBlockByBlockWithItsSubfoldersBetween) {
     Items items;
     for (int i = 0; i < 5; ++i) {
@@ -316,7 +343,7 @@ TEST_F(Handover, FillsAllCellsOfAFileAlikeInBothLists) {
     options.CreateListHardlink = 1;
     Item item = file("x.Tar.gz", 2048, 0x2'80000001, 3);
     item.facts.attributes = kAttributeHidden | kAttributeReadOnly;
-    item.times = {1000, 2000, 3000};
+    item.details = {1000, 2000, 3000, 3};
     host.type = "Archive";
     read({file("first", 1), item});
     for (const Grid* list : {&top, &hardlinks}) {
@@ -324,11 +351,13 @@ TEST_F(Handover, FillsAllCellsOfAFileAlikeInBothLists) {
         std::string cells(list->text(row));
         for (const CellId cell : {kFilePath, kFileType, kFileExt, kFileAttr, kFileId})
             cells += ", " + std::string(list->cellText(row, cell));
-        for (const CellId cell : {kFileSize, kFileDate, kFileDateCreated, kFileDateAccessed, kFileLinks})
+        for (const CellId cell :
+             {kFileSize, kFileDisk, kFileDate, kFileDateCreated, kFileDateAccessed, kFileLinks})
             cells += ", " + SimpleValue(list->number(row, cell)).text();
-        EXPECT_EQ(cells, list == &top ? "x.Tar.gz, /s/, Archive, GZ, HR, , 2048, 1000, 2000, 3000, 0"
-                                      : "x.Tar.gz, /s/, Archive, GZ, HR, -2147483647-2, 2048, 1000, 2000, "
-                                        "3000, 3");
+        EXPECT_EQ(cells, list == &top
+                             ? "x.Tar.gz, /s/, Archive, GZ, HR, , 2048, 1536, 1000, 2000, 3000, 0"
+                             : "x.Tar.gz, /s/, Archive, GZ, HR, -2147483647-2, 2048, 1536, 1000, 2000, "
+                               "3000, 3");
     }
 }
 

@@ -14,7 +14,7 @@ namespace hl::test {
 struct Item {
     std::string name;
     Entry facts = {};  ///< The size, inode, links, attributes and tag.
-    EntryTimes times = {};
+    EntryDetails details = {};
     std::string target = {};  ///< The target of a link, or what is mounted.
     bool isMount = false;
     std::vector<Item> items = {};
@@ -149,7 +149,7 @@ class FakeReader : public FolderReader {
 
     struct Block : Listing {
         std::vector<Entry> entryList;
-        std::vector<EntryTimes> timeList;
+        std::vector<EntryDetails> detailList;
         std::string nameBytes;
     };
 
@@ -201,7 +201,7 @@ class FakeReader : public FolderReader {
         }
         block->entries = block->entryList.data();
         block->count = block->entryList.size();
-        block->times = options_.wantTimes ? block->timeList.data() : nullptr;
+        block->details = options_.wantTimes || options_.wantSpace ? block->detailList.data() : nullptr;
         block->names = block->nameBytes.data();
         return block;
     }
@@ -216,7 +216,7 @@ class FakeReader : public FolderReader {
         entry.targetLength = static_cast<std::uint16_t>(item.isLink() ? item.target.size() : 0);
         block.nameBytes += (named ? item.name : "") + '\0' + (item.isLink() ? item.target + '\0' : "");
         block.entryList.push_back(entry);
-        block.timeList.push_back(item.times);
+        block.detailList.push_back(item.details);
     }
 
     FakeFileSystem& disk_;

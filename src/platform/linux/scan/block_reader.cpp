@@ -43,7 +43,7 @@ std::uint32_t attributesOf(const struct statx& facts) {
     if ((facts.stx_mode & S_IWUSR) == 0) bits |= kAttributeReadOnly;
     if ((facts.stx_attributes & STATX_ATTR_COMPRESSED) != 0) bits |= kAttributeCompressed;
     if ((facts.stx_attributes & STATX_ATTR_ENCRYPTED) != 0) bits |= kAttributeEncrypted;
-    if (S_ISREG(facts.stx_mode) && facts.stx_blocks * 512 < facts.stx_size) bits |= kAttributeSparse;
+    if (S_ISREG(facts.stx_mode) && facts.stx_blocks * kBlockBytes < facts.stx_size) bits |= kAttributeSparse;
     if (S_ISLNK(facts.stx_mode)) bits |= kAttributeReparse;
     return bits;
 }
@@ -70,6 +70,7 @@ BlockReader::BlockReader(DirectoryCalls& calls, LinkLook& links, const ReadOptio
       mask_(STATX_TYPE | STATX_SIZE),
       records_(std::make_unique_for_overwrite<char[]>(kRecordBytes)) {
     if (options.wantLinks) mask_ |= STATX_NLINK | STATX_INO;
+    if (options.wantSpace) mask_ |= STATX_BLOCKS | STATX_MTIME;
     if (options.wantTimes) mask_ |= STATX_MODE | STATX_BLOCKS | STATX_ATIME | STATX_MTIME | STATX_BTIME;
 }
 
@@ -97,7 +98,7 @@ BlockReader::Fill BlockReader::fill(int folder) {
 // else that enters the kernel. The type in the record saves the statx for folders.
 std::shared_ptr<const Block> BlockReader::build(int folder, const LinkLook::GoOn& goOn) {
     entries_.clear();
-    times_.clear();
+    details_.clear();
     entered_.clear();
     names_.clear();
     entryError_ = 0;
@@ -144,7 +145,7 @@ void BlockReader::addFolder(std::string_view name, std::uint32_t attributes, std
         entered_.push_back(static_cast<std::uint32_t>(entries_.size()));
     }
     entries_.push_back(entry);
-    if (options_.wantTimes) times_.emplace_back();
+    if (wantsDetails()) details_.emplace_back();
 }
 
 // A link is first asked where it leads; only one that leads to no folder needs a statx of its own.
@@ -187,10 +188,10 @@ void BlockReader::addFile(const struct statx& facts, std::string_view name) {
         entry.links = facts.stx_nlink;
     }
     if (S_ISLNK(facts.stx_mode)) entry.tag = kTagSymbolicLink;
-    if (options_.wantTimes) {
-        entry.attributes = attributesOf(facts) | hiddenBit(name);
-        times_.push_back({facts.stx_mtime.tv_sec, facts.stx_btime.tv_sec, facts.stx_atime.tv_sec});
-    }
+    if (options_.wantTimes) entry.attributes = attributesOf(facts) | hiddenBit(name);
+    if (wantsDetails())
+        details_.push_back(
+            {facts.stx_mtime.tv_sec, facts.stx_btime.tv_sec, facts.stx_atime.tv_sec, facts.stx_blocks});
     if (options_.wantFileNames) {
         entry.nameLength = static_cast<std::uint16_t>(name.size());
         entry.nameOffset = keepName(name);
@@ -200,14 +201,14 @@ void BlockReader::addFile(const struct statx& facts, std::string_view name) {
 
 std::shared_ptr<const Block> BlockReader::pack() {
     auto block = std::make_shared<Block>();
-    const std::size_t bytes = entries_.size() * sizeof(Entry) + times_.size() * sizeof(EntryTimes) +
+    const std::size_t bytes = entries_.size() * sizeof(Entry) + details_.size() * sizeof(EntryDetails) +
                               entered_.size() * sizeof(std::uint32_t) + names_.size();
     block->memory = std::make_unique_for_overwrite<char[]>(bytes);
     block->bytes = bytes + sizeof(Block);
     block->entryError = entryError_;
     char* place = block->memory.get();
     block->entries = copyTo(place, entries_);
-    block->times = copyTo(place, times_);
+    block->details = copyTo(place, details_);
     block->entered = copyTo(place, entered_);
     std::memcpy(place, names_.data(), names_.size());
     block->names = place;

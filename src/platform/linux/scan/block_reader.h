@@ -24,7 +24,7 @@ struct Block {
     std::unique_ptr<char[]> memory;  ///< Holds what the spans and `names` point to.
     std::size_t bytes = 0;           ///< The size of everything here.
     std::span<const Entry> entries;
-    std::span<const EntryTimes> times;
+    std::span<const EntryDetails> details;
     std::span<const std::uint32_t> entered;  ///< The indexes of the entries that are entered.
     const char* names = nullptr;             ///< Each name ends in a NUL.
     int entryError = 0;  ///< The system error code for the first entry that could not be looked at.
@@ -54,6 +54,7 @@ class BlockReader {
 
   private:
     void countAnswer() { answers_.store(answers() + 1, std::memory_order_relaxed); }
+    bool wantsDetails() const { return options_.wantTimes || options_.wantSpace; }
     bool enters(std::uint32_t tag) const;
     void addFolder(std::string_view name, std::uint32_t attributes, std::uint32_t tag);
     void addLink(LinkLook::Place& place, const char* name, std::size_t length, const LinkLook::GoOn& goOn);
@@ -71,7 +72,7 @@ class BlockReader {
     std::unique_ptr<char[]> records_;
     std::size_t length_ = 0;
     std::vector<Entry> entries_;
-    std::vector<EntryTimes> times_;
+    std::vector<EntryDetails> details_;
     std::vector<std::uint32_t> entered_;
     std::string names_;
     int entryError_ = 0;

@@ -25,7 +25,7 @@ class BlockListing final : public Listing {
         entryError = errorOf(block_->entryError);
         entries = block_->entries.data();
         count = block_->entries.size();
-        times = block_->times.empty() ? nullptr : block_->times.data();
+        details = block_->details.empty() ? nullptr : block_->details.data();
         names = block_->names;
     }
 
