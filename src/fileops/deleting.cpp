@@ -56,10 +56,10 @@ void tellWent(const FileOps& ops, const std::vector<std::string>& went, bool rec
                                           : texts.TL(9793, "%1 Einträge wurden gelöscht.",
                                                      {formatCount(went.size(), ops.scan.numbers)}));
     const std::string trash = visible(gone.trash());
-    const std::string text = went.size() == 1 ? texts.TL(9790, "'%1' liegt jetzt im Papierkorb (%2).",
-                                                         {visible(went.front()), trash})
-                                              : texts.TL(9791, "%1 Einträge liegen jetzt im Papierkorb (%2).",
-                                                         {formatCount(went.size(), ops.scan.numbers), trash});
+    const std::string text = went.size() == 1
+                                 ? texts.TL(9790, "Im Papierkorb: '%1' (%2)", {visible(went.front()), trash})
+                                 : texts.TL(9791, "Im Papierkorb: %1 Einträge (%2)",
+                                            {formatCount(went.size(), ops.scan.numbers), trash});
     // Where the system does not tell the place in the trash, nothing can be taken back.
     trash.empty() ? ops.host.setFirstPanel(texts.TL(3525, "OK.")) : ops.host.offerTakeBack(text);
 }

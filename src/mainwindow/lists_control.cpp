@@ -94,7 +94,7 @@ void ListsControl::showTitles() {
 
 std::string ListsControl::markedTitle(const std::string& title) const {
     if (!form_.session.state.ListsIncomplete) return title;
-    return form_.services().texts.TL(9815, "%1 (unvollständig)", {title});
+    return form_.services().texts.TL(9815, "Unvollständig: %1", {title});
 }
 
 void ListsControl::showFilesOf(const std::string& folder) {

@@ -30,7 +30,7 @@ NotReadForm::NotReadForm(const Services& services, const Grid& report, SaveDialo
         // A line break in a name would begin another line.
         lines_.append(replaceAll(replaceAll(path, "\n", "\uFFFD"), "\r", "\uFFFD"));
         lines_.append("\t").append(reason).append("\r\n");
-        txtList.text.append(visible(path)).append("  -  ").append(visible(reason)).append("\r\n");
+        txtList.text.append(visible(path)).append("\r\n    ").append(visible(reason)).append("\r\n");
     }
     caption = texts.TL(9809, "Nicht gelesene Ordner");
     lblCount = texts.TL(9807, "%1 Ordner nicht gelesen", {count(all)});

@@ -356,14 +356,20 @@ void Panes::splMain_AfterResize() {
 }
 
 // When the window becomes smaller, the second pane and the bar between would leave it; this keeps `least`
-// pixels for the second pane. Returns true if it moved the bar, which causes another event.
+// pixels for the second pane, and puts the bar back when there is room again. Returns true if it moved the
+// bar, which causes another event.
 bool Panes::keepBothInSight(SplitterId id, int least) {
     cSplitter& both = splitter(id);
     const int most = both.total() - both.SplitterSize() - least;
     const bool shown = both.Control1Visible() && both.Control2Visible();
     const int least1 = kStart[static_cast<std::size_t>(id)].minimum1;
-    if (!shown || most < least1 || both.Position() <= most) return false;
-    both.setPosition(most);
+    if (!shown || most < least1) return false;
+    Squeezed& squeezed = squeezed_[static_cast<std::size_t>(id)];
+    // A bar that stands elsewhere by now was moved by somebody else.
+    const int wanted = both.Position() == squeezed.to ? squeezed.from : both.Position();
+    squeezed = {wanted, std::min(wanted, most)};
+    if (both.Position() == squeezed.to) return false;
+    both.setPosition(squeezed.to);
     return true;
 }
 

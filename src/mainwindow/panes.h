@@ -148,6 +148,11 @@ class Panes {
     int rest_ = 0;                                 ///< The width beside the report.
     bool narrowRest_ = false;
     bool infoResizes_ = false;
+    /// Where the bar of a splitter stood before the window became too small for it, and where it was put.
+    struct Squeezed {
+        int from = -1, to = -1;
+    };
+    std::array<Squeezed, kSplitterCount> squeezed_{};
     bool halveWhenKnown_ = false;
 };
 

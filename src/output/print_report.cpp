@@ -191,7 +191,7 @@ void PrintForm::Report_print() {
         if (!loaded) return;
         const std::string title = scan_.texts.TL(3641, "Ordnerliste");
         const bool whole = !isIncomplete(scan_.tvwPL);
-        PrintJob job = printedGrid(scan_, whole ? title : scan_.texts.TL(9815, "%1 (unvollständig)", {title}),
+        PrintJob job = printedGrid(scan_, whole ? title : scan_.texts.TL(9815, "Unvollständig: %1", {title}),
                                    *run.grid, window_.grid(GridId::kReport).gridFont());
         job.tree = true;
         job.zoom = run.zoom;

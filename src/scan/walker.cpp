@@ -108,6 +108,7 @@ class FolderWalk final : public ScanProgress {
     bool sizeCounts(const Entry& entry, std::int32_t links);
     void takeBlock(Level& level, std::unique_ptr<Listing> block);
     void leave(bool cutShort);
+    void showSource();
     void addFilesRow(const Level& level);
     void accessError(Level& level);
     void folderDone(Row row, bool isReparse, std::string_view target);
@@ -381,7 +382,17 @@ void FolderWalk::leave(bool cutShort) {
     Report_SetTotals(scan_.tvwPL, level.row, level.totals);
     Report_ChangePercentValue(scan_, level.row);
     addTotals(levels_.back().totals, level.totals);
+    if (levels_.size() == 1 && !scan_.state.SilentRun) showSource();
     folderDone(level.row, level.isReparse, level.target);
+}
+
+// A source must not look smaller than a folder in it that is done.
+void FolderWalk::showSource() {
+    const Level& source = levels_.front();
+    if (source.row == kNoRow) return;
+    ScanTotals sum = source.totals;
+    addTotals(sum, source.files);
+    Report_SetTotals(scan_.tvwPL, source.row, sum);
 }
 
 void FolderWalk::accessError(Level& level) {

@@ -130,7 +130,12 @@ TEST_F(LookingTest, SumsSharesAndOrderOfTheFirstLevelAreFreshOnceASecond) {
         EXPECT_GT(view().verticalScrollBar()->maximum(), 0);
     };
     std::size_t rows = 0;
-    read({{40, aSecondPasses()},
+    const auto holdsAll = [&] {
+        EXPECT_GE(s.grid().number(s.grid().firstRoot(), kSize), std::ranges::max(sizes()))
+            << "no folder is larger than the source";
+    };
+    read({{30, holdsAll},
+          {40, aSecondPasses()},
           {41, [&] { look(), rows = sizes().size(); }},
           {80, aSecondPasses()},
           {81, [&] {

@@ -135,6 +135,22 @@ TEST_F(MainWindowTest, ThePaneOfTheReportIsAsWideAsItsColumnsAndTheBarThatShows)
     }
 }
 
+TEST_F(MainWindowTest, APaneThatASmallWindowSqueezedGetsItsWidthBack) {
+    smallTree();
+    s.start();
+    s.scan(at("src"));
+    const QSize size = s.frame().size();
+    const int width = s.view().width();
+    for (const int narrow : {600, 300, 150}) {
+        s.frame().resize(narrow, size.height());
+        Session::settle();
+        EXPECT_LT(s.view().width(), width);
+    }
+    s.frame().resize(size);
+    Session::settle();
+    EXPECT_EQ(s.view().width(), width);
+}
+
 TEST_F(MainWindowTest, AChosenFontIsBoldAndItalicInTheNextSessionToo) {
     // The dialog offers the machine's fonts; not every machine has one that is both.
     QFont font;

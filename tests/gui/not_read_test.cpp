@@ -76,7 +76,7 @@ TEST_F(NotReadTest, AStoppedSourceSaysThatItIsIncompleteUntilItIsReadAgain) {
     const auto title = [&] {
         return s().form().parts().bars[static_cast<std::size_t>(BarId::kHardlinks)]->find(0)->caption;
     };
-    EXPECT_EQ(title(), "Hardlinks (unvollständig)");
+    EXPECT_EQ(title(), "Unvollständig: Hardlinks");
     std::string text;
     answer("Abbrechen", &text);
     s().click(Command::kReportSave);

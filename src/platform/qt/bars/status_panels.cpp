@@ -25,6 +25,8 @@ class StatusPanelBar::Panel final : public QWidget {
         setToolTip(text);
         update();
     }
+    /// Returns the width that shows the whole text.
+    int wholeWidth() const { return fontMetrics().horizontalAdvance(text_) + 2 * kMargin + 1; }
     QSize sizeHint() const override { return {0, fontMetrics().height() + 4}; }
     QSize minimumSizeHint() const override { return {0, fontMetrics().height() + 4}; }
 
@@ -62,9 +64,17 @@ void StatusPanelBar::setPanels(const StatusPanels& panels) {
     second_->setText(shownName(panels.second));
     second_->setVisible(panels.secondVisible);
     setButtons(panels.buttons);
-    const bool all = panels.firstTakesAll || !panels.secondVisible;
-    // The width is fixed only as far as there is room, because the bar must not widen the window.
-    first_->setMaximumWidth(all ? QWIDGETSIZE_MAX : std::max(0, panels.firstWidth));
+    firstTakesAll_ = panels.firstTakesAll || !panels.secondVisible;
+    firstWidth_ = std::max(0, panels.firstWidth);
+    shareWidth();
+}
+
+// The second panel stands where the second pane does, unless the first needs what the second leaves. Widths
+// are limits: the bar must not widen the window.
+void StatusPanelBar::shareWidth() {
+    const bool needsMore = !firstTakesAll_ && first_->wholeWidth() > firstWidth_;
+    first_->setMaximumWidth(firstTakesAll_ || needsMore ? QWIDGETSIZE_MAX : firstWidth_);
+    second_->setMaximumWidth(needsMore ? second_->wholeWidth() : QWIDGETSIZE_MAX);
 }
 
 // A button that is added or shown may make the window wider, and its panes then set the panels again, while

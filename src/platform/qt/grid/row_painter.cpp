@@ -82,18 +82,22 @@ int RowPainter::wholeIndentation(Row row) const {
     return static_cast<int>(level + 1) * look_.step;
 }
 
-// In half of the room beside the names a level has its whole step; from there on the steps get smaller and
-// smaller, so that the deepest name has its room, too. A row's place depends on its level alone, so it stays
-// where it is whatever is unfolded.
+// In three quarters of the room beside the names a level has its whole step; from there on the steps get
+// smaller and smaller, so that the deepest name has its room, too. A row's place depends on its level alone,
+// so it stays where it is whatever is unfolded.
 int RowPainter::indentation(Row row, int width) const {
     const int whole = wholeIndentation(row);
     if (!sources_.tree || !look_.onScreen) return whole;
-    const int room = width - units(kNameAtLeast) - look_.iconSize - gap_ - barRoom(row);
-    const int from = std::max(look_.step, room / 2), most = std::max(from, room);
+    const int room = width - besideIndentation(row);
+    const int from = std::max(look_.step, room * 3 / 4), most = std::max(from, room);
     if (whole <= from) return whole;
     if (most == from) return from;
     const double span = most - from;
     return from + static_cast<int>(span * (1 - std::exp(-(whole - from) / span)));
+}
+
+int RowPainter::besideIndentation(Row row) const {
+    return units(kNameAtLeast) + look_.iconSize + gap_ + barRoom(row);
 }
 
 int RowPainter::iconWidth(Row row) const {
@@ -118,7 +122,9 @@ int RowPainter::contentWidth(Row row, std::size_t column) const {
     const int text = textWidth(sources_.tree ? fullText(row, column) : cellText(row, column));
     if (column > 0)
         return sources_.grid.columns()[column].barColor ? std::max(text, barWidth() + 2 * padding_) : text;
-    return wholeIndentation(row) + iconWidth(row) + barRoom(row) + text;
+    const int whole = wholeIndentation(row), shown = whole + iconWidth(row) + barRoom(row) + text;
+    if (!sources_.tree || sources_.grid.level(row) == 0) return shown;
+    return std::max(shown, (whole * 4 + 2) / 3 + besideIndentation(row));
 }
 
 bool RowPainter::isCut(Row row, std::size_t column, int width) const {

@@ -100,6 +100,7 @@ class RowPainter {
     int textWidth(const QString& shown) const;
     int wholeIndentation(Row row) const;
     int indentation(Row row, int width) const;
+    int besideIndentation(Row row) const;
     double percentOf(Row row, const std::string& key) const;
     int iconWidth(Row row) const;
     int barWidth() const;
