@@ -85,12 +85,14 @@ TEST_F(Settings, AreWholeHoweverOftenAWriterIsKilled) {
 TEST_F(Settings, LoseNothingWhereSeveralProcessesWriteAtOnce) {
     constexpr int kWriters = 4;
     constexpr int kEach = 20;
+    std::vector<pid_t> writers;
     for (int writer = 0; writer < kWriters; ++writer) {
-        if (fork() != 0) continue;
+        writers.push_back(fork());
+        if (writers.back() != 0) continue;
         for (int i = 0; i < kEach; ++i) store.StoreSettings("S", std::to_string(writer * kEach + i), "x");
         _exit(0);
     }
-    for (int writer = 0; writer < kWriters; ++writer) wait(nullptr);
+    for (const pid_t writer : writers) ASSERT_EQ(waitpid(writer, nullptr, 0), writer);
     EXPECT_EQ(store.read().section("S").size(), static_cast<std::size_t>(kWriters * kEach));
 }
 
