@@ -136,10 +136,11 @@ TEST_F(LookingTest, SumsSharesAndOrderOfTheFirstLevelAreFreshOnceASecond) {
     };
     read({{30, holdsAll},
           {40, aSecondPasses()},
-          {41, [&] { look(), rows = sizes().size(); }},
+          {41, [&] { look(), rows = sizes().size(), view().setColumnWidth(1, 150); }},
           {80, aSecondPasses()},
           {81, [&] {
                look();
+               EXPECT_EQ(view().columnWidth(1), 150) << "borders do not follow numbers to and fro";
                EXPECT_GT(sizes().size(), rows);
            }}});
     EXPECT_EQ(s.numbers("src"), "18.360|120|120");

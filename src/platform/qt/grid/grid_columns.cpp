@@ -108,9 +108,14 @@ void GridColumns::setWidth(std::size_t column, int width) {
         view_.setColumnWidth(section, width);
 }
 
+// During a run the numbers change all the time, and a border that follows them to and fro disturbs.
 void GridColumns::autosize(std::size_t column, int margin) {
-    const int fitting = fittingWidth(column, margin);
-    if (!sources_.tree || column > 0) return setWidth(column, std::min(fitting, widestFit(column)));
+    int fitting = fittingWidth(column, margin);
+    if (!sources_.tree || column > 0) {
+        fitting = std::min(fitting, widestFit(column));
+        if (view_.looksOnly()) fitting = std::max(fitting, view_.columnWidth(static_cast<int>(column)));
+        return setWidth(column, fitting);
+    }
     wantedName_ = fitting;
     nameGivesWay();
 }
