@@ -10,6 +10,7 @@
 #include "robustness/trap.h"
 #include "scan/file_system_calls.h"
 #include "scan/records.h"
+#include "scan/report_changes.h"
 #include "scan/rollup.h"
 #include "views/list_view.h"
 
@@ -63,6 +64,21 @@ void showName(Grid& grid, Row row, const std::string& old, const std::string& na
     if (row < grid.tree().limit() && grid.text(row) == old) grid.setText(row, name);
 }
 
+/// Corrects the report. Where names of one file count once, another of them may be the first now, because the
+/// renamed entry has another place in its folder.
+void follow(const FileOps& ops, const std::string& from, const std::string& to, bool folder) {
+    ScanContext& scan = ops.scan;
+    ReportChanges changes(scan);
+    if (folder) changes.folderRenamed(from, fileNameOf(to, scan.paths));
+    const bool once = scan.options.AddHardlinksOnlyOnce == 1;
+    if (once && folder && holdsLinkedFiles(scan, to)) changes.sourcesChanged(to);
+    if (once && !folder) {
+        const auto file = scan.fileSystem.look(to);
+        if (file && file->links > 1) changes.sourcesChanged(to);
+    }
+    changes.finish();
+}
+
 /// Renames, then writes the new name into the row or tells why it failed.
 bool rename(const FileOps& ops, Grid& grid, Row row, const std::string& folder, const std::string& name) {
     const std::string old(grid.text(row)), from = folder + old, to = folder + name;
@@ -81,7 +97,7 @@ bool rename(const FileOps& ops, Grid& grid, Row row, const std::string& folder, 
         if (error.empty() && run.stopped() && former != Former::kInTrash) return false;
         if (error.empty()) error = xMoveFile_W(ops, run, from, to, &moved);
         if (former == Former::kReplaced && !error.empty()) former = Former::kNone;
-        if (error.empty() && inReport) grid.setText(row, name);
+        if (error.empty()) follow(ops, from, to, inReport);
         // Both were names of one file, and the system removed the old one.
         const bool oneName = taken && former == Former::kNone && error.empty() && hasVanished(ops.scan, from);
         if (former != Former::kNone || oneName) {

@@ -190,6 +190,7 @@ Row QuelleEinlesen(ScanContext& scan, const std::string& source, int imageIndex,
         if (scan.options.FolderShowPercentBar == 1) scan.tvwPL.setBarPicture(row, kBarOfWhole);
         scan.host.readingInto(row);
         readWholeSource(scan, source, folder, row);
+        scan.state.LinksMet = scan.state.SeenLinkIds.Count() > 0;
         scan.state.SeenLinkIds.Clear();
         scan.host.sourceDone(row);
     });

@@ -228,6 +228,15 @@ std::set<std::string, std::less<>> ReportChanges::loseLinks() {
     return links;
 }
 
+void ReportChanges::folderRenamed(std::string_view from, std::string_view name) {
+    folderWent_ = true;  // Links that led to it lead nowhere.
+    forEachRowOf(from, [&](Row root, Row row) {
+        if (row == root) return;
+        scan_.tvwPL.setText(row, name);
+        touched_.insert(scan_.tvwPL.parent(row));
+    });
+}
+
 // Forgets the row and all below it, because their numbers will belong to other rows.
 void ReportChanges::forgetBelow(Row row) {
     std::erase_if(touched_, [&](Row each) {

@@ -33,6 +33,8 @@ class ReportChanges {
     /// The folder may be new. Each source that holds it gets the rows that are missing for it and the folders
     /// above it.
     void folderCame(std::string_view path);
+    /// The folder has another name now, in the same folder. All that it holds stays.
+    void folderRenamed(std::string_view from, std::string_view name);
     /// Files that lie directly in the folder came or went.
     void filesChanged(const std::string& folder);
     /// A part of the folder may have gone.

@@ -8,6 +8,7 @@
 #include "scan/file_system_calls.h"
 #include "scan/not_read.h"
 #include "scan/records.h"
+#include "scan/report_changes.h"
 #include "scan/rollup.h"
 #include "scan/walker.h"
 
@@ -77,6 +78,25 @@ void readAgain(ScanContext& scan, Row row) {
     Report_Sort(scan);
 }
 
+// Where names of one file count once, a folder that is read alone counts names that another folder counts in
+// a scan of the source, and a change here may let another name count there. So the whole source is read
+// again; the lists stay as they are. Returns the row of the folder, which is another one then.
+Row readSourceToo(ScanContext& scan, Row row, double sizeBefore) {
+    const Grid& report = scan.tvwPL;
+    const bool changes = scan.state.LinksMet || report.number(row, kSize) != sizeBefore;
+    if (scan.options.AddHardlinksOnlyOnce != 1 || report.level(row) == 0 || !changes ||
+        scan.state.CancelState == kCancelStop)
+        return row;
+    Row root = row;
+    while (report.level(root) > 0) root = report.parent(root);
+    const std::string path = Report_GetFullpathOfNode(report, row, false, scan.paths);
+    ReportChanges again(scan);
+    again.sourcesChanged(path);
+    again.finish();
+    const Row now = rowOfFolder(report, root, path, scan.paths);
+    return now == kNoRow ? root : now;
+}
+
 // Makes the row at the former current place current, if it has the former text, else the row that was read
 // again.
 void makeCurrent(Grid& report, std::size_t formerIndex, const std::string& formerText, Row row) {
@@ -107,7 +127,9 @@ void rescanCurrent(ScanContext& scan) {
         formerText = report.text(row);
         scan.host.runBegan();
         report.setCurrentRow(row);
+        const double sizeBefore = report.number(row, kSize);
         readAgain(scan, row);
+        row = readSourceToo(scan, row, sizeBefore);
         scan.host.sourceChanged(row);
         end = endOf(scan.state);
     }

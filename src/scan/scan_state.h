@@ -68,6 +68,7 @@ struct ScanState {
     bool NeedSpace = false;    ///< Somebody shows or reckons with what files take on the disk.
     std::int64_t Started = 0;  ///< When the reading began, in seconds since 1970. A file that was written
                                ///< later is no news about the time before.
+    bool LinksMet = false;     ///< The walk met files with several names that count once.
     CStringCollection SeenLinkIds;  ///< The keys are bytes: device and inode of a file with several names.
 };
 

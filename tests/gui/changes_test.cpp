@@ -1,0 +1,92 @@
+// Changes of what is on the disk, one after another and at random: the report must keep the figures of a
+// fresh scan. CHANGES_SEED in the environment makes another run of them.
+#include <cstdlib>
+#include <random>
+
+#include "gui/files_fixture.h"
+
+namespace hl {
+namespace {
+
+namespace fs = std::filesystem;
+using test::Names;
+
+/// A user who changes what is on the disk, at random.
+class ChangesTest : public test::FilesTest {
+  protected:
+    ChangesTest() {
+        QObject::connect(&closer_, &QTimer::timeout, [] {
+            if (auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget())) dialog->reject();
+        });
+        closer_.start(10);
+    }
+    void makeTree() const {
+        std::error_code none;
+        fs::remove_all(at("src"), none);
+        for (int i = 0; i < 12; ++i) {
+            const std::string name = "src/f" + std::to_string(i % 4) + "/g" + std::to_string(i);
+            folder(name);
+            test::writeFile(at(name + "/data"), std::string(1000U * static_cast<std::size_t>(i), 'x'));
+            file(name + "/hole", 100'000 * (i + 1));
+            fs::create_hard_link(at(name + "/data"),
+                                 at("src/f" + std::to_string(i % 3) + "/link" + std::to_string(i)));
+            const auto age = std::chrono::hours(100 + random_() % 1000);
+            fs::last_write_time(at(name + "/data"), fs::file_time_type::clock::now() - age);
+        }
+        fs::create_directory_symlink("f1", at("src/link"));
+    }
+    int pick(std::size_t below) const { return static_cast<int>(random_() % below); }
+    Row pickRow() { return s().grid().rowAt(static_cast<std::size_t>(pick(s().grid().rowCount()))); }
+    void change() {
+        s().execute(Command::kReportUnfoldAll);
+        click(s().view(), pickRow(), Qt::LeftButton);
+        GridView& files = s().window().grid(GridId::kFiles);
+        const std::function<void()> changes[] = {
+            [&] { s().execute(Command::kRecycleFolders); },
+            [&] { s().execute(Command::kDeleteFolders); },
+            [&] {
+                s().key(s().view(), Qt::Key_F2);
+                auto* box = s().view().viewport()->findChild<QLineEdit*>();
+                if (box == nullptr) return;  // A source, or the row of files.
+                box->setText(QStringLiteral("new%1").arg(pick(3)));
+                s().key(*box, Qt::Key_Return);
+            },
+            [&] {  // A link that is not followed is read if the user asks for it.
+                if (s().grid().picture(s().grid().currentRow()) != kPictureLink)
+                    s().execute(Command::kReportRescan);
+            },
+            [&] { s().execute(Command::kTakeBack); },
+            [&] { s().execute(Command::kTakeBack); },
+            [&] {
+                if (files.grid().rowCount() == 0) return;
+                test::ListSession::clickOn(files, static_cast<std::size_t>(pick(files.grid().rowCount())));
+                s().execute(pick(2) == 0 ? Command::kFilesRecycle : Command::kFilesDelete);
+            },
+        };
+        changes[pick(std::size(changes))]();
+        test::Session::settle();
+    }
+
+    mutable std::mt19937 random_{1};
+    QTimer closer_;  ///< Closes what tells of a change that was refused.
+};
+
+TEST_F(ChangesTest, AfterAnyChangeEveryFigureIsThatOfAFreshScan) {
+    const char* seed = std::getenv("CHANGES_SEED");
+    if (seed != nullptr) random_.seed(static_cast<unsigned>(std::atoi(seed)));
+    for (const char* set : {"", "AddHardlinksOnlyOnce=1\r\n", "ReckonOnDisk=1\r\nScanHardlinks=1\r\n"}) {
+        makeTree();
+        options(set);
+        start();
+        for (int step = 0; step < 24; ++step) {
+            change();
+            if (step % 4 == 3) expectReportOfAFreshScan();
+            if (HasFailure()) FAIL() << set << " step " << step;
+        }
+        EXPECT_EQ(s().reports, Names());
+        session_.reset();
+    }
+}
+
+}  // namespace
+}  // namespace hl
