@@ -2,9 +2,13 @@
 // project's folder, with a PATH that leads only to tools of the shell; fakes play apt-get and all that it
 // installs.
 #include <gtest/gtest.h>
+#include <pty.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include <algorithm>
 
+#include "base/text.h"
 #include "support/temp_dir.h"
 #include "support/trees.h"
 #include "support/whole_files.h"
@@ -21,6 +25,9 @@ class BareMachine : public ::testing::Test {
             fs::create_directories(machine_.path() + "/" + folder);
         for (const std::string file : {"run", "check", "tools/setup.sh"})
             fs::copy_file(HARBORLANTERN_SOURCE_DIR "/" + file, folder() + "/" + file);
+        // Libraries, fonts and icons of this machine are none of the bare one's.
+        const std::string setup = folder() + "/tools/setup.sh";
+        writeFile(setup, replaceAll(contentOf(setup), "/usr/", machine_.path() + "/usr/"));
         // In the project's folder, too, some folders are named like programs.
         makeTree(folder(), {"cmake/install.cmake", "src/main.cpp", "g++/"});
         for (const std::string tool :
@@ -54,10 +61,25 @@ class BareMachine : public ::testing::Test {
     /// Runs a line in the project's folder. Returns its exit status, a blank, and its output.
     std::string run(const std::string& line) const {
         const std::string said = machine_.path() + "/said";
-        const std::string command = "cd '" + folder() + "' && /usr/bin/env -i 'PATH=" + machine_.path() +
-                                    "/bin' " + line + " >'" + said + "' 2>&1";
-        const int status = std::system(command.c_str());
+        const int status = std::system((command(line) + " >'" + said + "' 2>&1").c_str());
         return std::to_string(WEXITSTATUS(status)) + " " + contentOf(said);
+    }
+    /// Runs a line likewise, on a terminal. Returns what the terminal gets.
+    std::string runOnTerminal(const std::string& line) const {
+        const std::string whole = command("TERM=xterm " + line);
+        int terminal = -1;
+        const pid_t child = must(::forkpty(&terminal, nullptr, nullptr, nullptr));
+        if (child == 0) {
+            ::execl("/bin/sh", "sh", "-c", whole.c_str(), nullptr);
+            ::_exit(127);
+        }
+        std::string got;
+        char block[512];
+        for (ssize_t length = 0; (length = ::read(terminal, block, sizeof block)) > 0;)
+            got.append(block, static_cast<std::size_t>(length));
+        ::close(terminal);
+        must(::waitpid(child, nullptr, 0));
+        return got;
     }
     /// Returns how many calls of faked programs begin with `start` and contain `part`.
     long count(const std::string& start, const std::string& part) const {
@@ -69,6 +91,9 @@ class BareMachine : public ::testing::Test {
     }
 
   private:
+    std::string command(const std::string& line) const {
+        return "cd '" + folder() + "' && /usr/bin/env -i 'PATH=" + machine_.path() + "/bin' " + line;
+    }
     std::string calls() const { return machine_.path() + "/calls"; }
 
     TempDir machine_;
@@ -107,6 +132,19 @@ TEST_F(BareMachine, AWindowTakesOneInstallingAndOneBuild) {
     EXPECT_EQ(count("cmake", ""), 1);
     EXPECT_EQ(count("ninja", "harborlantern harborlantern-gui"), 1);
     EXPECT_EQ(count("ninja", ""), 1);
+}
+
+TEST_F(BareMachine, ATerminalShowsHowFarTheBuildIs) {
+    putApt();
+    put("deb/ninja",
+        "case \" $* \" in *' --quiet '*) ;; *) echo '[1/2] Compiling' ;; esac\n"
+        "echo 'echo started' >build/release/src/harborlantern\n"
+        "chmod +x build/release/src/harborlantern");
+    const std::string said = runOnTerminal("./run -s report.csv .");
+    EXPECT_NE(said.find("Building harborlantern in build/release ...\r\n\r\x1b[K[1/2] Compiling\r\x1b[K"),
+              std::string::npos)
+        << said;
+    EXPECT_TRUE(said.ends_with("started\r\n")) << said;
 }
 
 TEST_F(BareMachine, ACheckNamesWhatFailedLastAndCountsWhatWasSkipped) {

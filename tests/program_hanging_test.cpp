@@ -1,5 +1,6 @@
 // Tests the program from outside with a disk that does not answer.
 #include <gtest/gtest.h>
+#include <signal.h>
 
 #include <thread>
 
@@ -25,7 +26,10 @@ TEST(ProgramHanging, AReportSaysWhatItWaitsForAndGoesOnOrEndsWhenItIsTold) {
             if (!goesOn) ::kill(std::stoi(contentOf(program.home("pid"))), SIGINT);
             if (goesOn) mount.answerAgain();
         });
-        const auto pid = [&] { writeFile(program.home("pid"), std::to_string(::getpid())); };
+        const auto pid = [&] {
+            ::signal(SIGINT, SIG_DFL);  // A shell's job in the background ignores it.
+            writeFile(program.home("pid"), std::to_string(::getpid()));
+        };
         const std::string report = program.home("report.csv"), source = dir.path() + "/mount";
         const Ended ended = program.run({"-s", report, source}, pid);
         later.join();

@@ -326,17 +326,31 @@ TEST_F(ProgramRun, GoesOnWithSettingsThatMakeNoSense) {
     writeFile(program.home("Harborlantern.ini"), std::string("\0\xFF[[[\n=\nOptionen]\r[Optionen\nx", 29));
     EXPECT_EQ(program.run({"-s", report, dir.path()}).status, 0);
     const std::string log = program.home("error.log");
-    for (const char* settings :
-         {"[Allgemein]\r\nLang=7\r\n[Optionen]\r\nFileSizeFormat=many\r\n", "[Allgemein]\r\nLang=abc\r\n"}) {
+    for (const auto& [settings, named] :
+         {std::pair<std::string, std::string>{
+              "[Allgemein]\r\nLang=7\r\n[Optionen]\r\nFileSizeFormat=many\r\n", "FileSizeFormat=many"},
+          {"[Allgemein]\r\nLang=abc\r\n", "Lang=abc"}}) {
         writeFile(program.home("Harborlantern.ini"), settings);
         const Ended ended = program.run({"-s", report, dir.path()});
         EXPECT_EQ(ended.status, 1);
-        EXPECT_TRUE(ended.errors.starts_with("Unerwarteter Fehler: Type mismatch")) << ended.errors;
-        EXPECT_TRUE(ended.errors.ends_with(" steht in " + log + ".\n")) << ended.errors;
-        EXPECT_EQ(std::ranges::count(ended.errors, '\n'), 1);
+        EXPECT_EQ(ended.errors,
+                  "Unerwarteter Fehler: Type mismatch: " + named + ". Näheres steht in " + log + ".\n");
         EXPECT_NE(contentOf(log).find("Err: 13 - "), std::string::npos);
         EXPECT_EQ(readReport(report).size(), 1U);
         fs::remove(log);
+    }
+}
+
+TEST_F(ProgramRun, NamesThePackageOfAWindowThatIsNotInstalled) {
+    const std::string alone = dir.path() + "/harborlantern";
+    fs::copy_file(HARBORLANTERN_PROGRAM, alone);
+    const auto start = [&] { ::execl(alone.c_str(), "harborlantern", "/usr", nullptr); };
+    for (const bool byPackage : {false, true}) {
+        if (byPackage) writeFile(dir.path() + "/installed", "share\n");
+        const Ended ended = program.run({}, start);
+        EXPECT_EQ(ended.status, 3);
+        EXPECT_EQ(ended.errors.find("(harborlantern-gui)") != std::string::npos, byPackage) << ended.errors;
+        EXPECT_NE(ended.errors.find(" -s "), std::string::npos) << ended.errors;
     }
 }
 

@@ -157,10 +157,6 @@ void PrintForm::prepare(Run& run) {
     run.grid = &tvwPL_.emplace(kFolderCells);
     Init_Tree(*run.grid, scan_.options, scan_.texts);
     showSizes(*run.grid, kReportTable, scan_.options, scan_.texts);
-    // The grid's columns are used, because the options learn only at the end which ones the user switched
-    // off.
-    for (std::size_t column = 0; column < run.grid->columns().size(); ++column)
-        run.grid->changeColumn(column).visible = scan_.tvwPL.columns()[column].visible;
     copyRows(run);
     if (run.levels != kAsUnfolded) unfold(run);
 }

@@ -20,14 +20,19 @@ TEST_F(FilesTest, TheReportBesideTheListStaysFittedWhenAFileIsDeleted) {
     std::string deep = "src/1";
     for (int level = 2; level <= 16; ++level) deep += "/" + std::to_string(level);
     folder(deep + "/17");
-    for (const char* name : {"/x", "/y"}) file(deep + name, 5);
+    file(deep + "/x", 5);
+    test::makeFile(at(deep + "/y"), 1'234'567'890'123);
+    options("FileSizeFormat=0\r\n");
     startUnfolded();
     s().clickRow("16");
+    const std::vector<double> before = s().widths();
     GridView& list = s().window().grid(GridId::kFiles);
+    session_->sortByName(list);
     ListSession::clickOn(list, 1);
     deleteInList();
-    EXPECT_EQ(ListSession::names(list).size(), 1U);
+    EXPECT_EQ(ListSession::names(list), Names{"x"});
     s().expectFitted();
+    EXPECT_NE(s().widths(), before) << "the largest number went";
 }
 
 TEST_F(FilesTest, AFileThatStaysIsToldAndTheNextOneGoes) {

@@ -1,5 +1,6 @@
 // Tests what the window shows after something went from the disk, against a fresh scan.
 #include "gui/files_fixture.h"
+#include "support/mounted.h"
 
 namespace hl {
 namespace {
@@ -99,6 +100,30 @@ TEST_F(GoneTest, ALinkToAFolderThatWentIsAFileAndNoJunction) {
     EXPECT_EQ(s().grid().number(s().row("src"), kSize), 606);
     EXPECT_EQ(s().grid().number(s().row("src"), kFolders), 1);
     EXPECT_EQ(s().window().grid(GridId::kJunctions).grid().rowCount(), 0u);
+}
+
+TEST_F(GoneTest, ANameThatWentIsLostByTheFileOfItsOwnDiskAlone) {
+    // Where they can be mounted, two disks on which the numbers of files are the same.
+    const Mounted disks[] = {{"none", at("src/one"), "tmpfs"}, {"none", at("src/two"), "tmpfs"}};
+    for (const std::string disk : {"src/one", "src/two"}) {
+        file(disk + "/x", 1);
+        for (const char* name : {"/x 2", "/x 3"}) link(disk + "/x", disk + name);
+    }
+    options("ScanHardlinks=1\r\n");
+    start();
+    GridView& view = session_->open(kHardlinkList);
+    Grid& list = s().form().form().session.lvwHardlinks;
+    const auto rowOf = [&](const std::string& path) {
+        Row row = list.firstRoot();
+        while (row != kNoRow && ListSession::path(list, row) != path) row = list.nextSibling(row);
+        return row;
+    };
+    list.selectNone();
+    list.setSelected(rowOf(at("src/one/x 3")), true);
+    deleteInList(Command::kHardlinksDelete);
+    EXPECT_EQ(ListSession::names(view).size(), 5U);
+    EXPECT_EQ(list.number(rowOf(at("src/one/x")), kFileLinks), 2);
+    EXPECT_EQ(list.number(rowOf(at("src/two/x")), kFileLinks), 3);
 }
 
 TEST_F(GoneTest, WhatIsLeftOfAFolderIsReadAgainAndToldOnce) {

@@ -127,9 +127,11 @@ TEST_F(MainWindowTest, ThePaneOfTheReportIsAsWideAsItsColumnsAndTheBarThatShows)
         s.click(Command::kReportUnfoldAll);
         s.click(Command::kReportFit);
         ASSERT_EQ(s.view().verticalScrollBar()->isVisible(), rows == 200);
+        const double names = s.widths()[0];
         for (int i = 0; i < 3; ++i) {
             s.click(Command::kReportFilesColumn);
             EXPECT_EQ(s.view().viewport()->width(), s.view().horizontalHeader()->length()) << rows << i;
+            EXPECT_EQ(s.widths()[0], names) << "the names do not give way to a column";
             s.click(Command::kReportFit);
         }
     }

@@ -9,7 +9,7 @@ namespace {
 
 TEST_F(ListsTest, ThePreviewFollowsTheSelectionAndGoesWithIt) {
     folder("src");
-    for (const char* name : {"a.txt", "b\xFF.txt", "c.xyz"}) writeFile(at("src/") + name, name);
+    for (const char* name : {"a.txt", "b\xFF.txt", "cc.xyz"}) writeFile(at("src/") + name, name);
     LinuxPreviewTools tools(std::filesystem::path(HARBORLANTERN_PROGRAM).parent_path().string(), "",
                             at("src"));
     ListSession s(home.path());

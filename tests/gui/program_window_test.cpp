@@ -244,6 +244,16 @@ TEST(OnScreenClipboard, HasTheReportWithWhichTheProgramWasQuitUntilSomethingElse
     }));
 }
 
+TEST_F(ProgramWindow, AnErrorThatComesBeforeItIsToldInItAndNotBehindIt) {
+    test::writeFile(program.home("Harborlantern.ini"), "[Allgemein]\r\nLang=abc\r\n");
+    start(128 + SIGTERM);
+    EXPECT_NE(test::readFile(program.home("error.log")).find("Lang=abc"), std::string::npos);
+    ::kill(std::stoi(pid), SIGTERM);
+    first.join();
+    const std::string errors = test::readFile(program.home("stderr.txt"));
+    EXPECT_EQ(errors.find("Lang=abc"), std::string::npos) << errors;
+}
+
 TEST_F(ProgramWindow, WithNoDisplayOneLineNamesTheWayWithoutAWindow) {
     for (const std::string platform : {"", "xcb", "wayland"})
         for (const std::string display : {"", ":4711"}) {

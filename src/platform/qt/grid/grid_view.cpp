@@ -50,7 +50,9 @@ GridView::GridView(Grid& grid, GridId id, bool tree, CellTextFunction cellText, 
 }
 
 GridView::~GridView() {
-    editor_.reset();  // It would still be told of the focus, and would ask a view that is half destroyed.
+    // The view and its editor would still be told of the focus while the view is half destroyed.
+    disconnect(qApp, nullptr, this, nullptr);
+    editor_.reset();
     // The model is part of a member, and would be destroyed before the base class releases it.
     setModel(nullptr);
 }

@@ -83,12 +83,13 @@ int RowPainter::wholeIndentation(Row row) const {
 }
 
 // In three quarters of the room beside the names a level has its whole step; from there on the steps get
-// smaller and smaller, so that the deepest name has its room, too. A row's place depends on its level alone,
-// so it stays where it is whatever is unfolded.
+// smaller and smaller, so that the deepest name has its room, too. In a narrow column, where names have no
+// room, levels differ all the same. A row's place depends on its level alone, so it stays where it is
+// whatever is unfolded.
 int RowPainter::indentation(Row row, int width) const {
     const int whole = wholeIndentation(row);
     if (!sources_.tree || !look_.onScreen) return whole;
-    const int room = width - besideIndentation(row);
+    const int room = std::max(width - besideIndentation(row), width / 4);
     const int from = std::max(look_.step, room * 3 / 4), most = std::max(from, room);
     if (whole <= from) return whole;
     if (most == from) return from;

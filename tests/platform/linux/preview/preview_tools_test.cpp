@@ -86,7 +86,8 @@ TEST_F(PreviewToolsTest, AHelperGetsTheFileAndALittleOfEverythingElse) {
     EXPECT_EQ(output.substr(0, output.find('\n')), "content " + home + " " + home);
     EXPECT_EQ(output.find(" 77 "), std::string::npos) << output;
     EXPECT_NE(output.find("7\n"), std::string::npos) << output;
-    const std::string last = output.substr(output.find("7\n") + 2),
+    // The folder's name may end in a 7, too.
+    const std::string last = output.substr(output.find("7\n", output.find('\n') + 1) + 2),
                       leader = last.substr(0, last.find('\n') + 1);
     EXPECT_EQ(last.substr(0, 2 * leader.size()), leader + leader) << "it can type into the terminal";
     EXPECT_EQ(contentOf(home + "/made"), "");
