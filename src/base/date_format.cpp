@@ -115,12 +115,12 @@ LocalTime localTime(std::chrono::system_clock::time_point moment) {
     return localTime(std::int64_t{seconds.time_since_epoch().count()});
 }
 
-// A moment whose year does not fit an int (a damaged time stamp) reads as the default LocalTime.
 std::int64_t secondsNow() {
     const auto since = std::chrono::system_clock::now().time_since_epoch();
     return std::chrono::duration_cast<std::chrono::seconds>(since).count();
 }
 
+// A moment whose year does not fit an int (a damaged time stamp) reads as the default LocalTime.
 LocalTime localTime(std::int64_t secondsSinceEpoch) {
     const auto seconds = static_cast<std::time_t>(secondsSinceEpoch);
     std::tm fields{};

@@ -68,6 +68,8 @@ void showName(Grid& grid, Row row, const std::string& old, const std::string& na
 /// renamed entry has another place in its folder.
 void follow(const FileOps& ops, const std::string& from, const std::string& to, bool folder) {
     ScanContext& scan = ops.scan;
+    if (ops.host.closed()) return;
+    scan.state.CancelState = kCancelNone;  // A Stop of the move must not end what is read now.
     ReportChanges changes(scan);
     if (folder) changes.folderRenamed(from, fileNameOf(to, scan.paths));
     const bool once = scan.options.AddHardlinksOnlyOnce == 1;

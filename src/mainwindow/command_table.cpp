@@ -216,7 +216,7 @@ constexpr auto kReportRows = joined(rows({
     withRows({kReportSave, kButton, kSave, TL(9245, "Ordnerliste in eine Textdatei speichern"), kIconSave, kGroup, "S", &C::reportSave}),
     withRows({kReportPrint, kButton, kPrint, TL(9246, "Ordnerliste drucken"), kIconPrint, kGroup, "P", &C::reportPrint}),
 }), columns<kReportTable>(&C::reportColumn), rows({
-    ranked(kGoesFirst, {kReckonOnDisk, kButton, TL(9826, "Mit Belegung rechnen"), TL(9827, "Prozente, Balken und Reihenfolge nach dem Platz auf dem Datenträger"), kIconReckonOnDisk, kSame, "D", &C::reckonOnDisk, toggles<&Options::ReckonOnDisk>}),
+    ranked(kGoesFirst, {kReckonOnDisk, kButton, TL(9826, "Nach Platz auf dem Datenträger rechnen"), TL(9827, "Prozente, Balken und Reihenfolge nach dem Platz auf dem Datenträger"), kIconReckonOnDisk, kSame, "D", &C::reckonOnDisk, toggles<&Options::ReckonOnDisk>}),
     ranked(kGoesFirst, {kReportFit, kButton, kFit, kFitColumns, kIconFit, kSame, {}, &C::reportFit}),
     ranked(kGoesFirst, {kReportFont, kButton, kFont, kChooseFont, kIconFont, kSame, {}, &C::changeFont}),
 }), units(kReportBytes, kReportDecimals, kReportTable),

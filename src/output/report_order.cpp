@@ -3,6 +3,7 @@
 #include <array>
 #include <utility>
 
+#include "base/date_format.h"
 #include "base/size_text.h"
 #include "base/text.h"
 #include "output/report_file.h"
@@ -92,7 +93,9 @@ ReportTable ReportRun::table(bool forTerminal) const {
     if (!order.withSpace) return table;
     table.columns[kDiskField] = {texts.TL(9821, "Auf Datenträger") + unit, FieldKind::kSize,
                                  sizeWidth(kDisk)};
-    table.columns[kNewestField] = {texts.TL(9824, "Neueste Änderung")};
+    const std::string date = formatDate(localTime(secondsNow()), scan_.options.DateFormat);
+    table.columns[kNewestField] = {texts.TL(9824, "Neueste Änderung"), FieldKind::kText,
+                                   characterCount(date)};
     return table;
 }
 
@@ -103,7 +106,7 @@ ReportOutcome ReportRun::writeRows(ReplacingFile& target) {
 
     const std::uint32_t errorsBefore = scan_.diagnostics.errcount();
     Yield yield(scan_.state, scan_.pump);
-    const std::string dates = order.withSpace ? scan_.options.DateFormat : "";
+    const std::string* dates = order.withSpace ? &scan_.options.DateFormat : nullptr;
     ReportWalk walk(scan_.tvwPL, scan_.paths, *writer, file, yield, scan_.diagnostics, dates);
     for (Row root = start_; root != kNoRow && file.isFine(); root = scan_.tvwPL.nextSibling(root)) {
         walk.writeTree(root, order.levels);

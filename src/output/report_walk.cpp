@@ -19,7 +19,7 @@ double sizeOf(const Grid& grid, Row row, CellId cell) {
 
 ReportWalk::ReportWalk(const Grid& tvwPL, const PathRules& paths, const ReportWriter& writer,
                        ReportFile& file, Yield& yield, Diagnostics& diagnostics,
-                       const std::string& datePicture)
+                       const std::string* datePicture)
     : tvwPL_(tvwPL),
       paths_(paths),
       writer_(writer),
@@ -27,7 +27,7 @@ ReportWalk::ReportWalk(const Grid& tvwPL, const PathRules& paths, const ReportWr
       yield_(yield),
       diagnostics_(diagnostics),
       datePicture_(datePicture),
-      fields_(datePicture.empty() ? kUsualFields : kAllFields) {}
+      fields_(datePicture == nullptr ? kUsualFields : kAllFields) {}
 
 void ReportWalk::writeTree(Row start, std::int32_t levels) {
     path_.clear();
@@ -94,10 +94,10 @@ void ReportWalk::appendToPath(Row row, bool folder) {
     if (!folder) path_ += ']';
 }
 
-void ReportWalk::addSpace(Row row) {
+void ReportWalk::fillSpace(Row row) {
     fields_[kDiskField].number = sizeOf(tvwPL_, row, kDisk);
     const auto newest = static_cast<std::int64_t>(tvwPL_.number(row, kNewest));
-    newest_ = newest == 0 ? "" : formatDate(localTime(newest), datePicture_);
+    newest_ = newest == 0 ? "" : formatDate(localTime(newest), *datePicture_);
     fields_[kNewestField].text = newest_;
 }
 
@@ -107,7 +107,7 @@ void ReportWalk::writeLine(Row row, bool folder) {
     fields_[kSizeField].number = sizeOf(tvwPL_, row, kSize);
     fields_[kFilesField].number = tvwPL_.number(row, kFiles);
     fields_[kFoldersField].number = folder ? tvwPL_.number(row, kFolders) : 0;
-    if (!datePicture_.empty()) addSpace(row);
+    if (datePicture_ != nullptr) fillSpace(row);
     writer_.row(file_.block(), fields_);
     file_.endLine();
     ++rowsWritten_;

@@ -33,10 +33,10 @@ enum ReportFieldIndex : std::size_t {
 
 class ReportWalk {
   public:
-    /// All arguments must outlive it. A `datePicture` (for formatDate) adds the fields for the space on the
-    /// disk and the newest change; without one it is empty. REQUIRES: the grid has kFolderCells.
+    /// All arguments must outlive it. With a `datePicture` (for formatDate) there are the fields for the
+    /// space on the disk and the newest change, too; it may be null. REQUIRES: the grid has kFolderCells.
     ReportWalk(const Grid& tvwPL, const PathRules& paths, const ReportWriter& writer, ReportFile& file,
-               Yield& yield, Diagnostics& diagnostics, const std::string& datePicture);
+               Yield& yield, Diagnostics& diagnostics, const std::string* datePicture);
 
     /// Writes the row and what is below it, down to the grid's level `levels` (sources have level 0, whatever
     /// `start` is); with 0, as far as rows are unfolded. The row itself is always written, with its text
@@ -53,7 +53,7 @@ class ReportWalk {
     Row behindLevelOf(Row row, Row start);
     void appendToPath(Row row, bool folder);
     void writeLine(Row row, bool folder);
-    void addSpace(Row row);
+    void fillSpace(Row row);
 
     const Grid& tvwPL_;
     const PathRules& paths_;
@@ -64,7 +64,7 @@ class ReportWalk {
     std::string path_;                  ///< The path of the current row, as the report shows it.
     std::vector<std::size_t> parents_;  ///< For each level, how many of its bytes are the path of the row's
                                         ///< parent.
-    const std::string& datePicture_;    ///< For formatDate; empty if space and dates are not wanted.
+    const std::string* datePicture_;
     std::string newest_;
     ReportRow fields_;
     std::uint64_t rowsWritten_ = 0;

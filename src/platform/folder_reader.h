@@ -109,7 +109,8 @@ struct ReadOptions {
     /// With followLinks, this many folders of the source's path, right above it, count as being on the way
     /// down.
     std::uint32_t levelsAbove = 0;
-    bool wantLinks = false;     ///< Fills inode, device and links.
+    bool wantLinks = false;  ///< Fills inode, device and links.
+    // With one of these two, Listing::details is not null.
     bool wantSpace = false;     ///< Fills the blocks and the time of the last writing.
     bool wantTimes = false;     ///< Fills all details and all attributes.
     bool wantFileNames = true;  ///< If false, the names of entries that are no folders may be empty.

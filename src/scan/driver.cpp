@@ -40,7 +40,7 @@ void resetForSource(ScanContext& scan) {
     state.SeenLinkIds.AllowDuplicateKeys = false;
     state.SeenLinkIds.CompareMode(0);
     state.NeedLinkCount = scan.options.AddHardlinksOnlyOnce == 1 || scan.options.CreateListHardlink == 1;
-    state.NeedSpace = !state.SilentRun || scan.options.ReckonOnDisk == 1;
+    state.NeedSpace = !state.SilentRun || scan.options.ReckonOnDisk != 0;
     state.Started = secondsNow();
 }
 

@@ -204,9 +204,11 @@ void ReportChanges::takeOut(Row row) {
         add(report, above, kFolders, -report.number(row, kFolders) - 1);
         report.setMark(above, report.mark(above) - foldersNotRead(report, row));
     }
+    const double newest = report.number(row, kNewest);
+    report.setNumber(row, kNewest, 0);
+    Report_UpdateNewest(report, row, newest);
     forgetBelow(row);
     report.removeRow(row);
-    Report_UpdateNewest(report, parent);
     // A folder without subfolders has no row for its files; its own row counts them.
     const Row files = hasFolders(report, parent) ? kNoRow : filesRowBelow(report, parent);
     if (files != kNoRow) report.removeRow(files);
@@ -223,17 +225,39 @@ std::set<std::string, std::less<>> ReportChanges::loseLinks() {
     }
     for (const std::string& path : links) {
         folderWent(path);
-        filesChanged(path.substr(0, std::max<std::size_t>(1, path.rfind(scan_.paths.separator))));
+        filesChanged(folderAbove(path, scan_.paths));
     }
+    scan_.state.LostLinks.insert(links.begin(), links.end());
     return links;
+}
+
+void ReportChanges::findLinksAgain() {
+    auto& lost = scan_.state.LostLinks;
+    for (auto link = lost.begin(); link != lost.end();) {
+        const bool leadsAgain = hl::isFolder(scan_, *link);
+        if (leadsAgain) folderChanged(folderAbove(*link, scan_.paths));
+        link = leadsAgain ? lost.erase(link) : std::next(link);
+    }
 }
 
 void ReportChanges::folderRenamed(std::string_view from, std::string_view name) {
     folderWent_ = true;  // Links that led to it lead nowhere.
+    Grid& report = scan_.tvwPL;
+    const std::string to = std::string(from.substr(0, from.rfind(scan_.paths.separator) + 1)).append(name);
+    for (Row root = report.firstRoot(); root != kNoRow; root = report.nextSibling(root)) {
+        const std::string was(report.text(root));
+        if (!liesIn(was, from, scan_.paths)) continue;
+        const std::string now = to + was.substr(from.size());
+        report.setText(root, now);
+        if (auto id = scan_.state.sourceIds.extract(was); !id.empty()) {
+            id.key() = now;
+            scan_.state.sourceIds.insert(std::move(id));
+        }
+    }
     forEachRowOf(from, [&](Row root, Row row) {
         if (row == root) return;
-        scan_.tvwPL.setText(row, name);
-        touched_.insert(scan_.tvwPL.parent(row));
+        report.setText(row, name);
+        touched_.insert(report.parent(row));
     });
 }
 
@@ -287,6 +311,7 @@ void ReportChanges::addFilesRow(Row row, const ScanTotals& files) {
     report.setPicture(made, kPictureFilesRow);
     if (const auto grey = report.backColor(report.firstChild(row))) report.setBackColor(made, *grey);
     Report_SetTotals(report, made, files);
+    Report_UpdateNewest(report, made, 0);
 }
 
 // Tells whether a row's folder is read: links and other mounts are not, unless the user wants them followed.
@@ -352,16 +377,15 @@ void ReportChanges::writeFiles(Row row, const ScanTotals& files) {
         add(report, above, kFiles, files.files - before.files);
     }
     touched_.insert(row);
-    if (!ownRow) {
-        report.setNumber(row, kNewest, static_cast<double>(files.newest));
-    } else if (filesRow == kNoRow) {
+    if (filesRow == kNoRow) {
         if (files.files > 0) addFilesRow(row, files);
-    } else if (files.files == 0) {
-        report.removeRow(filesRow);
-    } else {
-        Report_SetTotals(report, filesRow, files);
+        return;
     }
-    Report_UpdateNewest(report, ownRow ? row : report.parent(row));
+    report.setNumber(filesRow, kNewest, static_cast<double>(files.newest));
+    Report_UpdateNewest(report, filesRow, static_cast<double>(before.newest));
+    if (!ownRow) return;
+    if (files.files == 0) return report.removeRow(filesRow);
+    Report_SetTotals(report, filesRow, files);
 }
 
 void ReportChanges::folderChanged(std::string_view path) {
@@ -396,6 +420,7 @@ bool ReportChanges::showsFoldersTwice(Row root) const {
 
 std::set<std::string, std::less<>> ReportChanges::finish() {
     auto links = folderWent_ ? loseLinks() : decltype(loseLinks())();
+    findLinksAgain();
     for (const Row root : drives_)
         if (showsFoldersTwice(root)) sources_.insert(root);
     for (const Row root : std::exchange(sources_, {})) readAgain(root);

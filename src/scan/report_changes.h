@@ -33,7 +33,8 @@ class ReportChanges {
     /// The folder may be new. Each source that holds it gets the rows that are missing for it and the folders
     /// above it.
     void folderCame(std::string_view path);
-    /// The folder has another name now, in the same folder. All that it holds stays.
+    /// The folder has another name now, in the same folder. All that it holds stays. Sources in it have their
+    /// new paths then. Links that led nowhere, and lead to the new name, are not found.
     void folderRenamed(std::string_view from, std::string_view name);
     /// Files that lie directly in the folder came or went.
     void filesChanged(const std::string& folder);
@@ -51,6 +52,7 @@ class ReportChanges {
     void takeOut(Row row);
     void takeOutSource(Row root);
     std::set<std::string, std::less<>> loseLinks();
+    void findLinksAgain();
     void addFolder(Row above, std::string_view name);
     void addFilesRow(Row row, const ScanTotals& files);
     bool isEntered(Row row) const;

@@ -17,13 +17,13 @@ namespace hl {
 namespace {
 
 struct FolderNumbers {
-    double size = 0, disk = 0, files = 0, folders = 0;
+    double size = 0, disk = 0, files = 0, folders = 0, newest = 0;
     std::uint32_t notRead = 0;
 };
 
 FolderNumbers numbersOf(const Grid& report, Row row) {
-    return {report.number(row, kSize), report.number(row, kDisk), report.number(row, kFiles),
-            report.number(row, kFolders), foldersNotRead(report, row)};
+    return {report.number(row, kSize),    report.number(row, kDisk),   report.number(row, kFiles),
+            report.number(row, kFolders), report.number(row, kNewest), foldersNotRead(report, row)};
 }
 
 void addTo(Grid& report, Row row, double size, double files) {
@@ -63,7 +63,7 @@ void correctAbove(Grid& report, Row row, const FolderNumbers& before) {
         report.setNumber(above, kFolders, report.number(above, kFolders) - before.folders + now.folders);
         report.setMark(above, report.mark(above) - before.notRead + now.notRead);
     });
-    Report_UpdateNewest(report, report.parent(row));
+    Report_UpdateNewest(report, row, before.newest);
 }
 
 void readAgain(ScanContext& scan, Row row) {
@@ -78,9 +78,10 @@ void readAgain(ScanContext& scan, Row row) {
     Report_Sort(scan);
 }
 
-// Where names of one file count once, a folder that is read alone counts names that another folder counts in
-// a scan of the source, and a change here may let another name count there. So the whole source is read
-// again; the lists stay as they are. Returns the row of the folder, which is another one then.
+// Where names of one file count once, a scan of the source counts a file in the folder that it meets first. A
+// folder that is read alone counts it, too; and if its name went from here, another folder has to count it.
+// So the whole source is read again; the lists stay as they are. Returns the row of the folder, which is
+// another one then.
 Row readSourceToo(ScanContext& scan, Row row, double sizeBefore) {
     const Grid& report = scan.tvwPL;
     const bool changes = scan.state.LinksMet || report.number(row, kSize) != sizeBefore;

@@ -14,6 +14,15 @@ namespace {
 // The list of bar pictures has one for each whole percent from 0 to 100, and one more at its end.
 constexpr int kBarPictures = 102;
 
+// Returns the newest change of the row's children; no further one is looked at once it is `enough`.
+double newestBelow(const Grid& report, Row row, double enough) {
+    double newest = 0;
+    for (Row child = report.firstChild(row); child != kNoRow && newest < enough;
+         child = report.nextSibling(child))
+        newest = std::max(newest, report.number(child, kNewest));
+    return newest;
+}
+
 }  // namespace
 
 void Report_SetNodeSizeAndFilecount(Grid& tvwPL, Row row, SizeValue size, std::int32_t files) {
@@ -34,15 +43,20 @@ void addSpace(ScanTotals& totals, const EntryDetails& file, std::int64_t started
 }
 
 CellId reckonedCell(const Options& options) {
-    return options.ReckonOnDisk == 1 ? kDisk : kSize;
+    return options.ReckonOnDisk != 0 ? kDisk : kSize;
 }
 
-void Report_UpdateNewest(Grid& tvwPL, Row row) {
-    for (; row != kNoRow; row = tvwPL.parent(row)) {
-        double newest = 0;
-        for (Row child = tvwPL.firstChild(row); child != kNoRow; child = tvwPL.nextSibling(child))
-            newest = std::max(newest, tvwPL.number(child, kNewest));
-        tvwPL.setNumber(row, kNewest, newest);
+// Looks at the children of a row only if the one that made its newest change has lost it.
+void Report_UpdateNewest(Grid& tvwPL, Row row, double before) {
+    double now = tvwPL.number(row, kNewest);
+    for (Row above = tvwPL.parent(row); above != kNoRow; above = tvwPL.parent(above)) {
+        const double was = tvwPL.number(above, kNewest);
+        const bool lost = before == was && now < before;
+        const double newest = lost ? newestBelow(tvwPL, above, was) : std::max(was, now);
+        if (newest == was) return;
+        tvwPL.setNumber(above, kNewest, newest);
+        before = was;
+        now = newest;
     }
 }
 

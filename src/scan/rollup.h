@@ -20,9 +20,9 @@ void addSpace(ScanTotals& totals, const EntryDetails& file, std::int64_t started
 /// Returns the cell that shares, bars and the order go by: the size, or what is taken on the disk.
 CellId reckonedCell(const Options& options);
 
-/// Makes the time of the newest change of the row, and of each row above it, that of its children. For rows
-/// that have lost or got one.
-void Report_UpdateNewest(Grid& tvwPL, Row row);
+/// Corrects the newest change of the rows above, after that of the row was changed from `before`. Before a
+/// row is removed, it is set to 0.
+void Report_UpdateNewest(Grid& tvwPL, Row row, double before);
 
 /// Computes the share of `row` that each of its direct children has; it is 0 if either size is 0.
 void Report_ChangePercentValue(ScanContext& scan, Row row);

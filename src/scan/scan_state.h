@@ -5,6 +5,7 @@
 #include <deque>
 #include <functional>
 #include <map>
+#include <set>
 #include <string>
 
 #include "base/collection.h"
@@ -52,6 +53,9 @@ struct ScanState {
     /// finds a newer one.
     std::uint64_t FileListRun = 0;
 
+    /// Links that led to a folder until it went or was renamed. They are folders again once they lead to one.
+    std::set<std::string, std::less<>> LostLinks;
+
     /// The folder that each source was when it was read, by the text of the source's row.
     std::map<std::string, FolderId, std::less<>> sourceIds;
 
@@ -66,8 +70,8 @@ struct ScanState {
     SizeValue TopSmallest;  ///< Once the list is full, a file must be larger than this.
     bool NeedLinkCount = false;
     bool NeedSpace = false;    ///< Somebody shows or reckons with what files take on the disk.
-    std::int64_t Started = 0;  ///< When the reading began, in seconds since 1970. A file that was written
-                               ///< later is no news about the time before.
+    std::int64_t Started = 0;  ///< When the reading began, in seconds since 1970. Files written later do not
+                               ///< count for the newest change.
     bool LinksMet = false;     ///< The walk met files with several names that count once.
     CStringCollection SeenLinkIds;  ///< The keys are bytes: device and inode of a file with several names.
 };

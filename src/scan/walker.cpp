@@ -90,8 +90,8 @@ class FolderWalk final : public ScanProgress {
         std::size_t next = 0;  ///< The index of the next entry.
         std::size_t pathLength = 0;
         std::optional<Error> error;
-        ScanTotals files;    ///< Of the files directly in the folder, as far as they count.
-        ScanTotals totals;   ///< Of all else.
+        ScanTotals files;    ///< Of the files directly in the folder.
+        ScanTotals totals;   ///< Of what lies below it; when the level ends, of its files too.
         std::string target;  ///< The target of a link that was followed.
     };
 

@@ -254,6 +254,7 @@ void ReportView::reckonAnew() {
         const BusyPointer busy(scan_.controls);
         const NoRedraw off(grid_);
         Report_ReckonAnew(scan_);
+        showSelection({});
     });
 }
 

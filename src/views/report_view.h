@@ -86,13 +86,13 @@ class ReportView final : public GridEvents {
     /// Selects the row of a folder, and what hides it is unfolded; the window follows as after a click.
     /// Returns false if no source shows the folder. `path` ends in no separator.
     bool goTo(const std::string& path);
+    /// Shows shares and order anew, after another size is reckoned with.
+    void reckonAnew();
     /// Going back leads to what is selected now, from whatever is selected later.
     void selectionArrived();
 
     // --- what the user does; ignored while a scan or a loop over all rows is running
     /// Sorts all levels by the column; each click reverses the order.
-    /// Shows shares and order anew, after another size is reckoned with.
-    void reckonAnew();
     void GridColumnTitleClick(std::size_t column) override;
     /// A click on a title that ends the dragging of a column border does not sort.
     void columnSizing() override { ColumnDragGuard_ = true; }

@@ -88,5 +88,16 @@ TEST_F(ChangesTest, AfterAnyChangeEveryFigureIsThatOfAFreshScan) {
     }
 }
 
+TEST_F(ChangesTest, ALinkLeadsAgainOnceItsFolderHasItsNameBack) {
+    makeTree();
+    startUnfolded();
+    for (const char* name : {"other name", "f1"}) {
+        s().clickRow(name[0] == 'o' ? "f1" : "other name");
+        rename(s().view(), QString::fromUtf8(name));
+        expectReportOfAFreshScan();
+    }
+    EXPECT_NE(s().row("link"), kNoRow);
+}
+
 }  // namespace
 }  // namespace hl

@@ -210,8 +210,10 @@ TEST_F(KeyboardTest, EveryAcceleratorPressesItsCommandFromWhereverTheFocusIs) {
             events.told.clear();
             const bool function = code >= 112;
             key(function ? Qt::Key_F1 + code - 112 : code, function ? Qt::NoModifier : Qt::ControlModifier);
-            // In a box, Ctrl+Z takes back what was typed.
-            const bool ofBox = code == 'Z' && dynamic_cast<GridView*>(place) == nullptr;
+            // In a box, Ctrl+Z takes back what was typed, and on some systems Ctrl+D removes a character.
+            const QKeySequence control(Qt::ControlModifier | static_cast<Qt::Key>(code));
+            const bool edits = QKeySequence::keyBindings(QKeySequence::Delete).contains(control);
+            const bool ofBox = (code == 'Z' || edits) && dynamic_cast<GridView*>(place) == nullptr;
             if (ofBox)
                 EXPECT_EQ(events.told, std::vector<std::string>{});
             else

@@ -11,7 +11,8 @@ namespace hl {
 
 constexpr QtGuard kPanelGuard{"Panel"};
 
-/// A label for texts that change many times a second: a new text only repaints it and changes no layout.
+/// A label for texts that change many times a second: a new text repaints it, and changes no layout unless it
+/// is longer than the panel.
 class StatusPanelBar::Panel final : public QWidget {
   public:
     Panel(WindowEvents& events, const char* name) : events_(events) {

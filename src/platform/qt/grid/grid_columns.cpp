@@ -22,7 +22,7 @@ constexpr int kWidestColumn = 4000;
 // In a list, the column of texts keeps this percentage of the view's width, but at least this many pixels.
 constexpr int kTextShare = 40, kTextAtLeast = 160;
 // In a hierarchy, the pixels that a name of the first level keeps.
-constexpr int kNameAtLeast = 100;
+constexpr int kNarrowestName = 100;
 // The widths of columns that were not measured yet.
 constexpr int kFirstWidth = 220, kOtherWidth = 90;
 
@@ -167,7 +167,7 @@ int GridColumns::besideNumbers(int fitting) const {
     int room = view_.innerWidth() - view_.places().scrollBarWidth();
     for (std::size_t column = 1; column < columns.size(); ++column)
         if (columns[column].visible) room -= static_cast<int>(columns[column].width);
-    const int least = RowPainter(sources_, view_).firstLevelStart() + kNameAtLeast;
+    const int least = RowPainter(sources_, view_).firstLevelStart() + kNarrowestName;
     return std::min(fitting, std::max(room, least));
 }
 
