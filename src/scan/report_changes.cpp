@@ -234,7 +234,7 @@ std::set<std::string, std::less<>> ReportChanges::loseLinks() {
 void ReportChanges::findLinksAgain() {
     auto& lost = scan_.state.LostLinks;
     for (auto link = lost.begin(); link != lost.end();) {
-        const bool leadsAgain = hl::isFolder(scan_, *link);
+        const bool leadsAgain = !hasVanished(scan_, *link + scan_.paths.separator + '.');
         if (leadsAgain) folderChanged(folderAbove(*link, scan_.paths));
         link = leadsAgain ? lost.erase(link) : std::next(link);
     }
