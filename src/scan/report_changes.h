@@ -34,7 +34,7 @@ class ReportChanges {
     /// above it.
     void folderCame(std::string_view path);
     /// The folder has another name now, in the same folder. All that it holds stays. Sources in it have their
-    /// new paths then. Links that led nowhere, and lead to the new name, are not found.
+    /// new paths then. A link that led nowhere since the scan, and leads to the new name, is not found.
     void folderRenamed(std::string_view from, std::string_view name);
     /// Files that lie directly in the folder came or went.
     void filesChanged(const std::string& folder);

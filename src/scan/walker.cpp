@@ -239,7 +239,8 @@ void FolderWalk::takeBlock(Level& level, std::unique_ptr<Listing> block) {
 }
 
 // Reads files until a folder is entered, the level ends, or Stop is pressed. Each file costs one addition to
-// a sum and to a count; all else is decided outside of the loop or by options that do not change.
+// a sum and to a count, and where space is wanted another sum and a comparison; all else is decided outside
+// of the loop or by options that do not change.
 void FolderWalk::step() {
     Level& level = levels_.back();
     if (level.next == level.block->count) {

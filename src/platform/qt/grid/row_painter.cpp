@@ -25,7 +25,7 @@ constexpr std::uint32_t kBarColor = 0x0000FF;
 constexpr int kDarkLightening = 80, kDarkLeft = 110, kDarkRight = 160;
 // How far a bar behind a text, and the third tone of a bar, are moved towards the ground.
 constexpr int kBehindTone = 160, kMoreTone = 185;
-// The room in pixels that even the deepest name keeps.
+// The room in pixels that even the deepest name keeps, where the column is wide enough.
 constexpr int kNameAtLeast = 100;
 
 RowLook lookOf(const QWidget& widget) {
@@ -125,6 +125,7 @@ int RowPainter::contentWidth(Row row, std::size_t column) const {
         return sources_.grid.columns()[column].barColor ? std::max(text, barWidth() + 2 * padding_) : text;
     const int whole = wholeIndentation(row), shown = whole + iconWidth(row) + barRoom(row) + text;
     if (!sources_.tree || sources_.grid.level(row) == 0) return shown;
+    // In a column of this width, indentation() gives the row its whole steps.
     return std::max(shown, (whole * 4 + 2) / 3 + besideIndentation(row));
 }
 
