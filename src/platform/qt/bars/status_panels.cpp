@@ -65,16 +65,15 @@ void StatusPanelBar::setPanels(const StatusPanels& panels) {
     second_->setText(shownName(panels.second));
     second_->setVisible(panels.secondVisible);
     setButtons(panels.buttons);
-    firstTakesAll_ = panels.firstTakesAll || !panels.secondVisible;
-    firstWidth_ = std::max(0, panels.firstWidth);
-    shareWidth();
+    shareWidth(panels);
 }
 
 // The second panel stands where the second pane does, unless the first needs what the second leaves. Widths
 // are limits: the bar must not widen the window.
-void StatusPanelBar::shareWidth() {
-    const bool needsMore = !firstTakesAll_ && first_->wholeWidth() > firstWidth_;
-    first_->setMaximumWidth(firstTakesAll_ || needsMore ? QWIDGETSIZE_MAX : firstWidth_);
+void StatusPanelBar::shareWidth(const StatusPanels& panels) {
+    const bool takesAll = panels.firstTakesAll || !panels.secondVisible;
+    const bool needsMore = !takesAll && first_->wholeWidth() > panels.firstWidth;
+    first_->setMaximumWidth(takesAll || needsMore ? QWIDGETSIZE_MAX : std::max(0, panels.firstWidth));
     second_->setMaximumWidth(needsMore ? second_->wholeWidth() : QWIDGETSIZE_MAX);
 }
 

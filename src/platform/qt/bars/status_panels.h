@@ -23,7 +23,7 @@ class StatusPanelBar final : public QStatusBar {
 
     void setButtons(const std::vector<StatusButton>& buttons);
     void addButton(const StatusButton& added);
-    void shareWidth();
+    void shareWidth(const StatusPanels& panels);
 
     WindowEvents& events_;
     BarEvents& barEvents_;
@@ -32,8 +32,6 @@ class StatusPanelBar final : public QStatusBar {
     std::map<int, QPushButton*>
         buttons_;  ///< By the ids of their entries; those that do not show are hidden.
     int largerBy_ = 0;
-    bool firstTakesAll_ = false;
-    int firstWidth_ = 0;
 };
 
 }  // namespace hl
