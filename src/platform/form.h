@@ -43,6 +43,23 @@ struct CommandButton {
     bool enabled = true;
 };
 
+/// A table to read. The user goes through its lines, copies them, and activates one (Return, a double click):
+/// then `activated` is set and the item's `changed` is called.
+struct TableBox {
+    struct Line {
+        std::vector<std::string> cells = {};  ///< One for each title.
+        std::string tooltip = {};
+        bool strong = false;  ///< A sum.
+        bool leads = false;   ///< To activate it leads somewhere; other lines cannot be activated.
+    };
+    std::vector<std::string> titles = {};  ///< The first column is a text, the others are figures.
+    std::vector<Line> lines = {};
+    bool enabled = true;
+    int activated = -1;  ///< The index of the line that was activated.
+    /// Assistive tools are told this once it is set: the figures are complete.
+    std::string announcement = {};
+};
+
 /// A FormItem::keyPress for numbers: it lets digits and backspace through.
 inline char32_t digitKey(char32_t key) {
     constexpr char32_t kBackspace = 8;
@@ -52,7 +69,8 @@ inline char32_t digitKey(char32_t key) {
 /// One control of a form: which one, where it is, and what is called after the user changed it. A label is a
 /// text; one with `changed` is a link.
 struct FormItem {
-    using Control = std::variant<std::string*, OptionButton*, CheckBox*, TextBox*, ComboBox*, CommandButton*>;
+    using Control =
+        std::variant<std::string*, OptionButton*, CheckBox*, TextBox*, ComboBox*, CommandButton*, TableBox*>;
     Control control;
     int row = 0;
     int column = 0;

@@ -4,11 +4,13 @@
 
 #include <QApplication>
 #include <QCheckBox>
+#include <QClipboard>
 #include <QComboBox>
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QTableWidget>
 #include <QTest>
 
 #include "gui/recording_events.h"
@@ -110,6 +112,29 @@ TEST_F(FormDialogTest, TheFormClosesWhenItIsNoLongerLoadedAndNotBefore) {
     FormDialog closedAtOnce(form_, events_, nullptr);
     closedAtOnce.run();
     EXPECT_FALSE(closedAtOnce.isVisible());
+}
+
+TEST_F(FormDialogTest, ATableIsCopiedAndLeadsOnOnlyWhereALineLeads) {
+    TableBox table{.titles = {"Line", "Bytes"},
+                   .lines = {{{"Files", "10"}, "all names", false, true}, {{"a\nb", "3"}}}};
+    form_.items.push_back({.control = &table, .row = 6, .columnSpan = 3, .changed = [&] {
+                               seen_ = std::to_string(table.activated);
+                           }});
+    open();
+    auto* shown = nth<QTableWidget>(0);
+    EXPECT_EQ(shown->item(0, 0)->toolTip(), QStringLiteral("all names"));
+    QTest::keyClick(shown, Qt::Key_Return);
+    EXPECT_EQ(seen_, "0");
+    QTest::keyClick(shown, Qt::Key_A, Qt::ControlModifier);
+    QTest::keyClick(shown, Qt::Key_C, Qt::ControlModifier);
+    EXPECT_EQ(QGuiApplication::clipboard()->text(), QString::fromUtf8("Files\t10\na\u240Ab\t3\n"));
+    table.lines[1].cells[1] = "4";
+    table.announcement = "complete";
+    form_.redraw();
+    EXPECT_EQ(shown->item(1, 1)->text() + shown->accessibleDescription(), QStringLiteral("4complete"));
+    shown->setCurrentCell(1, 0);
+    QTest::keyClick(shown, Qt::Key_Return);
+    EXPECT_EQ(seen_, "ok");  // A line that leads nowhere leaves Return to the dialog.
 }
 
 TEST_F(FormDialogTest, TextsStandAsTheyAreControlsHaveNamesAndTheFormCanHaveThemShownAnew) {

@@ -17,6 +17,7 @@
 #include "base/scope_exit.h"
 #include "platform/qt/common/qt_convert.h"
 #include "platform/qt/common/qt_guard.h"
+#include "platform/qt/forms/form_table.h"
 
 namespace hl {
 
@@ -133,6 +134,10 @@ void showControl(QWidget& widget, const CommandButton* button, const FormItem&) 
     push.setEnabled(button->enabled);
 }
 
+void showControl(QWidget& widget, const TableBox* table, const FormItem&) {
+    dynamic_cast<FormTable&>(widget).show(*table);
+}
+
 }  // namespace
 
 FormDialog::FormDialog(Form& form, WindowEvents& events, QWidget* parent)
@@ -154,7 +159,8 @@ FormDialog::FormDialog(Form& form, WindowEvents& events, QWidget* parent)
     for (const FormItem& item : form.items) addItem(item);
     addButtons();
     const auto grows = [](const Shown& each) {
-        return dynamic_cast<QPlainTextEdit*>(each.widget) != nullptr;
+        return dynamic_cast<QPlainTextEdit*>(each.widget) != nullptr ||
+               dynamic_cast<FormTable*>(each.widget) != nullptr;
     };
     if (std::none_of(shown_.begin(), shown_.end(), grows)) rows->setSizeConstraint(QLayout::SetFixedSize);
     refresh();
@@ -244,6 +250,13 @@ QWidget* FormDialog::make(CommandButton&, const FormItem& item) {
         if (form_.loaded == nullptr && !form_.buttons.empty()) accept();
     });
     return button;
+}
+
+template <>
+QWidget* FormDialog::make(TableBox& control, const FormItem& item) {
+    grid_->setRowStretch(item.row, kLinesHeight);
+    return new FormTable(
+        events_, [&, this](int line) { told(item, [&] { control.activated = line; }); }, this);
 }
 
 template <>
