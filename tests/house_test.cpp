@@ -31,14 +31,15 @@ Rooms wing(const Rooms& below = {}) {
 }
 
 const Rooms kLinuxScanUses = wing({"platform/linux/process", "platform/linux/drives"});
+const Rooms kLinuxChangeUses = kLinuxScanUses + Rooms{"platform/linux/scan"};
 const Rooms kQtGridUses = wing({"platform/qt/common", "platform/qt/forms"});
 const Rooms kQtWindowUses = kQtGridUses + Rooms{"platform/qt/grid", "platform/qt/bars", "platform/qt/preview",
                                                 "platform/qt/print", "platform/desktop"};
 
 /// The other implementations that `main.cpp` may name.
-const Rooms kImplementations = {"platform/linux/process", "platform/linux/drives",  "platform/linux/scan",
-                                "platform/linux/change",  "platform/linux/preview", "platform/qt/preview",
-                                "platform/qt/window"};
+const Rooms kImplementations = {"platform/linux/process", "platform/linux/drives", "platform/linux/scan",
+                                "platform/linux/change",  "platform/linux/space",  "platform/linux/preview",
+                                "platform/qt/preview",    "platform/qt/window"};
 
 /// Each folder of src/, and the folders that it may include besides itself. "" is src/ itself, that is,
 /// main.cpp.
@@ -49,7 +50,8 @@ const std::map<std::string, Rooms> kHouse = {
     {"platform/linux/process", wing()},
     {"platform/linux/drives", wing({"platform/linux/process"})},
     {"platform/linux/scan", kLinuxScanUses},
-    {"platform/linux/change", kLinuxScanUses + Rooms{"platform/linux/scan"}},
+    {"platform/linux/change", kLinuxChangeUses},
+    {"platform/linux/space", kLinuxChangeUses + Rooms{"platform/linux/change"}},
     {"platform/linux/preview", wing({"platform/linux/process", "platform/linux/drives"})},
     {"platform/desktop", wing()},
     {"platform/qt/common", wing()},
