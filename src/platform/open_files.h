@@ -17,7 +17,7 @@
 namespace hl {
 
 /// A regular file that one process holds; there is one such for each process.
-struct OpenFile {
+struct HeldFile {
     FolderId id;              ///< As in FilePlace: the device is that of stat (st_dev).
     std::uint64_t mount = 0;  ///< The mount through which it was opened (see mountinfo); 0 if unknown.
     /// What it takes on the disk, in bytes (blocks of 512); nothing if only root may know that.
@@ -30,7 +30,7 @@ struct OpenFile {
 };
 
 struct OpenFilesAnswer {
-    std::vector<OpenFile> files = {};  ///< In the order of processes.
+    std::vector<HeldFile> files = {};  ///< In the order of processes.
     /// False if there are processes whose files this user may not see, or that are hidden: then there may be
     /// more such files, and only root knows.
     bool sawAll = false;
@@ -39,7 +39,7 @@ struct OpenFilesAnswer {
 /// For any thread. Has no state of its own.
 class OpenFiles {
   public:
-    using Wanted = std::function<bool(const OpenFile&)>;
+    using Wanted = std::function<bool(const HeldFile&)>;
 
     virtual ~OpenFiles() = default;
     /// Returns the files for which `wanted` returns true (null: all). It is asked when all but the program is
@@ -50,7 +50,7 @@ class OpenFiles {
 
 /// Wants the files on one device (st_dev).
 inline OpenFiles::Wanted onDevice(std::uint64_t device) {
-    return [device](const OpenFile& file) { return file.id.device == device; };
+    return [device](const HeldFile& file) { return file.id.device == device; };
 }
 
 }  // namespace hl

@@ -73,20 +73,20 @@ Mapping mappingOf(std::string_view line) {
 }
 
 /// Lists the files of one process after the other.
-class Listing {
+class HeldListing {
   public:
-    explicit Listing(const OpenFiles::Wanted& wanted) : wanted_(wanted) {}
+    explicit HeldListing(const OpenFiles::Wanted& wanted) : wanted_(wanted) {}
 
     void addProcess(int process, long number);
     OpenFilesAnswer answer;
 
   private:
-    void addDescriptors(int process, OpenFile file);
-    void addMappings(int process, OpenFile file);
-    const std::optional<OpenFile>& mapped(int process, const Mapping& mapping);
+    void addDescriptors(int process, HeldFile file);
+    void addMappings(int process, HeldFile file);
+    const std::optional<HeldFile>& mapped(int process, const Mapping& mapping);
     bool canHang(std::string_view path) const;
-    static int look(int folder, const std::string& name, int flags, OpenFile& file);
-    void add(int process, OpenFile& file);
+    static int look(int folder, const std::string& name, int flags, HeldFile& file);
+    void add(int process, HeldFile& file);
     void refused(int error) {
         if (error == EACCES || error == EPERM) answer.sawAll = false;
     }
@@ -95,10 +95,10 @@ class Listing {
     const std::vector<Mount> mounts_ = readMountTable();
     std::set<std::pair<std::uint64_t, std::uint64_t>> seen_;  ///< Files of the process, by device and inode.
     /// What mapped files are, by their device in the maps and inode: most processes map the same libraries.
-    std::map<std::pair<std::uint64_t, std::uint64_t>, std::optional<OpenFile>> mapped_;
+    std::map<std::pair<std::uint64_t, std::uint64_t>, std::optional<HeldFile>> mapped_;
 };
 
-bool Listing::canHang(std::string_view path) const {
+bool HeldListing::canHang(std::string_view path) const {
     const auto mayHold = [&](const Mount& mount) {
         return mount.canHang && isAtOrBelow(path, mount.mountPoint);
     };
@@ -109,7 +109,7 @@ bool Listing::canHang(std::string_view path) const {
 
 /// Returns a system error code; EINVAL if it is no regular file. No server is asked: a dead one would never
 /// answer.
-int Listing::look(int folder, const std::string& name, int flags, OpenFile& file) {
+int HeldListing::look(int folder, const std::string& name, int flags, HeldFile& file) {
     constexpr unsigned kMask = STATX_TYPE | STATX_INO | STATX_NLINK | STATX_BLOCKS | STATX_MNT_ID;
     constexpr std::uint64_t kBlock = 512;
     struct statx facts {};
@@ -123,7 +123,7 @@ int Listing::look(int folder, const std::string& name, int flags, OpenFile& file
     return 0;
 }
 
-void Listing::add(int process, OpenFile& file) {
+void HeldListing::add(int process, HeldFile& file) {
     if (!seen_.emplace(file.id.device, file.id.inode).second) return;
     if (wanted_ && !wanted_(file)) return;
     if (file.program.empty()) {
@@ -134,16 +134,16 @@ void Listing::add(int process, OpenFile& file) {
     answer.files.push_back(file);
 }
 
-void Listing::addProcess(int process, long number) {
+void HeldListing::addProcess(int process, long number) {
     seen_.clear();
-    const OpenFile file{.id = {}, .process = number};
+    const HeldFile file{.id = {}, .process = number};
     addDescriptors(process, file);
     addMappings(process, file);
 }
 
 // The text of a link tells what is no file ("socket:[7]") and what lies on a disk that may not answer,
 // without a question to that disk.
-void Listing::addDescriptors(int process, OpenFile file) {
+void HeldListing::addDescriptors(int process, HeldFile file) {
     const Descriptor folder = openAt(process, "fd", kFolderFlags);
     if (!folder.isOpen()) return refused(errno);
     char target[PATH_MAX];
@@ -156,7 +156,7 @@ void Listing::addDescriptors(int process, OpenFile file) {
     });
 }
 
-void Listing::addMappings(int process, OpenFile file) {
+void HeldListing::addMappings(int process, HeldFile file) {
     constexpr std::size_t kMostBytes = std::size_t{64} << 20U;
     const Descriptor maps = openAt(process, "maps", O_RDONLY);
     std::string text;
@@ -169,7 +169,7 @@ void Listing::addMappings(int process, OpenFile file) {
         rest.remove_prefix(std::min(end + 1, rest.size()));
         if (mapping.file.inode == 0 || !mapping.path.starts_with('/') || mapping.file == last) continue;
         last = mapping.file;  // A library has several ranges, one behind the other.
-        const std::optional<OpenFile>& known = mapped(process, mapping);
+        const std::optional<HeldFile>& known = mapped(process, mapping);
         if (!known) continue;
         const std::string program = std::move(file.program);
         file = {known->id, known->mount, known->bytes, known->links, file.process, program};
@@ -178,11 +178,11 @@ void Listing::addMappings(int process, OpenFile file) {
 }
 
 // A path that still leads to the file tells all; else only root may follow the link in map_files.
-const std::optional<OpenFile>& Listing::mapped(int process, const Mapping& mapping) {
+const std::optional<HeldFile>& HeldListing::mapped(int process, const Mapping& mapping) {
     const auto [at, isNew] = mapped_.try_emplace({mapping.file.device, mapping.file.inode});
     if (!isNew || canHang(mapping.path)) return at->second;
     const bool deleted = mapping.path.ends_with(kDeleted);
-    OpenFile file{.id = {}};
+    HeldFile file{.id = {}};
     const bool byPath = !deleted && look(AT_FDCWD, std::string(mapping.path), AT_SYMLINK_NOFOLLOW, file) == 0;
     if (byPath && file.id.inode == mapping.file.inode) return at->second = file;
     const int error = look(process, "map_files/" + std::string(mapping.range), 0, file);
@@ -194,7 +194,7 @@ const std::optional<OpenFile>& Listing::mapped(int process, const Mapping& mappi
 }  // namespace
 
 OpenFilesAnswer LinuxOpenFiles::list(const Wanted& wanted) const {
-    Listing listing(wanted);
+    HeldListing listing(wanted);
     const Descriptor proc = openAt(AT_FDCWD, proc_, kFolderFlags);
     if (!proc.isOpen()) return {};
     // Where processes of others are hidden, the first one is missing.

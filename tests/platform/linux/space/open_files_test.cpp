@@ -56,9 +56,9 @@ class Holder {
 };
 
 /// Returns what `process` holds on the device of the folder.
-std::vector<OpenFile> heldBy(pid_t process, const std::string& folder, const OpenFilesAnswer& answer) {
-    std::vector<OpenFile> held;
-    for (const OpenFile& file : answer.files)
+std::vector<HeldFile> heldBy(pid_t process, const std::string& folder, const OpenFilesAnswer& answer) {
+    std::vector<HeldFile> held;
+    for (const HeldFile& file : answer.files)
         if (file.process == process && file.id.device == factsOf(folder).st_dev) held.push_back(file);
     return held;
 }
@@ -73,7 +73,7 @@ TEST(OpenFiles, AFileIsToldWithItsProcessWhetherOpenOrMappedAndDeletedOrNot) {
             const struct stat facts = factsOf(path);
             const Holder holder(path, holds);
             if (deleted) must(::unlink(path.c_str()));
-            const auto inode = [&](const OpenFile& file) { return file.id.inode == facts.st_ino; };
+            const auto inode = [&](const HeldFile& file) { return file.id.inode == facts.st_ino; };
             const auto held = heldBy(holder.process(), dir.path(), LinuxOpenFiles().list(inode));
             ASSERT_EQ(held.size(), 1U);
             EXPECT_EQ(held[0].isDeleted(), deleted);
@@ -93,7 +93,7 @@ TEST(OpenFiles, WithoutRootTheFilesOfOthersAreMissingAndThatIsSaid) {
     const Holder holder(dir.path() + "/held", Holds::kOpen, kOther);
     const std::uint64_t inode = factsOf(dir.path() + "/held").st_ino;
     const auto seen = [&] {
-        const auto isHeld = [&](const OpenFile& file) { return file.id.inode == inode; };
+        const auto isHeld = [&](const HeldFile& file) { return file.id.inode == inode; };
         const OpenFilesAnswer answer = LinuxOpenFiles().list(isHeld);
         return std::pair(answer.sawAll, heldBy(holder.process(), dir.path(), answer).size());
     };
