@@ -1,12 +1,9 @@
 // Tests what the scripts of the project do on a machine with hardly any programs. They run in a copy of the
 // project's folder, with a PATH that leads only to tools of the shell; fakes play apt-get and all that it
 // installs.
-#include <gtest/gtest.h>
 #include <pty.h>
 #include <sys/wait.h>
 #include <unistd.h>
-
-#include <algorithm>
 
 #include "base/text.h"
 #include "support/temp_dir.h"
@@ -18,8 +15,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-class BareMachine : public ::testing::Test {
-  protected:
+struct BareMachine : ::testing::Test {
     BareMachine() {
         for (const char* folder : {"bin", "deb", "project/tools"})
             fs::create_directories(machine_.path() + "/" + folder);
@@ -141,9 +137,7 @@ TEST_F(BareMachine, ATerminalShowsHowFarTheBuildIs) {
         "echo 'echo started' >build/release/src/harborlantern\n"
         "chmod +x build/release/src/harborlantern");
     const std::string said = runOnTerminal("./run -s report.csv .");
-    EXPECT_NE(said.find("Building harborlantern in build/release ...\r\n\r\x1b[K[1/2] Compiling\r\x1b[K"),
-              std::string::npos)
-        << said;
+    EXPECT_TRUE(has(said, "Building harborlantern in build/release ...\r\n\r\x1b[K[1/2] Compiling\r\x1b[K"));
     EXPECT_TRUE(said.ends_with("started\r\n")) << said;
 }
 
@@ -165,7 +159,7 @@ TEST_F(BareMachine, ACheckNamesWhatFailedLastAndCountsWhatWasSkipped) {
 
     const std::string said = run("./check");
     EXPECT_TRUE(said.starts_with("1 ")) << said;
-    EXPECT_NE(said.find("\nSkipped: A.Off: no screen\n[ RUN      ] A.Bad\nwhy\n"), std::string::npos) << said;
+    EXPECT_TRUE(has(said, "\nSkipped: A.Off: no screen\n[ RUN      ] A.Bad\nwhy\n"));
     EXPECT_TRUE(said.ends_with("\nFAILED: A.Bad (release)\n5 passed, 1 failed, 1 skipped\n")) << said;
 }
 

@@ -1,10 +1,5 @@
 // Tests which room sees what of the others and of the system, and what the program needs of its machine. The
 // table is the layout of src/ as CONTRIBUTING.md describes it.
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <filesystem>
-#include <fstream>
 
 #include "support/program.h"
 

@@ -1,16 +1,11 @@
 // Tests the program from outside with a disk that does not answer.
-#include <gtest/gtest.h>
 #include <signal.h>
-
-#include <thread>
 
 #include "support/fuse_mount.h"
 #include "support/program.h"
 
-namespace hl {
+namespace hl::test {
 namespace {
-
-using namespace test;
 
 TEST(ProgramHanging, AReportSaysWhatItWaitsForAndGoesOnOrEndsWhenItIsTold) {
     const TempDir dir;
@@ -34,7 +29,7 @@ TEST(ProgramHanging, AReportSaysWhatItWaitsForAndGoesOnOrEndsWhenItIsTold) {
         const Ended ended = program.run({"-s", report, source}, pid);
         later.join();
         EXPECT_EQ(ended.status, goesOn ? 0 : 128 + SIGINT);
-        EXPECT_NE(ended.errors.find("Warten auf " + source), std::string::npos) << ended.errors;
+        EXPECT_TRUE(has(ended.errors, "Warten auf " + source));
         EXPECT_EQ(ended.errors.find("wurde nicht geschrieben: angehalten") == std::string::npos, goesOn);
         EXPECT_EQ(contentOf(report).find("/mount/a\"") != std::string::npos, goesOn);
         mount.answerAgain();
@@ -42,4 +37,4 @@ TEST(ProgramHanging, AReportSaysWhatItWaitsForAndGoesOnOrEndsWhenItIsTold) {
 }
 
 }  // namespace
-}  // namespace hl
+}  // namespace hl::test

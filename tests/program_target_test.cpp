@@ -1,10 +1,7 @@
 // Tests where the program writes: what was at the target of a report before, and what is left there.
-#include <gtest/gtest.h>
 #include <linux/fs.h>
 #include <sys/file.h>
 #include <sys/ioctl.h>
-
-#include <future>
 
 #include "platform/linux/change/files.h"
 #include "platform/linux/process/descriptor.h"
@@ -12,14 +9,10 @@
 #include "support/results.h"
 #include "support/trashing.h"
 
-namespace hl {
+namespace hl::test {
 namespace {
 
-namespace fs = std::filesystem;
-using namespace test;
-
-class ProgramTarget : public testing::Test {
-  protected:
+struct ProgramTarget : testing::Test {
     ProgramTarget() { makeFile(source + "/\x1b[31mred", 5); }
     Ended report(const std::string& target, const std::function<void()>& before = nullptr) const {
         return program.run({"-s", target, source}, before);
@@ -84,13 +77,13 @@ TEST_F(ProgramTarget, IsFoundOutBeforeTheScan) {
     const std::string pipe = dir.path() + "/pipe", none = dir.path() + "/none/r.csv";
     for (const std::string& target : {none, dir.path()}) {
         EXPECT_EQ(report(target).status, 1);
-        EXPECT_EQ(contentOf(program.home("Harborlantern.log")).find("Einlesen"), std::string::npos);
+        EXPECT_FALSE(has(contentOf(program.home("Harborlantern.log")), "Einlesen"));
     }
     // The pipe must not be opened just to try it: its reader would take that for the end.
     must(::mkfifo(pipe.c_str(), 0600));
     auto reader = std::async(std::launch::async, [&] { return contentOf(pipe); });
     EXPECT_EQ(report(pipe).status, 0);
-    EXPECT_NE(reader.get().find(",\"5\",1,0\r\n"), std::string::npos);
+    EXPECT_TRUE(has(reader.get(), ",\"5\",1,0\r\n"));
 }
 
 TEST_F(ProgramTarget, InAFolderThatOnlyGrowsNoRestIsLeft) {
@@ -121,7 +114,7 @@ TEST_F(ProgramTarget, ATerminalGetsStandInsForControlCharacters) {
         char text[4096];
         const std::string_view shown(
             text, static_cast<std::size_t>(must(static_cast<int>(::read(master, text, sizeof text)))));
-        EXPECT_NE(shown.find("␛[32msource\""), std::string::npos) << target;
+        EXPECT_TRUE(has(shown, "␛[32msource\"")) << target;
         EXPECT_EQ(shown.find('\x1b'), std::string::npos) << target;
     }
     ::close(slave);
@@ -139,4 +132,4 @@ TEST_F(ProgramTarget, ALockOnTheFolderOfTheSettingsHoldsNobodyUp) {
 }
 
 }  // namespace
-}  // namespace hl
+}  // namespace hl::test

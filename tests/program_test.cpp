@@ -1,20 +1,12 @@
 // Tests the program from outside: what a report says of a tree, and how a run ends.
-#include <gtest/gtest.h>
 
-#include <algorithm>
-#include <random>
-#include <regex>
-
+#include "support/program.h"
 #include "base/text.h"
 #include "support/kinds.h"
 #include "support/mounted.h"
-#include "support/program.h"
 
-namespace hl {
+namespace hl::test {
 namespace {
-
-namespace fs = std::filesystem;
-using namespace test;
 
 struct Numbers {
     std::uint64_t size = 0;
@@ -93,8 +85,7 @@ class TreeMaker {
     std::uint64_t lastSize_ = 0;
 };
 
-class ProgramRun : public testing::Test {
-  protected:
+struct ProgramRun : testing::Test {
     void oneFile() const { makeFile(dir.path() + "/file", 5); }
 
     const TempDir dir;
@@ -143,9 +134,9 @@ TEST_F(ProgramRun, EndsACircleOfLinksAndMountsWhereItComesBackToAFolderAbove) {
     program.setOptions({"ScanHardlinks=1"});
     const Ended ended = program.run({"-s", report, top});
     EXPECT_EQ(ended.status, 1);
-    EXPECT_EQ(ended.errors.find("/c"), std::string::npos) << ended.errors;
+    EXPECT_FALSE(has(ended.errors, "/c"));
     EXPECT_EQ(std::ranges::count(ended.errors, '\n'), bound.done() ? 3 : 2) << ended.errors;
-    EXPECT_NE(ended.errors.find("/a/b/up/: #40 - "), std::string::npos) << ended.errors;
+    EXPECT_TRUE(has(ended.errors, "/a/b/up/: #40 - "));
     EXPECT_EQ(readReport(report)[top], (Numbers{3, 3, 7}));
 
     // Below a link the path leads through folders that are not above the source, down to the source again.
@@ -190,13 +181,13 @@ TEST_F(ProgramRun, NamesWhatItCouldNotReadAndReadsTheRest) {
     EXPECT_EQ(ended.status, 1);
     for (const std::string& denied : {dir.path() + "/denied", dir.path() + "/listable"}) {
         ::chmod(denied.c_str(), 0700);
-        EXPECT_NE(ended.errors.find(denied + "/: #13 - "), std::string::npos) << ended.errors;
+        EXPECT_TRUE(has(ended.errors, denied + "/: #13 - "));
     }
     Rows rows = readReport(report);
     EXPECT_EQ(rows[dir.path() + "/denied"], Numbers());
     EXPECT_EQ(rows[dir.path() + "/listable"], (Numbers{0, 1, 0}));
     EXPECT_EQ(rows[dir.path()], (Numbers{1, 2, 3}));
-    EXPECT_NE(contentOf(program.home("Harborlantern.log")).find("Zugriffsfehler: 2"), std::string::npos);
+    EXPECT_TRUE(has(contentOf(program.home("Harborlantern.log")), "Zugriffsfehler: 2"));
 }
 
 TEST_F(ProgramRun, KeepsAnOlderReportWhenTheNewOneCannotBeWritten) {
@@ -213,7 +204,7 @@ TEST_F(ProgramRun, KeepsAnOlderReportWhenTheNewOneCannotBeWritten) {
     for (const std::string& path : {std::string("/dev/full"), dir.path() + "/none/r.csv", dir.path()}) {
         const Ended ended = program.run({"-s", path, dir.path()});
         EXPECT_EQ(ended.status, 1) << path;
-        EXPECT_NE(ended.errors.find(path), std::string::npos) << ended.errors;
+        EXPECT_TRUE(has(ended.errors, path));
     }
     EXPECT_EQ(contentOf(old), "precious");
     EXPECT_EQ(program.run({"-s", old, dir.path()}).status, 0);
@@ -247,8 +238,8 @@ TEST_F(ProgramRun, EndsWithTheStatusThatItsUsersScriptsCount) {
         const std::string line = testing::PrintToString(arguments);
         EXPECT_EQ(ended.status, status) << line << ended.errors;
         EXPECT_EQ(ended.errors.empty(), says.empty()) << line << ended.errors;
-        EXPECT_NE(ended.errors.find(says), std::string::npos) << line << ended.errors;
-        EXPECT_EQ(ended.errors.find("error.log"), std::string::npos) << line << ended.errors;
+        EXPECT_TRUE(has(ended.errors, says)) << line;
+        EXPECT_FALSE(has(ended.errors, "error.log")) << line;
     }
     EXPECT_FALSE(fs::exists(program.home("error.log"))) << "no error of the program itself";
 }
@@ -335,7 +326,7 @@ TEST_F(ProgramRun, GoesOnWithSettingsThatMakeNoSense) {
         EXPECT_EQ(ended.status, 1);
         EXPECT_EQ(ended.errors,
                   "Unerwarteter Fehler: Type mismatch: " + named + ". Näheres steht in " + log + ".\n");
-        EXPECT_NE(contentOf(log).find("Err: 13 - "), std::string::npos);
+        EXPECT_TRUE(has(contentOf(log), "Err: 13 - "));
         EXPECT_EQ(readReport(report).size(), 1U);
         fs::remove(log);
     }
@@ -350,7 +341,7 @@ TEST_F(ProgramRun, NamesThePackageOfAWindowThatIsNotInstalled) {
         const Ended ended = program.run({}, start);
         EXPECT_EQ(ended.status, 3);
         EXPECT_EQ(ended.errors.find("(harborlantern-gui)") != std::string::npos, byPackage) << ended.errors;
-        EXPECT_NE(ended.errors.find(" -s "), std::string::npos) << ended.errors;
+        EXPECT_TRUE(has(ended.errors, " -s "));
     }
 }
 
@@ -374,4 +365,4 @@ TEST_F(ProgramRun, ReplacesNoReportWhereMemoryEnds) {
 }
 
 }  // namespace
-}  // namespace hl
+}  // namespace hl::test

@@ -1,7 +1,5 @@
 #include "app/command_line.h"
 
-#include <gtest/gtest.h>
-
 namespace hl {
 namespace {
 

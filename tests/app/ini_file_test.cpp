@@ -1,9 +1,5 @@
 #include "app/ini_file.h"
 
-#include <gtest/gtest.h>
-
-#include <random>
-
 namespace hl {
 namespace {
 

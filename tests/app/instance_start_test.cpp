@@ -3,7 +3,7 @@
 #include "app/settings_fixture.h"
 #include "support/scripted_pump.h"
 
-namespace hl {
+namespace hl::test {
 namespace {
 
 struct FakeInstances : Instances {
@@ -52,7 +52,7 @@ TEST(InstanceStart, ARestartWaitsTwentySecondsAtMost) {
     for (const auto& [heldFor, pauses] : cases) {
         FakeInstances instances;
         instances.heldFor = heldFor;
-        test::ScriptedPump pump;
+        ScriptedPump pump;
         const auto sleep = [&](std::chrono::milliseconds time) {
             pump.tick += static_cast<std::uint64_t>(time.count());
         };
@@ -70,7 +70,7 @@ TEST(InstanceStart, TheNameIsThatOfTheFileWithoutItsExtension) {
     for (const auto& [executable, name] : cases) EXPECT_EQ(AppExeName(executable), name);
 }
 
-using SingleInstance = test::SettingsFixture;
+using SingleInstance = SettingsFixture;
 
 TEST_F(SingleInstance, IsTheDefaultAndOnlyANumberOfZeroTurnsItOff) {
     EXPECT_TRUE(singleInstanceWanted(store));
@@ -82,4 +82,4 @@ TEST_F(SingleInstance, IsTheDefaultAndOnlyANumberOfZeroTurnsItOff) {
 }
 
 }  // namespace
-}  // namespace hl
+}  // namespace hl::test

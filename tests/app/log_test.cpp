@@ -1,28 +1,23 @@
 #include "app/log.h"
 
-#include <gtest/gtest.h>
-
-#include <stdexcept>
-
 #include "platform/linux/change/files.h"
 #include "support/temp_dir.h"
 #include "support/whole_files.h"
 
-namespace hl {
+namespace hl::test {
 namespace {
 
-class LogFiles : public testing::Test {
-  protected:
-    std::string content(const std::string& name) const { return test::contentOf(dir.path() + "/" + name); }
+struct LogFiles : testing::Test {
+    std::string content(const std::string& name) const { return contentOf(dir.path() + "/" + name); }
 
-    test::TempDir dir;
+    TempDir dir;
     LinuxFiles files;
     DateFormat dates{"dd.MM.yyyy", "hh:nn:ss"};
     Log log{files, dir.path(), dates, [] { return LocalTime{2024, 2, 29, 7, 5, 9}; }};
 };
 
 TEST_F(LogFiles, TakeOneLineBehindTheEarlierOnesForEachEventOfTheProtocol) {
-    test::writeFile(dir.path() + "/Harborlantern.log", "earlier\r\n");
+    writeFile(dir.path() + "/Harborlantern.log", "earlier\r\n");
     log.LogProtokoll("Zugriffsfehler: /a\r\nb\nc\xFF\x1b[2J\x7F");
     log.LogProtokoll("");
     EXPECT_EQ(
@@ -50,4 +45,4 @@ TEST_F(LogFiles, DisturbNobodyWhereTheyCannotBeWritten) {
 }
 
 }  // namespace
-}  // namespace hl
+}  // namespace hl::test

@@ -1,20 +1,14 @@
 #include "app/options.h"
 
-#include <gtest/gtest.h>
-
-#include <map>
-#include <sstream>
-
 #include "app/option_table.h"
 #include "app/settings_fixture.h"
 #include "support/whole_files.h"
 
-namespace hl {
+namespace hl::test {
 namespace {
 
-class OptionsFile : public test::SettingsFixture {
-  protected:
-    void holds(const std::string& lines) { test::writeFile(path, "[Optionen]\r\n" + lines); }
+struct OptionsFile : SettingsFixture {
+    void holds(const std::string& lines) { writeFile(path, "[Optionen]\r\n" + lines); }
     std::string stored(const char* key) { return store.GetSettings("Optionen", key, "none"); }
 
     Options load(bool onlyDateFormat = false) {
@@ -151,7 +145,7 @@ std::map<std::string, std::string, std::less<>> toldDefaults(const std::string& 
 
 TEST(Manual, TellsOfEverySettingWithItsDefault) {
     for (const char* file : {"/man/harborlantern.1", "/man/de/harborlantern.1"}) {
-        const auto told = toldDefaults(test::contentOf(std::string(HARBORLANTERN_SOURCE_DIR) + file));
+        const auto told = toldDefaults(contentOf(std::string(HARBORLANTERN_SOURCE_DIR) + file));
         for (const OptionKey& option : kOptionTable) {
             const auto found = told.find(option.key);
             EXPECT_EQ(found == told.end() ? "not told" : found->second, option.defaultValue)
@@ -161,4 +155,4 @@ TEST(Manual, TellsOfEverySettingWithItsDefault) {
 }
 
 }  // namespace
-}  // namespace hl
+}  // namespace hl::test

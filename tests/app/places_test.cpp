@@ -1,20 +1,18 @@
 #include "app/places.h"
 
-#include <gtest/gtest.h>
-
 #include "platform/linux/change/files.h"
 #include "support/temp_dir.h"
 #include "support/trees.h"
 #include "support/whole_files.h"
 
-namespace hl {
+namespace hl::test {
 namespace {
 
 TEST(Places, AreBesideTheExecutableUntilAPackagePutItThere) {
-    const test::TempDir dir;
+    const TempDir dir;
     const std::string beside = dir.path() + "/lib/machine/harborlantern";
     const std::string share = dir.path() + "/share/harborlantern";
-    std::filesystem::create_directories(beside);
+    fs::create_directories(beside);
     struct Case {
         const char* what;
         std::string named, configHome, home, portable, installed;
@@ -28,7 +26,7 @@ TEST(Places, AreBesideTheExecutableUntilAPackagePutItThere) {
         {"settings without a home", "", "/config", "", beside, "/config/harborlantern", true},
         {"no home at all", "", "", "", beside, beside, false}};
     for (const bool installed : {false, true}) {
-        if (installed) test::writeFile(beside + "/installed", "../../../share/harborlantern\nA package.\n");
+        if (installed) writeFile(beside + "/installed", "../../../share/harborlantern\nA package.\n");
         for (const Case& one : cases) {
             SCOPED_TRACE(one.what);
             LinuxFiles files;
@@ -43,4 +41,4 @@ TEST(Places, AreBesideTheExecutableUntilAPackagePutItThere) {
 }
 
 }  // namespace
-}  // namespace hl
+}  // namespace hl::test

@@ -1,8 +1,6 @@
 // Provides a settings file in a folder of its own, watches the program's files, and keeps reported errors.
 #pragma once
 
-#include <gtest/gtest.h>
-
 #include "app/settings.h"
 #include "platform/linux/change/files.h"
 #include "platform/linux/process/system_error.h"
@@ -13,8 +11,7 @@
 namespace hl::test {
 
 /// The system's files; it counts what is written, and fails where a test wants that.
-class WatchedFiles : public LinuxFiles {
-  public:
+struct WatchedFiles : LinuxFiles {
     int replacements = 0;
     /// If it is not 0, every reading fails with this error.
     int readError = 0;
@@ -29,8 +26,7 @@ class WatchedFiles : public LinuxFiles {
     }
 };
 
-class SettingsFixture : public testing::Test, protected FakeDiagnostics {
-  protected:
+struct SettingsFixture : testing::Test, protected FakeDiagnostics {
     TempDir dir;
     std::string path = dir.path() + "/Harborlantern.ini";
     WatchedFiles files;

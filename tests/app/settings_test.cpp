@@ -6,17 +6,17 @@
 
 #include "app/settings_fixture.h"
 
-namespace hl {
+namespace hl::test {
 namespace {
 
-using Settings = test::SettingsFixture;
+using Settings = SettingsFixture;
 
 TEST_F(Settings, GiveDefaultsWithoutAFileAndAreWrittenOnlyWhereSomethingChanges) {
     EXPECT_EQ(store.GetSettings("Optionen", "FontSize", 8.25F), "8.25");
-    EXPECT_FALSE(std::filesystem::exists(path));
+    EXPECT_FALSE(fs::exists(path));
     store.StoreSettings("Allgemein", "Lang", 9);
     store.StoreSettings("Allgemein", "Lang", "9");
-    EXPECT_EQ(test::contentOf(path), "[Allgemein]\r\nLang=9\r\n");
+    EXPECT_EQ(contentOf(path), "[Allgemein]\r\nLang=9\r\n");
     EXPECT_EQ(files.replacements, 1);
 }
 
@@ -30,10 +30,10 @@ TEST_F(Settings, GoToTheFileThatACallNamesOrAreLostInSilence) {
 }
 
 TEST_F(Settings, AreNotOverwrittenWhereTheyCannotBeRead) {
-    test::writeFile(path, "[S]\r\nprecious=1\r\n");
+    writeFile(path, "[S]\r\nprecious=1\r\n");
     files.readError = EIO;
     store.StoreSettings("S", "k", "v");
-    EXPECT_EQ(test::contentOf(path), "[S]\r\nprecious=1\r\n");
+    EXPECT_EQ(contentOf(path), "[S]\r\nprecious=1\r\n");
     EXPECT_EQ(files.replacements, 0);
 }
 
@@ -97,4 +97,4 @@ TEST_F(Settings, LoseNothingWhereSeveralProcessesWriteAtOnce) {
 }
 
 }  // namespace
-}  // namespace hl
+}  // namespace hl::test

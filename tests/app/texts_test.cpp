@@ -6,17 +6,14 @@
 #include "app/settings_fixture.h"
 #include "app/translator_file.h"
 
-namespace hl {
+namespace hl::test {
 namespace {
 
-class TextsOf : public test::SettingsFixture {
-  protected:
+struct TextsOf : SettingsFixture {
     void library(const std::string& name, std::string_view content) {
-        test::writeFile(programFolder.path() + "/" + name, content);
+        writeFile(programFolder.path() + "/" + name, content);
     }
-    void stored(const std::string& language) {
-        test::writeFile(path, "[Allgemein]\r\nLang=" + language + "\r\n");
-    }
+    void stored(const std::string& language) { writeFile(path, "[Allgemein]\r\nLang=" + language + "\r\n"); }
     std::string storedNow() { return store.GetSettings("Allgemein", "Lang", "none"); }
 
     Texts& start(const std::string& locale, const std::string& commandLine = "") {
@@ -31,7 +28,7 @@ class TextsOf : public test::SettingsFixture {
         return start("en_US");
     }
 
-    test::TempDir programFolder;
+    TempDir programFolder;
     std::optional<Texts> texts;
 };
 
@@ -41,7 +38,7 @@ TEST_F(TextsOf, TheSystemsLanguageAreThatOfEveryLaterStart) {
     EXPECT_EQ(start("de_DE.UTF-8").languageId(), kEnglish);
     EXPECT_EQ(storedNow(), "9");
     EXPECT_EQ(files.replacements, 1) << "what does not change is not written";
-    std::filesystem::remove(path);
+    fs::remove(path);
     EXPECT_EQ(start("de_DE.UTF-8").TL(1, "Speichern"), "Speichern");
     EXPECT_EQ(storedNow(), "7");
 }
@@ -71,7 +68,7 @@ TEST_F(TextsOf, EachLanguageComeFromItsOwnLibraryAndTheSettingsFolderFirst) {
     library("swe.dll", "[1]\nen=Save\nsv=Packaged\n");
     stored("29");
     EXPECT_EQ(start("").TL(1, "Speichern"), "Packaged");
-    test::writeFile(dir.path() + "/swe.dll", "[1]\nsv=Mine\n");
+    writeFile(dir.path() + "/swe.dll", "[1]\nsv=Mine\n");
     EXPECT_EQ(start("").TL(1, "Speichern"), "Mine");
     EXPECT_EQ(storedNow(), "29");
 }
@@ -92,7 +89,7 @@ TEST_F(TextsOf, ABadNumberOfALanguageAreReportedAndGerman) {
         stored(bad);
         EXPECT_EQ(start("en_US").TL(1, "Speichern"), "Speichern");
         ASSERT_EQ(sink.shown.size(), 1U) << bad;
-        EXPECT_NE(sink.shown[0].find("Modul: z_Translate\r\nFunc: Init_Sprache"), std::string::npos);
+        EXPECT_TRUE(has(sink.shown[0], "Modul: z_Translate\r\nFunc: Init_Sprache"));
         EXPECT_EQ(storedNow(), bad);
     }
 }
@@ -118,8 +115,8 @@ TEST_F(TextsOf, IdsThatNoTextHasAreTheDefault) {
 }
 
 TEST_F(TextsOf, TheTranslatorsFileAreShownInGermanTooWhenAsked) {
-    test::writeFile(dir.path() + "/HarborlanternTL.txt",
-                    "# a list\n1,Speichern,\"Save, please\"\n1,Speichern,Store\n2,Leer,\nabc,x,nobody\n");
+    writeFile(dir.path() + "/HarborlanternTL.txt",
+              "# a list\n1,Speichern,\"Save, please\"\n1,Speichern,Store\n2,Leer,\nabc,x,nobody\n");
     EXPECT_EQ(start("de_DE", "-tlmodus").TL(1, "Speichern"), "Speichern");
     Texts& translated = start("de_DE", "\"/a\" -TLMODUS");
     EXPECT_EQ(translated.TL(1, "Speichern"), "Store") << "the later of two counts";
@@ -127,7 +124,7 @@ TEST_F(TextsOf, TheTranslatorsFileAreShownInGermanTooWhenAsked) {
     EXPECT_EQ(translated.TL(0, "Null"), "Null");
     EXPECT_EQ(translated.TranslateControlText("1") + translated.TranslateControlText("2"), "Store");
 
-    test::writeFile(dir.path() + "/other.txt", "2,b,zwei\n");
+    writeFile(dir.path() + "/other.txt", "2,b,zwei\n");
     translated.LoadTextFromFile(dir.path() + "/other.txt");
     translated.LoadTextFromFile(dir.path() + "/missing.txt");
     EXPECT_EQ(translated.TL(1, "a") + translated.TL(2, "b"), "azwei");
@@ -200,4 +197,4 @@ TEST(Language, TakesTheFirstVariableThatIsNotEmpty) {
 }
 
 }  // namespace
-}  // namespace hl
+}  // namespace hl::test

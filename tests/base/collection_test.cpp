@@ -1,10 +1,5 @@
 #include "base/collection.h"
 
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <random>
-
 #include "base/fault.h"
 #include "base/text.h"
 

@@ -1,10 +1,8 @@
 #include "base/date_format.h"
 
-#include <gtest/gtest.h>
-
 #include "support/environment.h"
 
-namespace hl {
+namespace hl::test {
 namespace {
 
 using Pairs = std::vector<std::pair<const char*, const char*>>;
@@ -41,7 +39,7 @@ std::string text(auto moment) {
 }
 
 TEST(LocalTimes, FollowTheTimeZoneFarFromTheEpochAndDropTheFractionTowardsThePast) {
-    const test::Environment zone({{"TZ", "CET-1CEST,M3.5.0,M10.5.0/3"}});
+    const Environment zone({{"TZ", "CET-1CEST,M3.5.0,M10.5.0/3"}});
     EXPECT_EQ(text(std::int64_t{1'700'000'000}), "2023-11-14 23:13:20");
     EXPECT_EQ(text(std::int64_t{1'690'000'000}), "2023-07-22 06:26:40");
     EXPECT_EQ(text(std::int64_t{-11'644'473'600}), "1601-01-01 01:00:00");
@@ -56,4 +54,4 @@ TEST(LocalTimes, SurviveADamagedTimeStamp) {
 }
 
 }  // namespace
-}  // namespace hl
+}  // namespace hl::test

@@ -1,9 +1,5 @@
 #include "base/number_format.h"
 
-#include <gtest/gtest.h>
-
-#include <cmath>
-
 namespace hl {
 namespace {
 

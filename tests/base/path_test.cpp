@@ -1,7 +1,5 @@
 #include "base/path.h"
 
-#include <gtest/gtest.h>
-
 #include "base/absolute_path.h"
 
 namespace hl {

@@ -1,7 +1,5 @@
 #include "base/size_text.h"
 
-#include <gtest/gtest.h>
-
 #include "base/size_value.h"
 
 namespace hl {

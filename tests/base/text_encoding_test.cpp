@@ -1,7 +1,5 @@
 #include "base/text_encoding.h"
 
-#include <gtest/gtest.h>
-
 namespace hl {
 namespace {
 

@@ -1,9 +1,5 @@
 #include "base/text.h"
 
-#include <gtest/gtest.h>
-
-#include <random>
-
 namespace hl {
 namespace {
 

@@ -1,18 +1,14 @@
 // Tests what deleting reports, and in which order, with a scripted disk.
 #include "fileops/deleting.h"
 
-#include <algorithm>
-
 #include "fileops/renaming.h"
 #include "fileops/undo_steps.h"
 #include "platform/linux/change/trash.h"
 #include "support/fake_window.h"
 #include "support/scan_fixture.h"
 
-namespace hl {
+namespace hl::test {
 namespace {
-
-using namespace test;
 
 class ScriptedOperations final : public FileOperations {
   public:
@@ -51,8 +47,7 @@ class ScriptedOperations final : public FileOperations {
     }
 };
 
-class QuietHost final : public FileOpsHost {
-  public:
+struct QuietHost final : FileOpsHost {
     std::string panel;
     void setFirstPanel(const std::string& text) override { panel = text; }
     void offerTakeBack(const std::string& text) override { panel = text; }
@@ -63,8 +58,7 @@ class QuietHost final : public FileOpsHost {
     bool closed() override { return false; }
 };
 
-class DeletingTest : public ScanFixture {
-  protected:
+struct DeletingTest : ScanFixture {
     /// The source is /src(a(aa) b), with 100 bytes and one file in aa, and 10 bytes and two files in b.
     DeletingTest() {
         disk.sources = {folder("/src", {folder("a", {folder("aa", {file("x", 100)})}),
@@ -214,4 +208,4 @@ TEST_F(DeletingTest, ARenamedFolderIsWhereTheListLooksNext) {
 }
 
 }  // namespace
-}  // namespace hl
+}  // namespace hl::test

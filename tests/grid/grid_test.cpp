@@ -1,11 +1,5 @@
 #include "grid/grid.h"
 
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <random>
-#include <set>
-
 #include "grid/no_redraw.h"
 
 namespace hl {

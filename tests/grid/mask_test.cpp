@@ -1,9 +1,5 @@
 #include "grid/mask.h"
 
-#include <gtest/gtest.h>
-
-#include <cmath>
-
 namespace hl {
 namespace {
 

@@ -1,9 +1,5 @@
 // Tests every operation with memory running out at each of its allocations in turn. The grid must stay
 // consistent, and repeating the operation must succeed as if nothing had happened.
-#include <gtest/gtest.h>
-
-#include <cstdlib>
-#include <new>
 
 #include "grid/grid.h"
 

@@ -1,10 +1,5 @@
 #include "grid/cell_table.h"
 
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <random>
-
 #include "base/fault.h"
 #include "grid/row_tree.h"
 #include "grid/text_store.h"

@@ -1,22 +1,20 @@
 // Tests which addresses the window offers, in a build in which all are set and in one in which none is.
-#include <QLabel>
 
 #include "gui/window_fixture.h"
 #include "mainwindow/about_form.h"
 
-namespace hl {
+namespace hl::test {
 namespace {
 
-class AddressesTest : public testing::TestWithParam<Addresses> {
-  protected:
-    test::TempDir home;
+struct AddressesTest : testing::TestWithParam<Addresses> {
+    TempDir home;
 };
 
 TEST_P(AddressesTest, AreOfferedInBarAndAboutBoxWithNoGapForThoseThatAreMissing) {
     const Addresses& pages = GetParam();
-    test::Session s(home.path(), pages);
+    Session s(home.path(), pages);
     s.start();
-    EXPECT_EQ(s.frame().findChild<QWidget*>(test::entryName(Command::kHomepage)) != nullptr,
+    EXPECT_EQ(s.frame().findChild<QWidget*>(entryName(Command::kHomepage)) != nullptr,
               !pages.homepage.empty());
     s.answers.add([&](QDialog& dialog) {
         int links = 0;
@@ -30,7 +28,7 @@ TEST_P(AddressesTest, AreOfferedInBarAndAboutBoxWithNoGapForThoseThatAreMissing)
 
 TEST_P(AddressesTest, StandSideBySideAndAreOpenedByTheirLinks) {
     const Addresses& pages = GetParam();
-    test::Logic logic(home.path());
+    Logic logic(home.path());
     std::vector<std::string> opened, named;
     for (const std::string& page : {pages.homepage, pages.forum, pages.donation})
         if (!page.empty()) named.push_back(page);
@@ -46,9 +44,9 @@ TEST_P(AddressesTest, StandSideBySideAndAreOpenedByTheirLinks) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Builds, AddressesTest,
-                         testing::Values(Addresses(), test::kAllAddresses,
+                         testing::Values(Addresses(), kAllAddresses,
                                          Addresses{"", "forum.test", "give.test", ""},
                                          Addresses{"home.test", "", "give.test", ""}));
 
 }  // namespace
-}  // namespace hl
+}  // namespace hl::test

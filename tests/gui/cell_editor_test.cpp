@@ -1,13 +1,10 @@
 // Tests editing the name of a row in its cell, with real keys and clicks.
-#include <QClipboard>
-#include <QScrollBar>
-#include <random>
 
 #include "gui/grid_view_fixture.h"
 #include "gui/window_bars_fixture.h"
 #include "platform/qt/common/qt_convert.h"
 
-namespace hl {
+namespace hl::test {
 namespace {
 
 // --- bytes
@@ -300,7 +297,7 @@ TEST_F(CellEditorTest, AViewMayGoInTheMiddleOfAnEdit) {
 
 // --- in the window
 
-using CellEditorInWindow = test::WindowBars;
+using CellEditorInWindow = WindowBars;
 
 TEST_F(CellEditorInWindow, KeysOfTheEditDoNotReachTheWindow) {
     const Row row = report.addRow(kNoRow, "folder");
@@ -329,4 +326,4 @@ TEST_F(CellEditorInWindow, KeysOfTheEditDoNotReachTheWindow) {
 }
 
 }  // namespace
-}  // namespace hl
+}  // namespace hl::test

@@ -2,52 +2,37 @@
 // moments that are known to be dangerous.
 #include <sys/stat.h>
 
-#include <QEventLoop>
-#include <QFileDialog>
-#include <QFontDialog>
-#include <QInputDialog>
-#include <QMessageBox>
-#include <array>
-#include <cstdlib>
-#include <new>
-#include <random>
-#include <thread>
-
 #include "gui/window_fixture.h"
 #include "platform/qt/grid/cell_editor.h"
 #include "scan/rollup.h"
 #include "support/trashing.h"
 
-namespace hl {
+namespace hl::test {
 namespace {
-
-namespace fs = std::filesystem;
-using test::Session;
-using test::WindowTest;
 
 // --- what is scanned
 
-const std::string kBytes = "\xff\xfe odd \x80";
+const std::string kOddBytes = "\xff\xfe odd \x80";
 const std::string kNewline = "two\nlines\x1b[31m";
 const std::string kRightToLeft = "\xd7\xa9\xd7\x9c\xd7\x95\xd7\x9d \xe2\x80\xae txt.exe";
 const std::string kLongest(255, 'n');
 constexpr int kChain = 300;
 constexpr const char* kLink = "a folder in a deep chain";
 
-void makeTree(const std::string& root, const std::string& outside) {
-    for (const std::string& name : {kBytes, kNewline, kRightToLeft, kLongest, std::string("moving")}) {
-        test::makeFolder(root + "/" + name);
+void makeOddTree(const std::string& root, const std::string& outside) {
+    for (const std::string& name : {kOddBytes, kNewline, kRightToLeft, kLongest, std::string("moving")}) {
+        makeFolder(root + "/" + name);
         for (int i = 0; i < 4; ++i) {
             const std::string below = root + "/" + name + "/" + std::to_string(i) + name.substr(0, 100);
-            test::makeFolder(below);
-            test::makeFile(below + "/file " + kBytes, 1000 * (i + 1));
+            makeFolder(below);
+            makeFile(below + "/file " + kOddBytes, 1000 * (i + 1));
         }
     }
-    test::makeFolder(root + "/many");
-    for (int i = 0; i < 1500; ++i) test::makeFile(root + "/many/" + std::to_string(i) + ".dat", i);
-    test::makeFolder(root + "/deep");
-    test::makeChain(root + "/deep", kChain, kLink);
-    test::makeFolder(root + "/denied");
+    makeFolder(root + "/many");
+    for (int i = 0; i < 1500; ++i) makeFile(root + "/many/" + std::to_string(i) + ".dat", i);
+    makeFolder(root + "/deep");
+    makeChain(root + "/deep", kChain, kLink);
+    makeFolder(root + "/denied");
     fs::permissions(root + "/denied", fs::perms::none);
     fs::create_directory_symlink(outside, root + "/out");
     fs::create_directory_symlink(root, root + "/round");
@@ -235,21 +220,22 @@ class Clicker {
         if (!path.starts_with(tree_ + "/") || path.find("moving") != std::string::npos ||
             path.find("/deep") != std::string::npos)
             return;
-        const std::string before = test::snapshotOf(path);
+        const std::string before = snapshotOf(path);
         const int left = left_;
         if (id == GridId::kReport)
             s_.execute(Command::kRecycleFolders);
         else
             s_.execute(commandOf(barOf(id), idOf(Command::kFilesRecycle)));
-        const bool went = test::snapshotOf(path) == "nothing\n" && before != "nothing\n";
+        const bool went = snapshotOf(path) == "nothing\n" && before != "nothing\n";
         if (pick(2) == 0 || !went || left != left_) return;
         s_.execute(Command::kTakeBack);
         if (left != left_) return;
         ++takenBack;
-        EXPECT_EQ(test::snapshotOf(path), before) << path;
+        EXPECT_EQ(snapshotOf(path), before) << path;
     }
     std::string folder() {
-        const std::string names[] = {"", "/" + kBytes, "/" + kLongest, "/moving/2moving", "/none", "/many"};
+        const std::string names[] = {"",      "/" + kOddBytes, "/" + kLongest, "/moving/2moving",
+                                     "/none", "/many"};
         return any(names);
     }
     GridView& grid() { return s_.window().grid(static_cast<GridId>(pick(kGridCount))); }
@@ -338,7 +324,7 @@ class Clicker {
         if (pick(2) == 0) return files.reject();
         const std::string path =
             save ? home_ + "/report" + std::to_string(pick(3)) + ".txt" : tree_ + folder();
-        test::choosePath(files, path);
+        choosePath(files, path);
         if (files.isVisible()) files.reject();
     }
 
@@ -361,13 +347,13 @@ unsigned given(const char* name, unsigned usual) {
 struct ClickerTest : WindowTest {
     ClickerTest() {
         folder("src");
-        test::makeFile(outside.path() + "/theirs", 12345);
-        makeTree(at("src"), outside.path());
+        makeFile(outside.path() + "/theirs", 12345);
+        makeOddTree(at("src"), outside.path());
     }
     ~ClickerTest() override {
         std::error_code gone;
         fs::permissions(at("src/denied"), fs::perms::owner_all, gone);
-        test::removeChain(at("src/deep"), kChain, kLink);
+        removeChain(at("src/deep"), kChain, kLink);
     }
     void keepOpen(Session& s) const {
         using enum Command;
@@ -379,12 +365,12 @@ struct ClickerTest : WindowTest {
             hide(hidden);
     }
 
-    test::TempDir outside;
+    TempDir outside;
 };
 
 TEST_F(ClickerTest, TwoThousandActionsOfChanceEndInAWindowThatCountsRight) {
     const unsigned seed = given("CLICKER_SEED", 20240611);
-    const auto before = test::snapshotOf(outside.path());
+    const auto before = snapshotOf(outside.path());
     Session s{home.path()};
     s.start();
     keepOpen(s);
@@ -415,7 +401,7 @@ TEST_F(ClickerTest, TwoThousandActionsOfChanceEndInAWindowThatCountsRight) {
     EXPECT_GT(clicker.dialogs, 0);
     EXPECT_GT(clicker.refusedCloses, 2);
     EXPECT_EQ(s.reports, std::vector<std::string>());
-    EXPECT_EQ(test::snapshotOf(outside.path()), before);
+    EXPECT_EQ(snapshotOf(outside.path()), before);
 
     Session::settle();  // A key that still waits would stop what follows.
     // The switches are set as they were at the start.
@@ -429,7 +415,7 @@ TEST_F(ClickerTest, TwoThousandActionsOfChanceEndInAWindowThatCountsRight) {
     EXPECT_EQ(s.form().state().CancelState, kCancelNone) << "stopped";
     const Row root = s.grid().firstRoot();
     ASSERT_NE(root, kNoRow);
-    test::removeChain(at("src/deep"), kChain, kLink);  // The chain is deeper than the library can name.
+    removeChain(at("src/deep"), kChain, kLink);  // The chain is deeper than the library can name.
     auto truth = truthOf(at("src"));
     for (double& number : truth) number += kChain;
     const auto found = [&](CellId cell) { return s.grid().number(root, cell); };
@@ -543,27 +529,27 @@ TEST_F(MomentTest, ARunThatFailsLeavesAWindowThatWorksOnAndCanBeClosed) {
         [](int block) { block == 3 ? throw std::runtime_error("provoked") : void(); }};
     for (const auto& fault : faults) {
         s.fileSystem.beforeBlock = fault;
-        s.answers.add([](QDialog& dialog) { test::pressIn(dialog, "Weiter"); });
+        s.answers.add([](QDialog& dialog) { pressIn(dialog, "Weiter"); });
         s.scan(at("src"));
         s.fileSystem.beforeBlock = nullptr;
         EXPECT_TRUE(s.enabled(Command::kStart));
         std::string text;
         s.answers.add([&](QDialog& dialog) {
             for (const QLabel* label : dialog.findChildren<QLabel*>()) text += label->text().toStdString();
-            test::pressIn(dialog, "OK");
+            pressIn(dialog, "OK");
         });
         s.execute(Command::kReportSave);
-        EXPECT_NE(text.find("darum wird nichts gespeichert"), std::string::npos) << text;
+        EXPECT_TRUE(has(text, "darum wird nichts gespeichert"));
         s.execute(Command::kReportRemoveAll);
         handOver("src");
         EXPECT_EQ(s.numbers("src"), "457|4|3");
     }
-    s.answers.add([](QDialog& dialog) { test::pressIn(dialog, "Abbrechen"); });
+    s.answers.add([](QDialog& dialog) { pressIn(dialog, "Abbrechen"); });
     s.execute(Command::kReportSave);
     EXPECT_TRUE(s.frame().close());
     ASSERT_EQ(s.reports.size(), 2U);
-    EXPECT_NE(std::exchange(s.reports, {})[1].find("provoked"), std::string::npos);
+    EXPECT_TRUE(has(std::exchange(s.reports, {})[1], "provoked"));
 }
 
 }  // namespace
-}  // namespace hl
+}  // namespace hl::test

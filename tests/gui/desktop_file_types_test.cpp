@@ -1,10 +1,6 @@
 // Tests file types with the machine's database of types, or with that of the toolkit.
 #include "platform/qt/window/desktop_file_types.h"
 
-#include <gtest/gtest.h>
-
-#include <QMimeDatabase>
-
 namespace hl {
 namespace {
 

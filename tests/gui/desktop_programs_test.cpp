@@ -1,14 +1,8 @@
 // Tests with real desktop entries, programs that record how they were started, and a session bus of the test.
 #include "platform/desktop/desktop_programs.h"
 
-#include <gtest/gtest.h>
 #include <sys/socket.h>
 #include <sys/un.h>
-
-#include <QClipboard>
-#include <QGuiApplication>
-#include <QMimeData>
-#include <algorithm>
 
 #include "base/path.h"
 #include "platform/qt/window/clipboard.h"
@@ -17,32 +11,30 @@
 #include "support/trees.h"
 #include "support/whole_files.h"
 
-namespace hl {
+namespace hl::test {
 namespace {
 
-namespace fs = std::filesystem;
-using test::TempDir;
 using Words = std::vector<std::string>;
 using Variables = std::map<std::string, std::string>;
 
 /// A user whose folders are all their own; only the file types are inherited.
 struct DesktopUser : testing::Test {
     DesktopUser() {
-        test::makeTree(folder_.path(),
-                       {"data/applications/", "system/", "config/", "home/", "run/", "bin/", "files/"});
-        test::must(::chmod(at("run").c_str(), 0700));
+        makeTree(folder_.path(),
+                 {"data/applications/", "system/", "config/", "home/", "run/", "bin/", "files/"});
+        must(::chmod(at("run").c_str(), 0700));
         fs::create_directory_symlink("/usr/share/mime", at("system/mime"));
         // It is complete before it gets its name, because whoever waits for it must not see a part of it.
-        test::writeScript(at("bin/recorder"),
-                          "out=\"$OUT/run/started\"\n{ printf '%s\\0' \"$@\"; } > \"$out.$$.new\"\n"
-                          "env > \"$OUT/run/env\"\npwd > \"$OUT/run/cwd\"\nmv \"$out.$$.new\" \"$out.$$\"\n");
-        test::writeScript(at("bin/dbus-launch"), "touch \"$OUT/run/launched\"\n");
+        writeScript(at("bin/recorder"),
+                    "out=\"$OUT/run/started\"\n{ printf '%s\\0' \"$@\"; } > \"$out.$$.new\"\n"
+                    "env > \"$OUT/run/env\"\npwd > \"$OUT/run/cwd\"\nmv \"$out.$$.new\" \"$out.$$\"\n");
+        writeScript(at("bin/dbus-launch"), "touch \"$OUT/run/launched\"\n");
     }
     std::string at(const std::string& name) const { return folder_.path() + "/" + name; }
 
     std::string file(const std::string& name, std::string_view content = "text\n", mode_t mode = 0644) const {
-        test::writeFile(at("files/" + name), content);
-        test::must(::chmod(at("files/" + name).c_str(), mode));
+        writeFile(at("files/" + name), content);
+        must(::chmod(at("files/" + name).c_str(), mode));
         return at("files/" + name);
     }
 
@@ -54,18 +46,18 @@ struct DesktopUser : testing::Test {
     /// Installs a program that records; `types` is for example "text/plain;", `parameters` "%f".
     void installs(const std::string& id, const std::string& types, const std::string& parameters,
                   const std::string& more = "") {
-        test::writeFile(at("data/applications/" + id + ".desktop"),
-                        "[Desktop Entry]\nType=Application\nName=The " + id + "\nExec=" + at("bin/recorder") +
-                            " " + parameters + "\nMimeType=" + types + "\n" + more + "\n");
+        writeFile(at("data/applications/" + id + ".desktop"),
+                  "[Desktop Entry]\nType=Application\nName=The " + id + "\nExec=" + at("bin/recorder") + " " +
+                      parameters + "\nMimeType=" + types + "\n" + more + "\n");
         for (std::size_t from = 0, to = 0; (to = types.find(';', from)) != types.npos; from = to + 1)
             cache_[types.substr(from, to - from)] += id + ".desktop;";
         std::string cache = "[MIME Cache]\n";
         for (const auto& [type, ids] : cache_) cache.append(type).append("=").append(ids).append("\n");
-        test::writeFile(at("data/applications/mimeinfo.cache"), cache);
+        writeFile(at("data/applications/mimeinfo.cache"), cache);
     }
     void chooses(const std::string& id, const std::string& type) {
         choices_ += type + "=" + id + ".desktop\n";
-        test::writeFile(at("config/mimeapps.list"), "[Default Applications]\n" + choices_);
+        writeFile(at("config/mimeapps.list"), "[Default Applications]\n" + choices_);
     }
 
     /// Returns what the desktop answers in a process of this user. `runner` starts it, for example
@@ -73,12 +65,12 @@ struct DesktopUser : testing::Test {
     std::string asks(const Words& words, Words runner = {}) const {
         runner.insert(runner.end(), {fs::read_symlink("/proc/self/exe").string(), "--desktop"});
         runner.insert(runner.end(), words.begin(), words.end());
-        const pid_t child = test::must(::fork());
+        const pid_t child = must(::fork());
         if (child == 0) startInChild(runner);
         int status = 0;
-        test::must(::waitpid(child, &status, 0));
+        must(::waitpid(child, &status, 0));
         EXPECT_EQ(status, 0);
-        return test::contentOf(at("run/answer"));
+        return contentOf(at("run/answer"));
     }
 
     /// Expects that one program was started since the last call, with this argument alone.
@@ -88,7 +80,7 @@ struct DesktopUser : testing::Test {
     /// Returns the arguments of each program that was started since the last call, in no order.
     std::multiset<Words> started(std::size_t expected) const {
         std::multiset<Words> all;
-        test::comes([&] {
+        comes([&] {
             for (const auto& each : fs::directory_iterator(at("run")))
                 if (each.path().stem() == "started") {
                     std::ifstream in(each.path());
@@ -107,7 +99,7 @@ struct DesktopUser : testing::Test {
 
   private:
     [[noreturn]] void startInChild(const Words& words) const {
-        const int out = test::must(::open(at("run/answer").c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644));
+        const int out = must(::open(at("run/answer").c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644));
         ::dup2(out, STDOUT_FILENO);
         Variables all = environment;
         for (const auto& [name, folder] :
@@ -157,7 +149,7 @@ TEST_F(DesktopUser, OpeningTakesTheProgramThatIsSetForTheType) {
     installs("first", "text/plain;", "first %f");
     installs("chosen", "text/plain;inode/directory;", "chosen %f");
     chooses("chosen", "text/plain");
-    test::must(::mkfifo(at("files/pipe").c_str(), 0600));
+    must(::mkfifo(at("files/pipe").c_str(), 0600));
     const std::string cases[][2] = {
         {file("\xff"), "started"},    {link("link", file("a.txt")), "started"},
         {at("files"), "started"},     {file("script.sh", "#!/bin/sh\n"), "started"},
@@ -204,7 +196,7 @@ TEST_F(DesktopUser, WhatIsStartedGetsTheUsersOwnEnvironment) {
         environment = {{"XDG_CACHE_HOME", cache}, {"DBUS_SESSION_BUS_ADDRESS", bus}};
         EXPECT_EQ(asks({"with", "a.desktop", file("x")}), "true");
         started(1);
-        const std::string lines = "\n" + test::contentOf(at("run/env"));
+        const std::string lines = "\n" + contentOf(at("run/env"));
         for (const auto& [name, value] : environment) {
             const std::string wanted = name + (value == "-" ? "=" : "=" + value + "\n");
             EXPECT_EQ(lines.find("\n" + wanted) != lines.npos, value != "-") << name;
@@ -215,14 +207,14 @@ TEST_F(DesktopUser, WhatIsStartedGetsTheUsersOwnEnvironment) {
 
 TEST_F(DesktopUser, ATerminalStartsInItsFolderAndTheDesktopsChoiceComesFirst) {
     const std::string odd = at("files/$(touch x) 'a\"b");
-    test::makeFolder(odd);
+    makeFolder(odd);
     EXPECT_EQ(asks({"terminal", at("files/gone")}), "false");
     for (const std::string name : {"x-terminal-emulator", "own-terminal", "xdg-terminal-exec"}) {
-        test::writeScript(at("bin/" + name), "exec recorder " + name + "\n");
+        writeScript(at("bin/" + name), "exec recorder " + name + "\n");
         environment = {{"TERMINAL", name == "x-terminal-emulator" ? "missing" : "own-terminal"}};
         EXPECT_EQ(asks({"terminal", odd}), "true");
         expectStarted(name);
-        EXPECT_EQ(test::contentOf(at("run/cwd")), odd + "\n");
+        EXPECT_EQ(contentOf(at("run/cwd")), odd + "\n");
     }
     EXPECT_EQ(asks({"terminal", at("files/gone")}), "false");
     EXPECT_EQ(started(0).size(), 0U);
@@ -231,10 +223,10 @@ TEST_F(DesktopUser, ATerminalStartsInItsFolderAndTheDesktopsChoiceComesFirst) {
 TEST_F(DesktopUser, FactsAreThoseOfTheSystem) {
     DesktopPrograms desktop;
     const std::string path = file("facts", std::string(5000, 'x'), 0640);
-    test::must(::link(path.c_str(), at("files/other").c_str()));
+    must(::link(path.c_str(), at("files/other").c_str()));
     const auto facts = desktop.facts(path);
     struct stat real;
-    test::must(::stat(path.c_str(), &real));
+    must(::stat(path.c_str(), &real));
     ASSERT_TRUE(facts);
     EXPECT_EQ(facts->size, 5000U);
     EXPECT_EQ(facts->space, static_cast<std::uint64_t>(real.st_blocks) * 512);
@@ -247,9 +239,9 @@ TEST_F(DesktopUser, FactsAreThoseOfTheSystem) {
 }
 
 TEST_F(DesktopUser, OnlyWhatCanRunRunsWhenOpened) {
-    const std::string program = test::contentOf("/bin/true");
-    test::must(::mkfifo(at("files/pipe").c_str(), 0777));
-    test::makeFolder(at("files/folder.desktop"));
+    const std::string program = contentOf("/bin/true");
+    must(::mkfifo(at("files/pipe").c_str(), 0777));
+    makeFolder(at("files/folder.desktop"));
     const std::pair<std::string, bool> cases[] = {
         {file("program", program, 0755), true},
         {file("program.data", program, 0644), false},
@@ -302,15 +294,15 @@ TEST_F(DesktopUser, TheFileManagerIsAskedForTheFilesAndMayTakeItsTime) {
     expectStarted(at("files"));
     for (const auto& [verb, method, answersAfterMs] : cases) {
         fs::create_directories(at("data/dbus-1/services"));
-        test::writeFile(at("data/dbus-1/services/manager.service"),
-                        "[D-BUS Service]\nName=org.freedesktop.FileManager1\nExec=" +
-                            fs::read_symlink("/proc/self/exe").string() + " --file-manager " +
-                            at("run/asked") + " " + answersAfterMs + "\n");
+        writeFile(at("data/dbus-1/services/manager.service"),
+                  "[D-BUS Service]\nName=org.freedesktop.FileManager1\nExec=" +
+                      fs::read_symlink("/proc/self/exe").string() + " --file-manager " + at("run/asked") +
+                      " " + answersAfterMs + "\n");
         fs::remove(at("run/asked"));
         const auto before = std::chrono::steady_clock::now();
         EXPECT_EQ(asks({verb, a, b}, session), "true");
         EXPECT_LT(std::chrono::steady_clock::now() - before, std::chrono::seconds(4));
-        EXPECT_EQ(test::contentOf(at("run/asked")), method + "\n" + fileUrl(a) + "\n" + fileUrl(b) + "\n");
+        EXPECT_EQ(contentOf(at("run/asked")), method + "\n" + fileUrl(a) + "\n" + fileUrl(b) + "\n");
         EXPECT_TRUE(started(0).empty()) << "the folder was opened as well";
     }
 }
@@ -327,12 +319,12 @@ TEST_F(DesktopUser, TheTaskBarShowsARunUntilItsEnd) {
 
 TEST_F(DesktopUser, NobodyWaitsForABusThatSaysNothing) {
     installs("a", "text/plain;inode/directory;", "%f");
-    const int bus = test::must(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));
+    const int bus = must(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));
     sockaddr_un address{};
     address.sun_family = AF_UNIX;
     at("run/silent").copy(address.sun_path, sizeof address.sun_path - 1);
-    test::must(::bind(bus, reinterpret_cast<const sockaddr*>(&address), sizeof address));
-    test::must(::listen(bus, 8));
+    must(::bind(bus, reinterpret_cast<const sockaddr*>(&address), sizeof address));
+    must(::listen(bus, 8));
     environment = {{"DBUS_SESSION_BUS_ADDRESS", "unix:path=" + at("run/silent")}};
     const std::string path = file("x.txt");
     const std::pair<Words, std::string> cases[] = {
@@ -359,4 +351,4 @@ TEST(DesktopPrograms, CopiedFilesCanBePastedIntoAFileManager) {
 }
 
 }  // namespace
-}  // namespace hl
+}  // namespace hl::test

@@ -1,10 +1,6 @@
 // Names the entries of the bars as their widgets are named: "cbrMain.3".
 #pragma once
 
-#include <QString>
-#include <ostream>
-#include <string>
-
 #include "app/command.h"
 #include "mainwindow/bars.h"
 

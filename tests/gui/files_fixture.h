@@ -6,10 +6,7 @@
 
 namespace hl::test {
 
-namespace fs = std::filesystem;
-
-class FilesTest : public ListsTest {
-  protected:
+struct FilesTest : ListsTest {
     /// The files a, b, ... below src, src/sub and src/sub/deep have the sizes 100, 200, ...
     FilesTest() {
         for (const char* path : {"src/sub/deep", "src/other"}) folder(path);

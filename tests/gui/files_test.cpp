@@ -1,10 +1,8 @@
 // Tests deleting, recycling, renaming and the menus, in the window, on files of the disk.
 #include "gui/files_fixture.h"
 
-namespace hl {
+namespace hl::test {
 namespace {
-
-using namespace test;
 
 TEST_F(FilesTest, AListDeletesWhatIsSelected) {
     GridView& list = startWithList();
@@ -12,7 +10,7 @@ TEST_F(FilesTest, AListDeletesWhatIsSelected) {
     deleteInList();
     EXPECT_EQ(ListSession::names(list), (Names{"c.txt"}));
     EXPECT_FALSE(there("src/a.txt") || there("src/b.txt"));
-    EXPECT_NE(protocol().find("GELÖSCHT: " + at("src/b.txt")), std::string::npos);
+    EXPECT_TRUE(has(protocol(), "GELÖSCHT: " + at("src/b.txt")));
     expectNumbersOfAFreshScan();
 }
 
@@ -21,7 +19,7 @@ TEST_F(FilesTest, TheReportBesideTheListStaysFittedWhenAFileIsDeleted) {
     for (int level = 2; level <= 16; ++level) deep += "/" + std::to_string(level);
     folder(deep + "/17");
     file(deep + "/x", 5);
-    test::makeFile(at(deep + "/y"), 1'234'567'890'123);
+    makeFile(at(deep + "/y"), 1'234'567'890'123);
     options("FileSizeFormat=0\r\n");
     startUnfolded();
     s().clickRow("16");
@@ -43,16 +41,16 @@ TEST_F(FilesTest, AFileThatStaysIsToldAndTheNextOneGoes) {
     std::string text;
     answer("OK", &text);
     session_->click(Command::kFilesDelete);
-    EXPECT_NE(text.find("Beim Löschen der Datei '" + at("src/b.txt")), std::string::npos) << text;
+    EXPECT_TRUE(has(text, "Beim Löschen der Datei '" + at("src/b.txt")));
     EXPECT_FALSE(there("src/a.txt") || there("src/c.txt"));
-    EXPECT_NE(protocol().find(at("src/b.txt")), std::string::npos);
+    EXPECT_TRUE(has(protocol(), at("src/b.txt")));
 }
 
 TEST_F(FilesTest, RecycledFilesLieInTheTrash) {
     ListSession::clickOn(startWithList(), 0);
     deleteInList(Command::kFilesRecycle);
     EXPECT_FALSE(there("src/a.txt"));
-    EXPECT_NE(protocol().find("PAPIERKORB: " + at("src/a.txt")), std::string::npos);
+    EXPECT_TRUE(has(protocol(), "PAPIERKORB: " + at("src/a.txt")));
     EXPECT_EQ(fs::file_size(s().trash() + "/files/a.txt"), 100u);
 }
 
@@ -61,11 +59,11 @@ TEST_F(FilesTest, SelectedFoldersGoParentAndChildTogether) {
     s().clickRow("deep");
     toggleRow("sub");
     // Messages run while it works, as they do for a large tree.
-    s().operations().before = [](OperationWatch&) { test::Session::settle(); };
+    s().operations().before = [](OperationWatch&) { Session::settle(); };
     chooseInMenu("sub", "Markierte Ordner löschen");
     EXPECT_TRUE(!there("src/sub") && there("src/a.txt"));
     for (const char* folder : {"src/sub", "src/sub/deep"})
-        EXPECT_NE(protocol().find("GELÖSCHT: " + at(folder) + "\r\n"), std::string::npos) << folder;
+        EXPECT_TRUE(has(protocol(), "GELÖSCHT: " + at(folder) + "\r\n")) << folder;
     expectNumbersOfAFreshScan();
 }
 
@@ -95,7 +93,7 @@ TEST_F(FilesTest, WhatIsTakenOutOfTheSelectionStaysAndTheRestIsTold) {
     s().clickRow("src");
     const auto press = [&](Qt::Key key, Qt::KeyboardModifiers with) {
         QTest::keyClick(&s().view(), key, with);
-        test::Session::settle();
+        Session::settle();
     };
     for (const Qt::Key pressed : {Qt::Key_Down, Qt::Key_Down, Qt::Key_Space})
         press(pressed, Qt::ControlModifier);
@@ -114,7 +112,7 @@ TEST_F(FilesTest, WhatHasVanishedHasNoMenuAndTheStatusSaysWhy) {
     const auto waited = [&](const std::string& path) {
         EXPECT_EQ(QApplication::activePopupWidget(), nullptr);
         EXPECT_EQ(s().status(), "'" + path + "' ist nicht mehr da.");
-        EXPECT_NE(contentOf(home.path() + "/debug.log").find(path), std::string::npos);
+        EXPECT_TRUE(has(contentOf(home.path() + "/debug.log"), path));
     };
     rightClick(s().view(), s().row("deep"));
     waited(at("src/sub/deep"));
@@ -155,7 +153,7 @@ TEST_F(FilesTest, StopEndsWithinAFolderWhoseRestIsReadAndTold) {
     answer("OK", &text);
     s().execute(Command::kDeleteFolders);
     EXPECT_TRUE(there("src/sub/deep"));
-    EXPECT_NE(text.find("'" + at("src/sub/deep") + "' wurde angehalten"), std::string::npos) << text;
+    EXPECT_TRUE(has(text, "'" + at("src/sub/deep") + "' wurde angehalten"));
     const auto left = std::distance(fs::directory_iterator(at("src/sub/deep")), fs::directory_iterator());
     EXPECT_EQ(s().grid().number(s().row("deep"), kFiles), static_cast<double>(left));
     EXPECT_LT(left, 20'000);
@@ -182,7 +180,7 @@ TEST_F(FilesTest, TheMenuOfAFolderDeletesItAndTheNumbersFollow) {
     rightClick(s().view(), s().row("deep"));
     EXPECT_FALSE(there("src/sub/deep"));
     expectNumbersOfAFreshScan();
-    EXPECT_NE(protocol().find("GELÖSCHT: " + at("src/sub/deep") + "\r\n"), std::string::npos);
+    EXPECT_TRUE(has(protocol(), "GELÖSCHT: " + at("src/sub/deep") + "\r\n"));
     const Names own(menu.entries().end() - 13, menu.entries().end());
     EXPECT_EQ(own,
               (Names{"-", "Ordner in den Papierkorb verschieben", "-", "Ordner löschen", "-",
@@ -199,7 +197,7 @@ TEST_F(FilesTest, AFolderThatHoldsTheHomeStaysAndTheUserIsToldWhy) {
     std::string text;
     answer("OK", &text);
     s().execute(Command::kDeleteFolders);
-    EXPECT_NE(text.find("enthält Ihren persönlichen Ordner"), std::string::npos) << text;
+    EXPECT_TRUE(has(text, "enthält Ihren persönlichen Ordner"));
     EXPECT_TRUE(fs::exists(s().userHome()));
 }
 
@@ -212,7 +210,7 @@ TEST_F(FilesTest, NothingIsChangedWhereTheSourceIsAnotherFolderThanTheOneThatWas
         std::string text;
         answer("OK", &text);
         act();
-        EXPECT_NE(text.find("ist jetzt ein anderer Ordner"), text.npos) << what << text;
+        EXPECT_TRUE(has(text, "ist jetzt ein anderer Ordner")) << what;
     };
     for (const Command command : {Command::kDeleteFolders, Command::kRecycleFolders}) {
         s().clickRow("sub");
@@ -246,7 +244,7 @@ TEST_F(FilesTest, F2RenamesInTheCell) {
     std::string text;
     answer("OK", &text);
     rename(list, QStringLiteral("none/x"));
-    EXPECT_NE(text.find("No such file"), std::string::npos) << text;
+    EXPECT_TRUE(has(text, "No such file"));
     EXPECT_EQ(ListSession::names(list)[0], "new ü.txt");
 
     s().click(Command::kShowReport);
@@ -323,4 +321,4 @@ TEST_F(FilesTest, AListsMenuIsForOneOrForSeveral) {
 }
 
 }  // namespace
-}  // namespace hl
+}  // namespace hl::test

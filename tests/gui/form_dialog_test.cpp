@@ -1,22 +1,9 @@
 #include "platform/qt/forms/form_dialog.h"
 
-#include <gtest/gtest.h>
-
-#include <QApplication>
-#include <QCheckBox>
-#include <QClipboard>
-#include <QComboBox>
-#include <QLineEdit>
-#include <QPlainTextEdit>
-#include <QPushButton>
-#include <QRadioButton>
-#include <QTableWidget>
-#include <QTest>
-
 #include "gui/recording_events.h"
 #include "platform/qt/forms/dialogs.h"
 
-namespace hl {
+namespace hl::test {
 namespace {
 
 /// A form with a control of each kind, and with its routines.
@@ -61,7 +48,7 @@ struct FormDialogTest : testing::Test {
         return dialog_->findChildren<Widget*>().at(n);
     }
 
-    test::RecordingEvents events_;
+    RecordingEvents events_;
     OptionButton format_[2] = {{"TXT", true}, {"CSV"}}, other_{"Other", true};
     CheckBox box_{"More & more"};
     std::string prompt_ = "Levels", link_ = "a <b> & c";
@@ -170,4 +157,4 @@ TEST(Dialogs, AFilterWithSeveralPartsIsUnderstood) {
 }
 
 }  // namespace
-}  // namespace hl
+}  // namespace hl::test

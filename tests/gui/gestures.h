@@ -1,12 +1,6 @@
 // Mouse gestures of which the toolkit's own helpers leave out a part.
 #pragma once
 
-#include <QApplication>
-#include <QHeaderView>
-#include <QMouseEvent>
-#include <QTest>
-#include <initializer_list>
-
 #include "platform/qt/grid/grid_view.h"
 
 namespace hl::test {

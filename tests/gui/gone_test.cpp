@@ -2,10 +2,8 @@
 #include "gui/files_fixture.h"
 #include "support/mounted.h"
 
-namespace hl {
+namespace hl::test {
 namespace {
-
-using namespace test;
 
 /// The rows that a command deletes, and what is gone below src then.
 struct Deletion {
@@ -13,8 +11,7 @@ struct Deletion {
     Names rows, gone;
 };
 
-class GoneTest : public FilesTest {
-  protected:
+struct GoneTest : FilesTest {
     void makeTree() const {
         fs::remove_all(at("src"));
         for (const char* path : {"src/sub/deep", "src/other", "src/sub/lone/only"}) folder(path);
@@ -142,10 +139,10 @@ TEST_F(GoneTest, WhatIsLeftOfAFolderIsReadAgainAndToldOnce) {
     EXPECT_EQ(s().secondPanel(), "") << "it is no run";
     for (const char* folder : {"src/sub", "src/sub/deep"}) {
         const std::string line = "Beim Löschen des Ordners '" + at(folder) + "'";
-        EXPECT_NE(text.find(line), std::string::npos) << text;
-        EXPECT_NE(protocol().find(line), std::string::npos);
+        EXPECT_TRUE(has(text, line));
+        EXPECT_TRUE(has(protocol(), line));
     }
-    EXPECT_NE(protocol().find("GELÖSCHT: " + at("src/other") + "\r\n"), std::string::npos);
+    EXPECT_TRUE(has(protocol(), "GELÖSCHT: " + at("src/other") + "\r\n"));
     EXPECT_EQ(s().grid().selectedCount(), 2u) << "what stayed";
     EXPECT_TRUE(s().grid().expanded(s().row("sub")));
     expectNumbersOfAFreshScan();
@@ -161,4 +158,4 @@ TEST_F(GoneTest, WhatShowsADeletedFolderGoesOnWithTheFolderAboveIt) {
 }
 
 }  // namespace
-}  // namespace hl
+}  // namespace hl::test

@@ -1,10 +1,6 @@
 // A grid in a view on screen, driven by real mouse and key events. main() has made a QApplication.
 #pragma once
 
-#include <gtest/gtest.h>
-
-#include <stdexcept>
-
 #include "gui/gestures.h"
 #include "gui/recording_events.h"
 

@@ -1,9 +1,5 @@
 // Tests what a view of a grid costs, what it shows of the changes of the grid, and what keys and the mouse do
 // in it.
-#include <QContextMenuEvent>
-#include <QScreen>
-#include <QScrollBar>
-#include <random>
 
 #include "gui/grid_view_fixture.h"
 #include "platform/qt/grid/grid_colors.h"

@@ -1,21 +1,15 @@
 // Tests the window without a mouse, and what a screen reader finds in it.
-#include <QAccessible>
-#include <QLineEdit>
-#include <QMenu>
-#include <QTimer>
-#include <QToolButton>
 
 #include "gui/window_bars_fixture.h"
 #include "platform/qt/common/qt_convert.h"
 
-namespace hl {
+namespace hl::test {
 namespace {
 
 constexpr int kMostStops = 400;
 using Commands = std::set<std::string>;
 
-class KeyboardTest : public test::WindowBars {
-  protected:
+struct KeyboardTest : WindowBars {
     static std::string nameOf(const QWidget* widget) {
         return widget == nullptr ? "-" : widget->objectName().toStdString();
     }
@@ -155,19 +149,19 @@ TEST_F(KeyboardTest, TabGoesFromABarWhichIsOneStopToItsGridAndOnToTheNextPane) {
 
 TEST_F(KeyboardTest, ArrowsGoAroundABarWhichKeepsItsPlaceAndABoxKeepsThoseForItsText) {
     show();
-    auto& box = *window->frame().findChild<QLineEdit*>(test::entryName(Command::kReportSearchText));
+    auto& box = *window->frame().findChild<QLineEdit*>(entryName(Command::kReportSearchText));
     box.setFocus();
     QTest::keyClicks(&box, QStringLiteral("ab"));
     const auto goes = [](int code, int times) {
         for (int i = 0; i < times; ++i) key(code);
         return nameOf(QApplication::focusWidget());
     };
-    const std::string name = nameOf(&box), after = test::entryName(Command::kReportSearch).toStdString();
+    const std::string name = nameOf(&box), after = entryName(Command::kReportSearch).toStdString();
     EXPECT_EQ(goes(Qt::Key_Left, 2), name);
     EXPECT_EQ(goes(Qt::Key_Right, 2), name);
     EXPECT_EQ(goes(Qt::Key_Right, 1), after);
     const std::string first = goes(Qt::Key_Home, 1);
-    EXPECT_EQ(first, test::entryName(Command::kReportRescan).toStdString());
+    EXPECT_EQ(first, entryName(Command::kReportRescan).toStdString());
     const std::string last = goes(Qt::Key_Left, 1);
     EXPECT_EQ(goes(Qt::Key_End, 1), last) << "around";
     EXPECT_EQ(goes(Qt::Key_Right, 1), first);
@@ -199,10 +193,9 @@ TEST_F(KeyboardTest, EveryAcceleratorPressesItsCommandFromWhereverTheFocusIs) {
     EXPECT_GT(keys.size(), 12U);
     bars.cbrReport.setText(idOf(Command::kReportSearchText),
                            "a");  // Without a text, searching leads to its box instead.
-    QWidget* const places[] = {
-        &window->grid(GridId::kReport), &window->grid(GridId::kDrives),
-        window->frame().findChild<QWidget*>(QStringLiteral("cboOrdner")),
-        window->frame().findChild<QWidget*>(test::entryName(Command::kReportSearchText))};
+    QWidget* const places[] = {&window->grid(GridId::kReport), &window->grid(GridId::kDrives),
+                               window->frame().findChild<QWidget*>(QStringLiteral("cboOrdner")),
+                               window->frame().findChild<QWidget*>(entryName(Command::kReportSearchText))};
     for (QWidget* place : places) {
         ASSERT_NE(place, nullptr);
         for (const auto& [code, executed] : keys) {
@@ -229,13 +222,12 @@ TEST_F(KeyboardTest, ASearchWithNoTextLeadsToItsBox) {
         window->grid(from).focus();
         events.told.clear();
         key(Qt::Key_F, Qt::ControlModifier);
-        EXPECT_EQ(nameOf(QApplication::focusWidget()), test::entryName(box).toStdString());
+        EXPECT_EQ(nameOf(QApplication::focusWidget()), entryName(box).toStdString());
         EXPECT_EQ(events.told, std::vector<std::string>{});
     }
 }
 
-class AccessibleTest : public test::WindowBars {
-  protected:
+struct AccessibleTest : WindowBars {
     using Object = QAccessibleInterface;
 
     AccessibleTest() {
@@ -352,4 +344,4 @@ TEST_F(AccessibleTest, TheRowWithTheFocusIsFound) {
 }
 
 }  // namespace
-}  // namespace hl
+}  // namespace hl::test

@@ -1,21 +1,13 @@
 // Tests the keys of the grids, the pane with the focus, and what the menus of rows and titles lead to.
-#include <QClipboard>
-#include <QContextMenuEvent>
-#include <QGuiApplication>
-#include <QMimeData>
 
 #include "gui/files_fixture.h"
 #include "platform/qt/grid/grid_colors.h"
 #include "views/report_columns.h"
 
-namespace hl {
+namespace hl::test {
 namespace {
 
-using namespace test;
-using test::Session;
-
-class KeysTest : public FilesTest {
-  protected:
+struct KeysTest : FilesTest {
     static void key(QWidget& on, Qt::Key code, Qt::KeyboardModifiers keys = {}) {
         QTest::keyClick(&on, code, keys);
         Session::settle();
@@ -175,8 +167,8 @@ TEST_F(KeysTest, ARowLeadsToItsTerminalToTheReportAndToItsProperties) {
     s().desktop.hasTerminal = false;
     chooseInMenu("other", "Terminal hier öffnen");
     EXPECT_EQ(s().desktop.terminals, (Names{at("src/sub/deep"), at("src/other")}));
-    EXPECT_NE(s().status().find("kein Terminal"), std::string::npos);
+    EXPECT_TRUE(has(s().status(), "kein Terminal"));
 }
 
 }  // namespace
-}  // namespace hl
+}  // namespace hl::test

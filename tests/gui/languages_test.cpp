@@ -1,9 +1,4 @@
 // Tests that in every language each dialog and each bar shows all of its texts.
-#include <QComboBox>
-#include <QLabel>
-#include <QPlainTextEdit>
-#include <QRadioButton>
-#include <QToolButton>
 
 #include "app/language.h"
 #include "base/text.h"
@@ -11,10 +6,8 @@
 #include "platform/linux/change/files.h"
 #include "platform/qt/bars/tool_bar.h"
 
-namespace hl {
+namespace hl::test {
 namespace {
-
-using test::Session;
 
 std::vector<Language> allLanguages() {
     LinuxFiles files;
@@ -86,17 +79,17 @@ void checkAccelerators(const QDialog& dialog) {
     }
 }
 
-struct LanguagesTest : test::WindowTest, testing::WithParamInterface<Language> {
+struct LanguagesTest : WindowTest, testing::WithParamInterface<Language> {
     void SetUp() override {
         smallTree();
         s.start();
-        ASSERT_NE(test::contentOf(ini()).find(stored()), std::string::npos) << "the language has no library";
+        ASSERT_TRUE(has(contentOf(ini()), stored())) << "the language has no library";
     }
 
     static std::string stored() { return "Lang=" + std::to_string(GetParam().id) + "\r\n"; }
     /// Returns the home from which the session reads its language.
     std::string homeOfLanguage() const {
-        test::writeFile(ini(), replaceAll(test::contentOf(ini()), "Lang=7\r\n", stored()));
+        writeFile(ini(), replaceAll(contentOf(ini()), "Lang=7\r\n", stored()));
         return home.path();
     }
 
@@ -121,7 +114,7 @@ struct LanguagesTest : test::WindowTest, testing::WithParamInterface<Language> {
         }
     }
 
-    Session s{homeOfLanguage(), test::kAllAddresses};
+    Session s{homeOfLanguage(), kAllAddresses};
     std::set<std::string> seen;
 };
 
@@ -143,7 +136,7 @@ TEST_P(LanguagesTest, NoDialogCutsATextOff) {
     lookAt("", 3, [&] { s.click(kFilesDelete); });
     s.desktop.programs = {{"editor.desktop", "Editor"}};
     s.desktop.result = OpenResult::kNoProgram;
-    lookAt("frmOpenWith", 4, [&] { test::doubleClick(files.viewport(), first); });
+    lookAt("frmOpenWith", 4, [&] { doubleClick(files.viewport(), first); });
     s.fileSystem.beforeBlock = [](int) { throw std::runtime_error("provoked"); };
     lookAt("frmFehler", 9, [&] { s.scan(at("src")); });
 }
@@ -182,4 +175,4 @@ INSTANTIATE_TEST_SUITE_P(All, LanguagesTest, testing::ValuesIn(allLanguages()),
                          [](const auto& one) { return std::string(one.param.code); });
 
 }  // namespace
-}  // namespace hl
+}  // namespace hl::test

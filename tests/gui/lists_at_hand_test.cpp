@@ -1,21 +1,16 @@
 // Tests lists that are switched off and are filled when the user asks for it, what empty lists say, and what
 // a search leaves in the window.
-#include <QPushButton>
 
 #include "gui/files_fixture.h"
 
-namespace hl {
+namespace hl::test {
 namespace {
 
-using namespace test;
-using test::Session;
-
-class ListsAtHandTest : public FilesTest {
-  protected:
+struct ListsAtHandTest : FilesTest {
     ListsAtHandTest() {
         setSettings("[Optionen]\r\nDiskinfoVisible=0\r\n");  // The lists are switched off.
         link("src/a.txt", "src/sub/again");
-        std::filesystem::create_directory_symlink(at("src/other"), at("src/to other"));
+        fs::create_directory_symlink(at("src/other"), at("src/to other"));
     }
     QPushButton* buttonOf(GridView& view) {
         view.viewport()->repaint();
@@ -86,13 +81,12 @@ TEST_F(ListsAtHandTest, AnEmptyListSaysWhyItIsEmpty) {
     EXPECT_EQ(hint(GridId::kFiles), "") << "it could not be read";
     s().scan(at("src/sub/deep"));
     GridView& view = session_->open(kJunctionList);
-    EXPECT_NE(hint(GridId::kJunctions).find("ausgeschaltet"), std::string::npos);
+    EXPECT_TRUE(has(hint(GridId::kJunctions), "ausgeschaltet"));
     press(view);
     EXPECT_EQ(hint(GridId::kJunctions), "Dafür wurde nichts gefunden.");
 }
 
-class SearchTest : public ListsTest {
-  protected:
+struct SearchTest : ListsTest {
     static QColor ground(const QLineEdit& box) { return box.palette().color(QPalette::Base); }
 };
 
@@ -111,7 +105,7 @@ TEST_F(SearchTest, AHitStandsInTheMiddleAndTheStatusTellsOfItAndWhatIsNotFoundTu
         QLineEdit& edit = s.edit(box);
         const QColor plain = ground(edit);
         s.type(box, text, Qt::Key_Return);
-        EXPECT_NE(told().find(status), std::string::npos) << told();
+        EXPECT_TRUE(has(told(), status));
         const Row hit = view->grid().selectedRows().front();
         const int middle = view->viewport()->height() / 2;
         EXPECT_LE(std::abs(view->rowRect(*view->rows().find(hit)).center().y() - middle),
@@ -127,4 +121,4 @@ TEST_F(SearchTest, AHitStandsInTheMiddleAndTheStatusTellsOfItAndWhatIsNotFoundTu
 }
 
 }  // namespace
-}  // namespace hl
+}  // namespace hl::test

@@ -2,9 +2,6 @@
 // real, and the trees are on the disk.
 #pragma once
 
-#include <QComboBox>
-#include <algorithm>
-
 #include "base/text.h"
 #include "gui/window_fixture.h"
 #include "scan/file_columns.h"
@@ -69,8 +66,7 @@ inline constexpr ListInfo kWithFiles[] = {kFileList, kTopList, kHardlinkList};
 
 inline const std::string kBytes = "\xff\xfe odd \x80 #%41?.txt";
 
-class ListSession : public Session {
-  public:
+struct ListSession : Session {
     using Session::Session;
     /// Starts a session and reads a folder.
     ListSession(const std::string& home, const std::string& source) : Session(home) {
@@ -133,8 +129,7 @@ class ListSession : public Session {
 };
 
 /// Shows sizes in bytes, fills all lists, and hides the list of drives.
-class ListsTest : public WindowTest {
-  protected:
+struct ListsTest : WindowTest {
     ListsTest() { options(""); }
     void options(const std::string& more) const {
         std::string text = "[Optionen]\r\nDiskinfoVisible=0\r\n";
@@ -146,7 +141,7 @@ class ListsTest : public WindowTest {
         setSettings(text + more);
     }
     void link(const std::string& from, const std::string& to) const {
-        std::filesystem::create_hard_link(at(from), at(to));
+        fs::create_hard_link(at(from), at(to));
     }
     /// Makes the files a to f of the sizes 600 to 100, files with two names, and links to folders.
     void someTree() const {
@@ -158,7 +153,7 @@ class ListsTest : public WindowTest {
             link("src/" + name, "src/sub/again " + name);
         }
         for (const char* name : {"to A", "to b", "to C"})
-            std::filesystem::create_directory_symlink(at("other"), at("src/") + name);
+            fs::create_directory_symlink(at("other"), at("src/") + name);
     }
 };
 

@@ -1,14 +1,9 @@
 // Tests what mouse and keys do in the four lists.
-#include <QHelpEvent>
-#include <QToolTip>
-#include <QWheelEvent>
 
 #include "gui/lists_fixture.h"
 
-namespace hl {
+namespace hl::test {
 namespace {
-
-using namespace test;
 
 TEST_F(ListsTest, ATitleClickSortsAndTurnsTheOrderButOneThatEndsADragDoesNot) {
     someTree();
@@ -179,8 +174,7 @@ TEST_F(ListsTest, TheLengthOfTheListFollowsOneRuleInSettingsBoxAndAtTheEnd) {
         EXPECT_EQ(box.text().toStdString(), text) << "nobody types into what is being typed";
         EXPECT_EQ(std::to_string(s.form().form().session.options.TOPmaxcount), count) << text;
         s.frame().close();
-        EXPECT_NE(contentOf(ini()).find(std::string("TOPmaxcount=") + count + "\r\n"), std::string::npos)
-            << text;
+        EXPECT_TRUE(has(contentOf(ini()), std::string("TOPmaxcount=") + count + "\r\n")) << text;
     }
 }
 
@@ -196,7 +190,7 @@ TEST_F(ListsTest, TheRowUnderThePointerTellsItsFolder) {
         EXPECT_EQ(note(7 - row), "") << "no other row has one";
         QHelpEvent help(QEvent::ToolTip, at, view.viewport()->mapToGlobal(at));
         QApplication::sendEvent(view.viewport(), &help);
-        EXPECT_NE(QToolTip::text().toStdString().find(folder), std::string::npos);
+        EXPECT_TRUE(has(QToolTip::text().toStdString(), folder));
     }
     EXPECT_NE(note(4), "");
     QEvent leave(QEvent::Leave);
@@ -205,4 +199,4 @@ TEST_F(ListsTest, TheRowUnderThePointerTellsItsFolder) {
 }
 
 }  // namespace
-}  // namespace hl
+}  // namespace hl::test

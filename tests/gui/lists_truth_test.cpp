@@ -1,16 +1,11 @@
 // Tests the content of the four lists against what the system says of the tree, and what is saved of them.
 
-#include <random>
-
 #include "gui/lists_fixture.h"
 #include "scan/list_handover.h"
 #include "support/mounted.h"
 
-namespace hl {
+namespace hl::test {
 namespace {
-
-namespace fs = std::filesystem;
-using namespace test;
 
 TEST_F(ListsTest, FilesFollowTheSelectedFolderAndAreReadAgainOnlyWhenAsked) {
     smallTree();
@@ -181,13 +176,13 @@ TEST_F(ListsTest, EachListIsSavedInBothFormatsWithTheColumnsThatShow) {
         const std::string text =
             s.saved(list, Qt::Key_T, at("t" + std::to_string(idOf(list.panel)) + ".txt"));
         const std::string csv = s.saved(list, Qt::Key_C, at("c" + std::to_string(idOf(list.panel)) + ".csv"));
-        EXPECT_NE(text.find(line), std::string::npos) << text;
+        EXPECT_TRUE(has(text, line));
         EXPECT_EQ(csv.find(titles), 0U) << csv;
-        EXPECT_NE(csv.find("\r\n\"" + replaceAll(line, "\t", "\";\"") + "\""), std::string::npos) << csv;
+        EXPECT_TRUE(has(csv, "\r\n\"" + replaceAll(line, "\t", "\";\"") + "\""));
         EXPECT_EQ(std::ranges::count(text, '\n') + 1, std::ranges::count(csv, '\n'))
             << "all rows, and the titles";
     }
 }
 
 }  // namespace
-}  // namespace hl
+}  // namespace hl::test

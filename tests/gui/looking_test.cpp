@@ -1,18 +1,10 @@
 // Tests what is seen, and what the user may do, while a run fills the report.
-#include <QEnterEvent>
-#include <QWheelEvent>
-#include <array>
-#include <map>
-#include <thread>
 
 #include "gui/window_fixture.h"
 #include "scan/records.h"
 
-namespace hl {
+namespace hl::test {
 namespace {
-
-using test::Session;
-using test::WindowTest;
 
 constexpr int kTopFolders = 60;
 
@@ -163,7 +155,7 @@ TEST_F(LookingTest, LookingIsAllowedAllElseIsRefusedAndTheResultIsTheSame) {
         EXPECT_FALSE(s.grid().expanded(picked));
         EXPECT_EQ(files().rowCount(), 0U);
         const QHeaderView& titles = *view().horizontalHeader();
-        test::dragBorder(view(), {titles.sectionViewportPosition(1) + titles.sectionSize(1) - 1, 5}, {30});
+        dragBorder(view(), {titles.sectionViewportPosition(1) + titles.sectionSize(1) - 1, 5}, {30});
         width = s.widths()[1];
         wheel(3);
         top = s.grid().topRow();
@@ -200,7 +192,7 @@ TEST_F(LookingTest, LookingIsAllowedAllElseIsRefusedAndTheResultIsTheSame) {
     ASSERT_EQ(files().rowCount(), 1U);
     EXPECT_EQ(s.status().substr(0, 3), "OK.");
     EXPECT_EQ(s.form().state().currentFolder, at("src/") + std::string(s.grid().text(picked)) + "/");
-    const test::TempDir other;
+    const TempDir other;
     Session unseen{other.path()};
     unseen.start();
     unseen.scan(at("src"));
@@ -275,4 +267,4 @@ TEST_F(LookingTest, AFolderThatIsFoldedWhileOneInItIsReadAgainIsTheOnlySelectedR
 }
 
 }  // namespace
-}  // namespace hl
+}  // namespace hl::test

@@ -1,8 +1,6 @@
 // Tests what a user would notice at once: numbers that are cut, rows that are hidden, texts that are
 // unreadable.
 
-#include <QScrollBar>
-
 #include "base/scope_exit.h"
 #include "gui/grid_view_fixture.h"
 #include "platform/qt/grid/grid_colors.h"

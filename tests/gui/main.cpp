@@ -1,7 +1,4 @@
 // The entry of the window's tests: one QApplication for all of them, on no screen.
-#include <gtest/gtest.h>
-
-#include <QApplication>
 
 #include "platform/qt/window/desktop_settings.h"
 

@@ -1,19 +1,12 @@
 // Tests the window at work: scans, the report, panels. Trees are read from the disk.
-#include <QFontDatabase>
-#include <QFontDialog>
-#include <algorithm>
 
 #include "gui/window_fixture.h"
 #include "scan/records.h"
 
-namespace hl {
+namespace hl::test {
 namespace {
 
-using test::Session;
-using test::WindowTest;
-
-class MainWindowTest : public WindowTest {
-  protected:
+struct MainWindowTest : WindowTest {
     /// Starts the window, reads src, and shows only the report.
     void startWithReport() {
         s.start();
@@ -35,7 +28,7 @@ TEST_F(MainWindowTest, FoldersOfTheFirstLevelAppearWhileTheScanRuns) {
         for (const Command entry : {Command::kStart, Command::kReportRescan, Command::kDrivesRefresh})
             EXPECT_FALSE(s.enabled(entry)) << entry;
         EXPECT_EQ(s.status().substr(0, at("src").size()), at("src"));
-        EXPECT_NE(s.secondPanel().find(" Dateien, "), std::string::npos) << s.secondPanel();
+        EXPECT_TRUE(has(s.secondPanel(), " Dateien, "));
     };
     startWithReport();
     EXPECT_EQ(shown, 14U);
@@ -180,7 +173,7 @@ TEST_F(MainWindowTest, AChosenFontIsBoldAndItalicInTheNextSessionToo) {
 TEST_F(MainWindowTest, WithNoProgramForTheLogTheWindowAsksForOne) {
     s.desktop.result = OpenResult::kNoProgram;
     s.desktop.programs = {{"editor.desktop", "Editor"}};
-    test::writeFile(home.path() + "/Harborlantern.log", "line");
+    writeFile(home.path() + "/Harborlantern.log", "line");
     s.start();
     QString asked;
     s.answers.add([&](QDialog& dialog) { asked = dialog.objectName(), dialog.reject(); });
@@ -192,7 +185,7 @@ TEST_F(MainWindowTest, ARescanLeavesTheColumnsFitted) {
     const std::string name =
         "src/a/a folder that has such a long name that no other is as wide, a path neither";
     folder(name);
-    test::makeFile(at(name + "/x"), 12'345'678'901);
+    makeFile(at(name + "/x"), 12'345'678'901);
     startWithReport();
     s.click(Command::kReportUnfoldAll);
     s.expectFitted();
@@ -204,7 +197,7 @@ TEST_F(MainWindowTest, ARescanLeavesTheColumnsFitted) {
 TEST_F(MainWindowTest, ARescanOfALinkToAFolderAboveFindsThatItIsOneAgain) {
     setSettings("[Optionen]\r\nScanHardlinks=1\r\n");
     smallTree();
-    std::filesystem::create_directory_symlink("..", at("src/a/up"));
+    fs::create_directory_symlink("..", at("src/a/up"));
     startWithReport();
     s.click(Command::kReportUnfoldAll);
     const auto look = [&] {
@@ -212,7 +205,7 @@ TEST_F(MainWindowTest, ARescanOfALinkToAFolderAboveFindsThatItIsOneAgain) {
                std::to_string(s.grid().picture(s.row("up")));
     };
     const std::string scanned = look();
-    EXPECT_NE(scanned.find("#40 - "), std::string::npos) << scanned;
+    EXPECT_TRUE(has(scanned, "#40 - "));
     s.clickRow("up");
     s.key(s.view(), Qt::Key_F5);
     EXPECT_EQ(look(), scanned);
@@ -233,4 +226,4 @@ TEST_F(MainWindowTest, TheDesktopIsToldHowMuchOfADriveIsReadAndThenThatNothingIs
 }
 
 }  // namespace
-}  // namespace hl
+}  // namespace hl::test

@@ -1,17 +1,12 @@
 // Tests how the window tells that something was not read.
-#include <QHelpEvent>
-#include <QToolTip>
 
 #include "gui/files_fixture.h"
 #include "support/no_root_rights.h"
 
-namespace hl {
+namespace hl::test {
 namespace {
 
-using namespace test;
-
-class NotReadTest : public FilesTest {
-  protected:
+struct NotReadTest : FilesTest {
     QPushButton* button() { return statusButton(Command::kShowNotRead); }
     std::string description(const std::string& row) {
         return s().window().grid(GridId::kReport).markNote(s().row(row)).toStdString();
@@ -38,10 +33,10 @@ TEST_F(NotReadTest, FoldersAboveCountWhatWasNotReadAndTheListSaysWhy) {
         pressIn(dialog, "OK");
     });
     button()->click();
-    test::Session::settle();
+    Session::settle();
     const std::string saved = contentOf(at("list.txt"));
-    EXPECT_NE(saved.find(at("src/sub/deep/shut") + "\t"), std::string::npos) << saved;
-    EXPECT_NE(saved.find("Permission denied"), std::string::npos);
+    EXPECT_TRUE(has(saved, at("src/sub/deep/shut") + "\t"));
+    EXPECT_TRUE(has(saved, "Permission denied"));
     EXPECT_EQ(std::ranges::count(saved, '\n'), 2);
 
     // Whatever is done then, the marks are those of a fresh scan.
@@ -80,7 +75,7 @@ TEST_F(NotReadTest, AStoppedSourceSaysThatItIsIncompleteUntilItIsReadAgain) {
     std::string text;
     answer("Abbrechen", &text);
     s().click(Command::kReportSave);
-    EXPECT_NE(text.find("Der Bericht ist unvollständig"), std::string::npos) << text;
+    EXPECT_TRUE(has(text, "Der Bericht ist unvollständig"));
     s().fileSystem.beforeBlock = nullptr;
     s().click(Command::kReportRescan);
     EXPECT_EQ(s().grid().rowNote(s().grid().currentRow()), "");
@@ -89,4 +84,4 @@ TEST_F(NotReadTest, AStoppedSourceSaysThatItIsIncompleteUntilItIsReadAgain) {
 }
 
 }  // namespace
-}  // namespace hl
+}  // namespace hl::test

@@ -1,14 +1,10 @@
 // Tests that numbers can be read: sums of what is selected, tooltips, and columns that stay in sight.
-#include <QHelpEvent>
-#include <QToolTip>
 
 #include "gui/lists_fixture.h"
 #include "views/report_columns.h"
 
-namespace hl {
+namespace hl::test {
 namespace {
-
-using namespace test;
 
 struct NumbersTest : WindowTest {
     static QPoint place(GridView& view, Row row, int column) {
@@ -16,7 +12,7 @@ struct NumbersTest : WindowTest {
         const auto index = view.rows().find(row);
         return {view.columnViewportPosition(column) + 6, view.rowRect(index.value_or(0)).center().y()};
     }
-    static void click(test::Session& s, const std::string& name, Qt::KeyboardModifiers keys = {}) {
+    static void click(Session& s, const std::string& name, Qt::KeyboardModifiers keys = {}) {
         QTest::mouseClick(s.view().viewport(), Qt::LeftButton, keys,
                           place(s.view(), s.row(name), 0) + QPoint(60, 0));
         s.settle();
@@ -31,7 +27,7 @@ struct NumbersTest : WindowTest {
 
 TEST_F(NumbersTest, SeveralSelectedRowsTellTheirSumTheirShareAndTheirCounts) {
     smallTree();
-    test::Session s(home.path());
+    Session s(home.path());
     s.start();
     s.scan(at("src"));
     s.clickRow("a");
@@ -59,12 +55,12 @@ TEST_F(NumbersTest, SeveralSelectedRowsTellTheirSumTheirShareAndTheirCounts) {
 
 TEST_F(NumbersTest, ASizesTooltipHasAllUnitsAndThatOfADriveWhatIsReserved) {
     smallTree();
-    test::Session s(home.path());
+    Session s(home.path());
     s.start();
     s.scan(at("src"));
     const std::string size = tip(s.view(), place(s.view(), s.row("a"), kReportSize));
     for (const char* line : {"400 Bytes\n", "0,39 KB\n", "0,01 MB\n", "0,01 GB"})
-        EXPECT_NE(size.find(line), std::string::npos) << line << size;
+        EXPECT_TRUE(has(size, line));
     GridView& drives = s.window().grid(GridId::kDrives);
     ASSERT_GT(drives.grid().rowCount(), 0U);
     const Row drive = drives.grid().rowAt(0);
@@ -73,7 +69,7 @@ TEST_F(NumbersTest, ASizesTooltipHasAllUnitsAndThatOfADriveWhatIsReserved) {
         s.form().takeDriveAnswers();
     }
     for (const int column : {int{kDriveListUsed}, int{kDriveListUsedBar}, int{kDriveListTotal}})
-        EXPECT_NE(tip(drives, place(drives, drive, column)).find("Reserviert: 500 Bytes"), std::string::npos);
+        EXPECT_TRUE(has(tip(drives, place(drives, drive, column)), "Reserviert: 500 Bytes"));
 }
 
 TEST_F(NumbersTest, DeepFoldersAndLongNamesLeaveTheNumbersInSight) {
@@ -81,7 +77,7 @@ TEST_F(NumbersTest, DeepFoldersAndLongNamesLeaveTheNumbersInSight) {
     for (int level = 0; level < 40; ++level) deep += "/" + std::to_string(level) + std::string(60, 'w');
     folder(deep);
     file(deep + "/x", 3);
-    test::Session s(home.path());
+    Session s(home.path());
     s.start();
     s.scan(at("src"));
     s.execute(Command::kReportUnfoldAll);
@@ -100,11 +96,11 @@ TEST_F(NumbersTest, DeepFoldersAndLongNamesLeaveTheNumbersInSight) {
         before = name.left();
     }
     const std::string whole = tip(s.view(), place(s.view(), s.view().rows().at(5), 0) + QPoint(150, 0));
-    EXPECT_NE(whole.find("4" + std::string(60, 'w')), std::string::npos) << whole;
+    EXPECT_TRUE(has(whole, "4" + std::string(60, 'w')));
     s.frame().resize(900, 600);
     s.settle();
     EXPECT_TRUE(inSight());
 }
 
 }  // namespace
-}  // namespace hl
+}  // namespace hl::test

@@ -1,19 +1,10 @@
 // Tests the preview's pane with real files of each kind, and with files that try to harm it.
 #include <fcntl.h>
-#include <gtest/gtest.h>
 #include <netinet/in.h>
 #include <poll.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
-
-#include <QAbstractButton>
-#include <QAbstractSlider>
-#include <QImage>
-#include <QPainter>
-#include <QPdfWriter>
-#include <QScrollBar>
-#include <QTest>
 
 #include "platform/linux/preview/preview_tools.h"
 #include "platform/qt/preview/preview_area.h"

@@ -34,7 +34,7 @@ TEST_F(ListsTest, ThePreviewFollowsTheSelectionAndGoesWithIt) {
         const MenuAnswer menu("");
         QTest::mouseClick(list.viewport(), Qt::RightButton, {}, s.place(list, 0));
         EXPECT_EQ(shown(), "a.txt");
-        EXPECT_NE(s.secondPanel().find("1 ausgewählte Datei(en) mit 5 Bytes"), std::string::npos);
+        EXPECT_TRUE(has(s.secondPanel(), "1 ausgewählte Datei(en) mit 5 Bytes"));
     }
     QTest::keyClick(&list, Qt::Key_Down, Qt::ControlModifier);
     const MenuAnswer menu("");
@@ -43,7 +43,7 @@ TEST_F(ListsTest, ThePreviewFollowsTheSelectionAndGoesWithIt) {
     QTest::mouseClick(list.viewport(), Qt::LeftButton, {}, {20, list.viewport()->height() - 3});
     EXPECT_EQ(shown(), "nothing");
     std::filesystem::remove(at("src/a.txt"));
-    EXPECT_NE(click(0).find("/a.txt' kann nicht angezeigt werden!"), std::string::npos) << shown();
+    EXPECT_TRUE(has(click(0), "/a.txt' kann nicht angezeigt werden!")) << shown();
 }
 
 }  // namespace

@@ -1,11 +1,5 @@
 // Tests what is printed: pages, the PDF, and the preview.
-#include <QFontDatabase>
-#include <QMessageBox>
 #include <QPrintDialog>
-#include <QProcess>
-#include <QRadioButton>
-#include <QSpinBox>
-#include <QStandardPaths>
 
 #include "base/text.h"
 #include "gui/recording_events.h"
@@ -13,7 +7,7 @@
 #include "platform/qt/print/print_columns.h"
 #include "platform/qt/print/print_preview.h"
 
-namespace hl {
+namespace hl::test {
 namespace {
 
 constexpr CellSpec kCells[] = {{"size", CellType::kSize}};
@@ -29,12 +23,12 @@ QString textOf(const std::string& path) {
 
 struct PrintTest : testing::Test {
     Grid grid{kCells};
-    test::TempDir dir;
+    TempDir dir;
     LinuxFiles files;
     PrintJob job;
     DialogTexts texts{
         QStringLiteral("Harborlantern"), {}, {}, QStringLiteral("OK"), QStringLiteral("Cancel")};
-    test::RecordingEvents told;
+    RecordingEvents told;
     std::string path = dir.path() + "/out.pdf";
 
     PrintTest() {
@@ -190,14 +184,13 @@ TEST_F(PdfTest, AReportIsPrintedAsLinesThatAreBrokenWhereTheyAreTooLong) {
 
 TEST_F(PrintTest, AnOlderPdfStaysWhereTheNewOneIsCancelledOrCannotBeWritten) {
     addRows(200);
-    test::writeFile(path, "older");
+    writeFile(path, "older");
     PdfFailure failure;
     EXPECT_EQ(write(failure, [](int page) { return page < 1; }), PrintResult::kCancelled);
-    EXPECT_EQ(test::contentOf(path), "older");
-    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(dir.path()), {}), 1)
-        << "nothing is left behind";
+    EXPECT_EQ(contentOf(path), "older");
+    EXPECT_EQ(std::distance(fs::directory_iterator(dir.path()), {}), 1) << "nothing is left behind";
     EXPECT_EQ(write(failure), PrintResult::kDone);
-    EXPECT_EQ(test::contentOf(path).substr(0, 5), "%PDF-");
+    EXPECT_EQ(contentOf(path).substr(0, 5), "%PDF-");
     path = "/dev/full";
     EXPECT_EQ(write(failure), PrintResult::kFailed);
     EXPECT_TRUE(failure.error && failure.error->number == ENOSPC);
@@ -285,12 +278,12 @@ TEST_F(PreviewTest, ThePageCanBeTurnedAndShowsAsLargeAsIsChosen) {
 TEST_F(PreviewTest, WritesAPdfWhereTheDialogSaysAndTellsWhatFailed) {
     addRows(3);
     show();
-    test::Answers answers;
-    answers.add([&](QDialog& dialog) { test::choosePath(dialog, path); });
+    Answers answers;
+    answers.add([&](QDialog& dialog) { choosePath(dialog, path); });
     press("savePdf");
-    EXPECT_EQ(test::contentOf(path).substr(0, 5), "%PDF-");
+    EXPECT_EQ(contentOf(path).substr(0, 5), "%PDF-");
     const std::string nowhere = dir.path() + "/folder.pdf";
-    std::filesystem::create_directory(nowhere);
+    fs::create_directory(nowhere);
     QString said;
     answers.add([&](QDialog& dialog) {
         said = dynamic_cast<QMessageBox&>(dialog).text();
@@ -302,7 +295,7 @@ TEST_F(PreviewTest, WritesAPdfWhereTheDialogSaysAndTellsWhatFailed) {
 
 TEST_F(PdfTest, TheDialogOffersAPdfWhereThereIsNoPrinterAndPrintsThePagesWanted) {
     addRows(200);
-    test::Answers answers;
+    Answers answers;
     answers.add([&](QDialog& dialog) {
         auto* printers = dialog.findChild<QComboBox*>(QStringLiteral("printers"));
         printers->setCurrentIndex(printers->count() - 1);
@@ -317,11 +310,11 @@ TEST_F(PdfTest, TheDialogOffersAPdfWhereThereIsNoPrinterAndPrintsThePagesWanted)
     EXPECT_EQ(occurrences(textOf(path), "Page 3 of"), 1);
 }
 
-using WindowPrints = test::WindowTest;
+using WindowPrints = WindowTest;
 
 TEST_F(WindowPrints, TheReportAsIsAskedForAndAListAtOnce) {
     smallTree();
-    test::Session s(home.path());
+    Session s(home.path());
     s.start();
     s.scan(at("src"));
     std::vector<std::string> shown;
@@ -334,8 +327,8 @@ TEST_F(WindowPrints, TheReportAsIsAskedForAndAListAtOnce) {
     };
     s.click(Command::kReportFilesColumn);
     s.answers.add([](QDialog& dialog) {
-        test::pressIn(dialog, "Alle Ordnerebenen");
-        test::pressIn(dialog, "OK");
+        pressIn(dialog, "Alle Ordnerebenen");
+        pressIn(dialog, "OK");
     });
     for (const Command entry : {Command::kReportPrint, Command::kFilesPrint}) {
         s.clickRow("a");
@@ -346,4 +339,4 @@ TEST_F(WindowPrints, TheReportAsIsAskedForAndAListAtOnce) {
 }
 
 }  // namespace
-}  // namespace hl
+}  // namespace hl::test

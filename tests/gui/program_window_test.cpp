@@ -1,9 +1,4 @@
 // Tests the program from outside: what it does to others, without a display, and with its user's folders.
-#include <QClipboard>
-#include <QFileDialog>
-#include <QFontDialog>
-#include <fstream>
-#include <regex>
 
 #include "gui/window_fixture.h"
 #include "platform/linux/process/programs.h"
@@ -175,8 +170,8 @@ TEST_F(ProgramWindow, AFaultInItsModuleIsReportedLikeAnyErrorAndOneThatEndsItLea
     EXPECT_TRUE(comes([&] { return log().find("\r\n\r\n") != std::string::npos; }));
     for (const char* line : {"Err: 2147746305 - An unhandled error (EXCEPTION_ACCESS_VIOLATION)",
                              "Screen: 800x800x4294967296 (32)\r\n", "Path: " HARBORLANTERN_PROGRAM "\r\n"})
-        EXPECT_NE(log().find(line), std::string::npos) << line << log();
-    EXPECT_EQ(log().find("NOT ok"), std::string::npos) << log();
+        EXPECT_TRUE(test::has(log(), line));
+    EXPECT_FALSE(test::has(log(), "NOT ok"));
     const std::string before = log();
     ::kill(std::stoi(pid), SIGSEGV);
     first.join();
@@ -222,7 +217,7 @@ TEST(OnScreenClipboard, HasTheReportWithWhichTheProgramWasQuitUntilSomethingElse
     }));
     EXPECT_EQ(status, 0);
     const std::string text = clipboard.text().toStdString();
-    EXPECT_NE(text.find("Err: 13 - Type mismatch"), std::string::npos) << text;
+    EXPECT_TRUE(test::has(text, "Err: 13 - Type mismatch"));
     EXPECT_TRUE(text.ends_with("Debug0: FileSizeFormat=many")) << text;
     const auto helpers = helpersFor(home.path());
     ASSERT_EQ(helpers.size(), 1U);
@@ -247,11 +242,11 @@ TEST(OnScreenClipboard, HasTheReportWithWhichTheProgramWasQuitUntilSomethingElse
 TEST_F(ProgramWindow, AnErrorThatComesBeforeItIsToldInItAndNotBehindIt) {
     test::writeFile(program.home("Harborlantern.ini"), "[Allgemein]\r\nLang=abc\r\n");
     start(128 + SIGTERM);
-    EXPECT_NE(test::readFile(program.home("error.log")).find("Lang=abc"), std::string::npos);
+    EXPECT_TRUE(test::has(test::readFile(program.home("error.log")), "Lang=abc"));
     ::kill(std::stoi(pid), SIGTERM);
     first.join();
     const std::string errors = test::readFile(program.home("stderr.txt"));
-    EXPECT_EQ(errors.find("Lang=abc"), std::string::npos) << errors;
+    EXPECT_FALSE(test::has(errors, "Lang=abc"));
 }
 
 TEST_F(ProgramWindow, WithNoDisplayOneLineNamesTheWayWithoutAWindow) {
@@ -263,7 +258,7 @@ TEST_F(ProgramWindow, WithNoDisplayOneLineNamesTheWayWithoutAWindow) {
             });
             EXPECT_EQ(ended.status, 3) << platform << display;
             EXPECT_EQ(ended.errors.find('\n'), ended.errors.size() - 1) << ended.errors;
-            EXPECT_NE(ended.errors.find(" -s "), std::string::npos) << ended.errors;
+            EXPECT_TRUE(test::has(ended.errors, " -s "));
         }
 }
 

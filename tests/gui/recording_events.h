@@ -1,10 +1,6 @@
 // A logic that records what the window tells it, and does what a test wants.
 #pragma once
 
-#include <functional>
-#include <string>
-#include <vector>
-
 #include "platform/window.h"
 
 namespace hl::test {

@@ -1,21 +1,16 @@
 // Tests sources and drives in the window: how the box shows them, and how they are typed, kept and removed.
-#include <QLineEdit>
-#include <QListView>
 
 #include "gui/lists_fixture.h"
 #include "platform/linux/preview/preview_tools.h"
 #include "platform/qt/preview/preview_area.h"
 #include "platform/qt/preview/preview_texts.h"
 
-namespace hl {
+namespace hl::test {
 namespace {
 
-using namespace test;
-
-class SourcesTest : public WindowTest {
-  protected:
+struct SourcesTest : WindowTest {
     /// Starts a session whose box has these saved sources.
-    test::Session& start(const std::vector<std::string>& saved = {}) {
+    Session& start(const std::vector<std::string>& saved = {}) {
         std::string section = "[ComboOrdner]\r\n";
         for (std::size_t i = 0; i < saved.size(); ++i)
             section += std::to_string(i) + "O=" + saved[i] + "\r\n";
@@ -24,7 +19,7 @@ class SourcesTest : public WindowTest {
         return startAgain();
     }
     /// Starts a session with what the former session left.
-    test::Session& startAgain() {
+    Session& startAgain() {
         if (session_) session_->frame().close();
         session_.emplace(home.path());
         session_->start();
@@ -39,12 +34,12 @@ class SourcesTest : public WindowTest {
         return all;
     }
 
-    std::optional<test::Session> session_;
+    std::optional<Session> session_;
 };
 
 TEST_F(SourcesTest, ALinkToAFolderIsKeptFromStartToStart) {
     folder("real");
-    std::filesystem::create_directory_symlink(at("real"), at("link"));
+    fs::create_directory_symlink(at("real"), at("link"));
     start({at("link/"), at("gone/"), at("real/")});
     for (int i = 0; i < 3; ++i, startAgain()) {
         Names names = listed();
@@ -54,8 +49,8 @@ TEST_F(SourcesTest, ALinkToAFolderIsKeptFromStartToStart) {
 }
 
 TEST_F(SourcesTest, WhatIsTypedIsMadeAbsoluteFirst) {
-    test::Session& s = start();
-    for (const char* name : {"/now/a", "/b"}) std::filesystem::create_directories(s.userHome() + name);
+    Session& s = start();
+    for (const char* name : {"/now/a", "/b"}) fs::create_directories(s.userHome() + name);
     const char* const cases[][2] = {
         {"a", "/now/a"}, {"./a/../../b/", "/b"}, {"~/b", "/b"}, {"..", ""}, {"~", ""}};
     for (const auto& [typed, below] : cases) {
@@ -64,15 +59,14 @@ TEST_F(SourcesTest, WhatIsTypedIsMadeAbsoluteFirst) {
         ASSERT_NE(s.grid().currentRow(), kNoRow) << typed << ": " << s.status();
         EXPECT_EQ(s.grid().text(s.grid().currentRow()), path) << typed;
         EXPECT_EQ(shown(), path + "/");
-        EXPECT_NE(contentOf(home.path() + "/Harborlantern.log").find("Einlesen: " + path + "/\r\n"),
-                  std::string::npos);
+        EXPECT_TRUE(has(contentOf(home.path() + "/Harborlantern.log"), "Einlesen: " + path + "/\r\n"));
     }
     EXPECT_EQ(listed().size(), 3U) << "one source, however it is typed";
 }
 
 TEST_F(SourcesTest, TheBoxShowsEachSourceInWorkAndThoseThatAreMissingAreTold) {
     for (const char* name : {"a", "b"}) folder(name);
-    test::Session& s = start();
+    Session& s = start();
     Names inWork;
     s.fileSystem.beforeBlock = [&](int block) {
         s.settle();
@@ -83,8 +77,7 @@ TEST_F(SourcesTest, TheBoxShowsEachSourceInWorkAndThoseThatAreMissingAreTold) {
     EXPECT_EQ(inWork, (Names{at("a/"), at("b/")}));
     EXPECT_EQ(shown(), at("b/"));
     EXPECT_EQ(s.rows(), "a b");
-    for (const char* name : {"none", "nowhere"})
-        EXPECT_NE(s.status().find(" " + at(name) + " "), std::string::npos) << s.status();
+    for (const char* name : {"none", "nowhere"}) EXPECT_TRUE(has(s.status(), " " + at(name) + " "));
 }
 
 TEST_F(SourcesTest, DelRemovesAnEntryThatIsNotBeingEdited) {
@@ -143,12 +136,12 @@ TEST_F(SourcesTest, AnEntryThatTheSettingsCannotHoldIsNotSaved) {
     EXPECT_EQ(shown(), at(deep) + "/");
     startAgain();
     EXPECT_EQ(listed(), Names{visible(at(odd)) + "/"});
-    EXPECT_EQ(contentOf(ini()).find("xxx"), std::string::npos);
+    EXPECT_FALSE(has(contentOf(ini()), "xxx"));
 }
 
 TEST_F(SourcesTest, ARightClickOnADriveChoosesItAlone) {
     setSettings("[DriveFolders]\r\n0F=//nas/one/\r\n1F=//nas/two/\r\n");
-    test::Session& s = startAgain();
+    Session& s = startAgain();
     GridView& drives = s.window().grid(GridId::kDrives);
     for (const int row : {1, 2})
         ListSession::clickOn(drives, static_cast<std::size_t>(row),
@@ -165,8 +158,8 @@ TEST_F(SourcesTest, RemovingAllOfThemClearsThePreviewOfAFileThatAListStillHas) {
     folder("src");
     file("src/a.txt", 3);
     setSettings("[Optionen]\r\nCreateListTOP=1\r\n");
-    test::Session& s = startAgain();
-    LinuxPreviewTools tools(std::filesystem::path(HARBORLANTERN_PROGRAM).parent_path().string(), "", at(""));
+    Session& s = startAgain();
+    LinuxPreviewTools tools(fs::path(HARBORLANTERN_PROGRAM).parent_path().string(), "", at(""));
     s.form().parts().preview.tools = &tools;
     s.scan(at("src"));
     for (const Command entry : {Command::kShowTop, Command::kTopPreview}) s.click(entry);
@@ -182,4 +175,4 @@ TEST_F(SourcesTest, RemovingAllOfThemClearsThePreviewOfAFileThatAListStillHas) {
 }
 
 }  // namespace
-}  // namespace hl
+}  // namespace hl::test

@@ -1,13 +1,10 @@
 // Tests what comes back from the trash, and what is asked and told before and after something goes.
 #include "gui/files_fixture.h"
 
-namespace hl {
+namespace hl::test {
 namespace {
 
-using namespace test;
-
-class TakeBackTest : public FilesTest {
-  protected:
+struct TakeBackTest : FilesTest {
     TakeBackTest() {
         file("src/other/own", 7);
         link("src/c.txt", "src/sub/c again");
@@ -43,7 +40,7 @@ class TakeBackTest : public FilesTest {
     static void pressed(QWidget& on, Qt::Key key, Qt::KeyboardModifiers with = {}) {
         on.setFocus();
         QTest::keyClick(&on, key, with);
-        test::Session::settle();
+        Session::settle();
     }
     Names inTrash() {
         Names all;
@@ -127,7 +124,7 @@ TEST_F(TakeBackTest, ItsMessageHasTheRoomThatTheSecondPanelDoesNotNeed) {
     EXPECT_GT(panel->width(), pane);
     EXPECT_GE(panel->width(), panel->fontMetrics().horizontalAdvance(QString::fromStdString(s().status())));
     s().clickRow("other");
-    test::Session::settle();
+    Session::settle();
     EXPECT_NEAR(panel->width(), pane, 5) << "a short message leaves the second panel where its pane begins";
 }
 
@@ -153,12 +150,9 @@ TEST_F(TakeBackTest, WhatCannotComeBackIsNamedAndTheRestIsBack) {
     answer("OK", &text);
     ASSERT_NE(statusButton(Command::kTakeBack), nullptr) << s().status();
     statusButton(Command::kTakeBack)->click();
-    test::Session::settle();
-    EXPECT_NE(text.find("'" + at("src/a.txt") + "' wurde nicht zurückgeholt: dort gibt es inzwischen"),
-              std::string::npos)
-        << text;
-    EXPECT_NE(text.find("'" + at("src/b.txt") + "' wurde nicht zurückgeholt: es ist nicht mehr"),
-              std::string::npos);
+    Session::settle();
+    EXPECT_TRUE(has(text, "'" + at("src/a.txt") + "' wurde nicht zurückgeholt: dort gibt es inzwischen"));
+    EXPECT_TRUE(has(text, "'" + at("src/b.txt") + "' wurde nicht zurückgeholt: es ist nicht mehr"));
     EXPECT_EQ(contentOf(at("src/a.txt")), "new");
     EXPECT_EQ(fs::file_size(at("src/c.txt")), 300u);
     EXPECT_EQ(s().status(), "'" + at("src/c.txt") + "' ist wieder da.");
@@ -176,7 +170,7 @@ TEST_F(TakeBackTest, WhatCannotComeBackIsNamedAndTheRestIsBack) {
     text.clear();
     answer("OK", &text);
     takeBack();
-    EXPECT_NE(text.find("der Ordner '" + at("src/sub") + "' fehlt."), std::string::npos) << text;
+    EXPECT_TRUE(has(text, "der Ordner '" + at("src/sub") + "' fehlt."));
 }
 
 TEST_F(TakeBackTest, DeletingForGoodAsksWhatAndHowMuchUnlessItIsToldNotTo) {
@@ -191,8 +185,8 @@ TEST_F(TakeBackTest, DeletingForGoodAsksWhatAndHowMuchUnlessItIsToldNotTo) {
         pressed(on, Qt::Key_Delete, Qt::ShiftModifier);
     };
     ask(s().view(), "Abbrechen");
-    EXPECT_NE(text.find("1 Ordner mit 3 Datei(en), 1,17 KB, für immer löschen?"), std::string::npos) << text;
-    EXPECT_NE(text.find("\nsub"), std::string::npos) << "the folder in it is not told again";
+    EXPECT_TRUE(has(text, "1 Ordner mit 3 Datei(en), 1,17 KB, für immer löschen?"));
+    EXPECT_TRUE(has(text, "\nsub")) << "the folder in it is not told again";
     s().answers.add([](QDialog& dialog) { QTest::keyClick(&dialog, Qt::Key_Return); });
     s().execute(Command::kDeleteFolders);
     EXPECT_TRUE(there("src/sub")) << "Return cancels";
@@ -206,8 +200,7 @@ TEST_F(TakeBackTest, DeletingForGoodAsksWhatAndHowMuchUnlessItIsToldNotTo) {
     session_->sortByName(list);
     selectFirst(list, 2);
     ask(list, "Abbrechen");
-    EXPECT_NE(text.find("2 Datei(en), 300 Bytes, für immer löschen?\n\na.txt\nb.txt"), std::string::npos)
-        << text;
+    EXPECT_TRUE(has(text, "2 Datei(en), 300 Bytes, für immer löschen?\n\na.txt\nb.txt"));
     s().answers.add([&](QDialog& dialog) {
         pressIn(dialog, "Vor dem Löschen für immer fragen");
         pressIn(dialog, "OK");
@@ -249,8 +242,7 @@ TEST_F(TakeBackTest, TheNextRowIsSelectedAndTheStatusSaysWhatWentWhere) {
         pressed(s().view(), Qt::Key_Delete);
         EXPECT_EQ(s().grid().selectedRows(), std::vector<Row>{s().row(next)}) << gone;
         EXPECT_EQ(s().status().find("Im Papierkorb: '"), 0u) << s().status();
-        EXPECT_NE(s().status().find(gone + std::string("' (") + s().trash() + ")"), std::string::npos)
-            << s().status();
+        EXPECT_TRUE(has(s().status(), gone + std::string("' (") + s().trash() + ")"));
     }
     s().clickRow("sub");
     EXPECT_EQ(statusButton(Command::kTakeBack), nullptr) << "the button stands beside its message only";
@@ -264,4 +256,4 @@ TEST_F(TakeBackTest, TheNextRowIsSelectedAndTheStatusSaysWhatWentWhere) {
 }
 
 }  // namespace
-}  // namespace hl
+}  // namespace hl::test

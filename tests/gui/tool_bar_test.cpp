@@ -1,30 +1,18 @@
 #include "platform/qt/bars/tool_bar.h"
 #include "platform/qt/bars/bar_flow.h"
 
-#include <gtest/gtest.h>
-
-#include <QAccessible>
-#include <QApplication>
-#include <QComboBox>
-#include <QLineEdit>
-#include <QPointer>
-#include <QTest>
-#include <QTimer>
-
 #include "gui/window_bars_fixture.h"
 #include "platform/icons.h"
 
-namespace hl {
+namespace hl::test {
 namespace {
 
-using test::RecordingEvents;
 using Told = std::vector<std::string>;
 
 constexpr int kCombo = 50, kGo = 2, kFirstCheck = 60, kToggle = 33, kSearch = 29, kLast = 20;
 
 /// A bar with one entry of each kind; it is some 600 pixels wide.
-class ToolBarTest : public testing::Test {
-  protected:
+struct ToolBarTest : testing::Test {
     ToolBarTest() {
         bar_.setTitle("Commands");
         bar_.add({.kind = EntryKind::kLabel, .caption = "Folders"});
@@ -186,7 +174,7 @@ TEST(BarFlow, ARowThatHasRoomForNothingKeepsItsButton) {
     EXPECT_EQ(flow.extension.height(), 20);
 }
 
-using ToolBarOfTheWindow = test::WindowBars;
+using ToolBarOfTheWindow = WindowBars;
 
 TEST_F(ToolBarOfTheWindow, TheButtonOfTheLanguageIsItsListAndNothingElse) {
     show(1600);
@@ -225,4 +213,4 @@ TEST_F(ToolBarOfTheWindow, TheButtonOfTheLanguageIsItsListAndNothingElse) {
 }
 
 }  // namespace
-}  // namespace hl
+}  // namespace hl::test

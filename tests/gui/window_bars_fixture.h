@@ -1,12 +1,6 @@
 // The main window with all its bars and panes, and a logic that records what it is told.
 #pragma once
 
-#include <gtest/gtest.h>
-
-#include <QApplication>
-#include <QTest>
-#include <algorithm>
-
 #include "gui/entry_name.h"
 #include "gui/recording_events.h"
 #include "mainwindow/bars.h"
@@ -21,8 +15,7 @@ namespace hl::test {
 
 /// Uses English, and shows the report, the drives and the file list; every entry that has a routine is
 /// enabled.
-class WindowBars : public testing::Test, private PaneHost {
-  protected:
+struct WindowBars : testing::Test, private PaneHost {
     WindowBars() {
         initAllBars(bars, {texts.texts, options, texts.diagnostics});
         for (CommandBar* bar : bars.all()) bar->setAllEnabled(true);

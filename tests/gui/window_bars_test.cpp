@@ -1,16 +1,12 @@
 // Tests the bars of the window at work: how much room they take, which entries can be used, and their font.
-#include <QStatusBar>
 
 #include "gui/lists_fixture.h"
 #include "mainwindow/command_table.h"
 
-namespace hl {
+namespace hl::test {
 namespace {
 
-using namespace test;
-
-class WindowBarsTest : public WindowTest {
-  protected:
+struct WindowBarsTest : WindowTest {
     QWidget& bar(BarId id) {
         return *s->frame().findChild<QWidget*>(
             QString::fromLatin1(barRows()[static_cast<std::size_t>(id)].name));
@@ -56,7 +52,7 @@ class WindowBarsTest : public WindowTest {
                 << barRows()[static_cast<std::size_t>(id)].name << " " << idOf(rows[i].command);
     }
 
-    std::optional<test::Session> s{home.path()};
+    std::optional<Session> s{home.path()};
 };
 
 TEST_F(WindowBarsTest, NoBarTakesMoreThanTwoRowsAndWhatLeavesGoesByItsRank) {
@@ -135,4 +131,4 @@ TEST_F(WindowBarsTest, BarsAndStatusBarFollowTheSizeOfTheFonts) {
 }
 
 }  // namespace
-}  // namespace hl
+}  // namespace hl::test

@@ -1,24 +1,17 @@
 // Tests what a session reads from files at its start and leaves in them: reports, settings, Toolbar.dat.
-#include <QComboBox>
 
 #include "gui/window_fixture.h"
 
-namespace hl {
+namespace hl::test {
 namespace {
 
-using test::contentOf;
-using test::Session;
-using test::WindowTest;
-using test::writeFile;
-
-class WindowFilesTest : public WindowTest {
-  protected:
+struct WindowFilesTest : WindowTest {
     std::string toolbars() const { return home.path() + "/Toolbar.dat"; }
     /// Goes on after the report of an error, which comes when the window is visible.
     static void goOn(Session& s) {
         s.answers.add([&s](QDialog& dialog) {
             EXPECT_TRUE(dialog.objectName() == QLatin1String("frmFehler") && s.frame().isVisible());
-            test::pressIn(dialog, "Weiter");
+            pressIn(dialog, "Weiter");
         });
     }
     static QRect qRect(const Rect& rect) { return {rect.left, rect.top, rect.width, rect.height}; }
@@ -34,14 +27,14 @@ TEST_F(WindowFilesTest, AReportIsSavedInTheFormatThatIsChosen) {
                                               std::tuple(Qt::Key_T, "Ausgewählter Ordner", "r.txt")}) {
         s.answers.add([&, format = format, scope = scope](QDialog& dialog) {
             EXPECT_EQ(dialog.objectName(), QStringLiteral("frmSave"));
-            test::pressIn(dialog, scope);
-            test::pressIn(dialog, "Alle Ordnerebenen");
+            pressIn(dialog, scope);
+            pressIn(dialog, "Alle Ordnerebenen");
             auto* combo = dialog.findChildren<QComboBox*>().first();
             combo->setFocus();
             QTest::keyClick(combo, format);
-            test::pressIn(dialog, "OK");
+            pressIn(dialog, "OK");
         });
-        s.answers.add([&, name = name](QDialog& dialog) { test::choosePath(dialog, at(name)); });
+        s.answers.add([&, name = name](QDialog& dialog) { choosePath(dialog, at(name)); });
         QTest::keyClick(&s.view(), Qt::Key_S, Qt::ControlModifier);
         Session::settle();
     }
@@ -49,7 +42,7 @@ TEST_F(WindowFilesTest, AReportIsSavedInTheFormatThatIsChosen) {
     EXPECT_EQ(csv.find("\"Pfad\";\"Größe (Bytes)\";\"Dateien\";\"Ordner\"" + src + "\";\"457\";4;3"), 0U)
         << csv;
     for (const char* line : {"/a\";\"400\";2;1", "/a/aa\";\"300\";1;0", "/b\";\"50\";1;0"})
-        EXPECT_NE(csv.find(src + line), std::string::npos) << line;
+        EXPECT_TRUE(has(csv, src + line)) << line;
     EXPECT_EQ(contentOf(at("r.txt")),
               "Größe (Bytes)\tDateien\tOrdner\tPfad\r\n"
               "          400\t      2\t     1\ta\r\n"
@@ -76,7 +69,7 @@ TEST_F(WindowFilesTest, ARestartForAnotherLanguageKeepsSourcesBarsPanesAndPlace)
         EXPECT_TRUE(s.form().restartPending() && s.frame().unloaded());
     }
     const std::string bars = contentOf(toolbars());
-    EXPECT_NE(contentOf(ini()).find("Lang=9"), std::string::npos);
+    EXPECT_TRUE(has(contentOf(ini()), "Lang=9"));
     Session s(home.path());
     s.start();
     const auto* combo = s.frame().findChild<QComboBox*>(QStringLiteral("cboOrdner"));
@@ -85,7 +78,7 @@ TEST_F(WindowFilesTest, ARestartForAnotherLanguageKeepsSourcesBarsPanesAndPlace)
     EXPECT_EQ(s.panes(), "tvwPL lvwHardlinks");
     EXPECT_EQ(s.view().shownColumns(), (std::vector<std::size_t>{0, 1, 2, 4}));
     EXPECT_EQ(s.grid().columns()[1].title, "Size (KB)");
-    EXPECT_TRUE(s.frame().findChild<QAbstractButton*>(test::entryName(Command::kIconText))->isChecked());
+    EXPECT_TRUE(s.frame().findChild<QAbstractButton*>(entryName(Command::kIconText))->isChecked());
     EXPECT_EQ(qRect(s.window().normalGeometry()), place);
     s.frame().close();
     EXPECT_EQ(contentOf(toolbars()), bars);
@@ -176,4 +169,4 @@ TEST_F(WindowFilesTest, AnErrorBeforeTheSourcesAreLoadedCostsNoneOfThem) {
 }
 
 }  // namespace
-}  // namespace hl
+}  // namespace hl::test

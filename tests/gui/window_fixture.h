@@ -2,20 +2,7 @@
 // by mouse and keys. main() of the tests has made a QApplication.
 #pragma once
 
-#include <gtest/gtest.h>
 #include <unistd.h>
-
-#include <QAbstractButton>
-#include <QApplication>
-#include <QDialog>
-#include <QLineEdit>
-#include <QMenu>
-#include <QPointer>
-#include <QScrollBar>
-#include <QTest>
-#include <QTimer>
-#include <deque>
-#include <filesystem>
 
 #include "app/log.h"
 #include "app/settings.h"
@@ -72,7 +59,7 @@ class PausingOperations final : public FileOperations {
 
     /// Operations are refused where it returns false; links on the way are followed. For users who delete at
     /// random.
-    std::function<bool(const std::filesystem::path&)> allows;
+    std::function<bool(const fs::path&)> allows;
 
     Result<> removeFile(const FilePlace& place, OperationWatch& watch) override;
     Removal removeTree(const FilePlace& place, OperationWatch& watch) override;
@@ -88,8 +75,7 @@ class PausingOperations final : public FileOperations {
     LinuxFileOperations disk_;
 };
 
-class NoFolderVerb final : public FolderVerb {
-  public:
+struct NoFolderVerb final : FolderVerb {
     Result<> offer(const FolderOffer&) override { return {}; }
     Result<> withdraw() override { return {}; }
 };
@@ -226,13 +212,12 @@ class Session : public Logic {
 };
 
 /// A fresh home, with a window wide enough for all columns, and a place for trees.
-class WindowTest : public testing::Test {
-  protected:
+struct WindowTest : testing::Test {
     WindowTest();
     void setSettings(const std::string& more) const;
     std::string ini() const { return home.path() + "/Harborlantern.ini"; }
     std::string at(const std::string& path) const { return tree.path() + "/" + path; }
-    void folder(const std::string& path) const { std::filesystem::create_directories(at(path)); }
+    void folder(const std::string& path) const { fs::create_directories(at(path)); }
     void file(const std::string& path, int size) const { makeFile(at(path), size); }
     /// Makes `count` folders with one file of 10 bytes each.
     void folders(int count) const;

@@ -1,18 +1,15 @@
 #include "mainwindow/bars.h"
 
-#include <gtest/gtest.h>
-
 #include "mainwindow/bar_options.h"
 #include "mainwindow/command_table.h"
 #include "platform/command_bar.h"
 #include "scan/file_columns.h"
 #include "support/test_texts.h"
 
-namespace hl {
+namespace hl::test {
 namespace {
 
-class BarsTest : public testing::Test {
-  protected:
+struct BarsTest : testing::Test {
     BarsTest() { initAllBars(bars, {texts.texts, options, texts.diagnostics}); }
 
     /// Adds the entries to `all`, and those of their lists.
@@ -23,7 +20,7 @@ class BarsTest : public testing::Test {
         }
     }
 
-    test::TestTexts texts{"en_GB.UTF-8"};
+    TestTexts texts{"en_GB.UTF-8"};
     Options options;
     Bars bars;
 };
@@ -131,4 +128,4 @@ TEST(CommandBarTest, TellsOfEachChangeOnceAndDisablingAllReachesListsButNoPopup)
 }
 
 }  // namespace
-}  // namespace hl
+}  // namespace hl::test

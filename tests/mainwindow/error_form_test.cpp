@@ -1,12 +1,10 @@
 #include "mainwindow/error_form.h"
 
-#include <gtest/gtest.h>
-
 #include "mainwindow/options_form.h"
 #include "support/test_scan.h"
 #include "support/whole_files.h"
 
-namespace hl {
+namespace hl::test {
 namespace {
 
 /// Records what it is asked. With `broken` it fails at everything but messages.
@@ -30,9 +28,8 @@ struct FakeDesk : ErrorDesk {
     }
 };
 
-class ErrorFormTest : public testing::Test {
-  protected:
-    test::TestTexts texts;
+struct ErrorFormTest : testing::Test {
+    TestTexts texts;
     FakeDesk desk;
     int ended = 0;
     ErrorFormServices services{texts.texts,      texts.files,        desk,
@@ -58,13 +55,13 @@ TEST_F(ErrorFormTest, GoingOnAndQuittingCopyTheReportFirstAlsoWhereThatFails) {
 }
 
 TEST_F(ErrorFormTest, EachSaveMakesAFileOfItsOwnAndSaysWhich) {
-    test::writeFile(texts.dir.path() + "/ERR0002.txt", "older");
+    writeFile(texts.dir.path() + "/ERR0002.txt", "older");
     for (const char* name : {"/ERR0001.txt", "/ERR0003.txt"}) {
         frmFehler.cmdSpeichern_Click();
         EXPECT_EQ(desk.asked.back(), "|" + texts.dir.path() + name);
-        EXPECT_EQ(test::contentOf(texts.dir.path() + name), "the\r\nreport\r\n");
+        EXPECT_EQ(contentOf(texts.dir.path() + name), "the\r\nreport\r\n");
     }
-    EXPECT_EQ(test::contentOf(texts.dir.path() + "/ERR0002.txt"), "older");
+    EXPECT_EQ(contentOf(texts.dir.path() + "/ERR0002.txt"), "older");
     services.dataFolder = "/proc/no/folder";
     ErrorForm homeless(services, "text");
     homeless.cmdSpeichern_Click();
@@ -90,11 +87,11 @@ TEST_F(ErrorFormTest, AMailCarriesTheHintAndTheClipboardTheReportAndAPrintToo) {
 }
 
 TEST_F(ErrorFormTest, OffersAMailOnlyWhereThereIsAnAddress) {
-    EXPECT_NE(frmFehler.lblEinleitung.find("'bugs@mail.test'"), std::string::npos);
+    EXPECT_TRUE(has(frmFehler.lblEinleitung, "'bugs@mail.test'"));
     EXPECT_EQ(frmFehler.form().buttons.size(), 5U);
     services.mail = "";
     ErrorForm mute(services, "text");
-    EXPECT_EQ(mute.lblEinleitung.find("mail"), std::string::npos) << mute.lblEinleitung;
+    EXPECT_FALSE(has(mute.lblEinleitung, "mail"));
     const Form form = mute.form();
     ASSERT_EQ(form.buttons.size(), 4U);
     for (const FormItem& item : form.buttons)
@@ -131,19 +128,17 @@ struct FakeVerb : FolderVerb {
     }
 };
 
-class Options_Form : public testing::Test, protected test::TestScan {
-  protected:
+struct Options_Form : testing::Test, protected TestScan {
     FakeVerb verb;
 
-    std::string ini() const { return test::contentOf(dir.path() + "/Harborlantern.ini"); }
+    std::string ini() const { return contentOf(dir.path() + "/Harborlantern.ini"); }
 };
 
 TEST_F(Options_Form, OpensWithTheFileAndRepairsTheOffer) {
     OptionsForm fresh(services, verb, "/opt/lantern");
     EXPECT_TRUE(!fresh.chkKontextmenu.checked && fresh.chkInstanz.checked);
     EXPECT_EQ(fresh.txtDateFormat.text, "dd/MM/yyyy hh:nn:ss");
-    test::writeFile(dir.path() + "/Harborlantern.ini",
-                    "[Optionen]\nKontextmenu=1\nInstanz=0\nDateFormat=yyyy\n");
+    writeFile(dir.path() + "/Harborlantern.ini", "[Optionen]\nKontextmenu=1\nInstanz=0\nDateFormat=yyyy\n");
     OptionsForm form(services, verb, "/opt/lantern");
     EXPECT_TRUE(form.chkKontextmenu.checked && !form.chkInstanz.checked);
     EXPECT_EQ(form.txtDateFormat.text, "yyyy");
@@ -167,17 +162,17 @@ TEST_F(Options_Form, SavesOnOkWhatTheUserChangedAndNothingElse) {
         EXPECT_EQ(ini().find("Kontextmenu=1") != std::string::npos, saves);
         EXPECT_EQ(verb.calls.back(), saves ? "/opt/lantern" : "withdrawn");
     }
-    EXPECT_NE(ini().find("DateFormat=yyyy"), std::string::npos);
+    EXPECT_TRUE(has(ini(), "DateFormat=yyyy"));
 }
 
 TEST_F(Options_Form, AnOfferThatFailsIsTheDebugLogsMatterAlone) {
     verb.result = Error{13, "Permission denied", "/home/ada/entry"};
     OptionsForm form(services, verb, "/opt/lantern");
-    const std::string debug = test::contentOf(dir.path() + "/debug.log");
-    EXPECT_NE(debug.find("#13 - Permission denied"), std::string::npos) << debug;
-    EXPECT_NE(debug.find("/home/ada/entry"), std::string::npos) << debug;
+    const std::string debug = contentOf(dir.path() + "/debug.log");
+    EXPECT_TRUE(has(debug, "#13 - Permission denied"));
+    EXPECT_TRUE(has(debug, "/home/ada/entry"));
     EXPECT_TRUE(sink.shown.empty());
 }
 
 }  // namespace
-}  // namespace hl
+}  // namespace hl::test

@@ -1,14 +1,10 @@
 #include "mainwindow/panes.h"
 
-#include <gtest/gtest.h>
-
-#include <algorithm>
-
 #include "mainwindow/bars.h"
 #include "scan/records.h"
 #include "support/test_texts.h"
 
-namespace hl {
+namespace hl::test {
 namespace {
 
 using enum Command;
@@ -17,8 +13,7 @@ constexpr Command kPanels[] = {kShowReport, kShowDrives,    kShowFiles,
 using Checked = std::set<Command>;
 
 // The form around the panes, and a window that lays them out whenever they change.
-class Panel : public testing::Test, protected PaneHost {
-  protected:
+struct Panel : testing::Test, protected PaneHost {
     Panel() {
         initAllBars(bars, {texts.texts, options, texts.diagnostics});
         for (std::size_t i = 0; i < kBarCount; ++i)
@@ -103,7 +98,7 @@ class Panel : public testing::Test, protected PaneHost {
         asked.push_back(what + std::to_string(static_cast<int>(grid)));
     }
 
-    test::TestTexts texts;
+    TestTexts texts;
     Bars bars;
     std::map<BarId, int> barHeights;
     std::function<void(BarId)> inBarHeight;
@@ -288,4 +283,4 @@ TEST_F(Panel, StartsWhereItWasLeft) {
 }
 
 }  // namespace
-}  // namespace hl
+}  // namespace hl::test

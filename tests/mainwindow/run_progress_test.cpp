@@ -1,14 +1,12 @@
 #include "mainwindow/run_progress.h"
 
-#include <gtest/gtest.h>
-
 #include "support/test_texts.h"
 
-namespace hl {
+namespace hl::test {
 namespace {
 
 struct RunProgressTest : testing::Test {
-    test::TestTexts english{"en_US.UTF-8"};
+    TestTexts english{"en_US.UTF-8"};
     NumberFormat numbers;
     RunProgress progress;
 
@@ -71,4 +69,4 @@ TEST_F(RunProgressTest, TheTimeLeftIsToldWhenTwoEstimatesAgree) {
 }
 
 }  // namespace
-}  // namespace hl
+}  // namespace hl::test

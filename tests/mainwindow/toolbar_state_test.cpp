@@ -1,7 +1,5 @@
 #include "mainwindow/toolbar_state.h"
 
-#include <gtest/gtest.h>
-
 #include "app/command.h"
 #include "app/settings_fixture.h"
 #include "base/text.h"
@@ -10,11 +8,10 @@
 #include "support/test_texts.h"
 #include "support/whole_files.h"
 
-namespace hl {
+namespace hl::test {
 namespace {
 
-class ToolbarStateTest : public testing::Test {
-  protected:
+struct ToolbarStateTest : testing::Test {
     void build(Bars& built) { initAllBars(built, {texts.texts, options, texts.diagnostics}); }
 
     void save(Bars& from) {
@@ -48,24 +45,24 @@ class ToolbarStateTest : public testing::Test {
         bars.cbrReport.setVisible(idOf(Command::kReportUnfold1 + 2), false);
         bars.cbrMain.setVisible(idOf(Command::kDeleteFolders), false);
         save(bars);
-        return test::contentOf(path);
+        return contentOf(path);
     }
 
     void expectAsBuiltFrom(const std::string& content, const std::string& what) {
-        test::writeFile(path, content);
+        writeFile(path, content);
         Bars bars;
         EXPECT_FALSE(load(bars)) << what;
         EXPECT_TRUE(asBuilt(bars)) << what;
     }
 
-    test::TestTexts texts;
+    TestTexts texts;
     Options options;
     std::string path = texts.dir.path() + "/Toolbar.dat";
 };
 
 TEST_F(ToolbarStateTest, PlacesAndHiddenEntriesSurviveARestart) {
     // The entry 4711 no longer exists.
-    test::writeFile(path, replaceAll(arranged(), "Hidden=17", "Hidden=4711 17"));
+    writeFile(path, replaceAll(arranged(), "Hidden=17", "Hidden=4711 17"));
     Bars bars;
     ASSERT_TRUE(load(bars));
     EXPECT_EQ(bars.cbrMain.find(4711), nullptr);
@@ -83,7 +80,7 @@ TEST_F(ToolbarStateTest, AFileCutShortBrokenOrForeignChangesNothing) {
     const std::string whole = arranged();
     const std::size_t end = whole.find_last_not_of("\r\n");
     for (std::size_t length = 0; length <= end; ++length) {
-        test::writeFile(path, whole.substr(0, length));
+        writeFile(path, whole.substr(0, length));
         ToolbarStore store;
         ASSERT_FALSE(store.load(texts.files, path)) << length;
     }
@@ -91,15 +88,14 @@ TEST_F(ToolbarStateTest, AFileCutShortBrokenOrForeignChangesNothing) {
         {"Visible=0", ""},       {"Toolbars=1", "Toolbars=2"},   {"Hidden=17", "Hidden=99999999999"},
         {"Order=3", "Order=-1"}, {"Edge=bottom", "Edge=middle"}, {"[cbrJunctions]", "[cbrJunction]"}};
     for (const auto& [from, to] : faults) {
-        ASSERT_NE(whole.find(from), std::string::npos) << from;
+        ASSERT_TRUE(has(whole, from));
         expectAsBuiltFrom(replaceAll(whole, from, to), std::string(from) + " > " + to);
     }
     expectAsBuiltFrom(std::string("\xd0\xcf\x11\xe0\0\0\xff\xfe", 8), "binary");
     expectAsBuiltFrom(whole + std::string(100'000, '\n'), "far too long");
 }
 
-class WindowGeometry : public test::SettingsFixture {
-  protected:
+struct WindowGeometry : SettingsFixture {
     static constexpr Rect kScreen{0, 0, 1920, 1080};
     static std::string shown(const WindowPlace& place) {
         const Rect& rect = place.rect;
@@ -136,9 +132,9 @@ TEST_F(WindowGeometry, ComesBackAsItWasSaved) {
         EXPECT_EQ(shown(savedPlace(store.read(), kScreen)), "33 44 801 603 207 ");
         EXPECT_EQ(savedState(store.read()), state == WindowState::kMinimized ? WindowState::kNormal : state);
     }
-    EXPECT_NE(test::contentOf(path).find("Width=12015"), std::string::npos) << "twips";
+    EXPECT_TRUE(has(contentOf(path), "Width=12015")) << "twips";
     EXPECT_EQ(savedState(IniText("[Form]\nWindowState=7")), WindowState::kNormal);
 }
 
 }  // namespace
-}  // namespace hl
+}  // namespace hl::test

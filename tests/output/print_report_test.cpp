@@ -1,12 +1,10 @@
 #include "output/print_report.h"
 
-#include <gtest/gtest.h>
-
 #include "support/fake_window.h"
 #include "support/test_scan.h"
 #include "views/report_columns.h"
 
-namespace hl {
+namespace hl::test {
 namespace {
 
 /// Returns the visible rows as "a(b(c,d),e)": siblings are separated by commas, and brackets hold what is
@@ -22,8 +20,8 @@ std::string shownRows(const Grid& grid, Row first) {
     return text;
 }
 
-struct PrintReport : testing::Test, test::TestScan {
-    test::FakeWindow window;
+struct PrintReport : testing::Test, TestScan {
+    FakeWindow window;
     std::string printed;
     int zoom = 0;
     bool fromReport = false;
@@ -150,4 +148,4 @@ TEST_F(PrintReport, AFailureNamesTheFileAndTheReason) {
 }
 
 }  // namespace
-}  // namespace hl
+}  // namespace hl::test

@@ -1,9 +1,6 @@
 // A report grid made by hand, and everything needed to save it.
 #pragma once
 
-#include <string>
-#include <vector>
-
 #include "output/save_report.h"
 #include "support/test_scan.h"
 

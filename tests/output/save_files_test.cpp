@@ -1,17 +1,15 @@
 // Tests output/save_files.h with real files.
 #include "output/save_files.h"
 
-#include <gtest/gtest.h>
-
 #include "support/fake_window.h"
 #include "support/test_scan.h"
 #include "support/whole_files.h"
 #include "views/list_columns.h"
 
-namespace hl {
+namespace hl::test {
 namespace {
 
-struct SaveFiles : testing::Test, test::TestScan, SaveDialog {
+struct SaveFiles : testing::Test, TestScan, SaveDialog {
     Grid list{kFileCells};
     std::string path = dir.path() + "/list.txt";
     std::string extension;  ///< The extension that the dialog was given.
@@ -39,7 +37,7 @@ struct SaveFiles : testing::Test, test::TestScan, SaveDialog {
         EXPECT_EQ(frmSaveFiles.cboDelimiter.index,
                   format == kFormatTxt ? kDelimiterTab : kDelimiterSemicolon);
         EXPECT_TRUE(frmSaveFiles.SPEICHERN() && !(frmSaveFiles.loaded || frmSaveFiles.hourglass));
-        return test::contentOf(path);
+        return contentOf(path);
     }
 };
 
@@ -80,10 +78,9 @@ TEST_F(SaveFiles, CsvMakesNoTextAFormulaWhenAskedToAndKeepsThat) {
         const std::string all = saved(format);
         for (const std::string& name : names) {
             const bool formula = name != "a=" && name != "'d";
-            EXPECT_NE(all.find("\n\"" + (formula ? mark : "") + name + "\";\"0\";"), std::string::npos)
-                << all;
+            EXPECT_TRUE(has(all, "\n\"" + (formula ? mark : "") + name + "\";\"0\";"));
         }
-        EXPECT_NE(all.find("\"" + mark + "=T\""), std::string::npos);
+        EXPECT_TRUE(has(all, "\"" + mark + "=T\""));
     };
     startsAs(kFormatCsv, "");
     SaveFilesForm form(services, list, *this);
@@ -110,7 +107,7 @@ TEST_F(SaveFiles, WritesNothingWithoutAPathAndReportsOneThatCannotBeWritten) {
 }
 
 TEST_F(SaveFiles, AsksNothingForAListWithoutRows) {
-    test::FakeWindow window;
+    FakeWindow window;
     Save_Files(services, list, *this, window);
     EXPECT_TRUE(window.calls.empty());
     addFile("a", 1);
@@ -119,4 +116,4 @@ TEST_F(SaveFiles, AsksNothingForAListWithoutRows) {
 }
 
 }  // namespace
-}  // namespace hl
+}  // namespace hl::test

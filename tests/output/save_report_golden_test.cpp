@@ -1,23 +1,22 @@
 // Tests whole reports, one for each feature of the formats, against files in tests/golden/.
-#include <gtest/gtest.h>
 
 #include "output/save_bench.h"
 
-namespace hl {
+namespace hl::test {
 namespace {
 
 /// Compares `actual` with the file, byte by byte. With HARBORLANTERN_RENEW_GOLDEN=1 a file that differs or is
 /// missing is written; the test fails even then, so that nobody takes a renewed file for a passed test.
 void expectGolden(const std::string& name, const std::string& actual) {
     const std::string path = HARBORLANTERN_SOURCE_DIR "/tests/golden/" + name;
-    const std::string expected = test::contentOf(path);
+    const std::string expected = contentOf(path);
     EXPECT_NE(expected, "") << name << " is missing";
     EXPECT_EQ(actual, expected) << name;
     const char* renew = getenv("HARBORLANTERN_RENEW_GOLDEN");
-    if (actual != expected && renew != nullptr && *renew == '1') test::writeFile(path, actual);
+    if (actual != expected && renew != nullptr && *renew == '1') writeFile(path, actual);
 }
 
-struct SaveReportGolden : testing::Test, test::SaveBench {
+struct SaveReportGolden : testing::Test, SaveBench {
     using SaveBench::SaveBench;
     void expectBoth(const std::string& name) {
         expectGolden(name + ".txt", saved("r.txt"));
@@ -105,4 +104,4 @@ TEST_F(SaveReportGolden, EveryDelimiter) {
 }
 
 }  // namespace
-}  // namespace hl
+}  // namespace hl::test

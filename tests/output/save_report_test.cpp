@@ -1,9 +1,6 @@
 #include "output/save_report.h"
 
-#include <gtest/gtest.h>
 #include <pthread.h>
-
-#include <random>
 
 #include "base/size_text.h"
 #include "output/csv_writer.h"
@@ -11,16 +8,14 @@
 #include "output/save_bench.h"
 #include "platform/linux/process/system_error.h"
 
-namespace hl {
+namespace hl::test {
 namespace {
-
-namespace fs = std::filesystem;
 
 std::size_t linesIn(const std::string& text) {
     return static_cast<std::size_t>(std::count(text.begin(), text.end(), '\n'));
 }
 
-class SaveReport : public testing::Test, public test::SaveBench {};
+class SaveReport : public testing::Test, public SaveBench {};
 
 TEST_F(SaveReport, LevelsTakeDigitsAndBackspaceOnly) {
     std::u32string passed;
@@ -42,7 +37,7 @@ TEST_F(SaveReport, OkSavesWhereTheDialogSaysOrNothingIfItIsCancelled) {
         EXPECT_TRUE(frmSave.OKButton.enabled && sink.shown.empty());
         answer = pathOf("chosen.csv");
     }
-    EXPECT_EQ(linesIn(test::contentOf(answer)), 2U) << "the view is folded: header and source";
+    EXPECT_EQ(linesIn(contentOf(answer)), 2U) << "the view is folded: header and source";
 }
 
 TEST_F(SaveReport, TheNameDecidesTheFormatAndTheListTheDelimiter) {
@@ -77,7 +72,7 @@ TEST_F(SaveReport, LevelsComeFromTheOrderOrTheControls) {
         SaveForm frmSave(scan, *this);
         selectOption(frmSave.optLevels, kSomeFolderLevels);
         frmSave.txtLevels.text = typed;
-        EXPECT_EQ(savedBy(frmSave, "r.csv"), test::kNotWritten) << typed;
+        EXPECT_EQ(savedBy(frmSave, "r.csv"), kNotWritten) << typed;
     }
     EXPECT_EQ(reports("Type mismatch") + reports("Overflow"), 3U);
 }
@@ -91,14 +86,14 @@ TEST_F(SaveReport, AllLevelsEndAtLevel999AndMessagesRunMeanwhile) {
 
 TEST_F(SaveReport, AnErrorThatCostsRowsLeavesTheOlderFile) {
     chain(1200);
-    test::writeFile(pathOf("r.csv"), "older");
+    writeFile(pathOf("r.csv"), "older");
     pump.input = true;
     pump.onPump = [] { throw std::bad_alloc(); };
     SaveForm frmSave(scan, *this);
     selectOption(frmSave.optLevels, kAllFolderLevels);
     for (const std::string& result : {saved("r.csv"), savedBy(frmSave, "r.csv")}) {
-        EXPECT_EQ(result, test::kNotWritten);
-        EXPECT_EQ(test::contentOf(pathOf("r.csv")), "older");
+        EXPECT_EQ(result, kNotWritten);
+        EXPECT_EQ(contentOf(pathOf("r.csv")), "older");
     }
     EXPECT_EQ(reports("r.csv was not written"), 1U) << "in the window";
 }
@@ -117,7 +112,7 @@ TEST_F(SaveReport, DepthTakesNoStack) {
     ASSERT_EQ(pthread_create(&thread, &attributes, save, static_cast<SaveBench*>(this)), 0);
     pthread_join(thread, nullptr);
     pthread_attr_destroy(&attributes);
-    EXPECT_EQ(linesIn(test::contentOf(pathOf("deep.csv"))), 1U + 3000U);
+    EXPECT_EQ(linesIn(contentOf(pathOf("deep.csv"))), 1U + 3000U);
 }
 
 TEST_F(SaveReport, AnUnfinishedFileThatCannotBeRemovedIsNamed) {
@@ -135,7 +130,7 @@ TEST_F(SaveReport, AnUnfinishedFileThatCannotBeRemovedIsNamed) {
     const Services other{store, texts, log, stuck, disk, pump, console, diagnostics, paths, numbers};
     ScanContext full{other, state, options, combo, report, top, hardlinks, junctions, host, host};
     SaveForm frmSave(full, *this);
-    EXPECT_EQ(savedBy(frmSave, "r.csv"), test::kNotWritten);
+    EXPECT_EQ(savedBy(frmSave, "r.csv"), kNotWritten);
     EXPECT_EQ(reports("not permitted Die unfertige Datei /far/rest\u240A ließ sich nicht löschen."), 1U);
 }
 
@@ -148,7 +143,7 @@ TEST_F(SaveReport, AFailureIsReportedWithItsCauseOrTheNameOfTheFile) {
         return frmSave.OKButton.enabled;
     };
     fails(pathOf("r.csv"), "Nothing was read");
-    EXPECT_EQ(saved("r.csv"), test::kNotWritten);
+    EXPECT_EQ(saved("r.csv"), kNotWritten);
     EXPECT_FALSE(fs::exists(pathOf("r.csv")));
     sampleTree("/srv/data");
     EXPECT_FALSE(fails("/dev/full", "/dev/full: No space left on device")) << "the form serves once";
@@ -210,4 +205,4 @@ TEST(ReportNumber, HasASignBelowZeroUnlessItIsRoundedToZero) {
 }
 
 }  // namespace
-}  // namespace hl
+}  // namespace hl::test

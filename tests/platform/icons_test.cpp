@@ -1,11 +1,6 @@
 // Tests the table of pictures against the drawings in data/icons.
 #include "platform/icons.h"
 
-#include <gtest/gtest.h>
-
-#include <filesystem>
-#include <regex>
-
 #include "support/whole_files.h"
 
 namespace {

@@ -1,9 +1,5 @@
 #include "platform/percent_bar.h"
 
-#include <gtest/gtest.h>
-
-#include <cmath>
-
 namespace hl {
 namespace {
 

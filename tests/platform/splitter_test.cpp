@@ -1,15 +1,12 @@
 #include "platform/splitter.h"
 
-#include <gtest/gtest.h>
-
 namespace hl {
 namespace {
 
 constexpr int kHuge = std::numeric_limits<int>::max();
 
 // Two grids, a bar of 4, no limits, and a record of what the window ("c") and the form ("r") are told.
-class Splitter : public testing::Test {
-  protected:
+struct Splitter : testing::Test {
     Splitter() {
         for (const int index : {1, 2}) splitter.setMinimumSize(index, 0);
         splitter.Bind({PaneRef::Kind::kGrid, 0}, {PaneRef::Kind::kGrid, 1});

@@ -1,25 +1,18 @@
 // Tests the report of an error, and the texts that it and its mail consist of.
 #include "robustness/error_report.h"
 
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <new>
-#include <system_error>
-
 #include "robustness/api_error_text.h"
 #include "robustness/error_mail.h"
 #include "robustness/fakes.h"
 #include "robustness/time_spans.h"
 #include "robustness/trap.h"
 
-namespace hl {
+namespace hl::test {
 namespace {
 
 using namespace std::chrono_literals;
 
-class ErrorReport : public testing::Test, protected test::FakeDiagnostics {
-  protected:
+struct ErrorReport : testing::Test, protected FakeDiagnostics {
     ErrorReport() {
         app.minor = 4;
         app.revision = 2;
@@ -120,8 +113,7 @@ void QuelleEinlesen(Diagnostics& diagnostics) {
     guarded(diagnostics, [] { throw Fault(9, "", "Subscript out of range"); });
 }
 
-class Trap : public testing::Test, protected test::FakeDiagnostics {
-  protected:
+struct Trap : testing::Test, protected FakeDiagnostics {
     bool shows(const std::string& text) const {
         return !sink.shown.empty() && sink.shown.back().find(text) != std::string::npos;
     }
@@ -196,4 +188,4 @@ TEST_F(Trap, ShowsTheErrorWhateverElseFails) {
 }
 
 }  // namespace
-}  // namespace hl
+}  // namespace hl::test

@@ -1,10 +1,6 @@
 // Fakes of what the error report asks, and of where it goes.
 #pragma once
 
-#include <stdexcept>
-#include <string>
-#include <vector>
-
 #include "platform/system_facts.h"
 #include "robustness/debug.h"
 
@@ -38,8 +34,7 @@ class FakeSystemFacts : public SystemFacts {
 };
 
 /// Records what it is given. With `broken`, the log cannot be written.
-class FakeErrorSink : public ErrorSink {
-  public:
+struct FakeErrorSink : ErrorSink {
     struct Entry {
         std::string text;
         bool blankLine, stamp;

@@ -1,19 +1,14 @@
 #include "scan/driver.h"
 
-#include <algorithm>
-
 #include "scan/file_system_calls.h"
 #include "scan/list_handover.h"
 #include "scan/rollup.h"
 #include "support/scan_fixture.h"
 
-namespace hl {
+namespace hl::test {
 namespace {
 
-using test::file, test::folder, test::Item, test::linkTo, test::with;
-
-class Driver : public test::ScanFixture {
-  protected:
+struct Driver : ScanFixture {
     Driver() {
         disk.sources = {folder("/a", {file("x", 1), folder("b", {file("y", 2)})}),
                         folder("/m", {folder("n", {file("z", 4)}), file("w", 8)}),
@@ -39,7 +34,7 @@ TEST_F(Driver, ReadsTheQueueInItsOrderAsOneRunAndPassesOverWhatDoesNotExist) {
     EXPECT_EQ(report.selectedRows(), std::vector<Row>{rowOf("/a")}) << "the row read last";
     EXPECT_EQ(callsOf("+lock") + callsOf("+unlock") + callsOf("ended"), 3U);
     EXPECT_EQ(callsOf("+missing /missing/") + callsOf("+missing /silent/#13 - Permission denied"), 2U);
-    for (const std::string& line : protocol()) EXPECT_EQ(line.find("missing"), std::string::npos);
+    for (const std::string& line : protocol()) EXPECT_FALSE(has(line, "missing"));
     readSources({"/q"});
     EXPECT_EQ(roots().size(), 4U) << "a source that is read again gets a second row";
     EXPECT_EQ(combo.items().size(), 3U);
@@ -165,12 +160,11 @@ TEST_F(Driver, AnswersForPathsThatExistAndOthers) {
     EXPECT_EQ(xGetJunctionPath(scan, "/a/l", error), "/x");
     EXPECT_EQ(error, "");
     EXPECT_EQ(xGetHardlinkCount(scan, "/b", &id, error), 0);
-    EXPECT_NE(error.find("Die Datei '/b' konnte nicht geöffnet werden."), std::string::npos) << error;
+    EXPECT_TRUE(has(error, "Die Datei '/b' konnte nicht geöffnet werden."));
     EXPECT_EQ(xGetJunctionPath(scan, "/a/one", error), "");
 }
 
-class Rollup : public test::ScanFixture {
-  protected:
+struct Rollup : ScanFixture {
     Row add(Row parent, std::string_view text, double size = 0) {
         const Row row = report.addRow(parent, text);
         report.setNumber(row, kSize, size);
@@ -232,4 +226,4 @@ TEST_F(Rollup, RemovesTheWholeSourceOfTheCurrentRow) {
 }
 
 }  // namespace
-}  // namespace hl
+}  // namespace hl::test

@@ -1,17 +1,12 @@
 // Tests Report_Rescan of scan/driver.h.
-#include <algorithm>
-#include <random>
 
 #include "scan/list_handover.h"
 #include "support/scan_fixture.h"
 
-namespace hl {
+namespace hl::test {
 namespace {
 
-using test::file, test::folder, test::Item, test::linkTo, test::mountOf;
-
-class Rescan : public test::ScanFixture {
-  protected:
+struct Rescan : ScanFixture {
     Rescan() {
         begin(folder("/s",
                      {file("a", 100), folder("b", {file("x", 40), folder("c", {file("y", 8)}), folder("d")}),
@@ -146,4 +141,4 @@ TEST_F(Rescan, LeavesTheWindowFreeAfterAFaultThatNoInnerTrapCatches) {
 }
 
 }  // namespace
-}  // namespace hl
+}  // namespace hl::test

@@ -1,20 +1,14 @@
 #include "scan/walker.h"
 
-#include <algorithm>
-#include <random>
-
 #include "scan/list_handover.h"
 #include "support/scan_fixture.h"
 
-namespace hl {
+namespace hl::test {
 namespace {
-
-using test::file, test::folder, test::Item, test::linkTo, test::linkToFile, test::mountOf, test::with;
 
 constexpr std::uint64_t kMostBytes = SizeValue::kMaxBytes;
 
-class Walk : public test::ScanFixture {
-  protected:
+struct Walk : ScanFixture {
     using Items = std::vector<Item>;
 
     /// Reads a source into a fresh report. Returns "size files/folders errors" and the rows below that of the
@@ -266,7 +260,7 @@ TEST_F(Walk, EndsAFolderWhoseSumOverflowsAndGoesOnAboveIt) {
     EXPECT_EQ(walk({b, folder("g", {file("h", 16)}), file("i", 32)}),
               (Lines{"51 5/3 0", "  b 3 3/1", "    early 2 1/0", "  g 16 1/0", "  Dateien 32 1/0"}));
     ASSERT_EQ(sink.log.size(), 1U);
-    EXPECT_NE(sink.log[0].text.find("Overflow"), std::string::npos);
+    EXPECT_TRUE(has(sink.log[0].text, "Overflow"));
 }
 
 TEST_F(Walk, RaisesAFaultOfTheReaderInTheFolderThatItHappenedIn) {
@@ -300,8 +294,7 @@ TEST_F(Walk, LetsMessagesRunOnceAnIntervalAndWheneverInputWaits) {
     }
 }
 
-class Handover : public test::ScanFixture {
-  protected:
+struct Handover : ScanFixture {
     Handover() { options.CreateListTOP = 1; }
 
     void read(std::vector<Item> items) {
@@ -386,4 +379,4 @@ TEST_F(Handover, FillsOnlyTheListsThatAreAskedForAndNoneInASilentRun) {
 }
 
 }  // namespace
-}  // namespace hl
+}  // namespace hl::test

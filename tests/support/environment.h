@@ -4,12 +4,6 @@
 #include <stdlib.h>
 #include <time.h>
 
-#include <initializer_list>
-#include <map>
-#include <optional>
-#include <string>
-#include <utility>
-
 namespace hl::test {
 
 /// Sets variables while it lives; null removes one. The time zone follows TZ.

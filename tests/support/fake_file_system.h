@@ -1,8 +1,6 @@
 // A tree of folders in memory behind the interface of the file system, with a record of the questions to it.
 #pragma once
 
-#include <gtest/gtest.h>
-
 #include "base/fault.h"
 #include "base/size_text.h"
 #include "platform/folder_reader.h"

@@ -1,11 +1,6 @@
 // A window that shows nothing: it keeps what it was asked, and answers as it was told.
 #pragma once
 
-#include <functional>
-#include <optional>
-#include <string>
-#include <vector>
-
 #include "base/path.h"
 #include "platform/window.h"
 #include "support/recording_desktop.h"

@@ -5,8 +5,6 @@
 #include <sys/resource.h>
 #include <unistd.h>
 
-#include <vector>
-
 namespace hl::test {
 
 /// While it lives, the process may open only `count` more files.

@@ -7,8 +7,6 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <string>
-
 #include "support/patience.h"
 #include "support/trees.h"
 
@@ -19,7 +17,7 @@ class FuseMount {
     /// Shows the folder `of` at the folder `at`, which is made if missing. Questions for what lies below
     /// "hangs", and for its entries, are never answered: see tests/support/fuse_server.cpp.
     FuseMount(const std::string& of, const std::string& at) : at_(at) {
-        std::filesystem::create_directories(at);
+        fs::create_directories(at);
         if (!missing_.empty()) return;
         const dev_t before = factsOf(at).st_dev;
         server_ = must(::fork());
@@ -58,9 +56,7 @@ class FuseMount {
 
   private:
     // The server is beside the tests.
-    static std::string server() {
-        return std::filesystem::read_symlink("/proc/self/exe").parent_path() / "fuse_server";
-    }
+    static std::string server() { return fs::read_symlink("/proc/self/exe").parent_path() / "fuse_server"; }
     static std::string whyNot() {
         if (::access(server().c_str(), X_OK) != 0) return "libfuse3 was not there when the tests were built";
         if (::geteuid() != 0) return "only root mounts without a helper";

@@ -4,17 +4,10 @@
 #include <sys/socket.h>
 #include <sys/un.h>
 
-#include <filesystem>
-#include <functional>
-#include <stdexcept>
-#include <string>
-
 #include "support/trees.h"
 #include "support/whole_files.h"
 
 namespace hl::test {
-
-namespace fs = std::filesystem;
 
 inline void makeSocket(const std::string& path) {
     sockaddr_un address{AF_UNIX, {}};

@@ -4,10 +4,6 @@
 
 #include <sys/mount.h>
 
-#include <cstdlib>
-#include <filesystem>
-#include <string>
-
 namespace hl::test {
 
 class Mounted {
@@ -15,7 +11,7 @@ class Mounted {
     Mounted(const std::string& source, const std::string& at, const char* kind, unsigned long flags = 0,
             const char* options = nullptr)
         : at_(at) {
-        if (!std::filesystem::exists(at)) std::filesystem::create_directories(at);
+        if (!fs::exists(at)) fs::create_directories(at);
         done_ = mount(source.c_str(), at.c_str(), kind, flags, options) == 0;
     }
     ~Mounted() {

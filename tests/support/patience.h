@@ -1,10 +1,6 @@
 // Waits for what another process does.
 #pragma once
 
-#include <chrono>
-#include <functional>
-#include <thread>
-
 namespace hl::test {
 
 /// Tells whether it happened within half a minute.

@@ -6,11 +6,6 @@
 #include <sys/resource.h>
 #include <unistd.h>
 
-#include <cstdlib>
-#include <functional>
-#include <string>
-#include <vector>
-
 #include "support/temp_dir.h"
 #include "support/trees.h"
 #include "support/whole_files.h"

@@ -3,12 +3,6 @@
 
 #include <errno.h>
 
-#include <atomic>
-#include <functional>
-#include <map>
-#include <mutex>
-#include <string>
-
 #include "platform/linux/scan/directory_calls.h"
 
 namespace hl::test {

@@ -1,16 +1,11 @@
 // A console that records what is written.
 #pragma once
 
-#include <string>
-#include <string_view>
-#include <vector>
-
 #include "platform/console.h"
 
 namespace hl {
 
-class RecordingConsole final : public Console {
-  public:
+struct RecordingConsole final : Console {
     bool outputLine(std::string_view line) override {
         output.emplace_back(line);
         return true;

@@ -1,16 +1,11 @@
 // A desktop that can open everything.
 #pragma once
 
-#include <map>
-#include <string>
-#include <vector>
-
 #include "platform/desktop.h"
 
 namespace hl::test {
 
-class RecordingDesktop final : public Desktop {
-  public:
+struct RecordingDesktop final : Desktop {
     std::vector<std::string> opened;
     std::vector<std::string> terminals;  ///< The folders that terminals were opened in.
     bool hasTerminal = true;

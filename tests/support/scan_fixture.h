@@ -1,8 +1,6 @@
 // Everything that a scan works with, and what it leaves in the grids.
 #pragma once
 
-#include <gtest/gtest.h>
-
 #include "scan/driver.h"
 #include "scan/rollup.h"
 #include "support/test_scan.h"

@@ -1,14 +1,11 @@
 // A pump that counts, and whose clock and waiting input a test sets.
 #pragma once
 
-#include <functional>
-
 #include "platform/message_pump.h"
 
 namespace hl::test {
 
-class ScriptedPump : public MessagePump {
-  public:
+struct ScriptedPump : MessagePump {
     bool input = false;
     std::uint64_t tick = 0;
     std::uint64_t tickStep = 0;  ///< The milliseconds that pass with each call of the clock.

@@ -1,11 +1,6 @@
 // Walks over a reader of folders and records what it saw.
 #pragma once
 
-#include <functional>
-#include <memory>
-#include <string>
-#include <vector>
-
 #include "base/size_text.h"
 #include "platform/linux/scan/read_ahead.h"
 

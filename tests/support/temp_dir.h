@@ -3,9 +3,6 @@
 
 #include <stdlib.h>
 
-#include <string>
-#include <string_view>
-
 namespace hl::test {
 
 class TempDir {

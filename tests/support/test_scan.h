@@ -84,7 +84,7 @@ struct TestScan : TestTexts {
         return lines;
     }
     std::vector<std::string> protocol() const { return logLines(kProtocolName); }
-    void clearProtocol() { std::filesystem::remove(dir.path() + "/" + std::string(kProtocolName)); }
+    void clearProtocol() { fs::remove(dir.path() + "/" + std::string(kProtocolName)); }
 };
 
 }  // namespace hl::test

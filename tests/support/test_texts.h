@@ -1,8 +1,6 @@
 // Texts and error reports for tests, with what these need.
 #pragma once
 
-#include <string>
-
 #include "app/texts.h"
 #include "platform/linux/change/files.h"
 #include "robustness/fakes.h"
@@ -11,8 +9,7 @@
 namespace hl::test {
 
 /// Texts in German, or for another locale from its delivered library.
-class TestTexts : public FakeDiagnostics {
-  public:
+struct TestTexts : FakeDiagnostics {
     explicit TestTexts(const std::string& locale = "de_DE.UTF-8")
         : texts(files, store, diagnostics, {dir.path(), HARBORLANTERN_SOURCE_DIR "/lang", "", locale}) {
         texts.Init_Sprache("", "");

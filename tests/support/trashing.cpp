@@ -1,7 +1,5 @@
 #include "support/trashing.h"
 
-#include <regex>
-
 namespace hl::test {
 
 namespace {

@@ -1,12 +1,7 @@
 // Reads the trash as another program does, and provides a place to throw files away from.
 #pragma once
 
-#include <gtest/gtest.h>
 #include <unistd.h>
-
-#include <filesystem>
-#include <map>
-#include <string>
 
 #include "platform/linux/change/trash.h"
 #include "support/temp_dir.h"
@@ -24,8 +19,6 @@ inline std::ostream& operator<<(std::ostream& out, RecycleError error) {
 
 namespace hl::test {
 
-namespace fs = std::filesystem;
-
 /// Describes everything at and below `path`, one line each: the kind, the rights, the time of what is no
 /// folder, and the content or target.
 std::string snapshotOf(const std::string& path);
@@ -37,8 +30,7 @@ using Content = std::map<std::string, std::string>;
 Content contentOfTrash(const std::string& trash);
 
 /// A home trash and a folder to throw files away from, on one mount.
-class Trashing : public testing::Test {
-  protected:
+struct Trashing : testing::Test {
     explicit Trashing(std::string_view base = {}) : dir(base) { fs::create_directories(root); }
 
     RecycleError recycle(const std::string& name) { return moveToTrash({root, name}, settings); }

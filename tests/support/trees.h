@@ -7,12 +7,6 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <cstdlib>
-#include <filesystem>
-#include <functional>
-#include <string>
-#include <string_view>
-
 namespace hl::test {
 
 /// Aborts on failure, because a test without its tree shows nothing.
@@ -77,7 +71,7 @@ inline void makeFolder(const std::string& path) {
 inline void makeTree(const std::string& root, std::initializer_list<std::string_view> paths) {
     for (const std::string_view path : paths) {
         const std::string whole = root + "/" + std::string(path);
-        std::filesystem::create_directories(whole.substr(0, whole.rfind('/')));
+        fs::create_directories(whole.substr(0, whole.rfind('/')));
         if (!path.ends_with('/')) makeFile(whole, 1);
     }
 }

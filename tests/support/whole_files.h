@@ -1,13 +1,6 @@
 // Reads and writes whole files for tests.
 #pragma once
 
-#include <filesystem>
-#include <fstream>
-#include <iterator>
-#include <set>
-#include <string>
-#include <string_view>
-
 namespace hl::test {
 
 /// Returns an empty text if there is no such file.
@@ -18,8 +11,7 @@ inline std::string contentOf(const std::string& path) {
 
 inline std::set<std::string> namesIn(const std::string& folder) {
     std::set<std::string> names;
-    for (const auto& entry : std::filesystem::directory_iterator(folder))
-        names.insert(entry.path().filename());
+    for (const auto& entry : fs::directory_iterator(folder)) names.insert(entry.path().filename());
     return names;
 }
 
@@ -28,15 +20,15 @@ inline void writeFile(const std::string& path, std::string_view content) {
 }
 
 /// Writes a file and makes the folders above it.
-inline void writeDeepFile(const std::filesystem::path& path, std::string_view content) {
-    std::filesystem::create_directories(path.parent_path());
+inline void writeDeepFile(const fs::path& path, std::string_view content) {
+    fs::create_directories(path.parent_path());
     writeFile(path.string(), content);
 }
 
 /// Writes a shell script that can be executed.
 inline void writeScript(const std::string& path, const std::string& body) {
     writeFile(path, "#!/bin/sh\n" + body + "\n");
-    std::filesystem::permissions(path, std::filesystem::perms::owner_all);
+    fs::permissions(path, fs::perms::owner_all);
 }
 
 }  // namespace hl::test

@@ -1,7 +1,5 @@
 #include "views/cell_text.h"
 
-#include <gtest/gtest.h>
-
 #include "platform/linux/change/files.h"
 #include "scan/file_columns.h"
 #include "support/environment.h"
@@ -13,16 +11,15 @@
 #include "views/report_columns.h"
 #include "views/type_names.h"
 
-namespace hl {
+namespace hl::test {
 namespace {
 
-class CellText : public testing::Test {
-  protected:
+struct CellText : testing::Test {
     std::string of(const Grid& grid, Row row, std::size_t column) {
         return ColumnText(grid, column, numbers).of(row);
     }
 
-    test::TestTexts texts;
+    TestTexts texts;
     Options options;
     NumberFormat numbers = numberFormatOf("de_DE");
 };
@@ -132,7 +129,7 @@ TEST_F(CellText, OfASizeInTheUnitThatFitsItIsSavedInBytes) {
 }
 
 TEST_F(CellText, OfADateIsLocalTimeAndEmptyWhereThereIsNone) {
-    const test::Environment zone({{"TZ", "UTC-2"}});  // The zone is two hours ahead.
+    const Environment zone({{"TZ", "UTC-2"}});  // The zone is two hours ahead.
     options.DateFormat = "dd/MM/yyyy hh:nn:ss";
     Grid grid(kFileCells);
     Init_List(grid, kTopTable, options, texts.texts);
@@ -174,12 +171,12 @@ struct DecidesDots : FileTypes {
 };
 
 TEST(TypeNames, LookIntoSoManyFilesOfAListWhoseNamesDecideNothingAndCallTheOthersFiles) {
-    const test::TempDir folder;
-    test::writeFile(folder.path() + "/plain", "content");
-    test::writeFile(folder.path() + "/x.y", "content");
+    const TempDir folder;
+    writeFile(folder.path() + "/plain", "content");
+    writeFile(folder.path() + "/x.y", "content");
     LinuxFiles files;
     DecidesDots types;
-    const test::TestTexts texts;
+    const TestTexts texts;
     TypeNames names(types, files, texts.texts);
     for (int list = 0; list < 2; ++list) {
         names.restart();
@@ -194,10 +191,10 @@ TEST(TypeNames, LookIntoSoManyFilesOfAListWhoseNamesDecideNothingAndCallTheOther
         EXPECT_EQ(called, 9);
     }
     names.restart();
-    test::writeFile(folder.path() + "/unknown", "");
+    writeFile(folder.path() + "/unknown", "");
     EXPECT_EQ(names.of(folder.path() + "/unknown"), "Datei");
     EXPECT_EQ(names.of(folder.path() + "/missing"), "");
 }
 
 }  // namespace
-}  // namespace hl
+}  // namespace hl::test

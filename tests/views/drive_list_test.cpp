@@ -1,10 +1,5 @@
 #include "views/drive_list.h"
 
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <deque>
-
 #include "app/setting_keys.h"
 #include "platform/icons.h"
 #include "platform/window.h"
@@ -14,12 +9,11 @@
 #include "views/drive_combo.h"
 #include "views/list_columns.h"
 
-namespace hl {
+namespace hl::test {
 namespace {
 
 /// Drives that answer when they are told to.
-class ScriptedDrives final : public Drives {
-  public:
+struct ScriptedDrives final : Drives {
     std::vector<Drive> table;
     std::map<std::string, Drive, std::less<>> shares;  ///< By their UNC texts.
     std::deque<std::pair<std::string, std::function<void(const DriveAnswer&)>>> questions;
@@ -40,8 +34,7 @@ class ScriptedDrives final : public Drives {
     int answersDescriptor() override { return -1; }
 };
 
-class RecordingDriveHost final : public DriveListHost {
-  public:
+struct RecordingDriveHost final : DriveListHost {
     std::vector<std::string> sources;
 
     void Drives_ResizeTableHeight() override {}
@@ -51,7 +44,7 @@ class RecordingDriveHost final : public DriveListHost {
     std::vector<std::string> copied;
 };
 
-struct DriveListTest : testing::Test, test::TestScan {
+struct DriveListTest : testing::Test, TestScan {
     DriveListTest() {
         numbers = {};
         Init_List(grid, kDrivesTable, options, texts);
@@ -88,7 +81,7 @@ struct DriveListTest : testing::Test, test::TestScan {
 
     Grid grid{kDriveCells};
     ScriptedDrives drives;
-    test::FakeWindow window;
+    FakeWindow window;
     RecordingDriveHost host;
     DriveList list{scan, grid, drives, window, host};
 };
@@ -312,7 +305,7 @@ struct DriveCombo : testing::Test {
             kPosixPaths);
     }
 
-    test::TestTexts texts;
+    TestTexts texts;
     SourceCombo combo;
     std::vector<std::string> asked;
 };
@@ -364,4 +357,4 @@ TEST_F(DriveCombo, SavesTheLastTenFoldersFromTheEnd) {
 }
 
 }  // namespace
-}  // namespace hl
+}  // namespace hl::test

@@ -1,8 +1,6 @@
 // The four lists with rows, and a host that records what it is asked.
 #pragma once
 
-#include <array>
-
 #include "support/fake_window.h"
 #include "support/scan_fixture.h"
 #include "views/files_view.h"

@@ -3,12 +3,10 @@
 
 #include "views/list_fixture.h"
 
-namespace hl {
+namespace hl::test {
 namespace {
 
-using test::file, test::folder;
-
-struct Lists : test::ListFixture {};
+struct Lists : ListFixture {};
 
 TEST_F(Lists, PreviewAHitOfTheSearchWhereTheyHaveFilesOfOneFolder) {
     for (const List* list : all) {
@@ -33,14 +31,14 @@ TEST_F(Lists, ShowSizesInTheUnitOfTheirCommandAndSumThemInTheStatus) {
         list->view.Set_SizeFormat();
         const GridColumn& column = list->grid.columns()[list->sizeColumn];
         EXPECT_EQ(column.unit, kModeKilobytes);
-        EXPECT_NE(column.mask.find("0.00"), std::string::npos);
-        EXPECT_NE(status.find(" / 2 ausgewählte Datei(en) mit 6.00 KB"), std::string::npos) << status;
+        EXPECT_TRUE(has(column.mask, "0.00"));
+        EXPECT_TRUE(has(status, " / 2 ausgewählte Datei(en) mit 6.00 KB"));
         list->view.GridColumnTitleClick(list->sizeColumn);
         EXPECT_EQ(list->grid.levelSort(0).key, "size") << "two sizes that show alike are sorted, too";
         EXPECT_TRUE(list->grid.topRow() == list->grid.rowAt(0) && list->grid.redraw());
         *list->mode = 0;
         list->view.Set_SizeFormat();
-        EXPECT_NE(status.find("mit 6,144 Bytes"), std::string::npos) << status;
+        EXPECT_TRUE(has(status, "mit 6,144 Bytes"));
     }
 }
 
@@ -110,7 +108,7 @@ TEST_F(Lists, LoadNoIconsOfListsThatARunStillFills) {
     EXPECT_NE(lvwFiles.picture(lvwFiles.rowAt(0)), 0);
 }
 
-struct Files : test::ListFixture {
+struct Files : ListFixture {
     Files() {
         lvwFiles.clear();
         state.currentFolder.clear();
@@ -149,4 +147,4 @@ TEST_F(Lists, OpenTheMenuOfTheTargetsOnlyInTheirColumn) {
 }
 
 }  // namespace
-}  // namespace hl
+}  // namespace hl::test

@@ -7,13 +7,11 @@
 #include "support/scan_fixture.h"
 #include "views/report_columns.h"
 
-namespace hl {
+namespace hl::test {
 namespace {
 
-using test::file, test::folder;
-
-struct ReportTest : test::ScanFixture, ReportHost {
-    test::FakeWindow window;
+struct ReportTest : ScanFixture, ReportHost {
+    FakeWindow window;
     CommandBar bar{BarId::kReport, "cbrReport"};
     bool columnDragGuard = false;
     ReportView view{scan, options, bar, window, *this, columnDragGuard};
@@ -160,4 +158,4 @@ TEST(PathHistory, IsBoundedAndForgetsWhatFollowedANewPath) {
 }
 
 }  // namespace
-}  // namespace hl
+}  // namespace hl::test

@@ -9,10 +9,10 @@
 #include "views/list_fixture.h"
 #include "views/report_view.h"
 
-namespace hl {
+namespace hl::test {
 namespace {
 
-struct TrapNames : test::ListFixture, ReportHost {
+struct TrapNames : ListFixture, ReportHost {
     CommandBar cbrReport{BarId::kReport, ""};
     ReportView reportView{scan, options, cbrReport, window, *this, dragGuard};
 
@@ -98,4 +98,4 @@ TEST_F(TrapNames, OfListsBeginWithTheListsOwn) {
 }
 
 }  // namespace
-}  // namespace hl
+}  // namespace hl::test

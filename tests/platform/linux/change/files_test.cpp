@@ -1,27 +1,19 @@
 #include "platform/linux/change/files.h"
 
-#include <gtest/gtest.h>
-
-#include <cerrno>
-
 #include "support/results.h"
 #include "support/temp_dir.h"
 #include "support/trees.h"
 #include "support/whole_files.h"
 
-namespace hl {
+namespace hl::test {
 namespace {
-
-namespace fs = std::filesystem;
-using namespace test;
 
 int replaceWith(Files& files, const std::string& path, std::string_view content) {
     return numberOf(replaceWhole(files, path, content));
 }
 
 /// Tests both ways in which an unfinished file can exist.
-class Replacing : public testing::TestWithParam<Unfinished> {
-  protected:
+struct Replacing : testing::TestWithParam<Unfinished> {
     TempDir dir;
     LinuxFiles files{GetParam()};
     std::string target = dir.path() + "/target";
@@ -92,8 +84,7 @@ TEST_P(Replacing, RespectsWriteProtectionOfTheFileAndOfTheFolder) {
     EXPECT_EQ(contentOf(target), "old");
 }
 
-class WholeFiles : public testing::Test {
-  protected:
+struct WholeFiles : testing::Test {
     std::string in(const std::string& name) const { return dir.path() + "/" + name; }
 
     TempDir dir;
@@ -154,4 +145,4 @@ TEST_F(WholeFiles, ReadsAsMuchAsIsAllowedOrSaysWhyNot) {
 }
 
 }  // namespace
-}  // namespace hl
+}  // namespace hl::test

@@ -1,21 +1,14 @@
 #include "platform/linux/change/folder_verb.h"
 
-#include <gtest/gtest.h>
-
-#include <cerrno>
-
 #include "support/results.h"
 #include "support/temp_dir.h"
 #include "support/whole_files.h"
 
-namespace hl {
+namespace hl::test {
 namespace {
 
-namespace fs = std::filesystem;
-
-class FolderVerbTest : public testing::Test {
-  protected:
-    test::TempDir dir;
+struct FolderVerbTest : testing::Test {
+    TempDir dir;
     std::string file = dir.path() + "/data/applications/lantern.desktop";
     LinuxFolderVerb verb{"lantern", dir.path() + "/data", dir.path()};
 };
@@ -48,26 +41,26 @@ TEST_F(FolderVerbTest, TheCommandStartsTheProgramWhateverItsPathHolds) {
         const std::string folder = dir.path() + "/" + name;
         const std::string program = folder + "/lantern";
         fs::create_directories(folder);
-        test::writeScript(program, "printf %s \"$1\" > " + dir.path() + "/out");
+        writeScript(program, "printf %s \"$1\" > " + dir.path() + "/out");
         const std::string wanted = "/some folder/" + std::to_string(++number);
         setenv("FOLDERS", wanted.c_str(), 1);
         const std::string command = commandIn(folderEntryText({"Lantern", program}));
         EXPECT_EQ(std::system(command.c_str()), 0) << command;
-        EXPECT_EQ(test::contentOf(dir.path() + "/out"), wanted) << command;
+        EXPECT_EQ(contentOf(dir.path() + "/out"), wanted) << command;
         EXPECT_EQ(folderEntryText({"Lantern", program}).find('\xff'), std::string::npos);
     }
     unsetenv("FOLDERS");
 }
 
 TEST_F(FolderVerbTest, AnOfferIsOneEntryAndNoChoiceOfDefaults) {
-    EXPECT_EQ(test::numberOf(verb.withdraw()), 0);
+    EXPECT_EQ(numberOf(verb.withdraw()), 0);
     EXPECT_TRUE(fs::is_empty(dir.path())) << "to withdraw what is not there makes nothing";
     for (const char* executable : {"/opt/lantern", "/usr/bin/lantern"}) {
-        EXPECT_EQ(test::numberOf(verb.offer({"Lantern", executable})), 0);
-        const std::string entry = test::contentOf(file);
+        EXPECT_EQ(numberOf(verb.offer({"Lantern", executable})), 0);
+        const std::string entry = contentOf(file);
         for (const char* line :
              {"[Desktop Entry]\n", "\nNoDisplay=true\n", "\nMimeType=inode/directory;\n", executable})
-            EXPECT_NE(entry.find(line), std::string::npos) << line;
+            EXPECT_TRUE(has(entry, line));
     }
     std::size_t files = 0;
     for (const auto& entry : fs::recursive_directory_iterator(dir.path()))
@@ -75,23 +68,23 @@ TEST_F(FolderVerbTest, AnOfferIsOneEntryAndNoChoiceOfDefaults) {
     EXPECT_EQ(files, 1U);
     const auto before = fs::last_write_time(file) - std::chrono::hours(1);
     fs::last_write_time(file, before);
-    EXPECT_EQ(test::numberOf(verb.offer({"Lantern", "/usr/bin/lantern"})), 0);
+    EXPECT_EQ(numberOf(verb.offer({"Lantern", "/usr/bin/lantern"})), 0);
     EXPECT_EQ(fs::last_write_time(file), before) << "an offer that stands is left alone";
-    EXPECT_EQ(test::numberOf(verb.withdraw()), 0);
+    EXPECT_EQ(numberOf(verb.withdraw()), 0);
     EXPECT_FALSE(fs::exists(file));
 }
 
 TEST_F(FolderVerbTest, FailuresAreToldWithTheirPlace) {
-    test::writeFile(dir.path() + "/data", "a file in the way");
+    writeFile(dir.path() + "/data", "a file in the way");
     const Error failure = verb.offer({"Lantern", "/opt/lantern"}).error();
     EXPECT_EQ(failure.number, ENOTDIR);
     EXPECT_EQ(failure.name, dir.path() + "/data/applications");
     LinuxFolderVerb homeless("lantern", "relative", "");
-    EXPECT_EQ(test::numberOf(homeless.offer({"Lantern", "/opt/lantern"})), ENOENT);
-    EXPECT_EQ(test::numberOf(homeless.withdraw()), 0);
+    EXPECT_EQ(numberOf(homeless.offer({"Lantern", "/opt/lantern"})), ENOENT);
+    EXPECT_EQ(numberOf(homeless.withdraw()), 0);
     EXPECT_EQ(LinuxFolderVerb("lantern", "relative", "/home/ada").folder(),
               "/home/ada/.local/share/applications");
 }
 
 }  // namespace
-}  // namespace hl
+}  // namespace hl::test

@@ -5,21 +5,13 @@
 #include <sys/xattr.h>
 #include <unistd.h>
 
-#include <atomic>
-#include <cerrno>
-#include <thread>
-
 #include "platform/linux/change/copying.h"
 #include "platform/linux/change/moving_fixture.h"
 
-namespace hl {
+namespace hl::test {
 namespace {
 
-namespace fs = std::filesystem;
-using namespace test;
-
-class MovingAcrossTest : public MovingTest {
-  protected:
+struct MovingAcrossTest : MovingTest {
     void SetUp() override {
         if (factsOf(other.path()).st_dev == factsOf(dir.path()).st_dev)
             GTEST_SKIP() << "there is no other file system to move to";
@@ -180,8 +172,7 @@ TEST_F(MovingAcrossTest, RightsAreLookedAtBeforeAnythingIsCopied) {
 constexpr off_t kMebi = off_t{1} << 20;
 
 // Tests between two file systems, if there are two, so that both ways of copying are used.
-class CopyingTest : public testing::Test {
-  protected:
+struct CopyingTest : testing::Test {
     TempDir dir, elsewhere{"/dev/shm"};
     std::string sourcePath = dir.path() + "/source";
     Descriptor source = openAt(AT_FDCWD, sourcePath, O_RDWR | O_CREAT | O_EXCL, 0644);
@@ -264,4 +255,4 @@ TEST_F(CopyingTest, NobodyGetsRightsFromTheNewFolder) {
 }
 
 }  // namespace
-}  // namespace hl
+}  // namespace hl::test

@@ -1,11 +1,8 @@
 // Things to move, places to move them to, and what is seen of them there.
 #pragma once
 
-#include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <unistd.h>
-
-#include <filesystem>
 
 #include "platform/linux/change/moving.h"
 #include "platform/linux/process/descriptor.h"
@@ -16,7 +13,6 @@
 
 namespace hl::test {
 
-namespace fs = std::filesystem;
 inline int moveTo(const FilePlace& from, const FilePlace& to) {
     Whereabouts whereabouts;
     return moveEntry(from, to, whereabouts);
@@ -26,8 +22,7 @@ inline int moveTo(const std::string& from, const std::string& to) {
     return moveTo(FilePlace{from}, FilePlace{to});
 }
 
-class MovingTest : public testing::Test {
-  protected:
+struct MovingTest : testing::Test {
     MovingTest() {
         fs::create_directory(at("sub"));
         chmod(dir.path().c_str(), 0755);

@@ -3,15 +3,10 @@
 #include <linux/fs.h>
 #include <sys/ioctl.h>
 
-#include <cerrno>
-
 #include "platform/linux/change/moving_fixture.h"
 
-namespace hl {
+namespace hl::test {
 namespace {
-
-namespace fs = std::filesystem;
-using namespace test;
 
 TEST_F(MovingTest, WhateverItIsItIsTheSameUnderItsNewName) {
     const std::string names[] = {"new", "sub/new", std::string(255, 'n'), "\xff\x01\n\\\"'* -", " ", "..."};
@@ -137,4 +132,4 @@ TEST(MovingCaseTest, AChangeOfCaseAloneIsDone) {
 }
 
 }  // namespace
-}  // namespace hl
+}  // namespace hl::test

@@ -1,19 +1,13 @@
 #include "platform/linux/change/trash.h"
 
-#include <atomic>
-#include <thread>
-
 #include "platform/linux/change/restoring.h"
 #include "support/environment.h"
 #include "support/kinds.h"
 #include "support/mounted.h"
 #include "support/trashing.h"
 
-namespace hl {
+namespace hl::test {
 namespace {
-
-namespace fs = std::filesystem;
-using namespace test;
 
 /// Each kind of thing is under its own name, and a file is under each odd name.
 TEST_F(Trashing, WhateverItIsItGoesWholeAndCanComeBackToWhereItWas) {
@@ -269,8 +263,7 @@ TEST_F(TrashingInMemory, ASwappedFolderLeadsNowhereElse) {
 }
 
 /// Has a mount of its own, and the home trash elsewhere.
-class TrashingOnAMount : public Trashing {
-  protected:
+struct TrashingOnAMount : Trashing {
     void SetUp() override {
         if (!mounted.done()) GTEST_SKIP() << "may not mount";
         writeDeepFile(top + "/folder/a b", "content");
@@ -421,4 +414,4 @@ TEST_F(TrashingOnAMount, WhatCannotBeRenamedWithinItsMountStays) {
 }
 
 }  // namespace
-}  // namespace hl
+}  // namespace hl::test

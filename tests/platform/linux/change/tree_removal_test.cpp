@@ -1,21 +1,14 @@
 // Tests the removal of trees on a real disk: what goes, what stays, and that nothing outside is touched.
 #include "platform/linux/change/tree_removal.h"
 
-#include <gtest/gtest.h>
-
-#include <thread>
-
 #include "support/mounted.h"
 #include "support/recording_calls.h"
 #include "support/temp_dir.h"
 #include "support/trees.h"
 #include "support/whole_files.h"
 
-namespace hl {
+namespace hl::test {
 namespace {
-
-namespace fs = std::filesystem;
-using namespace test;
 
 Removal removeTree(const FilePlace& place, DirectoryCalls& calls, std::size_t budget = 64) {
     Whereabouts whereabouts;
@@ -31,8 +24,7 @@ bool isThere(const std::string& path) {
     return inodeOf(path) != 0;
 }
 
-class TreeRemovalTest : public ::testing::Test {
-  protected:
+struct TreeRemovalTest : ::testing::Test {
     std::string in(const std::string& name) const { return dir_.path() + "/" + name; }
     void make(std::initializer_list<std::string_view> paths) const { makeTree(dir_.path(), paths); }
     static std::vector<int> errorsOf(const Removal& removal) {
@@ -295,4 +287,4 @@ TEST_F(TreeRemovalTest, FilesGoByNameAndFoldersDoNot) {
 }
 
 }  // namespace
-}  // namespace hl
+}  // namespace hl::test

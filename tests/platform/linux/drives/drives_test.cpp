@@ -1,20 +1,13 @@
 #include "platform/linux/drives/drives.h"
 
-#include <gtest/gtest.h>
 #include <poll.h>
-
-#include <condition_variable>
-#include <mutex>
-#include <stdexcept>
-#include <thread>
 
 #include "support/temp_dir.h"
 #include "support/whole_files.h"
 
-namespace hl {
+namespace hl::test {
 namespace {
 
-namespace fs = std::filesystem;
 using std::chrono::milliseconds;
 
 // Long enough that no question that is answered at once takes so long, even on a busy machine.
@@ -26,7 +19,7 @@ class FakeMachine {
     const std::string& root() const { return dir_.path(); }
 
     void write(const std::string& path, const std::string& content) const {
-        test::writeDeepFile(root() + path, content);
+        writeDeepFile(root() + path, content);
     }
     void link(const std::string& path, const std::string& target) const {
         fs::create_directories(fs::path(root() + path).parent_path());
@@ -52,7 +45,7 @@ class FakeMachine {
     }
 
   private:
-    test::TempDir dir_;
+    TempDir dir_;
 };
 
 TEST(LinuxDrives, ListsWhatAUserWouldCallADrive) {
@@ -144,8 +137,7 @@ TEST(LinuxDrives, FindsTheMountOfAUncText) {
 }
 
 /// Drives that answer with the length of their path, except "/dead...", which hang until they are released.
-class AskedDrives : public testing::Test {
-  protected:
+struct AskedDrives : testing::Test {
     ~AskedDrives() override {
         letGo();
         // The threads use this fixture's members until they have returned.
@@ -259,4 +251,4 @@ TEST(LinuxDrives, TellTheSizesOfThisMachine) {
 }
 
 }  // namespace
-}  // namespace hl
+}  // namespace hl::test

@@ -1,11 +1,9 @@
 #include "platform/linux/drives/mount_table.h"
 
-#include <gtest/gtest.h>
-
 #include "support/fuse_mount.h"
 #include "support/temp_dir.h"
 
-namespace hl {
+namespace hl::test {
 namespace {
 
 TEST(MountTable, ReadsTheKernelsLines) {
@@ -53,9 +51,9 @@ TEST(MountTable, KnowsWhatCanHangAlsoBehindLinksAndWithoutAskingIt) {
     for (const char* kind : {"ext4", "btrfs", "xfs", "tmpfs", "overlay", "proc", "fusectl", "nfsd"})
         EXPECT_FALSE(kindCanHang(kind)) << kind;
 
-    const test::TempDir dir;
-    test::makeTree(dir.path(), {"shown/file", "beside/"});
-    test::FuseMount mount(dir.path() + "/shown", dir.path() + "/mount");
+    const TempDir dir;
+    makeTree(dir.path(), {"shown/file", "beside/"});
+    FuseMount mount(dir.path() + "/shown", dir.path() + "/mount");
     if (!mount.missing().empty()) GTEST_SKIP() << mount.missing();
     mount.stopAnswering();
     for (const auto& [name, target] : {std::pair("absolute", dir.path() + "/mount"),
@@ -63,7 +61,7 @@ TEST(MountTable, KnowsWhatCanHangAlsoBehindLinksAndWithoutAskingIt) {
                                        {"chain", "absolute/x"},
                                        {"local", "beside"},
                                        {"loop", "loop"}})
-        std::filesystem::create_symlink(target, dir.path() + "/" + name);
+        fs::create_symlink(target, dir.path() + "/" + name);
     for (const char* path :
          {"mount", "mount/", "mount/file", "absolute", "relative", "chain/y", "local/../mount"})
         EXPECT_TRUE(canHang(dir.path() + "/" + path)) << path;
@@ -72,4 +70,4 @@ TEST(MountTable, KnowsWhatCanHangAlsoBehindLinksAndWithoutAskingIt) {
 }
 
 }  // namespace
-}  // namespace hl
+}  // namespace hl::test

@@ -1,7 +1,6 @@
 // Tests questions to disks that do not answer.
 #include "platform/linux/drives/patience.h"
 
-#include <gtest/gtest.h>
 #include <poll.h>
 
 #include "platform/linux/change/file_operations.h"
@@ -13,11 +12,10 @@
 #include "support/temp_dir.h"
 #include "support/whole_files.h"
 
-namespace hl {
+namespace hl::test {
 namespace {
 
 using namespace std::chrono_literals;
-using test::comes;
 
 struct Wait final : DiskWait {
     int begins = 0, pauses = 0, most = 1 << 20;  ///< After `most` pauses nobody wants the answer any more.
@@ -34,11 +32,10 @@ struct Watch final : OperationWatch {
     }
 };
 
-class PatienceTest : public testing::Test {
-  protected:
+struct PatienceTest : testing::Test {
     PatienceTest() {
-        test::makeTree(dir.path(), {"shown/folder/a", "shown/folder/b", "shown/file"});
-        std::filesystem::create_symlink(dir.path() + "/mount", dir.path() + "/link");
+        makeTree(dir.path(), {"shown/folder/a", "shown/folder/b", "shown/file"});
+        fs::create_symlink(dir.path() + "/mount", dir.path() + "/link");
         mount.emplace(dir.path() + "/shown", dir.path() + "/mount");
         patience.setWait(&wait);
     }
@@ -52,10 +49,10 @@ class PatienceTest : public testing::Test {
     static bool noHelperHangs() {
         return comes([] { return HelperSlot::taken() == 0; });
     }
-    int errorOf(const char* name) { return test::numberOf(disk.look(dir.path() + "/" + name)); }
+    int errorOf(const char* name) { return numberOf(disk.look(dir.path() + "/" + name)); }
 
-    test::TempDir dir;
-    std::optional<test::FuseMount> mount;
+    TempDir dir;
+    std::optional<FuseMount> mount;
     SilentDisks disks;
     LinuxPatience patience{disks, 300ms};
     Wait wait;
@@ -66,7 +63,7 @@ class PatienceTest : public testing::Test {
 
 TEST_F(PatienceTest, ADiskThatDoesNotAnswerIsWaitedForOnceAndAskedAgainWhenItDoes) {
     EXPECT_EQ(errorOf("mount/file"), 0);
-    const test::FuseMount later(dir.path() + "/shown", dir.path() + "/later");
+    const FuseMount later(dir.path() + "/shown", dir.path() + "/later");
     EXPECT_TRUE(disks.of(dir.path() + "/later/x") != 0 && disks.of(dir.path() + "/shown") == 0);
     mount->stopAnswering();
     EXPECT_TRUE(errorOf("shown/file") == 0 && wait.pauses == 0) << "of another disk";
@@ -96,14 +93,13 @@ TEST_F(PatienceTest, NoMoreThanSixteenHelpersHang) {
 }
 
 TEST_F(PatienceTest, WhatChangesFilesIsLeftBehindAtStopAndChangesNothingMoreWhenTheDiskComesBack) {
-    using test::numberOf;
     Watch watch;
     const FilePlace folder{dir.path() + "/mount/folder"}, file{dir.path() + "/mount/file"};
     mount->stopAnswering();
     EXPECT_TRUE(operations.recycle(file, watch).failedAs(ErrorKind::kNoAnswer));
     mount->answerAgain();
     EXPECT_TRUE(noHelperHangs());
-    EXPECT_TRUE(std::filesystem::exists(dir.path() + "/shown/file"));
+    EXPECT_TRUE(fs::exists(dir.path() + "/shown/file"));
     mount->stopAnswering();
     EXPECT_TRUE(operations.removeTree(folder, watch).unknown);
     EXPECT_GT(watch.silent, 0);
@@ -118,14 +114,14 @@ TEST_F(PatienceTest, WhatChangesFilesIsLeftBehindAtStopAndChangesNothingMoreWhen
     mount->answerAgain();
     EXPECT_TRUE(noHelperHangs());
     for (const char* name : {"shown/folder/a", "shown/folder/b", "shown/file"})
-        EXPECT_TRUE(std::filesystem::exists(dir.path() + "/" + name)) << name;
+        EXPECT_TRUE(fs::exists(dir.path() + "/" + name)) << name;
     EXPECT_TRUE(operations.removeTree(folder, watch).removed);
 }
 
 TEST_F(PatienceTest, AFileForThePreviewComesInMemoryAndTheOneThatIsWantedLastComesFirst) {
     const std::string shown = dir.path() + "/shown/", mounted = dir.path() + "/mount/";
-    test::writeFile(shown + "text", std::string(3 << 20, 'x'));
-    test::makeFile(shown + "large", (std::int64_t{64} << 20) + 1);
+    writeFile(shown + "text", std::string(3 << 20, 'x'));
+    makeFile(shown + "large", (std::int64_t{64} << 20) + 1);
     const auto opened = [&](PreviewOpening& opening) {
         pollfd over{opening.descriptor(), POLLIN, 0};
         EXPECT_EQ(::poll(&over, 1, 20000), 1);
@@ -147,7 +143,7 @@ TEST_F(PatienceTest, AFileForThePreviewComesInMemoryAndTheOneThatIsWantedLastCom
     EXPECT_EQ(HelperSlot::taken(), 1U);
     mount->answerAgain();
     EXPECT_EQ((*opened(*third))->head(4 << 20).valueOr("").size(), 3U << 20);
-    EXPECT_EQ(test::numberOf(open("large", false)), EFBIG);
+    EXPECT_EQ(numberOf(open("large", false)), EFBIG);
     EXPECT_TRUE(open("folder", true).failedAs(ErrorKind::kUnsuited)) << "no regular file";
 }
 
@@ -155,7 +151,6 @@ TEST_F(PatienceTest, SavingOnADiskThatDoesNotAnswerFailsAndLeavesTheOldFile) {
     LinuxFiles files;
     files.setPatience(&patience);
     const std::string report = dir.path() + "/mount/report", shown = dir.path() + "/shown/report";
-    using test::numberOf;
     const auto begin = [&](const char* text) {
         auto file = *files.replace(report);
         EXPECT_TRUE(file->write(text));
@@ -173,14 +168,14 @@ TEST_F(PatienceTest, SavingOnADiskThatDoesNotAnswerFailsAndLeavesTheOldFile) {
         mount->answerAgain();
         EXPECT_TRUE(noHelperHangs());
         EXPECT_TRUE(other->write(" text"));
-        EXPECT_TRUE(commits || test::contentOf(shown) == "old");
+        EXPECT_TRUE(commits || contentOf(shown) == "old");
         EXPECT_TRUE(other->commit());
-        EXPECT_EQ(test::contentOf(shown), "other text");
+        EXPECT_EQ(contentOf(shown), "other text");
         EXPECT_TRUE(begin("old")->commit());
     }
-    for (const auto& entry : std::filesystem::directory_iterator(dir.path() + "/shown"))
+    for (const auto& entry : fs::directory_iterator(dir.path() + "/shown"))
         EXPECT_FALSE(entry.path().filename().string().starts_with('.')) << entry.path();
 }
 
 }  // namespace
-}  // namespace hl
+}  // namespace hl::test

@@ -2,7 +2,6 @@
 #include "platform/linux/preview/preview_confinement.h"
 
 #include <fcntl.h>
-#include <gtest/gtest.h>
 #include <linux/fs.h>
 #include <sched.h>
 #include <signal.h>
@@ -13,10 +12,6 @@
 #include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
-
-#include <cerrno>
-#include <cstdlib>
-#include <thread>
 
 #include "support/temp_dir.h"
 #include "support/whole_files.h"

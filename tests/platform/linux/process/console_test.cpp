@@ -1,14 +1,12 @@
 #include "platform/linux/process/console.h"
 
-#include <gtest/gtest.h>
-
 #include "support/trees.h"
 
-namespace hl {
+namespace hl::test {
 namespace {
 
 TEST(ConsoleTest, NoFileTakesTheNumberOfAStandardDescriptorThatWasClosed) {
-    EXPECT_EQ(test::inChild([] {
+    EXPECT_EQ(inChild([] {
                   for (const int number : {0, 1, 2}) close(number);
                   occupyStandardDescriptors();
                   if (write(STDERR_FILENO, "x", 1) == 1) return 1;
@@ -18,4 +16,4 @@ TEST(ConsoleTest, NoFileTakesTheNumberOfAStandardDescriptorThatWasClosed) {
 }
 
 }  // namespace
-}  // namespace hl
+}  // namespace hl::test

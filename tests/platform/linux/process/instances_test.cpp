@@ -1,6 +1,5 @@
 #include "platform/linux/process/instances.h"
 
-#include <gtest/gtest.h>
 #include <poll.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
@@ -8,23 +7,19 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <future>
-
 #include "support/temp_dir.h"
 #include "support/trees.h"
 #include "support/whole_files.h"
 
-namespace hl {
+namespace hl::test {
 namespace {
 
-namespace fs = std::filesystem;
 using Lines = std::vector<std::string>;
 
-class InstancesTest : public testing::Test {
-  protected:
+struct InstancesTest : testing::Test {
     InstancesTest() { chmod(dir.path().c_str(), 0700); }
 
-    test::TempDir dir;
+    TempDir dir;
     InstancePlaces places{dir.path(), dir.path()};
     std::string socket = dir.path() + "/prog_APPLICATION";
     LinuxInstances first{"prog", places}, later{"prog", places};
@@ -86,7 +81,7 @@ TEST_F(InstancesTest, WhatAKilledInstanceLeftIsInNobodysWay) {
         LinuxInstances killed("prog", places);
         _exit(killed.takeFirst() && killed.listen() >= 0 ? 0 : 1);
     };
-    ASSERT_TRUE(test::inChild(beginAndDie) == 0 && fs::exists(socket));
+    ASSERT_TRUE(inChild(beginAndDie) == 0 && fs::exists(socket));
     EXPECT_FALSE(later.deliver("lost"));
     ASSERT_TRUE(first.takeFirst());
     EXPECT_EQ(handedOver(first, [&] { return later.deliver("line"); }), Lines{"line"});
@@ -142,7 +137,7 @@ TEST_F(InstancesTest, OnlyAFolderThatIsTheUsersAloneIsUsed) {
         {"one of the user's own", [&] { mkdir(own.c_str(), 0700); }, true},
         {"one that others can read", [&] { mkdir(own.c_str(), 0750), chmod(own.c_str(), 0750); }, false},
         {"a link to a good one", [&] { fs::create_symlink(dir.path() + "/elsewhere", own); }, false},
-        {"a file", [&] { test::writeFile(own, ""); }, false}};
+        {"a file", [&] { writeFile(own, ""); }, false}};
     chmod(dir.path().c_str(), 0755);  // So the folder of the run is skipped.
     for (const auto& [what, prepare, usable] : cases) {
         fs::remove_all(dir.path() + "/shared");
@@ -157,4 +152,4 @@ TEST_F(InstancesTest, OnlyAFolderThatIsTheUsersAloneIsUsed) {
 }
 
 }  // namespace
-}  // namespace hl
+}  // namespace hl::test

@@ -1,27 +1,22 @@
 #include "platform/linux/process/system_facts.h"
 
-#include <gtest/gtest.h>
 #include <sys/utsname.h>
 #include <unistd.h>
-
-#include <cerrno>
-#include <cstdlib>
 
 #include "platform/linux/process/system_error.h"
 #include "support/temp_dir.h"
 #include "support/whole_files.h"
 
-namespace hl {
+namespace hl::test {
 namespace {
 
 // A machine whose files the test writes.
-class FilesOfAMachine : public testing::Test {
-  protected:
+struct FilesOfAMachine : testing::Test {
     void file(const std::string& path, const std::string& content) {
-        test::writeDeepFile(root.path() + path, content);
+        writeDeepFile(root.path() + path, content);
     }
 
-    test::TempDir root;
+    TempDir root;
     LinuxSystemFacts facts{root.path()};
 };
 
@@ -85,4 +80,4 @@ TEST(SystemError, HasTheNumberTheNameAndAnEnglishTextIfThereIsOne) {
 }
 
 }  // namespace
-}  // namespace hl
+}  // namespace hl::test

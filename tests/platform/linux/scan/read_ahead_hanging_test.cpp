@@ -1,20 +1,15 @@
 // Tests reading from a disk that does not answer, with a file system whose process is stopped, continued and
 // killed.
-#include <gtest/gtest.h>
-
-#include <chrono>
-#include <thread>
 
 #include "support/fuse_mount.h"
 #include "support/recording_calls.h"
 #include "support/seen_walk.h"
 #include "support/temp_dir.h"
 
-namespace hl {
+namespace hl::test {
 namespace {
 
 using namespace std::chrono_literals;
-using test::Seen, test::Waiting;
 using Clock = std::chrono::steady_clock;
 
 constexpr auto kAnswer = 300ms;
@@ -26,16 +21,15 @@ ReadAheadLimits hasty(unsigned helpers) {
     return limits;
 }
 
-class ReadAheadHanging : public testing::Test {
-  protected:
+struct ReadAheadHanging : testing::Test {
     void SetUp() override {
-        test::makeTree(dir_.path(), {"shown/a/file", "shown/b/file", "shown/c/d/e/file", "local/a/file"});
+        makeTree(dir_.path(), {"shown/a/file", "shown/b/file", "shown/c/d/e/file", "local/a/file"});
         mount_.emplace(dir_.path() + "/shown", dir_.path() + "/mount");
         if (!mount_->missing().empty()) GTEST_SKIP() << mount_->missing();
     }
     void TearDown() override {
         mount_.reset();
-        EXPECT_TRUE(test::comes([] { return HelperSlot::taken() == 0; })) << "what came back ends";
+        EXPECT_TRUE(comes([] { return HelperSlot::taken() == 0; })) << "what came back ends";
     }
 
     ReadAhead reader(const std::string& source, unsigned helpers, WaitCallback* wait = nullptr,
@@ -45,17 +39,17 @@ class ReadAheadHanging : public testing::Test {
     Seen seen(const std::string& source, unsigned helpers, const ReadOptions& options = {},
               WaitCallback* wait = nullptr) const {
         ReadAhead ahead = reader(source, helpers, wait, options);
-        return test::walk(ahead);
+        return walk(ahead);
     }
 
-    const test::TempDir dir_;
+    const TempDir dir_;
     const std::string shown_ = dir_.path() + "/shown", on_ = dir_.path() + "/mount";
-    std::optional<test::FuseMount> mount_;
+    std::optional<FuseMount> mount_;
 };
 
 TEST_F(ReadAheadHanging, AFolderThatDoesNotAnswerIsAnErrorAndTheRestIsRead) {
     for (const unsigned helpers : {0U, 1U, 8U}) EXPECT_EQ(seen(on_, helpers).text, seen(shown_, 0).text);
-    test::makeTree(shown_, {"b/hangs/file", "hangs/file"});
+    makeTree(shown_, {"b/hangs/file", "hangs/file"});
     for (const unsigned helpers : {0U, 1U, 8U}) {
         const Seen rest = seen(on_, helpers);
         EXPECT_EQ(rest.errors, std::vector<int>(2, ETIMEDOUT)) << helpers;
@@ -65,23 +59,23 @@ TEST_F(ReadAheadHanging, AFolderThatDoesNotAnswerIsAnErrorAndTheRestIsRead) {
 }
 
 TEST_F(ReadAheadHanging, ASlowDiskIsNotGivenUpWhileItAnswers) {
-    std::filesystem::create_directory(shown_ + "/links");
+    fs::create_directory(shown_ + "/links");
     for (int i = 0; i < 60; ++i) {
-        test::makeFile(shown_ + "/a/" + std::to_string(i), 1);
-        std::filesystem::create_directory_symlink("../a", shown_ + "/links/" + std::to_string(i));
+        makeFile(shown_ + "/a/" + std::to_string(i), 1);
+        fs::create_directory_symlink("../a", shown_ + "/links/" + std::to_string(i));
     }
-    const auto slow = std::make_shared<test::RecordingCalls>();
+    const auto slow = std::make_shared<RecordingCalls>();
     slow->onLook = [](const std::string&) {
         std::this_thread::sleep_for(kAnswer / 30);
         return 0;
     };
     ReadAhead ahead(slow, on_, {}, hasty(1), nullptr);
-    EXPECT_EQ(test::walk(ahead).errors, std::vector<int>());
+    EXPECT_EQ(walk(ahead).errors, std::vector<int>());
 }
 
 // A machine with one processor has helpers only for slow folders, and none of them works behind those.
 TEST_F(ReadAheadHanging, HelpersThatHadRetiredReadWhatCanHang) {
-    class SlowAtFirst final : public test::RecordingCalls {
+    class SlowAtFirst final : public RecordingCalls {
         std::uint64_t timesWaited() override { return waited; }
 
       public:
@@ -96,13 +90,13 @@ TEST_F(ReadAheadHanging, HelpersThatHadRetiredReadWhatCanHang) {
     };
     std::string at = dir_.path() + "/chain";
     for (int i = 0; i < 60; ++i) {
-        test::makeTree(at, {i < 6 ? "slow" : "file"});
+        makeTree(at, {i < 6 ? "slow" : "file"});
         for (int beside = 0; beside < 10 && i > 10; ++beside)
-            std::filesystem::create_directory(at + "/" + std::to_string(beside));
+            fs::create_directory(at + "/" + std::to_string(beside));
         at += "/deeper";
     }
-    std::filesystem::create_directory(at);
-    std::filesystem::create_directory_symlink(on_, at + "/link");
+    fs::create_directory(at);
+    fs::create_directory_symlink(on_, at + "/link");
     ReadAheadLimits limits = hasty(0);
     limits.helpersCold = 2;
     Waiting wait([](int nth) { return nth < 100; });
@@ -127,7 +121,7 @@ TEST_F(ReadAheadHanging, AStopEndsTheWaitAndLeavesTheHelperBehindButNeverMoreTha
     EXPECT_EQ(HelperSlot::taken(), 16U);
     EXPECT_LT(Clock::now() - start, 20 * 300ms + kAtOnce);
     mount_->answerAgain();
-    EXPECT_TRUE(test::comes([] { return HelperSlot::taken() == 0; }));
+    EXPECT_TRUE(comes([] { return HelperSlot::taken() == 0; }));
     EXPECT_EQ(seen(on_, 1).text, seen(shown_, 0).text);
 }
 
@@ -146,7 +140,7 @@ TEST_F(ReadAheadHanging, ADiskThatIsStoppedGoesOnOrDies) {
 
 TEST_F(ReadAheadHanging, ALinkToADiskThatDoesNotAnswerIsALinkAndItIsSaidOnce) {
     for (int i = 0; i < 50; ++i)
-        std::filesystem::create_symlink(on_ + "/a", dir_.path() + "/local/link" + std::to_string(i));
+        fs::create_symlink(on_ + "/a", dir_.path() + "/local/link" + std::to_string(i));
     const std::string local = dir_.path() + "/local";
     EXPECT_EQ(seen(local, 1).folders, 51U) << "while it answers they are links to folders";
     EXPECT_EQ(seen(local, 1, {.followLinks = true}).files, 51U);
@@ -163,7 +157,7 @@ TEST_F(ReadAheadHanging, ALinkToADiskThatDoesNotAnswerIsALinkAndItIsSaidOnce) {
 }
 
 TEST_F(ReadAheadHanging, WhatIsFollowedOntoSuchADiskIsReadByHelpersAlone) {
-    std::filesystem::create_symlink(on_, dir_.path() + "/local/link");
+    fs::create_symlink(on_, dir_.path() + "/local/link");
     const ReadOptions follow{.followLinks = true};
     for (const unsigned helpers : {0U, 2U}) {
         // The link and the mount are read themselves; the folder of both shows the tree three times.
@@ -186,4 +180,4 @@ TEST_F(ReadAheadHanging, WhatIsFollowedOntoSuchADiskIsReadByHelpersAlone) {
 }
 
 }  // namespace
-}  // namespace hl
+}  // namespace hl::test

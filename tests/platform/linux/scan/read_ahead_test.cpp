@@ -1,19 +1,12 @@
 #include "platform/linux/scan/read_ahead.h"
 
-#include <gtest/gtest.h>
-
-#include <chrono>
-#include <thread>
-
 #include "support/recording_calls.h"
 #include "support/seen_walk.h"
 #include "support/temp_dir.h"
 #include "support/trees.h"
 
-namespace hl {
+namespace hl::test {
 namespace {
-
-using namespace test;
 
 /// Makes folders of many shapes: wide ones of several blocks, nested ones, empty ones, links and a pipe.
 void makeMixedTree(const std::string& root) {
@@ -65,7 +58,7 @@ TEST(ReadAhead, AFolderSwappedForALinkIsNotRead) {
     std::uint64_t met = 0, read = 0;
     for (int round = 0; round < 1000 || (round < 100'000 && (met == 0 || read == 0)); ++round) {
         const Seen seen = walkOnce(calls, root, limits(round % 2 == 0 ? 0 : 2));
-        EXPECT_EQ(seen.text.find("precious"), std::string::npos);
+        EXPECT_FALSE(has(seen.text, "precious"));
         met += seen.errors.size();
         read += seen.text.find("own") != std::string::npos ? 1 : 0;
     }
@@ -240,4 +233,4 @@ TEST(ReadAhead, CallsMoreHelpersWhereReadsWaitAndLosesNothingByIt) {
 }
 
 }  // namespace
-}  // namespace hl
+}  // namespace hl::test
