@@ -9,6 +9,7 @@
 #include "base/number_format.h"
 #include "base/path.h"
 #include "platform/console.h"
+#include "platform/disk_space.h"
 #include "platform/files.h"
 #include "platform/folder_reader.h"
 #include "platform/message_pump.h"
@@ -27,7 +28,8 @@ struct Services {
     Diagnostics& diagnostics;
     const PathRules& paths;
     const NumberFormat& numbers;
-    PathBases bases = {};  ///< What a typed source is relative to.
+    PathBases bases = {};            ///< What a typed source is relative to.
+    DiskSpace* diskSpace = nullptr;  ///< Null if nobody asks for a balance.
 };
 
 }  // namespace hl

@@ -30,13 +30,17 @@ enum ReparseTag : std::uint32_t {
 /// A bit of Entry::attributes that no file system has: the reader enters the entry and returns its blocks.
 inline constexpr std::uint32_t kEntered = 0x8000'0000;
 
+/// Another one: a file that something else is mounted on; its facts are those of what is mounted. Told only
+/// if the options ask for space.
+inline constexpr std::uint32_t kMountedFile = 0x4000'0000;
+
 /// The facts of one entry. "." and ".." are never entries.
 struct Entry {
     std::uint64_t size = 0;    ///< The apparent size in bytes; 0 for a folder.
     std::uint64_t inode = 0;   ///< 0 unless the options ask for links.
     std::uint32_t device = 0;  ///< The number of the disk, or 0 as for inode. Both together identify a file.
     std::uint32_t links = 1;   ///< The number of the file's names.
-    std::uint32_t attributes = 0;  ///< AttributeBits (base/size_text.h), and kEntered.
+    std::uint32_t attributes = 0;  ///< AttributeBits (base/size_text.h), and the two above.
     std::uint32_t tag = kTagNone;  ///< The tag of a symbolic link, wherever it leads. A mount point is
                                    ///< recognised by its block.
     std::uint32_t nameOffset = 0;
@@ -56,7 +60,8 @@ inline constexpr std::uint64_t kBlockBytes = 512;
 /// Facts of an entry that are there only if asked for; times are in seconds since 1970.
 struct EntryDetails {
     std::int64_t written = 0, created = 0, accessed = 0;
-    std::uint64_t blocks = 0;  ///< What the file takes on the disk, in units of kBlockBytes.
+    /// What the file takes on the disk, in units of kBlockBytes; of a link to a folder only with FolderSpace.
+    std::uint64_t blocks = 0;
 };
 
 /// What a block tells about its folder.
@@ -85,6 +90,9 @@ class Listing {
     bool leftOut = false;
     /// The identity of the source; set in its first block.
     FolderId source;
+    /// What the folder itself takes on the disk, in units of kBlockBytes; in its first block, if
+    /// ReadOptions::folderSpace asks for it.
+    std::optional<std::uint64_t> ownBlocks;
     /// What is mounted there, if the folder is a mount root.
     std::string mountSource;
     /// The disks, named by their mount points, that links lead to and that did not answer; each is told once
@@ -96,10 +104,22 @@ class Listing {
     const EntryDetails* details = nullptr;  ///< One for each entry, or null.
     const char* names = nullptr;            ///< Each name ends in a NUL.
 
+    /// Returns the details of the entry with this index; all of them are 0 if there are none.
+    const EntryDetails& detailsOf(std::size_t index) const {
+        static constexpr EntryDetails kNone;
+        return details == nullptr ? kNone : details[index];
+    }
     std::string_view name(const Entry& e) const { return {names + e.nameOffset, e.nameLength}; }
     std::string_view target(const Entry& e) const {
         return {names + e.nameOffset + e.nameLength + 1, e.targetLength};
     }
+};
+
+/// Whether to ask what folders themselves, and links to folders, take on the disk: one call for each.
+enum class FolderSpace : std::uint8_t {
+    kNever,
+    kOfWholeDisk,  ///< If the source is the root of a file system that counts its own blocks.
+    kAlways,
 };
 
 struct ReadOptions {
@@ -111,8 +131,9 @@ struct ReadOptions {
     std::uint32_t levelsAbove = 0;
     bool wantLinks = false;  ///< Fills inode, device and links.
     // With one of these two, Listing::details is not null.
-    bool wantSpace = false;     ///< Fills the blocks and the time of the last writing.
-    bool wantTimes = false;     ///< Fills all details and all attributes.
+    bool wantSpace = false;  ///< Fills the blocks and the time of the last writing.
+    bool wantTimes = false;  ///< Fills all details and all attributes.
+    FolderSpace folderSpace = FolderSpace::kNever;
     bool wantFileNames = true;  ///< If false, the names of entries that are no folders may be empty.
 };
 

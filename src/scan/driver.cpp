@@ -14,6 +14,7 @@
 #include "scan/records.h"
 #include "scan/rollup.h"
 #include "scan/walker.h"
+#include "scan/yield.h"
 
 namespace hl {
 
@@ -40,7 +41,7 @@ void resetForSource(ScanContext& scan) {
     state.SeenLinkIds.AllowDuplicateKeys = false;
     state.SeenLinkIds.CompareMode(0);
     state.NeedLinkCount = scan.options.AddHardlinksOnlyOnce == 1 || scan.options.CreateListHardlink == 1;
-    state.NeedSpace = !state.SilentRun || scan.options.ReckonOnDisk != 0;
+    state.NeedSpace = !state.SilentRun || state.WantBalance || scan.options.ReckonOnDisk != 0;
     state.Started = secondsNow();
 }
 
@@ -63,6 +64,44 @@ void finishLists(ScanContext& scan, const std::string& source) {
     scan.host.listsFilled();
 }
 
+/// While it exists, the walk counts for the balance of the source whose row this is.
+class Counting {
+  public:
+    Counting(ScanContext& scan, const std::string& folder, Row row) : scan_(scan), folder_(folder) {
+        if (!scan.state.WantBalance) return;
+        const Grid& report = scan.tvwPL;
+        if (report.parent(row) != kNoRow) {
+            noteSpaceChanged(scan, row);
+            return;
+        }
+        space_ = &scan.state.sourceSpace.insert_or_assign(std::string(report.text(row)), SourceSpace())
+                      .first->second;
+        space_->before = used();
+        scan.state.counting = space_;
+    }
+    ~Counting() {
+        if (space_ == nullptr) return;
+        scan_.state.counting = nullptr;
+        space_->count.finish();
+        space_->ended = secondsNow();
+        guarded(scan_.diagnostics, {.routine = "used"}, [&] { space_->after = used(); });
+    }
+    Counting(const Counting&) = delete;
+    Counting& operator=(const Counting&) = delete;
+
+  private:
+    std::optional<UsedSpace> used() const {
+        if (scan_.diskSpace == nullptr) return std::nullopt;
+        Yield wait(scan_.state, scan_.pump);
+        const Result<UsedSpace> told = scan_.diskSpace->used(folder_, &wait);
+        return told ? std::optional(*told) : std::nullopt;
+    }
+
+    ScanContext& scan_;
+    const std::string& folder_;
+    SourceSpace* space_ = nullptr;
+};
+
 void logTotals(ScanContext& scan, const ScanTotals& totals) {
     const auto count = [&](std::int32_t value) {
         return FormatSizeForMode(kModeBytes, SizeValue::fromBytes(static_cast<std::uint64_t>(value)), false,
@@ -84,7 +123,10 @@ void logTotals(ScanContext& scan, const ScanTotals& totals) {
 void readWholeSource(ScanContext& scan, const std::string& source, const std::string& folder, Row row) {
     scan.log.LogProtokoll(std::string(40, '-'));
     scan.log.LogProtokoll(scan.texts.TL(3777, "Einlesen: %1", {visible(source)}));
-    Report_ScanFolders(scan, folder, row, scan.state.lastTotals);
+    {
+        const Counting counting(scan, folder, row);
+        Report_ScanFolders(scan, folder, row, scan.state.lastTotals);
+    }
     if (!scan.state.SilentRun) finishLists(scan, source);
     Report_SetTotals(scan.tvwPL, row, scan.state.lastTotals);
     logTotals(scan, scan.state.lastTotals);
@@ -130,6 +172,13 @@ RunEnd workThroughQueue(ScanContext& scan) {
 }
 
 }  // namespace
+
+void noteSpaceChanged(ScanContext& scan, Row row) {
+    const Grid& report = scan.tvwPL;
+    while (report.parent(row) != kNoRow) row = report.parent(row);
+    const auto found = scan.state.sourceSpace.find(report.text(row));
+    if (found != scan.state.sourceSpace.end()) found->second.changed = true;
+}
 
 RunEnd endOf(const ScanState& state) {
     return state.CancelState == kCancelStop ? RunEnd::kStopped : RunEnd::kDone;

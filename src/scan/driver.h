@@ -32,6 +32,9 @@ void Report_Rescan(ScanContext& scan);
 /// the shares above, the order of rows and the three lists.
 void Report_ReadAgain(ScanContext& scan, Row row);
 
+/// What was counted for the balance of the row's source is older than the source from now on.
+void noteSpaceChanged(ScanContext& scan, Row row);
+
 /// Returns how a run ends that no error breaks off. REQUIRES: CancelState is still as the run left it.
 RunEnd endOf(const ScanState& state);
 

@@ -429,7 +429,10 @@ std::set<std::string, std::less<>> ReportChanges::finish() {
         for (; row != kNoRow && done.insert(row).second; row = scan_.tvwPL.parent(row))
             Report_ChangePercentValue(scan_, row);
     Report_Sort(scan_);
-    for (const Row root : drives_) scan_.host.sourceChanged(root);
+    for (const Row root : drives_) {
+        noteSpaceChanged(scan_, root);
+        scan_.host.sourceChanged(root);
+    }
     return links;
 }
 

@@ -153,6 +153,7 @@ void Report_ReadAgain(ScanContext& scan, Row row) {
     report.removeChildren(row);
     forgetNotRead(scan, row, Report_GetFullpathOfNode(report, row, false, scan.paths));
     // In a silent run the walk fills no lists.
+    noteSpaceChanged(scan, row);
     const ScopeExit lists([&, was = scan.state.SilentRun] { scan.state.SilentRun = was; });
     scan.state.SilentRun = true;
     scan.state.NeedLinkCount = scan.options.AddHardlinksOnlyOnce == 1;

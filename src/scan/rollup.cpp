@@ -37,6 +37,19 @@ void Report_SetTotals(Grid& tvwPL, Row row, const ScanTotals& totals) {
     tvwPL.setNumber(row, kNewest, static_cast<double>(totals.newest));
 }
 
+// What is missing below the row is not known.
+void Report_MarkIncomplete(ScanContext& scan, Row row) {
+    scan.tvwPL.setPicture(row, kPictureIncomplete);
+    scan.tvwPL.setRowNote(row, scan.texts.TL(9811, "angehalten: unvollständig"));
+}
+
+void Report_ShowFolderKind(Grid& tvwPL, Row row, std::uint32_t tag, std::string_view target) {
+    tvwPL.setPicture(row, tag == kTagNone         ? kPictureFolder
+                          : tag == kTagMountPoint ? kPictureMountPoint
+                                                  : kPictureLink);
+    if (tag != kTagNone) tvwPL.setRowNote(row, " " + std::string(target) + " ");
+}
+
 void addSpace(ScanTotals& totals, const EntryDetails& file, std::int64_t started, bool counts) {
     if (counts) totals.disk += SizeValue::fromBytes(file.blocks * kBlockBytes);
     if (file.written <= started) totals.newest = std::max(totals.newest, file.written);

@@ -1,5 +1,5 @@
-// Keeps the numbers of the report right: sizes, counts, shares of the parent, order. For the thread of the
-// logic.
+// Keeps the numbers of the report right: sizes, counts, shares of the parent, order; and the pictures of
+// folders. For the thread of the logic.
 #pragma once
 
 #include <cstdint>
@@ -12,6 +12,12 @@ namespace hl {
 void Report_SetNodeSizeAndFilecount(Grid& tvwPL, Row row, SizeValue size, std::int32_t files);
 /// Writes all numbers of the row but its share.
 void Report_SetTotals(Grid& tvwPL, Row row, const ScanTotals& totals);
+
+/// Sets the picture and the note of a folder whose reading was stopped.
+void Report_MarkIncomplete(ScanContext& scan, Row row);
+
+/// Sets the picture of a folder that can be read; a link or mount gets a note that tells where it leads.
+void Report_ShowFolderKind(Grid& tvwPL, Row row, std::uint32_t tag, std::string_view target);
 
 /// Adds what a file takes on the disk, if it `counts`, and when it was written, unless that was after
 /// `started`.

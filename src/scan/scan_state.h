@@ -11,6 +11,7 @@
 #include "base/collection.h"
 #include "base/size_value.h"
 #include "platform/folder_id.h"
+#include "scan/source_space.h"
 
 namespace hl {
 
@@ -58,6 +59,12 @@ struct ScanState {
 
     /// The folder that each source was when it was read, by the text of the source's row.
     std::map<std::string, FolderId, std::less<>> sourceIds;
+
+    /// Somebody may ask for the balance of a source: the walk counts for it, and NeedSpace is set.
+    bool WantBalance = false;
+    /// What was counted for the balance of each source, by the text of the source's row.
+    std::map<std::string, SourceSpace, std::less<>> sourceSpace;
+    SourceSpace* counting = nullptr;  ///< The one that the walk fills; null if it counts nothing.
 
     // The rest is set anew for each source.
     bool RowPicked = false;        ///< The user has picked a row, which stays the current one at the end.

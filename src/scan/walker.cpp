@@ -73,6 +73,7 @@ class FolderWalk final : public ScanProgress {
         options.levelsAbove = levelsAbove;
         options.wantLinks = scan.state.NeedLinkCount;
         options.wantSpace = scan.state.NeedSpace;
+        if (scan.state.counting != nullptr) scan.state.counting->choose(options, levelsAbove == 0);
         options.wantTimes = options.wantFileNames = !scan.state.SilentRun;
         reader_ = scan.fileSystem.read(ToLongPath(path, scan.paths), options, &wait_);
     }
@@ -93,6 +94,9 @@ class FolderWalk final : public ScanProgress {
         ScanTotals files;    ///< Of the files directly in the folder.
         ScanTotals totals;   ///< Of what lies below it; when the level ends, of its files too.
         std::string target;  ///< The target of a link that was followed.
+        /// Counts for the balance. Null if nobody does, and behind a link or mount that was followed, since
+        /// what lies there is found elsewhere or is on another disk.
+        SpaceCount* space = nullptr;
     };
 
     void tellOfSilence(const Error& disk);
@@ -130,7 +134,8 @@ class FolderWalk final : public ScanProgress {
     std::unique_ptr<Listing> pending_;  ///< The first block of the folder about to be entered.
     std::vector<Level> levels_;
     ScanTotals result_;
-    bool cut_ = false;  ///< Stop ended the walk.
+    bool cut_ = false;      ///< Stop ended the walk.
+    bool faulted_ = false;  ///< A fault ended some level.
 };
 
 // --- the walk's levels
@@ -147,6 +152,8 @@ ScanTotals FolderWalk::run(Row row) {
         if (!done) endByFault();
     }
     if (cut_) Report_MarkIncomplete(scan_, row);
+    if (SourceSpace* counting = scan_.state.counting; counting != nullptr && (cut_ || faulted_))
+        counting->complete = false;
     return result_;
 }
 
@@ -205,8 +212,10 @@ void FolderWalk::enterSource(Row row) {
     scan_.host.folderEntered(path_);
     std::unique_ptr<Listing> first = nextListing();
     const Grid& report = scan_.tvwPL;
-    if (first != nullptr && report.parent(row) == kNoRow)
+    if (first != nullptr && report.parent(row) == kNoRow) {
         scan_.state.sourceIds.insert_or_assign(std::string(report.text(row)), first->source);
+        if (scan_.state.counting != nullptr) scan_.state.counting->isWholeDisk = first->ownBlocks.has_value();
+    }
     enter(row, std::move(first), false, {});
 }
 
@@ -215,8 +224,12 @@ void FolderWalk::enter(Row row, std::unique_ptr<Listing> block, bool isReparse, 
         cut_ = true;
         return;
     }
+    SpaceCount* space = levels_.empty() ? countOf(scan_.state.counting) : levels_.back().space;
+    if (isReparse) space = nullptr;
     Level& level = levels_.emplace_back();
     level.row = row;
+    level.space = space;
+    if (space != nullptr && block->ownBlocks) space->addFolder(*block->ownBlocks);
     level.ended = row == kNoRow;
     level.isReparse = isReparse;
     level.pathLength = path_.size();
@@ -270,6 +283,7 @@ bool FolderWalk::nextBlock(Level& level) {
 void FolderWalk::endByFault() {
     if (levels_.empty()) return;
     levels_.back().ended = true;
+    faulted_ = true;
     path_.resize(levels_.back().pathLength);
     if (pending_ == nullptr) return;
     pending_->failure = nullptr;
@@ -284,6 +298,8 @@ void FolderWalk::folderEntry(const Entry& entry) {
     const std::string_view target = level.block->target(entry);
     const bool isLink = (entry.attributes & kAttributeReparse) != 0;
     path_.append(name).push_back(scan_.paths.separator);
+    if (isLink && level.space != nullptr)
+        level.space->addFolder(level.block->detailsOf(level.next - 1).blocks);
 
     // Only its first block tells whether a folder is the root of another mount.
     if (entry.isEntered()) {
@@ -345,10 +361,9 @@ void FolderWalk::fileEntry(Level& level, const Entry& entry) {
         scan_.state.NeedLinkCount && entry.links != 1 ? static_cast<std::int32_t>(entry.links) : 0;
     const bool counts = sizeCounts(entry, links);
     if (counts) level.files.size += size;
-    static constexpr EntryDetails kNoDetails;
-    const EntryDetails* details = level.block->details;
-    const EntryDetails& known = details == nullptr ? kNoDetails : details[level.next - 1];
+    const EntryDetails& known = level.block->detailsOf(level.next - 1);
     if (scan_.state.NeedSpace) addSpace(level.files, known, scan_.state.Started, counts);
+    if (level.space != nullptr) level.space->addFile(entry, known.blocks);
     if (!scan_.state.SilentRun) handOverFile(scan_, {entry, known, level.block->name(entry), path_, links});
 }
 
@@ -418,19 +433,6 @@ void FolderWalk::addFilesRow(const Level& level) {
 
 void Report_ScanFolders(ScanContext& scan, const std::string& path, Row row, ScanTotals& totals) {
     totals = FolderWalk(scan, path, scan.tvwPL.level(row)).run(row);
-}
-
-// What is missing below the row is not known.
-void Report_MarkIncomplete(ScanContext& scan, Row row) {
-    scan.tvwPL.setPicture(row, kPictureIncomplete);
-    scan.tvwPL.setRowNote(row, scan.texts.TL(9811, "angehalten: unvollständig"));
-}
-
-void Report_ShowFolderKind(Grid& tvwPL, Row row, std::uint32_t tag, std::string_view target) {
-    tvwPL.setPicture(row, tag == kTagNone         ? kPictureFolder
-                          : tag == kTagMountPoint ? kPictureMountPoint
-                                                  : kPictureLink);
-    if (tag != kTagNone) tvwPL.setRowNote(row, " " + std::string(target) + " ");
 }
 
 }  // namespace hl

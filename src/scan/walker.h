@@ -14,10 +14,4 @@ namespace hl {
 /// `totals` receives size, files, folders and access errors of all levels.
 void Report_ScanFolders(ScanContext& scan, const std::string& path, Row row, ScanTotals& totals);
 
-/// Sets the picture and the note of a folder whose reading was stopped.
-void Report_MarkIncomplete(ScanContext& scan, Row row);
-
-/// Sets the picture of a folder that can be read; a link or mount gets a note that tells where it leads.
-void Report_ShowFolderKind(Grid& tvwPL, Row row, std::uint32_t tag, std::string_view target);
-
 }  // namespace hl

@@ -92,6 +92,10 @@ std::string whatIsMounted(const Mount& mount) {
     return mount.root == "/" || mount.root.empty() ? mount.source : mount.source + ":" + mount.root;
 }
 
+bool showsWholeDisk(const Mount& mount) {
+    return mount.root == "/" && mount.kind != "overlay" && mount.kind != "aufs" && mount.kind != "ecryptfs";
+}
+
 std::vector<Mount> readMountTable() {
     const Descriptor file = openAt(AT_FDCWD, "/proc/self/mountinfo", O_RDONLY);
     if (!file.isOpen()) return {};

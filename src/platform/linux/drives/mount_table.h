@@ -33,6 +33,10 @@ std::string linkTarget(const std::string& path);
 /// Returns the source and, if only a folder of it is mounted, that folder behind it.
 std::string whatIsMounted(const Mount& mount);
 
+/// Tells whether all of a file system is mounted, so that what is found there can add up to what it says is
+/// used. One that is made of others has no blocks of its own.
+bool showsWholeDisk(const Mount& mount);
+
 /// Reads the table; empty if there is no /proc or no descriptor.
 std::vector<Mount> readMountTable();
 

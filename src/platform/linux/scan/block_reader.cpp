@@ -94,9 +94,17 @@ BlockReader::Fill BlockReader::fill(int folder) {
     return result;
 }
 
+std::optional<std::uint64_t> BlockReader::ownBlocks(int folder) {
+    struct statx facts;
+    const bool known = calls_.look(folder, "", false, STATX_BLOCKS, facts) == 0;
+    countAnswer();
+    return known ? std::optional(facts.stx_blocks) : std::nullopt;
+}
+
 // The hot loop of a scan: for each entry that is no folder one statx relative to the open folder, and nothing
 // else that enters the kernel. The type in the record saves the statx for folders.
-std::shared_ptr<const Block> BlockReader::build(int folder, const LinkLook::GoOn& goOn) {
+std::shared_ptr<const Block> BlockReader::build(int folder, const LinkLook::GoOn& goOn, bool linkSpace) {
+    linkSpace_ = linkSpace && wantsDetails();
     entries_.clear();
     details_.clear();
     entered_.clear();
@@ -148,7 +156,8 @@ void BlockReader::addFolder(std::string_view name, std::uint32_t attributes, std
     if (wantsDetails()) details_.emplace_back();
 }
 
-// A link is first asked where it leads; only one that leads to no folder needs a statx of its own.
+// A link is first asked where it leads; only one that leads to no folder needs a statx of its own. A long
+// link takes a block.
 void BlockReader::addLink(LinkLook::Place& place, const char* name, std::size_t length,
                           const LinkLook::GoOn& goOn) {
     const bool leadsToFolder = links_.leadsToFolder(place, name, goOn);
@@ -156,6 +165,9 @@ void BlockReader::addLink(LinkLook::Place& place, const char* name, std::size_t 
     if (!leadsToFolder) return addOther(place.folder, name, length);
     addFolder({name, length}, kAttributeReparse, kTagSymbolicLink);
     std::array<char, PATH_MAX> target;
+    struct statx facts;
+    if (linkSpace_ && calls_.look(place.folder, name, false, STATX_BLOCKS, facts) == 0)
+        details_.back().blocks = facts.stx_blocks;
     const long got = calls_.readLink(place.folder, name, target.data(), target.size());
     if (got <= 0) return;
     // The target is behind the name and its NUL; the length tells where it ends.
@@ -189,6 +201,8 @@ void BlockReader::addFile(const struct statx& facts, std::string_view name) {
     }
     if (S_ISLNK(facts.stx_mode)) entry.tag = kTagSymbolicLink;
     if (options_.wantTimes) entry.attributes = attributesOf(facts) | hiddenBit(name);
+    if (options_.wantSpace && (facts.stx_attributes & STATX_ATTR_MOUNT_ROOT) != 0)
+        entry.attributes |= kMountedFile;
     if (wantsDetails())
         details_.push_back(
             {facts.stx_mtime.tv_sec, facts.stx_btime.tv_sec, facts.stx_atime.tv_sec, facts.stx_blocks});

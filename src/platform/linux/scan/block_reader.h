@@ -9,6 +9,7 @@
 #include <atomic>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <span>
 #include <string>
 #include <vector>
@@ -44,10 +45,13 @@ class BlockReader {
     /// Reads the next records of the folder, from its descriptor's position on and as many as fit. `folder`
     /// is open and stays the caller's.
     Fill fill(int folder);
+    /// Returns what the open folder itself takes on the disk, in units of kBlockBytes.
+    std::optional<std::uint64_t> ownBlocks(int folder);
     /// Returns the block of the records of the last fill(), without entries that are gone by now. REQUIRES:
     /// fill() was called, and `folder` is open on the same folder. `goOn` is called while it waits for a disk
     /// to which a link leads (link_look.h).
-    std::shared_ptr<const Block> build(int folder, const LinkLook::GoOn& goOn);
+    /// With `linkSpace`, links to folders are looked at too.
+    std::shared_ptr<const Block> build(int folder, const LinkLook::GoOn& goOn, bool linkSpace = false);
 
     /// Returns how many answers the disk has given so far: names, and looks at entries. From any thread.
     std::uint32_t answers() const { return answers_.load(std::memory_order_relaxed); }
@@ -71,6 +75,7 @@ class BlockReader {
     std::atomic<std::uint32_t> answers_{0};
     std::unique_ptr<char[]> records_;
     std::size_t length_ = 0;
+    bool linkSpace_ = false;
     std::vector<Entry> entries_;
     std::vector<EntryDetails> details_;
     std::vector<std::uint32_t> entered_;

@@ -4,6 +4,7 @@
 #include <sys/stat.h>
 #include <sys/sysmacros.h>
 
+#include <algorithm>
 #include <utility>
 
 namespace hl {
@@ -48,9 +49,22 @@ int FolderOpener::openSource(ReadItem* item, Lock& lock) {
     lock.unlock();
     const int descriptor = calls_.openSource(source_);
     if (descriptor >= 0) calls_.identity(descriptor, item->source);
+    wantsOwnBlocks_ = options_.folderSpace == FolderSpace::kAlways ||
+                      (options_.folderSpace == FolderSpace::kOfWholeDisk && isWholeDisk(descriptor));
     if (options_.followLinks) wayDown_.begin(calls_, source_, options_.levelsAbove);
     lock.lock();
     return descriptor;
+}
+
+// Where only a folder of a file system is mounted, the rest of it cannot be counted.
+bool FolderOpener::isWholeDisk(int source) const {
+    struct statx facts;
+    if (source < 0 || calls_.look(source, "", false, STATX_MNT_ID, facts) < 0 ||
+        (facts.stx_attributes & STATX_ATTR_MOUNT_ROOT) == 0 || (facts.stx_mask & STATX_MNT_ID) == 0)
+        return false;
+    return std::any_of(mounts_.begin(), mounts_.end(), [&](const Mount& mount) {
+        return mount.id == facts.stx_mnt_id && showsWholeDisk(mount);
+    });
 }
 
 int FolderOpener::openBelow(ReadItem* item, Folder* parent, Reader& reader, Lock& lock) {

@@ -38,6 +38,8 @@ class FolderOpener {
     LinkLook& links() { return links_; }
     /// Returns the source, not open yet, with one reference.
     Folder* makeSource() const;
+    /// Tells whether folders' own blocks are asked for; known once the source is open.
+    bool wantsOwnBlocks() const { return wantsOwnBlocks_; }
     /// Opens the item's folder and pins it, with a need for the time of reading. Returns the descriptor, a
     /// negative system error code, or kForAnother. REQUIRES: the item is of the kind kFolder, and taken.
     int open(ReadItem* item, Reader& reader, Lock& lock);
@@ -52,6 +54,7 @@ class FolderOpener {
     void learnMount(ReadItem* item, int parent);
     void noteMount(ReadItem* item, const struct statx& facts);
     bool leadsBack(ReadItem* item, const struct statx& facts);
+    bool isWholeDisk(int source) const;
 
     DirectoryCalls& calls_;
     const std::string source_;
@@ -60,6 +63,7 @@ class FolderOpener {
     LinkLook links_;
     OpenFolders& folders_;
     WayDown wayDown_;
+    bool wantsOwnBlocks_ = false;
 };
 
 }  // namespace hl

@@ -98,7 +98,10 @@ void ReadAheadCore::build(ReadItem* item, Reader& reader, int descriptor, Lock& 
         offerRest(item, fill);
         lock.unlock();
     }
-    item->block = reader.blocks.build(descriptor, [this, &reader] { return goOnReading(reader); });
+    const bool ownBlocks = opener_.wantsOwnBlocks();
+    if (first && ownBlocks) item->ownBlocks = reader.blocks.ownBlocks(descriptor);
+    item->block = reader.blocks.build(
+        descriptor, [this, &reader] { return goOnReading(reader); }, ownBlocks);
     const bool tookLong = Clock::now() - start > kQuickBlock + kQuickEntry * item->block->entries.size();
     // A long time alone may be due to other programs.
     const bool waited = pace_.judges() && tookLong && calls_->timesWaited() != waits;

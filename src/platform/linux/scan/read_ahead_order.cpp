@@ -21,6 +21,7 @@ class BlockListing final : public Listing {
         leftOut = item.leftOut;
         mountSource = std::move(item.mountSource);
         source = item.source;
+        ownBlocks = item.ownBlocks;
         if (block_ == nullptr) return;
         entryError = errorOf(block_->entryError);
         entries = block_->entries.data();

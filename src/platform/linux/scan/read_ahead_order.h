@@ -8,6 +8,7 @@
 
 #include <exception>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "platform/folder_reader.h"
@@ -40,6 +41,7 @@ struct ReadItem {
     std::shared_ptr<const Block> block;
     std::string mountSource;
     FolderId source;  ///< Set in the first item only.
+    std::optional<std::uint64_t> ownBlocks;
     std::exception_ptr failure;
     ReadItem* orderNext = nullptr;
     ReadItem* workPrevious = nullptr;
