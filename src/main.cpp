@@ -42,6 +42,8 @@
 #include "platform/linux/process/stop_signals.h"
 #include "platform/linux/process/system_facts.h"
 #include "platform/linux/scan/file_system.h"
+#include "platform/linux/space/disk_space.h"
+#include "platform/linux/space/open_files.h"
 #include "start/program_core.h"
 #include "start/usage.h"
 
@@ -107,6 +109,7 @@ class Program {
     LinuxSystemFacts facts_;
     LinuxFiles files_;
     LinuxConsole console_;
+    LinuxDiskSpace diskSpace_{std::make_shared<LinuxOpenFiles>()};
     const std::filesystem::path executable_ = LinuxSystemFacts::executablePath();
     const JoinedLine line_;
     const Places places_;
@@ -189,7 +192,7 @@ int Program::runSilent() {
     core_.texts().storeLanguage();
     const bool readAhead = facts_.environment("HARBORLANTERN_READ_AHEAD") != "0";
     LinuxFileSystem fileSystem(limitsOfThisMachine(readAhead));
-    SilentRun run(core_.services(fileSystem));
+    SilentRun run(core_.services(fileSystem, &diskSpace_));
     HeadlessPump pump(stopAsked, [&run] { run.session().state.CancelState = kCancelStop; });
     core_.setPump(&pump);
     const ScopeExit noPump([this] { core_.setPump(nullptr); });
@@ -260,7 +263,7 @@ int Program::openWindow(LinuxInstances& instances, bool& restart) {
     LinuxPreviewTools previewTools(folderOf(executable_), facts_.environment("PATH"),
                                    facts_.environment("TMPDIR"), places_.own, &disks);
     WindowForm frmMain(
-        core_.services(fileSystem),
+        core_.services(fileSystem, &diskSpace_),
         core_.windowServices(drives, verb, operations, Init_Textbausteine(core_.texts().languageId())));
     core_.app().cancelState = [&frmMain] { return frmMain.state().CancelState; };
     patience.setWait(&frmMain.diskWait());

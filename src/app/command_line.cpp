@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <optional>
+#include <utility>
 
 #include "base/absolute_path.h"
 #include "base/text.h"
@@ -14,6 +15,7 @@ namespace {
 constexpr char kQuoteInName = '\0';
 constexpr std::string_view kFormat = "--format";
 constexpr std::string_view kFormatNamed = "--format=";
+constexpr std::string_view kBalance = "--balance";
 
 bool isDigit(char c) {
     return c >= '0' && c <= '9';
@@ -23,9 +25,14 @@ bool isDelimiterSwitch(std::string_view argument) {
     return argument.size() == 3 && argument.starts_with("-d") && isDigit(argument[2]);
 }
 
-bool isFormatSwitch(std::string_view argument, FormatNames formats) {
+bool isFormat(std::string_view argument, FormatNames formats) {
     return argument.starts_with(kFormatNamed) &&
            std::ranges::count(formats, argument.substr(kFormatNamed.size())) != 0;
+}
+
+// Whether the format suits what is written is known only at the line's end.
+bool isFormatSwitch(std::string_view argument, FormatNames formats) {
+    return isFormat(argument, formats) || isFormat(argument, kBalanceFormats);
 }
 
 // A switch stands in the line without quotes; a double quote in it would begin a name.
@@ -35,7 +42,8 @@ bool isSilentSwitch(std::string_view argument) {
 
 bool isSwitch(std::string_view argument) {
     return isSilentSwitch(argument) || isDelimiterSwitch(argument) || argument == "-RESTART" ||
-           argument == "-TLMODUS" || argument == "--help" || argument == "-h" || argument == "--version";
+           argument == "-TLMODUS" || argument == kBalance || argument == "--help" || argument == "-h" ||
+           argument == "--version";
 }
 
 // Tells whether the line holds only switches with blanks between them, or nothing.
@@ -74,6 +82,26 @@ class Joiner {
         : cwd_(cwd), rules_(rules), formats_(formats) {}
 
     void add(const std::string& argument) {
+        if (std::exchange(wantsFormat_, false)) return addSwitchOrName(std::string(kFormatNamed) + argument);
+        wantsFormat_ = switches_ && argument == kFormat;
+        if (!wantsFormat_) addSwitchOrName(argument);
+    }
+
+    JoinedLine take() {
+        if (wantsFormat_) complain(LineProblem::kUnknownFormat, std::string(kFormat));
+        checkOptions();
+        if (isSilent() && names_ < 2) complain(LineProblem::kIncompleteReport, "");
+        if (isSilent()) fixDelimiter();
+        for (const Piece& piece : pieces_) line_.text += (line_.text.empty() ? "" : " ") + piece.text;
+        return std::move(line_);
+    }
+
+  private:
+    bool isSilent() const { return !pieces_.empty() && isSilentLine(pieces_[0].text); }
+    // Tells whether the next name is the first of a silent line: the report's file.
+    bool isForReport() const { return isSilent() && names_ == 0; }
+
+    void addSwitchOrName(const std::string& argument) {
         if (switches_ && argument == "--") {
             switches_ = false;
         } else if (argument.empty()) {
@@ -96,21 +124,27 @@ class Joiner {
         }
     }
 
-    JoinedLine take() {
-        const auto format = std::ranges::find_if(pieces_, [](const Piece& piece) {
-            return piece.isSwitch && piece.text.starts_with(kFormatNamed);
-        });
-        if (!isSilent() && format != pieces_.end()) complain(LineProblem::kNotForWindow, format->text);
-        if (isSilent() && names_ < 2) complain(LineProblem::kIncompleteReport, "");
-        if (isSilent()) fixDelimiter();
-        for (const Piece& piece : pieces_) line_.text += (line_.text.empty() ? "" : " ") + piece.text;
-        return std::move(line_);
+    // A balance has neither levels nor delimiters.
+    void checkOptions() {
+        const bool balance = std::ranges::any_of(
+            pieces_, [](const Piece& piece) { return piece.isSwitch && piece.text == kBalance; });
+        int balances = 0, formats = 0;
+        for (const Piece& piece : pieces_) {
+            if (!piece.isSwitch) continue;
+            const bool isFormatName = piece.text.starts_with(kFormatNamed);
+            balances += piece.text == kBalance ? 1 : 0;
+            formats += isFormatName ? 1 : 0;
+            if (!isSilent() && (isFormatName || piece.text == kBalance))
+                complain(LineProblem::kNotForWindow, piece.text);
+            if (balances > 1 || formats > 1) complain(LineProblem::kNotTogether, piece.text);
+            const bool useless =
+                isSilentLine(piece.text) ? piece.text != "-s" : isDelimiterSwitch(piece.text);
+            const bool suits = isFormat(piece.text, balance ? FormatNames(kBalanceFormats) : formats_);
+            if (balance && (useless || (isFormatName && !suits)))
+                complain(LineProblem::kNotTogether, piece.text);
+            if (isFormatName && !suits) complain(LineProblem::kUnknownFormat, piece.text);
+        }
     }
-
-  private:
-    bool isSilent() const { return !pieces_.empty() && isSilentLine(pieces_[0].text); }
-    // Tells whether the next name is the first of a silent line: the report's file.
-    bool isForReport() const { return isSilent() && names_ == 0; }
 
     void addName(std::string name) {
         pieces_.push_back({quoted(std::move(name)), false});
@@ -140,6 +174,7 @@ class Joiner {
     const PathRules& rules_;
     FormatNames formats_;
     bool switches_ = true;
+    bool wantsFormat_ = false;  ///< The next argument is a format's name.
     std::size_t names_ = 0;
     std::vector<Piece> pieces_;
     JoinedLine line_;
@@ -169,15 +204,21 @@ std::string_view leadingFormat(std::string_view text, FormatNames formats) {
     return longest;
 }
 
-std::string formatIn(std::string_view line, FormatNames formats) {
-    // A format counts only outside of double quotes; inside of them are names, which may hold anything.
+// Returns what stands behind the first `option` outside of double quotes; inside of them are names, which may
+// hold anything.
+std::optional<std::string_view> behind(std::string_view line, std::string_view option) {
     bool bare = true;
     for (std::size_t at = 0; at < line.size(); ++at) {
         if (line[at] == '"') bare = !bare;
-        if (!bare || !line.substr(at).starts_with(kFormatNamed)) continue;
-        const std::string_view name = leadingFormat(line.substr(at + kFormatNamed.size()), formats);
-        if (!name.empty()) return std::string(name);
+        if (bare && line.substr(at).starts_with(option)) return line.substr(at + option.size());
     }
+    return std::nullopt;
+}
+
+std::string formatIn(std::string_view line, FormatNames formats) {
+    for (auto rest = behind(line, kFormatNamed); rest; rest = behind(*rest, kFormatNamed))
+        if (const std::string_view name = leadingFormat(*rest, formats); !name.empty())
+            return std::string(name);
     return {};
 }
 
@@ -217,7 +258,8 @@ SilentOrder KZGetFoldersFromCommand(std::string_view line, FormatNames formats) 
     const std::size_t delimiter = rest.find("-d");
     if (delimiter != std::string_view::npos && delimiter + 2 < rest.size() && isDigit(rest[delimiter + 2]))
         order.delimiterIndex = rest[delimiter + 2] - '0';
-    order.format = formatIn(rest, formats);
+    order.balance = behind(rest, kBalance).has_value();
+    order.format = formatIn(rest, order.balance ? FormatNames(kBalanceFormats) : formats);
     const auto texts = quotedTexts(rest);
     if (!texts || texts->empty()) return order;
     order.outputFile = texts->front();

@@ -25,8 +25,9 @@ enum class LineProblem {
     kEmptyArgument,
     kNoCurrentFolder,   ///< A path is relative, but there is no current folder (any more).
     kUnknownFormat,     ///< An argument begins with "--format" but names no known format.
-    kNotForWindow,      ///< There is a format without a "-s" in front of it.
+    kNotForWindow,      ///< There is an option of reports without a "-s" in front of it.
     kIncompleteReport,  ///< A silent line has no file or no source.
+    kNotTogether,       ///< An option is given twice, or a balance has no use for it.
 };
 
 struct JoinedLine {
@@ -39,9 +40,12 @@ struct JoinedLine {
 
 /// The names of the formats of reports: "csv" for "--format=csv".
 using FormatNames = std::span<const std::string_view>;
+/// Those of a balance.
+inline constexpr std::string_view kBalanceFormats[] = {"txt", "json"};
 
 /// Joins the arguments. Switches are "-s" and whatever begins with it and has no double quote, "-d" and a
-/// digit, "--format=" and one of `formats`, "-RESTART", "-TLMODUS", "--help", "-h" and "--version"; behind
+/// digit, "--format=" (or "--format" and an argument) and one of `formats`, "--balance", "-RESTART",
+/// "-TLMODUS", "--help", "-h" and "--version"; behind
 /// "--" nothing is a switch. Everything else is a path, which `cwd` makes absolute; a source's path is also
 /// resolved by its text (base/absolute_path.h). "-" as the file of a silent line, even behind "--", means
 /// standard output and stays as it is; "./-" is a file of that name.
@@ -64,7 +68,8 @@ struct SilentOrder {
     std::int32_t levels = 0;  ///< 0 if the line gives none.
     /// 0 comma, 1 semicolon, 2 tab, 3 blank; with 4 to 9, which are possible, the report chooses.
     std::int32_t delimiterIndex = 0;
-    std::string format;  ///< The name of one; empty if the name of the file decides.
+    std::string format;    ///< The name of one; empty if the name of the file decides.
+    bool balance = false;  ///< The balance of each source is wanted instead of the report.
     /// Empty if the line lacks the file or a source: then nothing is to be done.
     std::vector<std::string> sources;
 };

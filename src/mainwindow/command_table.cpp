@@ -82,6 +82,8 @@ constexpr RowText kSymbols = TL(9275, "Symbole");
 constexpr RowText kShowSymbols = TL(9276, "Dateisymbole anzeigen");
 constexpr RowText kPreview = TL(9277, "Vorschau");
 constexpr RowText kShowPreview = TL(9278, "Dateivorschau einblenden");
+constexpr RowText kBalance = TL(9865, "Bilanz");
+constexpr RowText kShowBalance = TL(9866, "Woraus sich zusammensetzt, was das Dateisystem als belegt angibt");
 constexpr RowText kSplit = TL(9279, "Teilung");
 constexpr RowText kTurnSplit = TL(9280, "Fensterteilung umschalten");
 
@@ -217,6 +219,7 @@ constexpr auto kReportRows = joined(rows({
     withRows({kReportPrint, kButton, kPrint, TL(9246, "Ordnerliste drucken"), kIconPrint, kGroup, "P", &C::reportPrint}),
 }), columns<kReportTable>(&C::reportColumn), rows({
     ranked(kGoesFirst, {kReckonOnDisk, kButton, TL(9826, "Nach Platz auf dem Datenträger rechnen"), TL(9827, "Prozente, Balken und Reihenfolge nach dem Platz auf dem Datenträger"), kIconReckonOnDisk, kSame, "D", &C::reckonOnDisk, toggles<&Options::ReckonOnDisk>}),
+    withRows({commandOf(BarId::kReport, 510), kButton, kBalance, kShowBalance, kIconBalance, kSame, "B", &C::reportBalance}),
     ranked(kGoesFirst, {kReportFit, kButton, kFit, kFitColumns, kIconFit, kSame, {}, &C::reportFit}),
     ranked(kGoesFirst, {kReportFont, kButton, kFont, kChooseFont, kIconFont, kSame, {}, &C::changeFont}),
 }), units(kReportBytes, kReportDecimals, kReportTable),
@@ -227,6 +230,7 @@ constexpr auto kDrivesRows = joined(rows({
     {kDrivesRefresh, kButton, kRefresh, TL(9261, "Laufwerksliste neu einlesen"), kIconRefresh, kGroup, {}, &C::drivesRefresh},
     withSelection({kDrivesRead, kButton, TL(9262, "Einlesen"), TL(9263, "Ausgewähltes Laufwerk einlesen"), kIconRead, kGroup, {}, &C::drivesRead}),
     withRows({kDrivesReadAll, kButton, TL(9264, "Alle einlesen"), TL(9265, "Alle Laufwerke einlesen"), kIconReadAll, kSame, {}, &C::drivesReadAll}),
+    withSelection({commandOf(BarId::kDrives, 500), kButton, kBalance, kShowBalance, kIconBalance, kGroup, {}, &C::drivesBalance}),
     {kDrivesAdd, kButton, TL(9266, "Hinzufügen"), TL(9267, "UNC-Pfad hinzufügen"), kIconAdd, kGroup, {}, &C::drivesAdd},
     ranked(kGoesFirst, {kDrivesFont, kButton, kFont, kChooseFont, kIconFont, kGroup, {}, &C::changeFont}),
 }), units(kDrivesBytes, kDrivesDecimals, kDrivesTable));

@@ -218,6 +218,11 @@ void reckonOnDisk(MainForm& form, const CommandRow& /*row*/) {
     form.report.view().reckonAnew();
 }
 
+void reportBalance(MainForm& form, const CommandRow& /*row*/) {
+    const Grid& report = form.session.tvwPL;
+    form.balance.showOf(report.currentRow() != kNoRow ? report.currentRow() : report.firstRoot());
+}
+
 void reportFit(MainForm& form, const CommandRow& /*row*/) {
     form.report.view().Report_Resize_Columns(true);
 }
@@ -238,6 +243,10 @@ void drivesRead(MainForm& form, const CommandRow& /*row*/) {
 
 void drivesReadAll(MainForm& form, const CommandRow& /*row*/) {
     form.drives.list().Drives_ScanDrives(false);
+}
+
+void drivesBalance(MainForm& form, const CommandRow& /*row*/) {
+    form.balance.showOfDrive();
 }
 
 void drivesAdd(MainForm& form, const CommandRow& /*row*/) {

@@ -48,6 +48,7 @@ void reportSave(MainForm& form, const CommandRow& row);
 void reportPrint(MainForm& form, const CommandRow& row);
 void reportColumn(MainForm& form, const CommandRow& row);
 void reckonOnDisk(MainForm& form, const CommandRow& row);
+void reportBalance(MainForm& form, const CommandRow& row);
 void reportFit(MainForm& form, const CommandRow& row);
 void reportSearch(MainForm& form, const CommandRow& row);
 
@@ -55,6 +56,7 @@ void reportSearch(MainForm& form, const CommandRow& row);
 void drivesRefresh(MainForm& form, const CommandRow& row);
 void drivesRead(MainForm& form, const CommandRow& row);
 void drivesReadAll(MainForm& form, const CommandRow& row);
+void drivesBalance(MainForm& form, const CommandRow& row);
 void drivesAdd(MainForm& form, const CommandRow& row);
 
 // --- the lists

@@ -84,11 +84,13 @@ constexpr OwnEntry kReportMenu[] = {
     {4, TL(9577, "Alle Unterordner aufklappen"), -1, always, [](const MenuTarget& on) { unfold(on, true); }},
     {5, TL(9578, "Quelle entfernen"), -1, isSource, [](const MenuTarget& on) { Report_RemoveFolders(on.form.scan); }},
     {5, TL(9579, "Ordner neu einlesen"), -1, always, [](const MenuTarget& on) { Report_Rescan(on.form.scan); }, "F5"},
-    {6, TL(9755, "Terminal hier öffnen"), -1, always, openTerminal},
+    {6, TL(9865, "Bilanz"), kIconBalance, isSource, [](const MenuTarget& on) { on.form.balance.showOf(on.row); }, "Ctrl+B"},
+    {7, TL(9755, "Terminal hier öffnen"), -1, always, openTerminal},
 };
 
 constexpr OwnEntry kDriveMenu[] = {
     {1, TL(9584, "Laufwerk einlesen"), -1, always, [](const MenuTarget& on) { on.form.drives.list().Drives_ScanDrives(true); }, "Return"},
+    {1, TL(9865, "Bilanz"), kIconBalance, always, [](const MenuTarget& on) { on.form.balance.showOfDrive(); }},
     {2, TL(9755, "Terminal hier öffnen"), -1, always, openTerminal},
 };
 

@@ -6,6 +6,7 @@
 #include <string>
 
 #include "app/addresses.h"
+#include "mainwindow/balance_control.h"
 #include "mainwindow/bar_control.h"
 #include "mainwindow/bars.h"
 #include "mainwindow/disk_waiting.h"
@@ -70,6 +71,7 @@ struct MainForm {
     ListsControl lists{*this};
     FilesControl files{*this};
     SourcesControl sources{*this};
+    BalanceControl balance{*this};
     BarControl barControl{*this};
     WindowParts parts;  ///< What the window shows.
 };

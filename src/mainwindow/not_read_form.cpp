@@ -1,7 +1,7 @@
 #include "mainwindow/not_read_form.h"
 
 #include "base/text.h"
-#include "output/report_file.h"
+#include "mainwindow/saved_text.h"
 #include "robustness/trap.h"
 #include "scan/not_read.h"
 #include "scan/rollup.h"
@@ -9,11 +9,8 @@
 namespace hl {
 
 namespace {
-
-constexpr const char* kModule = "frmNotRead";
-constexpr std::string_view kTextFiles = "TXT (*.txt)|*.txt";
-
-}  // namespace
+constexpr const char* kNotReadModule = "frmNotRead";
+}
 
 NotReadForm::NotReadForm(const Services& services, const Grid& report, SaveDialog& dialog,
                          const Window& window)
@@ -41,7 +38,7 @@ NotReadForm::NotReadForm(const Services& services, const Grid& report, SaveDialo
 }
 
 Form NotReadForm::form() {
-    return {.name = kModule,
+    return {.name = kNotReadModule,
             .caption = caption,
             .items = {{.control = &lblCount}, {.control = &txtList, .row = 1, .name = caption}},
             .buttons = {{.control = &cmdClose, .changed = [this] { loaded = false; }},
@@ -51,24 +48,8 @@ Form NotReadForm::form() {
 }
 
 void NotReadForm::cmdSpeichern_Click() {
-    guarded(services_.diagnostics, {.module = kModule}, [&] {
-        const std::string path = dialog_.askSavePath({std::string(kTextFiles), "txt", ""});
-        if (path.empty()) return;
-        std::string reason;
-        if (const auto target = services_.files.replace(path); !target) {
-            reason = ApiErrorText(false, target.error());
-        } else {
-            ReportFile file(**target);
-            file.block() = lines_;
-            if (const Result<> written = file.commit(); !written)
-                reason = ApiErrorText(false, written.error()) +
-                         leftBehindText(services_.texts, (*target)->leftBehind());
-        }
-        if (reason.empty()) return;
-        window_.dialogs.message(
-            MessageKind::kError,
-            services_.texts.TL(9812, "'%1' wurde nicht gespeichert: %2", {visible(path), reason}));
-    });
+    guarded(services_.diagnostics, {.module = kNotReadModule},
+            [&] { saveText(services_, dialog_, window_, lines_); });
 }
 
 }  // namespace hl

@@ -1,8 +1,11 @@
 #include "mainwindow/silent_run.h"
 
 #include "base/text.h"
+#include "output/balance_source.h"
 #include "output/report_file.h"
+#include "output/report_writer.h"
 #include "robustness/api_error_text.h"
+#include "scan/yield.h"
 
 namespace hl {
 
@@ -22,6 +25,7 @@ bool SilentRun::run(const std::string& commandLine) {
     const ReportOrder order = orderOf(line);
     const auto target = services().files.replace(order.path);
     if (!target) return reportNotWritten(order.path, ApiErrorText(false, target.error()));
+    session_.state.WantBalance = line.balance;
     session_.state.SourceQueue.assign(line.sources.begin(), line.sources.end());
     const std::uint32_t errorsBefore = services().diagnostics.errcount();
     read();
@@ -32,8 +36,9 @@ bool SilentRun::run(const std::string& commandLine) {
         reportNotWritten(order.path, services().texts.TL(9611, "ein unerwarteter Fehler"));
     else if (stopped_)
         reportNotWritten(order.path, services().texts.TL(9810, "angehalten"));
-    const bool written = whole && !stopped_ && writeReport(order, **target);
-    return written && !somethingFailed_ && services().diagnostics.errcount() == 0;
+    const bool done =
+        whole && !stopped_ && (line.balance ? writeBalance(line, **target) : writeReport(order, **target));
+    return done && !somethingFailed_ && services().diagnostics.errcount() == 0;
 }
 
 // A wish to stop that comes after the last pause of the reading counts, too.
@@ -46,16 +51,50 @@ void SilentRun::read() {
 }
 
 bool SilentRun::writeReport(const ReportOrder& order, ReplacingFile& target) {
-    const Texts& texts = services().texts;
     if (session_.tvwPL.rowCount() == 0)
-        return reportNotWritten(order.path, texts.TL(9610, "es wurde nichts eingelesen"));
-    const ReportOutcome outcome = SPEICHERN(scan_, order, target);
+        return reportNotWritten(order.path, services().texts.TL(9610, "es wurde nichts eingelesen"));
+    return written(order.path, SPEICHERN(scan_, order, target));
+}
+
+bool SilentRun::writeBalance(const SilentOrder& line, ReplacingFile& target) {
+    const bool json =
+        line.format.empty() ? lowerCase(line.outputFile).ends_with(".json") : line.format == "json";
+    std::string text = json ? "{\"v\":1,\"balances\":[" : "";
+    const std::string emptyText = text;
+    Yield wait(session_.state, services().pump);
+    Grid& report = session_.tvwPL;
+    for (Row source = report.firstRoot(); source != kNoRow; source = report.nextSibling(source)) {
+        const auto balance = balanceOfSource(scan_, source, &wait);
+        if (!balance) return reportNotWritten(line.outputFile, services().texts.TL(9810, "angehalten"));
+        if (text != emptyText) text.append(json ? "," : kLineEnd);
+        if (json) {
+            appendBalanceJson(text, *balance);
+        } else {
+            appendBalanceText(text, {services().texts, services().numbers}, *balance);
+        }
+        const std::string why = whyNoBalance(services().texts, *balance);
+        if (!why.empty()) services().console.errorLine(why);
+        somethingFailed_ = somethingFailed_ || !why.empty();
+    }
+    if (text == emptyText)
+        return reportNotWritten(line.outputFile, services().texts.TL(9610, "es wurde nichts eingelesen"));
+    if (json) text += "]}\n";
+    Result<> done = target.write(text);
+    if (done) done = target.commit();
+    ReportOutcome outcome{.written = static_cast<bool>(done), .leftBehind = target.leftBehind()};
+    if (!done) outcome.error = done.error();
+    return written(line.outputFile, outcome);
+}
+
+// Reports what kept the file from being written; returns whether it was.
+bool SilentRun::written(const std::string& file, const ReportOutcome& outcome) {
+    const Texts& texts = services().texts;
     if (outcome.written) return true;
     // The reader of a pipe may leave when it has read enough; that is no failure to report.
     if (outcome.error && outcome.error->kind == ErrorKind::kReaderGone) return false;
     const std::string reason =
         outcome.error ? ApiErrorText(false, *outcome.error) : texts.TL(9611, "ein unerwarteter Fehler");
-    return reportNotWritten(order.path, reason + leftBehindText(texts, outcome.leftBehind));
+    return reportNotWritten(file, reason + leftBehindText(texts, outcome.leftBehind));
 }
 
 // Reports that the report was not written; returns false for the caller to return.

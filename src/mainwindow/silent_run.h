@@ -19,10 +19,10 @@ class SilentRun final : public ScanHost, public Controls {
     /// Reads the options and sets up the grids.
     void load() { Form_Load(session_); }
 
-    /// Reads the sources of a silent command line and writes the report. The report's target is opened before
-    /// anything is read. Returns true if everything was read and the report was written completely; anything
-    /// that failed has then been reported. After a stop no report is written, and an older one stays.
-    /// REQUIRES: load() was called.
+    /// Reads the sources of a silent command line and writes the report, or the balance of each source. The
+    /// report's target is opened before anything is read. Returns true if everything was read and the report
+    /// was written completely; anything that failed has then been reported. After a stop no report is
+    /// written, and an older one stays. REQUIRES: load() was called.
     bool run(const std::string& commandLine);
 
     /// Is called with true before something is read, and with false after it: meanwhile a wish to stop must
@@ -48,6 +48,8 @@ class SilentRun final : public ScanHost, public Controls {
     const Services& services() const { return session_.services; }
     void read();
     bool writeReport(const ReportOrder& order, ReplacingFile& target);
+    bool writeBalance(const SilentOrder& line, ReplacingFile& target);
+    bool written(const std::string& file, const ReportOutcome& outcome);
     bool reportNotWritten(const std::string& file, const std::string& reason);
 
     Session session_;

@@ -73,6 +73,7 @@ constexpr IconNames kIcons[] = {
     {kIconOnDisk, nullptr, "on-disk"},
     {kIconNewest, nullptr, "newest"},
     {kIconReckonOnDisk, nullptr, "reckon-on-disk"},
+    {kIconBalance, nullptr, "balance"},
 };
 
 }  // namespace

@@ -72,7 +72,8 @@ enum Icon : int {
     kIconOnDisk,
     kIconNewest,
     kIconReckonOnDisk,
-    kIconLast = kIconReckonOnDisk,
+    kIconBalance,
+    kIconLast = kIconBalance,
 };
 
 struct IconNames {

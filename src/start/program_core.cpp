@@ -25,9 +25,9 @@ ProgramCore::ProgramCore(const CoreParts& parts)
     app_.languageId = [this] { return texts_.languageId(); };
 }
 
-Services ProgramCore::services(FileSystem& fileSystem) {
-    return {settings_,      texts_,       log_,        parts_.files,   fileSystem,  pump_,
-            parts_.console, diagnostics_, kPosixPaths, parts_.numbers, parts_.bases};
+Services ProgramCore::services(FileSystem& fileSystem, DiskSpace* diskSpace) {
+    return {settings_,      texts_,       log_,        parts_.files,   fileSystem,   pump_,
+            parts_.console, diagnostics_, kPosixPaths, parts_.numbers, parts_.bases, diskSpace};
 }
 
 WindowServices ProgramCore::windowServices(Drives& drives, FolderVerb& verb, FileOperations& operations,

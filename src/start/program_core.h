@@ -46,8 +46,8 @@ class ProgramCore {
     ProgramCore(const ProgramCore&) = delete;
     ProgramCore& operator=(const ProgramCore&) = delete;
 
-    /// What a run works with. `fileSystem` must outlive the run.
-    Services services(FileSystem& fileSystem);
+    /// What a run works with. `fileSystem` and `diskSpace` (null: no balance) must outlive the run.
+    Services services(FileSystem& fileSystem, DiskSpace* diskSpace = nullptr);
     /// What a window needs besides. The references must outlive the window.
     WindowServices windowServices(Drives& drives, FolderVerb& verb, FileOperations& operations,
                                   const Addresses& addresses);

@@ -27,7 +27,8 @@ std::string usageText(const Texts& texts) {
     const std::string file = texts.TL(9004, "DATEI");
     std::string text = texts.TL(9001, "Aufruf:") + "\n";
     text += "  harborlantern [--] [" + folder + "]...\n";
-    text += "  harborlantern -s[" + levels + "] [-dN] [--format=F] [--] " + file + " " + folder + "...\n\n";
+    text += "  harborlantern -s[" + levels + "] [-dN] [--format=F] [--] " + file + " " + folder + "...\n";
+    text += "  harborlantern -s --balance [--format=F] [--] " + file + " " + folder + "...\n\n";
     text += texts.TL(
         9005, "Zeigt, wie viel Platz Ordner belegen. Mit -s wird ohne Fenster ein Bericht geschrieben.");
     text += "\n\n";
@@ -36,6 +37,10 @@ std::string usageText(const Texts& texts) {
     text +=
         optionLine("-dN", texts.TL(9007, "Trennzeichen: 0 Komma, 1 Semikolon, 2 Tabulator, 3 Leerzeichen"));
     text += optionLine("--format=F", formatHelp(texts));
+    text +=
+        optionLine("--balance", texts.TL(9871,
+                                         "Wie sich zusammensetzt, was das Dateisystem jeder Quelle belegt: "
+                                         "txt oder json"));
     text += optionLine(file, formatByNameHelp(texts));
     text += optionLine("--", texts.TL(9009, "Danach folgen nur noch Namen, auch solche mit - am Anfang"));
     text += optionLine("-h, --help", texts.TL(9010, "Diese Hilfe"));
@@ -67,6 +72,9 @@ std::string problemText(const Texts& texts, const JoinedLine& line) {
             return unknownFormatText(texts, visible(line.badArgument));
         case LineProblem::kNotForWindow:
             return texts.TL(9615, "%1 gilt für einen Bericht: davor muss -s stehen.", {line.badArgument});
+        case LineProblem::kNotTogether:
+            return texts.TL(9872, "%1 steht zweimal da oder passt nicht zu --balance.",
+                            {visible(line.badArgument)});
         case LineProblem::kIncompleteReport:
             return texts.TL(9015, "Zu -s gehören eine Datei für den Bericht und mindestens ein Ordner.");
     }

@@ -28,6 +28,8 @@ TEST(JoinedArguments, QuoteAgainWhatTheShellUnquoted) {
         {{"-s", "--", "-d3", "/a"}, "-s-d0 \"/cwd/-d3\" \"/a\""},
         {{"-s2", "-", "--format=txt", "/a"}, "-s2-d0 \"-\" --format=txt \"/a\""},
         {{"-s", "--", "-", "-"}, "-s-d0 \"-\" \"/cwd/-\""},
+        {{"-s", "--format", "csv", "-", "/a"}, "-s-d0 --format=csv \"-\" \"/a\""},
+        {{"-s", "-", "--balance", "--format=json", "/a"}, "-s-d0 \"-\" --balance --format=json \"/a\""},
         {{"-s", "././-", "./-"}, "-s-d0 \"/cwd/-\" \"/cwd/-\""},
         // The system decides what a link in the report's path means.
         {{"-s", "a/../r", "a/../b"}, "-s-d0 \"/cwd/a/../r\" \"/cwd/b\""}};
@@ -57,7 +59,15 @@ TEST(JoinedArguments, NameTheFirstThatMakesNoSense) {
         {{"-s", "-"}, LineProblem::kIncompleteReport, ""},
         {{"-s2"}, LineProblem::kIncompleteReport, ""},
         {{"-s", "--format=pdf", "-", "/a"}, LineProblem::kUnknownFormat, "--format=pdf"},
-        {{"-s", "--format", "-", "/a"}, LineProblem::kUnknownFormat, "--format"},
+        {{"-s", "--format", "-", "/a"}, LineProblem::kUnknownFormat, "--format=-"},
+        {{"-s", "-", "/a", "--format"}, LineProblem::kUnknownFormat, "--format"},
+        {{"-s", "--format=json", "-", "/a"}, LineProblem::kUnknownFormat, "--format=json"},
+        {{"-s", "--format=csv", "--format=csv", "-", "/a"}, LineProblem::kNotTogether, "--format=csv"},
+        {{"-s", "--balance", "-", "/a", "--balance"}, LineProblem::kNotTogether, "--balance"},
+        {{"-s", "--format=csv", "--balance", "-", "/a"}, LineProblem::kNotTogether, "--format=csv"},
+        {{"-s3", "--balance", "-", "/a"}, LineProblem::kNotTogether, "-s3"},
+        {{"-s", "--balance", "-d1", "-", "/a"}, LineProblem::kNotTogether, "-d1"},
+        {{"--balance", "/a"}, LineProblem::kNotForWindow, "--balance"},
         {{"-s", "--format=txtx", "-", "/a"}, LineProblem::kUnknownFormat, "--format=txtx"},
         {{"--format=txt", "-s", "/r", "/a"}, LineProblem::kNotForWindow, "--format=txt"}};
     for (const auto& [arguments, problem, bad] : cases) {

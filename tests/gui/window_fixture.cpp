@@ -138,7 +138,7 @@ Logic::Logic(const std::string& home, const Addresses& addresses) : home_(home) 
         core_.windowThere(window, pump, mail);
         if (window != nullptr && onThere) onThere();
     };
-    form_.emplace(core_.services(fileSystem), services);
+    form_.emplace(core_.services(fileSystem, &diskSpace_), services);
     form_->parts().dataFolder = HARBORLANTERN_SOURCE_DIR "/data";
     form_->parts().desktop = &desktop;
     files_.setPatience(&patience);

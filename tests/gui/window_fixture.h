@@ -17,6 +17,8 @@
 #include "platform/linux/process/system_error.h"
 #include "platform/linux/process/system_facts.h"
 #include "platform/linux/scan/file_system.h"
+#include "platform/linux/space/disk_space.h"
+#include "platform/linux/space/open_files.h"
 #include "platform/qt/window/main_window.h"
 #include "platform/qt/window/qt_pump.h"
 #include "robustness/fakes.h"
@@ -147,6 +149,7 @@ class Logic {
     LinuxDrives drives_{{.root = machine_.path(), .space = [](const std::string&) {
                              return DriveSpace{4000, 1000, 4, 500};
                          }}};
+    LinuxDiskSpace diskSpace_{std::make_shared<LinuxOpenFiles>()};
     NoFolderVerb verb_;
     PausingOperations operations_{
         {.home = userHome(), .programFolders = {home_}, .trash = {machine_.path() + "/Trash", ::geteuid()}},

@@ -1,7 +1,5 @@
 #include "images/image_mount.h"
 
-#include <gtest/gtest.h>
-
 #include "support/trees.h"
 
 namespace hl::test {
