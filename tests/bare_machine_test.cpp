@@ -2,18 +2,11 @@
 // project's folder, with a PATH that leads only to tools of the shell; fakes play apt-get and all that it
 // installs.
 #include <pty.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include "base/text.h"
-#include "support/temp_dir.h"
-#include "support/trees.h"
-#include "support/whole_files.h"
 
 namespace hl::test {
 namespace {
-
-namespace fs = std::filesystem;
 
 struct BareMachine : ::testing::Test {
     BareMachine() {

@@ -35,15 +35,16 @@ TEST(BalanceOfTheProgram, AddsUpInBothFormats) {
     EXPECT_EQ(program.run({"-s", "--balance", json, folder.path() + "/disk"}).status, 0);
     EXPECT_EQ(readBack(json), "complete 16384 16384 0\n");
     EXPECT_EQ(program.run({"-s", text, folder.path() + "/disk", "--balance"}).status, 0);
-    EXPECT_TRUE(has(readFile(text), "\r\nWeitere Namen derselben Datei"));
+    EXPECT_TRUE(has(contentOf(text), "\r\nWeitere Namen derselben Datei"));
     const Ended shown = program.run({"-s", "--balance", "-", folder.path() + "/disk"});
-    EXPECT_EQ(shown.output, readFile(text));
+    EXPECT_EQ(shown.output, contentOf(text));
     // What is hidden only root can know.
     const std::string of = program.home("nobody.json");
     must(::chmod(folder.path().c_str(), 0755));
     EXPECT_EQ(program.run({"-s", "--balance", of, folder.path() + "/disk"}, becomeNobody).status, 0);
     EXPECT_EQ(readBack(of), "complete 16384 16384 4096\n");
-    EXPECT_TRUE(has(readFile(of), "\"hidden\",\"role\":\"added\",\"bytes\":null,\"unknown\":\"needs_root\""));
+    EXPECT_TRUE(
+        has(contentOf(of), "\"hidden\",\"role\":\"added\",\"bytes\":null,\"unknown\":\"needs_root\""));
 }
 
 TEST(BalanceOfTheProgram, SaysThatAFolderHasNoneButWritesThoseOfTheOthers) {

@@ -4,7 +4,6 @@
 #include "app/language.h"
 #include "base/text.h"
 #include "platform/linux/change/files.h"
-#include "support/whole_files.h"
 
 namespace hl::test {
 namespace {

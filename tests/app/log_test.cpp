@@ -1,8 +1,6 @@
 #include "app/log.h"
 
 #include "platform/linux/change/files.h"
-#include "support/temp_dir.h"
-#include "support/whole_files.h"
 
 namespace hl::test {
 namespace {

@@ -2,7 +2,6 @@
 
 #include "app/option_table.h"
 #include "app/settings_fixture.h"
-#include "support/whole_files.h"
 
 namespace hl::test {
 namespace {

@@ -5,8 +5,6 @@
 #include "platform/linux/change/files.h"
 #include "platform/linux/process/system_error.h"
 #include "robustness/fakes.h"
-#include "support/temp_dir.h"
-#include "support/whole_files.h"
 
 namespace hl::test {
 

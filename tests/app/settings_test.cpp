@@ -1,8 +1,6 @@
 #include "app/settings.h"
 
 #include <signal.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include "app/settings_fixture.h"
 

@@ -7,9 +7,6 @@
 #include "base/path.h"
 #include "platform/qt/window/clipboard.h"
 #include "support/patience.h"
-#include "support/temp_dir.h"
-#include "support/trees.h"
-#include "support/whole_files.h"
 
 namespace hl::test {
 namespace {

@@ -4,16 +4,6 @@
 namespace hl::test {
 namespace {
 
-TEST_F(FilesTest, AListDeletesWhatIsSelected) {
-    GridView& list = startWithList();
-    selectFirst(list, 2);
-    deleteInList();
-    EXPECT_EQ(ListSession::names(list), (Names{"c.txt"}));
-    EXPECT_FALSE(there("src/a.txt") || there("src/b.txt"));
-    EXPECT_TRUE(has(protocol(), "GELÖSCHT: " + at("src/b.txt")));
-    expectNumbersOfAFreshScan();
-}
-
 TEST_F(FilesTest, TheReportBesideTheListStaysFittedWhenAFileIsDeleted) {
     std::string deep = "src/1";
     for (int level = 2; level <= 16; ++level) deep += "/" + std::to_string(level);
@@ -44,27 +34,6 @@ TEST_F(FilesTest, AFileThatStaysIsToldAndTheNextOneGoes) {
     EXPECT_TRUE(has(text, "Beim Löschen der Datei '" + at("src/b.txt")));
     EXPECT_FALSE(there("src/a.txt") || there("src/c.txt"));
     EXPECT_TRUE(has(protocol(), at("src/b.txt")));
-}
-
-TEST_F(FilesTest, RecycledFilesLieInTheTrash) {
-    ListSession::clickOn(startWithList(), 0);
-    deleteInList(Command::kFilesRecycle);
-    EXPECT_FALSE(there("src/a.txt"));
-    EXPECT_TRUE(has(protocol(), "PAPIERKORB: " + at("src/a.txt")));
-    EXPECT_EQ(fs::file_size(s().trash() + "/files/a.txt"), 100u);
-}
-
-TEST_F(FilesTest, SelectedFoldersGoParentAndChildTogether) {
-    startUnfolded();
-    s().clickRow("deep");
-    toggleRow("sub");
-    // Messages run while it works, as they do for a large tree.
-    s().operations().before = [](OperationWatch&) { Session::settle(); };
-    chooseInMenu("sub", "Markierte Ordner löschen");
-    EXPECT_TRUE(!there("src/sub") && there("src/a.txt"));
-    for (const char* folder : {"src/sub", "src/sub/deep"})
-        EXPECT_TRUE(has(protocol(), "GELÖSCHT: " + at(folder) + "\r\n")) << folder;
-    expectNumbersOfAFreshScan();
 }
 
 TEST_F(FilesTest, ASourceHandedOverWhileAMenuIsOpenWaitsAndSelectsNothingThatIsDeleted) {
@@ -132,6 +101,11 @@ TEST_F(FilesTest, StopEndsBetweenTwoRowsAndNothingElseBeginsMeanwhile) {
         EXPECT_EQ(s().status(), "Wird gelöscht: /some/where");
         EXPECT_TRUE(!s().enabled(Command::kStart) && s().enabled(Command::kStop));
         s().clickTitle(0);
+        session_->clickTitleOf(list, 0);
+        ListSession::clickOn(list, 1);
+        for (const Qt::Key key : {Qt::Key_Down, Qt::Key_Return}) s().key(list, key);
+        EXPECT_EQ(ListSession::names(list), (Names{"a.txt", "b.txt", "c.txt"}));
+        EXPECT_TRUE(list.grid().selectedCount() == 3 && s().desktop.opened.empty());
         session_->click(Command::kFilesDelete);
         s().form().handOver(at("src/other"));
         s().click(Command::kStop);
@@ -174,8 +148,16 @@ TEST_F(FilesTest, EscapeHeldDownInABoxEndsTheBoxAndNoDeleting) {
     EXPECT_FALSE(there("src/a.txt") || there("src/b.txt") || there("src/c.txt"));
 }
 
-TEST_F(FilesTest, TheMenuOfAFolderDeletesItAndTheNumbersFollow) {
+TEST_F(FilesTest, TheMenuOfAFolderFoldsAndDeletesItAndTheNumbersFollow) {
+    folder("src/sub/deep/er");
     startUnfolded();
+    for (const auto& [entry, unfolds] :
+         {std::pair("Alle Unterordner zuklappen", false), {"Alle Unterordner aufklappen", true}}) {
+        chooseInMenu("sub", entry);
+        for (const char* row : {"sub", "deep"})
+            EXPECT_EQ(s().grid().expanded(s().row(row)), unfolds) << entry;
+        EXPECT_TRUE(s().grid().expanded(s().row("src")));
+    }
     MenuAnswer menu("Ordner löschen");
     rightClick(s().view(), s().row("deep"));
     EXPECT_FALSE(there("src/sub/deep"));
@@ -268,12 +250,24 @@ TEST_F(FilesTest, ADoubleClickOpensAFileOfAnyNameAndAProgramNotWithoutAQuestion)
     fs::create_directory_symlink("..", at("src/link"));
     options("");
     start();
-    ListSession::doubleClickOn(session_->open(kJunctionList), 0);
-    EXPECT_TRUE(s().desktop.opened.empty());
+    const auto edits = [](const GridView& view) {
+        const auto* box = view.viewport()->findChild<QLineEdit*>();
+        return box != nullptr && box->isVisible();
+    };
+    GridView& junctions = session_->open(kJunctionList);
+    ListSession::doubleClickOn(junctions, 0);
+    for (const Qt::Key key : {Qt::Key_Return, Qt::Key_F2}) s().key(junctions, key);
+    EXPECT_TRUE(s().desktop.opened.empty() && !edits(junctions));
+    ListSession::doubleClickOn(session_->open(kTopList), 0);
+    EXPECT_EQ(std::exchange(s().desktop.opened, {}), Names{at("src/sub/deep/e.txt")});
     GridView& list = session_->open(kFileList);
     session_->sortByName(list);
     ListSession::doubleClickOn(list, 3);
     EXPECT_EQ(std::exchange(s().desktop.opened, {}), Names{at("src/") + kBytes});
+    selectFirst(list, 2);
+    for (const Qt::Key key : {Qt::Key_Return, Qt::Key_F2}) s().key(list, key);
+    EXPECT_EQ(std::exchange(s().desktop.opened, {}), Names{at("src/b.txt")}) << "of two the current one";
+    EXPECT_FALSE(edits(list)) << "two have no name to edit";
     s().desktop.runs = true;
     s().answers.add([](QDialog& dialog) { QTest::keyClick(&dialog, Qt::Key_Return); });
     ListSession::doubleClickOn(list, 0);

@@ -12,6 +12,13 @@ inline void doubleClick(QWidget* on, const QPoint& point) {
     QTest::mouseRelease(on, Qt::LeftButton, {}, point);
 }
 
+/// Returns the place of the sign for folding of the row that shows at `index`.
+inline QPoint branchAt(GridView& view, std::size_t index) {
+    const int step = view.style()->pixelMetric(QStyle::PM_TreeViewIndentation, nullptr, &view);
+    const int left = static_cast<int>(view.grid().level(view.rows().at(index))) * step + step / 2;
+    return {left, view.rowRect(index).center().y()};
+}
+
 /// Drags the border at that place of the title row by each of these distances in turn.
 inline void dragBorder(const GridView& view, const QPoint& border, std::initializer_list<int> way) {
     QWidget* titles = view.horizontalHeader()->viewport();

@@ -106,10 +106,9 @@ struct GridViewTest : testing::Test {
         QTest::mouseClick(view->viewport(), button, keys, at(text));
     }
     void key(int code, Qt::KeyboardModifiers keys = {}) { QTest::keyClick(view.get(), Qt::Key(code), keys); }
-    /// Returns the place of the row's sign for folding, in a first column with the usual indentation.
     QPoint branchOf(std::string_view text) {
-        const int step = view->style()->pixelMetric(QStyle::PM_TreeViewIndentation, nullptr, view.get());
-        return at(text, static_cast<int>(grid.level(row(text))) * step + step / 2);
+        view->sync();
+        return test::branchAt(*view, *view->rows().find(row(text)));
     }
     /// Returns the place of the border behind a column, in the title row.
     QPoint border(int column) {

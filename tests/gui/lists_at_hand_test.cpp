@@ -24,21 +24,13 @@ struct ListsAtHandTest : FilesTest {
         QTest::mouseClick(button, Qt::LeftButton);
         Session::settle();
     }
-    /// Returns every cell of the report.
-    Names report() {
-        Names all;
-        const Grid& grid = s().grid();
-        for (Row row = grid.firstRoot(); row != kNoRow; row = grid.tree().following(row))
-            all.push_back(std::string(grid.text(row)) + cellsOf(grid, row));
-        return all;
-    }
     std::string hint(GridId id) { return s().window().grid(id).hint().text().toStdString(); }
 };
 
 TEST_F(ListsAtHandTest, AListThatIsSwitchedOffIsFilledByItsButtonAndTheReportStaysAsItIs) {
     start();
     s().clickRow("sub");
-    const Names before = report();
+    const Names before = reportFacts(s());
     const std::pair<ListInfo, std::size_t> lists[] = {{kTopList, 6}, {kHardlinkList, 2}, {kJunctionList, 1}};
     for (const auto& [list, count] : lists) {
         GridView& view = session_->open(list);
@@ -46,7 +38,7 @@ TEST_F(ListsAtHandTest, AListThatIsSwitchedOffIsFilledByItsButtonAndTheReportSta
         EXPECT_EQ(ListSession::names(view).size(), count);
         EXPECT_EQ(buttonOf(view), nullptr);
         EXPECT_EQ(s().status(), "OK.");
-        EXPECT_EQ(report(), before);
+        EXPECT_EQ(reportFacts(s()), before);
     }
     s().click(Command::kShowReport);
     EXPECT_EQ(s().grid().text(s().grid().selectedRows().front()), "sub");

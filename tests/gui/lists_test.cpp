@@ -17,6 +17,11 @@ TEST_F(ListsTest, ATitleClickSortsAndTurnsTheOrderButOneThatEndsADragDoesNot) {
         EXPECT_EQ(s.names(view), before) << static_cast<int>(list.id);
         s.clickTitleOf(view, 0);
         EXPECT_EQ(s.names(view), Names(before.rbegin(), before.rend())) << static_cast<int>(list.id);
+        if (list.columns == Command::kNone || list.id == GridId::kHardlinks) continue;
+        s.clickTitleOf(view, 1);
+        const LevelSort& sort = view.grid().levelSort(0);
+        EXPECT_TRUE(sort.key == "size" && sort.numbers) << "by bytes, though two may show alike";
+        EXPECT_EQ(view.grid().topRow(), view.grid().rowAt(0));
     }
 }
 
@@ -131,6 +136,12 @@ TEST_F(ListsTest, TheStatusTellsTheListAndWhatIsSelected) {
         EXPECT_EQ(s.secondPanel(), with(one));
         s.clickOn(view, i == 0 ? 1 : 2, Qt::ControlModifier);
         EXPECT_EQ(s.secondPanel(), with(both));
+        for (const int unit : {1, 0}) {
+            if (i < 3)
+                s.execute(std::array{Command::kFilesBytes, Command::kTopBytes, Command::kHardlinksBytes}[i] +
+                          unit);
+            EXPECT_TRUE(has(s.secondPanel(), i == 3 ? whole[3] : unit == 1 ? " mit 1,07 KB" : both));
+        }
         s.key(view, Qt::Key_Up);
         EXPECT_EQ(s.secondPanel(), with(one)) << "keys, too";
         QTest::mouseClick(view.viewport(), Qt::LeftButton, {}, {20, view.viewport()->height() - 3});

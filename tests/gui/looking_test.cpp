@@ -103,9 +103,7 @@ struct LookingTest : WindowTest {
         ASSERT_EQ(view().underMouse(), atReport);
     }
     void clickBranch(std::size_t index) {
-        const int step = view().style()->pixelMetric(QStyle::PM_TreeViewIndentation, nullptr, &view());
-        const int left = static_cast<int>(s.grid().level(shownAt(index))) * step + step / 2;
-        QTest::mouseClick(view().viewport(), Qt::LeftButton, {}, {left, view().rowRect(index).center().y()});
+        QTest::mouseClick(view().viewport(), Qt::LeftButton, {}, branchAt(view(), index));
     }
 
     mutable Session s{home.path()};

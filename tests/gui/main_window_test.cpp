@@ -61,18 +61,46 @@ TEST_F(MainWindowTest, ClosingDuringARunOnlyCancelsItAndTheNextCloseGoesThrough)
     EXPECT_TRUE(s.enabled(Command::kStart) && s.frame().close() && s.frame().unloaded());
 }
 
-TEST_F(MainWindowTest, AReportIsUnfoldedSortedAndSearched) {
+TEST_F(MainWindowTest, AReportIsUnfoldedAndSortedByEveryTitleClickThatEndsNoDrag) {
     smallTree();
+    file("src/b/largest", 5000);
     startWithReport();
     s.click(Command::kReportUnfoldAll);
-    EXPECT_EQ(s.rows(), "src a aa Dateien b Dateien");
+    EXPECT_EQ(s.rows(), "src b a aa Dateien Dateien");
     s.click(Command::kReportUnfold1);
-    s.clickTitle(1);
-    EXPECT_EQ(s.rows(), "src Dateien b a");
-    s.type(Command::kReportSearchText, "AA", Qt::Key_Return);
-    EXPECT_EQ(s.rows(), "src Dateien b a Dateien aa");
+    s.clickRow("a");
+    const QPoint border = s.title(s.view(), 0) + QPoint((s.view().columnWidth(0) - 1) / 2, 0);
+    const std::pair<std::function<void()>, const char*> steps[] = {
+        {[&] { s.clickTitle(1); }, "src Dateien a b"},
+        {[&] { s.clickTitle(0); }, "src Dateien b a"},
+        {[&] { dragBorder(s.view(), border, {30}); }, "src Dateien b a"},
+        {[&] { s.clickTitle(0); }, "src a b Dateien"}};
+    for (const auto& [act, rows] : steps) {
+        act();
+        EXPECT_EQ(s.rows(), rows);
+    }
+    const Row root = s.grid().firstRoot();
+    EXPECT_TRUE(s.grid().currentRow() == root && s.grid().selectedRows() == std::vector{root});
     s.click(Command::kReportBytes + 1);
-    EXPECT_EQ(s.numbers("src").substr(0, 5), "0,45|");
+    EXPECT_EQ(s.numbers("src").substr(0, 5), "5,33|");
+    s.click(Command::kReportRemoveAll);
+    s.clickTitle(1);
+    EXPECT_FALSE(s.view().grid().levelSort(0).descending) << "an empty report keeps its order";
+}
+
+TEST_F(MainWindowTest, ASearchGoesOnBehindTheCurrentRowAndFromTheTopAgainAndUnfoldsWhatHidesAHit) {
+    for (const char* path : {"src/a/needle 1", "src/b", "src/c/needle 2", "src/d"}) folder(path);
+    startWithReport();
+    s.clickRow("src");
+    s.type(Command::kReportSearchText, "NEEDLE", Qt::Key_Return);
+    EXPECT_EQ(s.grid().text(s.grid().currentRow()), "needle 1");
+    for (const auto& [from, hit] :
+         {std::pair("needle 1", "needle 2"), {"needle 2", "needle 1"}, {"d", "needle 1"}}) {
+        s.clickRow(from);
+        s.click(Command::kReportSearch);
+        EXPECT_EQ(s.grid().text(s.grid().currentRow()), hit) << from;
+    }
+    EXPECT_EQ(s.rows(), "src a needle 1 b c needle 2 d");
 }
 
 TEST_F(MainWindowTest, WhatAFoldHidesIsNoLongerSelectedAndTheWindowTellsOfTheFolder) {
@@ -80,11 +108,8 @@ TEST_F(MainWindowTest, WhatAFoldHidesIsNoLongerSelectedAndTheWindowTellsOfTheFol
     s.start();
     s.scan(at("src"));
     const auto branch = [this](const char* name) {
-        const int step = s.view().style()->pixelMetric(QStyle::PM_TreeViewIndentation, nullptr, &s.view());
         const std::size_t index = s.view().rows().find(s.row(name)).value();
-        const int left = static_cast<int>(s.grid().level(s.row(name))) * step + step / 2;
-        QTest::mouseClick(s.view().viewport(), Qt::LeftButton, {},
-                          {left, s.view().rowRect(index).center().y()});
+        QTest::mouseClick(s.view().viewport(), Qt::LeftButton, {}, branchAt(s.view(), index));
     };
     const auto key = [this](Qt::Key code, Qt::KeyboardModifiers keys = {}) {
         QTest::keyClick(&s.view(), code, keys);

@@ -27,9 +27,7 @@ struct NumbersTest : WindowTest {
 
 TEST_F(NumbersTest, SeveralSelectedRowsTellTheirSumTheirShareAndTheirCounts) {
     smallTree();
-    Session s(home.path());
-    s.start();
-    s.scan(at("src"));
+    Session s(home.path(), at("src"));
     s.clickRow("a");
     EXPECT_EQ(s.status(), at("src/a/"));
     click(s, "b", Qt::ControlModifier);
@@ -55,15 +53,16 @@ TEST_F(NumbersTest, SeveralSelectedRowsTellTheirSumTheirShareAndTheirCounts) {
 
 TEST_F(NumbersTest, ASizesTooltipHasAllUnitsAndThatOfADriveWhatIsReserved) {
     smallTree();
-    Session s(home.path());
-    s.start();
-    s.scan(at("src"));
+    Session s(home.path(), at("src"));
     const std::string size = tip(s.view(), place(s.view(), s.row("a"), kReportSize));
     for (const char* line : {"400 Bytes\n", "0,39 KB\n", "0,01 MB\n", "0,01 GB"})
         EXPECT_TRUE(has(size, line));
     GridView& drives = s.window().grid(GridId::kDrives);
     ASSERT_GT(drives.grid().rowCount(), 0U);
     const Row drive = drives.grid().rowAt(0);
+    s.form().parts().grids[static_cast<std::size_t>(GridId::kDrives)]->selectNone();
+    s.clickRow("a");
+    EXPECT_EQ(drives.grid().selectedRows(), std::vector{drive}) << "the folder lies on it";
     for (int i = 0; i < 500 && drives.grid().number(drive, kGsize) == 0; ++i) {
         QTest::qWait(10);
         s.form().takeDriveAnswers();
@@ -77,9 +76,7 @@ TEST_F(NumbersTest, DeepFoldersAndLongNamesLeaveTheNumbersInSight) {
     for (int level = 0; level < 40; ++level) deep += "/" + std::to_string(level) + std::string(60, 'w');
     folder(deep);
     file(deep + "/x", 3);
-    Session s(home.path());
-    s.start();
-    s.scan(at("src"));
+    Session s(home.path(), at("src"));
     s.execute(Command::kReportUnfoldAll);
     s.settle();
     const auto inSight = [&] {

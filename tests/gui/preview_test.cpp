@@ -1,10 +1,7 @@
 // Tests the preview's pane with real files of each kind, and with files that try to harm it.
-#include <fcntl.h>
 #include <netinet/in.h>
 #include <poll.h>
 #include <sys/socket.h>
-#include <sys/stat.h>
-#include <sys/wait.h>
 
 #include "platform/linux/preview/preview_tools.h"
 #include "platform/qt/preview/preview_area.h"
@@ -13,8 +10,6 @@
 #include "platform/qt/preview/preview_texts.h"
 #include "recording_events.h"
 #include "support/few_descriptors.h"
-#include "support/temp_dir.h"
-#include "support/whole_files.h"
 #ifdef HARBORLANTERN_PLAYER
 #include <gst/gst.h>
 #endif
@@ -22,7 +17,6 @@
 namespace hl::test {
 namespace {
 
-namespace fs = std::filesystem;
 using V = PreviewViewer;
 
 const std::string kPrograms = fs::path(HARBORLANTERN_PROGRAM).parent_path().string();

@@ -314,9 +314,7 @@ using WindowPrints = WindowTest;
 
 TEST_F(WindowPrints, TheReportAsIsAskedForAndAListAtOnce) {
     smallTree();
-    Session s(home.path());
-    s.start();
-    s.scan(at("src"));
+    Session s(home.path(), at("src"));
     std::vector<std::string> shown;
     const auto look = [&](QDialog& dialog) {
         const PrintJob& job = dynamic_cast<PrintPreview&>(dialog).pages().job();

@@ -5,8 +5,7 @@
 #include "support/patience.h"
 #include "support/program.h"
 
-namespace hl {
-namespace test {
+namespace hl::test {
 
 int wholeSession();
 int quitFromReport();
@@ -76,14 +75,7 @@ int wholeSession() {
     return answered == 3 && logic.reports.empty() && !testing::Test::HasFailure() ? 0 : 1;
 }
 
-}  // namespace test
-
 namespace {
-
-namespace fs = std::filesystem;
-using test::comes;
-using test::Program;
-using test::TempDir;
 
 std::set<std::string> filesBelow(const std::string& folder) {
     std::set<std::string> files;
@@ -97,24 +89,24 @@ struct ProgramWindow : testing::Test {
     std::thread first;
 
     /// Runs the program, which shows no window.
-    test::Ended run(const std::vector<std::string>& arguments) const {
+    Ended run(const std::vector<std::string>& arguments) const {
         return program.run(arguments, [this] {
             ::setenv("QT_QPA_PLATFORM", "offscreen", 1);
-            test::writeFile(program.home("pid"), std::to_string(::getpid()));
+            writeFile(program.home("pid"), std::to_string(::getpid()));
         });
     }
     /// Starts the first process, which must end with this status.
     void start(int status) {
         first = std::thread([this, status] { EXPECT_EQ(run({}).status, status); });
         EXPECT_TRUE(comes([&] { return fs::is_socket(program.home("run/harborlantern_APPLICATION")); }));
-        pid = test::readFile(program.home("pid"));
+        pid = contentOf(program.home("pid"));
     }
 };
 
 /// Starts the tests' executable again, as a process that does what `order` says. An empty value removes a
 /// variable.
 pid_t startAgain(const char* order, const std::vector<std::pair<const char*, std::string>>& variables) {
-    const pid_t child = test::must(::fork());
+    const pid_t child = must(::fork());
     if (child != 0) return child;
     for (const auto& [name, value] : variables)
         value.empty() ? ::unsetenv(name) : ::setenv(name, value.c_str(), 1);
@@ -124,11 +116,11 @@ pid_t startAgain(const char* order, const std::vector<std::pair<const char*, std
 
 TEST_F(ProgramWindow, ASecondStartHandsItsSourcesToTheFirstOrSaysThatItDoesNotAnswer) {
     const TempDir tree;
-    test::makeTree(tree.path(), {"x"});
+    makeTree(tree.path(), {"x"});
     start(128 + SIGTERM);
     EXPECT_EQ(run({tree.path()}).status, 0);
     EXPECT_TRUE(comes([&] {
-        const std::string log = test::readFile(program.home("Harborlantern.log"));
+        const std::string log = contentOf(program.home("Harborlantern.log"));
         return log.find("Einlesen: " + tree.path()) != log.npos && log.find("Dateianzahl: 1") != log.npos;
     }));
     ::kill(std::stoi(pid), SIGSTOP);
@@ -146,7 +138,7 @@ off_t addressOf(const std::string& pid, const std::string& module, const std::st
     while (path.empty() && std::getline(maps, line))
         if (line.ends_with("/" + module)) path = line.substr(line.find('/'));
     // The function need not be exported.
-    const std::string name = test::outputOf("nm '" + path + "' | grep -i ' t " + function + "$'");
+    const std::string name = outputOf("nm '" + path + "' | grep -i ' t " + function + "$'");
     if (name.empty()) return 0;
     return static_cast<off_t>(std::stoull(line, nullptr, 16) + std::stoull(name, nullptr, 16));
 }
@@ -155,7 +147,7 @@ TEST_F(ProgramWindow, AFaultInItsModuleIsReportedLikeAnyErrorAndOneThatEndsItLea
 #ifndef __x86_64__
     GTEST_SKIP() << "the instruction that fails is one of x86-64";
 #endif
-    const auto log = [&] { return test::readFile(program.home("error.log")); };
+    const auto log = [&] { return contentOf(program.home("error.log")); };
     start(1);
     // The function must have nothing to destroy: in others, the compiler covers only known loads and calls
     // for unwinding.
@@ -163,15 +155,15 @@ TEST_F(ProgramWindow, AFaultInItsModuleIsReportedLikeAnyErrorAndOneThatEndsItLea
         pid, "harborlantern-gui.so",
         "_ZN2hl10MainWindow10setSourcesERKSt6vectorINS_9ComboItemESaIS2_EERKNSt7__cxx1112basic_stringIcSt11"
         "char_traitsIcESaIcEEEi");
-    const int memory = test::must(::open(("/proc/" + pid + "/mem").c_str(), O_RDWR));
+    const int memory = must(::open(("/proc/" + pid + "/mem").c_str(), O_RDWR));
     EXPECT_EQ(::pwrite(memory, "\x8b\x04\x25\0\0\0\0", 7, function), 7);  // It reads from address 0.
     ::close(memory);
     EXPECT_EQ(run({program.home("run")}).status, 0);
     EXPECT_TRUE(comes([&] { return log().find("\r\n\r\n") != std::string::npos; }));
     for (const char* line : {"Err: 2147746305 - An unhandled error (EXCEPTION_ACCESS_VIOLATION)",
                              "Screen: 800x800x4294967296 (32)\r\n", "Path: " HARBORLANTERN_PROGRAM "\r\n"})
-        EXPECT_TRUE(test::has(log(), line));
-    EXPECT_FALSE(test::has(log(), "NOT ok"));
+        EXPECT_TRUE(has(log(), line));
+    EXPECT_FALSE(has(log(), "NOT ok"));
     const std::string before = log();
     ::kill(std::stoi(pid), SIGSEGV);
     first.join();
@@ -193,7 +185,7 @@ std::vector<std::string> helpersFor(const std::string& home) {
         std::error_code error;
         const fs::path program = fs::read_symlink(each.path() / "exe", error);
         if (error || program.filename() != "harborlantern-clipboard") continue;
-        const std::string environment = test::readFile(each.path().string() + "/environ");
+        const std::string environment = contentOf(each.path().string() + "/environ");
         if (environment.find("HARBORLANTERN_HOME=" + home) != environment.npos)
             found.push_back(each.path().string());
     }
@@ -203,8 +195,8 @@ std::vector<std::string> helpersFor(const std::string& home) {
 TEST(OnScreenClipboard, HasTheReportWithWhichTheProgramWasQuitUntilSomethingElseIsCopied) {
     if (QGuiApplication::platformName() != QLatin1String("xcb")) GTEST_SKIP() << "needs an X server";
     const TempDir home;
-    test::writeFile(home.path() + "/Harborlantern.ini",
-                    "[Allgemein]\r\nLang=7\r\n[Optionen]\r\nFileSizeFormat=many\r\n");
+    writeFile(home.path() + "/Harborlantern.ini",
+              "[Allgemein]\r\nLang=7\r\n[Optionen]\r\nFileSizeFormat=many\r\n");
     QClipboard& clipboard = *QGuiApplication::clipboard();
     clipboard.setText(QStringLiteral("older"));
     const pid_t child = startAgain("--quit-from-report", {{"HARBORLANTERN_HOME", home.path()}});
@@ -217,7 +209,7 @@ TEST(OnScreenClipboard, HasTheReportWithWhichTheProgramWasQuitUntilSomethingElse
     }));
     EXPECT_EQ(status, 0);
     const std::string text = clipboard.text().toStdString();
-    EXPECT_TRUE(test::has(text, "Err: 13 - Type mismatch"));
+    EXPECT_TRUE(has(text, "Err: 13 - Type mismatch"));
     EXPECT_TRUE(text.ends_with("Debug0: FileSizeFormat=many")) << text;
     const auto helpers = helpersFor(home.path());
     ASSERT_EQ(helpers.size(), 1U);
@@ -240,13 +232,13 @@ TEST(OnScreenClipboard, HasTheReportWithWhichTheProgramWasQuitUntilSomethingElse
 }
 
 TEST_F(ProgramWindow, AnErrorThatComesBeforeItIsToldInItAndNotBehindIt) {
-    test::writeFile(program.home("Harborlantern.ini"), "[Allgemein]\r\nLang=abc\r\n");
+    writeFile(program.home("Harborlantern.ini"), "[Allgemein]\r\nLang=abc\r\n");
     start(128 + SIGTERM);
-    EXPECT_TRUE(test::has(test::readFile(program.home("error.log")), "Lang=abc"));
+    EXPECT_TRUE(has(contentOf(program.home("error.log")), "Lang=abc"));
     ::kill(std::stoi(pid), SIGTERM);
     first.join();
-    const std::string errors = test::readFile(program.home("stderr.txt"));
-    EXPECT_FALSE(test::has(errors, "Lang=abc"));
+    const std::string errors = contentOf(program.home("stderr.txt"));
+    EXPECT_FALSE(has(errors, "Lang=abc"));
 }
 
 TEST_F(ProgramWindow, WithNoDisplayOneLineNamesTheWayWithoutAWindow) {
@@ -258,15 +250,15 @@ TEST_F(ProgramWindow, WithNoDisplayOneLineNamesTheWayWithoutAWindow) {
             });
             EXPECT_EQ(ended.status, 3) << platform << display;
             EXPECT_EQ(ended.errors.find('\n'), ended.errors.size() - 1) << ended.errors;
-            EXPECT_TRUE(test::has(ended.errors, " -s "));
+            EXPECT_TRUE(has(ended.errors, " -s "));
         }
 }
 
 TEST_F(ProgramWindow, ASessionLeavesNothingOutsideOfTheProgramsFolder) {
     for (const bool onlyHome : {false, true}) {
         const TempDir user, home, source;
-        test::makeTree(source.path(), {"x"});
-        test::makeTree(user.path(), {"config/", "cache/", "data/", "state/", "run/", "tmp/"});
+        makeTree(source.path(), {"x"});
+        makeTree(user.path(), {"config/", "cache/", "data/", "state/", "run/", "tmp/"});
         ::chmod((user.path() + "/run").c_str(), 0700);
         const auto before = filesBelow(user.path());
         const auto at = [&](const char* folder) { return onlyHome ? "" : user.path() + "/" + folder; };
@@ -281,7 +273,7 @@ TEST_F(ProgramWindow, ASessionLeavesNothingOutsideOfTheProgramsFolder) {
                                                            {"HARBORLANTERN_HOME", home.path()},
                                                            {"SOURCE", source.path()}});
         int status = 0;
-        test::must(::waitpid(child, &status, 0));
+        must(::waitpid(child, &status, 0));
         EXPECT_EQ(status, 0);
         EXPECT_EQ(filesBelow(user.path()), before);
         EXPECT_EQ(filesBelow(source.path()).size(), 1U);
@@ -290,4 +282,4 @@ TEST_F(ProgramWindow, ASessionLeavesNothingOutsideOfTheProgramsFolder) {
 }
 
 }  // namespace
-}  // namespace hl
+}  // namespace hl::test

@@ -1,9 +1,6 @@
 // Tests sources and drives in the window: how the box shows them, and how they are typed, kept and removed.
 
 #include "gui/lists_fixture.h"
-#include "platform/linux/preview/preview_tools.h"
-#include "platform/qt/preview/preview_area.h"
-#include "platform/qt/preview/preview_texts.h"
 
 namespace hl::test {
 namespace {
@@ -152,26 +149,6 @@ TEST_F(SourcesTest, ARightClickOnADriveChoosesItAlone) {
     s.settle();
     EXPECT_EQ(s.status(), "Die Quelle //nas/two/ gibt es nicht.");
     EXPECT_EQ(drives.grid().selectedRows(), std::vector<Row>{drives.grid().rowAt(2)});
-}
-
-TEST_F(SourcesTest, RemovingAllOfThemClearsThePreviewOfAFileThatAListStillHas) {
-    folder("src");
-    file("src/a.txt", 3);
-    setSettings("[Optionen]\r\nCreateListTOP=1\r\n");
-    Session& s = startAgain();
-    LinuxPreviewTools tools(fs::path(HARBORLANTERN_PROGRAM).parent_path().string(), "", at(""));
-    s.form().parts().preview.tools = &tools;
-    s.scan(at("src"));
-    for (const Command entry : {Command::kShowTop, Command::kTopPreview}) s.click(entry);
-    ListSession::clickOn(s.window().grid(GridId::kTop), 0);
-    auto& area = dynamic_cast<PreviewArea&>(*s.frame().findChild<QWidget*>(QStringLiteral("preview")));
-    EXPECT_NE(dynamic_cast<TextView*>(area.viewer()), nullptr);
-    s.click(Command::kReportRemoveAll);
-    EXPECT_EQ(area.viewer(), nullptr);
-    EXPECT_EQ(s.window().grid(GridId::kTop).grid().rowCount(), 1U)
-        << "what the list has can still be looked at";
-    ListSession::clickOn(s.window().grid(GridId::kTop), 0);
-    EXPECT_NE(dynamic_cast<TextView*>(area.viewer()), nullptr);
 }
 
 }  // namespace

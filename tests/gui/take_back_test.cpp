@@ -1,5 +1,6 @@
 // Tests what comes back from the trash, and what is asked and told before and after something goes.
 #include "gui/files_fixture.h"
+#include "support/trashing.h"
 
 namespace hl::test {
 namespace {
@@ -13,29 +14,7 @@ struct TakeBackTest : FilesTest {
         for (const char* path : {"src/sub/deep/e.txt", "src/sub/deep"})
             fs::last_write_time(at(path), fs::file_time_type::clock::now() - std::chrono::hours(1000));
     }
-    /// Describes everything below src: names, rights, contents, and the times of files.
-    std::string tree() const {
-        std::string all;
-        for (const auto& entry : fs::recursive_directory_iterator(at("src"))) {
-            const struct stat facts = factsOf(entry.path());
-            all += entry.path().string() + " " + std::to_string(facts.st_mode) + " " +
-                   std::to_string(facts.st_ino) + " ";
-            if (!S_ISDIR(facts.st_mode)) all += std::to_string(facts.st_mtime) + " ";
-            if (S_ISREG(facts.st_mode)) all += contentOf(entry.path());
-            all += "\n";
-        }
-        std::string sorted;
-        Names lines = linesOf(all);
-        std::ranges::sort(lines);
-        for (const std::string& line : lines) sorted += line + "\n";
-        return sorted;
-    }
-    static Names linesOf(const std::string& text) {
-        Names lines;
-        for (std::size_t at = 0, end = 0; (end = text.find('\n', at)) != std::string::npos; at = end + 1)
-            lines.push_back(text.substr(at, end - at));
-        return lines;
-    }
+    std::string tree() const { return snapshotOf(at("src")); }
     void takeBack() { pressed(s().view(), Qt::Key_Z, Qt::ControlModifier); }
     static void pressed(QWidget& on, Qt::Key key, Qt::KeyboardModifiers with = {}) {
         on.setFocus();
@@ -241,9 +220,12 @@ TEST_F(TakeBackTest, TheNextRowIsSelectedAndTheStatusSaysWhatWentWhere) {
         s().clickRow(gone);
         pressed(s().view(), Qt::Key_Delete);
         EXPECT_EQ(s().grid().selectedRows(), std::vector<Row>{s().row(next)}) << gone;
+        EXPECT_EQ(s().grid().currentRow(), s().row(next)) << gone;
         EXPECT_EQ(s().status().find("Im Papierkorb: '"), 0u) << s().status();
         EXPECT_TRUE(has(s().status(), gone + std::string("' (") + s().trash() + ")"));
     }
+    EXPECT_EQ(ListSession::names(s().window().grid(GridId::kFiles)), (Names{"d.txt", "c again"}))
+        << "of the folder above";
     s().clickRow("sub");
     EXPECT_EQ(statusButton(Command::kTakeBack), nullptr) << "the button stands beside its message only";
     EXPECT_TRUE(s().enabled(Command::kTakeBack));

@@ -19,9 +19,7 @@ struct WindowFilesTest : WindowTest {
 
 TEST_F(WindowFilesTest, AReportIsSavedInTheFormatThatIsChosen) {
     smallTree();
-    Session s(home.path());
-    s.start();
-    s.scan(at("src"));
+    Session s(home.path(), at("src"));
     s.clickRow("a");
     for (const auto& [format, scope, name] : {std::tuple(Qt::Key_C, "Alle Ordner", "r.csv"),
                                               std::tuple(Qt::Key_T, "Ausgewählter Ordner", "r.txt")}) {

@@ -74,9 +74,9 @@ Protection PausingOperations::protectionOf(const FilePlace& place, OperationWatc
 
 bool PausingOperations::refused(const FilePlace& place) const {
     if (!allows) return false;
-    const std::filesystem::path path = place.base + (place.below.empty() ? "" : "/" + place.below);
+    const fs::path path = place.base + (place.below.empty() ? "" : "/" + place.below);
     std::error_code error;
-    const auto folder = std::filesystem::canonical(path.parent_path(), error);
+    const auto folder = fs::canonical(path.parent_path(), error);
     return error || !allows(folder / path.filename());
 }
 
@@ -128,7 +128,7 @@ void clickEntry(QWidget& frame, const QString& name) {
 }
 
 Logic::Logic(const std::string& home, const Addresses& addresses) : home_(home) {
-    std::filesystem::create_directories(machine_.path() + "/proc/self");
+    fs::create_directories(machine_.path() + "/proc/self");
     writeFile(machine_.path() + "/proc/self/mountinfo", "21 1 0:2 / / rw - overlay overlay rw\n");
     core_.errors().waitForWindow(true);
     core_.texts().Init_Sprache("", "");
@@ -144,7 +144,7 @@ Logic::Logic(const std::string& home, const Addresses& addresses) : home_(home) 
     files_.setPatience(&patience);
     patience.setWait(&form_->diskWait());
     form_->parts().clipboardHolder =
-        std::filesystem::path(HARBORLANTERN_PROGRAM).parent_path().string() + "/harborlantern-clipboard";
+        fs::path(HARBORLANTERN_PROGRAM).parent_path().string() + "/harborlantern-clipboard";
 }
 
 Logic::~Logic() = default;

@@ -2,8 +2,6 @@
 // by mouse and keys. main() of the tests has made a QApplication.
 #pragma once
 
-#include <unistd.h>
-
 #include "app/log.h"
 #include "app/settings.h"
 #include "gui/entry_name.h"
@@ -25,9 +23,6 @@
 #include "start/program_core.h"
 #include "support/recording_console.h"
 #include "support/recording_desktop.h"
-#include "support/temp_dir.h"
-#include "support/trees.h"
-#include "support/whole_files.h"
 
 namespace hl::test {
 
@@ -161,6 +156,8 @@ class Logic {
 class Session : public Logic {
   public:
     explicit Session(const std::string& home, const Addresses& addresses = {});
+    /// Starts a session and reads a folder.
+    Session(const std::string& home, const std::string& source) : Session(home) { start(), scan(source); }
     /// Shows the window.
     void show();
     /// Shows the window and waits until it is active.

@@ -123,7 +123,7 @@ TEST_P(BalanceOn, LeavesHardlyAnythingUnexplained) {
         const std::string file = program.home("balance.json");
         const Ended ended = program.run({"-s", "--balance", file, image.path()});
         ASSERT_EQ(ended.status, 0) << ended.errors;
-        const std::string json = readFile(file);
+        const std::string json = contentOf(file);
         struct statvfs now {};
         must(::statvfs(image.path().c_str(), &now));
         const auto used = static_cast<double>((now.f_blocks - now.f_bfree) * now.f_frsize);

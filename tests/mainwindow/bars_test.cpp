@@ -50,15 +50,6 @@ TEST_F(BarsTest, EveryEntryHasANameAndAnIdAndAcceleratorOfItsOwn) {
     for (const char key : {'A', 'C', 'V', 'X', 'Y'}) EXPECT_FALSE(keys.contains(key)) << key;
 }
 
-TEST_F(BarsTest, StartInTheLanguageInUseWithNothingToStop) {
-    EXPECT_EQ(bars.cbrMain.find(idOf(Command::kNewSource))->caption, "New");
-    EXPECT_EQ(bars.cbrReport.find(idOf(Command::kReportUnfold4))->caption, "Expand 4 folder levels");
-    EXPECT_TRUE(bars.cbrMain.isChecked(idOf(Command::kLanguageGerman + 1)));
-    EXPECT_FALSE(bars.cbrMain.isChecked(idOf(Command::kLanguageGerman)));
-    EXPECT_FALSE(bars.cbrMain.find(idOf(Command::kStop))->enabled);
-    EXPECT_TRUE(bars.cbrMain.isChecked(idOf(Command::kShowReport)));
-}
-
 TEST_F(BarsTest, AnEntryThatIsCheckedComesBackCheckedAndNoOther) {
     std::vector<Command> kept;
     for (const CommandBar* bar : bars.all())

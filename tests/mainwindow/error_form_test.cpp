@@ -2,7 +2,6 @@
 
 #include "mainwindow/options_form.h"
 #include "support/test_scan.h"
-#include "support/whole_files.h"
 
 namespace hl::test {
 namespace {

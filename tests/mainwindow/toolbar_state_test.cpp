@@ -6,7 +6,6 @@
 #include "mainwindow/bars.h"
 #include "mainwindow/window_geometry.h"
 #include "support/test_texts.h"
-#include "support/whole_files.h"
 
 namespace hl::test {
 namespace {

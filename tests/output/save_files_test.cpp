@@ -3,7 +3,6 @@
 
 #include "support/fake_window.h"
 #include "support/test_scan.h"
-#include "support/whole_files.h"
 #include "views/list_columns.h"
 
 namespace hl::test {

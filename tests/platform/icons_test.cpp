@@ -1,8 +1,6 @@
 // Tests the table of pictures against the drawings in data/icons.
 #include "platform/icons.h"
 
-#include "support/whole_files.h"
-
 namespace {
 
 namespace fs = std::filesystem;

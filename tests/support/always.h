@@ -1,7 +1,11 @@
 // What every test has at hand: it is precompiled, and stands in front of each file (tests/CMakeLists.txt).
 #pragma once
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <array>
@@ -43,3 +47,8 @@ inline testing::AssertionResult has(std::string_view text, std::string_view part
 }
 
 }  // namespace hl::test
+
+// Folders, trees and files of the test; they use the alias above.
+#include "support/temp_dir.h"
+#include "support/trees.h"
+#include "support/whole_files.h"

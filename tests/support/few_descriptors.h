@@ -1,9 +1,7 @@
 // Makes a process run out of file descriptors.
 #pragma once
 
-#include <fcntl.h>
 #include <sys/resource.h>
-#include <unistd.h>
 
 namespace hl::test {
 

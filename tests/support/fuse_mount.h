@@ -4,11 +4,8 @@
 
 #include <signal.h>
 #include <sys/mount.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include "support/patience.h"
-#include "support/trees.h"
 
 namespace hl::test {
 

@@ -4,9 +4,6 @@
 #include <sys/socket.h>
 #include <sys/un.h>
 
-#include "support/trees.h"
-#include "support/whole_files.h"
-
 namespace hl::test {
 
 inline void makeSocket(const std::string& path) {

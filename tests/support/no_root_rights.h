@@ -3,7 +3,6 @@
 
 #include <linux/capability.h>
 #include <sys/syscall.h>
-#include <unistd.h>
 
 namespace hl::test {
 

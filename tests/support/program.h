@@ -1,20 +1,10 @@
 // Runs the program as a user would: as a separate process with a program folder of its own.
 #pragma once
 
-#include <fcntl.h>
 #include <stdio.h>
 #include <sys/resource.h>
-#include <unistd.h>
-
-#include "support/temp_dir.h"
-#include "support/trees.h"
-#include "support/whole_files.h"
 
 namespace hl::test {
-
-inline std::string readFile(const std::string& path) {
-    return contentOf(path);
-}
 
 /// Returns the output of a shell command, or an empty text if it fails.
 inline std::string outputOf(const std::string& command) {

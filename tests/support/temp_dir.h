@@ -14,14 +14,15 @@ class TempDir {
         if (!base.empty() && make(base)) return;
         if (!make(tmp != nullptr ? tmp : "/tmp")) abort();
     }
-    ~TempDir() {
-        // The library's own removal calls itself for each level, too often for a long chain of folders.
-        if (::system(("rm -rf --one-file-system '" + path_ + "'").c_str()) != 0) return;
-    }
+    ~TempDir() { remove(path_); }
     TempDir(const TempDir&) = delete;
     TempDir& operator=(const TempDir&) = delete;
 
     const std::string& path() const { return path_; }
+    /// Removes a folder. The library's own removal calls itself for each level, too often for a long chain.
+    static void remove(const std::string& folder) {
+        if (::system(("rm -rf --one-file-system '" + folder + "'").c_str()) != 0) return;
+    }
 
   private:
     bool make(std::string_view above) {

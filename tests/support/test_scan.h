@@ -11,7 +11,6 @@
 #include "support/recording_console.h"
 #include "support/scripted_pump.h"
 #include "support/test_texts.h"
-#include "support/whole_files.h"
 
 namespace hl::test {
 

@@ -4,7 +4,6 @@
 #include "app/texts.h"
 #include "platform/linux/change/files.h"
 #include "robustness/fakes.h"
-#include "support/temp_dir.h"
 
 namespace hl::test {
 

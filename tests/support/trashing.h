@@ -1,12 +1,7 @@
 // Reads the trash as another program does, and provides a place to throw files away from.
 #pragma once
 
-#include <unistd.h>
-
 #include "platform/linux/change/trash.h"
-#include "support/temp_dir.h"
-#include "support/trees.h"
-#include "support/whole_files.h"
 
 namespace hl {
 

@@ -91,24 +91,4 @@ inline void makeChain(const std::string& root, int depth, const std::string& nam
     ::close(at);
 }
 
-/// Removes what makeChain made. The library's remove_all would recurse.
-inline void removeChain(const std::string& root, int depth, const std::string& name, int beside = 0) {
-    // Each step moves the rest of the chain to the top, under the name "lifted", and empties the folder it
-    // was in.
-    const int top = openFolder(root);
-    const auto removeBeside = [&](int at) {
-        ::unlinkat(at, "f", 0);
-        for (int i = 0; i < beside; ++i) ::unlinkat(at, ("b" + std::to_string(i)).c_str(), AT_REMOVEDIR);
-    };
-    removeBeside(top);
-    for (int level = 0; level < depth && ::renameat(top, name.c_str(), top, "lifted") == 0; ++level) {
-        const int lifted = must(::openat(top, "lifted", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-        ::renameat(lifted, name.c_str(), top, name.c_str());
-        removeBeside(lifted);
-        ::close(lifted);
-        ::unlinkat(top, "lifted", AT_REMOVEDIR);
-    }
-    ::close(top);
-}
-
 }  // namespace hl::test

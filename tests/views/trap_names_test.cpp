@@ -6,16 +6,12 @@
 #include "platform/fault_signals.h"
 #include "scan/driver.h"
 #include "scan/rollup.h"
-#include "views/list_fixture.h"
-#include "views/report_view.h"
+#include "views/views_fixture.h"
 
 namespace hl::test {
 namespace {
 
-struct TrapNames : ListFixture, ReportHost {
-    CommandBar cbrReport{BarId::kReport, ""};
-    ReportView reportView{scan, options, cbrReport, window, *this, dragGuard};
-
+struct TrapNames : ViewsFixture {
     /// Returns what is reported when the first trap that `call` enters fails at once.
     std::string reportedBy(const std::function<void()>& call) {
         sink.shown.clear();
@@ -37,19 +33,6 @@ struct TrapNames : ListFixture, ReportHost {
         }
         return names;
     }
-
-    void setReportWidth(int) override {}
-    void setFirstPanel(const std::string&) override {}
-    void selectDriveOf(Row) override {}
-    void showFilesOf(const std::string&) override {}
-    void refreshPreview() override {}
-    void Preview_Reset_View() override {}
-    void deleteFolders(bool) override {}
-    void openRowsMenu(Point) override {}
-    void openColumnsMenu(GridId, Point) override {}
-    void copyPaths(const std::vector<std::string>&) override {}
-    void nameEdited(GridId, Row, const std::string&) override {}
-    void Report_ShellContextMenu(Row, const std::string&, Point) override {}
 };
 
 TEST_F(TrapNames, AreThoseOfTheRoutines) {

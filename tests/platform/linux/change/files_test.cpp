@@ -1,9 +1,6 @@
 #include "platform/linux/change/files.h"
 
 #include "support/results.h"
-#include "support/temp_dir.h"
-#include "support/trees.h"
-#include "support/whole_files.h"
 
 namespace hl::test {
 namespace {

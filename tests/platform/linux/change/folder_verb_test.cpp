@@ -1,8 +1,6 @@
 #include "platform/linux/change/folder_verb.h"
 
 #include "support/results.h"
-#include "support/temp_dir.h"
-#include "support/whole_files.h"
 
 namespace hl::test {
 namespace {

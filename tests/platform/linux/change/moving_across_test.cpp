@@ -1,9 +1,7 @@
 // Tests moving to another file system.
-#include <fcntl.h>
 #include <linux/fs.h>
 #include <sys/ioctl.h>
 #include <sys/xattr.h>
-#include <unistd.h>
 
 #include "platform/linux/change/copying.h"
 #include "platform/linux/change/moving_fixture.h"

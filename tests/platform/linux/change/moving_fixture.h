@@ -1,15 +1,10 @@
 // Things to move, places to move them to, and what is seen of them there.
 #pragma once
 
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include "platform/linux/change/moving.h"
 #include "platform/linux/process/descriptor.h"
 #include "support/kinds.h"
 #include "support/mounted.h"
-#include "support/temp_dir.h"
-#include "support/whole_files.h"
 
 namespace hl::test {
 

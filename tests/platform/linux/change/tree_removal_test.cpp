@@ -3,9 +3,6 @@
 
 #include "support/mounted.h"
 #include "support/recording_calls.h"
-#include "support/temp_dir.h"
-#include "support/trees.h"
-#include "support/whole_files.h"
 
 namespace hl::test {
 namespace {

@@ -2,9 +2,6 @@
 
 #include <poll.h>
 
-#include "support/temp_dir.h"
-#include "support/whole_files.h"
-
 namespace hl::test {
 namespace {
 

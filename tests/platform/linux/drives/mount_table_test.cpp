@@ -1,7 +1,6 @@
 #include "platform/linux/drives/mount_table.h"
 
 #include "support/fuse_mount.h"
-#include "support/temp_dir.h"
 
 namespace hl::test {
 namespace {

@@ -9,8 +9,6 @@
 #include "platform/linux/scan/file_system.h"
 #include "support/fuse_mount.h"
 #include "support/results.h"
-#include "support/temp_dir.h"
-#include "support/whole_files.h"
 
 namespace hl::test {
 namespace {

@@ -1,7 +1,6 @@
 // Tests what confined programs are refused, tried from within in many ways, and what still works there.
 #include "platform/linux/preview/preview_confinement.h"
 
-#include <fcntl.h>
 #include <linux/fs.h>
 #include <sched.h>
 #include <signal.h>
@@ -10,11 +9,6 @@
 #include <sys/resource.h>
 #include <sys/socket.h>
 #include <sys/syscall.h>
-#include <sys/wait.h>
-#include <unistd.h>
-
-#include "support/temp_dir.h"
-#include "support/whole_files.h"
 
 namespace hl::test {
 namespace {

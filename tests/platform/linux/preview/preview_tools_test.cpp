@@ -1,17 +1,12 @@
 // Tests files that are not to be read, helpers that misbehave, and folders that must not stay.
 #include "platform/linux/preview/preview_tools.h"
 
-#include <fcntl.h>
 #include <poll.h>
-#include <sys/wait.h>
 
 #include "platform/linux/preview/file_confinement.h"
 #include "platform/preview_protocol.h"
 #include "support/patience.h"
 #include "support/results.h"
-#include "support/temp_dir.h"
-#include "support/trees.h"
-#include "support/whole_files.h"
 
 namespace hl::test {
 namespace {
@@ -119,7 +114,7 @@ TEST_F(PreviewToolsTest, AConverterReachesItsInputItsOutputAndAFolderOfItsOwn) {
             output.erase(read, 7);
         EXPECT_EQ(output, hasFolder ? "own\n" : "input\n");
         EXPECT_TRUE(process->endedWell());
-        EXPECT_FALSE(std::filesystem::exists(path("made")));
+        EXPECT_FALSE(fs::exists(path("made")));
     }
 }
 
@@ -149,7 +144,7 @@ TEST_F(PreviewToolsTest, APrivateFolderGoesWithAllThatIsInIt) {
     EXPECT_EQ(numberOf(folder->write("sub/x", "x")), 0);
     EXPECT_EQ(numberOf(folder->write("none/x", "x")), ENOENT);
     folder.reset();
-    EXPECT_FALSE(std::filesystem::exists(home));
+    EXPECT_FALSE(fs::exists(home));
 }
 
 TEST_F(PreviewToolsTest, AFolderThatCannotBeMadeSaysWhy) {

@@ -1,7 +1,5 @@
 #include "platform/linux/process/console.h"
 
-#include "support/trees.h"
-
 namespace hl::test {
 namespace {
 

@@ -1,11 +1,8 @@
 #include "platform/linux/process/system_facts.h"
 
 #include <sys/utsname.h>
-#include <unistd.h>
 
 #include "platform/linux/process/system_error.h"
-#include "support/temp_dir.h"
-#include "support/whole_files.h"
 
 namespace hl::test {
 namespace {

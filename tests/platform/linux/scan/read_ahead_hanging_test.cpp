@@ -4,7 +4,6 @@
 #include "support/fuse_mount.h"
 #include "support/recording_calls.h"
 #include "support/seen_walk.h"
-#include "support/temp_dir.h"
 
 namespace hl::test {
 namespace {

@@ -2,8 +2,6 @@
 
 #include "support/recording_calls.h"
 #include "support/seen_walk.h"
-#include "support/temp_dir.h"
-#include "support/trees.h"
 
 namespace hl::test {
 namespace {
