@@ -140,25 +140,6 @@ TEST(House, EveryRoomSeesOnlyWhatItMay) {
     EXPECT_EQ(faultsBelow(HARBORLANTERN_SOURCE_DIR "/src"), std::vector<std::string>());
 }
 
-TEST(House, WrongLinesAreFound) {
-    const std::tuple<std::string, std::string, bool> cases[] = {
-        {"scan", "  #  include <sys/stat.h>  // why", true},
-        {"scan", "#include \"views/view.h\"", true},
-        {"base", "#include \"elsewhere/text.h\"", true},
-        {"", "#include \"platform/linux/scan/walk.h\"", false},
-        {"platform/linux/drives", "#include \"platform/linux/scan/walk.h\"", true},
-        {"platform/desktop", "#include <gio/gio.h>", false},
-        {"platform/desktop", "#include <QMimeData>", true},
-        {"platform/linux/process", "#include <gio/gio.h>", true},
-        {"scan", "if (errno == 2) return;", true},
-        {"platform/qt/print", "#include <cerrno>", true},
-        {"output", "#include <system_error>", true},
-        {"robustness", "#include <system_error>", false},
-        {"platform/linux/scan", "return -errno;", false}};
-    for (const auto& [room, line, wrong] : cases)
-        EXPECT_EQ(!fault(room, line).empty(), wrong) << room << ": " << line;
-}
-
 // A machine that has only the C++ library must be able to run the program, too.
 /// Returns the libraries that a file needs, up to the first point or dash: "libc", "libstdc++", "ld".
 std::set<std::string> librariesOf(const std::string& file) {

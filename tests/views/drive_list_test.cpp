@@ -44,6 +44,16 @@ struct RecordingDriveHost final : DriveListHost {
     std::vector<std::string> copied;
 };
 
+/// A numbered list of the settings.
+struct SavedList {
+    SettingsStore& store;
+    std::string_view section, suffix;
+    std::vector<std::string> now() const { return readNumberedList(store.read(), section, suffix); }
+    void become(const std::vector<std::string>& texts) {
+        store.change([&](IniText& ini) { writeNumberedList(ini, section, suffix, texts); });
+    }
+};
+
 struct DriveListTest : testing::Test, TestScan {
     DriveListTest() {
         numbers = {};
@@ -71,14 +81,8 @@ struct DriveListTest : testing::Test, TestScan {
         for (std::size_t i = 0; i < grid.rowCount(); ++i) all.emplace_back(grid.text(grid.rowAt(i)));
         return all;
     }
-    std::vector<std::string> saved() const {
-        return readNumberedList(store.read(), kSectionDriveFolders, kDriveFolderSuffix);
-    }
-    void save(const std::vector<std::string>& shares) {
-        store.change(
-            [&](IniText& ini) { writeNumberedList(ini, kSectionDriveFolders, kDriveFolderSuffix, shares); });
-    }
 
+    SavedList saved{store, kSectionDriveFolders, kDriveFolderSuffix};
     Grid grid{kDriveCells};
     ScriptedDrives drives;
     FakeWindow window;
@@ -203,9 +207,9 @@ TEST_F(DriveListTest, AddsWhatIsAUncTextAndNothingElse) {
 }
 
 TEST_F(DriveListTest, KeepsSharesInTheSettingsAndLosesThoseNotSaved) {
-    save({"\\\\a\\1", "//b/2/"});
+    saved.become({"\\\\a\\1", "//b/2/"});
     list.Drives_SaveNetworkFolders();
-    EXPECT_EQ(saved().size(), 2U) << "none was loaded yet";
+    EXPECT_EQ(saved.now().size(), 2U) << "none was loaded yet";
     list.Drives_GetAllDrives();
     list.Drives_AddUNCpath("\\\\c\\3");
     EXPECT_EQ(roots(), (std::vector<std::string>{"/", "/media/stick", "/media/stick2", "\\\\a\\1\\", "//b/2/",
@@ -219,7 +223,7 @@ TEST_F(DriveListTest, KeepsSharesInTheSettingsAndLosesThoseNotSaved) {
     list.Drives_SaveNetworkFolders();
     list.Drives_AddUNCpath("\\\\d\\4");
     list.Drives_GetAllDrives();
-    EXPECT_EQ(saved(), (std::vector<std::string>{"//b/2/", "\\\\c\\3\\"}));
+    EXPECT_EQ(saved.now(), (std::vector<std::string>{"//b/2/", "\\\\c\\3\\"}));
     EXPECT_EQ(roots().back(), "\\\\c\\3\\");
     grid.setSelected(grid.rowAt(0), true);
     list.deletePressed(false);
@@ -288,13 +292,6 @@ const std::vector<Drive> kDrives = {
 
 struct DriveCombo : testing::Test {
     std::string selected() const { return combo.selected() == nullptr ? "" : combo.selected()->text; }
-    std::vector<std::string> saved() const {
-        return readNumberedList(texts.store.read(), kSectionComboFolders, kComboFolderSuffix);
-    }
-    void save(const std::vector<std::string>& folders) {
-        texts.store.change(
-            [&](IniText& ini) { writeNumberedList(ini, kSectionComboFolders, kComboFolderSuffix, folders); });
-    }
     void load(const std::string& comboText) {
         GetAllSavedComboFolders(
             combo, texts.store, kDrives, comboText,
@@ -306,6 +303,7 @@ struct DriveCombo : testing::Test {
     }
 
     TestTexts texts;
+    SavedList saved{texts.store, kSectionComboFolders, kComboFolderSuffix};
     SourceCombo combo;
     std::vector<std::string> asked;
 };
@@ -333,7 +331,7 @@ TEST_F(DriveCombo, SelectsTheLastOfTheStoredTextAndTheRoot) {
 }
 
 TEST_F(DriveCombo, TakesBackSavedFoldersThatExistOnce) {
-    save({"/a/", "/gone/", "/net/gone/", "/a/", "/tmp/", "/b \xFF/"});
+    saved.become({"/a/", "/gone/", "/net/gone/", "/a/", "/tmp/", "/b \xFF/"});
     GetAllDrives(combo, kDrives, "/tmp/", kPosixPaths);
     load("/a/");
     std::string shown;
@@ -349,11 +347,11 @@ TEST_F(DriveCombo, SavesTheLastTenFoldersFromTheEnd) {
     for (int i = 0; i < 12; ++i) combo.addOrSelect("/f" + std::to_string(i), kPosixPaths);
     combo.add({"  ", "  ", "  ", kPictureSource});
     SaveAllComboFolders(combo, texts.store);
-    ASSERT_EQ(saved().size(), 10U);
-    EXPECT_EQ(saved().front(), "/f11/");
-    EXPECT_EQ(saved().back(), "/f2/");
+    ASSERT_EQ(saved.now().size(), 10U);
+    EXPECT_EQ(saved.now().front(), "/f11/");
+    EXPECT_EQ(saved.now().back(), "/f2/");
     SaveAllComboFolders(SourceCombo(), texts.store);
-    EXPECT_TRUE(saved().empty());
+    EXPECT_TRUE(saved.now().empty());
 }
 
 }  // namespace
