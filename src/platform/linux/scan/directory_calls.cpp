@@ -114,6 +114,18 @@ long DirectoryCalls::readLink(int folder, const char* name, char* buffer, std::s
     return got < 0 ? -errno : got;
 }
 
+// An error that the path itself has here, it has in every call.
+int DirectoryCalls::leadsToFolderHere(int folder, const char* name) {
+    if (!openat2Works.load(std::memory_order_relaxed)) return -EXDEV;
+    struct open_how how = {};
+    how.flags = O_PATH | O_DIRECTORY | O_CLOEXEC;
+    how.resolve = RESOLVE_NO_XDEV;
+    const int found = resultOf(::syscall(SYS_openat2, folder, name, &how, sizeof how));
+    if (found >= 0) return ::close(found), 1;
+    const bool isNone = found == -ENOTDIR || found == -ENOENT || found == -ELOOP || found == -EACCES;
+    return isNone ? 0 : -EXDEV;
+}
+
 int DirectoryCalls::identity(int folder, FolderId& id) {
     struct stat facts;
     const int result = resultOf(::fstat(folder, &facts));

@@ -34,6 +34,9 @@ class DirectoryCalls {
     /// system. No file system is asked.
     std::string pathOf(int folder);
     virtual long readLink(int folder, const char* name, char* buffer, std::size_t bytes);
+    /// Tells whether `name` leads to a folder, links followed, if nothing on the way leaves the mount of the
+    /// open folder: 1 or 0. Otherwise, and where the system cannot tell, it is -EXDEV.
+    virtual int leadsToFolderHere(int folder, const char* name);
     virtual int identity(int folder, FolderId& id);
     /// Continues reading entries behind the one with this cookie.
     virtual int seek(int folder, std::int64_t cookie);

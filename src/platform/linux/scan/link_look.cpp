@@ -33,6 +33,11 @@ LinkLook::LinkLook(std::shared_ptr<DirectoryCalls> calls, const std::vector<Moun
 // A folder that can hang is read by a helper, which may also ask on the same mount.
 bool LinkLook::leadsToFolder(Place& place, const char* name, const GoOn& goOn) {
     if (!someCanHang()) return isFolder(*calls_, place.folder, name);
+    if (!place.linksLeave) {
+        const int here = calls_->leadsToFolderHere(place.folder, name);
+        if (here >= 0) return here == 1;
+        place.linksLeave = true;
+    }
     std::array<char, PATH_MAX> text;
     const long got = calls_->readLink(place.folder, name, text.data(), text.size());
     if (got <= 0) return false;

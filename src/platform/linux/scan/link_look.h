@@ -1,8 +1,9 @@
 // Finds out whether a link leads to a folder, without letting a thread that reads folders hang on that.
 //
-// The table of mounts and the texts of links tell where a link leads, without a question there. A place that
-// cannot hang is then asked directly. Any other is asked by a separate thread, with a time limit; after that
-// the link counts as a link, and so does every later one that leads to that mount.
+// A link that stays on the mount of its folder costs one call, as where nothing can hang. Of others, the
+// table of mounts and the texts of links tell where they lead, without a question there. A place that cannot
+// hang is then asked directly. Any other is asked by a separate thread, with a time limit; after that the
+// link counts as a link, and so does every later one that leads to that mount.
 #pragma once
 
 #include <chrono>
@@ -34,6 +35,7 @@ class LinkLook {
         bool known = false;
         std::string path = {};         ///< Empty if it is too long for the system.
         const Mount* mount = nullptr;  ///< Set if it can hang.
+        bool linksLeave = false;       ///< A link leads to another mount; others may, too.
     };
 
     /// `name` is a link in the folder.

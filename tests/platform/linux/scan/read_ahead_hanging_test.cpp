@@ -155,6 +155,18 @@ TEST_F(ReadAheadHanging, ALinkToADiskThatDoesNotAnswerIsALinkAndItIsSaidOnce) {
     EXPECT_EQ(reader(local, 0, &stop).next(), nullptr) << "Stop is heard there too";
 }
 
+TEST_F(ReadAheadHanging, ALinkThatStaysOnItsMountIsNotAskedTwice) {
+    for (int i = 0; i < 50; ++i) {
+        const std::string name = dir_.path() + "/local/" + std::to_string(i);
+        fs::create_symlink(i % 2 == 0 ? "a/file" : "a", name);
+    }
+    const auto calls = std::make_shared<RecordingCalls>();
+    ReadAhead ahead(calls, dir_.path() + "/local", {}, hasty(0), nullptr);
+    const Seen links = walk(ahead);
+    EXPECT_EQ(std::pair(links.folders, links.files), std::pair(std::uint64_t{26}, std::uint64_t{26}));
+    EXPECT_LE(calls->looksAt["a/file"] + calls->looksAt["a"], 1) << "which is the folder itself";
+}
+
 TEST_F(ReadAheadHanging, WhatIsFollowedOntoSuchADiskIsReadByHelpersAlone) {
     fs::create_symlink(on_, dir_.path() + "/local/link");
     const ReadOptions follow{.followLinks = true};
