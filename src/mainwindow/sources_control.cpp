@@ -107,8 +107,10 @@ void SourcesControl::queueOwn() {
 void SourcesControl::handOver(const std::string& commandLine) {
     guarded(form_.services().diagnostics, {.routine = "ISubclass_WindowProc"}, [&] {
         form_.window->frame.bringToFront();
+        ScanState& state = form_.session.state;
         for (std::string& source : GetFoldersFromCommand(commandLine))
-            form_.session.state.SourceQueue.push_back(std::move(source));
+            state.DiskSilent ? lateSources_.push_back(std::move(source))
+                             : state.SourceQueue.push_back(std::move(source));
     });
     readWaiting();
 }
@@ -127,6 +129,7 @@ void SourcesControl::readWaiting() {
 void SourcesControl::runQueue() {
     const ScanState& state = form_.session.state;
     while (!state.ScanActive && !form_.closed) {
+        queueLate();
         queueDropped();
         if (state.SourceQueue.empty() || form_.closed) return;
         Ordnerliste_Abarbeiten(form_.scan);
@@ -135,10 +138,19 @@ void SourcesControl::runQueue() {
     }
 }
 
+// Whoever ends the wait for a silent disk does not mean what came since: perhaps it came because of the wait.
+void SourcesControl::queueLate() {
+    auto& queue = form_.session.state.SourceQueue;
+    for (std::string& source : std::exchange(lateSources_, {})) queue.push_back(std::move(source));
+    dropped_.insert(dropped_.end(), lateDropped_.begin(), lateDropped_.end());
+    lateDropped_.clear();
+}
+
 // --- what is dropped
 
 void SourcesControl::dropped(const std::vector<DroppedPlace>& places) {
-    dropped_.insert(dropped_.end(), places.begin(), places.end());
+    auto& to = form_.session.state.DiskSilent ? lateDropped_ : dropped_;
+    to.insert(to.end(), places.begin(), places.end());
     readWaiting();
 }
 

@@ -52,10 +52,12 @@ class SourcesControl final : public SourceEvents {
     /// Queues the sources of the program's own command line before those that were handed over meanwhile.
     void queueOwn();
     /// Queues the sources of the command line of another start, and reads them unless a command is at work.
+    /// While a disk does not answer, they wait for the end of what waits for it, and no Stop discards them.
     void handOver(const std::string& commandLine);
     /// Queues the sources and reads the queue.
     void read(const std::vector<std::string>& sources);
-    /// The run was stopped: what was dropped meanwhile is not read, as little as what waits in the queue.
+    /// The run was stopped: what was dropped meanwhile is not read, as little as what waits in the queue,
+    /// unless it came while a disk did not answer.
     void runStopped() { dropped_.clear(); }
     /// Sources may be read from now on.
     void ready() { ready_ = true; }
@@ -73,6 +75,7 @@ class SourcesControl final : public SourceEvents {
 
   private:
     void runQueue();
+    void queueLate();
     void queueDropped();
     std::string queuePlace(const DroppedPlace& place);
     void selectDroppedFiles();
@@ -80,6 +83,8 @@ class SourcesControl final : public SourceEvents {
     MainForm& form_;
     StartControl start_;
     std::vector<DroppedPlace> dropped_;      ///< What was dropped and not looked at yet.
+    std::vector<std::string> lateSources_;   ///< What was handed over while a disk did not answer.
+    std::vector<DroppedPlace> lateDropped_;  ///< The same of what was dropped.
     std::vector<std::string> droppedFiles_;  ///< Paths of files whose folders are to be read.
     bool loaded_ = false;
     bool ready_ = false;
