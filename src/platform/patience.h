@@ -34,6 +34,12 @@ class Patience {
     /// done at any later time, even after everything else has ended, so it must own whatever it touches.
     virtual bool run(const std::string& path, const std::function<void()>& work,
                      LastName last = LastName::kFollowed) = 0;
+    /// The same, but no messages run meanwhile and the wait is a few seconds at most: for what may happen
+    /// anywhere, such as a line of the log.
+    virtual bool runStill(const std::string& path, const std::function<void()>& work) = 0;
+    /// Asks each disk that may not answer for a sign of life, in the manner of run(). Returns where the first
+    /// one is mounted that gives none; empty if all answer.
+    virtual std::string silentDisk() = 0;
 };
 
 /// Returns the answer to `question`, or `none` if the disk of `path` does not answer. `patience` may be null.
@@ -44,6 +50,15 @@ Answer ask(Patience* patience, const std::string& path, Answer none, std::functi
     const auto answer = std::make_shared<std::optional<Answer>>();
     const auto work = [answer, question = std::move(question)] { answer->emplace(question()); };
     return patience->run(path, work, last) ? **std::move(answer) : std::move(none);
+}
+
+/// The same while no messages run.
+template <class Answer>
+Answer askStill(Patience* patience, const std::string& path, Answer none, std::function<Answer()> question) {
+    if (patience == nullptr) return question();
+    const auto answer = std::make_shared<std::optional<Answer>>();
+    const auto work = [answer, question = std::move(question)] { answer->emplace(question()); };
+    return patience->runStill(path, work) ? **std::move(answer) : std::move(none);
 }
 
 }  // namespace hl

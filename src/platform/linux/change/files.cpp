@@ -14,6 +14,7 @@
 #include "platform/linux/change/patient_file.h"
 #include "platform/linux/change/replacing_files.h"
 #include "platform/linux/process/descriptor.h"
+#include "platform/linux/process/helper.h"
 #include "platform/linux/process/system_error.h"
 
 namespace hl {
@@ -34,9 +35,7 @@ std::optional<std::string> beginningOf(const std::string& path, std::size_t coun
     return bytes;
 }
 
-}  // namespace
-
-Result<std::string> LinuxFiles::readWhole(const std::string& path, std::size_t limit) {
+Result<std::string> wholeOf(const std::string& path, std::size_t limit) {
     // If a pipe has the name, it is refused instead of being waited for.
     const Descriptor file = openAt(AT_FDCWD, path, O_RDONLY | O_NONBLOCK);
     std::string content;
@@ -47,14 +46,7 @@ Result<std::string> LinuxFiles::readWhole(const std::string& path, std::size_t l
     return content;
 }
 
-Result<std::unique_ptr<ReplacingFile>> LinuxFiles::replace(const std::string& path) {
-    const auto make = [path, unfinished = unfinished_, waits = waitsForReaders_] {
-        return makeReplacingFile(path, unfinished, waits);
-    };
-    return patience_ == nullptr ? make() : replacePatiently(*patience_, path, make);
-}
-
-Result<> LinuxFiles::append(const std::string& path, std::string_view bytes) {
+Result<> appendTo(const std::string& path, std::string_view bytes) {
     Descriptor file = openAt(AT_FDCWD, path, O_WRONLY | O_APPEND | O_CREAT | O_NONBLOCK, 0666);
     if (!file.isOpen()) return systemError(errno);
     const int written = writeAll(file.number(), bytes);
@@ -62,12 +54,7 @@ Result<> LinuxFiles::append(const std::string& path, std::string_view bytes) {
     return systemResult(written != 0 ? written : closed);
 }
 
-std::optional<std::string> LinuxFiles::beginning(const std::string& path, std::size_t count) {
-    return ask<std::optional<std::string>>(
-        patience_, path, std::nullopt, [path, count] { return beginningOf(path, count); }, LastName::kItself);
-}
-
-std::vector<std::string> LinuxFiles::namesIn(const std::string& folder) {
+std::vector<std::string> namesOf(const std::string& folder) {
     std::vector<std::string> names;
     std::error_code error;
     for (std::filesystem::directory_iterator at(folder, error), end; !error && at != end; at.increment(error))
@@ -76,26 +63,73 @@ std::vector<std::string> LinuxFiles::namesIn(const std::string& folder) {
     return names;
 }
 
-bool LinuxFiles::exists(const std::string& path) {
+/// A file that is locked, or why there is none.
+struct LockAttempt {
+    std::shared_ptr<Descriptor> file = {};
+    bool waited = false;  ///< Another process held it too long.
+};
+
+LockAttempt lockIn(const std::string& folder, std::chrono::seconds limit) {
+    using namespace std::chrono_literals;
+    auto file = std::make_shared<Descriptor>(
+        openAt(AT_FDCWD, folder + "/" + kLockName, O_RDWR | O_CREAT | O_NOFOLLOW | O_NONBLOCK, 0600));
     struct stat status {};
-    return stat(path.c_str(), &status) == 0;
+    if (!file->isOpen() || fstat(file->number(), &status) != 0) return {};
+    if (!S_ISREG(status.st_mode) || status.st_uid != geteuid()) return {};
+    const auto end = std::chrono::steady_clock::now() + limit;
+    while (flock(file->number(), LOCK_EX | LOCK_NB) != 0) {
+        if (errno != EWOULDBLOCK && errno != EINTR) return {};
+        if (errno == EWOULDBLOCK && std::chrono::steady_clock::now() >= end) return {.waited = true};
+        std::this_thread::sleep_for(5ms);
+    }
+    return {std::move(file)};
+}
+
+}  // namespace
+
+// What follows may concern the program's own folder, and at any time, so no messages run in a wait for it.
+
+Result<std::string> LinuxFiles::readWhole(const std::string& path, std::size_t limit) {
+    return askStill<Result<std::string>>(patience_, path, systemError(ETIMEDOUT),
+                                         [path, limit] { return wholeOf(path, limit); });
+}
+
+Result<std::unique_ptr<ReplacingFile>> LinuxFiles::replace(const std::string& path) {
+    const auto make = [path, unfinished = unfinished_, waits = waitsForReaders_] {
+        return makeReplacingFile(path, unfinished, waits);
+    };
+    return patience_ == nullptr ? make() : replacePatiently(*patience_, path, make);
+}
+
+Result<> LinuxFiles::append(const std::string& path, std::string_view bytes) {
+    return askStill<Result<>>(patience_, path, systemError(ETIMEDOUT),
+                              [path, text = std::string(bytes)] { return appendTo(path, text); });
+}
+
+std::optional<std::string> LinuxFiles::beginning(const std::string& path, std::size_t count) {
+    return ask<std::optional<std::string>>(
+        patience_, path, std::nullopt, [path, count] { return beginningOf(path, count); }, LastName::kItself);
+}
+
+std::vector<std::string> LinuxFiles::namesIn(const std::string& folder) {
+    return askStill<std::vector<std::string>>(patience_, folder, {}, [folder] { return namesOf(folder); });
+}
+
+bool LinuxFiles::exists(const std::string& path) {
+    return askStill<bool>(patience_, path, false, [path] {
+        struct stat status {};
+        return stat(path.c_str(), &status) == 0;
+    });
 }
 
 std::shared_ptr<void> LinuxFiles::lockFolderOf(const std::string& path) {
-    using namespace std::chrono_literals;
-    auto file = std::make_shared<Descriptor>(
-        openAt(AT_FDCWD, folderOf(path) + "/" + kLockName, O_RDWR | O_CREAT | O_NOFOLLOW | O_NONBLOCK, 0600));
-    struct stat status {};
-    if (!file->isOpen() || fstat(file->number(), &status) != 0) return nullptr;
-    if (!S_ISREG(status.st_mode) || status.st_uid != geteuid()) return nullptr;
-    const auto end = std::chrono::steady_clock::now() + (waitedForLock_ ? 0s : 2s);
-    while (flock(file->number(), LOCK_EX | LOCK_NB) != 0) {
-        if (errno == EWOULDBLOCK && std::chrono::steady_clock::now() >= end) waitedForLock_ = true;
-        if (waitedForLock_ || (errno != EWOULDBLOCK && errno != EINTR)) return nullptr;
-        std::this_thread::sleep_for(5ms);
-    }
-    waitedForLock_ = false;
-    return file;
+    const std::string folder = folderOf(path);
+    const std::chrono::seconds limit(waitedForLock_ ? 0 : 2);
+    const auto attempt =
+        askStill<LockAttempt>(patience_, folder, {}, [folder, limit] { return lockIn(folder, limit); });
+    waitedForLock_ = attempt.waited;
+    if (attempt.file == nullptr || patience_ == nullptr) return attempt.file;
+    return {attempt.file.get(), [file = attempt.file](void*) { closeBeside(std::move(*file)); }};
 }
 
 }  // namespace hl

@@ -23,8 +23,9 @@ class LinuxFiles : public Files {
   public:
     explicit LinuxFiles(Unfinished unfinished = Unfinished::kNameless) : unfinished_(unfinished) {}
 
-    /// Sets what is used to look into files, and to replace them, on disks that may not answer; null, as at
-    /// first, means that all disks answer. If it is set, both are for the thread of the logic only.
+    /// Sets what asks disks that may not answer; null, as at first, means that all disks answer. If it is
+    /// set, all calls are for the thread of the logic only. A disk that does not answer is kNoAnswer, or
+    /// counts as having nothing.
     void setPatience(Patience* patience) { patience_ = patience; }
     /// From now on a pipe without a reader is refused as a target (ENXIO); before, its reader is waited for.
     void refuseUnreadPipes() { waitsForReaders_ = false; }

@@ -1,5 +1,8 @@
 #include "platform/linux/drives/patience.h"
 
+#include <sys/statvfs.h>
+
+#include <algorithm>
 #include <cerrno>
 
 #include "base/scope_exit.h"
@@ -11,17 +14,39 @@ namespace {
 using std::chrono::milliseconds;
 constexpr milliseconds kUnseen{100};  // Nobody notices a wait that short.
 constexpr milliseconds kBetweenLooks{16};
+constexpr milliseconds kStill{3000};  // The window does not react that long, once for each disk.
 }  // namespace
 
 bool LinuxPatience::run(const std::string& path, const std::function<void()>& work, LastName last) {
-    const std::uint64_t disk = disks_.of(path, last);
+    return runOn(disks_.of(path, last), work, [&](Helper& helper) { return endsInTime(helper, path); });
+}
+
+bool LinuxPatience::runStill(const std::string& path, const std::function<void()>& work) {
+    return runOn(disks_.of(path), work,
+                 [this](Helper& helper) { return helper.endsWithin(std::min(limit_, kStill)); });
+}
+
+bool LinuxPatience::runOn(std::uint64_t disk, const std::function<void()>& work,
+                          const std::function<bool(Helper&)>& ends) {
     if (disk == 0) return work(), true;
     if (disks_.isSilent(disk)) return false;
     const auto helper = Helper::start([work](Whereabouts&) { work(); }, true);
     if (!helper) return false;
-    if (endsInTime(*helper, path)) return helper->rethrow(), true;
+    if (ends(*helper)) return helper->rethrow(), true;
     disks_.leaveBehind(disk, helper);
     return false;
+}
+
+// The facts of the file system are the one question that no cache of the kernel answers.
+std::string LinuxPatience::silentDisk() {
+    for (const std::string& place : disks_.places()) {
+        const auto question = [place] {
+            struct statvfs space {};
+            static_cast<void>(::statvfs(place.c_str(), &space));  // An error is an answer, too.
+        };
+        if (!run(place, question, LastName::kFollowed)) return place;
+    }
+    return {};
 }
 
 bool LinuxPatience::endsInTime(Helper& helper, const std::string& path) const {

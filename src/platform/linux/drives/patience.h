@@ -23,8 +23,13 @@ class LinuxPatience final : public Patience {
     void setWait(DiskWait* wait) { wait_ = wait; }
 
     bool run(const std::string& path, const std::function<void()>& work, LastName last) override;
+    bool runStill(const std::string& path, const std::function<void()>& work) override;
+    std::string silentDisk() override;
 
   private:
+    /// Does the work on the disk; `ends` waits for the helper that does it.
+    bool runOn(std::uint64_t disk, const std::function<void()>& work,
+               const std::function<bool(Helper&)>& ends);
     bool endsInTime(Helper& helper, const std::string& path) const;
 
     SilentDisks& disks_;

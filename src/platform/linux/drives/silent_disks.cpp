@@ -24,6 +24,13 @@ const std::vector<Mount>& SilentDisks::mounts() {
     return mounts_;
 }
 
+std::vector<std::string> SilentDisks::places() {
+    std::vector<std::string> found;
+    for (const Mount& mount : mounts())
+        if (mount.canHang) found.push_back(mount.mountPoint);
+    return found;
+}
+
 bool SilentDisks::isSilent(std::uint64_t disk) {
     const auto found = left_.find(disk);
     if (found == left_.end()) return false;

@@ -21,6 +21,8 @@ class SilentDisks {
     /// costs one call, and some more if there is a mount that can hang. Something mounted after the answer is
     /// not covered.
     std::uint64_t of(const std::string& path, LastName last = LastName::kFollowed);
+    /// Returns where disks are mounted that may not answer.
+    std::vector<std::string> places();
     /// Tells whether a helper that was abandoned still hangs there. Another one would hang too, so nobody
     /// asks that disk.
     bool isSilent(std::uint64_t disk);

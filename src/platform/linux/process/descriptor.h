@@ -24,6 +24,8 @@ class Descriptor {
     bool isOpen() const { return number_ >= 0; }
     /// Closes it. Returns a system error code: a file system that delays writing reports a failure only now.
     int close();
+    /// Gives it up without closing it.
+    int release() { return std::exchange(number_, -1); }
 
   private:
     int number_;

@@ -66,4 +66,12 @@ bool Helper::leave() {
     return !over_;
 }
 
+void closeBeside(Descriptor file) noexcept {
+    try {
+        Helper::start([number = file.release()](Whereabouts&) { Descriptor(number).close(); }, true);
+    } catch (...) {  // There is no memory for a helper.
+        file.release();
+    }
+}
+
 }  // namespace hl

@@ -11,6 +11,7 @@
 #include <mutex>
 #include <string>
 
+#include "platform/linux/process/descriptor.h"
 #include "platform/linux/process/helper_slot.h"
 
 namespace hl {
@@ -84,5 +85,9 @@ class Helper {
     bool over_ = false;
     std::exception_ptr failure_;
 };
+
+/// Closes a file on a disk that may not answer; nobody waits for that. If no helper can begin, the file stays
+/// open.
+void closeBeside(Descriptor file) noexcept;
 
 }  // namespace hl
