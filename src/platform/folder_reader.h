@@ -17,6 +17,7 @@
 
 #include "base/result.h"
 #include "platform/folder_id.h"
+#include "platform/subvolume.h"
 
 namespace hl {
 
@@ -88,6 +89,11 @@ class Listing {
     FolderKind kind = FolderKind::kPlain;
     /// The folder is not read after all, although it was entered; this is its only block, and it is empty.
     bool leftOut = false;
+    /// The folder is a read-only snapshot that is not read now (ReadOptions::putOffSnapshots); this is its
+    /// only block, and it is empty.
+    bool putOff = false;
+    /// Set in the first block of a subvolume's root, if the options ask for it.
+    std::optional<Subvolume> subvolume;
     /// The identity of the source; set in its first block.
     FolderId source;
     /// What the folder itself takes on the disk, in units of kBlockBytes; in its first block, if
@@ -134,6 +140,13 @@ struct ReadOptions {
     bool wantSpace = false;  ///< Fills the blocks and the time of the last writing.
     bool wantTimes = false;  ///< Fills all details and all attributes.
     FolderSpace folderSpace = FolderSpace::kNever;
+    bool wantSubvolumes = false;  ///< Tells which folders are roots of subvolumes.
+    /// With wantSubvolumes: read-only snapshots below the source are not read, unless a link leads to them.
+    bool putOffSnapshots = false;
+    /// If it is known: the source is read only if it is the root of this subvolume. Otherwise somebody has
+    /// put another folder in its place, which is the error of its only block.
+    SubvolumeId onlySubvolume = {};
+    bool putOffSource = false;  ///< With putOffSnapshots: the source is not read either if it is one.
     bool wantFileNames = true;  ///< If false, the names of entries that are no folders may be empty.
 };
 

@@ -25,6 +25,7 @@
 #include "platform/linux/change/found_entry.h"
 #include "platform/linux/change/opened_place.h"
 #include "platform/linux/drives/mount_table.h"
+#include "platform/linux/scan/subvolumes.h"
 
 namespace hl {
 
@@ -166,6 +167,16 @@ bool holdsMount(const Names& path, std::uint64_t id) {
                    return false;
                return isInside(placeIn(*holder, point), placeIn(*own, path));
            });
+}
+
+/// Tells whether an entry is the root of a subvolume, or a folder that holds one. `holder` is its folder.
+/// What the user may not read is not known to hold one.
+bool holdsSubvolume(const OpenedPlace& from, const FoundEntry& holder, const FoundEntry& entry) {
+    if (!isOnBtrfs(from.folder.number())) return false;
+    if (entry.device != holder.device) return true;
+    const Descriptor folder =
+        openAt(from.folder.number(), from.name, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
+    return folder.isOpen() && hl::holdsSubvolume(folder.number());
 }
 
 void appendEncoded(std::string& out, std::string_view bytes) {
@@ -385,6 +396,7 @@ RecycleError moveToTrash(const FilePlace& place, const TrashSettings& settings, 
     if (entry.mount != folder.mount) return RecycleError::kRoot;
     const std::vector<std::string> names = truePath(from, place);
     if (S_ISDIR(entry.mode) && holdsMount(names, folder.mount)) return RecycleError::kRoot;
+    if (S_ISDIR(entry.mode) && holdsSubvolume(from, folder, entry)) return RecycleError::kRoot;
     const Order order{from, entry, now, whereabouts, pathOf(place)};
     Descriptor home;
     if (openHomeTrash(settings.homeTrash, folder.mount, home) == 0) {

@@ -23,7 +23,7 @@ struct TrashSettings {
 /// Why something could not be moved to the trash. The user sees the numbers.
 enum class RecycleError : int {
     kNone = 0,
-    kRoot = 0x74,    ///< It is the root of a file system, or a mount point.
+    kRoot = 0x74,    ///< It is the root of a file system or subvolume, a mount point, or holds one.
     kAccess = 0x78,  ///< There is no right to remove it from its place.
     kNameTooLong = 0x81,
     kInvalidPath = 0x7C,  ///< It does not exist.
@@ -43,7 +43,8 @@ TrashSettings trashSettingsFromEnvironment();
 /// Moves what is at `place` to the home trash if that is (or can be made) on the same mount, else to the
 /// trash at the top of the mount, which is made if missing. The entry itself is never followed. After an
 /// error it is where it was, and the trash holds nothing new; folders made for a trash stay. A folder with
-/// something mounted on it, or below it, gives kRoot: whoever empties the trash would delete what is mounted.
+/// something mounted on it, or below it, gives kRoot, as does the root of a subvolume, or a folder with one
+/// below it: whoever empties the trash would delete that, too.
 /// `now` (may be null) receives where it is. `whereabouts` (may be null) is told before anything is
 /// changed, so that abandoned work changes nothing more.
 RecycleError moveToTrash(const FilePlace& place, const TrashSettings& settings, Moved* now = nullptr,

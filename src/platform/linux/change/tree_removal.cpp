@@ -15,6 +15,7 @@
 #include <utility>
 
 #include "platform/linux/process/system_error.h"
+#include "platform/linux/scan/subvolumes.h"
 
 namespace hl {
 
@@ -184,6 +185,15 @@ bool TreeRemoval::isLater(int folder) {
 
 // --- entries
 
+// Tells whether the folder whose first records were just read is the root of a subvolume. No other folder
+// costs a call.
+bool TreeRemoval::isSubvolume(int folder, long bytes) const {
+    const auto* first = reinterpret_cast<const Record*>(records_.get());
+    Subvolume found;
+    return bytes > 0 && std::strcmp(first->name, ".") == 0 && first->inode == kSubvolumeInode &&
+           calls_.subvolume(folder, found) >= 0;
+}
+
 // Removing while reading skips some entries on some file systems; another pass finds those. Somebody who adds
 // entries as fast as they are removed is not followed forever: a folder with more than a few entries is
 // counted, and only that many are removed.
@@ -191,6 +201,11 @@ void TreeRemoval::removeBlock() {
     Level& level = levels_.back();
     const int folder = folders_.pin(level.folder);
     const long got = folder < 0 ? folder : calls_.readEntries(folder, records_.get(), kRecordBytes);
+    if (isSubvolume(folder, got)) {
+        folders_.unpin(level.folder);
+        failed("", EBUSY);
+        return drop();
+    }
     level.atEnd = got <= 0;
     if (got < 0) failed("", static_cast<int>(-got));
     removeRecords(folder, got);

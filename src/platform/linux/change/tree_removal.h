@@ -1,9 +1,10 @@
 // Removes a folder with everything in it, relative to open folders.
 //
 // Every step names an entry of a folder that is held open, so nothing that others swap meanwhile leads out of
-// the chosen folder: what has become a link is removed as a link. Nothing recurses, and only as many folders
-// are open as OpenFolders may keep; depth and width have no limit. Memory holds the names of one block of a
-// folder's records for each level on the way, and the few that could not be removed.
+// the chosen folder: what has become a link is removed as a link, and another mount or the root of a
+// subvolume is busy and stays. Nothing recurses, and only as many folders are open as OpenFolders may keep;
+// depth and width have no limit. Memory holds the names of one block of a folder's records for each level on
+// the way, and the few that could not be removed.
 //
 // It ends even if somebody keeps adding: of each folder it removes as many entries as it had, and some
 // thousand more, and once much is removed it enters no folder that was made after the removal began (on file
@@ -59,6 +60,7 @@ class TreeRemoval {
     void enterNext();
     int openFolder(int parent, const std::string& name);
     void removeBlock();
+    bool isSubvolume(int folder, long bytes) const;
     void removeRecords(int folder, long bytes);
     void countTheRest(Level& level, int folder);
     bool isLater(int folder);

@@ -101,6 +101,11 @@ std::optional<std::uint64_t> BlockReader::ownBlocks(int folder) {
     return known ? std::optional(facts.stx_blocks) : std::nullopt;
 }
 
+std::uint64_t BlockReader::folderInode() const {
+    const auto* record = reinterpret_cast<const Record*>(records_.get());
+    return length_ > 0 && std::strcmp(record->name, ".") == 0 ? record->inode : 0;
+}
+
 // The hot loop of a scan: for each entry that is no folder one statx relative to the open folder, and nothing
 // else that enters the kernel. The type in the record saves the statx for folders.
 std::shared_ptr<const Block> BlockReader::build(int folder, const LinkLook::GoOn& goOn, bool linkSpace) {

@@ -47,6 +47,11 @@ class BlockReader {
     Fill fill(int folder);
     /// Returns what the open folder itself takes on the disk, in units of kBlockBytes.
     std::optional<std::uint64_t> ownBlocks(int folder);
+    /// Returns the folder's own inode, if the records of the last fill() begin with it; else 0. File systems
+    /// that have subvolumes begin a folder so.
+    std::uint64_t folderInode() const;
+    /// Drops the records of the last fill(), so that build() finds no entries.
+    void dropRecords() { length_ = 0; }
     /// Returns the block of the records of the last fill(), without entries that are gone by now. REQUIRES:
     /// fill() was called, and `folder` is open on the same folder. `goOn` is called while it waits for a disk
     /// to which a link leads (link_look.h).

@@ -14,6 +14,8 @@
 #include <climits>
 #include <string_view>
 
+#include "platform/linux/scan/subvolumes.h"
+
 namespace hl {
 
 namespace {
@@ -131,6 +133,10 @@ int DirectoryCalls::identity(int folder, FolderId& id) {
     const int result = resultOf(::fstat(folder, &facts));
     if (result == 0) id = {facts.st_dev, facts.st_ino};
     return result;
+}
+
+int DirectoryCalls::subvolume(int folder, Subvolume& out) {
+    return subvolumeOf(folder, out);
 }
 
 int DirectoryCalls::seek(int folder, std::int64_t cookie) {

@@ -9,6 +9,7 @@
 #include <string>
 
 #include "platform/folder_id.h"
+#include "platform/subvolume.h"
 
 struct statx;
 
@@ -38,6 +39,8 @@ class DirectoryCalls {
     /// open folder: 1 or 0. Otherwise, and where the system cannot tell, it is -EXDEV.
     virtual int leadsToFolderHere(int folder, const char* name);
     virtual int identity(int folder, FolderId& id);
+    /// As subvolumeOf(), for a folder with the inode kSubvolumeInode.
+    virtual int subvolume(int folder, Subvolume& out);
     /// Continues reading entries behind the one with this cookie.
     virtual int seek(int folder, std::int64_t cookie);
     virtual void close(int folder);

@@ -8,6 +8,7 @@
 
 #include "platform/fault_signals.h"
 #include "platform/linux/process/system_error.h"
+#include "platform/linux/scan/subvolumes.h"
 
 namespace hl {
 
@@ -93,7 +94,9 @@ void ReadAheadCore::build(ReadItem* item, Reader& reader, int descriptor, Lock& 
     const std::uint64_t waits = pace_.judges() ? calls_->timesWaited() : 0;
     const BlockReader::Fill fill = reader.blocks.fill(descriptor);
     (first && fill.nothing ? item->error : item->endError) = fill.error;
-    if (fill.more) {
+    const bool isRead = !first || learnSubvolume(item, reader, descriptor);
+    if (!isRead) reader.blocks.dropRecords();
+    if (fill.more && isRead) {
         lock.lock();
         offerRest(item, fill);
         lock.unlock();
@@ -110,6 +113,22 @@ void ReadAheadCore::build(ReadItem* item, Reader& reader, int descriptor, Lock& 
     if (pace_.judge(waited)) retiredWait_.notify_all();
     order_.putChildren(item);
     folders_.dropNeed(item->folder);
+}
+
+// Returns false if the folder is not read after all. No call is made for one that is no subvolume: its own
+// inode is in the records that were just read. A file system that can hang has none.
+bool ReadAheadCore::learnSubvolume(ReadItem* item, Reader& reader, int descriptor) {
+    const ReadOptions& options = opener_.options();
+    const bool isSource = item->folder->parent() == nullptr;
+    Subvolume found;
+    if (options.wantSubvolumes && reader.blocks.folderInode() == kSubvolumeInode && !item->canHang() &&
+        calls_->subvolume(descriptor, found) >= 0)
+        item->subvolume = found;
+    if (isSource && options.onlySubvolume.isKnown() && found.id != options.onlySubvolume)
+        item->error = ESTALE;
+    item->putOff = options.putOffSnapshots && found.readOnly && found.isSnapshot() &&
+                   !item->folder->throughLink() && (!isSource || options.putOffSource);
+    return item->error == 0 && !item->putOff;
 }
 
 // Lets another reader read the next records of a long folder while this one looks at the entries it has.

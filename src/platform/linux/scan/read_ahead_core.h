@@ -63,6 +63,7 @@ class ReadAheadCore : public std::enable_shared_from_this<ReadAheadCore> {
     void readItem(ReadItem* item, Reader& reader, Lock& lock);
     bool readLocked(ReadItem* item, Reader& reader, Lock& lock);
     void build(ReadItem* item, Reader& reader, int descriptor, Lock& lock);
+    bool learnSubvolume(ReadItem* item, Reader& reader, int descriptor);
     void offerRest(ReadItem* item, const BlockReader::Fill& fill);
     void finish(ReadItem* item);
 

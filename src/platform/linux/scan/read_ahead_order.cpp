@@ -19,6 +19,8 @@ class BlockListing final : public Listing {
         failure = item.failure;
         kind = item.folderKind;
         leftOut = item.leftOut;
+        putOff = item.putOff;
+        subvolume = item.subvolume;
         mountSource = std::move(item.mountSource);
         source = item.source;
         ownBlocks = item.ownBlocks;

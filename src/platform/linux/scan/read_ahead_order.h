@@ -33,6 +33,7 @@ struct ReadItem {
     bool givenUp = false;  ///< It is in no list any more and belongs to the helper that hangs on it.
     FolderKind folderKind = FolderKind::kPlain;
     bool leftOut = false;
+    bool putOff = false;  ///< It is a snapshot that is not read now.
     std::uint32_t nextChild = 0;
     int error = 0;
     int endError = 0;
@@ -40,6 +41,7 @@ struct ReadItem {
     std::shared_ptr<const Block> children;
     std::shared_ptr<const Block> block;
     std::string mountSource;
+    std::optional<Subvolume> subvolume;
     FolderId source;  ///< Set in the first item only.
     std::optional<std::uint64_t> ownBlocks;
     std::exception_ptr failure;

@@ -2,7 +2,7 @@
 #include "platform/linux/change/tree_removal.h"
 
 #include "support/mounted.h"
-#include "support/recording_calls.h"
+#include "support/subvolume_calls.h"
 
 namespace hl::test {
 namespace {
@@ -32,6 +32,21 @@ struct TreeRemovalTest : ::testing::Test {
 
     TempDir dir_;
 };
+
+TEST_F(TreeRemovalTest, TheRootOfASubvolumeIsBusyWhereverItLies) {
+    make({"root/a/file", "root/b/sub ro/kept", "root/b/file", "root/sub empty/", "root/z/file"});
+    SubvolumeCalls calls;
+    const Removal whole = removeTree({in("root")}, calls);
+    EXPECT_FALSE(whole.removed);
+    std::vector<int> errors = errorsOf(whole);
+    std::sort(errors.begin(), errors.end());
+    EXPECT_EQ(errors, (std::vector{EBUSY, EBUSY, ENOTEMPTY, ENOTEMPTY}));
+    EXPECT_TRUE(isThere(in("root/b/sub ro/kept")) && isThere(in("root/sub empty")));
+    for (const char* gone : {"root/a", "root/b/file", "root/z"}) EXPECT_FALSE(isThere(in(gone))) << gone;
+    const Removal itself = removeTree({in("root/sub empty")}, calls);
+    EXPECT_EQ(errorsOf(itself), std::vector{EBUSY});
+    EXPECT_TRUE(!itself.removed && !itself.vanished && isThere(in("root/sub empty")));
+}
 
 // Makes everything that may be in a folder.
 void fill(const std::string& root, const std::string& outside) {

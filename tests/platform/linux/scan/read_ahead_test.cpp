@@ -2,6 +2,7 @@
 
 #include "support/recording_calls.h"
 #include "support/seen_walk.h"
+#include "support/subvolume_calls.h"
 
 namespace hl::test {
 namespace {
@@ -41,6 +42,47 @@ TEST(ReadAhead, GivesTheSameInTheSameOrderWhoeverReads) {
     ReadAheadLimits tight = limits(3);
     tight.bytesAhead = 1;
     EXPECT_EQ(walkOnce(calls, dir.path(), tight).text, alone.text);
+}
+
+TEST(ReadAhead, ReadOnlySnapshotsArePutOffAndNoOtherFolderCostsACall) {
+    const TempDir dir("/dev/shm");
+    makeTree(dir.path(), {"a/sub ro/never/x", "sub/b/file", "c/d/sub ro/never/y", "e/"});
+    must(::symlink("a/sub ro", (dir.path() + "/link").c_str()));
+    struct Case {
+        std::string source;
+        ReadOptions options;
+        int asked;
+        std::uint64_t folders;
+        bool readsAll;
+    };
+    const Case cases[] = {
+        {dir.path(), {}, 0, 11, true},
+        {dir.path(), {.wantSubvolumes = true}, 3, 11, true},
+        {dir.path(), {.wantSubvolumes = true, .putOffSnapshots = true}, 3, 9, false},
+        {dir.path(), {.followLinks = true, .wantSubvolumes = true, .putOffSnapshots = true}, 4, 10, true},
+        {dir.path() + "/a/sub ro", {.wantSubvolumes = true, .putOffSnapshots = true}, 1, 1, true},
+        {dir.path() + "/a/sub ro",
+         {.wantSubvolumes = true, .putOffSnapshots = true, .putOffSource = true},
+         1,
+         0,
+         false},
+    };
+    for (const Case& each : cases) {
+        for (const unsigned helpers : {0U, 3U}) {
+            SubvolumeCalls calls;
+            const Seen seen = walkOnce(calls, each.source, limits(helpers), each.options);
+            EXPECT_EQ(calls.asked, each.asked) << each.source;
+            EXPECT_EQ(seen.folders, each.folders) << seen.text;
+            EXPECT_EQ(calls.opensOf["never"] > 0, each.readsAll) << seen.text;
+        }
+    }
+    for (const auto& [place, errors] : {std::pair("/a/sub ro", std::vector<int>()), {"/a", {ESTALE}}}) {
+        SubvolumeCalls calls;
+        const ReadOptions options{.wantSubvolumes = true, .onlySubvolume = {0, 1}};
+        const Seen seen = walkOnce(calls, dir.path() + place, limits(0), options);
+        EXPECT_EQ(seen.errors, errors);
+        EXPECT_EQ(seen.text.empty(), !errors.empty()) << "what stands in its place is not read";
+    }
 }
 
 TEST(ReadAhead, AFolderSwappedForALinkIsNotRead) {
