@@ -33,6 +33,7 @@ enum class LoadStep {
     // A value that makes no sense in one of these steps is replaced by the default; no other is lost.
     kAskBeforeDelete,
     kOnDisk,
+    kSnapshots,
 };
 
 /// The field that a value goes to. Its type decides how the value is read: as a whole number from 0 to 255, a
@@ -121,6 +122,7 @@ inline constexpr auto kOptionTable = [] {
         {"ColDiskVisible", "0", &Options::ColDiskVisible, kOnDisk},
         {"ColNewestVisible", "0", &Options::ColNewestVisible, kOnDisk},
         {"ReckonOnDisk", "0", &Options::ReckonOnDisk, kOnDisk},
+        {"CountSnapshots", "0", &Options::CountSnapshots, kSnapshots},
     });
 }();
 // clang-format on

@@ -135,7 +135,8 @@ class Saver {
 
 /// Tells whether the options dialog saves what is read in this step.
 bool isOfDialog(LoadStep step) {
-    return step == LoadStep::kDateFormat || step == LoadStep::kAskBeforeDelete;
+    return step == LoadStep::kDateFormat || step == LoadStep::kAskBeforeDelete ||
+           step == LoadStep::kSnapshots;
 }
 
 struct Routine {
@@ -185,6 +186,7 @@ void OptionenLadenMain(Options& options, const SettingsStore& store, Diagnostics
     };
     loadStep(LoadStep::kAskBeforeDelete);
     if (!onlyDialog) loadStep(LoadStep::kOnDisk);
+    loadStep(LoadStep::kSnapshots);
 }
 
 void loadBarOptions(Options& options, const SettingsStore& store, Diagnostics& diagnostics, OptionBar bar) {

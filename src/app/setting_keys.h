@@ -29,6 +29,7 @@ inline constexpr NumberKey kKeyLanguage{kSectionGeneral, "Lang", 0};
 inline constexpr NumberKey kKeyExplorerVerb{kSectionOptions, "Kontextmenu", 0};
 inline constexpr NumberKey kKeySingleInstance{kSectionOptions, "Instanz", 1};
 inline constexpr NumberKey kKeyAskBeforeDelete{kSectionOptions, "AskBeforeDelete", 1};
+inline constexpr NumberKey kKeyCountSnapshots{kSectionOptions, "CountSnapshots", 0};
 
 // The dialog that saves a list reads and writes this.
 inline constexpr NumberKey kKeyCsvEscapeFormulas{kSectionOptions, "CsvEscapeFormulas", 0};

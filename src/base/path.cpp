@@ -58,6 +58,12 @@ std::string joinPath(std::string_view parent, std::string_view name, const PathR
     return path.append(name);
 }
 
+bool liesIn(std::string_view path, std::string_view folder, const PathRules& rules) {
+    if (!path.starts_with(folder)) return false;
+    return path.size() == folder.size() || folder.ends_with(rules.separator) ||
+           path[folder.size()] == rules.separator;
+}
+
 bool isNetworkPath(std::string_view path) {
     const auto separator = [](char c) { return c == '/' || c == '\\'; };
     return path.size() >= 2 && path[0] == path[1] && separator(path[0]);

@@ -43,6 +43,9 @@ std::string joinPath(std::string_view parent, std::string_view name, const PathR
 /// Returns a URL such as "file:///a%20b"; every byte that is not plain in a URL is escaped. REQUIRES: an
 /// absolute path.
 std::string fileUrl(std::string_view path);
+/// Tells whether `path` is `folder` or lies below it. Neither has a separator at its end, unless `folder` is
+/// the root.
+bool liesIn(std::string_view path, std::string_view folder, const PathRules& rules);
 /// Tells whether a path begins with two separators of one kind: "//server/share" or "\\server\share".
 bool isNetworkPath(std::string_view path);
 

@@ -32,7 +32,7 @@ MainForm::MainForm(const Services& services, const WindowServices& given)
                                      {formatNumber(folders, {}, services.numbers)});
     };
     parts.cellTip = [this](GridId id, std::size_t column, Row row) {
-        return cellTip(session.grid(id), column, row, this->services().texts, this->services().numbers);
+        return cellTip(session.grid(id), column, row, this->services());
     };
     parts.emptyHint = [this](GridId id) { return lists.emptyHint(id); };
     parts.emptyButton = [this](GridId id) { return lists.emptyButton(id); };

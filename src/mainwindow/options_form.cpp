@@ -31,6 +31,8 @@ OptionsForm::OptionsForm(const Services& services, FolderVerb& verb, const std::
         chkKontextmenu.caption = texts.TL(9450, "Harborlantern im Windows Explorer Kontextmenü anzeigen");
         chkInstanz.caption = texts.TL(9451, "Nur eine Programminstanz von Harborlantern starten");
         chkAskBeforeDelete.caption = texts.TL(9806, "Vor dem Löschen für immer fragen");
+        chkCountSnapshots.caption =
+            texts.TL(9906, "Snapshots (btrfs) mitzählen, deren Ursprung in derselben Quelle liegt");
         lblDateFormat = texts.TL(9452, "Datumsformat für den Zeitstempel von Dateien:");
         cmdOK.caption = texts.TL(3610, "OK");
         cmdCancel.caption = texts.TL(3609, "Abbrechen");
@@ -39,23 +41,25 @@ OptionsForm::OptionsForm(const Services& services, FolderVerb& verb, const std::
 }
 
 Form OptionsForm::form() {
-    return {.name = kModule,
-            .caption = caption,
-            .items = {{.control = &chkKontextmenu, .changed = [this] { chkKontextmenu_Click(); }},
-                      {.control = &chkInstanz, .row = 1, .changed = [this] { chkInstanz_Click(); }},
-                      {.control = &chkAskBeforeDelete,
-                       .row = 2,
-                       .changed = [this] { chkAskBeforeDelete_Click(); }},
-                      {.control = &lblDateFormat, .row = 3},
-                      {.control = &txtDateFormat,
-                       .row = 4,
-                       .changed = [this] { txtDateFormat_Change(); },
-                       .name = lblDateFormat}},
-            .buttons = {{.control = &cmdOK, .changed = [this] { cmdOK_Click(); }},
-                        {.control = &cmdCancel, .changed = [this] { cmdCancel_Click(); }}},
-            .activated = [this] { Form_Activate(); },
-            .cancel = [this] { cmdCancel_Click(); },
-            .loaded = &loaded};
+    return {
+        .name = kModule,
+        .caption = caption,
+        .items = {{.control = &chkKontextmenu, .changed = [this] { chkKontextmenu_Click(); }},
+                  {.control = &chkInstanz, .row = 1, .changed = [this] { chkInstanz_Click(); }},
+                  {.control = &chkAskBeforeDelete,
+                   .row = 2,
+                   .changed = [this] { chkAskBeforeDelete_Click(); }},
+                  {.control = &chkCountSnapshots, .row = 3, .changed = [this] { chkCountSnapshots_Click(); }},
+                  {.control = &lblDateFormat, .row = 4},
+                  {.control = &txtDateFormat,
+                   .row = 5,
+                   .changed = [this] { txtDateFormat_Change(); },
+                   .name = lblDateFormat}},
+        .buttons = {{.control = &cmdOK, .changed = [this] { cmdOK_Click(); }},
+                    {.control = &cmdCancel, .changed = [this] { cmdCancel_Click(); }}},
+        .activated = [this] { Form_Activate(); },
+        .cancel = [this] { cmdCancel_Click(); },
+        .loaded = &loaded};
 }
 
 void OptionsForm::cmdOK_Click() {
@@ -71,9 +75,12 @@ void OptionsForm::OptionenLaden() {
     const std::string state = settings.GetSettings(verb.section, verb.key, verb.defaultValue);
     chkKontextmenu.checked = parseInteger(state) == 1;
     chkInstanz.checked = singleInstanceWanted(settings);
-    const auto& ask = kKeyAskBeforeDelete;
-    chkAskBeforeDelete.checked =
-        parseInteger(settings.GetSettings(ask.section, ask.key, ask.defaultValue)).value_or(1) != 0;
+    const auto isSet = [&](const NumberKey& key) {
+        const std::string value = settings.GetSettings(key.section, key.key, key.defaultValue);
+        return parseInteger(value).value_or(key.defaultValue) != 0;
+    };
+    chkAskBeforeDelete.checked = isSet(kKeyAskBeforeDelete);
+    chkCountSnapshots.checked = isSet(kKeyCountSnapshots);
     txtDateFormat.text = settings.GetSettings(kSectionOptions, kDateFormat, defaultDateFormat());
     ApplyExplorerVerb(chkKontextmenu.checked);
 }
@@ -83,6 +90,7 @@ void OptionsForm::OptionenSpeichern() {
         ini.set(kKeyExplorerVerb.section, kKeyExplorerVerb.key, chkKontextmenu.checked ? "1" : "0");
         ini.set(kKeySingleInstance.section, kKeySingleInstance.key, chkInstanz.checked ? "1" : "0");
         ini.set(kKeyAskBeforeDelete.section, kKeyAskBeforeDelete.key, chkAskBeforeDelete.checked ? "1" : "0");
+        ini.set(kKeyCountSnapshots.section, kKeyCountSnapshots.key, chkCountSnapshots.checked ? "1" : "0");
         ini.set(kSectionOptions, kDateFormat, txtDateFormat.text);
     });
     ApplyExplorerVerb(chkKontextmenu.checked);

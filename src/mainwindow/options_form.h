@@ -27,6 +27,7 @@ class OptionsForm {
     void chkKontextmenu_Click() { changed_ |= activated_; }
     void chkInstanz_Click() { changed_ |= activated_; }
     void chkAskBeforeDelete_Click() { changed_ |= activated_; }
+    void chkCountSnapshots_Click() { changed_ |= activated_; }
     void txtDateFormat_Change() { changed_ |= activated_; }
     /// Saves if anything was changed. A change of the number of instances takes effect at the next start. The
     /// caller must load the dialog's options again, whichever button was pressed.
@@ -34,7 +35,7 @@ class OptionsForm {
     void cmdCancel_Click() { loaded = false; }
 
     std::string caption, lblDateFormat;
-    CheckBox chkKontextmenu, chkInstanz, chkAskBeforeDelete;
+    CheckBox chkKontextmenu, chkInstanz, chkAskBeforeDelete, chkCountSnapshots;
     TextBox txtDateFormat{.text = "dd/mm/yyyy hh:nn:ss"};
     CommandButton cmdOK, cmdCancel;
     bool loaded = true;  ///< False once the form is done with.

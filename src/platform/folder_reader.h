@@ -195,6 +195,9 @@ class FileSystem {
     virtual Result<std::string> target(std::string_view path) = 0;
     /// Tells whether look() may wait as long as the disk does; a reader never does.
     virtual bool mayHang(std::string_view) { return false; }
+    /// Tells whether the blocks of files at an absolute path are counted before they are compressed. Never
+    /// waits for a disk. The answer is that of a path without links.
+    virtual bool countsBeforeCompression(std::string_view path) = 0;
 };
 
 }  // namespace hl

@@ -22,6 +22,7 @@ constexpr IconNames kIcons[] = {
     {kIconMountPoint, nullptr, "mount-point"},
     {kIconAccessError, "emblem-unreadable", "access-error"},
     {kIconIncomplete, nullptr, "incomplete"},
+    {kIconSnapshot, nullptr, "snapshot"},
     {kIconNew, "document-new", "new"},
     {kIconStart, nullptr, "start"},
     {kIconStop, "process-stop", "stop"},

@@ -20,6 +20,7 @@ enum Icon : int {
     kIconMountPoint = 62,
     kIconAccessError = 69,
     kIconIncomplete = 70,
+    kIconSnapshot = 71,
     // Commands.
     kIconNew = 100,
     kIconStart,

@@ -17,6 +17,7 @@ enum RowPicture : int {
     kPictureMountPoint = kIconMountPoint,
     kPictureAccessError = kIconAccessError,
     kPictureIncomplete = kIconIncomplete,
+    kPictureSnapshot = kIconSnapshot,
 };
 
 /// A row of the folder report: a folder, or (with IsFolder 0) the one row that stands for all files directly

@@ -15,19 +15,13 @@
 #include "scan/not_read.h"
 #include "scan/records.h"
 #include "scan/rollup.h"
+#include "scan/snapshots.h"
 #include "scan/walker.h"
 #include "scan/yield.h"
 
 namespace hl {
 
 namespace {
-
-// Tells whether `path` is `folder` or lies below it.
-bool liesIn(std::string_view path, std::string_view folder, const PathRules& paths) {
-    if (!path.starts_with(folder)) return false;
-    return path.size() == folder.size() || folder.ends_with(paths.separator) ||
-           path[folder.size()] == paths.separator;
-}
 
 bool isFolder(const Grid& report, Row row) {
     return report.number(row, kIsFolder) == 1;
@@ -183,13 +177,17 @@ void ReportChanges::folderWent(std::string_view path) {
         if (liesIn(report.text(root), path, scan_.paths)) takeOutSource(root);
         root = next;
     }
-    forEachRowOf(path, [&](Row, Row row) { takeOut(row); });
+    forEachRowOf(path, [&](Row root, Row row) {
+        takeOut(row);
+        if (forgetSubvolumes(scan_, root, path)) sources_.insert(root);
+    });
 }
 
 void ReportChanges::takeOutSource(Row root) {
     forgetBelow(root);
     sources_.erase(root);
     drives_.erase(root);
+    scan_.state.subvolumes.erase(std::string(scan_.tvwPL.text(root)));
     scan_.tvwPL.removeRow(root);
     if (scan_.tvwPL.rowCount() == 0) scan_.state.DeepestLevel = 0;
 }
@@ -249,16 +247,14 @@ void ReportChanges::folderRenamed(std::string_view from, std::string_view name) 
         if (!liesIn(was, from, scan_.paths)) continue;
         const std::string now = to + was.substr(from.size());
         report.setText(root, now);
-        if (auto id = scan_.state.sourceIds.extract(was); !id.empty()) {
-            id.key() = now;
-            scan_.state.sourceIds.insert(std::move(id));
-        }
+        renameSource(scan_.state, was, now);
     }
     forEachRowOf(from, [&](Row root, Row row) {
         if (row == root) return;
         report.setText(row, name);
         touched_.insert(report.parent(row));
     });
+    renameSubvolumes(scan_, from, to);
 }
 
 // Forgets the row and all below it, because their numbers will belong to other rows.
@@ -301,7 +297,7 @@ void ReportChanges::addFolder(Row above, std::string_view name) {
     scan_.state.DeepestLevel = std::max(scan_.state.DeepestLevel, report.level(row));
     for (Row each = above; each != kNoRow; each = report.parent(each)) add(report, each, kFolders, 1);
     if (first && files.files > 0) addFilesRow(above, files);
-    Report_ReadAgain(scan_, row);
+    readRow(row);
     touched_.insert(row);
 }
 
@@ -314,10 +310,12 @@ void ReportChanges::addFilesRow(Row row, const ScanTotals& files) {
     Report_UpdateNewest(report, made, 0);
 }
 
-// Tells whether a row's folder is read: links and other mounts are not, unless the user wants them followed.
+// Tells whether a row's folder is read: a snapshot that is left out is not, nor are links and other mounts,
+// unless the user wants them followed.
 bool ReportChanges::isEntered(Row row) const {
     const int picture = scan_.tvwPL.picture(row);
     const bool leadsElsewhere = picture == kPictureLink || picture == kPictureMountPoint;
+    if (isLeftOut(scan_.tvwPL, row)) return false;
     return scan_.tvwPL.level(row) == 0 || !leadsElsewhere || scan_.options.ScanHardlinks == 1;
 }
 
@@ -403,9 +401,16 @@ void ReportChanges::sourcesChanged(std::string_view path) {
 void ReportChanges::readAgain(Row row) {
     forgetBelow(row);
     Unfolded unfolded(scan_, row);
-    Report_ReadAgain(scan_, row);
+    readRow(row);
     unfolded.restore(row);
     touched_.insert(row);
+}
+
+void ReportChanges::readRow(Row row) {
+    Report_ReadAgain(scan_, row);
+    if (!std::exchange(scan_.state.SnapshotsMoved, false)) return;
+    while (scan_.tvwPL.level(row) > 0) row = scan_.tvwPL.parent(row);
+    sources_.insert(row);
 }
 
 bool ReportChanges::showsFoldersTwice(Row root) const {

@@ -57,6 +57,7 @@ class ReportChanges {
     void addFilesRow(Row row, const ScanTotals& files);
     bool isEntered(Row row) const;
     void readAgain(Row row);
+    void readRow(Row row);
     void forgetBelow(Row row);
     bool showsFoldersTwice(Row root) const;
     bool readFiles(Row row, const std::string& folder);

@@ -1,5 +1,6 @@
 // Reads one folder of the report again: Report_Rescan of driver.h.
 #include <optional>
+#include <utility>
 
 #include "base/date_format.h"
 #include "base/scope_exit.h"
@@ -10,6 +11,7 @@
 #include "scan/records.h"
 #include "scan/report_changes.h"
 #include "scan/rollup.h"
+#include "scan/snapshots.h"
 #include "scan/walker.h"
 
 namespace hl {
@@ -38,11 +40,11 @@ void forRowAndAbove(const Grid& report, Row row, Do&& act) {
     for (; row != kNoRow && !report.text(row).empty(); row = report.parent(row)) act(row);
 }
 
-// Restores the picture of a folder that was not read, or not wholly. If it still is not, the walk says so
-// again.
+// Restores the picture of a folder that was not read, or not wholly, or was left out. If it still is, the
+// walk says so again.
 void forgetNotRead(ScanContext& scan, Row row, const std::string& path) {
     Grid& report = scan.tvwPL;
-    if (!isNotRead(report, row)) return;
+    if (!isNotRead(report, row) && !isLeftOut(report, row)) return;
     report.setRowNote(row, "");
     if (report.level(row) == 0) {
         const SourceItem* item =
@@ -80,14 +82,14 @@ void readAgain(ScanContext& scan, Row row) {
 
 // Where names of one file count once, a scan of the source counts a file in the folder that it meets first. A
 // folder that is read alone counts it, too; and if its name went from here, another folder has to count it.
-// So the whole source is read again; the lists stay as they are. Returns the row of the folder, which is
-// another one then.
+// So the whole source is read again, as it is if the folder had the origin of a snapshot elsewhere, or has
+// one now; the lists stay as they are. Returns the row of the folder, which is another one then.
 Row readSourceToo(ScanContext& scan, Row row, double sizeBefore) {
     const Grid& report = scan.tvwPL;
-    const bool changes = scan.state.LinksMet || report.number(row, kSize) != sizeBefore;
-    if (scan.options.AddHardlinksOnlyOnce != 1 || report.level(row) == 0 || !changes ||
-        scan.state.CancelState == kCancelStop)
-        return row;
+    const bool linksMove = scan.options.AddHardlinksOnlyOnce == 1 && report.level(row) > 0 &&
+                           (scan.state.LinksMet || report.number(row, kSize) != sizeBefore);
+    const bool snapshotsMove = std::exchange(scan.state.SnapshotsMoved, false);
+    if ((!linksMove && !snapshotsMove) || scan.state.CancelState == kCancelStop) return row;
     Row root = row;
     while (report.level(root) > 0) root = report.parent(root);
     const std::string path = Report_GetFullpathOfNode(report, row, false, scan.paths);

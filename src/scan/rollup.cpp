@@ -50,6 +50,28 @@ void Report_ShowFolderKind(Grid& tvwPL, Row row, std::uint32_t tag, std::string_
     if (tag != kTagNone) tvwPL.setRowNote(row, " " + std::string(target) + " ");
 }
 
+void addTotals(ScanTotals& sum, const ScanTotals& more) {
+    sum.size += more.size;
+    sum.disk += more.disk;
+    sum.newest = std::max(sum.newest, more.newest);
+    sum.files = addCount(sum.files, more.files);
+    sum.folders = addCount(sum.folders, more.folders);
+    sum.errors = addCount(sum.errors, more.errors);
+}
+
+void Report_AddAbove(Grid& tvwPL, Row row, Row top, const ScanTotals& more) {
+    const auto add = [&](CellId cell, double value) {
+        tvwPL.setNumber(row, cell, tvwPL.number(row, cell) + value);
+    };
+    for (row = tvwPL.parent(row); row != top; row = tvwPL.parent(row)) {
+        add(kSize, more.size.asDouble());
+        add(kDisk, more.disk.asDouble());
+        add(kFiles, more.files);
+        add(kFolders, more.folders);
+        tvwPL.setNumber(row, kNewest, std::max(tvwPL.number(row, kNewest), static_cast<double>(more.newest)));
+    }
+}
+
 void addSpace(ScanTotals& totals, const EntryDetails& file, std::int64_t started, bool counts) {
     if (counts) totals.disk += SizeValue::fromBytes(file.blocks * kBlockBytes);
     if (file.written <= started) totals.newest = std::max(totals.newest, file.written);

@@ -19,6 +19,11 @@ void Report_MarkIncomplete(ScanContext& scan, Row row);
 /// Sets the picture of a folder that can be read; a link or mount gets a note that tells where it leads.
 void Report_ShowFolderKind(Grid& tvwPL, Row row, std::uint32_t tag, std::string_view target);
 
+/// Adds what was found elsewhere.
+void addTotals(ScanTotals& sum, const ScanTotals& more);
+/// Adds what was found below the row to all rows between it and `top`, both left out.
+void Report_AddAbove(Grid& tvwPL, Row row, Row top, const ScanTotals& more);
+
 /// Adds what a file takes on the disk, if it `counts`, and when it was written, unless that was after
 /// `started`.
 void addSpace(ScanTotals& totals, const EntryDetails& file, std::int64_t started, bool counts);

@@ -7,11 +7,13 @@
 #include <map>
 #include <set>
 #include <string>
+#include <utility>
 
 #include "base/collection.h"
 #include "base/size_value.h"
 #include "platform/folder_id.h"
 #include "scan/source_space.h"
+#include "scan/subvolumes_met.h"
 
 namespace hl {
 
@@ -59,6 +61,11 @@ struct ScanState {
 
     /// The folder that each source was when it was read, by the text of the source's row.
     std::map<std::string, FolderId, std::less<>> sourceIds;
+    /// The subvolumes that were met in each source, by that text too.
+    std::map<std::string, SubvolumesMet, std::less<>> subvolumes;
+    /// A folder was read again, and snapshots elsewhere in its source have lost their origin, or have one
+    /// now. Whoever reads the source again resets it.
+    bool SnapshotsMoved = false;
 
     /// Somebody may ask for the balance of a source: the walk counts for it, and NeedSpace is set.
     bool WantBalance = false;
@@ -82,5 +89,18 @@ struct ScanState {
     bool LinksMet = false;     ///< The walk met files with several names that count once.
     CStringCollection SeenLinkIds;  ///< The keys are bytes: device and inode of a file with several names.
 };
+
+/// The row of a source has another text now.
+inline void renameSource(ScanState& state, const std::string& from, const std::string& to) {
+    const auto rename = [&](auto& kept) {
+        auto entry = kept.extract(from);
+        if (entry.empty()) return;
+        entry.key() = to;
+        kept.insert(std::move(entry));
+    };
+    rename(state.sourceIds);
+    rename(state.subvolumes);
+    rename(state.sourceSpace);
+}
 
 }  // namespace hl

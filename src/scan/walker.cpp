@@ -20,6 +20,7 @@
 #include "scan/list_handover.h"
 #include "scan/records.h"
 #include "scan/rollup.h"
+#include "scan/snapshots.h"
 #include "scan/yield.h"
 
 namespace hl {
@@ -41,15 +42,6 @@ std::string linkKey(const Entry& entry) {
     return key;
 }
 
-void addTotals(ScanTotals& sum, const ScanTotals& more) {
-    sum.size += more.size;
-    sum.disk += more.disk;
-    sum.newest = std::max(sum.newest, more.newest);
-    sum.files = addCount(sum.files, more.files);
-    sum.folders = addCount(sum.folders, more.folders);
-    sum.errors = addCount(sum.errors, more.errors);
-}
-
 // All rows below a folder share its grey.
 void shade(ScanContext& scan, Row row) {
     if (scan.options.FolderColorFade != 1) return;
@@ -58,9 +50,12 @@ void shade(ScanContext& scan, Row row) {
 
 class FolderWalk final : public ScanProgress {
   public:
-    /// `levelsAbove` is the level of the row that the folder is read into.
-    FolderWalk(ScanContext& scan, const std::string& path, std::uint32_t levelsAbove)
+    /// The folder is read into `row`. `before` was found in the source already.
+    FolderWalk(ScanContext& scan, const std::string& path, Row row, SnapshotReading& snapshots,
+               const ScanTotals& before = {})
         : scan_(scan),
+          snapshots_(snapshots),
+          before_{before.files, before.folders, before.size.asDouble()},
           yield_(scan.state, scan.pump),
           wait_(yield_, scan.pump, [this] { tellOfWait(scan_, path_); }),
           filesText_(scan.tvwPL.keepText(scan.texts.TL(3514, "Dateien"))),
@@ -70,11 +65,12 @@ class FolderWalk final : public ScanProgress {
           skipLinks_(scan.options.NoHardlinks != 0) {
         ReadOptions options;
         options.followLinks = follow_;
-        options.levelsAbove = levelsAbove;
+        options.levelsAbove = scan.tvwPL.level(row);
         options.wantLinks = scan.state.NeedLinkCount;
         options.wantSpace = scan.state.NeedSpace;
-        if (scan.state.counting != nullptr) scan.state.counting->choose(options, levelsAbove == 0);
+        if (scan.state.counting != nullptr) scan.state.counting->choose(options, options.levelsAbove == 0);
         options.wantTimes = options.wantFileNames = !scan.state.SilentRun;
+        snapshots.choose(options);
         reader_ = scan.fileSystem.read(ToLongPath(path, scan.paths), options, &wait_);
     }
 
@@ -119,6 +115,8 @@ class FolderWalk final : public ScanProgress {
     void endByFault();
 
     ScanContext& scan_;
+    SnapshotReading& snapshots_;
+    const ScanCounts before_;
     Yield yield_;
     ReaderWait wait_;
     std::unique_ptr<FolderReader> reader_;
@@ -178,7 +176,7 @@ std::unique_ptr<Listing> FolderWalk::nextListing() {
 }
 
 ScanCounts FolderWalk::soFar() const {
-    ScanCounts sum;
+    ScanCounts sum = before_;
     for (const Level& level : levels_)
         for (const ScanTotals* part : {&level.files, &level.totals}) {
             sum.files += part->files;
@@ -216,6 +214,7 @@ void FolderWalk::enterSource(Row row) {
         scan_.state.sourceIds.insert_or_assign(std::string(report.text(row)), first->source);
         if (scan_.state.counting != nullptr) scan_.state.counting->isWholeDisk = first->ownBlocks.has_value();
     }
+    if (first != nullptr) snapshots_.entered(*first, path_, row);
     enter(row, std::move(first), false, {});
 }
 
@@ -320,6 +319,7 @@ void FolderWalk::folderEntry(const Entry& entry) {
     level.totals.folders = addCount(level.totals.folders, 1);
     const Row row = addFolderRow(name, isReparse ? lastTag_ : kTagNone, leadsTo);
     if (!isRead) return folderDone(row, isReparse, leadsTo);
+    snapshots_.entered(*pending_, path_, row);
     enter(row, std::move(pending_), isReparse, leadsTo);
 }
 
@@ -432,7 +432,12 @@ void FolderWalk::addFilesRow(const Level& level) {
 }  // namespace
 
 void Report_ScanFolders(ScanContext& scan, const std::string& path, Row row, ScanTotals& totals) {
-    totals = FolderWalk(scan, path, scan.tvwPL.level(row)).run(row);
+    SnapshotReading snapshots(scan, row, path);
+    totals = FolderWalk(scan, path, row, snapshots).run(row);
+    while (const auto putOff = snapshots.next())
+        snapshots.wasRead(
+            *putOff, FolderWalk(scan, putOff->path, putOff->row, snapshots, totals).run(putOff->row), totals);
+    snapshots.finish();
 }
 
 }  // namespace hl

@@ -1,6 +1,9 @@
 #include "views/cell_tip.h"
 
 #include "base/size_text.h"
+#include "scan/file_columns.h"
+#include "scan/records.h"
+#include "scan/rollup.h"
 #include "views/drive_list.h"
 #include "views/size_display.h"
 
@@ -21,21 +24,36 @@ std::string inAllUnits(SizeValue size, const NumberFormat& numbers) {
     return lines;
 }
 
+// Rows of the report and of the lists of files have that cell, by the same key.
+bool isBeforeCompression(const Grid& grid, CellId cell, Row row, const Services& services) {
+    if (cell != grid.cell(kFolderCells[kDisk].key)) return false;
+    const CellId folder = grid.cell(kFileCells[kFilePath].key);
+    return services.fileSystem.countsBeforeCompression(
+        folder == kNoCell ? Report_GetFullpathOfNode(grid, row, false, services.paths)
+                          : std::string(grid.cellText(row, folder)));
+}
+
+std::string sizeTip(const Grid& grid, CellId cell, Row row, const Services& services) {
+    if (!(grid.number(row, cell) > 0)) return {};
+    std::string tip = inAllUnits(sizeIn(grid, row, cell), services.numbers);
+    if (isBeforeCompression(grid, cell, row, services))
+        tip += "\n" + services.texts.TL(9907, "vor Komprimierung");
+    return tip;
+}
+
 }  // namespace
 
-std::string cellTip(const Grid& grid, std::size_t column, Row row, const Texts& texts,
-                    const NumberFormat& numbers) {
+std::string cellTip(const Grid& grid, std::size_t column, Row row, const Services& services) {
     const GridColumn& of = grid.columns()[column];
     const CellId cell = grid.cell(of.key);
     const bool isSize = cell != kNoCell && grid.cells().isSize(cell);
     if (!isSize && (!of.barColor || of.barBehind)) return {};
-    std::string tip =
-        isSize && grid.number(row, cell) > 0 ? inAllUnits(sizeIn(grid, row, cell), numbers) : "";
+    std::string tip = isSize ? sizeTip(grid, cell, row, services) : "";
     const CellId reserved = grid.cell(kDriveCells[kRsize].key);
     if (reserved == kNoCell || !(grid.number(row, reserved) > 0)) return tip;
     if (!tip.empty()) tip += "\n";
-    return tip +
-           texts.TL(9722, "Reserviert: %1", {FormatSizeAuto(sizeIn(grid, row, reserved), true, numbers)});
+    const SizeValue size = sizeIn(grid, row, reserved);
+    return tip + services.texts.TL(9722, "Reserviert: %1", {FormatSizeAuto(size, true, services.numbers)});
 }
 
 }  // namespace hl

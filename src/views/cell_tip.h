@@ -3,15 +3,14 @@
 
 #include <string>
 
-#include "app/texts.h"
-#include "base/number_format.h"
+#include "app/services.h"
 #include "grid/grid.h"
 
 namespace hl {
 
-/// Returns a size in all units, a line for each. Of a drive, its sizes and bars also tell what is reserved.
-/// Empty for a cell without a text, and for all others. REQUIRES: the column exists.
-std::string cellTip(const Grid& grid, std::size_t column, Row row, const Texts& texts,
-                    const NumberFormat& numbers);
+/// Returns a size in all units, a line for each. What is taken on the disk also tells if the file system
+/// counts it before it compresses. Of a drive, its sizes and bars also tell what is reserved. Empty for a
+/// cell without a text, and for all others. REQUIRES: the column exists.
+std::string cellTip(const Grid& grid, std::size_t column, Row row, const Services& services);
 
 }  // namespace hl

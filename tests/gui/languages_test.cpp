@@ -120,7 +120,7 @@ struct LanguagesTest : WindowTest, testing::WithParamInterface<Language> {
 
 TEST_P(LanguagesTest, NoDialogCutsATextOff) {
     using enum Command;
-    lookAt("frmOptionen", 6, [&] { s.click(kOptions); });
+    lookAt("frmOptionen", 7, [&] { s.click(kOptions); });
     lookAt("frmInfo", 10, [&] { s.click(kInfo); });
     s.scan(at("src"));
     lookAt("frmSave", 16, [&] { s.click(kReportSave); });

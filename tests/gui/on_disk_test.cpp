@@ -57,6 +57,9 @@ TEST_F(OnDiskTest, AFolderTakesWhatDuSaysAndKnowsItsNewestChange) {
     EXPECT_EQ(shown(kReportDisk, "below"), "");
     EXPECT_EQ(shown(kReportDisk, "src"), formatCount(static_cast<std::uint64_t>(truthOf("src")), kGerman));
     EXPECT_NE(shown(kReportNewest, "src"), "");
+    s().fileSystem.compresses = true;
+    const auto tip = s().form().form().parts.cellTip;
+    EXPECT_TRUE(tip(GridId::kReport, kReportDisk, s().row("src")).ends_with("\nvor Komprimierung"));
 }
 
 TEST_F(OnDiskTest, ReckoningWithTheDiskTurnsSharesAndOrderAndIsKept) {

@@ -153,6 +153,23 @@ TEST_F(WindowFilesTest, ASettingThatMakesNoSenseIsReportedAndCostsNoOther) {
     }
 }
 
+TEST_F(WindowFilesTest, TheChoiceToCountSnapshotsIsKept) {
+    for (const auto& [before, after] :
+         {std::pair("", "1"), {"CountSnapshots=1", "0"}, {"CountSnapshots=x", "1"}}) {
+        setSettings("[Optionen]\r\n" + std::string(before));
+        Session s(home.path());
+        s.start();
+        s.answers.add([](QDialog& dialog) {
+            test::pressIn(dialog, "Snapshots (btrfs) mitzählen, deren Ursprung in derselben Quelle liegt");
+            test::pressIn(dialog, "OK");
+        });
+        s.click(Command::kOptions);
+        EXPECT_EQ(std::to_string(s.form().form().session.options.CountSnapshots), after);
+        s.frame().close();
+        EXPECT_EQ(IniText(contentOf(ini())).find("Optionen", "CountSnapshots"), after) << before;
+    }
+}
+
 TEST_F(WindowFilesTest, AnErrorBeforeTheSourcesAreLoadedCostsNoneOfThem) {
     setSettings("[Optionen]\r\nComboText=/usr\r\n[ComboOrdner]\r\n0O=/tmp\r\n1O=/usr\r\n");
     Session s(home.path());

@@ -37,10 +37,14 @@ class PausingFileSystem final : public FileSystem {
     explicit PausingFileSystem(Patience& patience);
     std::function<void(int block)> beforeBlock, beforeFiles;
     std::function<void()> beforeLook = [] {};
+    bool compresses = false;
 
     std::unique_ptr<FolderReader> read(std::string_view source, const ReadOptions& options,
                                        WaitCallback* wait) override;
     bool mayHang(std::string_view path) override { return disk_.mayHang(path); }
+    bool countsBeforeCompression(std::string_view path) override {
+        return compresses || disk_.countsBeforeCompression(path);
+    }
     Result<PathFacts> look(std::string_view path) override;
     Result<std::string> target(std::string_view path) override { return disk_.target(path); }
 

@@ -30,7 +30,8 @@ TEST(Icons, EachNumberHasADrawingOfItsOwn) {
     std::vector<int> numbers = {hl::kIconDriveRemovable, hl::kIconDriveFixed,  hl::kIconDriveNetwork,
                                 hl::kIconDriveDisc,      hl::kIconDriveOther,  hl::kIconSource,
                                 hl::kIconFolder,         hl::kIconLink,        hl::kIconFilesRow,
-                                hl::kIconMountPoint,     hl::kIconAccessError, hl::kIconIncomplete};
+                                hl::kIconMountPoint,     hl::kIconAccessError, hl::kIconIncomplete,
+                                hl::kIconSnapshot};
     for (int command = hl::kIconNew; command <= hl::kIconLast; ++command) numbers.push_back(command);
     std::set<std::string> used;
     for (const int number : numbers) {

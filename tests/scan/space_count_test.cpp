@@ -24,6 +24,7 @@ class AsWholeDisk final : public FileSystem {
     }
     Result<PathFacts> look(std::string_view path) override { return disk_.look(path); }
     Result<std::string> target(std::string_view path) override { return disk_.target(path); }
+    bool countsBeforeCompression(std::string_view) override { return false; }
     bool honest = false;
 
   private:

@@ -15,6 +15,7 @@ struct Item {
     EntryDetails details = {};
     std::string target = {};  ///< The target of a link, or what is mounted.
     bool isMount = false;
+    std::optional<Subvolume> subvolume = {};  ///< Set if it is the root of one.
     std::vector<Item> items = {};
     // How the folder is read.
     int error = 0;
@@ -91,6 +92,8 @@ class FakeFileSystem : public FileSystem {
         return item->target;
     }
 
+    bool countsBeforeCompression(std::string_view) override { return false; }
+
     /// Returns the item of a full path; null if there is none.
     Item* find(std::string_view path) {
         if (path.starts_with("\\\\?\\")) path.remove_prefix(4);
@@ -157,7 +160,12 @@ class FakeReader : public FolderReader {
     bool isLeftOut(const Open& open) const {
         return open.item->isMount && open_.size() > 1 && !options_.followLinks;
     }
-    bool isShut(const Open& open) const { return open.item->error != 0 || isLeftOut(open); }
+    bool isPutOff(const Open& open) const {
+        const Item& item = *open.item;
+        return options_.putOffSnapshots && item.subvolume && item.subvolume->readOnly &&
+               item.subvolume->isSnapshot() && !item.isLink() && (open_.size() > 1 || options_.putOffSource);
+    }
+    bool isShut(const Open& open) const { return open.item->error != 0 || isLeftOut(open) || isPutOff(open); }
     std::size_t entriesOf(const Open& open) const { return isShut(open) ? 0 : open.item->items.size(); }
 
     /// Returns null after the last block.
@@ -193,6 +201,8 @@ class FakeReader : public FolderReader {
         if (item.entryError != 0) block->entryError = systemError(item.entryError);
         if (!block->more && item.endError != 0) block->endError = systemError(item.endError);
         block->leftOut = isLeftOut(open);
+        block->putOff = isPutOff(open);
+        if (options_.wantSubvolumes && open.block == 1) block->subvolume = item.subvolume;
         if (item.isMount && open_.size() > 1) {
             block->kind = FolderKind::kMountRoot;
             block->mountSource = item.target;

@@ -49,6 +49,9 @@ class PatientFileSystem final : public FileSystem {
         return disk_->read(source, options, wait);
     }
     bool mayHang(std::string_view path) override { return disk_->mayHang(path); }
+    bool countsBeforeCompression(std::string_view path) override {
+        return disk_->countsBeforeCompression(path);
+    }
     Result<PathFacts> look(std::string_view path) override;
     Result<std::string> target(std::string_view path) override;
 

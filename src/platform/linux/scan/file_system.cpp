@@ -80,4 +80,10 @@ Result<std::string> LinuxFileSystem::target(std::string_view path) {
     return systemError(static_cast<int>(-got));
 }
 
+bool LinuxFileSystem::countsBeforeCompression(std::string_view path) {
+    const std::vector<Mount> mounts = readMountTable();
+    const Mount* mount = mountOf(mounts, path);
+    return mount != nullptr && mount->kind == "btrfs";
+}
+
 }  // namespace hl

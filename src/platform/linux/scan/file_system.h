@@ -25,6 +25,7 @@ class LinuxFileSystem final : public FileSystem {
     std::unique_ptr<FolderReader> read(std::string_view source, const ReadOptions& options,
                                        WaitCallback* wait) override;
     bool mayHang(std::string_view path) override { return canHang(std::string(path)); }
+    bool countsBeforeCompression(std::string_view path) override;
     Result<PathFacts> look(std::string_view path) override;
     Result<std::string> target(std::string_view path) override;
 

@@ -102,7 +102,7 @@ void ReadAheadCore::build(ReadItem* item, Reader& reader, int descriptor, Lock& 
         lock.unlock();
     }
     const bool ownBlocks = opener_.wantsOwnBlocks();
-    if (first && ownBlocks) item->ownBlocks = reader.blocks.ownBlocks(descriptor);
+    if (first && ownBlocks && isRead) item->ownBlocks = reader.blocks.ownBlocks(descriptor);
     item->block = reader.blocks.build(
         descriptor, [this, &reader] { return goOnReading(reader); }, ownBlocks);
     const bool tookLong = Clock::now() - start > kQuickBlock + kQuickEntry * item->block->entries.size();
