@@ -90,6 +90,7 @@ BalanceRole roleOf(BalanceLine line) {
             return BalanceRole::kSum;
         case BalanceLine::kTrash:
         case BalanceLine::kNotRead:
+        case BalanceLine::kSnapshots:
             return BalanceRole::kOfWhich;
         case BalanceLine::kUsedBefore:
         case BalanceLine::kReserved:
@@ -120,6 +121,9 @@ std::vector<BalanceEntry> balanceOf(const SourceSpace& space, const std::optiona
     lines.addIfAny(BalanceLine::kTrash, besides.trash);
     if (besides.notRead > 0)
         lines.put({.line = BalanceLine::kNotRead, .unknown = Unknown::kNotTold, .folders = besides.notRead});
+    if (besides.snapshots > 0)
+        lines.put(
+            {.line = BalanceLine::kSnapshots, .unknown = Unknown::kNotTold, .folders = besides.snapshots});
     if (space.before) lines.add(BalanceLine::kUsedBefore, space.before->used);
     if (space.after) lines.add(BalanceLine::kReserved, space.after->reserved);
     return lines.take();

@@ -30,6 +30,7 @@ enum class BalanceLine : std::uint8_t {
     kUsed,
     kTrash,
     kNotRead,
+    kSnapshots,
     kUsedBefore,
     kReserved,
 };
@@ -47,15 +48,16 @@ struct BalanceEntry {
     BalanceLine line = BalanceLine::kFound;
     std::int64_t bytes = 0;  ///< Only the rest may be negative; a figure that is subtracted is positive.
     Unknown unknown = Unknown::kNo;  ///< Why the figure is missing, or with kHeld why there may be more.
-    std::uint32_t folders = 0;       ///< Of kNotRead, whose bytes nobody knows.
+    std::uint32_t folders = 0;       ///< Of kNotRead and kSnapshots, whose bytes nobody knows.
     std::string program = {};        ///< Of kHeldBy, as the system has it, in any bytes.
     std::int64_t process = 0;        ///< Of kHeldBy.
 };
 
 /// What the report tells besides.
 struct BalanceBesides {
-    std::uint64_t trash = 0;    ///< Bytes on the disk.
-    std::uint32_t notRead = 0;  ///< Folders.
+    std::uint64_t trash = 0;      ///< Bytes on the disk.
+    std::uint32_t notRead = 0;    ///< Folders.
+    std::uint32_t snapshots = 0;  ///< Those that are left out since their origin is in the source.
 };
 
 enum class BalanceState : std::uint8_t {

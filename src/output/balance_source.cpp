@@ -7,15 +7,29 @@
 #include "scan/records.h"
 #include "scan/report_changes.h"
 #include "scan/rollup.h"
+#include "scan/snapshots.h"
 
 namespace hl {
 
 namespace {
 
+std::uint32_t snapshotsLeftOut(const ScanContext& scan, Row source) {
+    std::uint32_t count = 0;
+    const auto met = scan.state.subvolumes.find(scan.tvwPL.text(source));
+    if (met == scan.state.subvolumes.end()) return 0;
+    for (const auto& [id, subvolume] : met->second.all()) {
+        const Row row = rowOfFolder(scan.tvwPL, source, subvolume.path, scan.paths);
+        if (row != kNoRow && isLeftOut(scan.tvwPL, row)) ++count;
+    }
+    return count;
+}
+
 BalanceBesides besidesOf(const ScanContext& scan, Row source) {
     double trash = 0;
     for (const Row row : trashRows(scan, source)) trash += scan.tvwPL.number(row, kDisk);
-    return {.trash = static_cast<std::uint64_t>(trash), .notRead = foldersNotRead(scan.tvwPL, source)};
+    return {.trash = static_cast<std::uint64_t>(trash),
+            .notRead = foldersNotRead(scan.tvwPL, source),
+            .snapshots = snapshotsLeftOut(scan, source)};
 }
 
 /// Notes whether the wait was given up, which the answer does not tell.

@@ -43,15 +43,17 @@ constexpr LineWords kLineWords[] = {
     {BalanceLine::kTiny, "tiny", TL(9881, "Kleine Dateien in den Verwaltungsdaten"),
      TL(9896, "Dateien bis 2.048 Bytes liegen in den Verwaltungsdaten des Dateisystems und sind dort schon gezählt.")},
     {BalanceLine::kRest, "rest", TL(9882, "Rest"),
-     TL(9897, "Was keine Zeile erklärt: Änderungen während des Einlesens, Unlesbares, Unbekanntes; auf btrfs auch Komprimierung, geteilte und überschriebene Bereiche.")},
+     TL(9897, "Was keine Zeile erklärt: Änderungen während des Einlesens, Unlesbares, Unbekanntes; auf btrfs auch Snapshots, Komprimierung, geteilte und überschriebene Bereiche.")},
     {BalanceLine::kUsed, "used", TL(9883, "Belegt laut Dateisystem"),
-     TL(9898, "Vom Dateisystem am Ende des Einlesens erfragt.")},
+     TL(9898, "Vom Dateisystem am Anfang und am Ende des Einlesens erfragt. Ein Unterschied zeigt, dass währenddessen geschrieben wurde.")},
     {BalanceLine::kTrash, "trash", TL(9884, "davon im Papierkorb"),
      TL(9899, "Was im Papierkorb auf diesem Datenträger liegt. Es ist in den Zeilen darüber enthalten.")},
     {BalanceLine::kNotRead, "not_read", TL(9885, "davon nicht lesbar: %1 Ordner"),
      TL(9900, "Ordner, die nicht oder nicht ganz gelesen wurden. Was darin liegt, steckt im Rest.")},
+    {BalanceLine::kSnapshots, "snapshots", TL(9901, "davon Snapshots, nicht gezählt: %1"),
+     TL(9897, "Was keine Zeile erklärt: Änderungen während des Einlesens, Unlesbares, Unbekanntes; auf btrfs auch Snapshots, Komprimierung, geteilte und überschriebene Bereiche.")},
     {BalanceLine::kUsedBefore, "used_before", TL(9886, "Belegt vor dem Einlesen"),
-     TL(9901, "Vom Dateisystem am Anfang des Einlesens erfragt. Ein Unterschied zeigt, dass währenddessen geschrieben wurde.")},
+     TL(9898, "Vom Dateisystem am Anfang und am Ende des Einlesens erfragt. Ein Unterschied zeigt, dass währenddessen geschrieben wurde.")},
     {BalanceLine::kReserved, "reserved", TL(9887, "Für root reserviert"),
      TL(9902, "Ein Teil des freien Platzes, den nur root belegen darf. Er zählt nicht als belegt.")},
 };
@@ -109,7 +111,7 @@ void appendLineJson(std::string& out, const BalanceEntry& entry) {
         appendJsonString(out, entry.program);
         out.append(",\"process\":").append(std::to_string(entry.process));
     }
-    if (entry.line == BalanceLine::kNotRead)
+    if (entry.line == BalanceLine::kNotRead || entry.line == BalanceLine::kSnapshots)
         out.append(",\"folders\":").append(std::to_string(entry.folders));
     out += '}';
 }

@@ -77,8 +77,10 @@ TEST(Balance, AddsUpToWhatIsUsedWhateverIsKnown) {
     EXPECT_TRUE(
         linesOf(shrunk, SpaceFacts()).ends_with("rest -4576, used 20000, used_before 90000, reserved 7000"));
     shrunk.after.reset();
-    EXPECT_TRUE(linesOf(shrunk, SpaceFacts(), {.trash = 5, .notRead = 2})
-                    .ends_with("rest null?, used null?, trash 5, not_read null?, used_before 90000"));
+    EXPECT_TRUE(
+        linesOf(shrunk, SpaceFacts(), {.trash = 5, .notRead = 2, .snapshots = 3})
+            .ends_with(
+                "rest null?, used null?, trash 5, not_read null?, snapshots null?, used_before 90000"));
 }
 
 TEST(Balance, LeavesOutWhatOnlyCoversAFile) {
