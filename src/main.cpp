@@ -43,6 +43,7 @@
 #include "platform/linux/process/system_facts.h"
 #include "platform/linux/scan/file_system.h"
 #include "platform/linux/space/disk_space.h"
+#include "platform/linux/space/freed_surveys.h"
 #include "platform/linux/space/open_files.h"
 #include "start/program_core.h"
 #include "start/usage.h"
@@ -260,11 +261,13 @@ int Program::openWindow(LinuxInstances& instances, bool& restart) {
                                     .programFolders = {folderOf(executable_), places_.own},
                                     .trash = trashSettingsFromEnvironment()},
                                    &disks);
+    LinuxFreedSurveys surveys(std::make_shared<DirectoryCalls>(), std::make_shared<LinuxOpenFiles>(), &disks);
     LinuxPreviewTools previewTools(folderOf(executable_), facts_.environment("PATH"),
                                    facts_.environment("TMPDIR"), places_.own, &disks);
-    WindowForm frmMain(
-        core_.services(fileSystem, &diskSpace_),
-        core_.windowServices(drives, verb, operations, Init_Textbausteine(core_.texts().languageId())));
+    WindowServices own =
+        core_.windowServices(drives, verb, operations, Init_Textbausteine(core_.texts().languageId()));
+    own.surveys = &surveys;
+    WindowForm frmMain(core_.services(fileSystem, &diskSpace_), own);
     core_.app().cancelState = [&frmMain] { return frmMain.state().CancelState; };
     patience.setWait(&frmMain.diskWait());
     frmMain.parts().patience = &patience;

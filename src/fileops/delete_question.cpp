@@ -2,9 +2,11 @@
 
 #include <algorithm>
 #include <set>
+#include <utility>
 
 #include "base/size_text.h"
 #include "base/text.h"
+#include "fileops/freed_texts.h"
 #include "scan/file_columns.h"
 #include "scan/records.h"
 #include "scan/rollup.h"
@@ -52,6 +54,7 @@ ToDelete foldersOf(const FileOps& ops, const std::vector<Row>& rows) {
         const std::string path = pathOf(row);
         if (liesBelow(path, paths) || !told.insert(path).second) continue;
         what.names.emplace_back(report.text(row));
+        what.paths.push_back(path);
         const int picture = report.picture(row);
         if (picture == kPictureLink || picture == kPictureMountPoint) continue;
         what.files += report.number(row, kFiles);
@@ -61,7 +64,7 @@ ToDelete foldersOf(const FileOps& ops, const std::vector<Row>& rows) {
 }
 
 ToDelete filesOf(const ListView& list) {
-    ToDelete what;
+    ToDelete what{.paths = list.menuPaths()};
     const Grid& grid = list.grid();
     for (const Row row : grid.selectedRows()) {
         what.names.emplace_back(grid.text(row));
@@ -69,6 +72,13 @@ ToDelete filesOf(const ListView& list) {
         what.bytes += grid.number(row, kFileSize);
     }
     return what;
+}
+
+std::unique_ptr<FreedSurvey> beginSurvey(const FileOps& ops, const ToDelete& what) {
+    if (ops.surveys == nullptr) return nullptr;
+    std::vector<FilePlace> places;
+    for (const std::string& path : what.paths) places.push_back(placeOf(ops.scan, path));
+    return ops.surveys->begin(std::move(places));
 }
 
 bool wantsToDelete(const FileOps& ops, const ToDelete& what) {
@@ -83,8 +93,11 @@ bool wantsToDelete(const FileOps& ops, const ToDelete& what) {
                                   ? texts.TL(9804, "%1 Ordner mit %2 Datei(en), %3, für immer löschen?",
                                              {formatCount(what.names.size(), numbers), files, bytes})
                                   : texts.TL(9805, "%1 Datei(en), %2, für immer löschen?", {files, bytes});
+    const auto survey = beginSurvey(ops, what);
+    const FreedTexts freed{texts, numbers};
+    const auto live = [&] { return freed.summary(survey->figures()); };
     return ops.window.dialogs.confirm(asked + "\n" + countedNames(what, texts, numbers),
-                                      texts.TL(9271, "Löschen"));
+                                      texts.TL(9271, "Löschen"), survey ? Dialogs::LiveText(live) : nullptr);
 }
 
 }  // namespace hl

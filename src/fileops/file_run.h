@@ -12,6 +12,7 @@
 
 namespace hl {
 
+class FreedSurveys;
 class UndoSteps;
 
 /// What a command asks of the rest of the main form.
@@ -40,6 +41,7 @@ struct FileOps {
     const Window& window;
     FileOpsHost& host;
     UndoSteps& undo;
+    FreedSurveys* surveys = nullptr;  ///< Null if nobody tells what a delete gives back.
 };
 
 /// Lives as long as a command works. Meanwhile nothing else may begin, so rows stay where they are.

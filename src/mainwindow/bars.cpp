@@ -15,7 +15,9 @@ constexpr int kKeyF1 = 112;
 constexpr int kFunctionKeys = 12;
 
 int keyCodeOf(std::string_view key) {
+    constexpr std::string_view kShift = "Shift+";
     if (key.empty()) return 0;
+    if (key.starts_with(kShift)) return keyCodeOf(key.substr(kShift.size())) | kKeyWithShift;
     const auto number = key.front() == 'F' ? parseInteger(key.substr(1)) : std::nullopt;
     if (number && *number >= 1 && *number <= kFunctionKeys) return kKeyF1 - 1 + static_cast<int>(*number);
     return static_cast<unsigned char>(upperCase(key).front());

@@ -87,6 +87,21 @@ constexpr RowText kShowBalance = TL(9866, "Woraus sich zusammensetzt, was das Da
 constexpr RowText kSplit = TL(9279, "Teilung");
 constexpr RowText kTurnSplit = TL(9280, "Fensterteilung umschalten");
 
+/// In the bars of what can be deleted, with ids from 540 on.
+constexpr CommandRow comesBack(BarId bar) {
+    constexpr int kComesBackId = 540;
+    return {.command = commandOf(bar, kComesBackId),
+            .kind = kButton,
+            .caption = TL(9830, "Was kommt zurück?"),
+            .tooltip = TL(9831, "Was zurückkommt, wenn das Ausgewählte für immer gelöscht wird"),
+            .icon = kIconOnDisk,
+            .key = bar == BarId::kMain ? "" : "Shift+B",
+            .run = &C::comesBack,
+            .parent = bar == BarId::kMain ? kMenuOfSelectedFolders : kNone,
+            .needs = bar == BarId::kMain ? Needs::kNothing : Needs::kSelection,
+            .rank = kGoesEarly};
+}
+
 constexpr CommandRow unfold(int levels) {
     const RowText name =
         levels == 1 ? TL(9239, "1 Ordnerebene aufklappen") : TL(9240, "%1 Ordnerebenen aufklappen");
@@ -203,6 +218,7 @@ constexpr auto kMainRows = rows({
     {kQuit, kButton, TL(3557, "Beenden"), TL(9226, "Programm beenden"), kIconQuit, kGroup, "Q", &C::quit},
     {kDeleteFolders, kButton, TL(3780, "Markierte Ordner löschen"), {}, kIconDelete, kSame, {}, &C::deleteFolders, {}, kMenuOfSelectedFolders},
     {kRecycleFolders, kButton, TL(3781, "Markierte Ordner in den Papierkorb verschieben"), {}, kIconRecycle, kGroup, {}, &C::recycleFolders, {}, kMenuOfSelectedFolders},
+    comesBack(BarId::kMain),
     {kShowNotRead, kButton, TL(9809, "Nicht gelesene Ordner"), {}, kIconAccessError, kSame, {}, &C::showNotRead, {}, kMenuOfStatus},
 });
 
@@ -215,6 +231,7 @@ constexpr auto kReportRows = joined(rows({
     unfold(1), unfold(2), unfold(3), unfold(4), unfold(5), unfold(6), unfold(7), unfold(8), unfold(9), unfold(10),
     withSelection({kReportRemove, kButton, TL(9241, "Entfernen"), TL(9242, "Ausgewählte Quelle entfernen"), kIconRemove, kGroup, {}, &C::reportRemove}),
     withRows({kReportRemoveAll, kButton, TL(9243, "Alle entfernen"), TL(9244, "Alle Quellen entfernen"), kIconRemoveAll, kSame, {}, &C::reportRemoveAll}),
+    comesBack(BarId::kReport),
     withRows({kReportSave, kButton, kSave, TL(9245, "Ordnerliste in eine Textdatei speichern"), kIconSave, kGroup, "S", &C::reportSave}),
     withRows({kReportPrint, kButton, kPrint, TL(9246, "Ordnerliste drucken"), kIconPrint, kGroup, "P", &C::reportPrint}),
 }), columns<kReportTable>(&C::reportColumn), rows({
@@ -240,6 +257,7 @@ constexpr auto kFilesRows = joined(rows({
     {kFilesRefresh, kButton, kRefresh, TL(9270, "Dateiliste neu einlesen"), kIconRefresh, kGroup, {}, &C::listOwnCommand},
     withSelection({kFilesDelete, kButton, kDelete, kDeleteFiles, kIconDelete, kGroup, {}, &C::listDelete}),
     withSelection({kFilesRecycle, kButton, kRecycle, kRecycleFiles, kIconRecycle, kSame, {}, &C::listRecycle}),
+    comesBack(BarId::kFiles),
     {kFilesIcons, kButton, kSymbols, kShowSymbols, kIconSymbols, kGroup, {}, &C::listIcons, toggles<&Options::ShowIcons>},
     {kFilesFullView, kButton, kFullView, kHideOtherLists, kIconFullView, kGroup, {}, &C::fullView},
     {kFilesPreview, kButton, kPreview, kShowPreview, kIconPreview, kSame, {}, &C::listPreview, toggles<&Options::FilePreview>},
@@ -257,6 +275,7 @@ constexpr auto kTopRows = joined(rows({
     {kTopCount, kEdit, {}, TL(9297, "Anzahl der Dateien in der Liste"), -1, kGroup, {}, nullptr, {}, {}, 0, kCountWidth},
     withSelection({kTopDelete, kButton, kDelete, kDeleteFiles, kIconDelete, kGroup, {}, &C::listDelete}),
     withSelection({kTopRecycle, kButton, kRecycle, kRecycleFiles, kIconRecycle, kSame, {}, &C::listRecycle}),
+    comesBack(BarId::kTop),
     {kTopIcons, kButton, kSymbols, kShowSymbols, kIconSymbols, kGroup, {}, &C::listIcons, toggles<&Options::ShowIconsTop>},
     {kTopFullView, kButton, kFullView, kHideOtherLists, kIconFullView, kGroup, {}, &C::fullView},
     {kTopPreview, kButton, kPreview, kShowPreview, kIconPreview, kSame, {}, &C::listPreview, toggles<&Options::FilePreviewTOP>},
@@ -272,6 +291,7 @@ constexpr auto kHardlinksRows = joined(rows({
     withRows({kHardlinksAnalyze, kButton, TL(9300, "Analysieren"), TL(9301, "Hardlinks sortieren und farblich abgrenzen"), kIconAnalyze, kGroup, {}, &C::listOwnCommand}),
     withSelection({kHardlinksDelete, kButton, kDelete, kDeleteFiles, kIconDelete, kGroup, {}, &C::listDelete}),
     withSelection({kHardlinksRecycle, kButton, kRecycle, kRecycleFiles, kIconRecycle, kSame, {}, &C::listRecycle}),
+    comesBack(BarId::kHardlinks),
     {kHardlinksIcons, kButton, kSymbols, kShowSymbols, kIconSymbols, kGroup, {}, &C::listIcons, toggles<&Options::ShowIconsHardlinks>},
     {kHardlinksFullView, kButton, kFullView, kHideOtherLists, kIconFullView, kGroup, {}, &C::fullView},
     {kHardlinksPreview, kButton, kPreview, kShowPreview, kIconPreview, kSame, {}, &C::listPreview, toggles<&Options::HardlinkPreview>},

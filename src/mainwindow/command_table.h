@@ -53,7 +53,8 @@ struct CommandRow {  // NOLINT(clang-analyzer-optin.performance.Padding)
     RowText tooltip = {};  ///< If it is empty, the caption is shown.
     int icon = -1;         ///< -1 means none.
     Group group = Group::kGoesOn;
-    /// "F1" to "F12", or a character that is pressed with Ctrl; empty for none.
+    /// "F1" to "F12", or a character that is pressed with Ctrl ("B") or with Ctrl and Shift ("Shift+B");
+    /// empty for none.
     std::string_view key = {};
     void (*run)(MainForm& form, const CommandRow& row) = nullptr;
     KeptOption kept = {};

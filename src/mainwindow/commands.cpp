@@ -11,6 +11,7 @@
 #include "scan/driver.h"
 #include "scan/rollup.h"
 #include "views/list_columns.h"
+#include "views/report_columns.h"
 
 namespace hl::commands {
 
@@ -149,6 +150,11 @@ void deleteFolders(MainForm& form, const CommandRow& /*row*/) {
 
 void recycleFolders(MainForm& form, const CommandRow& /*row*/) {
     form.files.deleteFolders(false);
+}
+
+void comesBack(MainForm& form, const CommandRow& row) {
+    const BarId bar = barOf(row.command);
+    form.files.showComesBack(bar == BarId::kMain ? GridId::kReport : hl::gridOf(bar));
 }
 
 void takeBack(MainForm& form, const CommandRow& /*row*/) {

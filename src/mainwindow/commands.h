@@ -30,6 +30,7 @@ void quit(MainForm& form, const CommandRow& row);
 void deleteFolders(MainForm& form, const CommandRow& row);
 void recycleFolders(MainForm& form, const CommandRow& row);
 void takeBack(MainForm& form, const CommandRow& row);
+void comesBack(MainForm& form, const CommandRow& row);
 void showNotRead(MainForm& form, const CommandRow& row);
 
 // --- several views

@@ -52,6 +52,10 @@ void recycle(const MenuTarget& on) {
 void deleteForGood(const MenuTarget& on) {
     remove(on, false);
 }
+void comesBack(const MenuTarget& on) {
+    if (on.grid != GridId::kReport) return on.form.files.showComesBack(on.grid);
+    on.form.files.showComesBack(foldersOf(on.form.files.ops(), {on.row}));
+}
 void showInFolder(const MenuTarget& on) {
     const FileOps ops = on.form.files.ops();
     Menus(ops).showInFolder(on.paths.front());
@@ -79,6 +83,7 @@ void unfold(const MenuTarget& on, bool unfolds) {
 constexpr OwnEntry kReportMenu[] = {
     {1, TL(9573, "Ordner in den Papierkorb verschieben"), kIconRecycle, isNoSource, recycle, "Del"},
     {2, TL(9574, "Ordner löschen"), kIconDelete, isNoSource, deleteForGood, "Shift+Del"},
+    {2, TL(9830, "Was kommt zurück?"), kIconOnDisk, isNoSource, comesBack, "Ctrl+Shift+B"},
     {3, TL(9575, "Ordner umbenennen"), -1, isNoSource, [](const MenuTarget& on) { on.form.report.view().KeyUp(kKeyF2); }, "F2"},
     {4, TL(9576, "Alle Unterordner zuklappen"), -1, always, [](const MenuTarget& on) { unfold(on, false); }},
     {4, TL(9577, "Alle Unterordner aufklappen"), -1, always, [](const MenuTarget& on) { unfold(on, true); }},
@@ -97,6 +102,7 @@ constexpr OwnEntry kDriveMenu[] = {
 constexpr OwnEntry kListMenu[] = {
     {1, TL(9580, "Datei(en) in den Papierkorb verschieben"), kIconRecycle, hasFiles, recycle, "Del"},
     {2, TL(9581, "Datei(en) löschen"), kIconDelete, hasFiles, deleteForGood, "Shift+Del"},
+    {2, TL(9830, "Was kommt zurück?"), kIconOnDisk, hasFiles, comesBack, "Ctrl+Shift+B"},
     {3, TL(9582, "Datei umbenennen"), -1, isOneFile, [](const MenuTarget& on) { on.form.lists.of(on.grid)->KeyUp(kKeyF2); }, "F2"},
     {4, TL(9583, "Dateipfad öffnen"), -1, isOneFile, showInFolder},
     {4, TL(9756, "In der Ordnerliste zeigen"), -1, isOne, showInReport},

@@ -6,6 +6,7 @@
 #include "fileops/menus.h"
 #include "fileops/renaming.h"
 #include "fileops/take_back.h"
+#include "mainwindow/comes_back_form.h"
 #include "mainwindow/context_menus.h"
 #include "mainwindow/main_form.h"
 #include "robustness/trap.h"
@@ -24,7 +25,7 @@ std::string withoutSlash(std::string path) {
 }  // namespace
 
 FileOps FilesControl::ops() {
-    return {form_.scan, form_.own.operations, *form_.window, *this, undo_};
+    return {form_.scan, form_.own.operations, *form_.window, *this, undo_, form_.own.surveys};
 }
 
 // --- menus
@@ -90,6 +91,23 @@ void FilesControl::deleteFolders(bool forGood) {
 
 void FilesControl::deleteFiles(GridId list, bool forGood) {
     form_.sources.duringCommand([&] { List_DeleteFiles(ops(), *form_.lists.of(list), !forGood); });
+}
+
+void FilesControl::showComesBack(GridId grid) {
+    form_.sources.duringCommand([&] {
+        const bool folders = grid == GridId::kReport;
+        showComesBack(folders ? foldersOf(ops(), form_.session.tvwPL.selectedRows())
+                              : filesOf(*form_.lists.of(grid)));
+    });
+}
+
+void FilesControl::showComesBack(const ToDelete& what) {
+    if (what.paths.empty() || form_.session.state.ScanActive) return;
+    guarded(form_.services().diagnostics, {.routine = "ComesBack"}, [&] {
+        ComesBackForm frmComesBack(form_.services(), what, beginSurvey(ops(), what));
+        Form form = frmComesBack.form();
+        form_.window->dialogs.showForm(form);
+    });
 }
 
 void FilesControl::takeBack() {

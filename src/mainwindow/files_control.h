@@ -5,6 +5,7 @@
 #include <functional>
 #include <string>
 
+#include "fileops/delete_question.h"
 #include "fileops/file_run.h"
 #include "fileops/undo_steps.h"
 #include "output/format_choice.h"
@@ -31,6 +32,9 @@ class FilesControl final : public FileOpsHost, public SaveDialog {
     /// These act on what is selected; without `forGood` it goes to the trash.
     void deleteFolders(bool forGood);
     void deleteFiles(GridId list, bool forGood);
+    /// Shows what comes back if what is selected is deleted.
+    void showComesBack(GridId grid);
+    void showComesBack(const ToDelete& what);
     void takeBack();
     /// The command that takes back can be chosen if there is something to take back.
     void showCanTakeBack();

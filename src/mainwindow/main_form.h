@@ -23,6 +23,7 @@
 #include "platform/drives.h"
 #include "platform/file_operations.h"
 #include "platform/folder_verb.h"
+#include "platform/freed_space.h"
 #include "platform/window.h"
 
 namespace hl {
@@ -41,7 +42,8 @@ struct WindowServices {
     std::function<void(const Window*, MessagePump*)> windowThere;
     /// Is called when the user sees the window: messages that waited for that can be shown now.
     std::function<void()> windowShown = {};
-    bool portable = true;  ///< True if no package installed the program.
+    bool portable = true;             ///< True if no package installed the program.
+    FreedSurveys* surveys = nullptr;  ///< Null if nobody tells what a delete gives back.
 };
 
 struct MainForm {

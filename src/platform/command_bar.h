@@ -23,6 +23,9 @@ enum class EntryKind : std::uint8_t {
 
 constexpr int kNoIcon = 9999;
 
+/// Is added to a virtual key code.
+constexpr int kKeyWithShift = 0x100;
+
 struct BarEntry {
     int id = 0;  ///< Unique within its bar; 0 for a label.
     EntryKind kind = EntryKind::kButton;
@@ -34,7 +37,7 @@ struct BarEntry {
     bool visible = true;
     bool enabled = true;
     int key = 0;            ///< The virtual key code of its accelerator: a function key alone, any other key
-                            ///< with Ctrl.
+                            ///< with Ctrl, and one plus kKeyWithShift with Ctrl and Shift.
     std::string text = {};  ///< The text in an edit box.
     std::vector<BarEntry> list = {};  ///< The entries below a split or menu button, or in a popup.
     bool showsCaption = false;        ///< The caption stands beside the icon, unless all captions are below

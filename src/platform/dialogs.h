@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -25,13 +26,16 @@ struct MenuEntry {
 
 class Dialogs {
   public:
+    using LiveText = std::function<std::string()>;
+
     virtual ~Dialogs() = default;
     virtual void showForm(Form& form) = 0;
     /// Returns true for yes; Return alone does not mean that. A message that is no question has one button.
     virtual bool message(MessageKind kind, const std::string& text) = 0;
     /// Asks before something that cannot be undone. `action` is the caption of the button that does it;
-    /// the other one, which is the default, cancels. Returns true if it is to be done.
-    virtual bool confirm(const std::string& text, const std::string& action) = 0;
+    /// the other one, which is the default, cancels. Returns true if it is to be done. `live` (may be null)
+    /// returns a text that is shown below; it is called some ten times a second until the answer.
+    virtual bool confirm(const std::string& text, const std::string& action, const LiveText& live) = 0;
     /// Returns an empty text if the user cancelled.
     virtual std::string askText(const std::string& prompt, const std::string& preset) = 0;
     virtual std::string askFolder(const std::string& title, const std::string& start) = 0;

@@ -101,6 +101,9 @@ struct Form {
     /// The window sets it while it shows the form. A routine of the form that no control called must call it,
     /// if it is set, after it has changed a control.
     std::function<void()> redraw = {};
+    /// Is called some twenty times a second while the form is shown, and returns whether it changed a
+    /// control: for figures that grow meanwhile.
+    std::function<bool()> polled = {};
     const std::string* title = nullptr;  ///< A caption that changes while the form is shown; null if it does
                                          ///< not.
     bool* loaded = nullptr;

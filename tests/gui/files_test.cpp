@@ -163,11 +163,11 @@ TEST_F(FilesTest, TheMenuOfAFolderFoldsAndDeletesItAndTheNumbersFollow) {
     EXPECT_FALSE(there("src/sub/deep"));
     expectNumbersOfAFreshScan();
     EXPECT_TRUE(has(protocol(), "GELÖSCHT: " + at("src/sub/deep") + "\r\n"));
-    const Names own(menu.entries().end() - 13, menu.entries().end());
-    EXPECT_EQ(own,
-              (Names{"-", "Ordner in den Papierkorb verschieben", "-", "Ordner löschen", "-",
-                     "Ordner umbenennen", "-", "Alle Unterordner zuklappen", "Alle Unterordner aufklappen",
-                     "-", "Ordner neu einlesen", "-", "Terminal hier öffnen"}));
+    const Names own(menu.entries().end() - 14, menu.entries().end());
+    EXPECT_EQ(
+        own, (Names{"-", "Ordner in den Papierkorb verschieben", "-", "Ordner löschen", "Was kommt zurück?",
+                    "-", "Ordner umbenennen", "-", "Alle Unterordner zuklappen",
+                    "Alle Unterordner aufklappen", "-", "Ordner neu einlesen", "-", "Terminal hier öffnen"}));
 }
 
 TEST_F(FilesTest, AFolderThatHoldsTheHomeStaysAndTheUserIsToldWhy) {
@@ -299,10 +299,10 @@ TEST_F(FilesTest, AListsMenuIsForOneOrForSeveral) {
     {
         const MenuAnswer menu("Datei umbenennen");
         rightClick(list, list.grid().rowAt(0));
-        const Names own(menu.entries().end() - 10, menu.entries().end());
-        EXPECT_EQ(own, (Names{"-", "Datei(en) in den Papierkorb verschieben", "-", "Datei(en) löschen", "-",
-                              "Datei umbenennen", "-", "Dateipfad öffnen", "In der Ordnerliste zeigen",
-                              "Terminal hier öffnen"}));
+        const Names own(menu.entries().end() - 11, menu.entries().end());
+        EXPECT_EQ(own, (Names{"-", "Datei(en) in den Papierkorb verschieben", "-", "Datei(en) löschen",
+                              "Was kommt zurück?", "-", "Datei umbenennen", "-", "Dateipfad öffnen",
+                              "In der Ordnerliste zeigen", "Terminal hier öffnen"}));
         auto* box = list.viewport()->findChild<QLineEdit*>();
         ASSERT_NE(box, nullptr);
         s().key(*box, Qt::Key_Escape);
@@ -310,7 +310,7 @@ TEST_F(FilesTest, AListsMenuIsForOneOrForSeveral) {
     selectFirst(list, 2);
     MenuAnswer menu("Datei(en) löschen");
     rightClick(list, list.grid().rowAt(0));
-    EXPECT_EQ(menu.entries().back(), "Datei(en) löschen");
+    EXPECT_EQ(menu.entries().back(), "Was kommt zurück?");
     EXPECT_EQ(ListSession::names(list), (Names{"c.txt"}));
 }
 

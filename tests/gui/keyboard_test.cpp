@@ -201,8 +201,10 @@ TEST_F(KeyboardTest, EveryAcceleratorPressesItsCommandFromWhereverTheFocusIs) {
         for (const auto& [code, executed] : keys) {
             place->setFocus();
             events.told.clear();
-            const bool function = code >= 112;
-            key(function ? Qt::Key_F1 + code - 112 : code, function ? Qt::NoModifier : Qt::ControlModifier);
+            const bool shift = (code & kKeyWithShift) != 0, function = code >= 112 && !shift;
+            const auto with = shift ? Qt::ControlModifier | Qt::ShiftModifier
+                                    : Qt::KeyboardModifiers(function ? Qt::NoModifier : Qt::ControlModifier);
+            key(function ? Qt::Key_F1 + code - 112 : code & ~kKeyWithShift, with);
             // In a box, Ctrl+Z takes back what was typed, and on some systems Ctrl+D removes a character.
             const QKeySequence control(Qt::ControlModifier | static_cast<Qt::Key>(code));
             const bool edits = QKeySequence::keyBindings(QKeySequence::Delete).contains(control);

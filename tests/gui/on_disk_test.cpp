@@ -4,6 +4,7 @@
 #include <cstdio>
 
 #include "gui/files_fixture.h"
+#include "views/report_columns.h"
 
 namespace hl {
 namespace {

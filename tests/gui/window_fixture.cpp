@@ -138,6 +138,7 @@ Logic::Logic(const std::string& home, const Addresses& addresses) : home_(home) 
         core_.windowThere(window, pump, mail);
         if (window != nullptr && onThere) onThere();
     };
+    services.surveys = &surveys_;
     form_.emplace(core_.services(fileSystem, &diskSpace_), services);
     form_->parts().dataFolder = HARBORLANTERN_SOURCE_DIR "/data";
     form_->parts().desktop = &desktop;

@@ -16,6 +16,7 @@
 #include "platform/linux/process/system_facts.h"
 #include "platform/linux/scan/file_system.h"
 #include "platform/linux/space/disk_space.h"
+#include "platform/linux/space/freed_surveys.h"
 #include "platform/linux/space/open_files.h"
 #include "platform/qt/window/main_window.h"
 #include "platform/qt/window/qt_pump.h"
@@ -150,6 +151,8 @@ class Logic {
                          }}};
     LinuxDiskSpace diskSpace_{std::make_shared<LinuxOpenFiles>()};
     NoFolderVerb verb_;
+    LinuxFreedSurveys surveys_{std::make_shared<DirectoryCalls>(), std::make_shared<LinuxOpenFiles>(),
+                               &disks};
     PausingOperations operations_{
         {.home = userHome(), .programFolders = {home_}, .trash = {machine_.path() + "/Trash", ::geteuid()}},
         disks};

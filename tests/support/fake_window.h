@@ -86,7 +86,7 @@ struct FakeDialogs : Dialogs {
         all.calls.push_back(text);
         return true;
     }
-    bool confirm(const std::string& text, const std::string& action) override {
+    bool confirm(const std::string& text, const std::string& action, const LiveText&) override {
         all.calls.push_back(action + ": " + text);
         return all.confirms;
     }

@@ -118,10 +118,12 @@ int handledKey(const QKeyEvent& event) {
 }
 
 QKeySequence acceleratorOf(int key) {
-    const int qt = qtKey(key);
+    const bool shift = (key & kKeyWithShift) != 0;
+    const int qt = qtKey(key & ~kKeyWithShift);
     if (qt == 0) return {};
     const bool alone = key >= kF1 && key <= kF24;
-    return QKeySequence(alone ? qt : (qt | static_cast<int>(Qt::CTRL)));
+    const int with = static_cast<int>(Qt::CTRL) | (shift ? static_cast<int>(Qt::SHIFT) : 0);
+    return QKeySequence(alone ? qt : (qt | with));
 }
 
 }  // namespace hl

@@ -31,8 +31,8 @@ QFont desktopFont(int largerBy);
 int virtualKey(const QKeyEvent& event);
 /// Returns the virtual key code if it is one of KeyCode; 0 for any other key.
 int handledKey(const QKeyEvent& event);
-/// Returns the keys that press a BarEntry::key: a function key alone, others with Ctrl. Empty for 0 and for a
-/// code without a key.
+/// Returns the keys that press a BarEntry::key: a function key alone, others with Ctrl, or with Ctrl and
+/// Shift. Empty for 0 and for a code without a key.
 QKeySequence acceleratorOf(int key);
 
 }  // namespace hl

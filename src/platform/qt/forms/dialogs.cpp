@@ -13,6 +13,7 @@
 #include <QMimeDatabase>
 #include <QPushButton>
 #include <QScreen>
+#include <QTimer>
 
 #include "base/text.h"
 #include "platform/qt/common/qt_convert.h"
@@ -119,11 +120,23 @@ bool showMessage(QWidget* parent, const DialogTexts& texts, MessageKind kind, co
     return box.clickedButton() == yes || !question;
 }
 
-bool askToConfirm(QWidget* parent, const DialogTexts& texts, const std::string& text,
-                  const std::string& action) {
-    QMessageBox box(QMessageBox::Warning, texts.name, shownLines(text), QMessageBox::NoButton, parent);
+// The text below is there from the start, so that the box has its size.
+bool askToConfirm(QWidget* parent, const DialogTexts& texts, const Confirmation& what,
+                  const std::function<std::string()>& live) {
+    constexpr int kBetweenTexts = 100;  // Milliseconds.
+    QMessageBox box(QMessageBox::Warning, texts.name, shownLines(what.text), QMessageBox::NoButton, parent);
     box.setTextFormat(Qt::PlainText);
-    const auto* yes = box.addButton(qtText(action), QMessageBox::AcceptRole);
+    QTimer timer;
+    const auto showLive = [&] {
+        const QString text = shownLines(live());
+        if (box.informativeText() != text) box.setInformativeText(text);
+    };
+    if (live) {
+        showLive();
+        QObject::connect(&timer, &QTimer::timeout, &box, showLive);
+        timer.start(kBetweenTexts);
+    }
+    const auto* yes = box.addButton(qtText(what.action), QMessageBox::AcceptRole);
     auto* no = box.addButton(texts.cancel, QMessageBox::RejectRole);
     box.setEscapeButton(no);
     box.setDefaultButton(no);

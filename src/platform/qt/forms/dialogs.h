@@ -3,6 +3,7 @@
 #pragma once
 
 #include <QDialog>
+#include <functional>
 #include <optional>
 #include <string>
 
@@ -18,9 +19,15 @@ struct DialogTexts {
 
 /// Returns true for yes, and for a message that is no question.
 bool showMessage(QWidget* parent, const DialogTexts& texts, MessageKind kind, const std::string& text);
-/// Returns true if the button with the caption `action` was pressed; the other one is the default.
-bool askToConfirm(QWidget* parent, const DialogTexts& texts, const std::string& text,
-                  const std::string& action);
+struct Confirmation {
+    std::string text;
+    std::string action;  ///< The caption of the button that does it.
+};
+
+/// Returns true if the button that does it was pressed; the other one is the default. `live` (may be null)
+/// must not throw.
+bool askToConfirm(QWidget* parent, const DialogTexts& texts, const Confirmation& what,
+                  const std::function<std::string()>& live);
 /// Returns an empty text if the user cancelled.
 std::string askForText(QWidget* parent, const DialogTexts& texts, const std::string& prompt,
                        const std::string& preset);

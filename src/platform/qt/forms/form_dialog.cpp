@@ -330,6 +330,7 @@ void FormDialog::follow() {
             QApplication::restoreOverrideCursor();
         }
     }
+    if (form_.polled && !isClosed() && isVisible() && form_.polled()) refresh();
     if (form_.title != nullptr) setWindowTitle(qtText(*form_.title));
     if (isClosed() && isVisible()) QDialog::reject();
 }

@@ -105,9 +105,11 @@ void Frame::keyPressEvent(QKeyEvent* event) {
         const auto keys = event->modifiers() & ~Qt::KeypadModifier;
         if (key == kKeyEscape && !event->isAutoRepeat()) escapePressed_ = true;
         // A key that is held would carry a command out again and again.
-        const bool plain = (keys == Qt::NoModifier || keys == Qt::ControlModifier) && !event->isAutoRepeat();
-        const bool pressed =
-            plain && key != 0 && pressAccelerator && pressAccelerator(key, keys == Qt::ControlModifier);
+        const bool shift = keys == (Qt::ControlModifier | Qt::ShiftModifier);
+        const bool control = keys == Qt::ControlModifier || shift;
+        const bool plain = (keys == Qt::NoModifier || control) && !event->isAutoRepeat();
+        const bool pressed = plain && key != 0 && pressAccelerator &&
+                             pressAccelerator(shift ? key | kKeyWithShift : key, control);
         if (!pressed) QMainWindow::keyPressEvent(event);
     });
 }

@@ -208,7 +208,8 @@ std::optional<BarId> MainWindow::barOfFocus() const {
 bool MainWindow::pressAccelerator(int key, bool control) {
     constexpr int kF1 = 112, kF6 = 117, kF24 = 135;
     const bool functionKey = key >= kF1 && key <= kF24;
-    if (functionKey == control) return false;
+    const bool shiftedFunctionKey = key >= (kF1 | kKeyWithShift) && key <= (kF24 | kKeyWithShift);
+    if (functionKey == control || shiftedFunctionKey) return false;
     const auto focused = barOfFocus();
     if (key == kF6) return focusNextPane(focused);
     if (focused && pressIn(*focused, key)) return true;

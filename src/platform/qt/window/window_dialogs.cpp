@@ -1,13 +1,19 @@
 #include "platform/qt/window/window_dialogs.h"
 
 #include <QApplication>
+#include <utility>
 
 #include "platform/qt/bars/context_menu.h"
 #include "platform/qt/common/qt_convert.h"
+#include "platform/qt/common/qt_guard.h"
 #include "platform/qt/forms/form_dialog.h"
 #include "platform/qt/print/print_preview.h"
 
 namespace hl {
+
+namespace {
+constexpr QtGuard kDialogsGuard{"WindowDialogs"};
+}
 
 WindowDialogs::WindowDialogs(const WindowParts& parts, WindowEvents& events, QWidget& frame)
     : events_(events),
@@ -31,8 +37,19 @@ bool WindowDialogs::message(MessageKind kind, const std::string& text) {
     return showMessage(asker(), texts_, kind, text);
 }
 
-bool WindowDialogs::confirm(const std::string& text, const std::string& action) {
-    return askToConfirm(asker(), texts_, text, action);
+// What fails in the live text is told once, and the text stays as it is.
+bool WindowDialogs::confirm(const std::string& text, const std::string& action, const LiveText& live) {
+    bool works = live != nullptr;
+    std::string shown;
+    const auto told = [&] {
+        if (!std::exchange(works, false)) return shown;
+        kDialogsGuard(events_, "live", [&] {
+            shown = live();
+            works = true;
+        });
+        return shown;
+    };
+    return askToConfirm(asker(), texts_, {text, action}, live ? LiveText(told) : nullptr);
 }
 
 std::string WindowDialogs::askText(const std::string& prompt, const std::string& preset) {

@@ -23,7 +23,7 @@ class WindowDialogs final : public Dialogs {
 
     void showForm(Form& form) override;
     bool message(MessageKind kind, const std::string& text) override;
-    bool confirm(const std::string& text, const std::string& action) override;
+    bool confirm(const std::string& text, const std::string& action, const LiveText& live) override;
     std::string askText(const std::string& prompt, const std::string& preset) override;
     std::string askFolder(const std::string& title, const std::string& start) override;
     std::string askSavePath(const std::string& filter, const std::string& extension,
