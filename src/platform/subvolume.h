@@ -2,7 +2,6 @@
 // data being copied, into another one: a snapshot.
 #pragma once
 
-#include <compare>
 #include <cstdint>
 
 namespace hl {
@@ -11,7 +10,10 @@ namespace hl {
 struct SubvolumeId {
     std::uint64_t high = 0;
     std::uint64_t low = 0;
-    auto operator<=>(const SubvolumeId&) const = default;
+    bool operator==(const SubvolumeId&) const = default;
+    bool operator<(const SubvolumeId& other) const {
+        return high != other.high ? high < other.high : low < other.low;
+    }
     bool isKnown() const { return high != 0 || low != 0; }
 };
 
