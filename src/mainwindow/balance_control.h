@@ -1,5 +1,5 @@
-// The balance in the main window: of which source, what is asked for it, and where its lines lead. For the
-// thread of the logic only.
+// Shows balances in the main window: finds the source, collects its figures, and leads from the lines to the
+// rows that they count. For the thread of the logic only.
 #pragma once
 
 #include <optional>

@@ -1,5 +1,5 @@
-// The balance of a source that is the root of a file system: lines that lead from the sizes of the files
-// found to what the file system says is used. Pure functions.
+// Makes the balance of a source that is the root of a file system: lines that lead from the sizes of the
+// files found to what the file system says is used. Pure functions.
 //
 // What is not known counts as 0, so the rest has it. The rest is named and signed, and never hidden: it is
 // what changed between the scan and the questions, and what nobody tells.
@@ -53,7 +53,7 @@ struct BalanceEntry {
     std::int64_t process = 0;        ///< Of kHeldBy.
 };
 
-/// What the report tells besides.
+/// What only the report tells: sums of its rows below the source.
 struct BalanceBesides {
     std::uint64_t trash = 0;      ///< Bytes on the disk.
     std::uint32_t notRead = 0;    ///< Folders.

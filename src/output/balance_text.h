@@ -1,5 +1,5 @@
-// The balance in words: what its lines are called, how figures are shown, and the whole as a text or as JSON.
-// For the thread of the logic.
+// Puts a balance into words: tells what its lines are called and how figures are shown, and writes the whole
+// as a text or as JSON. For the thread of the logic.
 #pragma once
 
 #include <string>

@@ -1,4 +1,4 @@
-// Asks a file system what it says of its space, and the system of what takes space there without being in any
+// Asks a file system what it says of its space, and the system what takes space there without being in any
 // folder. For the thread of the logic only; nothing here makes it wait for a disk that does not answer.
 #pragma once
 

@@ -34,8 +34,8 @@ class Patience {
     /// done at any later time, even after everything else has ended, so it must own whatever it touches.
     virtual bool run(const std::string& path, const std::function<void()>& work,
                      LastName last = LastName::kFollowed) = 0;
-    /// The same, but no messages run meanwhile and the wait is a few seconds at most: for what may happen
-    /// anywhere, such as a line of the log.
+    /// Does the work as run() does, but no messages run meanwhile and the wait is a few seconds at most: for
+    /// what may happen anywhere, such as a line of the log.
     virtual bool runStill(const std::string& path, const std::function<void()>& work) = 0;
     /// Asks each disk that may not answer for a sign of life, in the manner of run(). Returns where the first
     /// one is mounted that gives none; empty if all answer.
@@ -52,7 +52,7 @@ Answer ask(Patience* patience, const std::string& path, Answer none, std::functi
     return patience->run(path, work, last) ? **std::move(answer) : std::move(none);
 }
 
-/// The same while no messages run.
+/// Asks as ask() does, but with runStill(): no messages run meanwhile.
 template <class Answer>
 Answer askStill(Patience* patience, const std::string& path, Answer none, std::function<Answer()> question) {
     if (patience == nullptr) return question();

@@ -39,12 +39,12 @@ class SpaceCount {
     void finish() { seen_ = {}; }
 
     std::uint64_t apparent = 0;      ///< The size of every name.
-    std::uint64_t furtherNames = 0;  ///< The part of it that names of files met before have.
+    std::uint64_t furtherNames = 0;  ///< The part of `apparent` that names of files met before have.
     std::uint64_t roundedUp = 0;     ///< What files take beyond their size: whole blocks, and preallocation.
     std::uint64_t holes = 0;         ///< What files take less than their size: holes, and compression.
     std::uint64_t ofFolders = 0;
     std::uint64_t tiny = 0;  ///< What files that may lie within the file system's own tree are said to take,
-                             ///< a part of the above.
+                             ///< a part of the sums above.
 
     /// Where a file system keeps small files within its own tree, it does so up to kTiny bytes, and says that
     /// they take one block. A file that takes more has space allocated in advance.

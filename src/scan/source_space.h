@@ -1,4 +1,4 @@
-// What a scan learned of the space of one source, for its balance. For the thread of the logic.
+// Holds what a scan learned of the space of one source, for its balance. For the thread of the logic.
 #pragma once
 
 #include <cstdint>
@@ -11,8 +11,8 @@
 namespace hl {
 
 struct SourceSpace {
-    /// Asks a reader for what has to be known. `isSource` tells whether it reads the source itself, or a
-    /// folder of it that was put off.
+    /// Sets in `options` what a reader has to find out. `isSource` tells whether it reads the source itself,
+    /// or a folder of it that was put off.
     void choose(ReadOptions& options, bool isSource) const {
         options.wantLinks = true;
         options.folderSpace = isSource      ? FolderSpace::kOfWholeDisk
@@ -28,7 +28,7 @@ struct SourceSpace {
     std::optional<UsedSpace> before, after;  ///< What the file system said at the scan's start and end.
 };
 
-/// Returns what counts; null if nobody does.
+/// Returns the sums to which the walk adds; null if nothing is counted. `space` may be null.
 inline SpaceCount* countOf(SourceSpace* space) {
     return space != nullptr && space->isWholeDisk ? &space->count : nullptr;
 }

@@ -1,5 +1,5 @@
-// The space of a file system on Linux. A disk that may not answer, and all that takes long, is asked on a
-// helper (process/helper.h).
+// Asks Linux for the space of a file system. What takes long, and every question to a disk that may not
+// answer, is left to a helper (process/helper.h).
 #pragma once
 
 #include <chrono>

@@ -1,4 +1,4 @@
-// What lies in the folders of a file system that something else is mounted on. Nobody can reach it by a path.
+// Counts what lies in the folders of a file system that something else is mounted on, where no path leads.
 // From any thread.
 #pragma once
 

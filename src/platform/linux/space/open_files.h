@@ -1,4 +1,4 @@
-// The open files of Linux: /proc/PID/fd, /proc/PID/maps, and for root /proc/PID/map_files.
+// Finds the open files of Linux in /proc/PID/fd, in /proc/PID/maps, and for root in /proc/PID/map_files.
 #pragma once
 
 #include <string>
