@@ -52,7 +52,8 @@ class SourcesControl final : public SourceEvents {
     /// Queues the sources of the program's own command line before those that were handed over meanwhile.
     void queueOwn();
     /// Queues the sources of the command line of another start, and reads them unless a command is at work.
-    /// While a disk does not answer, they wait for the end of what waits for it, and no Stop discards them.
+    /// While a command waits for a disk that does not answer, the sources wait for its end; no Stop discards
+    /// them.
     void handOver(const std::string& commandLine);
     /// Queues the sources and reads the queue.
     void read(const std::vector<std::string>& sources);

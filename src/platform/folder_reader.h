@@ -31,8 +31,8 @@ enum ReparseTag : std::uint32_t {
 /// A bit of Entry::attributes that no file system has: the reader enters the entry and returns its blocks.
 inline constexpr std::uint32_t kEntered = 0x8000'0000;
 
-/// Another one: a file that something else is mounted on; its facts are those of what is mounted. Told only
-/// if the options ask for space.
+/// Another bit of Entry::attributes that no file system has: something else is mounted on the file, and the
+/// entry has the facts of what is mounted. The reader sets it only if the options ask for space.
 inline constexpr std::uint32_t kMountedFile = 0x4000'0000;
 
 /// The facts of one entry. "." and ".." are never entries.
@@ -41,7 +41,7 @@ struct Entry {
     std::uint64_t inode = 0;   ///< 0 unless the options ask for links.
     std::uint32_t device = 0;  ///< The number of the disk, or 0 as for inode. Both together identify a file.
     std::uint32_t links = 1;   ///< The number of the file's names.
-    std::uint32_t attributes = 0;  ///< AttributeBits (base/size_text.h), and the two above.
+    std::uint32_t attributes = 0;  ///< AttributeBits (base/size_text.h), kEntered, kMountedFile.
     std::uint32_t tag = kTagNone;  ///< The tag of a symbolic link, wherever it leads. A mount point is
                                    ///< recognised by its block.
     std::uint32_t nameOffset = 0;
