@@ -2,6 +2,7 @@
 
 #include "gui/files_fixture.h"
 #include "platform/linux/preview/preview_tools.h"
+#include "platform/qt/forms/dialogs.h"
 #include "platform/qt/preview/preview_area.h"
 #include "platform/qt/preview/preview_texts.h"
 #include "support/fuse_mount.h"
@@ -142,6 +143,94 @@ TEST_F(SilentDisk, AScanSaysWhatItWaitsForAndStopEndsIt) {
     s().scan(at("mount/sub"));
     EXPECT_TRUE(sinceStop.isValid() && sinceStop.elapsed() < 1000) << sinceStop.elapsed();
     EXPECT_TRUE(s().enabled(Command::kStart));
+}
+
+TEST_F(SilentDisk, WhatIsHandedOverOrDroppedDuringTheWaitIsReadAfterTheStop) {
+    open();
+    for (const char* name : {"handed", "dropped"}) folder(std::string("src/") + name);
+    mount.stopAnswering();
+    QTimer tick;
+    QObject::connect(&tick, &QTimer::timeout, [&] {
+        if (!s().status().starts_with("Warten auf " + at("mount"))) return;
+        tick.stop();
+        s().form().handOver("\"" + at("src/handed") + "\"");
+        s().form().parts().sourceEvents->dropped({{"", at("src/dropped")}});
+        stop()();
+    });
+    tick.start(50);
+    s().scan(at("mount/sub"));
+    EXPECT_TRUE(comes([&] {
+        Session::settle();
+        return s().row("handed") != kNoRow && s().row("dropped") != kNoRow;
+    }));
+}
+
+TEST_F(SilentDisk, AFolderAndATargetAreAskedForByALineOfText) {
+    open();
+    const auto typed = [&](const std::string& path) {
+        s().answers.add([this, path](QDialog& dialog) {
+            EXPECT_EQ(dynamic_cast<QFileDialog*>(&dialog), nullptr);
+            auto* line = dialog.findChild<QLineEdit*>();
+            const bool tells = has(dialog.findChild<QLabel*>()->text().toStdString(), at("mount"));
+            if (line == nullptr || !tells) return ADD_FAILURE(), dialog.reject();
+            line->setText(QString::fromStdString(path));
+            pressIn(dialog, "OK");
+        });
+    };
+    folder("src/chosen");
+    typed(at("src/chosen"));
+    expectEnds(
+        "folder", [&] { s().execute(Command::kNewSource); }, stop());
+    answerAgain();
+    s().execute(Command::kStart);
+    EXPECT_NE(s().row("chosen"), kNoRow);
+    const DialogTexts texts{"", "Ja", "Nein", "OK", "Abbrechen", &s().patience, "silent"};
+    const auto target = [&] { return askForSavePath(&s().frame(), texts, "A (*.a)|*.a", "a", at("src")); };
+    typed("new");
+    expectEnds(
+        "target", [&] { EXPECT_EQ(target(), at("src/new.a")); }, stop());
+    file("src/old.a", 1);
+    for (const char* button : {"Nein", "Ja"}) {
+        typed("old.a");
+        std::string question;
+        answer(button, &question);
+        if (*button == 'N') typed("other.b");
+        EXPECT_EQ(target(), at(*button == 'N' ? "src/other.b" : "src/old.a"));
+        EXPECT_TRUE(has(question, "old.a")) << question;
+    }
+}
+
+TEST_F(SilentDisk, AFileDialogThatShowsADiskThatFallsSilentComesBack) {
+    open();
+    s().answers.add([&](QDialog& dialog) {
+        auto& files = dynamic_cast<QFileDialog&>(dialog);
+        files.setDirectory(QString::fromStdString(at("src")));
+        mount.stopAnswering();
+        // Its thread hangs now.
+        files.setDirectory(QString::fromStdString(fs::path(at("mount")).parent_path()));
+        QTimer::singleShot(500, &dialog, &QDialog::reject);
+        QTimer::singleShot(2000, &s().frame(), stop());
+    });
+    QElapsedTimer time;
+    time.start();
+    s().execute(Command::kNewSource);
+    EXPECT_LT(time.elapsed(), 5000);
+    answerAgain();
+}
+
+TEST_F(SilentDisk, AWindowWhoseOwnFolderIsThereGoesOnAndCloses) {
+    session_.emplace(at("mount/sub"));
+    session_->start();
+    mount.stopAnswering();
+    QElapsedTimer time;
+    time.start();
+    s().scan(at("src"));
+    EXPECT_NE(s().row("src"), kNoRow);
+    s().frame().close();
+    EXPECT_LT(time.elapsed(), 6000);
+    EXPECT_TRUE(s().form().unloaded());
+    session_.reset();
+    answerAgain();
 }
 
 TEST_F(SilentDisk, TheStartKeepsASavedSourceThatCannotBeAskedFor) {

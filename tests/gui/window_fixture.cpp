@@ -144,6 +144,7 @@ Logic::Logic(const std::string& home, const Addresses& addresses) : home_(home) 
     form_->parts().desktop = &desktop;
     files_.setPatience(&patience);
     patience.setWait(&form_->diskWait());
+    form_->parts().patience = &patience;
     form_->parts().clipboardHolder =
         fs::path(HARBORLANTERN_PROGRAM).parent_path().string() + "/harborlantern-clipboard";
 }

@@ -14,6 +14,9 @@
 #include <QPushButton>
 #include <QScreen>
 #include <QTimer>
+#include <filesystem>
+#include <memory>
+#include <utility>
 
 #include "base/text.h"
 #include "platform/qt/common/qt_convert.h"
@@ -67,12 +70,15 @@ class NameIcons final : public QFileIconProvider {
     }
 };
 
-/// `icons` must outlive the dialog.
-void prepare(QFileDialog& dialog, NameIcons& icons, const std::string& start) {
-    dialog.setIconProvider(&icons);
-    dialog.setOption(QFileDialog::DontUseNativeDialog);
-    dialog.setDirectory(qtText(nameableFolder(start)));
-}
+struct FileQuestion {
+    FileQuestion(QWidget* parent, const QString& title, const std::string& start) : dialog(parent, title) {
+        dialog.setIconProvider(&icons);
+        dialog.setOption(QFileDialog::DontUseNativeDialog);
+        dialog.setDirectory(qtText(nameableFolder(start)));
+    }
+    NameIcons icons;
+    QFileDialog dialog;
+};
 
 /// Makes one of the toolkit's own dialogs no larger than the screen allows.
 void fitToScreen(QDialog& dialog) {
@@ -82,11 +88,64 @@ void fitToScreen(QDialog& dialog) {
 }
 
 /// Returns the first name chosen, as bytes; empty if the dialog was cancelled.
-std::string answerOf(QFileDialog& dialog) {
+std::string chosenIn(QFileDialog& dialog) {
     dropPictures(dialog);
     fitToScreen(dialog);
     if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return {};
     return QFile::encodeName(dialog.selectedFiles().first()).toStdString();
+}
+
+// --- while a disk does not answer
+
+/// Returns which disk does not answer; empty if all do.
+std::string noticeOfSilence(const DialogTexts& texts) {
+    const std::string place = texts.patience != nullptr ? texts.patience->silentDisk() : std::string();
+    return place.empty() ? place : visible(place) + ": " + utf8(texts.silent) + "\n\n";
+}
+
+// A dialog that is destroyed waits for its thread, which looks at disks; if one of them has fallen silent
+// meanwhile, the dialog stays for good.
+std::string answerOf(std::unique_ptr<FileQuestion> question, const DialogTexts& texts) {
+    std::string chosen = chosenIn(question->dialog);
+    if (noticeOfSilence(texts).empty()) return chosen;
+    question->dialog.setParent(nullptr);
+    static_cast<void>(question.release());
+    return chosen;
+}
+
+std::string absoluteFrom(const std::string& folder, const std::string& path) {
+    if (path.empty() || path.starts_with('/')) return path;
+    if (path.starts_with("~/")) return utf8(QDir::homePath()) + path.substr(1);
+    return folder + (folder.ends_with('/') ? "" : "/") + path;
+}
+
+std::string withExtension(const std::string& path, const std::string& extension) {
+    const bool hasOne = path.find('.', path.rfind('/') + 1) != std::string::npos;
+    return hasOne || extension.empty() ? path : path + "." + extension;
+}
+
+bool mayReplace(QWidget* parent, const DialogTexts& texts, const std::string& path) {
+    const bool exists = ask<bool>(texts.patience, path, false, [path] {
+        std::error_code unknown;
+        return std::filesystem::exists(path, unknown);
+    });
+    if (!exists) return true;
+    const QString question = QFileDialog::tr("%1 already exists.\nDo you want to replace it?");
+    return showMessage(parent, texts, MessageKind::kQuestion,
+                       replaceAll(utf8(question), "%1", visible(path)));
+}
+
+std::string askForTypedTarget(QWidget* parent, const DialogTexts& texts, const std::string& notice,
+                              const std::string& extension, const std::string& folder,
+                              const std::string& name) {
+    for (std::string typed = folder + (folder.ends_with('/') ? "" : "/") + name;;) {
+        typed = askForText(parent, texts, notice, typed);
+        if (typed.empty()) return {};
+        typed = absoluteFrom(folder, typed);
+        if (typed.ends_with('/')) continue;  // No name.
+        const std::string path = withExtension(typed, extension);
+        if (mayReplace(parent, texts, path)) return path;
+    }
 }
 
 }  // namespace
@@ -159,26 +218,28 @@ std::string askForText(QWidget* parent, const DialogTexts& texts, const std::str
     return answer == qtText(preset) ? preset : utf8(answer);
 }
 
-std::string askForFolder(QWidget* parent, const std::string& title, const std::string& start) {
-    NameIcons icons;
-    QFileDialog dialog(parent, qtText(title));
-    prepare(dialog, icons, start);
-    dialog.setFileMode(QFileDialog::Directory);
-    dialog.setOption(QFileDialog::ShowDirsOnly);
-    return answerOf(dialog);
+std::string askForFolder(QWidget* parent, const DialogTexts& texts, const std::string& title,
+                         const std::string& start) {
+    if (const std::string notice = noticeOfSilence(texts); !notice.empty())
+        return absoluteFrom(start, askForText(parent, texts, notice + title, start));
+    auto question = std::make_unique<FileQuestion>(parent, qtText(title), start);
+    question->dialog.setFileMode(QFileDialog::Directory);
+    question->dialog.setOption(QFileDialog::ShowDirsOnly);
+    return answerOf(std::move(question), texts);
 }
 
-std::string askForSavePath(QWidget* parent, const std::string& filter, const std::string& extension,
-                           const std::string& folder, const std::string& name) {
-    NameIcons icons;
-    QFileDialog dialog(parent);
-    prepare(dialog, icons, folder);
+std::string askForSavePath(QWidget* parent, const DialogTexts& texts, const std::string& filter,
+                           const std::string& extension, const std::string& folder, const std::string& name) {
+    if (const std::string notice = noticeOfSilence(texts); !notice.empty())
+        return askForTypedTarget(parent, texts, notice, extension, folder, name);
+    auto question = std::make_unique<FileQuestion>(parent, QString(), folder);
+    QFileDialog& dialog = question->dialog;
     dialog.setAcceptMode(QFileDialog::AcceptSave);
     dialog.setFileMode(QFileDialog::AnyFile);
     dialog.setNameFilters(qtFilter(filter).split(QStringLiteral(";;")));
     dialog.setDefaultSuffix(qtText(extension));
     if (!name.empty()) dialog.selectFile(qtText(name));
-    return answerOf(dialog);
+    return answerOf(std::move(question), texts);
 }
 
 std::optional<GridFont> askForFont(QWidget* parent, const GridFont& start) {

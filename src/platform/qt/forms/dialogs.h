@@ -7,14 +7,17 @@
 #include <optional>
 #include <string>
 
+#include "platform/patience.h"
 #include "platform/window.h"
 
 namespace hl {
 
-/// The captions of the buttons, in the user's language.
+/// What all questions have in common: texts in the user's language, and who asks the disks.
 struct DialogTexts {
-    QString name;  ///< The program's name, for the title.
-    QString yes, no, ok, cancel;
+    QString name;                  ///< The program's name, for the title.
+    QString yes, no, ok, cancel;   ///< The captions of the buttons.
+    Patience* patience = nullptr;  ///< Null means that all disks answer.
+    QString silent = {};           ///< Tells that a disk does not answer.
 };
 
 /// Returns true for yes, and for a message that is no question.
@@ -31,13 +34,19 @@ bool askToConfirm(QWidget* parent, const DialogTexts& texts, const Confirmation&
 /// Returns an empty text if the user cancelled.
 std::string askForText(QWidget* parent, const DialogTexts& texts, const std::string& prompt,
                        const std::string& preset);
+// The toolkit's dialogs for folders and files look at every disk that they show, and would not come back from
+// one that does not answer. While there is such a disk, a line of text is asked for instead; a relative path
+// is one below the folder that it begins with.
+
 /// The dialog begins at `start`, or above it if that is gone or has a name that is not UTF-8. If the user
 /// changes nothing, the bytes of `start` come back.
-std::string askForFolder(QWidget* parent, const std::string& title, const std::string& start);
+std::string askForFolder(QWidget* parent, const DialogTexts& texts, const std::string& title,
+                         const std::string& start);
 /// `filter` is "TXT (*.txt)|*.txt". A name typed without an extension gets `extension`; before an existing
 /// file is replaced, the user is asked. `name` is what the dialog proposes; may be empty.
-std::string askForSavePath(QWidget* parent, const std::string& filter, const std::string& extension,
-                           const std::string& folder, const std::string& name = {});
+std::string askForSavePath(QWidget* parent, const DialogTexts& texts, const std::string& filter,
+                           const std::string& extension, const std::string& folder,
+                           const std::string& name = {});
 std::optional<GridFont> askForFont(QWidget* parent, const GridFont& start);
 
 /// Removes pictures of the theme, which only the toolkit's own dialogs put on their buttons.

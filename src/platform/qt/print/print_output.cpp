@@ -189,7 +189,7 @@ bool writePdfShown(const PrintDesk& desk, const PrintPages& pages, PageRange ran
 bool askAndWritePdf(const PrintDesk& desk, const PrintPages& pages) {
     const std::string home = QFile::encodeName(QDir::homePath()).toStdString();
     const std::string name = replaceAll(visible(pages.job().title), "/", "_") + ".pdf";
-    const std::string path = askForSavePath(desk.parent, "PDF (*.pdf)|*.pdf", "pdf", home, name);
+    const std::string path = askForSavePath(desk.parent, desk.texts, "PDF (*.pdf)|*.pdf", "pdf", home, name);
     return !path.empty() && writePdfShown(desk, pages, allOf(pages), path);
 }
 

@@ -18,7 +18,13 @@ constexpr QtGuard kDialogsGuard{"WindowDialogs"};
 WindowDialogs::WindowDialogs(const WindowParts& parts, WindowEvents& events, QWidget& frame)
     : events_(events),
       frame_(frame),
-      texts_{qtText(parts.name), qtText(parts.yes), qtText(parts.no), qtText(parts.ok), qtText(parts.cancel)},
+      texts_{qtText(parts.name),
+             qtText(parts.yes),
+             qtText(parts.no),
+             qtText(parts.ok),
+             qtText(parts.cancel),
+             parts.patience,
+             qtText(parts.preview.texts.waiting)},
       icons_(parts.dataFolder, parts.fileIcon),
       paperIcons_(parts.dataFolder, parts.fileIcon, Qt::black) {}
 
@@ -57,12 +63,12 @@ std::string WindowDialogs::askText(const std::string& prompt, const std::string&
 }
 
 std::string WindowDialogs::askFolder(const std::string& title, const std::string& start) {
-    return askForFolder(asker(), title, start);
+    return askForFolder(asker(), texts_, title, start);
 }
 
 std::string WindowDialogs::askSavePath(const std::string& filter, const std::string& extension,
                                        const std::string& folder) {
-    return askForSavePath(asker(), filter, extension, folder);
+    return askForSavePath(asker(), texts_, filter, extension, folder);
 }
 
 std::optional<GridFont> WindowDialogs::askFont(const GridFont& start) {

@@ -175,5 +175,27 @@ TEST_F(PatienceTest, SavingOnADiskThatDoesNotAnswerFailsAndLeavesTheOldFile) {
         EXPECT_FALSE(entry.path().filename().string().starts_with('.')) << entry.path();
 }
 
+TEST_F(PatienceTest, TheProgramsOwnFolderThereCostsItsLinesAndNoTime) {
+    LinuxFiles files;
+    files.setPatience(&patience);
+    const std::string own = dir.path() + "/mount/";
+    EXPECT_TRUE(files.append(own + "log", "line"));
+    auto lock = files.lockFolderOf(own + "ini");
+    EXPECT_NE(lock, nullptr);
+    EXPECT_EQ(patience.silentDisk(), "");
+    mount->stopAnswering();
+    lock.reset();
+    EXPECT_EQ(numberOf(files.append(own + "log", "line")), ETIMEDOUT);
+    EXPECT_EQ(numberOf(files.readWhole(own + "log", 99)), ETIMEDOUT);
+    EXPECT_TRUE(!files.exists(own + "log") && files.namesIn(own).empty());
+    EXPECT_EQ(files.lockFolderOf(own + "ini"), nullptr);
+    EXPECT_EQ(wait.pauses, 0) << "messages ran";
+    EXPECT_EQ(patience.silentDisk(), dir.path() + "/mount");
+    mount->answerAgain();
+    EXPECT_TRUE(noHelperHangs());
+    EXPECT_NE(files.lockFolderOf(own + "ini"), nullptr);
+    EXPECT_TRUE(files.readWhole(own + "log", 99).valueOr("").starts_with("line"));
+}
+
 }  // namespace
 }  // namespace hl::test
