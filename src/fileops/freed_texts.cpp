@@ -40,7 +40,8 @@ std::string FreedTexts::holders(const FreedWhenClosed& closed) const {
     std::string names;
     for (std::size_t i = 0; i < std::min(kMostNamed, closed.holders.size()); ++i) {
         const FileHolder& holder = closed.holders[i];
-        names += (i == 0 ? "" : ", ") + visible(holder.program) + " (" + std::to_string(holder.process) + ")";
+        names += (i == 0 ? "" : ", ") + visible(holder.program);
+        if (holder.process != 0) names += " (" + std::to_string(holder.process) + ")";
     }
     if (closed.holders.size() <= kMostNamed) return names;
     return texts_.TL(9861, "%1 und %2 weitere", {names, count(closed.holders.size() - kMostNamed)});
@@ -68,12 +69,12 @@ std::vector<TableBox::Line> FreedTexts::lines(const FreedSpace& figures) const {
     add(figures.otherNames, texts_.TL(9838, "Bleibt: hat noch andere Namen"),
         texts_.TL(9856, "Hardlinks außerhalb der Auswahl halten diese Dateien."));
     add(figures.shared, texts_.TL(9839, "Bleibt: mit anderen Dateien geteilt"),
-        texts_.TL(9857, "Kopien oder Schnappschüsse außerhalb der Auswahl benutzen dieselben Bytes."));
+        texts_.TL(9857, "Kopien oder Snapshots außerhalb der Auswahl benutzen dieselben Bytes."));
     add(figures.unknown, texts_.TL(9841, "Nicht bekannt"),
         texts_.TL(9859, "Das Dateisystem sagt es nicht, oder die Dateien können nicht gelesen werden."));
     addNotes(figures, all);
     add(figures.all,
-        texts_.TL(9840, "Statt dessen im Papierkorb: bleibt auf diesem Datenträger, bis er geleert wird"),
+        texts_.TL(9840, "Stattdessen im Papierkorb: bleibt auf diesem Datenträger, bis er geleert wird"),
         texts_.TL(9858, "In den Papierkorb verschieben gibt nichts frei, bevor er geleert wird."));
     return all;
 }

@@ -41,7 +41,7 @@ Form ComesBackForm::form() {
 // A screen reader is told the first line, once, when the figures are complete.
 bool ComesBackForm::poll() {
     if (!survey_) return false;
-    return guarded(services_.diagnostics, {.module = kComesBackModule}, [&] {
+    const bool shown = guarded(services_.diagnostics, {.module = kComesBackModule}, [&] {
         const FreedSpace figures = survey_->figures();
         lblState = texts_.state(figures);
         tblLines.lines = texts_.lines(figures);
@@ -51,6 +51,10 @@ bool ComesBackForm::poll() {
         survey_.reset();
         return true;
     });
+    if (shown) return true;
+    survey_.reset();  // It failed, and its figures would stay as they are.
+    lblState = services_.texts.TL(9841, "Nicht bekannt");
+    return true;
 }
 
 void ComesBackForm::close() {

@@ -23,7 +23,7 @@ enum class EntryKind : std::uint8_t {
 
 constexpr int kNoIcon = 9999;
 
-/// Is added to a virtual key code.
+/// Added to a virtual key code, it stands for that key together with Shift.
 constexpr int kKeyWithShift = 0x100;
 
 struct BarEntry {

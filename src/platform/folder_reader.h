@@ -146,7 +146,7 @@ struct ReadOptions {
     /// If it is known: the source is read only if it is the root of this subvolume. Otherwise somebody has
     /// put another folder in its place, which is the error of its only block.
     SubvolumeId onlySubvolume = {};
-    bool putOffSource = false;  ///< With putOffSnapshots: the source is not read either if it is one.
+    bool putOffSource = false;  ///< With putOffSnapshots: a source that is a snapshot is not read.
     bool wantFileNames = true;  ///< If false, the names of entries that are no folders may be empty.
 };
 

@@ -1,4 +1,4 @@
-// What deleting files and folders for good would give back of the space on their disk.
+// Tells what deleting files and folders for good would give back of the space on their disk.
 //
 // Not all of it comes back: a file stays as long as another name or a process holds it, and a range of the
 // disk as long as another file shares it. A survey looks at all that is selected and tells, for each of these
@@ -23,7 +23,7 @@ struct FreedAmount {
 };
 
 struct FileHolder {
-    long process = 0;
+    long process = 0;          ///< 0 for the kernel; then `program` is a device or "swap".
     std::string program = {};  ///< Any bytes.
     bool operator==(const FileHolder&) const = default;
 };

@@ -64,6 +64,13 @@ void FreedSum::addFile(const FreedName& name, std::span<const SpecialExtent> spe
     ++sum_.now.files;
 }
 
+void FreedSum::addInlineFile(const FreedName& name) {
+    const auto held = holders_.find({name.id.device, name.id.inode});
+    if (held != holders_.end()) return addHeld(held->second, name.bytes);
+    inline_.bytes += name.bytes;
+    ++inline_.files;
+}
+
 void FreedSum::addUntoldFile(const FreedName& name) {
     sum_.unknown.bytes += name.bytes;
     ++sum_.unknown.files;
@@ -116,7 +123,7 @@ void FreedSum::sweep() {
         return static_cast<std::uint64_t>(std::count(marks.begin(), marks.end(), true));
     };
     sum_.shared = {sweep.staysBytes, filesIn(sweep.stays)};
-    sum_.perhaps = {sweep.mayGoBytes, filesIn(sweep.mayGo)};
+    sum_.perhaps = {sweep.mayGoBytes + inline_.bytes, filesIn(sweep.mayGo) + inline_.files};
 }
 
 // Nobody tells how many files share a range. One that is met once is shared with a file outside, so it stays.

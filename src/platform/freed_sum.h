@@ -36,13 +36,18 @@ class FreedSum {
     /// `open` are all open files that are known.
     explicit FreedSum(const OpenFilesAnswer& open);
 
-    /// Notes a name that goes. Returns true if the file goes with it: then one of the three below follows.
+    /// Notes a name that goes. Returns true if the file goes with it: then one of the four below follows.
     bool addName(const FreedName& name);
     /// The file is on a file system that shares nothing, or `special` has what it shares.
     void addFile(const FreedName& name, std::span<const SpecialExtent> special = {});
+    /// The content lies within the file system's own tree, which may shrink by less than a block for each
+    /// such file, or not at all while a snapshot has the same part of the tree.
+    void addInlineFile(const FreedName& name);
     /// The file system does not tell what it shares, or the file cannot be looked at.
     void addUntoldFile(const FreedName& name);
 
+    /// Notes a folder that goes, and what it takes itself; `told` is false if the file system does not tell
+    /// what comes back of it.
     void addFolder(std::uint64_t bytes, bool told = true);
     void addUnreadFolder() { ++sum_.foldersUnknown; }
     /// From now on: the file system keeps an extent as a whole as long as a part of it is used, so that what
@@ -71,6 +76,7 @@ class FreedSum {
     void sweepEncoded(Sweep& sweep);
 
     FreedSpace sum_;
+    FreedAmount inline_ = {};  ///< Files within the tree.
     bool wholeExtents_ = false;
     SeveralNames names_;
     std::vector<Range> shared_, encoded_;

@@ -1,9 +1,9 @@
 // Lists the files that processes hold open or mapped into their memory. The space of a deleted file comes
 // back only when the last of them lets it go.
 //
-// Only processes that the system shows to this user take part: without root, those are the user's own. What
-// the kernel itself holds (loop devices, swap files) is not told by any process. Files on disks that may not
-// answer are left out, so that none of them is asked.
+// Only processes that the system shows to this user take part: without root, those are the user's own. The
+// kernel holds files, too: those of loop devices, and swap files. Files on disks that may not answer are left
+// out, so that none of them is asked.
 #pragma once
 
 #include <cstdint>
@@ -22,9 +22,10 @@ struct HeldFile {
     std::uint64_t mount = 0;  ///< The mount through which it was opened (see mountinfo); 0 if unknown.
     /// What it takes on the disk, in bytes (blocks of 512); nothing if only root may know that.
     std::optional<std::uint64_t> bytes = {};
-    std::uint64_t links = 0;  ///< The number of its names; 0 for a deleted file.
-    long process = 0;
-    std::string program = {};  ///< The name of the process as the kernel has it, at most 15 bytes, any.
+    std::uint64_t links = 0;   ///< The number of its names; 0 for a deleted file.
+    long process = 0;          ///< 0 if the kernel holds it.
+    std::string program = {};  ///< The name of the process as the kernel has it, at most 15 bytes, any. Of
+                               ///< what the kernel holds, the device ("loop0") or "swap".
 
     bool isDeleted() const { return links == 0; }
 };

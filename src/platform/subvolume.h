@@ -1,5 +1,5 @@
-// A subvolume: a part of a file system that has an identity of its own and can be copied at once, without its
-// data being copied, into another one: a snapshot.
+// Describes a subvolume: a part of a file system that has an identity of its own. It can be copied at once,
+// without its data being copied; such a copy is a snapshot.
 #pragma once
 
 #include <cstdint>

@@ -61,7 +61,7 @@ struct ScanState {
 
     /// The folder that each source was when it was read, by the text of the source's row.
     std::map<std::string, FolderId, std::less<>> sourceIds;
-    /// The subvolumes that were met in each source, by that text too.
+    /// The subvolumes that were met in each source, by the text of the source's row.
     std::map<std::string, SubvolumesMet, std::less<>> subvolumes;
     /// A folder was read again, and snapshots elsewhere in its source have lost their origin, or have one
     /// now. Whoever reads the source again resets it.
@@ -90,7 +90,7 @@ struct ScanState {
     CStringCollection SeenLinkIds;  ///< The keys are bytes: device and inode of a file with several names.
 };
 
-/// The row of a source has another text now.
+/// Moves what is kept for a source from the old text of its row to the new one.
 inline void renameSource(ScanState& state, const std::string& from, const std::string& to) {
     const auto rename = [&](auto& kept) {
         auto entry = kept.extract(from);

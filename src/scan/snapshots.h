@@ -1,4 +1,4 @@
-// Which snapshots a report leaves out.
+// Decides which snapshots a report leaves out.
 //
 // A snapshot holds again what its origin held, without taking room for it. So a read-only one whose origin is
 // in the same source is a row without files and folders, with a note that names the origin. Any other counts:

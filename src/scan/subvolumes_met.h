@@ -1,4 +1,4 @@
-// The subvolumes that the reading of a source has met, and where. For the thread of the logic only.
+// Remembers which subvolumes the reading of a source has met, and where. For the thread of the logic only.
 #pragma once
 
 #include <map>

@@ -45,7 +45,7 @@ TEST_F(ComesBackTest, TheKeyTellsItOfTheSelectionInTheReportAndInAList) {
         EXPECT_EQ(filesIn(table, "Kommt sofort zurück"), "0");
         EXPECT_EQ(filesIn(table, "Bleibt: hat noch andere Namen"), "1");
         EXPECT_EQ(filesIn(table, "Kommt zurück, wenn gui_tests " + self), "1");
-        EXPECT_EQ(filesIn(table, "Statt dessen im Papierkorb"), "2");
+        EXPECT_EQ(filesIn(table, "Stattdessen im Papierkorb"), "2");
         EXPECT_EQ(filesIn(table, "Kommt vielleicht zurück"), "");
     });
     pressB(s().view());

@@ -109,6 +109,8 @@ TEST_F(FormDialogTest, ATableIsCopiedAndLeadsOnOnlyWhereALineLeads) {
                            }});
     open();
     auto* shown = nth<QTableWidget>(0);
+    EXPECT_GE(shown->viewport()->height(), 4 * shown->rowHeight(0));
+    EXPECT_GE(shown->columnWidth(0), shown->fontMetrics().horizontalAdvance(shown->item(0, 0)->text()));
     EXPECT_EQ(shown->item(0, 0)->toolTip(), QStringLiteral("all names"));
     QTest::keyClick(shown, Qt::Key_Return);
     EXPECT_EQ(seen_, "0");

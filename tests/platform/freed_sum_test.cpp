@@ -46,6 +46,16 @@ FreedSpace figuresOf(const FreedCase& test, const OpenFilesAnswer& open = {}) {
     return sum.figures();
 }
 
+TEST(FreedSum, AFileWithinTheTreeMayGiveNothingBack) {
+    FreedSum sum({});
+    const Going inside = file(1, 4);
+    ASSERT_TRUE(sum.addName(inside.name));
+    sum.addInlineFile(inside.name);
+    sum.sweep();
+    EXPECT_EQ(sum.figures().now, FreedAmount());
+    EXPECT_EQ(sum.figures().perhaps, amount(4, 1));
+}
+
 TEST(FreedSum, EachByteIsInTheLineThatTellsWhatBecomesOfIt) {
     const FreedCase cases[] = {
         {"nothing shared", {file(1, 8), file(2, 0)}, false, amount(8, 2), {}, {}, {}, amount(8, 2)},

@@ -1,5 +1,5 @@
-// The subvolumes of btrfs. Everything here works without rights, on kernels from 4.18 on; on older ones no
-// folder is a subvolume. It has no state and may be used from any thread.
+// Recognises the subvolumes of btrfs. Everything here works without rights, on kernels from 4.18 on; on older
+// ones no folder is a subvolume. It has no state and may be used from any thread.
 #pragma once
 
 #include <cstdint>

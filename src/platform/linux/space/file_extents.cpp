@@ -53,6 +53,7 @@ Sharing sharingOf(int open) {
 // The entry was a regular file a moment ago. Should it be another thing by now, opening it waits for nobody.
 bool FileExtents::ask(int folder, const char* name, const std::function<bool()>& goesOn) {
     found_.clear();
+    inline_ = false;
     const Descriptor file = openAt(folder, name, O_RDONLY | O_NONBLOCK | O_NOFOLLOW);
     if (!file.isOpen()) return false;
     bool atEnd = false;
@@ -73,6 +74,7 @@ bool FileExtents::askBatch(int file, std::uint64_t& from, bool& atEnd) {
         const std::uint64_t next = extent.fe_logical + extent.fe_length;
         atEnd = (extent.fe_flags & FIEMAP_EXTENT_LAST) != 0 || next <= from;
         from = next;
+        inline_ = inline_ || (extent.fe_flags & FIEMAP_EXTENT_DATA_INLINE) != 0;
         const bool encoded = (extent.fe_flags & kEncoded) != 0;
         const bool shared = (extent.fe_flags & FIEMAP_EXTENT_SHARED) != 0;
         if ((extent.fe_flags & kNoLength) == 0 && (encoded || shared))

@@ -29,6 +29,8 @@ class FileExtents {
     /// asked now and then. Returns false if they cannot be told. The result is in found().
     bool ask(int folder, const char* name, const std::function<bool()>& goesOn);
     const std::vector<SpecialExtent>& found() const { return found_; }
+    /// Tells whether the content, or the end of it, lies within the file system's own tree.
+    bool isInline() const { return inline_; }
 
   private:
     static constexpr std::size_t kBytes = 16'384;  ///< Room for 291 extents.
@@ -37,6 +39,7 @@ class FileExtents {
 
     alignas(std::uint64_t) std::array<std::byte, kBytes> buffer_;
     std::vector<SpecialExtent> found_;
+    bool inline_ = false;
 };
 
 }  // namespace hl

@@ -214,6 +214,7 @@ void FreedWalk::addFile(int folder, const char* name, const struct statx& facts)
     if (!asks) return sum_.addFile(file);
     if (!extents_.ask(folder, name, [&] { return !whereabouts_.unwanted(); }))
         return sum_.addUntoldFile(file);
+    if (extents_.isInline()) return sum_.addInlineFile(file);
     sum_.addFile(file, extents_.found());
 }
 

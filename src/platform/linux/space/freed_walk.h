@@ -1,4 +1,4 @@
-// The walk of a survey over what is selected, for the figures of FreedSpace.
+// Walks over what is selected, for the figures of a survey (FreedSpace).
 //
 // Like a removal, it names each entry in an open folder, follows no link, and enters neither another mount
 // nor a subvolume. Only some folders are open at once; depth and width have no limit. For one thread; what it
@@ -74,7 +74,6 @@ class FreedWalk {
     void readRecords(int folder, long bytes);
     void addEntry(int folder, const char* name);
     void addFile(int folder, const char* name, const struct statx& facts);
-    void addFolderItself(int folder);
     void drop();
     void meetDisk(std::uint64_t device, int open);
     void report(bool last);

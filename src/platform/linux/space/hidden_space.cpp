@@ -7,8 +7,10 @@
 #include <sys/syscall.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <memory>
 #include <string>
+#include <utility>
 
 #include "base/size_text.h"
 #include "platform/linux/scan/file_system.h"
@@ -25,7 +27,14 @@ std::vector<std::string> placesCovered(const std::vector<Mount>& mounts, const M
         if (each.parent == mount.id && each.id != mount.id && each.mountPoint.size() > above + 1 &&
             isAtOrBelow(each.mountPoint, mount.mountPoint))
             places.push_back(each.mountPoint.substr(above + 1));
-    return places;
+    // A place within another one is counted with it.
+    std::sort(places.begin(), places.end());
+    std::vector<std::string> outer;
+    for (std::string& place : places) {
+        const auto holds = [&](const std::string& folder) { return isAtOrBelow(place, folder); };
+        if (std::none_of(outer.begin(), outer.end(), holds)) outer.push_back(std::move(place));
+    }
+    return outer;
 }
 
 Descriptor copyOf(const Descriptor& folder) {

@@ -78,6 +78,8 @@ class HeldListing {
     explicit HeldListing(const OpenFiles::Wanted& wanted) : wanted_(wanted) {}
 
     void addProcess(int process, long number);
+    void addLoopDevices(const std::string& blockDevices);
+    void addSwapFiles(int proc);
     OpenFilesAnswer answer;
 
   private:
@@ -87,6 +89,7 @@ class HeldListing {
     bool canHang(std::string_view path) const;
     static int look(int folder, const std::string& name, int flags, HeldFile& file);
     void add(int process, HeldFile& file);
+    void addOfKernel(const std::string& path, std::string holder);
     void refused(int error) {
         if (error == EACCES || error == EPERM) answer.sawAll = false;
     }
@@ -191,6 +194,39 @@ const std::optional<HeldFile>& HeldListing::mapped(int process, const Mapping& m
     return at->second = file;
 }
 
+void HeldListing::addOfKernel(const std::string& path, std::string holder) {
+    HeldFile file{.id = {}, .program = std::move(holder)};
+    if (!path.starts_with('/') || canHang(path)) return;
+    if (look(AT_FDCWD, path, AT_SYMLINK_NOFOLLOW, file) != 0 || (wanted_ && !wanted_(file))) return;
+    answer.files.push_back(std::move(file));
+}
+
+void HeldListing::addLoopDevices(const std::string& blockDevices) {
+    const Descriptor folder = openAt(AT_FDCWD, blockDevices, kFolderFlags);
+    if (!folder.isOpen()) return;
+    forEachName(folder, [&](const char* name) {
+        if (!std::string_view(name).starts_with("loop")) return;
+        const Descriptor file = openAt(folder.number(), std::string(name) + "/loop/backing_file", O_RDONLY);
+        std::string path;
+        if (file.isOpen()) readAll(file.number(), PATH_MAX, path);
+        if (path.ends_with('\n')) path.pop_back();
+        addOfKernel(path, name);
+    });
+}
+
+// A line reads "/swapfile    file    1048572    0    -2"; a path with a blank has an escape and is not found.
+void HeldListing::addSwapFiles(int proc) {
+    const Descriptor file = openAt(proc, "swaps", O_RDONLY);
+    std::string text;
+    if (file.isOpen()) readAll(file.number(), std::size_t{1} << 16U, text);
+    for (std::string_view rest = text; !rest.empty();) {
+        const std::size_t end = std::min(rest.find('\n'), rest.size());
+        std::string_view line = rest.substr(0, end);
+        rest.remove_prefix(std::min(end + 1, rest.size()));
+        addOfKernel(std::string(nextWord(line)), "swap");
+    }
+}
+
 }  // namespace
 
 OpenFilesAnswer LinuxOpenFiles::list(const Wanted& wanted) const {
@@ -205,6 +241,8 @@ OpenFilesAnswer LinuxOpenFiles::list(const Wanted& wanted) const {
         const Descriptor process = openAt(proc.number(), name, O_PATH | O_DIRECTORY);
         if (process.isOpen()) listing.addProcess(process.number(), static_cast<long>(numberOf(name, 10)));
     });
+    listing.addLoopDevices(blockDevices_);
+    listing.addSwapFiles(proc.number());
     return std::move(listing.answer);
 }
 

@@ -1,4 +1,5 @@
-// Finds the open files of Linux in /proc/PID/fd, in /proc/PID/maps, and for root in /proc/PID/map_files.
+// Finds the open files of Linux in /proc/PID/fd, in /proc/PID/maps, and for root in /proc/PID/map_files; and
+// the files that the kernel holds, as long as they have a name, in /sys/block/loop*/loop and /proc/swaps.
 #pragma once
 
 #include <string>
@@ -9,13 +10,14 @@ namespace hl {
 
 class LinuxOpenFiles final : public OpenFiles {
   public:
-    /// `proc` is where the processes are shown.
-    explicit LinuxOpenFiles(std::string proc = "/proc") : proc_(std::move(proc)) {}
+    /// `proc` is where the processes are shown, `blockDevices` where the block devices are.
+    explicit LinuxOpenFiles(std::string proc = "/proc", std::string blockDevices = "/sys/block")
+        : proc_(std::move(proc)), blockDevices_(std::move(blockDevices)) {}
 
     OpenFilesAnswer list(const Wanted& wanted) const override;
 
   private:
-    std::string proc_;
+    std::string proc_, blockDevices_;
 };
 
 }  // namespace hl

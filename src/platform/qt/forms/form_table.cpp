@@ -5,6 +5,7 @@
 #include <QGuiApplication>
 #include <QHeaderView>
 #include <QKeyEvent>
+#include <QScreen>
 #include <algorithm>
 
 #include "platform/qt/common/qt_convert.h"
@@ -17,7 +18,8 @@ namespace {
 constexpr QtGuard kFormTableGuard{"FormTable"};
 
 constexpr int kFewestTableLines = 4, kMostTableLines = 24;
-constexpr int kWidestTable = 90;  ///< In characters.
+constexpr int kWidestTable = 120;  ///< In characters.
+constexpr double kMostOfScreen = 0.6;
 constexpr int kLeadsRole = Qt::UserRole;
 
 QStringList shownTexts(const std::vector<std::string>& texts) {
@@ -38,6 +40,7 @@ FormTable::FormTable(WindowEvents& events, std::function<void(int)> activated, Q
     setAlternatingRowColors(true);
     setWordWrap(false);
     verticalHeader()->hide();
+    verticalHeader()->setDefaultSectionSize(fontMetrics().height() * 3 / 2);
     horizontalHeader()->setHighlightSections(false);
     connect(this, &QTableWidget::itemDoubleClicked, this, [this](const QTableWidgetItem* item) {
         kFormTableGuard(events_, "doubleClicked", [&] { activate(item->row()); });
@@ -60,6 +63,8 @@ void FormTable::show(const TableBox& table) {
     if (rowCount() != lines) setRowCount(lines);
     for (int row = 0; row < lines; ++row) showLine(row, table.lines[static_cast<std::size_t>(row)]);
     if (currentRow() < 0 && lines > 0) setCurrentCell(0, 0);
+    // The dialog grows with the table; a larger one that the user made stays.
+    setMinimumSize(sizeHint().boundedTo(screen()->availableSize() * kMostOfScreen));
     const QString announcement = qtText(table.announcement);
     if (announcement == accessibleDescription()) return;
     setAccessibleDescription(announcement);
@@ -89,7 +94,7 @@ void FormTable::showLine(int row, const TableBox::Line& line) {
 
 QSize FormTable::sizeHint() const {
     const int lines = std::clamp(rowCount(), kFewestTableLines, kMostTableLines);
-    const int line = rowCount() > 0 ? sizeHintForRow(0) : fontMetrics().height();
+    const int line = verticalHeader()->defaultSectionSize();
     int width = 2 * frameWidth();
     for (int column = 0; column < columnCount(); ++column)
         width += std::max(sizeHintForColumn(column), horizontalHeader()->sectionSizeHint(column));

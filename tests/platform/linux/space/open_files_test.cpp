@@ -116,4 +116,20 @@ TEST(OpenFiles, WhereNoProcessIsShownNothingIsClaimed) {
     }
 }
 
+TEST(OpenFiles, WhatTheKernelHoldsIsToldByTheDevice) {
+    const TempDir dir;
+    const auto at = [&](const std::string& name) { return dir.path() + "/" + name; };
+    writeFile(at("image"), "12");
+    writeFile(at("swapfile"), "34");
+    writeDeepFile(at("block/loop7/loop/backing_file"), at("image") + "\n");
+    writeDeepFile(at("block/sda/loop/backing_file"), at("image") + "\n");
+    writeDeepFile(at("proc/swaps"),
+                  "Filename Type\n/dev/none partition 1\n" + at("swapfile") + "  file 1 0 -2\n");
+    const OpenFilesAnswer answer = LinuxOpenFiles(at("proc"), at("block")).list(nullptr);
+    std::string told;
+    for (const HeldFile& file : answer.files)
+        told += file.program + (file.id.inode == factsOf(at("image")).st_ino ? " image " : " other ");
+    EXPECT_EQ(told, "loop7 image swap other ");
+}
+
 }  // namespace
