@@ -138,12 +138,15 @@ bool mayReplace(QWidget* parent, const DialogTexts& texts, const std::string& pa
 std::string askForTypedTarget(QWidget* parent, const DialogTexts& texts, const std::string& notice,
                               const std::string& extension, const std::string& folder,
                               const std::string& name) {
-    for (std::string typed = folder + (folder.ends_with('/') ? "" : "/") + name;;) {
+    std::string typed = folder;
+    if (!typed.ends_with('/')) typed += '/';
+    typed += name;
+    while (true) {
         typed = askForText(parent, texts, notice, typed);
         if (typed.empty()) return {};
         typed = absoluteFrom(folder, typed);
         if (typed.ends_with('/')) continue;  // No name.
-        const std::string path = withExtension(typed, extension);
+        std::string path = withExtension(typed, extension);
         if (mayReplace(parent, texts, path)) return path;
     }
 }
