@@ -96,7 +96,7 @@ std::string FreedTexts::state(const FreedSpace& figures) const {
     if (figures.state == SurveyState::kSilent)
         return texts_.TL(9846, "Der Datenträger antwortet nicht. Bisher ermittelt:");
     if (figures.state == SurveyState::kRuns) return texts_.TL(9845, "Wird ermittelt ...");
-    return texts_.TL(9847, "Stand: %1", {clockTime(figures.asOf)});
+    return texts_.TL(9868, "Stand: %1", {clockTime(figures.asOf)});
 }
 
 std::string FreedTexts::soon(const FreedSpace& figures) const {

@@ -49,9 +49,4 @@ class OpenFiles {
     virtual OpenFilesAnswer list(const Wanted& wanted) const = 0;
 };
 
-/// Wants the files on one device (st_dev).
-inline OpenFiles::Wanted onDevice(std::uint64_t device) {
-    return [device](const HeldFile& file) { return file.id.device == device; };
-}
-
 }  // namespace hl
