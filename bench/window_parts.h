@@ -93,29 +93,39 @@ class Parts {
                       {}}};
 };
 
-/// Calls `painted` once, when the first window was painted.
+/// Calls `ready` once, when the first window was painted and what follows its first paint is done.
 class FirstPaint final : public QObject {
   public:
-    explicit FirstPaint(std::function<void()> painted) : painted_(std::move(painted)) {
+    explicit FirstPaint(std::function<void()> ready) : ready_(std::move(ready)) {
         qApp->installEventFilter(this);
     }
+    /// When the whole window stood painted for the first time.
+    Clock::time_point painted() const { return painted_; }
     bool eventFilter(QObject*, QEvent* event) override {
-        if (event->type() == QEvent::Paint && !std::exchange(seen_, true)) QTimer::singleShot(0, painted_);
+        if (event->type() != QEvent::Paint || std::exchange(seen_, true)) return false;
+        // The window also queues its work on the first paint; all parts are painted before either runs.
+        QCoreApplication::postEvent(this, new QEvent(QEvent::User), Qt::HighEventPriority);
+        QTimer::singleShot(0, ready_);
         return false;
     }
 
+  protected:
+    void customEvent(QEvent*) override { painted_ = Clock::now(); }
+
   private:
-    std::function<void()> painted_;
+    std::function<void()> ready_;
+    Clock::time_point painted_{};
     bool seen_ = false;
 };
 
 using Measurement = std::function<void(WindowForm&)>;
 
-/// Shows the window, and does `measure` in it once it has been painted.
-inline int inWindow(Parts& parts, const Measurement& measure) {
+/// Shows the window, and does `measure` in it once it is ready. `painted` gets the time of the first paint.
+inline int inWindow(Parts& parts, const Measurement& measure, Clock::time_point* painted = nullptr) {
     WindowForm* shown = nullptr;
     std::unique_ptr<FirstPaint> first;
     const auto body = [&] {
+        if (painted != nullptr) *painted = first->painted();
         measure(*shown);
         std::fflush(stdout);
         std::_Exit(0);
