@@ -1,0 +1,363 @@
+#include "scan/find_filter.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <limits>
+#include <utility>
+
+namespace hl {
+
+namespace {
+
+constexpr std::string_view kBlanks = " \t\r\n";
+constexpr std::int64_t kLargest = std::numeric_limits<std::int64_t>::max();
+
+char lowered(char c) {
+    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+}
+
+bool isDigitOrPoint(char c) {
+    return (c >= '0' && c <= '9') || c == '.';
+}
+
+struct FieldName {
+    std::string_view name;
+    FindField field;
+};
+
+constexpr std::array<FieldName, 7> kFields = {{{"size", FindField::kSize},
+                                               {"disk", FindField::kDisk},
+                                               {"age", FindField::kAge},
+                                               {"name", FindField::kName},
+                                               {"kind", FindField::kKind},
+                                               {"owner", FindField::kOwner},
+                                               {"type", FindField::kType}}};
+
+struct Unit {
+    char letter;
+    std::int64_t factor;
+};
+
+constexpr std::array<Unit, 5> kBytes = {
+    {{'b', 1}, {'k', 1LL << 10}, {'m', 1LL << 20}, {'g', 1LL << 30}, {'t', 1LL << 40}}};
+constexpr std::array<Unit, 5> kSeconds = {
+    {{'h', 3600}, {'d', 86400}, {'w', 7LL * 86400}, {'m', 30LL * 86400}, {'y', 365LL * 86400}}};
+
+struct Quantity {
+    std::int64_t whole = 0;
+    bool hasFraction = false;
+};
+
+// Reads digits, with one decimal for bytes, and a letter. Bytes may go without a letter.
+std::optional<Quantity> readQuantity(std::string_view text, bool ofBytes) {
+    const auto unitAt = std::find_if_not(text.begin(), text.end(), isDigitOrPoint);
+    const std::string_view digits(text.begin(), unitAt);
+    const std::string_view letter(unitAt, text.end());
+    if (letter.size() > 1 || (letter.empty() && !ofBytes)) return std::nullopt;
+    const auto& units = ofBytes ? kBytes : kSeconds;
+    const auto unit =
+        letter.empty() ? units.begin() : std::ranges::find(units, lowered(letter.front()), &Unit::letter);
+    if (unit == units.end()) return std::nullopt;
+    std::int64_t whole = 0;
+    const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), whole);
+    if (error != std::errc() || whole > kLargest / unit->factor - 1) return std::nullopt;
+    const std::string_view rest(end, static_cast<std::size_t>(digits.data() + digits.size() - end));
+    if (rest.empty()) return Quantity{whole * unit->factor};
+    if (!ofBytes || rest.size() != 2 || rest[0] != '.' || rest[1] == '.') return std::nullopt;
+    const std::int64_t tenths = (rest[1] - '0') * unit->factor;
+    return Quantity{whole * unit->factor + tenths / 10, tenths % 10 != 0};
+}
+
+// Returns where the bracket that opens at `open` closes, or npos. A "]" right behind the opening is a
+// character like others.
+std::size_t bracketEnd(std::string_view pattern, std::size_t open) {
+    std::size_t first = open + 1;
+    if (first < pattern.size() && (pattern[first] == '!' || pattern[first] == '^')) ++first;
+    return pattern.find(']', first + 1);
+}
+
+bool isInBracket(std::string_view inner, char c) {
+    const bool others = inner.front() == '!' || inner.front() == '^';
+    if (others) inner.remove_prefix(1);
+    const auto byte = static_cast<unsigned char>(c);
+    bool found = false;
+    for (std::size_t i = 0; i < inner.size(); ++i) {
+        const auto low = static_cast<unsigned char>(inner[i]);
+        auto high = low;
+        if (i + 2 < inner.size() && inner[i + 1] == '-') high = static_cast<unsigned char>(inner[i += 2]);
+        found = found || (low <= byte && byte <= high);
+    }
+    return found != others;
+}
+
+// Takes one item of the pattern that matches one byte; returns how long the item is, or 0 if it does not
+// match.
+std::size_t matchOne(std::string_view pattern, char c) {
+    if (pattern.front() == '?') return 1;
+    if (pattern.front() != '[') return pattern.front() == c ? 1 : 0;
+    const std::size_t end = bracketEnd(pattern, 0);
+    return isInBracket(pattern.substr(1, end - 1), c) ? end + 1 : 0;
+}
+
+// What a "*" stands for grows by one byte each time that the rest does not match, so the time is at most
+// the product of both lengths.
+bool matchesPattern(std::string_view pattern, std::string_view name) {
+    std::size_t at = 0, in = 0;
+    std::optional<std::size_t> behindStar;
+    std::size_t starUntil = 0;
+    while (in < name.size()) {
+        if (at < pattern.size() && pattern[at] == '*') {
+            behindStar = ++at;
+            starUntil = in;
+            continue;
+        }
+        const std::size_t taken = at < pattern.size() ? matchOne(pattern.substr(at), lowered(name[in])) : 0;
+        if (taken > 0) {
+            at += taken;
+            ++in;
+        } else if (behindStar) {
+            at = *behindStar;
+            in = ++starUntil;
+        } else {
+            return false;
+        }
+    }
+    return pattern.find_first_not_of('*', at) == std::string_view::npos;
+}
+
+}  // namespace
+
+// --- patterns
+
+std::optional<NamePattern> NamePattern::read(std::string_view text) {
+    NamePattern pattern;
+    std::string alternative;
+    for (std::size_t at = 0; at < text.size(); ++at) {
+        const std::size_t end = text[at] == '[' ? bracketEnd(text, at) : at;
+        if (end == std::string_view::npos) return std::nullopt;
+        if (text[at] == '|') {
+            pattern.alternatives_.push_back(std::exchange(alternative, {}));
+            continue;
+        }
+        for (; at < end; ++at) alternative += lowered(text[at]);
+        alternative += lowered(text[at]);
+    }
+    pattern.alternatives_.push_back(std::move(alternative));
+    return pattern;
+}
+
+bool NamePattern::matches(std::string_view name) const {
+    return std::ranges::any_of(alternatives_,
+                               [name](const std::string& each) { return matchesPattern(each, name); });
+}
+
+// --- reading
+
+/// Takes one term after the other from the front of the text.
+class FilterReading {
+  public:
+    FilterReading(std::string_view text, const FindFilter::OwnerNumber& ownerNumber)
+        : rest_(text), ownerNumber_(ownerNumber) {}
+
+    std::variant<FindFilter, FilterProblem> run() {
+        FindFilter filter;
+        while (skipBlanks()) {
+            const std::string_view before = rest_;
+            FindFilter::Term term;
+            const auto problem = readTerm(term);
+            // A quote that is open runs to the end.
+            if (problem) {
+                const std::string_view read = before.substr(0, before.size() - rest_.size());
+                return FilterProblem{*problem, std::string(read)};
+            }
+            filter.terms_.push_back(std::move(term));
+        }
+        return filter;
+    }
+
+  private:
+    using Problem = std::optional<FilterProblemKind>;
+
+    bool skipBlanks() {
+        rest_.remove_prefix(std::min(rest_.find_first_not_of(kBlanks), rest_.size()));
+        return !rest_.empty();
+    }
+
+    bool take(std::string_view text) {
+        if (!rest_.starts_with(text)) return false;
+        rest_.remove_prefix(text.size());
+        return true;
+    }
+
+    std::string_view takeUntil(std::string_view characters) {
+        const std::string_view taken = rest_.substr(0, rest_.find_first_of(characters));
+        rest_.remove_prefix(taken.size());
+        return taken;
+    }
+
+    Problem readTerm(FindFilter::Term& term) {
+        term.negated = take("!");
+        const std::string_view start = rest_;
+        const std::string_view field = takeUntil(" \t\r\n=!<>\"");
+        const auto known = std::ranges::find(kFields, field, &FieldName::name);
+        const std::string_view sign = readOperator();
+        if (sign.empty()) {
+            rest_ = start;
+            return readWord(term);
+        }
+        std::string value;
+        if (const auto problem = readText(value)) return problem;
+        if (known == kFields.end()) return FilterProblemKind::kNoField;
+        term.field = known->field;
+        if (const auto problem = setOperator(term, sign)) return problem;
+        return setValue(term, value);
+    }
+
+    Problem readWord(FindFilter::Term& term) {
+        std::string word;
+        if (const auto problem = readText(word)) return problem;
+        if (word.empty()) return FilterProblemKind::kNoValue;
+        term.field = FindField::kName;
+        term.equal = true;
+        return setPattern(term, "*" + word + "*");
+    }
+
+    std::string_view readOperator() {
+        for (const std::string_view sign : {"!=", ">=", "<=", "=", ">", "<"})
+            if (take(sign)) return sign;
+        return {};
+    }
+
+    /// Reads a value or a word, in quotes or up to a blank.
+    Problem readText(std::string& text) {
+        if (!take("\"")) {
+            text = takeUntil(kBlanks);
+            return std::nullopt;
+        }
+        for (;;) {
+            text += takeUntil("\"\\");
+            if (rest_.empty()) return FilterProblemKind::kQuoteIsOpen;
+            if (take("\"")) break;
+            rest_.remove_prefix(1);
+            if (!rest_.starts_with('"') && !rest_.starts_with('\\')) {
+                text += '\\';
+                continue;
+            }
+            text += rest_.front();
+            rest_.remove_prefix(1);
+        }
+        const bool ends = rest_.empty() || kBlanks.find(rest_.front()) != std::string_view::npos;
+        return ends ? Problem() : FilterProblemKind::kQuoteIsOpen;
+    }
+
+    static Problem setOperator(FindFilter::Term& term, std::string_view sign) {
+        const bool isOrder = sign.front() == '<' || sign.front() == '>';
+        const bool hasOrder =
+            term.field == FindField::kSize || term.field == FindField::kDisk || term.field == FindField::kAge;
+        if (isOrder && !hasOrder) return FilterProblemKind::kNoOperator;
+        term.below = sign.front() == '<' || sign == "!=";
+        term.above = sign.front() == '>' || sign == "!=";
+        term.equal = sign.ends_with('=') && sign != "!=";
+        return std::nullopt;
+    }
+
+    Problem setValue(FindFilter::Term& term, const std::string& value) {
+        if (value.empty()) return FilterProblemKind::kNoValue;
+        switch (term.field) {
+            case FindField::kSize:
+            case FindField::kDisk:
+            case FindField::kAge: {
+                const auto quantity = readQuantity(value, term.field != FindField::kAge);
+                if (!quantity) return FilterProblemKind::kNoValue;
+                term.number = quantity->whole;
+                term.hasFraction = quantity->hasFraction;
+                return std::nullopt;
+            }
+            case FindField::kName:
+                return setPattern(term, value);
+            case FindField::kKind: {
+                const auto kind = kindNamed(value);
+                if (!kind) return FilterProblemKind::kNoValue;
+                term.number = static_cast<std::int64_t>(*kind);
+                return std::nullopt;
+            }
+            case FindField::kOwner:
+                return setOwner(term, value);
+            case FindField::kType:
+                if (value.size() != 1 || std::string_view("flo").find(value) == std::string_view::npos)
+                    return FilterProblemKind::kNoValue;
+                term.number = value.front();
+                return std::nullopt;
+        }
+        return FilterProblemKind::kNoField;
+    }
+
+    static Problem setPattern(FindFilter::Term& term, std::string_view pattern) {
+        term.pattern = NamePattern::read(pattern);
+        return term.pattern ? Problem() : FilterProblemKind::kBracketIsOpen;
+    }
+
+    Problem setOwner(FindFilter::Term& term, const std::string& value) {
+        std::optional<std::uint32_t> owner;
+        if (value.front() == '#') {
+            std::uint32_t number = 0;
+            const char* end = value.data() + value.size();
+            const auto [read, error] = std::from_chars(value.data() + 1, end, number);
+            if (error != std::errc() || read != end) return FilterProblemKind::kNoValue;
+            owner = number;
+        } else if (ownerNumber_) {
+            owner = ownerNumber_(value);
+        }
+        if (!owner) return FilterProblemKind::kNoSuchOwner;
+        term.number = *owner;
+        return std::nullopt;
+    }
+
+    std::string_view rest_;
+    const FindFilter::OwnerNumber& ownerNumber_;
+};
+
+std::variant<FindFilter, FilterProblem> FindFilter::read(std::string_view text,
+                                                         const OwnerNumber& ownerNumber) {
+    return FilterReading(text, ownerNumber).run();
+}
+
+// --- asking
+
+bool FindFilter::Term::holds(const FileFacts& file) const {
+    const auto compare = [this](std::int64_t value) {
+        if (value > number) return above;
+        return value < number || hasFraction ? below : equal;
+    };
+    const auto size = [](std::uint64_t bytes) {
+        return static_cast<std::int64_t>(std::min<std::uint64_t>(bytes, kLargest));
+    };
+    switch (field) {
+        case FindField::kSize:
+            return compare(size(file.size));
+        case FindField::kDisk:
+            return compare(size(file.disk));
+        case FindField::kAge:
+            return compare(file.age);
+        case FindField::kName:
+            return pattern->matches(file.name) == equal;
+        case FindField::kKind:
+            return compare(static_cast<std::int64_t>(kindOfEnding(Ending(file.name).text())));
+        case FindField::kOwner:
+            return compare(file.owner);
+        case FindField::kType:
+            return compare(file.type);
+    }
+    return false;
+}
+
+bool FindFilter::takes(const FileFacts& file) const {
+    return std::ranges::all_of(terms_, [&](const Term& term) { return term.holds(file) != term.negated; });
+}
+
+bool FindFilter::asksFor(FindField field) const {
+    return std::ranges::any_of(terms_, [field](const Term& term) { return term.field == field; });
+}
+
+}  // namespace hl
