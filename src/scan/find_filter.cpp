@@ -287,7 +287,7 @@ class FilterReading {
             case FindField::kType:
                 if (value.size() != 1 || std::string_view("flo").find(value) == std::string_view::npos)
                     return FilterProblemKind::kNoValue;
-                term.number = value.front();
+                term.number = static_cast<unsigned char>(value.front());
                 return std::nullopt;
         }
         return FilterProblemKind::kNoField;
@@ -347,7 +347,7 @@ bool FindFilter::Term::holds(const FileFacts& file) const {
         case FindField::kOwner:
             return compare(file.owner);
         case FindField::kType:
-            return compare(file.type);
+            return compare(static_cast<unsigned char>(file.type));
     }
     return false;
 }
