@@ -63,6 +63,7 @@ struct EntryDetails {
     std::int64_t written = 0, created = 0, accessed = 0;
     /// What the file takes on the disk, in units of kBlockBytes; of a link to a folder only with FolderSpace.
     std::uint64_t blocks = 0;
+    std::uint32_t owner = 0;  ///< The uid; only with wantOwners.
 };
 
 /// What a block tells about its folder.
@@ -136,9 +137,10 @@ struct ReadOptions {
     /// down.
     std::uint32_t levelsAbove = 0;
     bool wantLinks = false;  ///< Fills inode, device and links.
-    // With one of these two, Listing::details is not null.
-    bool wantSpace = false;  ///< Fills the blocks and the time of the last writing.
-    bool wantTimes = false;  ///< Fills all details and all attributes.
+    // With one of these three, Listing::details is not null.
+    bool wantSpace = false;   ///< Fills the blocks and the time of the last writing.
+    bool wantTimes = false;   ///< Fills all details but the owner, and all attributes.
+    bool wantOwners = false;  ///< Fills the owner.
     FolderSpace folderSpace = FolderSpace::kNever;
     bool wantSubvolumes = false;  ///< Tells which folders are roots of subvolumes.
     /// With wantSubvolumes: read-only snapshots below the source are not read, unless a link leads to them.

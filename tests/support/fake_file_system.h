@@ -209,7 +209,9 @@ class FakeReader : public FolderReader {
         }
         block->entries = block->entryList.data();
         block->count = block->entryList.size();
-        block->details = options_.wantTimes || options_.wantSpace ? block->detailList.data() : nullptr;
+        block->details = options_.wantTimes || options_.wantSpace || options_.wantOwners
+                             ? block->detailList.data()
+                             : nullptr;
         block->names = block->nameBytes.data();
         return block;
     }

@@ -72,6 +72,7 @@ BlockReader::BlockReader(DirectoryCalls& calls, LinkLook& links, const ReadOptio
     if (options.wantLinks) mask_ |= STATX_NLINK | STATX_INO;
     if (options.wantSpace) mask_ |= STATX_BLOCKS | STATX_MTIME;
     if (options.wantTimes) mask_ |= STATX_MODE | STATX_BLOCKS | STATX_ATIME | STATX_MTIME | STATX_BTIME;
+    if (options.wantOwners) mask_ |= STATX_UID;
 }
 
 BlockReader::Fill BlockReader::fill(int folder) {
@@ -209,8 +210,8 @@ void BlockReader::addFile(const struct statx& facts, std::string_view name) {
     if (options_.wantSpace && (facts.stx_attributes & STATX_ATTR_MOUNT_ROOT) != 0)
         entry.attributes |= kMountedFile;
     if (wantsDetails())
-        details_.push_back(
-            {facts.stx_mtime.tv_sec, facts.stx_btime.tv_sec, facts.stx_atime.tv_sec, facts.stx_blocks});
+        details_.push_back({facts.stx_mtime.tv_sec, facts.stx_btime.tv_sec, facts.stx_atime.tv_sec,
+                            facts.stx_blocks, facts.stx_uid});
     if (options_.wantFileNames) {
         entry.nameLength = static_cast<std::uint16_t>(name.size());
         entry.nameOffset = keepName(name);

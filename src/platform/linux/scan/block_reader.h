@@ -63,7 +63,7 @@ class BlockReader {
 
   private:
     void countAnswer() { answers_.store(answers() + 1, std::memory_order_relaxed); }
-    bool wantsDetails() const { return options_.wantTimes || options_.wantSpace; }
+    bool wantsDetails() const { return options_.wantTimes || options_.wantSpace || options_.wantOwners; }
     bool enters(std::uint32_t tag) const;
     void addFolder(std::string_view name, std::uint32_t attributes, std::uint32_t tag);
     void addLink(LinkLook::Place& place, const char* name, std::size_t length, const LinkLook::GoOn& goOn);
