@@ -38,6 +38,7 @@
 #include "platform/linux/process/helper.h"
 #include "platform/linux/process/instances.h"
 #include "platform/linux/process/last_words.h"
+#include "platform/linux/process/owner_names.h"
 #include "platform/linux/process/programs.h"
 #include "platform/linux/process/stop_signals.h"
 #include "platform/linux/process/system_facts.h"
@@ -111,6 +112,7 @@ class Program {
     LinuxFiles files_;
     LinuxConsole console_;
     LinuxDiskSpace diskSpace_{std::make_shared<LinuxOpenFiles>()};
+    LinuxOwnerNames owners_;
     const std::filesystem::path executable_ = LinuxSystemFacts::executablePath();
     const JoinedLine line_;
     const Places places_;
@@ -146,7 +148,8 @@ CoreParts Program::coreParts() {
             messageLocale([this](const std::string& name) { return facts_.environment(name); }),
             {currentFolder(), homeFolder()},
             {},
-            [] { std::_Exit(kSomethingFailed); }};
+            [] { std::_Exit(kSomethingFailed); },
+            &owners_};
 }
 
 bool Program::wantsWindow() const {

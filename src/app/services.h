@@ -13,6 +13,7 @@
 #include "platform/files.h"
 #include "platform/folder_reader.h"
 #include "platform/message_pump.h"
+#include "platform/owner_names.h"
 #include "robustness/debug.h"
 
 namespace hl {
@@ -30,6 +31,7 @@ struct Services {
     const NumberFormat& numbers;
     PathBases bases = {};            ///< What a typed source is relative to.
     DiskSpace* diskSpace = nullptr;  ///< Null if nobody asks for a balance.
+    OwnerNames* owners = nullptr;    ///< Null if users have no names here.
 };
 
 }  // namespace hl

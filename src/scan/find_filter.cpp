@@ -325,7 +325,7 @@ std::variant<FindFilter, FilterProblem> FindFilter::read(std::string_view text,
 
 // --- asking
 
-bool FindFilter::Term::holds(const FileFacts& file) const {
+bool FindFilter::Term::holds(const FindFacts& file) const {
     const auto compare = [this](std::int64_t value) {
         if (value > number) return above;
         return value < number || hasFraction ? below : equal;
@@ -352,7 +352,7 @@ bool FindFilter::Term::holds(const FileFacts& file) const {
     return false;
 }
 
-bool FindFilter::takes(const FileFacts& file) const {
+bool FindFilter::takes(const FindFacts& file) const {
     return std::ranges::all_of(terms_, [&](const Term& term) { return term.holds(file) != term.negated; });
 }
 

@@ -23,7 +23,7 @@ namespace hl {
 enum class FindField : std::uint8_t { kSize, kDisk, kAge, kName, kKind, kOwner, kType };
 
 /// What the filter is asked about.
-struct FileFacts {
+struct FindFacts {
     std::string_view name;    ///< Its last name, in bytes.
     std::uint64_t size = 0;   ///< In bytes.
     std::uint64_t disk = 0;   ///< What it takes on the disk, in bytes.
@@ -67,7 +67,7 @@ class FindFilter {
     static std::variant<FindFilter, FilterProblem> read(std::string_view text,
                                                         const OwnerNumber& ownerNumber);
 
-    bool takes(const FileFacts& file) const;
+    bool takes(const FindFacts& file) const;
     /// Tells whether a term asks for this; what no term asks for need not be given to takes().
     bool asksFor(FindField field) const;
 
@@ -82,7 +82,7 @@ class FindFilter {
         std::int64_t number = 0;  ///< Bytes, seconds, a uid, or a FileKind; the character of a type.
         std::optional<NamePattern> pattern;
 
-        bool holds(const FileFacts& file) const;
+        bool holds(const FindFacts& file) const;
     };
 
     std::vector<Term> terms_;

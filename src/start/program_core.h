@@ -38,6 +38,7 @@ struct CoreParts {
     std::function<void(const std::string& report)> reported = {};
     /// Ends the process at once, when the user wants that after an error.
     std::function<void()> endProcess = {};
+    OwnerNames* owners = nullptr;  ///< Null if users have no names here.
 };
 
 class ProgramCore {

@@ -40,11 +40,11 @@ TEST(FileKinds, TheKindFollowsFromTheEnding) {
 }
 
 TEST(FindFilter, AFileIsTakenIfAllTermsHold) {
-    const FileFacts film{"Holiday (2).MKV", 3ULL << 30, 1536, 400 * kFilterDay, 1000, 'f'};
-    const FileFacts future{"a", 0, 0, -5, 0, 'l'};
+    const FindFacts film{"Holiday (2).MKV", 3ULL << 30, 1536, 400 * kFilterDay, 1000, 'f'};
+    const FindFacts future{"a", 0, 0, -5, 0, 'l'};
     const struct {
         std::string_view filter;
-        const FileFacts& file;
+        const FindFacts& file;
         bool taken;
     } cases[] = {
         {"", film, true},
