@@ -101,12 +101,14 @@ class Program {
     int runSilent();
     int runWindow();
     int tellOfSilentInstance(long process);
+    WindowModuleFunction windowModule();
+    LinuxFileOperations fileOperations(SilentDisks& disks) const;
     int openWindow(LinuxInstances& instances, bool& restart);
     WindowStart windowStart(WindowForm& frmMain, LinuxInstances& instances, LinuxDrives& drives);
     CoreParts coreParts();
     bool wantsWindow() const;
     void makeUserFolder();
-    std::string windowModule() const { return folderOf(executable_) + "/" + kWindowModuleName; }
+    std::string windowModulePath() const { return folderOf(executable_) + "/" + kWindowModuleName; }
 
     LinuxSystemFacts facts_;
     LinuxFiles files_;
@@ -160,7 +162,7 @@ bool Program::wantsWindow() const {
 // Makes the user's folder of settings, unless the window is not installed: a report needs no settings or
 // logs. If the folder cannot be made, the program does without.
 void Program::makeUserFolder() {
-    if (!places_.ofUser || !files_.exists(windowModule())) return;
+    if (!places_.ofUser || !files_.exists(windowModulePath())) return;
     std::error_code error;
     if (!std::filesystem::create_directories(places_.own, error)) return;
     std::filesystem::permissions(places_.own, std::filesystem::perms::owner_all, error);
@@ -237,18 +239,30 @@ int Program::tellOfSilentInstance(long process) {
     return kSomethingFailed;
 }
 
-int Program::openWindow(LinuxInstances& instances, bool& restart) {
+// Returns the routine that shows the window; null if there is none, which is said then.
+WindowModuleFunction Program::windowModule() {
     std::string reason;
-    const auto show = loadWindowModule(windowModule(), reason);
-    if (show == nullptr) {
-        if (places_.installed && !files_.exists(windowModule())) reason = kWindowPackage;
-        console_.errorLine(
-            core_.texts().TL(9023,
-                             "Das Fenster ist nicht installiert (%1). Ein Bericht ohne Fenster: "
-                             "harborlantern -s DATEI ORDNER...",
-                             {visible(reason)}));
-        return kNoWindow;
-    }
+    const auto show = loadWindowModule(windowModulePath(), reason);
+    if (show != nullptr) return show;
+    if (places_.installed && !files_.exists(windowModulePath())) reason = kWindowPackage;
+    console_.errorLine(core_.texts().TL(9023,
+                                        "Das Fenster ist nicht installiert (%1). Ein Bericht ohne Fenster: "
+                                        "harborlantern -s DATEI ORDNER...",
+                                        {visible(reason)}));
+    return nullptr;
+}
+
+LinuxFileOperations Program::fileOperations(SilentDisks& disks) const {
+    return {std::make_shared<DirectoryCalls>(),
+            {.home = homeFolder(),
+             .programFolders = {folderOf(executable_), places_.own},
+             .trash = trashSettingsFromEnvironment()},
+            &disks};
+}
+
+int Program::openWindow(LinuxInstances& instances, bool& restart) {
+    const auto show = windowModule();
+    if (show == nullptr) return kNoWindow;
     const bool readAhead = facts_.environment("HARBORLANTERN_READ_AHEAD") != "0";
     SilentDisks disks;
     LinuxPatience patience(disks);
@@ -259,11 +273,7 @@ int Program::openWindow(LinuxInstances& instances, bool& restart) {
     LinuxDrives drives(driveSources);
     LinuxFolderVerb verb("harborlantern-folder", facts_.environment("XDG_DATA_HOME"),
                          facts_.environment("HOME"));
-    LinuxFileOperations operations(std::make_shared<DirectoryCalls>(),
-                                   {.home = homeFolder(),
-                                    .programFolders = {folderOf(executable_), places_.own},
-                                    .trash = trashSettingsFromEnvironment()},
-                                   &disks);
+    LinuxFileOperations operations = fileOperations(disks);
     LinuxFreedSurveys surveys(std::make_shared<DirectoryCalls>(), std::make_shared<LinuxOpenFiles>(), &disks);
     LinuxPreviewTools previewTools(folderOf(executable_), facts_.environment("PATH"),
                                    facts_.environment("TMPDIR"), places_.own, &disks);

@@ -145,7 +145,7 @@ void Gone::takeNames() {
 void Gone::followReport() {
     ScanContext& scan = ops_.scan;
     Grid& report = scan.tvwPL;
-    const std::string listed = scan.state.currentFolder;
+    const std::string listed = scan.state.fileList.folder;
     Row row = report.currentRow();
     const bool moved = row == kNoRow && !current_.empty();
     if (moved) row = nearestRow(next_.empty() ? current_ : next_);

@@ -149,7 +149,7 @@ void renameInReport(const FileOps& ops, Row row, const std::string& name) {
         if (report.number(row, kIsFolder) != 1) return;
         const std::string folder = Report_GetFullpathOfNode(report, report.parent(row), true, ops.scan.paths);
         const std::string old = AddTrailingSlash(folder + std::string(report.text(row)), ops.scan.paths);
-        std::string& listed = ops.scan.state.currentFolder;
+        std::string& listed = ops.scan.state.fileList.folder;
         // The list keeps its rows: their folder, or a folder above it, only has another name now.
         if (rename(ops, report, row, folder, name) && listed.starts_with(old))
             listed.replace(0, old.size(), AddTrailingSlash(folder + name, ops.scan.paths));

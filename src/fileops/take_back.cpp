@@ -184,7 +184,7 @@ void PuttingBack::selectRow() {
     for (auto item = back_.rbegin(); item != back_.rend(); ++item)
         if (item->folder && selectFolder(item->path)) return;
     // A folder that is shown already would not be listed anew.
-    const std::string listed = std::exchange(ops_.scan.state.currentFolder, {});
+    const std::string listed = std::exchange(ops_.scan.state.fileList.folder, {});
     if (!listed.empty()) ops_.host.folderShown(kNoRow, listed);
 }
 

@@ -31,7 +31,7 @@ void BalanceControl::showOfDrive() {
 
 void BalanceControl::show(Row source) {
     const Texts& texts = form_.services().texts;
-    if (!form_.session.state.sourceSpace.contains(std::string(form_.session.tvwPL.text(source))))
+    if (!form_.session.state.balance.sources.contains(std::string(form_.session.tvwPL.text(source))))
         return sayNotRead(Report_GetFullpathOfNode(form_.session.tvwPL, source, false, form_.scan.paths));
     std::optional<SourceBalance> balance;
     form_.sources.duringCommand([&] { balance = collect(source); });

@@ -276,7 +276,7 @@ void Panes::filesOfSelection() {
     const bool isFolder = report.number(row, kIsFolder) != 0 || report.level(row) == 0;
     if (!isFolder) row = report.parent(row);
     const std::string folder = Report_GetFullpathOfNode(report, row, true, parts_.paths);
-    if (identityKey(folder, parts_.paths) != identityKey(parts_.state.currentFolder, parts_.paths))
+    if (identityKey(folder, parts_.paths) != identityKey(parts_.state.fileList.folder, parts_.paths))
         parts_.host.List_Files_ScanFolder(folder);
 }
 

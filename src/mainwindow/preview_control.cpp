@@ -22,7 +22,7 @@ std::string PreviewControl::selectedFile() {
     const Grid& grid = form_.session.grid(list);
     if (grid.selectedCount() == 0) return {};
     const Row row = grid.selectedRows().front();
-    const std::string folder = list == GridId::kFiles ? form_.session.state.currentFolder
+    const std::string folder = list == GridId::kFiles ? form_.session.state.fileList.folder
                                                       : std::string(grid.cellText(row, kFilePath));
     return folder + std::string(grid.text(row));
 }

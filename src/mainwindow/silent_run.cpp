@@ -25,7 +25,7 @@ bool SilentRun::run(const std::string& commandLine) {
     const ReportOrder order = orderOf(line);
     const auto target = services().files.replace(order.path);
     if (!target) return reportNotWritten(order.path, ApiErrorText(false, target.error()));
-    session_.state.WantBalance = line.balance;
+    session_.state.balance.wanted = line.balance;
     session_.state.SourceQueue.assign(line.sources.begin(), line.sources.end());
     const std::uint32_t errorsBefore = services().diagnostics.errcount();
     read();

@@ -202,7 +202,7 @@ void SourcesControl::selectDroppedFiles() {
     report.selectNone();
     report.setSelected(row, true);
     report.setCurrentRow(row);
-    if (form_.session.state.currentFolder != folder) form_.lists.showFilesOf(folder);
+    if (form_.session.state.fileList.folder != folder) form_.lists.showFilesOf(folder);
     list.selectNone();
     for (Row file = list.firstRoot(); file != kNoRow; file = list.nextSibling(file)) {
         const std::string path = folder + std::string(list.text(file));

@@ -131,7 +131,7 @@ void WindowForm::saveState() {
 void WindowForm::formUnload() {
     form_.closed = true;
     form_.session.state.CancelState = kCancelStop;
-    ++form_.session.state.FileListRun;
+    ++form_.session.state.fileList.run;
     form_.preview.setWindow(nullptr);
     for (GridPane* pane : form_.window->grids) pane->setEvents(nullptr);
     guarded(form_.services().diagnostics, {.routine = "Form_Unload"},

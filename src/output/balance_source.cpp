@@ -15,8 +15,8 @@ namespace {
 
 std::uint32_t snapshotsLeftOut(const ScanContext& scan, Row source) {
     std::uint32_t count = 0;
-    const auto met = scan.state.subvolumes.find(scan.tvwPL.text(source));
-    if (met == scan.state.subvolumes.end()) return 0;
+    const auto met = scan.state.snapshots.met.find(scan.tvwPL.text(source));
+    if (met == scan.state.snapshots.met.end()) return 0;
     for (const auto& [id, subvolume] : met->second.all()) {
         const Row row = rowOfFolder(scan.tvwPL, source, subvolume.path, scan.paths);
         if (row != kNoRow && isLeftOut(scan.tvwPL, row)) ++count;
@@ -74,8 +74,8 @@ std::vector<Row> trashRows(const ScanContext& scan, Row source) {
 }
 
 std::optional<SourceBalance> balanceOfSource(const ScanContext& scan, Row source, WaitCallback* wait) {
-    const auto found = scan.state.sourceSpace.find(scan.tvwPL.text(source));
-    if (found == scan.state.sourceSpace.end()) return std::nullopt;
+    const auto found = scan.state.balance.sources.find(scan.tvwPL.text(source));
+    if (found == scan.state.balance.sources.end()) return std::nullopt;
     const SourceSpace space = found->second;  // Messages run, and the next scan may begin.
     SourceBalance balance{.source = Report_GetFullpathOfNode(scan.tvwPL, source, false, scan.paths),
                           .state = balanceState(space),

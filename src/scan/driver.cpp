@@ -32,16 +32,16 @@ std::string rowTextOf(const std::string& source) {
 void resetForSource(ScanContext& scan) {
     ScanState& state = scan.state;
     state.RowPicked = false;
-    state.TopCount = 0;
-    state.TopLargest = state.TopSmallest = SizeValue();
-    state.TopMaxCount = scan.options.TOPmaxcount;
+    state.top.count = 0;
+    state.top.largest = state.top.smallest = SizeValue();
+    state.top.maxCount = scan.options.TOPmaxcount;
     for (Grid* list : {&scan.lvwTOP, &scan.lvwJunctions, &scan.lvwHardlinks}) list->clear();
     if (scan.types != nullptr) scan.types->restart();
-    state.SeenLinkIds.Clear();
-    state.SeenLinkIds.AllowDuplicateKeys = false;
-    state.SeenLinkIds.CompareMode(0);
-    state.NeedLinkCount = scan.options.AddHardlinksOnlyOnce == 1 || scan.options.CreateListHardlink == 1;
-    state.NeedSpace = !state.SilentRun || state.WantBalance || scan.options.ReckonOnDisk != 0;
+    state.links.seen.Clear();
+    state.links.seen.AllowDuplicateKeys = false;
+    state.links.seen.CompareMode(0);
+    state.links.needCount = scan.options.AddHardlinksOnlyOnce == 1 || scan.options.CreateListHardlink == 1;
+    state.NeedSpace = !state.SilentRun || state.balance.wanted || scan.options.ReckonOnDisk != 0;
     state.Started = secondsNow();
 }
 
@@ -57,7 +57,7 @@ Row addSourceRow(ScanContext& scan, const std::string& source, int imageIndex) {
 void finishLists(ScanContext& scan, const std::string& source) {
     trimTopList(scan);
     scan.lvwTOP.sortLevels(0);
-    scan.state.TopSource = source;
+    scan.state.top.source = source;
     scan.state.ListsIncomplete = scan.state.CancelState == kCancelStop;
     scan.lvwJunctions.sortLevels(0);
     sortHardlinks(scan.lvwHardlinks);
@@ -68,20 +68,20 @@ void finishLists(ScanContext& scan, const std::string& source) {
 class Counting {
   public:
     Counting(ScanContext& scan, const std::string& folder, Row row) : scan_(scan), folder_(folder) {
-        if (!scan.state.WantBalance) return;
+        if (!scan.state.balance.wanted) return;
         const Grid& report = scan.tvwPL;
         if (report.parent(row) != kNoRow) {
             noteSpaceChanged(scan, row);
             return;
         }
-        space_ = &scan.state.sourceSpace.insert_or_assign(std::string(report.text(row)), SourceSpace())
+        space_ = &scan.state.balance.sources.insert_or_assign(std::string(report.text(row)), SourceSpace())
                       .first->second;
         space_->before = used();
-        scan.state.counting = space_;
+        scan.state.balance.current = space_;
     }
     ~Counting() {
         if (space_ == nullptr) return;
-        scan_.state.counting = nullptr;
+        scan_.state.balance.current = nullptr;
         space_->count.finish();
         space_->ended = secondsNow();
         guarded(scan_.diagnostics, {.routine = "used"}, [&] { space_->after = used(); });
@@ -176,8 +176,8 @@ RunEnd workThroughQueue(ScanContext& scan) {
 void noteSpaceChanged(ScanContext& scan, Row row) {
     const Grid& report = scan.tvwPL;
     while (report.parent(row) != kNoRow) row = report.parent(row);
-    const auto found = scan.state.sourceSpace.find(report.text(row));
-    if (found != scan.state.sourceSpace.end()) found->second.changed = true;
+    const auto found = scan.state.balance.sources.find(report.text(row));
+    if (found != scan.state.balance.sources.end()) found->second.changed = true;
 }
 
 RunEnd endOf(const ScanState& state) {
@@ -239,8 +239,8 @@ Row QuelleEinlesen(ScanContext& scan, const std::string& source, int imageIndex,
         if (scan.options.FolderShowPercentBar == 1) scan.tvwPL.setBarPicture(row, kBarOfWhole);
         scan.host.readingInto(row);
         readWholeSource(scan, source, folder, row);
-        scan.state.LinksMet = scan.state.SeenLinkIds.Count() > 0;
-        scan.state.SeenLinkIds.Clear();
+        scan.state.links.met = scan.state.links.seen.Count() > 0;
+        scan.state.links.seen.Clear();
         scan.host.sourceDone(row);
     });
     return row;

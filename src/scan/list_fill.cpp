@@ -10,17 +10,17 @@ namespace hl {
 namespace {
 
 void beginTopList(ScanState& state, const Options& options, const std::string& source) {
-    state.TopSource = source;
-    state.TopCount = 0;
-    state.TopLargest = state.TopSmallest = SizeValue();
-    state.TopMaxCount = options.TOPmaxcount;
+    state.top.source = source;
+    state.top.count = 0;
+    state.top.largest = state.top.smallest = SizeValue();
+    state.top.maxCount = options.TOPmaxcount;
 }
 
 void beginLinks(ScanState& state, const Options& options) {
-    state.SeenLinkIds.Clear();
-    state.SeenLinkIds.AllowDuplicateKeys = false;
-    state.SeenLinkIds.CompareMode(0);
-    state.NeedLinkCount = options.CreateListHardlink == 1;
+    state.links.seen.Clear();
+    state.links.seen.AllowDuplicateKeys = false;
+    state.links.seen.CompareMode(0);
+    state.links.needCount = options.CreateListHardlink == 1;
 }
 
 void sortList(ScanContext& walk, Grid& list) {
@@ -46,7 +46,7 @@ void fillList(ScanContext& scan, Grid& list, const std::string& source, ScanHost
     const ScopeExit restore([&state, ids = state.sourceIds, deepest = state.DeepestLevel] {
         state.sourceIds = ids;
         state.DeepestLevel = deepest;
-        state.SeenLinkIds.Clear();
+        state.links.seen.Clear();
     });
     if (&list == &scan.lvwTOP) beginTopList(state, options, source);
     beginLinks(state, options);

@@ -21,24 +21,25 @@ Row addRow(ScanContext& scan, const ListTable& table, Grid& list, FoundFile file
 void offerToTopList(ScanContext& scan, const FoundFile& file) {
     ScanState& state = scan.state;
     const SizeValue size = SizeValue::fromBytes(file.entry.size);
-    if (state.TopCount >= state.TopMaxCount && size <= state.TopSmallest) return;
+    if (state.top.count >= state.top.maxCount && size <= state.top.smallest) return;
     addRow(scan, kTopTable, scan.lvwTOP, file);
-    state.TopCount = addCount(state.TopCount, 1);
-    if (size > state.TopLargest) {
-        state.TopLargest = size;
-    } else if (size < state.TopSmallest) {
-        state.TopSmallest = size;
+    state.top.count = addCount(state.top.count, 1);
+    if (size > state.top.largest) {
+        state.top.largest = size;
+    } else if (size < state.top.smallest) {
+        state.top.smallest = size;
     }
-    if (state.TopCount - kTopTrimSlack <= state.TopMaxCount) return;
+    if (state.top.count - kTopTrimSlack <= state.top.maxCount) return;
     trimTopList(scan);
     // A list whose wanted length is 0 has no last row: then only a file larger than all before is still
     // added.
     if (scan.lvwTOP.rowCount() == 0) {
-        state.TopSmallest = state.TopLargest;
+        state.top.smallest = state.top.largest;
         return;
     }
     const Row last = scan.lvwTOP.rowAt(scan.lvwTOP.rowCount() - 1);
-    state.TopSmallest = SizeValue::fromBytes(static_cast<std::uint64_t>(scan.lvwTOP.number(last, kFileSize)));
+    state.top.smallest =
+        SizeValue::fromBytes(static_cast<std::uint64_t>(scan.lvwTOP.number(last, kFileSize)));
 }
 
 }  // namespace
@@ -72,9 +73,9 @@ void sortHardlinks(Grid& lvwHardlinks) {
 }
 
 std::string topTitle(const ScanContext& scan) {
-    if (scan.state.TopSource.empty()) return {};
+    if (scan.state.top.source.empty()) return {};
     return scan.texts.TL(3723, "%1 größten Dateien von '%2'",
-                         {formatCount(scan.lvwTOP.rowCount(), scan.numbers), visible(scan.state.TopSource)});
+                         {formatCount(scan.lvwTOP.rowCount(), scan.numbers), visible(scan.state.top.source)});
 }
 
 void trimTopList(ScanContext& scan) {
@@ -82,7 +83,7 @@ void trimTopList(ScanContext& scan) {
     sort.keepsTies = true;  // Of files of the same size those found first stay.
     scan.lvwTOP.sortLevels(0);
     sort.keepsTies = false;
-    scan.lvwTOP.removeFrom(static_cast<std::size_t>(std::max(0, scan.state.TopMaxCount)));
+    scan.lvwTOP.removeFrom(static_cast<std::size_t>(std::max(0, scan.state.top.maxCount)));
 }
 
 }  // namespace hl

@@ -187,7 +187,7 @@ void ReportChanges::takeOutSource(Row root) {
     forgetBelow(root);
     sources_.erase(root);
     drives_.erase(root);
-    scan_.state.subvolumes.erase(std::string(scan_.tvwPL.text(root)));
+    scan_.state.snapshots.met.erase(std::string(scan_.tvwPL.text(root)));
     scan_.tvwPL.removeRow(root);
     if (scan_.tvwPL.rowCount() == 0) scan_.state.DeepestLevel = 0;
 }
@@ -408,7 +408,7 @@ void ReportChanges::readAgain(Row row) {
 
 void ReportChanges::readRow(Row row) {
     Report_ReadAgain(scan_, row);
-    if (!std::exchange(scan_.state.SnapshotsMoved, false)) return;
+    if (!std::exchange(scan_.state.snapshots.moved, false)) return;
     while (scan_.tvwPL.level(row) > 0) row = scan_.tvwPL.parent(row);
     sources_.insert(row);
 }

@@ -87,8 +87,8 @@ void readAgain(ScanContext& scan, Row row) {
 Row readSourceToo(ScanContext& scan, Row row, double sizeBefore) {
     const Grid& report = scan.tvwPL;
     const bool linksMove = scan.options.AddHardlinksOnlyOnce == 1 && report.level(row) > 0 &&
-                           (scan.state.LinksMet || report.number(row, kSize) != sizeBefore);
-    const bool snapshotsMove = std::exchange(scan.state.SnapshotsMoved, false);
+                           (scan.state.links.met || report.number(row, kSize) != sizeBefore);
+    const bool snapshotsMove = std::exchange(scan.state.snapshots.moved, false);
     if ((!linksMove && !snapshotsMove) || scan.state.CancelState == kCancelStop) return row;
     Row root = row;
     while (report.level(root) > 0) root = report.parent(root);
@@ -139,7 +139,7 @@ void rescanCurrent(ScanContext& scan) {
     busy.reset();
     if (!scan.state.RowPicked) makeCurrent(report, formerIndex, formerText, row);
     scan.host.runEnded(end);
-    scan.state.currentFolder.clear();
+    scan.state.fileList.folder.clear();
     if (scan.state.SourceQueue.empty()) {
         scan.host.folderShown(Report_GetFullpathOfNode(report, row, true, scan.paths));
     } else {
@@ -158,13 +158,13 @@ void Report_ReadAgain(ScanContext& scan, Row row) {
     noteSpaceChanged(scan, row);
     const ScopeExit lists([&, was = scan.state.SilentRun] { scan.state.SilentRun = was; });
     scan.state.SilentRun = true;
-    scan.state.NeedLinkCount = scan.options.AddHardlinksOnlyOnce == 1;
+    scan.state.links.needCount = scan.options.AddHardlinksOnlyOnce == 1;
     scan.state.NeedSpace = true;
     scan.state.Started = secondsNow();
-    scan.state.SeenLinkIds.Clear();
+    scan.state.links.seen.Clear();
     ScanTotals totals;
     Report_ScanFolders(scan, Report_GetFullpathOfNode(report, row, true, scan.paths), row, totals);
-    scan.state.SeenLinkIds.Clear();
+    scan.state.links.seen.Clear();
     Report_SetTotals(report, row, totals);
     correctAbove(report, row, before);
 }

@@ -150,8 +150,8 @@ void Report_RemoveFolders(ScanContext& scan) {
         if (report.rowCount() == 0 || row == kNoRow) return;
         while (report.level(row) > 0) row = report.parent(row);
         const std::string folder = AddTrailingSlash(report.text(row), scan.paths);
-        if (identityKey(folder, scan.paths) == identityKey(scan.state.currentFolder, scan.paths))
-            scan.state.currentFolder.clear();
+        if (identityKey(folder, scan.paths) == identityKey(scan.state.fileList.folder, scan.paths))
+            scan.state.fileList.folder.clear();
         report.setEnabled(false);
         report.removeRow(row);
         report.setEnabled(true);

@@ -34,6 +34,53 @@ enum CancelValue : std::int32_t {
     kCancelStop = 3,
 };
 
+/// What is kept of subvolumes.
+struct SnapshotState {
+    /// Those that were met in each source, by the text of the source's row.
+    std::map<std::string, SubvolumesMet, std::less<>> met;
+    /// A folder was read again, and snapshots elsewhere in its source have lost their origin, or have one
+    /// now. Whoever reads the source again resets it.
+    bool moved = false;
+};
+
+/// What is counted for balances.
+struct BalanceCount {
+    /// Somebody may ask for the balance of a source: the walk counts for it, and NeedSpace is set.
+    bool wanted = false;
+    /// What was counted for each source, by the text of the source's row.
+    std::map<std::string, SourceSpace, std::less<>> sources;
+    SourceSpace* current = nullptr;  ///< The one that the walk fills; null if it counts nothing.
+};
+
+/// When the window's messages ran.
+struct PumpState {
+    std::uint64_t interval = 1500;  ///< Milliseconds.
+    std::uint64_t lastTick = 0;
+};
+
+/// Files with several names.
+struct LinkState {
+    bool needCount = false;
+    bool met = false;        ///< The walk met some that count once.
+    CStringCollection seen;  ///< The keys are bytes: device and inode of such a file.
+};
+
+struct FileListState {
+    std::string folder;  ///< The one whose files the list shows.
+    /// Counts how often the list was filled or emptied: a filling ends when, after messages ran, it finds a
+    /// newer one.
+    std::uint64_t run = 0;
+};
+
+/// How far the list of the largest files is filled.
+struct TopListState {
+    std::string source;         ///< The one whose files are listed.
+    std::int32_t count = 0;     ///< The rows added; cutting the list does not lower it.
+    std::int32_t maxCount = 0;  ///< The wanted number of rows.
+    SizeValue largest;
+    SizeValue smallest;  ///< Once the list is full, a file must be larger than this.
+};
+
 struct ScanState {
     std::deque<std::string> SourceQueue;  ///< First in, first out; the head stays in it until it is done.
     std::int32_t CancelState = kCancelNone;
@@ -45,49 +92,29 @@ struct ScanState {
     /// The current work waits for a disk that does not answer. It may be abandoned, so the window can be
     /// closed.
     bool DiskSilent = false;
-    std::uint64_t PumpInterval = 1500;  ///< Milliseconds.
-    std::uint64_t LastPumpTick = 0;
+    PumpState pump;
 
     /// The deepest level that holds a row; it returns to 0 only when the report is emptied.
     std::uint32_t DeepestLevel = 0;
-    ScanTotals lastTotals;      ///< The totals of the source read last.
-    std::string currentFolder;  ///< The folder whose files the file list shows.
-    /// Counts how often the file list was filled or emptied: a filling ends when, after messages ran, it
-    /// finds a newer one.
-    std::uint64_t FileListRun = 0;
+    ScanTotals lastTotals;  ///< The totals of the source read last.
+    FileListState fileList;
 
     /// Links that led to a folder until it went or was renamed. They are folders again once they lead to one.
     std::set<std::string, std::less<>> LostLinks;
 
     /// The folder that each source was when it was read, by the text of the source's row.
     std::map<std::string, FolderId, std::less<>> sourceIds;
-    /// The subvolumes that were met in each source, by the text of the source's row.
-    std::map<std::string, SubvolumesMet, std::less<>> subvolumes;
-    /// A folder was read again, and snapshots elsewhere in its source have lost their origin, or have one
-    /// now. Whoever reads the source again resets it.
-    bool SnapshotsMoved = false;
-
-    /// Somebody may ask for the balance of a source: the walk counts for it, and NeedSpace is set.
-    bool WantBalance = false;
-    /// What was counted for the balance of each source, by the text of the source's row.
-    std::map<std::string, SourceSpace, std::less<>> sourceSpace;
-    SourceSpace* counting = nullptr;  ///< The one that the walk fills; null if it counts nothing.
+    SnapshotState snapshots;
+    BalanceCount balance;
 
     // The rest is set anew for each source.
-    bool RowPicked = false;        ///< The user has picked a row, which stays the current one at the end.
-    std::string TopSource;         ///< The source whose largest files are listed.
-    std::int32_t TopCount = 0;     ///< The rows added to the largest files; cutting the list does not lower
-                                   ///< it.
-    std::int32_t TopMaxCount = 0;  ///< The wanted number of rows.
+    bool RowPicked = false;  ///< The user has picked a row, which stays the current one at the end.
+    TopListState top;
     bool ListsIncomplete = false;  ///< The reading that filled the three lists was stopped.
-    SizeValue TopLargest;
-    SizeValue TopSmallest;  ///< Once the list is full, a file must be larger than this.
-    bool NeedLinkCount = false;
+    LinkState links;
     bool NeedSpace = false;    ///< Somebody shows or reckons with what files take on the disk.
     std::int64_t Started = 0;  ///< When the reading began, in seconds since 1970. Files written later do not
                                ///< count for the newest change.
-    bool LinksMet = false;     ///< The walk met files with several names that count once.
-    CStringCollection SeenLinkIds;  ///< The keys are bytes: device and inode of a file with several names.
 };
 
 /// Moves what is kept for a source from the old text of its row to the new one.
@@ -99,8 +126,8 @@ inline void renameSource(ScanState& state, const std::string& from, const std::s
         kept.insert(std::move(entry));
     };
     rename(state.sourceIds);
-    rename(state.subvolumes);
-    rename(state.sourceSpace);
+    rename(state.snapshots.met);
+    rename(state.balance.sources);
 }
 
 }  // namespace hl

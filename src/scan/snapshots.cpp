@@ -59,7 +59,7 @@ SnapshotReading::SnapshotReading(ScanContext& scan, Row row, std::string_view pa
       root_(rootOf(scan.tvwPL, row)),
       folder_(withoutSeparator(path)),
       wanted_(scan.options.CountSnapshots == 0),
-      met_(scan.state.subvolumes[std::string(scan.tvwPL.text(root_))]) {
+      met_(scan.state.snapshots.met[std::string(scan.tvwPL.text(root_))]) {
     if (row == root_) {
         met_ = {};
         return;
@@ -96,7 +96,7 @@ std::optional<SnapshotReading::PutOff> SnapshotReading::next() {
             Report_MarkIncomplete(scan_, next.row);
             countNotRead(next.row);
             Report_MarkIncomplete(scan_, top_);
-            if (SourceSpace* counting = scan_.state.counting) counting->complete = false;
+            if (SourceSpace* counting = scan_.state.balance.current) counting->complete = false;
         }
     }
     return std::nullopt;
@@ -134,12 +134,13 @@ void SnapshotReading::wasRead(const PutOff& snapshot, const ScanTotals& found, S
 }
 
 void SnapshotReading::finish() {
-    if (top_ != root_ && othersMoved(scan_, root_, folder_, before_, met_)) scan_.state.SnapshotsMoved = true;
+    if (top_ != root_ && othersMoved(scan_, root_, folder_, before_, met_))
+        scan_.state.snapshots.moved = true;
 }
 
 bool forgetSubvolumes(ScanContext& scan, Row root, std::string_view folder) {
-    const auto of = scan.state.subvolumes.find(scan.tvwPL.text(root));
-    if (of == scan.state.subvolumes.end()) return false;
+    const auto of = scan.state.snapshots.met.find(scan.tvwPL.text(root));
+    if (of == scan.state.snapshots.met.end()) return false;
     const SubvolumesMet before = of->second;
     of->second.forget(folder, scan.paths);
     return othersMoved(scan, root, folder, before, of->second);
@@ -148,8 +149,8 @@ bool forgetSubvolumes(ScanContext& scan, Row root, std::string_view folder) {
 void renameSubvolumes(ScanContext& scan, std::string_view from, std::string_view to) {
     Grid& report = scan.tvwPL;
     for (Row root = report.firstRoot(); root != kNoRow; root = report.nextSibling(root)) {
-        const auto of = scan.state.subvolumes.find(report.text(root));
-        if (of == scan.state.subvolumes.end()) continue;
+        const auto of = scan.state.snapshots.met.find(report.text(root));
+        if (of == scan.state.snapshots.met.end()) continue;
         of->second.rename(from, to, scan.paths);
         for (const auto& [id, each] : of->second.all()) {
             const std::string* origin = mayBeLeftOut(each.is) ? of->second.placeOf(each.is.origin) : nullptr;

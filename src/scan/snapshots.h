@@ -43,7 +43,7 @@ class SnapshotReading {
     /// that is read, and to `totals`, which are those of that one.
     void wasRead(const PutOff& snapshot, const ScanTotals& found, ScanTotals& totals);
     /// The reading is over. If other snapshots of the source are to be left out than before, sets
-    /// ScanState::SnapshotsMoved.
+    /// SnapshotState::moved.
     void finish();
 
   private:

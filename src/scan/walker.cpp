@@ -66,9 +66,10 @@ class FolderWalk final : public ScanProgress {
         ReadOptions options;
         options.followLinks = follow_;
         options.levelsAbove = scan.tvwPL.level(row);
-        options.wantLinks = scan.state.NeedLinkCount;
+        options.wantLinks = scan.state.links.needCount;
         options.wantSpace = scan.state.NeedSpace;
-        if (scan.state.counting != nullptr) scan.state.counting->choose(options, options.levelsAbove == 0);
+        if (scan.state.balance.current != nullptr)
+            scan.state.balance.current->choose(options, options.levelsAbove == 0);
         options.wantTimes = options.wantFileNames = !scan.state.SilentRun;
         snapshots.choose(options);
         reader_ = scan.fileSystem.read(ToLongPath(path, scan.paths), options, &wait_);
@@ -150,7 +151,7 @@ ScanTotals FolderWalk::run(Row row) {
         if (!done) endByFault();
     }
     if (cut_) Report_MarkIncomplete(scan_, row);
-    if (SourceSpace* counting = scan_.state.counting; counting != nullptr && (cut_ || faulted_))
+    if (SourceSpace* counting = scan_.state.balance.current; counting != nullptr && (cut_ || faulted_))
         counting->complete = false;
     return result_;
 }
@@ -212,7 +213,8 @@ void FolderWalk::enterSource(Row row) {
     const Grid& report = scan_.tvwPL;
     if (first != nullptr && report.parent(row) == kNoRow) {
         scan_.state.sourceIds.insert_or_assign(std::string(report.text(row)), first->source);
-        if (scan_.state.counting != nullptr) scan_.state.counting->isWholeDisk = first->ownBlocks.has_value();
+        if (scan_.state.balance.current != nullptr)
+            scan_.state.balance.current->isWholeDisk = first->ownBlocks.has_value();
     }
     if (first != nullptr) snapshots_.entered(*first, path_, row);
     enter(row, std::move(first), false, {});
@@ -223,7 +225,7 @@ void FolderWalk::enter(Row row, std::unique_ptr<Listing> block, bool isReparse, 
         cut_ = true;
         return;
     }
-    SpaceCount* space = levels_.empty() ? countOf(scan_.state.counting) : levels_.back().space;
+    SpaceCount* space = levels_.empty() ? countOf(scan_.state.balance.current) : levels_.back().space;
     if (isReparse) space = nullptr;
     Level& level = levels_.emplace_back();
     level.row = row;
@@ -358,7 +360,7 @@ void FolderWalk::fileEntry(Level& level, const Entry& entry) {
     lastTag_ = entry.tag;
     level.files.files = addCount(level.files.files, 1);
     const std::int32_t links =
-        scan_.state.NeedLinkCount && entry.links != 1 ? static_cast<std::int32_t>(entry.links) : 0;
+        scan_.state.links.needCount && entry.links != 1 ? static_cast<std::int32_t>(entry.links) : 0;
     const bool counts = sizeCounts(entry, links);
     if (counts) level.files.size += size;
     const EntryDetails& known = level.block->detailsOf(level.next - 1);
@@ -370,7 +372,7 @@ void FolderWalk::fileEntry(Level& level, const Entry& entry) {
 // The name of a file that is met first counts; further names within the same source do not.
 bool FolderWalk::sizeCounts(const Entry& entry, std::int32_t links) {
     if (scan_.options.AddHardlinksOnlyOnce == 0 || links < 1) return true;
-    return scan_.state.SeenLinkIds.Add("", linkKey(entry)) != 0;
+    return scan_.state.links.seen.Add("", linkKey(entry)) != 0;
 }
 
 // --- the end of a level

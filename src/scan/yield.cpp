@@ -4,9 +4,9 @@ namespace hl {
 
 void Yield::now() {
     const std::uint64_t tick = pump_.GetTickCount();
-    if (tick > state_.LastPumpTick + state_.PumpInterval) {
+    if (tick > state_.pump.lastTick + state_.pump.interval) {
         pump_.PumpMessages();
-        state_.LastPumpTick = tick;
+        state_.pump.lastTick = tick;
     } else if (pump_.GetInputState()) {
         pump_.PumpMessages();
     }
@@ -21,7 +21,7 @@ bool Yield::goOnWaiting() {
     state_.DiskSilent = false;
     const std::uint64_t now = pump_.GetTickCount();
     if (now > waitedTill_ + kGap) waitsSince_ = now;
-    waitedTill_ = state_.LastPumpTick = now;
+    waitedTill_ = state_.pump.lastTick = now;
     return state_.CancelState != kCancelStop;
 }
 

@@ -1,5 +1,5 @@
-// Lets the window's messages run during a long loop: once every PumpInterval, and whenever input waits. For
-// the thread of the logic.
+// Lets the window's messages run during a long loop: once every PumpState::interval, and whenever input
+// waits. For the thread of the logic.
 #pragma once
 
 #include <functional>

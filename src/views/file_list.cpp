@@ -25,9 +25,9 @@ void addFileRow(Grid& list, const Listing& listing, std::size_t index, const std
 class Filling final : public WaitCallback {
   public:
     explicit Filling(ScanContext& scan)
-        : state_(scan.state), run_(++scan.state.FileListRun), yield_(scan.state, scan.pump) {}
+        : state_(scan.state), run_(++scan.state.fileList.run), yield_(scan.state, scan.pump) {}
 
-    bool isLatest() const { return state_.FileListRun == run_; }
+    bool isLatest() const { return state_.fileList.run == run_; }
     bool goesOn() {
         yield_.perEntry();
         return isLatest() && state_.CancelState == kCancelNone;

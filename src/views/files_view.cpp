@@ -34,15 +34,15 @@ void FilesView::List_Files_ScanFolder(const std::string& path, bool lockControls
         const ScanContext& scan = parts_.scan;
         if (path.empty() || !parts_.host.listShows(GridId::kFiles)) return empty();
         const std::string folder = AddTrailingSlash(path, scan.paths);
-        if (identityKey(folder, scan.paths) == identityKey(scan.state.currentFolder, scan.paths)) return;
-        scan.state.currentFolder = folder;
+        if (identityKey(folder, scan.paths) == identityKey(scan.state.fileList.folder, scan.paths)) return;
+        scan.state.fileList.folder = folder;
         all_ = false;
         // While messages run, rows of the former folder must not be taken for those of the new one.
         FilesTotalSize_ = SizeValue();
         grid_.clear();
-        const std::uint64_t run = ++scan.state.FileListRun;
+        const std::uint64_t run = ++scan.state.fileList.run;
         scan.pump.PumpMessages();
-        if (scan.state.FileListRun != run) return;
+        if (scan.state.fileList.run != run) return;
         if (lockControls && !scan.state.ScanActive) {
             listLocked(folder);
         } else {
@@ -53,8 +53,8 @@ void FilesView::List_Files_ScanFolder(const std::string& path, bool lockControls
 }
 
 void FilesView::empty() {
-    ++parts_.scan.state.FileListRun;
-    parts_.scan.state.currentFolder.clear();
+    ++parts_.scan.state.fileList.run;
+    parts_.scan.state.fileList.folder.clear();
     FilesTotalSize_ = SizeValue();
     grid_.clear();
     if (parts_.host.listShows(GridId::kFiles)) ShowFileStat();
@@ -77,14 +77,14 @@ void FilesView::list(const std::string& folder) {
 void FilesView::List_Files_Refresh() {
     guarded(parts_.scan.diagnostics, [&] {
         if (grid_.rowCount() == 0) return;
-        const std::string folder = std::exchange(parts_.scan.state.currentFolder, {});
+        const std::string folder = std::exchange(parts_.scan.state.fileList.folder, {});
         List_Files_ScanFolder(folder, true);
         showPreview(false);
     });
 }
 
 std::string FilesView::pathOf(Row row) const {
-    return parts_.scan.state.currentFolder + std::string(grid_.text(row));
+    return parts_.scan.state.fileList.folder + std::string(grid_.text(row));
 }
 
 void FilesView::rowsRemoved() {
@@ -95,7 +95,7 @@ void FilesView::rowsRemoved() {
 
 // Returns an empty text if no folder is listed.
 std::string FilesView::total() const {
-    if (parts_.scan.state.currentFolder.empty()) return {};
+    if (parts_.scan.state.fileList.folder.empty()) return {};
     const NumberFormat& numbers = parts_.scan.numbers;
     return parts_.scan.texts.TL(9523, "%1 Datei(en) mit insgesamt %2",
                                 {formatCount(grid_.rowCount(), numbers),

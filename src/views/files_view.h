@@ -1,5 +1,5 @@
 // lvwFiles, the files directly in the folder that is selected in the report. They are read from the disk when
-// another folder is selected; ScanState::currentFolder tells which one is shown. For the thread of the logic
+// another folder is selected; FileListState::folder tells which one is shown. For the thread of the logic
 // only.
 #pragma once
 
@@ -21,7 +21,7 @@ class FilesView final : public ListView {
 
     /// Tells whether the folder was read to its end and has no files directly in it.
     bool foundNone() const {
-        return all_ && grid_.rowCount() == 0 && !parts_.scan.state.currentFolder.empty();
+        return all_ && grid_.rowCount() == 0 && !parts_.scan.state.fileList.folder.empty();
     }
 
     std::string pathOf(Row row) const override;

@@ -110,10 +110,10 @@ bool ReportView::progress(std::size_t done, std::size_t all) {
     constexpr std::size_t kRowsBetweenLooks = 1024;  // A row takes some 20 ns; so does a look at the clock.
     if (done % kRowsBetweenLooks != 0) return true;
     const std::uint64_t tick = scan_.pump.GetTickCount();
-    const bool due = tick > scan_.state.LastPumpTick + scan_.state.PumpInterval;
+    const bool due = tick > scan_.state.pump.lastTick + scan_.state.pump.interval;
     if (!due && !scan_.pump.GetInputState()) return scan_.state.CancelState != kCancelStop;
     host_.setFirstPanel(std::to_string(done * 100 / all) + " %");
-    scan_.state.LastPumpTick = tick;
+    scan_.state.pump.lastTick = tick;
     scan_.pump.PumpMessages();
     return scan_.state.CancelState != kCancelStop;
 }
@@ -223,7 +223,7 @@ void ReportView::removeAll() {
     grid_.clear();
     host_.showFilesOf("");
     scan_.state.DeepestLevel = 0;
-    scan_.state.currentFolder.clear();
+    scan_.state.fileList.folder.clear();
     host_.setFirstPanel("");
     host_.Preview_Reset_View();  // A list that a scan filled still has a file selected.
 }

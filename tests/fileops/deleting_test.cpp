@@ -196,13 +196,13 @@ TEST_F(DeletingTest, ARenamedFolderIsWhereTheListLooksNext) {
     EXPECT_EQ(window_.calls, (Lines{"Permission denied"}));
     EXPECT_EQ(report.text(a_), "a");
     operations_.moved = {};
-    state.currentFolder = "/src/a/aa/";
+    state.fileList.folder = "/src/a/aa/";
     renameInReport(ops_, a_, "z");
     EXPECT_EQ(operations_.asked.back(), "to /src|z");
     EXPECT_EQ(report.text(a_), "z");
-    EXPECT_EQ(state.currentFolder, "/src/z/aa/");
+    EXPECT_EQ(state.fileList.folder, "/src/z/aa/");
     renameInReport(ops_, b_, "y");
-    EXPECT_EQ(state.currentFolder, "/src/z/aa/");
+    EXPECT_EQ(state.fileList.folder, "/src/z/aa/");
     renameInReport(ops_, src_, "other");
     EXPECT_EQ(report.text(src_), "/src");
 }

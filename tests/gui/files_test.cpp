@@ -54,7 +54,7 @@ TEST_F(FilesTest, WhatIsTakenOutOfTheSelectionStaysAndTheRestIsTold) {
     EXPECT_EQ(s().grid().selectedRows(), std::vector<Row>{s().row("other")});
     EXPECT_EQ(s().grid().currentRow(), s().row("other"));
     EXPECT_EQ(s().status(), at("src/other/"));
-    EXPECT_EQ(s().form().state().currentFolder, at("src/other/"));
+    EXPECT_EQ(s().form().state().fileList.folder, at("src/other/"));
     s().execute(Command::kDeleteFolders);
     EXPECT_TRUE(there("src/sub/deep") && !there("src/other"));
 
@@ -233,7 +233,7 @@ TEST_F(FilesTest, F2RenamesInTheCell) {
     s().clickRow("sub");
     rename(s().view(), QStringLiteral("bus"));
     EXPECT_TRUE(there("src/bus/deep/e.txt"));
-    EXPECT_EQ(s().form().state().currentFolder, at("src/bus/"));
+    EXPECT_EQ(s().form().state().fileList.folder, at("src/bus/"));
 }
 
 TEST_F(FilesTest, AFileThatGetsTheOtherOfItsTwoNamesLosesARow) {

@@ -189,7 +189,7 @@ TEST_F(LookingTest, LookingIsAllowedAllElseIsRefusedAndTheResultIsTheSame) {
     expectKept();
     ASSERT_EQ(files().rowCount(), 1U);
     EXPECT_EQ(s.status().substr(0, 3), "OK.");
-    EXPECT_EQ(s.form().state().currentFolder, at("src/") + std::string(s.grid().text(picked)) + "/");
+    EXPECT_EQ(s.form().state().fileList.folder, at("src/") + std::string(s.grid().text(picked)) + "/");
     const TempDir other;
     Session unseen{other.path()};
     unseen.start();

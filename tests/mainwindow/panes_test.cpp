@@ -203,7 +203,7 @@ TEST_F(Panel, OfFilesReadsTheFolderOfTheFirstSelectedRowOnceOnly) {
     EXPECT_EQ(times("/srv/a/"), 0) << "another list shows";
     change({kShowReport, kShowFiles});
     EXPECT_EQ(times("/srv/a/"), 1);
-    state.currentFolder = "/srv/a/";
+    state.fileList.folder = "/srv/a/";
     change({kShowReport, kShowFiles});
     EXPECT_EQ(times("/srv/a/"), 0);
 }

@@ -116,7 +116,7 @@ TEST_F(Driver, StartsEachSourceWithEmptyListsAndNoFileSeen) {
     EXPECT_EQ(top.rowCount() + hardlinks.rowCount(), 4U);
     EXPECT_EQ(textsOf(junctions), (Lines{"/q/l", "/q/m"}));
     EXPECT_EQ(topTitle(scan), "2 größten Dateien von '/q/'");
-    EXPECT_TRUE(state.TopCount == 2 && state.SeenLinkIds.Count() == 0);
+    EXPECT_TRUE(state.top.count == 2 && state.links.seen.Count() == 0);
 }
 
 TEST_F(Driver, KnowsASourceAgainByThePlatformsCaseRule) {
@@ -212,17 +212,17 @@ TEST_F(Rollup, RemovesTheWholeSourceOfTheCurrentRow) {
     readSources({"/s/", "/t/"});
     host.calls.clear();
     report.setCurrentRow(rowOf("c"));
-    state.currentFolder = "/s/b/";
+    state.fileList.folder = "/s/b/";
     for (int i = 0; i < 2; ++i) Report_RemoveFolders(scan);  // The second time no row is current.
     EXPECT_EQ(rows(), (Lines{"/t 6 1/1", "  Dateien 6 1/0", "  d 0 0/0"}));
     EXPECT_EQ(host.calls, Lines(1, "selection gone"));
-    EXPECT_EQ(state.currentFolder, "/s/b/") << "another folder than the source itself";
+    EXPECT_EQ(state.fileList.folder, "/s/b/") << "another folder than the source itself";
     EXPECT_EQ(textsOf(top), Lines{"g"}) << "the lists keep what they hold";
     report.setCurrentRow(rowOf("/t"));
-    state.currentFolder = "/t/";
+    state.fileList.folder = "/t/";
     Report_RemoveFolders(scan);
     EXPECT_EQ(report.rowCount() + state.DeepestLevel + sink.log.size(), 0U);
-    EXPECT_TRUE(state.currentFolder.empty() && report.enabled());
+    EXPECT_TRUE(state.fileList.folder.empty() && report.enabled());
 }
 
 }  // namespace

@@ -1,53 +1,20 @@
 // Tests Report_Rescan of scan/driver.h.
 
 #include "scan/list_handover.h"
-#include "support/scan_fixture.h"
+#include "support/rescan_fixture.h"
 
 namespace hl::test {
 namespace {
 
-struct Rescan : ScanFixture {
+struct Rescan : RescanFixture {
     Rescan() {
         begin(folder("/s",
                      {file("a", 100), folder("b", {file("x", 40), folder("c", {file("y", 8)}), folder("d")}),
                       folder("e", {file("z", 16)})}));
     }
-    void begin(Item source) {
-        report.clear();
-        const std::string path = source.name;
-        disk.sources = {std::move(source)};
-        readSources({path.c_str()});
-        host.calls.clear();
-        host.folders.clear();
-        clearProtocol();
-    }
     Item& at(std::string_view path) { return *disk.find(path); }
-    void rescan(Row row) {
-        report.setCurrentRow(row);
-        Report_Rescan(scan);
-    }
+    using RescanFixture::rescan;
     void rescan(std::string_view row) { rescan(rowOf(row)); }
-
-    /// Returns every row with its path and everything that a scan writes. They are sorted, since rows of
-    /// equal size may be in any order.
-    static Lines factsOf(const ScanBench& bench) {
-        const Grid& report = bench.report;
-        Lines lines;
-        for (std::size_t i = 0; i < report.rowCount(); ++i) {
-            const Row row = report.rowAt(i);
-            lines.push_back(Report_GetFullpathOfNode(report, row, false, bench.paths) + ": " +
-                            bench.numbersOf(row) + " " + SimpleValue(report.number(row, kPercent)).text() +
-                            "% " + std::to_string(report.picture(row)) + std::string(report.rowNote(row)));
-        }
-        std::sort(lines.begin(), lines.end());
-        return lines;
-    }
-    Lines factsOfFreshScan() const {
-        ScanBench fresh;
-        fresh.disk.sources = disk.sources;
-        fresh.readSources({"/s/"});
-        return factsOf(fresh);
-    }
 };
 
 TEST_F(Rescan, ForgetsAnAccessErrorThatIsNoMore) {
@@ -56,7 +23,7 @@ TEST_F(Rescan, ForgetsAnAccessErrorThatIsNoMore) {
     combo.add({"/s/", "/s [a drive]", "/s/", 2});
     begin(folder("/s", {folder("b", {file("x", 40)}), linkTo("l", "../x", {file("y", 8)}),
                         mountOf("m", "/dev/sdb1", {file("z", 16)})}));
-    const Lines scanned = factsOf(*this);
+    const Lines scanned = figuresOf(*this);
     for (const std::string path : {"/s", "/s/b", "/s/l", "/s/m"}) {
         const std::string row = path == "/s" ? path : path.substr(3);
         at(path).error = 13;
@@ -64,7 +31,7 @@ TEST_F(Rescan, ForgetsAnAccessErrorThatIsNoMore) {
         EXPECT_EQ(report.picture(rowOf(row)), kPictureAccessError);
         at(path).error = 0;
         rescan(row);
-        EXPECT_EQ(factsOf(*this), scanned) << path;
+        EXPECT_EQ(figuresOf(*this), scanned) << path;
     }
 }
 
@@ -85,7 +52,7 @@ TEST_F(Rescan, AgreesWithAFreshScanAfterManyRandomChanges) {
         const std::string path = Report_GetFullpathOfNode(report, folderRow, false, paths);
         grow(at(path), 3);
         rescan(row);
-        ASSERT_EQ(factsOf(*this), factsOfFreshScan()) << step;
+        ASSERT_EQ(figuresOf(*this), figuresOfAFreshScan()) << step;
         row = report.currentRow();
         ASSERT_EQ(Report_GetFullpathOfNode(report, row, false, paths), path) << step;
         ASSERT_TRUE(report.selected(row));

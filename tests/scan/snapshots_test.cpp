@@ -2,7 +2,7 @@
 #include "scan/snapshots.h"
 
 #include "scan/report_changes.h"
-#include "support/scan_fixture.h"
+#include "support/rescan_fixture.h"
 
 namespace hl::test {
 namespace {
@@ -28,36 +28,7 @@ Item sourceOf(const std::string& places) {
     return source;
 }
 
-struct Snapshots : ScanFixture {
-    void begin(Item source) {
-        report.clear();
-        disk.sources = {std::move(source)};
-        readSources({"/s"});
-    }
-    /// Returns every row with its path and all that a scan writes, sorted, since equal ones have no order.
-    static Lines figuresOf(const ScanBench& bench) {
-        const Grid& report = bench.report;
-        Lines lines;
-        for (Row row = report.firstRoot(); row != kNoRow; row = report.tree().following(row)) {
-            std::string line = Report_GetFullpathOfNode(report, row, false, bench.paths) + ":";
-            for (const CellId cell : {kPercent, kSize, kFiles, kFolders, kDisk, kNewest})
-                line += " " + SimpleValue(report.number(row, cell)).text();
-            lines.push_back(line + " " + std::to_string(report.picture(row)) +
-                            std::string(report.rowNote(row)) + " " + std::to_string(report.mark(row)));
-        }
-        std::ranges::sort(lines);
-        return lines;
-    }
-    Lines figuresOfAFreshScan() const {
-        ScanBench fresh;
-        fresh.disk.sources = disk.sources;
-        fresh.readSources({"/s"});
-        return figuresOf(fresh);
-    }
-    void rescan(std::string_view path) {
-        report.setCurrentRow(rowOfFolder(report, report.firstRoot(), path, paths));
-        Report_Rescan(scan);
-    }
+struct Snapshots : RescanFixture {
     /// Returns such as "/s 30 2/3; c 0 0/0: Snapshot von /s/b": the source, and what is left out.
     std::string outcome() const {
         std::string text = numbersOf(report.firstRoot());
@@ -140,7 +111,7 @@ TEST_F(Snapshots, AfterChangesTheFiguresAreThoseOfAFreshScan) {
     for (const Case& each : cases) {
         begin(sourceOf("a/o=1 b/s=2<1"));
         disk.sources = {sourceOf(each.places)};
-        for (const char* path : each.readAgain) rescan(path);
+        for (const char* path : each.readAgain) rescanPath(path);
         EXPECT_EQ(figuresOf(*this), figuresOfAFreshScan()) << each.places;
     }
     const auto change = [&](const char* places, void (*tell)(ReportChanges&)) {
@@ -184,7 +155,7 @@ TEST_F(Snapshots, AfterManyRandomChangesToo) {
         const std::string path = Report_GetFullpathOfNode(report, row, false, paths);
         Item& item = *disk.find(path);
         grow(item, item.subvolume && item.subvolume->isSnapshot() ? 0 : 3);
-        rescan(path);
+        rescanPath(path);
         ASSERT_EQ(figuresOf(*this), figuresOfAFreshScan()) << step;
         longest = std::max(longest, outcome().size());
     }

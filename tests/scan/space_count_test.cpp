@@ -45,12 +45,12 @@ class SpaceCountTest : public ScanFixture {
         while (nowhere.size() < 700) nowhere += "l/";
         fs::create_symlink(nowhere, at("c/long"));
         fs::create_directory_symlink(at("") + std::string(700, '/') + "a", at("c/folder"));
-        state.WantBalance = true;
+        state.balance.wanted = true;
     }
     std::string at(const std::string& name) const { return dir.path() + "/tree/" + name; }
     const SourceSpace& read() {
         QuelleEinlesen(real, at(""), 0, kNoRow);
-        return state.sourceSpace.at(dir.path() + "/tree");
+        return state.balance.sources.at(dir.path() + "/tree");
     }
     /// Returns the sum that find and awk make of all entries, each file once with `once`.
     std::uint64_t found(const std::string& format, const std::string& what, bool once) const {
@@ -102,10 +102,10 @@ TEST_F(SpaceCountTest, IsOlderThanTheSourceOnceAFolderOfItIsReadAgain) {
     read();
     report.setCurrentRow(rowOf("c"));
     Report_Rescan(real);
-    EXPECT_TRUE(state.sourceSpace.at(dir.path() + "/tree").changed);
+    EXPECT_TRUE(state.balance.sources.at(dir.path() + "/tree").changed);
     report.setCurrentRow(report.firstRoot());
     Report_Rescan(real);
-    EXPECT_FALSE(state.sourceSpace.at(dir.path() + "/tree").changed);
+    EXPECT_FALSE(state.balance.sources.at(dir.path() + "/tree").changed);
 }
 
 TEST_F(SpaceCountTest, KnowsTheRootOfAFileSystemButNotAFolderMountedElsewhere) {
@@ -115,9 +115,9 @@ TEST_F(SpaceCountTest, KnowsTheRootOfAFileSystemButNotAFolderMountedElsewhere) {
     makeFile(at("disk/file"), 5000);
     for (const auto& [name, isWhole] : {std::pair("disk", true), {"part", false}}) {
         QuelleEinlesen(real, at(name) + "/", 0, kNoRow);
-        EXPECT_EQ(state.sourceSpace.at(at(name)).isWholeDisk, isWhole) << name;
+        EXPECT_EQ(state.balance.sources.at(at(name)).isWholeDisk, isWhole) << name;
     }
-    EXPECT_EQ(state.sourceSpace.at(at("disk")).count.apparent, 5000U);
+    EXPECT_EQ(state.balance.sources.at(at("disk")).count.apparent, 5000U);
 }
 
 }  // namespace

@@ -15,10 +15,10 @@ struct Walk : ScanFixture {
     /// source, whose cells the caller of the walk sets.
     Lines walkSource(Item source) {
         for (Grid* grid : {&report, &top, &hardlinks, &junctions}) grid->clear();
-        state.SeenLinkIds.Clear();
-        state.SeenLinkIds.CompareMode(0);
+        state.links.seen.Clear();
+        state.links.seen.CompareMode(0);
         state.CancelState = kCancelNone;
-        state.NeedLinkCount = options.AddHardlinksOnlyOnce == 1 || options.CreateListHardlink == 1;
+        state.links.needCount = options.AddHardlinksOnlyOnce == 1 || options.CreateListHardlink == 1;
         sink.log.clear();
         disk.sources = {std::move(source)};
         disk.blocks = disk.unread = 0;
@@ -285,7 +285,7 @@ TEST_F(Walk, LetsMessagesRunOnceAnIntervalAndWheneverInputWaits) {
         {1, false, 0, 0}, {50, false, 4, 5}, {2000, false, 100, 1000}, {0, true, 100, 1000}};
     for (const auto& [tickStep, input, least, most] : cases) {
         pump = {};
-        pump.tick = state.LastPumpTick = 1'000'000;
+        pump.tick = state.pump.lastTick = 1'000'000;
         pump.tickStep = tickStep;
         pump.input = input;
         walkSource(with(folder("/s", Items(10'000, file("f", 1))), &Item::blockEntries, 10'000));

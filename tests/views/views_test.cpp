@@ -66,7 +66,7 @@ TEST_F(Views, AFolderAskedForMeanwhileTakesThePlaceOfTheEarlierOne) {
         if (std::exchange(first, false)) filesView.List_Files_ScanFolder("/t", true);
     };
     filesView.List_Files_ScanFolder("/s/", true);
-    EXPECT_EQ(state.currentFolder, "/t/");
+    EXPECT_EQ(state.fileList.folder, "/t/");
     EXPECT_EQ(textsOf(lvwFiles), Lines{"x"});
     EXPECT_EQ(status, "1 Datei(en) mit insgesamt 5 Bytes");
 }

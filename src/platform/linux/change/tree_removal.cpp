@@ -15,6 +15,7 @@
 #include <utility>
 
 #include "platform/linux/process/system_error.h"
+#include "platform/linux/scan/folder_record.h"
 #include "platform/linux/scan/subvolumes.h"
 
 namespace hl {
@@ -26,18 +27,6 @@ constexpr std::size_t kRecordBytes = std::size_t{64} * 1024;
 // Up to these limits a removal ends by itself, and no folder's time of birth is asked for.
 constexpr std::uint64_t kManyGone = 100'000;
 constexpr std::size_t kDeep = 500;
-
-struct Record {
-    std::uint64_t inode;
-    std::int64_t cookie;
-    unsigned short length;
-    unsigned char type;
-    char name[1];
-};
-
-bool isDots(const char* name) {
-    return name[0] == '.' && (name[1] == '\0' || (name[1] == '.' && name[2] == '\0'));
-}
 
 bool isRefusal(int error) {
     return error == EACCES || error == EPERM;
@@ -188,7 +177,7 @@ bool TreeRemoval::isLater(int folder) {
 // Tells whether the folder whose first records were just read is the root of a subvolume. No other folder
 // costs a call.
 bool TreeRemoval::isSubvolume(int folder, long bytes) const {
-    const auto* first = reinterpret_cast<const Record*>(records_.get());
+    const auto* first = folderRecord(records_.get(), 0);
     Subvolume found;
     return bytes > 0 && std::strcmp(first->name, ".") == 0 && first->inode == kSubvolumeInode &&
            calls_.subvolume(folder, found) >= 0;
@@ -217,7 +206,7 @@ void TreeRemoval::removeBlock() {
 void TreeRemoval::removeRecords(int folder, long bytes) {
     Level& level = levels_.back();
     for (long at = 0; at < bytes && !whereabouts_.unwanted();) {
-        const auto* record = reinterpret_cast<const Record*>(records_.get() + at);
+        const auto* record = folderRecord(records_.get(), static_cast<std::size_t>(at));
         at += record->length;
         if (isDots(record->name) || (level.kept && level.kept->contains(record->name))) continue;
         if (level.counted && level.left == 0) return;
@@ -236,7 +225,7 @@ void TreeRemoval::countTheRest(Level& level, int folder) {
     if (calls_.seek(folder, 0) < 0) return;
     long got = 0;
     while (!whereabouts_.unwanted() && (got = calls_.readEntries(folder, records_.get(), kRecordBytes)) > 0)
-        for (long at = 0; at < got; at += reinterpret_cast<const Record*>(records_.get() + at)->length)
+        for (long at = 0; at < got; at += folderRecord(records_.get(), static_cast<std::size_t>(at))->length)
             ++level.left;
     if (calls_.seek(folder, 0) < 0) level.left = 0;
 }

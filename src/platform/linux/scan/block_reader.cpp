@@ -1,5 +1,6 @@
 #include "platform/linux/scan/block_reader.h"
 
+#include <dirent.h>
 #include <errno.h>
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -10,6 +11,7 @@
 #include <cstring>
 
 #include "base/size_text.h"
+#include "platform/linux/scan/folder_record.h"
 
 namespace hl {
 
@@ -18,21 +20,6 @@ namespace {
 constexpr std::size_t kRecordBytes = std::size_t{64} << 10;
 // With less room than this a further call would bring too little.
 constexpr std::size_t kLeastRoom = std::size_t{16} << 10;
-
-// This is the kernel's linux_dirent64.
-struct Record {
-    std::uint64_t inode;
-    std::int64_t cookie;
-    std::uint16_t length;
-    std::uint8_t type;
-    char name[1];
-};
-
-enum RecordType : std::uint8_t { kUnknown = 0, kFolder = 4, kLink = 10 };
-
-bool isDots(const char* name) {
-    return name[0] == '.' && (name[1] == '\0' || (name[1] == '.' && name[2] == '\0'));
-}
 
 std::uint32_t hiddenBit(std::string_view name) {
     return name.starts_with('.') ? kAttributeHidden : 0U;
@@ -88,7 +75,7 @@ BlockReader::Fill BlockReader::fill(int folder) {
     }
     result.more = true;
     for (std::size_t at = 0; at < length_;) {
-        const auto* record = reinterpret_cast<const Record*>(records_.get() + at);
+        const auto* record = folderRecord(records_.get(), at);
         result.cookie = record->cookie;
         at += record->length;
     }
@@ -103,7 +90,7 @@ std::optional<std::uint64_t> BlockReader::ownBlocks(int folder) {
 }
 
 std::uint64_t BlockReader::folderInode() const {
-    const auto* record = reinterpret_cast<const Record*>(records_.get());
+    const auto* record = folderRecord(records_.get(), 0);
     return length_ > 0 && std::strcmp(record->name, ".") == 0 ? record->inode : 0;
 }
 
@@ -118,13 +105,13 @@ std::shared_ptr<const Block> BlockReader::build(int folder, const LinkLook::GoOn
     entryError_ = 0;
     LinkLook::Place place{folder};
     for (std::size_t at = 0; at < length_;) {
-        const auto* record = reinterpret_cast<const Record*>(records_.get() + at);
+        const auto* record = folderRecord(records_.get(), at);
         at += record->length;
         if (isDots(record->name)) continue;
         const std::size_t length = std::strlen(record->name);
-        if (record->type == kFolder) {
+        if (record->type == DT_DIR) {
             addFolder({record->name, length}, 0, kTagNone);
-        } else if (record->type == kLink) {
+        } else if (record->type == DT_LNK) {
             addLink(place, record->name, length, goOn);
         } else {
             addOther(folder, record->name, length);

@@ -48,7 +48,7 @@ int FolderOpener::open(ReadItem* item, Reader& reader, Lock& lock) {
 int FolderOpener::openSource(ReadItem* item, Lock& lock) {
     lock.unlock();
     const int descriptor = calls_.openSource(source_);
-    if (descriptor >= 0) calls_.identity(descriptor, item->source);
+    if (descriptor >= 0) calls_.identity(descriptor, item->found.source);
     wantsOwnBlocks_ = options_.folderSpace == FolderSpace::kAlways ||
                       (options_.folderSpace == FolderSpace::kOfWholeDisk && isWholeDisk(descriptor));
     if (options_.followLinks) wayDown_.begin(calls_, source_, options_.levelsAbove);
@@ -162,7 +162,7 @@ void FolderOpener::noteMount(ReadItem* item, const struct statx& facts) {
     item->folderKind = FolderKind::kMountRoot;
     if ((facts.stx_mask & STATX_MNT_ID) == 0) return;
     for (const Mount& mount : mounts_)
-        if (mount.id == facts.stx_mnt_id) item->mountSource = whatIsMounted(mount);
+        if (mount.id == facts.stx_mnt_id) item->found.mountSource = whatIsMounted(mount);
 }
 
 // If links and mounts are followed: tells whether this folder is one on the way down to itself. Behind a link

@@ -102,7 +102,7 @@ void ReadAheadCore::build(ReadItem* item, Reader& reader, int descriptor, Lock& 
         lock.unlock();
     }
     const bool ownBlocks = opener_.wantsOwnBlocks();
-    if (first && ownBlocks && isRead) item->ownBlocks = reader.blocks.ownBlocks(descriptor);
+    if (first && ownBlocks && isRead) item->found.ownBlocks = reader.blocks.ownBlocks(descriptor);
     item->block = reader.blocks.build(
         descriptor, [this, &reader] { return goOnReading(reader); }, ownBlocks);
     const bool tookLong = Clock::now() - start > kQuickBlock + kQuickEntry * item->block->entries.size();
@@ -123,12 +123,12 @@ bool ReadAheadCore::learnSubvolume(ReadItem* item, Reader& reader, int descripto
     Subvolume found;
     if (options.wantSubvolumes && reader.blocks.folderInode() == kSubvolumeInode && !item->canHang() &&
         calls_->subvolume(descriptor, found) >= 0)
-        item->subvolume = found;
+        item->found.subvolume = found;
     if (isSource && options.onlySubvolume.isKnown() && found.id != options.onlySubvolume)
         item->error = ESTALE;
-    item->putOff = options.putOffSnapshots && found.readOnly && found.isSnapshot() &&
-                   !item->folder->throughLink() && (!isSource || options.putOffSource);
-    return item->error == 0 && !item->putOff;
+    item->found.putOff = options.putOffSnapshots && found.readOnly && found.isSnapshot() &&
+                         !item->folder->throughLink() && (!isSource || options.putOffSource);
+    return item->error == 0 && !item->found.putOff;
 }
 
 // Lets another reader read the next records of a long folder while this one looks at the entries it has.

@@ -19,11 +19,11 @@ class BlockListing final : public Listing {
         failure = item.failure;
         kind = item.folderKind;
         leftOut = item.leftOut;
-        putOff = item.putOff;
-        subvolume = item.subvolume;
-        mountSource = std::move(item.mountSource);
-        source = item.source;
-        ownBlocks = item.ownBlocks;
+        putOff = item.found.putOff;
+        subvolume = item.found.subvolume;
+        mountSource = std::move(item.found.mountSource);
+        source = item.found.source;
+        ownBlocks = item.found.ownBlocks;
         if (block_ == nullptr) return;
         entryError = errorOf(block_->entryError);
         entries = block_->entries.data();
@@ -156,7 +156,7 @@ void ReadAheadOrder::giveUp(ReadItem* item) {
     instead->state = ReadItem::State::kDone;
     instead->more = item->more;
     instead->folderKind = item->folderKind;
-    instead->mountSource = item->mountSource;
+    instead->found.mountSource = item->found.mountSource;
     instead->errorOf(item->kind) = ETIMEDOUT;
     instead->orderNext = item->orderNext;
     ReadItem** place = &orderFirst_;

@@ -17,6 +17,15 @@
 
 namespace hl {
 
+/// What opening a folder, and reading its first block, told of the folder itself.
+struct FolderFinding {
+    bool putOff = false;  ///< It is a snapshot that is not read now.
+    std::string mountSource;
+    std::optional<Subvolume> subvolume;
+    std::optional<std::uint64_t> ownBlocks;
+    FolderId source;  ///< Set in the first item only.
+};
+
 /// Something to read, or read.
 struct ReadItem {
     enum class Kind : std::uint8_t {
@@ -33,17 +42,13 @@ struct ReadItem {
     bool givenUp = false;  ///< It is in no list any more and belongs to the helper that hangs on it.
     FolderKind folderKind = FolderKind::kPlain;
     bool leftOut = false;
-    bool putOff = false;  ///< It is a snapshot that is not read now.
     std::uint32_t nextChild = 0;
     int error = 0;
     int endError = 0;
     Folder* folder = nullptr;  ///< Holds one reference until the item is done.
     std::shared_ptr<const Block> children;
     std::shared_ptr<const Block> block;
-    std::string mountSource;
-    std::optional<Subvolume> subvolume;
-    FolderId source;  ///< Set in the first item only.
-    std::optional<std::uint64_t> ownBlocks;
+    FolderFinding found;
     std::exception_ptr failure;
     ReadItem* orderNext = nullptr;
     ReadItem* workPrevious = nullptr;
