@@ -63,7 +63,8 @@ std::vector<TableBox::Line> FreedTexts::lines(const FreedSpace& figures) const {
         texts_.TL(
             9855,
             "Von nichts bis zu allem davon: Dateien der Auswahl teilen sich diese Bytes, und niemand sagt, "
-            "ob andere sie auch benutzen; oder sie sind komprimiert."));
+            "ob andere sie auch benutzen; oder sie sind komprimiert; oder sie sind klein und liegen in den "
+            "Verwaltungsdaten von btrfs."));
     if (figures.perhaps != FreedAmount())
         all.back().cells[1] = texts_.TL(9837, "0 bis %1", {bytes(figures.perhaps.bytes)});
     add(figures.otherNames, texts_.TL(9838, "Bleibt: hat noch andere Namen"),
@@ -86,14 +87,25 @@ void FreedTexts::addNotes(const FreedSpace& figures, std::vector<TableBox::Line>
             {{texts_.TL(9809, "Nicht gelesene Ordner") + ": " + count(figures.foldersUnknown), "?", "?"}});
     if (figures.mayBeMore)
         lines.push_back({{texts_.TL(9842, "Mehr ist möglich: Teile überschriebener Bereiche"), "?", ""}});
-    if (!figures.sawAllProcesses)
+    if (figures.mounts > 0)
+        lines.push_back(
+            {{texts_.TL(9913, "Bleibt: Subvolumes und Einhängepunkte") + ": " + count(figures.mounts), "?",
+              "?"},
+             texts_.TL(9915,
+                       "Löschen lässt Subvolumes und eingehängte Dateisysteme stehen, mit allem, "
+                       "was darin liegt.")});
+    if (figures.openFiles == OpenFilesKnown::kNoAnswer)
+        lines.push_back(
+            {{texts_.TL(9914, "Noch geöffnet: nicht bekannt, die Liste der offenen Dateien kam nicht"), "?",
+              "?"}});
+    if (figures.openFiles == OpenFilesKnown::kOwn)
         lines.push_back(
             {{texts_.TL(9843, "Von anderen Benutzern geöffnet: nicht bekannt, das sieht nur root"), "?",
               "?"}});
 }
 
 std::string FreedTexts::state(const FreedSpace& figures) const {
-    if (figures.state == SurveyState::kSilent)
+    if (figures.state == SurveyState::kSilent || figures.silentPlaces > 0)
         return texts_.TL(9846, "Der Datenträger antwortet nicht. Bisher ermittelt:");
     if (figures.state == SurveyState::kRuns) return texts_.TL(9845, "Wird ermittelt ...");
     return texts_.TL(9868, "Stand: %1", {clockTime(figures.asOf)});
@@ -108,7 +120,8 @@ std::string FreedTexts::soon(const FreedSpace& figures) const {
 }
 
 std::string FreedTexts::summary(const FreedSpace& figures) const {
-    if (figures.state == SurveyState::kSilent)
+    const bool nothing = figures.all == FreedAmount();
+    if (figures.state == SurveyState::kSilent || (figures.silentPlaces > 0 && nothing))
         return texts_.TL(9844, "Was zurückkommt, ist nicht bekannt: Der Datenträger antwortet nicht.");
     std::string first = soon(figures);
     if (figures.state == SurveyState::kRuns) {
@@ -119,13 +132,16 @@ std::string FreedTexts::summary(const FreedSpace& figures) const {
     std::uint64_t stays = figures.otherNames.bytes + figures.shared.bytes;
     for (const FreedWhenClosed& closed : figures.whenClosed) stays += closed.amount.bytes;
     const bool unknown = figures.unknown != FreedAmount() || figures.foldersUnknown > 0;
-    if (stays == 0 && !unknown) return first;
     std::string second;
+    const auto add = [&](const std::string& sentence) { second += (second.empty() ? "\n" : " ") + sentence; };
     if (stays > 0)
-        second = texts_.TL(9851, "%1 bleiben: andere Namen, geteilt oder noch geöffnet.", {bytes(stays)});
-    if (unknown)
-        second += (second.empty() ? "" : " ") + texts_.TL(9852, "Von einem Teil ist es nicht bekannt.");
-    return first + "\n" + second;
+        add(texts_.TL(9851, "%1 bleiben: andere Namen, geteilt oder noch geöffnet.", {bytes(stays)}));
+    if (figures.mounts > 0) add(texts_.TL(9917, "Subvolumes und Einhängepunkte bleiben."));
+    if (figures.silentPlaces > 0)
+        add(texts_.TL(9916, "Von einem Teil ist es nicht bekannt: Ein Datenträger antwortet nicht."));
+    else if (unknown)
+        add(texts_.TL(9852, "Von einem Teil ist es nicht bekannt."));
+    return first + second;
 }
 
 }  // namespace hl

@@ -42,6 +42,14 @@ enum class SurveyState : std::uint8_t {
     kEnded,
 };
 
+/// What is known of the files that processes hold open.
+enum class OpenFilesKnown : std::uint8_t {
+    kNotYet,  ///< The list of them has not come; what they hold counts as coming back at once.
+    kAll,
+    kOwn,       ///< Only root may know what processes of others hold.
+    kNoAnswer,  ///< The list did not come in time, or there was no thread for it.
+};
+
 struct FreedSpace {
     FreedAmount now = {};  ///< Comes back at once. With the blocks of the folders, which are no files.
     std::vector<FreedWhenClosed> whenClosed = {};
@@ -51,10 +59,14 @@ struct FreedSpace {
     FreedAmount unknown = {};          ///< The file system does not tell, or the file cannot be looked at.
     FreedAmount all = {};              ///< The whole selection, which in a trash stays until that is emptied.
     std::uint64_t foldersUnknown = 0;  ///< Folders that could not be read; what is in them is in no figure.
+    /// Subvolumes and other mounts, which stay; what is in them is in no figure.
+    std::uint64_t mounts = 0;
+    /// What is selected on disks that do not answer; it is in no figure.
+    std::uint64_t silentPlaces = 0;
     /// More than these figures may come back: the file system keeps the whole of an extent of which parts
     /// were overwritten, and does not tell.
     bool mayBeMore = false;
-    bool sawAllProcesses = true;  ///< False if only root may know what processes of others hold open.
+    OpenFilesKnown openFiles = OpenFilesKnown::kNotYet;
     SurveyState state = SurveyState::kRuns;
     std::int64_t asOf = 0;  ///< When the figures were taken, in seconds since 1970.
 };

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <functional>
 #include <queue>
+#include <utility>
 
 namespace hl {
 
@@ -15,14 +16,27 @@ constexpr std::uint64_t kMostRangeSectors = std::uint64_t{1} << 31U;
 
 }  // namespace
 
-FreedSum::FreedSum(const OpenFilesAnswer& open) {
-    sum_.sawAllProcesses = open.sawAll;
-    for (const HeldFile& file : open.files) {
-        auto& holders = holders_[{file.id.device, file.id.inode}];
-        // Ranges of memory and descriptors of one process stand beside each other.
-        if (holders.empty() || holders.back().process != file.process)
-            holders.push_back({file.process, file.program});
+void FreedSum::takeOpenFiles(const std::optional<OpenFilesAnswer>& open) {
+    sum_.openFiles = OpenFilesKnown::kNoAnswer;
+    if (open) {
+        sum_.openFiles = open->sawAll ? OpenFilesKnown::kAll : OpenFilesKnown::kOwn;
+        for (const HeldFile& file : open->files) addHolder(file);
     }
+    for (const Early& file : std::exchange(early_, {})) {
+        const auto held = holders_.find({file.id.device, file.id.inode});
+        if (held == holders_.end()) continue;
+        FreedAmount& before = file.isInline ? inline_ : sum_.now;
+        before.bytes -= file.bytes;
+        --before.files;
+        addHeld(held->second, file.bytes);
+    }
+}
+
+// Ranges of memory and descriptors of one process stand beside each other.
+void FreedSum::addHolder(const HeldFile& file) {
+    auto& holders = holders_[{file.id.device, file.id.inode}];
+    if (holders.empty() || holders.back().process != file.process)
+        holders.push_back({file.process, file.program});
 }
 
 // --- what one file adds
@@ -58,17 +72,20 @@ void FreedSum::addFile(const FreedName& name, std::span<const SpecialExtent> spe
     // What lies in no such range is the file's own, however the file system describes it.
     const std::uint64_t own = name.bytes > elsewhere ? name.bytes - elsewhere : 0;
     if (own == 0 && !special.empty()) return;
-    const auto held = holders_.find({name.id.device, name.id.inode});
-    if (held != holders_.end()) return addHeld(held->second, own);
-    sum_.now.bytes += own;
-    ++sum_.now.files;
+    addOwn({name.id, own, false});
 }
 
 void FreedSum::addInlineFile(const FreedName& name) {
-    const auto held = holders_.find({name.id.device, name.id.inode});
-    if (held != holders_.end()) return addHeld(held->second, name.bytes);
-    inline_.bytes += name.bytes;
-    ++inline_.files;
+    addOwn({name.id, name.bytes, true});
+}
+
+void FreedSum::addOwn(const Early& file) {
+    if (sum_.openFiles == OpenFilesKnown::kNotYet) early_.push_back(file);
+    const auto held = holders_.find({file.id.device, file.id.inode});
+    if (held != holders_.end()) return addHeld(held->second, file.bytes);
+    FreedAmount& amount = file.isInline ? inline_ : sum_.now;
+    amount.bytes += file.bytes;
+    ++amount.files;
 }
 
 void FreedSum::addUntoldFile(const FreedName& name) {

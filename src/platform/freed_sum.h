@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <map>
+#include <optional>
 #include <span>
 #include <string>
 #include <utility>
@@ -33,8 +34,9 @@ struct FreedName {
 
 class FreedSum {
   public:
-    /// `open` are all open files that are known.
-    explicit FreedSum(const OpenFilesAnswer& open);
+    /// Tells which files are open, once; nothing if that is not known. It may come at any time: what was
+    /// added before is put right.
+    void takeOpenFiles(const std::optional<OpenFilesAnswer>& open);
 
     /// Notes a name that goes. Returns true if the file goes with it: then one of the four below follows.
     bool addName(const FreedName& name);
@@ -50,6 +52,9 @@ class FreedSum {
     /// what comes back of it.
     void addFolder(std::uint64_t bytes, bool told = true);
     void addUnreadFolder() { ++sum_.foldersUnknown; }
+    /// A subvolume, or another mount: it stays, with all that is in it.
+    void addMount() { ++sum_.mounts; }
+    void addSilentPlace() { ++sum_.silentPlaces; }
     /// From now on: the file system keeps an extent as a whole as long as a part of it is used, so that what
     /// overlaps goes or stays together, and parts that were overwritten come back, too.
     void keepsWholeExtents() { wholeExtents_ = sum_.mayBeMore = true; }
@@ -68,8 +73,17 @@ class FreedSum {
     };
     static_assert(sizeof(Range) <= 16);
 
+    /// A file that was added before it was known whether it is open.
+    struct Early {
+        FolderId id;
+        std::uint64_t bytes = 0;
+        bool isInline = false;
+    };
+
     struct Sweep;
     void keep(const SpecialExtent& extent, std::uint32_t file);
+    void addOwn(const Early& file);
+    void addHolder(const HeldFile& file);
     void addHeld(const std::vector<FileHolder>& holders, std::uint64_t bytes);
     void sweepShared(Sweep& sweep);
     std::size_t sweepGroup(Sweep& sweep, std::size_t first);
@@ -77,6 +91,7 @@ class FreedSum {
 
     FreedSpace sum_;
     FreedAmount inline_ = {};  ///< Files within the tree.
+    std::vector<Early> early_;
     bool wholeExtents_ = false;
     SeveralNames names_;
     std::vector<Range> shared_, encoded_;

@@ -2,6 +2,7 @@
 #include <QTableWidget>
 
 #include "gui/files_fixture.h"
+#include "support/mounted.h"
 
 namespace hl::test {
 namespace {
@@ -38,6 +39,7 @@ struct ComesBackTest : FilesTest {
 };
 
 TEST_F(ComesBackTest, TheKeyTellsItOfTheSelectionInTheReportAndInAList) {
+    const Mounted mount("none", at("src/sub/at"), "tmpfs");
     startUnfolded();
     s().clickRow("sub");
     const std::string self = "(" + std::to_string(::getpid()) + ")";
@@ -47,6 +49,7 @@ TEST_F(ComesBackTest, TheKeyTellsItOfTheSelectionInTheReportAndInAList) {
         EXPECT_EQ(filesIn(table, "Kommt zurück, wenn gui_tests " + self), "1");
         EXPECT_EQ(filesIn(table, "Stattdessen im Papierkorb"), "2");
         EXPECT_EQ(filesIn(table, "Kommt vielleicht zurück"), "");
+        EXPECT_EQ(filesIn(table, "Bleibt: Subvolumes und Einhängepunkte: 1"), mount.done() ? "?" : "");
     });
     pressB(s().view());
     s().clickRow("src");

@@ -34,9 +34,10 @@ unsigned trialSeed() {
     return named != nullptr ? static_cast<unsigned>(std::atol(named)) : std::random_device()();
 }
 
-FreedSpace foretold(const std::string& path) {
-    LinuxFreedSurveys surveys(std::make_shared<DirectoryCalls>(), std::make_shared<LinuxOpenFiles>());
-    const auto survey = surveys.begin({{path}});
+FreedSpace foretold(const FilePlace& place) {
+    LinuxFreedSurveys surveys(std::make_shared<DirectoryCalls>(), std::make_shared<LinuxOpenFiles>(), nullptr,
+                              3);
+    const auto survey = surveys.begin({place});
     FreedSpace figures;
     comes([&] { return (figures = survey->figures()).state == SurveyState::kEnded; });
     return figures;
@@ -174,7 +175,7 @@ void Trial::run() {
     make();
     settle();
     const std::int64_t before = used();
-    const FreedSpace sum = foretold(tree() + "/in");
+    const FreedSpace sum = foretold({tree() + "/in"});
     EXPECT_EQ(sum.state, SurveyState::kEnded);
     EXPECT_EQ(sum.unknown, FreedAmount());
     EXPECT_EQ(sum.foldersUnknown, 0U);
@@ -236,6 +237,23 @@ std::int64_t usedOf(const std::string& path) {
     return static_cast<std::int64_t>((facts.f_blocks - facts.f_bfree) * facts.f_frsize);
 }
 
+TEST(ComesBackOnBtrfs, ASubvolumeStaysWhetherItIsSelectedOrTheFolderAboveIs) {
+    ImageMount image("btrfs", 300);
+    if (!image.missing().empty()) GTEST_SKIP() << image.missing();
+    const std::string in = image.path() + "/in";
+    makeFolder(in);
+    ASSERT_TRUE(shellDoes("btrfs subvolume create '" + in + "/sub'"));
+    for (const char* name : {"/own", "/sub/other"}) writeFile(in + name, std::string(100'000, 'x'));
+    image.sync();
+    for (const FilePlace& place : {FilePlace{in}, FilePlace{.base = in, .below = "sub"}}) {
+        const FreedSpace sum = foretold(place);
+        EXPECT_EQ(sum.mounts, 1U) << place.below;
+        EXPECT_EQ(sum.all.files, place.below.empty() ? 1U : 0U);
+    }
+    EXPECT_FALSE(removes(in));
+    EXPECT_TRUE(fs::exists(in + "/sub/other") && !fs::exists(in + "/own"));
+}
+
 // Of a compressed file nobody knows what it takes; of an overwritten one, more comes back than is told.
 TEST(ComesBackOnBtrfs, CompressedAndOverwrittenFilesGiveAtLeastWhatIsForetoldAndThatIsSaid) {
     for (const bool compressed : {true, false}) {
@@ -255,7 +273,7 @@ TEST(ComesBackOnBtrfs, CompressedAndOverwrittenFilesGiveAtLeastWhatIsForetoldAnd
         if (!compressed) write(0, 60U << 20U);
         image.sync();
         const std::int64_t before = usedOf(image.path());
-        const FreedSpace sum = foretold(image.path() + "/in");
+        const FreedSpace sum = foretold({image.path() + "/in"});
         EXPECT_TRUE(sum.mayBeMore);
         ASSERT_TRUE(removes(image.path() + "/in"));
         image.sync();

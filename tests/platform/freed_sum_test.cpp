@@ -37,17 +37,22 @@ FreedAmount amount(std::uint64_t kb, std::uint64_t files) {
     return {kb * kKb, files};
 }
 
-FreedSpace figuresOf(const FreedCase& test, const OpenFilesAnswer& open = {}) {
-    FreedSum sum(open);
+/// The list of open files comes when so many names were added.
+FreedSpace figuresOf(const FreedCase& test, const OpenFilesAnswer& open = {}, std::size_t listAt = 0) {
+    FreedSum sum;
+    if (listAt == 0) sum.takeOpenFiles(open);
     if (test.wholeExtents) sum.keepsWholeExtents();
-    for (const Going& going : test.names)
+    for (std::size_t i = 0; i < test.names.size(); ++i) {
+        const Going& going = test.names[i];
         if (sum.addName(going.name)) sum.addFile(going.name, going.special);
+        if (i + 1 == listAt) sum.takeOpenFiles(open);
+    }
     sum.sweep();
     return sum.figures();
 }
 
 TEST(FreedSum, AFileWithinTheTreeMayGiveNothingBack) {
-    FreedSum sum({});
+    FreedSum sum;
     const Going inside = file(1, 4);
     ASSERT_TRUE(sum.addName(inside.name));
     sum.addInlineFile(inside.name);
@@ -166,6 +171,15 @@ TEST(FreedSum, WhatProcessesHoldIsTheirsOnceAllNamesGo) {
     FreedCase test{"", {file(1, 4), file(2, 8), linked(3, 2, 16), file(4, 32)}};
     for (std::uint64_t inode = 100; inode < 130; ++inode) test.names.push_back(file(inode, 4));
     const FreedSpace sum = figuresOf(test, open);
+    for (const std::size_t listAt : {std::size_t{20}, test.names.size()}) {
+        const FreedSpace late = figuresOf(test, open, listAt);
+        EXPECT_EQ(late.now, sum.now) << listAt;
+        ASSERT_EQ(late.whenClosed.size(), sum.whenClosed.size()) << listAt;
+        for (std::size_t i = 0; i < sum.whenClosed.size(); ++i)
+            EXPECT_TRUE(late.whenClosed[i].holders == sum.whenClosed[i].holders &&
+                        late.whenClosed[i].amount == sum.whenClosed[i].amount)
+                << listAt << " " << i;
+    }
     EXPECT_EQ(sum.now, amount(32, 1));
     EXPECT_EQ(sum.otherNames, amount(16, 1));
     ASSERT_EQ(sum.whenClosed.size(), FreedWhenClosed::kMost + 1);

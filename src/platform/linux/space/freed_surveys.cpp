@@ -17,7 +17,7 @@ namespace hl {
 namespace {
 
 using SurveyClock = std::chrono::steady_clock;
-constexpr std::chrono::seconds kSurveySilent{1}, kOpenFilesLimit{2};
+constexpr std::chrono::seconds kSurveySilent{1};
 
 /// What the thread of a survey uses.
 struct SurveyWork {
@@ -30,7 +30,7 @@ struct SurveyWork {
     std::size_t budget = 0;
 
     void run(Whereabouts& whereabouts) const {
-        const OpenFilesAnswer open = openFilesInTime();
+        AwaitedOpenFiles open(openFiles);
         FreedWalk walk(*calls, whereabouts, *desk, open, budget);
         for (std::size_t i = 0; i < silentPlaces; ++i) walk.addSilent();
         const std::span<const FilePlace> all(places);
@@ -39,18 +39,6 @@ struct SurveyWork {
             for (const FilePlace& place : part) walk.add(place);
         }
         walk.end();
-    }
-
-    /// A process that hangs in the kernel may keep the list of what it holds from being read: then nothing is
-    /// known of open files.
-    OpenFilesAnswer openFilesInTime() const {
-        const auto answer = std::make_shared<OpenFilesAnswer>();
-        const auto list = [files = openFiles, answer](Whereabouts&) { *answer = files->list(nullptr); };
-        const auto helper = Helper::start(list, true);
-        if (!helper) return {};
-        if (helper->endsWithin(kOpenFilesLimit)) return helper->rethrow(), std::move(*answer);
-        helper->leave();
-        return {};
     }
 };
 

@@ -9,33 +9,23 @@
 #include <time.h>
 
 #include <cstddef>
-#include <cstring>
+#include <utility>
+
+#include "platform/linux/scan/folder_record.h"
 
 namespace hl {
 
 namespace {
 
 constexpr std::size_t kWalkRecordBytes = std::size_t{64} * 1024;
-constexpr unsigned kWalkMask = STATX_TYPE | STATX_INO | STATX_NLINK | STATX_BLOCKS;
+constexpr unsigned kWalkMask = STATX_TYPE | STATX_INO | STATX_BLOCKS;
 constexpr std::uint64_t kWalkSector = 512;
-constexpr std::chrono::milliseconds kBetweenReports{50}, kBetweenSweeps{200};
-constexpr unsigned kEntriesPerClock = 64;
-constexpr int kSweepShare = 10;  // A sweep waits for so many times the duration of the last one.
-
-struct WalkRecord {
-    std::uint64_t inode;
-    std::int64_t cookie;
-    unsigned short length;
-    unsigned char type;
-    char name[1];
-};
+constexpr std::chrono::milliseconds kBetweenReports{50}, kBetweenSweeps{200}, kAtOnce{0};
+constexpr std::size_t kMostHeld = 16;  // Folders.
+constexpr int kSweepShare = 10;        // A sweep waits for so many times the duration of the last one.
 
 std::uint64_t deviceOf(const struct statx& facts) {
     return makedev(facts.stx_dev_major, facts.stx_dev_minor);
-}
-
-bool isOwnName(const char* name) {
-    return std::strcmp(name, ".") == 0 || std::strcmp(name, "..") == 0;
 }
 
 bool isMountRoot(const struct statx& facts) {
@@ -45,17 +35,19 @@ bool isMountRoot(const struct statx& facts) {
 }  // namespace
 
 FreedWalk::FreedWalk(DirectoryCalls& calls, Whereabouts& whereabouts, SurveyDesk& desk,
-                     const OpenFilesAnswer& open, std::size_t budget)
+                     AwaitedOpenFiles& open, std::size_t budget)
     : calls_(calls),
       whereabouts_(whereabouts),
       desk_(desk),
       folders_(calls, budget),
-      sum_(open),
+      open_(open),
+      looks_(calls, whereabouts, path_),
       records_(std::make_unique<char[]>(kWalkRecordBytes)),
       nextReport_(Clock::now() + kBetweenReports),
       nextSweep_(nextReport_) {}
 
 FreedWalk::~FreedWalk() {
+    letGo();
     while (!levels_.empty()) drop();
 }
 
@@ -86,23 +78,26 @@ void FreedWalk::add(const FilePlace& place) {
                           : calls_.look(top.folder.number(), top.name.c_str(), false, kWalkMask, facts);
     if (error != 0 && error != -ENOENT) sum_.addUnreadFolder();
     if (error != 0) return;
+    struct statx above {};
     const bool mayCross = place.below.empty();  // A source may be where something is mounted.
-    if (isMountRoot(facts) && !mayCross) return;
+    const int unplaced = calls_.look(top.folder.number(), "", false, STATX_INO, above);
     device_ = deviceOf(facts);
-    if (S_ISDIR(facts.stx_mode)) {
-        if (!addedRoots_.emplace(device_, facts.stx_ino).second) return;
+    const bool isFolder = S_ISDIR(facts.stx_mode);
+    if (isFolder && !addedRoots_.emplace(device_, facts.stx_ino).second) return;
+    const bool isSubvolume = isFolder && unplaced == 0 && deviceOf(above) != device_;
+    if (!mayCross && (isMountRoot(facts) || isSubvolume)) return sum_.addMount();
+    if (isFolder) {
         enter(top.folder.number(), top.name, mayCross);
         return walk();
     }
-    struct statx above {};
-    if (calls_.look(top.folder.number(), "", false, STATX_INO, above) != 0) return;
+    if (unplaced != 0) return;
     if (!rootFiles_.emplace(std::pair(deviceOf(above), above.stx_ino), top.name).second) return;
     meetDisk(device_, top.folder.number());
-    addFile(top.folder.number(), top.name.c_str(), facts);
+    addEntry(top.folder.number(), top.name.c_str());
 }
 
 void FreedWalk::addSilent() {
-    sum_.addUnreadFolder();
+    sum_.addSilentPlace();
 }
 
 // A folder is read to its end before one in it is entered: it may be closed meanwhile, and would be read from
@@ -117,14 +112,23 @@ void FreedWalk::walk() {
             drop();
         }
     }
+    addEntries();
     while (!levels_.empty()) drop();
+}
+
+// Folders of entries that are not looked at yet need descriptors, too.
+int FreedWalk::pin(Folder* folder) {
+    const int open = folders_.pin(folder);
+    if (!isShortage(open) || held_.empty()) return open;
+    addEntries();
+    return folders_.pin(folder);
 }
 
 void FreedWalk::enterNext() {
     Level& level = levels_.back();
     const std::string name = std::move(level.folders.back());
     level.folders.pop_back();
-    const int parent = folders_.pin(level.folder);
+    const int parent = pin(level.folder);
     if (parent < 0) return sum_.addUnreadFolder();
     Folder* const pinned = level.folder;
     enter(parent, name, false);
@@ -133,20 +137,27 @@ void FreedWalk::enterNext() {
 
 // A mount, a subvolume and a folder that is selected itself are passed over: the first two stay.
 void FreedWalk::enter(int parent, const std::string& name, bool crossMounts) {
-    int folder = calls_.openChild(parent, name.c_str(), false, crossMounts);
-    while (isShortage(folder) && folders_.closeOne())
-        folder = calls_.openChild(parent, name.c_str(), false, crossMounts);
+    const auto open = [&] { return calls_.openChild(parent, name.c_str(), false, crossMounts); };
+    int folder = open();
+    if (isShortage(folder)) {
+        addEntries();
+        folder = open();
+    }
+    while (isShortage(folder) && folders_.closeOne()) folder = open();
     if (folder == -ENOTDIR || folder == -ELOOP) return addEntry(parent, name.c_str());
+    if (folder == -EXDEV) return sum_.addMount();
     if (folder < 0) {
-        if (folder != -ENOENT && folder != -EXDEV) sum_.addUnreadFolder();
+        if (folder != -ENOENT) sum_.addUnreadFolder();
         return;
     }
     struct statx facts {};
     const bool known = calls_.look(folder, "", false, kWalkMask, facts) == 0;
     const bool isTop = levels_.empty();
     if (known && isTop) meetDisk(deviceOf(facts), folder);
-    const bool selected = !isTop && roots_.contains({device_, facts.stx_ino});
-    if (!known || deviceOf(facts) != device_ || selected) return calls_.close(folder);
+    const bool selected = !isTop && roots_.contains({deviceOf(facts), facts.stx_ino});
+    const bool isSubvolume = known && deviceOf(facts) != device_;
+    if (isSubvolume && !selected) sum_.addMount();
+    if (!known || isSubvolume || selected) return calls_.close(folder);
     sum_.addFolder(facts.stx_blocks * kWalkSector, sharing_ != Sharing::kUntold);
     levels_.push_back({.folder = OpenFolders::make(isTop ? nullptr : levels_.back().folder, name, false)});
     folders_.addNeed(levels_.back().folder);
@@ -161,7 +172,7 @@ void FreedWalk::drop() {
 
 void FreedWalk::readBlock() {
     Level& level = levels_.back();
-    const int folder = folders_.pin(level.folder);
+    const int folder = pin(level.folder);
     const long got = folder < 0 ? folder : calls_.readEntries(folder, records_.get(), kWalkRecordBytes);
     level.atEnd = got <= 0;
     if (got < 0 && got != -ENOENT) sum_.addUnreadFolder();
@@ -170,18 +181,19 @@ void FreedWalk::readBlock() {
 }
 
 void FreedWalk::readRecords(int folder, long bytes) {
+    bool allTold = true;
     for (long at = 0; at < bytes && !whereabouts_.unwanted();) {
-        const auto* record = reinterpret_cast<const WalkRecord*>(records_.get() + at);
+        const FolderRecord* record = folderRecord(records_.get(), static_cast<std::size_t>(at));
         at += record->length;
-        const char* name = reinterpret_cast<const char*>(record) + offsetof(WalkRecord, name);
-        if (isOwnName(name)) continue;
+        if (isDots(record->name)) continue;
         if (record->type == DT_DIR) {
-            levels_.back().folders.emplace_back(name);
+            levels_.back().folders.emplace_back(record->name);
         } else {
-            addEntry(folder, name);
+            addLater(folder, record->name, record->type == DT_UNKNOWN);
+            allTold = allTold && record->type != DT_UNKNOWN;
         }
-        report(false);
     }
+    if (!allTold || !looks_.areShared()) addEntries();
 }
 
 // --- files
@@ -190,55 +202,109 @@ void FreedWalk::readRecords(int folder, long bytes) {
 void FreedWalk::meetDisk(std::uint64_t device, int open) {
     device_ = device;
     sharing_ = sharingOf(open);
+    looks_.setSharing(sharing_);
     if (sharing_ == Sharing::kExtents) sum_.keepsWholeExtents();
 }
 
 void FreedWalk::addEntry(int folder, const char* name) {
-    whereabouts_.at([&] { return path_; });
-    struct statx facts {};
-    const int error = calls_.look(folder, name, false, kWalkMask, facts);
-    if (error == 0 && S_ISDIR(facts.stx_mode)) {  // The record does not tell on every file system.
-        if (!levels_.empty()) levels_.back().folders.emplace_back(name);
-    } else if (error == 0 && !isMountRoot(facts)) {
-        addFile(folder, name, facts);
-    } else if (error != 0 && error != -ENOENT) {
-        sum_.addUntoldFile({});
+    addEntries();
+    looks_.add(folder, name, false);
+    addEntries();
+}
+
+// Entries of several folders are looked at together, since a few are not worth a second thread.
+void FreedWalk::addLater(int folder, const char* name, bool mayBeFolder) {
+    Folder* const own = levels_.back().folder;
+    if (looks_.isFull() || held_.size() == kMostHeld) addEntries();
+    if (held_.empty() || held_.back() != own) {
+        folders_.pin(own);  // It is open.
+        OpenFolders::addReference(own);
+        held_.push_back(own);
+    }
+    looks_.add(folder, name, mayBeFolder);
+}
+
+void FreedWalk::letGo() {
+    for (Folder* folder : std::exchange(held_, {})) {
+        folders_.unpin(folder);
+        folders_.release(folder);
     }
 }
 
-void FreedWalk::addFile(int folder, const char* name, const struct statx& facts) {
-    const FreedName file{{deviceOf(facts), facts.stx_ino}, facts.stx_nlink, facts.stx_blocks * kWalkSector};
-    if (!sum_.addName(file)) return;
-    if (sharing_ == Sharing::kUntold) return sum_.addUntoldFile(file);
-    const bool asks = sharing_ != Sharing::kNone && S_ISREG(facts.stx_mode) && facts.stx_blocks != 0;
-    if (!asks) return sum_.addFile(file);
-    if (!extents_.ask(folder, name, [&] { return !whereabouts_.unwanted(); }))
-        return sum_.addUntoldFile(file);
-    if (extents_.isInline()) return sum_.addInlineFile(file);
-    sum_.addFile(file, extents_.found());
+void FreedWalk::addEntries() {
+    for (EntryLook& entry : looks_.look()) {
+        switch (entry.kind) {
+            case EntryLook::Kind::kGone:
+                break;
+            case EntryLook::Kind::kUnknown:
+                sum_.addUntoldFile({});
+                break;
+            case EntryLook::Kind::kFolder:
+                addFoundFolder(entry);
+                break;
+            case EntryLook::Kind::kMount:
+                sum_.addMount();
+                break;
+            case EntryLook::Kind::kFile:
+                addFile(entry);
+                break;
+        }
+    }
+    letGo();
+    report();
+}
+
+// Where the record does not tell, the entry is one of the folder that is being read. Else it has become a
+// folder just now.
+void FreedWalk::addFoundFolder(const EntryLook& entry) {
+    if (!entry.mayBeFolder) return sum_.addUnreadFolder();
+    levels_.back().folders.emplace_back(looks_.nameOf(entry));
+}
+
+void FreedWalk::addFile(EntryLook& entry) {
+    if (!sum_.addName(entry.file)) return;
+    if (sharing_ == Sharing::kUntold) return sum_.addUntoldFile(entry.file);
+    if (!entry.hasExtents) return sum_.addFile(entry.file);
+    if (entry.extents == EntryLook::Extents::kNotAsked) looks_.askExtents(entry);
+    if (entry.extents == EntryLook::Extents::kUntold) return sum_.addUntoldFile(entry.file);
+    if (entry.extents == EntryLook::Extents::kInline) return sum_.addInlineFile(entry.file);
+    sum_.addFile(entry.file, entry.special);
 }
 
 // --- the figures
 
-// Looks at the clock only now and then.
-void FreedWalk::report(bool last) {
-    if (!last && ++untilClock_ % kEntriesPerClock != 0) return;
+bool FreedWalk::hasOpenFiles(std::chrono::milliseconds wait) {
+    if (hasOpenFiles_ || !open_.isDecided(wait)) return hasOpenFiles_;
+    hasOpenFiles_ = true;
+    sum_.takeOpenFiles(open_.take());
+    return true;
+}
+
+void FreedWalk::report() {
     const auto begin = Clock::now();
-    if (!last && begin < nextReport_) return;
-    if (last || begin >= nextSweep_) {
+    if (begin < nextReport_) return;
+    hasOpenFiles(kAtOnce);
+    if (begin >= nextSweep_) {
         sum_.sweep();
         const auto end = Clock::now();
         nextSweep_ = end + kBetweenSweeps + (end - begin) * kSweepShare;
     }
-    FreedSpace figures = sum_.figures();
-    figures.state = last ? SurveyState::kEnded : SurveyState::kRuns;
-    figures.asOf = ::time(nullptr);
-    desk_.put(figures);
+    put(SurveyState::kRuns);
     nextReport_ = Clock::now() + kBetweenReports;
 }
 
+void FreedWalk::put(SurveyState state) {
+    FreedSpace figures = sum_.figures();
+    figures.state = state;
+    figures.asOf = ::time(nullptr);
+    desk_.put(figures);
+}
+
 void FreedWalk::end() {
-    report(true);
+    sum_.sweep();
+    if (!hasOpenFiles(kAtOnce)) put(SurveyState::kRuns);
+    while (!whereabouts_.unwanted() && !hasOpenFiles(kBetweenReports)) whereabouts_.at([&] { return path_; });
+    put(SurveyState::kEnded);
 }
 
 }  // namespace hl

@@ -18,9 +18,9 @@
 #include "platform/linux/change/opened_place.h"
 #include "platform/linux/process/helper.h"
 #include "platform/linux/scan/open_folders.h"
+#include "platform/linux/space/awaited_open_files.h"
+#include "platform/linux/space/entry_looks.h"
 #include "platform/linux/space/file_extents.h"
-
-struct statx;
 
 namespace hl {
 
@@ -44,7 +44,7 @@ class SurveyDesk {
 class FreedWalk {
   public:
     /// `budget` is the largest number of open folders. The arguments must outlive the walk.
-    FreedWalk(DirectoryCalls& calls, Whereabouts& whereabouts, SurveyDesk& desk, const OpenFilesAnswer& open,
+    FreedWalk(DirectoryCalls& calls, Whereabouts& whereabouts, SurveyDesk& desk, AwaitedOpenFiles& open,
               std::size_t budget);
     ~FreedWalk();
     FreedWalk(const FreedWalk&) = delete;
@@ -56,7 +56,7 @@ class FreedWalk {
     void add(const FilePlace& place);
     /// Tells that a place is not looked at, since its disk does not answer.
     void addSilent();
-    /// Puts the last figures on the desk.
+    /// Waits for the list of open files, and puts the last figures on the desk.
     void end();
 
   private:
@@ -72,19 +72,29 @@ class FreedWalk {
     void enterNext();
     void readBlock();
     void readRecords(int folder, long bytes);
+    int pin(Folder* folder);
     void addEntry(int folder, const char* name);
-    void addFile(int folder, const char* name, const struct statx& facts);
+    void addLater(int folder, const char* name, bool mayBeFolder);
+    void addEntries();
+    void addFoundFolder(const EntryLook& entry);
+    void addFile(EntryLook& entry);
+    void letGo();
     void drop();
     void meetDisk(std::uint64_t device, int open);
-    void report(bool last);
+    bool hasOpenFiles(std::chrono::milliseconds wait);
+    void report();
+    void put(SurveyState state);
 
     DirectoryCalls& calls_;
     Whereabouts& whereabouts_;
     SurveyDesk& desk_;
     OpenFolders folders_;
+    AwaitedOpenFiles& open_;
+    bool hasOpenFiles_ = false;  ///< The sum knows of them, or that nothing is known.
     FreedSum sum_;
-    FileExtents extents_;
+    EntryLooks looks_;
     std::vector<Level> levels_;
+    std::vector<Folder*> held_;  ///< Those of entries that are not looked at yet; they are pinned.
     std::unique_ptr<char[]> records_;
     std::uint64_t device_ = 0;  ///< The disk of the place; nothing on another one is entered.
     Sharing sharing_ = Sharing::kUntold;
@@ -93,7 +103,6 @@ class FreedWalk {
     std::set<std::pair<std::uint64_t, std::uint64_t>> roots_, addedRoots_;
     std::set<std::pair<std::pair<std::uint64_t, std::uint64_t>, std::string>> rootFiles_;
     Clock::time_point nextReport_, nextSweep_;
-    unsigned untilClock_ = 0;
     std::string path_;
 };
 

@@ -1,13 +1,20 @@
 // Tests what a survey finds on the disk, and that it ends.
 #include "platform/linux/space/freed_surveys.h"
 
+#include <dirent.h>
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include <atomic>
+#include <stdexcept>
+
 #include "platform/linux/process/descriptor.h"
+#include "platform/linux/scan/folder_record.h"
 #include "platform/linux/space/open_files.h"
+#include "platform/linux/space/shared_work.h"
 #include "support/fuse_mount.h"
+#include "support/mounted.h"
 #include "support/temp_dir.h"
 #include "support/trees.h"
 #include "support/whole_files.h"
@@ -18,12 +25,10 @@ using namespace hl;
 using namespace hl::test;
 
 /// Returns the last figures of a survey of what is at `paths`.
-FreedSpace surveyed(const std::vector<std::string>& paths, SilentDisks* disks = nullptr) {
-    LinuxFreedSurveys surveys(std::make_shared<DirectoryCalls>(), std::make_shared<LinuxOpenFiles>(), disks,
-                              3);
-    std::vector<FilePlace> places;
-    for (const std::string& path : paths) places.push_back({path});
-    const auto survey = surveys.begin(places);
+FreedSpace surveyed(std::vector<FilePlace> places, SilentDisks* disks = nullptr,
+                    std::shared_ptr<DirectoryCalls> calls = std::make_shared<DirectoryCalls>()) {
+    LinuxFreedSurveys surveys(std::move(calls), std::make_shared<LinuxOpenFiles>(), disks, 3);
+    const auto survey = surveys.begin(std::move(places));
     FreedSpace figures;
     comes([&] { return (figures = survey->figures()).state == SurveyState::kEnded; });
     return figures;
@@ -51,7 +56,7 @@ TEST(FreedSurveys, NamesOutsideOpenFilesAndHolesCountAsWhatTheyAre) {
     must(::symlink("../beside", of("link").c_str()));
 
     // The tree is selected twice, and a folder of it once more.
-    const FreedSpace sum = surveyed({tree, tree, of("a/b")});
+    const FreedSpace sum = surveyed({{tree}, {tree}, {of("a/b")}});
     const std::uint64_t folders = blocksOf(tree) + blocksOf(of("a")) + blocksOf(of("a/b")) +
                                   blocksOf(of("a/b/c")) + blocksOf(of("a/b/c/d")) + blocksOf(of("a/b/c/d/e"));
     struct stat link {};
@@ -66,8 +71,25 @@ TEST(FreedSurveys, NamesOutsideOpenFilesAndHolesCountAsWhatTheyAre) {
     EXPECT_EQ(sum.all.files, 6U);
     EXPECT_EQ(sum.foldersUnknown, 0U);
 
+    // Not every file system tells what an entry is.
+    class Untold final : public DirectoryCalls {
+        long readEntries(int folder, void* buffer, std::size_t bytes) override {
+            const long got = DirectoryCalls::readEntries(folder, buffer, bytes);
+            auto* records = static_cast<char*>(buffer);
+            for (long at = 0; at < got;) {
+                auto* record = reinterpret_cast<FolderRecord*>(records + at);
+                record->type = DT_UNKNOWN;
+                at += record->length;
+            }
+            return got;
+        }
+    };
+    const FreedSpace untold = surveyed({{tree}}, nullptr, std::make_shared<Untold>());
+    EXPECT_EQ(untold.now, sum.now);
+    EXPECT_EQ(untold.all, sum.all);
+
     // One name of two, and a file twice.
-    const FreedSpace one = surveyed({of("whole"), of("sparse"), of("sparse"), of("gone")});
+    const FreedSpace one = surveyed({{of("whole")}, {of("sparse")}, {of("sparse")}, {of("gone")}});
     EXPECT_EQ(one.otherNames.files, 1U);
     EXPECT_EQ(one.now.files, 1U);
 }
@@ -101,6 +123,64 @@ TEST(FreedSurveys, FoldersThatVanishAndFilesThatGrowMeanwhileDoNoHarm) {
     EXPECT_EQ(sum.foldersUnknown, 0U);
 }
 
+TEST(FreedSurveys, AListOfOpenFilesThatHangsKeepsNoFigureBack) {
+    class Hanging final : public OpenFiles {
+      public:
+        OpenFilesAnswer list(const Wanted&) const override {
+            while (hangs) ::usleep(1000);
+            return {.sawAll = true};
+        }
+        std::atomic<bool> hangs = true;
+    };
+    const TempDir dir;
+    writeFile(dir.path() + "/file", std::string(10'000, 'x'));
+    const auto open = std::make_shared<Hanging>();
+    LinuxFreedSurveys surveys(std::make_shared<DirectoryCalls>(), open);
+    const auto survey = surveys.begin({{dir.path()}});
+    FreedSpace sum;
+    EXPECT_TRUE(comes([&] { return (sum = survey->figures()).now.files == 1; }));
+    EXPECT_EQ(sum.state, SurveyState::kRuns);
+    EXPECT_TRUE(comes([&] { return (sum = survey->figures()).state == SurveyState::kEnded; }));
+    EXPECT_EQ(sum.openFiles, OpenFilesKnown::kNoAnswer);
+    open->hangs = false;
+    EXPECT_TRUE(comes([] { return HelperSlot::taken() == 0; }));
+}
+
+TEST(FreedSurveys, AMountStays) {
+    const TempDir dir;
+    const Mounted mount("none", dir.path() + "/tree/at", "tmpfs");
+    if (!mount.done()) GTEST_SKIP() << "the test may not mount";
+    writeFile(dir.path() + "/tree/at/file", "x");
+    writeFile(dir.path() + "/tree/own", "x");
+    const FreedSpace sum = surveyed({{dir.path() + "/tree"}});
+    EXPECT_EQ(sum.mounts, 1U);
+    EXPECT_EQ(sum.all.files, 1U);
+    EXPECT_EQ(surveyed({FilePlace{.base = dir.path(), .below = "tree/at"}}).mounts, 1U);
+}
+
+TEST(SharedWork, DoesEachItemOnceAndPassesOnWhatItThrew) {
+    SharedWork shared;
+    for (const std::size_t count : {0U, 1U, 7U, 8U, 1000U}) {
+        std::vector<std::atomic<int>> done(count);
+        shared.run(count, [&](std::size_t, std::size_t item) { ++done[item]; });
+        for (std::size_t i = 0; i < count; ++i) EXPECT_EQ(done[i], 1) << count << " " << i;
+        for (const std::size_t thread : {0U, 1U}) {
+            std::atomic<bool> thrown = false;
+            const auto fails = [&](std::size_t of, std::size_t) {
+                if (of == thread && !thrown.exchange(true)) throw std::runtime_error("no");
+                if (of != thread) ::usleep(10);  // So that both come to do something.
+            };
+            bool caught = false;
+            try {
+                shared.run(count, fails);
+            } catch (const std::runtime_error&) {
+                caught = true;
+            }
+            EXPECT_EQ(caught, thrown) << count << " " << thread;
+        }
+    }
+}
+
 TEST(FreedSurveys, AFolderThatCannotBeReadIsNotKnown) {
     if (::geteuid() != 0) GTEST_SKIP() << "only root makes a folder that another user cannot read";
     const TempDir dir;
@@ -110,8 +190,8 @@ TEST(FreedSurveys, AFolderThatCannotBeReadIsNotKnown) {
     must(::chmod(dir.path().c_str(), 0755));
     EXPECT_EQ(inChild([&] {
                   must(::setresuid(61'001, 61'001, 61'001));
-                  const FreedSpace sum = surveyed({dir.path()});
-                  return sum.foldersUnknown == 1 && !sum.sawAllProcesses ? 0 : 1;
+                  const FreedSpace sum = surveyed({{dir.path()}});
+                  return sum.foldersUnknown == 1 && sum.openFiles == OpenFilesKnown::kOwn ? 0 : 1;
               }),
               0);
 }
@@ -122,7 +202,7 @@ TEST(FreedSurveys, AServersFilesAreNotKnownAndADeadOneIsLeftAtOnce) {
     FuseMount mount(dir.path() + "/of", dir.path() + "/at");
     if (!mount.missing().empty()) GTEST_SKIP() << mount.missing();
     SilentDisks disks;
-    const FreedSpace sum = surveyed({dir.path() + "/at/tree"}, &disks);
+    const FreedSpace sum = surveyed({{dir.path() + "/at/tree"}}, &disks);
     EXPECT_EQ(sum.unknown.files, 1U);
     EXPECT_EQ(sum.now, FreedAmount());
 
@@ -135,10 +215,10 @@ TEST(FreedSurveys, AServersFilesAreNotKnownAndADeadOneIsLeftAtOnce) {
         EXPECT_TRUE(comes([&] { return (figures = survey->figures()).state == SurveyState::kSilent; }));
     }  // Nobody waits here.
     // The disk is known to be silent now, so nothing asks it; what is on others is told.
-    const FreedSpace rest = surveyed({dir.path() + "/at/tree", dir.path() + "/local"}, &disks);
+    const FreedSpace rest = surveyed({{dir.path() + "/at/tree"}, {dir.path() + "/local"}}, &disks);
     EXPECT_EQ(rest.state, SurveyState::kEnded);
     EXPECT_EQ(rest.now.files, 1U);
-    EXPECT_EQ(rest.foldersUnknown, 1U);
+    EXPECT_EQ(rest.silentPlaces, 1U);
     mount.answerAgain();
 }
 
