@@ -57,7 +57,21 @@ TEST(BalanceOfTheProgram, SaysThatAFolderHasNoneButWritesThoseOfTheOthers) {
     EXPECT_EQ(ended.status, 1);
     EXPECT_EQ(readBack(json), "no_whole_disk 0 None None\n");
     EXPECT_TRUE(has(ended.errors, folder.path() + "/a ist nicht die Wurzel eines Dateisystems"));
-    EXPECT_EQ(program.run({"-s", "--balance", "--format=csv", json, folder.path()}).status, 2);
+}
+
+TEST(BalanceOfTheProgram, SaysThatLayersHaveNoSpaceOfTheirOwn) {
+    const TempDir folder;
+    // An overlay takes no folders of another one, as a container's disk is.
+    const Mounted disk("none", folder.path() + "/disk", "tmpfs");
+    const auto at = [&](const char* name) { return folder.path() + "/disk/" + name; };
+    for (const char* name : {"low", "up", "work"}) makeFolder(at(name));
+    const std::string options = "lowerdir=" + at("low") + ",upperdir=" + at("up") + ",workdir=" + at("work");
+    const Mounted layers("overlay", folder.path() + "/layers", "overlay", 0, options.c_str());
+    if (!disk.done() || !layers.done()) GTEST_SKIP() << "the test may not mount an overlay";
+    const Program program;
+    const Ended ended = program.run({"-s", "--balance", "-", folder.path() + "/layers"});
+    EXPECT_EQ(ended.status, 1);
+    EXPECT_TRUE(has(ended.errors, "(overlay) und hat keinen eigenen Platz")) << ended.errors;
 }
 
 }  // namespace

@@ -90,6 +90,7 @@ class Joiner {
     JoinedLine take() {
         if (wantsFormat_) complain(LineProblem::kUnknownFormat, std::string(kFormat));
         checkOptions();
+        checkBalance();
         if (isSilent() && names_ < 2) complain(LineProblem::kIncompleteReport, "");
         if (isSilent()) fixDelimiter();
         for (const Piece& piece : pieces_) line_.text += (line_.text.empty() ? "" : " ") + piece.text;
@@ -126,8 +127,7 @@ class Joiner {
 
     // A balance has neither levels nor delimiters.
     void checkOptions() {
-        const bool balance = std::ranges::any_of(
-            pieces_, [](const Piece& piece) { return piece.isSwitch && piece.text == kBalance; });
+        const bool balance = wantsBalance();
         int balances = 0, formats = 0;
         for (const Piece& piece : pieces_) {
             if (!piece.isSwitch) continue;
@@ -140,13 +140,32 @@ class Joiner {
             const bool useless =
                 isSilentLine(piece.text) ? piece.text != "-s" : isDelimiterSwitch(piece.text);
             const bool suits = isFormat(piece.text, balance ? FormatNames(kBalanceFormats) : formats_);
-            if (balance && (useless || (isFormatName && !suits)))
-                complain(LineProblem::kNotTogether, piece.text);
+            if (balance && useless) complain(LineProblem::kNotTogether, piece.text);
             if (isFormatName && !suits) complain(LineProblem::kUnknownFormat, piece.text);
         }
     }
 
+    bool wantsBalance() const {
+        return std::ranges::any_of(
+            pieces_, [](const Piece& piece) { return piece.isSwitch && piece.text == kBalance; });
+    }
+
+    // Whoever wants a balance is told of its formats, not of those of reports.
+    void checkBalance() {
+        if (!isSilent() || !wantsBalance()) return;
+        if (line_.problem == LineProblem::kUnknownFormat) line_.problem = LineProblem::kBalanceFormat;
+        const bool isGiven = std::ranges::any_of(pieces_, [](const Piece& piece) {
+            return piece.isSwitch && piece.text.starts_with(kFormatNamed);
+        });
+        const std::string name = lowerCase(reportFile_);
+        for (const std::string_view format : formats_)
+            if (!isGiven && std::ranges::count(kBalanceFormats, format) == 0 &&
+                name.ends_with("." + std::string(format)))
+                complain(LineProblem::kBalanceEnding, reportFile_);
+    }
+
     void addName(std::string name) {
+        if (isForReport()) reportFile_ = name;
         pieces_.push_back({quoted(std::move(name)), false});
         ++names_;
     }
@@ -176,6 +195,7 @@ class Joiner {
     bool switches_ = true;
     bool wantsFormat_ = false;  ///< The next argument is a format's name.
     std::size_t names_ = 0;
+    std::string reportFile_;
     std::vector<Piece> pieces_;
     JoinedLine line_;
 };

@@ -28,6 +28,8 @@ enum class LineProblem {
     kNotForWindow,      ///< There is an option of reports without a "-s" in front of it.
     kIncompleteReport,  ///< A silent line has no file or no source.
     kNotTogether,       ///< An option is given twice, or a balance has no use for it.
+    kBalanceFormat,     ///< A balance is wanted in a format that it has not.
+    kBalanceEnding,     ///< No format is given, and the name of a balance's file ends like that of a report.
 };
 
 struct JoinedLine {

@@ -44,11 +44,13 @@ std::uint64_t sumOf(const std::vector<HeldFile>& held) {
     return sum;
 }
 
-// One line for each process, the largest first.
+// One line for each process, and for each device of the kernel, the largest first.
 void addPrograms(Lines& lines, std::vector<HeldFile> held) {
     std::vector<HeldFile> processes;
     for (HeldFile& file : held) {
-        const auto same = std::ranges::find(processes, file.process, &HeldFile::process);
+        const auto same = std::ranges::find_if(processes, [&](const HeldFile& each) {
+            return each.process == file.process && (file.process != 0 || each.program == file.program);
+        });
         if (same == processes.end()) {
             processes.push_back(std::move(file));
         } else {
@@ -59,6 +61,7 @@ void addPrograms(Lines& lines, std::vector<HeldFile> held) {
     for (HeldFile& each : processes)
         lines.put({.line = BalanceLine::kHeldBy,
                    .bytes = signedBytes(each.bytes.value_or(0)),
+                   .unknown = each.bytes ? Unknown::kNo : Unknown::kNotTold,
                    .program = std::move(each.program),
                    .process = each.process});
 }

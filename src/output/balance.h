@@ -50,7 +50,7 @@ struct BalanceEntry {
     Unknown unknown = Unknown::kNo;  ///< Why the figure is missing, or with kHeld why there may be more.
     std::uint32_t folders = 0;       ///< Of kNotRead and kSnapshots, whose bytes nobody knows.
     std::string program = {};        ///< Of kHeldBy, as the system has it, in any bytes.
-    std::int64_t process = 0;        ///< Of kHeldBy.
+    std::int64_t process = 0;        ///< Of kHeldBy; 0 if the kernel holds it, for a device.
 };
 
 /// What only the report tells: sums of its rows below the source.

@@ -79,6 +79,7 @@ std::optional<SourceBalance> balanceOfSource(const ScanContext& scan, Row source
     const SourceSpace space = found->second;  // Messages run, and the next scan may begin.
     SourceBalance balance{.source = Report_GetFullpathOfNode(scan.tvwPL, source, false, scan.paths),
                           .state = balanceState(space),
+                          .part = space.before ? space.before->part : DiskPart::kPlain,
                           .ended = space.ended,
                           .changed = space.changed};
     if (balance.state != BalanceState::kThere) return balance;

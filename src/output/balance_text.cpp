@@ -116,13 +116,35 @@ void appendLineJson(std::string& out, const BalanceEntry& entry) {
     out += '}';
 }
 
+std::string whyNoWholeDisk(const Texts& texts, const SourceBalance& balance) {
+    const std::string source = visible(balance.source);
+    switch (balance.part) {
+        case DiskPart::kLayers:
+            return texts.TL(9918,
+                            "%1 ist aus Ordnern anderer Dateisysteme geschichtet (overlay) und hat keinen "
+                            "eigenen Platz: Dafür gibt es keine Bilanz.",
+                            {source});
+        case DiskPart::kSubvolume:
+            return texts.TL(
+                9919,
+                "%1 ist ein Subvolume und teilt sich den Platz mit anderen: Eine Bilanz gibt es nur "
+                "für das ganze Dateisystem.",
+                {source});
+        case DiskPart::kPlain:
+            break;
+    }
+    return texts.TL(9903, "%1 ist nicht die Wurzel eines Dateisystems: Dafür gibt es keine Bilanz.",
+                    {source});
+}
+
 }  // namespace
 
 // --- the words of a line
 
 std::string captionOf(const BalanceWords& words, const BalanceEntry& entry) {
     if (entry.line == BalanceLine::kHeldBy)
-        return "    " + visible(entry.program) + " (" + std::to_string(entry.process) + ")";
+        return "    " + visible(entry.program) +
+               (entry.process != 0 ? " (" + std::to_string(entry.process) + ")" : "");
     const RowText& caption = wordsOf(entry.line).caption;
     return words.texts.TL(caption.id, caption.german, {formatCount(entry.folders, words.numbers)});
 }
@@ -152,8 +174,7 @@ std::string whyNoBalance(const Texts& texts, const SourceBalance& balance) {
         case BalanceState::kThere:
             break;
         case BalanceState::kNoWholeDisk:
-            return texts.TL(9903, "%1 ist nicht die Wurzel eines Dateisystems: Dafür gibt es keine Bilanz.",
-                            {visible(balance.source)});
+            return whyNoWholeDisk(texts, balance);
         case BalanceState::kStopped:
             return texts.TL(9904, "%1 wurde nicht bis zum Ende eingelesen: Dafür gibt es keine Bilanz.",
                             {visible(balance.source)});

@@ -30,6 +30,7 @@ std::string sizeOf(const BalanceWords& words, const BalanceEntry& entry);
 struct SourceBalance {
     std::string source;  ///< Its path, as bytes.
     BalanceState state = BalanceState::kThere;
+    DiskPart part = DiskPart::kPlain;        ///< Tells why there is none, if it is no whole disk.
     std::int64_t ended = 0;                  ///< When the scan ended, in seconds since 1970.
     bool changed = false;                    ///< The source was changed since.
     std::vector<BalanceEntry> entries = {};  ///< Empty unless the state is kThere.

@@ -14,10 +14,18 @@
 
 namespace hl {
 
+/// What a folder is of its disk. It tells why one that is not a whole disk is none.
+enum class DiskPart : std::uint8_t {
+    kPlain,
+    kLayers,     ///< It is put together from folders of other file systems (overlay).
+    kSubvolume,  ///< The root of a subvolume of btrfs.
+};
+
 /// In bytes, by the file system's own count.
 struct UsedSpace {
     std::uint64_t used = 0;
     std::uint64_t reserved = 0;  ///< A part of what is free that only root may use.
+    DiskPart part = DiskPart::kPlain;
 };
 
 /// Why a figure is not there.

@@ -75,6 +75,15 @@ std::string problemText(const Texts& texts, const JoinedLine& line) {
         case LineProblem::kNotTogether:
             return texts.TL(9872, "%1 steht zweimal da oder passt nicht zu --balance.",
                             {visible(line.badArgument)});
+        case LineProblem::kBalanceFormat:
+            return texts.TL(9920, "%1 passt nicht zu --balance. Es gibt --format=txt und --format=json.",
+                            {visible(line.badArgument)});
+        case LineProblem::kBalanceEnding:
+            return texts.TL(
+                9921,
+                "%1 endet wie ein Bericht, den es von einer Bilanz nicht gibt. Möglich sind .txt, "
+                ".json oder ein --format.",
+                {visible(line.badArgument)});
         case LineProblem::kIncompleteReport:
             return texts.TL(9015, "Zu -s gehören eine Datei für den Bericht und mindestens ein Ordner.");
     }

@@ -4,6 +4,7 @@
 
 #include <iostream>
 
+#include "base/scope_exit.h"
 #include "images/image_mount.h"
 #include "support/mounted.h"
 #include "support/program.h"
@@ -135,6 +136,29 @@ TEST_P(BalanceOn, LeavesHardlyAnythingUnexplained) {
         for (const char* some : {"hidden", "held", "holes", "further_names", "rounded_up"})
             EXPECT_GT(lineOf(json, some), 100'000) << json;
     }
+}
+
+TEST(BalanceOfLoops, ADeletedFileThatALoopDeviceHoldsIsCounted) {
+    ImageMount image("ext4", 300);
+    if (!image.missing().empty()) GTEST_SKIP() << image.missing();
+    const std::string held = image.path() + "/held";
+    writeFile(held, std::string(5'000'000, 'x'));
+    std::string device = outputOf("losetup -f --show '" + held + "'");
+    ASSERT_TRUE(device.starts_with("/dev/loop")) << device;
+    device.pop_back();
+    const ScopeExit detach([&] { EXPECT_TRUE(shellDoes("losetup -d " + device)); });
+    image.sync();
+    const auto blocks = static_cast<std::int64_t>(factsOf(held).st_blocks);
+    must(::unlink(held.c_str()));
+    image.sync();
+    const Program program;
+    const std::string file = program.home("balance.json");
+    const Ended ended = program.run({"-s", "--balance", file, image.path()});
+    ASSERT_EQ(ended.status, 0) << ended.errors;
+    const std::string json = contentOf(file);
+    EXPECT_EQ(lineOf(json, "held"), 512 * blocks);
+    EXPECT_TRUE(has(json, "\"program\":\"" + device.substr(5) + "\",\"process\":0")) << json;
+    EXPECT_LE(std::abs(lineOf(json, "rest")), 4096) << json;
 }
 
 INSTANTIATE_TEST_SUITE_P(Disks, BalanceOn,

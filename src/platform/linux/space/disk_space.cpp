@@ -2,8 +2,9 @@
 
 #include <errno.h>
 #include <fcntl.h>
+#include <linux/magic.h>
 #include <sys/stat.h>
-#include <sys/statvfs.h>
+#include <sys/vfs.h>
 
 #include <algorithm>
 #include <functional>
@@ -13,6 +14,7 @@
 #include "platform/linux/drives/mount_table.h"
 #include "platform/linux/process/helper.h"
 #include "platform/linux/process/system_error.h"
+#include "platform/linux/scan/subvolumes.h"
 #include "platform/linux/space/hidden_space.h"
 #include "platform/linux/space/kept_space.h"
 
@@ -52,16 +54,26 @@ std::optional<Answer> askHelper(bool mayHang, milliseconds limit, WaitCallback* 
     return std::move(*answer);
 }
 
+DiskPart partOf(const std::string& folder, const struct statfs& facts) {
+    const auto kind = static_cast<std::uint64_t>(facts.f_type) & 0xffffffffU;
+    if (kind == OVERLAYFS_SUPER_MAGIC) return DiskPart::kLayers;
+    struct stat root {};
+    const bool isSubvolume =
+        kind == BTRFS_SUPER_MAGIC && ::stat(folder.c_str(), &root) == 0 && root.st_ino == kSubvolumeInode;
+    return isSubvolume ? DiskPart::kSubvolume : DiskPart::kPlain;
+}
+
 Result<UsedSpace> usedAt(const std::string& folder) {
-    struct statvfs facts {};
+    struct statfs facts {};
     int result = 0;
     do {
-        result = ::statvfs(folder.c_str(), &facts);
+        result = ::statfs(folder.c_str(), &facts);
     } while (result != 0 && errno == EINTR);
     if (result != 0) return systemError(errno, folder);
-    const std::uint64_t block = facts.f_frsize != 0 ? facts.f_frsize : facts.f_bsize;
+    const auto block = static_cast<std::uint64_t>(facts.f_frsize != 0 ? facts.f_frsize : facts.f_bsize);
     return UsedSpace{(facts.f_blocks - facts.f_bfree) * block,
-                     (facts.f_bfree - std::min(facts.f_bfree, facts.f_bavail)) * block};
+                     (facts.f_bfree - std::min(facts.f_bfree, facts.f_bavail)) * block,
+                     partOf(folder, facts)};
 }
 
 // Returns the mount that the open folder lies on.
@@ -96,7 +108,7 @@ void findHeld(const OpenFiles& openFiles, const std::vector<Mount>& mounts, cons
         allKnown = allKnown && file.bytes.has_value();
         facts.held.push_back(std::move(file));
     }
-    if (!allKnown) facts.heldUnknown = Unknown::kNeedsRoot;
+    if (!allKnown) facts.heldUnknown = answer.sawAll ? Unknown::kNotTold : Unknown::kNeedsRoot;
 }
 
 SpaceFacts factsOf(const std::string& path, const OpenFiles& openFiles, Whereabouts& whereabouts) {

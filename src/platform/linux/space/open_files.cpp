@@ -18,6 +18,7 @@
 
 #include "platform/linux/drives/mount_table.h"
 #include "platform/linux/process/descriptor.h"
+#include "platform/linux/space/loop_file.h"
 
 namespace hl {
 
@@ -90,6 +91,7 @@ class HeldListing {
     static int look(int folder, const std::string& name, int flags, HeldFile& file);
     void add(int process, HeldFile& file);
     void addOfKernel(const std::string& path, std::string holder);
+    void addDeletedOfLoop(const std::string& device);
     void refused(int error) {
         if (error == EACCES || error == EPERM) answer.sawAll = false;
     }
@@ -210,8 +212,15 @@ void HeldListing::addLoopDevices(const std::string& blockDevices) {
         std::string path;
         if (file.isOpen()) readAll(file.number(), PATH_MAX, path);
         if (path.ends_with('\n')) path.pop_back();
-        addOfKernel(path, name);
+        path.ends_with(kDeleted) ? addDeletedOfLoop(name) : addOfKernel(path, name);
     });
+}
+
+// No path leads to the file any more.
+void HeldListing::addDeletedOfLoop(const std::string& device) {
+    HeldFile file{.id = {}, .program = device};
+    if (const int error = deletedFileOfLoop(device, mounts_, file); error != 0) return refused(error);
+    if (!wanted_ || wanted_(file)) answer.files.push_back(std::move(file));
 }
 
 // A line reads "/swapfile    file    1048572    0    -2"; a path with a blank has an escape and is not found.
