@@ -92,6 +92,27 @@ TEST_F(SilentDisk, StopEndsMenusNamesListsAndDeleting) {
         EXPECT_TRUE(there(path)) << path;
 }
 
+TEST_F(SilentDisk, TheQuestionBeforeADeleteStandsAndIsAnsweredAtOnce) {
+    options("AskBeforeDelete=1\r\n");
+    ListSession::clickOn(open(), 0);
+    mount.stopAnswering();
+    // The second time it is known at once that the disk is silent.
+    for (int times = 0; times < 2; ++times) {
+        QElapsedTimer sinceAnswer;
+        s().answers.add([&](QDialog& dialog) {
+            auto& box = dynamic_cast<QMessageBox&>(dialog);
+            EXPECT_TRUE(QTest::qWaitFor([&] {
+                return box.informativeText().endsWith(QStringLiteral("Der Datenträger antwortet nicht."));
+            })) << box.informativeText().toStdString();
+            sinceAnswer.start();
+            pressIn(dialog, "Abbrechen");
+        });
+        session_->click(Command::kFilesDelete);
+        EXPECT_TRUE(sinceAnswer.isValid() && sinceAnswer.elapsed() < 500);
+        EXPECT_TRUE(there("src/a.txt"));
+    }
+}
+
 TEST_F(SilentDisk, ThePreviewWaitsWithoutKeepingTheUserFromAnotherRow) {
     GridView& list = open();
     session_->click(Command::kFilesPreview);
