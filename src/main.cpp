@@ -205,6 +205,10 @@ int Program::runSilent() {
     run.noteStop = [](bool on) { on ? noteStopSignals() : endNotingStopSignals(); };
     core_.app().cancelState = [&run] { return run.session().state.CancelState; };
     run.load();
+    if (const std::string problem = run.takeFilter(line_.text); !problem.empty()) {
+        console_.errorLine(problem);
+        return kBadCommandLine;
+    }
     const bool whole = run.run(line_.text);
     core_.app().cancelState = nullptr;
     endAsAsked();

@@ -12,12 +12,12 @@ _harborlantern() {
     if ((COMP_CWORD == 1)); then
         options+=" -s -h --help --version"
     elif [[ ${COMP_WORDS[1]} == -s* ]]; then
-        options+=" -d0 -d1 -d2 -d3 --format=csv --format=txt --format=json --balance"
+        options+=" -d0 -d1 -d2 -d3 --format=csv --format=txt --format=json --format=nul --balance --find="
     fi
     # Names are left to bash, which knows how to quote them.
     COMPREPLY=()
     if [[ $option == '--format =' && $word != ./ ]]; then
-        mapfile -t COMPREPLY < <(compgen -W "csv txt json" -- "$word")
+        mapfile -t COMPREPLY < <(compgen -W "csv txt json nul" -- "$word")
     elif [[ $word == -* ]]; then
         mapfile -t COMPREPLY < <(compgen -W "$options" -- "$word")
     fi

@@ -17,6 +17,7 @@ for pair in '0 comma' '1 semicolon' '2 tab' '3 blank'
     set -l parts (string split ' ' $pair)
     complete -c harborlantern -n '__harborlantern_report; and __harborlantern_switches' -o d$parts[1] -d "Delimiter: $parts[2]"
 end
-complete -c harborlantern -n '__harborlantern_report; and __harborlantern_switches' -l format -x -a 'csv txt json' -d 'Format, whatever the name of the report ends in'
+complete -c harborlantern -n '__harborlantern_report; and __harborlantern_switches' -l format -x -a 'csv txt json nul' -d 'Format, whatever the name of the report ends in'
 complete -c harborlantern -n '__harborlantern_report; and __harborlantern_switches' -l balance -d 'What adds up to the used space, as txt or json'
+complete -c harborlantern -n '__harborlantern_report; and __harborlantern_switches' -l find -x -d 'The files that match a filter, as csv or nul'
 complete -c harborlantern -n __harborlantern_switches -o TLMODUS -d 'Texts from HarborlanternTL.txt'

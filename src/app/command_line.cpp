@@ -16,6 +16,8 @@ constexpr char kQuoteInName = '\0';
 constexpr std::string_view kFormat = "--format";
 constexpr std::string_view kFormatNamed = "--format=";
 constexpr std::string_view kBalance = "--balance";
+constexpr std::string_view kFind = "--find";
+constexpr std::string_view kFindNamed = "--find=";
 
 bool isDigit(char c) {
     return c >= '0' && c <= '9';
@@ -32,12 +34,39 @@ bool isFormat(std::string_view argument, FormatNames formats) {
 
 // Whether the format suits what is written is known only at the line's end.
 bool isFormatSwitch(std::string_view argument, FormatNames formats) {
-    return isFormat(argument, formats) || isFormat(argument, kBalanceFormats);
+    return isFormat(argument, formats) || isFormat(argument, kBalanceFormats) ||
+           isFormat(argument, kFindFormats);
 }
 
 // A switch stands in the line without quotes; a double quote in it would begin a name.
 bool isSilentSwitch(std::string_view argument) {
     return isSilentLine(argument) && argument.find('"') == std::string_view::npos;
+}
+
+// Encodes what could be taken for another switch, a blank or a double quote.
+std::string encoded(std::string_view text) {
+    constexpr std::string_view kPlain = "._/*", kDigits = "0123456789ABCDEF";
+    std::string out;
+    for (const char c : text) {
+        const auto byte = static_cast<unsigned char>(c);
+        const bool letter = (byte | 0x20U) >= 'a' && (byte | 0x20U) <= 'z' && byte < 0x80;
+        if (letter || isDigit(c) || kPlain.find(c) != std::string_view::npos)
+            out += c;
+        else
+            out.append({'%', kDigits[byte >> 4], kDigits[byte & 15U]});
+    }
+    return out;
+}
+
+std::string decoded(std::string_view text) {
+    const auto valueOf = [](char digit) { return isDigit(digit) ? digit - '0' : digit - 'A' + 10; };
+    std::string out;
+    for (std::size_t at = 0; at < text.size(); ++at) {
+        const bool isCode = text[at] == '%' && at + 2 < text.size();
+        out += isCode ? static_cast<char>(valueOf(text[at + 1]) << 4 | valueOf(text[at + 2])) : text[at];
+        if (isCode) at += 2;
+    }
+    return out;
 }
 
 bool isSwitch(std::string_view argument) {
@@ -82,13 +111,18 @@ class Joiner {
         : cwd_(cwd), rules_(rules), formats_(formats) {}
 
     void add(const std::string& argument) {
+        if (std::exchange(wantsFilter_, false)) return addFilter(argument);
         if (std::exchange(wantsFormat_, false)) return addSwitchOrName(std::string(kFormatNamed) + argument);
+        if (switches_ && argument.starts_with(kFindNamed))
+            return addFilter(std::string_view(argument).substr(kFindNamed.size()));
+        wantsFilter_ = switches_ && argument == kFind;
         wantsFormat_ = switches_ && argument == kFormat;
-        if (!wantsFormat_) addSwitchOrName(argument);
+        if (!wantsFormat_ && !wantsFilter_) addSwitchOrName(argument);
     }
 
     JoinedLine take() {
         if (wantsFormat_) complain(LineProblem::kUnknownFormat, std::string(kFormat));
+        if (wantsFilter_) complain(LineProblem::kNoFilter, std::string(kFind));
         checkOptions();
         checkBalance();
         if (isSilent() && names_ < 2) complain(LineProblem::kIncompleteReport, "");
@@ -101,6 +135,10 @@ class Joiner {
     bool isSilent() const { return !pieces_.empty() && isSilentLine(pieces_[0].text); }
     // Tells whether the next name is the first of a silent line: the report's file.
     bool isForReport() const { return isSilent() && names_ == 0; }
+
+    void addFilter(std::string_view text) {
+        pieces_.push_back({std::string(kFindNamed) + encoded(text), true});
+    }
 
     void addSwitchOrName(const std::string& argument) {
         if (switches_ && argument == "--") {
@@ -125,30 +163,41 @@ class Joiner {
         }
     }
 
-    // A balance has neither levels nor delimiters.
+    bool has(std::string_view option) const {
+        return std::ranges::any_of(
+            pieces_, [&](const Piece& piece) { return piece.isSwitch && piece.text.starts_with(option); });
+    }
+
+    // A balance and a search have neither levels nor delimiters.
     void checkOptions() {
-        const bool balance = wantsBalance();
-        int balances = 0, formats = 0;
+        const bool balance = wantsBalance(), find = has(kFindNamed);
+        const FormatNames named = find      ? FormatNames(kFindFormats)
+                                  : balance ? FormatNames(kBalanceFormats)
+                                            : formats_;
+        const LineProblem notTogether = find ? LineProblem::kNotWithFind : LineProblem::kNotTogether;
+        int balances = 0, formats = 0, filters = 0;
         for (const Piece& piece : pieces_) {
             if (!piece.isSwitch) continue;
             const bool isFormatName = piece.text.starts_with(kFormatNamed);
+            const bool isFilter = piece.text.starts_with(kFindNamed);
+            const std::string name = isFilter ? std::string(kFind) : piece.text;
             balances += piece.text == kBalance ? 1 : 0;
             formats += isFormatName ? 1 : 0;
-            if (!isSilent() && (isFormatName || piece.text == kBalance))
-                complain(LineProblem::kNotForWindow, piece.text);
-            if (balances > 1 || formats > 1) complain(LineProblem::kNotTogether, piece.text);
+            filters += isFilter ? 1 : 0;
+            if (!isSilent() && (isFormatName || isFilter || piece.text == kBalance))
+                complain(LineProblem::kNotForWindow, name);
+            if (balances > 1 || formats > 1 || filters > 1 || (find && balances > 0))
+                complain(notTogether, name);
             const bool useless =
                 isSilentLine(piece.text) ? piece.text != "-s" : isDelimiterSwitch(piece.text);
-            const bool suits = isFormat(piece.text, balance ? FormatNames(kBalanceFormats) : formats_);
-            if (balance && useless) complain(LineProblem::kNotTogether, piece.text);
-            if (isFormatName && !suits) complain(LineProblem::kUnknownFormat, piece.text);
+            const bool suits = isFormat(piece.text, named);
+            if ((balance || find) && useless) complain(notTogether, name);
+            if (find && isFormatName && !suits) complain(notTogether, name);
+            if (isFormatName && !suits) complain(LineProblem::kUnknownFormat, name);
         }
     }
 
-    bool wantsBalance() const {
-        return std::ranges::any_of(
-            pieces_, [](const Piece& piece) { return piece.isSwitch && piece.text == kBalance; });
-    }
+    bool wantsBalance() const { return has(kBalance); }
 
     // Whoever wants a balance is told of its formats, not of those of reports.
     void checkBalance() {
@@ -194,6 +243,7 @@ class Joiner {
     FormatNames formats_;
     bool switches_ = true;
     bool wantsFormat_ = false;  ///< The next argument is a format's name.
+    bool wantsFilter_ = false;  ///< The next argument is a filter.
     std::size_t names_ = 0;
     std::string reportFile_;
     std::vector<Piece> pieces_;
@@ -242,6 +292,14 @@ std::string formatIn(std::string_view line, FormatNames formats) {
     return {};
 }
 
+// Returns what stands behind each `option` of the line, up to a blank.
+std::vector<std::string> valuesOf(std::string_view line, std::string_view option) {
+    std::vector<std::string> values;
+    for (auto rest = behind(line, option); rest; rest = behind(*rest, option))
+        values.push_back(decoded(rest->substr(0, rest->find(' '))));
+    return values;
+}
+
 std::int32_t leadingNumber(std::string_view text) {
     std::int64_t number = 0;
     for (const char c : text) {
@@ -279,7 +337,10 @@ SilentOrder KZGetFoldersFromCommand(std::string_view line, FormatNames formats) 
     if (delimiter != std::string_view::npos && delimiter + 2 < rest.size() && isDigit(rest[delimiter + 2]))
         order.delimiterIndex = rest[delimiter + 2] - '0';
     order.balance = behind(rest, kBalance).has_value();
-    order.format = formatIn(rest, order.balance ? FormatNames(kBalanceFormats) : formats);
+    if (const auto filters = valuesOf(rest, kFindNamed); !filters.empty()) order.find = filters.front();
+    order.format = formatIn(rest, order.find      ? FormatNames(kFindFormats)
+                                  : order.balance ? FormatNames(kBalanceFormats)
+                                                  : formats);
     const auto texts = quotedTexts(rest);
     if (!texts || texts->empty()) return order;
     order.outputFile = texts->front();

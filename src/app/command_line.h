@@ -10,6 +10,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -27,6 +28,8 @@ enum class LineProblem {
     kUnknownFormat,     ///< An argument begins with "--format" but names no known format.
     kNotForWindow,      ///< There is an option of reports without a "-s" in front of it.
     kIncompleteReport,  ///< A silent line has no file or no source.
+    kNoFilter,          ///< Nothing stands behind --find.
+    kNotWithFind,       ///< An option is given twice, or a search has no use for it.
     kNotTogether,       ///< An option is given twice, or a balance has no use for it.
     kBalanceFormat,     ///< A balance is wanted in a format that it has not.
     kBalanceEnding,     ///< No format is given, and the name of a balance's file ends like that of a report.
@@ -44,13 +47,18 @@ struct JoinedLine {
 using FormatNames = std::span<const std::string_view>;
 /// Those of a balance.
 inline constexpr std::string_view kBalanceFormats[] = {"txt", "json"};
+/// Those of files that are found; without one it is the first.
+inline constexpr std::string_view kFindFormats[] = {"csv", "nul"};
 
 /// Joins the arguments. Switches are "-s" and whatever begins with it and has no double quote, "-d" and a
-/// digit, "--format=" (or "--format" and an argument) and one of `formats`, "--balance", "-RESTART",
-/// "-TLMODUS", "--help", "-h" and "--version"; behind
+/// digit, "--format=" (or "--format" and an argument) and one of `formats`, "--balance", "--find="
+/// (or "--find" and an argument) and any text, "-RESTART", "-TLMODUS", "--help", "-h" and "--version"; behind
 /// "--" nothing is a switch. Everything else is a path, which `cwd` makes absolute; a source's path is also
 /// resolved by its text (base/absolute_path.h). "-" as the file of a silent line, even behind "--", means
 /// standard output and stays as it is; "./-" is a file of that name.
+///
+/// The text of --find stands in the line with each byte that could be taken for something else as "%" and two
+/// hexadecimal digits.
 ///
 /// The delimiter switch of a silent line is moved right behind "-s", or "-d0" is put there if there is none,
 /// so that a "-d" in a path is never taken for it. REQUIRES: cwd is absolute, or empty if there is none.
@@ -70,8 +78,9 @@ struct SilentOrder {
     std::int32_t levels = 0;  ///< 0 if the line gives none.
     /// 0 comma, 1 semicolon, 2 tab, 3 blank; with 4 to 9, which are possible, the report chooses.
     std::int32_t delimiterIndex = 0;
-    std::string format;    ///< The name of one; empty if the name of the file decides.
-    bool balance = false;  ///< The balance of each source is wanted instead of the report.
+    std::string format;                    ///< The name of one; empty if the name of the file decides.
+    bool balance = false;                  ///< The balance of each source is wanted instead of the report.
+    std::optional<std::string> find = {};  ///< A filter: the files that it takes are wanted instead.
     /// Empty if the line lacks the file or a source: then nothing is to be done.
     std::vector<std::string> sources;
 };

@@ -1,11 +1,14 @@
 #include "mainwindow/silent_run.h"
 
+#include "base/date_format.h"
 #include "base/text.h"
+#include "mainwindow/silent_find.h"
 #include "output/balance_source.h"
 #include "output/report_file.h"
 #include "output/report_writer.h"
 #include "robustness/api_error_text.h"
 #include "scan/yield.h"
+#include "views/find_texts.h"
 
 namespace hl {
 
@@ -25,6 +28,7 @@ bool SilentRun::run(const std::string& commandLine) {
     const ReportOrder order = orderOf(line);
     const auto target = services().files.replace(order.path);
     if (!target) return reportNotWritten(order.path, ApiErrorText(false, target.error()));
+    if (filter_) return find(line, **target);
     session_.state.balance.wanted = line.balance;
     session_.state.SourceQueue.assign(line.sources.begin(), line.sources.end());
     const std::uint32_t errorsBefore = services().diagnostics.errcount();
@@ -41,14 +45,59 @@ bool SilentRun::run(const std::string& commandLine) {
     return done && !somethingFailed_ && services().diagnostics.errcount() == 0;
 }
 
-// A wish to stop that comes after the last pause of the reading counts, too.
 void SilentRun::read() {
+    watchForStop([this] { Ordnerliste_Abarbeiten(scan_); });
+}
+
+// A wish to stop that comes after the last pause of the reading counts, too.
+void SilentRun::watchForStop(const std::function<void()>& work) {
     if (noteStop) noteStop(true);
-    Ordnerliste_Abarbeiten(scan_);
+    work();
     services().pump.PumpMessages();
     stopped_ = stopped_ || session_.state.CancelState == kCancelStop;
     if (noteStop) noteStop(false);
 }
+
+// --- files that are found
+
+std::string SilentRun::takeFilter(const std::string& commandLine) {
+    const SilentOrder line = KZGetFoldersFromCommand(commandLine, formatNames());
+    if (!line.find) return {};
+    auto filter = FindFilter::read(*line.find, [this](const std::string& name) {
+        OwnerNames* owners = services().owners;
+        return owners != nullptr ? owners->numberOf(name) : std::nullopt;
+    });
+    if (const auto* problem = std::get_if<FilterProblem>(&filter))
+        return filterProblemText(services().texts, *problem);
+    filter_ = std::get<FindFilter>(std::move(filter));
+    return {};
+}
+
+bool SilentRun::find(const SilentOrder& line, ReplacingFile& target) {
+    const FoundFormat format = foundFormatNamed(line.format);
+    const FoundLines lines(format, services().owners, target.isTerminal());
+    const FindOrder order = {.filter = *filter_,
+                             .started = secondsNow(),
+                             .detail = format == FoundFormat::kNul ? FindDetail::kPath : FindDetail::kFacts};
+    ReportFile file(target);
+    watchForStop([&] {
+        SilentFind found(scan_, *this, file, lines);
+        for (const std::string& source : line.sources)
+            if (!found.run(source, order)) break;
+    });
+    services().console.progress("");
+    if (services().diagnostics.errcount() != 0)
+        return reportNotWritten(line.outputFile, services().texts.TL(9611, "ein unerwarteter Fehler"));
+    if (stopped_) return reportNotWritten(line.outputFile, services().texts.TL(9810, "angehalten"));
+    ReportOutcome outcome;
+    const Result<> committed = file.commit();
+    outcome.written = bool{committed};
+    if (!committed) outcome.error = committed.error();
+    outcome.leftBehind = target.leftBehind();
+    return written(line.outputFile, outcome) && !somethingFailed_;
+}
+
+// --- the report and the balance
 
 bool SilentRun::writeReport(const ReportOrder& order, ReplacingFile& target) {
     if (session_.tvwPL.rowCount() == 0)

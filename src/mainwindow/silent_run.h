@@ -3,12 +3,14 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 #include <string>
 
 #include "mainwindow/session.h"
 #include "output/report_order.h"
 #include "platform/files.h"
 #include "scan/driver.h"
+#include "scan/find_filter.h"
 
 namespace hl {
 
@@ -19,10 +21,15 @@ class SilentRun final : public ScanHost, public Controls {
     /// Reads the options and sets up the grids.
     void load() { Form_Load(session_); }
 
-    /// Reads the sources of a silent command line and writes the report, or the balance of each source. The
-    /// report's target is opened before anything is read. Returns true if everything was read and the report
-    /// was written completely; anything that failed has then been reported. After a stop no report is
-    /// written, and an older one stays. REQUIRES: load() was called.
+    /// Reads the filter of the line, if it has one. Returns why it makes no sense, in one sentence; else
+    /// empty.
+    std::string takeFilter(const std::string& commandLine);
+
+    /// Reads the sources of a silent command line and writes the report, or the balance of each source, or
+    /// what the filter finds. The report's target is opened before anything is read. Returns true if
+    /// everything was read and the report was written completely; anything that failed has then been
+    /// reported. After a stop no report is written, and an older one stays. REQUIRES: load() was called, and
+    /// takeFilter() with the same line.
     bool run(const std::string& commandLine);
 
     /// Is called with true before something is read, and with false after it: meanwhile a wish to stop must
@@ -48,12 +55,15 @@ class SilentRun final : public ScanHost, public Controls {
     const Services& services() const { return session_.services; }
     void read();
     bool writeReport(const ReportOrder& order, ReplacingFile& target);
+    void watchForStop(const std::function<void()>& work);
+    bool find(const SilentOrder& line, ReplacingFile& target);
     bool writeBalance(const SilentOrder& line, ReplacingFile& target);
     bool written(const std::string& file, const ReportOutcome& outcome);
     bool reportNotWritten(const std::string& file, const std::string& reason);
 
     Session session_;
     ScanContext scan_;
+    std::optional<FindFilter> filter_;
     std::uint64_t lastProgressTick_ = 0;
     bool somethingFailed_ = false;
     bool stopped_ = false;

@@ -16,6 +16,7 @@
 #include <vector>
 
 #include "base/result.h"
+#include "platform/file_choice.h"
 #include "platform/folder_id.h"
 #include "platform/subvolume.h"
 
@@ -150,6 +151,11 @@ struct ReadOptions {
     SubvolumeId onlySubvolume = {};
     bool putOffSource = false;  ///< With putOffSnapshots: a source that is a snapshot is not read.
     bool wantFileNames = true;  ///< If false, the names of entries that are no folders may be empty.
+    /// If it is set, files are only those that it takes; links that are not followed are files then, wherever
+    /// they lead, and are not asked where.
+    std::shared_ptr<const FileChoice> choice = {};
+    /// With `choice`: if false, a file whose folder tells its type is not looked at, and has no facts.
+    bool wantFacts = true;
 };
 
 class FolderReader {

@@ -356,6 +356,14 @@ bool FindFilter::takes(const FindFacts& file) const {
     return std::ranges::all_of(terms_, [&](const Term& term) { return term.holds(file) != term.negated; });
 }
 
+bool FindFilter::mayTake(const FindFacts& file) const {
+    return std::ranges::all_of(terms_, [&](const Term& term) {
+        using enum FindField;
+        const bool known = term.field == kName || term.field == kKind || term.field == kType;
+        return !known || term.holds(file) != term.negated;
+    });
+}
+
 bool FindFilter::asksFor(FindField field) const {
     return std::ranges::any_of(terms_, [field](const Term& term) { return term.field == field; });
 }

@@ -68,6 +68,8 @@ class FindFilter {
                                                         const OwnerNumber& ownerNumber);
 
     bool takes(const FindFacts& file) const;
+    /// Tells whether what is asked of name, kind and type holds; no other fact is needed.
+    bool mayTake(const FindFacts& file) const;
     /// Tells whether a term asks for this; what no term asks for need not be given to takes().
     bool asksFor(FindField field) const;
 

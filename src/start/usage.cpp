@@ -25,10 +25,12 @@ std::string usageText(const Texts& texts) {
     const std::string folder = texts.TL(9002, "ORDNER");
     const std::string levels = texts.TL(9003, "EBENEN");
     const std::string file = texts.TL(9004, "DATEI");
+    const std::string filter = texts.TL(9964, "FILTER");
     std::string text = texts.TL(9001, "Aufruf:") + "\n";
     text += "  harborlantern [--] [" + folder + "]...\n";
     text += "  harborlantern -s[" + levels + "] [-dN] [--format=F] [--] " + file + " " + folder + "...\n";
-    text += "  harborlantern -s --balance [--format=F] [--] " + file + " " + folder + "...\n\n";
+    text += "  harborlantern -s --balance [--format=F] [--] " + file + " " + folder + "...\n";
+    text += "  harborlantern -s --find=" + filter + " [--format=F] [--] " + file + " " + folder + "...\n\n";
     text += texts.TL(
         9005, "Zeigt, wie viel Platz Ordner belegen. Mit -s wird ohne Fenster ein Bericht geschrieben.");
     text += "\n\n";
@@ -41,6 +43,9 @@ std::string usageText(const Texts& texts) {
         optionLine("--balance", texts.TL(9871,
                                          "Wie sich zusammensetzt, was das Dateisystem jeder Quelle belegt: "
                                          "txt oder json"));
+    text +=
+        optionLine("--find=" + filter,
+                   texts.TL(9965, "Dateien, auf die der Filter passt (size>1G age>1y name=*.iso): csv, nul"));
     text += optionLine(file, formatByNameHelp(texts));
     text += optionLine("--", texts.TL(9009, "Danach folgen nur noch Namen, auch solche mit - am Anfang"));
     text += optionLine("-h, --help", texts.TL(9010, "Diese Hilfe"));
@@ -72,6 +77,11 @@ std::string problemText(const Texts& texts, const JoinedLine& line) {
             return unknownFormatText(texts, visible(line.badArgument));
         case LineProblem::kNotForWindow:
             return texts.TL(9615, "%1 gilt für einen Bericht: davor muss -s stehen.", {line.badArgument});
+        case LineProblem::kNoFilter:
+            return texts.TL(9967, "Zu --find gehört ein Filter, zum Beispiel 'size>1G age>1y name=*.iso'.");
+        case LineProblem::kNotWithFind:
+            return texts.TL(9966, "%1 steht zweimal da oder passt nicht zu --find.",
+                            {visible(line.badArgument)});
         case LineProblem::kNotTogether:
             return texts.TL(9872, "%1 steht zweimal da oder passt nicht zu --balance.",
                             {visible(line.badArgument)});

@@ -30,6 +30,7 @@ TEST(JoinedArguments, QuoteAgainWhatTheShellUnquoted) {
         {{"-s", "--", "-", "-"}, "-s-d0 \"-\" \"/cwd/-\""},
         {{"-s", "--format", "csv", "-", "/a"}, "-s-d0 --format=csv \"-\" \"/a\""},
         {{"-s", "-", "--balance", "--format=json", "/a"}, "-s-d0 \"-\" --balance --format=json \"/a\""},
+        {{"-s", "--find", "size>1K \"a b\"", "-", "/a"}, "-s-d0 --find=size%3E1K%20%22a%20b%22 \"-\" \"/a\""},
         {{"-s", "././-", "./-"}, "-s-d0 \"/cwd/-\" \"/cwd/-\""},
         // The system decides what a link in the report's path means.
         {{"-s", "a/../r", "a/../b"}, "-s-d0 \"/cwd/a/../r\" \"/cwd/b\""}};
@@ -69,6 +70,14 @@ TEST(JoinedArguments, NameTheFirstThatMakesNoSense) {
         {{"-s", "--balance", "/b.CSV", "/a"}, LineProblem::kBalanceEnding, "/b.CSV"},
         {{"-s3", "--balance", "-", "/a"}, LineProblem::kNotTogether, "-s3"},
         {{"-s", "--balance", "-d1", "-", "/a"}, LineProblem::kNotTogether, "-d1"},
+        {{"-s", "-", "/a", "--find"}, LineProblem::kNoFilter, "--find"},
+        {{"-s", "--find=a", "-", "/a", "--find", "b"}, LineProblem::kNotWithFind, "--find"},
+        {{"-s", "--find=a", "-", "/a", "--balance"}, LineProblem::kNotWithFind, "--balance"},
+        {{"-s", "--find=a", "--format=txt", "-", "/a"}, LineProblem::kNotWithFind, "--format=txt"},
+        {{"-s", "--find=a", "-d1", "-", "/a"}, LineProblem::kNotWithFind, "-d1"},
+        {{"-s2", "--find=a", "-", "/a"}, LineProblem::kNotWithFind, "-s2"},
+        {{"-s", "--format=nul", "-", "/a"}, LineProblem::kUnknownFormat, "--format=nul"},
+        {{"--find=a", "/a"}, LineProblem::kNotForWindow, "--find"},
         {{"--balance", "/a"}, LineProblem::kNotForWindow, "--balance"},
         {{"-s", "--format=txtx", "-", "/a"}, LineProblem::kUnknownFormat, "--format=txtx"},
         {{"--format=txt", "-s", "/r", "/a"}, LineProblem::kNotForWindow, "--format=txt"}};
@@ -129,6 +138,18 @@ TEST(SilentOrder, HasAFormatWhereOneStandsOutsideOfTheNames) {
         {join({"-s--format=csv", "-", "/a\"--format=txt"}).text, "csv"}};
     for (const auto& [line, format] : cases)
         EXPECT_EQ(KZGetFoldersFromCommand(line, kFormats).format, format) << line;
+}
+
+TEST(SilentOrder, HasTheFilterAsItWasGiven) {
+    for (const std::string filter : {"size>1G name=\"*.iso --balance\"", "", "-d3 \xFF%41 --format=nul \n"}) {
+        const SilentOrder order =
+            KZGetFoldersFromCommand(join({"-s", "--find", filter, "/r --find=x", "/a"}).text, kFormats);
+        EXPECT_EQ(order.find, filter);
+        EXPECT_FALSE(order.balance);
+        EXPECT_EQ(order.format, "");
+        EXPECT_EQ(order.delimiterIndex, 0);
+    }
+    EXPECT_EQ(KZGetFoldersFromCommand(join({"-s", "/--find=x", "/a"}).text, kFormats).find, std::nullopt);
 }
 
 TEST(SilentLine, IsToldByItsFirstTwoCharacters) {

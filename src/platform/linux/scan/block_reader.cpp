@@ -35,6 +35,16 @@ std::uint32_t attributesOf(const struct statx& facts) {
     return bits;
 }
 
+FileType typeOf(std::uint8_t record) {
+    if (record == DT_REG) return FileType::kFile;
+    return record == DT_LNK ? FileType::kLink : FileType::kOther;
+}
+
+FileType typeOf(const struct statx& facts) {
+    if (S_ISREG(facts.stx_mode)) return FileType::kFile;
+    return S_ISLNK(facts.stx_mode) ? FileType::kLink : FileType::kOther;
+}
+
 // The kernel's own device numbers have 12 and 20 bits.
 std::uint32_t deviceNumber(const struct statx& facts) {
     return facts.stx_dev_major << 20 | facts.stx_dev_minor;
@@ -104,6 +114,7 @@ std::shared_ptr<const Block> BlockReader::build(int folder, const LinkLook::GoOn
     names_.clear();
     entryError_ = 0;
     LinkLook::Place place{folder};
+    const bool asksLinks = options_.choice == nullptr || options_.followLinks;
     for (std::size_t at = 0; at < length_;) {
         const auto* record = folderRecord(records_.get(), at);
         at += record->length;
@@ -111,8 +122,10 @@ std::shared_ptr<const Block> BlockReader::build(int folder, const LinkLook::GoOn
         const std::size_t length = std::strlen(record->name);
         if (record->type == DT_DIR) {
             addFolder({record->name, length}, 0, kTagNone);
-        } else if (record->type == DT_LNK) {
+        } else if (record->type == DT_LNK && asksLinks) {
             addLink(place, record->name, length, goOn);
+        } else if (options_.choice != nullptr) {
+            addChosen(folder, record->name, length, record->type);
         } else {
             addOther(folder, record->name, length);
         }
@@ -168,6 +181,24 @@ void BlockReader::addLink(LinkLook::Place& place, const char* name, std::size_t 
     keepName({target.data(), static_cast<std::size_t>(got)});
 }
 
+// What the folder tells may be enough to know that nobody wants the file, or all that is wanted of it.
+void BlockReader::addChosen(int folder, const char* name, std::size_t length, std::uint8_t type) {
+    const std::string_view text(name, length);
+    if (type != DT_UNKNOWN) {
+        if (!options_.choice->mayTake(text, typeOf(type))) return;
+        if (!options_.wantFacts) return addUnlooked(text);
+    }
+    addOther(folder, name, length);
+}
+
+void BlockReader::addUnlooked(std::string_view name) {
+    Entry entry;
+    entry.nameLength = static_cast<std::uint16_t>(name.size());
+    entry.nameOffset = keepName(name);
+    entries_.push_back(entry);
+    if (wantsDetails()) details_.emplace_back();
+}
+
 void BlockReader::addOther(int folder, const char* name, std::size_t length) {
     struct statx facts;
     const int result = calls_.look(folder, name, false, mask_, facts);
@@ -176,6 +207,7 @@ void BlockReader::addOther(int folder, const char* name, std::size_t length) {
     const std::string_view text(name, length);
     if (result < 0) {
         noteError(-result);
+        if (options_.choice != nullptr) return;
         facts = {};
         facts.stx_nlink = 1;
     } else if (S_ISDIR(facts.stx_mode)) {
@@ -196,9 +228,10 @@ void BlockReader::addFile(const struct statx& facts, std::string_view name) {
     if (options_.wantTimes) entry.attributes = attributesOf(facts) | hiddenBit(name);
     if (options_.wantSpace && (facts.stx_attributes & STATX_ATTR_MOUNT_ROOT) != 0)
         entry.attributes |= kMountedFile;
-    if (wantsDetails())
-        details_.push_back({facts.stx_mtime.tv_sec, facts.stx_btime.tv_sec, facts.stx_atime.tv_sec,
-                            facts.stx_blocks, facts.stx_uid});
+    const EntryDetails details = {facts.stx_mtime.tv_sec, facts.stx_btime.tv_sec, facts.stx_atime.tv_sec,
+                                  facts.stx_blocks, facts.stx_uid};
+    if (options_.choice != nullptr && !options_.choice->takes(name, typeOf(facts), entry, details)) return;
+    if (wantsDetails()) details_.push_back(details);
     if (options_.wantFileNames) {
         entry.nameLength = static_cast<std::uint16_t>(name.size());
         entry.nameOffset = keepName(name);

@@ -68,6 +68,8 @@ class BlockReader {
     void addFolder(std::string_view name, std::uint32_t attributes, std::uint32_t tag);
     void addLink(LinkLook::Place& place, const char* name, std::size_t length, const LinkLook::GoOn& goOn);
     void addOther(int folder, const char* name, std::size_t length);
+    void addChosen(int folder, const char* name, std::size_t length, std::uint8_t type);
+    void addUnlooked(std::string_view name);
     void addFile(const struct statx& facts, std::string_view name);
     std::uint32_t keepName(std::string_view name);
     void noteError(int error);
