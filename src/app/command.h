@@ -51,6 +51,7 @@ enum class Command : int {
     kShowTop = commandNumber(BarId::kMain, 307),
     kShowHardlinks = commandNumber(BarId::kMain, 308),
     kShowJunctions = commandNumber(BarId::kMain, 309),
+    kShowFind = commandNumber(BarId::kMain, 550),
     kFontOfAll = commandNumber(BarId::kMain, 328),
     kGuide = commandNumber(BarId::kMain, 530),
     kColumnsMenu = commandNumber(BarId::kMain, 531),  ///< A popup; each bar with columns has one of this id.
@@ -164,6 +165,30 @@ enum class Command : int {
     kJunctionsSave,
     kJunctionsPrint,
     kJunctionsFont = commandNumber(BarId::kJunctions, 328),
+
+    // The files that a search has found.
+    kFindTitle = commandNumber(BarId::kFind, 0),
+    kFindBytes = commandNumber(BarId::kFind, 301),  ///< The other units follow.
+    kFindIcons = commandNumber(BarId::kFind, 305),
+    kFindSearchText = commandNumber(BarId::kFind, 307),
+    kFindSearch,
+    kFindDecimals,
+    kFindSizeColumn,
+    kFindPreview = commandNumber(BarId::kFind, 330),
+    kFindSplit,
+    kFindDelete,
+    kFindRecycle,
+    kFindFullView,
+    kFindFit,
+    kFindSave,
+    kFindPrint,
+    kFindFont,
+    kFindDiskColumn = commandNumber(BarId::kFind, 500),
+    kFindOwnerColumn,
+    kFindFilter,  ///< The box with the filter.
+    kFindStart,
+    kFindForm,
+    kFindAllSources,
 };
 
 constexpr Command commandOf(BarId bar, int id) {

@@ -34,6 +34,7 @@ enum class LoadStep {
     kAskBeforeDelete,
     kOnDisk,
     kSnapshots,
+    kFind,
 };
 
 /// The field that a value goes to. Its type decides how the value is read: as a whole number from 0 to 255, a
@@ -93,12 +94,14 @@ inline constexpr auto kOptionTable = [] {
         {"FontSizeTOP", "9", &Options::FontSizeTOP, kFontSizes},
         {"FontSizeHardlinks", "9", &Options::FontSizeHardlinks, kFontSizes},
         {"FontSizeJunctions", "9", &Options::FontSizeJunctions, kFontSizes},
+        {"FontSizeFind", "9", &Options::FontSizeFind, kFontSizes},
         {"FontName", "Tahoma", &Options::FontName, kFontNames},
         {"FontNameDisk", "Tahoma", &Options::FontNameDisk, kFontNames},
         {"FontNameFiles", "Tahoma", &Options::FontNameFiles, kFontNames},
         {"FontNameTOP", "Tahoma", &Options::FontNameTOP, kFontNames},
         {"FontNameHardlinks", "Tahoma", &Options::FontNameHardlinks, kFontNames},
         {"FontNameJunctions", "Tahoma", &Options::FontNameJunctions, kFontNames},
+        {"FontNameFind", "Tahoma", &Options::FontNameFind, kFontNames},
         {"FileColumn", "1", &Options::FileColumn, kListColumns, 8, 0, 1U << 7},
         {"TopColumn", "1", &Options::TopColumn, kListColumns, 9, 0, 1U << 8},
         {"HardlinkColumn", "1", &Options::HardlinkColumn, kListColumns, 11, 3U << 8, 1U << 10},
@@ -118,11 +121,20 @@ inline constexpr auto kOptionTable = [] {
         {"FontStyleTOP", "", &Options::FontStyleTOP, kFontNames},
         {"FontStyleHardlinks", "", &Options::FontStyleHardlinks, kFontNames},
         {"FontStyleJunctions", "", &Options::FontStyleJunctions, kFontNames},
+        {"FontStyleFind", "", &Options::FontStyleFind, kFontNames},
         {"AskBeforeDelete", "1", &Options::AskBeforeDelete, kAskBeforeDelete},
         {"ColDiskVisible", "0", &Options::ColDiskVisible, kOnDisk},
         {"ColNewestVisible", "0", &Options::ColNewestVisible, kOnDisk},
         {"ReckonOnDisk", "0", &Options::ReckonOnDisk, kOnDisk},
         {"CountSnapshots", "0", &Options::CountSnapshots, kSnapshots},
+        {"FindVisible", "0", &Options::FindVisible, kFind},
+        {"FindAllSources", "0", &Options::FindAllSources, kFind},
+        {"FileSizeFormatFind", "2", &Options::FileSizeFormatFind, kFind},
+        {"SizeFormatNachkommastellenFind", "1", &Options::SizeFormatNachkommastellenFind, kFind},
+        {"ShowIconsFind", "0", &Options::ShowIconsFind, kFind},
+        {"FindColumn", "1", &Options::FindColumn, kFind, 10, 0, 3U << 8},
+        {"FilePreviewFind", "0", &Options::FilePreviewFind, kFind},
+        {"FilelistTileFind", "0", &Options::FilelistTileFind, kFind},
     });
 }();
 // clang-format on

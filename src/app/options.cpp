@@ -187,6 +187,7 @@ void OptionenLadenMain(Options& options, const SettingsStore& store, Diagnostics
     loadStep(LoadStep::kAskBeforeDelete);
     if (!onlyDialog) loadStep(LoadStep::kOnDisk);
     loadStep(LoadStep::kSnapshots);
+    if (!onlyDialog) loadStep(LoadStep::kFind);
 }
 
 void loadBarOptions(Options& options, const SettingsStore& store, Diagnostics& diagnostics, OptionBar bar) {

@@ -44,6 +44,7 @@ class Bars {
     CommandBar& cbrTOP = of(BarId::kTop);
     CommandBar& cbrHardlinks = of(BarId::kHardlinks);
     CommandBar& cbrJunctions = of(BarId::kJunctions);
+    CommandBar& cbrFind = of(BarId::kFind);
 };
 
 /// What the bars are built from; it must outlive the call.

@@ -203,6 +203,7 @@ constexpr auto kMainRows = rows({
     {kShowTop, kButton, TL(3724, "Größte Dateien"), TL(9216, "Liste mit den größten Dateien anzeigen"), kIconTop, kSame, "4", &C::showPanel, byRoutine<&Options::ToplistVisible>},
     {kShowHardlinks, kButton, TL(3740, "Hardlinks"), TL(9217, "Liste mit Hardlinks anzeigen"), kIconHardlinks, kSame, "5", &C::showPanel, byRoutine<&Options::HardlinksVisible>},
     {kShowJunctions, kButton, TL(3742, "Junctions"), TL(9218, "Liste mit Junctions anzeigen"), kIconJunctions, kSame, "6", &C::showPanel, byRoutine<&Options::JunctionsVisible>},
+    {kShowFind, kButton, TL(9945, "Finden"), TL(9946, "Dateien nach Name, Größe, Alter, Art oder Eigentümer finden"), kIconFind, kSame, "7", &C::showPanel, byRoutine<&Options::FindVisible>},
     {kTakeBack, kButton, TL(9794, "Zurückholen"), TL(9808, "Zurückholen, was zuletzt in den Papierkorb kam"), kIconTakeBack, kGroup, "Z", &C::takeBack},
     {kOptions, kButton, TL(3547, "Optionen"), TL(3547, "Optionen"), kIconOptions, kGroup, "O", &C::showOptions},
     ranked(kGoesEarly, {kLargeIcons, kButton, TL(3627, "Symbolgröße"), TL(9219, "Symbole vergrößern"), kIconIconSize, kGroup, {}, &C::largeIcons, toggles<&Options::BigIcons>}),
@@ -311,6 +312,27 @@ constexpr auto kJunctionsRows = joined(rows({
     withRows({kJunctionsPrint, kButton, kPrint, kPrintList, kIconPrint, kGroup, {}, &C::listPrint}),
 }), search(kJunctionsSearchText, kJunctionsSearch, &C::listSearch));
 
+constexpr int kFilterWidth = 220;
+
+constexpr auto kFindRows = joined(rows({
+    ranked(kStaysLongest, {kFindTitle, kLabel, TL(9945, "Finden")}),
+    ranked(kStaysLongest, {kFindFilter, kEdit, TL(9949, "Filter"), TL(9947, "Filter, zum Beispiel size>1G age>1y name=*.iso"), -1, kGroup, {}, &C::findStart, {}, {}, 0, kFilterWidth}),
+    ranked(kStaysLongest, {kFindStart, kButton, TL(9945, "Finden"), TL(9946, "Dateien nach Name, Größe, Alter, Art oder Eigentümer finden"), kIconFind, kSame, {}, &C::findStart}),
+    {kFindForm, kButton, TL(9949, "Filter"), TL(9950, "Filter in einem Formular bearbeiten"), kIconFilter, kSame, {}, &C::findForm},
+    {kFindAllSources, kButton, TL(9951, "Alle Quellen"), TL(9952, "In allen Quellen suchen, nicht nur unter der ausgewählten Zeile"), kIconAllSources, kSame, {}, nullptr, toggles<&Options::FindAllSources>},
+    withSelection({kFindDelete, kButton, kDelete, kDeleteFiles, kIconDelete, kGroup, {}, &C::listDelete}),
+    withSelection({kFindRecycle, kButton, kRecycle, kRecycleFiles, kIconRecycle, kSame, {}, &C::listRecycle}),
+    comesBack(BarId::kFind),
+    {kFindIcons, kButton, kSymbols, kShowSymbols, kIconSymbols, kGroup, {}, &C::listIcons, toggles<&Options::ShowIconsFind>},
+    {kFindFullView, kButton, kFullView, kHideOtherLists, kIconFullView, kGroup, {}, &C::fullView},
+    {kFindPreview, kButton, kPreview, kShowPreview, kIconPreview, kSame, {}, &C::listPreview, toggles<&Options::FilePreviewFind>},
+    {kFindSplit, kButton, kSplit, kTurnSplit, kIconSplit, kSame, {}, &C::listSplit, toggles<&Options::FilelistTileFind>},
+    ranked(kGoesFirst, {kFindFit, kButton, kFit, kFitColumns, kIconFit, kGroup, {}, &C::listFit}),
+    ranked(kGoesFirst, {kFindFont, kButton, kFont, kChooseFont, kIconFont, kSame, {}, &C::changeFont}),
+    withRows({kFindSave, kButton, kSave, TL(9294, "Dateiliste in eine Textdatei speichern"), kIconSave, kGroup, {}, &C::listSave}),
+    withRows({kFindPrint, kButton, kPrint, TL(9295, "Dateiliste drucken"), kIconPrint, kGroup, {}, &C::listPrint}),
+}), units(kFindBytes, kFindDecimals, kFindTable), columns<kFindTable>(&C::listColumn), search(kFindSearchText, kFindSearch, &C::listSearch));
+
 constexpr BarRow kBars[kBarCount] = {
     {"cbrMain", "Init_ToolbarMain", kMainRows},
     {"cbrReport", "Init_Toolbar_Folders", kReportRows},
@@ -319,6 +341,7 @@ constexpr BarRow kBars[kBarCount] = {
     {"cbrTOP", "Init_Toolbar_TOP", kTopRows},
     {"cbrHardlinks", "Init_Toolbar_Hardlinks", kHardlinksRows},
     {"cbrJunctions", "Init_Toolbar_Junctions", kJunctionsRows},
+    {"cbrFind", "Init_Toolbar_Find", kFindRows},
 };
 // clang-format on
 

@@ -92,6 +92,7 @@ void showOptions(MainForm& form, const CommandRow& /*row*/) {
     setDateFormat(session.lvwFiles, kFilesTable, session.options);
     setDateFormat(session.lvwHardlinks, kHardlinksTable, session.options);
     setDateFormat(session.lvwTOP, kTopTable, session.options);
+    setDateFormat(session.lvwFind, kFindTable, session.options);
 }
 
 void showLog(MainForm& form, const CommandRow& /*row*/) {
@@ -306,6 +307,16 @@ void listPrint(MainForm& form, const CommandRow& row) {
 
 void listSearch(MainForm& form, const CommandRow& row) {
     listOf(form, row).StartSearch();
+}
+
+// --- the files that a search has found
+
+void findStart(MainForm& form, const CommandRow& /*row*/) {
+    form.find.start();
+}
+
+void findForm(MainForm& form, const CommandRow& /*row*/) {
+    form.find.showForm();
 }
 
 }  // namespace hl::commands

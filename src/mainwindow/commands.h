@@ -73,6 +73,10 @@ void listSave(MainForm& form, const CommandRow& row);
 void listPrint(MainForm& form, const CommandRow& row);
 void listSearch(MainForm& form, const CommandRow& row);
 
+// --- the files that a search has found
+void findStart(MainForm& form, const CommandRow& row);
+void findForm(MainForm& form, const CommandRow& row);
+
 }  // namespace commands
 
 }  // namespace hl

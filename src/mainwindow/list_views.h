@@ -1,22 +1,25 @@
-// The four lists of the main form, and what they share. For the thread of the logic only.
+// The five lists of the main form, and what they share. For the thread of the logic only.
 #pragma once
 
 #include "views/files_view.h"
+#include "views/find_view.h"
 #include "views/hardlinks_view.h"
 #include "views/junctions_view.h"
 #include "views/top_view.h"
 
 namespace hl {
 
-inline constexpr GridId kListGrids[] = {GridId::kFiles, GridId::kTop, GridId::kHardlinks, GridId::kJunctions};
+inline constexpr GridId kListGrids[] = {GridId::kFiles, GridId::kTop, GridId::kHardlinks, GridId::kJunctions,
+                                        GridId::kFind};
 
 struct ListViews {
     FilesView files;
     TopView top;
     HardlinksView hardlinks;
     JunctionsView junctions;
+    FindView find;
 
-    /// Returns null for a grid that is not one of the four.
+    /// Returns null for a grid that is not one of them.
     ListView* of(GridId grid) {
         switch (grid) {
             case GridId::kFiles:
@@ -27,6 +30,8 @@ struct ListViews {
                 return &hardlinks;
             case GridId::kJunctions:
                 return &junctions;
+            case GridId::kFind:
+                return &find;
             default:
                 return nullptr;
         }

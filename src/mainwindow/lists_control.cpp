@@ -26,7 +26,8 @@ void ListsControl::makeLists() {
     lists_.reset(new ListViews{{parts, session.lvwFiles, form_.bars.cbrFiles},
                                {parts, session.lvwTOP, form_.bars.cbrTOP},
                                {parts, session.lvwHardlinks, form_.bars.cbrHardlinks},
-                               {parts, session.lvwJunctions, form_.bars.cbrJunctions}});
+                               {parts, session.lvwJunctions, form_.bars.cbrJunctions},
+                               {parts, session.lvwFind, form_.bars.cbrFind}});
     for (const GridId id : kListGrids) form_.window->grid(id).setEvents(lists_->of(id));
 }
 
@@ -53,7 +54,9 @@ std::string ListsControl::emptyHint(GridId id) const {
         return lists_ && lists_->files.foundNone()
                    ? texts.TL(9753, "Direkt in diesem Ordner liegen keine Dateien.")
                    : std::string();
-    if (isFilledNow(id)) return texts.TL(9754, "Dafür wurde nichts gefunden.");
+    if (id == GridId::kFind && !form_.find.hasSearched())
+        return texts.TL(9963, "Geben Sie oben einen Filter ein, und drücken Sie die Eingabetaste.");
+    if (isFilledNow(id) || id == GridId::kFind) return texts.TL(9754, "Dafür wurde nichts gefunden.");
     if (!isOff(id)) return {};
     return texts.TL(9298,
                     "Diese Liste ist ausgeschaltet. Schalten Sie sie in der Liste unter \"%1\" ein, und "
@@ -82,6 +85,12 @@ void ListsControl::filled() {
     showTitles();
 }
 
+void ListsControl::foundFiles() {
+    lists_->find.rowsChanged();
+    form_.window->grid(GridId::kFind).refresh();
+    showTitles();
+}
+
 void ListsControl::showTitles() {
     const Texts& texts = form_.services().texts;
     const auto show = [&](CommandBar& bar, Command label, const std::string& title) {
@@ -90,6 +99,8 @@ void ListsControl::showTitles() {
     show(form_.bars.cbrTOP, Command::kTopTitle, topTitle(form_.scan));
     show(form_.bars.cbrHardlinks, Command::kHardlinksTitle, texts.TL(3740, "Hardlinks"));
     show(form_.bars.cbrJunctions, Command::kJunctionsTitle, texts.TL(3742, "Junctions"));
+    if (form_.find.hasSearched())
+        form_.bars.cbrFind.setCaption(idOf(Command::kFindTitle), form_.find.title());
 }
 
 std::string ListsControl::markedTitle(const std::string& title) const {
@@ -114,7 +125,8 @@ void ListsControl::print(GridId id) {
     Print_Files(form_.services(),
                 id == GridId::kTop || id == GridId::kHardlinks || id == GridId::kJunctions
                     ? markedTitle(title)
-                    : title,
+                : id == GridId::kFind ? form_.find.title()
+                                      : title,
                 form_.session.grid(id), id, *form_.window);
 }
 

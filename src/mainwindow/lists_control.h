@@ -1,4 +1,4 @@
-// The four lists of the main window, and what they ask of the rest of the window. For the thread of the logic
+// The five lists of the main window, and what they ask of the rest of the window. For the thread of the logic
 // only.
 #pragma once
 
@@ -19,7 +19,7 @@ class ListsControl final : public ListHost {
 
     /// Makes the lists, which hear of their grids from now on. REQUIRES: the window exists.
     void makeLists();
-    /// Returns null for a grid that is none of the four. REQUIRES: makeLists() was called.
+    /// Returns null for a grid that is none of the lists. REQUIRES: makeLists() was called.
     ListView* of(GridId grid) { return lists_->of(grid); }
     TopView& top() { return lists_->top; }
     /// Returns the list that has the lists' place, null if that place is hidden.
@@ -35,7 +35,9 @@ class ListsControl final : public ListHost {
     // --- what is shown of a run
     /// The three lists that a scan fills have other rows.
     void filled();
-    /// The titles of the lists that a scan fills; they say if its reading was stopped.
+    /// The list of found files has other rows.
+    void foundFiles();
+    /// The titles of the lists that a scan or a search fills; they say if it was stopped.
     void showTitles();
     /// Lists the files of a folder; an empty path empties the list.
     void showFilesOf(const std::string& folder);

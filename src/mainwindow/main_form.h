@@ -12,6 +12,7 @@
 #include "mainwindow/disk_waiting.h"
 #include "mainwindow/drives_control.h"
 #include "mainwindow/files_control.h"
+#include "mainwindow/find_control.h"
 #include "mainwindow/lists_control.h"
 #include "mainwindow/looks_control.h"
 #include "mainwindow/preview_control.h"
@@ -72,6 +73,7 @@ struct MainForm {
     DrivesControl drives{*this};
     ListsControl lists{*this};
     FilesControl files{*this};
+    FindControl find{*this};
     SourcesControl sources{*this};
     BalanceControl balance{*this};
     BarControl barControl{*this};

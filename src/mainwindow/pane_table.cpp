@@ -14,6 +14,7 @@ constexpr PaneRow kPanes[kGridCount] = {
     {"lvwTOP", TL(3724, "Größte Dateien"), &Session::lvwTOP, Command::kShowTop, &Options::FontNameTOP, &Options::FontSizeTOP, &Options::FontStyleTOP},
     {"lvwHardlinks", TL(3740, "Hardlinks"), &Session::lvwHardlinks, Command::kShowHardlinks, &Options::FontNameHardlinks, &Options::FontSizeHardlinks, &Options::FontStyleHardlinks},
     {"lvwJunctions", TL(3742, "Junctions"), &Session::lvwJunctions, Command::kShowJunctions, &Options::FontNameJunctions, &Options::FontSizeJunctions, &Options::FontStyleJunctions},
+    {"lvwFind", TL(9945, "Finden"), &Session::lvwFind, Command::kShowFind, &Options::FontNameFind, &Options::FontSizeFind, &Options::FontStyleFind},
 };
 // clang-format on
 

@@ -66,6 +66,7 @@ constexpr PaneOfBar kPanesOfBars[] = {
     {BarId::kReport, SplitterId::kReport},   {BarId::kDrives, SplitterId::kDrives},
     {BarId::kFiles, SplitterId::kFiles},     {BarId::kTop, SplitterId::kFiles},
     {BarId::kHardlinks, SplitterId::kFiles}, {BarId::kJunctions, SplitterId::kFiles},
+    {BarId::kFind, SplitterId::kFiles},
 };
 
 bool isList(Command panel) {
@@ -88,7 +89,7 @@ struct Panes::ListPane {
     Flag Options::*visible;
 };
 
-const Panes::ListPane Panes::kLists[4] = {
+const Panes::ListPane Panes::kLists[5] = {
     {Command::kShowFiles, BarId::kFiles, GridId::kFiles, Command::kFilesPreview, Command::kFilesSplit,
      &Options::FilelistVisible},
     {Command::kShowTop, BarId::kTop, GridId::kTop, Command::kTopPreview, Command::kTopSplit,
@@ -97,6 +98,8 @@ const Panes::ListPane Panes::kLists[4] = {
      Command::kHardlinksSplit, &Options::HardlinksVisible},
     {Command::kShowJunctions, BarId::kJunctions, GridId::kJunctions, Command::kNone, Command::kNone,
      &Options::JunctionsVisible},
+    {Command::kShowFind, BarId::kFind, GridId::kFind, Command::kFindPreview, Command::kFindSplit,
+     &Options::FindVisible},
 };
 
 bool PanelToggle(CommandBar& cbrMain, Command panel) {
@@ -347,7 +350,7 @@ void Panes::splMain_AfterResize() {
         // With a new width, a bar that is clipped in a low pane is measured anew.
         const bool sameWidth = std::exchange(rest_, rest) == rest;
         for (const BarId beside :
-             {BarId::kDrives, BarId::kFiles, BarId::kTop, BarId::kHardlinks, BarId::kJunctions})
+             {BarId::kDrives, BarId::kFiles, BarId::kTop, BarId::kHardlinks, BarId::kJunctions, BarId::kFind})
             bar(beside).setClips(narrowRest_ || (sameWidth && bar(beside).clips()));
         bar(BarId::kReport).setClips(report * kTwipsPerPixel < kNarrowReport);
         cbrResize(BarId::kFiles);
@@ -381,7 +384,7 @@ void Panes::splInfo_AfterResize() {
         keepBothInSight(SplitterId::kInfo, kLeastLists);
         for (const PaneOfBar& one : kPanesOfBars) cbrResize(one.bar);
         if (!splitter(SplitterId::kInfo).Control2Visible()) return;
-        for (const GridId list : {GridId::kFiles, GridId::kTop, GridId::kHardlinks})
+        for (const GridId list : {GridId::kFiles, GridId::kTop, GridId::kHardlinks, GridId::kFind})
             parts_.host.SetFileIcons(list);
     });
 }

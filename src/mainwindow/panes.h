@@ -7,7 +7,7 @@
 //         splFiles             the bar of a list above
 //           splFilesAndPreview   that list, and the preview
 //
-// The four lists share one place, which one of them has at a time. The checked entries of cbrMain decide
+// The lists share one place, which one of them has at a time. The checked entries of cbrMain decide
 // which panes are visible; the panes keep no second record of that. Lengths are in pixels. For the thread of
 // the logic only.
 #pragma once
@@ -24,11 +24,11 @@
 namespace hl {
 
 /// Switches the entry of cbrMain that shows or hides a panel. The last visible panel stays, and a list that
-/// is shown hides the other three. Returns false if nothing was switched, or if the command is not that of a
+/// is shown hides the others. Returns false if nothing was switched, or if the command is not that of a
 /// panel.
 bool PanelToggle(CommandBar& cbrMain, Command panel);
 
-/// What the panes ask of the rest of the main form. The lists are kFiles, kTop, kHardlinks and kJunctions.
+/// What the panes ask of the rest of the main form. The lists are kFiles and those behind it.
 class PaneHost {
   public:
     virtual ~PaneHost() = default;
@@ -60,7 +60,7 @@ class PaneHost {
 struct PaneParts {
     std::array<CommandBar*, kBarCount> bars;  ///< All bars, including those of hidden panes; none is null.
     const Grid& tvwPL;
-    Options& options;  ///< The panes write the five options that tell which panels are visible.
+    Options& options;  ///< The panes write the options that tell which panels are visible.
     const ScanState& state;
     const PathRules& paths;
     StatusPanels& status;  ///< The panes set the width of the first panel, and empty the second when no list
@@ -97,11 +97,11 @@ class Panes {
     /// any of them changed.
     void Change_Info_Visibility();
     /// Brings the preview and its place in line with their entries in the bar of `list`; the junctions have
-    /// none. REQUIRES: `list` is one of the four lists.
+    /// none. REQUIRES: `list` is one of the lists.
     void followPreviewEntries(GridId list);
 
     // --- events
-    /// Makes the bar's pane exactly as high as the bar, for cbrReport_Resize and its five siblings. Ignored
+    /// Makes the bar's pane exactly as high as the bar, for cbrReport_Resize and its siblings. Ignored
     /// for cbrMain, for a bar whose pane is hidden, and while it runs for the same bar.
     void cbrResize(BarId bar);
     /// Must be called when icons or captions of the bars change their size: then it is determined anew
@@ -122,7 +122,7 @@ class Panes {
 
   private:
     struct ListPane;
-    static const ListPane kLists[4];
+    static const ListPane kLists[5];
     static const ListPane* listOf(Command panel);
     static const ListPane& listOf(GridId grid);
 

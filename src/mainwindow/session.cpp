@@ -19,6 +19,7 @@ void Form_Load(Session& session) {
     Init_List(session.lvwTOP, kTopTable, session.options, services.texts);
     Init_List(session.lvwHardlinks, kHardlinksTable, session.options, services.texts);
     Init_List(session.lvwJunctions, kJunctionsTable, session.options, services.texts);
+    Init_List(session.lvwFind, kFindTable, session.options, services.texts);
 }
 
 ScanContext scanContext(Session& session, ScanHost& host, Controls& controls) {

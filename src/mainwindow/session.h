@@ -28,6 +28,7 @@ struct Session {
     Grid lvwTOP{kFileCells};
     Grid lvwHardlinks{kFileCells};
     Grid lvwJunctions{kJunctionCells};
+    Grid lvwFind{kFileCells};       ///< Stays empty in a run without a window.
     Grid lvwFiles{kFileCells};      ///< Stays empty in a run without a window.
     Grid lvwDiskinfo{kDriveCells};  ///< Stays empty in a run without a window.
 };

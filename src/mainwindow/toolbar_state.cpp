@@ -17,6 +17,7 @@ namespace {
 
 constexpr std::size_t kLargestFile = std::size_t{64} << 10;  // In bytes; a real file has less than 1 KiB.
 constexpr int kMostOrder = 99;
+constexpr std::size_t kFirstLaterBar = static_cast<std::size_t>(BarId::kFind);
 constexpr std::string_view kFormatSection = "Format";
 constexpr std::string_view kFormatKey = "HarborlanternToolbars";
 constexpr std::string_view kFormat = "1";
@@ -88,13 +89,17 @@ bool ToolbarStore::load(Files& files, const std::string& path) {
     const IniText ini(*content);
     if (ini.find(kFormatSection, kFormatKey) != kFormat) return false;
     std::array<BarState, kBarCount> states;
+    std::array<bool, kBarCount> loaded{};
     for (std::size_t i = 0; i < kBarCount; ++i) {
-        auto state = stateIn(ini.section(barRows()[i].name));
+        const Values values = ini.section(barRows()[i].name);
+        if (values.empty() && i >= kFirstLaterBar) continue;
+        auto state = stateIn(values);
         if (!state) return false;
         states[i] = *std::move(state);
+        loaded[i] = true;
     }
     states_ = std::move(states);
-    loaded_ = true;
+    loaded_ = loaded;
     return true;
 }
 
@@ -110,7 +115,7 @@ Result<> ToolbarStore::save(Files& files, const std::string& path) const {
 
 void ExchangeState(ToolbarStore& store, CommandBar& bar) {
     BarState& state = store.of(bar.id());
-    if (store.isLoaded()) {
+    if (store.isLoaded(bar.id())) {
         bar.setPlace(state.place);
         for (const int id : state.hidden) bar.setVisible(id, false);
         return;

@@ -24,10 +24,11 @@ struct BarState {
 
 class ToolbarStore {
   public:
-    /// Tells whether the states come from a file; only then ExchangeState changes the bars.
-    bool isLoaded() const { return loaded_; }
+    /// Tells whether the bar's state comes from a file; only then ExchangeState changes the bar.
+    bool isLoaded(BarId bar) const { return loaded_[static_cast<std::size_t>(bar)]; }
 
-    /// Returns false and changes nothing if the file is missing, unreadable, damaged or of another kind.
+    /// Returns false and changes nothing if the file is missing, unreadable, damaged or of another kind. Bars
+    /// that came after the first version may be missing in it.
     bool load(Files& files, const std::string& path);
     /// Replaces the file in one step; after an error the old file is still there.
     Result<> save(Files& files, const std::string& path) const;
@@ -37,7 +38,7 @@ class ToolbarStore {
 
   private:
     std::array<BarState, kBarCount> states_{};
-    bool loaded_ = false;
+    std::array<bool, kBarCount> loaded_{};
 };
 
 /// If the store was loaded, the bar takes its place from it and hides entries; unknown ids are ignored, and

@@ -67,6 +67,10 @@ void CommandBar::setCaption(int id, std::string_view caption) {
     change(id, [caption](BarEntry& entry) { return std::exchange(entry.caption, caption) != caption; });
 }
 
+void CommandBar::setTooltip(int id, std::string_view tooltip) {
+    change(id, [tooltip](BarEntry& entry) { return std::exchange(entry.tooltip, tooltip) != tooltip; });
+}
+
 void CommandBar::setText(int id, std::string_view text) {
     change(id, [text](BarEntry& entry) { return std::exchange(entry.text, text) != text; });
 }

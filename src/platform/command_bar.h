@@ -98,6 +98,7 @@ class CommandBar {
     void setEnabled(int id, bool on);
     void setVisible(int id, bool on);
     void setCaption(int id, std::string_view caption);
+    void setTooltip(int id, std::string_view tooltip);
     void setText(int id, std::string_view text);
     void toggle(int id) { setChecked(id, !isChecked(id)); }
     /// Sets all entries of the toolbar, its lists included, but not the popups.

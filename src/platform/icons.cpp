@@ -75,6 +75,9 @@ constexpr IconNames kIcons[] = {
     {kIconNewest, nullptr, "newest"},
     {kIconReckonOnDisk, nullptr, "reckon-on-disk"},
     {kIconBalance, nullptr, "balance"},
+    {kIconFind, nullptr, "find"},
+    {kIconFilter, nullptr, "filter"},
+    {kIconAllSources, nullptr, "all-sources"},
 };
 
 }  // namespace

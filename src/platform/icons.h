@@ -74,7 +74,10 @@ enum Icon : int {
     kIconNewest,
     kIconReckonOnDisk,
     kIconBalance,
-    kIconLast = kIconBalance,
+    kIconFind,
+    kIconFilter,
+    kIconAllSources,
+    kIconLast = kIconAllSources,
 };
 
 struct IconNames {

@@ -7,11 +7,11 @@
 namespace hl {
 
 /// The grids, in the order in which the window is locked and fonts are stored.
-enum class GridId : std::uint8_t { kReport, kDrives, kFiles, kTop, kHardlinks, kJunctions };
+enum class GridId : std::uint8_t { kReport, kDrives, kFiles, kTop, kHardlinks, kJunctions, kFind };
 /// The main bar comes first, then the bars in the order of their grids.
-enum class BarId : std::uint8_t { kMain, kReport, kDrives, kFiles, kTop, kHardlinks, kJunctions };
+enum class BarId : std::uint8_t { kMain, kReport, kDrives, kFiles, kTop, kHardlinks, kJunctions, kFind };
 
-constexpr std::size_t kBarCount = static_cast<std::size_t>(BarId::kJunctions) + 1;
+constexpr std::size_t kBarCount = static_cast<std::size_t>(BarId::kFind) + 1;
 constexpr std::size_t kGridCount = kBarCount - 1;
 
 /// Returns the grid below a bar. REQUIRES: `bar` is not kMain.

@@ -1,5 +1,5 @@
-// The three lists of files (those of a folder, the largest, the hardlinks): the cells of their rows, how a
-// file fills these, and the columns of each list.
+// The four lists of files (those of a folder, the largest, the hardlinks, those found): the cells of their
+// rows, how a file fills these, and the columns of each list.
 #pragma once
 
 #include <array>
@@ -28,6 +28,7 @@ enum FileCell : CellId {
     kFileId,
     kFileDevice,
     kFileDisk,
+    kFileOwner,
 };
 inline constexpr CellSpec kFileCells[] = {
     {"path", CellType::kText},  // The folder of the file, with a trailing separator.
@@ -43,6 +44,7 @@ inline constexpr CellSpec kFileCells[] = {
     {"device", CellType::kCount},  // Shown in no column; the same id means the same file only on the same
                                    // device.
     {"disk", CellType::kSize},
+    {"owner", CellType::kText},
 };
 
 /// A file that gets a row.
@@ -50,9 +52,10 @@ struct FoundFile {
     const Entry& entry;
     const EntryDetails& details;
     std::string_view name;
-    std::string_view folder;     ///< With a trailing separator.
-    std::int32_t links = 0;      ///< 0 for a file with one name.
-    std::string_view type = {};  ///< What the desktop calls files of its type; empty if it has no name.
+    std::string_view folder;      ///< With a trailing separator.
+    std::int32_t links = 0;       ///< 0 for a file with one name.
+    std::string_view type = {};   ///< What the desktop calls files of its type; empty if it has no name.
+    std::string_view owner = {};  ///< The name of its owner.
 };
 
 /// Returns "low word - high word" of an inode, both as signed decimals.
@@ -149,6 +152,13 @@ inline constexpr ListColumn kDiskColumn = {
     .button = TL(9821, "Auf Datenträger"),
     .tooltip = TL(9822, "Spalte 'Auf Datenträger'")};
 
+inline constexpr ListColumn kOwnerColumn = {
+    .cell = kFileOwner,
+    .title = TL(9763, "Eigentümer"),
+    .fill = [](const CellPlace& to, const FoundFile& file) { to.set(file.owner); },
+    .button = TL(9763, "Eigentümer"),
+    .tooltip = TL(9968, "Spalte 'Eigentümer'")};
+
 // --- the lists
 
 /// Completes the columns of a list: each but the first has a place in `flags`, and, unless it names another,
@@ -186,10 +196,19 @@ inline constexpr auto kHardlinksColumns =
                            kTypeColumn, kAttributesColumn, kModifiedColumn, kCreatedColumn, kAccessedColumn,
                            with(Command::kHardlinksDiskColumn, kDiskColumn)}));
 
+inline constexpr auto kFindColumns =
+    shownBy(&Options::FindColumn, Command::kFindSizeColumn,
+            std::to_array({kNameColumn, kSizeColumn, kPathColumn, kExtensionColumn, kTypeColumn,
+                           kAttributesColumn, kModifiedColumn, kCreatedColumn, kAccessedColumn,
+                           with(Command::kFindDiskColumn, kDiskColumn),
+                           with(Command::kFindOwnerColumn, kOwnerColumn)}));
+
 inline constexpr ListTable kFilesTable = {kFileCells, kFilesColumns, kFileSize, &Options::FileSizeFormatFiles,
                                           &Options::SizeFormatNachkommastellenFiles};
 inline constexpr ListTable kTopTable = {kFileCells, kTopColumns, kFileSize, &Options::FileSizeFormatTop,
                                         &Options::SizeFormatNachkommastellenTop};
+inline constexpr ListTable kFindTable = {kFileCells, kFindColumns, kFileSize, &Options::FileSizeFormatFind,
+                                         &Options::SizeFormatNachkommastellenFind};
 inline constexpr ListTable kHardlinksTable = {kFileCells, kHardlinksColumns, kFileSize,
                                               &Options::FileSizeFormatHardlinks,
                                               &Options::SizeFormatNachkommastellenHardlinks};

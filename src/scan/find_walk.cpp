@@ -156,6 +156,7 @@ void FindWalk::enter() {
 void FindWalk::take(Level& level, std::unique_ptr<Listing> block) {
     level.block = std::move(block);
     level.next = 0;
+    yield_.perEntry();  // A block of files that nobody wants has no entries.
     for (const Error& disk : level.block->silentMounts) host_.notRead(disk.name, ApiErrorText(true, disk));
     notRead(level, level.block->error);
     notRead(level, level.block->entryError);

@@ -20,7 +20,8 @@ constexpr bool areKept(const std::array<ListColumn, N>& columns) {
                std::get<Flags>(key.field) == columns.back().shown.columns && key.columns == N - 1;
     });
 }
-static_assert(areKept(kFilesColumns) && areKept(kTopColumns) && areKept(kHardlinksColumns),
+static_assert(areKept(kFilesColumns) && areKept(kTopColumns) && areKept(kHardlinksColumns) &&
+                  areKept(kFindColumns),
               "option_table.h must have the number of a list's columns but the first");
 
 /// How sizes are shown.

@@ -125,6 +125,9 @@ TEST_P(LanguagesTest, NoDialogCutsATextOff) {
     s.scan(at("src"));
     lookAt("frmSave", 16, [&] { s.click(kReportSave); });
     lookAt("frmPrint", 12, [&] { s.click(kReportPrint); });
+    s.click(kShowFind);
+    lookAt("frmFind", 18, [&] { s.click(kFindForm); });
+    s.click(kShowFiles);
     s.clickRow("a");
     lookAt("frmSaveFiles", 6, [&] { s.click(kFilesSave); });
     lookAt("printPreview", 8, [&] { s.click(kFilesPrint); });
@@ -161,7 +164,7 @@ TEST_P(LanguagesTest, NoBarCutsACaptionOff) {
     for (const char* shown : {"icons ", "captions "}) {
         for (const int width : {1400, 700}) {
             s.frame().resize(width, 900);
-            for (const Command list : {kShowFiles, kShowTop, kShowHardlinks, kShowJunctions}) {
+            for (const Command list : {kShowFiles, kShowTop, kShowHardlinks, kShowJunctions, kShowFind}) {
                 s.click(list);
                 checkBars(shown + std::to_string(width) + " ");
             }

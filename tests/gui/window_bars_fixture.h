@@ -50,7 +50,7 @@ struct WindowBars : testing::Test, private PaneHost {
     StatusPanels status;
     Bars bars;
     Grid report{kFolderCells}, drives{kDriveCells}, files{kFileCells}, top{kFileCells}, hardlinks{kFileCells},
-        junctions{kJunctionCells};
+        junctions{kJunctionCells}, hits{kFileCells};
     std::unique_ptr<Panes> panes;
     WindowParts parts;
     RecordingEvents events;
@@ -58,10 +58,11 @@ struct WindowBars : testing::Test, private PaneHost {
 
   private:
     void fillParts() {
-        parts.grids = {&report, &drives, &files, &top, &hardlinks, &junctions};
-        parts.gridNames = {"tvwPL", "lvwDiskinfo", "lvwFiles", "lvwTOP", "lvwHardlinks", "lvwJunctions"};
-        parts.gridTitles = {"Folder list",   "Drive list", "File list",
-                            "Largest files", "Hard links", "Junctions"};
+        parts.grids = {&report, &drives, &files, &top, &hardlinks, &junctions, &hits};
+        parts.gridNames = {"tvwPL",        "lvwDiskinfo",  "lvwFiles", "lvwTOP",
+                           "lvwHardlinks", "lvwJunctions", "lvwFind"};
+        parts.gridTitles = {"Folder list", "Drive list", "File list", "Largest files",
+                            "Hard links",  "Junctions",  "Find"};
         for (Grid* grid : parts.grids)
             grid->setColumns(
                 {{.title = "Name", .key = {}, .mask = {}}, {.title = "Note", .key = {}, .mask = {}}});

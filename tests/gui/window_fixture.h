@@ -12,6 +12,7 @@
 #include "platform/linux/change/files.h"
 #include "platform/linux/drives/drives.h"
 #include "platform/linux/drives/patience.h"
+#include "platform/linux/process/owner_names.h"
 #include "platform/linux/process/system_error.h"
 #include "platform/linux/process/system_facts.h"
 #include "platform/linux/scan/file_system.h"
@@ -132,6 +133,7 @@ class Logic {
     FakeSystemFacts facts_;
     LinuxFiles files_;
     RecordingConsole console_;
+    LinuxOwnerNames owners_;
     ProgramCore core_{{facts_,
                        files_,
                        console_,
@@ -145,7 +147,8 @@ class Logic {
                        "de_DE",
                        {userHome() + "/now", userHome()},
                        [this](const std::string& report) { reports.push_back(report); },
-                       [this] { endProcess(); }}};
+                       [this] { endProcess(); },
+                       &owners_}};
     LinuxDrives drives_{{.root = machine_.path(), .space = [](const std::string&) {
                              return DriveSpace{4000, 1000, 4, 500};
                          }}};

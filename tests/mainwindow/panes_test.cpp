@@ -8,8 +8,8 @@ namespace hl::test {
 namespace {
 
 using enum Command;
-constexpr Command kPanels[] = {kShowReport, kShowDrives,    kShowFiles,
-                               kShowTop,    kShowHardlinks, kShowJunctions};
+constexpr Command kPanels[] = {kShowReport,    kShowDrives,    kShowFiles, kShowTop,
+                               kShowHardlinks, kShowJunctions, kShowFind};
 using Checked = std::set<Command>;
 
 // The form around the panes, and a window that lays them out whenever they change.
@@ -118,6 +118,7 @@ TEST_F(Panel, ClickKeepsTheLastOneAndOneListAtMost) {
         {{kShowReport, kShowFiles}, kShowFiles, {kShowReport}},
         {{kShowReport, kShowFiles}, kShowReport, {kShowFiles}},
         {{kShowFiles}, kShowJunctions, {kShowJunctions}},
+        {{kShowTop}, kShowFind, {kShowFind}},
         {{kShowDrives, kShowReport, kShowHardlinks}, kShowTop, {kShowDrives, kShowReport, kShowTop}},
         {{kShowFiles, kShowTop, kShowJunctions}, kShowHardlinks, {kShowHardlinks}},
         {{kShowDrives, kShowReport, kShowFiles}, kShowDrives, {kShowReport, kShowFiles}},
@@ -135,14 +136,15 @@ TEST_F(Panel, ClickKeepsTheLastOneAndOneListAtMost) {
 }
 
 TEST_F(Panel, SetShowsWhatIsCheckedAndTheOptionsSayIt) {
-    constexpr GridId kGrids[] = {GridId::kReport, GridId::kDrives,    GridId::kFiles,
-                                 GridId::kTop,    GridId::kHardlinks, GridId::kJunctions};
+    constexpr GridId kGrids[] = {GridId::kReport,    GridId::kDrives,    GridId::kFiles, GridId::kTop,
+                                 GridId::kHardlinks, GridId::kJunctions, GridId::kFind};
     using Shown = std::set<GridId>;
     const std::pair<Checked, Shown> cases[] = {
         {{kShowReport, kShowDrives, kShowFiles}, {GridId::kReport, GridId::kDrives, GridId::kFiles}},
         {{kShowReport}, {GridId::kReport}},
         {{kShowReport, kShowJunctions}, {GridId::kReport, GridId::kJunctions}},
         {{kShowDrives}, {GridId::kDrives}},
+        {{kShowReport, kShowFind}, {GridId::kReport, GridId::kFind}},
         {{kShowHardlinks}, {GridId::kHardlinks}},
         {{kShowDrives, kShowTop, kShowHardlinks, kShowJunctions}, {GridId::kDrives, GridId::kTop}},
         {{}, {GridId::kReport}}};
@@ -159,7 +161,8 @@ TEST_F(Panel, SetShowsWhatIsCheckedAndTheOptionsSayIt) {
                              o.FilelistVisible,
                              o.ToplistVisible,
                              o.HardlinksVisible,
-                             o.JunctionsVisible};
+                             o.JunctionsVisible,
+                             o.FindVisible};
         for (std::size_t i = 1; i < std::size(kGrids); ++i)
             EXPECT_EQ(told[i], shown.contains(kGrids[i])) << i;
         asked.clear();

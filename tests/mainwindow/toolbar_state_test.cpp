@@ -75,6 +75,19 @@ TEST_F(ToolbarStateTest, PlacesAndHiddenEntriesSurviveARestart) {
         << "the id of another bar's hidden entry";
 }
 
+TEST_F(ToolbarStateTest, AFileOfAnEarlierVersionKeepsTheStateOfTheBarsThatItKnows) {
+    const std::string whole = arranged();
+    const std::size_t from = whole.find("[cbrFind]"), to = whole.find("[Format]");
+    ASSERT_LT(from, to);
+    Bars now, then;
+    writeFile(path, whole);
+    ASSERT_TRUE(load(now));
+    writeFile(path, whole.substr(0, from) + whole.substr(to));
+    ASSERT_TRUE(load(then));
+    EXPECT_EQ(then.cbrMain.place(), now.cbrMain.place());
+    EXPECT_NE(then.cbrMain.place(), BarPlace());
+}
+
 TEST_F(ToolbarStateTest, AFileCutShortBrokenOrForeignChangesNothing) {
     const std::string whole = arranged();
     const std::size_t end = whole.find_last_not_of("\r\n");

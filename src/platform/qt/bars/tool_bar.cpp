@@ -211,6 +211,7 @@ void ToolBar::sync(Part& part, const BarEntry& entry) {
         box->setToolTip(tooltipOf(entry));
     } else if (auto* edit = dynamic_cast<BarEdit*>(part.widget)) {
         if (edit->text() != qtText(entry.text)) edit->setText(qtText(entry.text));
+        edit->setToolTip(qtText(entry.tooltip));
     } else if (auto* label = dynamic_cast<QLabel*>(part.widget)) {
         label->setText(qtText(entry.caption));
     } else {
