@@ -22,6 +22,8 @@ struct Options {
     // What a scan collects and counts.
     Flag CreateListTOP = 0, CreateListHardlink = 0, CreateListJunction = 0;
     Flag AddHardlinksOnlyOnce = 0, NoHardlinks = 0, ScanHardlinks = 0;
+    /// Cells of statistics are kept for what is read.
+    Flag CreateStatistics = 0;
     /// Snapshots count although their origin is in the same source.
     Flag CountSnapshots = 0;
     // What the folder report shows.

@@ -8,6 +8,7 @@
 #include "fileops/gone.h"
 #include "fileops/recycle_texts.h"
 #include "robustness/trap.h"
+#include "scan/file_kinds.h"
 #include "scan/file_system_calls.h"
 #include "scan/records.h"
 #include "scan/report_changes.h"
@@ -65,7 +66,8 @@ void showName(Grid& grid, Row row, const std::string& old, const std::string& na
 }
 
 /// Corrects the report. Where names of one file count once, another of them may be the first now, because the
-/// renamed entry has another place in its folder.
+/// renamed entry has another place in its folder. A file with another ending counts elsewhere in the
+/// statistics.
 void follow(const FileOps& ops, const std::string& from, const std::string& to, bool folder) {
     ScanContext& scan = ops.scan;
     if (ops.host.closed()) return;
@@ -78,6 +80,10 @@ void follow(const FileOps& ops, const std::string& from, const std::string& to, 
         const auto file = scan.fileSystem.look(to);
         if (file && file->links > 1) changes.sourcesChanged(to);
     }
+    const bool otherEnding =
+        Ending(fileNameOf(from, scan.paths)).text() != Ending(fileNameOf(to, scan.paths)).text();
+    if (!folder && otherEnding && scan.statistics != nullptr)
+        changes.filesChanged(folderAbove(to, scan.paths));
     changes.finish();
 }
 

@@ -45,9 +45,17 @@ void resetForSource(ScanContext& scan) {
     state.Started = secondsNow();
 }
 
+// Part of a source is read as the rest of it was.
+void chooseStatistics(ScanContext& scan, Row row) {
+    if (scan.statistics == nullptr || scan.tvwPL.parent(row) != kNoRow) return;
+    if (scan.options.CreateStatistics == 1) return scan.statistics->keepSource(row, scan.state.Started);
+    scan.statistics->dropSource(row);
+}
+
 Row addSourceRow(ScanContext& scan, const std::string& source, int imageIndex) {
     Grid& report = scan.tvwPL;
     const Row row = report.addRow(kNoRow, rowTextOf(source));
+    if (scan.statistics != nullptr) scan.statistics->dropSource(row);
     if (imageIndex >= 0 && imageIndex < kSourceImages) report.setPicture(row, imageIndex);
     report.setExpanded(row, true);
     report.setNumber(row, kPercent, 100);
@@ -233,6 +241,7 @@ Row QuelleEinlesen(ScanContext& scan, const std::string& source, int imageIndex,
         if (row == kNoRow) row = addSourceRow(scan, source, imageIndex);
         const std::string folder = Report_GetFullpathOfNode(scan.tvwPL, row, true, scan.paths);
         resetForSource(scan);
+        chooseStatistics(scan, row);
         scan.tvwPL.setSelected(row, true);
         scan.tvwPL.setCurrentRow(row);
         scan.tvwPL.setNumber(row, kIsFolder, 1);

@@ -4,7 +4,6 @@
 #include <algorithm>
 #include <memory>
 #include <optional>
-#include <unordered_set>
 #include <utility>
 #include <vector>
 
@@ -16,6 +15,7 @@
 #include "scan/records.h"
 #include "scan/rollup.h"
 #include "scan/snapshots.h"
+#include "scan/unfolded.h"
 #include "scan/walker.h"
 #include "scan/yield.h"
 
@@ -59,46 +59,6 @@ ScanTotals totalsOf(const Grid& report, Row row) {
             .newest = static_cast<std::int64_t>(report.number(row, kNewest)),
             .files = static_cast<std::int32_t>(report.number(row, kFiles))};
 }
-
-/// Remembers what the user unfolded and selected below a row, and the current row, because reading a folder
-/// again makes new rows.
-class Unfolded {
-  public:
-    Unfolded(const ScanContext& scan, Row top) : scan_(scan), report_(scan.tvwPL) {
-        const std::uint32_t level = report_.level(top);
-        for (Row row = report_.tree().following(top); row != kNoRow && report_.level(row) > level;
-             row = report_.tree().following(row)) {
-            if (report_.expanded(row)) paths_.insert(pathOf(row));
-            if (report_.selected(row) && isFolder(report_, row)) selected_.insert(pathOf(row));
-            if (row == report_.currentRow()) current_ = pathOf(row);
-        }
-    }
-    void restore(Row top) {
-        std::vector<Row> open{top};
-        while (!open.empty()) {
-            const Row above = open.back();
-            open.pop_back();
-            for (Row row = report_.firstChild(above); row != kNoRow; row = report_.nextSibling(row))
-                if (isFolder(report_, row) && restoreOne(row)) open.push_back(row);
-        }
-    }
-
-  private:
-    bool restoreOne(Row row) {
-        const std::string path = pathOf(row);
-        if (path == current_) report_.setCurrentRow(row);
-        if (selected_.contains(path)) report_.setSelected(row, true);
-        if (!paths_.contains(path)) return false;
-        report_.setExpanded(row, true);
-        return true;
-    }
-    std::string pathOf(Row row) const { return Report_GetFullpathOfNode(report_, row, false, scan_.paths); }
-
-    const ScanContext& scan_;
-    Grid& report_;
-    std::unordered_set<std::string> paths_, selected_;
-    std::string current_;
-};
 
 }  // namespace
 
@@ -189,6 +149,7 @@ void ReportChanges::takeOutSource(Row root) {
     drives_.erase(root);
     scan_.state.snapshots.met.erase(std::string(scan_.tvwPL.text(root)));
     scan_.tvwPL.removeRow(root);
+    if (scan_.statistics != nullptr) scan_.statistics->dropSource(root);
     if (scan_.tvwPL.rowCount() == 0) scan_.state.DeepestLevel = 0;
 }
 
@@ -207,6 +168,7 @@ void ReportChanges::takeOut(Row row) {
     Report_UpdateNewest(report, row, newest);
     forgetBelow(row);
     report.removeRow(row);
+    if (scan_.statistics != nullptr) scan_.statistics->orderChanged();
     // A folder without subfolders has no row for its files; its own row counts them.
     const Row files = hasFolders(report, parent) ? kNoRow : filesRowBelow(report, parent);
     if (files != kNoRow) report.removeRow(files);
@@ -291,6 +253,7 @@ void ReportChanges::addFolder(Row above, std::string_view name) {
     const ScanTotals files = totalsOf(report, above);
     const auto grey = first ? std::nullopt : report.backColor(report.firstChild(above));
     const Row row = report.addRow(above, name);
+    if (scan_.statistics != nullptr) scan_.statistics->forget(row);
     if (grey) report.setBackColor(row, *grey);
     report.setNumber(row, kIsFolder, 1);
     report.setPicture(row, kPictureFolder);
@@ -332,9 +295,17 @@ void ReportChanges::filesChanged(const std::string& folder) {
 bool ReportChanges::readFiles(Row row, const std::string& folder) {
     const bool once = scan_.options.AddHardlinksOnlyOnce == 1;
     Yield yield(scan_.state, scan_.pump);
-    const auto reader = scan_.fileSystem.read(
-        folder, {.recursive = false, .wantLinks = once, .wantSpace = true, .wantFileNames = false}, &yield);
+    const auto started =
+        scan_.statistics != nullptr ? scan_.statistics->startOf(scan_.tvwPL, row) : std::nullopt;
+    const auto reader = scan_.fileSystem.read(folder,
+                                              {.recursive = false,
+                                               .wantLinks = once,
+                                               .wantSpace = true,
+                                               .wantOwners = started.has_value(),
+                                               .wantFileNames = started.has_value()},
+                                              &yield);
     ScanTotals files;
+    FolderCells cells;
     const std::int64_t now = secondsNow();
     for (bool more = true; more;) {
         const std::unique_ptr<Listing> block = reader->next();
@@ -347,11 +318,16 @@ bool ReportChanges::readFiles(Row row, const std::string& folder) {
             if (once && entry.links > 1) return false;
             files.files = addCount(files.files, 1);
             files.size += SizeValue::fromBytes(entry.size);
-            addSpace(files, block->details[i], now, true);
+            const EntryDetails& known = block->details[i];
+            addSpace(files, known, now, true);
+            if (started)
+                scan_.statistics->addFile(cells, block->name(entry), known, *started,
+                                          {1, entry.size, known.blocks});
         }
         more = block->more;
     }
     writeFiles(row, files);
+    if (started) scan_.statistics->replaceOwn(row, cells);
     return true;
 }
 

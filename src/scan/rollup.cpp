@@ -14,6 +14,13 @@ namespace {
 // The list of bar pictures has one for each whole percent from 0 to 100, and one more at its end.
 constexpr int kBarPictures = 102;
 
+// Returns the background of rows, one step darker for each level. The formula becomes negative below level
+// 41; deeper rows keep its last grey.
+std::uint32_t greyOf(std::uint32_t level) {
+    const auto grey = 255U - 6U * (std::min<std::uint32_t>(level, 41) + 1U);
+    return grey << 16 | grey << 8 | grey;
+}
+
 // Returns the newest change of the row's children; no further one is looked at once it is `enough`.
 double newestBelow(const Grid& report, Row row, double enough) {
     double newest = 0;
@@ -48,6 +55,11 @@ void Report_ShowFolderKind(Grid& tvwPL, Row row, std::uint32_t tag, std::string_
                           : tag == kTagMountPoint ? kPictureMountPoint
                                                   : kPictureLink);
     if (tag != kTagNone) tvwPL.setRowNote(row, " " + std::string(target) + " ");
+}
+
+void Report_Shade(ScanContext& scan, Row row) {
+    if (scan.options.FolderColorFade != 1) return;
+    scan.tvwPL.setBackColor(row, greyOf(scan.tvwPL.level(scan.tvwPL.parent(row))));
 }
 
 void addTotals(ScanTotals& sum, const ScanTotals& more) {
@@ -154,6 +166,7 @@ void Report_RemoveFolders(ScanContext& scan) {
             scan.state.fileList.folder.clear();
         report.setEnabled(false);
         report.removeRow(row);
+        if (scan.statistics != nullptr) scan.statistics->dropSource(row);
         report.setEnabled(true);
         scan.host.selectionGone();
         if (report.rowCount() == 0) scan.state.DeepestLevel = 0;

@@ -19,6 +19,9 @@ void Report_MarkIncomplete(ScanContext& scan, Row row);
 /// Sets the picture of a folder that can be read; a link or mount gets a note that tells where it leads.
 void Report_ShowFolderKind(Grid& tvwPL, Row row, std::uint32_t tag, std::string_view target);
 
+/// Gives the row the grey of its level, if the options say so; all rows below a folder share it.
+void Report_Shade(ScanContext& scan, Row row);
+
 /// Adds what was found elsewhere.
 void addTotals(ScanTotals& sum, const ScanTotals& more);
 /// Adds what was found below the row to all rows between it and `top`, both left out.

@@ -10,6 +10,7 @@
 #include "scan/scan_host.h"
 #include "scan/scan_state.h"
 #include "scan/source_combo.h"
+#include "scan/statistics.h"
 
 namespace hl {
 
@@ -23,7 +24,8 @@ struct ScanContext : Services {
     Grid& lvwJunctions;
     ScanHost& host;
     Controls& controls;
-    FileTypeNames* types = nullptr;  ///< Null if nobody shows types.
+    FileTypeNames* types = nullptr;    ///< Null if nobody shows types.
+    Statistics* statistics = nullptr;  ///< Of the report's rows. Null if nobody asks for them.
 };
 
 }  // namespace hl

@@ -21,18 +21,12 @@
 #include "scan/records.h"
 #include "scan/rollup.h"
 #include "scan/snapshots.h"
+#include "scan/walk_statistics.h"
 #include "scan/yield.h"
 
 namespace hl {
 
 namespace {
-
-// Returns the background of rows, one step darker for each level. The formula becomes negative below level
-// 41; deeper rows keep its last grey.
-std::uint32_t greyOf(std::uint32_t level) {
-    const auto grey = 255U - 6U * (std::min<std::uint32_t>(level, 41) + 1U);
-    return grey << 16 | grey << 8 | grey;
-}
 
 // Returns device and inode as bytes, which is short enough to allocate nothing.
 std::string linkKey(const Entry& entry) {
@@ -40,12 +34,6 @@ std::string linkKey(const Entry& entry) {
     std::memcpy(key.data(), &entry.device, sizeof entry.device);
     std::memcpy(key.data() + sizeof entry.device, &entry.inode, sizeof entry.inode);
     return key;
-}
-
-// All rows below a folder share its grey.
-void shade(ScanContext& scan, Row row) {
-    if (scan.options.FolderColorFade != 1) return;
-    scan.tvwPL.setBackColor(row, greyOf(scan.tvwPL.level(scan.tvwPL.parent(row))));
 }
 
 class FolderWalk final : public ScanProgress {
@@ -62,7 +50,8 @@ class FolderWalk final : public ScanProgress {
           path_(path),
           follow_(scan.options.ScanHardlinks == 1),
           listLinks_(scan.options.CreateListJunction == 1 && !scan.state.SilentRun),
-          skipLinks_(scan.options.NoHardlinks != 0) {
+          skipLinks_(scan.options.NoHardlinks != 0),
+          statistics_(scan, row) {
         ReadOptions options;
         options.followLinks = follow_;
         options.levelsAbove = scan.tvwPL.level(row);
@@ -72,6 +61,7 @@ class FolderWalk final : public ScanProgress {
             scan.state.balance.current->choose(options, options.levelsAbove == 0);
         options.wantTimes = options.wantFileNames = !scan.state.SilentRun;
         snapshots.choose(options);
+        statistics_.choose(options);
         reader_ = scan.fileSystem.read(ToLongPath(path, scan.paths), options, &wait_);
     }
 
@@ -94,6 +84,7 @@ class FolderWalk final : public ScanProgress {
         /// Counts for the balance. Null if nobody does, and behind a link or mount that was followed, since
         /// what lies there is found elsewhere or is on another disk.
         SpaceCount* space = nullptr;
+        WalkStatistics::Folder statistics;
     };
 
     void tellOfSilence(const Error& disk);
@@ -127,6 +118,7 @@ class FolderWalk final : public ScanProgress {
     const bool follow_;
     const bool listLinks_;
     const bool skipLinks_;
+    WalkStatistics statistics_;
     // The tag of the entry read last, on any level. A followed folder is added to the junctions only after
     // its walk, and so gets the tag of the last entry below it.
     std::uint32_t lastTag_ = kTagNone;
@@ -230,6 +222,7 @@ void FolderWalk::enter(Row row, std::unique_ptr<Listing> block, bool isReparse, 
     Level& level = levels_.emplace_back();
     level.row = row;
     level.space = space;
+    level.statistics = statistics_.enter();
     if (space != nullptr && block->ownBlocks) space->addFolder(*block->ownBlocks);
     level.ended = row == kNoRow;
     level.isReparse = isReparse;
@@ -337,7 +330,8 @@ Row FolderWalk::addFolderRow(std::string_view name, std::uint32_t tag, std::stri
     Grid& report = scan_.tvwPL;
     const Row parent = levels_.back().row;
     const Row row = report.addRow(parent, name);
-    shade(scan_, row);
+    statistics_.rowAdded(row);
+    Report_Shade(scan_, row);
     scan_.state.DeepestLevel = std::max(scan_.state.DeepestLevel, report.level(row));
     report.setNumber(row, kIsFolder, 1);
     Report_ShowFolderKind(report, row, tag, target);
@@ -366,7 +360,9 @@ void FolderWalk::fileEntry(Level& level, const Entry& entry) {
     const EntryDetails& known = level.block->detailsOf(level.next - 1);
     if (scan_.state.NeedSpace) addSpace(level.files, known, scan_.state.Started, counts);
     if (level.space != nullptr) level.space->addFile(entry, known.blocks);
-    if (!scan_.state.SilentRun) handOverFile(scan_, {entry, known, level.block->name(entry), path_, links});
+    const std::string_view name = level.block->name(entry);
+    statistics_.addFile(level.statistics, name, entry.size, known, counts);
+    if (!scan_.state.SilentRun) handOverFile(scan_, {entry, known, name, path_, links});
 }
 
 // The name of a file that is met first counts; further names within the same source do not.
@@ -392,7 +388,9 @@ void FolderWalk::leave(bool cutShort) {
     Level level = std::move(levels_.back());
     levels_.pop_back();
     addTotals(level.totals, level.files);
+    statistics_.leave(level.row, level.statistics);
     if (levels_.empty()) {
+        statistics_.finish();
         result_ = level.totals;
         return;
     }
@@ -428,7 +426,7 @@ void FolderWalk::addFilesRow(const Level& level) {
     const Row row = report.addRow(level.row, filesText_);
     Report_SetTotals(report, row, level.files);
     report.setPicture(row, kPictureFilesRow);
-    shade(scan_, row);
+    Report_Shade(scan_, row);
 }
 
 }  // namespace

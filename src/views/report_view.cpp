@@ -221,6 +221,7 @@ bool ReportView::goTo(const std::string& path) {
 
 void ReportView::removeAll() {
     grid_.clear();
+    if (scan_.statistics != nullptr) scan_.statistics->clear();
     host_.showFilesOf("");
     scan_.state.DeepestLevel = 0;
     scan_.state.fileList.folder.clear();
