@@ -66,6 +66,55 @@ void fileClicks(WindowForm& form, const std::string& folder) {
     watch.tellWaits();
 }
 
+// Tells the seconds of one question, without what the window does afterwards.
+void asked(const std::string& what, Statistics& statistics, const Grid& report, Row row) {
+    const auto start = Clock::now();
+    const auto sums = statistics.of(report, row);
+    tell(what.c_str(), secondsSince(start));
+}
+
+// Rows of a tree in which every folder has ten below it, and cells as a real tree has them.
+void madeStatistics(std::uint32_t rows) {
+    Grid report(kFolderCells);
+    Statistics kept;
+    Disorder numbers;
+    std::vector<Row> all{report.addRow(kNoRow, "/made")};
+    while (all.size() < rows) all.push_back(report.addRow(all[all.size() / 10], "folder"));
+    kept.keepSource(all.front(), 2'000'000'000);
+    for (const Row row : all) {
+        report.setNumber(row, kIsFolder, 1);
+        FolderCells cells;
+        for (std::uint32_t i = (numbers.next() >> 16) % 4; i > 0; --i)
+            kept.addFile(cells, "file." + std::to_string((numbers.next() >> 16) % 300),
+                         {.written = numbers.next(), .owner = (numbers.next() >> 16) % 3}, 2'000'000'000,
+                         {1, numbers.next() >> 12, numbers.next() >> 21});
+        kept.leave(row, kept.place(), cells);
+    }
+    kept.orderChanged();
+    const std::string count = std::to_string(rows);
+    asked("made_order_" + count, kept, report, all.front());
+    asked("made_sum_" + count, kept, report, all.front());
+}
+
+void statistics(WindowForm& form, const std::string& tree) {
+    begin(form);
+    form.handOver('"' + tree + '"');
+    settle();
+    Session& session = form.form().session;
+    const Grid& report = session.tvwPL;
+    std::size_t folders = 0;
+    for (Row row = report.firstRoot(); row != kNoRow; row = report.tree().following(row))
+        folders += report.number(row, kIsFolder) == 1 ? 1 : 0;
+    tell("folders", static_cast<double>(folders));
+    tell("bytes", static_cast<double>(session.statistics.bytesUsed()) / static_cast<double>(folders));
+    asked("sum", session.statistics, report, report.firstRoot());
+    session.statistics.orderChanged();
+    asked("order", session.statistics, report, report.firstRoot());
+    run(form, Command::kShowStatistics);
+    timed("show", [&] { form.form().report.goTo(std::string(report.text(report.firstRoot()))); });
+    for (const std::uint32_t rows : {100'000U, 1'000'000U}) madeStatistics(rows);
+}
+
 void analyse(WindowForm& form) {
     constexpr std::uint32_t kNames = 200'000, kFiles = 70'000;
     begin(form);

@@ -1,4 +1,4 @@
-// Measures the four lists in a window. Each function prints lines of a name and a number.
+// Measures the lists in a window. Each function prints lines of a name and a number.
 #pragma once
 
 #include <string>
@@ -15,6 +15,9 @@ void lists(WindowForm& form, const std::string& tree, bool all);
 void files(WindowForm& form, const std::string& folder);
 /// Measures the longest times in milliseconds that input waits while the files of a folder are listed.
 void fileClicks(WindowForm& form, const std::string& folder);
+/// Measures the bytes that statistics take for each folder row of a tree, the seconds of a sum over all of
+/// them, and those of sums over made rows.
+void statistics(WindowForm& form, const std::string& tree);
 /// Measures the seconds to bring the names of each file together, among 200,000.
 void analyse(WindowForm& form);
 

@@ -10,6 +10,7 @@
 //     window_views rows                 work on 1,000,000 rows
 //     window_views lists TREE           seconds of a run that fills the lists that a run can fill
 //     window_views nolists TREE         seconds of a run that fills none of these lists
+//     window_views statistics TREE      bytes of statistics a folder row, and seconds of sums
 //     window_views files FOLDER         seconds until the files of one folder are listed, and of sorts
 //     window_views fileclicks FOLDER    the longest times in milliseconds that input waited meanwhile
 //     window_views delete FOLDER        seconds and longest waits of deleting FOLDER, alone in its folder
@@ -187,6 +188,7 @@ int run(const std::vector<std::string>& words) {
     if (mode == "rows") return inWindow(parts, rows);
     if (mode == "lists" || mode == "nolists")
         return inWindow(parts, [&](WindowForm& form) { lists(form, subject, mode == "lists"); });
+    if (mode == "statistics") return inWindow(parts, [&](WindowForm& form) { statistics(form, subject); });
     if (mode == "files") return inWindow(parts, [&](WindowForm& form) { files(form, subject); });
     if (mode == "fileclicks") return inWindow(parts, [&](WindowForm& form) { fileClicks(form, subject); });
     if (mode == "delete") return inWindow(parts, [&](WindowForm& form) { deleteFolder(form, subject); });

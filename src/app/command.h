@@ -55,6 +55,8 @@ enum class Command : int {
     kFontOfAll = commandNumber(BarId::kMain, 328),
     kGuide = commandNumber(BarId::kMain, 530),
     kColumnsMenu = commandNumber(BarId::kMain, 531),  ///< A popup; each bar with columns has one of this id.
+    kShowStatistics = commandNumber(BarId::kMain, 570),
+    kCreateStatistics = commandNumber(BarId::kMain, 571),
     kTakeBack = commandNumber(BarId::kMain, 560),
     kShowNotRead = commandNumber(BarId::kMain, 561),
 
@@ -189,6 +191,18 @@ enum class Command : int {
     kFindStart,
     kFindForm,
     kFindAllSources,
+
+    // The statistics.
+    kStatisticsTitle = commandNumber(BarId::kStatistics, 0),
+    kStatisticsBytes = commandNumber(BarId::kStatistics, 301),  ///< The other units follow.
+    kStatisticsSearchText = commandNumber(BarId::kStatistics, 307),
+    kStatisticsSearch,
+    kStatisticsDecimals,
+    kStatisticsFit = commandNumber(BarId::kStatistics, 317),
+    kStatisticsFullView = commandNumber(BarId::kStatistics, 323),
+    kStatisticsSave,
+    kStatisticsPrint,
+    kStatisticsFont = commandNumber(BarId::kStatistics, 328),
 };
 
 constexpr Command commandOf(BarId bar, int id) {

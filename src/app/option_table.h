@@ -35,6 +35,7 @@ enum class LoadStep {
     kOnDisk,
     kSnapshots,
     kFind,
+    kStatistics,
 };
 
 /// The field that a value goes to. Its type decides how the value is read: as a whole number from 0 to 255, a
@@ -135,6 +136,13 @@ inline constexpr auto kOptionTable = [] {
         {"FindColumn", "1", &Options::FindColumn, kFind, 10, 0, 3U << 8},
         {"FilePreviewFind", "0", &Options::FilePreviewFind, kFind},
         {"FilelistTileFind", "0", &Options::FilelistTileFind, kFind},
+        {"CreateStatistics", "1", &Options::CreateStatistics, kStatistics},
+        {"StatisticsVisible", "0", &Options::StatisticsVisible, kStatistics},
+        {"FileSizeFormatStatistics", "6", &Options::FileSizeFormatStatistics, kStatistics},
+        {"SizeFormatNachkommastellenStatistics", "1", &Options::SizeFormatNachkommastellenStatistics, kStatistics},
+        {"FontSizeStatistics", "9", &Options::FontSizeStatistics, kFontSizes},
+        {"FontNameStatistics", "Tahoma", &Options::FontNameStatistics, kFontNames},
+        {"FontStyleStatistics", "", &Options::FontStyleStatistics, kFontNames},
     });
 }();
 // clang-format on

@@ -188,6 +188,7 @@ void OptionenLadenMain(Options& options, const SettingsStore& store, Diagnostics
     if (!onlyDialog) loadStep(LoadStep::kOnDisk);
     loadStep(LoadStep::kSnapshots);
     if (!onlyDialog) loadStep(LoadStep::kFind);
+    if (!onlyDialog) loadStep(LoadStep::kStatistics);
 }
 
 void loadBarOptions(Options& options, const SettingsStore& store, Diagnostics& diagnostics, OptionBar bar) {

@@ -45,6 +45,7 @@ class Bars {
     CommandBar& cbrHardlinks = of(BarId::kHardlinks);
     CommandBar& cbrJunctions = of(BarId::kJunctions);
     CommandBar& cbrFind = of(BarId::kFind);
+    CommandBar& cbrStatistics = of(BarId::kStatistics);
 };
 
 /// What the bars are built from; it must outlive the call.

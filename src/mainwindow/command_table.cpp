@@ -9,6 +9,7 @@
 #include "scan/file_columns.h"
 #include "views/drive_list.h"
 #include "views/report_columns.h"
+#include "views/statistics_list.h"
 
 namespace hl {
 
@@ -191,6 +192,7 @@ constexpr auto kMainRows = rows({
     {kCreateListTop, kCheckBox, TL(3754, "Liste mit den größten Dateien erstellen (langsamer)"), {}, -1, kSame, {}, &C::scanOption, toggles<&Options::CreateListTOP>, kStart},
     {kCreateListHardlinks, kCheckBox, TL(3755, "Liste mit Hardlinks erstellen (langsamer)"), {}, -1, kSame, {}, &C::scanOption, toggles<&Options::CreateListHardlink>, kStart},
     {kCreateListJunctions, kCheckBox, TL(3756, "Liste mit Junctions erstellen (langsamer)"), {}, -1, kSame, {}, &C::scanOption, toggles<&Options::CreateListJunction>, kStart},
+    {kCreateStatistics, kCheckBox, TL(9709, "Statistik nach Art, Alter und Eigentümer erstellen"), {}, -1, kSame, {}, &C::scanOption, toggles<&Options::CreateStatistics>, kStart},
     {kCountHardlinksOnce, kCheckBox, TL(3770, "Dateigröße von Hardlinks nur einmal zählen (langsamer)"), {}, -1, kGroup, {}, &C::scanOption, toggles<&Options::AddHardlinksOnlyOnce>, kStart},
     {kFollowLinks, kCheckBox, TL(3779, "NTFS-Abzweigungspunkte und symbolische Verknüpfungen einlesen"), {}, -1, kGroup, {}, &C::scanOption, toggles<&Options::ScanHardlinks>, kStart},
     {kHideLinks, kCheckBox, TL(3590, "Keine Junctions in der Ordnerliste anzeigen"), {}, -1, kSame, {}, &C::scanOption, toggles<&Options::NoHardlinks>, kStart},
@@ -204,6 +206,7 @@ constexpr auto kMainRows = rows({
     {kShowHardlinks, kButton, TL(3740, "Hardlinks"), TL(9217, "Liste mit Hardlinks anzeigen"), kIconHardlinks, kSame, "5", &C::showPanel, byRoutine<&Options::HardlinksVisible>},
     {kShowJunctions, kButton, TL(3742, "Junctions"), TL(9218, "Liste mit Junctions anzeigen"), kIconJunctions, kSame, "6", &C::showPanel, byRoutine<&Options::JunctionsVisible>},
     {kShowFind, kButton, TL(9945, "Finden"), TL(9946, "Dateien nach Name, Größe, Alter, Art oder Eigentümer finden"), kIconFind, kSame, "7", &C::showPanel, byRoutine<&Options::FindVisible>},
+    {kShowStatistics, kButton, TL(9700, "Statistik"), TL(9701, "Statistik nach Art, Alter und Eigentümer anzeigen"), kIconStatistics, kSame, "8", &C::showPanel, byRoutine<&Options::StatisticsVisible>},
     {kTakeBack, kButton, TL(9794, "Zurückholen"), TL(9808, "Zurückholen, was zuletzt in den Papierkorb kam"), kIconTakeBack, kGroup, "Z", &C::takeBack},
     {kOptions, kButton, TL(3547, "Optionen"), TL(3547, "Optionen"), kIconOptions, kGroup, "O", &C::showOptions},
     ranked(kGoesEarly, {kLargeIcons, kButton, TL(3627, "Symbolgröße"), TL(9219, "Symbole vergrößern"), kIconIconSize, kGroup, {}, &C::largeIcons, toggles<&Options::BigIcons>}),
@@ -333,6 +336,15 @@ constexpr auto kFindRows = joined(rows({
     withRows({kFindPrint, kButton, kPrint, TL(9295, "Dateiliste drucken"), kIconPrint, kGroup, {}, &C::listPrint}),
 }), units(kFindBytes, kFindDecimals, kFindTable), columns<kFindTable>(&C::listColumn), search(kFindSearchText, kFindSearch, &C::listSearch));
 
+constexpr auto kStatisticsRows = joined(rows({
+    ranked(kStaysLongest, {kStatisticsTitle, kLabel, TL(9700, "Statistik")}),
+    {kStatisticsFullView, kButton, kFullView, kHideOtherLists, kIconFullView, kGroup, {}, &C::fullView},
+    ranked(kGoesFirst, {kStatisticsFit, kButton, kFit, kFitColumns, kIconFit, kGroup, {}, &C::listFit}),
+    ranked(kGoesFirst, {kStatisticsFont, kButton, kFont, kChooseFont, kIconFont, kSame, {}, &C::changeFont}),
+    withRows({kStatisticsSave, kButton, kSave, kSaveList, kIconSave, kGroup, {}, &C::listSave}),
+    withRows({kStatisticsPrint, kButton, kPrint, kPrintList, kIconPrint, kGroup, {}, &C::listPrint}),
+}), units(kStatisticsBytes, kStatisticsDecimals, kStatisticsTable), search(kStatisticsSearchText, kStatisticsSearch, &C::listSearch));
+
 constexpr BarRow kBars[kBarCount] = {
     {"cbrMain", "Init_ToolbarMain", kMainRows},
     {"cbrReport", "Init_Toolbar_Folders", kReportRows},
@@ -342,6 +354,7 @@ constexpr BarRow kBars[kBarCount] = {
     {"cbrHardlinks", "Init_Toolbar_Hardlinks", kHardlinksRows},
     {"cbrJunctions", "Init_Toolbar_Junctions", kJunctionsRows},
     {"cbrFind", "Init_Toolbar_Find", kFindRows},
+    {"cbrStatistics", "Init_Toolbar_Statistics", kStatisticsRows},
 };
 // clang-format on
 

@@ -223,6 +223,7 @@ void reportColumn(MainForm& form, const CommandRow& row) {
 
 void reckonOnDisk(MainForm& form, const CommandRow& /*row*/) {
     form.report.view().reckonAnew();
+    form.lists.followReport();
 }
 
 void reportBalance(MainForm& form, const CommandRow& /*row*/) {

@@ -35,7 +35,7 @@ bool isNoSource(const MenuTarget& on) {
     return !isSource(on);
 }
 bool hasFiles(const MenuTarget& on) {
-    return on.grid != GridId::kJunctions;
+    return on.grid != GridId::kJunctions && on.grid != GridId::kStatistics;
 }
 bool isOneFile(const MenuTarget& on) {
     return hasFiles(on) && on.paths.size() == 1;

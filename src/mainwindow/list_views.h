@@ -1,16 +1,17 @@
-// The five lists of the main form, and what they share. For the thread of the logic only.
+// The lists of the main form, and what they share. For the thread of the logic only.
 #pragma once
 
 #include "views/files_view.h"
 #include "views/find_view.h"
 #include "views/hardlinks_view.h"
 #include "views/junctions_view.h"
+#include "views/statistics_view.h"
 #include "views/top_view.h"
 
 namespace hl {
 
-inline constexpr GridId kListGrids[] = {GridId::kFiles, GridId::kTop, GridId::kHardlinks, GridId::kJunctions,
-                                        GridId::kFind};
+inline constexpr GridId kListGrids[] = {GridId::kFiles,     GridId::kTop,  GridId::kHardlinks,
+                                        GridId::kJunctions, GridId::kFind, GridId::kStatistics};
 
 struct ListViews {
     FilesView files;
@@ -18,8 +19,9 @@ struct ListViews {
     HardlinksView hardlinks;
     JunctionsView junctions;
     FindView find;
+    StatisticsView statistics;
 
-    /// Returns null for a grid that is not one of them.
+    /// Returns null for a grid that is none of the lists.
     ListView* of(GridId grid) {
         switch (grid) {
             case GridId::kFiles:
@@ -32,6 +34,8 @@ struct ListViews {
                 return &junctions;
             case GridId::kFind:
                 return &find;
+            case GridId::kStatistics:
+                return &statistics;
             default:
                 return nullptr;
         }

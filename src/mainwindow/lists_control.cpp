@@ -19,6 +19,7 @@ void ListsControl::makeLists() {
     Session& session = form_.session;
     const Services& services = session.services;
     Init_List(session.lvwFiles, kFilesTable, session.options, services.texts);
+    Init_List(session.lvwStatistics, kStatisticsTable, session.options, services.texts);
     pictures_ = std::make_unique<FilePictures>(form_.window->fileTypes);
     typeNames_ = std::make_unique<TypeNames>(form_.window->fileTypes, services.files, services.texts);
     form_.scan.types = typeNames_.get();
@@ -27,7 +28,8 @@ void ListsControl::makeLists() {
                                {parts, session.lvwTOP, form_.bars.cbrTOP},
                                {parts, session.lvwHardlinks, form_.bars.cbrHardlinks},
                                {parts, session.lvwJunctions, form_.bars.cbrJunctions},
-                               {parts, session.lvwFind, form_.bars.cbrFind}});
+                               {parts, session.lvwFind, form_.bars.cbrFind},
+                               {parts, session.lvwStatistics, form_.bars.cbrStatistics}});
     for (const GridId id : kListGrids) form_.window->grid(id).setEvents(lists_->of(id));
 }
 
@@ -54,6 +56,7 @@ std::string ListsControl::emptyHint(GridId id) const {
         return lists_ && lists_->files.foundNone()
                    ? texts.TL(9753, "Direkt in diesem Ordner liegen keine Dateien.")
                    : std::string();
+    if (id == GridId::kStatistics) return statisticsHint();
     if (id == GridId::kFind && !form_.find.hasSearched())
         return texts.TL(9963, "Geben Sie oben einen Filter ein, und drücken Sie die Eingabetaste.");
     if (isFilledNow(id) || id == GridId::kFind) return texts.TL(9754, "Dafür wurde nichts gefunden.");
@@ -62,6 +65,16 @@ std::string ListsControl::emptyHint(GridId id) const {
                     "Diese Liste ist ausgeschaltet. Schalten Sie sie in der Liste unter \"%1\" ein, und "
                     "lesen Sie die Quelle neu ein.",
                     {start});
+}
+
+std::string ListsControl::statisticsHint() const {
+    const Texts& texts = form_.services().texts;
+    if (!lists_ || form_.session.tvwPL.rowCount() == 0) return {};
+    if (!lists_->statistics.isNotKept()) return texts.TL(9745, "In diesem Ordner liegen keine Dateien.");
+    return texts.TL(9744,
+                    "Für diese Quelle gibt es keine Statistik. Schalten Sie sie in der Liste unter \"%1\" "
+                    "ein, und lesen Sie die Quelle neu ein.",
+                    {texts.TL(3531, "Start")});
 }
 
 std::string ListsControl::emptyButton(GridId id) const {
@@ -83,6 +96,7 @@ void ListsControl::filled() {
         form_.window->grid(id).refresh();
     }
     showTitles();
+    followReport();
 }
 
 void ListsControl::foundFiles() {
@@ -110,6 +124,14 @@ std::string ListsControl::markedTitle(const std::string& title) const {
 
 void ListsControl::showFilesOf(const std::string& folder) {
     lists_->files.List_Files_ScanFolder(folder, !form_.session.state.ScanActive);
+    followReport();
+}
+
+void ListsControl::followReport() {
+    if (!lists_ || !listShows(GridId::kStatistics)) return;
+    lists_->statistics.follow();
+    form_.bars.cbrStatistics.setCaption(idOf(Command::kStatisticsTitle), lists_->statistics.title());
+    if (!form_.session.state.ScanActive) form_.barControl.followGrid(GridId::kStatistics);
 }
 
 // --- commands
@@ -121,7 +143,9 @@ void ListsControl::save(ListView& list) {
 
 void ListsControl::print(GridId id) {
     if (form_.session.state.ScanActive) return;  // The scan would wait for the preview.
-    const std::string& title = form_.parts.gridTitles[static_cast<std::size_t>(id)];
+    const std::string title = id == GridId::kStatistics
+                                  ? lists_->statistics.title()
+                                  : form_.parts.gridTitles[static_cast<std::size_t>(id)];
     Print_Files(form_.services(),
                 id == GridId::kTop || id == GridId::kHardlinks || id == GridId::kJunctions
                     ? markedTitle(title)
@@ -174,6 +198,10 @@ void ListsControl::fillNow(GridId list) {
         if (whole) filledNow_ = {list};
         if (ListView* view = shown()) view->ShowFileStat();
     });
+}
+
+void ListsControl::findFiles(const std::string& filter) {
+    form_.sources.duringCommand([&] { form_.find.startWith(filter); });
 }
 
 void ListsControl::nameEdited(GridId list, Row row, const std::string& name) {

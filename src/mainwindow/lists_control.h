@@ -1,4 +1,4 @@
-// The five lists of the main window, and what they ask of the rest of the window. For the thread of the logic
+// The lists of the main window, and what they ask of the rest of the window. For the thread of the logic
 // only.
 #pragma once
 
@@ -39,6 +39,8 @@ class ListsControl final : public ListHost {
     void foundFiles();
     /// The titles of the lists that a scan or a search fills; they say if it was stopped.
     void showTitles();
+    /// The statistics show the report's current row, if they show at all.
+    void followReport();
     /// Lists the files of a folder; an empty path empties the list.
     void showFilesOf(const std::string& folder);
 
@@ -60,11 +62,13 @@ class ListsControl final : public ListHost {
     void openColumnsMenu(GridId list, Point at) override;
     void copyPaths(const std::vector<std::string>& paths) override;
     void fillNow(GridId list) override;
+    void findFiles(const std::string& filter) override;
     void nameEdited(GridId list, Row row, const std::string& name) override;
 
   private:
     bool isOff(GridId grid) const;
     bool isFilledNow(GridId grid) const;
+    std::string statisticsHint() const;
     std::string markedTitle(const std::string& title) const;
 
     MainForm& form_;

@@ -139,6 +139,10 @@ void LooksControl::refresh(GridId grid) {
     form_.window->grid(grid).refresh();
 }
 
+void LooksControl::listAppears(GridId list) {
+    if (list == GridId::kStatistics) form_.lists.followReport();
+}
+
 void LooksControl::fitColumns(GridId list) {
     if (ListView* view = form_.lists.of(list)) view->Resize_Columns(false);
 }

@@ -43,6 +43,7 @@ class LooksControl final : private PaneHost {
     int gridWidth(GridId grid) override;
     int formWidth() override;
     void refresh(GridId grid) override;
+    void listAppears(GridId list) override;
     void fitColumns(GridId list) override;
     void SetFileIcons(GridId list) override;
     void ShowFileStat(GridId list) override;

@@ -11,6 +11,7 @@ namespace hl {
 MainForm::MainForm(const Services& services, const WindowServices& given)
     : session(services), own(given), scan(scanContext(session, run, run)) {
     const Texts& texts = services.texts;
+    scan.statistics = &session.statistics;
     session.state.balance.wanted = services.diskSpace != nullptr;
     for (std::size_t i = 0; i < kGridCount; ++i) {
         const PaneRow& pane = paneRows()[i];

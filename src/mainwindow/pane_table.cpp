@@ -15,6 +15,7 @@ constexpr PaneRow kPanes[kGridCount] = {
     {"lvwHardlinks", TL(3740, "Hardlinks"), &Session::lvwHardlinks, Command::kShowHardlinks, &Options::FontNameHardlinks, &Options::FontSizeHardlinks, &Options::FontStyleHardlinks},
     {"lvwJunctions", TL(3742, "Junctions"), &Session::lvwJunctions, Command::kShowJunctions, &Options::FontNameJunctions, &Options::FontSizeJunctions, &Options::FontStyleJunctions},
     {"lvwFind", TL(9945, "Finden"), &Session::lvwFind, Command::kShowFind, &Options::FontNameFind, &Options::FontSizeFind, &Options::FontStyleFind},
+    {"lvwStatistics", TL(9700, "Statistik"), &Session::lvwStatistics, Command::kShowStatistics, &Options::FontNameStatistics, &Options::FontSizeStatistics, &Options::FontStyleStatistics},
 };
 // clang-format on
 

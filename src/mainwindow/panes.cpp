@@ -66,7 +66,7 @@ constexpr PaneOfBar kPanesOfBars[] = {
     {BarId::kReport, SplitterId::kReport},   {BarId::kDrives, SplitterId::kDrives},
     {BarId::kFiles, SplitterId::kFiles},     {BarId::kTop, SplitterId::kFiles},
     {BarId::kHardlinks, SplitterId::kFiles}, {BarId::kJunctions, SplitterId::kFiles},
-    {BarId::kFind, SplitterId::kFiles},
+    {BarId::kFind, SplitterId::kFiles},      {BarId::kStatistics, SplitterId::kFiles},
 };
 
 bool isList(Command panel) {
@@ -89,7 +89,7 @@ struct Panes::ListPane {
     Flag Options::*visible;
 };
 
-const Panes::ListPane Panes::kLists[5] = {
+const Panes::ListPane Panes::kLists[6] = {
     {Command::kShowFiles, BarId::kFiles, GridId::kFiles, Command::kFilesPreview, Command::kFilesSplit,
      &Options::FilelistVisible},
     {Command::kShowTop, BarId::kTop, GridId::kTop, Command::kTopPreview, Command::kTopSplit,
@@ -100,6 +100,8 @@ const Panes::ListPane Panes::kLists[5] = {
      &Options::JunctionsVisible},
     {Command::kShowFind, BarId::kFind, GridId::kFind, Command::kFindPreview, Command::kFindSplit,
      &Options::FindVisible},
+    {Command::kShowStatistics, BarId::kStatistics, GridId::kStatistics, Command::kNone, Command::kNone,
+     &Options::StatisticsVisible},
 };
 
 bool PanelToggle(CommandBar& cbrMain, Command panel) {
@@ -259,6 +261,7 @@ void Panes::statusWidth() {
 void Panes::showList(const ListPane& list) {
     bindList(list);
     if (list.grid == GridId::kFiles) filesOfSelection();
+    parts_.host.listAppears(list.grid);
     followPreviewEntries(list.grid);
     parts_.host.refresh(list.grid);
     parts_.host.fitColumns(list.grid);
@@ -349,8 +352,8 @@ void Panes::splMain_AfterResize() {
         narrowRest_ = rest * kTwipsPerPixel < kNarrowRest;
         // With a new width, a bar that is clipped in a low pane is measured anew.
         const bool sameWidth = std::exchange(rest_, rest) == rest;
-        for (const BarId beside :
-             {BarId::kDrives, BarId::kFiles, BarId::kTop, BarId::kHardlinks, BarId::kJunctions, BarId::kFind})
+        for (const BarId beside : {BarId::kDrives, BarId::kFiles, BarId::kTop, BarId::kHardlinks,
+                                   BarId::kJunctions, BarId::kFind, BarId::kStatistics})
             bar(beside).setClips(narrowRest_ || (sameWidth && bar(beside).clips()));
         bar(BarId::kReport).setClips(report * kTwipsPerPixel < kNarrowReport);
         cbrResize(BarId::kFiles);

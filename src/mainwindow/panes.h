@@ -40,9 +40,11 @@ class PaneHost {
 
     // --- views
     virtual void refresh(GridId grid) = 0;
+    /// Brings a list that becomes visible up to date.
+    virtual void listAppears(GridId list) = 0;
     /// Fits the columns of a list that becomes visible, because it may have been filled at another width.
     virtual void fitColumns(GridId list) = 0;
-    /// Does nothing for the junctions, which have no icons of their own.
+    /// Does nothing for a list without icons of its own.
     virtual void SetFileIcons(GridId list) = 0;
     virtual void ShowFileStat(GridId list) = 0;
     /// `folder` ends with a separator.
@@ -96,8 +98,8 @@ class Panes {
     /// Brings panes, options and status panel in line with the panel entries of cbrMain; must be called after
     /// any of them changed.
     void Change_Info_Visibility();
-    /// Brings the preview and its place in line with their entries in the bar of `list`; the junctions have
-    /// none. REQUIRES: `list` is one of the lists.
+    /// Brings the preview and its place in line with their entries in the bar of `list`; lists without files
+    /// have none. REQUIRES: `list` is one of the lists.
     void followPreviewEntries(GridId list);
 
     // --- events
@@ -122,7 +124,7 @@ class Panes {
 
   private:
     struct ListPane;
-    static const ListPane kLists[5];
+    static const ListPane kLists[6];
     static const ListPane* listOf(Command panel);
     static const ListPane& listOf(GridId grid);
 

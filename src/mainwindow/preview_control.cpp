@@ -18,7 +18,7 @@ bool PreviewControl::previewShows() {
 
 std::string PreviewControl::selectedFile() {
     const GridId list = form_.looks.panes().list();
-    if (list == GridId::kJunctions) return {};
+    if (list == GridId::kJunctions || list == GridId::kStatistics) return {};
     const Grid& grid = form_.session.grid(list);
     if (grid.selectedCount() == 0) return {};
     const Row row = grid.selectedRows().front();

@@ -23,7 +23,7 @@ constexpr std::uint64_t kFoldersPerMs = 30;
 constexpr GridId kLookedAt[] = {GridId::kReport, GridId::kDrives, GridId::kFiles};
 /// The bar of the largest files is not locked, because their wanted number may be changed during a run.
 constexpr BarId kLockedBars[] = {BarId::kMain,      BarId::kReport,    BarId::kDrives, BarId::kFiles,
-                                 BarId::kHardlinks, BarId::kJunctions, BarId::kFind};
+                                 BarId::kHardlinks, BarId::kJunctions, BarId::kFind,   BarId::kStatistics};
 
 }  // namespace
 
@@ -52,6 +52,7 @@ void RunDisplay::unlockControls() {
     }
     for (const BarId id : kLockedBars) form_.bar(id).setAllEnabled(true);
     form_.bars.cbrMain.setEnabled(kStop, false);
+    form_.lists.followReport();
     form_.files.showCanTakeBack();
     form_.barControl.followAllGrids();
     form_.sources.start().lock(false);

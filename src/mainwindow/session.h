@@ -10,6 +10,7 @@
 #include "scan/records.h"
 #include "scan/scan_context.h"
 #include "views/drive_list.h"
+#include "views/statistics_list.h"
 
 namespace hl {
 
@@ -28,9 +29,11 @@ struct Session {
     Grid lvwTOP{kFileCells};
     Grid lvwHardlinks{kFileCells};
     Grid lvwJunctions{kJunctionCells};
-    Grid lvwFind{kFileCells};       ///< Stays empty in a run without a window.
-    Grid lvwFiles{kFileCells};      ///< Stays empty in a run without a window.
-    Grid lvwDiskinfo{kDriveCells};  ///< Stays empty in a run without a window.
+    Grid lvwFind{kFileCells};              ///< Stays empty in a run without a window.
+    Grid lvwFiles{kFileCells};             ///< Stays empty in a run without a window.
+    Grid lvwDiskinfo{kDriveCells};         ///< Stays empty in a run without a window.
+    Grid lvwStatistics{kStatisticsCells};  ///< Stays empty in a run without a window.
+    Statistics statistics;                 ///< Stays empty in a run without a window.
 };
 
 /// Reads the options and gives the report and the three lists of a scan their columns.

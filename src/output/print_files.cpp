@@ -8,7 +8,9 @@ void Print_Files(const Services& services, const std::string& title, Grid& grid,
     // Switching it off and on tells of all gathered changes now, so that the list is laid out anew.
     grid.setRedraw(false);
     grid.setRedraw(true);
-    window.dialogs.previewPrint(printedGrid(services, title, grid, window.grid(id).gridFont()));
+    PrintJob job = printedGrid(services, title, grid, window.grid(id).gridFont());
+    job.tree = hasHierarchy(id);
+    window.dialogs.previewPrint(job);
 }
 
 }  // namespace hl

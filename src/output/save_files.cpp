@@ -1,4 +1,4 @@
-// Saving a flat list: the fields of a line, and the form.
+// Saving a list: the fields of a line, and the form.
 #include "output/save_files.h"
 
 #include <utility>
@@ -151,7 +151,7 @@ void SaveFilesForm::write(const std::string& path) const {
                                               services_.numbers);
     ReportFile file(target);
     writer->begin(file.block());
-    for (Row row = list_.firstRoot(); row != kNoRow && file.isFine(); row = list_.nextSibling(row)) {
+    for (Row row = list_.firstRoot(); row != kNoRow && file.isFine(); row = list_.tree().following(row)) {
         writer->row(file.block(), fields.of(row, *writer));
         file.endLine();
     }

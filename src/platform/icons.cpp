@@ -78,6 +78,7 @@ constexpr IconNames kIcons[] = {
     {kIconFind, nullptr, "find"},
     {kIconFilter, nullptr, "filter"},
     {kIconAllSources, nullptr, "all-sources"},
+    {kIconStatistics, nullptr, "statistics"},
 };
 
 }  // namespace

@@ -77,7 +77,8 @@ enum Icon : int {
     kIconFind,
     kIconFilter,
     kIconAllSources,
-    kIconLast = kIconAllSources,
+    kIconStatistics,
+    kIconLast = kIconStatistics,
 };
 
 struct IconNames {

@@ -1,4 +1,4 @@
-// What the four lists have in common: files of a folder, largest files, hardlinks, junctions.
+// What the lists have in common: files of a folder, largest files, hardlinks, junctions, statistics.
 //
 // Each list is a ListView with its ListTraits; what no table can express is a short override in the list's
 // own file. The grid keeps all rows and their state. In error reports the routines are named after their
@@ -43,6 +43,8 @@ class ListHost {
     virtual void copyPaths(const std::vector<std::string>& paths) = 0;
     /// Fills a list that is switched off.
     virtual void fillNow(GridId list) = 0;
+    /// Finds the files that a filter (scan/find_filter.h) takes, below the report's current row.
+    virtual void findFiles(const std::string& filter) = 0;
     /// The row's name was edited; `name` is the new name as bytes, perhaps unchanged.
     virtual void nameEdited(GridId list, Row row, const std::string& name) = 0;
 };

@@ -1,6 +1,8 @@
 // A window on files of the disk, for tests of deleting, recycling, renaming and the menus.
 #pragma once
 
+#include <numeric>
+
 #include "gui/lists_fixture.h"
 #include "scan/rollup.h"
 
@@ -88,9 +90,29 @@ struct FilesTest : ListsTest {
         for (Row row = report.firstRoot(); row != kNoRow; row = report.tree().following(row))
             all.push_back(Report_GetFullpathOfNode(report, row, false, kPosixPaths) + " " +
                           std::to_string(report.picture(row)) + std::string(report.rowNote(row)) + " " +
-                          std::to_string(report.mark(row)) + cellsOf(report, row));
+                          std::to_string(report.mark(row)) + cellsOf(report, row) + statisticsOf(s, row));
         std::sort(all.begin(), all.end());
         return all;
+    }
+    /// Returns the statistics of a row of the report. A file that was written since the first of two scans
+    /// is of another age in the second.
+    static std::string statisticsOf(Session& s, Row row) {
+        auto sums = s.form().form().session.statistics.of(s.grid(), row);
+        if (!sums) return {};
+        sums->ages[0].add(std::exchange(sums->ages[kInTheFuture], {}));
+        Names groups;
+        const auto add = [&](const std::string& name, const FileSums& of) {
+            groups.push_back(" " + name + ":" + std::to_string(of.files) + "," + std::to_string(of.bytes) +
+                             "," + std::to_string(of.blocks));
+        };
+        for (const EndingSums& each : sums->endings) add("." + each.ending, each.sums);
+        for (const OwnerSums& each : sums->owners) add("#" + std::to_string(each.owner), each.sums);
+        for (std::size_t i = 0; i < kAgeClasses; ++i) add(std::to_string(i), sums->ages[i]);
+        EXPECT_EQ(sums->all.bytes, s.grid().number(row, kSize));
+        EXPECT_EQ(sums->all.files, s.grid().number(row, kFiles));
+        EXPECT_EQ(sums->all.blocks * kBlockBytes, s.grid().number(row, kDisk));
+        std::sort(groups.begin(), groups.end());
+        return std::accumulate(groups.begin(), groups.end(), std::string());
     }
     /// Returns every cell that a scan writes, of the report and of the three lists.
     static Names facts(Session& s) {

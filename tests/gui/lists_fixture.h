@@ -61,6 +61,9 @@ inline constexpr ListInfo
                      Command::kHardlinksIdColumn},
     kJunctionList = {GridId::kJunctions, Command::kShowJunctions, Command::kJunctionsFullView,
                      Command::kJunctionsSave, Command::kJunctionsSearchText};
+inline constexpr ListInfo kStatisticsList = {GridId::kStatistics, Command::kShowStatistics,
+                                             Command::kStatisticsFullView, Command::kStatisticsSave,
+                                             Command::kStatisticsSearchText};
 inline constexpr ListInfo kAll[] = {kFileList, kTopList, kHardlinkList, kJunctionList};
 inline constexpr ListInfo kWithFiles[] = {kFileList, kTopList, kHardlinkList};
 

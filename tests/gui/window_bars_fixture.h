@@ -10,6 +10,7 @@
 #include "scan/records.h"
 #include "support/test_texts.h"
 #include "views/drive_list.h"
+#include "views/statistics_list.h"
 
 namespace hl::test {
 
@@ -50,7 +51,7 @@ struct WindowBars : testing::Test, private PaneHost {
     StatusPanels status;
     Bars bars;
     Grid report{kFolderCells}, drives{kDriveCells}, files{kFileCells}, top{kFileCells}, hardlinks{kFileCells},
-        junctions{kJunctionCells}, hits{kFileCells};
+        junctions{kJunctionCells}, hits{kFileCells}, statistics{kStatisticsCells};
     std::unique_ptr<Panes> panes;
     WindowParts parts;
     RecordingEvents events;
@@ -58,11 +59,11 @@ struct WindowBars : testing::Test, private PaneHost {
 
   private:
     void fillParts() {
-        parts.grids = {&report, &drives, &files, &top, &hardlinks, &junctions, &hits};
+        parts.grids = {&report, &drives, &files, &top, &hardlinks, &junctions, &hits, &statistics};
         parts.gridNames = {"tvwPL",        "lvwDiskinfo",  "lvwFiles", "lvwTOP",
-                           "lvwHardlinks", "lvwJunctions", "lvwFind"};
+                           "lvwHardlinks", "lvwJunctions", "lvwFind",  "lvwStatistics"};
         parts.gridTitles = {"Folder list", "Drive list", "File list", "Largest files",
-                            "Hard links",  "Junctions",  "Find"};
+                            "Hard links",  "Junctions",  "Find",      "Statistics"};
         for (Grid* grid : parts.grids)
             grid->setColumns(
                 {{.title = "Name", .key = {}, .mask = {}}, {.title = "Note", .key = {}, .mask = {}}});
@@ -84,6 +85,7 @@ struct WindowBars : testing::Test, private PaneHost {
     int barHeight(BarId bar) override { return window->bar(bar).wrappedHeight(); }
     int gridWidth(GridId grid) override { return window->grid(grid).innerWidth(); }
     int formWidth() override { return window->clientArea().width; }
+    void listAppears(GridId) override {}
     void fitColumns(GridId) override {}
     void refresh(GridId) override {}
     void SetFileIcons(GridId) override {}

@@ -9,7 +9,7 @@ namespace {
 
 using enum Command;
 constexpr Command kPanels[] = {kShowReport,    kShowDrives,    kShowFiles, kShowTop,
-                               kShowHardlinks, kShowJunctions, kShowFind};
+                               kShowHardlinks, kShowJunctions, kShowFind,  kShowStatistics};
 using Checked = std::set<Command>;
 
 // The form around the panes, and a window that lays them out whenever they change.
@@ -85,6 +85,7 @@ struct Panel : testing::Test, protected PaneHost {
     int gridWidth(GridId grid) override { return of(grid).width; }
     int formWidth() override { return form.width; }
     void refresh(GridId grid) override { note("refresh", grid); }
+    void listAppears(GridId list) override { note("appears", list); }
     void fitColumns(GridId list) override { note("fit", list); }
     void SetFileIcons(GridId list) override { note("icons", list); }
     void ShowFileStat(GridId list) override { note("stat", list); }
@@ -119,6 +120,7 @@ TEST_F(Panel, ClickKeepsTheLastOneAndOneListAtMost) {
         {{kShowReport, kShowFiles}, kShowReport, {kShowFiles}},
         {{kShowFiles}, kShowJunctions, {kShowJunctions}},
         {{kShowTop}, kShowFind, {kShowFind}},
+        {{kShowJunctions}, kShowStatistics, {kShowStatistics}},
         {{kShowDrives, kShowReport, kShowHardlinks}, kShowTop, {kShowDrives, kShowReport, kShowTop}},
         {{kShowFiles, kShowTop, kShowJunctions}, kShowHardlinks, {kShowHardlinks}},
         {{kShowDrives, kShowReport, kShowFiles}, kShowDrives, {kShowReport, kShowFiles}},
@@ -137,12 +139,13 @@ TEST_F(Panel, ClickKeepsTheLastOneAndOneListAtMost) {
 
 TEST_F(Panel, SetShowsWhatIsCheckedAndTheOptionsSayIt) {
     constexpr GridId kGrids[] = {GridId::kReport,    GridId::kDrives,    GridId::kFiles, GridId::kTop,
-                                 GridId::kHardlinks, GridId::kJunctions, GridId::kFind};
+                                 GridId::kHardlinks, GridId::kJunctions, GridId::kFind,  GridId::kStatistics};
     using Shown = std::set<GridId>;
     const std::pair<Checked, Shown> cases[] = {
         {{kShowReport, kShowDrives, kShowFiles}, {GridId::kReport, GridId::kDrives, GridId::kFiles}},
         {{kShowReport}, {GridId::kReport}},
         {{kShowReport, kShowJunctions}, {GridId::kReport, GridId::kJunctions}},
+        {{kShowReport, kShowStatistics}, {GridId::kReport, GridId::kStatistics}},
         {{kShowDrives}, {GridId::kDrives}},
         {{kShowReport, kShowFind}, {GridId::kReport, GridId::kFind}},
         {{kShowHardlinks}, {GridId::kHardlinks}},
@@ -162,7 +165,8 @@ TEST_F(Panel, SetShowsWhatIsCheckedAndTheOptionsSayIt) {
                              o.ToplistVisible,
                              o.HardlinksVisible,
                              o.JunctionsVisible,
-                             o.FindVisible};
+                             o.FindVisible,
+                             o.StatisticsVisible};
         for (std::size_t i = 1; i < std::size(kGrids); ++i)
             EXPECT_EQ(told[i], shown.contains(kGrids[i])) << i;
         asked.clear();

@@ -44,6 +44,7 @@ struct ViewsFixture : ScanFixture, ListHost, ReportHost {
     void openColumnsMenu(GridId, Point) override {}
     void copyPaths(const std::vector<std::string>&) override {}
     void fillNow(GridId) override {}
+    void findFiles(const std::string&) override {}
     void nameEdited(GridId, Row, const std::string&) override {}
     void setReportWidth(int) override {}
     void setFirstPanel(const std::string& text) override { status = text; }

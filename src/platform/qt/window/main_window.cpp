@@ -23,11 +23,6 @@ Rect rectOf(const QRect& rect) {
     return {rect.left(), rect.top(), rect.width(), rect.height()};
 }
 
-/// Only the report has a hierarchy.
-bool isTree(std::size_t grid) {
-    return grid == static_cast<std::size_t>(GridId::kReport);
-}
-
 }  // namespace
 
 // --- building
@@ -93,8 +88,9 @@ void MainWindow::makePanes() {
 }
 
 void MainWindow::makeGrid(std::size_t number) {
-    auto* view = new GridView(*parts_.grids[number], static_cast<GridId>(number), isTree(number),
-                              parts_.cellText, events_, frame_.get());
+    auto* view =
+        new GridView(*parts_.grids[number], static_cast<GridId>(number),
+                     hasHierarchy(static_cast<GridId>(number)), parts_.cellText, events_, frame_.get());
     view->setObjectName(QLatin1String(parts_.gridNames[number]));
     view->setAccessibleName(qtText(parts_.gridTitles[number]));
     view->setLevelCaption(qtText(parts_.level));
