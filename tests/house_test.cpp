@@ -28,8 +28,9 @@ Rooms wing(const Rooms& below = {}) {
 const Rooms kLinuxScanUses = wing({"platform/linux/process", "platform/linux/drives"});
 const Rooms kLinuxChangeUses = kLinuxScanUses + Rooms{"platform/linux/scan"};
 const Rooms kQtGridUses = wing({"platform/qt/common", "platform/qt/forms"});
-const Rooms kQtWindowUses = kQtGridUses + Rooms{"platform/qt/grid", "platform/qt/bars", "platform/qt/preview",
-                                                "platform/qt/print", "platform/desktop"};
+const Rooms kQtWindowUses =
+    kQtGridUses + Rooms{"platform/qt/grid",  "platform/qt/bars", "platform/qt/preview",
+                        "platform/qt/print", "platform/qt/map",  "platform/desktop"};
 
 /// The other implementations that `main.cpp` may name.
 const Rooms kImplementations = {"platform/linux/process", "platform/linux/drives", "platform/linux/scan",
@@ -55,6 +56,7 @@ const std::map<std::string, Rooms> kHouse = {
     {"platform/qt/print", kQtGridUses + Rooms{"platform/qt/grid"}},
     {"platform/qt/bars", wing({"platform/qt/common"})},
     {"platform/qt/preview", wing({"platform/qt/common"})},
+    {"platform/qt/map", wing({"platform/qt/common"})},
     {"platform/qt/window", kQtWindowUses},
     {"robustness", {"base", "platform"}},
     {"app", {"base", "platform", "robustness"}},

@@ -59,6 +59,7 @@ enum class Command : int {
     kCreateStatistics = commandNumber(BarId::kMain, 571),
     kTakeBack = commandNumber(BarId::kMain, 560),
     kShowNotRead = commandNumber(BarId::kMain, 561),
+    kShowMap = commandNumber(BarId::kMain, 580),
 
     // The report. A bar's title is a label; its id is 0.
     kReportTitle = commandNumber(BarId::kReport, 0),

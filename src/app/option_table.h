@@ -36,6 +36,7 @@ enum class LoadStep {
     kSnapshots,
     kFind,
     kStatistics,
+    kMap,
 };
 
 /// The field that a value goes to. Its type decides how the value is read: as a whole number from 0 to 255, a
@@ -143,6 +144,7 @@ inline constexpr auto kOptionTable = [] {
         {"FontSizeStatistics", "9", &Options::FontSizeStatistics, kFontSizes},
         {"FontNameStatistics", "Tahoma", &Options::FontNameStatistics, kFontNames},
         {"FontStyleStatistics", "", &Options::FontStyleStatistics, kFontNames},
+        {"MapVisible", "0", &Options::MapVisible, kMap},
     });
 }();
 // clang-format on

@@ -189,6 +189,7 @@ void OptionenLadenMain(Options& options, const SettingsStore& store, Diagnostics
     loadStep(LoadStep::kSnapshots);
     if (!onlyDialog) loadStep(LoadStep::kFind);
     if (!onlyDialog) loadStep(LoadStep::kStatistics);
+    if (!onlyDialog) loadStep(LoadStep::kMap);
 }
 
 void loadBarOptions(Options& options, const SettingsStore& store, Diagnostics& diagnostics, OptionBar bar) {

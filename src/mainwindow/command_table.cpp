@@ -207,6 +207,7 @@ constexpr auto kMainRows = rows({
     {kShowJunctions, kButton, TL(3742, "Junctions"), TL(9218, "Liste mit Junctions anzeigen"), kIconJunctions, kSame, "6", &C::showPanel, byRoutine<&Options::JunctionsVisible>},
     {kShowFind, kButton, TL(9945, "Finden"), TL(9946, "Dateien nach Name, Größe, Alter, Art oder Eigentümer finden"), kIconFind, kSame, "7", &C::showPanel, byRoutine<&Options::FindVisible>},
     {kShowStatistics, kButton, TL(9700, "Statistik"), TL(9701, "Statistik nach Art, Alter und Eigentümer anzeigen"), kIconStatistics, kSame, "8", &C::showPanel, byRoutine<&Options::StatisticsVisible>},
+    {kShowMap, kButton, TL(9772, "Karte"), TL(9773, "Karte der Ordner anzeigen"), kIconMap, kGroup, "F9", &C::showMap, toggles<&Options::MapVisible>},
     {kTakeBack, kButton, TL(9794, "Zurückholen"), TL(9808, "Zurückholen, was zuletzt in den Papierkorb kam"), kIconTakeBack, kGroup, "Z", &C::takeBack},
     {kOptions, kButton, TL(3547, "Optionen"), TL(3547, "Optionen"), kIconOptions, kGroup, "O", &C::showOptions},
     ranked(kGoesEarly, {kLargeIcons, kButton, TL(3627, "Symbolgröße"), TL(9219, "Symbole vergrößern"), kIconIconSize, kGroup, {}, &C::largeIcons, toggles<&Options::BigIcons>}),

@@ -81,6 +81,10 @@ void showPanel(MainForm& form, const CommandRow& row) {
     form.looks.panes().PanelToggle(row.command);
 }
 
+void showMap(MainForm& form, const CommandRow& /*row*/) {
+    form.looks.panes().followMap();
+}
+
 void showOptions(MainForm& form, const CommandRow& /*row*/) {
     Session& session = form.session;
     const Services& services = session.services;

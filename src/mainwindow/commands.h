@@ -16,6 +16,7 @@ void start(MainForm& form, const CommandRow& row);
 void stop(MainForm& form, const CommandRow& row);
 void scanOption(MainForm& form, const CommandRow& row);
 void showPanel(MainForm& form, const CommandRow& row);
+void showMap(MainForm& form, const CommandRow& row);
 void showOptions(MainForm& form, const CommandRow& row);
 void showLog(MainForm& form, const CommandRow& row);
 void openGuide(MainForm& form, const CommandRow& row);

@@ -42,6 +42,7 @@ MainForm::MainForm(const Services& services, const WindowServices& given)
     parts.no = texts.TL(9501, "Nein");
     parts.ok = texts.TL(3610, "OK");
     parts.cancel = texts.TL(3609, "Abbrechen");
+    parts.map = texts.TL(9772, "Karte");
     parts.level = texts.TL(9502, "Ebene");
     parts.more = texts.TL(9508, "Weitere Befehle");
     parts.clear = texts.TL(9509, "Text löschen");

@@ -15,6 +15,7 @@
 #include "mainwindow/find_control.h"
 #include "mainwindow/lists_control.h"
 #include "mainwindow/looks_control.h"
+#include "mainwindow/map_control.h"
 #include "mainwindow/preview_control.h"
 #include "mainwindow/report_control.h"
 #include "mainwindow/run_display.h"
@@ -70,6 +71,7 @@ struct MainForm {
     LooksControl looks{*this};
     PreviewControl preview{*this};
     ReportControl report{*this};
+    MapControl map{*this};
     DrivesControl drives{*this};
     ListsControl lists{*this};
     FilesControl files{*this};

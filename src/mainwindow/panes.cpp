@@ -21,7 +21,9 @@ constexpr int kNarrowReport = 2000;
 // In pixels: the least height that a list's bar leaves below itself for titles and a few rows; and what
 // stays, when the window becomes smaller, for a preview, for a list with its bar, and for everything beside
 // the report.
-constexpr int kLeastList = 96, kLeastPreview = 24, kLeastLists = 96, kLeastBeside = 100;
+constexpr int kLeastList = 96, kLeastPreview = 24, kLeastLists = 96, kLeastBeside = 100, kLeastMap = 60;
+// The part of the report's pane that the report keeps when the map is shown first, in percent.
+constexpr int kReportPercent = 60;
 
 PaneRef pane(SplitterId id) {
     return {PaneRef::Kind::kSplitter, static_cast<int>(id)};
@@ -33,6 +35,7 @@ PaneRef pane(GridId id) {
     return {PaneRef::Kind::kGrid, static_cast<int>(id)};
 }
 constexpr PaneRef kPreviewPane = {PaneRef::Kind::kPreview, 0};
+constexpr PaneRef kMapPane = {PaneRef::Kind::kMap, 0};
 
 // The start values of a splitter. A minimum of 0 means none.
 struct StartValues {
@@ -47,6 +50,7 @@ constexpr StartValues kStart[] = {
     {SplitterId::kDrives, 1, 21, 0, 0, false},             //
     {SplitterId::kFiles, 1, 21, 0, 50, false},             //
     {SplitterId::kFilesAndPreview, 3, 100, 100, 0, true},  //
+    {SplitterId::kReportAndMap, 3, 100, 100, 0, true},     //
 };
 
 void setUp(cSplitter& splitter, const StartValues& start) {
@@ -124,7 +128,9 @@ Panes::Panes(const PaneParts& parts) : parts_(parts) {
     for (const StartValues& start : kStart) setUp(splitter(start.id), start);
     splitter(SplitterId::kMain).setOrientation(Orientation::kSideBySide);
     splitter(SplitterId::kMain).Bind(pane(SplitterId::kReport), pane(SplitterId::kInfo));
-    splitter(SplitterId::kReport).Bind(pane(BarId::kReport), pane(GridId::kReport));
+    splitter(SplitterId::kReport).Bind(pane(BarId::kReport), pane(SplitterId::kReportAndMap));
+    splitter(SplitterId::kReportAndMap).Bind(pane(GridId::kReport), kMapPane);
+    splitter(SplitterId::kReportAndMap).setControl2Visible(false);
     splitter(SplitterId::kInfo).Bind(pane(SplitterId::kDrives), pane(SplitterId::kFiles));
     splitter(SplitterId::kDrives).Bind(pane(BarId::kDrives), pane(GridId::kDrives));
     splitter(SplitterId::kFiles).Bind(pane(BarId::kFiles), pane(SplitterId::kFilesAndPreview));
@@ -132,6 +138,11 @@ Panes::Panes(const PaneParts& parts) : parts_(parts) {
     splitter(SplitterId::kFilesAndPreview).setControl2Visible(false);
     splitter(SplitterId::kMain).AfterResize = [this] { splMain_AfterResize(); };
     splitter(SplitterId::kInfo).AfterResize = [this] { splInfo_AfterResize(); };
+    splitter(SplitterId::kReportAndMap).AfterResize = [this] {
+        if (divideWhenKnown_) return divideReport();
+        if (!splitter(SplitterId::kReportAndMap).dragging())
+            keepBothInSight(SplitterId::kReportAndMap, kLeastMap);
+    };
     splitter(SplitterId::kFilesAndPreview).AfterResize = [this] {
         if (halveWhenKnown_) return halvePreview();
         // While the user drags the splitter, it may go to its end.
@@ -162,6 +173,22 @@ void Panes::halvePreview() {
     halveWhenKnown_ = false;
     cSplitter& preview = splitter(SplitterId::kFilesAndPreview);
     preview.setPosition(preview.total() / 2);
+}
+
+void Panes::divideReport() {
+    cSplitter& both = splitter(SplitterId::kReportAndMap);
+    divideWhenKnown_ = both.total() <= 0;
+    if (!divideWhenKnown_) both.setPosition(both.total() * kReportPercent / 100);
+}
+
+void Panes::followMap() {
+    guarded(parts_.diagnostics, [&] {
+        cSplitter& both = splitter(SplitterId::kReportAndMap);
+        const bool shows = parts_.options.MapVisible == 1;
+        if (both.Control2Visible() == shows) return;
+        both.setControl2Visible(shows);
+        if (shows) divideReport();
+    });
 }
 
 void Panes::hideByOptions() {

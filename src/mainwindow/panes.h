@@ -1,7 +1,8 @@
-// The panes of the main window: a tree of six splitters, whose leaves each hold a grid and its bar.
+// The panes of the main window: a tree of seven splitters, whose leaves each hold a grid and its bar.
 //
 //     splMain (side by side)
-//       splReport              cbrReport above tvwPL
+//       splReport              cbrReport above
+//         splReportAndMap        tvwPL, and the map
 //       splInfo
 //         splDrives            cbrDrives above lvwDiskinfo
 //         splFiles             the bar of a list above
@@ -98,6 +99,8 @@ class Panes {
     /// Brings panes, options and status panel in line with the panel entries of cbrMain; must be called after
     /// any of them changed.
     void Change_Info_Visibility();
+    /// Shows or hides the map as its option says.
+    void followMap();
     /// Brings the preview and its place in line with their entries in the bar of `list`; lists without files
     /// have none. REQUIRES: `list` is one of the lists.
     void followPreviewEntries(GridId list);
@@ -140,6 +143,7 @@ class Panes {
     void bindList(const ListPane& list);
     void filesOfSelection();
     void halvePreview();
+    void divideReport();
     int fitBar(BarId bar, const cSplitter& holder);
 
     PaneParts parts_;
@@ -156,6 +160,7 @@ class Panes {
     };
     std::array<Squeezed, kSplitterCount> squeezed_{};
     bool halveWhenKnown_ = false;
+    bool divideWhenKnown_ = false;  ///< The report's part is not known yet.
 };
 
 }  // namespace hl

@@ -19,6 +19,7 @@ void WindowForm::formLoad(const Window& window, MessagePump& pump) {
     Diagnostics& diagnostics = form_.services().diagnostics;
     form_.window = &window;
     form_.preview.setWindow(&window);
+    form_.map.setWindow(&window);
     guarded(diagnostics, {.routine = "windowThere"}, [&] { form_.own.windowThere(&window, &pump); });
     guarded(diagnostics, {.routine = "Form_Load"}, [&] { load(); });
 }
@@ -49,6 +50,7 @@ void WindowForm::load() {
     Change_ToolbarIconSize(form_.bars, services.diagnostics);
     Change_Toolbar_IconText(form_.bars, services.diagnostics);
     panes.hideByOptions();
+    panes.followMap();
     form_.status.setFirst(services.texts.TL(3525, "OK."));
     form_.barControl.followAllGrids();
     form_.sources.start().show();
@@ -133,6 +135,7 @@ void WindowForm::formUnload() {
     form_.session.state.CancelState = kCancelStop;
     ++form_.session.state.fileList.run;
     form_.preview.setWindow(nullptr);
+    form_.map.setWindow(nullptr);
     for (GridPane* pane : form_.window->grids) pane->setEvents(nullptr);
     guarded(form_.services().diagnostics, {.routine = "Form_Unload"},
             [&] { form_.own.windowThere(nullptr, nullptr); });
@@ -152,6 +155,11 @@ void WindowForm::gridChanged(GridId grid) {
         if (!form_.session.state.ScanActive) form_.barControl.followGrid(grid);
         if (grid == GridId::kReport || grid == GridId::kDrives) form_.sources.start().show();
     });
+}
+
+void WindowForm::gridContentChanged(GridId grid) {
+    if (form_.closed || !loaded_ || grid != GridId::kReport) return;
+    form_.map.reportChanged();
 }
 
 void WindowForm::formKeyUp(int key) {

@@ -79,6 +79,7 @@ constexpr IconNames kIcons[] = {
     {kIconFilter, nullptr, "filter"},
     {kIconAllSources, nullptr, "all-sources"},
     {kIconStatistics, nullptr, "statistics"},
+    {kIconMap, nullptr, "map"},
 };
 
 }  // namespace

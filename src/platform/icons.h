@@ -78,7 +78,8 @@ enum Icon : int {
     kIconFilter,
     kIconAllSources,
     kIconStatistics,
-    kIconLast = kIconStatistics,
+    kIconMap,
+    kIconLast = kIconMap,
 };
 
 struct IconNames {

@@ -13,7 +13,7 @@ enum class Orientation : std::int8_t { kStacked = 1, kSideBySide = 2 };
 
 /// What a pane contains.
 struct PaneRef {
-    enum class Kind : std::uint8_t { kNone, kSplitter, kBar, kGrid, kPreview };
+    enum class Kind : std::uint8_t { kNone, kSplitter, kBar, kGrid, kPreview, kMap };
     Kind kind = Kind::kNone;
     int number = 0;  ///< A SplitterId, BarId or GridId, depending on the kind.
     bool operator==(const PaneRef&) const = default;

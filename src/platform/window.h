@@ -18,6 +18,7 @@
 #include "platform/file_types.h"
 #include "platform/geometry.h"
 #include "platform/grid_pane.h"
+#include "platform/map_pane.h"
 #include "platform/message_pump.h"
 #include "platform/patience.h"
 #include "platform/preview_pane.h"
@@ -27,8 +28,8 @@
 
 namespace hl {
 
-enum class SplitterId : std::uint8_t { kMain, kReport, kInfo, kDrives, kFiles, kFilesAndPreview };
-constexpr std::size_t kSplitterCount = 6;
+enum class SplitterId : std::uint8_t { kMain, kReport, kInfo, kDrives, kFiles, kFilesAndPreview, kReportAndMap };
+constexpr std::size_t kSplitterCount = 7;
 
 enum class WindowState : std::uint8_t { kNormal, kMinimized, kMaximized };
 
@@ -92,6 +93,7 @@ struct Window {
     FileTypes& fileTypes;  ///< The desktop's kinds of files.
     Desktop& desktop;
     PreviewPane* preview = nullptr;  ///< Null for a window that has none.
+    MapPane* map = nullptr;          ///< Null for a window that has none.
     SourcePane* sources = nullptr;   ///< Null for a window that has none.
 
     GridPane& grid(GridId id) const { return *grids[static_cast<std::size_t>(id)]; }
@@ -115,6 +117,9 @@ class WindowEvents {
     /// A grid got its first row or lost its last one, or its selection did. Told at once, but not before
     /// redraw is on.
     virtual void gridChanged(GridId /*grid*/) {}
+    /// What a grid holds has changed: its rows, their cells or the selection. Told some time later and once
+    /// for many changes; during a run when the grid is painted anew.
+    virtual void gridContentChanged(GridId /*grid*/) {}
     /// Another start of the program handed its command line over.
     virtual void handOver(const std::string& commandLine) = 0;
     /// An exception escaped in the window's own routine `where`; called inside a catch block.
@@ -168,6 +173,7 @@ struct WindowParts {
     std::string yes, no, ok, cancel;
     std::string more;        ///< The name of the button that shows the part of a bar that does not fit.
     std::string clear;       ///< The name of the button that empties an edit box.
+    std::string map;         ///< The name of the map's pane, for assistive tools.
     std::string level;       ///< A screen reader says it before a row's level.
     std::string name;        ///< The program's name.
     std::string folder;      ///< The folder for everything that is written, also by libraries.

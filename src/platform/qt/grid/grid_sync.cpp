@@ -44,6 +44,10 @@ GridSync::GridSync(GridView& view, Grid& grid, GridId id, const CellTextFunction
             if (!sync()) timer_.start(kRetry);
         });
     });
+    telling_.setSingleShot(true);
+    QObject::connect(&telling_, &QTimer::timeout, &telling_, [this] {
+        kGridSyncGuard(events_, "telling", [&] { events_.gridContentChanged(id_); });
+    });
 }
 
 GridSync::~GridSync() {
@@ -63,6 +67,7 @@ void GridSync::start() {
 void GridSync::gridChanged(const GridChange& change) {
     repaint(change);
     tellLogic();
+    if (!telling_.isActive()) telling_.start(0);
     if (own_ && !change.structure) return;
     pending_.add(change);
     dirty_ = true;

@@ -89,6 +89,7 @@ class GridSync : public GridObserver {
     bool userScrolled_ = false;
     bool hasRows_ = false, hasSelection_ = false;  ///< What the logic was told last.
     QTimer timer_;
+    QTimer telling_;  ///< Tells the logic once of many changes.
     Row lastTop_ = kNoRow;
     Row lastCurrent_ = kNoRow;
 };

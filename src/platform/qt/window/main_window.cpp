@@ -79,6 +79,9 @@ void MainWindow::makePanes() {
     makeStartPage();
     preview_ = new PreviewArea(parts_.preview, events_, frame_.get());
     preview_->hide();
+    map_ = new MapArea(events_, frame_.get());
+    map_->setAccessibleName(qtText(parts_.map));
+    map_->hide();
     for (std::size_t i = 0; i < kSplitterCount; ++i) {
         const auto factory = [this](const PaneRef& ref) { return pane(ref); };
         splitters_[i] = new SplitterWidget(*parts_.splitters[i], factory, events_);
@@ -126,7 +129,7 @@ void MainWindow::makeWindow() {
     std::ranges::copy(bars_, bars.begin());
     Desktop& desktop = parts_.desktop != nullptr ? *parts_.desktop : desktop_;
     window_ = std::make_unique<Window>(
-        Window{*this, grids, bars, dialogs_, clipboard_, fileTypes_, desktop, preview_, this});
+        Window{*this, grids, bars, dialogs_, clipboard_, fileTypes_, desktop, preview_, map_, this});
 }
 
 QWidget* MainWindow::pane(const PaneRef& ref) {
@@ -141,6 +144,8 @@ QWidget* MainWindow::pane(const PaneRef& ref) {
             return grids_[number];
         case PaneRef::Kind::kPreview:
             return preview_;
+        case PaneRef::Kind::kMap:
+            return map_;
         case PaneRef::Kind::kNone:
             break;
     }
@@ -318,6 +323,7 @@ std::vector<QWidget*> MainWindow::tabStops() const {
         } else {
             grids_[i]->addTabStops(stops);
         }
+        if (i == static_cast<std::size_t>(GridId::kReport)) stops.push_back(map_);
     }
     preview_->addTabStops(stops);
     return stops;

@@ -10,6 +10,7 @@
 #include "platform/qt/bars/status_panels.h"
 #include "platform/qt/bars/tool_bar.h"
 #include "platform/qt/grid/grid_view.h"
+#include "platform/qt/map/map_area.h"
 #include "platform/qt/preview/preview_area.h"
 #include "platform/qt/window/clipboard.h"
 #include "platform/qt/window/desktop_file_types.h"
@@ -85,6 +86,7 @@ class MainWindow final : public WindowFrame, public SourcePane {
     StartView* start_ = nullptr;
     StatusPanelBar* status_ = nullptr;
     PreviewArea* preview_ = nullptr;
+    MapArea* map_ = nullptr;
     std::array<ToolBar*, kBarCount> bars_{};
     std::array<GridView*, kGridCount> grids_{};
     std::array<SplitterWidget*, kSplitterCount> splitters_{};

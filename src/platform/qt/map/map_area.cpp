@@ -1,0 +1,238 @@
+#include "platform/qt/map/map_area.h"
+
+#include <QAccessible>
+#include <QContextMenuEvent>
+#include <QHelpEvent>
+#include <QPainter>
+#include <QToolTip>
+#include <QWheelEvent>
+#include <algorithm>
+#include <cstdlib>
+#include <optional>
+
+#include "platform/qt/common/qt_convert.h"
+#include "platform/qt/common/qt_guard.h"
+
+namespace hl {
+
+namespace {
+
+constexpr QtGuard kMapAreaGuard{"MapArea"};
+constexpr int kMargin = 3, kFrameWidth = 2, kLeastHeight = 40;
+constexpr int kMiddleGrey = 128;
+
+std::optional<MapStep> stepOf(int key) {
+    switch (key) {
+        case Qt::Key_Left:
+            return MapStep::kLeft;
+        case Qt::Key_Right:
+            return MapStep::kRight;
+        case Qt::Key_Up:
+            return MapStep::kUp;
+        case Qt::Key_Down:
+            return MapStep::kDown;
+        case Qt::Key_Return:
+        case Qt::Key_Enter:
+            return MapStep::kInto;
+        case Qt::Key_Backspace:
+            return MapStep::kOutOf;
+        default:
+            return std::nullopt;
+    }
+}
+
+MouseButton buttonOf(Qt::MouseButton button) {
+    if (button == Qt::RightButton) return MouseButton::kRight;
+    return button == Qt::MiddleButton ? MouseButton::kMiddle : MouseButton::kLeft;
+}
+
+}  // namespace
+
+MapArea::MapArea(WindowEvents& faults, QWidget* parent) : QWidget(parent), faults_(faults) {
+    setObjectName(QStringLiteral("map"));
+    setFocusPolicy(Qt::StrongFocus);
+    setAttribute(Qt::WA_OpaquePaintEvent);
+    setMinimumHeight(kLeastHeight);
+}
+
+// --- MapPane
+
+void MapArea::setEvents(MapEvents* events) {
+    events_ = events;
+    refresh();
+}
+
+void MapArea::refresh() {
+    pixelsStale_ = true;
+    refreshOverlay();
+}
+
+void MapArea::refreshOverlay() {
+    overlayStale_ = true;
+    update();
+}
+
+Point MapArea::onScreen(Point at) {
+    const QPoint place = mapToGlobal(QPointF(at.x, at.y) / devicePixelRatioF()).toPoint();
+    return {place.x(), place.y()};
+}
+
+// --- painting
+
+MapLooks MapArea::looks() const {
+    const int height = qRound(fontMetrics().height() * devicePixelRatioF());
+    return {.lineHeight = height, .isDark = palette().color(QPalette::Base).lightness() < kMiddleGrey};
+}
+
+Point MapArea::pixelAt(QPointF at) const {
+    const QPointF pixel = at * devicePixelRatioF();
+    return {static_cast<int>(pixel.x()), static_cast<int>(pixel.y())};
+}
+
+QRectF MapArea::placeOf(const Rect& pixels) const {
+    const qreal scale = devicePixelRatioF();
+    return {pixels.left / scale, pixels.top / scale, pixels.width / scale, pixels.height / scale};
+}
+
+void MapArea::bringUpToDate() {
+    const QSize size = (QSizeF(this->size()) * devicePixelRatioF()).toSize();
+    if (pixels_.size() != size) {
+        pixels_ = QImage(size, QImage::Format_RGB32);
+        pixelsStale_ = true;
+    }
+    pixels_.setDevicePixelRatio(devicePixelRatioF());
+    if (events_ == nullptr || pixels_.isNull()) return;
+    if (std::exchange(pixelsStale_, false)) {
+        overlayStale_ = true;
+        events_->paint({.first = reinterpret_cast<std::uint32_t*>(pixels_.bits()),
+                        .rowLength = static_cast<std::size_t>(pixels_.bytesPerLine()) / sizeof(std::uint32_t),
+                        .width = pixels_.width(),
+                        .height = pixels_.height()},
+                       looks());
+    }
+    if (!std::exchange(overlayStale_, false)) return;
+    overlay_ = events_->overlay();
+    // Assistive tools are told of a change by Qt.
+    setAccessibleDescription(qtText(events_->spoken()));
+}
+
+void MapArea::paintNames(QPainter& painter) const {
+    QFont bold = font();
+    bold.setBold(true);
+    for (const MapName& name : overlay_.names) {
+        painter.setFont(name.isHeading ? bold : font());
+        const QRectF place = placeOf(name.place).adjusted(kMargin, 0, -kMargin, 0);
+        const QString text = painter.fontMetrics().elidedText(shownName(name.text), Qt::ElideMiddle,
+                                                              static_cast<int>(place.width()));
+        const int where = name.isHeading ? Qt::AlignLeft | Qt::AlignTop : Qt::AlignCenter;
+        // A shadow keeps the name readable on every colour.
+        painter.setPen(QColor(0, 0, 0, 200));
+        painter.drawText(place.translated(1, 1), where, text);
+        painter.setPen(Qt::white);
+        painter.drawText(place, where, text);
+    }
+}
+
+void MapArea::paintFrames(QPainter& painter) const {
+    const auto frame = [&](const QRectF& around, const QColor& color) {
+        constexpr qreal kHalf = kFrameWidth / 2.0;
+        painter.setPen(QPen(color, kFrameWidth));
+        painter.drawRect(around.adjusted(kHalf, kHalf, -kHalf, -kHalf));
+    };
+    if (overlay_.frame.width > 0) {
+        const QRectF place = placeOf(overlay_.frame);
+        frame(place.adjusted(-kFrameWidth, -kFrameWidth, kFrameWidth, kFrameWidth), Qt::black);
+        frame(place, Qt::white);
+    }
+    if (hasFocus()) frame(rect(), palette().color(QPalette::Highlight));
+}
+
+void MapArea::paintEvent(QPaintEvent*) {
+    kMapAreaGuard(faults_, [&] {
+        bringUpToDate();
+        QPainter painter(this);
+        if (pixels_.isNull() || events_ == nullptr || !overlay_.hint.empty()) {
+            painter.fillRect(rect(), palette().color(QPalette::Base));
+            painter.setPen(palette().color(QPalette::Disabled, QPalette::Text));
+            painter.drawText(rect(), Qt::AlignCenter | Qt::TextWordWrap, qtText(overlay_.hint));
+        } else {
+            painter.drawImage(0, 0, pixels_);
+            paintNames(painter);
+        }
+        paintFrames(painter);
+    });
+}
+
+// --- what the user does
+
+bool MapArea::event(QEvent* event) {
+    return kMapAreaGuard(faults_, [&] {
+        if (event->type() == QEvent::FocusIn || event->type() == QEvent::FocusOut) update();
+        if (event->type() != QEvent::ToolTip || events_ == nullptr) return QWidget::event(event);
+        const auto* help = static_cast<const QHelpEvent*>(event);
+        const std::string tip = events_->tip(pixelAt(help->pos()));
+        if (tip.empty()) {
+            QToolTip::hideText();
+        } else {
+            // As plain text: a name may look like markup.
+            const QString text =
+                qtText(tip).toHtmlEscaped().replace(QLatin1Char('\n'), QStringLiteral("<br>"));
+            QToolTip::showText(help->globalPos(),
+                               QStringLiteral("<p style='white-space:pre'>%1</p>").arg(text), this);
+        }
+        return true;
+    });
+}
+
+void MapArea::changeEvent(QEvent* event) {
+    kMapAreaGuard(faults_, [&] {
+        QWidget::changeEvent(event);
+        if (event->type() == QEvent::PaletteChange || event->type() == QEvent::FontChange) refresh();
+    });
+}
+
+void MapArea::mousePressEvent(QMouseEvent* event) {
+    kMapAreaGuard(faults_, [&] {
+        const QPoint onScreen = event->globalPosition().toPoint();
+        if (events_ != nullptr)
+            events_->pressed(pixelAt(event->position()), buttonOf(event->button()),
+                             {onScreen.x(), onScreen.y()});
+    });
+}
+
+void MapArea::mouseDoubleClickEvent(QMouseEvent* event) {
+    kMapAreaGuard(faults_, [&] {
+        if (events_ != nullptr && event->button() == Qt::LeftButton)
+            events_->levelAt(pixelAt(event->position()), true);
+    });
+}
+
+void MapArea::wheelEvent(QWheelEvent* event) {
+    kMapAreaGuard(faults_, [&] {
+        constexpr int kNotch = 120;
+        event->accept();
+        wheel_ += event->angleDelta().y();
+        if (std::abs(wheel_) < kNotch) return;
+        const bool down = std::exchange(wheel_, 0) > 0;
+        if (events_ != nullptr) events_->levelAt(pixelAt(event->position()), down);
+    });
+}
+
+void MapArea::keyPressEvent(QKeyEvent* event) {
+    kMapAreaGuard(faults_, [&] {
+        const auto step = stepOf(event->key());
+        const bool plain = (event->modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier;
+        if (!step || !plain || events_ == nullptr) return QWidget::keyPressEvent(event);
+        events_->stepped(*step);
+    });
+}
+
+// A right click selects first, so that the menu is that of what is under the pointer; pressed() opens it.
+void MapArea::contextMenuEvent(QContextMenuEvent* event) {
+    kMapAreaGuard(faults_, [&] {
+        event->accept();
+        if (events_ != nullptr && event->reason() == QContextMenuEvent::Keyboard) events_->menuKey();
+    });
+}
+
+}  // namespace hl

@@ -1,0 +1,103 @@
+#include "views/map_picture.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+
+namespace hl {
+
+namespace {
+
+// The surface of a cushion along one axis is a parabola; this is its slope, a*x + b. The slopes of a tile are
+// the sums of those of all tiles that hold it.
+struct Slope {
+    float a = 0, b = 0;
+
+    void add(int from, int to, float height) {
+        const auto length = static_cast<float>(to - from);
+        a -= 8 * height / length;
+        b += 4 * height * static_cast<float>(from + to) / length;
+    }
+};
+
+struct Cushion {
+    Slope x, y;
+};
+
+// The bulge of the outermost folder, and how much less each further one bulges.
+constexpr float kBulge = 0.4F, kBulgeOfNext = 0.8F;
+// Where the light comes from, as a direction of length 1, and how bright a tile is that it does not reach.
+constexpr float kLightX = 0.0976F, kLightY = 0.1952F, kLightZ = 0.9759F;
+constexpr float kShadow = 0.25F;
+constexpr int kLevels = 256;
+
+// A colour from dark to light: the light's level picks one.
+using Shades = std::array<std::uint32_t, kLevels>;
+
+Shades shadesOf(std::uint32_t colour) {
+    Shades shades{};
+    for (int level = 0; level < kLevels; ++level) {
+        const float light = kShadow + (1 - kShadow) * static_cast<float>(level) / (kLevels - 1);
+        std::uint32_t shade = 0xff;
+        for (const int shift : {16, 8, 0}) {
+            const auto part = static_cast<float>(colour >> shift & 0xff);
+            shade = shade << 8 | static_cast<std::uint32_t>(std::lround(part * light));
+        }
+        shades[static_cast<std::size_t>(level)] = shade;
+    }
+    return shades;
+}
+
+// One row of pixels. The loop has no branch, and the shades are looked up in a loop of their own.
+void lightRow(const Slope& x, int left, float slopeY, int count, std::uint8_t* levels) {
+    const float alongY = kLightZ + slopeY * kLightY;
+    const float square = 1 + slopeY * slopeY;
+    const float start = x.b + x.a * (static_cast<float>(left) + 0.5F);
+    for (int i = 0; i < count; ++i) {
+        const float slope = start + x.a * static_cast<float>(i);
+        const float light = (slope * kLightX + alongY) / std::sqrt(slope * slope + square);
+        levels[i] = static_cast<std::uint8_t>(static_cast<int>(std::max(light, 0.0F) * (kLevels - 1)));
+    }
+}
+
+void paintTile(const MapTile& tile, const Cushion& cushion, const Shades& shades, const MapPixels& pixels,
+               std::vector<std::uint8_t>& levels) {
+    const int count = tile.right - tile.left;
+    for (int y = tile.top; y < tile.bottom; ++y) {
+        const float slopeY = cushion.y.b + cushion.y.a * (static_cast<float>(y) + 0.5F);
+        lightRow(cushion.x, tile.left, slopeY, count, levels.data());
+        std::uint32_t* row = pixels.first + static_cast<std::size_t>(y) * pixels.rowLength + tile.left;
+        for (int i = 0; i < count; ++i) row[i] = shades[levels[static_cast<std::size_t>(i)]];
+    }
+}
+
+}  // namespace
+
+void paintMap(const std::vector<MapTile>& tiles, std::span<const std::uint32_t> colours,
+              const MapPixels& pixels) {
+    std::vector<Shades> shades;
+    shades.reserve(colours.size());
+    for (const std::uint32_t colour : colours) shades.push_back(shadesOf(colour));
+    std::vector<std::uint8_t> levels(static_cast<std::size_t>(std::max(pixels.width, 1)));
+    std::array<Cushion, kDeepestTile + 2>
+        cushions;  // Of the tiles that hold the current one, by their depth.
+    std::array<float, kDeepestTile + 1> bulges{};
+    for (float bulge = kBulge; float& each : bulges) {
+        each = bulge;
+        bulge *= kBulgeOfNext;
+    }
+    for (std::size_t i = 0; i < tiles.size(); ++i) {
+        const MapTile& tile = tiles[i];
+        if (tile.right <= tile.left || tile.bottom <= tile.top) continue;
+        Cushion cushion = cushions[tile.depth];
+        // The whole map is flat, so that its parts stand out.
+        if (tile.depth > 0) {
+            cushion.x.add(tile.left, tile.right, bulges[tile.depth]);
+            cushion.y.add(tile.top, tile.bottom, bulges[tile.depth]);
+        }
+        cushions[tile.depth + 1U] = cushion;
+        if (tile.next == i + 1) paintTile(tile, cushion, shades[tile.colour], pixels, levels);
+    }
+}
+
+}  // namespace hl

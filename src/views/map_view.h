@@ -1,0 +1,73 @@
+// The map of the report: each folder is a tile, as large as its share. It shows what the report has, selects
+// in the report and follows its selection. For the thread of the logic only.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "platform/map_pane.h"
+#include "scan/scan_context.h"
+#include "views/map_layout.h"
+
+namespace hl {
+
+/// What the map asks of the rest of the window.
+class MapHost {
+  public:
+    virtual ~MapHost() = default;
+    /// Selects the folder in the report. `path` ends in no separator.
+    virtual void selectFolder(const std::string& path) = 0;
+    /// Opens the menu of a folder's row. `at` is a place of the screen.
+    virtual void openFolderMenu(Row row, Point at) = 0;
+};
+
+class MapView final : public MapEvents, private MapSource {
+  public:
+    /// The arguments must outlive the view.
+    MapView(ScanContext& scan, MapHost& host) : scan_(scan), grid_(scan.tvwPL), host_(host) {}
+
+    /// `pane` may be null. It is told whom to ask.
+    void setPane(MapPane* pane);
+    /// The report has changed: its rows, their sizes, or its selection.
+    void reportChanged();
+
+    // --- MapEvents
+    void paint(const MapPixels& pixels, const MapLooks& looks) override;
+    MapOverlay overlay() override;
+    void pressed(Point at, MouseButton button, Point onScreen) override;
+    void levelAt(Point at, bool down) override;
+    void stepped(MapStep step) override;
+    void menuKey() override;
+    std::string tip(Point at) override;
+    std::string spoken() override;
+
+  private:
+    void partsOf(Row folder, std::vector<MapPart>& parts) const override;
+
+    Row topThere() const;
+    Row aboveTop() const;
+    void setTop(Row row);
+    double sizeOf(Row row) const;
+    std::string pathOf(Row row) const;
+    bool isFolder(Row row) const;
+    void select(std::size_t tile);
+    void goInto(std::size_t tile);
+    std::size_t selectedTile() const;
+    std::string textOf(const MapTile& tile) const;
+    void addHeadings(MapOverlay& overlay, std::vector<Rect>& taken) const;
+
+    ScanContext& scan_;
+    const Grid& grid_;
+    MapHost& host_;
+    MapPane* pane_ = nullptr;
+    /// The folder that the map shows; kNoRow for all sources. A row that goes may give its number to another,
+    /// so the path tells whether it is still that folder.
+    Row top_ = kNoRow;
+    std::string topPath_;
+    std::vector<MapTile> tiles_;  ///< As they were painted last.
+    int lineHeight_ = 0;
+};
+
+}  // namespace hl

@@ -1,0 +1,105 @@
+// The map below the report: it selects in the report, follows it, and goes through the levels.
+#include "gui/files_fixture.h"
+#include "platform/qt/map/map_area.h"
+
+namespace hl {
+namespace {
+
+namespace fs = std::filesystem;
+
+class MapTest : public test::FilesTest {
+  protected:
+    void startWithMap() {
+        start();
+        s().click(Command::kShowMap);
+        test::Session::settle();
+    }
+    QWidget& map() { return *s().frame().findChild<MapArea*>(QStringLiteral("map")); }
+    std::string selected() {
+        const auto rows = s().grid().selectedRows();
+        return rows.size() == 1 ? std::string(s().grid().text(rows.front())) : "";
+    }
+    /// Clicks at places all over the map; returns the names of the folders that are selected then.
+    std::set<std::string> folders() {
+        constexpr int kSteps = 6;
+        std::set<std::string> names;
+        for (int i = 0; i < kSteps * kSteps; ++i) {
+            const QPoint at((i % kSteps * 2 + 1) * map().width() / (2 * kSteps),
+                            (i / kSteps * 2 + 1) * map().height() / (2 * kSteps));
+            QTest::mouseClick(&map(), Qt::LeftButton, {}, at);
+            test::Session::settle();
+            names.insert(fs::path(selected()).filename());
+        }
+        return names;
+    }
+    void press(Qt::Key key) {
+        QTest::keyClick(&map(), key);
+        test::Session::settle();
+    }
+};
+
+using Folders = std::set<std::string>;
+
+TEST_F(MapTest, AClickSelectsTheFolderAndTheMapFollowsTheReport) {
+    startWithMap();
+    EXPECT_EQ(folders(), Folders({"src", "sub", "deep"}));  // "other" is empty.
+    s().clickRow("sub");
+    test::Session::settle();
+    EXPECT_NE(map().accessibleDescription().toStdString().find(at("src/sub") + "\n900 "), std::string::npos);
+    fs::remove_all(at("src/sub/deep"));
+    s().click(Command::kReportRescan);
+    test::Session::settle();
+    EXPECT_EQ(folders(), Folders({"src", "sub"}));
+}
+
+TEST_F(MapTest, ReturnAndBackspaceGoThroughTheLevelsAndArrowsThroughTheTiles) {
+    startWithMap();
+    s().clickRow("src");
+    s().click(Command::kReportUnfoldAll);
+    s().clickRow("deep");
+    map().setFocus();
+    press(Qt::Key_Return);
+    EXPECT_EQ(folders(), Folders({"sub", "deep"}));
+    s().clickRow("deep");
+    press(Qt::Key_Return);
+    EXPECT_EQ(folders(), Folders({"deep"}));
+    press(Qt::Key_Backspace);
+    press(Qt::Key_Backspace);
+    press(Qt::Key_Backspace);
+    EXPECT_EQ(folders(), Folders({"src", "sub", "deep"}));
+    Folders met;
+    for (const Qt::Key key :
+         {Qt::Key_Left, Qt::Key_Up, Qt::Key_Right, Qt::Key_Down, Qt::Key_Right, Qt::Key_Up})
+        press(key), met.insert(fs::path(selected()).filename());
+    EXPECT_TRUE(met.contains("src") && met.contains("sub"));
+}
+
+TEST_F(MapTest, ItFollowsAScanWhichLeavesItsSelectionAlone) {
+    startWithMap();
+    s().fileSystem.beforeBlock = [&](int) {
+        EXPECT_EQ(folders().size(), 1U);
+        press(Qt::Key_Return);
+    };
+    s().scan(at("src"));
+    s().fileSystem.beforeBlock = nullptr;
+    EXPECT_EQ(folders(), Folders({"src", "sub", "deep"}));
+}
+
+TEST_F(MapTest, WhetherItShowsIsKeptAndAnEmptyReportHasNone) {
+    startWithMap();
+    EXPECT_TRUE(map().isVisible());
+    s().execute(Command::kReportRemoveAll);
+    test::Session::settle();
+    EXPECT_EQ(folders(), Folders({""}));
+    EXPECT_EQ(map().accessibleDescription(), "");
+    s().frame().close();
+    session_.reset();
+    EXPECT_NE(test::contentOf(ini()).find("MapVisible=1"), std::string::npos);
+    start();
+    EXPECT_TRUE(map().isVisible());
+    s().click(Command::kShowMap);
+    EXPECT_FALSE(map().isVisible());
+}
+
+}  // namespace
+}  // namespace hl
