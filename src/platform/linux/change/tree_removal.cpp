@@ -60,10 +60,11 @@ std::int64_t nanoseconds(std::int64_t seconds, std::int64_t rest) {
     return seconds * 1'000'000'000 + rest;
 }
 
-/// Returns the time of the clock that file systems use for their stamps.
+/// Returns a time that no stamp of a file system is later than. Stamps are usually those of the coarse clock,
+/// which advances some hundred times a second; but since Linux 6.13 they can be ahead of it.
 std::int64_t fileTime() {
     struct timespec time;
-    ::clock_gettime(CLOCK_REALTIME_COARSE, &time);
+    ::clock_gettime(CLOCK_REALTIME, &time);
     return nanoseconds(time.tv_sec, time.tv_nsec);
 }
 

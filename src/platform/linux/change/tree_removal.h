@@ -83,7 +83,7 @@ class TreeRemoval {
     OpenedPlace top_;
     std::vector<Level> levels_;
     std::unique_ptr<char[]> records_;
-    const std::int64_t begin_;  ///< In nanoseconds since 1970, by the clock of file systems.
+    const std::int64_t begin_;  ///< In nanoseconds since 1970.
     Removal result_;
 };
 
