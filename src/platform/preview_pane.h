@@ -28,6 +28,7 @@ struct PreviewTexts {
     std::string converting;                    ///< Is shown until a document is converted.
     std::string pageFailed;                    ///< Is shown on a page that cannot be drawn.
     std::string waiting;                       ///< Is shown while the disk does not answer.
+    std::string silent;                        ///< Says that playing ended because the disk does not answer.
     std::string page;                          ///< "Page %1 of %2", for assistive tools.
     std::string play, stop, position, volume;  ///< The names of the player's controls.
 };

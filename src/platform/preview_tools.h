@@ -2,6 +2,7 @@
 // that read files from strangers, so that a crash there costs only a message. For the thread of the logic.
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -12,11 +13,32 @@
 
 namespace hl {
 
+/// Reads a file whose disk may not answer. A thread of its own reads ahead, and whoever reads waits for that
+/// thread alone. From any thread.
+class FileStream {
+  public:
+    virtual ~FileStream() = default;
+    /// The number of bytes when the file was opened.
+    virtual std::uint64_t size() const = 0;
+    /// Returns how many bytes there were from `offset` on: fewer than `bytes` only at the end of the file.
+    /// Waits for the disk without a limit; if one of the two routines below ends that, it is kNoAnswer.
+    virtual Result<std::size_t> read(std::uint64_t offset, char* to, std::size_t bytes) = 0;
+    /// As long as reading is not allowed, each read fails at once.
+    virtual void allowReading(bool allowed) = 0;
+    /// Ends all reading for good.
+    virtual void end() = 0;
+    /// Returns how long somebody has been waiting for the disk; 0 if nobody waits.
+    virtual std::chrono::milliseconds waiting() const = 0;
+};
+
 /// A regular file, open for reading; it is closed with this object.
 class OpenFile {
   public:
     virtual ~OpenFile() = default;
     virtual int descriptor() const = 0;
+    /// Null, but for FilePart::kPlayable. If there is one, the file is read by this alone: it has neither a
+    /// descriptor nor a head, and the reading ends with this object.
+    virtual std::shared_ptr<FileStream> stream() const { return nullptr; }
     /// The number of bytes when it was opened.
     virtual std::uint64_t size() const = 0;
     /// Returns at most `limit` bytes from its beginning.
@@ -85,15 +107,21 @@ class HelperProcess {
     virtual bool endedWell() = 0;
 };
 
+/// What is wanted of a file whose disk may not answer.
+enum class FilePart : std::uint8_t {
+    kWhole,      ///< All of it in memory; a file that is too large for that fails.
+    kBeginning,  ///< Its first MiB in memory.
+    kPlayable,   ///< All of it in memory, or, if it is too large for that, a stream.
+};
+
 class PreviewTools {
   public:
     virtual ~PreviewTools() = default;
     /// Opens a file; a link is followed. What is no regular file is kUnsuited.
     virtual Result<std::unique_ptr<OpenFile>> open(const std::string& path) = 0;
     /// Opens a file whose disk may not answer, on another thread; null if the disk always answers, and then
-    /// open() must be used. The file is read into memory, so that nothing waits for the disk any more: a file
-    /// that is too large for that fails, but with `beginning` only the first MiB of any file is read.
-    virtual std::unique_ptr<PreviewOpening> openBeside(const std::string& path, bool beginning) = 0;
+    /// open() must be used. What is read into memory does not wait for the disk any more.
+    virtual std::unique_ptr<PreviewOpening> openBeside(const std::string& path, FilePart part) = 0;
     /// Opens the same file again, with a reading position of its own.
     virtual Result<std::unique_ptr<OpenFile>> again(const OpenFile& file) = 0;
     /// Makes a nameless file with these bytes.

@@ -76,6 +76,7 @@ PreviewTexts previewTexts(const Texts& texts) {
     all.cut = texts.TL(9540, "[Die Datei ist länger; hier steht ihr Anfang.]");
     all.converting = texts.TL(9558, "Das Dokument wird umgewandelt ...");
     all.waiting = texts.TL(9657, "Der Datenträger antwortet noch nicht ...");
+    all.silent = texts.TL(9908, "Der Datenträger antwortet nicht. Die Wiedergabe wurde beendet.");
     all.pageFailed = texts.TL(9541, "Diese Seite kann nicht angezeigt werden.");
     all.page = texts.TL(9542, "Seite %1 von %2");
     all.play = texts.TL(9543, "Abspielen oder anhalten");

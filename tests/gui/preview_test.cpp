@@ -57,7 +57,7 @@ struct PreviewPaneTest : testing::Test, PreviewEvents {
         area.reset();
         tools = std::make_unique<LinuxPreviewTools>(folder, commands.path(), dir.path(), dir.path());
         parts.tools = tools.get();
-        parts.texts = {"Vorschau", "[cut]", "converting", {}, "waiting", {}, {}, {}, {}, {}};
+        parts.texts = {"Vorschau", "[cut]", "converting", {}, "waiting", "silent", {}, {}, {}, {}, {}};
         area = std::make_unique<PreviewArea>(parts, told, nullptr);
         area->setEvents(this);
         area->resize(400, 300);

@@ -239,6 +239,73 @@ TEST_F(SilentDisk, AFileDialogThatShowsADiskThatFallsSilentComesBack) {
     answerAgain();
 }
 
+/// A sound with 1.5 MB a second.
+void makeSound(const std::string& path, std::uint32_t bytes) {
+    const auto number = [](std::uint32_t value) {
+        return std::string(reinterpret_cast<const char*>(&value), sizeof value);
+    };
+    writeFile(path, "RIFF" + number(bytes + 36) + "WAVEfmt " + number(16) + std::string("\1\0\2\0", 4) +
+                        number(192'000) + number(1'536'000) + std::string("\x8\0\x20\0", 4) + "data" +
+                        number(bytes));
+    fs::resize_file(path, bytes + 44);
+}
+
+TEST_F(SilentDisk, ALargeSoundPlaysFromThereAndSaysSoWhenTheDiskFallsSilent) {
+    if (!fs::exists(fs::path(HARBORLANTERN_PROGRAM).parent_path() / "harborlantern-media.so"))
+        GTEST_SKIP() << "built without QtMultimedia";
+    open();
+    makeSound(at("src/large.wav"), 90'000'000);
+    makeSound(at("src/small.wav"), 3'072'000);
+    session_->click(Command::kFilesPreview);
+    auto* area = dynamic_cast<PreviewArea*>(s().frame().findChild<QWidget*>(QStringLiteral("preview")));
+    const auto comesWithin = [](int milliseconds, const std::function<bool()>& what) {
+        return QTest::qWaitFor(what, milliseconds);
+    };
+    const auto position = [&] { return area->findChild<QAbstractSlider*>(QStringLiteral("position")); };
+    const auto lasts = [&](int milliseconds) {
+        return comesWithin(15'000, [&] {
+            return position() != nullptr && std::abs(position()->maximum() - milliseconds) < 100;
+        });
+    };
+    const auto notice = [&] {
+        return area->findChild<QWidget*>(QStringLiteral("film"))->accessibleDescription().toStdString();
+    };
+    const auto says = [&](const char* what) {
+        auto* view = dynamic_cast<TextView*>(area->viewer());
+        return view != nullptr && has(view->toPlainText().toStdString(), what);
+    };
+    EXPECT_TRUE(area->showFile(PreviewViewer::kMedia, at("src/small.wav")));
+    if (!lasts(2000)) GTEST_SKIP() << "no player";
+    const char* const kWaits = "Der Datenträger antwortet noch nicht ...";
+    const char* const kSilent = "Der Datenträger antwortet nicht. Die Wiedergabe wurde beendet.";
+    enum End { kNothing, kStop, kOther, kClose };  // What the user does meanwhile.
+    for (const int end : {kNothing, kStop, kOther, kClose}) {
+        EXPECT_TRUE(area->showFile(PreviewViewer::kMedia, at("mount/large.wav")));
+        EXPECT_TRUE(lasts(58'593));
+        position()->setValue(20'000 + end * 5000);  // A place that was not read before.
+        EXPECT_TRUE(comesWithin(5000, [&] { return position()->value() > 20'200 + end * 5000; })) << end;
+        mount.stopAnswering();
+        if (end != kNothing) position()->setValue(5000 + end * 2000);
+        EXPECT_TRUE(comesWithin(15'000, [&] { return notice() == kWaits; })) << end;
+        QElapsedTimer time;
+        time.start();
+        if (end == kNothing) {
+            EXPECT_TRUE(comesWithin(15'000, [&] { return says(kSilent); }));
+            time.restart();
+        }
+        if (end == kStop) area->findChild<QAbstractButton*>(QStringLiteral("stop"))->click();
+        EXPECT_EQ(says(kSilent), end == kNothing || end == kStop);
+        if (end == kClose) {
+            session_.reset();
+        } else {
+            EXPECT_TRUE(area->showFile(PreviewViewer::kMedia, at("src/small.wav")));
+        }
+        EXPECT_LT(time.elapsed(), end == kClose ? 3000 : 500) << end;
+        EXPECT_TRUE(end == kClose || lasts(2000)) << "while the disk is silent";
+        answerAgain();
+    }
+}
+
 TEST_F(SilentDisk, AWindowWhoseOwnFolderIsThereGoesOnAndCloses) {
     session_.emplace(at("mount/sub"));
     session_->start();

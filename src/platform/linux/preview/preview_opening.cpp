@@ -11,6 +11,7 @@
 #include <mutex>
 #include <utility>
 
+#include "platform/linux/preview/distant_file.h"
 #include "platform/linux/process/descriptor.h"
 #include "platform/linux/process/helper.h"
 #include "platform/linux/process/system_error.h"
@@ -83,17 +84,25 @@ Result<std::unique_ptr<OpenFile>> openForPreview(const std::string& path) {
 /// it.
 struct PreviewOpenings::Request {
     std::string path;
-    bool beginning = false;
+    FilePart part = FilePart::kWhole;
     std::atomic<bool> dropped = false;
     Descriptor event{::eventfd(0, EFD_NONBLOCK | EFD_CLOEXEC)};
     /// At first this is the error that remains if the helper has no memory even for an error.
     Result<std::unique_ptr<OpenFile>> file = systemError(ENOMEM);
 
-    /// The file itself is also closed here, because closing may hang as well.
     Result<std::unique_ptr<OpenFile>> open() const {
+        struct stat facts {};
+        if (part == FilePart::kPlayable && ::stat(path.c_str(), &facts) == 0 &&
+            static_cast<std::uint64_t>(facts.st_size) > kMostBytes)
+            return openDistant(path);
+        return copied();
+    }
+    /// The file itself is also closed here, because closing may hang as well.
+    Result<std::unique_ptr<OpenFile>> copied() const {
         auto there = openForPreview(path);
         if (!there) return there;
         const std::uint64_t size = (*there)->size();
+        const bool beginning = part == FilePart::kBeginning;
         if (!beginning && size > kMostBytes) return systemError(EFBIG);
         Descriptor memory(::memfd_create("preview", MFD_CLOEXEC));
         if (!memory.isOpen()) return systemError(errno);
@@ -132,10 +141,10 @@ class PreviewOpenings::Opening final : public PreviewOpening {
 };
 
 std::unique_ptr<PreviewOpening> PreviewOpenings::begin(std::uint64_t disk, const std::string& path,
-                                                       bool beginning) {
+                                                       FilePart part) {
     auto request = std::make_shared<Request>();
     request->path = path;
-    request->beginning = beginning;
+    request->part = part;
     std::shared_ptr<Desk>& desk = desks_[disk];
     if (!desk) desk = std::make_shared<Desk>();
     const std::lock_guard lock(desk->mutex);

@@ -20,13 +20,13 @@ Result<std::unique_ptr<OpenFile>> openForPreview(const std::string& path);
 
 class PreviewOpenings {
   public:
-    /// Larger files are not read completely.
+    /// Larger files are not read into memory completely.
     static constexpr std::uint64_t kMostBytes = std::uint64_t{64} << 20;
     static constexpr std::uint64_t kBeginning = std::uint64_t{1} << 20;
 
     /// Begins to open a file. Earlier requests for the same disk are dropped, since nobody waits for them any
     /// more.
-    std::unique_ptr<PreviewOpening> begin(std::uint64_t disk, const std::string& path, bool beginning);
+    std::unique_ptr<PreviewOpening> begin(std::uint64_t disk, const std::string& path, FilePart part);
 
   private:
     struct Request;

@@ -98,9 +98,9 @@ Result<std::unique_ptr<OpenFile>> LinuxPreviewTools::open(const std::string& pat
     return openForPreview(path);
 }
 
-std::unique_ptr<PreviewOpening> LinuxPreviewTools::openBeside(const std::string& path, bool beginning) {
+std::unique_ptr<PreviewOpening> LinuxPreviewTools::openBeside(const std::string& path, FilePart part) {
     const std::uint64_t disk = disks_ != nullptr ? disks_->of(path) : 0;
-    return disk != 0 ? openings_.begin(disk, path, beginning) : nullptr;
+    return disk != 0 ? openings_.begin(disk, path, part) : nullptr;
 }
 
 Result<std::unique_ptr<OpenFile>> LinuxPreviewTools::again(const OpenFile& file) {

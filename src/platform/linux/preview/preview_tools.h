@@ -23,7 +23,7 @@ class LinuxPreviewTools final : public PreviewTools {
     ~LinuxPreviewTools() override;
 
     Result<std::unique_ptr<OpenFile>> open(const std::string& path) override;
-    std::unique_ptr<PreviewOpening> openBeside(const std::string& path, bool beginning) override;
+    std::unique_ptr<PreviewOpening> openBeside(const std::string& path, FilePart part) override;
     Result<std::unique_ptr<OpenFile>> again(const OpenFile& file) override;
     Result<std::unique_ptr<OpenFile>> inMemory(std::string_view content) override;
     std::string helper(const std::string& name) override;

@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "platform/qt/preview/media_sources.h"
+#include "platform/qt/preview/stream_source.h"
 
 namespace hl {
 
@@ -33,6 +34,7 @@ class MediaEngine::Worker : public QObject {
         QVideoSink sink;
     };
 
+    QUrl address() const;
     void tellState();
     bool isLoadedInVain(QMediaPlayer::MediaStatus status);
     void failLater();
@@ -72,7 +74,7 @@ QString MediaEngine::Worker::open() {
         &parts_->sink, &QVideoSink::videoFrameChanged, this,
         [this](const QVideoFrame& frame) { engine_.takeFrame(frame, run_); }, Qt::DirectConnection);
     if (!player.isAvailable()) return player.errorString();
-    return allowLocalFilesAlone() ? QString() : QStringLiteral("GStreamer");
+    return allowLocalFilesAlone() && addStreamSource() ? QString() : QStringLiteral("GStreamer");
 }
 
 void MediaEngine::Worker::leave(QThread* thread) {
@@ -110,10 +112,17 @@ void MediaEngine::Worker::load(std::shared_ptr<OpenFile> file, int run) {
     close();
     run_ = run;
     file_ = std::move(file);
-    // The player only takes a name; this one means the open file, whatever its real name is. Playing starts
-    // when it is loaded, because an error during a start may be lost.
+    // Playing starts when it is loaded, because an error during a start may be lost.
     starts_ = true;
-    player().setSource(QUrl(QStringLiteral("file:///proc/self/fd/%1").arg(file_->descriptor())));
+    player().setSource(address());
+}
+
+// The player only takes a name; this one means the open file, whatever its real name is.
+QUrl MediaEngine::Worker::address() const {
+    const auto stream = file_->stream();
+    offerStream(stream);
+    return stream ? QUrl(QLatin1String(kStreamAddress))
+                  : QUrl(QStringLiteral("file:///proc/self/fd/%1").arg(file_->descriptor()));
 }
 
 void MediaEngine::Worker::play() {
@@ -130,6 +139,7 @@ void MediaEngine::Worker::close() {
     starts_ = false;
     player().stop();
     player().setSource({});
+    offerStream(nullptr);
     file_.reset();
 }
 
@@ -143,6 +153,7 @@ MediaEngine::MediaEngine() : worker_(std::make_unique<Worker>(*this)) {
 }
 
 MediaEngine::~MediaEngine() {
+    begin({}, nullptr);
     QThread* here = QThread::currentThread();
     QMetaObject::invokeMethod(
         worker_.get(), [this, here] { worker_->leave(here); }, Qt::BlockingQueuedConnection);
@@ -155,7 +166,10 @@ void MediaEngine::post(Ask ask) {
     QMetaObject::invokeMethod(worker_.get(), ask, Qt::QueuedConnection);
 }
 
-void MediaEngine::begin(State state) {
+// The player may be waiting for the disk of the file before; it does not wait any longer.
+void MediaEngine::begin(State state, std::shared_ptr<FileStream> stream) {
+    if (stream_) stream_->end();
+    stream_ = std::move(stream);
     state_ = state;
     const QMutexLocker lock(&mutex_);
     ++run_;
@@ -164,13 +178,17 @@ void MediaEngine::begin(State state) {
 }
 
 void MediaEngine::load(std::shared_ptr<OpenFile> file) {
-    begin({.loads = true});
+    begin({.loads = true}, file->stream());
     post([this, file = std::move(file), run = run_] { worker_->load(file, run); });
 }
 
 void MediaEngine::close() {
-    begin({});
+    begin({}, nullptr);
     post([this] { worker_->close(); });
+}
+
+qint64 MediaEngine::waiting() const {
+    return stream_ ? stream_->waiting().count() : 0;
 }
 
 void MediaEngine::play() {

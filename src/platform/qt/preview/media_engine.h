@@ -1,5 +1,6 @@
 // Runs the library's player on a thread of its own, because its calls may block: releasing a broken film
-// takes up to a second. All calls and callbacks are on the window's thread.
+// takes up to a second. No call here waits for the disk of a file. All calls and callbacks are on the
+// window's thread.
 #pragma once
 
 #include <QMutex>
@@ -37,6 +38,8 @@ class MediaEngine {
     void load(std::shared_ptr<OpenFile> file);
     /// Forgets the file. What the player still reports about it is dropped.
     void close();
+    /// Returns for how many milliseconds the player has been waiting for the file's disk; 0 if it does not.
+    qint64 waiting() const;
     void play();
     void pause();
     /// Stops; a file that is still being loaded then does not start.
@@ -60,7 +63,7 @@ class MediaEngine {
     /// `ask` runs on the player's thread, after all earlier ones.
     template <class Ask>
     void post(Ask ask);
-    void begin(State state);
+    void begin(State state, std::shared_ptr<FileStream> stream);
     void takeFrame(const QVideoFrame& frame, int run);
     void takeState(const State& state, int run);
     void takeError(const QString& error, int run);
@@ -70,6 +73,7 @@ class MediaEngine {
     std::unique_ptr<Worker> worker_;
     QString unavailable_;
     State state_;
+    std::shared_ptr<FileStream> stream_;  ///< Of the file that is played; null if its disk always answers.
 
     QMutex mutex_;  // Guards what the player's threads read.
     QVideoFrame frame_;

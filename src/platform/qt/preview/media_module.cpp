@@ -28,6 +28,10 @@ constexpr int kVolumes = 100;
 constexpr float kFirstVolume = 0.7F;
 constexpr int kStep = 5000;  // In milliseconds, like the next ones.
 constexpr int kPatience = 8000;
+constexpr int kPatienceWithStream = 60'000;  // Its disk may be slow; one that is silent is noticed before.
+constexpr int kWatch = 200;                  // How often a disk that may not answer is looked at.
+constexpr int kUnnoticed = 1000;             // How long such a disk may take before the user is told.
+constexpr int kSilent = 10'000;              // How long it may take before it is given up.
 
 QString timeText(qint64 milliseconds) {
     const qint64 seconds = milliseconds / 1000;
@@ -41,12 +45,21 @@ class FilmView final : public QWidget {
     FilmView(QWidget* parent, WindowEvents& events, MediaEngine& engine)
         : QWidget(parent), events_(events), engine_(engine) {
         setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Ignored);
+        setObjectName(QStringLiteral("film"));
+    }
+    /// Shows a text in place of the pictures, until it is empty.
+    void showNotice(const QString& notice) {
+        if (notice == accessibleDescription()) return;
+        setAccessibleDescription(notice);
+        update();
     }
 
   protected:
     void paintEvent(QPaintEvent*) override {
         kFilmGuard(events_, [this] {
             QPainter painter(this);
+            if (const QString notice = accessibleDescription(); !notice.isEmpty())
+                return painter.drawText(rect(), Qt::AlignCenter | Qt::TextWordWrap, notice);
             const QImage image = engine_.frame().toImage();
             if (image.isNull() || width() < 1 || height() < 1) return;
             const auto drawn = ZoomPicture({image.width(), image.height()}, {width(), height()}, false).drawn;
@@ -112,6 +125,9 @@ class Player final : public MediaView {
     void connectPlayer();
     void showState();
     void playPressed();
+    void stopPressed();
+    void watchDisk();
+    bool isWaitNoticed() const { return engine_.waiting() > kUnnoticed; }
     void fail(const QString& error);
     template <class Body>
     auto guarded(const char* where, Body body) {
@@ -119,6 +135,7 @@ class Player final : public MediaView {
     }
 
     WindowEvents& events_;
+    const std::string waitingText_, silentText_;
     MediaEngine engine_;
     FilmView* film_;
     QHBoxLayout* controls_ = nullptr;
@@ -128,11 +145,16 @@ class Player final : public MediaView {
     QSlider* volume_ = nullptr;
     QLabel* time_ = nullptr;
     QTimer patience_;       ///< Limits the time of a file that neither loads nor fails.
+    QTimer watch_;          ///< Runs while a file is played whose disk may not answer.
     bool playing_ = false;  ///< A file is played and has not failed.
 };
 
 Player::Player(const MediaStart& start)
-    : MediaView(start.parent), events_(start.events), film_(new FilmView(this, start.events, engine_)) {
+    : MediaView(start.parent),
+      events_(start.events),
+      waitingText_(start.texts.waiting),
+      silentText_(start.texts.silent),
+      film_(new FilmView(this, start.events, engine_)) {
     auto* rows = new QVBoxLayout(this);
     rows->addWidget(film_, 1);
     controls_ = new QHBoxLayout;
@@ -176,7 +198,7 @@ void Player::addControls(const PreviewTexts& texts) {
 
 void Player::connectPlayer() {
     connect(play_, &QToolButton::clicked, this, guarded("play", [this] { playPressed(); }));
-    connect(stop_, &QToolButton::clicked, this, guarded("stop", [this] { engine_.stop(); }));
+    connect(stop_, &QToolButton::clicked, this, guarded("stop", [this] { stopPressed(); }));
     // The user moved it, by mouse or keys; the player moves it with signals blocked.
     connect(position_, &QSlider::valueChanged, this,
             guarded("position", [this] { engine_.setPosition(position_->value()); }));
@@ -192,6 +214,8 @@ void Player::connectPlayer() {
     connect(&patience_, &QTimer::timeout, this, guarded("timeout", [this] {
         if (engine_.state().loads) fail({});
     }));
+    watch_.setInterval(kWatch);
+    connect(&watch_, &QTimer::timeout, this, guarded("watch", [this] { watchDisk(); }));
 }
 
 void Player::fail(const QString& error) {
@@ -205,13 +229,17 @@ std::string Player::unavailable() const {
 
 void Player::play(std::unique_ptr<OpenFile> file) {
     playing_ = true;
-    patience_.start(kPatience);
+    const bool hasStream = file->stream() != nullptr;
+    patience_.start(hasStream ? kPatienceWithStream : kPatience);
+    if (hasStream) watch_.start();
     engine_.load(std::move(file));
 }
 
 void Player::close() {
     playing_ = false;
     patience_.stop();
+    watch_.stop();
+    film_->showNotice({});
     engine_.close();
     showState();
     film_->update();
@@ -223,6 +251,17 @@ void Player::playPressed() {
     } else {
         engine_.play();
     }
+}
+
+// A player that waits for the disk does not obey; then the file is given up.
+void Player::stopPressed() {
+    if (isWaitNoticed()) return fail(qtText(silentText_));
+    engine_.stop();
+}
+
+void Player::watchDisk() {
+    if (engine_.waiting() > kSilent) return fail(qtText(silentText_));
+    film_->showNotice(isWaitNoticed() ? qtText(waitingText_) : QString());
 }
 
 void Player::showState() {

@@ -21,6 +21,13 @@ namespace {
 
 constexpr QtGuard kPreviewAreaGuard{"PreviewArea"};
 constexpr int kRestBeforeMedia = 300;  // In milliseconds; longer than the repetition of a held key.
+
+FilePart partFor(PreviewViewer viewer) {
+    if (viewer == PreviewViewer::kMedia) return FilePart::kPlayable;
+    const bool isText = viewer == PreviewViewer::kText || viewer == PreviewViewer::kWebPage;
+    return isText ? FilePart::kBeginning : FilePart::kWhole;
+}
+
 }  // namespace
 
 PreviewArea::PreviewArea(const PreviewParts& parts, WindowEvents& events, QWidget* parent)
@@ -58,8 +65,7 @@ Result<> PreviewArea::showFile(PreviewViewer viewer, const std::string& path) {
     clear();
     path_ = path;
     if (!context_) return showUnknown(), Result<>();
-    const bool beginning = viewer == PreviewViewer::kText || viewer == PreviewViewer::kWebPage;
-    if (auto opening = context_->tools.openBeside(path, beginning))
+    if (auto opening = context_->tools.openBeside(path, partFor(viewer)))
         return waitFor(std::move(opening), viewer), Result<>();
     auto file = context_->tools.open(path);
     if (!file) return file.error();

@@ -125,24 +125,70 @@ TEST_F(PatienceTest, AFileForThePreviewComesInMemoryAndTheOneThatIsWantedLastCom
         EXPECT_EQ(::poll(&over, 1, 20000), 1);
         return opening.take();
     };
-    const auto open = [&](const char* name, bool beginning) {
-        return opened(*tools.openBeside(mounted + name, beginning));
+    using enum FilePart;
+    const auto open = [&](const char* name, FilePart part) {
+        return opened(*tools.openBeside(mounted + name, part));
     };
-    EXPECT_EQ(tools.openBeside(shown + "text", true), nullptr) << "of a disk that answers";
-    auto text = *open("text", true);
+    EXPECT_EQ(tools.openBeside(shown + "text", kBeginning), nullptr) << "of a disk that answers";
+    auto text = *open("text", kBeginning);
     mount->stopAnswering();
     EXPECT_EQ(text->size(), 3U << 20);
     EXPECT_EQ(*text->head(2 << 20), std::string(1 << 20, 'x'));
     text.reset();
-    auto first = tools.openBeside(mounted + "text", false);
-    auto second = tools.openBeside(mounted + "none", false);
+    auto first = tools.openBeside(mounted + "text", kWhole);
+    auto second = tools.openBeside(mounted + "none", kWhole);
     first.reset();
-    auto third = tools.openBeside(mounted + "text", false);
+    auto third = tools.openBeside(mounted + "text", kWhole);
     EXPECT_EQ(HelperSlot::taken(), 1U);
     mount->answerAgain();
     EXPECT_EQ((*opened(*third))->head(4 << 20).valueOr("").size(), 3U << 20);
-    EXPECT_EQ(numberOf(open("large", false)), EFBIG);
-    EXPECT_TRUE(open("folder", true).failedAs(ErrorKind::kUnsuited)) << "no regular file";
+    EXPECT_EQ(numberOf(open("large", kWhole)), EFBIG);
+    EXPECT_TRUE(open("folder", kBeginning).failedAs(ErrorKind::kUnsuited)) << "no regular file";
+}
+
+TEST_F(PatienceTest, ALargeFileToPlayIsReadAheadAndNobodyWhoReadsHasToWait) {
+    const std::string shown = dir.path() + "/shown/large";
+    constexpr std::uint64_t kSize = (std::uint64_t{64} << 20) + 1000;
+    makeFile(shown, std::int64_t{kSize});
+    {
+        std::ofstream file(shown, std::ios::in);
+        for (const int at : {0, 131'070, 50 << 20, (64 << 20) + 990}) file.seekp(at) << "0123456789";
+    }
+    const auto opening = tools.openBeside(dir.path() + "/mount/large", FilePart::kPlayable);
+    pollfd over{opening->descriptor(), POLLIN, 0};
+    ASSERT_EQ(::poll(&over, 1, 20000), 1);
+    auto file = *opening->take();
+    const auto stream = file->stream();
+    const auto read = [&](std::uint64_t at, std::size_t bytes) {
+        std::string text(bytes, '?');
+        const auto got = stream->read(at, text.data(), bytes);
+        return got ? text.substr(0, *got) : "error " + std::to_string(got.error().number);
+    };
+    EXPECT_TRUE(file->size() == kSize && stream->size() == kSize);
+    EXPECT_EQ(read(131'070, 12), std::string("0123456789\0\0", 12)) << "across two blocks";
+    EXPECT_EQ(read(kSize - 10, 100), "0123456789");
+    EXPECT_EQ(read(kSize, 100), "");
+    for (std::uint64_t at = 16 << 20; at + (1 << 20) < kSize; at += 1 << 20)
+        EXPECT_EQ(read(at, 1 << 20).size(), 1U << 20);
+    EXPECT_EQ(read(50 << 20, 10), "0123456789") << "once more than fits into memory was read";
+    mount->stopAnswering();
+    EXPECT_EQ(stream->waiting().count(), 0);
+    // A process that is started now does not have the file, which it would have to close.
+    const pid_t other = must(::fork());
+    if (other == 0) ::execl("/bin/true", "true", nullptr);
+    EXPECT_TRUE(comes([&] { return ::waitpid(other, nullptr, WNOHANG) != 0; }));
+    for (const bool ends : {false, true}) {
+        std::thread player([&] { EXPECT_EQ(read(8 << 20, 1), "error 0"); });
+        EXPECT_TRUE(comes([&] { return stream->waiting().count() > 50; }));
+        ends ? file.reset() : stream->allowReading(false);
+        player.join();
+        EXPECT_EQ(read(50 << 20, 10), "error 0");
+        stream->allowReading(true);
+        EXPECT_EQ(read(50 << 20, 10), ends ? "error 0" : "0123456789");
+    }
+    EXPECT_EQ(HelperSlot::taken(), 1U);
+    mount->answerAgain();
+    EXPECT_TRUE(noHelperHangs());
 }
 
 TEST_F(PatienceTest, SavingOnADiskThatDoesNotAnswerFailsAndLeavesTheOldFile) {
