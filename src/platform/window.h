@@ -28,7 +28,15 @@
 
 namespace hl {
 
-enum class SplitterId : std::uint8_t { kMain, kReport, kInfo, kDrives, kFiles, kFilesAndPreview, kReportAndMap };
+enum class SplitterId : std::uint8_t {
+    kMain,
+    kReport,
+    kInfo,
+    kDrives,
+    kFiles,
+    kFilesAndPreview,
+    kReportAndMap
+};
 constexpr std::size_t kSplitterCount = 7;
 
 enum class WindowState : std::uint8_t { kNormal, kMinimized, kMaximized };
