@@ -35,11 +35,13 @@ TEST(OwnerNames, ATableThatHangsIsAskedOnce) {
         EXPECT_EQ(names.nameOf(7), "#7");
         EXPECT_EQ(names.numberOf("somebody"), std::nullopt);
     }
-    EXPECT_EQ(*asked, 1);
+    // On a busy machine the thread begins late. A thread of an earlier test may end meanwhile.
+    for (int i = 0; i < 2000 && *asked == 0; ++i) std::this_thread::sleep_for(std::chrono::milliseconds(1));
     *ends = true;
     for (int i = 0; i < 2000 && HelperSlot::taken() > taken; ++i)
         std::this_thread::sleep_for(std::chrono::milliseconds(1));
-    EXPECT_EQ(HelperSlot::taken(), taken);
+    EXPECT_EQ(*asked, 1);
+    EXPECT_LE(HelperSlot::taken(), taken);
 }
 
 }  // namespace
