@@ -100,7 +100,7 @@ void FindControl::find(FindFilter filter, const std::vector<FindPlace>& places) 
             EnableControls(form_.scan);
         });
         form_.status.beginRun();
-        const FindEnd end = run.run(std::move(filter), places);
+        const FindEnd end = run.run(filter, places);
         stopped_ = end == FindEnd::kStopped;
         more_ = end == FindEnd::kEnough;
     });

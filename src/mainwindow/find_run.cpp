@@ -23,7 +23,7 @@ constexpr std::size_t kRowsPerMs = 1000;
 
 FindRun::FindRun(MainForm& form) : form_(form), list_(form.session.lvwFind) {}
 
-FindEnd FindRun::run(FindFilter filter, const std::vector<FindPlace>& places) {
+FindEnd FindRun::run(const FindFilter& filter, const std::vector<FindPlace>& places) {
     const PathRules& paths = form_.services().paths;
     for (const FindPlace& place : places)
         for (const FindPlace& other : places)

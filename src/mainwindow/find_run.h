@@ -17,7 +17,7 @@ class FindRun final : private FindHost {
 
     /// Empties the list and fills it from the places, one after the other. A file that two places hold is
     /// found once. The window must be locked.
-    FindEnd run(FindFilter filter, const std::vector<FindPlace>& places);
+    FindEnd run(const FindFilter& filter, const std::vector<FindPlace>& places);
 
     /// Returns what the user is told of the first folder that could not be read; empty if all could.
     const std::string& failure() const { return failure_; }

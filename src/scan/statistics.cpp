@@ -15,12 +15,12 @@ namespace hl {
 
 namespace {
 
-constexpr std::int64_t kDay = 24 * 60 * 60;
+constexpr std::int64_t kDay = 24LL * 60 * 60;
 constexpr std::size_t kSearchedCells = 12;  // With more cells a table is faster than a search.
 constexpr std::size_t kUsualCells = 8;
 constexpr unsigned kLebBits = 7;
 constexpr std::uint8_t kLebMore = 1U << kLebBits;
-constexpr std::size_t kMostOfACell = 10 * 5;  // Bytes.
+constexpr std::size_t kMostOfACell = std::size_t{10} * 5;  // Bytes.
 
 std::uint64_t takeNumber(const std::uint8_t*& at) {
     std::uint64_t number = *at & (kLebMore - 1U);

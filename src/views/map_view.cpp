@@ -228,8 +228,7 @@ std::string MapView::textOf(const MapTile& tile) const {
     const double all = tiles_.empty() || tiles_[0].row == kNoRow ? 0 : sizeOf(tiles_[0].row);
     std::string path = tile.row == kNoRow ? std::string() : visible(pathOf(tile.row));
     if (tile.file == kMapRest) {
-        const std::string rest = scan_.texts.TL(9771, "Dateien und kleinere Ordner in '%1'", {path});
-        return rest;
+        return scan_.texts.TL(9771, "Dateien und kleinere Ordner in '%1'", {path});
     }
     const auto bytes = static_cast<std::uint64_t>(sizeOf(tile.row));
     std::string size = FormatSizeAuto(SizeValue::fromBytes(bytes), true, scan_.numbers);

@@ -8,7 +8,6 @@
 #include <cerrno>
 #include <chrono>
 #include <condition_variable>
-#include <cstring>
 #include <map>
 #include <mutex>
 #include <new>
@@ -186,7 +185,7 @@ Result<std::size_t> DistantFile::read(std::uint64_t offset, char* to, std::size_
         const auto from = static_cast<std::size_t>((offset + have) % kBlock);
         if (from >= block->bytes.size()) break;  // The file has become shorter.
         const std::size_t part = std::min(bytes - have, block->bytes.size() - from);
-        std::memcpy(to + have, block->bytes.data() + from, part);
+        std::copy_n(block->bytes.data() + from, part, to + have);
         have += part;
     }
     return have;

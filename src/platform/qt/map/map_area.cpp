@@ -124,12 +124,13 @@ void MapArea::paintNames(QPainter& painter) const {
         const QRectF place = placeOf(name.place).adjusted(kMargin, 0, -kMargin, 0);
         const QString text = painter.fontMetrics().elidedText(shownName(name.text), Qt::ElideMiddle,
                                                               static_cast<int>(place.width()));
-        const int where = name.isHeading ? Qt::AlignLeft | Qt::AlignTop : Qt::AlignCenter;
+        const Qt::Alignment where =
+            name.isHeading ? Qt::AlignLeft | Qt::AlignTop : Qt::Alignment(Qt::AlignCenter);
         // A shadow keeps the name readable on every colour.
         painter.setPen(QColor(0, 0, 0, 200));
-        painter.drawText(place.translated(1, 1), where, text);
+        painter.drawText(place.translated(1, 1), static_cast<int>(where), text);
         painter.setPen(Qt::white);
-        painter.drawText(place, where, text);
+        painter.drawText(place, static_cast<int>(where), text);
     }
 }
 
