@@ -205,7 +205,9 @@ int Program::runSilent() {
     run.noteStop = [](bool on) { on ? noteStopSignals() : endNotingStopSignals(); };
     core_.app().cancelState = [&run] { return run.session().state.CancelState; };
     run.load();
-    if (const std::string problem = run.takeFilter(line_.text); !problem.empty()) {
+    std::string problem = run.takeRules(line_.text);
+    if (problem.empty()) problem = run.takeFilter(line_.text);
+    if (!problem.empty()) {
         console_.errorLine(problem);
         return kBadCommandLine;
     }

@@ -13,6 +13,7 @@ _harborlantern() {
         options+=" -s -h --help --version"
     elif [[ ${COMP_WORDS[1]} == -s* ]]; then
         options+=" -d0 -d1 -d2 -d3 --format=csv --format=txt --format=json --format=nul --balance --find="
+        options+=" --exclude= --exclude-from= --exclude-caches"
     fi
     # Names are left to bash, which knows how to quote them.
     COMPREPLY=()

@@ -20,4 +20,7 @@ end
 complete -c harborlantern -n '__harborlantern_report; and __harborlantern_switches' -l format -x -a 'csv txt json nul' -d 'Format, whatever the name of the report ends in'
 complete -c harborlantern -n '__harborlantern_report; and __harborlantern_switches' -l balance -d 'What adds up to the used space, as txt or json'
 complete -c harborlantern -n '__harborlantern_report; and __harborlantern_switches' -l find -x -d 'The files that match a filter, as csv or nul'
+complete -c harborlantern -n '__harborlantern_report; and __harborlantern_switches' -l exclude -x -d 'Leave out what a rule names'
+complete -c harborlantern -n '__harborlantern_report; and __harborlantern_switches' -l exclude-from -r -F -d 'Leave out what the rules of a file name'
+complete -c harborlantern -n '__harborlantern_report; and __harborlantern_switches' -l exclude-caches -d 'Leave out folders with a CACHEDIR.TAG'
 complete -c harborlantern -n __harborlantern_switches -o TLMODUS -d 'Texts from HarborlanternTL.txt'

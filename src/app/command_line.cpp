@@ -18,6 +18,9 @@ constexpr std::string_view kFormatNamed = "--format=";
 constexpr std::string_view kBalance = "--balance";
 constexpr std::string_view kFind = "--find";
 constexpr std::string_view kFindNamed = "--find=";
+constexpr std::string_view kExclude = "--exclude";
+constexpr std::string_view kExcludeFrom = "--exclude-from";
+constexpr std::string_view kExcludeCaches = "--exclude-caches";
 
 bool isDigit(char c) {
     return c >= '0' && c <= '9';
@@ -69,10 +72,18 @@ std::string decoded(std::string_view text) {
     return out;
 }
 
+// Returns the option of rules that the argument is, or begins with in front of "="; empty if it is none.
+std::string_view optionOfRules(std::string_view argument) {
+    const std::string_view name = argument.substr(0, argument.find('='));
+    for (const std::string_view option : {kExclude, kExcludeFrom})
+        if (name == option) return option;
+    return {};
+}
+
 bool isSwitch(std::string_view argument) {
-    return isSilentSwitch(argument) || isDelimiterSwitch(argument) || argument == "-RESTART" ||
-           argument == "-TLMODUS" || argument == kBalance || argument == "--help" || argument == "-h" ||
-           argument == "--version";
+    return argument == kExcludeCaches || isSilentSwitch(argument) || isDelimiterSwitch(argument) ||
+           argument == "-RESTART" || argument == "-TLMODUS" || argument == kBalance || argument == "--help" ||
+           argument == "-h" || argument == "--version";
 }
 
 // Tells whether the line holds only switches with blanks between them, or nothing.
@@ -111,8 +122,16 @@ class Joiner {
         : cwd_(cwd), rules_(rules), formats_(formats) {}
 
     void add(const std::string& argument) {
+        if (!wantsRules_.empty()) return addRules(std::exchange(wantsRules_, {}), argument);
         if (std::exchange(wantsFilter_, false)) return addFilter(argument);
         if (std::exchange(wantsFormat_, false)) return addSwitchOrName(std::string(kFormatNamed) + argument);
+        if (const std::string_view option = optionOfRules(argument); switches_ && !option.empty()) {
+            if (argument == option)
+                wantsRules_ = option;
+            else
+                addRules(option, std::string_view(argument).substr(option.size() + 1));
+            return;
+        }
         if (switches_ && argument.starts_with(kFindNamed))
             return addFilter(std::string_view(argument).substr(kFindNamed.size()));
         wantsFilter_ = switches_ && argument == kFind;
@@ -123,6 +142,7 @@ class Joiner {
     JoinedLine take() {
         if (wantsFormat_) complain(LineProblem::kUnknownFormat, std::string(kFormat));
         if (wantsFilter_) complain(LineProblem::kNoFilter, std::string(kFind));
+        if (!wantsRules_.empty()) complain(LineProblem::kNoValue, std::string(wantsRules_));
         checkOptions();
         checkBalance();
         if (isSilent() && names_ < 2) complain(LineProblem::kIncompleteReport, "");
@@ -138,6 +158,17 @@ class Joiner {
 
     void addFilter(std::string_view text) {
         pieces_.push_back({std::string(kFindNamed) + encoded(text), true});
+    }
+
+    // Standard input is no file of rules: reading it may wait for somebody.
+    void addRules(std::string_view option, std::string_view value) {
+        const bool isFile = option == kExcludeFrom;
+        if (value.empty() || (isFile && value == kStandardOutput))
+            complain(LineProblem::kNoValue, std::string(option));
+        if (isFile && cwd_.empty() && !isAbsolutePath(value, rules_))
+            complain(LineProblem::kNoCurrentFolder, std::string(value));
+        const std::string whole = isFile ? reportPath(value, cwd_, rules_) : std::string(value);
+        pieces_.push_back({std::string(option) + "=" + encoded(whole), true});
     }
 
     void addSwitchOrName(const std::string& argument) {
@@ -175,18 +206,21 @@ class Joiner {
                                   : balance ? FormatNames(kBalanceFormats)
                                             : formats_;
         const LineProblem notTogether = find ? LineProblem::kNotWithFind : LineProblem::kNotTogether;
-        int balances = 0, formats = 0, filters = 0;
+        int balances = 0, formats = 0, filters = 0, caches = 0;
         for (const Piece& piece : pieces_) {
             if (!piece.isSwitch) continue;
             const bool isFormatName = piece.text.starts_with(kFormatNamed);
             const bool isFilter = piece.text.starts_with(kFindNamed);
-            const std::string name = isFilter ? std::string(kFind) : piece.text;
+            const bool hasText = isFilter || !optionOfRules(piece.text).empty();
+            const std::string name = hasText ? piece.text.substr(0, piece.text.find('=')) : piece.text;
             balances += piece.text == kBalance ? 1 : 0;
             formats += isFormatName ? 1 : 0;
             filters += isFilter ? 1 : 0;
-            if (!isSilent() && (isFormatName || isFilter || piece.text == kBalance))
+            caches += piece.text == kExcludeCaches ? 1 : 0;
+            if (!isSilent() &&
+                (isFormatName || isFilter || piece.text.starts_with(kExclude) || piece.text == kBalance))
                 complain(LineProblem::kNotForWindow, name);
-            if (balances > 1 || formats > 1 || filters > 1 || (find && balances > 0))
+            if (balances > 1 || formats > 1 || filters > 1 || caches > 1 || (find && balances > 0))
                 complain(notTogether, name);
             const bool useless =
                 isSilentLine(piece.text) ? piece.text != "-s" : isDelimiterSwitch(piece.text);
@@ -242,8 +276,9 @@ class Joiner {
     const PathRules& rules_;
     FormatNames formats_;
     bool switches_ = true;
-    bool wantsFormat_ = false;  ///< The next argument is a format's name.
-    bool wantsFilter_ = false;  ///< The next argument is a filter.
+    bool wantsFormat_ = false;     ///< The next argument is a format's name.
+    bool wantsFilter_ = false;     ///< The next argument is a filter.
+    std::string_view wantsRules_;  ///< The option that the next argument belongs to.
     std::size_t names_ = 0;
     std::string reportFile_;
     std::vector<Piece> pieces_;
@@ -341,6 +376,9 @@ SilentOrder KZGetFoldersFromCommand(std::string_view line, FormatNames formats) 
     order.format = formatIn(rest, order.find      ? FormatNames(kFindFormats)
                                   : order.balance ? FormatNames(kBalanceFormats)
                                                   : formats);
+    order.exclude = valuesOf(rest, std::string(kExclude) + "=");
+    order.excludeFrom = valuesOf(rest, std::string(kExcludeFrom) + "=");
+    order.excludeCaches = behind(rest, kExcludeCaches).has_value();
     const auto texts = quotedTexts(rest);
     if (!texts || texts->empty()) return order;
     order.outputFile = texts->front();

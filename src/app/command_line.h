@@ -30,6 +30,7 @@ enum class LineProblem {
     kIncompleteReport,  ///< A silent line has no file or no source.
     kNoFilter,          ///< Nothing stands behind --find.
     kNotWithFind,       ///< An option is given twice, or a search has no use for it.
+    kNoValue,           ///< What an option of rules needs is missing.
     kNotTogether,       ///< An option is given twice, or a balance has no use for it.
     kBalanceFormat,     ///< A balance is wanted in a format that it has not.
     kBalanceEnding,     ///< No format is given, and the name of a balance's file ends like that of a report.
@@ -51,14 +52,15 @@ inline constexpr std::string_view kBalanceFormats[] = {"txt", "json"};
 inline constexpr std::string_view kFindFormats[] = {"csv", "nul"};
 
 /// Joins the arguments. Switches are "-s" and whatever begins with it and has no double quote, "-d" and a
-/// digit, "--format=" (or "--format" and an argument) and one of `formats`, "--balance", "--find="
-/// (or "--find" and an argument) and any text, "-RESTART", "-TLMODUS", "--help", "-h" and "--version"; behind
+/// digit, "--format=" (or "--format" and an argument) and one of `formats`, "--balance", "--find=" and, as
+/// often as wanted, "--exclude=" and "--exclude-from=" (or without "=", and an argument) and any text,
+/// "--exclude-caches", "-RESTART", "-TLMODUS", "--help", "-h" and "--version"; behind
 /// "--" nothing is a switch. Everything else is a path, which `cwd` makes absolute; a source's path is also
 /// resolved by its text (base/absolute_path.h). "-" as the file of a silent line, even behind "--", means
 /// standard output and stays as it is; "./-" is a file of that name.
 ///
-/// The text of --find stands in the line with each byte that could be taken for something else as "%" and two
-/// hexadecimal digits.
+/// The text of these three stands in the line with each byte that could be taken for something else as "%"
+/// and two hexadecimal digits; the path of a file of rules is absolute.
 ///
 /// The delimiter switch of a silent line is moved right behind "-s", or "-d0" is put there if there is none,
 /// so that a "-d" in a path is never taken for it. REQUIRES: cwd is absolute, or empty if there is none.
@@ -81,6 +83,10 @@ struct SilentOrder {
     std::string format;                    ///< The name of one; empty if the name of the file decides.
     bool balance = false;                  ///< The balance of each source is wanted instead of the report.
     std::optional<std::string> find = {};  ///< A filter: the files that it takes are wanted instead.
+    // What is left out; each in the order of the line.
+    std::vector<std::string> exclude;      ///< Rules.
+    std::vector<std::string> excludeFrom;  ///< Files of rules.
+    bool excludeCaches = false;
     /// Empty if the line lacks the file or a source: then nothing is to be done.
     std::vector<std::string> sources;
 };

@@ -167,6 +167,10 @@ void loadTrapped(Options& options, const SettingsStore& store, Diagnostics& diag
         [&] { return loader.debugValues(); });
 }
 
+std::string ruleKey(std::size_t index) {
+    return std::string(kRuleKey) + std::to_string(index);
+}
+
 }  // namespace
 
 std::int32_t topCountOf(std::string_view text) {
@@ -190,10 +194,34 @@ void OptionenLadenMain(Options& options, const SettingsStore& store, Diagnostics
     if (!onlyDialog) loadStep(LoadStep::kFind);
     if (!onlyDialog) loadStep(LoadStep::kStatistics);
     if (!onlyDialog) loadStep(LoadStep::kMap);
+    options.Exclude = readRules(store.read());
 }
 
 void loadBarOptions(Options& options, const SettingsStore& store, Diagnostics& diagnostics, OptionBar bar) {
     loadTrapped(options, store, diagnostics, routineOf(bar));
+}
+
+std::vector<std::string> readRules(const IniText& ini) {
+    const auto values = ini.section(kSectionOptions);
+    const std::string key = lowerCase(kRuleKey);
+    const auto first = values.lower_bound(key);
+    std::vector<std::string> rules;
+    if (first == values.end() || !first->first.starts_with(key)) return rules;
+    for (std::size_t i = 0; i < kMostRules; ++i) {
+        const auto rule = values.find(key + std::to_string(i));
+        if (rule != values.end() && !rule->second.empty()) rules.push_back(rule->second);
+    }
+    return rules;
+}
+
+std::size_t writeRules(IniText& ini, const std::vector<std::string>& rules) {
+    std::size_t written = 0;
+    while (written < std::min(rules.size(), kMostRules) &&
+           ini.set(kSectionOptions, ruleKey(written), rules[written]))
+        ++written;
+    for (std::size_t i = written; i < kMostRules; ++i)
+        if (ini.find(kSectionOptions, ruleKey(i))) ini.set(kSectionOptions, ruleKey(i), "");
+    return written;
 }
 
 void loadComboText(Options& options, const SettingsStore& store) {

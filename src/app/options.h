@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <set>
 #include <string>
+#include <vector>
 
 #include "app/settings.h"
 #include "robustness/debug.h"
@@ -26,6 +27,8 @@ struct Options {
     Flag CreateStatistics = 0;
     /// Snapshots count although their origin is in the same source.
     Flag CountSnapshots = 0;
+    /// Rules of what is left out, each a line as scan/rule_text.h reads it.
+    std::vector<std::string> Exclude;
     // What the folder report shows.
     Flag FolderColorFade = 0, FolderShowPercentBar = 0;
     Flag ColFileVisible = 0, ColFolderVisible = 0, ColPercentVisible = 0;
@@ -108,6 +111,14 @@ void OptionenLadenMain(Options& options, const SettingsStore& store, Diagnostics
 
 /// Fills the fields of one bar, with errors as in OptionenLadenMain. TOPmaxcount never raises one.
 void loadBarOptions(Options& options, const SettingsStore& store, Diagnostics& diagnostics, OptionBar bar);
+
+/// The settings keep that many rules, "Exclude0" to "Exclude99".
+inline constexpr std::size_t kMostRules = 100;
+/// Returns the rules of the settings, in their order; empty ones are passed over.
+std::vector<std::string> readRules(const IniText& ini);
+/// Writes the rules in place of those that are there. Returns how many of them fit, from the first on; the
+/// others are not written.
+std::size_t writeRules(IniText& ini, const std::vector<std::string>& rules);
 
 /// Fills ComboText, which never raises an error.
 void loadComboText(Options& options, const SettingsStore& store);

@@ -31,6 +31,9 @@ inline constexpr NumberKey kKeySingleInstance{kSectionOptions, "Instanz", 1};
 inline constexpr NumberKey kKeyAskBeforeDelete{kSectionOptions, "AskBeforeDelete", 1};
 inline constexpr NumberKey kKeyCountSnapshots{kSectionOptions, "CountSnapshots", 0};
 
+/// With a number from 0 to 99 behind it: the rules of what a scan leaves out.
+inline constexpr std::string_view kRuleKey = "Exclude";
+
 // The dialog that saves a list reads and writes this.
 inline constexpr NumberKey kKeyCsvEscapeFormulas{kSectionOptions, "CsvEscapeFormulas", 0};
 

@@ -8,6 +8,7 @@
 #include "base/text.h"
 #include "fileops/freed_texts.h"
 #include "scan/file_columns.h"
+#include "scan/left_out.h"
 #include "scan/records.h"
 #include "scan/rollup.h"
 #include "views/list_view.h"
@@ -17,6 +18,15 @@ namespace hl {
 namespace {
 
 constexpr std::size_t kMostNames = 8;
+
+std::string leftOutToo(const ToDelete& what, const Texts& texts, const NumberFormat& numbers) {
+    if (what.leftOut == Unshown()) return {};
+    return "\n" +
+           texts.TL(9935,
+                    "Mit gelöscht wird, was durch Regeln ausgelassen ist: %1 Ordner, %2 Dateien und "
+                    "was darin liegt.",
+                    {formatCount(what.leftOut.folders, numbers), formatCount(what.leftOut.files, numbers)});
+}
 
 std::string countedNames(const ToDelete& what, const Texts& texts, const NumberFormat& numbers) {
     std::string all;
@@ -59,6 +69,9 @@ ToDelete foldersOf(const FileOps& ops, const std::vector<Row>& rows) {
         if (picture == kPictureLink || picture == kPictureMountPoint) continue;
         what.files += report.number(row, kFiles);
         what.bytes += report.number(row, kSize);
+        const Unshown leftOut = leftOutWith(report, row);
+        what.leftOut.folders += leftOut.folders;
+        what.leftOut.files += leftOut.files;
     }
     return what;
 }
@@ -96,8 +109,9 @@ bool wantsToDelete(const FileOps& ops, const ToDelete& what) {
     const auto survey = beginSurvey(ops, what);
     const FreedTexts freed{texts, numbers};
     const auto live = [&] { return freed.summary(survey->figures()); };
-    return ops.window.dialogs.confirm(asked + "\n" + countedNames(what, texts, numbers),
-                                      texts.TL(9271, "Löschen"), survey ? Dialogs::LiveText(live) : nullptr);
+    return ops.window.dialogs.confirm(
+        asked + leftOutToo(what, texts, numbers) + "\n" + countedNames(what, texts, numbers),
+        texts.TL(9271, "Löschen"), survey ? Dialogs::LiveText(live) : nullptr);
 }
 
 }  // namespace hl

@@ -20,6 +20,8 @@ struct ToDelete {
     bool folders = false;
     double files = 0;  ///< With those in the folders.
     double bytes = 0;
+    Unshown leftOut =
+        {};  ///< What rules left out of the folders: it goes with them, and nobody has counted it.
 };
 
 /// `rows` are those of folders in the report.

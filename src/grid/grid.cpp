@@ -49,6 +49,7 @@ void Grid::forget(const std::vector<Row>& removed) {
             wasteBytes_ += cellText(row, static_cast<CellId>(cell)).size();
         if (!notes_.empty()) notes_.erase(row);
         if (!marks_.empty()) marks_.erase(row);
+        if (!unshown_.empty()) unshown_.erase(row);
         if (!selected_.empty()) selected_.erase(row);
         if (bar_.valueOr(row, 0) != 0) bar_[row] = 0;
         if (backColor_.valueOr(row, 0) != 0) backColor_[row] = 0;
@@ -122,6 +123,7 @@ void Grid::clear() {
     backColor_.clear();
     notes_.clear();
     marks_.clear();
+    unshown_.clear();
     selected_.clear();
     current_ = top_ = kNoRow;
     wasteBytes_ = 0;
@@ -150,6 +152,19 @@ void Grid::setMark(Row row, std::uint32_t mark) {
     else
         marks_.insert_or_assign(row, mark);
     changedCells(row);
+}
+
+Unshown Grid::unshown(Row row) const {
+    if (unshown_.empty()) return {};
+    const auto counts = unshown_.find(row);
+    return counts == unshown_.end() ? Unshown() : counts->second;
+}
+
+void Grid::setUnshown(Row row, Unshown counts) {
+    if (counts != Unshown())
+        unshown_.insert_or_assign(row, counts);
+    else if (!unshown_.empty())
+        unshown_.erase(row);
 }
 
 std::string_view Grid::rowNote(Row row) const {

@@ -61,6 +61,12 @@ struct LevelSort {
     bool keepsTies = false;  ///< Rows of equal keys keep their order.
 };
 
+/// Counts of what lies below a row and has no row.
+struct Unshown {
+    std::uint32_t folders = 0, files = 0;
+    bool operator==(const Unshown&) const = default;
+};
+
 /// What the user may do in a grid.
 enum class GridAccess : std::uint8_t {
     kLocked,   ///< Scroll.
@@ -111,6 +117,9 @@ class Grid {
     /// A number that few rows have; a row that has one carries a small mark at its picture. 0 for none.
     std::uint32_t mark(Row row) const;
     void setMark(Row row, std::uint32_t mark);
+    /// Counts that few rows have, and that nobody sees at the row.
+    Unshown unshown(Row row) const;
+    void setUnshown(Row row, Unshown counts);
     int picture(Row row) const { return picture_[row]; }
     void setPicture(Row row, int picture);
     /// The index of the percent bar's picture in front of the text; -1 for none.
@@ -204,6 +213,7 @@ class Grid {
     Column<std::uint32_t> backColor_;  ///< Colour + 1; it has no block until the first colour is set.
     std::unordered_map<Row, TextRef> notes_;
     std::unordered_map<Row, std::uint32_t> marks_;
+    std::unordered_map<Row, Unshown> unshown_;
     std::unordered_set<Row> selected_;
     Row current_ = kNoRow;
     Row top_ = kNoRow;

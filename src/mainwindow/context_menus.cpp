@@ -10,6 +10,7 @@
 #include "mainwindow/main_form.h"
 #include "platform/icons.h"
 #include "scan/driver.h"
+#include "scan/left_out.h"
 #include "scan/rollup.h"
 
 namespace hl {
@@ -33,6 +34,9 @@ bool isSource(const MenuTarget& on) {
 }
 bool isNoSource(const MenuTarget& on) {
     return !isSource(on);
+}
+bool isLeftOutRow(const MenuTarget& on) {
+    return isLeftOutByRule(on.form.scan.tvwPL, on.row);
 }
 bool hasFiles(const MenuTarget& on) {
     return on.grid != GridId::kJunctions && on.grid != GridId::kStatistics;
@@ -89,6 +93,7 @@ constexpr OwnEntry kReportMenu[] = {
     {4, TL(9577, "Alle Unterordner aufklappen"), -1, always, [](const MenuTarget& on) { unfold(on, true); }},
     {5, TL(9578, "Quelle entfernen"), -1, isSource, [](const MenuTarget& on) { Report_RemoveFolders(on.form.scan); }},
     {5, TL(9579, "Ordner neu einlesen"), -1, always, [](const MenuTarget& on) { Report_Rescan(on.form.scan); }, "F5"},
+    {5, TL(9927, "Trotzdem einlesen"), kIconRead, isLeftOutRow, [](const MenuTarget& on) { Report_ReadAllTheSame(on.form.scan, on.row); }, "Return"},
     {6, TL(9865, "Bilanz"), kIconBalance, isSource, [](const MenuTarget& on) { on.form.balance.showOf(on.row); }, "Ctrl+B"},
     {7, TL(9755, "Terminal hier öffnen"), -1, always, openTerminal},
 };

@@ -7,6 +7,7 @@
 #include "mainwindow/main_form.h"
 #include "output/print_files.h"
 #include "output/save_files.h"
+#include "scan/left_out.h"
 #include "scan/list_handover.h"
 #include "views/file_list.h"
 #include "views/list_columns.h"
@@ -108,7 +109,9 @@ void ListsControl::foundFiles() {
 void ListsControl::showTitles() {
     const Texts& texts = form_.services().texts;
     const auto show = [&](CommandBar& bar, Command label, const std::string& title) {
-        if (!title.empty()) bar.setCaption(idOf(label), markedTitle(title));
+        if (title.empty()) return;
+        bar.setCaption(idOf(label), markedTitle(titleWithLeftOut(form_.services(), title,
+                                                                 form_.session.state.leaving.ofLists)));
     };
     show(form_.bars.cbrTOP, Command::kTopTitle, topTitle(form_.scan));
     show(form_.bars.cbrHardlinks, Command::kHardlinksTitle, texts.TL(3740, "Hardlinks"));

@@ -9,6 +9,7 @@
 #include "base/text.h"
 #include "robustness/api_error_text.h"
 #include "robustness/trap.h"
+#include "scan/left_out.h"
 
 namespace hl {
 
@@ -34,6 +35,7 @@ OptionsForm::OptionsForm(const Services& services, FolderVerb& verb, const std::
         chkCountSnapshots.caption =
             texts.TL(9906, "Snapshots (btrfs) mitzählen, deren Ursprung in derselben Quelle liegt");
         lblDateFormat = texts.TL(9452, "Datumsformat für den Zeitstempel von Dateien:");
+        lblRules = texts.TL(9940, "Beim Einlesen auslassen, eine Regel je Zeile (wie in .gitignore):");
         cmdOK.caption = texts.TL(3610, "OK");
         cmdCancel.caption = texts.TL(3609, "Abbrechen");
         OptionenLaden();
@@ -44,17 +46,24 @@ Form OptionsForm::form() {
     return {
         .name = kModule,
         .caption = caption,
-        .items = {{.control = &chkKontextmenu, .changed = [this] { chkKontextmenu_Click(); }},
-                  {.control = &chkInstanz, .row = 1, .changed = [this] { chkInstanz_Click(); }},
-                  {.control = &chkAskBeforeDelete,
-                   .row = 2,
-                   .changed = [this] { chkAskBeforeDelete_Click(); }},
-                  {.control = &chkCountSnapshots, .row = 3, .changed = [this] { chkCountSnapshots_Click(); }},
-                  {.control = &lblDateFormat, .row = 4},
-                  {.control = &txtDateFormat,
-                   .row = 5,
-                   .changed = [this] { txtDateFormat_Change(); },
-                   .name = lblDateFormat}},
+        .items =
+            {{.control = &chkKontextmenu, .changed = [this] { chkKontextmenu_Click(); }},
+             {.control = &chkInstanz, .row = 1, .changed = [this] { chkInstanz_Click(); }},
+             {.control = &chkAskBeforeDelete, .row = 2, .changed = [this] { chkAskBeforeDelete_Click(); }},
+             {.control = &chkCountSnapshots, .row = 3, .changed = [this] { chkCountSnapshots_Click(); }},
+             {.control = &lblDateFormat, .row = 4},
+             {.control = &txtDateFormat,
+              .row = 5,
+              .changed = [this] { txtDateFormat_Change(); },
+              .name = lblDateFormat},
+             {.control = &lblRules, .row = 6},
+             {.control = &txtRules,
+              .row = 7,
+              .changed = [this] { txtRules_Change(); },
+              .tooltip = services_.texts.TL(
+                  9943, "Zum Beispiel *.o, node_modules/, /var/cache. Mit ! davor wird wieder eingelesen."),
+              .name = lblRules},
+             {.control = &lblRulesProblem, .row = 8}},
         .buttons = {{.control = &cmdOK, .changed = [this] { cmdOK_Click(); }},
                     {.control = &cmdCancel, .changed = [this] { cmdCancel_Click(); }}},
         .activated = [this] { Form_Activate(); },
@@ -62,7 +71,31 @@ Form OptionsForm::form() {
         .loaded = &loaded};
 }
 
+void OptionsForm::txtRules_Change() {
+    changed_ |= activated_;
+    lblRulesProblem = problemOfRules();
+}
+
+std::vector<std::string> OptionsForm::rules() const {
+    std::vector<std::string> rules;
+    for (const std::string_view line : ruleLines(txtRules.text))
+        if (!line.empty()) rules.emplace_back(line);
+    return rules;
+}
+
+std::string OptionsForm::problemOfRules() const {
+    const Texts& texts = services_.texts;
+    const std::vector<std::string> all = rules();
+    for (const std::string& rule : all)
+        if (const RuleProblem problem = readRule(rule).problem; problem != RuleProblem::kNone)
+            return ruleProblemText(texts, rule, problem);
+    IniText file;
+    if (writeRules(file, all) == all.size()) return {};
+    return texts.TL(9941, "Die Einstellungen fassen 100 Regeln mit je 2.047 Bytes.");
+}
+
 void OptionsForm::cmdOK_Click() {
+    if (changed_ && !(lblRulesProblem = problemOfRules()).empty()) return;
     guarded(services_.diagnostics, {.module = kModule}, [&] {
         if (changed_) OptionenSpeichern();
     });
@@ -81,6 +114,8 @@ void OptionsForm::OptionenLaden() {
     };
     chkAskBeforeDelete.checked = isSet(kKeyAskBeforeDelete);
     chkCountSnapshots.checked = isSet(kKeyCountSnapshots);
+    for (const std::string& rule : readRules(settings.read()))
+        txtRules.text.append(txtRules.text.empty() ? "" : "\n").append(rule);
     txtDateFormat.text = settings.GetSettings(kSectionOptions, kDateFormat, defaultDateFormat());
     ApplyExplorerVerb(chkKontextmenu.checked);
 }
@@ -92,6 +127,7 @@ void OptionsForm::OptionenSpeichern() {
         ini.set(kKeyAskBeforeDelete.section, kKeyAskBeforeDelete.key, chkAskBeforeDelete.checked ? "1" : "0");
         ini.set(kKeyCountSnapshots.section, kKeyCountSnapshots.key, chkCountSnapshots.checked ? "1" : "0");
         ini.set(kSectionOptions, kDateFormat, txtDateFormat.text);
+        writeRules(ini, rules());
     });
     ApplyExplorerVerb(chkKontextmenu.checked);
 }

@@ -5,6 +5,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "app/services.h"
 #include "platform/folder_verb.h"
@@ -29,20 +30,26 @@ class OptionsForm {
     void chkAskBeforeDelete_Click() { changed_ |= activated_; }
     void chkCountSnapshots_Click() { changed_ |= activated_; }
     void txtDateFormat_Change() { changed_ |= activated_; }
-    /// Saves if anything was changed. A change of the number of instances takes effect at the next start. The
-    /// caller must load the dialog's options again, whichever button was pressed.
+    void txtRules_Change();
+    /// Saves if anything was changed; a rule that cannot be read keeps the form open. A change of the number
+    /// of instances takes effect at the next start. The caller must load the dialog's options again,
+    /// whichever button was pressed.
     void cmdOK_Click();
     void cmdCancel_Click() { loaded = false; }
 
-    std::string caption, lblDateFormat;
+    std::string caption, lblDateFormat, lblRules;
+    std::string lblRulesProblem;  ///< Why a rule cannot be read; empty if all can.
     CheckBox chkKontextmenu, chkInstanz, chkAskBeforeDelete, chkCountSnapshots;
     TextBox txtDateFormat{.text = "dd/mm/yyyy hh:nn:ss"};
+    TextBox txtRules{.multiLine = true, .lines = 5};  ///< A rule of what is left out on each line.
     CommandButton cmdOK, cmdCancel;
     bool loaded = true;  ///< False once the form is done with.
 
   private:
     void OptionenLaden();
     void OptionenSpeichern();
+    std::vector<std::string> rules() const;
+    std::string problemOfRules() const;
     /// Adds the desktop's entry for folders, or removes it. A failure goes to the debug log only.
     void ApplyExplorerVerb(bool offered);
 

@@ -9,6 +9,7 @@
 #include "base/path.h"
 #include "base/text.h"
 #include "mainwindow/main_form.h"
+#include "scan/left_out.h"
 
 namespace hl {
 
@@ -86,7 +87,9 @@ void RunDisplay::runEnded(RunEnd end) {
                                               services.texts, services.numbers);
     form_.report.rowsArrived(!look_.hasSetWidths());
     form_.lists.filled();
-    form_.status.endRun(missing_.empty() ? text : std::exchange(missing_, {}));
+    const std::string leftOut = leftOutText(services.texts, services.numbers, leftOutOf(form_.session.tvwPL));
+    form_.status.endRun((missing_.empty() ? text : std::exchange(missing_, {})) +
+                        (leftOut.empty() ? "" : "; " + leftOut));
     if (ListView* list = form_.lists.shown()) list->ShowFileStat();
     if (!form_.session.state.RowPicked || form_.session.tvwPL.currentRow() == kNoRow) return;
     form_.report.selectDriveOf(form_.session.tvwPL.currentRow());

@@ -1,5 +1,7 @@
 #include "mainwindow/silent_run.h"
 
+#include <utility>
+
 #include "base/date_format.h"
 #include "base/text.h"
 #include "mainwindow/silent_find.h"
@@ -7,6 +9,7 @@
 #include "output/report_file.h"
 #include "output/report_writer.h"
 #include "robustness/api_error_text.h"
+#include "scan/left_out.h"
 #include "scan/yield.h"
 #include "views/find_texts.h"
 
@@ -14,11 +17,55 @@ namespace hl {
 
 namespace {
 constexpr std::uint64_t kProgressInterval = 200;  // Milliseconds between two changes of the progress line.
-}
+constexpr std::size_t kLongestRules = std::size_t{16} << 20;  // Bytes of a file of rules.
+}  // namespace
 
 SilentRun::SilentRun(const Services& services)
     : session_(services), scan_(scanContext(session_, *this, *this)) {
     session_.state.SilentRun = true;
+}
+
+// --- what is left out
+
+std::string SilentRun::takeRules(const std::string& commandLine) {
+    const Texts& texts = services().texts;
+    for (const std::string& rule : session_.options.Exclude)
+        if (const RuleProblem problem = readRule(rule).problem; problem != RuleProblem::kNone)
+            services().console.errorLine(ruleProblemText(texts, rule, problem));
+    const SilentOrder line = KZGetFoldersFromCommand(commandLine, formatNames());
+    session_.state.leaving.caches = line.excludeCaches;
+    std::string problem;
+    for (const std::string& rule : line.exclude)
+        if (problem.empty()) problem = addRule(rule, "");
+    for (const std::string& file : line.excludeFrom)
+        if (problem.empty()) problem = addRulesOf(file);
+    return problem;
+}
+
+std::string SilentRun::addRule(std::string_view line, const std::string& place) {
+    const RuleReading reading = readRule(line);
+    if (reading.problem != RuleProblem::kNone)
+        return ruleProblemText(services().texts, place + std::string(line), reading.problem);
+    if (reading.rule) session_.state.leaving.rules.emplace_back(line);
+    return {};
+}
+
+std::string SilentRun::addRulesOf(const std::string& file) {
+    const Result<std::string> text = services().files.readWhole(file, kLongestRules);
+    if (!text)
+        return services().texts.TL(9934, "Die Regeln in %1 können nicht gelesen werden: %2",
+                                   {visible(file), ApiErrorText(false, text.error())});
+    std::size_t number = 0;
+    for (const std::string_view line : ruleLines(*text)) {
+        std::string problem = addRule(line, file + ":" + std::to_string(++number) + ": ");
+        if (!problem.empty()) return problem;
+    }
+    return {};
+}
+
+void SilentRun::tellLeftOut(Unshown leftOut) {
+    const std::string text = leftOutText(services().texts, services().numbers, leftOut);
+    if (!text.empty()) services().console.errorLine(text);
 }
 
 // --- a run with no window
@@ -34,6 +81,7 @@ bool SilentRun::run(const std::string& commandLine) {
     const std::uint32_t errorsBefore = services().diagnostics.errcount();
     read();
     services().console.progress("");
+    tellLeftOut(leftOutOf(session_.tvwPL));
     // Nobody knows what an error of the program has left out, so an older report is worth more.
     const bool whole = services().diagnostics.errcount() == errorsBefore;
     if (!whole)
@@ -86,6 +134,7 @@ bool SilentRun::find(const SilentOrder& line, ReplacingFile& target) {
             if (!found.run(source, order)) break;
     });
     services().console.progress("");
+    tellLeftOut(std::exchange(session_.state.leaving.ofSearch, {}));
     if (services().diagnostics.errcount() != 0)
         return reportNotWritten(line.outputFile, services().texts.TL(9611, "ein unerwarteter Fehler"));
     if (stopped_) return reportNotWritten(line.outputFile, services().texts.TL(9810, "angehalten"));

@@ -21,6 +21,10 @@ class SilentRun final : public ScanHost, public Controls {
     /// Reads the options and sets up the grids.
     void load() { Form_Load(session_); }
 
+    /// Takes over the rules of a silent command line for what is left out. Returns what keeps them from being
+    /// read; empty if nothing does. Rules of the settings that cannot be read are told, and passed over.
+    std::string takeRules(const std::string& commandLine);
+
     /// Reads the filter of the line, if it has one. Returns why it makes no sense, in one sentence; else
     /// empty.
     std::string takeFilter(const std::string& commandLine);
@@ -54,6 +58,9 @@ class SilentRun final : public ScanHost, public Controls {
   private:
     const Services& services() const { return session_.services; }
     void read();
+    std::string addRule(std::string_view line, const std::string& place);
+    std::string addRulesOf(const std::string& file);
+    void tellLeftOut(Unshown leftOut);
     bool writeReport(const ReportOrder& order, ReplacingFile& target);
     void watchForStop(const std::function<void()>& work);
     bool find(const SilentOrder& line, ReplacingFile& target);

@@ -94,6 +94,7 @@ BalanceRole roleOf(BalanceLine line) {
         case BalanceLine::kTrash:
         case BalanceLine::kNotRead:
         case BalanceLine::kSnapshots:
+        case BalanceLine::kLeftOut:
             return BalanceRole::kOfWhich;
         case BalanceLine::kUsedBefore:
         case BalanceLine::kReserved:
@@ -127,6 +128,11 @@ std::vector<BalanceEntry> balanceOf(const SourceSpace& space, const std::optiona
     if (besides.snapshots > 0)
         lines.put(
             {.line = BalanceLine::kSnapshots, .unknown = Unknown::kNotTold, .folders = besides.snapshots});
+    if (besides.leftOutFolders > 0 || besides.leftOutFiles > 0)
+        lines.put({.line = BalanceLine::kLeftOut,
+                   .unknown = Unknown::kNotTold,
+                   .folders = besides.leftOutFolders,
+                   .files = besides.leftOutFiles});
     if (space.before) lines.add(BalanceLine::kUsedBefore, space.before->used);
     if (space.after) lines.add(BalanceLine::kReserved, space.after->reserved);
     return lines.take();

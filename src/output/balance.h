@@ -31,6 +31,7 @@ enum class BalanceLine : std::uint8_t {
     kTrash,
     kNotRead,
     kSnapshots,
+    kLeftOut,
     kUsedBefore,
     kReserved,
 };
@@ -48,7 +49,8 @@ struct BalanceEntry {
     BalanceLine line = BalanceLine::kFound;
     std::int64_t bytes = 0;  ///< Only the rest may be negative; a figure that is subtracted is positive.
     Unknown unknown = Unknown::kNo;  ///< Why the figure is missing, or with kHeld why there may be more.
-    std::uint32_t folders = 0;       ///< Of kNotRead and kSnapshots, whose bytes nobody knows.
+    std::uint32_t folders = 0;       ///< Of kNotRead, kSnapshots and kLeftOut, whose bytes nobody knows.
+    std::uint32_t files = 0;         ///< Of kLeftOut.
     std::string program = {};        ///< Of kHeldBy, as the system has it, in any bytes.
     std::int64_t process = 0;        ///< Of kHeldBy; 0 if the kernel holds it, for a device.
 };
@@ -58,6 +60,7 @@ struct BalanceBesides {
     std::uint64_t trash = 0;      ///< Bytes on the disk.
     std::uint32_t notRead = 0;    ///< Folders.
     std::uint32_t snapshots = 0;  ///< Those that are left out since their origin is in the source.
+    std::uint32_t leftOutFolders = 0, leftOutFiles = 0;  ///< By rules.
 };
 
 enum class BalanceState : std::uint8_t {

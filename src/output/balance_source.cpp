@@ -27,9 +27,12 @@ std::uint32_t snapshotsLeftOut(const ScanContext& scan, Row source) {
 BalanceBesides besidesOf(const ScanContext& scan, Row source) {
     double trash = 0;
     for (const Row row : trashRows(scan, source)) trash += scan.tvwPL.number(row, kDisk);
+    const Unshown leftOut = scan.tvwPL.unshown(source);
     return {.trash = static_cast<std::uint64_t>(trash),
             .notRead = foldersNotRead(scan.tvwPL, source),
-            .snapshots = snapshotsLeftOut(scan, source)};
+            .snapshots = snapshotsLeftOut(scan, source),
+            .leftOutFolders = leftOut.folders,
+            .leftOutFiles = leftOut.files};
 }
 
 /// Notes whether the wait was given up, which the answer does not tell.

@@ -52,6 +52,8 @@ constexpr LineWords kLineWords[] = {
      TL(9900, "Ordner, die nicht oder nicht ganz gelesen wurden. Was darin liegt, steckt im Rest.")},
     {BalanceLine::kSnapshots, "snapshots", TL(9901, "davon Snapshots, nicht gezählt: %1"),
      TL(9897, "Was keine Zeile erklärt: Änderungen während des Einlesens, Unlesbares, Unbekanntes; auf btrfs auch Snapshots, Komprimierung, geteilte und überschriebene Bereiche.")},
+    {BalanceLine::kLeftOut, "left_out", TL(9928, "davon durch Regeln ausgelassen: %1 Ordner, %2 Dateien"),
+     TL(9929, "Was Regeln auslassen, wird nicht angesehen. Was es belegt, steckt im Rest.")},
     {BalanceLine::kUsedBefore, "used_before", TL(9886, "Belegt vor dem Einlesen"),
      TL(9898, "Vom Dateisystem am Anfang und am Ende des Einlesens erfragt. Ein Unterschied zeigt, dass währenddessen geschrieben wurde.")},
     {BalanceLine::kReserved, "reserved", TL(9887, "Für root reserviert"),
@@ -111,8 +113,10 @@ void appendLineJson(std::string& out, const BalanceEntry& entry) {
         appendJsonString(out, entry.program);
         out.append(",\"process\":").append(std::to_string(entry.process));
     }
-    if (entry.line == BalanceLine::kNotRead || entry.line == BalanceLine::kSnapshots)
+    if (entry.line == BalanceLine::kNotRead || entry.line == BalanceLine::kSnapshots ||
+        entry.line == BalanceLine::kLeftOut)
         out.append(",\"folders\":").append(std::to_string(entry.folders));
+    if (entry.line == BalanceLine::kLeftOut) out.append(",\"files\":").append(std::to_string(entry.files));
     out += '}';
 }
 
@@ -146,7 +150,9 @@ std::string captionOf(const BalanceWords& words, const BalanceEntry& entry) {
         return "    " + visible(entry.program) +
                (entry.process != 0 ? " (" + std::to_string(entry.process) + ")" : "");
     const RowText& caption = wordsOf(entry.line).caption;
-    return words.texts.TL(caption.id, caption.german, {formatCount(entry.folders, words.numbers)});
+    return words.texts.TL(
+        caption.id, caption.german,
+        {formatCount(entry.folders, words.numbers), formatCount(entry.files, words.numbers)});
 }
 
 std::string tipOf(const BalanceWords& words, BalanceLine line) {

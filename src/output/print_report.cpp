@@ -8,6 +8,7 @@
 #include "base/text.h"
 #include "grid/no_redraw.h"
 #include "robustness/trap.h"
+#include "scan/left_out.h"
 #include "scan/not_read.h"
 #include "scan/records.h"
 #include "views/list_columns.h"
@@ -185,7 +186,10 @@ void PrintForm::Report_print() {
             prepare(run);
         }
         if (!loaded) return;
-        const std::string title = scan_.texts.TL(3641, "Ordnerliste");
+        const Unshown leftOut = run.scope == kSelectedFolder
+                                    ? leftOutWith(scan_.tvwPL, scan_.tvwPL.selectedRows().front())
+                                    : leftOutOf(scan_.tvwPL);
+        const std::string title = titleWithLeftOut(scan_, scan_.texts.TL(3641, "Ordnerliste"), leftOut);
         const bool whole = !isIncomplete(scan_.tvwPL);
         PrintJob job = printedGrid(scan_, whole ? title : scan_.texts.TL(9815, "Unvollständig: %1", {title}),
                                    *run.grid, window_.grid(GridId::kReport).gridFont());

@@ -18,6 +18,7 @@
 #include "base/result.h"
 #include "platform/file_choice.h"
 #include "platform/folder_id.h"
+#include "platform/leave_out.h"
 #include "platform/subvolume.h"
 
 namespace hl {
@@ -36,13 +37,17 @@ inline constexpr std::uint32_t kEntered = 0x8000'0000;
 /// entry has the facts of what is mounted. The reader sets it only if the options ask for space.
 inline constexpr std::uint32_t kMountedFile = 0x4000'0000;
 
+/// A third one: a rule leaves the folder out (ReadOptions::leaveOut).
+inline constexpr std::uint32_t kLeftOutByRule = 0x2000'0000;
+
 /// The facts of one entry. "." and ".." are never entries.
 struct Entry {
     std::uint64_t size = 0;    ///< The apparent size in bytes; 0 for a folder.
     std::uint64_t inode = 0;   ///< 0 unless the options ask for links.
     std::uint32_t device = 0;  ///< The number of the disk, or 0 as for inode. Both together identify a file.
-    std::uint32_t links = 1;   ///< The number of the file's names.
-    std::uint32_t attributes = 0;  ///< AttributeBits (base/size_text.h), kEntered, kMountedFile.
+    std::uint32_t links = 1;   ///< The number of the file's names. With kLeftOutByRule, the rule's number.
+    std::uint32_t attributes = 0;  ///< AttributeBits (base/size_text.h), kEntered, kMountedFile,
+                                   ///< kLeftOutByRule.
     std::uint32_t tag = kTagNone;  ///< The tag of a symbolic link, wherever it leads. A mount point is
                                    ///< recognised by its block.
     std::uint32_t nameOffset = 0;
@@ -51,6 +56,7 @@ struct Entry {
                                      ///< behind the name.
 
     bool isEntered() const { return (attributes & kEntered) != 0; }
+    bool isLeftOutByRule() const { return (attributes & kLeftOutByRule) != 0; }
 };
 
 // The size counts, since millions of entries pass from the readers to the walk.
@@ -94,6 +100,11 @@ class Listing {
     /// The folder is a read-only snapshot that is not read now (ReadOptions::putOffSnapshots); this is its
     /// only block, and it is empty.
     bool putOff = false;
+    /// The folder is marked as a cache and is left out (LeaveOut::leavesCachesOut); this is its only block,
+    /// and it is empty.
+    bool isCache = false;
+    /// The number of files and links that rules have left out of this block; they are no entries.
+    std::uint32_t filesLeftOut = 0;
     /// Set in the first block of a subvolume's root, if the options ask for it.
     std::optional<Subvolume> subvolume;
     /// The identity of the source; set in its first block.
@@ -151,6 +162,9 @@ struct ReadOptions {
     SubvolumeId onlySubvolume = {};
     bool putOffSource = false;  ///< With putOffSnapshots: a source that is a snapshot is not read.
     bool wantFileNames = true;  ///< If false, the names of entries that are no folders may be empty.
+    /// Says what is left out below the source; null if nothing is. A link counts as a file there, wherever it
+    /// leads. A folder that is left out is an entry, but is not entered.
+    std::shared_ptr<const LeaveOut> leaveOut = {};
     /// If it is set, files are only those that it takes; links that are not followed are files then, wherever
     /// they lead, and are not asked where.
     std::shared_ptr<const FileChoice> choice = {};

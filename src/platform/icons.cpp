@@ -23,6 +23,7 @@ constexpr IconNames kIcons[] = {
     {kIconAccessError, "emblem-unreadable", "access-error"},
     {kIconIncomplete, nullptr, "incomplete"},
     {kIconSnapshot, nullptr, "snapshot"},
+    {kIconLeftOut, nullptr, "left-out"},
     {kIconNew, "document-new", "new"},
     {kIconStart, nullptr, "start"},
     {kIconStop, "process-stop", "stop"},

@@ -21,6 +21,7 @@ enum Icon : int {
     kIconAccessError = 69,
     kIconIncomplete = 70,
     kIconSnapshot = 71,
+    kIconLeftOut = 72,
     // Commands.
     kIconNew = 100,
     kIconStart,

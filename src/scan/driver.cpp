@@ -10,6 +10,7 @@
 #include "robustness/api_error_text.h"
 #include "robustness/trap.h"
 #include "scan/file_system_calls.h"
+#include "scan/left_out.h"
 #include "scan/list_handover.h"
 #include "scan/records.h"
 #include "scan/rollup.h"
@@ -66,6 +67,7 @@ void finishLists(ScanContext& scan, const std::string& source) {
     trimTopList(scan);
     scan.lvwTOP.sortLevels(0);
     scan.state.top.source = source;
+    scan.state.leaving.ofLists = scan.state.lastTotals.leftOut;
     scan.state.ListsIncomplete = scan.state.CancelState == kCancelStop;
     scan.lvwJunctions.sortLevels(0);
     sortHardlinks(scan.lvwHardlinks);
@@ -238,7 +240,10 @@ void Ordnerliste_Abarbeiten(ScanContext& scan) {
 
 Row QuelleEinlesen(ScanContext& scan, const std::string& source, int imageIndex, Row row) {
     guarded(scan.diagnostics, [&] {
-        if (row == kNoRow) row = addSourceRow(scan, source, imageIndex);
+        if (row == kNoRow) {
+            forgetReadAllTheSame(scan.state, rowTextOf(source));
+            row = addSourceRow(scan, source, imageIndex);
+        }
         const std::string folder = Report_GetFullpathOfNode(scan.tvwPL, row, true, scan.paths);
         resetForSource(scan);
         chooseStatistics(scan, row);

@@ -28,6 +28,10 @@ Row QuelleEinlesen(ScanContext& scan, const std::string& source, int imageIndex,
 /// lists of a scan from this folder alone.
 void Report_Rescan(ScanContext& scan);
 
+/// Reads a folder that a rule leaves out, and whatever lies below it, as Report_Rescan does. It stays so
+/// until its source is read anew.
+void Report_ReadAllTheSame(ScanContext& scan, Row row);
+
 /// Reads the folder of a row again and corrects the sums above by the difference. The caller has to update
 /// the shares above, the order of rows and the three lists.
 void Report_ReadAgain(ScanContext& scan, Row row);

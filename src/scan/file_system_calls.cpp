@@ -46,6 +46,14 @@ void tellOfWait(ScanContext& scan, std::string_view path) {
     scan.host.diskSilent(scan.texts.TL(9631, "Warten auf %1 ...", {visible(path)}));
 }
 
+void tellOfSilence(ScanContext& scan, const Error& disk, bool missing) {
+    if (missing) scan.host.notRead(disk.name, ApiErrorText(true, disk));
+    const std::string text = scan.texts.TL(
+        9632, "%1 antwortet nicht. Verknüpfungen dorthin gelten als Dateien.", {visible(disk.name)});
+    scan.log.LogProtokoll(text);
+    scan.host.diskSilent(text);
+}
+
 bool hasVanished(const ScanContext& scan, std::string_view path) {
     const auto facts = scan.fileSystem.look(ToLongPath(path, scan.paths));
     return !facts && isNotThere(facts.error());

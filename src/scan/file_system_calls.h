@@ -18,6 +18,9 @@ Result<> xExistFolder_W(ScanContext& scan, std::string_view path);
 bool isFolder(const ScanContext& scan, std::string_view path);
 /// Tells the user that the disk of `path` is waited for.
 void tellOfWait(ScanContext& scan, std::string_view path);
+/// Tells that a disk to which links lead does not answer. If links are followed (`missing`), what lies behind
+/// these is missing in the report; otherwise links are shown as files.
+void tellOfSilence(ScanContext& scan, const Error& disk, bool missing);
 
 /// Tells whether the path is gone, and not merely out of reach.
 bool hasVanished(const ScanContext& scan, std::string_view path);

@@ -10,6 +10,7 @@
 #include "base/size_text.h"
 #include "robustness/api_error_text.h"
 #include "scan/file_system_calls.h"
+#include "scan/left_out.h"
 #include "scan/yield.h"
 
 namespace hl {
@@ -74,6 +75,7 @@ class FindWalk {
         Subvolume is;
     };
 
+    std::string sourceOf(std::string_view folder) const;
     ReadOptions optionsFor(const SubvolumeId& only) const;
     void read(const std::string& folder, const SubvolumeId& only);
     bool isStopped() const { return scan_.state.CancelState != kCancelNone; }
@@ -87,6 +89,7 @@ class FindWalk {
     ScanContext& scan_;
     const FindOrder& order_;
     FindHost& host_;
+    std::string source_;  ///< Rules count from here. With a separator at the end.
     SubvolumesMet met_;
     std::deque<PutOff> putOff_;
     Yield yield_;
@@ -101,6 +104,7 @@ class FindWalk {
 
 // An origin may be met after its snapshot, so snapshots come last.
 FindEnd FindWalk::run(const std::string& folder) {
+    source_ = sourceOf(folder);
     read(folder, {});
     while (end_ == FindEnd::kDone && !putOff_.empty()) {
         const PutOff snapshot = std::move(putOff_.front());
@@ -108,6 +112,12 @@ FindEnd FindWalk::run(const std::string& folder) {
         if (met_.placeOf(snapshot.is.origin) == nullptr) read(snapshot.path, snapshot.is.id);
     }
     return end_;
+}
+
+std::string FindWalk::sourceOf(std::string_view folder) const {
+    for (std::uint32_t level = 0; level < order_.level; ++level)
+        folder = folder.substr(0, folder.substr(0, folder.size() - 1).rfind(scan_.paths.separator) + 1);
+    return std::string(folder);
 }
 
 ReadOptions FindWalk::optionsFor(const SubvolumeId& only) const {
@@ -127,7 +137,9 @@ ReadOptions FindWalk::optionsFor(const SubvolumeId& only) const {
 }
 
 void FindWalk::read(const std::string& folder, const SubvolumeId& only) {
-    reader_ = scan_.fileSystem.read(ToLongPath(folder, scan_.paths), optionsFor(only), &wait_);
+    ReadOptions options = optionsFor(only);
+    options.leaveOut = rulesOfFolder(scan_, source_, folder);
+    reader_ = scan_.fileSystem.read(ToLongPath(folder, scan_.paths), options, &wait_);
     path_ = folder;
     enter();
     while (!levels_.empty() && end_ == FindEnd::kDone) step();
@@ -157,6 +169,9 @@ void FindWalk::take(Level& level, std::unique_ptr<Listing> block) {
     level.block = std::move(block);
     level.next = 0;
     yield_.perEntry();  // A block of files that nobody wants has no entries.
+    Unshown& leftOut = scan_.state.leaving.ofSearch;
+    leftOut.files += level.block->filesLeftOut;
+    if (level.block->isCache) ++leftOut.folders;
     for (const Error& disk : level.block->silentMounts) host_.notRead(disk.name, ApiErrorText(true, disk));
     notRead(level, level.block->error);
     notRead(level, level.block->entryError);
@@ -177,6 +192,7 @@ void FindWalk::step() {
         const Entry& entry = level.block->entries[index];
         const std::string_view name = level.block->name(entry);
         if ((entry.attributes & kAttributeDirectory) != 0) {
+            if (entry.isLeftOutByRule()) ++scan_.state.leaving.ofSearch.folders;
             if (!entry.isEntered()) continue;
             path_.append(name).push_back(scan_.paths.separator);
             return enter();

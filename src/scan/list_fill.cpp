@@ -54,6 +54,7 @@ void fillList(ScanContext& scan, Grid& list, const std::string& source, ScanHost
     list.clear();
     ScanTotals totals;
     Report_ScanFolders(walk, source, report.addRow(kNoRow, source), totals);
+    state.leaving.ofLists = totals.leftOut;
     sortList(walk, list);
 }
 

@@ -1,6 +1,7 @@
 #include "scan/list_handover.h"
 
 #include <algorithm>
+#include <cstring>
 
 #include "scan/records.h"
 
@@ -43,6 +44,13 @@ void offerToTopList(ScanContext& scan, const FoundFile& file) {
 }
 
 }  // namespace
+
+std::string linkKey(const Entry& entry) {
+    std::string key(sizeof entry.device + sizeof entry.inode, '\0');
+    std::memcpy(key.data(), &entry.device, sizeof entry.device);
+    std::memcpy(key.data() + sizeof entry.device, &entry.inode, sizeof entry.inode);
+    return key;
+}
 
 void handOverFile(ScanContext& scan, const FoundFile& file) {
     if (scan.options.CreateListTOP == 1) offerToTopList(scan, file);

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
 #include <string_view>
 
 #include "scan/file_columns.h"
@@ -12,6 +13,10 @@ namespace hl {
 
 /// The list of the largest files may overrun the wanted length by this many rows before it is first cut.
 inline constexpr std::int32_t kTopTrimSlack = 100;
+
+/// Returns device and inode as bytes, by which the names of one file are known. It is short enough to
+/// allocate nothing.
+std::string linkKey(const Entry& entry);
 
 /// Adds the file to the largest files and to the hardlinks, if they are collected and it qualifies; its type
 /// is looked up here. A list of the largest files whose wanted length is 0 is empty when the scan is done.

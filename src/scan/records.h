@@ -18,6 +18,7 @@ enum RowPicture : int {
     kPictureAccessError = kIconAccessError,
     kPictureIncomplete = kIconIncomplete,
     kPictureSnapshot = kIconSnapshot,
+    kPictureLeftOut = kIconLeftOut,
 };
 
 /// A row of the folder report: a folder, or (with IsFolder 0) the one row that stands for all files directly

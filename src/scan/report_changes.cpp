@@ -11,6 +11,7 @@
 #include "base/size_text.h"
 #include "scan/driver.h"
 #include "scan/file_system_calls.h"
+#include "scan/left_out.h"
 #include "scan/not_read.h"
 #include "scan/records.h"
 #include "scan/rollup.h"
@@ -162,6 +163,7 @@ void ReportChanges::takeOut(Row row) {
         add(report, above, kFiles, -report.number(row, kFiles));
         add(report, above, kFolders, -report.number(row, kFolders) - 1);
         report.setMark(above, report.mark(above) - foldersNotRead(report, row));
+        changeLeftOut(report, above, leftOutWith(report, row), {});
     }
     const double newest = report.number(row, kNewest);
     report.setNumber(row, kNewest, 0);
@@ -211,12 +213,17 @@ void ReportChanges::folderRenamed(std::string_view from, std::string_view name) 
         report.setText(root, now);
         renameSource(scan_.state, was, now);
     }
+    std::vector<Row> renamed;
     forEachRowOf(from, [&](Row root, Row row) {
         if (row == root) return;
         report.setText(row, name);
         touched_.insert(report.parent(row));
+        renamed.push_back(row);
     });
     renameSubvolumes(scan_, from, to);
+    // Other rules may name it and what lies below it now.
+    for (const Row row : renamed)
+        if (leavesOut(scan_) && (isEntered(row) || isLeftOutByRule(report, row))) readAgain(row);
 }
 
 // Forgets the row and all below it, because their numbers will belong to other rows.
@@ -273,8 +280,8 @@ void ReportChanges::addFilesRow(Row row, const ScanTotals& files) {
     Report_UpdateNewest(report, made, 0);
 }
 
-// Tells whether a row's folder is read: a snapshot that is left out is not, nor are links and other mounts,
-// unless the user wants them followed.
+// Tells whether a row's folder is read: one that is left out is not, nor are links and other mounts, unless
+// the user wants them followed.
 bool ReportChanges::isEntered(Row row) const {
     const int picture = scan_.tvwPL.picture(row);
     const bool leadsElsewhere = picture == kPictureLink || picture == kPictureMountPoint;
@@ -302,7 +309,8 @@ bool ReportChanges::readFiles(Row row, const std::string& folder) {
                                                .wantLinks = once,
                                                .wantSpace = true,
                                                .wantOwners = started.has_value(),
-                                               .wantFileNames = started.has_value()},
+                                               .wantFileNames = started.has_value(),
+                                               .leaveOut = rulesOfRow(scan_, row).rules},
                                               &yield);
     ScanTotals files;
     FolderCells cells;
@@ -311,6 +319,7 @@ bool ReportChanges::readFiles(Row row, const std::string& folder) {
         const std::unique_ptr<Listing> block = reader->next();
         if (block == nullptr) return markIncomplete(row), true;
         if (block->error) return readAgain(row), true;
+        files.leftOut.files += block->filesLeftOut;
         for (std::size_t i = 0; i < block->count; ++i) {
             const Entry& entry = block->entries[i];
             yield.perEntry();
@@ -345,7 +354,9 @@ void ReportChanges::writeFiles(Row row, const ScanTotals& files) {
     const bool ownRow = hasFolders(report, row);
     const Row filesRow = ownRow ? filesRowBelow(report, row) : row;
     const ScanTotals before = filesRow == kNoRow ? ScanTotals() : totalsOf(report, filesRow);
+    const Unshown leftOutBefore{.files = ownFilesLeftOut(report, row)};
     for (Row above = row; above != kNoRow; above = report.parent(above)) {
+        changeLeftOut(report, above, leftOutBefore, files.leftOut);
         add(report, above, kSize, files.size.asDouble() - before.size.asDouble());
         add(report, above, kDisk, files.disk.asDouble() - before.disk.asDouble());
         add(report, above, kFiles, files.files - before.files);

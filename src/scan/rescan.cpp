@@ -7,6 +7,7 @@
 #include "robustness/trap.h"
 #include "scan/driver.h"
 #include "scan/file_system_calls.h"
+#include "scan/left_out.h"
 #include "scan/not_read.h"
 #include "scan/records.h"
 #include "scan/report_changes.h"
@@ -21,11 +22,13 @@ namespace {
 struct FolderNumbers {
     double size = 0, disk = 0, files = 0, folders = 0, newest = 0;
     std::uint32_t notRead = 0;
+    Unshown leftOut = {};
 };
 
 FolderNumbers numbersOf(const Grid& report, Row row) {
     return {report.number(row, kSize),    report.number(row, kDisk),   report.number(row, kFiles),
-            report.number(row, kFolders), report.number(row, kNewest), foldersNotRead(report, row)};
+            report.number(row, kFolders), report.number(row, kNewest), foldersNotRead(report, row),
+            leftOutWith(report, row)};
 }
 
 void addTo(Grid& report, Row row, double size, double files) {
@@ -64,6 +67,7 @@ void correctAbove(Grid& report, Row row, const FolderNumbers& before) {
         report.setNumber(above, kDisk, report.number(above, kDisk) - before.disk + now.disk);
         report.setNumber(above, kFolders, report.number(above, kFolders) - before.folders + now.folders);
         report.setMark(above, report.mark(above) - before.notRead + now.notRead);
+        changeLeftOut(report, above, before.leftOut, now.leftOut);
     });
     Report_UpdateNewest(report, row, before.newest);
 }
@@ -167,6 +171,15 @@ void Report_ReadAgain(ScanContext& scan, Row row) {
     scan.state.links.seen.Clear();
     Report_SetTotals(report, row, totals);
     correctAbove(report, row, before);
+}
+
+void Report_ReadAllTheSame(ScanContext& scan, Row row) {
+    guarded(scan.diagnostics, [&] {
+        if (scan.state.ScanActive || !isLeftOutByRule(scan.tvwPL, row)) return;
+        readAllTheSame(scan, row);
+        scan.tvwPL.setCurrentRow(row);
+        rescanCurrent(scan);
+    });
 }
 
 void Report_Rescan(ScanContext& scan) {

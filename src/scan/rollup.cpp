@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "robustness/trap.h"
+#include "scan/left_out.h"
 #include "scan/records.h"
 #include "scan/yield.h"
 
@@ -42,6 +43,7 @@ void Report_SetTotals(Grid& tvwPL, Row row, const ScanTotals& totals) {
     tvwPL.setNumber(row, kFolders, totals.folders);
     tvwPL.setNumber(row, kDisk, totals.disk.asDouble());
     tvwPL.setNumber(row, kNewest, static_cast<double>(totals.newest));
+    tvwPL.setUnshown(row, totals.leftOut);
 }
 
 // What is missing below the row is not known.
@@ -69,6 +71,8 @@ void addTotals(ScanTotals& sum, const ScanTotals& more) {
     sum.files = addCount(sum.files, more.files);
     sum.folders = addCount(sum.folders, more.folders);
     sum.errors = addCount(sum.errors, more.errors);
+    sum.leftOut.folders += more.leftOut.folders;
+    sum.leftOut.files += more.leftOut.files;
 }
 
 void Report_AddAbove(Grid& tvwPL, Row row, Row top, const ScanTotals& more) {
@@ -81,6 +85,7 @@ void Report_AddAbove(Grid& tvwPL, Row row, Row top, const ScanTotals& more) {
         add(kFiles, more.files);
         add(kFolders, more.folders);
         tvwPL.setNumber(row, kNewest, std::max(tvwPL.number(row, kNewest), static_cast<double>(more.newest)));
+        changeLeftOut(tvwPL, row, {}, more.leftOut);
     }
 }
 

@@ -8,14 +8,27 @@
 #include <set>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "base/collection.h"
 #include "base/size_value.h"
+#include "grid/grid.h"
 #include "platform/folder_id.h"
 #include "scan/source_space.h"
 #include "scan/subvolumes_met.h"
 
 namespace hl {
+
+/// What a scan leaves out, besides what the options say.
+struct Leaving {
+    Unshown ofSearch;                ///< What rules left out of searches; who tells it sets it back.
+    Unshown ofLists;                 ///< What rules left out when the three lists were filled.
+    std::vector<std::string> rules;  ///< Lines, as scan/rule_text.h reads them.
+    bool caches = false;             ///< Folders with a CACHEDIR.TAG.
+    /// The folders that are read although a rule leaves them out, by their paths below the source. Sources
+    /// are named by the text of their row, without a separator at the end.
+    std::map<std::string, std::set<std::string>, std::less<>> readAllTheSame;
+};
 
 /// What the walk of a folder found.
 struct ScanTotals {
@@ -25,6 +38,7 @@ struct ScanTotals {
     std::int32_t files = 0;
     std::int32_t folders = 0;
     std::int32_t errors = 0;
+    Unshown leftOut = {};  ///< What rules leave out.
 };
 
 /// The values of CancelState. Only kCancelStop stops the scan of folders.
@@ -106,6 +120,7 @@ struct ScanState {
     std::map<std::string, FolderId, std::less<>> sourceIds;
     SnapshotState snapshots;
     BalanceCount balance;
+    Leaving leaving;
 
     // The rest is set anew for each source.
     bool RowPicked = false;  ///< The user has picked a row, which stays the current one at the end.
@@ -128,6 +143,7 @@ inline void renameSource(ScanState& state, const std::string& from, const std::s
     rename(state.sourceIds);
     rename(state.snapshots.met);
     rename(state.balance.sources);
+    rename(state.leaving.readAllTheSame);
 }
 
 }  // namespace hl

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "base/text.h"
+#include "scan/left_out.h"
 #include "scan/not_read.h"
 #include "scan/records.h"
 #include "scan/report_changes.h"
@@ -50,7 +51,7 @@ bool othersMoved(const ScanContext& scan, Row root, std::string_view folder, con
 }  // namespace
 
 bool isLeftOut(const Grid& report, Row row) {
-    return report.picture(row) == kPictureSnapshot;
+    return report.picture(row) == kPictureSnapshot || isLeftOutByRule(report, row);
 }
 
 SnapshotReading::SnapshotReading(ScanContext& scan, Row row, std::string_view path)

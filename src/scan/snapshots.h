@@ -61,7 +61,7 @@ class SnapshotReading {
     std::deque<PutOff> putOff_;
 };
 
-/// Tells whether the row is that of a snapshot that is left out.
+/// Tells whether the row is that of a folder that is left out: a snapshot, or one that a rule names.
 bool isLeftOut(const Grid& report, Row row);
 
 /// A folder is gone from the source of `root`. Returns true if a snapshot has lost its origin, so that the

@@ -6,7 +6,6 @@
 #include "scan/walker.h"
 
 #include <algorithm>
-#include <cstring>
 #include <memory>
 #include <optional>
 #include <utility>
@@ -17,6 +16,7 @@
 #include "robustness/api_error_text.h"
 #include "robustness/trap.h"
 #include "scan/file_system_calls.h"
+#include "scan/left_out.h"
 #include "scan/list_handover.h"
 #include "scan/records.h"
 #include "scan/rollup.h"
@@ -28,20 +28,14 @@ namespace hl {
 
 namespace {
 
-// Returns device and inode as bytes, which is short enough to allocate nothing.
-std::string linkKey(const Entry& entry) {
-    std::string key(sizeof entry.device + sizeof entry.inode, '\0');
-    std::memcpy(key.data(), &entry.device, sizeof entry.device);
-    std::memcpy(key.data() + sizeof entry.device, &entry.inode, sizeof entry.inode);
-    return key;
-}
-
 class FolderWalk final : public ScanProgress {
   public:
-    /// The folder is read into `row`. `before` was found in the source already.
-    FolderWalk(ScanContext& scan, const std::string& path, Row row, SnapshotReading& snapshots,
-               const ScanTotals& before = {})
+    /// The folder is read into `row`; `rules`, which may be null, say what is left out below it. `before` was
+    /// found in the source already.
+    FolderWalk(ScanContext& scan, const std::string& path, Row row, std::shared_ptr<const Rules> rules,
+               SnapshotReading& snapshots, const ScanTotals& before = {})
         : scan_(scan),
+          rules_(std::move(rules)),
           snapshots_(snapshots),
           before_{before.files, before.folders, before.size.asDouble()},
           yield_(scan.state, scan.pump),
@@ -60,6 +54,7 @@ class FolderWalk final : public ScanProgress {
         if (scan.state.balance.current != nullptr)
             scan.state.balance.current->choose(options, options.levelsAbove == 0);
         options.wantTimes = options.wantFileNames = !scan.state.SilentRun;
+        options.leaveOut = rules_;
         snapshots.choose(options);
         statistics_.choose(options);
         reader_ = scan.fileSystem.read(ToLongPath(path, scan.paths), options, &wait_);
@@ -87,7 +82,6 @@ class FolderWalk final : public ScanProgress {
         WalkStatistics::Folder statistics;
     };
 
-    void tellOfSilence(const Error& disk);
     std::unique_ptr<Listing> nextListing();
     void enterSource(Row row);
     void step();
@@ -95,6 +89,7 @@ class FolderWalk final : public ScanProgress {
     void enter(Row row, std::unique_ptr<Listing> block, bool isReparse, std::string target);
     void folderEntry(const Entry& entry);
     void drainFolder(const Entry& entry);
+    void leaveOut(Row row, std::int32_t rule);
     Row addFolderRow(std::string_view name, std::uint32_t tag, std::string_view target);
     void fileEntry(Level& level, const Entry& entry);
     bool sizeCounts(const Entry& entry, std::int32_t links);
@@ -107,6 +102,7 @@ class FolderWalk final : public ScanProgress {
     void endByFault();
 
     ScanContext& scan_;
+    const std::shared_ptr<const Rules> rules_;
     SnapshotReading& snapshots_;
     const ScanCounts before_;
     Yield yield_;
@@ -148,21 +144,11 @@ ScanTotals FolderWalk::run(Row row) {
     return result_;
 }
 
-// If links are followed, what lies behind this one is missing in the report; otherwise links are shown as
-// files.
-void FolderWalk::tellOfSilence(const Error& disk) {
-    if (follow_) scan_.host.notRead(disk.name, ApiErrorText(true, disk));
-    const std::string text = scan_.texts.TL(
-        9632, "%1 antwortet nicht. Verknüpfungen dorthin gelten als Dateien.", {visible(disk.name)});
-    scan_.log.LogProtokoll(text);
-    scan_.host.diskSilent(text);
-}
-
 std::unique_ptr<Listing> FolderWalk::nextListing() {
     wait_.begins();
     std::unique_ptr<Listing> block = reader_->next();
     if (block == nullptr) return block;
-    for (const Error& disk : block->silentMounts) tellOfSilence(disk);
+    for (const Error& disk : block->silentMounts) tellOfSilence(scan_, disk, follow_);
     // If what is shown fails, the walk must not lose this block, which the reader has handed out.
     guarded(scan_.diagnostics, {.routine = "entriesCame"}, [&] { scan_.host.entriesCame(*this); });
     return block;
@@ -236,6 +222,7 @@ void FolderWalk::enter(Row row, std::unique_ptr<Listing> block, bool isReparse, 
 void FolderWalk::takeBlock(Level& level, std::unique_ptr<Listing> block) {
     level.block = std::move(block);
     level.next = 0;
+    level.files.leftOut.files += level.block->filesLeftOut;
     if (!level.error) level.error = level.block->entryError;
     if (level.block->endError) {
         const std::string reason = ApiErrorText(true, *level.block->endError);
@@ -304,7 +291,8 @@ void FolderWalk::folderEntry(const Entry& entry) {
             return leave(true);
         }
     }
-    const bool isRead = pending_ != nullptr && !pending_->leftOut;
+    const bool isCache = pending_ != nullptr && pending_->isCache;
+    const bool isRead = pending_ != nullptr && !pending_->leftOut && !isCache;
     const bool isMount = !isLink && pending_ != nullptr && pending_->kind == FolderKind::kMountRoot;
     const bool isReparse = isLink || isMount;
     const std::string leadsTo(isMount ? std::string_view(pending_->mountSource) : target);
@@ -313,9 +301,16 @@ void FolderWalk::folderEntry(const Entry& entry) {
 
     level.totals.folders = addCount(level.totals.folders, 1);
     const Row row = addFolderRow(name, isReparse ? lastTag_ : kTagNone, leadsTo);
+    if (isCache) leaveOut(row, LeaveOut::kCacheTag);
+    if (entry.isLeftOutByRule()) leaveOut(row, static_cast<std::int32_t>(entry.links));
     if (!isRead) return folderDone(row, isReparse, leadsTo);
     snapshots_.entered(*pending_, path_, row);
     enter(row, std::move(pending_), isReparse, leadsTo);
+}
+
+void FolderWalk::leaveOut(Row row, std::int32_t rule) {
+    ++levels_.back().totals.leftOut.folders;
+    Report_MarkLeftOut(scan_, row, *rules_, rule);
 }
 
 // Takes and drops the blocks below a level that has ended, because the reader returns them in its order.
@@ -433,10 +428,17 @@ void FolderWalk::addFilesRow(const Level& level) {
 
 void Report_ScanFolders(ScanContext& scan, const std::string& path, Row row, ScanTotals& totals) {
     SnapshotReading snapshots(scan, row, path);
-    totals = FolderWalk(scan, path, row, snapshots).run(row);
-    while (const auto putOff = snapshots.next())
-        snapshots.wasRead(
-            *putOff, FolderWalk(scan, putOff->path, putOff->row, snapshots, totals).run(putOff->row), totals);
+    const RowRules rules = rulesOfRow(scan, row);
+    if (Report_LeaveOut(scan, row, rules)) {
+        totals = {};
+        return snapshots.finish();
+    }
+    totals = FolderWalk(scan, path, row, rules.rules, snapshots).run(row);
+    while (const auto putOff = snapshots.next()) {
+        FolderWalk walk(scan, putOff->path, putOff->row, rulesOfRow(scan, putOff->row).rules, snapshots,
+                        totals);
+        snapshots.wasRead(*putOff, walk.run(putOff->row), totals);
+    }
     snapshots.finish();
 }
 

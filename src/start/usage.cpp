@@ -46,6 +46,9 @@ std::string usageText(const Texts& texts) {
     text +=
         optionLine("--find=" + filter,
                    texts.TL(9965, "Dateien, auf die der Filter passt (size>1G age>1y name=*.iso): csv, nul"));
+    text += optionLine("--exclude=R", texts.TL(9937, "Auslassen, was die Regel R nennt (wie in .gitignore)"));
+    text += optionLine("--exclude-from=F", texts.TL(9938, "Auslassen, was die Regeln der Datei F nennen"));
+    text += optionLine("--exclude-caches", texts.TL(9939, "Ordner auslassen, die ein CACHEDIR.TAG haben"));
     text += optionLine(file, formatByNameHelp(texts));
     text += optionLine("--", texts.TL(9009, "Danach folgen nur noch Namen, auch solche mit - am Anfang"));
     text += optionLine("-h, --help", texts.TL(9010, "Diese Hilfe"));
@@ -82,6 +85,8 @@ std::string problemText(const Texts& texts, const JoinedLine& line) {
         case LineProblem::kNotWithFind:
             return texts.TL(9966, "%1 steht zweimal da oder passt nicht zu --find.",
                             {visible(line.badArgument)});
+        case LineProblem::kNoValue:
+            return texts.TL(9936, "Zu %1 gehört eine Regel oder der Name einer Datei.", {line.badArgument});
         case LineProblem::kNotTogether:
             return texts.TL(9872, "%1 steht zweimal da oder passt nicht zu --balance.",
                             {visible(line.badArgument)});

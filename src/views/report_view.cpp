@@ -8,6 +8,7 @@
 #include "grid/no_redraw.h"
 #include "robustness/trap.h"
 #include "scan/driver.h"
+#include "scan/left_out.h"
 #include "scan/records.h"
 #include "scan/report_changes.h"
 #include "scan/rollup.h"
@@ -395,6 +396,7 @@ void ReportView::DblClick() {
     guarded(scan_.diagnostics, {.routine = "tvwPL_DblClick"}, [&] {
         if (grid_.rowCount() == 0 || grid_.selectedCount() == 0 || scan_.state.ScanActive) return;
         const Row row = grid_.selectedRows().front();
+        if (isLeftOutByRule(grid_, row)) return Report_ReadAllTheSame(scan_, row);
         grid_.setExpanded(row, !grid_.expanded(row));
         expandedByUser(row);
     });

@@ -74,7 +74,9 @@ class ChangesTest : public test::FilesTest {
 TEST_F(ChangesTest, AfterAnyChangeEveryFigureIsThatOfAFreshScan) {
     const char* seed = std::getenv("CHANGES_SEED");
     if (seed != nullptr) random_.seed(static_cast<unsigned>(std::atoi(seed)));
-    for (const char* set : {"", "AddHardlinksOnlyOnce=1\r\n", "ReckonOnDisk=1\r\nScanHardlinks=1\r\n"}) {
+    for (const char* set : {"", "AddHardlinksOnlyOnce=1\r\n", "ReckonOnDisk=1\r\nScanHardlinks=1\r\n",
+                            "Exclude0=g1*/\r\nExclude1=link?\r\nExclude2=/f2/"
+                            "g2\r\nExclude3=new1\r\nExclude4=/f3/**/hole\r\n"}) {
         makeTree();
         options(set);
         start();

@@ -88,9 +88,11 @@ struct FilesTest : ListsTest {
         Names all;
         const Grid& report = s.grid();
         for (Row row = report.firstRoot(); row != kNoRow; row = report.tree().following(row))
-            all.push_back(Report_GetFullpathOfNode(report, row, false, kPosixPaths) + " " +
-                          std::to_string(report.picture(row)) + std::string(report.rowNote(row)) + " " +
-                          std::to_string(report.mark(row)) + cellsOf(report, row) + statisticsOf(s, row));
+            all.push_back(
+                Report_GetFullpathOfNode(report, row, false, kPosixPaths) + " " +
+                std::to_string(report.picture(row)) + std::string(report.rowNote(row)) + " " +
+                std::to_string(report.mark(row)) + " " + std::to_string(report.unshown(row).folders) + "+" +
+                std::to_string(report.unshown(row).files) + cellsOf(report, row) + statisticsOf(s, row));
         std::sort(all.begin(), all.end());
         return all;
     }

@@ -31,7 +31,7 @@ TEST(Icons, EachNumberHasADrawingOfItsOwn) {
                                 hl::kIconDriveDisc,      hl::kIconDriveOther,  hl::kIconSource,
                                 hl::kIconFolder,         hl::kIconLink,        hl::kIconFilesRow,
                                 hl::kIconMountPoint,     hl::kIconAccessError, hl::kIconIncomplete,
-                                hl::kIconSnapshot};
+                                hl::kIconSnapshot,       hl::kIconLeftOut};
     for (int command = hl::kIconNew; command <= hl::kIconLast; ++command) numbers.push_back(command);
     std::set<std::string> used;
     for (const int number : numbers) {

@@ -104,15 +104,29 @@ std::uint64_t BlockReader::folderInode() const {
     return length_ > 0 && std::strcmp(record->name, ".") == 0 ? record->inode : 0;
 }
 
+// The tag may stand behind the records that were read; then the folder is asked for it by name.
+bool BlockReader::isMarkedAsCache(int folder, bool more) {
+    constexpr const char* kTag = "CACHEDIR.TAG";
+    constexpr std::string_view kSignature = "Signature: 8a477f597d28d172789f06886806bc55";
+    bool maybe = more;
+    for (std::size_t at = 0; at < length_ && !maybe;) {
+        const auto* record = folderRecord(records_.get(), at);
+        at += record->length;
+        maybe = std::strcmp(record->name, kTag) == 0;
+    }
+    if (!maybe) return false;
+    std::array<char, kSignature.size()> begins = {};
+    const long got = calls_.beginning(folder, kTag, begins.data(), begins.size());
+    countAnswer();
+    return got == static_cast<long>(begins.size()) &&
+           std::string_view(begins.data(), begins.size()) == kSignature;
+}
+
 // The hot loop of a scan: for each entry that is no folder one statx relative to the open folder, and nothing
-// else that enters the kernel. The type in the record saves the statx for folders.
-std::shared_ptr<const Block> BlockReader::build(int folder, const LinkLook::GoOn& goOn, bool linkSpace) {
-    linkSpace_ = linkSpace && wantsDetails();
-    entries_.clear();
-    details_.clear();
-    entered_.clear();
-    names_.clear();
-    entryError_ = 0;
+// else that enters the kernel. The type in the record saves the statx for folders. Where there are rules,
+// they are asked before a file is looked at; without any, nothing here knows of them.
+template <bool kRuled>
+void BlockReader::takeRecords(int folder, const LinkLook::GoOn& goOn, const LeaveOut::Place* rulesPlace) {
     LinkLook::Place place{folder};
     const bool asksLinks = options_.choice == nullptr || options_.followLinks;
     for (std::size_t at = 0; at < length_;) {
@@ -120,6 +134,8 @@ std::shared_ptr<const Block> BlockReader::build(int folder, const LinkLook::GoOn
         at += record->length;
         if (isDots(record->name)) continue;
         const std::size_t length = std::strlen(record->name);
+        if constexpr (kRuled)
+            if (isLeftOut(folder, record->type, {record->name, length}, rulesPlace)) continue;
         if (record->type == DT_DIR) {
             addFolder({record->name, length}, 0, kTagNone);
         } else if (record->type == DT_LNK && asksLinks) {
@@ -129,6 +145,44 @@ std::shared_ptr<const Block> BlockReader::build(int folder, const LinkLook::GoOn
         } else {
             addOther(folder, record->name, length);
         }
+    }
+}
+
+// A folder that is left out becomes an entry here; a file or link is counted.
+bool BlockReader::isLeftOut(int folder, std::uint8_t type, std::string_view name,
+                            const LeaveOut::Place* place) {
+    bool isFolder = type == DT_DIR;
+    if (type == DT_UNKNOWN) {  // The file system gives no types with names.
+        struct statx facts;
+        isFolder = calls_.look(folder, name.data(), false, STATX_TYPE, facts) == 0 && S_ISDIR(facts.stx_mode);
+        countAnswer();
+    }
+    const std::int32_t rule = options_.leaveOut->ruleFor(place, name, isFolder);
+    if (rule == LeaveOut::kNone) return false;
+    if (!isFolder) return ++filesLeftOut_, true;
+    Entry entry;
+    entry.attributes = kAttributeDirectory | hiddenBit(name) | kLeftOutByRule;
+    entry.links = static_cast<std::uint32_t>(rule);
+    entry.nameLength = static_cast<std::uint16_t>(name.size());
+    entry.nameOffset = keepName(name);
+    entries_.push_back(entry);
+    if (wantsDetails()) details_.emplace_back();
+    return true;
+}
+
+std::shared_ptr<const Block> BlockReader::build(int folder, const LinkLook::GoOn& goOn, bool linkSpace,
+                                                const LeaveOut::Place* place) {
+    linkSpace_ = linkSpace && wantsDetails();
+    entries_.clear();
+    details_.clear();
+    entered_.clear();
+    names_.clear();
+    entryError_ = 0;
+    filesLeftOut_ = 0;
+    if (options_.leaveOut == nullptr) {
+        takeRecords<false>(folder, goOn, nullptr);
+    } else {
+        takeRecords<true>(folder, goOn, place);
     }
     return pack();
 }
@@ -246,6 +300,7 @@ std::shared_ptr<const Block> BlockReader::pack() {
     block->memory = std::make_unique_for_overwrite<char[]>(bytes);
     block->bytes = bytes + sizeof(Block);
     block->entryError = entryError_;
+    block->filesLeftOut = filesLeftOut_;
     char* place = block->memory.get();
     block->entries = copyTo(place, entries_);
     block->details = copyTo(place, details_);

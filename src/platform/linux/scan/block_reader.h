@@ -28,6 +28,7 @@ struct Block {
     std::span<const EntryDetails> details;
     std::span<const std::uint32_t> entered;  ///< The indexes of the entries that are entered.
     const char* names = nullptr;             ///< Each name ends in a NUL.
+    std::uint32_t filesLeftOut = 0;          ///< By rules.
     int entryError = 0;  ///< The system error code for the first entry that could not be looked at.
 };
 
@@ -55,8 +56,13 @@ class BlockReader {
     /// Returns the block of the records of the last fill(), without entries that are gone by now. REQUIRES:
     /// fill() was called, and `folder` is open on the same folder. `goOn` is called while it waits for a disk
     /// to which a link leads (link_look.h).
-    /// With `linkSpace`, links to folders are looked at too.
-    std::shared_ptr<const Block> build(int folder, const LinkLook::GoOn& goOn, bool linkSpace = false);
+    /// With `linkSpace`, links to folders are looked at too. `place` is the folder's place for the rules of
+    /// the options; without any it may be null.
+    std::shared_ptr<const Block> build(int folder, const LinkLook::GoOn& goOn, bool linkSpace = false,
+                                       const LeaveOut::Place* place = nullptr);
+    /// Tells whether the open folder holds a file CACHEDIR.TAG that marks it as a cache. `more` says that the
+    /// folder has entries which the last fill() did not read. One call for each folder that may have one.
+    bool isMarkedAsCache(int folder, bool more);
 
     /// Returns how many answers the disk has given so far: names, and looks at entries. From any thread.
     std::uint32_t answers() const { return answers_.load(std::memory_order_relaxed); }
@@ -65,6 +71,9 @@ class BlockReader {
     void countAnswer() { answers_.store(answers() + 1, std::memory_order_relaxed); }
     bool wantsDetails() const { return options_.wantTimes || options_.wantSpace || options_.wantOwners; }
     bool enters(std::uint32_t tag) const;
+    template <bool kRuled>
+    void takeRecords(int folder, const LinkLook::GoOn& goOn, const LeaveOut::Place* place);
+    bool isLeftOut(int folder, std::uint8_t type, std::string_view name, const LeaveOut::Place* place);
     void addFolder(std::string_view name, std::uint32_t attributes, std::uint32_t tag);
     void addLink(LinkLook::Place& place, const char* name, std::size_t length, const LinkLook::GoOn& goOn);
     void addOther(int folder, const char* name, std::size_t length);
@@ -87,6 +96,7 @@ class BlockReader {
     std::vector<EntryDetails> details_;
     std::vector<std::uint32_t> entered_;
     std::string names_;
+    std::uint32_t filesLeftOut_ = 0;
     int entryError_ = 0;
 };
 

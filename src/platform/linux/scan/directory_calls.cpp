@@ -116,6 +116,19 @@ long DirectoryCalls::readLink(int folder, const char* name, char* buffer, std::s
     return got < 0 ? -errno : got;
 }
 
+// What is no file is not opened: that may wait, or do something.
+long DirectoryCalls::beginning(int folder, const char* name, char* buffer, std::size_t bytes) {
+    struct statx facts;
+    if (const int looked = look(folder, name, false, STATX_TYPE, facts); looked < 0) return looked;
+    if (!S_ISREG(facts.stx_mode)) return -EINVAL;
+    const int file = resultOf(::openat(folder, name, O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
+    if (file < 0) return file;
+    const ssize_t got = ::pread(file, buffer, bytes, 0);
+    const long result = got < 0 ? -errno : got;
+    ::close(file);
+    return result;
+}
+
 // An error that the path itself has here, it has in every call.
 int DirectoryCalls::leadsToFolderHere(int folder, const char* name) {
     if (!openat2Works.load(std::memory_order_relaxed)) return -EXDEV;

@@ -34,6 +34,9 @@ class DirectoryCalls {
     /// Returns the path of the open folder, by names that are no links; empty if it is too long for the
     /// system. No file system is asked.
     std::string pathOf(int folder);
+    /// Reads the first bytes of a regular file of the open folder; a link is not followed. Returns how many
+    /// were read.
+    virtual long beginning(int folder, const char* name, char* buffer, std::size_t bytes);
     virtual long readLink(int folder, const char* name, char* buffer, std::size_t bytes);
     /// Tells whether `name` leads to a folder, links followed, if nothing on the way leaves the mount of the
     /// open folder: 1 or 0. Otherwise, and where the system cannot tell, it is -EXDEV.

@@ -19,6 +19,7 @@
 #include <utility>
 #include <vector>
 
+#include "platform/leave_out.h"
 #include "platform/linux/scan/directory_calls.h"
 
 namespace hl {
@@ -44,6 +45,8 @@ class Folder {
     bool throughLink() const { return parent_ != nullptr && linksAbove_ != parent_->linksAbove_; }
     /// Where reading continues if the folder was closed in the middle of its entries.
     std::int64_t cookie = 0;
+    /// Its place for the rules of what is left out; whoever reads its first block sets it.
+    LeaveOut::PlacePtr rulesPlace;
     /// Calls on it may hang. At first this is the value of the folder above.
     bool canHang = false;
 

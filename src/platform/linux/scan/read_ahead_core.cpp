@@ -94,7 +94,9 @@ void ReadAheadCore::build(ReadItem* item, Reader& reader, int descriptor, Lock& 
     const std::uint64_t waits = pace_.judges() ? calls_->timesWaited() : 0;
     const BlockReader::Fill fill = reader.blocks.fill(descriptor);
     (first && fill.nothing ? item->error : item->endError) = fill.error;
-    const bool isRead = !first || learnSubvolume(item, reader, descriptor);
+    const bool isRead = !first || (learnSubvolume(item, reader, descriptor) &&
+                                   !learnCache(item, reader, descriptor, fill.more));
+    if (first) learnPlace(item);
     if (!isRead) reader.blocks.dropRecords();
     if (fill.more && isRead) {
         lock.lock();
@@ -104,7 +106,8 @@ void ReadAheadCore::build(ReadItem* item, Reader& reader, int descriptor, Lock& 
     const bool ownBlocks = opener_.wantsOwnBlocks();
     if (first && ownBlocks && isRead) item->found.ownBlocks = reader.blocks.ownBlocks(descriptor);
     item->block = reader.blocks.build(
-        descriptor, [this, &reader] { return goOnReading(reader); }, ownBlocks);
+        descriptor, [this, &reader] { return goOnReading(reader); }, ownBlocks,
+        item->folder->rulesPlace.get());
     const bool tookLong = Clock::now() - start > kQuickBlock + kQuickEntry * item->block->entries.size();
     // A long time alone may be due to other programs.
     const bool waited = pace_.judges() && tookLong && calls_->timesWaited() != waits;
@@ -129,6 +132,24 @@ bool ReadAheadCore::learnSubvolume(ReadItem* item, Reader& reader, int descripto
     item->found.putOff = options.putOffSnapshots && found.readOnly && found.isSnapshot() &&
                          !item->folder->throughLink() && (!isSource || options.putOffSource);
     return item->error == 0 && !item->found.putOff;
+}
+
+// Nobody else uses the place before the folder's first block is done or its rest is offered.
+void ReadAheadCore::learnPlace(const ReadItem* item) const {
+    const LeaveOut* rules = opener_.options().leaveOut.get();
+    if (rules == nullptr) return;
+    Folder* folder = item->folder;
+    folder->rulesPlace = folder->parent() == nullptr
+                             ? rules->start()
+                             : rules->below(folder->parent()->rulesPlace, folder->name());
+}
+
+// Returns true if the folder is left out as a cache. The source never is.
+bool ReadAheadCore::learnCache(ReadItem* item, Reader& reader, int descriptor, bool more) {
+    const LeaveOut* rules = opener_.options().leaveOut.get();
+    item->found.isCache = rules != nullptr && rules->leavesCachesOut() && item->folder->parent() != nullptr &&
+                          reader.blocks.isMarkedAsCache(descriptor, more);
+    return item->found.isCache;
 }
 
 // Lets another reader read the next records of a long folder while this one looks at the entries it has.

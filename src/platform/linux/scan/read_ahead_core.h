@@ -64,6 +64,8 @@ class ReadAheadCore : public std::enable_shared_from_this<ReadAheadCore> {
     bool readLocked(ReadItem* item, Reader& reader, Lock& lock);
     void build(ReadItem* item, Reader& reader, int descriptor, Lock& lock);
     bool learnSubvolume(ReadItem* item, Reader& reader, int descriptor);
+    void learnPlace(const ReadItem* item) const;
+    bool learnCache(ReadItem* item, Reader& reader, int descriptor, bool more);
     void offerRest(ReadItem* item, const BlockReader::Fill& fill);
     void finish(ReadItem* item);
 

@@ -20,6 +20,7 @@ class BlockListing final : public Listing {
         kind = item.folderKind;
         leftOut = item.leftOut;
         putOff = item.found.putOff;
+        isCache = item.found.isCache;
         subvolume = item.found.subvolume;
         mountSource = std::move(item.found.mountSource);
         source = item.found.source;
@@ -30,6 +31,7 @@ class BlockListing final : public Listing {
         count = block_->entries.size();
         details = block_->details.empty() ? nullptr : block_->details.data();
         names = block_->names;
+        filesLeftOut = block_->filesLeftOut;
     }
 
   private:

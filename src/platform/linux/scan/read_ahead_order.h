@@ -19,7 +19,8 @@ namespace hl {
 
 /// What opening a folder, and reading its first block, told of the folder itself.
 struct FolderFinding {
-    bool putOff = false;  ///< It is a snapshot that is not read now.
+    bool putOff = false;   ///< It is a snapshot that is not read now.
+    bool isCache = false;  ///< It is marked as a cache, which is left out.
     std::string mountSource;
     std::optional<Subvolume> subvolume;
     std::optional<std::uint64_t> ownBlocks;

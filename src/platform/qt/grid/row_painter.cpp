@@ -9,6 +9,7 @@
 
 #include "base/scope_exit.h"
 #include "base/text.h"
+#include "platform/icons.h"
 #include "platform/percent_bar.h"
 #include "platform/qt/grid/grid_colors.h"
 
@@ -256,7 +257,8 @@ void RowPainter::paintTexts(QPainter& painter, Row row, const QRect& space, cons
     if (space.width() <= 0) return;
     // The end of a name or a path says more than its middle.
     const QString text = metrics_.elidedText(cellText(row, 0), Qt::ElideMiddle, space.width());
-    painter.setPen(colors.text);
+    const bool leftOut = sources_.grid.picture(row) == kIconLeftOut;
+    painter.setPen(leftOut ? dimmedOn(colors.ground, colors.text) : colors.text);
     painter.drawText(space, Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine, text);
     const QString more = note(row);
     if (more.isEmpty()) return;
