@@ -6,11 +6,12 @@
 #include <limits>
 #include <utility>
 
+#include "scan/find_terms.h"
+
 namespace hl {
 
 namespace {
 
-constexpr std::string_view kBlanks = " \t\r\n";
 constexpr std::int64_t kLargest = std::numeric_limits<std::int64_t>::max();
 
 char lowered(char c) {
@@ -154,23 +155,17 @@ bool NamePattern::matches(std::string_view name) const {
 
 // --- reading
 
-/// Takes one term after the other from the front of the text.
+/// Reads one term after the other.
 class FilterReading {
   public:
-    FilterReading(std::string_view text, const FindFilter::OwnerNumber& ownerNumber)
-        : rest_(text), ownerNumber_(ownerNumber) {}
+    explicit FilterReading(const FindFilter::OwnerNumber& ownerNumber) : ownerNumber_(ownerNumber) {}
 
-    std::variant<FindFilter, FilterProblem> run() {
+    std::variant<FindFilter, FilterProblem> run(std::string_view text) {
         FindFilter filter;
-        while (skipBlanks()) {
-            const std::string_view before = rest_;
+        for (const std::string& written : filterTerms(text)) {
+            rest_ = written;
             FindFilter::Term term;
-            const auto problem = readTerm(term);
-            // A quote that is open runs to the end.
-            if (problem) {
-                const std::string_view read = before.substr(0, before.size() - rest_.size());
-                return FilterProblem{*problem, std::string(read)};
-            }
+            if (const auto problem = readTerm(term)) return FilterProblem{*problem, written};
             filter.terms_.push_back(std::move(term));
         }
         return filter;
@@ -178,11 +173,6 @@ class FilterReading {
 
   private:
     using Problem = std::optional<FilterProblemKind>;
-
-    bool skipBlanks() {
-        rest_.remove_prefix(std::min(rest_.find_first_not_of(kBlanks), rest_.size()));
-        return !rest_.empty();
-    }
 
     bool take(std::string_view text) {
         if (!rest_.starts_with(text)) return false;
@@ -199,7 +189,7 @@ class FilterReading {
     Problem readTerm(FindFilter::Term& term) {
         term.negated = take("!");
         const std::string_view start = rest_;
-        const std::string_view field = takeUntil(" \t\r\n=!<>\"");
+        const std::string_view field = takeUntil("=!<>\"");
         const auto known = std::ranges::find(kFields, field, &FieldName::name);
         const std::string_view sign = readOperator();
         if (sign.empty()) {
@@ -229,26 +219,10 @@ class FilterReading {
         return {};
     }
 
-    /// Reads a value or a word, in quotes or up to a blank.
-    Problem readText(std::string& text) {
-        if (!take("\"")) {
-            text = takeUntil(kBlanks);
-            return std::nullopt;
-        }
-        for (;;) {
-            text += takeUntil("\"\\");
-            if (rest_.empty()) return FilterProblemKind::kQuoteIsOpen;
-            if (take("\"")) break;
-            rest_.remove_prefix(1);
-            if (!rest_.starts_with('"') && !rest_.starts_with('\\')) {
-                text += '\\';
-                continue;
-            }
-            text += rest_.front();
-            rest_.remove_prefix(1);
-        }
-        const bool ends = rest_.empty() || kBlanks.find(rest_.front()) != std::string_view::npos;
-        return ends ? Problem() : FilterProblemKind::kQuoteIsOpen;
+    /// Reads a value or a word, which is the rest of the term.
+    Problem readText(std::string& text) const {
+        text = termValue(rest_);
+        return quoteCloses(rest_) ? Problem() : FilterProblemKind::kQuoteIsOpen;
     }
 
     static Problem setOperator(FindFilter::Term& term, std::string_view sign) {
@@ -320,7 +294,7 @@ class FilterReading {
 
 std::variant<FindFilter, FilterProblem> FindFilter::read(std::string_view text,
                                                          const OwnerNumber& ownerNumber) {
-    return FilterReading(text, ownerNumber).run();
+    return FilterReading(ownerNumber).run(text);
 }
 
 // --- asking

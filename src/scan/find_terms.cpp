@@ -10,6 +10,17 @@ bool isTermBlank(char c) {
     return kTermBlanks.find(c) != std::string_view::npos;
 }
 
+// Returns where the text ends, behind the quote that closes it, or npos if none does.
+std::size_t readQuoted(std::string_view written, std::string& value) {
+    for (std::size_t at = 1; at < written.size(); ++at) {
+        if (written[at] == '"') return at + 1;
+        const bool escapes = written[at] == '\\' && at + 1 < written.size() &&
+                             (written[at + 1] == '"' || written[at + 1] == '\\');
+        value += escapes ? written[++at] : written[at];
+    }
+    return std::string_view::npos;
+}
+
 }  // namespace
 
 std::vector<std::string> filterTerms(std::string_view filter) {
@@ -40,12 +51,13 @@ std::vector<std::string> filterTerms(std::string_view filter) {
 std::string termValue(std::string_view written) {
     if (!written.starts_with('"')) return std::string(written);
     std::string value;
-    for (std::size_t at = 1; at < written.size() && written[at] != '"'; ++at) {
-        const bool escapes = written[at] == '\\' && at + 1 < written.size() &&
-                             (written[at + 1] == '"' || written[at + 1] == '\\');
-        value += escapes ? written[++at] : written[at];
-    }
+    readQuoted(written, value);
     return value;
+}
+
+bool quoteCloses(std::string_view written) {
+    std::string value;
+    return !written.starts_with('"') || readQuoted(written, value) == written.size();
 }
 
 std::string quotedValue(std::string_view value) {

@@ -96,6 +96,7 @@ void MapView::paint(const MapPixels& pixels, const MapLooks& looks) {
         MapPart whole{top, kMapFolder, top == kNoRow ? 0 : sizeOf(top)};
         for (Row row = grid_.firstRoot(); top == kNoRow && row != kNoRow; row = grid_.nextSibling(row))
             whole.size += sizeOf(row);
+        whole_ = whole.size;
         tiles_.clear();
         if (whole.size > 0)
             tiles_ = layOutMap(*this, whole, std::min(pixels.width, kLargestMapSide),
@@ -225,15 +226,15 @@ void MapView::stepped(MapStep step) {
 // --- texts
 
 std::string MapView::textOf(const MapTile& tile) const {
-    const double all = tiles_.empty() || tiles_[0].row == kNoRow ? 0 : sizeOf(tiles_[0].row);
     std::string path = tile.row == kNoRow ? std::string() : visible(pathOf(tile.row));
     if (tile.file == kMapRest) {
         return scan_.texts.TL(9771, "Dateien und kleinere Ordner in '%1'", {path});
     }
     const auto bytes = static_cast<std::uint64_t>(sizeOf(tile.row));
     std::string size = FormatSizeAuto(SizeValue::fromBytes(bytes), true, scan_.numbers);
-    if (all > 0)
-        size += " (" + formatNumber(static_cast<double>(bytes) * 100 / all, {.decimals = 2}, scan_.numbers) +
+    if (whole_ > 0)
+        size += " (" +
+                formatNumber(static_cast<double>(bytes) * 100 / whole_, {.decimals = 2}, scan_.numbers) +
                 " %)";
     return path + "\n" + size;
 }

@@ -67,6 +67,7 @@ class MapView final : public MapEvents, private MapSource {
     Row top_ = kNoRow;
     std::string topPath_;
     std::vector<MapTile> tiles_;  ///< As they were painted last.
+    double whole_ = 0;            ///< The size of what they show.
     int lineHeight_ = 0;
 };
 

@@ -103,6 +103,15 @@ std::ostream& operator<<(std::ostream& out, const Disk& disk) {
     return out << disk.kind << " " << disk.options;
 }
 
+/// Lets the program write the balance of a folder; it must end well.
+void readBalance(const std::string& folder, std::string& json) {
+    const Program program;
+    const std::string file = program.home("balance.json");
+    const Ended ended = program.run({"-s", "--balance", file, folder});
+    ASSERT_EQ(ended.status, 0) << ended.errors;
+    json = contentOf(file);
+}
+
 class BalanceOn : public testing::TestWithParam<Disk> {};
 
 TEST_P(BalanceOn, LeavesHardlyAnythingUnexplained) {
@@ -120,11 +129,9 @@ TEST_P(BalanceOn, LeavesHardlyAnythingUnexplained) {
         const Mounted cover("none", image.path() + "/covered", "tmpfs");
         ASSERT_TRUE(cover.done());
         image.sync();
-        const Program program;
-        const std::string file = program.home("balance.json");
-        const Ended ended = program.run({"-s", "--balance", file, image.path()});
-        ASSERT_EQ(ended.status, 0) << ended.errors;
-        const std::string json = contentOf(file);
+        std::string json;
+        readBalance(image.path(), json);
+        ASSERT_NE(json, "");
         struct statvfs now {};
         must(::statvfs(image.path().c_str(), &now));
         const auto used = static_cast<double>((now.f_blocks - now.f_bfree) * now.f_frsize);
@@ -151,11 +158,9 @@ TEST(BalanceOfLoops, ADeletedFileThatALoopDeviceHoldsIsCounted) {
     const auto blocks = static_cast<std::int64_t>(factsOf(held).st_blocks);
     must(::unlink(held.c_str()));
     image.sync();
-    const Program program;
-    const std::string file = program.home("balance.json");
-    const Ended ended = program.run({"-s", "--balance", file, image.path()});
-    ASSERT_EQ(ended.status, 0) << ended.errors;
-    const std::string json = contentOf(file);
+    std::string json;
+    readBalance(image.path(), json);
+    ASSERT_NE(json, "");
     EXPECT_EQ(lineOf(json, "held"), 512 * blocks);
     EXPECT_TRUE(has(json, "\"program\":\"" + device.substr(5) + "\",\"process\":0")) << json;
     EXPECT_LE(std::abs(lineOf(json, "rest")), 4096) << json;

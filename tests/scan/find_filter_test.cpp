@@ -120,7 +120,7 @@ TEST(FindFilter, NonsenseNamesItsTerm) {
         {"owner=#x", "owner=#x", kNoValue},
         {"a !owner=otto b", "!owner=otto", kNoSuchOwner},
         {"x name=\"a b", "name=\"a b", kQuoteIsOpen},
-        {"name=\"a\"b", "name=\"a\"", kQuoteIsOpen},
+        {"name=\"a\"b", "name=\"a\"b", kQuoteIsOpen},
         {"name=*.[ab", "name=*.[ab", kBracketIsOpen},
     };
     for (const auto& each : cases) {
