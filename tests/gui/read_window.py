@@ -15,10 +15,11 @@ except ImportError as error:
 
 
 def find(node, role):
-    """The first object of this role below `node`."""
+    """The first object of this role below `node` that the user sees: a hidden list may be a tree, too."""
     for child in node:
         if child is not None:
-            found = child if child.getRole() == role else find(child, role)
+            fits = child.getRole() == role and child.getState().contains(pyatspi.STATE_SHOWING)
+            found = child if fits else find(child, role)
             if found is not None:
                 return found
     return None
