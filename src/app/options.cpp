@@ -72,7 +72,8 @@ class Loader {
     }
 
     void read(const OptionKey& key, std::int32_t& field) {
-        field = topCountOf(value(key, std::string(key.key)));
+        const std::string text = value(key, std::string(key.key));
+        field = key.step == LoadStep::kTopCount ? topCountOf(text) : largestKeptOf(text);
         options_.keysRead.emplace(key.key);
     }
 
@@ -179,6 +180,12 @@ std::int32_t topCountOf(std::string_view text) {
     const auto number = parseNumber(text);
     if (!number || std::isnan(*number)) return kUsual;
     return static_cast<std::int32_t>(std::nearbyint(std::clamp<double>(*number, kLeastTopCount, kMost)));
+}
+
+std::int32_t largestKeptOf(std::string_view text) {
+    const auto number = parseNumber(text);
+    if (!number || std::isnan(*number)) return kMostLargestKept;
+    return static_cast<std::int32_t>(std::nearbyint(std::clamp<double>(*number, 0, kMostLargestKept)));
 }
 
 void OptionenLadenMain(Options& options, const SettingsStore& store, Diagnostics& diagnostics,

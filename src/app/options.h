@@ -68,6 +68,8 @@ struct Options {
     Flag FindAllSources = 0;
     /// Length of the list of the largest files.
     std::int32_t TOPmaxcount = 0;
+    /// How many of the largest files of each source the window keeps, for the map.
+    std::int32_t LargestKept = 0;
     /// Deleting for good asks first.
     Flag AskBeforeDelete = 1;
     /// The picture (for formatDate) by which the lists show dates.
@@ -94,9 +96,12 @@ struct OptionFlag {
 };
 
 inline constexpr std::int32_t kLeastTopCount = 5;
+inline constexpr std::int32_t kMostLargestKept = 65'536;
 /// Reads the length of the list of the largest files from a text, in the settings or in its box: it is
 /// rounded and at least kLeastTopCount; a text that is no number means 100.
 std::int32_t topCountOf(std::string_view text);
+/// Reads LargestKept: it is rounded and at most kMostLargestKept; a text that is no number means that one.
+std::int32_t largestKeptOf(std::string_view text);
 
 /// The bars that read their own options when they are built.
 enum class OptionBar { kMain, kFiles, kTop, kHardlinks };

@@ -73,7 +73,11 @@ void follow(const FileOps& ops, const std::string& from, const std::string& to, 
     if (ops.host.closed()) return;
     scan.state.CancelState = kCancelNone;  // A Stop of the move must not end what is read now.
     ReportChanges changes(scan);
-    if (folder) changes.folderRenamed(from, fileNameOf(to, scan.paths));
+    if (folder) {
+        changes.folderRenamed(from, fileNameOf(to, scan.paths));
+    } else {
+        changes.fileRenamed(from, fileNameOf(to, scan.paths));
+    }
     const bool once = scan.options.AddHardlinksOnlyOnce == 1;
     if (once && folder && holdsLinkedFiles(scan, to)) changes.sourcesChanged(to);
     if (once && !folder) {

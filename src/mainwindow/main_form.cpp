@@ -12,6 +12,7 @@ MainForm::MainForm(const Services& services, const WindowServices& given)
     : session(services), own(given), scan(scanContext(session, run, run)) {
     const Texts& texts = services.texts;
     scan.statistics = &session.statistics;
+    scan.largest = &session.largest;
     session.state.balance.wanted = services.diskSpace != nullptr;
     for (std::size_t i = 0; i < kGridCount; ++i) {
         const PaneRow& pane = paneRows()[i];

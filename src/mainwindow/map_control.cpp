@@ -14,6 +14,12 @@ void MapControl::selectFolder(const std::string& path) {
     form_.report.view().goTo(path);
 }
 
+void MapControl::selectFile(const std::string& folder, const std::string& name) {
+    const std::string& shown = form_.session.state.fileList.folder;
+    if (form_.lists.listShows(GridId::kFiles) && shown == AddTrailingSlash(folder, form_.services().paths))
+        form_.lists.of(GridId::kFiles)->showRowOf(name);
+}
+
 void MapControl::openFolderMenu(Row row, Point at) {
     form_.report.Report_ShellContextMenu(row, form_.report.view().folderPath(row), at);
 }

@@ -20,6 +20,7 @@ class MapControl final : private MapHost {
 
   private:
     void selectFolder(const std::string& path) override;
+    void selectFile(const std::string& folder, const std::string& name) override;
     void openFolderMenu(Row row, Point at) override;
 
     MainForm& form_;

@@ -34,6 +34,7 @@ struct Session {
     Grid lvwDiskinfo{kDriveCells};         ///< Stays empty in a run without a window.
     Grid lvwStatistics{kStatisticsCells};  ///< Stays empty in a run without a window.
     Statistics statistics;                 ///< Stays empty in a run without a window.
+    LargestOfSources largest;              ///< Stays empty in a run without a window.
 };
 
 /// Reads the options and gives the report and the three lists of a scan their columns.

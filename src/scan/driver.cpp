@@ -57,6 +57,7 @@ Row addSourceRow(ScanContext& scan, const std::string& source, int imageIndex) {
     Grid& report = scan.tvwPL;
     const Row row = report.addRow(kNoRow, rowTextOf(source));
     if (scan.statistics != nullptr) scan.statistics->dropSource(row);
+    if (scan.largest != nullptr) scan.largest->dropSource(row);
     if (imageIndex >= 0 && imageIndex < kSourceImages) report.setPicture(row, imageIndex);
     report.setExpanded(row, true);
     report.setNumber(row, kPercent, 100);

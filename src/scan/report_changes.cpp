@@ -151,6 +151,7 @@ void ReportChanges::takeOutSource(Row root) {
     scan_.state.snapshots.met.erase(std::string(scan_.tvwPL.text(root)));
     scan_.tvwPL.removeRow(root);
     if (scan_.statistics != nullptr) scan_.statistics->dropSource(root);
+    if (scan_.largest != nullptr) scan_.largest->dropSource(root);
     if (scan_.tvwPL.rowCount() == 0) scan_.state.DeepestLevel = 0;
 }
 
@@ -169,6 +170,7 @@ void ReportChanges::takeOut(Row row) {
     report.setNumber(row, kNewest, 0);
     Report_UpdateNewest(report, row, newest);
     forgetBelow(row);
+    if (scan_.largest != nullptr) scan_.largest->forgetBelow(report, row);
     report.removeRow(row);
     if (scan_.statistics != nullptr) scan_.statistics->orderChanged();
     // A folder without subfolders has no row for its files; its own row counts them.
@@ -224,6 +226,17 @@ void ReportChanges::folderRenamed(std::string_view from, std::string_view name) 
     // Other rules may name it and what lies below it now.
     for (const Row row : renamed)
         if (leavesOut(scan_) && (isEntered(row) || isLeftOutByRule(report, row))) readAgain(row);
+}
+
+void ReportChanges::fileRenamed(std::string_view from, std::string_view name) {
+    if (scan_.largest == nullptr) return;
+    const Grid& report = scan_.tvwPL;
+    const std::string folder = folderAbove(from, scan_.paths);
+    for (Row root = report.firstRoot(); root != kNoRow; root = report.nextSibling(root)) {
+        const Row row = rowOfFolder(report, root, folder, scan_.paths);
+        LargestFiles* largest = scan_.largest->of(report, root);
+        if (row != kNoRow && largest != nullptr) largest->rename(row, fileNameOf(from, scan_.paths), name);
+    }
 }
 
 // Forgets the row and all below it, because their numbers will belong to other rows.
@@ -298,22 +311,56 @@ void ReportChanges::filesChanged(const std::string& folder) {
     });
 }
 
+namespace {
+
+/// What is kept of the files of one folder, besides its sums.
+class FilesOfFolder {
+  public:
+    FilesOfFolder(ScanContext& scan, Row row) : statistics_(scan.statistics), row_(row) {
+        if (statistics_ != nullptr) started_ = statistics_->startOf(scan.tvwPL, row);
+        if (scan.largest != nullptr) largest_ = scan.largest->of(scan.tvwPL, row);
+    }
+
+    bool wanted() const { return started_ || largest_ != nullptr; }
+    void add(std::string_view name, std::uint64_t size, const EntryDetails& known) {
+        if (started_) statistics_->addFile(cells_, name, known, *started_, {1, size, known.blocks});
+        if (largest_ != nullptr && largest_->mayTake(size))
+            large_.emplace_back(largeFile(row_, size, known), name);
+    }
+    /// The folder has been read: puts them in the place of those of before.
+    void write() {
+        if (started_) statistics_->replaceOwn(row_, cells_);
+        if (largest_ == nullptr) return;
+        largest_->forgetOwn(row_);
+        for (const auto& [file, name] : large_)
+            if (largest_->takes(file.size)) largest_->add(file, name);
+    }
+
+  private:
+    Statistics* const statistics_;
+    LargestFiles* largest_ = nullptr;
+    const Row row_;
+    std::optional<std::int64_t> started_;
+    FolderCells cells_;
+    std::vector<std::pair<LargestFile, std::string>> large_;
+};
+
+}  // namespace
+
 // Returns false if a file counts only when none of its other names does.
 bool ReportChanges::readFiles(Row row, const std::string& folder) {
     const bool once = scan_.options.AddHardlinksOnlyOnce == 1;
     Yield yield(scan_.state, scan_.pump);
-    const auto started =
-        scan_.statistics != nullptr ? scan_.statistics->startOf(scan_.tvwPL, row) : std::nullopt;
+    FilesOfFolder kept(scan_, row);
     const auto reader = scan_.fileSystem.read(folder,
                                               {.recursive = false,
                                                .wantLinks = once,
                                                .wantSpace = true,
-                                               .wantOwners = started.has_value(),
-                                               .wantFileNames = started.has_value(),
+                                               .wantOwners = kept.wanted(),
+                                               .wantFileNames = kept.wanted(),
                                                .leaveOut = rulesOfRow(scan_, row).rules},
                                               &yield);
     ScanTotals files;
-    FolderCells cells;
     const std::int64_t now = secondsNow();
     for (bool more = true; more;) {
         const std::unique_ptr<Listing> block = reader->next();
@@ -329,14 +376,12 @@ bool ReportChanges::readFiles(Row row, const std::string& folder) {
             files.size += SizeValue::fromBytes(entry.size);
             const EntryDetails& known = block->details[i];
             addSpace(files, known, now, true);
-            if (started)
-                scan_.statistics->addFile(cells, block->name(entry), known, *started,
-                                          {1, entry.size, known.blocks});
+            if (kept.wanted()) kept.add(block->name(entry), entry.size, known);
         }
         more = block->more;
     }
     writeFiles(row, files);
-    if (started) scan_.statistics->replaceOwn(row, cells);
+    kept.write();
     return true;
 }
 

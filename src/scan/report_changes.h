@@ -36,6 +36,8 @@ class ReportChanges {
     /// The folder has another name now, in the same folder. All that it holds stays. Sources in it have their
     /// new paths then. A link that led nowhere since the scan, and leads to the new name, is not found.
     void folderRenamed(std::string_view from, std::string_view name);
+    /// The file has another name now, in the same folder, where no other file had it.
+    void fileRenamed(std::string_view from, std::string_view name);
     /// Files that lie directly in the folder came or went.
     void filesChanged(const std::string& folder);
     /// A part of the folder may have gone.

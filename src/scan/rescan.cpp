@@ -75,6 +75,7 @@ void correctAbove(Grid& report, Row row, const FolderNumbers& before) {
 void readAgain(ScanContext& scan, Row row) {
     Grid& report = scan.tvwPL;
     const FolderNumbers before = numbersOf(report, row);
+    if (scan.largest != nullptr) scan.largest->forgetBelow(report, row);
     report.removeChildren(row);
     const std::string path = Report_GetFullpathOfNode(report, row, false, scan.paths);
     forgetNotRead(scan, row, path);
@@ -156,6 +157,7 @@ void rescanCurrent(ScanContext& scan) {
 void Report_ReadAgain(ScanContext& scan, Row row) {
     Grid& report = scan.tvwPL;
     const FolderNumbers before = numbersOf(report, row);
+    if (scan.largest != nullptr) scan.largest->forgetBelow(report, row);
     report.removeChildren(row);
     forgetNotRead(scan, row, Report_GetFullpathOfNode(report, row, false, scan.paths));
     // In a silent run the walk fills no lists.

@@ -172,6 +172,7 @@ void Report_RemoveFolders(ScanContext& scan) {
         report.setEnabled(false);
         report.removeRow(row);
         if (scan.statistics != nullptr) scan.statistics->dropSource(row);
+        if (scan.largest != nullptr) scan.largest->dropSource(row);
         report.setEnabled(true);
         scan.host.selectionGone();
         if (report.rowCount() == 0) scan.state.DeepestLevel = 0;

@@ -7,6 +7,7 @@
 #include "grid/grid.h"
 #include "scan/controls.h"
 #include "scan/file_type_names.h"
+#include "scan/largest_files.h"
 #include "scan/scan_host.h"
 #include "scan/scan_state.h"
 #include "scan/source_combo.h"
@@ -26,6 +27,8 @@ struct ScanContext : Services {
     Controls& controls;
     FileTypeNames* types = nullptr;    ///< Null if nobody shows types.
     Statistics* statistics = nullptr;  ///< Of the report's rows. Null if nobody asks for them.
+    /// Of the report's sources. Null if nobody asks for them; a run with no window keeps none.
+    LargestOfSources* largest = nullptr;
 };
 
 }  // namespace hl

@@ -1,5 +1,5 @@
-// What a walk adds to the statistics of the report's rows. It does nothing if none are kept for the source.
-// For the thread of the logic.
+// What a walk keeps of files besides the sums of rows: the statistics of the report's rows, and the largest
+// files of its source. It does nothing about what is not kept for the source. For the thread of the logic.
 #pragma once
 
 #include "scan/scan_context.h"
@@ -19,16 +19,21 @@ class WalkStatistics {
     /// others until they are put in order.
     WalkStatistics(ScanContext& scan, Row row) : all_(scan.statistics) {
         const auto started = all_ != nullptr ? all_->startOf(scan.tvwPL, row) : std::nullopt;
+        started_ = started.value_or(scan.state.Started);
+        if (scan.largest != nullptr)
+            largest_ = scan.largest->startReading(
+                scan.tvwPL, row, static_cast<std::size_t>(scan.options.LargestKept), started_);
         if (!started) return;
         kept_ = all_;
-        started_ = *started;
         if (kept_->has(row) || scan.tvwPL.level(row) > 0) kept_->orderChanged();
     }
 
     /// Sets what a reader is asked for besides what it is asked for already.
     void choose(ReadOptions& options) const {
-        options.wantOwners = kept_ != nullptr;
-        options.wantFileNames |= kept_ != nullptr;
+        const bool keepsFiles = kept_ != nullptr || largest_ != nullptr;
+        options.wantOwners = keepsFiles;
+        options.wantFileNames |= keepsFiles;
+        options.wantSpace |= keepsFiles;
     }
     void rowAdded(Row row) {
         if (all_ != nullptr) all_->forget(row);
@@ -38,9 +43,12 @@ class WalkStatistics {
         if (kept_ != nullptr) folder.first = kept_->place();
         return folder;
     }
-    /// `counts` tells whether the file counts with its size; if not, another name of it does.
-    void addFile(Folder& folder, std::string_view name, std::uint64_t size, const EntryDetails& file,
+    /// `row` is that of the folder. `counts` tells whether the file counts with its size; if not, another
+    /// name of it does.
+    void addFile(Folder& folder, Row row, std::string_view name, std::uint64_t size, const EntryDetails& file,
                  bool counts) {
+        if (counts && largest_ != nullptr && largest_->takes(size))
+            largest_->add(largeFile(row, size, file), name);
         if (kept_ == nullptr) return;
         kept_->addFile(folder.cells, name, file, started_,
                        counts ? FileSums{1, size, file.blocks} : FileSums{1});
@@ -52,12 +60,14 @@ class WalkStatistics {
     /// The reading is over.
     void finish() {
         if (kept_ != nullptr) kept_->pack();
+        if (largest_ != nullptr) largest_->finish();
     }
 
   private:
     Statistics* const all_;
-    Statistics* kept_ = nullptr;  ///< Null if none are kept for the source.
-    std::int64_t started_ = 0;    ///< Against this time ages count.
+    Statistics* kept_ = nullptr;       ///< Null if none are kept for the source.
+    std::int64_t started_ = 0;         ///< Against this time ages count.
+    LargestFiles* largest_ = nullptr;  ///< Null if none are kept for the source.
 };
 
 }  // namespace hl

@@ -356,7 +356,7 @@ void FolderWalk::fileEntry(Level& level, const Entry& entry) {
     if (scan_.state.NeedSpace) addSpace(level.files, known, scan_.state.Started, counts);
     if (level.space != nullptr) level.space->addFile(entry, known.blocks);
     const std::string_view name = level.block->name(entry);
-    statistics_.addFile(level.statistics, name, entry.size, known, counts);
+    statistics_.addFile(level.statistics, level.row, name, entry.size, known, counts);
     if (!scan_.state.SilentRun) handOverFile(scan_, {entry, known, name, path_, links});
 }
 

@@ -82,6 +82,12 @@ void ListView::showHit(Row row) {
     if (traits_.hitShowsPreview) showPreview(false);
 }
 
+void ListView::showRowOf(std::string_view text) {
+    Row row = grid_.firstRoot();
+    while (row != kNoRow && grid_.text(row) != text) row = grid_.nextSibling(row);
+    if (row != kNoRow) showHit(row);
+}
+
 void ListView::selectOnly(Row row) {
     const NoRedraw off(grid_);
     grid_.selectNone();

@@ -98,6 +98,8 @@ class ListView : public GridEvents {
     void showPreview(bool force);
     /// Searches for the text of the bar's search box behind the current row, then from the top.
     void StartSearch();
+    /// Selects the row with this text and brings it into sight. Nothing happens if there is none.
+    void showRowOf(std::string_view text);
 
     // --- what the user does
     /// Each click reverses the order, whatever the column.

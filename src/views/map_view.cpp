@@ -47,31 +47,9 @@ void MapView::reportChanged() {
     if (pane_ != nullptr) pane_->refresh();
 }
 
-// --- the report as a source of tiles
-
-bool MapView::isFolder(Row row) const {
-    return grid_.number(row, kIsFolder) != 0 || grid_.level(row) == 0;
-}
-
-double MapView::sizeOf(Row row) const {
-    return grid_.number(row, reckonedCell(scan_.options));
-}
-
-std::string MapView::pathOf(Row row) const {
-    return Report_GetFullpathOfNode(grid_, row, false, scan_.paths);
-}
-
-void MapView::partsOf(Row folder, std::vector<MapPart>& parts) const {
-    for (Row row = folder == kNoRow ? grid_.firstRoot() : grid_.firstChild(folder); row != kNoRow;
-         row = grid_.nextSibling(row)) {
-        const bool own = !isFolder(row);
-        parts.push_back({own ? folder : row, own ? kMapRest : kMapFolder, sizeOf(row)});
-    }
-}
-
 // A map of one source is that source.
 Row MapView::topThere() const {
-    if (top_ != kNoRow && grid_.tree().exists(top_) && pathOf(top_) == topPath_) return top_;
+    if (top_ != kNoRow && grid_.tree().exists(top_) && report_.pathOf(top_) == topPath_) return top_;
     const Row first = grid_.firstRoot();
     return first != kNoRow && grid_.nextSibling(first) == kNoRow ? first : kNoRow;
 }
@@ -83,7 +61,7 @@ Row MapView::aboveTop() const {
 
 void MapView::setTop(Row row) {
     top_ = row;
-    topPath_ = row == kNoRow ? std::string() : pathOf(row);
+    topPath_ = row == kNoRow ? std::string() : report_.pathOf(row);
     reportChanged();
 }
 
@@ -93,13 +71,11 @@ void MapView::paint(const MapPixels& pixels, const MapLooks& looks) {
     guarded(scan_.diagnostics, {.routine = "map_paint"}, [&] {
         lineHeight_ = looks.lineHeight;
         const Row top = topThere();
-        MapPart whole{top, kMapFolder, top == kNoRow ? 0 : sizeOf(top)};
-        for (Row row = grid_.firstRoot(); top == kNoRow && row != kNoRow; row = grid_.nextSibling(row))
-            whole.size += sizeOf(row);
+        const MapPart whole = report_.whole(top);
         whole_ = whole.size;
         tiles_.clear();
         if (whole.size > 0)
-            tiles_ = layOutMap(*this, whole, std::min(pixels.width, kLargestMapSide),
+            tiles_ = layOutMap(report_, whole, std::min(pixels.width, kLargestMapSide),
                                std::min(pixels.height, kLargestMapSide));
         for (MapTile& tile : tiles_)
             tile.colour = static_cast<std::uint16_t>(tile.depth % kDepthColours.size());
@@ -135,12 +111,12 @@ MapOverlay MapView::overlay() {
         addHeadings(overlay, taken);
         for (std::size_t i = 0; i < tiles_.size(); ++i) {
             const MapTile& tile = tiles_[i];
-            if (tile.next != i + 1 || tile.file != kMapFolder || tile.row == kNoRow) continue;
+            if (tile.next != i + 1 || tile.file == kMapRest || tile.row == kNoRow) continue;
             const Rect place = placeOf(tile);
             if (place.width < kNameLines * lineHeight_ || place.height < lineHeight_) continue;
             const Rect line = {place.left, middleOf(tile).y - lineHeight_ / 2, place.width, lineHeight_};
             if (std::ranges::none_of(taken, [&](const Rect& other) { return meet(line, other); }))
-                overlay.names.push_back({place, std::string(grid_.text(tile.row))});
+                overlay.names.push_back({place, std::string(report_.nameOf(tile))});
         }
         const std::size_t selected = selectedTile();
         if (selected < tiles_.size()) overlay.frame = placeOf(tiles_[selected]);
@@ -154,29 +130,36 @@ MapOverlay MapView::overlay() {
 std::size_t MapView::selectedTile() const {
     if (grid_.selectedCount() != 1) return tiles_.size();
     const Row row = grid_.selectedRows().front();
-    const Row folder = isFolder(row) ? row : grid_.parent(row);
-    const std::int32_t file = isFolder(row) ? kMapFolder : kMapRest;
-    const auto found = std::ranges::find_if(
-        tiles_, [&](const MapTile& tile) { return tile.row == folder && tile.file == file; });
-    return static_cast<std::size_t>(found - tiles_.begin());
+    const bool isFolder = report_.isFolder(row);
+    const Row folder = isFolder ? row : grid_.parent(row);
+    const auto found = std::ranges::find_if(tiles_, [&](const MapTile& tile) {
+        return tile.row == folder && tile.file == (isFolder ? kMapFolder : kMapRest);
+    });
+    const auto index = static_cast<std::size_t>(found - tiles_.begin());
+    if (!isFolder || picked_.folder != row || found == tiles_.end()) return index;
+    for (std::size_t i = index + 1; i < found->next; i = tiles_[i].next)
+        if (report_.fileOf(tiles_[i]) != nullptr && report_.nameOf(tiles_[i]) == picked_.name) return i;
+    return index;
 }
 
-void MapView::select(std::size_t tile) {
-    if (tile >= tiles_.size() || tiles_[tile].row == kNoRow || scan_.state.ScanActive) return;
-    host_.selectFolder(pathOf(tiles_[tile].row));
+// Returns whether it is selected. Messages run meanwhile, and the row may be gone.
+bool MapView::select(std::size_t tile) {
+    if (tile >= tiles_.size() || tiles_[tile].row == kNoRow || scan_.state.ScanActive) return false;
+    const Row row = tiles_[tile].row;
+    const std::string path = report_.pathOf(row);
+    picked_ = {};
+    if (report_.fileOf(tiles_[tile]) != nullptr) picked_ = {row, std::string(report_.nameOf(tiles_[tile]))};
+    const std::string name = picked_.name;
+    host_.selectFolder(path);
+    if (!name.empty()) host_.selectFile(path, name);
+    return grid_.tree().exists(row) && report_.pathOf(row) == path && !scan_.state.ScanActive;
 }
 
 void MapView::pressed(Point at, MouseButton button, Point onScreen) {
     guarded(scan_.diagnostics, {.routine = "map_pressed"}, [&] {
         const std::size_t tile = tileAt(tiles_, at.x, at.y);
-        if (tile >= tiles_.size() || tiles_[tile].row == kNoRow || scan_.state.ScanActive) return;
-        const Row row = tiles_[tile].row;
-        const std::string path = pathOf(row);
-        host_.selectFolder(path);
-        // Messages ran meanwhile, and the row may be gone.
-        const bool there = grid_.tree().exists(row) && pathOf(row) == path;
-        if (button == MouseButton::kRight && there && !scan_.state.ScanActive)
-            host_.openFolderMenu(row, onScreen);
+        const Row row = tile < tiles_.size() ? tiles_[tile].row : kNoRow;
+        if (select(tile) && button == MouseButton::kRight) host_.openFolderMenu(row, onScreen);
     });
 }
 
@@ -212,7 +195,10 @@ void MapView::stepped(MapStep step) {
         if (step == MapStep::kOutOf) return setTop(aboveTop());
         if (step == MapStep::kInto) return goInto(from);
         // From the whole map, which has no neighbours, and from nothing, to the largest folder.
-        if (from >= tiles_.size() || tiles_[from].depth == 0) return select(tileAt(tiles_, 0, 0, 1));
+        if (from >= tiles_.size() || tiles_[from].depth == 0) {
+            select(tileAt(tiles_, 0, 0, 1));
+            return;
+        }
         const MapTile& tile = tiles_[from];
         Point to = middleOf(tile);
         if (step == MapStep::kLeft) to.x = tile.left - 1;
@@ -225,18 +211,39 @@ void MapView::stepped(MapStep step) {
 
 // --- texts
 
-std::string MapView::textOf(const MapTile& tile) const {
-    std::string path = tile.row == kNoRow ? std::string() : visible(pathOf(tile.row));
-    if (tile.file == kMapRest) {
-        return scan_.texts.TL(9771, "Dateien und kleinere Ordner in '%1'", {path});
-    }
-    const auto bytes = static_cast<std::uint64_t>(sizeOf(tile.row));
-    std::string size = FormatSizeAuto(SizeValue::fromBytes(bytes), true, scan_.numbers);
-    if (whole_ > 0)
-        size += " (" +
-                formatNumber(static_cast<double>(bytes) * 100 / whole_, {.decimals = 2}, scan_.numbers) +
-                " %)";
-    return path + "\n" + size;
+std::string MapView::shareText(double bytes) const {
+    const auto whole = static_cast<std::uint64_t>(std::max(bytes, 0.0));
+    const std::string size = FormatSizeAuto(SizeValue::fromBytes(whole), true, scan_.numbers);
+    if (whole_ <= 0) return size;
+    return size + " (" + formatNumber(bytes * 100 / whole_, {.decimals = 2}, scan_.numbers) + " %)";
+}
+
+std::string MapView::restText(std::size_t tile) const {
+    std::size_t folder = tile;
+    while (tiles_[folder].row != tiles_[tile].row || tiles_[folder].file != kMapFolder) --folder;
+    const MapRest rest = report_.restOf(tiles_, folder);
+    const Texts& texts = scan_.texts;
+    const auto number = [&](std::int64_t count) { return formatCount(count, scan_.numbers); };
+    std::string text;
+    if (rest.files > 0)
+        text = rest.files == 1 ? texts.TL(9412, "1 kleinere Datei")
+                               : texts.TL(9413, "%1 kleinere Dateien", {number(rest.files)});
+    if (rest.files > 0 && rest.folders > 0) text += ", ";
+    if (rest.folders > 0)
+        text += rest.folders == 1 ? texts.TL(9414, "1 kleinerer Ordner")
+                                  : texts.TL(9415, "%1 kleinere Ordner", {number(rest.folders)});
+    return text + "\n" + shareText(rest.size);
+}
+
+std::string MapView::textOf(std::size_t index) const {
+    const MapTile& tile = tiles_[index];
+    std::string path = tile.row == kNoRow ? std::string() : visible(report_.pathOf(tile.row));
+    if (tile.file == kMapRest) return path + "\n" + restText(index);
+    const LargestFile* file = report_.fileOf(tile);
+    if (tile.file != kMapFolder && file == nullptr) return path;  // It is painted anew soon.
+    if (file == nullptr) return path + "\n" + shareText(report_.sizeOf(tile.row));
+    if (!path.ends_with(scan_.paths.separator)) path += scan_.paths.separator;
+    return path + visible(report_.nameOf(tile)) + "\n" + shareText(report_.sizeOf(*file));
 }
 
 std::string MapView::tip(Point at) {
@@ -244,14 +251,14 @@ std::string MapView::tip(Point at) {
         const std::size_t tile = tileAt(tiles_, at.x, at.y);
         const bool there =
             tile < tiles_.size() && tiles_[tile].row != kNoRow && grid_.tree().exists(tiles_[tile].row);
-        return there ? textOf(tiles_[tile]) : std::string();
+        return there ? textOf(tile) : std::string();
     });
 }
 
 std::string MapView::spoken() {
     return guarded(scan_.diagnostics, {.routine = "map_spoken"}, [&] {
         const std::size_t tile = selectedTile();
-        return tile < tiles_.size() ? textOf(tiles_[tile]) : std::string();
+        return tile < tiles_.size() ? textOf(tile) : std::string();
     });
 }
 

@@ -1,5 +1,5 @@
-// The map of the report: each folder is a tile, as large as its share. It shows what the report has, selects
-// in the report and follows its selection. For the thread of the logic only.
+// The map of the report: each folder and each of the largest files is a tile, as large as its share. It shows
+// what the report has, selects in the report and follows its selection. For the thread of the logic only.
 #pragma once
 
 #include <cstddef>
@@ -9,7 +9,7 @@
 
 #include "platform/map_pane.h"
 #include "scan/scan_context.h"
-#include "views/map_layout.h"
+#include "views/map_report.h"
 
 namespace hl {
 
@@ -19,14 +19,16 @@ class MapHost {
     virtual ~MapHost() = default;
     /// Selects the folder in the report. `path` ends in no separator.
     virtual void selectFolder(const std::string& path) = 0;
+    /// Selects the file in the list of files, if that shows and has it.
+    virtual void selectFile(const std::string& folder, const std::string& name) = 0;
     /// Opens the menu of a folder's row. `at` is a place of the screen.
     virtual void openFolderMenu(Row row, Point at) = 0;
 };
 
-class MapView final : public MapEvents, private MapSource {
+class MapView final : public MapEvents {
   public:
     /// The arguments must outlive the view.
-    MapView(ScanContext& scan, MapHost& host) : scan_(scan), grid_(scan.tvwPL), host_(host) {}
+    MapView(ScanContext& scan, MapHost& host) : scan_(scan), grid_(scan.tvwPL), report_(scan), host_(host) {}
 
     /// `pane` may be null. It is told whom to ask.
     void setPane(MapPane* pane);
@@ -44,22 +46,26 @@ class MapView final : public MapEvents, private MapSource {
     std::string spoken() override;
 
   private:
-    void partsOf(Row folder, std::vector<MapPart>& parts) const override;
+    /// A file whose tile was clicked; its folder is selected in the report.
+    struct PickedFile {
+        Row folder = kNoRow;
+        std::string name;
+    };
 
     Row topThere() const;
     Row aboveTop() const;
     void setTop(Row row);
-    double sizeOf(Row row) const;
-    std::string pathOf(Row row) const;
-    bool isFolder(Row row) const;
-    void select(std::size_t tile);
+    bool select(std::size_t tile);
     void goInto(std::size_t tile);
     std::size_t selectedTile() const;
-    std::string textOf(const MapTile& tile) const;
+    std::string textOf(std::size_t tile) const;
+    std::string restText(std::size_t tile) const;
+    std::string shareText(double bytes) const;
     void addHeadings(MapOverlay& overlay, std::vector<Rect>& taken) const;
 
     ScanContext& scan_;
     const Grid& grid_;
+    MapReport report_;
     MapHost& host_;
     MapPane* pane_ = nullptr;
     /// The folder that the map shows; kNoRow for all sources. A row that goes may give its number to another,
@@ -68,6 +74,7 @@ class MapView final : public MapEvents, private MapSource {
     std::string topPath_;
     std::vector<MapTile> tiles_;  ///< As they were painted last.
     double whole_ = 0;            ///< The size of what they show.
+    PickedFile picked_;
     int lineHeight_ = 0;
 };
 

@@ -223,6 +223,7 @@ bool ReportView::goTo(const std::string& path) {
 void ReportView::removeAll() {
     grid_.clear();
     if (scan_.statistics != nullptr) scan_.statistics->clear();
+    if (scan_.largest != nullptr) scan_.largest->clear();
     host_.showFilesOf("");
     scan_.state.DeepestLevel = 0;
     scan_.state.fileList.folder.clear();

@@ -93,7 +93,25 @@ struct FilesTest : ListsTest {
                 std::to_string(report.picture(row)) + std::string(report.rowNote(row)) + " " +
                 std::to_string(report.mark(row)) + " " + std::to_string(report.unshown(row).folders) + "+" +
                 std::to_string(report.unshown(row).files) + cellsOf(report, row) + statisticsOf(s, row));
+        const Names kept = largestFiles(s);
+        all.insert(all.end(), kept.begin(), kept.end());
         std::sort(all.begin(), all.end());
+        return all;
+    }
+    /// Returns the files that are kept for the map, with their facts.
+    static Names largestFiles(Session& s) {
+        Names all;
+        const Grid& report = s.grid();
+        for (Row root = report.firstRoot(); root != kNoRow; root = report.nextSibling(root)) {
+            LargestFiles* kept = s.form().form().session.largest.of(report, root);
+            for (std::size_t i = 0; kept != nullptr && i < kept->count(); ++i) {
+                const LargestFile& file = kept->at(i);
+                all.push_back(Report_GetFullpathOfNode(report, file.folder, true, kPosixPaths) +
+                              std::string(kept->nameOf(file)) + " " + std::to_string(file.size) + " " +
+                              std::to_string(file.blocks) + " " + std::to_string(file.written) + " " +
+                              std::to_string(file.owner));
+            }
+        }
         return all;
     }
     /// Returns the statistics of a row of the report. A file that was written since the first of two scans

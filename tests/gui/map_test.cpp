@@ -1,4 +1,8 @@
 // The map below the report: it selects in the report, follows it, and goes through the levels.
+#include <QHelpEvent>
+#include <QTextDocumentFragment>
+#include <QToolTip>
+
 #include "gui/files_fixture.h"
 #include "platform/qt/map/map_area.h"
 
@@ -19,18 +23,42 @@ class MapTest : public test::FilesTest {
         const auto rows = s().grid().selectedRows();
         return rows.size() == 1 ? std::string(s().grid().text(rows.front())) : "";
     }
-    /// Clicks at places all over the map; returns the names of the folders that are selected then.
-    std::set<std::string> folders() {
+    /// Returns what `tell` returns for places all over the map.
+    template <class Tell>
+    std::set<std::string> everywhere(const Tell& tell) {
         constexpr int kSteps = 6;
-        std::set<std::string> names;
-        for (int i = 0; i < kSteps * kSteps; ++i) {
-            const QPoint at((i % kSteps * 2 + 1) * map().width() / (2 * kSteps),
-                            (i / kSteps * 2 + 1) * map().height() / (2 * kSteps));
-            QTest::mouseClick(&map(), Qt::LeftButton, {}, at);
-            test::Session::settle();
-            names.insert(fs::path(selected()).filename());
-        }
-        return names;
+        std::set<std::string> all;
+        for (int i = 0; i < kSteps * kSteps; ++i)
+            all.insert(tell(QPoint((i % kSteps * 2 + 1) * map().width() / (2 * kSteps),
+                                   (i / kSteps * 2 + 1) * map().height() / (2 * kSteps))));
+        return all;
+    }
+    void clickAt(QPoint at) {
+        QTest::mouseClick(&map(), Qt::LeftButton, {}, at);
+        test::Session::settle();
+    }
+    /// Clicks all over the map; returns the names of the folders that are selected then.
+    std::set<std::string> folders() {
+        return everywhere([&](QPoint at) {
+            clickAt(at);
+            return fs::path(selected()).filename().string();
+        });
+    }
+    /// The same for the files that are selected in the list of files.
+    std::set<std::string> files() {
+        return everywhere([&](QPoint at) {
+            clickAt(at);
+            const Grid& list = s().form().form().session.lvwFiles;
+            return list.selectedCount() == 1 ? std::string(list.text(list.selectedRows().front())) : "";
+        });
+    }
+    /// Returns the first two lines of all tooltips; the second one is a size, or counts files.
+    std::set<std::string> tips() {
+        return everywhere([&](QPoint at) {
+            QHelpEvent asks(QEvent::ToolTip, at, map().mapToGlobal(at));
+            QApplication::sendEvent(&map(), &asks);
+            return QTextDocumentFragment::fromHtml(QToolTip::text()).toPlainText().toStdString();
+        });
     }
     void press(Qt::Key key) {
         QTest::keyClick(&map(), key);
@@ -69,9 +97,28 @@ TEST_F(MapTest, ReturnAndBackspaceGoThroughTheLevelsAndArrowsThroughTheTiles) {
     EXPECT_EQ(folders(), Folders({"src", "sub", "deep"}));
     Folders met;
     for (const Qt::Key key :
-         {Qt::Key_Left, Qt::Key_Up, Qt::Key_Right, Qt::Key_Down, Qt::Key_Right, Qt::Key_Up})
+         {Qt::Key_Down, Qt::Key_Up, Qt::Key_Right, Qt::Key_Left, Qt::Key_Right, Qt::Key_Right})
         press(key), met.insert(fs::path(selected()).filename());
     EXPECT_TRUE(met.contains("src") && met.contains("sub"));
+}
+
+TEST_F(MapTest, ALargeFileIsATileThatSelectsItInTheListAndTheOthersOfItsFolderShareOne) {
+    startWithMap();
+    EXPECT_EQ(files(), Folders({"a.txt", "b.txt", "c.txt", "d.txt", "e.txt"}));
+    s().frame().close();
+    session_.reset();
+    options("LargestKept=2\r\n");
+    start();
+    s().click(Command::kShowMap);
+    test::Session::settle();
+    EXPECT_EQ(files(), Folders({"", "d.txt", "e.txt"}));
+    const auto told = tips();
+    EXPECT_EQ(told.size(), 3U);
+    const auto tells = [&](const std::string& text) {
+        return std::ranges::any_of(told, [&](auto& tip) { return tip.find(text) != std::string::npos; });
+    };
+    EXPECT_TRUE(tells(at("src/sub/deep/e.txt") + "\n500 "));
+    EXPECT_TRUE(tells(at("src") + "\n3 kleinere Dateien\n600 "));
 }
 
 TEST_F(MapTest, ItFollowsAScanWhichLeavesItsSelectionAlone) {

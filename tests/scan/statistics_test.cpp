@@ -1,4 +1,5 @@
-// The statistics of folders: against find and awk on the disk, and after changes against a fresh scan.
+// The statistics of folders: against find and awk on the disk, and after changes, with the largest files of
+// the source, against a fresh scan.
 #include "scan/statistics.h"
 
 #include "platform/linux/scan/file_system.h"
@@ -157,10 +158,13 @@ TEST_F(StatisticsOnDisk, AreWhatFindAndAwkCountBelowFiftyRandomFolders) {
 struct StatisticsAfterChanges : RescanFixture {
     StatisticsAfterChanges() {
         options.CreateStatistics = 1;
+        options.LargestKept = 5000;  // More than there are.
         scan.statistics = &statistics;
+        scan.largest = &largest;
     }
     /// Returns the statistics of every row by its path; each must add up to its row.
-    static std::vector<Figures> allFigures(const ScanBench& bench, Statistics& statistics) {
+    static std::vector<Figures> allFigures(const ScanBench& bench, Statistics& statistics,
+                                           LargestOfSources& largest) {
         std::map<std::string, Figures> byPath;
         const Grid& report = bench.report;
         for (Row row = report.firstRoot(); row != kNoRow; row = report.tree().following(row)) {
@@ -168,21 +172,29 @@ struct StatisticsAfterChanges : RescanFixture {
             if (!sums) return {};
             EXPECT_EQ(sums->all.files, report.number(row, kFiles));
             EXPECT_EQ(sums->all.bytes, report.number(row, kSize));
-            byPath[Report_GetFullpathOfNode(report, row, false, bench.paths)] = groupsOf(*sums);
+            Figures& figures = byPath[Report_GetFullpathOfNode(report, row, false, bench.paths)];
+            figures = groupsOf(*sums);
+            const LargestFiles& kept = *largest.of(report, row);
+            for (auto [at, end] = largest.of(report, row)->of(row); at < end; ++at)
+                figures["file " + std::string(kept.nameOf(kept.at(at)))] +=
+                    std::to_string(kept.at(at).size) + " " + std::to_string(kept.at(at).written) + ",";
         }
         std::vector<Figures> figures;
         for (auto& [path, each] : byPath) figures.push_back({{path, ""}}), figures.push_back(std::move(each));
         return figures;
     }
-    std::vector<Figures> now() { return allFigures(*this, statistics); }
+    std::vector<Figures> now() { return allFigures(*this, statistics, largest); }
     std::vector<Figures> ofAFreshScan() const {
         ScanBench fresh;
         Statistics ofFresh;
+        LargestOfSources largestOfFresh;
         fresh.disk.sources = disk.sources;
         fresh.options.CreateStatistics = 1;
+        fresh.options.LargestKept = options.LargestKept;
         fresh.scan.statistics = &ofFresh;
+        fresh.scan.largest = &largestOfFresh;
         fresh.readSources({"/s"});
-        return allFigures(fresh, ofFresh);
+        return allFigures(fresh, ofFresh, largestOfFresh);
     }
     Item randomFile() {
         static constexpr const char* kEndings[] = {"", ".c", ".o", ".iso"};
@@ -201,6 +213,7 @@ struct StatisticsAfterChanges : RescanFixture {
     }
 
     Statistics statistics;
+    LargestOfSources largest;
     std::mt19937 random_{5};
 };
 
@@ -250,6 +263,7 @@ TEST_F(StatisticsAfterChanges, AgesCountAgainstTheFirstReadingAndNothingIsKeptFo
         EXPECT_EQ(statistics.of(report, rowOf("b"))->ages[kInTheFuture].bytes, 40U);
     }
     options.CreateStatistics = 0;
+    scan.largest = nullptr;
     rescanPath("/s/b");
     EXPECT_TRUE(statistics.of(report, rowOf("b"))) << "a part is read as the rest was";
     rescanPath("/s");

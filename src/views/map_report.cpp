@@ -1,0 +1,101 @@
+#include "views/map_report.h"
+
+#include <algorithm>
+
+#include "scan/records.h"
+#include "scan/rollup.h"
+
+namespace hl {
+
+// --- tiles
+
+MapPart MapReport::whole(Row top) const {
+    if (top != kNoRow) return {top, kMapFolder, sizeOf(top)};
+    MapPart all;
+    for (Row row = grid_.firstRoot(); row != kNoRow; row = grid_.nextSibling(row)) all.size += sizeOf(row);
+    return all;
+}
+
+// Whatever is in the folder and neither a folder nor a file that is kept is the rest. During a scan a folder
+// may hold more already than its row says.
+void MapReport::partsOf(Row folder, std::vector<MapPart>& parts) const {
+    double rest = folder == kNoRow ? 0 : sizeOf(folder);
+    for (Row row = folder == kNoRow ? grid_.firstRoot() : grid_.firstChild(folder); row != kNoRow;
+         row = grid_.nextSibling(row)) {
+        if (!isFolder(row)) continue;
+        parts.push_back({row, kMapFolder, sizeOf(row)});
+        rest -= parts.back().size;
+    }
+    if (folder == kNoRow) return;
+    if (LargestFiles* largest = largestOf(folder)) {
+        const auto [first, end] = largest->of(folder);
+        for (std::size_t i = first; i < end; ++i) {
+            parts.push_back({folder, static_cast<std::int32_t>(i), sizeOf(largest->at(i))});
+            rest -= parts.back().size;
+        }
+    }
+    if (rest > 0) parts.push_back({folder, kMapRest, rest});
+}
+
+bool MapReport::isFolder(Row row) const {
+    return grid_.number(row, kIsFolder) != 0 || grid_.level(row) == 0;
+}
+
+double MapReport::sizeOf(Row row) const {
+    return grid_.number(row, reckonedCell(scan_.options));
+}
+
+double MapReport::sizeOf(const LargestFile& file) const {
+    return static_cast<double>(scan_.options.ReckonOnDisk != 0 ? file.blocks * kBlockBytes : file.size);
+}
+
+// --- files
+
+LargestFiles* MapReport::largestOf(Row row) const {
+    return scan_.largest != nullptr ? scan_.largest->of(grid_, row) : nullptr;
+}
+
+const LargestFile* MapReport::fileOf(const MapTile& tile) const {
+    if (tile.file < 0 || tile.row == kNoRow || !grid_.tree().exists(tile.row)) return nullptr;
+    const LargestFiles* largest = largestOf(tile.row);
+    const auto index = static_cast<std::size_t>(tile.file);
+    if (largest == nullptr || index >= largest->count()) return nullptr;
+    const LargestFile& file = largest->at(index);
+    return file.folder == tile.row ? &file : nullptr;
+}
+
+std::string_view MapReport::nameOf(const MapTile& tile) const {
+    if (tile.row == kNoRow || !grid_.tree().exists(tile.row)) return {};
+    if (tile.file == kMapFolder) return grid_.text(tile.row);
+    const LargestFile* file = fileOf(tile);
+    return file != nullptr ? largestOf(tile.row)->nameOf(*file) : std::string_view();
+}
+
+MapRest MapReport::restOf(const std::vector<MapTile>& tiles, std::size_t folder) const {
+    const Row row = tiles[folder].row;
+    MapRest rest{.files = static_cast<std::int64_t>(grid_.number(row, kFiles)), .size = sizeOf(row)};
+    for (Row child = grid_.firstChild(row); child != kNoRow; child = grid_.nextSibling(child)) {
+        if (!isFolder(child)) continue;
+        rest.files -= static_cast<std::int64_t>(grid_.number(child, kFiles));
+        if (sizeOf(child) > 0) ++rest.folders;
+    }
+    for (std::size_t i = folder + 1; i < tiles[folder].next; i = tiles[i].next) {
+        const LargestFile* file = fileOf(tiles[i]);
+        if (tiles[i].file == kMapFolder) --rest.folders, rest.size -= sizeOf(tiles[i].row);
+        if (file != nullptr) --rest.files, rest.size -= sizeOf(*file);
+    }
+    return rest;
+}
+
+bool MapReport::isThin() const {
+    for (Row row = grid_.firstRoot(); row != kNoRow; row = grid_.nextSibling(row))
+        if (const LargestFiles* largest = largestOf(row); largest != nullptr && largest->isThin())
+            return true;
+    return false;
+}
+
+std::string MapReport::pathOf(Row row) const {
+    return Report_GetFullpathOfNode(grid_, row, false, scan_.paths);
+}
+
+}  // namespace hl
