@@ -22,8 +22,8 @@ class PausingReader final : public FolderReader {
 
 }  // namespace
 
-PausingFileSystem::PausingFileSystem(Patience& patience)
-    : disk_(std::make_shared<LinuxFileSystem>(limitsOfThisMachine(false)), patience) {}
+PausingFileSystem::PausingFileSystem(Patience& patience, std::shared_ptr<DirectoryCalls> calls)
+    : disk_(std::make_shared<LinuxFileSystem>(limitsOfThisMachine(false), std::move(calls)), patience) {}
 
 std::unique_ptr<FolderReader> PausingFileSystem::read(std::string_view source, const ReadOptions& options,
                                                       WaitCallback* wait) {

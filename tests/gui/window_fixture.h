@@ -36,7 +36,7 @@ inline const Addresses kAllAddresses = {"https://home.test/", "http://forum.test
 /// `beforeFiles` before each block of a list of files.
 class PausingFileSystem final : public FileSystem {
   public:
-    explicit PausingFileSystem(Patience& patience);
+    PausingFileSystem(Patience& patience, std::shared_ptr<DirectoryCalls> calls);
     std::function<void(int block)> beforeBlock, beforeFiles;
     std::function<void()> beforeLook = [] {};
     bool compresses = false;
@@ -113,7 +113,9 @@ class Logic {
 
     SilentDisks disks;
     LinuxPatience patience{disks};
-    PausingFileSystem fileSystem{patience};
+    /// What the sessions that begin from now on read folders with.
+    static inline std::shared_ptr<DirectoryCalls> folderCalls = std::make_shared<DirectoryCalls>();
+    PausingFileSystem fileSystem{patience, folderCalls};
     Answers answers;
     std::vector<std::string> reports;  ///< The reports of errors.
     std::function<void()> onThere;     ///< Is called when the window exists but is not yet shown.

@@ -4,6 +4,7 @@
 
 #include <memory>
 #include <string>
+#include <utility>
 
 #include "platform/folder_reader.h"
 #include "platform/linux/drives/mount_table.h"
@@ -20,7 +21,9 @@ ReadAheadLimits limitsOfThisMachine(bool readAhead);
 
 class LinuxFileSystem final : public FileSystem {
   public:
-    explicit LinuxFileSystem(const ReadAheadLimits& limits) : limits_(limits) {}
+    explicit LinuxFileSystem(const ReadAheadLimits& limits,
+                             std::shared_ptr<DirectoryCalls> calls = std::make_shared<DirectoryCalls>())
+        : calls_(std::move(calls)), limits_(limits) {}
 
     std::unique_ptr<FolderReader> read(std::string_view source, const ReadOptions& options,
                                        WaitCallback* wait) override;
@@ -30,7 +33,7 @@ class LinuxFileSystem final : public FileSystem {
     Result<std::string> target(std::string_view path) override;
 
   private:
-    std::shared_ptr<DirectoryCalls> calls_ = std::make_shared<DirectoryCalls>();
+    std::shared_ptr<DirectoryCalls> calls_;
     ReadAheadLimits limits_;
 };
 
