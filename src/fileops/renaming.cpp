@@ -10,6 +10,7 @@
 #include "robustness/trap.h"
 #include "scan/file_kinds.h"
 #include "scan/file_system_calls.h"
+#include "scan/left_out.h"
 #include "scan/records.h"
 #include "scan/report_changes.h"
 #include "scan/rollup.h"
@@ -67,7 +68,7 @@ void showName(Grid& grid, Row row, const std::string& old, const std::string& na
 
 /// Corrects the report. Where names of one file count once, another of them may be the first now, because the
 /// renamed entry has another place in its folder. A file with another ending counts elsewhere in the
-/// statistics.
+/// statistics, and a rule may leave out one of its two names.
 void follow(const FileOps& ops, const std::string& from, const std::string& to, bool folder) {
     ScanContext& scan = ops.scan;
     if (ops.host.closed()) return;
@@ -86,7 +87,7 @@ void follow(const FileOps& ops, const std::string& from, const std::string& to, 
     }
     const bool otherEnding =
         Ending(fileNameOf(from, scan.paths)).text() != Ending(fileNameOf(to, scan.paths)).text();
-    if (!folder && otherEnding && scan.statistics != nullptr)
+    if (!folder && (leavesOut(scan) || (otherEnding && scan.statistics != nullptr)))
         changes.filesChanged(folderAbove(to, scan.paths));
     changes.finish();
 }

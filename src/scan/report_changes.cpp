@@ -223,20 +223,22 @@ void ReportChanges::folderRenamed(std::string_view from, std::string_view name) 
         renamed.push_back(row);
     });
     renameSubvolumes(scan_, from, to);
-    // Other rules may name it and what lies below it now.
-    for (const Row row : renamed)
-        if (leavesOut(scan_) && (isEntered(row) || isLeftOutByRule(report, row))) readAgain(row);
+    if (!leavesOut(scan_)) return;
+    // Other rules may name it and what lies below it now. A link that a rule names has no row.
+    bool isLink = false;
+    for (const Row row : renamed) {
+        isLink = isLink || report.picture(row) == kPictureLink;
+        if (isEntered(row) || isLeftOutByRule(report, row)) readAgain(row);
+    }
+    if (isLink) folderChanged(folderAbove(to, scan_.paths));
 }
 
 void ReportChanges::fileRenamed(std::string_view from, std::string_view name) {
     if (scan_.largest == nullptr) return;
-    const Grid& report = scan_.tvwPL;
-    const std::string folder = folderAbove(from, scan_.paths);
-    for (Row root = report.firstRoot(); root != kNoRow; root = report.nextSibling(root)) {
-        const Row row = rowOfFolder(report, root, folder, scan_.paths);
-        LargestFiles* largest = scan_.largest->of(report, root);
-        if (row != kNoRow && largest != nullptr) largest->rename(row, fileNameOf(from, scan_.paths), name);
-    }
+    forEachRowOf(folderAbove(from, scan_.paths), [&](Row, Row row) {
+        if (LargestFiles* largest = scan_.largest->of(scan_.tvwPL, row))
+            largest->rename(row, fileNameOf(from, scan_.paths), name);
+    });
 }
 
 // Forgets the row and all below it, because their numbers will belong to other rows.

@@ -118,6 +118,11 @@ class ChangesTest : public test::FilesTest {
                 test::ListSession::clickOn(files, static_cast<std::size_t>(pick(files.grid().rowCount())));
                 s().execute(pick(2) == 0 ? Command::kFilesRecycle : Command::kFilesDelete);
             },
+            [&] {
+                if (files.grid().rowCount() == 0) return;
+                test::ListSession::clickOn(files, static_cast<std::size_t>(pick(files.grid().rowCount())));
+                rename(files, QStringLiteral("new%1").arg(pick(3)));
+            },
         };
         changes[pick(std::size(changes))]();
         test::Session::settle();
