@@ -85,7 +85,7 @@ void BalanceControl::say(const std::string& text) {
 }
 
 void BalanceControl::sayNotRead(const std::string& path) {
-    say(form_.services().texts.TL(9867, "Die Bilanz von %1 entsteht beim Einlesen: Lesen Sie es zuerst ein.",
+    say(form_.services().texts.TL(9867, "Die Bilanz von %1 entsteht beim Einlesen: Lesen Sie diese Quelle zuerst ein.",
                                   {visible(path)}));
 }
 

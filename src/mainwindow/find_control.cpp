@@ -9,6 +9,7 @@
 #include "mainwindow/main_form.h"
 #include "robustness/trap.h"
 #include "scan/driver.h"
+#include "scan/left_out.h"
 #include "scan/records.h"
 #include "scan/rollup.h"
 #include "views/find_texts.h"
@@ -90,6 +91,7 @@ void FindControl::find(FindFilter filter, const std::vector<FindPlace>& places) 
     FindRun run(form_);
     stopped_ = true;  // Unless it comes to its end.
     more_ = false;
+    state.leaving.ofSearch = {};
     place_ = places.size() == 1 ? places.front().folder : "";
     guarded(form_.services().diagnostics, {.routine = "FindControl"}, [&] {
         const BusyPointer busy(form_.run);
@@ -140,8 +142,9 @@ std::string FindControl::title() const {
     const Texts& texts = services.texts;
     const std::string count = formatCount(form_.session.lvwFind.rowCount(), services.numbers);
     std::string text = place_.empty()
-                           ? texts.TL(9954, "%1 gefundene Dateien in allen Quellen", {count})
-                           : texts.TL(9953, "%1 gefundene Dateien unter '%2'", {count, visible(place_)});
+                           ? texts.TL(9954, "Gefundene Dateien in allen Quellen: %1", {count})
+                           : texts.TL(9953, "Gefundene Dateien unter '%2': %1", {count, visible(place_)});
+    text = titleWithLeftOut(services, text, form_.session.state.leaving.ofSearch);
     if (more_) text = texts.TL(9956, "Es gibt noch mehr: %1", {text});
     return stopped_ ? texts.TL(9955, "Angehalten: %1", {text}) : text;
 }

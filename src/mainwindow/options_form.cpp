@@ -60,8 +60,9 @@ Form OptionsForm::form() {
              {.control = &txtRules,
               .row = 7,
               .changed = [this] { txtRules_Change(); },
-              .tooltip = services_.texts.TL(
-                  9943, "Zum Beispiel *.o, node_modules/, /var/cache. Mit ! davor wird wieder eingelesen."),
+              .tooltip = services_.texts.TL(9943,
+                                            "Zum Beispiel *.o, node_modules/, /var/cache. Mit ! davor gilt, "
+                                            "was eine Regel darüber auslässt, wieder als gewollt."),
               .name = lblRules},
              {.control = &lblRulesProblem, .row = 8}},
         .buttons = {{.control = &cmdOK, .changed = [this] { cmdOK_Click(); }},
@@ -91,7 +92,7 @@ std::string OptionsForm::problemOfRules() const {
             return ruleProblemText(texts, rule, problem);
     IniText file;
     if (writeRules(file, all) == all.size()) return {};
-    return texts.TL(9941, "Die Einstellungen fassen 100 Regeln mit je 2.047 Bytes.");
+    return texts.TL(9941, "Die Einstellungen fassen höchstens 100 Regeln mit je höchstens 2.047 Bytes.");
 }
 
 void OptionsForm::cmdOK_Click() {

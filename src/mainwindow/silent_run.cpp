@@ -134,7 +134,7 @@ bool SilentRun::find(const SilentOrder& line, ReplacingFile& target) {
             if (!found.run(source, order)) break;
     });
     services().console.progress("");
-    tellLeftOut(std::exchange(session_.state.leaving.ofSearch, {}));
+    tellLeftOut(session_.state.leaving.ofSearch);
     if (services().diagnostics.errcount() != 0)
         return reportNotWritten(line.outputFile, services().texts.TL(9611, "ein unerwarteter Fehler"));
     if (stopped_) return reportNotWritten(line.outputFile, services().texts.TL(9810, "angehalten"));

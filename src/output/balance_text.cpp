@@ -51,7 +51,7 @@ constexpr LineWords kLineWords[] = {
     {BalanceLine::kNotRead, "not_read", TL(9885, "davon nicht lesbar: %1 Ordner"),
      TL(9900, "Ordner, die nicht oder nicht ganz gelesen wurden. Was darin liegt, steckt im Rest.")},
     {BalanceLine::kSnapshots, "snapshots", TL(9901, "davon Snapshots, nicht gezählt: %1"),
-     TL(9897, "Was keine Zeile erklärt: Änderungen während des Einlesens, Unlesbares, Unbekanntes; auf btrfs auch Snapshots, Komprimierung, geteilte und überschriebene Bereiche.")},
+     TL(9306, "Snapshots, deren Ursprung in dieser Quelle liegt, werden nicht gelesen. Was sie allein belegen, steckt im Rest.")},
     {BalanceLine::kLeftOut, "left_out", TL(9928, "davon durch Regeln ausgelassen: %1 Ordner, %2 Dateien"),
      TL(9929, "Was Regeln auslassen, wird nicht angesehen. Was es belegt, steckt im Rest.")},
     {BalanceLine::kUsedBefore, "used_before", TL(9886, "Belegt vor dem Einlesen"),

@@ -21,7 +21,7 @@ namespace hl {
 
 /// What a scan leaves out, besides what the options say.
 struct Leaving {
-    Unshown ofSearch;                ///< What rules left out of searches; who tells it sets it back.
+    Unshown ofSearch;                ///< What rules left out of the last search; who starts one sets it back.
     Unshown ofLists;                 ///< What rules left out when the three lists were filled.
     std::vector<std::string> rules;  ///< Lines, as scan/rule_text.h reads them.
     bool caches = false;             ///< Folders with a CACHEDIR.TAG.

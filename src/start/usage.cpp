@@ -91,7 +91,7 @@ std::string problemText(const Texts& texts, const JoinedLine& line) {
             return texts.TL(9872, "%1 steht zweimal da oder passt nicht zu --balance.",
                             {visible(line.badArgument)});
         case LineProblem::kBalanceFormat:
-            return texts.TL(9920, "%1 passt nicht zu --balance. Es gibt --format=txt und --format=json.",
+            return texts.TL(9920, "%1 passt nicht zu --balance. Möglich sind --format=txt und --format=json.",
                             {visible(line.badArgument)});
         case LineProblem::kBalanceEnding:
             return texts.TL(

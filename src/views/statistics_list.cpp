@@ -1,20 +1,12 @@
 #include "views/statistics_list.h"
 
 #include "scan/file_kinds.h"
+#include "scan/find_terms.h"
 #include "scan/statistics.h"
 
 namespace hl {
 
 namespace {
-
-std::string inQuotes(const std::string& value) {
-    std::string quoted = "\"";
-    for (const char c : value) {
-        if (c == '"' || c == '\\') quoted += '\\';
-        quoted += c;
-    }
-    return quoted + '"';
-}
 
 // What means something in a pattern stands in a bracket of its own. A "]" alone means nothing.
 std::string asPattern(std::string_view text) {
@@ -29,17 +21,12 @@ std::string asPattern(std::string_view text) {
 }  // namespace
 
 std::string filterOfKind(int kind) {
-    const std::string name(nameOf(static_cast<FileKind>(kind)));
-    return "kind=" + (name.find(' ') == std::string::npos ? name : inQuotes(name));
+    return "kind=" + quotedValue(nameOf(static_cast<FileKind>(kind)));
 }
 
 // A name whose only "." is its first byte has no ending, nor has one that ends with too many bytes behind it.
 std::string filterOfEnding(std::string_view ending) {
-    if (!ending.empty()) {
-        const std::string pattern = "?*." + asPattern(ending);
-        const bool quotes = pattern.find_first_of(" \t\"\\") != std::string::npos;
-        return "name=" + (quotes ? inQuotes(pattern) : pattern);
-    }
+    if (!ending.empty()) return "name=" + quotedValue("?*." + asPattern(ending));
     std::string patterns, behind;
     for (std::size_t length = 1; length <= Ending::kLongest; ++length) {
         behind += "[!.]";

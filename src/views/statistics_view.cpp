@@ -9,6 +9,7 @@
 #include "base/row_text.h"
 #include "base/text.h"
 #include "grid/no_redraw.h"
+#include "scan/left_out.h"
 #include "scan/rollup.h"
 
 namespace hl {
@@ -105,7 +106,8 @@ void StatisticsView::follow() {
 
 std::string StatisticsView::title() const {
     if (shown_.row == kNoRow) return parts_.scan.texts.TL(9700, "Statistik");
-    return parts_.scan.texts.TL(9706, "Statistik von '%1'", {visible(shown_.path)});
+    const std::string title = parts_.scan.texts.TL(9706, "Statistik von '%1'", {visible(shown_.path)});
+    return titleWithLeftOut(parts_.scan, title, parts_.scan.tvwPL.unshown(shown_.row));
 }
 
 std::string StatisticsView::total() const {

@@ -79,6 +79,22 @@ TEST_F(LeftOutTest, ARowsMenuReadsItAllTheSame) {
     EXPECT_EQ(s().numbers("deep"), "500|1|");
 }
 
+TEST_F(LeftOutTest, TheTitlesOfFoundFilesAndStatisticsSayWhatIsMissing) {
+    options("Exclude0=deep\r\n");
+    start();
+    const auto title = [&](BarId bar) {
+        return s().form().parts().bars[static_cast<std::size_t>(bar)]->find(0)->caption;
+    };
+    const std::string missing = "(durch Regeln ausgelassen: 1 Ordner, 0 Dateien)";
+    s().click(Command::kShowFind);
+    for (const char* filter : {"size>=0", "txt"}) {
+        s().type(Command::kFindFilter, filter, Qt::Key_Return);
+        EXPECT_TRUE(title(BarId::kFind).ends_with(missing)) << title(BarId::kFind);
+    }
+    s().click(Command::kShowStatistics);
+    EXPECT_TRUE(title(BarId::kStatistics).ends_with(missing)) << title(BarId::kStatistics);
+}
+
 TEST_F(LeftOutTest, TheOptionsKeepRulesAndSayWhichCannotBeRead) {
     options("Exclude3=other\r\n");
     start();

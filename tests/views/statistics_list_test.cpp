@@ -35,7 +35,9 @@ TEST(StatisticsList, TheFilterOfAnEndingTakesTheFilesThatCountForIt) {
                                  "l.1234567890123456",
                                  "m.12345678901234567",
                                  "..",
-                                 "n.ä"};
+                                 "n.ä",
+                                 "o.a\nb",
+                                 "p.a\rb"};
     for (const std::string& of : names) {
         const Ending ending(of);
         for (const std::string& name : names)
