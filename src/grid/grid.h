@@ -61,7 +61,7 @@ struct LevelSort {
     bool keepsTies = false;  ///< Rows of equal keys keep their order.
 };
 
-/// Counts of what lies below a row and has no row.
+/// What rules left out below a row: folders, each of which has a grey row, and files, which have none.
 struct Unshown {
     std::uint32_t folders = 0, files = 0;
     bool operator==(const Unshown&) const = default;

@@ -2,7 +2,7 @@
 // and the command line write and read the same text. Reading and asking have no side effects and use no
 // system calls, so a filter may be asked from any thread.
 //
-//     filter = term (blank term)*        term = ["!"] field operator value | word
+//     filter = term (blank term)*        term = ["!"] (field operator value | word)
 //
 // A field is size, disk, age, name, kind, owner or type; an operator is = != > >= < or <=. A word alone
 // means name=*word*. A value or a word that holds blanks stands in double quotes, with \" and \\ within.
