@@ -204,7 +204,11 @@ class FilterReading {
         return setValue(term, value);
     }
 
+    // Who writes an operator means no word; in quotes it is one.
     Problem readWord(FindFilter::Term& term) {
+        if (rest_.starts_with('!') ||
+            (!rest_.starts_with('"') && rest_.find_first_of("=<>") != std::string_view::npos))
+            return FilterProblemKind::kNoField;
         std::string word;
         if (const auto problem = readText(word)) return problem;
         if (word.empty()) return FilterProblemKind::kNoValue;

@@ -69,7 +69,7 @@ class PatternReader {
         if (byte == kRuleSeparator) {
             parts.emplace_back();
         } else if (byte == '*') {
-            readStars(parts.back());
+            readStars(parts);
         } else if (byte == '?') {
             parts.back().pattern.addAny();
         } else if (byte == '[') {
@@ -86,15 +86,18 @@ class PatternReader {
         }
     }
 
-    // Two stars or more are a part of their own only between separators; else they are as one.
-    void readStars(RulePart& part) {
+    // Two stars or more are a part of their own only between separators; else they are as one. Before a
+    // separator with a backslash they stand for one folder at least.
+    void readStars(std::vector<RulePart>& parts) {
         const std::size_t first = at_ - 1;
         while (!atEnd() && text_[at_] == '*') ++at_;
         const bool begins = first == 0 || text_[first - 1] == kRuleSeparator;
         const std::string_view rest = text_.substr(at_);
         const bool ends = rest.empty() || rest.starts_with(kRuleSeparator) || rest.starts_with("\\/");
-        part.anyDepth = at_ - first > 1 && begins && ends;
-        part.pattern.addStar();
+        const bool anyDepth = at_ - first > 1 && begins && ends;
+        parts.back().pattern.addStar();
+        if (anyDepth && rest.starts_with('\\')) parts.emplace_back().pattern.addStar();
+        parts.back().anyDepth = anyDepth;
     }
 
     // The first byte of a set belongs to it even if it is "]".
@@ -163,9 +166,31 @@ void simplify(Rule& rule) {
     rule.anywhere = true;
 }
 
+/// A rule's pattern in two, of which one has to match; the second is empty for most rules.
+struct BothPatterns {
+    std::string first, second;
+};
+
+// Where "**" ends a part that begins with plain bytes, those are compared first, and "**" then stands at the
+// beginning of what is left.
+BothPatterns splitBehindPlainBytes(std::string_view pattern) {
+    const std::size_t star = pattern.find_first_of("*?[\\");
+    const std::size_t rest = pattern.find_first_not_of('*', star);
+    const bool two = star != std::string_view::npos && pattern.substr(star).starts_with("**");
+    if (!two || star == 0 || pattern[star - 1] == kRuleSeparator) return {std::string(pattern), ""};
+    const std::string plain(pattern.substr(0, star));
+    if (rest == std::string_view::npos) return {plain + "*", plain + "*/**"};
+    const std::string_view behind = pattern.substr(rest);
+    const bool escaped = behind.starts_with("\\/");
+    if (!escaped && behind.front() != kRuleSeparator) return {std::string(pattern), ""};
+    const std::string below(behind.substr(escaped ? 2 : 1));
+    return {plain + "*/**/" + below, escaped ? "" : plain + below};
+}
+
 }  // namespace
 
 RuleReading readRule(std::string_view line) {
+    line = line.substr(0, line.find('\0'));
     if (line.ends_with('\r')) line.remove_suffix(1);
     line = withoutBlanksAtEnd(line);
     if (line.empty() || line.starts_with('#')) return {};
@@ -177,8 +202,11 @@ RuleReading readRule(std::string_view line) {
     if (line.empty()) return {};
     rule.anywhere = line.find(kRuleSeparator) == std::string_view::npos;
     if (line.starts_with(kRuleSeparator)) line.remove_prefix(1);
-    const RuleProblem problem = PatternReader(line).read(rule.parts);
+    const BothPatterns patterns =
+        rule.anywhere ? BothPatterns{std::string(line), ""} : splitBehindPlainBytes(line);
+    const RuleProblem problem = PatternReader(patterns.first).read(rule.parts);
     if (problem != RuleProblem::kNone) return {.problem = problem};
+    if (!patterns.second.empty()) PatternReader(patterns.second).read(rule.orParts);
     simplify(rule);
     return {.rule = std::move(rule)};
 }

@@ -4,6 +4,7 @@
 //     *.o  a?  [a-z0-9]        name/              folders alone
 //     /name  a/b               from the source on
 //     **/a  a/**  a/**/b       any number of folders
+//     a/b**/c                  as a/bc and a/b*/**/c, since the bytes in front of "**" are compared first
 //
 // A backslash takes the meaning from the byte behind it. Blanks at the end do not count, unless there is a
 // backslash in front of them. The syntax and its meaning are those of gitignore. Rules are bytes, and "?" is
@@ -32,6 +33,7 @@ struct Rule {
     bool onlyFolders = false;
     bool anywhere = false;  ///< A name on any level; then there is one part. Else it counts from the source.
     std::vector<RulePart> parts = {};
+    std::vector<RulePart> orParts = {};  ///< Another path that matches as well; empty for most rules.
 };
 
 /// Why a rule cannot be read.
@@ -47,7 +49,7 @@ struct RuleReading {
     RuleProblem problem = RuleProblem::kNone;
 };
 
-/// Reads a line; it ends before its line break, and a carriage return at its end does not count.
+/// Reads a line; it ends before its line break or a NUL, and a carriage return at its end does not count.
 RuleReading readRule(std::string_view line);
 
 /// Returns the lines of a text, without line breaks and without a byte order mark in front of the first.

@@ -149,9 +149,10 @@ struct Rules::NamePlace final : Place {
     const PathNode* node = nullptr;
     std::vector<Step> steps;  ///< Those of later rules first.
 
+    // The steps of a trail stand beside each other.
     void add(const Trail& trail, std::size_t part) {
-        const auto same = [&](const Step& step) { return step.trail == &trail && step.part == part; };
-        if (std::ranges::any_of(steps, same)) return;
+        for (auto step = steps.rbegin(); step != steps.rend() && step->trail == &trail; ++step)
+            if (step->part == part) return;
         steps.push_back({&trail, part});
         // Any number of folders may also be none.
         if (trail.parts[part].anyDepth && !trail.isLast(part)) add(trail, part + 1);
@@ -172,7 +173,8 @@ void Rules::add(Rule rule) {
     texts_.push_back(std::move(rule.text));
     takesBack_.push_back(rule.takesBack);
     if (rule.anywhere) return addAnywhere(std::move(rule.parts.front().pattern), number, rule.onlyFolders);
-    addPath(rule, number);
+    if (!rule.orParts.empty()) addPath(std::move(rule.orParts), number, rule.onlyFolders);
+    addPath(std::move(rule.parts), number, rule.onlyFolders);
 }
 
 void Rules::addAnywhere(RulePattern pattern, std::int32_t rule, bool onlyFolders) {
@@ -190,25 +192,24 @@ void Rules::addEnding(const std::string& text, std::int32_t rule, bool onlyFolde
     const std::uint64_t hash = is.size < kWordBytes ? mixed(is.size, is.bytes) : hashOf(behindDot);
     longEndings_ = longEndings_ || is.size == kWordBytes;
     std::vector<Ending>& alike = endings_->at(hash, behindDot);
-    auto same = std::ranges::find(alike, text, &Ending::text);
-    if (same == alike.end()) same = alike.insert(same, {text, {}});
-    same->last.take(rule, onlyFolders);
+    alike.push_back({text, {}});
+    alike.back().last.take(rule, onlyFolders);
 }
 
-void Rules::addPath(Rule& rule, std::int32_t number) {
+void Rules::addPath(std::vector<RulePart> parts, std::int32_t rule, bool onlyFolders) {
     const auto isPlain = [](const RulePart& part) { return part.pattern.literal() != nullptr; };
-    if (!std::ranges::all_of(rule.parts, isPlain)) {
-        trails_.push_back(std::make_unique<Trail>(Trail{number, rule.onlyFolders, std::move(rule.parts)}));
+    if (!std::ranges::all_of(parts, isPlain)) {
+        trails_.push_back(std::make_unique<Trail>(Trail{rule, onlyFolders, std::move(parts)}));
         return;
     }
     PathNode* node = nodes_.front().get();
-    for (const RulePart& part : rule.parts) {
+    for (const RulePart& part : parts) {
         const std::string& name = *part.pattern.literal();
         PathNode*& below = node->below.at(hashOf(name), name);
         if (below == nullptr) below = nodes_.emplace_back(std::make_unique<PathNode>()).get();
         node = below;
     }
-    node->last.take(number, rule.onlyFolders);
+    node->last.take(rule, onlyFolders);
 }
 
 void Rules::takeBack(std::string_view path) {

@@ -76,7 +76,7 @@ class Rules final : public LeaveOut {
     PlacePtr source() const;
     void addAnywhere(RulePattern pattern, std::int32_t rule, bool onlyFolders);
     void addEnding(const std::string& text, std::int32_t rule, bool onlyFolders);
-    void addPath(Rule& rule, std::int32_t number);
+    void addPath(std::vector<RulePart> parts, std::int32_t rule, bool onlyFolders);
     std::int32_t bestPlain(const PathNode* node, std::string_view name, bool isFolder) const;
     std::int32_t bestEnding(std::string_view name, bool isFolder) const;
     std::int32_t bestTried(std::string_view name, bool isFolder, std::int32_t best) const;

@@ -104,6 +104,8 @@ TEST(FindFilter, NonsenseNamesItsTerm) {
     } cases[] = {
         {"size>1G colour=red", "colour=red", kNoField},
         {"!=5", "!=5", kNoField},
+        {"!!size>1", "!!size>1", kNoField},
+        {"x size!>5", "size!>5", kNoField},
         {"name>a", "name>a", kNoOperator},
         {"kind<=film x", "kind<=film", kNoOperator},
         {"size>", "size>", kNoValue},

@@ -60,10 +60,10 @@ class RandomRules {
     std::string rule() {
         if (chance(20)) return pick({"# a", "", "   ", "!", "/", "//", "a[", "[[:a:]]", "b\\", "!#a"});
         std::string text = chance(4) ? "!" : "";
-        text += chance(4) ? "/" : chance(6) ? "**/" : "";
-        text += part();
+        text += chance(4) ? "/" : chance(6) ? "**/" : chance(30) ? "**\\/" : "";
+        text += part() + (chance(12) ? "**" : "");
         for (int more = chance(2) ? below(3) : 0; more > 0; --more)
-            text += (chance(4) ? "/**/" : "/") + part();
+            text += (chance(4) ? "/**/" : chance(20) ? "\\/" : "/") + part() + (chance(12) ? "**" : "");
         text += chance(8) ? "/**" : chance(5) ? "/" : "";
         return text + (chance(10) ? "  " : chance(20) ? "\\ " : chance(30) ? "\r" : "");
     }
