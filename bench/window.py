@@ -2,7 +2,7 @@
 """Measures the window against what it has to reach; prints a Markdown table.
 
     bench/window.py TREE                 TREE as bench/run DIR --keep leaves it, such as DIR/1m
-    bench/window.py TREE --rounds 5 --only scan,start,clicks,looks,rows,lists,files,analyse,preview,operations,printing,others
+    bench/window.py TREE --rounds 5 --only scan,start,clicks,looks,rows,lists,files,analyse,preview,operations,printing,map,others
     bench/window.py TREE --wide FOLDER    FOLDER holds 500,000 files, such as DIR/wide: for "files"
 
 Everything except "others" runs on no screen (Qt's "offscreen"), with the module of the built program. "others" starts
@@ -196,16 +196,38 @@ class Bench:
         yield "its size, MiB", median_of(runs, "bytes") / 2**20, None
         yield "peak memory of that run, rows and all, MiB", median_of(runs, "peak"), None
 
+    def map(self):
+        runs = [self.inside("map", self.options.tree) for _ in range(self.options.rounds)]
+        yield "entries of the map, and files that have tiles of their own", median_of(runs, "entries"), None
+        yield "the latter", median_of(runs, "kept"), None
+        for width, limit in ((1600, 60), (3840, 150)):
+            at = f"{width} pixels wide"
+            yield f"the map, {at}: laid out, ms", median_of(runs, f"layout_{width}"), None
+            yield f"its colours chosen, {at}, ms", median_of(runs, f"colours_{width}"), None
+            yield f"painted, {at}, ms", median_of(runs, f"paint_{width}"), None
+            yield f"all of that, {at}, ms", median_of(runs, f"whole_{width}"), limit
+            yield f"its tiles, {at}", median_of(runs, f"tiles_{width}"), None
+        yield "another row selected, until the map is painted, ms", median_of(runs, "select"), 16
+        yield "a size changed, until the map is painted, ms", median_of(runs, "change"), 16
+
     def others(self):
         with Screen() as display:
             programs = {"harborlantern": self.modules / "harborlantern"}
             programs |= {name: shutil.which(name) for name in ("qdirstat", "baobab") if shutil.which(name)}
             times = {name: [] for name in programs}
             environment = self.environment | {"DISPLAY": display, "QT_QPA_PLATFORM": "xcb", "GDK_BACKEND": "x11"}
+            times["with the map"] = []
+            settings = self.home / "Harborlantern.ini"
+            without = settings.read_bytes()
             for _ in range(self.options.rounds):
                 for name, program in programs.items():
                     times[name].append(until_idle([program, self.options.tree], environment))
+                # qdirstat shows its map, too.
+                settings.write_bytes(without + b"[Optionen]\r\nMapVisible=1\r\n")
+                times["with the map"].append(until_idle([programs["harborlantern"], self.options.tree], environment))
+                settings.write_bytes(without)
         yield "whole program on a screen until idle, s", statistics.median(times["harborlantern"]), None
+        yield "the same with the map, s", statistics.median(times["with the map"]), None
         for name, limit in (("qdirstat", 0.35), ("baobab", 0.15)):
             if name not in times:
                 say(f"{name} is not installed.")
@@ -273,7 +295,7 @@ def parsed():
     parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
     parser.add_argument("tree", metavar="TREE")
     parser.add_argument("--rounds", type=int, default=5)
-    parser.add_argument("--only", default="scan,start,clicks,looks,rows,lists,files,analyse,preview,operations,printing,others")
+    parser.add_argument("--only", default="scan,start,clicks,looks,rows,lists,files,analyse,preview,operations,printing,map,others")
     parser.add_argument("--wide", metavar="FOLDER")
     parser.add_argument("--build", default=str(ROOT / "build" / "release"))
     options = parser.parse_args()

@@ -15,6 +15,7 @@
 //     window_views fileclicks FOLDER    the longest times in milliseconds that input waited meanwhile
 //     window_views delete FOLDER        seconds and longest waits of deleting FOLDER, alone in its folder
 //     window_views menus FOLDER         milliseconds from a click until a menu is painted
+//     window_views map TREE             milliseconds to lay out and paint the map, and after a change
 //     window_views analyse              seconds to bring the names of each file together, among 200,000
 //
 // The parts are put together as in the program, and the module with the window is the program's, so this
@@ -22,6 +23,7 @@
 // HARBORLANTERN_MODULES the one with the module.
 #include "mainwindow/silent_run.h"
 #include "window_lists.h"
+#include "window_map.h"
 #include "window_operations.h"
 #include "window_parts.h"
 
@@ -193,6 +195,7 @@ int run(const std::vector<std::string>& words) {
     if (mode == "fileclicks") return inWindow(parts, [&](WindowForm& form) { fileClicks(form, subject); });
     if (mode == "delete") return inWindow(parts, [&](WindowForm& form) { deleteFolder(form, subject); });
     if (mode == "menus") return inWindow(parts, [&](WindowForm& form) { menus(form, subject); });
+    if (mode == "map") return inWindow(parts, [&](WindowForm& form) { map(form, subject); });
     if (mode == "analyse") return inWindow(parts, analyse);
     std::fputs("Usage: see the top of bench/window_views.cpp\n", stderr);
     return 2;

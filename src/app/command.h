@@ -204,6 +204,19 @@ enum class Command : int {
     kStatisticsSave,
     kStatisticsPrint,
     kStatisticsFont = commandNumber(BarId::kStatistics, 328),
+
+    // The map.
+    kMapTitle = commandNumber(BarId::kMap, 0),
+    kMapColours = commandNumber(BarId::kMap, 581),
+    kMapByKind,
+    kMapByAge,
+    kMapByOwner,
+    kMapByDepth,
+    kMapUp,
+    kMapSave,
+    kMapSavePng,
+    kMapSaveSvg,
+    kMapPrint,
 };
 
 constexpr Command commandOf(BarId bar, int id) {

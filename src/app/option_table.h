@@ -145,6 +145,7 @@ inline constexpr auto kOptionTable = [] {
         {"FontNameStatistics", "Tahoma", &Options::FontNameStatistics, kFontNames},
         {"FontStyleStatistics", "", &Options::FontStyleStatistics, kFontNames},
         {"MapVisible", "0", &Options::MapVisible, kMap},
+        {"MapColour", "0", &Options::MapColour, kMap},
         {"LargestKept", "65536", &Options::LargestKept, kMap},
     });
 }();

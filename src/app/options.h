@@ -39,6 +39,8 @@ struct Options {
     Flag DiskinfoVisible = 0, FilelistVisible = 0, ToplistVisible = 0, HardlinksVisible = 0,
          JunctionsVisible = 0, FindVisible = 0, StatisticsVisible = 0;
     Flag MapVisible = 0;
+    /// What the colours of the map stand for: 0 kind, 1 age, 2 owner, 3 depth.
+    Flag MapColour = 0;
     /// Size modes (base/size_unit.h), 0 to 3 or 6 unless the file was edited by hand.
     std::uint8_t FileSizeFormat = 0, FileSizeFormatDrive = 0, FileSizeFormatFiles = 0, FileSizeFormatTop = 0,
                  FileSizeFormatHardlinks = 0, FileSizeFormatFind = 0, FileSizeFormatStatistics = 0;

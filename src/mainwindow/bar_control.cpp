@@ -60,11 +60,13 @@ void BarControl::openColumnsMenu(BarId bar, Point at) {
 
 void BarControl::followGrid(GridId id) {
     const Grid& grid = form_.session.grid(id);
-    CommandBar& bar = form_.bar(barOf(id));
-    for (const CommandRow& row : commandsOf(bar.id())) {
-        if (row.needs == Needs::kNothing) continue;
-        const std::size_t there = row.needs == Needs::kRows ? grid.rowCount() : grid.selectedCount();
-        bar.setEnabled(idOf(row.command), there > 0);
+    for (CommandBar* bar : form_.bars.all()) {
+        if (bar->id() == BarId::kMain || gridOf(bar->id()) != id) continue;
+        for (const CommandRow& row : commandsOf(bar->id())) {
+            if (row.needs == Needs::kNothing) continue;
+            const std::size_t there = row.needs == Needs::kRows ? grid.rowCount() : grid.selectedCount();
+            bar->setEnabled(idOf(row.command), there > 0);
+        }
     }
 }
 

@@ -23,9 +23,10 @@ int keyCodeOf(std::string_view key) {
     return static_cast<unsigned char>(upperCase(key).front());
 }
 
-// Only New, Start and Stop show their texts, because everybody looks for them first.
+// New, Start and Stop show their texts, because everybody looks for them first; no drawing tells of colours.
 bool showsCaption(Command command) {
-    return command == Command::kNewSource || command == Command::kStart || command == Command::kStop;
+    return command == Command::kNewSource || command == Command::kStart || command == Command::kStop ||
+           command == Command::kMapColours;
 }
 
 BarEntry entryOf(const CommandRow& row, const Texts& texts) {

@@ -46,6 +46,7 @@ class Bars {
     CommandBar& cbrJunctions = of(BarId::kJunctions);
     CommandBar& cbrFind = of(BarId::kFind);
     CommandBar& cbrStatistics = of(BarId::kStatistics);
+    CommandBar& cbrMap = of(BarId::kMap);
 };
 
 /// What the bars are built from; it must outlive the call.

@@ -346,6 +346,22 @@ constexpr auto kStatisticsRows = joined(rows({
     withRows({kStatisticsPrint, kButton, kPrint, kPrintList, kIconPrint, kGroup, {}, &C::listPrint}),
 }), units(kStatisticsBytes, kStatisticsDecimals, kStatisticsTable), search(kStatisticsSearchText, kStatisticsSearch, &C::listSearch));
 
+constexpr KeptOption kMapColour = {KeptOption::Use::kChooses, {&Options::MapColour}};
+
+constexpr auto kMapRows = rows({
+    ranked(kStaysLongest, {kMapTitle, kLabel, TL(9772, "Karte")}),
+    {kMapColours, kMenuButton, TL(9419, "Farben"), TL(9420, "Wofür die Farben der Karte stehen"), kIconMap, kGroup},
+    {kMapByKind, kButton, TL(9703, "Nach Art"), {}, -1, kSame, {}, &C::mapColour, kMapColour, kMapColours, 0},
+    {kMapByAge, kButton, TL(9704, "Nach Alter"), {}, -1, kSame, {}, &C::mapColour, kMapColour, kMapColours, 1},
+    {kMapByOwner, kButton, TL(9705, "Nach Eigentümer"), {}, -1, kSame, {}, &C::mapColour, kMapColour, kMapColours, 2},
+    {kMapByDepth, kButton, TL(9421, "Nach Ordnerebene"), {}, -1, kSame, {}, &C::mapColour, kMapColour, kMapColours, 3},
+    withRows({kMapUp, kButton, TL(9422, "Ebene höher"), TL(9423, "Den Ordner darüber zeigen"), kIconCollapse, kSame, {}, &C::mapUp}),
+    withRows({kMapSave, kMenuButton, kSave, TL(9424, "Karte als Bild speichern"), kIconSave, kGroup}),
+    {kMapSavePng, kButton, TL(9425, "Als PNG"), {}, -1, kSame, {}, &C::mapSave, {}, kMapSave},
+    {kMapSaveSvg, kButton, TL(9426, "Als SVG"), {}, -1, kSame, {}, &C::mapSave, {}, kMapSave},
+    withRows({kMapPrint, kButton, kPrint, TL(9427, "Karte drucken"), kIconPrint, kGroup, {}, &C::mapPrint}),
+});
+
 constexpr BarRow kBars[kBarCount] = {
     {"cbrMain", "Init_ToolbarMain", kMainRows},
     {"cbrReport", "Init_Toolbar_Folders", kReportRows},
@@ -356,6 +372,7 @@ constexpr BarRow kBars[kBarCount] = {
     {"cbrJunctions", "Init_Toolbar_Junctions", kJunctionsRows},
     {"cbrFind", "Init_Toolbar_Find", kFindRows},
     {"cbrStatistics", "Init_Toolbar_Statistics", kStatisticsRows},
+    {"cbrMap", "Init_Toolbar_Map", kMapRows},
 };
 // clang-format on
 

@@ -1,4 +1,4 @@
-// The main bar; several views; the report; the drives; the lists.
+// The main bar; several views; the report; the drives; the lists; found files; the map.
 #include "mainwindow/commands.h"
 
 #include "app/product.h"
@@ -322,6 +322,24 @@ void findStart(MainForm& form, const CommandRow& /*row*/) {
 
 void findForm(MainForm& form, const CommandRow& /*row*/) {
     form.find.showForm();
+}
+
+// --- the map
+
+void mapColour(MainForm& form, const CommandRow& /*row*/) {
+    form.map.reportChanged();
+}
+
+void mapUp(MainForm& form, const CommandRow& /*row*/) {
+    form.map.levelUp();
+}
+
+void mapSave(MainForm& form, const CommandRow& row) {
+    row.command == Command::kMapSaveSvg ? form.map.saveSvg() : form.map.savePng();
+}
+
+void mapPrint(MainForm& form, const CommandRow& /*row*/) {
+    form.map.print();
 }
 
 }  // namespace hl::commands

@@ -78,6 +78,12 @@ void listSearch(MainForm& form, const CommandRow& row);
 void findStart(MainForm& form, const CommandRow& row);
 void findForm(MainForm& form, const CommandRow& row);
 
+// --- the map
+void mapColour(MainForm& form, const CommandRow& row);
+void mapUp(MainForm& form, const CommandRow& row);
+void mapSave(MainForm& form, const CommandRow& row);
+void mapPrint(MainForm& form, const CommandRow& row);
+
 }  // namespace commands
 
 }  // namespace hl

@@ -126,6 +126,7 @@ void FilesControl::renameFolder(Row row, const std::string& name) {
 
 void FilesControl::renameFile(ListView& list, Row row, const std::string& name) {
     form_.sources.duringCommand([&] { renameInList(ops(), list, row, name); });
+    form_.map.reportChanged();  // It has names of files that the report does not show.
 }
 
 std::string FilesControl::askSavePath(const SaveQuestion& question) {

@@ -6,6 +6,7 @@
 #include "scan/file_kinds.h"
 #include "scan/find_terms.h"
 #include "views/find_texts.h"
+#include "views/group_texts.h"
 
 namespace hl {
 
@@ -37,7 +38,7 @@ void FindForm::makeTexts() {
     lblType = texts.TL(9104, "Typ") + ":";
     cboKind.items = {""};
     for (std::size_t kind = 0; kind < kFileKinds; ++kind)
-        cboKind.items.emplace_back(nameOf(static_cast<FileKind>(kind)));
+        cboKind.items.emplace_back(texts.TL(kKindTexts[kind].id, kKindTexts[kind].german));
     cboType.items = {"", texts.TL(9769, "Datei"), texts.TL(9114, "Verknüpfung"), texts.TL(9948, "anderes")};
     cmdOK.caption = texts.TL(9945, "Finden");
     cmdCancel.caption = texts.TL(3609, "Abbrechen");

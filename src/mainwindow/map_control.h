@@ -16,12 +16,22 @@ class MapControl final : private MapHost {
 
     /// Tells that the window and its pane exist; null tells that they no longer do.
     void setWindow(const Window* window);
-    void reportChanged() { view_.reportChanged(); }
+    /// The report's rows or their sizes have changed.
+    void reportChanged();
+    void selectionChanged() { view_.selectionChanged(); }
+
+    // --- commands of its bar
+    void levelUp() { view_.stepped(MapStep::kOutOf); }
+    void savePng();
+    void saveSvg();
+    void print();
 
   private:
     void selectFolder(const std::string& path) override;
     void selectFile(const std::string& folder, const std::string& name) override;
     void openFolderMenu(Row row, Point at) override;
+
+    std::string title() const;
 
     MainForm& form_;
     MapView view_;

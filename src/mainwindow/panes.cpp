@@ -21,7 +21,7 @@ constexpr int kNarrowReport = 2000;
 // In pixels: the least height that a list's bar leaves below itself for titles and a few rows; and what
 // stays, when the window becomes smaller, for a preview, for a list with its bar, and for everything beside
 // the report.
-constexpr int kLeastList = 96, kLeastPreview = 24, kLeastLists = 96, kLeastBeside = 100, kLeastMap = 60;
+constexpr int kLeastList = 96, kLeastPreview = 24, kLeastLists = 96, kLeastBeside = 100, kLeastMap = 100;
 // The part of the report's pane that the report keeps when the map is shown first, in percent.
 constexpr int kReportPercent = 60;
 
@@ -51,6 +51,7 @@ constexpr StartValues kStart[] = {
     {SplitterId::kFiles, 1, 21, 0, 50, false},             //
     {SplitterId::kFilesAndPreview, 3, 100, 100, 0, true},  //
     {SplitterId::kReportAndMap, 3, 100, 100, 0, true},     //
+    {SplitterId::kMap, 1, 21, 0, 0, false},                //
 };
 
 void setUp(cSplitter& splitter, const StartValues& start) {
@@ -71,6 +72,7 @@ constexpr PaneOfBar kPanesOfBars[] = {
     {BarId::kFiles, SplitterId::kFiles},     {BarId::kTop, SplitterId::kFiles},
     {BarId::kHardlinks, SplitterId::kFiles}, {BarId::kJunctions, SplitterId::kFiles},
     {BarId::kFind, SplitterId::kFiles},      {BarId::kStatistics, SplitterId::kFiles},
+    {BarId::kMap, SplitterId::kMap},
 };
 
 bool isList(Command panel) {
@@ -129,7 +131,8 @@ Panes::Panes(const PaneParts& parts) : parts_(parts) {
     splitter(SplitterId::kMain).setOrientation(Orientation::kSideBySide);
     splitter(SplitterId::kMain).Bind(pane(SplitterId::kReport), pane(SplitterId::kInfo));
     splitter(SplitterId::kReport).Bind(pane(BarId::kReport), pane(SplitterId::kReportAndMap));
-    splitter(SplitterId::kReportAndMap).Bind(pane(GridId::kReport), kMapPane);
+    splitter(SplitterId::kReportAndMap).Bind(pane(GridId::kReport), pane(SplitterId::kMap));
+    splitter(SplitterId::kMap).Bind(pane(BarId::kMap), kMapPane);
     splitter(SplitterId::kReportAndMap).setControl2Visible(false);
     splitter(SplitterId::kInfo).Bind(pane(SplitterId::kDrives), pane(SplitterId::kFiles));
     splitter(SplitterId::kDrives).Bind(pane(BarId::kDrives), pane(GridId::kDrives));
@@ -187,7 +190,9 @@ void Panes::followMap() {
         const bool shows = parts_.options.MapVisible == 1;
         if (both.Control2Visible() == shows) return;
         both.setControl2Visible(shows);
-        if (shows) divideReport();
+        if (!shows) return;
+        divideReport();
+        cbrResize(BarId::kMap);
     });
 }
 
@@ -382,9 +387,11 @@ void Panes::splMain_AfterResize() {
         for (const BarId beside : {BarId::kDrives, BarId::kFiles, BarId::kTop, BarId::kHardlinks,
                                    BarId::kJunctions, BarId::kFind, BarId::kStatistics})
             bar(beside).setClips(narrowRest_ || (sameWidth && bar(beside).clips()));
-        bar(BarId::kReport).setClips(report * kTwipsPerPixel < kNarrowReport);
+        for (const BarId above : {BarId::kReport, BarId::kMap})
+            bar(above).setClips(report * kTwipsPerPixel < kNarrowReport);
         cbrResize(BarId::kFiles);
         cbrResize(BarId::kReport);
+        cbrResize(BarId::kMap);
     });
 }
 

@@ -7,8 +7,9 @@
 
 namespace hl {
 
-void saveText(const Services& services, SaveDialog& dialog, const Window& window, std::string_view text) {
-    const std::string path = dialog.askSavePath({"TXT (*.txt)|*.txt", "txt", ""});
+void saveText(const Services& services, SaveDialog& dialog, const Window& window, std::string_view text,
+              const SaveQuestion& question) {
+    const std::string path = dialog.askSavePath(question);
     if (path.empty()) return;
     std::string reason;
     if (const auto target = services.files.replace(path); !target) {

@@ -157,9 +157,9 @@ void WindowForm::gridChanged(GridId grid) {
     });
 }
 
-void WindowForm::gridContentChanged(GridId grid) {
+void WindowForm::gridContentChanged(GridId grid, bool rows) {
     if (form_.closed || !loaded_ || grid != GridId::kReport) return;
-    form_.map.reportChanged();
+    rows ? form_.map.reportChanged() : form_.map.selectionChanged();
 }
 
 void WindowForm::formKeyUp(int key) {

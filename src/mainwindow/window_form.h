@@ -31,7 +31,7 @@ class WindowForm final : public WindowEvents {
     void formResize() override;
     void formKeyUp(int key) override;
     void gridChanged(GridId grid) override;
-    void gridContentChanged(GridId grid) override;
+    void gridContentChanged(GridId grid, bool rows) override;
     void handOver(const std::string& commandLine) override { form_.sources.handOver(commandLine); }
     void windowFault(const char* where) override;
 

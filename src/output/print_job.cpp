@@ -1,6 +1,7 @@
 #include "output/print_job.h"
 
 #include <memory>
+#include <utility>
 #include <vector>
 
 #include "base/text.h"
@@ -55,6 +56,12 @@ PrintJob emptyJob(const Texts& texts, Files& files, const std::string& title) {
 PrintJob printedText(const Texts& texts, Files& files, const std::string& title, std::string_view text) {
     PrintJob job = emptyJob(texts, files, title);
     job.text = text;
+    return job;
+}
+
+PrintJob printedPicture(const Texts& texts, Files& files, const std::string& title, std::string svg) {
+    PrintJob job = emptyJob(texts, files, title);
+    job.picture = std::move(svg);
     return job;
 }
 

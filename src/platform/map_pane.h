@@ -23,15 +23,31 @@ struct MapPixels {
 struct MapName {
     Rect place;
     std::string text;
-    bool isHeading =
-        false;  ///< The name of a folder, at the top left of its tiles; others stand in the middle.
+    /// The name of a folder, at the top left of its tiles; others stand in the middle.
+    bool isHeading = false;
+    bool onLight = false;  ///< What lies below it is so light that the name has to be dark.
+};
+
+/// A colour and what it stands for.
+struct MapLegend {
+    std::uint32_t colour = 0;  ///< 0xRRGGBB.
+    std::string text;
 };
 
 /// What lies above the pixels.
 struct MapOverlay {
-    std::vector<MapName> names;  ///< A name that is too long for its place is shortened.
-    Rect frame;                  ///< Around what is selected; empty for nothing.
-    std::string hint;            ///< Is shown in the middle of a map without tiles.
+    std::vector<MapName> names;     ///< A name that is too long for its place is shortened.
+    std::vector<MapLegend> legend;  ///< Stands below the pixels; the pane shows as much as there is room for.
+    Rect frame;                     ///< Around what is selected; empty for nothing.
+    std::string hint;               ///< Is shown in the middle of a map without tiles.
+};
+
+/// A tile, as a screen reader knows it.
+struct MapItem {
+    Rect place;
+    std::string text;
+    int level = 0;  ///< 0 for the whole map.
+    bool hasItems = false;
 };
 
 /// What the pane needs to know of the desktop's looks when it has something painted.
@@ -61,6 +77,15 @@ class MapEvents {
     virtual std::string tip(Point at) = 0;
     /// Returns what a screen reader says of what is selected.
     virtual std::string spoken() = 0;
+
+    // --- the tiles as a screen reader knows them, each before those in it, as they were painted last
+    virtual std::size_t itemCount() = 0;
+    virtual MapItem item(std::size_t number) = 0;
+    /// Returns the deepest one there; itemCount() for none.
+    virtual std::size_t itemAt(Point at) = 0;
+    /// Returns the number of what is selected; itemCount() for nothing.
+    virtual std::size_t selectedItem() = 0;
+    virtual void selectItem(std::size_t number) = 0;
 };
 
 class MapPane {
@@ -72,6 +97,8 @@ class MapPane {
     virtual void refresh() = 0;
     /// Asks for the overlay anew: something else is selected.
     virtual void refreshOverlay() = 0;
+    /// Returns what the pane shows, without the frame, as a PNG file; empty for nothing.
+    virtual std::string png() = 0;
     /// Returns a place of the pane on the screen, in the desktop's own unit.
     virtual Point onScreen(Point at) = 0;
 };

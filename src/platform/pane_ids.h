@@ -1,4 +1,5 @@
-// The panes of the main window. Each has a grid and a bar above it; the main bar belongs to all.
+// The panes of the main window. Each has a grid and a bar above it, but the map, whose bar goes with the
+// report's grid; the main bar belongs to all.
 #pragma once
 
 #include <cstddef>
@@ -17,7 +18,7 @@ enum class GridId : std::uint8_t {
     kFind,
     kStatistics
 };
-/// The main bar comes first, then the bars in the order of their grids.
+/// The main bar comes first, then the bars in the order of their grids, then the map's.
 enum class BarId : std::uint8_t {
     kMain,
     kReport,
@@ -27,15 +28,16 @@ enum class BarId : std::uint8_t {
     kHardlinks,
     kJunctions,
     kFind,
-    kStatistics
+    kStatistics,
+    kMap
 };
 
-constexpr std::size_t kBarCount = static_cast<std::size_t>(BarId::kStatistics) + 1;
-constexpr std::size_t kGridCount = kBarCount - 1;
+constexpr std::size_t kGridCount = static_cast<std::size_t>(GridId::kStatistics) + 1;
+constexpr std::size_t kBarCount = kGridCount + 2;
 
-/// Returns the grid below a bar. REQUIRES: `bar` is not kMain.
+/// Returns the grid that a bar works on. REQUIRES: `bar` is not kMain.
 constexpr GridId gridOf(BarId bar) {
-    return static_cast<GridId>(static_cast<int>(bar) - 1);
+    return bar == BarId::kMap ? GridId::kReport : static_cast<GridId>(static_cast<int>(bar) - 1);
 }
 /// Returns the bar above a grid.
 constexpr BarId barOf(GridId grid) {

@@ -1,5 +1,5 @@
-// What is printed, as the logic gives it to the window: the unfolded rows of a grid, or a text. It is plain
-// data. For the thread of the logic only.
+// What is printed, as the logic gives it to the window: the unfolded rows of a grid, a text, or a drawing. It
+// is plain data. For the thread of the logic only.
 #pragma once
 
 #include <functional>
@@ -44,7 +44,8 @@ struct PrintJob {
     int columnGap =
         0;  ///< Added to the width that the rows need, from the second column on; in twips at a zoom of 100.
 
-    std::string text;  ///< Its lines end in "\n" or "\r\n".
+    std::string text;     ///< Its lines end in "\n" or "\r\n".
+    std::string picture;  ///< If it is not empty, this drawing, an SVG file, is printed instead.
 
     GridFont font;  ///< At a zoom of 100. For a text only the size counts, because its characters all have
                     ///< one width.

@@ -35,9 +35,10 @@ enum class SplitterId : std::uint8_t {
     kDrives,
     kFiles,
     kFilesAndPreview,
-    kReportAndMap
+    kReportAndMap,
+    kMap
 };
-constexpr std::size_t kSplitterCount = 7;
+constexpr std::size_t kSplitterCount = 8;
 
 enum class WindowState : std::uint8_t { kNormal, kMinimized, kMaximized };
 
@@ -125,9 +126,10 @@ class WindowEvents {
     /// A grid got its first row or lost its last one, or its selection did. Told at once, but not before
     /// redraw is on.
     virtual void gridChanged(GridId /*grid*/) {}
-    /// What a grid holds has changed: its rows, their cells or the selection. Told some time later and once
-    /// for many changes; during a run when the grid is painted anew.
-    virtual void gridContentChanged(GridId /*grid*/) {}
+    /// What a grid holds has changed: its rows, their cells or the selection; `rows` is false if neither rows
+    /// nor cells did. Told some time later and once for many changes; during a run when the grid is painted
+    /// anew.
+    virtual void gridContentChanged(GridId /*grid*/, bool /*rows*/) {}
     /// Another start of the program handed its command line over.
     virtual void handOver(const std::string& commandLine) = 0;
     /// An exception escaped in the window's own routine `where`; called inside a catch block.

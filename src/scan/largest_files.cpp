@@ -125,9 +125,10 @@ void LargestFiles::rename(Row folder, std::string_view from, std::string_view to
 
 LargestFiles::Range LargestFiles::of(Row folder) {
     sortByFolder();
-    const auto range = std::ranges::equal_range(files_, folder, {}, &LargestFile::folder);
-    return {static_cast<std::size_t>(range.begin() - files_.begin()),
-            static_cast<std::size_t>(range.end() - files_.begin())};
+    const auto first = std::ranges::lower_bound(files_, folder, {}, &LargestFile::folder);
+    auto end = first;
+    while (end != files_.end() && end->folder == folder) ++end;
+    return {static_cast<std::size_t>(first - files_.begin()), static_cast<std::size_t>(end - files_.begin())};
 }
 
 void LargestFiles::sortByFolder() {
@@ -154,6 +155,8 @@ void LargestOfSources::forgetBelow(const Grid& report, Row row) {
 }
 
 LargestFiles* LargestOfSources::of(const Grid& report, Row row) {
+    const Row first = report.firstRoot();
+    if (first != kNoRow && report.nextSibling(first) == kNoRow) row = first;  // There is no other one.
     while (report.parent(row) != kNoRow) row = report.parent(row);
     const auto found = sources_.find(row);
     return found != sources_.end() ? &found->second : nullptr;

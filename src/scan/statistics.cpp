@@ -90,6 +90,7 @@ std::uint32_t EndingNumbers::of(std::string_view name) {
     if (texts_.size() == kMost) return kRest;
     const auto added = numbers_.emplace(wanted, limit()).first;
     texts_.push_back(&added->first);
+    kinds_.push_back(kindOfEnding(added->first));
     return recent = added->second;
 }
 
@@ -261,6 +262,35 @@ std::optional<StatisticsSums> Statistics::of(const Grid& report, Row row) {
     for (std::size_t i = 0; i < sums.owners.size(); ++i)
         if (sums.owners[i].files != 0) result.owners.push_back({owners_[i], sums.owners[i]});
     return std::move(result);
+}
+
+// --- the largest group
+
+// Owners by their number, not by their uid.
+std::uint32_t Statistics::groupOf(std::uint32_t ending, std::uint32_t ownerAndAge, FileGroups by) const {
+    if (by == FileGroups::kKind) return static_cast<std::uint32_t>(endings_.kind(ending));
+    return static_cast<std::uint32_t>(by == FileGroups::kAge ? ownerAndAge % kAgeClasses
+                                                             : ownerAndAge / kAgeClasses);
+}
+
+std::optional<std::uint32_t> Statistics::largestGroup(const Grid& report, Row row,
+                                                      const GroupQuestion& question, bool isReading) {
+    if (isReading && !isOrdered_) return std::nullopt;
+    inOrder(report);
+    const Span span = spans_.valueOr(row, {});
+    if (span.own == 0) return std::nullopt;
+    groupSums_.assign(std::max({kFileKinds, kAgeClasses, owners_.size()}), 0);
+    const std::uint8_t* const own = bytes_.data() + span.own - 1;
+    const std::uint8_t* at = question.onlyOwn ? own : bytes_.data() + span.first;
+    while (at <= own)
+        at = forOwnCells(at, [&](const PackedCell& cell) {
+            groupSums_[groupOf(cell.ending, cell.ownerAndAge, question.by)] +=
+                question.onDisk ? cell.sums.blocks : cell.sums.bytes;
+        });
+    const auto largest = std::ranges::max_element(groupSums_);
+    if (*largest == 0) return std::nullopt;
+    const auto number = static_cast<std::uint32_t>(largest - groupSums_.begin());
+    return question.by == FileGroups::kOwner ? owners_[number] : number;
 }
 
 }  // namespace hl

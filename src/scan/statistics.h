@@ -69,6 +69,9 @@ struct StatisticsSums {
     std::vector<OwnerSums> owners;
 };
 
+/// What files are grouped by.
+enum class FileGroups : std::uint8_t { kKind, kAge, kOwner };
+
 /// Gives each ending a number.
 class EndingNumbers {
   public:
@@ -86,6 +89,9 @@ class EndingNumbers {
     std::string_view text(std::uint32_t number) const {
         return number < kFirst ? std::string_view() : *texts_[number - kFirst];
     }
+    FileKind kind(std::uint32_t number) const {
+        return number < kFirst ? FileKind::kOther : kinds_[number - kFirst];
+    }
 
   private:
     static constexpr std::uint32_t kFirst = 2;
@@ -95,6 +101,7 @@ class EndingNumbers {
 
     std::unordered_map<std::string, std::uint32_t, Hash, std::equal_to<>> numbers_;
     std::vector<const std::string*> texts_;  ///< The keys of the map, by number.
+    std::vector<FileKind> kinds_;            ///< By number, too.
     /// The numbers met last, by a few bytes of the ending. Nearly all files have one of few endings.
     std::array<std::uint32_t, 256> recent_{};
 };
@@ -153,6 +160,16 @@ class Statistics {
     /// Returns the sums of the row's folder and everything below it, or, of a row that stands for files, of
     /// these. Returns nothing if no cells are kept for its source.
     std::optional<StatisticsSums> of(const Grid& report, Row row);
+    /// Which cells largestGroup() looks at, and how.
+    struct GroupQuestion {
+        FileGroups by = FileGroups::kKind;
+        bool onlyOwn = false;  ///< Files directly in the folder; else those below it, too.
+        bool onDisk = false;   ///< Counts what they take on the disk.
+    };
+    /// Returns the group of most bytes: a FileKind, a class of age, or a uid. Returns nothing if there is
+    /// none, or as long as a reading is going on whose cells are in no order.
+    std::optional<std::uint32_t> largestGroup(const Grid& report, Row row, const GroupQuestion& question,
+                                              bool isReading);
     /// Is another number after each change.
     std::uint64_t version() const { return version_; }
     /// The bytes that the cells and the places of rows take.
@@ -165,6 +182,7 @@ class Statistics {
         std::uint32_t own = 0;  ///< One more than the place, so that a row that was never written has 0.
     };
 
+    std::uint32_t groupOf(std::uint32_t ending, std::uint32_t ownerAndAge, FileGroups by) const;
     void put(Row row, const Span& span);
     void inOrder(const Grid& report);
 
@@ -177,6 +195,7 @@ class Statistics {
     std::size_t placedRows_ = 0;  ///< How many rows the column has room for.
     bool isOrdered_ = true;
     std::uint64_t version_ = 0;
+    std::vector<std::uint64_t> groupSums_;  ///< Of one question.
 };
 
 }  // namespace hl

@@ -37,7 +37,7 @@ class MapLayout {
         double size = 0;
     };
 
-    void placeParts(Row folder, const Area& area, int depth);
+    void placeParts(const MapPart& folder, const Area& area, int depth);
     std::size_t keepLarge(std::size_t begin, double pixelsPerSize, double& rest);
     Strip nextStrip(std::size_t begin, std::size_t end, double side, double pixelsPerSize) const;
     void placeStrip(std::size_t begin, const Strip& strip, const Area& area, bool isColumn, int depth);
@@ -56,15 +56,15 @@ void MapLayout::place(const MapPart& part, const Area& area, int depth) {
                       .right = pixel(area.right),
                       .bottom = pixel(area.bottom),
                       .depth = static_cast<std::uint16_t>(depth)});
-    if (part.file == kMapFolder && depth < kDeepestTile) placeParts(part.row, area, depth + 1);
+    if (part.file == kMapFolder && depth < kDeepestTile) placeParts(part, area, depth + 1);
     tiles_[index].next = static_cast<std::uint32_t>(tiles_.size());
 }
 
 // Cuts strips off the area, each along its shorter side. What remains when no further part can be shown is
 // the rest; if even that is too small, the last strip takes it.
-void MapLayout::placeParts(Row folder, const Area& area, int depth) {
+void MapLayout::placeParts(const MapPart& folder, const Area& area, int depth) {
     const std::size_t begin = parts_.size();
-    source_.partsOf(folder, parts_);
+    source_.partsOf(folder.row, kLeastTileArea * folder.size / (area.width() * area.height()), parts_);
     double sum = 0;
     for (std::size_t i = begin; i < parts_.size(); ++i) sum += std::max(parts_[i].size, 0.0);
     const double pixelsPerSize = sum > 0 ? area.width() * area.height() / sum : 0;
@@ -91,7 +91,7 @@ void MapLayout::placeParts(Row folder, const Area& area, int depth) {
     // A folder of which no part is seen is a tile without parts.
     if (at > begin && !isCovered) {
         for (std::size_t i = at; i < end; ++i) rest += parts_[i].size;
-        place({folder, kMapRest, rest}, free, depth);
+        place({folder.row, kMapRest, rest}, free, depth);
     }
     parts_.resize(begin);
 }

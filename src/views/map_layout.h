@@ -26,9 +26,9 @@ struct MapPart {
 class MapSource {
   public:
     virtual ~MapSource() = default;
-    /// Appends the folder's parts, in any order, with at most one kMapRest. A part of size 0 is left out of
-    /// the map.
-    virtual void partsOf(Row folder, std::vector<MapPart>& parts) const = 0;
+    /// Appends the folder's parts, in any order, with at most one kMapRest. Those that are smaller than
+    /// `least` have no tile, so they may be part of it. A part of size 0 is left out of the map.
+    virtual void partsOf(Row folder, double least, std::vector<MapPart>& parts) const = 0;
 };
 
 struct MapTile {

@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <cmath>
+#include <cstring>
 
 namespace hl {
 
@@ -48,26 +50,45 @@ Shades shadesOf(std::uint32_t colour) {
     return shades;
 }
 
-// One row of pixels. The loop has no branch, and the shades are looked up in a loop of their own.
-void lightRow(const Slope& x, int left, float slopeY, int count, std::uint8_t* levels) {
+// Four neighbours at once: the compilers make one instruction of each operation. bench/window.py has the
+// times; one pixel after the other, with a root and a division, takes two to three times as long.
+using Floats = float __attribute__((vector_size(16)));
+using Integers = std::int32_t __attribute__((vector_size(16)));
+constexpr int kLanes = 4;
+
+// Returns about 1 over the root: half the exponent as a guess, and one step of Newton's. The error is below
+// half a level of light.
+Floats inverseRoot(const Floats& value) {
+    constexpr std::int32_t kHalfOfExponents = 0x5f375a86;
+    const Floats guess = std::bit_cast<Floats>(kHalfOfExponents - (std::bit_cast<Integers>(value) >> 1));
+    return guess * (1.5F - 0.5F * value * guess * guess);
+}
+
+// Finds the levels of one row of pixels, and of up to kLanes - 1 behind it.
+void lightRow(const Slope& x, int left, float slopeY, int count, std::int32_t* levels) {
+    constexpr float kMost = kLevels - 1;
     const float alongY = kLightZ + slopeY * kLightY;
     const float square = 1 + slopeY * slopeY;
-    const float start = x.b + x.a * (static_cast<float>(left) + 0.5F);
-    for (int i = 0; i < count; ++i) {
-        const float slope = start + x.a * static_cast<float>(i);
-        const float light = (slope * kLightX + alongY) / std::sqrt(slope * slope + square);
-        levels[i] = static_cast<std::uint8_t>(static_cast<int>(std::max(light, 0.0F) * (kLevels - 1)));
+    Floats slope = x.b + x.a * (static_cast<float>(left) + 0.5F + Floats{0, 1, 2, 3});
+    for (int i = 0; i < count; i += kLanes) {
+        Floats level = (slope * kLightX + alongY) * inverseRoot(slope * slope + square) * kMost;
+        level = level > 0 ? level : Floats{};
+        level = level < kMost ? level : Floats{} + kMost;
+        const Integers whole = __builtin_convertvector(level, Integers);
+        std::memcpy(levels + i, &whole, sizeof whole);
+        slope += kLanes * x.a;
     }
 }
 
 void paintTile(const MapTile& tile, const Cushion& cushion, const Shades& shades, const MapPixels& pixels,
-               std::vector<std::uint8_t>& levels) {
+               std::vector<std::int32_t>& levels) {
     const int count = tile.right - tile.left;
     for (int y = tile.top; y < tile.bottom; ++y) {
         const float slopeY = cushion.y.b + cushion.y.a * (static_cast<float>(y) + 0.5F);
         lightRow(cushion.x, tile.left, slopeY, count, levels.data());
         std::uint32_t* row = pixels.first + static_cast<std::size_t>(y) * pixels.rowLength + tile.left;
-        for (int i = 0; i < count; ++i) row[i] = shades[levels[static_cast<std::size_t>(i)]];
+        for (int i = 0; i < count; ++i)
+            row[i] = shades[static_cast<std::size_t>(levels[static_cast<std::size_t>(i)])];
     }
 }
 
@@ -78,7 +99,7 @@ void paintMap(const std::vector<MapTile>& tiles, std::span<const std::uint32_t> 
     std::vector<Shades> shades;
     shades.reserve(colours.size());
     for (const std::uint32_t colour : colours) shades.push_back(shadesOf(colour));
-    std::vector<std::uint8_t> levels(static_cast<std::size_t>(std::max(pixels.width, 1)));
+    std::vector<std::int32_t> levels(static_cast<std::size_t>(pixels.width + kLanes));
     std::array<Cushion, kDeepestTile + 2>
         cushions;  // Of the tiles that hold the current one, by their depth.
     std::array<float, kDeepestTile + 1> bulges{};

@@ -16,24 +16,24 @@ MapPart MapReport::whole(Row top) const {
     return all;
 }
 
-// Whatever is in the folder and neither a folder nor a file that is kept is the rest. During a scan a folder
-// may hold more already than its row says.
-void MapReport::partsOf(Row folder, std::vector<MapPart>& parts) const {
-    double rest = folder == kNoRow ? 0 : sizeOf(folder);
+// Whatever is in the folder and has no part of its own is the rest. During a scan a folder may hold more
+// already than its row says.
+void MapReport::partsOf(Row folder, double least, std::vector<MapPart>& parts) const {
+    double own = folder == kNoRow ? 0 : sizeOf(folder), small = 0;
+    const auto add = [&](const MapPart& part) {
+        own -= part.size;
+        if (part.size >= least) return parts.push_back(part);
+        small += part.size;
+    };
     for (Row row = folder == kNoRow ? grid_.firstRoot() : grid_.firstChild(folder); row != kNoRow;
-         row = grid_.nextSibling(row)) {
-        if (!isFolder(row)) continue;
-        parts.push_back({row, kMapFolder, sizeOf(row)});
-        rest -= parts.back().size;
-    }
+         row = grid_.nextSibling(row))
+        if (isFolder(row)) add({row, kMapFolder, sizeOf(row)});
     if (folder == kNoRow) return;
-    if (LargestFiles* largest = largestOf(folder)) {
-        const auto [first, end] = largest->of(folder);
-        for (std::size_t i = first; i < end; ++i) {
-            parts.push_back({folder, static_cast<std::int32_t>(i), sizeOf(largest->at(i))});
-            rest -= parts.back().size;
-        }
-    }
+    LargestFiles* largest = own >= least || scan_.state.ScanActive ? largestOf(folder) : nullptr;
+    if (largest != nullptr)
+        for (auto [i, end] = largest->of(folder); i < end; ++i)
+            add({folder, static_cast<std::int32_t>(i), sizeOf(largest->at(i))});
+    const double rest = small + std::max(own, 0.0);
     if (rest > 0) parts.push_back({folder, kMapRest, rest});
 }
 
@@ -85,6 +85,36 @@ MapRest MapReport::restOf(const std::vector<MapTile>& tiles, std::size_t folder)
         if (file != nullptr) --rest.files, rest.size -= sizeOf(*file);
     }
     return rest;
+}
+
+// --- groups
+
+std::optional<std::uint32_t> MapReport::largestGroup(const MapTile& tile, FileGroups by) const {
+    if (scan_.statistics == nullptr || !grid_.tree().exists(tile.row)) return std::nullopt;
+    return scan_.statistics->largestGroup(
+        grid_, tile.row,
+        {.by = by, .onlyOwn = tile.file == kMapRest, .onDisk = scan_.options.ReckonOnDisk != 0},
+        scan_.state.ScanActive);
+}
+
+// Without statistics the files that are kept tell. While a source is read again they do, too.
+std::vector<OwnerSums> MapReport::ownersOf(Row root) const {
+    if (scan_.statistics != nullptr && !scan_.state.ScanActive)
+        if (const auto sums = scan_.statistics->of(grid_, root)) return sums->owners;
+    std::vector<OwnerSums> owners;
+    const LargestFiles* largest = largestOf(root);
+    for (std::size_t i = 0; largest != nullptr && i < largest->count(); ++i) {
+        const LargestFile& file = largest->at(i);
+        auto found = std::ranges::find(owners, file.owner, &OwnerSums::owner);
+        if (found == owners.end()) found = owners.insert(found, {file.owner, {}});
+        found->sums.add({1, file.size, file.blocks});
+    }
+    return owners;
+}
+
+std::int64_t MapReport::startOf(const MapTile& tile) const {
+    const LargestFiles* largest = largestOf(tile.row);
+    return largest != nullptr ? largest->started() : 0;
 }
 
 bool MapReport::isThin() const {

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -24,7 +25,7 @@ class MapReport final : public MapSource {
     explicit MapReport(ScanContext& scan) : scan_(scan), grid_(scan.tvwPL) {}
 
     // MapSource
-    void partsOf(Row folder, std::vector<MapPart>& parts) const override;
+    void partsOf(Row folder, double least, std::vector<MapPart>& parts) const override;
 
     /// Returns the tile of the whole map that shows this folder; kNoRow stands for all sources.
     MapPart whole(Row top) const;
@@ -40,6 +41,15 @@ class MapReport final : public MapSource {
     std::string_view nameOf(const MapTile& tile) const;
     /// Returns what the rest of a folder holds; `folder` is the index of the folder's tile.
     MapRest restOf(const std::vector<MapTile>& tiles, std::size_t folder) const;
+    // --- groups
+    /// Returns the group of most bytes among the files that a tile without parts stands for: a FileKind, a
+    /// class of age, or a uid. Returns nothing if it is not known.
+    std::optional<std::uint32_t> largestGroup(const MapTile& tile, FileGroups by) const;
+    /// Returns what each owner has in a source, as far as it is known.
+    std::vector<OwnerSums> ownersOf(Row root) const;
+    /// Returns the time against which the ages of the tile's files count, in seconds since 1970.
+    std::int64_t startOf(const MapTile& tile) const;
+
     /// Tells whether the largest files of a source are no longer the largest ones for sure.
     bool isThin() const;
 

@@ -1,7 +1,6 @@
 #include "views/map_view.h"
 
 #include <algorithm>
-#include <array>
 
 #include "base/number_format.h"
 #include "base/size_text.h"
@@ -10,15 +9,12 @@
 #include "scan/records.h"
 #include "scan/rollup.h"
 #include "views/map_picture.h"
+#include "views/map_svg.h"
 
 namespace hl {
 
 namespace {
 
-// From the outermost folder to the deepest, 0xRRGGBB: each is lighter than the one before, so that they can
-// be told apart without seeing colours. Deeper folders begin anew.
-constexpr std::array<std::uint32_t, 8> kDepthColours = {0x46327e, 0x365c8d, 0x277f8e, 0x1fa187,
-                                                        0x4ac16d, 0x73d056, 0xa0da39, 0xd8e219};
 // A tile has a name if it is at least so many lines wide.
 constexpr int kNameLines = 4, kHeadingLines = 8, kHeadingHeightLines = 4;
 
@@ -29,6 +25,12 @@ Rect placeOf(const MapTile& tile) {
 bool meet(const Rect& a, const Rect& b) {
     return a.left < b.left + b.width && b.left < a.left + a.width && a.top < b.top + b.height &&
            b.top < a.top + a.height;
+}
+
+// By how bright the eye sees the colour's parts, in thousandths. The middle of a cushion is nearly as bright.
+bool isLight(std::uint32_t colour) {
+    constexpr std::uint32_t kRed = 299, kGreen = 587, kBlue = 114, kLight = 140'000;
+    return (colour >> 16 & 0xff) * kRed + (colour >> 8 & 0xff) * kGreen + (colour & 0xff) * kBlue > kLight;
 }
 
 Point middleOf(const MapTile& tile) {
@@ -45,6 +47,10 @@ void MapView::setPane(MapPane* pane) {
 
 void MapView::reportChanged() {
     if (pane_ != nullptr) pane_->refresh();
+}
+
+void MapView::selectionChanged() {
+    if (pane_ != nullptr) pane_->refreshOverlay();
 }
 
 // A map of one source is that source.
@@ -70,6 +76,8 @@ void MapView::setTop(Row row) {
 void MapView::paint(const MapPixels& pixels, const MapLooks& looks) {
     guarded(scan_.diagnostics, {.routine = "map_paint"}, [&] {
         lineHeight_ = looks.lineHeight;
+        width_ = pixels.width;
+        height_ = pixels.height;
         const Row top = topThere();
         const MapPart whole = report_.whole(top);
         whole_ = whole.size;
@@ -77,9 +85,8 @@ void MapView::paint(const MapPixels& pixels, const MapLooks& looks) {
         if (whole.size > 0)
             tiles_ = layOutMap(report_, whole, std::min(pixels.width, kLargestMapSide),
                                std::min(pixels.height, kLargestMapSide));
-        for (MapTile& tile : tiles_)
-            tile.colour = static_cast<std::uint16_t>(tile.depth % kDepthColours.size());
-        paintMap(tiles_, kDepthColours, pixels);
+        colours_.colour(tiles_, looks.isDark);
+        paintMap(tiles_, colours_.palette(), pixels);
     });
 }
 
@@ -100,6 +107,32 @@ void MapView::addHeadings(MapOverlay& overlay, std::vector<Rect>& taken) const {
     }
 }
 
+void MapView::addNames(MapOverlay& overlay) const {
+    std::vector<Rect> taken;
+    addHeadings(overlay, taken);
+    for (std::size_t i = 0; i < tiles_.size(); ++i) {
+        const MapTile& tile = tiles_[i];
+        if (tile.next != i + 1 || tile.file == kMapRest || tile.row == kNoRow) continue;
+        const Rect place = placeOf(tile);
+        if (place.width < kNameLines * lineHeight_ || place.height < lineHeight_) continue;
+        const Rect line = {place.left, middleOf(tile).y - lineHeight_ / 2, place.width, lineHeight_};
+        if (std::ranges::none_of(taken, [&](const Rect& other) { return meet(line, other); }))
+            overlay.names.push_back({.place = place,
+                                     .text = std::string(report_.nameOf(tile)),
+                                     .onLight = isLight(colours_.palette()[tile.colour])});
+    }
+}
+
+std::string MapView::svg() {
+    const MapOverlay all = overlay();
+    return svgOf({tiles_, colours_.palette(), all, width_, height_, lineHeight_});
+}
+
+std::string MapView::path() const {
+    const Row top = topThere();
+    return top == kNoRow ? std::string() : report_.pathOf(top);
+}
+
 MapOverlay MapView::overlay() {
     return guarded(scan_.diagnostics, {.routine = "map_overlay"}, [&] {
         MapOverlay overlay;
@@ -107,17 +140,8 @@ MapOverlay MapView::overlay() {
             overlay.hint = scan_.texts.TL(9770, "Die Karte zeigt die Ordner, die eingelesen sind.");
             return overlay;
         }
-        std::vector<Rect> taken;
-        addHeadings(overlay, taken);
-        for (std::size_t i = 0; i < tiles_.size(); ++i) {
-            const MapTile& tile = tiles_[i];
-            if (tile.next != i + 1 || tile.file == kMapRest || tile.row == kNoRow) continue;
-            const Rect place = placeOf(tile);
-            if (place.width < kNameLines * lineHeight_ || place.height < lineHeight_) continue;
-            const Rect line = {place.left, middleOf(tile).y - lineHeight_ / 2, place.width, lineHeight_};
-            if (std::ranges::none_of(taken, [&](const Rect& other) { return meet(line, other); }))
-                overlay.names.push_back({place, std::string(report_.nameOf(tile))});
-        }
+        addNames(overlay);
+        overlay.legend = colours_.legend();
         const std::size_t selected = selectedTile();
         if (selected < tiles_.size()) overlay.frame = placeOf(tiles_[selected]);
         return overlay;
@@ -237,7 +261,8 @@ std::string MapView::restText(std::size_t tile) const {
 
 std::string MapView::textOf(std::size_t index) const {
     const MapTile& tile = tiles_[index];
-    std::string path = tile.row == kNoRow ? std::string() : visible(report_.pathOf(tile.row));
+    if (tile.row == kNoRow) return scan_.texts.TL(9772, "Karte") + "\n" + shareText(whole_);
+    std::string path = visible(report_.pathOf(tile.row));
     if (tile.file == kMapRest) return path + "\n" + restText(index);
     const LargestFile* file = report_.fileOf(tile);
     if (tile.file != kMapFolder && file == nullptr) return path;  // It is painted anew soon.
@@ -260,6 +285,28 @@ std::string MapView::spoken() {
         const std::size_t tile = selectedTile();
         return tile < tiles_.size() ? textOf(tile) : std::string();
     });
+}
+
+// --- for a screen reader
+
+MapItem MapView::item(std::size_t number) {
+    return guarded(scan_.diagnostics, {.routine = "map_item"}, [&]() -> MapItem {
+        if (number >= tiles_.size()) return {};
+        const MapTile& tile = tiles_[number];
+        const bool there = tile.row == kNoRow || grid_.tree().exists(tile.row);
+        return {.place = placeOf(tile),
+                .text = there ? textOf(number) : std::string(),
+                .level = tile.depth,
+                .hasItems = tile.next > number + 1};
+    });
+}
+
+std::size_t MapView::selectedItem() {
+    return guarded(scan_.diagnostics, {.routine = "map_selectedItem"}, [&] { return selectedTile(); });
+}
+
+void MapView::selectItem(std::size_t number) {
+    guarded(scan_.diagnostics, {.routine = "map_selectItem"}, [&] { select(number); });
 }
 
 }  // namespace hl

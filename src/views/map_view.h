@@ -9,6 +9,7 @@
 
 #include "platform/map_pane.h"
 #include "scan/scan_context.h"
+#include "views/map_colours.h"
 #include "views/map_report.h"
 
 namespace hl {
@@ -28,12 +29,21 @@ class MapHost {
 class MapView final : public MapEvents {
   public:
     /// The arguments must outlive the view.
-    MapView(ScanContext& scan, MapHost& host) : scan_(scan), grid_(scan.tvwPL), report_(scan), host_(host) {}
+    MapView(ScanContext& scan, MapHost& host)
+        : scan_(scan), grid_(scan.tvwPL), report_(scan), colours_(scan, report_), host_(host) {}
 
     /// `pane` may be null. It is told whom to ask.
     void setPane(MapPane* pane);
-    /// The report has changed: its rows, their sizes, or its selection.
+    /// The report's rows or their sizes have changed.
     void reportChanged();
+    void selectionChanged();
+    /// Tells whether there is a map to be saved or printed.
+    bool isEmpty() const { return tiles_.empty(); }
+    bool isThin() const { return report_.isThin(); }
+    /// Returns the map as an SVG drawing, as the pane shows it.
+    std::string svg();
+    /// Returns the path of what the map shows; empty for all sources.
+    std::string path() const;
 
     // --- MapEvents
     void paint(const MapPixels& pixels, const MapLooks& looks) override;
@@ -44,6 +54,11 @@ class MapView final : public MapEvents {
     void menuKey() override;
     std::string tip(Point at) override;
     std::string spoken() override;
+    std::size_t itemCount() override { return tiles_.size(); }
+    MapItem item(std::size_t number) override;
+    std::size_t itemAt(Point at) override { return tileAt(tiles_, at.x, at.y); }
+    std::size_t selectedItem() override;
+    void selectItem(std::size_t number) override;
 
   private:
     /// A file whose tile was clicked; its folder is selected in the report.
@@ -62,10 +77,12 @@ class MapView final : public MapEvents {
     std::string restText(std::size_t tile) const;
     std::string shareText(double bytes) const;
     void addHeadings(MapOverlay& overlay, std::vector<Rect>& taken) const;
+    void addNames(MapOverlay& overlay) const;
 
     ScanContext& scan_;
     const Grid& grid_;
     MapReport report_;
+    MapColours colours_;
     MapHost& host_;
     MapPane* pane_ = nullptr;
     /// The folder that the map shows; kNoRow for all sources. A row that goes may give its number to another,
@@ -75,7 +92,7 @@ class MapView final : public MapEvents {
     std::vector<MapTile> tiles_;  ///< As they were painted last.
     double whole_ = 0;            ///< The size of what they show.
     PickedFile picked_;
-    int lineHeight_ = 0;
+    int width_ = 0, height_ = 0, lineHeight_ = 0;
 };
 
 }  // namespace hl

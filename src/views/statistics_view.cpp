@@ -11,6 +11,7 @@
 #include "grid/no_redraw.h"
 #include "scan/left_out.h"
 #include "scan/rollup.h"
+#include "views/group_texts.h"
 
 namespace hl {
 
@@ -33,37 +34,6 @@ constexpr std::uint64_t kMostFiles = std::numeric_limits<std::int32_t>::max();
 
 constexpr RowText kByKind = TL(9703, "Nach Art"), kByAge = TL(9704, "Nach Alter"),
                   kByOwner = TL(9705, "Nach Eigentümer");
-
-// In the order of FileKind.
-constexpr RowText kKindTexts[kFileKinds] = {
-    TL(9710, "Bilder"),
-    TL(9711, "Filme"),
-    TL(9712, "Klänge"),
-    TL(9713, "Dokumente"),
-    TL(9714, "Tabellen"),
-    TL(9715, "Präsentationen"),
-    TL(9716, "Bücher"),
-    TL(9717, "Archive"),
-    TL(9718, "Laufwerksabbilder"),
-    TL(9719, "Installationspakete"),
-    TL(9725, "Programme"),
-    TL(9726, "Bibliotheken"),
-    TL(9727, "Quelltexte"),
-    TL(9728, "Daten, Datenbanken"),
-    TL(9729, "Protokolle"),
-    TL(9730, "E-Mail"),
-    TL(9731, "Schriften"),
-    TL(9732, "Sicherungen, Temporäres"),
-    TL(9733, "Cache, Übersetztes"),
-    TL(9734, "Andere"),
-};
-
-// In the order of kAgeBorders, and then the future.
-constexpr RowText kAgeTexts[kAgeClasses] = {
-    TL(9735, "Unter 1 Tag"),      TL(9736, "1 bis 7 Tage"),       TL(9737, "7 bis 30 Tage"),
-    TL(9738, "30 bis 90 Tage"),   TL(9739, "90 bis 180 Tage"),    TL(9740, "180 bis 365 Tage"),
-    TL(9741, "365 bis 730 Tage"), TL(9742, "730 Tage und älter"), TL(9743, "In der Zukunft"),
-};
 
 double bytesOf(std::uint64_t bytes) {
     return static_cast<double>(bytes);

@@ -161,6 +161,7 @@ TEST_P(LanguagesTest, TheTextsAboutTheProgramNeedNoScrollingAndTheToolkitIsToldT
 
 TEST_P(LanguagesTest, NoBarCutsACaptionOff) {
     using enum Command;
+    s.click(kShowMap);
     for (const char* shown : {"icons ", "captions "}) {
         for (const int width : {1400, 700}) {
             s.frame().resize(width, 900);

@@ -1,10 +1,13 @@
 // The map below the report: it selects in the report, follows it, and goes through the levels.
+#include <QAccessible>
 #include <QHelpEvent>
 #include <QTextDocumentFragment>
 #include <QToolTip>
+#include <QXmlStreamReader>
 
 #include "gui/files_fixture.h"
 #include "platform/qt/map/map_area.h"
+#include "platform/qt/print/print_preview.h"
 
 namespace hl {
 namespace {
@@ -95,6 +98,8 @@ TEST_F(MapTest, ReturnAndBackspaceGoThroughTheLevelsAndArrowsThroughTheTiles) {
     press(Qt::Key_Backspace);
     press(Qt::Key_Backspace);
     EXPECT_EQ(folders(), Folders({"src", "sub", "deep"}));
+    s().clickRow("deep");
+    test::Session::settle();
     Folders met;
     for (const Qt::Key key :
          {Qt::Key_Down, Qt::Key_Up, Qt::Key_Right, Qt::Key_Left, Qt::Key_Right, Qt::Key_Right})
@@ -119,6 +124,94 @@ TEST_F(MapTest, ALargeFileIsATileThatSelectsItInTheListAndTheOthersOfItsFolderSh
     };
     EXPECT_TRUE(tells(at("src/sub/deep/e.txt") + "\n500 "));
     EXPECT_TRUE(tells(at("src") + "\n3 kleinere Dateien\n600 "));
+}
+
+TEST_F(MapTest, ItIsSavedAsAPictureOrADrawingAndPrinted) {
+    startWithMap();
+    const auto saved = [&](Command command, const std::string& name) {
+        s().answers.add([&](QDialog& dialog) { test::choosePath(dialog, at(name)); });
+        s().execute(command);
+        return test::contentOf(at(name));
+    };
+    const std::string png = saved(Command::kMapSavePng, "map.png");
+    const QImage picture = QImage::fromData(QByteArray::fromStdString(png));
+    EXPECT_EQ(picture.size(), map().size());
+    const std::string svg = saved(Command::kMapSaveSvg, "map.svg");
+    QXmlStreamReader reader(QByteArray::fromStdString(svg));
+    while (!reader.atEnd()) reader.readNext();
+    EXPECT_FALSE(reader.hasError()) << reader.errorString().toStdString();
+    for (const char* text : {"c.txt", "e.txt", "fill=\"url(#c4)\"", "Dokumente"})
+        EXPECT_NE(svg.find(text), std::string::npos) << text;
+    QImage page(600, 400, QImage::Format_RGB32);
+    page.fill(Qt::white);
+    s().answers.add([&](QDialog& dialog) {
+        const PrintPages& pages = dynamic_cast<PrintPreview&>(dialog).pages();
+        EXPECT_EQ(pages.count(), 1);
+        QPainter painter(&page);
+        painter.scale(600 / pages.page().fullRect(QPageLayout::Inch).width() / kUnitsPerInch,
+                      600 / pages.page().fullRect(QPageLayout::Inch).width() / kUnitsPerInch);
+        pages.paint(painter, 0);
+        dialog.accept();
+    });
+    s().execute(Command::kMapPrint);
+    EXPECT_NE(page.pixelColor(300, 150), QColor(Qt::white));
+}
+
+TEST_F(MapTest, ItsColoursAreChosenAndKept) {
+    startWithMap();
+    std::vector<QImage> pictures;
+    for (const Command by :
+         {Command::kMapByKind, Command::kMapByAge, Command::kMapByOwner, Command::kMapByDepth}) {
+        s().execute(by);
+        test::Session::settle();
+        pictures.push_back(map().grab().toImage());
+        for (std::size_t i = 0; i + 1 < pictures.size(); ++i) EXPECT_NE(pictures[i], pictures.back()) << i;
+    }
+    s().frame().close();
+    session_.reset();
+    EXPECT_NE(test::contentOf(ini()).find("MapColour=3"), std::string::npos);
+    start();
+    EXPECT_TRUE(s().form().form().bars.cbrMap.isChecked(idOf(Command::kMapByDepth)));
+}
+
+TEST_F(MapTest, AScreenReaderMeetsATreeOfTilesWithLevels) {
+    startWithMap();
+    QAccessibleInterface* all = QAccessible::queryAccessibleInterface(&map());
+    ASSERT_EQ(all->role(), QAccessible::Tree);
+    std::multiset<std::string> levels;
+    for (int i = 0; i < all->childCount(); ++i) {
+        QAccessibleInterface* tile = all->child(i);
+        EXPECT_TRUE(tile->role() == QAccessible::TreeItem && tile->parent() == all) << i;
+        EXPECT_EQ(all->indexOfChild(tile), i);
+        levels.insert(tile->text(QAccessible::Description).toStdString());
+        const QString name = tile->text(QAccessible::Name);
+        if (tile->state().expandable || !name.contains(QStringLiteral("d.txt\n400 "))) continue;
+        EXPECT_EQ(all->childAt(tile->rect().center().x(), tile->rect().center().y()), tile);
+        tile->actionInterface()->doAction(QAccessibleActionInterface::setFocusAction());
+        EXPECT_EQ(fs::path(selected()).filename(), "sub");
+        EXPECT_TRUE(all->child(i)->state().selected);
+    }
+    // The source; its three files and "sub"; the file and "deep" in that; the file in "deep".
+    EXPECT_EQ(levels, (std::multiset<std::string>{"Ebene 1", "Ebene 2", "Ebene 2", "Ebene 2", "Ebene 2",
+                                                  "Ebene 3", "Ebene 3", "Ebene 4"}));
+}
+
+TEST_F(MapTest, ItSaysWhenTooFewOfTheLargestFilesAreLeft) {
+    options("LargestKept=4\r\nFilelistVisible=1\r\n");
+    startWithMap();
+    const auto title = [&] { return s().form().form().bars.cbrMap.find(0)->caption; };
+    EXPECT_EQ(title(), "Karte");
+    s().clickRow("sub");
+    s().execute(Command::kDeleteFolders);
+    s().clickRow("src");
+    test::ListSession::clickOn(session_->open(test::kFileList), 0);
+    deleteInList();
+    test::Session::settle();
+    EXPECT_EQ(title(), "Karte (größte Dateien nach dem Stand des letzten Einlesens)");
+    s().clickRow("src");
+    s().execute(Command::kReportRescan);
+    test::Session::settle();
+    EXPECT_EQ(title(), "Karte");
 }
 
 TEST_F(MapTest, ItFollowsAScanWhichLeavesItsSelectionAlone) {

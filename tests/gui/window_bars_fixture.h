@@ -78,6 +78,7 @@ struct WindowBars : testing::Test, private PaneHost {
         parts.more = "More commands";
         parts.clear = "Clear";
         parts.level = "Level";
+        parts.map = "Map";
         parts.name = "Harborlantern";
         parts.dataFolder = HARBORLANTERN_SOURCE_DIR "/data";
     }

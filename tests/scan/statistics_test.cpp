@@ -163,6 +163,27 @@ struct StatisticsAfterChanges : RescanFixture {
         scan.largest = &largest;
     }
     /// Returns the statistics of every row by its path; each must add up to its row.
+    static void expectLargestGroups(const ScanBench& bench, Statistics& statistics, Row row,
+                                    const StatisticsSums& sums) {
+        std::map<std::uint32_t, std::uint64_t> kinds, ages, owners;
+        for (const EndingSums& each : sums.endings)
+            kinds[static_cast<std::uint32_t>(each.kind)] += each.sums.bytes;
+        for (std::uint32_t i = 0; i < kAgeClasses; ++i) ages[i] = sums.ages[i].bytes;
+        for (const OwnerSums& each : sums.owners) owners[each.owner] = each.sums.bytes;
+        const bool own = bench.report.number(row, kIsFolder) == 0;
+        const Row folder = own ? bench.report.parent(row) : row;
+        for (const auto& [by, bytes] : {std::pair(FileGroups::kKind, &kinds),
+                                        {FileGroups::kAge, &ages},
+                                        {FileGroups::kOwner, &owners}}) {
+            const auto largest =
+                statistics.largestGroup(bench.report, folder, {.by = by, .onlyOwn = own}, false);
+            ASSERT_EQ(largest.has_value(), sums.all.bytes > 0);
+            for (const auto& [group, of] : *bytes)
+                if (largest) {
+                    EXPECT_LE(of, bytes->at(*largest));
+                }
+        }
+    }
     static std::vector<Figures> allFigures(const ScanBench& bench, Statistics& statistics,
                                            LargestOfSources& largest) {
         std::map<std::string, Figures> byPath;
@@ -174,6 +195,7 @@ struct StatisticsAfterChanges : RescanFixture {
             EXPECT_EQ(sums->all.bytes, report.number(row, kSize));
             Figures& figures = byPath[Report_GetFullpathOfNode(report, row, false, bench.paths)];
             figures = groupsOf(*sums);
+            expectLargestGroups(bench, statistics, row, *sums);
             const LargestFiles& kept = *largest.of(report, row);
             for (auto [at, end] = largest.of(report, row)->of(row); at < end; ++at)
                 figures["file " + std::string(kept.nameOf(kept.at(at)))] +=

@@ -35,7 +35,7 @@ class MadeTree final : public MapSource {
             if (part.file == file) return part.size;
         return 0;
     }
-    void partsOf(Row folder, std::vector<MapPart>& parts) const override {
+    void partsOf(Row folder, double /*least*/, std::vector<MapPart>& parts) const override {
         parts.insert(parts.end(), parts_[folder].begin(), parts_[folder].end());
     }
 

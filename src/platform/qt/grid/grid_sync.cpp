@@ -46,7 +46,8 @@ GridSync::GridSync(GridView& view, Grid& grid, GridId id, const CellTextFunction
     });
     telling_.setSingleShot(true);
     QObject::connect(&telling_, &QTimer::timeout, &telling_, [this] {
-        kGridSyncGuard(events_, "telling", [&] { events_.gridContentChanged(id_); });
+        kGridSyncGuard(events_, "telling",
+                       [&] { events_.gridContentChanged(id_, std::exchange(rowsChanged_, false)); });
     });
 }
 
@@ -67,6 +68,7 @@ void GridSync::start() {
 void GridSync::gridChanged(const GridChange& change) {
     repaint(change);
     tellLogic();
+    rowsChanged_ |= change.structure || !change.cells.isEmpty();
     if (!telling_.isActive()) telling_.start(0);
     if (own_ && !change.structure) return;
     pending_.add(change);

@@ -89,7 +89,8 @@ class GridSync : public GridObserver {
     bool userScrolled_ = false;
     bool hasRows_ = false, hasSelection_ = false;  ///< What the logic was told last.
     QTimer timer_;
-    QTimer telling_;  ///< Tells the logic once of many changes.
+    QTimer telling_;            ///< Tells the logic once of many changes.
+    bool rowsChanged_ = false;  ///< Since the logic was told last.
     Row lastTop_ = kNoRow;
     Row lastCurrent_ = kNoRow;
 };

@@ -1,6 +1,7 @@
 #include "platform/qt/map/map_area.h"
 
 #include <QAccessible>
+#include <QBuffer>
 #include <QContextMenuEvent>
 #include <QHelpEvent>
 #include <QPainter>
@@ -12,6 +13,7 @@
 
 #include "platform/qt/common/qt_convert.h"
 #include "platform/qt/common/qt_guard.h"
+#include "platform/qt/map/map_accessible.h"
 
 namespace hl {
 
@@ -19,6 +21,9 @@ namespace {
 
 constexpr QtGuard kMapAreaGuard{"MapArea"};
 constexpr int kMargin = 3, kFrameWidth = 2, kLeastHeight = 40;
+// A map of less lines than this has no legend. The legend's square is this part of a line.
+constexpr int kLinesWithLegend = 8;
+constexpr qreal kLegendSquare = 0.65;
 constexpr int kMiddleGrey = 128;
 
 std::optional<MapStep> stepOf(int key) {
@@ -53,6 +58,7 @@ MapArea::MapArea(WindowEvents& faults, QWidget* parent) : QWidget(parent), fault
     setFocusPolicy(Qt::StrongFocus);
     setAttribute(Qt::WA_OpaquePaintEvent);
     setMinimumHeight(kLeastHeight);
+    installMapAccessible();
 }
 
 // --- MapPane
@@ -89,13 +95,19 @@ Point MapArea::pixelAt(QPointF at) const {
     return {static_cast<int>(pixel.x()), static_cast<int>(pixel.y())};
 }
 
-QRectF MapArea::placeOf(const Rect& pixels) const {
+int MapArea::legendHeight() const {
+    const int line = fontMetrics().height() + kMargin;
+    return height() >= kLinesWithLegend * line ? line : 0;
+}
+
+QRectF MapArea::placeOnWidget(const Rect& pixels) const {
     const qreal scale = devicePixelRatioF();
     return {pixels.left / scale, pixels.top / scale, pixels.width / scale, pixels.height / scale};
 }
 
 void MapArea::bringUpToDate() {
-    const QSize size = (QSizeF(this->size()) * devicePixelRatioF()).toSize();
+    const QSizeF room(width(), height() - legendHeight());
+    const QSize size = (room * devicePixelRatioF()).toSize();
     if (pixels_.size() != size) {
         pixels_ = QImage(size, QImage::Format_RGB32);
         pixelsStale_ = true;
@@ -109,29 +121,84 @@ void MapArea::bringUpToDate() {
                         .width = pixels_.width(),
                         .height = pixels_.height()},
                        looks());
+        accessibleTilesChanged(*this);
     }
     if (!std::exchange(overlayStale_, false)) return;
     overlay_ = events_->overlay();
     // Assistive tools are told of a change by Qt.
     setAccessibleDescription(qtText(events_->spoken()));
+    accessibleSelectionChanged(*this);
 }
 
-void MapArea::paintNames(QPainter& painter) const {
+// A shadow keeps a name readable on every colour, and a dark plate that of a folder, which lies on many.
+void MapArea::paintName(QPainter& painter, const MapName& name) const {
+    QRectF place = placeOnWidget(name.place).adjusted(kMargin, 0, -kMargin, 0);
+    const QString text = painter.fontMetrics().elidedText(shownName(name.text), Qt::ElideMiddle,
+                                                          static_cast<int>(place.width()));
+    const Qt::Alignment where =
+        name.isHeading ? Qt::AlignLeft | Qt::AlignTop : Qt::Alignment(Qt::AlignCenter);
+    const QColor dark(0, 0, 0), light(255, 255, 255);
+    const bool darkText = name.onLight && !name.isHeading;
+    if (name.isHeading) {
+        const int width = painter.fontMetrics().horizontalAdvance(text) + 2 * kMargin;
+        painter.fillRect(QRectF(place.left() - kMargin, place.top(), width, place.height()),
+                         QColor(0, 0, 0, 170));
+    } else {
+        painter.setPen(darkText ? QColor(255, 255, 255, 110) : QColor(0, 0, 0, 200));
+        painter.drawText(place.translated(1, 1), static_cast<int>(where), text);
+    }
+    painter.setPen(darkText ? dark : light);
+    painter.drawText(place, static_cast<int>(where), text);
+}
+
+void MapArea::paintMapAndNames(QPainter& painter) const {
+    painter.drawImage(0, 0, pixels_);
     QFont bold = font();
     bold.setBold(true);
     for (const MapName& name : overlay_.names) {
         painter.setFont(name.isHeading ? bold : font());
-        const QRectF place = placeOf(name.place).adjusted(kMargin, 0, -kMargin, 0);
-        const QString text = painter.fontMetrics().elidedText(shownName(name.text), Qt::ElideMiddle,
-                                                              static_cast<int>(place.width()));
-        const Qt::Alignment where =
-            name.isHeading ? Qt::AlignLeft | Qt::AlignTop : Qt::Alignment(Qt::AlignCenter);
-        // A shadow keeps the name readable on every colour.
-        painter.setPen(QColor(0, 0, 0, 200));
-        painter.drawText(place.translated(1, 1), static_cast<int>(where), text);
-        painter.setPen(Qt::white);
-        painter.drawText(place, static_cast<int>(where), text);
+        paintName(painter, name);
     }
+    painter.setFont(font());
+    paintLegend(painter);
+}
+
+// Shows as many colours as there is room for.
+void MapArea::paintLegend(QPainter& painter) const {
+    const int line = legendHeight();
+    if (line == 0) return;
+    const QRectF strip(0, height() - line, width(), line);
+    painter.fillRect(strip, palette().color(QPalette::Window));
+    const qreal square = line * kLegendSquare;
+    qreal x = kMargin;
+    for (const MapLegend& entry : overlay_.legend) {
+        const QString text = shownName(entry.text);
+        const qreal width = painter.fontMetrics().horizontalAdvance(text);
+        if (x + square + 2 * kMargin + width > strip.right()) return;
+        painter.fillRect(QRectF(x, strip.top() + (line - square) / 2, square, square),
+                         QColor::fromRgb(entry.colour));
+        x += square + kMargin;
+        painter.setPen(palette().color(QPalette::WindowText));
+        painter.drawText(QRectF(x, strip.top(), width + 1, line), Qt::AlignLeft | Qt::AlignVCenter, text);
+        x += width + 4 * kMargin;
+    }
+}
+
+std::string MapArea::png() {
+    bringUpToDate();
+    if (pixels_.isNull() || itemCount() == 0) return {};
+    QImage picture((QSizeF(size()) * devicePixelRatioF()).toSize(), QImage::Format_RGB32);
+    picture.setDevicePixelRatio(devicePixelRatioF());
+    picture.fill(palette().color(QPalette::Window));
+    {
+        QPainter painter(&picture);
+        painter.setFont(font());
+        paintMapAndNames(painter);
+    }
+    QBuffer file;
+    file.open(QIODevice::WriteOnly);
+    picture.save(&file, "PNG");
+    return file.data().toStdString();
 }
 
 void MapArea::paintFrames(QPainter& painter) const {
@@ -141,7 +208,7 @@ void MapArea::paintFrames(QPainter& painter) const {
         painter.drawRect(around.adjusted(kHalf, kHalf, -kHalf, -kHalf));
     };
     if (overlay_.frame.width > 0) {
-        const QRectF place = placeOf(overlay_.frame);
+        const QRectF place = placeOnWidget(overlay_.frame);
         frame(place.adjusted(-kFrameWidth, -kFrameWidth, kFrameWidth, kFrameWidth), Qt::black);
         frame(place, Qt::white);
     }
@@ -157,11 +224,32 @@ void MapArea::paintEvent(QPaintEvent*) {
             painter.setPen(palette().color(QPalette::Disabled, QPalette::Text));
             painter.drawText(rect(), Qt::AlignCenter | Qt::TextWordWrap, qtText(overlay_.hint));
         } else {
-            painter.drawImage(0, 0, pixels_);
-            paintNames(painter);
+            paintMapAndNames(painter);
         }
         paintFrames(painter);
     });
+}
+
+// --- for assistive tools
+
+std::size_t MapArea::itemCount() const {
+    return events_ != nullptr ? events_->itemCount() : 0;
+}
+
+MapItem MapArea::item(std::size_t number) const {
+    return events_ != nullptr ? events_->item(number) : MapItem();
+}
+
+std::size_t MapArea::itemAt(QPointF at) const {
+    return events_ != nullptr ? events_->itemAt(pixelAt(at)) : 0;
+}
+
+std::size_t MapArea::selectedItem() const {
+    return events_ != nullptr ? events_->selectedItem() : 0;
+}
+
+void MapArea::selectItem(std::size_t number) {
+    if (events_ != nullptr) events_->selectItem(number);
 }
 
 // --- what the user does

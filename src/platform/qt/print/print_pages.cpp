@@ -155,7 +155,9 @@ std::unique_ptr<PrintPages> textPages(const PrintJob& job) {
 }
 
 std::unique_ptr<PrintPages> layOut(const PrintJob& job, const IconSource& icon, const QPageLayout& page) {
-    auto pages = job.grid != nullptr ? gridPages(job, icon) : textPages(job);
+    auto pages = !job.picture.empty()  ? picturePages(job)
+                 : job.grid != nullptr ? gridPages(job, icon)
+                                       : textPages(job);
     pages->setPage(page);
     return pages;
 }
@@ -166,10 +168,11 @@ std::unique_ptr<PrintPages> layOut(const PrintJob& job, const IconSource& icon) 
     QPageLayout page(size, QPageLayout::Portrait, {});
     auto pages = layOut(job, icon, page);
     const int upright = pages->across();
-    if (upright == 1) return pages;
+    const bool wide = !job.picture.empty() && isWide(job);
+    if (upright == 1 && !wide) return pages;
     page.setOrientation(QPageLayout::Landscape);
     pages->setPage(page);
-    if (pages->across() < upright) return pages;
+    if (pages->across() < upright || wide) return pages;
     page.setOrientation(QPageLayout::Portrait);
     pages->setPage(page);
     return pages;

@@ -64,10 +64,14 @@ class PrintPages {
 std::unique_ptr<PrintPages> gridPages(const PrintJob& job, IconSource icon);
 /// Makes the pages of a text's lines, which are broken if they are too long.
 std::unique_ptr<PrintPages> textPages(const PrintJob& job);
+/// Makes the page of a drawing, which is as large as its place allows.
+std::unique_ptr<PrintPages> picturePages(const PrintJob& job);
+/// Tells whether a drawing is wider than high.
+bool isWide(const PrintJob& job);
 /// Makes the pages of a job, of whichever kind, on this page.
 std::unique_ptr<PrintPages> layOut(const PrintJob& job, const IconSource& icon, const QPageLayout& page);
 /// Makes the pages on the paper of the user's country: upright, or across if the columns then need fewer
-/// pages side by side.
+/// pages side by side, or a drawing is wide.
 std::unique_ptr<PrintPages> layOut(const PrintJob& job, const IconSource& icon);
 
 }  // namespace hl

@@ -71,8 +71,9 @@ void MainWindow::makePanes() {
             new ToolBar(*parts_.bars[i], icons_, events_, *parts_.barEvents, i == 0 ? sources_ : nullptr);
         bars_[i]->setParent(frame_.get());
         bars_[i]->setNames(qtText(parts_.more), qtText(parts_.clear));
-        // The main bar gets the name of its CommandBar later; the others have that of their grid.
-        if (i > 0) bars_[i]->setAccessibleName(qtText(parts_.gridTitles[i - 1]));
+        // The main bar gets the name of its CommandBar later; the others have that of their grid or the map.
+        if (i > 0)
+            bars_[i]->setAccessibleName(qtText(i > kGridCount ? parts_.map : parts_.gridTitles[i - 1]));
         if (i > 0) bars_[i]->hide();
     }
     for (std::size_t i = 0; i < kGridCount; ++i) makeGrid(i);
@@ -81,6 +82,7 @@ void MainWindow::makePanes() {
     preview_->hide();
     map_ = new MapArea(events_, frame_.get());
     map_->setAccessibleName(qtText(parts_.map));
+    map_->setLevelCaption(qtText(parts_.level));
     map_->hide();
     for (std::size_t i = 0; i < kSplitterCount; ++i) {
         const auto factory = [this](const PaneRef& ref) { return pane(ref); };
@@ -195,6 +197,7 @@ void MainWindow::focusBox() {
 std::optional<BarId> MainWindow::barOfFocus() const {
     for (QWidget* at = QApplication::focusWidget(); at != nullptr; at = at->parentWidget()) {
         if (at == reportPane_) return BarId::kReport;
+        if (at == map_) return BarId::kMap;
         const auto bar = std::find(bars_.begin(), bars_.end(), at);
         if (bar != bars_.end()) return static_cast<BarId>(bar - bars_.begin());
         // The bars of the grids follow the main one in the order of the grids.
@@ -220,12 +223,15 @@ bool MainWindow::pressAccelerator(int key, bool control) {
     return false;
 }
 
-/// Moves the focus from the main bar, which has the sources, to the visible grids in turn, and around.
+/// Moves the focus from the main bar, which has the sources, to the visible grids in turn, the map, and
+/// around.
 bool MainWindow::focusNextPane(std::optional<BarId> focused) {
     const std::size_t from = focused ? static_cast<std::size_t>(*focused) : 0;
     for (std::size_t step = 1; step <= kBarCount; ++step) {
         const std::size_t next = (from + step) % kBarCount;
-        QWidget* pane = next == 0 ? static_cast<QWidget*>(sources_) : grids_[next - 1];
+        QWidget* pane = next == 0           ? static_cast<QWidget*>(sources_)
+                        : next > kGridCount ? static_cast<QWidget*>(map_)
+                                            : grids_[next - 1];
         if (!pane->isVisible() || !pane->isEnabled()) continue;
         const bool onPage = pane == grids_[static_cast<std::size_t>(GridId::kReport)] && startPageShows();
         if (onPage) {
@@ -323,7 +329,9 @@ std::vector<QWidget*> MainWindow::tabStops() const {
         } else {
             grids_[i]->addTabStops(stops);
         }
-        if (i == static_cast<std::size_t>(GridId::kReport)) stops.push_back(map_);
+        if (i != static_cast<std::size_t>(GridId::kReport)) continue;
+        bars_[static_cast<std::size_t>(BarId::kMap)]->addTabStops(stops);
+        stops.push_back(map_);
     }
     preview_->addTabStops(stops);
     return stops;

@@ -1,0 +1,161 @@
+// Palettes; the colour of a tile; the legend.
+#include "views/map_colours.h"
+
+#include <algorithm>
+#include <numeric>
+#include <optional>
+
+#include "views/group_texts.h"
+
+namespace hl {
+
+namespace {
+
+constexpr std::uint32_t kGrey = 0xbdbdbd;
+
+// Kinds that are much alike share a colour. These are known to be told apart with any kind of colour
+// blindness; a test computes how far apart they are then.
+constexpr std::uint32_t kCategories[] = {kGrey,    0xf0e442, 0xd55e00, 0xcc79a7, 0x0072b2,
+                                         0xe69f00, 0x56b4e9, 0x009e73, 0x4d4d4d};
+// Grey, then from the newest to the oldest, each darker than the one before, then the future.
+constexpr std::uint32_t kAges[] = {kGrey,    0xfde725, 0xa0da39, 0x4ac16d, 0x1fa187,
+                                   0x277f8e, 0x365c8d, 0x46327e, 0x440154, 0xd55e00};
+// From the outermost folder to the deepest, each lighter than the one before. Deeper ones begin anew.
+constexpr std::uint32_t kDepths[] = {0x46327e, 0x365c8d, 0x277f8e, 0x1fa187,
+                                     0x4ac16d, 0x73d056, 0xa0da39, 0xfde725};
+
+constexpr std::uint8_t kPictures = 1, kFilms = 2, kSounds = 3, kDocuments = 4, kArchives = 5, kPrograms = 6,
+                       kSources = 7, kCaches = 8, kOthers = 0;
+// In the order of FileKind.
+constexpr std::uint8_t kColourOfKind[kFileKinds] = {
+    kPictures, kFilms,     kSounds,   kDocuments, kDocuments, kDocuments, kDocuments,
+    kArchives, kArchives,  kArchives, kPrograms,  kPrograms,  kSources,   kSources,
+    kSources,  kDocuments, kOthers,   kCaches,    kCaches,    kOthers,
+};
+// By colour.
+constexpr RowText kCategoryTexts[] = {
+    kKindTexts[static_cast<std::size_t>(FileKind::kOther)],
+    kKindTexts[static_cast<std::size_t>(FileKind::kPicture)],
+    kKindTexts[static_cast<std::size_t>(FileKind::kFilm)],
+    kKindTexts[static_cast<std::size_t>(FileKind::kSound)],
+    kKindTexts[static_cast<std::size_t>(FileKind::kDocument)],
+    kKindTexts[static_cast<std::size_t>(FileKind::kArchive)],
+    kKindTexts[static_cast<std::size_t>(FileKind::kProgram)],
+    TL(9416, "Quelltexte, Daten"),
+    TL(9417, "Sicherungen, Cache"),
+};
+static_assert(std::size(kCategoryTexts) == std::size(kCategories));
+
+FileGroups groupsOf(MapColouring by) {
+    if (by == MapColouring::kAge) return FileGroups::kAge;
+    return by == MapColouring::kOwner ? FileGroups::kOwner : FileGroups::kKind;
+}
+
+}  // namespace
+
+// --- palettes
+
+std::span<const std::uint32_t> mapPalette(MapColouring by) {
+    if (by == MapColouring::kAge) return kAges;
+    if (by == MapColouring::kDepth) return kDepths;
+    return kCategories;
+}
+
+std::uint32_t darkened(std::uint32_t colour) {
+    constexpr std::uint32_t kPercent = 85;
+    std::uint32_t dark = 0;
+    for (const int shift : {16, 8, 0}) dark |= ((colour >> shift & 0xff) * kPercent / 100) << shift;
+    return dark;
+}
+
+MapColouring MapColours::by() const {
+    const Flag chosen = scan_.options.MapColour;
+    return chosen > static_cast<Flag>(MapColouring::kDepth) ? MapColouring::kKind
+                                                            : static_cast<MapColouring>(chosen);
+}
+
+// --- the colour of a tile
+
+void MapColours::colour(std::vector<MapTile>& tiles, bool isDark) {
+    const auto colours = mapPalette(by());
+    palette_.assign(colours.begin(), colours.end());
+    if (isDark) std::ranges::transform(palette_, palette_.begin(), darkened);
+    pixels_.assign(palette_.size(), 0);
+    if (by() == MapColouring::kOwner) chooseOwners();
+    for (std::size_t i = 0; i < tiles.size(); ++i) {
+        MapTile& tile = tiles[i];
+        if (tile.next != i + 1) continue;
+        tile.colour = colourOf(tile);
+        pixels_[tile.colour] += static_cast<std::uint64_t>(tile.right - tile.left) *
+                                static_cast<std::uint64_t>(tile.bottom - tile.top);
+    }
+}
+
+// The owners of most bytes in all sources have a colour each, the largest one the first.
+void MapColours::chooseOwners() {
+    std::vector<OwnerSums> all;
+    const Grid& grid = scan_.tvwPL;
+    for (Row row = grid.firstRoot(); row != kNoRow; row = grid.nextSibling(row))
+        for (const OwnerSums& each : report_.ownersOf(row)) {
+            const auto found = std::ranges::find(all, each.owner, &OwnerSums::owner);
+            found != all.end() ? found->sums.add(each.sums) : all.push_back(each);
+        }
+    std::ranges::stable_sort(all, std::ranges::greater(),
+                             [](const OwnerSums& each) { return each.sums.bytes; });
+    owners_.clear();
+    for (const OwnerSums& each : all)
+        if (owners_.size() < kOwners) owners_.push_back(each.owner);
+}
+
+std::uint16_t MapColours::colourOf(const MapTile& tile) const {
+    if (by() == MapColouring::kDepth) return static_cast<std::uint16_t>(tile.depth % palette_.size());
+    if (tile.row == kNoRow) return 0;
+    if (const LargestFile* file = report_.fileOf(tile)) return colourOfFile(tile, *file);
+    const auto group = report_.largestGroup(tile, groupsOf(by()));
+    return group ? colourOfGroup(*group) : 0;
+}
+
+std::uint16_t MapColours::colourOfFile(const MapTile& tile, const LargestFile& file) const {
+    if (by() == MapColouring::kKind) return colourOfGroup(static_cast<std::uint32_t>(file.kind()));
+    if (by() == MapColouring::kOwner) return colourOfGroup(file.owner);
+    return colourOfGroup(ageClassOf(report_.startOf(tile) - file.written));
+}
+
+std::uint16_t MapColours::colourOfGroup(std::uint32_t group) const {
+    if (by() == MapColouring::kKind) return kColourOfKind[group];
+    if (by() == MapColouring::kAge) return static_cast<std::uint16_t>(group + 1);
+    const auto found = std::ranges::find(owners_, group);
+    return found != owners_.end() ? static_cast<std::uint16_t>(found - owners_.begin() + 1)
+                                  : std::uint16_t{0};
+}
+
+// --- the legend
+
+std::string MapColours::textOf(std::size_t colour) const {
+    const Texts& texts = scan_.texts;
+    const auto text = [&](const RowText& row) { return texts.TL(row.id, row.german); };
+    if (by() == MapColouring::kDepth) return texts.TL(9418, "Ebene %1", {static_cast<int>(colour)});
+    if (by() == MapColouring::kKind) return text(kCategoryTexts[colour]);
+    if (colour == 0) return text(kKindTexts[kFileKinds - 1]);
+    if (by() == MapColouring::kAge) return text(kAgeTexts[colour - 1]);
+    const std::uint32_t owner = owners_[colour - 1];
+    return scan_.owners != nullptr ? scan_.owners->nameOf(owner) : "#" + std::to_string(owner);
+}
+
+std::vector<MapLegend> MapColours::legend() const {
+    std::vector<std::size_t> order(palette_.size());
+    std::iota(order.begin(), order.end(), std::size_t{0});
+    const bool byPixels = by() == MapColouring::kKind || by() == MapColouring::kOwner;
+    std::ranges::stable_sort(order, [&](std::size_t a, std::size_t b) {
+        const bool aIsRest = a == 0, bIsRest = b == 0;
+        if (by() == MapColouring::kDepth) return a < b;
+        if (aIsRest != bIsRest) return bIsRest;
+        return byPixels && pixels_[a] > pixels_[b];
+    });
+    std::vector<MapLegend> entries;
+    for (const std::size_t colour : order)
+        if (pixels_[colour] > 0) entries.push_back({palette_[colour], textOf(colour)});
+    return entries;
+}
+
+}  // namespace hl
