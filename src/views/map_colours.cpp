@@ -17,6 +17,9 @@ constexpr std::uint32_t kGrey = 0xbdbdbd;
 // blindness; a test computes how far apart they are then.
 constexpr std::uint32_t kCategories[] = {kGrey,    0xf0e442, 0xd55e00, 0xcc79a7, 0x0072b2,
                                          0xe69f00, 0x56b4e9, 0x009e73, 0x4d4d4d};
+// The same, in another order: most maps have one owner.
+constexpr std::uint32_t kOwnerColours[] = {kGrey,    0x56b4e9, 0xe69f00, 0x009e73,
+                                           0xcc79a7, 0x0072b2, 0xd55e00, 0xf0e442};
 // Grey, then from the newest to the oldest, each darker than the one before, then the future.
 constexpr std::uint32_t kAges[] = {kGrey,    0xfde725, 0xa0da39, 0x4ac16d, 0x1fa187,
                                    0x277f8e, 0x365c8d, 0x46327e, 0x440154, 0xd55e00};
@@ -58,6 +61,7 @@ FileGroups groupsOf(MapColouring by) {
 std::span<const std::uint32_t> mapPalette(MapColouring by) {
     if (by == MapColouring::kAge) return kAges;
     if (by == MapColouring::kDepth) return kDepths;
+    if (by == MapColouring::kOwner) return kOwnerColours;
     return kCategories;
 }
 
@@ -104,7 +108,7 @@ void MapColours::chooseOwners() {
                              [](const OwnerSums& each) { return each.sums.bytes; });
     owners_.clear();
     for (const OwnerSums& each : all)
-        if (owners_.size() < kOwners) owners_.push_back(each.owner);
+        if (owners_.size() + 1 < std::size(kOwnerColours)) owners_.push_back(each.owner);
 }
 
 std::uint16_t MapColours::colourOf(const MapTile& tile) const {
@@ -134,7 +138,7 @@ std::uint16_t MapColours::colourOfGroup(std::uint32_t group) const {
 std::string MapColours::textOf(std::size_t colour) const {
     const Texts& texts = scan_.texts;
     const auto text = [&](const RowText& row) { return texts.TL(row.id, row.german); };
-    if (by() == MapColouring::kDepth) return texts.TL(9418, "Ebene %1", {static_cast<int>(colour)});
+    if (by() == MapColouring::kDepth) return texts.TL(9418, "Ebene %1", {static_cast<int>(colour) + 1});
     if (by() == MapColouring::kKind) return text(kCategoryTexts[colour]);
     if (colour == 0) return text(kKindTexts[kFileKinds - 1]);
     if (by() == MapColouring::kAge) return text(kAgeTexts[colour - 1]);
@@ -147,10 +151,9 @@ std::vector<MapLegend> MapColours::legend() const {
     std::iota(order.begin(), order.end(), std::size_t{0});
     const bool byPixels = by() == MapColouring::kKind || by() == MapColouring::kOwner;
     std::ranges::stable_sort(order, [&](std::size_t a, std::size_t b) {
-        const bool aIsRest = a == 0, bIsRest = b == 0;
-        if (by() == MapColouring::kDepth) return a < b;
-        if (aIsRest != bIsRest) return bIsRest;
-        return byPixels && pixels_[a] > pixels_[b];
+        if (byPixels) return pixels_[a] > pixels_[b];
+        const bool restLast = by() == MapColouring::kAge && (a == 0 || b == 0);
+        return restLast ? b == 0 && a != 0 : a < b;
     });
     std::vector<MapLegend> entries;
     for (const std::size_t colour : order)

@@ -31,13 +31,11 @@ class MapColours {
     void colour(std::vector<MapTile>& tiles, bool isDark);
     /// Returns the colours as they are painted.
     std::span<const std::uint32_t> palette() const { return palette_; }
-    /// Returns the colours that are seen, with what they stand for: those of most pixels first, the colour of
-    /// the rest last, ages and depths in their order.
+    /// Returns the colours that are seen, with what they stand for: those of most pixels first, but ages and
+    /// depths in their order.
     std::vector<MapLegend> legend() const;
 
   private:
-    static constexpr std::size_t kOwners = 7;  ///< So many have a colour of their own.
-
     MapColouring by() const;
     void chooseOwners();
     std::uint16_t colourOf(const MapTile& tile) const;

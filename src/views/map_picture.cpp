@@ -30,7 +30,7 @@ struct Cushion {
 constexpr float kBulge = 0.4F, kBulgeOfNext = 0.8F;
 // Where the light comes from, as a direction of length 1, and how bright a tile is that it does not reach.
 constexpr float kLightX = 0.0976F, kLightY = 0.1952F, kLightZ = 0.9759F;
-constexpr float kShadow = 0.25F;
+constexpr float kShadow = 0.45F;
 constexpr int kLevels = 256;
 
 // A colour from dark to light: the light's level picks one.

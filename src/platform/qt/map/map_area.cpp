@@ -21,8 +21,9 @@ namespace {
 
 constexpr QtGuard kMapAreaGuard{"MapArea"};
 constexpr int kMargin = 3, kFrameWidth = 2, kLeastHeight = 40;
-// A map of less lines than this has no legend. The legend's square is this part of a line.
-constexpr int kLinesWithLegend = 8;
+// A map has a line of legend for each so many lines of its height, two at most. The legend's square is a part
+// of a line.
+constexpr int kLinesForLegend = 8, kMostLegendLines = 2;
 constexpr qreal kLegendSquare = 0.65;
 constexpr int kMiddleGrey = 128;
 
@@ -97,7 +98,7 @@ Point MapArea::pixelAt(QPointF at) const {
 
 int MapArea::legendHeight() const {
     const int line = fontMetrics().height() + kMargin;
-    return height() >= kLinesWithLegend * line ? line : 0;
+    return std::min(height() / (kLinesForLegend * line), kMostLegendLines) * line;
 }
 
 QRectF MapArea::placeOnWidget(const Rect& pixels) const {
@@ -130,7 +131,7 @@ void MapArea::bringUpToDate() {
     accessibleSelectionChanged(*this);
 }
 
-// A shadow keeps a name readable on every colour, and a dark plate that of a folder, which lies on many.
+// A rim keeps a name readable on every colour, and a dark plate that of a folder, which lies on many.
 void MapArea::paintName(QPainter& painter, const MapName& name) const {
     QRectF place = placeOnWidget(name.place).adjusted(kMargin, 0, -kMargin, 0);
     const QString text = painter.fontMetrics().elidedText(shownName(name.text), Qt::ElideMiddle,
@@ -144,8 +145,9 @@ void MapArea::paintName(QPainter& painter, const MapName& name) const {
         painter.fillRect(QRectF(place.left() - kMargin, place.top(), width, place.height()),
                          QColor(0, 0, 0, 170));
     } else {
-        painter.setPen(darkText ? QColor(255, 255, 255, 110) : QColor(0, 0, 0, 200));
-        painter.drawText(place.translated(1, 1), static_cast<int>(where), text);
+        painter.setPen(darkText ? QColor(255, 255, 255, 120) : QColor(0, 0, 0, 120));
+        for (const QPointF& aside : {QPointF(1, 1), QPointF(-1, -1), QPointF(1, -1), QPointF(-1, 1)})
+            painter.drawText(place.translated(aside), static_cast<int>(where), text);
     }
     painter.setPen(darkText ? dark : light);
     painter.drawText(place, static_cast<int>(where), text);
@@ -165,21 +167,25 @@ void MapArea::paintMapAndNames(QPainter& painter) const {
 
 // Shows as many colours as there is room for.
 void MapArea::paintLegend(QPainter& painter) const {
-    const int line = legendHeight();
-    if (line == 0) return;
-    const QRectF strip(0, height() - line, width(), line);
-    painter.fillRect(strip, palette().color(QPalette::Window));
+    const int line = fontMetrics().height() + kMargin;
+    QRectF row(0, height() - legendHeight(), width(), line);
+    if (row.top() >= height()) return;
+    painter.fillRect(QRectF(0, row.top(), width(), legendHeight()), palette().color(QPalette::Window));
+    painter.setPen(palette().color(QPalette::WindowText));
     const qreal square = line * kLegendSquare;
     qreal x = kMargin;
     for (const MapLegend& entry : overlay_.legend) {
         const QString text = shownName(entry.text);
         const qreal width = painter.fontMetrics().horizontalAdvance(text);
-        if (x + square + 2 * kMargin + width > strip.right()) return;
-        painter.fillRect(QRectF(x, strip.top() + (line - square) / 2, square, square),
+        if (x + square + 2 * kMargin + width > row.right()) {
+            row.translate(0, line);
+            x = kMargin;
+        }
+        if (row.bottom() > height() || x + square + 2 * kMargin + width > row.right()) return;
+        painter.fillRect(QRectF(x, row.top() + (line - square) / 2, square, square),
                          QColor::fromRgb(entry.colour));
         x += square + kMargin;
-        painter.setPen(palette().color(QPalette::WindowText));
-        painter.drawText(QRectF(x, strip.top(), width + 1, line), Qt::AlignLeft | Qt::AlignVCenter, text);
+        painter.drawText(QRectF(x, row.top(), width + 1, line), Qt::AlignLeft | Qt::AlignVCenter, text);
         x += width + 4 * kMargin;
     }
 }
