@@ -57,6 +57,7 @@ enum ExitStatus : int {
     kSomethingFailed = 1,
     kBadCommandLine = 2,
     kNoWindow = 3,
+    kGrownTooMuch = 5,
 };
 
 // The report of an error that the program does not survive. It is global, because a signal handler cannot
@@ -214,7 +215,8 @@ int Program::runSilent() {
     const bool whole = run.run(line_.text);
     core_.app().cancelState = nullptr;
     endAsAsked();
-    return whole ? kWritten : kSomethingFailed;
+    if (!whole) return kSomethingFailed;
+    return run.grewTooMuch() ? kGrownTooMuch : kWritten;
 }
 
 // --- with a window

@@ -14,7 +14,8 @@ Rooms operator+(Rooms a, const Rooms& b) {
 }
 
 const Rooms kScanUses = {"base", "grid", "platform", "robustness", "app"};
-const Rooms kViewsUse = kScanUses + Rooms{"scan"};
+const Rooms kSavedUses = kScanUses + Rooms{"scan"};
+const Rooms kViewsUse = kSavedUses + Rooms{"scan/saved"};
 const Rooms kFormsUse = kViewsUse + Rooms{"views"};
 const Rooms kFrameUses = kFormsUse + Rooms{"fileops", "output"};
 const Rooms kStartUses = kFrameUses + Rooms{"mainwindow"};
@@ -61,6 +62,7 @@ const std::map<std::string, Rooms> kHouse = {
     {"robustness", {"base", "platform"}},
     {"app", {"base", "platform", "robustness"}},
     {"scan", kScanUses},
+    {"scan/saved", kSavedUses},
     {"views", kViewsUse},
     {"fileops", kFormsUse},
     {"output", kFormsUse},

@@ -13,7 +13,8 @@ _harborlantern() {
         options+=" -s -h --help --version"
     elif [[ ${COMP_WORDS[1]} == -s* ]]; then
         options+=" -d0 -d1 -d2 -d3 --format=csv --format=txt --format=json --format=nul --balance --find="
-        options+=" --exclude= --exclude-from= --exclude-caches"
+        options+=" --exclude= --exclude-from= --exclude-caches --format=jsonl --format=ncdu --format=scan"
+        options+=" --no-names --progress=json --compare= --grown= --open="
     fi
     # Names are left to bash, which knows how to quote them.
     COMPREPLY=()

@@ -4,7 +4,9 @@
 #include <optional>
 #include <utility>
 
+#include "app/line_options.h"
 #include "base/absolute_path.h"
+#include "base/size_argument.h"
 #include "base/text.h"
 #include "platform/files.h"
 
@@ -38,7 +40,7 @@ bool isFormat(std::string_view argument, FormatNames formats) {
 // Whether the format suits what is written is known only at the line's end.
 bool isFormatSwitch(std::string_view argument, FormatNames formats) {
     return isFormat(argument, formats) || isFormat(argument, kBalanceFormats) ||
-           isFormat(argument, kFindFormats);
+           isFormat(argument, kFindFormats) || isFormat(argument, kProgramFormats);
 }
 
 // A switch stands in the line without quotes; a double quote in it would begin a name.
@@ -72,25 +74,19 @@ std::string decoded(std::string_view text) {
     return out;
 }
 
-// Returns the option of rules that the argument is, or begins with in front of "="; empty if it is none.
-std::string_view optionOfRules(std::string_view argument) {
-    const std::string_view name = argument.substr(0, argument.find('='));
-    for (const std::string_view option : {kExclude, kExcludeFrom})
-        if (name == option) return option;
-    return {};
-}
-
 bool isSwitch(std::string_view argument) {
-    return argument == kExcludeCaches || isSilentSwitch(argument) || isDelimiterSwitch(argument) ||
-           argument == "-RESTART" || argument == "-TLMODUS" || argument == kBalance || argument == "--help" ||
-           argument == "-h" || argument == "--version";
+    return argument == kExcludeCaches || argument == kNoNames || isSilentSwitch(argument) ||
+           isDelimiterSwitch(argument) || argument == "-RESTART" || argument == "-TLMODUS" ||
+           argument == kBalance || argument == "--help" || argument == "-h" || argument == "--version";
 }
 
 // Tells whether the line holds only switches with blanks between them, or nothing.
 bool areSwitches(std::string_view line) {
     while (!line.empty()) {
         const std::string_view argument = line.substr(0, line.find(' '));
-        if (!argument.empty() && !isSwitch(argument) && !argument.starts_with(kFormatNamed)) return false;
+        if (!argument.empty() && !isSwitch(argument) && !argument.starts_with(kFormatNamed) &&
+            textOptionOf(argument) == nullptr)
+            return false;
         line.remove_prefix(std::min(argument.size() + 1, line.size()));
     }
     return true;
@@ -122,14 +118,14 @@ class Joiner {
         : cwd_(cwd), rules_(rules), formats_(formats) {}
 
     void add(const std::string& argument) {
-        if (!wantsRules_.empty()) return addRules(std::exchange(wantsRules_, {}), argument);
+        if (wantsText_ != nullptr) return addText(*std::exchange(wantsText_, nullptr), argument);
         if (std::exchange(wantsFilter_, false)) return addFilter(argument);
         if (std::exchange(wantsFormat_, false)) return addSwitchOrName(std::string(kFormatNamed) + argument);
-        if (const std::string_view option = optionOfRules(argument); switches_ && !option.empty()) {
-            if (argument == option)
-                wantsRules_ = option;
+        if (const TextOption* option = textOptionOf(argument); switches_ && option != nullptr) {
+            if (argument == option->name)
+                wantsText_ = option;
             else
-                addRules(option, std::string_view(argument).substr(option.size() + 1));
+                addText(*option, std::string_view(argument).substr(option->name.size() + 1));
             return;
         }
         if (switches_ && argument.starts_with(kFindNamed))
@@ -142,10 +138,12 @@ class Joiner {
     JoinedLine take() {
         if (wantsFormat_) complain(LineProblem::kUnknownFormat, std::string(kFormat));
         if (wantsFilter_) complain(LineProblem::kNoFilter, std::string(kFind));
-        if (!wantsRules_.empty()) complain(LineProblem::kNoValue, std::string(wantsRules_));
+        if (wantsText_ != nullptr) complain(LineProblem::kNoValue, std::string(wantsText_->name));
         checkOptions();
         checkBalance();
-        if (isSilent() && names_ < 2) complain(LineProblem::kIncompleteReport, "");
+        checkShape();
+        const std::size_t least = has(kOpenOption) ? 1 : 2;
+        if (isSilent() && names_ < least) complain(LineProblem::kIncompleteReport, "");
         if (isSilent()) fixDelimiter();
         for (const Piece& piece : pieces_) line_.text += (line_.text.empty() ? "" : " ") + piece.text;
         return std::move(line_);
@@ -161,14 +159,15 @@ class Joiner {
     }
 
     // Standard input is no file of rules: reading it may wait for somebody.
-    void addRules(std::string_view option, std::string_view value) {
-        const bool isFile = option == kExcludeFrom;
-        if (value.empty() || (isFile && value == kStandardOutput))
-            complain(LineProblem::kNoValue, std::string(option));
-        if (isFile && cwd_.empty() && !isAbsolutePath(value, rules_))
+    void addText(const TextOption& option, std::string_view value) {
+        const bool isInput = option.isPath && value == kStandardOutput;
+        const std::string name(option.name);
+        if (value.empty() || (isInput && !option.mayBeInput)) complain(LineProblem::kNoValue, name);
+        const bool isPath = option.isPath && !isInput;
+        if (isPath && cwd_.empty() && !isAbsolutePath(value, rules_))
             complain(LineProblem::kNoCurrentFolder, std::string(value));
-        const std::string whole = isFile ? reportPath(value, cwd_, rules_) : std::string(value);
-        pieces_.push_back({std::string(option) + "=" + encoded(whole), true});
+        const std::string whole = isPath ? reportPath(value, cwd_, rules_) : std::string(value);
+        pieces_.push_back({name + "=" + encoded(whole), true});
     }
 
     void addSwitchOrName(const std::string& argument) {
@@ -205,13 +204,14 @@ class Joiner {
         const FormatNames named = find      ? FormatNames(kFindFormats)
                                   : balance ? FormatNames(kBalanceFormats)
                                             : formats_;
+        const bool programs = !find && !balance;
         const LineProblem notTogether = find ? LineProblem::kNotWithFind : LineProblem::kNotTogether;
         int balances = 0, formats = 0, filters = 0, caches = 0;
         for (const Piece& piece : pieces_) {
             if (!piece.isSwitch) continue;
             const bool isFormatName = piece.text.starts_with(kFormatNamed);
             const bool isFilter = piece.text.starts_with(kFindNamed);
-            const bool hasText = isFilter || !optionOfRules(piece.text).empty();
+            const bool hasText = isFilter || textOptionOf(piece.text) != nullptr;
             const std::string name = hasText ? piece.text.substr(0, piece.text.find('=')) : piece.text;
             balances += piece.text == kBalance ? 1 : 0;
             formats += isFormatName ? 1 : 0;
@@ -224,7 +224,8 @@ class Joiner {
                 complain(notTogether, name);
             const bool useless =
                 isSilentLine(piece.text) ? piece.text != "-s" : isDelimiterSwitch(piece.text);
-            const bool suits = isFormat(piece.text, named);
+            const bool suits =
+                isFormat(piece.text, named) || (programs && isFormat(piece.text, kProgramFormats));
             if ((balance || find) && useless) complain(notTogether, name);
             if (find && isFormatName && !suits) complain(notTogether, name);
             if (isFormatName && !suits) complain(LineProblem::kUnknownFormat, name);
@@ -245,6 +246,24 @@ class Joiner {
             if (!isGiven && std::ranges::count(kBalanceFormats, format) == 0 &&
                 name.ends_with("." + std::string(format)))
                 complain(LineProblem::kBalanceEnding, reportFile_);
+    }
+
+    // What the options of app/line_options.h need.
+    void checkShape() {
+        LineShape shape{.file = reportFile_,
+                        .isSilent = isSilent(),
+                        .hasOtherTask = wantsBalance() || has(kFindNamed),
+                        .folders = names_ > 0 ? names_ - 1 : 0};
+        for (const Piece& piece : pieces_) {
+            if (!piece.isSwitch) continue;
+            if (piece.text.starts_with(kFormatNamed)) shape.format = piece.text.substr(kFormatNamed.size());
+            const std::size_t text = textOptionOf(piece.text) != nullptr ? piece.text.find('=') + 1 : 0;
+            shape.switches.push_back(piece.text.substr(0, text) + decoded(piece.text.substr(text)));
+        }
+        const ShapeFault fault = faultOf(shape);
+        if (fault.problem == ShapeProblem::kNone) return;
+        line_.shape = line_.problem == LineProblem::kNone ? fault.problem : line_.shape;
+        complain(LineProblem::kShape, fault.option);
     }
 
     void addName(std::string name) {
@@ -276,9 +295,9 @@ class Joiner {
     const PathRules& rules_;
     FormatNames formats_;
     bool switches_ = true;
-    bool wantsFormat_ = false;     ///< The next argument is a format's name.
-    bool wantsFilter_ = false;     ///< The next argument is a filter.
-    std::string_view wantsRules_;  ///< The option that the next argument belongs to.
+    bool wantsFormat_ = false;               ///< The next argument is a format's name.
+    bool wantsFilter_ = false;               ///< The next argument is a filter.
+    const TextOption* wantsText_ = nullptr;  ///< The option that the next argument belongs to.
     std::size_t names_ = 0;
     std::string reportFile_;
     std::vector<Piece> pieces_;
@@ -335,6 +354,11 @@ std::vector<std::string> valuesOf(std::string_view line, std::string_view option
     return values;
 }
 
+std::string valueOf(std::string_view line, std::string_view option) {
+    const auto values = valuesOf(line, std::string(option) + "=");
+    return values.empty() ? "" : values.front();
+}
+
 std::int32_t leadingNumber(std::string_view text) {
     std::int64_t number = 0;
     for (const char c : text) {
@@ -357,6 +381,10 @@ bool isSilentLine(std::string_view line) {
     return line.starts_with("-s");
 }
 
+std::string openedByCommand(std::string_view line) {
+    return valueOf(line, kOpenOption);
+}
+
 std::vector<std::string> GetFoldersFromCommand(std::string_view line) {
     if (areSwitches(line)) return {};
     if (auto texts = quotedTexts(line)) return std::move(*texts);
@@ -376,9 +404,15 @@ SilentOrder KZGetFoldersFromCommand(std::string_view line, FormatNames formats) 
     order.format = formatIn(rest, order.find      ? FormatNames(kFindFormats)
                                   : order.balance ? FormatNames(kBalanceFormats)
                                                   : formats);
+    if (!order.find && !order.balance && order.format.empty()) order.format = formatIn(rest, kProgramFormats);
     order.exclude = valuesOf(rest, std::string(kExclude) + "=");
     order.excludeFrom = valuesOf(rest, std::string(kExcludeFrom) + "=");
     order.excludeCaches = behind(rest, kExcludeCaches).has_value();
+    order.noNames = behind(rest, kNoNames).has_value();
+    order.open = valueOf(rest, kOpenOption);
+    order.compare = valueOf(rest, kCompareOption);
+    order.grown = sizeOfArgument(valueOf(rest, kGrownOption));
+    order.jsonProgress = valueOf(rest, kProgressOption) == "json";
     const auto texts = quotedTexts(rest);
     if (!texts || texts->empty()) return order;
     order.outputFile = texts->front();

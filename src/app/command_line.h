@@ -16,6 +16,7 @@
 #include <string_view>
 #include <vector>
 
+#include "app/line_options.h"
 #include "base/path.h"
 
 namespace hl {
@@ -33,6 +34,7 @@ enum class LineProblem {
     kNoValue,           ///< What an option of rules needs is missing.
     kNotTogether,       ///< An option is given twice, or a balance has no use for it.
     kBalanceFormat,     ///< A balance is wanted in a format that it has not.
+    kShape,             ///< JoinedLine::shape says what.
     kBalanceEnding,     ///< No format is given, and the name of a balance's file ends like that of a report.
 };
 
@@ -41,6 +43,7 @@ struct JoinedLine {
     bool asksForHelp = false;
     bool asksForVersion = false;
     LineProblem problem = LineProblem::kNone;
+    ShapeProblem shape = ShapeProblem::kNone;
     std::string badArgument;  ///< The first argument that is a problem.
 };
 
@@ -54,13 +57,14 @@ inline constexpr std::string_view kFindFormats[] = {"csv", "nul"};
 /// Joins the arguments. Switches are "-s" and whatever begins with it and has no double quote, "-d" and a
 /// digit, "--format=" (or "--format" and an argument) and one of `formats`, "--balance", "--find=" and, as
 /// often as wanted, "--exclude=" and "--exclude-from=" (or without "=", and an argument) and any text,
-/// "--exclude-caches", "-RESTART", "-TLMODUS", "--help", "-h" and "--version"; behind
+/// "--exclude-caches", those of app/line_options.h, "-RESTART", "-TLMODUS", "--help", "-h" and "--version";
+/// behind
 /// "--" nothing is a switch. Everything else is a path, which `cwd` makes absolute; a source's path is also
 /// resolved by its text (base/absolute_path.h). "-" as the file of a silent line, even behind "--", means
 /// standard output and stays as it is; "./-" is a file of that name.
 ///
-/// The text of these three stands in the line with each byte that could be taken for something else as "%"
-/// and two hexadecimal digits; the path of a file of rules is absolute.
+/// The text of those that have one stands in the line with each byte that could be taken for something else
+/// as "%" and two hexadecimal digits; the path of a file of rules is absolute.
 ///
 /// The delimiter switch of a silent line is moved right behind "-s", or "-d0" is put there if there is none,
 /// so that a "-d" in a path is never taken for it. REQUIRES: cwd is absolute, or empty if there is none.
@@ -69,6 +73,9 @@ JoinedLine joinArguments(const std::vector<std::string>& arguments, std::string_
 
 /// Tells whether the line asks for a report without a window.
 bool isSilentLine(std::string_view line);
+
+/// Returns the file that the line wants to be opened; empty if there is none.
+std::string openedByCommand(std::string_view line);
 
 /// Returns the sources of a line: the texts between double quotes, or the whole line if it has no double
 /// quote. A source whose closing quote is missing is dropped; switches alone are no source.
@@ -87,6 +94,11 @@ struct SilentOrder {
     std::vector<std::string> exclude;      ///< Rules.
     std::vector<std::string> excludeFrom;  ///< Files of rules.
     bool excludeCaches = false;
+    bool noNames = false;      ///< A saved scan tells neither the host nor the names of owners.
+    std::string open = {};     ///< A saved scan, or a listing, to open instead of reading sources.
+    std::string compare = {};  ///< A saved scan: what has grown since is wanted instead of the report.
+    std::optional<std::uint64_t> grown = {};  ///< In bytes: the run says so if anything grew more.
+    bool jsonProgress = false;                ///< The progress goes to standard error in lines of JSON.
     /// Empty if the line lacks the file or a source: then nothing is to be done.
     std::vector<std::string> sources;
 };

@@ -32,6 +32,7 @@ struct Services {
     PathBases bases = {};            ///< What a typed source is relative to.
     DiskSpace* diskSpace = nullptr;  ///< Null if nobody asks for a balance.
     OwnerNames* owners = nullptr;    ///< Null if users have no names here.
+    std::string machine = {};        ///< Its name; may be empty.
 };
 
 }  // namespace hl

@@ -1,25 +1,9 @@
 #include "base/json_text.h"
 
+#include "base/base64.h"
 #include "base/text.h"
 
 namespace hl {
-
-namespace {
-
-std::string base64(std::string_view bytes) {
-    constexpr std::string_view kDigits = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
-    std::string out;
-    for (std::size_t at = 0; at < bytes.size(); at += 3) {
-        unsigned three = 0;
-        for (std::size_t i = 0; i < 3; ++i)
-            three = three << 8 | (at + i < bytes.size() ? static_cast<unsigned char>(bytes[at + i]) : 0U);
-        for (std::size_t i = 0; i < 4; ++i)
-            out += at + i <= bytes.size() ? kDigits[three >> (18 - 6 * i) & 63U] : '=';
-    }
-    return out;
-}
-
-}  // namespace
 
 void appendJsonString(std::string& out, std::string_view text) {
     constexpr std::string_view kHex = "0123456789abcdef";

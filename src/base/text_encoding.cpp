@@ -10,7 +10,7 @@ namespace hl {
 namespace {
 
 constexpr std::string_view kUtf8Mark = "\xEF\xBB\xBF", kLittleMark = "\xFF\xFE", kBigMark = "\xFE\xFF";
-constexpr char32_t kReplacement = 0xFFFD;
+constexpr char32_t kReplacementPoint = 0xFFFD;
 constexpr std::size_t kLongestCharacter = 4;
 
 // The code points of the bytes 0x80 to 0x9F, where Windows-1252 differs from Latin 1. Five bytes have no
@@ -63,7 +63,7 @@ std::string fromUtf16(std::string_view bytes, bool big) {
             c = 0x10000 + ((c - 0xD800) << 10) + (unit(at + 2) - 0xDC00);
             at += 2;
         }
-        appendUtf8(out, c >= 0xD800 && c < 0xE000 ? kReplacement : c);
+        appendUtf8(out, c >= 0xD800 && c < 0xE000 ? kReplacementPoint : c);
     }
     return out;
 }

@@ -217,6 +217,10 @@ void reportSave(MainForm& form, const CommandRow& /*row*/) {
     form.report.save();
 }
 
+void reportSaveScan(MainForm& form, const CommandRow& /*row*/) {
+    form.report.saveScan();
+}
+
 void reportPrint(MainForm& form, const CommandRow& /*row*/) {
     form.report.print();
 }

@@ -47,6 +47,7 @@ void reportUnfold(MainForm& form, const CommandRow& row);
 void reportRemove(MainForm& form, const CommandRow& row);
 void reportRemoveAll(MainForm& form, const CommandRow& row);
 void reportSave(MainForm& form, const CommandRow& row);
+void reportSaveScan(MainForm& form, const CommandRow& row);
 void reportPrint(MainForm& form, const CommandRow& row);
 void reportColumn(MainForm& form, const CommandRow& row);
 void reckonOnDisk(MainForm& form, const CommandRow& row);

@@ -13,6 +13,7 @@ MainForm::MainForm(const Services& services, const WindowServices& given)
     const Texts& texts = services.texts;
     scan.statistics = &session.statistics;
     scan.largest = &session.largest;
+    scan.facts = &session.facts;
     session.state.balance.wanted = services.diskSpace != nullptr;
     for (std::size_t i = 0; i < kGridCount; ++i) {
         const PaneRow& pane = paneRows()[i];

@@ -6,7 +6,10 @@
 #include "mainwindow/main_form.h"
 #include "mainwindow/not_read_form.h"
 #include "output/print_report.h"
+#include "output/report_file.h"
 #include "output/save_report.h"
+#include "output/scan_output.h"
+#include "robustness/trap.h"
 
 namespace hl {
 
@@ -52,6 +55,25 @@ void ReportControl::save() {
     SaveForm frmSave(form_.scan, form_.files);
     Form form = frmSave.form();
     form_.window->dialogs.showForm(form);
+}
+
+void ReportControl::saveScan() {
+    const Grid& report = form_.session.tvwPL;
+    Row source = report.currentRow();
+    if (source == kNoRow) source = report.firstRoot();
+    if (source == kNoRow || form_.session.state.ScanActive || form_.run.tellIncomplete()) return;
+    while (report.parent(source) != kNoRow) source = report.parent(source);
+    const std::string path = form_.files.askSavePath(
+        {"HLSCAN (*.hlscan)|*.hlscan", "hlscan", std::string(1, form_.services().paths.separator)});
+    if (path.empty()) return;
+    guarded(form_.services().diagnostics, {.module = "ReportControl"}, [&] {
+        const BusyPointer busy(form_.scan.controls);
+        const auto target = form_.services().files.replace(path);
+        if (!target) raiseFileError(target.error(), path, {});
+        const ReportOutcome outcome = writeScan(form_.scan, source, ScanNames::kAll, **target);
+        if (outcome.error)
+            raiseFileError(*outcome.error, path, leftBehindText(form_.services().texts, outcome.leftBehind));
+    });
 }
 
 void ReportControl::print() {

@@ -29,6 +29,8 @@ class ReportControl final : public ReportHost {
     void rowsArrived(bool columns);
 
     void save();
+    /// Saves the source of the current row as a saved scan, to a file that the user is asked for.
+    void saveScan();
     void print();
     /// Shows the report and selects the row of a folder in it, or, if there is none, says so.
     void goTo(const std::string& path);

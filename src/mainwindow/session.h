@@ -35,6 +35,7 @@ struct Session {
     Grid lvwStatistics{kStatisticsCells};  ///< Stays empty in a run without a window.
     Statistics statistics;                 ///< Stays empty in a run without a window.
     LargestOfSources largest;              ///< Stays empty in a run without a window.
+    RowFacts facts;                        ///< Empty in a run without a window, but for some formats.
 };
 
 /// Reads the options and gives the report and the three lists of a scan their columns.

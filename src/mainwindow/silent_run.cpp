@@ -1,15 +1,26 @@
 #include "mainwindow/silent_run.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "base/date_format.h"
+#include "base/json_text.h"
 #include "base/text.h"
+#include "mainwindow/saved_files.h"
 #include "mainwindow/silent_find.h"
 #include "output/balance_source.h"
+#include "output/growth.h"
+#include "output/json_lines.h"
+#include "output/ncdu_export.h"
 #include "output/report_file.h"
 #include "output/report_writer.h"
+#include "output/scan_output.h"
 #include "robustness/api_error_text.h"
+#include "robustness/trap.h"
+#include "scan/file_system_calls.h"
 #include "scan/left_out.h"
+#include "scan/rollup.h"
+#include "scan/scan_options_text.h"
 #include "scan/yield.h"
 #include "views/find_texts.h"
 
@@ -75,11 +86,18 @@ bool SilentRun::run(const std::string& commandLine) {
     const ReportOrder order = orderOf(line);
     const auto target = services().files.replace(order.path);
     if (!target) return reportNotWritten(order.path, ApiErrorText(false, target.error()));
+    if (line.jsonProgress) jsonSince_ = services().pump.GetTickCount();
     if (filter_) return find(line, **target);
+    if (formatOf(line) == ProgramFormat::kNcdu) return writeNcdu(line, **target);
+    prepare(line);
+    if (!takeEarlier(line)) return false;
     session_.state.balance.wanted = line.balance;
     session_.state.SourceQueue.assign(line.sources.begin(), line.sources.end());
     const std::uint32_t errorsBefore = services().diagnostics.errcount();
-    read();
+    if (line.open.empty())
+        read();
+    else if (!openInstead(line.open))
+        return false;
     services().console.progress("");
     tellLeftOut(leftOutOf(session_.tvwPL));
     // Nobody knows what an error of the program has left out, so an older report is worth more.
@@ -88,8 +106,7 @@ bool SilentRun::run(const std::string& commandLine) {
         reportNotWritten(order.path, services().texts.TL(9611, "ein unerwarteter Fehler"));
     else if (stopped_)
         reportNotWritten(order.path, services().texts.TL(9810, "angehalten"));
-    const bool done =
-        whole && !stopped_ && (line.balance ? writeBalance(line, **target) : writeReport(order, **target));
+    const bool done = whole && !stopped_ && writeWanted(line, order, **target);
     return done && !somethingFailed_ && services().diagnostics.errcount() == 0;
 }
 
@@ -135,23 +152,126 @@ bool SilentRun::find(const SilentOrder& line, ReplacingFile& target) {
     });
     services().console.progress("");
     tellLeftOut(session_.state.leaving.ofSearch);
+    return commit(line.outputFile, file, target);
+}
+
+// Puts a file in place that was written while its content was read.
+bool SilentRun::commit(const std::string& path, ReportFile& file, const ReplacingFile& target) {
     if (services().diagnostics.errcount() != 0)
-        return reportNotWritten(line.outputFile, services().texts.TL(9611, "ein unerwarteter Fehler"));
-    if (stopped_) return reportNotWritten(line.outputFile, services().texts.TL(9810, "angehalten"));
+        return reportNotWritten(path, services().texts.TL(9611, "ein unerwarteter Fehler"));
+    if (stopped_) return reportNotWritten(path, services().texts.TL(9810, "angehalten"));
     ReportOutcome outcome;
     const Result<> committed = file.commit();
     outcome.written = bool{committed};
     if (!committed) outcome.error = committed.error();
     outcome.leftBehind = target.leftBehind();
-    return written(line.outputFile, outcome) && !somethingFailed_;
+    return written(path, outcome) && !somethingFailed_;
+}
+
+bool SilentRun::writeNcdu(const SilentOrder& line, ReplacingFile& target) {
+    const std::string& source = line.sources.front();
+    if (const Result<> exists = xExistFolder_W(scan_, source); !exists) {
+        sourceMissing(source, isNotThere(exists.error()) ? "" : ApiErrorText(true, exists.error()));
+        return reportNotWritten(line.outputFile, services().texts.TL(9610, "es wurde nichts eingelesen"));
+    }
+    ReportFile file(target);
+    watchForStop([&] {
+        guarded(services().diagnostics, {.routine = "NcduExport"},
+                [&] { return NcduExport(scan_, file).run(source); });
+    });
+    services().console.progress("");
+    tellLeftOut(session_.state.leaving.ofSearch);
+    return commit(line.outputFile, file, target);
 }
 
 // --- the report and the balance
 
-bool SilentRun::writeReport(const ReportOrder& order, ReplacingFile& target) {
+ProgramFormat SilentRun::formatOf(const SilentOrder& line) {
+    return line.balance || line.find ? ProgramFormat::kNone : programFormatOf(line.format, line.outputFile);
+}
+
+// Says before the reading what has to be kept of it.
+void SilentRun::prepare(const SilentOrder& line) {
+    const ProgramFormat format = formatOf(line);
+    const bool keeps = format != ProgramFormat::kNone || !line.compare.empty() || !line.open.empty();
+    if (!keeps) return;
+    scan_.facts = &session_.facts;
+    if (!line.compare.empty() || format == ProgramFormat::kNone) return;
+    if (format == ProgramFormat::kJsonLines) return session_.facts.leaveIdentitiesOut();
+    scan_.statistics = &session_.statistics;
+    session_.options.CreateStatistics = 1;
+}
+
+// --- saved scans
+
+// Reads the scan to compare with, before anything else takes its time.
+bool SilentRun::takeEarlier(const SilentOrder& line) {
+    if (line.compare.empty()) return true;
+    Yield wait(session_.state, services().pump);
+    auto file = readScanFile(services(), line.compare, &wait);
+    if (const auto* problem = std::get_if<std::string>(&file))
+        return services().console.errorLine(*problem), false;
+    earlier_ = std::get<ScanFile>(std::move(file));
+    const std::string others = differingOptions(earlier_->scan->header.options, scanOptionsJson(scan_));
+    if (others.empty()) return true;
+    services().console.errorLine(services().texts.TL(
+        9047, "%1 wurde mit anderen Optionen eingelesen (%2) und kann deshalb nicht verglichen werden.",
+        {visible(line.compare), visible(others)}));
+    return false;
+}
+
+bool SilentRun::openInstead(const std::string& path) {
+    bool opened = false;
+    watchForStop([&] {
+        Yield wait(session_.state, services().pump);
+        const SavedFile file = readSavedFile(services(), path, &wait);
+        if (const auto* problem = std::get_if<std::string>(&file))
+            return services().console.errorLine(*problem);
+        guarded(services().diagnostics, {.routine = "openSavedFile"}, [&] {
+            const Row row = openSavedFile(scan_, file);
+            opened = row != kNoRow;
+            Report_Sort(scan_);
+            somethingFailed_ = somethingFailed_ || (opened && !isWhole(scan_, row));
+        });
+    });
+    return opened;
+}
+
+bool SilentRun::writeGrowth(const SilentOrder& line, ReplacingFile& target) {
+    const Row source = session_.tvwPL.firstRoot();
+    ReportFile file(target);
+    guarded(services().diagnostics, {.routine = "writeGrowth"}, [&] {
+        const FolderList before = FolderList::of(*earlier_), after = FolderList::of(scan_, source);
+        const auto rows =
+            growthRows(compareScans(before, after), before, after, std::string(session_.tvwPL.text(source)));
+        const bool complete = earlier_->scan->header.complete && isWhole(scan_, source);
+        file.block() += growthText(rows, growthFormatOf(line.format, line.outputFile), complete);
+        for (const GrowthRow& row : rows)
+            grewTooMuch_ =
+                grewTooMuch_ || (line.grown && row.change() > static_cast<std::int64_t>(*line.grown));
+    });
+    return commit(line.outputFile, file, target);
+}
+
+bool SilentRun::writeWanted(const SilentOrder& line, const ReportOrder& order, ReplacingFile& target) {
+    if (line.balance) return writeBalance(line, target);
     if (session_.tvwPL.rowCount() == 0)
         return reportNotWritten(order.path, services().texts.TL(9610, "es wurde nichts eingelesen"));
-    return written(order.path, SPEICHERN(scan_, order, target));
+    if (!line.compare.empty()) return writeGrowth(line, target);
+    const auto unlessFault = [&](const auto& write) {
+        return written(order.path, guarded(services().diagnostics, {.routine = "writeWanted"}, write));
+    };
+    switch (formatOf(line)) {
+        case ProgramFormat::kJsonLines:
+            return unlessFault([&] { return writeJsonLines(scan_, order.levels, target); });
+        case ProgramFormat::kScan:
+            return unlessFault([&] {
+                return writeScan(scan_, session_.tvwPL.firstRoot(),
+                                 line.noNames ? ScanNames::kNone : ScanNames::kAll, target);
+            });
+        default:
+            return written(order.path, SPEICHERN(scan_, order, target));
+    }
 }
 
 bool SilentRun::writeBalance(const SilentOrder& line, ReplacingFile& target) {
@@ -222,11 +342,27 @@ void SilentRun::runEnded(RunEnd end) {
 }
 
 void SilentRun::folderEntered(std::string_view path) {
-    if (!services().console.showsProgress()) return;
+    if (jsonSince_) lastFolder_ = path;
+    if (jsonSince_ || !services().console.showsProgress()) return;
     const std::uint64_t tick = services().pump.GetTickCount();
     if (tick < lastProgressTick_ + kProgressInterval) return;
     lastProgressTick_ = tick;
     services().console.progress(visible(path));
+}
+
+void SilentRun::entriesCame(const ScanProgress& progress) {
+    if (!jsonSince_) return;
+    constexpr std::uint64_t kSecond = 1000;  // Milliseconds.
+    const std::uint64_t tick = services().pump.GetTickCount();
+    if (tick < std::max(lastJsonTick_, *jsonSince_) + kSecond) return;
+    lastJsonTick_ = tick;
+    const ScanCounts counts = progress.soFar();
+    std::string line = "{\"files\":" + std::to_string(counts.files);
+    line.append(",\"folders\":").append(std::to_string(counts.folders));
+    line.append(",\"bytes\":").append(std::to_string(static_cast<std::int64_t>(counts.bytes)));
+    line.append(",\"seconds\":").append(std::to_string((tick - *jsonSince_) / kSecond)).append(",\"path\":");
+    appendJsonString(line, lastFolder_);
+    services().console.errorLine(line + "}");
 }
 
 void SilentRun::sourceMissing(const std::string& source, const std::string& reason) {

@@ -7,10 +7,12 @@
 #include <string>
 
 #include "mainwindow/session.h"
+#include "output/report_file.h"
 #include "output/report_order.h"
 #include "platform/files.h"
 #include "scan/driver.h"
 #include "scan/find_filter.h"
+#include "scan/saved/scan_reader.h"
 
 namespace hl {
 
@@ -36,6 +38,9 @@ class SilentRun final : public ScanHost, public Controls {
     /// takeFilter() with the same line.
     bool run(const std::string& commandLine);
 
+    /// Tells whether something has grown by more than the line allows.
+    bool grewTooMuch() const { return grewTooMuch_; }
+
     /// Is called with true before something is read, and with false after it: meanwhile a wish to stop must
     /// reach the pump instead of ending the process. May be empty.
     std::function<void(bool on)> noteStop;
@@ -46,6 +51,7 @@ class SilentRun final : public ScanHost, public Controls {
     // ScanHost
     void runEnded(RunEnd end) override;
     void folderEntered(std::string_view path) override;
+    void entriesCame(const ScanProgress& progress) override;
     void sourceMissing(const std::string& source, const std::string& reason) override;
     void diskSilent(const std::string& text) override;
     void notRead(std::string_view path, const std::string& reason) override;
@@ -61,9 +67,16 @@ class SilentRun final : public ScanHost, public Controls {
     std::string addRule(std::string_view line, const std::string& place);
     std::string addRulesOf(const std::string& file);
     void tellLeftOut(Unshown leftOut);
-    bool writeReport(const ReportOrder& order, ReplacingFile& target);
+    static ProgramFormat formatOf(const SilentOrder& line);
+    void prepare(const SilentOrder& line);
+    bool writeWanted(const SilentOrder& line, const ReportOrder& order, ReplacingFile& target);
     void watchForStop(const std::function<void()>& work);
     bool find(const SilentOrder& line, ReplacingFile& target);
+    bool takeEarlier(const SilentOrder& line);
+    bool openInstead(const std::string& path);
+    bool writeGrowth(const SilentOrder& line, ReplacingFile& target);
+    bool writeNcdu(const SilentOrder& line, ReplacingFile& target);
+    bool commit(const std::string& path, ReportFile& file, const ReplacingFile& target);
     bool writeBalance(const SilentOrder& line, ReplacingFile& target);
     bool written(const std::string& file, const ReportOutcome& outcome);
     bool reportNotWritten(const std::string& file, const std::string& reason);
@@ -72,6 +85,12 @@ class SilentRun final : public ScanHost, public Controls {
     ScanContext scan_;
     std::optional<FindFilter> filter_;
     std::uint64_t lastProgressTick_ = 0;
+    /// When the run began, as the pump's tick count; set if the progress is wanted as JSON.
+    std::optional<std::uint64_t> jsonSince_;
+    std::uint64_t lastJsonTick_ = 0;
+    std::string lastFolder_;           ///< For the progress as JSON.
+    std::optional<ScanFile> earlier_;  ///< The scan to compare with.
+    bool grewTooMuch_ = false;
     bool somethingFailed_ = false;
     bool stopped_ = false;
 };

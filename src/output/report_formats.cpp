@@ -22,15 +22,18 @@ constexpr ReportFormat kFormats[] = {{"txt", "TXT", kDelimiterTab, false, make<T
 }  // namespace
 
 std::string formatHelp(const Texts& texts) {
-    return texts.TL(9613, "txt oder csv, wie auch immer der Name endet");
+    return texts.TL(9613, "txt, csv, jsonl, ncdu oder scan, wie auch immer der Name endet");
 }
 
 std::string formatByNameHelp(const Texts& texts) {
-    return texts.TL(9008, "Endet der Name auf .txt: eine Texttabelle, sonst CSV; -: Standardausgabe");
+    return texts.TL(9008, "Nach der Endung: .txt .jsonl .ncdu.json .hlscan, sonst CSV; -: Standardausgabe");
 }
 
 std::string unknownFormatText(const Texts& texts, const std::string& argument) {
-    return texts.TL(9614, "Unbekanntes Format %1. Es gibt --format=txt und --format=csv.", {argument});
+    return texts.TL(9614,
+                    "Unbekanntes Format %1. Es gibt --format=txt, --format=csv, --format=jsonl, "
+                    "--format=ncdu und --format=scan.",
+                    {argument});
 }
 
 std::span<const ReportFormat> reportFormats() {

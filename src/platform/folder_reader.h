@@ -40,10 +40,14 @@ inline constexpr std::uint32_t kMountedFile = 0x4000'0000;
 /// A third one: a rule leaves the folder out (ReadOptions::leaveOut).
 inline constexpr std::uint32_t kLeftOutByRule = 0x2000'0000;
 
+/// A fourth one: the entry is neither a file with content nor a link (ReadOptions::wantTypes).
+inline constexpr std::uint32_t kSpecialFile = 0x1000'0000;
+
 /// The facts of one entry. "." and ".." are never entries.
 struct Entry {
-    std::uint64_t size = 0;    ///< The apparent size in bytes; 0 for a folder.
-    std::uint64_t inode = 0;   ///< 0 unless the options ask for links.
+    /// The apparent size in bytes; 0 for a folder, but for a link to one if the options ask for their facts.
+    std::uint64_t size = 0;
+    std::uint64_t inode = 0;   ///< 0 unless the options ask for links; of a folder, for folders' facts.
     std::uint32_t device = 0;  ///< The number of the disk, or 0 as for inode. Both together identify a file.
     std::uint32_t links = 1;   ///< The number of the file's names. With kLeftOutByRule, the rule's number.
     std::uint32_t attributes = 0;  ///< AttributeBits (base/size_text.h), kEntered, kMountedFile,
@@ -71,6 +75,16 @@ struct EntryDetails {
     /// What the file takes on the disk, in units of kBlockBytes; of a link to a folder only with FolderSpace.
     std::uint64_t blocks = 0;
     std::uint32_t owner = 0;  ///< The uid; only with wantOwners.
+};
+
+/// What a folder is by a look at itself. Times are in seconds since 1970.
+struct FolderFacts {
+    FolderId id = {};
+    std::uint64_t size = 0;
+    std::uint64_t blocks = 0;  ///< In units of kBlockBytes.
+    std::int64_t written = 0;
+    std::optional<std::int64_t> created = {};  ///< Nothing if the file system keeps no such time.
+    std::uint32_t owner = 0;
 };
 
 /// What a block tells about its folder.
@@ -112,6 +126,9 @@ class Listing {
     /// What the folder itself takes on the disk, in units of kBlockBytes; in its first block, if
     /// ReadOptions::folderSpace asks for it.
     std::optional<std::uint64_t> ownBlocks;
+    /// In the first block, if ReadOptions::folderFacts asks for them, and if the folder, or at least its name
+    /// in the folder above, could be looked at.
+    std::optional<FolderFacts> facts;
     /// What is mounted there, if the folder is a mount root.
     std::string mountSource;
     /// The disks, named by their mount points, that links lead to and that did not answer; each is told once
@@ -153,7 +170,9 @@ struct ReadOptions {
     bool wantSpace = false;   ///< Fills the blocks and the time of the last writing.
     bool wantTimes = false;   ///< Fills all details but the owner, and all attributes.
     bool wantOwners = false;  ///< Fills the owner.
+    bool wantTypes = false;   ///< Marks entries with kSpecialFile.
     FolderSpace folderSpace = FolderSpace::kNever;
+    bool folderFacts = false;     ///< Tells what each folder is: one call for each.
     bool wantSubvolumes = false;  ///< Tells which folders are roots of subvolumes.
     /// With wantSubvolumes: read-only snapshots below the source are not read, unless a link leads to them.
     bool putOffSnapshots = false;

@@ -14,6 +14,7 @@
 #include "scan/list_handover.h"
 #include "scan/records.h"
 #include "scan/rollup.h"
+#include "scan/scan_options_text.h"
 #include "scan/walker.h"
 #include "scan/yield.h"
 
@@ -42,7 +43,8 @@ void resetForSource(ScanContext& scan) {
     state.links.seen.AllowDuplicateKeys = false;
     state.links.seen.CompareMode(0);
     state.links.needCount = scan.options.AddHardlinksOnlyOnce == 1 || scan.options.CreateListHardlink == 1;
-    state.NeedSpace = !state.SilentRun || state.balance.wanted || scan.options.ReckonOnDisk != 0;
+    state.NeedSpace =
+        !state.SilentRun || state.balance.wanted || scan.facts != nullptr || scan.options.ReckonOnDisk != 0;
     state.Started = secondsNow();
 }
 
@@ -58,6 +60,7 @@ Row addSourceRow(ScanContext& scan, const std::string& source, int imageIndex) {
     const Row row = report.addRow(kNoRow, rowTextOf(source));
     if (scan.statistics != nullptr) scan.statistics->dropSource(row);
     if (scan.largest != nullptr) scan.largest->dropSource(row);
+    if (scan.facts != nullptr) scan.facts->dropSource(row);
     if (imageIndex >= 0 && imageIndex < kSourceImages) report.setPicture(row, imageIndex);
     report.setExpanded(row, true);
     report.setNumber(row, kPercent, 100);
@@ -131,6 +134,16 @@ void logTotals(ScanContext& scan, const ScanTotals& totals) {
         scan.log.LogProtokoll(texts.TL(3778, "Der Vorgang wurde vom Anwender abgebrochen!"));
 }
 
+// A folder of a source that is read again leaves the times of its source as they are.
+void noteReading(ScanContext& scan, Row row) {
+    if (scan.facts == nullptr || scan.tvwPL.parent(row) != kNoRow) return;
+    SourceFacts& source = scan.facts->source(row);
+    source.started = scan.state.Started;
+    source.ended = secondsNow();
+    source.stopped = scan.state.CancelState == kCancelStop;
+    source.options = scanOptionsJson(scan);
+}
+
 void readWholeSource(ScanContext& scan, const std::string& source, const std::string& folder, Row row) {
     scan.log.LogProtokoll(std::string(40, '-'));
     scan.log.LogProtokoll(scan.texts.TL(3777, "Einlesen: %1", {visible(source)}));
@@ -138,6 +151,7 @@ void readWholeSource(ScanContext& scan, const std::string& source, const std::st
         const Counting counting(scan, folder, row);
         Report_ScanFolders(scan, folder, row, scan.state.lastTotals);
     }
+    noteReading(scan, row);
     if (!scan.state.SilentRun) finishLists(scan, source);
     Report_SetTotals(scan.tvwPL, row, scan.state.lastTotals);
     logTotals(scan, scan.state.lastTotals);

@@ -98,6 +98,10 @@ void Report_MarkLeftOut(ScanContext& scan, Row row, const Rules& rules, std::int
 bool Report_LeaveOut(ScanContext& scan, Row row, const RowRules& rules) {
     if (rules.own == LeaveOut::kNone) return false;
     Report_MarkLeftOut(scan, row, *rules.rules, rules.own);
+    if (scan.facts != nullptr) {
+        scan.facts->begin(row, scan.facts->identity(row));
+        scan.facts->rare(row).rule = rules.own;
+    }
     if (scan.statistics == nullptr) return true;
     scan.statistics->forget(row);
     scan.statistics->orderChanged();

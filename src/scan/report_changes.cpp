@@ -152,6 +152,7 @@ void ReportChanges::takeOutSource(Row root) {
     scan_.tvwPL.removeRow(root);
     if (scan_.statistics != nullptr) scan_.statistics->dropSource(root);
     if (scan_.largest != nullptr) scan_.largest->dropSource(root);
+    if (scan_.facts != nullptr) scan_.facts->dropSource(root);
     if (scan_.tvwPL.rowCount() == 0) scan_.state.DeepestLevel = 0;
 }
 
@@ -276,6 +277,7 @@ void ReportChanges::addFolder(Row above, std::string_view name) {
     const auto grey = first ? std::nullopt : report.backColor(report.firstChild(above));
     const Row row = report.addRow(above, name);
     if (scan_.statistics != nullptr) scan_.statistics->forget(row);
+    if (scan_.facts != nullptr) scan_.facts->begin(row, {});
     if (grey) report.setBackColor(row, *grey);
     report.setNumber(row, kIsFolder, 1);
     report.setPicture(row, kPictureFolder);

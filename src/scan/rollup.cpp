@@ -64,6 +64,15 @@ void Report_Shade(ScanContext& scan, Row row) {
     scan.tvwPL.setBackColor(row, greyOf(scan.tvwPL.level(scan.tvwPL.parent(row))));
 }
 
+void Report_AddFilesRow(ScanContext& scan, Row folder, const ScanTotals& files, TextRef text) {
+    Grid& report = scan.tvwPL;
+    if (files.files == 0 || !report.hasChildren(folder)) return;
+    const Row row = report.addRow(folder, text);
+    Report_SetTotals(report, row, files);
+    report.setPicture(row, kPictureFilesRow);
+    Report_Shade(scan, row);
+}
+
 void addTotals(ScanTotals& sum, const ScanTotals& more) {
     sum.size += more.size;
     sum.disk += more.disk;
@@ -173,6 +182,7 @@ void Report_RemoveFolders(ScanContext& scan) {
         report.removeRow(row);
         if (scan.statistics != nullptr) scan.statistics->dropSource(row);
         if (scan.largest != nullptr) scan.largest->dropSource(row);
+        if (scan.facts != nullptr) scan.facts->dropSource(row);
         report.setEnabled(true);
         scan.host.selectionGone();
         if (report.rowCount() == 0) scan.state.DeepestLevel = 0;

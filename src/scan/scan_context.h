@@ -8,6 +8,7 @@
 #include "scan/controls.h"
 #include "scan/file_type_names.h"
 #include "scan/largest_files.h"
+#include "scan/row_facts.h"
 #include "scan/scan_host.h"
 #include "scan/scan_state.h"
 #include "scan/source_combo.h"
@@ -29,6 +30,7 @@ struct ScanContext : Services {
     Statistics* statistics = nullptr;  ///< Of the report's rows. Null if nobody asks for them.
     /// Of the report's sources. Null if nobody asks for them; a run with no window keeps none.
     LargestOfSources* largest = nullptr;
+    RowFacts* facts = nullptr;  ///< Of the report's rows. Null if nobody asks for them.
 };
 
 }  // namespace hl

@@ -78,8 +78,10 @@ std::uint8_t ageClassOf(std::int64_t age) {
 // --- endings
 
 std::uint32_t EndingNumbers::of(std::string_view name) {
-    const Ending ending(name);
-    const std::string_view wanted = ending.text();
+    return ofEnding(Ending(name).text());
+}
+
+std::uint32_t EndingNumbers::ofEnding(std::string_view wanted) {
     if (wanted.empty()) return kNone;
     const auto byte = [&](std::size_t at) { return static_cast<std::uint8_t>(wanted[at]); };
     const std::size_t mixed = byte(0) + 5U * byte(wanted.size() / 2) + 19U * byte(wanted.size() - 1);
@@ -144,14 +146,30 @@ void Statistics::clear() {
 
 void Statistics::addFile(FolderCells& cells, std::string_view name, const EntryDetails& file,
                          std::int64_t started, const FileSums& sums) {
-    if (lastOwner_ >= owners_.size() || owners_[lastOwner_] != file.owner) {
-        const auto found = std::ranges::find(owners_, file.owner);
+    cells.add(endings_.of(name), ownerAndAge(file.owner, ageClassOf(started - file.written)), sums);
+}
+
+std::uint32_t Statistics::ownerAndAge(std::uint32_t owner, std::uint8_t age) {
+    if (lastOwner_ >= owners_.size() || owners_[lastOwner_] != owner) {
+        const auto found = std::ranges::find(owners_, owner);
         lastOwner_ = static_cast<std::size_t>(found - owners_.begin());
-        if (found == owners_.end()) owners_.push_back(file.owner);
+        if (found == owners_.end()) owners_.push_back(owner);
     }
-    const auto ownerAndAge =
-        static_cast<std::uint32_t>(lastOwner_ * kAgeClasses + ageClassOf(started - file.written));
-    cells.add(endings_.of(name), ownerAndAge, sums);
+    return static_cast<std::uint32_t>(lastOwner_ * kAgeClasses + age);
+}
+
+void Statistics::addCell(FolderCells& cells, const OwnCell& cell) {
+    cells.add(cell.ending, ownerAndAge(cell.owner, cell.age), cell.sums);
+}
+
+void Statistics::ownCells(Row row, std::vector<OwnCell>& cells) const {
+    cells.clear();
+    const Span span = spans_.valueOr(row, {});
+    if (span.own == 0) return;
+    forOwnCells(bytes_.data() + span.own - 1, [&](const PackedCell& cell) {
+        cells.push_back({cell.ending, static_cast<std::uint8_t>(cell.ownerAndAge % kAgeClasses),
+                         owners_[cell.ownerAndAge / kAgeClasses], cell.sums});
+    });
 }
 
 void Statistics::leave(Row row, std::uint32_t first, const FolderCells& cells) {

@@ -56,6 +56,14 @@ struct EndingSums {
     FileSums sums;
 };
 
+/// The files of one ending, one class of age and one owner that lie directly in a folder.
+struct OwnCell {
+    std::uint32_t ending = 0;  ///< See Statistics::endings().
+    std::uint8_t age = 0;
+    std::uint32_t owner = 0;  ///< The uid.
+    FileSums sums = {};
+};
+
 struct OwnerSums {
     std::uint32_t owner = 0;  ///< The uid.
     FileSums sums;
@@ -83,6 +91,8 @@ class EndingNumbers {
     static constexpr std::size_t kMost = 65'535;  ///< Endings beyond that have the number kRest.
 
     std::uint32_t of(std::string_view name);
+    /// The number of an ending, as Ending has it. It is added if it is new.
+    std::uint32_t ofEnding(std::string_view ending);
     /// One more than the highest number.
     std::uint32_t limit() const { return static_cast<std::uint32_t>(kFirst + texts_.size()); }
     /// Is empty for kNone and kRest.
@@ -148,6 +158,9 @@ class Statistics {
     void leave(Row row, std::uint32_t first, const FolderCells& cells);
     /// Files directly in the row's folder came or went; these are its cells now.
     void replaceOwn(Row row, const FolderCells& cells);
+    /// Adds what a saved scan tells of a folder's own files.
+    void addCell(FolderCells& cells, const OwnCell& cell);
+    EndingNumbers& endings() { return endings_; }
     bool has(Row row) const { return spans_.valueOr(row, {}).own != 0; }
     /// The row is new, or its number belonged to another one.
     void forget(Row row);
@@ -170,6 +183,9 @@ class Statistics {
     /// none, or as long as a reading is going on whose cells are in no order.
     std::optional<std::uint32_t> largestGroup(const Grid& report, Row row, const GroupQuestion& question,
                                               bool isReading);
+    /// Puts the cells of the files directly in the row's folder into `cells`, in the order in which they
+    /// came.
+    void ownCells(Row row, std::vector<OwnCell>& cells) const;
     /// Is another number after each change.
     std::uint64_t version() const { return version_; }
     /// The bytes that the cells and the places of rows take.
@@ -184,6 +200,7 @@ class Statistics {
 
     std::uint32_t groupOf(std::uint32_t ending, std::uint32_t ownerAndAge, FileGroups by) const;
     void put(Row row, const Span& span);
+    std::uint32_t ownerAndAge(std::uint32_t owner, std::uint8_t age);
     void inOrder(const Grid& report);
 
     std::map<Row, std::int64_t> started_;

@@ -21,6 +21,8 @@
 #include "scan/records.h"
 #include "scan/rollup.h"
 #include "scan/snapshots.h"
+#include "scan/walk_facts.h"
+#include "scan/walk_options.h"
 #include "scan/walk_statistics.h"
 #include "scan/yield.h"
 
@@ -45,18 +47,13 @@ class FolderWalk final : public ScanProgress {
           follow_(scan.options.ScanHardlinks == 1),
           listLinks_(scan.options.CreateListJunction == 1 && !scan.state.SilentRun),
           skipLinks_(scan.options.NoHardlinks != 0),
-          statistics_(scan, row) {
-        ReadOptions options;
-        options.followLinks = follow_;
-        options.levelsAbove = scan.tvwPL.level(row);
-        options.wantLinks = scan.state.links.needCount;
-        options.wantSpace = scan.state.NeedSpace;
-        if (scan.state.balance.current != nullptr)
-            scan.state.balance.current->choose(options, options.levelsAbove == 0);
-        options.wantTimes = options.wantFileNames = !scan.state.SilentRun;
+          statistics_(scan, row),
+          facts_(scan) {
+        ReadOptions options = optionsOfWalk(scan, scan.tvwPL.level(row));
         options.leaveOut = rules_;
         snapshots.choose(options);
         statistics_.choose(options);
+        facts_.choose(options);
         reader_ = scan.fileSystem.read(ToLongPath(path, scan.paths), options, &wait_);
     }
 
@@ -76,6 +73,7 @@ class FolderWalk final : public ScanProgress {
         ScanTotals files;    ///< Of the files directly in the folder.
         ScanTotals totals;   ///< Of what lies below it; when the level ends, of its files too.
         std::string target;  ///< The target of a link that was followed.
+        std::uint64_t disk = 0;
         /// Counts for the balance. Null if nobody does, and behind a link or mount that was followed, since
         /// what lies there is found elsewhere or is on another disk.
         SpaceCount* space = nullptr;
@@ -96,7 +94,6 @@ class FolderWalk final : public ScanProgress {
     void takeBlock(Level& level, std::unique_ptr<Listing> block);
     void leave(bool cutShort);
     void showSource();
-    void addFilesRow(const Level& level);
     void accessError(Level& level);
     void folderDone(Row row, bool isReparse, std::string_view target);
     void endByFault();
@@ -115,6 +112,7 @@ class FolderWalk final : public ScanProgress {
     const bool listLinks_;
     const bool skipLinks_;
     WalkStatistics statistics_;
+    WalkFacts facts_;
     // The tag of the entry read last, on any level. A followed folder is added to the junctions only after
     // its walk, and so gets the tag of the last entry below it.
     std::uint32_t lastTag_ = kTagNone;
@@ -195,7 +193,9 @@ void FolderWalk::enterSource(Row row) {
             scan_.state.balance.current->isWholeDisk = first->ownBlocks.has_value();
     }
     if (first != nullptr) snapshots_.entered(*first, path_, row);
+    const std::uint64_t disk = first != nullptr ? facts_.begin(report, row, *first) : 0;
     enter(row, std::move(first), false, {});
+    if (!levels_.empty()) levels_.back().disk = disk;
 }
 
 void FolderWalk::enter(Row row, std::unique_ptr<Listing> block, bool isReparse, std::string target) {
@@ -225,6 +225,7 @@ void FolderWalk::takeBlock(Level& level, std::unique_ptr<Listing> block) {
     level.files.leftOut.files += level.block->filesLeftOut;
     if (!level.error) level.error = level.block->entryError;
     if (level.block->endError) {
+        facts_.notRead(level.row, *level.block->endError);
         const std::string reason = ApiErrorText(true, *level.block->endError);
         scan_.log.LogDebug("Report_ScanFolders\\next", {reason, visible(path_)});
         scan_.host.notRead(path_, reason);
@@ -301,15 +302,18 @@ void FolderWalk::folderEntry(const Entry& entry) {
 
     level.totals.folders = addCount(level.totals.folders, 1);
     const Row row = addFolderRow(name, isReparse ? lastTag_ : kTagNone, leadsTo);
+    const std::uint64_t disk = facts_.rowAdded(row, entry, pending_.get(), level.disk);
     if (isCache) leaveOut(row, LeaveOut::kCacheTag);
     if (entry.isLeftOutByRule()) leaveOut(row, static_cast<std::int32_t>(entry.links));
     if (!isRead) return folderDone(row, isReparse, leadsTo);
     snapshots_.entered(*pending_, path_, row);
     enter(row, std::move(pending_), isReparse, leadsTo);
+    levels_.back().disk = disk;
 }
 
 void FolderWalk::leaveOut(Row row, std::int32_t rule) {
     ++levels_.back().totals.leftOut.folders;
+    facts_.leftOut(row, rule);
     Report_MarkLeftOut(scan_, row, *rules_, rule);
 }
 
@@ -373,11 +377,12 @@ void FolderWalk::leave(bool cutShort) {
     {
         Level& level = levels_.back();
         cut_ |= cutShort;
+        if (cutShort) facts_.stopped(level.row);
         if (level.row != kNoRow)
             scan_.tvwPL.setMark(level.row, static_cast<std::uint32_t>(level.totals.errors));
         if (!level.ended && !cutShort) {
             if (level.error) accessError(level);
-            addFilesRow(level);
+            Report_AddFilesRow(scan_, level.row, level.files, filesText_);
         }
     }
     Level level = std::move(levels_.back());
@@ -408,20 +413,12 @@ void FolderWalk::showSource() {
 
 void FolderWalk::accessError(Level& level) {
     const std::string text = ApiErrorText(true, *level.error);
+    facts_.notRead(level.row, *level.error);
     scan_.tvwPL.setPicture(level.row, kPictureAccessError);
     scan_.tvwPL.setRowNote(level.row, text);
     scan_.log.LogProtokoll("ERROR: " + text + " (" + visible(path_) + ")");
     level.totals.errors = addCount(level.totals.errors, 1);
     scan_.host.notRead(path_, text);
-}
-
-void FolderWalk::addFilesRow(const Level& level) {
-    Grid& report = scan_.tvwPL;
-    if (level.files.files == 0 || !report.hasChildren(level.row)) return;
-    const Row row = report.addRow(level.row, filesText_);
-    Report_SetTotals(report, row, level.files);
-    report.setPicture(row, kPictureFilesRow);
-    Report_Shade(scan_, row);
 }
 
 }  // namespace

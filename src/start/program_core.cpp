@@ -26,8 +26,13 @@ ProgramCore::ProgramCore(const CoreParts& parts)
 }
 
 Services ProgramCore::services(FileSystem& fileSystem, DiskSpace* diskSpace) {
-    return {settings_,    texts_,      log_,           parts_.files, fileSystem, pump_,        parts_.console,
-            diagnostics_, kPosixPaths, parts_.numbers, parts_.bases, diskSpace,  parts_.owners};
+    return {settings_,      texts_,
+            log_,           parts_.files,
+            fileSystem,     pump_,
+            parts_.console, diagnostics_,
+            kPosixPaths,    parts_.numbers,
+            parts_.bases,   diskSpace,
+            parts_.owners,  parts_.facts.computerName()};
 }
 
 WindowServices ProgramCore::windowServices(Drives& drives, FolderVerb& verb, FileOperations& operations,

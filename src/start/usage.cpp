@@ -21,6 +21,35 @@ std::string optionLine(std::string_view option, std::string_view meaning) {
 
 }  // namespace
 
+namespace {
+
+std::string shapeText(const Texts& texts, const JoinedLine& line) {
+    const std::string option = visible(line.badArgument);
+    switch (line.shape) {
+        case ShapeProblem::kNone:
+            break;
+        case ShapeProblem::kNotForWindow:
+            return texts.TL(9615, "%1 gilt für einen Bericht: davor muss -s stehen.", {option});
+        case ShapeProblem::kNotTogether:
+            return texts.TL(9026, "%1 steht zweimal da oder passt nicht zu dem, was geschrieben wird.",
+                            {option});
+        case ShapeProblem::kOneSource:
+            return texts.TL(9027, "%1 passt nur zu einer einzigen Quelle.", {option});
+        case ShapeProblem::kCompareFormat:
+            return texts.TL(9028,
+                            "%1 passt nicht zu --compare. Es gibt --format=csv, --format=txt und "
+                            "--format=jsonl.",
+                            {option});
+        case ShapeProblem::kNoSize:
+            return texts.TL(9029, "Zu --grown gehört eine Größe wie 10G, nicht %1.", {option});
+        case ShapeProblem::kNoProgress:
+            return texts.TL(9040, "Zu --progress gehört json, nicht %1.", {option});
+    }
+    return {};
+}
+
+}  // namespace
+
 std::string usageText(const Texts& texts) {
     const std::string folder = texts.TL(9002, "ORDNER");
     const std::string levels = texts.TL(9003, "EBENEN");
@@ -49,13 +78,25 @@ std::string usageText(const Texts& texts) {
     text += optionLine("--exclude=R", texts.TL(9937, "Auslassen, was die Regel R nennt (wie in .gitignore)"));
     text += optionLine("--exclude-from=F", texts.TL(9938, "Auslassen, was die Regeln der Datei F nennen"));
     text += optionLine("--exclude-caches", texts.TL(9939, "Ordner auslassen, die ein CACHEDIR.TAG haben"));
+    text +=
+        optionLine("--compare=F",
+                   texts.TL(9044, "Was seit dem gespeicherten Scan F gewachsen ist: csv, txt oder jsonl"));
+    text += optionLine(
+        "--grown=N", texts.TL(9045, "Mit --compare: Status 5, wenn etwas um mehr als N (10G) gewachsen ist"));
+    text +=
+        optionLine("--open=F",
+                   texts.TL(9043, "Einen gespeicherten Scan, JSON von ncdu oder eine Liste von find öffnen"));
+    text += optionLine("--no-names",
+                       texts.TL(9041, "Im gespeicherten Scan weder den Rechner noch Eigentümer nennen"));
+    text += optionLine("--progress=json",
+                       texts.TL(9042, "Jede Sekunde eine Zeile JSON auf der Fehlerausgabe: wie weit es ist"));
     text += optionLine(file, formatByNameHelp(texts));
     text += optionLine("--", texts.TL(9009, "Danach folgen nur noch Namen, auch solche mit - am Anfang"));
     text += optionLine("-h, --help", texts.TL(9010, "Diese Hilfe"));
     text += optionLine("--version", texts.TL(9011, "Die Version"));
     text += "\n" + texts.TL(9012,
-                            "Status: 0 geschrieben; 1 etwas nicht gelesen oder geschrieben; 2 falscher "
-                            "Aufruf; 3 kein Fenster.");
+                            "Status: 0 geschrieben; 1 etwas fehlt oder misslang; 2 falscher Aufruf; 3 kein "
+                            "Fenster; 5 gewachsen.");
     return text + "\n";
 }
 
@@ -87,6 +128,8 @@ std::string problemText(const Texts& texts, const JoinedLine& line) {
                             {visible(line.badArgument)});
         case LineProblem::kNoValue:
             return texts.TL(9936, "Zu %1 gehört eine Regel oder der Name einer Datei.", {line.badArgument});
+        case LineProblem::kShape:
+            return shapeText(texts, line);
         case LineProblem::kNotTogether:
             return texts.TL(9872, "%1 steht zweimal da oder passt nicht zu --balance.",
                             {visible(line.badArgument)});

@@ -224,6 +224,7 @@ void ReportView::removeAll() {
     grid_.clear();
     if (scan_.statistics != nullptr) scan_.statistics->clear();
     if (scan_.largest != nullptr) scan_.largest->clear();
+    if (scan_.facts != nullptr) scan_.facts->clear();
     host_.showFilesOf("");
     scan_.state.DeepestLevel = 0;
     scan_.state.fileList.folder.clear();

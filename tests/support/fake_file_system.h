@@ -15,7 +15,8 @@ struct Item {
     EntryDetails details = {};
     std::string target = {};  ///< The target of a link, or what is mounted.
     bool isMount = false;
-    std::optional<Subvolume> subvolume = {};  ///< Set if it is the root of one.
+    std::optional<std::int64_t> created = {};  ///< Of a folder.
+    std::optional<Subvolume> subvolume = {};   ///< Set if it is the root of one.
     std::vector<Item> items = {};
     // How the folder is read.
     int error = 0;
@@ -203,6 +204,8 @@ class FakeReader : public FolderReader {
         block->leftOut = isLeftOut(open);
         block->putOff = isPutOff(open);
         if (options_.wantSubvolumes && open.block == 1) block->subvolume = item.subvolume;
+        if (options_.folderFacts && open.block == 1)
+            block->facts = {.id = {item.facts.device, item.facts.inode}, .created = item.created};
         if (item.isMount && open_.size() > 1) {
             block->kind = FolderKind::kMountRoot;
             block->mountSource = item.target;
@@ -219,7 +222,8 @@ class FakeReader : public FolderReader {
     void add(Block& block, const Item& item) {
         Entry entry = item.facts;
         if (isEntered(item)) entry.attributes |= kEntered;
-        if (!options_.wantLinks) entry.inode = 0, entry.device = 0, entry.links = 1;
+        if (!options_.wantLinks) entry.device = 0, entry.links = 1;
+        if (item.isFolder() ? !options_.folderFacts : !options_.wantLinks) entry.inode = 0;
         const bool named = item.isFolder() || options_.wantFileNames;
         entry.nameOffset = static_cast<std::uint32_t>(block.nameBytes.size());
         entry.nameLength = static_cast<std::uint16_t>(named ? item.name.size() : 0);

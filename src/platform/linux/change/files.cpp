@@ -1,6 +1,7 @@
 #include "platform/linux/change/files.h"
 
 #include <fcntl.h>
+#include <poll.h>
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -11,6 +12,7 @@
 #include <filesystem>
 #include <thread>
 
+#include "platform/folder_reader.h"
 #include "platform/linux/change/patient_file.h"
 #include "platform/linux/change/replacing_files.h"
 #include "platform/linux/process/descriptor.h"
@@ -94,6 +96,26 @@ Result<std::string> LinuxFiles::readWhole(const std::string& path, std::size_t l
                                          [path, limit] { return wholeOf(path, limit); });
 }
 
+// What poll() says is there can be read without waiting, so no helper is needed.
+Result<std::string> LinuxFiles::readInput(std::size_t limit, WaitCallback* wait) {
+    constexpr int kStep = 15;  // Milliseconds.
+    constexpr std::size_t kBuffer = std::size_t{64} << 10;
+    const auto buffer = std::make_unique_for_overwrite<char[]>(kBuffer);
+    std::string content;
+    for (;;) {
+        pollfd input{STDIN_FILENO, POLLIN, 0};
+        const int ready = ::poll(&input, 1, kStep);
+        if (wait != nullptr && !wait->goOnWaiting()) return systemError(ETIMEDOUT);
+        if (ready == 0 || (ready < 0 && errno == EINTR)) continue;
+        const ssize_t got = ::read(STDIN_FILENO, buffer.get(), kBuffer);
+        if (got < 0 && (errno == EINTR || errno == EAGAIN)) continue;
+        if (got < 0) return systemError(errno);
+        if (got == 0) return content;
+        content.append(buffer.get(), static_cast<std::size_t>(got));
+        if (content.size() > limit) return systemError(EFBIG);
+    }
+}
+
 Result<std::unique_ptr<ReplacingFile>> LinuxFiles::replace(const std::string& path) {
     const auto make = [path, unfinished = unfinished_, waits = waitsForReaders_] {
         return makeReplacingFile(path, unfinished, waits);
@@ -113,6 +135,10 @@ std::optional<std::string> LinuxFiles::beginning(const std::string& path, std::s
 
 std::vector<std::string> LinuxFiles::namesIn(const std::string& folder) {
     return askStill<std::vector<std::string>>(patience_, folder, {}, [folder] { return namesOf(folder); });
+}
+
+Error LinuxFiles::errorOf(int number) {
+    return number == 0 ? Error() : systemError(number);
 }
 
 bool LinuxFiles::exists(const std::string& path) {

@@ -31,11 +31,13 @@ class LinuxFiles : public Files {
     void refuseUnreadPipes() { waitsForReaders_ = false; }
 
     Result<std::string> readWhole(const std::string& path, std::size_t limit) override;
+    Result<std::string> readInput(std::size_t limit, WaitCallback* wait) override;
     std::optional<std::string> beginning(const std::string& path, std::size_t count) override;
     Result<std::unique_ptr<ReplacingFile>> replace(const std::string& path) override;
     Result<> append(const std::string& path, std::string_view bytes) override;
     std::vector<std::string> namesIn(const std::string& folder) override;
     bool exists(const std::string& path) override;
+    Error errorOf(int number) override;
     /// Locks a hidden file in the folder, which stays. Returns null if the lock cannot be had; after waiting
     /// for one in vain, it does not wait again until it got one. Must not be nested for one folder, because
     /// the inner call would wait in vain.

@@ -54,6 +54,11 @@ class PatientFile final : public ReplacingFile {
         return state_ = outcome.result;
     }
 
+    // This only notes what commit() does.
+    void makePrivate() override {
+        if (state_) (*held_)->makePrivate();
+    }
+
     bool isTerminal() const override { return isTerminal_; }
     std::string leftBehind() const override { return leftBehind_; }
 

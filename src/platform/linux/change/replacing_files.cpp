@@ -24,6 +24,7 @@ namespace {
 
 constexpr int kMostLinks = 40;  // The kernel follows as many.
 constexpr int kMostTries = 100;
+constexpr mode_t kPrivateMode = 0600;
 
 // With 64 random bits, the name is not expected to exist already.
 std::string uniqueName() {
@@ -171,8 +172,11 @@ class RegularFile final : public ReplacingFile {
         return systemResult(error_);
     }
 
+    void makePrivate() override { isPrivate_ = true; }
+
     Result<> commit() override {
         if (error_ == 0) error_ = begin();
+        if (error_ == 0 && isPrivate_ && fchmod(file_.number(), kPrivateMode) != 0) error_ = errno;
         if (error_ == 0) error_ = place();
         Result<> result = systemResult(error_);
         if (error_ == 0) error_ = EBADF;  // It cannot be committed twice.
@@ -186,7 +190,8 @@ class RegularFile final : public ReplacingFile {
     int begin() {
         if (file_.isOpen()) return 0;
         const int error = withUniqueName(temporary_, [&] {
-            file_ = openAt(folder_.number(), temporary_, O_WRONLY | O_CREAT | O_EXCL, 0666);
+            file_ = openAt(folder_.number(), temporary_, O_WRONLY | O_CREAT | O_EXCL,
+                           isPrivate_ ? kPrivateMode : 0666);
             return file_.isOpen() ? 0 : -1;
         });
         error == 0 ? takeOver() : temporary_.clear();
@@ -194,7 +199,7 @@ class RegularFile final : public ReplacingFile {
     }
 
     void takeOver() {
-        if (old_) takeOverModeOf(*old_, file_.number());
+        if (old_ && !isPrivate_) takeOverModeOf(*old_, file_.number());
     }
 
     int place() {
@@ -231,6 +236,7 @@ class RegularFile final : public ReplacingFile {
     Descriptor file_;
     std::string temporary_;
     std::string leftBehind_;
+    bool isPrivate_ = false;
     int error_ = 0;
 };
 

@@ -11,7 +11,6 @@
 #include <cstring>
 
 #include "base/size_text.h"
-#include "platform/linux/scan/folder_record.h"
 
 namespace hl {
 
@@ -135,11 +134,11 @@ void BlockReader::takeRecords(int folder, const LinkLook::GoOn& goOn, const Leav
         if (isDots(record->name)) continue;
         const std::size_t length = std::strlen(record->name);
         if constexpr (kRuled)
-            if (isLeftOut(folder, record->type, {record->name, length}, rulesPlace)) continue;
+            if (isLeftOut(folder, *record, {record->name, length}, rulesPlace)) continue;
         if (record->type == DT_DIR) {
-            addFolder({record->name, length}, 0, kTagNone);
+            addFolder({record->name, length}, record->inode, 0, kTagNone);
         } else if (record->type == DT_LNK && asksLinks) {
-            addLink(place, record->name, length, goOn);
+            addLink(place, *record, length, goOn);
         } else if (options_.choice != nullptr) {
             addChosen(folder, record->name, length, record->type);
         } else {
@@ -149,10 +148,10 @@ void BlockReader::takeRecords(int folder, const LinkLook::GoOn& goOn, const Leav
 }
 
 // A folder that is left out becomes an entry here; a file or link is counted.
-bool BlockReader::isLeftOut(int folder, std::uint8_t type, std::string_view name,
+bool BlockReader::isLeftOut(int folder, const FolderRecord& record, std::string_view name,
                             const LeaveOut::Place* place) {
-    bool isFolder = type == DT_DIR;
-    if (type == DT_UNKNOWN) {  // The file system gives no types with names.
+    bool isFolder = record.type == DT_DIR;
+    if (record.type == DT_UNKNOWN) {  // The file system gives no types with names.
         struct statx facts;
         isFolder = calls_.look(folder, name.data(), false, STATX_TYPE, facts) == 0 && S_ISDIR(facts.stx_mode);
         countAnswer();
@@ -163,6 +162,7 @@ bool BlockReader::isLeftOut(int folder, std::uint8_t type, std::string_view name
     Entry entry;
     entry.attributes = kAttributeDirectory | hiddenBit(name) | kLeftOutByRule;
     entry.links = static_cast<std::uint32_t>(rule);
+    if (options_.folderFacts) entry.inode = record.inode;
     entry.nameLength = static_cast<std::uint16_t>(name.size());
     entry.nameOffset = keepName(name);
     entries_.push_back(entry);
@@ -202,8 +202,10 @@ bool BlockReader::enters(std::uint32_t tag) const {
     return options_.recursive && (tag == kTagNone || options_.followLinks);
 }
 
-void BlockReader::addFolder(std::string_view name, std::uint32_t attributes, std::uint32_t tag) {
+void BlockReader::addFolder(std::string_view name, std::uint64_t inode, std::uint32_t attributes,
+                            std::uint32_t tag) {
     Entry entry;
+    if (options_.folderFacts) entry.inode = inode;
     entry.attributes = kAttributeDirectory | attributes | hiddenBit(name);
     entry.tag = tag;
     entry.nameLength = static_cast<std::uint16_t>(name.size());
@@ -218,21 +220,32 @@ void BlockReader::addFolder(std::string_view name, std::uint32_t attributes, std
 
 // A link is first asked where it leads; only one that leads to no folder needs a statx of its own. A long
 // link takes a block.
-void BlockReader::addLink(LinkLook::Place& place, const char* name, std::size_t length,
+void BlockReader::addLink(LinkLook::Place& place, const FolderRecord& record, std::size_t length,
                           const LinkLook::GoOn& goOn) {
+    const char* name = record.name;
     const bool leadsToFolder = links_.leadsToFolder(place, name, goOn);
     countAnswer();
     if (!leadsToFolder) return addOther(place.folder, name, length);
-    addFolder({name, length}, kAttributeReparse, kTagSymbolicLink);
+    addFolder({name, length}, record.inode, kAttributeReparse, kTagSymbolicLink);
+    if (linkSpace_ || options_.folderFacts) lookAtLink(place.folder, name);
     std::array<char, PATH_MAX> target;
-    struct statx facts;
-    if (linkSpace_ && calls_.look(place.folder, name, false, STATX_BLOCKS, facts) == 0)
-        details_.back().blocks = facts.stx_blocks;
     const long got = calls_.readLink(place.folder, name, target.data(), target.size());
     if (got <= 0) return;
     // The target is behind the name and its NUL; the length tells where it ends.
     entries_.back().targetLength = static_cast<std::uint16_t>(got);
     keepName({target.data(), static_cast<std::size_t>(got)});
+}
+
+// A link to a folder has details only if somebody wants what the link itself is.
+void BlockReader::lookAtLink(int folder, const char* name) {
+    const auto facts = factsOfFolder(calls_, folder, name);
+    if (!facts) return;
+    if (wantsDetails()) details_.back().blocks = facts->blocks;
+    if (!options_.folderFacts) return;
+    entries_.back().size = facts->size;
+    if (!wantsDetails()) return;
+    details_.back().written = facts->written;
+    details_.back().owner = facts->owner;
 }
 
 // What the folder tells may be enough to know that nobody wants the file, or all that is wanted of it.
@@ -265,7 +278,7 @@ void BlockReader::addOther(int folder, const char* name, std::size_t length) {
         facts = {};
         facts.stx_nlink = 1;
     } else if (S_ISDIR(facts.stx_mode)) {
-        return addFolder(text, 0, kTagNone);  // The file system gives no types with names.
+        return addFolder(text, facts.stx_ino, 0, kTagNone);  // The file system gives no types with names.
     }
     addFile(facts, text);
 }
@@ -282,6 +295,8 @@ void BlockReader::addFile(const struct statx& facts, std::string_view name) {
     if (options_.wantTimes) entry.attributes = attributesOf(facts) | hiddenBit(name);
     if (options_.wantSpace && (facts.stx_attributes & STATX_ATTR_MOUNT_ROOT) != 0)
         entry.attributes |= kMountedFile;
+    if (options_.wantTypes && !S_ISREG(facts.stx_mode) && !S_ISLNK(facts.stx_mode))
+        entry.attributes |= kSpecialFile;
     const EntryDetails details = {facts.stx_mtime.tv_sec, facts.stx_btime.tv_sec, facts.stx_atime.tv_sec,
                                   facts.stx_blocks, facts.stx_uid};
     if (options_.choice != nullptr && !options_.choice->takes(name, typeOf(facts), entry, details)) return;

@@ -16,6 +16,7 @@
 
 #include "platform/folder_reader.h"
 #include "platform/linux/scan/directory_calls.h"
+#include "platform/linux/scan/folder_record.h"
 #include "platform/linux/scan/link_look.h"
 
 namespace hl {
@@ -73,9 +74,12 @@ class BlockReader {
     bool enters(std::uint32_t tag) const;
     template <bool kRuled>
     void takeRecords(int folder, const LinkLook::GoOn& goOn, const LeaveOut::Place* place);
-    bool isLeftOut(int folder, std::uint8_t type, std::string_view name, const LeaveOut::Place* place);
-    void addFolder(std::string_view name, std::uint32_t attributes, std::uint32_t tag);
-    void addLink(LinkLook::Place& place, const char* name, std::size_t length, const LinkLook::GoOn& goOn);
+    bool isLeftOut(int folder, const FolderRecord& record, std::string_view name,
+                   const LeaveOut::Place* place);
+    void addFolder(std::string_view name, std::uint64_t inode, std::uint32_t attributes, std::uint32_t tag);
+    void addLink(LinkLook::Place& place, const FolderRecord& record, std::size_t length,
+                 const LinkLook::GoOn& goOn);
+    void lookAtLink(int folder, const char* name);
     void addOther(int folder, const char* name, std::size_t length);
     void addChosen(int folder, const char* name, std::size_t length, std::uint8_t type);
     void addUnlooked(std::string_view name);

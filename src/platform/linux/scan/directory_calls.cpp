@@ -6,6 +6,7 @@
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
+#include <sys/sysmacros.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -164,6 +165,19 @@ std::uint64_t DirectoryCalls::timesWaited() {
     struct rusage usage {};
     ::getrusage(RUSAGE_THREAD, &usage);
     return static_cast<std::uint64_t>(usage.ru_nvcsw);
+}
+
+std::optional<FolderFacts> factsOfFolder(DirectoryCalls& calls, int folder, const char* name) {
+    struct statx facts;
+    const unsigned mask = STATX_INO | STATX_SIZE | STATX_BLOCKS | STATX_MTIME | STATX_BTIME | STATX_UID;
+    if (calls.look(folder, name, false, mask, facts) < 0) return std::nullopt;
+    FolderFacts found = {.id = {makedev(facts.stx_dev_major, facts.stx_dev_minor), facts.stx_ino},
+                         .size = facts.stx_size,
+                         .blocks = facts.stx_blocks,
+                         .written = facts.stx_mtime.tv_sec,
+                         .owner = facts.stx_uid};
+    if ((facts.stx_mask & STATX_BTIME) != 0) found.created = facts.stx_btime.tv_sec;
+    return found;
 }
 
 }  // namespace hl

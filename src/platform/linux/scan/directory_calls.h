@@ -6,9 +6,10 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
 
-#include "platform/folder_id.h"
+#include "platform/folder_reader.h"
 #include "platform/subvolume.h"
 
 struct statx;
@@ -50,5 +51,9 @@ class DirectoryCalls {
     /// Returns how often this thread has waited for something (a disk, a server) so far.
     virtual std::uint64_t timesWaited();
 };
+
+/// Looks at an entry of the open folder, or at the folder itself if the name is empty. Returns nothing if
+/// that fails.
+std::optional<FolderFacts> factsOfFolder(DirectoryCalls& calls, int folder, const char* name);
 
 }  // namespace hl

@@ -76,6 +76,7 @@ int FolderOpener::openBelow(ReadItem* item, Folder* parent, Reader& reader, Lock
         if (item->lastOfRange) reopenNextNeeded(item, parent);
         if (item->folder->linksAbove() <= kMostLinks) descriptor = openOnce(item, from, reader, lock);
         if (descriptor == -EXDEV) learnMount(item, from);
+        if (descriptor < 0 && descriptor != kForAnother) learnUnopened(item, from);
         folders_.unpin(parent);
         if (descriptor == kForAnother) return descriptor;
     }
@@ -140,6 +141,15 @@ int FolderOpener::learnFolder(ReadItem* item, int descriptor, Lock& lock) {
     calls_.close(descriptor);
     lock.lock();
     return -ELOOP;
+}
+
+// A folder that cannot be opened, or is another mount, can still be looked at by its name. That is rare and
+// done under the lock.
+void FolderOpener::learnUnopened(ReadItem* item, int parent) {
+    if (!options_.folderFacts || item->folder->canHang || item->folder->throughLink()) return;
+    const char* name = item->folder->name().c_str();
+    if (links_.isNameOfMount(name) && leadsWhereItCanHang(item->folder, parent)) return;
+    item->found.facts = factsOfFolder(calls_, parent, name);
 }
 
 // Notes what is mounted at the item's folder, the root of another mount. This is rare and done under the

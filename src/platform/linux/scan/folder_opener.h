@@ -52,6 +52,7 @@ class FolderOpener {
     bool leadsWhereItCanHang(const Folder* folder, int parent) const;
     int learnFolder(ReadItem* item, int descriptor, Lock& lock);
     void learnMount(ReadItem* item, int parent);
+    void learnUnopened(ReadItem* item, int parent);
     void noteMount(ReadItem* item, const struct statx& facts);
     bool leadsBack(ReadItem* item, const struct statx& facts);
     bool isWholeDisk(int source) const;

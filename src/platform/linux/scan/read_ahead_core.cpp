@@ -103,6 +103,7 @@ void ReadAheadCore::build(ReadItem* item, Reader& reader, int descriptor, Lock& 
         offerRest(item, fill);
         lock.unlock();
     }
+    if (first && opener_.options().folderFacts) item->found.facts = factsOfFolder(*calls_, descriptor, "");
     const bool ownBlocks = opener_.wantsOwnBlocks();
     if (first && ownBlocks && isRead) item->found.ownBlocks = reader.blocks.ownBlocks(descriptor);
     item->block = reader.blocks.build(

@@ -25,6 +25,7 @@ class BlockListing final : public Listing {
         mountSource = std::move(item.found.mountSource);
         source = item.found.source;
         ownBlocks = item.found.ownBlocks;
+        facts = item.found.facts;
         if (block_ == nullptr) return;
         entryError = errorOf(block_->entryError);
         entries = block_->entries.data();

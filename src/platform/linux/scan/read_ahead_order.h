@@ -25,6 +25,7 @@ struct FolderFinding {
     std::optional<Subvolume> subvolume;
     std::optional<std::uint64_t> ownBlocks;
     FolderId source;  ///< Set in the first item only.
+    std::optional<FolderFacts> facts;
 };
 
 /// Something to read, or read.
