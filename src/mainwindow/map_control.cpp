@@ -20,7 +20,7 @@ void MapControl::reportChanged() {
 
 std::string MapControl::title() const {
     const Texts& texts = form_.services().texts;
-    const std::string map = texts.TL(9772, "Karte");
+    std::string map = texts.TL(9772, "Karte");
     if (!view_.isThin()) return map;
     return map + " (" + texts.TL(9428, "größte Dateien nach dem Stand des letzten Einlesens") + ")";
 }

@@ -237,7 +237,7 @@ void MapView::stepped(MapStep step) {
 
 std::string MapView::shareText(double bytes) const {
     const auto whole = static_cast<std::uint64_t>(std::max(bytes, 0.0));
-    const std::string size = FormatSizeAuto(SizeValue::fromBytes(whole), true, scan_.numbers);
+    std::string size = FormatSizeAuto(SizeValue::fromBytes(whole), true, scan_.numbers);
     if (whole_ <= 0) return size;
     return size + " (" + formatNumber(bytes * 100 / whole_, {.decimals = 2}, scan_.numbers) + " %)";
 }
