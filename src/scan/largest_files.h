@@ -1,8 +1,8 @@
 // The largest files of each source: the map has tiles for them, and a saved scan holds them. The window keeps
 // them whether the list of the largest files is shown or not. For the thread of the logic.
 //
-// A file takes 40 bytes and its name. Of files of one size that are too many any may be kept. Empty files
-// are not kept.
+// A file takes 40 bytes and its name; during a reading half as many again are held. Where files of the
+// smallest kept size are too many, it is left open which of them are kept. Empty files are not kept.
 #pragma once
 
 #include <cstddef>
@@ -61,7 +61,7 @@ class LargestFiles {
     bool takes(std::uint64_t size) const { return size > least_; }
     /// Tells whether a file of this size may be kept once others are forgotten.
     bool mayTake(std::uint64_t size) const { return size > 0 && (!leftOut_ || size >= bound_); }
-    /// Keeps the file, and drops the smallest one if there are too many. REQUIRES: takes(file.size).
+    /// Keeps the file; if there are too many, the smallest are dropped. REQUIRES: takes(file.size).
     void add(LargestFile file, std::string_view name);
     /// The reading is over: gives back memory.
     void finish();
@@ -94,7 +94,6 @@ class LargestFiles {
   private:
     template <class Gone>
     void forgetIf(const Gone& gone);
-    void noteFull();
     void dropSmallest();
     void setName(LargestFile& file, std::string_view name);
     void sortByFolder();
@@ -105,7 +104,6 @@ class LargestFiles {
     std::uint64_t least_;      ///< Files that are not larger are left out.
     std::uint64_t bound_ = 1;  ///< No file that was left out is larger.
     bool leftOut_;             ///< Some file may have been left out.
-    bool isHeap_ = false;      ///< The files are a heap, the smallest first.
     std::size_t sorted_ = 0;   ///< So many from the first on are sorted by folder.
     std::vector<LargestFile> files_;
     std::string names_;

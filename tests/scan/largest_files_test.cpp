@@ -44,7 +44,6 @@ TEST(LargestFiles, AreTheLargestOfThoseThatAreThereWhateverComesAndGoes) {
         file.folder = folder;
         there.push_back({file.size, folder, "name of " + std::to_string(file.size)});
         if (kept.takes(file.size)) kept.add(file, there.back().name);
-        wasFull |= kept.count() == kMost;
         const auto went = [&](const KnownFile& each) {
             Row above = each.folder;
             while (i % 40 == 0 && above != folder && above != kNoRow) above = report.parent(above);
@@ -54,13 +53,15 @@ TEST(LargestFiles, AreTheLargestOfThoseThatAreThereWhateverComesAndGoes) {
         std::erase_if(there, went);
         i % 40 == 0 ? kept.forgetBelow(report, folder) : kept.forgetOwn(folder);
         std::ranges::sort(there, std::greater());
-        const auto most = static_cast<std::ptrdiff_t>(kept.count());
-        const std::vector<KnownFile> largest(there.begin(), there.begin() + most);
-        ASSERT_EQ(allOf(kept, report), largest) << i;
-        ASSERT_EQ(kept.isThin(), wasFull && kept.count() < kMost / 2);
+        const std::vector<KnownFile> all = allOf(kept, report);
+        ASSERT_LE(kept.count(), kMost);
         if (!wasFull) {
-            ASSERT_EQ(kept.count(), there.size());
+            ASSERT_EQ(kept.count(), std::min(there.size(), kMost));
         }
+        wasFull |= kept.count() < there.size();
+        const auto most = static_cast<std::ptrdiff_t>(kept.count());
+        ASSERT_EQ(all, std::vector<KnownFile>(there.begin(), there.begin() + most)) << i;
+        ASSERT_EQ(kept.isThin(), wasFull && kept.count() < kMost / 2);
     }
 }
 
