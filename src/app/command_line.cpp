@@ -140,6 +140,8 @@ class Joiner {
         if (wantsFilter_) complain(LineProblem::kNoFilter, std::string(kFind));
         if (wantsText_ != nullptr) complain(LineProblem::kNoValue, std::string(wantsText_->name));
         checkOptions();
+        if (has(kFindNamed) && line_.problem == LineProblem::kUnknownFormat)
+            line_.problem = LineProblem::kNotWithFind;
         checkBalance();
         checkShape();
         const std::size_t least = has(kOpenOption) ? 1 : 2;

@@ -18,6 +18,7 @@ bool SilentFind::run(const std::string& folder, const FindOrder& order) {
         to_.sourceMissing(folder, isNotThere(error) ? "" : ApiErrorText(true, error));
         return true;
     }
+    entered_ = true;
     return guarded(scan_.diagnostics, {.routine = "SilentFind"}, [&] {
         return findFiles(scan_, AddTrailingSlash(folder, scan_.paths), order, *this) == FindEnd::kDone;
     });

@@ -18,6 +18,8 @@ class SilentFind final : public FindHost {
 
     /// Finds in the folder. Returns true if its walk came to its end.
     bool run(const std::string& folder, const FindOrder& order);
+    /// Tells whether one of the folders was there.
+    bool entered() const { return entered_; }
 
     bool found(const FoundFile& file) override;
     void folderEntered(std::string_view path) override { to_.folderEntered(path); }
@@ -28,6 +30,7 @@ class SilentFind final : public FindHost {
     ScanHost& to_;
     ReportFile& file_;
     const FoundLines& lines_;
+    bool entered_ = false;
 };
 
 }  // namespace hl

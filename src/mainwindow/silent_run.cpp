@@ -18,6 +18,7 @@
 #include "robustness/api_error_text.h"
 #include "robustness/trap.h"
 #include "scan/file_system_calls.h"
+#include "scan/find_terms.h"
 #include "scan/left_out.h"
 #include "scan/rollup.h"
 #include "scan/scan_options_text.h"
@@ -39,13 +40,12 @@ SilentRun::SilentRun(const Services& services)
 // --- what is left out
 
 std::string SilentRun::takeRules(const std::string& commandLine) {
-    const Texts& texts = services().texts;
-    for (const std::string& rule : session_.options.Exclude)
-        if (const RuleProblem problem = readRule(rule).problem; problem != RuleProblem::kNone)
-            services().console.errorLine(ruleProblemText(texts, rule, problem));
     const SilentOrder line = KZGetFoldersFromCommand(commandLine, formatNames());
     session_.state.leaving.caches = line.excludeCaches;
     std::string problem;
+    for (const std::string& rule : session_.options.Exclude)
+        if (const RuleProblem why = readRule(rule).problem; problem.empty() && why != RuleProblem::kNone)
+            problem = ruleProblemText(services().texts, "[Optionen] Exclude: " + rule, why);
     for (const std::string& rule : line.exclude)
         if (problem.empty()) problem = addRule(rule, "");
     for (const std::string& file : line.excludeFrom)
@@ -128,6 +128,10 @@ void SilentRun::watchForStop(const std::function<void()>& work) {
 std::string SilentRun::takeFilter(const std::string& commandLine) {
     const SilentOrder line = KZGetFoldersFromCommand(commandLine, formatNames());
     if (!line.find) return {};
+    // What takes every file must be asked for: a script may have lost its filter.
+    if (filterTerms(*line.find).empty())
+        return services().texts.TL(9967,
+                                   "Zu --find gehört ein Filter, zum Beispiel 'size>1G age>1y name=*.iso'.");
     auto filter = FindFilter::read(*line.find, [this](const std::string& name) {
         OwnerNames* owners = services().owners;
         return owners != nullptr ? owners->numberOf(name) : std::nullopt;
@@ -145,12 +149,16 @@ bool SilentRun::find(const SilentOrder& line, ReplacingFile& target) {
                              .started = secondsNow(),
                              .detail = format == FoundFormat::kNul ? FindDetail::kPath : FindDetail::kFacts};
     ReportFile file(target);
+    bool entered = false;
     watchForStop([&] {
         SilentFind found(scan_, *this, file, lines);
         for (const std::string& source : line.sources)
             if (!found.run(source, order)) break;
+        entered = found.entered();
     });
     services().console.progress("");
+    if (!entered && !stopped_)
+        return reportNotWritten(line.outputFile, services().texts.TL(9610, "es wurde nichts eingelesen"));
     tellLeftOut(session_.state.leaving.ofSearch);
     return commit(line.outputFile, file, target);
 }

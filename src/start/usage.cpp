@@ -131,7 +131,7 @@ std::string problemText(const Texts& texts, const JoinedLine& line) {
         case LineProblem::kShape:
             return shapeText(texts, line);
         case LineProblem::kNotTogether:
-            return texts.TL(9872, "%1 steht zweimal da oder passt nicht zu --balance.",
+            return texts.TL(9026, "%1 steht zweimal da oder passt nicht zu dem, was geschrieben wird.",
                             {visible(line.badArgument)});
         case LineProblem::kBalanceFormat:
             return texts.TL(9920, "%1 passt nicht zu --balance. Möglich sind --format=txt und --format=json.",
