@@ -52,9 +52,9 @@ inline constexpr int kDeepestTile = 255;
 inline constexpr int kLargestMapSide = std::numeric_limits<std::uint16_t>::max();
 
 /// Returns the tiles in preorder: each folder's before those of its parts. They cover the map, and those of a
-/// folder cover it unless it has no tile of a part; none overlap. The sides of a tile differ from the exact
-/// ones by at most a pixel, or by what a neighbour takes that is too small to be shown. The result is empty
-/// if the map has no pixel. REQUIRES: the sides are at most kLargestMapSide.
+/// folder cover it unless it has no tile of a part; none overlap. The sides of a tile differ from its exact
+/// share of its folder's tile by at most a pixel, or by what a neighbour takes that is too small to be shown.
+/// The result is empty if the map has no pixel. REQUIRES: the sides are at most kLargestMapSide.
 std::vector<MapTile> layOutMap(const MapSource& source, const MapPart& whole, int width, int height);
 
 /// Returns the index of the deepest tile there, but of none deeper than `deepest`; the number of tiles if

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <random>
 
@@ -77,14 +78,18 @@ TEST(MapLayout, TilesCoverTheMapOnceAndAreProportionalAndLargeEnoughToBeSeen) {
         const int width = 1 + static_cast<int>(random() % 900), height = 1 + static_cast<int>(random() % 700);
         const auto tiles = layOutMap(tree, tree.whole(), width, height);
         ASSERT_EQ(wronglyCovered(tiles, width, height), 0) << width << " x " << height;
-        const double pixelsPerSize = width * height / tree.whole().size;
+        std::array<MapTile, kDeepestTile + 2> above{tiles.front()};  // By depth.
         for (std::size_t i = 1; i < tiles.size(); ++i) {
             const MapTile& tile = tiles[i];
+            above[tile.depth] = tile;
             EXPECT_GE(areaOf(tile), kLeastTileArea);
             if (tile.file == kMapRest) continue;
-            const double exact = tree.sizeOf(tile.row, tile.file) * pixelsPerSize;
+            // Its share of the tile that it lies in, whose own sides are rounded, too.
+            const MapTile& folder = above[tile.depth - 1U];
+            const double exact =
+                tree.sizeOf(tile.row, tile.file) / tree.sizeOf(folder.row, kMapFolder) * areaOf(folder);
             const double sides = tile.right - tile.left + tile.bottom - tile.top;
-            EXPECT_NEAR(areaOf(tile), exact, sides + kLeastTileArea * (tile.depth + 1)) << i;
+            EXPECT_NEAR(areaOf(tile), exact, sides + 2 * kLeastTileArea) << i;
         }
     }
 }
