@@ -59,6 +59,8 @@ TEST_F(FindOfTheProgram, NamesATermThatMakesNoSenseAndWritesNothing) {
         EXPECT_TRUE(has(ended.errors, "\"" + std::string(term) + "\"")) << filter;
         EXPECT_EQ(std::ranges::count(ended.errors, '\n'), 1) << ended.errors;
     }
+    EXPECT_EQ(find("").status, 2) << "an empty filter is none";
+    EXPECT_EQ(program.run({"-s", "--find=a", program.home("old.csv"), top + "/gone"}).status, 1);
     EXPECT_EQ(contentOf(program.home("old.csv")), "old");
     EXPECT_EQ(find("a", {"--find=b"}).status, 2);
     EXPECT_EQ(find("a", {"-d1"}).status, 2);
@@ -69,7 +71,7 @@ TEST_F(FindOfTheProgram, TellsWhatItCouldNotRead) {
     must(::chmod(top.c_str(), 0755));
     must(::chmod((top + "/shut").c_str(), 0));
     const std::string file = program.home("found");
-    const Ended ended = program.run({"-s", "--find=", "--format=nul", file, top}, becomeNobody);
+    const Ended ended = program.run({"-s", "--find=size>=0", "--format=nul", file, top}, becomeNobody);
     must(::chmod((top + "/shut").c_str(), 0700));
     EXPECT_EQ(ended.status, 1);
     EXPECT_TRUE(has(ended.errors, "Nicht gelesen: " + top + "/shut/: ")) << ended.errors;
