@@ -65,6 +65,7 @@ enum class Command : int {
     kReportTitle = commandNumber(BarId::kReport, 0),
     kReportRescan = commandNumber(BarId::kReport, 4),
     kReportSave = commandNumber(BarId::kReport, 5),
+    kReportSaveScan = commandNumber(BarId::kReport, 600),
     kReportPrint = commandNumber(BarId::kReport, 6),
     kReportRemove = commandNumber(BarId::kReport, 7),
     kReportRemoveAll = commandNumber(BarId::kReport, 9),

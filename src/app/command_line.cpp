@@ -413,7 +413,7 @@ SilentOrder KZGetFoldersFromCommand(std::string_view line, FormatNames formats) 
     order.noNames = behind(rest, kNoNames).has_value();
     order.open = valueOf(rest, kOpenOption);
     order.compare = valueOf(rest, kCompareOption);
-    order.grown = sizeOfArgument(valueOf(rest, kGrownOption));
+    if (const auto grown = sizeOfArgument(valueOf(rest, kGrownOption))) order.grown = grown->bytes;
     order.jsonProgress = valueOf(rest, kProgressOption) == "json";
     const auto texts = quotedTexts(rest);
     if (!texts || texts->empty()) return order;

@@ -58,10 +58,9 @@ inline constexpr std::string_view kFindFormats[] = {"csv", "nul"};
 /// digit, "--format=" (or "--format" and an argument) and one of `formats`, "--balance", "--find=" and, as
 /// often as wanted, "--exclude=" and "--exclude-from=" (or without "=", and an argument) and any text,
 /// "--exclude-caches", those of app/line_options.h, "-RESTART", "-TLMODUS", "--help", "-h" and "--version";
-/// behind
-/// "--" nothing is a switch. Everything else is a path, which `cwd` makes absolute; a source's path is also
-/// resolved by its text (base/absolute_path.h). "-" as the file of a silent line, even behind "--", means
-/// standard output and stays as it is; "./-" is a file of that name.
+/// behind "--" nothing is a switch. Everything else is a path, which `cwd` makes absolute; a source's path is
+/// also resolved by its text (base/absolute_path.h). "-" as the file of a silent line, even behind "--",
+/// means standard output and stays as it is; "./-" is a file of that name.
 ///
 /// The text of those that have one stands in the line with each byte that could be taken for something else
 /// as "%" and two hexadecimal digits; the path of a file of rules is absolute.

@@ -4,13 +4,13 @@
 
 namespace hl {
 
-std::optional<std::uint64_t> sizeOfArgument(std::string_view text) {
-    constexpr std::string_view kUnits = "BKMGT";
+std::optional<SizeArgument> sizeOfArgument(std::string_view text) {
+    constexpr std::string_view kUnits = "BKMGTbkmgt";
     constexpr std::uint64_t kMost = std::uint64_t{1} << 63;
     std::uint64_t unit = 1;
     if (!text.empty()) {
         if (const std::size_t power = kUnits.find(text.back()); power != std::string_view::npos) {
-            unit <<= 10 * power;
+            unit <<= 10 * (power % 5);
             text.remove_suffix(1);
         }
     }
@@ -24,7 +24,7 @@ std::optional<std::uint64_t> sizeOfArgument(std::string_view text) {
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), whole);
     if (error != std::errc() || end != text.data() + text.size() || whole >= kMost / unit)
         return std::nullopt;
-    return whole * unit + unit * tenth / 10;
+    return SizeArgument{whole * unit + unit * tenth / 10, unit * tenth % 10 != 0};
 }
 
 }  // namespace hl

@@ -103,6 +103,11 @@ class Grid {
     Row rowAt(std::size_t index) const { return tree_.rowAt(index); }
     std::size_t indexOf(Row row) const { return tree_.indexOf(row); }
     Row parent(Row row) const { return tree_.parent(row); }
+    /// Returns the row of the highest level above a row, or the row itself. REQUIRES: the row exists.
+    Row rootOf(Row row) const {
+        while (parent(row) != kNoRow) row = parent(row);
+        return row;
+    }
     Row firstChild(Row row) const { return tree_.firstChild(row); }
     Row nextSibling(Row row) const { return tree_.nextSibling(row); }
     Row firstRoot() const { return tree_.firstChild(kNoRow); }

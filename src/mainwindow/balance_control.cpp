@@ -14,8 +14,7 @@ namespace hl {
 void BalanceControl::showOf(Row row) {
     const Grid& report = form_.session.tvwPL;
     if (form_.session.state.ScanActive || row == kNoRow) return;
-    while (report.parent(row) != kNoRow) row = report.parent(row);
-    show(row);
+    show(report.rootOf(row));
 }
 
 void BalanceControl::showOfDrive() {
@@ -85,8 +84,9 @@ void BalanceControl::say(const std::string& text) {
 }
 
 void BalanceControl::sayNotRead(const std::string& path) {
-    say(form_.services().texts.TL(9867, "Die Bilanz von %1 entsteht beim Einlesen: Lesen Sie diese Quelle zuerst ein.",
-                                  {visible(path)}));
+    say(form_.services().texts.TL(
+        9867, "Die Bilanz von %1 entsteht beim Einlesen: Lesen Sie diese Quelle zuerst ein.",
+        {visible(path)}));
 }
 
 }  // namespace hl

@@ -238,7 +238,7 @@ constexpr auto kReportRows = joined(rows({
     withRows({kReportRemoveAll, kButton, TL(9243, "Alle entfernen"), TL(9244, "Alle Quellen entfernen"), kIconRemoveAll, kSame, {}, &C::reportRemoveAll}),
     comesBack(BarId::kReport),
     withRows({kReportSave, kButton, kSave, TL(9245, "Ordnerliste in eine Textdatei speichern"), kIconSave, kGroup, "S", &C::reportSave}),
-    withRows({commandOf(BarId::kReport, 600), kButton, TL(9054, "Scan speichern"), TL(9055, "Quelle als gespeicherten Scan (.hlscan) sichern"), kIconSave, kSame, "Shift+S", &C::reportSaveScan}),
+    withRows({kReportSaveScan, kButton, TL(9054, "Scan speichern"), TL(9055, "Quelle als gespeicherten Scan (.hlscan) sichern"), kIconSave, kSame, "Shift+S", &C::reportSaveScan}),
     withRows({kReportPrint, kButton, kPrint, TL(9246, "Ordnerliste drucken"), kIconPrint, kGroup, "P", &C::reportPrint}),
 }), columns<kReportTable>(&C::reportColumn), rows({
     ranked(kGoesFirst, {kReckonOnDisk, kButton, TL(9826, "Nach Platz auf dem Datenträger rechnen"), TL(9827, "Prozente, Balken und Reihenfolge nach dem Platz auf dem Datenträger"), kIconReckonOnDisk, kSame, "D", &C::reckonOnDisk, toggles<&Options::ReckonOnDisk>}),

@@ -50,8 +50,7 @@ FindPlace FindControl::placeOf(Row row) const {
     FindPlace place{.folder = Report_GetFullpathOfNode(report, row, true, paths),
                     .level = report.level(row),
                     .elsewhere = {}};
-    Row root = row;
-    while (report.level(root) > 0) root = report.parent(root);
+    const Row root = report.rootOf(row);
     const auto& met = form_.session.state.snapshots.met;
     const auto of = met.find(report.text(root));
     if (root == row || of == met.end()) return place;

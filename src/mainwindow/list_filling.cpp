@@ -32,8 +32,7 @@ std::string ListFilling::source() const {
     const Grid& report = form_.session.tvwPL;
     Row row = report.currentRow() != kNoRow ? report.currentRow() : report.firstRoot();
     if (row == kNoRow) return {};
-    while (report.parent(row) != kNoRow) row = report.parent(row);
-    return Report_GetFullpathOfNode(report, row, true, form_.services().paths);
+    return Report_GetFullpathOfNode(report, report.rootOf(row), true, form_.services().paths);
 }
 
 void ListFilling::read(GridId list) {

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 
+#include "base/scope_exit.h"
 #include "mainwindow/main_form.h"
 #include "mainwindow/not_read_form.h"
 #include "output/print_report.h"
@@ -10,6 +11,7 @@
 #include "output/save_report.h"
 #include "output/scan_output.h"
 #include "robustness/trap.h"
+#include "scan/driver.h"
 
 namespace hl {
 
@@ -58,22 +60,29 @@ void ReportControl::save() {
 }
 
 void ReportControl::saveScan() {
-    const Grid& report = form_.session.tvwPL;
-    Row source = report.currentRow();
-    if (source == kNoRow) source = report.firstRoot();
-    if (source == kNoRow || form_.session.state.ScanActive || form_.run.tellIncomplete()) return;
-    while (report.parent(source) != kNoRow) source = report.parent(source);
-    const std::string path = form_.files.askSavePath(
-        {"HLSCAN (*.hlscan)|*.hlscan", "hlscan", std::string(1, form_.services().paths.separator)});
-    if (path.empty()) return;
-    guarded(form_.services().diagnostics, {.module = "ReportControl"}, [&] {
-        const BusyPointer busy(form_.scan.controls);
-        const auto target = form_.services().files.replace(path);
-        if (!target) raiseFileError(target.error(), path, {});
-        const ReportOutcome outcome = writeScan(form_.scan, source, ScanNames::kAll, **target);
-        if (outcome.error)
-            raiseFileError(*outcome.error, path, leftBehindText(form_.services().texts, outcome.leftBehind));
+    if (form_.session.tvwPL.rowCount() == 0 || form_.session.state.ScanActive || form_.run.tellIncomplete())
+        return;
+    form_.sources.duringCommand([&] {
+        const std::string path = form_.files.askSavePath(
+            {"HLSCAN (*.hlscan)|*.hlscan", "hlscan", std::string(1, form_.services().paths.separator)});
+        if (!path.empty())
+            guarded(form_.services().diagnostics, {.routine = "saveScan"}, [&] { writeScanTo(path); });
     });
+}
+
+// Messages run meanwhile, and must not change the report.
+void ReportControl::writeScanTo(const std::string& path) {
+    const BusyPointer busy(form_.scan.controls);
+    DisableControls(form_.scan, true);
+    const ScopeExit unlock([&] { EnableControls(form_.scan); });
+    const Grid& report = form_.session.tvwPL;
+    const Row row = report.currentRow() != kNoRow ? report.currentRow() : report.firstRoot();
+    if (row == kNoRow) return;
+    const auto target = form_.services().files.replace(path);
+    if (!target) raiseFileError(target.error(), path, {});
+    const ReportOutcome outcome = writeScan(form_.scan, report.rootOf(row), ScanNames::kAll, **target);
+    if (outcome.error)
+        raiseFileError(*outcome.error, path, leftBehindText(form_.services().texts, outcome.leftBehind));
 }
 
 void ReportControl::print() {

@@ -53,6 +53,8 @@ class ReportControl final : public ReportHost {
     void Report_ShellContextMenu(Row row, const std::string& path, Point at) override;
 
   private:
+    void writeScanTo(const std::string& path);
+
     MainForm& form_;
     std::unique_ptr<ReportView> view_;
     /// Nobody has chosen the width of the report yet: it starts narrower than its columns.

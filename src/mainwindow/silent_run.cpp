@@ -168,12 +168,7 @@ bool SilentRun::commit(const std::string& path, ReportFile& file, const Replacin
     if (services().diagnostics.errcount() != 0)
         return reportNotWritten(path, services().texts.TL(9611, "ein unerwarteter Fehler"));
     if (stopped_) return reportNotWritten(path, services().texts.TL(9810, "angehalten"));
-    ReportOutcome outcome;
-    const Result<> committed = file.commit();
-    outcome.written = bool{committed};
-    if (!committed) outcome.error = committed.error();
-    outcome.leftBehind = target.leftBehind();
-    return written(path, outcome) && !somethingFailed_;
+    return written(path, commitReport(file, target)) && !somethingFailed_;
 }
 
 bool SilentRun::writeNcdu(const SilentOrder& line, ReplacingFile& target) {

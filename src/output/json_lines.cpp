@@ -18,7 +18,7 @@ namespace hl {
 
 namespace {
 
-// The word itself is kept for the system's own variable.
+// In one piece the word is the system's variable, which this room may not read (tests/house_test.cpp).
 constexpr std::string_view kErrorNumberKey =
     "err"
     "no";
@@ -200,12 +200,7 @@ ReportOutcome writeJsonLines(ScanContext& scan, std::int32_t levels, ReplacingFi
     JsonLines lines(scan, levels, file);
     for (Row source = scan.tvwPL.firstRoot(); source != kNoRow; source = scan.tvwPL.nextSibling(source))
         lines.writeSource(source);
-    ReportOutcome outcome;
-    const Result<> committed = file.commit();
-    outcome.written = bool{committed};
-    if (!committed) outcome.error = committed.error();
-    outcome.leftBehind = target.leftBehind();
-    return outcome;
+    return commitReport(file, target);
 }
 
 }  // namespace hl

@@ -47,6 +47,13 @@ void ReportRun::findStart() {
         throw Fault(kFaultInvalidCall, kSaveRoutine, "Nothing was read: there is no row to save");
 }
 
+ReportOutcome commitReport(ReportFile& file, const ReplacingFile& target) {
+    const Result<> committed = file.commit();
+    ReportOutcome outcome{.written = bool{committed}, .leftBehind = target.leftBehind()};
+    if (!committed) outcome.error = committed.error();
+    return outcome;
+}
+
 ReportOutcome ReportRun::write(Files& files) {
     takeLayout();
     const auto target = files.replace(order.path);
@@ -115,13 +122,9 @@ ReportOutcome ReportRun::writeRows(ReplacingFile& target) {
     }
     writer->end(file.block());
     const bool whole = scan_.diagnostics.errcount() == errorsBefore;
-    ReportOutcome outcome;
-    if (whole) {
-        const Result<> committed = file.commit();
-        outcome.written = written_ = bool{committed};
-        if (!committed) outcome.error = committed.error();
-    }
-    outcome.leftBehind = target.leftBehind();
+    if (!whole) return {.leftBehind = target.leftBehind()};
+    ReportOutcome outcome = commitReport(file, target);
+    written_ = outcome.written;
     return outcome;
 }
 

@@ -15,6 +15,8 @@
 
 namespace hl {
 
+class ReportFile;
+
 struct ReportOrder {
     std::string path = {};
     const ReportFormat* format = nullptr;  ///< Null leaves it to the end of the file's name.
@@ -35,6 +37,9 @@ struct ReportOutcome {
     std::optional<Error> error = {};
     std::string leftBehind = {};  ///< The path of an unfinished file that could not be removed.
 };
+
+/// Puts a file in place whose content is complete. `target` is what it writes to.
+ReportOutcome commitReport(ReportFile& file, const ReplacingFile& target);
 
 /// Carries out one order. Errors of the program are thrown.
 class ReportRun {

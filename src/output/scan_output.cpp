@@ -82,12 +82,7 @@ ReportOutcome writeScan(ScanContext& scan, Row source, ScanNames names, Replacin
     }
     if (names == ScanNames::kAll) nameOwners(scan, tables, knownOwners);
     writer.end(file.block(), tables);
-    ReportOutcome outcome;
-    const Result<> committed = file.commit();
-    outcome.written = bool{committed};
-    if (!committed) outcome.error = committed.error();
-    outcome.leftBehind = target.leftBehind();
-    return outcome;
+    return commitReport(file, target);
 }
 
 }  // namespace hl

@@ -200,8 +200,7 @@ RunEnd workThroughQueue(ScanContext& scan) {
 
 void noteSpaceChanged(ScanContext& scan, Row row) {
     const Grid& report = scan.tvwPL;
-    while (report.parent(row) != kNoRow) row = report.parent(row);
-    const auto found = scan.state.balance.sources.find(report.text(row));
+    const auto found = scan.state.balance.sources.find(report.text(report.rootOf(row)));
     if (found != scan.state.balance.sources.end()) found->second.changed = true;
 }
 

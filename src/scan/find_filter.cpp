@@ -6,6 +6,7 @@
 #include <limits>
 #include <utility>
 
+#include "base/size_argument.h"
 #include "scan/find_terms.h"
 
 namespace hl {
@@ -16,10 +17,6 @@ constexpr std::int64_t kLargest = std::numeric_limits<std::int64_t>::max();
 
 char lowered(char c) {
     return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-}
-
-bool isDigitOrPoint(char c) {
-    return (c >= '0' && c <= '9') || c == '.';
 }
 
 struct FieldName {
@@ -40,34 +37,18 @@ struct Unit {
     std::int64_t factor;
 };
 
-constexpr std::array<Unit, 5> kBytes = {
-    {{'b', 1}, {'k', 1LL << 10}, {'m', 1LL << 20}, {'g', 1LL << 30}, {'t', 1LL << 40}}};
 constexpr std::array<Unit, 5> kSeconds = {
     {{'h', 3600}, {'d', 86400}, {'w', 7LL * 86400}, {'m', 30LL * 86400}, {'y', 365LL * 86400}}};
 
-struct Quantity {
-    std::int64_t whole = 0;
-    bool hasFraction = false;
-};
-
-// Reads digits, with one decimal for bytes, and a letter. Bytes may go without a letter.
-std::optional<Quantity> readQuantity(std::string_view text, bool ofBytes) {
-    const auto unitAt = std::find_if_not(text.begin(), text.end(), isDigitOrPoint);
-    const std::string_view digits(text.begin(), unitAt);
-    const std::string_view letter(unitAt, text.end());
-    if (letter.size() > 1 || (letter.empty() && !ofBytes)) return std::nullopt;
-    const auto& units = ofBytes ? kBytes : kSeconds;
-    const auto unit =
-        letter.empty() ? units.begin() : std::ranges::find(units, lowered(letter.front()), &Unit::letter);
-    if (unit == units.end()) return std::nullopt;
-    std::int64_t whole = 0;
-    const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), whole);
-    if (error != std::errc() || whole > kLargest / unit->factor - 1) return std::nullopt;
-    const std::string_view rest(end, static_cast<std::size_t>(digits.data() + digits.size() - end));
-    if (rest.empty()) return Quantity{whole * unit->factor};
-    if (!ofBytes || rest.size() != 2 || rest[0] != '.' || rest[1] == '.') return std::nullopt;
-    const std::int64_t tenths = (rest[1] - '0') * unit->factor;
-    return Quantity{whole * unit->factor + tenths / 10, tenths % 10 != 0};
+// Reads digits and a letter.
+std::optional<std::int64_t> readAge(std::string_view text) {
+    std::int64_t count = 0;
+    const char* const textEnd = text.data() + text.size();
+    const auto [end, error] = std::from_chars(text.data(), textEnd, count);
+    if (text.starts_with('-') || error != std::errc() || textEnd - end != 1) return std::nullopt;
+    const auto unit = std::ranges::find(kSeconds, lowered(*end), &Unit::letter);
+    if (unit == kSeconds.end() || count > kLargest / unit->factor) return std::nullopt;
+    return count * unit->factor;
 }
 
 // Returns where the bracket that opens at `open` closes, or npos. A "]" right behind the opening is a
@@ -244,12 +225,17 @@ class FilterReading {
         if (value.empty()) return FilterProblemKind::kNoValue;
         switch (term.field) {
             case FindField::kSize:
-            case FindField::kDisk:
+            case FindField::kDisk: {
+                const auto size = sizeOfArgument(value);
+                if (!size) return FilterProblemKind::kNoValue;
+                term.number = static_cast<std::int64_t>(size->bytes);
+                term.hasFraction = size->hasFraction;
+                return std::nullopt;
+            }
             case FindField::kAge: {
-                const auto quantity = readQuantity(value, term.field != FindField::kAge);
-                if (!quantity) return FilterProblemKind::kNoValue;
-                term.number = quantity->whole;
-                term.hasFraction = quantity->hasFraction;
+                const auto age = readAge(value);
+                if (!age) return FilterProblemKind::kNoValue;
+                term.number = *age;
                 return std::nullopt;
             }
             case FindField::kName:

@@ -152,9 +152,8 @@ void LargestOfSources::forgetBelow(const Grid& report, Row row) {
 
 LargestFiles* LargestOfSources::of(const Grid& report, Row row) {
     const Row first = report.firstRoot();
-    if (first != kNoRow && report.nextSibling(first) == kNoRow) row = first;  // There is no other one.
-    while (report.parent(row) != kNoRow) row = report.parent(row);
-    const auto found = sources_.find(row);
+    const bool isOnly = first != kNoRow && report.nextSibling(first) == kNoRow;
+    const auto found = sources_.find(isOnly ? first : report.rootOf(row));
     return found != sources_.end() ? &found->second : nullptr;
 }
 

@@ -114,8 +114,8 @@ class LargestFiles {
 /// Those of all sources in the report.
 class LargestOfSources {
   public:
-    /// A reading of the row begins. If it is a source, that keeps `most` files from now on, and none of
-    /// before. Returns where files are added; null if nothing is kept for the row's source.
+    /// A reading of the row begins. If the row is a source, its old files are forgotten, and up to `most` are
+    /// kept from now on. Returns where files are added; null if nothing is kept for the row's source.
     LargestFiles* startReading(const Grid& report, Row row, std::size_t most, std::int64_t started);
     /// Must be called before rows are removed: the row and all below it.
     void forgetBelow(const Grid& report, Row row);

@@ -20,8 +20,7 @@ std::string_view withoutSeparatorAtEnd(std::string_view path, char separator) {
 
 std::string sourceOf(const ScanContext& scan, Row row) {
     const Grid& report = scan.tvwPL;
-    while (report.level(row) > 0) row = report.parent(row);
-    return std::string(withoutSeparatorAtEnd(report.text(row), scan.paths.separator));
+    return std::string(withoutSeparatorAtEnd(report.text(report.rootOf(row)), scan.paths.separator));
 }
 
 // Returns the path below the source; empty for the source itself.

@@ -11,6 +11,7 @@
 #include "base/size_text.h"
 #include "scan/driver.h"
 #include "scan/file_system_calls.h"
+#include "scan/files_of_folder.h"
 #include "scan/left_out.h"
 #include "scan/not_read.h"
 #include "scan/records.h"
@@ -315,42 +316,6 @@ void ReportChanges::filesChanged(const std::string& folder) {
     });
 }
 
-namespace {
-
-/// What is kept of the files of one folder, besides its sums.
-class FilesOfFolder {
-  public:
-    FilesOfFolder(ScanContext& scan, Row row) : statistics_(scan.statistics), row_(row) {
-        if (statistics_ != nullptr) started_ = statistics_->startOf(scan.tvwPL, row);
-        if (scan.largest != nullptr) largest_ = scan.largest->of(scan.tvwPL, row);
-    }
-
-    bool wanted() const { return started_ || largest_ != nullptr; }
-    void add(std::string_view name, std::uint64_t size, const EntryDetails& known) {
-        if (started_) statistics_->addFile(cells_, name, known, *started_, {1, size, known.blocks});
-        if (largest_ != nullptr && largest_->mayTake(size))
-            large_.emplace_back(largeFile(row_, size, known), name);
-    }
-    /// The folder has been read: puts them in the place of those of before.
-    void write() {
-        if (started_) statistics_->replaceOwn(row_, cells_);
-        if (largest_ == nullptr) return;
-        largest_->forgetOwn(row_);
-        for (const auto& [file, name] : large_)
-            if (largest_->takes(file.size)) largest_->add(file, name);
-    }
-
-  private:
-    Statistics* const statistics_;
-    LargestFiles* largest_ = nullptr;
-    const Row row_;
-    std::optional<std::int64_t> started_;
-    FolderCells cells_;
-    std::vector<std::pair<LargestFile, std::string>> large_;
-};
-
-}  // namespace
-
 // Returns false if a file counts only when none of its other names does.
 bool ReportChanges::readFiles(Row row, const std::string& folder) {
     const bool once = scan_.options.AddHardlinksOnlyOnce == 1;
@@ -445,8 +410,7 @@ void ReportChanges::readAgain(Row row) {
 void ReportChanges::readRow(Row row) {
     Report_ReadAgain(scan_, row);
     if (!std::exchange(scan_.state.snapshots.moved, false)) return;
-    while (scan_.tvwPL.level(row) > 0) row = scan_.tvwPL.parent(row);
-    sources_.insert(row);
+    sources_.insert(scan_.tvwPL.rootOf(row));
 }
 
 bool ReportChanges::showsFoldersTwice(Row root) const {

@@ -95,8 +95,7 @@ Row readSourceToo(ScanContext& scan, Row row, double sizeBefore) {
                            (scan.state.links.met || report.number(row, kSize) != sizeBefore);
     const bool snapshotsMove = std::exchange(scan.state.snapshots.moved, false);
     if ((!linksMove && !snapshotsMove) || scan.state.CancelState == kCancelStop) return row;
-    Row root = row;
-    while (report.level(root) > 0) root = report.parent(root);
+    const Row root = report.rootOf(row);
     const std::string path = Report_GetFullpathOfNode(report, row, false, scan.paths);
     ReportChanges again(scan);
     again.sourcesChanged(path);

@@ -172,9 +172,8 @@ std::string Report_GetFullpathOfNode(const Grid& tvwPL, Row row, bool addSlash, 
 void Report_RemoveFolders(ScanContext& scan) {
     guarded(scan.diagnostics, [&] {
         Grid& report = scan.tvwPL;
-        Row row = report.currentRow();
-        if (report.rowCount() == 0 || row == kNoRow) return;
-        while (report.level(row) > 0) row = report.parent(row);
+        if (report.rowCount() == 0 || report.currentRow() == kNoRow) return;
+        const Row row = report.rootOf(report.currentRow());
         const std::string folder = AddTrailingSlash(report.text(row), scan.paths);
         if (identityKey(folder, scan.paths) == identityKey(scan.state.fileList.folder, scan.paths))
             scan.state.fileList.folder.clear();

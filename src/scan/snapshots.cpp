@@ -15,11 +15,6 @@ namespace hl {
 
 namespace {
 
-Row rootOf(const Grid& report, Row row) {
-    while (report.level(row) > 0) row = report.parent(row);
-    return row;
-}
-
 std::string withoutSeparator(std::string_view path) {
     return std::string(path.substr(0, std::max<std::size_t>(1, path.size() - 1)));
 }
@@ -57,7 +52,7 @@ bool isLeftOut(const Grid& report, Row row) {
 SnapshotReading::SnapshotReading(ScanContext& scan, Row row, std::string_view path)
     : scan_(scan),
       top_(row),
-      root_(rootOf(scan.tvwPL, row)),
+      root_(scan.tvwPL.rootOf(row)),
       folder_(withoutSeparator(path)),
       wanted_(scan.options.CountSnapshots == 0),
       met_(scan.state.snapshots.met[std::string(scan.tvwPL.text(root_))]) {

@@ -58,11 +58,6 @@ const std::uint8_t* forOwnCells(const std::uint8_t* at, const Tell& tell) {
     return at;
 }
 
-Row sourceOf(const Grid& report, Row row) {
-    while (report.parent(row) != kNoRow) row = report.parent(row);
-    return row;
-}
-
 bool isFolderRow(const Grid& report, Row row) {
     return report.number(row, kIsFolder) == 1;
 }
@@ -134,7 +129,7 @@ void Statistics::dropSource(Row root) {
 }
 
 std::optional<std::int64_t> Statistics::startOf(const Grid& report, Row row) const {
-    const auto found = started_.find(sourceOf(report, row));
+    const auto found = started_.find(report.rootOf(row));
     return found != started_.end() ? std::optional(found->second) : std::nullopt;
 }
 

@@ -19,10 +19,6 @@ std::string optionLine(std::string_view option, std::string_view meaning) {
     return line.append(meaning) + "\n";
 }
 
-}  // namespace
-
-namespace {
-
 std::string shapeText(const Texts& texts, const JoinedLine& line) {
     const std::string option = visible(line.badArgument);
     switch (line.shape) {

@@ -33,11 +33,6 @@ std::string asShare(std::string path) {
     return path;
 }
 
-Row rootOf(const Grid& grid, Row row) {
-    while (grid.parent(row) != kNoRow) row = grid.parent(row);
-    return row;
-}
-
 Row firstSelected(const Grid& grid) {
     const std::vector<Row> rows = grid.selectedRows();
     return rows.empty() ? kNoRow : rows.front();
@@ -243,7 +238,7 @@ Row DriveList::rowOf(std::string_view text, const PathRules& rules) const {
 
 void DriveList::Drives_SelectDrive(Row reportRow) {
     guarded(scan_.diagnostics, [&] {
-        const std::string source(scan_.tvwPL.text(rootOf(scan_.tvwPL, reportRow)));
+        const std::string source(scan_.tvwPL.text(scan_.tvwPL.rootOf(reportRow)));
         if (isNetworkPath(source)) return;
         std::vector<Drive> drives;
         for (Row row = grid_.firstRoot(); row != kNoRow; row = grid_.nextSibling(row))
@@ -267,7 +262,7 @@ Drive DriveList::driveOfRow(std::string_view text) {
 void DriveList::Drives_RefreshDrive(Row reportRow) {
     guarded(scan_.diagnostics, [&] {
         const Grid& report = scan_.tvwPL;
-        std::string source(report.text(rootOf(report, reportRow)));
+        std::string source(report.text(report.rootOf(reportRow)));
         if (isNetworkPath(source)) source = asShare(std::move(source));
         const Row row = rowOf(source, scan_.paths);
         if (row == kNoRow) return;

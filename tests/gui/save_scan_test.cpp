@@ -10,7 +10,7 @@ struct SaveScanTest : FilesTest {
     Names saved() {
         const std::string path = home.path() + "/" + std::to_string(++files_) + ".hlscan";
         session_->answers.add([&](QDialog& dialog) { choosePath(dialog, path); });
-        s().click(commandOf(BarId::kReport, 600));
+        s().click(Command::kReportSaveScan);
         const ScanReading reading = readScan(contentOf(path));
         EXPECT_EQ(reading.problem, ScanProblem::kNone);
         if (reading.problem != ScanProblem::kNone) return {};
@@ -49,6 +49,27 @@ TEST_F(SaveScanTest, IsThatOfTheDiskAlsoAfterChanges) {
     s().clickRow("other");
     s().click(Command::kReportRescan);
     EXPECT_EQ(saved()[4], "new 1 70" + inode("src/other/new"));
+}
+
+TEST_F(SaveScanTest, NothingChangesTheReportWhileItIsSaved) {
+    for (int i = 0; i < 3000; ++i) folder("src/many/" + std::to_string(i));
+    start();
+    PumpState& pump = s().form().form().session.state.pump;
+    pump = {.interval = 0};
+    int tried = 0;
+    QTimer hasty;
+    QObject::connect(&hasty, &QTimer::timeout, [&] {
+        const bool isWriting = pump.lastTick != 0 && !std::filesystem::exists(home.path() + "/1.hlscan");
+        if (!isWriting) return;
+        ++tried;
+        s().execute(Command::kReportRemoveAll);
+    });
+    hasty.start(0);
+    EXPECT_EQ(saved().size(), 3005U);
+    hasty.stop();
+    EXPECT_GT(tried, 0);
+    ASSERT_NE(s().row("many"), kNoRow);
+    EXPECT_EQ(s().grid().number(s().row("many"), kFolders), 3000);
 }
 
 }  // namespace

@@ -192,8 +192,7 @@ Row openSavedScan(ScanContext& scan, const ScanFile& file) {
 
 const SavedScan* savedScanOf(const ScanContext& scan, Row row) {
     if (scan.facts == nullptr || row == kNoRow) return nullptr;
-    while (scan.tvwPL.parent(row) != kNoRow) row = scan.tvwPL.parent(row);
-    const SourceFacts* source = scan.facts->sourceOf(row);
+    const SourceFacts* source = scan.facts->sourceOf(scan.tvwPL.rootOf(row));
     return source == nullptr ? nullptr : source->saved.get();
 }
 

@@ -105,7 +105,9 @@ void ReadAheadCore::build(ReadItem* item, Reader& reader, int descriptor, Lock& 
     }
     if (first && opener_.options().folderFacts) item->found.facts = factsOfFolder(*calls_, descriptor, "");
     const bool ownBlocks = opener_.wantsOwnBlocks();
-    if (first && ownBlocks && isRead) item->found.ownBlocks = reader.blocks.ownBlocks(descriptor);
+    if (first && ownBlocks && isRead)
+        item->found.ownBlocks =
+            item->found.facts ? item->found.facts->blocks : reader.blocks.ownBlocks(descriptor);
     item->block = reader.blocks.build(
         descriptor, [this, &reader] { return goOnReading(reader); }, ownBlocks,
         item->folder->rulesPlace.get());
