@@ -43,7 +43,6 @@ void LargestFiles::dropSmallest() {
 void LargestFiles::setName(LargestFile& file, std::string_view name) {
     file.nameOffset_ = static_cast<std::uint32_t>(names_.size());
     file.nameLength_ = static_cast<std::uint16_t>(name.size());
-    file.kind_ = kindOfEnding(Ending(name).text());
     names_.append(name);
 }
 

@@ -15,7 +15,6 @@
 
 #include "grid/grid.h"
 #include "platform/folder_reader.h"
-#include "scan/file_kinds.h"
 
 namespace hl {
 
@@ -26,13 +25,10 @@ struct LargestFile {
     Row folder = kNoRow;       ///< The row of the folder that it lies directly in.
     std::uint32_t owner = 0;   ///< The uid.
 
-    FileKind kind() const { return kind_; }
-
   private:
     friend class LargestFiles;
     std::uint32_t nameOffset_ = 0;
     std::uint16_t nameLength_ = 0;
-    FileKind kind_ = FileKind::kOther;  ///< By the ending of its name.
 };
 
 static_assert(sizeof(LargestFile) == 40);

@@ -120,7 +120,10 @@ std::uint16_t MapColours::colourOf(const MapTile& tile) const {
 }
 
 std::uint16_t MapColours::colourOfFile(const MapTile& tile, const LargestFile& file) const {
-    if (by() == MapColouring::kKind) return colourOfGroup(static_cast<std::uint32_t>(file.kind()));
+    if (by() == MapColouring::kKind) {
+        const FileKind kind = kindOfEnding(Ending(report_.nameOf(tile)).text());
+        return colourOfGroup(static_cast<std::uint32_t>(kind));
+    }
     if (by() == MapColouring::kOwner) return colourOfGroup(file.owner);
     return colourOfGroup(ageClassOf(report_.startOf(tile) - file.written));
 }
