@@ -72,20 +72,21 @@ std::uint32_t darkened(std::uint32_t colour) {
     return dark;
 }
 
-MapColouring MapColours::by() const {
-    const Flag chosen = scan_.options.MapColour;
-    return chosen > static_cast<Flag>(MapColouring::kDepth) ? MapColouring::kKind
-                                                            : static_cast<MapColouring>(chosen);
+MapColouring MapColours::chosen() const {
+    const Flag option = scan_.options.MapColour;
+    return option > static_cast<Flag>(MapColouring::kDepth) ? MapColouring::kKind
+                                                            : static_cast<MapColouring>(option);
 }
 
 // --- the colour of a tile
 
 void MapColours::colour(std::vector<MapTile>& tiles, bool isDark) {
-    const auto colours = mapPalette(by());
+    by_ = chosen();
+    const auto colours = mapPalette(by_);
     palette_.assign(colours.begin(), colours.end());
     if (isDark) std::ranges::transform(palette_, palette_.begin(), darkened);
     pixels_.assign(palette_.size(), 0);
-    if (by() == MapColouring::kOwner) chooseOwners();
+    if (by_ == MapColouring::kOwner) chooseOwners();
     for (std::size_t i = 0; i < tiles.size(); ++i) {
         MapTile& tile = tiles[i];
         if (tile.next != i + 1) continue;
@@ -112,25 +113,25 @@ void MapColours::chooseOwners() {
 }
 
 std::uint16_t MapColours::colourOf(const MapTile& tile) const {
-    if (by() == MapColouring::kDepth) return static_cast<std::uint16_t>(tile.depth % palette_.size());
+    if (by_ == MapColouring::kDepth) return static_cast<std::uint16_t>(tile.depth % palette_.size());
     if (tile.row == kNoRow) return 0;
     if (const LargestFile* file = report_.fileOf(tile)) return colourOfFile(tile, *file);
-    const auto group = report_.largestGroup(tile, groupsOf(by()));
+    const auto group = report_.largestGroup(tile, groupsOf(by_));
     return group ? colourOfGroup(*group) : 0;
 }
 
 std::uint16_t MapColours::colourOfFile(const MapTile& tile, const LargestFile& file) const {
-    if (by() == MapColouring::kKind) {
+    if (by_ == MapColouring::kKind) {
         const FileKind kind = kindOfEnding(Ending(report_.nameOf(tile)).text());
         return colourOfGroup(static_cast<std::uint32_t>(kind));
     }
-    if (by() == MapColouring::kOwner) return colourOfGroup(file.owner);
+    if (by_ == MapColouring::kOwner) return colourOfGroup(file.owner);
     return colourOfGroup(ageClassOf(report_.startOf(tile) - file.written));
 }
 
 std::uint16_t MapColours::colourOfGroup(std::uint32_t group) const {
-    if (by() == MapColouring::kKind) return kColourOfKind[group];
-    if (by() == MapColouring::kAge) return static_cast<std::uint16_t>(group + 1);
+    if (by_ == MapColouring::kKind) return kColourOfKind[group];
+    if (by_ == MapColouring::kAge) return static_cast<std::uint16_t>(group + 1);
     const auto found = std::ranges::find(owners_, group);
     return found != owners_.end() ? static_cast<std::uint16_t>(found - owners_.begin() + 1)
                                   : std::uint16_t{0};
@@ -141,10 +142,10 @@ std::uint16_t MapColours::colourOfGroup(std::uint32_t group) const {
 std::string MapColours::textOf(std::size_t colour) const {
     const Texts& texts = scan_.texts;
     const auto text = [&](const RowText& row) { return texts.TL(row.id, row.german); };
-    if (by() == MapColouring::kDepth) return texts.TL(9418, "Ebene %1", {static_cast<int>(colour) + 1});
-    if (by() == MapColouring::kKind) return text(kCategoryTexts[colour]);
+    if (by_ == MapColouring::kDepth) return texts.TL(9418, "Ebene %1", {static_cast<int>(colour) + 1});
+    if (by_ == MapColouring::kKind) return text(kCategoryTexts[colour]);
     if (colour == 0) return text(kKindTexts[kFileKinds - 1]);
-    if (by() == MapColouring::kAge) return text(kAgeTexts[colour - 1]);
+    if (by_ == MapColouring::kAge) return text(kAgeTexts[colour - 1]);
     const std::uint32_t owner = owners_[colour - 1];
     return scan_.owners != nullptr ? scan_.owners->nameOf(owner) : "#" + std::to_string(owner);
 }
@@ -152,10 +153,10 @@ std::string MapColours::textOf(std::size_t colour) const {
 std::vector<MapLegend> MapColours::legend() const {
     std::vector<std::size_t> order(palette_.size());
     std::iota(order.begin(), order.end(), std::size_t{0});
-    const bool byPixels = by() == MapColouring::kKind || by() == MapColouring::kOwner;
+    const bool byPixels = by_ == MapColouring::kKind || by_ == MapColouring::kOwner;
     std::ranges::stable_sort(order, [&](std::size_t a, std::size_t b) {
         if (byPixels) return pixels_[a] > pixels_[b];
-        const bool restLast = by() == MapColouring::kAge && (a == 0 || b == 0);
+        const bool restLast = by_ == MapColouring::kAge && (a == 0 || b == 0);
         return restLast ? b == 0 && a != 0 : a < b;
     });
     std::vector<MapLegend> entries;

@@ -36,7 +36,7 @@ class MapColours {
     std::vector<MapLegend> legend() const;
 
   private:
-    MapColouring by() const;
+    MapColouring chosen() const;
     void chooseOwners();
     std::uint16_t colourOf(const MapTile& tile) const;
     std::uint16_t colourOfGroup(std::uint32_t group) const;
@@ -45,6 +45,8 @@ class MapColours {
 
     ScanContext& scan_;
     const MapReport& report_;
+    MapColouring by_ =
+        MapColouring::kKind;  ///< As the tiles were coloured last; another may be chosen since.
     std::vector<std::uint32_t> palette_;
     std::vector<std::uint64_t> pixels_;  ///< By colour.
     std::vector<std::uint32_t> owners_;  ///< Those that have a colour, by it.

@@ -142,6 +142,8 @@ TEST_F(MapTest, ItIsSavedAsAPictureOrADrawingAndPrinted) {
     EXPECT_FALSE(reader.hasError()) << reader.errorString().toStdString();
     for (const char* text : {"c.txt", "e.txt", "fill=\"url(#c4)\"", "Dokumente"})
         EXPECT_NE(svg.find(text), std::string::npos) << text;
+    s().execute(Command::kMapByOwner);  // It is not painted anew before it is saved.
+    EXPECT_NE(saved(Command::kMapSaveSvg, "owner.svg").find("Dokumente"), std::string::npos);
     QImage page(600, 400, QImage::Format_RGB32);
     page.fill(Qt::white);
     s().answers.add([&](QDialog& dialog) {
