@@ -28,6 +28,10 @@ install(FILES ${completions}/_harborlantern DESTINATION ${CMAKE_INSTALL_DATADIR}
 install(FILES ${completions}/harborlantern.fish DESTINATION ${CMAKE_INSTALL_DATADIR}/fish/vendor_completions.d
         COMPONENT program)
 
+install(PROGRAMS packaging/fleet/fleet DESTINATION ${shared}/fleet COMPONENT program)
+install(FILES packaging/fleet/grown.jq packaging/fleet/package.json packaging/fleet/parquet.js packaging/fleet/parquet.sql
+        DESTINATION ${shared}/fleet COMPONENT program)
+
 # If the publisher does not provide what only the publisher knows, it is left out of the entry for software
 # catalogues.
 set(HARBORLANTERN_SCREENSHOTS "" CACHE STRING "Address below which a catalogue finds the pictures of docs/")

@@ -159,9 +159,9 @@ bringsNoViewer() {
 # startsItsOwn PACKAGE FILE: checks that the commands of a desktop entry belong to the package.
 startsItsOwn() {
     local command
-    for command in $(sed -nE 's/^(Try)?Exec=([^ ]*).*/\2/p' "$2"); do
+    while read -r command; do
         asRoot dpkg -L "$1" | grep -x "/usr/bin/$command" || return
-    done
+    done < <(sed -nE 's/^(Try)?Exec=([^ ]*).*/\2/p' "$2")
 }
 
 # Prints errors, and warnings except those that a package outside of Debian cannot avoid.
@@ -226,6 +226,7 @@ for file in bash-completion/completions/harborlantern zsh/vendor-completions/_ha
 done
 
 check "the pages of docs/ are there, with their pictures" hasDocs
+check "the fleet's script is there" ends 0 Usage: asUser /usr/share/harborlantern/fleet/fleet --help
 check "what is new is there" gzip -t "$system/usr/share/doc/harborlantern/NEWS.gz"
 
 say "Trying the package with the window ..."

@@ -81,7 +81,8 @@ COLORS
 
 Xvfb -displayfd 3 -screen 0 1100x760x24 3>"$work/display" >/dev/null 2>&1 & started="$started $!"
 for _ in $(seq 100); do [ -s "$work/display" ] && break; sleep 0.1; done
-export DISPLAY=:$(cat "$work/display")
+DISPLAY=:$(cat "$work/display")
+export DISPLAY
 openbox >/dev/null 2>&1 & started="$started $!"
 
 alone=
@@ -106,6 +107,7 @@ start() {
     local options=$1
     shift
     sed "s/^FolderShow/${options// /\\n}\n&/" "$work/settings" > "$HARBORLANTERN_HOME/Harborlantern.ini"
+    # shellcheck disable=SC2086  # `alone` is a command with its arguments, or nothing.
     env "$@" $alone "$program" "$tree" >/dev/null 2>&1 &
     pid=$!
     for _ in $(seq 100); do
