@@ -196,6 +196,9 @@ ProgramFormat SilentRun::formatOf(const SilentOrder& line) {
 // Says before the reading what has to be kept of it.
 void SilentRun::prepare(const SilentOrder& line) {
     const ProgramFormat format = formatOf(line);
+    const bool isReport = format == ProgramFormat::kNone || format == ProgramFormat::kJsonLines;
+    if (isReport && !line.balance && line.compare.empty())
+        session_.state.deepestRows = static_cast<std::uint32_t>(orderOf(line).levels);
     const bool keeps = format != ProgramFormat::kNone || !line.compare.empty() || !line.open.empty();
     if (!keeps) return;
     scan_.facts = &session_.facts;

@@ -139,16 +139,15 @@ void JsonLines::writeFolder(Row row) {
     endLine();
 }
 
-// The files row has what lies directly in a folder that has folders, too.
+// The files row has what lies directly in a folder that has folders, too, whose rows need not be there.
 void JsonLines::appendOwn(Row row) {
-    double files = report_.number(row, kFiles), size = report_.number(row, kSize);
-    for (Row child = report_.firstChild(row); child != kNoRow; child = report_.nextSibling(child)) {
-        if (report_.number(child, kIsFolder) != 1) continue;
-        files -= report_.number(child, kFiles);
-        size -= report_.number(child, kSize);
+    Row own = row;
+    if (report_.number(row, kFolders) > 0) {
+        own = report_.firstChild(row);
+        while (own != kNoRow && report_.number(own, kIsFolder) == 1) own = report_.nextSibling(own);
     }
-    number("own_files", files);
-    number("own_size", size);
+    number("own_files", own == kNoRow ? 0 : report_.number(own, kFiles));
+    number("own_size", own == kNoRow ? 0 : report_.number(own, kSize));
 }
 
 void JsonLines::appendFlags(Row row) {

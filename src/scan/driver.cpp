@@ -42,7 +42,8 @@ void resetForSource(ScanContext& scan) {
     state.links.seen.Clear();
     state.links.seen.AllowDuplicateKeys = false;
     state.links.seen.CompareMode(0);
-    state.links.needCount = scan.options.AddHardlinksOnlyOnce == 1 || scan.options.CreateListHardlink == 1;
+    state.links.needCount =
+        scan.options.AddHardlinksOnlyOnce == 1 || (scan.options.CreateListHardlink == 1 && !state.SilentRun);
     state.NeedSpace =
         !state.SilentRun || state.balance.wanted || scan.facts != nullptr || scan.options.ReckonOnDisk != 0;
     state.Started = secondsNow();

@@ -66,7 +66,7 @@ void Report_Shade(ScanContext& scan, Row row) {
 
 void Report_AddFilesRow(ScanContext& scan, Row folder, const ScanTotals& files, TextRef text) {
     Grid& report = scan.tvwPL;
-    if (files.files == 0 || !report.hasChildren(folder)) return;
+    if (files.files == 0) return;
     const Row row = report.addRow(folder, text);
     Report_SetTotals(report, row, files);
     report.setPicture(row, kPictureFilesRow);

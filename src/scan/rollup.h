@@ -22,8 +22,8 @@ void Report_ShowFolderKind(Grid& tvwPL, Row row, std::uint32_t tag, std::string_
 /// Gives the row the grey of its level, if the options say so; all rows below a folder share it.
 void Report_Shade(ScanContext& scan, Row row);
 
-/// Adds the row that stands for the files directly in a folder, unless there are none, or no subfolders that
-/// it would have to stand beside. `text` is kept by the grid.
+/// Adds the row that stands for the files directly in a folder, unless there are none. `text` is kept by the
+/// grid. REQUIRES: there are subfolders that it has to stand beside.
 void Report_AddFilesRow(ScanContext& scan, Row folder, const ScanTotals& files, TextRef text);
 
 /// Adds what was found elsewhere.

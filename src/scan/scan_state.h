@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <deque>
 #include <functional>
+#include <limits>
 #include <map>
 #include <set>
 #include <string>
@@ -108,6 +109,10 @@ struct ScanState {
     bool DiskSilent = false;
     PumpState pump;
 
+    /// A walk makes no rows for folders below this level: what they hold is in the sums above. Only what has
+    /// to be told of a single one (RowFacts: it could not be read; a snapshot waits to be read) gets its row,
+    /// and so do those above it.
+    std::uint32_t deepestRows = std::numeric_limits<std::uint32_t>::max();
     /// The deepest level that holds a row; it returns to 0 only when the report is emptied.
     std::uint32_t DeepestLevel = 0;
     ScanTotals lastTotals;  ///< The totals of the source read last.

@@ -34,10 +34,11 @@ class WalkFacts {
         }
         return device;
     }
-    /// A row was added. `block` is its folder's first one; null if it is not entered. `above` is the disk of
-    /// the folder above. Returns its disk.
+    /// A row was added; it is kNoRow if it is folded into one above. `block` is its folder's first one; null
+    /// if it is not entered. `above` is the disk of the folder above. Returns its disk.
     std::uint64_t rowAdded(Row row, const Entry& entry, const Listing* block, std::uint64_t above) {
         if (kept_ == nullptr) return 0;
+        if (row == kNoRow) return above;
         const bool known = block != nullptr && block->facts.has_value();
         kept_->begin(row, known ? identityOf(*block->facts) : RowIdentity{.inode = entry.inode});
         if (!known || block->facts->id.device == above) return above;

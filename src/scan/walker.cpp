@@ -44,12 +44,13 @@ class FolderWalk final : public ScanProgress {
           wait_(yield_, scan.pump, [this] { tellOfWait(scan_, path_); }),
           filesText_(scan.tvwPL.keepText(scan.texts.TL(3514, "Dateien"))),
           path_(path),
+          level_(scan.tvwPL.level(row)),
           follow_(scan.options.ScanHardlinks == 1),
           listLinks_(scan.options.CreateListJunction == 1 && !scan.state.SilentRun),
           skipLinks_(scan.options.NoHardlinks != 0),
           statistics_(scan, row),
           facts_(scan) {
-        ReadOptions options = optionsOfWalk(scan, scan.tvwPL.level(row));
+        ReadOptions options = optionsOfWalk(scan, level_);
         options.leaveOut = rules_;
         snapshots.choose(options);
         statistics_.choose(options);
@@ -63,32 +64,36 @@ class FolderWalk final : public ScanProgress {
 
   private:
     struct Level {
-        Row row = kNoRow;    ///< kNoRow below a level that a fault has ended.
-        bool ended = false;  ///< True if a fault ended the level.
+        Row row = kNoRow;      ///< kNoRow if the folder's row is folded, and for one that is drained.
+        bool ended = false;    ///< True if a fault ended the level, or one above it.
+        bool drained = false;  ///< True if it was one above: then its blocks are only taken.
         bool isReparse = false;
-        std::unique_ptr<Listing> block;
+        std::string target = {};  ///< The target of a link that was followed.
+        std::unique_ptr<Listing> block = {};
         std::size_t next = 0;  ///< The index of the next entry.
         std::size_t pathLength = 0;
-        std::optional<Error> error;
-        ScanTotals files;    ///< Of the files directly in the folder.
-        ScanTotals totals;   ///< Of what lies below it; when the level ends, of its files too.
-        std::string target;  ///< The target of a link that was followed.
+        std::optional<Error> error = {};
+        ScanTotals files = {};   ///< Of the files directly in the folder.
+        ScanTotals totals = {};  ///< Of what lies below it; when the level ends, of its files too.
         std::uint64_t disk = 0;
         /// Counts for the balance. Null if nobody does, and behind a link or mount that was followed, since
         /// what lies there is found elsewhere or is on another disk.
         SpaceCount* space = nullptr;
-        WalkStatistics::Folder statistics;
+        WalkStatistics::Folder statistics = {};
     };
 
     std::unique_ptr<Listing> nextListing();
     void enterSource(Row row);
     void step();
     bool nextBlock(Level& level);
-    void enter(Row row, std::unique_ptr<Listing> block, bool isReparse, std::string target);
+    void enter(Level entered, std::unique_ptr<Listing> block);
     void folderEntry(const Entry& entry);
     void drainFolder(const Entry& entry);
     void leaveOut(Row row, std::int32_t rule);
-    Row addFolderRow(std::string_view name, std::uint32_t tag, std::string_view target);
+    bool isFolded(std::size_t depth) const { return level_ + depth > scan_.state.deepestRows; }
+    Row unfoldedRow();
+    Row rowToTell() { return scan_.facts != nullptr ? unfoldedRow() : levels_.back().row; }
+    Row addFolderRow(Row parent, std::string_view name, std::uint32_t tag, std::string_view target);
     void fileEntry(Level& level, const Entry& entry);
     bool sizeCounts(const Entry& entry, std::int32_t links);
     void takeBlock(Level& level, std::unique_ptr<Listing> block);
@@ -108,6 +113,7 @@ class FolderWalk final : public ScanProgress {
     const TextRef filesText_;
     std::string path_;  ///< The path of the current level, with a trailing separator; an entry's name may
                         ///< follow it.
+    const std::uint32_t level_;  ///< That of the row which is read into.
     const bool follow_;
     const bool listLinks_;
     const bool skipLinks_;
@@ -194,26 +200,22 @@ void FolderWalk::enterSource(Row row) {
     }
     if (first != nullptr) snapshots_.entered(*first, path_, row);
     const std::uint64_t disk = first != nullptr ? facts_.begin(report, row, *first) : 0;
-    enter(row, std::move(first), false, {});
+    enter({.row = row}, std::move(first));
     if (!levels_.empty()) levels_.back().disk = disk;
 }
 
-void FolderWalk::enter(Row row, std::unique_ptr<Listing> block, bool isReparse, std::string target) {
+void FolderWalk::enter(Level entered, std::unique_ptr<Listing> block) {
     if (block == nullptr) {  // Stopped while the source itself was waited for.
         cut_ = true;
         return;
     }
     SpaceCount* space = levels_.empty() ? countOf(scan_.state.balance.current) : levels_.back().space;
-    if (isReparse) space = nullptr;
-    Level& level = levels_.emplace_back();
-    level.row = row;
+    if (entered.isReparse) space = nullptr;
+    Level& level = levels_.emplace_back(std::move(entered));
     level.space = space;
     level.statistics = statistics_.enter();
     if (space != nullptr && block->ownBlocks) space->addFolder(*block->ownBlocks);
-    level.ended = row == kNoRow;
-    level.isReparse = isReparse;
     level.pathLength = path_.size();
-    level.target = std::move(target);
     level.error = block->error;
     if (!block->error) lastTag_ = kTagNone;  // The folder's "." and ".." count as read.
     takeBlock(level, std::move(block));
@@ -225,7 +227,7 @@ void FolderWalk::takeBlock(Level& level, std::unique_ptr<Listing> block) {
     level.files.leftOut.files += level.block->filesLeftOut;
     if (!level.error) level.error = level.block->entryError;
     if (level.block->endError) {
-        facts_.notRead(level.row, *level.block->endError);
+        facts_.notRead(rowToTell(), *level.block->endError);
         const std::string reason = ApiErrorText(true, *level.block->endError);
         scan_.log.LogDebug("Report_ScanFolders\\next", {reason, visible(path_)});
         scan_.host.notRead(path_, reason);
@@ -269,7 +271,7 @@ void FolderWalk::endByFault() {
     path_.resize(levels_.back().pathLength);
     if (pending_ == nullptr) return;
     pending_->failure = nullptr;
-    enter(kNoRow, std::move(pending_), false, {});
+    enter({.ended = true, .drained = true}, std::move(pending_));
 }
 
 // --- a folder entry
@@ -301,18 +303,22 @@ void FolderWalk::folderEntry(const Entry& entry) {
     if (isReparse && !isRead && skipLinks_) return folderDone(kNoRow, true, leadsTo);
 
     level.totals.folders = addCount(level.totals.folders, 1);
-    const Row row = addFolderRow(name, isReparse ? lastTag_ : kTagNone, leadsTo);
+    // A snapshot that is put off is read into its row later.
+    const bool needsRow = !isFolded(levels_.size()) || (pending_ != nullptr && pending_->putOff);
+    const Row row =
+        needsRow ? addFolderRow(unfoldedRow(), name, isReparse ? lastTag_ : kTagNone, leadsTo) : kNoRow;
     const std::uint64_t disk = facts_.rowAdded(row, entry, pending_.get(), level.disk);
     if (isCache) leaveOut(row, LeaveOut::kCacheTag);
     if (entry.isLeftOutByRule()) leaveOut(row, static_cast<std::int32_t>(entry.links));
     if (!isRead) return folderDone(row, isReparse, leadsTo);
     snapshots_.entered(*pending_, path_, row);
-    enter(row, std::move(pending_), isReparse, leadsTo);
+    enter({.row = row, .isReparse = isReparse, .target = leadsTo}, std::move(pending_));
     levels_.back().disk = disk;
 }
 
 void FolderWalk::leaveOut(Row row, std::int32_t rule) {
     ++levels_.back().totals.leftOut.folders;
+    if (row == kNoRow) return;
     facts_.leftOut(row, rule);
     Report_MarkLeftOut(scan_, row, *rules_, rule);
 }
@@ -322,12 +328,26 @@ void FolderWalk::drainFolder(const Entry& entry) {
     if (!entry.isEntered()) return;
     std::unique_ptr<Listing> block = nextListing();
     if (block == nullptr) return leave(true);
-    enter(kNoRow, std::move(block), false, {});
+    enter({.ended = true, .drained = true}, std::move(block));
 }
 
-Row FolderWalk::addFolderRow(std::string_view name, std::uint32_t tag, std::string_view target) {
+// Returns the row of the current folder. If it is folded, it is made with those above it, whose names stand
+// in the path. Nobody looks at such rows, so they say nothing of links.
+Row FolderWalk::unfoldedRow() {
+    if (levels_.back().ended || levels_.back().row != kNoRow) return levels_.back().row;
+    std::size_t depth = levels_.size() - 1;
+    while (levels_[depth].row == kNoRow) --depth;
+    for (; depth + 1 < levels_.size(); ++depth) {
+        const std::size_t from = levels_[depth].pathLength;
+        const std::size_t length = levels_[depth + 1].pathLength - from - 1;
+        levels_[depth + 1].row =
+            addFolderRow(levels_[depth].row, std::string_view(path_).substr(from, length), kTagNone, {});
+    }
+    return levels_.back().row;
+}
+
+Row FolderWalk::addFolderRow(Row parent, std::string_view name, std::uint32_t tag, std::string_view target) {
     Grid& report = scan_.tvwPL;
-    const Row parent = levels_.back().row;
     const Row row = report.addRow(parent, name);
     statistics_.rowAdded(row);
     Report_Shade(scan_, row);
@@ -382,7 +402,8 @@ void FolderWalk::leave(bool cutShort) {
             scan_.tvwPL.setMark(level.row, static_cast<std::uint32_t>(level.totals.errors));
         if (!level.ended && !cutShort) {
             if (level.error) accessError(level);
-            Report_AddFilesRow(scan_, level.row, level.files, filesText_);
+            if (level.row != kNoRow && level.totals.folders > 0)
+                Report_AddFilesRow(scan_, level.row, level.files, filesText_);
         }
     }
     Level level = std::move(levels_.back());
@@ -394,9 +415,11 @@ void FolderWalk::leave(bool cutShort) {
         result_ = level.totals;
         return;
     }
-    if (level.row == kNoRow) return;
-    Report_SetTotals(scan_.tvwPL, level.row, level.totals);
-    Report_ChangePercentValue(scan_, level.row);
+    if (level.drained) return;
+    if (level.row != kNoRow) {
+        Report_SetTotals(scan_.tvwPL, level.row, level.totals);
+        Report_ChangePercentValue(scan_, level.row);
+    }
     addTotals(levels_.back().totals, level.totals);
     if (levels_.size() == 1 && !scan_.state.SilentRun) showSource();
     folderDone(level.row, level.isReparse, level.target);
@@ -413,9 +436,11 @@ void FolderWalk::showSource() {
 
 void FolderWalk::accessError(Level& level) {
     const std::string text = ApiErrorText(true, *level.error);
-    facts_.notRead(level.row, *level.error);
-    scan_.tvwPL.setPicture(level.row, kPictureAccessError);
-    scan_.tvwPL.setRowNote(level.row, text);
+    if (const Row row = rowToTell(); row != kNoRow) {
+        facts_.notRead(row, *level.error);
+        scan_.tvwPL.setPicture(row, kPictureAccessError);
+        scan_.tvwPL.setRowNote(row, text);
+    }
     scan_.log.LogProtokoll("ERROR: " + text + " (" + visible(path_) + ")");
     level.totals.errors = addCount(level.totals.errors, 1);
     scan_.host.notRead(path_, text);

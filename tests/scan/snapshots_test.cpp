@@ -79,6 +79,9 @@ TEST_F(Snapshots, OneThatIsReadLateCountsInAllRowsAboveAsAnyFolder) {
     begin(source);
     EXPECT_EQ(figuresOf(*this), plain);
     EXPECT_EQ(disk.reads.back(), "/s/a/b/late/");
+    state.deepestRows = 1;
+    begin(source);
+    EXPECT_EQ(figuresOf(*this)[0], plain[0]) << "and in the sums of rows that are folded";
 }
 
 TEST_F(Snapshots, StopLeavesWhatIsUndecidedIncomplete) {

@@ -56,6 +56,23 @@ TEST_F(Walk, GivesEachFolderARowWithAllThatLiesBelowAndItsFilesOneIfAnotherIsBes
     EXPECT_EQ(report.number(rowOf("Dateien"), kPercent), 100);
 }
 
+TEST_F(Walk, MakesRowsDownToTheWantedLevelAndDeeperOnesOnlyForWhatHasToBeTold) {
+    const Items items = {folder("a", {folder("b", {folder("c"), file("f", 1)}), file("g", 2)}),
+                         folder("d", {folder("e", {with(folder("shut"), &Item::error, 13), folder("h")}),
+                                      folder("i", {file("j", 4)}), file("k", 8)})};
+    RowFacts facts;
+    state.SilentRun = true;
+    state.deepestRows = 1;
+    const Lines folded = {"15 4/8 1", "  a 3 2/2", "    Dateien 2 1/0", "  d 12 2/4", "    Dateien 8 1/0"};
+    EXPECT_EQ(walk(items), folded);
+    scan.facts = &facts;
+    const Lines told = walk(items);
+    ASSERT_EQ(told.size(), 7U);
+    EXPECT_EQ(told[4], "    e 0 0/2");
+    EXPECT_TRUE(told[5].starts_with("      shut 0 0/0 #")) << told[5];
+    EXPECT_EQ(report.mark(rowOf("d")), 1U);
+}
+
 TEST_F(Walk, SpaceOnTheDiskCountsAsSizesDoAndTheNewestChangeIsTheLastBeforeTheScan) {
     const auto written = [](Item item, std::int64_t when, std::uint64_t blocks) {
         item.details = {.written = when, .blocks = blocks};

@@ -171,7 +171,7 @@ void Opening::leave() {
     Level level = std::move(levels_.back());
     levels_.pop_back();
     Grid& report = scan_.tvwPL;
-    Report_AddFilesRow(scan_, level.row, level.files, filesText_);
+    if (report.hasChildren(level.row)) Report_AddFilesRow(scan_, level.row, level.files, filesText_);
     report.setMark(level.row, static_cast<std::uint32_t>(level.below.errors));
     addTotals(level.below, level.files);
     if (scan_.statistics != nullptr) scan_.statistics->leave(level.row, level.firstCell, level.cells);
