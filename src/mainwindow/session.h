@@ -33,8 +33,8 @@ struct Session {
     Grid lvwFiles{kFileCells};             ///< Stays empty in a run without a window.
     Grid lvwDiskinfo{kDriveCells};         ///< Stays empty in a run without a window.
     Grid lvwStatistics{kStatisticsCells};  ///< Stays empty in a run without a window.
-    Statistics statistics;                 ///< Stays empty in a run without a window.
-    LargestOfSources largest;              ///< Stays empty in a run without a window.
+    Statistics statistics;                 ///< Without a window, for a saved scan alone.
+    LargestOfSources largest;              ///< Likewise.
     RowFacts facts;                        ///< Empty in a run without a window, but for some formats.
 };
 

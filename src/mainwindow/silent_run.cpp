@@ -205,6 +205,7 @@ void SilentRun::prepare(const SilentOrder& line) {
     if (!line.compare.empty() || format == ProgramFormat::kNone) return;
     if (format == ProgramFormat::kJsonLines) return session_.facts.leaveIdentitiesOut();
     scan_.statistics = &session_.statistics;
+    scan_.largest = &session_.largest;
     session_.options.CreateStatistics = 1;
 }
 

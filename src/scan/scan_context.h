@@ -28,7 +28,7 @@ struct ScanContext : Services {
     Controls& controls;
     FileTypeNames* types = nullptr;    ///< Null if nobody shows types.
     Statistics* statistics = nullptr;  ///< Of the report's rows. Null if nobody asks for them.
-    /// Of the report's sources. Null if nobody asks for them; a run with no window keeps none.
+    /// Of the report's sources. Null if nobody asks for them.
     LargestOfSources* largest = nullptr;
     RowFacts* facts = nullptr;  ///< Of the report's rows. Null if nobody asks for them.
 };

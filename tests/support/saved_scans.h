@@ -14,6 +14,8 @@ struct SavingBench : ScanBench {
         options.CreateStatistics = 1;
         scan.statistics = &statistics;
         scan.facts = &facts;
+        scan.largest = &largest;
+        options.LargestKept = 20;
         scan.machine = "host";
         state.SilentRun = true;
     }
@@ -36,6 +38,7 @@ struct SavingBench : ScanBench {
 
     Statistics statistics;
     RowFacts facts;
+    LargestOfSources largest;
 };
 
 /// Makes folders with names in any bytes, and what else a scan meets.

@@ -1,6 +1,7 @@
 #include "scan/saved/report_records.h"
 
 #include <algorithm>
+#include <tuple>
 
 #include "scan/not_read.h"
 #include "scan/records.h"
@@ -22,6 +23,10 @@ bool isSmaller(const FileSums& a, const FileSums& b) {
     return a.files < b.files || a.bytes < b.bytes || a.blocks < b.blocks;
 }
 
+bool isLargerFile(const LargestRecord& a, const LargestRecord& b) {
+    return std::tie(b.bytes, a.record, a.name) < std::tie(a.bytes, b.record, b.name);
+}
+
 FileSums without(const FileSums& whole, const FileSums& part) {
     if (isSmaller(whole, part)) return {};
     return {whole.files - part.files, whole.bytes - part.bytes, whole.blocks - part.blocks};
@@ -31,11 +36,13 @@ FileSums without(const FileSums& whole, const FileSums& part) {
 
 ReportRecords::ReportRecords(const ScanContext& scan, Row source, SavedScan* tables, RecordOrder order)
     : scan_(scan), tables_(tables), order_(order), rows_{source}, levels_{{0, 1}} {
-    if (tables == nullptr || scan.statistics == nullptr) return;
+    if (tables == nullptr) return;
+    if (scan.largest != nullptr && tables->largest.empty()) largest_ = scan.largest->of(scan.tvwPL, source);
+    for (std::uint32_t i = 0; i < tables->owners.size(); ++i) owners_.emplace(tables->owners[i].first, i);
+    if (scan.statistics == nullptr) return;
     EndingNumbers& numbers = scan.statistics->endings();
     for (std::uint32_t i = 0; i < tables->endings.size(); ++i)
         endings_.emplace(numbers.ofEnding(tables->endings[i]), kFirstEnding + i);
-    for (std::uint32_t i = 0; i < tables->owners.size(); ++i) owners_.emplace(tables->owners[i].first, i);
 }
 
 bool ReportRecords::next(ScanRecord& record) {
@@ -43,13 +50,18 @@ bool ReportRecords::next(ScanRecord& record) {
         levels_.pop_back();
         rows_.resize(levels_.empty() ? 0 : levels_.back().end);
     }
-    if (levels_.empty()) return false;
+    if (levels_.empty()) {
+        if (largest_ != nullptr) std::ranges::sort(tables_->largest, isLargerFile);
+        return false;
+    }
     row_ = rows_[levels_.back().next++];
     level_ = levels_.size() - 1;
     record.name = level_ == 0 ? std::string_view() : scan_.tvwPL.text(row_);
     fillFlags(record);
     openChildren(row_, record);
     fillCells(record);
+    if (largest_ != nullptr) addLargest();
+    ++count_;
     return true;
 }
 
@@ -121,6 +133,22 @@ void ReportRecords::fillCells(ScanRecord& record) {
     if (sum != record.own) return;
     for (const OwnCell& cell : own_)
         record.cells.push_back({placeOfEnding(cell.ending), cell.age, placeOfOwner(cell.owner), cell.sums});
+}
+
+// A name that is longer than a saved scan may hold comes from another program's file; it is left out.
+void ReportRecords::addLargest() {
+    const LargestFiles::Range range = largest_->of(row_);
+    for (std::size_t i = range.first; i < range.end; ++i) {
+        const LargestFile& file = largest_->at(i);
+        const std::string_view name = largest_->nameOf(file);
+        if (name.size() > kMostNameBytes) continue;
+        tables_->largest.push_back({.record = count_,
+                                    .name = std::string(name),
+                                    .bytes = file.size,
+                                    .blocks = file.blocks,
+                                    .written = file.written,
+                                    .owner = placeOfOwner(file.owner)});
+    }
 }
 
 std::uint32_t ReportRecords::placeOfEnding(std::uint32_t ending) {

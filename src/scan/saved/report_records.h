@@ -17,12 +17,14 @@ enum class RecordOrder : std::uint8_t { kBySize, kByName };
 
 class ReportRecords {
   public:
-    /// `tables` receives the endings and owners that the records refer to; what is in it already keeps its
-    /// place. If it is null, records have no cells. REQUIRES: the report's facts are kept (ScanContext).
+    /// `tables` receives the endings and owners that the records refer to, and unless it has largest files
+    /// already, those that are kept (ScanContext); what is in it keeps its place. If it is null, records have
+    /// no cells. REQUIRES: the report's facts are kept (ScanContext).
     ReportRecords(const ScanContext& scan, Row source, SavedScan* tables,
                   RecordOrder order = RecordOrder::kBySize);
 
-    /// Returns false at the end. The record's name holds until the report changes.
+    /// Returns false at the end; then the largest files are in order: the largest first. The record's name
+    /// holds until the report changes.
     bool next(ScanRecord& record);
     /// The row of the record, and how many levels it lies below the source.
     Row row() const { return row_; }
@@ -38,12 +40,15 @@ class ReportRecords {
     void fillOwn(ScanRecord& record, std::size_t firstChild);
     void fillFlags(ScanRecord& record) const;
     void fillCells(ScanRecord& record);
+    void addLargest();
     std::uint32_t placeOfEnding(std::uint32_t ending);
     std::uint32_t placeOfOwner(std::uint32_t owner);
 
     const ScanContext& scan_;
     SavedScan* const tables_;
     const RecordOrder order_;
+    LargestFiles* largest_ = nullptr;  ///< Null if nobody wants them, or none are kept.
+    std::uint64_t count_ = 0;          ///< Of the records before the current one.
     Row row_ = kNoRow;
     std::size_t level_ = 0;
     std::vector<Row> rows_;

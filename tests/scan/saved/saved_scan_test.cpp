@@ -30,6 +30,43 @@ TEST(SavedScan, OpenedAndSavedAgainHasTheSameBytesAndRows) {
     }
 }
 
+/// Each file that a reading of the folder finds, as "folder/file size", by its size.
+void addFiles(const Item& top, std::multimap<std::uint64_t, std::string, std::greater<>>& files) {
+    for (const Item& item : top.items) {
+        if (item.isFolder() && item.error == 0) addFiles(item, files);
+        if (!item.isFolder() && item.facts.size > 0)
+            files.emplace(item.facts.size, top.name + "/" + item.name);
+    }
+}
+
+TEST(SavedScan, HasTheLargestFilesWithTheirFoldersOwnersAndTimes) {
+    int scansWithMore = 0;
+    for (unsigned seed = 0; seed < 60; ++seed) {
+        SavingBench bench;
+        const Item source = RandomScan(seed).source("/top");
+        bench.disk.sources = {source};
+        bench.readSources({"/top"});
+        const ScanReading reading = readScan(bench.saved());
+        ASSERT_EQ(reading.problem, ScanProblem::kNone);
+        std::vector<std::string> folders;
+        ScanRecords records(reading.file);
+        for (ScanRecord record; records.next(record);) folders.emplace_back(record.name);
+        folders[0] = "/top";
+        std::vector<std::pair<std::uint64_t, std::string>> found, wanted;
+        for (const LargestRecord& file : reading.file.scan->largest) {
+            found.emplace_back(file.bytes, folders[file.record] + "/" + file.name);
+            EXPECT_EQ(reading.file.scan->owners[file.owner].first % 1000, 0U);
+        }
+        std::multimap<std::uint64_t, std::string, std::greater<>> files;
+        addFiles(source, files);
+        for (const auto& file : files)
+            if (wanted.size() < 20) wanted.emplace_back(file);
+        EXPECT_EQ(found, wanted) << seed;
+        scansWithMore += files.size() > 20 ? 1 : 0;
+    }
+    EXPECT_GT(scansWithMore, 10);
+}
+
 TEST(SavedScan, TellsTheSourceItsTimesAndWhetherItIsWhole) {
     SavingBench bench;
     bench.disk.sources = {folder("/a\xFF", {folder("b"), with(folder("shut"), &Item::error, 13)})};
@@ -181,6 +218,11 @@ TEST(SavedScanOfTheProgram, IsForTheUserAloneAndByName) {
     must(::stat((tree + "/a").c_str(), &facts));
     EXPECT_EQ(record.inode, facts.st_ino);
     EXPECT_EQ(record.own.bytes, 3000U);
+    ASSERT_EQ(reading.file.scan->largest.size(), 1U);
+    EXPECT_EQ(reading.file.scan->largest[0].name, "film.mkv");
+    const std::string again = program.home("again.hlscan");
+    ASSERT_EQ(program.run({"-s", "--open", scan, again}).status, 0);
+    EXPECT_EQ(contentOf(again), contentOf(scan));
     ASSERT_EQ(program.run({"-s", "--no-names", "--format=scan", scan, tree}).status, 0);
     const ScanReading bare = readScan(contentOf(scan));
     EXPECT_EQ(bare.file.scan->header.host, "");
