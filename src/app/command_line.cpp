@@ -143,6 +143,7 @@ class Joiner {
         if (has(kFindNamed) && line_.problem == LineProblem::kUnknownFormat)
             line_.problem = LineProblem::kNotWithFind;
         checkBalance();
+        checkEnding();
         checkShape();
         const std::size_t least = has(kOpenOption) ? 1 : 2;
         if (isSilent() && names_ < least) complain(LineProblem::kIncompleteReport, "");
@@ -230,8 +231,16 @@ class Joiner {
                 isFormat(piece.text, named) || (programs && isFormat(piece.text, kProgramFormats));
             if ((balance || find) && useless) complain(notTogether, name);
             if (find && isFormatName && !suits) complain(notTogether, name);
-            if (isFormatName && !suits) complain(LineProblem::kUnknownFormat, name);
+            if (isFormatName && !suits)
+                complain(programs ? problemOf(name) : LineProblem::kUnknownFormat, name);
         }
+    }
+
+    // The name is that of a format that reports don't have.
+    static LineProblem problemOf(std::string_view format) {
+        return isFormat(format, kFindFormats)      ? LineProblem::kFormatOfFind
+               : isFormat(format, kBalanceFormats) ? LineProblem::kFormatOfBalance
+                                                   : LineProblem::kUnknownFormat;
     }
 
     bool wantsBalance() const { return has(kBalance); }
@@ -240,14 +249,19 @@ class Joiner {
     void checkBalance() {
         if (!isSilent() || !wantsBalance()) return;
         if (line_.problem == LineProblem::kUnknownFormat) line_.problem = LineProblem::kBalanceFormat;
-        const bool isGiven = std::ranges::any_of(pieces_, [](const Piece& piece) {
-            return piece.isSwitch && piece.text.starts_with(kFormatNamed);
-        });
+    }
+
+    // Whoever gives a file the ending of a report expects one of that format in it.
+    void checkEnding() {
+        const bool find = has(kFindNamed);
+        if (!isSilent() || (!find && !wantsBalance()) || has(kFormatNamed)) return;
+        const FormatNames own = find ? FormatNames(kFindFormats) : FormatNames(kBalanceFormats);
         const std::string name = lowerCase(reportFile_);
-        for (const std::string_view format : formats_)
-            if (!isGiven && std::ranges::count(kBalanceFormats, format) == 0 &&
-                name.ends_with("." + std::string(format)))
-                complain(LineProblem::kBalanceEnding, reportFile_);
+        const bool isOther = std::ranges::any_of(formats_, [&](std::string_view format) {
+            return std::ranges::count(own, format) == 0 && name.ends_with("." + std::string(format));
+        });
+        if (isOther || programFormatOf("", name) != ProgramFormat::kNone)
+            complain(find ? LineProblem::kFindEnding : LineProblem::kBalanceEnding, reportFile_);
     }
 
     // What the options of app/line_options.h need.

@@ -27,6 +27,8 @@ enum class LineProblem {
     kEmptyArgument,
     kNoCurrentFolder,   ///< A path is relative, but there is no current folder (any more).
     kUnknownFormat,     ///< An argument begins with "--format" but names no known format.
+    kFormatOfFind,      ///< There is a format of files that are found, but no --find.
+    kFormatOfBalance,   ///< There is a format of a balance, but no --balance.
     kNotForWindow,      ///< There is an option of reports without a "-s" in front of it.
     kIncompleteReport,  ///< A silent line has no file or no source.
     kNoFilter,          ///< Nothing stands behind --find.
@@ -36,6 +38,7 @@ enum class LineProblem {
     kBalanceFormat,     ///< A balance is wanted in a format that it has not.
     kShape,             ///< JoinedLine::shape says what.
     kBalanceEnding,     ///< No format is given, and the name of a balance's file ends like that of a report.
+    kFindEnding,        ///< The same for the file of a search.
 };
 
 struct JoinedLine {

@@ -115,6 +115,10 @@ std::string problemText(const Texts& texts, const JoinedLine& line) {
             return texts.TL(9014, "Ein Argument ist leer.");
         case LineProblem::kUnknownFormat:
             return unknownFormatText(texts, visible(line.badArgument));
+        case LineProblem::kFormatOfFind:
+            return texts.TL(9064, "%1 gibt es nur mit %2.", {line.badArgument, "--find"});
+        case LineProblem::kFormatOfBalance:
+            return texts.TL(9064, "%1 gibt es nur mit %2.", {line.badArgument, "--balance"});
         case LineProblem::kNotForWindow:
             return texts.TL(9615, "%1 gilt für einen Bericht: davor muss -s stehen.", {line.badArgument});
         case LineProblem::kNoFilter:
@@ -137,6 +141,12 @@ std::string problemText(const Texts& texts, const JoinedLine& line) {
                 9921,
                 "%1 endet wie ein Bericht, den es von einer Bilanz nicht gibt. Möglich sind .txt, "
                 ".json oder ein --format.",
+                {visible(line.badArgument)});
+        case LineProblem::kFindEnding:
+            return texts.TL(
+                9065,
+                "%1 endet wie ein Bericht, den es von gefundenen Dateien nicht gibt. Möglich sind "
+                ".csv oder ein --format.",
                 {visible(line.badArgument)});
         case LineProblem::kIncompleteReport:
             return texts.TL(9015, "Zu -s gehören eine Datei für den Bericht und mindestens ein Ordner.");

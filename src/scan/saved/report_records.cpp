@@ -38,6 +38,7 @@ ReportRecords::ReportRecords(const ScanContext& scan, Row source, SavedScan* tab
     : scan_(scan), tables_(tables), order_(order), rows_{source}, levels_{{0, 1}} {
     if (tables == nullptr) return;
     if (scan.largest != nullptr && tables->largest.empty()) largest_ = scan.largest->of(scan.tvwPL, source);
+    if (largest_ != nullptr) tables->largest.reserve(largest_->count());
     for (std::uint32_t i = 0; i < tables->owners.size(); ++i) owners_.emplace(tables->owners[i].first, i);
     if (scan.statistics == nullptr) return;
     EndingNumbers& numbers = scan.statistics->endings();
