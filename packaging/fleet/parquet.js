@@ -6,8 +6,9 @@ import { DuckDBInstance } from '@duckdb/node-api';
 import { readFileSync } from 'node:fs';
 
 const [run, question] = process.argv.slice(2);
+if (!run) throw new Error('the folder of a run is missing');
 const query = question ?? readFileSync(new URL('parquet.sql', import.meta.url), 'utf8');
 process.chdir(run);
 const connection = await (await DuckDBInstance.create()).connect();
-const rows = await (await connection.runAndReadAll(query)).getRows();
+const rows = (await connection.runAndReadAll(query)).getRows();
 if (question) for (const row of rows) console.log(row.join('\t'));
