@@ -1,5 +1,6 @@
 #include "output/ncdu_export.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <exception>
@@ -26,10 +27,13 @@ class EveryFile final : public FileChoice {
     }
 };
 
+bool needsEscape(char c) {
+    return static_cast<unsigned char>(c) < 0x20 || c == '"' || c == '\\';
+}
+
 // Other bytes than those below 0x20 stay as they are, also such as are no UTF-8.
-void appendRawString(std::string& out, std::string_view text) {
+void appendEscaped(std::string& out, std::string_view text) {
     constexpr std::string_view kHexDigits = "0123456789abcdef";
-    out += '"';
     for (const char c : text) {
         const auto code = static_cast<unsigned char>(c);
         if (c == '"' || c == '\\') out += '\\';
@@ -40,8 +44,30 @@ void appendRawString(std::string& out, std::string_view text) {
             out += kHexDigits[code & 15U];
         }
     }
-    out += '"';
 }
+
+/// What stands behind the name of an entry. It has room for all that an entry can have.
+class Fields {
+  public:
+    Fields& text(std::string_view text) {
+        end_ = std::ranges::copy(text, end_).out;
+        return *this;
+    }
+    /// `key` has its comma, quotes and colon.
+    Fields& number(std::string_view key, std::int64_t value) {
+        text(key);
+        end_ = std::to_chars(end_, end_ + kMostDigits, value).ptr;
+        return *this;
+    }
+    std::string_view all() const { return {bytes_.data(), static_cast<std::size_t>(end_ - bytes_.data())}; }
+
+  private:
+    static constexpr std::size_t kMostDigits = 20;
+    static constexpr std::size_t kMostBytes = 320;  // Eight numbers, and 160 bytes of keys and words.
+
+    std::array<char, kMostBytes> bytes_;  // Not set before it is written: an entry uses a part of it.
+    char* end_ = bytes_.data();
+};
 
 ReadOptions optionsOf(const ScanContext& scan, const std::string& folder) {
     ReadOptions options;
@@ -125,9 +151,10 @@ bool NcduExport::folderEntry(const Entry& entry, std::string_view name) {
     const std::uint64_t device = levels_.back().device;
     if (entry.isLeftOutByRule()) {
         ++scan_.state.leaving.ofSearch.folders;
-        beginEntry(name);
-        out() += ",\"excluded\":\"pattern\"";
-        endEntry();
+        out() += ",\n{\"name\":\"";
+        appendName(name);
+        out() += ",\"excluded\":\"pattern\"}";
+        file_.endLine();
         return false;
     }
     ++counts_.folders;
@@ -155,53 +182,47 @@ void NcduExport::openFolder(std::string_view name, std::unique_ptr<Listing> bloc
 
 void NcduExport::appendFolder(std::string_view name, const Listing& block, std::uint64_t deviceAbove,
                               std::string_view excluded) {
-    if (!excluded.empty()) out() += ",\n";
-    out() += "{\"name\":";
-    appendRawString(out(), name);
+    out() += excluded.empty() ? "{\"name\":\"" : ",\n{\"name\":\"";
+    appendName(name);
+    Fields fields;
     if (const FolderFacts* facts = block.facts ? &*block.facts : nullptr) {
-        number("asize", static_cast<std::int64_t>(facts->size));
-        number("dsize", static_cast<std::int64_t>(facts->blocks * kBlockBytes));
-        if (facts->id.device != deviceAbove) number("dev", static_cast<std::int64_t>(facts->id.device));
-        number("uid", facts->owner);
-        number("mtime", facts->written);
+        fields.number(",\"asize\":", static_cast<std::int64_t>(facts->size));
+        fields.number(",\"dsize\":", static_cast<std::int64_t>(facts->blocks * kBlockBytes));
+        if (facts->id.device != deviceAbove)
+            fields.number(",\"dev\":", static_cast<std::int64_t>(facts->id.device));
+        fields.number(",\"uid\":", facts->owner).number(",\"mtime\":", facts->written);
     }
-    if (block.error || block.endError || block.entryError) out() += ",\"read_error\":true";
-    if (!excluded.empty()) out().append(",\"excluded\":\"").append(excluded).append("\"");
-    endEntry();
+    if (block.error || block.endError || block.entryError) fields.text(",\"read_error\":true");
+    if (!excluded.empty()) fields.text(",\"excluded\":\"").text(excluded).text("\"");
+    out().append(fields.text("}").all());
+    file_.endLine();
 }
 
 void NcduExport::appendFile(const Entry& entry, const EntryDetails& details, std::string_view name) {
     ++counts_.files;
     counts_.bytes += static_cast<double>(entry.size);
-    beginEntry(name);
-    number("asize", static_cast<std::int64_t>(entry.size));
-    number("dsize", static_cast<std::int64_t>(details.blocks * kBlockBytes));
+    out() += ",\n{\"name\":\"";
+    appendName(name);
+    Fields fields;
+    fields.number(",\"asize\":", static_cast<std::int64_t>(entry.size));
+    fields.number(",\"dsize\":", static_cast<std::int64_t>(details.blocks * kBlockBytes));
     if (entry.links > 1) {
-        number("ino", static_cast<std::int64_t>(entry.inode));
-        number("nlink", entry.links);
-        out() += ",\"hlnkc\":true";
+        fields.number(",\"ino\":", static_cast<std::int64_t>(entry.inode)).number(",\"nlink\":", entry.links);
+        fields.text(",\"hlnkc\":true");
     }
-    number("uid", details.owner);
-    number("mtime", details.written);
-    if (entry.tag != kTagNone || (entry.attributes & kSpecialFile) != 0) out() += ",\"notreg\":true";
-    endEntry();
-}
-
-void NcduExport::beginEntry(std::string_view name) {
-    out() += ",\n{\"name\":";
-    appendRawString(out(), name);
-}
-
-void NcduExport::number(std::string_view key, std::int64_t value) {
-    std::array<char, 24> digits;
-    const char* const from = digits.data();
-    const char* const end = std::to_chars(digits.data(), digits.data() + digits.size(), value).ptr;
-    out().append(",\"").append(key).append("\":").append(from, end);
-}
-
-void NcduExport::endEntry() {
-    out() += '}';
+    fields.number(",\"uid\":", details.owner).number(",\"mtime\":", details.written);
+    if (entry.tag != kTagNone || (entry.attributes & kSpecialFile) != 0) fields.text(",\"notreg\":true");
+    out().append(fields.text("}").all());
     file_.endLine();
+}
+
+// Hardly any name has a byte that has to be escaped.
+void NcduExport::appendName(std::string_view name) {
+    if (std::ranges::none_of(name, needsEscape))
+        out().append(name);
+    else
+        appendEscaped(out(), name);
+    out() += '"';
 }
 
 // One line for a folder is enough, as for the report.

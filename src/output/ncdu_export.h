@@ -48,9 +48,7 @@ class NcduExport final : public ScanProgress {
     void appendFolder(std::string_view name, const Listing& block, std::uint64_t deviceAbove,
                       std::string_view excluded);
     void appendFile(const Entry& entry, const EntryDetails& details, std::string_view name);
-    void beginEntry(std::string_view name);
-    void number(std::string_view key, std::int64_t value);
-    void endEntry();
+    void appendName(std::string_view name);
     void notRead(Level& level, const std::optional<Error>& error);
 
     ScanContext& scan_;
