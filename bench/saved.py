@@ -14,20 +14,25 @@ import shutil
 import statistics
 import subprocess
 import tempfile
-import time
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
 
 
-def run(command, environment):
+def compiled_measure(folder):
+    """The program made of bench/measure.cpp, which says why it is needed."""
+    binary = folder / "measure"
+    source = ROOT / "bench/measure.cpp"
+    subprocess.run(["g++", "-std=c++20", "-O2", "-D_GNU_SOURCE", "-static", source, "-o", binary], check=True)
+    return str(binary)
+
+
+def run(measure, command, environment):
     """(seconds, MiB) of a command that ends well."""
-    started = time.monotonic()
-    process = subprocess.Popen(command, env=environment, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
-    _, status, usage = os.wait4(process.pid, 0)
-    seconds = time.monotonic() - started
-    if os.waitstatus_to_exitcode(status) != 0:
-        raise SystemExit(f"{command} ended with {os.waitstatus_to_exitcode(status)}")
-    return seconds, usage.ru_maxrss / 1024
+    done = subprocess.run([measure, *command], env=environment, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL)
+    status, wall, _, _, peak = map(int, done.stdout.split())
+    if status != 0:
+        raise SystemExit(f"{command} ended with {status}")
+    return wall / 1e6, peak / 1024
 
 
 def commands_for(program, tree, folder):
@@ -36,6 +41,7 @@ def commands_for(program, tree, folder):
     commands = {
         "floor: -s of an empty folder": [program, "-s", folder / "e.csv", empty],
         "-s": [program, "-s", folder / "x.csv", tree],
+        "-s2": [program, "-s2", folder / "x2.csv", tree],
         "-s --format=jsonl": [program, "-s", folder / "x.jsonl", tree],
         "-s --format=scan": [program, "-s", scan, tree],
         "-s --format=ncdu": [program, "-s", export, tree],
@@ -44,7 +50,7 @@ def commands_for(program, tree, folder):
         "opening ncdu's JSON": [program, "-s1", "--open", export, folder / "o.csv"],
     }
     if shutil.which("ncdu"):
-        commands["ncdu -0xo"] = ["ncdu", "-0xo", folder / "n.json", tree]
+        commands["ncdu -0xo /dev/null"] = ["ncdu", "-0xo", "/dev/null", tree]
     return {name: [str(part) for part in command] for name, command in commands.items()}
 
 
@@ -59,9 +65,10 @@ def main():
         environment = {"PATH": os.environ["PATH"], "LC_ALL": "C", "HOME": name, "HARBORLANTERN_HOME": name}
         commands = commands_for(options.program, options.tree, folder)
         results = {each: [] for each in commands}
+        measure = compiled_measure(folder)
         for number in range(options.rounds + 1):
             for each, command in commands.items():
-                measured = run(command, environment)
+                measured = run(measure, command, environment)
                 if number > 0:  # The first round fills the caches.
                     results[each].append(measured)
         folders = sum(1 for line in open(folder / "x.jsonl", "rb") if line.startswith(b'{"k":"f"'))

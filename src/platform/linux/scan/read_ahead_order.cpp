@@ -56,10 +56,15 @@ void ReadAheadOrder::clear() {
 
 std::unique_ptr<Listing> ReadAheadOrder::handOver() {
     ReadItem* item = std::exchange(orderFirst_, orderFirst_->orderNext);
-    if (item->block != nullptr) bytesAhead_ -= item->block->bytes;
+    bytesAhead_ -= bytesOf(*item);
     auto listing = std::make_unique<BlockListing>(*item);
     discard(item);
     return listing;
+}
+
+// Of a folder with few entries the item is most of what is held.
+std::size_t ReadAheadOrder::bytesOf(const ReadItem& done) {
+    return sizeof done + (done.block != nullptr ? done.block->bytes : 0);
 }
 
 ReadItem* ReadAheadOrder::append(ReadItem* before, ReadItem* made) {
@@ -151,7 +156,7 @@ void ReadAheadOrder::finish(ReadItem* item) {
     item->state = ReadItem::State::kDone;
     unlinkWork(item);
     folders_.release(std::exchange(item->folder, nullptr));
-    if (item->block != nullptr) bytesAhead_ += item->block->bytes;
+    bytesAhead_ += bytesOf(*item);
 }
 
 void ReadAheadOrder::giveUp(ReadItem* item) {
@@ -165,6 +170,7 @@ void ReadAheadOrder::giveUp(ReadItem* item) {
     ReadItem** place = &orderFirst_;
     while (*place != item) place = &(*place)->orderNext;
     *place = instead;
+    bytesAhead_ += bytesOf(*instead);
     unlinkWork(item);
     item->givenUp = true;
 }

@@ -99,6 +99,7 @@ class ReadAheadOrder {
     void discard(ReadItem* item);
 
   private:
+    static std::size_t bytesOf(const ReadItem& done);
     ReadItem* append(ReadItem* before, ReadItem* made);
     void unlinkWork(ReadItem* item);
 
