@@ -1,12 +1,13 @@
 #!/usr/bin/env python3
 """Makes a tree of folders and sparse files whose totals are known, and prints them as JSON.
 
-    make_tree.py tree DIR [--files N] [--folders N] [--hardlinks PERCENT] [--symlinks PERCENT] [--seed N]
+    make_tree.py tree DIR [--files N] [--folders N] [--hardlinks PERCENT] [--symlinks PERCENT] [--names MEAN] [--seed N]
     make_tree.py wide DIR [--files N] ...      all files in DIR itself
     make_tree.py deep DIR [--folders N]        a chain of folders with one file each
 
 The same arguments make the same tree. DIR must not exist yet. Of the files, the given shares are further names of
-an earlier file, and symbolic links to a neighbour (every tenth leads nowhere). The totals:
+an earlier file, and symbolic links to a neighbour (every tenth leads nowhere). With --names the names of files have this
+many bytes in the mean, most of them fewer, some up to 60. The totals:
 
     files        entries that are no folder       folders     folders below DIR
     bytes        apparent sizes, every name of a file in full, a link with the length of its text
@@ -16,11 +17,14 @@ import argparse
 import bisect
 import itertools
 import json
+import math
 import os
 import random
 
 DEEPEST = 12
 LARGEST_FILE = 1 << 32
+LONGEST_NAME = 60
+NAME_SPREAD = 0.55  # of the logarithm of a name's length, much as the files of a system have it
 WORDS = ("report", "photo", "index", "cache", "module", "draft", "invoice", "notes", "layer", "sample", "a", "old")
 ENDINGS = ("", ".txt", ".jpg", ".cpp", ".h", ".tar.gz", ".log", ".json", ".o", ".py")
 
@@ -40,6 +44,13 @@ def file_size(rng):
     return 0 if rng.random() < 1 / 30 else min(int(rng.lognormvariate(8.3, 2.2)), LARGEST_FILE)
 
 
+def long_name(rng, mean, end):
+    """Returns a name of some words with this end; lengths are log-normal."""
+    wanted = rng.lognormvariate(math.log(mean) - NAME_SPREAD ** 2 / 2, NAME_SPREAD)
+    length = min(max(int(wanted), len(end) + 1), LONGEST_NAME)
+    return "-".join(rng.choices(WORDS, k=LONGEST_NAME // 2))[: length - len(end)] + end
+
+
 def make_file(folder_fd, name, size):
     fd = os.open(name, os.O_WRONLY | os.O_CREAT | os.O_EXCL, 0o644, dir_fd=folder_fd)
     os.ftruncate(fd, size)
@@ -57,9 +68,9 @@ class Filler:
     def fill(self, path, count):
         fd = os.open(path, os.O_RDONLY | os.O_DIRECTORY)
         neighbour = None
-        for _ in range(count):
+        for index in range(count):
             self.number += 1
-            name = f"{self.rng.choice(WORDS)}-{self.number}{self.rng.choice(ENDINGS)}"
+            name = self.name(index)
             dice = self.rng.uniform(0, 100)
             if dice < self.options.symlinks and neighbour is not None:
                 target = "nowhere" if self.number % 10 == 0 else neighbour
@@ -76,6 +87,11 @@ class Filler:
                 neighbour = name
                 self.remember(os.path.join(path, name), size)
         os.close(fd)
+
+    def name(self, index):
+        if self.options.names:
+            return long_name(self.rng, self.options.names, f"{index}{self.rng.choice(ENDINGS)}")
+        return f"{self.rng.choice(WORDS)}-{self.number}{self.rng.choice(ENDINGS)}"
 
     def remember(self, path, size):
         if len(self.linkable) < 1000:
@@ -146,6 +162,7 @@ def main():
     parser.add_argument("--folders", type=int, default=1_000)
     parser.add_argument("--hardlinks", type=float, default=0.5, metavar="PERCENT")
     parser.add_argument("--symlinks", type=float, default=1, metavar="PERCENT")
+    parser.add_argument("--names", type=float, metavar="MEAN")
     parser.add_argument("--seed", type=int, default=1)
     options = parser.parse_args()
     totals = Totals()
