@@ -60,6 +60,7 @@ enum class Command : int {
     kTakeBack = commandNumber(BarId::kMain, 560),
     kShowNotRead = commandNumber(BarId::kMain, 561),
     kShowMap = commandNumber(BarId::kMain, 580),
+    kShowChanges = commandNumber(BarId::kMain, 590),
 
     // The report. A bar's title is a label; its id is 0.
     kReportTitle = commandNumber(BarId::kReport, 0),
@@ -205,6 +206,18 @@ enum class Command : int {
     kStatisticsSave,
     kStatisticsPrint,
     kStatisticsFont = commandNumber(BarId::kStatistics, 328),
+
+    // The changes since an earlier scan.
+    kChangesTitle = commandNumber(BarId::kChanges, 0),
+    kChangesBytes = commandNumber(BarId::kChanges, 301),  ///< The other units follow.
+    kChangesSearchText = commandNumber(BarId::kChanges, 307),
+    kChangesSearch,
+    kChangesDecimals,
+    kChangesFit = commandNumber(BarId::kChanges, 317),
+    kChangesFullView = commandNumber(BarId::kChanges, 323),
+    kChangesSave,
+    kChangesPrint,
+    kChangesFont = commandNumber(BarId::kChanges, 328),
 
     // The map.
     kMapTitle = commandNumber(BarId::kMap, 0),

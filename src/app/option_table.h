@@ -37,6 +37,7 @@ enum class LoadStep {
     kFind,
     kStatistics,
     kMap,
+    kChanges,
 };
 
 /// The field that a value goes to. Its type decides how the value is read: as a whole number from 0 to 255, a
@@ -147,6 +148,12 @@ inline constexpr auto kOptionTable = [] {
         {"MapVisible", "0", &Options::MapVisible, kMap},
         {"MapColour", "0", &Options::MapColour, kMap},
         {"LargestKept", "65536", &Options::LargestKept, kMap},
+        {"ChangesVisible", "0", &Options::ChangesVisible, kChanges},
+        {"FileSizeFormatChanges", "6", &Options::FileSizeFormatChanges, kChanges},
+        {"SizeFormatNachkommastellenChanges", "1", &Options::SizeFormatNachkommastellenChanges, kChanges},
+        {"FontSizeChanges", "9", &Options::FontSizeChanges, kFontSizes},
+        {"FontNameChanges", "Tahoma", &Options::FontNameChanges, kFontNames},
+        {"FontStyleChanges", "", &Options::FontStyleChanges, kFontNames},
     });
 }();
 // clang-format on

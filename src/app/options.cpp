@@ -201,6 +201,7 @@ void OptionenLadenMain(Options& options, const SettingsStore& store, Diagnostics
     if (!onlyDialog) loadStep(LoadStep::kFind);
     if (!onlyDialog) loadStep(LoadStep::kStatistics);
     if (!onlyDialog) loadStep(LoadStep::kMap);
+    if (!onlyDialog) loadStep(LoadStep::kChanges);
     options.Exclude = readRules(store.read());
 }
 

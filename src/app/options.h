@@ -37,13 +37,14 @@ struct Options {
     Flag ReckonOnDisk = 0;
     // Which panels are visible.
     Flag DiskinfoVisible = 0, FilelistVisible = 0, ToplistVisible = 0, HardlinksVisible = 0,
-         JunctionsVisible = 0, FindVisible = 0, StatisticsVisible = 0;
+         JunctionsVisible = 0, FindVisible = 0, StatisticsVisible = 0, ChangesVisible = 0;
     Flag MapVisible = 0;
     /// What the colours of the map stand for: 0 kind, 1 age, 2 owner, 3 depth.
     Flag MapColour = 0;
     /// Size modes (base/size_unit.h), 0 to 3 or 6 unless the file was edited by hand.
     std::uint8_t FileSizeFormat = 0, FileSizeFormatDrive = 0, FileSizeFormatFiles = 0, FileSizeFormatTop = 0,
-                 FileSizeFormatHardlinks = 0, FileSizeFormatFind = 0, FileSizeFormatStatistics = 0;
+                 FileSizeFormatHardlinks = 0, FileSizeFormatFind = 0, FileSizeFormatStatistics = 0,
+                 FileSizeFormatChanges = 0;
     Flag ShowIcons = 0, ShowIconsTop = 0, ShowIconsHardlinks = 0, ShowIconsFind = 0;
     /// The source that the combo box showed last.
     std::string ComboText;
@@ -51,15 +52,15 @@ struct Options {
     Flag SizeFormatNachkommastellenFolders = 0, SizeFormatNachkommastellenFiles = 0,
          SizeFormatNachkommastellenTop = 0, SizeFormatNachkommastellenDrive = 0,
          SizeFormatNachkommastellenHardlinks = 0, SizeFormatNachkommastellenFind = 0,
-         SizeFormatNachkommastellenStatistics = 0;
+         SizeFormatNachkommastellenStatistics = 0, SizeFormatNachkommastellenChanges = 0;
     /// In points.
     float FontSize = 0, FontSizeDisk = 0, FontSizeFiles = 0, FontSizeTOP = 0, FontSizeHardlinks = 0,
-          FontSizeJunctions = 0, FontSizeFind = 0, FontSizeStatistics = 0;
+          FontSizeJunctions = 0, FontSizeFind = 0, FontSizeStatistics = 0, FontSizeChanges = 0;
     std::string FontName, FontNameDisk, FontNameFiles, FontNameTOP, FontNameHardlinks, FontNameJunctions,
-        FontNameFind, FontNameStatistics;
+        FontNameFind, FontNameStatistics, FontNameChanges;
     /// "bold", "italic", both with a blank between them, or empty; anything else is read as empty.
     std::string FontStyle, FontStyleDisk, FontStyleFiles, FontStyleTOP, FontStyleHardlinks,
-        FontStyleJunctions, FontStyleFind, FontStyleStatistics;
+        FontStyleJunctions, FontStyleFind, FontStyleStatistics, FontStyleChanges;
     // Which columns are shown.
     ColumnFlags FileColumn{}, TopColumn{}, HardlinkColumn{}, FindColumn{};
     // These are read when the bars are built.

@@ -1,6 +1,7 @@
 // The desktop's part of the menus, and the opening of files.
 #include "fileops/menus.h"
 
+#include <algorithm>
 #include <iterator>
 
 #include "base/text.h"
@@ -26,19 +27,32 @@ std::vector<MenuEntry> Menus::desktopPart(const std::vector<std::string>& paths)
         with.push_back({kFirstProgram + static_cast<int>(with.size()), visible(program.name)});
     if (!with.empty()) with.push_back({});
     with.push_back({kOtherProgram, text(9562, "Anderes Programm ...")});
-    return {{kOpen, text(9560, "Öffnen")},
-            {0, text(9561, "Öffnen mit"), std::move(with)},
-            {kShowInFolder, text(9563, "Im Dateimanager zeigen")},
-            {},
-            {kCopyFiles, text(9564, "Kopieren"), {}, "Ctrl+C"},
-            {kCopyPaths, text(9565, "Pfad kopieren")},
-            {},
-            {kProperties, text(9566, "Eigenschaften")}};
+    std::vector<MenuEntry> part = {{kOpen, text(9560, "Öffnen")},
+                                   {0, text(9561, "Öffnen mit"), std::move(with)},
+                                   {kShowInFolder, text(9563, "Im Dateimanager zeigen")},
+                                   {}};
+    std::ranges::move(copyingPart(), std::back_inserter(part));
+    part.push_back({});
+    part.push_back({kProperties, text(9566, "Eigenschaften")});
+    return part;
+}
+
+std::vector<MenuEntry> Menus::copyingPart() const {
+    return {{kCopyFiles, text(9564, "Kopieren"), {}, "Ctrl+C"}, {kCopyPaths, text(9565, "Pfad kopieren")}};
 }
 
 int Menus::show(const std::vector<std::string>& paths, std::vector<MenuEntry> own, Point at) {
     std::vector<MenuEntry> entries = desktopPart(paths);
     if (ops_.host.closed()) return 0;  // Closed while the files were looked at.
+    return show(std::move(entries), paths, std::move(own), at);
+}
+
+int Menus::showForCopying(const std::vector<std::string>& paths, std::vector<MenuEntry> own, Point at) {
+    return show(copyingPart(), paths, std::move(own), at);
+}
+
+int Menus::show(std::vector<MenuEntry> entries, const std::vector<std::string>& paths,
+                std::vector<MenuEntry> own, Point at) {
     std::move(own.begin(), own.end(), std::back_inserter(entries));
     const int chosen = ops_.window.dialogs.showMenu(entries, at);
     if (chosen >= kFirstOwn) return chosen;

@@ -22,6 +22,8 @@ class Menus {
     /// are at least kFirstOwn.
     int show(const std::vector<std::string>& paths, std::vector<MenuEntry> own, Point at);
     static constexpr int kFirstOwn = 1000;
+    /// The same for folders that may be gone: the desktop's part only copies them.
+    int showForCopying(const std::vector<std::string>& paths, std::vector<MenuEntry> own, Point at);
 
     /// Opens the file with the desktop's program for it, or asks for one if there is none. A file that would
     /// be executed is opened only after a question.
@@ -29,6 +31,9 @@ class Menus {
     void showInFolder(const std::string& path);
 
   private:
+    std::vector<MenuEntry> copyingPart() const;
+    int show(std::vector<MenuEntry> entries, const std::vector<std::string>& paths,
+             std::vector<MenuEntry> own, Point at);
     std::vector<MenuEntry> desktopPart(const std::vector<std::string>& paths);
     void runDesktopEntry(int id, const std::vector<std::string>& paths);
     bool openOne(const std::string& path);

@@ -43,6 +43,11 @@ struct GridColumn {
     /// The key of a cell with a further percent, which the bar shows in a third tone behind the first; empty
     /// for none.
     std::string barMoreKey = {};
+    /// The bar stands left of the text and begins in its middle: for a number above 0 it goes to the right,
+    /// for one below 0 to the left, in two colours of its own (platform/percent_bar.h).
+    bool barTwoSided = false;
+    double barMost = 0;      ///< The number, without its sign, whose two-sided bar is longest.
+    bool showsSign = false;  ///< A size is a difference: one above 0 has a "+", and 0 shows nothing.
     /// The unit in which a cell of bytes is shown and saved. Any other cell has kModeBytes.
     SizeMode unit = kModeBytes;
     /// The title where the rows are saved, if it is another: sizes of kModeAuto are saved in bytes.

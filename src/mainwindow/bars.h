@@ -46,6 +46,7 @@ class Bars {
     CommandBar& cbrJunctions = of(BarId::kJunctions);
     CommandBar& cbrFind = of(BarId::kFind);
     CommandBar& cbrStatistics = of(BarId::kStatistics);
+    CommandBar& cbrChanges = of(BarId::kChanges);
     CommandBar& cbrMap = of(BarId::kMap);
 };
 

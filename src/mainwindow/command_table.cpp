@@ -7,6 +7,7 @@
 #include "base/size_unit.h"
 #include "mainwindow/commands.h"
 #include "scan/file_columns.h"
+#include "views/changes_list.h"
 #include "views/drive_list.h"
 #include "views/report_columns.h"
 #include "views/statistics_list.h"
@@ -207,6 +208,7 @@ constexpr auto kMainRows = rows({
     {kShowJunctions, kButton, TL(3742, "Junctions"), TL(9218, "Liste mit Junctions anzeigen"), kIconJunctions, kSame, "6", &C::showPanel, byRoutine<&Options::JunctionsVisible>},
     {kShowFind, kButton, TL(9945, "Finden"), TL(9946, "Dateien nach Name, Größe, Alter, Art oder Eigentümer finden"), kIconFind, kSame, "7", &C::showPanel, byRoutine<&Options::FindVisible>},
     {kShowStatistics, kButton, TL(9700, "Statistik"), TL(9701, "Statistik nach Art, Alter und Eigentümer anzeigen"), kIconStatistics, kSame, "8", &C::showPanel, byRoutine<&Options::StatisticsVisible>},
+    {kShowChanges, kButton, TL(9061, "Veränderungen"), TL(9062, "Ordner anzeigen, die seit einem früheren Scan gewachsen oder geschrumpft sind"), kIconChanges, kSame, "9", &C::showPanel, byRoutine<&Options::ChangesVisible>},
     {kShowMap, kButton, TL(9772, "Karte"), TL(9773, "Karte der Ordner anzeigen"), kIconMap, kGroup, "F9", &C::showMap, toggles<&Options::MapVisible>},
     {kTakeBack, kButton, TL(9794, "Zurückholen"), TL(9808, "Zurückholen, was zuletzt in den Papierkorb kam"), kIconTakeBack, kGroup, "Z", &C::takeBack},
     {kOptions, kButton, TL(3547, "Optionen"), TL(3547, "Optionen"), kIconOptions, kGroup, "O", &C::showOptions},
@@ -347,6 +349,15 @@ constexpr auto kStatisticsRows = joined(rows({
     withRows({kStatisticsPrint, kButton, kPrint, kPrintList, kIconPrint, kGroup, {}, &C::listPrint}),
 }), units(kStatisticsBytes, kStatisticsDecimals, kStatisticsTable), search(kStatisticsSearchText, kStatisticsSearch, &C::listSearch));
 
+constexpr auto kChangesRows = joined(rows({
+    ranked(kStaysLongest, {kChangesTitle, kLabel, TL(9061, "Veränderungen")}),
+    {kChangesFullView, kButton, kFullView, kHideOtherLists, kIconFullView, kGroup, {}, &C::fullView},
+    ranked(kGoesFirst, {kChangesFit, kButton, kFit, kFitColumns, kIconFit, kGroup, {}, &C::listFit}),
+    ranked(kGoesFirst, {kChangesFont, kButton, kFont, kChooseFont, kIconFont, kSame, {}, &C::changeFont}),
+    withRows({kChangesSave, kButton, kSave, kSaveList, kIconSave, kGroup, {}, &C::listSave}),
+    withRows({kChangesPrint, kButton, kPrint, kPrintList, kIconPrint, kGroup, {}, &C::listPrint}),
+}), units(kChangesBytes, kChangesDecimals, kChangesTable), search(kChangesSearchText, kChangesSearch, &C::listSearch));
+
 constexpr KeptOption kMapColour = {KeptOption::Use::kChooses, {&Options::MapColour}};
 
 constexpr auto kMapRows = rows({
@@ -373,6 +384,7 @@ constexpr BarRow kBars[kBarCount] = {
     {"cbrJunctions", "Init_Toolbar_Junctions", kJunctionsRows},
     {"cbrFind", "Init_Toolbar_Find", kFindRows},
     {"cbrStatistics", "Init_Toolbar_Statistics", kStatisticsRows},
+    {"cbrChanges", "Init_Toolbar_Changes", kChangesRows},
     {"cbrMap", "Init_Toolbar_Map", kMapRows},
 };
 // clang-format on

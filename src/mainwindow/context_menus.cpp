@@ -39,7 +39,7 @@ bool isLeftOutRow(const MenuTarget& on) {
     return isLeftOutByRule(on.form.scan.tvwPL, on.row);
 }
 bool hasFiles(const MenuTarget& on) {
-    return on.grid != GridId::kJunctions && on.grid != GridId::kStatistics;
+    return on.grid != GridId::kJunctions && on.grid != GridId::kStatistics && on.grid != GridId::kChanges;
 }
 bool isOneFile(const MenuTarget& on) {
     return hasFiles(on) && on.paths.size() == 1;
@@ -113,11 +113,16 @@ constexpr OwnEntry kListMenu[] = {
     {4, TL(9756, "In der Ordnerliste zeigen"), -1, isOne, showInReport},
     {4, TL(9755, "Terminal hier öffnen"), -1, isOne, openTerminal},
 };
+
+constexpr OwnEntry kChangesMenu[] = {
+    {1, TL(9756, "In der Ordnerliste zeigen"), -1, isOne, [](const MenuTarget& on) { on.form.lists.of(on.grid)->DblClick(); }, "Return"},
+};
 // clang-format on
 
 std::span<const OwnEntry> ownEntriesOf(GridId grid) {
     if (grid == GridId::kReport) return kReportMenu;
     if (grid == GridId::kDrives) return kDriveMenu;
+    if (grid == GridId::kChanges) return kChangesMenu;
     return kListMenu;
 }
 
@@ -139,7 +144,9 @@ void showContextMenu(const MenuTarget& on, Point at) {
                        entry.icon});
     }
     const FileOps ops = on.form.files.ops();
-    const int chosen = Menus(ops).show(on.paths, std::move(own), at);
+    Menus menus(ops);
+    const int chosen = on.grid == GridId::kChanges ? menus.showForCopying(on.paths, std::move(own), at)
+                                                   : menus.show(on.paths, std::move(own), at);
     if (chosen != 0 && !on.form.closed) table[static_cast<std::size_t>(chosen - Menus::kFirstOwn)].run(on);
 }
 

@@ -72,7 +72,8 @@ void FilesControl::openListMenu(GridId id, Point at) {
         guarded(form_.services().diagnostics, {.routine = "ShellContextMenuFileList"}, [&] {
             const std::vector<std::string> paths = form_.lists.of(id)->menuPaths();
             if (paths.empty() || paths.front().empty()) return;
-            if (hasNoMenu("ShellContextMenuFileList", paths.front())) return;
+            // Of the changes, what is gone has a menu, too.
+            if (id != GridId::kChanges && hasNoMenu("ShellContextMenuFileList", paths.front())) return;
             showContextMenu({form_, id, kNoRow, paths}, at);
         });
     });

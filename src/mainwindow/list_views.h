@@ -1,6 +1,7 @@
 // The lists of the main form, and what they share. For the thread of the logic only.
 #pragma once
 
+#include "views/changes_view.h"
 #include "views/files_view.h"
 #include "views/find_view.h"
 #include "views/hardlinks_view.h"
@@ -11,7 +12,8 @@
 namespace hl {
 
 inline constexpr GridId kListGrids[] = {GridId::kFiles,     GridId::kTop,  GridId::kHardlinks,
-                                        GridId::kJunctions, GridId::kFind, GridId::kStatistics};
+                                        GridId::kJunctions, GridId::kFind, GridId::kStatistics,
+                                        GridId::kChanges};
 
 struct ListViews {
     FilesView files;
@@ -20,6 +22,7 @@ struct ListViews {
     JunctionsView junctions;
     FindView find;
     StatisticsView statistics;
+    ChangesView changes;
 
     /// Returns null for a grid that is none of the lists.
     ListView* of(GridId grid) {
@@ -36,6 +39,8 @@ struct ListViews {
                 return &find;
             case GridId::kStatistics:
                 return &statistics;
+            case GridId::kChanges:
+                return &changes;
             default:
                 return nullptr;
         }

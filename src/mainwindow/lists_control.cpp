@@ -21,6 +21,7 @@ void ListsControl::makeLists() {
     const Services& services = session.services;
     Init_List(session.lvwFiles, kFilesTable, session.options, services.texts);
     Init_List(session.lvwStatistics, kStatisticsTable, session.options, services.texts);
+    Init_List(session.lvwChanges, kChangesTable, session.options, services.texts);
     pictures_ = std::make_unique<FilePictures>(form_.window->fileTypes);
     typeNames_ = std::make_unique<TypeNames>(form_.window->fileTypes, services.files, services.texts);
     form_.scan.types = typeNames_.get();
@@ -30,7 +31,8 @@ void ListsControl::makeLists() {
                                {parts, session.lvwHardlinks, form_.bars.cbrHardlinks},
                                {parts, session.lvwJunctions, form_.bars.cbrJunctions},
                                {parts, session.lvwFind, form_.bars.cbrFind},
-                               {parts, session.lvwStatistics, form_.bars.cbrStatistics}});
+                               {parts, session.lvwStatistics, form_.bars.cbrStatistics},
+                               {parts, session.lvwChanges, form_.bars.cbrChanges}});
     for (const GridId id : kListGrids) form_.window->grid(id).setEvents(lists_->of(id));
 }
 
@@ -58,6 +60,7 @@ std::string ListsControl::emptyHint(GridId id) const {
                    ? texts.TL(9753, "Direkt in diesem Ordner liegen keine Dateien.")
                    : std::string();
     if (id == GridId::kStatistics) return statisticsHint();
+    if (id == GridId::kChanges) return changesHint();
     if (id == GridId::kFind && !form_.find.hasSearched())
         return texts.TL(9963, "Geben Sie oben einen Filter ein, und drücken Sie die Eingabetaste.");
     if (isFilledNow(id) || id == GridId::kFind) return texts.TL(9754, "Dafür wurde nichts gefunden.");
@@ -76,6 +79,12 @@ std::string ListsControl::statisticsHint() const {
                     "Für diese Quelle gibt es keine Statistik. Schalten Sie sie in der Liste unter \"%1\" "
                     "ein, und lesen Sie die Quelle neu ein.",
                     {texts.TL(3531, "Start")});
+}
+
+std::string ListsControl::changesHint() const {
+    const Texts& texts = form_.services().texts;
+    if (lists_ && lists_->changes.isFilled()) return texts.TL(9078, "Kein Ordner hat sich verändert.");
+    return texts.TL(9076, "Vergleichen Sie eine Quelle mit einem früheren Scan (Ctrl+K).");
 }
 
 std::string ListsControl::emptyButton(GridId id) const {
@@ -146,15 +155,25 @@ void ListsControl::save(ListView& list) {
 
 void ListsControl::print(GridId id) {
     if (form_.session.state.ScanActive) return;  // The scan would wait for the preview.
-    const std::string title = id == GridId::kStatistics
-                                  ? lists_->statistics.title()
-                                  : form_.parts.gridTitles[static_cast<std::size_t>(id)];
-    Print_Files(form_.services(),
-                id == GridId::kTop || id == GridId::kHardlinks || id == GridId::kJunctions
-                    ? markedTitle(title)
-                : id == GridId::kFind ? form_.find.title()
-                                      : title,
-                form_.session.grid(id), id, *form_.window);
+    Print_Files(form_.services(), printedTitle(id), form_.session.grid(id), id, *form_.window);
+}
+
+std::string ListsControl::printedTitle(GridId id) const {
+    const std::string& title = form_.parts.gridTitles[static_cast<std::size_t>(id)];
+    switch (id) {
+        case GridId::kTop:
+        case GridId::kHardlinks:
+        case GridId::kJunctions:
+            return markedTitle(title);
+        case GridId::kFind:
+            return form_.find.title();
+        case GridId::kStatistics:
+            return lists_->statistics.title();
+        case GridId::kChanges:
+            return lists_->changes.title();
+        default:
+            return title;
+    }
 }
 
 // --- ListHost
@@ -205,6 +224,20 @@ void ListsControl::fillNow(GridId list) {
 
 void ListsControl::findFiles(const std::string& filter) {
     form_.sources.duringCommand([&] { form_.find.startWith(filter); });
+}
+
+void ListsControl::showInReport(const std::string& folder, bool opensReport) {
+    form_.sources.duringCommand([&] {
+        if (opensReport) return form_.report.goTo(folder);
+        if (!form_.bars.cbrMain.isChecked(idOf(Command::kShowReport))) return;
+        if (!form_.report.view().goTo(folder))
+            form_.status.setFirst(
+                form_.services().texts.TL(9751, "'%1' steht nicht in der Ordnerliste.", {folder}));
+    });
+}
+
+void ListsControl::listFilled(GridId list) {
+    if (!form_.session.state.ScanActive) form_.barControl.followGrid(list);
 }
 
 void ListsControl::nameEdited(GridId list, Row row, const std::string& name) {

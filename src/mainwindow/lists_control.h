@@ -22,6 +22,7 @@ class ListsControl final : public ListHost {
     /// Returns null for a grid that is none of the lists. REQUIRES: makeLists() was called.
     ListView* of(GridId grid) { return lists_->of(grid); }
     TopView& top() { return lists_->top; }
+    ChangesView& changes() { return lists_->changes; }
     /// Returns the list that has the lists' place, null if that place is hidden.
     ListView* shown();
 
@@ -63,12 +64,16 @@ class ListsControl final : public ListHost {
     void copyPaths(const std::vector<std::string>& paths) override;
     void fillNow(GridId list) override;
     void findFiles(const std::string& filter) override;
+    void showInReport(const std::string& folder, bool opensReport) override;
+    void listFilled(GridId list) override;
     void nameEdited(GridId list, Row row, const std::string& name) override;
 
   private:
     bool isOff(GridId grid) const;
     bool isFilledNow(GridId grid) const;
     std::string statisticsHint() const;
+    std::string changesHint() const;
+    std::string printedTitle(GridId grid) const;
     std::string markedTitle(const std::string& title) const;
 
     MainForm& form_;

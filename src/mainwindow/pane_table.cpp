@@ -16,6 +16,7 @@ constexpr PaneRow kPanes[kGridCount] = {
     {"lvwJunctions", TL(3742, "Junctions"), &Session::lvwJunctions, Command::kShowJunctions, &Options::FontNameJunctions, &Options::FontSizeJunctions, &Options::FontStyleJunctions},
     {"lvwFind", TL(9945, "Finden"), &Session::lvwFind, Command::kShowFind, &Options::FontNameFind, &Options::FontSizeFind, &Options::FontStyleFind},
     {"lvwStatistics", TL(9700, "Statistik"), &Session::lvwStatistics, Command::kShowStatistics, &Options::FontNameStatistics, &Options::FontSizeStatistics, &Options::FontStyleStatistics},
+    {"lvwChanges", TL(9061, "Veränderungen"), &Session::lvwChanges, Command::kShowChanges, &Options::FontNameChanges, &Options::FontSizeChanges, &Options::FontStyleChanges},
 };
 // clang-format on
 

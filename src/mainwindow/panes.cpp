@@ -72,7 +72,7 @@ constexpr PaneOfBar kPanesOfBars[] = {
     {BarId::kFiles, SplitterId::kFiles},     {BarId::kTop, SplitterId::kFiles},
     {BarId::kHardlinks, SplitterId::kFiles}, {BarId::kJunctions, SplitterId::kFiles},
     {BarId::kFind, SplitterId::kFiles},      {BarId::kStatistics, SplitterId::kFiles},
-    {BarId::kMap, SplitterId::kMap},
+    {BarId::kChanges, SplitterId::kFiles},   {BarId::kMap, SplitterId::kMap},
 };
 
 bool isList(Command panel) {
@@ -95,7 +95,7 @@ struct Panes::ListPane {
     Flag Options::*visible;
 };
 
-const Panes::ListPane Panes::kLists[6] = {
+const Panes::ListPane Panes::kLists[7] = {
     {Command::kShowFiles, BarId::kFiles, GridId::kFiles, Command::kFilesPreview, Command::kFilesSplit,
      &Options::FilelistVisible},
     {Command::kShowTop, BarId::kTop, GridId::kTop, Command::kTopPreview, Command::kTopSplit,
@@ -108,6 +108,8 @@ const Panes::ListPane Panes::kLists[6] = {
      &Options::FindVisible},
     {Command::kShowStatistics, BarId::kStatistics, GridId::kStatistics, Command::kNone, Command::kNone,
      &Options::StatisticsVisible},
+    {Command::kShowChanges, BarId::kChanges, GridId::kChanges, Command::kNone, Command::kNone,
+     &Options::ChangesVisible},
 };
 
 bool PanelToggle(CommandBar& cbrMain, Command panel) {
@@ -385,7 +387,7 @@ void Panes::splMain_AfterResize() {
         // With a new width, a bar that is clipped in a low pane is measured anew.
         const bool sameWidth = std::exchange(rest_, rest) == rest;
         for (const BarId beside : {BarId::kDrives, BarId::kFiles, BarId::kTop, BarId::kHardlinks,
-                                   BarId::kJunctions, BarId::kFind, BarId::kStatistics})
+                                   BarId::kJunctions, BarId::kFind, BarId::kStatistics, BarId::kChanges})
             bar(beside).setClips(narrowRest_ || (sameWidth && bar(beside).clips()));
         for (const BarId above : {BarId::kReport, BarId::kMap})
             bar(above).setClips(report * kTwipsPerPixel < kNarrowReport);

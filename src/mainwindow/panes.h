@@ -127,7 +127,7 @@ class Panes {
 
   private:
     struct ListPane;
-    static const ListPane kLists[6];
+    static const ListPane kLists[7];
     static const ListPane* listOf(Command panel);
     static const ListPane& listOf(GridId grid);
 

@@ -18,7 +18,7 @@ bool PreviewControl::previewShows() {
 
 std::string PreviewControl::selectedFile() {
     const GridId list = form_.looks.panes().list();
-    if (list == GridId::kJunctions || list == GridId::kStatistics) return {};
+    if (list == GridId::kJunctions || list == GridId::kStatistics || list == GridId::kChanges) return {};
     const Grid& grid = form_.session.grid(list);
     if (grid.selectedCount() == 0) return {};
     const Row row = grid.selectedRows().front();

@@ -23,9 +23,9 @@ constexpr std::uint64_t kShowInterval = 1000;
 constexpr std::uint64_t kFoldersPerMs = 30;
 constexpr GridId kLookedAt[] = {GridId::kReport, GridId::kDrives, GridId::kFiles};
 /// The bar of the largest files is not locked, because their wanted number may be changed during a run.
-constexpr BarId kLockedBars[] = {BarId::kMain,  BarId::kReport,     BarId::kDrives,
-                                 BarId::kFiles, BarId::kHardlinks,  BarId::kJunctions,
-                                 BarId::kFind,  BarId::kStatistics, BarId::kMap};
+constexpr BarId kLockedBars[] = {BarId::kMain,      BarId::kReport,    BarId::kDrives, BarId::kFiles,
+                                 BarId::kHardlinks, BarId::kJunctions, BarId::kFind,   BarId::kStatistics,
+                                 BarId::kChanges,   BarId::kMap};
 
 }  // namespace
 

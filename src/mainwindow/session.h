@@ -9,6 +9,7 @@
 #include "scan/file_columns.h"
 #include "scan/records.h"
 #include "scan/scan_context.h"
+#include "views/changes_list.h"
 #include "views/drive_list.h"
 #include "views/statistics_list.h"
 
@@ -33,6 +34,7 @@ struct Session {
     Grid lvwFiles{kFileCells};             ///< Stays empty in a run without a window.
     Grid lvwDiskinfo{kDriveCells};         ///< Stays empty in a run without a window.
     Grid lvwStatistics{kStatisticsCells};  ///< Stays empty in a run without a window.
+    Grid lvwChanges{kChangeCells};         ///< Stays empty in a run without a window.
     Statistics statistics;                 ///< Without a window, for a saved scan alone.
     LargestOfSources largest;              ///< Likewise.
     RowFacts facts;                        ///< Empty in a run without a window, but for some formats.

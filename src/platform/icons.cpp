@@ -81,6 +81,7 @@ constexpr IconNames kIcons[] = {
     {kIconAllSources, nullptr, "all-sources"},
     {kIconStatistics, nullptr, "statistics"},
     {kIconMap, nullptr, "map"},
+    {kIconChanges, nullptr, "changes"},
 };
 
 }  // namespace

@@ -80,7 +80,8 @@ enum Icon : int {
     kIconAllSources,
     kIconStatistics,
     kIconMap,
-    kIconLast = kIconMap,
+    kIconChanges,
+    kIconLast = kIconChanges,
 };
 
 struct IconNames {

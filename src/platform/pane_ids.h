@@ -16,7 +16,8 @@ enum class GridId : std::uint8_t {
     kHardlinks,
     kJunctions,
     kFind,
-    kStatistics
+    kStatistics,
+    kChanges
 };
 /// The main bar comes first, then the bars in the order of their grids, then the map's.
 enum class BarId : std::uint8_t {
@@ -29,10 +30,11 @@ enum class BarId : std::uint8_t {
     kJunctions,
     kFind,
     kStatistics,
+    kChanges,
     kMap
 };
 
-constexpr std::size_t kGridCount = static_cast<std::size_t>(GridId::kStatistics) + 1;
+constexpr std::size_t kGridCount = static_cast<std::size_t>(GridId::kChanges) + 1;
 constexpr std::size_t kBarCount = kGridCount + 2;
 
 /// Returns the grid that a bar works on. REQUIRES: `bar` is not kMain.

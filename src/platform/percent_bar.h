@@ -9,6 +9,9 @@
 
 namespace hl {
 
+/// The base colours of a two-sided bar, for a number above 0 and below it.
+inline constexpr std::uint32_t kAboveColor = 0xC0392B, kBelowColor = 0x2E8B57;
+
 /// The distance between the box and the filled part, on all four sides.
 inline constexpr int kBarInset = 2;
 

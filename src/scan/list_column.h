@@ -31,6 +31,7 @@ enum class ColumnKind : std::uint8_t {
     kPlain,         ///< A text, or a number as it is.
     kSize,          ///< Bytes in the unit of the list; the title names the unit in the place of "%1".
     kSizeWithUnit,  ///< Bytes in the unit of the list, with the unit behind them; the mask alone rounds.
+    kChange,        ///< A difference of bytes, with its sign and a bar to its side, else as kSize.
     kPercent,       ///< A share; it has decimals if sizes have.
     kCount,         ///< A number of things.
     kDate,

@@ -1,10 +1,12 @@
 #include "views/cell_text.h"
 
 #include <algorithm>
+#include <cmath>
 
 #include "app/simple_value.h"
 #include "base/size_text.h"
 #include "base/text.h"
+#include "views/size_display.h"
 
 namespace hl {
 
@@ -37,30 +39,40 @@ std::string ColumnText::of(Row row) const {
     if (column_.key.empty()) return visible(grid_.text(row));
     if (cell_ == kNoCell) return {};
     if (grid_.cells().isText(cell_)) return visible(grid_.cellText(row, cell_));
-    if (column_.unit == kModeAuto && mask_ && grid_.number(row, cell_) > 0)
-        return FormatSizeAuto(SizeValue::fromBytes(static_cast<std::uint64_t>(grid_.number(row, cell_))),
-                              true, numbers_, mask_->number.decimals);
-    if (showsBelowLastDigit(row)) return belowLastDigit(mask_->number.decimals, numbers_) + mask_->suffix;
-    const double value = number(row);
-    if (grid_.cells().isDate(cell_) && mask_) {
+    const double value = grid_.number(row, cell_);
+    if (column_.showsSign) return difference(value);
+    if (grid_.cells().isDate(cell_) && mask_)
         return value == 0 ? std::string() : maskedDate(*mask_, localTime(static_cast<std::int64_t>(value)));
-    }
-    return ofNumber(value);
+    return sizeText(value);
+}
+
+std::string ColumnText::sizeText(double bytes) const {
+    if (column_.unit == kModeAuto && mask_ && bytes > 0)
+        return FormatSizeAuto(SizeValue::fromBytes(static_cast<std::uint64_t>(bytes)), true, numbers_,
+                              mask_->number.decimals);
+    if (isBelowLastDigit(bytes)) return belowLastDigit(mask_->number.decimals, numbers_) + mask_->suffix;
+    return ofNumber(inUnit(bytes));
+}
+
+std::string ColumnText::difference(double bytes) const {
+    if (bytes == 0 || !std::isfinite(bytes)) return {};
+    return withSign(bytes > 0, sizeText(std::abs(bytes)));
 }
 
 double ColumnText::number(Row row) const {
-    const double value = grid_.number(row, cell_);
+    return inUnit(grid_.number(row, cell_));
+}
+
+double ColumnText::inUnit(double value) const {
     if (sizeUnit(column_.unit).divisor == 1) return value;
     const double inUnit = value / static_cast<double>(sizeUnit(column_.unit).divisor);
     return column_.roundsUnit ? roundToHundredths(inUnit) : inUnit;
 }
 
-bool ColumnText::showsBelowLastDigit(Row row) const {
-    if (!mask_) return false;
-    const double bytes = grid_.number(row, cell_);
-    return bytes > 0 &&
-           isBelowLastDigit(column_.unit, SizeValue::fromBytes(static_cast<std::uint64_t>(bytes)),
-                            mask_->number.decimals);
+bool ColumnText::isBelowLastDigit(double bytes) const {
+    return mask_ && bytes > 0 &&
+           hl::isBelowLastDigit(column_.unit, SizeValue::fromBytes(static_cast<std::uint64_t>(bytes)),
+                                mask_->number.decimals);
 }
 
 std::string ColumnText::ofNumber(double value) const {

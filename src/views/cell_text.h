@@ -3,7 +3,8 @@
 // A mask without asterisks chooses one of three texts: of "more;less;none;" a number above 0 shows the first,
 // one below 0 the second, and 0 the third. A number without a mask is written as it is. A date of 0 means
 // "not set" and shows nothing; one before 1970 is a date like any other. A size too small for the digits of
-// its unit shows as "< 0.01".
+// its unit shows as "< 0.01". A difference of sizes has its sign in front; none, as a cell with NaN, shows
+// nothing.
 #pragma once
 
 #include <optional>
@@ -29,7 +30,11 @@ class ColumnText {
     double number(Row row) const;
 
   private:
-    bool showsBelowLastDigit(Row row) const;
+    /// Returns any number that is no date; it is one of bytes if the column has a unit of sizes.
+    std::string sizeText(double bytes) const;
+    std::string difference(double bytes) const;
+    double inUnit(double value) const;
+    bool isBelowLastDigit(double bytes) const;
     std::string ofNumber(double value) const;
 
     const Grid& grid_;

@@ -1,5 +1,7 @@
 #include "views/cell_tip.h"
 
+#include <cmath>
+
 #include "base/size_text.h"
 #include "scan/file_columns.h"
 #include "scan/records.h"
@@ -21,6 +23,15 @@ std::string inAllUnits(SizeValue size, const NumberFormat& numbers) {
     std::string lines;
     for (const SizeMode mode : kUnits)
         lines.append(lines.empty() ? "" : "\n").append(shownSize(mode, size, numbers));
+    return lines;
+}
+
+std::string differenceTip(double bytes, const NumberFormat& numbers) {
+    if (bytes == 0 || !std::isfinite(bytes)) return {};
+    const auto amount = SizeValue::fromBytes(static_cast<std::uint64_t>(std::abs(bytes)));
+    std::string lines;
+    for (const SizeMode mode : kUnits)
+        lines.append(lines.empty() ? "" : "\n").append(withSign(bytes > 0, shownSize(mode, amount, numbers)));
     return lines;
 }
 
@@ -46,6 +57,7 @@ std::string sizeTip(const Grid& grid, CellId cell, Row row, const Services& serv
 std::string cellTip(const Grid& grid, std::size_t column, Row row, const Services& services) {
     const GridColumn& of = grid.columns()[column];
     const CellId cell = grid.cell(of.key);
+    if (of.showsSign && cell != kNoCell) return differenceTip(grid.number(row, cell), services.numbers);
     const bool isSize = cell != kNoCell && grid.cells().isSize(cell);
     if (!isSize && (!of.barColor || of.barBehind)) return {};
     std::string tip = isSize ? sizeTip(grid, cell, row, services) : "";

@@ -8,9 +8,9 @@
 
 namespace hl {
 
-/// Returns a size in all units, a line for each. What is taken on the disk also tells if the file system
-/// counts it before it compresses. Of a drive, its sizes and bars also tell what is reserved. Empty for a
-/// cell without a text, and for all others. REQUIRES: the column exists.
+/// Returns a size, or a difference of sizes, in all units, a line for each. What is taken on the disk also
+/// tells if the file system counts it before it compresses. Of a drive, its sizes and bars also tell what is
+/// reserved. Empty for a cell without a text, and for all others. REQUIRES: the column exists.
 std::string cellTip(const Grid& grid, std::size_t column, Row row, const Services& services);
 
 }  // namespace hl

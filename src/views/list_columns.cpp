@@ -4,6 +4,7 @@
 
 #include "app/option_table.h"
 #include "grid/no_redraw.h"
+#include "platform/percent_bar.h"
 #include "scan/file_columns.h"
 #include "views/column_masks.h"
 
@@ -37,14 +38,14 @@ constexpr RowText kSizeAlone = TL(3623, "Größe");
 void styleSizes(GridColumn& shown, const ListColumn& column, const SizeStyle& style, const Texts& texts) {
     using enum ColumnKind;
     if (column.kind == kPercent) shown.mask = style.decimals ? kPercentMaskDecimals : kPercentMask;
-    if (column.kind != kSize && column.kind != kSizeWithUnit) return;
+    if (column.kind != kSize && column.kind != kSizeWithUnit && column.kind != kChange) return;
     const SizeUnit unit = sizeUnit(style.mode);
     const bool known = unit.caption.id != 0;  // A mode that cannot be chosen leaves the unit as it is.
     if (known) shown.unit = static_cast<SizeMode>(style.mode);
     const bool fitting = style.mode == kModeAuto;
     const bool behind = column.kind == kSizeWithUnit && known && unit.decimals;
     shown.mask = sizeMask(style.decimals && (unit.decimals || fitting), behind ? unit.name : "");
-    if (column.kind != kSize) return;
+    if (column.kind == kSizeWithUnit) return;
     const RowText alone = column.titleAlone.id != 0 ? column.titleAlone : kSizeAlone;
     const RowText named = (fitting ? sizeUnit(kModeBytes) : unit).title;
     const std::string title =
@@ -74,7 +75,8 @@ std::string maskOf(const ListColumn& column, const Options& options, const Texts
 
 bool isNumber(ColumnKind kind) {
     using enum ColumnKind;
-    return kind == kSize || kind == kSizeWithUnit || kind == kPercent || kind == kCount || kind == kBar;
+    return kind == kSize || kind == kSizeWithUnit || kind == kChange || kind == kPercent || kind == kCount ||
+           kind == kBar;
 }
 
 GridColumn columnOf(const ListTable& table, const ListColumn& column, const Options& options,
@@ -89,6 +91,8 @@ GridColumn columnOf(const ListTable& table, const ListColumn& column, const Opti
     if (column.kind == ColumnKind::kBar) shown.barColor = column.barColor;
     if (column.barMore != kNoCell) shown.barMoreKey = table.keyOf(column.barMore);
     if (column.kind == ColumnKind::kPercent) shown.barColor = kShareColor, shown.barBehind = true;
+    if (column.kind == ColumnKind::kChange)
+        shown.barColor = kAboveColor, shown.barTwoSided = shown.showsSign = true;
     styleSizes(shown, column, {}, texts);
     return shown;
 }

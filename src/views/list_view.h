@@ -1,4 +1,5 @@
-// What the lists have in common: files of a folder, largest files, hardlinks, junctions, statistics.
+// What the lists have in common: files of a folder, largest files, hardlinks, junctions, found files,
+// statistics, changes.
 //
 // Each list is a ListView with its ListTraits; what no table can express is a short override in the list's
 // own file. The grid keeps all rows and their state. In error reports the routines are named after their
@@ -45,6 +46,11 @@ class ListHost {
     virtual void fillNow(GridId list) = 0;
     /// Finds the files that a filter (scan/find_filter.h) takes, below the report's current row.
     virtual void findFiles(const std::string& filter) = 0;
+    /// Shows a folder in the report; if that is hidden, only with `opensReport`, which also gives it the
+    /// focus.
+    virtual void showInReport(const std::string& folder, bool opensReport) = 0;
+    /// The list got other rows, or lost them.
+    virtual void listFilled(GridId list) = 0;
     /// The row's name was edited; `name` is the new name as bytes, perhaps unchanged.
     virtual void nameEdited(GridId list, Row row, const std::string& name) = 0;
 };
@@ -157,6 +163,8 @@ class ListView : public GridEvents {
     /// Is called when the right button was released over a row, before the menu opens.
     virtual void beforeMenu(Point) {}
 
+    /// Tells whether there is nothing to work on, or the window is locked.
+    bool ignoresInput() const;
     /// Returns "%1 selected files with %2".
     std::string selectedFiles() const;
     /// Must be called when the order of rows changed, because other rows are visible then.
@@ -181,7 +189,6 @@ class ListView : public GridEvents {
     CommandBar& bar_;
 
   private:
-    bool ignoresInput() const;
     Row searchedFrom() const;
     std::size_t firstHit(const std::string& part, std::size_t from, std::size_t to) const;
     void showHit(Row row);

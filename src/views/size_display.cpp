@@ -11,4 +11,10 @@ std::string shownSize(int mode, SizeValue value, const NumberFormat& format) {
     return FormatSizeForMode(hasUnit ? mode : kModeBytes, value, true, false, format);
 }
 
+std::string withSign(bool above, const std::string& amount) {
+    const char* sign = above ? "+" : "-";
+    if (!amount.starts_with("< ")) return sign + amount;
+    return std::string(above ? "< " : "> ") + sign + amount.substr(2);
+}
+
 }  // namespace hl

@@ -12,4 +12,8 @@ namespace hl {
 /// them. A mode without a unit shows bytes.
 std::string shownSize(int mode, SizeValue value, const NumberFormat& format);
 
+/// Puts the sign of a difference in front of the text of its amount. "< 0.01", of which only the direction is
+/// known, becomes "< +0.01" or "> -0.01".
+std::string withSign(bool above, const std::string& amount);
+
 }  // namespace hl

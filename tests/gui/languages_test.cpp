@@ -165,8 +165,8 @@ TEST_P(LanguagesTest, NoBarCutsACaptionOff) {
     for (const char* shown : {"icons ", "captions "}) {
         for (const int width : {1400, 700}) {
             s.frame().resize(width, 900);
-            for (const Command list :
-                 {kShowFiles, kShowTop, kShowHardlinks, kShowJunctions, kShowFind, kShowStatistics}) {
+            for (const Command list : {kShowFiles, kShowTop, kShowHardlinks, kShowJunctions, kShowFind,
+                                       kShowStatistics, kShowChanges}) {
                 s.click(list);
                 checkBars(shown + std::to_string(width) + " ");
             }

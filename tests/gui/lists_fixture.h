@@ -64,6 +64,8 @@ inline constexpr ListInfo
 inline constexpr ListInfo kStatisticsList = {GridId::kStatistics, Command::kShowStatistics,
                                              Command::kStatisticsFullView, Command::kStatisticsSave,
                                              Command::kStatisticsSearchText};
+inline constexpr ListInfo kChangesList = {GridId::kChanges, Command::kShowChanges, Command::kChangesFullView,
+                                          Command::kChangesSave, Command::kChangesSearchText};
 inline constexpr ListInfo kAll[] = {kFileList, kTopList, kHardlinkList, kJunctionList};
 inline constexpr ListInfo kWithFiles[] = {kFileList, kTopList, kHardlinkList};
 

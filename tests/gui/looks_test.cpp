@@ -3,6 +3,7 @@
 
 #include "base/scope_exit.h"
 #include "gui/grid_view_fixture.h"
+#include "platform/percent_bar.h"
 #include "platform/qt/grid/grid_colors.h"
 #include "platform/qt/window/splitter_widget.h"
 
@@ -80,6 +81,70 @@ TEST_F(LooksTest, ABarWithAThirdToneShowsItBehindTheFirst) {
     EXPECT_GT(at(0.2).blue(), at(0.2).red() + 40) << "used";
     EXPECT_TRUE(at(0.55).red() == at(0.55).blue() && at(0.55) != at(0.8)) << "reserved";
     EXPECT_EQ(at(0.8), view->palette().color(QPalette::Base)) << "free";
+}
+
+TEST_F(LooksTest, ATwoSidedBarGoesRightOrLeftAsFarAsItsNumberIsLarge) {
+    const QPalette before = QApplication::palette();
+    const ScopeExit restore([&before] { QApplication::setPalette(before); });
+    QPalette dark;
+    dark.setColor(QPalette::Base, QColor(27, 30, 32));
+    dark.setColor(QPalette::Text, QColor(252, 252, 252));
+    GridColumn& column = grid.changeColumn(1);
+    column.key = "more";
+    column.barColor = kAboveColor;
+    column.barTwoSided = true;
+    column.barMost = 200;
+    for (const double number : {200.0, -200.0, 100.0, -100.0, 1.0, 900.0})
+        grid.setNumber(grid.addRow(kNoRow, "r"), 1, number);
+    grid.setNumber(grid.addRow(kNoRow, "not compared"), 1, std::numeric_limits<double>::quiet_NaN());
+    for (const auto& [palette, selected] :
+         {std::pair(before, false), {dark, false}, {before, true}, {dark, true}}) {
+        QApplication::setPalette(palette);
+        for (std::size_t row = 0; row < 7; ++row) grid.setSelected(grid.rowAt(row), selected);
+        showList(800, 300);
+        view->autosizeColumn(1, 0);
+        const int left = view->columnViewportPosition(1);
+        struct Bar {
+            int from = 0, length = 0;
+            QColor color;
+        };
+        // Finds the bar in a line of pixels above the text.
+        const auto barOf = [&](std::size_t row) {
+            const QRect at(left, view->rowRect(row).top() + 4, view->columnWidth(1), 1);
+            const QImage line = view->viewport()->grab(at).toImage();
+            Bar bar;
+            for (int x = 0; x < line.width(); ++x) {
+                if (contrast(line.pixelColor(x, 0), line.pixelColor(0, 0)) < 1.9) continue;
+                if (bar.length++ == 0) bar.from = x;
+                bar.color = line.pixelColor(bar.from + bar.length / 3, 0);
+            }
+            return bar;
+        };
+        const Bar grown = barOf(0), shrunk = barOf(1);
+        EXPECT_NEAR(grown.from, shrunk.from + shrunk.length, 2) << "they meet in the middle";
+        EXPECT_GE(grown.length, 25);
+        EXPECT_NEAR(grown.length, shrunk.length, 1);
+        EXPECT_NEAR(barOf(2).length, grown.length / 2, 1);
+        EXPECT_NEAR(barOf(3).length, grown.length / 2, 1);
+        EXPECT_GE(barOf(4).length, 1) << "the smallest shows, too";
+        EXPECT_EQ(barOf(5).length, grown.length);
+        EXPECT_EQ(barOf(6).length, 0);
+        if (selected) continue;
+        EXPECT_GT(grown.color.red(), grown.color.green() + 50);
+        EXPECT_GT(shrunk.color.green(), shrunk.color.red() + 50);
+    }
+}
+
+TEST_F(LooksTest, ATwoSidedBarHasRoomBesideTheTextOfItsColumn) {
+    grid.setNumber(grid.addRow(kNoRow, "r"), 1, 100);
+    text = "+1.234,56 MB";
+    showList(800, 300);
+    view->autosizeColumn(1, 0);
+    const int alone = view->columnWidth(1);
+    grid.changeColumn(1).barColor = kAboveColor;
+    grid.changeColumn(1).barTwoSided = true;
+    view->autosizeColumn(1, 0);
+    EXPECT_GE(view->columnWidth(1), alone + 50);
 }
 
 TEST_F(LooksTest, LongPathLeavesRoomForTheOtherColumnsOfAList) {

@@ -9,6 +9,7 @@
 #include "scan/file_columns.h"
 #include "scan/records.h"
 #include "support/test_texts.h"
+#include "views/changes_list.h"
 #include "views/drive_list.h"
 #include "views/statistics_list.h"
 
@@ -51,7 +52,7 @@ struct WindowBars : testing::Test, private PaneHost {
     StatusPanels status;
     Bars bars;
     Grid report{kFolderCells}, drives{kDriveCells}, files{kFileCells}, top{kFileCells}, hardlinks{kFileCells},
-        junctions{kJunctionCells}, hits{kFileCells}, statistics{kStatisticsCells};
+        junctions{kJunctionCells}, hits{kFileCells}, statistics{kStatisticsCells}, changes{kChangeCells};
     std::unique_ptr<Panes> panes;
     WindowParts parts;
     RecordingEvents events;
@@ -59,11 +60,11 @@ struct WindowBars : testing::Test, private PaneHost {
 
   private:
     void fillParts() {
-        parts.grids = {&report, &drives, &files, &top, &hardlinks, &junctions, &hits, &statistics};
-        parts.gridNames = {"tvwPL",        "lvwDiskinfo",  "lvwFiles", "lvwTOP",
-                           "lvwHardlinks", "lvwJunctions", "lvwFind",  "lvwStatistics"};
-        parts.gridTitles = {"Folder list", "Drive list", "File list", "Largest files",
-                            "Hard links",  "Junctions",  "Find",      "Statistics"};
+        parts.grids = {&report, &drives, &files, &top, &hardlinks, &junctions, &hits, &statistics, &changes};
+        parts.gridNames = {"tvwPL",        "lvwDiskinfo", "lvwFiles",      "lvwTOP",    "lvwHardlinks",
+                           "lvwJunctions", "lvwFind",     "lvwStatistics", "lvwChanges"};
+        parts.gridTitles = {"Folder list", "Drive list", "File list",  "Largest files", "Hard links",
+                            "Junctions",   "Find",       "Statistics", "Changes"};
         for (Grid* grid : parts.grids)
             grid->setColumns(
                 {{.title = "Name", .key = {}, .mask = {}}, {.title = "Note", .key = {}, .mask = {}}});

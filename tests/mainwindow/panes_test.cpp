@@ -8,8 +8,8 @@ namespace hl::test {
 namespace {
 
 using enum Command;
-constexpr Command kPanels[] = {kShowReport,    kShowDrives,    kShowFiles, kShowTop,
-                               kShowHardlinks, kShowJunctions, kShowFind,  kShowStatistics};
+constexpr Command kPanels[] = {kShowReport,    kShowDrives, kShowFiles,      kShowTop,    kShowHardlinks,
+                               kShowJunctions, kShowFind,   kShowStatistics, kShowChanges};
 using Checked = std::set<Command>;
 
 // The form around the panes, and a window that lays them out whenever they change.
@@ -121,6 +121,7 @@ TEST_F(Panel, ClickKeepsTheLastOneAndOneListAtMost) {
         {{kShowFiles}, kShowJunctions, {kShowJunctions}},
         {{kShowTop}, kShowFind, {kShowFind}},
         {{kShowJunctions}, kShowStatistics, {kShowStatistics}},
+        {{kShowStatistics}, kShowChanges, {kShowChanges}},
         {{kShowDrives, kShowReport, kShowHardlinks}, kShowTop, {kShowDrives, kShowReport, kShowTop}},
         {{kShowFiles, kShowTop, kShowJunctions}, kShowHardlinks, {kShowHardlinks}},
         {{kShowDrives, kShowReport, kShowFiles}, kShowDrives, {kShowReport, kShowFiles}},
@@ -138,14 +139,16 @@ TEST_F(Panel, ClickKeepsTheLastOneAndOneListAtMost) {
 }
 
 TEST_F(Panel, SetShowsWhatIsCheckedAndTheOptionsSayIt) {
-    constexpr GridId kGrids[] = {GridId::kReport,    GridId::kDrives,    GridId::kFiles, GridId::kTop,
-                                 GridId::kHardlinks, GridId::kJunctions, GridId::kFind,  GridId::kStatistics};
+    constexpr GridId kGrids[] = {GridId::kReport, GridId::kDrives,     GridId::kFiles,
+                                 GridId::kTop,    GridId::kHardlinks,  GridId::kJunctions,
+                                 GridId::kFind,   GridId::kStatistics, GridId::kChanges};
     using Shown = std::set<GridId>;
     const std::pair<Checked, Shown> cases[] = {
         {{kShowReport, kShowDrives, kShowFiles}, {GridId::kReport, GridId::kDrives, GridId::kFiles}},
         {{kShowReport}, {GridId::kReport}},
         {{kShowReport, kShowJunctions}, {GridId::kReport, GridId::kJunctions}},
         {{kShowReport, kShowStatistics}, {GridId::kReport, GridId::kStatistics}},
+        {{kShowReport, kShowChanges}, {GridId::kReport, GridId::kChanges}},
         {{kShowDrives}, {GridId::kDrives}},
         {{kShowReport, kShowFind}, {GridId::kReport, GridId::kFind}},
         {{kShowHardlinks}, {GridId::kHardlinks}},
@@ -166,7 +169,8 @@ TEST_F(Panel, SetShowsWhatIsCheckedAndTheOptionsSayIt) {
                              o.HardlinksVisible,
                              o.JunctionsVisible,
                              o.FindVisible,
-                             o.StatisticsVisible};
+                             o.StatisticsVisible,
+                             o.ChangesVisible};
         for (std::size_t i = 1; i < std::size(kGrids); ++i)
             EXPECT_EQ(told[i], shown.contains(kGrids[i])) << i;
         asked.clear();

@@ -4,6 +4,7 @@
 #include "scan/file_columns.h"
 #include "support/environment.h"
 #include "support/test_texts.h"
+#include "views/changes_list.h"
 #include "views/drive_list.h"
 #include "views/list_columns.h"
 #include "views/report_columns.h"
@@ -124,6 +125,42 @@ TEST_F(CellText, OfASizeInTheUnitThatFitsItIsSavedInBytes) {
         if (&table == &kDrivesTable) continue;
         EXPECT_EQ(grid.columns()[column].title + grid.columns()[column].savedTitle, "GrößeGröße (Bytes)");
     }
+}
+
+TEST_F(CellText, OfADifferenceHasItsSignInEveryUnit) {
+    Grid grid(kChangeCells);
+    Init_List(grid, kChangesTable, options, texts.texts);
+    const Row row = grid.addRow(kNoRow, "a");
+    const std::size_t column = kChangesTable.columnOf(kChangeSize);
+    constexpr int kKb = kModeKilobytes;
+    // Half of a hundredth of a KB is 5.12 bytes.
+    const std::tuple<int, Flag, double, const char*, double> cases[] = {
+        {kModeBytes, 1, 1234, "+1.234", 1234},
+        {kModeBytes, 1, -1234, "-1.234", -1234},
+        {kModeBytes, 1, 0, "", 0},
+        {kKb, 1, 1536, "+1,50", 1.5},
+        {kKb, 1, -1536, "-1,50", -1.5},
+        {kKb, 1, -5, "> -0,01", 0},
+        {kKb, 1, 5, "< +0,01", 0},
+        {kKb, 0, -512, "-1", -0.5},
+        {kKb, 0, -508, "> -1", -0.5},
+        {kModeMegabytes, 1, -1572864, "-1,50", -1.5},
+        {kModeGigabytes, 0, 5368709120, "+5", 5},
+        {kModeAuto, 1, 1572864, "+1,50 MB", 1572864},
+        {kModeAuto, 1, -1572864, "-1,50 MB", -1572864},
+        {kModeAuto, 0, -3298534883328, "-3 TB", -3298534883328},
+        {kModeAuto, 0, -1, "-1 Bytes", -1},
+        {kModeAuto, 1, 0, "", 0}};
+    for (const auto& [mode, decimals, bytes, text, saved] : cases) {
+        options.FileSizeFormatChanges = static_cast<std::uint8_t>(mode);
+        options.SizeFormatNachkommastellenChanges = decimals;
+        showSizes(grid, kChangesTable, options, texts.texts);
+        grid.setNumber(row, kChangeSize, bytes);
+        EXPECT_EQ(of(grid, row, column), text) << mode << " " << bytes;
+        EXPECT_EQ(ColumnText(grid, column, numbers).number(row), saved) << mode << " " << bytes;
+    }
+    grid.setNumber(row, kChangeSize, std::numeric_limits<double>::quiet_NaN());
+    EXPECT_EQ(of(grid, row, column), "") << "not compared";
 }
 
 TEST_F(CellText, OfADateIsLocalTimeAndEmptyWhereThereIsNone) {

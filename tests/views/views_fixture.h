@@ -45,6 +45,8 @@ struct ViewsFixture : ScanFixture, ListHost, ReportHost {
     void copyPaths(const std::vector<std::string>&) override {}
     void fillNow(GridId) override {}
     void findFiles(const std::string&) override {}
+    void showInReport(const std::string&, bool) override {}
+    void listFilled(GridId) override {}
     void nameEdited(GridId, Row, const std::string&) override {}
     void setReportWidth(int) override {}
     void setFirstPanel(const std::string& text) override { status = text; }

@@ -110,6 +110,10 @@ int RowPainter::barWidth() const {
     return metrics_.horizontalAdvance(QStringLiteral("100%")) + units(16);
 }
 
+int RowPainter::twoSidedWidth() const {
+    return barWidth() * 3 / 2;
+}
+
 int RowPainter::barRoom(Row row) const {
     return sources_.grid.barPicture(row) >= 0 ? barWidth() + gap_ : 0;
 }
@@ -122,8 +126,11 @@ int RowPainter::textWidth(const QString& shown) const {
 // The note of a list's row comes and goes with the pointer, and must not move the columns.
 int RowPainter::contentWidth(Row row, std::size_t column) const {
     const int text = textWidth(sources_.tree ? fullText(row, column) : cellText(row, column));
-    if (column > 0)
-        return sources_.grid.columns()[column].barColor ? std::max(text, barWidth() + 2 * padding_) : text;
+    if (column > 0) {
+        const GridColumn& of = sources_.grid.columns()[column];
+        if (of.barTwoSided) return text + twoSidedWidth() + gap_;
+        return of.barColor ? std::max(text, barWidth() + 2 * padding_) : text;
+    }
     const int whole = wholeIndentation(row), shown = whole + iconWidth(row) + barRoom(row) + text;
     if (!sources_.tree || sources_.grid.level(row) == 0) return shown;
     // In a column of this width, indentation() gives the row its whole steps.
@@ -269,8 +276,8 @@ void RowPainter::paintTexts(QPainter& painter, Row row, const QRect& space, cons
                      metrics_.elidedText(more, Qt::ElideRight, rest.width()));
 }
 
-// A column that is empty for a row has NaN for its percent, or no such cell.
-double RowPainter::percentOf(Row row, const std::string& key) const {
+// A column that is empty for a row has NaN for its bar, or no such cell.
+double RowPainter::numberOf(Row row, const std::string& key) const {
     const CellId cell = key.empty() ? kNoCell : sources_.grid.cell(key);
     return cell == kNoCell ? 0 : sources_.grid.number(row, cell);
 }
@@ -284,12 +291,18 @@ bool RowPainter::paintOther(QPainter& painter, Row row, const PaintedColumn& col
     const bool number = of.alignment == Alignment::kRight;
     if (of.barColor && !text.isEmpty()) {
         const QRect bar = space.adjusted(0, units(1), 0, -units(1));
-        const double percent = percentOf(row, of.key);
-        if (!of.barBehind) {
-            paintBar(painter, bar, {percent, percentOf(row, of.barMoreKey), text}, *of.barColor);
+        const double value = numberOf(row, of.key);
+        if (of.barTwoSided) {
+            const QRect side(space.left(), space.top() + units(3), twoSidedWidth(),
+                             space.height() - units(6));
+            const bool fits = metrics_.horizontalAdvance(text) + gap_ <= space.right() - side.right();
+            if (fits) paintTwoSided(painter, side, value / of.barMost, colors);
+        } else if (of.barBehind) {
+            paintBehind(painter, bar, value, *of.barColor, colors);
+        } else {
+            paintBar(painter, bar, {value, numberOf(row, of.barMoreKey), text}, *of.barColor);
             return true;
         }
-        paintBehind(painter, bar, percent, *of.barColor, colors);
     }
     const QString shown = metrics_.elidedText(text, number ? Qt::ElideRight : Qt::ElideMiddle, space.width());
     const Qt::Alignment place = (number ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter;
@@ -339,6 +352,28 @@ void RowPainter::paintBehind(QPainter& painter, const QRect& space, double perce
     const double part = std::clamp(percent / 100, 0.0, 1.0);
     const QRectF filled(space.left(), space.top(), space.width() * part, space.height());
     if (part > 0) painter.fillRect(filled, readableTint(color, colors.ground, colors.text, kBehindTone));
+}
+
+// The part is that of the largest number, whose bar takes half of the space. Even the smallest has a line of
+// a pixel.
+void RowPainter::paintTwoSided(QPainter& painter, const QRect& space, double part,
+                               const Colors& colors) const {
+    if (part == 0 || std::isnan(part)) return;
+    const int middle = space.left() + space.width() / 2;  // Where the axis stands, a pixel wide.
+    const double length = std::max(std::min(std::abs(part), 1.0) * space.width() / 2, look_.pixel);
+    const QRectF filled(part > 0 ? middle + look_.pixel : middle - length, space.top(), length,
+                        space.height());
+    painter.fillRect(filled, sideColor(part > 0 ? kAboveColor : kBelowColor, colors));
+    const QRectF axis(middle, space.top() - units(2), look_.pixel, space.height() + units(4));
+    painter.fillRect(axis, dimmedOn(colors.ground, colors.text));
+}
+
+// On the ground of a selection, which may be of the same brightness, both sides have the colour of the text.
+QColor RowPainter::sideColor(std::uint32_t base, const Colors& colors) const {
+    constexpr double kSeen = 2;
+    const bool dark = colors.ground.lightness() < colors.text.lightness();
+    const QColor color = QColor::fromRgb(dark ? tint(base, kDarkLightening) : base);
+    return contrast(color, colors.ground) < kSeen ? colors.text : color;
 }
 
 // Lengths are whole pixels of the device.

@@ -94,16 +94,19 @@ class RowPainter {
     };
     BarLook barLook(std::uint32_t base) const;
     void paintBar(QPainter& painter, const QRect& space, const Bar& bar, std::uint32_t base) const;
+    QColor sideColor(std::uint32_t base, const Colors& colors) const;
     void paintBehind(QPainter& painter, const QRect& space, double percent, std::uint32_t base,
                      const Colors& colors) const;
+    void paintTwoSided(QPainter& painter, const QRect& space, double part, const Colors& colors) const;
     int units(double pixels) const;
     int textWidth(const QString& shown) const;
     int wholeIndentation(Row row) const;
     int indentation(Row row, int width) const;
     int besideIndentation(Row row) const;
-    double percentOf(Row row, const std::string& key) const;
+    double numberOf(Row row, const std::string& key) const;
     int iconWidth(Row row) const;
     int barWidth() const;
+    int twoSidedWidth() const;
     int barRoom(Row row) const;
     QString cellText(Row row, std::size_t column) const;
     QString note(Row row) const;

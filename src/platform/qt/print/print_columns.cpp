@@ -72,8 +72,8 @@ class Candidates {
     // In the unit that fits it, a smaller size may have the longer text.
     double shownNumber(Row row) const {
         const double number = grid_.number(row, cell_);
-        if (!auto_ || !(number > 0)) return number;
-        const auto size = SizeValue::fromBytes(static_cast<std::uint64_t>(number));
+        if (!auto_ || !(number != 0)) return number;
+        const auto size = SizeValue::fromBytes(static_cast<std::uint64_t>(std::abs(number)));
         return number / static_cast<double>(sizeUnit(fittingMode(size)).divisor);
     }
 
