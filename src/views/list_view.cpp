@@ -17,6 +17,10 @@ namespace {
 
 constexpr int kMargin = 32;
 
+bool showsSizes(ColumnKind kind) {
+    return kind == ColumnKind::kSize || kind == ColumnKind::kChange;
+}
+
 }  // namespace
 
 ListView::ListView(const ListTraits& traits, const ListParts& parts, Grid& grid, CommandBar& bar)
@@ -296,7 +300,8 @@ void ListView::Set_SizeFormat() {
             const ScopeExit usable([this] { grid_.setEnabled(true); });
             showSizes(grid_, traits_.table, parts_.options, parts_.scan.texts);
         }
-        pane_.autosizeColumn(traits_.table.columnOf(kFileSize), kMargin);
+        for (std::size_t i = 0; i < traits_.table.columns.size(); ++i)
+            if (showsSizes(traits_.table.columns[i].kind)) pane_.autosizeColumn(i, kMargin);
         ShowFileStat();
     });
 }
