@@ -67,6 +67,7 @@ enum class Command : int {
     kReportRescan = commandNumber(BarId::kReport, 4),
     kReportSave = commandNumber(BarId::kReport, 5),
     kReportSaveScan = commandNumber(BarId::kReport, 600),
+    kReportOpenScan = commandNumber(BarId::kReport, 601),
     kReportPrint = commandNumber(BarId::kReport, 6),
     kReportRemove = commandNumber(BarId::kReport, 7),
     kReportRemoveAll = commandNumber(BarId::kReport, 9),

@@ -1,8 +1,10 @@
 #include "app/instance_start.h"
 
+#include "app/command_line.h"
 #include "app/setting_keys.h"
 #include "base/path.h"
 #include "base/text.h"
+#include "platform/files.h"
 
 namespace hl {
 
@@ -28,7 +30,9 @@ bool singleInstanceWanted(const SettingsStore& settings) {
 
 StartDecision CheckVBinstance(const std::string& commandLine, bool singleInstance, Instances& instances) {
     const bool first = instances.takeFirst();
-    if (first || !singleInstance || commandLine.find(kRestart) != std::string::npos)
+    // No other process can read the standard input of this one.
+    const bool readsInput = openedByCommand(commandLine) == kStandardOutput;
+    if (first || !singleInstance || readsInput || commandLine.find(kRestart) != std::string::npos)
         return StartDecision::kShow;
     if (instances.deliver(commandLine)) return StartDecision::kHandedOver;
     // The first instance may have been ending just now; then this one takes its place, so that the request is

@@ -26,7 +26,8 @@ enum class StartDecision {
 };
 
 /// Decides for a start with a window. This process becomes the first instance whenever there is none, even if
-/// several instances are wanted. A line with "-RESTART" always opens a window.
+/// several instances are wanted. A line with "-RESTART" always opens a window, and so
+/// does one that opens what standard input brings.
 StartDecision CheckVBinstance(const std::string& commandLine, bool singleInstance, Instances& instances);
 
 /// Tells whether the program started itself, to replace a process that is about to end.

@@ -5,6 +5,7 @@
 
 #include "base/text.h"
 #include "scan/driver.h"
+#include "scan/live_sources.h"
 
 namespace hl {
 
@@ -77,7 +78,7 @@ std::string otherFolderText(const FileOps& ops, const std::string& path) {
 FilePlace placeOf(const ScanContext& scan, const std::string& path) {
     std::string_view base;
     const Grid& report = scan.tvwPL;
-    for (Row row = report.firstRoot(); row != kNoRow; row = report.nextSibling(row)) {
+    for (Row row = firstLiveSource(scan); row != kNoRow; row = nextLiveSource(scan, row)) {
         const std::string_view source = report.text(row);
         const bool holds = source == "/" || (path.starts_with(source) && path.size() > source.size() &&
                                              path[source.size()] == '/');

@@ -9,6 +9,7 @@
 #include "grid/no_redraw.h"
 #include "scan/file_system_calls.h"
 #include "scan/list_handover.h"
+#include "scan/live_sources.h"
 #include "scan/records.h"
 #include "scan/report_changes.h"
 #include "scan/rollup.h"
@@ -71,7 +72,7 @@ void Gone::readWhatIsLeft() {
     // The Stop that ended the command is reset here, so that pressing it again ends the reading.
     scan.state.CancelState = kCancelNone;
     const NoRedraw off(scan.tvwPL);
-    for (Row root = scan.tvwPL.firstRoot(); root != kNoRow; root = scan.tvwPL.nextSibling(root))
+    for (Row root = firstLiveSource(scan); root != kNoRow; root = nextLiveSource(scan, root))
         if (isIn(folders_, scan.tvwPL.text(root))) step_.sources.emplace_back(scan.tvwPL.text(root));
     ReportChanges changes(scan);
     for (const std::string& path : folders_) changes.folderWent(path);
@@ -164,7 +165,7 @@ void Gone::followReport() {
 Row Gone::nearestRow(std::string path) const {
     const Grid& report = ops_.scan.tvwPL;
     for (; !path.empty(); path = folderAbove(path, kPosixPaths))
-        for (Row root = report.firstRoot(); root != kNoRow; root = report.nextSibling(root))
+        for (Row root = firstLiveSource(ops_.scan); root != kNoRow; root = nextLiveSource(ops_.scan, root))
             if (const Row row = rowOfFolder(report, root, path, ops_.scan.paths); row != kNoRow) return row;
     return report.firstRoot();
 }

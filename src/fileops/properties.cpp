@@ -10,6 +10,7 @@
 #include "base/text.h"
 #include "grid/mask.h"
 #include "scan/file_columns.h"
+#include "scan/live_sources.h"
 #include "scan/records.h"
 #include "scan/report_changes.h"
 #include "views/column_masks.h"
@@ -109,7 +110,7 @@ void PropertiesForm::addOne(const std::string& path, const FileFacts& facts) {
 // What the report knows of a folder; the system knows nothing of what is in it.
 void PropertiesForm::addFolder(const std::string& path) {
     const Grid& report = ops_.scan.tvwPL;
-    for (Row root = report.firstRoot(); root != kNoRow; root = report.nextSibling(root)) {
+    for (Row root = firstLiveSource(ops_.scan); root != kNoRow; root = nextLiveSource(ops_.scan, root)) {
         const Row row = rowOfFolder(report, root, path, ops_.scan.paths);
         if (row == kNoRow) continue;
         const auto count = [&](CellId cell) {

@@ -11,6 +11,7 @@
 #include "scan/file_kinds.h"
 #include "scan/file_system_calls.h"
 #include "scan/left_out.h"
+#include "scan/live_sources.h"
 #include "scan/records.h"
 #include "scan/report_changes.h"
 #include "scan/rollup.h"
@@ -156,6 +157,7 @@ void renameInReport(const FileOps& ops, Row row, const std::string& name) {
     guarded(ops.scan.diagnostics, {.routine = "tvwPL_GridCellAfterEditing"}, [&] {
         Grid& report = ops.scan.tvwPL;
         if (name == report.text(row) || report.level(row) == 0 || ops.scan.state.ScanActive) return;
+        if (isFromFile(ops.scan, row)) return ops.host.setFirstPanel(fromFileText(ops.scan.texts));
         // A row that sums up files is no folder, even if there is one of that name on the disk.
         if (report.number(row, kIsFolder) != 1) return;
         const std::string folder = Report_GetFullpathOfNode(report, report.parent(row), true, ops.scan.paths);

@@ -12,6 +12,7 @@
 #include "grid/no_redraw.h"
 #include "robustness/trap.h"
 #include "scan/file_system_calls.h"
+#include "scan/live_sources.h"
 #include "scan/records.h"
 #include "scan/report_changes.h"
 #include "scan/rollup.h"
@@ -164,7 +165,8 @@ void PuttingBack::readAgain() {
 bool PuttingBack::selectFolder(const std::string& path) {
     Grid& report = ops_.scan.tvwPL;
     Row row = kNoRow;
-    for (Row root = report.firstRoot(); root != kNoRow && row == kNoRow; root = report.nextSibling(root))
+    for (Row root = firstLiveSource(ops_.scan); root != kNoRow && row == kNoRow;
+         root = nextLiveSource(ops_.scan, root))
         row = rowOfFolder(report, root, path, ops_.scan.paths);
     if (row == kNoRow) return false;
     {

@@ -6,6 +6,7 @@
 #include "mainwindow/main_form.h"
 #include "output/balance_source.h"
 #include "scan/driver.h"
+#include "scan/live_sources.h"
 #include "scan/rollup.h"
 #include "scan/yield.h"
 
@@ -23,13 +24,14 @@ void BalanceControl::showOfDrive() {
     if (form_.session.state.ScanActive || selected.empty()) return;
     const std::string path(drives.text(selected.front()));
     const Grid& report = form_.session.tvwPL;
-    Row source = report.firstRoot();
-    while (source != kNoRow && report.text(source) != path) source = report.nextSibling(source);
+    Row source = firstLiveSource(form_.scan);
+    while (source != kNoRow && report.text(source) != path) source = nextLiveSource(form_.scan, source);
     source == kNoRow ? sayNotRead(path) : show(source);
 }
 
 void BalanceControl::show(Row source) {
     const Texts& texts = form_.services().texts;
+    if (isFromFile(form_.scan, source)) return form_.status.setFirst(fromFileText(texts));
     if (!form_.session.state.balance.sources.contains(std::string(form_.session.tvwPL.text(source))))
         return sayNotRead(Report_GetFullpathOfNode(form_.session.tvwPL, source, false, form_.scan.paths));
     std::optional<SourceBalance> balance;

@@ -5,6 +5,7 @@
 #include "mainwindow/command_table.h"
 #include "mainwindow/main_form.h"
 #include "robustness/trap.h"
+#include "scan/live_sources.h"
 
 namespace hl {
 
@@ -58,14 +59,18 @@ void BarControl::openColumnsMenu(BarId bar, Point at) {
     form_.sources.duringCommand([&] { form_.window->bar(bar).showPopup(idOf(Command::kColumnsMenu), at); });
 }
 
+bool BarControl::isThere(Needs needs, const Grid& grid) const {
+    if (needs == Needs::kOnDisk) return grid.rowCount() > 0 && !isFromFile(form_.scan, grid.currentRow());
+    return (needs == Needs::kRows ? grid.rowCount() : grid.selectedCount()) > 0;
+}
+
 void BarControl::followGrid(GridId id) {
     const Grid& grid = form_.session.grid(id);
     for (CommandBar* bar : form_.bars.all()) {
         if (bar->id() == BarId::kMain || gridOf(bar->id()) != id) continue;
         for (const CommandRow& row : commandsOf(bar->id())) {
             if (row.needs == Needs::kNothing) continue;
-            const std::size_t there = row.needs == Needs::kRows ? grid.rowCount() : grid.selectedCount();
-            bar->setEnabled(idOf(row.command), there > 0);
+            bar->setEnabled(idOf(row.command), isThere(row.needs, grid));
         }
     }
 }

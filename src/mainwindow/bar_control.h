@@ -10,6 +10,7 @@
 namespace hl {
 
 struct MainForm;
+enum class Needs : std::uint8_t;
 struct CommandRow;
 
 class BarControl final : public BarEvents {
@@ -36,6 +37,7 @@ class BarControl final : public BarEvents {
 
   private:
     void keep(const CommandRow& row);
+    bool isThere(Needs needs, const Grid& grid) const;
 
     MainForm& form_;
 };

@@ -55,6 +55,10 @@ constexpr CommandRow withSelection(CommandRow row) {
     row.needs = Needs::kSelection;
     return row;
 }
+constexpr CommandRow onDisk(CommandRow row) {
+    row.needs = Needs::kOnDisk;
+    return row;
+}
 constexpr CommandRow ranked(Rank rank, CommandRow row) {
     row.rank = rank;
     return row;
@@ -100,7 +104,9 @@ constexpr CommandRow comesBack(BarId bar) {
             .key = bar == BarId::kMain ? "" : "Shift+B",
             .run = &C::comesBack,
             .parent = bar == BarId::kMain ? kMenuOfSelectedFolders : kNone,
-            .needs = bar == BarId::kMain ? Needs::kNothing : Needs::kSelection,
+            .needs = bar == BarId::kMain     ? Needs::kNothing
+                     : bar == BarId::kReport ? Needs::kOnDisk
+                                             : Needs::kSelection,
             .rank = kGoesEarly};
 }
 
@@ -231,7 +237,7 @@ constexpr auto kMainRows = rows({
 
 constexpr auto kReportRows = joined(rows({
     ranked(kStaysLongest, {kReportTitle, kLabel, TL(3625, "Ordner")}),
-    withRows({kReportRescan, kButton, kRefresh, TL(9231, "Ausgewählter Ordner neu einlesen"), kIconRefresh, kGroup, "F5", &C::reportRescan}),
+    onDisk({kReportRescan, kButton, kRefresh, TL(9231, "Ausgewählter Ordner neu einlesen"), kIconRefresh, kGroup, "F5", &C::reportRescan}),
     {kReportFullView, kButton, kFullView, TL(9233, "Alle anderen Listen ausblenden"), kIconFullView, kGroup, "F11", &C::fullView},
     withRows({kReportFoldAll, kButton, TL(9235, "Zuklappen"), TL(9236, "Alle Ordner zuklappen"), kIconCollapse, kGroup, "F7", &C::reportFoldAll}),
     withRows({kReportUnfoldAll, kSplitButton, TL(9237, "Aufklappen"), TL(9238, "Alle Ordner aufklappen"), kIconExpand, kSame, "F8", &C::reportUnfoldAll}),
@@ -241,10 +247,11 @@ constexpr auto kReportRows = joined(rows({
     comesBack(BarId::kReport),
     withRows({kReportSave, kButton, kSave, TL(9245, "Ordnerliste in eine Textdatei speichern"), kIconSave, kGroup, "S", &C::reportSave}),
     withRows({kReportSaveScan, kButton, TL(9054, "Scan speichern"), TL(9055, "Quelle als gespeicherten Scan (.hlscan) sichern"), kIconSave, kSame, "Shift+S", &C::reportSaveScan}),
+    {kReportOpenScan, kButton, TL(9057, "Scan öffnen"), TL(9058, "Gespeicherten Scan, JSON von ncdu oder Liste von find als Quelle öffnen"), kIconNew, kSame, "Shift+O", &C::reportOpenScan},
     withRows({kReportPrint, kButton, kPrint, TL(9246, "Ordnerliste drucken"), kIconPrint, kGroup, "P", &C::reportPrint}),
 }), columns<kReportTable>(&C::reportColumn), rows({
     ranked(kGoesFirst, {kReckonOnDisk, kButton, TL(9826, "Nach Platz auf dem Datenträger rechnen"), TL(9827, "Prozente, Balken und Reihenfolge nach dem Platz auf dem Datenträger"), kIconReckonOnDisk, kSame, "D", &C::reckonOnDisk, toggles<&Options::ReckonOnDisk>}),
-    withRows({commandOf(BarId::kReport, 510), kButton, kBalance, kShowBalance, kIconBalance, kSame, "B", &C::reportBalance}),
+    onDisk({commandOf(BarId::kReport, 510), kButton, kBalance, kShowBalance, kIconBalance, kSame, "B", &C::reportBalance}),
     ranked(kGoesFirst, {kReportFit, kButton, kFit, kFitColumns, kIconFit, kSame, {}, &C::reportFit}),
     ranked(kGoesFirst, {kReportFont, kButton, kFont, kChooseFont, kIconFont, kSame, {}, &C::changeFont}),
 }), units(kReportBytes, kReportDecimals, kReportTable),

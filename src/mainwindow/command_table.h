@@ -40,6 +40,7 @@ enum class Needs : std::uint8_t {
     kNothing,
     kRows,       ///< Rows in the grid of its bar.
     kSelection,  ///< Selected rows in the grid of its bar.
+    kOnDisk,     ///< A current row of the report whose source was not opened from a file.
 };
 
 /// How soon an entry goes behind the button at the end of its bar where there is little room.

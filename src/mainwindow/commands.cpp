@@ -221,6 +221,10 @@ void reportSaveScan(MainForm& form, const CommandRow& /*row*/) {
     form.report.saveScan();
 }
 
+void reportOpenScan(MainForm& form, const CommandRow& /*row*/) {
+    form.openedScans.choose();
+}
+
 void reportPrint(MainForm& form, const CommandRow& /*row*/) {
     form.report.print();
 }

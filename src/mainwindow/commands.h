@@ -48,6 +48,7 @@ void reportRemove(MainForm& form, const CommandRow& row);
 void reportRemoveAll(MainForm& form, const CommandRow& row);
 void reportSave(MainForm& form, const CommandRow& row);
 void reportSaveScan(MainForm& form, const CommandRow& row);
+void reportOpenScan(MainForm& form, const CommandRow& row);
 void reportPrint(MainForm& form, const CommandRow& row);
 void reportColumn(MainForm& form, const CommandRow& row);
 void reckonOnDisk(MainForm& form, const CommandRow& row);

@@ -11,6 +11,7 @@
 #include "platform/icons.h"
 #include "scan/driver.h"
 #include "scan/left_out.h"
+#include "scan/live_sources.h"
 #include "scan/rollup.h"
 
 namespace hl {
@@ -29,14 +30,21 @@ struct OwnEntry {
 bool always(const MenuTarget& /*on*/) {
     return true;
 }
+// A folder of a source that was opened from a file is not on the disk.
+bool isOnDisk(const MenuTarget& on) {
+    return on.grid != GridId::kReport || !isFromFile(on.form.scan, on.row);
+}
 bool isSource(const MenuTarget& on) {
     return on.form.scan.tvwPL.level(on.row) == 0;
 }
-bool isNoSource(const MenuTarget& on) {
-    return !isSource(on);
+bool isSourceOnDisk(const MenuTarget& on) {
+    return isSource(on) && isOnDisk(on);
 }
-bool isLeftOutRow(const MenuTarget& on) {
-    return isLeftOutByRule(on.form.scan.tvwPL, on.row);
+bool isFolderOnDisk(const MenuTarget& on) {
+    return !isSource(on) && isOnDisk(on);
+}
+bool isLeftOutOnDisk(const MenuTarget& on) {
+    return isLeftOutByRule(on.form.scan.tvwPL, on.row) && isOnDisk(on);
 }
 bool hasFiles(const MenuTarget& on) {
     return on.grid != GridId::kJunctions && on.grid != GridId::kStatistics && on.grid != GridId::kChanges;
@@ -85,17 +93,17 @@ void unfold(const MenuTarget& on, bool unfolds) {
 
 // clang-format off
 constexpr OwnEntry kReportMenu[] = {
-    {1, TL(9573, "Ordner in den Papierkorb verschieben"), kIconRecycle, isNoSource, recycle, "Del"},
-    {2, TL(9574, "Ordner löschen"), kIconDelete, isNoSource, deleteForGood, "Shift+Del"},
-    {2, TL(9830, "Was kommt zurück?"), kIconOnDisk, isNoSource, comesBack, "Ctrl+Shift+B"},
-    {3, TL(9575, "Ordner umbenennen"), -1, isNoSource, [](const MenuTarget& on) { on.form.report.view().KeyUp(kKeyF2); }, "F2"},
+    {1, TL(9573, "Ordner in den Papierkorb verschieben"), kIconRecycle, isFolderOnDisk, recycle, "Del"},
+    {2, TL(9574, "Ordner löschen"), kIconDelete, isFolderOnDisk, deleteForGood, "Shift+Del"},
+    {2, TL(9830, "Was kommt zurück?"), kIconOnDisk, isFolderOnDisk, comesBack, "Ctrl+Shift+B"},
+    {3, TL(9575, "Ordner umbenennen"), -1, isFolderOnDisk, [](const MenuTarget& on) { on.form.report.view().KeyUp(kKeyF2); }, "F2"},
     {4, TL(9576, "Alle Unterordner zuklappen"), -1, always, [](const MenuTarget& on) { unfold(on, false); }},
     {4, TL(9577, "Alle Unterordner aufklappen"), -1, always, [](const MenuTarget& on) { unfold(on, true); }},
     {5, TL(9578, "Quelle entfernen"), -1, isSource, [](const MenuTarget& on) { Report_RemoveFolders(on.form.scan); }},
-    {5, TL(9579, "Ordner neu einlesen"), -1, always, [](const MenuTarget& on) { Report_Rescan(on.form.scan); }, "F5"},
-    {5, TL(9927, "Trotzdem einlesen"), kIconRead, isLeftOutRow, [](const MenuTarget& on) { Report_ReadAllTheSame(on.form.scan, on.row); }, "Return"},
-    {6, TL(9865, "Bilanz"), kIconBalance, isSource, [](const MenuTarget& on) { on.form.balance.showOf(on.row); }, "Ctrl+B"},
-    {7, TL(9755, "Terminal hier öffnen"), -1, always, openTerminal},
+    {5, TL(9579, "Ordner neu einlesen"), -1, isOnDisk, [](const MenuTarget& on) { Report_Rescan(on.form.scan); }, "F5"},
+    {5, TL(9927, "Trotzdem einlesen"), kIconRead, isLeftOutOnDisk, [](const MenuTarget& on) { Report_ReadAllTheSame(on.form.scan, on.row); }, "Return"},
+    {6, TL(9865, "Bilanz"), kIconBalance, isSourceOnDisk, [](const MenuTarget& on) { on.form.balance.showOf(on.row); }, "Ctrl+B"},
+    {7, TL(9755, "Terminal hier öffnen"), -1, isOnDisk, openTerminal},
 };
 
 constexpr OwnEntry kDriveMenu[] = {
@@ -145,8 +153,9 @@ void showContextMenu(const MenuTarget& on, Point at) {
     }
     const FileOps ops = on.form.files.ops();
     Menus menus(ops);
-    const int chosen = on.grid == GridId::kChanges ? menus.showForCopying(on.paths, std::move(own), at)
-                                                   : menus.show(on.paths, std::move(own), at);
+    const bool copiesOnly = on.grid == GridId::kChanges || !isOnDisk(on);
+    const int chosen = copiesOnly ? menus.showForCopying(on.paths, std::move(own), at)
+                                  : menus.show(on.paths, std::move(own), at);
     if (chosen != 0 && !on.form.closed) table[static_cast<std::size_t>(chosen - Menus::kFirstOwn)].run(on);
 }
 

@@ -10,6 +10,7 @@
 #include "robustness/trap.h"
 #include "scan/driver.h"
 #include "scan/left_out.h"
+#include "scan/live_sources.h"
 #include "scan/records.h"
 #include "scan/rollup.h"
 #include "views/find_texts.h"
@@ -36,9 +37,10 @@ std::vector<FindPlace> FindControl::places() const {
     if (form_.session.options.FindAllSources == 0) {
         const std::vector<Row> selected = report.selectedRows();
         const Row row = selected.empty() ? report.currentRow() : selected.front();
+        if (isFromFile(form_.scan, row)) return {};
         if (row != kNoRow) return {placeOf(row)};
     }
-    for (Row root = report.firstRoot(); root != kNoRow; root = report.nextSibling(root))
+    for (Row root = firstLiveSource(form_.scan); root != kNoRow; root = nextLiveSource(form_.scan, root))
         all.push_back(placeOf(root));
     return all;
 }
@@ -71,7 +73,10 @@ void FindControl::start() {
         form_.window->bar(BarId::kFind).markEdit(kFilterBox, false);
         const std::vector<FindPlace> where = places();
         if (!where.empty()) return find(std::get<FindFilter>(std::move(filter)), where);
-        form_.status.setSecond(form_.services().texts.TL(9610, "es wurde nichts eingelesen"));
+        const Texts& texts = form_.services().texts;
+        form_.status.setSecond(form_.session.tvwPL.rowCount() > 0
+                                   ? fromFileText(texts)
+                                   : texts.TL(9610, "es wurde nichts eingelesen"));
     });
 }
 

@@ -6,6 +6,7 @@
 #include "robustness/trap.h"
 #include "scan/driver.h"
 #include "scan/list_fill.h"
+#include "scan/live_sources.h"
 #include "scan/rollup.h"
 
 namespace hl {
@@ -30,8 +31,8 @@ bool ListFilling::fill(GridId list) {
 
 std::string ListFilling::source() const {
     const Grid& report = form_.session.tvwPL;
-    Row row = report.currentRow() != kNoRow ? report.currentRow() : report.firstRoot();
-    if (row == kNoRow) return {};
+    const Row row = report.currentRow() != kNoRow ? report.currentRow() : firstLiveSource(form_.scan);
+    if (row == kNoRow || isFromFile(form_.scan, row)) return {};
     return Report_GetFullpathOfNode(report, report.rootOf(row), true, form_.services().paths);
 }
 

@@ -3,6 +3,7 @@
 #include "app/language.h"
 #include "app/product.h"
 #include "mainwindow/pane_table.h"
+#include "scan/live_sources.h"
 #include "views/cell_text.h"
 #include "views/cell_tip.h"
 
@@ -35,7 +36,8 @@ MainForm::MainForm(const Services& services, const WindowServices& given)
                                      {formatNumber(folders, {}, services.numbers)});
     };
     parts.cellTip = [this](GridId id, std::size_t column, Row row) {
-        return cellTip(session.grid(id), column, row, this->services());
+        return cellTip(session.grid(id), column, row, this->services(),
+                       id != GridId::kReport || !isFromFile(scan, row));
     };
     parts.emptyHint = [this](GridId id) { return lists.emptyHint(id); };
     parts.emptyButton = [this](GridId id) { return lists.emptyButton(id); };

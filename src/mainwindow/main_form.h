@@ -16,6 +16,7 @@
 #include "mainwindow/lists_control.h"
 #include "mainwindow/looks_control.h"
 #include "mainwindow/map_control.h"
+#include "mainwindow/opened_scans.h"
 #include "mainwindow/preview_control.h"
 #include "mainwindow/report_control.h"
 #include "mainwindow/run_display.h"
@@ -77,6 +78,7 @@ struct MainForm {
     FilesControl files{*this};
     FindControl find{*this};
     SourcesControl sources{*this};
+    OpenedScans openedScans{*this};
     BalanceControl balance{*this};
     BarControl barControl{*this};
     WindowParts parts;  ///< What the window shows.

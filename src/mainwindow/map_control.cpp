@@ -51,8 +51,8 @@ void MapControl::print() {
 
 // --- MapHost
 
-void MapControl::selectFolder(const std::string& path) {
-    form_.report.view().goTo(path);
+void MapControl::selectFolder(Row row) {
+    form_.report.view().goTo(row);
 }
 
 void MapControl::selectFile(const std::string& folder, const std::string& name) {

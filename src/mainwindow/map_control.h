@@ -27,7 +27,7 @@ class MapControl final : private MapHost {
     void print();
 
   private:
-    void selectFolder(const std::string& path) override;
+    void selectFolder(Row row) override;
     void selectFile(const std::string& folder, const std::string& name) override;
     void openFolderMenu(Row row, Point at) override;
 

@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "base/scope_exit.h"
+#include "mainwindow/command_table.h"
 #include "mainwindow/main_form.h"
 #include "mainwindow/not_read_form.h"
 #include "output/print_report.h"
@@ -12,6 +13,7 @@
 #include "output/scan_output.h"
 #include "robustness/trap.h"
 #include "scan/driver.h"
+#include "scan/live_sources.h"
 
 namespace hl {
 
@@ -139,6 +141,11 @@ void ReportControl::deleteFolders(bool forGood) {
 
 // A source that is handed over while the menu is open has to wait, because its scan would select other rows.
 void ReportControl::openRowsMenu(Point at) {
+    const bool onDisk = std::ranges::none_of(form_.session.tvwPL.selectedRows(),
+                                             [&](Row row) { return isFromFile(form_.scan, row); });
+    for (const CommandRow& row : commandsOf(BarId::kMain))
+        if (row.parent == Command::kMenuOfSelectedFolders)
+            form_.bars.cbrMain.setEnabled(idOf(row.command), onDisk);
     form_.sources.duringCommand(
         [&] { form_.window->bar(BarId::kMain).showPopup(idOf(Command::kMenuOfSelectedFolders), at); });
 }

@@ -10,6 +10,7 @@
 #include "base/text.h"
 #include "mainwindow/main_form.h"
 #include "scan/left_out.h"
+#include "scan/live_sources.h"
 
 namespace hl {
 
@@ -162,7 +163,7 @@ void RunDisplay::listsFilled() {
 void RunDisplay::sourceDone(Row row) {
     const ScanTotals& totals = form_.session.state.lastTotals;
     progress_->endSource({totals.files, totals.folders, static_cast<double>(totals.size.bytes())});
-    form_.drives.list().Drives_SelectDrive(row);
+    if (!isFromFile(form_.scan, row)) form_.drives.list().Drives_SelectDrive(row);
 }
 
 void RunDisplay::sourceChanged(Row row) {

@@ -20,7 +20,7 @@ constexpr std::string_view kZstd = "\x28\xB5\x2F\xFD", kGzip = "\x1F\x8B",
 std::string compressedText(const Texts& texts, const std::string& path, std::string_view bytes) {
     const std::string tool = bytes.starts_with(kZstd) ? "zstd" : bytes.starts_with(kGzip) ? "gzip" : "xz";
     return texts.TL(9048, "sie ist gepackt; so geht es: %1",
-                    {tool + " -dc " + visible(path) + " | harborlantern -s --open - ..."});
+                    {tool + " -dc " + visible(path) + " | harborlantern --open -"});
 }
 
 std::string failedText(const Texts& texts, const std::string& path, const std::string& reason) {

@@ -11,12 +11,19 @@
 #include "robustness/trap.h"
 #include "scan/driver.h"
 #include "scan/file_system_calls.h"
+#include "scan/live_sources.h"
 #include "scan/rollup.h"
 #include "views/drive_combo.h"
 
 namespace hl {
 
 namespace {
+
+// Other files lead to their folder.
+bool isNameOfScan(const std::string& path) {
+    const std::string name = lowerCase(path);
+    return name.ends_with(".hlscan") || name.ends_with(".ncdu.json");
+}
 
 /// Tells whether the path is a link, or a chain of links, that ends at a folder.
 bool leadsToFolder(FileSystem& fileSystem, const std::string& path) {
@@ -102,6 +109,7 @@ void SourcesControl::queueOwn() {
     const std::vector<std::string> sources = GetFoldersFromCommand(form_.own.commandLine);
     auto& queue = form_.session.state.SourceQueue;
     queue.insert(queue.begin(), sources.begin(), sources.end());
+    form_.openedScans.queue(openedByCommand(form_.own.commandLine));
 }
 
 void SourcesControl::handOver(const std::string& commandLine) {
@@ -111,6 +119,7 @@ void SourcesControl::handOver(const std::string& commandLine) {
         for (std::string& source : GetFoldersFromCommand(commandLine))
             state.DiskSilent ? lateSources_.push_back(std::move(source))
                              : state.SourceQueue.push_back(std::move(source));
+        form_.openedScans.queue(openedByCommand(commandLine));
     });
     readWaiting();
 }
@@ -131,6 +140,7 @@ void SourcesControl::runQueue() {
     while (!state.ScanActive && !form_.closed) {
         queueLate();
         queueDropped();
+        if (form_.openedScans.openNext()) continue;
         if (state.SourceQueue.empty() || form_.closed) return;
         Ordnerliste_Abarbeiten(form_.scan);
         changed();
@@ -174,6 +184,7 @@ void SourcesControl::queueDropped() {
 std::string SourcesControl::queuePlace(const DroppedPlace& place) {
     const Services& services = form_.services();
     if (place.path.empty()) return services.texts.TL(9697, "kein Ordner dieses Rechners");
+    if (isNameOfScan(place.path)) return form_.openedScans.queue(place.path), "";
     auto& queue = form_.session.state.SourceQueue;
     const auto file = services.fileSystem.look(place.path);
     if (file && (file->isFolder || leadsToFolder(services.fileSystem, place.path)))
@@ -195,9 +206,9 @@ void SourcesControl::selectDroppedFiles() {
     Grid& list = form_.session.lvwFiles;
     const std::string folder =
         files.back().substr(0, files.back().rfind(form_.services().paths.separator) + 1);
-    Row row = report.firstRoot();
+    Row row = firstLiveSource(form_.scan);
     while (row != kNoRow && Report_GetFullpathOfNode(report, row, true, form_.services().paths) != folder)
-        row = report.nextSibling(row);
+        row = nextLiveSource(form_.scan, row);
     if (row == kNoRow) return;
     report.selectNone();
     report.setSelected(row, true);

@@ -159,7 +159,9 @@ void WindowForm::gridChanged(GridId grid) {
 
 void WindowForm::gridContentChanged(GridId grid, bool rows) {
     if (form_.closed || !loaded_ || grid != GridId::kReport) return;
-    rows ? form_.map.reportChanged() : form_.map.selectionChanged();
+    if (rows) return form_.map.reportChanged();
+    if (!form_.session.state.ScanActive) form_.barControl.followGrid(grid);
+    form_.map.selectionChanged();
 }
 
 void WindowForm::formKeyUp(int key) {

@@ -43,6 +43,8 @@ class Dialogs {
     /// selected. `extension` is appended to a name that has none.
     virtual std::string askSavePath(const std::string& filter, const std::string& extension,
                                     const std::string& folder) = 0;
+    /// The same for a file that is there.
+    virtual std::string askOpenPath(const std::string& filter, const std::string& folder) = 0;
     virtual std::optional<GridFont> askFont(const GridFont& start) = 0;
     /// Shows the pages; from there the user prints them or writes them to a PDF. No printer is needed.
     virtual void previewPrint(const PrintJob& job) = 0;

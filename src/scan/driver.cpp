@@ -37,7 +37,9 @@ void resetForSource(ScanContext& scan) {
     state.top.count = 0;
     state.top.largest = state.top.smallest = SizeValue();
     state.top.maxCount = scan.options.TOPmaxcount;
-    for (Grid* list : {&scan.lvwTOP, &scan.lvwJunctions, &scan.lvwHardlinks}) list->clear();
+    // A run that fills no lists leaves them as they are.
+    if (!state.SilentRun)
+        for (Grid* list : {&scan.lvwTOP, &scan.lvwJunctions, &scan.lvwHardlinks}) list->clear();
     if (scan.types != nullptr) scan.types->restart();
     state.links.seen.Clear();
     state.links.seen.AllowDuplicateKeys = false;
@@ -228,7 +230,11 @@ void StartSearchViaToolbar(ScanContext& scan) {
 }
 
 void Ordnerliste_Abarbeiten(ScanContext& scan) {
-    guarded(scan.diagnostics, [&] {
+    asOneRun(scan, [&] { return workThroughQueue(scan); });
+}
+
+void asOneRun(ScanContext& scan, const std::function<RunEnd()>& work) {
+    guarded(scan.diagnostics, {.routine = "Ordnerliste_Abarbeiten"}, [&] {
         // A Stop of something earlier, such as a list of files, must not end this run.
         scan.state.CancelState = kCancelNone;
         std::optional<BusyPointer> busy(scan.controls);
@@ -244,7 +250,7 @@ void Ordnerliste_Abarbeiten(ScanContext& scan) {
             });
             DisableControls(scan, false);
             scan.host.runBegan();
-            end = workThroughQueue(scan);
+            end = work();
         }
         busy.reset();
         scan.host.runEnded(end);

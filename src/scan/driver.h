@@ -4,6 +4,7 @@
 // there must test ScanActive. No routine here raises an error to its caller.
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <string>
 
@@ -20,6 +21,10 @@ void StartSearchViaToolbar(ScanContext& scan);
 /// Reads all sources of SourceQueue in one run, including those queued meanwhile. A source that does not
 /// exist is skipped; Stop drops those not reached.
 void Ordnerliste_Abarbeiten(ScanContext& scan);
+
+/// Makes `work` a run, as Ordnerliste_Abarbeiten does with the queue: the window is locked except for Stop
+/// and hears how the work says that it ended.
+void asOneRun(ScanContext& scan, const std::function<RunEnd()>& work);
 
 /// Reads one source into a new root row, or into `row` if that is given. Returns the row.
 Row QuelleEinlesen(ScanContext& scan, const std::string& source, int imageIndex, Row row);

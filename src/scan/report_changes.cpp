@@ -13,6 +13,7 @@
 #include "scan/file_system_calls.h"
 #include "scan/files_of_folder.h"
 #include "scan/left_out.h"
+#include "scan/live_sources.h"
 #include "scan/not_read.h"
 #include "scan/records.h"
 #include "scan/rollup.h"
@@ -121,7 +122,7 @@ bool holdsLinkedFiles(ScanContext& scan, const std::string& folder) {
 
 template <class Do>
 void ReportChanges::forEachRowOf(std::string_view path, Do act) {
-    for (Row root = scan_.tvwPL.firstRoot(); root != kNoRow; root = scan_.tvwPL.nextSibling(root)) {
+    for (Row root = firstLiveSource(scan_); root != kNoRow; root = nextLiveSource(scan_, root)) {
         const Row row = rowOfFolder(scan_.tvwPL, root, path, scan_.paths);
         if (row == kNoRow) continue;
         drives_.insert(root);
@@ -134,8 +135,8 @@ void ReportChanges::forEachRowOf(std::string_view path, Do act) {
 void ReportChanges::folderWent(std::string_view path) {
     Grid& report = scan_.tvwPL;
     folderWent_ = true;
-    for (Row root = report.firstRoot(); root != kNoRow;) {
-        const Row next = report.nextSibling(root);
+    for (Row root = firstLiveSource(scan_); root != kNoRow;) {
+        const Row next = nextLiveSource(scan_, root);
         if (liesIn(report.text(root), path, scan_.paths)) takeOutSource(root);
         root = next;
     }
@@ -185,7 +186,7 @@ std::set<std::string, std::less<>> ReportChanges::loseLinks() {
     const Grid& report = scan_.tvwPL;
     std::set<std::string, std::less<>> links;
     for (Row row = report.firstRoot(); row != kNoRow; row = report.tree().following(row)) {
-        if (report.picture(row) != kPictureLink || report.level(row) == 0) continue;
+        if (report.picture(row) != kPictureLink || report.level(row) == 0 || isFromFile(scan_, row)) continue;
         std::string path = Report_GetFullpathOfNode(report, row, false, scan_.paths);
         if (hasVanished(scan_, path + scan_.paths.separator + '.')) links.insert(std::move(path));
     }
@@ -210,7 +211,7 @@ void ReportChanges::folderRenamed(std::string_view from, std::string_view name) 
     folderWent_ = true;  // Links that led to it lead nowhere.
     Grid& report = scan_.tvwPL;
     const std::string to = std::string(from.substr(0, from.rfind(scan_.paths.separator) + 1)).append(name);
-    for (Row root = report.firstRoot(); root != kNoRow; root = report.nextSibling(root)) {
+    for (Row root = firstLiveSource(scan_); root != kNoRow; root = nextLiveSource(scan_, root)) {
         const std::string was(report.text(root));
         if (!liesIn(was, from, scan_.paths)) continue;
         const std::string now = to + was.substr(from.size());
@@ -255,7 +256,7 @@ void ReportChanges::forgetBelow(Row row) {
 
 void ReportChanges::folderCame(std::string_view path) {
     const Grid& report = scan_.tvwPL;
-    for (Row root = report.firstRoot(); root != kNoRow; root = report.nextSibling(root)) {
+    for (Row root = firstLiveSource(scan_); root != kNoRow; root = nextLiveSource(scan_, root)) {
         if (!liesIn(path, report.text(root), scan_.paths)) continue;
         std::string_view rest;
         const Row row = descend(report, root, path, scan_.paths.separator, rest);
@@ -395,7 +396,7 @@ void ReportChanges::folderChanged(std::string_view path) {
 }
 
 void ReportChanges::sourcesChanged(std::string_view path) {
-    for (Row root = scan_.tvwPL.firstRoot(); root != kNoRow; root = scan_.tvwPL.nextSibling(root))
+    for (Row root = firstLiveSource(scan_); root != kNoRow; root = nextLiveSource(scan_, root))
         if (liesIn(path, scan_.tvwPL.text(root), scan_.paths)) sources_.insert(root);
 }
 

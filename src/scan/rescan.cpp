@@ -8,6 +8,7 @@
 #include "scan/driver.h"
 #include "scan/file_system_calls.h"
 #include "scan/left_out.h"
+#include "scan/live_sources.h"
 #include "scan/not_read.h"
 #include "scan/records.h"
 #include "scan/report_changes.h"
@@ -176,7 +177,7 @@ void Report_ReadAgain(ScanContext& scan, Row row) {
 
 void Report_ReadAllTheSame(ScanContext& scan, Row row) {
     guarded(scan.diagnostics, [&] {
-        if (scan.state.ScanActive || !isLeftOutByRule(scan.tvwPL, row)) return;
+        if (scan.state.ScanActive || !isLeftOutByRule(scan.tvwPL, row) || isFromFile(scan, row)) return;
         readAllTheSame(scan, row);
         scan.tvwPL.setCurrentRow(row);
         rescanCurrent(scan);
@@ -185,7 +186,8 @@ void Report_ReadAllTheSame(ScanContext& scan, Row row) {
 
 void Report_Rescan(ScanContext& scan) {
     guarded(scan.diagnostics, [&] {
-        if (scan.tvwPL.rowCount() != 0 && scan.tvwPL.currentRow() != kNoRow) rescanCurrent(scan);
+        const Row row = scan.tvwPL.currentRow();
+        if (scan.tvwPL.rowCount() != 0 && row != kNoRow && !isFromFile(scan, row)) rescanCurrent(scan);
     });
 }
 

@@ -5,6 +5,7 @@
 
 #include "base/text.h"
 #include "scan/left_out.h"
+#include "scan/live_sources.h"
 #include "scan/not_read.h"
 #include "scan/records.h"
 #include "scan/report_changes.h"
@@ -144,7 +145,7 @@ bool forgetSubvolumes(ScanContext& scan, Row root, std::string_view folder) {
 
 void renameSubvolumes(ScanContext& scan, std::string_view from, std::string_view to) {
     Grid& report = scan.tvwPL;
-    for (Row root = report.firstRoot(); root != kNoRow; root = report.nextSibling(root)) {
+    for (Row root = firstLiveSource(scan); root != kNoRow; root = nextLiveSource(scan, root)) {
         const auto of = scan.state.snapshots.met.find(report.text(root));
         if (of == scan.state.snapshots.met.end()) continue;
         of->second.rename(from, to, scan.paths);

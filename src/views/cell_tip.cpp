@@ -44,23 +44,23 @@ bool isBeforeCompression(const Grid& grid, CellId cell, Row row, const Services&
                           : std::string(grid.cellText(row, folder)));
 }
 
-std::string sizeTip(const Grid& grid, CellId cell, Row row, const Services& services) {
+std::string sizeTip(const Grid& grid, CellId cell, Row row, const Services& services, bool onDisk) {
     if (!(grid.number(row, cell) > 0)) return {};
     std::string tip = inAllUnits(sizeIn(grid, row, cell), services.numbers);
-    if (isBeforeCompression(grid, cell, row, services))
+    if (onDisk && isBeforeCompression(grid, cell, row, services))
         tip += "\n" + services.texts.TL(9907, "vor Komprimierung");
     return tip;
 }
 
 }  // namespace
 
-std::string cellTip(const Grid& grid, std::size_t column, Row row, const Services& services) {
+std::string cellTip(const Grid& grid, std::size_t column, Row row, const Services& services, bool onDisk) {
     const GridColumn& of = grid.columns()[column];
     const CellId cell = grid.cell(of.key);
     if (of.showsSign && cell != kNoCell) return differenceTip(grid.number(row, cell), services.numbers);
     const bool isSize = cell != kNoCell && grid.cells().isSize(cell);
     if (!isSize && (!of.barColor || of.barBehind)) return {};
-    std::string tip = isSize ? sizeTip(grid, cell, row, services) : "";
+    std::string tip = isSize ? sizeTip(grid, cell, row, services, onDisk) : "";
     const CellId reserved = grid.cell(kDriveCells[kRsize].key);
     if (reserved == kNoCell || !(grid.number(row, reserved) > 0)) return tip;
     if (!tip.empty()) tip += "\n";

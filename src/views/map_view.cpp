@@ -174,7 +174,7 @@ bool MapView::select(std::size_t tile) {
     picked_ = {};
     if (report_.fileOf(tiles_[tile]) != nullptr) picked_ = {row, std::string(report_.nameOf(tiles_[tile]))};
     const std::string name = picked_.name;
-    host_.selectFolder(path);
+    host_.selectFolder(row);
     if (!name.empty()) host_.selectFile(path, name);
     return grid_.tree().exists(row) && report_.pathOf(row) == path && !scan_.state.ScanActive;
 }

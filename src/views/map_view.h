@@ -18,8 +18,8 @@ namespace hl {
 class MapHost {
   public:
     virtual ~MapHost() = default;
-    /// Selects the folder in the report. `path` ends in no separator.
-    virtual void selectFolder(const std::string& path) = 0;
+    /// Selects the folder's row in the report. Messages may run meanwhile.
+    virtual void selectFolder(Row row) = 0;
     /// Selects the file in the list of files, if that shows and has it.
     virtual void selectFile(const std::string& folder, const std::string& name) = 0;
     /// Opens the menu of a folder's row. `at` is a place of the screen.

@@ -9,6 +9,7 @@
 #include "robustness/trap.h"
 #include "scan/driver.h"
 #include "scan/left_out.h"
+#include "scan/live_sources.h"
 #include "scan/records.h"
 #include "scan/report_changes.h"
 #include "scan/rollup.h"
@@ -211,9 +212,12 @@ void ReportView::show(Row row) {
 }
 
 bool ReportView::goTo(const std::string& path) {
+    return goTo(scan_.state.ScanActive ? kNoRow : rowOf(path));
+}
+
+bool ReportView::goTo(Row row) {
     return guarded(scan_.diagnostics, {.routine = "goTo"}, [&] {
-        const Row row = scan_.state.ScanActive ? kNoRow : rowOf(path);
-        if (row == kNoRow) return false;
+        if (row == kNoRow || scan_.state.ScanActive) return false;
         show(row);
         Report_Resize_Columns(true);
         return true;
@@ -337,9 +341,10 @@ void ReportView::tellOf(Row row, MouseButton button, Point at) {
 // another row is selected then.
 bool ReportView::follow(Row row) {
     const Row current = grid_.currentRow();
-    host_.selectDriveOf(row);
     const std::string path = folderPath(row);
-    host_.showFilesOf(path);
+    const bool live = !isFromFile(scan_, row);
+    if (live) host_.selectDriveOf(row);
+    host_.showFilesOf(live ? path : "");
     // Another row may be current now, and this one may be gone.
     if (grid_.currentRow() != current || !grid_.selected(row) || scan_.state.ScanActive ||
         folderPath(row) != path)
@@ -355,8 +360,11 @@ std::string ReportView::pathOf(Row row) const {
 }
 
 Row ReportView::rowOf(const std::string& path) const {
+    const auto below = [&](Row root) { return rowOfFolder(grid_, root, path, scan_.paths); };
+    for (Row root = firstLiveSource(scan_); root != kNoRow; root = nextLiveSource(scan_, root))
+        if (const Row row = below(root); row != kNoRow) return row;
     for (Row root = grid_.firstRoot(); root != kNoRow; root = grid_.nextSibling(root))
-        if (const Row row = rowOfFolder(grid_, root, path, scan_.paths); row != kNoRow) return row;
+        if (const Row row = below(root); row != kNoRow) return row;
     return kNoRow;
 }
 
@@ -413,7 +421,7 @@ void ReportView::KeyUp(int key) {
         if (key == kKeyUp || key == kKeyDown) tellOf(first, MouseButton::kLeft, {});
         if (key == kKeyPageUp || key == kKeyPageDown) showSelection({});
         if (key == kKeyF2 && grid_.selectedCount() == 1 && grid_.level(first) > 0 &&
-            grid_.number(first, kIsFolder) == 1)
+            grid_.number(first, kIsFolder) == 1 && !isFromFile(scan_, first))
             pane_.editCell(first);
     });
 }

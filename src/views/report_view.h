@@ -86,6 +86,8 @@ class ReportView final : public GridEvents {
     /// Selects the row of a folder, and what hides it is unfolded; the window follows as after a click.
     /// Returns false if no source shows the folder. `path` ends in no separator.
     bool goTo(const std::string& path);
+    /// The same for a row, which may be kNoRow.
+    bool goTo(Row row);
     /// Shows shares and order anew, after another size is reckoned with.
     void reckonAnew();
     /// Going back leads to what is selected now, from whatever is selected later.

@@ -99,6 +99,7 @@ struct FakeDialogs : Dialogs {
     std::string askSavePath(const std::string&, const std::string&, const std::string&) override {
         return {};
     }
+    std::string askOpenPath(const std::string&, const std::string&) override { return {}; }
     std::optional<GridFont> askFont(const GridFont&) override { return std::nullopt; }
     void previewPrint(const PrintJob& job) override {
         all.calls.push_back("preview " + job.title);

@@ -63,7 +63,8 @@ bool FileExtents::ask(int folder, const char* name, const std::function<bool()>&
 }
 
 bool FileExtents::askBatch(int file, std::uint64_t& from, bool& atEnd) {
-    auto* map = new (buffer_.data()) fiemap{};
+    auto* map = new (buffer_.data()) fiemap;
+    map->fm_flags = map->fm_reserved = 0;
     map->fm_start = from;
     map->fm_length = FIEMAP_MAX_OFFSET - from;
     map->fm_extent_count = (kBytes - sizeof(fiemap)) / sizeof(fiemap_extent);

@@ -245,6 +245,16 @@ std::string askForSavePath(QWidget* parent, const DialogTexts& texts, const std:
     return answerOf(std::move(question), texts);
 }
 
+std::string askForOpenPath(QWidget* parent, const DialogTexts& texts, const std::string& filter,
+                           const std::string& folder) {
+    if (const std::string notice = noticeOfSilence(texts); !notice.empty())
+        return absoluteFrom(folder, askForText(parent, texts, notice, folder));
+    auto question = std::make_unique<FileQuestion>(parent, QString(), folder);
+    question->dialog.setFileMode(QFileDialog::ExistingFile);
+    question->dialog.setNameFilters(qtFilter(filter).split(QStringLiteral(";;")));
+    return answerOf(std::move(question), texts);
+}
+
 std::optional<GridFont> askForFont(QWidget* parent, const GridFont& start) {
     QFontDialog dialog(qtFont(start), parent);
     dialog.setOption(QFontDialog::DontUseNativeDialog);

@@ -47,6 +47,9 @@ std::string askForFolder(QWidget* parent, const DialogTexts& texts, const std::s
 std::string askForSavePath(QWidget* parent, const DialogTexts& texts, const std::string& filter,
                            const std::string& extension, const std::string& folder,
                            const std::string& name = {});
+/// The same for a file that is there.
+std::string askForOpenPath(QWidget* parent, const DialogTexts& texts, const std::string& filter,
+                           const std::string& folder);
 std::optional<GridFont> askForFont(QWidget* parent, const GridFont& start);
 
 /// Removes pictures of the theme, which only the toolkit's own dialogs put on their buttons.

@@ -71,6 +71,10 @@ std::string WindowDialogs::askSavePath(const std::string& filter, const std::str
     return askForSavePath(asker(), texts_, filter, extension, folder);
 }
 
+std::string WindowDialogs::askOpenPath(const std::string& filter, const std::string& folder) {
+    return askForOpenPath(asker(), texts_, filter, folder);
+}
+
 std::optional<GridFont> WindowDialogs::askFont(const GridFont& start) {
     return askForFont(asker(), start);
 }

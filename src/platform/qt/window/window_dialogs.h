@@ -26,6 +26,7 @@ class WindowDialogs final : public Dialogs {
     bool confirm(const std::string& text, const std::string& action, const LiveText& live) override;
     std::string askText(const std::string& prompt, const std::string& preset) override;
     std::string askFolder(const std::string& title, const std::string& start) override;
+    std::string askOpenPath(const std::string& filter, const std::string& folder) override;
     std::string askSavePath(const std::string& filter, const std::string& extension,
                             const std::string& folder) override;
     std::optional<GridFont> askFont(const GridFont& start) override;
