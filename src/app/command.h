@@ -68,6 +68,7 @@ enum class Command : int {
     kReportSave = commandNumber(BarId::kReport, 5),
     kReportSaveScan = commandNumber(BarId::kReport, 600),
     kReportOpenScan = commandNumber(BarId::kReport, 601),
+    kReportCompare = commandNumber(BarId::kReport, 602),
     kReportPrint = commandNumber(BarId::kReport, 6),
     kReportRemove = commandNumber(BarId::kReport, 7),
     kReportRemoveAll = commandNumber(BarId::kReport, 9),

@@ -192,8 +192,8 @@ void DeleteFolders(const FileOps& ops, const std::vector<Row>& rows, bool recycl
     guarded(ops.scan.diagnostics, [&] {
         const Grid& report = ops.scan.tvwPL;
         if (ops.scan.state.ScanActive) return;
-        if (std::ranges::any_of(rows, [&](Row row) { return isFromFile(ops.scan, row); }))
-            return ops.host.setFirstPanel(fromFileText(ops.scan.texts));
+        for (const Row row : rows)
+            if (!isOnDisk(ops.scan, row)) return ops.host.setFirstPanel(notOnDiskText(ops.scan, row));
         if (std::ranges::any_of(rows, [&](Row row) { return report.level(row) == 0; }))
             return ops.host.setFirstPanel(
                 ops.scan.texts.TL(9803, "Eine Quelle wird nicht gelöscht. \"%1\" nimmt sie aus dem Bericht.",

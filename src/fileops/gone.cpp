@@ -94,7 +94,7 @@ void Gone::findNext(Row current) {
     const Grid& report = ops_.scan.tvwPL;
     if (current == kNoRow || report.parent(current) == kNoRow) return;
     const auto stays = [&](Row row) {
-        if (report.number(row, kIsFolder) != 1) return false;
+        if (report.number(row, kIsFolder) != 1 || !isOnDisk(ops_.scan, row)) return false;
         std::string path = Report_GetFullpathOfNode(report, row, false, ops_.scan.paths);
         if (went(path)) return false;
         next_ = std::move(path);

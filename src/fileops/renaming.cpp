@@ -157,7 +157,7 @@ void renameInReport(const FileOps& ops, Row row, const std::string& name) {
     guarded(ops.scan.diagnostics, {.routine = "tvwPL_GridCellAfterEditing"}, [&] {
         Grid& report = ops.scan.tvwPL;
         if (name == report.text(row) || report.level(row) == 0 || ops.scan.state.ScanActive) return;
-        if (isFromFile(ops.scan, row)) return ops.host.setFirstPanel(fromFileText(ops.scan.texts));
+        if (!isOnDisk(ops.scan, row)) return ops.host.setFirstPanel(notOnDiskText(ops.scan, row));
         // A row that sums up files is no folder, even if there is one of that name on the disk.
         if (report.number(row, kIsFolder) != 1) return;
         const std::string folder = Report_GetFullpathOfNode(report, report.parent(row), true, ops.scan.paths);

@@ -14,11 +14,12 @@ CellTable::CellTable(std::span<const CellSpec> cells) : specs_(cells) {
     };
     for (const CellSpec& spec : cells) {
         const std::size_t bytes = cellBytes(spec.type);
-        const std::uint16_t slot = bytes == 8   ? place(wide_)
-                                   : bytes == 4 ? place(medium_)
-                                   : bytes == 2 ? place(narrow_)
-                                                : place(tiny_);
-        stores_.push_back({spec.type, slot});
+        const std::uint16_t slot = spec.onDemand ? place(onDemand_)
+                                   : bytes == 8  ? place(wide_)
+                                   : bytes == 4  ? place(medium_)
+                                   : bytes == 2  ? place(narrow_)
+                                                 : place(tiny_);
+        stores_.push_back({spec.type, spec.onDemand, slot});
     }
 }
 
@@ -51,10 +52,13 @@ void CellTable::addRow(Row row) {
     renew(medium_);
     renew(narrow_);
     renew(tiny_);
+    for (auto& column : onDemand_)
+        if (column.valueOr(row, 0) != 0) column[row] = 0;
 }
 
 double CellTable::number(Row row, CellId cell) const {
     const Store store = stores_[cell];
+    if (store.onDemand) return onDemand_[store.slot].valueOr(row, 0);
     switch (store.type) {
         case CellType::kSize:
         case CellType::kDate:
@@ -79,6 +83,11 @@ void CellTable::setNumber(Row row, CellId cell, double value) {
         return v;
     };
     const Store store = stores_[cell];
+    if (store.onDemand) {
+        onDemand_[store.slot].ensure(row);
+        onDemand_[store.slot][row] = value;
+        return;
+    }
     switch (store.type) {
         case CellType::kSize:
         case CellType::kDate:
@@ -112,11 +121,17 @@ void CellTable::setText(Row row, CellId cell, TextRef text) {
     medium_[stores_[cell].slot][row] = text;
 }
 
+void CellTable::drop(CellId cell) {
+    const Store store = stores_[cell];
+    if (store.onDemand) onDemand_[store.slot].clear();
+}
+
 void CellTable::clear() {
     const auto empty = [](auto& columns) {
         for (auto& column : columns) column.clear();
     };
     empty(wide_);
+    empty(onDemand_);
     empty(medium_);
     empty(narrow_);
     empty(tiny_);

@@ -26,6 +26,8 @@ enum class CellType : std::uint8_t {
 struct CellSpec {
     std::string_view key;
     CellType type;
+    /// The cell takes memory only from the first number that is set in it until it is dropped. Not for texts.
+    bool onDemand = false;
 };
 
 constexpr std::size_t cellBytes(CellType type) {
@@ -47,7 +49,8 @@ constexpr std::size_t cellBytes(CellType type) {
 
 constexpr std::size_t cellBytes(std::span<const CellSpec> cells) {
     std::size_t bytes = 0;
-    for (const CellSpec& cell : cells) bytes += cellBytes(cell.type);
+    for (const CellSpec& cell : cells)
+        if (!cell.onDemand) bytes += cellBytes(cell.type);
     return bytes;
 }
 
@@ -77,15 +80,19 @@ class CellTable {
     TextRef text(Row row, CellId cell) const;
     void setText(Row row, CellId cell, TextRef text);
     void clear();
+    /// Gives back the memory of a cell that is kept on demand; it is 0 in all rows then.
+    void drop(CellId cell);
 
   private:
     struct Store {
         CellType type;
+        bool onDemand;
         std::uint16_t slot;  ///< The index of its column among those of its type's width.
     };
     std::span<const CellSpec> specs_;
     std::vector<Store> stores_;
     std::vector<Column<std::int64_t>> wide_;
+    std::vector<Column<double>> onDemand_;  ///< A new row has no room in them until a number is set.
     std::vector<Column<std::uint32_t>> medium_;
     std::vector<Column<std::uint16_t>> narrow_;
     std::vector<Column<std::uint8_t>> tiny_;

@@ -209,6 +209,13 @@ void Grid::setNumber(Row row, CellId cell, double value) {
     changedCells(row);
 }
 
+void Grid::dropCell(CellId cell) {
+    cells_.drop(cell);
+    if (observer_ == nullptr) return;
+    pending_.cells.addAll();
+    if (redraw_) notify();
+}
+
 void Grid::setCellText(Row row, CellId cell, std::string_view text) {
     const std::size_t waste = cellText(row, cell).size();
     cells_.setText(row, cell, texts_.addShared(text));

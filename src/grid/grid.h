@@ -143,6 +143,8 @@ class Grid {
     CellId cell(std::string_view key) const { return cells_.find(key); }
     double number(Row row, CellId cell) const { return cells_.number(row, cell); }
     void setNumber(Row row, CellId cell, double value);
+    /// Gives back the memory of a cell that is kept on demand; it is 0 in all rows then.
+    void dropCell(CellId cell);
     std::string_view cellText(Row row, CellId cell) const { return texts_.get(cells_.text(row, cell)); }
     void setCellText(Row row, CellId cell, std::string_view text);
     const CellTable& cells() const { return cells_; }

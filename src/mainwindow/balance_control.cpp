@@ -31,7 +31,7 @@ void BalanceControl::showOfDrive() {
 
 void BalanceControl::show(Row source) {
     const Texts& texts = form_.services().texts;
-    if (isFromFile(form_.scan, source)) return form_.status.setFirst(fromFileText(texts));
+    if (isFromFile(form_.scan, source)) return form_.status.setFirst(notOnDiskText(form_.scan, source));
     if (!form_.session.state.balance.sources.contains(std::string(form_.session.tvwPL.text(source))))
         return sayNotRead(Report_GetFullpathOfNode(form_.session.tvwPL, source, false, form_.scan.paths));
     std::optional<SourceBalance> balance;

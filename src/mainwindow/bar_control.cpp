@@ -60,7 +60,8 @@ void BarControl::openColumnsMenu(BarId bar, Point at) {
 }
 
 bool BarControl::isThere(Needs needs, const Grid& grid) const {
-    if (needs == Needs::kOnDisk) return grid.rowCount() > 0 && !isFromFile(form_.scan, grid.currentRow());
+    if (needs == Needs::kOnDisk)
+        return grid.currentRow() == kNoRow ? grid.rowCount() > 0 : isOnDisk(form_.scan, grid.currentRow());
     return (needs == Needs::kRows ? grid.rowCount() : grid.selectedCount()) > 0;
 }
 

@@ -248,6 +248,7 @@ constexpr auto kReportRows = joined(rows({
     withRows({kReportSave, kButton, kSave, TL(9245, "Ordnerliste in eine Textdatei speichern"), kIconSave, kGroup, "S", &C::reportSave}),
     withRows({kReportSaveScan, kButton, TL(9054, "Scan speichern"), TL(9055, "Quelle als gespeicherten Scan (.hlscan) sichern"), kIconSave, kSame, "Shift+S", &C::reportSaveScan}),
     {kReportOpenScan, kButton, TL(9057, "Scan öffnen"), TL(9058, "Gespeicherten Scan, JSON von ncdu oder Liste von find als Quelle öffnen"), kIconNew, kSame, "Shift+O", &C::reportOpenScan},
+    withRows({kReportCompare, kButton, TL(9086, "Vergleichen"), TL(9087, "Quelle mit einem gespeicherten Scan vergleichen, oder den Vergleich beenden"), kIconCompare, kSame, "K", &C::reportCompare}),
     withRows({kReportPrint, kButton, kPrint, TL(9246, "Ordnerliste drucken"), kIconPrint, kGroup, "P", &C::reportPrint}),
 }), columns<kReportTable>(&C::reportColumn), rows({
     ranked(kGoesFirst, {kReckonOnDisk, kButton, TL(9826, "Nach Platz auf dem Datenträger rechnen"), TL(9827, "Prozente, Balken und Reihenfolge nach dem Platz auf dem Datenträger"), kIconReckonOnDisk, kSame, "D", &C::reckonOnDisk, toggles<&Options::ReckonOnDisk>}),

@@ -225,6 +225,10 @@ void reportOpenScan(MainForm& form, const CommandRow& /*row*/) {
     form.openedScans.choose();
 }
 
+void reportCompare(MainForm& form, const CommandRow& /*row*/) {
+    form.comparison.toggle();
+}
+
 void reportPrint(MainForm& form, const CommandRow& /*row*/) {
     form.report.print();
 }

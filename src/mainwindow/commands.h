@@ -49,6 +49,7 @@ void reportRemoveAll(MainForm& form, const CommandRow& row);
 void reportSave(MainForm& form, const CommandRow& row);
 void reportSaveScan(MainForm& form, const CommandRow& row);
 void reportOpenScan(MainForm& form, const CommandRow& row);
+void reportCompare(MainForm& form, const CommandRow& row);
 void reportPrint(MainForm& form, const CommandRow& row);
 void reportColumn(MainForm& form, const CommandRow& row);
 void reckonOnDisk(MainForm& form, const CommandRow& row);

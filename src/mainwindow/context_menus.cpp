@@ -30,9 +30,8 @@ struct OwnEntry {
 bool always(const MenuTarget& /*on*/) {
     return true;
 }
-// A folder of a source that was opened from a file is not on the disk.
 bool isOnDisk(const MenuTarget& on) {
-    return on.grid != GridId::kReport || !isFromFile(on.form.scan, on.row);
+    return on.grid != GridId::kReport || hl::isOnDisk(on.form.scan, on.row);
 }
 bool isSource(const MenuTarget& on) {
     return on.form.scan.tvwPL.level(on.row) == 0;

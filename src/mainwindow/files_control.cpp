@@ -1,8 +1,6 @@
 // Menus; names; what the commands ask.
 #include "mainwindow/files_control.h"
 
-#include <algorithm>
-
 #include "base/text.h"
 #include "fileops/deleting.h"
 #include "fileops/menus.h"
@@ -23,11 +21,6 @@ namespace {
 std::string withoutSlash(std::string path) {
     while (path.size() > 1 && path.ends_with('/')) path.pop_back();
     return path;
-}
-
-bool someFromFile(const MainForm& form) {
-    return std::ranges::any_of(form.session.tvwPL.selectedRows(),
-                               [&](Row row) { return isFromFile(form.scan, row); });
 }
 
 }  // namespace
@@ -58,7 +51,7 @@ bool FilesControl::hasNoMenu(const char* routine, const std::string& path) {
 void FilesControl::openReportMenu(Row row, const std::string& path, Point at) {
     form_.sources.duringCommand([&] {
         guarded(form_.services().diagnostics, {.routine = "Report_ShellContextMenu"}, [&] {
-            const bool live = !isFromFile(form_.scan, row);
+            const bool live = isOnDisk(form_.scan, row);
             if (path.empty() || (live && hasNoMenu("Report_ShellContextMenu", withoutSlash(path)))) return;
             showContextMenu({form_, GridId::kReport, row, {withoutSlash(path)}}, at);
         });
@@ -106,8 +99,8 @@ void FilesControl::deleteFiles(GridId list, bool forGood) {
 void FilesControl::showComesBack(GridId grid) {
     form_.sources.duringCommand([&] {
         const bool folders = grid == GridId::kReport;
-        if (folders && someFromFile(form_))
-            return form_.status.setFirst(fromFileText(form_.services().texts));
+        for (const Row row : folders ? form_.session.tvwPL.selectedRows() : std::vector<Row>())
+            if (!isOnDisk(form_.scan, row)) return form_.status.setFirst(notOnDiskText(form_.scan, row));
         showComesBack(folders ? foldersOf(ops(), form_.session.tvwPL.selectedRows())
                               : filesOf(*form_.lists.of(grid)));
     });

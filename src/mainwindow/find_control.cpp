@@ -37,7 +37,7 @@ std::vector<FindPlace> FindControl::places() const {
     if (form_.session.options.FindAllSources == 0) {
         const std::vector<Row> selected = report.selectedRows();
         const Row row = selected.empty() ? report.currentRow() : selected.front();
-        if (isFromFile(form_.scan, row)) return {};
+        if (row != kNoRow && !isOnDisk(form_.scan, row)) return {};
         if (row != kNoRow) return {placeOf(row)};
     }
     for (Row root = firstLiveSource(form_.scan); root != kNoRow; root = nextLiveSource(form_.scan, root))
@@ -74,8 +74,8 @@ void FindControl::start() {
         const std::vector<FindPlace> where = places();
         if (!where.empty()) return find(std::get<FindFilter>(std::move(filter)), where);
         const Texts& texts = form_.services().texts;
-        form_.status.setSecond(form_.session.tvwPL.rowCount() > 0
-                                   ? fromFileText(texts)
+        form_.status.setSecond(form_.session.tvwPL.currentRow() != kNoRow
+                                   ? notOnDiskText(form_.scan, form_.session.tvwPL.currentRow())
                                    : texts.TL(9610, "es wurde nichts eingelesen"));
     });
 }

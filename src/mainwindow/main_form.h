@@ -9,6 +9,7 @@
 #include "mainwindow/balance_control.h"
 #include "mainwindow/bar_control.h"
 #include "mainwindow/bars.h"
+#include "mainwindow/comparison_control.h"
 #include "mainwindow/disk_waiting.h"
 #include "mainwindow/drives_control.h"
 #include "mainwindow/files_control.h"
@@ -79,6 +80,7 @@ struct MainForm {
     FindControl find{*this};
     SourcesControl sources{*this};
     OpenedScans openedScans{*this};
+    ComparisonControl comparison{*this};
     BalanceControl balance{*this};
     BarControl barControl{*this};
     WindowParts parts;  ///< What the window shows.

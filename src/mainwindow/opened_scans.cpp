@@ -2,17 +2,15 @@
 
 #include <utility>
 
-#include "base/date_format.h"
 #include "base/scope_exit.h"
 #include "base/text.h"
-#include "grid/mask.h"
 #include "mainwindow/main_form.h"
 #include "mainwindow/saved_files.h"
 #include "scan/driver.h"
 #include "scan/rollup.h"
 #include "scan/saved/open_scan.h"
 #include "scan/yield.h"
-#include "views/column_masks.h"
+#include "views/list_columns.h"
 
 namespace hl {
 
@@ -98,8 +96,7 @@ void OpenedScans::noteOrigin(Row source) {
     Grid& report = form_.session.tvwPL;
     if (!report.rowNote(source).empty()) return;
     const ScanHeader& header = savedScanOf(form_.scan, source)->header;
-    const auto mask = parseMask(dateMask(form_.session.options.DateFormat));
-    const std::string date = mask ? maskedDate(*mask, localTime(header.started)) : std::string();
+    const std::string date = shownDate(form_.session.options, header.started);
     const Texts& texts = form_.services().texts;
     report.setRowNote(source, header.host.empty()
                                   ? texts.TL(9059, "aus einem gespeicherten Scan vom %1", {date})

@@ -141,8 +141,8 @@ void ReportControl::deleteFolders(bool forGood) {
 
 // A source that is handed over while the menu is open has to wait, because its scan would select other rows.
 void ReportControl::openRowsMenu(Point at) {
-    const bool onDisk = std::ranges::none_of(form_.session.tvwPL.selectedRows(),
-                                             [&](Row row) { return isFromFile(form_.scan, row); });
+    const bool onDisk = std::ranges::all_of(form_.session.tvwPL.selectedRows(),
+                                            [&](Row row) { return isOnDisk(form_.scan, row); });
     for (const CommandRow& row : commandsOf(BarId::kMain))
         if (row.parent == Command::kMenuOfSelectedFolders)
             form_.bars.cbrMain.setEnabled(idOf(row.command), onDisk);

@@ -170,6 +170,14 @@ void RunDisplay::sourceChanged(Row row) {
     form_.drives.list().Drives_RefreshDrive(row);
 }
 
+void RunDisplay::rowsWillChange() {
+    form_.comparison.rowsWillChange();
+}
+
+void RunDisplay::rowsChanged() {
+    form_.comparison.rowsChanged();
+}
+
 // --- the walk
 
 void RunDisplay::diskSilent(const std::string& text) {

@@ -37,6 +37,8 @@ class RunDisplay final : public ScanHost, public Controls {
     void listsFilled() override;
     void sourceDone(Row row) override;
     void sourceChanged(Row row) override;
+    void rowsWillChange() override;
+    void rowsChanged() override;
     void folderEntered(std::string_view path) override;
     void firstLevelFolderDone() override;
     void entriesCame(const ScanProgress& progress) override;

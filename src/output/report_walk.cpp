@@ -3,6 +3,7 @@
 
 #include "base/date_format.h"
 #include "robustness/trap.h"
+#include "scan/live_sources.h"
 #include "scan/records.h"
 
 namespace hl {
@@ -53,6 +54,10 @@ void ReportWalk::TreeViewSpeichernR(Row start, std::int32_t levels) {
 void ReportWalk::writeFrom(Row& row, Row start, std::int32_t levels) {
     while (row != kNoRow && file_.isFine()) {
         yield_.perEntry();
+        if (isGone(tvwPL_, row)) {
+            row = behind(row, start);
+            continue;
+        }
         const bool folder = tvwPL_.number(row, kIsFolder) == 1;
         appendToPath(row, folder);
         writeLine(row, folder);

@@ -24,6 +24,7 @@ constexpr IconNames kIcons[] = {
     {kIconIncomplete, nullptr, "incomplete"},
     {kIconSnapshot, nullptr, "snapshot"},
     {kIconLeftOut, nullptr, "left-out"},
+    {kIconGone, nullptr, "gone"},
     {kIconNew, "document-new", "new"},
     {kIconStart, nullptr, "start"},
     {kIconStop, "process-stop", "stop"},
@@ -82,6 +83,7 @@ constexpr IconNames kIcons[] = {
     {kIconStatistics, nullptr, "statistics"},
     {kIconMap, nullptr, "map"},
     {kIconChanges, nullptr, "changes"},
+    {kIconCompare, nullptr, "compare"},
 };
 
 }  // namespace

@@ -22,6 +22,7 @@ enum Icon : int {
     kIconIncomplete = 70,
     kIconSnapshot = 71,
     kIconLeftOut = 72,
+    kIconGone = 73,
     // Commands.
     kIconNew = 100,
     kIconStart,
@@ -81,7 +82,8 @@ enum Icon : int {
     kIconStatistics,
     kIconMap,
     kIconChanges,
-    kIconLast = kIconChanges,
+    kIconCompare,
+    kIconLast = kIconCompare,
 };
 
 struct IconNames {

@@ -37,9 +37,7 @@ void resetForSource(ScanContext& scan) {
     state.top.count = 0;
     state.top.largest = state.top.smallest = SizeValue();
     state.top.maxCount = scan.options.TOPmaxcount;
-    // A run that fills no lists leaves them as they are.
-    if (!state.SilentRun)
-        for (Grid* list : {&scan.lvwTOP, &scan.lvwJunctions, &scan.lvwHardlinks}) list->clear();
+    for (Grid* list : {&scan.lvwTOP, &scan.lvwJunctions, &scan.lvwHardlinks}) list->clear();
     if (scan.types != nullptr) scan.types->restart();
     state.links.seen.Clear();
     state.links.seen.AllowDuplicateKeys = false;

@@ -46,7 +46,8 @@ struct ListColumn {
     RowText titleAlone = {};  ///< Of a size in the unit that fits it; without one it is "Größe".
     /// Fills the cell of a row of files; null for a cell that something else fills.
     void (*fill)(const CellPlace& to, const FoundFile& file) = nullptr;
-    bool saved = true;  ///< See GridColumn.
+    bool saved = true;         ///< See GridColumn.
+    bool shownAtFirst = true;  ///< For a column without a button.
 
     // The button that shows and hides the column. With Command::kNone there is none.
     RowText button = {}, tooltip = {};

@@ -1,5 +1,7 @@
 #include "scan/live_sources.h"
 
+#include "scan/records.h"
+
 namespace hl {
 
 namespace {
@@ -25,8 +27,17 @@ Row nextLiveSource(const ScanContext& scan, Row source) {
     return liveFrom(scan, scan.tvwPL.nextSibling(source));
 }
 
-std::string fromFileText(const Texts& texts) {
-    return texts.TL(9056, "Die Quelle kommt aus einer Datei; auf dem Datenträger geschieht nichts.");
+bool isGone(const Grid& report, Row row) {
+    return report.picture(row) == kPictureGone;
+}
+
+bool isOnDisk(const ScanContext& scan, Row row) {
+    return !isFromFile(scan, row) && !isGone(scan.tvwPL, row);
+}
+
+std::string notOnDiskText(const ScanContext& scan, Row row) {
+    if (!isFromFile(scan, row)) return scan.texts.TL(9080, "Den Ordner gibt es nicht mehr.");
+    return scan.texts.TL(9056, "Die Quelle kommt aus einer Datei; auf dem Datenträger geschieht nichts.");
 }
 
 }  // namespace hl

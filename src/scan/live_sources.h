@@ -1,6 +1,6 @@
-// Which sources of the report are on this computer. Those that were opened from a file are not: nothing of
-// them is read, changed or looked for on the disk, even if their paths exist here. For the thread of the
-// logic.
+// Which rows of the report are on the disk. Sources that were opened from a file are not, and neither are the
+// grey rows of folders that a comparison shows as gone: nothing of them is read, changed or looked for on the
+// disk, even if their paths exist here. For the thread of the logic.
 #pragma once
 
 #include "scan/scan_context.h"
@@ -14,7 +14,11 @@ bool isFromFile(const ScanContext& scan, Row row);
 Row firstLiveSource(const ScanContext& scan);
 Row nextLiveSource(const ScanContext& scan, Row source);
 
-/// Says why a command does nothing.
-std::string fromFileText(const Texts& texts);
+/// Tells whether the row stands for a folder that a comparison shows as gone.
+bool isGone(const Grid& report, Row row);
+/// Tells whether the row's folder is on the disk, as far as the report knows. REQUIRES: the row exists.
+bool isOnDisk(const ScanContext& scan, Row row);
+/// Says why a command does nothing with a row that is not on the disk.
+std::string notOnDiskText(const ScanContext& scan, Row row);
 
 }  // namespace hl

@@ -19,11 +19,12 @@ enum RowPicture : int {
     kPictureIncomplete = kIconIncomplete,
     kPictureSnapshot = kIconSnapshot,
     kPictureLeftOut = kIconLeftOut,
+    kPictureGone = kIconGone,  ///< Only a comparison shows such rows.
 };
 
 /// A row of the folder report: a folder, or (with IsFolder 0) the one row that stands for all files directly
 /// in a folder that also has subfolders.
-enum FolderCell : CellId { kIsFolder, kPercent, kSize, kFiles, kFolders, kDisk, kNewest };
+enum FolderCell : CellId { kIsFolder, kPercent, kSize, kFiles, kFolders, kDisk, kNewest, kBefore, kChange };
 inline constexpr CellSpec kFolderCells[] = {
     {"IsFolder", CellType::kFlag},    //
     {"percent", CellType::kPercent},  // The share of the parent's size.
@@ -32,8 +33,13 @@ inline constexpr CellSpec kFolderCells[] = {
     {"folders", CellType::kCount},    // The folders below it, on all levels, without itself.
     {"disk", CellType::kSize},        // What the files below take on the disk, in bytes.
     {"newest", CellType::kDate},      // The last writing of a file below that was before the scan.
+    // Bytes, while the source is compared with an earlier scan: what the files below that can be compared
+    // took then, and what they take more now.
+    {"before", CellType::kSize, true},
+    {"change", CellType::kReal, true},
 };
-// A row takes 65 bytes, its name and one byte more. That is what a million folders cost.
+// A row takes 65 bytes, its name and one byte more. That is what a million folders cost. A comparison
+// adds 16.
 inline constexpr std::size_t kFolderRowBytes = Grid::kRowBytes + cellBytes(kFolderCells);
 static_assert(kFolderRowBytes == 65);
 

@@ -37,12 +37,6 @@ Row folderBelow(const Grid& report, Row row, std::string_view name) {
     return child;
 }
 
-Row filesRowBelow(const Grid& report, Row row) {
-    Row child = report.firstChild(row);
-    while (child != kNoRow && isFolder(report, child)) child = report.nextSibling(child);
-    return child;
-}
-
 bool hasFolders(const Grid& report, Row row) {
     const Row child = report.firstChild(row);
     return child != kNoRow && (isFolder(report, child) || report.nextSibling(child) != kNoRow);
@@ -439,6 +433,7 @@ std::set<std::string, std::less<>> ReportChanges::finish() {
         noteSpaceChanged(scan_, root);
         scan_.host.sourceChanged(root);
     }
+    scan_.host.rowsChanged();
     return links;
 }
 

@@ -26,7 +26,7 @@ bool holdsLinkedFiles(ScanContext& scan, const std::string& folder);
 
 class ReportChanges {
   public:
-    explicit ReportChanges(ScanContext& scan) : scan_(scan) {}
+    explicit ReportChanges(ScanContext& scan) : scan_(scan) { scan.host.rowsWillChange(); }
 
     /// The folder is no longer on the disk.
     void folderWent(std::string_view path);

@@ -125,10 +125,12 @@ void rescanCurrent(ScanContext& scan) {
     {
         const ScopeExit unlock([&] {
             scan.state.CancelState = kCancelNone;  // A Stop of this reading must not end what comes next.
+            scan.host.rowsChanged();
             EnableControls(scan);
             if (end == RunEnd::kBrokenOff) scan.host.runEnded(end);
         });
         DisableControls(scan, false);
+        scan.host.rowsWillChange();
         row = report.currentRow();
         if (report.number(row, kIsFolder) == 0 && report.parent(row) != kNoRow) row = report.parent(row);
         formerIndex = report.indexOf(report.currentRow());
@@ -187,7 +189,7 @@ void Report_ReadAllTheSame(ScanContext& scan, Row row) {
 void Report_Rescan(ScanContext& scan) {
     guarded(scan.diagnostics, [&] {
         const Row row = scan.tvwPL.currentRow();
-        if (scan.tvwPL.rowCount() != 0 && row != kNoRow && !isFromFile(scan, row)) rescanCurrent(scan);
+        if (scan.tvwPL.rowCount() != 0 && row != kNoRow && isOnDisk(scan, row)) rescanCurrent(scan);
     });
 }
 

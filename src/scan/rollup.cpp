@@ -169,6 +169,12 @@ std::string Report_GetFullpathOfNode(const Grid& tvwPL, Row row, bool addSlash, 
     return path;
 }
 
+Row filesRowBelow(const Grid& report, Row row) {
+    Row child = report.firstChild(row);
+    while (child != kNoRow && report.number(child, kIsFolder) == 1) child = report.nextSibling(child);
+    return child;
+}
+
 void Report_RemoveFolders(ScanContext& scan) {
     guarded(scan.diagnostics, [&] {
         Grid& report = scan.tvwPL;
@@ -183,6 +189,7 @@ void Report_RemoveFolders(ScanContext& scan) {
         if (scan.largest != nullptr) scan.largest->dropSource(row);
         if (scan.facts != nullptr) scan.facts->dropSource(row);
         report.setEnabled(true);
+        scan.host.rowsChanged();
         scan.host.selectionGone();
         if (report.rowCount() == 0) scan.state.DeepestLevel = 0;
     });

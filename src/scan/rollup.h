@@ -26,6 +26,9 @@ void Report_Shade(ScanContext& scan, Row row);
 /// grid. REQUIRES: there are subfolders that it has to stand beside.
 void Report_AddFilesRow(ScanContext& scan, Row folder, const ScanTotals& files, TextRef text);
 
+/// Returns that row of a folder; kNoRow if it has none.
+Row filesRowBelow(const Grid& report, Row folder);
+
 /// Adds what was found elsewhere.
 void addTotals(ScanTotals& sum, const ScanTotals& more);
 /// Adds what was found below the row to all rows between it and `top`, both left out.

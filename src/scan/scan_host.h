@@ -64,6 +64,12 @@ class ScanHost {
     /// What lies below the source of this row takes other space than before.
     virtual void sourceChanged(Row /*row*/) {}
 
+    // --- the rows of what was read before
+    /// Rows are about to be read again, renamed or removed, one by one.
+    virtual void rowsWillChange() {}
+    /// That is done, and the rows are what a fresh scan would show; or sources were removed.
+    virtual void rowsChanged() {}
+
     // --- the walk
     /// A folder is entered. `path` ends with a separator and is valid during the call.
     virtual void folderEntered(std::string_view /*path*/) {}

@@ -3,6 +3,8 @@
 #include <algorithm>
 
 #include "app/option_table.h"
+#include "base/date_format.h"
+#include "grid/mask.h"
 #include "grid/no_redraw.h"
 #include "platform/percent_bar.h"
 #include "scan/file_columns.h"
@@ -81,13 +83,14 @@ bool isNumber(ColumnKind kind) {
 
 GridColumn columnOf(const ListTable& table, const ListColumn& column, const Options& options,
                     const Texts& texts) {
-    GridColumn shown = {.title = texts.TL(column.title.id, column.title.german),
-                        .key = std::string(table.keyOf(column.cell)),
-                        .mask = maskOf(column, options, texts),
-                        .alignment = isNumber(column.kind) ? Alignment::kRight : Alignment::kLeft,
-                        .visible = column.command == Command::kNone || column.shown(options) != 0,
-                        .roundsUnit = column.kind != ColumnKind::kSizeWithUnit,
-                        .saved = column.saved};
+    GridColumn shown = {
+        .title = texts.TL(column.title.id, column.title.german),
+        .key = std::string(table.keyOf(column.cell)),
+        .mask = maskOf(column, options, texts),
+        .alignment = isNumber(column.kind) ? Alignment::kRight : Alignment::kLeft,
+        .visible = column.command == Command::kNone ? column.shownAtFirst : column.shown(options) != 0,
+        .roundsUnit = column.kind != ColumnKind::kSizeWithUnit,
+        .saved = column.saved};
     if (column.kind == ColumnKind::kBar) shown.barColor = column.barColor;
     if (column.barMore != kNoCell) shown.barMoreKey = table.keyOf(column.barMore);
     if (column.kind == ColumnKind::kPercent) shown.barColor = kShareColor, shown.barBehind = true;
@@ -114,6 +117,11 @@ void setDateFormat(Grid& grid, const ListTable& table, const Options& options) {
     for (std::size_t i = 0; i < table.columns.size(); ++i)
         if (table.columns[i].kind == ColumnKind::kDate)
             grid.changeColumn(i).mask = dateMask(options.DateFormat);
+}
+
+std::string shownDate(const Options& options, std::int64_t seconds) {
+    const auto mask = parseMask(dateMask(options.DateFormat));
+    return mask ? maskedDate(*mask, localTime(seconds)) : std::string();
 }
 
 void showSizes(Grid& grid, const ListTable& table, const Options& options, const Texts& texts) {

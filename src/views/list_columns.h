@@ -35,4 +35,8 @@ void setDateFormat(Grid& grid, const ListTable& table, const Options& options);
 /// columns.
 void showSizes(Grid& grid, const ListTable& table, const Options& options, const Texts& texts);
 
+/// Returns a time as the lists show it; empty if the options have no picture for it. `seconds` count from
+/// 1970.
+std::string shownDate(const Options& options, std::int64_t seconds);
+
 }  // namespace hl

@@ -18,6 +18,8 @@ enum ReportColumn : std::size_t {
     kReportFolders,
     kReportDisk,
     kReportNewest,
+    kReportBefore,  ///< This one and the next show while a source is compared.
+    kReportChange,
 };
 inline constexpr ListColumn kReportColumns[] = {
     {.title = TL(9100, "Name")},
@@ -62,7 +64,17 @@ inline constexpr ListColumn kReportColumns[] = {
      .tooltip = TL(9825, "Spalte 'Neueste Änderung' anzeigen"),
      .icon = kIconNewest,
      .command = Command::kReportNewestColumn,
-     .shown = {&Options::ColNewestVisible}}};
+     .shown = {&Options::ColNewestVisible}},
+    {.cell = kBefore,
+     .kind = ColumnKind::kSize,
+     .title = TL(9082, "Vorher (%1)"),
+     .titleAlone = TL(9083, "Vorher"),
+     .shownAtFirst = false},
+    {.cell = kChange,
+     .kind = ColumnKind::kSize,
+     .title = TL(9084, "Änderung (%1)"),
+     .titleAlone = TL(9085, "Änderung"),
+     .shownAtFirst = false}};
 inline constexpr ListTable kReportTable = {kFolderCells, kReportColumns, kSize, &Options::FileSizeFormat,
                                            &Options::SizeFormatNachkommastellenFolders};
 

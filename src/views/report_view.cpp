@@ -229,6 +229,7 @@ void ReportView::removeAll() {
     if (scan_.statistics != nullptr) scan_.statistics->clear();
     if (scan_.largest != nullptr) scan_.largest->clear();
     if (scan_.facts != nullptr) scan_.facts->clear();
+    scan_.host.rowsChanged();
     host_.showFilesOf("");
     scan_.state.DeepestLevel = 0;
     scan_.state.fileList.folder.clear();
@@ -342,7 +343,7 @@ void ReportView::tellOf(Row row, MouseButton button, Point at) {
 bool ReportView::follow(Row row) {
     const Row current = grid_.currentRow();
     const std::string path = folderPath(row);
-    const bool live = !isFromFile(scan_, row);
+    const bool live = isOnDisk(scan_, row);
     if (live) host_.selectDriveOf(row);
     host_.showFilesOf(live ? path : "");
     // Another row may be current now, and this one may be gone.
@@ -421,7 +422,7 @@ void ReportView::KeyUp(int key) {
         if (key == kKeyUp || key == kKeyDown) tellOf(first, MouseButton::kLeft, {});
         if (key == kKeyPageUp || key == kKeyPageDown) showSelection({});
         if (key == kKeyF2 && grid_.selectedCount() == 1 && grid_.level(first) > 0 &&
-            grid_.number(first, kIsFolder) == 1 && !isFromFile(scan_, first))
+            grid_.number(first, kIsFolder) == 1 && isOnDisk(scan_, first))
             pane_.editCell(first);
     });
 }

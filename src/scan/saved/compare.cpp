@@ -31,6 +31,7 @@ class Comparing {
             if (moved_[i]) pairTree(toBefore_[i], i, true);
         for (std::uint32_t i = 0; i < after_.size(); ++i) takeAfter(i);
         for (std::uint32_t i = 0; i < before_.size(); ++i) takeGone(i);
+        takeOwn();
         return std::move(changes_);
     }
 
@@ -46,6 +47,7 @@ class Comparing {
     bool isSame(std::uint32_t before, std::uint32_t after) const;
     void takeAfter(std::uint32_t place);
     void takeGone(std::uint32_t place);
+    void takeOwn();
     static FileSums sumOf(const FolderList& list, std::uint32_t place,
                           const std::vector<std::uint32_t>& partners);
 
@@ -155,10 +157,28 @@ void Comparing::takeGone(std::uint32_t place) {
     if (toAfter_[place] != kNone || place == 0) return;
     const std::uint32_t parent = toAfter_[before_.at(place).parent];
     if (parent == kNone || isUnread(after_.at(parent))) return;
-    FolderChange change{.kind = FolderChange::Kind::kGone, .before = place};
+    FolderChange change{.kind = FolderChange::Kind::kGone, .before = place, .after = parent};
     change.was = sumOf(before_, place, toAfter_);
     changes_.was.add(change.was);
     changes_.folders.push_back(change);
+}
+
+// A folder comes in front of what lies in it, so the top of a new tree tells for all of it whether it is
+// known to be new.
+void Comparing::takeOwn() {
+    changes_.own.resize(after_.size());
+    std::vector<bool> isNew(after_.size(), false);
+    for (std::uint32_t i = 0; i < after_.size(); ++i) {
+        const ListedFolder& folder = after_.at(i);
+        const std::uint32_t before = toBefore_[i];
+        if (before == kNone) {
+            const std::uint32_t above = toBefore_[folder.parent];
+            isNew[i] = above == kNone ? isNew[folder.parent] : !isUnread(before_.at(above));
+            if (isNew[i]) changes_.own[i] = {0, folder.own.bytes};
+        } else if (!isUnread(before_.at(before)) && !isUnread(folder)) {
+            changes_.own[i] = {before_.at(before).own.bytes, folder.own.bytes};
+        }
+    }
 }
 
 // Sums the tree without those that are elsewhere in the other list, and without what lies in these; a folder

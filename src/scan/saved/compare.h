@@ -22,7 +22,8 @@ struct FolderChange {
         kGone,  ///< A tree that is not there any more.
     };
     Kind kind = Kind::kSame;
-    std::uint32_t before = FolderList::kNone, after = FolderList::kNone;  ///< Places in the lists.
+    /// Places in the lists. Of a gone one, `after` is the folder that it lay in.
+    std::uint32_t before = FolderList::kNone, after = FolderList::kNone;
     FileSums was = {}, is = {};
 
     std::int64_t bytes() const {
@@ -35,6 +36,12 @@ struct ScanChanges {
     /// whose own files take as many bytes as before are not in it.
     std::vector<FolderChange> folders;
     FileSums was, is;  ///< All that can be compared.
+
+    /// Bytes of the files directly in a folder, as far as they can be compared.
+    struct Own {
+        std::uint64_t was = 0, is = 0;
+    };
+    std::vector<Own> own;  ///< Of each place in the later list.
 };
 
 ScanChanges compareScans(const FolderList& before, const FolderList& after);

@@ -2,7 +2,9 @@
 
 #include "app/product.h"
 #include "scan/driver.h"
+#include "scan/file_columns.h"
 #include "scan/not_read.h"
+#include "scan/records.h"
 #include "scan/rollup.h"
 #include "scan/saved/scan_format.h"
 #include "scan/saved/scan_writer.h"
@@ -33,9 +35,11 @@ Row openForeignTree(ScanContext& scan, const ForeignTree& tree) {
     const Services services{scan.settings, scan.texts,   scan.log,         scan.files,  disk,
                             scan.pump,     scan.console, scan.diagnostics, scan.paths,  scan.numbers,
                             scan.bases,    nullptr,      scan.owners,      scan.machine};
-    ScanContext opening{services,    scan.state,        scan.options,      scan.cboOrdner, scan.tvwPL,
-                        scan.lvwTOP, scan.lvwHardlinks, scan.lvwJunctions, scan.host,      scan.controls,
-                        scan.types,  scan.statistics,   scan.largest,      scan.facts};
+    // The files of the tree are not on the disk, so no list shows them.
+    Grid top(kFileCells), hardlinks(kFileCells), junctions(kJunctionCells);
+    ScanContext opening{services,   scan.state,      scan.options, scan.cboOrdner, scan.tvwPL,
+                        top,        hardlinks,       junctions,    scan.host,      scan.controls,
+                        scan.types, scan.statistics, scan.largest, scan.facts};
     const Row row =
         QuelleEinlesen(opening, AddTrailingSlash(tree.source, scan.paths), kPictureSource, kNoRow);
     if (row == kNoRow || scan.facts->sourceOf(row) == nullptr) return kNoRow;

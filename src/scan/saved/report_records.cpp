@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <tuple>
 
+#include "scan/live_sources.h"
 #include "scan/not_read.h"
 #include "scan/records.h"
 
@@ -71,6 +72,7 @@ void ReportRecords::openChildren(Row row, ScanRecord& record) {
     const std::size_t first = rows_.size();
     Row filesRow = kNoRow;
     for (Row child = report.firstChild(row); child != kNoRow; child = report.nextSibling(child)) {
+        if (isGone(report, child)) continue;
         if (report.number(child, kIsFolder) == 1)
             rows_.push_back(child);
         else
@@ -88,7 +90,7 @@ void ReportRecords::openChildren(Row row, ScanRecord& record) {
     record.children = rows_.size() - first;
     levels_.push_back({first, rows_.size()});
     fillOwn(record, first);
-    const Row own = report.hasChildren(row) ? filesRow : row;
+    const Row own = rows_.size() > first || filesRow != kNoRow ? filesRow : row;
     const bool none = record.own.files == 0 || own == kNoRow;
     record.newest = none ? 0 : static_cast<std::int64_t>(report.number(own, kNewest));
 }

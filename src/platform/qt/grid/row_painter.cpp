@@ -264,8 +264,9 @@ void RowPainter::paintTexts(QPainter& painter, Row row, const QRect& space, cons
     if (space.width() <= 0) return;
     // The end of a name or a path says more than its middle.
     const QString text = metrics_.elidedText(cellText(row, 0), Qt::ElideMiddle, space.width());
-    const bool leftOut = sources_.grid.picture(row) == kIconLeftOut;
-    painter.setPen(leftOut ? dimmedOn(colors.ground, colors.text) : colors.text);
+    const int picture = sources_.grid.picture(row);
+    const bool grey = picture == kIconLeftOut || picture == kIconGone;
+    painter.setPen(grey ? dimmedOn(colors.ground, colors.text) : colors.text);
     painter.drawText(space, Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine, text);
     const QString more = note(row);
     if (more.isEmpty()) return;

@@ -1,0 +1,146 @@
+#include "mainwindow/comparison_control.h"
+
+#include <utility>
+
+#include "base/scope_exit.h"
+#include "base/text.h"
+#include "grid/no_redraw.h"
+#include "mainwindow/main_form.h"
+#include "mainwindow/saved_files.h"
+#include "robustness/trap.h"
+#include "scan/driver.h"
+#include "scan/rollup.h"
+#include "scan/scan_options_text.h"
+#include "scan/yield.h"
+#include "views/list_columns.h"
+#include "views/report_columns.h"
+
+namespace hl {
+
+namespace {
+
+constexpr const char* kFilter = "HLSCAN (*.hlscan)|*.hlscan|* (*)|*";
+constexpr std::size_t kColumns[] = {kReportBefore, kReportChange};
+
+}  // namespace
+
+void ComparisonControl::toggle() {
+    if (form_.session.state.ScanActive) return;
+    form_.sources.duringCommand([&] {
+        if (isShown()) return end();
+        const std::string path =
+            form_.window->dialogs.askOpenPath(kFilter, std::string(1, form_.services().paths.separator));
+        if (!path.empty())
+            guarded(form_.services().diagnostics, {.routine = "compareWith"}, [&] { compareWith(path); });
+    });
+}
+
+// The window is locked while the file is read, which may lie on a disk that does not answer.
+void ComparisonControl::compareWith(const std::string& path) {
+    const Grid& report = form_.session.tvwPL;
+    const Row row = report.currentRow() != kNoRow ? report.currentRow() : report.firstRoot();
+    if (row == kNoRow) return;
+    const Row source = report.rootOf(row);
+    std::variant<ScanFile, std::string> file = std::string();
+    {
+        const BusyPointer busy(form_.scan.controls);
+        DisableControls(form_.scan, true);
+        const ScopeExit unlock([&] { EnableControls(form_.scan); });
+        file = readScanFile(form_.services(), path, nullptr);
+    }
+    if (form_.closed) return;
+    if (const auto* problem = std::get_if<std::string>(&file)) {
+        form_.window->dialogs.message(MessageKind::kWarning, *problem);
+        return;
+    }
+    const std::string doubt = doubts(std::get<ScanFile>(file).scan->header, source);
+    if (!doubt.empty() && !form_.window->dialogs.message(MessageKind::kQuestion, doubt)) return;
+    if (!form_.closed) begin(std::get<ScanFile>(file), source);
+}
+
+// Returns why a comparison may say little, as a question; empty if there is no reason.
+std::string ComparisonControl::doubts(const ScanHeader& header, Row source) const {
+    const Texts& texts = form_.services().texts;
+    std::string text;
+    if (const std::string_view path = form_.session.tvwPL.text(source); header.source != path)
+        text += texts.TL(9088, "Der gespeicherte Scan ist von '%1', die Quelle ist '%2'.",
+                         {visible(header.source), visible(path)}) +
+                "\n";
+    const SourceFacts* facts = form_.session.facts.sourceOf(source);
+    const std::string others = differingOptions(header.options, facts == nullptr ? "{}" : facts->options);
+    if (!others.empty())
+        text += texts.TL(9089, "Der gespeicherte Scan wurde mit anderen Optionen eingelesen: %1.",
+                         {visible(others)}) +
+                "\n";
+    return text.empty() ? text : text + "\n" + texts.TL(9090, "Trotzdem vergleichen?");
+}
+
+void ComparisonControl::begin(const ScanFile& file, Row source) {
+    earlier_ = Earlier{FolderList::of(file), file.scan->header};
+    source_ = source;
+    const BusyPointer busy(form_.scan.controls);
+    DisableControls(form_.scan, true);
+    {
+        const ScopeExit unlock([&] { EnableControls(form_.scan); });
+        show();
+    }
+    showColumns(true);
+    form_.map.reportChanged();
+}
+
+void ComparisonControl::rowsWillChange() {
+    if (isShown()) removeGoneRows(form_.session.tvwPL, source_);
+}
+
+void ComparisonControl::rowsChanged() {
+    if (!isShown()) return;
+    const Grid& report = form_.session.tvwPL;
+    if (!report.tree().exists(source_) || report.parent(source_) != kNoRow) return end();
+    rowsWillChange();
+    guarded(form_.services().diagnostics, {.routine = "showChanges"}, [&] { show(); });
+}
+
+void ComparisonControl::show() {
+    const NoRedraw off(form_.session.tvwPL);
+    showChanges(form_.scan, source_, earlier_->folders);
+    Report_Sort(form_.scan);
+}
+
+void ComparisonControl::end() {
+    Grid& report = form_.session.tvwPL;
+    const Row source = std::exchange(source_, kNoRow);
+    earlier_.reset();
+    if (report.tree().exists(source)) removeGoneRows(report, source);
+    showColumns(false);
+    dropChangeCells(report);
+    sortAsUsual();
+    form_.map.reportChanged();
+}
+
+void ComparisonControl::showColumns(bool on) {
+    for (const std::size_t column : kColumns) form_.report.view().Report_ChangeColVisible(column, on);
+    form_.bars.cbrReport.setCaption(idOf(Command::kReportTitle), title());
+}
+
+// Rows that were sorted by a column that no longer shows are sorted by their size.
+void ComparisonControl::sortAsUsual() {
+    Grid& report = form_.session.tvwPL;
+    const std::string& key = report.levelSort(0).key;
+    if (key != kFolderCells[kBefore].key && key != kFolderCells[kChange].key) return;
+    for (std::uint32_t level = 0; level < Grid::kSortLevels; ++level)
+        report.levelSort(level) = {.key = std::string(kFolderCells[reckonedCell(form_.session.options)].key)};
+    Report_Sort(form_.scan);
+}
+
+std::string ComparisonControl::title() const {
+    const Texts& texts = form_.services().texts;
+    const std::string folders = texts.TL(3625, "Ordner");
+    if (!isShown()) return folders;
+    const ScanHeader& header = earlier_->header;
+    const std::string date = shownDate(form_.session.options, header.started);
+    return header.complete
+               ? texts.TL(9091, "%1, verglichen mit dem Scan vom %2", {folders, date})
+               : texts.TL(9092, "%1, verglichen mit dem unvollständigen Scan vom %2", {folders, date});
+}
+
+}  // namespace hl
