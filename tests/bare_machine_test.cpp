@@ -136,7 +136,7 @@ TEST_F(BareMachine, ATerminalShowsHowFarTheBuildIs) {
 
 TEST_F(BareMachine, ACheckNamesWhatFailedLastAndCountsWhatWasSkipped) {
     putApt();
-    for (const char* tool : {"clang-format", "clang-tidy", "python3"}) put("deb/" + std::string(tool), "");
+    for (const char* tool : {"clang-format", "clang-tidy", "shellcheck", "python3"}) put("deb/" + std::string(tool), "");
     const std::string good = "echo '[ RUN      ] A.Good'; echo '[       OK ] A.Good (1 ms)'\n";
     const std::string ends = "echo '[==========] 3 tests from 1 test suite ran. (3 ms total)'\n";
     put("deb/unit_tests", good +
@@ -153,7 +153,7 @@ TEST_F(BareMachine, ACheckNamesWhatFailedLastAndCountsWhatWasSkipped) {
     const std::string said = run("./check");
     EXPECT_TRUE(said.starts_with("1 ")) << said;
     EXPECT_TRUE(has(said, "\nSkipped: A.Off: no screen\n[ RUN      ] A.Bad\nwhy\n"));
-    EXPECT_TRUE(said.ends_with("\nFAILED: A.Bad (release)\n5 passed, 1 failed, 1 skipped\n")) << said;
+    EXPECT_TRUE(said.ends_with("\nFAILED: A.Bad (release)\n6 passed, 1 failed, 1 skipped\n")) << said;
 }
 
 }  // namespace

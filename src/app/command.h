@@ -69,6 +69,7 @@ enum class Command : int {
     kReportSaveScan = commandNumber(BarId::kReport, 600),
     kReportOpenScan = commandNumber(BarId::kReport, 601),
     kReportCompare = commandNumber(BarId::kReport, 602),
+    kReportCompareFile = commandNumber(BarId::kReport, 603),
     kReportPrint = commandNumber(BarId::kReport, 6),
     kReportRemove = commandNumber(BarId::kReport, 7),
     kReportRemoveAll = commandNumber(BarId::kReport, 9),
@@ -224,6 +225,7 @@ enum class Command : int {
     // The map.
     kMapTitle = commandNumber(BarId::kMap, 0),
     kMapColours = commandNumber(BarId::kMap, 581),
+    kMapByChange = commandNumber(BarId::kMap, 592),
     kMapByKind,
     kMapByAge,
     kMapByOwner,

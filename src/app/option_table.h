@@ -38,6 +38,7 @@ enum class LoadStep {
     kStatistics,
     kMap,
     kChanges,
+    kKeptScans,
 };
 
 /// The field that a value goes to. Its type decides how the value is read: as a whole number from 0 to 255, a
@@ -154,6 +155,7 @@ inline constexpr auto kOptionTable = [] {
         {"FontSizeChanges", "9", &Options::FontSizeChanges, kFontSizes},
         {"FontNameChanges", "Tahoma", &Options::FontNameChanges, kFontNames},
         {"FontStyleChanges", "", &Options::FontStyleChanges, kFontNames},
+        {"KeepScans", "0", &Options::KeepScans, kKeptScans},
     });
 }();
 // clang-format on

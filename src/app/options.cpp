@@ -137,7 +137,7 @@ class Saver {
 /// Tells whether the options dialog saves what is read in this step.
 bool isOfDialog(LoadStep step) {
     return step == LoadStep::kDateFormat || step == LoadStep::kAskBeforeDelete ||
-           step == LoadStep::kSnapshots;
+           step == LoadStep::kSnapshots || step == LoadStep::kKeptScans;
 }
 
 struct Routine {
@@ -202,6 +202,7 @@ void OptionenLadenMain(Options& options, const SettingsStore& store, Diagnostics
     if (!onlyDialog) loadStep(LoadStep::kStatistics);
     if (!onlyDialog) loadStep(LoadStep::kMap);
     if (!onlyDialog) loadStep(LoadStep::kChanges);
+    loadStep(LoadStep::kKeptScans);
     options.Exclude = readRules(store.read());
 }
 

@@ -27,6 +27,7 @@ struct Options {
     Flag CreateStatistics = 0;
     /// Snapshots count although their origin is in the same source.
     Flag CountSnapshots = 0;
+    Flag KeepScans = 0;  ///< The number of scans that are kept of each source.
     /// Rules of what is left out, each a line as scan/rule_text.h reads it.
     std::vector<std::string> Exclude;
     // What the folder report shows.

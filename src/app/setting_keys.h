@@ -29,6 +29,7 @@ inline constexpr NumberKey kKeyLanguage{kSectionGeneral, "Lang", 0};
 inline constexpr NumberKey kKeyExplorerVerb{kSectionOptions, "Kontextmenu", 0};
 inline constexpr NumberKey kKeySingleInstance{kSectionOptions, "Instanz", 1};
 inline constexpr NumberKey kKeyAskBeforeDelete{kSectionOptions, "AskBeforeDelete", 1};
+inline constexpr NumberKey kKeyKeepScans{kSectionOptions, "KeepScans", 0};
 inline constexpr NumberKey kKeyCountSnapshots{kSectionOptions, "CountSnapshots", 0};
 
 /// With a number from 0 to 99 behind it: the rules of what a scan leaves out.

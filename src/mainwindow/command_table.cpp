@@ -248,7 +248,8 @@ constexpr auto kReportRows = joined(rows({
     withRows({kReportSave, kButton, kSave, TL(9245, "Ordnerliste in eine Textdatei speichern"), kIconSave, kGroup, "S", &C::reportSave}),
     withRows({kReportSaveScan, kButton, TL(9054, "Scan speichern"), TL(9055, "Quelle als gespeicherten Scan (.hlscan) sichern"), kIconSave, kSame, "Shift+S", &C::reportSaveScan}),
     {kReportOpenScan, kButton, TL(9057, "Scan öffnen"), TL(9058, "Gespeicherten Scan, JSON von ncdu oder Liste von find als Quelle öffnen"), kIconNew, kSame, "Shift+O", &C::reportOpenScan},
-    withRows({kReportCompare, kButton, TL(9086, "Vergleichen"), TL(9087, "Quelle mit einem gespeicherten Scan vergleichen, oder den Vergleich beenden"), kIconCompare, kSame, "K", &C::reportCompare}),
+    withRows({kReportCompare, kSplitButton, TL(9086, "Vergleichen"), TL(9087, "Quelle mit einem gespeicherten Scan vergleichen, oder den Vergleich beenden"), kIconCompare, kSame, "K", &C::reportCompare}),
+    withRows({kReportCompareFile, kButton, TL(9121, "Mit einem gespeicherten Scan..."), {}, -1, kSame, {}, &C::reportCompareFile, {}, kReportCompare}),
     withRows({kReportPrint, kButton, kPrint, TL(9246, "Ordnerliste drucken"), kIconPrint, kGroup, "P", &C::reportPrint}),
 }), columns<kReportTable>(&C::reportColumn), rows({
     ranked(kGoesFirst, {kReckonOnDisk, kButton, TL(9826, "Nach Platz auf dem Datenträger rechnen"), TL(9827, "Prozente, Balken und Reihenfolge nach dem Platz auf dem Datenträger"), kIconReckonOnDisk, kSame, "D", &C::reckonOnDisk, toggles<&Options::ReckonOnDisk>}),
@@ -375,6 +376,7 @@ constexpr auto kMapRows = rows({
     {kMapByAge, kButton, TL(9704, "Nach Alter"), {}, -1, kSame, {}, &C::mapColour, kMapColour, kMapColours, 1},
     {kMapByOwner, kButton, TL(9705, "Nach Eigentümer"), {}, -1, kSame, {}, &C::mapColour, kMapColour, kMapColours, 2},
     {kMapByDepth, kButton, TL(9421, "Nach Ordnerebene"), {}, -1, kSame, {}, &C::mapColour, kMapColour, kMapColours, 3},
+    {kMapByChange, kButton, TL(9118, "Nach Änderung, beim Vergleichen"), {}, -1, kSame, {}, &C::mapColour, kMapColour, kMapColours, 4},
     withRows({kMapUp, kButton, TL(9422, "Ebene höher"), TL(9423, "Den Ordner darüber zeigen"), kIconCollapse, kSame, {}, &C::mapUp}),
     withRows({kMapSave, kMenuButton, kSave, TL(9424, "Karte als Bild speichern"), kIconSave, kGroup}),
     {kMapSavePng, kButton, TL(9425, "Als PNG"), {}, -1, kSame, {}, &C::mapSave, {}, kMapSave},

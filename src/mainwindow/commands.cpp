@@ -88,7 +88,8 @@ void showMap(MainForm& form, const CommandRow& /*row*/) {
 void showOptions(MainForm& form, const CommandRow& /*row*/) {
     Session& session = form.session;
     const Services& services = session.services;
-    OptionsForm frmOptionen(services, form.own.verb, form.own.executable);
+    OptionsForm frmOptionen(services, form.own.verb, form.own.executable,
+                            [&form] { return form.keptScans.removeAll(); });
     Form dialog = frmOptionen.form();
     form.window->dialogs.showForm(dialog);
     OptionenLadenMain(session.options, services.settings, services.diagnostics, true);
@@ -227,6 +228,10 @@ void reportOpenScan(MainForm& form, const CommandRow& /*row*/) {
 
 void reportCompare(MainForm& form, const CommandRow& /*row*/) {
     form.comparison.toggle();
+}
+
+void reportCompareFile(MainForm& form, const CommandRow& /*row*/) {
+    form.comparison.chooseFile();
 }
 
 void reportPrint(MainForm& form, const CommandRow& /*row*/) {

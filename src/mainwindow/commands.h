@@ -50,6 +50,7 @@ void reportSave(MainForm& form, const CommandRow& row);
 void reportSaveScan(MainForm& form, const CommandRow& row);
 void reportOpenScan(MainForm& form, const CommandRow& row);
 void reportCompare(MainForm& form, const CommandRow& row);
+void reportCompareFile(MainForm& form, const CommandRow& row);
 void reportPrint(MainForm& form, const CommandRow& row);
 void reportColumn(MainForm& form, const CommandRow& row);
 void reckonOnDisk(MainForm& form, const CommandRow& row);

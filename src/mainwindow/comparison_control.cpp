@@ -28,19 +28,35 @@ void ComparisonControl::toggle() {
     if (form_.session.state.ScanActive) return;
     form_.sources.duringCommand([&] {
         if (isShown()) return end();
-        const std::string path =
-            form_.window->dialogs.askOpenPath(kFilter, std::string(1, form_.services().paths.separator));
-        if (!path.empty())
-            guarded(form_.services().diagnostics, {.routine = "compareWith"}, [&] { compareWith(path); });
+        const Row row = source();
+        const std::string kept = row == kNoRow ? std::string() : form_.keptScans.lastBefore(row);
+        compareWith(kept.empty() ? ask() : kept);
     });
+}
+
+void ComparisonControl::chooseFile() {
+    if (form_.session.state.ScanActive) return;
+    form_.sources.duringCommand([&] {
+        if (isShown()) end();
+        compareWith(ask());
+    });
+}
+
+std::string ComparisonControl::ask() {
+    return form_.window->dialogs.askOpenPath(kFilter, std::string(1, form_.services().paths.separator));
+}
+
+/// The one of the current row, or the first one; kNoRow in an empty report.
+Row ComparisonControl::source() const {
+    const Grid& report = form_.session.tvwPL;
+    const Row row = report.currentRow() != kNoRow ? report.currentRow() : report.firstRoot();
+    return row == kNoRow ? kNoRow : report.rootOf(row);
 }
 
 // The window is locked while the file is read, which may lie on a disk that does not answer.
 void ComparisonControl::compareWith(const std::string& path) {
-    const Grid& report = form_.session.tvwPL;
-    const Row row = report.currentRow() != kNoRow ? report.currentRow() : report.firstRoot();
-    if (row == kNoRow) return;
-    const Row source = report.rootOf(row);
+    const Row row = source();
+    if (path.empty() || row == kNoRow || form_.closed) return;
     std::variant<ScanFile, std::string> file = std::string();
     {
         const BusyPointer busy(form_.scan.controls);
@@ -53,9 +69,11 @@ void ComparisonControl::compareWith(const std::string& path) {
         form_.window->dialogs.message(MessageKind::kWarning, *problem);
         return;
     }
-    const std::string doubt = doubts(std::get<ScanFile>(file).scan->header, source);
+    const std::string doubt = doubts(std::get<ScanFile>(file).scan->header, row);
     if (!doubt.empty() && !form_.window->dialogs.message(MessageKind::kQuestion, doubt)) return;
-    if (!form_.closed) begin(std::get<ScanFile>(file), source);
+    if (!form_.closed)
+        guarded(form_.services().diagnostics, {.routine = "compareWith"},
+                [&] { begin(std::get<ScanFile>(file), row); });
 }
 
 // Returns why a comparison may say little, as a question; empty if there is no reason.
@@ -102,8 +120,34 @@ void ComparisonControl::rowsChanged() {
 
 void ComparisonControl::show() {
     const NoRedraw off(form_.session.tvwPL);
-    showChanges(form_.scan, source_, earlier_->folders);
+    const ReportComparison shown = showChanges(form_.scan, source_, earlier_->folders);
+    form_.session.tvwPL.changeColumn(kReportChange).barMost = shown.largest;
     Report_Sort(form_.scan);
+    form_.lists.changes().show(listed(shown));
+}
+
+std::vector<ShownChange> ComparisonControl::listed(const ReportComparison& shown) const {
+    const std::string source = AddTrailingSlash(form_.session.tvwPL.text(source_), form_.services().paths);
+    const auto pathIn = [&](const FolderList& list, std::uint32_t place) {
+        return place == 0 ? std::string(form_.session.tvwPL.text(source_)) : source + list.path(place);
+    };
+    using Kind = FolderChange::Kind;
+    using State = ShownChange::State;
+    std::vector<ShownChange> all;
+    for (const FolderChange& change : shown.changes.folders) {
+        ShownChange& one = all.emplace_back();
+        const bool gone = change.kind == Kind::kGone;
+        one.state = gone                            ? State::kGone
+                    : change.kind == Kind::kNew     ? State::kNew
+                    : change.kind == Kind::kRenamed ? State::kRenamed
+                    : change.bytes() > 0            ? State::kGrown
+                                                    : State::kShrunk;
+        one.path = gone ? pathIn(earlier_->folders, change.before) : pathIn(shown.after, change.after);
+        if (change.kind == Kind::kRenamed) one.was = pathIn(earlier_->folders, change.before);
+        one.before = change.was.bytes;
+        one.now = change.is.bytes;
+    }
+    return all;
 }
 
 void ComparisonControl::end() {
@@ -113,6 +157,7 @@ void ComparisonControl::end() {
     if (report.tree().exists(source)) removeGoneRows(report, source);
     showColumns(false);
     dropChangeCells(report);
+    form_.lists.changes().clear();
     sortAsUsual();
     form_.map.reportChanged();
 }

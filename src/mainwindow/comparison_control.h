@@ -6,9 +6,11 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "scan/saved/folder_list.h"
 #include "scan/saved/report_comparison.h"
+#include "views/changes_view.h"
 
 namespace hl {
 
@@ -18,9 +20,11 @@ class ComparisonControl {
   public:
     explicit ComparisonControl(MainForm& form) : form_(form) {}
 
-    /// Asks for a saved scan and compares the source of the current row with it; or ends the comparison that
-    /// shows.
+    /// Compares the source of the current row with the last scan of it that was kept before, or, if there is
+    /// none, with a saved scan that the user is asked for; or ends the comparison that shows.
     void toggle();
+    /// Asks for a saved scan in any case. A comparison that shows ends.
+    void chooseFile();
     bool isShown() const { return earlier_.has_value(); }
 
     // --- what becomes of the rows meanwhile (ScanHost)
@@ -34,9 +38,12 @@ class ComparisonControl {
     };
 
     void compareWith(const std::string& path);
+    std::string ask();
+    Row source() const;
     std::string doubts(const ScanHeader& header, Row source) const;
     void begin(const ScanFile& file, Row source);
     void show();
+    std::vector<ShownChange> listed(const ReportComparison& shown) const;
     void showColumns(bool on);
     void sortAsUsual();
     std::string title() const;

@@ -14,6 +14,7 @@
 #include "mainwindow/drives_control.h"
 #include "mainwindow/files_control.h"
 #include "mainwindow/find_control.h"
+#include "mainwindow/kept_scans.h"
 #include "mainwindow/lists_control.h"
 #include "mainwindow/looks_control.h"
 #include "mainwindow/map_control.h"
@@ -81,6 +82,7 @@ struct MainForm {
     SourcesControl sources{*this};
     OpenedScans openedScans{*this};
     ComparisonControl comparison{*this};
+    KeptScans keptScans{*this};
     BalanceControl balance{*this};
     BarControl barControl{*this};
     WindowParts parts;  ///< What the window shows.

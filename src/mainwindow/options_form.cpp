@@ -24,8 +24,9 @@ std::string_view defaultDateFormat() {
 
 }  // namespace
 
-OptionsForm::OptionsForm(const Services& services, FolderVerb& verb, const std::string& executable)
-    : services_(services), verb_(verb), executable_(executable) {
+OptionsForm::OptionsForm(const Services& services, FolderVerb& verb, const std::string& executable,
+                         std::function<std::size_t()> removeKept)
+    : services_(services), verb_(verb), executable_(executable), removeKept_(std::move(removeKept)) {
     guarded(services_.diagnostics, {.routine = "Form_Load", .module = kModule}, [&] {
         const Texts& texts = services_.texts;
         caption = texts.TL(3597, "Optionen");
@@ -36,6 +37,9 @@ OptionsForm::OptionsForm(const Services& services, FolderVerb& verb, const std::
             texts.TL(9906, "Snapshots (btrfs) mitzählen, deren Ursprung in derselben Quelle liegt");
         lblDateFormat = texts.TL(9452, "Datumsformat für den Zeitstempel von Dateien:");
         lblRules = texts.TL(9940, "Beim Einlesen auslassen, eine Regel je Zeile (wie in .gitignore):");
+        lblKeepScans =
+            texts.TL(9122, "Von jeder Quelle so viele Scans zum Vergleichen aufheben (0 bis 255, 0: keine):");
+        cmdRemoveKept.caption = texts.TL(9123, "Aufgehobene Scans löschen");
         cmdOK.caption = texts.TL(3610, "OK");
         cmdCancel.caption = texts.TL(3609, "Abbrechen");
         OptionenLaden();
@@ -64,9 +68,16 @@ Form OptionsForm::form() {
                                             "Zum Beispiel *.o, node_modules/, /var/cache. Mit ! davor gilt, "
                                             "was eine Regel darüber auslässt, wieder als gewollt."),
               .name = lblRules},
-             {.control = &lblRulesProblem, .row = 8}},
+             {.control = &lblRulesProblem, .row = 8},
+             {.control = &lblKeepScans, .row = 9},
+             {.control = &txtKeepScans,
+              .row = 10,
+              .changed = [this] { txtKeepScans_Change(); },
+              .keyPress = digitKey,
+              .name = lblKeepScans}},
         .buttons = {{.control = &cmdOK, .changed = [this] { cmdOK_Click(); }},
-                    {.control = &cmdCancel, .changed = [this] { cmdCancel_Click(); }}},
+                    {.control = &cmdCancel, .changed = [this] { cmdCancel_Click(); }},
+                    {.control = &cmdRemoveKept, .changed = [this] { cmdRemoveKept_Click(); }}},
         .activated = [this] { Form_Activate(); },
         .cancel = [this] { cmdCancel_Click(); },
         .loaded = &loaded};
@@ -75,6 +86,15 @@ Form OptionsForm::form() {
 void OptionsForm::txtRules_Change() {
     changed_ |= activated_;
     lblRulesProblem = problemOfRules();
+}
+
+// Clicked once, there is nothing more to delete.
+void OptionsForm::cmdRemoveKept_Click() {
+    if (!removeKept_) return;
+    const std::size_t count = removeKept_();
+    cmdRemoveKept.caption =
+        services_.texts.TL(9124, "Aufgehobene Scans gelöscht: %1", {static_cast<int>(count)});
+    cmdRemoveKept.enabled = false;
 }
 
 std::vector<std::string> OptionsForm::rules() const {
@@ -115,6 +135,9 @@ void OptionsForm::OptionenLaden() {
     };
     chkAskBeforeDelete.checked = isSet(kKeyAskBeforeDelete);
     chkCountSnapshots.checked = isSet(kKeyCountSnapshots);
+    const auto& keep = kKeyKeepScans;
+    const std::string kept = settings.GetSettings(keep.section, keep.key, keep.defaultValue);
+    txtKeepScans.text = std::to_string(parseInteger(kept).value_or(keep.defaultValue));
     for (const std::string& rule : readRules(settings.read()))
         txtRules.text.append(txtRules.text.empty() ? "" : "\n").append(rule);
     txtDateFormat.text = settings.GetSettings(kSectionOptions, kDateFormat, defaultDateFormat());
@@ -128,6 +151,9 @@ void OptionsForm::OptionenSpeichern() {
         ini.set(kKeyAskBeforeDelete.section, kKeyAskBeforeDelete.key, chkAskBeforeDelete.checked ? "1" : "0");
         ini.set(kKeyCountSnapshots.section, kKeyCountSnapshots.key, chkCountSnapshots.checked ? "1" : "0");
         ini.set(kSectionOptions, kDateFormat, txtDateFormat.text);
+        const std::int64_t keep =
+            std::clamp<std::int64_t>(parseInteger(txtKeepScans.text).value_or(0), 0, 255);
+        ini.set(kKeyKeepScans.section, kKeyKeepScans.key, std::to_string(keep));
         writeRules(ini, rules());
     });
     ApplyExplorerVerb(chkKontextmenu.checked);

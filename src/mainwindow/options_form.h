@@ -4,6 +4,7 @@
 // got lost or that names the program's former place. For the thread of the logic.
 #pragma once
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -16,7 +17,9 @@ namespace hl {
 class OptionsForm {
   public:
     /// Makes the form with translated texts and the values of the file.
-    OptionsForm(const Services& services, FolderVerb& verb, const std::string& executable);
+    /// `removeKept` deletes the scans that were kept, and returns how many.
+    OptionsForm(const Services& services, FolderVerb& verb, const std::string& executable,
+                std::function<std::size_t()> removeKept = nullptr);
     OptionsForm(const OptionsForm&) = delete;
     OptionsForm& operator=(const OptionsForm&) = delete;
 
@@ -30,6 +33,8 @@ class OptionsForm {
     void chkAskBeforeDelete_Click() { changed_ |= activated_; }
     void chkCountSnapshots_Click() { changed_ |= activated_; }
     void txtDateFormat_Change() { changed_ |= activated_; }
+    void txtKeepScans_Change() { changed_ |= activated_; }
+    void cmdRemoveKept_Click();
     void txtRules_Change();
     /// Saves if anything was changed; a rule that cannot be read keeps the form open. A change of the number
     /// of instances takes effect at the next start. The caller must load the dialog's options again,
@@ -37,12 +42,13 @@ class OptionsForm {
     void cmdOK_Click();
     void cmdCancel_Click() { loaded = false; }
 
-    std::string caption, lblDateFormat, lblRules;
+    std::string caption, lblDateFormat, lblRules, lblKeepScans;
     std::string lblRulesProblem;  ///< Why a rule cannot be read; empty if all can.
     CheckBox chkKontextmenu, chkInstanz, chkAskBeforeDelete, chkCountSnapshots;
     TextBox txtDateFormat{.text = "dd/mm/yyyy hh:nn:ss"};
+    TextBox txtKeepScans{.text = "0"};
     TextBox txtRules{.multiLine = true, .lines = 5};  ///< A rule of what is left out on each line.
-    CommandButton cmdOK, cmdCancel;
+    CommandButton cmdOK, cmdCancel, cmdRemoveKept;
     bool loaded = true;  ///< False once the form is done with.
 
   private:
@@ -56,6 +62,7 @@ class OptionsForm {
     const Services& services_;
     FolderVerb& verb_;
     std::string executable_;
+    std::function<std::size_t()> removeKept_;
     bool activated_ = false;
     bool changed_ = false;
 };

@@ -91,11 +91,17 @@ void RunDisplay::runEnded(RunEnd end) {
     form_.lists.filled();
     const std::string leftOut = leftOutText(services.texts, services.numbers, leftOutOf(form_.session.tvwPL));
     form_.status.endRun((missing_.empty() ? text : std::exchange(missing_, {})) +
-                        (leftOut.empty() ? "" : "; " + leftOut));
+                        (leftOut.empty() ? "" : "; " + leftOut) + notKeptText());
     if (ListView* list = form_.lists.shown()) list->ShowFileStat();
     if (!form_.session.state.RowPicked || form_.session.tvwPL.currentRow() == kNoRow) return;
     form_.report.selectDriveOf(form_.session.tvwPL.currentRow());
     form_.preview.Preview_ShowFile(true);
+}
+
+std::string RunDisplay::notKeptText() {
+    const std::string problem = form_.keptScans.takeProblem();
+    if (problem.empty()) return {};
+    return "; " + form_.services().texts.TL(9120, "Scan nicht aufgehoben: %1", {problem});
 }
 
 void RunDisplay::selectionGone() {
@@ -163,7 +169,10 @@ void RunDisplay::listsFilled() {
 void RunDisplay::sourceDone(Row row) {
     const ScanTotals& totals = form_.session.state.lastTotals;
     progress_->endSource({totals.files, totals.folders, static_cast<double>(totals.size.bytes())});
-    if (!isFromFile(form_.scan, row)) form_.drives.list().Drives_SelectDrive(row);
+    if (isFromFile(form_.scan, row)) return;
+    form_.drives.list().Drives_SelectDrive(row);
+    // What is opened from a file is read silently.
+    if (!form_.session.state.SilentRun) form_.keptScans.keep(row);
 }
 
 void RunDisplay::sourceChanged(Row row) {

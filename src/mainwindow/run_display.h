@@ -50,6 +50,7 @@ class RunDisplay final : public ScanHost, public Controls {
     void unlockControls() override;
 
   private:
+    std::string notKeptText();
     void askDrive(const std::string& source);
     void showRows(const ScanProgress& progress, std::uint64_t tick);
     void showReport();

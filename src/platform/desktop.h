@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace hl {
@@ -63,6 +64,8 @@ class Desktop {
     virtual bool openTerminal(const std::string& folder) = 0;
     /// Returns nothing if the path is gone or its disk does not answer.
     virtual std::optional<FileFacts> facts(const std::string& path) = 0;
+    /// Returns the SHA-256 of bytes as 64 hexadecimal digits, which are small letters.
+    virtual std::string sha256(std::string_view bytes) = 0;
     /// Shows in the program's entry of the task bar how far a run is, in percent, or with nothing that none
     /// is under way. Waits for nobody.
     virtual void showProgress(std::optional<int> /*percent*/) {}

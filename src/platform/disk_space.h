@@ -26,6 +26,8 @@ struct UsedSpace {
     std::uint64_t used = 0;
     std::uint64_t reserved = 0;  ///< A part of what is free that only root may use.
     DiskPart part = DiskPart::kPlain;
+    std::uint64_t free = 0;  ///< For users other than root.
+    std::uint64_t total = 0;
 };
 
 /// Why a figure is not there.

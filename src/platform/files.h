@@ -58,6 +58,12 @@ class Files {
     /// Returns the names of what is in a folder, in the order of their bytes; none if it cannot be read.
     virtual std::vector<std::string> namesIn(const std::string& folder) = 0;
     virtual bool exists(const std::string& path) = 0;
+    /// Makes a folder for the user alone (mode 0700). One that is there is no error.
+    virtual Result<> makePrivateFolder(const std::string& /*path*/) {
+        return Error{.kind = ErrorKind::kUnsuited};
+    }
+    /// Removes a file, or a link itself; nothing else.
+    virtual Result<> remove(const std::string& /*path*/) { return Error{.kind = ErrorKind::kUnsuited}; }
     /// Returns the error of this number of the system, with its text; number 0 has none.
     virtual Error errorOf(int number) { return {.number = number}; }
     /// Locks a folder until the result is destroyed: others who use the lock do not change its files

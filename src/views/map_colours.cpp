@@ -2,6 +2,7 @@
 #include "views/map_colours.h"
 
 #include <algorithm>
+#include <cmath>
 #include <numeric>
 #include <optional>
 
@@ -27,6 +28,11 @@ constexpr std::uint32_t kAges[] = {kGrey,    0xfde725, 0xa0da39, 0x4ac16d, 0x1fa
 constexpr std::uint32_t kDepths[] = {0x46327e, 0x365c8d, 0x277f8e, 0x1fa187,
                                      0x4ac16d, 0x73d056, 0xa0da39, 0xfde725};
 
+// Grey for what has not changed, then from what shrank most to what grew most, then what is new.
+constexpr std::uint32_t kChanges[] = {kGrey,    0x053061, 0x2b7bba, 0x9ac9e0,
+                                      0xf9c29c, 0xe0703e, 0x8c1a28, 0xf0e442};
+constexpr double kMuchChanged = 0.5, kChanged = 0.1;  // Shares of what it took then.
+
 constexpr std::uint8_t kPictures = 1, kFilms = 2, kSounds = 3, kDocuments = 4, kArchives = 5, kPrograms = 6,
                        kSources = 7, kCaches = 8, kOthers = 0;
 // In the order of FileKind.
@@ -48,6 +54,18 @@ constexpr RowText kCategoryTexts[] = {
     TL(9417, "Sicherungen, Cache"),
 };
 static_assert(std::size(kCategoryTexts) == std::size(kCategories));
+// By colour.
+constexpr RowText kChangeTexts[] = {
+    TL(9093, "unverändert"),
+    TL(9094, "um die Hälfte kleiner"),
+    TL(9095, "um ein Zehntel kleiner"),
+    TL(9096, "etwas kleiner"),
+    TL(9097, "etwas größer"),
+    TL(9098, "um ein Zehntel größer"),
+    TL(9099, "um die Hälfte größer"),
+    TL(9117, "neu"),
+};
+static_assert(std::size(kChangeTexts) == std::size(kChanges));
 
 FileGroups groupsOf(MapColouring by) {
     if (by == MapColouring::kAge) return FileGroups::kAge;
@@ -61,6 +79,7 @@ FileGroups groupsOf(MapColouring by) {
 std::span<const std::uint32_t> mapPalette(MapColouring by) {
     if (by == MapColouring::kAge) return kAges;
     if (by == MapColouring::kDepth) return kDepths;
+    if (by == MapColouring::kChange) return kChanges;
     if (by == MapColouring::kOwner) return kOwnerColours;
     return kCategories;
 }
@@ -74,8 +93,8 @@ std::uint32_t darkened(std::uint32_t colour) {
 
 MapColouring MapColours::chosen() const {
     const Flag option = scan_.options.MapColour;
-    return option > static_cast<Flag>(MapColouring::kDepth) ? MapColouring::kKind
-                                                            : static_cast<MapColouring>(option);
+    const auto last = report_.showsChanges() ? MapColouring::kChange : MapColouring::kDepth;
+    return option > static_cast<Flag>(last) ? MapColouring::kKind : static_cast<MapColouring>(option);
 }
 
 // --- the colour of a tile
@@ -115,9 +134,20 @@ void MapColours::chooseOwners() {
 std::uint16_t MapColours::colourOf(const MapTile& tile) const {
     if (by_ == MapColouring::kDepth) return static_cast<std::uint16_t>(tile.depth % palette_.size());
     if (tile.row == kNoRow) return 0;
+    if (by_ == MapColouring::kChange) return colourOfChange(report_.changeOf(tile));
     if (const LargestFile* file = report_.fileOf(tile)) return colourOfFile(tile, *file);
     const auto group = report_.largestGroup(tile, groupsOf(by_));
     return group ? colourOfGroup(*group) : 0;
+}
+
+// Classes 1 to 3 shrank, 4 to 6 grew.
+std::uint16_t MapColours::colourOfChange(const MapChange& change) {
+    constexpr std::uint16_t kNew = 7;
+    if (change.bytes == 0) return 0;
+    if (change.before <= 0) return kNew;
+    const double share = std::abs(change.bytes) / change.before;
+    const std::uint16_t much = share >= kMuchChanged ? 3 : share >= kChanged ? 2 : 1;
+    return change.bytes < 0 ? static_cast<std::uint16_t>(4 - much) : static_cast<std::uint16_t>(3 + much);
 }
 
 std::uint16_t MapColours::colourOfFile(const MapTile& tile, const LargestFile& file) const {
@@ -143,6 +173,7 @@ std::string MapColours::textOf(std::size_t colour) const {
     const Texts& texts = scan_.texts;
     const auto text = [&](const RowText& row) { return texts.TL(row.id, row.german); };
     if (by_ == MapColouring::kDepth) return texts.TL(9418, "Ebene %1", {static_cast<int>(colour) + 1});
+    if (by_ == MapColouring::kChange) return text(kChangeTexts[colour]);
     if (by_ == MapColouring::kKind) return text(kCategoryTexts[colour]);
     if (colour == 0) return text(kKindTexts[kFileKinds - 1]);
     if (by_ == MapColouring::kAge) return text(kAgeTexts[colour - 1]);

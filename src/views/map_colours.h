@@ -13,8 +13,9 @@
 
 namespace hl {
 
-/// What colours stand for. The numbers are those of the option MapColour.
-enum class MapColouring : std::uint8_t { kKind, kAge, kOwner, kDepth };
+/// What colours stand for. The numbers are those of the option MapColour. Changes are shown while a source is
+/// compared with an earlier scan; else kinds are, if they are chosen.
+enum class MapColouring : std::uint8_t { kKind, kAge, kOwner, kDepth, kChange };
 
 /// Returns all colours of a choice, as 0xRRGGBB, in the order of MapTile::colour. The first one, which is
 /// grey, stands for what is none of the others, but for depths.
@@ -39,6 +40,7 @@ class MapColours {
     MapColouring chosen() const;
     void chooseOwners();
     std::uint16_t colourOf(const MapTile& tile) const;
+    static std::uint16_t colourOfChange(const MapChange& change);
     std::uint16_t colourOfGroup(std::uint32_t group) const;
     std::uint16_t colourOfFile(const MapTile& tile, const LargestFile& file) const;
     std::string textOf(std::size_t colour) const;

@@ -4,6 +4,7 @@
 
 #include "scan/records.h"
 #include "scan/rollup.h"
+#include "views/report_columns.h"
 
 namespace hl {
 
@@ -115,6 +116,19 @@ std::vector<OwnerSums> MapReport::ownersOf(Row root) const {
 std::int64_t MapReport::startOf(const MapTile& tile) const {
     const LargestFiles* largest = largestOf(tile.row);
     return largest != nullptr ? largest->started() : 0;
+}
+
+bool MapReport::showsChanges() const {
+    const auto& columns = grid_.columns();
+    return columns.size() > kReportChange && columns[kReportChange].visible;
+}
+
+// A file stands for the files of its folder, whose changes alone are known.
+MapChange MapReport::changeOf(const MapTile& tile) const {
+    Row row = tile.row;
+    if (tile.file != kMapFolder)
+        if (const Row files = filesRowBelow(grid_, row); files != kNoRow) row = files;
+    return {grid_.number(row, kBefore), grid_.number(row, kChange)};
 }
 
 bool MapReport::isThin() const {

@@ -19,6 +19,11 @@ struct MapRest {
     double size = 0;
 };
 
+/// What has changed in a folder since the earlier scan, in bytes.
+struct MapChange {
+    double before = 0, bytes = 0;
+};
+
 class MapReport final : public MapSource {
   public:
     /// `scan` must outlive it.
@@ -49,6 +54,11 @@ class MapReport final : public MapSource {
     std::vector<OwnerSums> ownersOf(Row root) const;
     /// Returns the time against which the ages of the tile's files count, in seconds since 1970.
     std::int64_t startOf(const MapTile& tile) const;
+
+    /// Tells whether a source is compared with an earlier scan.
+    bool showsChanges() const;
+    /// Returns what has changed in the folder of a tile without parts.
+    MapChange changeOf(const MapTile& tile) const;
 
     /// Tells whether the largest files of a source are no longer the largest ones for sure.
     bool isThin() const;

@@ -57,12 +57,17 @@ struct ComparisonTest : FilesTest {
 TEST_F(ComparisonTest, RowsTellWhatGrewWhatIsNewAndWhatIsGone) {
     startCompared([&] {
         file("src/a.txt", 150);
-        fs::remove_all(at("src/sub/deep"));
-        folder("src/other/new");
+        folder("src/other/new");  // Made first, or it might get the inode of the one that goes.
         file("src/other/new/x", 70);
+        fs::remove_all(at("src/sub/deep"));
     });
     EXPECT_TRUE(showsColumns());
     EXPECT_EQ(title().substr(0, 32), "Ordner, verglichen mit dem Scan ");
+    const Grid& list = form().session.lvwChanges;
+    Names listed;
+    for (Row row = list.firstRoot(); row != kNoRow; row = list.nextSibling(row))
+        listed.push_back(std::string(list.text(row)) + " " + std::string(list.cellText(row, kChangeWord)));
+    EXPECT_EQ(listed, (Names{"sub/deep weg", "other/new neu", at("src") + " gewachsen"}));
     EXPECT_EQ(changes(), (Names{" 1500 -380", "Dateien 600 50", "deep! 500 -500", "new 0 70", "other 0 70",
                                 "sub 900 -500"}));
     // They count in no sum and are on no disk.
@@ -76,6 +81,7 @@ TEST_F(ComparisonTest, RowsTellWhatGrewWhatIsNewAndWhatIsGone) {
     const Names compared = reportFacts(s());
     s().click(Command::kReportCompare);
     EXPECT_FALSE(showsColumns());
+    EXPECT_EQ(list.rowCount(), 0U);
     EXPECT_EQ(title(), "Ordner");
     EXPECT_EQ(s().row("deep"), kNoRow);
     expectReportOfAFreshScan();

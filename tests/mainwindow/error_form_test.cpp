@@ -155,6 +155,7 @@ TEST_F(Options_Form, SavesOnOkWhatTheUserChangedAndNothingElse) {
         if (activated) form.activated();
         frmOptionen.chkKontextmenu.checked = true;
         frmOptionen.txtDateFormat.text = "yyyy";
+        frmOptionen.txtKeepScans.text = "700";
         if (changed) form.items.front().changed();
         form.buttons[ok ? 0 : 1].changed();
         EXPECT_FALSE(frmOptionen.loaded);
@@ -162,6 +163,7 @@ TEST_F(Options_Form, SavesOnOkWhatTheUserChangedAndNothingElse) {
         EXPECT_EQ(verb.calls.back(), saves ? "/opt/lantern" : "withdrawn");
     }
     EXPECT_TRUE(has(ini(), "DateFormat=yyyy"));
+    EXPECT_TRUE(has(ini(), "KeepScans=255"));
 }
 
 TEST_F(Options_Form, AnOfferThatFailsIsTheDebugLogsMatterAlone) {

@@ -26,6 +26,13 @@ struct RecordingDesktop final : Desktop {
     bool runsWhenOpened(const std::string&) override { return runs; }
     bool showInFolder(const std::vector<std::string>&) override { return true; }
     bool showProperties(const std::vector<std::string>&) override { return false; }
+    /// No digest, but another text for other bytes.
+    std::string sha256(std::string_view bytes) override {
+        std::string digits;
+        for (std::size_t hash = std::hash<std::string_view>()(bytes); digits.size() < 64; hash /= 3)
+            digits += "0123456789abcdef"[hash % 16];
+        return digits;
+    }
     bool openTerminal(const std::string& folder) override {
         terminals.push_back(folder);
         return hasTerminal;

@@ -45,8 +45,8 @@ Three seenBy(const std::array<Three, 3>& eye, std::uint32_t colour) {
 
 TEST(MapColours, CanBeToldApartWithoutOneKindOfConesInLightAndDark) {
     constexpr double kEasily = 8;  // About 2 is what can be seen at all.
-    for (const auto by :
-         {MapColouring::kKind, MapColouring::kAge, MapColouring::kOwner, MapColouring::kDepth})
+    for (const auto by : {MapColouring::kKind, MapColouring::kAge, MapColouring::kOwner, MapColouring::kDepth,
+                          MapColouring::kChange})
         for (const bool dark : {false, true})
             for (const auto& eye : kEyes) {
                 const auto all = mapPalette(by);

@@ -300,4 +300,12 @@ void DesktopPrograms::showProgress(std::optional<int> percent) {
     entry_->show(percent);
 }
 
+std::string DesktopPrograms::sha256(std::string_view bytes) {
+    const auto* data = reinterpret_cast<const guchar*>(bytes.data());
+    char* digits = ::g_compute_checksum_for_data(G_CHECKSUM_SHA256, data, bytes.size());
+    std::string text = digits;
+    ::g_free(digits);
+    return text;
+}
+
 }  // namespace hl

@@ -24,6 +24,7 @@ class DesktopPrograms final : public Desktop {
     bool runsWhenOpened(const std::string& path) override;
     bool showInFolder(const std::vector<std::string>& paths) override;
     bool showProperties(const std::vector<std::string>& paths) override;
+    std::string sha256(std::string_view bytes) override;
     bool openTerminal(const std::string& folder) override;
     std::optional<FileFacts> facts(const std::string& path) override;
     void showProgress(std::optional<int> percent) override;

@@ -1,6 +1,7 @@
 #include "scan/saved/report_comparison.h"
 
 #include <algorithm>
+#include <cmath>
 
 #include "scan/live_sources.h"
 #include "scan/not_read.h"
@@ -33,7 +34,8 @@ void addGoneRow(ScanContext& scan, Row parent, std::string_view name, const File
 
 ReportComparison showChanges(ScanContext& scan, Row source, const FolderList& before) {
     Grid& report = scan.tvwPL;
-    ReportComparison shown{.after = FolderList::of(scan, source), .changes = {}};
+    ReportComparison shown;
+    shown.after = FolderList::of(scan, source);
     const FolderList& after = shown.after;
     shown.changes = compareScans(before, after);
     std::vector<ScanChanges::Own> sums = shown.changes.own;
@@ -44,11 +46,13 @@ ReportComparison showChanges(ScanContext& scan, Row source, const FolderList& be
     for (const FolderChange& change : shown.changes.folders) {
         if (change.kind != FolderChange::Kind::kGone) continue;
         sums[change.after].was += change.was.bytes;
+        shown.largest = std::max(shown.largest, static_cast<double>(change.was.bytes));
         addGoneRow(scan, after.at(change.after).row, before.name(change.before), change.was);
     }
     // What lies in a folder comes behind it.
     for (std::uint32_t i = after.size(); i-- > 0;) {
         show(report, after.at(i).row, sums[i]);
+        shown.largest = std::max(shown.largest, std::abs(report.number(after.at(i).row, kChange)));
         if (i == 0) break;
         sums[after.at(i).parent].was += sums[i].was;
         sums[after.at(i).parent].is += sums[i].is;

@@ -11,6 +11,7 @@ namespace hl {
 struct ReportComparison {
     FolderList after;     ///< The source as it is now; the places in `changes` are those of its folders.
     ScanChanges changes;  ///< Against the earlier list.
+    double largest = 0;   ///< The change of the most bytes, without its sign, that a row shows.
 };
 
 /// Compares the source with `before` and shows the changes in its rows. It is the caller's to sort the

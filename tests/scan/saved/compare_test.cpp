@@ -65,7 +65,7 @@ Lines linesOf(const Tree& before, const Tree& after, ScanChanges* all = nullptr)
         std::string line = kinds[static_cast<int>(change.kind)];
         if (change.before != FolderList::kNone) line += was.path(change.before);
         line += ">";
-        if (change.after != FolderList::kNone) line += is.path(change.after);
+        if (change.kind != FolderChange::Kind::kGone) line += is.path(change.after);
         lines.insert(line + ": " + std::to_string(change.bytes()));
     }
     if (all != nullptr) *all = std::move(changes);
@@ -233,6 +233,12 @@ TEST(CompareScans, FindsWhatAnyEditsHaveDone) {
         std::int64_t sum = 0;
         for (const FolderChange& change : changes.folders) sum += change.bytes();
         EXPECT_EQ(sum, static_cast<std::int64_t>(is) - static_cast<std::int64_t>(was)) << seed;
+        // What the rows of the report show adds up to the same.
+        for (const ScanChanges::Own& own : changes.own) was -= own.was, is -= own.is;
+        for (const FolderChange& change : changes.folders)
+            if (change.kind == FolderChange::Kind::kGone) was -= change.was.bytes;
+        EXPECT_EQ(was, 0U) << seed;
+        EXPECT_EQ(is, 0U) << seed;
     }
 }
 

@@ -137,6 +137,20 @@ std::vector<std::string> LinuxFiles::namesIn(const std::string& folder) {
     return askStill<std::vector<std::string>>(patience_, folder, {}, [folder] { return namesOf(folder); });
 }
 
+Result<> LinuxFiles::makePrivateFolder(const std::string& path) {
+    return askStill<Result<>>(patience_, path, systemError(ETIMEDOUT), [path]() -> Result<> {
+        if (::mkdir(path.c_str(), 0700) == 0 || errno == EEXIST) return {};
+        return systemError(errno);
+    });
+}
+
+Result<> LinuxFiles::remove(const std::string& path) {
+    return askStill<Result<>>(patience_, path, systemError(ETIMEDOUT), [path]() -> Result<> {
+        if (::unlink(path.c_str()) == 0) return {};
+        return systemError(errno);
+    });
+}
+
 Error LinuxFiles::errorOf(int number) {
     return number == 0 ? Error() : systemError(number);
 }

@@ -32,6 +32,8 @@ class LinuxFiles : public Files {
 
     Result<std::string> readWhole(const std::string& path, std::size_t limit) override;
     Result<std::string> readInput(std::size_t limit, WaitCallback* wait) override;
+    Result<> makePrivateFolder(const std::string& path) override;
+    Result<> remove(const std::string& path) override;
     std::optional<std::string> beginning(const std::string& path, std::size_t count) override;
     Result<std::unique_ptr<ReplacingFile>> replace(const std::string& path) override;
     Result<> append(const std::string& path, std::string_view bytes) override;

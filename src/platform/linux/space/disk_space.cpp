@@ -72,8 +72,8 @@ Result<UsedSpace> usedAt(const std::string& folder) {
     if (result != 0) return systemError(errno, folder);
     const auto block = static_cast<std::uint64_t>(facts.f_frsize != 0 ? facts.f_frsize : facts.f_bsize);
     return UsedSpace{(facts.f_blocks - facts.f_bfree) * block,
-                     (facts.f_bfree - std::min(facts.f_bfree, facts.f_bavail)) * block,
-                     partOf(folder, facts)};
+                     (facts.f_bfree - std::min(facts.f_bfree, facts.f_bavail)) * block, partOf(folder, facts),
+                     facts.f_bavail * block, facts.f_blocks * block};
 }
 
 // Returns the mount that the open folder lies on.
