@@ -136,7 +136,8 @@ TEST_F(BareMachine, ATerminalShowsHowFarTheBuildIs) {
 
 TEST_F(BareMachine, ACheckNamesWhatFailedLastAndCountsWhatWasSkipped) {
     putApt();
-    for (const char* tool : {"clang-format", "clang-tidy", "shellcheck", "python3"}) put("deb/" + std::string(tool), "");
+    for (const char* tool : {"clang-format", "clang-tidy", "shellcheck", "python3"})
+        put("deb/" + std::string(tool), "");
     const std::string good = "echo '[ RUN      ] A.Good'; echo '[       OK ] A.Good (1 ms)'\n";
     const std::string ends = "echo '[==========] 3 tests from 1 test suite ran. (3 ms total)'\n";
     put("deb/unit_tests", good +
