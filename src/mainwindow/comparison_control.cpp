@@ -179,7 +179,7 @@ void ComparisonControl::sortAsUsual() {
 
 std::string ComparisonControl::title() const {
     const Texts& texts = form_.services().texts;
-    const std::string folders = texts.TL(3625, "Ordner");
+    std::string folders = texts.TL(3625, "Ordner");
     if (!isShown()) return folders;
     const ScanHeader& header = earlier_->header;
     const std::string date = shownDate(form_.session.options, header.started);
