@@ -51,8 +51,8 @@ class Loader {
     explicit Loader(Options& options) : options_(options) {}
 
     /// Reads the keys of the steps from `first` to `last`.
-    void load(const SettingsStore& store, LoadStep first, LoadStep last) {
-        values_ = store.read().section(kSectionOptions);
+    void load(const IniText& ini, LoadStep first, LoadStep last) {
+        values_ = ini.section(kSectionOptions);
         for (int step = static_cast<int>(first); step <= static_cast<int>(last); ++step) {
             for (const OptionKey& key : kOptionTable) {
                 if (static_cast<int>(key.step) != step) continue;
@@ -160,11 +160,10 @@ Routine routineOf(OptionBar bar) {
     return {kBarHardlinks, kBarHardlinks, "Init_Toolbar_Hardlinks"};
 }
 
-void loadTrapped(Options& options, const SettingsStore& store, Diagnostics& diagnostics,
-                 const Routine& routine) {
+void loadTrapped(Options& options, const IniText& ini, Diagnostics& diagnostics, const Routine& routine) {
     Loader loader(options);
     guarded(
-        diagnostics, {.routine = routine.name}, [&] { loader.load(store, routine.first, routine.last); },
+        diagnostics, {.routine = routine.name}, [&] { loader.load(ini, routine.first, routine.last); },
         [&] { return loader.debugValues(); });
 }
 
@@ -188,12 +187,11 @@ std::int32_t largestKeptOf(std::string_view text) {
     return static_cast<std::int32_t>(std::nearbyint(std::clamp<double>(*number, 0, kMostLargestKept)));
 }
 
-void OptionenLadenMain(Options& options, const SettingsStore& store, Diagnostics& diagnostics,
-                       bool onlyDialog) {
+void OptionenLadenMain(Options& options, const IniText& ini, Diagnostics& diagnostics, bool onlyDialog) {
     const LoadStep last = onlyDialog ? LoadStep::kDateFormat : LoadStep::kLastOfMain;
-    loadTrapped(options, store, diagnostics, {LoadStep::kDateFormat, last, "OptionenLadenMain"});
+    loadTrapped(options, ini, diagnostics, {LoadStep::kDateFormat, last, "OptionenLadenMain"});
     const auto loadStep = [&](LoadStep step) {
-        loadTrapped(options, store, diagnostics, {step, step, "OptionenLadenMain"});
+        loadTrapped(options, ini, diagnostics, {step, step, "OptionenLadenMain"});
     };
     loadStep(LoadStep::kAskBeforeDelete);
     if (!onlyDialog) loadStep(LoadStep::kOnDisk);
@@ -203,11 +201,11 @@ void OptionenLadenMain(Options& options, const SettingsStore& store, Diagnostics
     if (!onlyDialog) loadStep(LoadStep::kMap);
     if (!onlyDialog) loadStep(LoadStep::kChanges);
     loadStep(LoadStep::kKeptScans);
-    options.Exclude = readRules(store.read());
+    options.Exclude = readRules(ini);
 }
 
-void loadBarOptions(Options& options, const SettingsStore& store, Diagnostics& diagnostics, OptionBar bar) {
-    loadTrapped(options, store, diagnostics, routineOf(bar));
+void loadBarOptions(Options& options, const IniText& ini, Diagnostics& diagnostics, OptionBar bar) {
+    loadTrapped(options, ini, diagnostics, routineOf(bar));
 }
 
 std::vector<std::string> readRules(const IniText& ini) {

@@ -110,16 +110,15 @@ std::int32_t largestKeptOf(std::string_view text);
 /// The bars that read their own options when they are built.
 enum class OptionBar { kMain, kFiles, kTop, kHardlinks };
 
-/// Fills the fields that the main window reads, from one reading of the file. A value that is no number, or
-/// does not fit, raises an error, which is trapped: the fields behind it stay as they were, and the error
-/// report names the key and its value. The order is that of the load steps in option_table.h, DateFormat
-/// first; with `onlyDialog` only what the options dialog has is read. The lists take over the new date format
-/// after this has returned.
-void OptionenLadenMain(Options& options, const SettingsStore& store, Diagnostics& diagnostics,
-                       bool onlyDialog);
+/// Fills the fields that the main window reads, from the settings file as it was read. A value that is no
+/// number, or does not fit, raises an error, which is trapped: the fields behind it stay as they were, and
+/// the error report names the key and its value. The order is that of the load steps in option_table.h,
+/// DateFormat first; with `onlyDialog` only what the options dialog has is read. The lists take over the new
+/// date format after this has returned.
+void OptionenLadenMain(Options& options, const IniText& ini, Diagnostics& diagnostics, bool onlyDialog);
 
 /// Fills the fields of one bar, with errors as in OptionenLadenMain. TOPmaxcount never raises one.
-void loadBarOptions(Options& options, const SettingsStore& store, Diagnostics& diagnostics, OptionBar bar);
+void loadBarOptions(Options& options, const IniText& ini, Diagnostics& diagnostics, OptionBar bar);
 
 /// The settings keep that many rules, "Exclude0" to "Exclude99".
 inline constexpr std::size_t kMostRules = 100;

@@ -8,7 +8,8 @@
 // have (a note, a mark, a selection); the column of colours exists only once a colour was set.
 #pragma once
 
-#include <array>
+#include <algorithm>
+#include <deque>
 #include <functional>
 #include <optional>
 #include <span>
@@ -178,9 +179,11 @@ class Grid {
     GridColumn& changeColumn(std::size_t column);
 
     // --- sort and search
-    /// All levels from kSortLevels - 1 on share one setting.
+    /// All levels from kSortLevels - 1 on share one setting. The reference stays valid as long as the grid.
     LevelSort& levelSort(std::uint32_t level) {
-        return sorts_[std::min<std::size_t>(level, kSortLevels - 1)];
+        const std::size_t index = std::min<std::size_t>(level, kSortLevels - 1);
+        if (index >= sorts_.size()) sorts_.resize(index + 1);
+        return sorts_[index];
     }
     /// Sorts each level from 0 to `deepest` once. Rows of equal keys are sorted by the bytes of their texts,
     /// ascending; if there is a cell "IsFolder", those with 0 in it come last. `between` (may be null) runs
@@ -233,7 +236,7 @@ class Grid {
     bool redraw_ = true;
     std::size_t wasteBytes_ = 0;
     std::vector<GridColumn> columns_;
-    std::array<LevelSort, kSortLevels> sorts_;
+    std::deque<LevelSort> sorts_;  ///< Only of the levels that were asked for: a list has one.
 
     GridObserver* observer_ = nullptr;
     GridChange pending_;

@@ -92,7 +92,7 @@ void showOptions(MainForm& form, const CommandRow& /*row*/) {
                             [&form] { return form.keptScans.removeAll(); });
     Form dialog = frmOptionen.form();
     form.window->dialogs.showForm(dialog);
-    OptionenLadenMain(session.options, services.settings, services.diagnostics, true);
+    OptionenLadenMain(session.options, services.settings.read(), services.diagnostics, true);
     setDateFormat(session.tvwPL, kReportTable, session.options);
     setDateFormat(session.lvwFiles, kFilesTable, session.options);
     setDateFormat(session.lvwHardlinks, kHardlinksTable, session.options);

@@ -12,9 +12,10 @@ Grid& Session::grid(GridId id) {
 
 void Form_Load(Session& session) {
     const Services& services = session.services;
-    OptionenLadenMain(session.options, services.settings, services.diagnostics, false);
+    const IniText settings = services.settings.read();
+    OptionenLadenMain(session.options, settings, services.diagnostics, false);
     for (const OptionBar bar : {OptionBar::kMain, OptionBar::kFiles, OptionBar::kTop, OptionBar::kHardlinks})
-        loadBarOptions(session.options, services.settings, services.diagnostics, bar);
+        loadBarOptions(session.options, settings, services.diagnostics, bar);
     Init_Tree(session.tvwPL, session.options, services.texts);
     Init_List(session.lvwTOP, kTopTable, session.options, services.texts);
     Init_List(session.lvwHardlinks, kHardlinksTable, session.options, services.texts);

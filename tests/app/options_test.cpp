@@ -13,12 +13,12 @@ struct OptionsFile : SettingsFixture {
 
     Options load(bool onlyDateFormat = false) {
         Options options;
-        OptionenLadenMain(options, store, diagnostics, onlyDateFormat);
+        OptionenLadenMain(options, store.read(), diagnostics, onlyDateFormat);
         return options;
     }
     Options loadBar(OptionBar bar) {
         Options options;
-        loadBarOptions(options, store, diagnostics, bar);
+        loadBarOptions(options, store.read(), diagnostics, bar);
         return options;
     }
     /// Reads everything that a session reads.
@@ -26,7 +26,7 @@ struct OptionsFile : SettingsFixture {
         Options options = load();
         for (const OptionBar bar :
              {OptionBar::kMain, OptionBar::kFiles, OptionBar::kTop, OptionBar::kHardlinks})
-            loadBarOptions(options, store, diagnostics, bar);
+            loadBarOptions(options, store.read(), diagnostics, bar);
         loadComboText(options, store);
         return options;
     }

@@ -72,13 +72,6 @@ std::string_view lastName(std::string_view path) {
     return path.substr(path.rfind('/') + 1);
 }
 
-std::string contentOf(const std::string& path, std::size_t limit) {
-    std::string content;
-    const Descriptor file = openAt(AT_FDCWD, path, O_RDONLY);
-    if (file.isOpen()) readAll(file.number(), limit, content);
-    return content;
-}
-
 // Returns the third field of each line by the first one.
 std::unordered_map<std::uint64_t, std::string> devicesOf(std::string_view table) {
     std::unordered_map<std::uint64_t, std::string> devices;

@@ -91,7 +91,7 @@ int writeAll(int file, std::string_view bytes) {
 }
 
 int readAll(int file, std::size_t limit, std::string& out) {
-    constexpr std::size_t kBuffer = 65536;
+    constexpr std::size_t kBuffer = 16384;  // With a larger one the heap would grow and shrink for each file.
     const auto buffer = std::make_unique_for_overwrite<char[]>(kBuffer);  // The stack may be small.
     for (std::size_t total = 0;;) {
         const std::size_t room = limit - total;
@@ -103,6 +103,13 @@ int readAll(int file, std::size_t limit, std::string& out) {
         if (total > limit) return EFBIG;
         out.append(buffer.get(), static_cast<std::size_t>(got));
     }
+}
+
+std::string contentOf(const std::string& path, std::size_t limit) {
+    std::string content;
+    const Descriptor file = openAt(AT_FDCWD, path, O_RDONLY);
+    if (file.isOpen()) readAll(file.number(), limit, content);
+    return content;
 }
 
 }  // namespace hl

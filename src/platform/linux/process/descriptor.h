@@ -48,4 +48,7 @@ int writeAll(int file, std::string_view bytes);
 /// Appends up to `limit` bytes of the file to `out`. Returns a system error code; EFBIG if there are more.
 int readAll(int file, std::size_t limit, std::string& out);
 
+/// Returns the first `limit` bytes of a file; empty if it cannot be read.
+std::string contentOf(const std::string& path, std::size_t limit);
+
 }  // namespace hl
