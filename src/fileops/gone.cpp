@@ -167,7 +167,7 @@ Row Gone::nearestRow(std::string path) const {
     for (; !path.empty(); path = folderAbove(path, kPosixPaths))
         for (Row root = firstLiveSource(ops_.scan); root != kNoRow; root = nextLiveSource(ops_.scan, root))
             if (const Row row = rowOfFolder(report, root, path, ops_.scan.paths); row != kNoRow) return row;
-    return report.firstRoot();
+    return firstLiveSource(ops_.scan);
 }
 
 }  // namespace hl

@@ -9,7 +9,9 @@
 #include "mainwindow/saved_files.h"
 #include "robustness/trap.h"
 #include "scan/driver.h"
+#include "scan/report_changes.h"
 #include "scan/rollup.h"
+#include "scan/saved/open_scan.h"
 #include "scan/scan_options_text.h"
 #include "scan/yield.h"
 #include "views/list_columns.h"
@@ -85,6 +87,11 @@ std::string ComparisonControl::doubts(const ScanHeader& header, Row source) cons
                          {visible(header.source), visible(path)}) +
                 "\n";
     const SourceFacts* facts = form_.session.facts.sourceOf(source);
+    const std::string host = hostOf(form_.scan, source);
+    if (!header.host.empty() && !host.empty() && header.host != host)
+        text += texts.TL(9125, "Der gespeicherte Scan ist vom Rechner '%1', die Quelle vom Rechner '%2'.",
+                         {visible(header.host), visible(host)}) +
+                "\n";
     const std::string others = differingOptions(header.options, facts == nullptr ? "{}" : facts->options);
     if (!others.empty())
         text += texts.TL(9089, "Der gespeicherte Scan wurde mit anderen Optionen eingelesen: %1.",
@@ -96,14 +103,21 @@ std::string ComparisonControl::doubts(const ScanHeader& header, Row source) cons
 void ComparisonControl::begin(const ScanFile& file, Row source) {
     earlier_ = Earlier{FolderList::of(file), file.scan->header};
     source_ = source;
+    sourceText_ = form_.session.tvwPL.text(source);
     const BusyPointer busy(form_.scan.controls);
     DisableControls(form_.scan, true);
     {
         const ScopeExit unlock([&] { EnableControls(form_.scan); });
-        show();
+        const bool shown =
+            guarded(form_.services().diagnostics, {.routine = "showChanges"}, [&] { return show(), true; });
+        if (!shown) return end();
     }
     showColumns(true);
     form_.map.reportChanged();
+}
+
+Row ComparisonControl::rowOf(const std::string& path) const {
+    return isShown() ? rowOfFolder(form_.session.tvwPL, source_, path, form_.services().paths) : kNoRow;
 }
 
 void ComparisonControl::rowsWillChange() {
@@ -112,10 +126,13 @@ void ComparisonControl::rowsWillChange() {
 
 void ComparisonControl::rowsChanged() {
     if (!isShown()) return;
-    const Grid& report = form_.session.tvwPL;
-    if (!report.tree().exists(source_) || report.parent(source_) != kNoRow) return end();
-    rowsWillChange();
-    guarded(form_.services().diagnostics, {.routine = "showChanges"}, [&] { show(); });
+    guarded(form_.services().diagnostics, {.routine = "showChanges"}, [&] {
+        const Grid& report = form_.session.tvwPL;
+        const bool there = report.tree().exists(source_) && report.parent(source_) == kNoRow;
+        if (!there || report.text(source_) != sourceText_) return end();
+        rowsWillChange();
+        show();
+    });
 }
 
 void ComparisonControl::show() {

@@ -26,6 +26,8 @@ class ComparisonControl {
     /// Asks for a saved scan in any case. A comparison that shows ends.
     void chooseFile();
     bool isShown() const { return earlier_.has_value(); }
+    /// Returns the folder's row in the source that is compared; kNoRow if there is none.
+    Row rowOf(const std::string& path) const;
 
     // --- what becomes of the rows meanwhile (ScanHost)
     void rowsWillChange();
@@ -51,7 +53,8 @@ class ComparisonControl {
 
     MainForm& form_;
     std::optional<Earlier> earlier_;
-    Row source_ = kNoRow;  ///< The one that is compared.
+    Row source_ = kNoRow;     ///< The one that is compared.
+    std::string sourceText_;  ///< The text of its row, since another source may get its number.
 };
 
 }  // namespace hl

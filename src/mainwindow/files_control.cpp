@@ -154,13 +154,16 @@ void FilesControl::Preview_ShowFile() {
 }
 
 void FilesControl::filesWent(const std::function<bool(const std::string& path)>& went) {
-    for (const GridId id : kListGrids) form_.lists.of(id)->removeRows(went);
+    // The list of changes is filled anew by the comparison.
+    for (const GridId id : kListGrids)
+        if (id != GridId::kChanges) form_.lists.of(id)->removeRows(went);
     form_.lists.showTitles();
     form_.report.rowsArrived(true);
 }
 
 void FilesControl::fileRenamed(const std::string& from, const std::string& to) {
-    for (const GridId id : kListGrids) form_.lists.of(id)->renameRows(from, to);
+    for (const GridId id : kListGrids)
+        if (id != GridId::kChanges) form_.lists.of(id)->renameRows(from, to);
 }
 
 void FilesControl::folderShown(Row row, const std::string& folder) {

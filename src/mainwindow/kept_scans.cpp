@@ -12,6 +12,7 @@
 #include "robustness/api_error_text.h"
 #include "robustness/trap.h"
 #include "scan/live_sources.h"
+#include "scan/saved/open_scan.h"
 #include "scan/saved/scan_format.h"
 
 namespace hl {
@@ -41,8 +42,9 @@ std::string KeptScans::folder() const {
     return joinPath(form_.own.programFolder, kFolder, form_.services().paths);
 }
 
-std::string KeptScans::keyOf(std::string_view source) const {
-    const std::string named = form_.services().machine + '\n' + std::string(source);
+std::string KeptScans::keyOf(Row source) const {
+    const std::string named =
+        hostOf(form_.scan, source) + '\n' + std::string(form_.session.tvwPL.text(source));
     return form_.window->desktop.sha256(named).substr(0, kKeyDigits);
 }
 
@@ -55,15 +57,15 @@ void KeptScans::keep(Row source) {
         facts->stopped || isFromFile(form_.scan, source))
         return;
     guarded(form_.services().diagnostics, {.routine = "keepScan"}, [&] {
-        const std::string key = keyOf(report.text(source));
+        const std::string key = keyOf(source);
         const Result<> made = form_.services().files.makePrivateFolder(folder());
         if (!made) {
             problem_ = ApiErrorText(false, made.error());
         } else if (!hasRoom()) {
             problem_ = form_.services().texts.TL(9119, "zu wenig Platz");
-        } else if (write(source, joinPath(folder(), key + "-" + dayOf(facts->started) + std::string(kEnding),
-                                          form_.services().paths))) {
-            removeOld(key);
+        } else {
+            const std::string name = key + "-" + dayOf(facts->started) + std::string(kEnding);
+            if (write(source, joinPath(folder(), name, form_.services().paths))) removeOld(key, name);
         }
     });
 }
@@ -76,6 +78,9 @@ bool KeptScans::hasRoom() const {
 }
 
 bool KeptScans::write(Row source, const std::string& path) {
+    // A link there would be followed, and another file replaced.
+    if (form_.services().files.exists(path) && !isOurs(path))
+        return problem_ = form_.services().texts.TL(9030, "kein gespeicherter Scan"), false;
     const auto target = form_.services().files.replace(path);
     if (!target) return problem_ = ApiErrorText(false, target.error()), false;
     const ReportOutcome outcome = writeScan(form_.scan, source, ScanNames::kAll, **target);
@@ -83,14 +88,16 @@ bool KeptScans::write(Row source, const std::string& path) {
     return outcome.written;
 }
 
-// The new one is whole by now. Names of one key are in the order of their days.
-void KeptScans::removeOld(const std::string& key) {
-    std::vector<std::string> kept;
+// The new one, `written`, is whole by now and stays. Names of one key are in the order of their days; those
+// of days to come, which a wrong clock has made, go first.
+void KeptScans::removeOld(const std::string& key, const std::string& written) {
+    std::vector<std::string> earlier, later;
     for (const std::string& name : form_.services().files.namesIn(folder()))
-        if (isName(name) && name.starts_with(key)) kept.push_back(name);
-    const std::size_t most = form_.session.options.KeepScans;
-    for (std::size_t i = 0; i + most < kept.size(); ++i) {
-        const std::string path = joinPath(folder(), kept[i], form_.services().paths);
+        if (isName(name) && name.starts_with(key) && name != written)
+            (name < written ? earlier : later).push_back(name);
+    later.insert(later.end(), earlier.begin(), earlier.end());
+    for (std::size_t i = 0; i + form_.session.options.KeepScans < later.size(); ++i) {
+        const std::string path = joinPath(folder(), later[i], form_.services().paths);
         if (!isOurs(path)) continue;
         const Result<> gone = form_.services().files.remove(path);
         if (!gone) form_.services().log.LogDebug("removeOld", {ApiErrorText(true, gone.error())});
@@ -112,7 +119,7 @@ std::string KeptScans::takeProblem() {
 std::string KeptScans::lastBefore(Row source) const {
     const SourceFacts* facts = form_.session.facts.sourceOf(source);
     if (facts == nullptr) return {};
-    const std::string key = keyOf(form_.session.tvwPL.text(source));
+    const std::string key = keyOf(source);
     const std::string today = key + "-" + dayOf(facts->started);
     std::string last;
     for (const std::string& name : form_.services().files.namesIn(folder()))

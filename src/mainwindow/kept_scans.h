@@ -6,7 +6,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <string>
-#include <string_view>
 
 #include "grid/grid.h"
 
@@ -19,7 +18,7 @@ class KeptScans {
     explicit KeptScans(MainForm& form) : form_(form) {}
 
     /// Keeps the source that was just read, if the options want that; one of the same day is replaced. Then
-    /// the oldest ones of the source go, until there are no more than the options say.
+    /// the oldest ones of the source go, until besides it there are no more than the options say.
     void keep(Row source);
     /// Returns why the last source was not kept, and forgets it; empty if it was, or was not to be.
     std::string takeProblem();
@@ -31,10 +30,10 @@ class KeptScans {
 
   private:
     std::string folder() const;
-    std::string keyOf(std::string_view source) const;
+    std::string keyOf(Row source) const;
     bool hasRoom() const;
     bool write(Row source, const std::string& path);
-    void removeOld(const std::string& key);
+    void removeOld(const std::string& key, const std::string& written);
     bool isOurs(const std::string& path) const;
 
     MainForm& form_;

@@ -228,6 +228,9 @@ void ListsControl::findFiles(const std::string& filter) {
 
 void ListsControl::showInReport(const std::string& folder, bool opensReport) {
     form_.sources.duringCommand([&] {
+        // The folder may be in several sources; the changes are those of one.
+        if (const Row row = form_.comparison.rowOf(folder); row != kNoRow)
+            return form_.report.goToRow(row, opensReport);
         if (opensReport) return form_.report.goTo(folder);
         if (!form_.bars.cbrMain.isChecked(idOf(Command::kShowReport))) return;
         if (!form_.report.view().goTo(folder))

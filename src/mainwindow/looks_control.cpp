@@ -7,6 +7,7 @@
 #include "mainwindow/bar_options.h"
 #include "mainwindow/main_form.h"
 #include "mainwindow/pane_table.h"
+#include "scan/live_sources.h"
 
 namespace hl {
 
@@ -153,6 +154,10 @@ void LooksControl::SetFileIcons(GridId list) {
 
 void LooksControl::ShowFileStat(GridId list) {
     if (ListView* view = form_.lists.of(list)) view->ShowFileStat();
+}
+
+bool LooksControl::isOnDisk(Row row) const {
+    return hl::isOnDisk(form_.scan, row);
 }
 
 void LooksControl::List_Files_ScanFolder(const std::string& folder) {

@@ -47,6 +47,7 @@ class LooksControl final : private PaneHost {
     void fitColumns(GridId list) override;
     void SetFileIcons(GridId list) override;
     void ShowFileStat(GridId list) override;
+    bool isOnDisk(Row row) const override;
     void List_Files_ScanFolder(const std::string& folder) override;
     void Drives_ResizeTableHeight() override;
     void Drives_Resize_Columns(bool withRedraw) override;

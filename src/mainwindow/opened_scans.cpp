@@ -73,9 +73,13 @@ Row OpenedScans::addSource(const std::string& path, std::string& problem) {
         problem = *text;
         return kNoRow;
     }
-    const ScopeExit restore([&state, silent = state.SilentRun, ids = state.sourceIds,
+    const ScopeExit restore([&state, silent = state.SilentRun, top = state.top, links = state.links.met,
+                             again = state.leaving.readAllTheSame, ids = state.sourceIds,
                              met = state.snapshots.met, spaces = std::move(state.balance.sources)]() mutable {
         state.SilentRun = silent;
+        state.top = std::move(top);
+        state.links.met = links;
+        state.leaving.readAllTheSame = std::move(again);
         state.sourceIds = std::move(ids);
         state.snapshots.met = std::move(met);
         state.balance.sources = std::move(spaces);

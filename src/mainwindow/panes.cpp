@@ -315,7 +315,9 @@ void Panes::filesOfSelection() {
     Row row = report.selectedRows().front();
     const bool isFolder = report.number(row, kIsFolder) != 0 || report.level(row) == 0;
     if (!isFolder) row = report.parent(row);
-    const std::string folder = Report_GetFullpathOfNode(report, row, true, parts_.paths);
+    // What is not on the disk has no files there, even if its path exists.
+    const std::string folder =
+        parts_.host.isOnDisk(row) ? Report_GetFullpathOfNode(report, row, true, parts_.paths) : std::string();
     if (identityKey(folder, parts_.paths) != identityKey(parts_.state.fileList.folder, parts_.paths))
         parts_.host.List_Files_ScanFolder(folder);
 }

@@ -48,7 +48,9 @@ class PaneHost {
     /// Does nothing for a list without icons of its own.
     virtual void SetFileIcons(GridId list) = 0;
     virtual void ShowFileStat(GridId list) = 0;
-    /// `folder` ends with a separator.
+    /// Tells whether the folder of a row of the report is on the disk.
+    virtual bool isOnDisk(Row /*row*/) const { return true; }
+    /// `folder` ends with a separator; an empty one empties the list.
     virtual void List_Files_ScanFolder(const std::string& folder) = 0;
     virtual void Drives_ResizeTableHeight() = 0;
     virtual void Drives_Resize_Columns(bool withRedraw) = 0;

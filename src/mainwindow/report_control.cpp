@@ -101,6 +101,15 @@ void ReportControl::goTo(const std::string& path) {
     form_.status.setFirst(form_.services().texts.TL(9751, "'%1' steht nicht in der Ordnerliste.", {path}));
 }
 
+void ReportControl::goToRow(Row row, bool opened) {
+    const int panel = idOf(Command::kShowReport);
+    if (!form_.bars.cbrMain.isChecked(panel)) {
+        if (!opened) return;
+        form_.looks.panes().PanelToggle(Command::kShowReport);
+    }
+    if (view_->goTo(row) && opened) form_.window->grid(GridId::kReport).focus();
+}
+
 void ReportControl::showNotRead() {
     if (form_.session.state.ScanActive) return;  // The scan would wait for the dialog.
     NotReadForm frmNotRead(form_.services(), form_.session.tvwPL, form_.files, *form_.window);

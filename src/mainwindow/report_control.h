@@ -34,6 +34,8 @@ class ReportControl final : public ReportHost {
     void print();
     /// Shows the report and selects the row of a folder in it, or, if there is none, says so.
     void goTo(const std::string& path);
+    /// Selects a row, if the report shows or is to be `opened`.
+    void goToRow(Row row, bool opened);
     /// Lists the folders that were not read, with the reasons.
     void showNotRead();
 

@@ -94,7 +94,8 @@ void RunDisplay::runEnded(RunEnd end) {
                         (leftOut.empty() ? "" : "; " + leftOut) + notKeptText());
     if (ListView* list = form_.lists.shown()) list->ShowFileStat();
     if (!form_.session.state.RowPicked || form_.session.tvwPL.currentRow() == kNoRow) return;
-    form_.report.selectDriveOf(form_.session.tvwPL.currentRow());
+    if (isOnDisk(form_.scan, form_.session.tvwPL.currentRow()))
+        form_.report.selectDriveOf(form_.session.tvwPL.currentRow());
     form_.preview.Preview_ShowFile(true);
 }
 
@@ -116,7 +117,7 @@ void RunDisplay::folderShown(const std::string& folder) {
     if (runs_)
         for (const GridId id : kLookedAt) form_.session.grid(id).setAccess(GridAccess::kLocked);
     form_.lists.showFilesOf(form_.session.state.RowPicked && current != kNoRow
-                                ? form_.report.view().folderPath(current)
+                                ? form_.report.view().listedFolder(current)
                                 : folder);
 }
 
@@ -172,7 +173,8 @@ void RunDisplay::sourceDone(Row row) {
     if (isFromFile(form_.scan, row)) return;
     form_.drives.list().Drives_SelectDrive(row);
     // What is opened from a file is read silently.
-    if (!form_.session.state.SilentRun) form_.keptScans.keep(row);
+    const bool whole = form_.services().diagnostics.errcount() == errorsBefore_;
+    if (!form_.session.state.SilentRun && whole) form_.keptScans.keep(row);
 }
 
 void RunDisplay::sourceChanged(Row row) {

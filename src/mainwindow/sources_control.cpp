@@ -184,11 +184,11 @@ void SourcesControl::queueDropped() {
 std::string SourcesControl::queuePlace(const DroppedPlace& place) {
     const Services& services = form_.services();
     if (place.path.empty()) return services.texts.TL(9697, "kein Ordner dieses Rechners");
-    if (isNameOfScan(place.path)) return form_.openedScans.queue(place.path), "";
     auto& queue = form_.session.state.SourceQueue;
     const auto file = services.fileSystem.look(place.path);
     if (file && (file->isFolder || leadsToFolder(services.fileSystem, place.path)))
         return queue.push_back(place.path), "";
+    if (file && isNameOfScan(place.path)) return form_.openedScans.queue(place.path), "";
     if (!file)
         return isNotThere(file.error()) ? services.texts.TL(9698, "gibt es nicht")
                                         : ApiErrorText(true, file.error());

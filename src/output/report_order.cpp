@@ -9,6 +9,7 @@
 #include "output/report_file.h"
 #include "output/report_walk.h"
 #include "robustness/trap.h"
+#include "scan/live_sources.h"
 #include "scan/records.h"
 #include "scan/yield.h"
 
@@ -42,7 +43,7 @@ void ReportRun::findStart() {
     if (order.scope != kSelectedFolder)
         start_ = report.firstRoot();
     else if (const auto selected = report.selectedRows(); !selected.empty())
-        start_ = selected.front();
+        start_ = isGone(report, selected.front()) ? report.parent(selected.front()) : selected.front();
     if (start_ == kNoRow)
         throw Fault(kFaultInvalidCall, kSaveRoutine, "Nothing was read: there is no row to save");
 }

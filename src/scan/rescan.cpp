@@ -109,7 +109,7 @@ Row readSourceToo(ScanContext& scan, Row row, double sizeBefore) {
 // again.
 void makeCurrent(Grid& report, std::size_t formerIndex, const std::string& formerText, Row row) {
     const Row there = report.rowAt(formerIndex);
-    if (there != kNoRow && report.text(there) == formerText) row = there;
+    if (there != kNoRow && !isGone(report, there) && report.text(there) == formerText) row = there;
     report.setCurrentRow(row);
     report.setSelected(row, true);
 }

@@ -322,6 +322,10 @@ std::string ReportView::folderPath(Row row) const {
     return Report_GetFullpathOfNode(grid_, folderOf(row), true, scan_.paths);
 }
 
+std::string ReportView::listedFolder(Row row) const {
+    return isOnDisk(scan_, row) ? folderPath(row) : std::string();
+}
+
 void ReportView::Report_MouseClick(Row row, MouseButton button, Point at) {
     guarded(scan_.diagnostics, [&] {
         grid_.setSelected(row, true);
@@ -343,14 +347,13 @@ void ReportView::tellOf(Row row, MouseButton button, Point at) {
 bool ReportView::follow(Row row) {
     const Row current = grid_.currentRow();
     const std::string path = folderPath(row);
-    const bool live = isOnDisk(scan_, row);
-    if (live) host_.selectDriveOf(row);
-    host_.showFilesOf(live ? path : "");
+    if (isOnDisk(scan_, row)) host_.selectDriveOf(row);
+    host_.showFilesOf(listedFolder(row));
     // Another row may be current now, and this one may be gone.
     if (grid_.currentRow() != current || !grid_.selected(row) || scan_.state.ScanActive ||
         folderPath(row) != path)
         return false;
-    history_.visited(pathOf(row));
+    if (isOnDisk(scan_, row)) history_.visited(pathOf(row));
     showSelection(path);
     host_.refreshPreview();
     return true;
@@ -370,7 +373,8 @@ Row ReportView::rowOf(const std::string& path) const {
 }
 
 void ReportView::selectionArrived() {
-    if (grid_.selectedCount() == 1) history_.visited(pathOf(grid_.selectedRows().front()));
+    if (grid_.selectedCount() != 1) return;
+    if (const Row row = grid_.selectedRows().front(); isOnDisk(scan_, row)) history_.visited(pathOf(row));
 }
 
 void ReportView::Shortcut(GridShortcut what) {

@@ -77,6 +77,8 @@ class ReportView final : public GridEvents {
 
     /// Returns the path of a row's folder, which for a files row is the one above, with a separator.
     std::string folderPath(Row row) const;
+    /// The same for the list of files: empty if the folder is not on the disk (scan/live_sources.h).
+    std::string listedFolder(Row row) const;
 
     // --- commands
     /// Searches for the text of the bar's search box behind the current row, then from the top.

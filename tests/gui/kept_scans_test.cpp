@@ -40,7 +40,7 @@ TEST_F(KeptScansTest, AreNotThereUnlessTheyAreWanted) {
 }
 
 TEST_F(KeptScansTest, OneADayIsKeptForTheUserAloneAndTheOldestGo) {
-    startKeeping(2);
+    startKeeping(1);
     ASSERT_EQ(kept().size(), 1U);
     EXPECT_EQ(modeOf(scans()), 0700U);
     EXPECT_EQ(modeOf(scans() + "/" + kept().front()), 0600U);

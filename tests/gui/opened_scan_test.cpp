@@ -88,6 +88,10 @@ TEST_F(OpenedScanTest, NothingOfItIsReadOrChangedOnTheDisk) {
         EXPECT_EQ(disk(), before);
     }
     EXPECT_FALSE(s().enabled(Command::kReportRescan));
+    // A list of its files would be one of what has their paths here.
+    s().click(Command::kShowTop);
+    s().click(Command::kShowFiles);
+    EXPECT_EQ(s().form().form().session.lvwFiles.rowCount(), 0U);
     s().key(s().view(), Qt::Key_F2);
     EXPECT_EQ(s().view().viewport()->findChild<QLineEdit*>(), nullptr);
     s().click(Command::kShowFind);
@@ -119,6 +123,25 @@ TEST_F(OpenedScanTest, StaysAsItIsWhenTheDiskChanges) {
     s().execute(Command::kReportRemove);
     EXPECT_EQ(shown(true), Names());
     EXPECT_NE(source(false), kNoRow);
+}
+
+TEST_F(OpenedScanTest, ItsChangesLeadToItsOwnRows) {
+    start();
+    save(scanFile());
+    file("src/sub/d.txt", 450);
+    s().click(Command::kReportRescan);
+    const std::string later = home.path() + "/later.hlscan";
+    save(later);
+    open(later);
+    s().answers.add([this](QDialog& dialog) { choosePath(dialog, scanFile()); });
+    s().click(Command::kReportCompare);
+    s().click(Command::kShowChanges);
+    Grid& changes = s().form().form().session.lvwChanges;
+    ASSERT_EQ(changes.rowCount(), 1U);
+    changes.setSelected(changes.firstRoot(), true);
+    changes.setCurrentRow(changes.firstRoot());
+    s().form().form().lists.changes().MouseUp(changes.firstRoot(), MouseButton::kLeft, false, {});
+    EXPECT_EQ(s().grid().currentRow(), sub(true));
 }
 
 TEST_F(OpenedScanTest, ListsOfOtherProgramsLeaveTheListsOfAScanAsTheyAre) {

@@ -196,6 +196,11 @@ const SavedScan* savedScanOf(const ScanContext& scan, Row row) {
     return source == nullptr ? nullptr : source->saved.get();
 }
 
+std::string hostOf(const ScanContext& scan, Row row) {
+    const SavedScan* saved = savedScanOf(scan, row);
+    return saved == nullptr ? scan.machine : saved->header.host;
+}
+
 std::string scanProblemText(const Texts& texts, ScanProblem problem) {
     switch (problem) {
         case ScanProblem::kNone:

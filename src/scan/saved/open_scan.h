@@ -15,6 +15,9 @@ Row openSavedScan(ScanContext& scan, const ScanFile& file);
 /// saved scan may be changed, or read again.
 const SavedScan* savedScanOf(const ScanContext& scan, Row row);
 
+/// Returns the name of the machine that the row's source is on, as far as it is known.
+std::string hostOf(const ScanContext& scan, Row row);
+
 /// Says why a file cannot be opened, without its name.
 std::string scanProblemText(const Texts& texts, ScanProblem problem);
 
