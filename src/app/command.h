@@ -225,7 +225,6 @@ enum class Command : int {
     // The map.
     kMapTitle = commandNumber(BarId::kMap, 0),
     kMapColours = commandNumber(BarId::kMap, 581),
-    kMapByChange = commandNumber(BarId::kMap, 592),
     kMapByKind,
     kMapByAge,
     kMapByOwner,
@@ -235,6 +234,7 @@ enum class Command : int {
     kMapSavePng,
     kMapSaveSvg,
     kMapPrint,
+    kMapByChange = commandNumber(BarId::kMap, 592),
 };
 
 constexpr Command commandOf(BarId bar, int id) {

@@ -27,7 +27,7 @@ struct Options {
     Flag CreateStatistics = 0;
     /// Snapshots count although their origin is in the same source.
     Flag CountSnapshots = 0;
-    Flag KeepScans = 0;  ///< The number of scans that are kept of each source.
+    Flag KeepScans = 0;  ///< The number of earlier scans that are kept of each source.
     /// Rules of what is left out, each a line as scan/rule_text.h reads it.
     std::vector<std::string> Exclude;
     // What the folder report shows.
@@ -40,7 +40,7 @@ struct Options {
     Flag DiskinfoVisible = 0, FilelistVisible = 0, ToplistVisible = 0, HardlinksVisible = 0,
          JunctionsVisible = 0, FindVisible = 0, StatisticsVisible = 0, ChangesVisible = 0;
     Flag MapVisible = 0;
-    /// What the colours of the map stand for: 0 kind, 1 age, 2 owner, 3 depth.
+    /// What the colours of the map stand for: 0 kind, 1 age, 2 owner, 3 depth, 4 change.
     Flag MapColour = 0;
     /// Size modes (base/size_unit.h), 0 to 3 or 6 unless the file was edited by hand.
     std::uint8_t FileSizeFormat = 0, FileSizeFormatDrive = 0, FileSizeFormatFiles = 0, FileSizeFormatTop = 0,

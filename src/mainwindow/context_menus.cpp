@@ -84,7 +84,6 @@ void openTerminal(const MenuTarget& on) {
 }
 // A link to a folder may have no row of its own.
 void showInReport(const MenuTarget& on) {
-    if (on.grid == GridId::kChanges) return on.form.lists.showInReport(on.paths.front(), true);
     on.form.report.goTo(hasFiles(on) ? folderAbove(on.paths.front(), kPosixPaths) : on.paths.front());
 }
 void unfold(const MenuTarget& on, bool unfolds) {
