@@ -1,6 +1,8 @@
 // The main bar; several views; the report; the drives; the lists; found files; the map.
 #include "mainwindow/commands.h"
 
+#include <optional>
+
 #include "app/product.h"
 #include "app/setting_keys.h"
 #include "base/text.h"
@@ -38,6 +40,14 @@ std::string guideOf(const MainForm& form) {
 
 bool isOn(MainForm& form, const CommandRow& row) {
     return row.kept.field(form.session.options) != 0;
+}
+
+// They cannot be taken back.
+std::optional<std::size_t> removeKeptScans(MainForm& form) {
+    const Texts& texts = form.services().texts;
+    const std::string question = texts.TL(9126, "Alle aufgehobenen Scans für immer löschen?");
+    if (!form.window->dialogs.confirm(question, texts.TL(9271, "Löschen"), nullptr)) return std::nullopt;
+    return form.keptScans.removeAll();
 }
 
 GridId gridOf(const CommandRow& row) {
@@ -89,7 +99,7 @@ void showOptions(MainForm& form, const CommandRow& /*row*/) {
     Session& session = form.session;
     const Services& services = session.services;
     OptionsForm frmOptionen(services, form.own.verb, form.own.executable,
-                            [&form] { return form.keptScans.removeAll(); });
+                            [&form] { return removeKeptScans(form); });
     Form dialog = frmOptionen.form();
     form.window->dialogs.showForm(dialog);
     OptionenLadenMain(session.options, services.settings.read(), services.diagnostics, true);

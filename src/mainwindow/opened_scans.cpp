@@ -19,13 +19,6 @@ namespace {
 constexpr const char* kFilter =
     "HLSCAN (*.hlscan)|*.hlscan|ncdu, gdu (*.json)|*.json|find (*.txt *.list)|*.txt *.list|* (*)|*";
 
-/// Selects the row alone.
-void select(Grid& report, Row row) {
-    report.selectNone();
-    report.setSelected(row, true);
-    report.setCurrentRow(row);
-}
-
 }  // namespace
 
 void OpenedScans::choose() {
@@ -91,7 +84,6 @@ Row OpenedScans::addSource(const std::string& path, std::string& problem) {
     form_.run.sourceDone(source);
     noteOrigin(source);
     Report_Sort(form_.scan);
-    select(form_.session.tvwPL, source);
     return source;
 }
 

@@ -25,7 +25,7 @@ std::string_view defaultDateFormat() {
 }  // namespace
 
 OptionsForm::OptionsForm(const Services& services, FolderVerb& verb, const std::string& executable,
-                         std::function<std::size_t()> removeKept)
+                         std::function<std::optional<std::size_t>()> removeKept)
     : services_(services), verb_(verb), executable_(executable), removeKept_(std::move(removeKept)) {
     guarded(services_.diagnostics, {.routine = "Form_Load", .module = kModule}, [&] {
         const Texts& texts = services_.texts;
@@ -91,9 +91,10 @@ void OptionsForm::txtRules_Change() {
 // Clicked once, there is nothing more to delete.
 void OptionsForm::cmdRemoveKept_Click() {
     if (!removeKept_) return;
-    const std::size_t count = removeKept_();
+    const std::optional<std::size_t> count = removeKept_();
+    if (!count) return;
     cmdRemoveKept.caption =
-        services_.texts.TL(9124, "Aufgehobene Scans gelöscht: %1", {static_cast<int>(count)});
+        services_.texts.TL(9124, "Aufgehobene Scans gelöscht: %1", {static_cast<int>(*count)});
     cmdRemoveKept.enabled = false;
 }
 

@@ -5,6 +5,7 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -17,9 +18,9 @@ namespace hl {
 class OptionsForm {
   public:
     /// Makes the form with translated texts and the values of the file.
-    /// `removeKept` deletes the scans that were kept, and returns how many.
+    /// `removeKept` deletes the scans that were kept, and returns how many; nothing if the user refused.
     OptionsForm(const Services& services, FolderVerb& verb, const std::string& executable,
-                std::function<std::size_t()> removeKept = nullptr);
+                std::function<std::optional<std::size_t>()> removeKept = nullptr);
     OptionsForm(const OptionsForm&) = delete;
     OptionsForm& operator=(const OptionsForm&) = delete;
 
@@ -62,7 +63,7 @@ class OptionsForm {
     const Services& services_;
     FolderVerb& verb_;
     std::string executable_;
-    std::function<std::size_t()> removeKept_;
+    std::function<std::optional<std::size_t>()> removeKept_;
     bool activated_ = false;
     bool changed_ = false;
 };
