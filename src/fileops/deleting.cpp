@@ -12,7 +12,7 @@
 #include "fileops/stayed.h"
 #include "robustness/trap.h"
 #include "scan/file_system_calls.h"
-#include "scan/live_sources.h"
+#include "scan/on_disk.h"
 #include "scan/records.h"
 #include "scan/rollup.h"
 #include "views/list_view.h"

@@ -5,7 +5,7 @@
 
 #include "base/text.h"
 #include "scan/driver.h"
-#include "scan/live_sources.h"
+#include "scan/on_disk.h"
 
 namespace hl {
 

@@ -10,7 +10,7 @@
 #include "base/text.h"
 #include "grid/mask.h"
 #include "scan/file_columns.h"
-#include "scan/live_sources.h"
+#include "scan/on_disk.h"
 #include "scan/records.h"
 #include "scan/report_changes.h"
 #include "views/column_masks.h"

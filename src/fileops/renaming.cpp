@@ -11,7 +11,7 @@
 #include "scan/file_kinds.h"
 #include "scan/file_system_calls.h"
 #include "scan/left_out.h"
-#include "scan/live_sources.h"
+#include "scan/on_disk.h"
 #include "scan/records.h"
 #include "scan/report_changes.h"
 #include "scan/rollup.h"

@@ -12,7 +12,7 @@
 #include "grid/no_redraw.h"
 #include "robustness/trap.h"
 #include "scan/file_system_calls.h"
-#include "scan/live_sources.h"
+#include "scan/on_disk.h"
 #include "scan/records.h"
 #include "scan/report_changes.h"
 #include "scan/rollup.h"

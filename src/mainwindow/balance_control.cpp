@@ -6,7 +6,7 @@
 #include "mainwindow/main_form.h"
 #include "output/balance_source.h"
 #include "scan/driver.h"
-#include "scan/live_sources.h"
+#include "scan/on_disk.h"
 #include "scan/rollup.h"
 #include "scan/yield.h"
 

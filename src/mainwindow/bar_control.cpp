@@ -5,7 +5,7 @@
 #include "mainwindow/command_table.h"
 #include "mainwindow/main_form.h"
 #include "robustness/trap.h"
-#include "scan/live_sources.h"
+#include "scan/on_disk.h"
 
 namespace hl {
 

@@ -11,7 +11,7 @@
 #include "platform/icons.h"
 #include "scan/driver.h"
 #include "scan/left_out.h"
-#include "scan/live_sources.h"
+#include "scan/on_disk.h"
 #include "scan/rollup.h"
 
 namespace hl {

@@ -11,7 +11,7 @@
 #include "mainwindow/main_form.h"
 #include "robustness/trap.h"
 #include "scan/file_system_calls.h"
-#include "scan/live_sources.h"
+#include "scan/on_disk.h"
 
 namespace hl {
 

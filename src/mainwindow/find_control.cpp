@@ -10,7 +10,7 @@
 #include "robustness/trap.h"
 #include "scan/driver.h"
 #include "scan/left_out.h"
-#include "scan/live_sources.h"
+#include "scan/on_disk.h"
 #include "scan/records.h"
 #include "scan/rollup.h"
 #include "views/find_texts.h"

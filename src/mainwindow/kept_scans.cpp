@@ -11,7 +11,7 @@
 #include "output/scan_output.h"
 #include "robustness/api_error_text.h"
 #include "robustness/trap.h"
-#include "scan/live_sources.h"
+#include "scan/on_disk.h"
 #include "scan/saved/open_scan.h"
 #include "scan/saved/scan_format.h"
 

@@ -6,7 +6,7 @@
 #include "robustness/trap.h"
 #include "scan/driver.h"
 #include "scan/list_fill.h"
-#include "scan/live_sources.h"
+#include "scan/on_disk.h"
 #include "scan/rollup.h"
 
 namespace hl {

@@ -7,7 +7,7 @@
 #include "mainwindow/bar_options.h"
 #include "mainwindow/main_form.h"
 #include "mainwindow/pane_table.h"
-#include "scan/live_sources.h"
+#include "scan/on_disk.h"
 
 namespace hl {
 

@@ -3,7 +3,7 @@
 #include "app/language.h"
 #include "app/product.h"
 #include "mainwindow/pane_table.h"
-#include "scan/live_sources.h"
+#include "scan/on_disk.h"
 #include "views/cell_text.h"
 #include "views/cell_tip.h"
 

@@ -13,7 +13,7 @@
 #include "output/scan_output.h"
 #include "robustness/trap.h"
 #include "scan/driver.h"
-#include "scan/live_sources.h"
+#include "scan/on_disk.h"
 
 namespace hl {
 

@@ -10,7 +10,7 @@
 #include "base/text.h"
 #include "mainwindow/main_form.h"
 #include "scan/left_out.h"
-#include "scan/live_sources.h"
+#include "scan/on_disk.h"
 
 namespace hl {
 

@@ -11,7 +11,7 @@
 #include "robustness/trap.h"
 #include "scan/driver.h"
 #include "scan/file_system_calls.h"
-#include "scan/live_sources.h"
+#include "scan/on_disk.h"
 #include "scan/rollup.h"
 #include "views/drive_combo.h"
 

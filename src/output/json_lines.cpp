@@ -141,11 +141,7 @@ void JsonLines::writeFolder(Row row) {
 
 // The files row has what lies directly in a folder that has folders, too, whose rows need not be there.
 void JsonLines::appendOwn(Row row) {
-    Row own = row;
-    if (report_.number(row, kFolders) > 0) {
-        own = report_.firstChild(row);
-        while (own != kNoRow && report_.number(own, kIsFolder) == 1) own = report_.nextSibling(own);
-    }
+    const Row own = report_.number(row, kFolders) > 0 ? filesRowBelow(report_, row) : row;
     number("own_files", own == kNoRow ? 0 : report_.number(own, kFiles));
     number("own_size", own == kNoRow ? 0 : report_.number(own, kSize));
 }

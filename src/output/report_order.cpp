@@ -9,7 +9,7 @@
 #include "output/report_file.h"
 #include "output/report_walk.h"
 #include "robustness/trap.h"
-#include "scan/live_sources.h"
+#include "scan/on_disk.h"
 #include "scan/records.h"
 #include "scan/yield.h"
 

@@ -3,7 +3,7 @@
 
 #include "base/date_format.h"
 #include "robustness/trap.h"
-#include "scan/live_sources.h"
+#include "scan/on_disk.h"
 #include "scan/records.h"
 
 namespace hl {

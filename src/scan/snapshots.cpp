@@ -5,8 +5,8 @@
 
 #include "base/text.h"
 #include "scan/left_out.h"
-#include "scan/live_sources.h"
 #include "scan/not_read.h"
+#include "scan/on_disk.h"
 #include "scan/records.h"
 #include "scan/report_changes.h"
 #include "scan/rollup.h"

@@ -9,7 +9,7 @@
 #include "robustness/trap.h"
 #include "scan/driver.h"
 #include "scan/left_out.h"
-#include "scan/live_sources.h"
+#include "scan/on_disk.h"
 #include "scan/records.h"
 #include "scan/report_changes.h"
 #include "scan/rollup.h"

@@ -77,7 +77,7 @@ class ReportView final : public GridEvents {
 
     /// Returns the path of a row's folder, which for a files row is the one above, with a separator.
     std::string folderPath(Row row) const;
-    /// The same for the list of files: empty if the folder is not on the disk (scan/live_sources.h).
+    /// The same for the list of files: empty if the folder is not on the disk (scan/on_disk.h).
     std::string listedFolder(Row row) const;
 
     // --- commands

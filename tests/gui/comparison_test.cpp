@@ -1,6 +1,6 @@
 // A source that is compared with an earlier scan of it, as the user sees it.
 #include "gui/files_fixture.h"
-#include "scan/live_sources.h"
+#include "scan/on_disk.h"
 #include "views/report_columns.h"
 
 namespace hl::test {

@@ -1,6 +1,6 @@
 // Shows in the report what has changed in a source since an earlier scan: the cells kBefore and kChange of
 // its rows, and a grey row for each tree that is gone. These rows have no size, count in no sum, and are not
-// on the disk (scan/live_sources.h). For the thread of the logic only.
+// on the disk (scan/on_disk.h). For the thread of the logic only.
 #pragma once
 
 #include "scan/saved/compare.h"

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <tuple>
 
-#include "scan/live_sources.h"
 #include "scan/not_read.h"
+#include "scan/on_disk.h"
 #include "scan/records.h"
 
 namespace hl {

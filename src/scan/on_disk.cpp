@@ -1,4 +1,4 @@
-#include "scan/live_sources.h"
+#include "scan/on_disk.h"
 
 #include "scan/records.h"
 
